@@ -1,0 +1,28 @@
+# Compiler settings that hold for every target, and the switches a preset may set.
+
+option(PLUVO_TESTS "Build the tests (needs GoogleTest)" ON)
+option(PLUVO_BENCH "Build the benchmarks (needs Google Benchmark)" OFF)
+option(PLUVO_FUZZ "Build the fuzz targets (needs clang)" OFF)
+set(PLUVO_SANITIZE "" CACHE STRING "Sanitizers to build with, as -fsanitize takes them")
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+
+add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+# Assertions and debug information name files relative to the source tree, so that builds in
+# different folders share a compiler cache.
+add_compile_options(-ffile-prefix-map=${CMAKE_SOURCE_DIR}/=)
+
+if(PLUVO_SANITIZE)
+  add_compile_options(-fsanitize=${PLUVO_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  add_link_options(-fsanitize=${PLUVO_SANITIZE})
+endif()
+
+find_program(PLUVO_CCACHE ccache)
+if(PLUVO_CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_BASEDIR=${CMAKE_SOURCE_DIR}
+      CCACHE_NOHASHDIR=1 CCACHE_SLOPPINESS=pch_defines,time_macros ${PLUVO_CCACHE})
+endif()

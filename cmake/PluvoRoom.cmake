@@ -1,0 +1,34 @@
+# pluvo_room(NAME [DEPENDS room…] [LIBRARIES target…] [PRIVATE_LIBRARIES target…])
+#
+# One room of the house: the folder it is called in becomes the library pluvo_NAME. Its public headers
+# lie in include/NAME/, and only rooms named in DEPENDS (and what those depend on) can be included, so
+# that an include across a wall fails to build.
+function(pluvo_room NAME)
+  cmake_parse_arguments(ROOM "" "" "DEPENDS;LIBRARIES;PRIVATE_LIBRARIES" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  list(TRANSFORM ROOM_DEPENDS PREPEND pluvo_ OUTPUT_VARIABLE rooms)
+  if(sources)
+    add_library(pluvo_${NAME} STATIC ${sources})
+    target_include_directories(pluvo_${NAME} PUBLIC include PRIVATE .)
+    target_link_libraries(pluvo_${NAME} PUBLIC ${rooms} ${ROOM_LIBRARIES} PRIVATE ${ROOM_PRIVATE_LIBRARIES})
+  else()
+    add_library(pluvo_${NAME} INTERFACE)
+    target_include_directories(pluvo_${NAME} INTERFACE include)
+    target_link_libraries(pluvo_${NAME} INTERFACE ${rooms} ${ROOM_LIBRARIES})
+  endif()
+endfunction()
+
+# pluvo_tests(NAME [DEPENDS room…] [LIBRARIES target…])
+#
+# The tests of one room: the folder it is called in becomes the program NAME_tests. A test may include
+# the private headers of the room it tests.
+function(pluvo_tests NAME)
+  cmake_parse_arguments(ROOM "" "" "DEPENDS;LIBRARIES" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  list(TRANSFORM ROOM_DEPENDS PREPEND pluvo_ OUTPUT_VARIABLE rooms)
+  add_executable(${NAME}_tests ${sources})
+  target_link_libraries(${NAME}_tests PRIVATE ${rooms} ${ROOM_LIBRARIES} GTest::gmock GTest::gtest_main)
+  target_include_directories(${NAME}_tests PRIVATE ${CMAKE_SOURCE_DIR}/tests)
+  target_precompile_headers(${NAME}_tests REUSE_FROM pluvo_test_pch)
+  gtest_discover_tests(${NAME}_tests DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 600)
+endfunction()

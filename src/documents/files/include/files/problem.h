@@ -1,0 +1,41 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace pluvo::files {
+
+/// Why a document could not be opened, changed or saved. The names are fixed: scripts rely on them.
+enum class Problem {
+  locked,       ///< open in another program
+  readOnly,     ///< may not be written
+  password,     ///< encrypted
+  protection,   ///< protected against editing ("protected")
+  signature,    ///< digitally signed ("signed")
+  damaged,      ///< not a sound document of its kind, or of another kind
+  unsupported,  ///< the format has no place for what was asked
+  encoding,     ///< text that the file's encoding cannot hold
+  tooLarge,
+  temporary,    ///< a word processor's own temporary file
+  changed,      ///< the file changed while it was open
+  refused,      ///< an operation on a block was refused
+  io,           ///< reading, writing, no such file, disk full
+};
+
+/// The fixed name: "locked", "read-only", "password", "protected", "signed", "damaged", "unsupported",
+/// "encoding", "too-large", "temporary", "changed", "refused", "io".
+std::string_view nameOf(Problem problem);
+
+/// A document that could not be opened or saved. The message is one UTF-8 sentence for the user that says what is
+/// wrong, where, and what to do; it does not repeat the file's name.
+class DocumentError : public std::runtime_error {
+ public:
+  DocumentError(Problem problem, const std::string& message) : std::runtime_error(message), problem_(problem) {}
+  Problem problem() const { return problem_; }
+
+ private:
+  Problem problem_;
+};
+
+}  // namespace pluvo::files

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "text/positions.h"
+
+namespace pluvo::text {
+
+/// A contiguous stretch of a text as it lies in memory, in one of two widths.
+struct Stretch {
+  const std::uint8_t* narrow = nullptr;  ///< one UTF-16 unit below 256 a byte, or
+  const char16_t* wide = nullptr;        ///< UTF-16 units
+  Position length = 0;
+  /// Narrow stretches only: byte 10 stands for a paragraph mark, as in the mapped bytes of a text file whose
+  /// lines end in a line feed.
+  bool lineFeedIsMark = false;
+
+  char16_t operator[](Position i) const {
+    if (wide != nullptr) return wide[i];
+    const char16_t unit = narrow[i];
+    return lineFeedIsMark && unit == u'\n' ? kParagraphMark : unit;
+  }
+};
+
+/// The text of a document as its reader found it; never changed. Narrow where every unit is below 256, so that
+/// it is searched where it lies.
+class OriginalText {
+ public:
+  OriginalText() = default;
+  explicit OriginalText(std::u16string units)
+      : OriginalText(std::make_shared<const std::u16string>(std::move(units))) {}
+  explicit OriginalText(std::vector<std::uint8_t> units)
+      : OriginalText(std::make_shared<const std::vector<std::uint8_t>>(std::move(units))) {}
+  /// Bytes that somebody else holds (a mapped file); owner keeps them alive.
+  OriginalText(std::span<const std::uint8_t> bytes, bool lineFeedIsMark, std::shared_ptr<const void> owner)
+      : whole_{bytes.data(), nullptr, static_cast<Position>(bytes.size()), lineFeedIsMark},
+        owner_(std::move(owner)) {}
+
+  Position length() const { return whole_.length; }
+  char16_t operator[](Position i) const { return whole_[i]; }
+  Stretch stretch(Position from, Position to) const {
+    Stretch part = whole_;
+    if (part.wide != nullptr) part.wide += from;
+    if (part.narrow != nullptr) part.narrow += from;
+    part.length = to - from;
+    return part;
+  }
+
+ private:
+  explicit OriginalText(std::shared_ptr<const std::u16string> units)
+      : whole_{nullptr, units->data(), static_cast<Position>(units->size()), false}, owner_(units) {}
+  explicit OriginalText(std::shared_ptr<const std::vector<std::uint8_t>> units)
+      : whole_{units->data(), nullptr, static_cast<Position>(units->size()), false}, owner_(units) {}
+
+  Stretch whole_;
+  std::shared_ptr<const void> owner_;
+};
+
+}  // namespace pluvo::text

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "errors/fault.h"
+
+namespace pluvo::errors {
+
+class clsErrorLogging;
+
+/// What the procedures of one engine (or one dialog) share. There are no globals, so that documents can be worked
+/// on in parallel, each with its own engine and context.
+struct Context {
+  /// The tag of the procedure entered last; every procedure stores its own on entry.
+  std::u16string locationTag;
+  /// Opens every report.
+  std::u16string stopPreface;
+  /// One line a pass; see the statistics report.
+  std::u16string runSummary;
+  /// The run-time's current fault, which the reporter prints.
+  Fault currentFault;
+  std::shared_ptr<clsErrorLogging> reporter;
+
+  /// Hands the fault to the reporter with the stop preface and the current tag.
+  void report(const Fault& fault);
+};
+
+/// The exception being handled, as a fault. To be called in a catch block only.
+Fault faultInFlight();
+
+/// The frame every procedure works in: stores the tag, does the work, and on a fault reports it once and returns
+/// the default result. A fault inside the reporter itself travels on.
+template <class Work>
+auto guarded(Context& context, std::u16string_view tag, Work&& work) -> decltype(work()) {
+  context.locationTag = tag;
+  Fault fault;
+  try {
+    return std::forward<Work>(work)();
+  } catch (...) {
+    fault = faultInFlight();
+  }
+  context.report(fault);
+  return decltype(work())();
+}
+
+}  // namespace pluvo::errors

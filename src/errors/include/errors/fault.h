@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <exception>
+#include <string>
+
+namespace pluvo::errors {
+
+/// Numbers of the faults that this program raises itself. A word processor adds its own (see word/faults.h).
+enum FaultNumber : std::int32_t {
+  kOverflow = 6,          ///< a value does not fit the width it is stored in
+  kOutOfMemory = 7,
+  kTypeMismatch = 13,     ///< a text that should be a number is not one
+  kPathNotFound = 76,
+  kObjectNotSet = 91,     ///< a member of an object that is not there
+};
+
+/// A run-time fault: what the reporter prints. Thrown by value, caught in the procedure it reaches, reported
+/// once, and never let across a public boundary of the engine or the dialog.
+struct Fault : std::exception {
+  Fault() = default;
+  Fault(std::int32_t faultNumber, std::u16string faultDescription, std::u16string faultSource = u"PLUVO",
+        std::u16string faultHelpFile = {}, std::int32_t faultHelpContext = 0);
+
+  std::int32_t number = 0;
+  std::u16string description;
+  std::u16string source;
+  std::u16string helpFile;
+  std::int32_t helpContext = 0;
+
+  const char* what() const noexcept override { return "pluvo::errors::Fault"; }
+};
+
+/// The faults with a number of their own, worded in one place.
+Fault overflow();
+Fault outOfMemory();
+Fault typeMismatch();
+Fault objectNotSet();
+
+}  // namespace pluvo::errors

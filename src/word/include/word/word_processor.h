@@ -1,0 +1,135 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <variant>
+
+#include "word/enums.h"
+
+/// The word processor as the engine sees it: the members of Word's object model that are used, under Word's own
+/// names. A property is an overload pair: `Start()` reads, `Start(value)` writes.
+///
+/// Positions are signed 32-bit UTF-16 offsets into the main text; 0 is before the first character. The paragraph
+/// mark is the single character 13. Every member may throw errors::Fault with one of the numbers in faults.h.
+namespace pluvo::word {
+
+class Range;
+
+/// The count given to MoveStart and MoveEnd: a 32-bit value, or a reference to a 16-bit one. A binding passes on
+/// which it was.
+using MoveCount = std::variant<std::int32_t, std::int16_t*>;
+
+constexpr std::int32_t valueOf(const MoveCount& count) {
+  if (const auto* reference = std::get_if<std::int16_t*>(&count)) return **reference;
+  return std::get<std::int32_t>(count);
+}
+
+/// A literal forward search bound to the range that handed it out. The criteria persist between executions.
+class Find {
+ public:
+  virtual ~Find() = default;
+
+  virtual void ClearFormatting() = 0;
+  virtual void Text(const std::u16string& text) = 0;
+  virtual void Forward(bool value) = 0;
+  virtual void MatchCase(bool value) = 0;
+  virtual void MatchWholeWord(bool value) = 0;
+  virtual void MatchWildcards(bool value) = 0;
+  virtual void MatchSoundsLike(bool value) = 0;
+  virtual void MatchAllWordForms(bool value) = 0;
+  virtual void Wrap(WdFindWrap value) = 0;
+
+  /// Searches from the range's Start: a collapsed range to the end of the document, a spanning one within
+  /// itself. True: the range now spans exactly the match. False: the range is as the word processor leaves it.
+  virtual bool Execute() = 0;
+};
+
+/// One of a range's collections (characters, words, sentences, paragraphs), so far as it is used.
+class UnitCollection {
+ public:
+  UnitCollection(Range& range, WdUnits unit) : range_(range), unit_(unit) {}
+  std::int32_t Count() const;
+
+ private:
+  Range& range_;
+  WdUnits unit_;
+};
+
+/// A live pair Start <= End over the main text; it follows its text when the document is edited elsewhere.
+class Range {
+ public:
+  virtual ~Range() = default;
+
+  virtual std::int32_t Start() = 0;
+  virtual void Start(std::int32_t position) = 0;
+  virtual std::int32_t End() = 0;
+  virtual void End(std::int32_t position) = 0;
+  virtual void SetRange(std::int32_t start, std::int32_t end) = 0;
+
+  virtual std::u16string Text() = 0;
+  virtual void Text(const std::u16string& text) = 0;
+
+  UnitCollection Characters() { return {*this, wdCharacter}; }
+  UnitCollection Words() { return {*this, wdWord}; }
+  UnitCollection Sentences() { return {*this, wdSentence}; }
+  UnitCollection Paragraphs() { return {*this, wdParagraph}; }
+
+  /// Moves one end by so many units (negative: towards the top), stopping at the ends of the document, and
+  /// returns the units moved.
+  virtual std::int32_t MoveStart(WdUnits unit, MoveCount count) = 0;
+  virtual std::int32_t MoveEnd(WdUnits unit, MoveCount count) = 0;
+
+  virtual void Select() = 0;
+  virtual void InsertBefore(const std::u16string& text) = 0;
+  virtual void InsertAfter(const std::u16string& text) = 0;
+  virtual std::int32_t Delete() = 0;
+  virtual void HighlightColorIndex(std::int32_t colour) = 0;
+
+  virtual std::shared_ptr<word::Find> Find() = 0;
+
+ protected:
+  friend class UnitCollection;
+  /// How many units the range touches, as Word counts them; a partial unit counts as one.
+  virtual std::int32_t countOf(WdUnits unit) = 0;
+};
+
+inline std::int32_t UnitCollection::Count() const { return range_.countOf(unit_); }
+
+class View {
+ public:
+  virtual ~View() = default;
+  /// True: finds see field codes; false: they see field results.
+  virtual void ShowFieldCodes(bool value) = 0;
+};
+
+class Window {
+ public:
+  virtual ~Window() = default;
+  virtual std::shared_ptr<word::View> View() = 0;
+};
+
+class Selection {
+ public:
+  virtual ~Selection() = default;
+  virtual std::int32_t Start() = 0;
+  virtual void SetRange(std::int32_t start, std::int32_t end) = 0;
+};
+
+class Document {
+ public:
+  virtual ~Document() = default;
+  virtual std::shared_ptr<word::Range> Range(std::int32_t start, std::int32_t end) = 0;
+  virtual std::u16string Name() = 0;
+  virtual std::shared_ptr<Window> ActiveWindow() = 0;
+};
+
+/// The word processor's global object.
+class Application {
+ public:
+  virtual ~Application() = default;
+  virtual std::shared_ptr<Document> ActiveDocument() = 0;
+  virtual std::shared_ptr<word::Selection> Selection() = 0;
+};
+
+}  // namespace pluvo::word
