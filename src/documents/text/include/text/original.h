@@ -1,13 +1,13 @@
 #pragma once
 
+#include "text/positions.h"
+
 #include <memory>
 #include <span>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
-
-#include "text/positions.h"
 
 namespace pluvo::text {
 
@@ -27,8 +27,8 @@ struct Stretch {
   }
 };
 
-/// The text of a document as its reader found it; never changed. Narrow where every unit is below 256, so that
-/// it is searched where it lies.
+/// The text of a document as its reader found it; never changed. Narrow where every unit is below 256, so
+/// that it is searched where it lies.
 class OriginalText {
  public:
   OriginalText() = default;

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "text/original.h"
+#include "text/positions.h"
+
 #include <functional>
 #include <string>
 #include <string_view>
-
-#include "text/original.h"
-#include "text/positions.h"
 
 namespace pluvo::text {
 
@@ -31,9 +31,9 @@ struct Anchor {
   bool behind = false;
 };
 
-/// A document's text under edit: pieces of the untouched original and of added text, in document order. It is at
-/// the same time the map from the text back to the file, since a format knows where each original character's
-/// bytes lie.
+/// A document's text under edit: pieces of the untouched original and of added text, in document order. It is
+/// at the same time the map from the text back to the file, since a format knows where each original
+/// character's bytes lie.
 ///
 /// Edits that move forward through the text cost O(1) amortised plus O(log pieces); finding a position is
 /// O(log pieces).
@@ -51,7 +51,8 @@ class PieceText {
   std::u16string substring(Position from, Position to) const;
   void copy(Position from, Position to, char16_t* out) const;
 
-  /// The contiguous stretch that begins at position and runs to the end of its piece. Valid until the next edit.
+  /// The contiguous stretch that begins at position and runs to the end of its piece. Valid until the next
+  /// edit.
   Stretch stretchAt(Position position) const;
   /// The piece that holds position, cut to begin there.
   Piece pieceAt(Position position) const;
@@ -59,8 +60,8 @@ class PieceText {
   /// Puts text in the place of [from, to).
   void replace(Position from, Position to, std::u16string_view text, Anchor anchor);
 
-  /// The anchor that text put before (or behind) the character at position inherits from it: the character's own
-  /// original position, or, for new text, that of its anchor.
+  /// The anchor that text put before (or behind) the character at position inherits from it: the character's
+  /// own original position, or, for new text, that of its anchor.
   Anchor anchorAt(Position position, bool behind) const;
 
   /// Every piece in order, with the units of new ones.

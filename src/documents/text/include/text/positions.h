@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-/// Positions and lengths in a text are signed 32-bit UTF-16 units. A span is written (from, to): from is in it,
-/// to is not.
+/// Positions and lengths in a text are signed 32-bit UTF-16 units. A span is written (from, to): from is in
+/// it, to is not.
 namespace pluvo::text {
 
 using Position = std::int32_t;

@@ -1,0 +1,131 @@
+#pragma once
+
+#include "text/positions.h"
+
+#include <algorithm>
+#include <cassert>
+#include <cstddef>
+#include <utility>
+#include <vector>
+
+namespace pluvo::text {
+
+/// A text divided into consecutive parts, none of them empty, each with a value. There is a gap between two
+/// parts: parts in front of it know where they start, parts behind it how far their start lies from the end
+/// of the text. An edit at the gap therefore touches no other part; the gap moves to the edit, so edits that
+/// move forward cost O(1) amortised. Look-ups are O(log parts).
+template <class Value>
+class Partition {
+ public:
+  std::size_t count() const { return front_.size() + back_.size(); }
+  Position length() const { return length_; }
+
+  /// The part that holds position, which must lie in the text.
+  std::size_t indexAt(Position position) const {
+    assert(0 <= position && position < length_);
+    if (position < gap()) {
+      const auto behind = std::upper_bound(front_.begin(), front_.end(), position,
+                                           [](Position p, const Part& part) { return p < part.place; });
+      return static_cast<std::size_t>(behind - front_.begin()) - 1;
+    }
+    const auto behind = std::upper_bound(back_.rbegin(), back_.rend(), length_ - position,
+                                         [](Position d, const Part& part) { return part.place < d; });
+    return front_.size() + static_cast<std::size_t>(behind - back_.rbegin()) - 1;
+  }
+
+  /// Where part i starts; the length of the text for i == count().
+  Position start(std::size_t i) const {
+    if (i < front_.size()) return front_[i].place;
+    return i == count() ? length_ : length_ - back_[count() - 1 - i].place;
+  }
+  Position end(std::size_t i) const { return start(i + 1); }
+
+  const Value& value(std::size_t i) const {
+    return i < front_.size() ? front_[i].value : back_[count() - 1 - i].value;
+  }
+
+  /// Takes out [from, to) and puts the gap there. Of a part that is cut, the piece behind the cut gets
+  /// remainder(value, units cut off its front).
+  template <class Remainder>
+  void erase(Position from, Position to, Remainder remainder) {
+    assert(0 <= from && from <= to && to <= length_);
+    moveGap(from);
+    const Position tail = length_ - to;
+    const Part* last = front_.empty() ? nullptr : &front_.back();
+    Position lastStart = last == nullptr ? 0 : last->place;
+    Part dropped;
+    while (!back_.empty() && back_.back().place > tail) {
+      dropped = std::move(back_.back());
+      back_.pop_back();
+      lastStart = length_ - dropped.place;
+      last = &dropped;
+    }
+    const bool cut = tail > 0 && (back_.empty() || back_.back().place != tail);
+    if (cut) back_.push_back({tail, remainder(last->value, to - lastStart)});
+    length_ -= to - from;
+  }
+
+  /// Puts a part in at the gap, which comes to lie behind it.
+  void insert(Position length, Value value) {
+    assert(length > 0);
+    front_.push_back({gap(), std::move(value)});
+    length_ += length;
+  }
+  /// Makes the part in front of the gap longer.
+  void extend(Position length) {
+    assert(!front_.empty());
+    length_ += length;
+  }
+  /// Adds a part at the end of the text.
+  void append(Position length, Value value) {
+    moveGap(length_);
+    insert(length, std::move(value));
+  }
+  /// Gives the first part behind the gap to the one in front of it.
+  void join() {
+    assert(!front_.empty() && !back_.empty());
+    back_.pop_back();
+  }
+
+  Position gap() const { return length_ - (back_.empty() ? 0 : back_.back().place); }
+  /// The parts on both sides of the gap; null at the ends of the text.
+  const Value* beforeGap() const { return front_.empty() ? nullptr : &front_.back().value; }
+  const Value* behindGap() const { return back_.empty() ? nullptr : &back_.back().value; }
+  Position startBeforeGap() const { return front_.empty() ? 0 : front_.back().place; }
+
+  /// Whether the parts cover the text without overlap. For tests.
+  bool check() const {
+    if ((length_ == 0) != (count() == 0)) return false;
+    for (std::size_t i = 0; i < count(); ++i) {
+      if (start(i) >= end(i) || (i == 0 && start(i) != 0)) return false;
+    }
+    return true;
+  }
+
+ private:
+  struct Part {
+    /// In front_ its start, in back_ the distance of its start from the end of the text.
+    Position place = 0;
+    Value value{};
+  };
+
+  /// Puts every part that starts before position in front of the gap.
+  void moveGap(Position position) {
+    while (!front_.empty() && front_.back().place >= position) {
+      front_.back().place = length_ - front_.back().place;
+      back_.push_back(std::move(front_.back()));
+      front_.pop_back();
+    }
+    while (!back_.empty() && length_ - back_.back().place < position) {
+      back_.back().place = length_ - back_.back().place;
+      front_.push_back(std::move(back_.back()));
+      back_.pop_back();
+    }
+  }
+
+  std::vector<Part> front_;
+  std::vector<Part> back_;  ///< last part first
+  Position length_ = 0;
+};
+
+}  // namespace pluvo::text
