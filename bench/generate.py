@@ -1,0 +1,227 @@
+#!/usr/bin/env python3
+"""Writes the documents the benchmarks run over, the same bytes every time.
+
+    generate.py FOLDER
+
+A block begins with "the Lessor" and ends with "the Lessee". The filler holds neither, nor any word of them, so that
+what is found is exactly what was planted. A fifth of the texts searched for are cut by a run border, and a quarter
+of the blocks end in a later paragraph.
+"""
+
+import os
+import random
+import sys
+import zipfile
+
+BEGIN, END = "the Lessor", "the Lessee"
+WORDS = (
+    "agreement premises tenant clause notice rent deposit term building garden cellar window door street number "
+    "payment month quarter year annual insurance repair damage heating water supply account bank transfer date "
+    "signature witness copy original register court district party parties consent written prior shall may must "
+    "within after before upon until whereas hereby thereof herein under over between with without and or of in on "
+    "at by for from to as is are be been not no any all each every other such same further reasonable ordinary"
+).split()
+RUN_STYLES = (
+    "",
+    "<w:rPr><w:b/></w:rPr>",
+    "<w:rPr><w:i/><w:sz w:val=\"22\"/></w:rPr>",
+    "<w:rPr><w:rFonts w:ascii=\"Arial\" w:hAnsi=\"Arial\"/><w:color w:val=\"1F3864\"/></w:rPr>",
+    "<w:rPr><w:u w:val=\"single\"/><w:lang w:val=\"en-GB\"/></w:rPr>",
+)
+W = "http://schemas.openxmlformats.org/wordprocessingml/2006/main"
+R = "http://schemas.openxmlformats.org/officeDocument/2006/relationships"
+DRAWING = (
+    '<w:r><w:drawing><wp:inline xmlns:wp="http://schemas.openxmlformats.org/drawingml/2006/wordprocessingDrawing">'
+    '<wp:extent cx="914400" cy="914400"/><wp:docPr id="{id}" name="Picture {id}"/>'
+    '<a:graphic xmlns:a="http://schemas.openxmlformats.org/drawingml/2006/main">'
+    '<a:graphicData uri="http://schemas.openxmlformats.org/drawingml/2006/picture">'
+    '<pic:pic xmlns:pic="http://schemas.openxmlformats.org/drawingml/2006/picture">'
+    '<pic:nvPicPr><pic:cNvPr id="{id}" name="p{id}.png"/><pic:cNvPicPr/></pic:nvPicPr>'
+    '<pic:blipFill><a:blip r:embed="rIdPicture{id}"/><a:stretch><a:fillRect/></a:stretch></pic:blipFill>'
+    '<pic:spPr><a:xfrm><a:off x="0" y="0"/><a:ext cx="914400" cy="914400"/></a:xfrm>'
+    '<a:prstGeom prst="rect"><a:avLst/></a:prstGeom></pic:spPr></pic:pic></a:graphicData></a:graphic>'
+    "</wp:inline></w:drawing></w:r>"
+)
+
+
+class Filler:
+    """Endless plain prose."""
+
+    def __init__(self, rng):
+        self.rng = rng
+
+    def text(self, length):
+        words, size = [], 0
+        while size < length:
+            word = self.rng.choice(WORDS)
+            if self.rng.random() < 0.08:
+                word += self.rng.choice((".", ",", ";"))
+            words.append(word)
+            size += len(word) + 1
+        return " ".join(words) + " "
+
+
+def runs_of(rng, text, run_length=46):
+    """text as runs of about run_length characters: which cuts a fifth of the texts searched for."""
+    parts, at = [], 0
+    while at < len(text):
+        length = max(4, int(rng.gauss(run_length, run_length / 4)))
+        parts.append(text[at : at + length])
+        at += length
+    return "".join(
+        '<w:r>%s<w:t xml:space="preserve">%s</w:t></w:r>' % (rng.choice(RUN_STYLES), part) for part in parts
+    )
+
+
+def paragraphs_with_blocks(rng, filler, characters, plan, length):
+    """Paragraph texts of about length characters; plan(index, count) says how many blocks begin in each."""
+    paragraphs, pending_end = [], False
+    count = max(1, characters // length)
+    for index in range(count):
+        text = ""
+        blocks = plan(index, count)
+        if pending_end:
+            text += filler.text(10) + END + " "
+            pending_end = False
+        share = max(20, (length - len(text)) // (blocks + 1) - len(BEGIN) - len(END) - 12)
+        for number in range(blocks):
+            text += filler.text(rng.randrange(share // 2, share + share // 2))
+            text += BEGIN + " " + filler.text(rng.randrange(6, 24))
+            if number == blocks - 1 and index + 1 < count and rng.random() < 0.25 * blocks:
+                pending_end = True
+            else:
+                text += END + " "
+        if len(text) < length:
+            text += filler.text(length - len(text))
+        paragraphs.append(text)
+    return paragraphs
+
+
+def every(blocks):
+    """The plan of so many blocks spread evenly."""
+
+    def plan(index, count):
+        return (index + 1) * blocks // count - index * blocks // count
+    return plan
+
+
+def adversarial(rng, filler, characters, beginnings):
+    """So many beginnings, and one ending at the end of the document."""
+    count = characters // 400
+    plan = every(beginnings)
+    paragraphs = []
+    for index in range(count):
+        text = ""
+        for _ in range(plan(index, count)):
+            text += BEGIN + " " + filler.text(8)
+        paragraphs.append(text + filler.text(max(1, 400 - len(text))))
+    paragraphs[-1] += END + " "
+    return paragraphs
+
+
+def write_docx(path, seed, paragraphs, tables, pictures):
+    rng = random.Random(seed)
+    filler = Filler(random.Random(seed + 1))
+    body = []
+    step_table = max(1, len(paragraphs) // (tables + 1)) if tables else 0
+    step_picture = max(1, len(paragraphs) // (pictures + 1)) if pictures else 0
+    table_left, picture = tables, 0
+    for index, text in enumerate(paragraphs):
+        body.append("<w:p><w:pPr><w:jc w:val=\"both\"/></w:pPr>%s" % runs_of(rng, text))
+        if step_picture and picture < pictures and index % step_picture == step_picture - 1:
+            picture += 1
+            body.append(DRAWING.format(id=picture))
+        body.append("</w:p>")
+        if step_table and table_left and index % step_table == step_table - 1:
+            # Between two blocks only: a table amid one would take its distance with it.
+            if BEGIN in text and text.rfind(BEGIN) > text.rfind(END):
+                continue
+            table_left -= 1
+            rows = "".join(
+                "<w:tr>%s</w:tr>" % "".join(
+                    '<w:tc><w:tcPr><w:tcW w:w="2000" w:type="dxa"/></w:tcPr><w:p>%s</w:p></w:tc>'
+                    % runs_of(rng, filler.text(12))
+                    for _ in range(4)
+                )
+                for _ in range(5)
+            )
+            body.append(
+                '<w:tbl><w:tblPr><w:tblW w:w="0" w:type="auto"/></w:tblPr><w:tblGrid>'
+                + '<w:gridCol w:w="2000"/>' * 4 + "</w:tblGrid>" + rows + "</w:tbl>"
+            )
+    document = (
+        '<?xml version="1.0" encoding="UTF-8" standalone="yes"?>\n<w:document xmlns:w="%s" xmlns:r="%s"><w:body>' % (W, R)
+        + "".join(body)
+        + '<w:sectPr><w:pgSz w:w="11906" w:h="16838"/></w:sectPr></w:body></w:document>'
+    )
+    relations = "".join(
+        '<Relationship Id="rIdPicture%d" Type="%s/image" Target="media/p%d.png"/>' % (n, R, n)
+        for n in range(1, pictures + 1)
+    )
+    package = "http://schemas.openxmlformats.org/package/2006"
+    with zipfile.ZipFile(path, "w", zipfile.ZIP_DEFLATED) as archive:
+        def put(name, data, method=zipfile.ZIP_DEFLATED):
+            member = zipfile.ZipInfo(name, (2024, 1, 1, 0, 0, 0))
+            member.compress_type = method
+            archive.writestr(member, data)
+
+        put("[Content_Types].xml",
+            '<?xml version="1.0" encoding="UTF-8"?><Types xmlns="%s/content-types">'
+            '<Default Extension="rels" ContentType="application/vnd.openxmlformats-package.relationships+xml"/>'
+            '<Default Extension="png" ContentType="image/png"/><Override PartName="/word/document.xml" '
+            'ContentType="application/vnd.openxmlformats-officedocument.wordprocessingml.document.main+xml"/></Types>'
+            % package)
+        put("_rels/.rels",
+            '<?xml version="1.0" encoding="UTF-8"?><Relationships xmlns="%s/relationships"><Relationship Id="rId1" '
+            'Type="%s/officeDocument" Target="word/document.xml"/></Relationships>' % (package, R))
+        put("word/document.xml", document)
+        put("word/_rels/document.xml.rels",
+            '<?xml version="1.0" encoding="UTF-8"?><Relationships xmlns="%s/relationships">%s</Relationships>'
+            % (package, relations))
+        for n in range(1, pictures + 1):
+            put("word/media/p%d.png" % n, b"\x89PNG\r\n\x1a\n" + random.Random(seed + 1000 + n).randbytes(100_000))
+
+
+def write_text(path, seed, megabytes, blocks):
+    rng = random.Random(seed)
+    filler = Filler(rng)
+    # A megabyte of prose, reused in a different order each time: what costs time is the searching, not the prose.
+    stock = [filler.text(rng.randrange(300, 500)) + "\n" for _ in range(2500)]
+    written, planted, target = 0, 0, megabytes * 1_000_000
+    with open(path, "w", encoding="ascii") as file:
+        while written < target:
+            text = rng.choice(stock)
+            if planted < blocks and written >= planted * target // blocks:
+                split = "\n" if rng.random() < 0.25 else ""
+                text = text[:100] + BEGIN + " " + filler.text(12) + split + END + " " + text[100:]
+                planted += 1
+            file.write(text)
+            written += len(text)
+
+
+def main():
+    if len(sys.argv) != 2:
+        sys.exit(__doc__)
+    folder = sys.argv[1]
+    os.makedirs(folder, exist_ok=True)
+
+    def docx(name, seed, characters, blocks, tables, pictures, length=400):
+        rng = random.Random(seed)
+        paragraphs = paragraphs_with_blocks(rng, Filler(rng), characters, every(blocks), length)
+        write_docx(os.path.join(folder, name), seed, paragraphs, tables, pictures)
+
+    docx("pages-2.docx", 1, 6_400, 4, 1, 1)
+    docx("pages-50.docx", 2, 160_000, 60, 10, 5)
+    docx("sparse.docx", 3, 3_200_000, 1_200, 200, 100)
+    docx("dense.docx", 4, 3_200_000, 50_200, 200, 100, length=256)
+    docx("none.docx", 6, 3_200_000, 0, 200, 100)
+    rng = random.Random(5)
+    write_docx(os.path.join(folder, "adversarial.docx"), 5, adversarial(rng, Filler(rng), 3_200_000, 100_000), 200, 100)
+    os.makedirs(os.path.join(folder, "folder"), exist_ok=True)
+    for n in range(500):
+        docx("folder/%03d.docx" % n, 100 + n, 6_400, 4, 1, 1)
+    write_text(os.path.join(folder, "sparse.txt"), 7, 200, 1_200)
+
+
+if __name__ == "__main__":
+    main()
