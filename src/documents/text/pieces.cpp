@@ -1,0 +1,126 @@
+#include "text/pieces.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace pluvo::text {
+
+PieceText::PieceText(OriginalText original) : original_(std::move(original)) {
+  if (original_.length() > 0) pieces_.append(original_.length(), Source{});
+}
+
+std::u16string PieceText::substring(Position from, Position to) const {
+  std::u16string text(static_cast<std::size_t>(std::max(to - from, 0)), u'\0');
+  copy(from, to, text.data());
+  return text;
+}
+
+void PieceText::copy(Position from, Position to, char16_t* out) const {
+  forEachStretch(from, to, [&](Position, const Stretch& stretch) {
+    if (stretch.wide != nullptr) {
+      out = std::copy_n(stretch.wide, stretch.length, out);
+    } else {
+      const auto* last = stretch.narrow + stretch.length;
+      char16_t* begin = out;
+      out = std::copy(stretch.narrow, last, out);
+      if (stretch.lineFeedIsMark) std::replace(begin, out, u'\n', kParagraphMark);
+    }
+    return true;
+  });
+}
+
+Stretch PieceText::stretchAt(Position position) const {
+  const std::size_t i = pieces_.indexAt(position);
+  return stretch(cut(i, position, pieces_.end(i)));
+}
+
+Piece PieceText::pieceAt(Position position) const {
+  const std::size_t i = pieces_.indexAt(position);
+  return cut(i, position, pieces_.end(i));
+}
+
+void PieceText::replace(Position from, Position to, std::u16string_view text, Anchor anchor) {
+  const auto room = static_cast<std::size_t>(kMaxLength - (length() - (to - from)));
+  if (text.size() > room || text.size() > static_cast<std::size_t>(kMaxLength) - added_.size()) {
+    throw std::length_error("The text is too long.");
+  }
+  pieces_.erase(from, to, remainder);
+  if (!text.empty()) insertNew(text, anchor);
+  joinAtGap();
+}
+
+PieceText::Source PieceText::remainder(const Source& source, Position cutOff) {
+  Source rest = source;
+  rest.place += cutOff;
+  return rest;
+}
+
+void PieceText::insertNew(std::u16string_view text, Anchor anchor) {
+  const auto length = static_cast<Position>(text.size());
+  const auto end = static_cast<Position>(added_.size());
+  const Source* before = pieces_.beforeGap();
+  if (before != nullptr && before->isNew && before->anchor == anchor && placeBehind(*before) == end) {
+    added_ += text;
+    lastAdded_ = end;
+    pieces_.extend(length);
+    return;
+  }
+  // A pass inserts the same text at every block; it is kept once.
+  if (std::u16string_view(added_).substr(static_cast<std::size_t>(lastAdded_)) != text) {
+    lastAdded_ = end;
+    added_ += text;
+  }
+  pieces_.insert(length, Source{lastAdded_, anchor, true});
+}
+
+void PieceText::joinAtGap() {
+  const Source* before = pieces_.beforeGap();
+  const Source* behind = pieces_.behindGap();
+  if (before == nullptr || behind == nullptr) return;
+  if (before->isNew != behind->isNew || before->anchor != behind->anchor) return;
+  if (placeBehind(*before) == behind->place) pieces_.join();
+}
+
+Position PieceText::placeBehind(const Source& before) const {
+  return before.place + (pieces_.gap() - pieces_.startBeforeGap());
+}
+
+Anchor PieceText::anchorAt(Position position, bool behind) const {
+  const Piece piece = pieceAt(position);
+  if (piece.isNew()) return {piece.anchor, piece.behindAnchor};
+  return {piece.original, behind};
+}
+
+bool PieceText::changed() const {
+  if (length() != original_.length() || pieces_.count() > 1) return true;
+  return length() > 0 && pieces_.value(0).isNew;
+}
+
+bool PieceText::check() const {
+  if (!pieces_.check()) return false;
+  for (std::size_t i = 0; i < pieces_.count(); ++i) {
+    const Source& source = pieces_.value(i);
+    const Position room = source.isNew ? static_cast<Position>(added_.size()) : original_.length();
+    if (source.place < 0 || source.place > room - (pieces_.end(i) - pieces_.start(i))) return false;
+  }
+  return true;
+}
+
+Piece PieceText::cut(std::size_t i, Position from, Position to) const {
+  const Source& source = pieces_.value(i);
+  const Position place = source.place + (from - pieces_.start(i));
+  if (!source.isNew) return {to - from, place, 0, Piece::kNone, false};
+  return {to - from, Piece::kNone, place, source.anchor.original, source.anchor.behind};
+}
+
+Stretch PieceText::stretch(const Piece& piece) const {
+  if (piece.isNew()) return {nullptr, added_.data() + piece.added, piece.length, false};
+  return original_.stretch(piece.original, piece.original + piece.length);
+}
+
+std::u16string_view PieceText::addedText(const Piece& piece) const {
+  return std::u16string_view(added_).substr(static_cast<std::size_t>(piece.added),
+                                            static_cast<std::size_t>(piece.length));
+}
+
+}  // namespace pluvo::text
