@@ -34,6 +34,7 @@ class Job:
     """One command, run in a scratch copy of its input."""
     name: str
     command: list  # "{in}" and "{out}" stand for the paths
+    once: bool = False  # too slow to be run as often as the others
     times: list = field(default_factory=list)
     memory: list = field(default_factory=list)
 
@@ -92,6 +93,11 @@ def python_docx(operation):
     return Job("python-docx", ["/usr/bin/python3", str(BENCH / "peers/with_python_docx.py"), operation, BEGIN, END, "{in}"])
 
 
+def libreoffice(operation, files):
+    return Job("LibreOffice", ["/usr/bin/python3", str(BENCH / "peers/with_libreoffice.py"), operation, BEGIN, END, files],
+               once=True)
+
+
 def limit(*words):
     return Job("limit", [str(LIMIT), *words])
 
@@ -104,9 +110,11 @@ def docx_cases():
     edit = {"highlight": (["highlight"], []), "replace": (["replace", "--text", TEXT], [TEXT])}
     for name, factor, quicker, memory in (("sparse", 2.8, 4, 60), ("dense", 3.5, 8, 100)):
         for operation, (words, text) in edit.items():
+            slow = [libreoffice("highlight", "{in}")] if (name, operation) == ("sparse", "highlight") else []
             yield Case(
                 f".docx 1,000 pages, {name}, {operation}", f"{name}.docx",
-                [pluvo(*words, *BLOCK, "{in}"), limit("docx", "{in}", "{out}", BEGIN, "1"), lxml(operation, *text)],
+                [pluvo(*words, *BLOCK, "{in}"), limit("docx", "{in}", "{out}", BEGIN, "1"), lxml(operation, *text),
+                 *slow],
                 {"limit": ("at most", factor), "lxml": ("at least", quicker)},
                 right=changed(operation, *text), memory=memory)
     yield Case(".docx 1,000 pages, sparse, find", "sparse.docx",
@@ -124,7 +132,8 @@ def docx_cases():
     yield Case("folder of 500 .docx, highlight", "folder",
                [pluvo("highlight", *BLOCK, "{files}"),
                 Job("limit", ["sh", "-c", f'for f in "$0"/*; do {LIMIT} docx "$f" "$1" "{BEGIN}" 1; done', "{in}", "{out}"]),
-                Job("lxml", ["/usr/bin/python3", str(BENCH / "peers/with_lxml.py"), "highlight", BEGIN, END, "{files}"])],
+                Job("lxml", ["/usr/bin/python3", str(BENCH / "peers/with_lxml.py"), "highlight", BEGIN, END, "{files}"]),
+                libreoffice("highlight", "{files}")],
                {"limit": ("at most", 3), "lxml": ("at least", 6)}, repeat=3)
 
 
@@ -161,6 +170,8 @@ def run(case, data, repeat):
         scratch = Path(folder)
         for turn in range(case.repeat or repeat):
             for job in case.jobs:
+                if job.once and turn > 0:
+                    continue
                 result = job.run(source, scratch, keep_input=not case.changes)
                 if turn == 0 and job.name == "pluvo" and case.right:
                     case.right(source, result)

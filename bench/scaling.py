@@ -1,0 +1,64 @@
+#!/usr/bin/env python3
+"""Does the cost grow with the text, or with its product with the blocks? The worst cases we know, at one size and at
+four times that size: the time may grow fivefold at most.
+
+    scaling.py DATA
+"""
+
+import statistics
+import subprocess
+import sys
+import time
+from pathlib import Path
+
+PLUVO = Path(__file__).resolve().parent.parent / "build/release/bin/pluvo"
+BEGIN, END = "the Lessor", "the Lessee"
+PROSE = "within the agreement of rent. Before any payment, notice was given! "
+LONG = ("clause\n" * 60).strip()
+
+
+def write(path, beginnings, each, last):
+    with open(path, "w", encoding="ascii", newline="") as file:
+        for number in range(beginnings):
+            file.write(each + (PROSE + "\n" if number % 4 == 0 else PROSE))
+        file.write(last + "\n")
+
+
+def cases():
+    one_ending = (BEGIN + " ", END)
+    for unit in ("word", "sentence", "paragraph", "document"):
+        yield f"one ending at the end, {unit}", *one_ending, ["-b", BEGIN, "-e", END, "--unit", unit, "--apart", "3"]
+    blocks = (BEGIN + " " + PROSE + END + " ", "")
+    yield "inside text missing in every block", *blocks, ["-b", BEGIN, "-e", END, "-i", "nowhere", "--unit", "document"]
+    yield "every block too long", *blocks, ["-b", BEGIN, "-e", END, "--unit", "word", "--apart", "1"]
+    yield ("every full text differs in its last character", LONG + "x\n", "", ["-b", LONG + "y", "--unit", "document"])
+
+
+def measure(path, arguments):
+    times = []
+    for _ in range(5):
+        start = time.perf_counter()
+        subprocess.run([PLUVO, "find", "--quiet", "--match-case", *arguments, path], stdout=subprocess.DEVNULL, check=False, timeout=300)
+        times.append(time.perf_counter() - start)
+    return statistics.median(times)
+
+
+def main():
+    folder = Path(sys.argv[1])
+    good = True
+    print("| case | 12,500 | 50,000 | factor (must 5) |\n|---|---|---|---|")
+    for name, each, last, arguments in cases():
+        times = []
+        for beginnings in (12_500, 50_000):
+            path = folder / f"scaling-{beginnings}.txt"
+            write(path, beginnings, each, last)
+            times.append(measure(path, arguments))
+            path.unlink()
+        factor = times[1] / times[0]
+        good &= factor <= 5
+        print(f"| {name} | {times[0] * 1000:.1f} ms | {times[1] * 1000:.1f} ms | {factor:.2f} |", flush=True)
+    sys.exit(0 if good else 1)
+
+
+if __name__ == "__main__":
+    main()
