@@ -1,20 +1,21 @@
 #pragma once
 
-#include <cstdint>
-#include <string>
-#include <string_view>
-
 #include "model/content.h"
 #include "text/pieces.h"
 #include "text/positions.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
 
 namespace pluvo::model {
 
 /// Where new text gets its formatting, and on which side of it it stands.
 enum class Beside { before, behind, insteadOf };
 
-/// A document in memory: its text, what each character looks like and belongs to, and the live ranges over it.
-/// All edits go through here, under one policy for every format (edit_policy.h). Knows no file and no format.
+/// A document in memory: its text, what each character looks like and belongs to, and the live ranges over
+/// it. All edits go through here, under one policy for every format (edit_policy.h). Knows no file and no
+/// format.
 class Model {
  public:
   explicit Model(Content content);

@@ -1,0 +1,123 @@
+#include "model/content_builder.h"
+
+#include <cassert>
+#include <utility>
+
+namespace pluvo::model {
+
+using text::Position;
+using text::Visibility;
+
+namespace {
+
+Visibility both(Visibility a, Visibility b) { return static_cast<Visibility>(a & b); }
+
+std::int32_t parentOf(const std::vector<std::int32_t>& open) { return open.empty() ? kNone : open.back(); }
+
+}  // namespace
+
+Content plainContent(text::OriginalText text) {
+  const Position length = text.length();
+  assert(length > 0 && text[length - 1] == text::kParagraphMark);
+  Content content;
+  content.text = std::move(text);
+  content.visibility.append(length, text::kEverywhere);
+  content.highlight.append(length, 0);
+  content.structure.append(length, Structure{});
+  return content;
+}
+
+void ContentBuilder::append(std::u16string_view units, Look look) {
+  add(units, look, here(), structureHere());
+}
+
+void ContentBuilder::beginField(Look look) {
+  const Visibility around = look.hidden ? text::kNowhere : here();
+  const std::int32_t parent = fields_.empty() ? kNone : fields_.back().field;
+  content_.fields.push_back({parent, around});
+  fields_.push_back({static_cast<std::int32_t>(content_.fields.size()) - 1, false});
+  add(std::u16string_view(&text::kFieldBegin, 1), look, both(around, text::kInCodes), structureHere());
+}
+
+bool ContentBuilder::separateField(Look look) {
+  if (fields_.empty() || fields_.back().inResult) return false;
+  fields_.back().inResult = true;
+  add(std::u16string_view(&text::kFieldSeparator, 1), look, text::kNowhere, structureHere());
+  return true;
+}
+
+bool ContentBuilder::endField(Look look) {
+  if (fields_.empty()) return false;
+  const Structure structure = structureHere();
+  const Visibility around = content_.fields[static_cast<std::size_t>(fields_.back().field)].around;
+  fields_.pop_back();
+  add(std::u16string_view(&text::kFieldEnd, 1), look, both(around, text::kInCodes), structure);
+  return true;
+}
+
+void ContentBuilder::beginTable() {
+  content_.tables.push_back({parentOf(tables_)});
+  tables_.push_back(static_cast<std::int32_t>(content_.tables.size()) - 1);
+}
+
+void ContentBuilder::cellMark(Look look) {
+  assert(!tables_.empty());
+  append(text::kCellMark, look);
+}
+
+void ContentBuilder::rowMark(Look look) {
+  assert(!tables_.empty());
+  Structure structure = structureHere();
+  structure.rowMark = true;
+  add(std::u16string_view(&text::kCellMark, 1), look, here(), structure);
+}
+
+void ContentBuilder::endTable() {
+  assert(!tables_.empty());
+  tables_.pop_back();
+}
+
+void ContentBuilder::sectionMark(Look look) {
+  Structure structure = structureHere();
+  structure.sectionMark = true;
+  add(std::u16string_view(&text::kPageBreak, 1), look, here(), structure);
+}
+
+Content ContentBuilder::finish() {
+  assert(tables_.empty() && !text_.empty() && text_.back() == text::kParagraphMark);
+  if (allBits_ < 0x100) {
+    content_.text = text::OriginalText(std::vector<std::uint8_t>(text_.begin(), text_.end()));
+  } else {
+    content_.text = text::OriginalText(std::move(text_));
+  }
+  Content finished = std::move(content_);
+  *this = ContentBuilder();
+  return finished;
+}
+
+Visibility ContentBuilder::here() const {
+  if (fields_.empty()) return text::kEverywhere;
+  const OpenField& open = fields_.back();
+  const Visibility around = content_.fields[static_cast<std::size_t>(open.field)].around;
+  return both(around, open.inResult ? text::kInResults : text::kInCodes);
+}
+
+Structure ContentBuilder::structureHere() const {
+  Structure structure;
+  structure.table = parentOf(tables_);
+  structure.field = fields_.empty() ? kNone : fields_.back().field;
+  return structure;
+}
+
+void ContentBuilder::add(std::u16string_view units, Look look, Visibility shown, const Structure& structure) {
+  if (units.empty()) return;
+  assert(units.size() <= static_cast<std::size_t>(text::kMaxLength) - text_.size());
+  for (const char16_t unit : units) allBits_ |= unit;
+  text_ += units;
+  const auto count = static_cast<Position>(units.size());
+  content_.visibility.append(count, look.hidden ? text::kNowhere : shown);
+  content_.highlight.append(count, look.highlight);
+  content_.structure.append(count, structure);
+}
+
+}  // namespace pluvo::model
