@@ -2,8 +2,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
+#include <utility>
 #include <vector>
 
 namespace pluvo::files {
@@ -11,13 +13,22 @@ namespace pluvo::files {
 using ByteSpan = std::span<const std::uint8_t>;
 
 /// The bytes of a file, held for as long as somebody refers to them: mapped, read, or made by a test.
+///
+/// One byte more, kBehind, follows the view in the same memory: a text whose last line has no end is given a
+/// paragraph mark where it lies.
 struct Bytes {
+  static constexpr std::uint8_t kBehind = '\r';
+
   ByteSpan view;
   std::shared_ptr<const void> owner;
+  /// Asks whether part of the file went missing under the view (a mapped file cut short by somebody else);
+  /// such a part reads as zeros. Empty where that cannot happen.
+  std::function<bool()> vanished;
 
   static Bytes of(std::vector<std::uint8_t> bytes) {
+    bytes.push_back(kBehind);
     auto held = std::make_shared<const std::vector<std::uint8_t>>(std::move(bytes));
-    return {ByteSpan(*held), held};
+    return {ByteSpan(held->data(), held->size() - 1), held, {}};
   }
 };
 

@@ -17,21 +17,22 @@ enum class Problem {
   unsupported,  ///< the format has no place for what was asked
   encoding,     ///< text that the file's encoding cannot hold
   tooLarge,
-  temporary,    ///< a word processor's own temporary file
-  changed,      ///< the file changed while it was open
-  refused,      ///< an operation on a block was refused
-  io,           ///< reading, writing, no such file, disk full
+  temporary,  ///< a word processor's own temporary file
+  changed,    ///< the file changed while it was open
+  refused,    ///< an operation on a block was refused
+  io,         ///< reading, writing, no such file, disk full
 };
 
 /// The fixed name: "locked", "read-only", "password", "protected", "signed", "damaged", "unsupported",
 /// "encoding", "too-large", "temporary", "changed", "refused", "io".
 std::string_view nameOf(Problem problem);
 
-/// A document that could not be opened or saved. The message is one UTF-8 sentence for the user that says what is
-/// wrong, where, and what to do; it does not repeat the file's name.
+/// A document that could not be opened or saved. The message is one UTF-8 sentence for the user that says
+/// what is wrong, where, and what to do; it does not repeat the file's name.
 class DocumentError : public std::runtime_error {
  public:
-  DocumentError(Problem problem, const std::string& message) : std::runtime_error(message), problem_(problem) {}
+  DocumentError(Problem problem, const std::string& message)
+      : std::runtime_error(message), problem_(problem) {}
   Problem problem() const { return problem_; }
 
  private:

@@ -1,0 +1,101 @@
+#pragma once
+
+#include "files/bytes.h"
+
+#include <cstdint>
+#include <span>
+#include <string>
+
+namespace pluvo::files {
+
+/// What tells one state of a file from another without reading it.
+struct Stamp {
+  std::uint64_t device = 0;
+  std::uint64_t inode = 0;
+  std::uint64_t size = 0;
+  std::int64_t modifiedSeconds = 0;
+  std::int64_t modifiedNanoseconds = 0;
+  bool operator==(const Stamp&) const = default;
+};
+
+enum class FileKind { regular, folder, pipe, device, socket };
+
+struct FileStatus {
+  FileKind kind = FileKind::regular;
+  Stamp stamp;
+  std::uint64_t names = 1;        ///< hard links
+  std::uint32_t permissions = 0;  ///< the twelve mode bits
+  std::uint32_t owner = 0;
+  std::uint32_t group = 0;
+};
+
+/// An open file or folder. Only the file system that gave it knows what it means.
+using Handle = int;
+
+/// Every call that the program makes on files goes through here, so that tests can make any one of them fail.
+/// Paths are bytes, whatever their encoding. A call that fails throws std::system_error with the generic
+/// category (an errno value) and has changed nothing.
+class FileSystem {
+ public:
+  virtual ~FileSystem() = default;
+
+  /// Of what the path leads to, through links.
+  virtual FileStatus statusAt(const std::string& path) = 0;
+  /// Whether the name is taken, be it by a link that leads nowhere.
+  virtual bool exists(const std::string& path) = 0;
+  /// Whether the user may write the file. A file whose permissions let nobody write it may not be written,
+  /// not even by a user whom permissions do not bind.
+  virtual bool mayWrite(const std::string& path) = 0;
+  /// The absolute path without links.
+  virtual std::string resolve(const std::string& path) = 0;
+
+  /// Never waits for the other end of a pipe.
+  virtual Handle openToRead(const std::string& path) = 0;
+  /// A new empty file that only its owner may read; the name must be free.
+  virtual Handle createNew(const std::string& path) = 0;
+  virtual Handle openFolder(const std::string& path) = 0;
+  virtual FileStatus status(Handle file) = 0;
+  /// Fills the front of the buffer and returns how much; 0 is the end of the file.
+  virtual std::size_t read(Handle file, std::span<std::uint8_t> buffer) = 0;
+  /// The first size bytes, as they are while the file stays as it is.
+  virtual Bytes map(Handle file, std::size_t size) = 0;
+  /// Writes the front of the bytes and returns how much.
+  virtual std::size_t write(Handle file, ByteSpan bytes) = 0;
+  /// Returns when the file's bytes, or the folder's names, are on disk.
+  virtual void flush(Handle file) = 0;
+  /// The handle is gone even when this throws.
+  virtual void close(Handle file) = 0;
+
+  virtual void setOwner(Handle file, std::uint32_t owner, std::uint32_t group) = 0;
+  virtual void setPermissions(Handle file, std::uint32_t permissions) = 0;
+  /// Access lists and other extended attributes. Those that only the system may set are left out.
+  virtual void copyAttributes(Handle from, Handle to) = 0;
+
+  /// Puts the file in the place of whatever has the new name.
+  virtual void rename(const std::string& from, const std::string& to) = 0;
+  /// Fails where the new name is taken.
+  virtual void renameToFree(const std::string& from, const std::string& to) = 0;
+  virtual void remove(const std::string& path) = 0;
+};
+
+/// The machine's own. It has no state and may be used from several threads.
+FileSystem& machineFileSystem();
+
+/// Closes its handle when it goes.
+class OpenFile {
+ public:
+  OpenFile(FileSystem& system, Handle handle) : system_(&system), handle_(handle) {}
+  OpenFile(const OpenFile&) = delete;
+  OpenFile& operator=(const OpenFile&) = delete;
+  ~OpenFile();
+
+  Handle handle() const { return handle_; }
+  /// To be called where a failure to close must be known.
+  void close();
+
+ private:
+  FileSystem* system_;
+  Handle handle_;
+};
+
+}  // namespace pluvo::files

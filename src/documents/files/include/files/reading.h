@@ -1,0 +1,25 @@
+#pragma once
+
+#include "files/file_system.h"
+
+#include <string>
+
+namespace pluvo::files {
+
+/// A file's bytes, and the state of the file that they are from.
+struct FileContent {
+  Bytes bytes;
+  Stamp stamp;
+};
+
+/// Reads a regular file: a small one into memory, a large one mapped. Whoever keeps mapped bytes sees what
+/// others do to the file meanwhile, and compares the stamps before relying on what was read (see saving.h).
+///
+/// Throws DocumentError: io for a missing file, a folder, a pipe and the like (which are not waited for), and
+/// for what cannot be read; changed for a file that somebody was writing while it was read.
+FileContent readFile(FileSystem& system, const std::string& path);
+
+/// Files from this size on are mapped.
+inline constexpr std::uint64_t kMappedFrom = 256 * 1024;
+
+}  // namespace pluvo::files

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "files/file_system.h"
+#include "files/problem.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace pluvo::files {
+
+/// The one way a file comes to be written: into a temporary file in the same folder, with the permissions,
+/// owner, access lists and extended attributes of the original, flushed, read back and checked, renamed into
+/// place, and the folder flushed. At any moment, a power failure included, there is the old version or the
+/// new one, whole.
+///
+/// When something fails, the original is untouched and the temporary file is gone; a program that is killed
+/// may leave one behind, named "~pluvo-", sixteen hexadecimal digits and ".tmp", which may be deleted. An
+/// owner or group that the user may not give away becomes the user's own, and then nobody gains rights:
+/// set-id bits are dropped and a changed group has the rights of everybody else.
+///
+/// Links are followed: what they lead to is replaced, and temporary files and backups lie beside that.
+
+/// What a new version of a document consists of.
+struct NewVersion {
+  std::function<void(Output&)> write;
+  /// Given what was written, read back from the disk. Throws DocumentError where that is not what was meant.
+  std::function<void(const Bytes&)> check;
+};
+
+struct Saved {
+  Stamp stamp;         ///< the new version's
+  std::string backup;  ///< where the old version is kept; empty without a backup
+};
+
+/// Why the document can be read but not be replaced: locked (open in another program), read-only (its
+/// permissions, its disk or its folder forbid it, or it has several names, of which a rename would leave the
+/// others with the old text).
+std::optional<DocumentError> obstacleToSaving(FileSystem& system, const std::string& path);
+
+/// Replaces the document, which must be as it was when it was opened, else it is DocumentError changed. With
+/// a backup suffix the old version is kept under the document's name and the suffix; where that name is
+/// taken, ".2",
+/// ".3" … is added.
+Saved replaceFile(FileSystem& system, const std::string& path, const Stamp& opened, const NewVersion& version,
+                  const std::optional<std::string>& backupSuffix = std::nullopt);
+
+/// Saves the document under another name, which must be free, with the permissions of the original.
+Saved createFile(FileSystem& system, const std::string& path, const std::string& original,
+                 const NewVersion& version);
+
+}  // namespace pluvo::files

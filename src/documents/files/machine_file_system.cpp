@@ -1,0 +1,183 @@
+#include "files/file_system.h"
+#include "mapping.h"
+
+#include <fcntl.h>
+#include <stdio.h>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+namespace pluvo::files {
+
+namespace {
+
+[[noreturn]] void fail(const char* call) { throw std::system_error(errno, std::generic_category(), call); }
+
+/// Makes the call again for as long as a signal interrupts it.
+template <class Call>
+auto persist(const char* name, Call call) {
+  for (;;) {
+    const auto result = call();
+    if (result >= 0) return result;
+    if (errno != EINTR) fail(name);
+  }
+}
+
+FileKind kindOf(mode_t mode) {
+  if (S_ISREG(mode)) return FileKind::regular;
+  if (S_ISDIR(mode)) return FileKind::folder;
+  if (S_ISFIFO(mode)) return FileKind::pipe;
+  if (S_ISSOCK(mode)) return FileKind::socket;
+  return FileKind::device;
+}
+
+FileStatus statusOf(const struct stat& found) {
+  constexpr mode_t kPermissionBits = 07777;
+  return {kindOf(found.st_mode),
+          {found.st_dev, found.st_ino, static_cast<std::uint64_t>(found.st_size), found.st_mtim.tv_sec,
+           found.st_mtim.tv_nsec},
+          found.st_nlink,
+          found.st_mode & kPermissionBits,
+          found.st_uid,
+          found.st_gid};
+}
+
+/// Those that a user may set are part of the file and must come along; the rest belongs to the system.
+bool mustBeKept(std::string_view attribute) {
+  return attribute.starts_with("user.") || attribute == "system.posix_acl_access";
+}
+
+std::vector<std::string> attributeNames(Handle file) {
+  std::vector<char> list(64 * 1024);  // the most that Linux hands out
+  const ssize_t length = flistxattr(file, list.data(), list.size());
+  std::vector<std::string> names;
+  for (ssize_t at = 0; at < length; at += static_cast<ssize_t>(names.back().size()) + 1)
+    names.emplace_back(list.data() + at);
+  return names;
+}
+
+class MachineFileSystem final : public FileSystem {
+ public:
+  FileStatus statusAt(const std::string& path) override {
+    struct stat found = {};
+    if (stat(path.c_str(), &found) != 0) fail("stat");
+    return statusOf(found);
+  }
+
+  bool exists(const std::string& path) override {
+    struct stat found = {};
+    if (lstat(path.c_str(), &found) == 0) return true;
+    if (errno == ENOENT || errno == ENOTDIR) return false;
+    fail("lstat");
+  }
+
+  bool mayWrite(const std::string& path) override {
+    constexpr std::uint32_t kWriteBits = 0222;
+    if ((statusAt(path).permissions & kWriteBits) == 0) return false;
+    if (access(path.c_str(), W_OK) == 0) return true;
+    if (errno == EACCES || errno == EPERM || errno == EROFS || errno == ETXTBSY) return false;
+    fail("access");
+  }
+
+  std::string resolve(const std::string& path) override {
+    char* resolved = realpath(path.c_str(), nullptr);
+    if (resolved == nullptr) fail("realpath");
+    std::string result = resolved;
+    std::free(resolved);
+    return result;
+  }
+
+  Handle openToRead(const std::string& path) override {
+    return persist("open", [&] { return open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); });
+  }
+
+  Handle createNew(const std::string& path) override {
+    constexpr mode_t kOwnerOnly = 0600;
+    return persist("open",
+                   [&] { return open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kOwnerOnly); });
+  }
+
+  Handle openFolder(const std::string& path) override {
+    return persist("open", [&] { return open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
+  }
+
+  FileStatus status(Handle file) override {
+    struct stat found = {};
+    if (fstat(file, &found) != 0) fail("fstat");
+    return statusOf(found);
+  }
+
+  std::size_t read(Handle file, std::span<std::uint8_t> buffer) override {
+    return static_cast<std::size_t>(
+        persist("read", [&] { return ::read(file, buffer.data(), buffer.size()); }));
+  }
+
+  Bytes map(Handle file, std::size_t size) override { return mapFile(file, size); }
+
+  std::size_t write(Handle file, ByteSpan bytes) override {
+    return static_cast<std::size_t>(
+        persist("write", [&] { return ::write(file, bytes.data(), bytes.size()); }));
+  }
+
+  void flush(Handle file) override {
+    // Some file systems have nothing to flush for a folder and say so.
+    while (fsync(file) != 0) {
+      if (errno == EINVAL || errno == ENOTSUP) return;
+      if (errno != EINTR) fail("fsync");
+    }
+  }
+
+  void close(Handle file) override {
+    if (::close(file) != 0 && errno != EINTR) fail("close");
+  }
+
+  void setOwner(Handle file, std::uint32_t owner, std::uint32_t group) override {
+    if (fchown(file, owner, group) != 0) fail("fchown");
+  }
+
+  void setPermissions(Handle file, std::uint32_t permissions) override {
+    if (fchmod(file, permissions) != 0) fail("fchmod");
+  }
+
+  void copyAttributes(Handle from, Handle to) override {
+    for (const std::string& name : attributeNames(from)) {
+      const ssize_t size = fgetxattr(from, name.c_str(), nullptr, 0);
+      std::vector<char> value(size > 0 ? static_cast<std::size_t>(size) : 0);
+      const bool copied = size >= 0 && fgetxattr(from, name.c_str(), value.data(), value.size()) == size &&
+                          fsetxattr(to, name.c_str(), value.data(), value.size(), 0) == 0;
+      if (!copied && mustBeKept(name)) fail("fsetxattr");
+    }
+  }
+
+  void rename(const std::string& from, const std::string& to) override {
+    if (::rename(from.c_str(), to.c_str()) != 0) fail("rename");
+  }
+
+  void renameToFree(const std::string& from, const std::string& to) override {
+    if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return;
+    if (errno != EINVAL && errno != ENOSYS) fail("renameat2");
+    // Not every file system knows how; a second name does the same in two steps.
+    if (link(from.c_str(), to.c_str()) != 0) fail("link");
+    if (unlink(from.c_str()) != 0) fail("unlink");
+  }
+
+  void remove(const std::string& path) override {
+    if (unlink(path.c_str()) != 0) fail("unlink");
+  }
+};
+
+}  // namespace
+
+FileSystem& machineFileSystem() {
+  static MachineFileSystem system;
+  return system;
+}
+
+}  // namespace pluvo::files

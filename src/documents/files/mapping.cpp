@@ -1,0 +1,135 @@
+#include "mapping.h"
+
+#include <signal.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <cstdint>
+#include <mutex>
+#include <system_error>
+
+namespace pluvo::files {
+
+namespace {
+
+/// The mappings in use, where a signal handler can read them: no locks, no allocation.
+struct Slot {
+  std::atomic<bool> taken = false;
+  std::atomic<std::uintptr_t> from = 0;
+  std::atomic<std::uintptr_t> to = 0;
+  std::atomic<bool> vanished = false;
+};
+constexpr std::size_t kMostMappings = 1024;
+std::array<Slot, kMostMappings> slots;
+struct sigaction previousAction;
+
+std::uintptr_t pageSize() {
+  static const auto size = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
+  return size;
+}
+
+[[noreturn]] void failWith(int error, const char* call) {
+  throw std::system_error(error, std::generic_category(), call);
+}
+
+Slot* slotOf(std::uintptr_t address) {
+  for (Slot& slot : slots)
+    if (slot.from <= address && address < slot.to) return &slot;
+  return nullptr;
+}
+
+/// Lets the signal do what it would have done without us.
+void passOn(int number, siginfo_t* info, void* context) {
+  if ((previousAction.sa_flags & SA_SIGINFO) != 0) return previousAction.sa_sigaction(number, info, context);
+  if (previousAction.sa_handler != SIG_DFL && previousAction.sa_handler != SIG_IGN)
+    return previousAction.sa_handler(number);
+  signal(number, SIG_DFL);  // the faulting instruction runs again and ends the program
+}
+
+void onBusError(int number, siginfo_t* info, void* context) {
+  const int savedError = errno;
+  const auto address = reinterpret_cast<std::uintptr_t>(info->si_addr);
+  Slot* slot = slotOf(address);
+  void* page = reinterpret_cast<void*>(address & ~(pageSize() - 1));
+  if (slot != nullptr &&
+      mmap(page, pageSize(), PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0) == page)
+    slot->vanished = true;
+  else
+    passOn(number, info, context);
+  errno = savedError;
+}
+
+void watchForBusErrors() {
+  static std::once_flag once;
+  std::call_once(once, [] {
+    pageSize();
+    struct sigaction action = {};
+    action.sa_sigaction = onBusError;
+    action.sa_flags = SA_SIGINFO;
+    sigemptyset(&action.sa_mask);
+    if (sigaction(SIGBUS, &action, &previousAction) != 0) failWith(errno, "sigaction");
+  });
+}
+
+Slot& takeSlot() {
+  for (Slot& slot : slots)
+    if (!slot.taken.exchange(true)) return slot;
+  failWith(ENOMEM, "mmap");
+}
+
+class Mapping {
+ public:
+  Mapping(int descriptor, std::size_t size)
+      : size_(size), length_((size / pageSize() + 1) * pageSize()), slot_(takeSlot()) {
+    // Addresses for one byte more than the file, then the file over them.
+    void* start = mmap(nullptr, length_, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (start == MAP_FAILED) fail();
+    start_ = static_cast<std::uint8_t*>(start);
+    std::uint8_t* const lastPage = start_ + length_ - pageSize();
+    if (mmap(start_, size, PROT_READ, MAP_PRIVATE | MAP_FIXED, descriptor, 0) == MAP_FAILED ||
+        mprotect(lastPage, pageSize(), PROT_READ | PROT_WRITE) != 0)
+      fail();
+    slot_.vanished = false;
+    slot_.from = reinterpret_cast<std::uintptr_t>(start_);
+    slot_.to = reinterpret_cast<std::uintptr_t>(start_) + length_;
+    static_cast<volatile std::uint8_t*>(start_)[size] = Bytes::kBehind;
+  }
+  Mapping(const Mapping&) = delete;
+  Mapping& operator=(const Mapping&) = delete;
+  ~Mapping() {
+    slot_.to = 0;
+    slot_.from = 0;
+    munmap(start_, length_);
+    slot_.taken = false;
+  }
+
+  ByteSpan view() const { return {start_, size_}; }
+  bool vanished() const { return slot_.vanished; }
+
+ private:
+  [[noreturn]] void fail() {
+    const int error = errno;
+    if (start_ != nullptr) munmap(start_, length_);
+    slot_.taken = false;
+    failWith(error, "mmap");
+  }
+
+  std::size_t size_;
+  std::size_t length_;
+  Slot& slot_;
+  std::uint8_t* start_ = nullptr;
+};
+
+}  // namespace
+
+Bytes mapFile(int descriptor, std::size_t size) {
+  watchForBusErrors();
+  auto mapping = std::make_shared<const Mapping>(descriptor, size);
+  const ByteSpan view = mapping->view();
+  return {view, mapping, [mapping] { return mapping->vanished(); }};
+}
+
+}  // namespace pluvo::files

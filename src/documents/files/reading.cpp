@@ -1,0 +1,63 @@
+#include "files/reading.h"
+
+#include "files/problem.h"
+#include "wording.h"
+
+#include <algorithm>
+#include <system_error>
+
+namespace pluvo::files {
+
+namespace {
+
+void requireRegular(FileKind kind) {
+  switch (kind) {
+    case FileKind::regular:
+      return;
+    case FileKind::folder:
+      throw DocumentError(Problem::io, "This is a folder, not a document; name the documents in it.");
+    case FileKind::pipe:
+      throw DocumentError(Problem::io,
+                          "This is a named pipe, not a document; copy what it delivers to a file first.");
+    case FileKind::device:
+    case FileKind::socket:
+      throw DocumentError(Problem::io, "This is a device, not a document; name a file.");
+  }
+}
+
+DocumentError changedMeanwhile() {
+  return {Problem::changed, "Another program is writing this file; run this again when it is done."};
+}
+
+Bytes readWhole(FileSystem& system, Handle file, std::size_t size) {
+  std::vector<std::uint8_t> bytes;
+  bytes.reserve(size + 1);  // Bytes adds one
+  bytes.resize(size);
+  std::size_t filled = 0;
+  while (filled < size) {
+    const std::size_t count = system.read(file, std::span(bytes).subspan(filled));
+    if (count == 0) throw changedMeanwhile();
+    filled += count;
+  }
+  return Bytes::of(std::move(bytes));
+}
+
+}  // namespace
+
+FileContent readFile(FileSystem& system, const std::string& path) {
+  try {
+    requireRegular(system.statusAt(path).kind);  // opening a device may already do something
+    const OpenFile file(system, system.openToRead(path));
+    const FileStatus status = system.status(file.handle());
+    requireRegular(status.kind);
+    const auto size = static_cast<std::size_t>(status.stamp.size);
+    Bytes bytes =
+        size < kMappedFrom ? readWhole(system, file.handle(), size) : system.map(file.handle(), size);
+    if (system.status(file.handle()).stamp != status.stamp) throw changedMeanwhile();
+    return {std::move(bytes), status.stamp};
+  } catch (const std::system_error& failure) {
+    throw readingFailed(failure);
+  }
+}
+
+}  // namespace pluvo::files

@@ -1,0 +1,153 @@
+#include "files/saving.h"
+
+#include "files/lock_files.h"
+#include "files/reading.h"
+#include "paths.h"
+#include "temporary_file.h"
+#include "wording.h"
+
+#include <cerrno>
+#include <system_error>
+
+namespace pluvo::files {
+
+namespace {
+
+void requireReplaceable(FileSystem& system, const std::string& real, const FileStatus& status) {
+  if (const auto lock = lockFileOf(system, real))
+    throw DocumentError(Problem::locked,
+                        "The document is open in another program; close it there. If nobody has it "
+                        "open, delete \"" +
+                            *lock + "\" beside it.");
+  if (status.names > 1)
+    throw DocumentError(
+        Problem::readOnly,
+        "The file has " + std::to_string(status.names) +
+            " names (hard links), and the others would keep the old text; save to another folder, or "
+            "make it a file of its own.");
+  if (!system.mayWrite(real))
+    throw DocumentError(
+        Problem::readOnly,
+        "The file may not be written; allow it in the file's permissions, or save to another folder.");
+}
+
+void requireUnchanged(FileSystem& system, const std::string& real, const Stamp& opened) {
+  if (system.statusAt(real).stamp != opened)
+    throw DocumentError(
+        Problem::changed,
+        "Another program changed the file while it was open here; it was left as it is. Run this again.");
+}
+
+/// Writes the version and reads it back; the stamp is the finished file's.
+Stamp writeVersion(FileSystem& system, TemporaryFile& file, Handle original, const NewVersion& version) {
+  FileOutput output(system, file.handle());
+  version.write(output);
+  output.finish();
+  file.takeAfter(original);
+  file.finish();
+  const FileContent written = readFile(system, file.path());
+  version.check(written.bytes);
+  return written.stamp;
+}
+
+void copyOriginal(FileSystem& system, Handle original, TemporaryFile& copy) {
+  std::vector<std::uint8_t> buffer(1024 * 1024);
+  FileOutput output(system, copy.handle());
+  while (const std::size_t count = system.read(original, buffer)) output.write(ByteSpan(buffer).first(count));
+  output.finish();
+  copy.takeAfter(original);
+  copy.finish();
+}
+
+/// Moves to "name", or to "name.2", "name.3" …, whichever is free first.
+void moveToFirstFree(TemporaryFile& file, const std::string& name) {
+  constexpr int kMostBackups = 10'000;
+  for (int number = 1;; ++number) {
+    try {
+      return file.moveToFree(number == 1 ? name : name + "." + std::to_string(number));
+    } catch (const std::system_error& failure) {
+      if (failure.code().value() != EEXIST || number == kMostBackups) throw;
+    }
+  }
+}
+
+/// The version is in its place; what fails now cannot be taken back.
+void flushFolder(FileSystem& system, const std::string& file) {
+  try {
+    const OpenFile folder(system, system.openFolder(folderOf(file)));
+    system.flush(folder.handle());
+  } catch (const std::system_error& failure) {
+    throw DocumentError(Problem::io,
+                        "The new version is in place, but the disk did not confirm that it would outlast a "
+                        "power failure (" +
+                            failure.code().message() + "); check the disk.");
+  }
+}
+
+Saved replaceResolved(FileSystem& system, const std::string& real, const Stamp& opened,
+                      const NewVersion& version, const std::optional<std::string>& backupSuffix) {
+  requireUnchanged(system, real, opened);
+  requireReplaceable(system, real, system.statusAt(real));
+  const OpenFile original(system, system.openToRead(real));
+  const std::string folder(folderPrefixOf(real));
+
+  TemporaryFile replacement(system, folder);
+  Saved saved{writeVersion(system, replacement, original.handle(), version), {}};
+  std::optional<TemporaryFile> backup;
+  if (backupSuffix) {
+    backup.emplace(system, folder);
+    copyOriginal(system, original.handle(), *backup);
+    moveToFirstFree(*backup, real + *backupSuffix);
+    saved.backup = backup->path();
+  }
+  requireUnchanged(system, real, opened);
+  replacement.replace(real);
+  if (backup) backup->keep();
+  flushFolder(system, real);
+  return saved;
+}
+
+}  // namespace
+
+std::optional<DocumentError> obstacleToSaving(FileSystem& system, const std::string& path) {
+  try {
+    const std::string real = system.resolve(path);
+    requireReplaceable(system, real, system.statusAt(real));
+    return std::nullopt;
+  } catch (const DocumentError& obstacle) {
+    return obstacle;
+  } catch (const std::system_error& failure) {
+    return savingFailed(failure);
+  }
+}
+
+Saved replaceFile(FileSystem& system, const std::string& path, const Stamp& opened, const NewVersion& version,
+                  const std::optional<std::string>& backupSuffix) {
+  try {
+    return replaceResolved(system, system.resolve(path), opened, version, backupSuffix);
+  } catch (const std::system_error& failure) {
+    throw savingFailed(failure);
+  }
+}
+
+Saved createFile(FileSystem& system, const std::string& path, const std::string& original,
+                 const NewVersion& version) {
+  const DocumentError nameTaken(Problem::io,
+                                "There is a file of this name where the new version should go; it was left "
+                                "as it is. Remove it or choose another folder.");
+  try {
+    if (system.exists(path)) throw nameTaken;
+    const OpenFile pattern(system, system.openToRead(original));
+    TemporaryFile file(system, std::string(folderPrefixOf(path)));
+    const Stamp stamp = writeVersion(system, file, pattern.handle(), version);
+    file.moveToFree(path);
+    file.keep();
+    flushFolder(system, path);
+    return {stamp, {}};
+  } catch (const std::system_error& failure) {
+    if (failure.code().value() == EEXIST) throw nameTaken;
+    throw savingFailed(failure);
+  }
+}
+
+}  // namespace pluvo::files

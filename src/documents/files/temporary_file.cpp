@@ -1,0 +1,125 @@
+#include "temporary_file.h"
+
+#include "wording.h"
+
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <system_error>
+
+namespace pluvo::files {
+
+namespace {
+
+/// Names differ between processes and calls; that none is taken is for createNew to find out.
+std::string temporaryName() {
+  static std::atomic<std::uint64_t> calls = 0;
+  const auto now = static_cast<std::uint64_t>(std::chrono::system_clock::now().time_since_epoch().count());
+  const std::uint64_t mixed = (now ^ (static_cast<std::uint64_t>(getpid()) << 40)) + (calls++ << 56);
+  std::array<char, 32> name = {};
+  std::snprintf(name.data(), name.size(), "~pluvo-%016llx.tmp", static_cast<unsigned long long>(mixed));
+  return name.data();
+}
+
+constexpr std::uint32_t kGroupBits = 0070;
+constexpr std::uint32_t kOthersBits = 0007;
+constexpr std::uint32_t kSetIdBits = 06000;
+
+bool tryOwner(FileSystem& system, Handle file, std::uint32_t owner, std::uint32_t group) {
+  try {
+    system.setOwner(file, owner, group);
+    return true;
+  } catch (const std::system_error&) {
+    return false;
+  }
+}
+
+/// The permissions the file may have with the owner it got.
+std::uint32_t giveOwner(FileSystem& system, Handle file, const FileStatus& original) {
+  const FileStatus made = system.status(file);
+  if (made.owner == original.owner && made.group == original.group) return original.permissions;
+  if (tryOwner(system, file, original.owner, original.group)) return original.permissions;
+  const std::uint32_t permissions = original.permissions & ~kSetIdBits;
+  if (made.group == original.group || tryOwner(system, file, made.owner, original.group)) return permissions;
+  return (permissions & ~kGroupBits) | ((permissions & kOthersBits) << 3);
+}
+
+}  // namespace
+
+TemporaryFile::TemporaryFile(FileSystem& system, const std::string& folderPrefix)
+    : TemporaryFile(system, createBeside(system, folderPrefix)) {}
+
+TemporaryFile::TemporaryFile(FileSystem& system, Created created)
+    : system_(system), path_(std::move(created.path)), file_(system, created.handle) {}
+
+TemporaryFile::Created TemporaryFile::createBeside(FileSystem& system, const std::string& folderPrefix) {
+  constexpr int kMostAttempts = 100;
+  for (int attempt = 1;; ++attempt) {
+    std::string path = folderPrefix + temporaryName();
+    try {
+      const Handle handle = system.createNew(path);
+      return {std::move(path), handle};
+    } catch (const std::system_error& failure) {
+      if (failure.code().value() != EEXIST || attempt == kMostAttempts) throw;
+    }
+  }
+}
+
+TemporaryFile::~TemporaryFile() {
+  if (!temporary_) return;
+  try {
+    system_.remove(path_);
+  } catch (
+      const std::system_error&) {  // NOLINT(bugprone-empty-catch): the failure before this one is the news
+  }
+}
+
+void TemporaryFile::takeAfter(Handle original) {
+  const FileStatus status = system_.status(original);
+  const std::uint32_t permissions = giveOwner(system_, handle(), status);
+  system_.copyAttributes(original, handle());
+  system_.setPermissions(handle(), permissions);
+}
+
+void TemporaryFile::finish() {
+  system_.flush(handle());
+  file_.close();
+}
+
+void TemporaryFile::replace(const std::string& path) {
+  system_.rename(path_, path);
+  path_ = path;
+  keep();
+}
+
+void TemporaryFile::moveToFree(const std::string& path) {
+  system_.renameToFree(path_, path);
+  path_ = path;
+}
+
+void FileOutput::write(ByteSpan bytes) {
+  constexpr std::size_t kGathered = 256 * 1024;
+  if (gathered_.size() + bytes.size() > kGathered) finish();
+  if (bytes.size() >= kGathered) return writeThrough(bytes);
+  if (gathered_.capacity() == 0) gathered_.reserve(kGathered);
+  gathered_.insert(gathered_.end(), bytes.begin(), bytes.end());
+}
+
+void FileOutput::finish() {
+  writeThrough(gathered_);
+  gathered_.clear();
+}
+
+void FileOutput::writeThrough(ByteSpan bytes) {
+  try {
+    while (!bytes.empty()) bytes = bytes.subspan(system_.write(file_, bytes));
+  } catch (const std::system_error& failure) {
+    throw savingFailed(failure);
+  }
+}
+
+}  // namespace pluvo::files

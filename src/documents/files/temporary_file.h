@@ -1,0 +1,63 @@
+#pragma once
+
+#include "files/file_system.h"
+
+#include <string>
+
+namespace pluvo::files {
+
+/// A new file beside the one it is to become; gone with this object unless it was renamed.
+class TemporaryFile {
+ public:
+  TemporaryFile(FileSystem& system, const std::string& folderPrefix);
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
+  ~TemporaryFile();
+
+  /// Where it lies now, renamed or not.
+  const std::string& path() const { return path_; }
+  Handle handle() const { return file_.handle(); }
+
+  /// Gives it the owner, permissions and attributes of another file.
+  void takeAfter(Handle original);
+  /// The bytes are on disk and the file is closed.
+  void finish();
+
+  /// Takes the place of whatever has the name, and stays.
+  void replace(const std::string& path);
+  /// Takes a name; it still goes with this object unless it is kept. Throws std::system_error with EEXIST
+  /// where the name is taken.
+  void moveToFree(const std::string& path);
+  void keep() { temporary_ = false; }
+
+ private:
+  struct Created {
+    std::string path;
+    Handle handle;
+  };
+  TemporaryFile(FileSystem& system, Created created);
+  static Created createBeside(FileSystem& system, const std::string& folderPrefix);
+
+  FileSystem& system_;
+  std::string path_;
+  OpenFile file_;
+  bool temporary_ = true;
+};
+
+/// Gathers small writes and passes large ones on.
+class FileOutput final : public Output {
+ public:
+  FileOutput(FileSystem& system, Handle file) : system_(system), file_(file) {}
+  void write(ByteSpan bytes) override;
+  /// To be called behind the last write.
+  void finish();
+
+ private:
+  void writeThrough(ByteSpan bytes);
+
+  FileSystem& system_;
+  Handle file_;
+  std::vector<std::uint8_t> gathered_;
+};
+
+}  // namespace pluvo::files

@@ -1,0 +1,61 @@
+#include "wording.h"
+
+#include <cerrno>
+
+namespace pluvo::files {
+
+namespace {
+
+/// "(No space left on device)"
+std::string reasonOf(const std::system_error& failure) { return " (" + failure.code().message() + ")"; }
+
+}  // namespace
+
+DocumentError readingFailed(const std::system_error& failure) {
+  switch (failure.code().value()) {
+    case ENOENT:
+    case ENOTDIR:
+      return {Problem::io, "There is no such file; check its name and folder."};
+    case ELOOP:
+      return {Problem::io, "The link leads in a circle; name the document itself."};
+    case EACCES:
+    case EPERM:
+      return {Problem::io, "You may not read this file; ask its owner for permission."};
+    case ENXIO:
+      return {Problem::io, "This is not a file with a document in it; name the document itself."};
+    default:
+      return {Problem::io, "The file could not be read" + reasonOf(failure) + "; check the disk it is on."};
+  }
+}
+
+DocumentError savingFailed(const std::system_error& failure) {
+  switch (failure.code().value()) {
+    case ENOSPC:
+    case EDQUOT:
+      return {Problem::io,
+              "There is no room on the disk for the new version; the original is unchanged. Make room and "
+              "run this again."};
+    case ENOENT:
+      return {Problem::changed,
+              "The document or its folder is gone; another program moved or deleted it. Run this "
+              "again where it is now."};
+    case EFAULT:
+      return {Problem::changed,
+              "Another program cut the file short while it was open here; it was left as it is. Run "
+              "this again."};
+    case EFBIG:
+      return {Problem::tooLarge,
+              "The new version is larger than this disk or user may have; the original is unchanged."};
+    case EACCES:
+    case EPERM:
+    case EROFS:
+      return {Problem::readOnly,
+              "You may not write in the folder of this document; the original is unchanged. Save "
+              "to another folder, or ask for permission."};
+    default:
+      return {Problem::io, "The new version could not be saved" + reasonOf(failure) +
+                               "; the original is unchanged. Check the disk and run this again."};
+  }
+}
+
+}  // namespace pluvo::files
