@@ -1,0 +1,92 @@
+#include "files/reading.h"
+
+#include "documents/files/failing_file_system.h"
+#include "documents/files/scratch.h"
+#include "files/problem.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <string_view>
+
+namespace pluvo::files {
+namespace {
+
+std::string textOf(const Bytes& bytes) { return {bytes.view.begin(), bytes.view.end()}; }
+
+TEST(Reading, GivesTheBytesAndOneBehindAtEverySizeThatMatters) {
+  const Scratch scratch;
+  const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+  for (const std::size_t size :
+       {std::size_t{0}, std::size_t{1}, page, std::size_t{kMappedFrom} - 1, std::size_t{kMappedFrom},
+        std::size_t{kMappedFrom} + 1, kMappedFrom + page}) {
+    std::string content(size, 'x');
+    if (size > 0) content.back() = 'y';
+    FailingFileSystem partial;  // reads in parts
+    const FileContent read = readFile(partial, scratch.put("file", content));
+    EXPECT_EQ(textOf(read.bytes), content);
+    EXPECT_EQ(*(read.bytes.view.data() + size), Bytes::kBehind) << size;
+    EXPECT_EQ(read.stamp, machineFileSystem().statusAt(scratch.path("file")).stamp);
+  }
+}
+
+TEST(Reading, RefusesWhatIsNoFileWithoutWaiting) {
+  const Scratch scratch;
+  std::filesystem::create_directory(scratch.path("folder"));
+  ASSERT_EQ(mkfifo(scratch.path("pipe").c_str(), 0600), 0);
+  std::filesystem::create_symlink("nowhere", scratch.path("dangling"));
+  std::filesystem::create_symlink("circle", scratch.path("circle"));
+  std::filesystem::create_symlink("pipe", scratch.path("link"));
+  const struct {
+    std::string path;
+    std::string_view said;
+  } cases[] = {{scratch.path("folder"), "folder"},      {scratch.path("pipe"), "named pipe"},
+               {scratch.path("link"), "named pipe"},    {"/dev/null", "device"},
+               {scratch.path("missing"), "no such"},    {scratch.path("dangling"), "no such"},
+               {scratch.path("circle"), "in a circle"}, {"", "no such"}};
+  for (const auto& [path, said] : cases) {
+    try {
+      readFile(machineFileSystem(), path);
+      ADD_FAILURE() << path;
+    } catch (const DocumentError& error) {
+      EXPECT_EQ(error.problem(), Problem::io);
+      EXPECT_THAT(error.what(), testing::HasSubstr(std::string(said)));
+    }
+  }
+}
+
+TEST(Reading, OutlivesAMappedFileThatIsCutShort) {
+  const Scratch scratch;
+  const std::string path = scratch.put("file", std::string(3 * kMappedFrom, 'x'));
+  const FileContent read = readFile(machineFileSystem(), path);
+  EXPECT_FALSE(read.bytes.vanished());
+  std::filesystem::resize_file(path, 10);
+  EXPECT_EQ(read.bytes.view[0], 'x');
+  EXPECT_EQ(read.bytes.view[2 * kMappedFrom], 0);
+  EXPECT_TRUE(read.bytes.vanished());
+}
+
+TEST(Reading, AnyFailingCallIsAnIoError) {
+  const Scratch scratch;
+  for (const std::size_t size : {std::size_t{100}, std::size_t{kMappedFrom}}) {
+    const std::string path = scratch.put("file", std::string(size, 'x'));
+    FailingFileSystem counting;
+    readFile(counting, path);
+    for (int n = 1; n < counting.calls(); ++n) {  // the last is the close, which nothing depends on
+      FailingFileSystem failing(n);
+      try {
+        readFile(failing, path);
+        ADD_FAILURE() << n;
+      } catch (const DocumentError& error) {
+        EXPECT_EQ(error.problem(), Problem::io);
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace pluvo::files
