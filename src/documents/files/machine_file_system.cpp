@@ -81,9 +81,9 @@ class MachineFileSystem final : public FileSystem {
   bool mayWrite(const std::string& path) override {
     constexpr std::uint32_t kWriteBits = 0222;
     if ((statusAt(path).permissions & kWriteBits) == 0) return false;
-    if (access(path.c_str(), W_OK) == 0) return true;
+    if (faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0) return true;
     if (errno == EACCES || errno == EPERM || errno == EROFS || errno == ETXTBSY) return false;
-    fail("access");
+    fail("faccessat");
   }
 
   std::string resolve(const std::string& path) override {

@@ -29,6 +29,11 @@ void requireReplaceable(FileSystem& system, const std::string& real, const FileS
     throw DocumentError(
         Problem::readOnly,
         "The file may not be written; allow it in the file's permissions, or save to another folder.");
+  if (!system.mayWrite(folderOf(real)))
+    throw DocumentError(
+        Problem::readOnly,
+        "The folder may not be written, so no new version can be put there; allow it in the folder's "
+        "permissions, or save to another folder.");
 }
 
 void requireUnchanged(FileSystem& system, const std::string& real, const Stamp& opened) {

@@ -43,8 +43,8 @@ class FileSystem {
   virtual FileStatus statusAt(const std::string& path) = 0;
   /// Whether the name is taken, be it by a link that leads nowhere.
   virtual bool exists(const std::string& path) = 0;
-  /// Whether the user may write the file. A file whose permissions let nobody write it may not be written,
-  /// not even by a user whom permissions do not bind.
+  /// Whether the user may write the file or folder. One whose permissions let nobody write it may not be
+  /// written, not even by a user whom permissions do not bind.
   virtual bool mayWrite(const std::string& path) = 0;
   /// The absolute path without links.
   virtual std::string resolve(const std::string& path) = 0;
