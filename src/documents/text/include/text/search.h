@@ -1,0 +1,53 @@
+#pragma once
+
+#include "text/pieces.h"
+#include "text/positions.h"
+#include "text/run_map.h"
+#include "text/visible.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace pluvo::text {
+
+struct SearchFlags {
+  bool matchCase = false;
+  bool wholeWord = false;
+};
+
+/// A literal search for one text, prepared once and used as often as wanted, also by several threads at once.
+///
+/// - No character of the text searched for has a meaning of its own. An empty text is never found, and
+/// neither is
+///   one that holds a cell mark: a match does not leave its cell.
+/// - Case: two units are equal when Unicode's simple case folding makes them one unit. It keeps lengths;
+/// letters
+///   outside the Basic Multilingual Plane are compared as they are, and so are unpaired surrogates.
+///   Straight and typographic quotes are different characters.
+/// - Whole word: the visible characters on both sides of the match, if any, also outside the searched span,
+/// are
+///   neither letters, digits nor combining marks. An apostrophe, a hyphen and a low line are none of these:
+///   John is found in John's, in John-Paul and in a blank filled in as __John__.
+/// - Characters that the view does not show are passed over: a match may run across them, and its span covers
+///   those between its first and last visible character. A hidden cell mark still ends its cell.
+///
+/// Stretches of the text are searched where they lie. The cost is linear in the span searched, whatever the
+/// text searched for; memory beside the text is a few times the length of the text searched for.
+class Search {
+ public:
+  Search(std::u16string_view needle, SearchFlags flags);
+  ~Search();
+  Search(Search&&) noexcept;
+  Search& operator=(Search&&) noexcept;
+
+  /// The first match that lies in [from, to) wholly.
+  std::optional<Span> find(const PieceText& text, const RunMap<Visibility>& visibility, View view,
+                           Position from, Position to) const;
+
+ private:
+  struct Prepared;
+  std::unique_ptr<const Prepared> prepared_;
+};
+
+}  // namespace pluvo::text
