@@ -1,35 +1,84 @@
 #pragma once
 
 #include "model/content.h"
+#include "model/live_ranges.h"
 #include "text/pieces.h"
 #include "text/positions.h"
 
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace pluvo::model {
 
-/// Where new text gets its formatting, and on which side of it it stands.
-enum class Beside { before, behind, insteadOf };
+struct Landing;
 
 /// A document in memory: its text, what each character looks like and belongs to, and the live ranges over
 /// it. All edits go through here, under one policy for every format (edit_policy.h). Knows no file and no
 /// format.
+///
+/// A view is one of text::kInResults and text::kInCodes. A span that does not lie in the text is a bug in the
+/// caller. An edit is refused with a Fault, and nothing has happened, when its text holds a character that
+/// stands for something other than text (marks of cells and fields, pictures, references: 5843) or when
+/// positions would no longer suffice (5854).
 class Model {
  public:
   explicit Model(Content content);
 
-  const text::PieceText& text() const;
-  const text::RunMap<std::uint8_t>& highlight() const;
-  const text::RunMap<text::Visibility>& visibility() const;
-  const text::RunMap<Structure>& structure() const;
-  text::Position length() const;
+  const text::PieceText& text() const { return text_; }
+  const text::RunMap<text::Visibility>& visibility() const { return visibility_; }
+  const text::RunMap<std::uint8_t>& highlight() const { return highlight_; }
+  const text::RunMap<Structure>& structure() const { return structure_; }
+  const std::vector<Table>& tables() const { return tables_; }
+  const std::vector<Field>& fields() const { return fields_; }
+  text::Position length() const { return text_.length(); }
 
-  /// Whether anything differs from what the reader found.
-  bool changed() const;
+  /// The text of a span so far as the view shows it.
+  std::u16string visibleText(text::Span span, text::Visibility view) const;
+
+  /// Whether the character ends a paragraph: a paragraph, cell, row or section mark.
+  bool endsParagraph(text::Position position) const;
+  bool isRowMark(text::Position position) const { return structure_.valueAt(position).rowMark; }
+  bool isCellMark(text::Position position) const;
+  bool isFieldMark(text::Position position) const;
+
+  /// The text as an edit puts it in: CR LF and a lone LF are one paragraph mark.
+  static std::u16string incoming(std::u16string_view text);
+
+  /// Puts text in the place of a span, so far as the policy lets the span go, or deletes it (text empty). The
+  /// text inherits from the first character replaced. Returns where the text stands now (empty: where the
+  /// deletion began).
+  text::Span replace(text::Span span, std::u16string_view text, text::Visibility view);
+  /// Inserts text that inherits from the character behind it, or from the one before it; returns where it
+  /// stands. Text behind a cell mark goes before it; text behind the final paragraph mark goes before that.
+  text::Span insertBefore(text::Position position, std::u16string_view text);
+  text::Span insertBehind(text::Position position, std::u16string_view text);
+
+  /// Gives a span a highlight colour (0 removes it).
+  void highlight(text::Span span, std::uint8_t colour);
+
+  /// Whether anything differs from what the reader found. An edit that leaves everything as it was is none.
+  bool changed() const { return changed_; }
   /// Grows with every edit of the text (not of the highlight).
-  std::uint64_t stamp() const;
+  std::uint64_t stamp() const { return stamp_; }
+
+  LiveRanges& liveRanges() { return liveRanges_; }
+
+ private:
+  text::Span insert(text::Position position, bool behind, std::u16string_view text);
+  bool besideText(text::Position position) const;
+  text::Span put(text::Span replaced, std::u16string_view text, const Landing& landing);
+
+  text::PieceText text_;
+  text::RunMap<text::Visibility> visibility_;
+  text::RunMap<std::uint8_t> highlight_;
+  text::RunMap<Structure> structure_;
+  std::vector<Table> tables_;
+  std::vector<Field> fields_;
+  LiveRanges liveRanges_;
+  bool changed_ = false;
+  std::uint64_t stamp_ = 0;
 };
 
 }  // namespace pluvo::model

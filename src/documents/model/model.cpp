@@ -1,0 +1,165 @@
+#include "model/model.h"
+
+#include "errors/fault.h"
+#include "model/edit_policy.h"
+#include "word/faults.h"
+
+#include <array>
+#include <utility>
+
+namespace pluvo::model {
+
+using text::Position;
+using text::Span;
+using text::Visibility;
+
+namespace {
+
+constexpr std::array kReserved = {text::kPicture,        text::kNoteReference,   text::kCommentReference,
+                                  text::kCellMark,       text::kFloatingPicture, text::kFieldBegin,
+                                  text::kFieldSeparator, text::kFieldEnd};
+
+void requireText(std::u16string_view text) {
+  if (text.find_first_of(std::u16string_view(kReserved.data(), kReserved.size())) == text.npos) return;
+  throw errors::Fault(
+      word::kParameterOutOfRange,
+      u"The text holds a control character that stands for a table cell, a field, a picture or a "
+      u"note; remove it from the text.");
+}
+
+void requireRoom(Position length, std::u16string_view text) {
+  if (text.size() <= static_cast<std::size_t>(text::kMaxLength - length)) return;
+  throw errors::Fault(word::kStringTooLong, u"The text would make the document too long.");
+}
+
+}  // namespace
+
+Model::Model(Content content)
+    : text_(std::move(content.text)),
+      visibility_(std::move(content.visibility)),
+      highlight_(std::move(content.highlight)),
+      structure_(std::move(content.structure)),
+      tables_(std::move(content.tables)),
+      fields_(std::move(content.fields)) {}
+
+std::u16string Model::visibleText(Span span, Visibility view) const {
+  Position length = 0;
+  for (const auto& run : visibility_.runs(span.from, span.to)) {
+    if ((run.value & view) != 0) length += run.to - run.from;
+  }
+  std::u16string shown(static_cast<std::size_t>(length), u'\0');
+  char16_t* out = shown.data();
+  for (const auto& run : visibility_.runs(span.from, span.to)) {
+    if ((run.value & view) == 0) continue;
+    text_.copy(run.from, run.to, out);
+    out += run.to - run.from;
+  }
+  return shown;
+}
+
+bool Model::endsParagraph(Position position) const {
+  switch (text_.at(position)) {
+    case text::kParagraphMark:
+      return true;
+    case text::kCellMark:
+      return structure_.valueAt(position).table != kNone;
+    case text::kPageBreak:
+      return structure_.valueAt(position).sectionMark;
+    default:
+      return false;
+  }
+}
+
+bool Model::isCellMark(Position position) const {
+  if (text_.at(position) != text::kCellMark) return false;
+  const Structure structure = structure_.valueAt(position);
+  return structure.table != kNone && !structure.rowMark;
+}
+
+bool Model::isFieldMark(Position position) const {
+  const char16_t unit = text_.at(position);
+  return unit >= text::kFieldBegin && unit <= text::kFieldEnd && structure_.valueAt(position).field != kNone;
+}
+
+std::u16string Model::incoming(std::u16string_view text) {
+  std::u16string result;
+  result.reserve(text.size());
+  char16_t previous = 0;
+  for (const char16_t unit : text) {
+    if (unit != u'\n') {
+      result += unit;
+    } else if (previous != u'\r') {
+      result += text::kParagraphMark;
+    }
+    previous = unit;
+  }
+  return result;
+}
+
+Span Model::replace(Span span, std::u16string_view text, Visibility view) {
+  const std::u16string newText = incoming(text);
+  requireText(newText);
+  requireRoom(length(), newText);
+  const Removal removal = removalOf(*this, span, newText, view);
+
+  Span first{removal.at, removal.at};
+  std::size_t next = 0;
+  if (!removal.spans.empty() && removal.spans.front().from == removal.at) first = removal.spans[next++];
+  const bool leavesRest = next == removal.spans.size();
+  const bool sameText = static_cast<std::size_t>(first.length()) == newText.size() &&
+                        text_.substring(first.from, first.to) == newText;
+  if (leavesRest && sameText) return first;
+
+  Span placed{removal.at, removal.at};
+  Position shift = 0;
+  if (!sameText) {
+    const Landing landing = first.empty() ? landingAt(*this, removal.at, besideText(removal.at), newText)
+                                          : landingInsteadOf(*this, first, newText);
+    placed = put({landing.at, landing.at + first.length()}, newText, landing);
+    shift = placed.length() - first.length();
+  } else {
+    placed = first;
+  }
+  for (; next < removal.spans.size(); ++next) {
+    const Span gone{removal.spans[next].from + shift, removal.spans[next].to + shift};
+    put(gone, {}, {});
+    shift -= gone.length();
+  }
+  ++stamp_;
+  return placed;
+}
+
+Span Model::insertBefore(Position position, std::u16string_view text) {
+  return insert(position, false, text);
+}
+
+Span Model::insertBehind(Position position, std::u16string_view text) { return insert(position, true, text); }
+
+Span Model::insert(Position position, bool behind, std::u16string_view text) {
+  const std::u16string newText = incoming(text);
+  requireText(newText);
+  requireRoom(length(), newText);
+  if (newText.empty()) return {position, position};
+  const Landing landing = landingAt(*this, position, behind, newText);
+  ++stamp_;
+  return put({landing.at, landing.at}, newText, landing);
+}
+
+bool Model::besideText(Position position) const { return position > 0 && !endsParagraph(position - 1); }
+
+Span Model::put(Span replaced, std::u16string_view text, const Landing& landing) {
+  const auto length = static_cast<Position>(text.size());
+  text_.replace(replaced.from, replaced.to, text, landing.anchor);
+  visibility_.replace(replaced.from, replaced.to, length, landing.visibility);
+  highlight_.replace(replaced.from, replaced.to, length, landing.highlight);
+  structure_.replace(replaced.from, replaced.to, length, landing.structure);
+  liveRanges_.moveWith(replaced, length);
+  changed_ = true;
+  return {replaced.from, replaced.from + length};
+}
+
+void Model::highlight(Span span, std::uint8_t colour) {
+  if (highlight_.set(span.from, span.to, colour)) changed_ = true;
+}
+
+}  // namespace pluvo::model
