@@ -1,29 +1,20 @@
 #pragma once
 
-#include <memory>
-#include <optional>
-#include <string>
-#include <string_view>
-
 #include "files/bytes.h"
 #include "files/problem.h"
 #include "model/content.h"
+#include "model/medium.h"
 #include "model/model.h"
+
+#include <memory>
+#include <string_view>
 
 namespace pluvo::formats {
 
-/// What stays of the file a document was read from. It knows which bytes stand for each original character, and
-/// so writes an edited document in place: what was not touched keeps its bytes.
-class Source {
+/// What stays of the file a document was read from. It knows which bytes stand for each original character,
+/// and so writes an edited document in place: what was not touched keeps its bytes.
+class Source : public model::Medium {
  public:
-  virtual ~Source() = default;
-
-  /// Why this text cannot stand in this file, as a sentence for the user; nothing when it can. Asked before an
-  /// edit is made.
-  virtual std::optional<std::string> refusesText(std::u16string_view newText) const = 0;
-  /// Whether the format has a place for highlighting.
-  virtual bool holdsHighlight() const = 0;
-
   /// Writes the whole document as it stands in the model. Throws files::DocumentError.
   virtual void write(const model::Model& model, files::Output& out) const = 0;
 };
@@ -33,14 +24,15 @@ struct Opened {
   std::unique_ptr<Source> source;
 };
 
-/// One way of storing documents in files. Readers treat every byte as hostile: bounds, sizes, depths and ratios
-/// are checked, and what cannot be read is a files::DocumentError.
+/// One way of storing documents in files. Readers treat every byte as hostile: bounds, sizes, depths and
+/// ratios are checked, and what cannot be read is a files::DocumentError.
 class Format {
  public:
   virtual ~Format() = default;
   /// Short and for users: "docx", "txt".
   virtual std::string_view name() const = 0;
-  /// Whether the bytes look like this format; the extension (lower case, no dot) may decide where bytes cannot.
+  /// Whether the bytes look like this format; the extension (lower case, no dot) may decide where bytes
+  /// cannot.
   virtual bool recognises(files::ByteSpan bytes, std::string_view extension) const = 0;
   virtual Opened read(files::Bytes bytes) const = 0;
 };
