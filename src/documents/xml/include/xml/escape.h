@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace pluvo::xml {
+
+/// Whether XML 1.0 can hold the character at all. Lone surrogates, most controls, U+FFFE and U+FFFF it
+/// cannot.
+bool isCharacter(char32_t c);
+
+/// Appends text as character data or as a double-quoted attribute's value: '&', '<', '>' and '"' become
+/// references, and so does CR, which a reader would otherwise take for a line end; tabs and LF too when they
+/// stand in an attribute. The caller has seen to it that isCharacter holds throughout.
+void appendEscapedText(std::string& out, std::u16string_view text);
+void appendEscapedAttribute(std::string& out, std::u16string_view text);
+
+}  // namespace pluvo::xml

@@ -1,0 +1,131 @@
+#pragma once
+
+#include "files/bytes.h"
+#include "files/problem.h"
+#include "xml/vocabulary.h"
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pluvo::xml {
+
+/// A place in the scanned bytes.
+using Offset = std::uint32_t;
+
+enum class Token : std::uint8_t {
+  start,      ///< <a …>
+  empty,      ///< <a …/>; no end follows
+  end,        ///< </a>
+  text,       ///< bytes between markup; ends before each reference, so that bytes and characters run alike
+  reference,  ///< &amp; or &#10;: one character, see codePoint()
+  cdata,      ///< <![CDATA[…]]>; the contents are innerBegin() to innerEnd()
+  comment,
+  instruction,  ///< <?…?>, the XML declaration too
+  finish,       ///< the end of the bytes; comes again at every further call
+};
+
+/// An attribute of the last start or empty token. Offsets are those of the scanned bytes.
+struct Attribute {
+  NameId id = kOtherName;
+  NamespaceId space = kNoNamespace;
+  Offset nameBegin = 0, nameEnd = 0;
+  Offset valueBegin = 0, valueEnd = 0;  ///< between the quotes
+  Offset prefixLength = 0;              ///< without the colon; 0 when there is none
+  bool plain = true;                    ///< no reference, tab or line end: the bytes are the value
+};
+
+struct Limits {
+  std::size_t depth = 2048;              ///< elements within elements
+  std::size_t namespacesInScope = 1024;  ///< declarations that hold at one place
+};
+
+/// Pulls tokens out of UTF-8 XML and knows the bytes of each. Checks that it is well-formed with namespaces:
+/// one root; tags balanced and named alike; attributes quoted, not repeated, with sound references and no
+/// '<'; prefixes declared; no "--" in comments and no "]]>" in text; only characters XML 1.0 allows. A
+/// DOCTYPE is refused, and with it every entity but the five predefined ones. The declaration's encoding is
+/// not looked at (see encoding.h).
+///
+/// Line ends are left as they are: XML asks that CR LF and a lone CR in the bytes be read as LF.
+///
+/// Nothing is allocated per token. Whatever is wrong is a files::DocumentError: damaged, or tooLarge for the
+/// limits and for 4 GiB and more; the message names the part and the byte.
+class Scanner {
+ public:
+  /// The bytes and the vocabulary must outlive the scanner. Characters are checked here, in one sweep.
+  Scanner(files::ByteSpan utf8, const Vocabulary& vocabulary, std::string partName,
+          const Limits& limits = {});
+
+  Token next();
+
+  /// The bytes of the last token, markup included.
+  Offset begin() const { return begin_; }
+  Offset end() const { return end_; }
+  /// What a CDATA section, a comment or an instruction has between its delimiters.
+  Offset innerBegin() const { return innerBegin_; }
+  Offset innerEnd() const { return innerEnd_; }
+  std::string_view bytes(Offset from, Offset to) const { return {text_ + from, std::size_t{to} - from}; }
+
+  /// Of a start, empty or end token.
+  NameId name() const { return name_; }
+  NamespaceId space() const { return space_; }
+  std::string_view qualifiedName() const { return bytes(nameBegin_, nameEnd_); }
+  /// Of a start or empty token: every attribute in order, namespace declarations too (as kOtherName). Valid
+  /// until the next call of next().
+  std::span<const Attribute> attributes() const { return attributes_; }
+  /// Null when the tag has none of this name.
+  const Attribute* attribute(NameId id) const;
+  /// The value as XML reads it: references resolved, tabs and line ends as blanks.
+  std::string value(const Attribute& attribute) const;
+  std::string_view rawValue(const Attribute& attribute) const {
+    return bytes(attribute.valueBegin, attribute.valueEnd);
+  }
+
+  /// Of a reference token.
+  char32_t codePoint() const { return codePoint_; }
+
+  /// Elements open after the last token; a start token counts itself, an end token no longer.
+  std::size_t depth() const { return open_.size(); }
+  /// What a prefix means at the last token (within a start or empty tag, with its own declarations);
+  /// kOtherNamespace when it is not declared, kNoNamespace for an empty prefix without default.
+  NamespaceId namespaceOf(std::string_view prefix) const;
+  /// After a start token: moves to its end token. After any other: does nothing.
+  void skipElement();
+
+  /// An error about the last token, worded like the scanner's own.
+  files::DocumentError error(const std::string& what) const;
+
+ private:
+  struct OpenElement {
+    Offset nameBegin, nameEnd;
+    NameId name;
+    NamespaceId space;
+    std::uint16_t declarations;  ///< bindings its tag made
+  };
+  struct Binding {
+    std::string_view prefix;
+    std::string_view uri;
+    NamespaceId space;
+  };
+
+  const char* text_;
+  Offset size_;
+  const Vocabulary* vocabulary_;
+  std::string partName_;
+  Limits limits_;
+
+  Offset begin_ = 0, end_ = 0;
+  Offset innerBegin_ = 0, innerEnd_ = 0;
+  Offset nameBegin_ = 0, nameEnd_ = 0;
+  NameId name_ = kOtherName;
+  NamespaceId space_ = kNoNamespace;
+  char32_t codePoint_ = 0;
+
+  std::vector<Attribute> attributes_;
+  std::vector<OpenElement> open_;
+  std::vector<Binding> bindings_;
+};
+
+}  // namespace pluvo::xml
