@@ -26,7 +26,7 @@ bool endsWithMark(std::u16string_view text) { return !text.empty() && text.back(
 /// The parts of a span that go by the rules for fields and tables.
 class Cover {
  public:
-  Cover(const Model& model, Span span, Visibility view)
+  Cover(const Model& model, Span span, text::View view)
       : model_(model),
         view_(view),
         tables_(model.tables(), over(model.tables(), tableAt, span.from),
@@ -52,13 +52,13 @@ class Cover {
     const auto field = fields_.placeOf(structure.field);
     const bool keepsCellMarks = tables_.holds(structure.table);
     if (field.partly == kNone || field.wholly != kNone) {
-      const bool goes = field.partly == kNone || (aroundOf(field.wholly) & view_) != 0;
+      const bool goes = field.partly == kNone || text::isVisible(aroundOf(field.wholly), view_);
       if (goes && keepsCellMarks) takeAllBut(run, text::kCellMark, text::kCellMark);
       if (goes && !keepsCellMarks) add(run);
       return;
     }
     for (const auto& shown : model_.visibility().runs(run.from, run.to)) {
-      if ((shown.value & view_) == 0) continue;
+      if (!text::isVisible(shown.value, view_)) continue;
       takeAllBut({shown.from, shown.to}, text::kFieldBegin, text::kFieldEnd, keepsCellMarks);
     }
   }
@@ -87,7 +87,7 @@ class Cover {
   }
 
   const Model& model_;
-  Visibility view_;
+  text::View view_;
   PartlyCovered<Table> tables_;
   PartlyCovered<Field> fields_;
 };
@@ -159,7 +159,7 @@ Landing landing(const Model& model, Position at, Position anchor, bool behind, s
 
 }  // namespace
 
-Removal removalOf(const Model& model, Span span, std::u16string_view newText, Visibility view) {
+Removal removalOf(const Model& model, Span span, std::u16string_view newText, text::View view) {
   const Position finalMark = model.length() - 1;
   span = {std::min(span.from, finalMark), std::min(span.to, finalMark)};
   Removal removal{span.from, {}};

@@ -11,7 +11,7 @@ namespace pluvo::model {
 
 using text::Position;
 using text::Span;
-using text::Visibility;
+using text::View;
 
 namespace {
 
@@ -42,19 +42,8 @@ Model::Model(Content content)
       tables_(std::move(content.tables)),
       fields_(std::move(content.fields)) {}
 
-std::u16string Model::visibleText(Span span, Visibility view) const {
-  Position length = 0;
-  for (const auto& run : visibility_.runs(span.from, span.to)) {
-    if ((run.value & view) != 0) length += run.to - run.from;
-  }
-  std::u16string shown(static_cast<std::size_t>(length), u'\0');
-  char16_t* out = shown.data();
-  for (const auto& run : visibility_.runs(span.from, span.to)) {
-    if ((run.value & view) == 0) continue;
-    text_.copy(run.from, run.to, out);
-    out += run.to - run.from;
-  }
-  return shown;
+std::u16string Model::visibleText(Span span, View view) const {
+  return text::visibleText(text_, visibility_, view, span.from, span.to);
 }
 
 bool Model::endsParagraph(Position position) const {
@@ -96,7 +85,7 @@ std::u16string Model::incoming(std::u16string_view text) {
   return result;
 }
 
-Span Model::replace(Span span, std::u16string_view text, Visibility view) {
+Span Model::replace(Span span, std::u16string_view text, View view) {
   const std::u16string newText = incoming(text);
   requireText(newText);
   requireRoom(length(), newText);

@@ -28,7 +28,7 @@ struct Removal {
 };
 
 /// What a deletion of the span takes when newText is put in its place.
-Removal removalOf(const Model& model, text::Span span, std::u16string_view newText, text::Visibility view);
+Removal removalOf(const Model& model, text::Span span, std::u16string_view newText, text::View view);
 
 /// What text put into a document takes from its surroundings.
 struct Landing {

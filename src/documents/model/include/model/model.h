@@ -4,8 +4,12 @@
 #include "model/live_ranges.h"
 #include "text/pieces.h"
 #include "text/positions.h"
+#include "text/search.h"
+#include "text/units.h"
+#include "word/enums.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,11 +18,17 @@ namespace pluvo::model {
 
 struct Landing;
 
+/// What a find looks for.
+struct Query {
+  std::u16string text;
+  text::SearchFlags flags;
+};
+
 /// A document in memory: its text, what each character looks like and belongs to, and the live ranges over
 /// it. All edits go through here, under one policy for every format (edit_policy.h). Knows no file and no
 /// format.
 ///
-/// A view is one of text::kInResults and text::kInCodes. A span that does not lie in the text is a bug in the
+/// A span that does not lie in the text is a bug in the
 /// caller. An edit is refused with a Fault, and nothing has happened, when its text holds a character that
 /// stands for something other than text (marks of cells and fields, pictures, references: 5843) or when
 /// positions would no longer suffice (5854).
@@ -35,7 +45,16 @@ class Model {
   text::Position length() const { return text_.length(); }
 
   /// The text of a span so far as the view shows it.
-  std::u16string visibleText(text::Span span, text::Visibility view) const;
+  std::u16string visibleText(text::Span span, text::View view) const;
+
+  /// The first match that lies in the span wholly; see text::Search.
+  std::optional<text::Span> find(const Query& query, text::Span span, text::View view);
+  /// How many units the span touches: a unit that is touched partly counts as one. Characters are those that
+  /// the view shows. An empty span touches no character, and one of every other unit.
+  text::Position count(text::Span span, word::WdUnits unit, text::View view) const;
+  /// Moves a position by so many units (negative: towards the top), stopping at the ends of the text. The
+  /// units moved have the sign of the direction.
+  text::Move move(text::Position position, word::WdUnits unit, text::Position count, text::View view) const;
 
   /// Whether the character ends a paragraph: a paragraph, cell, row or section mark.
   bool endsParagraph(text::Position position) const;
@@ -49,7 +68,7 @@ class Model {
   /// Puts text in the place of a span, so far as the policy lets the span go, or deletes it (text empty). The
   /// text inherits from the first character replaced. Returns where the text stands now (empty: where the
   /// deletion began).
-  text::Span replace(text::Span span, std::u16string_view text, text::Visibility view);
+  text::Span replace(text::Span span, std::u16string_view text, text::View view);
   /// Inserts text that inherits from the character behind it, or from the one before it; returns where it
   /// stands. Text behind a cell mark goes before it; text behind the final paragraph mark goes before that.
   text::Span insertBefore(text::Position position, std::u16string_view text);

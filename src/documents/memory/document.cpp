@@ -1,0 +1,73 @@
+#include "memory/document.h"
+
+#include "errors/fault.h"
+#include "memory/utf.h"
+#include "range.h"
+#include "window.h"
+#include "word/faults.h"
+
+#include <utility>
+
+namespace pluvo::memory {
+
+using errors::Fault;
+
+std::shared_ptr<MemoryDocument> MemoryDocument::create(model::Content content,
+                                                       std::shared_ptr<const model::Medium> medium,
+                                                       std::u16string name, std::string path) {
+  const std::shared_ptr<MemoryDocument> document(new MemoryDocument());
+  document->open_.emplace(std::move(content));
+  document->medium_ = std::move(medium);
+  document->name_ = std::move(name);
+  document->path_ = std::move(path);
+  return document;
+}
+
+std::shared_ptr<word::Range> MemoryDocument::Range(std::int32_t start, std::int32_t end) {
+  return std::make_shared<MemoryRange>(shared_from_this(), spanOf(start, end));
+}
+
+std::shared_ptr<word::Window> MemoryDocument::ActiveWindow() {
+  return std::make_shared<MemoryWindow>(shared_from_this());
+}
+
+void MemoryDocument::select(text::Span span) { open().selection.set(spanOf(span.from, span.to)); }
+
+text::Span MemoryDocument::spanOf(std::int32_t start, std::int32_t end) {
+  requirePosition(start);
+  requirePosition(end);
+  return {std::min(start, end), end};
+}
+
+void MemoryDocument::requirePosition(std::int32_t position) {
+  if (position < 0 || position > model().length())
+    throw Fault(word::kValueOutOfRange, u"Value out of range.");
+}
+
+void MemoryDocument::requireEditable(std::u16string_view newText) {
+  if (protection_ != word::wdNoProtection) {
+    throw Fault(word::kProtectedSelection,
+                u"You are not allowed to edit this selection because it is protected.");
+  }
+  if (medium_ == nullptr || newText.empty()) return;
+  if (const auto reason = medium_->refusesText(newText)) {
+    throw Fault(word::kParameterOutOfRange, toUtf16(*reason));
+  }
+}
+
+void MemoryDocument::requireHighlightable(std::int32_t colour) {
+  requireEditable({});
+  if (colour < word::wdNoHighlight || colour > word::wdGray25) {
+    throw Fault(word::kParameterOutOfRange, u"There is no highlight colour with this index.");
+  }
+  if (medium_ != nullptr && !medium_->holdsHighlight()) {
+    throw Fault(word::kNotAvailable, u"A document of this kind has no place for highlighting.");
+  }
+}
+
+MemoryDocument::Open& MemoryDocument::open() {
+  if (!open_) throw Fault(word::kObjectDeleted, u"Object has been deleted: the document is closed.");
+  return *open_;
+}
+
+}  // namespace pluvo::memory

@@ -1,0 +1,24 @@
+#include "find.h"
+
+#include "errors/fault.h"
+#include "word/faults.h"
+
+namespace pluvo::memory {
+
+bool MemoryFind::Execute() {
+  MemoryDocument& document = range_->document();
+  model::Model& model = document.model();
+  const text::Span span = range_->span();
+  const text::Position end = span.empty() ? model.length() : span.to;
+  const auto match = model.find(query_, {span.from, end}, document.view());
+  if (match) range_->set(*match);
+  return match.has_value();
+}
+
+void MemoryFind::requireOnly(bool value, bool possible) {
+  if (value == possible) return;
+  throw errors::Fault(word::kParameterOutOfRange,
+                      u"Documents in memory are searched literally and forward only.");
+}
+
+}  // namespace pluvo::memory

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "model/model.h"
+#include "range.h"
+#include "word/word_processor.h"
+
+#include <memory>
+#include <string>
+
+namespace pluvo::memory {
+
+/// A literal search towards the end of the document. A criterion that documents in memory do not have
+/// (wildcards, sounds, word forms, backwards, going round) is a Fault 5843 when it is asked for.
+class MemoryFind : public word::Find {
+ public:
+  explicit MemoryFind(std::shared_ptr<MemoryRange> range) : range_(std::move(range)) {}
+
+  void ClearFormatting() override {}  // there are no formatting conditions to clear
+  void Text(const std::u16string& text) override { query_.text = text; }
+  void Forward(bool value) override { requireOnly(value, true); }
+  void MatchCase(bool value) override { query_.flags.matchCase = value; }
+  void MatchWholeWord(bool value) override { query_.flags.wholeWord = value; }
+  void MatchWildcards(bool value) override { requireOnly(value, false); }
+  void MatchSoundsLike(bool value) override { requireOnly(value, false); }
+  void MatchAllWordForms(bool value) override { requireOnly(value, false); }
+  void Wrap(word::WdFindWrap value) override { requireOnly(value == word::wdFindStop, true); }
+
+  /// Not found: the range stays as it was.
+  bool Execute() override;
+
+ private:
+  static void requireOnly(bool value, bool possible);
+
+  std::shared_ptr<MemoryRange> range_;
+  model::Query query_;
+};
+
+}  // namespace pluvo::memory

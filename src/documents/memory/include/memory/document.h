@@ -1,0 +1,80 @@
+#pragma once
+
+#include "model/content.h"
+#include "model/live_ranges.h"
+#include "model/medium.h"
+#include "model/model.h"
+#include "text/positions.h"
+#include "word/enums.h"
+#include "word/word_processor.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace pluvo::memory {
+
+/// A word-processor document that lives in memory. Its ranges, find objects and windows keep it alive, but
+/// not its text: once it is closed, whatever asks for that is a Fault 5825.
+///
+/// Positions outside the text are a Fault 4608.
+class MemoryDocument : public word::Document, public std::enable_shared_from_this<MemoryDocument> {
+ public:
+  /// Without a medium the document holds everything. The name is for reports; the path, bytes as the file
+  /// system has them, is the opener's.
+  static std::shared_ptr<MemoryDocument> create(model::Content content,
+                                                std::shared_ptr<const model::Medium> medium = nullptr,
+                                                std::u16string name = {}, std::string path = {});
+
+  std::shared_ptr<word::Range> Range(std::int32_t start, std::int32_t end) override;
+  std::u16string Name() override { return name_; }
+  std::shared_ptr<word::Window> ActiveWindow() override;
+
+  const std::string& path() const { return path_; }
+  const std::shared_ptr<const model::Medium>& medium() const { return medium_; }
+
+  bool isOpen() const { return open_.has_value(); }
+  /// Gives the text back. Saving comes before, and is the opener's.
+  void close() { open_.reset(); }
+
+  model::Model& model() { return open().model; }
+  /// What the user has selected, or the insertion point.
+  text::Span selection() { return open().selection.span(); }
+  /// Sets the start, then the end: an inverted pair collapses at its end.
+  void select(text::Span span);
+
+  /// What finds, texts and counts see.
+  text::View view() const { return view_; }
+  void showFieldCodes(bool value) { view_ = value ? text::View::codes : text::View::results; }
+
+  /// A document protected in whatever way refuses every edit (Fault 6124).
+  word::WdProtectionType protection() const { return protection_; }
+  void protect(word::WdProtectionType type) { protection_ = type; }
+
+  /// The span a pair of positions makes in this text: start is set first, then end.
+  text::Span spanOf(std::int32_t start, std::int32_t end);
+  void requirePosition(std::int32_t position);
+  /// Whether the document takes an edit that brings this text. A text the file cannot hold is a Fault 5843.
+  void requireEditable(std::u16string_view newText);
+  /// Whether it takes highlighting. An unknown colour is a Fault 5843, a file without a place for it 4605.
+  void requireHighlightable(std::int32_t colour);
+
+ private:
+  struct Open {
+    explicit Open(model::Content content) : model(std::move(content)) {}
+    model::Model model;
+    model::LiveRange selection{model.liveRanges(), {}};
+  };
+
+  MemoryDocument() = default;
+  Open& open();
+
+  std::optional<Open> open_;
+  std::shared_ptr<const model::Medium> medium_;
+  std::u16string name_;
+  std::string path_;
+  text::View view_ = text::View::results;
+  word::WdProtectionType protection_ = word::wdNoProtection;
+};
+
+}  // namespace pluvo::memory

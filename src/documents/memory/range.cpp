@@ -1,0 +1,96 @@
+#include "range.h"
+
+#include "find.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace pluvo::memory {
+
+using model::Model;
+using text::Span;
+
+MemoryRange::MemoryRange(std::shared_ptr<MemoryDocument> document, Span span)
+    : document_(std::move(document)), range_(document_->model().liveRanges(), span) {}
+
+Span MemoryRange::span() {
+  document_->model();  // a closed document has no positions
+  return range_.span();
+}
+
+void MemoryRange::Start(std::int32_t position) {
+  document_->requirePosition(position);
+  set({position, std::max(position, span().to)});
+}
+
+void MemoryRange::End(std::int32_t position) {
+  document_->requirePosition(position);
+  set({std::min(position, span().from), position});
+}
+
+void MemoryRange::SetRange(std::int32_t start, std::int32_t end) { set(document_->spanOf(start, end)); }
+
+std::u16string MemoryRange::Text() { return document_->model().visibleText(span(), document_->view()); }
+
+void MemoryRange::Text(const std::u16string& text) {
+  Model& model = editable(text);
+  set(model.replace(span(), text, document_->view()));
+}
+
+std::int32_t MemoryRange::MoveStart(word::WdUnits unit, word::MoveCount count) {
+  const auto moved = document_->model().move(span().from, unit, word::valueOf(count), document_->view());
+  Start(moved.position);
+  return moved.moved;
+}
+
+std::int32_t MemoryRange::MoveEnd(word::WdUnits unit, word::MoveCount count) {
+  const auto moved = document_->model().move(span().to, unit, word::valueOf(count), document_->view());
+  End(moved.position);
+  return moved.moved;
+}
+
+void MemoryRange::Select() { document_->select(span()); }
+
+void MemoryRange::InsertBefore(const std::u16string& text) {
+  Model& model = editable(text);
+  growOver(span().empty() ? model.replace(span(), text, document_->view())
+                          : model.insertBefore(span().from, text));
+}
+
+void MemoryRange::InsertAfter(const std::u16string& text) {
+  Model& model = editable(text);
+  growOver(span().empty() ? model.replace(span(), text, document_->view())
+                          : model.insertBehind(span().to, text));
+}
+
+std::int32_t MemoryRange::Delete() {
+  if (span().empty()) return 0;
+  Model& model = editable({});
+  const auto before = model.stamp();
+  model.replace(span(), {}, document_->view());
+  return model.stamp() != before ? 1 : 0;
+}
+
+void MemoryRange::HighlightColorIndex(std::int32_t colour) {
+  document_->requireHighlightable(colour);
+  document_->model().highlight(span(), static_cast<std::uint8_t>(colour));
+}
+
+std::shared_ptr<word::Find> MemoryRange::Find() { return std::make_shared<MemoryFind>(shared_from_this()); }
+
+std::int32_t MemoryRange::countOf(word::WdUnits unit) {
+  return document_->model().count(span(), unit, document_->view());
+}
+
+Model& MemoryRange::editable(const std::u16string& newText) {
+  Model& model = document_->model();
+  document_->requireEditable(Model::incoming(newText));
+  return model;
+}
+
+void MemoryRange::growOver(Span inserted) {
+  if (inserted.empty()) return;
+  set({std::min(span().from, inserted.from), std::max(span().to, inserted.to)});
+}
+
+}  // namespace pluvo::memory

@@ -1,0 +1,265 @@
+#include "documents/support/notation.h"
+
+#include "memory/utf.h"
+#include "model/content_builder.h"
+
+#include <optional>
+#include <stdexcept>
+#include <utility>
+#include <vector>
+
+namespace pluvo::notation {
+
+using model::ContentBuilder;
+using model::Look;
+using model::Model;
+using text::Position;
+using text::Span;
+
+namespace {
+
+constexpr std::u16string_view kSpecial = u"¶{|}⟦¦‖⟧§<>[]\\";
+
+bool isName(char16_t unit) { return unit >= u'a' && unit <= u'z'; }
+
+class Parser {
+ public:
+  explicit Parser(std::string_view notation) : rest_(memory::toUtf16(notation)) {}
+
+  Parsed parse() {
+    while (next_ < rest_.size()) step();
+    require(looks_.size() == 1 && builder_.openFields() == 0 && builder_.openTables() == 0,
+            "something is open");
+    if (!endsInMark_) builder_.append(text::kParagraphMark);
+    return {builder_.finish(), std::move(ranges_)};
+  }
+
+ private:
+  void step() {
+    const char16_t unit = rest_[next_++];
+    if (isName(unit) && peek() == u']') {
+      ++next_;
+      ranges_[static_cast<char>(unit)].to = builder_.length();
+      return;
+    }
+    if (unit == u'[' || unit == u'<' || unit == u'>') {
+      mark(unit);
+      return;
+    }
+    endsInMark_ = unit == u'¶';
+    put(unit);
+  }
+
+  void mark(char16_t unit) {
+    if (unit == u'[') {
+      require(isName(peek()), "a range has no name");
+      ranges_[static_cast<char>(rest_[next_++])] = {builder_.length(), builder_.length()};
+    } else if (unit == u'<') {
+      beginLook();
+    } else {
+      require(looks_.size() > 1, "a look ends that did not begin");
+      looks_.pop_back();
+    }
+  }
+
+  void beginLook() {
+    const std::size_t colon = rest_.find(u':', next_);
+    require(colon != rest_.npos, "a look has no colon");
+    Look look = looks_.back();
+    int colour = 0;
+    for (; next_ < colon; ++next_) {
+      if (rest_[next_] == u'h') {
+        look.hidden = true;
+      } else {
+        colour = colour * 10 + rest_[next_] - u'0';
+        look.highlight = static_cast<std::uint8_t>(colour);
+      }
+    }
+    ++next_;
+    looks_.push_back(look);
+  }
+
+  void put(char16_t unit) {
+    const Look look = looks_.back();
+    switch (unit) {
+      case u'¶':
+        return builder_.append(text::kParagraphMark, look);
+      case u'{':
+        return builder_.beginField(look);
+      case u'|':
+        return require(builder_.separateField(look), "a separator has no field");
+      case u'}':
+        return require(builder_.endField(look), "a field ends that did not begin");
+      case u'⟦':
+        return builder_.beginTable();
+      case u'¦':
+        return builder_.cellMark(look);
+      case u'‖':
+        return builder_.rowMark(look);
+      case u'⟧':
+        return builder_.endTable();
+      case u'§':
+        return builder_.sectionMark(look);
+      case u'\\':
+        return builder_.append(rest_.at(next_++), look);
+      default:
+        return builder_.append(unit, look);
+    }
+  }
+
+  char16_t peek() const { return next_ < rest_.size() ? rest_[next_] : u'\0'; }
+
+  static void require(bool condition, const char* message) {
+    if (!condition) throw std::invalid_argument(message);
+  }
+
+  std::u16string rest_;
+  std::size_t next_ = 0;
+  ContentBuilder builder_;
+  Ranges ranges_;
+  std::vector<Look> looks_ = {Look{}};
+  bool endsInMark_ = false;
+};
+
+class Printer {
+ public:
+  Printer(const Model& model, const Ranges& ranges) : model_(model), ranges_(ranges) {}
+
+  std::string print() {
+    for (Position position = 0; position < model_.length(); ++position) {
+      endRanges(position);
+      changeLook(lookAt(position));
+      changeTable(model_.structure().valueAt(position).table);
+      beginRanges(position);
+      character(position);
+    }
+    endRanges(model_.length());
+    changeLook({});
+    changeTable(model::kNone);
+    beginRanges(model_.length());
+    return memory::toUtf8(out_);
+  }
+
+ private:
+  using LookPair = std::pair<bool, int>;
+
+  /// Hidden: shown nowhere although the fields around would let it be shown somewhere.
+  LookPair lookAt(Position position) const {
+    const bool nowhere = model_.visibility().valueAt(position) == text::kNowhere;
+    return {nowhere && mayBeShown(position).value_or(look_.first), model_.highlight().valueAt(position)};
+  }
+
+  /// Nothing for a separator, which is never shown.
+  std::optional<bool> mayBeShown(Position position) const {
+    int views = text::kEverywhere;
+    std::size_t depth = parts_.size();
+    if (model_.isFieldMark(position)) {
+      const char16_t mark = model_.text().at(position);
+      if (mark == text::kFieldSeparator) return std::nullopt;
+      if (mark == text::kFieldEnd) --depth;
+      views = text::kInCodes;
+    }
+    for (std::size_t i = 0; i < depth; ++i) views &= parts_[i];
+    return views != 0;
+  }
+
+  void changeLook(LookPair look) {
+    if (look == look_) return;
+    if (look_ != LookPair()) out_ += u'>';
+    look_ = look;
+    if (look == LookPair()) return;
+    out_ += u'<';
+    if (look.first) out_ += u'h';
+    if (look.second != 0) out_ += memory::toUtf16(std::to_string(look.second));
+    out_ += u':';
+  }
+
+  void changeTable(std::int32_t table) {
+    const auto parentOf = [&](std::int32_t inner) {
+      return model_.tables()[static_cast<std::size_t>(inner)].parent;
+    };
+    std::vector<std::int32_t> opened;
+    std::int32_t closed = table_;
+    std::int32_t open = table;
+    while (closed != open) {
+      if (closed > open) {
+        out_ += u'⟧';
+        closed = parentOf(closed);
+      } else {
+        opened.push_back(open);
+        open = parentOf(open);
+      }
+    }
+    out_.append(opened.size(), u'⟦');
+    table_ = table;
+  }
+
+  void character(Position position) {
+    const char16_t unit = model_.text().at(position);
+    const auto structure = model_.structure().valueAt(position);
+    if (model_.isFieldMark(position)) {
+      fieldMark(unit);
+    } else if (unit == text::kParagraphMark) {
+      out_ += u'¶';
+    } else if (model_.endsParagraph(position)) {
+      out_ += structure.sectionMark ? u'§' : structure.rowMark ? u'‖' : u'¦';
+    } else {
+      if (kSpecial.find(unit) != kSpecial.npos) out_ += u'\\';
+      out_ += unit;
+    }
+  }
+
+  void fieldMark(char16_t unit) {
+    if (unit == text::kFieldBegin) {
+      parts_.push_back(text::kInCodes);
+      out_ += u'{';
+    } else if (unit == text::kFieldSeparator) {
+      if (!parts_.empty()) parts_.back() = text::kInResults;
+      out_ += u'|';
+    } else {
+      if (!parts_.empty()) parts_.pop_back();
+      out_ += u'}';
+    }
+  }
+
+  void endRanges(Position position) {
+    for (const auto& [name, span] : ranges_) {
+      if (span.to == position && span.from < position) (out_ += static_cast<char16_t>(name)) += u']';
+    }
+  }
+
+  void beginRanges(Position position) {
+    for (const auto& [name, span] : ranges_) {
+      if (span.from != position) continue;
+      (out_ += u'[') += static_cast<char16_t>(name);
+      if (span.to == position) (out_ += static_cast<char16_t>(name)) += u']';
+    }
+  }
+
+  const Model& model_;
+  const Ranges& ranges_;
+  std::u16string out_;
+  LookPair look_;
+  std::int32_t table_ = model::kNone;
+  std::vector<text::Visibility> parts_;
+};
+
+}  // namespace
+
+Parsed parse(std::string_view notation) { return Parser(notation).parse(); }
+
+std::string print(const Model& model, const Ranges& ranges) { return Printer(model, ranges).print(); }
+
+Sample::Sample(std::string_view notation, std::shared_ptr<const model::Medium> medium) {
+  Parsed parsed = parse(notation);
+  document = memory::MemoryDocument::create(std::move(parsed.content), std::move(medium), u"sample");
+  for (const auto& [name, span] : parsed.ranges) ranges[name] = document->Range(span.from, span.to);
+}
+
+std::string Sample::print() {
+  Ranges spans;
+  for (const auto& [name, range] : ranges) spans[name] = {range->Start(), range->End()};
+  return notation::print(model(), spans);
+}
+
+}  // namespace pluvo::notation
