@@ -1,15 +1,19 @@
 #include "files/file_system.h"
 #include "mapping.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <stdio.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <string_view>
 #include <system_error>
 #include <vector>
@@ -108,6 +112,12 @@ class MachineFileSystem final : public FileSystem {
     return persist("open", [&] { return open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
   }
 
+  Handle openToAppend(const std::string& path) override {
+    constexpr mode_t kOwnerOnly = 0600;
+    return persist("open",
+                   [&] { return open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, kOwnerOnly); });
+  }
+
   FileStatus status(Handle file) override {
     struct stat found = {};
     if (fstat(file, &found) != 0) fail("fstat");
@@ -146,6 +156,11 @@ class MachineFileSystem final : public FileSystem {
     if (fchmod(file, permissions) != 0) fail("fchmod");
   }
 
+  void setModified(Handle file, std::int64_t seconds, std::int64_t nanoseconds) override {
+    const timespec times[2] = {{0, UTIME_OMIT}, {seconds, nanoseconds}};
+    if (futimens(file, times) != 0) fail("futimens");
+  }
+
   void copyAttributes(Handle from, Handle to) override {
     for (const std::string& name : attributeNames(from)) {
       const ssize_t size = fgetxattr(from, name.c_str(), nullptr, 0);
@@ -170,6 +185,37 @@ class MachineFileSystem final : public FileSystem {
 
   void remove(const std::string& path) override {
     if (unlink(path.c_str()) != 0) fail("unlink");
+  }
+
+  void createFolder(const std::string& path) override {
+    constexpr mode_t kOwnerOnly = 0700;
+    if (mkdir(path.c_str(), kOwnerOnly) != 0) fail("mkdir");
+  }
+
+  std::vector<std::string> names(const std::string& folder) override {
+    const std::unique_ptr<DIR, int (*)(DIR*)> listing(opendir(folder.c_str()), closedir);
+    if (!listing) fail("opendir");
+    std::vector<std::string> found;
+    for (;;) {
+      errno = 0;
+      const dirent* entry = readdir(listing.get());
+      if (entry == nullptr) break;
+      const std::string_view name = entry->d_name;
+      if (name != "." && name != "..") found.emplace_back(name);
+    }
+    if (errno != 0) fail("readdir");
+    std::sort(found.begin(), found.end());
+    return found;
+  }
+
+  void removeFolder(const std::string& path) override {
+    if (rmdir(path.c_str()) != 0) fail("rmdir");
+  }
+
+  bool tryLock(Handle file) override {
+    if (flock(file, LOCK_EX | LOCK_NB) == 0) return true;
+    if (errno == EWOULDBLOCK) return false;
+    fail("flock");
   }
 };
 

@@ -49,6 +49,11 @@ Stamp writeVersion(FileSystem& system, TemporaryFile& file, Handle original, con
   version.write(output);
   output.finish();
   file.takeAfter(original);
+  if (version.as) {
+    system.setPermissions(file.handle(), version.as->permissions);
+    system.setModified(file.handle(), version.as->stamp.modifiedSeconds,
+                       version.as->stamp.modifiedNanoseconds);
+  }
   file.finish();
   const FileContent written = readFile(system, file.path());
   version.check(written.bytes);
@@ -104,6 +109,10 @@ Saved replaceResolved(FileSystem& system, const std::string& real, const Stamp& 
     copyOriginal(system, original.handle(), *backup);
     moveToFirstFree(*backup, real + *backupSuffix);
     saved.backup = backup->path();
+  }
+  if (version.beforeReplacing) {
+    const OpenFile kept(system, system.openToRead(real));
+    version.beforeReplacing({real, kept.handle(), system.status(kept.handle()), saved.stamp});
   }
   requireUnchanged(system, real, opened);
   replacement.replace(real);

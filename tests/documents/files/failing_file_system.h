@@ -28,6 +28,7 @@ class FailingFileSystem final : public FileSystem {
   Handle openToRead(const std::string& path) override { return count(), real_.openToRead(path); }
   Handle createNew(const std::string& path) override { return count(), real_.createNew(path); }
   Handle openFolder(const std::string& path) override { return count(), real_.openFolder(path); }
+  Handle openToAppend(const std::string& path) override { return count(), real_.openToAppend(path); }
   FileStatus status(Handle file) override { return count(), real_.status(file); }
   std::size_t read(Handle file, std::span<std::uint8_t> buffer) override {
     return count(), real_.read(file, buffer.first(someOf(buffer.size())));
@@ -47,12 +48,19 @@ class FailingFileSystem final : public FileSystem {
   void setPermissions(Handle file, std::uint32_t permissions) override {
     count(), real_.setPermissions(file, permissions);
   }
+  void setModified(Handle file, std::int64_t seconds, std::int64_t nanoseconds) override {
+    count(), real_.setModified(file, seconds, nanoseconds);
+  }
   void copyAttributes(Handle from, Handle to) override { count(), real_.copyAttributes(from, to); }
   void rename(const std::string& from, const std::string& to) override { count(), real_.rename(from, to); }
   void renameToFree(const std::string& from, const std::string& to) override {
     count(), real_.renameToFree(from, to);
   }
   void remove(const std::string& path) override { count(), real_.remove(path); }
+  void createFolder(const std::string& path) override { count(), real_.createFolder(path); }
+  std::vector<std::string> names(const std::string& folder) override { return count(), real_.names(folder); }
+  void removeFolder(const std::string& path) override { count(), real_.removeFolder(path); }
+  bool tryLock(Handle file) override { return count(), real_.tryLock(file); }
 
  private:
   void count() {

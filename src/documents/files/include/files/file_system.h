@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <vector>
 
 namespace pluvo::files {
 
@@ -54,6 +55,8 @@ class FileSystem {
   /// A new empty file that only its owner may read; the name must be free.
   virtual Handle createNew(const std::string& path) = 0;
   virtual Handle openFolder(const std::string& path) = 0;
+  /// A file that only its owner may read, made where there is none; what is written goes to its end.
+  virtual Handle openToAppend(const std::string& path) = 0;
   virtual FileStatus status(Handle file) = 0;
   /// Fills the front of the buffer and returns how much; 0 is the end of the file.
   virtual std::size_t read(Handle file, std::span<std::uint8_t> buffer) = 0;
@@ -68,6 +71,8 @@ class FileSystem {
 
   virtual void setOwner(Handle file, std::uint32_t owner, std::uint32_t group) = 0;
   virtual void setPermissions(Handle file, std::uint32_t permissions) = 0;
+  /// When the file was last changed.
+  virtual void setModified(Handle file, std::int64_t seconds, std::int64_t nanoseconds) = 0;
   /// Access lists and other extended attributes. Those that only the system may set are left out.
   virtual void copyAttributes(Handle from, Handle to) = 0;
 
@@ -76,6 +81,15 @@ class FileSystem {
   /// Fails where the new name is taken.
   virtual void renameToFree(const std::string& from, const std::string& to) = 0;
   virtual void remove(const std::string& path) = 0;
+
+  /// A folder that only its owner may enter; the folder it lies in must be there.
+  virtual void createFolder(const std::string& path) = 0;
+  /// The names in a folder in byte order, without "." and "..".
+  virtual std::vector<std::string> names(const std::string& folder) = 0;
+  /// The folder must be empty.
+  virtual void removeFolder(const std::string& path) = 0;
+  /// Whether the file is now this program's alone, until it is closed or the program ends.
+  virtual bool tryLock(Handle file) = 0;
 };
 
 /// The machine's own. It has no state and may be used from several threads.

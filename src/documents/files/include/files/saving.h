@@ -21,11 +21,24 @@ namespace pluvo::files {
 ///
 /// Links are followed: what they lead to is replaced, and temporary files and backups lie beside that.
 
+/// A document at the moment before its new version takes its place.
+struct Replacement {
+  std::string path;     ///< without links
+  Handle original = 0;  ///< open for reading, at its beginning
+  FileStatus before;    ///< of the original
+  Stamp after;          ///< of the new version, already on disk
+};
+
 /// What a new version of a document consists of.
 struct NewVersion {
   std::function<void(Output&)> write;
   /// Given what was written, read back from the disk. Throws DocumentError where that is not what was meant.
   std::function<void(const Bytes&)> check;
+  /// Called before the new version takes the place of the original, which stays if this throws.
+  std::function<void(const Replacement&)> beforeReplacing = {};
+  /// The permissions and the time of last change it is to have, where they are not to be the original's and
+  /// now.
+  std::optional<FileStatus> as = std::nullopt;
 };
 
 struct Saved {

@@ -1,0 +1,102 @@
+#pragma once
+
+#include "files/saving.h"
+
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+/// What makes a run undoable: the bytes of every document it replaced, and which version it put there.
+///
+/// A journal is a folder of runs, each a folder of its own named after the time it began: "journal", a text
+/// of one record a line, "lock", held while the run lasts, and the originals' bytes, numbered. Only the user
+/// may enter. An original is on disk before its record, and its record before the document is replaced; so
+/// whatever moment a run or an undo is killed at, an undo puts back exactly what was replaced.
+namespace pluvo::journal {
+
+/// Where the journal is: "pluvo/runs" in $XDG_STATE_HOME, by default in ~/.local/state. Nothing where neither
+/// that variable nor HOME is set.
+std::optional<std::string> defaultFolder();
+
+/// The originals of all runs together take no more than this: the oldest runs go first, and a run that needs
+/// more by itself keeps what fits.
+inline constexpr std::uint64_t kDefaultLimit = std::uint64_t{4} * 1024 * 1024 * 1024;
+
+/// The journal of the run that is going on. May be used from several threads.
+class Recorder {
+ public:
+  /// Makes the folder where it is missing. The command is what undo's list shows. Throws DocumentError (io).
+  Recorder(files::FileSystem& system, std::string folder, std::string command,
+           std::uint64_t limit = kDefaultLimit);
+  Recorder(const Recorder&) = delete;
+  Recorder& operator=(const Recorder&) = delete;
+  /// A run that replaced nothing leaves nothing.
+  ~Recorder();
+
+  /// To be called before each document is replaced (files::NewVersion::beforeReplacing). Throws DocumentError
+  /// where the original cannot be kept, so that the document is not replaced.
+  void keep(const files::Replacement& replacement);
+
+  /// Documents replaced without being kept, since the limit was reached.
+  std::uint64_t notKept() const;
+
+ private:
+  struct Other {
+    std::string run;
+    std::uint64_t size = 0;
+  };
+  bool makeRoom(std::uint64_t size);
+  bool forget(const std::string& run);
+  void weighOthers();
+
+  files::FileSystem& system_;
+  std::string folder_;
+  std::string run_;  ///< the run's own folder
+  std::uint64_t limit_;
+  std::unique_ptr<files::OpenFile> lock_;
+  std::optional<files::OpenFile> journal_;
+  mutable std::mutex mutex_;
+  std::uint64_t kept_ = 0;
+  std::uint64_t notKept_ = 0;
+  std::uint64_t size_ = 0;                   ///< of this run's originals
+  std::optional<std::deque<Other>> others_;  ///< the other runs, the oldest first, weighed when first needed
+  std::uint64_t othersSize_ = 0;
+};
+
+/// A run as undo's list shows it.
+struct Run {
+  std::string name;  ///< "20261121-142233-0": the time it began (UTC), and a number among those of one second
+  std::string command;
+  std::uint64_t documents = 0;
+  std::uint64_t notKept = 0;
+  std::uint64_t bytes = 0;
+  bool going = false;  ///< still running
+};
+
+/// The runs that can be taken back, the oldest first.
+std::vector<Run> runs(files::FileSystem& system, const std::string& folder);
+
+enum class Outcome {
+  restored,
+  asBefore,  ///< the run never came to replace it, or an earlier undo put it back
+  failed,
+};
+
+struct Undone {
+  std::string path;
+  Outcome outcome = Outcome::restored;
+  std::optional<files::DocumentError> problem = std::nullopt;  ///< where it failed
+};
+
+/// Takes a run back, the last document first: bytes, permissions and time of last change. A document that
+/// changed since is left as it is (DocumentError changed). A run that was taken back whole is forgotten; what
+/// could not be put back can be tried again.
+void undo(files::FileSystem& system, const std::string& folder, const std::string& run,
+          const std::function<void(const Undone&)>& report);
+
+}  // namespace pluvo::journal

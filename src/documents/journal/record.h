@@ -1,0 +1,33 @@
+#pragma once
+
+#include "files/file_system.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pluvo::journal {
+
+/// One line of a journal.
+struct Record {
+  enum class Kind { command, kept, notKept };
+  Kind kind = Kind::command;
+  std::string text;          ///< the command, or the document's path
+  std::uint64_t number = 0;  ///< kept: the name of the file with the original's bytes
+  files::FileStatus before;  ///< kept: permissions and stamp of the original
+  files::Stamp after;        ///< kept: of the version that took its place
+};
+
+/// Words separated by blanks; the bytes of paths that are not plain are written as "%" and two digits. Ends
+/// with a line feed, without which a line was not written whole.
+std::string lineOf(const Record& record);
+
+/// Nothing for a line that is none of ours.
+std::optional<Record> recordOf(std::string_view line);
+
+/// The records of a journal, without an unfinished last one.
+std::vector<Record> recordsOf(std::string_view journal);
+
+}  // namespace pluvo::journal

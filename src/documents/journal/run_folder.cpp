@@ -1,0 +1,76 @@
+#include "run_folder.h"
+
+#include "files/reading.h"
+
+#include <cerrno>
+#include <system_error>
+
+namespace pluvo::journal {
+
+std::string journalIn(const std::string& run) { return run + "/journal"; }
+std::string lockIn(const std::string& run) { return run + "/lock"; }
+std::string originalIn(const std::string& run, std::uint64_t number) {
+  return run + "/" + std::to_string(number);
+}
+
+std::vector<std::string> runNames(files::FileSystem& system, const std::string& folder) {
+  try {
+    return system.names(folder);
+  } catch (const std::system_error& failure) {
+    if (failure.code().value() == ENOENT) return {};
+    throw;
+  }
+}
+
+std::vector<Record> recordsIn(files::FileSystem& system, const std::string& run) {
+  try {
+    const files::FileContent content = files::readFile(system, journalIn(run));
+    const files::ByteSpan bytes = content.bytes.view;
+    return recordsOf({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+  } catch (const files::DocumentError&) {
+    return {};
+  }
+}
+
+std::unique_ptr<files::OpenFile> lockRun(files::FileSystem& system, const std::string& run) {
+  auto lock = std::make_unique<files::OpenFile>(system, system.openToAppend(lockIn(run)));
+  return system.tryLock(lock->handle()) ? std::move(lock) : nullptr;
+}
+
+void removeRun(files::FileSystem& system, const std::string& run) {
+  bool journal = false;
+  for (const std::string& name : system.names(run)) {
+    const std::string path = run + "/" + name;
+    if (path == journalIn(run)) {
+      journal = true;
+    } else if (path != lockIn(run)) {
+      system.remove(path);
+    }
+  }
+  if (journal) system.remove(journalIn(run));
+  if (system.exists(lockIn(run))) system.remove(lockIn(run));
+  system.removeFolder(run);
+}
+
+void makeFolders(files::FileSystem& system, const std::string& folder) {
+  for (std::size_t slash = folder.find('/', 1); slash != std::string::npos;
+       slash = folder.find('/', slash + 1)) {
+    const std::string part = folder.substr(0, slash);
+    if (!system.exists(part)) system.createFolder(part);
+  }
+  if (!system.exists(folder)) system.createFolder(folder);
+}
+
+void flushNames(files::FileSystem& system, const std::string& folder) {
+  const files::OpenFile open(system, system.openFolder(folder));
+  system.flush(open.handle());
+}
+
+files::DocumentError journalFailed(const std::system_error& failure) {
+  return {files::Problem::io,
+          "The original could not be kept for \"pluvo undo\" (" + failure.code().message() +
+              "), so the document was left as it is; make room in the state folder, or run "
+              "with --no-journal."};
+}
+
+}  // namespace pluvo::journal

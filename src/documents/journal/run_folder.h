@@ -1,0 +1,39 @@
+#pragma once
+
+#include "files/file_system.h"
+#include "files/problem.h"
+#include "record.h"
+
+#include <memory>
+#include <string>
+#include <system_error>
+#include <vector>
+
+namespace pluvo::journal {
+
+/// Paths inside a run's folder.
+std::string journalIn(const std::string& run);
+std::string lockIn(const std::string& run);
+std::string originalIn(const std::string& run, std::uint64_t number);
+
+/// The names of the runs, the oldest first; nothing where there is no folder yet.
+std::vector<std::string> runNames(files::FileSystem& system, const std::string& folder);
+
+/// What the run recorded, in order. Nothing where the journal cannot be read.
+std::vector<Record> recordsIn(files::FileSystem& system, const std::string& run);
+
+/// The lock of a run that no program holds, now held here; nothing while it is going on.
+std::unique_ptr<files::OpenFile> lockRun(files::FileSystem& system, const std::string& run);
+
+/// Forgets the run. Its journal goes last of its files, so that what is left of an interrupted call is seen.
+void removeRun(files::FileSystem& system, const std::string& run);
+
+/// Makes the folder and those it lies in.
+void makeFolders(files::FileSystem& system, const std::string& folder);
+
+/// Returns when the folder's names are on disk.
+void flushNames(files::FileSystem& system, const std::string& folder);
+
+files::DocumentError journalFailed(const std::system_error& failure);
+
+}  // namespace pluvo::journal

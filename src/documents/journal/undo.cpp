@@ -1,0 +1,127 @@
+#include "files/reading.h"
+#include "journal/journal.h"
+#include "run_folder.h"
+
+#include <algorithm>
+#include <system_error>
+
+namespace pluvo::journal {
+
+namespace {
+
+using files::DocumentError;
+using files::Problem;
+
+/// Whether the file is that version. Its inode may be another one: an undo puts back bytes, not inodes.
+bool isVersion(const files::Stamp& found, const files::Stamp& version) {
+  return found.size == version.size && found.modifiedSeconds == version.modifiedSeconds &&
+         found.modifiedNanoseconds == version.modifiedNanoseconds;
+}
+
+void restore(files::FileSystem& system, const Record& record, const files::Stamp& found,
+             const std::string& original) {
+  const files::Bytes bytes = files::readFile(system, original).bytes;
+  if (bytes.view.size() != record.before.stamp.size)
+    throw DocumentError(Problem::damaged,
+                        "The original kept for this document is not whole, so it was left as it is.");
+  files::NewVersion version;
+  version.write = [&bytes](files::Output& out) { out.write(bytes.view); };
+  version.check = [&bytes](const files::Bytes& written) {
+    if (!std::ranges::equal(written.view, bytes.view))
+      throw DocumentError(Problem::io, "The disk gave back other bytes than were written; check the disk.");
+  };
+  version.as = record.before;
+  files::replaceFile(system, record.text, found, version);
+}
+
+Undone undoOne(files::FileSystem& system, const Record& record, const std::string& run) {
+  Undone undone{record.text};
+  try {
+    const files::Stamp found = system.statusAt(record.text).stamp;
+    if (isVersion(found, record.after)) {
+      restore(system, record, found, originalIn(run, record.number));
+    } else if (isVersion(found, record.before.stamp)) {
+      undone.outcome = Outcome::asBefore;
+    } else {
+      throw DocumentError(Problem::changed,
+                          "The document was changed after the run, so it was left as it is; its original is "
+                          "kept as \"" +
+                              originalIn(run, record.number) + "\".");
+    }
+  } catch (const DocumentError& problem) {
+    undone.outcome = Outcome::failed;
+    undone.problem = problem;
+  } catch (const std::system_error& failure) {
+    undone.outcome = Outcome::failed;
+    undone.problem = DocumentError(
+        Problem::io, "The document cannot be reached (" + failure.code().message() +
+                         "); its original is kept as \"" + originalIn(run, record.number) + "\".");
+  }
+  return undone;
+}
+
+Run summaryOf(const std::string& name, const std::vector<Record>& records) {
+  Run run;
+  run.name = name;
+  for (const Record& record : records) {
+    switch (record.kind) {
+      case Record::Kind::command:
+        run.command = record.text;
+        break;
+      case Record::Kind::kept:
+        ++run.documents;
+        run.bytes += record.before.stamp.size;
+        break;
+      case Record::Kind::notKept:
+        ++run.notKept;
+        break;
+    }
+  }
+  return run;
+}
+
+}  // namespace
+
+std::vector<Run> runs(files::FileSystem& system, const std::string& folder) {
+  std::vector<Run> found;
+  try {
+    for (const std::string& name : runNames(system, folder)) {
+      const std::string path = folder + "/" + name;
+      Run run = summaryOf(name, recordsIn(system, path));
+      if (run.documents == 0) continue;
+      run.going = lockRun(system, path) == nullptr;
+      found.push_back(std::move(run));
+    }
+  } catch (const std::system_error& failure) {
+    throw DocumentError(Problem::io, "The journal of earlier runs in \"" + folder + "\" cannot be read (" +
+                                         failure.code().message() + ").");
+  }
+  return found;
+}
+
+void undo(files::FileSystem& system, const std::string& folder, const std::string& run,
+          const std::function<void(const Undone&)>& report) {
+  const std::string path = folder + "/" + run;
+  try {
+    if (run.find('/') != std::string::npos || !system.exists(journalIn(path)))
+      throw DocumentError(Problem::io, "There is no run of this name; \"pluvo undo --list\" shows the runs.");
+    const auto lock = lockRun(system, path);
+    if (lock == nullptr)
+      throw DocumentError(Problem::locked, "The run is still going on; wait for its end, or interrupt it.");
+    const std::vector<Record> records = recordsIn(system, path);
+    bool whole = true;
+    for (auto record = records.rbegin(); record != records.rend(); ++record) {
+      if (record->kind != Record::Kind::kept) continue;
+      const Undone undone = undoOne(system, *record, path);
+      whole &= undone.outcome != Outcome::failed;
+      report(undone);
+    }
+    if (whole) removeRun(system, path);
+  } catch (const std::system_error& failure) {
+    throw DocumentError(Problem::io, "The journal of the run in \"" + path +
+                                         "\" cannot be read or cleared (" + failure.code().message() +
+                                         "); the documents are as reported.");
+  }
+}
+
+}  // namespace pluvo::journal
