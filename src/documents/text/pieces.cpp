@@ -17,14 +17,8 @@ std::u16string PieceText::substring(Position from, Position to) const {
 
 void PieceText::copy(Position from, Position to, char16_t* out) const {
   forEachStretch(from, to, [&](Position, const Stretch& stretch) {
-    if (stretch.wide != nullptr) {
-      out = std::copy_n(stretch.wide, stretch.length, out);
-    } else {
-      const auto* last = stretch.narrow + stretch.length;
-      char16_t* begin = out;
-      out = std::copy(stretch.narrow, last, out);
-      if (stretch.lineFeedIsMark) std::replace(begin, out, u'\n', kParagraphMark);
-    }
+    stretch.copyTo(out);
+    out += stretch.length;
     return true;
   });
 }

@@ -2,6 +2,7 @@
 
 #include "text/positions.h"
 
+#include <algorithm>
 #include <memory>
 #include <span>
 #include <string>
@@ -25,6 +26,24 @@ struct Stretch {
     const char16_t unit = narrow[i];
     return lineFeedIsMark && unit == u'\n' ? kParagraphMark : unit;
   }
+
+  void copyTo(char16_t* out) const {
+    if (wide != nullptr) {
+      std::copy_n(wide, length, out);
+    } else {
+      std::copy_n(narrow, length, out);
+      if (lineFeedIsMark) std::replace(out, out + length, u'\n', kParagraphMark);
+    }
+  }
+
+  /// The units [from, to) of it.
+  Stretch part(Position from, Position to) const {
+    Stretch part = *this;
+    if (wide != nullptr) part.wide += from;
+    if (narrow != nullptr) part.narrow += from;
+    part.length = to - from;
+    return part;
+  }
 };
 
 /// The text of a document as its reader found it; never changed. Narrow where every unit is below 256, so
@@ -43,13 +62,7 @@ class OriginalText {
 
   Position length() const { return whole_.length; }
   char16_t operator[](Position i) const { return whole_[i]; }
-  Stretch stretch(Position from, Position to) const {
-    Stretch part = whole_;
-    if (part.wide != nullptr) part.wide += from;
-    if (part.narrow != nullptr) part.narrow += from;
-    part.length = to - from;
-    return part;
-  }
+  Stretch stretch(Position from, Position to) const { return whole_.part(from, to); }
 
  private:
   explicit OriginalText(std::shared_ptr<const std::u16string> units)

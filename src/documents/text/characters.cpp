@@ -1,0 +1,76 @@
+#include "characters.h"
+
+#include "unicode_tables.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace pluvo::text {
+namespace {
+
+/// One bit a unit: whether it is a word character.
+using UnitSet = std::array<std::uint64_t, 0x10000 / 64>;
+
+constexpr UnitSet wordUnits() {
+  UnitSet set{};
+  for (const WordRange& range : kWordRanges) {
+    for (char32_t unit = range.first; unit <= range.last && unit < 0x10000;) {
+      if (unit % 64 == 0 && unit + 63 <= range.last) {
+        set[unit / 64] = ~std::uint64_t{0};
+        unit += 64;
+      } else {
+        set[unit / 64] |= std::uint64_t{1} << unit % 64;
+        ++unit;
+      }
+    }
+  }
+  return set;
+}
+
+constexpr UnitSet kWordUnits = wordUnits();
+
+/// Which pages of 256 units hold one that folds; most scripts have no case.
+constexpr std::array<bool, 256> foldingPages() {
+  std::array<bool, 256> pages{};
+  for (const FoldRange& range : kFoldRanges) {
+    for (unsigned page = range.first / 256U; page <= range.last / 256U; ++page) pages[page] = true;
+  }
+  return pages;
+}
+
+constexpr std::array<bool, 256> kFoldingPages = foldingPages();
+
+constexpr bool folds(const FoldRange& range, std::int32_t unit) {
+  return range.first <= unit && unit <= range.last && (unit - range.first) % range.stride == 0;
+}
+
+}  // namespace
+
+char16_t foldCase(char16_t unit) {
+  if (unit < 0x80) return 'A' <= unit && unit <= 'Z' ? static_cast<char16_t>(unit + 0x20) : unit;
+  if (!kFoldingPages[unit / 256U]) return unit;
+  const auto* range = std::lower_bound(std::begin(kFoldRanges), std::end(kFoldRanges), unit,
+                                       [](const FoldRange& r, char16_t u) { return r.last < u; });
+  if (range == std::end(kFoldRanges) || !folds(*range, unit)) return unit;
+  return static_cast<char16_t>(unit + range->distance);
+}
+
+FoldVariants foldVariants(char16_t unit) {
+  const char16_t folded = foldCase(unit);
+  FoldVariants variants{{folded}, 1};
+  for (const FoldRange& range : kFoldRanges) {
+    const std::int32_t source = folded - range.distance;
+    if (folds(range, source))
+      variants.units[static_cast<std::size_t>(variants.count++)] = static_cast<char16_t>(source);
+  }
+  return variants;
+}
+
+bool isWordCharacter(char32_t character) {
+  if (character < 0x10000) return (kWordUnits[character / 64] >> character % 64 & 1) != 0;
+  const auto* range = std::lower_bound(std::begin(kWordRanges), std::end(kWordRanges), character,
+                                       [](const WordRange& r, char32_t c) { return r.last < c; });
+  return range != std::end(kWordRanges) && range->first <= character;
+}
+
+}  // namespace pluvo::text

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+namespace pluvo::text {
+
+/// What a unit folds to when case does not matter (Unicode's simple case folding).
+char16_t foldCase(char16_t unit);
+
+/// The units that fold to the same unit as a given one, that one among them.
+struct FoldVariants {
+  std::array<char16_t, 8> units{};
+  int count = 0;
+};
+FoldVariants foldVariants(char16_t unit);
+
+/// Letters, combining marks and digits.
+bool isWordCharacter(char32_t character);
+
+/// Spaces of any width, breaking or not; no tab and no line end.
+constexpr bool isSpace(char16_t unit) {
+  return unit == 0x20 || unit == 0xA0 || unit == 0x1680 || (0x2000 <= unit && unit <= 0x200A) ||
+         unit == 0x202F || unit == 0x205F || unit == 0x3000;
+}
+
+constexpr bool isHighSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xD800; }
+constexpr bool isLowSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xDC00; }
+constexpr char32_t joinSurrogates(char16_t high, char16_t low) {
+  return 0x10000U + ((high & 0x3FFU) << 10U) + (low & 0x3FFU);
+}
+
+}  // namespace pluvo::text

@@ -1,0 +1,127 @@
+#pragma once
+
+#include "characters.h"
+#include "needle.h"
+#include "scan.h"
+
+#include <bit>
+
+namespace pluvo::text {
+
+/// The units of a contiguous text in canonical form, for the three ways a text can lie.
+struct NarrowUnits {
+  using Unit = std::uint8_t;
+  const Unit* raw;
+  const char16_t* forms;
+  char16_t operator[](std::size_t i) const { return forms[raw[i]]; }
+};
+struct WideUnits {
+  using Unit = char16_t;
+  const Unit* raw;
+  char16_t operator[](std::size_t i) const { return raw[i]; }
+};
+struct FoldedWideUnits {
+  using Unit = char16_t;
+  const Unit* raw;
+  char16_t operator[](std::size_t i) const { return foldCase(raw[i]); }
+};
+
+/// Finds the matches of a needle in a contiguous text one after the other, overlapping ones too.
+///
+/// Places where two probes pass are found many at a time and then compared in full. Where that makes much
+/// more work than reading on (aaaa…ab in aaaa…), the rest is searched by the linear method of Knuth, Morris
+/// and Pratt.
+template <class Units>
+class Matcher {
+ public:
+  using Unit = typename Units::Unit;
+
+  Matcher(const Needle& needle, const Shape<Unit>& shape, Units units, std::size_t length)
+      : needle_(needle), units_(units), length_(length) {
+    if (shape.impossible || needle.length() > length) {
+      length_ = 0;
+    } else {
+      places_ = length - needle.length() + 1;
+      probes_ = shape.probes;
+    }
+  }
+
+  /// Where the next match starts; none() when there is no more.
+  std::size_t next() {
+    if (length_ == 0) return none();
+    return probes_ ? nextProbed() : nextLinear();
+  }
+  static constexpr std::size_t none() { return static_cast<std::size_t>(-1); }
+
+ private:
+  /// Comparing may cost so many units for each unit passed, and so many more.
+  static constexpr std::size_t kWorkPerUnit = 4;
+  static constexpr std::size_t kFreeWork = 4096;
+
+  std::size_t nextProbed() {
+    while (true) {
+      while (hits_.places != 0) {
+        const std::size_t place = hits_.start + static_cast<std::size_t>(std::countr_zero(hits_.places));
+        hits_.places &= hits_.places - 1;
+        const bool matches = matchesAt(place);
+        if (work_ > kWorkPerUnit * place + kFreeWork) {
+          probes_.reset();
+          position_ = place + 1;
+        }
+        if (matches) return place;
+        if (!probes_) return nextLinear();
+      }
+      if (position_ >= places_) return none();
+      hits_ = nextHits(units_.raw, position_, places_, *probes_);
+      position_ = hits_.start + kHitsWidth;
+    }
+  }
+
+  bool matchesAt(std::size_t place) {
+    const char16_t* wanted = needle_.units();
+    std::size_t i = 0;
+    while (i < needle_.length() && units_[place + i] == wanted[i]) ++i;
+    work_ += i;
+    return i == needle_.length();
+  }
+
+  std::size_t nextLinear() {
+    const char16_t* wanted = needle_.units();
+    const auto& borders = needle_.borders();
+    while (position_ < length_) {
+      const char16_t unit = units_[position_++];
+      while (matched_ > 0 && (matched_ == needle_.length() || unit != wanted[matched_])) {
+        matched_ = borders[matched_];
+      }
+      if (unit == wanted[matched_]) ++matched_;
+      if (matched_ == needle_.length()) return position_ - matched_;
+    }
+    return none();
+  }
+
+  const Needle& needle_;
+  Units units_;
+  std::size_t length_;
+  std::size_t places_ = 0;  ///< where a match could start: [0, places_)
+  std::optional<ProbePair<Unit>> probes_;
+  std::size_t position_ = 0;  ///< what has not been read yet
+  Hits hits_;
+  std::size_t work_ = 0;
+  std::size_t matched_ = 0;  ///< linear method: so many units in front of position_ match
+};
+
+/// Calls search with the matcher that suits the stretch, and returns what it returns.
+template <class Search>
+auto withMatcher(const Needle& needle, const Stretch& stretch, Search search) {
+  const auto length = static_cast<std::size_t>(stretch.length);
+  if (stretch.wide == nullptr) {
+    const NarrowUnits units{stretch.narrow, needle.narrowForms(stretch.lineFeedIsMark).data()};
+    return search(Matcher<NarrowUnits>(needle, needle.narrow(stretch.lineFeedIsMark), units, length));
+  }
+  if (needle.matchCase()) {
+    return search(Matcher<WideUnits>(needle, needle.wide(), WideUnits{stretch.wide}, length));
+  }
+  return search(Matcher<FoldedWideUnits>(needle, needle.wide(), FoldedWideUnits{stretch.wide}, length));
+}
+
+}  // namespace pluvo::text

@@ -1,0 +1,128 @@
+#include "needle.h"
+
+#include "characters.h"
+
+#include <algorithm>
+
+namespace pluvo::text {
+namespace {
+
+/// Probes are chosen among so many units at the front.
+constexpr std::size_t kProbed = 256;
+
+char16_t canonical(char16_t unit, bool matchCase) { return matchCase ? unit : foldCase(unit); }
+
+std::vector<std::uint32_t> bordersOf(std::u16string_view units) {
+  std::vector<std::uint32_t> borders(units.size() + 1, 0);
+  for (std::size_t i = 1; i < units.size(); ++i) {
+    std::uint32_t border = borders[i];
+    while (border > 0 && units[i] != units[border]) border = borders[border];
+    borders[i + 1] = units[i] == units[border] ? border + 1 : 0;
+  }
+  return borders;
+}
+
+Needle::NarrowForms formsOf(bool lineFeedIsMark, bool matchCase) {
+  Needle::NarrowForms forms{};
+  for (std::size_t byte = 0; byte < forms.size(); ++byte) {
+    const bool isMark = lineFeedIsMark && byte == u'\n';
+    forms[byte] = isMark ? kParagraphMark : canonical(static_cast<char16_t>(byte), matchCase);
+  }
+  return forms;
+}
+
+/// Larger for units that are rarer in ordinary text.
+std::size_t rarity(char16_t unit) {
+  static constexpr std::u16string_view kCommonFirst = u" etaoinsrhldcumfpgwybvk,.\r\n-0123456789";
+  return std::min(kCommonFirst.find(foldCase(unit)), kCommonFirst.size());
+}
+
+template <class Unit>
+using Forms = std::vector<Unit>;
+
+Forms<std::uint8_t> narrowFormsOf(char16_t unit, const Needle::NarrowForms& forms) {
+  Forms<std::uint8_t> bytes;
+  for (std::size_t byte = 0; byte < forms.size(); ++byte) {
+    if (forms[byte] == unit) bytes.push_back(static_cast<std::uint8_t>(byte));
+  }
+  return bytes;
+}
+
+Forms<char16_t> wideFormsOf(char16_t unit, bool matchCase) {
+  if (matchCase) return {unit};
+  const FoldVariants variants = foldVariants(unit);
+  return {variants.units.begin(), variants.units.begin() + variants.count};
+}
+
+/// A test that all forms pass, or nothing when they have more than two values under every mask of one bit.
+template <class Unit>
+std::optional<Probe<Unit>> probeFor(const Forms<Unit>& forms, std::size_t offset) {
+  Forms<Unit> masks;
+  for (const Unit form : forms) {
+    const auto difference = static_cast<Unit>(form ^ forms.front());
+    if (difference != 0 && (difference & (difference - 1)) == 0) masks.push_back(difference);
+  }
+  masks.push_back(0);
+  for (const Unit mask : masks) {
+    Probe<Unit> probe{offset, mask, static_cast<Unit>(forms.front() | mask), 0};
+    probe.other = probe.value;
+    bool serves = true;
+    for (const Unit form : forms) {
+      const auto masked = static_cast<Unit>(form | mask);
+      if (masked == probe.value || masked == probe.other) continue;
+      serves = serves && probe.other == probe.value;
+      probe.other = masked;
+    }
+    if (serves) return probe;
+  }
+  return std::nullopt;
+}
+
+enum class Prefer { front, back };
+
+/// Tests the rarest unit that can be tested, not the one at offset except.
+template <class Unit, class FormsOf>
+std::optional<Probe<Unit>> rarestProbe(std::u16string_view units, FormsOf formsOf, Prefer prefer,
+                                       std::size_t except) {
+  std::optional<Probe<Unit>> best;
+  for (std::size_t i = 0; i < units.size(); ++i) {
+    if (i == except) continue;
+    if (best) {
+      const std::size_t known = rarity(units[best->offset]);
+      const std::size_t here = rarity(units[i]);
+      if (here < known || (here == known && prefer == Prefer::front)) continue;
+    }
+    if (const auto probe = probeFor(formsOf(units[i]), i)) best = probe;
+  }
+  return best;
+}
+
+template <class Unit, class FormsOf>
+Shape<Unit> shapeOf(std::u16string_view units, FormsOf formsOf) {
+  Shape<Unit> shape;
+  shape.impossible =
+      std::any_of(units.begin(), units.end(), [&](char16_t unit) { return formsOf(unit).empty(); });
+  if (shape.impossible) return shape;
+  const auto first = rarestProbe<Unit>(units, formsOf, Prefer::front, units.size());
+  if (!first) return shape;
+  const auto second = rarestProbe<Unit>(units, formsOf, Prefer::back, first->offset);
+  shape.probes = ProbePair<Unit>{*first, second.value_or(*first)};
+  return shape;
+}
+
+}  // namespace
+
+Needle::Needle(std::u16string_view text, bool matchCase) : matchCase_(matchCase), units_(text) {
+  for (char16_t& unit : units_) unit = canonical(unit, matchCase);
+  borders_ = bordersOf(units_);
+  const std::u16string_view probed = std::u16string_view(units_).substr(0, kProbed);
+  for (const bool lineFeedIsMark : {false, true}) {
+    auto& forms = narrowForms_[lineFeedIsMark ? 1 : 0];
+    forms = formsOf(lineFeedIsMark, matchCase);
+    narrow_[lineFeedIsMark ? 1 : 0] =
+        shapeOf<std::uint8_t>(probed, [&](char16_t unit) { return narrowFormsOf(unit, forms); });
+  }
+  wide_ = shapeOf<char16_t>(probed, [&](char16_t unit) { return wideFormsOf(unit, matchCase); });
+}
+
+}  // namespace pluvo::text

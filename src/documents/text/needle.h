@@ -1,0 +1,54 @@
+#pragma once
+
+#include "scan.h"
+#include "text/original.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pluvo::text {
+
+/// How a needle looks in a text of one width.
+template <class Unit>
+struct Shape {
+  /// It holds a unit that such a text cannot.
+  bool impossible = false;
+  /// Tests of its two rarest units; none where units have too many forms for a test.
+  std::optional<ProbePair<Unit>> probes;
+};
+
+/// The text searched for, prepared. Units are compared in their canonical form: folded when case does not
+/// matter.
+class Needle {
+ public:
+  /// The canonical form of each byte of a narrow text.
+  using NarrowForms = std::array<char16_t, 256>;
+
+  Needle(std::u16string_view text, bool matchCase);
+
+  std::size_t length() const { return units_.size(); }
+  const char16_t* units() const { return units_.data(); }
+  bool matchCase() const { return matchCase_; }
+  /// borders()[n]: the length of the longest proper prefix of the needle that is also a suffix of its first n
+  /// units.
+  const std::vector<std::uint32_t>& borders() const { return borders_; }
+
+  const NarrowForms& narrowForms(bool lineFeedIsMark) const { return narrowForms_[lineFeedIsMark ? 1 : 0]; }
+  const Shape<std::uint8_t>& narrow(bool lineFeedIsMark) const { return narrow_[lineFeedIsMark ? 1 : 0]; }
+  const Shape<char16_t>& wide() const { return wide_; }
+
+ private:
+  bool matchCase_;
+  std::u16string units_;
+  std::vector<std::uint32_t> borders_;
+  std::array<NarrowForms, 2> narrowForms_{};
+  std::array<Shape<std::uint8_t>, 2> narrow_;
+  Shape<char16_t> wide_;
+};
+
+}  // namespace pluvo::text

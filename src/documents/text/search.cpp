@@ -1,0 +1,233 @@
+#include "text/search.h"
+
+#include "characters.h"
+#include "matcher.h"
+#include "needle.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace pluvo::text {
+namespace {
+
+constexpr Position kNowhereFound = -1;
+
+/// A find under way: the text, how it is looked at, and what counts as a match.
+struct Haystack {
+  const PieceText& text;
+  const RunMap<Visibility>& visibility;
+  View view;
+
+  /// The nearest visible position in front of (or at or behind) position; kNowhereFound if there is none.
+  Position visibleBefore(Position position) const {
+    while (position > 0) {
+      const auto run = visibility.runAt(position - 1);
+      if (isVisible(run.value, view)) return position - 1;
+      position = run.from;
+    }
+    return kNowhereFound;
+  }
+  Position visibleFrom(Position position) const {
+    while (position < text.length()) {
+      const auto run = visibility.runAt(position);
+      if (isVisible(run.value, view)) return position;
+      position = run.to;
+    }
+    return kNowhereFound;
+  }
+
+  bool wordEndsBefore(Position position) const {
+    const Position last = visibleBefore(position);
+    if (last == kNowhereFound) return false;
+    const char16_t unit = text.at(last);
+    if (!isLowSurrogate(unit)) return isWordCharacter(unit);
+    const Position high = visibleBefore(last);
+    if (high == kNowhereFound || !isHighSurrogate(text.at(high))) return false;
+    return isWordCharacter(joinSurrogates(text.at(high), unit));
+  }
+  bool wordStartsAt(Position position) const {
+    const Position first = visibleFrom(position);
+    if (first == kNowhereFound) return false;
+    const char16_t unit = text.at(first);
+    if (!isHighSurrogate(unit)) return isWordCharacter(unit);
+    const Position low = visibleFrom(first + 1);
+    if (low == kNowhereFound || !isLowSurrogate(text.at(low))) return false;
+    return isWordCharacter(joinSurrogates(unit, text.at(low)));
+  }
+};
+
+/// Short stretches put end to end, and the end of a long one, so that matches across their borders are found.
+class Gathered {
+ public:
+  std::size_t length() const { return units_.size(); }
+  Stretch stretch() const { return {nullptr, units_.data(), static_cast<Position>(units_.size()), false}; }
+
+  void add(Position start, const Stretch& stretch) {
+    origins_.push_back({units_.size(), start});
+    const std::size_t length = units_.size();
+    units_.resize(length + static_cast<std::size_t>(stretch.length));
+    stretch.copyTo(units_.data() + length);
+  }
+
+  void clear() { keepLast(0); }
+
+  void keepLast(std::size_t length) {
+    if (length >= units_.size()) return;
+    const std::size_t dropped = units_.size() - length;
+    units_.erase(0, dropped);
+    std::vector<Origin> kept;
+    for (const Origin& origin : origins_) {
+      if (origin.offset <= dropped) {
+        kept.assign(1, {0, origin.position + static_cast<Position>(dropped - origin.offset)});
+      } else {
+        kept.push_back({origin.offset - dropped, origin.position});
+      }
+    }
+    origins_ = std::move(kept);
+    if (length == 0) origins_.clear();
+  }
+
+  /// Where the unit at offset lies in the text.
+  Position position(std::size_t offset) const {
+    auto origin = std::upper_bound(origins_.begin(), origins_.end(), offset,
+                                   [](std::size_t o, const Origin& other) { return o < other.offset; });
+    --origin;
+    return origin->position + static_cast<Position>(offset - origin->offset);
+  }
+
+ private:
+  struct Origin {
+    std::size_t offset;
+    Position position;
+  };
+  std::u16string units_;
+  std::vector<Origin> origins_;
+};
+
+}  // namespace
+
+struct Search::Prepared {
+  Needle needle;
+  bool wholeWord;
+};
+
+namespace {
+
+/// One execution of a find. Long stretches are searched where they lie; short ones, and the borders between
+/// stretches, are gathered first.
+class Execution {
+ public:
+  Execution(const Needle& needle, bool wholeWord, const Haystack& haystack)
+      : needle_(needle),
+        wholeWord_(wholeWord),
+        haystack_(haystack),
+        gatherLimit_(kFirstGather + 2 * needle.length()) {}
+
+  std::optional<Span> run(Position from, Position to) {
+    for (const auto& run : haystack_.visibility.runs(from, to)) {
+      if (isVisible(run.value, haystack_.view)) {
+        haystack_.text.forEachStretch(run.from, run.to, [&](Position start, const Stretch& stretch) {
+          take(start, stretch);
+          return !found_;
+        });
+      } else if (gathered_.length() > 0) {
+        passOver(run.from, run.to);
+      }
+      if (found_) return found_;
+    }
+    searchGathered();
+    return found_;
+  }
+
+ private:
+  static constexpr std::size_t kFirstGather = 256;
+  static constexpr std::size_t kLargestGather = 16384;
+  static constexpr Position kSearchedInPlace = 1024;
+
+  /// Never more than the needle's length, which is a position.
+  Position overlap() const { return static_cast<Position>(needle_.length()) - 1; }
+
+  void take(Position start, const Stretch& stretch) {
+    const auto length = static_cast<std::size_t>(stretch.length);
+    if (stretch.length < kSearchedInPlace || length < 4 * needle_.length()) return gather(start, stretch);
+    if (gathered_.length() > 0) {
+      gathered_.add(start, stretch.part(0, overlap()));
+      searchGathered();
+      gathered_.clear();
+      if (found_) return;
+    }
+    searchIn(stretch, [&](std::size_t offset) { return start + static_cast<Position>(offset); });
+    if (found_) return;
+    const Position rest = stretch.length - overlap();
+    if (overlap() > 0) gathered_.add(start + rest, stretch.part(rest, stretch.length));
+  }
+
+  void gather(Position start, const Stretch& stretch) {
+    gathered_.add(start, stretch);
+    if (gathered_.length() < gatherLimit_) return;
+    searchGathered();
+    gathered_.keepLast(needle_.length() - 1);
+    gatherLimit_ = std::max(gatherLimit_, std::min(2 * gatherLimit_, kLargestGather));
+  }
+
+  /// A hidden cell mark parts what lies on both sides of it.
+  void passOver(Position from, Position to) {
+    haystack_.text.forEachStretch(from, to, [&](Position start, const Stretch& stretch) {
+      for (Position i = 0; i < stretch.length; ++i) {
+        if (stretch[i] != kCellMark) continue;
+        gathered_.add(start + i, stretch.part(i, i + 1));
+        return false;
+      }
+      return true;
+    });
+  }
+
+  void searchGathered() {
+    searchIn(gathered_.stretch(), [&](std::size_t offset) { return gathered_.position(offset); });
+  }
+
+  template <class PositionOf>
+  void searchIn(const Stretch& stretch, PositionOf positionOf) {
+    found_ = withMatcher(needle_, stretch, [&](auto matcher) -> std::optional<Span> {
+      for (std::size_t at = matcher.next(); at != matcher.none(); at = matcher.next()) {
+        const Span span{positionOf(at), positionOf(at + needle_.length() - 1) + 1};
+        if (!wholeWord_ || isWholeWord(span)) return span;
+      }
+      return std::nullopt;
+    });
+  }
+
+  bool isWholeWord(const Span& span) const {
+    return !haystack_.wordEndsBefore(span.from) && !haystack_.wordStartsAt(span.to);
+  }
+
+  const Needle& needle_;
+  bool wholeWord_;
+  const Haystack& haystack_;
+  std::size_t gatherLimit_;
+  Gathered gathered_;
+  std::optional<Span> found_;
+};
+
+}  // namespace
+
+Search::Search(std::u16string_view needle, SearchFlags flags) {
+  const bool findable = !needle.empty() && needle.find(kCellMark) == std::u16string_view::npos;
+  if (findable) prepared_.reset(new Prepared{Needle(needle, flags.matchCase), flags.wholeWord});
+}
+
+Search::~Search() = default;
+Search::Search(Search&&) noexcept = default;
+Search& Search::operator=(Search&&) noexcept = default;
+
+std::optional<Span> Search::find(const PieceText& text, const RunMap<Visibility>& visibility, View view,
+                                 Position from, Position to) const {
+  if (prepared_ == nullptr) return std::nullopt;
+  if (static_cast<std::int64_t>(to) - from < static_cast<std::int64_t>(prepared_->needle.length())) {
+    return std::nullopt;
+  }
+  const Haystack haystack{text, visibility, view};
+  return Execution(prepared_->needle, prepared_->wholeWord, haystack).run(from, to);
+}
+
+}  // namespace pluvo::text

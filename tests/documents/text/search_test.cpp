@@ -1,0 +1,221 @@
+#include "text/search.h"
+
+#include "characters.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace pluvo::text {
+namespace {
+
+using Visibilities = RunMap<Visibility>;
+
+/// The rules of a find, one character at a time.
+class PlainSearch {
+ public:
+  PlainSearch(const PieceText& text, const Visibilities& visibility, View view, Position from, Position to) {
+    for (Position p = 0; p < text.length(); ++p) {
+      const bool shown = isVisible(visibility.valueAt(p), view);
+      const bool barrier = !shown && text.at(p) == kCellMark;
+      if (shown) visible_.push_back(text.at(p));
+      if (p < from || p >= to || !(shown || barrier)) continue;
+      units_ += text.at(p);
+      positions_.push_back(p);
+      visibleIndex_.push_back(shown ? visible_.size() - 1 : visible_.size());
+    }
+  }
+
+  std::optional<Span> find(const std::u16string& needle, SearchFlags flags) const {
+    if (needle.empty() || needle.find(kCellMark) != needle.npos) return std::nullopt;
+    for (std::size_t at = 0; at + needle.size() <= units_.size(); ++at) {
+      const auto same = [&](char16_t a, char16_t b) {
+        return flags.matchCase ? a == b : foldCase(a) == foldCase(b);
+      };
+      const auto begin = units_.begin() + static_cast<std::ptrdiff_t>(at);
+      if (!std::equal(needle.begin(), needle.end(), begin, same)) continue;
+      const std::size_t last = at + needle.size() - 1;
+      if (flags.wholeWord && (wordEndsAt(visibleIndex_[at]) || wordStartsAt(visibleIndex_[last] + 1)))
+        continue;
+      return Span{positions_[at], positions_[last] + 1};
+    }
+    return std::nullopt;
+  }
+
+ private:
+  bool wordEndsAt(std::size_t i) const {
+    if (i == 0) return false;
+    const char16_t unit = visible_[i - 1];
+    if (!isLowSurrogate(unit)) return isWordCharacter(unit);
+    return i > 1 && isHighSurrogate(visible_[i - 2]) &&
+           isWordCharacter(joinSurrogates(visible_[i - 2], unit));
+  }
+  bool wordStartsAt(std::size_t i) const {
+    if (i >= visible_.size()) return false;
+    const char16_t unit = visible_[i];
+    if (!isHighSurrogate(unit)) return isWordCharacter(unit);
+    return i + 1 < visible_.size() && isLowSurrogate(visible_[i + 1]) &&
+           isWordCharacter(joinSurrogates(unit, visible_[i + 1]));
+  }
+
+  std::u16string visible_;
+  std::u16string units_;
+  std::vector<Position> positions_;
+  std::vector<std::size_t> visibleIndex_;
+};
+
+std::optional<Span> find(const std::u16string& needle, SearchFlags flags, const std::u16string& haystack) {
+  const PieceText text{OriginalText(haystack)};
+  return Search(needle, flags)
+      .find(text, Visibilities(text.length(), kEverywhere), View::results, 0, text.length());
+}
+
+constexpr SearchFlags kExact{true, false};
+constexpr SearchFlags kFolded{false, false};
+constexpr SearchFlags kWords{false, true};
+
+TEST(Search, FollowsTheRules) {
+  struct Case {
+    std::u16string needle;
+    SearchFlags flags;
+    std::u16string haystack;
+    Position from;  ///< of the match, -1 for none
+  };
+  const Case cases[] = {
+      {u"", kFolded, u"abc", -1},
+      {u"^p", kExact, u"a\r^p", 2},
+      {u"ab", kExact, u"aB Ab AB ab", 9},
+      {u"STRASSE", kFolded, u"stra\u00DFe Strasse", 7},
+      {u"\u00E9T\u00C9", kFolded, u"- \u00C9t\u00E9", 2},
+      {u"\u03C3", kFolded, u"\u03A3", 0},
+      {u"k", kFolded, u"\u212A", 0},
+      {u"\u00B5m", kFolded, u"1 \u039CM", 2},
+      {u"\"", kFolded, u"\u201C\"", 1},
+      {u"a\ab", kFolded, u"a\ab", -1},
+      {u"\xD83D", kFolded, u"x\xD83D\xDE00", 1},
+      {u"cat", kWords, u"cats concat cat", 12},
+      {u"cat", kWords, u"cat1 \u0431cat cat\u0301 _cat_", 16},
+      {u"cat", kWords,
+       u"\xD835\xDC00"
+       u"cat cat\xD835\xDC00 \xD83D\xDE00"
+       u"cat",
+       14},
+      {u"John", kWords, u"Johnson John's", 8},
+      {u"a b", kWords, u"xa b a bx a b", 10},
+  };
+  for (const Case& c : cases) {
+    const auto match = find(c.needle, c.flags, c.haystack);
+    EXPECT_EQ(match ? match->from : -1, c.from) << testing::PrintToString(c.needle);
+    EXPECT_TRUE(!match || match->length() == static_cast<Position>(c.needle.size()));
+  }
+}
+
+TEST(Search, RunsAcrossWhatTheViewHides) {
+  const PieceText text{OriginalText(std::u16string(u"be\x13 PAGE \x14gin\x15 ne\axt"))};
+  Visibilities visibility;
+  visibility.append(2, kEverywhere);
+  visibility.append(8, kInCodes);
+  visibility.append(3, kInResults);
+  visibility.append(1, kInCodes);
+  visibility.append(3, kEverywhere);
+  visibility.append(1, kNowhere);
+  visibility.append(2, kEverywhere);
+  const auto find = [&](const std::u16string& needle, View view, Position from, Position to) {
+    return Search(needle, kFolded).find(text, visibility, view, from, to);
+  };
+  EXPECT_EQ(find(u"begin", View::results, 0, 20), (Span{0, 13}));
+  EXPECT_EQ(find(u"begin", View::results, 0, 12), std::nullopt);
+  EXPECT_EQ(find(u"begin", View::codes, 0, 20), std::nullopt);
+  EXPECT_EQ(find(u"page", View::codes, 0, 20), (Span{4, 8}));
+  EXPECT_EQ(find(u"page", View::results, 0, 20), std::nullopt);
+  EXPECT_EQ(find(u"next", View::results, 0, 20), std::nullopt) << "a hidden cell mark ends its cell";
+  EXPECT_EQ(find(u"xt", View::results, 0, 20), (Span{18, 20}));
+}
+
+TEST(Search, StaysLinearOnRepetitiveTexts) {
+  std::u16string haystack(1 << 20, u'a');
+  std::u16string needle(1 << 16, u'a');
+  needle += u'b';
+  EXPECT_EQ(find(needle, kExact, haystack), std::nullopt);
+  haystack += u'b';
+  EXPECT_EQ(find(needle, kFolded, haystack)->to, static_cast<Position>(haystack.size()));
+  needle.back() = u'a';
+  haystack += needle;
+  EXPECT_EQ(find(needle, kWords, haystack), std::nullopt);
+}
+
+class Generator {
+ public:
+  explicit Generator(unsigned seed) : random_(seed) {}
+
+  Position upTo(Position n) { return static_cast<Position>(random_() % (static_cast<unsigned>(n) + 1)); }
+  bool oneIn(unsigned n) { return random_() % n == 0; }
+
+  std::u16string units(Position length, std::u16string_view alphabet) {
+    std::u16string units;
+    for (Position i = 0; i < length; ++i) units += alphabet[random_() % alphabet.size()];
+    return units;
+  }
+
+  /// Long stretches, of few patterns, with short pieces between.
+  PieceText text(std::u16string_view alphabet, bool narrow) {
+    std::u16string units = this->units(oneIn(3) ? upTo(9000) : upTo(60), alphabet);
+    if (oneIn(2))
+      std::fill(units.begin(), units.begin() + static_cast<Position>(units.size()) / 2, alphabet[0]);
+    PieceText text = narrow ? PieceText(OriginalText(bytes_ = {units.begin(), units.end()}, true, nullptr))
+                            : PieceText(OriginalText(units));
+    for (Position edits = upTo(12); edits > 0; --edits) {
+      const Position from = upTo(text.length());
+      text.replace(from, from + upTo(std::min(text.length() - from, 3)), this->units(upTo(4), alphabet), {});
+    }
+    return text;
+  }
+
+  Visibilities visibilities(Position length) {
+    if (oneIn(2)) return Visibilities(length, kEverywhere);
+    Visibilities map;
+    while (map.length() < length) {
+      const auto value = static_cast<Visibility>(std::max(upTo(7), 4) - 4);
+      map.append(std::min(length - map.length(), upTo(oneIn(4) ? 4000 : 12)), oneIn(2) ? kEverywhere : value);
+    }
+    return map;
+  }
+
+ private:
+  std::mt19937 random_;
+  std::vector<std::uint8_t> bytes_;
+};
+
+TEST(Search, FindsWhatReadingEveryCharacterFinds) {
+  Generator generate(3);
+  const std::u16string_view narrowUnits = u"aAb\r\n\u00B5";
+  const std::u16string_view wideUnits = u"aAbkK\u212A\u03BC\u00B5\u03A1\u03C1\r\a\xD801\xDC00";
+  for (int round = 0; round < 3000; ++round) {
+    const bool narrow = generate.oneIn(2);
+    const auto alphabet = (narrow ? narrowUnits : wideUnits).substr(generate.oneIn(3) ? 2 : 0);
+    const PieceText text = generate.text(alphabet.substr(0, generate.oneIn(2) ? 2 : alphabet.npos), narrow);
+    const Visibilities visibility = generate.visibilities(text.length());
+    const View view = generate.oneIn(2) ? View::results : View::codes;
+    const Position from = generate.upTo(text.length());
+    const Position to = text.length() - generate.upTo(generate.oneIn(2) ? 0 : text.length() - from);
+    std::u16string needle;
+    if (generate.oneIn(2) && from < to) {
+      needle = visibleText(text, visibility, view, to - generate.upTo(std::min(to - from, 40)), to);
+    } else {
+      needle = generate.units(1 + generate.upTo(4), alphabet);
+    }
+    const SearchFlags flags{generate.oneIn(2), generate.oneIn(3)};
+    const auto expected = PlainSearch(text, visibility, view, from, to).find(needle, flags);
+    ASSERT_EQ(Search(needle, flags).find(text, visibility, view, from, to), expected)
+        << "round " << round << ", needle " << testing::PrintToString(needle);
+  }
+}
+
+}  // namespace
+
+void PrintTo(const Span& span, std::ostream* out) { *out << '[' << span.from << ", " << span.to << ')'; }
+
+}  // namespace pluvo::text
