@@ -55,10 +55,12 @@ class OriginalText {
       : OriginalText(std::make_shared<const std::u16string>(std::move(units))) {}
   explicit OriginalText(std::vector<std::uint8_t> units)
       : OriginalText(std::make_shared<const std::vector<std::uint8_t>>(std::move(units))) {}
-  /// Bytes that somebody else holds (a mapped file); owner keeps them alive.
+  /// Units that somebody else holds (a mapped file, say); owner keeps them alive.
   OriginalText(std::span<const std::uint8_t> bytes, bool lineFeedIsMark, std::shared_ptr<const void> owner)
       : whole_{bytes.data(), nullptr, static_cast<Position>(bytes.size()), lineFeedIsMark},
         owner_(std::move(owner)) {}
+  OriginalText(std::span<const char16_t> units, std::shared_ptr<const void> owner)
+      : whole_{nullptr, units.data(), static_cast<Position>(units.size()), false}, owner_(std::move(owner)) {}
 
   Position length() const { return whole_.length; }
   char16_t operator[](Position i) const { return whole_[i]; }

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "files/bytes.h"
+
+#include <optional>
+#include <string_view>
+
+namespace pluvo::formats {
+
+/// What kinds of file say of themselves in their first bytes.
+enum class Signature { zip, compoundFile, rtf, pdf, picture, archive, program };
+
+std::optional<Signature> signatureOf(files::ByteSpan bytes);
+
+/// For a sentence: "a PDF".
+std::string_view describe(Signature signature);
+
+}  // namespace pluvo::formats

@@ -1,0 +1,39 @@
+#include "byte_map.h"
+
+#include "token.h"
+
+#include <algorithm>
+
+namespace pluvo::plain {
+
+using text::Position;
+
+namespace {
+
+template <Encoding kEncoding>
+ByteMap::Place walk(files::ByteSpan bytes, std::size_t offset, Position units) {
+  while (units > 0 && bytes.size() - offset >= unitSize(kEncoding)) {
+    const Token token = firstToken<kEncoding>(bytes.subspan(offset));
+    if (token.units() > units) return {offset, true};
+    units -= token.units();
+    offset += token.bytes;
+  }
+  return {offset, false};
+}
+
+}  // namespace
+
+void ByteMap::addNote(Position position, std::size_t offset) {
+  notes_.push_back({position, offset});
+  nextNote_ = position + kInterval;
+}
+
+ByteMap::Place ByteMap::placeOf(Position position) const {
+  const auto behind = std::ranges::upper_bound(notes_, position, {}, &Note::position);
+  const Note from = behind == notes_.begin() ? Note{0, 0} : *(behind - 1);
+  return withEncoding(encoding_, [&]<Encoding kEncoding>() {
+    return walk<kEncoding>(bytes_, from.offset, position - from.position);
+  });
+}
+
+}  // namespace pluvo::plain

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "encoding.h"
+#include "files/bytes.h"
+#include "text/positions.h"
+
+#include <vector>
+
+namespace pluvo::plain {
+
+/// Where the bytes of every position of a decoded text begin. Noted every so many units only; in between the
+/// bytes are read again.
+class ByteMap {
+ public:
+  struct Place {
+    std::size_t offset = 0;
+    bool insidePair = false;  ///< the second half of a character whose bytes begin there
+  };
+
+  ByteMap() = default;
+  ByteMap(Encoding encoding, files::ByteSpan bytes) : encoding_(encoding), bytes_(bytes) {}
+
+  /// To be called front to back, at the start of a token.
+  void note(text::Position position, std::size_t offset) {
+    if (position >= nextNote_) addNote(position, offset);
+  }
+  /// Up to this many units go between two notes.
+  static constexpr text::Position kInterval = 1024;
+
+  Place placeOf(text::Position position) const;
+
+ private:
+  struct Note {
+    text::Position position;
+    std::size_t offset;
+  };
+
+  void addNote(text::Position position, std::size_t offset);
+
+  Encoding encoding_ = Encoding::utf8;
+  files::ByteSpan bytes_;
+  std::vector<Note> notes_;
+  text::Position nextNote_ = 0;
+};
+
+}  // namespace pluvo::plain

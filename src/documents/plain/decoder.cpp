@@ -1,0 +1,155 @@
+#include "decoder.h"
+
+#include "files/problem.h"
+#include "token.h"
+
+#include <algorithm>
+#include <memory>
+
+namespace pluvo::plain {
+
+using files::ByteSpan;
+using text::Position;
+
+namespace {
+
+/// How many units at the front have one value in the bytes and in the text.
+template <Encoding kEncoding>
+std::size_t runOf(ByteSpan bytes) {
+  if constexpr (!isUtf16(kEncoding)) return plainRun(bytes);
+  std::size_t count = 0;
+  for (; 2 * count + 1 < bytes.size(); ++count) {
+    const char16_t unit = utf16UnitAt<kEncoding>(bytes, 2 * count);
+    if (unit == u'\r' || unit == u'\n') break;
+  }
+  return count;
+}
+
+/// Whatever the bytes are, and even if somebody writes into the file meanwhile, there are no more units than
+/// the bytes have room for, so none is written outside.
+template <Encoding kEncoding, class Unit>
+class Decoder {
+ public:
+  Decoder(ByteSpan bytes, const Storage& storage)
+      : bytes_(bytes),
+        storage_(storage),
+        units_(std::make_shared_for_overwrite<Unit[]>(bytes.size() / kUnitSize + 1)),
+        map_(kEncoding, bytes) {}
+
+  Decoded decode() && {
+    while (bytes_.size() - offset_ >= kUnitSize) {
+      takeRun();
+      if (bytes_.size() - offset_ >= kUnitSize) take(firstToken<kEncoding>(bytes_.subspan(offset_)));
+    }
+    add(text::kParagraphMark);
+    const std::span<const Unit> text(units_.get(), static_cast<std::size_t>(length_));
+    return {textOf(text), std::move(map_), commonLineEnd(lineEnds_, storage_)};
+  }
+
+ private:
+  static constexpr std::size_t kUnitSize = unitSize(kEncoding);
+
+  void takeRun() {
+    std::size_t count = runOf<kEncoding>(bytes_.subspan(offset_));
+    while (count > 0) {
+      map_.note(length_, offset_);
+      const std::size_t part = std::min(count, static_cast<std::size_t>(ByteMap::kInterval));
+      copyRun(part);
+      count -= part;
+    }
+  }
+
+  void copyRun(std::size_t count) {
+    const std::uint8_t* from = bytes_.data() + offset_;
+    Unit* to = units_.get() + length_;
+    if constexpr (isUtf16(kEncoding)) {
+      for (std::size_t i = 0; i < count; ++i)
+        to[i] = static_cast<Unit>(utf16UnitAt<kEncoding>(bytes_, offset_ + 2 * i));
+    } else {
+      std::copy_n(from, count, to);
+    }
+    length_ += static_cast<Position>(count);
+    offset_ += count * kUnitSize;
+  }
+
+  void take(const Token& token) {
+    map_.note(length_, offset_);
+    offset_ += token.bytes;
+    if (token.lineEnd) ++lineEnds_[static_cast<std::size_t>(*token.lineEnd)];
+    if (token.units() == 2) {
+      add(static_cast<char16_t>(0xD7C0 + (token.codePoint >> 10)));
+      add(static_cast<char16_t>(0xDC00 + (token.codePoint & 0x3FF)));
+    } else {
+      add(static_cast<char16_t>(token.codePoint));
+    }
+  }
+
+  void add(char16_t unit) { units_[length_++] = static_cast<Unit>(unit); }
+
+  text::OriginalText textOf(std::span<const Unit> text) const {
+    if constexpr (sizeof(Unit) == 1) return {text, false, units_};
+    if constexpr (sizeof(Unit) == 2) return {text, units_};
+  }
+
+  ByteSpan bytes_;
+  const Storage& storage_;
+  std::shared_ptr<Unit[]> units_;
+  ByteMap map_;
+  std::size_t offset_ = 0;
+  Position length_ = 0;
+  std::array<std::size_t, 3> lineEnds_ = {};
+};
+
+bool narrowUtf16(ByteSpan bytes, Encoding encoding) {
+  std::uint8_t bits = 0;
+  for (std::size_t at = encoding == Encoding::utf16Little ? 1 : 0; at < bytes.size(); at += 2)
+    bits |= bytes[at];
+  return bits == 0;
+}
+
+/// Whether every unit is below 256.
+bool isNarrow(ByteSpan bytes, const Storage& storage) {
+  constexpr std::uint8_t kLastLeadBelow256 = 0xC3;
+  switch (storage.encoding) {
+    case Encoding::utf8:
+      return storage.survey.highest <= kLastLeadBelow256;
+    case Encoding::windows1252:
+      return !storage.survey.specials;
+    default:
+      return narrowUtf16(bytes, storage.encoding);
+  }
+}
+
+}  // namespace
+
+bool liesAsText(ByteSpan bytes, const Storage& storage) {
+  const bool oneByteEach = storage.encoding == Encoding::utf8
+                               ? storage.survey.highest < 0x80
+                               : storage.encoding == Encoding::windows1252 && !storage.survey.specials;
+  if (!oneByteEach) return false;
+  if (!storage.survey.carriageReturns) return true;
+  constexpr std::array<std::uint8_t, 2> kPair = {'\r', '\n'};
+  return std::ranges::search(bytes, kPair).empty();
+}
+
+LineEnd commonLineEnd(const std::array<std::size_t, 3>& counts, const Storage& storage) {
+  const auto* const most = std::ranges::max_element(counts);
+  if (*most > 0) return static_cast<LineEnd>(most - counts.begin());
+  const bool unixText = storage.encoding == Encoding::utf8 && storage.markLength == 0;
+  return unixText ? LineEnd::lineFeed : LineEnd::carriageReturnLineFeed;
+}
+
+void requireReachable(ByteSpan bytes, const Storage& storage) {
+  if (bytes.size() / unitSize(storage.encoding) >= static_cast<std::size_t>(text::kMaxLength))
+    throw files::DocumentError(files::Problem::tooLarge,
+                               "The text has more than two thousand million characters; split the file.");
+}
+
+Decoded decode(ByteSpan bytes, const Storage& storage) {
+  return withEncoding(storage.encoding, [&]<Encoding kEncoding>() {
+    if (isNarrow(bytes, storage)) return Decoder<kEncoding, std::uint8_t>(bytes, storage).decode();
+    return Decoder<kEncoding, char16_t>(bytes, storage).decode();
+  });
+}
+
+}  // namespace pluvo::plain

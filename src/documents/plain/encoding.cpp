@@ -1,0 +1,45 @@
+#include "encoding.h"
+
+#include <algorithm>
+#include <array>
+
+namespace pluvo::plain {
+
+namespace {
+
+constexpr std::uint8_t kFirstSpecial = 0x80;  // of Windows-1252: what differs from Latin-1
+
+/// Bytes 80 to 9F; the unassigned ones stand for themselves.
+constexpr std::array<char16_t, 32> kSpecials = {
+    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+
+}  // namespace
+
+std::string_view nameOf(Encoding encoding) {
+  switch (encoding) {
+    case Encoding::utf8:
+      return "UTF-8";
+    case Encoding::utf16Little:
+    case Encoding::utf16Big:
+      return "UTF-16";
+    case Encoding::windows1252:
+      return "Windows-1252";
+  }
+  return "";
+}
+
+char16_t unitOfWindows1252(std::uint8_t byte) {
+  const std::size_t special = static_cast<std::size_t>(byte) - kFirstSpecial;
+  return special < kSpecials.size() ? kSpecials[special] : byte;
+}
+
+std::optional<std::uint8_t> windows1252Of(char16_t unit) {
+  if (unit < 0x80 || (unit >= 0xA0 && unit <= 0xFF)) return static_cast<std::uint8_t>(unit);
+  const auto* const special = std::ranges::find(kSpecials, unit);
+  if (special == kSpecials.end()) return std::nullopt;
+  return static_cast<std::uint8_t>(kFirstSpecial + (special - kSpecials.begin()));
+}
+
+}  // namespace pluvo::plain

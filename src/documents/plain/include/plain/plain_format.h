@@ -1,0 +1,35 @@
+#pragma once
+
+#include "formats/format.h"
+
+namespace pluvo::plain {
+
+/// Plain text, .txt.
+///
+/// Encodings: UTF-8 with and without byte order mark, UTF-16 with one, UTF-16 without one where the text is
+/// mostly Latin letters and cannot be anything else; Windows-1252 when it is none of these. Pure ASCII is
+/// UTF-8. The five bytes without a meaning in Windows-1252 are characters of the same number. UTF-32 is
+/// refused.
+///
+/// Lines: CR LF, LF and CR are each one paragraph mark, and stay as they are. The text ends with one mark
+/// more that stands for no byte, whether or not the last line has an end: the file is the text without it,
+/// exactly. An inserted mark becomes the kind of line end that the file has most of (of equals LF, CR LF, CR
+/// in this order); in a file without any it is LF, or CR LF where the encoding is not UTF-8 without byte
+/// order mark.
+///
+/// Every other character, controls and zeros included, is itself, in both directions; none of them has the
+/// meaning it has in a document with structure. What the encoding cannot hold is refused. There is no
+/// highlight.
+///
+/// A text of one byte a character that has no CR LF is searched in the bytes of the file; any other is
+/// decoded once.
+class PlainFormat final : public formats::Format {
+ public:
+  std::string_view name() const override { return "txt"; }
+  /// By the extension, since bytes cannot tell: txt, text, asc, log, md, csv, tsv or none; and nothing that
+  /// has the signature of another kind of file.
+  bool recognises(files::ByteSpan bytes, std::string_view extension) const override;
+  formats::Opened read(files::Bytes bytes) const override;
+};
+
+}  // namespace pluvo::plain

@@ -1,0 +1,50 @@
+#include "plain/plain_format.h"
+
+#include "decoder.h"
+#include "formats/signature.h"
+#include "plain_source.h"
+
+#include <algorithm>
+#include <array>
+#include <memory>
+
+namespace pluvo::plain {
+
+using files::ByteSpan;
+
+namespace {
+
+constexpr std::array<std::string_view, 8> kExtensions = {"", "txt", "text", "asc", "log", "md", "csv", "tsv"};
+
+/// Of a text that lies in its bytes, so without CR LF.
+LineEnd commonLineEndOf(ByteSpan bytes, const Storage& storage) {
+  if (!storage.survey.carriageReturns && std::ranges::find(bytes, '\n') != bytes.end())
+    return LineEnd::lineFeed;
+  const auto count = [&](char end) { return static_cast<std::size_t>(std::ranges::count(bytes, end)); };
+  return commonLineEnd({count('\n'), 0, count('\r')}, storage);
+}
+
+}  // namespace
+
+bool PlainFormat::recognises(ByteSpan bytes, std::string_view extension) const {
+  return std::ranges::find(kExtensions, extension) != kExtensions.end() && !formats::signatureOf(bytes);
+}
+
+formats::Opened PlainFormat::read(files::Bytes bytes) const {
+  const Storage storage = detect(bytes.view);
+  const ByteSpan content = bytes.view.subspan(storage.markLength);
+  requireReachable(content, storage);
+  if (liesAsText(content, storage)) {
+    static_assert(files::Bytes::kBehind == text::kParagraphMark);
+    text::OriginalText text(ByteSpan(content.data(), content.size() + 1), true, bytes.owner);
+    const LineEnd lineEnd = commonLineEndOf(content, storage);
+    return {model::plainContent(std::move(text)),
+            std::make_unique<PlainSource>(std::move(bytes), storage, lineEnd, std::nullopt)};
+  }
+  Decoded decoded = decode(content, storage);
+  return {model::plainContent(std::move(decoded.text)),
+          std::make_unique<PlainSource>(std::move(bytes), storage, decoded.commonLineEnd,
+                                        std::move(decoded.map))};
+}
+
+}  // namespace pluvo::plain

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "decoder.h"
+#include "files/bytes.h"
+#include "formats/format.h"
+
+namespace pluvo::plain {
+
+class Writer;
+
+/// What stays of a text file: its bytes, and where each position's bytes lie.
+class PlainSource final : public formats::Source {
+ public:
+  /// Without a map each unit behind the byte order mark is one byte.
+  PlainSource(files::Bytes bytes, const Storage& storage, LineEnd lineEnd, std::optional<ByteMap> map)
+      : bytes_(std::move(bytes)), storage_(storage), lineEnd_(lineEnd), map_(std::move(map)) {}
+
+  std::optional<std::string> refusesText(std::u16string_view newText) const override;
+  bool holdsHighlight() const override { return false; }
+  void write(const model::Model& model, files::Output& out) const override;
+
+ private:
+  ByteMap::Place placeOf(text::Position position) const;
+  /// Writes [from, to) of the original text.
+  void copyPiece(const text::OriginalText& original, text::Position from, text::Position to,
+                 Writer& writer) const;
+
+  files::Bytes bytes_;
+  Storage storage_;
+  LineEnd lineEnd_;
+  std::optional<ByteMap> map_;
+};
+
+}  // namespace pluvo::plain
