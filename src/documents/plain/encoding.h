@@ -9,10 +9,10 @@ namespace pluvo::plain {
 
 enum class Encoding { utf8, utf16Little, utf16Big, windows1252 };
 
-inline bool isUtf16(Encoding encoding) {
+constexpr bool isUtf16(Encoding encoding) {
   return encoding == Encoding::utf16Little || encoding == Encoding::utf16Big;
 }
-inline std::size_t unitSize(Encoding encoding) { return isUtf16(encoding) ? 2 : 1; }
+constexpr std::size_t unitSize(Encoding encoding) { return isUtf16(encoding) ? 2 : 1; }
 std::string_view nameOf(Encoding encoding);
 
 enum class LineEnd { lineFeed, carriageReturnLineFeed, carriageReturn };

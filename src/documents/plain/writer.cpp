@@ -16,6 +16,12 @@ char32_t joined(char16_t first, char16_t second) {
   return 0x10000 + (static_cast<char32_t>(first - 0xD800) << 10) + (second - 0xDC00);
 }
 
+files::DocumentError cutInTwo() {
+  return {files::Problem::encoding,
+          "The change cuts a character in two, and the file's encoding, UTF-8, has no place for half of one; "
+          "extend the text to whole characters."};
+}
+
 char16_t unitAt(Encoding encoding, ByteSpan bytes, std::size_t at) {
   switch (encoding) {
     case Encoding::utf16Little:
@@ -64,6 +70,7 @@ void Writer::encode(char16_t unit) {
     return;
   }
   requireWholeCharacter();
+  if (encoding_ == Encoding::utf8 && isSecondHalf(unit)) throw cutInTwo();
   if (encoding_ == Encoding::utf8 && isFirstHalf(unit)) {
     firstHalf_ = unit;
   } else if (unit == u'\r' || unit == u'\n') {
@@ -125,11 +132,7 @@ void Writer::keepLineEndsApart(char16_t next) {
 }
 
 void Writer::requireWholeCharacter() const {
-  if (firstHalf_ != 0)
-    throw files::DocumentError(
-        files::Problem::encoding,
-        "The change cuts a character in two, and the file's encoding, UTF-8, has no place for "
-        "half of one; extend the text to whole characters.");
+  if (firstHalf_ != 0) throw cutInTwo();
 }
 
 void Writer::flush() {
