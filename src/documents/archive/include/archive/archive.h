@@ -63,19 +63,23 @@ class Archive {
   files::ByteSpan bytes() const { return bytes_.view; }
   /// In the order of the central directory.
   std::span<const Member> members() const { return members_; }
+  /// Indexes into members(), in the order in which they lie in the file.
+  std::span<const std::uint32_t> membersByPlace() const { return byPlace_; }
   /// The member of this name, compared as above; null when there is none. A leading slash does not count.
   const Member* find(std::string_view name) const;
-  /// Its contents, checked against size and CRC. A stored member is not copied, a deflated one is inflated
-  /// anew at each call. Throws DocumentError: damaged, unsupported (a method other than stored and deflated).
+  /// Its contents, checked against size and CRC. A stored member is not copied (and so the byte behind
+  /// it is the archive's), a deflated one is inflated anew at each call. Throws DocumentError: damaged,
+  /// unsupported (a method other than stored and deflated).
   files::Bytes read(const Member& member) const;
 
  private:
   friend class Opener;
 
   files::Bytes bytes_;
+  std::uint64_t memberSize_ = 0;
   std::vector<Member> members_;
-  std::vector<std::uint32_t> byName_;   ///< indexes into members_, sorted
-  std::vector<std::uint32_t> byPlace_;  ///< indexes into members_, in the order of their local headers
+  std::vector<std::uint32_t> byName_;  ///< indexes into members_, sorted
+  std::vector<std::uint32_t> byPlace_;
 };
 
 }  // namespace pluvo::archive

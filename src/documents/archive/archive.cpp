@@ -1,0 +1,99 @@
+#include "archive/archive.h"
+
+#include "damage.h"
+#include "names.h"
+
+#include <libdeflate.h>
+
+#include <algorithm>
+#include <memory>
+#include <new>
+#include <string>
+
+namespace pluvo::archive {
+
+namespace {
+
+char folded(char c) {
+  if (c >= 'A' && c <= 'Z') return static_cast<char>(c - 'A' + 'a');
+  return c == '\\' ? '/' : c;
+}
+
+std::string_view withoutSlash(std::string_view name) {
+  if (!name.empty() && folded(name.front()) == '/') name.remove_prefix(1);
+  return name;
+}
+
+struct Decompressor {
+  Decompressor() : handle(libdeflate_alloc_decompressor()) {
+    if (handle == nullptr) throw std::bad_alloc();
+  }
+  ~Decompressor() { libdeflate_free_decompressor(handle); }
+  Decompressor(const Decompressor&) = delete;
+  Decompressor& operator=(const Decompressor&) = delete;
+  libdeflate_decompressor* handle;
+};
+
+files::DocumentError damagedMember(const Member& member) {
+  return damaged("the contents of its member \"" + std::string(member.name) + "\" are not what they were");
+}
+
+files::Bytes inflated(files::ByteSpan packed, const Member& member) {
+  // Memory that is written once, by inflating; it is not cleared first.
+  const auto contents = std::make_shared_for_overwrite<std::uint8_t[]>(member.size + 1);
+  contents[static_cast<std::ptrdiff_t>(member.size)] = files::Bytes::kBehind;
+  const Decompressor decompressor;
+  std::size_t used = 0;
+  const libdeflate_result result = libdeflate_deflate_decompress_ex(
+      decompressor.handle, packed.data(), packed.size(), contents.get(), member.size, &used, nullptr);
+  if (result != LIBDEFLATE_SUCCESS || used != packed.size()) throw damagedMember(member);
+  return {files::ByteSpan(contents.get(), member.size), contents, {}};
+}
+
+}  // namespace
+
+int compareNames(std::string_view a, std::string_view b) {
+  a = withoutSlash(a);
+  b = withoutSlash(b);
+  const std::size_t common = std::min(a.size(), b.size());
+  for (std::size_t i = 0; i < common; ++i) {
+    if (const int difference = folded(a[i]) - folded(b[i]); difference != 0) return difference;
+  }
+  return a.size() == b.size() ? 0 : (a.size() < b.size() ? -1 : 1);
+}
+
+const Member* Archive::find(std::string_view name) const {
+  const auto at = std::lower_bound(byName_.begin(), byName_.end(), name,
+                                   [&](std::uint32_t index, std::string_view sought) {
+                                     return compareNames(members_[index].name, sought) < 0;
+                                   });
+  if (at == byName_.end() || compareNames(members_[*at].name, name) != 0) return nullptr;
+  return &members_[*at];
+}
+
+files::Bytes Archive::read(const Member& member) const {
+  if (member.size > memberSize_) {
+    throw files::DocumentError(files::Problem::tooLarge,
+                               "The document's part \"" + std::string(member.name) +
+                                   "\" is too large to be worked on; divide the document.");
+  }
+  const files::ByteSpan packed = bytes_.view.subspan(member.data, member.packedSize);
+  files::Bytes contents;
+  if (member.method == Method::deflated) {
+    contents = inflated(packed, member);
+  } else if (member.method == Method::stored) {
+    if (packed.size() != member.size) throw damagedMember(member);
+    contents = {packed, bytes_.owner, bytes_.vanished};
+  } else {
+    throw files::DocumentError(
+        files::Problem::unsupported,
+        "The document's part \"" + std::string(member.name) +
+            "\" is compressed by a method that documents do not use; let a word processor "
+            "save the document anew.");
+  }
+  if (libdeflate_crc32(0, contents.view.data(), contents.view.size()) != member.crc)
+    throw damagedMember(member);
+  return contents;
+}
+
+}  // namespace pluvo::archive

@@ -1,0 +1,59 @@
+#include "packer.h"
+
+#include <libdeflate.h>
+
+#include <algorithm>
+#include <new>
+
+namespace pluvo::archive {
+
+namespace {
+
+struct Compressor {
+  explicit Compressor(int level) : handle(libdeflate_alloc_compressor(level)) {
+    if (handle == nullptr) throw std::bad_alloc();
+  }
+  ~Compressor() { libdeflate_free_compressor(handle); }
+  Compressor(const Compressor&) = delete;
+  Compressor& operator=(const Compressor&) = delete;
+  libdeflate_compressor* handle;
+};
+
+/// Memory that is written once; it is not cleared first, and what is never written is never taken.
+std::unique_ptr<std::uint8_t[]> unwritten(std::size_t size) {
+  return std::make_unique_for_overwrite<std::uint8_t[]>(size);
+}
+
+}  // namespace
+
+Packed pack(std::span<const files::ByteSpan> pieces, Method method, int level) {
+  Packed packed;
+  for (const files::ByteSpan piece : pieces) {
+    packed.size += piece.size();
+    packed.crc = libdeflate_crc32(packed.crc, piece.data(), piece.size());
+  }
+  if (method == Method::stored) {
+    packed.bytes.assign(pieces.begin(), pieces.end());
+    packed.packedSize = packed.size;
+    return packed;
+  }
+
+  // The compressor sees one buffer only.
+  files::ByteSpan whole = pieces.empty() ? files::ByteSpan() : pieces.front();
+  std::unique_ptr<std::uint8_t[]> gathered;
+  if (pieces.size() > 1) {
+    gathered = unwritten(packed.size);
+    std::uint8_t* to = gathered.get();
+    for (const files::ByteSpan piece : pieces) to = std::copy(piece.begin(), piece.end(), to);
+    whole = {gathered.get(), static_cast<std::size_t>(packed.size)};
+  }
+  const Compressor compressor(level);
+  const std::size_t bound = libdeflate_deflate_compress_bound(compressor.handle, whole.size());
+  packed.owner = unwritten(bound);
+  packed.packedSize =
+      libdeflate_deflate_compress(compressor.handle, whole.data(), whole.size(), packed.owner.get(), bound);
+  packed.bytes = {files::ByteSpan(packed.owner.get(), packed.packedSize)};
+  return packed;
+}
+
+}  // namespace pluvo::archive
