@@ -52,15 +52,13 @@ std::int32_t MemoryRange::MoveEnd(word::WdUnits unit, word::MoveCount count) {
 void MemoryRange::Select() { document_->select(span()); }
 
 void MemoryRange::InsertBefore(const std::u16string& text) {
-  Model& model = editable(text);
-  growOver(span().empty() ? model.replace(span(), text, document_->view())
-                          : model.insertBefore(span().from, text));
+  if (span().empty()) return Text(text);
+  growOver(editable(text).insertBefore(span().from, text));
 }
 
 void MemoryRange::InsertAfter(const std::u16string& text) {
-  Model& model = editable(text);
-  growOver(span().empty() ? model.replace(span(), text, document_->view())
-                          : model.insertBehind(span().to, text));
+  if (span().empty()) return Text(text);
+  growOver(editable(text).insertBehind(span().to, text));
 }
 
 std::int32_t MemoryRange::Delete() {
