@@ -1,18 +1,19 @@
 #pragma once
 
+#include "errors/fault.h"
+
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
-
-#include "errors/fault.h"
 
 namespace pluvo::errors {
 
 class clsErrorLogging;
 
-/// What the procedures of one engine (or one dialog) share. There are no globals, so that documents can be worked
-/// on in parallel, each with its own engine and context.
+/// What the procedures of one engine (or one dialog) share. There are no globals, so that documents can be
+/// worked on in parallel, each with its own engine and context.
 struct Context {
   /// The tag of the procedure entered last; every procedure stores its own on entry.
   std::u16string locationTag;
@@ -24,15 +25,16 @@ struct Context {
   Fault currentFault;
   std::shared_ptr<clsErrorLogging> reporter;
 
-  /// Hands the fault to the reporter with the stop preface and the current tag.
+  /// Hands the fault to the reporter with the stop preface and the current tag. Without a reporter the fault
+  /// travels on.
   void report(const Fault& fault);
 };
 
 /// The exception being handled, as a fault. To be called in a catch block only.
 Fault faultInFlight();
 
-/// The frame every procedure works in: stores the tag, does the work, and on a fault reports it once and returns
-/// the default result. A fault inside the reporter itself travels on.
+/// The frame every procedure works in: stores the tag, does the work, and on a fault reports it once and
+/// returns the default result. A fault inside the reporter itself travels on.
 template <class Work>
 auto guarded(Context& context, std::u16string_view tag, Work&& work) -> decltype(work()) {
   context.locationTag = tag;
@@ -44,6 +46,21 @@ auto guarded(Context& context, std::u16string_view tag, Work&& work) -> decltype
   }
   context.report(fault);
   return decltype(work())();
+}
+
+/// The same for a procedure whose caller must know how it went: the fault, already reported.
+template <class Work>
+std::optional<Fault> attempt(Context& context, std::u16string_view tag, Work&& work) {
+  context.locationTag = tag;
+  Fault fault;
+  try {
+    std::forward<Work>(work)();
+    return std::nullopt;
+  } catch (...) {
+    fault = faultInFlight();
+  }
+  context.report(fault);
+  return fault;
 }
 
 }  // namespace pluvo::errors

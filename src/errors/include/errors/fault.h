@@ -8,11 +8,11 @@ namespace pluvo::errors {
 
 /// Numbers of the faults that this program raises itself. A word processor adds its own (see word/faults.h).
 enum FaultNumber : std::int32_t {
-  kOverflow = 6,          ///< a value does not fit the width it is stored in
+  kOverflow = 6,  ///< a value does not fit the width it is stored in
   kOutOfMemory = 7,
-  kTypeMismatch = 13,     ///< a text that should be a number is not one
+  kTypeMismatch = 13,  ///< a text that should be a number is not one
   kPathNotFound = 76,
-  kObjectNotSet = 91,     ///< a member of an object that is not there
+  kObjectNotSet = 91,  ///< a member of an object that is not there
 };
 
 /// A run-time fault: what the reporter prints. Thrown by value, caught in the procedure it reaches, reported

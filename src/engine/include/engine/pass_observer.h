@@ -1,0 +1,39 @@
+#pragma once
+
+#include "errors/fault.h"
+#include "word/word_processor.h"
+
+#include <cstdint>
+
+namespace pluvo::engine {
+
+/// A block as a pass stands at it. The ranges are the pass's own, to be read only; a text is read only where
+/// it is wanted, since a block may be as long as the document.
+struct Block {
+  word::Range& whole;
+  word::Range& begin;
+  word::Range* end;       ///< none where the request has no ending
+  word::Range* inside;    ///< none where the request has no inside text
+  word::Range* operated;  ///< the one the operation acts on; none for an operation or a place unknown
+  std::int32_t operation;
+};
+
+/// Is told of every block of a pass, before and behind what is done with it.
+class PassObserver {
+ public:
+  enum class Answer { goOn, stop };
+
+  virtual ~PassObserver() = default;
+
+  /// A block was found; stop ends the pass before anything is done with it.
+  virtual Answer found(const Block&) { return Answer::goOn; }
+  /// The operation was carried out, or refused with a fault that has been reported; stop ends the pass.
+  virtual Answer operated(const Block&, const errors::Fault* refusal) {
+    static_cast<void>(refusal);
+    return Answer::goOn;
+  }
+  /// The user had the block passed by.
+  virtual Answer skipped(const Block&) { return Answer::goOn; }
+};
+
+}  // namespace pluvo::engine

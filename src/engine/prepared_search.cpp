@@ -1,0 +1,59 @@
+#include "prepared_search.h"
+
+#include "errors/fault.h"
+#include "errors/text.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace pluvo::engine {
+
+namespace {
+
+constexpr char16_t kLineFeed = 10;
+constexpr char16_t kLineBreak = 11;
+constexpr char16_t kParagraphMark = 13;
+
+}  // namespace
+
+std::u16string normalized(std::u16string_view text) {
+  std::u16string result(text);
+  result.erase(std::remove(result.begin(), result.end(), kLineFeed), result.end());
+  std::replace(result.begin(), result.end(), kLineBreak, kParagraphMark);
+  return result;
+}
+
+std::int16_t paragraphMarksIn(std::u16string_view text) {
+  return errors::narrow(static_cast<std::int32_t>(std::count(text.begin(), text.end(), kParagraphMark)));
+}
+
+SearchText::SearchText(std::u16string normalizedText) : full(std::move(normalizedText)) {
+  search = full.substr(0, std::min(full.size(), kMostForFind));
+  if (const std::size_t mark = search.find(kParagraphMark); mark != std::u16string::npos) search.resize(mark);
+  cut = search.size() < full.size();
+}
+
+void PreparedSearch::take(Request& request) {
+  if (request.extraSpace) extraSpace = u" ";
+  highlightColour = request.highlightColour;
+  request.beginBlock = normalized(request.beginBlock);
+  request.endBlock = normalized(request.endBlock);
+  request.insideBlock = normalized(request.insideBlock);
+  begin = SearchText(request.beginBlock);
+  end = SearchText(request.endBlock);
+  inside = SearchText(request.insideBlock);
+  text = request.text;
+  location = request.operationLocation;
+  operation = request.operation;
+  beforeOrAfter = request.beforeOrAfter;
+  unitType = request.unitsApartType;
+  wholeWords = request.wholeWords && !begin.cut && !end.cut && !inside.cut;
+  matchCase = request.matchCase;
+  liftLimits = request.liftLimits;
+}
+
+void PreparedSearch::takeDistance(const Request& request) {
+  distance = request.unitsApart == kSame ? std::int16_t{0} : errors::toInteger(request.unitsApart);
+}
+
+}  // namespace pluvo::engine

@@ -1,0 +1,154 @@
+#include "errors/text.h"
+
+#include "errors/fault.h"
+
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <optional>
+
+namespace pluvo::errors {
+
+namespace {
+
+constexpr char16_t kReplacement = 0xFFFD;
+
+bool isDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
+
+std::u16string_view trimmed(std::u16string_view text) {
+  constexpr std::u16string_view kBlanks = u" \t\r\n\v\f";
+  const std::size_t first = text.find_first_not_of(kBlanks);
+  if (first == std::u16string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+/// The number's text as the standard library reads it; nothing where it is none.
+std::optional<std::string> numberIn(std::u16string_view text) {
+  std::u16string_view rest = trimmed(text);
+  std::string number;
+  const auto sign = [&] {
+    if (rest.empty() || (rest[0] != u'-' && rest[0] != u'+')) return;
+    if (rest[0] == u'-') number += '-';
+    rest = trimmed(rest.substr(1));
+  };
+  const auto digits = [&] {
+    std::size_t count = 0;
+    for (; !rest.empty() && isDigit(rest[0]); rest.remove_prefix(1), ++count)
+      number += static_cast<char>(rest[0]);
+    return count;
+  };
+  sign();
+  std::size_t found = digits();
+  if (!rest.empty() && rest[0] == u'.') {
+    number += '.';
+    rest.remove_prefix(1);
+    found += digits();
+  }
+  if (found == 0) return std::nullopt;
+  if (!rest.empty() && (rest[0] == u'e' || rest[0] == u'E')) {
+    number += 'e';
+    rest.remove_prefix(1);
+    sign();
+    if (digits() == 0) return std::nullopt;
+  }
+  if (!rest.empty()) return std::nullopt;
+  return number;
+}
+
+void appendUtf8(std::string& out, char32_t point) {
+  const auto byte = [&](char32_t bits) { out += static_cast<char>(bits); };
+  if (point < 0x80) {
+    byte(point);
+  } else if (point < 0x800) {
+    byte(0xC0 | point >> 6);
+    byte(0x80 | (point & 0x3F));
+  } else if (point < 0x10000) {
+    byte(0xE0 | point >> 12);
+    byte(0x80 | (point >> 6 & 0x3F));
+    byte(0x80 | (point & 0x3F));
+  } else {
+    byte(0xF0 | point >> 18);
+    byte(0x80 | (point >> 12 & 0x3F));
+    byte(0x80 | (point >> 6 & 0x3F));
+    byte(0x80 | (point & 0x3F));
+  }
+}
+
+/// The code point that begins at i, and i moved behind it; kReplacement, and one byte, where there is none.
+char32_t pointAt(std::string_view text, std::size_t& i) {
+  const auto byte = [&](std::size_t at) { return static_cast<unsigned char>(text[at]); };
+  const unsigned lead = byte(i);
+  const std::size_t start = i++;
+  if (lead < 0x80) return lead;
+  const std::size_t more = lead >= 0xF0 ? 3 : lead >= 0xE0 ? 2 : 1;
+  if (lead < 0xC2 || lead > 0xF4 || text.size() - i < more) return kReplacement;
+  char32_t point = lead & (0x3FU >> more);
+  for (std::size_t k = 0; k < more; ++k) {
+    if ((byte(i + k) & 0xC0) != 0x80) return kReplacement;
+    point = point << 6 | (byte(i + k) & 0x3FU);
+  }
+  const bool shortest = more == 1 || point >= (more == 2 ? 0x800U : 0x10000U);
+  if (!shortest || point > 0x10FFFF || (point >= 0xD800 && point < 0xE000)) return kReplacement;
+  i = start + 1 + more;
+  return point;
+}
+
+}  // namespace
+
+std::u16string decimal(std::int64_t number) {
+  const std::string digits = std::to_string(number);
+  return {digits.begin(), digits.end()};
+}
+
+bool isNumeric(std::u16string_view text) { return numberIn(text).has_value(); }
+
+std::int16_t toInteger(std::u16string_view text) {
+  const auto number = numberIn(text);
+  if (!number) throw typeMismatch();
+  double value = 0;
+  const auto [end, error] = std::from_chars(number->data(), number->data() + number->size(), value);
+  if (error == std::errc::result_out_of_range) throw overflow();
+  value = std::nearbyint(value);  // the default mode: half to even
+  if (value < std::numeric_limits<std::int16_t>::min() || value > std::numeric_limits<std::int16_t>::max())
+    throw overflow();
+  return static_cast<std::int16_t>(value);
+}
+
+std::int16_t narrow(std::int32_t value) {
+  if (value < std::numeric_limits<std::int16_t>::min() || value > std::numeric_limits<std::int16_t>::max())
+    throw overflow();
+  return static_cast<std::int16_t>(value);
+}
+
+std::string utf8(std::u16string_view text) {
+  std::string out;
+  out.reserve(text.size());
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    char32_t point = text[i];
+    const bool high = point >= 0xD800 && point < 0xDC00;
+    if (high && i + 1 < text.size() && text[i + 1] >= 0xDC00 && text[i + 1] < 0xE000) {
+      point = 0x10000 + ((point - 0xD800) << 10) + (text[++i] - 0xDC00U);
+    } else if (point >= 0xD800 && point < 0xE000) {
+      point = kReplacement;
+    }
+    appendUtf8(out, point);
+  }
+  return out;
+}
+
+std::u16string utf16(std::string_view text) {
+  std::u16string out;
+  out.reserve(text.size());
+  for (std::size_t i = 0; i < text.size();) {
+    const char32_t point = pointAt(text, i);
+    if (point < 0x10000) {
+      out += static_cast<char16_t>(point);
+    } else {
+      out += static_cast<char16_t>(0xD800 + ((point - 0x10000) >> 10));
+      out += static_cast<char16_t>(0xDC00 + ((point - 0x10000) & 0x3FF));
+    }
+  }
+  return out;
+}
+
+}  // namespace pluvo::errors

@@ -1,0 +1,90 @@
+#pragma once
+
+#include "forms/control.h"
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace pluvo::forms {
+
+class Form;
+
+/// What puts forms before the user: a toolkit's renderer, or a test's script.
+class FormHost {
+ public:
+  virtual ~FormHost() = default;
+  /// Shows the form and returns when it is hidden.
+  virtual void runModal(Form& form) = 0;
+  /// The form's Visible was set: it is to appear, without anybody waiting for it, or to go.
+  virtual void visibleChanged(Form& form) = 0;
+  /// The form is to be drawn at once.
+  virtual void repaint(Form& form) = 0;
+};
+
+/// A window of controls. It owns no toolkit's widget; a host mirrors it.
+class Form {
+ public:
+  Form(FormHost& host, std::u16string name, std::u16string caption)
+      : host_(host), name_(std::move(name)), caption_(std::move(caption)) {}
+  Form(const Form&) = delete;
+  Form& operator=(const Form&) = delete;
+  virtual ~Form() = default;
+
+  const std::u16string& Name() const { return name_; }
+  const std::u16string& Caption() const { return caption_; }
+  void Caption(std::u16string caption) {
+    caption_ = std::move(caption);
+    changed.raise();
+  }
+
+  bool Visible() const { return visible_; }
+  void Visible(bool value) {
+    if (visible_ == value) return;
+    visible_ = value;
+    host_.visibleChanged(*this);
+  }
+  /// Shows the form and returns when it was hidden.
+  void ShowModal() {
+    visible_ = true;
+    host_.runModal(*this);
+    visible_ = false;
+  }
+  void Hide() { Visible(false); }
+  void Repaint() { host_.repaint(*this); }
+
+  /// The user closes the window by other means than a button.
+  void close() {
+    Closed.raise();
+    Hide();
+  }
+  Event<> Closed;
+
+  /// In the order in which they were added.
+  const std::vector<Control*>& controls() const { return controls_; }
+  /// Nothing where there is none of that name.
+  Control* control(std::u16string_view name) const {
+    for (Control* control : controls_) {
+      if (control->Name() == name) return control;
+    }
+    return nullptr;
+  }
+
+  /// For the renderer: the caption is to be shown anew.
+  Event<> changed;
+
+ protected:
+  /// The control is a member of the derived form.
+  void add(Control& control) { controls_.push_back(&control); }
+
+ private:
+  FormHost& host_;
+  std::u16string name_;
+  std::u16string caption_;
+  bool visible_ = false;
+  std::vector<Control*> controls_;
+};
+
+}  // namespace pluvo::forms
