@@ -36,7 +36,7 @@ void requireReplaceable(FileSystem& system, const std::string& real, const FileS
         "permissions, or save to another folder.");
 }
 
-void requireUnchanged(FileSystem& system, const std::string& real, const Stamp& opened) {
+void requireSameStamp(FileSystem& system, const std::string& real, const Stamp& opened) {
   if (system.statusAt(real).stamp != opened)
     throw DocumentError(
         Problem::changed,
@@ -96,7 +96,7 @@ void flushFolder(FileSystem& system, const std::string& file) {
 
 Saved replaceResolved(FileSystem& system, const std::string& real, const Stamp& opened,
                       const NewVersion& version, const std::optional<std::string>& backupSuffix) {
-  requireUnchanged(system, real, opened);
+  requireSameStamp(system, real, opened);
   requireReplaceable(system, real, system.statusAt(real));
   const OpenFile original(system, system.openToRead(real));
   const std::string folder(folderPrefixOf(real));
@@ -114,7 +114,7 @@ Saved replaceResolved(FileSystem& system, const std::string& real, const Stamp& 
     const OpenFile kept(system, system.openToRead(real));
     version.beforeReplacing({real, kept.handle(), system.status(kept.handle()), saved.stamp});
   }
-  requireUnchanged(system, real, opened);
+  requireSameStamp(system, real, opened);
   replacement.replace(real);
   if (backup) backup->keep();
   flushFolder(system, real);
@@ -135,6 +135,14 @@ std::optional<DocumentError> obstacleToSaving(FileSystem& system, const std::str
   }
 }
 
+void requireUnchanged(FileSystem& system, const std::string& path, const Stamp& opened) {
+  try {
+    requireSameStamp(system, path, opened);
+  } catch (const std::system_error& failure) {
+    throw savingFailed(failure);
+  }
+}
+
 Saved replaceFile(FileSystem& system, const std::string& path, const Stamp& opened, const NewVersion& version,
                   const std::optional<std::string>& backupSuffix) {
   try {
@@ -145,7 +153,7 @@ Saved replaceFile(FileSystem& system, const std::string& path, const Stamp& open
 }
 
 Saved createFile(FileSystem& system, const std::string& path, const std::string& original,
-                 const NewVersion& version) {
+                 const Stamp& opened, const NewVersion& version) {
   const DocumentError nameTaken(Problem::io,
                                 "There is a file of this name where the new version should go; it was left "
                                 "as it is. Remove it or choose another folder.");
@@ -154,6 +162,7 @@ Saved createFile(FileSystem& system, const std::string& path, const std::string&
     const OpenFile pattern(system, system.openToRead(original));
     TemporaryFile file(system, std::string(folderPrefixOf(path)));
     const Stamp stamp = writeVersion(system, file, pattern.handle(), version);
+    requireSameStamp(system, original, opened);
     file.moveToFree(path);
     file.keep();
     flushFolder(system, path);

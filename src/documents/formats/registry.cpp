@@ -46,9 +46,14 @@ std::string extensionOf(std::string_view path) {
   return extension;
 }
 
-const Format& Registry::formatOf(files::ByteSpan bytes, std::string_view extension) const {
+const Format* Registry::find(files::ByteSpan bytes, std::string_view extension) const {
   for (const auto& format : formats_)
-    if (format->recognises(bytes, extension)) return *format;
+    if (format->recognises(bytes, extension)) return format.get();
+  return nullptr;
+}
+
+const Format& Registry::formatOf(files::ByteSpan bytes, std::string_view extension) const {
+  if (const Format* format = find(bytes, extension)) return *format;
   throw notRecognised(bytes, extension);
 }
 

@@ -166,10 +166,11 @@ TEST(Saving, ANewFileTakesAFreeNameOnly) {
   const Scratch scratch;
   const std::string original = scratch.put("a.txt", kOld);
   chmod(original.c_str(), 0604);
-  createFile(machineFileSystem(), scratch.path("b.txt"), original, versionOf(kNew));
+  createFile(machineFileSystem(), scratch.path("b.txt"), original, stampOf(original), versionOf(kNew));
   EXPECT_EQ(scratch.get("b.txt"), kNew);
   EXPECT_EQ(machineFileSystem().statusAt(scratch.path("b.txt")).permissions, 0604U);
-  EXPECT_THROW(createFile(machineFileSystem(), original, original, versionOf(kNew)), DocumentError);
+  EXPECT_THROW(createFile(machineFileSystem(), original, original, stampOf(original), versionOf(kNew)),
+               DocumentError);
   EXPECT_EQ(scratch.get("a.txt"), kOld);
   EXPECT_THAT(scratch.names(), ElementsAre("a.txt", "b.txt"));
 }

@@ -217,7 +217,7 @@ TEST(PlainFormat, EveryEncodingAndLineEndSurvivesEdits) {
           if (splitsPair(to)) ++to;
           const bool insert = edit % 3 != 0;
           model.replace({static_cast<Position>(from), static_cast<Position>(to)}, insert ? fresh : u"",
-                        text::kInResults);
+                        text::View::results);
           const auto at = [](auto& sequence, std::size_t i) {
             return sequence.begin() + static_cast<std::ptrdiff_t>(i);
           };
@@ -287,10 +287,10 @@ TEST(PlainFormat, ACharacterCutInTwoIsRefusedUnlessItsHalvesMeetAgain) {
   const Opened opened = PlainFormat().read(files::Bytes::of(bytesOf("a\U0001F4DC\U0001F58Bz")));
   const std::u16string text = u"a\U0001F4DC\U0001F58Bz";
   Model cut(opened.content);
-  cut.replace({1, 2}, u"", text::kInResults);
+  cut.replace({1, 2}, u"", text::View::results);
   EXPECT_THROW(written(opened, cut), files::DocumentError);
   Model met(opened.content);
-  met.replace({2, 4}, u"", text::kInResults);  // the first half of one, the second of the other
+  met.replace({2, 4}, u"", text::View::results);  // the first half of one, the second of the other
   EXPECT_EQ(textOf(written(opened, met)), u"a" + text.substr(1, 1) + text.substr(4, 1) + u"z\r");
 }
 

@@ -51,15 +51,19 @@ struct Saved {
 /// others with the old text).
 std::optional<DocumentError> obstacleToSaving(FileSystem& system, const std::string& path);
 
+/// Throws DocumentError changed when the document is not as it was when it was opened.
+void requireUnchanged(FileSystem& system, const std::string& path, const Stamp& opened);
+
 /// Replaces the document, which must be as it was when it was opened, else it is DocumentError changed. With
 /// a backup suffix the old version is kept under the document's name and the suffix; where that name is
-/// taken, ".2",
-/// ".3" … is added.
+/// taken,
+/// ".2", ".3" … is added.
 Saved replaceFile(FileSystem& system, const std::string& path, const Stamp& opened, const NewVersion& version,
                   const std::optional<std::string>& backupSuffix = std::nullopt);
 
-/// Saves the document under another name, which must be free, with the permissions of the original.
+/// Saves a document under another name, which must be free, with the permissions of the original, which must
+/// be as it was when it was opened.
 Saved createFile(FileSystem& system, const std::string& path, const std::string& original,
-                 const NewVersion& version);
+                 const Stamp& opened, const NewVersion& version);
 
 }  // namespace pluvo::files

@@ -19,6 +19,8 @@ class Registry {
   /// Formats are asked in the order in which they are added.
   void add(std::unique_ptr<Format> format) { formats_.push_back(std::move(format)); }
 
+  /// Nothing where no format recognises the file.
+  const Format* find(files::ByteSpan bytes, std::string_view extension) const;
   /// Throws DocumentError: damaged where the name promises a document that the bytes are not, unsupported
   /// otherwise; the sentence says what the file looks like.
   const Format& formatOf(files::ByteSpan bytes, std::string_view extension) const;

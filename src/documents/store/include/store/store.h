@@ -1,0 +1,79 @@
+#pragma once
+
+#include "files/file_system.h"
+#include "files/problem.h"
+#include "files/saving.h"
+#include "formats/registry.h"
+#include "memory/document.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace pluvo::store {
+
+/// Where a save goes, and what becomes of the old version.
+struct SaveOptions {
+  /// Keeps the old version beside the new one, under its name and this; see files::replaceFile.
+  std::optional<std::string> backupSuffix;
+  /// Leaves the original alone and writes a new file; the name must be free.
+  std::optional<std::string> otherPath;
+};
+
+/// A document in memory with the file it came from. Keeps what saving needs; the document itself knows no
+/// file.
+class StoredDocument {
+ public:
+  const std::shared_ptr<memory::MemoryDocument>& document() const { return document_; }
+  const std::string& path() const { return path_; }
+  /// "txt", "docx"
+  std::string_view format() const { return format_->name(); }
+
+  /// Why a save in place would be refused, as things are now.
+  std::optional<files::DocumentError> obstacle() const;
+
+  /// Throws DocumentError changed when the file is no longer as it was when it was opened. A large text lies
+  /// in its file, so whoever only read asks this before relying on what was found.
+  void requireUnchangedFile() const;
+
+  /// Saves the document, which must be open. A document without changes is not written. Returns where the old
+  /// version is kept, if it is. May be called again after further edits. Throws DocumentError; then the
+  /// original is untouched and there is no new file.
+  struct Outcome {
+    bool written = false;
+    std::string backup;
+  };
+  Outcome save(const SaveOptions& options = {});
+
+ private:
+  friend class Store;
+  StoredDocument() = default;
+
+  files::NewVersion newVersion() const;
+  void requireSameDocument(const files::Bytes& written) const;
+
+  files::FileSystem* system_ = nullptr;
+  std::shared_ptr<const formats::Registry> registry_;
+  const formats::Format* format_ = nullptr;
+  std::shared_ptr<const formats::Source> source_;
+  std::shared_ptr<memory::MemoryDocument> document_;
+  std::string path_;
+  files::Stamp stamp_;
+  files::Bytes bytes_;
+};
+
+/// Opens documents of every known format, told by their content. May be used from several threads.
+class Store {
+ public:
+  explicit Store(files::FileSystem& system = files::machineFileSystem());
+
+  /// Throws files::DocumentError. A name that begins with "~" belongs to a word processor at work and is
+  /// refused (temporary). A file that may not be written opens all the same.
+  std::unique_ptr<StoredDocument> open(const std::string& path) const;
+
+ private:
+  files::FileSystem* system_;
+  std::shared_ptr<const formats::Registry> registry_;
+};
+
+}  // namespace pluvo::store

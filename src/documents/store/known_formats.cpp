@@ -1,0 +1,15 @@
+#include "known_formats.h"
+
+#include "plain/plain_format.h"
+
+#include <memory>
+
+namespace pluvo::store {
+
+formats::Registry knownFormats() {
+  formats::Registry registry;
+  registry.add(std::make_unique<plain::PlainFormat>());
+  return registry;
+}
+
+}  // namespace pluvo::store

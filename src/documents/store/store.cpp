@@ -1,0 +1,93 @@
+#include "store/store.h"
+
+#include "files/reading.h"
+#include "known_formats.h"
+#include "memory/utf.h"
+#include "same_text.h"
+
+#include <utility>
+
+namespace pluvo::store {
+
+using files::DocumentError;
+using files::Problem;
+
+namespace {
+
+std::string_view nameIn(std::string_view path) { return path.substr(path.rfind('/') + 1); }
+
+void requireWhole(const files::Bytes& bytes) {
+  if (bytes.vanished && bytes.vanished())
+    throw DocumentError(
+        Problem::changed,
+        "Part of the file could not be read any more: another program cut it short, or the disk "
+        "failed. Nothing was written; run this again.");
+}
+
+}  // namespace
+
+std::optional<DocumentError> StoredDocument::obstacle() const {
+  return files::obstacleToSaving(*system_, path_);
+}
+
+void StoredDocument::requireUnchangedFile() const {
+  requireWhole(bytes_);
+  files::requireUnchanged(*system_, path_, stamp_);
+}
+
+StoredDocument::Outcome StoredDocument::save(const SaveOptions& options) {
+  if (!document_->model().changed()) return {};
+  if (options.otherPath) {
+    files::createFile(*system_, *options.otherPath, path_, stamp_, newVersion());
+    return {true, {}};
+  }
+  files::Saved saved = files::replaceFile(*system_, path_, stamp_, newVersion(), options.backupSuffix);
+  stamp_ = saved.stamp;
+  return {true, std::move(saved.backup)};
+}
+
+files::NewVersion StoredDocument::newVersion() const {
+  return {[this](files::Output& out) {
+            source_->write(document_->model(), out);
+            requireWhole(bytes_);
+          },
+          [this](const files::Bytes& written) { requireSameDocument(written); }};
+}
+
+void StoredDocument::requireSameDocument(const files::Bytes& written) const {
+  const DocumentError other(
+      Problem::encoding,
+      "Read back, the new version would not be the same text, because its kind or encoding "
+      "could no longer be told; nothing was changed. Save the original as UTF-8 with a byte "
+      "order mark, or as .docx, first.");
+  if (registry_->find(written.view, formats::extensionOf(path_)) != format_) throw other;
+  const formats::Opened again = format_->read(written);
+  if (!sameText(document_->model().text(), again.content.text)) throw other;
+}
+
+Store::Store(files::FileSystem& system)
+    : system_(&system), registry_(std::make_shared<const formats::Registry>(knownFormats())) {}
+
+std::unique_ptr<StoredDocument> Store::open(const std::string& path) const {
+  const std::string_view name = nameIn(path);
+  if (name.starts_with('~'))
+    throw DocumentError(
+        Problem::temporary,
+        "The name begins with \"~\": this is a word processor's temporary file. It was skipped; "
+        "rename it if it is a document.");
+  files::FileContent file = files::readFile(*system_, path);
+  auto opened = std::unique_ptr<StoredDocument>(new StoredDocument);
+  opened->system_ = system_;
+  opened->registry_ = registry_;
+  opened->format_ = &registry_->formatOf(file.bytes.view, formats::extensionOf(path));
+  formats::Opened read = opened->format_->read(file.bytes);
+  opened->source_ = std::move(read.source);
+  opened->document_ =
+      memory::MemoryDocument::create(std::move(read.content), opened->source_, memory::toUtf16(name), path);
+  opened->path_ = path;
+  opened->stamp_ = file.stamp;
+  opened->bytes_ = std::move(file.bytes);
+  return opened;
+}
+
+}  // namespace pluvo::store

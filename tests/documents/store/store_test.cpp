@@ -1,0 +1,177 @@
+#include "store/store.h"
+
+#include "corpus.h"
+#include "documents/files/failing_file_system.h"
+#include "documents/files/scratch.h"
+#include "files/reading.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <string>
+
+namespace pluvo::store {
+namespace {
+
+using files::FailingFileSystem;
+using files::Problem;
+using files::Scratch;
+using testing::ElementsAre;
+
+model::Model& modelOf(const std::unique_ptr<StoredDocument>& opened) { return opened->document()->model(); }
+
+template <class Work>
+std::optional<Problem> problemOf(Work work) {
+  try {
+    work();
+  } catch (const files::DocumentError& error) {
+    return error.problem();
+  }
+  return std::nullopt;
+}
+
+TEST(Store, SavesWhatChangedAndNothingElse) {
+  const Scratch scratch;
+  const Store store;
+  const auto opened = store.open(scratch.put("a.txt", "one\r\ntwo\r\n"));
+  EXPECT_EQ(opened->format(), "txt");
+  EXPECT_EQ(opened->document()->Name(), u"a.txt");
+  chmod(opened->path().c_str(), 0444);
+  EXPECT_FALSE(opened->save({".bak", {}}).written) << "unchanged, so that nothing forbids it";
+  EXPECT_EQ(opened->obstacle()->problem(), Problem::readOnly);
+  chmod(opened->path().c_str(), 0644);
+
+  modelOf(opened).insertBefore(0, u"zero\n");
+  const auto outcome = opened->save({".bak", {}});
+  EXPECT_TRUE(outcome.written);
+  EXPECT_EQ(outcome.backup, scratch.path("a.txt.bak"));
+  EXPECT_EQ(scratch.get("a.txt"), "zero\r\none\r\ntwo\r\n");
+  EXPECT_EQ(scratch.get("a.txt.bak"), "one\r\ntwo\r\n");
+
+  modelOf(opened).insertBefore(0, u"!");
+  opened->save({{}, scratch.path("b.txt")});
+  opened->save();
+  EXPECT_EQ(scratch.get("a.txt"), "!zero\r\none\r\ntwo\r\n");
+  EXPECT_EQ(scratch.get("b.txt"), scratch.get("a.txt"));
+  EXPECT_THAT(scratch.names(), ElementsAre("a.txt", "a.txt.bak", "b.txt"));
+}
+
+TEST(Store, RefusesWhatItCannotOpen) {
+  const Scratch scratch;
+  const Store store;
+  const auto problem = [&](const std::string& path) { return problemOf([&] { store.open(path); }); };
+  EXPECT_EQ(problem(scratch.put("~$letter.txt", "x")), Problem::temporary);
+  EXPECT_EQ(problem(scratch.put("zip.txt", "PK\x03\x04")), Problem::unsupported);
+  EXPECT_EQ(problem(scratch.put("plain.doc", "text")), Problem::damaged);
+  EXPECT_EQ(problem(scratch.path("missing.txt")), Problem::io);
+  EXPECT_EQ(problem(scratch.put("name\xFF.txt", "x")), std::nullopt) << "names are bytes";
+}
+
+TEST(Store, RefusesASaveThatWouldNotReadBackAsTheSameText) {
+  const struct {
+    std::string bytes;
+    std::u16string text;                                      ///< instead of the second character
+  } cases[] = {{"\xC3.\xFF", u"©"},                           // without the last byte it would be UTF-8
+               {"{.", u"\\rtf1"},                             // would be an RTF document
+               {std::string("a\0b\0c\0d\0", 8), u"→→→→→→"}};  // would no longer be told from other bytes
+  for (const auto& [bytes, text] : cases) {
+    const Scratch scratch;
+    const auto opened = Store().open(scratch.put("a.txt", bytes));
+    auto& model = modelOf(opened);
+    model.replace({1, model.length() - 1}, text, text::View::results);
+    EXPECT_EQ(problemOf([&] { opened->save(); }), Problem::encoding) << testing::PrintToString(bytes);
+    EXPECT_EQ(scratch.get("a.txt"), bytes);
+    EXPECT_THAT(scratch.names(), ElementsAre("a.txt"));
+  }
+}
+
+TEST(Store, NoticesThatTheFileChanged) {
+  const Scratch scratch;
+  const Store store;
+  for (const std::size_t size : {std::size_t{10}, std::size_t{4 * files::kMappedFrom}}) {
+    const auto opened = store.open(scratch.put("a.txt", std::string(size, 'x')));
+    EXPECT_NO_THROW(opened->requireUnchangedFile());
+    modelOf(opened).insertBefore(0, u"!");
+    std::filesystem::resize_file(opened->path(), 3);
+    EXPECT_EQ(problemOf([&] { opened->requireUnchangedFile(); }), Problem::changed);
+    EXPECT_EQ(problemOf([&] { opened->save(); }), Problem::changed);
+    EXPECT_EQ(scratch.get("a.txt"), "xxx");
+    std::filesystem::remove(opened->path());
+    EXPECT_EQ(problemOf([&] { opened->save(); }), Problem::changed);
+    EXPECT_EQ(scratch.names().size(), 0U);
+  }
+}
+
+TEST(Store, AFileCutShortDuringTheSaveIsNotReplaced) {
+  const Scratch scratch;
+  const std::string path = scratch.put("a.txt", std::string(4 * files::kMappedFrom, 'x'));
+  const Store store;
+  const auto opened = store.open(path);
+  for (text::Position at = 0; at < 100; ++at) modelOf(opened).insertBefore(at * 10'000, u"!");
+  const files::Stamp before = files::machineFileSystem().statusAt(path).stamp;
+  std::filesystem::resize_file(path, 3);
+  EXPECT_NE(files::machineFileSystem().statusAt(path).stamp, before);
+  EXPECT_EQ(problemOf([&] { opened->save(); }), Problem::changed);
+  EXPECT_EQ(scratch.get("a.txt"), "xxx");
+}
+
+TEST(Store, AnyFailingCallLeavesTheOldTextOrTheNewOneWhole) {
+  for (const std::size_t size : {std::size_t{100}, std::size_t{2 * files::kMappedFrom}}) {
+    const std::string before(size, 'x');
+    const std::string after = "!" + before;
+    for (int n = 1;; ++n) {
+      const Scratch scratch;
+      const std::string path = scratch.put("a.txt", before);
+      FailingFileSystem failing(n);
+      const auto problem = problemOf([&] {
+        const Store store(failing);
+        const auto opened = store.open(path);
+        modelOf(opened).insertBefore(0, u"!");
+        opened->save();
+      });
+      if (n > failing.calls()) {
+        EXPECT_GT(n, 25);
+        EXPECT_EQ(problem, std::nullopt);
+        EXPECT_EQ(scratch.get("a.txt"), after);
+        break;
+      }
+      EXPECT_EQ(problem.value_or(Problem::io), Problem::io) << n;
+      const bool saved = scratch.get("a.txt") == after;
+      EXPECT_TRUE(saved || scratch.get("a.txt") == before) << n;
+      EXPECT_TRUE(saved || problem) << n;
+      EXPECT_THAT(scratch.names(), ElementsAre("a.txt")) << n;
+    }
+  }
+}
+
+TEST(Store, RealTextsSurviveAndTakeAnEdit) {
+  const auto corpus = corpusOf("txt");
+  if (corpus.empty())
+    GTEST_SKIP() << "no corpus: set PLUVO_CORPUS to a folder with a folder txt of documents";
+  const Scratch scratch;
+  const Store store;
+  for (const auto& file : corpus) {
+    SCOPED_TRACE(file.filename());
+    std::filesystem::copy_file(file, scratch.path("a.txt"),
+                               std::filesystem::copy_options::overwrite_existing);
+    chmod(scratch.path("a.txt").c_str(), 0644);
+    const std::string before = scratch.get("a.txt");
+    const auto opened = store.open(scratch.path("a.txt"));
+    auto& model = modelOf(opened);
+    const text::Position middle = model.length() / 2;
+    const text::Span put = model.insertBefore(middle, u"@@@@");
+    opened->save();
+    std::string after = scratch.get("a.txt");
+    const std::size_t at = after.find("@@@@");
+    ASSERT_NE(at, std::string::npos);
+    EXPECT_EQ(after.erase(at, 4), before);
+
+    model.replace(put, u"", text::View::results);
+    opened->save();
+    EXPECT_EQ(scratch.get("a.txt"), before);
+  }
+}
+
+}  // namespace
+}  // namespace pluvo::store
