@@ -13,8 +13,6 @@ namespace {
 
 bool isWordUnit(char16_t c) { return c >= 0x80 ? c != 0xA0 : std::iswalnum(c) != 0; }
 
-char16_t fold(char16_t c) { return static_cast<char16_t>(std::towlower(c)); }
-
 enum class Kind { blank, word, other, single };
 Kind kindOf(char16_t c) {
   if (c == u' ' || c == 0xA0) return Kind::blank;
@@ -54,32 +52,6 @@ bool startsUnit(const Model& m, Position p, word::WdUnits unit, View view) {
 }
 
 }  // namespace
-
-std::optional<Span> Model::find(const Query& query, Span span, View view) {
-  std::vector<Position> places;
-  std::u16string shown;
-  for (const auto& run : visibility_.runs(0, length())) {
-    if (!text::isVisible(run.value, view)) continue;
-    for (Position p = run.from; p < run.to; ++p) {
-      places.push_back(p);
-      shown += query.flags.matchCase ? text_.at(p) : fold(text_.at(p));
-    }
-  }
-  std::u16string needle = query.text;
-  if (!query.flags.matchCase) {
-    for (char16_t& c : needle) c = fold(c);
-  }
-  if (needle.empty()) return std::nullopt;
-  for (std::size_t i = shown.find(needle); i != shown.npos; i = shown.find(needle, i + 1)) {
-    const Span match{places[i], places[i + needle.size() - 1] + 1};
-    if (match.from < span.from) continue;
-    if (match.to > span.to) return std::nullopt;
-    const bool whole = (i == 0 || !isWordUnit(shown[i - 1])) &&
-                       (i + needle.size() == shown.size() || !isWordUnit(shown[i + needle.size()]));
-    if (whole || !query.flags.wholeWord) return match;
-  }
-  return std::nullopt;
-}
 
 Position Model::count(Span span, word::WdUnits unit, View view) const {
   if (unit == word::wdCharacter) return static_cast<Position>(visibleText(span, view).size());

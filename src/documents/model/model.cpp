@@ -143,6 +143,7 @@ Span Model::put(Span replaced, std::u16string_view text, const Landing& landing)
   highlight_.replace(replaced.from, replaced.to, length, landing.highlight);
   structure_.replace(replaced.from, replaced.to, length, landing.structure);
   liveRanges_.moveWith(replaced, length);
+  finds_.edited(replaced, length);
   changed_ = true;
   return {replaced.from, replaced.from + length};
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/content.h"
+#include "model/find_memory.h"
 #include "model/live_ranges.h"
 #include "text/pieces.h"
 #include "text/positions.h"
@@ -18,12 +19,6 @@ namespace pluvo::model {
 
 struct Landing;
 
-/// What a find looks for.
-struct Query {
-  std::u16string text;
-  text::SearchFlags flags;
-};
-
 /// A document in memory: its text, what each character looks like and belongs to, and the live ranges over
 /// it. All edits go through here, under one policy for every format (edit_policy.h). Knows no file and no
 /// format.
@@ -35,6 +30,8 @@ struct Query {
 class Model {
  public:
   explicit Model(Content content);
+  Model(const Model&) = delete;
+  Model& operator=(const Model&) = delete;
 
   const text::PieceText& text() const { return text_; }
   const text::RunMap<text::Visibility>& visibility() const { return visibility_; }
@@ -48,7 +45,9 @@ class Model {
   std::u16string visibleText(text::Span span, text::View view) const;
 
   /// The first match that lies in the span wholly; see text::Search.
-  std::optional<text::Span> find(const Query& query, text::Span span, text::View view);
+  std::optional<text::Span> find(const Query& query, text::Span span, text::View view) {
+    return finds_.find(query, span, view);
+  }
   /// How many units the span touches: a unit that is touched partly counts as one. Characters are those that
   /// the view shows. An empty span touches no character, and one of every other unit.
   text::Position count(text::Span span, word::WdUnits unit, text::View view) const;
@@ -96,6 +95,7 @@ class Model {
   std::vector<Table> tables_;
   std::vector<Field> fields_;
   LiveRanges liveRanges_;
+  FindMemory finds_{text_, visibility_};
   bool changed_ = false;
   std::uint64_t stamp_ = 0;
 };
