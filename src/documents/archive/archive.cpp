@@ -35,7 +35,7 @@ struct Decompressor {
 };
 
 files::DocumentError damagedMember(const Member& member) {
-  return damaged("the contents of its member \"" + std::string(member.name) + "\" are not what they were");
+  return damaged("the contents of its member " + shown(member.name) + " are not what they were");
 }
 
 files::Bytes inflated(files::ByteSpan packed, const Member& member) {
@@ -73,9 +73,9 @@ const Member* Archive::find(std::string_view name) const {
 
 files::Bytes Archive::read(const Member& member) const {
   if (member.size > memberSize_) {
-    throw files::DocumentError(files::Problem::tooLarge,
-                               "The document's part \"" + std::string(member.name) +
-                                   "\" is too large to be worked on; divide the document.");
+    throw files::DocumentError(
+        files::Problem::tooLarge,
+        "The document's part " + shown(member.name) + " is too large to be worked on; divide the document.");
   }
   const files::ByteSpan packed = bytes_.view.subspan(member.data, member.packedSize);
   files::Bytes contents;

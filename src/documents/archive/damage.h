@@ -3,8 +3,17 @@
 #include "files/problem.h"
 
 #include <string>
+#include <string_view>
 
 namespace pluvo::archive {
+
+/// A member's name for a message: names are in no certain encoding, and as long as their maker liked.
+inline std::string shown(std::string_view name) {
+  constexpr std::size_t kLongest = 100;
+  std::string text = "\"";
+  for (const char c : name.substr(0, kLongest)) text.push_back(c >= ' ' && c <= '~' ? c : '?');
+  return text + (name.size() > kLongest ? "…\"" : "\"");
+}
 
 inline files::DocumentError damaged(const std::string& what) {
   return {files::Problem::damaged, "The document's ZIP archive is damaged: " + what +

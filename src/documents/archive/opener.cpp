@@ -17,8 +17,6 @@ namespace {
 /// No deflated byte stands for more than this many.
 constexpr std::uint64_t kLargestRatio = 1032;
 
-std::string quoted(std::string_view name) { return "\"" + std::string(name) + "\""; }
-
 files::DocumentError tooLarge(const std::string& what) {
   return {files::Problem::tooLarge,
           "The document's ZIP archive " + what + ", more than any sound document; if it is one, divide it."};
@@ -86,7 +84,7 @@ class Opener {
     const auto header = values.size(get32(left, central::kHeader));
     const auto disk = values.disk(get16(left, central::kDisk));
     if (!unpacked || !packed || !header || disk != 0U) {
-      throw damaged("the directory's entry " + quoted(member.name) + " is incomplete");
+      throw damaged("the directory's entry " + shown(member.name) + " is incomplete");
     }
     member.size = *unpacked;
     member.packedSize = *packed;
@@ -106,8 +104,7 @@ class Opener {
     std::uint64_t next = directory_;
     for (std::size_t i = order.size(); i-- > 0;) {
       Member& member = members[order[i]];
-      if (member.header >= next)
-        throw damaged("its member " + quoted(member.name) + " lies over another one");
+      if (member.header >= next) throw damaged("its member " + shown(member.name) + " lies over another one");
       member.next = next;
       next = member.header;
     }
@@ -117,20 +114,20 @@ class Opener {
   void checkLocalHeader(Member& member) const {
     const files::ByteSpan room = view().subspan(member.header, member.next - member.header);
     if (room.size() < kLocalHeaderSize || get32(room, 0) != kLocalHeader) {
-      throw damaged("its member " + quoted(member.name) + " is not where its directory says");
+      throw damaged("its member " + shown(member.name) + " is not where its directory says");
     }
     const std::size_t nameLength = get16(room, local::kNameLength);
     const std::size_t extraLength = get16(room, local::kExtraLength);
     const std::size_t dataAt = kLocalHeaderSize + nameLength + extraLength;
     if (dataAt > room.size() || member.packedSize > room.size() - dataAt) {
-      throw damaged("its member " + quoted(member.name) + " reaches into another one");
+      throw damaged("its member " + shown(member.name) + " reaches into another one");
     }
     member.data = member.header + dataAt;
     if ((get16(room, local::kFlags) & kEncryptedFlags) != 0) throw encrypted();
     const std::string_view name(reinterpret_cast<const char*>(room.data()) + kLocalHeaderSize, nameLength);
     if (name != member.name || get16(room, local::kMethod) != static_cast<std::uint16_t>(member.method) ||
         !sizesAgree(member, room, room.subspan(kLocalHeaderSize + nameLength, extraLength))) {
-      throw damaged("its directory and its member " + quoted(member.name) + " contradict each other");
+      throw damaged("its directory and its member " + shown(member.name) + " contradict each other");
     }
   }
 
@@ -152,7 +149,7 @@ class Opener {
     const auto twice = std::adjacent_find(order.begin(), order.end(), [&](std::uint32_t a, std::uint32_t b) {
       return compareNames(members[a].name, members[b].name) == 0;
     });
-    if (twice != order.end()) throw damaged("it has two members " + quoted(members[*twice].name));
+    if (twice != order.end()) throw damaged("it has two members " + shown(members[*twice].name));
   }
 
   void checkSizes() const {
@@ -160,7 +157,7 @@ class Opener {
     for (const Member& member : archive_.members_) {
       if (member.method != Method::deflated) continue;
       if (member.size / kLargestRatio > member.packedSize) {
-        throw damaged("its member " + quoted(member.name) + " cannot be as large as it says");
+        throw damaged("its member " + shown(member.name) + " cannot be as large as it says");
       }
       if (member.size > limits_.freeSize && member.size / limits_.ratio > member.packedSize) {
         throw tooLarge("grows " +

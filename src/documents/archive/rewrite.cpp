@@ -1,5 +1,6 @@
 #include "archive/rewrite.h"
 
+#include "damage.h"
 #include "end_record.h"
 #include "extra.h"
 #include "fields.h"

@@ -2,9 +2,11 @@
 
 #include "files/bytes.h"
 #include "files/problem.h"
+#include "xml/name_resolver.h"
 #include "xml/vocabulary.h"
 
 #include <cstdint>
+#include <deque>
 #include <span>
 #include <string>
 #include <string_view>
@@ -27,10 +29,11 @@ enum class Token : std::uint8_t {
   finish,       ///< the end of the bytes; comes again at every further call
 };
 
-/// An attribute of the last start or empty token. Offsets are those of the scanned bytes.
+/// An attribute of a start or empty token. Offsets are those of the scanned bytes.
 struct Attribute {
   NameId id = kOtherName;
   NamespaceId space = kNoNamespace;
+  std::uint16_t binding = 0;  ///< the scanner's own
   Offset nameBegin = 0, nameEnd = 0;
   Offset valueBegin = 0, valueEnd = 0;  ///< between the quotes
   Offset prefixLength = 0;              ///< without the colon; 0 when there is none
@@ -38,8 +41,9 @@ struct Attribute {
 };
 
 struct Limits {
-  std::size_t depth = 2048;              ///< elements within elements
-  std::size_t namespacesInScope = 1024;  ///< declarations that hold at one place
+  std::size_t depth = 2048;             ///< elements within elements
+  std::size_t attributes = 1024;        ///< of one element
+  std::size_t namespacesInScope = 256;  ///< declarations that hold at one place
 };
 
 /// Pulls tokens out of UTF-8 XML and knows the bytes of each. Checks that it is well-formed with namespaces:
@@ -90,7 +94,7 @@ class Scanner {
   std::size_t depth() const { return open_.size(); }
   /// What a prefix means at the last token (within a start or empty tag, with its own declarations);
   /// kOtherNamespace when it is not declared, kNoNamespace for an empty prefix without default.
-  NamespaceId namespaceOf(std::string_view prefix) const;
+  NamespaceId namespaceOf(std::string_view prefix) const { return names_.namespaceOf(prefix); }
   /// After a start token: moves to its end token. After any other: does nothing.
   void skipElement();
 
@@ -102,19 +106,41 @@ class Scanner {
     Offset nameBegin, nameEnd;
     NameId name;
     NamespaceId space;
-    std::uint16_t declarations;  ///< bindings its tag made
+    std::uint32_t declared;  ///< declarations in scope outside it
   };
-  struct Binding {
-    std::string_view prefix;
-    std::string_view uri;
-    NamespaceId space;
-  };
+
+  Token scanText();
+  Token scanReference();
+  Token scanTag();
+  Token scanEndTag();
+  Token scanExclamation();
+  Token scanInstruction();
+  Token finish();
+
+  void scanAttributes(const char* at);
+  const char* scanAttribute(const char* at);
+  const char* scanValue(const char* at, Attribute& attribute);
+  void declareNamespaces();
+  void declare(const Attribute& attribute, std::string_view prefix);
+  void resolveNames();
+  void refuseTwins();
+  void refuseTwinsAmongMany();
+  std::string_view localName(const Attribute& attribute) const;
+  std::string_view uriOf(const Attribute& attribute) const { return names_.uri(attribute.binding); }
+  void checkDeclaration();
+
+  const char* here() const { return text_ + begin_; }
+  const char* limit() const { return text_ + size_; }
+  Offset offset(const char* at) const { return static_cast<Offset>(at - text_); }
+  std::string_view rest(const char* at) const { return {at, static_cast<std::size_t>(limit() - at)}; }
+  [[noreturn]] void fail(const char* at, const std::string& what) const;
+  [[noreturn]] void refuseSize(const std::string& what) const;
 
   const char* text_;
   Offset size_;
-  const Vocabulary* vocabulary_;
   std::string partName_;
   Limits limits_;
+  NameResolver names_;
 
   Offset begin_ = 0, end_ = 0;
   Offset innerBegin_ = 0, innerEnd_ = 0;
@@ -125,7 +151,12 @@ class Scanner {
 
   std::vector<Attribute> attributes_;
   std::vector<OpenElement> open_;
-  std::vector<Binding> bindings_;
+  /// Declarations of the last token's element, when it has ended, hold until the next token.
+  std::uint32_t declaredOutside_ = 0;
+  bool leaving_ = false;
+  bool declares_ = false;  ///< the last tag declares a namespace
+  bool rootSeen_ = false;
+  std::deque<std::string> decodedUris_;
 };
 
 }  // namespace pluvo::xml

@@ -1,0 +1,155 @@
+#include "characters.h"
+
+#include "xml/escape.h"
+
+#include <algorithm>
+
+namespace pluvo::xml {
+
+namespace {
+
+struct Range {
+  char32_t first, last;
+};
+
+/// NameStartChar and what NameChar adds, XML 1.0, fifth edition, beyond ASCII and in order.
+constexpr Range kNameStarts[] = {{0xC0, 0xD6},     {0xD8, 0xF6},     {0xF8, 0x2FF},    {0x370, 0x37D},
+                                 {0x37F, 0x1FFF},  {0x200C, 0x200D}, {0x2070, 0x218F}, {0x2C00, 0x2FEF},
+                                 {0x3001, 0xD7FF}, {0xF900, 0xFDCF}, {0xFDF0, 0xFFFD}, {0x10000, 0xEFFFF}};
+constexpr Range kNameParts[] = {{0xB7, 0xB7}, {0x300, 0x36F}, {0x203F, 0x2040}};
+
+template <std::size_t Size>
+bool within(char32_t c, const Range (&ranges)[Size]) {
+  return std::any_of(ranges, ranges + Size,
+                     [c](const Range& range) { return c >= range.first && c <= range.last; });
+}
+
+bool startsName(char32_t c) {
+  if (c < 0x80) return (c >= U'a' && c <= U'z') || (c >= U'A' && c <= U'Z') || c == U'_';
+  return within(c, kNameStarts);
+}
+
+bool continuesName(char32_t c) {
+  if (c < 0x80) return c != U':' && is(static_cast<char>(c), kNamePart);
+  return startsName(c) || within(c, kNameParts);
+}
+
+/// Whether all are printable ASCII: written so that compilers turn it into vector instructions.
+bool isPlainBlock(const char* block, std::size_t size) {
+  unsigned char odd = 0;
+  for (std::size_t i = 0; i < size; ++i) {
+    const auto byte = static_cast<unsigned char>(block[i]);
+    odd = static_cast<unsigned char>(odd | static_cast<unsigned char>(byte < 0x20) | (byte & 0x80U));
+  }
+  return odd == 0;
+}
+
+}  // namespace
+
+std::size_t readCharacter(std::string_view bytes, char32_t& c) {
+  const auto at = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
+  const unsigned first = at(0);
+  if (first < 0x80) {
+    c = first;
+    return 1;
+  }
+  const std::size_t length = first < 0xC2 ? 0 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : first < 0xF5 ? 4 : 0;
+  if (length == 0 || length > bytes.size()) return 0;
+  c = first & (0x7FU >> length);
+  for (std::size_t i = 1; i < length; ++i) {
+    if ((at(i) & 0xC0U) != 0x80) return 0;
+    c = c << 6U | (at(i) & 0x3FU);
+  }
+  const bool overlong = (length == 3 && c < 0x800) || (length == 4 && c < 0x10000);
+  return overlong ? 0 : length;
+}
+
+bool isCharacter(char32_t c) {
+  if (c < 0x20) return c == U'\t' || c == U'\n' || c == U'\r';
+  return c <= 0xD7FF || (c >= 0xE000 && c <= 0xFFFD) || (c >= 0x10000 && c <= 0x10FFFF);
+}
+
+bool isNcName(std::string_view name) {
+  if (name.empty()) return false;
+  for (std::size_t i = 0; i < name.size();) {
+    char32_t c = 0;
+    const std::size_t length = readCharacter(name.substr(i), c);
+    if (length == 0 || !(i == 0 ? startsName(c) : continuesName(c))) return false;
+    i += length;
+  }
+  return true;
+}
+
+std::optional<std::size_t> findBadCharacter(std::string_view bytes) {
+  constexpr std::size_t kBlock = 64;
+  std::size_t i = 0;
+  while (i < bytes.size()) {
+    if (bytes.size() - i >= kBlock && isPlainBlock(bytes.data() + i, kBlock)) {
+      i += kBlock;
+      continue;
+    }
+    const std::size_t blockEnd = std::min(i + kBlock, bytes.size());
+    while (i < blockEnd) {
+      char32_t c = 0;
+      const std::size_t length = readCharacter(bytes.substr(i), c);
+      if (length == 0 || !isCharacter(c)) return i;
+      i += length;
+    }
+  }
+  return std::nullopt;
+}
+
+std::size_t readReference(std::string_view bytes, char32_t& codePoint) {
+  struct Entity {
+    std::string_view text;
+    char32_t c;
+  };
+  static constexpr Entity kEntities[] = {
+      {"&amp;", U'&'}, {"&lt;", U'<'}, {"&gt;", U'>'}, {"&quot;", U'"'}, {"&apos;", U'\''}};
+  for (const Entity& entity : kEntities) {
+    if (bytes.starts_with(entity.text)) {
+      codePoint = entity.c;
+      return entity.text.size();
+    }
+  }
+  if (!bytes.starts_with("&#")) return 0;
+  const bool hexadecimal = bytes.size() > 2 && bytes[2] == 'x';
+  const std::size_t first = hexadecimal ? 3 : 2;
+  char32_t number = 0;
+  for (std::size_t i = first; i < bytes.size(); ++i) {
+    const char c = bytes[i];
+    unsigned digit = 0;
+    if (c >= '0' && c <= '9') {
+      digit = static_cast<unsigned>(c - '0');
+    } else if (hexadecimal && ((c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'))) {
+      digit = static_cast<unsigned>((c | 0x20) - 'a') + 10;
+    } else {
+      codePoint = number;
+      return c == ';' && i > first && isCharacter(number) ? i + 1 : 0;
+    }
+    number = number * (hexadecimal ? 16 : 10) + digit;
+    if (number > 0x10FFFF) return 0;
+  }
+  return 0;
+}
+
+void appendUtf8(std::string& out, char32_t c) {
+  const auto add = [&](char32_t byte) { out.push_back(static_cast<char>(byte)); };
+  if (c < 0x80) {
+    add(c);
+  } else if (c < 0x800) {
+    add(0xC0 | c >> 6U);
+    add(0x80 | (c & 0x3FU));
+  } else if (c < 0x10000) {
+    add(0xE0 | c >> 12U);
+    add(0x80 | (c >> 6U & 0x3FU));
+    add(0x80 | (c & 0x3FU));
+  } else {
+    add(0xF0 | c >> 18U);
+    add(0x80 | (c >> 12U & 0x3FU));
+    add(0x80 | (c >> 6U & 0x3FU));
+    add(0x80 | (c & 0x3FU));
+  }
+}
+
+}  // namespace pluvo::xml

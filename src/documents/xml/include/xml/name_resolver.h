@@ -1,0 +1,72 @@
+#pragma once
+
+#include "xml/vocabulary.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pluvo::xml {
+
+struct ResolvedName {
+  NameId id = kOtherName;
+  NamespaceId space = kNoNamespace;
+  std::uint16_t binding = 0;       ///< NameResolver::uri() gives the URI itself
+  std::uint32_t prefixLength = 0;  ///< without the colon
+  const char* problem = nullptr;   ///< why this is no name here, as part of a sentence
+};
+
+/// The namespace declarations in scope, and what names mean under them. A name met before under the same
+/// declarations costs one look into a table, whatever the vocabulary.
+class NameResolver {
+ public:
+  explicit NameResolver(const Vocabulary& vocabulary);
+
+  /// A declaration of the element that is being entered. Gives what is wrong with it, or null. The strings
+  /// must outlive the resolver.
+  const char* declare(std::string_view prefix, std::string_view uri);
+  std::size_t declared() const { return bindings_.size(); }
+  /// Forgets the declarations after the first `count`.
+  void forget(std::size_t count);
+
+  /// The result is good until the next call.
+  const ResolvedName& element(std::string_view name) { return find(name, elements_, true); }
+  const ResolvedName& attribute(std::string_view name) { return find(name, attributes_, false); }
+  NamespaceId namespaceOf(std::string_view prefix) const;
+  std::string_view uri(std::uint16_t binding) const { return bindings_[binding].uri; }
+
+ private:
+  struct Binding {
+    std::string_view prefix;
+    std::string_view uri;
+    NamespaceId space;
+    std::uint32_t scope;  ///< the scope that this binding opened
+  };
+  /// Names of up to 16 bytes are known by their length, first and last eight bytes.
+  struct Slot {
+    std::uint64_t head = 0, tail = 0;
+    std::string_view name;
+    std::uint32_t scope = 0;  ///< 0: nothing here yet
+    ResolvedName resolved;
+  };
+  static constexpr std::size_t kSlots = 256;
+  using Table = std::array<Slot, kSlots>;
+
+  const ResolvedName& find(std::string_view name, Table& table, bool isElement);
+  ResolvedName resolve(std::string_view name, bool isElement) const;
+  std::uint16_t bindingOf(std::string_view prefix) const;
+
+  const Vocabulary* vocabulary_;
+  std::vector<Binding> bindings_;
+  std::uint32_t scope_ = 1;  ///< changes with the bindings, and comes back when they do
+  std::uint32_t lastScope_ = 1;
+  Table elements_;
+  Table attributes_;
+  ResolvedName unsound_;
+};
+
+}  // namespace pluvo::xml
