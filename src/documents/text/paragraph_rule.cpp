@@ -1,0 +1,84 @@
+#include "unit_rules.h"
+
+namespace pluvo::text {
+namespace {
+
+struct Marks {
+  Position certain = 0;
+  Position formFeeds = 0;  ///< may be section marks
+};
+
+/// So many sums of no and yes fit the narrowest unit, in which compilers then sum by vectors.
+constexpr Position kSummedAtOnce = 255;
+
+template <class Unit>
+Marks countMarks(const Unit* units, Position length, Unit lineEnd) {
+  Marks marks;
+  for (Position done = 0; done < length; done += kSummedAtOnce) {
+    const Position end = done + std::min(length - done, kSummedAtOnce);
+    Unit certain = 0;
+    Unit formFeeds = 0;
+    for (Position i = done; i < end; ++i) {
+      const bool isMark = (units[i] == lineEnd) | (units[i] == kParagraphMark) | (units[i] == kCellMark);
+      certain = static_cast<Unit>(certain + isMark);
+      formFeeds = static_cast<Unit>(formFeeds + (units[i] == kPageBreak));
+    }
+    marks.certain += certain;
+    marks.formFeeds += formFeeds;
+  }
+  return marks;
+}
+
+Marks countMarks(const Stretch& stretch) {
+  if (stretch.wide != nullptr) return countMarks(stretch.wide, stretch.length, kParagraphMark);
+  constexpr auto kMark = static_cast<std::uint8_t>(kParagraphMark);
+  const std::uint8_t lineEnd = stretch.lineFeedIsMark ? std::uint8_t{u'\n'} : kMark;
+  return countMarks(stretch.narrow, stretch.length, lineEnd);
+}
+
+/// The marks of a stretch in order, until visit(position) returns false.
+template <class Visit>
+bool forEachMark(const UnitText& text, Position start, const Stretch& stretch, Visit visit) {
+  for (Position i = 0; i < stretch.length; ++i) {
+    if (text.isMark(start + i, stretch[i]) && !visit(start + i)) return false;
+  }
+  return true;
+}
+
+Position marksIn(const UnitText& text, Position start, const Stretch& stretch) {
+  const Marks marks = countMarks(stretch);
+  if (marks.formFeeds == 0) return marks.certain;
+  Position count = 0;
+  forEachMark(text, start, stretch, [&](Position) {
+    ++count;
+    return true;
+  });
+  return count;
+}
+
+}  // namespace
+
+Summary<1> ParagraphRule::summarise(Position from, Position to) const {
+  Summary<1> summary;
+  if (from == to) return summary;
+  if (from == 0) summary.counts[0] = 1;
+  text_->text->forEachStretch(std::max(from - 1, 0), to - 1, [&](Position start, const Stretch& stretch) {
+    summary.counts[0] += marksIn(*text_, start, stretch);
+    return true;
+  });
+  return summary;
+}
+
+Position ParagraphRule::nth(Position from, Position to, std::uint8_t, Position n) const {
+  if (from == 0 && --n == 0) return 0;
+  Position found = to;
+  text_->text->forEachStretch(std::max(from - 1, 0), to - 1, [&](Position start, const Stretch& stretch) {
+    return forEachMark(*text_, start, stretch, [&](Position mark) {
+      found = mark + 1;
+      return --n > 0;
+    });
+  });
+  return found;
+}
+
+}  // namespace pluvo::text

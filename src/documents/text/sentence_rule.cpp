@@ -1,0 +1,155 @@
+#include "characters.h"
+#include "unit_reader.h"
+#include "unit_rules.h"
+
+namespace pluvo::text {
+namespace {
+
+enum Kind : std::uint8_t {
+  kOther,
+  kCloser,  ///< may stand between a stop and the blanks behind it
+  kBlank,
+  kStop,
+  kMark,
+  kFormFeed,  ///< a blank or a mark
+};
+
+std::uint8_t kindOf(char16_t unit) {
+  switch (unit) {
+    case u'.':
+    case u'?':
+    case u'!':
+      return kStop;
+    case kParagraphMark:
+    case kCellMark:
+      return kMark;
+    case kPageBreak:
+      return kFormFeed;
+    case kTab:
+    case u'\n':
+    case kLineBreak:
+    case kColumnBreak:
+    case u'\u2028':
+    case u'\u2029':
+      return kBlank;
+    case u')':
+    case u']':
+    case u'}':
+    case u'"':
+    case u'\'':
+    case u'\u00AB':
+    case u'\u00BB':
+    case u'\u2018':
+    case u'\u2019':
+    case u'\u201C':
+    case u'\u201D':
+    case u'\u2039':
+    case u'\u203A':
+    case u'\u2026':
+    case kNoteReference:
+    case kCommentReference:
+    case kFieldBegin:
+    case kFieldSeparator:
+    case kFieldEnd:
+      return kCloser;
+    default:
+      return isSpace(unit) ? kBlank : kOther;
+  }
+}
+
+using State = SentenceRule::State;
+
+struct Step {
+  std::uint8_t next;
+  std::uint8_t starts;  ///< a sentence starts at the unit read
+};
+
+/// By state and kind.
+constexpr Step kSteps[4][5] = {
+    {{State::kWithin, 0},
+     {State::kWithin, 0},
+     {State::kWithin, 0},
+     {State::kBehindStop, 0},
+     {State::kBehindMark, 0}},
+    {{State::kWithin, 0},
+     {State::kBehindStop, 0},
+     {State::kBehindBlanks, 0},
+     {State::kBehindStop, 0},
+     {State::kBehindMark, 0}},
+    {{State::kWithin, 1},
+     {State::kWithin, 1},
+     {State::kBehindBlanks, 0},
+     {State::kBehindStop, 0},
+     {State::kBehindMark, 0}},
+    {{State::kWithin, 1},
+     {State::kWithin, 1},
+     {State::kWithin, 1},
+     {State::kBehindStop, 1},
+     {State::kBehindMark, 1}},
+};
+
+class SentenceReader {
+ public:
+  SentenceReader(const UnitText& text, Position from, Position to) : units_(*text.text, from, to) {
+    static const auto kNarrowKinds = narrowKinds(kindOf);
+    units_.classify(kNarrowKinds, kindOf);
+    for (Position i = 0; i < units_.length(); ++i) {
+      if (units_.kind(i) != kFormFeed) continue;
+      units_.kind(i) = text.isMark(units_.start() + i, kPageBreak) ? kMark : kBlank;
+    }
+    first_ = from - units_.start();
+    last_ = to - units_.start();
+  }
+
+  Summary<4> summary() {
+    auto summary = Summary<4>::ofNothing();
+    Position i = first_;
+    for (; i < last_ && !summary.isOneOutcome(); ++i) {
+      for (std::size_t state = 0; state < 4; ++state) {
+        const Step& step = kSteps[summary.outcomes[state]][units_.kind(i)];
+        summary.counts[state] += step.starts;
+        summary.outcomes[state] = step.next;
+      }
+    }
+    std::uint8_t state = summary.outcomes[0];
+    Position starts = 0;
+    while (i < last_) starts += read(i, state);
+    for (Position& count : summary.counts) count += starts;
+    if (summary.isOneOutcome()) summary.outcomes.fill(state);
+    return summary;
+  }
+
+  Position nth(std::uint8_t state, Position n) {
+    for (Position i = first_;;) {
+      n -= read(i, state);
+      if (n == 0) return units_.start() + i - 1;
+    }
+  }
+
+ private:
+  /// Reads a unit, or many that change nothing, up to the end at most; whether a sentence starts at the last.
+  Position read(Position& i, std::uint8_t& state) {
+    if (state == State::kWithin) {
+      while (i + 1 < last_ && units_.kind(i) < kStop) ++i;
+    }
+    const Step& step = kSteps[state][units_.kind(i++)];
+    state = step.next;
+    return step.starts;
+  }
+
+  UnitReader units_;
+  Position first_ = 0;
+  Position last_ = 0;
+};
+
+}  // namespace
+
+Summary<4> SentenceRule::summarise(Position from, Position to) const {
+  return SentenceReader(*text_, from, to).summary();
+}
+
+Position SentenceRule::nth(Position from, Position to, std::uint8_t state, Position n) const {
+  return SentenceReader(*text_, from, to).nth(state, n);
+}
+
+}  // namespace pluvo::text

@@ -1,0 +1,98 @@
+#include "text/units.h"
+
+#include "plain_units.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+
+namespace pluvo::text {
+namespace {
+
+/// Takes the bars out of a text and returns where they stood.
+std::vector<Position> takeBars(std::u16string& text) {
+  std::vector<Position> bars;
+  for (std::size_t bar; (bar = text.find(u'|')) != text.npos; text.erase(bar, 1)) {
+    bars.push_back(static_cast<Position>(bar));
+  }
+  return bars;
+}
+
+std::vector<Position> startsOf(Unit unit, const std::u16string& units) {
+  const PieceText text{OriginalText(units)};
+  const Units of(text, isTestSectionMark);
+  std::vector<Position> starts;
+  for (Position p = 0; p < text.length(); p = of.forward(unit, p, 1).position) starts.push_back(p);
+  return starts;
+}
+
+void expectUnits(Unit unit, std::initializer_list<std::u16string> cases) {
+  for (std::u16string text : cases) {
+    const std::u16string notation = text;
+    const std::vector<Position> expected = takeBars(text);
+    EXPECT_EQ(expected, startsOf(unit, text)) << testing::PrintToString(notation);
+    EXPECT_EQ(PlainUnits(text).starts(unit), startsOf(unit, text)) << testing::PrintToString(notation);
+  }
+}
+
+TEST(Units, Words) {
+  expectUnits(Unit::word, {
+                              u"|The |cat|.|\r",
+                              u"|one |two |three |four |five |six|\r",
+                              u"|\r|\r|\r",
+                              u"|Stop|.  |Go|\r|  |in \u00A0\u3000",
+                              u"|Wait|... |what|?!\u201D |(|so|)|\r",
+                              u"|don't |\u2018|l\u2019\u00E9t\u00E9|\u2019 |'|90s|' ",
+                              u"|well|-|known |3.14 |1,000|, |2|.|x |.|5|\r",
+                              u"|a|\t|\t |b|\v|c|\x0E|d|\r",
+                              u"|end|\f|next|\f|.|\f|  |x",
+                              u"|cell|\a|\a|\r",
+                              u"|co\x1Fop |a|\x1E|b |\x13|PAGE |\x14|7|\x15",
+                              u"|note|\x02 |\x05|x",
+                              u"|\xD835\xDC00\xD835\xDC01x |\xD83D\xDE00\xD83D\xDE00 |\xDC00|a|\xD800",
+                              u"|caf\u0065\u0301s |\u65E5\u672C\u8A9E|\u3002",
+                          });
+}
+
+TEST(Units, Sentences) {
+  expectUnits(Unit::sentence, {
+                                  u"|One. |Two?  |Three!\t\v|Four",
+                                  u"|One.\r|Two. \r|\r|  Three. ",
+                                  u"|He said \u201CStop.\u201D |Then (it.) |He went.\x02 |On",
+                                  u"|Pi is 3.14 or e.g.this... |So. ... |And. |\"Ha!\" |Ha",
+                                  u"|Dr. |Who",
+                                  u"|Cell.\a|Cell. \a|...Not.\f|One.\f|x.\f|y",
+                                  u"|a.\u2019b. |c",
+                              });
+}
+
+TEST(Units, Paragraphs) {
+  expectUnits(Unit::paragraph, {u"|one\v\x0Etwo\r|\r|three\a|\a|four", u"|a\fb\f\f|c\f"});
+}
+
+TEST(Units, CountsOfPartlyCoveredAndEmptySpans) {
+  const PieceText text{OriginalText(std::u16string(u"The cat sat. It ran.\r"))};
+  const Units units(text, isTestSectionMark);
+  EXPECT_EQ(units.count(Unit::word, 5, 9), 2);
+  EXPECT_EQ(units.count(Unit::word, 0, text.length()), 8);
+  EXPECT_EQ(units.count(Unit::sentence, 11, 14), 2);
+  EXPECT_EQ(units.count(Unit::paragraph, 3, 3), 1);
+  EXPECT_EQ(units.unitAt(Unit::word, 5), (Span{4, 8}));
+  EXPECT_EQ(units.unitAt(Unit::paragraph, text.length()), (Span{0, 21}));
+  EXPECT_EQ(units.forward(Unit::word, 19, 9), (Move{21, 2}));
+  EXPECT_EQ(units.backward(Unit::sentence, 14, 9), (Move{0, 2}));
+  EXPECT_EQ(units.backward(Unit::word, 5, 1), (Move{4, 1}));
+}
+
+TEST(Units, LineFeedsOfMappedBytesEndParagraphs) {
+  const std::vector<std::uint8_t> bytes{'O', '.', '\n', 'T', '\n', '\n'};
+  const PieceText lines(OriginalText(bytes, true, nullptr));
+  EXPECT_EQ(Units(lines, isTestSectionMark).count(Unit::sentence, 0, 6), 3);
+  EXPECT_EQ(Units(lines, isTestSectionMark).count(Unit::paragraph, 0, 6), 3);
+  const PieceText plain{OriginalText(bytes)};
+  EXPECT_EQ(Units(plain, isTestSectionMark).count(Unit::paragraph, 0, 6), 1);
+}
+
+}  // namespace
+}  // namespace pluvo::text
