@@ -1,0 +1,148 @@
+#include "engine/clsProcessFind.h"
+
+#include "counts.h"
+#include "errors/text.h"
+#include "locator.h"
+#include "operations.h"
+#include "pass.h"
+#include "prepared_search.h"
+#include "summary.h"
+
+#include <utility>
+
+namespace pluvo::engine {
+
+/// What InitializeFind prepares and a pass works on.
+struct clsProcessFind::State {
+  PreparedSearch search;
+  WorkingRanges ranges;
+  Counts counts;
+  PassObserver nobody;
+};
+
+clsProcessFind::clsProcessFind(Surroundings surroundings)
+    : surroundings_(std::move(surroundings)), state_(std::make_unique<State>()) {}
+
+clsProcessFind::~clsProcessFind() = default;
+
+void clsProcessFind::UnitsApartType(std::int32_t code) { request_.unitsApartType = errors::narrow(code); }
+void clsProcessFind::Operation(std::int32_t code) { request_.operation = errors::narrow(code); }
+void clsProcessFind::BeforeOrAfter(std::int32_t code) { request_.beforeOrAfter = errors::narrow(code); }
+void clsProcessFind::OperationLocation(std::int32_t code) {
+  request_.operationLocation = errors::narrow(code);
+}
+
+word::Application& clsProcessFind::application() {
+  if (!application_) application_ = surroundings_.application();
+  if (!application_) throw errors::objectNotSet();
+  return *application_;
+}
+
+PassObserver& clsProcessFind::observing() { return observer_ != nullptr ? *observer_ : state_->nobody; }
+
+void clsProcessFind::InitializeFind() {
+  errors::guarded(context(), u"cpf:27e", [&] {
+    state_->counts.reset(request_.liftLimits);
+    state_->search.take(request_);
+    state_->search.takeDistance(request_);
+    application().ActiveDocument()->ActiveWindow()->View()->ShowFieldCodes(request_.showFieldCodes);
+    state_->ranges.place(application(), request_.startAtTop);
+  });
+}
+
+bool clsProcessFind::FindNextItem() {
+  return errors::guarded(context(), u"cpf:27a", [&] {
+    application().Selection()->SetRange(0, 0);
+    Locator locator(context(), application(), state_->search, state_->ranges);
+    if (!locator.next()) return false;
+    if (!request_.confirmEach) return false;
+    required(state_->ranges.block).Select();
+    return true;
+  });
+}
+
+void clsProcessFind::MakeChanges() {
+  errors::guarded(context(), u"cpf:27c", [&] {
+    const Operations operations(context(), state_->search, state_->ranges);
+    const std::optional<errors::Fault> refusal = operations.perform();
+    state_->counts.countOperated();
+    observing().operated(blockOf(state_->search, state_->ranges, operations), refusal ? &*refusal : nullptr);
+    moveSearchPoint();
+  });
+}
+
+void clsProcessFind::SkipChanges() {
+  errors::guarded(context(), u"cpf:27d", [&] {
+    const Operations operations(context(), state_->search, state_->ranges);
+    state_->counts.countSkipped();
+    observing().skipped(blockOf(state_->search, state_->ranges, operations));
+    moveSearchPoint();
+  });
+}
+
+/// The next search starts behind the block's beginning as it stands now.
+void clsProcessFind::moveSearchPoint() {
+  word::Range& begin = required(state_->ranges.begin);
+  const std::int32_t end = begin.End();
+  begin.Start(request_.liftLimits ? end : errors::narrow(end));
+}
+
+void clsProcessFind::ProcessAllBlocks() {
+  errors::guarded(context(), u"cpf:27", [&] {
+    Pass pass(context(), application(), boxes(), state_->search, state_->ranges, state_->counts);
+    pass.run(request_.confirmEach, observing());
+  });
+}
+
+void clsProcessFind::GoGetEmFARBOT() {
+  errors::guarded(context(), u"cpf:28", [&] {
+    InitializeFind();
+    ProcessAllBlocks();
+    ChangesSummary();
+  });
+}
+
+std::u16string clsProcessFind::documentName() {
+  std::shared_ptr<word::Document> document = stepper_ ? stepper_->currentDocument() : nullptr;
+  if (!document) document = application().ActiveDocument();
+  if (!document) throw errors::objectNotSet();
+  return document->Name();
+}
+
+void clsProcessFind::ChangesSummary() {
+  errors::guarded(context(), u"cpf:27f", [&] {
+    context().runSummary += summaryLine(
+        state_->counts, multiFileRun_ ? std::optional<std::u16string>(documentName()) : std::nullopt);
+    if (!request_.quiet) showSummary(state_->counts, boxes(), forms(), cancelOperation_);
+  });
+}
+
+FileStepper& clsProcessFind::requiredStepper() const {
+  if (!stepper_) throw errors::objectNotSet();
+  return *stepper_;
+}
+
+std::vector<std::u16string> clsProcessFind::GetFiles(bool subFolders, std::int16_t depth) {
+  return errors::guarded(context(), u"cpf:42",
+                         [&] { return requiredStepper().GetFiles(*this, subFolders, depth); });
+}
+
+void clsProcessFind::MultiPLUVO(const std::vector<std::u16string>& files) {
+  errors::guarded(context(), u"cpf:45", [&] { requiredStepper().MultiPLUVO(*this, files); });
+}
+
+bool clsProcessFind::MultiPLUVO_OpenNextFile(const std::vector<std::u16string>& files, std::int32_t& index) {
+  return errors::guarded(context(), u"cpf:45b",
+                         [&] { return requiredStepper().MultiPLUVO_OpenNextFile(*this, files, index); });
+}
+
+void clsProcessFind::MultiPLUVO_CloseFile() {
+  errors::guarded(context(), u"cpf:45a", [&] { requiredStepper().MultiPLUVO_CloseFile(*this); });
+}
+
+std::u16string clsProcessFind::BrowseForFolder() {
+  return errors::guarded(context(), u"cpf:40",
+                         [&] { return requiredStepper().BrowseForFolder(*this, browseStart_); });
+}
+
+}  // namespace pluvo::engine

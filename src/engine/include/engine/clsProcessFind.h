@@ -1,0 +1,134 @@
+#pragma once
+
+#include "engine/file_stepper.h"
+#include "engine/pass_observer.h"
+#include "engine/request.h"
+#include "errors/context.h"
+#include "forms/form.h"
+#include "forms/message_boxes.h"
+#include "word/word_processor.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace pluvo::engine {
+
+/// What an engine works with. All of it outlives the engine.
+struct Surroundings {
+  /// Makes the word processor's global object; called at its first use, and then never again.
+  std::function<std::shared_ptr<word::Application>()> application;
+  errors::Context& context;
+  forms::MessageBoxes& boxes;
+  forms::FormHost& forms;
+};
+
+/// The engine: given a request, property by property, it finds blocks in the active document and operates on
+/// them.
+///
+/// A property stores its value and does nothing else; one that takes 32 bits and stores 16 throws Fault
+/// kOverflow. No other member lets a fault out: each works under its own location tag, reports through the
+/// context's reporter and returns its default result.
+class clsProcessFind {
+ public:
+  explicit clsProcessFind(Surroundings surroundings);
+  ~clsProcessFind();
+  clsProcessFind(const clsProcessFind&) = delete;
+  clsProcessFind& operator=(const clsProcessFind&) = delete;
+
+  // The request. A distance is decimal text, or "Same"; codes are those of request.h.
+  /// Whether the pass is one file of a multi-file run.
+  bool MultiFileRun() const { return multiFileRun_; }
+  void MultiFileRun(bool value) { multiFileRun_ = value; }
+  /// Where a multi-file run looks for files; ends with the folder separator.
+  const std::u16string& StartingDirectory() const { return startingDirectory_; }
+  void StartingDirectory(std::u16string folder) { startingDirectory_ = std::move(folder); }
+  /// Which files it takes: masks between commas.
+  const std::u16string& Masks() const { return masks_; }
+  void Masks(std::u16string masks) { masks_ = std::move(masks); }
+  /// Stops a multi-file run after the current document.
+  bool CancelOperation() const { return cancelOperation_; }
+  void CancelOperation(bool value) { cancelOperation_ = value; }
+  bool ShowFieldCodes() const { return request_.showFieldCodes; }
+  void ShowFieldCodes(bool value) { request_.showFieldCodes = value; }
+  void BeginBlock(std::u16string text) { request_.beginBlock = std::move(text); }
+  void EndBlock(std::u16string text) { request_.endBlock = std::move(text); }
+  void InsideBlock(std::u16string text) { request_.insideBlock = std::move(text); }
+  void UnitsApart(std::u16string distance) { request_.unitsApart = std::move(distance); }
+  void UnitsApartType(std::int32_t code);
+  void Operation(std::int32_t code);
+  void BeforeOrAfter(std::int32_t code);
+  void OperationLocation(std::int32_t code);
+  void ReplaceInsertTextString(std::u16string text) { request_.text = std::move(text); }
+  void MatchOnlyWholeWords(bool value) { request_.wholeWords = value; }
+  void ExtraSpaceSetting(bool value) { request_.extraSpace = value; }
+  void MatchTextCaseSetting(bool value) { request_.matchCase = value; }
+  void StartFindsAtBeginningSetting(bool value) { request_.startAtTop = value; }
+  void HighlightColorSetting(std::int16_t index) { request_.highlightColour = index; }
+  void QuiteModeSetting(bool value) { request_.quiet = value; }
+  bool ConfirmEachOperationsetting() const { return request_.confirmEach; }
+  void ConfirmEachOperationsetting(bool value) { request_.confirmEach = value; }
+  /// Lifts two limits that are kept inside Word: search points and skipped counts beyond 16 bits, and endings
+  /// that lie beyond the doubled position of a rejected candidate or beyond the previous block.
+  void LiftLimitsSetting(bool value) { request_.liftLimits = value; }
+  /// The folder in which the folder picker opens.
+  void BrowseStart(std::u16string folder) { browseStart_ = std::move(folder); }
+
+  // One block at a time.
+  void InitializeFind();
+  /// Finds the next block. True where there is one and each operation is to be confirmed: this serves
+  /// confirming callers only.
+  bool FindNextItem();
+  void MakeChanges();
+  void SkipChanges();
+  /// Adds the pass's line to the run summary, and unless quiet shows what the pass did.
+  void ChangesSummary();
+
+  // A whole pass over the active document.
+  void GoGetEmFARBOT();
+
+  // Many files.
+  std::vector<std::u16string> GetFiles(bool subFolders, std::int16_t depth);
+  void MultiPLUVO(const std::vector<std::u16string>& files);
+  bool MultiPLUVO_OpenNextFile(const std::vector<std::u16string>& files, std::int32_t& index);
+  void MultiPLUVO_CloseFile();
+  std::u16string BrowseForFolder();
+
+  /// Is told of every block of GoGetEmFARBOT, MakeChanges and SkipChanges; none where null.
+  void observer(PassObserver* observer) { observer_ = observer; }
+  /// Gives the engine its way to files.
+  void stepper(std::shared_ptr<FileStepper> stepper) { stepper_ = std::move(stepper); }
+
+  errors::Context& context() const { return surroundings_.context; }
+  forms::MessageBoxes& boxes() const { return surroundings_.boxes; }
+  forms::FormHost& forms() const { return surroundings_.forms; }
+  /// The word processor. Throws Fault kObjectNotSet where there is none.
+  word::Application& application();
+
+ private:
+  struct State;
+
+  void ProcessAllBlocks();
+  void moveSearchPoint();
+  PassObserver& observing();
+  FileStepper& requiredStepper() const;
+  std::u16string documentName();
+
+  Surroundings surroundings_;
+  std::shared_ptr<word::Application> application_;
+  std::shared_ptr<FileStepper> stepper_;
+  PassObserver* observer_ = nullptr;
+
+  Request request_;
+  bool multiFileRun_ = false;
+  bool cancelOperation_ = false;
+  std::u16string startingDirectory_;
+  std::u16string masks_;
+  std::u16string browseStart_;
+
+  std::unique_ptr<State> state_;
+};
+
+}  // namespace pluvo::engine

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "engine/clsProcessFind.h"
+#include "forms/form.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace pluvo::engine {
+
+/// Runs a pass one block at a time: the found block is selected, and the user has it operated on or passed
+/// by. In a multi-file run it steps from file to file.
+///
+/// The dialog is visible while a block awaits the user's decision, and hidden while the engine works, so that
+/// its buttons cannot be pressed then. SingleProcess and MultiProcess return while it awaits the first one.
+class frmProcessing final : public forms::Form {
+ public:
+  explicit frmProcessing(clsProcessFind& engine);
+
+  void SingleProcess();
+  void MultiProcess(const std::vector<std::u16string>& files);
+
+  forms::CommandButton cmdPerform{u"cmdPerform", u"&Perform Operation"};
+  forms::CommandButton cmdSkip{u"cmdSkip", u"&Skip Operation"};
+
+ private:
+  void cmdPerform_Click();
+  void cmdSkip_Click();
+  void showNextBlock();
+  /// Puts the next block, or that of a later file, before the user, or ends the run.
+  void finish();
+  bool startNextFile();
+
+  clsProcessFind& engine_;
+  bool multi_ = false;
+  std::vector<std::u16string> files_;
+  std::int32_t index_ = 0;
+};
+
+}  // namespace pluvo::engine

@@ -1,0 +1,65 @@
+#include "operations.h"
+
+namespace pluvo::engine {
+
+std::shared_ptr<word::Range> Operations::operated() const {
+  switch (search_.location) {
+    case kSelection:
+      return ranges_.block;
+    case kBeginning:
+      return ranges_.begin;
+    case kEnding:
+      return ranges_.end;
+    case kInsideText:
+      return ranges_.inside;
+    default:
+      return nullptr;
+  }
+}
+
+std::optional<errors::Fault> Operations::perform() const {
+  switch (search_.operation) {
+    case kInsert:
+      return InsertOperationText();
+    case kReplace:
+      return ReplaceOperationText();
+    case kDelete:
+      return DeleteOperationRange();
+    case kHighlight:
+      return HighlightOperationRange();
+    default:
+      return std::nullopt;
+  }
+}
+
+template <class Work>
+std::optional<errors::Fault> Operations::onRange(std::u16string_view tag, Work work) const {
+  return errors::attempt(context_, tag, [&] {
+    if (search_.location < kSelection || search_.location > kInsideText) return;
+    work(required(operated()));
+  });
+}
+
+std::optional<errors::Fault> Operations::InsertOperationText() const {
+  return onRange(u"cpf:30", [&](word::Range& range) {
+    if (search_.beforeOrAfter == kAfter) {
+      range.InsertAfter(search_.extraSpace + search_.text);
+    } else {
+      range.InsertBefore(search_.text + search_.extraSpace);
+    }
+  });
+}
+
+std::optional<errors::Fault> Operations::ReplaceOperationText() const {
+  return onRange(u"cpf:31", [&](word::Range& range) { range.Text(search_.text); });
+}
+
+std::optional<errors::Fault> Operations::DeleteOperationRange() const {
+  return onRange(u"cpf:32", [](word::Range& range) { range.Delete(); });
+}
+
+std::optional<errors::Fault> Operations::HighlightOperationRange() const {
+  return onRange(u"cpf:29", [&](word::Range& range) { range.HighlightColorIndex(search_.highlightColour); });
+}
+
+}  // namespace pluvo::engine

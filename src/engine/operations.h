@@ -1,0 +1,39 @@
+#pragma once
+
+#include "errors/context.h"
+#include "locator.h"
+#include "prepared_search.h"
+
+#include <memory>
+#include <optional>
+
+namespace pluvo::engine {
+
+/// What is done with a found block. Each routine works under its own tag, on the range that the location code
+/// names; a code unknown does nothing.
+class Operations {
+ public:
+  Operations(errors::Context& context, const PreparedSearch& search, const WorkingRanges& ranges)
+      : context_(context), search_(search), ranges_(ranges) {}
+
+  /// Carries out the operation of the request. The fault is that of a refusal, already reported.
+  std::optional<errors::Fault> perform() const;
+
+  /// The range the operation acts on; none for a location unknown.
+  std::shared_ptr<word::Range> operated() const;
+
+ private:
+  std::optional<errors::Fault> InsertOperationText() const;
+  std::optional<errors::Fault> ReplaceOperationText() const;
+  std::optional<errors::Fault> DeleteOperationRange() const;
+  std::optional<errors::Fault> HighlightOperationRange() const;
+
+  template <class Work>
+  std::optional<errors::Fault> onRange(std::u16string_view tag, Work work) const;
+
+  errors::Context& context_;
+  const PreparedSearch& search_;
+  const WorkingRanges& ranges_;
+};
+
+}  // namespace pluvo::engine

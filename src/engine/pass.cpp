@@ -1,0 +1,61 @@
+#include "pass.h"
+
+namespace pluvo::engine {
+
+Block blockOf(const PreparedSearch& search, const WorkingRanges& ranges, const Operations& operations) {
+  const bool operates = search.operation >= kInsert && search.operation <= kHighlight;
+  return {required(ranges.block),
+          required(ranges.begin),
+          search.end.search.empty() ? nullptr : ranges.end.get(),
+          search.inside.search.empty() ? nullptr : ranges.inside.get(),
+          operates ? operations.operated().get() : nullptr,
+          search.operation};
+}
+
+void Pass::run(bool confirmEach, PassObserver& observer) {
+  using Answer = PassObserver::Answer;
+  Locator locator(context_, application_, search_, ranges_);
+  const Operations operations(context_, search_, ranges_);
+  application_.Selection()->SetRange(0, 0);
+  while (locator.next()) {
+    const Block block = blockOf(search_, ranges_, operations);
+    if (observer.found(block) == Answer::stop) return;
+    const Decision decision = confirmEach ? confirm() : Decision::operate;
+    if (decision == Decision::stop) return;
+    Answer answer = Answer::goOn;
+    if (decision == Decision::skip) {
+      counts_.countSkipped();
+      answer = observer.skipped(block);
+    } else {
+      const std::optional<errors::Fault> refusal = operations.perform();
+      counts_.countOperated();
+      answer = observer.operated(block, refusal ? &*refusal : nullptr);
+    }
+    if (answer == Answer::stop) return;
+    resumeBehindOperation(operations, locator);
+  }
+}
+
+Pass::Decision Pass::confirm() {
+  required(ranges_.block).Select();
+  const forms::Answer answer =
+      boxes_.show(u"Perform Operation on Selected Text?", forms::Buttons::yesNoCancel, u"Confirm Operation");
+  application_.Selection()->SetRange(0, 0);
+  switch (answer) {
+    case forms::Answer::yes:
+      return Decision::operate;
+    case forms::Answer::no:
+      return Decision::skip;
+    default:
+      return Decision::stop;
+  }
+}
+
+/// Not every word processor lets the block's range grow with text inserted at its end.
+void Pass::resumeBehindOperation(const Operations& operations, Locator& locator) {
+  const std::shared_ptr<word::Range> operated = operations.operated();
+  const bool operates = search_.operation >= kInsert && search_.operation <= kHighlight;
+  locator.resumeBehindBlock(operates && operated ? operated->End() : 0);
+}
+
+}  // namespace pluvo::engine
