@@ -5,7 +5,7 @@ namespace {
 
 struct Marks {
   Position certain = 0;
-  Position formFeeds = 0;  ///< may be section marks
+  Position possible = 0;  ///< characters 7 and 12
 };
 
 /// So many sums of no and yes fit the narrowest unit, in which compilers then sum by vectors.
@@ -17,14 +17,15 @@ Marks countMarks(const Unit* units, Position length, Unit lineEnd) {
   for (Position done = 0; done < length; done += kSummedAtOnce) {
     const Position end = done + std::min(length - done, kSummedAtOnce);
     Unit certain = 0;
-    Unit formFeeds = 0;
+    Unit possible = 0;
     for (Position i = done; i < end; ++i) {
-      const bool isMark = (units[i] == lineEnd) | (units[i] == kParagraphMark) | (units[i] == kCellMark);
+      const bool isMark = (units[i] == lineEnd) | (units[i] == kParagraphMark);
       certain = static_cast<Unit>(certain + isMark);
-      formFeeds = static_cast<Unit>(formFeeds + (units[i] == kPageBreak));
+      const bool maybeMark = (units[i] == kCellMark) | (units[i] == kPageBreak);
+      possible = static_cast<Unit>(possible + maybeMark);
     }
     marks.certain += certain;
-    marks.formFeeds += formFeeds;
+    marks.possible += possible;
   }
   return marks;
 }
@@ -47,7 +48,7 @@ bool forEachMark(const UnitText& text, Position start, const Stretch& stretch, V
 
 Position marksIn(const UnitText& text, Position start, const Stretch& stretch) {
   const Marks marks = countMarks(stretch);
-  if (marks.formFeeds == 0) return marks.certain;
+  if (marks.possible == 0) return marks.certain;
   Position count = 0;
   forEachMark(text, start, stretch, [&](Position) {
     ++count;

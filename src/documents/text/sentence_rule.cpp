@@ -11,7 +11,7 @@ enum Kind : std::uint8_t {
   kBlank,
   kStop,
   kMark,
-  kFormFeed,  ///< a blank or a mark
+  kPerhapsMark,  ///< a cell or section mark, or an ordinary character 7 or page break
 };
 
 std::uint8_t kindOf(char16_t unit) {
@@ -21,10 +21,10 @@ std::uint8_t kindOf(char16_t unit) {
     case u'!':
       return kStop;
     case kParagraphMark:
-    case kCellMark:
       return kMark;
+    case kCellMark:
     case kPageBreak:
-      return kFormFeed;
+      return kPerhapsMark;
     case kTab:
     case u'\n':
     case kLineBreak:
@@ -94,8 +94,9 @@ class SentenceReader {
     static const auto kNarrowKinds = narrowKinds(kindOf);
     units_.classify(kNarrowKinds, kindOf);
     for (Position i = 0; i < units_.length(); ++i) {
-      if (units_.kind(i) != kFormFeed) continue;
-      units_.kind(i) = text.isMark(units_.start() + i, kPageBreak) ? kMark : kBlank;
+      if (units_.kind(i) != kPerhapsMark) continue;
+      const char16_t unit = units_.unit(i);
+      units_.kind(i) = text.isMark(units_.start() + i, unit) ? kMark : unit == kPageBreak ? kBlank : kOther;
     }
     first_ = from - units_.start();
     last_ = to - units_.start();

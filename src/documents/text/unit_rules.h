@@ -14,11 +14,12 @@ namespace pluvo::text {
 
 struct UnitText {
   const PieceText* text;
-  /// Asked at characters 12.
-  std::function<bool(Position)> isSectionMark;
+  /// Asked at characters 7 and 12.
+  std::function<bool(Position)> endsParagraph;
 
   bool isMark(Position position, char16_t unit) const {
-    return unit == kParagraphMark || unit == kCellMark || (unit == kPageBreak && isSectionMark(position));
+    if (unit == kCellMark || unit == kPageBreak) return endsParagraph(position);
+    return unit == kParagraphMark;
   }
 };
 

@@ -8,8 +8,8 @@
 namespace pluvo::text {
 
 struct Units::State {
-  State(const PieceText& pieces, std::function<bool(Position)> isSectionMark)
-      : text{&pieces, std::move(isSectionMark)} {}
+  State(const PieceText& pieces, std::function<bool(Position)> endsParagraph)
+      : text{&pieces, std::move(endsParagraph)} {}
 
   UnitText text;
   Checkpoints<WordRule> words{WordRule(&text)};
@@ -31,8 +31,8 @@ struct Units::State {
   }
 };
 
-Units::Units(const PieceText& text, std::function<bool(Position)> isSectionMark)
-    : state_(std::make_unique<State>(text, std::move(isSectionMark))) {}
+Units::Units(const PieceText& text, std::function<bool(Position)> endsParagraph)
+    : state_(std::make_unique<State>(text, std::move(endsParagraph))) {}
 Units::~Units() = default;
 Units::Units(Units&&) noexcept = default;
 Units& Units::operator=(Units&&) noexcept = default;

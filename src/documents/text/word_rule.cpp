@@ -12,7 +12,7 @@ enum Kind : std::uint8_t {
   kAlone,  ///< a word by itself, with the blanks behind it
   kMark,
   // Those from here on become one of the others by what stands beside them.
-  kFormFeed,
+  kMarkOrAlone,
   kJoinsWords,
   kJoinsDigits,
   kSurrogate,
@@ -21,10 +21,10 @@ enum Kind : std::uint8_t {
 std::uint8_t kindOf(char16_t unit) {
   switch (unit) {
     case kParagraphMark:
-    case kCellMark:
       return kMark;
+    case kCellMark:
     case kPageBreak:
-      return kFormFeed;
+      return kMarkOrAlone;
     case u'\n':
     case kTab:
     case kLineBreak:
@@ -60,7 +60,7 @@ class WordReader {
     static const auto kNarrowKinds = narrowKinds(kindOf);
     units_.classify(kNarrowKinds, kindOf);
     for (Position i = 0; i < units_.length(); ++i) {
-      if (units_.kind(i) >= kFormFeed) units_.kind(i) = resolved(i);
+      if (units_.kind(i) >= kMarkOrAlone) units_.kind(i) = resolved(i);
     }
     if (from == 0 && to > 0) countFirst_ = true;
     first_ = from - units_.start();
@@ -90,7 +90,7 @@ class WordReader {
   std::uint8_t resolved(Position i) {
     const char16_t unit = units_.unit(i);
     switch (units_.kind(i)) {
-      case kFormFeed:
+      case kMarkOrAlone:
         return text_.isMark(units_.start() + i, unit) ? kMark : kAlone;
       case kJoinsWords:
         return isWordAt(i - 1) && isWordAt(i + 1) ? kWord : kOther;

@@ -70,7 +70,7 @@ TEST(Checkpoints, TellUnitsThroughAllEdits) {
   for (int round = 0; round < 40; ++round) {
     std::u16string twin = someText(upTo(round % 4 == 0 ? 6000 : 300));
     PieceText pieces{OriginalText(twin)};
-    const UnitText text{&pieces, isTestSectionMark};
+    const UnitText text{&pieces, isTestMark};
     Compared<WordRule> words(Unit::word, text);
     Compared<SentenceRule> sentences(Unit::sentence, text);
     Compared<ParagraphRule> paragraphs(Unit::paragraph, text);
@@ -83,7 +83,7 @@ TEST(Checkpoints, TellUnitsThroughAllEdits) {
       const Position length = pieces.length();
       const Position from = upTo(3) == 0 ? upTo(length) : std::min(at, length);
       const Position to = from + upTo(std::min(length - from, upTo(9) == 0 ? 500 : 6));
-      // Characters 12 keep their parity, by which the test tells section marks.
+      // Characters 7 and 12 keep their parity, by which the test tells marks.
       std::u16string added = someText(upTo(upTo(9) == 0 ? 200 : 3));
       if ((static_cast<Position>(added.size()) - (to - from)) % 2 != 0) added += u'x';
       twin.replace(static_cast<std::size_t>(from), static_cast<std::size_t>(to - from), added);

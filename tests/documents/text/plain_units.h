@@ -8,10 +8,10 @@
 #include <vector>
 
 /// The rules of units, read front to back over a whole text, and counts and moves by looking at every unit.
-/// In these texts a section mark is a character 12 at an even position.
+/// In these texts characters 7 and 12 at even positions are marks.
 namespace pluvo::text {
 
-inline bool isTestSectionMark(Position position) { return position % 2 == 0; }
+inline bool isTestMark(Position position) { return position % 2 == 0; }
 
 class PlainUnits {
  public:
@@ -30,12 +30,12 @@ class PlainUnits {
 
  private:
   char16_t at(Position p) const { return 0 <= p && p < length_ ? text_[static_cast<std::size_t>(p)] : u'\0'; }
-  bool isMark(Position p) const { return at(p) == 13 || at(p) == 7 || (at(p) == 12 && isTestSectionMark(p)); }
+  bool isMark(Position p) const { return at(p) == 13 || (isOneOf(p, u"\a\f") && isTestMark(p)); }
   bool isOneOf(Position p, std::u16string_view units) const {
     return p < length_ && units.find(at(p)) != units.npos;
   }
   bool isAlone(Position p) const {
-    return isOneOf(p, u"\x01\x02\x05\b\t\n\x0B\x0E\x13\x14\x15") || (at(p) == 12 && !isMark(p));
+    return isOneOf(p, u"\x01\x02\x05\b\t\n\x0B\x0E\x13\x14\x15") || (isOneOf(p, u"\a\f") && !isMark(p));
   }
 
   bool isLetter(Position p) const {

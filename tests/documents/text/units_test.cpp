@@ -21,7 +21,7 @@ std::vector<Position> takeBars(std::u16string& text) {
 
 std::vector<Position> startsOf(Unit unit, const std::u16string& units) {
   const PieceText text{OriginalText(units)};
-  const Units of(text, isTestSectionMark);
+  const Units of(text, isTestMark);
   std::vector<Position> starts;
   for (Position p = 0; p < text.length(); p = of.forward(unit, p, 1).position) starts.push_back(p);
   return starts;
@@ -62,18 +62,18 @@ TEST(Units, Sentences) {
                                   u"|He said \u201CStop.\u201D |Then (it.) |He went.\x02 |On",
                                   u"|Pi is 3.14 or e.g.this... |So. ... |And. |\"Ha!\" |Ha",
                                   u"|Dr. |Who",
-                                  u"|Cell.\a|Cell. \a|...Not.\f|One.\f|x.\f|y",
+                                  u"|Cells.\a|Cells. \a|...Not.\f|One.\f|x.\f|y",
                                   u"|a.\u2019b. |c",
                               });
 }
 
 TEST(Units, Paragraphs) {
-  expectUnits(Unit::paragraph, {u"|one\v\x0Etwo\r|\r|three\a|\a|four", u"|a\fb\f\f|c\f"});
+  expectUnits(Unit::paragraph, {u"|one\v\x0Etwo\r|\r|threes\a|x\a|four\a", u"|a\fb\f\f|c\f"});
 }
 
 TEST(Units, CountsOfPartlyCoveredAndEmptySpans) {
   const PieceText text{OriginalText(std::u16string(u"The cat sat. It ran.\r"))};
-  const Units units(text, isTestSectionMark);
+  const Units units(text, isTestMark);
   EXPECT_EQ(units.count(Unit::word, 5, 9), 2);
   EXPECT_EQ(units.count(Unit::word, 0, text.length()), 8);
   EXPECT_EQ(units.count(Unit::sentence, 11, 14), 2);
@@ -88,10 +88,10 @@ TEST(Units, CountsOfPartlyCoveredAndEmptySpans) {
 TEST(Units, LineFeedsOfMappedBytesEndParagraphs) {
   const std::vector<std::uint8_t> bytes{'O', '.', '\n', 'T', '\n', '\n'};
   const PieceText lines(OriginalText(bytes, true, nullptr));
-  EXPECT_EQ(Units(lines, isTestSectionMark).count(Unit::sentence, 0, 6), 3);
-  EXPECT_EQ(Units(lines, isTestSectionMark).count(Unit::paragraph, 0, 6), 3);
+  EXPECT_EQ(Units(lines, isTestMark).count(Unit::sentence, 0, 6), 3);
+  EXPECT_EQ(Units(lines, isTestMark).count(Unit::paragraph, 0, 6), 3);
   const PieceText plain{OriginalText(bytes)};
-  EXPECT_EQ(Units(plain, isTestSectionMark).count(Unit::paragraph, 0, 6), 1);
+  EXPECT_EQ(Units(plain, isTestMark).count(Unit::paragraph, 0, 6), 1);
 }
 
 }  // namespace

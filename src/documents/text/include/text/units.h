@@ -22,8 +22,8 @@ struct Move {
 /// Words, sentences and paragraphs of a text. Each unit reaches from its start to the start of the next; the
 /// first starts at 0. All characters of the text take part, hidden ones and field codes too.
 ///
-/// *Marks* are the paragraph mark, the cell mark and the section mark (a character 12 for which isSectionMark
-/// is true). A **paragraph** ends behind its mark.
+/// *Marks* are the paragraph mark, and the cell and section marks among the characters 7 and 12, which
+/// endsParagraph tells. A **paragraph** ends behind its mark.
 ///
 /// **Words.** A word is one of these, with the blanks behind it (a mark has none):
 /// - letters, digits and combining marks in a row, an apostrophe (' or ’), an optional hyphen or a zero-width
@@ -45,8 +45,8 @@ struct Move {
 /// distance and whatever the text.
 class Units {
  public:
-  /// Both must outlive this object. isSectionMark is asked at characters 12 only.
-  Units(const PieceText& text, std::function<bool(Position)> isSectionMark);
+  /// Both must outlive this object. endsParagraph is asked at characters 7 and 12 only.
+  Units(const PieceText& text, std::function<bool(Position)> endsParagraph);
   ~Units();
   Units(Units&&) noexcept;
   Units& operator=(Units&&) noexcept;
@@ -60,8 +60,8 @@ class Units {
   /// The unit that holds the character at position; at the end of the text, the last one.
   Span unitAt(Unit unit, Position position) const;
 
-  /// To be called when [from, to) has been replaced by newLength characters, or when the section marks among
-  /// them changed.
+  /// To be called when [from, to) has been replaced by newLength characters, or when the marks among them
+  /// changed.
   void edited(Position from, Position to, Position newLength);
 
  private:
