@@ -83,7 +83,7 @@ files::Bytes Archive::read(const Member& member) const {
     contents = inflated(packed, member);
   } else if (member.method == Method::stored) {
     if (packed.size() != member.size) throw damagedMember(member);
-    contents = {packed, bytes_.owner, bytes_.vanished};
+    contents = {packed, bytes_.owner, bytes_.file};
   } else {
     throw files::DocumentError(
         files::Problem::unsupported,

@@ -80,7 +80,7 @@ Slot& takeSlot() {
   failWith(ENOMEM, "mmap");
 }
 
-class Mapping {
+class Mapping final : public MappedFile {
  public:
   Mapping(int descriptor, std::size_t size)
       : size_(size), length_((size / pageSize() + 1) * pageSize()), slot_(takeSlot()) {
@@ -99,7 +99,7 @@ class Mapping {
   }
   Mapping(const Mapping&) = delete;
   Mapping& operator=(const Mapping&) = delete;
-  ~Mapping() {
+  ~Mapping() override {
     slot_.to = 0;
     slot_.from = 0;
     munmap(start_, length_);
@@ -107,7 +107,11 @@ class Mapping {
   }
 
   ByteSpan view() const { return {start_, size_}; }
-  bool vanished() const { return slot_.vanished; }
+  bool vanished() const override { return slot_.vanished; }
+  void release() const override {
+    // All but the last page, which holds a byte that is not in the file.
+    madvise(start_, length_ - pageSize(), MADV_DONTNEED);
+  }
 
  private:
   [[noreturn]] void fail() {
@@ -129,7 +133,7 @@ Bytes mapFile(int descriptor, std::size_t size) {
   watchForBusErrors();
   auto mapping = std::make_shared<const Mapping>(descriptor, size);
   const ByteSpan view = mapping->view();
-  return {view, mapping, [mapping] { return mapping->vanished(); }};
+  return {view, mapping, mapping};
 }
 
 }  // namespace pluvo::files

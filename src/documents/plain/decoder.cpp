@@ -30,24 +30,35 @@ std::size_t runOf(ByteSpan bytes) {
 template <Encoding kEncoding, class Unit>
 class Decoder {
  public:
-  Decoder(ByteSpan bytes, const Storage& storage)
+  Decoder(ByteSpan bytes, const Storage& storage, const files::Bytes& file)
       : bytes_(bytes),
         storage_(storage),
+        file_(file),
         units_(std::make_shared_for_overwrite<Unit[]>(bytes.size() / kUnitSize + 1)),
         map_(kEncoding, bytes) {}
 
   Decoded decode() && {
     while (bytes_.size() - offset_ >= kUnitSize) {
+      releaseSometimes();
       takeRun();
       if (bytes_.size() - offset_ >= kUnitSize) take(firstToken<kEncoding>(bytes_.subspan(offset_)));
     }
     add(text::kParagraphMark);
+    file_.release();
     const std::span<const Unit> text(units_.get(), static_cast<std::size_t>(length_));
     return {textOf(text), std::move(map_), commonLineEnd(lineEnds_, storage_)};
   }
 
  private:
   static constexpr std::size_t kUnitSize = unitSize(kEncoding);
+
+  /// What is decoded is not looked at again soon.
+  void releaseSometimes() {
+    constexpr std::size_t kHeld = 8 * 1024 * 1024;
+    if (offset_ - released_ < kHeld) return;
+    file_.release();
+    released_ = offset_;
+  }
 
   void takeRun() {
     std::size_t count = runOf<kEncoding>(bytes_.subspan(offset_));
@@ -93,9 +104,11 @@ class Decoder {
 
   ByteSpan bytes_;
   const Storage& storage_;
+  const files::Bytes& file_;
   std::shared_ptr<Unit[]> units_;
   ByteMap map_;
   std::size_t offset_ = 0;
+  std::size_t released_ = 0;
   Position length_ = 0;
   std::array<std::size_t, 3> lineEnds_ = {};
 };
@@ -145,10 +158,11 @@ void requireReachable(ByteSpan bytes, const Storage& storage) {
                                "The text has more than two thousand million characters; split the file.");
 }
 
-Decoded decode(ByteSpan bytes, const Storage& storage) {
+Decoded decode(ByteSpan bytes, const Storage& storage, const files::Bytes& file) {
+  file.release();
   return withEncoding(storage.encoding, [&]<Encoding kEncoding>() {
-    if (isNarrow(bytes, storage)) return Decoder<kEncoding, std::uint8_t>(bytes, storage).decode();
-    return Decoder<kEncoding, char16_t>(bytes, storage).decode();
+    if (isNarrow(bytes, storage)) return Decoder<kEncoding, std::uint8_t>(bytes, storage, file).decode();
+    return Decoder<kEncoding, char16_t>(bytes, storage, file).decode();
   });
 }
 

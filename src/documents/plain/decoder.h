@@ -23,8 +23,8 @@ bool liesAsText(files::ByteSpan bytes, const Storage& storage);
 /// Throws files::DocumentError (too-large) where positions might not reach to the end of the text.
 void requireReachable(files::ByteSpan bytes, const Storage& storage);
 
-/// Of a text that requireReachable accepted.
-Decoded decode(files::ByteSpan bytes, const Storage& storage);
+/// Of a text that requireReachable accepted. The file's memory is released on the way.
+Decoded decode(files::ByteSpan bytes, const Storage& storage, const files::Bytes& file);
 
 /// The line end that a new paragraph gets, given how many there are of each, in the order of LineEnd.
 LineEnd commonLineEnd(const std::array<std::size_t, 3>& counts, const Storage& storage);

@@ -41,7 +41,7 @@ formats::Opened PlainFormat::read(files::Bytes bytes) const {
     return {model::plainContent(std::move(text)),
             std::make_unique<PlainSource>(std::move(bytes), storage, lineEnd, std::nullopt)};
   }
-  Decoded decoded = decode(content, storage);
+  Decoded decoded = decode(content, storage, bytes);
   return {model::plainContent(std::move(decoded.text)),
           std::make_unique<PlainSource>(std::move(bytes), storage, decoded.commonLineEnd,
                                         std::move(decoded.map))};

@@ -40,7 +40,11 @@ void PlainSource::copyPiece(const text::OriginalText& original, Position from, P
   const ByteMap::Place begin = placeOf(from);
   const ByteMap::Place end = placeOf(to);
   const files::ByteSpan content = bytes_.view.subspan(storage_.markLength);
-  if (begin.offset < end.offset) writer.copy(content.subspan(begin.offset, end.offset - begin.offset));
+  if (begin.offset < end.offset) {
+    writer.copy(content.subspan(begin.offset, end.offset - begin.offset), [this] {
+      if (map_) bytes_.release();  // the text itself does not lie there
+    });
+  }
   if (end.insidePair) encodeUnitAt(to - 1);
 }
 

@@ -3,6 +3,8 @@
 #include "files/problem.h"
 #include "token.h"
 
+#include <algorithm>
+
 namespace pluvo::plain {
 
 using files::ByteSpan;
@@ -47,12 +49,18 @@ std::optional<char32_t> firstWithoutPlace(Encoding encoding, std::u16string_view
   return std::nullopt;
 }
 
-void Writer::copy(ByteSpan bytes) {
+void Writer::copy(ByteSpan bytes, const std::function<void()>& pause) {
   if (bytes.empty()) return;
   keepLineEndsApart(unitAt(encoding_, bytes, 0));
   requireWholeCharacter();
   flush();
-  out_.write(bytes);
+  constexpr std::size_t kAtOnce = 8 * 1024 * 1024;
+  for (ByteSpan rest = bytes; !rest.empty();) {
+    const ByteSpan part = rest.first(std::min(rest.size(), kAtOnce));
+    out_.write(part);
+    rest = rest.subspan(part.size());
+    if (part.size() == kAtOnce) pause();
+  }
   afterCarriageReturn_ = unitAt(encoding_, bytes, bytes.size() - unitSize(encoding_)) == u'\r';
 }
 

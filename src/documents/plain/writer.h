@@ -3,6 +3,7 @@
 #include "encoding.h"
 #include "files/bytes.h"
 
+#include <functional>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -18,8 +19,8 @@ class Writer {
   Writer(Encoding encoding, LineEnd lineEnd, files::Output& out)
       : encoding_(encoding), lineEnd_(lineEnd), out_(out) {}
 
-  /// Whole tokens of a file in the same encoding.
-  void copy(files::ByteSpan bytes);
+  /// Whole tokens of a file in the same encoding. Calls pause every few megabytes.
+  void copy(files::ByteSpan bytes, const std::function<void()>& pause);
   /// A character may be split between calls. Throws files::DocumentError (encoding) for one that has no
   /// place.
   void encode(std::u16string_view text);

@@ -1,5 +1,6 @@
 #include "same_text.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace pluvo::store {
@@ -20,13 +21,19 @@ bool equal(const Stretch& a, const Stretch& b) {
 
 }  // namespace
 
-bool sameText(const text::PieceText& edited, const text::OriginalText& readBack) {
+bool sameText(const text::PieceText& edited, const text::OriginalText& readBack,
+              const std::function<void()>& pause) {
+  constexpr Position kWindow = 4 * 1024 * 1024;
   if (edited.length() != readBack.length()) return false;
   bool same = true;
-  edited.forEachStretch(0, edited.length(), [&](Position start, const Stretch& stretch) {
-    same = equal(stretch, readBack.stretch(start, start + stretch.length));
-    return same;
-  });
+  for (Position from = 0, to = 0; same && from < edited.length(); from = to) {
+    to = from + std::min(kWindow, edited.length() - from);
+    edited.forEachStretch(from, to, [&](Position start, const Stretch& stretch) {
+      same = equal(stretch, readBack.stretch(start, start + stretch.length));
+      return same;
+    });
+    pause();
+  }
   return same;
 }
 

@@ -3,8 +3,12 @@
 #include "text/original.h"
 #include "text/pieces.h"
 
+#include <functional>
+
 namespace pluvo::store {
 
-bool sameText(const text::PieceText& edited, const text::OriginalText& readBack);
+/// Calls pause every few megabytes.
+bool sameText(const text::PieceText& edited, const text::OriginalText& readBack,
+              const std::function<void()>& pause);
 
 }  // namespace pluvo::store

@@ -17,7 +17,7 @@ namespace {
 std::string_view nameIn(std::string_view path) { return path.substr(path.rfind('/') + 1); }
 
 void requireWhole(const files::Bytes& bytes) {
-  if (bytes.vanished && bytes.vanished())
+  if (bytes.vanished())
     throw DocumentError(
         Problem::changed,
         "Part of the file could not be read any more: another program cut it short, or the disk "
@@ -61,8 +61,14 @@ void StoredDocument::requireSameDocument(const files::Bytes& written) const {
       "could no longer be told; nothing was changed. Save the original as UTF-8 with a byte "
       "order mark, or as .docx, first.");
   if (registry_->find(written.view, formats::extensionOf(path_)) != format_) throw other;
+  // So that never more than one of the two files is in memory.
+  bytes_.release();
   const formats::Opened again = format_->read(written);
-  if (!sameText(document_->model().text(), again.content.text)) throw other;
+  const auto release = [&] {
+    bytes_.release();
+    written.release();
+  };
+  if (!sameText(document_->model().text(), again.content.text, release)) throw other;
 }
 
 Store::Store(files::FileSystem& system)

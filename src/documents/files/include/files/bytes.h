@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <span>
 #include <utility>
@@ -12,23 +11,37 @@ namespace pluvo::files {
 
 using ByteSpan = std::span<const std::uint8_t>;
 
+/// A file of which bytes are mapped, not read.
+class MappedFile {
+ public:
+  virtual ~MappedFile() = default;
+  /// Whether part of the file went missing under the bytes (somebody cut it short, the disk failed); such a
+  /// part reads as zeros.
+  virtual bool vanished() const = 0;
+  /// Gives back memory that is filled again from the file when the bytes are next looked at.
+  virtual void release() const = 0;
+};
+
 /// The bytes of a file, held for as long as somebody refers to them: mapped, read, or made by a test.
 ///
-/// One byte more, kBehind, follows the view in the same memory: a text whose last line has no end is given a
-/// paragraph mark where it lies.
+/// Behind a whole file one byte more, kBehind, lies in the same memory: a text whose last line has no end is
+/// given a paragraph mark where it lies.
 struct Bytes {
   static constexpr std::uint8_t kBehind = '\r';
 
   ByteSpan view;
   std::shared_ptr<const void> owner;
-  /// Asks whether part of the file went missing under the view (a mapped file cut short by somebody else);
-  /// such a part reads as zeros. Empty where that cannot happen.
-  std::function<bool()> vanished;
+  std::shared_ptr<const MappedFile> file;  ///< null where there is none
+
+  bool vanished() const { return file != nullptr && file->vanished(); }
+  void release() const {
+    if (file != nullptr) file->release();
+  }
 
   static Bytes of(std::vector<std::uint8_t> bytes) {
     bytes.push_back(kBehind);
     auto held = std::make_shared<const std::vector<std::uint8_t>>(std::move(bytes));
-    return {ByteSpan(held->data(), held->size() - 1), held, {}};
+    return {ByteSpan(held->data(), held->size() - 1), held, nullptr};
   }
 };
 
