@@ -1,0 +1,22 @@
+#pragma once
+
+#include "word/enums.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pluvo::cli {
+
+/// The highlight colour of that name: one of the six short names (green is Word's dark green, as its dialog
+/// has it) or one of Word's sixteen. Capitals, blanks, hyphens and "grey" make no difference.
+std::optional<word::WdColorIndex> colorNamed(std::string_view name);
+
+/// The name that colorNamed takes.
+std::string nameOf(word::WdColorIndex color);
+
+/// Names to suggest from.
+const std::vector<std::string_view>& colorNames();
+
+}  // namespace pluvo::cli

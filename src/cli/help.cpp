@@ -1,0 +1,125 @@
+#include "help.h"
+
+#include <array>
+#include <string_view>
+
+namespace pluvo::cli {
+namespace {
+
+constexpr std::size_t kTextColumn = 27;
+
+constexpr std::string_view kIntroduction =
+    "Finds blocks of text in documents and inserts, replaces, deletes or highlights on them.\n"
+    "A block begins with one text, ends with another a bounded distance away, and may have\n"
+    "to contain a third. A document is saved completely or not at all.\n";
+
+constexpr std::string_view kOverallExamples =
+    "  pluvo find --begin 'The Lessor' --end 'the Lessee' lease.txt\n"
+    "  pluvo replace -b 'DRAFT' -t 'FINAL' --match-case *.txt\n"
+    "  pluvo delete -b '[begin note]' -e '[end note]' --unit document -n minutes.txt\n"
+    "  pluvo highlight -b 'confidential' --color pink --confirm lease.docx\n";
+
+constexpr std::string_view kExitStatus =
+    "  0 blocks were found   1 none   2 something failed, whatever else succeeded\n";
+
+struct Story {
+  std::string_view what;
+  std::string_view examples;
+};
+
+// In the order of Command.
+constexpr std::array<Story, 5> kStories = {{
+    {"Lists the blocks: document, number of the paragraph, text. Changes nothing.\n",
+     "  pluvo find -b 'The Lessor' -e 'the Lessee' lease.txt\n"
+     "      from 'The Lessor' to the next 'the Lessee' in the same or the next paragraph\n"
+     "  pluvo find -b 'Whereas' -e 'Now, therefore' -i 'option to buy' --unit document *.txt\n"
+     "      recitals that mention an option, however long\n"
+     "  pluvo find -b 'Clause' -e 'void' --apart 20 --unit word --on end contract.txt\n"
+     "      lists each 'void' at most 20 words behind a 'Clause'\n"},
+    {"Inserts a text before or after each block, or its beginning, ending or inside text.\n",
+     "  pluvo insert -b 'the Agreement' -t 'amended' --extra-space --on begin lease.txt\n"
+     "      'the Agreement' becomes 'amended the Agreement'\n"
+     "  pluvo insert -b 'Schedule A' -e 'Total:' --unit document -t ' (see note)' --after --on end *.txt\n"},
+    {"Puts a text in the place of each block, or of its beginning, ending or inside text.\n",
+     "  pluvo replace -b 'Smith & Sons' -t 'Smith & Daughters Ltd' --match-case *.txt\n"
+     "  pluvo replace -b 'ARTICLE 7' -e 'ARTICLE 8' --unit document --text-file article7.txt lease.txt\n"
+     "  pluvo replace -b 'DRAFT' -t 'FINAL' --dry-run minutes.txt\n"
+     "      shows each block before and after and saves nothing\n"},
+    {"Deletes each block, or its beginning, ending or inside text.\n",
+     "  pluvo delete -b '[begin note]' -e '[end note]' --unit document --backup minutes.txt\n"
+     "      keeps the original as minutes.txt.bak\n"
+     "  pluvo delete -b 'Privileged:' -e '.' --confirm *.txt\n"},
+    {"Highlights each block, or its beginning, ending or inside text; --color none removes.\n"
+     "Plain text has no place for highlighting.\n",
+     "  pluvo highlight -b 'shall not' -e '.' --color yellow lease.docx\n"
+     "  pluvo highlight -b 'Clause 12' --color none --output clean/ *.docx\n"},
+}};
+
+std::string optionNames(const Option& option) {
+  std::string names = option.letter == 0 ? "      --" : "  -" + std::string(1, option.letter) + ", --";
+  names += option.name;
+  if (option.takes == Takes::value) names += " " + std::string(option.valueName);
+  if (option.takes == Takes::maybeValue) names += "[=" + std::string(option.valueName) + "]";
+  return names;
+}
+
+std::string optionHelp(const Option& option) {
+  std::string text = optionNames(option);
+  if (text.size() >= kTextColumn) {
+    text += '\n' + std::string(kTextColumn, ' ');
+  } else {
+    text.resize(kTextColumn, ' ');
+  }
+  for (const char c : option.help) {
+    text += c;
+    if (c == '\n') text += std::string(kTextColumn, ' ');
+  }
+  return text + '\n';
+}
+
+std::string optionList(CommandSet commands, const Style& style) {
+  std::string list;
+  std::string_view group;
+  for (const Option& option : options()) {
+    if ((option.commands & commands) == 0) continue;
+    if (option.group != group) list += '\n' + style.heading(option.group) + '\n';
+    group = option.group;
+    list += optionHelp(option);
+  }
+  return list;
+}
+
+std::string commandList() {
+  std::string list;
+  for (const CommandName& each : commandNames()) {
+    std::string line = "  " + std::string(each.name);
+    line.resize(14, ' ');
+    list += line + std::string(each.summary) + '\n';
+  }
+  return list;
+}
+
+std::string section(std::string_view heading, std::string_view text, const Style& style) {
+  return '\n' + style.heading(heading) + '\n' + std::string(text);
+}
+
+}  // namespace
+
+std::string helpText(std::optional<Command> command, const Style& style) {
+  const std::string name = command ? std::string(nameOf(*command)) : "COMMAND";
+  std::string text = style.heading("pluvo " + name) + " [OPTIONS] DOCUMENT...\n\n";
+  if (command) {
+    const Story& story = kStories[static_cast<std::size_t>(*command)];
+    text += std::string(story.what) + optionList(setOf(*command), style);
+    text += section("Examples", story.examples, style);
+  } else {
+    text += std::string(kIntroduction) + section("Commands", commandList(), style);
+    text += "  'pluvo COMMAND --help' tells of one command, with examples.\n";
+    text += optionList(kEveryCommand, style) + section("Examples", kOverallExamples, style);
+  }
+  return text + section("Exit status", kExitStatus, style);
+}
+
+std::string versionText() { return "pluvo " PLUVO_VERSION "\n"; }
+
+}  // namespace pluvo::cli

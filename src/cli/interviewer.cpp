@@ -1,0 +1,46 @@
+#include "interviewer.h"
+
+#include "printer.h"
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <iostream>
+
+namespace pluvo::cli {
+namespace {
+
+constexpr const char* kHelp = "y: yes, n: no, leave it, a: yes to this and all the rest, q: stop here\n";
+
+void show(const std::string& text) { (void)std::fwrite(text.data(), 1, text.size(), stderr); }
+
+}  // namespace
+
+Interviewer::Interviewer() : style_(Style::forStream(STDERR_FILENO)) {}
+
+bool Interviewer::canAsk() { return isTerminal(STDIN_FILENO) && isTerminal(STDERR_FILENO); }
+
+Answer Interviewer::ask(const std::string& path, const Excerpt& block) {
+  if (all_) return Answer::yes;
+  (void)std::fflush(stdout);
+  const std::string piece = style_.colored() ? style_.match(block.piece) : "[" + block.piece + "]";
+  show(style_.file(shownPath(path)) + ":" + style_.number(std::to_string(block.paragraph)) + ":\n  " +
+       block.lead + piece + block.trail + "\n");
+  while (true) {
+    show(style_.heading("Change this block [y,n,a,q]? "));
+    std::string line;
+    // The end of the input is a "stop": nobody is there to answer any more.
+    const bool answered = static_cast<bool>(std::getline(std::cin, line));
+    const char key = line.empty() ? '?' : static_cast<char>(line[0] | 0x20);
+    if (!answered || key == 'q') {
+      stopped_ = true;
+      return Answer::stop;
+    }
+    if (key == 'a') all_ = true;
+    if (key == 'y' || key == 'a') return Answer::yes;
+    if (key == 'n') return Answer::no;
+    show(kHelp);
+  }
+}
+
+}  // namespace pluvo::cli

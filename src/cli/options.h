@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pluvo::cli {
+
+enum class Command : std::uint8_t { find, insert, replace, remove, highlight };
+
+struct CommandName {
+  Command command;
+  std::string_view name;
+  std::string_view summary;
+};
+
+const std::vector<CommandName>& commandNames();
+std::string_view nameOf(Command command);
+
+/// The command line as it was typed: texts are bytes, numbers are texts, nothing has been looked at. What it
+/// means is request.h's business.
+struct TypedOptions {
+  std::optional<std::string> begin, end, inside, text;
+  std::optional<std::string> beginFile, endFile, insideFile, textFile;
+  std::optional<std::string> apart, unit, on, color, backup, output;
+  bool before = false;
+  bool after = false;
+  bool extraSpace = false;
+  bool wholeWords = false;
+  bool matchCase = false;
+  bool fieldCodes = false;
+  bool confirm = false;
+  bool dryRun = false;
+  bool keepGoing = false;
+  bool json = false;
+  bool quiet = false;
+  bool help = false;
+  bool version = false;
+};
+
+enum class Takes : std::uint8_t { nothing, value, maybeValue };
+
+/// Which commands an option belongs to.
+using CommandSet = unsigned;
+constexpr CommandSet setOf(Command command) { return 1U << static_cast<unsigned>(command); }
+inline constexpr CommandSet kEveryCommand = 0x1F;
+inline constexpr CommandSet kChangingCommands = kEveryCommand & ~setOf(Command::find);
+
+/// One option: all that the parser and the help know of it.
+struct Option {
+  char letter;  ///< 0 for none
+  const char* name;
+  Takes takes;
+  std::string_view valueName;
+  std::string_view group;  ///< the heading it stands under in the help
+  CommandSet commands;
+  std::string_view help;  ///< lines; a line feed separates them
+  void (*store)(TypedOptions& typed, std::string value);
+};
+
+const std::vector<Option>& options();
+
+}  // namespace pluvo::cli

@@ -1,0 +1,14 @@
+#include "outcome.h"
+
+namespace pluvo::cli {
+
+void Totals::add(const Outcome& outcome) {
+  ++files;
+  found += outcome.found;
+  operated += outcome.operated;
+  skipped += outcome.skipped;
+  if (outcome.changed && !outcome.failure) ++changed;
+  if (outcome.failure && outcome.failure->problem != files::Problem::temporary) ++failed;
+}
+
+}  // namespace pluvo::cli

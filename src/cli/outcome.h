@@ -1,0 +1,50 @@
+#pragma once
+
+#include "excerpt.h"
+#include "files/problem.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace pluvo::cli {
+
+struct Failure {
+  files::Problem problem = files::Problem::io;
+  std::string message;  ///< a sentence for the user, without the document's name
+};
+
+/// What became of one document.
+struct Outcome {
+  std::string path;  ///< bytes, as the user named it
+  std::int64_t found = 0;
+  std::int64_t operated = 0;  ///< operations carried out; 0 for find
+  std::int64_t skipped = 0;
+  std::int64_t refused = 0;  ///< operations refused and passed over
+  bool changed = false;      ///< an operation made a difference
+  bool saved = false;
+  std::string savedAs;  ///< the new document with --output, else empty
+  std::string backup;   ///< where the original is kept, else empty
+  std::optional<Failure> failure;
+};
+
+/// What became of all of them.
+struct Totals {
+  std::int64_t files = 0;
+  std::int64_t found = 0;
+  std::int64_t operated = 0;
+  std::int64_t skipped = 0;
+  std::int64_t changed = 0;  ///< documents saved; with --dry-run, those that would be
+  std::int64_t failed = 0;   ///< but for temporary files, which are skipped
+
+  void add(const Outcome& outcome);
+};
+
+/// One block as it was found and as an operation left it.
+struct BlockReport {
+  Excerpt before;
+  std::optional<Excerpt> after;  ///< nothing for find
+  bool refused = false;
+};
+
+}  // namespace pluvo::cli

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "options.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pluvo::cli {
+
+struct TypedCommandLine {
+  std::optional<Command> command;
+  TypedOptions options;
+  std::vector<std::string> paths;  ///< bytes, as typed
+};
+
+/// Takes the arguments apart (without the program's name). Options and paths may stand in any order, "--"
+/// ends the options, a long option may be shortened while it stays unmistakable. Touches nothing outside.
+/// Throws UsageError for what is unknown, incomplete, given twice, or has no place with the command.
+TypedCommandLine parse(const std::vector<std::string>& arguments);
+
+}  // namespace pluvo::cli

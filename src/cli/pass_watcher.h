@@ -1,0 +1,47 @@
+#pragma once
+
+#include "document_run.h"
+#include "engine/pass_observer.h"
+
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace pluvo::cli {
+
+/// Hears of every block of a pass over one document: counts, hands blocks to the printer, and stops the pass
+/// where going on makes no sense: a document that cannot be saved, a change that was refused.
+class PassWatcher final : public engine::PassObserver {
+ public:
+  PassWatcher(store::StoredDocument& document, const Surroundings& around, Outcome& outcome)
+      : document_(document), around_(around), outcome_(outcome) {}
+
+  Answer found(const engine::Block& block) override;
+  Answer operated(const engine::Block& block, const errors::Fault* refusal) override;
+  Answer skipped(const engine::Block& block) override;
+
+  /// Changes that were refused and passed over, with --keep-going.
+  std::int64_t refused() const { return refused_; }
+  const std::optional<Failure>& firstRefusal() const { return firstRefusal_; }
+
+  /// The block the pass stands at, for whoever asks about it.
+  const Excerpt& current() const { return before_; }
+
+ private:
+  std::pair<std::int32_t, std::int32_t> changedSpan(word::Range& place) const;
+  bool changesInPlace() const;
+  Excerpt excerpt(std::int32_t start, std::int32_t end) const;
+
+  store::StoredDocument& document_;
+  const Surroundings& around_;
+  Outcome& outcome_;
+  std::int64_t refused_ = 0;
+  std::optional<Failure> firstRefusal_;
+  Excerpt before_;
+  std::int32_t lengthBefore_ = 0;  ///< of the place, before the operation
+};
+
+/// A refusal by the word processor in the command line's terms.
+Failure failureFrom(const errors::Fault& fault);
+
+}  // namespace pluvo::cli

@@ -1,0 +1,54 @@
+#include "files/file_system.h"
+#include "help.h"
+#include "parse.h"
+#include "printer.h"
+#include "request.h"
+#include "run.h"
+#include "usage_error.h"
+
+#include <cstdio>
+#include <cstring>
+#include <exception>
+#include <new>
+#include <system_error>
+#include <vector>
+
+namespace {
+
+using namespace pluvo;
+
+int runProgram(const std::vector<std::string>& arguments) {
+  const cli::TypedCommandLine line = cli::parse(arguments);
+  if (line.options.version) {
+    cli::writeOut(cli::versionText());
+    return cli::kFound;
+  }
+  if (line.options.help) {
+    cli::writeOut(cli::helpText(line.command, cli::Style::forStream(fileno(stdout))));
+    return cli::kFound;
+  }
+  if (!line.command)
+    throw cli::UsageError(
+        "Say what to do, for instance: pluvo find --begin TEXT DOCUMENT. 'pluvo --help' tells more.");
+  return cli::run(cli::requestFrom(line), files::machineFileSystem());
+}
+
+}  // namespace
+
+int main(int count, char** words) {
+  try {
+    const int status = runProgram({words + 1, words + count});
+    if (std::fflush(stdout) == 0) return status;
+    cli::sayError("Cannot write to standard output.");
+  } catch (const cli::UsageError& refused) {
+    cli::sayError(refused.what());
+  } catch (const std::system_error& failed) {
+    cli::sayError(std::string("Cannot write to standard output: ") + std::strerror(failed.code().value()) +
+                  ".");
+  } catch (const std::bad_alloc&) {
+    cli::sayError("Not enough memory.");
+  } catch (const std::exception& failed) {
+    cli::sayError(failed.what());
+  }
+  return cli::kFailed;
+}

@@ -1,0 +1,178 @@
+#include "request.h"
+
+#include "colors.h"
+#include "suggest.h"
+#include "text_input.h"
+#include "usage_error.h"
+
+#include <algorithm>
+#include <charconv>
+#include <string_view>
+
+namespace pluvo::cli {
+namespace {
+
+constexpr int kMostApart = 32767;
+
+/// The text that an option gives itself or in a file.
+std::optional<std::u16string> textOf(const std::optional<std::string>& typed,
+                                     const std::optional<std::string>& file, const std::string& option) {
+  if (typed && file) throw UsageError(option + " and " + option + "-file both give the text; leave one out.");
+  if (typed) return textFromArgument(*typed, option);
+  if (file) return textFromFile(*file, option + "-file");
+  return std::nullopt;
+}
+
+bool beginsWithLineEnd(const std::u16string& text) { return text.front() == u'\r' || text.front() == u'\v'; }
+
+/// A text to look for. What the engine would silently take for "no such text" is refused here: an empty one,
+/// and one whose first line is empty, since only first lines are searched for (the rest is then compared).
+std::u16string soughtText(const std::optional<std::string>& typed, const std::optional<std::string>& file,
+                          const std::string& option) {
+  const auto text = textOf(typed, file, option);
+  if (!text) return {};
+  if (text->empty()) {
+    throw UsageError(
+        option + " is empty; " +
+        (option == "--begin" ? "say what a block begins with." : "give it a text or leave it out."));
+  }
+  if (beginsWithLineEnd(*text)) {
+    throw UsageError(option +
+                     " begins with a line end and cannot be searched for; begin it with a character" +
+                     " of the line before or after.");
+  }
+  return *text;
+}
+
+template <class Value>
+Value valueNamed(const std::string& typed, const std::string& option,
+                 const std::vector<std::pair<std::string_view, Value>>& values) {
+  std::vector<std::string_view> names;
+  for (const auto& [name, value] : values) {
+    if (name == typed) return value;
+    names.push_back(name);
+  }
+  throw UsageError(option + " is " + joinedWithOr(names) + ", not '" + typed + "'.");
+}
+
+std::u16string apartFrom(const std::string& typed) {
+  if (typed == "same" || typed == "Same") return u"Same";
+  int number = -1;
+  const char* const last = typed.data() + typed.size();
+  const auto [stopped, error] = std::from_chars(typed.data(), last, number);
+  if (error != std::errc{} || stopped != last || number < 0 || number > kMostApart) {
+    throw UsageError("--apart is a number from 0 to 32767 or same, not '" + typed + "'.");
+  }
+  return {typed.begin(), typed.end()};
+}
+
+word::WdColorIndex colorFrom(const std::string& typed) {
+  if (const auto color = colorNamed(typed)) return *color;
+  const std::string hint = didYouMean(typed, colorNames());
+  throw UsageError("There is no highlight colour '" + typed + "'." +
+                   (hint.empty() ? " 'pluvo highlight --help' lists them." : hint));
+}
+
+void readBlock(const TypedOptions& typed, Request& request) {
+  if (!typed.begin && !typed.beginFile) {
+    throw UsageError("Say what a block begins with: --begin TEXT (or --begin-file FILE).");
+  }
+  request.begin = soughtText(typed.begin, typed.beginFile, "--begin");
+  request.end = soughtText(typed.end, typed.endFile, "--end");
+  request.inside = soughtText(typed.inside, typed.insideFile, "--inside");
+
+  if (typed.unit) {
+    request.unit = valueNamed<Unit>(*typed.unit, "--unit",
+                                    {{"word", Unit::word},
+                                     {"sentence", Unit::sentence},
+                                     {"paragraph", Unit::paragraph},
+                                     {"document", Unit::document}});
+  }
+  if (typed.apart) request.apart = apartFrom(*typed.apart);
+
+  if (request.end.empty()) {
+    if (!request.inside.empty()) {
+      throw UsageError("--inside needs --end: it looks between a block's beginning and its ending.");
+    }
+    if (typed.apart || typed.unit) {
+      throw UsageError(std::string(typed.apart ? "--apart" : "--unit") +
+                       " needs --end: it limits how far the ending may be from the beginning.");
+    }
+  }
+  if (typed.apart && request.unit == Unit::document) {
+    throw UsageError("--unit document sets no limit, so --apart has no meaning with it; leave one out.");
+  }
+}
+
+void readPlace(const TypedOptions& typed, Request& request) {
+  if (typed.on) {
+    request.place = valueNamed<Place>(
+        *typed.on, "--on",
+        {{"block", Place::block}, {"begin", Place::begin}, {"end", Place::end}, {"inside", Place::inside}});
+  }
+  if (request.place == Place::end && request.end.empty()) {
+    throw UsageError("--on end needs --end: say what a block ends with.");
+  }
+  if (request.place == Place::inside && request.inside.empty()) {
+    throw UsageError("--on inside needs --inside: say what a block must contain.");
+  }
+  // A block without an ending is its beginning; only as the beginning is a cut text covered in full.
+  if (request.place == Place::block && request.end.empty()) request.place = Place::begin;
+}
+
+void readChange(const TypedOptions& typed, Request& request) {
+  const auto text = textOf(typed.text, typed.textFile, "--text");
+  if (!text && request.command == Command::insert) {
+    throw UsageError("Say what to insert: --text TEXT (or --text-file FILE).");
+  }
+  if (!text && request.command == Command::replace) {
+    throw UsageError(
+        "Say what to replace with: --text TEXT (or --text-file FILE); to take it out, use delete.");
+  }
+  request.text = text.value_or(u"");
+  if (typed.before && typed.after) {
+    throw UsageError("--before and --after exclude each other; for both, insert twice.");
+  }
+  request.after = typed.after;
+  request.extraSpace = typed.extraSpace;
+  if (typed.color) request.color = colorFrom(*typed.color);
+}
+
+void readSafety(const TypedOptions& typed, Request& request) {
+  if (typed.backup && typed.output) {
+    throw UsageError(
+        "--output leaves the originals where they are, so --backup has nothing to keep; leave one out.");
+  }
+  if (typed.backup) {
+    request.backupSuffix = typed.backup->empty() ? ".bak" : *typed.backup;
+    if (request.backupSuffix->find('/') != std::string::npos) {
+      throw UsageError("--backup takes what to put behind a file's name; it cannot hold a /.");
+    }
+  }
+  if (typed.output && typed.output->empty()) throw UsageError("--output needs the name of a folder.");
+  request.outputFolder = typed.output;
+  request.confirm = typed.confirm;
+  request.dryRun = typed.dryRun;
+  request.keepGoing = typed.keepGoing;
+}
+
+}  // namespace
+
+Request requestFrom(const TypedCommandLine& line) {
+  Request request;
+  request.command = *line.command;
+  readBlock(line.options, request);
+  readPlace(line.options, request);
+  readChange(line.options, request);
+  readSafety(line.options, request);
+  request.wholeWords = line.options.wholeWords;
+  request.matchCase = line.options.matchCase;
+  request.fieldCodes = line.options.fieldCodes;
+  request.json = line.options.json;
+  request.quiet = line.options.quiet;
+  request.paths = line.paths;
+  if (request.paths.empty()) throw UsageError("Name the documents to work on, behind the options.");
+  return request;
+}
+
+}  // namespace pluvo::cli

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pluvo::cli {
+
+/// The candidates that a mistyped word may stand for: those that it begins, else those that are at most two
+/// slips of the keyboard away (a letter too many, too few, wrong, or swapped with its neighbour), nearest
+/// first.
+std::vector<std::string_view> suggestionsFor(std::string_view typed,
+                                             const std::vector<std::string_view>& candidates);
+
+/// " Did you mean a, b or c?", or nothing.
+std::string didYouMean(std::string_view typed, const std::vector<std::string_view>& candidates);
+
+/// "a", "a or b", "a, b or c".
+std::string joinedWithOr(const std::vector<std::string_view>& words);
+
+}  // namespace pluvo::cli

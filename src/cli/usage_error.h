@@ -1,0 +1,14 @@
+#pragma once
+
+#include <stdexcept>
+
+namespace pluvo::cli {
+
+/// The command line asks for something that cannot be done: one sentence that says what to do instead.
+/// Nothing has been read or written when it is thrown.
+class UsageError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+}  // namespace pluvo::cli
