@@ -1,0 +1,302 @@
+#include "sandbox.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+namespace pluvo::cli {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+using ::testing::StartsWith;
+
+using Words = std::vector<std::string>;
+
+const std::string kLease = "The Lessor shall pay.\nThe Lessee shall not. The Lessor may.\n";
+
+struct Change {
+  Words arguments;  ///< for a document named d.txt
+  std::string before;
+  std::string after;  ///< equal: not saved
+  int status = 0;
+};
+
+TEST(Program, ChangesWhatItIsAskedTo) {
+  const std::vector<Change> changes = {
+      {{"replace", "-b", "draft", "-t", "final"}, "A DRAFT, a draft.\n", "A final, a final.\n"},
+      {{"replace", "-b", "draft", "-t", "final", "--match-case"},
+       "A DRAFT, a draft.\n",
+       "A DRAFT, a final.\n"},
+      {{"replace", "-b", "art", "-t", "x", "--whole-words"}, "art party Art\n", "x party x\n"},
+      {{"replace", "-b", "a", "-t", "aa"}, "banana\n", "baanaanaa\n"},
+      {{"replace", "-b", "a", "-t", ""}, "banana\n", "bnn\n"},
+      {{"replace", "-b", "none", "-t", "x"}, "banana\n", "banana\n", 1},
+      {{"delete", "-b", "[", "-e", "]"}, "a [b] c [d\ne] f\n", "a  c  f\n"},
+      {{"delete", "-b", "[", "-e", "]", "-i", "d"}, "a [b] c [d] f\n", "a [b] c  f\n"},
+      {{"delete", "-b", "[", "-e", "]", "-i", "d", "--on", "inside"},
+       "a [b] c [ddd] f\n",
+       "a [b] c [dd] f\n"},
+      {{"delete", "-b", "[", "-e", "]", "--on", "begin"}, "a [b] c\n", "a b] c\n"},
+      {{"delete", "-b", "[", "-e", "]", "--on", "end"}, "a [b] c\n", "a [b c\n"},
+      {{"delete", "-b", "a", "-e", "b"}, "a\n1\n2\nb\n", "a\n1\n2\nb\n", 1},
+      {{"delete", "-b", "a", "-e", "b", "--apart", "2"}, "a\n1\n2\nb\n", "\n"},
+      {{"delete", "-b", "a", "-e", "b", "--unit", "document"}, "a\n1\n2\nb\n", "\n"},
+      {{"delete", "-b", "x\ny"}, "1x\r\ny2\r\n", "12\r\n"},
+      {{"insert", "-b", "Lessor", "-t", "said"}, "the Lessor.\n", "the saidLessor.\n"},
+      {{"insert", "-b", "Lessor", "-t", "said", "--extra-space"}, "the Lessor.\n", "the said Lessor.\n"},
+      {{"insert", "-b", "Lessor", "-t", "too", "--extra-space", "--after"},
+       "the Lessor.\n",
+       "the Lessor too.\n"},
+      {{"insert", "-b", "1", "-e", "2", "-t", "\n", "--after"}, "1 2 3\r\n", "1 2\r\n 3\r\n"},
+      {{"insert", "-b", "1", "-e", "3", "-i", "2", "-t", "x", "--on", "inside"}, "1 2 3\n", "1 x2 3\n"},
+      {{"replace", "-b", "same", "-t", "same"}, "same\n", "same\n"},
+      {{"replace", "-b", "caf\xC3\xA9", "-t", "th\xC3\xA9"}, "un caf\xE9\n", "un th\xE9\n"},
+  };
+  for (const Change& each : changes) {
+    const Sandbox sandbox;
+    sandbox.write("d.txt", each.before);
+    const auto inode = sandbox.status("d.txt").st_ino;
+    Words arguments = each.arguments;
+    arguments.emplace_back("d.txt");
+    const Result result = sandbox.run(arguments);
+    const std::string shown = ::testing::PrintToString(arguments) + " on " + each.before;
+    EXPECT_EQ(result.status, each.status) << shown << result.err;
+    EXPECT_EQ(sandbox.read("d.txt"), each.after) << shown;
+    EXPECT_EQ(sandbox.status("d.txt").st_ino == inode, each.before == each.after) << shown;
+    EXPECT_THAT(sandbox.names(), ElementsAre("d.txt")) << shown;
+    EXPECT_THAT(result.err, IsEmpty()) << shown;
+  }
+}
+
+TEST(Program, ListsBlocksWithTheirParagraphs) {
+  const Sandbox sandbox;
+  sandbox.write("a.txt", kLease);
+  sandbox.write("b.txt", "nothing\n");
+  const Result result = sandbox.run({"find", "-b", "the lessor", "-e", "the lessee", "a.txt", "b.txt"});
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.out, "a.txt:1: The Lessor shall pay.\u00B6The Lessee\n");
+  EXPECT_EQ(result.err, "pluvo: 2 documents: 1 block\n");
+}
+
+TEST(Program, ListsThePlaceAskedFor) {
+  const Sandbox sandbox;
+  sandbox.write("a.txt", "x\n1 2 3\n1 2 4 3\n");
+  const std::vector<std::pair<Words, std::string>> places = {
+      {{"--on", "begin"}, "a.txt:2: 1\na.txt:3: 1\n"},
+      {{"--on", "end"}, "a.txt:2: 3\na.txt:3: 3\n"},
+      {{"--on", "inside", "-i", "4"}, "a.txt:3: 4\n"},
+  };
+  for (const auto& [place, listed] : places) {
+    Words arguments = {"find", "-b", "1", "-e", "3", "a.txt"};
+    arguments.insert(arguments.end(), place.begin(), place.end());
+    EXPECT_EQ(sandbox.run(arguments).out, listed) << ::testing::PrintToString(place);
+  }
+}
+
+TEST(Program, ShortensAHugeBlock) {
+  const Sandbox sandbox;
+  sandbox.write("a.txt", "BEGIN " + std::string(3'000'000, 'x') + " END\n");
+  const Result result = sandbox.run({"find", "-b", "BEGIN", "-e", "END", "a.txt"});
+  EXPECT_THAT(result.out, StartsWith("a.txt:1: BEGIN xxx"));
+  EXPECT_THAT(result.out, HasSubstr("x \u2026 x"));
+  EXPECT_LT(result.out.size(), 250U);
+}
+
+TEST(Program, ShowsADryRunAndWritesNothing) {
+  const Sandbox sandbox;
+  sandbox.write("a.txt", kLease);
+  const auto before = sandbox.status("a.txt");
+  const Result result = sandbox.run({"replace", "-b", "The Lessor", "-t", "The Owner", "--dry-run", "a.txt"});
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.out,
+            "a.txt:1:\n"
+            "  - [-The Lessor-] shall pay.\n"
+            "  + {+The Owner+} shall pay.\n"
+            "a.txt:2:\n"
+            "  - The Lessee shall not. [-The Lessor-] may.\n"
+            "  + The Lessee shall not. {+The Owner+} may.\n"
+            "a.txt: 2 blocks, 2 would be replaced\n");
+  EXPECT_EQ(sandbox.read("a.txt"), kLease);
+  const auto after = sandbox.status("a.txt");
+  EXPECT_EQ(after.st_ino, before.st_ino);
+  EXPECT_EQ(after.st_mtim.tv_nsec, before.st_mtim.tv_nsec);
+  EXPECT_THAT(sandbox.names(), ElementsAre("a.txt"));
+}
+
+TEST(Program, SaysWhatItDid) {
+  const Sandbox sandbox;
+  sandbox.write("a.txt", kLease);
+  EXPECT_EQ(sandbox.run({"delete", "-b", "may", "--backup", "a.txt"}).out,
+            "a.txt: 1 block, 1 deleted; original kept as a.txt.bak\n");
+  EXPECT_EQ(sandbox.read("a.txt.bak"), kLease);
+  EXPECT_EQ(sandbox.run({"delete", "-b", "shall", "-q", "a.txt"}).out, "");
+}
+
+TEST(Program, PrintsJsonOneObjectALine) {
+  const Sandbox sandbox;
+  sandbox.write("a.txt", kLease);
+  sandbox.write("n\xFF\"\n.txt", "nothing\n");
+  const Result result =
+      sandbox.run({"replace", "-b", "Lessor", "-t", "Owner", "--json", "a.txt", "n\xFF\"\n.txt", "gone.txt"});
+  EXPECT_EQ(result.status, 2);
+  const std::size_t third = result.out.find("{\"file\":\"gone.txt\"");
+  ASSERT_NE(third, std::string::npos) << result.out;
+  EXPECT_EQ(result.out.substr(0, third),
+            R"({"file":"a.txt","found":2,"operated":2,"skipped":0,"saved":true,"error":null})"
+            "\n"
+            R"({"file":"n\udcff\"\u000a.txt","found":0,"operated":0,"skipped":0,"saved":false,"error":null})"
+            "\n");
+  EXPECT_THAT(result.out.substr(third), HasSubstr(R"("error":{"code":"io","message":")"));
+  EXPECT_THAT(result.out,
+              HasSubstr("\n"
+                        R"({"summary":{"files":3,"found":2,"operated":2,"skipped":0,"changed":1,"failed":1}})"
+                        "\n"));
+}
+
+TEST(Program, CountsNoOperationForFind) {
+  const Sandbox sandbox;
+  sandbox.write("a.txt", kLease);
+  EXPECT_THAT(
+      sandbox.run({"find", "-b", "Lessor", "--json", "a.txt"}).out,
+      StartsWith(R"({"file":"a.txt","found":2,"operated":0,"skipped":0,"saved":false,"error":null})"));
+}
+
+TEST(Program, GoesOnBehindABadDocument) {
+  const Sandbox sandbox;
+  sandbox.write("good.txt", "draft\n");
+  sandbox.write("linked.txt", "draft\n");
+  sandbox.write("locked.txt", "draft\n");
+  std::filesystem::create_hard_link(sandbox.path("linked.txt"), sandbox.path("second.txt"));
+  ASSERT_EQ(::chmod(sandbox.path("locked.txt").c_str(), 0444), 0);
+  ASSERT_EQ(::mkfifo(sandbox.path("pipe").c_str(), 0600), 0);
+  std::filesystem::create_directory(sandbox.path("folder"));
+  const Result result = sandbox.run({"replace", "-b", "draft", "-t", "final", "gone.txt", "folder", "pipe",
+                                     "linked.txt", "locked.txt", "good.txt"});
+  EXPECT_EQ(result.status, 2);
+  EXPECT_EQ(sandbox.read("good.txt"), "final\n");
+  EXPECT_EQ(sandbox.read("linked.txt"), "draft\n");
+  EXPECT_EQ(sandbox.read("locked.txt"), "draft\n");
+  for (const char* said : {"pluvo: gone.txt: io: ", "pluvo: folder: io: ", "pluvo: pipe: io: ",
+                           "pluvo: linked.txt: read-only: ", "pluvo: locked.txt: read-only: "}) {
+    EXPECT_THAT(result.err, HasSubstr(said));
+  }
+  EXPECT_EQ(result.out, "good.txt: 1 block, 1 replaced\n");
+}
+
+TEST(Program, TakesEachFileOnce) {
+  const Sandbox sandbox;
+  sandbox.write("a.txt", "ab\n");
+  std::filesystem::create_symlink("a.txt", sandbox.path("link.txt"));
+  const Result result =
+      sandbox.run({"insert", "-b", "a", "-t", "x", "--json", "link.txt", "a.txt", "./a.txt", "link.txt"});
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(sandbox.read("a.txt"), "xab\n");
+  EXPECT_TRUE(std::filesystem::is_symlink(sandbox.path("link.txt")));
+  EXPECT_THAT(result.out, HasSubstr(R"({"summary":{"files":1,)"));
+}
+
+TEST(Program, LeavesADocumentAloneWhereAChangeIsRefused) {
+  const Sandbox sandbox;
+  sandbox.write("latin.txt", "un caf\xE9, un caf\xE9\n");
+  const Words replace = {"replace", "-b", "caf\xC3\xA9", "-t", "\xE2\x98\x95", "latin.txt"};
+  const Result result = sandbox.run(replace);
+  EXPECT_EQ(result.status, 2);
+  EXPECT_THAT(result.err, StartsWith("pluvo: latin.txt: encoding: "));
+  EXPECT_EQ(sandbox.read("latin.txt"), "un caf\xE9, un caf\xE9\n");
+
+  const Result highlight = sandbox.run({"highlight", "-b", "un", "--json", "latin.txt"});
+  EXPECT_EQ(highlight.status, 2);
+  EXPECT_THAT(highlight.out, HasSubstr(R"("found":1,"operated":0,)"));
+  EXPECT_THAT(highlight.out, HasSubstr(R"("code":"unsupported")"));
+}
+
+TEST(Program, SavesIntoAnotherFolder) {
+  const Sandbox sandbox;
+  sandbox.write("a.txt", "draft\n");
+  sandbox.write("b.txt", "else\n");
+  sandbox.write("sub/a.txt", "draft too\n");
+  const Words replace = {"replace",  "-b",  "draft", "-t",    "final",
+                         "--output", "out", "a.txt", "b.txt", "sub/a.txt"};
+  const Result result = sandbox.run(replace);
+  EXPECT_EQ(sandbox.read("a.txt"), "draft\n");
+  EXPECT_EQ(sandbox.read("sub/a.txt"), "draft too\n");
+  EXPECT_EQ(sandbox.read("out/a.txt"), "final\n");
+  EXPECT_FALSE(std::filesystem::exists(sandbox.path("out/b.txt")));  // no change, no copy
+  EXPECT_THAT(result.err, HasSubstr("pluvo: sub/a.txt: io: "));      // its name is taken, by this run …
+  EXPECT_THAT(sandbox.run(replace).err, HasSubstr("pluvo: a.txt: io: "));  // … or by an earlier one
+  EXPECT_EQ(sandbox.read("out/a.txt"), "final\n");
+}
+
+struct Answers {
+  std::string keys;
+  std::string a;  ///< the document, of which each y is to become z
+  std::string b;
+  std::string counts;  ///< in the summary
+};
+
+TEST(Program, AsksBeforeEachChange) {
+  const std::vector<Answers> answers = {
+      {"y\nn\ny\ny\n", "z y z\n", "z\n", R"("found":4,"operated":3,"skipped":1)"},
+      {"n\na\n", "y z z\n", "z\n", R"("found":4,"operated":3,"skipped":1)"},
+      {"Y\nmaybe\n\nq\n", "z y y\n", "y\n", R"("found":2,"operated":1,"skipped":0)"},
+      {"n\nn\nn\nn\n", "y y y\n", "y\n", R"("found":4,"operated":0,"skipped":4)"},
+      {"\x04", "y y y\n", "y\n", R"("found":1,"operated":0,"skipped":0)"},
+  };
+  for (const Answers& each : answers) {
+    const Sandbox sandbox;
+    sandbox.write("a.txt", "y y y\n");
+    sandbox.write("b.txt", "y\n");
+    const Result result = sandbox.runAtTerminal(
+        {"replace", "-b", "y", "-t", "z", "--confirm", "--json", "a.txt", "b.txt"}, each.keys);
+    EXPECT_EQ(sandbox.read("a.txt"), each.a) << each.keys;
+    EXPECT_EQ(sandbox.read("b.txt"), each.b) << each.keys;
+    EXPECT_THAT(result.out, HasSubstr(each.counts)) << each.keys;
+    EXPECT_EQ(result.status, 0) << each.keys;
+  }
+}
+
+TEST(Program, AsksOnlyAtATerminal) {
+  const Sandbox sandbox;
+  sandbox.write("a.txt", "y\n");
+  const Result result = sandbox.run({"replace", "-b", "y", "-t", "z", "--confirm", "a.txt"});
+  EXPECT_EQ(result.status, 2);
+  EXPECT_THAT(result.err, HasSubstr("--confirm needs a terminal"));
+  EXPECT_EQ(sandbox.read("a.txt"), "y\n");
+}
+
+TEST(Program, DoesNotAskWhereNothingCouldBeSaved) {
+  const Sandbox sandbox;
+  sandbox.write("a.txt", "y\n");
+  ASSERT_EQ(::chmod(sandbox.path("a.txt").c_str(), 0444), 0);
+  const Result result = sandbox.runAtTerminal({"replace", "-b", "y", "-t", "z", "--confirm", "a.txt"}, "");
+  EXPECT_EQ(result.status, 2);
+  EXPECT_THAT(result.err, HasSubstr("a.txt: read-only: "));
+}
+
+TEST(Program, HelpsAndRefuses) {
+  const Sandbox sandbox;
+  EXPECT_EQ(sandbox.run({"--version"}).out, "pluvo " PLUVO_VERSION "\n");
+  const std::string help = sandbox.run({"--help"}).out;
+  for (const char* word : {"find", "insert", "replace", "delete", "highlight", "Examples", "Exit status"}) {
+    EXPECT_THAT(help, HasSubstr(word));
+  }
+  const Result insert = sandbox.run({"insert", "--help"});
+  EXPECT_EQ(insert.status, 0);
+  EXPECT_EQ(insert.out, sandbox.run({"help", "insert"}).out);
+  EXPECT_THAT(insert.out, HasSubstr("--extra-space"));
+  EXPECT_THAT(insert.out, Not(HasSubstr("--color")));
+
+  const Result nothing = sandbox.run({});
+  EXPECT_EQ(nothing.status, 2);
+  EXPECT_THAT(nothing.err, HasSubstr("pluvo find --begin TEXT"));
+  const Result wrong = sandbox.run({"find", "--bgein", "x", "f"});
+  EXPECT_EQ(wrong.status, 2);
+  EXPECT_EQ(wrong.err, "pluvo: There is no option '--bgein'. Did you mean --begin?\n");
+}
+
+}  // namespace
+}  // namespace pluvo::cli
