@@ -1,0 +1,34 @@
+#!/usr/bin/env bash
+# demo.sh PLUVO: the main job, on a copy of samples/ that is left for the reader to look at.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+pluvo=$1
+copy=build/samples
+rm -rf "$copy"
+cp -r samples "$copy"
+cd "$copy"
+
+show() {
+  printf '\n%s\n$ pluvo' "$1"
+  shift
+  printf ' %q' "$@"
+  printf '\n'
+  local status=0
+  "$pluvo" "$@" 2>&1 || status=$?
+  ((status < 2)) || exit "$status"
+}
+
+show 'Find what the Lessor must do:' \
+  find -b 'the Lessor shall' -e '.' lease.txt
+show 'See what a change would do, without doing it:' \
+  replace -b 'DRAFT of' -e 'parties' -t 'AGREED FORM' --match-case --dry-run lease.txt
+show 'Take the notes to file out of the lease, and keep the original:' \
+  delete -b '[Note to file:' -e ']' --backup lease.txt
+show 'Black out what is confidential in the minutes, however long it is:' \
+  replace -b '[begin confidential]' -e '[end confidential]' --unit document -t '[withheld]' minutes.txt
+show 'Mark every closed file of 1875 and later in a list stored in an old encoding:' \
+  insert -b 'not to be shown before' -e '2045' --apart 2 --unit word -t ' (see rule 12)' --after inventory.txt
+
+printf '\nWhat changed, by line:\n'
+diff -U0 -r ../../samples . | grep -a '^[-+]' | tr -d '\r' | iconv -c -f utf-8 -t utf-8 | cut -c 1-150
+printf '\nThe changed copies are in %s; the samples are as they were.\n' "$copy"

@@ -1,0 +1,54 @@
+# Sourced by ./run and ./test: what the machine needs, and building without noise.
+# shellcheck shell=bash
+
+# To build and run the command line.
+RUN_PACKAGES=(ca-certificates cmake g++ ninja-build libdeflate-dev)
+# To test it as well.
+TEST_PACKAGES=(ccache clang clang-format clang-tidy libclang-rt-dev libgmock-dev libgtest-dev python3)
+
+fail() {
+  printf '%s: %s\n' "${0##*/}" "$*" >&2
+  exit 2
+}
+
+# Installs those of the packages that are missing. Says nothing when there is nothing to do.
+need() {
+  local missing=() package
+  for package in "$@"; do
+    [[ $(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null) == installed ]] || missing+=("$package")
+  done
+  ((${#missing[@]})) || return 0
+
+  command -v apt-get >/dev/null || fail "please install, by your system's own means: ${missing[*]}"
+  local root=()
+  if ((EUID)); then
+    command -v sudo >/dev/null || fail "please install as root: apt-get install ${missing[*]}"
+    root=(sudo)
+  fi
+  printf 'Installing %s ...\n' "${missing[*]}" >&2
+  mkdir -p build
+  if ! { "${root[@]}" apt-get -q update &&
+    "${root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -qy install --no-install-recommends "${missing[@]}"
+  } >build/apt.log 2>&1 </dev/null; then
+    tail -n 15 build/apt.log >&2
+    fail "apt could not install ${missing[*]} (the end of its log is above, all of it in build/apt.log)"
+  fi
+}
+
+# quietly LOG COMMAND...: the output goes to the log, and to standard error when the command fails.
+quietly() {
+  local log=$1
+  shift
+  "$@" >"$log" 2>&1 </dev/null || {
+    tail -n 60 "$log" >&2
+    fail "failed: $* (all of its output is in $log)"
+  }
+}
+
+# build PRESET [CMAKE OPTION...]: configures and builds build/PRESET.
+build() {
+  local preset=$1
+  mkdir -p "build/$preset"
+  quietly "build/$preset/configure.log" cmake --preset "$@"
+  quietly "build/$preset/build.log" cmake --build "build/$preset"
+}
