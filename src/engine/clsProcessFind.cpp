@@ -41,18 +41,23 @@ word::Application& clsProcessFind::application() {
 PassObserver& clsProcessFind::observing() { return observer_ != nullptr ? *observer_ : state_->nobody; }
 
 void clsProcessFind::InitializeFind() {
-  errors::guarded(context(), u"cpf:27e", [&] {
+  constexpr auto kTag = u"cpf:27e";
+  errors::guarded(context(), kTag, [&] {
     state_->counts.reset(request_.liftLimits);
-    state_->search.take(request_);
+    state_->search.take(context(), request_);
+    context().locationTag = kTag;  // the texts are normalized under a tag of their own
     state_->search.takeDistance(request_);
-    application().ActiveDocument()->ActiveWindow()->View()->ShowFieldCodes(request_.showFieldCodes);
+    const auto document = application().ActiveDocument();
+    const auto window = required(document).ActiveWindow();
+    const auto view = required(window).View();
+    required(view).ShowFieldCodes(request_.showFieldCodes);
     state_->ranges.place(application(), request_.startAtTop);
   });
 }
 
 bool clsProcessFind::FindNextItem() {
   return errors::guarded(context(), u"cpf:27a", [&] {
-    application().Selection()->SetRange(0, 0);
+    moveSelectionToTop(application());
     Locator locator(context(), application(), state_->search, state_->ranges);
     if (!locator.next()) return false;
     if (!request_.confirmEach) return false;
@@ -105,8 +110,7 @@ void clsProcessFind::GoGetEmFARBOT() {
 std::u16string clsProcessFind::documentName() {
   std::shared_ptr<word::Document> document = stepper_ ? stepper_->currentDocument() : nullptr;
   if (!document) document = application().ActiveDocument();
-  if (!document) throw errors::objectNotSet();
-  return document->Name();
+  return required(document).Name();
 }
 
 void clsProcessFind::ChangesSummary() {

@@ -10,7 +10,8 @@ namespace pluvo::engine {
 
 namespace {
 
-std::int32_t narrowedLength(std::int64_t value) {
+std::int32_t difference(std::int64_t left, std::int32_t right) {
+  const std::int64_t value = left - right;
   if (value < std::numeric_limits<std::int32_t>::min() || value > std::numeric_limits<std::int32_t>::max())
     throw errors::overflow();
   return static_cast<std::int32_t>(value);
@@ -18,54 +19,75 @@ std::int32_t narrowedLength(std::int64_t value) {
 
 /// By how many characters the full text is longer than the match of its search text.
 std::int32_t missing(const std::u16string& fullText, word::Range& match) {
-  return narrowedLength(static_cast<std::int64_t>(fullText.size()) - match.Characters().Count());
+  return difference(static_cast<std::int64_t>(fullText.size()), match.Characters().Count());
+}
+
+using UnitCount = std::int32_t (*)(word::Range&);
+
+/// None for a code that is no unit.
+UnitCount unitCount(std::int32_t unitType) {
+  switch (unitType) {
+    case kWords:
+      return [](word::Range& range) { return range.Words().Count(); };
+    case kSentences:
+      return [](word::Range& range) { return range.Sentences().Count(); };
+    case kParagraphs:
+      return [](word::Range& range) { return range.Paragraphs().Count(); };
+    default:
+      return nullptr;
+  }
 }
 
 }  // namespace
 
-word::Range& required(const std::shared_ptr<word::Range>& range) {
-  if (!range) throw errors::objectNotSet();
-  return *range;
+void moveSelectionToTop(word::Application& application) {
+  const auto selection = application.Selection();
+  required(selection).SetRange(0, 0);
 }
 
 void WorkingRanges::place(word::Application& application, bool atTop) {
   for (std::shared_ptr<word::Range>* range : {&block, &begin, &end, &inside}) {
-    const std::int32_t position = atTop ? 0 : application.Selection()->Start();
-    *range = application.ActiveDocument()->Range(position, position);
+    std::int32_t position = 0;
+    if (!atTop) {
+      const auto selection = application.Selection();
+      position = required(selection).Start();
+    }
+    const auto document = application.ActiveDocument();
+    *range = required(document).Range(position, position);
   }
 }
 
 bool Locator::find(word::Range& range, const std::u16string& text) {
-  const std::shared_ptr<word::Find> find = range.Find();
-  find->ClearFormatting();
-  find->Text(text);
-  find->Forward(true);
-  find->MatchCase(search_.matchCase);
-  find->MatchWholeWord(search_.wholeWords);
-  find->MatchWildcards(false);
-  find->MatchSoundsLike(false);
-  find->MatchAllWordForms(false);
-  find->Wrap(word::wdFindStop);
-  return find->Execute();
+  const auto object = range.Find();
+  word::Find& find = required(object);
+  find.ClearFormatting();
+  find.Text(text);
+  find.Forward(true);
+  find.MatchCase(search_.matchCase);
+  find.MatchWholeWord(search_.wholeWords);
+  find.MatchWildcards(false);
+  find.MatchSoundsLike(false);
+  find.MatchAllWordForms(false);
+  find.Wrap(word::wdFindStop);
+  return find.Execute();
 }
 
-bool Locator::findBeginAndEnd() {
+bool Locator::FindBeginAndEnd() {
   return errors::guarded(context_, u"cpf:35", [&] {
     word::Range& block = required(ranges_.block);
     word::Range& begin = required(ranges_.begin);
     if (!find(begin, search_.begin.search)) return false;
-    const std::int32_t start = begin.Start();
-    const std::int32_t stop = begin.End();
-    // A host that finds nothing as something would be asked for ever.
-    if (start >= stop) return false;
-    block.SetRange(start, stop);
-    if (search_.end.search.empty()) return true;
+    // A host may say that it found an empty text, and would say so for ever.
+    if (begin.Start() == begin.End()) return false;
+    block.SetRange(begin.Start(), begin.End());
+    if (!hasEnding()) return true;
+
     word::Range& end = required(ranges_.end);
+    const std::int32_t from = block.End();
     if (search_.liftLimits) {
-      end.SetRange(stop, stop);
+      end.SetRange(from, from);
     } else {
-      // Where the end range's End lies beyond, left there by an earlier block, the find stops at it.
-      end.Start(block.End());
+      end.Start(from);  // where its End lies beyond, left there by an earlier block, the find stops at it
     }
     if (!find(end, search_.end.search)) return false;
     block.End(end.End());
@@ -73,85 +95,85 @@ bool Locator::findBeginAndEnd() {
   });
 }
 
-bool Locator::checkUnitsApart() {
+bool Locator::CheckUnitsApart() {
   return errors::guarded(context_, u"cpf:34", [&] {
-    const auto count = [&](word::Range& range) {
-      switch (search_.unitType) {
-        case kWords:
-          return range.Words().Count();
-        case kSentences:
-          return range.Sentences().Count();
-        default:
-          return range.Paragraphs().Count();
-      }
-    };
-    switch (search_.unitType) {
-      case kWords:
-      case kSentences:
-      case kParagraphs: {
-        const std::int64_t apart =
-            std::int64_t{count(required(ranges_.block))} - count(required(ranges_.begin));
-        const std::int64_t between = std::int64_t{narrowedLength(apart)} - count(required(ranges_.end));
-        return narrowedLength(between) <= search_.distance;
-      }
-      case kEntireDocument:
-        return true;
-      default:
-        return false;
-    }
+    if (search_.unitType == kEntireDocument) return true;
+    const auto count = unitCount(search_.unitType);
+    if (count == nullptr) return false;
+    const std::int32_t behindBegin =
+        difference(count(required(ranges_.block)), count(required(ranges_.begin)));
+    return difference(behindBegin, count(required(ranges_.end))) <= search_.distance;
   });
 }
 
-bool Locator::findInsideText() {
+bool Locator::FindInsideText() {
   return errors::guarded(context_, u"cpf:33", [&] {
+    const std::int32_t from = required(ranges_.begin).End();
+    const std::int32_t to = required(ranges_.end).Start();
+    // A collapsed range would be searched to the end of the document.
+    if (from >= to) return false;
     word::Range& inside = required(ranges_.inside);
-    inside.SetRange(required(ranges_.begin).End(), required(ranges_.end).Start());
+    inside.SetRange(from, to);
     return find(inside, search_.inside.search);
   });
 }
 
-bool Locator::matchFullText(word::Range& range, const std::u16string& fullText) {
+bool Locator::MatchFullText(word::Range& range, const std::u16string& fullText) {
   return errors::guarded(context_, u"cpf:41", [&] {
-    const auto whole = application_.ActiveDocument()->Range(range.Start(), range.End());
+    const auto document = application_.ActiveDocument();
+    const auto whole = required(document).Range(range.Start(), range.End());
     required(whole).MoveEnd(word::wdCharacter, missing(fullText, range));
-    return normalized(whole->Text()) == fullText;
+    return NormalizeSearchText(context_, whole->Text()) == fullText;
   });
 }
 
-Locator::Verdict Locator::judge() {
+/// Whether the texts that were cut for the find stand there in full. The ranges then cover them.
+bool Locator::extendsToFullTexts() {
   word::Range& block = required(ranges_.block);
   word::Range& begin = required(ranges_.begin);
   word::Range& end = required(ranges_.end);
-  if (!search_.end.search.empty() && !checkUnitsApart()) return Verdict::tooFar;
   if (search_.begin.cut) {
-    if (!matchFullText(begin, search_.begin.full)) return Verdict::mismatch;
+    if (!MatchFullText(begin, search_.begin.full)) return false;
     const std::int32_t more = missing(search_.begin.full, begin);
-    std::int16_t narrow = 0;
-    if (!search_.liftLimits) narrow = errors::narrow(more);
-    begin.MoveEnd(word::wdCharacter, search_.liftLimits ? word::MoveCount(more) : word::MoveCount(&narrow));
-    if (end.End() == 0) block.End(begin.End());
+    if (search_.liftLimits) {
+      begin.MoveEnd(word::wdCharacter, more);
+    } else {
+      std::int16_t narrowed = errors::narrow(more);
+      begin.MoveEnd(word::wdCharacter, &narrowed);
+    }
+    const bool blockIsBeginning = search_.liftLimits && !hasEnding();
+    if (blockIsBeginning || end.End() == 0) block.End(begin.End());
   }
   if (search_.end.cut && end.End() >= 1) {
-    if (!matchFullText(end, search_.end.full)) return Verdict::mismatch;
+    if (!MatchFullText(end, search_.end.full)) return false;
     end.MoveEnd(word::wdCharacter, missing(search_.end.full, end));
     block.End(end.End());
   }
-  if (search_.inside.search.empty()) return Verdict::block;
-  if (!findInsideText()) return Verdict::mismatch;
-  if (!search_.inside.cut) return Verdict::block;
+  return true;
+}
+
+bool Locator::holdsInsideText() {
+  if (search_.inside.search.empty()) return true;
+  if (!FindInsideText()) return false;
+  if (!search_.inside.cut) return true;
   word::Range& inside = required(ranges_.inside);
-  if (!matchFullText(inside, search_.inside.full)) return Verdict::mismatch;
+  if (!MatchFullText(inside, search_.inside.full)) return false;
   inside.MoveEnd(word::wdCharacter, missing(search_.inside.full, inside));
-  return Verdict::block;
+  return true;
+}
+
+Locator::Verdict Locator::judge() {
+  if (hasEnding() && !CheckUnitsApart()) return Verdict::tooFar;
+  return extendsToFullTexts() && holdsInsideText() ? Verdict::block : Verdict::mismatch;
 }
 
 bool Locator::next() {
-  while (findBeginAndEnd()) {
+  while (FindBeginAndEnd()) {
     switch (judge()) {
       case Verdict::block:
         return true;
       case Verdict::mismatch:
-        resumeBehindBlock(0);
+        resumeBehindBlock();
         break;
       case Verdict::tooFar:
         resumeBehindBeginning();
@@ -161,12 +183,15 @@ bool Locator::next() {
   return false;
 }
 
-void Locator::resumeBehindBlock(std::int32_t position) {
+void Locator::resumeBehindBlock(std::int32_t atLeast) {
   word::Range& block = required(ranges_.block);
-  const auto start = [&] { return std::max(position, block.End()); };
-  required(ranges_.begin).Start(start());
-  block.Start(start());
-  required(ranges_.end).Start(start());
+  word::Range& begin = required(ranges_.begin);
+  const auto place = [&] { return std::max(atLeast, block.End()); };
+  begin.Start(place());
+  // A beginning that reaches beyond its block would be searched within itself only.
+  if (search_.liftLimits) begin.End(begin.Start());
+  block.Start(place());
+  required(ranges_.end).Start(place());
 }
 
 void Locator::resumeBehindBeginning() {

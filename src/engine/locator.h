@@ -21,8 +21,14 @@ struct WorkingRanges {
   void place(word::Application& application, bool atTop);
 };
 
-/// A host's range, which must be there. Throws Fault kObjectNotSet.
-word::Range& required(const std::shared_ptr<word::Range>& range);
+/// An object of the word processor, which must be there. Throws Fault kObjectNotSet.
+template <class Object>
+Object& required(const std::shared_ptr<Object>& object) {
+  if (!object) throw errors::objectNotSet();
+  return *object;
+}
+
+void moveSelectionToTop(word::Application& application);
 
 /// Finds the next block: a beginning, an ending within the distance, an inside text between them. Each step
 /// works under its own tag and answers "not found" after reporting a fault. Nothing of it grows with the
@@ -37,17 +43,20 @@ class Locator {
   /// that no step reports.
   bool next();
 
-  /// The next search starts behind the current block.
-  void resumeBehindBlock(std::int32_t position);
+  /// The next search starts behind the current block, or at this position where that lies farther behind.
+  void resumeBehindBlock(std::int32_t atLeast = 0);
 
  private:
   enum class Verdict { block, mismatch, tooFar };
 
+  bool hasEnding() const { return !search_.end.search.empty(); }
   bool find(word::Range& range, const std::u16string& text);
-  bool findBeginAndEnd();
-  bool checkUnitsApart();
-  bool findInsideText();
-  bool matchFullText(word::Range& range, const std::u16string& fullText);
+  bool FindBeginAndEnd();
+  bool CheckUnitsApart();
+  bool FindInsideText();
+  bool MatchFullText(word::Range& range, const std::u16string& fullText);
+  bool extendsToFullTexts();
+  bool holdsInsideText();
   Verdict judge();
   void resumeBehindBeginning();
 

@@ -16,7 +16,7 @@ void Pass::run(bool confirmEach, PassObserver& observer) {
   using Answer = PassObserver::Answer;
   Locator locator(context_, application_, search_, ranges_);
   const Operations operations(context_, search_, ranges_);
-  application_.Selection()->SetRange(0, 0);
+  moveSelectionToTop(application_);
   while (locator.next()) {
     const Block block = blockOf(search_, ranges_, operations);
     if (observer.found(block) == Answer::stop) return;
@@ -40,7 +40,7 @@ Pass::Decision Pass::confirm() {
   required(ranges_.block).Select();
   const forms::Answer answer =
       boxes_.show(u"Perform Operation on Selected Text?", forms::Buttons::yesNoCancel, u"Confirm Operation");
-  application_.Selection()->SetRange(0, 0);
+  moveSelectionToTop(application_);
   switch (answer) {
     case forms::Answer::yes:
       return Decision::operate;

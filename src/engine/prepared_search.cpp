@@ -16,15 +16,19 @@ constexpr char16_t kParagraphMark = 13;
 
 }  // namespace
 
-std::u16string normalized(std::u16string_view text) {
-  std::u16string result(text);
-  result.erase(std::remove(result.begin(), result.end(), kLineFeed), result.end());
-  std::replace(result.begin(), result.end(), kLineBreak, kParagraphMark);
-  return result;
+std::u16string NormalizeSearchText(errors::Context& context, std::u16string_view text) {
+  return errors::guarded(context, u"cpf:38", [&] {
+    std::u16string result(text);
+    result.erase(std::remove(result.begin(), result.end(), kLineFeed), result.end());
+    std::replace(result.begin(), result.end(), kLineBreak, kParagraphMark);
+    return result;
+  });
 }
 
-std::int16_t paragraphMarksIn(std::u16string_view text) {
-  return errors::narrow(static_cast<std::int32_t>(std::count(text.begin(), text.end(), kParagraphMark)));
+std::int16_t CountParagraphMarks(errors::Context& context, std::u16string_view text) {
+  return errors::guarded(context, u"cpf:37", [&] {
+    return errors::narrow(static_cast<std::int32_t>(std::count(text.begin(), text.end(), kParagraphMark)));
+  });
 }
 
 SearchText::SearchText(std::u16string normalizedText) : full(std::move(normalizedText)) {
@@ -33,12 +37,11 @@ SearchText::SearchText(std::u16string normalizedText) : full(std::move(normalize
   cut = search.size() < full.size();
 }
 
-void PreparedSearch::take(Request& request) {
+void PreparedSearch::take(errors::Context& context, Request& request) {
   if (request.extraSpace) extraSpace = u" ";
   highlightColour = request.highlightColour;
-  request.beginBlock = normalized(request.beginBlock);
-  request.endBlock = normalized(request.endBlock);
-  request.insideBlock = normalized(request.insideBlock);
+  for (std::u16string* searched : {&request.beginBlock, &request.endBlock, &request.insideBlock})
+    *searched = NormalizeSearchText(context, *searched);
   begin = SearchText(request.beginBlock);
   end = SearchText(request.endBlock);
   inside = SearchText(request.insideBlock);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/request.h"
+#include "errors/context.h"
 
 #include <cstdint>
 #include <string>
@@ -9,10 +10,10 @@
 namespace pluvo::engine {
 
 /// Line feeds go, manual line breaks become paragraph marks.
-std::u16string normalized(std::u16string_view text);
+std::u16string NormalizeSearchText(errors::Context& context, std::u16string_view text);
 
-/// How many paragraph marks the text holds.
-std::int16_t paragraphMarksIn(std::u16string_view text);
+/// How many paragraph marks the text holds. No pass asks for it.
+std::int16_t CountParagraphMarks(errors::Context& context, std::u16string_view text);
 
 /// A text as it is searched for. A word processor's find takes neither more than 255 characters nor a
 /// paragraph mark; what was cut off is compared where the rest was found.
@@ -46,7 +47,7 @@ struct PreparedSearch {
   bool liftLimits = false;
 
   /// Takes over all of the request but the distance, and leaves the normalized texts in it.
-  void take(Request& request);
+  void take(errors::Context& context, Request& request);
   /// Throws Fault where the request's distance is no number, or none of 16 bits.
   void takeDistance(const Request& request);
 };

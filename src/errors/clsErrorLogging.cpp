@@ -5,6 +5,7 @@
 
 #include <array>
 #include <ctime>
+#include <filesystem>
 #include <fstream>
 #include <utility>
 
@@ -13,7 +14,11 @@ namespace pluvo::errors {
 std::u16string dateAndTime() {
   const std::time_t now = std::time(nullptr);
   std::tm parts = {};
+#ifdef _WIN32
+  localtime_s(&parts, &now);
+#else
   localtime_r(&now, &parts);
+#endif
   std::array<char, 32> text = {};
   return utf16({text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", &parts)});
 }
@@ -36,8 +41,7 @@ void clsErrorLogging::ProcessErrors(const std::optional<std::u16string>& prefix)
 }
 
 void clsErrorLogging::appendToLog() const {
-  const std::string path = utf8(logFile_);
-  std::ofstream log(path, std::ios::app | std::ios::binary);
+  std::ofstream log(std::filesystem::path(logFile_), std::ios::app | std::ios::binary);
   log << "\r\n" << utf8(clock_()) << "\r\n" << utf8(report_) << "\r\n" << std::string(64, '-') << "/\r\n";
   log.close();
   if (!log) throw Fault(kPathNotFound, u"The error log \"" + logFile_ + u"\" cannot be written");

@@ -15,6 +15,10 @@ class clsErrorLogging;
 /// What the procedures of one engine (or one dialog) share. There are no globals, so that documents can be
 /// worked on in parallel, each with its own engine and context.
 struct Context {
+  Context() = default;
+  Context(const Context&) = delete;  // the reporter looks at the current fault where it lies
+  Context& operator=(const Context&) = delete;
+
   /// The tag of the procedure entered last; every procedure stores its own on entry.
   std::u16string locationTag;
   /// Opens every report.

@@ -31,7 +31,8 @@ class Form {
       : host_(host), name_(std::move(name)), caption_(std::move(caption)) {}
   Form(const Form&) = delete;
   Form& operator=(const Form&) = delete;
-  virtual ~Form() = default;
+  /// A form that goes while it is shown is hidden first.
+  virtual ~Form() { Hide(); }
 
   const std::u16string& Name() const { return name_; }
   const std::u16string& Caption() const { return caption_; }
