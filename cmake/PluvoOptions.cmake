@@ -25,6 +25,10 @@ if(PLUVO_SANITIZE)
   add_link_options(-fsanitize=${PLUVO_SANITIZE})
 endif()
 
+if(PLUVO_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
 find_program(PLUVO_CCACHE ccache)
 if(PLUVO_CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_BASEDIR=${CMAKE_SOURCE_DIR}

@@ -87,8 +87,8 @@ files::Bytes Archive::read(const Member& member) const {
   } else {
     throw files::DocumentError(
         files::Problem::unsupported,
-        "The document's part \"" + std::string(member.name) +
-            "\" is compressed by a method that documents do not use; let a word processor "
+        "The document's part " + shown(member.name) +
+            " is compressed by a method that documents do not use; let a word processor "
             "save the document anew.");
   }
   if (libdeflate_crc32(0, contents.view.data(), contents.view.size()) != member.crc)

@@ -85,8 +85,8 @@ class Rewriter {
     const Packed packed = pack(place.change->pieces, member.method, level_);
     if (packed.size >= kElsewhere32 || packed.packedSize >= kElsewhere32) {
       throw files::DocumentError(files::Problem::tooLarge,
-                                 "The document's part \"" + std::string(member.name) +
-                                     "\" would grow beyond 4 GiB; divide the document.");
+                                 "The document's part " + shown(member.name) +
+                                     " would grow beyond 4 GiB; divide the document.");
     }
     place.packedSize = packed.packedSize;
     place.size = packed.size;
