@@ -231,7 +231,10 @@ std::optional<std::string> eventsOfExpat(std::string_view utf8) {
 }
 
 bool mayDiffer(std::string_view utf8) {
-  return utf8.starts_with("\xEF\xBB\xBF") || utf8.find("<!DOCTYPE") != std::string_view::npos ||
+  const bool oddDeclaration =
+      utf8.starts_with("<?xml") && !utf8.starts_with("<?xml version=\"1.0\"?>") &&
+      !utf8.starts_with("<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>");
+  return oddDeclaration || utf8.find("<!DOCTYPE") != std::string_view::npos ||
          std::any_of(utf8.begin(), utf8.end(),
                      [](char c) { return (static_cast<unsigned char>(c) & 0x80U) != 0; });
 }
