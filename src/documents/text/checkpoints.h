@@ -53,7 +53,7 @@ struct Summary {
 /// - nth(from, to, state, n): the position of the n-th thing in [from, to), which holds it; n > 0;
 /// - length(): of the text.
 /// Whether there is a thing at a position may depend on the text kMargin around it and on the state.
-template <class Rule, Position kChunk = 2048>
+template <class Rule, Position kChunk = 1024>
 class Checkpoints {
  public:
   using Summary = text::Summary<Rule::kStates>;
@@ -122,6 +122,8 @@ class Checkpoints {
   static constexpr Position kRead = 2 * kChunk;
   /// So much is looked through first.
   static constexpr Position kNearby = kRead / 16;
+  /// So much mostly tells in which state reading arrives behind it.
+  static constexpr Position kGlance = std::min(32, kRead);
   static constexpr std::size_t kGroupBits = 4;
   static constexpr std::size_t kGroup = 1U << kGroupBits;
 
@@ -163,23 +165,36 @@ class Checkpoints {
     const std::size_t first = chunkAt(from) + 1;
     const std::size_t last = chunkAt(to - 1);
     if (first > last) return rule_.summarise(from, to);
-    Summary summary = rule_.summarise(from, start(first));
-    forEachBlock(first, last, [&](const Block& block) {
-      summary = summary.then(summaryOf(block));
-      return true;
-    });
-    return summary.then(rule_.summarise(start(last), to));
+    const Summary front = rule_.summarise(from, start(first)).then(ofChunks(first, last));
+    return front.then(rule_.summarise(start(last), to));
   }
 
   /// The state in which reading from the start of the text arrives at position.
   std::uint8_t stateAt(Position position) {
     if constexpr (Rule::kStates == 1) return 0;
-    for (std::int64_t window = 32;; window *= 16) {
-      const auto from = static_cast<Position>(std::max<std::int64_t>(0, position - window));
-      const Summary summary = through(from, position);
-      if (from == 0) return summary.outcomes[Rule::kFirstState];
+    const Position glanced = std::max(position - kGlance, 0);
+    const Summary glance = rule_.summarise(glanced, position);
+    if (glanced == 0) return glance.outcomes[Rule::kFirstState];
+    if (glance.isOneOutcome()) return glance.outcomes[0];
+    build();
+    const std::size_t last = chunkAt(position - 1);
+    const Summary nearest = rule_.summarise(start(last), position);
+    for (std::size_t reach = kGroup;; reach *= kGroup) {
+      const std::size_t first = last - std::min(reach, last);
+      const Summary summary = ofChunks(first, last).then(nearest);
+      if (first == 0) return summary.outcomes[Rule::kFirstState];
       if (summary.isOneOutcome()) return summary.outcomes[0];
     }
+  }
+
+  /// What reading the chunks [first, last) comes to.
+  Summary ofChunks(std::size_t first, std::size_t last) {
+    Summary summary = Summary::ofNothing();
+    forEachBlock(first, last, [&](const Block& block) {
+      summary = summary.then(summaryOf(block));
+      return true;
+    });
+    return summary;
   }
 
   Found forwardByChunks(Position from, std::uint8_t state, Position n, Position counted) {
@@ -285,18 +300,22 @@ class Checkpoints {
     if (built_) return;
     built_ = true;
     length_ = rule_.length();
-    addChunks(0, length_);
-    while (!front_.chunks.empty()) moveToBack();
-    front_.chunks.shrink_to_fit();
+    const Position parts = partsOf(length_);
+    back_.chunks.reserve(static_cast<std::size_t>(parts));
+    for (Position i = parts; i-- > 0;)
+      back_.chunks.push_back({length_ - partStart(length_, i, parts), false, {}});
   }
 
   /// Divides [from, to) into chunks, between the gap's two sides.
   void addChunks(Position from, Position to) {
-    const Position parts = (to - from + kChunk - 1) / kChunk;
+    const Position parts = partsOf(to - from);
     for (Position i = 0; i < parts; ++i) {
-      const auto offset = static_cast<Position>(static_cast<std::int64_t>(to - from) * i / parts);
-      front_.chunks.push_back({from + offset, false, {}});
+      front_.chunks.push_back({from + partStart(to - from, i, parts), false, {}});
     }
+  }
+  static Position partsOf(Position length) { return length / kChunk + (length % kChunk != 0 ? 1 : 0); }
+  static Position partStart(Position length, Position i, Position parts) {
+    return static_cast<Position>(static_cast<std::int64_t>(length) * i / parts);
   }
 
   void moveToBack() {

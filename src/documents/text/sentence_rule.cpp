@@ -11,7 +11,8 @@ enum Kind : std::uint8_t {
   kBlank,
   kStop,
   kMark,
-  kPerhapsMark,  ///< a cell or section mark, or an ordinary character 7 or page break
+  kPerhapsMark =
+      UnitReader::kUnresolved,  ///< a cell or section mark, or an ordinary character 7 or page break
 };
 
 std::uint8_t kindOf(char16_t unit) {
@@ -92,12 +93,11 @@ class SentenceReader {
  public:
   SentenceReader(const UnitText& text, Position from, Position to) : units_(*text.text, from, to) {
     static const auto kNarrowKinds = narrowKinds(kindOf);
-    units_.classify(kNarrowKinds, kindOf);
-    for (Position i = 0; i < units_.length(); ++i) {
-      if (units_.kind(i) != kPerhapsMark) continue;
+    units_.classify(kNarrowKinds, kindOf, kOther, [&](Position i) {
       const char16_t unit = units_.unit(i);
-      units_.kind(i) = text.isMark(units_.start() + i, unit) ? kMark : unit == kPageBreak ? kBlank : kOther;
-    }
+      if (text.isMark(units_.start() + i, unit)) return kMark;
+      return unit == kPageBreak ? kBlank : kOther;
+    });
     first_ = from - units_.start();
     last_ = to - units_.start();
   }
@@ -105,12 +105,16 @@ class SentenceReader {
   Summary<4> summary() {
     auto summary = Summary<4>::ofNothing();
     Position i = first_;
-    for (; i < last_ && !summary.isOneOutcome(); ++i) {
+    while (i < last_ && !summary.isOneOutcome()) {
+      const std::uint8_t kind = units_.kind(i);
       for (std::size_t state = 0; state < 4; ++state) {
-        const Step& step = kSteps[summary.outcomes[state]][units_.kind(i)];
+        const Step& step = kSteps[summary.outcomes[state]][kind];
         summary.counts[state] += step.starts;
         summary.outcomes[state] = step.next;
       }
+      // Only blanks and closing marks leave states apart, and more of the same change nothing.
+      do ++i;
+      while (i < last_ && units_.kind(i) == kind && !summary.isOneOutcome());
     }
     std::uint8_t state = summary.outcomes[0];
     Position starts = 0;

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cassert>
+#include <cstring>
 
 namespace pluvo::text {
 
@@ -23,21 +24,43 @@ class UnitReader {
   /// Of everything copied; indexes below count from start().
   Position length() const { return length_; }
   char16_t unit(Position i) const { return units_[static_cast<std::size_t>(i)]; }
-  std::uint8_t& kind(Position i) { return kinds_[static_cast<std::size_t>(i)]; }
+  std::uint8_t kind(Position i) const { return *kindsFrom(i); }
+  /// The kinds from index i on. In front of the start of the text lies the kind that classify was given for
+  /// it.
+  const std::uint8_t* kindsFrom(Position i) const { return kinds_.data() + 1 + i; }
 
-  template <class KindOf>
-  void classify(const std::array<std::uint8_t, 256>& narrowKinds, KindOf kindOf) {
-    for (std::size_t i = 0; i < static_cast<std::size_t>(length_); ++i) {
-      kinds_[i] = units_[i] < 256 ? narrowKinds[units_[i]] : kindOf(units_[i]);
+  /// A kind with this bit set depends on what stands beside the unit.
+  static constexpr std::uint8_t kUnresolved = 8;
+
+  /// Gives each unit the kind that the table or kindOf tells, and then those that are unresolved the kind
+  /// that resolve(index) tells.
+  template <class KindOf, class Resolve>
+  void classify(const std::array<std::uint8_t, 256>& narrowKinds, KindOf kindOf, std::uint8_t inFront,
+                Resolve resolve) {
+    kinds_[0] = inFront;
+    std::uint8_t* kinds = kinds_.data() + 1;
+    const auto length = static_cast<std::size_t>(length_);
+    for (std::size_t i = 0; i < length; ++i) {
+      const char16_t unit = units_[i];
+      kinds[i] = unit < 256 ? narrowKinds[unit] : kindOf(unit);
+    }
+    for (Position i = 0; i < length_; i += kBundle) {
+      std::uint64_t bundle = 0;
+      std::memcpy(&bundle, kinds + i, kBundle);
+      if ((bundle & 0x0101010101010101U * kUnresolved) == 0) continue;
+      for (Position j = i; j < std::min(i + kBundle, length_); ++j) {
+        if ((kinds[j] & kUnresolved) != 0) kinds[j] = resolve(j);
+      }
     }
   }
 
  private:
+  static constexpr Position kBundle = sizeof(std::uint64_t);
   static constexpr std::size_t kRoom = static_cast<std::size_t>(kLongest + 2 * kMargin);
   Position start_;
   Position length_;
   std::array<char16_t, kRoom> units_;
-  std::array<std::uint8_t, kRoom> kinds_;
+  std::array<std::uint8_t, 1 + kRoom + kBundle> kinds_;
 };
 
 /// The kinds of the first 256 units.
