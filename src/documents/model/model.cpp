@@ -144,6 +144,7 @@ Span Model::put(Span replaced, std::u16string_view text, const Landing& landing)
   structure_.replace(replaced.from, replaced.to, length, landing.structure);
   liveRanges_.moveWith(replaced, length);
   finds_.edited(replaced, length);
+  measures_.edited(replaced, length);
   changed_ = true;
   return {replaced.from, replaced.from + length};
 }

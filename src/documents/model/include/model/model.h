@@ -3,10 +3,10 @@
 #include "model/content.h"
 #include "model/find_memory.h"
 #include "model/live_ranges.h"
+#include "model/measures.h"
 #include "text/pieces.h"
 #include "text/positions.h"
 #include "text/search.h"
-#include "text/units.h"
 #include "word/enums.h"
 
 #include <cstdint>
@@ -48,12 +48,12 @@ class Model {
   std::optional<text::Span> find(const Query& query, text::Span span, text::View view) {
     return finds_.find(query, span, view);
   }
-  /// How many units the span touches: a unit that is touched partly counts as one. Characters are those that
-  /// the view shows. An empty span touches no character, and one of every other unit.
-  text::Position count(text::Span span, word::WdUnits unit, text::View view) const;
-  /// Moves a position by so many units (negative: towards the top), stopping at the ends of the text. The
-  /// units moved have the sign of the direction.
-  text::Move move(text::Position position, word::WdUnits unit, text::Position count, text::View view) const;
+  text::Position count(text::Span span, word::WdUnits unit, text::View view) const {
+    return measures_.count(span, unit, view);
+  }
+  text::Move move(text::Position position, word::WdUnits unit, text::Position count, text::View view) const {
+    return measures_.move(position, unit, count, view);
+  }
 
   /// Whether the character ends a paragraph: a paragraph, cell, row or section mark.
   bool endsParagraph(text::Position position) const;
@@ -96,6 +96,7 @@ class Model {
   std::vector<Field> fields_;
   LiveRanges liveRanges_;
   FindMemory finds_{text_, visibility_};
+  Measures measures_{text_, visibility_, [this](text::Position position) { return endsParagraph(position); }};
   bool changed_ = false;
   std::uint64_t stamp_ = 0;
 };
