@@ -107,7 +107,8 @@ std::int16_t toInteger(std::u16string_view text) {
   if (!number) throw typeMismatch();
   double value = 0;
   const auto [end, error] = std::from_chars(number->data(), number->data() + number->size(), value);
-  if (error == std::errc::result_out_of_range) throw overflow();
+  // Too large, or too small to tell from 0.
+  if (error == std::errc::result_out_of_range && number->find("e-") == std::string::npos) throw overflow();
   value = std::nearbyint(value);  // the default mode: half to even
   if (value < std::numeric_limits<std::int16_t>::min() || value > std::numeric_limits<std::int16_t>::max())
     throw overflow();

@@ -1,0 +1,155 @@
+#include "errors/clsErrorLogging.h"
+#include "errors/context.h"
+#include "errors/text.h"
+#include "report_text.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <vector>
+
+namespace pluvo::errors {
+namespace {
+
+struct Shown : MessageSink {
+  void show(const std::u16string& text, const std::optional<std::u16string>& title) override {
+    texts.push_back(text);
+    lastTitle = title;
+  }
+  std::vector<std::u16string> texts;
+  std::optional<std::u16string> lastTitle;
+};
+
+class Reporter : public testing::Test {
+ protected:
+  Reporter() {
+    context.reporter = std::make_shared<clsErrorLogging>(context.currentFault, shown, [] { return u"NOW"; });
+    context.stopPreface = u"Stopped.\r\n\r\n";
+    std::filesystem::create_directories(folder);
+  }
+  ~Reporter() override { std::filesystem::remove_all(folder); }
+
+  std::u16string log(const char* name) const { return (folder / name).u16string(); }
+  static std::string read(const std::u16string& path) {
+    std::ostringstream text;
+    text << std::ifstream(std::filesystem::path(path), std::ios::binary).rdbuf();
+    return text.str();
+  }
+
+  std::filesystem::path folder = std::filesystem::path(testing::TempDir()) / "pluvo-reporter-test";
+  Shown shown;
+  Context context;
+  clsErrorLogging& reporter() { return *context.reporter; }
+};
+
+TEST_F(Reporter, WordsAFaultByDetailLevel) {
+  const Fault plain(-2146823680, u"It's out", u"Host");
+  const Fault helped(7, u"", u"", u"word.hlp", 12);
+  const struct {
+    std::int32_t level;
+    const Fault& fault;
+    std::u16string text;
+  } cases[] = {
+      {0, plain, u"Error (-2146823680):It's out\r\n  Occured in Host"},
+      {0, helped, u"Error (7):\r\n  Occured in \r\n    HelpFile:word.hlp Context:12"},
+      {1, plain, u"\r\nError Code(-2146823680)"},
+      {2, plain, u"\r\nError Description:It's out"},
+      {3, plain, u"\r\nError Code(-2146823680):It's out\r\n"},
+      {4, plain, u"\r\nError Code(-2146823680):It's out\r\n  Occured in Host"},
+      {-1, helped, u"\r\nError Code(7):\r\n  Occured in "},
+  };
+  for (const auto& [level, fault, text] : cases) {
+    SCOPED_TRACE(level);
+    context.currentFault = fault;
+    reporter().ErrorDetailLevel(level);
+    reporter().ProcessErrors();
+    EXPECT_EQ(shown.texts.back(), text);
+    reporter().ProcessErrors(u"Before");
+    EXPECT_EQ(shown.texts.back(), u"Before\r\n" + text);
+
+    const Fault& named = fault;
+    std::u16string fromNames = level == 0 ? u"is replaced" : u"";
+    addReport(
+        fromNames,
+        [&](std::u16string_view name) {
+          if (name == u"Number") return decimal(named.number);
+          if (name == u"Description") return named.description;
+          if (name == u"Source") return named.source;
+          return name == u"HelpFile" ? named.helpFile : decimal(named.helpContext);
+        },
+        level);
+    EXPECT_EQ(fromNames, text);
+  }
+}
+
+TEST_F(Reporter, OpensAReportWithPrefaceAndTag) {
+  reporter().ErrorDetailLevel(3);
+  reporter().ErrorTitleCaption(u"Oh");
+  const bool result = guarded(context, u"outer:1", [&] {
+    context.locationTag = u"inner:2";
+    throw overflow();
+    return true;
+  });
+  EXPECT_FALSE(result);
+  EXPECT_EQ(shown.texts,
+            (std::vector<std::u16string>{u"Stopped.\r\n\r\ninner:2\r\n\r\nError Code(6):Overflow\r\n"}));
+  EXPECT_EQ(shown.lastTitle, u"Oh");
+  reporter().ErrorTitleCaption(u"");
+  reporter().ProcessErrors();
+  EXPECT_EQ(shown.lastTitle, std::nullopt);
+}
+
+TEST_F(Reporter, AppendsEachReportToTheLog) {
+  const std::string separator = std::string(64, '-') + "/\r\n";
+  reporter().SendErrors_ToTxtFile(log("errörs.txt"));
+  reporter().ErrorDetailLevel(1);
+  context.report(overflow());
+  context.report(typeMismatch());
+  EXPECT_EQ(read(log("errörs.txt")), "\r\nNOW\r\nStopped.\r\n\r\n\r\n\r\nError Code(6)\r\n" + separator +
+                                         "\r\nNOW\r\nStopped.\r\n\r\n\r\n\r\nError Code(13)\r\n" + separator);
+}
+
+TEST_F(Reporter, LetsAFaultOfItsOwnTravelToTheCaller) {
+  reporter().SendErrors_ToTxtFile(log("missing/errors.txt"));
+  try {
+    guarded(context, u"tag", [] { throw overflow(); });
+    FAIL() << "the log cannot be written";
+  } catch (const Fault& fault) {
+    EXPECT_EQ(fault.number, kPathNotFound);
+  }
+  EXPECT_TRUE(shown.texts.empty()) << "the record comes before the box";
+}
+
+TEST(Faults, AreMadeOfAnyException) {
+  const auto numberOf = [](auto exception) {
+    try {
+      throw exception;
+    } catch (...) {
+      return faultInFlight().number;
+    }
+  };
+  EXPECT_EQ(numberOf(Fault(4608, u"Value out of range")), 4608);
+  EXPECT_EQ(numberOf(std::bad_alloc()), kOutOfMemory);
+  try {
+    throw std::runtime_error("no \xC3\xA4 here");
+  } catch (...) {
+    EXPECT_EQ(faultInFlight().description, u"no \u00E4 here");
+  }
+}
+
+TEST(ErrorTable, TakesLineEndsAsColonsAndQuotesTwice) {
+  EXPECT_EQ(escapedForTable(u"a\r\nb\rc\nd\r\n\r\n'\"\r"), u"a:b\rc\nd::''\"\"\r");
+}
+
+TEST(Clock, ReadsAsDateAndTime) {
+  const std::u16string now = dateAndTime();
+  ASSERT_EQ(now.size(), std::u16string_view(u"2026-11-21 14:22:33").size());
+  EXPECT_EQ(now[4], u'-');
+  EXPECT_EQ(now[10], u' ');
+  EXPECT_EQ(now[16], u':');
+}
+
+}  // namespace
+}  // namespace pluvo::errors

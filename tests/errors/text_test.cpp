@@ -1,0 +1,84 @@
+#include "errors/text.h"
+
+#include "errors/fault.h"
+
+#include <gtest/gtest.h>
+
+namespace pluvo::errors {
+namespace {
+
+TEST(ToInteger, TakesNumbersAndRefusesTheRest) {
+  struct Case {
+    const char16_t* text;
+    std::int32_t value;  // beyond 16 bits: the fault's number
+  };
+  constexpr std::int32_t kNoNumber = 100'000 + kTypeMismatch;
+  constexpr std::int32_t kTooMuch = 100'000 + kOverflow;
+  const Case cases[] = {
+      {u"0", 0},
+      {u" 12\t", 12},
+      {u"+7", 7},
+      {u"- 7", -7},
+      {u"007", 7},
+      {u"32767", 32767},
+      {u"-32768", -32768},
+      {u"2.5", 2},
+      {u"3.5", 4},
+      {u"-2.5", -2},
+      {u"0.51", 1},
+      {u".5", 0},
+      {u"5.", 5},
+      {u"32767.4", 32767},
+      {u"-32768.5", -32768},
+      {u"1e2", 100},
+      {u"1e-400", 0},
+      {u"32768", kTooMuch},
+      {u"32767.5", kTooMuch},
+      {u"-32769", kTooMuch},
+      {u"1e400", kTooMuch},
+      {u"99999999999999999999", kTooMuch},
+      {u"", kNoNumber},
+      {u"  ", kNoNumber},
+      {u"-", kNoNumber},
+      {u".", kNoNumber},
+      {u"1 2", kNoNumber},
+      {u"1-", kNoNumber},
+      {u"1,5", kNoNumber},
+      {u"0x10", kNoNumber},
+      {u"1e", kNoNumber},
+      {u"same", kNoNumber},
+      {u"\u0661", kNoNumber},
+  };
+  for (const auto& [text, expected] : cases) {
+    SCOPED_TRACE(utf8(text));
+    std::int32_t value = 0;
+    try {
+      value = toInteger(text);
+    } catch (const Fault& fault) {
+      value = 100'000 + fault.number;
+    }
+    EXPECT_EQ(value, expected);
+    EXPECT_EQ(isNumeric(text), expected != kNoNumber);
+  }
+}
+
+TEST(Narrow, KeepsWhatFits) {
+  EXPECT_EQ(narrow(32767), 32767);
+  EXPECT_EQ(narrow(-32768), -32768);
+  EXPECT_THROW(narrow(32768), Fault);
+  EXPECT_THROW(narrow(-32769), Fault);
+}
+
+TEST(Utf, GoesBothWaysAndReplacesWhatIsUnsound) {
+  EXPECT_EQ(utf8(u"a\u00E4\u20AC\U0001F600"), "a\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80");
+  EXPECT_EQ(utf16("a\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80"), u"a\u00E4\u20AC\U0001F600");
+  const std::u16string lone{u'x', 0xDC00, 0xD800};
+  EXPECT_EQ(utf8(lone), "x\xEF\xBF\xBD\xEF\xBF\xBD");
+  for (const char* unsound : {"\x80", "\xC0", "\xE2\x28", "\xF5", "\xC3"}) {
+    EXPECT_EQ(utf16(unsound).front(), u'\uFFFD') << unsound;
+  }
+  EXPECT_EQ(utf16("\xED\xA0\x80").find(u'\xD800'), std::u16string::npos) << "no surrogates from UTF-8";
+}
+
+}  // namespace
+}  // namespace pluvo::errors

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "forms/form.h"
+#include "forms/message_boxes.h"
+
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace pluvo::forms {
+
+/// Message boxes that keep what they show and answer as a test has written.
+class ScriptedBoxes final : public MessageBoxes {
+ public:
+  struct Box {
+    std::u16string text;
+    Buttons buttons;
+    std::optional<std::u16string> title;
+    bool operator==(const Box&) const = default;
+  };
+
+  Answer show(const std::u16string& text, Buttons buttons,
+              const std::optional<std::u16string>& title) override {
+    shown.push_back({text, buttons, title});
+    if (beforeAnswer) beforeAnswer();
+    if (buttons == Buttons::ok) return Answer::ok;
+    if (answers.empty()) {
+      ADD_FAILURE() << "a question without an answer";
+      return Answer::cancel;
+    }
+    const Answer answer = answers.front();
+    answers.pop_front();
+    return answer;
+  }
+
+  std::vector<Box> shown;
+  std::deque<Answer> answers;
+  std::function<void()> beforeAnswer;
+};
+
+/// Forms before a user who does as a test has written.
+class ScriptedForms final : public FormHost {
+ public:
+  void runModal(Form& form) override {
+    ++modalRuns;
+    if (user) user(form);
+    EXPECT_FALSE(form.Visible()) << "the user left a modal form open";
+  }
+  void visibleChanged(Form& form) override { visibility.push_back(form.Visible()); }
+  void repaint(Form&) override {}
+
+  std::function<void(Form&)> user;
+  int modalRuns = 0;
+  std::vector<bool> visibility;
+};
+
+/// The user presses a button of a form.
+inline void press(Form& form, std::u16string_view name) {
+  auto* button = dynamic_cast<CommandButton*>(form.control(name));
+  ASSERT_NE(button, nullptr);
+  button->press();
+}
+
+}  // namespace pluvo::forms
