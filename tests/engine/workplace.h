@@ -1,0 +1,125 @@
+#pragma once
+
+#include "documents/support/notation.h"
+#include "engine/clsProcessFind.h"
+#include "errors/clsErrorLogging.h"
+#include "forms/doubles.h"
+#include "memory/application.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace pluvo::engine {
+
+/// What a test asks of an engine. Quiet, and from the top, unless said otherwise.
+struct Asked {
+  std::u16string begin = {};
+  std::u16string end = {};
+  std::u16string inside = {};
+  std::u16string apart = u"Same";
+  std::int32_t unit = kEntireDocument;
+  OperationCode operation = kNone;
+  LocationCode on = kSelection;
+  PlaceCode place = kBefore;
+  std::u16string text = {};
+  bool wholeWords = false;
+  bool matchCase = true;
+  bool atTop = true;
+  bool confirm = false;
+  bool lift = false;
+  bool fieldCodes = false;
+};
+
+/// Collects fault reports as "number tag".
+struct Reports : errors::MessageSink {
+  explicit Reports(errors::Context& watched) : context(watched) {}
+  void show(const std::u16string&, const std::optional<std::u16string>&) override {
+    all.push_back(std::to_string(context.currentFault.number) + ' ' + ascii(context.locationTag));
+  }
+  static std::string ascii(const std::u16string& text) { return {text.begin(), text.end()}; }
+
+  errors::Context& context;
+  std::vector<std::string> all;
+};
+
+/// An engine, what it works with, and nobody else.
+class Workplace {
+ public:
+  explicit Workplace(std::shared_ptr<word::Application> application)
+      : reports(context), engine({[application] { return application; }, context, boxes, forms}) {
+    context.reporter = std::make_shared<errors::clsErrorLogging>(context.currentFault, reports);
+    engine.QuiteModeSetting(true);
+  }
+
+  void ask(const Asked& asked) {
+    engine.BeginBlock(asked.begin);
+    engine.EndBlock(asked.end);
+    engine.InsideBlock(asked.inside);
+    engine.UnitsApart(asked.apart);
+    engine.UnitsApartType(asked.unit);
+    engine.Operation(asked.operation);
+    engine.OperationLocation(asked.on);
+    engine.BeforeOrAfter(asked.place);
+    engine.ReplaceInsertTextString(asked.text);
+    engine.HighlightColorSetting(word::wdYellow);
+    engine.MatchOnlyWholeWords(asked.wholeWords);
+    engine.MatchTextCaseSetting(asked.matchCase);
+    engine.StartFindsAtBeginningSetting(asked.atTop);
+    engine.ConfirmEachOperationsetting(asked.confirm);
+    engine.LiftLimitsSetting(asked.lift);
+    engine.ShowFieldCodes(asked.fieldCodes);
+  }
+  void pass(const Asked& asked) {
+    ask(asked);
+    engine.GoGetEmFARBOT();
+  }
+  /// The operated count, from the summary.
+  std::string lastSummary() const {
+    const std::u16string& summary = context.runSummary;
+    const std::size_t line = summary.rfind(u"\r\n");
+    return line == std::u16string::npos ? "" : Reports::ascii(summary.substr(line + 2));
+  }
+
+  errors::Context context;
+  forms::ScriptedBoxes boxes;
+  forms::ScriptedForms forms;
+  Reports reports;
+  clsProcessFind engine;
+};
+
+/// A workplace with one document, written in the notation of documents/support.
+class Desk {
+ public:
+  explicit Desk(std::string_view notation)
+      : sample(notation), application(std::make_shared<memory::MemoryApplication>()), work(application) {
+    application->add(sample.document);
+    work.engine.observer(&watch);
+  }
+
+  /// The document, with the blocks found marked a, b, c … and so on as they were found.
+  std::string found() { return notation::print(sample.model(), watch.blocks); }
+  std::string text() { return notation::print(sample.model()); }
+
+  struct Watch : PassObserver {
+    Answer found(const Block& block) override {
+      const char name = static_cast<char>('a' + blocks.size());
+      blocks[name] = {block.whole.Start(), block.whole.End()};
+      return blocks.size() < most ? Answer::goOn : Answer::stop;
+    }
+    notation::Ranges blocks;
+    std::size_t most = 26;
+  };
+
+  notation::Sample sample;
+  std::shared_ptr<memory::MemoryApplication> application;
+  Workplace work;
+  Watch watch;
+};
+
+}  // namespace pluvo::engine
