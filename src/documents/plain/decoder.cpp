@@ -41,6 +41,7 @@ class Decoder {
     while (bytes_.size() - offset_ >= kUnitSize) {
       releaseSometimes();
       takeRun();
+      takeCharacters();
       if (bytes_.size() - offset_ >= kUnitSize) take(firstToken<kEncoding>(bytes_.subspan(offset_)));
     }
     add(text::kParagraphMark);
@@ -83,19 +84,33 @@ class Decoder {
     offset_ += count * kUnitSize;
   }
 
+  /// Those of several bytes, which often stand together.
+  void takeCharacters() {
+    if constexpr (kEncoding != Encoding::utf8) return;
+    while (offset_ < bytes_.size() && bytes_[offset_] >= 0x80) {
+      map_.note(length_, offset_);
+      const Character character = firstOfUtf8(bytes_.subspan(offset_));
+      offset_ += character.bytes;
+      add(character.codePoint);
+    }
+  }
+
   void take(const Token& token) {
     map_.note(length_, offset_);
     offset_ += token.bytes;
     if (token.lineEnd) ++lineEnds_[static_cast<std::size_t>(*token.lineEnd)];
-    if (token.units() == 2) {
-      add(static_cast<char16_t>(0xD7C0 + (token.codePoint >> 10)));
-      add(static_cast<char16_t>(0xDC00 + (token.codePoint & 0x3FF)));
-    } else {
-      add(static_cast<char16_t>(token.codePoint));
-    }
+    add(token.codePoint);
   }
 
-  void add(char16_t unit) { units_[length_++] = static_cast<Unit>(unit); }
+  void add(char32_t point) {
+    if (point > 0xFFFF) {
+      put(static_cast<char16_t>(0xD7C0 + (point >> 10)));
+      point = 0xDC00 + (point & 0x3FF);
+    }
+    put(static_cast<char16_t>(point));
+  }
+
+  void put(char16_t unit) { units_[length_++] = static_cast<Unit>(unit); }
 
   text::OriginalText textOf(std::span<const Unit> text) const {
     if constexpr (sizeof(Unit) == 1) return {text, false, units_};

@@ -18,11 +18,13 @@ bool startsWith(ByteSpan bytes, std::initializer_list<std::uint8_t> mark) {
 
 bool isUtf8(ByteSpan bytes) {
   while (!bytes.empty()) {
-    bytes = bytes.subspan(plainRun(bytes));
-    if (bytes.empty()) break;
-    const Token token = firstToken<Encoding::utf8>(bytes);
-    if (!token.valid) return false;
-    bytes = bytes.subspan(token.bytes);
+    const std::size_t run = bytes[0] < 0x80 ? std::max<std::size_t>(plainRun(bytes), 1) : 0;
+    bytes = bytes.subspan(run);
+    while (!bytes.empty() && bytes[0] >= 0x80) {
+      const Character character = firstOfUtf8(bytes);
+      if (!character.valid) return false;
+      bytes = bytes.subspan(character.bytes);
+    }
   }
   return true;
 }
