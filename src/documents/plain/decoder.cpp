@@ -157,7 +157,7 @@ bool liesAsText(ByteSpan bytes, const Storage& storage) {
   if (!oneByteEach) return false;
   if (!storage.survey.carriageReturns) return true;
   constexpr std::array<std::uint8_t, 2> kPair = {'\r', '\n'};
-  return std::ranges::search(bytes, kPair).empty();
+  return std::search(bytes.begin(), bytes.end(), kPair.begin(), kPair.end()) == bytes.end();
 }
 
 LineEnd commonLineEnd(const std::array<std::size_t, 3>& counts, const Storage& storage) {

@@ -1,0 +1,65 @@
+// Text files of any bytes: read, written back unchanged, edited, written and read again.
+
+#include "plain/plain_format.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace {
+
+using namespace pluvo;
+using files::ByteSpan;
+using text::Position;
+
+void require(bool condition) {
+  if (!condition) std::abort();
+}
+
+std::vector<std::uint8_t> written(const formats::Opened& opened, const model::Model& model) {
+  files::MemoryOutput out;
+  opened.source->write(model, out);
+  return out.bytes();
+}
+
+std::u16string textOf(const model::Model& model) { return model.text().substring(0, model.length()); }
+
+/// Whether a byte order mark says how the text is stored, whatever the rest of it is.
+bool hasMark(ByteSpan bytes) {
+  return bytes.size() >= 2 &&
+         ((bytes[0] == 0xFF && bytes[1] == 0xFE) || (bytes[0] == 0xFE && bytes[1] == 0xFF));
+}
+
+/// Four bytes make an edit: where (two), how many go, what comes.
+void edit(model::Model& model, const formats::Source& source, ByteSpan program) {
+  static const std::u16string texts[] = {u"",  u"\r",         u"\n",     u"x",    u"é\r",
+                                         u"→", u"\U0001F4DC", u"\xDC00", u"\r\rZ"};
+  for (; program.size() >= 4; program = program.subspan(4)) {
+    const Position last = model.length() - 1;
+    const Position from = (program[0] | program[1] << 8) % (last + 1);
+    const Position to = std::min<Position>(from + program[2] % 8, last);
+    const std::u16string& text = texts[program[3] % std::size(texts)];
+    if (!source.refusesText(text)) model.replace({from, to}, text, text::View::results);
+  }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  if (size == 0) return 0;
+  const std::size_t edits = std::min<std::size_t>(data[0] % 8 * 4, size - 1);
+  const ByteSpan program(data + 1, edits);
+  const std::vector<std::uint8_t> file(data + 1 + edits, data + size);
+  const plain::PlainFormat format;
+  try {
+    const formats::Opened opened = format.read(files::Bytes::of(file));
+    model::Model model(opened.content);
+    require(written(opened, model) == file);
+    edit(model, *opened.source, program);
+    const std::vector<std::uint8_t> edited = written(opened, model);
+    const std::u16string again = textOf(model::Model(format.read(files::Bytes::of(edited)).content));
+    require(!hasMark(file) || again == textOf(model));
+  } catch (const files::DocumentError&) {
+    // Refused: UTF-32, or half of a character.
+  }
+  return 0;
+}
