@@ -3,9 +3,9 @@
 #include "engine/clsProcessFind.h"
 #include "errors/clsErrorLogging.h"
 #include "errors/context.h"
+#include "errors/text.h"
 #include "forms/form.h"
 #include "memory/application.h"
-#include "memory/utf.h"
 #include "message_policy.h"
 #include "pass_watcher.h"
 
@@ -92,7 +92,7 @@ void pass(store::StoredDocument& document, const Surroundings& around, Outcome& 
   } else if (watcher.refused() > 0) {
     outcome.refused = watcher.refused();
   } else if (report.text()) {
-    outcome.failure = {Problem::refused, memory::toUtf8(*report.text())};
+    outcome.failure = {Problem::refused, errors::utf8(*report.text())};
   }
 }
 

@@ -1,6 +1,6 @@
 #include "excerpt.h"
 
-#include "memory/utf.h"
+#include "errors/text.h"
 
 #include <string_view>
 
@@ -90,9 +90,9 @@ bool endsWithParagraph(word::Document& document, std::int32_t start, std::int32_
 Excerpt excerptOf(word::Document& document, std::int32_t start, std::int32_t end) {
   Excerpt excerpt;
   excerpt.paragraph = paragraphAt(document, start);
-  excerpt.lead = memory::toUtf8(leadOf(document, start));
-  excerpt.piece = memory::toUtf8(shortened(document, start, end));
-  if (!endsWithParagraph(document, start, end)) excerpt.trail = memory::toUtf8(trailOf(document, end));
+  excerpt.lead = errors::utf8(leadOf(document, start));
+  excerpt.piece = errors::utf8(shortened(document, start, end));
+  if (!endsWithParagraph(document, start, end)) excerpt.trail = errors::utf8(trailOf(document, end));
   return excerpt;
 }
 

@@ -1,6 +1,6 @@
 #include "pass_watcher.h"
 
-#include "memory/utf.h"
+#include "errors/text.h"
 #include "word/faults.h"
 
 #include <utility>
@@ -41,7 +41,7 @@ Problem problemOf(std::int32_t faultNumber) {
 }  // namespace
 
 Failure failureFrom(const errors::Fault& fault) {
-  return {problemOf(fault.number), memory::toUtf8(fault.description)};
+  return {problemOf(fault.number), errors::utf8(fault.description)};
 }
 
 engine::PassObserver::Answer PassWatcher::found(const engine::Block& block) {

@@ -1,6 +1,6 @@
 #include "text_input.h"
 
-#include "memory/utf.h"
+#include "errors/text.h"
 #include "unicode.h"
 #include "usage_error.h"
 
@@ -62,7 +62,7 @@ std::u16string textFromArgument(const std::string& bytes, std::string_view optio
     refuse(option, "byte " + std::to_string(sound + 1) +
                        " of the text is not UTF-8; convert it first, with iconv for instance.");
   }
-  return withParagraphMarks(memory::toUtf16(bytes));
+  return withParagraphMarks(errors::utf16(bytes));
 }
 
 std::u16string textFromFile(const std::string& path, std::string_view option) {

@@ -1,7 +1,7 @@
 #include "memory/document.h"
 
 #include "errors/fault.h"
-#include "memory/utf.h"
+#include "errors/text.h"
 #include "range.h"
 #include "window.h"
 #include "word/faults.h"
@@ -51,7 +51,7 @@ void MemoryDocument::requireEditable(std::u16string_view newText) {
   }
   if (medium_ == nullptr || newText.empty()) return;
   if (const auto reason = medium_->refusesText(newText)) {
-    throw Fault(word::kParameterOutOfRange, toUtf16(*reason));
+    throw Fault(word::kParameterOutOfRange, errors::utf16(*reason));
   }
 }
 

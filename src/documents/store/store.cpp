@@ -1,8 +1,8 @@
 #include "store/store.h"
 
+#include "errors/text.h"
 #include "files/reading.h"
 #include "known_formats.h"
-#include "memory/utf.h"
 #include "same_text.h"
 
 #include <utility>
@@ -89,7 +89,7 @@ std::unique_ptr<StoredDocument> Store::open(const std::string& path) const {
   formats::Opened read = opened->format_->read(file.bytes);
   opened->source_ = std::move(read.source);
   opened->document_ =
-      memory::MemoryDocument::create(std::move(read.content), opened->source_, memory::toUtf16(name), path);
+      memory::MemoryDocument::create(std::move(read.content), opened->source_, errors::utf16(name), path);
   opened->path_ = path;
   opened->stamp_ = file.stamp;
   opened->bytes_ = std::move(file.bytes);

@@ -1,6 +1,6 @@
 #include "documents/support/notation.h"
 
-#include "memory/utf.h"
+#include "errors/text.h"
 #include "model/content_builder.h"
 
 #include <optional>
@@ -24,7 +24,7 @@ bool isName(char16_t unit) { return unit >= u'a' && unit <= u'z'; }
 
 class Parser {
  public:
-  explicit Parser(std::string_view notation) : rest_(memory::toUtf16(notation)) {}
+  explicit Parser(std::string_view notation) : rest_(errors::utf16(notation)) {}
 
   Parsed parse() {
     while (next_ < rest_.size()) step();
@@ -137,7 +137,7 @@ class Printer {
     changeLook({});
     changeTable(model::kNone);
     beginRanges(model_.length());
-    return memory::toUtf8(out_);
+    return errors::utf8(out_);
   }
 
  private:
@@ -170,7 +170,7 @@ class Printer {
     if (look == LookPair()) return;
     out_ += u'<';
     if (look.first) out_ += u'h';
-    if (look.second != 0) out_ += memory::toUtf16(std::to_string(look.second));
+    if (look.second != 0) out_ += errors::utf16(std::to_string(look.second));
     out_ += u':';
   }
 
