@@ -29,6 +29,7 @@ std::unique_ptr<std::uint8_t[]> unwritten(std::size_t size) {
 Packed pack(std::span<const files::ByteSpan> pieces, Method method, int level) {
   Packed packed;
   for (const files::ByteSpan piece : pieces) {
+    if (piece.empty()) continue;  // of a null pointer the library gives the CRC to begin with
     packed.size += piece.size();
     packed.crc = libdeflate_crc32(packed.crc, piece.data(), piece.size());
   }
