@@ -89,113 +89,112 @@ TEST(Locator, CountsWholeUnitsBetween) {
 
 TEST(Locator, TakesTheDistanceBeforeTextsAreExtended) {
   // Those of the first line of the beginning alone; of the whole beginning they would be less.
-  const Asked near {
-    .begin = u"A 1 2 x ", .end = u" B ", .apart = u" 1 ", .unit = kParagraphs};
-        Asked far = near;
-    far.apart = u"2";
-    expectFound({{"A¶1¶2¶xB¶", near, "A¶1¶2¶xB¶"}, {"A¶1¶2¶xB¶", far, "[aA¶1¶2¶xBa]¶"}});
-  }
+  const std::string document = "A¶1¶2¶xB¶";
+  Asked asked = {.begin = u"A\r1\r2\rx", .end = u"B", .apart = u"1", .unit = kParagraphs};
+  expectFound({{document, asked, document}});
+  asked.apart = u"2";
+  expectFound({{document, asked, "[aA¶1¶2¶xBa]¶"}});
+}
 
-  TEST(Locator, ComparesInFullWhatIsTooLongToFind) {
-    const std::string longest = repeated("x", 255);
-    const std::string tooLong = longest + "Y";
-    const std::u16string full = repeated(u'x', 255) + u"Y";
-    expectFound({
-        {"-" + longest + "y¶", {.begin = repeated(u'x', 255)}, "-[a" + longest + "a]y¶"},
-        {"-" + tooLong + longest + "y¶",
-         {.begin = full, .matchCase = false},
-         "-[a" + tooLong + "a]" + longest + "y¶"},
-        {"A" + longest + "yA" + tooLong + "¶",
-         {.begin = u"A", .end = full},
-         "A" + longest + "y[aA" + tooLong + "a]¶"},
-        {"A" + tooLong + "B¶", {.begin = u"A", .end = u"B", .inside = full}, "[aA" + tooLong + "Ba]¶"},
-        {"A" + longest + "yB¶", {.begin = u"A", .end = u"B", .inside = full}, "A" + longest + "yB¶"},
-        {"A¶B¶", {.begin = u"A\vB"}, "[aA¶Ba]¶"},
-        {"A\vB¶", {.begin = u"A\n\r\nB"}, "[aA\vBa]¶"},
-        {"AB¶", {.begin = u"A\nB"}, "[aABa]¶"},
-        {"A1B A2B¶C¶", {.begin = u"A", .end = u"B\rC"}, "A1B [aA2B¶Ca]¶"},
-        {"A1b A2B¶c A3B¶C¶", {.begin = u"A", .end = u"B\rC", .matchCase = false}, "A1b A2B¶c [aA3B¶Ca]¶"},
-        {"A1B B¶C¶", {.begin = u"A", .end = u"B\rC"}, "A1B B¶C¶"},
-        {"A¶¶", {.begin = u"A\r\r"}, "[aA¶¶a]"},
-        {"A¶", {.begin = u"A\r\r"}, "A¶"},
-    });
-  }
+TEST(Locator, ComparesInFullWhatIsTooLongToFind) {
+  const std::string longest = repeated("x", 255);
+  const std::string tooLong = longest + "Y";
+  const std::u16string full = repeated(u'x', 255) + u"Y";
+  expectFound({
+      {"-" + longest + "y¶", {.begin = repeated(u'x', 255)}, "-[a" + longest + "a]y¶"},
+      {"-" + tooLong + longest + "y¶",
+       {.begin = full, .matchCase = false},
+       "-[a" + tooLong + "a]" + longest + "y¶"},
+      {"A" + longest + "yA" + tooLong + "¶",
+       {.begin = u"A", .end = full},
+       "A" + longest + "y[aA" + tooLong + "a]¶"},
+      {"A" + tooLong + "B¶", {.begin = u"A", .end = u"B", .inside = full}, "[aA" + tooLong + "Ba]¶"},
+      {"A" + longest + "yB¶", {.begin = u"A", .end = u"B", .inside = full}, "A" + longest + "yB¶"},
+      {"A¶B¶", {.begin = u"A\vB"}, "[aA¶Ba]¶"},
+      {"A\vB¶", {.begin = u"A\n\r\nB"}, "[aA\vBa]¶"},
+      {"AB¶", {.begin = u"A\nB"}, "[aABa]¶"},
+      {"A1B A2B¶C¶", {.begin = u"A", .end = u"B\rC"}, "A1B [aA2B¶Ca]¶"},
+      {"A1b A2B¶c A3B¶C¶", {.begin = u"A", .end = u"B\rC", .matchCase = false}, "A1b A2B¶c [aA3B¶Ca]¶"},
+      {"A1B B¶C¶", {.begin = u"A", .end = u"B\rC"}, "A1B B¶C¶"},
+      {"A¶¶", {.begin = u"A\r\r"}, "[aA¶¶a]"},
+      {"A¶", {.begin = u"A\r\r"}, "A¶"},
+  });
+}
 
-  TEST(Locator, LooksAtWordsOnlyWhereNoTextIsCut) {
-    expectFound({
-        {"XA1B A2B¶", {.begin = u"A", .end = u"B", .wholeWords = true}, "XA1B A2B¶"},
-        {"XA1B A2B¶C¶", {.begin = u"A", .end = u"B\rC", .wholeWords = true}, "XA1B [aA2B¶Ca]¶"},
-    });
-  }
+TEST(Locator, LooksAtWordsOnlyWhereNoTextIsCut) {
+  expectFound({
+      {"XA1B A2B¶", {.begin = u"A", .end = u"B", .wholeWords = true}, "XA1B A2B¶"},
+      {"XA1B A2B¶C¶", {.begin = u"A", .end = u"B\rC", .wholeWords = true}, "XA1B [aA2B¶Ca]¶"},
+  });
+}
 
-  TEST(Locator, LooksForInsideTextsInsideOnly) {
-    expectFound({
-        {"AxB AyB AxB¶", {.begin = u"A", .end = u"B", .inside = u"x"}, "[aAxBa] AyB [bAxBb]¶"},
-        {"AB x AxB¶", {.begin = u"A", .end = u"B", .inside = u"x"}, "AB x [aAxBa]¶"},
-        {"AxAxB¶", {.begin = u"Ax", .end = u"xB", .inside = u"A"}, "[aAxAxBa]¶"},
-        {"AxBx¶", {.begin = u"Ax", .end = u"B", .inside = u"x"}, "AxBx¶"},
-        {"AxB Ax¶yB¶", {.begin = u"A", .end = u"B", .inside = u"x\ry"}, "AxB [aAx¶yBa]¶"},
-        {"A x¶", {.begin = u"A", .inside = u"x"}, "A x¶"},
-        // The ending lies within the rest of a beginning that was cut.
-        {"A¶B¶Cx¶", {.begin = u"A\rB\rC", .end = u"B", .inside = u"x"}, "A¶B¶Cx¶"},
-    });
-  }
+TEST(Locator, LooksForInsideTextsInsideOnly) {
+  expectFound({
+      {"AxB AyB AxB¶", {.begin = u"A", .end = u"B", .inside = u"x"}, "[aAxBa] AyB [bAxBb]¶"},
+      {"AB x AxB¶", {.begin = u"A", .end = u"B", .inside = u"x"}, "AB x [aAxBa]¶"},
+      {"AxAxB¶", {.begin = u"Ax", .end = u"xB", .inside = u"A"}, "[aAxAxBa]¶"},
+      {"AxBx¶", {.begin = u"Ax", .end = u"B", .inside = u"x"}, "AxBx¶"},
+      {"AxB Ax¶yB¶", {.begin = u"A", .end = u"B", .inside = u"x\ry"}, "AxB [aAx¶yBa]¶"},
+      {"A x¶", {.begin = u"A", .inside = u"x"}, "A x¶"},
+      // The ending lies within the rest of a beginning that was cut.
+      {"A¶B¶Cx¶", {.begin = u"A\rB\rC", .end = u"B", .inside = u"x"}, "A¶B¶Cx¶"},
+  });
+}
 
-  TEST(Locator, KeepsItsBoundsOnEndings) {
-    // The first beginning ends at 31 and is too far from its ending: the next ending must lie before 62.
-    const Asked asked{.begin = u"A", .end = u"B", .apart = u"1", .unit = kWords};
-    const std::string lead = repeated("x", 29) + " A 1 2 B ";
-    const std::string near = repeated("y", 10);
-    const std::string far = repeated("y", 30);
-    expectFoundWithLimits({
-        {lead + "A " + near + " B AB¶", asked, lead + "[aA " + near + " Ba] [bABb]¶"},
-        {lead + "A " + far + " B AB¶", asked, lead + "A " + far + " B AB¶"},
-    });
-    expectFoundWithoutLimits({
-        {lead + "A " + near + " B AB¶", asked, lead + "[aA " + near + " Ba] [bABb]¶"},
-        {lead + "A " + far + " B AB¶", asked, lead + "[aA " + far + " Ba] [bABb]¶"},
-    });
-  }
+TEST(Locator, KeepsItsBoundsOnEndings) {
+  // The first beginning ends at 31 and is too far from its ending: the next ending must lie before 62.
+  const Asked asked{.begin = u"A", .end = u"B", .apart = u"1", .unit = kWords};
+  const std::string lead = repeated("x", 29) + " A 1 2 B ";
+  const std::string near = repeated("y", 10);
+  const std::string far = repeated("y", 30);
+  expectFoundWithLimits({
+      {lead + "A " + near + " B AB¶", asked, lead + "[aA " + near + " Ba] [bABb]¶"},
+      {lead + "A " + far + " B AB¶", asked, lead + "A " + far + " B AB¶"},
+  });
+  expectFoundWithoutLimits({
+      {lead + "A " + near + " B AB¶", asked, lead + "[aA " + near + " Ba] [bABb]¶"},
+      {lead + "A " + far + " B AB¶", asked, lead + "[aA " + far + " Ba] [bABb]¶"},
+  });
+}
 
-  TEST(Locator, ExtendsABlockWithoutEndingToItsWholeBeginning) {
-    const Asked asked{.begin = u"A\rB", .matchCase = false};
-    // With limits only where the end range still stands at the top, that is before any block or mismatch. The
-    // search then stays inside a beginning that reaches beyond its block.
-    expectFoundWithLimits({
-        {"xA¶B A¶B A¶B¶", asked, "x[aA¶Ba] [bAb]¶B A¶B¶"},
-        {"A¶b A¶B A¶B¶", asked, "A¶b [aAa]¶B A¶B¶"},
-    });
-    expectFoundWithoutLimits({
-        {"xA¶B A¶B A¶B¶", asked, "x[aA¶Ba] [bA¶Bb] [cA¶Bc]¶"},
-        {"A¶b A¶B A¶B¶", asked, "A¶b [aA¶Ba] [bA¶Bb]¶"},
-    });
-  }
+TEST(Locator, ExtendsABlockWithoutEndingToItsWholeBeginning) {
+  const Asked asked{.begin = u"A\rB", .matchCase = false};
+  // With limits only where the end range still stands at the top, that is before any block or mismatch. The
+  // search then stays inside a beginning that reaches beyond its block.
+  expectFoundWithLimits({
+      {"xA¶B A¶B A¶B¶", asked, "x[aA¶Ba] [bAb]¶B A¶B¶"},
+      {"A¶b A¶B A¶B¶", asked, "A¶b [aAa]¶B A¶B¶"},
+  });
+  expectFoundWithoutLimits({
+      {"xA¶B A¶B A¶B¶", asked, "x[aA¶Ba] [bA¶Bb] [cA¶Bc]¶"},
+      {"A¶b A¶B A¶B¶", asked, "A¶b [aA¶Ba] [bA¶Bb]¶"},
+  });
+}
 
-  TEST(Locator, StartsAtTheSelectionOrAtTheTop) {
-    for (const bool lift : {false, true}) {
-      Desk desk("A¶BA¶BA¶B¶");
-      desk.sample.document->select({4, 7});
-      desk.work.pass({.begin = u"A\rB", .atTop = false, .lift = lift});
-      EXPECT_EQ(desk.found(), lift ? "A¶BA¶B[aA¶Ba]¶" : "A¶BA¶B[aAa]¶B¶");
+TEST(Locator, StartsAtTheSelectionOrAtTheTop) {
+  for (const bool lift : {false, true}) {
+    Desk desk("A¶BA¶BA¶B¶");
+    desk.sample.document->select({4, 7});
+    desk.work.pass({.begin = u"A\rB", .atTop = false, .lift = lift});
+    EXPECT_EQ(desk.found(), lift ? "A¶BA¶B[aA¶Ba]¶" : "A¶BA¶B[aAa]¶B¶");
+  }
+}
+
+TEST(Locator, SearchesAnEndingUpToThePreviousBlocksEnd) {
+  for (const bool lift : {false, true}) {
+    SCOPED_TRACE(lift);
+    Desk desk("A1A2B3B4B¶");
+    desk.work.ask({.begin = u"A", .end = u"B", .confirm = true, .lift = lift});
+    clsProcessFind& engine = desk.work.engine;
+    engine.InitializeFind();
+    std::vector<text::Span> selected;
+    while (engine.FindNextItem()) {
+      selected.push_back(desk.sample.document->selection());
+      engine.MakeChanges();
     }
+    EXPECT_EQ(selected, (std::vector<text::Span>{{0, 5}, {2, 5}})) << "a block may begin in the previous one";
   }
-
-  TEST(Locator, SearchesAnEndingUpToThePreviousBlocksEnd) {
-    for (const bool lift : {false, true}) {
-      SCOPED_TRACE(lift);
-      Desk desk("A1A2B3B4B¶");
-      desk.work.ask({.begin = u"A", .end = u"B", .confirm = true, .lift = lift});
-      clsProcessFind& engine = desk.work.engine;
-      engine.InitializeFind();
-      std::vector<text::Span> selected;
-      while (engine.FindNextItem()) {
-        selected.push_back(desk.sample.document->selection());
-        engine.MakeChanges();
-      }
-      EXPECT_EQ(selected, (std::vector<text::Span>{{0, 5}, {2, 5}}))
-          << "a block may begin in the previous one";
-    }
-  }
+}
 
 }  // namespace
 }  // namespace pluvo::engine
