@@ -35,10 +35,16 @@ bool isWhole(const std::string& content) {
 TEST(Interruption, KilledAtAnyMomentASaveLeavesTheOldTextOrTheNewOneWhole) {
   const Scratch scratch;
   const std::string path = scratch.put("a.txt", std::string(kSize, 'a'));
+  using Clock = std::chrono::steady_clock;
+  const auto begun = Clock::now();
+  rewrite(path, u'b');
+  const auto once = std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - begun).count();
+  std::filesystem::remove(scratch.path("a.txt.bak"));
   std::mt19937 random(1);
-  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+  std::uniform_int_distribution<std::int64_t> delay(0, 3 * once);
+  const auto deadline = Clock::now() + std::chrono::seconds(5);
   int rewritten = 0;
-  for (int round = 0; round < 300 && std::chrono::steady_clock::now() < deadline; ++round) {
+  for (int round = 0; round < 300 && Clock::now() < deadline; ++round) {
     const char before = scratch.get("a.txt")[0];
     const pid_t child = fork();
     ASSERT_GE(child, 0);
@@ -46,7 +52,7 @@ TEST(Interruption, KilledAtAnyMomentASaveLeavesTheOldTextOrTheNewOneWhole) {
       for (char16_t letter = before == 'a' ? u'b' : u'a';; letter = letter == u'a' ? u'b' : u'a')
         rewrite(path, letter);
     }
-    std::this_thread::sleep_for(std::chrono::microseconds(std::uniform_int_distribution(0, 20'000)(random)));
+    std::this_thread::sleep_for(std::chrono::microseconds(delay(random)));
     kill(child, SIGKILL);
     waitpid(child, nullptr, 0);
 
