@@ -74,23 +74,67 @@ void appendUtf8(std::string& out, char32_t point) {
   }
 }
 
-/// The code point that begins at i, and i moved behind it; kReplacement, and one byte, where there is none.
-char32_t pointAt(std::string_view text, std::size_t& i) {
+/// The code point that begins at i, and i moved behind it; nothing, and one byte, where there is none.
+std::optional<char32_t> pointAt(std::string_view text, std::size_t& i) {
   const auto byte = [&](std::size_t at) { return static_cast<unsigned char>(text[at]); };
   const unsigned lead = byte(i);
   const std::size_t start = i++;
   if (lead < 0x80) return lead;
   const std::size_t more = lead >= 0xF0 ? 3 : lead >= 0xE0 ? 2 : 1;
-  if (lead < 0xC2 || lead > 0xF4 || text.size() - i < more) return kReplacement;
+  if (lead < 0xC2 || lead > 0xF4 || text.size() - i < more) return std::nullopt;
   char32_t point = lead & (0x3FU >> more);
   for (std::size_t k = 0; k < more; ++k) {
-    if ((byte(i + k) & 0xC0) != 0x80) return kReplacement;
+    if ((byte(i + k) & 0xC0) != 0x80) return std::nullopt;
     point = point << 6 | (byte(i + k) & 0x3FU);
   }
   const bool shortest = more == 1 || point >= (more == 2 ? 0x800U : 0x10000U);
-  if (!shortest || point > 0x10FFFF || (point >= 0xD800 && point < 0xE000)) return kReplacement;
+  if (!shortest || point > 0x10FFFF || (point >= 0xD800 && point < 0xE000)) return std::nullopt;
   i = start + 1 + more;
   return point;
+}
+
+/// Stand for single bytes 0x80 to 0xFF that are no part of a UTF-8 character.
+constexpr char32_t kByteEscapes = 0xDC00;
+
+bool isByteEscape(char32_t unit) { return unit >= kByteEscapes + 0x80 && unit <= kByteEscapes + 0xFF; }
+
+/// What is appended for a lone surrogate.
+using OnSurrogate = void (*)(std::string& out, char16_t unit);
+
+std::string encoded(std::u16string_view text, OnSurrogate onSurrogate) {
+  std::string out;
+  out.reserve(text.size());
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char32_t unit = text[i];
+    const bool high = unit >= 0xD800 && unit < 0xDC00;
+    if (high && i + 1 < text.size() && text[i + 1] >= 0xDC00 && text[i + 1] < 0xE000) {
+      appendUtf8(out, 0x10000 + ((unit - 0xD800) << 10) + (text[++i] - 0xDC00U));
+    } else if (unit >= 0xD800 && unit < 0xE000) {
+      onSurrogate(out, text[i]);
+    } else {
+      appendUtf8(out, unit);
+    }
+  }
+  return out;
+}
+
+/// What stands for a byte that is no UTF-8.
+using OnByte = char32_t (*)(char byte);
+
+std::u16string decoded(std::string_view text, OnByte onByte) {
+  std::u16string out;
+  out.reserve(text.size());
+  for (std::size_t i = 0; i < text.size();) {
+    const char byte = text[i];
+    const char32_t point = pointAt(text, i).value_or(onByte(byte));
+    if (point < 0x10000) {
+      out += static_cast<char16_t>(point);
+    } else {
+      out += static_cast<char16_t>(0xD800 + ((point - 0x10000) >> 10));
+      out += static_cast<char16_t>(0xDC00 + ((point - 0x10000) & 0x3FF));
+    }
+  }
+  return out;
 }
 
 }  // namespace
@@ -122,34 +166,26 @@ std::int16_t narrow(std::int32_t value) {
 }
 
 std::string utf8(std::u16string_view text) {
-  std::string out;
-  out.reserve(text.size());
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    char32_t point = text[i];
-    const bool high = point >= 0xD800 && point < 0xDC00;
-    if (high && i + 1 < text.size() && text[i + 1] >= 0xDC00 && text[i + 1] < 0xE000) {
-      point = 0x10000 + ((point - 0xD800) << 10) + (text[++i] - 0xDC00U);
-    } else if (point >= 0xD800 && point < 0xE000) {
-      point = kReplacement;
-    }
-    appendUtf8(out, point);
-  }
-  return out;
+  return encoded(text, [](std::string& out, char16_t) { appendUtf8(out, kReplacement); });
 }
 
 std::u16string utf16(std::string_view text) {
-  std::u16string out;
-  out.reserve(text.size());
-  for (std::size_t i = 0; i < text.size();) {
-    const char32_t point = pointAt(text, i);
-    if (point < 0x10000) {
-      out += static_cast<char16_t>(point);
+  return decoded(text, [](char) -> char32_t { return kReplacement; });
+}
+
+std::string nameBytes(std::u16string_view name) {
+  return encoded(name, [](std::string& out, char16_t unit) {
+    if (isByteEscape(unit)) {
+      out += static_cast<char>(unit & 0xFF);
     } else {
-      out += static_cast<char16_t>(0xD800 + ((point - 0x10000) >> 10));
-      out += static_cast<char16_t>(0xDC00 + ((point - 0x10000) & 0x3FF));
+      appendUtf8(out, unit);
     }
-  }
-  return out;
+  });
+}
+
+std::u16string nameText(std::string_view bytes) {
+  return decoded(bytes,
+                 [](char byte) -> char32_t { return kByteEscapes + static_cast<unsigned char>(byte); });
 }
 
 }  // namespace pluvo::errors

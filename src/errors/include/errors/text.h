@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-/// Conversions between text and numbers as the dialog's host makes them.
+/// Conversions between text, numbers and bytes, each made in one way everywhere.
 namespace pluvo::errors {
 
 /// Without leading zeros or blanks, with a minus sign when negative.
@@ -24,5 +24,11 @@ std::int16_t narrow(std::int32_t value);
 std::string utf8(std::u16string_view text);
 /// From UTF-8; bytes that are none become U+FFFD.
 std::u16string utf16(std::string_view text);
+
+/// A file's name or path is bytes, and a text everywhere else: its UTF-8 as UTF-16. A byte that is no UTF-8
+/// becomes the lone surrogate 0xDC00 + byte, so that any bytes come back as they were.
+std::u16string nameText(std::string_view bytes);
+/// The bytes of a name. Lone surrogates that stand for no byte are written as if they were characters.
+std::string nameBytes(std::u16string_view name);
 
 }  // namespace pluvo::errors
