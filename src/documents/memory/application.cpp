@@ -1,5 +1,6 @@
 #include "memory/application.h"
 
+#include "documents.h"
 #include "errors/fault.h"
 #include "window.h"
 #include "word/faults.h"
@@ -9,39 +10,88 @@
 
 namespace pluvo::memory {
 
+MemoryApplication::MemoryApplication(std::shared_ptr<DocumentOpener> opener) : opener_(std::move(opener)) {}
+
+MemoryApplication::~MemoryApplication() {
+  for (const OpenedFile& opened : open_) opened.document->application_ = nullptr;
+}
+
 std::shared_ptr<word::Selection> MemoryApplication::Selection() {
   return std::make_shared<MemorySelection>(active());
 }
 
-void MemoryApplication::add(std::shared_ptr<MemoryDocument> document) {
+std::shared_ptr<word::Documents> MemoryApplication::Documents() {
+  return std::make_shared<MemoryDocuments>(*this);
+}
+
+void MemoryApplication::add(std::shared_ptr<MemoryDocument> document, std::shared_ptr<DocumentFile> file) {
   if (document == nullptr) throw errors::objectNotSet();
-  documents_.push_back(std::move(document));
+  open_.push_back({std::move(document), std::move(file)});
+  open_.back().document->application_ = this;
+}
+
+std::shared_ptr<MemoryDocument> MemoryApplication::open(const std::string& path) {
+  for (const OpenedFile& opened : open_) {
+    if (opened.document->path() != path) continue;
+    const auto document = opened.document;
+    activate(document);
+    return document;
+  }
+  if (!opener_) throw errors::Fault(word::kNotAvailable, u"No files can be opened here.");
+  OpenedFile opened = opener_->open(path);
+  add(opened.document, std::move(opened.file));
+  return opened.document;
 }
 
 void MemoryApplication::activate(const std::shared_ptr<MemoryDocument>& document) {
-  const auto kept = document;
-  take(kept);
-  documents_.push_back(kept);
+  open_.push_back(take(document));
+  open_.back().document->application_ = this;
+}
+
+void MemoryApplication::save(const MemoryDocument& document) {
+  DocumentFile* const file = fileOf(document);
+  if (file == nullptr) throw errors::Fault(word::kNotAvailable, u"The document belongs to no file.");
+  file->save();
 }
 
 void MemoryApplication::close(const std::shared_ptr<MemoryDocument>& document) {
-  const auto kept = document;
-  take(kept);
-  kept->close();
+  take(document).document->close();
+}
+
+bool MemoryApplication::isReadOnly(const MemoryDocument& document) const {
+  const DocumentFile* const file = fileOf(document);
+  return file != nullptr && file->readOnly();
 }
 
 std::shared_ptr<MemoryDocument> MemoryApplication::active() const {
-  if (documents_.empty()) throw errors::Fault(word::kNoDocument, u"No document is open.");
-  return documents_.back();
+  if (open_.empty()) throw errors::Fault(word::kNoDocument, u"No document is open.");
+  return open_.back().document;
 }
 
-void MemoryApplication::take(const std::shared_ptr<MemoryDocument>& document) {
+std::shared_ptr<MemoryDocument> MemoryApplication::document(std::int32_t index) const {
+  if (index < 1 || index > count())
+    throw errors::Fault(word::kMemberMissing, u"There is no open document of this number.");
+  return open_[static_cast<std::size_t>(index) - 1].document;
+}
+
+OpenedFile MemoryApplication::take(const std::shared_ptr<MemoryDocument>& document) {
   if (document == nullptr) throw errors::objectNotSet();
-  const auto found = std::find(documents_.begin(), documents_.end(), document);
-  if (found == documents_.end()) {
+  const auto found = std::find_if(open_.begin(), open_.end(),
+                                  [&](const OpenedFile& opened) { return opened.document == document; });
+  if (found == open_.end()) {
     throw errors::Fault(word::kMemberMissing, u"The document is not open here.");
   }
-  documents_.erase(found);
+  OpenedFile taken = std::move(*found);
+  open_.erase(found);
+  taken.document->application_ = nullptr;
+  return taken;
+}
+
+DocumentFile* MemoryApplication::fileOf(const MemoryDocument& document) const {
+  const auto found = std::find_if(open_.begin(), open_.end(), [&](const OpenedFile& opened) {
+    return opened.document.get() == &document;
+  });
+  return found == open_.end() ? nullptr : found->file.get();
 }
 
 }  // namespace pluvo::memory

@@ -2,10 +2,12 @@
 
 #include "errors/fault.h"
 #include "errors/text.h"
+#include "memory/application.h"
 #include "range.h"
 #include "window.h"
 #include "word/faults.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace pluvo::memory {
@@ -29,6 +31,61 @@ std::shared_ptr<word::Range> MemoryDocument::Range(std::int32_t start, std::int3
 
 std::shared_ptr<word::Window> MemoryDocument::ActiveWindow() {
   return std::make_shared<MemoryWindow>(shared_from_this());
+}
+
+std::u16string MemoryDocument::Path() {
+  const std::size_t separator = path_.rfind('/');
+  if (separator == std::string::npos) return {};
+  return errors::nameText(path_.substr(0, std::max<std::size_t>(separator, 1)));
+}
+
+void MemoryDocument::Activate() { application().activate(shared_from_this()); }
+
+bool MemoryDocument::ReadOnly() { return application_ != nullptr && application_->isReadOnly(*this); }
+
+void MemoryDocument::WritePassword(const std::u16string& password) {
+  open();
+  if (password.empty()) return;
+  throw Fault(word::kNotAvailable, u"A document of this kind has no place for a password for changing it.");
+}
+
+word::WdProtectionType MemoryDocument::ProtectionType() {
+  open();
+  return protection_;
+}
+
+void MemoryDocument::Unprotect(const std::u16string& password) {
+  open();
+  if (protection_ == word::wdNoProtection)
+    throw Fault(word::kNotAvailable, u"The document is not protected.");
+  if (passwordCheck_ && !passwordCheck_(password))
+    throw Fault(word::kProtectionPasswordWrong, u"The password is incorrect.");
+  protect(word::wdNoProtection);
+}
+
+void MemoryDocument::Protect(word::WdProtectionType type, const std::u16string& password) {
+  open();
+  if (protection_ != word::wdNoProtection)
+    throw Fault(word::kNotAvailable, u"The document is protected already.");
+  PasswordCheck check;
+  if (!password.empty()) check = [password](const std::u16string& given) { return given == password; };
+  protect(type, std::move(check));
+}
+
+void MemoryDocument::protect(word::WdProtectionType type, PasswordCheck check) {
+  protection_ = type;
+  passwordCheck_ = std::move(check);
+}
+
+std::shared_ptr<word::Range> MemoryDocument::StoryRanges(word::WdStoryType story) {
+  if (story != word::wdMainTextStory) throw Fault(word::kMemberMissing, u"The document has no such story.");
+  return Range(0, model().length());
+}
+
+void MemoryDocument::Close(bool saveChanges) {
+  const auto kept = shared_from_this();
+  if (saveChanges && !Saved()) application().save(*this);
+  application().close(kept);
 }
 
 void MemoryDocument::select(text::Span span) { open().selection.set(spanOf(span.from, span.to)); }
@@ -63,6 +120,11 @@ void MemoryDocument::requireHighlightable(std::int32_t colour) {
   if (medium_ != nullptr && !medium_->holdsHighlight()) {
     throw Fault(word::kNotAvailable, u"A document of this kind has no place for highlighting.");
   }
+}
+
+MemoryApplication& MemoryDocument::application() const {
+  if (application_ == nullptr) throw Fault(word::kMemberMissing, u"The document is not open here.");
+  return *application_;
 }
 
 MemoryDocument::Open& MemoryDocument::open() {

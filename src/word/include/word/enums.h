@@ -38,4 +38,6 @@ enum WdProtectionType : std::int32_t {
   wdAllowOnlyReading = 3,
 };
 
+enum WdStoryType : std::int32_t { wdMainTextStory = 1 };
+
 }  // namespace pluvo::word

@@ -1,23 +1,24 @@
 #pragma once
 
+#include "word/enums.h"
+
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <variant>
 
-#include "word/enums.h"
-
-/// The word processor as the engine sees it: the members of Word's object model that are used, under Word's own
-/// names. A property is an overload pair: `Start()` reads, `Start(value)` writes.
+/// The word processor as the engine sees it: the members of Word's object model that are used, under Word's
+/// own names. A property is an overload pair: `Start()` reads, `Start(value)` writes.
 ///
-/// Positions are signed 32-bit UTF-16 offsets into the main text; 0 is before the first character. The paragraph
-/// mark is the single character 13. Every member may throw errors::Fault with one of the numbers in faults.h.
+/// Positions are signed 32-bit UTF-16 offsets into the main text; 0 is before the first character. The
+/// paragraph mark is the single character 13. Every member may throw errors::Fault with one of the numbers in
+/// faults.h.
 namespace pluvo::word {
 
 class Range;
 
-/// The count given to MoveStart and MoveEnd: a 32-bit value, or a reference to a 16-bit one. A binding passes on
-/// which it was.
+/// The count given to MoveStart and MoveEnd: a 32-bit value, or a reference to a 16-bit one. A binding passes
+/// on which it was.
 using MoveCount = std::variant<std::int32_t, std::int16_t*>;
 
 constexpr std::int32_t valueOf(const MoveCount& count) {
@@ -41,7 +42,8 @@ class Find {
   virtual void Wrap(WdFindWrap value) = 0;
 
   /// Searches from the range's Start: a collapsed range to the end of the document, a spanning one within
-  /// itself. True: the range now spans exactly the match. False: the range is as the word processor leaves it.
+  /// itself. True: the range now spans exactly the match. False: the range is as the word processor leaves
+  /// it.
   virtual bool Execute() = 0;
 };
 
@@ -121,7 +123,39 @@ class Document {
   virtual ~Document() = default;
   virtual std::shared_ptr<word::Range> Range(std::int32_t start, std::int32_t end) = 0;
   virtual std::u16string Name() = 0;
+  /// The folder, without a separator behind it unless it is a root.
+  virtual std::u16string Path() = 0;
   virtual std::shared_ptr<Window> ActiveWindow() = 0;
+  virtual void Activate() = 0;
+
+  /// Whether it was opened without the right to save it under its name.
+  virtual bool ReadOnly() = 0;
+  /// The text property that is cleared before the user is asked about a read-only document: the password for
+  /// changing it, so that a copy saved under another name asks for none.
+  virtual void WritePassword(const std::u16string& password) = 0;
+  virtual WdProtectionType ProtectionType() = 0;
+  /// Fault 5485 when the password is wrong.
+  virtual void Unprotect(const std::u16string& password) = 0;
+  /// With the word processor's default for resetting form fields.
+  virtual void Protect(WdProtectionType type, const std::u16string& password) = 0;
+  virtual std::shared_ptr<word::Range> StoryRanges(WdStoryType story) = 0;
+
+  /// Whether there are no unsaved changes.
+  virtual bool Saved() = 0;
+  /// Fault 5155 when it should be saved and cannot be under its name, and the user gave no other; the
+  /// document is then still open.
+  virtual void Close(bool saveChanges) = 0;
+};
+
+/// The open documents, counted from 1.
+class Documents {
+ public:
+  virtual ~Documents() = default;
+  virtual std::int32_t Count() = 0;
+  virtual std::shared_ptr<Document> Item(std::int32_t index) = 0;
+  /// Opens a file, or finds it open, and activates it. The word processor itself asks for passwords: Fault
+  /// 4198 when the user gives none, 5408 when it is wrong.
+  virtual std::shared_ptr<Document> Open(const std::u16string& fileName) = 0;
 };
 
 /// The word processor's global object.
@@ -130,6 +164,9 @@ class Application {
   virtual ~Application() = default;
   virtual std::shared_ptr<Document> ActiveDocument() = 0;
   virtual std::shared_ptr<word::Selection> Selection() = 0;
+  virtual std::shared_ptr<word::Documents> Documents() = 0;
+  /// What stands between the folders of a path.
+  virtual std::u16string PathSeparator() = 0;
 };
 
 }  // namespace pluvo::word

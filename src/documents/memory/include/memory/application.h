@@ -1,9 +1,11 @@
 #pragma once
 
 #include "memory/document.h"
+#include "memory/opener.h"
 #include "word/word_processor.h"
 
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace pluvo::memory {
@@ -11,26 +13,44 @@ namespace pluvo::memory {
 /// The word processor of documents in memory: which are open, and which is in front.
 class MemoryApplication : public word::Application {
  public:
+  /// Without an opener, Documents.Open is a Fault 4605.
+  explicit MemoryApplication(std::shared_ptr<DocumentOpener> opener = nullptr);
+  MemoryApplication(const MemoryApplication&) = delete;
+  MemoryApplication& operator=(const MemoryApplication&) = delete;
+  ~MemoryApplication() override;
+
   /// Fault 4248 when no document is open.
   std::shared_ptr<word::Document> ActiveDocument() override { return active(); }
   /// The selection of the active document.
   std::shared_ptr<word::Selection> Selection() override;
+  /// To be used no longer than this. The active document is the last.
+  std::shared_ptr<word::Documents> Documents() override;
+  std::u16string PathSeparator() override { return u"/"; }
 
-  /// Opens a document in front of the others.
-  void add(std::shared_ptr<MemoryDocument> document);
+  /// Opens a document in front of the others. One without a file is not read-only and cannot be saved (Fault
+  /// 4605).
+  void add(std::shared_ptr<MemoryDocument> document, std::shared_ptr<DocumentFile> file = nullptr);
+  /// Opens the file, or brings it to the front when it is open under the same path.
+  std::shared_ptr<MemoryDocument> open(const std::string& path);
   /// Brings an open document to the front; Fault 5941 when it is not one of these.
   void activate(const std::shared_ptr<MemoryDocument>& document);
+  void save(const MemoryDocument& document);
   /// Closes a document without saving; the one that was in front before comes to the front.
   void close(const std::shared_ptr<MemoryDocument>& document);
+  bool isReadOnly(const MemoryDocument& document) const;
 
   std::shared_ptr<MemoryDocument> active() const;
-  /// The open documents, the active one last.
-  const std::vector<std::shared_ptr<MemoryDocument>>& documents() const { return documents_; }
+  std::int32_t count() const { return static_cast<std::int32_t>(open_.size()); }
+  /// Counted from 1; Fault 5941 where there is none.
+  std::shared_ptr<MemoryDocument> document(std::int32_t index) const;
 
  private:
-  void take(const std::shared_ptr<MemoryDocument>& document);
+  OpenedFile take(const std::shared_ptr<MemoryDocument>& document);
+  DocumentFile* fileOf(const MemoryDocument& document) const;
 
-  std::vector<std::shared_ptr<MemoryDocument>> documents_;
+  std::shared_ptr<DocumentOpener> opener_;
+  /// The active document last.
+  std::vector<OpenedFile> open_;
 };
 
 }  // namespace pluvo::memory

@@ -8,11 +8,14 @@
 #include "word/enums.h"
 #include "word/word_processor.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 
 namespace pluvo::memory {
+
+class MemoryApplication;
 
 /// A word-processor document that lives in memory. Its ranges, find objects and windows keep it alive, but
 /// not its text: once it is closed, whatever asks for that is a Fault 5825.
@@ -28,7 +31,24 @@ class MemoryDocument : public word::Document, public std::enable_shared_from_thi
 
   std::shared_ptr<word::Range> Range(std::int32_t start, std::int32_t end) override;
   std::u16string Name() override { return name_; }
+  std::u16string Path() override;
   std::shared_ptr<word::Window> ActiveWindow() override;
+  /// Fault 5941 where the document is open in no word processor; so also Close.
+  void Activate() override;
+
+  bool ReadOnly() override;
+  /// Documents in memory have no password for changing them: clearing it leaves them as they are, and setting
+  /// one is a Fault 4605.
+  void WritePassword(const std::u16string& password) override;
+  word::WdProtectionType ProtectionType() override;
+  /// Fault 4605 when the document is not protected.
+  void Unprotect(const std::u16string& password) override;
+  /// Resets no form field. Fault 4605 when the document is protected already.
+  void Protect(word::WdProtectionType type, const std::u16string& password) override;
+  std::shared_ptr<word::Range> StoryRanges(word::WdStoryType story) override;
+
+  bool Saved() override { return !model().changed(); }
+  void Close(bool saveChanges) override;
 
   const std::string& path() const { return path_; }
   const std::shared_ptr<const model::Medium>& medium() const { return medium_; }
@@ -47,9 +67,12 @@ class MemoryDocument : public word::Document, public std::enable_shared_from_thi
   text::View view() const { return view_; }
   void showFieldCodes(bool value) { view_ = value ? text::View::codes : text::View::results; }
 
-  /// A document protected in whatever way refuses every edit (Fault 6124).
+  /// Whether a password lifts the protection.
+  using PasswordCheck = std::function<bool(const std::u16string& password)>;
+  /// A document protected in whatever way refuses every edit (Fault 6124). Without a check any password lifts
+  /// the protection.
   word::WdProtectionType protection() const { return protection_; }
-  void protect(word::WdProtectionType type) { protection_ = type; }
+  void protect(word::WdProtectionType type, PasswordCheck check = {});
 
   /// The span a pair of positions makes in this text: start is set first, then end.
   text::Span spanOf(std::int32_t start, std::int32_t end);
@@ -60,6 +83,8 @@ class MemoryDocument : public word::Document, public std::enable_shared_from_thi
   void requireHighlightable(std::int32_t colour);
 
  private:
+  friend class MemoryApplication;
+
   struct Open {
     explicit Open(model::Content content) : model(std::move(content)) {}
     model::Model model;
@@ -68,6 +93,7 @@ class MemoryDocument : public word::Document, public std::enable_shared_from_thi
 
   MemoryDocument() = default;
   Open& open();
+  MemoryApplication& application() const;
 
   std::optional<Open> open_;
   std::shared_ptr<const model::Medium> medium_;
@@ -75,6 +101,9 @@ class MemoryDocument : public word::Document, public std::enable_shared_from_thi
   std::string path_;
   text::View view_ = text::View::results;
   word::WdProtectionType protection_ = word::wdNoProtection;
+  PasswordCheck passwordCheck_;
+  /// The word processor it is open in.
+  MemoryApplication* application_ = nullptr;
 };
 
 }  // namespace pluvo::memory

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "errors/text.h"
+#include "memory/application.h"
+#include "word/word_processor.h"
+
+#include <memory>
+#include <string>
+
+namespace pluvo::memory {
+
+class MemoryDocuments : public word::Documents {
+ public:
+  explicit MemoryDocuments(MemoryApplication& application) : application_(application) {}
+  std::int32_t Count() override { return application_.count(); }
+  std::shared_ptr<word::Document> Item(std::int32_t index) override { return application_.document(index); }
+  std::shared_ptr<word::Document> Open(const std::u16string& fileName) override {
+    return application_.open(errors::nameBytes(fileName));
+  }
+
+ private:
+  MemoryApplication& application_;
+};
+
+}  // namespace pluvo::memory

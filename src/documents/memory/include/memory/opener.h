@@ -1,0 +1,34 @@
+#pragma once
+
+#include "memory/document.h"
+
+#include <memory>
+#include <string>
+
+namespace pluvo::memory {
+
+/// The file behind an open document.
+class DocumentFile {
+ public:
+  virtual ~DocumentFile() = default;
+  /// Whether the document was opened without the right to save it under its name.
+  virtual bool readOnly() const = 0;
+  /// Saves the document, a read-only one under a name that the user gives. Fault 5155 where it is read-only
+  /// and the user gives none.
+  virtual void save() = 0;
+};
+
+struct OpenedFile {
+  std::shared_ptr<MemoryDocument> document;
+  std::shared_ptr<DocumentFile> file;
+};
+
+/// Where documents come from.
+class DocumentOpener {
+ public:
+  virtual ~DocumentOpener() = default;
+  /// Throws Fault: 5174 where there is no such file, 5408 where it asks for a password.
+  virtual OpenedFile open(const std::string& path) = 0;
+};
+
+}  // namespace pluvo::memory
