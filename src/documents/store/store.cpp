@@ -74,9 +74,9 @@ void StoredDocument::requireSameDocument(const files::Bytes& written) const {
 Store::Store(files::FileSystem& system)
     : system_(&system), registry_(std::make_shared<const formats::Registry>(knownFormats())) {}
 
-std::unique_ptr<StoredDocument> Store::open(const std::string& path) const {
+std::unique_ptr<StoredDocument> Store::open(const std::string& path, TemporaryFiles temporary) const {
   const std::string_view name = nameIn(path);
-  if (name.starts_with('~'))
+  if (temporary == TemporaryFiles::refused && name.starts_with('~'))
     throw DocumentError(
         Problem::temporary,
         "The name begins with \"~\": this is a word processor's temporary file. It was skipped; "
@@ -89,7 +89,7 @@ std::unique_ptr<StoredDocument> Store::open(const std::string& path) const {
   formats::Opened read = opened->format_->read(file.bytes);
   opened->source_ = std::move(read.source);
   opened->document_ =
-      memory::MemoryDocument::create(std::move(read.content), opened->source_, errors::utf16(name), path);
+      memory::MemoryDocument::create(std::move(read.content), opened->source_, errors::nameText(name), path);
   opened->path_ = path;
   opened->stamp_ = file.stamp;
   opened->bytes_ = std::move(file.bytes);

@@ -62,14 +62,17 @@ class StoredDocument {
   files::Bytes bytes_;
 };
 
+enum class TemporaryFiles { refused, opened };
+
 /// Opens documents of every known format, told by their content. May be used from several threads.
 class Store {
  public:
   explicit Store(files::FileSystem& system = files::machineFileSystem());
 
   /// Throws files::DocumentError. A name that begins with "~" belongs to a word processor at work and is
-  /// refused (temporary). A file that may not be written opens all the same.
-  std::unique_ptr<StoredDocument> open(const std::string& path) const;
+  /// refused (temporary), unless the user said to open it. A file that may not be written opens all the same.
+  std::unique_ptr<StoredDocument> open(const std::string& path,
+                                       TemporaryFiles temporary = TemporaryFiles::refused) const;
 
  private:
   files::FileSystem* system_;
