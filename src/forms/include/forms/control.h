@@ -20,7 +20,7 @@ class Event {
   std::function<void(Arguments...)> handler_;
 };
 
-enum class ControlKind { label, commandButton };
+enum class ControlKind { label, commandButton, textBox };
 
 /// One control of a form: plain values that handlers read and write, and that a renderer mirrors. The user's
 /// doings arrive as calls from the renderer, or from a test.
@@ -42,6 +42,9 @@ class Control {
   void Enabled(bool value) { set(enabled_, value); }
   bool Visible() const { return visible_; }
   void Visible(bool value) { set(visible_, value); }
+  /// Shown while the pointer rests on the control.
+  const std::u16string& ControlTipText() const { return tip_; }
+  void ControlTipText(std::u16string tip) { set(tip_, std::move(tip)); }
 
   /// For the renderer: something about the control is to be shown anew.
   Event<> changed;
@@ -58,6 +61,7 @@ class Control {
   ControlKind kind_;
   std::u16string name_;
   std::u16string caption_;
+  std::u16string tip_;
   bool enabled_ = true;
   bool visible_ = true;
 };
@@ -78,6 +82,26 @@ class CommandButton final : public Control {
     if (Enabled() && Visible()) Click.raise();
   }
   Event<> Click;
+};
+
+class TextBox final : public Control {
+ public:
+  explicit TextBox(std::u16string name) : Control(ControlKind::textBox, std::move(name)) {}
+
+  const std::u16string& Text() const { return text_; }
+  void Text(std::u16string text) { set(text_, std::move(text)); }
+  /// What is shown in the place of every character typed; empty: the character itself.
+  const std::u16string& PasswordChar() const { return passwordChar_; }
+  void PasswordChar(std::u16string character) { set(passwordChar_, std::move(character)); }
+
+  /// The user presses a key that makes this character; 13 is Enter. The renderer, which owns the caret, sets
+  /// the text where the key changes it.
+  void pressKey(std::int16_t character) const { KeyPress.raise(character); }
+  Event<std::int16_t> KeyPress;
+
+ private:
+  std::u16string text_;
+  std::u16string passwordChar_;
 };
 
 }  // namespace pluvo::forms
