@@ -47,7 +47,7 @@ files::Bytes inflated(files::ByteSpan packed, const Member& member) {
   const libdeflate_result result = libdeflate_deflate_decompress_ex(
       decompressor.handle, packed.data(), packed.size(), contents.get(), member.size, &used, nullptr);
   if (result != LIBDEFLATE_SUCCESS || used != packed.size()) throw damagedMember(member);
-  return {files::ByteSpan(contents.get(), member.size), contents, {}};
+  return {files::ByteSpan(contents.get(), member.size), contents, nullptr};
 }
 
 }  // namespace

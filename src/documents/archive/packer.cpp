@@ -1,5 +1,7 @@
 #include "packer.h"
 
+#include "archive/rewrite.h"
+
 #include <libdeflate.h>
 
 #include <algorithm>
@@ -18,6 +20,10 @@ struct Compressor {
   Compressor& operator=(const Compressor&) = delete;
   libdeflate_compressor* handle;
 };
+
+constexpr std::uint64_t kSmall = std::uint64_t{128} << 10U;
+constexpr int kLevelOfSmall = 6;
+constexpr int kLevelOfLarge = 1;
 
 /// Memory that is written once; it is not cleared first, and what is never written is never taken.
 std::unique_ptr<std::uint8_t[]> unwritten(std::size_t size) {
@@ -48,6 +54,7 @@ Packed pack(std::span<const files::ByteSpan> pieces, Method method, int level) {
     for (const files::ByteSpan piece : pieces) to = std::copy(piece.begin(), piece.end(), to);
     whole = {gathered.get(), static_cast<std::size_t>(packed.size)};
   }
+  if (level == kLevelBySize) level = packed.size <= kSmall ? kLevelOfSmall : kLevelOfLarge;
   const Compressor compressor(level);
   const std::size_t bound = libdeflate_deflate_compress_bound(compressor.handle, whole.size());
   packed.owner = unwritten(bound);

@@ -16,6 +16,7 @@ namespace {
 
 constexpr std::uint16_t kZip64Version = 45;
 constexpr std::uint16_t kZip64Extra = 1;
+constexpr std::uint64_t kCopied = std::uint64_t{4} << 20U;
 
 /// What the new archive's directory says of a member.
 struct Place {
@@ -59,6 +60,16 @@ class Rewriter {
     written_ += bytes.size();
   }
 
+  /// Copies what lies in the old archive, and keeps no more of it in memory than a little.
+  void copy(std::uint64_t from, std::uint64_t to) {
+    while (from < to) {
+      const std::uint64_t size = std::min(to - from, kCopied);
+      put(bytes_.subspan(from, size));
+      archive_.release();
+      from += size;
+    }
+  }
+
   /// Unchanged neighbours go out as one.
   void writeMembers(std::span<const std::uint32_t> order) {
     std::uint64_t copyFrom = 0;
@@ -72,21 +83,21 @@ class Rewriter {
         place.crc = member.crc;
         continue;
       }
-      put(bytes_.subspan(copyFrom, member.header - copyFrom));
+      copy(copyFrom, member.header);
       copyFrom = member.next;
       place.header = written_;
       if (!place.change->remove) writeChanged(member, place);
     }
     const std::uint64_t end = order.empty() ? 0 : archive_.members()[order.back()].next;
-    put(bytes_.subspan(copyFrom, end - copyFrom));
+    copy(copyFrom, end);
   }
 
   void writeChanged(const Member& member, Place& place) {
     const Packed packed = pack(place.change->pieces, member.method, level_);
     if (packed.size >= kElsewhere32 || packed.packedSize >= kElsewhere32) {
-      throw files::DocumentError(files::Problem::tooLarge,
-                                 "The document's part " + shown(member.name) +
-                                     " would grow beyond 4 GiB; divide the document.");
+      throw files::DocumentError(
+          files::Problem::tooLarge,
+          "The document's part " + shown(member.name) + " would grow beyond 4 GiB; divide the document.");
     }
     place.packedSize = packed.packedSize;
     place.size = packed.size;

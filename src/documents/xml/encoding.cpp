@@ -145,7 +145,7 @@ Utf8Part toUtf8(const files::Bytes& part, std::string_view partName) {
   const Encoding& encoding = result.encoding;
   const files::ByteSpan body = part.view.subspan(encoding.mark.size());
   if (encoding.isUtf8()) {
-    result.utf8 = {body, part.owner, part.vanished};
+    result.utf8 = {body, part.owner, part.file};
     return result;
   }
   if (!isEncodingName(encoding.name)) throw unknown(partName);

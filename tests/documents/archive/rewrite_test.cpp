@@ -163,7 +163,7 @@ TEST(Rewrite, TurnsToZip64WhereOffsetsOutgrowTheirFields) {
   void* const mapped = mmap(nullptr, grown, PROT_READ, MAP_PRIVATE, descriptor, 0);
   ASSERT_NE(mapped, MAP_FAILED);
 
-  const Archive before = Archive::open({{static_cast<const std::uint8_t*>(mapped), grown}, nullptr, {}});
+  const Archive before = Archive::open({{static_cast<const std::uint8_t*>(mapped), grown}, nullptr, nullptr});
   const std::string contents(2000, 'F');
   EndsOutput out;
   const Change change{"first", {spanOf(contents)}};

@@ -61,6 +61,8 @@ class Archive {
   static Archive open(files::Bytes bytes, const Limits& limits = {});
 
   files::ByteSpan bytes() const { return bytes_.view; }
+  /// Gives back the memory of a mapped archive until its bytes are next looked at.
+  void release() const { bytes_.release(); }
   /// In the order of the central directory.
   std::span<const Member> members() const { return members_; }
   /// Indexes into members(), in the order in which they lie in the file.
