@@ -17,7 +17,7 @@ using errors::Fault;
 std::shared_ptr<MemoryDocument> MemoryDocument::create(model::Content content,
                                                        std::shared_ptr<const model::Medium> medium,
                                                        std::u16string name, std::string path) {
-  const std::shared_ptr<MemoryDocument> document(new MemoryDocument());
+  std::shared_ptr<MemoryDocument> document(new MemoryDocument());
   document->open_.emplace(std::move(content));
   document->medium_ = std::move(medium);
   document->name_ = std::move(name);

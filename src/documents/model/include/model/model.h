@@ -23,10 +23,9 @@ struct Landing;
 /// it. All edits go through here, under one policy for every format (edit_policy.h). Knows no file and no
 /// format.
 ///
-/// A span that does not lie in the text is a bug in the
-/// caller. An edit is refused with a Fault, and nothing has happened, when its text holds a character that
-/// stands for something other than text (marks of cells and fields, pictures, references: 5843) or when
-/// positions would no longer suffice (5854).
+/// A span that does not lie in the text is a bug in the caller. An edit is refused with a Fault, and nothing
+/// has happened, when its text holds a character that stands for something other than text (marks of cells
+/// and fields, pictures, references: 5843) or when positions would no longer suffice (5854).
 class Model {
  public:
   explicit Model(Content content);
