@@ -50,11 +50,15 @@ class ScriptedForms final : public FormHost {
     if (user) user(form);
     EXPECT_FALSE(form.Visible()) << "the user left a modal form open";
   }
-  void visibleChanged(Form& form) override { visibility.push_back(form.Visible()); }
+  void visibleChanged(Form& form) override {
+    if (form.Name() == watched) visibility.push_back(form.Visible());
+  }
   void repaint(Form&) override {}
 
   std::function<void(Form&)> user;
   int modalRuns = 0;
+  /// The form whose coming and going is written down.
+  std::u16string watched;
   std::vector<bool> visibility;
 };
 

@@ -40,6 +40,7 @@ TEST_F(Forms, ShownModallyWaitForTheUser) {
 }
 
 TEST_F(Forms, TellTheHostWhenTheyComeAndGo) {
+  host.watched = u"question";
   {
     Question question(host);
     question.Hide();

@@ -1,0 +1,248 @@
+#include "engine/frmProcessing.h"
+#include "engine/workplace.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace pluvo::engine {
+namespace {
+
+using forms::Answer;
+using Box = forms::ScriptedBoxes::Box;
+using Faults = std::vector<std::string>;
+
+const Box kNothingFound{
+    u"P.L.U.V.O. was unable to find any occurances for the given parameters.\r\n\r\nYou might try extending "
+    u"the 'no farther apart than' parameters to Entire Document.\r\n\r\nYou can also try leaving off 'Ends "
+    u"with' and 'Inside Text' if you are certain the text is within the document.",
+    forms::Buttons::ok, u"Couldn't Find Text Block."};
+
+std::string placesFilled(std::size_t count, std::string_view text) {
+  return std::string(count, '.') + std::string(text) + "¶";
+}
+
+TEST(Pass, AsksBeforeEachBlockWhereItIsToBeConfirmed) {
+  Desk desk("A1 A2 A3 A4¶");
+  std::vector<text::Span> selected;
+  desk.work.boxes.beforeAnswer = [&] { selected.push_back(desk.sample.document->selection()); };
+  desk.work.boxes.answers = {Answer::yes, Answer::no, Answer::cancel};
+  desk.work.pass({.begin = u"A", .operation = kReplace, .text = u"bb", .confirm = true});
+  EXPECT_EQ(desk.text(), "bb1 A2 A3 A4¶");
+  EXPECT_EQ(selected, (std::vector<text::Span>{{0, 1}, {4, 5}, {7, 8}}));
+  EXPECT_EQ(desk.sample.document->selection(), (text::Span{0, 0}));
+  EXPECT_EQ(desk.work.lastSummary(), "   1");
+  const Box question{u"Perform Operation on Selected Text?", forms::Buttons::yesNoCancel,
+                     u"Confirm Operation"};
+  EXPECT_EQ(desk.work.boxes.shown, (std::vector<Box>(3, question)));
+}
+
+TEST(Pass, EndsWhereTheObserverSaysSo) {
+  for (const std::size_t most : {1, 2}) {
+    Desk desk("A A A¶");
+    desk.watch.most = most;
+    desk.work.pass({.begin = u"A", .operation = kDelete});
+    EXPECT_EQ(desk.work.lastSummary(), "   " + std::to_string(most - 1));
+  }
+}
+
+TEST(Pass, ReportsWhatItDid) {
+  Desk desk("A A A¶");
+  desk.work.engine.QuiteModeSetting(false);
+  for (const bool exit : {true, false}) {
+    desk.work.boxes.answers = {Answer::no, Answer::no, Answer::yes};
+    desk.work.forms.user = [&](forms::Form& form) {
+      EXPECT_EQ(form.Caption(), u"P.L.U.V.O. Statistics:");
+      EXPECT_EQ(form.control(u"lblStats")->Caption(), u"\r\nFound:3\r\n\r\nOperated on:1\r\n\r\nSkipped:2");
+      forms::press(form, exit ? u"cmdExit" : u"cmdContinue");
+    };
+    desk.work.pass({.begin = u"A", .confirm = true});
+    EXPECT_EQ(desk.work.engine.CancelOperation(), exit);
+  }
+  EXPECT_EQ(desk.work.forms.modalRuns, 2);
+}
+
+TEST(Pass, HintsWhereItFoundNothing) {
+  Desk desk("A¶");
+  desk.work.pass({.begin = u"B"});
+  EXPECT_TRUE(desk.work.boxes.shown.empty()) << "quiet";
+  desk.work.engine.QuiteModeSetting(false);
+  desk.work.pass({.begin = u"B"});
+  EXPECT_EQ(desk.work.boxes.shown, (std::vector<Box>{kNothingFound}));
+  EXPECT_EQ(desk.work.context.runSummary, u"\r\n   0\r\n   0");
+}
+
+TEST(Pass, GoesOnAfterARequestThatCannotBePrepared) {
+  Desk desk("A A¶");
+  for (const char16_t* distance : {u"abc", u"32768", u"same", u""}) {
+    desk.work.pass({.begin = u"A", .apart = distance});
+  }
+  EXPECT_EQ(desk.work.reports.all, (Faults{"13 cpf:27e", "91 cpf:35", "6 cpf:27e", "91 cpf:35", "13 cpf:27e",
+                                           "91 cpf:35", "13 cpf:27e", "91 cpf:35"}));
+  desk.work.reports.all.clear();
+  desk.work.pass({.begin = u"A"});
+  EXPECT_EQ(desk.work.lastSummary(), "   2");
+  // The ranges are those of the pass before.
+  desk.work.pass({.begin = u"\r", .apart = u"abc"});
+  EXPECT_EQ(desk.work.reports.all, (Faults{"13 cpf:27e"}));
+  EXPECT_EQ(desk.work.lastSummary(), "   0");
+}
+
+TEST(Request, RefusesCodesWiderThanItStores) {
+  Desk desk("¶");
+  clsProcessFind& engine = desk.work.engine;
+  EXPECT_THROW(engine.UnitsApartType(32768), errors::Fault);
+  EXPECT_THROW(engine.Operation(-32769), errors::Fault);
+  EXPECT_THROW(engine.BeforeOrAfter(100'000), errors::Fault);
+  EXPECT_THROW(engine.OperationLocation(1 << 16), errors::Fault);
+  EXPECT_NO_THROW(engine.BeforeOrAfter(99));
+}
+
+TEST(FindNextItem, IsTrueForConfirmingCallersOnly) {
+  Desk desk("x A¶");
+  for (const bool confirm : {false, true}) {
+    desk.work.ask({.begin = u"A", .confirm = confirm});
+    desk.work.engine.InitializeFind();
+    EXPECT_EQ(desk.work.engine.FindNextItem(), confirm);
+    EXPECT_EQ(desk.sample.document->selection(), confirm ? (text::Span{2, 3}) : (text::Span{0, 0}));
+  }
+}
+
+TEST(SearchPoint, IsNarrowedTo16BitsUnlessLimitsAreLifted) {
+  for (const bool skip : {false, true}) {
+    for (const std::size_t before : {32765U, 32766U, 32767U}) {
+      for (const bool lift : {false, true}) {
+        SCOPED_TRACE(before);
+        Desk desk(placesFilled(before, "A A"));
+        desk.work.ask({.begin = u"A", .operation = kHighlight, .confirm = true, .lift = lift});
+        clsProcessFind& engine = desk.work.engine;
+        engine.InitializeFind();
+        ASSERT_TRUE(engine.FindNextItem());
+        skip ? engine.SkipChanges() : engine.MakeChanges();
+        const bool fits = lift || before + 1 <= 32767;
+        const char* report = skip ? "6 cpf:27d" : "6 cpf:29";
+        EXPECT_EQ(desk.work.reports.all, fits ? Faults{} : Faults{report});
+        ASSERT_TRUE(engine.FindNextItem());
+        const auto at = static_cast<text::Position>(fits ? before + 2 : before);
+        EXPECT_EQ(desk.sample.document->selection(), (text::Span{at, at + 1}))
+            << "it stays where it cannot move";
+      }
+    }
+  }
+}
+
+TEST(SkippedCount, Is16BitsWideUnlessLimitsAreLifted) {
+  for (const bool lift : {false, true}) {
+    Desk desk("A¶");
+    desk.work.ask({.begin = u"A", .lift = lift});
+    desk.work.engine.InitializeFind();
+    for (int i = 0; i < 32768; ++i) desk.work.engine.SkipChanges();
+    EXPECT_EQ(desk.work.reports.all, lift ? Faults{} : Faults{"6 cpf:27d"});
+  }
+}
+
+/// Steps over documents that lie ready.
+struct ReadyFiles final : FileStepper {
+  explicit ReadyFiles(Desk& desk) : desk_(desk) {}
+
+  std::vector<std::u16string> GetFiles(clsProcessFind&, bool, std::int16_t) override { return {}; }
+  void MultiPLUVO(clsProcessFind&, const std::vector<std::u16string>&) override {}
+  bool MultiPLUVO_OpenNextFile(clsProcessFind&, const std::vector<std::u16string>& files,
+                               std::int32_t& index) override {
+    while (static_cast<std::size_t>(index) < files.size() && files[static_cast<std::size_t>(index)].empty())
+      ++index;
+    if (static_cast<std::size_t>(index) >= files.size()) return false;
+    const std::u16string& text = files[static_cast<std::size_t>(index)];
+    const std::string name = "file " + std::to_string(index);
+    current = memory::MemoryDocument::create(notation::parse(std::string(text.begin(), text.end())).content,
+                                             nullptr, std::u16string(name.begin(), name.end()));
+    desk_.application->add(current);
+    return true;
+  }
+  void MultiPLUVO_CloseFile(clsProcessFind&) override {
+    texts.push_back(notation::print(current->model()));
+    desk_.application->close(current);
+    current = nullptr;
+  }
+  std::u16string BrowseForFolder(clsProcessFind&, const std::u16string&) override { return {}; }
+  std::shared_ptr<word::Document> currentDocument() override { return current; }
+
+  std::shared_ptr<memory::MemoryDocument> current;
+  std::vector<std::string> texts;
+
+ private:
+  Desk& desk_;
+};
+
+class Processing : public testing::Test {
+ protected:
+  Processing() {
+    desk.work.engine.stepper(files);
+    desk.work.ask({.begin = u"A", .operation = kReplace, .text = u"b", .confirm = true});
+    desk.work.engine.QuiteModeSetting(false);
+    desk.work.forms.user = [this](forms::Form& form) {
+      forms::press(form, continues ? u"cmdContinue" : u"cmdExit");
+    };
+  }
+
+  Desk desk{"A A A¶"};
+  std::shared_ptr<ReadyFiles> files = std::make_shared<ReadyFiles>(desk);
+  frmProcessing dialog{desk.work.engine};
+  bool continues = true;
+};
+
+TEST_F(Processing, StepsThroughTheActiveDocument) {
+  desk.work.forms.watched = dialog.Name();
+  dialog.SingleProcess();
+  EXPECT_TRUE(dialog.Visible());
+  EXPECT_EQ(desk.sample.document->selection(), (text::Span{0, 1}));
+  dialog.cmdPerform.press();
+  EXPECT_EQ(desk.sample.document->selection(), (text::Span{2, 3}));
+  dialog.cmdSkip.press();
+  dialog.cmdPerform.press();
+  EXPECT_FALSE(dialog.Visible());
+  EXPECT_EQ(desk.text(), "b A b¶");
+  EXPECT_EQ(desk.work.forms.modalRuns, 1);
+  EXPECT_EQ(desk.work.forms.visibility, (std::vector<bool>{true, false, true, false, true, false}))
+      << "hidden while the engine works";
+  EXPECT_EQ(desk.work.lastSummary(), "   2");
+}
+
+TEST_F(Processing, TellsAtOnceWhereThereIsNoBlock) {
+  desk.work.engine.BeginBlock(u"C");
+  dialog.SingleProcess();
+  EXPECT_FALSE(dialog.Visible());
+  EXPECT_EQ(desk.work.boxes.shown, (std::vector<Box>{kNothingFound}));
+}
+
+TEST_F(Processing, StepsFromFileToFile) {
+  desk.work.engine.MultiFileRun(true);
+  dialog.MultiProcess({u"", u"none", u"1A", u"", u"2A3A", u"none"});
+  while (dialog.Visible()) dialog.cmdPerform.press();
+  EXPECT_EQ(files->texts, (std::vector<std::string>{"none¶", "1b¶", "2b3b¶", "none¶"}));
+  EXPECT_EQ(desk.work.context.runSummary,
+            u"\r\n   0\t\tfile 1\r\n   1\t\tfile 2\r\n   2\t\tfile 4\r\n   0\t\tfile 5");
+  EXPECT_TRUE(desk.work.reports.all.empty());
+  EXPECT_EQ(desk.text(), "A A A¶");
+}
+
+TEST_F(Processing, EndsTheRunBehindTheFileWhoseReportIsAnsweredSo) {
+  continues = false;
+  desk.work.engine.CancelOperation(true);
+  dialog.MultiProcess({u"1A", u"2A"});
+  while (dialog.Visible()) dialog.cmdPerform.press();
+  EXPECT_EQ(files->texts, (std::vector<std::string>{"1b¶"}));
+}
+
+TEST_F(Processing, EndsWithoutFiles) {
+  dialog.MultiProcess({});
+  EXPECT_FALSE(dialog.Visible());
+  EXPECT_TRUE(desk.work.boxes.shown.empty());
+  desk.work.engine.stepper(nullptr);
+  dialog.MultiProcess({u"A"});
+  EXPECT_EQ(desk.work.reports.all, (Faults{"91 cpf:45b"}));
+  EXPECT_FALSE(dialog.Visible());
+}
+
+}  // namespace
+}  // namespace pluvo::engine
