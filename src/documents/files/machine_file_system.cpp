@@ -59,7 +59,7 @@ bool mustBeKept(std::string_view attribute) {
 }
 
 std::vector<std::string> attributeNames(Handle file) {
-  std::vector<char> list(64 * 1024);  // the most that Linux hands out
+  std::vector<char> list(std::size_t{64} * 1024);  // the most that Linux hands out
   const ssize_t length = flistxattr(file, list.data(), list.size());
   std::vector<std::string> names;
   for (ssize_t at = 0; at < length; at += static_cast<ssize_t>(names.back().size()) + 1)

@@ -53,7 +53,7 @@ void onBusError(int number, siginfo_t* info, void* context) {
   const int savedError = errno;
   const auto address = reinterpret_cast<std::uintptr_t>(info->si_addr);
   Slot* slot = slotOf(address);
-  void* page = reinterpret_cast<void*>(address & ~(pageSize() - 1));
+  void* page = static_cast<std::uint8_t*>(info->si_addr) - address % pageSize();
   if (slot != nullptr &&
       mmap(page, pageSize(), PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0) == page)
     slot->vanished = true;

@@ -14,11 +14,14 @@ namespace pluvo::files {
 namespace {
 
 void requireReplaceable(FileSystem& system, const std::string& real, const FileStatus& status) {
-  if (const auto lock = lockFileOf(system, real))
-    throw DocumentError(Problem::locked,
-                        "The document is open in another program; close it there. If nobody has it "
-                        "open, delete \"" +
-                            *lock + "\" beside it.");
+  if (const auto lock = lockFileOf(system, real)) {
+    const std::string_view prefix = lock->starts_with('.') ? ".~lock." : "~$";
+    throw DocumentError(
+        Problem::locked,
+        "The document is open in another program; close it there. If nobody has it open, delete the "
+        "file beside it whose name begins with \"" +
+            std::string(prefix) + "\" and goes on like the document's.");
+  }
   if (status.names > 1)
     throw DocumentError(
         Problem::readOnly,
@@ -61,7 +64,7 @@ Stamp writeVersion(FileSystem& system, TemporaryFile& file, Handle original, con
 }
 
 void copyOriginal(FileSystem& system, Handle original, TemporaryFile& copy) {
-  std::vector<std::uint8_t> buffer(1024 * 1024);
+  std::vector<std::uint8_t> buffer(std::size_t{1024} * 1024);
   FileOutput output(system, copy.handle());
   while (const std::size_t count = system.read(original, buffer)) output.write(ByteSpan(buffer).first(count));
   output.finish();

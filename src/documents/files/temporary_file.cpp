@@ -102,7 +102,7 @@ void TemporaryFile::moveToFree(const std::string& path) {
 }
 
 void FileOutput::write(ByteSpan bytes) {
-  constexpr std::size_t kGathered = 256 * 1024;
+  constexpr std::size_t kGathered = std::size_t{256} * 1024;
   if (gathered_.size() + bytes.size() > kGathered) finish();
   if (bytes.size() >= kGathered) return writeThrough(bytes);
   if (gathered_.capacity() == 0) gathered_.reserve(kGathered);

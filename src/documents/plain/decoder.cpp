@@ -1,6 +1,5 @@
 #include "decoder.h"
 
-#include "files/problem.h"
 #include "token.h"
 
 #include <algorithm>
@@ -55,7 +54,7 @@ class Decoder {
 
   /// What is decoded is not looked at again soon.
   void releaseSometimes() {
-    constexpr std::size_t kHeld = 8 * 1024 * 1024;
+    constexpr std::size_t kHeld = std::size_t{8} * 1024 * 1024;
     if (offset_ - released_ < kHeld) return;
     file_.release();
     released_ = offset_;
@@ -165,12 +164,6 @@ LineEnd commonLineEnd(const std::array<std::size_t, 3>& counts, const Storage& s
   if (*most > 0) return static_cast<LineEnd>(most - counts.begin());
   const bool unixText = storage.encoding == Encoding::utf8 && storage.markLength == 0;
   return unixText ? LineEnd::lineFeed : LineEnd::carriageReturnLineFeed;
-}
-
-void requireReachable(ByteSpan bytes, const Storage& storage) {
-  if (bytes.size() / unitSize(storage.encoding) >= static_cast<std::size_t>(text::kMaxLength))
-    throw files::DocumentError(files::Problem::tooLarge,
-                               "The text has more than two thousand million characters; split the file.");
 }
 
 Decoded decode(ByteSpan bytes, const Storage& storage, const files::Bytes& file) {

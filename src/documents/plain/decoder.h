@@ -20,10 +20,7 @@ struct Decoded {
 /// Whether each unit of the text is one byte of the same value, but for line feeds.
 bool liesAsText(files::ByteSpan bytes, const Storage& storage);
 
-/// Throws files::DocumentError (too-large) where positions might not reach to the end of the text.
-void requireReachable(files::ByteSpan bytes, const Storage& storage);
-
-/// Of a text that requireReachable accepted. The file's memory is released on the way.
+/// Of a text that detect accepted. The file's memory is released on the way.
 Decoded decode(files::ByteSpan bytes, const Storage& storage, const files::Bytes& file);
 
 /// The line end that a new paragraph gets, given how many there are of each, in the order of LineEnd.

@@ -1,6 +1,7 @@
 #include "detection.h"
 
 #include "files/problem.h"
+#include "text/positions.h"
 #include "token.h"
 
 #include <algorithm>
@@ -56,6 +57,13 @@ Encoding encodingWithoutMark(ByteSpan bytes, const Survey& survey) {
   return survey.highest < 0x80 || isUtf8(bytes) ? Encoding::utf8 : Encoding::windows1252;
 }
 
+/// Before anything looks at all of the bytes.
+void requireReachable(ByteSpan bytes, std::size_t bytesPerUnit) {
+  if (bytes.size() / bytesPerUnit >= static_cast<std::size_t>(text::kMaxLength))
+    throw files::DocumentError(files::Problem::tooLarge,
+                               "The text has more than two thousand million characters; split the file.");
+}
+
 }  // namespace
 
 Storage detect(ByteSpan bytes) {
@@ -64,8 +72,11 @@ Storage detect(ByteSpan bytes) {
     throw files::DocumentError(
         files::Problem::unsupported,
         "The text is stored as UTF-32, which is not read here; save it as UTF-8 first.");
-  if (startsWith(bytes, {0xFF, 0xFE})) return {Encoding::utf16Little, 2, surveyOf(bytes.subspan(2))};
-  if (startsWith(bytes, {0xFE, 0xFF})) return {Encoding::utf16Big, 2, surveyOf(bytes.subspan(2))};
+  const bool little = startsWith(bytes, {0xFF, 0xFE});
+  const bool big = startsWith(bytes, {0xFE, 0xFF});
+  requireReachable(bytes, little || big ? 2 : 1);
+  if (little) return {Encoding::utf16Little, 2, surveyOf(bytes.subspan(2))};
+  if (big) return {Encoding::utf16Big, 2, surveyOf(bytes.subspan(2))};
   if (startsWith(bytes, {0xEF, 0xBB, 0xBF}) && isUtf8(bytes))
     return {Encoding::utf8, 3, surveyOf(bytes.subspan(3))};
   const Survey survey = surveyOf(bytes);

@@ -13,7 +13,7 @@ struct Storage {
   Survey survey;               ///< of the bytes behind the mark
 };
 
-/// Throws files::DocumentError (unsupported) for UTF-32.
+/// Throws files::DocumentError: unsupported for UTF-32, too-large where positions might not reach to the end.
 Storage detect(files::ByteSpan bytes);
 
 }  // namespace pluvo::plain

@@ -33,7 +33,6 @@ bool PlainFormat::recognises(ByteSpan bytes, std::string_view extension) const {
 formats::Opened PlainFormat::read(files::Bytes bytes) const {
   const Storage storage = detect(bytes.view);
   const ByteSpan content = bytes.view.subspan(storage.markLength);
-  requireReachable(content, storage);
   if (liesAsText(content, storage)) {
     static_assert(files::Bytes::kBehind == text::kParagraphMark);
     text::OriginalText text(ByteSpan(content.data(), content.size() + 1), true, bytes.owner);

@@ -54,7 +54,7 @@ void Writer::copy(ByteSpan bytes, const std::function<void()>& pause) {
   keepLineEndsApart(unitAt(encoding_, bytes, 0));
   requireWholeCharacter();
   flush();
-  constexpr std::size_t kAtOnce = 8 * 1024 * 1024;
+  constexpr std::size_t kAtOnce = std::size_t{8} * 1024 * 1024;
   for (ByteSpan rest = bytes; !rest.empty();) {
     const ByteSpan part = rest.first(std::min(rest.size(), kAtOnce));
     out_.write(part);

@@ -65,6 +65,8 @@ TEST(Store, RefusesWhatItCannotOpen) {
   EXPECT_EQ(problem(scratch.put("zip.txt", "PK\x03\x04")), Problem::unsupported);
   EXPECT_EQ(problem(scratch.put("plain.doc", "text")), Problem::damaged);
   EXPECT_EQ(problem(scratch.path("missing.txt")), Problem::io);
+  std::filesystem::resize_file(scratch.put("large.txt", ""), 0x80000000);  // of holes only
+  EXPECT_EQ(problem(scratch.path("large.txt")), Problem::tooLarge);
   EXPECT_EQ(problem(scratch.put("name\xFF.txt", "x")), std::nullopt) << "names are bytes";
 }
 

@@ -20,6 +20,6 @@ struct FileContent {
 FileContent readFile(FileSystem& system, const std::string& path);
 
 /// Files from this size on are mapped.
-inline constexpr std::uint64_t kMappedFrom = 256 * 1024;
+inline constexpr std::uint64_t kMappedFrom = std::uint64_t{256} * 1024;
 
 }  // namespace pluvo::files

@@ -68,9 +68,11 @@ class OriginalText {
 
  private:
   explicit OriginalText(std::shared_ptr<const std::u16string> units)
-      : whole_{nullptr, units->data(), static_cast<Position>(units->size()), false}, owner_(units) {}
+      : whole_{nullptr, units->data(), static_cast<Position>(units->size()), false},
+        owner_(std::move(units)) {}
   explicit OriginalText(std::shared_ptr<const std::vector<std::uint8_t>> units)
-      : whole_{units->data(), nullptr, static_cast<Position>(units->size()), false}, owner_(units) {}
+      : whole_{units->data(), nullptr, static_cast<Position>(units->size()), false},
+        owner_(std::move(units)) {}
 
   Stretch whole_;
   std::shared_ptr<const void> owner_;
