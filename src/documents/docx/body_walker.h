@@ -1,0 +1,151 @@
+#pragma once
+
+#include "names.h"
+#include "text/positions.h"
+#include "xml/scanner.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pluvo::docx {
+
+using text::Position;
+using xml::Offset;
+
+/// Bytes of the main part.
+struct Extent {
+  Offset begin = 0;
+  Offset end = 0;
+  bool empty() const { return begin >= end; }
+};
+
+/// What a run or a paragraph's mark says of its look.
+struct RunLook {
+  enum class Hidden : std::uint8_t { inherited, no, yes };
+  std::uint8_t highlight = 0;
+  Hidden hidden = Hidden::inherited;
+  std::string style;
+};
+
+struct Properties {
+  Extent whole;
+  RunLook look;           ///< of the run; of the paragraph's mark
+  std::string style;      ///< of the paragraph
+  bool hasSection = false;
+};
+
+/// Where a container's or a run's start tag lies; an empty one (<w:p/>) is closed at once.
+struct Tag {
+  Name name = Name::other;
+  Extent extent;
+  bool empty = false;
+};
+
+/// Text as an element of a run holds it.
+struct TextElement {
+  Extent extent;
+  std::string_view tag;      ///< the qualified name to write such text with; empty for text without a place of its own
+  std::u16string_view units;
+};
+
+/// What a walk through the body meets, in document order. Characters are announced with the bytes they come
+/// from; position() of the walker is that of the first of them.
+class BodyEvents {
+ public:
+  virtual ~BodyEvents() = default;
+
+  /// A container: body, table, row, cell, paragraph, run, and what may stand around them.
+  virtual void open(const Tag& tag) = 0;
+  virtual void close(const Tag& tag, Extent endTag) = 0;
+  /// The w:pPr of the paragraph or w:rPr of the run just opened.
+  virtual void properties(Name kind, const Properties& properties) = 0;
+  /// Part of an alternative that was not chosen.
+  virtual void passedAlternative(Extent) {}
+  virtual void marker(Name, Extent, std::string_view /*id*/) {}
+
+  virtual void text(const TextElement& element) = 0;
+  /// One character that is an element; reference is a note's or comment's id.
+  virtual void character(char16_t unit, Extent extent, Name name, std::string_view reference) = 0;
+  /// Characters 19, the instruction and 20 of a simple field, which its start tag stands for.
+  virtual void simpleField(const Tag& tag, std::u16string_view instruction) = 0;
+  virtual void endSimpleField(Extent endTag) = 0;
+  /// The mark of a paragraph, just before its close. Whether it is a mark of a cell, a section or a paragraph only
+  /// shows later.
+  virtual void paragraphMark(Extent endTag) = 0;
+  /// The mark of a cell (or of the body) that does not end with a paragraph, just before its close.
+  virtual void missingParagraph(Name container, Extent endTag) = 0;
+  virtual void rowMark(Extent endTag) = 0;
+};
+
+/// Walks the body of a main part, and is the one place that knows which of its bytes are characters of the text.
+///
+/// Hyperlinks, content controls, smart tags, tracked changes and the chosen one of alternative contents are
+/// transparent: their runs are text. Text boxes, the inside of drawings, and elements of other vocabularies are
+/// not. A formula is one character, like a picture; so is text with a phonetic guide.
+class BodyWalker {
+ public:
+  BodyWalker(files::ByteSpan part, const std::string& partName, BodyEvents& events);
+
+  /// Takes one token, or a few that belong together; false at the end of the body.
+  bool step();
+
+  Position position() const { return position_; }
+  Offset offset() const { return scanner_.end(); }
+  /// Directly in the body, not within a field: a place where a walk can be taken up again.
+  bool atResumable() const { return stack_.size() == 2 && fields_.empty() && alternatives_.empty(); }
+  /// Continues at such a place, further on.
+  void resumeAt(Offset offset, Position position);
+
+  const xml::Scanner& scanner() const { return scanner_; }
+
+ private:
+  enum class Context : std::uint8_t { root, blocks, table, row, inlines, run };
+  struct Open {
+    Tag tag;
+    Context within;
+    bool endsWithParagraph = false;  ///< body and cell: the last block was a paragraph
+    bool hasCells = false;           ///< row
+  };
+  struct OpenField {
+    bool inResult = false;
+    bool simple = false;
+  };
+
+  void startElement(xml::Token token);
+  void endElement();
+  void leave(Extent endTag);
+  bool enter(Name name, xml::Token token, Context within);
+  void startInRun(Name name, xml::Token token);
+  void fieldCharacter(xml::Token token);
+  void enterSimpleField(xml::Token token);
+  void textElement(Name name, xml::Token token);
+  void alternativeInRun();
+  void enterAlternative(Name name, xml::Token token, Context within);
+  void readProperties(Name kind, xml::Token token);
+  void readLook(RunLook& look, xml::Token token);
+  void single(char16_t unit, xml::Token token, Name name, std::string_view reference = {});
+  void skip(xml::Token token);
+  char16_t drawingCharacter(xml::Token token);
+  char16_t characterOf(Name name, xml::Token token);
+  void collectText(xml::Token token);
+  Open& blockContainer();
+  bool inCode() const { return !fields_.empty() && !fields_.back().inResult; }
+  std::string attributeValue(Name name) const;
+  bool understood(std::string_view prefixes) const;
+  Extent tokenExtent() const { return {scanner_.begin(), scanner_.end()}; }
+  void advance(std::size_t count);
+
+  xml::Scanner scanner_;
+  BodyEvents& events_;
+  Position position_ = 0;
+  std::vector<Open> stack_;
+  std::vector<OpenField> fields_;
+  std::vector<bool> alternatives_;  ///< per open alternative content: one was chosen
+  std::u16string units_;
+  Properties properties_;
+  bool finished_ = false;
+};
+
+}  // namespace pluvo::docx

@@ -1,0 +1,139 @@
+#include "properties.h"
+
+#include "fragment.h"
+#include "names.h"
+
+#include <algorithm>
+#include <array>
+
+namespace pluvo::docx {
+
+namespace {
+
+/// What stands before w:highlight in w:rPr; the tracked state of a mark stands first of all.
+constexpr std::array<std::string_view, 29> kBeforeHighlight = {
+    "ins",     "del",    "moveFrom", "moveTo",  "rStyle", "rFonts",  "b",         "bCs",    "i",        "iCs",
+    "caps",    "smallCaps", "strike", "dstrike", "outline", "shadow", "emboss",    "imprint", "noProof", "snapToGrid",
+    "vanish",  "webHidden", "color",  "spacing", "w",      "kern",    "position",  "sz",     "szCs"};
+
+bool isOneOf(std::string_view name, std::initializer_list<std::string_view> names) {
+  return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+bool standsBeforeHighlight(std::string_view local) {
+  return std::find(kBeforeHighlight.begin(), kBeforeHighlight.end(), local) != kBeforeHighlight.end();
+}
+
+/// The element without the children that drop picks; an element left without children goes as a whole.
+template <class Drop>
+std::string without(std::string_view element, Drop drop) {
+  if (element.empty()) return {};
+  const Fragment fragment = fragmentOf(element);
+  std::string inner;
+  std::size_t copied = 0;
+  bool any = false;
+  forEachChild(fragment.inner, [&](const Fragment& child) {
+    const auto at = static_cast<std::size_t>(child.whole.data() - fragment.inner.data());
+    const bool drops = child.prefix() == fragment.prefix() && drop(child.local());
+    inner.append(fragment.inner.substr(copied, drops ? at - copied : at + child.whole.size() - copied));
+    copied = at + child.whole.size();
+    any = any || !drops;
+  });
+  if (!any) return {};
+  inner.append(fragment.inner.substr(copied));
+  return std::string(fragment.startTag) + inner + std::string(fragment.endTag);
+}
+
+/// The element with a child put where before(local) first fails; made when it is not there.
+template <class Before>
+std::string withChild(std::string_view element, const std::string& name, std::string_view child, Before before) {
+  if (element.empty()) return "<" + name + ">" + std::string(child) + "</" + name + ">";
+  const Fragment fragment = fragmentOf(element);
+  if (fragment.endTag.empty()) {
+    return openedTag(fragment.startTag) + std::string(child) + "</" + std::string(fragment.name()) + ">";
+  }
+  std::size_t place = 0;
+  bool open = true;
+  forEachChild(fragment.inner, [&](const Fragment& sibling) {
+    open = open && sibling.prefix() == fragment.prefix() && before(sibling.local());
+    if (open) {
+      place = static_cast<std::size_t>(sibling.whole.data() - fragment.inner.data()) + sibling.whole.size();
+    }
+  });
+  return std::string(fragment.startTag) + std::string(fragment.inner.substr(0, place)) + std::string(child) +
+         std::string(fragment.inner.substr(place)) + std::string(fragment.endTag);
+}
+
+std::string_view childOf(std::string_view element, std::string_view local) {
+  if (element.empty()) return {};
+  const Fragment fragment = fragmentOf(element);
+  std::string_view found;
+  forEachChild(fragment.inner, [&](const Fragment& child) {
+    if (found.empty() && child.local() == local && child.prefix() == fragment.prefix()) found = child.whole;
+  });
+  return found;
+}
+
+bool tellsTracking(std::string_view local) {
+  return isOneOf(local, {"ins", "del", "moveFrom", "moveTo", "rPrChange"});
+}
+
+std::string withMarkProperties(std::string_view paragraphProperties, const Markup& markup,
+                               const std::string& runProperties) {
+  std::string rest = without(paragraphProperties, [](std::string_view local) { return local == "rPr"; });
+  if (runProperties.empty()) return rest;
+  return withChild(rest, markup.element + "pPr", runProperties,
+                   [](std::string_view local) { return !isOneOf(local, {"sectPr", "pPrChange"}); });
+}
+
+}  // namespace
+
+std::string Markup::with(std::string_view local, std::string_view name, std::string_view value) const {
+  return tag(local) + declaration + " " + attribute + std::string(name) + "=\"" + std::string(value) + "\"/>";
+}
+
+std::string withHighlight(std::string_view runProperties, const Markup& markup, std::uint8_t colour) {
+  std::string rest = without(runProperties, [](std::string_view local) { return local == "highlight"; });
+  if (colour == 0) return rest;
+  return withChild(rest, markup.element + "rPr", markup.with("highlight", "val", highlightValue(colour)),
+                   standsBeforeHighlight);
+}
+
+std::string runPropertiesOfMark(std::string_view paragraphProperties) {
+  return without(childOf(paragraphProperties, "rPr"), tellsTracking);
+}
+
+std::string withMarkHighlight(std::string_view paragraphProperties, const Markup& markup, std::uint8_t colour) {
+  return withMarkProperties(paragraphProperties, markup,
+                            withHighlight(childOf(paragraphProperties, "rPr"), markup, colour));
+}
+
+std::string forSplitOffParagraph(std::string_view paragraphProperties) {
+  const std::string_view old = childOf(paragraphProperties, "rPr");
+  const std::string kept =
+      without(paragraphProperties, [](std::string_view local) { return isOneOf(local, {"sectPr", "pPrChange"}); });
+  if (old.empty() || kept.empty()) return kept;
+  Markup markup;
+  markup.element = fragmentOf(kept).prefix();
+  return withMarkProperties(kept, markup, without(old, tellsTracking));
+}
+
+std::string startTagWithout(std::string_view tag, std::string_view firstLocal, std::string_view secondLocal) {
+  std::string result;
+  std::size_t copied = 0;
+  forEachAttribute(tag, [&](std::string_view name, std::string_view, std::size_t begin, std::size_t end) {
+    const std::string_view local = name.substr(name.find(':') + 1);
+    if (local != firstLocal && local != secondLocal) return;
+    result.append(tag.substr(copied, begin - copied));
+    copied = end;
+  });
+  result.append(tag.substr(copied));
+  return openedTag(result);
+}
+
+std::string openedTag(std::string_view emptyTag) {
+  if (emptyTag.size() < 2 || emptyTag[emptyTag.size() - 2] != '/') return std::string(emptyTag);
+  return std::string(emptyTag.substr(0, emptyTag.size() - 2)) + ">";
+}
+
+}  // namespace pluvo::docx

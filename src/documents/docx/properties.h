@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+/// Changes to w:rPr and w:pPr elements, given and returned as bytes; an element that is not there is an empty
+/// string. Everything but what a function names keeps its bytes and its order.
+namespace pluvo::docx {
+
+/// How new elements and attributes of WordprocessingML are written where they stand.
+struct Markup {
+  std::string element = "w:";    ///< with the colon; empty in the default namespace
+  std::string attribute = "w:";  ///< attributes need a prefix
+  std::string declaration;       ///< " xmlns:…" when the attribute's prefix has to be declared
+
+  std::string tag(std::string_view local) const { return "<" + element + std::string(local); }
+  std::string endTag(std::string_view local) const { return "</" + element + std::string(local) + ">"; }
+  /// An empty element with one attribute.
+  std::string with(std::string_view local, std::string_view name, std::string_view value) const;
+};
+
+/// w:rPr with this highlight (0: none), in the place the schema gives it.
+std::string withHighlight(std::string_view runProperties, const Markup& markup, std::uint8_t colour);
+
+/// The w:rPr that text beside a paragraph's mark takes: the mark's, without what tells how the mark was tracked.
+std::string runPropertiesOfMark(std::string_view paragraphProperties);
+
+/// w:pPr with this highlight for the paragraph's mark.
+std::string withMarkHighlight(std::string_view paragraphProperties, const Markup& markup, std::uint8_t colour);
+
+/// The w:pPr of a paragraph split off in front: without the section it would end and the tracked changes of the
+/// mark and the properties, which stay with the old mark.
+std::string forSplitOffParagraph(std::string_view paragraphProperties);
+
+/// A start tag without the attributes of these local names, and as the tag of an element with content.
+std::string startTagWithout(std::string_view tag, std::string_view firstLocal, std::string_view secondLocal);
+
+/// <a …/> as <a …>.
+std::string openedTag(std::string_view emptyTag);
+
+}  // namespace pluvo::docx
