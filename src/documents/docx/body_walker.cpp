@@ -96,11 +96,10 @@ void BodyWalker::startElement(Token token) {
   const Context context = stack_.back().within;
   if (context == Context::run) return startInRun(name, token);
   if (isMarker(name) && context != Context::root) {
-    const std::string id = attributeValue(Name::id);
-    Extent extent = tokenExtent();
+    Marker marker{name, tokenExtent(), attributeValue(Name::id), attributeValue(Name::name)};
     skip(token);
-    extent.end = scanner_.end();
-    return events_.marker(name, extent, id);
+    marker.extent.end = scanner_.end();
+    return events_.marker(marker);
   }
   switch (name) {
     case Name::body:

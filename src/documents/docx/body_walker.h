@@ -50,6 +50,14 @@ struct TextElement {
   std::u16string_view units;
 };
 
+/// An element without content that only says where something begins or ends.
+struct Marker {
+  Name name = Name::other;
+  Extent extent;
+  std::string id;
+  std::string label;  ///< the name of a bookmark
+};
+
 /// What a walk through the body meets, in document order. Characters are announced with the bytes they come
 /// from; position() of the walker is that of the first of them.
 class BodyEvents {
@@ -63,7 +71,7 @@ class BodyEvents {
   virtual void properties(Name kind, const Properties& properties) = 0;
   /// Part of an alternative that was not chosen.
   virtual void passedAlternative(Extent) {}
-  virtual void marker(Name, Extent, std::string_view /*id*/) {}
+  virtual void marker(const Marker& marker) = 0;
 
   virtual void text(const TextElement& element) = 0;
   /// One character that is an element; reference is a note's or comment's id.
@@ -93,9 +101,11 @@ class BodyWalker {
 
   Position position() const { return position_; }
   Offset offset() const { return scanner_.end(); }
-  /// Directly in the body, not within a field: a place where a walk can be taken up again.
-  bool atResumable() const { return stack_.size() == 2 && fields_.empty() && alternatives_.empty(); }
-  /// Continues at such a place, further on.
+  /// Directly in the body and in no field: from such a place a walk can jump to another.
+  bool betweenBlocks() const { return stack_.size() == 2 && fields_.empty(); }
+  /// While a paragraph opens: whether the place before it is of that kind.
+  bool opensBetweenBlocks() const { return stack_.size() == 3 && fields_.empty(); }
+  /// Jumps forward to such a place.
   void resumeAt(Offset offset, Position position);
 
   const xml::Scanner& scanner() const { return scanner_; }

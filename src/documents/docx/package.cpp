@@ -1,0 +1,227 @@
+#include "package.h"
+
+#include "xml/encoding.h"
+#include "xml/scanner.h"
+
+#include <array>
+#include <optional>
+#include <set>
+#include <vector>
+
+namespace pluvo::docx {
+
+using files::DocumentError;
+using files::Problem;
+using xml::Token;
+
+namespace {
+
+constexpr std::array<std::pair<std::string_view, Role>, 8> kRoles = {{
+    {"styles", Role::styles},
+    {"settings", Role::settings},
+    {"footnotes", Role::footnotes},
+    {"endnotes", Role::endnotes},
+    {"comments", Role::comments},
+    {"commentsExtended", Role::commentsExtended},
+    {"commentsIds", Role::commentsIds},
+    {"commentsExtensible", Role::commentsExtensible},
+}};
+
+DocumentError damaged(const std::string& sentence) { return {Problem::damaged, sentence}; }
+
+/// The attributes of an element as strings.
+std::string valueOf(const xml::Scanner& scanner, Name name) {
+  const xml::Attribute* const found = attribute(scanner, name);
+  return found == nullptr ? std::string() : scanner.value(*found);
+}
+
+/// Calls visit(scanner) for every element of this name directly in the root of a part.
+template <class Visit>
+void forEachInRoot(const archive::Archive& archive, const archive::Member& member, Name wanted, Visit visit) {
+  const std::string name(member.name);
+  const xml::Utf8Part part = xml::toUtf8(archive.read(member), name);
+  xml::Scanner scanner(part.utf8.view, vocabulary(), name);
+  for (Token token = scanner.next(); token != Token::finish; token = scanner.next()) {
+    if (token != Token::start && token != Token::empty) continue;
+    const bool isChild = scanner.depth() == (token == Token::start ? 2U : 1U);
+    if (isChild && nameOf(scanner) == wanted) visit(scanner);
+  }
+}
+
+std::string_view lastStep(std::string_view type) { return type.substr(type.rfind('/') + 1); }
+
+std::string_view folderOf(std::string_view part) {
+  const std::size_t slash = part.rfind('/');
+  return slash == std::string_view::npos ? std::string_view() : part.substr(0, slash + 1);
+}
+
+std::string relationshipsOf(std::string_view part) {
+  return std::string(folderOf(part)) + "_rels/" + std::string(lastStep(part)) + ".rels";
+}
+
+int hexDigit(char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+  return c >= 'A' && c <= 'F' ? c - 'A' + 10 : -1;
+}
+
+std::string unescaped(std::string_view target) {
+  std::string result;
+  for (std::size_t i = 0; i < target.size(); ++i) {
+    const int high = target[i] == '%' && i + 2 < target.size() ? hexDigit(target[i + 1]) : -1;
+    const int low = high >= 0 ? hexDigit(target[i + 2]) : -1;
+    if (low >= 0) {
+      result.push_back(static_cast<char>(high * 16 + low));
+      i += 2;
+    } else {
+      result.push_back(target[i] == '\\' ? '/' : target[i]);
+    }
+  }
+  return result;
+}
+
+/// A relationship's target as the name of a part.
+std::string resolve(std::string_view source, std::string_view target) {
+  std::string path = unescaped(target.substr(0, target.find('#')));
+  path = path.starts_with('/') ? path.substr(1) : std::string(folderOf(source)) + path;
+  std::vector<std::string> steps;
+  for (std::size_t at = 0; at <= path.size();) {
+    const std::size_t slash = std::min(path.find('/', at), path.size());
+    const std::string step = path.substr(at, slash - at);
+    if (step == "..") {
+      if (!steps.empty()) steps.pop_back();
+    } else if (!step.empty() && step != ".") {
+      steps.push_back(step);
+    }
+    at = slash + 1;
+  }
+  std::string result;
+  for (const std::string& step : steps) result += (result.empty() ? "" : "/") + step;
+  return result;
+}
+
+struct Relationship {
+  std::string type;
+  std::string part;
+};
+
+std::vector<Relationship> relationshipsIn(const archive::Archive& archive, std::string_view source) {
+  std::vector<Relationship> result;
+  const archive::Member* const member = archive.find(relationshipsOf(source));
+  if (member == nullptr) return result;
+  forEachInRoot(archive, *member, Name::relationship, [&](const xml::Scanner& scanner) {
+    if (valueOf(scanner, Name::targetMode) == "External") return;
+    result.push_back({valueOf(scanner, Name::relationType), resolve(source, valueOf(scanner, Name::target))});
+  });
+  return result;
+}
+
+std::string contentTypeOf(const archive::Archive& archive, const archive::Member& types, std::string_view part) {
+  std::string result;
+  forEachInRoot(archive, types, Name::typeOverride, [&](const xml::Scanner& scanner) {
+    if (resolve("", valueOf(scanner, Name::partName)) == part) result = valueOf(scanner, Name::contentType);
+  });
+  if (!result.empty()) return result;
+  forEachInRoot(archive, types, Name::typeDefault, [&](const xml::Scanner& scanner) {
+    const std::string ending = "." + valueOf(scanner, Name::extension);
+    if (std::string_view(part).ends_with(ending)) result = valueOf(scanner, Name::contentType);
+  });
+  return result;
+}
+
+/// What a ZIP archive that is no Word document is, as far as its members tell.
+std::string_view kindOf(const archive::Archive& archive, std::string_view mainType) {
+  const auto has = [&](std::string_view word) { return mainType.find(word) != std::string_view::npos; };
+  if (has("spreadsheetml") || has("ms-excel")) return "a spreadsheet";
+  if (has("presentationml") || has("ms-powerpoint")) return "a presentation";
+  if (has("visio")) return "a drawing";
+  const archive::Member* const mimetype = archive.find("mimetype");
+  if (mimetype == nullptr || mimetype->size > 200) {
+    return archive.find("[Content_Types].xml") == nullptr ? "an ordinary ZIP archive" : "";
+  }
+  const files::Bytes bytes = archive.read(*mimetype);
+  const std::string_view type(reinterpret_cast<const char*>(bytes.view.data()), bytes.view.size());
+  if (type.find("opendocument.spreadsheet") != std::string_view::npos) return "an OpenDocument spreadsheet";
+  if (type.find("opendocument.presentation") != std::string_view::npos) return "an OpenDocument presentation";
+  if (type.find("opendocument") != std::string_view::npos) return "an OpenDocument text";
+  return type.find("epub") != std::string_view::npos ? "an e-book" : "an ordinary ZIP archive";
+}
+
+DocumentError otherKind(std::string_view kind) {
+  return damaged("The file is no Word document: it looks like " + std::string(kind) +
+                 "; give it the right extension, or get an intact copy.");
+}
+
+bool isSignature(std::string_view type) { return type.ends_with("/digital-signature/origin"); }
+
+std::string findMainPart(const archive::Archive& archive) {
+  std::set<std::string> found;
+  for (const Relationship& relationship : relationshipsIn(archive, "")) {
+    if (isSignature(relationship.type)) {
+      throw DocumentError(Problem::signature,
+                          "The document is digitally signed, and a change would make the signature invalid; "
+                          "remove the signature in a word processor first.");
+    }
+    if (lastStep(relationship.type) == "officeDocument") found.insert(relationship.part);
+  }
+  if (found.size() > 1) {
+    throw damaged("The package names two main parts, so that it is not clear which is the document; get an intact copy.");
+  }
+  return found.empty() ? std::string() : *found.begin();
+}
+
+}  // namespace
+
+const archive::Member* Package::member(Role role) const {
+  const auto found = parts.find(role);
+  return found == parts.end() ? nullptr : archive.find(found->second);
+}
+
+Package openPackage(files::Bytes bytes) {
+  Package package{archive::Archive::open(std::move(bytes)), {}, {}};
+  const archive::Member* const types = package.archive.find("[Content_Types].xml");
+  if (types == nullptr) throw otherKind(kindOf(package.archive, {}));
+  package.mainPart = findMainPart(package.archive);
+  const archive::Member* const main = package.archive.find(package.mainPart);
+  if (package.mainPart.empty() || main == nullptr) {
+    throw damaged("The package lacks its main part, the one with the text; get an intact copy.");
+  }
+  const std::string type = contentTypeOf(package.archive, *types, package.mainPart);
+  if (type.find("wordprocessingml") == std::string::npos && type.find("ms-word") == std::string::npos) {
+    if (const std::string_view kind = kindOf(package.archive, type); !kind.empty()) throw otherKind(kind);
+  }
+  for (const Relationship& relationship : relationshipsIn(package.archive, package.mainPart)) {
+    for (const auto& [step, role] : kRoles) {
+      if (lastStep(relationship.type) != step) continue;
+      const auto [place, isNew] = package.parts.emplace(role, relationship.part);
+      if (!isNew && place->second != relationship.part) {
+        throw damaged("The package has two parts for its " + std::string(step) +
+                      ", so that it is not clear which holds; get an intact copy.");
+      }
+    }
+  }
+  return package;
+}
+
+void requireNoProtection(const Package& package) {
+  const archive::Member* const settings = package.member(Role::settings);
+  if (settings == nullptr) return;
+  const auto refuse = [](const std::string& against) {
+    throw DocumentError(Problem::protection, "The document is protected against " + against +
+                                                 "; lift the protection in a word processor first.");
+  };
+  forEachInRoot(package.archive, *settings, Name::documentProtection, [&](const xml::Scanner& scanner) {
+    // Without the attribute Word enforces, whatever the standard says.
+    const bool enforced =
+        attribute(scanner, Name::enforcement) == nullptr || isOn(valueOf(scanner, Name::enforcement));
+    const std::string edit = valueOf(scanner, Name::edit);
+    if (enforced && !edit.empty() && edit != "none") refuse("editing");
+  });
+  forEachInRoot(package.archive, *settings, Name::writeProtection, [&](const xml::Scanner& scanner) {
+    if (!valueOf(scanner, Name::hash).empty() || !valueOf(scanner, Name::hashValue).empty()) {
+      refuse("changes by a password");
+    }
+  });
+}
+
+}  // namespace pluvo::docx

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "archive/archive.h"
+#include "names.h"
+
+#include <map>
+#include <string>
+#include <string_view>
+
+namespace pluvo::docx {
+
+/// What the parts beside the main one are to it.
+enum class Role : std::uint8_t {
+  styles,
+  settings,
+  footnotes,
+  endnotes,
+  comments,
+  commentsExtended,
+  commentsIds,
+  commentsExtensible,
+};
+
+/// The package of a document: the archive and where in it what is.
+struct Package {
+  archive::Archive archive;
+  std::string mainPart;
+  std::map<Role, std::string> parts;
+
+  const archive::Member* member(Role role) const;
+};
+
+/// Finds the parts by the relationships, whatever their names. Throws DocumentError: what the archive throws;
+/// damaged for a package of another kind (the message says which) or one that lacks its main part or has two;
+/// signed for one with a digital signature.
+Package openPackage(files::Bytes bytes);
+
+/// Throws DocumentError (protected) when the settings enforce a protection against editing.
+void requireNoProtection(const Package& package);
+
+}  // namespace pluvo::docx

@@ -1,0 +1,156 @@
+#include "reader.h"
+
+#include "model/content_builder.h"
+
+#include <unordered_map>
+
+namespace pluvo::docx {
+
+namespace {
+
+class Reader : public BodyEvents {
+ public:
+  Reader(files::ByteSpan part, const std::string& partName, const Styles& styles)
+      : styles_(styles), walker_(part, partName, *this) {}
+
+  ReadBody read() {
+    while (walker_.step()) {
+    }
+    return {builder_.finish(), std::move(map_)};
+  }
+
+  void open(const Tag& tag) override {
+    switch (tag.name) {
+      case Name::p:
+        flushMark();
+        paragraph_ = {};
+        if (walker_.opensBetweenBlocks()) map_.places.push_back({walker_.position(), tag.extent.begin});
+        break;
+      case Name::tbl:
+        flushMark();
+        builder_.beginTable();
+        openTables_.push_back(map_.tables.size());
+        map_.tables.push_back({tag.extent.begin, 0});
+        break;
+      case Name::r:
+        look_ = lookOf({});
+        break;
+      default:
+        break;
+    }
+  }
+
+  void close(const Tag& tag, Extent) override {
+    switch (tag.name) {
+      case Name::body:
+        // The last mark is a paragraph's, even where the last paragraph ends a section.
+        paragraph_.hasSection = false;
+        flushMark();
+        break;
+      case Name::tc:
+        if (markPending_) builder_.cellMark(markLook_);
+        markPending_ = false;
+        break;
+      case Name::tbl:
+        builder_.endTable();
+        map_.tables[openTables_.back()].end = walker_.position();
+        openTables_.pop_back();
+        break;
+      default:
+        break;
+    }
+  }
+
+  void properties(Name kind, const Properties& properties) override {
+    if (kind == Name::pPr) {
+      paragraph_ = properties;
+    } else {
+      look_ = lookOf(properties.look);
+    }
+  }
+
+  void marker(const Marker& marker) override {
+    const Position position = walker_.position();
+    if (marker.name == Name::bookmarkStart) {
+      openBookmarks_[marker.id] = map_.bookmarks.size();
+      map_.bookmarks.push_back({marker.id, marker.label, position, position, false});
+    } else if (marker.name == Name::bookmarkEnd) {
+      const auto found = openBookmarks_.find(marker.id);
+      if (found == openBookmarks_.end()) return;
+      map_.bookmarks[found->second].to = position;
+      map_.bookmarks[found->second].closed = true;
+      openBookmarks_.erase(found);
+    }
+  }
+
+  void text(const TextElement& element) override { builder_.append(element.units, look_); }
+
+  void character(char16_t unit, Extent, Name name, std::string_view reference) override {
+    if (!reference.empty()) map_.references.push_back({walker_.position(), name, std::string(reference)});
+    if (unit == text::kFieldBegin) {
+      builder_.beginField(look_);
+    } else if (unit == text::kFieldSeparator) {
+      builder_.separateField(look_);
+    } else if (unit == text::kFieldEnd) {
+      builder_.endField(look_);
+    } else {
+      builder_.append(unit, look_);
+    }
+  }
+
+  void simpleField(const Tag&, std::u16string_view instruction) override {
+    look_ = lookOf({});
+    builder_.beginField(look_);
+    builder_.append(instruction, look_);
+    builder_.separateField(look_);
+  }
+  void endSimpleField(Extent) override { builder_.endField(lookOf({})); }
+
+  void paragraphMark(Extent) override {
+    markPending_ = true;
+    markLook_ = lookOf(paragraph_.look);
+  }
+  void missingParagraph(Name container, Extent) override {
+    flushMark();
+    if (container == Name::tc) {
+      builder_.cellMark();
+    } else {
+      builder_.append(text::kParagraphMark);
+    }
+  }
+  void rowMark(Extent) override { builder_.rowMark(); }
+
+ private:
+  model::Look lookOf(const RunLook& look) const {
+    return {styles_.hides(look, paragraph_.style), look.highlight};
+  }
+
+  void flushMark() {
+    if (!markPending_) return;
+    markPending_ = false;
+    if (paragraph_.hasSection) {
+      builder_.sectionMark(markLook_);
+    } else {
+      builder_.append(text::kParagraphMark, markLook_);
+    }
+  }
+
+  const Styles& styles_;
+  BodyWalker walker_;
+  model::ContentBuilder builder_;
+  BodyMap map_;
+  Properties paragraph_;
+  model::Look look_;
+  model::Look markLook_;
+  bool markPending_ = false;
+  std::vector<std::size_t> openTables_;
+  std::unordered_map<std::string, std::size_t> openBookmarks_;
+};
+
+}  // namespace
+
+ReadBody readBody(files::ByteSpan part, const std::string& partName, const Styles& styles) {
+  return Reader(part, partName, styles).read();
+}
+
+}  // namespace pluvo::docx

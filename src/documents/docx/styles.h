@@ -1,0 +1,32 @@
+#pragma once
+
+#include "body_walker.h"
+
+#include <string>
+#include <unordered_map>
+
+namespace pluvo::docx {
+
+/// Which text a style sheet hides. A run is hidden when it says so itself; otherwise its paragraph's style and
+/// its own each turn hiding on, and both together off again, as Word reads such properties.
+class Styles {
+ public:
+  Styles() = default;
+  /// A w:styles part as UTF-8.
+  Styles(files::ByteSpan part, const std::string& partName);
+
+  bool hides(const RunLook& look, const std::string& paragraphStyle) const;
+
+ private:
+  struct Style {
+    std::string basedOn;
+    RunLook::Hidden hidden = RunLook::Hidden::inherited;
+  };
+  bool isHidden(const std::string& style) const;
+
+  std::unordered_map<std::string, Style> styles_;
+  std::string defaultParagraphStyle_;
+  bool any_ = false;
+};
+
+}  // namespace pluvo::docx
