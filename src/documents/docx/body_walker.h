@@ -124,9 +124,8 @@ class BodyWalker {
   };
 
   void startElement(xml::Token token);
-  void endElement();
   void leave(Extent endTag);
-  bool enter(Name name, xml::Token token, Context within);
+  void enter(Name name, xml::Token token, Context within);
   void startInRun(Name name, xml::Token token);
   void fieldCharacter(xml::Token token);
   void enterSimpleField(xml::Token token);

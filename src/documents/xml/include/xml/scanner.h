@@ -95,6 +95,9 @@ class Scanner {
   /// What a prefix means at the last token (within a start or empty tag, with its own declarations);
   /// kOtherNamespace when it is not declared, kNoNamespace for an empty prefix without default.
   NamespaceId namespaceOf(std::string_view prefix) const { return names_.namespaceOf(prefix); }
+  /// Goes on at another place of these bytes, where a token begins and the same elements are open as after the
+  /// last token.
+  void resumeAt(Offset place) { end_ = place; }
   /// After a start token: moves to its end token. After any other: does nothing.
   void skipElement();
 

@@ -1,0 +1,118 @@
+#include "departed.h"
+
+#include <algorithm>
+#include <map>
+#include <unordered_set>
+
+namespace pluvo::docx {
+
+using text::Span;
+
+namespace {
+
+using Names = std::unordered_set<std::string>;
+
+/// The words of all field instructions: one of them may be a bookmark's name.
+void addInstructionWords(Names& names, const text::OriginalText& original) {
+  int depth = 0;
+  std::string word;
+  const auto finishWord = [&] {
+    if (!word.empty()) names.insert(std::move(word));
+    word.clear();
+  };
+  for (Position i = 0; i < original.length(); ++i) {
+    const char16_t unit = original[i];
+    if (unit == text::kFieldBegin) ++depth;
+    if (unit == text::kFieldEnd || unit == text::kFieldSeparator) depth = std::max(depth - 1, 0);
+    const bool ends = depth == 0 || unit <= u' ' || unit == u'"';
+    if (ends) {
+      finishWord();
+    } else if (unit < 0x80) {
+      word.push_back(static_cast<char>(unit));
+    }
+  }
+}
+
+void addLinkTargets(Names& names, files::ByteSpan part) {
+  const std::string_view text(reinterpret_cast<const char*>(part.data()), part.size());
+  constexpr std::string_view kMark = ":anchor=\"";
+  for (std::size_t at = text.find(kMark); at != std::string_view::npos; at = text.find(kMark, at)) {
+    at += kMark.size();
+    names.emplace(text.substr(at, text.find('"', at) - at));
+  }
+}
+
+}  // namespace
+
+Departed::Departed(const BodyMap& map, const EditScript& script, const text::OriginalText& original,
+                   files::ByteSpan part) {
+  for (const Step& step : script.steps()) {
+    if (step.kind != Step::Kind::drop) continue;
+    const Span span{step.original, step.original + step.length};
+    if (!dropped_.empty() && dropped_.back().to == span.from) {
+      dropped_.back().to = span.to;
+    } else {
+      dropped_.push_back(span);
+    }
+  }
+  if (dropped_.empty()) return;
+  findNotes(map);
+  findBookmarks(map, original, part);
+}
+
+bool Departed::isDropped(Span span) const {
+  const auto behind = std::upper_bound(dropped_.begin(), dropped_.end(), span.from,
+                                       [](Position p, const Span& s) { return p < s.from; });
+  return behind != dropped_.begin() && span.to <= (behind - 1)->to;
+}
+
+void Departed::findNotes(const BodyMap& map) {
+  std::map<std::pair<Name, std::string>, bool> allGo;
+  for (const BodyMap::Reference& reference : map.references) {
+    const bool goes = isDropped({reference.position, reference.position + 1});
+    const auto [place, isNew] = allGo.emplace(std::pair(reference.kind, reference.id), goes);
+    if (!isNew) place->second = place->second && goes;
+  }
+  for (const auto& [reference, goes] : allGo) {
+    if (!goes) continue;
+    const auto& [kind, id] = reference;
+    (kind == Name::footnoteReference  ? footnotes_
+     : kind == Name::endnoteReference ? endnotes_
+                                      : comments_)
+        .insert(id);
+  }
+}
+
+void Departed::findBookmarks(const BodyMap& map, const text::OriginalText& original, files::ByteSpan part) {
+  std::map<std::string, int> uses;
+  std::vector<const BodyMap::Bookmark*> candidates;
+  for (const BodyMap::Bookmark& bookmark : map.bookmarks) {
+    ++uses[bookmark.id];
+    // A bookmark between two characters lay in the deleted text when both of them go.
+    const bool isPlace = bookmark.from == bookmark.to;
+    const Span around{bookmark.from - (isPlace ? 1 : 0), bookmark.to + (isPlace ? 1 : 0)};
+    if (bookmark.closed && isDropped(around)) candidates.push_back(&bookmark);
+  }
+  if (candidates.empty()) return;
+  Names referredTo;
+  addInstructionWords(referredTo, original);
+  addLinkTargets(referredTo, part);
+  for (const BodyMap::Bookmark* bookmark : candidates) {
+    if (uses[bookmark->id] == 1 && !referredTo.contains(bookmark->name)) bookmarks_.insert(bookmark->id);
+  }
+}
+
+bool Departed::goes(const Marker& marker) const {
+  switch (marker.name) {
+    case Name::bookmarkStart:
+    case Name::bookmarkEnd:
+      return bookmarks_.contains(marker.id);
+    case Name::commentRangeStart:
+    case Name::commentRangeEnd:
+      return comments_.contains(marker.id);
+    default:
+      return false;
+  }
+}
+
+}  // namespace pluvo::docx

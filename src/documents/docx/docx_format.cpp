@@ -1,0 +1,62 @@
+#include "docx/docx_format.h"
+
+#include "docx_source.h"
+#include "styles.h"
+
+#include <algorithm>
+#include <array>
+#include <memory>
+
+namespace pluvo::docx {
+
+namespace {
+
+using namespace std::string_view_literals;
+
+constexpr std::array kExtensions = {"docx"sv, "docm"sv, "dotx"sv, "dotm"sv};
+
+/// Where an archive's directory is looked for.
+constexpr std::size_t kTail = std::size_t{1} << 20U;
+
+bool isPackage(std::string_view bytes) {
+  if (!bytes.starts_with("PK\x03\x04"sv)) return false;
+  const std::string_view tail = bytes.substr(bytes.size() - std::min(bytes.size(), kTail));
+  return tail.find("[Content_Types].xml"sv) != std::string_view::npos &&
+         tail.find("word/"sv) != std::string_view::npos;
+}
+
+bool isEncryptedPackage(std::string_view bytes) {
+  if (!bytes.starts_with("\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1"sv)) return false;
+  return bytes.find("E\0n\0c\0r\0y\0p\0t\0e\0d\0P\0a\0c\0k\0a\0g\0e\0"sv) != std::string_view::npos;
+}
+
+Styles readStyles(const Package& package) {
+  const archive::Member* const member = package.member(Role::styles);
+  if (member == nullptr) return {};
+  const std::string name(member->name);
+  const xml::Utf8Part part = xml::toUtf8(package.archive.read(*member), name);
+  return {part.utf8.view, name};
+}
+
+}  // namespace
+
+bool DocxFormat::recognises(files::ByteSpan bytes, std::string_view extension) const {
+  if (std::find(kExtensions.begin(), kExtensions.end(), extension) != kExtensions.end()) return true;
+  const std::string_view view(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+  return isPackage(view) || isEncryptedPackage(view);
+}
+
+formats::Opened DocxFormat::read(files::Bytes bytes) const {
+  Package package = openPackage(std::move(bytes));
+  requireNoProtection(package);
+  const Styles styles = readStyles(package);
+  const archive::Member* const member = package.archive.find(package.mainPart);
+  xml::Utf8Part part = xml::toUtf8(package.archive.read(*member), package.mainPart);
+  ReadBody body = readBody(part.utf8.view, package.mainPart, styles);
+  text::RunMap<std::uint8_t> highlight = body.content.highlight;
+  auto source = std::make_unique<DocxSource>(std::move(package), std::move(part), std::move(body.map),
+                                             std::move(highlight));
+  return {std::move(body.content), std::move(source)};
+}
+
+}  // namespace pluvo::docx

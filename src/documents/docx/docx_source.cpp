@@ -1,0 +1,68 @@
+#include "docx_source.h"
+
+#include "archive/rewrite.h"
+#include "departed.h"
+#include "notes.h"
+#include "rewriter.h"
+#include "run_content.h"
+#include "xml/escape.h"
+
+#include <array>
+#include <cstdio>
+
+namespace pluvo::docx {
+
+namespace {
+
+bool isHigh(char16_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
+bool isLow(char16_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
+
+std::string codeOf(char16_t unit) {
+  std::array<char, 8> code{};
+  std::snprintf(code.data(), code.size(), "U+%04X", static_cast<unsigned>(unit));
+  return code.data();
+}
+
+std::vector<std::uint8_t> joined(const std::vector<files::ByteSpan>& pieces) {
+  std::vector<std::uint8_t> bytes;
+  for (const files::ByteSpan piece : pieces) bytes.insert(bytes.end(), piece.begin(), piece.end());
+  return bytes;
+}
+
+}  // namespace
+
+DocxSource::DocxSource(Package package, xml::Utf8Part part, BodyMap map, text::RunMap<std::uint8_t> highlight)
+    : package_(std::move(package)), part_(std::move(part)), map_(std::move(map)), highlight_(std::move(highlight)) {}
+
+std::optional<std::string> DocxSource::refusesText(std::u16string_view newText) const {
+  for (std::size_t i = 0; i < newText.size(); ++i) {
+    const char16_t unit = newText[i];
+    if (isHigh(unit) && i + 1 < newText.size() && isLow(newText[i + 1])) {
+      ++i;
+    } else if (!standsAlone(unit) && unit != u'\n' && !xml::isCharacter(unit)) {
+      return "A Word document cannot hold the character " + codeOf(unit) + "; leave it out of the text.";
+    }
+  }
+  return std::nullopt;
+}
+
+void DocxSource::write(const model::Model& model, files::Output& out) const {
+  EditScript script(model);
+  const Departed departed(map_, script, model.text().original(), part_.utf8.view);
+  Rewriter rewriter(part_.utf8.view, package_.mainPart, map_, model, highlight_, departed, std::move(script));
+  const std::vector<files::ByteSpan> pieces = rewriter.rewrite();
+  const std::vector<ChangedPart> others = partsWithoutDeparted(package_, departed);
+
+  std::vector<archive::Change> changes;
+  std::vector<std::uint8_t> encoded;
+  if (part_.encoding.isUtf8() && part_.encoding.mark.empty()) {
+    changes.push_back({package_.mainPart, pieces});
+  } else {
+    encoded = xml::fromUtf8(joined(pieces), part_.encoding);
+    changes.push_back({package_.mainPart, {files::ByteSpan(encoded)}});
+  }
+  for (const ChangedPart& part : others) changes.push_back({part.name, {files::ByteSpan(part.bytes)}});
+  archive::rewrite(package_.archive, changes, out);
+}
+
+}  // namespace pluvo::docx

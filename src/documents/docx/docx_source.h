@@ -1,0 +1,26 @@
+#pragma once
+
+#include "formats/format.h"
+#include "package.h"
+#include "reader.h"
+#include "xml/encoding.h"
+
+namespace pluvo::docx {
+
+/// A document's package and the way from its text to the bytes of the main part.
+class DocxSource : public formats::Source {
+ public:
+  DocxSource(Package package, xml::Utf8Part part, BodyMap map, text::RunMap<std::uint8_t> highlight);
+
+  std::optional<std::string> refusesText(std::u16string_view newText) const override;
+  bool holdsHighlight() const override { return true; }
+  void write(const model::Model& model, files::Output& out) const override;
+
+ private:
+  Package package_;
+  xml::Utf8Part part_;
+  BodyMap map_;
+  text::RunMap<std::uint8_t> highlight_;  ///< as it was read
+};
+
+}  // namespace pluvo::docx

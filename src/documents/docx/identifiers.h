@@ -1,0 +1,30 @@
+#pragma once
+
+#include "files/bytes.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pluvo::docx {
+
+/// Gives copies of elements that carry an id of their own another one: tracked insertions, deletions, moves and
+/// changes of format.
+class Identifiers {
+ public:
+  explicit Identifiers(files::ByteSpan part) : part_(part) {}
+
+  /// The markup with fresh ids for all such elements in it.
+  std::string withFreshIds(std::string_view markup);
+
+ private:
+  std::uint32_t fresh();
+
+  files::ByteSpan part_;
+  std::vector<std::uint32_t> used_;  ///< sorted, once asked for
+  std::optional<std::uint32_t> last_;
+};
+
+}  // namespace pluvo::docx

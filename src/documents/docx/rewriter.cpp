@@ -1,0 +1,276 @@
+#include "rewriter.h"
+
+#include <algorithm>
+
+namespace pluvo::docx {
+
+using text::Span;
+
+namespace {
+
+/// Jumping has a price; nearer places are walked to.
+constexpr Offset kWorthJumping = 512;
+
+bool isTrackedDeletion(Name name) { return name == Name::del || name == Name::moveFrom; }
+
+bool isInline(Name name) {
+  switch (name) {
+    case Name::body:
+    case Name::p:
+    case Name::tbl:
+    case Name::tr:
+    case Name::tc:
+      return false;
+    default:
+      return true;
+  }
+}
+
+}  // namespace
+
+Rewriter::Rewriter(files::ByteSpan part, const std::string& partName, const BodyMap& map,
+                   const model::Model& model, const text::RunMap<std::uint8_t>& originalHighlight,
+                   const Casualties& casualties, EditScript script)
+    : part_(part),
+      map_(map),
+      model_(model),
+      originalHighlight_(originalHighlight),
+      casualties_(casualties),
+      script_(std::move(script)),
+      output_(part),
+      walker_(part, partName, *this),
+      identifiers_(part) {}
+
+std::vector<files::ByteSpan> Rewriter::rewrite() {
+  for (const Span& touched : touchedSpans(script_, model_, originalHighlight_)) {
+    jumpTowards(touched.from);
+    while ((walker_.position() < touched.to || !idle()) && walker_.step()) {
+    }
+  }
+  return output_.finish();
+}
+
+/// Between two blocks of the body with nothing under way.
+bool Rewriter::idle() const {
+  return walker_.betweenBlocks() && carried_.empty() && carriedBlocks_.empty() && waiting_.empty();
+}
+
+void Rewriter::jumpTowards(Position position) {
+  if (walker_.position() > position) return;
+  const auto behind = std::upper_bound(map_.places.begin(), map_.places.end(), position,
+                                       [](Position p, const BodyMap::Place& place) { return p < place.position; });
+  if (behind == map_.places.begin()) return;
+  const BodyMap::Place& place = *(behind - 1);
+  if (place.offset < walker_.offset() + kWorthJumping) return;
+  while (!walker_.betweenBlocks() && walker_.step()) {
+  }
+  if (place.offset <= walker_.offset()) return;
+  script_.take(place.position, [](const Step&) {});
+  output_.settle(place.offset);
+  walker_.resumeAt(place.offset, place.position);
+}
+
+/// Copies old bytes, and notes where the open elements come to stand.
+void Rewriter::copyTo(Offset to) {
+  const Offset from = output_.copied();
+  const std::size_t size = output_.text().size();
+  for (auto open = opens_.rbegin(); open != opens_.rend(); ++open) {
+    const auto note = [&](std::size_t& out, Offset offset) {
+      if (out == kNowhere && from <= offset && offset <= to) out = size + (offset - from);
+    };
+    note(open->outInner, open->inner);
+    note(open->outBegin, open->tag.extent.begin);
+    if (open->tag.extent.begin < from) break;
+  }
+  output_.copyTo(to);
+}
+
+void Rewriter::open(const Tag& tag) {
+  if (removedTables_ > 0) {
+    if (tag.name == Name::tbl) ++removedTables_;
+    if (tag.name == Name::p) {
+      removedParagraph_ = {};
+      removedParagraph_.tag = tag;
+    }
+    if (tag.name == Name::r) run_ = {};
+    return;
+  }
+  if (tag.name == Name::tbl) return openTable(tag);
+  if (paragraph_ != 0) enterParagraphContent();
+  if (tag.name == Name::r) return beginRun(tag);
+  Open open;
+  open.tag = tag;
+  open.inner = tag.extent.end;
+  open.kept = !isInline(tag.name) && tag.name != Name::p;
+  if (tag.name == Name::fldSimple) {
+    open = std::move(fieldOpen_);
+    open.tag = tag;
+    open.inner = tag.extent.end;
+    open.lost = !open.kept;
+    if (open.bare || open.toComplex) open.outBegin = open.outInner = output_.text().size();
+  }
+  opens_.push_back(std::move(open));
+  if (tag.name == Name::p) paragraph_ = opens_.size() - 1;
+}
+
+void Rewriter::openTable(const Tag& tag) {
+  const auto table = std::lower_bound(map_.tables.begin(), map_.tables.end(), tag.extent.begin,
+                                      [](const BodyMap::Table& t, Offset offset) { return t.offset < offset; });
+  if (table != map_.tables.end() && table->end > walker_.position() && script_.dropsAllTo(table->end)) {
+    copyTo(tag.extent.begin);
+    removedTables_ = 1;
+    run_ = {};
+    placeWaiting(markup().tag("p") + ">");
+    return;
+  }
+  placeBlocksBeforeTable(tag);
+  Open open;
+  open.tag = tag;
+  open.inner = tag.extent.end;
+  open.kept = true;
+  opens_.push_back(std::move(open));
+}
+
+void Rewriter::close(const Tag& tag, Extent endTag) {
+  if (removedTables_ > 0) {
+    if (tag.name == Name::tbl && --removedTables_ == 0) {
+      output_.leaveOutTo(endTag.end);
+      opens_.back().lost = true;
+      opens_.back().touched = true;
+    }
+    return;
+  }
+  if (tag.name == Name::r) return endRun(endTag);
+  if (tag.name == Name::p) {
+    enterParagraphContent();
+    if (markDropped_) return mergeParagraph(endTag);
+    return keepParagraph(endTag);
+  }
+  closeContainer(endTag);
+}
+
+void Rewriter::closeContainer(Extent endTag) {
+  Open& closing = opens_.back();
+  if (!closing.kept && (closing.lost || closing.reopened) && !closing.toComplex) {
+    copyTo(endTag.begin);
+    output_.text().resize(closing.outBegin);
+    output_.text() += closing.markers;
+    output_.leaveOutTo(endTag.end);
+    const std::string markers = std::move(closing.markers);
+    opens_.pop_back();
+    opens_.back().markers += markers;
+    opens_.back().lost = true;
+    opens_.back().touched = true;
+    return;
+  }
+  if (closing.toComplex || (closing.bare && closing.tag.name == Name::fldSimple)) {
+    copyTo(endTag.begin);
+    output_.leaveOutTo(endTag.end);
+  } else if (closing.expanded) {
+    output_.text() += "</" + std::string(qualifiedName(closing.tag)) + ">";
+  }
+  if (closing.touched && !closing.passed.empty()) {
+    copyTo(endTag.begin);
+    for (auto passed = closing.passed.rbegin(); passed != closing.passed.rend(); ++passed) {
+      output_.text().erase(passed->first, passed->second - passed->first);
+    }
+  }
+  const Open closed = std::move(closing);
+  opens_.pop_back();
+  if (opens_.empty()) return;
+  opens_.back().kept = opens_.back().kept || closed.kept;
+  opens_.back().lost = opens_.back().lost || closed.lost;
+  opens_.back().touched = opens_.back().touched || closed.touched;
+  if (!closed.kept) opens_.back().markers += closed.markers;
+}
+
+void Rewriter::properties(Name kind, const Properties& properties) {
+  if (removedTables_ > 0) {
+    if (kind == Name::pPr) {
+      removedParagraph_.properties = properties;
+    } else {
+      run_.properties = output_.source(properties.whole);
+    }
+  } else if (kind == Name::pPr) {
+    opens_.back().properties = properties;
+    opens_.back().inner = properties.whole.end;
+  } else {
+    run_.properties = output_.source(properties.whole);
+    run_.headerEnd = properties.whole.end;
+    run_.colour = properties.look.highlight;
+  }
+}
+
+void Rewriter::passedAlternative(Extent extent) {
+  if (removedTables_ > 0) return;
+  if (paragraph_ != 0) enterParagraphContent();
+  copyTo(extent.begin);
+  const std::size_t begin = output_.text().size();
+  copyTo(extent.end);
+  opens_.back().passed.emplace_back(begin, output_.text().size());
+}
+
+void Rewriter::marker(const Marker& marker) {
+  if (removedTables_ > 0) {
+    if (!casualties_.goes(marker)) carried_ += output_.source(marker.extent);
+    return;
+  }
+  if (paragraph_ != 0) enterParagraphContent();
+  if (casualties_.goes(marker)) {
+    copyTo(marker.extent.begin);
+    output_.leaveOutTo(marker.extent.end);
+  } else if (paragraph_ == 0 && !carried_.empty()) {
+    // Text is on its way into the next paragraph; what follows it has to stay behind it.
+    copyTo(marker.extent.begin);
+    output_.leaveOutTo(marker.extent.end);
+    carried_ += output_.source(marker.extent);
+  } else {
+    opens_.back().markers += output_.source(marker.extent);
+  }
+}
+
+void Rewriter::trackField(char16_t unit, bool kept) {
+  if (unit == text::kFieldBegin) fields_.push_back({kept, false});
+  if (fields_.empty()) return;
+  if (unit == text::kFieldSeparator) fields_.back().inResult = true;
+  if (unit == text::kFieldEnd) fields_.pop_back();
+}
+
+bool Rewriter::inCode() const {
+  const auto field = std::find_if(fields_.rbegin(), fields_.rend(), [](const FieldState& f) { return f.kept; });
+  return field != fields_.rend() && !field->inResult;
+}
+
+/// The outermost tracked deletion open in the paragraph, as an index; the number of open elements outside all.
+std::size_t Rewriter::trackedDeletion() const {
+  for (std::size_t i = paragraph_ + 1; i < opens_.size(); ++i) {
+    if (isTrackedDeletion(opens_[i].tag.name) && !opens_[i].bare) return i;
+  }
+  return opens_.size();
+}
+
+/// The prefix of the element at hand; a document in the default namespace declares one for its attributes.
+Markup Rewriter::markup() const {
+  const Tag& tag = run_.active && !run_.isNew ? run_.tag : opens_[paragraph_].tag;
+  const std::string_view name = qualifiedName(tag);
+  const std::size_t colon = name.find(':');
+  Markup result;
+  if (colon != std::string_view::npos) {
+    result.element = result.attribute = name.substr(0, colon + 1);
+    return result;
+  }
+  result.element.clear();
+  if (walker_.scanner().namespaceOf("w") == kWord) return result;
+  const std::string_view head = output_.source(0, std::min<Offset>(static_cast<Offset>(part_.size()), 4096));
+  const bool strict = head.find("purl.oclc.org/ooxml/wordprocessingml/main") != std::string_view::npos;
+  result.declaration = strict ? " xmlns:w=\"http://purl.oclc.org/ooxml/wordprocessingml/main\""
+                              : " xmlns:w=\"http://schemas.openxmlformats.org/wordprocessingml/2006/main\"";
+  return result;
+}
+
+std::string_view Rewriter::qualifiedName(const Tag& tag) const {
+  const std::string_view bytes = output_.source(tag.extent);
+  return bytes.substr(1, bytes.find_first_of(" \t\r\n/>", 1) - 1);
+}
+
+}  // namespace pluvo::docx

@@ -1,0 +1,187 @@
+#pragma once
+
+#include "body_walker.h"
+#include "edit_script.h"
+#include "identifiers.h"
+#include "part_output.h"
+#include "properties.h"
+#include "reader.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace pluvo::docx {
+
+/// What a deletion takes with it besides text: markers of bookmarks and comments, by kind and id.
+class Casualties {
+ public:
+  virtual ~Casualties() = default;
+  virtual bool goes(const Marker& marker) const = 0;
+};
+
+/// Carries an edit over to the main part. Walks the touched paragraphs once more, each from the nearest place known,
+/// leaves every byte where nothing is touched, and writes touched runs anew:
+///
+/// - new text stands in the run of the character it is put beside, never in a tracked deletion;
+/// - a run is divided only where its highlight changes, and one that lost its text goes, with the hyperlink or
+///   the like that holds nothing else;
+/// - a new paragraph mark ends the paragraph with a copy of its properties, and whatever is open in it is closed
+///   and opened again;
+/// - what is left of a paragraph that lost its mark is carried into the next one, with the markers in between.
+class Rewriter : private BodyEvents {
+ public:
+  Rewriter(files::ByteSpan part, const std::string& partName, const BodyMap& map, const model::Model& model,
+           const text::RunMap<std::uint8_t>& originalHighlight, const Casualties& casualties,
+           EditScript script);
+
+  /// The new part; the spans hold as long as this.
+  std::vector<files::ByteSpan> rewrite();
+
+ private:
+  static constexpr std::size_t kNowhere = static_cast<std::size_t>(-1);
+
+  struct Open {
+    Tag tag;
+    Offset inner = 0;                 ///< behind the start tag, and behind a paragraph's properties
+    std::size_t outBegin = kNowhere;  ///< where the start tag and what is behind inner stand in the output
+    std::size_t outInner = kNowhere;
+    bool kept = false;       ///< holds text, old or new
+    bool lost = false;       ///< held text that went
+    bool reopened = false;   ///< stands for the rest of a divided element
+    bool bare = false;       ///< its tags are no longer written
+    bool toComplex = false;  ///< a simple field that has become a complex one
+    bool expanded = false;   ///< was <a/> and has content now
+    bool touched = false;
+    bool headed = false;     ///< paragraph: what was carried stands in it
+    bool splitOff = false;   ///< paragraph: not the first of those it was divided into
+    Properties properties;   ///< paragraph
+    std::u16string instruction;  ///< simple field
+    std::string markers;     ///< to stay when the element goes
+    std::vector<std::pair<std::size_t, std::size_t>> passed;  ///< alternatives not chosen, in the output
+  };
+  struct Run {
+    bool active = false;
+    bool isNew = false;    ///< made for new text that is beside no run
+    bool touched = false;  ///< written anew from here on
+    Tag tag;
+    std::string startTag;
+    std::string properties;
+    Offset headerEnd = 0;
+    Offset rawEnd = 0;     ///< behind what was left as it is
+    std::uint8_t colour = 0;
+    std::optional<std::uint8_t> openColour;  ///< of the run now open in the output
+    bool headerWritten = false;
+    std::string gap;  ///< what stands between elements, until the run is open
+  };
+  struct FieldState {
+    bool kept = false;
+    bool inResult = false;
+  };
+  /// New text behind a mark, to stand at the beginning of the next paragraph.
+  struct Waiting {
+    Step put;
+    std::string runProperties;
+    std::string header;  ///< of the paragraphs it consists of
+  };
+
+  void open(const Tag& tag) override;
+  void close(const Tag& tag, Extent endTag) override;
+  void properties(Name kind, const Properties& properties) override;
+  void passedAlternative(Extent extent) override;
+  void marker(const Marker& marker) override;
+  void text(const TextElement& element) override;
+  void character(char16_t unit, Extent extent, Name name, std::string_view reference) override;
+  void simpleField(const Tag& tag, std::u16string_view instruction) override;
+  void endSimpleField(Extent endTag) override;
+  void paragraphMark(Extent endTag) override;
+  void missingParagraph(Name container, Extent endTag) override;
+  void rowMark(Extent endTag) override;
+
+  // The walk (rewriter.cpp).
+  bool idle() const;
+  void jumpTowards(Position position);
+  void copyTo(Offset to);
+  void closeContainer(Extent endTag);
+  void openTable(const Tag& tag);
+  void trackField(char16_t unit, bool kept);
+  bool inCode() const;
+  std::size_t trackedDeletion() const;
+  Markup markup() const;
+  std::string_view qualifiedName(const Tag& tag) const;
+
+  // Runs (rewriter_runs.cpp).
+  void beginRun(const Tag& tag);
+  void endRun(Extent endTag);
+  void beginNewRun(const std::string& runProperties);
+  void endNewRun();
+  void touchRun();
+  void ensureRun(std::uint8_t colour);
+  void interruptRun();
+  void keepElement(Extent extent, std::uint8_t colour);
+  void dropElement(Extent extent);
+  void passBytesBefore(Extent extent);
+  void outsideRun(Extent extent);
+  void put(const Step& step);
+  void write(std::u16string_view units, std::uint8_t colour, std::string_view tag);
+  void flushText();
+  template <class Visit>
+  void forEachColour(Position at, Position length, Visit visit) const;
+  std::string runs(std::u16string_view units, Position at, const std::string& runProperties) const;
+
+  // Paragraphs (rewriter_paragraphs.cpp).
+  Open& paragraph() { return opens_[paragraph_]; }
+  void enterParagraphContent();
+  void expand(Open& open);
+  void divideParagraph();
+  void closeInlines(std::size_t from);
+  void openInlines(std::size_t from);
+  std::string reopeningTag(std::size_t index);
+  void replaceHeader(const std::string& header);
+  std::string headerOf(const Open& open, const std::string& properties) const;
+  std::string headerOfSplitOff(const Open& open) const;
+  void keepParagraph(Extent endTag);
+  void mergeParagraph(Extent endTag);
+  std::vector<std::string> lines(const Step& put, const std::string& runProperties) const;
+  void placeWaiting(const std::string& header);
+  void placeBlocksBeforeTable(const Tag& table);
+  void collectInRemovedTable(Position end);
+  std::string fieldMark(std::string_view type) const;
+  std::string beginningOfField(const Open& open) const;
+  void writeFieldAnew(Position from, Position end);
+  void putAll(bool behind, Extent endTag);
+
+  files::ByteSpan part_;
+  const BodyMap& map_;
+  const model::Model& model_;
+  const text::RunMap<std::uint8_t>& originalHighlight_;
+  const Casualties& casualties_;
+  EditScript script_;
+  PartOutput output_;
+  BodyWalker walker_;
+  Identifiers identifiers_;
+
+  std::vector<Open> opens_;
+  std::size_t paragraph_ = 0;  ///< index of the open paragraph; 0 when there is none
+  Run run_;
+  std::u16string pendingText_;
+  std::string pendingTag_;
+  std::vector<Step> steps_;
+  Open fieldOpen_;  ///< of the simple field just met, before it is opened
+  std::vector<FieldState> fields_;
+  std::size_t removedTables_ = 0;  ///< depth within a table that goes
+  Open removedParagraph_;
+
+  // The mark of the paragraph being closed.
+  bool markDropped_ = false;
+  std::uint8_t markColour_ = 0;
+
+  // What is under way to the next paragraph.
+  std::string carriedBlocks_;
+  std::string carried_;
+  std::vector<Waiting> waiting_;
+};
+
+}  // namespace pluvo::docx

@@ -1,0 +1,393 @@
+// Paragraphs: divided by new marks, merged where marks go, and the fields that are elements around their result.
+#include "rewriter.h"
+#include "run_content.h"
+
+namespace pluvo::docx {
+
+/// Puts what was carried here at the paragraph's beginning.
+void Rewriter::enterParagraphContent() {
+  Open& open = paragraph();
+  if (open.headed) return;
+  open.headed = true;
+  if (carried_.empty() && carriedBlocks_.empty() && waiting_.empty()) return;
+  placeWaiting(headerOfSplitOff(open));
+  copyTo(open.tag.extent.begin);
+  std::string& out = output_.text();
+  if (!carriedBlocks_.empty()) opens_[paragraph_ - 1].kept = true;
+  out += carriedBlocks_;
+  open.outBegin = out.size();
+  out += headerOf(open, std::string(output_.source(open.properties.whole)));
+  open.outInner = out.size();
+  open.expanded = open.tag.empty;
+  open.touched = true;
+  output_.leaveOutTo(open.inner);
+  out += carried_;
+  carriedBlocks_.clear();
+  carried_.clear();
+}
+
+/// Makes room for content in an element that has none.
+void Rewriter::expand(Open& open) {
+  if (!open.tag.empty || open.expanded) return;
+  copyTo(open.tag.extent.begin);
+  open.outBegin = output_.text().size();
+  output_.text() += openedTag(output_.source(open.tag.extent));
+  open.outInner = output_.text().size();
+  open.expanded = true;
+  output_.leaveOutTo(open.tag.extent.end);
+}
+
+/// A new mark: ends the paragraph here and begins the rest of it. No run is open.
+void Rewriter::divideParagraph() {
+  closeInlines(paragraph_ + 1);
+  Open& open = paragraph();
+  std::string& out = output_.text();
+  const std::string properties(output_.source(open.properties.whole));
+  const std::string front = forSplitOffParagraph(properties);
+  if (front != properties) replaceHeader(headerOf(open, front));
+  out += "</" + std::string(qualifiedName(open.tag)) + ">";
+  open.splitOff = true;
+  open.outBegin = out.size();
+  out += headerOf(open, properties);
+  open.outInner = out.size();
+  opens_[paragraph_ - 1].kept = true;
+  openInlines(paragraph_ + 1);
+}
+
+void Rewriter::closeInlines(std::size_t from) {
+  std::string& out = output_.text();
+  for (std::size_t i = opens_.size(); i-- > from;) {
+    Open& open = opens_[i];
+    if (open.bare || open.toComplex) continue;
+    for (auto passed = open.passed.rbegin(); passed != open.passed.rend(); ++passed) {
+      out.erase(passed->first, passed->second - passed->first);
+    }
+    open.passed.clear();
+    if (open.tag.name == Name::fldSimple) {
+      const std::string begin = beginningOfField(open);
+      out.replace(open.outBegin, open.outInner - open.outBegin, begin);
+      open.toComplex = true;
+    } else if (open.kept) {
+      out += "</" + std::string(qualifiedName(open.tag)) + ">";
+      opens_[i - 1].kept = true;
+    } else {
+      out.resize(open.outBegin);
+      out += open.markers;
+      opens_[i - 1].markers += open.markers;
+    }
+  }
+}
+
+void Rewriter::openInlines(std::size_t from) {
+  std::string& out = output_.text();
+  for (std::size_t i = from; i < opens_.size(); ++i) {
+    Open& open = opens_[i];
+    if (open.bare || open.toComplex) continue;
+    open.outBegin = out.size();
+    out += reopeningTag(i);
+    open.outInner = out.size();
+    open.kept = open.lost = false;
+    open.reopened = true;
+    open.markers.clear();
+  }
+}
+
+std::string Rewriter::reopeningTag(std::size_t index) {
+  const Open& open = opens_[index];
+  const bool isControl = open.tag.name == Name::sdt && index + 1 < opens_.size();
+  if (!isControl) return identifiers_.withFreshIds(output_.source(open.tag.extent));
+  // A content control is known by its id; the copy must not share it.
+  std::string tag(output_.source(open.tag.extent.begin, opens_[index + 1].tag.extent.begin));
+  const std::string prefix(qualifiedName(open.tag).substr(0, qualifiedName(open.tag).find(':') + 1));
+  const std::size_t id = tag.find("<" + prefix + "id ");
+  if (id != std::string::npos) tag.erase(id, tag.find('>', id) + 1 - id);
+  return identifiers_.withFreshIds(tag);
+}
+
+std::string Rewriter::headerOf(const Open& open, const std::string& properties) const {
+  if (open.tag.extent.empty()) return markup().tag("p") + ">";
+  const std::string_view tag = output_.source(open.tag.extent);
+  return (open.splitOff ? startTagWithout(tag, "paraId", "textId") : openedTag(tag)) + properties;
+}
+
+/// The start of a paragraph like this one, for text that is split off it.
+std::string Rewriter::headerOfSplitOff(const Open& open) const {
+  Open copy;
+  copy.tag = open.tag;
+  copy.splitOff = true;
+  return headerOf(copy, forSplitOffParagraph(output_.source(open.properties.whole)));
+}
+
+void Rewriter::replaceHeader(const std::string& header) {
+  Open& open = paragraph();
+  output_.text().replace(open.outBegin, open.outInner - open.outBegin, header);
+  open.outInner = open.outBegin + header.size();
+}
+
+void Rewriter::paragraphMark(Extent endTag) {
+  const Position position = walker_.position();
+  if (removedTables_ > 0) {
+    run_.properties = runPropertiesOfMark(output_.source(removedParagraph_.properties.whole));
+    return collectInRemovedTable(position + 1);
+  }
+  enterParagraphContent();
+  markDropped_ = false;
+  script_.take(position + 1, [&](const Step& step) {
+    Open& open = paragraph();
+    const std::string_view properties = output_.source(open.properties.whole);
+    switch (step.kind) {
+      case Step::Kind::keep:
+        markColour_ = model_.highlight().valueAt(step.at);
+        break;
+      case Step::Kind::drop:
+        markDropped_ = true;
+        break;
+      case Step::Kind::put:
+        if (step.behind) {
+          waiting_.push_back({step, runPropertiesOfMark(properties), headerOfSplitOff(open)});
+          break;
+        }
+        expand(open);
+        copyTo(endTag.begin);
+        beginNewRun(runPropertiesOfMark(properties));
+        put(step);
+        endNewRun();
+        break;
+    }
+  });
+}
+
+void Rewriter::keepParagraph(Extent endTag) {
+  if (markColour_ != paragraph().properties.look.highlight) {
+    expand(paragraph());
+    copyTo(endTag.begin);
+    const std::string old(output_.source(paragraph().properties.whole));
+    replaceHeader(headerOf(paragraph(), withMarkHighlight(old, markup(), markColour_)));
+    paragraph().touched = true;
+  }
+  if (paragraph().expanded) output_.text() += "</" + std::string(qualifiedName(paragraph().tag)) + ">";
+  const bool touched = paragraph().touched;
+  opens_.pop_back();
+  paragraph_ = 0;
+  opens_.back().kept = true;
+  opens_.back().touched = opens_.back().touched || touched;
+}
+
+void Rewriter::mergeParagraph(Extent endTag) {
+  Open& open = paragraph();
+  const bool hasContent = !open.tag.empty || open.expanded;
+  copyTo(hasContent ? endTag.begin : open.tag.extent.begin);
+  std::string& out = output_.text();
+  if (hasContent) carried_ += out.substr(open.outInner);
+  out.resize(open.outBegin);
+  output_.leaveOutTo(endTag.end);
+  opens_.pop_back();
+  paragraph_ = 0;
+  opens_.back().lost = true;
+  opens_.back().touched = true;
+}
+
+void Rewriter::missingParagraph(Name, Extent endTag) {
+  const Position position = walker_.position();
+  if (removedTables_ > 0) return collectInRemovedTable(position + 1);
+  std::vector<Waiting> behind;
+  script_.take(position + 1, [&](const Step& step) {
+    if (step.kind == Step::Kind::put) (step.behind ? behind : waiting_).push_back({step, {}, {}});
+  });
+  Open& container = opens_.back();
+  if (container.lost || !waiting_.empty() || !carried_.empty() || !carriedBlocks_.empty()) {
+    placeWaiting(markup().tag("p") + ">");
+    expand(container);
+    copyTo(endTag.begin);
+    output_.text() += carriedBlocks_ + markup().tag("p") + ">" + carried_ + markup().endTag("p");
+    carriedBlocks_.clear();
+    carried_.clear();
+  }
+  waiting_ = std::move(behind);
+}
+
+void Rewriter::rowMark(Extent) {
+  const Position position = walker_.position();
+  if (removedTables_ > 0) return collectInRemovedTable(position + 1);
+  script_.take(position + 1, [&](const Step& step) {
+    if (step.kind == Step::Kind::put) waiting_.push_back({step, {}, {}});
+  });
+}
+
+std::vector<std::string> Rewriter::lines(const Step& put, const std::string& runProperties) const {
+  std::vector<std::string> result;
+  std::size_t from = 0;
+  while (true) {
+    const std::size_t mark = put.units.find(text::kParagraphMark, from);
+    const std::size_t to = std::min(mark, put.units.size());
+    result.push_back(
+        runs(put.units.substr(from, to - from), put.at + static_cast<Position>(from), runProperties));
+    if (mark == std::u16string_view::npos) return result;
+    from = mark + 1;
+  }
+}
+
+/// Text waiting for the next paragraph joins what is carried there; its own paragraphs come before it.
+void Rewriter::placeWaiting(const std::string& header) {
+  for (const Waiting& waiting : waiting_) {
+    const std::vector<std::string> all = lines(waiting.put, waiting.runProperties);
+    for (std::size_t i = 0; i + 1 < all.size(); ++i) {
+      carriedBlocks_ += (waiting.header.empty() ? header : waiting.header) + carried_ + all[i];
+      carriedBlocks_ += markup().endTag("p");
+      carried_.clear();
+    }
+    carried_ += all.back();
+  }
+  waiting_.clear();
+}
+
+/// Text that ends with a mark of its own stays outside a table behind it.
+void Rewriter::placeBlocksBeforeTable(const Tag& table) {
+  const bool wholeParagraphs = !waiting_.empty() && waiting_.back().put.units.back() == text::kParagraphMark;
+  if (wholeParagraphs) placeWaiting(markup().tag("p") + ">");
+  if (!carried_.empty()) {
+    carriedBlocks_ += markup().tag("p") + ">" + carried_ + markup().endTag("p");
+    carried_.clear();
+  }
+  if (carriedBlocks_.empty()) return;
+  copyTo(table.extent.begin);
+  output_.text() += carriedBlocks_;
+  carriedBlocks_.clear();
+  opens_.back().kept = true;
+}
+
+/// Of a table that goes only new text stays, and what markers there are.
+void Rewriter::collectInRemovedTable(Position end) {
+  script_.take(end, [&](const Step& step) {
+    if (step.kind != Step::Kind::put) return;
+    waiting_.push_back({step, run_.properties, headerOfSplitOff(removedParagraph_)});
+    placeWaiting({});
+  });
+}
+
+std::string Rewriter::fieldMark(std::string_view type) const {
+  const Markup written = markup();
+  return written.tag("r") + ">" + written.with("fldChar", "fldCharType", type) + written.endTag("r");
+}
+
+/// The complex field that says the same as a simple one's start tag.
+std::string Rewriter::beginningOfField(const Open& open) const {
+  const Markup written = markup();
+  std::string result = fieldMark("begin");
+  if (!open.instruction.empty()) {
+    result += written.tag("r") + ">";
+    appendContent(result, open.instruction, written.element + "instrText", written);
+    result += written.endTag("r");
+  }
+  return result + fieldMark("separate");
+}
+
+void Rewriter::simpleField(const Tag& tag, std::u16string_view instruction) {
+  const Position from = walker_.position();
+  const Position end = from + static_cast<Position>(instruction.size()) + 2;
+  fieldOpen_ = {};
+  fieldOpen_.instruction = instruction;
+  if (removedTables_ > 0) {
+    collectInRemovedTable(end);
+    fields_.push_back({false, true});
+    return;
+  }
+  enterParagraphContent();
+  steps_.clear();
+  script_.take(end, [&](const Step& step) { steps_.push_back(step); });
+  if (steps_.size() == 1 && steps_.front().kind == Step::Kind::keep) {
+    fields_.push_back({true, true});
+    fieldOpen_.kept = true;
+    return;
+  }
+  copyTo(tag.extent.begin);
+  output_.leaveOutTo(tag.extent.end);
+  bool keepsMark = false;
+  for (const Step& step : steps_) keepsMark = keepsMark || step.kind == Step::Kind::keep;
+  fieldOpen_.bare = !keepsMark;
+  fieldOpen_.toComplex = keepsMark;
+  fieldOpen_.kept = keepsMark;
+  fields_.push_back({keepsMark, false});
+  writeFieldAnew(from, end);
+  fields_.back().inResult = true;
+}
+
+/// The start of a simple field that is touched, character by character, as a complex one.
+void Rewriter::writeFieldAnew(Position from, Position end) {
+  const std::string tag = markup().element + "instrText";
+  for (const Step& step : steps_) {
+    if (step.kind == Step::Kind::drop) continue;
+    if (step.kind == Step::Kind::put) {
+      const bool outside = step.original == from && !step.behind;
+      if (outside) fields_.back().kept = false;
+      if (step.original == end - 1 && step.behind) fields_.back().inResult = true;
+      beginNewRun({});
+      put(step);
+      endNewRun();
+      fields_.back().kept = fieldOpen_.kept;
+      continue;
+    }
+    const Position last = step.original + step.length;
+    if (step.original == from) output_.text() += fieldMark("begin");
+    const Position codeFrom = std::max(step.original, from + 1);
+    const Position codeTo = std::min(last, end - 1);
+    if (codeFrom < codeTo) {
+      beginNewRun({});
+      const auto at = static_cast<std::size_t>(codeFrom - from - 1);
+      write(std::u16string_view(fieldOpen_.instruction).substr(at, static_cast<std::size_t>(codeTo - codeFrom)), 0,
+            tag);
+      endNewRun();
+    }
+    if (last == end) output_.text() += fieldMark("separate");
+  }
+}
+
+void Rewriter::endSimpleField(Extent endTag) {
+  const Position position = walker_.position();
+  if (removedTables_ > 0) {
+    collectInRemovedTable(position + 1);
+    fields_.pop_back();
+    return;
+  }
+  enterParagraphContent();
+  steps_.clear();
+  bool kept = false;
+  bool textBehind = false;
+  script_.take(position + 1, [&](const Step& step) {
+    steps_.push_back(step);
+    kept = kept || step.kind == Step::Kind::keep;
+    textBehind = textBehind || step.behind;
+  });
+  putAll(false, endTag);
+  fields_.pop_back();
+  const std::size_t index = opens_.size() - 1;
+  Open& open = opens_[index];
+  if (open.toComplex || open.bare) {
+    copyTo(endTag.begin);
+    output_.leaveOutTo(endTag.end);
+    if (kept && open.toComplex) output_.text() += fieldMark("end");
+  } else if (textBehind) {
+    // Text behind the mark stands behind the element, which ends here.
+    if (open.expanded) output_.text() += "</" + std::string(qualifiedName(open.tag)) + ">";
+    open.expanded = false;
+    copyTo(endTag.end);
+    open.bare = true;
+  }
+  putAll(true, endTag);
+}
+
+/// The new text before or behind the end of a simple field.
+void Rewriter::putAll(bool behind, Extent endTag) {
+  for (const Step& step : steps_) {
+    if (step.kind != Step::Kind::put || step.behind != behind) continue;
+    if (!behind) {
+      expand(opens_.back());
+      copyTo(endTag.begin);
+    }
+    beginNewRun({});
+    put(step);
+    endNewRun();
+  }
+}
+
+}  // namespace pluvo::docx

@@ -1,0 +1,260 @@
+// Runs: what of them stays, what new text joins them, and where their highlight divides them.
+#include "rewriter.h"
+#include "run_content.h"
+
+namespace pluvo::docx {
+
+template <class Visit>
+void Rewriter::forEachColour(Position at, Position length, Visit visit) const {
+  for (const auto& run : model_.highlight().runs(at, at + length)) {
+    visit(static_cast<std::size_t>(run.from - at), static_cast<std::size_t>(run.to - run.from), run.value);
+  }
+}
+
+void Rewriter::beginRun(const Tag& tag) {
+  run_ = {};
+  run_.active = true;
+  run_.tag = tag;
+  run_.headerEnd = tag.extent.end;
+}
+
+void Rewriter::endRun(Extent endTag) {
+  run_.active = false;
+  if (!run_.touched) return;
+  if (run_.openColour) {
+    copyTo(endTag.end);
+  } else {
+    output_.leaveOutTo(endTag.end);
+    opens_.back().lost = true;
+  }
+}
+
+void Rewriter::beginNewRun(const std::string& runProperties) {
+  opens_.back().touched = true;
+  run_ = {};
+  run_.active = true;
+  run_.isNew = true;
+  run_.touched = true;
+  run_.properties = runProperties;
+}
+
+void Rewriter::endNewRun() {
+  interruptRun();
+  run_.active = false;
+}
+
+void Rewriter::text(const TextElement& element) {
+  const Position from = walker_.position();
+  const auto length = static_cast<Position>(element.units.size());
+  if (removedTables_ > 0) return collectInRemovedTable(from + length);
+
+  steps_.clear();
+  script_.take(from + length, [&](const Step& step) { steps_.push_back(step); });
+  const Step& first = steps_.front();
+  const bool whole = steps_.size() == 1 && first.kind == Step::Kind::keep;
+  if (whole && model_.highlight().runEnd(first.at) >= first.at + length) {
+    return keepElement(element.extent, model_.highlight().valueAt(first.at));
+  }
+  touchRun();
+  passBytesBefore(element.extent);
+  output_.leaveOutTo(element.extent.end);
+  for (const Step& step : steps_) {
+    if (step.kind == Step::Kind::put) put(step);
+    if (step.kind == Step::Kind::drop) opens_.back().lost = true;
+    if (step.kind != Step::Kind::keep) continue;
+    const std::u16string_view kept = element.units.substr(static_cast<std::size_t>(step.original - from),
+                                                          static_cast<std::size_t>(step.length));
+    const std::string tag = element.tag.empty() ? markup().element + "t" : std::string(element.tag);
+    forEachColour(step.at, step.length, [&](std::size_t at, std::size_t count, std::uint8_t colour) {
+      write(kept.substr(at, count), colour, tag);
+    });
+  }
+  flushText();
+}
+
+void Rewriter::character(char16_t unit, Extent extent, Name name, std::string_view) {
+  const Position position = walker_.position();
+  if (removedTables_ > 0) {
+    collectInRemovedTable(position + 1);
+    if (name == Name::fldChar) trackField(unit, false);
+    return;
+  }
+  if (!run_.active) return outsideRun(extent);
+  script_.take(position + 1, [&](const Step& step) {
+    switch (step.kind) {
+      case Step::Kind::put:
+        touchRun();
+        put(step);
+        break;
+      case Step::Kind::keep:
+        keepElement(extent, model_.highlight().valueAt(step.at));
+        break;
+      case Step::Kind::drop:
+        dropElement(extent);
+        break;
+    }
+    if (step.kind != Step::Kind::put && name == Name::fldChar) trackField(unit, step.kind == Step::Kind::keep);
+  });
+  flushText();
+}
+
+/// A formula: a character that is in no run.
+void Rewriter::outsideRun(Extent extent) {
+  enterParagraphContent();
+  script_.take(walker_.position() + 1, [&](const Step& step) {
+    switch (step.kind) {
+      case Step::Kind::put:
+        copyTo(step.behind ? extent.end : extent.begin);
+        beginNewRun({});
+        put(step);
+        endNewRun();
+        break;
+      case Step::Kind::keep:
+        opens_.back().kept = true;
+        break;
+      case Step::Kind::drop:
+        copyTo(extent.begin);
+        output_.leaveOutTo(extent.end);
+        opens_.back().lost = true;
+        opens_.back().touched = true;
+        break;
+    }
+  });
+}
+
+/// From here on the run is written anew. What was left as it is so far stays so.
+void Rewriter::touchRun() {
+  if (run_.touched) return;
+  run_.touched = true;
+  opens_.back().touched = true;
+  if (run_.openColour) {
+    copyTo(run_.rawEnd);
+  } else {
+    copyTo(run_.tag.extent.begin);
+    output_.leaveOutTo(run_.headerEnd);
+  }
+}
+
+void Rewriter::ensureRun(std::uint8_t colour) {
+  if (run_.openColour == colour) return;
+  interruptRun();
+  std::string& out = output_.text();
+  const Markup written = markup();
+  out += run_.isNew ? written.tag("r") + ">" : openedTag(output_.source(run_.tag.extent));
+  const std::string properties =
+      colour == run_.colour && !run_.isNew ? run_.properties : withHighlight(run_.properties, written, colour);
+  out += run_.headerWritten ? identifiers_.withFreshIds(properties) : properties;
+  run_.headerWritten = true;
+  out += run_.gap;
+  run_.gap.clear();
+  run_.openColour = colour;
+  opens_.back().kept = true;
+}
+
+void Rewriter::interruptRun() {
+  flushText();
+  if (!run_.openColour) return;
+  output_.text() += markup().endTag("r");
+  run_.openColour.reset();
+}
+
+void Rewriter::keepElement(Extent extent, std::uint8_t colour) {
+  if (!run_.touched && colour == run_.colour) {
+    run_.openColour = colour;
+    run_.headerWritten = true;
+    run_.rawEnd = extent.end;
+    opens_.back().kept = true;
+    return;
+  }
+  touchRun();
+  flushText();
+  passBytesBefore(extent);
+  ensureRun(colour);
+  copyTo(extent.end);
+}
+
+void Rewriter::dropElement(Extent extent) {
+  touchRun();
+  flushText();
+  passBytesBefore(extent);
+  output_.leaveOutTo(extent.end);
+  opens_.back().lost = true;
+}
+
+/// What stands between two elements of a run, a rendered page break for example, stays with what stays of it.
+void Rewriter::passBytesBefore(Extent extent) {
+  if (run_.openColour) {
+    flushText();
+    copyTo(extent.begin);
+  } else if (output_.copied() < extent.begin) {
+    run_.gap += output_.source(output_.copied(), extent.begin);
+    output_.leaveOutTo(extent.begin);
+  }
+}
+
+/// Writes new text into the run at hand, or beside it where it is tracked as deleted: what is new is not deleted.
+void Rewriter::put(const Step& step) {
+  const std::string tag = markup().element + (inCode() ? "instrText" : "t");
+  const auto writeAll = [&] {
+    forEachColour(step.at, step.length, [&](std::size_t at, std::size_t count, std::uint8_t colour) {
+      write(step.units.substr(at, count), colour, tag);
+    });
+  };
+  const std::size_t deletion = trackedDeletion();
+  if (deletion == opens_.size()) return writeAll();
+
+  interruptRun();
+  closeInlines(deletion);
+  std::vector<bool> bare;
+  for (std::size_t i = deletion; i < opens_.size(); ++i) {
+    bare.push_back(opens_[i].bare);
+    opens_[i].bare = true;
+  }
+  writeAll();
+  interruptRun();
+  for (std::size_t i = deletion; i < opens_.size(); ++i) opens_[i].bare = bare[i - deletion];
+  opens_[deletion - 1].kept = true;
+  openInlines(deletion);
+}
+
+void Rewriter::write(std::u16string_view units, std::uint8_t colour, std::string_view tag) {
+  for (const char16_t unit : units) {
+    if (unit == text::kParagraphMark) {
+      interruptRun();
+      divideParagraph();
+      continue;
+    }
+    ensureRun(colour);
+    if (standsAlone(unit)) {
+      flushText();
+      output_.text() += elementOf(unit, markup());
+      continue;
+    }
+    if (pendingTag_ != tag) {
+      flushText();
+      pendingTag_ = tag;
+    }
+    pendingText_.push_back(unit);
+  }
+}
+
+void Rewriter::flushText() {
+  if (pendingText_.empty()) return;
+  appendTextElement(output_.text(), pendingTag_, pendingText_);
+  pendingText_.clear();
+}
+
+/// New text without paragraph marks as runs of its own.
+std::string Rewriter::runs(std::u16string_view units, Position at, const std::string& runProperties) const {
+  std::string result;
+  const Markup written = markup();
+  const std::string tag = written.element + (inCode() ? "instrText" : "t");
+  forEachColour(at, static_cast<Position>(units.size()), [&](std::size_t from, std::size_t count, std::uint8_t c) {
+    result += written.tag("r") + ">" + withHighlight(runProperties, written, c);
+    appendContent(result, units.substr(from, count), tag, written);
+    result += written.endTag("r");
+  });
+  return result;
+}
+
+}  // namespace pluvo::docx

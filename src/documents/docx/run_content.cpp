@@ -1,0 +1,59 @@
+#include "run_content.h"
+
+#include "text/positions.h"
+#include "xml/escape.h"
+
+#include <algorithm>
+
+namespace pluvo::docx {
+
+bool standsAlone(char16_t unit) {
+  switch (unit) {
+    case text::kTab:
+    case text::kLineBreak:
+    case text::kPageBreak:
+    case text::kParagraphMark:
+    case text::kColumnBreak:
+    case text::kNonBreakingHyphen:
+    case text::kOptionalHyphen:
+      return true;
+    default:
+      return false;
+  }
+}
+
+std::string elementOf(char16_t unit, const Markup& markup) {
+  switch (unit) {
+    case text::kTab:
+      return markup.tag("tab") + "/>";
+    case text::kPageBreak:
+      return markup.with("br", "type", "page");
+    case text::kColumnBreak:
+      return markup.with("br", "type", "column");
+    case text::kNonBreakingHyphen:
+      return markup.tag("noBreakHyphen") + "/>";
+    case text::kOptionalHyphen:
+      return markup.tag("softHyphen") + "/>";
+    default:
+      return markup.tag("br") + "/>";
+  }
+}
+
+void appendTextElement(std::string& out, std::string_view tag, std::u16string_view units) {
+  const bool hasBlankEdge = units.front() == u' ' || units.back() == u' ';
+  out.append("<").append(tag).append(hasBlankEdge ? " xml:space=\"preserve\">" : ">");
+  xml::appendEscapedText(out, units);
+  out.append("</").append(tag).append(">");
+}
+
+void appendContent(std::string& out, std::u16string_view units, std::string_view tag, const Markup& markup) {
+  while (!units.empty()) {
+    const auto* const special = std::find_if(units.begin(), units.end(), standsAlone);
+    const auto plain = static_cast<std::size_t>(special - units.begin());
+    if (plain > 0) appendTextElement(out, tag, units.substr(0, plain));
+    if (plain < units.size()) out += elementOf(units[plain], markup);
+    units.remove_prefix(std::min(plain + 1, units.size()));
+  }
+}
+
+}  // namespace pluvo::docx

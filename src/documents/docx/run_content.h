@@ -1,0 +1,22 @@
+#pragma once
+
+#include "properties.h"
+
+#include <string>
+#include <string_view>
+
+namespace pluvo::docx {
+
+/// Whether the character is an element of its own in a run, or a paragraph's mark, and no text.
+bool standsAlone(char16_t unit);
+
+/// The element of such a character.
+std::string elementOf(char16_t unit, const Markup& markup);
+
+/// A text element; tag is its qualified name.
+void appendTextElement(std::string& out, std::string_view tag, std::u16string_view units);
+
+/// Everything a run holds for this text, which has no paragraph marks.
+void appendContent(std::string& out, std::u16string_view units, std::string_view tag, const Markup& markup);
+
+}  // namespace pluvo::docx
