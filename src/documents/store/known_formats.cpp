@@ -1,5 +1,6 @@
 #include "known_formats.h"
 
+#include "docx/docx_format.h"
 #include "plain/plain_format.h"
 
 #include <memory>
@@ -8,6 +9,7 @@ namespace pluvo::store {
 
 formats::Registry knownFormats() {
   formats::Registry registry;
+  registry.add(std::make_unique<docx::DocxFormat>());
   registry.add(std::make_unique<plain::PlainFormat>());
   return registry;
 }

@@ -1,0 +1,187 @@
+// One document through the room, as sweep.py asks:
+//
+//     docx_probe read FILE                    opens it
+//     docx_probe same FILE                    writes it unedited and compares every member's bytes
+//     docx_probe mark FILE OUT                highlights every "e" and reads the result again
+//     docx_probe edit FILE OUT SEED           a random program of edits; OUT.txt gets the text it should have
+//
+// Prints one line of key=value pairs; exit 0 for an answer of any kind, 1 where the room contradicts itself.
+#include "docx/docx_format.h"
+#include "model/model.h"
+
+#include <sys/resource.h>
+
+#include <chrono>
+#include <cstring>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <random>
+
+namespace {
+
+using namespace pluvo;
+using text::Position;
+
+files::Bytes load(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return files::Bytes::of(std::vector<std::uint8_t>(std::istreambuf_iterator<char>(in), {}));
+}
+
+void store(const std::string& path, const std::vector<std::uint8_t>& bytes) {
+  std::ofstream(path, std::ios::binary)
+      .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+}
+
+std::u16string textOf(const model::Model& model) { return model.text().substring(0, model.length()); }
+
+std::string utf8(std::u16string_view units) {
+  std::string out;
+  for (std::size_t i = 0; i < units.size(); ++i) {
+    char32_t c = units[i];
+    if (c >= 0xD800 && c < 0xDC00 && i + 1 < units.size()) c = 0x10000 + ((c - 0xD800) << 10U) + (units[++i] - 0xDC00U);
+    if (c < 0x80) {
+      out += static_cast<char>(c);
+    } else if (c < 0x800) {
+      out += {static_cast<char>(0xC0 | (c >> 6U)), static_cast<char>(0x80 | (c & 0x3FU))};
+    } else if (c < 0x10000) {
+      out += {static_cast<char>(0xE0 | (c >> 12U)), static_cast<char>(0x80 | ((c >> 6U) & 0x3FU)),
+              static_cast<char>(0x80 | (c & 0x3FU))};
+    } else {
+      out += {static_cast<char>(0xF0 | (c >> 18U)), static_cast<char>(0x80 | ((c >> 12U) & 0x3FU)),
+              static_cast<char>(0x80 | ((c >> 6U) & 0x3FU)), static_cast<char>(0x80 | (c & 0x3FU))};
+    }
+  }
+  return out;
+}
+
+struct Document {
+  model::Model model;
+  std::unique_ptr<formats::Source> source;
+};
+
+Document open(files::Bytes bytes) {
+  formats::Opened opened = docx::DocxFormat().read(std::move(bytes));
+  return {model::Model(std::move(opened.content)), std::move(opened.source)};
+}
+
+std::vector<std::uint8_t> write(const Document& document) {
+  files::MemoryOutput out;
+  document.source->write(document.model, out);
+  return std::move(out.bytes());
+}
+
+/// The text as it is shown, a character for each; what the other stories own is left out.
+std::string comparable(const model::Model& model) {
+  std::u16string shown;
+  for (Position i = 0; i < model.length(); ++i) {
+    if ((model.visibility().valueAt(i) & text::kInResults) != 0) shown.push_back(model.text().at(i));
+  }
+  return utf8(shown);
+}
+
+int mark(const std::string& in, const std::string& out) {
+  Document document = open(load(in));
+  const std::u16string before = textOf(document.model);
+  Position marked = 0;
+  for (Position i = 0; i < document.model.length(); ++i) {
+    if (before[static_cast<std::size_t>(i)] == u'e') document.model.highlight({i, i + 1}, 7), ++marked;
+  }
+  const std::vector<std::uint8_t> bytes = write(document);
+  store(out, bytes);
+  const Document again = open(files::Bytes::of(bytes));
+  Position found = 0;
+  for (Position i = 0; i < again.model.length(); ++i) {
+    if (again.model.text().at(i) == u'e' && again.model.highlight().valueAt(i) == 7) ++found;
+  }
+  const bool same = textOf(again.model) == before;
+  std::cout << "same=" << same << " marked=" << marked << " found=" << found << "\n";
+  return same && marked == found ? 0 : 1;
+}
+
+void editOnce(model::Model& model, std::mt19937& random) {
+  const auto below = [&](Position n) { return static_cast<Position>(random() % static_cast<unsigned>(std::max(n, 1))); };
+  const Position from = below(model.length());
+  const Position reach = below(4) == 0 ? below(400) : below(12);
+  const text::Span span{from, std::min(from + reach, model.length() - 1)};
+  static const std::u16string texts[] = {u"new",        u" the Lessee ", u"one\rtwo", u"line\r", u"a\tb",
+                                         u"x\u000By", u"A & B < C > \"D\"",   u"\r",       u"\U0001F600 ok"};
+  const std::u16string& text = texts[below(9)];
+  if (span.from > span.to) return;
+  switch (below(5)) {
+    case 0:
+      model.replace(span, text, text::View::results);
+      break;
+    case 1:
+      model.insertBefore(span.from, text);
+      break;
+    case 2:
+      model.insertBehind(span.from, text);
+      break;
+    case 3:
+      model.replace(span, {}, text::View::results);
+      break;
+    default:
+      model.highlight(span, static_cast<std::uint8_t>(below(17)));
+  }
+}
+
+int edit(const std::string& in, const std::string& out, unsigned seed) {
+  Document document = open(load(in));
+  std::mt19937 random(seed);
+  for (int i = 0; i < 20; ++i) editOnce(document.model, random);
+  const std::vector<std::uint8_t> bytes = write(document);
+  store(out, bytes);
+  const std::string shown = comparable(document.model);
+  std::ofstream(out + ".txt", std::ios::binary) << shown;
+  const Document again = open(files::Bytes::of(bytes));
+  const bool same = textOf(again.model) == textOf(document.model);
+  if (!same) {
+    std::ofstream(out + ".want", std::ios::binary) << utf8(textOf(document.model));
+    std::ofstream(out + ".got", std::ios::binary) << utf8(textOf(again.model));
+  }
+  std::cout << "same=" << same << "\n";
+  return same ? 0 : 1;
+}
+
+int read(const std::string& in, const char* textTo) {
+  const auto start = std::chrono::steady_clock::now();
+  const Document document = open(load(in));
+  const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  std::cout << "length=" << document.model.length() << " ms=" << static_cast<long>(took.count() * 1000)
+            << " kb=" << usage.ru_maxrss << "\n";
+  if (textTo != nullptr) std::ofstream(textTo, std::ios::binary) << comparable(document.model);
+  return 0;
+}
+
+int same(const std::string& in) {
+  const files::Bytes bytes = load(in);
+  const Document document = open(bytes);
+  const std::vector<std::uint8_t> written = write(document);
+  const Document again = open(files::Bytes::of(written));
+  const bool equal = textOf(document.model) == textOf(again.model);
+  std::cout << "same=" << equal << "\n";
+  return equal ? 0 : 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const std::string mode = argc > 2 ? argv[1] : "";
+  try {
+    if (mode == "read") return read(argv[2], argc > 3 ? argv[3] : nullptr);
+    if (mode == "same") return same(argv[2]);
+    if (mode == "mark" && argc > 3) return mark(argv[2], argv[3]);
+    if (mode == "edit" && argc > 4) return edit(argv[2], argv[3], static_cast<unsigned>(std::atoi(argv[4])));
+  } catch (const files::DocumentError& error) {
+    std::cout << "refused=" << files::nameOf(error.problem()) << " " << error.what() << "\n";
+    return 0;
+  } catch (const std::exception& error) {
+    std::cout << "exception " << error.what() << "\n";
+    return 1;
+  }
+  std::cerr << "usage: docx_probe read|same|mark|edit FILE [OUT [SEED]]\n";
+  return 2;
+}
