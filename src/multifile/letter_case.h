@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace pluvo::multifile {
+
+/// Every unit by itself, so that the length stays; the same whatever the user's locale.
+std::u16string upperCase(std::u16string_view text);
+
+}  // namespace pluvo::multifile

@@ -1,0 +1,81 @@
+#include "mask.h"
+
+#include "letter_case.h"
+
+#include <optional>
+#include <string>
+
+namespace pluvo::multifile {
+
+namespace {
+
+bool isWildcard(char16_t unit) { return unit == u'*' || unit == u'?'; }
+
+}  // namespace
+
+Mask::Mask(std::u16string_view text) {
+  const std::u16string upper = upperCase(text);
+  for (std::size_t i = 0; i < upper.size(); ++i) {
+    const std::u16string_view rest = std::u16string_view(upper).substr(i);
+    if (rest == u"*.") {
+      tokens_.push_back({Kind::restWithoutDot, 0});
+      return;
+    }
+    const bool looseDot = rest[0] == u'.' && (rest.size() == 1 || isWildcard(rest[1]));
+    const Kind kind = rest[0] == u'*'   ? Kind::anyUnits
+                      : rest[0] == u'?' ? Kind::oneUnit
+                      : looseDot        ? Kind::dotOrEnd
+                                        : Kind::unit;
+    tokens_.push_back({kind, rest[0]});
+  }
+  if (tokens_.empty()) tokens_.push_back({Kind::anyUnits, 0});
+}
+
+bool Mask::matches(std::u16string_view name) const {
+  const std::u16string upper = upperCase(name);
+  const auto isDot = [&](std::size_t at) { return at < upper.size() && upper[at] == u'.'; };
+  /// Where the name goes on behind a token that is matched at a place.
+  const auto behind = [&](const Token& token, std::size_t at) -> std::optional<std::size_t> {
+    const bool ended = at == upper.size();
+    switch (token.kind) {
+      case Kind::oneUnit:
+        return ended || isDot(at) ? at : at + 1;
+      case Kind::dotOrEnd:
+        if (ended || isDot(at)) return ended ? at : at + 1;
+        return std::nullopt;
+      case Kind::restWithoutDot:
+        if (const std::size_t dot = upper.find(u'.', at); dot >= upper.size() - 1) return upper.size();
+        return std::nullopt;
+      default:
+        if (!ended && upper[at] == token.unit) return at + 1;
+        return std::nullopt;
+    }
+  };
+
+  struct Star {
+    std::size_t token;
+    std::size_t end;  ///< of what it takes
+  };
+  std::optional<Star> star;
+  std::size_t at = 0;
+  std::size_t next = 0;
+  while (next < tokens_.size() || at < upper.size()) {
+    if (next < tokens_.size() && tokens_[next].kind == Kind::anyUnits) {
+      star = Star{next++, at};
+      continue;
+    }
+    const auto end = next < tokens_.size() ? behind(tokens_[next], at) : std::nullopt;
+    if (end) {
+      at = *end;
+      ++next;
+      continue;
+    }
+    // The last star takes one unit more.
+    if (!star || star->end == upper.size()) return false;
+    at = ++star->end;
+    next = star->token + 1;
+  }
+  return true;
+}
+
+}  // namespace pluvo::multifile

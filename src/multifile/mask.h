@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+namespace pluvo::multifile {
+
+/// A mask over file names, as Windows reads it, but never over a second, short name. Letter case is ignored.
+///
+///     *    any characters
+///     ?    one character; before a dot or at the end also none
+///     .    before * or ?, or last: a dot, or the end of the name
+///     *.   at the end: names without an extension
+///
+/// So *.* takes every name, and so does the empty mask.
+class Mask {
+ public:
+  explicit Mask(std::u16string_view text);
+  bool matches(std::u16string_view name) const;
+
+ private:
+  enum class Kind { unit, anyUnits, oneUnit, dotOrEnd, restWithoutDot };
+  struct Token {
+    Kind kind;
+    char16_t unit;
+  };
+
+  std::vector<Token> tokens_;
+};
+
+}  // namespace pluvo::multifile
