@@ -1,5 +1,6 @@
 #pragma once
 
+#include "word/unused_members.h"
 #include "word/word_processor.h"
 
 #include <memory>
@@ -11,8 +12,8 @@ namespace pluvo::engine {
 /// A word processor over one string, as plain as the interface allows: it writes down what is called, and
 /// refuses a call where a test says so. Units are one a character. An insertion at the end of another range
 /// leaves that range's End where it is, as some hosts have it.
-class StringWord final : public word::Application,
-                         public word::Document,
+class StringWord final : public word::OneDocumentApplication,
+                         public word::OneDocument,
                          public word::Window,
                          public word::View,
                          public word::Selection,
