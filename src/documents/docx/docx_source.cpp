@@ -14,9 +14,6 @@ namespace pluvo::docx {
 
 namespace {
 
-bool isHigh(char16_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
-bool isLow(char16_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
-
 std::string codeOf(char16_t unit) {
   std::array<char, 8> code{};
   std::snprintf(code.data(), code.size(), "U+%04X", static_cast<unsigned>(unit));

@@ -224,6 +224,10 @@ void Rewriter::write(std::u16string_view units, std::uint8_t colour, std::string
       divideParagraph();
       continue;
     }
+    if (isLow(unit) && !pendingText_.empty() && isHigh(pendingText_.back())) {
+      pendingText_.push_back(unit);  // whatever its own highlight: one character is in one run
+      continue;
+    }
     ensureRun(colour);
     if (standsAlone(unit)) {
       flushText();

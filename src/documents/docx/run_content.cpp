@@ -1,11 +1,29 @@
 #include "run_content.h"
 
+#include "files/problem.h"
 #include "text/positions.h"
 #include "xml/escape.h"
 
 #include <algorithm>
 
 namespace pluvo::docx {
+
+namespace {
+
+void requireWholeCharacters(std::u16string_view units) {
+  for (std::size_t i = 0; i < units.size(); ++i) {
+    const bool pair = isHigh(units[i]) && i + 1 < units.size() && isLow(units[i + 1]);
+    if (pair) {
+      ++i;
+    } else if (isHigh(units[i]) || isLow(units[i])) {
+      throw files::DocumentError(files::Problem::encoding,
+                                 "An operation cut a character in two (one that UTF-16 writes as a pair), which the "
+                                 "document cannot hold; choose texts of whole characters.");
+    }
+  }
+}
+
+}  // namespace
 
 bool standsAlone(char16_t unit) {
   switch (unit) {
@@ -40,6 +58,7 @@ std::string elementOf(char16_t unit, const Markup& markup) {
 }
 
 void appendTextElement(std::string& out, std::string_view tag, std::u16string_view units) {
+  requireWholeCharacters(units);
   const bool hasBlankEdge = units.front() == u' ' || units.back() == u' ';
   out.append("<").append(tag).append(hasBlankEdge ? " xml:space=\"preserve\">" : ">");
   xml::appendEscapedText(out, units);

@@ -13,7 +13,10 @@ bool standsAlone(char16_t unit);
 /// The element of such a character.
 std::string elementOf(char16_t unit, const Markup& markup);
 
-/// A text element; tag is its qualified name.
+inline bool isHigh(char16_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
+inline bool isLow(char16_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
+
+/// A text element; tag is its qualified name. Throws DocumentError (encoding) for half a surrogate pair.
 void appendTextElement(std::string& out, std::string_view tag, std::u16string_view units);
 
 /// Everything a run holds for this text, which has no paragraph marks.

@@ -85,7 +85,9 @@ int mark(const std::string& in, const std::string& out) {
   const std::u16string before = textOf(document.model);
   Position marked = 0;
   for (Position i = 0; i < document.model.length(); ++i) {
-    if (before[static_cast<std::size_t>(i)] == u'e') document.model.highlight({i, i + 1}, 7), ++marked;
+    if (before[static_cast<std::size_t>(i)] != u'e') continue;
+    document.model.highlight({i, i + 1}, 7);
+    ++marked;
   }
   const std::vector<std::uint8_t> bytes = write(document);
   store(out, bytes);
@@ -101,9 +103,13 @@ int mark(const std::string& in, const std::string& out) {
 
 void editOnce(model::Model& model, std::mt19937& random) {
   const auto below = [&](Position n) { return static_cast<Position>(random() % static_cast<unsigned>(std::max(n, 1))); };
-  const Position from = below(model.length());
+  const auto whole = [&](Position p) {
+    const char16_t unit = model.text().at(p);
+    return unit >= 0xDC00 && unit <= 0xDFFF ? p - 1 : p;
+  };
+  const Position from = whole(below(model.length()));
   const Position reach = below(4) == 0 ? below(400) : below(12);
-  const text::Span span{from, std::min(from + reach, model.length() - 1)};
+  const text::Span span{from, whole(std::min(from + reach, model.length() - 1))};
   static const std::u16string texts[] = {u"new",        u" the Lessee ", u"one\rtwo", u"line\r", u"a\tb",
                                          u"x\u000By", u"A & B < C > \"D\"",   u"\r",       u"\U0001F600 ok"};
   const std::u16string& text = texts[below(9)];
@@ -116,7 +122,7 @@ void editOnce(model::Model& model, std::mt19937& random) {
       model.insertBefore(span.from, text);
       break;
     case 2:
-      model.insertBehind(span.from, text);
+      model.insertBehind(whole(std::min(span.from + 2, model.length() - 1)), text);
       break;
     case 3:
       model.replace(span, {}, text::View::results);
