@@ -56,7 +56,7 @@ class UnitReader {
 
  private:
   static constexpr Position kBundle = sizeof(std::uint64_t);
-  static constexpr std::size_t kRoom = static_cast<std::size_t>(kLongest + 2 * kMargin);
+  static constexpr std::size_t kRoom{kLongest + 2 * kMargin};
   Position start_;
   Position length_;
   std::array<char16_t, kRoom> units_;

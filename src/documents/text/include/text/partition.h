@@ -60,8 +60,10 @@ class Partition {
       lastStart = length_ - dropped.place;
       last = &dropped;
     }
-    const bool cut = tail > 0 && (back_.empty() || back_.back().place != tail);
-    if (cut) back_.push_back({tail, remainder(last->value, to - lastStart)});
+    if (tail > 0 && (back_.empty() || back_.back().place != tail)) {
+      assert(last != nullptr);
+      back_.push_back({tail, remainder(last->value, to - lastStart)});
+    }
     length_ -= to - from;
   }
 
