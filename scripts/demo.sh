@@ -11,7 +11,10 @@ cd "$copy"
 show() {
   printf '\n%s\n$ pluvo' "$1"
   shift
-  printf ' %q' "$@"
+  local word
+  for word in "$@"; do
+    if [[ $word == *[!A-Za-z0-9._/-]* ]]; then printf " '%s'" "$word"; else printf ' %s' "$word"; fi
+  done
   printf '\n'
   local status=0
   "$pluvo" "$@" 2>&1 || status=$?
@@ -24,11 +27,15 @@ show 'See what a change would do, without doing it:' \
   replace -b 'DRAFT of' -e 'parties' -t 'AGREED FORM' --match-case --dry-run lease.txt
 show 'Take the notes to file out of the lease, and keep the original:' \
   delete -b '[Note to file:' -e ']' --backup lease.txt
-show 'Black out what is confidential in the minutes, however long it is:' \
+show 'Black out what is confidential in the minutes, however long:' \
   replace -b '[begin confidential]' -e '[end confidential]' --unit document -t '[withheld]' minutes.txt
-show 'Mark every closed file of 1875 and later in a list stored in an old encoding:' \
+show 'Add a remark in a list that is stored in an old encoding:' \
   insert -b 'not to be shown before' -e '2045' --apart 2 --unit word -t ' (see rule 12)' --after inventory.txt
 
 printf '\nWhat changed, by line:\n'
-diff -U0 -r ../../samples . | grep -a '^[-+]' | tr -d '\r' | iconv -c -f utf-8 -t utf-8 | cut -c 1-150
+for file in lease.txt minutes.txt inventory.txt; do
+  printf '%s\n' "$file"
+  diff -U0 "../../samples/$file" "$file" | sed '1,2d; /^@@/d' |
+    tr -d '\r' | iconv -c -f utf-8 -t utf-8 | sed -E 's/^(.{150}).+/\1 …/; s/^/  /' || true
+done
 printf '\nThe changed copies are in %s; the samples are as they were.\n' "$copy"

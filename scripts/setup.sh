@@ -40,15 +40,21 @@ quietly() {
   local log=$1
   shift
   "$@" >"$log" 2>&1 </dev/null || {
-    tail -n 60 "$log" >&2
+    # A build's output is of interest from the first step that failed.
+    if grep -q '^FAILED' "$log"; then
+      sed -n '/^FAILED/,$p' "$log" | head -n 60 >&2
+    else
+      tail -n 60 "$log" >&2
+    fi
     fail "failed: $* (all of its output is in $log)"
   }
 }
 
-# build PRESET [CMAKE OPTION...]: configures and builds build/PRESET.
+# build PRESET TARGET [CMAKE OPTION...]: configures build/PRESET and builds the target in it.
 build() {
-  local preset=$1
+  local preset=$1 target=$2
+  shift 2
   mkdir -p "build/$preset"
-  quietly "build/$preset/configure.log" cmake --preset "$@"
-  quietly "build/$preset/build.log" cmake --build "build/$preset"
+  quietly "build/$preset/configure.log" cmake --preset "$preset" "$@"
+  quietly "build/$preset/build.log" cmake --build "build/$preset" --target "$target"
 }

@@ -70,15 +70,6 @@ std::u16string trailOf(word::Document& document, std::int32_t position) {
   return readable(text.substr(0, end)) + (cut ? u"…" : u"");
 }
 
-/// Asks for the count up to just behind the position, so that a position at a paragraph's very beginning
-/// counts as in it.
-std::int32_t paragraphAt(word::Document& document, std::int32_t position) {
-  const auto range = document.Range(position, position);
-  range->MoveEnd(word::wdCharacter, 1);
-  range->Start(0);
-  return range->Paragraphs().Count();
-}
-
 bool endsWithParagraph(word::Document& document, std::int32_t start, std::int32_t end) {
   if (end == start) return false;
   const std::u16string last = textAt(document, end - 1, end);
@@ -89,7 +80,6 @@ bool endsWithParagraph(word::Document& document, std::int32_t start, std::int32_
 
 Excerpt excerptOf(word::Document& document, std::int32_t start, std::int32_t end) {
   Excerpt excerpt;
-  excerpt.paragraph = paragraphAt(document, start);
   excerpt.lead = errors::utf8(leadOf(document, start));
   excerpt.piece = errors::utf8(shortened(document, start, end));
   if (!endsWithParagraph(document, start, end)) excerpt.trail = errors::utf8(trailOf(document, end));

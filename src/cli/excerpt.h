@@ -10,8 +10,7 @@ namespace pluvo::cli {
 /// A piece of a document for people to read, on one line: marks and breaks are shown as signs, what is long
 /// is shortened in its middle.
 struct Excerpt {
-  std::int32_t paragraph = 0;  ///< number of the paragraph the piece begins in, from 1
-  std::string lead;            ///< what stands before it in its paragraph
+  std::string lead;  ///< what stands before it in its paragraph
   std::string piece;
   std::string trail;  ///< what stands behind it, in the paragraph it ends in
 };

@@ -20,12 +20,13 @@ Interviewer::Interviewer() : style_(Style::forStream(STDERR_FILENO)) {}
 
 bool Interviewer::canAsk() { return isTerminal(STDIN_FILENO) && isTerminal(STDERR_FILENO); }
 
-Answer Interviewer::ask(const std::string& path, const Excerpt& block) {
+Answer Interviewer::ask(const std::string& path, const BlockReport& block) {
   if (all_) return Answer::yes;
   (void)std::fflush(stdout);
-  const std::string piece = style_.colored() ? style_.match(block.piece) : "[" + block.piece + "]";
+  const Excerpt& shown = block.before;
+  const std::string piece = style_.colored() ? style_.match(shown.piece) : "[" + shown.piece + "]";
   show(style_.file(shownPath(path)) + ":" + style_.number(std::to_string(block.paragraph)) + ":\n  " +
-       block.lead + piece + block.trail + "\n");
+       shown.lead + piece + shown.trail + "\n");
   while (true) {
     show(style_.heading("Change this block [y,n,a,q]? "));
     std::string line;

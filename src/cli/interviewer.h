@@ -1,6 +1,6 @@
 #pragma once
 
-#include "excerpt.h"
+#include "outcome.h"
 #include "terminal.h"
 
 #include <cstdint>
@@ -19,7 +19,7 @@ class Interviewer {
   /// Whether there is somebody to ask.
   static bool canAsk();
 
-  Answer ask(const std::string& path, const Excerpt& block);
+  Answer ask(const std::string& path, const BlockReport& block);
   bool stopped() const { return stopped_; }
 
  private:

@@ -42,6 +42,7 @@ struct Totals {
 
 /// One block as it was found and as an operation left it.
 struct BlockReport {
+  std::int32_t paragraph = 0;  ///< it begins in, from 1, as the document was before the pass
   Excerpt before;
   std::optional<Excerpt> after;  ///< nothing for find
   bool refused = false;

@@ -51,45 +51,55 @@ engine::PassObserver::Answer PassWatcher::found(const engine::Block& block) {
       return Answer::stop;
     }
   }
-  if (!around_.printer.wantsBlocks() && around_.interviewer == nullptr) return Answer::goOn;
+  if (!looks()) return Answer::goOn;
 
   word::Range& place = placeIn(block, around_.request.place);
   const std::int32_t start = place.Start();
   const std::int32_t end = place.End();
   lengthBefore_ = end - start;
+  current_ = {};
+  current_.paragraph = paragraphs_.numberAt(*document_.document(), start);
   // The question shows the block; the preview of an insertion shows where it goes.
   if (around_.request.command == Command::insert && around_.interviewer == nullptr) {
     const std::int32_t where = around_.request.after ? end : start;
-    before_ = excerpt(where, where);
+    current_.before = excerpt(where, where);
   } else {
-    before_ = excerpt(start, end);
+    current_.before = excerpt(start, end);
   }
+  paragraphBehind_ = paragraphs_.numberAt(*document_.document(), block.whole.End());
   return Answer::goOn;
 }
 
 engine::PassObserver::Answer PassWatcher::operated(const engine::Block& block, const errors::Fault* refusal) {
   const Request& request = around_.request;
-  BlockReport report{before_, std::nullopt, refusal != nullptr};
   if (refusal != nullptr) {
     ++refused_;
     if (!firstRefusal_) firstRefusal_ = failureFrom(*refusal);
   } else if (request.command != Command::find) {
     ++outcome_.operated;
   }
-
+  if (looks()) leave(block);
   if (around_.printer.wantsBlocks()) {
+    current_.refused = refusal != nullptr;
     if (refusal == nullptr && request.command != Command::find) {
       const auto [start, end] = changedSpan(placeIn(block, request.place));
-      report.after = excerpt(start, end);
+      current_.after = excerpt(start, end);
     }
-    around_.printer.block(outcome_.path, report);
+    around_.printer.block(outcome_.path, current_);
   }
   return refusal != nullptr && !request.keepGoing ? Answer::stop : Answer::goOn;
 }
 
-engine::PassObserver::Answer PassWatcher::skipped(const engine::Block& /*block*/) {
+engine::PassObserver::Answer PassWatcher::skipped(const engine::Block& block) {
   ++outcome_.skipped;
+  if (looks()) leave(block);
   return Answer::goOn;
+}
+
+bool PassWatcher::looks() const { return around_.printer.wantsBlocks() || around_.interviewer != nullptr; }
+
+void PassWatcher::leave(const engine::Block& block) {
+  paragraphs_.resumeAt(block.whole.End(), paragraphBehind_);
 }
 
 /// What is new at the place: all of it, or what was inserted before or behind what was there.

@@ -2,6 +2,7 @@
 
 #include "document_run.h"
 #include "engine/pass_observer.h"
+#include "paragraph_counter.h"
 
 #include <optional>
 #include <string>
@@ -25,11 +26,14 @@ class PassWatcher final : public engine::PassObserver {
   const std::optional<Failure>& firstRefusal() const { return firstRefusal_; }
 
   /// The block the pass stands at, for whoever asks about it.
-  const Excerpt& current() const { return before_; }
+  const BlockReport& current() const { return current_; }
 
  private:
   std::pair<std::int32_t, std::int32_t> changedSpan(word::Range& place) const;
   bool changesInPlace() const;
+  /// Whether anybody is shown the blocks; reading them costs.
+  bool looks() const;
+  void leave(const engine::Block& block);
   Excerpt excerpt(std::int32_t start, std::int32_t end) const;
 
   store::StoredDocument& document_;
@@ -37,8 +41,10 @@ class PassWatcher final : public engine::PassObserver {
   Outcome& outcome_;
   std::int64_t refused_ = 0;
   std::optional<Failure> firstRefusal_;
-  Excerpt before_;
-  std::int32_t lengthBefore_ = 0;  ///< of the place, before the operation
+  ParagraphCounter paragraphs_;
+  BlockReport current_;
+  std::int32_t paragraphBehind_ = 0;  ///< at the block's end
+  std::int32_t lengthBefore_ = 0;     ///< of the place, before the operation
 };
 
 /// A refusal by the word processor in the command line's terms.

@@ -25,7 +25,7 @@ class TextPrinter : public Printer {
 
   void block(const std::string& path, const BlockReport& block) override {
     const std::string where =
-        style_.file(shownPath(path)) + ":" + style_.number(std::to_string(block.before.paragraph)) + ":";
+        style_.file(shownPath(path)) + ":" + style_.number(std::to_string(block.paragraph)) + ":";
     if (command_ == Command::find) {
       writeOut(where + " " + style_.match(block.before.piece) + "\n");
     } else if (block.refused || !block.after) {
