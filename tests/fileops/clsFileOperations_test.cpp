@@ -1,0 +1,206 @@
+#include "fileops/clsFileOperations.h"
+
+#include "documents/files/scratch.h"
+#include "errors/reports.h"
+#include "errors/text.h"
+#include "forms/doubles.h"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <deque>
+
+namespace pluvo::fileops {
+namespace {
+
+using forms::Answer;
+using Calls = std::vector<std::string>;
+
+/// A machine that writes down what it is asked to do. Calls succeed, unless a test says how the next fail.
+class ScriptedActions : public FileActions {
+ public:
+  ErrorCode copy(const std::u16string& from, const std::u16string& to) override {
+    return called(u"copy " + from + u" " + to);
+  }
+  ErrorCode createFolder(const std::u16string& path) override { return called(u"create " + path); }
+  ErrorCode deleteFile(const std::u16string& path) override { return called(u"delete " + path); }
+  ErrorCode deleteFolder(const std::u16string& path) override { return called(u"delete " + path); }
+  std::optional<std::u16string> systemFolder() override { return system; }
+  std::uint32_t startHidden(const std::u16string& line) override { return called(line) == kDone ? 77 : 0; }
+
+  Calls calls;
+  std::deque<ErrorCode> results;
+  std::optional<std::u16string> system = u"C:\\System";
+
+ private:
+  ErrorCode called(const std::u16string& call) {
+    calls.push_back(errors::utf8(call));
+    if (results.empty()) return kDone;
+    const ErrorCode result = results.front();
+    results.pop_front();
+    return result;
+  }
+};
+
+struct Workplace {
+  explicit Workplace(FileActions& actions, std::u16string separator = u"\\")
+      : operations(watched.context, boxes, actions, std::move(separator)) {
+    operations.CopyFailed.handledBy(
+        [this](ErrorCode error, const std::u16string& from, const std::u16string& to) {
+          events.push_back(std::to_string(error) + ' ' + errors::utf8(from) + ' ' + errors::utf8(to));
+        });
+  }
+
+  errors::WatchedContext watched;
+  forms::ScriptedBoxes boxes;
+  Calls events;
+  clsFileOperations operations;
+};
+
+TEST(Copy, GoesOnAsTheMissingFolderIsAnswered) {
+  constexpr const char* kCopy = "copy s\\a d\\b";
+  constexpr const char* kCreate = "create d\\";
+  const struct {
+    const char* story;
+    std::deque<ErrorCode> results;
+    std::int32_t policy;
+    std::deque<Answer> answers;
+    Calls calls;
+    bool failures;
+    Calls events;
+    std::size_t messages;
+  } cases[] = {
+      {"it works", {}, 0, {}, {kCopy}, false, {}, 0},
+      {"another error is told", {5}, 1, {}, {kCopy}, true, {"5 s\\a d\\b"}, 0},
+      {"asked, the user says no", {3}, 0, {Answer::no}, {kCopy}, true, {}, 1},
+      {"asked, the user says yes", {3}, 0, {Answer::yes}, {kCopy, kCreate, kCopy}, false, {}, 1},
+      {"made without asking", {3}, 1, {}, {kCopy, kCreate, kCopy}, false, {}, 0},
+      {"made, and the copy fails", {3, 0, 5}, 1, {}, {kCopy, kCreate, kCopy}, true, {"5 s\\a d\\b"}, 0},
+      {"never made", {3}, 2, {}, {kCopy}, true, {}, 0},
+      {"a policy that is none", {3}, 3, {}, {kCopy}, false, {}, 0},
+      {"missing all the same", {3, 0, 3}, 1, {}, {kCopy, kCreate, kCopy, kCreate}, false, {}, 0},
+      {"asked before each attempt",
+       {3, 0, 3},
+       0,
+       {Answer::yes, Answer::yes},
+       {kCopy, kCreate, kCopy, kCreate},
+       false,
+       {},
+       2},
+      {"it cannot be made", {3, 13, 3, 13}, 1, {}, {kCopy, kCreate, kCopy, kCreate}, true, {}, 2},
+  };
+  for (const auto& one : cases) {
+    SCOPED_TRACE(one.story);
+    ScriptedActions actions;
+    Workplace work(actions);
+    work.operations.SourcePath(u"s");
+    work.operations.SourceFile(u"a");
+    work.operations.DestinationPath(u"d\\");
+    work.operations.DestinationFile(u"b");
+    work.operations.AutoCreateFolders(one.policy);
+    actions.results = one.results;
+    work.boxes.answers = one.answers;
+    work.operations.Copy();
+    EXPECT_EQ(actions.calls, one.calls);
+    EXPECT_EQ(work.operations.Failures(), one.failures);
+    EXPECT_EQ(work.events, one.events);
+    EXPECT_EQ(work.boxes.shown.size(), one.messages);
+    EXPECT_TRUE(work.boxes.answers.empty());
+    work.operations.FailuresReset();
+    EXPECT_FALSE(work.operations.Failures());
+  }
+}
+
+TEST(Copy, AsksNothingWithoutADestinationFolder) {
+  for (const std::int32_t policy : {0, 1}) {
+    ScriptedActions actions;
+    Workplace work(actions);
+    actions.results = {3};
+    work.operations.AutoCreateFolders(policy);
+    work.operations.Copy();
+    EXPECT_EQ(actions.calls.size(), 1U);
+    EXPECT_FALSE(work.operations.Failures());
+    EXPECT_TRUE(work.boxes.shown.empty());
+  }
+}
+
+TEST(clsFileOperations, WordsItsMessages) {
+  ScriptedActions actions;
+  Workplace work(actions);
+  actions.results = {3, 183};
+  work.boxes.answers = {Answer::yes};
+  work.operations.DestinationPath(u"d");
+  work.operations.Copy();
+  ASSERT_EQ(work.boxes.shown.size(), 2U);
+  EXPECT_EQ(work.boxes.shown[0],
+            (forms::ScriptedBoxes::Box{u"The Directory d\\ does not exist.  Would you like it created?",
+                                       forms::Buttons::yesNo, u"Create Directory"}));
+  EXPECT_EQ(work.boxes.shown[1].text, u"Unable to create Directory d\\\r\nError Code:183");
+  EXPECT_EQ(work.boxes.shown[1].buttons, forms::Buttons::ok);
+}
+
+TEST(clsFileOperations, RegistersAndUnregistersWithTheSystemsTool) {
+  ScriptedActions actions;
+  Workplace work(actions);
+  work.operations.DestinationPath(u"C:\\p");
+  work.operations.DestinationFile(u"q.dll");
+  work.operations.RegisterDLL(u"");
+  EXPECT_EQ(work.watched.context.locationTag, u"cfilop:21");
+  work.operations.UnRegisterDLL(u"D:\\x.dll");
+  EXPECT_EQ(work.watched.context.locationTag, u"cfilop:22");
+  EXPECT_EQ(actions.calls, (Calls{"C:\\System\\regsvr32.exe /s \"C:\\p\\q.dll\"",
+                                  "C:\\System\\regsvr32.exe /u /s \"D:\\x.dll\""}));
+  EXPECT_FALSE(work.operations.Failures());
+
+  actions.results = {1};
+  work.operations.RegisterDLL(u"");
+  EXPECT_TRUE(work.operations.Failures()) << "the tool did not start";
+  work.operations.FailuresReset();
+  actions.system.reset();
+  work.operations.UnRegisterDLL(u"");
+  EXPECT_TRUE(work.operations.Failures()) << "there is no such tool";
+  EXPECT_EQ(actions.calls.size(), 3U);
+}
+
+TEST(clsFileOperations, WorksOnTheMachinesFiles) {
+  const files::Scratch scratch;
+  const auto actions = machineFileActions();
+  Workplace work(*actions, u"/");
+  auto& operations = work.operations;
+  scratch.put("a\xFF.txt", "new");
+  scratch.put("b.txt", "old and longer");
+  operations.SourcePath(errors::nameText(scratch.path("")));
+  operations.SourceFile(errors::nameText("a\xFF.txt"));
+  operations.DestinationPath(errors::nameText(scratch.path("")));
+  operations.DestinationFile(u"b.txt");
+  operations.Copy();
+  EXPECT_EQ(scratch.get("b.txt"), "new");
+
+  operations.DestinationPath(errors::nameText(scratch.path("made")));
+  operations.AutoCreateFolders(1);
+  operations.Copy();
+  EXPECT_EQ(scratch.get("made/b.txt"), "new");
+  EXPECT_FALSE(operations.Failures());
+
+  operations.DeletePath(errors::nameText(scratch.path("made")));
+  operations.DeleteFolder();
+  EXPECT_TRUE(operations.Failures()) << "it is not empty";
+  operations.FailuresReset();
+  operations.DeleteFileName(u"b.txt");
+  operations.DeleteFile();
+  operations.DeleteFolder();
+  EXPECT_FALSE(operations.Failures());
+  EXPECT_EQ(scratch.names(), (std::set<std::string>{"a\xFF.txt", "b.txt"}));
+
+  operations.SourceFile(u"missing");
+  operations.Copy();
+  ASSERT_EQ(work.events.size(), 1U) << "once the folder is there again";
+  EXPECT_TRUE(work.events[0].starts_with(std::to_string(ENOENT) + " ")) << work.events[0];
+
+  operations.RegisterDLL(u"/x.so");
+  EXPECT_TRUE(operations.Failures());
+  EXPECT_TRUE(work.watched.reports.empty());
+}
+
+}  // namespace
+}  // namespace pluvo::fileops

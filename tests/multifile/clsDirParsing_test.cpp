@@ -1,0 +1,197 @@
+#include "multifile/clsDirParsing.h"
+
+#include "documents/files/scratch.h"
+#include "errors/reports.h"
+#include "errors/text.h"
+#include "mask.h"
+#include "scripted_folders.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace pluvo::multifile {
+namespace {
+
+using Paths = std::vector<std::string>;
+
+struct Scan {
+  std::string root = "/r/";
+  std::string masks = "*.txt";
+  bool subFolders = true;
+  std::int16_t depth = 32000;
+  std::string separator = "/";
+};
+
+std::string joined(const std::vector<std::u16string>& paths) {
+  std::string text;
+  for (const std::u16string& path : paths) text += (text.empty() ? "" : " ") + errors::nameBytes(path);
+  return text;
+}
+
+std::string scan(Folders& folders, const Scan& asked) {
+  errors::WatchedContext watched;
+  clsDirParsing scanner(watched.context, folders, errors::nameText(asked.separator));
+  scanner.RootDirectory(errors::nameText(asked.root));
+  scanner.MasksCSstr(errors::nameText(asked.masks));
+  EXPECT_EQ(errors::nameBytes(scanner.MasksCSstr()), asked.masks);
+  scanner.DirectoriesDeep(asked.depth);
+  scanner.ProcessSubDirectories(asked.subFolders);
+  scanner.ProcessItems();
+  EXPECT_TRUE(watched.reports.empty());
+  return joined(scanner.ProcessedItems());
+}
+
+TEST(Mask, ReadsAsOnWindows) {
+  const struct {
+    const char* mask;
+    Paths taken;
+    Paths left;
+  } cases[] = {
+      {"*.doc", {"a.doc", "A.DOC", ".doc", "a.b.doc"}, {"a.docx", "adoc", "a.doc.txt", "doc"}},
+      {"*.*", {"a.doc", "a", ".a", "a.b.c"}, {}},
+      {"*", {"a.doc", "a", ".a"}, {}},
+      {"", {"a.doc", "a", ".a"}, {}},
+      {"*.", {"a", "abc"}, {"a.b", ".a", "a.b.c"}},
+      {"a.*", {"a", "a.b", "a.b.c"}, {"ab.c", "ab"}},
+      {"?.txt", {"a.txt", ".txt"}, {"ab.txt"}},
+      {"a??.txt", {"a.txt", "ab.txt", "abc.txt"}, {"abcd.txt", "b.txt"}},
+      {"a??", {"a", "ab", "abc"}, {"abcd", "a.b"}},
+      {"*a*b*c", {"abc", "xaxbxc", "abcabc", "ababc"}, {"abcd", "acb"}},
+      {"letter.txt", {"letter.txt", "Letter.TXT"}, {"letter.txt2", "aletter.txt"}},
+      {"\xC3\x89t\xC3\xA9.*", {"\xC3\xA9T\xC3\x89.txt"}, {"ete.txt"}},
+      {"[a].(b)", {"[a].(b)"}, {"a.b"}},
+  };
+  for (const auto& [text, taken, left] : cases) {
+    const Mask mask(errors::nameText(text));
+    for (const std::string& name : taken)
+      EXPECT_TRUE(mask.matches(errors::nameText(name))) << text << ' ' << name;
+    for (const std::string& name : left)
+      EXPECT_FALSE(mask.matches(errors::nameText(name))) << text << ' ' << name;
+  }
+}
+
+TEST(Mask, IsNotSlowedDownByStars) {
+  const std::u16string name(20'000, u'a');
+  EXPECT_FALSE(Mask(u"*a*a*a*a*a*a*a*a*b").matches(name));
+}
+
+TEST(clsDirParsing, ListsFoldersInWalkOrderAndMasksInTheirs) {
+  ScriptedFolders folders({"/r/b.txt", "/r/a.txt", "/r/a.doc", "/r/B/x.txt", "/r/B/b/y.txt", "/r/B/b/c/z.txt",
+                           "/r/a/w.txt", "/r/a/w.doc", "/r/.git/g.txt", "/r/.hidden.txt", "/r/\xFF.txt"});
+  const struct {
+    Scan scan;
+    const char* found;
+  } cases[] = {
+      {{.subFolders = false}, "/r/.hidden.txt /r/a.txt /r/b.txt /r/\xFF.txt"},
+      {{.subFolders = false, .depth = 5}, "/r/.hidden.txt /r/a.txt /r/b.txt /r/\xFF.txt"},
+      {{}, "/r/.hidden.txt /r/a.txt /r/b.txt /r/\xFF.txt /r/B/x.txt /r/B/b/y.txt /r/B/b/c/z.txt /r/a/w.txt"},
+      {{.masks = "*.doc,*.txt", .depth = 2},
+       "/r/a.doc /r/.hidden.txt /r/a.txt /r/b.txt /r/\xFF.txt /r/B/x.txt /r/B/b/y.txt /r/a/w.doc /r/a/w.txt"},
+      // The folders right below are found whatever the depth.
+      {{.masks = "w.*,x.*,y.*", .depth = 1}, "/r/B/x.txt /r/a/w.doc /r/a/w.txt"},
+      {{.masks = "w.*,x.*,y.*", .depth = 0}, "/r/B/x.txt /r/a/w.doc /r/a/w.txt"},
+      {{.masks = "w.*,x.*,y.*", .depth = -32768}, "/r/B/x.txt /r/a/w.doc /r/a/w.txt"},
+      {{.masks = "w.*,x.*,y.*,z.*", .depth = 2}, "/r/B/x.txt /r/B/b/y.txt /r/a/w.doc /r/a/w.txt"},
+      // Two masks, two mentions; a trailing comma is one more mask, which takes everything.
+      {{.root = "/r/a/", .masks = "*.doc,w*"}, "/r/a/w.doc /r/a/w.doc /r/a/w.txt"},
+      {{.root = "/r/a/", .masks = "*.doc,"}, "/r/a/w.doc /r/a/w.doc /r/a/w.txt"},
+      {{.root = "/r/a/", .masks = ""}, "/r/a/w.doc /r/a/w.txt"},
+      // Nothing is one empty entry.
+      {{.root = "/r/B/b/c/", .masks = "*.rtf"}, ""},
+      {{.root = "/missing/"}, ""},
+      // Without a separator behind the root, patterns are about its name, and no such file is there.
+      {{.root = "/r/a"}, "/r/aa.txt"},
+  };
+  for (const auto& [asked, found] : cases) {
+    EXPECT_EQ(scan(folders, asked), found) << asked.root << ' ' << asked.masks << ' ' << asked.depth;
+  }
+}
+
+TEST(clsDirParsing, JoinsPathsWithTheWordProcessorsSeparator) {
+  ScriptedFolders folders({"C:\\r\\a.txt", "C:\\r\\s\\b/c.txt"}, "\\");
+  EXPECT_EQ(scan(folders, {.root = "C:\\r\\", .separator = "\\"}), "C:\\r\\a.txt C:\\r\\s\\b/c.txt");
+}
+
+TEST(clsDirParsing, EntersAFolderOnceThroughWhateverLinks) {
+  ScriptedFolders folders({"/r/a/f.txt", "/r/a/b/g.txt", "/r/z/h.txt", "/r/z/y/i.txt", "/r/z/y/x/j.txt"});
+  folders.link("/r/a/b/up", "/r/a");
+  folders.link("/r/a/root", "/r");
+  folders.link("/r/c", "/r/a/b");
+  EXPECT_EQ(scan(folders, {}), "/r/a/f.txt /r/a/b/g.txt /r/z/h.txt /r/z/y/i.txt /r/z/y/x/j.txt");
+
+  // A link at the last level cuts nothing off from the folder it leads to.
+  folders.link("/r/a/z", "/r/z");
+  EXPECT_EQ(scan(folders, {.depth = 2}), "/r/a/f.txt /r/a/b/g.txt /r/a/z/h.txt /r/z/y/i.txt");
+}
+
+TEST(clsDirParsing, KeepsItsOddities) {
+  ScriptedFolders folders({"/r/a/b/c/d.txt", "/r/.x/e.txt", "/r/h/f.txt"});
+  folders.hide("/r/h");
+  errors::WatchedContext watched;
+  clsDirParsing scanner(watched.context, folders, u"/");
+  EXPECT_EQ(scanner.DirectoriesDeep(), 32000);
+  EXPECT_TRUE(scanner.GetDirs().empty());
+  scanner.RootDirectory(u"/r/");
+  scanner.ProcessItems();
+  EXPECT_EQ(scanner.ProcessedItems(), std::vector<std::u16string>{u""}) << "no masks were set";
+  scanner.MasksCSstr(u"*.txt");
+  scanner.ProcessSubDirectories(true);
+  scanner.ItemsToProcess(1);
+  scanner.ProcessItems();
+  EXPECT_EQ(scanner.ProcessedItems(), std::vector<std::u16string>{u""});
+  EXPECT_EQ(scanner.GetDirs(), std::vector<std::u16string>{u""});
+  EXPECT_EQ(watched.context.locationTag, u"cdpar:14");
+
+  std::int16_t level = 0;
+  std::int16_t depth = 2;
+  FolderCollection walked;
+  scanner.GetSubdirs(u"/r/", walked, level, depth);
+  EXPECT_EQ(joined(walked.paths()), "/r/a/ /r/a/b/ /r/h/");
+  FolderCollection walkedOld;
+  scanner.GetSubdirsOld2(u"/r/", walkedOld, level, depth);
+  EXPECT_EQ(joined(walkedOld.paths()), "/r/.x/ /r/a/ /r/a/b/ /r/a/b/c/");
+  EXPECT_EQ(watched.context.locationTag, u"cdpar:15");
+}
+
+TEST(clsDirParsing, ReportsAFaultAndGoesOn) {
+  struct Failing : ScriptedFolders {
+    using ScriptedFolders::ScriptedFolders;
+    std::vector<Entry> entriesOf(const std::u16string& folder) override {
+      if (folder == u"/r/a/") throw errors::outOfMemory();
+      return ScriptedFolders::entriesOf(folder);
+    }
+  } folders({"/r/a/f.txt", "/r/b/g.txt", "/r/c.txt"});
+  errors::WatchedContext watched;
+  clsDirParsing scanner(watched.context, folders, u"/");
+  scanner.RootDirectory(u"/r/");
+  scanner.MasksCSstr(u"*.txt");
+  scanner.ProcessSubDirectories(true);
+  scanner.ProcessItems();
+  EXPECT_EQ(watched.reports, (Paths{"7 cdpar:14", "7 cdpar:14"})) << "in the walk, and listing its files";
+  EXPECT_EQ(joined(scanner.ProcessedItems()), "/r/c.txt");
+}
+
+TEST(clsDirParsing, ScansTheMachinesFolders) {
+  const files::Scratch scratch;
+  for (const char* folder : {"s", "s/t", ".d", "s/caf\xC3\xA9\xFF"})
+    std::filesystem::create_directory(scratch.path(folder));
+  for (const char* file :
+       {"b.txt", "a.TXT", "s/t/c.txt", ".d/d.txt", "s/caf\xC3\xA9\xFF/\xE9.txt", "s/no.doc"})
+    scratch.put(file, "x");
+  std::filesystem::create_directory_symlink("..", scratch.path("s/up"));
+  std::filesystem::create_symlink("nowhere", scratch.path("lost.txt"));
+  const auto folders = machineFolders();
+  const std::string root = scratch.path("");
+  std::string found = scan(*folders, {.root = root});
+  for (std::size_t at = found.find(root); at != std::string::npos; at = found.find(root))
+    found.erase(at, root.size());
+  EXPECT_EQ(found, "a.TXT b.txt lost.txt s/caf\xC3\xA9\xFF/\xE9.txt s/t/c.txt");
+
+  std::filesystem::permissions(scratch.path("s"), std::filesystem::perms::none);
+  EXPECT_TRUE(folders->entriesOf(errors::nameText(scratch.path("missing"))).empty());
+  std::filesystem::permissions(scratch.path("s"), std::filesystem::perms::owner_all);
+}
+
+}  // namespace
+}  // namespace pluvo::multifile

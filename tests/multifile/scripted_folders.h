@@ -1,0 +1,75 @@
+#pragma once
+
+#include "errors/text.h"
+#include "multifile/folders.h"
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace pluvo::multifile {
+
+/// Folders that are written down: every path of a file makes the folders it lies in.
+class ScriptedFolders : public Folders {
+ public:
+  explicit ScriptedFolders(const std::vector<std::string>& files, std::string separator = "/")
+      : separator_(std::move(separator)) {
+    for (const std::string& file : files) add(file);
+  }
+
+  /// A name that leads to a folder elsewhere.
+  void link(const std::string& name, const std::string& target) {
+    links_[name] = target;
+    add(name);
+    entryOf(name).isFolder = true;
+  }
+  void hide(const std::string& path) { entryOf(path).isHidden = true; }
+
+  std::vector<Entry> entriesOf(const std::u16string& folder) override {
+    ++listings;
+    std::vector<Entry> entries;
+    const auto found = folders_.find(errors::nameBytes(resolved(folder)));
+    if (found == folders_.end()) return entries;
+    for (const auto& [name, entry] : found->second) entries.push_back(entry);
+    return entries;
+  }
+
+  std::u16string resolved(const std::u16string& folder) override {
+    std::string path = errors::nameBytes(folder);
+    if (path.ends_with(separator_)) path.pop_back();
+    std::string real;
+    for (std::size_t at = 0; at != std::string::npos;) {
+      const std::size_t end = path.find(separator_, at + 1);
+      real += path.substr(at, end == std::string::npos ? end : end - at);
+      const auto link = links_.find(real);
+      if (link != links_.end()) real = link->second;
+      at = end;
+    }
+    return errors::nameText(real);
+  }
+
+  int listings = 0;
+
+ private:
+  void add(const std::string& path) {
+    for (std::size_t end = path.find(separator_, 1);; end = path.find(separator_, end + 1)) {
+      const bool last = end == std::string::npos;
+      entryOf(path.substr(0, end)).isFolder = !last;
+      if (last) break;
+    }
+  }
+  Entry& entryOf(const std::string& path) {
+    const std::size_t at = path.rfind(separator_);
+    const std::string name = path.substr(at + 1);
+    Entry& entry = folders_[path.substr(0, at)][name];
+    entry.name = errors::nameText(name);
+    return entry;
+  }
+
+  std::string separator_;
+  /// In byte order, as a scan must find them.
+  std::map<std::string, std::map<std::string, Entry>> folders_;
+  std::map<std::string, std::string> links_;
+};
+
+}  // namespace pluvo::multifile
