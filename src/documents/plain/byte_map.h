@@ -8,7 +8,7 @@
 
 namespace pluvo::plain {
 
-/// Where the bytes of every position of a decoded text begin. Noted every so many units only; in between the
+/// Where the bytes of every position of a text begin. Noted every so many units only; in between the
 /// bytes are read again.
 class ByteMap {
  public:
@@ -17,8 +17,11 @@ class ByteMap {
     bool insidePair = false;  ///< the second half of a character whose bytes begin there
   };
 
+  /// Of a text that lies in its bytes, each unit in one.
   ByteMap() = default;
-  ByteMap(Encoding encoding, files::ByteSpan bytes) : encoding_(encoding), bytes_(bytes) {}
+  ByteMap(Encoding encoding, files::ByteSpan bytes) : decoded_(true), encoding_(encoding), bytes_(bytes) {}
+
+  bool isDecoded() const { return decoded_; }
 
   /// To be called front to back, at the start of a token.
   void note(text::Position position, std::size_t offset) {
@@ -37,6 +40,7 @@ class ByteMap {
 
   void addNote(text::Position position, std::size_t offset);
 
+  bool decoded_ = false;
   Encoding encoding_ = Encoding::utf8;
   files::ByteSpan bytes_;
   std::vector<Note> notes_;

@@ -38,7 +38,7 @@ formats::Opened PlainFormat::read(files::Bytes bytes) const {
     text::OriginalText text(ByteSpan(content.data(), content.size() + 1), true, bytes.owner);
     const LineEnd lineEnd = commonLineEndOf(content, storage);
     return {model::plainContent(std::move(text)),
-            std::make_unique<PlainSource>(std::move(bytes), storage, lineEnd, std::nullopt)};
+            std::make_unique<PlainSource>(std::move(bytes), storage, lineEnd, ByteMap())};
   }
   Decoded decoded = decode(content, storage, bytes);
   return {model::plainContent(std::move(decoded.text)),

@@ -20,13 +20,7 @@ std::optional<std::string> PlainSource::refusesText(std::u16string_view newText)
            "), which UTF-8, the encoding of this file, has no place for; give whole characters.";
   return std::string("The new text holds the character ") + name.data() +
          ", which Windows-1252, the encoding of this file, does not have; save the file as UTF-8 first, or "
-         "leave the "
-         "character out.";
-}
-
-ByteMap::Place PlainSource::placeOf(Position position) const {
-  if (map_) return map_->placeOf(position);
-  return {static_cast<std::size_t>(position), false};
+         "leave the character out.";
 }
 
 void PlainSource::copyPiece(const text::OriginalText& original, Position from, Position to,
@@ -36,13 +30,13 @@ void PlainSource::copyPiece(const text::OriginalText& original, Position from, P
     const char16_t unit = original[position];
     writer.encode(std::u16string_view(&unit, 1));
   };
-  if (placeOf(from).insidePair) encodeUnitAt(from++);
-  const ByteMap::Place begin = placeOf(from);
-  const ByteMap::Place end = placeOf(to);
+  if (map_.placeOf(from).insidePair) encodeUnitAt(from++);
+  const ByteMap::Place begin = map_.placeOf(from);
+  const ByteMap::Place end = map_.placeOf(to);
   const files::ByteSpan content = bytes_.view.subspan(storage_.markLength);
   if (begin.offset < end.offset) {
     writer.copy(content.subspan(begin.offset, end.offset - begin.offset), [this] {
-      if (map_) bytes_.release();  // the text itself does not lie there
+      if (map_.isDecoded()) bytes_.release();  // the text itself does not lie there
     });
   }
   if (end.insidePair) encodeUnitAt(to - 1);

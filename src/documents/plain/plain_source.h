@@ -11,8 +11,8 @@ class Writer;
 /// What stays of a text file: its bytes, and where each position's bytes lie.
 class PlainSource final : public formats::Source {
  public:
-  /// Without a map each unit behind the byte order mark is one byte.
-  PlainSource(files::Bytes bytes, const Storage& storage, LineEnd lineEnd, std::optional<ByteMap> map)
+  /// The map is of the bytes behind the byte order mark.
+  PlainSource(files::Bytes bytes, const Storage& storage, LineEnd lineEnd, ByteMap map)
       : bytes_(std::move(bytes)), storage_(storage), lineEnd_(lineEnd), map_(std::move(map)) {}
 
   std::optional<std::string> refusesText(std::u16string_view newText) const override;
@@ -20,7 +20,6 @@ class PlainSource final : public formats::Source {
   void write(const model::Model& model, files::Output& out) const override;
 
  private:
-  ByteMap::Place placeOf(text::Position position) const;
   /// Writes [from, to) of the original text.
   void copyPiece(const text::OriginalText& original, text::Position from, text::Position to,
                  Writer& writer) const;
@@ -28,7 +27,7 @@ class PlainSource final : public formats::Source {
   files::Bytes bytes_;
   Storage storage_;
   LineEnd lineEnd_;
-  std::optional<ByteMap> map_;
+  ByteMap map_;
 };
 
 }  // namespace pluvo::plain
