@@ -4,7 +4,7 @@
 # To build and run the command line.
 RUN_PACKAGES=(ca-certificates cmake g++ ninja-build libdeflate-dev)
 # To test it as well.
-TEST_PACKAGES=(ccache clang clang-format clang-tidy libclang-rt-dev libgmock-dev libgtest-dev python3)
+TEST_PACKAGES=(ccache clang clang-format clang-tidy libclang-rt-dev libexpat1-dev libgmock-dev libgtest-dev python3)
 
 fail() {
   printf '%s: %s\n' "${0##*/}" "$*" >&2
