@@ -1,7 +1,10 @@
 #include "body_walker.h"
 
+#include "model/content_builder.h"
+
 #include <algorithm>
 #include <charconv>
+#include <string>
 
 namespace pluvo::docx {
 
@@ -304,7 +307,7 @@ void BodyWalker::fieldCharacter(Token token) {
   const std::string type = attributeValue(Name::fldCharType);
   if (type == "begin") {
     single(text::kFieldBegin, token, Name::fldChar);
-    fields_.push_back({});
+    openField({});
   } else if (type == "separate" && inCode()) {
     single(text::kFieldSeparator, token, Name::fldChar);
     fields_.back().inResult = true;
@@ -316,10 +319,19 @@ void BodyWalker::fieldCharacter(Token token) {
   }
 }
 
+void BodyWalker::openField(OpenField field) {
+  if (fields_.size() == model::ContentBuilder::kDeepest) {
+    throw files::DocumentError(files::Problem::tooLarge, "The document has fields nested " +
+                                                             std::to_string(model::ContentBuilder::kDeepest) +
+                                                             " deep, which is more than is worked on.");
+  }
+  fields_.push_back(field);
+}
+
 void BodyWalker::enterSimpleField(Token token) {
   units_.clear();
   appendUtf8(units_, attributeValue(Name::instr));
-  fields_.push_back({true, true});
+  openField({true, true});
   stack_.push_back({{Name::fldSimple, tokenExtent(), token == Token::empty}, Context::inlines});
   const Tag tag = stack_.back().tag;
   events_.simpleField(tag, units_);
@@ -394,7 +406,8 @@ void BodyWalker::alternativeInRun() {
   bool any = false;
   char16_t picture = 0;
   units_.clear();
-  for (Token token = scanner_.next(); token != Token::end || scanner_.depth() >= depth; token = scanner_.next()) {
+  for (Token token = scanner_.next(); token != Token::end || scanner_.depth() >= depth;
+       token = scanner_.next()) {
     if (token == Token::end && scanner_.depth() < chosen) chosen = 0;
     if (!opens(token)) continue;
     const Name name = nameOf(scanner_);
@@ -431,7 +444,8 @@ void BodyWalker::readProperties(Name kind, Token token) {
     readLook(properties_.look, token);
   } else if (token == Token::start) {
     const std::size_t depth = scanner_.depth();
-    for (Token next = scanner_.next(); next != Token::end || scanner_.depth() >= depth; next = scanner_.next()) {
+    for (Token next = scanner_.next(); next != Token::end || scanner_.depth() >= depth;
+         next = scanner_.next()) {
       if (!opens(next)) continue;
       const Name name = nameOf(scanner_);
       if (name == Name::pStyle) properties_.style = attributeValue(Name::val);
@@ -450,7 +464,8 @@ void BodyWalker::readProperties(Name kind, Token token) {
 void BodyWalker::readLook(RunLook& look, Token token) {
   if (token != Token::start) return;
   const std::size_t depth = scanner_.depth();
-  for (Token next = scanner_.next(); next != Token::end || scanner_.depth() >= depth; next = scanner_.next()) {
+  for (Token next = scanner_.next(); next != Token::end || scanner_.depth() >= depth;
+       next = scanner_.next()) {
     if (!opens(next)) continue;
     switch (nameOf(scanner_)) {
       case Name::highlight:

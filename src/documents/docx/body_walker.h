@@ -128,6 +128,7 @@ class BodyWalker {
   void enter(Name name, xml::Token token, Context within);
   void startInRun(Name name, xml::Token token);
   void fieldCharacter(xml::Token token);
+  void openField(OpenField field);
   void enterSimpleField(xml::Token token);
   void textElement(Name name, xml::Token token);
   void alternativeInRun();

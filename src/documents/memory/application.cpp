@@ -33,7 +33,7 @@ void MemoryApplication::add(std::shared_ptr<MemoryDocument> document, std::share
 std::shared_ptr<MemoryDocument> MemoryApplication::open(const std::string& path) {
   for (const OpenedFile& opened : open_) {
     if (opened.document->path() != path) continue;
-    const auto document = opened.document;
+    auto document = opened.document;
     activate(document);
     return document;
   }

@@ -14,7 +14,7 @@ using model::ContentBuilder;
 using model::Look;
 using model::Model;
 using text::Position;
-using text::Span;
+
 
 namespace {
 

@@ -33,6 +33,8 @@ class ContentBuilder {
   bool separateField(Look look = {});
   bool endField(Look look = {});
   std::size_t openFields() const { return fields_.size(); }
+  /// An edit costs as much as fields and tables are deep: a reader refuses more than this.
+  static constexpr std::size_t kDeepest = 1000;
 
   /// A table: for each row its cells, each ended by its mark, then the row's mark. A reader gives each row at
   /// least one cell.
