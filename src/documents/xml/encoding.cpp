@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstdint>
 #include <optional>
 #include <utility>
 
@@ -75,7 +76,7 @@ class Converter {
   Converter(const Converter&) = delete;
   Converter& operator=(const Converter&) = delete;
 
-  bool isOpen() const { return handle_ != reinterpret_cast<iconv_t>(-1); }
+  bool isOpen() const { return reinterpret_cast<std::intptr_t>(handle_) != -1; }
 
   /// Converts from the front of `text`, which is left at what could not be converted; empty when all could.
   void convert(std::string_view& text, std::vector<std::uint8_t>& out) {
