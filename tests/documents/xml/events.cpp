@@ -174,7 +174,7 @@ class ScannerEvents {
   std::string expanded(std::string_view name, bool isElement) const {
     const std::size_t colon = name.find(':');
     const std::string_view prefix = colon == std::string_view::npos ? "" : name.substr(0, colon);
-    const std::string local(colon == std::string_view::npos ? name : name.substr(colon + 1));
+    std::string local(colon == std::string_view::npos ? name : name.substr(colon + 1));
     if (prefix == "xml") return std::string("http://www.w3.org/XML/1998/namespace") + kSeparator + local;
     if (prefix.empty() && !isElement) return local;
     const auto binding = std::find_if(bindings_.rbegin(), bindings_.rend(),

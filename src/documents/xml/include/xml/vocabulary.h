@@ -23,7 +23,7 @@ struct KnownNamespace {
 };
 
 /// Elements and attributes alike. An attribute written without prefix lies in kNoNamespace.
-struct KnownName {
+struct KnownName {  // NOLINT(clang-analyzer-optin.performance.Padding): in the order in which names are read
   NamespaceId space;
   std::string_view local;
   NameId id;
