@@ -171,6 +171,12 @@ TEST(Locator, ExtendsABlockWithoutEndingToItsWholeBeginning) {
   });
 }
 
+TEST(Locator, GoesOnWithinABeginningThatReachesBeyondItsBlock) {
+  const Asked asked{.begin = u"A\rB\rC", .end = u"B"};
+  expectFoundWithLimits({{"A¶B¶C A¶B¶C¶", asked, "[aA¶Ba]¶C A¶B¶C¶"}});
+  expectFoundWithoutLimits({{"A¶B¶C A¶B¶C¶", asked, "[aA¶Ba]¶C [bA¶Bb]¶C¶"}});
+}
+
 TEST(Locator, StartsAtTheSelectionOrAtTheTop) {
   for (const bool lift : {false, true}) {
     Desk desk("A¶BA¶BA¶B¶");
