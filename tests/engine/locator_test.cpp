@@ -171,6 +171,11 @@ TEST(Locator, ExtendsABlockWithoutEndingToItsWholeBeginning) {
   });
 }
 
+TEST(Locator, HoldsAnEndingThatCannotBeSearchedForAgainstTheEndRange) {
+  // At the top there is no End to hold it against; behind the first block there is.
+  expectFound({{"A1 A2¶", {.begin = u"A", .end = u"\rB"}, "[aAa]1 A2¶"}});
+}
+
 TEST(Locator, GoesOnWithinABeginningThatReachesBeyondItsBlock) {
   const Asked asked{.begin = u"A\rB\rC", .end = u"B"};
   expectFoundWithLimits({{"A¶B¶C A¶B¶C¶", asked, "[aA¶Ba]¶C A¶B¶C¶"}});
