@@ -12,7 +12,7 @@ namespace pluvo::engine {
 class clsProcessFind;
 
 /// The engine's way to files, implemented by the multi-file driver on the floor above; the engine's members
-/// of these names pass through to it. Each catches and reports its own faults.
+/// of these names pass through to it, and report the faults that it lets out.
 class FileStepper {
  public:
   virtual ~FileStepper() = default;

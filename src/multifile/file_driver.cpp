@@ -1,0 +1,152 @@
+#include "multifile/file_driver.h"
+
+#include "errors/fault.h"
+#include "host_faults.h"
+#include "multifile/clsSorting.h"
+#include "questions.h"
+#include "word/faults.h"
+
+#include <utility>
+
+namespace pluvo::multifile {
+
+namespace {
+
+/// Sorting costs the square of this.
+constexpr std::size_t kMostSorted = 301;
+
+bool isTemporary(const std::u16string& path, const std::u16string& separator) {
+  const std::size_t at = path.rfind(separator);
+  const std::size_t name = at == std::u16string::npos ? 0 : at + separator.size();
+  return path.substr(name).starts_with(u'~');
+}
+
+}  // namespace
+
+FileDriver::FileDriver(std::unique_ptr<Folders> folders, PickerMaker makePicker)
+    : folders_(std::move(folders)), makePicker_(std::move(makePicker)) {}
+
+FileDriver::~FileDriver() = default;
+
+std::vector<std::u16string> FileDriver::GetFiles(engine::clsProcessFind& engine, bool subFolders,
+                                                 std::int16_t depth) {
+  if (!scanner_) {
+    scanner_ =
+        std::make_unique<clsDirParsing>(engine.context(), *folders_, engine.application().PathSeparator());
+  }
+  scanner_->RootDirectory(engine.StartingDirectory());
+  scanner_->MasksCSstr(engine.Masks());
+  scanner_->ItemsToProcess(0);
+  scanner_->DirectoriesDeep(depth);
+  scanner_->ProcessSubDirectories(subFolders);
+  scanner_->ProcessItems();
+  std::vector<std::u16string> files = scanner_->ProcessedItems();
+  if (files.size() > kMostSorted) return files;
+  clsSorting sorter(engine.context());
+  sorter.SortType(0);
+  sorter.Data(std::move(files));
+  sorter.SortData();
+  return sorter.Data();
+}
+
+void FileDriver::MultiPLUVO(engine::clsProcessFind& engine, const std::vector<std::u16string>& files) {
+  engine.CancelOperation(false);
+  for (const std::u16string& path : files) {
+    if (engine.CancelOperation()) return;
+    processFile(engine, path);
+    document_.reset();
+  }
+}
+
+void FileDriver::processFile(engine::clsProcessFind& engine, const std::u16string& path) {
+  const Step step = [&](const Work& work) { return stepOfRun(engine, work); };
+  if (!makeReady(engine, path, u"", step)) return;
+  engine.GoGetEmFARBOT();
+  if (!step([&] { protectAgain(); })) return;
+  closeCurrentFile(engine);
+}
+
+/// Opens the file, has the user decide about it, and unlocks it. False: it is left out.
+bool FileDriver::makeReady(engine::clsProcessFind& engine, const std::u16string& path,
+                           const std::u16string& joint, const Step& step) {
+  document_.reset();
+  if (isTemporary(path, engine.application().PathSeparator()) && skipTemporaryFile(engine.boxes()))
+    return false;
+  protectionType_ = word::wdNoProtection;
+  if (!OpenDocumentFile(engine, document_, path)) return false;
+  if (!step([&] { fileName_ = document_->Path() + joint + document_->Name(); })) return false;
+  if (!step([&] { readOnly_ = document_->ReadOnly(); })) return false;
+  if (readOnly_) {
+    if (!step([&] { document_->WritePassword(u""); })) return false;
+    if (!goOnReadOnly(engine.boxes())) {
+      step([&] { document_->Close(false); });
+      return false;
+    }
+  }
+  if (!step([&] { document_->Activate(); })) return false;
+  bool isProtected = false;
+  if (!step([&] { isProtected = document_->ProtectionType() != word::wdNoProtection; })) return false;
+  return !isProtected || UnlockProtectedDocument(engine, document_, protectionPassword_, protectionType_);
+}
+
+/// One step of a file under the run's own error path.
+bool FileDriver::stepOfRun(engine::clsProcessFind& engine, const Work& work) {
+  for (;;) {
+    const auto fault = attempt(work);
+    if (!fault) return true;
+    switch (fault->number) {
+      case word::kCommandFailed:
+        return false;
+      case word::kProtectionPasswordWrong:
+        if (!skipWithWrongPassword(engine.boxes())) continue;
+        document_->Close(false);
+        return false;
+      case word::kOpenPasswordWrong:
+        if (!openAgain(engine.boxes())) return false;
+        continue;
+      default:
+        throw errors::Fault(*fault);
+    }
+  }
+}
+
+void FileDriver::protectAgain() {
+  if (protectionType_ == word::wdNoProtection) return;
+  document_->StoryRanges(word::wdMainTextStory)->Select();
+  document_->Protect(static_cast<word::WdProtectionType>(protectionType_), protectionPassword_);
+}
+
+void FileDriver::closeCurrentFile(engine::clsProcessFind& engine) {
+  if (!CloseDocumentFile(engine, document_, readOnly_, fileName_))
+    tellOfDifficultiesClosing(engine.boxes(), fileName_);
+}
+
+bool FileDriver::MultiPLUVO_OpenNextFile(engine::clsProcessFind& engine,
+                                         const std::vector<std::u16string>& files, std::int32_t& index) {
+  const Step step = [](const Work& work) {
+    work();
+    return true;
+  };
+  for (; index < static_cast<std::int64_t>(files.size()); ++index) {
+    const std::u16string& path = files.at(static_cast<std::size_t>(index));
+    if (makeReady(engine, path, engine.application().PathSeparator(), step)) return true;
+  }
+  return false;
+}
+
+void FileDriver::MultiPLUVO_CloseFile(engine::clsProcessFind& engine) {
+  if (!document_) throw errors::objectNotSet();
+  protectAgain();
+  closeCurrentFile(engine);
+  document_.reset();
+}
+
+std::u16string FileDriver::BrowseForFolder(engine::clsProcessFind& /*engine*/, const std::u16string& start) {
+  const std::unique_ptr<FolderPicker> picker = makePicker_ ? makePicker_() : nullptr;
+  if (!picker) throw errors::objectNotSet();
+  picker->SetStartingDirectory(start);
+  picker->choose();
+  return picker->selected() ? picker->path() : std::u16string();
+}
+
+}  // namespace pluvo::multifile

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "engine/clsProcessFind.h"
+#include "engine/file_stepper.h"
+#include "multifile/clsDirParsing.h"
+#include "multifile/folder_picker.h"
+#include "multifile/folders.h"
+#include "multifile/frmPassword.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace pluvo::multifile {
+
+/// Takes an engine from file to file: finds the files of a folder, opens each, unlocks it, has it processed,
+/// protects it again, and closes it. It serves one engine.
+///
+/// What goes wrong with one file does not stop the run: the user is asked, or the fault is reported, and the
+/// file is left out.
+class FileDriver final : public engine::FileStepper {
+ public:
+  using PickerMaker = std::function<std::unique_ptr<FolderPicker>()>;
+
+  explicit FileDriver(std::unique_ptr<Folders> folders = machineFolders(), PickerMaker makePicker = {});
+  ~FileDriver() override;
+
+  /// Sorted, where there are not more than 301.
+  std::vector<std::u16string> GetFiles(engine::clsProcessFind& engine, bool subFolders,
+                                       std::int16_t depth) override;
+  void MultiPLUVO(engine::clsProcessFind& engine, const std::vector<std::u16string>& files) override;
+  bool MultiPLUVO_OpenNextFile(engine::clsProcessFind& engine, const std::vector<std::u16string>& files,
+                               std::int32_t& index) override;
+  void MultiPLUVO_CloseFile(engine::clsProcessFind& engine) override;
+  std::u16string BrowseForFolder(engine::clsProcessFind& engine, const std::u16string& start) override;
+  std::shared_ptr<word::Document> currentDocument() override { return document_; }
+
+ private:
+  using Document = std::shared_ptr<word::Document>;
+  using Work = std::function<void()>;
+  /// Does one step of a file; false: on to the next file.
+  using Step = std::function<bool(const Work& work)>;
+
+  bool OpenDocumentFile(engine::clsProcessFind& engine, Document& document, const std::u16string& path);
+  bool CloseDocumentFile(engine::clsProcessFind& engine, Document& document, bool readOnly,
+                         const std::u16string& fileName);
+  bool UnlockProtectedDocument(engine::clsProcessFind& engine, Document& document, std::u16string& password,
+                               std::int16_t& protectionType);
+
+  void processFile(engine::clsProcessFind& engine, const std::u16string& path);
+  bool makeReady(engine::clsProcessFind& engine, const std::u16string& path, const std::u16string& joint,
+                 const Step& step);
+  bool stepOfRun(engine::clsProcessFind& engine, const Work& work);
+  void protectAgain();
+  void closeCurrentFile(engine::clsProcessFind& engine);
+
+  std::unique_ptr<Folders> folders_;
+  PickerMaker makePicker_;
+  std::unique_ptr<clsDirParsing> scanner_;
+  std::unique_ptr<frmPassword> passwordPrompt_;
+
+  Document document_;
+  /// For messages, and to find the document again.
+  std::u16string fileName_;
+  bool readOnly_ = false;
+  std::int16_t protectionType_ = word::wdNoProtection;
+  /// Kept from file to file.
+  std::u16string protectionPassword_;
+};
+
+}  // namespace pluvo::multifile

@@ -1,0 +1,51 @@
+#include "questions.h"
+
+namespace pluvo::multifile {
+
+namespace {
+
+bool ask(forms::MessageBoxes& boxes, const std::u16string& text, const char16_t* title) {
+  return boxes.show(text, forms::Buttons::yesNo, title) == forms::Answer::yes;
+}
+
+}  // namespace
+
+bool skipTemporaryFile(forms::MessageBoxes& boxes) {
+  return ask(boxes,
+             u"This filename begins with a tilde  ~  .\r\n\r\n"
+             u"This typically defines a file that is an open temporary file.\r\n\r\n"
+             u"Would you like to skip this file?",
+             u"Potential Temporary File");
+}
+
+bool goOnReadOnly(forms::MessageBoxes& boxes) {
+  return ask(boxes,
+             u"This file is marked Read Only.\r\n\r\n"
+             u"Would you like to like to continue processing this file and perform a 'Save As' later?",
+             u"Read Only File");
+}
+
+bool skipWithWrongPassword(forms::MessageBoxes& boxes) {
+  return ask(boxes, u"The Password supplied was incorrect.  Would you like to Skip this file?",
+             u"Incorrect Password");
+}
+
+bool openAgain(forms::MessageBoxes& boxes) {
+  return ask(boxes, u"Open/Modify password was incorrect.  Would you like to try and open the file again?",
+             u"Incorrect Open/Modify Password");
+}
+
+bool skipLockedFile(forms::MessageBoxes& boxes) {
+  return ask(boxes, u"Would you like to Skip this file?", u"Skip File?");
+}
+
+bool cancelSaveAs(forms::MessageBoxes& boxes) {
+  return ask(boxes, u"Are you sure you want cancel the Save As?", u"Save As Cancelled.");
+}
+
+void tellOfDifficultiesClosing(forms::MessageBoxes& boxes, const std::u16string& fileName) {
+  boxes.show(u"Difficulties closing file:" + fileName + u"\r\n\r\nYou may need to manually close this file.",
+             forms::Buttons::ok, u"Difficulties Closing Current File.");
+}
+
+}  // namespace pluvo::multifile

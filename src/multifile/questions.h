@@ -1,0 +1,18 @@
+#pragma once
+
+#include "forms/message_boxes.h"
+
+#include <string>
+
+/// What the user is asked, or told, about a file of a run. A question's answer is whether it was yes.
+namespace pluvo::multifile {
+
+bool skipTemporaryFile(forms::MessageBoxes& boxes);
+bool goOnReadOnly(forms::MessageBoxes& boxes);
+bool skipWithWrongPassword(forms::MessageBoxes& boxes);
+bool openAgain(forms::MessageBoxes& boxes);
+bool skipLockedFile(forms::MessageBoxes& boxes);
+bool cancelSaveAs(forms::MessageBoxes& boxes);
+void tellOfDifficultiesClosing(forms::MessageBoxes& boxes, const std::u16string& fileName);
+
+}  // namespace pluvo::multifile

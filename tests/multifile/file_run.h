@@ -1,0 +1,84 @@
+#pragma once
+
+#include "engine/frmProcessing.h"
+#include "engine/workplace.h"
+#include "multifile/file_driver.h"
+#include "scripted_folders.h"
+#include "scripted_word.h"
+
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace pluvo::multifile {
+
+using Story = std::vector<std::string>;
+
+/// An engine with its driver, a scripted word processor and a scripted user, all writing one story. The
+/// engine replaces every "A" by "B"; files lie in C:\f and are named by their last name.
+class FileRun : private engine::PassObserver {
+ public:
+  FileRun() : word(story), work(std::shared_ptr<word::Application>(std::shared_ptr<void>(), &word)) {
+    auto listed = std::make_unique<ScriptedFolders>(std::vector<std::string>(), "\\");
+    folders = listed.get();
+    engine().stepper(std::make_shared<FileDriver>(std::move(listed)));
+    engine().observer(this);
+    engine().MultiFileRun(true);
+    work.ask({.begin = u"A", .operation = engine::kReplace, .text = u"B"});
+    work.boxes.beforeAnswer = [this] { story.push_back("box " + asked()); };
+    work.forms.user = [this](forms::Form& form) { answer(form); };
+  }
+
+  engine::clsProcessFind& engine() { return work.engine; }
+  static std::string path(const std::string& name) { return "C:\\f\\" + name; }
+  ScriptedFile& file(const std::string& name) { return word.files[path(name)]; }
+  std::vector<std::u16string> list(const std::vector<std::string>& names) {
+    std::vector<std::u16string> paths;
+    for (const std::string& name : names) {
+      file(name);
+      paths.push_back(errors::nameText(path(name)));
+    }
+    return paths;
+  }
+  void run(const std::vector<std::string>& names) { engine().MultiPLUVO(list(names)); }
+
+  /// The story so far, and a new one from here on.
+  Story told() { return std::exchange(story, {}); }
+
+  Story story;
+  ScriptedWord word;
+  engine::Workplace work;
+  ScriptedFolders* folders;
+  /// What is typed at each question for a password; nothing is Cancel.
+  std::deque<std::optional<std::string>> typed;
+
+ private:
+  std::string asked() { return engine::Reports::ascii(work.boxes.shown.back().title.value_or(u"")); }
+
+  void answer(forms::Form& form) {
+    if (form.Name() != u"frmPassword") return forms::press(form, u"cmdContinue");
+    ASSERT_FALSE(typed.empty()) << "a password that nobody types";
+    EXPECT_EQ(form.control(u"lblInstructions")->Caption(), u"Input Password to Unlock Form.");
+    auto* box = dynamic_cast<forms::TextBox*>(form.control(u"txtPassword"));
+    EXPECT_EQ(box->Text(), u"");
+    const auto password = typed.front();
+    typed.pop_front();
+    story.push_back("password " + password.value_or("none"));
+    if (password) box->Text(errors::utf16(*password));
+    forms::press(form, password ? u"cmdProceed" : u"cmdCancel");
+  }
+
+  Answer operated(const engine::Block&, const errors::Fault*) override {
+    story.push_back("replaced in " + word.open.back()->name());
+    if (onOperated) onOperated();
+    return Answer::goOn;
+  }
+
+ public:
+  std::function<void()> onOperated;
+};
+
+}  // namespace pluvo::multifile
