@@ -178,7 +178,7 @@ void Rewriter::mergeParagraph(Extent endTag) {
   const bool hasContent = !open.tag.empty || open.expanded;
   copyTo(hasContent ? endTag.begin : open.tag.extent.begin);
   std::string& out = output_.text();
-  if (hasContent) carried_ += out.substr(open.outInner);
+  if (hasContent && out.find('<', open.outInner) != std::string::npos) carried_ += out.substr(open.outInner);
   out.resize(open.outBegin);
   output_.leaveOutTo(endTag.end);
   opens_.pop_back();

@@ -11,6 +11,7 @@
 
 #include <sys/resource.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstring>
 #include <fstream>
@@ -71,11 +72,18 @@ std::vector<std::uint8_t> write(const Document& document) {
   return std::move(out.bytes());
 }
 
-/// The text as it is shown, a character for each; what the other stories own is left out.
+/// The text with field results, hidden text too, for a comparison with what another program reads.
 std::string comparable(const model::Model& model) {
   std::u16string shown;
+  std::vector<bool> inCode;
   for (Position i = 0; i < model.length(); ++i) {
-    if ((model.visibility().valueAt(i) & text::kInResults) != 0) shown.push_back(model.text().at(i));
+    const char16_t unit = model.text().at(i);
+    const bool isMark = model.isFieldMark(i);
+    if (isMark && unit == text::kFieldBegin) inCode.push_back(true);
+    if (isMark && unit == text::kFieldSeparator && !inCode.empty()) inCode.back() = false;
+    if (isMark && unit == text::kFieldEnd && !inCode.empty()) inCode.pop_back();
+    const bool code = std::find(inCode.begin(), inCode.end(), true) != inCode.end();
+    if (!isMark && !code) shown.push_back(unit);
   }
   return utf8(shown);
 }
