@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 
 namespace pluvo::docx {
 
@@ -24,24 +25,33 @@ bool standsBeforeHighlight(std::string_view local) {
   return std::find(kBeforeHighlight.begin(), kBeforeHighlight.end(), local) != kBeforeHighlight.end();
 }
 
+/// Replaces the children of which change(child) returns something by that.
+template <class Change>
+std::string withChildren(std::string_view inner, Change change) {
+  std::string result;
+  std::size_t copied = 0;
+  forEachChild(inner, [&](const Fragment& child) {
+    const std::optional<std::string> changed = change(child);
+    if (!changed) return;
+    const auto at = static_cast<std::size_t>(child.whole.data() - inner.data());
+    result.append(inner.substr(copied, at - copied)).append(*changed);
+    copied = at + child.whole.size();
+  });
+  return result.append(inner.substr(copied));
+}
+
 /// The element without the children that drop picks; an element left without children goes as a whole.
 template <class Drop>
 std::string without(std::string_view element, Drop drop) {
   if (element.empty()) return {};
   const Fragment fragment = fragmentOf(element);
-  std::string inner;
-  std::size_t copied = 0;
   bool any = false;
-  forEachChild(fragment.inner, [&](const Fragment& child) {
-    const auto at = static_cast<std::size_t>(child.whole.data() - fragment.inner.data());
-    const bool drops = child.prefix() == fragment.prefix() && drop(child.local());
-    inner.append(fragment.inner.substr(copied, drops ? at - copied : at + child.whole.size() - copied));
-    copied = at + child.whole.size();
-    any = any || !drops;
+  const std::string inner = withChildren(fragment.inner, [&](const Fragment& child) -> std::optional<std::string> {
+    if (child.prefix() == fragment.prefix() && drop(child.local())) return "";
+    any = true;
+    return std::nullopt;
   });
-  if (!any) return {};
-  inner.append(fragment.inner.substr(copied));
-  return std::string(fragment.startTag) + inner + std::string(fragment.endTag);
+  return any ? std::string(fragment.startTag) + inner + std::string(fragment.endTag) : std::string();
 }
 
 /// The element with a child put where before(local) first fails; made when it is not there.
@@ -116,6 +126,17 @@ std::string forSplitOffParagraph(std::string_view paragraphProperties) {
   Markup markup;
   markup.element = fragmentOf(kept).prefix();
   return withMarkProperties(kept, markup, without(old, tellsTracking));
+}
+
+std::string withoutBinding(std::string_view controlProperties) {
+  return withChildren(controlProperties, [](const Fragment& child) -> std::optional<std::string> {
+    if (child.local() != "sdtPr") return std::nullopt;
+    const auto goes = [](const Fragment& property) -> std::optional<std::string> {
+      const bool isBinding = isOneOf(property.local(), {"dataBinding", "showingPlcHdr"});
+      return isBinding ? std::optional<std::string>("") : std::nullopt;
+    };
+    return std::string(child.startTag) + withChildren(child.inner, goes) + std::string(child.endTag);
+  });
 }
 
 std::string startTagWithout(std::string_view tag, std::string_view firstLocal, std::string_view secondLocal) {

@@ -33,6 +33,10 @@ std::string withMarkHighlight(std::string_view paragraphProperties, const Markup
 /// mark and the properties, which stay with the old mark.
 std::string forSplitOffParagraph(std::string_view paragraphProperties);
 
+/// What stands between the start tags of a content control and its content, for one whose text was changed: no
+/// longer bound to data, which would be read back into it, nor showing a placeholder.
+std::string withoutBinding(std::string_view controlProperties);
+
 /// A start tag without the attributes of these local names, and as the tag of an element with content.
 std::string startTagWithout(std::string_view tag, std::string_view firstLocal, std::string_view secondLocal);
 

@@ -98,6 +98,7 @@ void Rewriter::open(const Tag& tag) {
   if (tag.name == Name::tbl) return openTable(tag);
   if (paragraph_ != 0) enterParagraphContent();
   if (tag.name == Name::r) return beginRun(tag);
+  if (tag.name == Name::sdtContent) opens_.back().content = tag.extent.begin;
   Open open;
   open.tag = tag;
   open.inner = tag.extent.end;
@@ -135,8 +136,7 @@ void Rewriter::close(const Tag& tag, Extent endTag) {
   if (removedTables_ > 0) {
     if (tag.name == Name::tbl && --removedTables_ == 0) {
       output_.leaveOutTo(endTag.end);
-      opens_.back().lost = true;
-      opens_.back().touched = true;
+      loseText();
     }
     return;
   }
@@ -151,37 +151,56 @@ void Rewriter::close(const Tag& tag, Extent endTag) {
 
 void Rewriter::closeContainer(Extent endTag) {
   Open& closing = opens_.back();
+  std::string& out = output_.text();
   if (!closing.kept && (closing.lost || closing.reopened) && !closing.toComplex) {
     copyTo(endTag.begin);
-    output_.text().resize(closing.outBegin);
-    output_.text() += closing.markers;
+    out.resize(closing.outBegin);
+    out += closing.markers;
     output_.leaveOutTo(endTag.end);
-    const std::string markers = std::move(closing.markers);
-    opens_.pop_back();
-    opens_.back().markers += markers;
-    opens_.back().lost = true;
-    opens_.back().touched = true;
-    return;
-  }
-  if (closing.toComplex || (closing.bare && closing.tag.name == Name::fldSimple)) {
+    closing.lost = true;
+    closing.touched = true;
+  } else if (closing.toComplex || (closing.bare && closing.tag.name == Name::fldSimple)) {
     copyTo(endTag.begin);
     output_.leaveOutTo(endTag.end);
   } else if (closing.expanded) {
-    output_.text() += "</" + std::string(qualifiedName(closing.tag)) + ">";
-  }
-  if (closing.touched && !closing.passed.empty()) {
+    out += "</" + std::string(qualifiedName(closing.tag)) + ">";
+  } else if (closing.touched) {
     copyTo(endTag.begin);
-    for (auto passed = closing.passed.rbegin(); passed != closing.passed.rend(); ++passed) {
-      output_.text().erase(passed->first, passed->second - passed->first);
-    }
+    if (closing.textChanged) removePassed(closing);
+    unbind(closing);
   }
   const Open closed = std::move(closing);
   opens_.pop_back();
-  if (opens_.empty()) return;
-  opens_.back().kept = opens_.back().kept || closed.kept;
-  opens_.back().lost = opens_.back().lost || closed.lost;
-  opens_.back().touched = opens_.back().touched || closed.touched;
-  if (!closed.kept) opens_.back().markers += closed.markers;
+  if (!opens_.empty()) passOn(closed);
+}
+
+/// What a closed element means for the one around it.
+void Rewriter::passOn(const Open& closed) {
+  Open& around = opens_.back();
+  around.kept = around.kept || closed.kept;
+  around.lost = around.lost || closed.lost;
+  around.touched = around.touched || closed.touched;
+  around.textChanged = around.textChanged || closed.textChanged;
+  if (!closed.kept) around.markers += closed.markers;
+}
+
+void Rewriter::loseText() {
+  Open& open = opens_.back();
+  open.lost = open.touched = open.textChanged = true;
+}
+
+/// The alternatives that were not chosen say what the text was before.
+void Rewriter::removePassed(Open& open) {
+  for (auto passed = open.passed.rbegin(); passed != open.passed.rend(); ++passed) {
+    output_.text().erase(passed->first, passed->second - passed->first);
+  }
+  open.passed.clear();
+}
+
+void Rewriter::unbind(Open& open) {
+  if (open.tag.name != Name::sdt || !open.textChanged || open.content == 0 || open.reopened) return;
+  const std::string_view properties = output_.source(open.inner, open.content);
+  output_.text().replace(open.outInner, properties.size(), withoutBinding(properties));
 }
 
 void Rewriter::properties(Name kind, const Properties& properties) {

@@ -55,6 +55,8 @@ class Rewriter : private BodyEvents {
     bool toComplex = false;  ///< a simple field that has become a complex one
     bool expanded = false;   ///< was <a/> and has content now
     bool touched = false;
+    bool textChanged = false;
+    Offset content = 0;      ///< content control: where its content begins
     bool headed = false;     ///< paragraph: what was carried stands in it
     bool splitOff = false;   ///< paragraph: not the first of those it was divided into
     Properties properties;   ///< paragraph
@@ -105,6 +107,10 @@ class Rewriter : private BodyEvents {
   void jumpTowards(Position position);
   void copyTo(Offset to);
   void closeContainer(Extent endTag);
+  void removePassed(Open& open);
+  void unbind(Open& open);
+  void loseText();
+  void passOn(const Open& closed);
   void openTable(const Tag& tag);
   void trackField(char16_t unit, bool kept);
   bool inCode() const;

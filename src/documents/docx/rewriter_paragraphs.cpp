@@ -19,7 +19,7 @@ void Rewriter::enterParagraphContent() {
   out += headerOf(open, std::string(output_.source(open.properties.whole)));
   open.outInner = out.size();
   open.expanded = open.tag.empty;
-  open.touched = true;
+  open.touched = open.textChanged = true;
   output_.leaveOutTo(open.inner);
   out += carried_;
   carriedBlocks_.clear();
@@ -59,15 +59,14 @@ void Rewriter::closeInlines(std::size_t from) {
   for (std::size_t i = opens_.size(); i-- > from;) {
     Open& open = opens_[i];
     if (open.bare || open.toComplex) continue;
-    for (auto passed = open.passed.rbegin(); passed != open.passed.rend(); ++passed) {
-      out.erase(passed->first, passed->second - passed->first);
-    }
-    open.passed.clear();
+    opens_[i - 1].textChanged = opens_[i - 1].textChanged || open.textChanged;
+    removePassed(open);
     if (open.tag.name == Name::fldSimple) {
       const std::string begin = beginningOfField(open);
       out.replace(open.outBegin, open.outInner - open.outBegin, begin);
       open.toComplex = true;
     } else if (open.kept) {
+      unbind(open);
       out += "</" + std::string(qualifiedName(open.tag)) + ">";
       opens_[i - 1].kept = true;
     } else {
@@ -97,7 +96,8 @@ std::string Rewriter::reopeningTag(std::size_t index) {
   const bool isControl = open.tag.name == Name::sdt && index + 1 < opens_.size();
   if (!isControl) return identifiers_.withFreshIds(output_.source(open.tag.extent));
   // A content control is known by its id; the copy must not share it.
-  std::string tag(output_.source(open.tag.extent.begin, opens_[index + 1].tag.extent.begin));
+  std::string tag(output_.source(open.tag.extent));
+  tag += withoutBinding(output_.source(open.inner, open.content));
   const std::string prefix(qualifiedName(open.tag).substr(0, qualifiedName(open.tag).find(':') + 1));
   const std::size_t id = tag.find("<" + prefix + "id ");
   if (id != std::string::npos) tag.erase(id, tag.find('>', id) + 1 - id);
@@ -166,11 +166,12 @@ void Rewriter::keepParagraph(Extent endTag) {
     paragraph().touched = true;
   }
   if (paragraph().expanded) output_.text() += "</" + std::string(qualifiedName(paragraph().tag)) + ">";
-  const bool touched = paragraph().touched;
+  Open closed = std::move(paragraph());
+  closed.kept = true;
+  closed.lost = false;
   opens_.pop_back();
   paragraph_ = 0;
-  opens_.back().kept = true;
-  opens_.back().touched = opens_.back().touched || touched;
+  passOn(closed);
 }
 
 void Rewriter::mergeParagraph(Extent endTag) {
@@ -183,8 +184,7 @@ void Rewriter::mergeParagraph(Extent endTag) {
   output_.leaveOutTo(endTag.end);
   opens_.pop_back();
   paragraph_ = 0;
-  opens_.back().lost = true;
-  opens_.back().touched = true;
+  loseText();
 }
 
 void Rewriter::missingParagraph(Name, Extent endTag) {

@@ -60,7 +60,7 @@ void Rewriter::text(const TextElement& element) {
   output_.leaveOutTo(element.extent.end);
   for (const Step& step : steps_) {
     if (step.kind == Step::Kind::put) put(step);
-    if (step.kind == Step::Kind::drop) opens_.back().lost = true;
+    if (step.kind == Step::Kind::drop) loseText();
     if (step.kind != Step::Kind::keep) continue;
     const std::u16string_view kept = element.units.substr(static_cast<std::size_t>(step.original - from),
                                                           static_cast<std::size_t>(step.length));
@@ -115,8 +115,7 @@ void Rewriter::outsideRun(Extent extent) {
       case Step::Kind::drop:
         copyTo(extent.begin);
         output_.leaveOutTo(extent.end);
-        opens_.back().lost = true;
-        opens_.back().touched = true;
+        loseText();
         break;
     }
   });
@@ -178,7 +177,7 @@ void Rewriter::dropElement(Extent extent) {
   flushText();
   passBytesBefore(extent);
   output_.leaveOutTo(extent.end);
-  opens_.back().lost = true;
+  loseText();
 }
 
 /// What stands between two elements of a run, a rendered page break for example, stays with what stays of it.
@@ -194,6 +193,7 @@ void Rewriter::passBytesBefore(Extent extent) {
 
 /// Writes new text into the run at hand, or beside it where it is tracked as deleted: what is new is not deleted.
 void Rewriter::put(const Step& step) {
+  opens_.back().touched = opens_.back().textChanged = true;
   const std::string tag = markup().element + (inCode() ? "instrText" : "t");
   const auto writeAll = [&] {
     forEachColour(step.at, step.length, [&](std::size_t at, std::size_t count, std::uint8_t colour) {

@@ -122,6 +122,8 @@ void editOnce(model::Model& model, std::mt19937& random) {
                                          u"x\u000By", u"A & B < C > \"D\"",   u"\r",       u"\U0001F600 ok"};
   const std::u16string& text = texts[below(9)];
   if (span.from > span.to) return;
+  const bool shown = (model.visibility().valueAt(from) & text::kInResults) != 0 || !model.isFieldMark(from);
+  if (!shown || model.visibility().valueAt(from) == text::kInCodes) return;
   switch (below(5)) {
     case 0:
       model.replace(span, text, text::View::results);
