@@ -187,6 +187,7 @@ class Rewriter : private BodyEvents {
   // What is under way to the next paragraph.
   std::string carriedBlocks_;
   std::string carried_;
+  bool carriesText_ = false;  ///< not only markers
   std::vector<Waiting> waiting_;
 };
 

@@ -22,8 +22,10 @@ void Rewriter::enterParagraphContent() {
   open.touched = open.textChanged = true;
   output_.leaveOutTo(open.inner);
   out += carried_;
+  open.kept = open.kept || carriesText_;
   carriedBlocks_.clear();
   carried_.clear();
+  carriesText_ = false;
 }
 
 /// Makes room for content in an element that has none.
@@ -180,6 +182,7 @@ void Rewriter::mergeParagraph(Extent endTag) {
   copyTo(hasContent ? endTag.begin : open.tag.extent.begin);
   std::string& out = output_.text();
   if (hasContent && out.find('<', open.outInner) != std::string::npos) carried_ += out.substr(open.outInner);
+  carriesText_ = carriesText_ || open.kept;
   out.resize(open.outBegin);
   output_.leaveOutTo(endTag.end);
   opens_.pop_back();
@@ -202,6 +205,7 @@ void Rewriter::missingParagraph(Name, Extent endTag) {
     output_.text() += carriedBlocks_ + markup().tag("p") + ">" + carried_ + markup().endTag("p");
     carriedBlocks_.clear();
     carried_.clear();
+    carriesText_ = false;
   }
   waiting_ = std::move(behind);
 }
@@ -237,6 +241,7 @@ void Rewriter::placeWaiting(const std::string& header) {
       carried_.clear();
     }
     carried_ += all.back();
+    carriesText_ = carriesText_ || !all.back().empty();
   }
   waiting_.clear();
 }
@@ -245,7 +250,7 @@ void Rewriter::placeWaiting(const std::string& header) {
 void Rewriter::placeBlocksBeforeTable(const Tag& table) {
   const bool wholeParagraphs = !waiting_.empty() && waiting_.back().put.units.back() == text::kParagraphMark;
   if (wholeParagraphs) placeWaiting(markup().tag("p") + ">");
-  if (!carried_.empty()) {
+  if (!carried_.empty() && carriesText_) {
     carriedBlocks_ += markup().tag("p") + ">" + carried_ + markup().endTag("p");
     carried_.clear();
   }
