@@ -38,7 +38,7 @@ TEST(Pass, AsksBeforeEachBlockWhereItIsToBeConfirmed) {
 }
 
 TEST(Pass, EndsWhereTheObserverSaysSo) {
-  for (const std::size_t most : {1, 2}) {
+  for (const std::size_t most : {1U, 2U}) {
     Desk desk("A A A¶");
     desk.watch.most = most;
     desk.work.pass({.begin = u"A", .operation = kDelete});

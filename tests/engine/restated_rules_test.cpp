@@ -97,8 +97,8 @@ bool agree(const std::u16string& text, const Asked& asked, bool extraSpace) {
 
 TEST(RestatedRules, AgreeWithTheEngine) {
   Dice dice(20);
-  std::vector<std::u16string> texts;
-  for (int i = 0; i < 100; ++i) texts.push_back(dice.text(u"aabbA . \r\v", 0, 60));
+  std::vector<std::u16string> texts(100);
+  for (std::u16string& text : texts) text = dice.text(u"aabbA . \r\v", 0, 60);
   std::size_t blocks = 0;
   for (int i = 0; i < 100; ++i) {
     const Asked asked = randomRequest(dice);

@@ -51,7 +51,7 @@ struct Reports : errors::MessageSink {
 /// An engine, what it works with, and nobody else.
 class Workplace {
  public:
-  explicit Workplace(std::shared_ptr<word::Application> application)
+  explicit Workplace(const std::shared_ptr<word::Application>& application)
       : reports(context), engine({[application] { return application; }, context, boxes, forms}) {
     context.reporter = std::make_shared<errors::clsErrorLogging>(context.currentFault, reports);
     engine.QuiteModeSetting(true);
