@@ -23,6 +23,7 @@ void frmProcessing::SingleProcess() {
 void frmProcessing::MultiProcess(const std::vector<std::u16string>& files) {
   errors::guarded(engine_.context(), u"fproc:01", [&] {
     multi_ = true;
+    Visible(false);
     files_ = files;
     index_ = 0;
     engine_.CancelOperation(false);

@@ -9,8 +9,10 @@
 #include <gtest/gtest.h>
 
 #include <deque>
+#include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace pluvo::multifile {
@@ -48,16 +50,7 @@ class FileRun : private engine::PassObserver {
   /// The story so far, and a new one from here on.
   Story told() { return std::exchange(story, {}); }
 
-  Story story;
-  ScriptedWord word;
-  engine::Workplace work;
-  ScriptedFolders* folders;
-  /// What is typed at each question for a password; nothing is Cancel.
-  std::deque<std::optional<std::string>> typed;
-
- private:
-  std::string asked() { return engine::Reports::ascii(work.boxes.shown.back().title.value_or(u"")); }
-
+  /// What the user does about a form.
   void answer(forms::Form& form) {
     if (form.Name() != u"frmPassword") return forms::press(form, u"cmdContinue");
     ASSERT_FALSE(typed.empty()) << "a password that nobody types";
@@ -71,14 +64,23 @@ class FileRun : private engine::PassObserver {
     forms::press(form, password ? u"cmdProceed" : u"cmdCancel");
   }
 
+  Story story;
+  ScriptedWord word;
+  engine::Workplace work;
+  ScriptedFolders* folders;
+  /// What is typed at each question for a password; nothing is Cancel.
+  std::deque<std::optional<std::string>> typed;
+  /// What happens behind each replacement.
+  std::function<void()> onOperated;
+
+ private:
+  std::string asked() { return engine::Reports::ascii(work.boxes.shown.back().title.value_or(u"")); }
+
   Answer operated(const engine::Block&, const errors::Fault*) override {
     story.push_back("replaced in " + word.open.back()->name());
     if (onOperated) onOperated();
     return Answer::goOn;
   }
-
- public:
-  std::function<void()> onOperated;
 };
 
 }  // namespace pluvo::multifile
