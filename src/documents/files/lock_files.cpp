@@ -31,7 +31,7 @@ std::vector<std::string> lockNamesOf(std::string_view name) {
 std::optional<std::string> lockFileOf(FileSystem& system, const std::string& document) {
   const std::string folder(folderPrefixOf(document));
   for (std::string& name : lockNamesOf(nameIn(document)))
-    if (system.exists(folder + name)) return std::move(name);
+    if (name != nameIn(document) && system.exists(folder + name)) return std::move(name);
   return std::nullopt;
 }
 
