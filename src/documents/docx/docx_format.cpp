@@ -48,7 +48,7 @@ bool DocxFormat::recognises(files::ByteSpan bytes, std::string_view extension) c
 
 formats::Opened DocxFormat::read(files::Bytes bytes) const {
   Package package = openPackage(std::move(bytes));
-  requireNoProtection(package);
+  const std::optional<formats::Protection> protection = protectionOf(package);
   const Styles styles = readStyles(package);
   const archive::Member* const member = package.archive.find(package.mainPart);
   xml::Utf8Part part = xml::toUtf8(package.archive.read(*member), package.mainPart);
@@ -56,7 +56,7 @@ formats::Opened DocxFormat::read(files::Bytes bytes) const {
   text::RunMap<std::uint8_t> highlight = body.content.highlight;
   auto source = std::make_unique<DocxSource>(std::move(package), std::move(part), std::move(body.map),
                                              std::move(highlight));
-  return {std::move(body.content), std::move(source)};
+  return {std::move(body.content), std::move(source), protection};
 }
 
 }  // namespace pluvo::docx

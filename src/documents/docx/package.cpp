@@ -116,7 +116,8 @@ std::vector<Relationship> relationshipsIn(const archive::Archive& archive, std::
   return result;
 }
 
-std::string contentTypeOf(const archive::Archive& archive, const archive::Member& types, std::string_view part) {
+std::string contentTypeOf(const archive::Archive& archive, const archive::Member& types,
+                          std::string_view part) {
   std::string result;
   forEachInRoot(archive, types, Name::typeOverride, [&](const xml::Scanner& scanner) {
     if (resolve("", valueOf(scanner, Name::partName)) == part) result = valueOf(scanner, Name::contentType);
@@ -165,9 +166,18 @@ std::string findMainPart(const archive::Archive& archive) {
     if (lastStep(relationship.type) == "officeDocument") found.insert(relationship.part);
   }
   if (found.size() > 1) {
-    throw damaged("The package names two main parts, so that it is not clear which is the document; get an intact copy.");
+    throw damaged(
+        "The package names two main parts, so that it is not clear which is the document; get an intact "
+        "copy.");
   }
   return found.empty() ? std::string() : *found.begin();
+}
+
+word::WdProtectionType protectionNamed(std::string_view edit) {
+  if (edit == "trackedChanges") return word::wdAllowOnlyRevisions;
+  if (edit == "comments") return word::wdAllowOnlyComments;
+  if (edit == "forms") return word::wdAllowOnlyFormFields;
+  return word::wdAllowOnlyReading;
 }
 
 }  // namespace
@@ -203,25 +213,29 @@ Package openPackage(files::Bytes bytes) {
   return package;
 }
 
-void requireNoProtection(const Package& package) {
+std::optional<formats::Protection> protectionOf(const Package& package) {
+  std::optional<formats::Protection> protection;
   const archive::Member* const settings = package.member(Role::settings);
-  if (settings == nullptr) return;
-  const auto refuse = [](const std::string& against) {
-    throw DocumentError(Problem::protection, "The document is protected against " + against +
-                                                 "; lift the protection in a word processor first.");
+  if (settings == nullptr) return protection;
+  const auto hasPassword = [](const xml::Scanner& scanner) {
+    return !valueOf(scanner, Name::hash).empty() || !valueOf(scanner, Name::hashValue).empty();
   };
   forEachInRoot(package.archive, *settings, Name::documentProtection, [&](const xml::Scanner& scanner) {
     // Without the attribute Word enforces, whatever the standard says.
     const bool enforced =
         attribute(scanner, Name::enforcement) == nullptr || isOn(valueOf(scanner, Name::enforcement));
     const std::string edit = valueOf(scanner, Name::edit);
-    if (enforced && !edit.empty() && edit != "none") refuse("editing");
+    if (enforced && !edit.empty() && edit != "none")
+      protection = {protectionNamed(edit), hasPassword(scanner)};
   });
   forEachInRoot(package.archive, *settings, Name::writeProtection, [&](const xml::Scanner& scanner) {
-    if (!valueOf(scanner, Name::hash).empty() || !valueOf(scanner, Name::hashValue).empty()) {
-      refuse("changes by a password");
-    }
+    if (!hasPassword(scanner)) return;
+    throw DocumentError(
+        Problem::protection,
+        "The document is protected against changes by a password; lift the protection in a word "
+        "processor first.");
   });
+  return protection;
 }
 
 }  // namespace pluvo::docx

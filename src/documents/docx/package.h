@@ -1,9 +1,11 @@
 #pragma once
 
 #include "archive/archive.h"
+#include "formats/format.h"
 #include "names.h"
 
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -35,7 +37,8 @@ struct Package {
 /// signed for one with a digital signature.
 Package openPackage(files::Bytes bytes);
 
-/// Throws DocumentError (protected) when the settings enforce a protection against editing.
-void requireNoProtection(const Package& package);
+/// The protection against editing that the settings enforce. Throws DocumentError (protected) when they ask
+/// for a password before the document is changed at all.
+std::optional<formats::Protection> protectionOf(const Package& package);
 
 }  // namespace pluvo::docx

@@ -19,7 +19,7 @@ errors::Fault faultOf(std::int32_t number, const std::string& path, const Docume
 }
 
 std::int32_t openingFault(Problem problem) {
-  if (problem == Problem::password) return word::kOpenPasswordWrong;
+  if (problem == Problem::password || problem == Problem::protection) return word::kOpenPasswordWrong;
   if (problem == Problem::io) return word::kFileNotFound;
   return word::kFileCorrupted;
 }
@@ -63,7 +63,7 @@ StoreOpener::StoreOpener(Store store, SaveAsChooser chooser)
 
 memory::OpenedFile StoreOpener::open(const std::string& path) {
   try {
-    auto stored = store_.open(path, TemporaryFiles::opened);
+    auto stored = store_.open(path, {.temporaryFiles = true, .protectedDocuments = true});
     const auto document = stored->document();
     return {document, std::make_shared<StoredFile>(std::move(stored), chooser_)};
   } catch (const DocumentError& error) {

@@ -24,6 +24,13 @@ void requireWhole(const files::Bytes& bytes) {
         "failed. Nothing was written; run this again.");
 }
 
+/// Lifting a protection that has a password comes to nothing: passwords cannot be checked.
+void protect(memory::MemoryDocument& document, const formats::Protection& protection) {
+  memory::MemoryDocument::PasswordCheck check;
+  if (protection.hasPassword) check = [](const std::u16string&) { return false; };
+  document.protect(protection.type, check);
+}
+
 }  // namespace
 
 std::optional<DocumentError> StoredDocument::obstacle() const {
@@ -74,9 +81,9 @@ void StoredDocument::requireSameDocument(const files::Bytes& written) const {
 Store::Store(files::FileSystem& system)
     : system_(&system), registry_(std::make_shared<const formats::Registry>(knownFormats())) {}
 
-std::unique_ptr<StoredDocument> Store::open(const std::string& path, TemporaryFiles temporary) const {
+std::unique_ptr<StoredDocument> Store::open(const std::string& path, const Also& also) const {
   const std::string_view name = nameIn(path);
-  if (temporary == TemporaryFiles::refused && name.starts_with('~'))
+  if (!also.temporaryFiles && name.starts_with('~'))
     throw DocumentError(
         Problem::temporary,
         "The name begins with \"~\": this is a word processor's temporary file. It was skipped; "
@@ -87,9 +94,14 @@ std::unique_ptr<StoredDocument> Store::open(const std::string& path, TemporaryFi
   opened->registry_ = registry_;
   opened->format_ = &registry_->formatOf(file.bytes.view, formats::extensionOf(path));
   formats::Opened read = opened->format_->read(file.bytes);
+  if (read.protection && !also.protectedDocuments)
+    throw DocumentError(Problem::protection,
+                        "The document is protected against editing; lift the protection in a word processor "
+                        "first.");
   opened->source_ = std::move(read.source);
   opened->document_ =
       memory::MemoryDocument::create(std::move(read.content), opened->source_, errors::nameText(name), path);
+  if (read.protection) protect(*opened->document_, *read.protection);
   opened->path_ = path;
   opened->stamp_ = file.stamp;
   opened->bytes_ = std::move(file.bytes);

@@ -5,8 +5,10 @@
 #include "model/content.h"
 #include "model/medium.h"
 #include "model/model.h"
+#include "word/enums.h"
 
 #include <memory>
+#include <optional>
 #include <string_view>
 
 namespace pluvo::formats {
@@ -19,9 +21,17 @@ class Source : public model::Medium {
   virtual void write(const model::Model& model, files::Output& out) const = 0;
 };
 
+/// A protection against editing that the document says of itself. The file keeps it as it is.
+struct Protection {
+  word::WdProtectionType type = word::wdAllowOnlyReading;
+  /// Without one anybody may lift it.
+  bool hasPassword = false;
+};
+
 struct Opened {
   model::Content content;
   std::unique_ptr<Source> source;
+  std::optional<Protection> protection = std::nullopt;
 };
 
 /// One way of storing documents in files. Readers treat every byte as hostile: bounds, sizes, depths and

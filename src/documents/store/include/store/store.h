@@ -62,17 +62,23 @@ class StoredDocument {
   files::Bytes bytes_;
 };
 
-enum class TemporaryFiles { refused, opened };
+/// What else is opened than documents that anybody may edit.
+struct Also {
+  /// A name that begins with "~" belongs to a word processor at work.
+  bool temporaryFiles = false;
+  /// Documents protected against editing. They refuse every edit until the protection is lifted; where it has
+  /// a password, no password lifts it.
+  bool protectedDocuments = false;
+};
 
 /// Opens documents of every known format, told by their content. May be used from several threads.
 class Store {
  public:
   explicit Store(files::FileSystem& system = files::machineFileSystem());
 
-  /// Throws files::DocumentError. A name that begins with "~" belongs to a word processor at work and is
-  /// refused (temporary), unless the user said to open it. A file that may not be written opens all the same.
-  std::unique_ptr<StoredDocument> open(const std::string& path,
-                                       TemporaryFiles temporary = TemporaryFiles::refused) const;
+  /// Throws files::DocumentError; temporary and protected for those that are not also opened. A file that may
+  /// not be written opens all the same.
+  std::unique_ptr<StoredDocument> open(const std::string& path, const Also& also = {}) const;
 
  private:
   files::FileSystem* system_;
