@@ -1,0 +1,222 @@
+#include "documents/archive/zip_builder.h"
+#include "documents/files/scratch.h"
+#include "engine/frmProcessing.h"
+#include "engine/workplace.h"
+#include "errors/text.h"
+#include "memory/application.h"
+#include "multifile/file_driver.h"
+#include "store/opener.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <deque>
+
+namespace pluvo::multifile {
+namespace {
+
+using forms::Answer;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+constexpr auto yes = Answer::yes;
+constexpr auto no = Answer::no;
+
+std::string docx(const std::string& paragraph, const std::string& settings = "") {
+  const std::string w = " xmlns:w=\"http://schemas.openxmlformats.org/wordprocessingml/2006/main\"";
+  const std::string office = "http://schemas.openxmlformats.org/officeDocument/2006/relationships/";
+  const std::string package = "http://schemas.openxmlformats.org/package/2006/";
+  const std::string types = "application/vnd.openxmlformats-officedocument.wordprocessingml.";
+  return archive::build(
+             {{{"[Content_Types].xml",
+                "<Types xmlns=\"" + package +
+                    "content-types\"><Default Extension=\"rels\" ContentType=\"application/"
+                    "vnd.openxmlformats-package.relationships+xml\"/><Override "
+                    "PartName=\"/word/document.xml\" "
+                    "ContentType=\"" +
+                    types +
+                    "document.main+xml\"/><Override PartName=\"/word/settings.xml\" "
+                    "ContentType=\"" +
+                    types + "settings+xml\"/></Types>"},
+               {"_rels/.rels", "<Relationships xmlns=\"" + package +
+                                   "relationships\"><Relationship Id=\"r1\" Type=\"" + office +
+                                   "officeDocument\" Target=\"word/document.xml\"/></Relationships>"},
+               {"word/_rels/document.xml.rels",
+                "<Relationships xmlns=\"" + package + "relationships\"><Relationship Id=\"r1\" Type=\"" +
+                    office + "settings\" Target=\"settings.xml\"/></Relationships>"},
+               {"word/document.xml",
+                "<w:document" + w + "><w:body><w:p><w:r><w:t>" + paragraph +
+                    "</w:t></w:r></w:p></w:body></w:document>",
+                false},
+               {"word/settings.xml", "<w:settings" + w + ">" + settings + "</w:settings>", false}}})
+      .bytes;
+}
+
+/// A run over the files of a folder that goes when the test ends; every "A" becomes "B".
+class RealFiles : public testing::Test {
+ protected:
+  RealFiles() {
+    work.engine.stepper(std::make_shared<FileDriver>());
+    work.engine.MultiFileRun(true);
+    work.engine.Masks(u"*.*");
+    work.engine.StartingDirectory(errors::nameText(scratch.path("")));
+    work.ask({.begin = u"A", .operation = engine::kReplace, .text = u"B"});
+    work.forms.user = [this](forms::Form& form) {
+      if (typed.empty()) return forms::press(form, u"cmdCancel");
+      dynamic_cast<forms::TextBox&>(*form.control(u"txtPassword")).Text(typed.front());
+      typed.pop_front();
+      forms::press(form, u"cmdProceed");
+    };
+  }
+
+  std::vector<std::u16string> found() { return work.engine.GetFiles(true, 32000); }
+  void run() { work.engine.MultiPLUVO(found()); }
+  /// The titles of the boxes shown.
+  std::vector<std::string> titles() const {
+    std::vector<std::string> all;
+    for (const auto& box : work.boxes.shown) all.push_back(errors::utf8(box.title.value_or(u"")));
+    return all;
+  }
+
+  files::Scratch scratch;
+  std::deque<std::u16string> typed;
+  /// Where a read-only document is saved; nowhere without.
+  std::optional<std::string> saveAs;
+  std::shared_ptr<memory::MemoryApplication> application = std::make_shared<memory::MemoryApplication>(
+      std::make_shared<store::StoreOpener>(store::Store(), [this](const std::string&) { return saveAs; }));
+  engine::Workplace work{application};
+};
+
+TEST_F(RealFiles, AreProcessedWhateverTheirNamesAndKinds) {
+  std::filesystem::create_directory(scratch.path("s"));
+  scratch.put("a.txt", "A \xE9\r\n");
+  scratch.put("b.docx", docx("A"));
+  scratch.put("c.xyz", docx("A"));
+  scratch.put("s/\xFF.txt", "A");
+  const std::string untouched = scratch.put("t.txt", "nothing");
+  chmod(untouched.c_str(), 0640);
+  const auto before = std::filesystem::last_write_time(untouched);
+  run();
+  EXPECT_EQ(scratch.get("a.txt"), "B \xE9\r\n");
+  EXPECT_THAT(scratch.get("b.docx"), HasSubstr("<w:t>B</w:t>"));
+  EXPECT_THAT(scratch.get("c.xyz"), HasSubstr("<w:t>B</w:t>"));
+  EXPECT_EQ(scratch.get("s/\xFF.txt"), "B");
+  EXPECT_EQ(std::filesystem::last_write_time(untouched), before);
+  EXPECT_THAT(work.reports.all, IsEmpty());
+  EXPECT_THAT(titles(), IsEmpty());
+  EXPECT_EQ(application->count(), 0);
+  EXPECT_EQ(work.context.runSummary,
+            u"\r\n   1\t\ta.txt\r\n   1\t\tb.docx\r\n   1\t\tc.xyz\r\n   1\t\t\xDCFF.txt\r\n   0\t\tt.txt");
+}
+
+TEST_F(RealFiles, ThatMayNotBeWrittenAreSavedUnderAnotherName) {
+  chmod(scratch.put("a.txt", "A").c_str(), 0444);
+  scratch.put("b.txt", "A");
+  scratch.put(".~lock.b.txt#", "");
+  scratch.put("c.txt", "A");
+  scratch.put("~$c.txt", "");
+  work.engine.Masks(u"?.txt");
+
+  work.boxes.answers = {no, no, no};
+  run();
+  EXPECT_EQ(titles(), std::vector<std::string>(3, "Read Only File"));
+  EXPECT_EQ(application->count(), 0);
+  EXPECT_EQ(scratch.names().size(), 5U);
+
+  saveAs = scratch.path("new.txt");
+  work.boxes.answers = {yes, no, no};
+  run();
+  EXPECT_EQ(scratch.get("a.txt"), "A");
+  EXPECT_EQ(scratch.get("new.txt"), "B");
+
+  work.boxes.shown.clear();
+  saveAs.reset();
+  work.boxes.answers = {no, yes, yes, yes, no};
+  run();
+  EXPECT_THAT(titles(), ElementsAre("Read Only File", "Read Only File", "Save As Cancelled.",
+                                    "Read Only File", "Save As Cancelled."));
+  EXPECT_EQ(application->count(), 1) << "c.txt, which the user did not want closed";
+  EXPECT_EQ(scratch.get("b.txt") + scratch.get("c.txt"), "AA");
+  EXPECT_THAT(work.reports.all, IsEmpty());
+}
+
+TEST_F(RealFiles, ThatCannotBeOpenedDoNotStopTheRun) {
+  scratch.put("a.docx", "no package");
+  scratch.put("b.docx", "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1" + std::string(512, '\0') +
+                            std::string("E\0n\0c\0r\0y\0p\0t\0e\0d\0P\0a\0c\0k\0a\0g\0e\0", 32));
+  scratch.put("~$c.txt", "A");
+  scratch.put("z.txt", "A");
+  work.boxes.answers = {yes, no, yes};
+  run();
+  EXPECT_THAT(titles(), ElementsAre("Incorrect Open/Modify Password", "Incorrect Open/Modify Password",
+                                    "Potential Temporary File"));
+  EXPECT_THAT(work.reports.all, ElementsAre("5792 cpf:44"));
+  EXPECT_EQ(scratch.get("z.txt"), "B");
+  EXPECT_EQ(scratch.get("~$c.txt"), "A");
+
+  work.boxes.answers = {no, no};
+  run();
+  EXPECT_EQ(scratch.get("~$c.txt"), "B") << "the user said to process it";
+}
+
+TEST_F(RealFiles, ThatAreProtectedAreUnlockedWhereThereIsNoPassword) {
+  const std::string protection = "<w:documentProtection w:edit=\"forms\" w:enforcement=\"1\"";
+  scratch.put("free.docx", docx("A", protection + "/>"));
+  const std::string locked = docx("A", protection + " w:hashValue=\"c2VjcmV0\"/>");
+  scratch.put("locked.docx", locked);
+  scratch.put("z.txt", "A");
+  typed = {u"anything", u"guess", u"another"};
+  work.boxes.answers = {no, yes};
+  run();
+  EXPECT_THAT(scratch.get("free.docx"), HasSubstr("<w:t>B</w:t>"));
+  EXPECT_THAT(scratch.get("free.docx"), HasSubstr(protection)) << "protected as before";
+  EXPECT_EQ(scratch.get("locked.docx"), locked);
+  EXPECT_THAT(titles(), ElementsAre("Incorrect Password", "Incorrect Password"));
+  EXPECT_EQ(scratch.get("z.txt"), "B");
+  EXPECT_THAT(work.reports.all, IsEmpty());
+  EXPECT_EQ(application->count(), 0);
+}
+
+TEST_F(RealFiles, AreSteppedThrough) {
+  scratch.put("a.txt", "A A");
+  scratch.put("b.docx", docx("A"));
+  work.engine.ConfirmEachOperationsetting(true);
+  engine::frmProcessing dialog(work.engine);
+  dialog.MultiProcess(found());
+  forms::press(dialog, u"cmdSkip");
+  forms::press(dialog, u"cmdPerform");
+  EXPECT_EQ(scratch.get("a.txt"), "A B");
+  EXPECT_THAT(scratch.get("b.docx"), HasSubstr("<w:t>A</w:t>")) << "not yet";
+  EXPECT_TRUE(dialog.Visible());
+  forms::press(dialog, u"cmdPerform");
+  EXPECT_THAT(scratch.get("b.docx"), HasSubstr("<w:t>B</w:t>"));
+  EXPECT_FALSE(dialog.Visible());
+  EXPECT_EQ(application->count(), 0);
+}
+
+TEST_F(RealFiles, OpenOnceAndComeToTheFront) {
+  const std::u16string a = errors::nameText(scratch.put("a.txt", "A"));
+  const std::u16string b = errors::nameText(scratch.put("b.txt", "A"));
+  const auto documents = application->Documents();
+  const auto first = documents->Open(a);
+  const auto second = documents->Open(b);
+  EXPECT_EQ(first->Path(), errors::nameText(scratch.path("").substr(0, scratch.path("").size() - 1)));
+  EXPECT_EQ(application->ActiveDocument(), second);
+  EXPECT_EQ(documents->Open(a), first);
+  EXPECT_EQ(documents->Count(), 2);
+  EXPECT_EQ(application->ActiveDocument(), first);
+  second->Activate();
+  EXPECT_EQ(application->ActiveDocument(), second);
+  second->Close(true);
+  EXPECT_EQ(application->ActiveDocument(), first);
+  for (const auto& refused : {std::function<void()>([&] { second->Close(false); }),
+                              std::function<void()>([&] { documents->Item(2); }),
+                              std::function<void()>([&] { second->Activate(); })})
+    EXPECT_THROW(refused(), errors::Fault);
+  EXPECT_THROW(documents->Open(u"/no/such/file.txt"), errors::Fault);
+}
+
+}  // namespace
+}  // namespace pluvo::multifile
