@@ -77,10 +77,11 @@ void pass(store::StoredDocument& document, const Surroundings& around, Outcome& 
   context.reporter = std::make_shared<errors::clsErrorLogging>(context.currentFault, report);
   context.reporter->ErrorDetailLevel(kFullDetail);
   NoForms forms;
-  const auto application = std::make_shared<memory::MemoryApplication>();
+  auto application = std::make_shared<memory::MemoryApplication>();
   application->add(document.document());
 
-  engine::clsProcessFind find({[&] { return application; }, context, boxes, forms});
+  engine::clsProcessFind find(
+      {[&] { return std::shared_ptr<word::Application>(application); }, context, boxes, forms});
   find.observer(&watcher);
   handOver(around.request, find);
   find.GoGetEmFARBOT();

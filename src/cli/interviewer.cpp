@@ -1,9 +1,12 @@
 #include "interviewer.h"
 
+#include "colors.h"
+#include "errors/text.h"
 #include "printer.h"
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <iostream>
 
@@ -12,11 +15,38 @@ namespace {
 
 constexpr const char* kHelp = "y: yes, n: no, leave it, a: yes to this and all the rest, q: stop here\n";
 
+constexpr std::size_t kShownText = 40;
+
+/// The text that goes in, shortened to one line.
+std::string quoted(const std::u16string& text) {
+  const bool whole = text.size() <= kShownText && text.find(u'\r') == std::u16string::npos;
+  const std::u16string shown = whole ? text : text.substr(0, std::min(kShownText, text.find(u'\r'))) + u" …";
+  return "'" + errors::utf8(shown) + "'";
+}
+
+std::string questionFor(const Request& request) {
+  switch (request.command) {
+    case Command::insert:
+      return "Insert " + quoted(request.text) + (request.after ? " after" : " before") + " it";
+    case Command::replace:
+      return "Replace it with " + quoted(request.text);
+    case Command::remove:
+      return "Delete it";
+    case Command::highlight:
+      return request.color == word::wdNoHighlight ? "Remove its highlight"
+                                                  : "Highlight it " + nameOf(request.color);
+    case Command::find:
+      break;
+  }
+  return "Go on";
+}
+
 void show(const std::string& text) { (void)std::fwrite(text.data(), 1, text.size(), stderr); }
 
 }  // namespace
 
-Interviewer::Interviewer() : style_(Style::forStream(STDERR_FILENO)) {}
+Interviewer::Interviewer(const Request& request)
+    : style_(Style::forStream(STDERR_FILENO)), question_(questionFor(request) + " [y,n,a,q]? ") {}
 
 bool Interviewer::canAsk() { return isTerminal(STDIN_FILENO) && isTerminal(STDERR_FILENO); }
 
@@ -28,7 +58,7 @@ Answer Interviewer::ask(const std::string& path, const BlockReport& block) {
   show(style_.file(shownPath(path)) + ":" + style_.number(std::to_string(block.paragraph)) + ":\n  " +
        shown.lead + piece + shown.trail + "\n");
   while (true) {
-    show(style_.heading("Change this block [y,n,a,q]? "));
+    show(style_.heading(question_));
     std::string line;
     // The end of the input is a "stop": nobody is there to answer any more.
     const bool answered = static_cast<bool>(std::getline(std::cin, line));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "outcome.h"
+#include "request.h"
 #include "terminal.h"
 
 #include <cstdint>
@@ -14,7 +15,7 @@ enum class Answer : std::uint8_t { yes, no, stop };
 /// an "all" and a "stop" for the documents that follow.
 class Interviewer {
  public:
-  Interviewer();
+  explicit Interviewer(const Request& request);
 
   /// Whether there is somebody to ask.
   static bool canAsk();
@@ -24,6 +25,7 @@ class Interviewer {
 
  private:
   Style style_;
+  std::string question_;
   bool all_ = false;
   bool stopped_ = false;
 };

@@ -1,7 +1,5 @@
 #include "options.h"
 
-#include <utility>
-
 namespace pluvo::cli {
 namespace {
 
@@ -17,12 +15,12 @@ constexpr CommandSet kHighlight = setOf(Command::highlight);
 
 // Flags are stored through one shape, values through another; the table stays one line of meaning per option.
 template <bool TypedOptions::*Flag>
-void raise(TypedOptions& typed, std::string /*value*/) {
+void raise(TypedOptions& typed, const std::string& /*value*/) {
   typed.*Flag = true;
 }
 template <std::optional<std::string> TypedOptions::*Value>
-void keep(TypedOptions& typed, std::string value) {
-  typed.*Value = std::move(value);
+void keep(TypedOptions& typed, const std::string& value) {
+  typed.*Value = value;
 }
 
 }  // namespace

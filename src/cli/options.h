@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -58,7 +57,7 @@ struct Option {
   std::string_view group;  ///< the heading it stands under in the help
   CommandSet commands;
   std::string_view help;  ///< lines; a line feed separates them
-  void (*store)(TypedOptions& typed, std::string value);
+  void (*store)(TypedOptions& typed, const std::string& value);
 };
 
 const std::vector<Option>& options();

@@ -64,7 +64,7 @@ ExitStatus run(const Request& request, files::FileSystem& system) {
     if (!Interviewer::canAsk()) {
       throw UsageError("--confirm needs a terminal to ask at; use --dry-run to see the changes first.");
     }
-    interviewer.emplace();
+    interviewer.emplace(request);
   }
   noteWholeWords(request);
   makeOutputFolder(request, system);

@@ -50,6 +50,7 @@ std::vector<std::string_view> suggestionsFor(std::string_view typed,
   }
   std::stable_sort(near.begin(), near.end(), [](auto& a, auto& b) { return a.first < b.first; });
   std::vector<std::string_view> words;
+  words.reserve(near.size());
   for (const auto& [slips, word] : near) words.push_back(word);
   return words;
 }

@@ -239,6 +239,7 @@ struct Answers {
 };
 
 TEST(Program, AsksBeforeEachChange) {
+  ::unsetenv("TERM");
   const std::vector<Answers> answers = {
       {"y\nn\ny\ny\n", "z y z\n", "z\n", R"("found":4,"operated":3,"skipped":1)"},
       {"n\na\n", "y z z\n", "z\n", R"("found":4,"operated":3,"skipped":1)"},
@@ -256,7 +257,21 @@ TEST(Program, AsksBeforeEachChange) {
     EXPECT_EQ(sandbox.read("b.txt"), each.b) << each.keys;
     EXPECT_THAT(result.out, HasSubstr(each.counts)) << each.keys;
     EXPECT_EQ(result.status, 0) << each.keys;
+    EXPECT_THAT(result.err, HasSubstr("[y] y y\r\nReplace it with 'z' [y,n,a,q]? ")) << each.keys;
   }
+}
+
+TEST(Program, ColorsOnlyWhereTheyAreWelcome) {
+  const Sandbox sandbox;
+  sandbox.write("a.txt", "x y z\n");
+  const Words ask = {"delete", "-b", "y", "--confirm", "a.txt"};
+  ASSERT_EQ(::setenv("TERM", "xterm", 1), 0);
+  EXPECT_THAT(sandbox.runAtTerminal(ask, "n\n").err, HasSubstr("x \033[1;31my\033[0m z"));
+  EXPECT_THAT(sandbox.run({"find", "-b", "y", "a.txt"}).out, Not(HasSubstr("\033")));
+  ASSERT_EQ(::setenv("NO_COLOR", "1", 1), 0);
+  EXPECT_THAT(sandbox.runAtTerminal(ask, "n\n").err, HasSubstr("x [y] z"));
+  ::unsetenv("NO_COLOR");
+  ::unsetenv("TERM");
 }
 
 TEST(Program, AsksOnlyAtATerminal) {
