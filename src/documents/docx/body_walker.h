@@ -31,8 +31,8 @@ struct RunLook {
 
 struct Properties {
   Extent whole;
-  RunLook look;           ///< of the run; of the paragraph's mark
-  std::string style;      ///< of the paragraph
+  RunLook look;       ///< of the run; of the paragraph's mark
+  std::string style;  ///< of the paragraph
   bool hasSection = false;
 };
 
@@ -46,7 +46,8 @@ struct Tag {
 /// Text as an element of a run holds it.
 struct TextElement {
   Extent extent;
-  std::string_view tag;      ///< the qualified name to write such text with; empty for text without a place of its own
+  std::string_view
+      tag;  ///< the qualified name to write such text with; empty for text without a place of its own
   std::u16string_view units;
 };
 
@@ -79,19 +80,20 @@ class BodyEvents {
   /// Characters 19, the instruction and 20 of a simple field, which its start tag stands for.
   virtual void simpleField(const Tag& tag, std::u16string_view instruction) = 0;
   virtual void endSimpleField(Extent endTag) = 0;
-  /// The mark of a paragraph, just before its close. Whether it is a mark of a cell, a section or a paragraph only
-  /// shows later.
+  /// The mark of a paragraph, just before its close. Whether it is a mark of a cell, a section or a paragraph
+  /// only shows later.
   virtual void paragraphMark(Extent endTag) = 0;
   /// The mark of a cell (or of the body) that does not end with a paragraph, just before its close.
   virtual void missingParagraph(Name container, Extent endTag) = 0;
   virtual void rowMark(Extent endTag) = 0;
 };
 
-/// Walks the body of a main part, and is the one place that knows which of its bytes are characters of the text.
+/// Walks the body of a main part, and is the one place that knows which of its bytes are characters of the
+/// text.
 ///
 /// Hyperlinks, content controls, smart tags, tracked changes and the chosen one of alternative contents are
-/// transparent: their runs are text. Text boxes, the inside of drawings, and elements of other vocabularies are
-/// not. A formula is one character, like a picture; so is text with a phonetic guide.
+/// transparent: their runs are text. Text boxes, the inside of drawings, and elements of other vocabularies
+/// are not. A formula is one character, like a picture; so is text with a phonetic guide.
 class BodyWalker {
  public:
   BodyWalker(files::ByteSpan part, const std::string& partName, BodyEvents& events);

@@ -9,8 +9,8 @@
 
 namespace pluvo::docx {
 
-/// What an edit takes along because its place in the text goes: notes and comments that are referred to nowhere
-/// else, and bookmarks that lay in the deleted text and that no field or link refers to.
+/// What an edit takes along because its place in the text goes: notes and comments that are referred to
+/// nowhere else, and bookmarks that lay in the deleted text and that no field or link refers to.
 class Departed : public Casualties {
  public:
   Departed(const BodyMap& map, const EditScript& script, const text::OriginalText& original,

@@ -29,7 +29,10 @@ std::vector<std::uint8_t> joined(const std::vector<files::ByteSpan>& pieces) {
 }  // namespace
 
 DocxSource::DocxSource(Package package, xml::Utf8Part part, BodyMap map, text::RunMap<std::uint8_t> highlight)
-    : package_(std::move(package)), part_(std::move(part)), map_(std::move(map)), highlight_(std::move(highlight)) {}
+    : package_(std::move(package)),
+      part_(std::move(part)),
+      map_(std::move(map)),
+      highlight_(std::move(highlight)) {}
 
 std::optional<std::string> DocxSource::refusesText(std::u16string_view newText) const {
   for (std::size_t i = 0; i < newText.size(); ++i) {

@@ -58,8 +58,8 @@ EditScript::EditScript(const model::Model& model) {
   closeGap(gap, reached, originalLength, originalLength);
 }
 
-/// Puts the new text of a gap beside the characters that it has as neighbours there: the kept ones on its sides
-/// and the dropped ones within.
+/// Puts the new text of a gap beside the characters that it has as neighbours there: the kept ones on its
+/// sides and the dropped ones within.
 void EditScript::closeGap(std::vector<Step>& gap, Position from, Position to, Position originalLength) {
   Position least = from == 0 ? 0 : (from - 1) * 2 + 1;
   const Position most = to == originalLength ? (to - 1) * 2 + 1 : to * 2;

@@ -14,7 +14,8 @@ using text::Position;
 struct Step {
   enum class Kind : std::uint8_t { keep, drop, put };
   Kind kind = Kind::keep;
-  /// keep and drop: the first original character. put: the original character beside which the new text stands.
+  /// keep and drop: the first original character. put: the original character beside which the new text
+  /// stands.
   Position original = 0;
   Position length = 0;
   Position at = 0;      ///< keep and put: where it stands in the edited text
@@ -22,14 +23,14 @@ struct Step {
   std::u16string_view units{};
 };
 
-/// How the edited text comes from the original one, as steps a walk over the original can follow. New text stands
-/// beside a character that is its neighbour, in the order of the text.
+/// How the edited text comes from the original one, as steps a walk over the original can follow. New text
+/// stands beside a character that is its neighbour, in the order of the text.
 class EditScript {
  public:
   explicit EditScript(const model::Model& model);
 
-  /// Takes the steps that concern original characters up to end, the new text behind the last of them included:
-  /// visit(const Step&), cut to them.
+  /// Takes the steps that concern original characters up to end, the new text behind the last of them
+  /// included: visit(const Step&), cut to them.
   template <class Visit>
   void take(Position end, Visit visit);
 

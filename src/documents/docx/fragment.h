@@ -26,12 +26,12 @@ Fragment fragmentOf(std::string_view bytes);
 template <class Visit>
 void forEachChild(std::string_view inner, Visit visit);
 
-/// Where the next element's start tag begins at or behind from, past text, comments and instructions; npos when
-/// there is none.
+/// Where the next element's start tag begins at or behind from, past text, comments and instructions; npos
+/// when there is none.
 std::size_t nextElement(std::string_view bytes, std::size_t from);
 
-/// Walks attributes of a start tag: visit(name, value, begin, end), where begin to end are the attribute's bytes
-/// with the blanks before it.
+/// Walks attributes of a start tag: visit(name, value, begin, end), where begin to end are the attribute's
+/// bytes with the blanks before it.
 template <class Visit>
 void forEachAttribute(std::string_view startTag, Visit visit);
 
@@ -56,7 +56,8 @@ void forEachAttribute(std::string_view startTag, Visit visit) {
     const std::size_t quote = startTag.find_first_of("\"'", equals);
     const std::size_t close = startTag.find(startTag[quote], quote + 1);
     const std::size_t nameEnd = startTag.find_last_not_of(kBlanks, equals - 1) + 1;
-    visit(startTag.substr(nameAt, nameEnd - nameAt), startTag.substr(quote + 1, close - quote - 1), at, close + 1);
+    visit(startTag.substr(nameAt, nameEnd - nameAt), startTag.substr(quote + 1, close - quote - 1), at,
+          close + 1);
     at = close + 1;
   }
 }

@@ -22,7 +22,8 @@ std::vector<std::uint32_t> idsIn(std::string_view text) {
     at += kMark.size() + 1;
     std::uint32_t id = 0;
     const std::size_t end = std::min(at + 11, text.size());
-    if (std::from_chars(text.data() + std::min(at, end), text.data() + end, id).ec == std::errc()) ids.push_back(id);
+    if (std::from_chars(text.data() + std::min(at, end), text.data() + end, id).ec == std::errc())
+      ids.push_back(id);
   }
   std::sort(ids.begin(), ids.end());
   return ids;
@@ -33,16 +34,18 @@ std::vector<std::uint32_t> idsIn(std::string_view text) {
 std::string Identifiers::withFreshIds(std::string_view markup) {
   std::string result;
   std::size_t copied = 0;
-  for (std::size_t at = nextElement(markup, 0); at != std::string_view::npos; at = nextElement(markup, at + 1)) {
+  for (std::size_t at = nextElement(markup, 0); at != std::string_view::npos;
+       at = nextElement(markup, at + 1)) {
     const Fragment element = fragmentOf(markup.substr(at));
     if (std::find(kNumbered.begin(), kNumbered.end(), element.local()) == kNumbered.end()) continue;
     const std::string wanted = std::string(element.prefix()) + "id";
-    forEachAttribute(element.startTag, [&](std::string_view name, std::string_view value, std::size_t, std::size_t) {
-      if (name != wanted) return;
-      const auto valueAt = static_cast<std::size_t>(value.data() - markup.data());
-      result.append(markup.substr(copied, valueAt - copied)).append(std::to_string(fresh()));
-      copied = valueAt + value.size();
-    });
+    forEachAttribute(element.startTag,
+                     [&](std::string_view name, std::string_view value, std::size_t, std::size_t) {
+                       if (name != wanted) return;
+                       const auto valueAt = static_cast<std::size_t>(value.data() - markup.data());
+                       result.append(markup.substr(copied, valueAt - copied)).append(std::to_string(fresh()));
+                       copied = valueAt + value.size();
+                     });
   }
   result.append(markup.substr(copied));
   return result;

@@ -10,8 +10,8 @@
 
 namespace pluvo::docx {
 
-/// Gives copies of elements that carry an id of their own another one: tracked insertions, deletions, moves and
-/// changes of format.
+/// Gives copies of elements that carry an id of their own another one: tracked insertions, deletions, moves
+/// and changes of format.
 class Identifiers {
  public:
   explicit Identifiers(files::ByteSpan part) : part_(part) {}

@@ -22,6 +22,7 @@ constexpr xml::KnownNamespace kNamespaces[] = {
     {"http://schemas.openxmlformats.org/package/2006/relationships", kPackageRelationships},
     {"http://schemas.openxmlformats.org/package/2006/content-types", kContentTypes},
     {"http://schemas.microsoft.com/office/word/2012/wordml", kWord15},
+    {"http://schemas.microsoft.com/office/word/2010/11/wordml", kWord15},
     {"http://schemas.microsoft.com/office/word/2016/wordml/cid", kWordCommentIds},
     {"http://schemas.microsoft.com/office/word/2018/wordml/cex", kWordCommentsExtensible},
     {"http://schemas.microsoft.com/office/word/2010/wordprocessingShape", kDrawingKnown},
@@ -165,8 +166,9 @@ constexpr xml::KnownName kNames[] = {
 };
 
 constexpr std::array<std::string_view, 17> kHighlights = {
-    "none",     "black",    "blue",        "cyan",    "green",      "magenta",  "red",       "yellow", "white",
-    "darkBlue", "darkCyan", "darkGreen", "darkMagenta", "darkRed", "darkYellow", "darkGray", "lightGray"};
+    "none",        "black",   "blue",       "cyan",     "green",    "magenta",
+    "red",         "yellow",  "white",      "darkBlue", "darkCyan", "darkGreen",
+    "darkMagenta", "darkRed", "darkYellow", "darkGray", "lightGray"};
 
 }  // namespace
 

@@ -45,7 +45,8 @@ class PartFilter {
   }
 
  private:
-  void cutElement(xml::Scanner& scanner, Token token, const std::function<void(const xml::Scanner&)>& inside) {
+  void cutElement(xml::Scanner& scanner, Token token,
+                  const std::function<void(const xml::Scanner&)>& inside) {
     const Offset begin = scanner.begin();
     if (token == Token::start) {
       while (scanner.next() != Token::end || scanner.depth() >= 2) {
@@ -65,7 +66,8 @@ class PartFilter {
     const auto bytes = part_.utf8.view;
     std::size_t copied = 0;
     for (const Extent& cut : cuts_) {
-      result.insert(result.end(), bytes.begin() + static_cast<std::ptrdiff_t>(copied), bytes.begin() + cut.begin);
+      result.insert(result.end(), bytes.begin() + static_cast<std::ptrdiff_t>(copied),
+                    bytes.begin() + cut.begin);
       copied = cut.end;
     }
     result.insert(result.end(), bytes.begin() + static_cast<std::ptrdiff_t>(copied), bytes.end());
@@ -77,7 +79,8 @@ class PartFilter {
   std::vector<Extent> cuts_;
 };
 
-void removeNotes(const Package& package, Role role, Name element, const Ids& ids, std::vector<ChangedPart>& changed) {
+void removeNotes(const Package& package, Role role, Name element, const Ids& ids,
+                 std::vector<ChangedPart>& changed) {
   if (ids.empty()) return;
   PartFilter(package, role)
       .filter(

@@ -9,8 +9,8 @@
 
 namespace pluvo::docx {
 
-/// A part under change, front to back: stretches of its old bytes and new text. What is not yet settled can be
-/// taken back.
+/// A part under change, front to back: stretches of its old bytes and new text. What is not yet settled can
+/// be taken back.
 class PartOutput {
  public:
   explicit PartOutput(files::ByteSpan source) : source_(source) {}
@@ -44,7 +44,8 @@ class PartOutput {
     settle(static_cast<Offset>(source_.size()));
     std::vector<files::ByteSpan> spans;
     for (const Piece& piece : pieces_) {
-      const auto* const bytes = piece.isNew ? reinterpret_cast<const std::uint8_t*>(text_.data()) : source_.data();
+      const auto* const bytes =
+          piece.isNew ? reinterpret_cast<const std::uint8_t*>(text_.data()) : source_.data();
       spans.emplace_back(bytes + piece.from, piece.to - piece.from);
     }
     return spans;

@@ -13,9 +13,10 @@ namespace {
 
 /// What stands before w:highlight in w:rPr; the tracked state of a mark stands first of all.
 constexpr std::array<std::string_view, 29> kBeforeHighlight = {
-    "ins",     "del",    "moveFrom", "moveTo",  "rStyle", "rFonts",  "b",         "bCs",    "i",        "iCs",
-    "caps",    "smallCaps", "strike", "dstrike", "outline", "shadow", "emboss",    "imprint", "noProof", "snapToGrid",
-    "vanish",  "webHidden", "color",  "spacing", "w",      "kern",    "position",  "sz",     "szCs"};
+    "ins",    "del",     "moveFrom", "moveTo",     "rStyle", "rFonts",    "b",       "bCs",
+    "i",      "iCs",     "caps",     "smallCaps",  "strike", "dstrike",   "outline", "shadow",
+    "emboss", "imprint", "noProof",  "snapToGrid", "vanish", "webHidden", "color",   "spacing",
+    "w",      "kern",    "position", "sz",         "szCs"};
 
 bool isOneOf(std::string_view name, std::initializer_list<std::string_view> names) {
   return std::find(names.begin(), names.end(), name) != names.end();
@@ -46,17 +47,19 @@ std::string without(std::string_view element, Drop drop) {
   if (element.empty()) return {};
   const Fragment fragment = fragmentOf(element);
   bool any = false;
-  const std::string inner = withChildren(fragment.inner, [&](const Fragment& child) -> std::optional<std::string> {
-    if (child.prefix() == fragment.prefix() && drop(child.local())) return "";
-    any = true;
-    return std::nullopt;
-  });
+  const std::string inner =
+      withChildren(fragment.inner, [&](const Fragment& child) -> std::optional<std::string> {
+        if (child.prefix() == fragment.prefix() && drop(child.local())) return "";
+        any = true;
+        return std::nullopt;
+      });
   return any ? std::string(fragment.startTag) + inner + std::string(fragment.endTag) : std::string();
 }
 
 /// The element with a child put where before(local) first fails; made when it is not there.
 template <class Before>
-std::string withChild(std::string_view element, const std::string& name, std::string_view child, Before before) {
+std::string withChild(std::string_view element, const std::string& name, std::string_view child,
+                      Before before) {
   if (element.empty()) return "<" + name + ">" + std::string(child) + "</" + name + ">";
   const Fragment fragment = fragmentOf(element);
   if (fragment.endTag.empty()) {
@@ -92,8 +95,9 @@ std::string withMarkProperties(std::string_view paragraphProperties, const Marku
                                const std::string& runProperties) {
   std::string rest = without(paragraphProperties, [](std::string_view local) { return local == "rPr"; });
   if (runProperties.empty()) return rest;
-  return withChild(rest, markup.element + "pPr", runProperties,
-                   [](std::string_view local) { return !isOneOf(local, {"sectPr", "pPrChange"}); });
+  return withChild(rest, markup.element + "pPr", runProperties, [](std::string_view local) {
+    return !isOneOf(local, {"sectPr", "pPrChange"});
+  });
 }
 
 }  // namespace
@@ -113,15 +117,17 @@ std::string runPropertiesOfMark(std::string_view paragraphProperties) {
   return without(childOf(paragraphProperties, "rPr"), tellsTracking);
 }
 
-std::string withMarkHighlight(std::string_view paragraphProperties, const Markup& markup, std::uint8_t colour) {
+std::string withMarkHighlight(std::string_view paragraphProperties, const Markup& markup,
+                              std::uint8_t colour) {
   return withMarkProperties(paragraphProperties, markup,
                             withHighlight(childOf(paragraphProperties, "rPr"), markup, colour));
 }
 
 std::string forSplitOffParagraph(std::string_view paragraphProperties) {
   const std::string_view old = childOf(paragraphProperties, "rPr");
-  const std::string kept =
-      without(paragraphProperties, [](std::string_view local) { return isOneOf(local, {"sectPr", "pPrChange"}); });
+  const std::string kept = without(paragraphProperties, [](std::string_view local) {
+    return isOneOf(local, {"sectPr", "pPrChange"});
+  });
   if (old.empty() || kept.empty()) return kept;
   Markup markup;
   markup.element = fragmentOf(kept).prefix();

@@ -23,18 +23,20 @@ struct Markup {
 /// w:rPr with this highlight (0: none), in the place the schema gives it.
 std::string withHighlight(std::string_view runProperties, const Markup& markup, std::uint8_t colour);
 
-/// The w:rPr that text beside a paragraph's mark takes: the mark's, without what tells how the mark was tracked.
+/// The w:rPr that text beside a paragraph's mark takes: the mark's, without what tells how the mark was
+/// tracked.
 std::string runPropertiesOfMark(std::string_view paragraphProperties);
 
 /// w:pPr with this highlight for the paragraph's mark.
-std::string withMarkHighlight(std::string_view paragraphProperties, const Markup& markup, std::uint8_t colour);
+std::string withMarkHighlight(std::string_view paragraphProperties, const Markup& markup,
+                              std::uint8_t colour);
 
-/// The w:pPr of a paragraph split off in front: without the section it would end and the tracked changes of the
-/// mark and the properties, which stay with the old mark.
+/// The w:pPr of a paragraph split off in front: without the section it would end and the tracked changes of
+/// the mark and the properties, which stay with the old mark.
 std::string forSplitOffParagraph(std::string_view paragraphProperties);
 
-/// What stands between the start tags of a content control and its content, for one whose text was changed: no
-/// longer bound to data, which would be read back into it, nor showing a placeholder.
+/// What stands between the start tags of a content control and its content, for one whose text was changed:
+/// no longer bound to data, which would be read back into it, nor showing a placeholder.
 std::string withoutBinding(std::string_view controlProperties);
 
 /// A start tag without the attributes of these local names, and as the tag of an element with content.

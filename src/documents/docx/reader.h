@@ -9,8 +9,8 @@
 
 namespace pluvo::docx {
 
-/// The way back from the text to the bytes of the main part. It is coarse, since a walk from the nearest place
-/// finds every character again.
+/// The way back from the text to the bytes of the main part. It is coarse, since a walk from the nearest
+/// place finds every character again.
 struct BodyMap {
   /// Places from which a walk can start: paragraphs directly in the body, in no field.
   struct Place {

@@ -57,8 +57,9 @@ bool Rewriter::idle() const {
 
 void Rewriter::jumpTowards(Position position) {
   if (walker_.position() > position) return;
-  const auto behind = std::upper_bound(map_.places.begin(), map_.places.end(), position,
-                                       [](Position p, const BodyMap::Place& place) { return p < place.position; });
+  const auto behind =
+      std::upper_bound(map_.places.begin(), map_.places.end(), position,
+                       [](Position p, const BodyMap::Place& place) { return p < place.position; });
   if (behind == map_.places.begin()) return;
   const BodyMap::Place& place = *(behind - 1);
   if (place.offset < walker_.offset() + kWorthJumping) return;
@@ -115,8 +116,9 @@ void Rewriter::open(const Tag& tag) {
 }
 
 void Rewriter::openTable(const Tag& tag) {
-  const auto table = std::lower_bound(map_.tables.begin(), map_.tables.end(), tag.extent.begin,
-                                      [](const BodyMap::Table& t, Offset offset) { return t.offset < offset; });
+  const auto table =
+      std::lower_bound(map_.tables.begin(), map_.tables.end(), tag.extent.begin,
+                       [](const BodyMap::Table& t, Offset offset) { return t.offset < offset; });
   if (table != map_.tables.end() && table->end > walker_.position() && script_.dropsAllTo(table->end)) {
     copyTo(tag.extent.begin);
     removedTables_ = 1;
@@ -256,11 +258,13 @@ void Rewriter::trackField(char16_t unit, bool kept) {
 }
 
 bool Rewriter::inCode() const {
-  const auto field = std::find_if(fields_.rbegin(), fields_.rend(), [](const FieldState& f) { return f.kept; });
+  const auto field =
+      std::find_if(fields_.rbegin(), fields_.rend(), [](const FieldState& f) { return f.kept; });
   return field != fields_.rend() && !field->inResult;
 }
 
-/// The outermost tracked deletion open in the paragraph, as an index; the number of open elements outside all.
+/// The outermost tracked deletion open in the paragraph, as an index; the number of open elements outside
+/// all.
 std::size_t Rewriter::trackedDeletion() const {
   for (std::size_t i = paragraph_ + 1; i < opens_.size(); ++i) {
     if (isTrackedDeletion(opens_[i].tag.name) && !opens_[i].bare) return i;

@@ -22,15 +22,18 @@ class Casualties {
   virtual bool goes(const Marker& marker) const = 0;
 };
 
-/// Carries an edit over to the main part. Walks the touched paragraphs once more, each from the nearest place known,
-/// leaves every byte where nothing is touched, and writes touched runs anew:
+/// Carries an edit over to the main part. Walks the touched paragraphs once more, each from the nearest place
+/// known, leaves every byte where nothing is touched, and writes touched runs anew:
 ///
 /// - new text stands in the run of the character it is put beside, never in a tracked deletion;
-/// - a run is divided only where its highlight changes, and one that lost its text goes, with the hyperlink or
+/// - a run is divided only where its highlight changes, and one that lost its text goes, with the hyperlink
+/// or
 ///   the like that holds nothing else;
-/// - a new paragraph mark ends the paragraph with a copy of its properties, and whatever is open in it is closed
+/// - a new paragraph mark ends the paragraph with a copy of its properties, and whatever is open in it is
+/// closed
 ///   and opened again;
-/// - what is left of a paragraph that lost its mark is carried into the next one, with the markers in between.
+/// - what is left of a paragraph that lost its mark is carried into the next one, with the markers in
+/// between.
 class Rewriter : private BodyEvents {
  public:
   Rewriter(files::ByteSpan part, const std::string& partName, const BodyMap& map, const model::Model& model,
@@ -56,12 +59,12 @@ class Rewriter : private BodyEvents {
     bool expanded = false;   ///< was <a/> and has content now
     bool touched = false;
     bool textChanged = false;
-    Offset content = 0;      ///< content control: where its content begins
-    bool headed = false;     ///< paragraph: what was carried stands in it
-    bool splitOff = false;   ///< paragraph: not the first of those it was divided into
-    Properties properties;   ///< paragraph
+    Offset content = 0;          ///< content control: where its content begins
+    bool headed = false;         ///< paragraph: what was carried stands in it
+    bool splitOff = false;       ///< paragraph: not the first of those it was divided into
+    Properties properties;       ///< paragraph
     std::u16string instruction;  ///< simple field
-    std::string markers;     ///< to stay when the element goes
+    std::string markers;         ///< to stay when the element goes
     std::vector<std::pair<std::size_t, std::size_t>> passed;  ///< alternatives not chosen, in the output
   };
   struct Run {
@@ -72,7 +75,7 @@ class Rewriter : private BodyEvents {
     std::string startTag;
     std::string properties;
     Offset headerEnd = 0;
-    Offset rawEnd = 0;     ///< behind what was left as it is
+    Offset rawEnd = 0;  ///< behind what was left as it is
     std::uint8_t colour = 0;
     std::optional<std::uint8_t> openColour;  ///< of the run now open in the output
     bool headerWritten = false;

@@ -1,4 +1,5 @@
-// Paragraphs: divided by new marks, merged where marks go, and the fields that are elements around their result.
+// Paragraphs: divided by new marks, merged where marks go, and the fields that are elements around their
+// result.
 #include "rewriter.h"
 #include "run_content.h"
 
@@ -339,8 +340,9 @@ void Rewriter::writeFieldAnew(Position from, Position end) {
     if (codeFrom < codeTo) {
       beginNewRun({});
       const auto at = static_cast<std::size_t>(codeFrom - from - 1);
-      write(std::u16string_view(fieldOpen_.instruction).substr(at, static_cast<std::size_t>(codeTo - codeFrom)), 0,
-            tag);
+      write(
+          std::u16string_view(fieldOpen_.instruction).substr(at, static_cast<std::size_t>(codeTo - codeFrom)),
+          0, tag);
       endNewRun();
     }
     if (last == end) output_.text() += fieldMark("separate");

@@ -93,7 +93,8 @@ void Rewriter::character(char16_t unit, Extent extent, Name name, std::string_vi
         dropElement(extent);
         break;
     }
-    if (step.kind != Step::Kind::put && name == Name::fldChar) trackField(unit, step.kind == Step::Kind::keep);
+    if (step.kind != Step::Kind::put && name == Name::fldChar)
+      trackField(unit, step.kind == Step::Kind::keep);
   });
   flushText();
 }
@@ -140,8 +141,9 @@ void Rewriter::ensureRun(std::uint8_t colour) {
   std::string& out = output_.text();
   const Markup written = markup();
   out += run_.isNew ? written.tag("r") + ">" : openedTag(output_.source(run_.tag.extent));
-  const std::string properties =
-      colour == run_.colour && !run_.isNew ? run_.properties : withHighlight(run_.properties, written, colour);
+  const std::string properties = colour == run_.colour && !run_.isNew
+                                     ? run_.properties
+                                     : withHighlight(run_.properties, written, colour);
   out += run_.headerWritten ? identifiers_.withFreshIds(properties) : properties;
   run_.headerWritten = true;
   out += run_.gap;
@@ -191,7 +193,8 @@ void Rewriter::passBytesBefore(Extent extent) {
   }
 }
 
-/// Writes new text into the run at hand, or beside it where it is tracked as deleted: what is new is not deleted.
+/// Writes new text into the run at hand, or beside it where it is tracked as deleted: what is new is not
+/// deleted.
 void Rewriter::put(const Step& step) {
   opens_.back().touched = opens_.back().textChanged = true;
   const std::string tag = markup().element + (inCode() ? "instrText" : "t");
@@ -253,11 +256,12 @@ std::string Rewriter::runs(std::u16string_view units, Position at, const std::st
   std::string result;
   const Markup written = markup();
   const std::string tag = written.element + (inCode() ? "instrText" : "t");
-  forEachColour(at, static_cast<Position>(units.size()), [&](std::size_t from, std::size_t count, std::uint8_t c) {
-    result += written.tag("r") + ">" + withHighlight(runProperties, written, c);
-    appendContent(result, units.substr(from, count), tag, written);
-    result += written.endTag("r");
-  });
+  forEachColour(at, static_cast<Position>(units.size()),
+                [&](std::size_t from, std::size_t count, std::uint8_t c) {
+                  result += written.tag("r") + ">" + withHighlight(runProperties, written, c);
+                  appendContent(result, units.substr(from, count), tag, written);
+                  result += written.endTag("r");
+                });
   return result;
 }
 

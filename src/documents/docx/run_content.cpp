@@ -16,9 +16,10 @@ void requireWholeCharacters(std::u16string_view units) {
     if (pair) {
       ++i;
     } else if (isHigh(units[i]) || isLow(units[i])) {
-      throw files::DocumentError(files::Problem::encoding,
-                                 "An operation cut a character in two (one that UTF-16 writes as a pair), which the "
-                                 "document cannot hold; choose texts of whole characters.");
+      throw files::DocumentError(
+          files::Problem::encoding,
+          "An operation cut a character in two (one that UTF-16 writes as a pair), which the "
+          "document cannot hold; choose texts of whole characters.");
     }
   }
 }

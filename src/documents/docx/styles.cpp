@@ -46,13 +46,13 @@ Styles::Styles(files::ByteSpan part, const std::string& partName) {
         style.basedOn = valueOf(scanner, Name::val);
         break;
       case Name::rPr:
-        // The run properties of a style stand directly in it, at depth 3; those of its table parts lie deeper.
+        // The run properties of a style stand directly in it, at depth 3; those of its table parts lie
+        // deeper.
         inRunProperties = token == Token::start && scanner.depth() == 3;
         break;
       case Name::vanish:
         if (inRunProperties) {
-          const bool on =
-              attribute(scanner, Name::val) == nullptr || isOn(valueOf(scanner, Name::val));
+          const bool on = attribute(scanner, Name::val) == nullptr || isOn(valueOf(scanner, Name::val));
           style.hidden = on ? RunLook::Hidden::yes : RunLook::Hidden::no;
           any_ = any_ || on;
         }
@@ -73,7 +73,8 @@ bool Styles::hides(const RunLook& look, const std::string& paragraphStyle) const
 bool Styles::isHidden(const std::string& style) const {
   auto found = styles_.find(style);
   for (int i = 0; i < kMostAncestors && found != styles_.end(); ++i) {
-    if (found->second.hidden != RunLook::Hidden::inherited) return found->second.hidden == RunLook::Hidden::yes;
+    if (found->second.hidden != RunLook::Hidden::inherited)
+      return found->second.hidden == RunLook::Hidden::yes;
     found = styles_.find(found->second.basedOn);
   }
   return false;

@@ -7,8 +7,8 @@
 
 namespace pluvo::docx {
 
-/// Which text a style sheet hides. A run is hidden when it says so itself; otherwise its paragraph's style and
-/// its own each turn hiding on, and both together off again, as Word reads such properties.
+/// Which text a style sheet hides. A run is hidden when it says so itself; otherwise its paragraph's style
+/// and its own each turn hiding on, and both together off again, as Word reads such properties.
 class Styles {
  public:
   Styles() = default;

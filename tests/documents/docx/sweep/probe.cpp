@@ -6,6 +6,7 @@
 //     docx_probe edit FILE OUT SEED           a random program of edits; OUT.txt gets the text it should have
 //
 // Prints one line of key=value pairs; exit 0 for an answer of any kind, 1 where the room contradicts itself.
+#include "documents/docx/package_check.h"
 #include "docx/docx_format.h"
 #include "model/model.h"
 
@@ -40,7 +41,8 @@ std::string utf8(std::u16string_view units) {
   std::string out;
   for (std::size_t i = 0; i < units.size(); ++i) {
     char32_t c = units[i];
-    if (c >= 0xD800 && c < 0xDC00 && i + 1 < units.size()) c = 0x10000 + ((c - 0xD800) << 10U) + (units[++i] - 0xDC00U);
+    if (c >= 0xD800 && c < 0xDC00 && i + 1 < units.size())
+      c = 0x10000 + ((c - 0xD800) << 10U) + (units[++i] - 0xDC00U);
     if (c < 0x80) {
       out += static_cast<char>(c);
     } else if (c < 0x800) {
@@ -105,12 +107,15 @@ int mark(const std::string& in, const std::string& out) {
     if (again.model.text().at(i) == u'e' && again.model.highlight().valueAt(i) == 7) ++found;
   }
   const bool same = textOf(again.model) == before;
-  std::cout << "same=" << same << " marked=" << marked << " found=" << found << "\n";
-  return same && marked == found ? 0 : 1;
+  const std::string worse = docx::worsened(docx::faultsOf(load(in)), docx::faultsOf(files::Bytes::of(bytes)));
+  std::cout << "same=" << same << " worse=" << worse << " marked=" << marked << " found=" << found << "\n";
+  return same && marked == found && worse.empty() ? 0 : 1;
 }
 
 void editOnce(model::Model& model, std::mt19937& random) {
-  const auto below = [&](Position n) { return static_cast<Position>(random() % static_cast<unsigned>(std::max(n, 1))); };
+  const auto below = [&](Position n) {
+    return static_cast<Position>(random() % static_cast<unsigned>(std::max(n, 1)));
+  };
   const auto whole = [&](Position p) {
     const char16_t unit = model.text().at(p);
     return unit >= 0xDC00 && unit <= 0xDFFF ? p - 1 : p;
@@ -118,8 +123,9 @@ void editOnce(model::Model& model, std::mt19937& random) {
   const Position from = whole(below(model.length()));
   const Position reach = below(4) == 0 ? below(400) : below(12);
   const text::Span span{from, whole(std::min(from + reach, model.length() - 1))};
-  static const std::u16string texts[] = {u"new",        u" the Lessee ", u"one\rtwo", u"line\r", u"a\tb",
-                                         u"x\u000By", u"A & B < C > \"D\"",   u"\r",       u"\U0001F600 ok"};
+  static const std::u16string texts[] = {u"new",          u" the Lessee ", u"one\rtwo",          u"line\r",
+                                         u"a\tb",         u"x\u000By",     u"A & B < C > \"D\"", u"\r",
+                                         u"\U0001F600 ok"};
   const std::u16string& text = texts[below(9)];
   if (span.from > span.to) return;
   const bool shown = (model.visibility().valueAt(from) & text::kInResults) != 0 || !model.isFieldMark(from);
@@ -156,8 +162,9 @@ int edit(const std::string& in, const std::string& out, unsigned seed) {
     std::ofstream(out + ".want", std::ios::binary) << utf8(textOf(document.model));
     std::ofstream(out + ".got", std::ios::binary) << utf8(textOf(again.model));
   }
-  std::cout << "same=" << same << "\n";
-  return same ? 0 : 1;
+  const std::string worse = docx::worsened(docx::faultsOf(load(in)), docx::faultsOf(files::Bytes::of(bytes)));
+  std::cout << "same=" << same << " worse=" << worse << "\n";
+  return same && worse.empty() ? 0 : 1;
 }
 
 int read(const std::string& in, const char* textTo) {

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "files/bytes.h"
+
+#include <map>
+#include <string>
+
+namespace pluvo::docx {
+
+/// What is wrong with a Word document as a package, each fault with how often it occurs: elements where the
+/// schema does not want them, markers and fields out of balance, ids given twice, references that lead
+/// nowhere, blanks that would be lost. Uses nothing of the room it checks but the scanner's tokens.
+using Faults = std::map<std::string, int>;
+Faults faultsOf(const files::Bytes& document);
+
+/// The kinds of fault that the second has and the first has not: what an edit made worse. (A run with a fault
+/// of its own that an edit divides has it twice.)
+std::string worsened(const Faults& before, const Faults& after);
+
+}  // namespace pluvo::docx
