@@ -239,6 +239,7 @@ struct Answers {
 };
 
 TEST(Program, AsksBeforeEachChange) {
+  if (!Sandbox::hasTerminals()) GTEST_SKIP() << "no terminals here";
   ::unsetenv("TERM");
   const std::vector<Answers> answers = {
       {"y\nn\ny\ny\n", "z y z\n", "z\n", R"("found":4,"operated":3,"skipped":1)"},
@@ -262,6 +263,7 @@ TEST(Program, AsksBeforeEachChange) {
 }
 
 TEST(Program, ColorsOnlyWhereTheyAreWelcome) {
+  if (!Sandbox::hasTerminals()) GTEST_SKIP() << "no terminals here";
   const Sandbox sandbox;
   sandbox.write("a.txt", "x y z\n");
   const Words ask = {"delete", "-b", "y", "--confirm", "a.txt"};
@@ -284,6 +286,7 @@ TEST(Program, AsksOnlyAtATerminal) {
 }
 
 TEST(Program, DoesNotAskWhereNothingCouldBeSaved) {
+  if (!Sandbox::hasTerminals()) GTEST_SKIP() << "no terminals here";
   const Sandbox sandbox;
   sandbox.write("a.txt", "y\n");
   ASSERT_EQ(::chmod(sandbox.path("a.txt").c_str(), 0444), 0);

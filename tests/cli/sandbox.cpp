@@ -95,9 +95,18 @@ Result Sandbox::run(const std::vector<std::string>& arguments) const {
   return {status, bytesOf(streams_ + "/out"), bytesOf(streams_ + "/err")};
 }
 
+bool Sandbox::hasTerminals() {
+  const int terminal = ::posix_openpt(O_RDWR | O_NOCTTY);
+  const bool given = terminal >= 0 && ::grantpt(terminal) == 0 && ::unlockpt(terminal) == 0 &&
+                     ::access(::ptsname(terminal), R_OK) == 0;
+  if (terminal >= 0) ::close(terminal);
+  return given;
+}
+
 Result Sandbox::runAtTerminal(const std::vector<std::string>& arguments, const std::string& keys) const {
   int terminal = -1;
   const pid_t child = ::forkpty(&terminal, nullptr, nullptr, nullptr);
+  if (child < 0) throw std::runtime_error("no terminal");
   if (child == 0) {
     redirect(STDOUT_FILENO, streams_ + "/out", O_WRONLY | O_CREAT | O_TRUNC);
     become(arguments);

@@ -31,6 +31,8 @@ class Sandbox {
 
   /// Standard input is empty, no stream is a terminal.
   Result run(const std::vector<std::string>& arguments) const;
+  /// Whether the machine gives out terminals; a bare root without its devices does not.
+  static bool hasTerminals();
   /// A person at a terminal types the keys; err is what the terminal shows, out goes to a file.
   Result runAtTerminal(const std::vector<std::string>& arguments, const std::string& keys) const;
 
