@@ -128,8 +128,7 @@ void editOnce(model::Model& model, std::mt19937& random) {
                                          u"\U0001F600 ok"};
   const std::u16string& text = texts[below(9)];
   if (span.from > span.to) return;
-  const bool shown = (model.visibility().valueAt(from) & text::kInResults) != 0 || !model.isFieldMark(from);
-  if (!shown || model.visibility().valueAt(from) == text::kInCodes) return;
+  if ((model.visibility().valueAt(from) & text::kInResults) == 0) return;
   switch (below(5)) {
     case 0:
       model.replace(span, text, text::View::results);

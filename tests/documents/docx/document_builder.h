@@ -1,0 +1,42 @@
+#pragma once
+
+#include "files/bytes.h"
+#include "formats/format.h"
+#include "model/model.h"
+
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace pluvo::docx {
+
+/// The parts of a package by their names; what a document cannot be without is put in.
+using Parts = std::map<std::string, std::string>;
+
+/// A package whose main part has this body. Parts given replace those put in; one given as "-" is left out.
+files::Bytes documentOf(std::string_view body, Parts parts = {});
+std::string mainPartOf(std::string_view body);
+
+/// <w:r> with these properties and one text element.
+std::string run(std::string_view text, std::string_view properties = {});
+/// <w:p> around content.
+std::string p(std::string_view content);
+
+/// A document as the rest of the program has it.
+struct Opened {
+  model::Model model;
+  std::unique_ptr<formats::Source> source;
+
+  files::Bytes written() const;
+  std::u16string text() const { return model.text().substring(0, model.length()); }
+  /// Where this text stands for the first time; a failure when it does not.
+  text::Span find(std::u16string_view wanted) const;
+};
+Opened open(files::Bytes bytes);
+
+std::string part(const files::Bytes& document, std::string_view name);
+/// What stands between the tags of w:body.
+std::string bodyOf(const files::Bytes& document);
+
+}  // namespace pluvo::docx
