@@ -56,5 +56,5 @@ build() {
   shift 2
   mkdir -p "build/$preset"
   quietly "build/$preset/configure.log" cmake --preset "$preset" "$@"
-  quietly "build/$preset/build.log" cmake --build "build/$preset" --target "$target"
+  quietly "build/$preset/build.log" cmake --build "build/$preset" --target "$target" -- -k 0
 }
