@@ -14,6 +14,8 @@ Fault::Fault(std::int32_t faultNumber, std::u16string faultDescription, std::u16
 
 Fault overflow() { return {kOverflow, u"Overflow"}; }
 Fault outOfMemory() { return {kOutOfMemory, u"Out of memory"}; }
+Fault subscriptOutOfRange() { return {kSubscriptOutOfRange, u"Subscript out of range"}; }
+Fault invalidUseOfNull() { return {kInvalidUseOfNull, u"Invalid use of Null"}; }
 Fault typeMismatch() { return {kTypeMismatch, u"Type mismatch"}; }
 Fault objectNotSet() { return {kObjectNotSet, u"Object variable or With block variable not set"}; }
 

@@ -30,6 +30,8 @@ class StringWord final : public word::OneDocumentApplication,
   void ShowFieldCodes(bool value) override { called(value ? "ShowFieldCodes true" : "ShowFieldCodes false"); }
   std::int32_t Start() override { return 0; }
   void SetRange(std::int32_t start, std::int32_t end) override;
+  std::u16string Text() override { word::unused(); }
+  std::int32_t countOf(word::WdUnits) override { word::unused(); }
 
   /// Writes the call down; Fault 4605 where it begins with what is to be refused.
   void called(const std::string& call);

@@ -29,6 +29,7 @@ class OneDocument : public Document {
 class OneDocumentApplication : public Application {
  public:
   std::shared_ptr<word::Documents> Documents() override { unused(); }
+  std::shared_ptr<word::Options> Options() override { unused(); }
   std::u16string PathSeparator() override { unused(); }
 };
 

@@ -2,6 +2,7 @@
 
 #include "documents.h"
 #include "errors/fault.h"
+#include "options.h"
 #include "window.h"
 #include "word/faults.h"
 
@@ -22,6 +23,15 @@ std::shared_ptr<word::Selection> MemoryApplication::Selection() {
 
 std::shared_ptr<word::Documents> MemoryApplication::Documents() {
   return std::make_shared<MemoryDocuments>(*this);
+}
+
+std::shared_ptr<word::Options> MemoryApplication::Options() { return std::make_shared<MemoryOptions>(*this); }
+
+const std::u16string& MemoryApplication::defaultFilePath(word::WdDefaultFilePath kind) const {
+  const auto found = defaultFolders_.find(kind);
+  if (found == defaultFolders_.end())
+    throw errors::Fault(word::kNotAvailable, u"There is no default folder of this kind.");
+  return found->second;
 }
 
 void MemoryApplication::add(std::shared_ptr<MemoryDocument> document, std::shared_ptr<DocumentFile> file) {

@@ -4,6 +4,7 @@
 #include "word/word_processor.h"
 
 #include <memory>
+#include <string>
 #include <utility>
 
 namespace pluvo::memory {
@@ -31,9 +32,16 @@ class MemorySelection : public word::Selection {
  public:
   explicit MemorySelection(std::shared_ptr<MemoryDocument> document) : document_(std::move(document)) {}
   std::int32_t Start() override { return document_->selection().from; }
+  std::u16string Text() override;
   void SetRange(std::int32_t start, std::int32_t end) override { document_->select({start, end}); }
 
+ protected:
+  std::int32_t countOf(word::WdUnits unit) override;
+
  private:
+  /// What is selected, or the character behind the insertion point.
+  text::Span selected() const;
+
   std::shared_ptr<MemoryDocument> document_;
 };
 

@@ -10,9 +10,13 @@ namespace pluvo::errors {
 enum FaultNumber : std::int32_t {
   kOverflow = 6,  ///< a value does not fit the width it is stored in
   kOutOfMemory = 7,
+  kSubscriptOutOfRange = 9,
   kTypeMismatch = 13,  ///< a text that should be a number is not one
+  kInputPastEnd = 62,  ///< a file ends before what is read of it
+  kPathFileAccess = 75,
   kPathNotFound = 76,
-  kObjectNotSet = 91,  ///< a member of an object that is not there
+  kObjectNotSet = 91,      ///< a member of an object that is not there
+  kInvalidUseOfNull = 94,  ///< a choice that was not made, where one is needed
 };
 
 /// A run-time fault: what the reporter prints. Thrown by value, caught in the procedure it reaches, reported
@@ -34,7 +38,9 @@ struct Fault : std::exception {
 /// The faults with a number of their own, worded in one place.
 Fault overflow();
 Fault outOfMemory();
+Fault subscriptOutOfRange();
 Fault typeMismatch();
+Fault invalidUseOfNull();
 Fault objectNotSet();
 
 }  // namespace pluvo::errors

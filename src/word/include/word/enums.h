@@ -38,6 +38,8 @@ enum WdProtectionType : std::int32_t {
   wdAllowOnlyReading = 3,
 };
 
+enum WdDefaultFilePath : std::int32_t { wdDocumentsPath = 0, wdUserTemplatesPath = 2 };
+
 enum WdStoryType : std::int32_t { wdMainTextStory = 1 };
 
 }  // namespace pluvo::word

@@ -17,6 +17,17 @@ namespace pluvo::word {
 
 class Range;
 
+/// What counts its characters, words and so on.
+class Counted {
+ public:
+  virtual ~Counted() = default;
+
+ protected:
+  friend class UnitCollection;
+  /// How many units it touches, as Word counts them; a partial unit counts as one.
+  virtual std::int32_t countOf(WdUnits unit) = 0;
+};
+
 /// The count given to MoveStart and MoveEnd: a 32-bit value, or a reference to a 16-bit one. A binding passes
 /// on which it was.
 using MoveCount = std::variant<std::int32_t, std::int16_t*>;
@@ -50,19 +61,17 @@ class Find {
 /// One of a range's collections (characters, words, sentences, paragraphs), so far as it is used.
 class UnitCollection {
  public:
-  UnitCollection(Range& range, WdUnits unit) : range_(range), unit_(unit) {}
-  std::int32_t Count() const;
+  UnitCollection(Counted& counted, WdUnits unit) : counted_(counted), unit_(unit) {}
+  std::int32_t Count() const { return counted_.countOf(unit_); }
 
  private:
-  Range& range_;
+  Counted& counted_;
   WdUnits unit_;
 };
 
 /// A live pair Start <= End over the main text; it follows its text when the document is edited elsewhere.
-class Range {
+class Range : public Counted {
  public:
-  virtual ~Range() = default;
-
   virtual std::int32_t Start() = 0;
   virtual void Start(std::int32_t position) = 0;
   virtual std::int32_t End() = 0;
@@ -89,14 +98,7 @@ class Range {
   virtual void HighlightColorIndex(std::int32_t colour) = 0;
 
   virtual std::shared_ptr<word::Find> Find() = 0;
-
- protected:
-  friend class UnitCollection;
-  /// How many units the range touches, as Word counts them; a partial unit counts as one.
-  virtual std::int32_t countOf(WdUnits unit) = 0;
 };
-
-inline std::int32_t UnitCollection::Count() const { return range_.countOf(unit_); }
 
 class View {
  public:
@@ -111,10 +113,12 @@ class Window {
   virtual std::shared_ptr<word::View> View() = 0;
 };
 
-class Selection {
+class Selection : public Counted {
  public:
-  virtual ~Selection() = default;
   virtual std::int32_t Start() = 0;
+  /// An insertion point has the text of the character behind it, and counts as one character.
+  virtual std::u16string Text() = 0;
+  UnitCollection Characters() { return {*this, wdCharacter}; }
   virtual void SetRange(std::int32_t start, std::int32_t end) = 0;
 };
 
@@ -158,6 +162,14 @@ class Documents {
   virtual std::shared_ptr<Document> Open(const std::u16string& fileName) = 0;
 };
 
+/// The word processor's settings.
+class Options {
+ public:
+  virtual ~Options() = default;
+  /// The folder, without a separator behind it unless it is a root.
+  virtual std::u16string DefaultFilePath(WdDefaultFilePath kind) = 0;
+};
+
 /// The word processor's global object.
 class Application {
  public:
@@ -165,6 +177,7 @@ class Application {
   virtual std::shared_ptr<Document> ActiveDocument() = 0;
   virtual std::shared_ptr<word::Selection> Selection() = 0;
   virtual std::shared_ptr<word::Documents> Documents() = 0;
+  virtual std::shared_ptr<word::Options> Options() = 0;
   /// What stands between the folders of a path.
   virtual std::u16string PathSeparator() = 0;
 };

@@ -4,6 +4,7 @@
 #include "memory/opener.h"
 #include "word/word_processor.h"
 
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -25,7 +26,14 @@ class MemoryApplication : public word::Application {
   std::shared_ptr<word::Selection> Selection() override;
   /// To be used no longer than this. The active document is the last.
   std::shared_ptr<word::Documents> Documents() override;
+  /// To be used no longer than this. A folder that was not set is a Fault 4605.
+  std::shared_ptr<word::Options> Options() override;
   std::u16string PathSeparator() override { return u"/"; }
+
+  void defaultFilePath(word::WdDefaultFilePath kind, std::u16string folder) {
+    defaultFolders_[kind] = std::move(folder);
+  }
+  const std::u16string& defaultFilePath(word::WdDefaultFilePath kind) const;
 
   /// Opens a document in front of the others. One without a file is not read-only and cannot be saved (Fault
   /// 4605).
@@ -49,6 +57,7 @@ class MemoryApplication : public word::Application {
   DocumentFile* fileOf(const MemoryDocument& document) const;
 
   std::shared_ptr<DocumentOpener> opener_;
+  std::map<word::WdDefaultFilePath, std::u16string> defaultFolders_;
   /// The active document last.
   std::vector<OpenedFile> open_;
 };

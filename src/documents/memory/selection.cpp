@@ -1,0 +1,21 @@
+#include "memory/document.h"
+#include "window.h"
+
+namespace pluvo::memory {
+
+text::Span MemorySelection::selected() const {
+  const text::Span selection = document_->selection();
+  if (!selection.empty()) return selection;
+  const auto next = document_->model().move(selection.from, word::wdCharacter, 1, document_->view());
+  return {selection.from, next.position};
+}
+
+std::u16string MemorySelection::Text() {
+  return document_->model().visibleText(selected(), document_->view());
+}
+
+std::int32_t MemorySelection::countOf(word::WdUnits unit) {
+  return document_->model().count(selected(), unit, document_->view());
+}
+
+}  // namespace pluvo::memory
