@@ -1,29 +1,43 @@
 #pragma once
 
+#include "forms/event.h"
+
 #include <cstdint>
-#include <functional>
 #include <string>
 #include <utility>
 
 namespace pluvo::forms {
 
-/// Raised to one handler; nothing happens where there is none.
-template <class... Arguments>
-class Event {
- public:
-  void handledBy(std::function<void(Arguments...)> handler) { handler_ = std::move(handler); }
-  void raise(Arguments... arguments) const {
-    if (handler_) handler_(arguments...);
-  }
+enum class ControlKind { label, commandButton, textBox, checkBox, comboBox, listBox, picture, multiPage };
 
- private:
-  std::function<void(Arguments...)> handler_;
+enum class BackStyle { transparent = 0, opaque = 1 };
+
+/// Red in the lowest byte, then green, then blue.
+using Color = std::uint32_t;
+inline constexpr Color kWhite = 0xFFFFFF;
+
+struct Font {
+  std::u16string name = u"Tahoma";
+  int size = 8;  ///< in points
+  bool operator==(const Font&) const = default;
 };
 
-enum class ControlKind { label, commandButton, textBox };
+/// Where a control stands on its page, in a grid of twelve columns of equal width and as many rows as are
+/// used. Rows are as high as their controls ask for; those with multi-line text or a list share what is left.
+/// Without columns: on a line of its own, below the control before it.
+struct Cell {
+  int row = 0;
+  int column = 0;
+  int rows = 1;
+  int columns = 0;
+  bool operator==(const Cell&) const = default;
+};
 
 /// One control of a form: plain values that handlers read and write, and that a renderer mirrors. The user's
-/// doings arrive as calls from the renderer, or from a test.
+/// doings arrive as calls from the renderer, or from a test; a control that is off or hidden ignores them.
+///
+/// A call that stands for the user's doing lets a Fault out only where the reporter itself failed; see
+/// unreported.h.
 class Control {
  public:
   Control(ControlKind kind, std::u16string name, std::u16string caption = {})
@@ -35,16 +49,24 @@ class Control {
   ControlKind kind() const { return kind_; }
   const std::u16string& Name() const { return name_; }
 
-  /// "&" stands before the letter that presses the control.
+  /// "&" stands before the letter that presses a button; two are one "&".
   const std::u16string& Caption() const { return caption_; }
   void Caption(std::u16string caption) { set(caption_, std::move(caption)); }
   bool Enabled() const { return enabled_; }
   void Enabled(bool value) { set(enabled_, value); }
   bool Visible() const { return visible_; }
   void Visible(bool value) { set(visible_, value); }
-  /// Shown while the pointer rests on the control.
+  /// Shown while the pointer rests on the control, letter for letter.
   const std::u16string& ControlTipText() const { return tip_; }
   void ControlTipText(std::u16string tip) { set(tip_, std::move(tip)); }
+  forms::BackStyle BackStyle() const { return backStyle_; }
+  void BackStyle(forms::BackStyle style) { set(backStyle_, style); }
+  Color BackColor() const { return backColor_; }
+  void BackColor(Color color) { set(backColor_, color); }
+  const forms::Font& Font() const { return font_; }
+  void Font(forms::Font font) { set(font_, std::move(font)); }
+  const forms::Cell& Cell() const { return cell_; }
+  void Cell(forms::Cell cell) { set(cell_, cell); }
 
   /// For the renderer: something about the control is to be shown anew.
   Event<> changed;
@@ -56,6 +78,8 @@ class Control {
     field = std::move(value);
     changed.raise();
   }
+  /// Whether the user can do anything with it.
+  bool inReach() const { return enabled_ && visible_; }
 
  private:
   ControlKind kind_;
@@ -64,12 +88,28 @@ class Control {
   std::u16string tip_;
   bool enabled_ = true;
   bool visible_ = true;
+  forms::BackStyle backStyle_ = forms::BackStyle::opaque;
+  Color backColor_ = kWhite;
+  forms::Font font_;
+  forms::Cell cell_;
 };
 
 class Label final : public Control {
  public:
   explicit Label(std::u16string name, std::u16string caption = {})
       : Control(ControlKind::label, std::move(name), std::move(caption)) {}
+
+  /// A link is drawn as one, and can be reached and pressed with the keyboard.
+  bool IsLink() const { return isLink_; }
+  void IsLink(bool value) { set(isLink_, value); }
+  /// The user clicks the label.
+  void press() const {
+    if (inReach()) Click.raise();
+  }
+  Event<> Click;
+
+ private:
+  bool isLink_ = false;
 };
 
 class CommandButton final : public Control {
@@ -77,31 +117,23 @@ class CommandButton final : public Control {
   explicit CommandButton(std::u16string name, std::u16string caption = {})
       : Control(ControlKind::commandButton, std::move(name), std::move(caption)) {}
 
-  /// The user presses the button; one that is off or hidden cannot be pressed.
+  /// The user presses the button.
   void press() const {
-    if (Enabled() && Visible()) Click.raise();
+    if (inReach()) Click.raise();
   }
   Event<> Click;
 };
 
-class TextBox final : public Control {
+/// One character drawn as large as its place allows, in whatever face the system has for it.
+class Picture final : public Control {
  public:
-  explicit TextBox(std::u16string name) : Control(ControlKind::textBox, std::move(name)) {}
+  explicit Picture(std::u16string name, std::u16string symbol = {})
+      : Control(ControlKind::picture, std::move(name)), symbol_(std::move(symbol)) {}
 
-  const std::u16string& Text() const { return text_; }
-  void Text(std::u16string text) { set(text_, std::move(text)); }
-  /// What is shown in the place of every character typed; empty: the character itself.
-  const std::u16string& PasswordChar() const { return passwordChar_; }
-  void PasswordChar(std::u16string character) { set(passwordChar_, std::move(character)); }
-
-  /// The user presses a key that makes this character; 13 is Enter. The renderer, which owns the caret, sets
-  /// the text where the key changes it.
-  void pressKey(std::int16_t character) const { KeyPress.raise(character); }
-  Event<std::int16_t> KeyPress;
+  const std::u16string& Symbol() const { return symbol_; }
 
  private:
-  std::u16string text_;
-  std::u16string passwordChar_;
+  std::u16string symbol_;
 };
 
 }  // namespace pluvo::forms

@@ -1,8 +1,13 @@
 #pragma once
 
+#include "errors/fault.h"
+#include "forms/check_box.h"
+#include "forms/combo_box.h"
 #include "forms/control.h"
+#include "forms/list_box.h"
+#include "forms/multi_page.h"
+#include "forms/text_box.h"
 
-#include <functional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -63,17 +68,38 @@ class Form {
   }
   Event<> Closed;
 
-  /// In the order in which they were added.
-  const std::vector<Control*>& controls() const { return controls_; }
-  /// Nothing where there is none of that name.
-  Control* control(std::u16string_view name) const {
-    for (Control* control : controls_) {
-      if (control->Name() == name) return control;
-    }
-    return nullptr;
+  /// The window came to the front.
+  void activate() { Activated.raise(); }
+  Event<> Activated;
+
+  /// Whether the form is out of the way, so that what lies behind it is seen: 1, else 0.
+  int WindowState() const { return windowState_; }
+  void WindowState(int state) {
+    if (windowState_ == state) return;
+    windowState_ = state;
+    changed.raise();
   }
 
-  /// For the renderer: the caption is to be shown anew.
+  /// Where the keyboard goes; nowhere at first.
+  Control* ActiveControl() const { return activeControl_; }
+  void SetFocus(Control& control) {
+    activeControl_ = &control;
+    changed.raise();
+  }
+
+  /// Those that stand on the form itself, in the order in which they were added.
+  const std::vector<Control*>& controls() const { return controls_; }
+  /// Also one on a page. Nothing where there is none of that name.
+  Control* control(std::u16string_view name) const;
+  /// The control of that name and kind. Throws Fault kObjectNotSet where there is none.
+  template <class Kind>
+  Kind& get(std::u16string_view name) const {
+    auto* found = dynamic_cast<Kind*>(control(name));
+    if (found == nullptr) throw errors::objectNotSet();
+    return *found;
+  }
+
+  /// For the renderer: caption, window state or focus are to be shown anew.
   Event<> changed;
 
  protected:
@@ -85,6 +111,8 @@ class Form {
   std::u16string name_;
   std::u16string caption_;
   bool visible_ = false;
+  int windowState_ = 0;
+  Control* activeControl_ = nullptr;
   std::vector<Control*> controls_;
 };
 

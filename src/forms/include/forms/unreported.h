@@ -1,0 +1,25 @@
+#pragma once
+
+#include "errors/context.h"
+#include "forms/message_boxes.h"
+
+#include <optional>
+#include <utility>
+
+namespace pluvo::forms {
+
+/// For renderers: passes on what the user did. A fault arrives here only where the reporter itself failed,
+/// its log folder being away perhaps; the user is told all the same, and the dialog goes on.
+template <class Doing>
+void userDid(MessageBoxes& boxes, Doing&& doing) {
+  errors::Fault fault;
+  try {
+    std::forward<Doing>(doing)();
+    return;
+  } catch (...) {
+    fault = errors::faultInFlight();
+  }
+  boxes.show(fault.description, Buttons::ok, std::nullopt);
+}
+
+}  // namespace pluvo::forms
