@@ -63,31 +63,31 @@ TEST(Copy, GoesOnAsTheMissingFolderIsAnswered) {
   const struct {
     const char* story;
     std::deque<ErrorCode> results;
-    std::int32_t policy;
     std::deque<Answer> answers;
     Calls calls;
-    bool failures;
     Calls events;
     std::size_t messages;
+    std::int32_t policy;
+    bool failures;
   } cases[] = {
-      {"it works", {}, 0, {}, {kCopy}, false, {}, 0},
-      {"another error is told", {5}, 1, {}, {kCopy}, true, {"5 s\\a d\\b"}, 0},
-      {"asked, the user says no", {3}, 0, {Answer::no}, {kCopy}, true, {}, 1},
-      {"asked, the user says yes", {3}, 0, {Answer::yes}, {kCopy, kCreate, kCopy}, false, {}, 1},
-      {"made without asking", {3}, 1, {}, {kCopy, kCreate, kCopy}, false, {}, 0},
-      {"made, and the copy fails", {3, 0, 5}, 1, {}, {kCopy, kCreate, kCopy}, true, {"5 s\\a d\\b"}, 0},
-      {"never made", {3}, 2, {}, {kCopy}, true, {}, 0},
-      {"a policy that is none", {3}, 3, {}, {kCopy}, false, {}, 0},
-      {"missing all the same", {3, 0, 3}, 1, {}, {kCopy, kCreate, kCopy, kCreate}, false, {}, 0},
+      {"it works", {}, {}, {kCopy}, {}, 0, 0, false},
+      {"another error is told", {5}, {}, {kCopy}, {"5 s\\a d\\b"}, 0, 1, true},
+      {"asked, the user says no", {3}, {Answer::no}, {kCopy}, {}, 1, 0, true},
+      {"asked, the user says yes", {3}, {Answer::yes}, {kCopy, kCreate, kCopy}, {}, 1, 0, false},
+      {"made without asking", {3}, {}, {kCopy, kCreate, kCopy}, {}, 0, 1, false},
+      {"made, and the copy fails", {3, 0, 5}, {}, {kCopy, kCreate, kCopy}, {"5 s\\a d\\b"}, 0, 1, true},
+      {"never made", {3}, {}, {kCopy}, {}, 0, 2, true},
+      {"a policy that is none", {3}, {}, {kCopy}, {}, 0, 3, false},
+      {"missing all the same", {3, 0, 3}, {}, {kCopy, kCreate, kCopy, kCreate}, {}, 0, 1, false},
       {"asked before each attempt",
        {3, 0, 3},
-       0,
        {Answer::yes, Answer::yes},
        {kCopy, kCreate, kCopy, kCreate},
-       false,
        {},
-       2},
-      {"it cannot be made", {3, 13, 3, 13}, 1, {}, {kCopy, kCreate, kCopy, kCreate}, true, {}, 2},
+       2,
+       0,
+       false},
+      {"it cannot be made", {3, 13, 3, 13}, {}, {kCopy, kCreate, kCopy, kCreate}, {}, 2, 1, true},
   };
   for (const auto& one : cases) {
     SCOPED_TRACE(one.story);

@@ -18,7 +18,7 @@ Paths sorted(const Paths& paths, std::int32_t type = 0) {
   sorter.Data(paths);
   sorter.SortData();
   EXPECT_TRUE(sorter.Sorted());
-  const Paths data = sorter.Data();
+  Paths data = sorter.Data();
   sorter.Data({});
   EXPECT_FALSE(sorter.Sorted());
   return data;

@@ -22,14 +22,16 @@ struct ScriptedFile {
   std::string text = "A¶";
   bool readOnly = false;
   word::WdProtectionType protection = word::wdNoProtection;
-  std::string password = "";
+  std::string password = {};
 };
 
 /// A document of ScriptedWord. The text is a document in memory; the rest is as the test says.
 class ScriptedDocument : public word::Document, public std::enable_shared_from_this<ScriptedDocument> {
  public:
   ScriptedDocument(ScriptedWord& word, std::string path, ScriptedFile& file)
-      : word_(word), path_(std::move(path)), file_(file), sample_(file.text) {}
+      : word_(word), path_(std::move(path)), file_(file), sample_(file.text) {
+    alone_.add(sample_.document);
+  }
 
   std::shared_ptr<word::Range> Range(std::int32_t start, std::int32_t end) override {
     return sample_.document->Range(start, end);
@@ -48,7 +50,7 @@ class ScriptedDocument : public word::Document, public std::enable_shared_from_t
   void Close(bool saveChanges) override;
 
   std::string name() const { return path_.substr(path_.rfind('\\') + 1); }
-  const std::shared_ptr<memory::MemoryDocument>& inMemory() const { return sample_.document; }
+  std::shared_ptr<word::Selection> selection() { return alone_.Selection(); }
 
  private:
   /// As called of the word processor, about this document.
@@ -58,6 +60,8 @@ class ScriptedDocument : public word::Document, public std::enable_shared_from_t
   std::string path_;
   ScriptedFile& file_;
   notation::Sample sample_;
+  /// For the selection.
+  memory::MemoryApplication alone_;
 };
 
 /// A word processor over files that a test describes. It writes into a story what it is told to do, and
@@ -79,11 +83,7 @@ class ScriptedWord : public word::Application, public word::Documents {
   }
 
   std::shared_ptr<word::Document> ActiveDocument() override { return active(); }
-  std::shared_ptr<word::Selection> Selection() override {
-    selections_.add(active()->inMemory());
-    const auto selection = selections_.Selection();
-    return selection;
-  }
+  std::shared_ptr<word::Selection> Selection() override { return active()->selection(); }
   /// Itself, owned by the test.
   std::shared_ptr<word::Documents> Documents() override { return {std::shared_ptr<void>(), this}; }
   std::shared_ptr<word::Options> Options() override { return selections_.Options(); }
@@ -121,7 +121,6 @@ class ScriptedWord : public word::Application, public word::Documents {
   }
 
   std::vector<std::string>& story_;
-  memory::MemoryApplication selections_;
 };
 
 inline void ScriptedDocument::called(const std::string& verb, const std::string& more) {
