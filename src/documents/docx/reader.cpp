@@ -94,7 +94,10 @@ class Reader : public BodyEvents {
     } else if (unit == text::kFieldEnd) {
       builder_.endField(look_);
     } else {
-      builder_.append(unit, look_);
+      model::Look look = look_;
+      // Nobody sees where a comment is anchored, so a text is found across it.
+      look.hidden = look.hidden || unit == text::kCommentReference;
+      builder_.append(unit, look);
     }
   }
 

@@ -39,7 +39,7 @@ TEST(Reading, textIsWhatStandsInRuns) {
       {p("<w:r><w:sym w:font=\"Wingdings\" w:char=\"F0FC\"/><w:sym w:char=\"000D\"/><w:sym/></w:r>"),
        "\xEF\x83\xBC((¶"},
       {p("<w:r><w:footnoteReference w:id=\"2\"/><w:endnoteReference w:id=\"2\"/><w:commentReference w:id=\"0\"/></w:r>"),
-       "\x02\x02\x05¶"},
+       "\x02\x02<h:\x05>¶"},
       {p("<w:r><w:drawing><wp:inline/></w:drawing><w:drawing> <wp:anchor/></w:drawing><w:pict/><w:object/></w:r>"
          "<m:oMath><m:r><m:t>x</m:t></m:r></m:oMath>"),
        "\x01\x08\x01\x01\x01¶"},
