@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace pluvo::cli {
+
+/// The file a report is written into, and a place beside it for what must come later in the file than it is
+/// known. Nothing has the report's name before it is finished.
+class ReportFile {
+ public:
+  /// Throws UsageError where the file cannot be made.
+  explicit ReportFile(std::string path);
+  ReportFile(const ReportFile&) = delete;
+  ReportFile& operator=(const ReportFile&) = delete;
+  ~ReportFile();
+
+  /// Adds to the part that comes last. A failure to write is a std::system_error.
+  void addLater(std::string_view text);
+  /// Writes the beginning, what was added, and the end, and gives the file its name.
+  void finish(std::string_view beginning, std::string_view end);
+
+ private:
+  struct Close {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+  };
+  using File = std::unique_ptr<std::FILE, Close>;
+
+  std::string path_;
+  std::string temporary_;
+  File file_;
+  File later_;
+};
+
+}  // namespace pluvo::cli

@@ -1,0 +1,139 @@
+#include "report_html.h"
+
+#include "report_file.h"
+#include "report_page.h"
+#include "unicode.h"
+
+#include <string_view>
+
+namespace pluvo::cli {
+namespace {
+
+/// Text for a page; bytes that are no UTF-8 become U+FFFD.
+std::string escaped(std::string_view bytes) {
+  std::string out;
+  out.reserve(bytes.size());
+  std::size_t sound = wellFormedLength(bytes);
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    if (i >= sound) {
+      const std::size_t more = wellFormedLength(bytes.substr(i));
+      if (more == 0) {
+        out += "\xEF\xBF\xBD";
+        continue;
+      }
+      sound = i + more;
+    }
+    switch (bytes[i]) {
+      case '&':
+        out += "&amp;";
+        break;
+      case '<':
+        out += "&lt;";
+        break;
+      case '>':
+        out += "&gt;";
+        break;
+      case '"':
+        out += "&quot;";
+        break;
+      default:
+        out += static_cast<unsigned char>(bytes[i]) < 0x20 ? ' ' : bytes[i];
+    }
+  }
+  return out;
+}
+
+std::string cell(std::int64_t number) { return "<td class=\"n\">" + std::to_string(number) + "</td>"; }
+
+std::string line(std::string_view kind, const Excerpt& excerpt, std::string_view element) {
+  const std::string name(element);
+  return "<p class=\"block " + std::string(kind) + "\">" + escaped(excerpt.lead) + "<" + name + ">" +
+         escaped(excerpt.piece) + "</" + name + ">" + escaped(excerpt.trail) + "</p>";
+}
+
+std::string item(const BlockReport& block) {
+  std::string html = "<li><p class=\"soft\">Paragraph " + std::to_string(block.before.paragraph);
+  if (block.refused) return html + ": <span class=\"bad\">refused</span></p>" + line("", block.before, "mark") + "</li>\n";
+  if (!block.after) return html + "</p>" + line("", block.before, "mark") + "</li>\n";
+  const bool sameText = block.after->piece == block.before.piece;
+  if (sameText) return html + "</p>" + line("", *block.after, "mark") + "</li>\n";
+  return html + "</p>" + line("old", block.before, "del") + line("new", *block.after, "ins") + "</li>\n";
+}
+
+class HtmlReport final : public Printer {
+ public:
+  HtmlReport(const std::string& path, std::string command) : file_(path), command_(std::move(command)) {}
+
+  bool wantsBlocks() const override { return true; }
+
+  void block(const std::string& /*path*/, const BlockReport& block) override {
+    items_ += item(block);
+  }
+
+  void document(const Outcome& outcome) override {
+    row(outcome);
+    if (!items_.empty()) {
+      file_.addLater("<details><summary>" + escaped(outcome.path) + " <span class=\"soft\">" +
+                     std::to_string(outcome.found) + (outcome.found == 1 ? " block" : " blocks") +
+                     "</span></summary><ol>\n" + items_ + "</ol></details>\n");
+    }
+    items_.clear();
+  }
+
+  void end(const Totals& totals) override {
+    const auto total = [](std::string_view name, std::int64_t value) {
+      return "<div><dt>" + std::string(name) + "</dt><dd>" + std::to_string(value) + "</dd></div>";
+    };
+    std::string beginning(kReportHead);
+    beginning += "<header><h1>PLUVO report</h1><p><code>" + escaped(command_) + "</code></p></header>\n<main>\n";
+    beginning += "<dl class=\"totals\">" + total("Documents", totals.files) + total("Blocks found", totals.found) +
+                 total("Operated on", totals.operated) + total("Skipped", totals.skipped) +
+                 total("Documents changed", totals.changed) + total("Failed", totals.failed) + "</dl>\n";
+    beginning += table("Documents not processed", failures_, "<th>Reason</th><th>What to do</th>");
+    beginning += table("Documents", rows_,
+                       "<th class=\"n\">Found</th><th class=\"n\">Operated on</th><th class=\"n\">Skipped</th>"
+                       "<th>Saved</th>");
+    beginning +=
+        "<h2>Blocks</h2>\n<nav aria-label=\"Blocks\"><label for=\"filter\">Show documents named</label>"
+        "<input id=\"filter\" type=\"search\"><span id=\"shown\" role=\"status\"></span>"
+        "<button id=\"open\" type=\"button\">Open all</button><button id=\"close\" type=\"button\">Close all</button>"
+        "<span class=\"soft\">Keys: / to the names, j and k from document to document, Enter opens</span></nav>\n";
+    file_.finish(beginning, "</main>" + std::string(kReportTail));
+  }
+
+ private:
+  void row(const Outcome& outcome) {
+    const std::string name = "<tr><td>" + escaped(outcome.path) + "</td>";
+    if (outcome.failure) {
+      failures_ += name + "<td class=\"bad\">" + std::string(files::nameOf(outcome.failure->problem)) + "</td><td>" +
+                   escaped(outcome.failure->message) + "</td></tr>\n";
+      return;
+    }
+    std::string saved = outcome.saved ? "yes" : "no";
+    if (!outcome.savedAs.empty()) saved = "as " + escaped(outcome.savedAs);
+    if (!outcome.backup.empty()) saved += ", original kept as " + escaped(outcome.backup);
+    if (outcome.refused > 0) saved += ", " + std::to_string(outcome.refused) + " refused";
+    rows_ += name + cell(outcome.found) + cell(outcome.operated) + cell(outcome.skipped) + "<td>" + saved +
+             "</td></tr>\n";
+  }
+
+  static std::string table(std::string_view heading, const std::string& rows, std::string_view columns) {
+    if (rows.empty()) return {};
+    return "<h2>" + std::string(heading) + "</h2>\n<table><thead><tr><th>Document</th>" + std::string(columns) +
+           "</tr></thead><tbody>\n" + rows + "</tbody></table>\n";
+  }
+
+  ReportFile file_;
+  std::string command_;
+  std::string items_;
+  std::string rows_;
+  std::string failures_;
+};
+
+}  // namespace
+
+std::unique_ptr<Printer> htmlReport(const std::string& path, const std::string& command) {
+  return std::make_unique<HtmlReport>(path, command);
+}
+
+}  // namespace pluvo::cli

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "printer.h"
+
+#include <memory>
+#include <string>
+
+namespace pluvo::cli {
+
+std::unique_ptr<Printer> htmlReport(const std::string& path, const std::string& command);
+
+}  // namespace pluvo::cli
