@@ -7,21 +7,19 @@
 #include "forms/form.h"
 #include "memory/application.h"
 #include "message_policy.h"
+#include "multifile/file_driver.h"
 #include "pass_watcher.h"
+#include "run_opener.h"
 
 #include <memory>
-#include <new>
 
 namespace pluvo::cli {
 
-using files::DocumentError;
 using files::Problem;
 
 namespace {
 
 constexpr std::int32_t kFullDetail = 4;
-
-std::string_view fileName(std::string_view path) { return path.substr(path.rfind('/') + 1); }
 
 std::int32_t operationOf(Command command) {
   switch (command) {
@@ -33,13 +31,12 @@ std::int32_t operationOf(Command command) {
       return engine::kDelete;
     case Command::highlight:
       return engine::kHighlight;
-    case Command::find:
-      break;
+    default:
+      return engine::kNone;
   }
-  return engine::kNone;
 }
 
-void handOver(const Request& request, engine::clsProcessFind& find) {
+void handOver(const Request& request, bool confirm, engine::clsProcessFind& find) {
   find.BeginBlock(request.begin);
   find.EndBlock(request.end);
   find.InsideBlock(request.inside);
@@ -56,11 +53,11 @@ void handOver(const Request& request, engine::clsProcessFind& find) {
   find.ShowFieldCodes(request.fieldCodes);
   find.StartFindsAtBeginningSetting(true);
   find.QuiteModeSetting(true);
-  find.ConfirmEachOperationsetting(request.confirm);
+  find.ConfirmEachOperationsetting(confirm && request.command != Command::find);
   find.LiftLimitsSetting(true);
 }
 
-/// In quiet mode a pass shows no form.
+/// In quiet mode a pass shows no form, and a password prompt that nobody sees is a cancelled one.
 class NoForms final : public forms::FormHost {
  public:
   void runModal(forms::Form& /*form*/) override {}
@@ -68,73 +65,100 @@ class NoForms final : public forms::FormHost {
   void repaint(forms::Form& /*form*/) override {}
 };
 
-/// One pass; what was refused, and what else went wrong in it, is in the outcome behind it.
-void pass(store::StoredDocument& document, const Surroundings& around, Outcome& outcome) {
-  PassWatcher watcher(document, around, outcome);
-  PassBoxes boxes(outcome.path, watcher, around.interviewer);
-  FirstReport report;
-  errors::Context context;
-  context.reporter = std::make_shared<errors::clsErrorLogging>(context.currentFault, report);
-  context.reporter->ErrorDetailLevel(kFullDetail);
-  NoForms forms;
-  auto application = std::make_shared<memory::MemoryApplication>();
-  application->add(document.document());
-
-  engine::clsProcessFind find(
-      {[&] { return std::shared_ptr<word::Application>(application); }, context, boxes, forms});
-  find.observer(&watcher);
-  handOver(around.request, find);
-  find.GoGetEmFARBOT();
-
-  if (outcome.failure) return;
-  const bool allRefused = watcher.refused() > 0 && outcome.operated == 0;
-  if (watcher.refused() > 0 && (!around.request.keepGoing || allRefused)) {
-    outcome.failure = watcher.firstRefusal();
-  } else if (watcher.refused() > 0) {
-    outcome.refused = watcher.refused();
-  } else if (report.text()) {
-    outcome.failure = {Problem::refused, errors::utf8(*report.text())};
+/// One document with an engine of its own: the multi-file driver over a list of one.
+class DocumentRun {
+ public:
+  DocumentRun(const NamedDocument& named, const Surroundings& around, const BlockSink& blocks,
+              Outcome& outcome)
+      : around_(around),
+        blocks_(blocks),
+        outcome_(outcome),
+        opener_(std::make_shared<RunOpener>(named, around, outcome)),
+        application_(std::make_shared<memory::MemoryApplication>(opener_)),
+        boxes_(outcome.path, around.interviewer),
+        engine_(
+            {[this] { return std::shared_ptr<word::Application>(application_); }, context_, boxes_, forms_}) {
+    context_.reporter = std::make_shared<errors::clsErrorLogging>(context_.currentFault, report_);
+    context_.reporter->ErrorDetailLevel(kFullDetail);
+    engine_.stepper(std::make_shared<multifile::FileDriver>());
   }
-}
 
-void save(store::StoredDocument& document, const Request& request, Outcome& outcome) {
-  outcome.changed = document.document()->model().changed();
-  if (!outcome.changed) {
+  void work() {
+    std::int32_t index = 0;
+    if (!engine_.MultiPLUVO_OpenNextFile({errors::nameText(outcome_.path)}, index)) {
+      if (!outcome_.failure) outcome_.failure = unexplained();
+      return;
+    }
+    for (const Request& request : around_.plan.requests) {
+      pass(request);
+      if (outcome_.failure || boxes_.passedBy()) break;
+    }
+    settle();
+    engine_.MultiPLUVO_CloseFile();
+  }
+
+ private:
+  void pass(const Request& request) {
+    PassWatcher watcher(*opener_->file(), around_, request, blocks_, outcome_);
+    boxes_.watch(&watcher);
+    engine_.observer(&watcher);
+    handOver(request, around_.interviewer != nullptr, engine_);
+    engine_.GoGetEmFARBOT();
+    engine_.observer(nullptr);
+    boxes_.watch(nullptr);
+
+    refused_ += watcher.refused();
+    if (!firstRefusal_) firstRefusal_ = watcher.firstRefusal();
+    if (outcome_.failure) return;
+    if (watcher.refused() > 0 && !around_.plan.keepGoing) {
+      outcome_.failure = firstRefusal_;
+    } else if (watcher.refused() == 0 && report_.text()) {
+      outcome_.failure = unexplained();
+    }
+    report_.forget();
+  }
+
+  /// Behind the last pass and before the document is closed, which saves it.
+  void settle() {
+    if (outcome_.failure) return;
+    if (refused_ > 0 && outcome_.operated == 0) {
+      outcome_.failure = firstRefusal_;
+      return;
+    }
+    outcome_.refused = refused_;
+    const store::StoredDocument& stored = opener_->file()->stored();
+    outcome_.changed = stored.document()->model().changed();
+    if (outcome_.changed) return;
     // A large text lies in its file; what was found in it counts only if nobody wrote there meanwhile.
-    document.requireUnchangedFile();
-    return;
+    recordingFailure(outcome_, [&] { stored.requireUnchangedFile(); });
   }
-  if (request.dryRun) return;
-  store::SaveOptions options;
-  options.backupSuffix = request.backupSuffix;
-  if (request.outputFolder) {
-    options.otherPath = *request.outputFolder + "/" + std::string(fileName(outcome.path));
+
+  Failure unexplained() const {
+    return {Problem::refused, errors::utf8(report_.text().value_or(u"It could not be worked on."))};
   }
-  const auto saved = document.save(options);
-  outcome.saved = saved.written;
-  outcome.backup = saved.backup;
-  outcome.savedAs = options.otherPath.value_or("");
-}
+
+  const Surroundings& around_;
+  const BlockSink& blocks_;
+  Outcome& outcome_;
+  FirstReport report_;
+  errors::Context context_;
+  NoForms forms_;
+  std::shared_ptr<RunOpener> opener_;
+  std::shared_ptr<memory::MemoryApplication> application_;
+  RunBoxes boxes_;
+  engine::clsProcessFind engine_;
+  std::int64_t refused_ = 0;
+  std::optional<Failure> firstRefusal_;
+};
 
 }  // namespace
 
-Outcome runOn(const NamedDocument& named, const Surroundings& around) {
+Outcome runOn(const NamedDocument& named, const Surroundings& around, const BlockSink& blocks) {
   Outcome outcome;
   outcome.path = named.path;
   outcome.failure = named.failure;
   if (outcome.failure) return outcome;
-  try {
-    const auto document = around.store.open(named.path);
-    pass(*document, around, outcome);
-    if (!outcome.failure) save(*document, around.request, outcome);
-  } catch (const DocumentError& error) {
-    outcome.failure = {error.problem(), error.what()};
-  } catch (const errors::Fault& fault) {
-    outcome.failure = failureFrom(fault);
-  } catch (const std::bad_alloc&) {
-    outcome.failure = {Problem::tooLarge,
-                       "There is not enough memory for it; close other programs, or divide it."};
-  }
+  recordingFailure(outcome, [&] { DocumentRun(named, around, blocks, outcome).work(); });
   return outcome;
 }
 

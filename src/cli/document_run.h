@@ -1,24 +1,30 @@
 #pragma once
 
 #include "interviewer.h"
-#include "named_documents.h"
+#include "journal/journal.h"
+#include "listing/listing.h"
 #include "outcome.h"
-#include "printer.h"
-#include "request.h"
+#include "plan.h"
 #include "store/store.h"
+
+#include <functional>
 
 namespace pluvo::cli {
 
 /// What the documents of a run share.
 struct Surroundings {
-  const Request& request;
+  const Plan& plan;
+  files::FileSystem& system;
   const store::Store& store;
-  Printer& printer;
-  Interviewer* interviewer;  ///< nullptr: nobody is asked
+  Interviewer* interviewer;    ///< nullptr: nobody is asked
+  journal::Recorder* journal;  ///< nullptr: originals are not kept
 };
 
-/// Opens a document, makes a pass over it and saves it. Whatever goes wrong is in the outcome. Blocks go to
-/// the printer as they come; the outcome itself is the caller's to print.
-Outcome runOn(const NamedDocument& document, const Surroundings& around);
+/// Takes the blocks of a document as they come; empty where nobody is shown them, since reading them costs.
+using BlockSink = std::function<void(const BlockReport&)>;
+
+/// Opens a document, makes a pass over it for each request, and saves it. Whatever goes wrong is in the
+/// outcome. May be called from several threads where nobody is asked.
+Outcome runOn(const NamedDocument& document, const Surroundings& around, const BlockSink& blocks);
 
 }  // namespace pluvo::cli

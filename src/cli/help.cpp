@@ -17,7 +17,8 @@ constexpr std::string_view kOverallExamples =
     "  pluvo find --begin 'The Lessor' --end 'the Lessee' lease.txt\n"
     "  pluvo replace -b 'DRAFT' -t 'FINAL' --match-case *.txt\n"
     "  pluvo delete -b '[begin note]' -e '[end note]' --unit document -n minutes.txt\n"
-    "  pluvo highlight -b 'confidential' --color pink --confirm lease.docx\n";
+    "  pluvo highlight -b 'confidential' --color pink --confirm lease.docx\n"
+    "  pluvo replace -b 'Smith & Sons' -t 'Smith & Daughters Ltd' -r contracts/ --report changes.html\n";
 
 constexpr std::string_view kExitStatus =
     "  0 blocks were found   1 none   2 something failed, whatever else succeeded\n";
@@ -28,7 +29,7 @@ struct Story {
 };
 
 // In the order of Command.
-constexpr std::array<Story, 5> kStories = {{
+constexpr std::array<Story, 8> kStories = {{
     {"Lists the blocks: document, number of the paragraph, text. Changes nothing.\n",
      "  pluvo find -b 'The Lessor' -e 'the Lessee' lease.txt\n"
      "      from 'The Lessor' to the next 'the Lessee' in the same or the next paragraph\n"
@@ -53,6 +54,21 @@ constexpr std::array<Story, 5> kStories = {{
      "Plain text has no place for highlighting.\n",
      "  pluvo highlight -b 'shall not' -e '.' --color yellow lease.docx\n"
      "  pluvo highlight -b 'Clause 12' --color none --output clean/ *.docx\n"},
+    {"Works through the requests saved in a file: each document gets them in their order, in one\n"
+     "opening and one saving. 'pluvo save' writes such files.\n",
+     "  pluvo run house-style.toml -r contracts/ --report changes.html\n"
+     "  pluvo run house-style.toml --dry-run lease.docx\n"},
+    {"Saves a request in a file, behind those that are there. The options are those of COMMAND;\n"
+     "documents are named when the file is run. The file is TOML and may be edited and commented.\n",
+     "  pluvo save house-style.toml replace -b 'Smith & Sons' -t 'Smith & Daughters Ltd'\n"
+     "  pluvo save house-style.toml highlight -b 'to be confirmed' --color pink\n"},
+    {"Takes back what a run changed, the last run where none is named: bytes, permissions and\n"
+     "time of every document. A document that was changed since is left as it is and named.\n"
+     "The originals are kept for you alone in $XDG_STATE_HOME/pluvo/runs (else ~/.local/state),\n"
+     "no more than 4 GiB; beyond that the oldest runs are forgotten.\n",
+     "  pluvo undo --list\n"
+     "  pluvo undo\n"
+     "  pluvo undo 20261121-142233-0\n"},
 }};
 
 std::string optionNames(const Option& option) {
@@ -99,6 +115,13 @@ std::string commandList() {
   return list;
 }
 
+std::string usageOf(std::optional<Command> command) {
+  if (command == Command::run) return " FILE [OPTIONS] DOCUMENT...";
+  if (command == Command::save) return " FILE COMMAND [OPTIONS]";
+  if (command == Command::undo) return " [RUN] [OPTIONS]";
+  return " [OPTIONS] DOCUMENT...";
+}
+
 std::string section(std::string_view heading, std::string_view text, const Style& style) {
   return '\n' + style.heading(heading) + '\n' + std::string(text);
 }
@@ -107,7 +130,7 @@ std::string section(std::string_view heading, std::string_view text, const Style
 
 std::string helpText(std::optional<Command> command, const Style& style) {
   const std::string name = command ? std::string(nameOf(*command)) : "COMMAND";
-  std::string text = style.heading("pluvo " + name) + " [OPTIONS] DOCUMENT...\n\n";
+  std::string text = style.heading("pluvo " + name) + usageOf(command) + "\n\n";
   if (command) {
     const Story& story = kStories[static_cast<std::size_t>(*command)];
     text += std::string(story.what) + optionList(setOf(*command), style);

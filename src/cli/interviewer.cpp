@@ -13,7 +13,9 @@
 namespace pluvo::cli {
 namespace {
 
-constexpr const char* kHelp = "y: yes, n: no, leave it, a: yes to this and all the rest, q: stop here\n";
+constexpr const char* kHelp =
+    "y: yes, n: no, leave it, a: yes to this and all the rest, s: no to the rest of this document, q: stop "
+    "here\n";
 
 constexpr std::size_t kShownText = 40;
 
@@ -35,18 +37,17 @@ std::string questionFor(const Request& request) {
     case Command::highlight:
       return request.color == word::wdNoHighlight ? "Remove its highlight"
                                                   : "Highlight it " + nameOf(request.color);
-    case Command::find:
-      break;
+    default:
+      return "Go on";
   }
-  return "Go on";
 }
 
 void show(const std::string& text) { (void)std::fwrite(text.data(), 1, text.size(), stderr); }
 
 }  // namespace
 
-Interviewer::Interviewer(const Request& request)
-    : style_(Style::forStream(STDERR_FILENO)), question_(questionFor(request) + " [y,n,a,q]? ") {}
+Interviewer::Interviewer(std::size_t documents)
+    : style_(Style::forStream(STDERR_FILENO)), documents_(documents) {}
 
 bool Interviewer::canAsk() { return isTerminal(STDIN_FILENO) && isTerminal(STDERR_FILENO); }
 
@@ -55,10 +56,14 @@ Answer Interviewer::ask(const std::string& path, const BlockReport& block) {
   (void)std::fflush(stdout);
   const Excerpt& shown = block.before;
   const std::string piece = style_.colored() ? style_.match(shown.piece) : "[" + shown.piece + "]";
-  show(style_.file(shownPath(path)) + ":" + style_.number(std::to_string(block.paragraph)) + ":\n  " +
-       shown.lead + piece + shown.trail + "\n");
+  const std::string which =
+      documents_ > 1 ? " (" + std::to_string(document_) + " of " + std::to_string(documents_) + " files)"
+                     : "";
+  const std::string question = questionFor(*block.request) + " [y,n,a,s,q]? ";
+  show(style_.file(shownPath(path)) + ":" + style_.number(std::to_string(block.paragraph)) + ":" + which +
+       "\n  " + shown.lead + piece + shown.trail + "\n");
   while (true) {
-    show(style_.heading(question_));
+    show(style_.heading(question));
     std::string line;
     // The end of the input is a "stop": nobody is there to answer any more.
     const bool answered = static_cast<bool>(std::getline(std::cin, line));
@@ -70,6 +75,7 @@ Answer Interviewer::ask(const std::string& path, const BlockReport& block) {
     if (key == 'a') all_ = true;
     if (key == 'y' || key == 'a') return Answer::yes;
     if (key == 'n') return Answer::no;
+    if (key == 's') return Answer::nextDocument;
     show(kHelp);
   }
 }

@@ -1,20 +1,36 @@
 #include "message_policy.h"
 
 namespace pluvo::cli {
+namespace {
 
-forms::Answer PassBoxes::show(const std::u16string& /*text*/, forms::Buttons buttons,
-                              const std::optional<std::u16string>& /*title*/) {
+/// A temporary file is not skipped here, since the store refuses it with the code for it; a password that was
+/// wrong once is not tried again. What is read-only or protected is gone on with or skipped: yes.
+forms::Answer answerAboutFile(const std::optional<std::u16string>& title) {
+  const bool no = title == u"Potential Temporary File" || title == u"Incorrect Open/Modify Password";
+  return no ? forms::Answer::no : forms::Answer::yes;
+}
+
+}  // namespace
+
+forms::Answer RunBoxes::show(const std::u16string& /*text*/, forms::Buttons buttons,
+                             const std::optional<std::u16string>& title) {
   if (buttons == forms::Buttons::ok) return forms::Answer::ok;
+  if (watcher_ == nullptr) return answerAboutFile(title);
   // In quiet mode a pass asks nothing but whether to change the block it stands at.
-  if (interviewer_ == nullptr) return forms::Answer::cancel;
-  switch (interviewer_->ask(path_, watcher_.current())) {
+  return interviewer_ == nullptr ? forms::Answer::cancel : answerAboutBlock();
+}
+
+forms::Answer RunBoxes::answerAboutBlock() {
+  switch (interviewer_->ask(path_, watcher_->current())) {
     case Answer::yes:
       return forms::Answer::yes;
     case Answer::no:
       return forms::Answer::no;
+    case Answer::nextDocument:
     case Answer::stop:
       break;
   }
+  passedBy_ = true;
   return forms::Answer::cancel;
 }
 

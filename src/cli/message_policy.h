@@ -9,19 +9,28 @@
 
 namespace pluvo::cli {
 
-/// Answers the message boxes of a pass: its question about a block is put to the person at the terminal.
-class PassBoxes final : public forms::MessageBoxes {
+/// Answers the message boxes of a run over one document. A pass's question about a block is put to the person
+/// at the terminal; the driver's questions about a file are answered so that the run goes on and the outcome
+/// tells.
+class RunBoxes final : public forms::MessageBoxes {
  public:
-  PassBoxes(const std::string& path, const PassWatcher& watcher, Interviewer* interviewer)
-      : path_(path), watcher_(watcher), interviewer_(interviewer) {}
+  RunBoxes(const std::string& path, Interviewer* interviewer) : path_(path), interviewer_(interviewer) {}
+
+  /// The pass that is going on; none between passes.
+  void watch(const PassWatcher* watcher) { watcher_ = watcher; }
+  /// Whether the person wants no more of this document.
+  bool passedBy() const { return passedBy_; }
 
   forms::Answer show(const std::u16string& text, forms::Buttons buttons,
                      const std::optional<std::u16string>& title) override;
 
  private:
+  forms::Answer answerAboutBlock();
+
   const std::string& path_;
-  const PassWatcher& watcher_;
   Interviewer* interviewer_;
+  const PassWatcher* watcher_ = nullptr;
+  bool passedBy_ = false;
 };
 
 /// Keeps the first error report of a pass. What a refused change reports comes by the observer as well, with
@@ -30,6 +39,7 @@ class FirstReport final : public errors::MessageSink {
  public:
   void show(const std::u16string& text, const std::optional<std::u16string>& title) override;
   const std::optional<std::u16string>& text() const { return text_; }
+  void forget() { text_.reset(); }
 
  private:
   std::optional<std::u16string> text_;

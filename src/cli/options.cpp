@@ -3,9 +3,7 @@
 namespace pluvo::cli {
 namespace {
 
-constexpr std::string_view kBlock = "The block";
-constexpr std::string_view kChange = "The change";
-constexpr std::string_view kMatching = "Matching";
+constexpr std::string_view kDocuments = "The documents";
 constexpr std::string_view kSafety = "Before and after";
 constexpr std::string_view kOutput = "Output";
 
@@ -32,6 +30,9 @@ const std::vector<CommandName>& commandNames() {
       {Command::replace, "replace", "put a text in the place of the blocks"},
       {Command::remove, "delete", "delete the blocks"},
       {Command::highlight, "highlight", "highlight the blocks in a colour"},
+      {Command::run, "run", "work through the requests saved in a file"},
+      {Command::save, "save", "save a request in a file for run"},
+      {Command::undo, "undo", "take back what a run changed"},
   };
   return names;
 }
@@ -41,63 +42,103 @@ std::string_view nameOf(Command command) { return commandNames()[static_cast<std
 const std::vector<Option>& options() {
   using T = TypedOptions;
   static const std::vector<Option> table = {
-      {'b', "begin", Takes::value, "TEXT", kBlock, kEveryCommand,
+      {'b', "begin", Takes::value, "TEXT", kBlockGroup, kBlockCommands,
        "the text a block begins with\n(a line end in TEXT is a paragraph mark)", keep<&T::begin>},
-      {'e', "end", Takes::value, "TEXT", kBlock, kEveryCommand,
+      {'e', "end", Takes::value, "TEXT", kBlockGroup, kBlockCommands,
        "the text it ends with; without it the block\nis its beginning alone", keep<&T::end>},
-      {'i', "inside", Takes::value, "TEXT", kBlock, kEveryCommand, "a text that must stand between the two",
-       keep<&T::inside>},
-      {0, "begin-file", Takes::value, "FILE", kBlock, kEveryCommand,
+      {'i', "inside", Takes::value, "TEXT", kBlockGroup, kBlockCommands,
+       "a text that must stand between the two", keep<&T::inside>},
+      {0, "begin-file", Takes::value, "FILE", kBlockGroup, kBlockCommands,
        "read TEXT from FILE (UTF-8; - is standard input);\nthe line end at its very end is not part of it",
        keep<&T::beginFile>},
-      {0, "end-file", Takes::value, "FILE", kBlock, kEveryCommand, "likewise", keep<&T::endFile>},
-      {0, "inside-file", Takes::value, "FILE", kBlock, kEveryCommand, "likewise", keep<&T::insideFile>},
-      {0, "apart", Takes::value, "N|same", kBlock, kEveryCommand,
+      {0, "end-file", Takes::value, "FILE", kBlockGroup, kBlockCommands, "likewise", keep<&T::endFile>},
+      {0, "inside-file", Takes::value, "FILE", kBlockGroup, kBlockCommands, "likewise", keep<&T::insideFile>},
+      {0, "apart", Takes::value, "N|same", kBlockGroup, kBlockCommands,
        "beginning and ending are no more than N units\napart, 0 to 32767; same is 0 (default: same)",
        keep<&T::apart>},
-      {0, "unit", Takes::value, "UNIT", kBlock, kEveryCommand,
+      {0, "unit", Takes::value, "UNIT", kBlockGroup, kBlockCommands,
        "word, sentence, paragraph or document; document\nsets no limit (default: paragraph)", keep<&T::unit>},
 
-      {0, "on", Takes::value, "PLACE", kChange, kEveryCommand,
+      {0, "on", Takes::value, "PLACE", kChangeGroup, kBlockCommands,
        "what is listed or changed of each block: block,\nbegin, end or inside (default: block)",
        keep<&T::on>},
-      {'t', "text", Takes::value, "TEXT", kChange, kTextCommands, "what to insert or to replace with",
+      {'t', "text", Takes::value, "TEXT", kChangeGroup, kTextCommands, "what to insert or to replace with",
        keep<&T::text>},
-      {0, "text-file", Takes::value, "FILE", kChange, kTextCommands, "read TEXT from FILE, as above",
+      {0, "text-file", Takes::value, "FILE", kChangeGroup, kTextCommands, "read TEXT from FILE, as above",
        keep<&T::textFile>},
-      {0, "before", Takes::nothing, "", kChange, kInsert, "insert before (default)", raise<&T::before>},
-      {0, "after", Takes::nothing, "", kChange, kInsert, "insert after", raise<&T::after>},
-      {0, "extra-space", Takes::nothing, "", kChange, kInsert,
+      {0, "before", Takes::nothing, "", kChangeGroup, kInsert, "insert before (default)", raise<&T::before>},
+      {0, "after", Takes::nothing, "", kChangeGroup, kInsert, "insert after", raise<&T::after>},
+      {0, "extra-space", Takes::nothing, "", kChangeGroup, kInsert,
        "one space between the inserted text and the block", raise<&T::extraSpace>},
-      {0, "color", Takes::value, "COLOR", kChange, kHighlight,
+      {0, "color", Takes::value, "COLOR", kChangeGroup, kHighlight,
        "yellow, pink, green, blue, red or none, or one of\n"
        "black, turquoise, bright-green, white, dark-blue,\n"
        "teal, violet, dark-red, dark-yellow, gray-50, gray-25\n(default: yellow)",
        keep<&T::color>},
 
-      {0, "match-case", Takes::nothing, "", kMatching, kEveryCommand, "capital letters must agree",
+      {0, "match-case", Takes::nothing, "", kMatchingGroup, kBlockCommands, "capital letters must agree",
        raise<&T::matchCase>},
-      {0, "whole-words", Takes::nothing, "", kMatching, kEveryCommand, "match whole words only",
+      {0, "whole-words", Takes::nothing, "", kMatchingGroup, kBlockCommands, "match whole words only",
        raise<&T::wholeWords>},
-      {0, "field-codes", Takes::nothing, "", kMatching, kEveryCommand,
+      {0, "field-codes", Takes::nothing, "", kMatchingGroup, kBlockCommands,
        "look at the codes of fields, not at their results", raise<&T::fieldCodes>},
 
-      {'n', "dry-run", Takes::nothing, "", kSafety, kEveryCommand,
+      {'r', "recursive", Takes::nothing, "", kDocuments, kRunCommands,
+       "take the documents in the folders named and below", raise<&T::recursive>},
+      {0, "levels", Takes::value, "N", kDocuments, kRunCommands,
+       "go down no more than N levels of folders; 0 stays\nin the folders named (default: all)",
+       keep<&T::levels>},
+      {0, "types", Takes::value, "TYPE,...", kDocuments, kRunCommands,
+       "kinds of files to take from folders (default: doc,\ndocx,dot,dotx,docm,txt,rtf,htm,html)",
+       keep<&T::types>},
+      {0, "mask", Takes::value, "MASK,...", kDocuments, kRunCommands,
+       "take only files of such names from folders; * and ?\nstand for any characters, and for one",
+       keep<&T::mask>},
+      {0, "exclude", Takes::value, "MASK,...", kDocuments, kRunCommands,
+       "leave out files and folders of such names", keep<&T::exclude>},
+      {0, "newer-than", Takes::value, "TIME", kDocuments, kRunCommands,
+       "take only documents changed since: a day as\n2026-11-30, with a time as 2026-11-30T14:30, or an\n"
+       "age as 90m, 12h or 7d",
+       keep<&T::newerThan>},
+      {0, "files-from", Takes::value, "FILE", kDocuments, kRunCommands,
+       "take the documents named in FILE, one a line (- is\nstandard input)", keep<&T::filesFrom>},
+      {'0', "null", Takes::nothing, "", kDocuments, kRunCommands,
+       "names in FILE end with a zero byte, not with a line", raise<&T::null>},
+
+      {'n', "dry-run", Takes::nothing, "", kSafety, kRunCommands,
        "save nothing; show each block before and after", raise<&T::dryRun>},
       {0, "confirm", Takes::nothing, "", kSafety, kChangingCommands,
-       "show each block and ask: y yes, n no,\na yes to all the rest, q stop", raise<&T::confirm>},
+       "show each block and ask: y yes, n no,\na yes to all the rest, s no to the rest of this\ndocument, q "
+       "stop",
+       raise<&T::confirm>},
       {0, "backup", Takes::maybeValue, "SUFFIX", kSafety, kChangingCommands,
        "keep each original beside the changed document,\nwith SUFFIX behind its name (default: .bak)",
        keep<&T::backup>},
       {0, "output", Takes::value, "DIR", kSafety, kChangingCommands,
-       "save changed documents into DIR; the originals\nare not touched", keep<&T::output>},
+       "save changed documents into DIR, those found in\nfolders in folders of the same names; the "
+       "originals\nare not touched",
+       keep<&T::output>},
       {0, "keep-going", Takes::nothing, "", kSafety, kChangingCommands,
        "save a document even where a change to one of its\nblocks was refused", raise<&T::keepGoing>},
 
-      {0, "json", Takes::nothing, "", kOutput, kEveryCommand,
+      {'j', "jobs", Takes::value, "N", kSafety, kRunCommands,
+       "documents worked on at the same time (default: one\nfor each processor)", keep<&T::jobs>},
+      {0, "no-journal", Takes::nothing, "", kSafety, kChangingCommands,
+       "do not keep the originals for 'pluvo undo'", raise<&T::noJournal>},
+
+      {0, "report", Takes::value, "FILE", kOutput, kRunCommands,
+       "write a report of documents and blocks into FILE,\nby its name a page (.html), a table (.csv) "
+       "or\n.json",
+       keep<&T::report>},
+      {0, "progress", Takes::value, "WHEN", kOutput, kRunCommands,
+       "a line that tells how far the run has come: auto\n(at a terminal), always or never",
+       keep<&T::progress>},
+      {0, "list", Takes::nothing, "", kOutput, setOf(Command::undo), "show the runs that can be taken back",
+       raise<&T::list>},
+      {0, "json", Takes::nothing, "", kOutput, kRunCommands,
        "one JSON object a line: each document, then a summary", raise<&T::json>},
-      {'q', "quiet", Takes::nothing, "", kOutput, kEveryCommand, "print nothing but errors (and JSON)",
-       raise<&T::quiet>},
+      {'q', "quiet", Takes::nothing, "", kOutput, kRunCommands | setOf(Command::undo),
+       "print nothing but errors (and JSON)", raise<&T::quiet>},
       {'h', "help", Takes::nothing, "", kOutput, kEveryCommand, "show this help", raise<&T::help>},
       {'V', "version", Takes::nothing, "", kOutput, kEveryCommand, "show the version", raise<&T::version>},
   };

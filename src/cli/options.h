@@ -8,7 +8,8 @@
 
 namespace pluvo::cli {
 
-enum class Command : std::uint8_t { find, insert, replace, remove, highlight };
+/// The first five work on blocks.
+enum class Command : std::uint8_t { find, insert, replace, remove, highlight, run, save, undo };
 
 struct CommandName {
   Command command;
@@ -25,6 +26,8 @@ struct TypedOptions {
   std::optional<std::string> begin, end, inside, text;
   std::optional<std::string> beginFile, endFile, insideFile, textFile;
   std::optional<std::string> apart, unit, on, color, backup, output;
+  std::optional<std::string> levels, types, mask, exclude, filesFrom, newerThan;
+  std::optional<std::string> jobs, progress, report;
   bool before = false;
   bool after = false;
   bool extraSpace = false;
@@ -34,6 +37,10 @@ struct TypedOptions {
   bool confirm = false;
   bool dryRun = false;
   bool keepGoing = false;
+  bool recursive = false;
+  bool null = false;
+  bool noJournal = false;
+  bool list = false;
   bool json = false;
   bool quiet = false;
   bool help = false;
@@ -45,8 +52,12 @@ enum class Takes : std::uint8_t { nothing, value, maybeValue };
 /// Which commands an option belongs to.
 using CommandSet = unsigned;
 constexpr CommandSet setOf(Command command) { return 1U << static_cast<unsigned>(command); }
-inline constexpr CommandSet kEveryCommand = 0x1F;
-inline constexpr CommandSet kChangingCommands = kEveryCommand & ~setOf(Command::find);
+inline constexpr CommandSet kEveryCommand = 0xFF;
+/// Those that say what a block is.
+inline constexpr CommandSet kBlockCommands = 0x1F;
+/// Those that go over documents.
+inline constexpr CommandSet kRunCommands = kBlockCommands | setOf(Command::run);
+inline constexpr CommandSet kChangingCommands = kRunCommands & ~setOf(Command::find);
 
 /// One option: all that the parser and the help know of it.
 struct Option {
@@ -59,6 +70,11 @@ struct Option {
   std::string_view help;  ///< lines; a line feed separates them
   void (*store)(TypedOptions& typed, const std::string& value);
 };
+
+/// The headings whose options make a request.
+inline constexpr std::string_view kBlockGroup = "The block";
+inline constexpr std::string_view kChangeGroup = "The change";
+inline constexpr std::string_view kMatchingGroup = "Matching";
 
 const std::vector<Option>& options();
 

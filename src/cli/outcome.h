@@ -2,6 +2,7 @@
 
 #include "excerpt.h"
 #include "files/problem.h"
+#include "request.h"
 
 #include <cstdint>
 #include <optional>
@@ -42,10 +43,12 @@ struct Totals {
 
 /// One block as it was found and as an operation left it.
 struct BlockReport {
+  const Request* request = nullptr;
   std::int32_t paragraph = 0;  ///< it begins in, from 1, as the document was before the pass
   Excerpt before;
   std::optional<Excerpt> after;  ///< nothing for find
   bool refused = false;
+  bool skipped = false;  ///< the user had it left as it is
 };
 
 }  // namespace pluvo::cli

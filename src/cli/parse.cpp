@@ -76,7 +76,9 @@ Command commandOf(std::string_view typed) {
   }
   const std::string hint = didYouMean(typed, candidates);
   throw UsageError("There is no command " + shown(typed) + "." +
-                   (hint.empty() ? " The commands are find, insert, replace, delete and highlight." : hint));
+                   (hint.empty()
+                        ? " The commands are find, insert, replace, delete, highlight, run, save and undo."
+                        : hint));
 }
 
 void refuseWrongCommand(const Option& option, Command command) {
@@ -87,6 +89,18 @@ void refuseWrongCommand(const Option& option, Command command) {
   }
   throw UsageError(longName(option) + " has no meaning with " + std::string(nameOf(command)) +
                    "; it goes with " + joinedWithOr(owners) + ".");
+}
+
+/// pluvo save FILE COMMAND ...
+void takeSavedCommand(TypedCommandLine& line) {
+  line.saveTo = line.paths[0];
+  line.command = commandOf(line.paths[1]);
+  line.paths.erase(line.paths.begin(), line.paths.begin() + 2);
+  if ((setOf(*line.command) & kBlockCommands) == 0)
+    throw UsageError("Only find, insert, replace, delete and highlight can be saved.");
+  if (!line.paths.empty())
+    throw UsageError(
+        "A saved request names no documents; they follow when it is run: pluvo run FILE DOCUMENT...");
 }
 
 /// What getopt makes of the arguments: options in the order they were typed, and the rest.
@@ -144,6 +158,7 @@ TypedCommandLine parse(const std::vector<std::string>& arguments) {
     option->store(line.options, Scanner::value());
   }
   line.paths = scanner.rest();
+  line.words = arguments;
   if (line.paths.empty()) return line;
 
   std::string first = line.paths.front();
@@ -154,6 +169,7 @@ TypedCommandLine parse(const std::vector<std::string>& arguments) {
     first = line.paths.front();
   }
   line.command = commandOf(first);
+  if (line.command == Command::save && line.paths.size() >= 2) takeSavedCommand(line);
   for (const Option* option : seen) refuseWrongCommand(*option, *line.command);
   return line;
 }

@@ -12,7 +12,9 @@ namespace pluvo::cli {
 struct TypedCommandLine {
   std::optional<Command> command;
   TypedOptions options;
-  std::vector<std::string> paths;  ///< bytes, as typed
+  std::optional<std::string> saveTo;  ///< of pluvo save FILE COMMAND ...: the command is the one behind it
+  std::vector<std::string> paths;     ///< bytes, as typed
+  std::vector<std::string> words;     ///< all of it, as typed
 };
 
 /// Takes the arguments apart (without the program's name). Options and paths may stand in any order, "--"

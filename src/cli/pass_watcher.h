@@ -3,6 +3,7 @@
 #include "document_run.h"
 #include "engine/pass_observer.h"
 #include "paragraph_counter.h"
+#include "run_opener.h"
 
 #include <optional>
 #include <string>
@@ -10,12 +11,18 @@
 
 namespace pluvo::cli {
 
-/// Hears of every block of a pass over one document: counts, hands blocks to the printer, and stops the pass
+/// Hears of every block of a pass over one document: counts, hands blocks on, and stops the pass
 /// where going on makes no sense: a document that cannot be saved, a change that was refused.
 class PassWatcher final : public engine::PassObserver {
  public:
-  PassWatcher(store::StoredDocument& document, const Surroundings& around, Outcome& outcome)
-      : document_(document), around_(around), outcome_(outcome) {}
+  PassWatcher(const RunFile& file, const Surroundings& around, const Request& request,
+              const BlockSink& blocks, Outcome& outcome)
+      : file_(file),
+        document_(*file.stored().document()),
+        around_(around),
+        request_(request),
+        blocks_(blocks),
+        outcome_(outcome) {}
 
   Answer found(const engine::Block& block) override;
   Answer operated(const engine::Block& block, const errors::Fault* refusal) override;
@@ -30,14 +37,16 @@ class PassWatcher final : public engine::PassObserver {
 
  private:
   std::pair<std::int32_t, std::int32_t> changedSpan(word::Range& place) const;
-  bool changesInPlace() const;
   /// Whether anybody is shown the blocks; reading them costs.
   bool looks() const;
   void leave(const engine::Block& block);
   Excerpt excerpt(std::int32_t start, std::int32_t end) const;
 
-  store::StoredDocument& document_;
+  const RunFile& file_;
+  word::Document& document_;
   const Surroundings& around_;
+  const Request& request_;
+  const BlockSink& blocks_;
   Outcome& outcome_;
   std::int64_t refused_ = 0;
   std::optional<Failure> firstRefusal_;
@@ -46,8 +55,5 @@ class PassWatcher final : public engine::PassObserver {
   std::int32_t paragraphBehind_ = 0;  ///< at the block's end
   std::int32_t lengthBefore_ = 0;     ///< of the place, before the operation
 };
-
-/// A refusal by the word processor in the command line's terms.
-Failure failureFrom(const errors::Fault& fault);
 
 }  // namespace pluvo::cli

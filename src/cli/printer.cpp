@@ -1,8 +1,10 @@
 #include "printer.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <system_error>
+#include <utility>
 
 namespace pluvo::cli {
 namespace {
@@ -15,6 +17,32 @@ class SilentPrinter : public Printer {
   void end(const Totals& /*totals*/) override {}
 };
 
+class Printers : public Printer {
+ public:
+  explicit Printers(std::vector<std::unique_ptr<Printer>> printers) : printers_(std::move(printers)) {}
+
+  bool wantsBlocks() const override {
+    return std::any_of(printers_.begin(), printers_.end(), [](auto& each) { return each->wantsBlocks(); });
+  }
+  void block(const std::string& path, const BlockReport& block) override {
+    for (const auto& each : printers_) {
+      if (each->wantsBlocks()) each->block(path, block);
+    }
+  }
+  void document(const Outcome& outcome) override {
+    for (const auto& each : printers_) each->document(outcome);
+  }
+  void leftOut(const LeftOut& leftOut) override {
+    for (const auto& each : printers_) each->leftOut(leftOut);
+  }
+  void end(const Totals& totals) override {
+    for (const auto& each : printers_) each->end(totals);
+  }
+
+ private:
+  std::vector<std::unique_ptr<Printer>> printers_;
+};
+
 void say(const std::string& line) {
   (void)std::fflush(stdout);
   (void)std::fwrite(line.data(), 1, line.size(), stderr);
@@ -22,16 +50,24 @@ void say(const std::string& line) {
 
 }  // namespace
 
-std::unique_ptr<Printer> printerFor(const Request& request) {
-  if (request.json) return jsonPrinter();
-  if (request.quiet) return std::make_unique<SilentPrinter>();
-  return textPrinter(request, Style::forStream(fileno(stdout)));
+std::unique_ptr<Printer> printerFor(const Plan& plan) {
+  if (plan.json) return jsonPrinter();
+  if (plan.quiet) return std::make_unique<SilentPrinter>();
+  return textPrinter(plan, Style::forStream(fileno(stdout)));
+}
+
+std::unique_ptr<Printer> allOf(std::vector<std::unique_ptr<Printer>> printers) {
+  return std::make_unique<Printers>(std::move(printers));
 }
 
 void writeOut(std::string_view text) {
   if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size()) {
     throw std::system_error(errno, std::generic_category());
   }
+}
+
+void flushOut() {
+  if (std::fflush(stdout) != 0) throw std::system_error(errno, std::generic_category());
 }
 
 void sayError(std::string_view sentence) {
@@ -44,6 +80,10 @@ std::string shownPath(std::string_view path) {
   std::string shown;
   for (const char c : path) shown += static_cast<unsigned char>(c) < 0x20 || c == 0x7F ? '?' : c;
   return shown;
+}
+
+std::string counted(std::int64_t count, std::string_view noun) {
+  return std::to_string(count) + " " + std::string(noun) + (count == 1 ? "" : "s");
 }
 
 }  // namespace pluvo::cli

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "listing/listing.h"
 #include "outcome.h"
-#include "request.h"
+#include "plan.h"
 #include "terminal.h"
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace pluvo::cli {
 
@@ -17,19 +19,25 @@ class Printer {
   virtual bool wantsBlocks() const = 0;
   virtual void block(const std::string& path, const BlockReport& block) = 0;
   virtual void document(const Outcome& outcome) = 0;
+  virtual void leftOut(const LeftOut& /*leftOut*/) {}
   virtual void end(const Totals& totals) = 0;
 };
 
-/// The printer the request asks for: text or JSON on standard output, or nothing.
-std::unique_ptr<Printer> printerFor(const Request& request);
+/// The printer the plan asks for: text or JSON on standard output, or nothing.
+std::unique_ptr<Printer> printerFor(const Plan& plan);
 
 /// Text as grep prints it: path, number, block; with --dry-run each block before and after.
-std::unique_ptr<Printer> textPrinter(const Request& request, const Style& style);
+std::unique_ptr<Printer> textPrinter(const Plan& plan, const Style& style);
 std::unique_ptr<Printer> jsonPrinter();
+
+/// Several printers as one; each gets the blocks only if it wants them.
+std::unique_ptr<Printer> allOf(std::vector<std::unique_ptr<Printer>> printers);
 
 /// Writes to standard output. A stream that takes no more (a full disk) is a std::system_error; a closed pipe
 /// ends the program by its signal, as it does every filter.
 void writeOut(std::string_view text);
+/// Has it all arrive; throws as writeOut does.
+void flushOut();
 
 /// "pluvo: " and the sentence, on standard error, behind whatever was printed before.
 void sayError(std::string_view sentence);
@@ -37,5 +45,8 @@ void sayNote(std::string_view sentence);
 
 /// A path as a message may show it: control characters, which a terminal would act on, as ?.
 std::string shownPath(std::string_view path);
+
+/// "1 block", "2 blocks"
+std::string counted(std::int64_t count, std::string_view noun);
 
 }  // namespace pluvo::cli

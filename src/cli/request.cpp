@@ -138,40 +138,17 @@ void readChange(const TypedOptions& typed, Request& request) {
   if (typed.color) request.color = colorFrom(*typed.color);
 }
 
-void readSafety(const TypedOptions& typed, Request& request) {
-  if (typed.backup && typed.output) {
-    throw UsageError(
-        "--output leaves the originals where they are, so --backup has nothing to keep; leave one out.");
-  }
-  if (typed.backup) {
-    request.backupSuffix = typed.backup->empty() ? ".bak" : *typed.backup;
-    if (request.backupSuffix->find('/') != std::string::npos) {
-      throw UsageError("--backup takes what to put behind a file's name; it cannot hold a /.");
-    }
-  }
-  if (typed.output && typed.output->empty()) throw UsageError("--output needs the name of a folder.");
-  request.outputFolder = typed.output;
-  request.confirm = typed.confirm;
-  request.dryRun = typed.dryRun;
-  request.keepGoing = typed.keepGoing;
-}
-
 }  // namespace
 
-Request requestFrom(const TypedCommandLine& line) {
+Request requestFrom(Command command, const TypedOptions& typed) {
   Request request;
-  request.command = *line.command;
-  readBlock(line.options, request);
-  readPlace(line.options, request);
-  readChange(line.options, request);
-  readSafety(line.options, request);
-  request.wholeWords = line.options.wholeWords;
-  request.matchCase = line.options.matchCase;
-  request.fieldCodes = line.options.fieldCodes;
-  request.json = line.options.json;
-  request.quiet = line.options.quiet;
-  request.paths = line.paths;
-  if (request.paths.empty()) throw UsageError("Name the documents to work on, behind the options.");
+  request.command = command;
+  readBlock(typed, request);
+  readPlace(typed, request);
+  readChange(typed, request);
+  request.wholeWords = typed.wholeWords;
+  request.matchCase = typed.matchCase;
+  request.fieldCodes = typed.fieldCodes;
   return request;
 }
 

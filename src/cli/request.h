@@ -4,9 +4,7 @@
 #include "word/enums.h"
 
 #include <cstdint>
-#include <optional>
 #include <string>
-#include <vector>
 
 namespace pluvo::cli {
 
@@ -14,8 +12,8 @@ namespace pluvo::cli {
 enum class Place : std::int32_t { block = 0, begin = 1, end = 2, inside = 3 };
 enum class Unit : std::int32_t { word = 0, sentence = 1, paragraph = 2, document = 3 };
 
-/// What a run is to look for and to do, ready for the engine: texts are UTF-16 with line ends as paragraph
-/// marks.
+/// What to look for in a document and what to do with it, ready for the engine: texts are UTF-16 with line
+/// ends as paragraph marks.
 struct Request {
   Command command = Command::find;
 
@@ -33,19 +31,10 @@ struct Request {
   bool after = false;
   bool extraSpace = false;
   word::WdColorIndex color = word::wdYellow;
-
-  bool confirm = false;
-  bool dryRun = false;
-  bool keepGoing = false;
-  std::optional<std::string> backupSuffix;
-  std::optional<std::string> outputFolder;
-  bool json = false;
-  bool quiet = false;
-
-  std::vector<std::string> paths;
 };
 
-/// What was typed, made out. Reads the files that hold texts and nothing else. Throws UsageError.
-Request requestFrom(const TypedCommandLine& line);
+/// What was typed about the blocks and the change, made out. Reads the files that hold texts and nothing
+/// else. Throws UsageError.
+Request requestFrom(Command command, const TypedOptions& typed);
 
 }  // namespace pluvo::cli

@@ -1,17 +1,20 @@
 #include "run.h"
 
 #include "document_run.h"
-#include "interviewer.h"
-#include "named_documents.h"
+#include "interrupt.h"
 #include "printer.h"
+#include "progress.h"
+#include "report/report.h"
+#include "results.h"
 #include "store/store.h"
+#include "unfinished.h"
 #include "usage_error.h"
 
-#include <cerrno>
-#include <cstdio>
 #include <cstring>
 #include <optional>
+#include <set>
 #include <system_error>
+#include <thread>
 
 namespace pluvo::cli {
 namespace {
@@ -22,23 +25,68 @@ bool isCut(const std::u16string& text) {
   return text.size() > kFindLimit || text.find_first_of(u"\r\v") != std::u16string::npos;
 }
 
-void noteWholeWords(const Request& request) {
-  if (request.quiet || !request.wholeWords) return;
-  if (isCut(request.begin) || isCut(request.end) || isCut(request.inside)) {
+void noteWholeWords(const Plan& plan) {
+  if (plan.quiet) return;
+  for (const Request& request : plan.requests) {
+    if (!request.wholeWords) continue;
+    if (!isCut(request.begin) && !isCut(request.end) && !isCut(request.inside)) continue;
     sayNote("Note: --whole-words has no effect with a text of several paragraphs or over 255 characters.");
+    return;
   }
 }
 
-void makeOutputFolder(const Request& request, files::FileSystem& system) {
-  if (!request.outputFolder || request.dryRun) return;
+void makeOutputFolder(const Plan& plan, files::FileSystem& system) {
+  if (!plan.outputFolder || plan.dryRun) return;
   try {
-    if (!system.exists(*request.outputFolder)) system.createFolder(*request.outputFolder);
-    if (system.statusAt(*request.outputFolder).kind == files::FileKind::folder) return;
-    throw UsageError("--output: " + shownPath(*request.outputFolder) + " is not a folder.");
+    if (!system.exists(*plan.outputFolder)) system.createFolder(*plan.outputFolder);
+    if (system.statusAt(*plan.outputFolder).kind == files::FileKind::folder) return;
+    throw UsageError("--output: " + shownPath(*plan.outputFolder) + " is not a folder.");
   } catch (const std::system_error& refused) {
-    throw UsageError("--output: cannot make the folder " + shownPath(*request.outputFolder) + ": " +
+    throw UsageError("--output: cannot make the folder " + shownPath(*plan.outputFolder) + ": " +
                      std::strerror(refused.code().value()) + ".");
   }
+}
+
+std::unique_ptr<journal::Recorder> recorderFor(const Plan& plan, files::FileSystem& system) {
+  if (!plan.journal || !plan.changesInPlace()) return nullptr;
+  const auto folder = journal::defaultFolder();
+  if (!folder)
+    throw UsageError(
+        "There is no place to keep the originals for 'pluvo undo'; set HOME, or add --no-journal.");
+  try {
+    return std::make_unique<journal::Recorder>(system, *folder, plan.command);
+  } catch (const files::DocumentError& refused) {
+    throw UsageError(std::string(refused.what()) + " To change documents without it, add --no-journal.");
+  }
+}
+
+/// Which of two documents of one name came first in the other folder would be chance.
+void refuseSharedPlaces(std::vector<NamedDocument>& documents) {
+  std::set<std::string> taken;
+  for (NamedDocument& document : documents) {
+    if (document.failure || taken.insert(document.place).second) continue;
+    document.failure = {
+        files::Problem::io,
+        "An earlier document of this run has the same name and goes to the same place; give it "
+        "another --output, or take both from their folder with --recursive, which keeps folders "
+        "apart."};
+  }
+}
+
+Listing listingFor(const Plan& plan, files::FileSystem& system) {
+  std::vector<std::string> written;
+  if (plan.outputFolder) written.push_back(*plan.outputFolder);
+  if (plan.report) written.push_back(*plan.report);
+  Listing listing = listDocuments(system, plan.selection, written);
+  if (plan.outputFolder) refuseSharedPlaces(listing.documents);
+  return listing;
+}
+
+std::unique_ptr<Printer> printersFor(const Plan& plan) {
+  std::vector<std::unique_ptr<Printer>> printers;
+  if (plan.report) printers.push_back(reportPrinter(*plan.report, plan.command));
+  printers.push_back(printerFor(plan));
+  return allOf(std::move(printers));
 }
 
 void sayFailure(const Outcome& outcome) {
@@ -52,40 +100,128 @@ void sayRefused(const Outcome& outcome) {
           " of its changes were refused and left out.");
 }
 
-void flushOut() {
-  if (std::fflush(stdout) != 0) throw std::system_error(errno, std::generic_category());
-}
+/// A run that is going on.
+class Run {
+ public:
+  Run(const Plan& plan, files::FileSystem& system)
+      : plan_(plan),
+        system_(system),
+        store_(system),
+        listing_(listingFor(plan, system)),
+        printer_(printersFor(plan)),
+        recorder_(recorderFor(plan, system)),
+        progress_(plan, listing_.documents.size()),
+        results_(listing_.documents.size(), plan.jobs,
+                 {[this](std::size_t document, const BlockReport& block) { print(document, block); },
+                  [this](std::size_t /*document*/, const Outcome& outcome) { print(outcome); }}) {
+    if (plan.confirm) interviewer_.emplace(listing_.documents.size());
+  }
+
+  ExitStatus all() {
+    const Interrupt interrupt(plan_.confirm);
+    work();
+    for (const LeftOut& each : listing_.leftOut) printer_->leftOut(each);
+    progress_.end(totals_);
+    printer_->end(totals_);
+    flushOut();
+    if (recorder_ && recorder_->notKept() > 0) sayNotKept();
+    if (Interrupt::requested()) return leaveTheRest();
+    if (totals_.failed > 0) return kFailed;
+    return totals_.found > 0 ? kFound : kNoneFound;
+  }
+
+ private:
+  void work() {
+    const std::size_t useful = std::min(listing_.documents.size(), static_cast<std::size_t>(plan_.jobs));
+    std::vector<std::thread> others;
+    for (std::size_t i = 1; i < useful; ++i) others.emplace_back([this] { job(); });
+    job();
+    for (std::thread& other : others) other.join();
+    results_.rethrow();
+  }
+
+  void job() {
+    try {
+      while (const auto document = nextDocument()) {
+        BlockSink blocks;
+        if (printer_->wantsBlocks())
+          blocks = [&](const BlockReport& block) { results_.block(*document, block); };
+        results_.done(*document, runOn(listing_.documents[*document],
+                                       {plan_, system_, store_, interviewer_ ? &*interviewer_ : nullptr,
+                                        recorder_.get()},
+                                       blocks));
+      }
+    } catch (...) {
+      results_.fail(std::current_exception());
+    }
+  }
+
+  std::optional<std::size_t> nextDocument() {
+    if (Interrupt::requested() || (interviewer_ && interviewer_->stopped())) results_.stop();
+    const auto document = results_.next();
+    if (document && interviewer_) interviewer_->nextDocument();
+    return document;
+  }
+
+  void print(std::size_t document, const BlockReport& block) {
+    progress_.add(block);
+    progress_.clear();
+    printer_->block(listing_.documents[document].path, block);
+    progress_.show();
+  }
+
+  void print(const Outcome& outcome) {
+    totals_.add(outcome);
+    progress_.add(outcome);
+    progress_.clear();
+    if (outcome.failure) sayFailure(outcome);
+    if (outcome.refused > 0) sayRefused(outcome);
+    printer_->document(outcome);
+    flushOut();
+    progress_.show();
+  }
+
+  void sayNotKept() const {
+    sayNote(std::to_string(recorder_->notKept()) +
+            " of the changed documents cannot be taken back: the originals kept for 'pluvo undo' would take "
+            "more than 4 GiB.");
+  }
+
+  ExitStatus leaveTheRest() const {
+    const std::size_t left = listing_.documents.size() - results_.handedOut();
+    if (left == 0) {
+      sayError("Interrupted; all documents were worked on.");
+      return kFailed;
+    }
+    const std::string list = writeUnfinished(system_, listing_.documents, results_.handedOut());
+    sayError(
+        "Interrupted; " + counted(static_cast<std::int64_t>(left), "document") +
+        " of the run were not opened. To go on with them, give the same command with these in the place of "
+        "the documents: --null --files-from " +
+        list);
+    return kFailed;
+  }
+
+  const Plan& plan_;
+  files::FileSystem& system_;
+  store::Store store_;
+  Listing listing_;
+  std::unique_ptr<Printer> printer_;
+  std::unique_ptr<journal::Recorder> recorder_;
+  std::optional<Interviewer> interviewer_;
+  Totals totals_;
+  Progress progress_;
+  Results results_;
+};
 
 }  // namespace
 
-ExitStatus run(const Request& request, files::FileSystem& system) {
-  std::optional<Interviewer> interviewer;
-  if (request.confirm) {
-    if (!Interviewer::canAsk()) {
-      throw UsageError("--confirm needs a terminal to ask at; use --dry-run to see the changes first.");
-    }
-    interviewer.emplace(request);
-  }
-  noteWholeWords(request);
-  makeOutputFolder(request, system);
-
-  const auto printer = printerFor(request);
-  const store::Store store(system);
-  Totals totals;
-  for (const NamedDocument& document : documentsNamed(system, request.paths)) {
-    if (interviewer && interviewer->stopped()) break;
-    const Outcome outcome =
-        runOn(document, {request, store, *printer, interviewer ? &*interviewer : nullptr});
-    if (outcome.failure) sayFailure(outcome);
-    if (outcome.refused > 0) sayRefused(outcome);
-    printer->document(outcome);
-    flushOut();
-    totals.add(outcome);
-  }
-  printer->end(totals);
-  flushOut();
-  if (totals.failed > 0) return kFailed;
-  return totals.found > 0 ? kFound : kNoneFound;
+ExitStatus run(const Plan& plan, files::FileSystem& system) {
+  if (plan.confirm && !Interviewer::canAsk())
+    throw UsageError("--confirm needs a terminal to ask at; use --dry-run to see the changes first.");
+  noteWholeWords(plan);
+  makeOutputFolder(plan, system);
+  return Run(plan, system).all();
 }
 
 }  // namespace pluvo::cli

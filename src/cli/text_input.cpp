@@ -26,21 +26,6 @@ struct CloseFile {
   }
 };
 
-std::string bytesOf(const std::string& path, std::string_view option) {
-  errno = 0;
-  const std::unique_ptr<std::FILE, CloseFile> file(path == "-" ? stdin : std::fopen(path.c_str(), "rbe"));
-  if (!file) refuse(option, "cannot open " + path + ": " + std::strerror(errno) + ".");
-  std::string bytes;
-  std::array<char, 65536> buffer{};
-  while (const std::size_t count = std::fread(buffer.data(), 1, buffer.size(), file.get())) {
-    bytes.append(buffer.data(), count);
-    if (bytes.size() > kMostBytes)
-      refuse(option, "the text in " + path + " is over 64 MiB; use a shorter one.");
-  }
-  if (std::ferror(file.get()) != 0) refuse(option, "cannot read " + path + ": " + std::strerror(errno) + ".");
-  return bytes;
-}
-
 std::u16string withParagraphMarks(const std::u16string& text) {
   std::u16string marked;
   marked.reserve(text.size());
@@ -56,6 +41,21 @@ std::u16string withParagraphMarks(const std::u16string& text) {
 
 }  // namespace
 
+std::string bytesFrom(const std::string& path, std::string_view option) {
+  errno = 0;
+  const std::unique_ptr<std::FILE, CloseFile> file(path == "-" ? stdin : std::fopen(path.c_str(), "rbe"));
+  if (!file) refuse(option, "cannot open " + path + ": " + std::strerror(errno) + ".");
+  std::string bytes;
+  std::array<char, 65536> buffer{};
+  while (const std::size_t count = std::fread(buffer.data(), 1, buffer.size(), file.get())) {
+    bytes.append(buffer.data(), count);
+    if (bytes.size() > kMostBytes)
+      refuse(option, "the text in " + path + " is over 64 MiB; use a shorter one.");
+  }
+  if (std::ferror(file.get()) != 0) refuse(option, "cannot read " + path + ": " + std::strerror(errno) + ".");
+  return bytes;
+}
+
 std::u16string textFromArgument(const std::string& bytes, std::string_view option) {
   const std::size_t sound = wellFormedLength(bytes);
   if (sound < bytes.size()) {
@@ -66,7 +66,7 @@ std::u16string textFromArgument(const std::string& bytes, std::string_view optio
 }
 
 std::u16string textFromFile(const std::string& path, std::string_view option) {
-  std::string bytes = bytesOf(path, option);
+  std::string bytes = bytesFrom(path, option);
   if (bytes.rfind("\xEF\xBB\xBF", 0) == 0) bytes.erase(0, 3);
   std::u16string text = textFromArgument(bytes, option);
   if (!text.empty() && text.back() == u'\r') text.pop_back();

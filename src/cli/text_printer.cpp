@@ -4,42 +4,33 @@
 namespace pluvo::cli {
 namespace {
 
-std::string counted(std::int64_t count, std::string_view noun) {
-  return std::to_string(count) + " " + std::string(noun) + (count == 1 ? "" : "s");
-}
-
 /// The original is kept beside the document.
 std::string_view fileName(std::string_view path) { return path.substr(path.rfind('/') + 1); }
 
 class TextPrinter : public Printer {
  public:
-  TextPrinter(const Request& request, const Style& style)
-      : command_(request.command),
-        dryRun_(request.dryRun),
-        confirm_(request.confirm),
-        severalFiles_(request.paths.size() > 1),
-        color_(request.color),
-        style_(style) {}
+  TextPrinter(const Plan& plan, const Style& style) : plan_(plan), style_(style) {}
 
-  bool wantsBlocks() const override { return command_ == Command::find || dryRun_; }
+  bool wantsBlocks() const override { return finds() || plan_.dryRun; }
 
   void block(const std::string& path, const BlockReport& block) override {
+    if (block.skipped) return;
     const std::string where =
         style_.file(shownPath(path)) + ":" + style_.number(std::to_string(block.paragraph)) + ":";
-    if (command_ == Command::find) {
+    if (block.request->command == Command::find) {
       writeOut(where + " " + style_.match(block.before.piece) + "\n");
     } else if (block.refused || !block.after) {
       writeOut(where + " refused\n  " + marked(block.before, "[-", "-]", kRemoved) + "\n");
     } else {
-      writeOut(where + "\n" + preview(block.before, *block.after));
+      writeOut(where + "\n" + preview(block));
     }
   }
 
   void document(const Outcome& outcome) override {
-    if (command_ == Command::find || outcome.failure || outcome.found == 0) return;
+    if (finds() || outcome.failure || outcome.found == 0) return;
     std::string line = style_.file(shownPath(outcome.path)) + ": " + counted(outcome.found, "block") + ", ";
-    line += std::to_string(outcome.operated) + (dryRun_ ? " would be " : " ") + done();
-    if (outcome.skipped > 0 || confirm_) line += ", " + std::to_string(outcome.skipped) + " skipped";
+    line += std::to_string(outcome.operated) + (plan_.dryRun ? " would be " : " ") + done();
+    if (outcome.skipped > 0 || plan_.confirm) line += ", " + std::to_string(outcome.skipped) + " skipped";
     if (!outcome.savedAs.empty()) line += "; saved as " + shownPath(outcome.savedAs);
     if (!outcome.backup.empty()) line += "; original kept as " + shownPath(fileName(outcome.backup));
     if (!outcome.changed) line += "; no difference, not saved";
@@ -47,11 +38,11 @@ class TextPrinter : public Printer {
   }
 
   void end(const Totals& totals) override {
-    if (!severalFiles_) return;
+    if (!plan_.selection.several()) return;
     std::string line = counted(totals.files, "document") + ": " + counted(totals.found, "block");
-    if (command_ != Command::find) {
-      line += ", " + std::to_string(totals.operated) + (dryRun_ ? " would be " : " ") + done();
-      line += ", " + counted(totals.changed, "document") + (dryRun_ ? " would change" : " changed");
+    if (!finds()) {
+      line += ", " + std::to_string(totals.operated) + (plan_.dryRun ? " would be " : " ") + done();
+      line += ", " + counted(totals.changed, "document") + (plan_.dryRun ? " would change" : " changed");
     }
     if (totals.failed > 0) line += ", " + std::to_string(totals.failed) + " failed";
     sayNote(line);
@@ -62,8 +53,11 @@ class TextPrinter : public Printer {
   static constexpr Paint kRemoved = &Style::match;
   static constexpr Paint kAdded = &Style::added;
 
+  bool finds() const { return plan_.findsOnly(); }
+
   std::string done() const {
-    switch (command_) {
+    if (plan_.requests.size() > 1) return "changed";
+    switch (plan_.requests.front().command) {
       case Command::insert:
         return "given the text";
       case Command::replace:
@@ -72,10 +66,9 @@ class TextPrinter : public Printer {
         return "deleted";
       case Command::highlight:
         return "highlighted";
-      case Command::find:
-        break;
+      default:
+        return "found";
     }
-    return "found";
   }
 
   /// The piece in its context, told apart by colour, or by signs where there are no colours.
@@ -88,28 +81,26 @@ class TextPrinter : public Printer {
     return excerpt.lead + piece + excerpt.trail;
   }
 
-  std::string preview(const Excerpt& before, const Excerpt& after) const {
-    if (command_ == Command::highlight) {
+  std::string preview(const BlockReport& block) const {
+    const Excerpt& before = block.before;
+    if (block.request->command == Command::highlight) {
+      const word::WdColorIndex color = block.request->color;
       const std::string piece =
-          style_.colored() ? style_.highlighted(before.piece, color_) : "[" + before.piece + "]";
-      return "  " + before.lead + piece + before.trail + "\n  highlight: " + nameOf(color_) + "\n";
+          style_.colored() ? style_.highlighted(before.piece, color) : "[" + before.piece + "]";
+      return "  " + before.lead + piece + before.trail + "\n  highlight: " + nameOf(color) + "\n";
     }
-    return "  - " + marked(before, "[-", "-]", kRemoved) + "\n  + " + marked(after, "{+", "+}", kAdded) +
-           "\n";
+    return "  - " + marked(before, "[-", "-]", kRemoved) + "\n  + " +
+           marked(*block.after, "{+", "+}", kAdded) + "\n";
   }
 
-  Command command_;
-  bool dryRun_;
-  bool confirm_;
-  bool severalFiles_;
-  word::WdColorIndex color_;
+  const Plan& plan_;
   Style style_;
 };
 
 }  // namespace
 
-std::unique_ptr<Printer> textPrinter(const Request& request, const Style& style) {
-  return std::make_unique<TextPrinter>(request, style);
+std::unique_ptr<Printer> textPrinter(const Plan& plan, const Style& style) {
+  return std::make_unique<TextPrinter>(plan, style);
 }
 
 }  // namespace pluvo::cli

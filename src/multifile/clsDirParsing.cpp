@@ -1,6 +1,6 @@
 #include "multifile/clsDirParsing.h"
 
-#include "mask.h"
+#include "multifile/mask.h"
 
 #include <utility>
 

@@ -1,4 +1,4 @@
-#include "mask.h"
+#include "multifile/mask.h"
 
 #include "letter_case.h"
 

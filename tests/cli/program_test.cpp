@@ -243,6 +243,7 @@ TEST(Program, AsksBeforeEachChange) {
   ::unsetenv("TERM");
   const std::vector<Answers> answers = {
       {"y\nn\ny\ny\n", "z y z\n", "z\n", R"("found":4,"operated":3,"skipped":1)"},
+      {"y\ns\ny\n", "z y y\n", "z\n", R"("found":3,"operated":2,"skipped":0)"},
       {"n\na\n", "y z z\n", "z\n", R"("found":4,"operated":3,"skipped":1)"},
       {"Y\nmaybe\n\nq\n", "z y y\n", "y\n", R"("found":2,"operated":1,"skipped":0)"},
       {"n\nn\nn\nn\n", "y y y\n", "y\n", R"("found":4,"operated":0,"skipped":4)"},
@@ -258,7 +259,9 @@ TEST(Program, AsksBeforeEachChange) {
     EXPECT_EQ(sandbox.read("b.txt"), each.b) << each.keys;
     EXPECT_THAT(result.out, HasSubstr(each.counts)) << each.keys;
     EXPECT_EQ(result.status, 0) << each.keys;
-    EXPECT_THAT(result.err, HasSubstr("[y] y y\r\nReplace it with 'z' [y,n,a,q]? ")) << each.keys;
+    EXPECT_THAT(result.err,
+                HasSubstr("a.txt:1: (1 of 2 files)\r\n  [y] y y\r\nReplace it with 'z' [y,n,a,s,q]? "))
+        << each.keys;
   }
 }
 

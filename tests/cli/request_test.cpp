@@ -1,5 +1,4 @@
-#include "request.h"
-
+#include "plan.h"
 #include "usage_error.h"
 
 namespace pluvo::cli {
@@ -10,11 +9,12 @@ using ::testing::HasSubstr;
 
 using Words = std::vector<std::string>;
 
-Request made(const Words& words) { return requestFrom(parse(words)); }
+Plan planned(const Words& words) { return planFrom(parse(words)); }
+Request made(const Words& words) { return planned(words).requests.front(); }
 
 std::string refusalOf(const Words& words) {
   try {
-    (void)made(words);
+    (void)planned(words);
   } catch (const UsageError& refused) {
     return refused.what();
   }
@@ -22,10 +22,11 @@ std::string refusalOf(const Words& words) {
 }
 
 TEST(Request, TakesOptionsAndPathsInAnyOrder) {
-  const Request request = made({"-n", "replace", "a.txt", "-b", "x", "b.txt", "--text=", "--", "-c.txt"});
+  const Plan plan = planned({"-n", "replace", "a.txt", "-b", "x", "b.txt", "--text=", "--", "-c.txt"});
+  const Request& request = plan.requests.front();
   EXPECT_EQ(request.command, Command::replace);
-  EXPECT_THAT(request.paths, ElementsAre("a.txt", "b.txt", "-c.txt"));
-  EXPECT_TRUE(request.dryRun);
+  EXPECT_THAT(plan.selection.paths, ElementsAre("a.txt", "b.txt", "-c.txt"));
+  EXPECT_TRUE(plan.dryRun);
   EXPECT_EQ(request.text, u"");
 }
 
@@ -68,9 +69,9 @@ TEST(Request, KnowsEveryColor) {
 }
 
 TEST(Request, KeepsBackupSuffixAndFolder) {
-  EXPECT_EQ(made({"delete", "-b", "x", "--backup", "f"}).backupSuffix, ".bak");
-  EXPECT_EQ(made({"delete", "-b", "x", "--backup=~", "f"}).backupSuffix, "~");
-  EXPECT_EQ(made({"delete", "-b", "x", "--output", "d", "f"}).outputFolder, "d");
+  EXPECT_EQ(planned({"delete", "-b", "x", "--backup", "f"}).backupSuffix, ".bak");
+  EXPECT_EQ(planned({"delete", "-b", "x", "--backup=~", "f"}).backupSuffix, "~");
+  EXPECT_EQ(planned({"delete", "-b", "x", "--output", "d", "f"}).outputFolder, "d");
 }
 
 struct Refusal {

@@ -79,6 +79,7 @@ void Sandbox::become(const std::vector<std::string>& arguments) const {
   std::vector<char*> pointers;
   for (std::string& word : words) pointers.push_back(word.data());
   pointers.push_back(nullptr);
+  ::setenv("XDG_STATE_HOME", statePath("").c_str(), 1);
   if (::chdir(folder_.c_str()) == 0) ::execv(PLUVO_PROGRAM, pointers.data());
   ::_exit(127);
 }

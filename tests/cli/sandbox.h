@@ -25,6 +25,8 @@ class Sandbox {
   void write(const std::string& name, const std::string& bytes) const;
   std::string read(const std::string& name) const;
   std::string path(const std::string& name) const { return folder_ + "/" + name; }
+  /// Where the program keeps its state.
+  std::string statePath(const std::string& name) const { return streams_ + "/state/" + name; }
   std::vector<std::string> names() const;
   /// Everything that tells whether the file was touched.
   struct stat status(const std::string& name) const;

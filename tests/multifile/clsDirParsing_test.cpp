@@ -3,7 +3,7 @@
 #include "documents/files/scratch.h"
 #include "errors/reports.h"
 #include "errors/text.h"
-#include "mask.h"
+#include "multifile/mask.h"
 #include "scripted_folders.h"
 
 #include <gtest/gtest.h>

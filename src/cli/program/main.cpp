@@ -1,9 +1,12 @@
 #include "files/file_system.h"
+#include "files/problem.h"
 #include "help.h"
 #include "parse.h"
 #include "printer.h"
 #include "request.h"
 #include "run.h"
+#include "saved/saved_requests.h"
+#include "undo/undo.h"
 #include "usage_error.h"
 
 #include <cstdio>
@@ -16,6 +19,18 @@
 namespace {
 
 using namespace pluvo;
+
+int carryOut(const cli::TypedCommandLine& line, files::FileSystem& system) {
+  if (line.command == cli::Command::undo) return cli::undo(line, system);
+  if (line.command == cli::Command::save)
+    throw cli::UsageError(
+        "Say where to save and what: pluvo save FILE.toml replace --begin TEXT --text TEXT");
+  if (line.saveTo) {
+    cli::saveRequest(system, *line.saveTo, cli::requestFrom(*line.command, line.options));
+    return cli::kFound;
+  }
+  return cli::run(cli::planFrom(line), system);
+}
 
 int runProgram(const std::vector<std::string>& arguments) {
   const cli::TypedCommandLine line = cli::parse(arguments);
@@ -30,7 +45,7 @@ int runProgram(const std::vector<std::string>& arguments) {
   if (!line.command)
     throw cli::UsageError(
         "Say what to do, for instance: pluvo find --begin TEXT DOCUMENT. 'pluvo --help' tells more.");
-  return cli::run(cli::requestFrom(line), files::machineFileSystem());
+  return carryOut(line, files::machineFileSystem());
 }
 
 }  // namespace
@@ -45,6 +60,8 @@ int main(int count, char** words) {
   } catch (const std::system_error& failed) {
     cli::sayError(std::string("Cannot write to standard output: ") + std::strerror(failed.code().value()) +
                   ".");
+  } catch (const files::DocumentError& failed) {
+    cli::sayError(failed.what());
   } catch (const std::bad_alloc&) {
     cli::sayError("Not enough memory.");
   } catch (const std::exception& failed) {

@@ -45,20 +45,20 @@ void StoredDocument::requireUnchangedFile() const {
 StoredDocument::Outcome StoredDocument::save(const SaveOptions& options) {
   if (!document_->model().changed()) return {};
   if (options.otherPath) {
-    files::createFile(*system_, *options.otherPath, path_, stamp_, newVersion());
+    files::createFile(*system_, *options.otherPath, path_, stamp_, newVersion(options));
     return {true, {}};
   }
-  files::Saved saved = files::replaceFile(*system_, path_, stamp_, newVersion(), options.backupSuffix);
+  files::Saved saved = files::replaceFile(*system_, path_, stamp_, newVersion(options), options.backupSuffix);
   stamp_ = saved.stamp;
   return {true, std::move(saved.backup)};
 }
 
-files::NewVersion StoredDocument::newVersion() const {
+files::NewVersion StoredDocument::newVersion(const SaveOptions& options) const {
   return {[this](files::Output& out) {
             source_->write(document_->model(), out);
             requireWhole(bytes_);
           },
-          [this](const files::Bytes& written) { requireSameDocument(written); }};
+          [this](const files::Bytes& written) { requireSameDocument(written); }, options.beforeReplacing};
 }
 
 void StoredDocument::requireSameDocument(const files::Bytes& written) const {

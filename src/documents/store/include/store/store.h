@@ -6,6 +6,7 @@
 #include "formats/registry.h"
 #include "memory/document.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -18,6 +19,8 @@ struct SaveOptions {
   std::optional<std::string> backupSuffix;
   /// Leaves the original alone and writes a new file; the name must be free.
   std::optional<std::string> otherPath;
+  /// See files::NewVersion; not called for a new file.
+  std::function<void(const files::Replacement&)> beforeReplacing = {};
 };
 
 /// A document in memory with the file it came from. Keeps what saving needs; the document itself knows no
@@ -49,7 +52,7 @@ class StoredDocument {
   friend class Store;
   StoredDocument() = default;
 
-  files::NewVersion newVersion() const;
+  files::NewVersion newVersion(const SaveOptions& options) const;
   void requireSameDocument(const files::Bytes& written) const;
 
   files::FileSystem* system_ = nullptr;

@@ -11,8 +11,8 @@ namespace pluvo::cli {
 /// ".csv" a row for each document and block, ".json" an object with all of them. It stands whole in its place
 /// when the run ends; until then its parts are in temporary files.
 ///
-/// The command is what the report says was run. Throws UsageError for another ending, or where the file cannot be
-/// made.
+/// The command is what the report says was run. Throws UsageError for another ending, or where the file
+/// cannot be made.
 std::unique_ptr<Printer> reportPrinter(const std::string& path, const std::string& command);
 
 }  // namespace pluvo::cli

@@ -2,11 +2,13 @@
 
 #include <string_view>
 
-/// The fixed parts of the HTML report: one page that needs nothing else, neither a network nor a script to be read.
+/// The fixed parts of the HTML report: one page that needs nothing else, neither a network nor a script to be
+/// read.
 namespace pluvo::cli {
 
-/// Sizes are in rem, so that the reader's own text size holds. Old and new text are told apart by line and sign as
-/// well as by colour. Blocks out of sight cost nothing until they are scrolled to, which keeps ten thousand quick.
+/// Sizes are in rem, so that the reader's own text size holds. Old and new text are told apart by line and
+/// sign as well as by colour. Blocks out of sight cost nothing until they are scrolled to, which keeps ten
+/// thousand quick.
 inline constexpr std::string_view kReportHead = R"html(<!DOCTYPE html>
 <html lang="en">
 <head>

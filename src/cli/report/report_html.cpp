@@ -1,7 +1,6 @@
-#include "report_html.h"
-
-#include "report_file.h"
-#include "report_page.h"
+#include "report/report_file.h"
+#include "report/report_kinds.h"
+#include "report/report_page.h"
 #include "unicode.h"
 
 #include <string_view>
@@ -52,8 +51,10 @@ std::string line(std::string_view kind, const Excerpt& excerpt, std::string_view
 }
 
 std::string item(const BlockReport& block) {
-  std::string html = "<li><p class=\"soft\">Paragraph " + std::to_string(block.before.paragraph);
-  if (block.refused) return html + ": <span class=\"bad\">refused</span></p>" + line("", block.before, "mark") + "</li>\n";
+  std::string html = "<li><p class=\"soft\">Paragraph " + std::to_string(block.paragraph);
+  if (block.refused)
+    return html + ": <span class=\"bad\">refused</span></p>" + line("", block.before, "mark") + "</li>\n";
+  if (block.skipped) return html + ": left as it is</p>" + line("", block.before, "mark") + "</li>\n";
   if (!block.after) return html + "</p>" + line("", block.before, "mark") + "</li>\n";
   const bool sameText = block.after->piece == block.before.piece;
   if (sameText) return html + "</p>" + line("", *block.after, "mark") + "</li>\n";
@@ -66,9 +67,7 @@ class HtmlReport final : public Printer {
 
   bool wantsBlocks() const override { return true; }
 
-  void block(const std::string& /*path*/, const BlockReport& block) override {
-    items_ += item(block);
-  }
+  void block(const std::string& /*path*/, const BlockReport& block) override { items_ += item(block); }
 
   void document(const Outcome& outcome) override {
     row(outcome);
@@ -80,24 +79,35 @@ class HtmlReport final : public Printer {
     items_.clear();
   }
 
+  void leftOut(const LeftOut& leftOut) override {
+    notTaken_ +=
+        "<tr><td>" + escaped(leftOut.path) + "</td><td>" + std::string(leftOut.reason) + "</td></tr>\n";
+  }
+
   void end(const Totals& totals) override {
     const auto total = [](std::string_view name, std::int64_t value) {
       return "<div><dt>" + std::string(name) + "</dt><dd>" + std::to_string(value) + "</dd></div>";
     };
     std::string beginning(kReportHead);
-    beginning += "<header><h1>PLUVO report</h1><p><code>" + escaped(command_) + "</code></p></header>\n<main>\n";
-    beginning += "<dl class=\"totals\">" + total("Documents", totals.files) + total("Blocks found", totals.found) +
-                 total("Operated on", totals.operated) + total("Skipped", totals.skipped) +
-                 total("Documents changed", totals.changed) + total("Failed", totals.failed) + "</dl>\n";
+    beginning +=
+        "<header><h1>PLUVO report</h1><p><code>" + escaped(command_) + "</code></p></header>\n<main>\n";
+    beginning += "<dl class=\"totals\">" + total("Documents", totals.files) +
+                 total("Blocks found", totals.found) + total("Operated on", totals.operated) +
+                 total("Skipped", totals.skipped) + total("Documents changed", totals.changed) +
+                 total("Failed", totals.failed) + "</dl>\n";
     beginning += table("Documents not processed", failures_, "<th>Reason</th><th>What to do</th>");
-    beginning += table("Documents", rows_,
-                       "<th class=\"n\">Found</th><th class=\"n\">Operated on</th><th class=\"n\">Skipped</th>"
-                       "<th>Saved</th>");
+    beginning +=
+        table("Documents", rows_,
+              "<th class=\"n\">Found</th><th class=\"n\">Operated on</th><th class=\"n\">Skipped</th>"
+              "<th>Saved</th>");
+    beginning += table("Files not taken", notTaken_, "<th>Reason</th>");
     beginning +=
         "<h2>Blocks</h2>\n<nav aria-label=\"Blocks\"><label for=\"filter\">Show documents named</label>"
         "<input id=\"filter\" type=\"search\"><span id=\"shown\" role=\"status\"></span>"
-        "<button id=\"open\" type=\"button\">Open all</button><button id=\"close\" type=\"button\">Close all</button>"
-        "<span class=\"soft\">Keys: / to the names, j and k from document to document, Enter opens</span></nav>\n";
+        "<button id=\"open\" type=\"button\">Open all</button><button id=\"close\" type=\"button\">Close "
+        "all</button>"
+        "<span class=\"soft\">Keys: / to the names, j and k from document to document, Enter "
+        "opens</span></nav>\n";
     file_.finish(beginning, "</main>" + std::string(kReportTail));
   }
 
@@ -105,8 +115,8 @@ class HtmlReport final : public Printer {
   void row(const Outcome& outcome) {
     const std::string name = "<tr><td>" + escaped(outcome.path) + "</td>";
     if (outcome.failure) {
-      failures_ += name + "<td class=\"bad\">" + std::string(files::nameOf(outcome.failure->problem)) + "</td><td>" +
-                   escaped(outcome.failure->message) + "</td></tr>\n";
+      failures_ += name + "<td class=\"bad\">" + std::string(files::nameOf(outcome.failure->problem)) +
+                   "</td><td>" + escaped(outcome.failure->message) + "</td></tr>\n";
       return;
     }
     std::string saved = outcome.saved ? "yes" : "no";
@@ -119,8 +129,8 @@ class HtmlReport final : public Printer {
 
   static std::string table(std::string_view heading, const std::string& rows, std::string_view columns) {
     if (rows.empty()) return {};
-    return "<h2>" + std::string(heading) + "</h2>\n<table><thead><tr><th>Document</th>" + std::string(columns) +
-           "</tr></thead><tbody>\n" + rows + "</tbody></table>\n";
+    return "<h2>" + std::string(heading) + "</h2>\n<table><thead><tr><th>Document</th>" +
+           std::string(columns) + "</tr></thead><tbody>\n" + rows + "</tbody></table>\n";
   }
 
   ReportFile file_;
@@ -128,6 +138,7 @@ class HtmlReport final : public Printer {
   std::string items_;
   std::string rows_;
   std::string failures_;
+  std::string notTaken_;
 };
 
 }  // namespace

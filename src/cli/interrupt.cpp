@@ -1,0 +1,31 @@
+#include "interrupt.h"
+
+namespace pluvo::cli {
+namespace {
+
+volatile std::sig_atomic_t noted = 0;
+
+extern "C" void noteInterrupt(int /*signal*/) { noted = 1; }
+
+}  // namespace
+
+Interrupt::Interrupt(bool endsReading) {
+  noted = 0;
+  struct sigaction action = {};
+  action.sa_handler = noteInterrupt;
+  action.sa_flags = static_cast<int>(SA_RESETHAND) | (endsReading ? 0 : SA_RESTART);
+  sigemptyset(&action.sa_mask);
+  sigaction(SIGINT, nullptr, &forInterrupt_);
+  // Whoever started this in the background had interrupts ignored.
+  if (forInterrupt_.sa_handler != SIG_IGN) sigaction(SIGINT, &action, nullptr);
+  sigaction(SIGTERM, &action, &forEnd_);
+}
+
+Interrupt::~Interrupt() {
+  sigaction(SIGINT, &forInterrupt_, nullptr);
+  sigaction(SIGTERM, &forEnd_, nullptr);
+}
+
+bool Interrupt::requested() { return noted != 0; }
+
+}  // namespace pluvo::cli

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace pluvo::cli {
+
+/// A JSON string. A byte that is not part of well-formed UTF-8 becomes the escape of the lone surrogate
+/// U+DC00 plus the byte, which Python's os.fsencode, among others, turns back into the byte: a name survives
+/// whole.
+std::string jsonQuoted(std::string_view bytes);
+
+}  // namespace pluvo::cli

@@ -1,0 +1,170 @@
+#include "listing/listing.h"
+
+#include "errors/context.h"
+#include "errors/text.h"
+#include "listing/names_from.h"
+#include "listing/tree_folders.h"
+#include "multifile/clsDirParsing.h"
+
+#include <algorithm>
+#include <cctype>
+#include <system_error>
+
+namespace pluvo::cli {
+namespace {
+
+using files::FileKind;
+
+std::string nameIn(const std::string& path) { return path.substr(path.rfind('/') + 1); }
+
+std::string typeOf(const std::string& path) {
+  const std::string name = nameIn(path);
+  const std::size_t dot = name.rfind('.');
+  std::string type = dot == std::string::npos ? "" : name.substr(dot + 1);
+  for (char& c : type) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  return type;
+}
+
+std::string withoutSeparators(std::string path) {
+  while (path.size() > 1 && path.back() == '/') path.pop_back();
+  return path;
+}
+
+/// The place in an output folder of a path that came in a list: what stands behind "/./", else all of it, in
+/// both without what would lead out of the folder.
+std::string placeOfListed(const std::string& path) {
+  const std::size_t mark = path.find("/./");
+  const std::string kept = mark == std::string::npos ? path : path.substr(mark + 3);
+  std::string place;
+  std::size_t from = 0;
+  while (from <= kept.size()) {
+    const std::size_t to = std::min(kept.find('/', from), kept.size());
+    const std::string step = kept.substr(from, to - from);
+    if (!step.empty() && step != "." && step != "..") place += (place.empty() ? "" : "/") + step;
+    from = to + 1;
+  }
+  return place;
+}
+
+/// The name of a folder that its tree gets in an output folder.
+std::string nameOfTree(const std::string& folder) {
+  const std::string name = nameIn(withoutSeparators(folder));
+  return name.empty() || name == "." || name == ".." ? "" : name + "/";
+}
+
+class Lister {
+ public:
+  Lister(files::FileSystem& system, const Selection& selection, const std::vector<std::string>& avoided)
+      : system_(system), selection_(selection) {
+    for (const std::u16string& mask : selection.masks) masks_.emplace_back(mask);
+    for (const std::u16string& mask : selection.excluded) excluded_.emplace_back(mask);
+    for (const std::string& path : avoided) {
+      try {
+        avoided_.insert(identityOf(system.statusAt(path).stamp));
+      } catch (const std::system_error&) {
+        // Not there yet, so nothing leads to it.
+      }
+    }
+  }
+
+  Listing listing() {
+    for (const std::string& path : selection_.paths) addNamed(path, nameIn(path));
+    for (const std::string& path : namesFrom(selection_)) addNamed(path, placeOfListed(path));
+    return std::move(listing_);
+  }
+
+ private:
+  void addNamed(const std::string& path, const std::string& place) {
+    try {
+      const files::FileStatus status = system_.statusAt(path);
+      if (status.kind != FileKind::folder) {
+        addFile(path, place, status);
+      } else if (selection_.recursive) {
+        addTree(path);
+      } else if (seen_.insert(identityOf(status.stamp)).second) {
+        listing_.documents.push_back({path, place, kFolder});
+      }
+    } catch (const std::system_error&) {
+      // Opening it will say what is wrong.
+      if (seenMissing_.insert(path).second) listing_.documents.push_back({path, place, {}});
+    }
+  }
+
+  void addTree(const std::string& root) {
+    TreeFolders folders(system_, excluded_, avoided_, listing_);
+    errors::Context context;
+    multifile::clsDirParsing scanner(context, folders, u"/");
+    const std::string base = root.back() == '/' ? root : root + "/";
+    scanner.RootDirectory(errors::nameText(base));
+    scanner.MasksCSstr(u"");
+    scanner.ProcessSubDirectories(selection_.levels > 0);
+    scanner.DirectoriesDeep(selection_.levels);
+    scanner.ProcessItems();
+    const std::string tree = nameOfTree(root);
+    for (const std::u16string& item : scanner.ProcessedItems()) {
+      if (!item.empty()) addFound(item, errors::nameBytes(item), tree, base.size());
+    }
+  }
+
+  void addFound(const std::u16string& item, const std::string& path, const std::string& tree,
+                std::size_t baseLength) {
+    const auto& types = selection_.types;
+    if (!masks_.empty() && !matchesOne(masks_, item.substr(item.rfind(u'/') + 1))) {
+      leaveOut(path, "name not asked for");
+    } else if (std::find(types.begin(), types.end(), typeOf(path)) == types.end()) {
+      leaveOut(path, "kind not asked for");
+    } else {
+      const std::string place = tree + path.substr(baseLength);
+      try {
+        addFile(path, place, system_.statusAt(path));
+      } catch (const std::system_error&) {
+        listing_.documents.push_back({path, place, {}});
+      }
+    }
+  }
+
+  void addFile(const std::string& path, const std::string& place, const files::FileStatus& status) {
+    const files::Stamp& stamp = status.stamp;
+    if (avoided_.count(identityOf(stamp)) > 0) {
+      leaveOut(path, "written by this run");
+    } else if (selection_.newerThan && stamp.modifiedSeconds < *selection_.newerThan) {
+      leaveOut(path, "not changed since");
+    } else if (!seen_.insert(identityOf(stamp)).second) {
+      leaveOut(path, "another name of a document above");
+    } else {
+      listing_.documents.push_back({path, place, {}});
+    }
+  }
+
+  void leaveOut(const std::string& path, const char* reason) { listing_.leftOut.push_back({path, reason}); }
+
+  static inline const Failure kFolder{
+      files::Problem::io, "It is a folder; add --recursive to work on the documents in it and below."};
+
+  files::FileSystem& system_;
+  const Selection& selection_;
+  std::vector<multifile::Mask> masks_;
+  std::vector<multifile::Mask> excluded_;
+  std::set<Identity> avoided_;
+  std::set<Identity> seen_;
+  std::set<std::string> seenMissing_;
+  Listing listing_;
+};
+
+}  // namespace
+
+Listing listDocuments(files::FileSystem& system, const Selection& selection,
+                      const std::vector<std::string>& avoided) {
+  return Lister(system, selection, avoided).listing();
+}
+
+std::string listedPath(const NamedDocument& document) {
+  const std::string& path = document.path;
+  const std::string& place = document.place;
+  if (path.size() <= place.size() || path.compare(path.size() - place.size(), place.size(), place) != 0)
+    return path;
+  const std::string before = path.substr(0, path.size() - place.size());
+  return before.back() == '/' ? before + "./" + place : path;
+}
+
+}  // namespace pluvo::cli

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "files/file_system.h"
+#include "listing/listing.h"
+#include "multifile/folders.h"
+#include "multifile/mask.h"
+
+#include <set>
+#include <unordered_map>
+#include <utility>
+
+namespace pluvo::cli {
+
+/// A file or folder, whatever it is called.
+using Identity = std::pair<std::uint64_t, std::uint64_t>;
+inline Identity identityOf(const files::Stamp& stamp) { return {stamp.device, stamp.inode}; }
+
+bool matchesOne(const std::vector<multifile::Mask>& masks, const std::u16string& name);
+
+/// The machine's folders as a scan is to see them: without what is excluded, each read from the disk once
+/// though a scan asks twice, and with a word about what the scan does not see.
+class TreeFolders final : public multifile::Folders {
+ public:
+  /// All of them outlive it.
+  TreeFolders(files::FileSystem& system, const std::vector<multifile::Mask>& excluded,
+              const std::set<Identity>& avoided, Listing& listing);
+
+  std::vector<multifile::Entry> entriesOf(const std::u16string& folder) override;
+  std::u16string resolved(const std::u16string& folder) override;
+
+ private:
+  const char* reasonToLeaveOut(const std::string& path, const multifile::Entry& entry) const;
+  void noteUnreadable(const std::string& folder);
+
+  files::FileSystem& system_;
+  const std::vector<multifile::Mask>& excluded_;
+  const std::set<Identity>& avoided_;
+  Listing& listing_;
+  std::unique_ptr<multifile::Folders> machine_ = multifile::machineFolders();
+  std::unordered_map<std::u16string, std::vector<multifile::Entry>> read_;
+};
+
+}  // namespace pluvo::cli

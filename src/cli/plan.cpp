@@ -1,0 +1,97 @@
+#include "plan.h"
+
+#include "numbers.h"
+#include "saved/saved_requests.h"
+#include "usage_error.h"
+
+#include <algorithm>
+#include <thread>
+
+namespace pluvo::cli {
+namespace {
+
+constexpr int kMostJobs = 256;
+
+void readSafety(const TypedOptions& typed, Plan& plan) {
+  if (typed.backup && typed.output) {
+    throw UsageError(
+        "--output leaves the originals where they are, so --backup has nothing to keep; leave one out.");
+  }
+  if (typed.backup) {
+    plan.backupSuffix = typed.backup->empty() ? ".bak" : *typed.backup;
+    if (plan.backupSuffix->find('/') != std::string::npos) {
+      throw UsageError("--backup takes what to put behind a file's name; it cannot hold a /.");
+    }
+  }
+  if (typed.output && typed.output->empty()) throw UsageError("--output needs the name of a folder.");
+  plan.outputFolder = typed.output;
+  plan.confirm = typed.confirm;
+  plan.dryRun = typed.dryRun;
+  plan.keepGoing = typed.keepGoing;
+  plan.journal = !typed.noJournal;
+}
+
+int jobsFrom(const TypedOptions& typed) {
+  if (typed.confirm) {
+    if (typed.jobs && *typed.jobs != "1")
+      throw UsageError("--confirm asks about one document after the other; leave --jobs out.");
+    return 1;
+  }
+  if (typed.jobs) return numberFrom(*typed.jobs, "--jobs", 1, kMostJobs);
+  return std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, kMostJobs);
+}
+
+ProgressLine progressFrom(const TypedOptions& typed) {
+  if (!typed.progress || *typed.progress == "auto") return ProgressLine::automatic;
+  if (*typed.progress == "always") return ProgressLine::always;
+  if (*typed.progress == "never") return ProgressLine::never;
+  throw UsageError("--progress is auto, always or never, not '" + *typed.progress + "'.");
+}
+
+/// What a shell would take for the same words.
+std::string quotedForShell(const std::string& word) {
+  const bool plain = !word.empty() && std::all_of(word.begin(), word.end(), [](char c) {
+    return std::isalnum(static_cast<unsigned char>(c)) != 0 ||
+           std::string_view("-_./,=:+@%").find(c) != std::string_view::npos;
+  });
+  if (plain) return word;
+  std::string quoted = "'";
+  for (const char c : word) quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+  return quoted + "'";
+}
+
+std::string commandFrom(const std::vector<std::string>& words) {
+  std::string command = "pluvo";
+  for (const std::string& word : words) command += " " + quotedForShell(word);
+  return command;
+}
+
+}  // namespace
+
+bool Plan::findsOnly() const {
+  return std::all_of(requests.begin(), requests.end(),
+                     [](const Request& each) { return each.command == Command::find; });
+}
+
+Plan planFrom(const TypedCommandLine& line) {
+  Plan plan;
+  std::vector<std::string> paths = line.paths;
+  if (line.command == Command::run) {
+    if (paths.empty()) throw UsageError("Name the file of saved requests: pluvo run FILE.toml DOCUMENT...");
+    plan.requests = savedRequests(paths.front());
+    paths.erase(paths.begin());
+  } else {
+    plan.requests = {requestFrom(*line.command, line.options)};
+  }
+  readSafety(line.options, plan);
+  plan.jobs = jobsFrom(line.options);
+  plan.progress = progressFrom(line.options);
+  plan.report = line.options.report;
+  plan.json = line.options.json;
+  plan.quiet = line.options.quiet;
+  plan.selection = selectionFrom(line.options, std::move(paths));
+  plan.command = commandFrom(line.words);
+  return plan;
+}
+
+}  // namespace pluvo::cli

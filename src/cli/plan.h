@@ -1,0 +1,44 @@
+#pragma once
+
+#include "listing/selection.h"
+#include "parse.h"
+#include "request.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace pluvo::cli {
+
+enum class ProgressLine { automatic, always, never };
+
+/// A run: what is done, to which documents, how, and what is told of it.
+struct Plan {
+  std::vector<Request> requests;  ///< one or more, in the order in which each document gets them
+  Selection selection;
+
+  bool confirm = false;
+  bool dryRun = false;
+  bool keepGoing = false;
+  bool journal = true;
+  std::optional<std::string> backupSuffix;
+  std::optional<std::string> outputFolder;
+  int jobs = 1;
+
+  std::optional<std::string> report;
+  bool json = false;
+  bool quiet = false;
+  ProgressLine progress = ProgressLine::automatic;
+
+  std::string command;  ///< as typed, for the report and the journal
+
+  bool findsOnly() const;
+  /// Whether documents are replaced.
+  bool changesInPlace() const { return !findsOnly() && !dryRun && !outputFolder; }
+};
+
+/// What was typed, made out. Reads the files that hold texts or saved requests and nothing else. Throws
+/// UsageError.
+Plan planFrom(const TypedCommandLine& line);
+
+}  // namespace pluvo::cli

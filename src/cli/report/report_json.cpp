@@ -1,0 +1,91 @@
+#include "json.h"
+#include "report/report_file.h"
+#include "report/report_kinds.h"
+
+#include <utility>
+
+namespace pluvo::cli {
+namespace {
+
+std::string member(std::string_view name, const std::string& value) {
+  return "\"" + std::string(name) + "\":" + value;
+}
+
+std::string object(const Excerpt& excerpt) {
+  return "{" + member("lead", jsonQuoted(excerpt.lead)) + "," + member("text", jsonQuoted(excerpt.piece)) +
+         "," + member("trail", jsonQuoted(excerpt.trail)) + "}";
+}
+
+std::string object(const BlockReport& block) {
+  return "{" + member("command", jsonQuoted(nameOf(block.request->command))) + "," +
+         member("paragraph", std::to_string(block.paragraph)) + "," + member("before", object(block.before)) +
+         "," + member("after", block.after ? object(*block.after) : "null") + "," +
+         member("refused", block.refused ? "true" : "false") + "," +
+         member("skipped", block.skipped ? "true" : "false") + "}";
+}
+
+class JsonReport final : public Printer {
+ public:
+  JsonReport(const std::string& path, std::string command) : file_(path), command_(std::move(command)) {}
+
+  bool wantsBlocks() const override { return true; }
+
+  void block(const std::string& path, const BlockReport& block) override {
+    file_.addLater((inDocument_ ? std::string(",\n   ") : opening(path)) + object(block));
+  }
+
+  void document(const Outcome& outcome) override {
+    std::string error = "null";
+    if (outcome.failure) {
+      error = "{" + member("code", jsonQuoted(files::nameOf(outcome.failure->problem))) + "," +
+              member("message", jsonQuoted(outcome.failure->message)) + "}";
+    }
+    file_.addLater((inDocument_ ? "" : opening(outcome.path)) + "],\n  " +
+                   member("found", std::to_string(outcome.found)) + "," +
+                   member("operated", std::to_string(outcome.operated)) + "," +
+                   member("skipped", std::to_string(outcome.skipped)) + "," +
+                   member("refused", std::to_string(outcome.refused)) + "," +
+                   member("saved", outcome.saved ? "true" : "false") + "," +
+                   member("savedAs", jsonQuoted(outcome.savedAs)) + "," +
+                   member("backup", jsonQuoted(outcome.backup)) + "," + member("error", error) + "}");
+    inDocument_ = false;
+  }
+
+  void leftOut(const LeftOut& leftOut) override {
+    notTaken_ += (notTaken_.empty() ? "\n " : ",\n ") + ("{" + member("file", jsonQuoted(leftOut.path))) +
+                 "," + member("reason", jsonQuoted(leftOut.reason)) + "}";
+  }
+
+  void end(const Totals& totals) override {
+    file_.finish("{" + member("command", jsonQuoted(command_)) + ",\n\"documents\":[",
+                 "],\n\"notTaken\":[" + notTaken_ + "],\n\"summary\":{" +
+                     member("files", std::to_string(totals.files)) + "," +
+                     member("found", std::to_string(totals.found)) + "," +
+                     member("operated", std::to_string(totals.operated)) + "," +
+                     member("skipped", std::to_string(totals.skipped)) + "," +
+                     member("changed", std::to_string(totals.changed)) + "," +
+                     member("failed", std::to_string(totals.failed)) + "}}\n");
+  }
+
+ private:
+  /// Of a document, as far as its first block.
+  std::string opening(const std::string& path) {
+    inDocument_ = true;
+    return std::string(std::exchange(first_, false) ? "\n " : ",\n ") + "{" +
+           member("file", jsonQuoted(path)) + ",\"blocks\":[";
+  }
+
+  ReportFile file_;
+  std::string command_;
+  std::string notTaken_;
+  bool first_ = true;
+  bool inDocument_ = false;
+};
+
+}  // namespace
+
+std::unique_ptr<Printer> jsonReport(const std::string& path, const std::string& command) {
+  return std::make_unique<JsonReport>(path, command);
+}
+
+}  // namespace pluvo::cli

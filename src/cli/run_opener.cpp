@@ -1,0 +1,88 @@
+#include "run_opener.h"
+
+#include "errors/text.h"
+#include "folder_maker.h"
+#include "word/faults.h"
+
+#include <new>
+#include <utility>
+
+namespace pluvo::cli {
+
+using files::DocumentError;
+using files::Problem;
+
+namespace {
+
+Problem problemOf(std::int32_t faultNumber) {
+  switch (faultNumber) {
+    case word::kProtectedSelection:
+      return Problem::protection;
+    case word::kNotAvailable:
+      return Problem::unsupported;
+    case word::kParameterOutOfRange:
+      return Problem::encoding;
+    default:
+      return Problem::refused;
+  }
+}
+
+}  // namespace
+
+Failure failureFrom(const errors::Fault& fault) {
+  return {problemOf(fault.number), errors::utf8(fault.description)};
+}
+
+bool recordingFailure(Outcome& outcome, const std::function<void()>& work) {
+  try {
+    work();
+    return true;
+  } catch (const DocumentError& error) {
+    outcome.failure = {error.problem(), error.what()};
+  } catch (const errors::Fault& fault) {
+    outcome.failure = failureFrom(fault);
+  } catch (const std::bad_alloc&) {
+    outcome.failure = {Problem::tooLarge,
+                       "There is not enough memory for it; close other programs, or divide it."};
+  }
+  return false;
+}
+
+RunFile::RunFile(std::unique_ptr<store::StoredDocument> stored, const NamedDocument& named,
+                 const Surroundings& around, Outcome& outcome)
+    : stored_(std::move(stored)), named_(named), around_(around), outcome_(outcome) {
+  if (around.plan.changesInPlace()) obstacle_ = stored_->obstacle();
+}
+
+void RunFile::save() {
+  if (outcome_.failure || around_.plan.dryRun) return;
+  const bool saved = recordingFailure(outcome_, [&] {
+    store::SaveOptions options;
+    options.backupSuffix = around_.plan.backupSuffix;
+    if (around_.plan.outputFolder) options.otherPath = placeForCopy();
+    if (around_.journal != nullptr)
+      options.beforeReplacing = [this](const auto& replacement) { around_.journal->keep(replacement); };
+    const auto written = stored_->save(options);
+    outcome_.saved = written.written;
+    outcome_.backup = written.backup;
+    outcome_.savedAs = options.otherPath.value_or("");
+  });
+  if (!saved) throw errors::Fault(word::kCannotSave, errors::utf16(outcome_.failure->message));
+}
+
+std::string RunFile::placeForCopy() const {
+  const std::string path = *around_.plan.outputFolder + "/" + named_.place;
+  makeFolders(around_.system, path.substr(0, path.rfind('/')));
+  return path;
+}
+
+memory::OpenedFile RunOpener::open(const std::string& path) {
+  const bool opened = recordingFailure(outcome_, [&] {
+    file_ = std::make_shared<RunFile>(around_.store.open(path), named_, around_, outcome_);
+  });
+  // The driver passes over such a document without a word; the outcome has it all.
+  if (!opened) throw errors::Fault(word::kCommandFailed, errors::utf16(outcome_.failure->message));
+  return {file_->stored().document(), file_};
+}
+
+}  // namespace pluvo::cli

@@ -1,0 +1,96 @@
+#include "undo/undo.h"
+
+#include "journal/journal.h"
+#include "printer.h"
+#include "usage_error.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+
+namespace pluvo::cli {
+namespace {
+
+std::string sizeText(std::uint64_t bytes) {
+  static constexpr std::array<const char*, 4> kUnits = {"bytes", "KiB", "MiB", "GiB"};
+  auto size = static_cast<double>(bytes);
+  std::size_t unit = 0;
+  for (; size >= 1024 && unit + 1 < kUnits.size(); ++unit) size /= 1024;
+  std::array<char, 32> text = {};
+  (void)std::snprintf(text.data(), text.size(), unit == 0 ? "%.0f %s" : "%.1f %s", size, kUnits[unit]);
+  return text.data();
+}
+
+ExitStatus list(const std::vector<journal::Run>& runs) {
+  for (const journal::Run& run : runs) {
+    std::string line = run.name + "  " + counted(static_cast<std::int64_t>(run.documents), "document") +
+                       ", " + sizeText(run.bytes);
+    if (run.notKept > 0) line += ", " + std::to_string(run.notKept) + " more not kept";
+    if (run.going) line += ", still going on";
+    writeOut(line + "\n    " + shownPath(run.command) + "\n");
+  }
+  flushOut();
+  return runs.empty() ? kNoneFound : kFound;
+}
+
+/// The last run that is over.
+std::string lastOf(const std::vector<journal::Run>& runs) {
+  const auto last = std::find_if(runs.rbegin(), runs.rend(), [](auto& run) { return !run.going; });
+  if (last == runs.rend()) throw UsageError("There is no run to take back.");
+  return last->name;
+}
+
+ExitStatus takeBack(files::FileSystem& system, const std::string& folder, const std::string& run,
+                    bool quiet) {
+  std::int64_t restored = 0;
+  std::int64_t asBefore = 0;
+  std::int64_t failed = 0;
+  journal::undo(system, folder, run, [&](const journal::Undone& undone) {
+    switch (undone.outcome) {
+      case journal::Outcome::restored:
+        ++restored;
+        if (!quiet) writeOut(shownPath(undone.path) + ": as before\n");
+        break;
+      case journal::Outcome::asBefore:
+        ++asBefore;
+        break;
+      case journal::Outcome::failed:
+        ++failed;
+        sayError(shownPath(undone.path) + ": " + std::string(files::nameOf(undone.problem->problem())) +
+                 ": " + undone.problem->what());
+        break;
+    }
+  });
+  flushOut();
+  if (!quiet) {
+    std::string line = counted(restored, "document") + " put back";
+    if (asBefore > 0) line += ", " + std::to_string(asBefore) + " already as before";
+    if (failed > 0) line += ", " + std::to_string(failed) + " left as they are";
+    sayNote(line);
+  }
+  if (failed > 0) return kFailed;
+  return restored + asBefore > 0 ? kFound : kNoneFound;
+}
+
+}  // namespace
+
+ExitStatus undo(const TypedCommandLine& line, files::FileSystem& system) {
+  if (line.paths.size() > 1) throw UsageError("Name one run at a time; 'pluvo undo --list' shows them.");
+  if (line.options.list && !line.paths.empty())
+    throw UsageError("--list shows all runs; leave the name out.");
+  const auto folder = journal::defaultFolder();
+  if (!folder) throw UsageError("Set HOME: the runs are kept in the user's folder.");
+  try {
+    const auto known = [&] {
+      // Nobody has changed anything yet.
+      return system.exists(*folder) ? journal::runs(system, *folder) : std::vector<journal::Run>();
+    };
+    if (line.options.list) return list(known());
+    const std::string run = line.paths.empty() ? lastOf(known()) : line.paths.front();
+    return takeBack(system, *folder, run, line.options.quiet);
+  } catch (const files::DocumentError& refused) {
+    throw UsageError(refused.what());
+  }
+}
+
+}  // namespace pluvo::cli

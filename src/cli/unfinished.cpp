@@ -1,0 +1,48 @@
+#include "unfinished.h"
+
+#include "files/problem.h"
+#include "folder_maker.h"
+#include "journal/journal.h"
+
+#include <unistd.h>
+
+#include <array>
+#include <ctime>
+#include <system_error>
+
+namespace pluvo::cli {
+namespace {
+
+std::string nameOfList() {
+  const std::time_t now = std::time(nullptr);
+  std::tm parts = {};
+  localtime_r(&now, &parts);
+  std::array<char, 32> time = {};
+  const std::size_t length = std::strftime(time.data(), time.size(), "%Y%m%d-%H%M%S", &parts);
+  return "unfinished-" + std::string(time.data(), length) + "-" + std::to_string(::getpid()) + ".list";
+}
+
+}  // namespace
+
+std::string writeUnfinished(files::FileSystem& system, const std::vector<NamedDocument>& documents,
+                            std::size_t from) {
+  std::string names;
+  for (std::size_t i = from; i < documents.size(); ++i) names += listedPath(documents[i]) + '\0';
+  // Beside the journal of runs, where there is one.
+  std::string folder = journal::defaultFolder().value_or("./runs");
+  folder.erase(folder.rfind('/'));
+  const std::string path = folder + "/" + nameOfList();
+  makeFolders(system, folder);
+  try {
+    files::OpenFile file(system, system.createNew(path));
+    files::ByteSpan bytes(reinterpret_cast<const std::uint8_t*>(names.data()), names.size());
+    while (!bytes.empty()) bytes = bytes.subspan(system.write(file.handle(), bytes));
+    file.close();
+  } catch (const std::system_error& failure) {
+    throw files::DocumentError(files::Problem::io, "The list of what is left cannot be written to \"" + path +
+                                                       "\" (" + failure.code().message() + ").");
+  }
+  return path;
+}
+
+}  // namespace pluvo::cli
