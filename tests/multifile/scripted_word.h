@@ -86,7 +86,9 @@ class ScriptedWord : public word::Application, public word::Documents {
   std::shared_ptr<word::Selection> Selection() override { return active()->selection(); }
   /// Itself, owned by the test.
   std::shared_ptr<word::Documents> Documents() override { return {std::shared_ptr<void>(), this}; }
-  std::shared_ptr<word::Options> Options() override { return selections_.Options(); }
+  std::shared_ptr<word::Options> Options() override {
+    throw errors::Fault(word::kNotAvailable, u"Not in this test.");
+  }
   std::u16string PathSeparator() override { return u"\\"; }
 
   std::int32_t Count() override { return static_cast<std::int32_t>(open.size()); }
