@@ -14,6 +14,8 @@ namespace pluvo::docx {
 class PartOutput {
  public:
   explicit PartOutput(files::ByteSpan source) : source_(source) {}
+  PartOutput(const PartOutput&) = delete;
+  PartOutput& operator=(const PartOutput&) = delete;
 
   std::string_view source(Offset from, Offset to) const {
     return {reinterpret_cast<const char*>(source_.data()) + from, std::size_t{to} - from};
@@ -24,12 +26,16 @@ class PartOutput {
   Offset copied() const { return copied_; }
   void copyTo(Offset to) {
     if (to <= copied_) return;
-    text_.append(source(copied_, to));
+    into_->append(source(copied_, to));
     copied_ = to;
   }
   void leaveOutTo(Offset to) { copied_ = std::max(copied_, to); }
   /// New text, and old bytes copied since the last settling.
-  std::string& text() { return text_; }
+  std::string& text() { return *into_; }
+
+  /// From here on text and copied bytes go into another buffer.
+  void divertTo(std::string& buffer) { into_ = &buffer; }
+  void comeBack() { into_ = &text_; }
 
   /// Copies the old bytes up to here without gathering them, for good.
   void settle(Offset to) {
@@ -61,6 +67,7 @@ class PartOutput {
   files::ByteSpan source_;
   Offset copied_ = 0;
   std::string text_;
+  std::string* into_ = &text_;
   std::size_t settled_ = 0;
   std::vector<Piece> pieces_;
 };

@@ -62,6 +62,8 @@ class Rewriter : private BodyEvents {
     Offset content = 0;          ///< content control: where its content begins
     bool headed = false;         ///< paragraph: what was carried stands in it
     bool splitOff = false;       ///< paragraph: not the first of those it was divided into
+    bool behindCarried = false;  ///< paragraph: its content joins what was carried, its header waits
+    std::string header;
     Properties properties;       ///< paragraph
     std::u16string instruction;  ///< simple field
     std::string markers;         ///< to stay when the element goes
@@ -149,6 +151,7 @@ class Rewriter : private BodyEvents {
   void openInlines(std::size_t from);
   std::string reopeningTag(std::size_t index);
   void replaceHeader(const std::string& header);
+  void writeCarried();
   std::string headerOf(const Open& open, const std::string& properties) const;
   std::string headerOfSplitOff(const Open& open) const;
   void keepParagraph(Extent endTag);

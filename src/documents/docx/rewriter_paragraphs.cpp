@@ -13,18 +13,30 @@ void Rewriter::enterParagraphContent() {
   if (carried_.empty() && carriedBlocks_.empty() && waiting_.empty()) return;
   placeWaiting(headerOfSplitOff(open));
   copyTo(open.tag.extent.begin);
-  std::string& out = output_.text();
   if (!carriedBlocks_.empty()) opens_[paragraph_ - 1].kept = true;
-  out += carriedBlocks_;
-  open.outBegin = out.size();
-  out += headerOf(open, std::string(output_.source(open.properties.whole)));
-  open.outInner = out.size();
+  output_.text() += carriedBlocks_;
+  carriedBlocks_.clear();
+  open.header = headerOf(open, std::string(output_.source(open.properties.whole)));
+  open.outBegin = open.outInner = 0;
   open.expanded = open.tag.empty;
   open.touched = open.textChanged = true;
-  output_.leaveOutTo(open.inner);
-  out += carried_;
   open.kept = open.kept || carriesText_;
-  carriedBlocks_.clear();
+  output_.leaveOutTo(open.inner);
+  open.behindCarried = true;
+  output_.divertTo(carried_);
+}
+
+/// The paragraph that what was carried belongs to stays, and so it can be written. Until then its content is
+/// gathered there, lest a chain of merged paragraphs be copied again for each.
+void Rewriter::writeCarried() {
+  Open& open = paragraph();
+  if (!open.behindCarried) return;
+  open.behindCarried = false;
+  output_.comeBack();
+  open.outBegin = output_.text().size();
+  output_.text() += open.header;
+  open.outInner = output_.text().size();
+  output_.text() += carried_;
   carried_.clear();
   carriesText_ = false;
 }
@@ -43,6 +55,7 @@ void Rewriter::expand(Open& open) {
 /// A new mark: ends the paragraph here and begins the rest of it. No run is open.
 void Rewriter::divideParagraph() {
   closeInlines(paragraph_ + 1);
+  writeCarried();
   Open& open = paragraph();
   std::string& out = output_.text();
   const std::string properties(output_.source(open.properties.whole));
@@ -164,10 +177,13 @@ void Rewriter::keepParagraph(Extent endTag) {
   if (markColour_ != paragraph().properties.look.highlight) {
     expand(paragraph());
     copyTo(endTag.begin);
+    writeCarried();
     const std::string old(output_.source(paragraph().properties.whole));
     replaceHeader(headerOf(paragraph(), withMarkHighlight(old, markup(), markColour_)));
     paragraph().touched = true;
   }
+  if (paragraph().behindCarried) copyTo(endTag.begin);
+  writeCarried();
   if (paragraph().expanded) output_.text() += "</" + std::string(qualifiedName(paragraph().tag)) + ">";
   Open closed = std::move(paragraph());
   closed.kept = true;
@@ -181,10 +197,14 @@ void Rewriter::mergeParagraph(Extent endTag) {
   Open& open = paragraph();
   const bool hasContent = !open.tag.empty || open.expanded;
   copyTo(hasContent ? endTag.begin : open.tag.extent.begin);
-  std::string& out = output_.text();
-  if (hasContent && out.find('<', open.outInner) != std::string::npos) carried_ += out.substr(open.outInner);
   carriesText_ = carriesText_ || open.kept;
-  out.resize(open.outBegin);
+  if (open.behindCarried) {
+    output_.comeBack();
+  } else {
+    std::string& out = output_.text();
+    if (hasContent && out.find('<', open.outInner) != std::string::npos) carried_ += out.substr(open.outInner);
+    out.resize(open.outBegin);
+  }
   output_.leaveOutTo(endTag.end);
   opens_.pop_back();
   paragraph_ = 0;

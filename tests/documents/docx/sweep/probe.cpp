@@ -95,7 +95,9 @@ int mark(const std::string& in, const std::string& out) {
   const std::u16string before = textOf(document.model);
   Position marked = 0;
   for (Position i = 0; i < document.model.length(); ++i) {
-    if (before[static_cast<std::size_t>(i)] != u'e') continue;
+    // The code of a simple field is an attribute, which no highlight can show.
+    const bool shown = (document.model.visibility().valueAt(i) & text::kInResults) != 0;
+    if (before[static_cast<std::size_t>(i)] != u'e' || !shown) continue;
     document.model.highlight({i, i + 1}, 7);
     ++marked;
   }
@@ -104,7 +106,8 @@ int mark(const std::string& in, const std::string& out) {
   const Document again = open(files::Bytes::of(bytes));
   Position found = 0;
   for (Position i = 0; i < again.model.length(); ++i) {
-    if (again.model.text().at(i) == u'e' && again.model.highlight().valueAt(i) == 7) ++found;
+    const bool shown = (again.model.visibility().valueAt(i) & text::kInResults) != 0;
+    if (again.model.text().at(i) == u'e' && shown && again.model.highlight().valueAt(i) == 7) ++found;
   }
   const bool same = textOf(again.model) == before;
   const std::string worse = docx::worsened(docx::faultsOf(load(in)), docx::faultsOf(files::Bytes::of(bytes)));
