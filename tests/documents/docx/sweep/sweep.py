@@ -6,8 +6,8 @@
 Opens each; writes each unchanged; highlights every "e"; runs a random program of edits. Each result is read again by
 the probe and checked by the package checker. With --libreoffice the text that LibreOffice reads from each edited
 result is compared with the text it should have, normalised (see flat_text.py). LibreOffice is given a copy in which
-content controls are unwrapped and frames are plain paragraphs: it repeats or drops text in the former and moves the
-latter out of the text.
+content controls are unwrapped and nothing floats: it repeats or drops text in the former and moves frames and floating
+tables out of the text.
 """
 
 import argparse
@@ -21,7 +21,7 @@ import zipfile
 from pathlib import Path
 
 CONTROL_TAGS = re.compile(rb"</?w:sdt>|</?w:sdtContent>|<w:sdtPr>.*?</w:sdtPr>|<w:sdtPr/>|<w:sdtEndPr>.*?</w:sdtEndPr>|"
-                          rb"<w:sdtEndPr/>|<w:framePr\b[^>]*/>", re.S)  # fmt: skip
+                          rb"<w:sdtEndPr/>|<w:(?:framePr|tblpPr)\b[^>]*/>", re.S)  # fmt: skip
 
 
 def probe(arguments, *call):
