@@ -58,10 +58,14 @@ void appendUtf8(std::u16string& units, std::string_view bytes) {
   units.resize(static_cast<std::size_t>(out - units.data()));
 }
 
-void trim(std::u16string& units) {
-  while (!units.empty() && isBlank(units.back())) units.pop_back();
-  const auto first = std::find_if_not(units.begin(), units.end(), isBlank);
-  units.erase(units.begin(), first);
+void trim(std::u16string& units, std::string_view& bytes) {
+  const auto last = std::find_if_not(units.rbegin(), units.rend(), isBlank);
+  const auto behind = static_cast<std::size_t>(last - units.rbegin());
+  units.resize(units.size() - behind);
+  const auto front =
+      static_cast<std::size_t>(std::find_if_not(units.begin(), units.end(), isBlank) - units.begin());
+  units.erase(0, front);
+  if (!bytes.empty()) bytes = bytes.substr(front, units.size());
 }
 
 }  // namespace
@@ -226,10 +230,10 @@ void BodyWalker::startInRun(Name name, Token token) {
       break;
     case Name::t:
     case Name::delText:
-      return textElement(name, token);
+      return textElement(token);
     case Name::instrText:
     case Name::delInstrText:
-      if (inCode()) return textElement(name, token);
+      if (inCode()) return textElement(token);
       break;
     case Name::fldChar:
       return fieldCharacter(token);
@@ -340,16 +344,20 @@ void BodyWalker::enterSimpleField(Token token) {
   if (token == Token::empty) leave({scanner_.end(), scanner_.end()});
 }
 
-void BodyWalker::textElement(Name, Token token) {
+void BodyWalker::textElement(Token token) {
   TextElement element;
   element.tag = scanner_.qualifiedName();
   const xml::Attribute* const space = attribute(scanner_, Name::space);
   const bool preserved = space != nullptr && scanner_.rawValue(*space) == "preserve";
   element.extent = tokenExtent();
   units_.clear();
+  textTokens_ = 0;
   collectText(token);
   element.extent.end = scanner_.end();
-  if (!preserved) trim(units_);
+  if (textTokens_ == 1 && textToken_.end - textToken_.begin == units_.size()) {
+    element.bytes = scanner_.bytes(textToken_.begin, textToken_.end);
+  }
+  if (!preserved) trim(units_, element.bytes);
   if (units_.empty()) return;
   element.units = units_;
   events_.text(element);
@@ -360,7 +368,12 @@ void BodyWalker::textElement(Name, Token token) {
 void BodyWalker::collectText(Token token) {
   if (token != Token::start) return;
   for (Token next = scanner_.next(); next != Token::end; next = scanner_.next()) {
-    if (next == Token::text) appendUtf8(units_, scanner_.bytes(scanner_.begin(), scanner_.end()));
+    if (next == Token::text) {
+      ++textTokens_;
+      textToken_ = tokenExtent();
+      appendUtf8(units_, scanner_.bytes(scanner_.begin(), scanner_.end()));
+    }
+    if (next == Token::cdata || next == Token::reference) textTokens_ += 2;
     if (next == Token::cdata) appendUtf8(units_, scanner_.bytes(scanner_.innerBegin(), scanner_.innerEnd()));
     if (next == Token::reference) appendCodePoint(units_, scanner_.codePoint());
     if (next == Token::start) scanner_.skipElement();

@@ -49,6 +49,7 @@ struct TextElement {
   std::string_view
       tag;  ///< the qualified name to write such text with; empty for text without a place of its own
   std::u16string_view units;
+  std::string_view bytes;  ///< a byte a unit, where that is all there is to it
 };
 
 /// An element without content that only says where something begins or ends.
@@ -132,7 +133,7 @@ class BodyWalker {
   void fieldCharacter(xml::Token token);
   void openField(OpenField field);
   void enterSimpleField(xml::Token token);
-  void textElement(Name name, xml::Token token);
+  void textElement(xml::Token token);
   void alternativeInRun();
   void enterAlternative(Name name, xml::Token token, Context within);
   void readProperties(Name kind, xml::Token token);
@@ -156,6 +157,8 @@ class BodyWalker {
   std::vector<OpenField> fields_;
   std::vector<bool> alternatives_;  ///< per open alternative content: one was chosen
   std::u16string units_;
+  std::size_t textTokens_ = 0;
+  Extent textToken_;
   Properties properties_;
   bool finished_ = false;
 };

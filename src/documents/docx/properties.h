@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// Changes to w:rPr and w:pPr elements, given and returned as bytes; an element that is not there is an empty
 /// string. Everything but what a function names keeps its bytes and its order.
@@ -22,6 +23,23 @@ struct Markup {
 
 /// w:rPr with this highlight (0: none), in the place the schema gives it.
 std::string withHighlight(std::string_view runProperties, const Markup& markup, std::uint8_t colour);
+
+/// Remembers what withHighlight made of the last few w:rPr elements: a document has many runs and few
+/// formats.
+class HighlightedProperties {
+ public:
+  const std::string& of(std::string_view runProperties, const Markup& markup, std::uint8_t colour);
+
+ private:
+  struct Known {
+    std::string before;
+    std::string prefix;
+    std::uint8_t colour = 0;
+    std::string after;
+  };
+  std::vector<Known> known_;
+  std::size_t next_ = 0;
+};
 
 /// The w:rPr that text beside a paragraph's mark takes: the mark's, without what tells how the mark was
 /// tracked.

@@ -42,7 +42,12 @@ Rewriter::Rewriter(files::ByteSpan part, const std::string& partName, const Body
       identifiers_(part) {}
 
 std::vector<files::ByteSpan> Rewriter::rewrite() {
-  for (const Span& touched : touchedSpans(script_, model_, originalHighlight_)) {
+  const std::vector<Span> allTouched = touchedSpans(script_, model_, originalHighlight_);
+  // What is written anew is gathered in one buffer; growing it little by little would copy it again and
+  // again.
+  constexpr std::size_t kPerTouch = 512;
+  output_.text().reserve(std::min(allTouched.size() * kPerTouch, part_.size() + part_.size() / 2));
+  for (const Span& touched : allTouched) {
     jumpTowards(touched.from);
     while ((walker_.position() < touched.to || !idle()) && walker_.step()) {
     }
@@ -273,22 +278,25 @@ std::size_t Rewriter::trackedDeletion() const {
 }
 
 /// The prefix of the element at hand; a document in the default namespace declares one for its attributes.
-Markup Rewriter::markup() const {
+const Markup& Rewriter::markup() const {
   const Tag& tag = run_.active && !run_.isNew ? run_.tag : opens_[paragraph_].tag;
   const std::string_view name = qualifiedName(tag);
-  const std::size_t colon = name.find(':');
-  Markup result;
-  if (colon != std::string_view::npos) {
-    result.element = result.attribute = name.substr(0, colon + 1);
-    return result;
-  }
-  result.element.clear();
-  if (walker_.scanner().namespaceOf("w") == kWord) return result;
-  const std::string_view head = output_.source(0, std::min<Offset>(static_cast<Offset>(part_.size()), 4096));
-  const bool strict = head.find("purl.oclc.org/ooxml/wordprocessingml/main") != std::string_view::npos;
-  result.declaration = strict ? " xmlns:w=\"http://purl.oclc.org/ooxml/wordprocessingml/main\""
+  const std::string_view prefix = name.substr(0, name.find(':') + 1);
+  if (prefix == markupPrefix_) return markup_;
+  markupPrefix_ = prefix;
+  markup_ = {};
+  markup_.element = prefix;
+  if (!prefix.empty()) {
+    markup_.attribute = prefix;
+  } else if (walker_.scanner().namespaceOf("w") != kWord) {
+    const Offset size = std::min<Offset>(static_cast<Offset>(part_.size()), 4096);
+    const bool strict =
+        output_.source(0, size).find("purl.oclc.org/ooxml/wordprocessingml/main") != std::string_view::npos;
+    markup_.declaration = strict
+                              ? " xmlns:w=\"http://purl.oclc.org/ooxml/wordprocessingml/main\""
                               : " xmlns:w=\"http://schemas.openxmlformats.org/wordprocessingml/2006/main\"";
-  return result;
+  }
+  return markup_;
 }
 
 std::string_view Rewriter::qualifiedName(const Tag& tag) const {

@@ -64,9 +64,9 @@ class Rewriter : private BodyEvents {
     bool splitOff = false;       ///< paragraph: not the first of those it was divided into
     bool behindCarried = false;  ///< paragraph: its content joins what was carried, its header waits
     std::string header;
-    Properties properties;       ///< paragraph
-    std::u16string instruction;  ///< simple field
-    std::string markers;         ///< to stay when the element goes
+    Properties properties;                                    ///< paragraph
+    std::u16string instruction;                               ///< simple field
+    std::string markers;                                      ///< to stay when the element goes
     std::vector<std::pair<std::size_t, std::size_t>> passed;  ///< alternatives not chosen, in the output
   };
   struct Run {
@@ -74,8 +74,8 @@ class Rewriter : private BodyEvents {
     bool isNew = false;    ///< made for new text that is beside no run
     bool touched = false;  ///< written anew from here on
     Tag tag;
-    std::string startTag;
-    std::string properties;
+    std::string_view properties;
+    std::string ownProperties;  ///< of new text
     Offset headerEnd = 0;
     Offset rawEnd = 0;  ///< behind what was left as it is
     std::uint8_t colour = 0;
@@ -120,7 +120,7 @@ class Rewriter : private BodyEvents {
   void trackField(char16_t unit, bool kept);
   bool inCode() const;
   std::size_t trackedDeletion() const;
-  Markup markup() const;
+  const Markup& markup() const;
   std::string_view qualifiedName(const Tag& tag) const;
 
   // Runs (rewriter_runs.cpp).
@@ -137,9 +137,12 @@ class Rewriter : private BodyEvents {
   void outsideRun(Extent extent);
   void put(const Step& step);
   void write(std::u16string_view units, std::uint8_t colour, std::string_view tag);
+  void writeAlone(char16_t unit, std::uint8_t colour);
+  void writeBytes(std::string_view bytes, std::uint8_t colour, std::string_view tag);
+  void beginText(std::uint8_t colour, std::string_view tag);
   void flushText();
   template <class Visit>
-  void forEachColour(Position at, Position length, Visit visit) const;
+  void forEachColour(Position at, std::u16string_view units, Visit visit) const;
   std::string runs(std::u16string_view units, Position at, const std::string& runProperties) const;
 
   // Paragraphs (rewriter_paragraphs.cpp).
@@ -178,7 +181,7 @@ class Rewriter : private BodyEvents {
   std::vector<Open> opens_;
   std::size_t paragraph_ = 0;  ///< index of the open paragraph; 0 when there is none
   Run run_;
-  std::u16string pendingText_;
+  std::string pendingText_;  ///< as it is written
   std::string pendingTag_;
   std::vector<Step> steps_;
   Open fieldOpen_;  ///< of the simple field just met, before it is opened
@@ -189,6 +192,10 @@ class Rewriter : private BodyEvents {
   // The mark of the paragraph being closed.
   bool markDropped_ = false;
   std::uint8_t markColour_ = 0;
+
+  HighlightedProperties highlighted_;
+  mutable Markup markup_;
+  mutable std::string_view markupPrefix_ = "?";
 
   // What is under way to the next paragraph.
   std::string carriedBlocks_;

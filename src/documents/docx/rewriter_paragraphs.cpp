@@ -143,7 +143,8 @@ void Rewriter::replaceHeader(const std::string& header) {
 void Rewriter::paragraphMark(Extent endTag) {
   const Position position = walker_.position();
   if (removedTables_ > 0) {
-    run_.properties = runPropertiesOfMark(output_.source(removedParagraph_.properties.whole));
+    run_.ownProperties = runPropertiesOfMark(output_.source(removedParagraph_.properties.whole));
+    run_.properties = run_.ownProperties;
     return collectInRemovedTable(position + 1);
   }
   enterParagraphContent();
@@ -202,7 +203,8 @@ void Rewriter::mergeParagraph(Extent endTag) {
     output_.comeBack();
   } else {
     std::string& out = output_.text();
-    if (hasContent && out.find('<', open.outInner) != std::string::npos) carried_ += out.substr(open.outInner);
+    if (hasContent && out.find('<', open.outInner) != std::string::npos)
+      carried_ += out.substr(open.outInner);
     out.resize(open.outBegin);
   }
   output_.leaveOutTo(endTag.end);
@@ -286,7 +288,7 @@ void Rewriter::placeBlocksBeforeTable(const Tag& table) {
 void Rewriter::collectInRemovedTable(Position end) {
   script_.take(end, [&](const Step& step) {
     if (step.kind != Step::Kind::put) return;
-    waiting_.push_back({step, run_.properties, headerOfSplitOff(removedParagraph_)});
+    waiting_.push_back({step, std::string(run_.properties), headerOfSplitOff(removedParagraph_)});
     placeWaiting({});
   });
 }

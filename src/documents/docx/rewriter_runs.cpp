@@ -2,12 +2,22 @@
 #include "rewriter.h"
 #include "run_content.h"
 
+#include <algorithm>
+
 namespace pluvo::docx {
 
+/// Visits the stretches of one colour: visit(from, count, colour). A character of two units is not divided.
 template <class Visit>
-void Rewriter::forEachColour(Position at, Position length, Visit visit) const {
-  for (const auto& run : model_.highlight().runs(at, at + length)) {
-    visit(static_cast<std::size_t>(run.from - at), static_cast<std::size_t>(run.to - run.from), run.value);
+void Rewriter::forEachColour(Position at, std::u16string_view units, Visit visit) const {
+  const auto past = [&](Position position) {
+    const auto i = static_cast<std::size_t>(position - at);
+    const bool inPair = i > 0 && i < units.size() && isLow(units[i]) && isHigh(units[i - 1]);
+    return inPair ? i + 1 : i;
+  };
+  for (const auto& run : model_.highlight().runs(at, at + static_cast<Position>(units.size()))) {
+    const std::size_t from = past(run.from);
+    const std::size_t to = past(run.to);
+    if (from < to) visit(from, to - from, run.value);
   }
 }
 
@@ -35,7 +45,8 @@ void Rewriter::beginNewRun(const std::string& runProperties) {
   run_.active = true;
   run_.isNew = true;
   run_.touched = true;
-  run_.properties = runProperties;
+  run_.ownProperties = runProperties;
+  run_.properties = run_.ownProperties;
 }
 
 void Rewriter::endNewRun() {
@@ -58,15 +69,18 @@ void Rewriter::text(const TextElement& element) {
   touchRun();
   passBytesBefore(element.extent);
   output_.leaveOutTo(element.extent.end);
+  const std::string ownTag = element.tag.empty() ? markup().element + "t" : std::string();
   for (const Step& step : steps_) {
     if (step.kind == Step::Kind::put) put(step);
     if (step.kind == Step::Kind::drop) loseText();
     if (step.kind != Step::Kind::keep) continue;
     const std::u16string_view kept = element.units.substr(static_cast<std::size_t>(step.original - from),
                                                           static_cast<std::size_t>(step.length));
-    const std::string tag = element.tag.empty() ? markup().element + "t" : std::string(element.tag);
-    forEachColour(step.at, step.length, [&](std::size_t at, std::size_t count, std::uint8_t colour) {
-      write(kept.substr(at, count), colour, tag);
+    const std::string_view tag = element.tag.empty() ? std::string_view(ownTag) : element.tag;
+    forEachColour(step.at, kept, [&](std::size_t at, std::size_t count, std::uint8_t colour) {
+      if (element.bytes.empty()) return write(kept.substr(at, count), colour, tag);
+      writeBytes(element.bytes.substr(static_cast<std::size_t>(step.original - from) + at, count), colour,
+                 tag);
     });
   }
   flushText();
@@ -139,12 +153,20 @@ void Rewriter::ensureRun(std::uint8_t colour) {
   if (run_.openColour == colour) return;
   interruptRun();
   std::string& out = output_.text();
-  const Markup written = markup();
-  out += run_.isNew ? written.tag("r") + ">" : openedTag(output_.source(run_.tag.extent));
-  const std::string properties = colour == run_.colour && !run_.isNew
-                                     ? run_.properties
-                                     : withHighlight(run_.properties, written, colour);
-  out += run_.headerWritten ? identifiers_.withFreshIds(properties) : properties;
+  const Markup& written = markup();
+  if (run_.isNew) {
+    out.append("<").append(written.element).append("r>");
+  } else {
+    out += output_.source(run_.tag.extent);
+  }
+  const bool asItWas = colour == run_.colour && !run_.isNew;
+  const std::string_view properties =
+      asItWas ? run_.properties : highlighted_.of(run_.properties, written, colour);
+  if (run_.headerWritten && properties.find("Change") != std::string_view::npos) {
+    out += identifiers_.withFreshIds(properties);
+  } else {
+    out += properties;
+  }
   run_.headerWritten = true;
   out += run_.gap;
   run_.gap.clear();
@@ -155,7 +177,7 @@ void Rewriter::ensureRun(std::uint8_t colour) {
 void Rewriter::interruptRun() {
   flushText();
   if (!run_.openColour) return;
-  output_.text() += markup().endTag("r");
+  output_.text().append("</").append(markup().element).append("r>");
   run_.openColour.reset();
 }
 
@@ -199,7 +221,7 @@ void Rewriter::put(const Step& step) {
   opens_.back().touched = opens_.back().textChanged = true;
   const std::string tag = markup().element + (inCode() ? "instrText" : "t");
   const auto writeAll = [&] {
-    forEachColour(step.at, step.length, [&](std::size_t at, std::size_t count, std::uint8_t colour) {
+    forEachColour(step.at, step.units, [&](std::size_t at, std::size_t count, std::uint8_t colour) {
       write(step.units.substr(at, count), colour, tag);
     });
   };
@@ -221,28 +243,40 @@ void Rewriter::put(const Step& step) {
 }
 
 void Rewriter::write(std::u16string_view units, std::uint8_t colour, std::string_view tag) {
-  for (const char16_t unit : units) {
-    if (unit == text::kParagraphMark) {
-      interruptRun();
-      divideParagraph();
-      continue;
+  while (!units.empty()) {
+    const auto plain =
+        static_cast<std::size_t>(std::find_if(units.begin(), units.end(), standsAlone) - units.begin());
+    if (plain > 0) {
+      beginText(colour, tag);
+      appendText(pendingText_, units.substr(0, plain));
     }
-    if (isLow(unit) && !pendingText_.empty() && isHigh(pendingText_.back())) {
-      pendingText_.push_back(unit);  // whatever its own highlight: one character is in one run
-      continue;
-    }
-    ensureRun(colour);
-    if (standsAlone(unit)) {
-      flushText();
-      output_.text() += elementOf(unit, markup());
-      continue;
-    }
-    if (pendingTag_ != tag) {
-      flushText();
-      pendingTag_ = tag;
-    }
-    pendingText_.push_back(unit);
+    if (plain < units.size()) writeAlone(units[plain], colour);
+    units.remove_prefix(std::min(plain + 1, units.size()));
   }
+}
+
+void Rewriter::writeAlone(char16_t unit, std::uint8_t colour) {
+  if (unit == text::kParagraphMark) {
+    interruptRun();
+    divideParagraph();
+    return;
+  }
+  ensureRun(colour);
+  flushText();
+  output_.text() += elementOf(unit, markup());
+}
+
+/// Text of the document as it stands there.
+void Rewriter::writeBytes(std::string_view bytes, std::uint8_t colour, std::string_view tag) {
+  beginText(colour, tag);
+  pendingText_ += bytes;
+}
+
+void Rewriter::beginText(std::uint8_t colour, std::string_view tag) {
+  ensureRun(colour);
+  if (pendingTag_ == tag) return;
+  flushText();
+  pendingTag_ = tag;
 }
 
 void Rewriter::flushText() {
@@ -256,12 +290,11 @@ std::string Rewriter::runs(std::u16string_view units, Position at, const std::st
   std::string result;
   const Markup written = markup();
   const std::string tag = written.element + (inCode() ? "instrText" : "t");
-  forEachColour(at, static_cast<Position>(units.size()),
-                [&](std::size_t from, std::size_t count, std::uint8_t c) {
-                  result += written.tag("r") + ">" + withHighlight(runProperties, written, c);
-                  appendContent(result, units.substr(from, count), tag, written);
-                  result += written.endTag("r");
-                });
+  forEachColour(at, units, [&](std::size_t from, std::size_t count, std::uint8_t c) {
+    result += written.tag("r") + ">" + withHighlight(runProperties, written, c);
+    appendContent(result, units.substr(from, count), tag, written);
+    result += written.endTag("r");
+  });
   return result;
 }
 

@@ -58,19 +58,25 @@ std::string elementOf(char16_t unit, const Markup& markup) {
   }
 }
 
-void appendTextElement(std::string& out, std::string_view tag, std::u16string_view units) {
+void appendText(std::string& out, std::u16string_view units) {
   requireWholeCharacters(units);
-  const bool hasBlankEdge = units.front() == u' ' || units.back() == u' ';
-  out.append("<").append(tag).append(hasBlankEdge ? " xml:space=\"preserve\">" : ">");
   xml::appendEscapedText(out, units);
-  out.append("</").append(tag).append(">");
+}
+
+void appendTextElement(std::string& out, std::string_view tag, std::string_view text) {
+  const auto isBlank = [](char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; };
+  const bool hasBlankEdge = isBlank(text.front()) || isBlank(text.back());
+  out.append("<").append(tag).append(hasBlankEdge ? " xml:space=\"preserve\">" : ">");
+  out.append(text).append("</").append(tag).append(">");
 }
 
 void appendContent(std::string& out, std::u16string_view units, std::string_view tag, const Markup& markup) {
   while (!units.empty()) {
     const auto* const special = std::find_if(units.begin(), units.end(), standsAlone);
     const auto plain = static_cast<std::size_t>(special - units.begin());
-    if (plain > 0) appendTextElement(out, tag, units.substr(0, plain));
+    std::string text;
+    appendText(text, units.substr(0, plain));
+    if (plain > 0) appendTextElement(out, tag, text);
     if (plain < units.size()) out += elementOf(units[plain], markup);
     units.remove_prefix(std::min(plain + 1, units.size()));
   }

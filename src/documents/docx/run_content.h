@@ -16,8 +16,11 @@ std::string elementOf(char16_t unit, const Markup& markup);
 inline bool isHigh(char16_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
 inline bool isLow(char16_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
 
-/// A text element; tag is its qualified name. Throws DocumentError (encoding) for half a surrogate pair.
-void appendTextElement(std::string& out, std::string_view tag, std::u16string_view units);
+/// Text as it is written in an element. Throws DocumentError (encoding) for half a surrogate pair.
+void appendText(std::string& out, std::u16string_view units);
+
+/// The element around text so written; tag is its qualified name.
+void appendTextElement(std::string& out, std::string_view tag, std::string_view text);
 
 /// Everything a run holds for this text, which has no paragraph marks.
 void appendContent(std::string& out, std::u16string_view units, std::string_view tag, const Markup& markup);

@@ -1,8 +1,8 @@
 #include "documents/docx/document_builder.h"
 
 #include "archive/archive.h"
-#include "docx/docx_format.h"
 #include "documents/archive/zip_builder.h"
+#include "docx/docx_format.h"
 
 #include <stdexcept>
 
@@ -44,15 +44,16 @@ std::string mainPartOf(std::string_view body) {
 }
 
 files::Bytes documentOf(std::string_view body, Parts parts) {
-  Parts all = {{"[Content_Types].xml", kTypes},
-               {"_rels/.rels", relationships({{"officeDocument", "word/document.xml"}})},
-               {"word/_rels/document.xml.rels", relationships({{"styles", "styles.xml"},
-                                                               {"settings", "settings.xml"},
-                                                               {"footnotes", "footnotes.xml"},
-                                                               {"endnotes", "endnotes.xml"},
-                                                               {"comments", "comments.xml"},
-                                                               {"commentsExtended", "commentsExtended.xml"}})},
-               {"word/document.xml", mainPartOf(body)}};
+  Parts all = {
+      {"[Content_Types].xml", kTypes},
+      {"_rels/.rels", relationships({{"officeDocument", "word/document.xml"}})},
+      {"word/_rels/document.xml.rels", relationships({{"styles", "styles.xml"},
+                                                      {"settings", "settings.xml"},
+                                                      {"footnotes", "footnotes.xml"},
+                                                      {"endnotes", "endnotes.xml"},
+                                                      {"comments", "comments.xml"},
+                                                      {"commentsExtended", "commentsExtended.xml"}})},
+      {"word/document.xml", mainPartOf(body)}};
   for (auto& [name, contents] : parts) all[name] = std::move(contents);
   archive::Zip zip;
   for (auto& [name, contents] : all) {

@@ -20,12 +20,16 @@ void expectTexts(const std::vector<ReadCase>& cases) {
 }
 
 std::string tc(std::string_view content) { return "<w:tc>" + std::string(content) + "</w:tc>"; }
-std::string tbl(std::string_view content) { return "<w:tbl><w:tblPr/><w:tblGrid/>" + std::string(content) + "</w:tbl>"; }
+std::string tbl(std::string_view content) {
+  return "<w:tbl><w:tblPr/><w:tblGrid/>" + std::string(content) + "</w:tbl>";
+}
 std::string tr(std::string_view content) { return "<w:tr><w:trPr/>" + std::string(content) + "</w:tr>"; }
 std::string fld(std::string_view type) {
   return "<w:r><w:fldChar w:fldCharType=\"" + std::string(type) + "\"/></w:r>";
 }
-std::string instr(std::string_view code) { return "<w:r><w:instrText>" + std::string(code) + "</w:instrText></w:r>"; }
+std::string instr(std::string_view code) {
+  return "<w:r><w:instrText>" + std::string(code) + "</w:instrText></w:r>";
+}
 
 TEST(Reading, textIsWhatStandsInRuns) {
   expectTexts({
@@ -38,12 +42,15 @@ TEST(Reading, textIsWhatStandsInRuns) {
        "a\t\t\v\v\f\x0E\x1E\x1F\xC2\xA0¶"},
       {p("<w:r><w:sym w:font=\"Wingdings\" w:char=\"F0FC\"/><w:sym w:char=\"000D\"/><w:sym/></w:r>"),
        "\xEF\x83\xBC((¶"},
-      {p("<w:r><w:footnoteReference w:id=\"2\"/><w:endnoteReference w:id=\"2\"/><w:commentReference w:id=\"0\"/></w:r>"),
+      {p("<w:r><w:footnoteReference w:id=\"2\"/><w:endnoteReference w:id=\"2\"/><w:commentReference "
+         "w:id=\"0\"/></w:r>"),
        "\x02\x02<h:\x05>¶"},
-      {p("<w:r><w:drawing><wp:inline/></w:drawing><w:drawing> <wp:anchor/></w:drawing><w:pict/><w:object/></w:r>"
+      {p("<w:r><w:drawing><wp:inline/></w:drawing><w:drawing> "
+         "<wp:anchor/></w:drawing><w:pict/><w:object/></w:r>"
          "<m:oMath><m:r><m:t>x</m:t></m:r></m:oMath>"),
        "\x01\x08\x01\x01\x01¶"},
-      {p(run("shown") + run("hidden", "<w:vanish/>") + run("not", "<w:vanish w:val=\"0\"/>")), "shown<h:hidden>not¶"},
+      {p(run("shown") + run("hidden", "<w:vanish/>") + run("not", "<w:vanish w:val=\"0\"/>")),
+       "shown<h:hidden>not¶"},
       {p(run("y", "<w:highlight w:val=\"yellow\"/>") + run("n", "<w:highlight w:val=\"none\"/>") +
          run("g", "<w:highlight w:val=\"darkGreen\"/>")),
        "<7:y>n<11:g>¶"},
@@ -54,37 +61,48 @@ TEST(Reading, textIsWhatStandsInRuns) {
 
 TEST(Reading, seesThroughWhatHoldsRuns) {
   expectTexts({
-      {p("<w:hyperlink r:id=\"rId9\">" + run("link") + "</w:hyperlink><w:smartTag><w:smartTagPr/>" + run("tag") +
-         "</w:smartTag><w:bdo>" + run("b") + "</w:bdo><w:dir>" + run("d") + "</w:dir>"),
+      {p("<w:hyperlink r:id=\"rId9\">" + run("link") + "</w:hyperlink><w:smartTag><w:smartTagPr/>" +
+         run("tag") + "</w:smartTag><w:bdo>" + run("b") + "</w:bdo><w:dir>" + run("d") + "</w:dir>"),
        "linktagbd¶"},
-      {p("<w:ins w:id=\"1\">" + run("in") + "</w:ins><w:del w:id=\"2\"><w:r><w:delText>out</w:delText></w:r></w:del>"
-         "<w:moveFrom w:id=\"3\">" + run("from") + "</w:moveFrom><w:moveTo w:id=\"4\">" + run("to") + "</w:moveTo>"),
+      {p("<w:ins w:id=\"1\">" + run("in") +
+         "</w:ins><w:del w:id=\"2\"><w:r><w:delText>out</w:delText></w:r></w:del>"
+         "<w:moveFrom w:id=\"3\">" +
+         run("from") + "</w:moveFrom><w:moveTo w:id=\"4\">" + run("to") + "</w:moveTo>"),
        "inoutfromto¶"},
-      {"<w:sdt><w:sdtPr><w:rPr><w:vanish/></w:rPr></w:sdtPr><w:sdtContent>" + p("<w:sdt><w:sdtContent>" + run("x") +
-       "</w:sdtContent></w:sdt>") + "</w:sdtContent></w:sdt><w:customXml>" + p(run("y")) + "</w:customXml>", "x¶y¶"},
-      {p("<w:r><w:pict><w:txbxContent>" + p(run("box")) + "</w:txbxContent></w:pict></w:r><new:x>" + run("z") + "</new:x>"),
+      {"<w:sdt><w:sdtPr><w:rPr><w:vanish/></w:rPr></w:sdtPr><w:sdtContent>" +
+           p("<w:sdt><w:sdtContent>" + run("x") + "</w:sdtContent></w:sdt>") +
+           "</w:sdtContent></w:sdt><w:customXml>" + p(run("y")) + "</w:customXml>",
+       "x¶y¶"},
+      {p("<w:r><w:pict><w:txbxContent>" + p(run("box")) + "</w:txbxContent></w:pict></w:r><new:x>" +
+         run("z") + "</new:x>"),
        "\x01¶"},
-      {p("<w:r><mc:AlternateContent><mc:Choice Requires=\"wps\"><w:drawing><wp:anchor/></w:drawing></mc:Choice>"
+      {p("<w:r><mc:AlternateContent><mc:Choice "
+         "Requires=\"wps\"><w:drawing><wp:anchor/></w:drawing></mc:Choice>"
          "<mc:Fallback><w:pict/></mc:Fallback></mc:AlternateContent></w:r>"),
        "\x08¶"},
       {p("<w:r><mc:AlternateContent><mc:Choice Requires=\"new\"><new:smile/></mc:Choice>"
          "<mc:Fallback><w:t>:)</w:t></mc:Fallback></mc:AlternateContent></w:r>"),
        ":)¶"},
-      {p("<mc:AlternateContent><mc:Choice Requires=\"w14 w15\">" + run("yes") + "</mc:Choice><mc:Choice Requires=\"wps\">" +
-         run("too") + "</mc:Choice><mc:Fallback>" + run("no") + "</mc:Fallback></mc:AlternateContent>"),
+      {p("<mc:AlternateContent><mc:Choice Requires=\"w14 w15\">" + run("yes") +
+         "</mc:Choice><mc:Choice Requires=\"wps\">" + run("too") + "</mc:Choice><mc:Fallback>" + run("no") +
+         "</mc:Fallback></mc:AlternateContent>"),
        "yes¶"},
   });
 }
 
 TEST(Reading, fieldsOfBothKinds) {
   expectTexts({
-      {p(run("a") + fld("begin") + instr("PAGE") + fld("separate") + run("1") + fld("end") + run("b")), "a{PAGE|1}b¶"},
-      {p("<w:fldSimple w:instr=\" DATE &quot;d&quot; \">" + run("today") + "</w:fldSimple><w:fldSimple w:instr=\"X\"/>"),
+      {p(run("a") + fld("begin") + instr("PAGE") + fld("separate") + run("1") + fld("end") + run("b")),
+       "a{PAGE|1}b¶"},
+      {p("<w:fldSimple w:instr=\" DATE &quot;d&quot; \">" + run("today") +
+         "</w:fldSimple><w:fldSimple w:instr=\"X\"/>"),
        "{ DATE \"d\" |today}{X|}¶"},
-      {p(fld("begin") + instr("IF ") + fld("begin") + instr("A") + fld("separate") + run("1") + fld("end") + fld("separate") +
-         run("yes")) + p(run("more") + fld("end") + run("!")),
+      {p(fld("begin") + instr("IF ") + fld("begin") + instr("A") + fld("separate") + run("1") + fld("end") +
+         fld("separate") + run("yes")) +
+           p(run("more") + fld("end") + run("!")),
        "{IF{A|1}|yes¶more}!¶"},
-      {p(fld("end") + fld("separate") + instr("lost") + run("x") + fld("begin") + instr("XE") + fld("end")), "x{XE}¶"},
+      {p(fld("end") + fld("separate") + instr("lost") + run("x") + fld("begin") + instr("XE") + fld("end")),
+       "x{XE}¶"},
   });
 }
 
@@ -94,8 +112,12 @@ TEST(Reading, tablesEndTheirCellsAndRows) {
        "a¶⟦1¶2¦¦‖3¦‖⟧b¶"},
       {tbl(tr(tc(tbl(tr(tc(p(run("in"))))) + p(run("out"))))), "⟦⟦in¦‖⟧out¦‖⟧¶"},
       {tbl(tr(tc(tbl(tr(tc(p(run("in")))))))) + p(""), "⟦⟦in¦‖⟧¦‖⟧¶"},
-      {tbl("<w:sdt><w:sdtContent>" + tr("<w:sdt><w:sdtContent>" + tc("<w:sdt><w:sdtContent>" + p(run("x")) +
-           "</w:sdtContent></w:sdt>") + "</w:sdtContent></w:sdt>") + "</w:sdtContent></w:sdt>" + tr("")) + p(""),
+      {tbl("<w:sdt><w:sdtContent>" +
+           tr("<w:sdt><w:sdtContent>" +
+              tc("<w:sdt><w:sdtContent>" + p(run("x")) + "</w:sdtContent></w:sdt>") +
+              "</w:sdtContent></w:sdt>") +
+           "</w:sdtContent></w:sdt>" + tr("")) +
+           p(""),
        "⟦x¦‖⟧¶"},
       {tbl(tr("<w:tc/>" + tc("<w:tcPr><w:vMerge/></w:tcPr>" + p("")))) + p(""), "⟦¦¦‖⟧¶"},
   });
@@ -115,7 +137,8 @@ TEST(Reading, stylesHide) {
       "<w:styles xmlns:w=\"http://schemas.openxmlformats.org/wordprocessingml/2006/main\">"
       "<w:style w:type=\"paragraph\" w:styleId=\"P\"><w:rPr><w:vanish/></w:rPr></w:style>"
       "<w:style w:type=\"character\" w:styleId=\"C\"><w:basedOn w:val=\"B\"/></w:style>"
-      "<w:style w:type=\"character\" w:styleId=\"B\"><w:basedOn w:val=\"C\"/><w:rPr><w:vanish/></w:rPr></w:style>"
+      "<w:style w:type=\"character\" w:styleId=\"B\"><w:basedOn "
+      "w:val=\"C\"/><w:rPr><w:vanish/></w:rPr></w:style>"
       "<w:style w:type=\"character\" w:styleId=\"L\"><w:basedOn w:val=\"L\"/></w:style></w:styles>";
   const std::string byStyle = "<w:rStyle w:val=\"C\"/>";
   const std::string body = p(run("a") + run("b", byStyle) + run("c", "<w:rStyle w:val=\"L\"/>")) +
