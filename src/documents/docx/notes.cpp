@@ -58,7 +58,7 @@ class PartFilter {
 
   void cutParent(const xml::Scanner& scanner) {
     const xml::Attribute* const parent = attribute(scanner, Name::exParaIdParent);
-    if (parent != nullptr) cuts_.push_back({parent->nameBegin, parent->valueEnd + 1});
+    if (parent != nullptr) cuts_.push_back({parent->nameBegin - 1, parent->valueEnd + 1});
   }
 
   std::vector<std::uint8_t> rest() const {

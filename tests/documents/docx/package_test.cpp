@@ -71,8 +71,6 @@ TEST(Package, isRefusedWithACodeAndASentence) {
        Problem::damaged, "document type"},
       {"deep nesting", documentOf(deep), Problem::tooLarge, ""},
       {"deep fields", documentOf(p(fields)), Problem::tooLarge, ""},
-      {"protection", withSettings("<w:documentProtection w:edit=\"readOnly\" w:enforcement=\"1\"/>"), Problem::protection, "protected"},
-      {"protection by default", withSettings("<w:documentProtection w:edit=\"forms\"/>"), Problem::protection, "protected"},
   };
   for (const Refusal& refusal : refusals) {
     try {
@@ -85,10 +83,15 @@ TEST(Package, isRefusedWithACodeAndASentence) {
   }
 }
 
-TEST(Package, protectionNotEnforcedRestrictsNothing) {
-  open(withSettings("<w:documentProtection w:edit=\"readOnly\" w:enforcement=\"0\"/>"));
-  open(withSettings("<w:documentProtection w:edit=\"none\" w:enforcement=\"1\"/>"));
-  open(withSettings("<w:documentProtection w:formatting=\"1\" w:enforcement=\"1\"/>"));
+TEST(Package, onlyProtectionThatIsEnforcedCounts) {
+  const auto isProtected = [](const char* settings) {
+    return DocxFormat().read(withSettings(settings)).protection.has_value();
+  };
+  EXPECT_TRUE(isProtected("<w:documentProtection w:edit=\"readOnly\" w:enforcement=\"1\"/>"));
+  EXPECT_TRUE(isProtected("<w:documentProtection w:edit=\"forms\"/>"));
+  EXPECT_FALSE(isProtected("<w:documentProtection w:edit=\"readOnly\" w:enforcement=\"0\"/>"));
+  EXPECT_FALSE(isProtected("<w:documentProtection w:edit=\"none\" w:enforcement=\"1\"/>"));
+  EXPECT_FALSE(isProtected("<w:documentProtection w:formatting=\"1\" w:enforcement=\"1\"/>"));
 }
 
 TEST(Package, theMainPartIsWhereTheRelationshipsSay) {
