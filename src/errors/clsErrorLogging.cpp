@@ -23,6 +23,18 @@ std::u16string dateAndTime() {
   return utf16({text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", &parts)});
 }
 
+namespace {
+
+std::filesystem::path pathOf(const std::u16string& name) {
+#ifdef _WIN32
+  return {name};
+#else
+  return {nameBytes(name)};
+#endif
+}
+
+}  // namespace
+
 clsErrorLogging::clsErrorLogging(const Fault& currentFault, MessageSink& messages, Clock clock)
     : currentFault_(currentFault), messages_(messages), clock_(std::move(clock)) {}
 
@@ -41,7 +53,7 @@ void clsErrorLogging::ProcessErrors(const std::optional<std::u16string>& prefix)
 }
 
 void clsErrorLogging::appendToLog() const {
-  std::ofstream log(std::filesystem::path(logFile_), std::ios::app | std::ios::binary);
+  std::ofstream log(pathOf(logFile_), std::ios::app | std::ios::binary);
   log << "\r\n" << utf8(clock_()) << "\r\n" << utf8(report_) << "\r\n" << std::string(64, '-') << "/\r\n";
   log.close();
   if (!log) throw Fault(kPathNotFound, u"The error log \"" + logFile_ + u"\" cannot be written");

@@ -24,7 +24,8 @@ class clsErrorLogging {
   /// Both outlive the reporter: the fault that ProcessErrors reports, and where it shows it.
   clsErrorLogging(const Fault& currentFault, MessageSink& messages, Clock clock = dateAndTime);
 
-  /// Full path of the text log, to which records are appended in UTF-8 with CR LF; empty: no log is written.
+  /// Full path of the text log (see nameText), to which records are appended in UTF-8 with CR LF; empty: no
+  /// log is written.
   const std::u16string& SendErrors_ToTxtFile() const { return logFile_; }
   void SendErrors_ToTxtFile(const std::u16string& path) { logFile_ = path; }
 
