@@ -2,16 +2,22 @@
 
 #include "model/content_builder.h"
 
+#include <algorithm>
 #include <unordered_map>
 
 namespace pluvo::docx {
 
 namespace {
 
+/// A part has more bytes than its text characters; a text that is longer than this costs a few copies.
+constexpr std::size_t kMostExpected = std::size_t{32} << 20U;
+
 class Reader : public BodyEvents {
  public:
   Reader(files::ByteSpan part, const std::string& partName, const Styles& styles)
-      : styles_(styles), walker_(part, partName, *this) {}
+      : styles_(styles), walker_(part, partName, *this) {
+    builder_.expect(std::min(part.size(), kMostExpected));
+  }
 
   ReadBody read() {
     while (walker_.step()) {

@@ -84,12 +84,9 @@ void ContentBuilder::sectionMark(Look look) {
 }
 
 Content ContentBuilder::finish() {
-  assert(tables_.empty() && !text_.empty() && text_.back() == text::kParagraphMark);
-  if (allBits_ < 0x100) {
-    content_.text = text::OriginalText(std::vector<std::uint8_t>(text_.begin(), text_.end()));
-  } else {
-    content_.text = text::OriginalText(std::move(text_));
-  }
+  content_.text = text_.finish();
+  assert(tables_.empty() && content_.text.length() > 0);
+  assert(content_.text[content_.text.length() - 1] == text::kParagraphMark);
   Content finished = std::move(content_);
   *this = ContentBuilder();
   return finished;
@@ -112,8 +109,7 @@ Structure ContentBuilder::structureHere() const {
 void ContentBuilder::add(std::u16string_view units, Look look, Visibility shown, const Structure& structure) {
   if (units.empty()) return;
   assert(units.size() <= static_cast<std::size_t>(text::kMaxLength) - text_.size());
-  for (const char16_t unit : units) allBits_ |= unit;
-  text_ += units;
+  text_.append(units);
   const auto count = static_cast<Position>(units.size());
   content_.visibility.append(count, look.hidden ? text::kNowhere : shown);
   content_.highlight.append(count, look.highlight);

@@ -14,8 +14,7 @@ namespace pluvo::xml {
 enum ByteClass : std::uint8_t {
   kBlank = 1,      ///< space, tab, CR, LF
   kNamePart = 2,   ///< may stand in a qualified name
-  kTextStop = 4,   ///< ends or may end a stretch of text: < & ]
-  kValueStop = 8,  ///< ends an attribute's value or makes it other than its bytes: quotes < & tab CR LF
+  kValueStop = 4,  ///< ends an attribute's value or makes it other than its bytes: quotes < & tab CR LF
 };
 
 namespace detail {
@@ -27,7 +26,6 @@ constexpr std::array<std::uint8_t, 256> byteClasses() {
   add(" \t\r\n", kBlank);
   add("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_:-.", kNamePart);
   for (std::size_t byte = 0x80; byte < 256; ++byte) classes[byte] |= kNamePart;
-  add("<&]", kTextStop);
   add("\"'<&\t\r\n", kValueStop);
   return classes;
 }

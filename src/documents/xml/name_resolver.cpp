@@ -1,8 +1,7 @@
 #include "xml/name_resolver.h"
 
 #include "characters.h"
-
-#include <cstring>
+#include "words.h"
 
 namespace pluvo::xml {
 
@@ -13,31 +12,6 @@ constexpr std::string_view kXmlnsUri = "http://www.w3.org/2000/xmlns/";
 
 /// The binding of what has no namespace; it comes first.
 constexpr std::uint16_t kNothing = 0;
-
-template <typename Word>
-std::uint64_t load(const char* from) {
-  Word word;
-  std::memcpy(&word, from, sizeof word);
-  return word;
-}
-
-std::uint64_t headOf(std::string_view name) {
-  const char* const first = name.data();
-  const std::size_t size = name.size();
-  if (size >= 8) return load<std::uint64_t>(first);
-  if (size >= 4) return load<std::uint32_t>(first) | load<std::uint32_t>(first + size - 4) << 32U;
-  return load<std::uint8_t>(first) | load<std::uint8_t>(first + size / 2) << 8U |
-         load<std::uint8_t>(first + size - 1) << 16U;
-}
-
-std::uint64_t tailOf(std::string_view name) {
-  return name.size() >= 8 ? load<std::uint64_t>(name.data() + name.size() - 8) : 0;
-}
-
-std::size_t slotOf(std::uint64_t head, std::uint64_t tail, std::size_t size) {
-  const std::uint64_t mixed = (head ^ (tail * 0x9e3779b97f4a7c15U) ^ size) * 0xff51afd7ed558ccdU;
-  return mixed >> 56U;
-}
 
 }  // namespace
 

@@ -11,6 +11,8 @@ namespace {
 
 constexpr std::string_view kCdata = "<![CDATA[";
 
+std::string_view upTo(char stop, std::string_view bytes) { return bytes.substr(0, bytes.find(stop)); }
+
 /// An element for a message, however long its name.
 std::string shown(std::string_view name) {
   constexpr std::size_t kLongest = 100;
@@ -61,15 +63,14 @@ Token Scanner::finish() {
 }
 
 Token Scanner::scanText() {
-  const char* at = here();
-  const char* const last = limit();
-  for (;; ++at) {
-    while (at != last && !is(*at, kTextStop)) ++at;
-    if (at == last || *at != ']') break;
-    if (rest(at).starts_with("]]>")) fail(at, "there is a \"]]>\" in text");
+  // The next '<' is kept, since many references may come before it.
+  if (nextMarkup_ <= begin_) nextMarkup_ = begin_ + static_cast<Offset>(upTo('<', rest(here())).size());
+  const std::string_view found = upTo('&', bytes(begin_, nextMarkup_));
+  if (const std::size_t bad = found.find("]]>"); bad != std::string_view::npos) {
+    fail(here() + bad, "there is a \"]]>\" in text");
   }
-  end_ = offset(at);
-  if (open_.empty() && !std::all_of(here(), at, [](char c) { return is(c, kBlank); })) {
+  end_ = begin_ + static_cast<Offset>(found.size());
+  if (open_.empty() && !std::all_of(found.begin(), found.end(), [](char c) { return is(c, kBlank); })) {
     fail(here(), "there is text outside the outermost element");
   }
   return Token::text;

@@ -15,19 +15,9 @@ constexpr std::size_t kFew = 16;
 }  // namespace
 
 Token Scanner::scanTag() {
-  const char* at = here() + 1;
-  nameBegin_ = offset(at);
-  while (at != limit() && is(*at, kNamePart)) ++at;
-  nameEnd_ = offset(at);
-  if (nameBegin_ == nameEnd_) fail(here(), "there is a '<' that begins no markup");
-  attributes_.clear();
-  declares_ = false;
-  scanAttributes(at);
-
   const auto declared = static_cast<std::uint32_t>(names_.declared());
-  if (declares_) declareNamespaces();
-  resolveNames();
-  if (attributes_.size() > 1) refuseTwins();
+  declares_ = false;
+  if (!recallTag()) readTag();
 
   if (open_.empty()) {
     if (rootSeen_) fail(here(), "there is a second outermost element");
@@ -42,6 +32,34 @@ Token Scanner::scanTag() {
     refuseSize("has elements nested " + std::to_string(limits_.depth) + " deep");
   open_.push_back({nameBegin_, nameEnd_, name_, space_, declared});
   return Token::start;
+}
+
+bool Scanner::recallTag() {
+  const KnownTag* const known = tags_.recall(rest(here()), names_.scope());
+  if (known == nullptr) return false;
+  nameBegin_ = begin_ + 1;
+  nameEnd_ = begin_ + known->name.end;
+  end_ = begin_ + static_cast<Offset>(known->bytes.size());
+  name_ = known->name.id;
+  space_ = known->name.space;
+  attributes_.assign(known->attributes.begin(), known->attributes.begin() + known->attributeCount);
+  for (Attribute& attribute : attributes_) attribute.moveBy(begin_);
+  return true;
+}
+
+void Scanner::readTag() {
+  const char* at = here() + 1;
+  nameBegin_ = offset(at);
+  while (at != limit() && is(*at, kNamePart)) ++at;
+  nameEnd_ = offset(at);
+  if (nameBegin_ == nameEnd_) fail(here(), "there is a '<' that begins no markup");
+  attributes_.clear();
+  scanAttributes(at);
+  if (declares_) declareNamespaces();
+  resolveNames();
+  if (attributes_.size() > 1) refuseTwins();
+  if (!declares_)
+    tags_.remember(bytes(begin_, end_), begin_, {name_, space_, nameEnd_}, attributes_, names_.scope());
 }
 
 /// From the end of the element's name to the end of the tag.

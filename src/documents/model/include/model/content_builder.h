@@ -22,6 +22,9 @@ struct Look {
 /// it), the separator in none; and each only where the text around the field is.
 class ContentBuilder {
  public:
+  /// How many characters may come at most, so far as that is known.
+  void expect(std::size_t most) { text_.expect(most); }
+
   text::Position length() const { return static_cast<text::Position>(text_.size()); }
 
   void append(std::u16string_view units, Look look = {});
@@ -61,8 +64,7 @@ class ContentBuilder {
   Structure structureHere() const;
   void add(std::u16string_view units, Look look, text::Visibility shown, const Structure& structure);
 
-  std::u16string text_;
-  char16_t allBits_ = 0;
+  text::OriginalTextBuilder text_;
   Content content_;
   std::vector<OpenField> fields_;
   std::vector<std::int32_t> tables_;

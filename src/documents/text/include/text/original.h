@@ -78,4 +78,41 @@ class OriginalText {
   std::shared_ptr<const void> owner_;
 };
 
+/// Gathers an original text front to back, in bytes until the first unit that needs more.
+class OriginalTextBuilder {
+ public:
+  /// How many units may come at most; memory that is not filled is not taken.
+  void expect(std::size_t most) { narrow_.reserve(most); }
+  std::size_t size() const { return wide_.empty() ? narrow_.size() : wide_.size(); }
+
+  void append(std::u16string_view units) {
+    if (wide_.empty() && !fitsBytes(units)) widen();
+    if (wide_.empty()) {
+      narrow_.insert(narrow_.end(), units.begin(), units.end());
+    } else {
+      wide_ += units;
+    }
+  }
+
+  OriginalText finish() {
+    return wide_.empty() ? OriginalText(std::move(narrow_)) : OriginalText(std::move(wide_));
+  }
+
+ private:
+  static bool fitsBytes(std::u16string_view units) {
+    unsigned allBits = 0;
+    for (const char16_t unit : units) allBits |= unit;
+    return allBits < 0x100;
+  }
+  /// The caller goes on to append, so that wide_ is not empty afterwards.
+  void widen() {
+    wide_.reserve(narrow_.capacity());
+    wide_.assign(narrow_.begin(), narrow_.end());
+    narrow_ = {};
+  }
+
+  std::vector<std::uint8_t> narrow_;
+  std::u16string wide_;
+};
+
 }  // namespace pluvo::text

@@ -28,7 +28,11 @@ class RunMap {
   Position length() const { return parts_.length(); }
   std::size_t runCount() const { return parts_.count(); }
 
-  void append(Position length, const Value& value) { replace(this->length(), this->length(), length, value); }
+  void append(Position length, const Value& value) {
+    const bool atEnd = parts_.beforeGap() != nullptr && parts_.behindGap() == nullptr;
+    if (atEnd && *parts_.beforeGap() == value) return parts_.extend(length);
+    replace(this->length(), this->length(), length, value);
+  }
 
   Value valueAt(Position position) const { return parts_.value(parts_.indexAt(position)); }
   /// The maximal run that holds position.

@@ -30,6 +30,8 @@ class NameResolver {
   /// must outlive the resolver.
   const char* declare(std::string_view prefix, std::string_view uri);
   std::size_t declared() const { return bindings_.size(); }
+  /// The declarations in scope as a number: the same number, the same declarations.
+  std::uint32_t scope() const { return scope_; }
   /// Forgets the declarations after the first `count`.
   void forget(std::size_t count);
 

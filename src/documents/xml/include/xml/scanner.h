@@ -2,7 +2,9 @@
 
 #include "files/bytes.h"
 #include "files/problem.h"
+#include "xml/attribute.h"
 #include "xml/name_resolver.h"
+#include "xml/tag_memory.h"
 #include "xml/vocabulary.h"
 
 #include <cstdint>
@@ -14,9 +16,6 @@
 
 namespace pluvo::xml {
 
-/// A place in the scanned bytes.
-using Offset = std::uint32_t;
-
 enum class Token : std::uint8_t {
   start,      ///< <a …>
   empty,      ///< <a …/>; no end follows
@@ -27,17 +26,6 @@ enum class Token : std::uint8_t {
   comment,
   instruction,  ///< <?…?>, the XML declaration too
   finish,       ///< the end of the bytes; comes again at every further call
-};
-
-/// An attribute of a start or empty token. Offsets are those of the scanned bytes.
-struct Attribute {
-  NameId id = kOtherName;
-  NamespaceId space = kNoNamespace;
-  std::uint16_t binding = 0;  ///< the scanner's own
-  Offset nameBegin = 0, nameEnd = 0;
-  Offset valueBegin = 0, valueEnd = 0;  ///< between the quotes
-  Offset prefixLength = 0;              ///< without the colon; 0 when there is none
-  bool plain = true;                    ///< no reference, tab or line end: the bytes are the value
 };
 
 struct Limits {
@@ -95,9 +83,12 @@ class Scanner {
   /// What a prefix means at the last token (within a start or empty tag, with its own declarations);
   /// kOtherNamespace when it is not declared, kNoNamespace for an empty prefix without default.
   NamespaceId namespaceOf(std::string_view prefix) const { return names_.namespaceOf(prefix); }
-  /// Goes on at another place of these bytes, where a token begins and the same elements are open as after the
-  /// last token.
-  void resumeAt(Offset place) { end_ = place; }
+  /// Goes on at another place of these bytes, where a token begins and the same elements are open as after
+  /// the last token.
+  void resumeAt(Offset place) {
+    end_ = place;
+    nextMarkup_ = 0;
+  }
   /// After a start token: moves to its end token. After any other: does nothing.
   void skipElement();
 
@@ -120,6 +111,8 @@ class Scanner {
   Token scanInstruction();
   Token finish();
 
+  void readTag();
+  bool recallTag();
   void scanAttributes(const char* at);
   const char* scanAttribute(const char* at);
   const char* scanValue(const char* at, Attribute& attribute);
@@ -144,6 +137,7 @@ class Scanner {
   std::string partName_;
   Limits limits_;
   NameResolver names_;
+  TagMemory tags_;
 
   Offset begin_ = 0, end_ = 0;
   Offset innerBegin_ = 0, innerEnd_ = 0;
@@ -151,6 +145,7 @@ class Scanner {
   NameId name_ = kOtherName;
   NamespaceId space_ = kNoNamespace;
   char32_t codePoint_ = 0;
+  Offset nextMarkup_ = 0;  ///< the first '<' behind the last text, or the end
 
   std::vector<Attribute> attributes_;
   std::vector<OpenElement> open_;

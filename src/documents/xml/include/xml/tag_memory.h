@@ -1,0 +1,48 @@
+#pragma once
+
+#include "xml/attribute.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+namespace pluvo::xml {
+
+/// A start or empty tag that declares no namespace.
+struct KnownTag {
+  struct Name {
+    NameId id = kOtherName;
+    NamespaceId space = kNoNamespace;
+    Offset end = 0;
+  };
+  static constexpr std::size_t kMostAttributes = 4;
+
+  std::string_view bytes;   ///< where they were first met
+  std::uint32_t scope = 0;  ///< as NameResolver::scope() numbers it; 0: no tag
+  Name name;
+  std::uint8_t attributeCount = 0;
+  std::array<Attribute, kMostAttributes> attributes;  ///< here and in the name offsets are those from the '<'
+};
+
+/// The tags met before. A document repeats few tags, byte for byte; such a one needs no second reading, since
+/// the same bytes under the same declarations mean the same.
+class TagMemory {
+ public:
+  TagMemory() : slots_(kSlots) {}
+
+  /// The tag that the bytes begin with, or null.
+  const KnownTag* recall(std::string_view bytes, std::uint32_t scope) const;
+  /// A long tag, or one with many attributes or a '>' within, is forgotten at once. The bytes must outlive
+  /// this; the other offsets are those of the scanned bytes, in which the tag begins at `begin`.
+  void remember(std::string_view tag, Offset begin, KnownTag::Name name,
+                const std::vector<Attribute>& attributes, std::uint32_t scope);
+
+ private:
+  static constexpr std::size_t kSlots = 256;
+
+  std::vector<KnownTag> slots_;
+};
+
+}  // namespace pluvo::xml

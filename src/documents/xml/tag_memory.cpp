@@ -1,0 +1,46 @@
+#include "xml/tag_memory.h"
+
+#include "words.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace pluvo::xml {
+
+namespace {
+
+constexpr std::size_t kLongest = 128;
+
+/// Up to the first '>', which ends most tags; empty when it is far.
+std::string_view cutTag(std::string_view bytes) {
+  const auto* const close =
+      static_cast<const char*>(std::memchr(bytes.data(), '>', std::min(bytes.size(), kLongest)));
+  return close == nullptr ? std::string_view()
+                          : bytes.substr(0, static_cast<std::size_t>(close + 1 - bytes.data()));
+}
+
+std::size_t slotFor(std::string_view tag) { return slotOf(headOf(tag), tailOf(tag), tag.size()); }
+
+}  // namespace
+
+const KnownTag* TagMemory::recall(std::string_view bytes, std::uint32_t scope) const {
+  const std::string_view tag = cutTag(bytes);
+  if (tag.empty()) return nullptr;
+  const KnownTag& known = slots_[slotFor(tag)];
+  return known.scope == scope && known.bytes == tag ? &known : nullptr;
+}
+
+void TagMemory::remember(std::string_view tag, Offset begin, KnownTag::Name name,
+                         const std::vector<Attribute>& attributes, std::uint32_t scope) {
+  if (attributes.size() > KnownTag::kMostAttributes || cutTag(tag).size() != tag.size()) return;
+  KnownTag& known = slots_[slotFor(tag)];
+  known.bytes = tag;
+  known.scope = scope;
+  known.name = name;
+  known.name.end -= begin;
+  known.attributeCount = static_cast<std::uint8_t>(attributes.size());
+  std::copy(attributes.begin(), attributes.end(), known.attributes.begin());
+  for (Attribute& attribute : known.attributes) attribute.moveBy(Offset{0} - begin);
+}
+
+}  // namespace pluvo::xml
