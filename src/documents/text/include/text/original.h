@@ -86,12 +86,12 @@ class OriginalTextBuilder {
   std::size_t size() const { return wide_.empty() ? narrow_.size() : wide_.size(); }
 
   void append(std::u16string_view units) {
-    if (wide_.empty() && !fitsBytes(units)) widen();
-    if (wide_.empty()) {
+    if (wide_.empty() && fitsBytes(units)) {
       narrow_.insert(narrow_.end(), units.begin(), units.end());
-    } else {
-      wide_ += units;
+      return;
     }
+    if (wide_.empty()) widen();
+    wide_ += units;
   }
 
   OriginalText finish() {
@@ -104,7 +104,6 @@ class OriginalTextBuilder {
     for (const char16_t unit : units) allBits |= unit;
     return allBits < 0x100;
   }
-  /// The caller goes on to append, so that wide_ is not empty afterwards.
   void widen() {
     wide_.reserve(narrow_.capacity());
     wide_.assign(narrow_.begin(), narrow_.end());
