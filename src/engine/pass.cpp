@@ -22,17 +22,16 @@ void Pass::run(bool confirmEach, PassObserver& observer) {
     if (observer.found(block) == Answer::stop) return;
     const Decision decision = confirmEach ? confirm() : Decision::operate;
     if (decision == Decision::stop) return;
-    Answer answer = Answer::goOn;
     if (decision == Decision::skip) {
       counts_.countSkipped();
-      answer = observer.skipped(block);
+      if (observer.skipped(block) == Answer::stop) return;
+      locator.resumeBehindBlock();
     } else {
       const std::optional<errors::Fault> refusal = operations.perform();
       counts_.countOperated();
-      answer = observer.operated(block, refusal ? &*refusal : nullptr);
+      if (observer.operated(block, refusal ? &*refusal : nullptr) == Answer::stop) return;
+      resumeBehindOperation(operations, locator);
     }
-    if (answer == Answer::stop) return;
-    resumeBehindOperation(operations, locator);
   }
 }
 

@@ -37,6 +37,22 @@ TEST(Pass, AsksBeforeEachBlockWhereItIsToBeConfirmed) {
   EXPECT_EQ(desk.work.boxes.shown, (std::vector<Box>(3, question)));
 }
 
+TEST(Pass, GoesOnBehindTheBlockWhereNothingWasDone) {
+  // The beginning reaches beyond its block. With limits the search then stays inside it, whatever was to be
+  // done to it.
+  for (const bool lift : {false, true}) {
+    Desk desk("A¶B¶C A¶B¶C¶");
+    desk.work.boxes.answers = {Answer::no, Answer::no};
+    desk.work.pass({.begin = u"A\rB\rC",
+                    .end = u"B",
+                    .operation = kDelete,
+                    .on = kBeginning,
+                    .confirm = true,
+                    .lift = lift});
+    EXPECT_EQ(desk.work.boxes.shown.size(), lift ? 2U : 1U);
+  }
+}
+
 TEST(Pass, EndsWhereTheObserverSaysSo) {
   for (const std::size_t most : {1U, 2U}) {
     Desk desk("A A A¶");

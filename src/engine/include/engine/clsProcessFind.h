@@ -30,7 +30,8 @@ struct Surroundings {
 ///
 /// A property stores its value and does nothing else; one that takes 32 bits and stores 16 throws Fault
 /// kOverflow. No other member lets a fault out: each works under its own location tag, reports through the
-/// context's reporter and returns its default result.
+/// context's reporter and returns its default result. Only a fault of the reporter's own, such as a log that
+/// cannot be written, reaches the caller.
 class clsProcessFind {
  public:
   explicit clsProcessFind(Surroundings surroundings);
