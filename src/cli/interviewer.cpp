@@ -67,6 +67,7 @@ Answer Interviewer::ask(const std::string& path, const BlockReport& block) {
     std::string line;
     // The end of the input is a "stop": nobody is there to answer any more.
     const bool answered = static_cast<bool>(std::getline(std::cin, line));
+    if (!answered) show("\n");  // the question's line is still open
     const char key = line.empty() ? '?' : static_cast<char>(line[0] | 0x20);
     if (!answered || key == 'q') {
       stopped_ = true;

@@ -118,7 +118,8 @@ void MemoryDocument::requireHighlightable(std::int32_t colour) {
     throw Fault(word::kParameterOutOfRange, u"There is no highlight colour with this index.");
   }
   if (medium_ != nullptr && !medium_->holdsHighlight()) {
-    throw Fault(word::kNotAvailable, u"A document of this kind has no place for highlighting.");
+    throw Fault(word::kNotAvailable,
+                u"A document of this kind has no place for highlighting; save it as .docx first.");
   }
 }
 
