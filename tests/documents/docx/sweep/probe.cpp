@@ -7,6 +7,7 @@
 //
 // Prints one line of key=value pairs; exit 0 for an answer of any kind, 1 where the room contradicts itself.
 #include "documents/docx/package_check.h"
+#include "documents/docx/random_edits.h"
 #include "docx/docx_format.h"
 #include "model/model.h"
 
@@ -115,45 +116,11 @@ int mark(const std::string& in, const std::string& out) {
   return same && marked == found && worse.empty() ? 0 : 1;
 }
 
-void editOnce(model::Model& model, std::mt19937& random) {
-  const auto below = [&](Position n) {
-    return static_cast<Position>(random() % static_cast<unsigned>(std::max(n, 1)));
-  };
-  const auto whole = [&](Position p) {
-    const char16_t unit = model.text().at(p);
-    return unit >= 0xDC00 && unit <= 0xDFFF ? p - 1 : p;
-  };
-  const Position from = whole(below(model.length()));
-  const Position reach = below(4) == 0 ? below(400) : below(12);
-  const text::Span span{from, whole(std::min(from + reach, model.length() - 1))};
-  static const std::u16string texts[] = {u"new",          u" the Lessee ", u"one\rtwo",          u"line\r",
-                                         u"a\tb",         u"x\u000By",     u"A & B < C > \"D\"", u"\r",
-                                         u"\U0001F600 ok"};
-  const std::u16string& text = texts[below(9)];
-  if (span.from > span.to) return;
-  if ((model.visibility().valueAt(from) & text::kInResults) == 0) return;
-  switch (below(5)) {
-    case 0:
-      model.replace(span, text, text::View::results);
-      break;
-    case 1:
-      model.insertBefore(span.from, text);
-      break;
-    case 2:
-      model.insertBehind(whole(std::min(span.from + 2, model.length() - 1)), text);
-      break;
-    case 3:
-      model.replace(span, {}, text::View::results);
-      break;
-    default:
-      model.highlight(span, static_cast<std::uint8_t>(below(17)));
-  }
-}
-
 int edit(const std::string& in, const std::string& out, unsigned seed) {
   Document document = open(load(in));
   std::mt19937 random(seed);
-  for (int i = 0; i < 20; ++i) editOnce(document.model, random);
+  const auto next = [&] { return static_cast<std::uint32_t>(random() >> 3U); };
+  for (int i = 0; i < 20; ++i) docx::editBySeed(document.model, {next(), next(), next(), next()});
   const std::vector<std::uint8_t> bytes = write(document);
   store(out, bytes);
   const std::string shown = comparable(document.model);
