@@ -138,6 +138,18 @@ std::string withMarkHighlight(std::string_view paragraphProperties, const Markup
                             withHighlight(childOf(paragraphProperties, "rPr"), markup, colour));
 }
 
+std::string_view markHighlight(std::string_view paragraphProperties) {
+  const std::string_view highlight = childOf(childOf(paragraphProperties, "rPr"), "highlight");
+  if (highlight.empty()) return {};
+  const Fragment fragment = fragmentOf(highlight);
+  std::string_view value;
+  forEachAttribute(fragment.startTag,
+                   [&](std::string_view name, std::string_view v, std::size_t, std::size_t) {
+                     if (name.ends_with("val")) value = v;
+                   });
+  return value == "none" ? std::string_view() : value;
+}
+
 std::string forSplitOffParagraph(std::string_view paragraphProperties) {
   const std::string_view old = childOf(paragraphProperties, "rPr");
   const std::string kept = without(paragraphProperties, [](std::string_view local) {

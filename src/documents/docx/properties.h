@@ -49,6 +49,9 @@ std::string runPropertiesOfMark(std::string_view paragraphProperties);
 std::string withMarkHighlight(std::string_view paragraphProperties, const Markup& markup,
                               std::uint8_t colour);
 
+/// The value of the mark's w:highlight; empty when there is none or it is "none".
+std::string_view markHighlight(std::string_view paragraphProperties);
+
 /// The w:pPr of a paragraph split off in front: without the section it would end and the tracked changes of
 /// the mark and the properties, which stay with the old mark.
 std::string forSplitOffParagraph(std::string_view paragraphProperties);

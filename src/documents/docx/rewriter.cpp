@@ -128,7 +128,7 @@ void Rewriter::openTable(const Tag& tag) {
     copyTo(tag.extent.begin);
     removedTables_ = 1;
     run_ = {};
-    placeWaiting(markup().tag("p") + ">");
+    placeWaiting(plainHeader());
     return;
   }
   placeBlocksBeforeTable(tag);

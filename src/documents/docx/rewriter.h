@@ -87,11 +87,22 @@ class Rewriter : private BodyEvents {
     bool kept = false;
     bool inResult = false;
   };
+  /// What a paragraph begins with.
+  struct Header {
+    std::string tag;
+    std::string properties;
+  };
   /// New text behind a mark, to stand at the beginning of the next paragraph.
   struct Waiting {
     Step put;
     std::string runProperties;
-    std::string header;  ///< of the paragraphs it consists of
+    Header
+        header;  ///< of the paragraphs it consists of; none: that of the paragraph it comes to stand before
+  };
+  /// New text up to a mark, or what follows the last.
+  struct Line {
+    std::string runs;
+    std::uint8_t markColour = 0;
   };
 
   void open(const Tag& tag) override;
@@ -149,18 +160,20 @@ class Rewriter : private BodyEvents {
   Open& paragraph() { return opens_[paragraph_]; }
   void enterParagraphContent();
   void expand(Open& open);
-  void divideParagraph();
+  void divideParagraph(std::uint8_t markColour);
   void closeInlines(std::size_t from);
   void openInlines(std::size_t from);
   std::string reopeningTag(std::size_t index);
   void replaceHeader(const std::string& header);
   void writeCarried();
   std::string headerOf(const Open& open, const std::string& properties) const;
-  std::string headerOfSplitOff(const Open& open) const;
+  Header headerOfSplitOff(const Open& open) const;
+  std::string coloured(const std::string& properties, std::uint8_t colour) const;
   void keepParagraph(Extent endTag);
   void mergeParagraph(Extent endTag);
-  std::vector<std::string> lines(const Step& put, const std::string& runProperties) const;
-  void placeWaiting(const std::string& header);
+  std::vector<Line> lines(const Step& put, const std::string& runProperties) const;
+  void placeWaiting(const Header& header);
+  Header plainHeader() const;
   void placeBlocksBeforeTable(const Tag& table);
   void collectInRemovedTable(Position end);
   std::string fieldMark(std::string_view type) const;

@@ -53,13 +53,13 @@ void Rewriter::expand(Open& open) {
 }
 
 /// A new mark: ends the paragraph here and begins the rest of it. No run is open.
-void Rewriter::divideParagraph() {
+void Rewriter::divideParagraph(std::uint8_t markColour) {
   closeInlines(paragraph_ + 1);
   writeCarried();
   Open& open = paragraph();
   std::string& out = output_.text();
   const std::string properties(output_.source(open.properties.whole));
-  const std::string front = forSplitOffParagraph(properties);
+  const std::string front = coloured(forSplitOffParagraph(properties), markColour);
   if (front != properties) replaceHeader(headerOf(open, front));
   out += "</" + std::string(qualifiedName(open.tag)) + ">";
   open.splitOff = true;
@@ -127,11 +127,20 @@ std::string Rewriter::headerOf(const Open& open, const std::string& properties) 
 }
 
 /// The start of a paragraph like this one, for text that is split off it.
-std::string Rewriter::headerOfSplitOff(const Open& open) const {
+Rewriter::Header Rewriter::headerOfSplitOff(const Open& open) const {
   Open copy;
   copy.tag = open.tag;
   copy.splitOff = true;
-  return headerOf(copy, forSplitOffParagraph(output_.source(open.properties.whole)));
+  return {headerOf(copy, {}), forSplitOffParagraph(output_.source(open.properties.whole))};
+}
+
+Rewriter::Header Rewriter::plainHeader() const { return {markup().tag("p") + ">", {}}; }
+
+/// The properties with this highlight for the paragraph's mark, unless they have it already.
+std::string Rewriter::coloured(const std::string& properties, std::uint8_t colour) const {
+  const std::string_view has = markHighlight(properties);
+  return has == (colour == 0 ? "" : highlightValue(colour)) ? properties
+                                                            : withMarkHighlight(properties, markup(), colour);
 }
 
 void Rewriter::replaceHeader(const std::string& header) {
@@ -222,7 +231,7 @@ void Rewriter::missingParagraph(Name, Extent endTag) {
   });
   Open& container = opens_.back();
   if (container.lost || !waiting_.empty() || !carried_.empty() || !carriedBlocks_.empty()) {
-    placeWaiting(markup().tag("p") + ">");
+    placeWaiting(plainHeader());
     expand(container);
     copyTo(endTag.begin);
     output_.text() += carriedBlocks_ + markup().tag("p") + ">" + carried_ + markup().endTag("p");
@@ -241,43 +250,42 @@ void Rewriter::rowMark(Extent) {
   });
 }
 
-std::vector<std::string> Rewriter::lines(const Step& put, const std::string& runProperties) const {
-  std::vector<std::string> result;
+std::vector<Rewriter::Line> Rewriter::lines(const Step& put, const std::string& runProperties) const {
+  std::vector<Line> result;
   std::size_t from = 0;
   while (true) {
     const std::size_t mark = put.units.find(text::kParagraphMark, from);
     const std::size_t to = std::min(mark, put.units.size());
-    result.push_back(
-        runs(put.units.substr(from, to - from), put.at + static_cast<Position>(from), runProperties));
+    const Position at = put.at + static_cast<Position>(from);
+    result.push_back({runs(put.units.substr(from, to - from), at, runProperties)});
     if (mark == std::u16string_view::npos) return result;
+    result.back().markColour = model_.highlight().valueAt(put.at + static_cast<Position>(mark));
     from = mark + 1;
   }
 }
 
 /// Text waiting for the next paragraph joins what is carried there; its own paragraphs come before it.
-void Rewriter::placeWaiting(const std::string& header) {
+void Rewriter::placeWaiting(const Header& header) {
   for (const Waiting& waiting : waiting_) {
-    const std::vector<std::string> all = lines(waiting.put, waiting.runProperties);
+    const std::vector<Line> all = lines(waiting.put, waiting.runProperties);
+    const Header& own = waiting.header.tag.empty() ? header : waiting.header;
     for (std::size_t i = 0; i + 1 < all.size(); ++i) {
-      carriedBlocks_ += (waiting.header.empty() ? header : waiting.header) + carried_ + all[i];
+      carriedBlocks_ += own.tag + coloured(own.properties, all[i].markColour) + carried_ + all[i].runs;
       carriedBlocks_ += markup().endTag("p");
       carried_.clear();
     }
-    carried_ += all.back();
-    carriesText_ = carriesText_ || !all.back().empty();
+    carried_ += all.back().runs;
+    carriesText_ = carriesText_ || !all.back().runs.empty();
   }
   waiting_.clear();
 }
 
-/// Text that ends with a mark of its own stays outside a table behind it.
+/// Text that ends with a mark of its own stays outside a table behind it; other text joins its first
+/// paragraph.
 void Rewriter::placeBlocksBeforeTable(const Tag& table) {
   const bool wholeParagraphs = !waiting_.empty() && waiting_.back().put.units.back() == text::kParagraphMark;
-  if (wholeParagraphs) placeWaiting(markup().tag("p") + ">");
-  if (!carried_.empty() && carriesText_) {
-    carriedBlocks_ += markup().tag("p") + ">" + carried_ + markup().endTag("p");
-    carried_.clear();
-  }
-  if (carriedBlocks_.empty()) return;
+  if (wholeParagraphs) placeWaiting(plainHeader());
+  if (carriesText_ || carriedBlocks_.empty()) return;
   copyTo(table.extent.begin);
   output_.text() += carriedBlocks_;
   carriedBlocks_.clear();
@@ -289,7 +297,7 @@ void Rewriter::collectInRemovedTable(Position end) {
   script_.take(end, [&](const Step& step) {
     if (step.kind != Step::Kind::put) return;
     waiting_.push_back({step, std::string(run_.properties), headerOfSplitOff(removedParagraph_)});
-    placeWaiting({});
+    placeWaiting(plainHeader());
   });
 }
 

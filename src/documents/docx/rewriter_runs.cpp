@@ -258,7 +258,7 @@ void Rewriter::write(std::u16string_view units, std::uint8_t colour, std::string
 void Rewriter::writeAlone(char16_t unit, std::uint8_t colour) {
   if (unit == text::kParagraphMark) {
     interruptRun();
-    divideParagraph();
+    divideParagraph(colour);
     return;
   }
   ensureRun(colour);

@@ -121,8 +121,16 @@ struct Context {
   Visibility visibility;
 };
 
+/// The anchor of a comment is never shown, but that says nothing of text beside it.
+Position pastCommentReferences(const Model& model, Position position) {
+  while (position > 0 && model.text().at(position) == text::kCommentReference) --position;
+  return position;
+}
+
 Context contextBehind(const Model& model, Position position) {
+  position = pastCommentReferences(model, position);
   const std::int32_t field = fieldAt(model, position);
+  if (model.text().at(position) == text::kCommentReference) return {field, text::kEverywhere};
   if (!model.isFieldMark(position)) return {field, model.visibility().valueAt(position)};
   const Field& marked = model.fields()[static_cast<std::size_t>(field)];
   const char16_t mark = model.text().at(position);
@@ -132,6 +140,7 @@ Context contextBehind(const Model& model, Position position) {
 }
 
 Context contextBefore(const Model& model, Position position) {
+  if (model.text().at(position) == text::kCommentReference) return contextBehind(model, position);
   const std::int32_t field = fieldAt(model, position);
   if (!model.isFieldMark(position)) return {field, model.visibility().valueAt(position)};
   const Field& marked = model.fields()[static_cast<std::size_t>(field)];

@@ -143,8 +143,7 @@ class Checker {
     checkOrder(node);
     checkText(node, around, inDeletion);
     checkMarkers(node);
-    const bool deletion = inDeletion || ((node.name == "del" || node.name == "moveFrom") && around != "rPr" &&
-                                         around != "trPr");
+    const bool deletion = inDeletion || (node.name == "del" && around != "rPr" && around != "trPr");
     for (const auto& child : node.children) {
       if (node.name == "AlternateContent" && child->name == "Fallback" && node.children.size() > 1) continue;
       if (child->name.ends_with("Change")) continue;

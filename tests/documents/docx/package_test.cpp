@@ -1,8 +1,8 @@
 #include "archive/archive.h"
-#include "docx/docx_format.h"
 #include "documents/docx/document_builder.h"
 #include "documents/docx/package_check.h"
 #include "documents/support/notation.h"
+#include "docx/docx_format.h"
 #include "formats/format.h"
 
 #include <gmock/gmock.h>
@@ -23,16 +23,20 @@ struct Refusal {
 };
 
 std::string rels(std::string_view type, std::string_view target) {
-  return "<Relationships xmlns=\"http://schemas.openxmlformats.org/package/2006/relationships\"><Relationship Id=\"a\" "
-         "Type=\"http://schemas.openxmlformats.org/" + std::string(type) + "\" Target=\"" + std::string(target) +
-         "\"/><Relationship Id=\"b\" Type=\"http://schemas.openxmlformats.org/officeDocument/2006/relationships/"
+  return "<Relationships "
+         "xmlns=\"http://schemas.openxmlformats.org/package/2006/relationships\"><Relationship Id=\"a\" "
+         "Type=\"http://schemas.openxmlformats.org/" +
+         std::string(type) + "\" Target=\"" + std::string(target) +
+         "\"/><Relationship Id=\"b\" "
+         "Type=\"http://schemas.openxmlformats.org/officeDocument/2006/relationships/"
          "officeDocument\" Target=\"/word/document.xml\"/></Relationships>";
 }
 
 files::Bytes bytesOf(std::string_view text) { return files::Bytes::of({text.begin(), text.end()}); }
 
 files::Bytes withSettings(const std::string& inner) {
-  return documentOf(p(""), {{"word/settings.xml", "<w:settings " + kWordNamespace + ">" + inner + "</w:settings>"}});
+  return documentOf(p(""),
+                    {{"word/settings.xml", "<w:settings " + kWordNamespace + ">" + inner + "</w:settings>"}});
 }
 
 TEST(Package, isRefusedWithACodeAndASentence) {
@@ -49,25 +53,34 @@ TEST(Package, isRefusedWithACodeAndASentence) {
       {"RTF", bytesOf("{\\rtf1 x}"), Problem::damaged, "RTF"},
       {"nothing", bytesOf(""), Problem::damaged, "empty"},
       {"another ZIP", documentOf("", {{"[Content_Types].xml", "-"}}), Problem::damaged, "ordinary ZIP"},
-      {"OpenDocument", documentOf("", {{"[Content_Types].xml", "-"}, {"mimetype", "application/vnd.oasis.opendocument.text"}}),
+      {"OpenDocument",
+       documentOf("",
+                  {{"[Content_Types].xml", "-"}, {"mimetype", "application/vnd.oasis.opendocument.text"}}),
        Problem::damaged, "OpenDocument text"},
       {"a spreadsheet", documentOf("", {{"[Content_Types].xml", sheet}}), Problem::damaged, "spreadsheet"},
       {"no main part", documentOf("", {{"word/document.xml", "-"}}), Problem::damaged, "main part"},
       {"no relationships", documentOf("", {{"_rels/.rels", "-"}}), Problem::damaged, "main part"},
-      {"two main parts", documentOf("", {{"_rels/.rels", rels("officeDocument/2006/relationships/officeDocument", "other.xml")}}),
+      {"two main parts",
+       documentOf("",
+                  {{"_rels/.rels", rels("officeDocument/2006/relationships/officeDocument", "other.xml")}}),
        Problem::damaged, "two main parts"},
       {"two parts of notes",
-       documentOf("", {{"word/_rels/document.xml.rels",
-                        "<Relationships xmlns=\"http://schemas.openxmlformats.org/package/2006/relationships\">"
-                        "<Relationship Type=\"x/footnotes\" Target=\"a.xml\"/><Relationship Type=\"x/footnotes\" "
-                        "Target=\"b.xml\"/></Relationships>"}}),
+       documentOf("",
+                  {{"word/_rels/document.xml.rels",
+                    "<Relationships xmlns=\"http://schemas.openxmlformats.org/package/2006/relationships\">"
+                    "<Relationship Type=\"x/footnotes\" Target=\"a.xml\"/><Relationship Type=\"x/footnotes\" "
+                    "Target=\"b.xml\"/></Relationships>"}}),
        Problem::damaged, "two parts"},
-      {"a signature", documentOf("", {{"_rels/.rels", rels("package/2006/relationships/digital-signature/origin", "x")}}),
+      {"a signature",
+       documentOf("", {{"_rels/.rels", rels("package/2006/relationships/digital-signature/origin", "x")}}),
        Problem::signature, "signed"},
       {"another root", documentOf("", {{"word/document.xml", "<x/>"}}), Problem::damaged, "WordprocessingML"},
-      {"no body", documentOf("", {{"word/document.xml", "<w:document " + kWordNamespace + "/>"}}), Problem::damaged, "body"},
-      {"cut-off XML", documentOf("", {{"word/document.xml", mainPartOf("").substr(0, 600)}}), Problem::damaged, "byte"},
-      {"entities", documentOf("", {{"word/document.xml", "<!DOCTYPE x [<!ENTITY a \"b\">]>" + mainPartOf("")}}),
+      {"no body", documentOf("", {{"word/document.xml", "<w:document " + kWordNamespace + "/>"}}),
+       Problem::damaged, "body"},
+      {"cut-off XML", documentOf("", {{"word/document.xml", mainPartOf("").substr(0, 600)}}),
+       Problem::damaged, "byte"},
+      {"entities",
+       documentOf("", {{"word/document.xml", "<!DOCTYPE x [<!ENTITY a \"b\">]>" + mainPartOf("")}}),
        Problem::damaged, "document type"},
       {"deep nesting", documentOf(deep), Problem::tooLarge, ""},
       {"deep fields", documentOf(p(fields)), Problem::tooLarge, ""},
@@ -138,14 +151,18 @@ NoteParts withNotes() {
     return "<w:" + std::string(name) + " w:id=\"" + id + "\">" + p(run(text)) + "</w:" + name + ">";
   };
   NoteParts result;
-  result.parts["word/footnotes.xml"] = "<w:footnotes " + kWordNamespace + "><w:footnote w:type=\"separator\" w:id=\"0\"/>" +
-                                       note("footnote", "2", "foot") + note("footnote", "3", "other") + "</w:footnotes>";
-  result.parts["word/endnotes.xml"] = "<w:endnotes " + kWordNamespace + ">" + note("endnote", "2", "end") + "</w:endnotes>";
+  result.parts["word/footnotes.xml"] =
+      "<w:footnotes " + kWordNamespace + "><w:footnote w:type=\"separator\" w:id=\"0\"/>" +
+      note("footnote", "2", "foot") + note("footnote", "3", "other") + "</w:footnotes>";
+  result.parts["word/endnotes.xml"] =
+      "<w:endnotes " + kWordNamespace + ">" + note("endnote", "2", "end") + "</w:endnotes>";
   result.parts["word/comments.xml"] =
-      "<w:comments " + kWordNamespace + w14 + "><w:comment w:id=\"0\"><w:p w14:paraId=\"AA\"/></w:comment>\n"
+      "<w:comments " + kWordNamespace + w14 +
+      "><w:comment w:id=\"0\"><w:p w14:paraId=\"AA\"/></w:comment>\n"
       "<w:comment w:id=\"1\"><w:p w14:paraId=\"BB\"/></w:comment></w:comments>";
   result.parts["word/commentsExtended.xml"] =
-      "<w15:commentsEx xmlns:w15=\"http://schemas.microsoft.com/office/word/2012/wordml\"><w15:commentEx w15:paraId=\"AA\"/>"
+      "<w15:commentsEx xmlns:w15=\"http://schemas.microsoft.com/office/word/2012/wordml\"><w15:commentEx "
+      "w15:paraId=\"AA\"/>"
       "<w15:commentEx w15:paraId=\"BB\" w15:paraIdParent=\"AA\" w15:done=\"0\"/></w15:commentsEx>";
   const auto reference = [](const char* name, const char* id) {
     return "<w:r><w:" + std::string(name) + "Reference w:id=\"" + id + "\"/></w:r>";
@@ -153,7 +170,8 @@ NoteParts withNotes() {
   result.body = p(run("a") + reference("footnote", "2") + run("b") + reference("endnote", "2") +
                   "<w:commentRangeStart w:id=\"0\"/><w:commentRangeStart w:id=\"1\"/>" + run("c") +
                   "<w:commentRangeEnd w:id=\"0\"/>" + reference("comment", "0") + run("d") +
-                  "<w:commentRangeEnd w:id=\"1\"/>" + reference("comment", "1") + reference("footnote", "3") + run("e"));
+                  "<w:commentRangeEnd w:id=\"1\"/>" + reference("comment", "1") + reference("footnote", "3") +
+                  run("e"));
   return result;
 }
 
@@ -161,14 +179,22 @@ TEST(Package, notesAndCommentsGoWithTheirReferences) {
   const NoteParts notes = withNotes();
   const files::Bytes document = documentOf(notes.body, notes.parts);
   Opened opened = open(document);
-  opened.model.replace(opened.find(u"b\x02" u"c\x05"), {}, View::results);
-  opened.model.replace(opened.find(u"\x02" u"d"), {}, View::results);
+  opened.model.replace(opened.find(u"b\x02"
+                                   u"c\x05"),
+                       {}, View::results);
+  opened.model.replace(opened.find(u"\x02"
+                                   u"d"),
+                       {}, View::results);
   const files::Bytes written = opened.written();
-  EXPECT_EQ(bodyOf(written), p(run("a") + "<w:commentRangeStart w:id=\"1\"/><w:commentRangeEnd w:id=\"1\"/>"
-                               "<w:r><w:commentReference w:id=\"1\"/></w:r><w:r><w:footnoteReference w:id=\"3\"/></w:r>" + run("e")));
+  EXPECT_EQ(bodyOf(written),
+            p(run("a") +
+              "<w:commentRangeStart w:id=\"1\"/><w:commentRangeEnd w:id=\"1\"/>"
+              "<w:r><w:commentReference w:id=\"1\"/></w:r><w:r><w:footnoteReference w:id=\"3\"/></w:r>" +
+              run("e")));
   EXPECT_EQ(part(written, "word/footnotes.xml"),
-            "<w:footnotes " + kWordNamespace + "><w:footnote w:type=\"separator\" w:id=\"0\"/><w:footnote w:id=\"3\">" +
-                p(run("other")) + "</w:footnote></w:footnotes>");
+            "<w:footnotes " + kWordNamespace +
+                "><w:footnote w:type=\"separator\" w:id=\"0\"/><w:footnote w:id=\"3\">" + p(run("other")) +
+                "</w:footnote></w:footnotes>");
   EXPECT_EQ(part(written, "word/endnotes.xml"), "<w:endnotes " + kWordNamespace + "></w:endnotes>");
   EXPECT_THAT(part(written, "word/comments.xml"), testing::Not(HasSubstr("AA")));
   EXPECT_EQ(part(written, "word/commentsExtended.xml"),

@@ -16,10 +16,11 @@ struct EditSeed {
   std::uint32_t kind = 0;
 };
 
-/// An edit of a document as those numbers say. It begins at a place that is shown, and cuts no character in two.
+/// An edit of a document as those numbers say. It begins at a place that is shown, and cuts no character in
+/// two.
 inline void editBySeed(model::Model& model, const EditSeed& seed) {
-  static const std::u16string texts[] = {u"new",       u" the Lessee ", u"one\rtwo", u"line\r",
-                                         u"a\tb",      u"x\u000By",     u"\r",       u"A & B < C > \"D\"",
+  static const std::u16string texts[] = {u"new",          u" the Lessee ", u"one\rtwo", u"line\r",
+                                         u"a\tb",         u"x\u000By",     u"\r",       u"A & B < C > \"D\"",
                                          u"\U0001F600 ok"};
   const auto whole = [&](text::Position p) {
     const char16_t unit = model.text().at(p);

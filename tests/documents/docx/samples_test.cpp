@@ -21,9 +21,19 @@ files::Bytes sample(const std::string& name) {
 
 const char* const kSamples[] = {"lease.docx", "settlement.docx", "catalogue.docx", "deed.docx"};
 
-void expectSound(const files::Bytes& before, const Opened& opened) {
+/// Row marks and the codes of simple fields have no place for a highlight in the file.
+std::string storable(model::Model& model) {
+  for (text::Position i = 0; i < model.length(); ++i) {
+    const bool inResults = (model.visibility().valueAt(i) & text::kInResults) != 0;
+    if (model.isRowMark(i) || !inResults) model.highlight({i, i + 1}, 0);
+  }
+  return notation::print(model);
+}
+
+void expectSound(const files::Bytes& before, Opened& opened) {
   const files::Bytes written = opened.written();
-  EXPECT_EQ(notation::print(open(written).model), notation::print(opened.model));
+  Opened again = open(written);
+  EXPECT_EQ(storable(again.model), storable(opened.model));
   EXPECT_EQ(worsened(faultsOf(before), faultsOf(written)), "");
 }
 
@@ -44,15 +54,16 @@ TEST(Samples, anyProgramOfEditsIsReadBackAsItWasMeant) {
       std::minstd_rand random(seed);
       Opened opened = open(document);
       const auto next = [&] { return static_cast<std::uint32_t>(random()); };
-      for (int i = 0; i < 12; ++i) editBySeed(opened.model, {next() >> 3U, next() >> 3U, next() >> 3U, next() >> 3U});
+      for (int i = 0; i < 12; ++i)
+        editBySeed(opened.model, {next() >> 3U, next() >> 3U, next() >> 3U, next() >> 3U});
       expectSound(document, opened);
       if (HasFailure()) return;
     }
   }
 }
 
-/// Each operation at each place of a block whose beginning lies in five runs with a link, a comment and tracked
-/// changes in it, and of one that begins before a table and ends in it.
+/// Each operation at each place of a block whose beginning lies in five runs with a link, a comment and
+/// tracked changes in it, and of one that begins before a table and ends in it.
 TEST(Samples, everyOperationAtEveryPlaceOfABlock) {
   struct Block {
     const char* sample;
@@ -64,7 +75,7 @@ TEST(Samples, everyOperationAtEveryPlaceOfABlock) {
                           {"settlement.docx", u"Without prejudice", u"£840"},
                           {"settlement.docx", u"Sums due", u"in all £12,840"},
                           {"settlement.docx", u"Begin confidential", u"End confidential"},
-                          {"catalogue.docx", u"[restricted: names", u"end]"}};
+                          {"catalogue.docx", u"[restricted: \rnames", u"end]"}};
   for (const Block& block : blocks) {
     const files::Bytes document = sample(block.sample);
     for (int operation = 0; operation < 5; ++operation) {
@@ -90,7 +101,8 @@ TEST(Samples, noTruncatedOneIsOpened) {
   for (const char* name : {"lease.docx", "settlement.docx", "deed.docx"}) {
     const files::Bytes whole = sample(name);
     for (std::size_t size = 0; size < whole.view.size(); ++size) {
-      const files::Bytes cut = files::Bytes::of({whole.view.begin(), whole.view.begin() + static_cast<std::ptrdiff_t>(size)});
+      const files::Bytes cut =
+          files::Bytes::of({whole.view.begin(), whole.view.begin() + static_cast<std::ptrdiff_t>(size)});
       EXPECT_THROW(open(cut), files::DocumentError) << name << " cut to " << size;
     }
   }
