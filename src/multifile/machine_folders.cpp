@@ -39,6 +39,13 @@ class MachineFolders : public Folders {
     const fs::path path = fs::canonical(errors::nameBytes(folder), error);
     return error ? folder : errors::nameText(path.native());
   }
+
+  bool isFolder(const std::u16string& path) override {
+    std::error_code error;
+    return fs::is_directory(errors::nameBytes(path), error);
+  }
+
+  std::vector<std::u16string> drives() override { return {}; }
 };
 
 }  // namespace

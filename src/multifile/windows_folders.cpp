@@ -55,6 +55,20 @@ class WindowsFolders : public Folders {
     const fs::path path = fs::canonical(fs::path(folder), error);
     return error ? folder : path.u16string();
   }
+
+  bool isFolder(const std::u16string& path) override {
+    std::error_code error;
+    return fs::is_directory(fs::path(path), error);
+  }
+
+  std::vector<std::u16string> drives() override {
+    std::vector<std::u16string> drives;
+    const DWORD present = GetLogicalDrives();
+    for (unsigned at = 0; at < 26; ++at) {
+      if ((present >> at & 1U) != 0) drives.push_back({static_cast<char16_t>(u'a' + at), u':'});
+    }
+    return drives;
+  }
 };
 
 }  // namespace

@@ -48,6 +48,19 @@ class ScriptedFolders : public Folders {
     return errors::nameText(real);
   }
 
+  bool isFolder(const std::u16string& path) override {
+    const std::string real = errors::nameBytes(resolved(path));
+    if (folders_.count(real) != 0) return true;
+    const std::size_t at = real.rfind(separator_);
+    const auto parent = folders_.find(real.substr(0, at));
+    if (at == std::string::npos || parent == folders_.end()) return false;
+    const auto entry = parent->second.find(real.substr(at + 1));
+    return entry != parent->second.end() && entry->second.isFolder;
+  }
+
+  std::vector<std::u16string> drives() override { return driveNames; }
+
+  std::vector<std::u16string> driveNames;
   int listings = 0;
 
  private:

@@ -21,6 +21,9 @@ class Folders {
   virtual std::vector<Entry> entriesOf(const std::u16string& folder) = 0;
   /// The same text for the same folder, whatever links it is reached through.
   virtual std::u16string resolved(const std::u16string& folder) = 0;
+  virtual bool isFolder(const std::u16string& path) = 0;
+  /// "c:", "d:"; none where there are no drives.
+  virtual std::vector<std::u16string> drives() = 0;
 };
 
 /// The machine's own. No search stays open behind a call.

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "engine/clsProcessFind.h"
+#include "forms/form.h"
+
+#include <string>
+#include <vector>
+
+namespace pluvo::multifile {
+
+/// The page on which the user chooses a folder, the files in it that are to be processed, and perhaps only
+/// some of them.
+class FilesPage {
+ public:
+  /// Both outlive it; the form has the page's controls.
+  FilesPage(forms::Form& form, engine::clsProcessFind& engine);
+
+  /// The files that the choices select, whatever is in the list; none where there are none.
+  std::vector<std::u16string> LocateFilesForRun();
+
+ private:
+  void cmdBrowse_Click();
+  void cmdChooseFiles_Click();
+  void cmdGetPotentialFiles_Click();
+  void cmdRemoveFiles_Click();
+  void txtFilePath_Change();
+  void ListPotentialFiles();
+  std::u16string folder();
+  std::u16string masks() const;
+  std::int16_t depth() const;
+  void showCount(const std::u16string& count);
+
+  forms::Form& form_;
+  engine::clsProcessFind& engine_;
+  std::vector<std::u16string> potentialFiles_;
+};
+
+}  // namespace pluvo::multifile
