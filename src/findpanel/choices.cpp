@@ -1,0 +1,150 @@
+#include "findpanel/choices.h"
+
+#include "engine/request.h"
+#include "errors/text.h"
+#include "switching.h"
+
+#include <optional>
+
+namespace pluvo::findpanel {
+
+namespace {
+
+using forms::ComboBox;
+
+constexpr std::size_t kCodeColumn = 1;
+constexpr std::u16string_view kMore = u"(More...)";
+constexpr const char16_t* kMostUnitsApart = u"9999";
+constexpr std::size_t kDigitsOfMost = 4;
+
+/// The code a list has, and what none has where it has none.
+std::int32_t codeOf(const ComboBox& list) {
+  constexpr std::int32_t kNoCode = -1;
+  const auto value = list.Value();
+  return value ? errors::toInteger(*value) : kNoCode;
+}
+
+}  // namespace
+
+Choices::Choices(forms::Form& form, errors::Context& context, forms::MessageBoxes& boxes,
+                 forms::InputBoxes& inputs)
+    : form_(form), context_(context), boxes_(boxes), inputs_(inputs) {
+  refuseWhatIsNotListed(u"cboxHighlighters", u"FF:10");
+  refuseWhatIsNotListed(u"cboxProcOperation1", u"FF:13");
+  refuseWhatIsNotListed(u"cboxProcRelativePosition1", u"FF:15");
+  refuseWhatIsNotListed(u"cboxProcSelection1", u"FF:16");
+  refuseWhatIsNotListed(u"cboxUnitDistanceApart", u"FF:19");
+  auto& distance = form.get<ComboBox>(u"cboxNumberDistanceApart");
+  distance.BeforeUpdate.handledBy([this](bool& cancel) { cboxNumberDistanceApart_BeforeUpdate(cancel); });
+  distance.Change.handledBy([this] { cboxNumberDistanceApart_Change(); });
+  form.get<ComboBox>(u"cboxProcOperation1").Change.handledBy([this] { cboxProcOperation1_Change(); });
+  form.get<ComboBox>(u"cboxProcSelection1").Change.handledBy([this] { cboxProcSelection1_Change(); });
+}
+
+void Choices::refuseWhatIsNotListed(const char16_t* name, std::u16string_view tag) {
+  form_.get<ComboBox>(name).BeforeUpdate.handledBy([this, name, tag](bool& cancel) {
+    errors::guarded(context_, tag, [&] {
+      if (IsValueInList(name, kCodeColumn)) return;
+      refuse(u"Please Select one of the values provided.");
+      cancel = true;
+    });
+  });
+}
+
+bool Choices::IsValueInList(const std::u16string& name, std::size_t column) {
+  return errors::guarded(context_, u"FF:23", [&] {
+    const auto& list = form_.get<ComboBox>(name);
+    const std::optional<std::u16string> value = list.Value();
+    bool found = false;
+    for (std::size_t row = 0; row < list.ListCount(); ++row) {
+      if (value == list.List(row, column)) found = true;
+    }
+    return found;
+  });
+}
+
+void Choices::refuse(const std::u16string& text) const {
+  boxes_.show(text, forms::Buttons::ok, u"Improper Value Selection");
+}
+
+void Choices::cboxNumberDistanceApart_BeforeUpdate(bool& cancel) {
+  errors::guarded(context_, u"FF:11", [&] {
+    const std::u16string value =
+        form_.get<ComboBox>(u"cboxNumberDistanceApart").Value().value_or(std::u16string());
+    if (value == engine::kSame || errors::isNumeric(value)) return;
+    refuse(u"Please Select one of the values provided or a numerical value between 1 and 9999.");
+    cancel = true;
+  });
+}
+
+void Choices::cboxNumberDistanceApart_Change() {
+  errors::guarded(context_, u"FF:12", [&] {
+    auto& distance = form_.get<ComboBox>(u"cboxNumberDistanceApart");
+    if (distance.Value() != kMore) return;
+    const std::u16string answer =
+        inputs_.ask(u"Please input a value between 1 and 9999.", u"Distance apart value.");
+    if (!errors::isNumeric(answer)) {
+      distance.Value(engine::kSame);
+    } else if (answer.size() <= kDigitsOfMost) {
+      distance.Value(errors::decimal(errors::toInteger(answer)));
+    } else {
+      distance.Value(kMostUnitsApart);
+    }
+  });
+}
+
+void Choices::cboxProcOperation1_Change() {
+  errors::guarded(context_, u"FF:14", [&] {
+    auto& colour = form_.get<ComboBox>(u"cboxHighlighters");
+    auto& position = form_.get<ComboBox>(u"cboxProcRelativePosition1");
+    colour.Visible(false);
+    const std::int32_t operation = codeOf(form_.get<ComboBox>(u"cboxProcOperation1"));
+    if (operation < engine::kNone || operation > engine::kHighlight) return;
+    const bool inserts = operation == engine::kInsert;
+    position.Value(inserts ? errors::decimal(engine::kBefore) : u"");
+    switchOn(position, inserts);
+    switchOn(form_.get<forms::TextBox>(u"txtTextToEnter"), inserts || operation == engine::kReplace);
+    switchOn(form_.get<ComboBox>(u"cboxProcSelection1"), operation != engine::kNone);
+    colour.Visible(operation == engine::kHighlight);
+  });
+}
+
+void Choices::cboxProcSelection1_Change() {
+  errors::guarded(context_, u"FF:17", [&] { CheckBlockTexts(); });
+}
+
+bool Choices::isEmpty(std::u16string_view textBox) const {
+  return form_.get<forms::TextBox>(textBox).Text().empty();
+}
+
+bool Choices::CheckBlockTexts() {
+  return errors::guarded(context_, u"FF:18", [&] {
+    auto& place = form_.get<ComboBox>(u"cboxProcSelection1");
+    std::u16string refusal;
+    switch (codeOf(place)) {
+      case engine::kBeginning:
+        if (isEmpty(u"txtBeginText"))
+          refusal = u"You must fill in 'Begins with' text before selecting an operation on it.";
+        break;
+      case engine::kEnding:
+        if (isEmpty(u"txtEndText"))
+          refusal = u"You must fill in 'Ends with' text before selecting an operation on it.";
+        break;
+      case engine::kInsideText:
+        if (isEmpty(u"txtInsideText1")) {
+          refusal = u"You must fill in 'Inside Text' text before selecting an operation on it.";
+        } else if (isEmpty(u"txtEndText")) {
+          refusal = u"You must fill in 'Ends with' text before selecting an operation on Inside text.";
+        }
+        break;
+      default:
+        break;
+    }
+    if (refusal.empty()) return true;
+    boxes_.show(refusal, forms::Buttons::ok, u"Pluvorama");
+    place.Value(errors::decimal(engine::kSelection));
+    return false;
+  });
+}
+
+}  // namespace pluvo::findpanel

@@ -1,0 +1,146 @@
+#include "findpanel/execution.h"
+
+#include "errors/text.h"
+
+#include <utility>
+
+namespace pluvo::findpanel {
+
+namespace {
+
+using forms::CheckBox;
+using forms::ComboBox;
+using forms::TextBox;
+
+constexpr std::int32_t kNoPlace = 99;
+constexpr const char16_t* kSummaryHead =
+    u"Changes\t\tFile Name\r\n"
+    u"-----------\t\t------------";
+
+/// The value of a choice that must have been made.
+std::u16string chosen(const ComboBox& list) {
+  auto value = list.Value();
+  if (!value) throw errors::invalidUseOfNull();
+  return *std::move(value);
+}
+
+std::int16_t code(const ComboBox& list) { return errors::toInteger(chosen(list)); }
+
+}  // namespace
+
+Execution::Execution(forms::Form& form, engine::clsProcessFind& engine, forms::Clock& clock,
+                     forms::Yielding& yielding, LocateFilesForRun locate)
+    : form_(form), engine_(engine), clock_(clock), yielding_(yielding), locate_(std::move(locate)) {
+  form.get<forms::CommandButton>(u"cmdExecuteFAR").Click.handledBy([this] { cmdExecuteFAR_Click(); });
+}
+
+engine::frmProcessing& Execution::confirmation() {
+  if (!confirmation_) confirmation_ = std::make_unique<engine::frmProcessing>(engine_);
+  return *confirmation_;
+}
+
+void Execution::cmdExecuteFAR_Click() {
+  errors::guarded(engine_.context(), u"FF:21", [&] {
+    if (form_.get<CheckBox>(u"chkQuiteMode").Value() && !form_.get<CheckBox>(u"chkConfirmEach").Value()) {
+      showNotice(u"Non-Confirmation Quiet Mode.  Please Wait while your requests are processed...");
+      pause();
+    }
+    RunFindRequest();
+    form_.Repaint();
+    form_.get<forms::Label>(u"lblPleaseWait").Visible(false);
+    form_.WindowState(confirmation().Visible() ? 1 : 0);
+  });
+}
+
+void Execution::showNotice(const std::u16string& text) {
+  auto& notice = form_.get<forms::Label>(u"lblPleaseWait");
+  notice.Caption(u"\r\n\r\n" + text);
+  notice.Visible(true);
+}
+
+void Execution::pause() {
+  const auto now = [&] { return static_cast<float>(clock_.secondsSinceMidnight()); };
+  const float start = now();
+  float over = start + 0.5F;
+  for (float time = start; time <= over; time = now()) {
+    // Past midnight the end of the pause may lie beyond the day's last second: then the clock has to pass
+    // the start again.
+    if (time < start) over = start;
+    yielding_.yield();
+  }
+}
+
+void Execution::RunFindRequest() {
+  errors::guarded(engine_.context(), u"FF:20", [&] {
+    engine_.context().runSummary = kSummaryHead;
+    if (form_.get<CheckBox>(u"chkConfirmEach").Value()) form_.WindowState(1);
+    copyRequest();
+    if (form_.get<TextBox>(u"txtFilePath").Text().empty()) {
+      runOverDocument();
+    } else {
+      runOverFiles();
+    }
+  });
+}
+
+void Execution::copyRequest() {
+  const auto text = [&](const char16_t* name) { return form_.get<TextBox>(name).Text(); };
+  const auto list = [&](const char16_t* name) -> const ComboBox& { return form_.get<ComboBox>(name); };
+  const auto ticked = [&](const char16_t* name) { return form_.get<CheckBox>(name).Value(); };
+  engine_.BeginBlock(text(u"txtBeginText"));
+  engine_.EndBlock(text(u"txtEndText"));
+  engine_.UnitsApart(chosen(list(u"cboxNumberDistanceApart")));
+  engine_.UnitsApartType(code(list(u"cboxUnitDistanceApart")));
+  engine_.InsideBlock(text(u"txtInsideText1"));
+  engine_.Operation(code(list(u"cboxProcOperation1")));
+  const auto& position = list(u"cboxProcRelativePosition1");
+  engine_.BeforeOrAfter(position.Value() ? code(position) : kNoPlace);
+  engine_.OperationLocation(code(list(u"cboxProcSelection1")));
+  engine_.ReplaceInsertTextString(text(u"txtTextToEnter"));
+  engine_.MatchOnlyWholeWords(ticked(u"chkMatchWholeWords"));
+  engine_.ExtraSpaceSetting(ticked(u"chkExtraSpace"));
+  engine_.MatchTextCaseSetting(ticked(u"chkMatchCase"));
+  engine_.StartFindsAtBeginningSetting(ticked(u"chkStartFindsFromBeginning"));
+  engine_.HighlightColorSetting(code(list(u"cboxHighlighters")));
+  engine_.QuiteModeSetting(ticked(u"chkQuiteMode"));
+  engine_.ConfirmEachOperationsetting(ticked(u"chkConfirmEach"));
+  engine_.ShowFieldCodes(ticked(u"chkShowFieldCodes"));
+}
+
+void Execution::runOverDocument() {
+  engine_.MultiFileRun(false);
+  if (engine_.ConfirmEachOperationsetting()) {
+    confirmation().SingleProcess();
+  } else {
+    engine_.GoGetEmFARBOT();
+  }
+}
+
+void Execution::runOverFiles() {
+  engine_.MultiFileRun(true);
+  takeFilesToProcess();
+  if (engine_.ConfirmEachOperationsetting()) {
+    confirmation().MultiProcess(filesToProcess_);
+    return;
+  }
+  engine_.MultiPLUVO(filesToProcess_);
+  auto& display = form_.get<TextBox>(u"txtOperationDisplay");
+  display.Text(engine_.context().runSummary);
+  display.BackColor(forms::kWhite);
+}
+
+void Execution::takeFilesToProcess() {
+  const auto& listed = form_.get<forms::ListBox>(u"lbxPotentialFiles");
+  if (listed.ListCount() == 0) {
+    showNotice(u"Please wait while Locating files...");
+    form_.Repaint();
+    filesToProcess_ = locate_();
+    form_.get<forms::Label>(u"lblPleaseWait").Visible(false);
+    form_.Repaint();
+    return;
+  }
+  filesToProcess_.clear();
+  for (std::size_t row = 0; row < listed.ListCount(); ++row) filesToProcess_.push_back(listed.List(row));
+}
+
+}  // namespace pluvo::findpanel

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "engine/clsProcessFind.h"
+#include "engine/frmProcessing.h"
+#include "forms/form.h"
+#include "forms/machine.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace pluvo::findpanel {
+
+/// Hands the request on the find page to the engine, and has it run over the active document or over the
+/// files of a folder.
+class Execution {
+ public:
+  /// What the files page finds in its folder.
+  using LocateFilesForRun = std::function<std::vector<std::u16string>()>;
+
+  /// All outlive it; the form has the controls of all pages.
+  Execution(forms::Form& form, engine::clsProcessFind& engine, forms::Clock& clock, forms::Yielding& yielding,
+            LocateFilesForRun locate);
+
+  /// The files of the last multi-file run.
+  const std::vector<std::u16string>& FilesToProcess() const { return filesToProcess_; }
+
+ private:
+  void cmdExecuteFAR_Click();
+  void RunFindRequest();
+  void copyRequest();
+  void runOverDocument();
+  void runOverFiles();
+  void takeFilesToProcess();
+  void showNotice(const std::u16string& text);
+  /// Half a second, for the notice to be drawn.
+  void pause();
+  engine::frmProcessing& confirmation();
+
+  forms::Form& form_;
+  engine::clsProcessFind& engine_;
+  forms::Clock& clock_;
+  forms::Yielding& yielding_;
+  LocateFilesForRun locate_;
+  std::unique_ptr<engine::frmProcessing> confirmation_;
+  std::vector<std::u16string> filesToProcess_;
+};
+
+}  // namespace pluvo::findpanel

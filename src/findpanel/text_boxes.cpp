@@ -1,0 +1,67 @@
+#include "findpanel/text_boxes.h"
+
+#include "switching.h"
+
+#include <memory>
+#include <utility>
+
+namespace pluvo::findpanel {
+
+namespace {
+
+std::shared_ptr<word::Selection> selectionOf(word::Application& application) {
+  auto selection = application.Selection();
+  if (selection == nullptr) throw errors::objectNotSet();
+  return selection;
+}
+
+}  // namespace
+
+TextBoxes::TextBoxes(forms::Form& form, errors::Context& context, forms::MessageBoxes& boxes,
+                     WordProcessor application)
+    : form_(form), context_(context), boxes_(boxes), application_(std::move(application)) {
+  handleChange(u"txtBeginText", u"FF:30");
+  handle(u"txtBeginText", u"FF:31", u"FF:32");
+  handleChange(u"txtEndText", u"FF:33");
+  handle(u"txtEndText", u"FF:34", u"FF:35");
+  handle(u"txtInsideText1", u"FF:37", u"FF:38");
+  handle(u"txtTextToEnter", u"FF:39", u"FF:40");
+}
+
+void TextBoxes::handle(const char16_t* name, std::u16string_view keyUpTag, std::u16string_view mouseUpTag) {
+  auto& box = form_.get<forms::TextBox>(name);
+  box.KeyUp.handledBy([this, &box, keyUpTag](std::int16_t code, std::int16_t shift) {
+    errors::guarded(context_, keyUpTag, [&] { keyUp(box, code, shift); });
+  });
+  box.MouseUp.handledBy([this, &box, mouseUpTag](std::int16_t button) {
+    errors::guarded(context_, mouseUpTag, [&] { mouseUp(box, button); });
+  });
+}
+
+void TextBoxes::handleChange(const char16_t* name, std::u16string_view tag) {
+  form_.get<forms::TextBox>(name).Change.handledBy([this, tag] {
+    errors::guarded(context_, tag, [&] {
+      const bool both = !form_.get<forms::TextBox>(u"txtBeginText").Text().empty() &&
+                        !form_.get<forms::TextBox>(u"txtEndText").Text().empty();
+      switchOn(form_.get<forms::TextBox>(u"txtInsideText1"), both);
+    });
+  });
+}
+
+/// The box has already taken the clipboard's text when the key comes up; the selection replaces it.
+void TextBoxes::keyUp(forms::TextBox& box, std::int16_t code, std::int16_t shift) {
+  if (!form_.get<forms::CheckBox>(u"chkControlVButton").Value() || shift != forms::kControl) return;
+  if (code != forms::kVKey) return;
+  constexpr std::int32_t kFewest = 2;  // an insertion point counts one
+  const auto selection = selectionOf(application_());
+  if (selection->Characters().Count() >= kFewest) box.Text(selection->Text());
+}
+
+void TextBoxes::mouseUp(forms::TextBox& box, std::int16_t button) {
+  if (button != forms::kRight) return;
+  const forms::Answer answer = boxes_.show(u"Insert Highlighted Data?", forms::Buttons::yesNo,
+                                           u"Right-Click Paste Selection Operation");
+  if (answer == forms::Answer::yes) box.Text(selectionOf(application_())->Text());
+}
+
+}  // namespace pluvo::findpanel
