@@ -1,0 +1,47 @@
+#include "input_field.h"
+
+#include "errors/fault.h"
+#include "errors/text.h"
+
+#include <filesystem>
+#include <fstream>
+#include <string_view>
+#include <system_error>
+
+namespace pluvo::options {
+
+namespace {
+
+/// No options are longer; what lies behind is not read.
+constexpr std::size_t kMostBytes = 65536;
+
+std::string_view fieldIn(std::string_view bytes) {
+  const std::size_t first = bytes.find_first_not_of(' ');
+  if (first == std::string_view::npos) return {};
+  bytes.remove_prefix(first);
+  if (!bytes.starts_with('"')) return bytes.substr(0, bytes.find_first_of(",\r\n"));
+  bytes.remove_prefix(1);
+  return bytes.substr(0, bytes.find('"'));
+}
+
+}  // namespace
+
+std::optional<std::u16string> firstInputField(const std::u16string& path) {
+#ifdef _WIN32
+  const std::filesystem::path file(path);
+#else
+  const std::filesystem::path file(errors::nameBytes(path));
+#endif
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(file, error)) return std::nullopt;
+  std::ifstream input(file, std::ios::binary);
+  if (!input) return std::nullopt;
+  std::string bytes(kMostBytes, '\0');
+  input.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  if (input.bad()) throw errors::Fault(errors::kPathFileAccess, u"\"" + path + u"\" cannot be read");
+  bytes.resize(static_cast<std::size_t>(input.gcount()));
+  if (bytes.empty()) throw errors::Fault(errors::kInputPastEnd, u"Input past end of file");
+  return errors::nameText(fieldIn(bytes));
+}
+
+}  // namespace pluvo::options

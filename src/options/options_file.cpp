@@ -1,0 +1,106 @@
+#include "options/options_file.h"
+
+#include "errors/text.h"
+#include "input_field.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <vector>
+
+namespace pluvo::options {
+
+namespace {
+
+constexpr char16_t kSeparator = u';';
+
+/// None for an empty text.
+std::vector<std::u16string> split(const std::u16string& text) {
+  std::vector<std::u16string> fields;
+  for (std::size_t at = 0; at <= text.size() && !text.empty();) {
+    const std::size_t end = std::min(text.find(kSeparator, at), text.size());
+    fields.push_back(text.substr(at, end - at));
+    at = end + 1;
+  }
+  return fields;
+}
+
+const std::u16string& fieldAt(const std::vector<std::u16string>& fields, std::size_t index) {
+  if (index >= fields.size()) throw errors::subscriptOutOfRange();
+  return fields[index];
+}
+
+/// The control, where it is one of those that are kept.
+forms::CheckBox* kept(forms::Control* control) {
+  if (!control->Name().starts_with(u"chk")) return nullptr;
+  auto* box = dynamic_cast<forms::CheckBox*>(control);
+  if (box == nullptr) throw errors::objectNotSet();
+  return box;
+}
+
+}  // namespace
+
+OptionsFile::OptionsFile(forms::Form& form, errors::Context& context, const std::u16string& dataFolder)
+    : form_(form), context_(context), path_(dataFolder + u"PLUVO" + u".cfg") {
+  form.get<forms::CommandButton>(u"cmdSaveOptions").Click.handledBy([this] { cmdSaveOptions_Click(); });
+}
+
+const forms::Page& OptionsFile::page() const {
+  const forms::Page* page = form_.get<forms::MultiPage>(u"MultiPage1").page(u"Options");
+  if (page == nullptr) throw errors::objectNotSet();
+  return *page;
+}
+
+std::u16string OptionsFile::optionsText() {
+  return errors::guarded(context_, u"FF:01", [&] {
+    std::u16string text;
+    for (forms::Control* control : page().controls()) {
+      if (const forms::CheckBox* box = kept(control)) text += box->valueText() + kSeparator;
+    }
+    return text;
+  });
+}
+
+void OptionsFile::load() {
+  errors::guarded(context_, u"FF:02", [&] {
+    const auto line = firstInputField(path_);
+    if (!line) return;
+    const std::vector<std::u16string> fields = split(*line);
+    reserved0_ = fieldAt(fields, 0);
+    reserved1_ = fieldAt(fields, 1);
+    std::size_t k = 0;
+    for (forms::Control* control : page().controls()) {
+      forms::CheckBox* const box = kept(control);
+      if (box == nullptr) continue;
+      ++k;
+      // The test is of k, one less than what is read: a line that is short by one value is a fault.
+      if (k < fields.size()) box->valueText(fieldAt(fields, k + 1));
+    }
+  });
+}
+
+void OptionsFile::save() {
+  errors::guarded(context_, u"FF:03", [&] {
+    const std::u16string values = optionsText();
+    const std::u16string line = reserved0_ + kSeparator + reserved1_ + kSeparator + values;
+#ifdef _WIN32
+    const std::filesystem::path file(path_);
+#else
+    const std::filesystem::path file(errors::nameBytes(path_));
+#endif
+    std::ofstream output(file, std::ios::binary);
+    output << errors::nameBytes(line) << "\r\n";
+    output.close();
+    if (!output) {
+      throw errors::Fault(errors::kPathFileAccess,
+                          u"The options cannot be saved to \"" + path_ +
+                              u"\": see that its folder is there and may be written to");
+    }
+  });
+}
+
+void OptionsFile::cmdSaveOptions_Click() {
+  errors::guarded(context_, u"FF:09", [&] { save(); });
+}
+
+}  // namespace pluvo::options
