@@ -1,0 +1,137 @@
+#include "host/frmFAR.h"
+
+#include "design.h"
+#include "errors/clsErrorLogging.h"
+#include "findpanel/choices.h"
+#include "findpanel/execution.h"
+#include "findpanel/preview.h"
+#include "findpanel/text_boxes.h"
+#include "links.h"
+#include "lists.h"
+#include "multifile/file_driver.h"
+#include "multifile/files_page.h"
+#include "multifile/frmDirectoryBrowser.h"
+#include "options/options_file.h"
+
+#include <utility>
+
+namespace pluvo::host {
+
+namespace {
+
+constexpr const char16_t* kStopPreface =
+    u"Find Execution has stopped.\r\n"
+    u"If this issue persists contact support@pluvo.example\r\n"
+    u"with the below information:\r\n\r\n";
+constexpr forms::Color kPaleYellow = 0xDFFFFF;
+
+}  // namespace
+
+/// What the pages do, each part in its own room.
+struct frmFAR::Pages {
+  Pages(frmFAR& form, const std::u16string& dataFolder)
+      : choices(form, form.context_, form.surroundings_.boxes, form.surroundings_.inputs),
+        textBoxes(form, form.context_, form.surroundings_.boxes,
+                  [&form]() -> word::Application& { return form.engine_->application(); }),
+        preview(form, form.context_, choices),
+        files(form, *form.engine_),
+        execution(form, *form.engine_, form.surroundings_.clock, form.surroundings_.yielding,
+                  [this] { return files.LocateFilesForRun(); }),
+        options(form, form.context_, dataFolder),
+        links(form, *form.engine_, form.surroundings_.launcher, form.surroundings_.componentFolder) {}
+
+  findpanel::Choices choices;
+  findpanel::TextBoxes textBoxes;
+  findpanel::Preview preview;
+  multifile::FilesPage files;
+  findpanel::Execution execution;
+  options::OptionsFile options;
+  Links links;
+};
+
+frmFAR::frmFAR(const Surroundings& surroundings)
+    : Form(surroundings.forms, u"frmFAR", u"Pluvorama"),
+      surroundings_(surroundings),
+      reports_(surroundings.boxes) {
+  build();
+  Activated.handledBy([this] { UserForm_Activate(); });
+  MultiPage1.Change.handledBy([this] { MultiPage1_Change(); });
+  UserForm_Initialize();
+}
+
+frmFAR::~frmFAR() { Hide(); }
+
+void frmFAR::build() {
+  add(MultiPage1);
+  for (const DesignedPage& designed : designedPages()) {
+    forms::Page& page = MultiPage1.add(designed.name, designed.caption, designed.tip);
+    for (const DesignedControl& control : designed.controls) {
+      controls_.push_back(make(control));
+      page.add(*controls_.back());
+    }
+  }
+}
+
+void frmFAR::UserForm_Initialize() {
+  constexpr auto kTag = u"FF:41";
+  errors::guarded(context_, kTag, [&] {
+    createEngine();
+    const std::u16string dataFolder = findDataFolder();
+    createReporter(dataFolder);
+    context_.stopPreface = kStopPreface;
+    connectPages(dataFolder);
+    setProductTips(*this);
+    setNotice(*this);
+    pages_->options.load();
+    context_.locationTag = kTag;
+    fillLists(*this);
+    if (get<forms::CheckBox>(u"chkToolTips").Value()) showTip();
+    SetFocus(get<forms::TextBox>(u"txtBeginText"));
+  });
+}
+
+void frmFAR::createEngine() {
+  engine_ = std::make_unique<engine::clsProcessFind>(
+      engine::Surroundings{surroundings_.application, context_, surroundings_.boxes, surroundings_.forms});
+}
+
+std::u16string frmFAR::findDataFolder() {
+  word::Application& application = engine_->application();
+  const auto options = application.Options();
+  if (options == nullptr) throw errors::objectNotSet();
+  return options->DefaultFilePath(word::wdUserTemplatesPath) + application.PathSeparator() + u"PLUVO" +
+         application.PathSeparator();
+}
+
+void frmFAR::createReporter(const std::u16string& dataFolder) {
+  auto reporter = std::make_shared<errors::clsErrorLogging>(context_.currentFault, reports_);
+  reporter->ErrorDetailLevel(3);
+  reporter->ErrorTitleCaption(u"An error has occured in P.L.U.V.O.");
+  reporter->SendErrors_ToScreen(true);
+  reporter->SendErrors_ToTxtFile(dataFolder + u"errors.txt");
+  context_.reporter = std::move(reporter);
+}
+
+void frmFAR::connectPages(const std::u16string& dataFolder) {
+  const std::u16string separator = engine_->application().PathSeparator();
+  folders_ = surroundings_.folders();
+  engine_->stepper(std::make_shared<multifile::FileDriver>(surroundings_.folders(), [this, separator] {
+    return std::make_unique<multifile::frmDirectoryBrowser>(surroundings_.forms, *folders_, separator);
+  }));
+  mirrorNotice(*this);
+  pages_ = std::make_unique<Pages>(*this, dataFolder);
+}
+
+void frmFAR::showTip() {
+  auto& display = get<forms::TextBox>(u"txtOperationDisplay");
+  display.BackColor(kPaleYellow);
+  display.Text(u"Usage Tips:\r\n\r\n" + usageTip(surroundings_.random));
+}
+
+void frmFAR::UserForm_Activate() { Repaint(); }
+
+void frmFAR::MultiPage1_Change() {
+  errors::guarded(context_, u"FF:29", [&] { Repaint(); });
+}
+
+}  // namespace pluvo::host

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "host/frmFAR.h"
+#include "host/surroundings.h"
+
+#include <memory>
+
+namespace pluvo::host {
+
+/// The way in: one dialog, made at its first use and kept.
+class clsOpenPLUVO {
+ public:
+  explicit clsOpenPLUVO(Surroundings surroundings);
+
+  /// Shows the dialog, and returns when the user closes it. Throws the Fault of a start-up that could not be
+  /// reported, as the word processor does not answer perhaps; the next call starts anew.
+  void OpenPLUVO();
+
+ private:
+  Surroundings surroundings_;
+  std::unique_ptr<frmFAR> dialog_;
+};
+
+}  // namespace pluvo::host

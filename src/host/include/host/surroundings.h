@@ -1,0 +1,33 @@
+#pragma once
+
+#include "forms/form.h"
+#include "forms/input_boxes.h"
+#include "forms/machine.h"
+#include "forms/message_boxes.h"
+#include "host/tips.h"
+#include "multifile/folders.h"
+#include "word/word_processor.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace pluvo::host {
+
+/// What the dialog works with. All of it outlives the dialog.
+struct Surroundings {
+  /// Makes the word processor's global object; called once.
+  std::function<std::shared_ptr<word::Application>()> application;
+  forms::FormHost& forms;
+  forms::MessageBoxes& boxes;
+  forms::InputBoxes& inputs;
+  forms::Clock& clock;
+  forms::Yielding& yielding;
+  forms::Launcher& launcher;
+  RandomSource& random;
+  /// Where the program lies, and beside it its documents; without a separator at the end.
+  std::u16string componentFolder;
+  std::function<std::unique_ptr<multifile::Folders>()> folders = multifile::machineFolders;
+};
+
+}  // namespace pluvo::host

@@ -1,0 +1,52 @@
+#include "links.h"
+
+#include "errors/context.h"
+
+#include <optional>
+#include <utility>
+
+namespace pluvo::host {
+
+namespace {
+
+constexpr const char16_t* kProductPage = u"http://www.pluvo.example/";
+
+/// Which of them there is depends on the system.
+constexpr const char16_t* kStarters[] = {u"start ", u"cmd.exe /c start ", u"command.com /c start "};
+
+}  // namespace
+
+Links::Links(forms::Form& form, engine::clsProcessFind& engine, forms::Launcher& launcher,
+             std::u16string componentFolder)
+    : form_(form), engine_(engine), launcher_(launcher), componentFolder_(std::move(componentFolder)) {
+  opens(u"lblInstructions", u"FF:25", u"Instructions.doc");
+  opens(u"lblReadMe", u"FF:27", u"Readme.txt");
+  form.get<forms::Label>(u"lblDownloadSite").Click.handledBy([this] { lblDownloadSite_Click(); });
+}
+
+void Links::opens(const char16_t* label, std::u16string_view tag, const char16_t* fileName) {
+  form_.get<forms::Label>(label).Click.handledBy([this, tag, fileName] {
+    errors::guarded(engine_.context(), tag, [&] {
+      word::Application& application = engine_.application();
+      const auto documents = application.Documents();
+      if (documents == nullptr) throw errors::objectNotSet();
+      documents->Open(componentFolder_ + application.PathSeparator() + fileName);
+    });
+  });
+}
+
+void Links::lblDownloadSite_Click() {
+  errors::guarded(engine_.context(), u"FF:24", [&] {
+    std::optional<errors::Fault> last;
+    for (const char16_t* starter : kStarters) {
+      try {
+        return launcher_.launchHidden(std::u16string(starter) + kProductPage);
+      } catch (const errors::Fault& fault) {
+        last = fault;
+      }
+    }
+    throw errors::Fault(*last);
+  });
+}
+
+}  // namespace pluvo::host
