@@ -1,6 +1,7 @@
 #pragma once
 
 #include "forms/form.h"
+#include "forms/input_boxes.h"
 #include "forms/message_boxes.h"
 
 #include <gtest/gtest.h>
@@ -42,6 +43,18 @@ class ScriptedBoxes final : public MessageBoxes {
   std::function<void()> beforeAnswer;
 };
 
+/// Input boxes that keep their prompts and answer as a test has written.
+class ScriptedInputs final : public InputBoxes {
+ public:
+  std::u16string ask(const std::u16string& prompt, const std::u16string& title) override {
+    prompts.push_back(title + u": " + prompt);
+    return answer;
+  }
+
+  std::vector<std::u16string> prompts;
+  std::u16string answer;
+};
+
 /// Forms before a user who does as a test has written.
 class ScriptedForms final : public FormHost {
  public:
@@ -52,14 +65,23 @@ class ScriptedForms final : public FormHost {
   }
   void visibleChanged(Form& form) override {
     if (form.Name() == watched) visibility.push_back(form.Visible());
+    std::erase(beside, &form);
+    if (form.Visible()) beside.push_back(&form);
   }
-  void repaint(Form&) override {}
+  void repaint(Form& form) override {
+    ++repaints;
+    if (painted) painted(form);
+  }
 
   std::function<void(Form&)> user;
   int modalRuns = 0;
+  int repaints = 0;
+  std::function<void(Form&)> painted;
   /// The form whose coming and going is written down.
   std::u16string watched;
   std::vector<bool> visibility;
+  /// Forms that show without anybody waiting for them.
+  std::vector<Form*> beside;
 };
 
 /// The user presses a button of a form.

@@ -1,0 +1,245 @@
+#include "host/opened_dialog.h"
+
+namespace pluvo::host {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+constexpr const char* kHead = "Changes\t\tFile Name\r\n-----------\t\t------------";
+
+class Execution : public testing::Test, protected OpenedDialog {
+ protected:
+  void execute() { press(u"cmdExecuteFAR"); }
+  std::u16string notice() {
+    return label(u"lblPleaseWait").Visible() ? label(u"lblPleaseWait").Caption() : u"";
+  }
+};
+
+TEST_F(Execution, ChangesTheDocument) {
+  document("Dear Ann, the sum is 5. Yours¶Dear Bob, no news. Yours¶");
+  open([&] {
+    type(u"txtBeginText", u"dear");
+    type(u"txtEndText", u"yours");
+    type(u"txtInsideText1", u"sum");
+    choose(u"cboxUnitDistanceApart", u"Paragraph(s)");
+    choose(u"cboxProcOperation1", u"Insert");
+    choose(u"cboxProcRelativePosition1", u"After");
+    choose(u"cboxProcSelection1", u"Inside Text");
+    type(u"txtTextToEnter", u"total");
+    tick(u"chkExtraSpace");
+    execute();
+  });
+  EXPECT_EQ(document(), "Dear Ann, the sum total is 5. Yours¶Dear Bob, no news. Yours¶");
+  EXPECT_THAT(statistics, ElementsAre("\r\nFound:1\r\n\r\nOperated on:1\r\n\r\nSkipped:0"));
+  EXPECT_THAT(told(), IsEmpty());
+  EXPECT_EQ(dialog().WindowState(), 0);
+}
+
+TEST_F(Execution, HighlightsInWordsColours) {
+  open();
+  choose(u"cboxProcOperation1", u"Highlight");
+  const std::pair<const char16_t*, const char*> cases[] = {{u"Yellow", "<7:a>b¶"}, {u"Pink", "<5:a>b¶"},
+                                                           {u"Green", "<11:a>b¶"}, {u"Blue", "<2:a>b¶"},
+                                                           {u"Red", "<6:a>b¶"},    {u"No Highlight", "ab¶"}};
+  for (const auto& [colour, expected] : cases) {
+    document("<3:a>b¶");
+    type(u"txtBeginText", u"a");
+    choose(u"cboxHighlighters", colour);
+    execute();
+    EXPECT_EQ(document(), expected);
+  }
+}
+
+TEST_F(Execution, SendsEveryChoice) {
+  document("Aa aa {code|aa}¶");
+  open();
+  type(u"txtBeginText", u"aa");
+  choose(u"cboxProcOperation1", u"Delete");
+  tick(u"chkMatchCase");
+  tick(u"chkMatchWholeWords");
+  execute();
+  EXPECT_EQ(document(), "Aa  {code|}¶");
+  tick(u"chkShowFieldCodes");
+  type(u"txtBeginText", u"code");
+  execute();
+  EXPECT_EQ(document(), "Aa  {|}¶");
+  tick(u"chkStartFindsFromBeginning", false);
+  tick(u"chkMatchCase", false);
+  type(u"txtBeginText", u"aa");
+  select(2, 2);
+  execute();
+  EXPECT_THAT(told(), ElementsAre(HasSubstr("unable to find any occurances")));
+  tick(u"chkStartFindsFromBeginning");
+  execute();
+  EXPECT_EQ(document(), "  {|}¶");
+}
+
+TEST_F(Execution, NeedsADocument) {
+  open([&] { execute(); });
+  EXPECT_EQ(reported().front(), "4248 cpf:27e");
+}
+
+TEST_F(Execution, NeedsAChoiceInEveryListButThePosition) {
+  document("a¶");
+  open();
+  type(u"txtBeginText", u"a");
+  EXPECT_EQ(list(u"cboxProcRelativePosition1").Value(), std::nullopt);
+  execute();
+  EXPECT_THAT(told(), IsEmpty()) << "no position is none";
+  label(u"lblPleaseWait").Visible(true);
+  for (const char16_t* name : {u"cboxNumberDistanceApart", u"cboxUnitDistanceApart", u"cboxProcOperation1",
+                               u"cboxProcSelection1", u"cboxHighlighters"}) {
+    const std::u16string before = list(name).Text();
+    list(name).Text(u"");
+    execute();
+    EXPECT_THAT(reported(), ElementsAre("94 FF:20")) << errors::utf8(name);
+    EXPECT_FALSE(label(u"lblPleaseWait").Visible()) << "the button's own work goes on";
+    list(name).Text(before);
+  }
+}
+
+TEST_F(Execution, ConfirmsBlockByBlock) {
+  document("a a a¶");
+  open();
+  type(u"txtBeginText", u"a");
+  choose(u"cboxProcOperation1", u"Replace");
+  type(u"txtTextToEnter", u"b");
+  tick(u"chkConfirmEach");
+  tick(u"chkQuiteMode");
+  execute();
+  EXPECT_EQ(yielding.yields, 0) << "no notice where each is confirmed";
+  EXPECT_EQ(dialog().WindowState(), 1) << "out of the way of the block";
+  ASSERT_EQ(forms.beside.size(), 1U);
+  forms::Form& confirmation = *forms.beside.front();
+  EXPECT_EQ(word->Selection()->Text(), u"a");
+  forms::press(confirmation, u"cmdPerform");
+  forms::press(confirmation, u"cmdSkip");
+  forms::press(confirmation, u"cmdPerform");
+  EXPECT_THAT(forms.beside, IsEmpty());
+  EXPECT_EQ(document(), "b a b¶");
+  tick(u"chkConfirmEach", false);
+  execute();
+  EXPECT_EQ(dialog().WindowState(), 0);
+  EXPECT_EQ(document(), "b b b¶");
+}
+
+TEST_F(Execution, PausesForTheNotice) {
+  document("a¶");
+  open();
+  type(u"txtBeginText", u"a");
+  tick(u"chkQuiteMode");
+  std::u16string seen;
+  bool mirrored = false;
+  yielding.meanwhile = [&] {
+    seen = notice();
+    mirrored = label(u"lblPleaseWait2").Visible() && label(u"lblPleaseWait2").Caption() == seen;
+  };
+  execute();
+  EXPECT_EQ(seen, u"\r\n\r\nNon-Confirmation Quiet Mode.  Please Wait while your requests are processed...");
+  EXPECT_TRUE(mirrored) << "the find page shows it";
+  EXPECT_EQ(yielding.yields, 5) << "until more than half a second went by, an eighth at a time";
+  EXPECT_EQ(notice(), u"");
+  EXPECT_FALSE(label(u"lblPleaseWait2").Visible());
+}
+
+TEST_F(Execution, PausesOverMidnightUntilTheClockIsPastTheStart) {
+  document("a¶");
+  open();
+  type(u"txtBeginText", u"a");
+  tick(u"chkQuiteMode");
+  clock.now = 86399.75;
+  bool overMidnight = false;
+  double last = 0;
+  yielding.meanwhile = [&] {
+    if (clock.now < 1) overMidnight = true;
+    if (overMidnight && clock.now < 86000) clock.now = 86399.5;  // a day goes by
+    last = clock.now;
+  };
+  execute();
+  EXPECT_TRUE(overMidnight);
+  EXPECT_EQ(last, 86399.875);
+  EXPECT_LT(yielding.yields, 10);
+}
+
+/// A folder of texts.
+class FolderExecution : public Execution {
+ protected:
+  FolderExecution() {
+    for (const char* name : {"one.txt", "two.txt", "three.txt", "note.rtx"})
+      folder.put(std::string("documents/") + name, "a b a\r\n");
+    open();
+    type(u"txtBeginText", u"a");
+    choose(u"cboxProcOperation1", u"Replace");
+    type(u"txtTextToEnter", u"c");
+    type(u"txtFilePath", u16(folder.path("documents")));
+    tick(u"chkFTdoc", false);
+    tick(u"chkFTtxt");
+    tick(u"chkQuiteMode");
+  }
+  std::string get(const std::string& name) { return folder.get("documents/" + name); }
+};
+
+TEST_F(FolderExecution, RunsOverTheFilesListedAndTrimmed) {
+  press(u"cmdGetPotentialFiles");
+  ASSERT_EQ(files().ListCount(), 3U);
+  EXPECT_EQ(label(u"lblFound").Caption(), u"Files Found: 3");
+  files().select(1);
+  press(u"cmdRemoveFiles");
+  EXPECT_EQ(label(u"lblFound").Caption(), u"Files Found: 3");
+  execute();
+  EXPECT_EQ(get("one.txt"), "c b c\r\n");
+  EXPECT_EQ(get("three.txt"), "a b a\r\n") << "removed from the list";
+  EXPECT_EQ(get("two.txt"), "c b c\r\n");
+  EXPECT_EQ(display(), std::string(kHead) + "\r\n   2\t\tone.txt\r\n   2\t\ttwo.txt");
+  EXPECT_EQ(box(u"txtOperationDisplay").BackColor(), forms::kWhite);
+  EXPECT_THAT(told(), IsEmpty());
+}
+
+TEST_F(FolderExecution, LocatesTheFilesWhereNoneAreListed) {
+  tick(u"chkQuiteMode", false);
+  std::vector<std::u16string> notices;
+  forms.painted = [&](forms::Form&) { notices.push_back(notice()); };
+  execute();
+  EXPECT_EQ(statistics.size(), 3U);
+  EXPECT_EQ(get("three.txt"), "c b c\r\n");
+  EXPECT_EQ(get("note.rtx"), "a b a\r\n");
+  EXPECT_THAT(notices, ElementsAre(u"\r\n\r\nPlease wait while Locating files...", u"", u""));
+  EXPECT_EQ(files().ListCount(), 0U) << "the list is the user's";
+}
+
+TEST_F(FolderExecution, OfNothingChangesNothing) {
+  type(u"txtFilePath", u16(folder.path("nowhere")));
+  execute();
+  EXPECT_EQ(display(), kHead);
+  EXPECT_THAT(told(), IsEmpty());
+  list(u"cboxLevelsDeep").enter(u"deep");
+  type(u"txtFilePath", u16(folder.path("documents")));
+  execute();
+  EXPECT_THAT(reported(), ElementsAre("13 FF:06"));
+  EXPECT_EQ(get("one.txt"), "a b a\r\n") << "a depth that is no number finds nothing";
+}
+
+TEST_F(FolderExecution, WithoutAFolderIsOfTheDocument) {
+  press(u"cmdGetPotentialFiles");
+  document("a¶");
+  box(u"txtFilePath").Text(u"");
+  files().items({u"ignored"});
+  execute();
+  EXPECT_EQ(document(), "c¶");
+  EXPECT_EQ(get("one.txt"), "a b a\r\n");
+}
+
+TEST_F(FolderExecution, ConfirmedLeavesTheDisplay) {
+  tick(u"chkConfirmEach");
+  const std::string before = display();
+  execute();
+  ASSERT_EQ(forms.beside.size(), 1U);
+  while (!forms.beside.empty()) forms::press(*forms.beside.front(), u"cmdPerform");
+  for (const char* name : {"one.txt", "two.txt", "three.txt"}) EXPECT_EQ(get(name), "c b c\r\n");
+  EXPECT_EQ(display(), before);
+}
+
+}  // namespace
+}  // namespace pluvo::host

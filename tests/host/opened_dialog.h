@@ -1,0 +1,184 @@
+#pragma once
+
+#include "documents/files/scratch.h"
+#include "documents/support/notation.h"
+#include "errors/text.h"
+#include "forms/doubles.h"
+#include "host/clsOpenPLUVO.h"
+#include "memory/application.h"
+#include "store/opener.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace pluvo::host {
+
+/// A clock that goes on by a step at every look, and back to 0 at midnight.
+struct ScriptedClock final : forms::Clock {
+  double secondsSinceMidnight() override {
+    constexpr double kDay = 86400;
+    const double shown = now;
+    now += step;
+    if (now >= kDay) now -= kDay;
+    return shown;
+  }
+  double now = 1000;
+  double step = 0.125;
+};
+
+struct ScriptedYielding final : forms::Yielding {
+  void yield() override {
+    ++yields;
+    if (meanwhile) meanwhile();
+  }
+  int yields = 0;
+  std::function<void()> meanwhile;
+};
+
+/// A system on which some programs can be started.
+struct ScriptedLauncher final : forms::Launcher {
+  void launchHidden(const std::u16string& commandLine) override {
+    tried.push_back(errors::utf8(commandLine));
+    if (startable.empty() || !commandLine.starts_with(startable)) throw errors::Fault(53, u"File not found");
+  }
+  std::u16string startable;
+  std::vector<std::string> tried;
+};
+
+struct ScriptedRandom final : RandomSource {
+  void seedFromTimer() override { ++seeds; }
+  float draw() override { return next; }
+  float next = 0;
+  int seeds = 0;
+};
+
+/// The dialog over documents in memory, a folder of files, and a user who does as a test says. The user's
+/// templates lie in "templates", where a data folder is, and the program in "program".
+class OpenedDialog {
+ public:
+  OpenedDialog()
+      : word(std::make_shared<memory::MemoryApplication>(std::make_shared<store::StoreOpener>(
+            store::Store(), [](const std::string&) { return std::nullopt; }))) {
+    std::filesystem::create_directories(folder.path("templates/PLUVO"));
+    std::filesystem::create_directories(folder.path("program"));
+    std::filesystem::create_directories(folder.path("documents"));
+    word->defaultFilePath(word::wdUserTemplatesPath, u16(folder.path("templates")));
+    word->defaultFilePath(word::wdDocumentsPath, u16(folder.path("documents")));
+    forms.user = [this](forms::Form& form) { sees(form); };
+  }
+
+  static std::u16string u16(const std::string& path) { return errors::nameText(path); }
+
+  /// Puts a document in the notation of documents/support before the user.
+  void document(std::string_view notation) {
+    sample = std::make_unique<notation::Sample>(notation);
+    word->add(sample->document);
+  }
+  std::string document() { return notation::print(sample->model()); }
+  void select(std::int32_t from, std::int32_t to) { word->Selection()->SetRange(from, to); }
+
+  /// What PLUVO.cfg holds.
+  void options(const std::string& line) { folder.put("templates/PLUVO/PLUVO.cfg", line + "\r\n"); }
+  std::string options() { return folder.get("templates/PLUVO/PLUVO.cfg"); }
+  std::string log() { return folder.get("templates/PLUVO/errors.txt"); }
+
+  /// Opens the dialog, does, and closes it. Without anything to do it can be read all the same.
+  void open(std::function<void()> doing = {}) {
+    doing_ = std::move(doing);
+    if (!entry) restart();
+    entry->OpenPLUVO();
+  }
+  Surroundings surroundings() {
+    return {[this] { return word; },    forms, boxes, inputs, clock, yielding, launcher, random,
+            u16(folder.path("program"))};
+  }
+  /// The dialog is gone, and with it whatever it knew.
+  void restart(Surroundings others) {
+    dialog_ = nullptr;
+    entry = std::make_unique<clsOpenPLUVO>(std::move(others));
+  }
+  void restart() { restart(surroundings()); }
+
+  forms::Form& dialog() { return *dialog_; }
+  forms::TextBox& box(const char16_t* name) { return dialog().get<forms::TextBox>(name); }
+  forms::ComboBox& list(const char16_t* name) { return dialog().get<forms::ComboBox>(name); }
+  forms::CheckBox& check(const char16_t* name) { return dialog().get<forms::CheckBox>(name); }
+  forms::Label& label(const char16_t* name) { return dialog().get<forms::Label>(name); }
+  forms::ListBox& files() { return dialog().get<forms::ListBox>(u"lbxPotentialFiles"); }
+
+  void type(const char16_t* name, std::u16string text) { box(name).type(std::move(text)); }
+  void choose(const char16_t* name, const std::u16string& text) {
+    for (std::size_t row = 0; row < list(name).ListCount(); ++row) {
+      if (list(name).List(row, 0) != text) continue;
+      list(name).choose(row);
+      return;
+    }
+    ADD_FAILURE() << "no row " << errors::utf8(text);
+  }
+  void tick(const char16_t* name, bool value = true) { check(name).tick(value); }
+  void press(const char16_t* name) { forms::press(dialog(), name); }
+  std::string display() { return errors::utf8(box(u"txtOperationDisplay").Text()); }
+
+  /// "text | title" of what was shown since the last time.
+  std::vector<std::string> told() {
+    std::vector<std::string> texts;
+    for (const auto& box : std::exchange(boxes.shown, {}))
+      texts.push_back(errors::utf8(box.text) + " | " + errors::utf8(box.title.value_or(u"")));
+    return texts;
+  }
+  /// The tags and numbers of the reports shown since the last time.
+  std::vector<std::string> reported() {
+    std::vector<std::string> reports;
+    for (const std::string& text : told()) {
+      const auto tag = text.find("information:\r\n\r\n");
+      const auto number = text.find("Error Code(");
+      if (tag == std::string::npos || number == std::string::npos) {
+        reports.push_back(text);
+        continue;
+      }
+      const std::size_t from = tag + std::string("information:\r\n\r\n").size();
+      reports.push_back(text.substr(number + 11, text.find(')', number) - number - 11) + ' ' +
+                        text.substr(from, text.find("\r\n", from) - from));
+    }
+    return reports;
+  }
+
+  files::Scratch folder;
+  forms::ScriptedForms forms;
+  forms::ScriptedBoxes boxes;
+  forms::ScriptedInputs inputs;
+  ScriptedClock clock;
+  ScriptedYielding yielding;
+  ScriptedLauncher launcher;
+  ScriptedRandom random;
+  std::shared_ptr<memory::MemoryApplication> word;
+  std::unique_ptr<notation::Sample> sample;
+  std::unique_ptr<clsOpenPLUVO> entry;
+  /// What the user does about another form that waits.
+  std::function<void(forms::Form&)> answers = [this](forms::Form& form) {
+    if (auto* stats = dynamic_cast<forms::Label*>(form.control(u"lblStats")))
+      statistics.push_back(errors::utf8(stats->Caption()));
+    forms::press(form, u"cmdContinue");
+  };
+  std::vector<std::string> statistics;
+
+ private:
+  void sees(forms::Form& form) {
+    if (form.Name() != u"frmFAR") return answers(form);
+    dialog_ = &form;
+    if (auto doing = std::exchange(doing_, {})) doing();
+    form.close();
+  }
+
+  forms::Form* dialog_ = nullptr;
+  std::function<void()> doing_;
+};
+
+}  // namespace pluvo::host

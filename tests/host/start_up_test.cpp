@@ -1,0 +1,135 @@
+#include "opened_dialog.h"
+
+#include <set>
+
+namespace pluvo::host {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class StartUp : public testing::Test, protected OpenedDialog {};
+
+TEST_F(StartUp, PutsTheCursorIntoTheBeginning) {
+  open();
+  EXPECT_EQ(dialog().ActiveControl(), &box(u"txtBeginText"));
+  EXPECT_THAT(told(), IsEmpty());
+}
+
+TEST_F(StartUp, HappensOnce) {
+  open([&] { type(u"txtBeginText", u"kept"); });
+  const std::string tip = display();
+  open();
+  EXPECT_EQ(box(u"txtBeginText").Text(), u"kept");
+  EXPECT_EQ(display(), tip);
+  EXPECT_EQ(random.seeds, 1);
+}
+
+TEST_F(StartUp, ShowsATipWhereThatIsSaved) {
+  options("r;r;False;False;False;False;False;False;True;False;False;");
+  random.next = 0.65F;
+  open();
+  EXPECT_EQ(display(),
+            "Usage Tips:\r\n\r\nFrom the Options Tab you can set up options that will remain permanently for "
+            "future find operations by clicking the Save Options button.");
+  EXPECT_EQ(box(u"txtOperationDisplay").BackColor(), 0xDFFFFFU);
+}
+
+TEST_F(StartUp, ShowsNoneWhereThatIsSaved) {
+  options("r;r;False;False;False;False;False;False;False;False;False;");
+  open();
+  EXPECT_EQ(display(), "");
+  EXPECT_EQ(box(u"txtOperationDisplay").BackColor(), forms::kWhite);
+}
+
+TEST_F(StartUp, FaultBeforeTheReporterIsTheCallers) {
+  const auto answering = std::exchange(word, nullptr);
+  try {
+    open();
+    ADD_FAILURE() << "opened without a word processor";
+  } catch (const errors::Fault& fault) {
+    EXPECT_EQ(fault.number, errors::kObjectNotSet);
+  }
+  word = answering;
+  open();
+  EXPECT_THAT(told(), IsEmpty()) << "the next call starts anew";
+  EXPECT_EQ(list(u"cboxProcOperation1").ListCount(), 5U);
+}
+
+/// Folders fail where the reporter is there already.
+TEST_F(StartUp, FaultBehindTheReporterIsReportedAndLeavesTheDialog) {
+  Surroundings without = surroundings();
+  without.folders = []() -> std::unique_ptr<multifile::Folders> {
+    throw errors::Fault(errors::kOutOfMemory, u"Out of memory");
+  };
+  restart(without);
+  bool seen = false;
+  open([&] { seen = true; });
+  EXPECT_TRUE(seen);
+  EXPECT_EQ(list(u"cboxProcOperation1").ListCount(), 0U);
+  EXPECT_THAT(told(),
+              ElementsAre("Find Execution has stopped.\r\nIf this issue persists contact "
+                          "support@pluvo.example\r\nwith the below information:\r\n\r\nFF:41\r\n\r\nError "
+                          "Code(7):Out of memory\r\n | An error has occured in P.L.U.V.O."));
+  EXPECT_THAT(log(), HasSubstr("FF:41"));
+}
+
+TEST_F(StartUp, RedrawsWhenTabsAreSwitched) {
+  open([&] { dialog().get<forms::MultiPage>(u"MultiPage1").choose(2); });
+  EXPECT_EQ(dialog().get<forms::MultiPage>(u"MultiPage1").Value(), 2U);
+  EXPECT_EQ(forms.repaints, 1);
+}
+
+TEST(Tips, AreAllSeenInAThousandOpenings) {
+  const auto random = machineRandomSource();
+  std::set<std::u16string> seen;
+  for (int opening = 0; opening < 1000; ++opening) seen.insert(usageTip(*random));
+  const auto all = usageTips();
+  EXPECT_EQ(all.size(), 10U);
+  EXPECT_EQ(seen, std::set<std::u16string>(all.begin(), all.end()));
+}
+
+TEST(Tips, NeverLieBehindTheLast) {
+  ScriptedRandom random;
+  const auto all = usageTips();
+  for (const float draw : {0.99999994F, 1.0F}) {
+    random.next = draw;
+    EXPECT_EQ(usageTip(random), all.back());
+  }
+  random.next = 0;
+  EXPECT_EQ(usageTip(random), all.front());
+}
+
+class Links : public testing::Test, protected OpenedDialog {};
+
+TEST_F(Links, OpenTheDocumentsBesideTheProgram) {
+  folder.put("program/Readme.txt", "read me");
+  open([&] {
+    label(u"lblReadMe").press();
+    EXPECT_EQ(word->ActiveDocument()->Name(), u"Readme.txt");
+    EXPECT_THAT(reported(), IsEmpty());
+    label(u"lblInstructions").press();
+  });
+  EXPECT_THAT(reported(), ElementsAre("5174 FF:25"));
+  EXPECT_EQ(word->count(), 1);
+}
+
+TEST_F(Links, TryThreeWaysToThePage) {
+  open([&] {
+    launcher.startable = u"cmd.exe";
+    label(u"lblDownloadSite").press();
+    EXPECT_THAT(launcher.tried,
+                ElementsAre("start http://www.pluvo.example/", "cmd.exe /c start http://www.pluvo.example/"));
+    EXPECT_THAT(reported(), IsEmpty());
+    launcher.startable.clear();
+    launcher.tried.clear();
+    label(u"lblDownloadSite").press();
+  });
+  EXPECT_EQ(launcher.tried.size(), 3U);
+  EXPECT_EQ(launcher.tried.back(), "command.com /c start http://www.pluvo.example/");
+  EXPECT_THAT(reported(), ElementsAre("53 FF:24"));
+}
+
+}  // namespace
+}  // namespace pluvo::host
