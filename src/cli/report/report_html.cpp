@@ -100,7 +100,6 @@ class HtmlReport final : public Printer {
         table("Documents", rows_,
               "<th class=\"n\">Found</th><th class=\"n\">Operated on</th><th class=\"n\">Skipped</th>"
               "<th>Saved</th>");
-    beginning += table("Files not taken", notTaken_, "<th>Reason</th>");
     beginning +=
         "<h2>Blocks</h2>\n<nav aria-label=\"Blocks\"><label for=\"filter\">Show documents named</label>"
         "<input id=\"filter\" type=\"search\"><span id=\"shown\" role=\"status\"></span>"
@@ -108,7 +107,8 @@ class HtmlReport final : public Printer {
         "all</button>"
         "<span class=\"soft\">Keys: / to the names, j and k from document to document, Enter "
         "opens</span></nav>\n";
-    file_.finish(beginning, "</main>" + std::string(kReportTail));
+    file_.finish(beginning, table("Files not taken", notTaken_, "<th>Reason</th>") + "</main>" +
+                                std::string(kReportTail));
   }
 
  private:

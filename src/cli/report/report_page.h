@@ -31,8 +31,9 @@ p { margin: .25rem 0; }
 code, .block { font-family: ui-monospace, "DejaVu Sans Mono", monospace; font-size: .95rem; overflow-wrap: anywhere; }
 dl.totals { display: flex; flex-wrap: wrap; gap: .5rem 2rem; margin: 1rem 0; padding: .75rem 1rem; background: var(--panel); border-radius: .5rem; }
 dl.totals div { min-width: 6rem; } dt { color: var(--soft); } dd { margin: 0; font-size: 1.35rem; font-weight: 600; }
-table { border-collapse: collapse; width: 100%; } th, td { text-align: left; padding: .35rem .75rem .35rem 0; border-bottom: 1px solid var(--line); vertical-align: top; overflow-wrap: anywhere; }
-td.n, th.n { text-align: right; white-space: nowrap; overflow-wrap: normal; }
+table { border-collapse: collapse; width: 100%; } th, td { text-align: left; padding: .35rem .75rem .35rem 0; border-bottom: 1px solid var(--line); vertical-align: top; overflow-wrap: break-word; }
+td:first-child { min-width: min(12rem, 30vw); overflow-wrap: anywhere; }
+td.n, th.n { text-align: right; white-space: nowrap; padding-right: 1.5rem; }
 .bad { color: var(--bad); font-weight: 600; }
 nav { display: flex; flex-wrap: wrap; gap: .5rem 1rem; align-items: center; margin: 1rem 0; }
 input, button { font: inherit; color: inherit; background: var(--paper); border: 1px solid var(--soft); border-radius: .375rem; padding: .3rem .7rem; }
