@@ -84,16 +84,20 @@ void Sandbox::become(const std::vector<std::string>& arguments) const {
   ::_exit(127);
 }
 
-Result Sandbox::run(const std::vector<std::string>& arguments) const {
+Result Sandbox::run(const std::vector<std::string>& arguments) const { return wait(start(arguments)); }
+
+pid_t Sandbox::start(const std::vector<std::string>& arguments, const std::string& name) const {
   const pid_t child = ::fork();
-  if (child == 0) {
-    redirect(STDIN_FILENO, "/dev/null", O_RDONLY);
-    redirect(STDOUT_FILENO, streams_ + "/out", O_WRONLY | O_CREAT | O_TRUNC);
-    redirect(STDERR_FILENO, streams_ + "/err", O_WRONLY | O_CREAT | O_TRUNC);
-    become(arguments);
-  }
+  if (child != 0) return child;
+  redirect(STDIN_FILENO, "/dev/null", O_RDONLY);
+  redirect(STDOUT_FILENO, streams_ + "/out" + name, O_WRONLY | O_CREAT | O_TRUNC);
+  redirect(STDERR_FILENO, streams_ + "/err" + name, O_WRONLY | O_CREAT | O_TRUNC);
+  become(arguments);
+}
+
+Result Sandbox::wait(pid_t child, const std::string& name) const {
   const int status = statusOf(child);
-  return {status, bytesOf(streams_ + "/out"), bytesOf(streams_ + "/err")};
+  return {status, bytesOf(streams_ + "/out" + name), bytesOf(streams_ + "/err" + name)};
 }
 
 bool Sandbox::hasTerminals() {

@@ -33,6 +33,9 @@ class Sandbox {
 
   /// Standard input is empty, no stream is a terminal.
   Result run(const std::vector<std::string>& arguments) const;
+  /// The same, not waited for; its streams are called after the name.
+  pid_t start(const std::vector<std::string>& arguments, const std::string& name = "") const;
+  Result wait(pid_t child, const std::string& name = "") const;
   /// Whether the machine gives out terminals; a bare root without its devices does not.
   static bool hasTerminals();
   /// A person at a terminal types the keys; err is what the terminal shows, out goes to a file.

@@ -97,11 +97,24 @@ void flushFolder(FileSystem& system, const std::string& file) {
   }
 }
 
+/// Of two programs that save the same document at the same time, each would find it unchanged up to the
+/// moment before it is replaced.
+void requireNobodyElseSaves(FileSystem& system, Handle original) {
+  try {
+    if (system.tryLock(original)) return;
+  } catch (const std::system_error&) {
+    return;  // a disk without locks
+  }
+  throw DocumentError(Problem::locked,
+                      "Another program is saving it at this moment, so nothing was changed; run this again.");
+}
+
 Saved replaceResolved(FileSystem& system, const std::string& real, const Stamp& opened,
                       const NewVersion& version, const std::optional<std::string>& backupSuffix) {
   requireSameStamp(system, real, opened);
   requireReplaceable(system, real, system.statusAt(real));
   const OpenFile original(system, system.openToRead(real));
+  requireNobodyElseSaves(system, original.handle());
   const std::string folder(folderPrefixOf(real));
 
   TemporaryFile replacement(system, folder);

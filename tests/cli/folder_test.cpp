@@ -1,0 +1,382 @@
+#include "documents/archive/zip_builder.h"
+#include "documents/docx/document_builder.h"
+#include "sandbox.h"
+
+#include <signal.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <filesystem>
+#include <map>
+#include <random>
+
+namespace pluvo::cli {
+namespace {
+
+using ::testing::AllOf;
+using ::testing::AnyOf;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+namespace fs = std::filesystem;
+using Words = std::vector<std::string>;
+using Clock = std::chrono::steady_clock;
+
+const Words kReplace = {"replace", "-b", "draft", "-t", "final", "--match-case"};
+
+Words operator+(Words words, const Words& more) {
+  words.insert(words.end(), more.begin(), more.end());
+  return words;
+}
+
+std::string docx(const std::string& text, docx::Parts parts = {}) {
+  const auto bytes = docx::documentOf(docx::p(docx::run(text)), std::move(parts));
+  return {bytes.view.begin(), bytes.view.end()};
+}
+
+/// Every file below the folder: bytes, permissions, time of last change.
+using State = std::map<std::string, std::tuple<std::string, mode_t, std::int64_t, std::int64_t>>;
+State stateOf(const Sandbox& sandbox) {
+  State state;
+  for (const auto& entry : fs::recursive_directory_iterator(sandbox.path(""))) {
+    const std::string name = fs::relative(entry.path(), sandbox.path(""));
+    if (!entry.is_regular_file() || name.rfind("~pluvo-", 0) == 0) continue;
+    const struct stat status = sandbox.status(name);
+    state[name] = {status.st_size > 1'000'000 ? "" : sandbox.read(name), status.st_mode,
+                   status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
+  }
+  return state;
+}
+
+Words lines(const std::string& text) {
+  Words all;
+  for (std::size_t from = 0, to = 0; (to = text.find('\n', from)) != std::string::npos; from = to + 1)
+    all.push_back(text.substr(from, to - from));
+  return all;
+}
+
+TEST(Folder, TakesTheDocumentsAskedFor) {
+  const Sandbox sandbox;
+  for (const char* const name : {"t/a.txt", "t/B.TXT", "t/old.txt", "t/x.log", "t/sub/c.txt",
+                                 "t/sub/deep/d.txt", "t/.hidden/e.txt", "t/archive/f.txt"})
+    sandbox.write(name, "draft\n");
+  fs::last_write_time(sandbox.path("t/old.txt"), fs::file_time_type::clock::now() - std::chrono::hours(48));
+  fs::create_symlink("a.txt", sandbox.path("t/z.txt"));
+  fs::create_directory_symlink("..", sandbox.path("t/sub/circle"));
+  sandbox.write("lines", "t/a.txt\r\n\nt/sub/c.txt\nt/a.txt\n");
+  sandbox.write("nulls", std::string("t/sub/c.txt\0t/B.TXT", 19));
+  const std::vector<std::pair<Words, Words>> cases = {
+      {{"-r", "t"},
+       {"t/B.TXT", "t/a.txt", "t/old.txt", "t/archive/f.txt", "t/sub/c.txt", "t/sub/deep/d.txt"}},
+      {{"-r", "t/", "--levels", "0"}, {"t/B.TXT", "t/a.txt", "t/old.txt"}},
+      {{"-r", "t", "--levels", "1", "--exclude", "ARCHIVE,old*"}, {"t/B.TXT", "t/a.txt", "t/sub/c.txt"}},
+      {{"-r", "t", "--types", "*.LOG"}, {"t/x.log"}},
+      {{"-r", "t", "--mask", "?.txt", "--newer-than", "1d", "--levels", "0"}, {"t/B.TXT", "t/a.txt"}},
+      {{"-r", "t/sub/deep", "t/a.txt", "t", "--exclude", "old*,archive"},
+       {"t/sub/deep/d.txt", "t/a.txt", "t/B.TXT", "t/sub/c.txt"}},
+      {{"--files-from", "lines"}, {"t/a.txt", "t/sub/c.txt"}},
+      {{"--files-from", "nulls", "-0", "t/a.txt"}, {"t/a.txt", "t/sub/c.txt", "t/B.TXT"}},
+  };
+  for (const auto& [arguments, expected] : cases) {
+    Words found;
+    for (const std::string& line : lines(sandbox.run(Words{"find", "-b", "draft"} + arguments).out))
+      found.push_back(line.substr(0, line.find(':')));
+    EXPECT_EQ(found, expected) << ::testing::PrintToString(arguments);
+  }
+}
+
+TEST(Folder, KeepsItsTreeInAnotherFolder) {
+  const Sandbox sandbox;
+  sandbox.write("t/a.txt", "draft\n");
+  sandbox.write("t/sub/a.txt", "draft too\n");
+  sandbox.write("list", "t/./sub/a.txt\n/../t/a.txt\n");
+  const auto before = stateOf(sandbox);
+  for (int i = 0; i < 2; ++i) {  // the second time nothing new is made of what the first has made
+    const Result result = sandbox.run(kReplace + Words{"-r", ".", "--output", "out"});
+    EXPECT_EQ(result.status, i == 0 ? 0 : 2) << result.err;
+    EXPECT_EQ(sandbox.read("out/t/a.txt"), "final\n");
+    EXPECT_EQ(sandbox.read("out/t/sub/a.txt"), "final too\n");
+    EXPECT_FALSE(fs::exists(sandbox.path("out/out")));
+  }
+  sandbox.run(kReplace + Words{"--files-from", "list", "--output", "listed"});
+  EXPECT_EQ(sandbox.read("listed/sub/a.txt"), "final too\n");
+  fs::remove_all(sandbox.path("out"));
+  fs::remove_all(sandbox.path("listed"));
+  EXPECT_EQ(stateOf(sandbox), before);
+}
+
+TEST(Folder, PrintsInTheSameOrderWhateverTheJobs) {
+  const Sandbox sandbox;
+  std::string many;
+  for (int i = 0; i < 5000; ++i) many += "a draft of " + std::to_string(i) + "\n";
+  for (int i = 0; i < 60; ++i)
+    sandbox.write("d" + std::to_string(100 + i) + ".txt", i % 20 == 3 ? many : "draft\n");
+  const Words find = {"find", "-b", "draft", "-r", "."};
+  const Result one = sandbox.run(find + Words{"-j", "1"});
+  EXPECT_EQ(lines(one.out).size(), 3 * 5000U + 57U);
+  EXPECT_EQ(sandbox.run(find + Words{"--jobs=7"}).out, one.out);
+}
+
+/// A folder with something of everything.
+void fillWithEverything(const Sandbox& sandbox) {
+  const std::string relationships =
+      "<Relationships xmlns=\"http://schemas.openxmlformats.org/package/2006/relationships\"><Relationship "
+      "Id=\"a\" "
+      "Type=\"http://schemas.openxmlformats.org/officeDocument/2006/relationships/officeDocument\" "
+      "Target=\"word/document.xml\"/><Relationship Id=\"s\" "
+      "Type=\"http://schemas.openxmlformats.org/package/2006/"
+      "relationships/digital-signature/origin\" Target=\"x\"/></Relationships>";
+  const std::string settings =
+      "<w:settings xmlns:w=\"http://schemas.openxmlformats.org/wordprocessingml/2006/main\">"
+      "<w:documentProtection w:edit=\"readOnly\" w:enforcement=\"1\"/></w:settings>";
+  sandbox.write("good.docx", docx("a draft"));
+  sandbox.write("sub/good.txt", "a draft\r\n");
+  sandbox.write("truncated.docx", docx("draft").substr(0, 300));
+  sandbox.write("encrypted.docx",
+                archive::build({{{"word/document.xml", "draft", true, false, false, 1}}}).bytes);
+  sandbox.write("protected.docx", docx("draft", {{"word/settings.xml", settings}}));
+  sandbox.write("signed.docx", docx("draft", {{"_rels/.rels", relationships}}));
+  sandbox.write("locked.docx", docx("draft"));
+  sandbox.write("~$locked.docx", "somebody");
+  sandbox.write("readonly.txt", "draft\n");
+  fs::permissions(sandbox.path("readonly.txt"), fs::perms::owner_read);
+  sandbox.write("empty.txt", "");
+  sandbox.write("empty.docx", "");
+  sandbox.write("foreign.docx", "%PDF-1.7 draft");
+  sandbox.write("huge.txt", "draft");
+  fs::resize_file(sandbox.path("huge.txt"), std::uintmax_t{3} << 30U);
+  for (const char* const name : {" with  spaces .txt", "-n.txt", "line\nfeed.txt", "Приказ.txt", "契約書.txt",
+                                 "عقد.txt", "סכם.txt", "not\xFFutf8.txt", "'\"`$(x).txt", "é.txt"})
+    sandbox.write(name, "draft\n");
+  sandbox.write("picture.jpg", "draft");
+}
+
+TEST(Folder, TellsOfEveryKindOfFileAndTakesItAllBack) {
+  const Sandbox sandbox;
+  fillWithEverything(sandbox);
+  const State before = stateOf(sandbox);
+  const Result run = sandbox.run(kReplace + Words{"-r", ".", "--json", "--report", "../r.json"});
+  const Result report = sandbox.run({"find", "-b", "x", "--files-from", "/dev/null"});
+  EXPECT_EQ(report.status, 1);
+  EXPECT_EQ(run.status, 2);
+
+  const std::map<std::string, std::string> codes = {
+      {"./truncated.docx", "damaged"}, {"./encrypted.docx", "password"}, {"./protected.docx", "protected"},
+      {"./signed.docx", "signed"},     {"./locked.docx", "locked"},      {"./~$locked.docx", "temporary"},
+      {"./readonly.txt", "read-only"}, {"./empty.docx", "damaged"},      {"./foreign.docx", "damaged"},
+      {"./huge.txt", "too-large"}};
+  int good = 0;
+  for (const std::string& line : lines(run.out)) {
+    if (line.find("\"summary\"") != std::string::npos) continue;
+    const std::string name = line.substr(9, line.find("\",\"found\"") - 9);
+    const auto code = codes.find(name);
+    if (code != codes.end()) {
+      EXPECT_THAT(line, HasSubstr("\"error\":{\"code\":\"" + code->second + "\"")) << name;
+    } else if (name != "./empty.txt") {
+      EXPECT_THAT(line, HasSubstr("\"saved\":true,\"error\":null"));
+      ++good;
+    }
+  }
+  EXPECT_EQ(good, 12);
+  EXPECT_THAT(lines(run.out).back(), HasSubstr("\"files\":23,\"found\":14,\"operated\":12"));
+  EXPECT_EQ(sandbox.read("line\nfeed.txt"), "final\n");
+  EXPECT_EQ(sandbox.read("sub/good.txt"), "a final\r\n");
+
+  const std::string page = sandbox.read("../r.json");
+  EXPECT_THAT(page, HasSubstr(R"({"file":"./picture.jpg","reason":"kind not asked for"})"));
+  EXPECT_THAT(
+      page,
+      HasSubstr(R"("before":{"lead":"a ","text":"draft","trail":""},"after":{"lead":"a ","text":"final")"));
+  fs::remove(sandbox.path("../r.json"));
+
+  EXPECT_THAT(sandbox.run({"undo", "--list"}).out, HasSubstr("12 documents"));
+  const Result undo = sandbox.run({"undo"});
+  EXPECT_EQ(undo.status, 0) << undo.err;
+  EXPECT_TRUE(stateOf(sandbox) == before);
+  EXPECT_EQ(sandbox.run({"undo"}).status, 2);
+}
+
+TEST(Undo, LeavesWhatWasChangedSince) {
+  const Sandbox sandbox;
+  sandbox.write("a.txt", "draft\n");
+  sandbox.write("b.txt", "draft\n");
+  sandbox.run(kReplace + Words{"a.txt", "b.txt"});
+  sandbox.write("a.txt", "mine\n");
+  const Result undo = sandbox.run({"undo"});
+  EXPECT_EQ(undo.status, 2);
+  EXPECT_THAT(undo.err, HasSubstr("/a.txt: changed: "));
+  EXPECT_EQ(sandbox.read("a.txt"), "mine\n");
+  EXPECT_EQ(sandbox.read("b.txt"), "draft\n");
+  sandbox.run(kReplace + Words{"b.txt", "--no-journal"});
+  EXPECT_THAT(lines(sandbox.run({"undo", "--list"}).out).size(), 2U);
+}
+
+/// Sixteen documents to be cut off in.
+class Unfinished : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    for (int i = 0; i < 16; ++i) {
+      const std::string name = "d" + std::to_string(10 + i);
+      if (i % 2 == 0) {
+        sandbox_.write(name + ".txt", std::string(20000, 'x') + " draft\n");
+      } else {
+        sandbox_.write(name + ".docx", docx("a draft"));
+      }
+    }
+    before_ = stateOf(sandbox_);
+    ASSERT_EQ(sandbox_.run(run_).status, 0);
+    after_ = stateOf(sandbox_);
+    ASSERT_EQ(sandbox_.run({"undo", "-q"}).status, 0);
+    ASSERT_TRUE(stateOf(sandbox_) == before_);
+  }
+
+  bool isWhole(const State& state) const {
+    for (const auto& [name, file] : state) {
+      const std::string& bytes = std::get<0>(file);
+      if (bytes != std::get<0>(before_.at(name)) && bytes != std::get<0>(after_.at(name))) return false;
+    }
+    return state.size() == before_.size();
+  }
+
+  Sandbox sandbox_;
+  Words run_ = kReplace + Words{"-r", ".", "-q", "--jobs", "2"};
+  State before_;
+  State after_;
+};
+
+TEST_F(Unfinished, RunsAndUndosThatAreKilledAreTakenBack) {
+  std::mt19937 chance(20261121);
+  const auto end = Clock::now() + std::chrono::seconds(10);
+  const auto began = Clock::now();
+  ASSERT_EQ(sandbox_.run(run_).status, 0);
+  const auto whole = std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - began).count();
+  ASSERT_EQ(sandbox_.run({"undo", "-q"}).status, 0);
+  const auto killAtRandom = [&](const Words& arguments) {
+    const pid_t child = sandbox_.start(arguments);
+    ::usleep(static_cast<useconds_t>(std::uniform_int_distribution<std::int64_t>(0, whole)(chance)));
+    ::kill(child, SIGKILL);
+    sandbox_.wait(child);
+  };
+  int partly = 0;
+  for (int round = 0; round < 100 && Clock::now() < end; ++round) {
+    killAtRandom(run_);
+    const State killed = stateOf(sandbox_);
+    ASSERT_TRUE(isWhole(killed)) << round;
+    if (killed != before_) ++partly;
+    if (round % 2 == 1) killAtRandom({"undo", "-q"});
+    ASSERT_TRUE(isWhole(stateOf(sandbox_))) << round;
+    const Result undo = sandbox_.run({"undo", "-q"});
+    ASSERT_TRUE(stateOf(sandbox_) == before_) << round << undo.err;
+  }
+  EXPECT_GT(partly, 0);
+}
+
+TEST_F(Unfinished, AnInterruptLeavesAListToGoOnWith) {
+  for (int wait = 40'000; wait > 100; wait = wait * 2 / 3) {
+    const pid_t child = sandbox_.start(kReplace + Words{"-r", ".", "-j1"});
+    ::usleep(static_cast<useconds_t>(wait));
+    ::kill(child, SIGINT);
+    const Result result = sandbox_.wait(child);
+    ASSERT_TRUE(isWhole(stateOf(sandbox_)));
+    const std::size_t at = result.err.find("--files-from ");
+    if (at == std::string::npos) {  // too late, or too early for there to be a run
+      sandbox_.run({"undo", "-q"});
+      continue;
+    }
+    EXPECT_EQ(result.status, 2);
+    const std::string list = result.err.substr(at + 13, result.err.find('\n', at) - at - 13);
+    EXPECT_EQ(sandbox_.run(kReplace + Words{"-0", "--files-from", list}).status, 0);
+    for (const auto& [name, file] : stateOf(sandbox_))
+      EXPECT_EQ(std::get<0>(file), std::get<0>(after_.at(name)));
+    return;
+  }
+  GTEST_SKIP() << "every run was over before it could be interrupted";
+}
+
+TEST_F(Unfinished, TwoRunsAtOnceHarmNothing) {
+  for (int round = 0; round < 5; ++round) {
+    const pid_t one = sandbox_.start(run_, "1");
+    const pid_t two = sandbox_.start(run_, "2");
+    const Result first = sandbox_.wait(one, "1");
+    const Result second = sandbox_.wait(two, "2");
+    for (const Result& result : {first, second}) {
+      for (const std::string& line : lines(result.err))
+        EXPECT_THAT(line, AnyOf(HasSubstr(": changed: "), HasSubstr(": locked: "), HasSubstr(": io: ")));
+    }
+    for (const auto& [name, file] : stateOf(sandbox_))
+      EXPECT_EQ(std::get<0>(file), std::get<0>(after_.at(name))) << name << first.err << second.err;
+    sandbox_.run({"undo", "-q"});
+    sandbox_.run({"undo", "-q"});
+    ASSERT_TRUE(stateOf(sandbox_) == before_) << round << first.err << second.err;
+  }
+}
+
+TEST(Report, EscapesWhatDocumentsAndNamesHold) {
+  const Sandbox sandbox;
+  sandbox.write("<b>&.txt", "x =HYPERLINK(\"u\")<script> y\n");
+  sandbox.write("bad\xFF.txt", "none\n");
+  const Words request = {"replace", "-b", "=HYPERLINK", "-e", "<script>", "-t", "@safe", "-r", ".", "-n"};
+  for (const char* const name : {"../r.html", "../r.csv"}) sandbox.run(request + Words{"--report", name});
+  EXPECT_THAT(
+      sandbox.read("../r.html"),
+      AllOf(HasSubstr("<del>=HYPERLINK(&quot;u&quot;)&lt;script&gt;</del>"), HasSubstr("<ins>@safe</ins>"),
+            HasSubstr("./&lt;b&gt;&amp;.txt"), HasSubstr("./bad\xEF\xBF\xBD.txt")));
+  EXPECT_THAT(sandbox.read("../r.csv"), HasSubstr(R"(,1,"x ","'=HYPERLINK(""u"")<script>","'@safe"," y",)"));
+  EXPECT_EQ(sandbox.run(request + Words{"--report", "r.pdf"}).status, 2);
+  EXPECT_THAT(sandbox.names(), ElementsAre("<b>&.txt", "bad\xFF.txt"));
+}
+
+TEST(SavedRequests, AreRunInOrderInOneSaving) {
+  const Sandbox sandbox;
+  sandbox.write("d.txt", "one two\n");
+  sandbox.run({"save", "s.toml", "replace", "-b", "one", "-t", "three \"\\\n", "--match-case"});
+  sandbox.write("s.toml", "# mine\n" + sandbox.read("s.toml") + "# the end");
+  EXPECT_EQ(sandbox.run({"save", "s.toml", "delete", "-b", "three", "-e", "two", "--apart", "4"}).status, 0);
+  EXPECT_THAT(sandbox.read("s.toml"), AllOf(HasSubstr("# mine\n"), HasSubstr("# the end\n\n[[request]]\n")));
+  const Result run = sandbox.run({"run", "s.toml", "d.txt", "--backup"});
+  EXPECT_EQ(run.out, "d.txt: 2 blocks, 2 changed; original kept as d.txt.bak\n") << run.err;
+  EXPECT_EQ(sandbox.read("d.txt"), "\n");
+  EXPECT_EQ(sandbox.read("d.txt.bak"), "one two\n");
+}
+
+TEST(SavedRequests, SayWhereTheyAreWrong) {
+  const Sandbox sandbox;
+  sandbox.write("d.txt", "one\n");
+  const std::vector<std::pair<std::string, std::string>> wrong = {
+      {"[[request]]\ncommand = \"find\"\nbegn = \"x\"\n",
+       "line 3: there is no key 'begn' in a request. Did you mean begin?"},
+      {"\n[[request]]\ncommand = \"fnd\"\n", "line 3: a request has a command, which is find, insert"},
+      {"[[request]]\nbegin = \"x\"\n", "line 1: a request has a command"},
+      {"[[request]]\ncommand = \"find\"\nbegin = \"x\nend\"\n", "line 3: "},
+      {"[[request]]\ncommand = \"find\"\nbegin = \"x\"\ntext = \"y\"\n",
+       "line 4: text has no meaning with find"},
+      {"[[request]]\ncommand = \"find\"\nbegin = \"x\"\nmatch-case = 1\n",
+       "line 4: match-case is true or false"},
+      {"[[request]]\ncommand = \"find\"\nbegin = \"x\"\napart = 2\n", "line 1: --apart needs --end"},
+      {"recursive = true\n", "line 1: 'recursive' stands outside"},
+      {"# nothing\n", "has no request"},
+  };
+  for (const auto& [file, sentence] : wrong) {
+    sandbox.write("s.toml", file);
+    const Result result = sandbox.run({"run", "s.toml", "d.txt"});
+    EXPECT_EQ(result.status, 2) << file;
+    EXPECT_THAT(result.err, HasSubstr(sentence)) << file;
+  }
+}
+
+TEST(Progress, IsForTerminalsOnly) {
+  const Sandbox sandbox;
+  for (int i = 0; i < 3; ++i) sandbox.write(std::to_string(i) + ".txt", "draft\n");
+  const Words find = {"find", "-b", "draft", "-r", "."};
+  EXPECT_EQ(sandbox.run(find).err, "pluvo: 3 documents: 3 blocks\n");
+  EXPECT_THAT(sandbox.run(find + Words{"--progress", "always"}).err,
+              HasSubstr("\r0 of 3 documents, 1 block"));
+  if (!Sandbox::hasTerminals()) GTEST_SKIP() << "no terminals here";
+  EXPECT_THAT(sandbox.runAtTerminal(find, "").err, HasSubstr("  documents               3\r\n"));
+  EXPECT_THAT(sandbox.runAtTerminal(find + Words{"--progress=never"}, "").err, Not(HasSubstr("documents  ")));
+}
+
+}  // namespace
+}  // namespace pluvo::cli
