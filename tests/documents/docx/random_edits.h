@@ -31,7 +31,9 @@ inline void editBySeed(model::Model& model, const EditSeed& seed) {
   const auto reach = static_cast<text::Position>(seed.reach % (seed.reach % 4 == 0 ? 400 : 12));
   const text::Span span{from, std::max(from, whole(std::min(from + reach, last)))};
   const std::u16string& text = texts[seed.text % std::size(texts)];
-  if ((model.visibility().valueAt(from) & text::kInResults) == 0) return;
+  const text::Position behind = whole(std::min(span.from + 2, last));
+  const auto isShown = [&](text::Position p) { return (model.visibility().valueAt(p) & text::kInResults) != 0; };
+  if (!isShown(from) || !isShown(std::max(behind - 1, from))) return;
   switch (seed.kind % 5) {
     case 0:
       model.replace(span, text, text::View::results);
@@ -40,7 +42,7 @@ inline void editBySeed(model::Model& model, const EditSeed& seed) {
       model.insertBefore(span.from, text);
       break;
     case 2:
-      model.insertBehind(whole(std::min(span.from + 2, last)), text);
+      model.insertBehind(behind, text);
       break;
     case 3:
       model.replace(span, {}, text::View::results);

@@ -21,11 +21,11 @@ files::Bytes sample(const std::string& name) {
 
 const char* const kSamples[] = {"lease.docx", "settlement.docx", "catalogue.docx", "deed.docx"};
 
-/// Row marks and the codes of simple fields have no place for a highlight in the file.
+/// Row marks, formulas and the codes of simple fields have no place for a highlight in the file.
 std::string storable(model::Model& model) {
   for (text::Position i = 0; i < model.length(); ++i) {
     const bool inResults = (model.visibility().valueAt(i) & text::kInResults) != 0;
-    if (model.isRowMark(i) || !inResults) model.highlight({i, i + 1}, 0);
+    if (model.isRowMark(i) || !inResults || model.text().at(i) == text::kPicture) model.highlight({i, i + 1}, 0);
   }
   return notation::print(model);
 }
