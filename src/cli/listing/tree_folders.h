@@ -27,6 +27,8 @@ class TreeFolders final : public multifile::Folders {
 
   std::vector<multifile::Entry> entriesOf(const std::u16string& folder) override;
   std::u16string resolved(const std::u16string& folder) override;
+  bool isFolder(const std::u16string& path) override { return machine_->isFolder(path); }
+  std::vector<std::u16string> drives() override { return machine_->drives(); }
 
  private:
   const char* reasonToLeaveOut(const std::string& path, const multifile::Entry& entry) const;

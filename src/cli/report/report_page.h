@@ -49,6 +49,7 @@ li { border-top: 1px solid var(--line); padding: .5rem 0; content-visibility: au
 del { color: var(--old); background: var(--oldpaper); text-decoration: line-through; }
 ins { color: var(--new); background: var(--newpaper); text-decoration: underline; }
 mark { color: inherit; background: var(--mark); text-decoration: underline dotted; }
+@media (max-width: 44rem) { td:first-child { min-width: 7rem; } td.n, th.n { white-space: normal; padding-right: .75rem; } }
 @media print { :root { font-size: 75%; } body { max-width: none; padding: 0; font-size: 10pt; } nav { display: none; } details { border: 0; break-inside: auto; }
   li { break-inside: avoid; content-visibility: visible; } summary { break-after: avoid; list-style: none; } }
 </style>
