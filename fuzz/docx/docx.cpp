@@ -1,9 +1,9 @@
-// A Word document whose body is any markup: read, edited, written and read again. The input is a program of edits
-// and the inside of w:body; the package around it is always the same.
+// A Word document whose body is any markup: read, edited, written and read again. The input is a program of
+// edits and the inside of w:body; the package around it is always the same.
 
-#include "docx/docx_format.h"
 #include "documents/docx/document_builder.h"
 #include "documents/docx/random_edits.h"
+#include "docx/docx_format.h"
 
 #include <algorithm>
 #include <cstdlib>

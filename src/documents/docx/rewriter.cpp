@@ -117,7 +117,9 @@ void Rewriter::open(const Tag& tag) {
     if (open.bare || open.toComplex) open.outBegin = open.outInner = output_.text().size();
   }
   opens_.push_back(std::move(open));
-  if (tag.name == Name::p) paragraph_ = opens_.size() - 1;
+  if (tag.name != Name::p) return;
+  paragraph_ = opens_.size() - 1;
+  textProperties_ = {};
 }
 
 void Rewriter::openTable(const Tag& tag) {

@@ -147,6 +147,7 @@ class Rewriter : private BodyEvents {
   void passBytesBefore(Extent extent);
   void outsideRun(Extent extent);
   void put(const Step& step);
+  void putBesideReference(const Step& step);
   void write(std::u16string_view units, std::uint8_t colour, std::string_view tag);
   void writeAlone(char16_t unit, std::uint8_t colour);
   void writeBytes(std::string_view bytes, std::uint8_t colour, std::string_view tag);
@@ -194,7 +195,8 @@ class Rewriter : private BodyEvents {
   std::vector<Open> opens_;
   std::size_t paragraph_ = 0;  ///< index of the open paragraph; 0 when there is none
   Run run_;
-  std::string pendingText_;  ///< as it is written
+  std::string_view textProperties_;  ///< of the last run with text in the paragraph
+  std::string pendingText_;          ///< as it is written
   std::string pendingTag_;
   std::vector<Step> steps_;
   Open fieldOpen_;  ///< of the simple field just met, before it is opened

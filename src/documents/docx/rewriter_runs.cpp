@@ -6,6 +6,14 @@
 
 namespace pluvo::docx {
 
+namespace {
+
+bool isReference(Name name) {
+  return name == Name::footnoteReference || name == Name::endnoteReference || name == Name::commentReference;
+}
+
+}  // namespace
+
 /// Visits the stretches of one colour: visit(from, count, colour). A character of two units is not divided.
 template <class Visit>
 void Rewriter::forEachColour(Position at, std::u16string_view units, Visit visit) const {
@@ -59,6 +67,7 @@ void Rewriter::text(const TextElement& element) {
   const auto length = static_cast<Position>(element.units.size());
   if (removedTables_ > 0) return collectInRemovedTable(from + length);
 
+  textProperties_ = run_.properties;
   steps_.clear();
   script_.take(from + length, [&](const Step& step) { steps_.push_back(step); });
   const Step& first = steps_.front();
@@ -98,7 +107,11 @@ void Rewriter::character(char16_t unit, Extent extent, Name name, std::string_vi
     switch (step.kind) {
       case Step::Kind::put:
         touchRun();
-        put(step);
+        if (isReference(name)) {
+          putBesideReference(step);
+        } else {
+          put(step);
+        }
         break;
       case Step::Kind::keep:
         keepElement(extent, model_.highlight().valueAt(step.at));
@@ -111,6 +124,16 @@ void Rewriter::character(char16_t unit, Extent extent, Name name, std::string_vi
       trackField(unit, step.kind == Step::Kind::keep);
   });
   flushText();
+}
+
+/// A reference is set in its own way, small or raised; text beside it looks like the text before it.
+void Rewriter::putBesideReference(const Step& step) {
+  interruptRun();
+  const Run reference = run_;
+  beginNewRun(std::string(textProperties_));
+  put(step);
+  endNewRun();
+  run_ = reference;
 }
 
 /// A formula: a character that is in no run.
@@ -162,7 +185,7 @@ void Rewriter::ensureRun(std::uint8_t colour) {
   const bool asItWas = colour == run_.colour && !run_.isNew;
   const std::string_view properties =
       asItWas ? run_.properties : highlighted_.of(run_.properties, written, colour);
-  if (run_.headerWritten && properties.find("Change") != std::string_view::npos) {
+  if ((run_.headerWritten || run_.isNew) && properties.find("Change") != std::string_view::npos) {
     out += identifiers_.withFreshIds(properties);
   } else {
     out += properties;

@@ -89,6 +89,17 @@ TEST(Editing, newTextTakesTheRunOfItsNeighbour) {
   });
 }
 
+TEST(Editing, textBesideAReferenceLooksLikeTheTextBeforeIt) {
+  const std::string reference =
+      "<w:r><w:rPr><w:vertAlign w:val=\"superscript\"/></w:rPr><w:footnoteReference w:id=\"1\"/></w:r>";
+  expectBodies({
+      {p(run("a", "<w:i/>") + reference + run("b")), behind(u"\x02", u"X"),
+       p(run("a", "<w:i/>") + reference + run("X", "<w:i/>") + run("b"))},
+      {p(reference + run("b")), before(u"\x02", u"X"), p(run("X") + reference + run("b"))},
+      {p(run("a", "<w:i/>") + reference), replace(u"\x02", u"X"), p(run("a", "<w:i/>") + run("X", "<w:i/>"))},
+  });
+}
+
 TEST(Editing, blanksAreKeptAndEmptyElementsGo) {
   expectBodies({
       {p(run("a b c")), remove(u"a"), p(run(" b c"))},

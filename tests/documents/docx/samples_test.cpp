@@ -25,7 +25,8 @@ const char* const kSamples[] = {"lease.docx", "settlement.docx", "catalogue.docx
 std::string storable(model::Model& model) {
   for (text::Position i = 0; i < model.length(); ++i) {
     const bool inResults = (model.visibility().valueAt(i) & text::kInResults) != 0;
-    if (model.isRowMark(i) || !inResults || model.text().at(i) == text::kPicture) model.highlight({i, i + 1}, 0);
+    if (model.isRowMark(i) || !inResults || model.text().at(i) == text::kPicture)
+      model.highlight({i, i + 1}, 0);
   }
   return notation::print(model);
 }
