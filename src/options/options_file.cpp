@@ -80,8 +80,10 @@ void OptionsFile::load() {
 }
 
 void OptionsFile::save() {
-  errors::guarded(context_, u"FF:03", [&] {
+  constexpr auto kTag = u"FF:03";
+  errors::guarded(context_, kTag, [&] {
     const std::u16string values = optionsText();
+    context_.locationTag = kTag;
     const std::u16string line = reserved0_ + kSeparator + reserved1_ + kSeparator + values;
 #ifdef _WIN32
     const std::filesystem::path file(path_);

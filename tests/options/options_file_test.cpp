@@ -1,0 +1,112 @@
+#include "forms/unreported.h"
+#include "host/opened_dialog.h"
+
+namespace pluvo::host {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// In the file's order.
+constexpr const char16_t* kKept[] = {
+    u"chkMatchWholeWords", u"chkExtraSpace",  u"chkMatchCase", u"chkStartFindsFromBeginning",
+    u"chkQuiteMode",       u"chkConfirmEach", u"chkToolTips",  u"chkControlVButton",
+    u"chkShowFieldCodes"};
+
+class OptionsFile : public testing::Test, protected OpenedDialog {
+ protected:
+  /// The boxes as "1" and "0".
+  std::string ticks() {
+    std::string ticks;
+    for (const char16_t* name : kKept) ticks += check(name).Value() ? '1' : '0';
+    return ticks;
+  }
+};
+
+constexpr const char* kDesigned = "000100100";
+
+TEST_F(OptionsFile, WithoutOneTheDesignStands) {
+  open();
+  EXPECT_EQ(ticks(), kDesigned);
+  EXPECT_THAT(told(), IsEmpty());
+}
+
+TEST_F(OptionsFile, RestoresWhatWasSaved) {
+  open([&] {
+    for (const char16_t* name : kKept) tick(name);
+    press(u"cmdSaveOptions");
+    EXPECT_EQ(options(), "PLUVO;Options;True;True;True;True;True;True;True;True;True;\r\n");
+    tick(u"chkMatchCase", false);
+    tick(u"chkToolTips", false);
+    tick(u"chkShowFieldCodes", false);
+    press(u"cmdSaveOptions");
+    tick(u"chkQuiteMode", false);
+  });
+  restart();
+  open();
+  EXPECT_EQ(ticks(), "110111010");
+  EXPECT_EQ(display(), "") << "no tip, as saved";
+  EXPECT_THAT(told(), IsEmpty());
+}
+
+TEST_F(OptionsFile, KeepsTheReservedFields) {
+  options("one\xFF;two;False;False;False;False;False;False;False;False;False;");
+  open([&] {
+    tick(u"chkExtraSpace");
+    press(u"cmdSaveOptions");
+  });
+  EXPECT_EQ(options(), "one\xFF;two;False;True;False;False;False;False;False;False;False;\r\n");
+}
+
+TEST_F(OptionsFile, DamagedIsReportedAndLeavesAUsableDialog) {
+  struct Case {
+    std::string bytes;
+    std::string ticks;
+    std::vector<std::string> reports;
+  };
+  const std::string eight = "r;r;True;True;True;False;True;True;False;True;";
+  const Case cases[] = {
+      {"", kDesigned, {"62 FF:02"}},
+      {"\r\n", kDesigned, {"9 FF:02"}},
+      {"r", kDesigned, {"9 FF:02"}},
+      {"r;r", kDesigned, {"9 FF:02"}},
+      {"r;r;", kDesigned, {"13 FF:02"}},       // an empty value
+      {"r;r;True", "100100100", {"9 FF:02"}},  // the second box reads behind the last field
+      {eight + "True", "111011011", {}},
+      {eight + "True;\r\nsecond line", "111011011", {}},
+      {eight.substr(0, eight.size() - 1), "111011010", {"9 FF:02"}},
+      {eight, "111011010", {"13 FF:02"}},
+      {"r;r;TRUE;-1;0;false;true;1;False;Yes;True;", "110011000", {"13 FF:02"}},
+      {"r,r;True;", kDesigned, {"9 FF:02"}},  // a comma ends the field
+      {" \"" + eight + "True;\" rest", "111011011", {}},
+      {std::string(100000, 'x'), kDesigned, {"9 FF:02"}},
+      {std::string("\0;\xFF;\0", 5), kDesigned, {"13 FF:02"}},
+  };
+  for (const Case& it : cases) {
+    folder.put("templates/PLUVO/PLUVO.cfg", it.bytes);
+    restart();
+    open();
+    EXPECT_EQ(ticks(), it.ticks) << it.bytes.substr(0, 80);
+    EXPECT_EQ(reported(), it.reports) << it.bytes.substr(0, 80);
+    EXPECT_EQ(list(u"cboxLevelsDeep").ListCount(), 10U) << "start-up goes on";
+  }
+}
+
+TEST_F(OptionsFile, ThatCannotBeOpenedIsNone) {
+  std::filesystem::create_directory(folder.path("templates/PLUVO/PLUVO.cfg"));
+  open();
+  EXPECT_EQ(ticks(), kDesigned);
+  EXPECT_THAT(told(), IsEmpty());
+  press(u"cmdSaveOptions");
+  EXPECT_THAT(reported(), ElementsAre("75 FF:03"));
+}
+
+/// The log cannot be written either: whoever passes on what the user did shows the fault.
+TEST_F(OptionsFile, WithoutADataFolderSavingIsTold) {
+  std::filesystem::remove_all(folder.path("templates"));
+  open([&] { forms::userDid(boxes, [&] { press(u"cmdSaveOptions"); }); });
+  EXPECT_THAT(told(), ElementsAre(testing::HasSubstr("errors.txt\" cannot be written")));
+}
+
+}  // namespace
+}  // namespace pluvo::host
