@@ -67,7 +67,8 @@ class ScriptedFolders : public Folders {
   void add(const std::string& path) {
     for (std::size_t end = path.find(separator_, 1);; end = path.find(separator_, end + 1)) {
       const bool last = end == std::string::npos;
-      entryOf(path.substr(0, end)).isFolder = !last;
+      const std::string part = path.substr(0, end);
+      if (part.find(separator_) != std::string::npos) entryOf(part).isFolder = !last;  // a drive lies nowhere
       if (last) break;
     }
   }

@@ -1,0 +1,164 @@
+#include "host/opened_dialog.h"
+#include "multifile/frmDirectoryBrowser.h"
+#include "scripted_folders.h"
+
+#include <algorithm>
+
+namespace pluvo::host {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+std::vector<std::string> rowsOf(const forms::ListBox& list) {
+  std::vector<std::string> rows;
+  for (std::size_t row = 0; row < list.ListCount(); ++row) rows.push_back(errors::utf8(list.List(row)));
+  return rows;
+}
+
+class FilesPage : public testing::Test, protected OpenedDialog {
+ protected:
+  FilesPage() {
+    Surroundings scripted = surroundings();
+    scripted.folders = [] {
+      return std::make_unique<multifile::ScriptedFolders>(
+          std::vector<std::string>{"/d/a.doc", "/d/b.DOT", "/d/c.txt", "/d/d.rtf", "/d/e.htm", "/d/f.bat",
+                                   "/d/sub/g.doc", "/d/sub/deep/h.doc", "/home/me/x.doc"});
+    };
+    restart(scripted);
+    open();
+    type(u"txtFilePath", u"/d");
+  }
+  std::vector<std::string> listed() {
+    press(u"cmdGetPotentialFiles");
+    return rowsOf(files());
+  }
+  std::u16string count() { return label(u"lblFound").Caption(); }
+};
+
+TEST_F(FilesPage, ListsTheTypesTicked) {
+  struct Case {
+    std::vector<const char16_t*> ticked;
+    const char16_t* other;
+    std::vector<std::string> files;
+  };
+  const std::vector<std::string> all = {"/d/a.doc", "/d/b.DOT", "/d/c.txt",
+                                        "/d/d.rtf", "/d/e.htm", "/d/f.bat"};
+  const Case cases[] = {
+      {{u"chkFTdoc"}, u"bat", {"/d/a.doc"}},
+      {{u"chkFTdot", u"chkFTtxt"}, u"", {"/d/b.DOT", "/d/c.txt"}},
+      {{u"chkFTrtf", u"chkFThtm"}, u"", {"/d/d.rtf", "/d/e.htm"}},
+      {{u"chkFTother"}, u"bat", {"/d/f.bat"}},
+      {{u"chkFTother"}, u"*", all},
+      {{u"chkFTother"}, u"", {}},
+      {{}, u"", all},
+      {{u"chkFTdoc", u"chkFTother"}, u"doc", {"/d/a.doc", "/d/a.doc"}},
+  };
+  for (const Case& it : cases) {
+    for (const char16_t* name :
+         {u"chkFTdoc", u"chkFTdot", u"chkFTtxt", u"chkFTrtf", u"chkFThtm", u"chkFTother"})
+      tick(name, std::find(it.ticked.begin(), it.ticked.end(), std::u16string_view(name)) != it.ticked.end());
+    type(u"txtFileTypeOther", it.other);
+    EXPECT_EQ(listed(), it.files);
+    EXPECT_EQ(count(), u"Files Found: " + errors::decimal(static_cast<std::int64_t>(it.files.size())));
+  }
+}
+
+TEST_F(FilesPage, GoesAsDeepAsChosen) {
+  tick(u"chkSubDirectories");
+  EXPECT_THAT(listed(), ElementsAre("/d/a.doc", "/d/sub/deep/h.doc", "/d/sub/g.doc"));
+  choose(u"cboxLevelsDeep", u"1");
+  EXPECT_THAT(listed(), ElementsAre("/d/a.doc", "/d/sub/g.doc"));
+  type(u"txtFilePath", u"/d/");
+  choose(u"cboxLevelsDeep", u"2");
+  EXPECT_THAT(listed(), ElementsAre("/d/a.doc", "/d/sub/deep/h.doc", "/d/sub/g.doc"));
+  tick(u"chkSubDirectories", false);
+  EXPECT_THAT(listed(), ElementsAre("/d/a.doc"));
+  list(u"cboxLevelsDeep").enter(u"deep");
+  EXPECT_THAT(listed(), IsEmpty());
+  EXPECT_THAT(reported(), ElementsAre("13 FF:06"));
+}
+
+TEST_F(FilesPage, ShowsThatItSearches) {
+  std::vector<std::u16string> seen;
+  forms.painted = [&](forms::Form&) {
+    if (label(u"lblPleaseWait").Visible()) seen = {label(u"lblPleaseWait").Caption(), count()};
+  };
+  listed();
+  EXPECT_THAT(seen, ElementsAre(u"\r\n\r\nSearching through Directories...", u"Files Found: "));
+  EXPECT_FALSE(label(u"lblPleaseWait").Visible());
+  type(u"txtFilePath", u"");
+  seen.clear();
+  EXPECT_THAT(listed(), IsEmpty());
+  EXPECT_THAT(seen, IsEmpty()) << "without a folder nothing happens";
+  EXPECT_EQ(count(), u"Files Found: 1");
+}
+
+TEST_F(FilesPage, TrimsTheList) {
+  tick(u"chkFTdoc", false);
+  listed();
+  for (const std::size_t row : {0, 2, 4}) files().select(row);
+  press(u"cmdRemoveFiles");
+  EXPECT_THAT(rowsOf(files()), ElementsAre("/d/b.DOT", "/d/d.rtf", "/d/f.bat"));
+  files().select(1);
+  press(u"cmdChooseFiles");
+  EXPECT_THAT(rowsOf(files()), ElementsAre("/d/d.rtf"));
+  EXPECT_EQ(count(), u"Files Found: 6") << "as it was found";
+  type(u"txtFilePath", u"/e");
+  EXPECT_EQ(files().ListCount(), 0U) << "a list belongs to its folder";
+}
+
+TEST_F(FilesPage, BrowsesForAFolder) {
+  word->defaultFilePath(word::wdDocumentsPath, u"/home/me");
+  listed();
+  answers = [](forms::Form& form) {
+    EXPECT_EQ(form.Name(), u"frmDirectoryBrowser");
+    EXPECT_EQ(form.control(u"cmdSelectDirectory")->Caption(), u"Select");
+    EXPECT_FALSE(form.control(u"Drive1")->Visible()) << "there are none";
+    const auto& folders = form.get<forms::ListBox>(u"Dir1");
+    EXPECT_THAT(rowsOf(folders), ElementsAre("/", "  home", "    me"));
+    folders.open(0);
+    EXPECT_THAT(rowsOf(folders), ElementsAre("/", "  d", "  home"));
+    folders.open(1);
+    folders.open(2);
+    EXPECT_EQ(form.control(u"lblPath")->Caption(), u"/d/sub");
+    forms::press(form, u"cmdSelectDirectory");
+  };
+  press(u"cmdBrowse");
+  EXPECT_EQ(box(u"txtFilePath").Text(), u"/d/sub");
+  EXPECT_EQ(files().ListCount(), 0U);
+  answers = [](forms::Form& form) {
+    form.get<forms::ListBox>(u"Dir1").open(0);
+    form.close();
+  };
+  press(u"cmdBrowse");
+  EXPECT_EQ(box(u"txtFilePath").Text(), u"/d/sub") << "closing the window chooses nothing";
+}
+
+TEST(Picker, FollowsTheDrive) {
+  multifile::ScriptedFolders folders({"c:\\docs\\a\\x.doc", "d:\\y\\z.doc"}, "\\");
+  folders.driveNames = {u"c:", u"d:", u"e:"};
+  forms::ScriptedForms host;
+  multifile::frmDirectoryBrowser picker(host, folders, u"\\");
+  EXPECT_EQ(picker.path(), u"c:\\");
+  picker.SetStartingDirectory(u"/docs");
+  EXPECT_EQ(picker.path(), u"c:\\") << "no drive path";
+  picker.SetStartingDirectory(u"c:\\docs");
+  EXPECT_EQ(picker.Drive1.Text(), u"c:");
+  EXPECT_THAT(rowsOf(picker.Dir1), ElementsAre("c:\\", "  docs", "    a"));
+  picker.SetStartingDirectory(u"d:\\nowhere");
+  EXPECT_EQ(picker.path(), u"d:\\") << "as far as the drive";
+  picker.Drive1.choose(2);
+  EXPECT_EQ(picker.path(), u"d:\\") << "a drive that is not ready";
+  host.user = [&](forms::Form&) {
+    EXPECT_FALSE(picker.selected());
+    picker.Drive1.choose(0);
+    picker.cmdSelectDirectory.press();
+  };
+  picker.choose();
+  EXPECT_TRUE(picker.selected());
+  EXPECT_EQ(picker.path(), u"c:\\");
+}
+
+}  // namespace
+}  // namespace pluvo::host
