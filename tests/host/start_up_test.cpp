@@ -115,6 +115,26 @@ TEST_F(Links, OpenTheDocumentsBesideTheProgram) {
   EXPECT_EQ(word->count(), 1);
 }
 
+#ifdef PLUVO_INSTRUCTIONS
+TEST_F(Links, OpenWhatIsBuiltForThem) {
+  std::filesystem::copy(PLUVO_INSTRUCTIONS, folder.path("program"), std::filesystem::copy_options::recursive);
+  const auto text = [&] {
+    const auto document = word->ActiveDocument();
+    return errors::utf8(document->StoryRanges(word::wdMainTextStory)->Text());
+  };
+  open([&] {
+    label(u"lblReadMe").press();
+    ASSERT_THAT(told(), IsEmpty());
+    EXPECT_THAT(text(), HasSubstr("Keep a copy of documents that have no other."));
+    label(u"lblInstructions").press();
+    EXPECT_THAT(text(), HasSubstr("Find Text that Begins with.\r\u2022  Type"));
+    EXPECT_EQ(word->ActiveDocument()->Name(), u"Instructions.doc");
+  });
+  EXPECT_EQ(word->count(), 2);
+  EXPECT_THAT(told(), IsEmpty());
+}
+#endif
+
 TEST_F(Links, TryThreeWaysToThePage) {
   open([&] {
     launcher.startable = u"cmd.exe";
