@@ -1,6 +1,7 @@
 #include "archive/archive.h"
 
 #include "damage.h"
+#include "files/fresh_memory.h"
 #include "names.h"
 
 #include <libdeflate.h>
@@ -39,8 +40,7 @@ files::DocumentError damagedMember(const Member& member) {
 }
 
 files::Bytes inflated(files::ByteSpan packed, const Member& member) {
-  // Memory that is written once, by inflating; it is not cleared first.
-  const auto contents = std::make_shared_for_overwrite<std::uint8_t[]>(member.size + 1);
+  const auto contents = files::freshMemory(member.size + 1);
   contents[static_cast<std::ptrdiff_t>(member.size)] = files::Bytes::kBehind;
   const Decompressor decompressor;
   std::size_t used = 0;

@@ -1,6 +1,7 @@
 #include "packer.h"
 
 #include "archive/rewrite.h"
+#include "files/fresh_memory.h"
 
 #include <libdeflate.h>
 
@@ -25,11 +26,6 @@ constexpr std::uint64_t kSmall = std::uint64_t{128} << 10U;
 constexpr int kLevelOfSmall = 6;
 constexpr int kLevelOfLarge = 1;
 
-/// Memory that is written once; it is not cleared first, and what is never written is never taken.
-std::unique_ptr<std::uint8_t[]> unwritten(std::size_t size) {
-  return std::make_unique_for_overwrite<std::uint8_t[]>(size);
-}
-
 }  // namespace
 
 Packed pack(std::span<const files::ByteSpan> pieces, Method method, int level) {
@@ -47,9 +43,9 @@ Packed pack(std::span<const files::ByteSpan> pieces, Method method, int level) {
 
   // The compressor sees one buffer only.
   files::ByteSpan whole = pieces.empty() ? files::ByteSpan() : pieces.front();
-  std::unique_ptr<std::uint8_t[]> gathered;
+  std::shared_ptr<std::uint8_t[]> gathered;
   if (pieces.size() > 1) {
-    gathered = unwritten(packed.size);
+    gathered = files::freshMemory(packed.size);
     std::uint8_t* to = gathered.get();
     for (const files::ByteSpan piece : pieces) to = std::copy(piece.begin(), piece.end(), to);
     whole = {gathered.get(), static_cast<std::size_t>(packed.size)};
@@ -57,7 +53,7 @@ Packed pack(std::span<const files::ByteSpan> pieces, Method method, int level) {
   if (level == kLevelBySize) level = packed.size <= kSmall ? kLevelOfSmall : kLevelOfLarge;
   const Compressor compressor(level);
   const std::size_t bound = libdeflate_deflate_compress_bound(compressor.handle, whole.size());
-  packed.owner = unwritten(bound);
+  packed.owner = files::freshMemory(bound);
   packed.packedSize =
       libdeflate_deflate_compress(compressor.handle, whole.data(), whole.size(), packed.owner.get(), bound);
   packed.bytes = {files::ByteSpan(packed.owner.get(), packed.packedSize)};

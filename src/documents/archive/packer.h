@@ -16,7 +16,7 @@ struct Packed {
   std::uint32_t crc = 0;
   std::uint64_t packedSize = 0;
   std::vector<files::ByteSpan> bytes;  ///< packedSize together, one after the other
-  std::unique_ptr<std::uint8_t[]> owner;
+  std::shared_ptr<std::uint8_t[]> owner;
 };
 
 /// Stored contents are the pieces themselves; deflated ones are new bytes.

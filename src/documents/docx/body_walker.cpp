@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstring>
 #include <string>
 
 namespace pluvo::docx {
@@ -27,12 +28,28 @@ void appendCodePoint(std::u16string& units, char32_t c) {
   }
 }
 
+constexpr std::size_t kBlock = 8;
+
+/// Most text, a block at a time.
+bool isPrintableAscii(const char* block) {
+  constexpr std::uint64_t kEach = 0x0101010101010101;
+  std::uint64_t bytes = 0;
+  std::memcpy(&bytes, block, kBlock);
+  return ((bytes | (bytes - kEach * 0x20)) & (kEach * 0x80)) == 0;
+}
+
 /// Bytes that the scanner has found to be UTF-8. A line end is a blank.
 void appendUtf8(std::u16string& units, std::string_view bytes) {
   const std::size_t start = units.size();
   units.resize(start + bytes.size());
   char16_t* out = units.data() + start;
   for (std::size_t i = 0; i < bytes.size();) {
+    while (bytes.size() - i >= kBlock && isPrintableAscii(bytes.data() + i)) {
+      for (std::size_t n = 0; n < kBlock; ++n) out[n] = static_cast<std::uint8_t>(bytes[i + n]);
+      out += kBlock;
+      i += kBlock;
+    }
+    if (i == bytes.size()) break;
     const auto lead = static_cast<std::uint8_t>(bytes[i]);
     const auto trail = [&](std::size_t n) { return static_cast<std::uint32_t>(bytes[i + n]) & 0x3FU; };
     if (lead >= 0x20 && lead < 0x80) {
@@ -248,9 +265,12 @@ void BodyWalker::startInRun(Name name, Token token) {
     }
     case Name::alternateContent:
       return alternativeInRun();
-    default:
-      if (const char16_t unit = characterOf(name, token); unit != 0) return single(unit, token, name);
+    default: {
+      const Offset begin = scanner_.begin();
+      if (const char16_t unit = characterOf(name, token); unit != 0)
+        return singleFrom(begin, unit, token, name, {});
       break;
+    }
   }
   skip(token);
 }
@@ -290,20 +310,24 @@ char16_t BodyWalker::characterOf(Name name, Token token) {
   }
 }
 
-/// Looks one element ahead to tell a picture that floats from one in the line.
+/// The first element within tells a picture that floats from one in the line. Goes to the end of the drawing.
 char16_t BodyWalker::drawingCharacter(Token token) {
   if (token != Token::start) return text::kPicture;
-  xml::Scanner ahead = scanner_;
-  Token next = ahead.next();
-  while (next == Token::text || next == Token::comment) next = ahead.next();
-  return opens(next) && nameOf(ahead) == Name::drawingAnchor ? text::kFloatingPicture : text::kPicture;
+  const std::size_t depth = scanner_.depth();
+  Token next = scanner_.next();
+  while (next == Token::text || next == Token::comment) next = scanner_.next();
+  const bool floats = opens(next) && nameOf(scanner_) == Name::drawingAnchor;
+  while (scanner_.depth() >= depth) scanner_.next();
+  return floats ? text::kFloatingPicture : text::kPicture;
 }
 
 void BodyWalker::single(char16_t unit, Token token, Name name, std::string_view reference) {
-  Extent extent = tokenExtent();
+  singleFrom(scanner_.begin(), unit, token, name, reference);
+}
+
+void BodyWalker::singleFrom(Offset begin, char16_t unit, Token token, Name name, std::string_view reference) {
   skip(token);
-  extent.end = scanner_.end();
-  events_.character(unit, extent, name, reference);
+  events_.character(unit, {begin, scanner_.end()}, name, reference);
   advance(1);
 }
 
@@ -476,6 +500,21 @@ void BodyWalker::readProperties(Name kind, Token token) {
 
 void BodyWalker::readLook(RunLook& look, Token token) {
   if (token != Token::start) return;
+  if (const LookMemory::Known* known = looks_.recall(scanner_.ahead(), scanner_.scope())) {
+    look = known->look;
+    scanner_.resumeAt(scanner_.end() + static_cast<Offset>(known->inner));
+    scanner_.next();
+    return;
+  }
+  const std::uint32_t scope = scanner_.scope();
+  const Offset begin = scanner_.end();
+  look = {};
+  scanLook(look);
+  looks_.remember({scanner_.bytes(begin, scanner_.end()), scanner_.begin() - begin, scope, look});
+}
+
+/// To the end of the element just begun.
+void BodyWalker::scanLook(RunLook& look) {
   const std::size_t depth = scanner_.depth();
   for (Token next = scanner_.next(); next != Token::end || scanner_.depth() >= depth;
        next = scanner_.next()) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "look_memory.h"
 #include "names.h"
 #include "text/positions.h"
 #include "xml/scanner.h"
@@ -19,14 +20,6 @@ struct Extent {
   Offset begin = 0;
   Offset end = 0;
   bool empty() const { return begin >= end; }
-};
-
-/// What a run or a paragraph's mark says of its look.
-struct RunLook {
-  enum class Hidden : std::uint8_t { inherited, no, yes };
-  std::uint8_t highlight = 0;
-  Hidden hidden = Hidden::inherited;
-  std::string style;
 };
 
 struct Properties {
@@ -138,7 +131,9 @@ class BodyWalker {
   void enterAlternative(Name name, xml::Token token, Context within);
   void readProperties(Name kind, xml::Token token);
   void readLook(RunLook& look, xml::Token token);
+  void scanLook(RunLook& look);
   void single(char16_t unit, xml::Token token, Name name, std::string_view reference = {});
+  void singleFrom(Offset begin, char16_t unit, xml::Token token, Name name, std::string_view reference);
   void skip(xml::Token token);
   char16_t drawingCharacter(xml::Token token);
   char16_t characterOf(Name name, xml::Token token);
@@ -160,6 +155,7 @@ class BodyWalker {
   std::size_t textTokens_ = 0;
   Extent textToken_;
   Properties properties_;
+  LookMemory looks_;
   bool finished_ = false;
 };
 

@@ -83,6 +83,10 @@ class Scanner {
   /// What a prefix means at the last token (within a start or empty tag, with its own declarations);
   /// kOtherNamespace when it is not declared, kNoNamespace for an empty prefix without default.
   NamespaceId namespaceOf(std::string_view prefix) const { return names_.namespaceOf(prefix); }
+  /// The declarations in scope as a number: under the same number the same bytes are the same tokens.
+  std::uint32_t scope() const { return names_.scope(); }
+  /// The bytes behind the last token.
+  std::string_view ahead() const { return rest(text_ + end_); }
   /// Goes on at another place of these bytes, where a token begins and the same elements are open as after
   /// the last token.
   void resumeAt(Offset place) {

@@ -1,0 +1,30 @@
+#include "files/fresh_memory.h"
+
+#include <sys/mman.h>
+
+#include <cstdlib>
+#include <new>
+
+namespace pluvo::files {
+
+namespace {
+
+constexpr std::size_t kLargePage = std::size_t{2} << 20U;
+/// Below, a large page would be mostly empty.
+constexpr std::size_t kLarge = 2 * kLargePage;
+
+}  // namespace
+
+std::shared_ptr<std::uint8_t[]> freshMemory(std::size_t size) {
+  if (size < kLarge || size > SIZE_MAX - kLargePage)
+    return std::make_shared_for_overwrite<std::uint8_t[]>(size);
+  const std::size_t rounded = (size + kLargePage - 1) / kLargePage * kLargePage;
+  void* const memory = std::aligned_alloc(kLargePage, rounded);
+  if (memory == nullptr) throw std::bad_alloc();
+#ifdef MADV_HUGEPAGE
+  madvise(memory, rounded, MADV_HUGEPAGE);  // where it fails, small pages serve
+#endif
+  return {static_cast<std::uint8_t*>(memory), [](std::uint8_t* block) { std::free(block); }};
+}
+
+}  // namespace pluvo::files
