@@ -42,7 +42,6 @@ void writeAll(files::FileSystem& system, files::Handle file, files::ByteSpan byt
 void append(files::FileSystem& system, files::Handle journal, const Record& record) {
   const std::string line = lineOf(record);
   writeAll(system, journal, {reinterpret_cast<const std::uint8_t*>(line.data()), line.size()});
-  system.flush(journal);
 }
 
 void copyBytes(files::FileSystem& system, files::Handle from, files::Handle to) {
@@ -77,6 +76,7 @@ Recorder::Recorder(files::FileSystem& system, std::string folder, std::string co
       lock_ = lockRun(system_, run_);
     } while (lock_ == nullptr);
     journal_.emplace(system_, system_.openToAppend(journalIn(run_)));
+    // Flushed with the first document: without one there is nothing to take back.
     append(system_, journal_->handle(), {Record::Kind::command, std::move(command), 0, {}, {}});
   } catch (const std::system_error& failure) {
     throw journalFailed(failure);
@@ -98,6 +98,7 @@ void Recorder::keep(const files::Replacement& replacement) {
     const std::uint64_t size = replacement.before.stamp.size;
     if (!makeRoom(size)) {
       append(system_, journal_->handle(), {Record::Kind::notKept, replacement.path, 0, {}, {}});
+      system_.flush(journal_->handle());
       ++notKept_;
       return;
     }
@@ -109,6 +110,7 @@ void Recorder::keep(const files::Replacement& replacement) {
     if (kept_ == 0) flushNames(system_, folder_);
     append(system_, journal_->handle(),
            {Record::Kind::kept, replacement.path, kept_, replacement.before, replacement.after});
+    system_.flush(journal_->handle());
     ++kept_;
     size_ += size;
   } catch (const std::system_error& failure) {
