@@ -71,7 +71,7 @@ void RunFile::save() {
 }
 
 std::string RunFile::placeForCopy() const {
-  const std::string path = *around_.plan.outputFolder + "/" + named_.place;
+  std::string path = *around_.plan.outputFolder + "/" + named_.place;
   makeFolders(around_.system, path.substr(0, path.rfind('/')));
   return path;
 }

@@ -31,7 +31,7 @@ std::string writeUnfinished(files::FileSystem& system, const std::vector<NamedDo
   // Beside the journal of runs, where there is one.
   std::string folder = journal::defaultFolder().value_or("./runs");
   folder.erase(folder.rfind('/'));
-  const std::string path = folder + "/" + nameOfList();
+  std::string path = folder + "/" + nameOfList();
   makeFolders(system, folder);
   try {
     files::OpenFile file(system, system.createNew(path));

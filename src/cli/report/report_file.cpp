@@ -56,7 +56,7 @@ void ReportFile::finish(std::string_view beginning, std::string_view end) {
   writeTo(file_.get(), beginning);
   require(std::fflush(later_.get()) == 0);
   std::rewind(later_.get());
-  std::array<char, 64 * 1024> buffer = {};
+  std::array<char, 65536> buffer = {};
   while (const std::size_t count = std::fread(buffer.data(), 1, buffer.size(), later_.get()))
     writeTo(file_.get(), {buffer.data(), count});
   require(std::ferror(later_.get()) == 0);
