@@ -62,11 +62,13 @@ void Execution::pause() {
   const auto now = [&] { return static_cast<float>(clock_.secondsSinceMidnight()); };
   const float start = now();
   float over = start + 0.5F;
-  for (float time = start; time <= over; time = now()) {
+  float time = start;
+  while (time <= over) {
     // Past midnight the end of the pause may lie beyond the day's last second: then the clock has to pass
     // the start again.
     if (time < start) over = start;
     yielding_.yield();
+    time = now();
   }
 }
 

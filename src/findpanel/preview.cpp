@@ -121,7 +121,7 @@ std::u16string makingSentences(const Request& request, const SampleOperation& wh
 
 std::u16string previewOf(const forms::Form& form) {
   const Request request(form);
-  if (const std::u16string why = obstacle(request); !why.empty()) return why;
+  if (std::u16string why = obstacle(request); !why.empty()) return why;
   const SampleText found(request.text(u"txtBeginText"), request.text(u"txtEndText"),
                          request.text(u"txtInsideText1"));
   const SampleOperation what = operationOf(request);

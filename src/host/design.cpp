@@ -75,7 +75,7 @@ std::unique_ptr<forms::Control> make(const DesignedControl& designed) {
   auto control = ofKind(designed);
   control->ControlTipText(designed.tip);
   control->Cell(designed.cell);
-  if (designed.font != nullptr) control->Font({designed.font, designed.fontSize});
+  if (designed.fontSize != 0) control->Font({designed.font, designed.fontSize});
   if (designed.state == At::off) {
     control->Enabled(false);
     control->BackStyle(forms::BackStyle::transparent);

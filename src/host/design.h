@@ -33,8 +33,8 @@ struct DesignedControl {
   const char16_t* tip;
   forms::Cell cell;
   At state = At::first;
-  const char16_t* font = nullptr;
-  int fontSize = 0;
+  int fontSize = 0;  ///< 0: as the others, and so its face
+  const char16_t* font = u"";
 };
 
 struct DesignedPage {

@@ -124,9 +124,9 @@ constexpr DesignedControl kOptions[] = {
 };
 
 constexpr DesignedControl kAbout[] = {
-    {u"lblProduct", Kind::label, u"P.L.U.V.O.", u"", Cell{0, 0, 1, 12}, At::first, u"Impact", 28},
-    {u"lblProductLong", Kind::label, u"Pluvorama", u"", Cell{1, 0, 1, 12}, At::first, u"Bookman Old Style",
-     18},
+    {u"lblProduct", Kind::label, u"P.L.U.V.O.", u"", Cell{0, 0, 1, 12}, At::first, 28, u"Impact"},
+    {u"lblProductLong", Kind::label, u"Pluvorama", u"", Cell{1, 0, 1, 12}, At::first, 18,
+     u"Bookman Old Style"},
     {u"lblVersion", Kind::label, u"Version 1.3", u"", Cell{2, 0, 1, 12}},
     {u"Label4", Kind::label, u"Finds blocks of text:", u"", Cell{3, 0, 1, 4}},
     {u"Label5", Kind::label, u"a beginning, an ending, and what stands between them", u"", Cell{3, 4, 1, 8}},

@@ -28,6 +28,7 @@ class MachineRandomSource final : public RandomSource {
 
 std::unique_ptr<RandomSource> machineRandomSource() { return std::make_unique<MachineRandomSource>(); }
 
+// NOLINTBEGIN(bugprone-suspicious-missing-comma): the tips are long
 std::vector<std::u16string> usageTips() {
   return {
       std::u16string(u"You can copy an paste text directly into the Begins with, Ends with, and Inside Text "
@@ -69,6 +70,7 @@ std::vector<std::u16string> usageTips() {
       u"found since they are not considered text when searching through Microsoft\u00AE Word\u00AE.",
   };
 }
+// NOLINTEND(bugprone-suspicious-missing-comma)
 
 std::u16string usageTip(RandomSource& random) {
   const std::vector<std::u16string> tips = usageTips();
