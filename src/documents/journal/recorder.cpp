@@ -24,7 +24,7 @@ std::string utcNow() {
 std::string createRun(files::FileSystem& system, const std::string& folder) {
   const std::string start = folder + "/" + utcNow() + "-";
   for (int number = 0;; ++number) {
-    const std::string run = start + std::to_string(number);
+    std::string run = start + std::to_string(number);
     if (system.exists(run)) continue;
     try {
       system.createFolder(run);
@@ -44,8 +44,10 @@ void append(files::FileSystem& system, files::Handle journal, const Record& reco
   writeAll(system, journal, {reinterpret_cast<const std::uint8_t*>(line.data()), line.size()});
 }
 
+constexpr std::size_t kCopyBuffer = std::size_t{1024} * 1024;
+
 void copyBytes(files::FileSystem& system, files::Handle from, files::Handle to) {
-  std::vector<std::uint8_t> buffer(1024 * 1024);
+  std::vector<std::uint8_t> buffer(kCopyBuffer);
   while (const std::size_t count = system.read(from, buffer))
     writeAll(system, to, files::ByteSpan(buffer).first(count));
 }

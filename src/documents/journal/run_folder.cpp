@@ -7,6 +7,11 @@
 
 namespace pluvo::journal {
 
+std::string pathIn(const std::string& folder, const std::string& name) {
+  std::string path = folder;
+  return path.append("/").append(name);
+}
+
 std::string journalIn(const std::string& run) { return run + "/journal"; }
 std::string lockIn(const std::string& run) { return run + "/lock"; }
 std::string originalIn(const std::string& run, std::uint64_t number) {
@@ -40,7 +45,7 @@ std::unique_ptr<files::OpenFile> lockRun(files::FileSystem& system, const std::s
 void removeRun(files::FileSystem& system, const std::string& run) {
   bool journal = false;
   for (const std::string& name : system.names(run)) {
-    const std::string path = run + "/" + name;
+    const std::string path = pathIn(run, name);
     if (path == journalIn(run)) {
       journal = true;
     } else if (path != lockIn(run)) {

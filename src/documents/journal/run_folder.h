@@ -11,6 +11,8 @@
 
 namespace pluvo::journal {
 
+std::string pathIn(const std::string& folder, const std::string& name);
+
 /// Paths inside a run's folder.
 std::string journalIn(const std::string& run);
 std::string lockIn(const std::string& run);

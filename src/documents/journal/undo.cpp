@@ -86,7 +86,7 @@ std::vector<Run> runs(files::FileSystem& system, const std::string& folder) {
   std::vector<Run> found;
   try {
     for (const std::string& name : runNames(system, folder)) {
-      const std::string path = folder + "/" + name;
+      const std::string path = pathIn(folder, name);
       Run run = summaryOf(name, recordsIn(system, path));
       if (run.documents == 0) continue;
       run.going = lockRun(system, path) == nullptr;

@@ -15,7 +15,6 @@ using model::Look;
 using model::Model;
 using text::Position;
 
-
 namespace {
 
 constexpr std::u16string_view kSpecial = u"¶{|}⟦¦‖⟧§<>[]\\";
