@@ -15,6 +15,8 @@ namespace pluvo::docx {
 using text::Position;
 using xml::Offset;
 
+inline bool opens(xml::Token token) { return token == xml::Token::start || token == xml::Token::empty; }
+
 /// Bytes of the main part.
 struct Extent {
   Offset begin = 0;

@@ -152,7 +152,7 @@ std::string_view markHighlight(std::string_view paragraphProperties) {
 
 std::string forSplitOffParagraph(std::string_view paragraphProperties) {
   const std::string_view old = childOf(paragraphProperties, "rPr");
-  const std::string kept = without(paragraphProperties, [](std::string_view local) {
+  std::string kept = without(paragraphProperties, [](std::string_view local) {
     return isOneOf(local, {"sectPr", "pPrChange"});
   });
   if (old.empty() || kept.empty()) return kept;

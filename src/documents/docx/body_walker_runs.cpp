@@ -1,0 +1,216 @@
+// What stands in runs: text, the elements that are characters, and fields.
+#include "body_walker.h"
+#include "model/content_builder.h"
+#include "text_decoding.h"
+
+#include <charconv>
+
+namespace pluvo::docx {
+
+using xml::Token;
+
+void BodyWalker::startInRun(Name name, Token token) {
+  switch (name) {
+    case Name::rPr:
+      if (stack_.back().tag.name == Name::r) return readProperties(name, token);
+      break;
+    case Name::t:
+    case Name::delText:
+      return textElement(token);
+    case Name::instrText:
+    case Name::delInstrText:
+      if (inCode()) return textElement(token);
+      break;
+    case Name::fldChar:
+      return fieldCharacter(token);
+    case Name::footnoteReference:
+    case Name::endnoteReference: {
+      const std::string id = attributeValue(Name::id);
+      return single(text::kNoteReference, token, name, id);
+    }
+    case Name::commentReference: {
+      const std::string id = attributeValue(Name::id);
+      return single(text::kCommentReference, token, name, id);
+    }
+    case Name::alternateContent:
+      return alternativeInRun();
+    default: {
+      const Offset begin = scanner_.begin();
+      if (const char16_t unit = characterOf(name, token); unit != 0)
+        return singleFrom(begin, unit, token, name, {});
+      break;
+    }
+  }
+  skip(token);
+}
+
+char16_t BodyWalker::characterOf(Name name, Token token) {
+  switch (name) {
+    case Name::tab:
+    case Name::ptab:
+      return text::kTab;
+    case Name::cr:
+      return text::kLineBreak;
+    case Name::br: {
+      const std::string type = attributeValue(Name::type);
+      if (type == "page") return text::kPageBreak;
+      return type == "column" ? text::kColumnBreak : text::kLineBreak;
+    }
+    case Name::noBreakHyphen:
+      return text::kNonBreakingHyphen;
+    case Name::softHyphen:
+      return text::kOptionalHyphen;
+    case Name::sym: {
+      const std::string code = attributeValue(Name::charCode);
+      unsigned unit = 0;
+      std::from_chars(code.data(), code.data() + code.size(), unit, 16);
+      const bool fit = unit >= 0x20 && unit < 0xFFFE && (unit < 0xD800 || unit > 0xDFFF);
+      return fit ? static_cast<char16_t>(unit) : u'(';
+    }
+    case Name::drawing:
+      return drawingCharacter(token);
+    case Name::pict:
+    case Name::object:
+    case Name::ruby:
+    case Name::contentPart:
+      return text::kPicture;
+    default:
+      return 0;
+  }
+}
+
+/// The first element within tells a picture that floats from one in the line. Goes to the end of the drawing.
+char16_t BodyWalker::drawingCharacter(Token token) {
+  if (token != Token::start) return text::kPicture;
+  const std::size_t depth = scanner_.depth();
+  Token next = scanner_.next();
+  while (next == Token::text || next == Token::comment) next = scanner_.next();
+  const bool floats = opens(next) && nameOf(scanner_) == Name::drawingAnchor;
+  while (scanner_.depth() >= depth) scanner_.next();
+  return floats ? text::kFloatingPicture : text::kPicture;
+}
+
+void BodyWalker::single(char16_t unit, Token token, Name name, std::string_view reference) {
+  singleFrom(scanner_.begin(), unit, token, name, reference);
+}
+
+void BodyWalker::singleFrom(Offset begin, char16_t unit, Token token, Name name, std::string_view reference) {
+  skip(token);
+  events_.character(unit, {begin, scanner_.end()}, name, reference);
+  advance(1);
+}
+
+void BodyWalker::fieldCharacter(Token token) {
+  const std::string type = attributeValue(Name::fldCharType);
+  if (type == "begin") {
+    single(text::kFieldBegin, token, Name::fldChar);
+    openField({});
+  } else if (type == "separate" && inCode()) {
+    single(text::kFieldSeparator, token, Name::fldChar);
+    fields_.back().inResult = true;
+  } else if (type == "end" && !fields_.empty() && !fields_.back().simple) {
+    single(text::kFieldEnd, token, Name::fldChar);
+    fields_.pop_back();
+  } else {
+    skip(token);
+  }
+}
+
+void BodyWalker::openField(OpenField field) {
+  if (fields_.size() == model::ContentBuilder::kDeepest) {
+    throw files::DocumentError(files::Problem::tooLarge, "The document has fields nested " +
+                                                             std::to_string(model::ContentBuilder::kDeepest) +
+                                                             " deep, which is more than is worked on.");
+  }
+  fields_.push_back(field);
+}
+
+void BodyWalker::enterSimpleField(Token token) {
+  units_.clear();
+  appendUtf8(units_, attributeValue(Name::instr));
+  openField({true, true});
+  stack_.push_back({{Name::fldSimple, tokenExtent(), token == Token::empty}, Context::inlines});
+  const Tag tag = stack_.back().tag;
+  events_.simpleField(tag, units_);
+  advance(units_.size() + 2);
+  events_.open(tag);
+  if (token == Token::empty) leave({scanner_.end(), scanner_.end()});
+}
+
+void BodyWalker::textElement(Token token) {
+  TextElement element;
+  element.tag = scanner_.qualifiedName();
+  const xml::Attribute* const space = attribute(scanner_, Name::space);
+  const bool preserved = space != nullptr && scanner_.rawValue(*space) == "preserve";
+  element.extent = tokenExtent();
+  units_.clear();
+  textTokens_ = 0;
+  collectText(token);
+  element.extent.end = scanner_.end();
+  if (textTokens_ == 1 && textToken_.end - textToken_.begin == units_.size()) {
+    element.bytes = scanner_.bytes(textToken_.begin, textToken_.end);
+  }
+  if (!preserved) trimBlanks(units_, element.bytes);
+  if (units_.empty()) return;
+  element.units = units_;
+  events_.text(element);
+  advance(units_.size());
+}
+
+/// The characters up to the end of the element just begun, added to units_.
+void BodyWalker::collectText(Token token) {
+  if (token != Token::start) return;
+  for (Token next = scanner_.next(); next != Token::end; next = scanner_.next()) {
+    if (next == Token::text) {
+      ++textTokens_;
+      textToken_ = tokenExtent();
+      appendUtf8(units_, scanner_.bytes(scanner_.begin(), scanner_.end()));
+    }
+    if (next == Token::cdata || next == Token::reference) textTokens_ += 2;
+    if (next == Token::cdata) appendUtf8(units_, scanner_.bytes(scanner_.innerBegin(), scanner_.innerEnd()));
+    if (next == Token::reference) appendCodePoint(units_, scanner_.codePoint());
+    if (next == Token::start) scanner_.skipElement();
+  }
+}
+
+/// Alternatives within a run are one element to the text: what the chosen one holds.
+void BodyWalker::alternativeInRun() {
+  TextElement element;
+  element.extent = tokenExtent();
+  const std::size_t depth = scanner_.depth();
+  std::size_t chosen = 0;  // the depth of the chosen one while within it
+  bool any = false;
+  char16_t picture = 0;
+  units_.clear();
+  for (Token token = scanner_.next(); token != Token::end || scanner_.depth() >= depth;
+       token = scanner_.next()) {
+    if (token == Token::end && scanner_.depth() < chosen) chosen = 0;
+    if (!opens(token)) continue;
+    const Name name = nameOf(scanner_);
+    if (chosen == 0) {
+      const bool take = !any && (name == Name::fallback ||
+                                 (name == Name::choice && understood(attributeValue(Name::requires_))));
+      if (take && token == Token::start) chosen = scanner_.depth();
+      any = any || take;
+      if (!take) skip(token);
+    } else if (name == Name::t || name == Name::delText) {
+      collectText(token);
+    } else {
+      const char16_t unit = characterOf(name, token);
+      if (unit == text::kPicture || unit == text::kFloatingPicture) picture = unit;
+      if (unit != 0) units_.push_back(unit);
+      skip(token);
+    }
+  }
+  element.extent.end = scanner_.end();
+  if (picture != 0) {
+    events_.character(picture, element.extent, Name::drawing, {});
+    advance(1);
+  } else if (!units_.empty()) {
+    element.units = units_;
+    events_.text(element);
+    advance(units_.size());
+  }
+}
+
+}  // namespace pluvo::docx

@@ -1,0 +1,80 @@
+#include "text_decoding.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+
+namespace pluvo::docx {
+
+namespace {
+
+bool isBlank(char16_t unit) { return unit == u' ' || unit == u'\t'; }
+
+constexpr std::size_t kBlock = 8;
+
+/// Most text, a block at a time.
+bool isPrintableAscii(const char* block) {
+  constexpr std::uint64_t kEach = 0x0101010101010101;
+  std::uint64_t bytes = 0;
+  std::memcpy(&bytes, block, kBlock);
+  return ((bytes | (bytes - kEach * 0x20)) & (kEach * 0x80)) == 0;
+}
+
+}  // namespace
+
+void appendCodePoint(std::u16string& units, char32_t c) {
+  if (c >= 0x10000) {
+    units.push_back(static_cast<char16_t>(0xD7C0 + (c >> 10U)));
+    units.push_back(static_cast<char16_t>(0xDC00 + (c & 0x3FFU)));
+  } else {
+    units.push_back(c == u'\n' || c == u'\r' ? u' ' : static_cast<char16_t>(c));
+  }
+}
+
+void appendUtf8(std::u16string& units, std::string_view bytes) {
+  const std::size_t start = units.size();
+  units.resize(start + bytes.size());
+  char16_t* out = units.data() + start;
+  for (std::size_t i = 0; i < bytes.size();) {
+    while (bytes.size() - i >= kBlock && isPrintableAscii(bytes.data() + i)) {
+      for (std::size_t n = 0; n < kBlock; ++n) out[n] = static_cast<std::uint8_t>(bytes[i + n]);
+      out += kBlock;
+      i += kBlock;
+    }
+    if (i == bytes.size()) break;
+    const auto lead = static_cast<std::uint8_t>(bytes[i]);
+    const auto trail = [&](std::size_t n) { return static_cast<std::uint32_t>(bytes[i + n]) & 0x3FU; };
+    if (lead >= 0x20 && lead < 0x80) {
+      *out++ = lead;
+      ++i;
+    } else if (lead < 0x20) {
+      const bool pair = lead == '\r' && i + 1 < bytes.size() && bytes[i + 1] == '\n';
+      *out++ = lead == '\t' ? u'\t' : u' ';
+      i += pair ? 2 : 1;
+    } else if (lead < 0xE0) {
+      *out++ = static_cast<char16_t>((lead & 0x1FU) << 6U | trail(1));
+      i += 2;
+    } else if (lead < 0xF0) {
+      *out++ = static_cast<char16_t>((lead & 0x0FU) << 12U | trail(1) << 6U | trail(2));
+      i += 3;
+    } else {
+      const std::uint32_t c = (lead & 0x07U) << 18U | trail(1) << 12U | trail(2) << 6U | trail(3);
+      *out++ = static_cast<char16_t>(0xD7C0 + (c >> 10U));
+      *out++ = static_cast<char16_t>(0xDC00 + (c & 0x3FFU));
+      i += 4;
+    }
+  }
+  units.resize(static_cast<std::size_t>(out - units.data()));
+}
+
+void trimBlanks(std::u16string& units, std::string_view& bytes) {
+  const auto last = std::find_if_not(units.rbegin(), units.rend(), isBlank);
+  const auto behind = static_cast<std::size_t>(last - units.rbegin());
+  units.resize(units.size() - behind);
+  const auto front =
+      static_cast<std::size_t>(std::find_if_not(units.begin(), units.end(), isBlank) - units.begin());
+  units.erase(0, front);
+  if (!bytes.empty()) bytes = bytes.substr(front, units.size());
+}
+
+}  // namespace pluvo::docx

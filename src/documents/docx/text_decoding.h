@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace pluvo::docx {
+
+/// Adds a character; a line end is a blank.
+void appendCodePoint(std::u16string& units, char32_t c);
+
+/// Adds bytes that a scanner has found to be UTF-8; a line end is a blank.
+void appendUtf8(std::u16string& units, std::string_view bytes);
+
+/// Takes the blanks at both ends away, and from the bytes, when there are any, those that stand for them.
+void trimBlanks(std::u16string& units, std::string_view& bytes);
+
+}  // namespace pluvo::docx
