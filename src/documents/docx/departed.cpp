@@ -81,6 +81,9 @@ void Departed::findNotes(const BodyMap& map) {
                                       : comments_)
         .insert(id);
   }
+  for (const BodyMap::CommentMarker& marker : map.commentMarkers) {
+    if (comments_.contains(marker.id)) places_.push_back(marker.position);
+  }
 }
 
 void Departed::findBookmarks(const BodyMap& map, const text::OriginalText& original, files::ByteSpan part) {

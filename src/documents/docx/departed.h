@@ -17,6 +17,7 @@ class Departed : public Casualties {
            files::ByteSpan part);
 
   bool goes(const Marker& marker) const override;
+  const std::vector<Position>& places() const override { return places_; }
 
   const std::set<std::string>& footnotes() const { return footnotes_; }
   const std::set<std::string>& endnotes() const { return endnotes_; }
@@ -28,6 +29,7 @@ class Departed : public Casualties {
   bool isDropped(text::Span span) const;
 
   std::vector<text::Span> dropped_;
+  std::vector<Position> places_;
   std::set<std::string> footnotes_;
   std::set<std::string> endnotes_;
   std::set<std::string> comments_;

@@ -77,7 +77,9 @@ class Reader : public BodyEvents {
 
   void marker(const Marker& marker) override {
     const Position position = walker_.position();
-    if (marker.name == Name::bookmarkStart) {
+    if (marker.name == Name::commentRangeStart || marker.name == Name::commentRangeEnd) {
+      map_.commentMarkers.push_back({position, marker.id});
+    } else if (marker.name == Name::bookmarkStart) {
       openBookmarks_[marker.id] = map_.bookmarks.size();
       map_.bookmarks.push_back({marker.id, marker.label, position, position, false});
     } else if (marker.name == Name::bookmarkEnd) {

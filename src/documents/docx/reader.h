@@ -34,6 +34,13 @@ struct BodyMap {
   };
   std::vector<Reference> references;
 
+  /// Where the ranges of comments begin and end: just before these positions.
+  struct CommentMarker {
+    Position position;
+    std::string id;
+  };
+  std::vector<CommentMarker> commentMarkers;
+
   struct Bookmark {
     std::string id;
     std::string name;

@@ -42,7 +42,7 @@ Rewriter::Rewriter(files::ByteSpan part, const std::string& partName, const Body
       identifiers_(part) {}
 
 std::vector<files::ByteSpan> Rewriter::rewrite() {
-  const std::vector<Span> allTouched = touchedSpans(script_, model_, originalHighlight_);
+  const std::vector<Span> allTouched = placesToVisit();
   // What is written anew is gathered in one buffer; growing it little by little would copy it again and
   // again.
   constexpr std::size_t kPerTouch = 512;
@@ -53,6 +53,15 @@ std::vector<files::ByteSpan> Rewriter::rewrite() {
     }
   }
   return output_.finish();
+}
+
+std::vector<Span> Rewriter::placesToVisit() const {
+  std::vector<Span> spans = touchedSpans(script_, model_, originalHighlight_);
+  if (casualties_.places().empty()) return spans;
+  // A marker may stand between two paragraphs, so that the way to it begins in the one before.
+  for (const Position place : casualties_.places()) spans.push_back({std::max(place - 1, 0), place + 1});
+  std::sort(spans.begin(), spans.end(), [](const Span& a, const Span& b) { return a.from < b.from; });
+  return spans;
 }
 
 /// Between two blocks of the body with nothing under way.

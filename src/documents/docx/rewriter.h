@@ -20,6 +20,8 @@ class Casualties {
  public:
   virtual ~Casualties() = default;
   virtual bool goes(const Marker& marker) const = 0;
+  /// Places outside the deleted text where such markers stand, just before these positions.
+  virtual const std::vector<Position>& places() const = 0;
 };
 
 /// Carries an edit over to the main part. Walks the touched paragraphs once more, each from the nearest place
@@ -119,6 +121,7 @@ class Rewriter : private BodyEvents {
   void rowMark(Extent endTag) override;
 
   // The walk (rewriter.cpp).
+  std::vector<text::Span> placesToVisit() const;
   bool idle() const;
   void jumpTowards(Position position);
   void copyTo(Offset to);

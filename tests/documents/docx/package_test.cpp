@@ -203,6 +203,17 @@ TEST(Package, notesAndCommentsGoWithTheirReferences) {
   EXPECT_EQ(worsened(faultsOf(document), faultsOf(written)), "");
 }
 
+TEST(Package, theRangeOfACommentGoesWhereverItBegins) {
+  const NoteParts notes = withNotes();
+  const std::string before = p(run("x") + "<w:commentRangeStart w:id=\"0\"/>" + run(std::string(2000, 'y')));
+  const std::string filling = p(run(std::string(2000, 'z'))) + "<w:commentRangeEnd w:id=\"0\"/>";
+  const std::string last = p(run("a") + "<w:r><w:commentReference w:id=\"0\"/></w:r>");
+  Opened opened = open(documentOf(before + filling + last, notes.parts));
+  opened.model.replace(opened.find(u"a\x05"), u"b", View::results);
+  EXPECT_EQ(bodyOf(opened.written()),
+            p(run("x") + run(std::string(2000, 'y'))) + p(run(std::string(2000, 'z'))) + p(run("b")));
+}
+
 TEST(Package, otherMembersAreCopied) {
   const files::Bytes document = documentOf(p(run("x")), {{"word/media/a.bin", std::string(1000, 'q')}});
   Opened opened = open(document);
