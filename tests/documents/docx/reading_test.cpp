@@ -132,6 +132,30 @@ TEST(Reading, aParagraphWithASectionEndsIt) {
   });
 }
 
+/// What LibreOffice reads otherwise: the sweep's differences come from these.
+TEST(Reading, whereAnotherProgramDiffers) {
+  expectTexts({
+      // A merged cell's covered part has text of its own; there it is left out.
+      {tbl(tr(tc("<w:tcPr><w:vMerge/></w:tcPr>" + p(run("covered"))))) + p(""), "⟦covered¦‖⟧¶"},
+      // Results are what the file says; there dates, names and pages are worked out anew.
+      {p("<w:fldSimple w:instr=\"DATE\">" + run("3 March") + "</w:fldSimple>"), "{DATE|3 March}¶"},
+      // A field without result shows nothing; there an entry for a table of contents shows its text.
+      {p(fld("begin") + instr("TC \"A\"") + fld("end")), "{TC \"A\"}¶"},
+      // Alternatives may hold whole paragraphs; there they are lost.
+      {"<mc:AlternateContent><mc:Choice Requires=\"wps\">" + p(run("a")) +
+           "</mc:Choice><mc:Fallback/></mc:AlternateContent>" + p(""),
+       "a¶¶"},
+      // Frames and floating tables stand where they are anchored; there they are outside the text.
+      {p("<w:pPr><w:framePr w:w=\"9\"/></w:pPr>" + run("frame")) + p(""), "frame¶¶"},
+      {"<w:tbl><w:tblPr><w:tblpPr w:tblpX=\"1\"/></w:tblPr>" + tr(tc(p(run("x")))) + "</w:tbl>" + p(""),
+       "⟦x¦‖⟧¶"},
+      // Breaks in controls for plain text are breaks; there they are lost.
+      {p("<w:sdt><w:sdtPr><w:text/></w:sdtPr><w:sdtContent><w:r><w:t>a</w:t><w:br/><w:t>b</w:t></w:r>"
+         "</w:sdtContent></w:sdt>"),
+       "a\vb¶"},
+  });
+}
+
 TEST(Reading, stylesHide) {
   const std::string styles =
       "<w:styles xmlns:w=\"http://schemas.openxmlformats.org/wordprocessingml/2006/main\">"
