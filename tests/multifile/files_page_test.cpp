@@ -97,7 +97,7 @@ TEST_F(FilesPage, ShowsThatItSearches) {
 TEST_F(FilesPage, TrimsTheList) {
   tick(u"chkFTdoc", false);
   listed();
-  for (const std::size_t row : {0, 2, 4}) files().select(row);
+  for (const std::size_t row : {0U, 2U, 4U}) files().select(row);
   press(u"cmdRemoveFiles");
   EXPECT_THAT(rowsOf(files()), ElementsAre("/d/b.DOT", "/d/d.rtf", "/d/f.bat"));
   files().select(1);

@@ -32,7 +32,9 @@ inline void editBySeed(model::Model& model, const EditSeed& seed) {
   const text::Span span{from, std::max(from, whole(std::min(from + reach, last)))};
   const std::u16string& text = texts[seed.text % std::size(texts)];
   const text::Position behind = whole(std::min(span.from + 2, last));
-  const auto isShown = [&](text::Position p) { return (model.visibility().valueAt(p) & text::kInResults) != 0; };
+  const auto isShown = [&](text::Position p) {
+    return (model.visibility().valueAt(p) & text::kInResults) != 0;
+  };
   if (!isShown(from) || !isShown(std::max(behind - 1, from))) return;
   switch (seed.kind % 5) {
     case 0:
