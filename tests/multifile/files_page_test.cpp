@@ -23,7 +23,7 @@ class FilesPage : public testing::Test, protected OpenedDialog {
     scripted.folders = [] {
       return std::make_unique<multifile::ScriptedFolders>(
           std::vector<std::string>{"/d/a.doc", "/d/b.DOT", "/d/c.txt", "/d/d.rtf", "/d/e.htm", "/d/f.bat",
-                                   "/d/sub/g.doc", "/d/sub/deep/h.doc", "/home/me/x.doc"});
+                                   "/d/sub/g.doc", "/d/sub/deep/h.doc", "/here/now/x.doc"});
     };
     restart(scripted);
     open();
@@ -109,16 +109,16 @@ TEST_F(FilesPage, TrimsTheList) {
 }
 
 TEST_F(FilesPage, BrowsesForAFolder) {
-  word->defaultFilePath(word::wdDocumentsPath, u"/home/me");
+  word->defaultFilePath(word::wdDocumentsPath, u"/here/now");
   listed();
   answers = [](forms::Form& form) {
     EXPECT_EQ(form.Name(), u"frmDirectoryBrowser");
     EXPECT_EQ(form.control(u"cmdSelectDirectory")->Caption(), u"Select");
     EXPECT_FALSE(form.control(u"Drive1")->Visible()) << "there are none";
     const auto& folders = form.get<forms::ListBox>(u"Dir1");
-    EXPECT_THAT(rowsOf(folders), ElementsAre("/", "  home", "    me"));
+    EXPECT_THAT(rowsOf(folders), ElementsAre("/", "  here", "    now"));
     folders.open(0);
-    EXPECT_THAT(rowsOf(folders), ElementsAre("/", "  d", "  home"));
+    EXPECT_THAT(rowsOf(folders), ElementsAre("/", "  d", "  here"));
     folders.open(1);
     folders.open(2);
     EXPECT_EQ(form.control(u"lblPath")->Caption(), u"/d/sub");
