@@ -13,6 +13,7 @@ using forms::ComboBox;
 using forms::TextBox;
 
 constexpr std::int32_t kNoPlace = 99;
+constexpr float kSecondsOfADay = 86400;
 constexpr const char16_t* kSummaryHead =
     u"Changes\t\tFile Name\r\n"
     u"-----------\t\t------------";
@@ -64,9 +65,8 @@ void Execution::pause() {
   float over = start + 0.5F;
   float time = start;
   while (time <= over) {
-    // Past midnight the end of the pause may lie beyond the day's last second: then the clock has to pass
-    // the start again.
-    if (time < start) over = start;
+    // No clock shows an end that lies beyond midnight: then it has to pass the start again.
+    if (over >= kSecondsOfADay && time < start) over = start;
     yielding_.yield();
     time = now();
   }

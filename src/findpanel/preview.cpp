@@ -5,6 +5,8 @@
 #include "sample_text.h"
 
 #include <array>
+#include <optional>
+#include <utility>
 #include <vector>
 
 namespace pluvo::findpanel {
@@ -13,6 +15,8 @@ namespace {
 
 constexpr const char16_t* kLineEnd = u"\r\n";
 constexpr const char16_t* kGap = u"\r\n\r\n";
+/// In one and the same unit.
+constexpr std::int16_t kNearest = -1;
 
 /// The controls of the find page, as the preview reads them.
 class Request {
@@ -34,6 +38,17 @@ class Request {
 
 bool beginsWithLineEnd(const std::u16string& text) { return text.find_first_of(u"\r\n\v") == 0; }
 
+/// What the engine makes of the distance; nothing where it is none, or too large.
+std::optional<std::int16_t> distanceOf(const Request& request) {
+  const std::u16string& distance = request.choice(u"cboxNumberDistanceApart");
+  if (distance == engine::kSame) return std::int16_t{0};
+  try {
+    return errors::toInteger(distance);
+  } catch (const errors::Fault&) {
+    return std::nullopt;
+  }
+}
+
 /// Why nothing can be found, and what to do; empty where something can.
 std::u16string obstacle(const Request& request) {
   const std::u16string& begin = request.text(u"txtBeginText");
@@ -45,9 +60,22 @@ std::u16string obstacle(const Request& request) {
     return u"Nothing can be found: 'Find Text that Begins with' begins with an empty line.  Take the empty "
            u"line away, so that the box begins with words.";
   }
+  for (const auto& [name, title] :
+       {std::pair{u"txtEndText", u"'And Ends with'"}, std::pair{u"txtInsideText1", u"'Inside Text'"}}) {
+    if (!beginsWithLineEnd(request.text(name))) continue;
+    return std::u16string(title) +
+           u" begins with an empty line, and so it is not looked for.  Take the empty line away, so that the "
+           u"box begins with words, or clear the box.";
+  }
   if (!request.text(u"txtInsideText1").empty() && request.text(u"txtEndText").empty()) {
     return u"Nothing can be found: 'Inside Text' has to stand between a beginning and an ending.  Fill in "
            u"'And Ends with', and then clear 'Inside Text' if you do not need it.";
+  }
+  const bool bounded = !request.text(u"txtEndText").empty() &&
+                       request.code(u"cboxUnitDistanceApart") < engine::kEntireDocument;
+  const auto distance = distanceOf(request);
+  if (!distance || (bounded && *distance < kNearest)) {
+    return u"Nothing can be found: 'No farther apart than' has to be 'Same', or a number from 0 to 32767.";
   }
   return {};
 }
@@ -57,11 +85,13 @@ std::u16string distanceSentence(const Request& request) {
   if (unit < engine::kWords || unit >= engine::kEntireDocument)
     return u"The ending may be anywhere behind the beginning.";
   const std::u16string noun = std::array{u"word", u"sentence", u"paragraph"}[static_cast<std::size_t>(unit)];
-  const std::u16string& distance = request.choice(u"cboxNumberDistanceApart");
-  if (distance == engine::kSame || distance == u"0")
+  const std::int16_t distance = distanceOf(request).value_or(0);
+  if (distance < 0) return u"The beginning and the ending are in the same " + noun + u'.';
+  if (distance == 0)
     return u"The beginning and the ending are in the same " + noun + u", or in two that follow each other.";
-  return u"Besides the " + noun + u"s that they stand in, there are no more than " + distance + u' ' + noun +
-         (distance == u"1" ? u"" : u"s") + u" between the beginning and the ending.";
+  return u"Besides the " + noun + u"s that they stand in, there are no more than " +
+         errors::decimal(distance) + u' ' + noun + (distance == 1 ? u"" : u"s") +
+         u" between the beginning and the ending.";
 }
 
 std::u16string joined(const std::vector<std::u16string>& sentences) {

@@ -33,6 +33,14 @@ TEST_F(Choices, RefuseWhatIsNotListed) {
   EXPECT_TRUE(list(u"cboxHighlighters").enter(u"No Highlight"));
   EXPECT_EQ(list(u"cboxHighlighters").Value(), u"0");
   EXPECT_THAT(told(), IsEmpty());
+
+  choose(u"cboxProcOperation1", u"Insert");
+  choose(u"cboxProcRelativePosition1", u"After");
+  for (const char16_t* typed : {u"Behind", u"after", u"1", u""}) {
+    EXPECT_FALSE(list(u"cboxProcRelativePosition1").enter(typed));
+    EXPECT_EQ(list(u"cboxProcRelativePosition1").Value(), u"1");
+    EXPECT_THAT(told(), ElementsAre(kRefused));
+  }
 }
 
 TEST_F(Choices, TakeADistanceTyped) {

@@ -1,3 +1,6 @@
+#include "findpanel/execution.h"
+
+#include "errors/clsErrorLogging.h"
 #include "host/opened_dialog.h"
 
 namespace pluvo::host {
@@ -74,6 +77,51 @@ TEST_F(Execution, SendsEveryChoice) {
   tick(u"chkStartFindsFromBeginning");
   execute();
   EXPECT_EQ(document(), "  {|}¶");
+}
+
+/// A second engine at the same button: what it was given can be read.
+TEST_F(Execution, SendsTheRequestAsItStands) {
+  document("a¶");
+  open();
+  errors::Context context;
+  forms::ReportBoxes reports(boxes);
+  context.reporter = std::make_shared<errors::clsErrorLogging>(context.currentFault, reports);
+  engine::clsProcessFind engine({[this] { return word; }, context, boxes, forms});
+  const findpanel::Execution second(dialog(), engine, clock, yielding,
+                                    [] { return std::vector<std::u16string>(); });
+  engine::Request expected;
+  expected.beginBlock = u"a";
+  expected.unitsApart = u"Same";
+  expected.unitsApartType = engine::kParagraphs;
+  expected.beforeOrAfter = 99;  // nothing is chosen
+  expected.highlightColour = word::wdYellow;
+  expected.startAtTop = true;
+  type(u"txtBeginText", u"a");
+  execute();
+  EXPECT_EQ(engine.request(), expected);
+
+  type(u"txtEndText", u"e");
+  type(u"txtInsideText1", u"i");
+  list(u"cboxNumberDistanceApart").enter(u"25");
+  choose(u"cboxUnitDistanceApart", u"Entire Document");
+  choose(u"cboxProcOperation1", u"Insert");
+  choose(u"cboxProcRelativePosition1", u"After");
+  choose(u"cboxProcSelection1", u"Inside Text");
+  type(u"txtTextToEnter", u"t");
+  list(u"cboxHighlighters").Text(u"Green");
+  for (const char16_t* name : {u"chkMatchWholeWords", u"chkExtraSpace", u"chkMatchCase", u"chkQuiteMode",
+                               u"chkConfirmEach", u"chkShowFieldCodes"})
+    tick(name);
+  tick(u"chkStartFindsFromBeginning", false);
+  execute();
+  EXPECT_EQ(engine.request(),
+            (engine::Request{u"a", u"e", u"i", u"25", engine::kEntireDocument, engine::kInsert,
+                             engine::kAfter, engine::kInsideText, u"t", true, true, true, true, false,
+                             word::wdGreen, true, true, false}));
+
+  choose(u"cboxProcOperation1", u"Replace");
+  execute();
+  EXPECT_EQ(engine.request().beforeOrAfter, 99) << "cleared with the operation";
 }
 
 TEST_F(Execution, NeedsADocument) {

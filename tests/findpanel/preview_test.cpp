@@ -83,6 +83,10 @@ TEST_F(Preview, TellsDistanceAndOptions) {
   list(u"cboxNumberDistanceApart").enter(u"25");
   choose(u"cboxUnitDistanceApart", u"Sentence(s)");
   EXPECT_THAT(shown(), HasSubstr("no more than 25 sentences between"));
+  list(u"cboxNumberDistanceApart").enter(u"2.6");
+  EXPECT_THAT(shown(), HasSubstr("no more than 3 sentences between"));
+  list(u"cboxNumberDistanceApart").enter(u"-1");
+  EXPECT_THAT(shown(), HasSubstr("are in the same sentence."));
   choose(u"cboxUnitDistanceApart", u"Entire Document");
   EXPECT_THAT(shown(), HasSubstr("anywhere behind the beginning."));
   EXPECT_THAT(shown(), HasSubstr("taken as the same.  The search starts at the beginning of the document."));
@@ -113,6 +117,13 @@ TEST_F(Preview, SaysWhatIsMissing) {
   EXPECT_THAT(shown(), HasSubstr("There is nothing to insert yet"));
   choose(u"cboxProcOperation1", u"Replace");
   EXPECT_THAT(shown(), HasSubstr("the text is taken away."));
+  type(u"txtEndText", u"\r\nYours");
+  EXPECT_THAT(shown(), HasSubstr("'And Ends with' begins with an empty line"));
+  type(u"txtEndText", u"Yours");
+  for (const char16_t* distance : {u"-2", u"123456"}) {
+    list(u"cboxNumberDistanceApart").enter(distance);
+    EXPECT_THAT(shown(), StartsWith("Nothing can be found: 'No farther apart than'"));
+  }
 }
 
 TEST_F(Preview, IsNoneWhereThePlaceHasNoText) {

@@ -112,6 +112,15 @@ const std::vector<Listed> kListed = {
     {"lblProduct", "label", "P.L.U.V.O.", ""},
     {"lblProductLong", "label", "Pluvorama", ""},
     {"lblVersion", "label", "Version 1.3", ""},
+    {"Label4", "label", "Finds blocks of text:", ""},
+    {"Label5", "label", "a beginning, an ending, and what stands between them", ""},
+    {"Label6", "label", "Operates on them:", ""},
+    {"Label7", "label", "inserts, replaces, deletes, or highlights", ""},
+    {"Label8", "label", "Where you want it:", ""},
+    {"Label9", "label", "in the current document, or in all the files of a folder", ""},
+    {"lblNotice", "label",
+     "PLUVO changes what you tell it to change.  Keep a copy of documents that have no other.", ""},
+    {"lblSupport", "label", "Questions are welcome: tell our support what you wanted to do.", ""},
     {"lblDownloadSite", "link label", "Download your Fresh PLUVO today!", ""},
 };
 
@@ -147,14 +156,14 @@ class Design : public testing::Test, protected OpenedDialog {};
 TEST_F(Design, IsAsListed) {
   options("PLUVO;Options;False;False;False;True;False;False;False;False;False;");
   open();
-  std::map<std::string, Listed> shown;
+  std::vector<Listed> shown;
   for (const auto& page : dialog().get<forms::MultiPage>(u"MultiPage1").Pages()) {
     for (const forms::Control* control : page->controls()) {
-      const std::string name = errors::utf8(control->Name());
-      shown[name] = {name, kindOf(*control), textOf(*control), errors::utf8(control->ControlTipText())};
+      shown.push_back({errors::utf8(control->Name()), kindOf(*control), textOf(*control),
+                       errors::utf8(control->ControlTipText())});
     }
   }
-  for (const Listed& listed : kListed) EXPECT_EQ(shown[listed.name], listed);
+  EXPECT_THAT(shown, testing::ElementsAreArray(kListed)) << "every control, and in this order";
 }
 
 TEST_F(Design, HasThePagesInOrder) {

@@ -95,10 +95,11 @@ class OpenedDialog {
     if (!entry) restart();
     entry->OpenPLUVO();
   }
-  Surroundings surroundings() {
-    return {[this] { return word; },    forms, boxes, inputs, clock, yielding, launcher, random,
+  Surroundings surroundings(RandomSource& source) {
+    return {[this] { return word; },    forms, boxes, inputs, clock, yielding, launcher, source,
             u16(folder.path("program"))};
   }
+  Surroundings surroundings() { return surroundings(random); }
   /// The dialog is gone, and with it whatever it knew.
   void restart(Surroundings others) {
     dialog_ = nullptr;

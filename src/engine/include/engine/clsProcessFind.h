@@ -74,6 +74,8 @@ class clsProcessFind {
   /// Lifts two limits that are kept inside Word: search points and skipped counts beyond 16 bits, and endings
   /// that lie beyond the doubled position of a rejected candidate or beyond the previous block.
   void LiftLimitsSetting(bool value) { request_.liftLimits = value; }
+  /// All that was set; the texts are as the last pass normalized them.
+  const Request& request() const { return request_; }
   /// The folder in which the folder picker opens.
   void BrowseStart(std::u16string folder) { browseStart_ = std::move(folder); }
 

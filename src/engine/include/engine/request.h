@@ -33,6 +33,7 @@ struct Request {
   bool quiet = false;
   bool confirmEach = false;
   bool liftLimits = false;
+  bool operator==(const Request&) const = default;
 };
 
 }  // namespace pluvo::engine
