@@ -52,6 +52,7 @@ void clsProcessFind::InitializeFind() {
     const auto view = required(window).View();
     required(view).ShowFieldCodes(request_.showFieldCodes);
     state_->ranges.place(application(), request_.startAtTop);
+    observing().begins();
   });
 }
 
@@ -59,7 +60,7 @@ bool clsProcessFind::FindNextItem() {
   return errors::guarded(context(), u"cpf:27a", [&] {
     moveSelectionToTop(application());
     Locator locator(context(), application(), state_->search, state_->ranges);
-    if (!locator.next()) return false;
+    if (!locator.next(observing())) return false;
     if (!request_.confirmEach) return false;
     required(state_->ranges.block).Select();
     return true;

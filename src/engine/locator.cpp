@@ -167,8 +167,8 @@ Locator::Verdict Locator::judge() {
   return extendsToFullTexts() && holdsInsideText() ? Verdict::block : Verdict::mismatch;
 }
 
-bool Locator::next() {
-  while (FindBeginAndEnd()) {
+bool Locator::next(PassObserver& observer) {
+  while (observer.searching() == PassObserver::Answer::goOn && FindBeginAndEnd()) {
     switch (judge()) {
       case Verdict::block:
         return true;

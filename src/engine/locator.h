@@ -1,5 +1,6 @@
 #pragma once
 
+#include "engine/pass_observer.h"
 #include "errors/context.h"
 #include "prepared_search.h"
 #include "word/word_processor.h"
@@ -39,9 +40,9 @@ class Locator {
           WorkingRanges& ranges)
       : context_(context), application_(application), search_(search), ranges_(ranges) {}
 
-  /// Moves on to the next block, rejecting candidates; false at the end of the document. Throws the faults
-  /// that no step reports.
-  bool next();
+  /// Moves on to the next block, rejecting candidates; false at the end of the document, and where the
+  /// observer stops the search. Throws the faults that no step reports.
+  bool next(PassObserver& observer);
 
   /// The next search starts behind the current block, or at this position where that lies farther behind.
   void resumeBehindBlock(std::int32_t atLeast = 0);

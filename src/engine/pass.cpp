@@ -17,7 +17,7 @@ void Pass::run(bool confirmEach, PassObserver& observer) {
   Locator locator(context_, application_, search_, ranges_);
   const Operations operations(context_, search_, ranges_);
   moveSelectionToTop(application_);
-  while (locator.next()) {
+  while (locator.next(observer)) {
     const Block block = blockOf(search_, ranges_, operations);
     if (observer.found(block) == Answer::stop) return;
     const Decision decision = confirmEach ? confirm() : Decision::operate;

@@ -93,6 +93,7 @@ void frmFAR::UserForm_Initialize() {
 void frmFAR::createEngine() {
   engine_ = std::make_unique<engine::clsProcessFind>(
       engine::Surroundings{surroundings_.application, context_, surroundings_.boxes, surroundings_.forms});
+  surroundings_.engineMade(*engine_);
 }
 
 std::u16string frmFAR::findDataFolder() {

@@ -62,6 +62,22 @@ TEST(Pass, EndsWhereTheObserverSaysSo) {
   }
 }
 
+TEST(Pass, CanBeStoppedWhereNoBlockIsFound) {
+  const std::string text = placesFilled(0, std::string(2000, 'A')) + "¶b¶";
+  for (const bool confirm : {false, true}) {
+    Desk desk(text);
+    desk.watch.searches = 100;
+    desk.work.ask({.begin = u"A", .end = u"b", .apart = u"0", .unit = kParagraphs, .confirm = confirm});
+    if (confirm) {
+      frmProcessing(desk.work.engine).SingleProcess();
+    } else {
+      desk.work.engine.GoGetEmFARBOT();
+    }
+    EXPECT_EQ(desk.watch.searches, 0) << "every rejected candidate asks, none behind the stop";
+    EXPECT_TRUE(desk.watch.blocks.empty());
+  }
+}
+
 TEST(Pass, ReportsWhatItDid) {
   Desk desk("A A A¶");
   desk.work.engine.QuiteModeSetting(false);

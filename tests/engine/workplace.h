@@ -107,6 +107,7 @@ class Desk {
   std::string text() { return notation::print(sample.model()); }
 
   struct Watch : PassObserver {
+    Answer searching() override { return --searches == 0 ? Answer::stop : Answer::goOn; }
     Answer found(const Block& block) override {
       const char name = static_cast<char>('a' + blocks.size());
       blocks[name] = {block.whole.Start(), block.whole.End()};
@@ -114,6 +115,7 @@ class Desk {
     }
     notation::Ranges blocks;
     std::size_t most = 26;
+    int searches = 0;  ///< how many are to be made, one less; 0 and less: all
   };
 
   notation::Sample sample;

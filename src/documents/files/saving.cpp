@@ -47,11 +47,12 @@ void requireSameStamp(FileSystem& system, const std::string& real, const Stamp& 
 }
 
 /// Writes the version and reads it back; the stamp is the finished file's.
-Stamp writeVersion(FileSystem& system, TemporaryFile& file, Handle original, const NewVersion& version) {
+Stamp writeVersion(FileSystem& system, TemporaryFile& file, const OpenFile* original,
+                   const NewVersion& version) {
   FileOutput output(system, file.handle());
   version.write(output);
   output.finish();
-  file.takeAfter(original);
+  if (original != nullptr) file.takeAfter(original->handle());
   if (version.as) {
     system.setPermissions(file.handle(), version.as->permissions);
     system.setModified(file.handle(), version.as->stamp.modifiedSeconds,
@@ -118,7 +119,7 @@ Saved replaceResolved(FileSystem& system, const std::string& real, const Stamp& 
   const std::string folder(folderPrefixOf(real));
 
   TemporaryFile replacement(system, folder);
-  Saved saved{writeVersion(system, replacement, original.handle(), version), {}};
+  Saved saved{writeVersion(system, replacement, &original, version), {}};
   std::optional<TemporaryFile> backup;
   if (backupSuffix) {
     backup.emplace(system, folder);
@@ -135,6 +136,14 @@ Saved replaceResolved(FileSystem& system, const std::string& real, const Stamp& 
   if (backup) backup->keep();
   flushFolder(system, real);
   return saved;
+}
+
+std::optional<OpenFile> openIfThere(FileSystem& system, const std::string& path) {
+  try {
+    return std::optional<OpenFile>(std::in_place, system, system.openToRead(path));
+  } catch (const std::system_error&) {
+    return std::nullopt;
+  }
 }
 
 }  // namespace
@@ -177,7 +186,7 @@ Saved createFile(FileSystem& system, const std::string& path, const std::string&
     if (system.exists(path)) throw nameTaken;
     const OpenFile pattern(system, system.openToRead(original));
     TemporaryFile file(system, std::string(folderPrefixOf(path)));
-    const Stamp stamp = writeVersion(system, file, pattern.handle(), version);
+    const Stamp stamp = writeVersion(system, file, &pattern, version);
     requireSameStamp(system, original, opened);
     file.moveToFree(path);
     file.keep();
@@ -185,6 +194,25 @@ Saved createFile(FileSystem& system, const std::string& path, const std::string&
     return {stamp, {}};
   } catch (const std::system_error& failure) {
     if (failure.code().value() == EEXIST) throw nameTaken;
+    throw savingFailed(failure);
+  }
+}
+
+Saved writeElsewhere(FileSystem& system, const std::string& path, const std::string& original,
+                     const NewVersion& version) {
+  try {
+    if (system.exists(path)) {
+      const std::string real = system.resolve(path);
+      return replaceResolved(system, real, system.statusAt(real).stamp, version, std::nullopt);
+    }
+    const std::optional<OpenFile> pattern = openIfThere(system, original);
+    TemporaryFile file(system, std::string(folderPrefixOf(path)));
+    const Stamp stamp = writeVersion(system, file, pattern ? &*pattern : nullptr, version);
+    file.moveToFree(path);
+    file.keep();
+    flushFolder(system, path);
+    return {stamp, {}};
+  } catch (const std::system_error& failure) {
     throw savingFailed(failure);
   }
 }

@@ -38,6 +38,7 @@ void MemoryApplication::add(std::shared_ptr<MemoryDocument> document, std::share
   if (document == nullptr) throw errors::objectNotSet();
   open_.push_back({std::move(document), std::move(file)});
   open_.back().document->application_ = this;
+  if (observer_ != nullptr) observer_->opened(open_.back());
 }
 
 std::shared_ptr<MemoryDocument> MemoryApplication::open(const std::string& path) {
@@ -56,6 +57,7 @@ std::shared_ptr<MemoryDocument> MemoryApplication::open(const std::string& path)
 void MemoryApplication::activate(const std::shared_ptr<MemoryDocument>& document) {
   open_.push_back(take(document));
   open_.back().document->application_ = this;
+  if (observer_ != nullptr) observer_->activated(document);
 }
 
 void MemoryApplication::save(const MemoryDocument& document) {
@@ -65,7 +67,9 @@ void MemoryApplication::save(const MemoryDocument& document) {
 }
 
 void MemoryApplication::close(const std::shared_ptr<MemoryDocument>& document) {
-  take(document).document->close();
+  const OpenedFile taken = take(document);
+  if (observer_ != nullptr) observer_->closing(document);
+  taken.document->close();
 }
 
 bool MemoryApplication::isReadOnly(const MemoryDocument& document) const {

@@ -88,7 +88,27 @@ void MemoryDocument::Close(bool saveChanges) {
   application().close(kept);
 }
 
-void MemoryDocument::select(text::Span span) { open().selection.set(spanOf(span.from, span.to)); }
+void MemoryDocument::select(text::Span span) {
+  open().selection.set(spanOf(span.from, span.to));
+  if (observer_ != nullptr) observer_->selected(selection());
+}
+
+void MemoryDocument::showFieldCodes(bool value) {
+  const text::View view = value ? text::View::codes : text::View::results;
+  if (view_ == view) return;
+  view_ = view;
+  if (observer_ != nullptr) observer_->viewChanged();
+}
+
+void MemoryDocument::observer(DocumentObserver* observer) {
+  observer_ = observer;
+  if (open_) open_->model.observer(observer);
+}
+
+void MemoryDocument::moveTo(std::string path) {
+  path_ = std::move(path);
+  name_ = errors::nameText(path_.substr(path_.rfind('/') + 1));
+}
 
 text::Span MemoryDocument::spanOf(std::int32_t start, std::int32_t end) {
   requirePosition(start);

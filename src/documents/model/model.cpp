@@ -4,6 +4,7 @@
 #include "model/edit_policy.h"
 #include "word/faults.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -30,6 +31,19 @@ void requireText(std::u16string_view text) {
 void requireRoom(Position length, std::u16string_view text) {
   if (text.size() <= static_cast<std::size_t>(text::kMaxLength - length)) return;
   throw errors::Fault(word::kStringTooLong, u"The text would make the document too long.");
+}
+
+/// How far both texts begin with the same pieces of the original.
+Position commonPieces(const text::PieceText& a, const text::PieceText& b) {
+  const Position shorter = std::min(a.length(), b.length());
+  Position at = 0;
+  while (at < shorter) {
+    const text::Piece left = a.pieceAt(at);
+    const text::Piece right = b.pieceAt(at);
+    if (left.isNew() || left.original != right.original) break;
+    at += std::min(left.length, right.length);
+  }
+  return std::min(at, shorter);
 }
 
 }  // namespace
@@ -137,6 +151,7 @@ Span Model::insert(Position position, bool behind, std::u16string_view text) {
 bool Model::besideText(Position position) const { return position > 0 && !endsParagraph(position - 1); }
 
 Span Model::put(Span replaced, std::u16string_view text, const Landing& landing) {
+  if (observer_ != nullptr) observer_->aboutToChange();
   const auto length = static_cast<Position>(text.size());
   text_.replace(replaced.from, replaced.to, text, landing.anchor);
   visibility_.replace(replaced.from, replaced.to, length, landing.visibility);
@@ -146,11 +161,37 @@ Span Model::put(Span replaced, std::u16string_view text, const Landing& landing)
   finds_.edited(replaced, length);
   measures_.edited(replaced, length);
   changed_ = true;
+  if (observer_ != nullptr) observer_->replaced(replaced, length);
   return {replaced.from, replaced.from + length};
 }
 
 void Model::highlight(Span span, std::uint8_t colour) {
-  if (highlight_.set(span.from, span.to, colour)) changed_ = true;
+  if (span.empty()) return;
+  const auto run = highlight_.runAt(span.from);
+  if (run.value == colour && span.to <= run.to) return;
+  if (observer_ != nullptr) observer_->aboutToChange();
+  highlight_.set(span.from, span.to, colour);
+  changed_ = true;
+  if (observer_ != nullptr) observer_->highlighted(span);
+}
+
+void Model::restore(Snapshot snapshot) {
+  if (observer_ != nullptr) observer_->aboutToChange();
+  const Position same = commonPieces(text_, snapshot.text);
+  const Span gone{same, length()};
+  text_ = std::move(snapshot.text);
+  visibility_ = std::move(snapshot.visibility);
+  highlight_ = std::move(snapshot.highlight);
+  structure_ = std::move(snapshot.structure);
+  const Position come = length() - same;
+  liveRanges_.moveWith(gone, come);
+  finds_.edited(gone, come);
+  measures_.edited(gone, come);
+  ++stamp_;
+  changed_ = snapshot.changed || snapshot.saves != saves_;
+  if (observer_ == nullptr) return;
+  observer_->replaced(gone, come);
+  observer_->highlighted({0, length()});
 }
 
 }  // namespace pluvo::model

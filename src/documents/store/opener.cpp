@@ -29,43 +29,46 @@ std::int32_t savingFault(Problem problem) {
   return mayNot ? word::kFileReadOnly : word::kCannotSave;
 }
 
-class StoredFile : public memory::DocumentFile {
- public:
-  StoredFile(std::unique_ptr<StoredDocument> stored, SaveAsChooser chooser)
-      : stored_(std::move(stored)), chooser_(std::move(chooser)), obstacle_(stored_->obstacle()) {}
-
-  bool readOnly() const override { return obstacle_.has_value(); }
-
-  void save() override {
-    SaveOptions options;
-    if (obstacle_) {
-      if (chooser_) options.otherPath = chooser_(stored_->path());
-      if (!options.otherPath) throw faultOf(word::kFileReadOnly, stored_->path(), *obstacle_);
-    }
-    try {
-      stored_->save(options);
-    } catch (const DocumentError& error) {
-      throw faultOf(savingFault(error.problem()), options.otherPath.value_or(stored_->path()), error);
-    }
-  }
-
- private:
-  std::unique_ptr<StoredDocument> stored_;
-  SaveAsChooser chooser_;
-  /// As it was at opening.
-  std::optional<DocumentError> obstacle_;
-};
-
 }  // namespace
 
-StoreOpener::StoreOpener(Store store, SaveAsChooser chooser)
-    : store_(std::move(store)), chooser_(std::move(chooser)) {}
+StoredFile::StoredFile(std::unique_ptr<StoredDocument> stored, SaveAsChooser chooser, Running running)
+    : stored_(std::move(stored)),
+      chooser_(std::move(chooser)),
+      running_(std::move(running)),
+      obstacle_(stored_->obstacle()) {}
+
+void StoredFile::save() {
+  SaveOptions options;
+  if (obstacle_) {
+    if (chooser_) options.otherPath = chooser_(stored_->path());
+    if (!options.otherPath) throw faultOf(word::kFileReadOnly, stored_->path(), *obstacle_);
+  }
+  run(options.otherPath.value_or(stored_->path()), [&] { stored_->save(options); });
+}
+
+void StoredFile::saveAs(const std::string& path) {
+  run(path, [&] { stored_->saveAs(path); });
+  stored_->document()->moveTo(path);
+  obstacle_.reset();
+}
+
+void StoredFile::run(const std::string& path, const std::function<void()>& work) const {
+  try {
+    running_(work);
+  } catch (const DocumentError& error) {
+    throw faultOf(savingFault(error.problem()), path, error);
+  }
+}
+
+StoreOpener::StoreOpener(Store store, SaveAsChooser chooser, Running running)
+    : store_(std::move(store)), chooser_(std::move(chooser)), running_(std::move(running)) {}
 
 memory::OpenedFile StoreOpener::open(const std::string& path) {
   try {
-    auto stored = store_.open(path, {.temporaryFiles = true, .protectedDocuments = true});
+    std::unique_ptr<StoredDocument> stored;
+    running_([&] { stored = store_.open(path, {.temporaryFiles = true, .protectedDocuments = true}); });
     const auto document = stored->document();
-    return {document, std::make_shared<StoredFile>(std::move(stored), chooser_)};
+    return {document, std::make_shared<StoredFile>(std::move(stored), chooser_, running_)};
   } catch (const DocumentError& error) {
     throw faultOf(openingFault(error.problem()), path, error);
   }

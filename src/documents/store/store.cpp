@@ -5,6 +5,7 @@
 #include "known_formats.h"
 #include "same_text.h"
 
+#include <system_error>
 #include <utility>
 
 namespace pluvo::store {
@@ -45,29 +46,54 @@ void StoredDocument::requireUnchangedFile() const {
 StoredDocument::Outcome StoredDocument::save(const SaveOptions& options) {
   if (!document_->model().changed()) return {};
   if (options.otherPath) {
-    files::createFile(*system_, *options.otherPath, path_, stamp_, newVersion(options));
+    files::createFile(*system_, *options.otherPath, path_, stamp_, newVersion(path_, options));
     return {true, {}};
   }
-  files::Saved saved = files::replaceFile(*system_, path_, stamp_, newVersion(options), options.backupSuffix);
+  files::Saved saved =
+      files::replaceFile(*system_, path_, stamp_, newVersion(path_, options), options.backupSuffix);
   stamp_ = saved.stamp;
   return {true, std::move(saved.backup)};
 }
 
-files::NewVersion StoredDocument::newVersion(const SaveOptions& options) const {
+void StoredDocument::saveAs(const std::string& path) {
+  requireFileNotOverwritten();
+  stamp_ = files::writeElsewhere(*system_, path, path_, newVersion(path, {})).stamp;
+  path_ = path;
+  document_->model().saved();
+}
+
+/// A large text lies in its file: one that was written over in place is no longer the text on screen.
+void StoredDocument::requireFileNotOverwritten() const {
+  if (bytes_.file == nullptr || !system_->exists(path_)) return;
+  files::Stamp now;
+  try {
+    now = system_->statusAt(path_).stamp;
+  } catch (const std::system_error&) {
+    return;
+  }
+  const bool sameFile = now.device == stamp_.device && now.inode == stamp_.inode;
+  if (!sameFile || now == stamp_) return;
+  throw DocumentError(Problem::changed,
+                      "Another program wrote into the file while it was open here, and the text is no longer "
+                      "known; nothing was written. Open the file again.");
+}
+
+files::NewVersion StoredDocument::newVersion(const std::string& path, const SaveOptions& options) const {
   return {[this](files::Output& out) {
             source_->write(document_->model(), out);
             requireWhole(bytes_);
           },
-          [this](const files::Bytes& written) { requireSameDocument(written); }, options.beforeReplacing};
+          [this, path](const files::Bytes& written) { requireSameDocument(written, path); },
+          options.beforeReplacing};
 }
 
-void StoredDocument::requireSameDocument(const files::Bytes& written) const {
+void StoredDocument::requireSameDocument(const files::Bytes& written, const std::string& path) const {
   const DocumentError other(
       Problem::encoding,
       "Read back, the new version would not be the same text, because its kind or encoding "
       "could no longer be told; nothing was changed. Save the original as UTF-8 with a byte "
       "order mark, or as .docx, first.");
-  if (registry_->find(written.view, formats::extensionOf(path_)) != format_) throw other;
+  if (registry_->find(written.view, formats::extensionOf(path)) != format_) throw other;
   // So that never more than one of the two files is in memory.
   bytes_.release();
   const formats::Opened again = format_->read(written);

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <fstream>
 #include <string>
 
 namespace pluvo::store {
@@ -55,6 +56,43 @@ TEST(Store, SavesWhatChangedAndNothingElse) {
   EXPECT_EQ(scratch.get("a.txt"), "!zero\r\none\r\ntwo\r\n");
   EXPECT_EQ(scratch.get("b.txt"), scratch.get("a.txt"));
   EXPECT_THAT(scratch.names(), ElementsAre("a.txt", "a.txt.bak", "b.txt"));
+}
+
+TEST(Store, GoesOnUnderAnotherPathWhateverBecameOfTheFile) {
+  const Scratch scratch;
+  const Store store;
+  const auto opened = store.open(scratch.put("a.txt", "one\n"));
+  opened->saveAs(scratch.path("copy.txt"));
+  EXPECT_EQ(scratch.get("copy.txt"), "one\n") << "unchanged, and a copy all the same";
+  EXPECT_EQ(opened->path(), scratch.path("copy.txt"));
+
+  modelOf(opened).insertBefore(0, u"zero\n");
+  std::filesystem::remove(scratch.path("copy.txt"));
+  EXPECT_EQ(problemOf([&] { opened->save(); }), Problem::changed);
+  EXPECT_EQ(problemOf([&] { opened->saveAs(scratch.path("no folder/b.txt")); }), Problem::changed);
+  EXPECT_FALSE(opened->document()->Saved());
+  scratch.put("b.txt", "in the way");
+  opened->saveAs(scratch.path("b.txt"));
+  EXPECT_EQ(scratch.get("b.txt"), "zero\none\n");
+  EXPECT_TRUE(opened->document()->Saved());
+  EXPECT_THAT(scratch.names(), ElementsAre("a.txt", "b.txt"));
+
+  scratch.put("b.txt", "somebody else's");
+  modelOf(opened).insertBefore(0, u"!");
+  EXPECT_EQ(problemOf([&] { opened->save(); }), Problem::changed);
+  opened->saveAs(scratch.path("b.txt"));
+  EXPECT_EQ(scratch.get("b.txt"), "!zero\none\n") << "the user chose that name";
+
+  const auto large = store.open(scratch.put("large.txt", std::string(files::kMappedFrom, 'x')));
+  modelOf(large).insertBefore(0, u"!");
+  std::filesystem::remove(large->path());
+  large->saveAs(scratch.path("rescued.txt"));
+  EXPECT_EQ(scratch.get("rescued.txt"), "!" + std::string(files::kMappedFrom, 'x'));
+
+  const auto overwritten = store.open(scratch.path("rescued.txt"));
+  std::ofstream(overwritten->path(), std::ios::app) << "more";
+  EXPECT_EQ(problemOf([&] { overwritten->saveAs(scratch.path("c.txt")); }), Problem::changed);
+  EXPECT_FALSE(std::filesystem::exists(scratch.path("c.txt")));
 }
 
 TEST(Store, RefusesWhatItCannotOpen) {

@@ -25,6 +25,11 @@ class PassObserver {
 
   virtual ~PassObserver() = default;
 
+  /// A pass over the active document is prepared; nothing of it has changed yet.
+  virtual void begins() {}
+  /// The engine is about to look for a beginning; stop ends the pass as if there were none. This comes often,
+  /// also where no block is found, so that a program can answer its windows meanwhile.
+  virtual Answer searching() { return Answer::goOn; }
   /// A block was found; stop ends the pass before anything is done with it.
   virtual Answer found(const Block&) { return Answer::goOn; }
   /// The operation was carried out, or refused with a fault that has been reported; stop ends the pass.

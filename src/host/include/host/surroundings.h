@@ -1,5 +1,6 @@
 #pragma once
 
+#include "engine/clsProcessFind.h"
 #include "forms/form.h"
 #include "forms/input_boxes.h"
 #include "forms/machine.h"
@@ -28,6 +29,9 @@ struct Surroundings {
   /// Where the program lies, and beside it its documents; without a separator at the end.
   std::u16string componentFolder;
   std::function<std::unique_ptr<multifile::Folders>()> folders = multifile::machineFolders;
+  /// The dialog's engine was made: a program sets what it alone decides, its limits and who watches it. The
+  /// engine lives as long as the dialog.
+  std::function<void(engine::clsProcessFind&)> engineMade = [](engine::clsProcessFind&) {};
 };
 
 }  // namespace pluvo::host

@@ -11,6 +11,17 @@
 
 namespace pluvo::memory {
 
+/// Is told which documents are open, for whoever shows them.
+class ApplicationObserver {
+ public:
+  virtual ~ApplicationObserver() = default;
+  virtual void opened(const OpenedFile& /*file*/) {}
+  /// It came to the front.
+  virtual void activated(const std::shared_ptr<MemoryDocument>& /*document*/) {}
+  /// It still has its text.
+  virtual void closing(const std::shared_ptr<MemoryDocument>& /*document*/) {}
+};
+
 /// The word processor of documents in memory: which are open, and which is in front.
 class MemoryApplication : public word::Application {
  public:
@@ -47,6 +58,9 @@ class MemoryApplication : public word::Application {
   void close(const std::shared_ptr<MemoryDocument>& document);
   bool isReadOnly(const MemoryDocument& document) const;
 
+  /// None where null. Outlives this or is taken away first.
+  void observer(ApplicationObserver* observer) { observer_ = observer; }
+
   std::shared_ptr<MemoryDocument> active() const;
   std::int32_t count() const { return static_cast<std::int32_t>(open_.size()); }
   /// Counted from 1; Fault 5941 where there is none.
@@ -57,6 +71,7 @@ class MemoryApplication : public word::Application {
   DocumentFile* fileOf(const MemoryDocument& document) const;
 
   std::shared_ptr<DocumentOpener> opener_;
+  ApplicationObserver* observer_ = nullptr;
   std::map<word::WdDefaultFilePath, std::u16string> defaultFolders_;
   /// The active document last.
   std::vector<OpenedFile> open_;

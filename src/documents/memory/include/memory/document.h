@@ -4,6 +4,7 @@
 #include "model/live_ranges.h"
 #include "model/medium.h"
 #include "model/model.h"
+#include "model/observer.h"
 #include "text/positions.h"
 #include "word/enums.h"
 #include "word/word_processor.h"
@@ -16,6 +17,14 @@
 namespace pluvo::memory {
 
 class MemoryApplication;
+
+/// Is told what becomes of a document, for whoever shows it.
+class DocumentObserver : public model::Observer {
+ public:
+  virtual void selected(text::Span /*span*/) {}
+  /// Field codes show instead of results, or the reverse.
+  virtual void viewChanged() {}
+};
 
 /// A word-processor document that lives in memory. Its ranges, find objects and windows keep it alive, but
 /// not its text: once it is closed, whatever asks for that is a Fault 5825.
@@ -65,7 +74,12 @@ class MemoryDocument : public word::Document, public std::enable_shared_from_thi
 
   /// What finds, texts and counts see.
   text::View view() const { return view_; }
-  void showFieldCodes(bool value) { view_ = value ? text::View::codes : text::View::results; }
+  void showFieldCodes(bool value);
+
+  /// None where null. Outlives the document or is taken away first.
+  void observer(DocumentObserver* observer);
+  /// The document has gone on under another path, bytes as the file system has them.
+  void moveTo(std::string path);
 
   /// Whether a password lifts the protection.
   using PasswordCheck = std::function<bool(const std::u16string& password)>;
@@ -102,6 +116,7 @@ class MemoryDocument : public word::Document, public std::enable_shared_from_thi
   text::View view_ = text::View::results;
   word::WdProtectionType protection_ = word::wdNoProtection;
   PasswordCheck passwordCheck_;
+  DocumentObserver* observer_ = nullptr;
   /// The word processor it is open in.
   MemoryApplication* application_ = nullptr;
 };

@@ -4,6 +4,7 @@
 #include "model/find_memory.h"
 #include "model/live_ranges.h"
 #include "model/measures.h"
+#include "model/observer.h"
 #include "text/pieces.h"
 #include "text/positions.h"
 #include "text/search.h"
@@ -77,10 +78,33 @@ class Model {
 
   /// Whether anything differs from what the reader found. An edit that leaves everything as it was is none.
   bool changed() const { return changed_; }
+  /// For whoever wrote the document into its file.
+  void saved() {
+    changed_ = false;
+    ++saves_;
+  }
   /// Grows with every edit of the text (not of the highlight).
   std::uint64_t stamp() const { return stamp_; }
 
   LiveRanges& liveRanges() { return liveRanges_; }
+
+  /// What edits change, as it was at one moment. Costs memory for the edits so far; the original text is
+  /// shared.
+  struct Snapshot {
+    text::PieceText text;
+    text::RunMap<text::Visibility> visibility;
+    text::RunMap<std::uint8_t> highlight;
+    text::RunMap<Structure> structure;
+    bool changed = false;
+    std::uint64_t saves = 0;
+  };
+  Snapshot snapshot() const { return {text_, visibility_, highlight_, structure_, changed_, saves_}; }
+  /// Goes back (or forth) to a snapshot of this model. Live ranges behind the first difference end up there.
+  /// The model then counts as changed, unless nothing was changed at the snapshot nor saved since.
+  void restore(Snapshot snapshot);
+
+  /// None where null. Outlives the model or is taken away first.
+  void observer(Observer* observer) { observer_ = observer; }
 
  private:
   text::Span insert(text::Position position, bool behind, std::u16string_view text);
@@ -96,7 +120,9 @@ class Model {
   LiveRanges liveRanges_;
   FindMemory finds_{text_, visibility_};
   Measures measures_{text_, visibility_, [this](text::Position position) { return endsParagraph(position); }};
+  Observer* observer_ = nullptr;
   bool changed_ = false;
+  std::uint64_t saves_ = 0;
   std::uint64_t stamp_ = 0;
 };
 

@@ -14,19 +14,48 @@ namespace pluvo::store {
 /// changed their mind. The name must be free.
 using SaveAsChooser = std::function<std::optional<std::string>(const std::string& path)>;
 
-/// Opens stored documents for the word processor of documents in memory. What goes wrong with a file is a
-/// Fault: 5174 (no such file, or unreadable), 5408 (a password for opening or changing it),
-/// 5792 (no sound document of a known kind); on
-/// saving 5155 (may not be written) and 5356 (could not be written). Its description says what to do.
+/// Does the work and returns when it is done, in another thread perhaps; the caller gets what it throws. What
+/// reads the document meanwhile must not change it.
+using Running = std::function<void(const std::function<void()>& work)>;
+
+/// The stored document behind an open one. What goes wrong on saving is a Fault: 5155 (may not be written)
+/// and 5356 (could not be written). Its description says what to do.
+class StoredFile : public memory::DocumentFile {
+ public:
+  StoredFile(std::unique_ptr<StoredDocument> stored, SaveAsChooser chooser, Running running);
+
+  bool readOnly() const override { return obstacle_.has_value(); }
+  void save() override;
+  /// Saves under another path, in the place of the file there, and goes on under it. So the text can also be
+  /// saved when its own file has gone.
+  void saveAs(const std::string& path);
+
+  const StoredDocument& stored() const { return *stored_; }
+
+ private:
+  void run(const std::string& path, const std::function<void()>& work) const;
+
+  std::unique_ptr<StoredDocument> stored_;
+  SaveAsChooser chooser_;
+  Running running_;
+  /// As it was at opening.
+  std::optional<files::DocumentError> obstacle_;
+};
+
+/// Opens stored documents for the word processor of documents in memory; the file of each is a StoredFile.
+/// What goes wrong with a file is a Fault: 5174 (no such file, or unreadable), 5408 (a password for opening
+/// or changing it), 5792 (no sound document of a known kind). Its description says what to do.
 class StoreOpener : public memory::DocumentOpener {
  public:
-  StoreOpener(Store store, SaveAsChooser chooser);
+  StoreOpener(
+      Store store, SaveAsChooser chooser, Running running = [](const auto& work) { work(); });
   /// Also opens temporary files and protected documents: the user is asked about them.
   memory::OpenedFile open(const std::string& path) override;
 
  private:
   Store store_;
   SaveAsChooser chooser_;
+  Running running_;
 };
 
 }  // namespace pluvo::store

@@ -48,12 +48,20 @@ class StoredDocument {
   };
   Outcome save(const SaveOptions& options = {});
 
+  /// Saves the document, changed or not, under another path, in the place of the file there, and goes on
+  /// under that path; its own file may have changed or gone. Throws DocumentError; then nothing has happened.
+  void saveAs(const std::string& path);
+
+  /// What the document looks like besides its text and highlight.
+  const formats::Source& source() const { return *source_; }
+
  private:
   friend class Store;
   StoredDocument() = default;
 
-  files::NewVersion newVersion(const SaveOptions& options) const;
-  void requireSameDocument(const files::Bytes& written) const;
+  files::NewVersion newVersion(const std::string& path, const SaveOptions& options) const;
+  void requireSameDocument(const files::Bytes& written, const std::string& path) const;
+  void requireFileNotOverwritten() const;
 
   files::FileSystem* system_ = nullptr;
   std::shared_ptr<const formats::Registry> registry_;
