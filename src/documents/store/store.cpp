@@ -52,6 +52,7 @@ StoredDocument::Outcome StoredDocument::save(const SaveOptions& options) {
   files::Saved saved =
       files::replaceFile(*system_, path_, stamp_, newVersion(path_, options), options.backupSuffix);
   stamp_ = saved.stamp;
+  document_->model().saved();
   return {true, std::move(saved.backup)};
 }
 

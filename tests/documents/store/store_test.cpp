@@ -44,14 +44,18 @@ TEST(Store, SavesWhatChangedAndNothingElse) {
   chmod(opened->path().c_str(), 0644);
 
   modelOf(opened).insertBefore(0, u"zero\n");
+  EXPECT_FALSE(opened->document()->Saved());
   const auto outcome = opened->save({".bak", {}});
   EXPECT_TRUE(outcome.written);
+  EXPECT_TRUE(opened->document()->Saved());
+  EXPECT_FALSE(opened->save().written);
   EXPECT_EQ(outcome.backup, scratch.path("a.txt.bak"));
   EXPECT_EQ(scratch.get("a.txt"), "zero\r\none\r\ntwo\r\n");
   EXPECT_EQ(scratch.get("a.txt.bak"), "one\r\ntwo\r\n");
 
   modelOf(opened).insertBefore(0, u"!");
   opened->save({{}, scratch.path("b.txt")});
+  EXPECT_FALSE(opened->document()->Saved());
   opened->save();
   EXPECT_EQ(scratch.get("a.txt"), "!zero\r\none\r\ntwo\r\n");
   EXPECT_EQ(scratch.get("b.txt"), scratch.get("a.txt"));

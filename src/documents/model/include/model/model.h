@@ -76,7 +76,8 @@ class Model {
   /// Gives a span a highlight colour (0 removes it).
   void highlight(text::Span span, std::uint8_t colour);
 
-  /// Whether anything differs from what the reader found. An edit that leaves everything as it was is none.
+  /// Whether anything was edited since the document was read or last saved. An edit that leaves everything as
+  /// it was is none.
   bool changed() const { return changed_; }
   /// For whoever wrote the document into its file.
   void saved() {

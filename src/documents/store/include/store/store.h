@@ -40,8 +40,9 @@ class StoredDocument {
   void requireUnchangedFile() const;
 
   /// Saves the document, which must be open. A document without changes is not written. Returns where the old
-  /// version is kept, if it is. May be called again after further edits. Throws DocumentError; then the
-  /// original is untouched and there is no new file.
+  /// version is kept, if it is. Behind it the document counts as saved, except when only a copy elsewhere was
+  /// written; it may be edited and saved again. Throws DocumentError; then the original is untouched and there
+  /// is no new file.
   struct Outcome {
     bool written = false;
     std::string backup;
