@@ -3,6 +3,11 @@
 option(PLUVO_TESTS "Build the tests (needs GoogleTest)" ON)
 option(PLUVO_BENCH "Build the benchmarks (needs Google Benchmark)" OFF)
 option(PLUVO_FUZZ "Build the fuzz targets (needs clang)" OFF)
+find_package(Qt6 QUIET COMPONENTS Widgets)
+option(PLUVO_DESKTOP "Build the desktop program (needs Qt 6)" ${Qt6_FOUND})
+if(PLUVO_DESKTOP)
+  find_package(Qt6 REQUIRED COMPONENTS Widgets)
+endif()
 set(PLUVO_SANITIZE "" CACHE STRING "Sanitizers to build with, as -fsanitize takes them")
 
 set(CMAKE_CXX_STANDARD 20)

@@ -13,6 +13,7 @@ class Event {
  public:
   using Handler = std::function<void(Arguments...)>;
   void handledBy(Handler handler) { handlers_.push_back(std::move(handler)); }
+  bool isHandled() const { return !handlers_.empty(); }
   void raise(Arguments... arguments) const {
     for (const Handler& handler : handlers_) handler(arguments...);
   }

@@ -1,0 +1,94 @@
+#include "forms_qt/boxes.h"
+
+#include "texts.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QInputDialog>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMessageBox>
+#include <QShortcut>
+
+namespace pluvo::forms_qt {
+
+namespace {
+
+QWidget* ownerOf(const BoxSurroundings& surroundings) {
+  QWidget* owner = surroundings.owner ? surroundings.owner() : nullptr;
+  // A box stands above the window that waits already.
+  if (QWidget* modal = QApplication::activeModalWidget()) return modal;
+  return owner != nullptr ? owner : QApplication::activeWindow();
+}
+
+QString titleOf(const std::optional<std::u16string>& title) {
+  return title ? qt(*title) : QGuiApplication::applicationDisplayName();
+}
+
+void place(const BoxSurroundings& surroundings, QWidget& box) {
+  if (!surroundings.placing) return;
+  box.adjustSize();
+  surroundings.placing(box);
+}
+
+QMessageBox::StandardButtons standard(forms::Buttons buttons) {
+  switch (buttons) {
+    case forms::Buttons::yesNo:
+      return QMessageBox::Yes | QMessageBox::No;
+    case forms::Buttons::yesNoCancel:
+      return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
+    case forms::Buttons::ok:
+      break;
+  }
+  return QMessageBox::Ok;
+}
+
+forms::Answer lastOf(forms::Buttons buttons) {
+  switch (buttons) {
+    case forms::Buttons::yesNo:
+      return forms::Answer::no;
+    case forms::Buttons::yesNoCancel:
+      return forms::Answer::cancel;
+    case forms::Buttons::ok:
+      break;
+  }
+  return forms::Answer::ok;
+}
+
+}  // namespace
+
+forms::Answer QtMessageBoxes::show(const std::u16string& text, forms::Buttons buttons,
+                                   const std::optional<std::u16string>& title) {
+  QMessageBox box(QMessageBox::NoIcon, titleOf(title), QString(), standard(buttons), ownerOf(surroundings_));
+  box.setTextFormat(Qt::PlainText);
+  box.setText(lines(text));
+  box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  if (buttons != forms::Buttons::ok) box.setIcon(QMessageBox::Question);
+  const QShortcut copy(QKeySequence::Copy, &box, [&] {
+    const auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+    QGuiApplication::clipboard()->setText(label != nullptr && label->hasSelectedText() ? label->selectedText()
+                                                                                       : box.text());
+  });
+  place(surroundings_, box);
+  switch (box.exec()) {
+    case QMessageBox::Yes:
+      return forms::Answer::yes;
+    case QMessageBox::No:
+      return forms::Answer::no;
+    case QMessageBox::Ok:
+      return forms::Answer::ok;
+    default:
+      return lastOf(buttons);
+  }
+}
+
+std::u16string QtInputBoxes::ask(const std::u16string& prompt, const std::u16string& title) {
+  QInputDialog box(ownerOf(surroundings_));
+  box.setWindowTitle(qt(title));
+  box.setInputMode(QInputDialog::TextInput);
+  box.setLabelText(lines(prompt));
+  place(surroundings_, box);
+  return box.exec() == QDialog::Accepted ? u16(box.textValue()) : std::u16string();
+}
+
+}  // namespace pluvo::forms_qt

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "forms/control.h"
+
+#include <QLayout>
+#include <memory>
+#include <vector>
+
+namespace pluvo::forms_qt {
+
+/// Places widgets in forms' grid: twelve columns of equal width, rows as high as what stands in them asks for
+/// at that width, the rest shared by the rows of what grows. Hidden widgets take no room.
+class CellLayout final : public QLayout {
+ public:
+  explicit CellLayout(QWidget* parent) : QLayout(parent) {}
+  ~CellLayout() override;
+
+  /// A cell without columns is a line of its own below what is there.
+  void add(QWidget& widget, forms::Cell cell, bool grows, bool heads);
+
+  void addItem(QLayoutItem* item) override;
+  int count() const override { return static_cast<int>(places_.size()); }
+  QLayoutItem* itemAt(int index) const override;
+  QLayoutItem* takeAt(int index) override;
+  Qt::Orientations expandingDirections() const override;
+  bool hasHeightForWidth() const override { return true; }
+  int heightForWidth(int width) const override;
+  int minimumHeightForWidth(int width) const override;
+  QSize sizeHint() const override;
+  QSize minimumSize() const override;
+  void setGeometry(const QRect& rect) override;
+
+ private:
+  struct Place {
+    std::unique_ptr<QLayoutItem> item;
+    forms::Cell cell;
+    bool grows = false;
+    /// It says what the box below it is for.
+    bool heads = false;
+  };
+  struct Row {
+    int height = 0;
+    int gap = 0;    ///< above
+    int first = 0;  ///< the height of what does not grow in it
+    int weight = 0;
+    bool used = false;
+    bool heading = true;
+  };
+
+  std::vector<Row> rows(int width, bool least) const;
+  int total(int width, bool least) const;
+  int left(const forms::Cell& cell, int width) const;
+  int widthOf(const forms::Cell& cell, int width) const;
+  static int heightOf(const QLayoutItem& item, int width, bool least);
+  int columnGap() const;
+  int rowGap() const;
+
+  std::vector<Place> places_;
+};
+
+}  // namespace pluvo::forms_qt

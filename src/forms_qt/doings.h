@@ -1,0 +1,51 @@
+#pragma once
+
+#include "forms/control.h"
+#include "forms/message_boxes.h"
+#include "forms/unreported.h"
+
+#include <functional>
+#include <utility>
+
+namespace pluvo::forms_qt {
+
+/// The way of what the user does from the widgets of one form to its controls.
+class Doings {
+ public:
+  using Admits = std::function<bool(const forms::Control*)>;
+  Doings(forms::MessageBoxes& boxes, Admits admits) : boxes_(boxes), admits_(std::move(admits)) {}
+
+  /// Nothing arrives from widgets while the form is hidden.
+  void listening(bool value) { listening_ = value; }
+  bool listening() const { return listening_; }
+
+  /// Something that needs no edit to be done with: typing, a key, the mouse.
+  template <class Doing>
+  void does(Doing&& doing) {
+    if (listening_) forms::userDid(boxes_, std::forward<Doing>(doing));
+  }
+  /// A press or a choice. An edit that was begun elsewhere is ended first; where that is refused, nothing
+  /// comes of it.
+  template <class Doing>
+  void decides(Doing&& doing) {
+    if (listening_ && settle()) does(std::forward<Doing>(doing));
+  }
+  /// Whether the program lets this happen now; without a control, the form's closing.
+  bool admits(const forms::Control* control) const { return listening_ && admits_(control); }
+
+  /// An edit has begun; the call ends it, and tells whether it stands.
+  void begun(std::function<bool()> end) { end_ = std::move(end); }
+  /// Ends the edit under way, if there is one.
+  bool settle() {
+    const auto end = std::exchange(end_, {});
+    return !end || !listening_ || end();
+  }
+
+ private:
+  forms::MessageBoxes& boxes_;
+  Admits admits_;
+  bool listening_ = false;
+  std::function<bool()> end_;
+};
+
+}  // namespace pluvo::forms_qt

@@ -1,0 +1,238 @@
+#include "form_window.h"
+
+#include "forms_qt/forms.h"
+#include "texts.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDialog>
+#include <QVBoxLayout>
+
+namespace pluvo::forms_qt {
+
+namespace {
+
+/// A window of its own for a form.
+class Frame final : public QDialog {
+ public:
+  Frame(FormWindow& window, QWidget* owner) : QDialog(owner), window_(window) {
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+  }
+  void reject() override { window_.closed(); }
+
+ protected:
+  void closeEvent(QCloseEvent* event) override {
+    event->ignore();
+    window_.closed();
+  }
+
+ private:
+  FormWindow& window_;
+};
+
+/// What the keys of a form as a whole come to, wherever the focus is, and news of the system's looks.
+class Listener final : public QObject {
+ public:
+  Listener(FormWindow& window, QObject* parent) : QObject(parent), window_(window) {}
+  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+    switch (event->type()) {
+      case QEvent::KeyPress:
+        return window_.pressed(*static_cast<QKeyEvent*>(event));
+      case QEvent::WindowActivate:
+        window_.activated();
+        return false;
+      case QEvent::ApplicationPaletteChange:
+      case QEvent::ApplicationFontChange:
+      case QEvent::StyleChange:
+        window_.looksChanged();
+        return false;
+      default:
+        return false;
+    }
+  }
+
+ private:
+  FormWindow& window_;
+};
+
+constexpr Qt::KeyboardModifiers kCommandKeys = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
+
+}  // namespace
+
+FormWindow::FormWindow(QtForms& host, forms::Form& form)
+    : host_(host), form_(form), doings_(host.boxes_, [this](const forms::Control* control) {
+        return !host_.admits || host_.admits(form_, control);
+      }) {}
+
+FormWindow::~FormWindow() {
+  host_.windows_.erase(&form_);
+  doings_.listening(false);
+  if (panel_) panel_->release();
+  QWidget* widget = frame_ ? frame_.data() : panel_.data();
+  if (widget == nullptr) return;
+  for (QObject* child : widget->findChildren<QObject*>(QStringLiteral("listener"))) delete child;
+  widget->hide();
+  widget->deleteLater();
+}
+
+void FormWindow::build() {
+  const auto container = host_.containers_.find(form_.Name());
+  const bool standsIn = container != host_.containers_.end() && container->second;
+  if (standsIn) {
+    container_ = container->second;
+    panel_ = new PagePanel(form_.controls(), doings_, container_);
+    if (container_->layout() == nullptr) {
+      auto* layout = new QVBoxLayout(container_);
+      layout->setContentsMargins(0, 0, 0, 0);
+    }
+    container_->layout()->addWidget(panel_);
+  } else {
+    const bool blocks = !host_.modeless_.contains(form_.Name()) && loop_;
+    frame_ = new Frame(*this, host_.owner_);
+    frame_->setObjectName(qt(form_.Name()));
+    frame_->setWindowModality(blocks ? Qt::ApplicationModal : Qt::NonModal);
+    panel_ = new PagePanel(form_.controls(), doings_, frame_);
+    auto* layout = new QVBoxLayout(frame_);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(panel_);
+  }
+  auto* listener = new Listener(*this, panel_);
+  listener->setObjectName(QStringLiteral("listener"));
+  panel_->installEventFilter(listener);
+}
+
+QWidget* FormWindow::window() const { return frame_ ? frame_.data() : panel_.data(); }
+
+void FormWindow::show() {
+  if (!panel_) build();
+  doings_.listening(true);
+  refresh();
+  if (container_) {
+    panel_->show();
+    container_->show();
+  } else {
+    if (!wasShown_) frame_->adjustSize();
+    const QPoint place = frame_->pos();
+    if (host_.placing) {
+      host_.placing(form_, *frame_);
+    } else if (wasShown_) {
+      frame_->move(place);
+    }
+    frame_->show();
+    frame_->raise();
+    frame_->activateWindow();
+  }
+  wasShown_ = true;
+  focus();
+}
+
+void FormWindow::hide() {
+  doings_.listening(false);
+  doings_.begun({});
+  if (loop_) loop_->quit();
+  if (container_) container_->hide();
+  if (frame_) frame_->hide();
+}
+
+void FormWindow::run() {
+  QEventLoop loop;
+  const QPointer<QEventLoop> outer = std::exchange(loop_, &loop);
+  show();
+  if (form_.Visible()) loop.exec(QEventLoop::DialogExec);
+  loop_ = outer;
+  hide();
+}
+
+void FormWindow::repaint() {
+  if (!window()) return;
+  // Labels that came or grew have their places first.
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+  window()->repaint();
+}
+
+void FormWindow::refresh() {
+  if (!panel_) return;
+  if (frame_) frame_->setWindowTitle(qt(form_.Caption()));
+  panel_->setAccessibleName(qt(form_.Caption()));
+  refreshWindowState();
+  if (form_.Visible() && focused_ != form_.ActiveControl()) focus();
+}
+
+void FormWindow::refreshWindowState() {
+  if (windowState_ == form_.WindowState()) return;
+  windowState_ = form_.WindowState();
+  if (host_.windowStateChanged) return host_.windowStateChanged(form_);
+  if (frame_) frame_->setWindowState(windowState_ == 1 ? Qt::WindowMinimized : Qt::WindowNoState);
+}
+
+std::vector<Mirror*> FormWindow::all() const {
+  std::vector<Mirror*> all;
+  if (!panel_) return all;
+  for (const auto& mirror : panel_->mirrors()) {
+    all.push_back(mirror.get());
+    const std::vector<Mirror*> inner = mirror->inner();
+    all.insert(all.end(), inner.begin(), inner.end());
+  }
+  return all;
+}
+
+template <class Passes>
+Mirror* FormWindow::find(Passes passes) const {
+  for (Mirror* mirror : all()) {
+    if (mirror->widget() != nullptr && passes(*mirror)) return mirror;
+  }
+  return nullptr;
+}
+
+void FormWindow::focus() {
+  focused_ = form_.ActiveControl();
+  const Mirror* wanted = find([&](const Mirror& mirror) { return &mirror.control() == focused_; });
+  if (wanted == nullptr && focused_ == nullptr) {
+    wanted = find([](const Mirror& mirror) {
+      return mirror.widget()->isVisibleTo(mirror.widget()->window()) && mirror.widget()->isEnabled() &&
+             (mirror.widget()->focusPolicy() & Qt::TabFocus) != 0;
+    });
+  }
+  if (wanted != nullptr) wanted->widget()->setFocus(Qt::OtherFocusReason);
+}
+
+bool FormWindow::pressed(const QKeyEvent& key) {
+  if ((key.modifiers() & kCommandKeys) != 0) return false;
+  switch (key.key()) {
+    case Qt::Key_Escape:
+      closed();
+      return true;
+    case Qt::Key_Return:
+    case Qt::Key_Enter: {
+      const Mirror* button = find([](const Mirror& mirror) {
+        const auto* pressable = dynamic_cast<const forms::CommandButton*>(&mirror.control());
+        return pressable != nullptr && pressable->Default() && mirror.widget()->isVisible() &&
+               mirror.widget()->isEnabled();
+      });
+      if (button == nullptr) return false;
+      static_cast<QAbstractButton*>(button->widget())->click();
+      return true;
+    }
+    case Qt::Key_F1: {
+      Mirror* help = find([&](const Mirror& mirror) { return mirror.control().Name() == host_.help_; });
+      return help != nullptr && help->press();
+    }
+    default:
+      return false;
+  }
+}
+
+void FormWindow::closed() {
+  if (!doings_.admits(nullptr)) return;
+  doings_.does([this] { form_.close(); });
+}
+
+void FormWindow::activated() {
+  doings_.does([this] { form_.activate(); });
+}
+
+void FormWindow::looksChanged() {
+  for (Mirror* mirror : all()) mirror->refresh();
+}
+
+}  // namespace pluvo::forms_qt

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "doings.h"
+#include "forms/form.h"
+#include "page_panel.h"
+
+#include <QEventLoop>
+#include <QKeyEvent>
+#include <QPointer>
+
+namespace pluvo::forms_qt {
+
+class QtForms;
+
+/// One form on screen: its controls on a panel, and the window or the program's container the panel stands
+/// in.
+class FormWindow {
+ public:
+  FormWindow(QtForms& host, forms::Form& form);
+  FormWindow(const FormWindow&) = delete;
+  FormWindow& operator=(const FormWindow&) = delete;
+  ~FormWindow();
+
+  void show();
+  void hide();
+  /// Until the form is hidden.
+  void run();
+  void repaint();
+  QWidget* window() const;
+  /// The form's own values are others.
+  void formChanged() { refresh(); }
+
+  // What the widgets tell.
+  /// Whether the key meant something to the form as a whole.
+  bool pressed(const QKeyEvent& key);
+  void closed();
+  void activated();
+  void looksChanged();
+
+ private:
+  void build();
+  void refresh();
+  void refreshWindowState();
+  void focus();
+  std::vector<Mirror*> all() const;
+  template <class Passes>
+  Mirror* find(Passes passes) const;
+
+  QtForms& host_;
+  forms::Form& form_;
+  Doings doings_;
+  QPointer<QWidget> frame_;      ///< nothing where the form stands in a container
+  QPointer<QWidget> container_;  ///< and the reverse
+  QPointer<PagePanel> panel_;
+  QPointer<QEventLoop> loop_;
+  const forms::Control* focused_ = nullptr;
+  int windowState_ = 0;
+  bool wasShown_ = false;
+};
+
+}  // namespace pluvo::forms_qt

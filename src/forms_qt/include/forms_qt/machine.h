@@ -1,0 +1,40 @@
+#pragma once
+
+#include "forms/machine.h"
+
+#include <QUrl>
+#include <functional>
+#include <string>
+
+namespace pluvo::forms_qt {
+
+/// Deals with the events that wait. A yield from within a yield does nothing, so that what one of those
+/// events starts is not cut into by the next.
+class QtYielding final : public forms::Yielding {
+ public:
+  void yield() override;
+  /// Whether one is under way.
+  bool yields() const { return yields_; }
+
+ private:
+  bool yields_ = false;
+};
+
+/// Starts programs, and opens through the desktop what a command line gives to "start": a web page by its
+/// address, a file or a folder by its path.
+class QtLauncher final : public forms::Launcher {
+ public:
+  /// Opens with the program the desktop has for it; false where it has none.
+  using Opener = std::function<bool(const QUrl&)>;
+  QtLauncher();
+  explicit QtLauncher(Opener opener) : opener_(std::move(opener)) {}
+
+  /// "start X", also behind a shell ("cmd.exe /c start X"), opens X; any other command line is a program and
+  /// its arguments. Throws Fault kFileNotFound, which tells what could not be opened or started.
+  void launchHidden(const std::u16string& commandLine) override;
+
+ private:
+  Opener opener_;
+};
+
+}  // namespace pluvo::forms_qt

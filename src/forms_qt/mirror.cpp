@@ -1,0 +1,66 @@
+#include "mirror.h"
+
+#include "combo_mirror.h"
+#include "list_mirror.h"
+#include "look.h"
+#include "multi_page_mirror.h"
+#include "simple_mirrors.h"
+#include "text_box_mirror.h"
+#include "texts.h"
+
+namespace pluvo::forms_qt {
+
+std::unique_ptr<Mirror> Mirror::of(forms::Control& control, Doings& doings, QWidget& parent) {
+  switch (control.kind()) {
+    case forms::ControlKind::label:
+      return std::make_unique<LabelMirror>(static_cast<forms::Label&>(control), doings, parent);
+    case forms::ControlKind::commandButton:
+      return std::make_unique<ButtonMirror>(static_cast<forms::CommandButton&>(control), doings, parent);
+    case forms::ControlKind::textBox: {
+      auto& box = static_cast<forms::TextBox&>(control);
+      if (box.MultiLine()) return std::make_unique<LinesMirror>(box, doings, parent);
+      return std::make_unique<LineMirror>(box, doings, parent);
+    }
+    case forms::ControlKind::checkBox:
+      return std::make_unique<CheckBoxMirror>(static_cast<forms::CheckBox&>(control), doings, parent);
+    case forms::ControlKind::comboBox:
+      return std::make_unique<ComboMirror>(static_cast<forms::ComboBox&>(control), doings, parent);
+    case forms::ControlKind::listBox:
+      return std::make_unique<ListMirror>(static_cast<forms::ListBox&>(control), doings, parent);
+    case forms::ControlKind::multiPage:
+      return std::make_unique<MultiPageMirror>(static_cast<forms::MultiPage&>(control), doings, parent);
+    case forms::ControlKind::picture:
+      break;
+  }
+  return std::make_unique<PictureMirror>(static_cast<forms::Picture&>(control), doings, parent);
+}
+
+void Mirror::mirrors(QWidget& widget) {
+  widget_ = &widget;
+  widget.setObjectName(qt(control_.Name()));
+  control_.changed.handledBy([mirror = QPointer<Mirror>(this)] {
+    if (mirror) mirror->refresh();
+  });
+  refresh();
+}
+
+void Mirror::refresh() {
+  if (!widget_) return;
+  widget_->setEnabled(control_.Enabled());
+  widget_->setVisible(control_.Visible());
+  widget_->setToolTip(toolTip(control_.ControlTipText()));
+  widget_->setAccessibleName(spokenName_.isEmpty() ? spokenName(control_) : spokenName_);
+  widget_->setAccessibleDescription(qt(control_.ControlTipText()));
+  setFont(*widget_, control_.Font());
+  dress();
+  refreshKind();
+}
+
+void Mirror::namedBy(const forms::Control& label) {
+  spokenName_ = spokenName(label);
+  refresh();
+}
+
+void Mirror::dress() { dressLabel(*widget_, control_); }
+
+}  // namespace pluvo::forms_qt

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "doings.h"
+#include "forms/control.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QWidget>
+#include <memory>
+#include <vector>
+
+namespace pluvo::forms_qt {
+
+/// One control and its widget. The widget belongs to its parent; when the mirror goes first, nothing arrives
+/// from it any more.
+class Mirror : public QObject {
+ public:
+  ~Mirror() override = default;
+
+  /// The mirror for the control's kind, its widget a child of the parent.
+  static std::unique_ptr<Mirror> of(forms::Control& control, Doings& doings, QWidget& parent);
+
+  forms::Control& control() const { return control_; }
+  QWidget* widget() const { return widget_; }
+  /// Whether more height is of use to it.
+  virtual bool grows() const { return false; }
+  /// The user presses it by a key for the form as a whole. Whether it can be pressed.
+  virtual bool press() { return false; }
+  /// The mirrors of the controls on it.
+  virtual std::vector<Mirror*> inner() const { return {}; }
+  /// A label says what the control is for.
+  void namedBy(const forms::Control& label);
+  /// Shows the control's values anew.
+  void refresh();
+
+ protected:
+  Mirror(forms::Control& control, Doings& doings) : control_(control), doings_(doings) {}
+  /// To be called once, at the end of the constructor of the kind.
+  void mirrors(QWidget& widget);
+  /// What the kind has besides what all have.
+  virtual void refreshKind() = 0;
+  /// Where its colours are shown.
+  virtual void dress();
+  Doings& doings() const { return doings_; }
+
+ private:
+  forms::Control& control_;
+  Doings& doings_;
+  QPointer<QWidget> widget_;
+  QString spokenName_;
+};
+
+}  // namespace pluvo::forms_qt

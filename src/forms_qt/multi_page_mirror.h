@@ -1,0 +1,28 @@
+#pragma once
+
+#include "forms/multi_page.h"
+#include "mirror.h"
+#include "page_panel.h"
+
+#include <QTabWidget>
+
+namespace pluvo::forms_qt {
+
+/// Pages behind tabs. A page that is larger than its place scrolls.
+class MultiPageMirror final : public Mirror {
+ public:
+  MultiPageMirror(forms::MultiPage& pages, Doings& doings, QWidget& parent);
+  ~MultiPageMirror() override;
+  bool grows() const override { return true; }
+  std::vector<Mirror*> inner() const override;
+
+ private:
+  void refreshKind() override;
+  void chosen(int page);
+
+  forms::MultiPage& pages_;
+  QTabWidget* shown_;
+  std::vector<QPointer<PagePanel>> panels_;
+};
+
+}  // namespace pluvo::forms_qt

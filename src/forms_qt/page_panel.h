@@ -1,0 +1,30 @@
+#pragma once
+
+#include "forms/control.h"
+#include "mirror.h"
+
+#include <QWidget>
+#include <memory>
+#include <vector>
+
+namespace pluvo::forms_qt {
+
+/// Controls that show together, in their grid, with labels tied to the boxes they name.
+class PagePanel final : public QWidget {
+ public:
+  PagePanel(const std::vector<forms::Control*>& controls, Doings& doings, QWidget* parent);
+
+  /// The controls are about to go: the widgets mirror them no more.
+  void release() { mirrors_.clear(); }
+  const std::vector<std::unique_ptr<Mirror>>& mirrors() const { return mirrors_; }
+
+ private:
+  void place();
+  void placeButtons(std::size_t from, std::size_t to);
+  void tieLabels();
+  void orderTabs();
+
+  std::vector<std::unique_ptr<Mirror>> mirrors_;
+};
+
+}  // namespace pluvo::forms_qt

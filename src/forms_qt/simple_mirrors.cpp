@@ -1,0 +1,97 @@
+#include "simple_mirrors.h"
+
+#include "texts.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+
+namespace pluvo::forms_qt {
+
+LabelMirror::LabelMirror(forms::Label& label, Doings& doings, QWidget& parent)
+    : Mirror(label, doings), label_(label), shown_(new QLabel(&parent)) {
+  shown_->setWordWrap(true);
+  shown_->installEventFilter(this);
+  connect(shown_, &QLabel::linkActivated, this, [this] { press(); });
+  mirrors(*shown_);
+}
+
+bool LabelMirror::press() {
+  doings().decides([this] {
+    if (doings().admits(&label_)) label_.press();
+  });
+  return true;
+}
+
+bool LabelMirror::eventFilter(QObject* /*watched*/, QEvent* event) {
+  if (label_.IsLink()) return false;
+  if (event->type() == QEvent::MouseButtonRelease &&
+      static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton)
+    press();
+  return false;
+}
+
+void LabelMirror::refreshKind() {
+  QString text = lines(label_.Caption());
+  // Line ends before the text push it down in a place of fixed size; here its place is as large as it is.
+  while (text.startsWith(u'\n')) text.remove(0, 1);
+  if (label_.IsLink()) {
+    shown_->setTextFormat(Qt::RichText);
+    shown_->setText(QStringLiteral("<a href='#'>%1</a>").arg(text.toHtmlEscaped()));
+    shown_->setTextInteractionFlags(Qt::LinksAccessibleByKeyboard | Qt::LinksAccessibleByMouse);
+    shown_->setFocusPolicy(Qt::StrongFocus);
+  } else {
+    shown_->setTextFormat(Qt::PlainText);
+    // A label that names a box has a key for it perhaps, and then shows "&" by two.
+    shown_->setText(shown_->buddy() == nullptr ? text : text.replace(u'&', QStringLiteral("&&")));
+  }
+}
+
+ButtonMirror::ButtonMirror(forms::CommandButton& button, Doings& doings, QWidget& parent)
+    : Mirror(button, doings), button_(button), shown_(new Wrapping<QPushButton>(&parent)) {
+  shown_->setAutoDefault(false);
+  shown_->installEventFilter(this);
+  connect(shown_, &QPushButton::clicked, this, &ButtonMirror::press);
+  mirrors(*shown_);
+}
+
+bool ButtonMirror::eventFilter(QObject* /*watched*/, QEvent* event) {
+  if (event->type() != QEvent::KeyPress) return false;
+  const int key = static_cast<QKeyEvent*>(event)->key();
+  if (key != Qt::Key_Return && key != Qt::Key_Enter) return false;
+  shown_->click();
+  return true;
+}
+
+bool ButtonMirror::press() {
+  doings().decides([this] {
+    if (doings().admits(&button_)) button_.press();
+  });
+  return true;
+}
+
+void ButtonMirror::refreshKind() {
+  shown_->setText(marked(button_.Caption()));
+  shown_->setDefault(button_.Default());
+}
+
+CheckBoxMirror::CheckBoxMirror(forms::CheckBox& box, Doings& doings, QWidget& parent)
+    : Mirror(box, doings), box_(box), shown_(new Wrapping<QCheckBox>(&parent)) {
+  connect(shown_, &QCheckBox::clicked, this, [this](bool value) {
+    this->doings().decides([this, value] { box_.tick(value); });
+    refresh();
+  });
+  mirrors(*shown_);
+}
+
+void CheckBoxMirror::refreshKind() {
+  shown_->setText(marked(box_.Caption()));
+  shown_->setChecked(box_.Value());
+}
+
+PictureMirror::PictureMirror(forms::Picture& picture, Doings& doings, QWidget& parent)
+    : Mirror(picture, doings) {
+  auto* symbol = new Symbol(qt(picture.Symbol()), &parent);
+  mirrors(*symbol);
+}
+
+}  // namespace pluvo::forms_qt

@@ -1,0 +1,175 @@
+#include "text_box_mirror.h"
+
+#include "look.h"
+#include "texts.h"
+
+#include <QFontMetrics>
+#include <QMouseEvent>
+#include <QTextBlock>
+#include <QTextDocument>
+
+namespace pluvo::forms_qt {
+
+namespace {
+
+std::int16_t shiftState(Qt::KeyboardModifiers modifiers) {
+  int state = 0;
+  if (modifiers.testFlag(Qt::ShiftModifier)) state |= forms::kShift;
+  if (modifiers.testFlag(Qt::ControlModifier)) state |= forms::kControl;
+  if (modifiers.testFlag(Qt::AltModifier)) state |= forms::kAlt;
+  return static_cast<std::int16_t>(state);
+}
+
+/// Letters and digits have the same codes here and there; of the others, what texts are edited with.
+std::int16_t keyCode(int key) {
+  struct Code {
+    int key;
+    std::int16_t code;
+  };
+  static constexpr Code kCodes[] = {{Qt::Key_Backspace, 8}, {Qt::Key_Tab, 9},     {Qt::Key_Return, 13},
+                                    {Qt::Key_Enter, 13},    {Qt::Key_Escape, 27}, {Qt::Key_PageUp, 33},
+                                    {Qt::Key_PageDown, 34}, {Qt::Key_End, 35},    {Qt::Key_Home, 36},
+                                    {Qt::Key_Left, 37},     {Qt::Key_Up, 38},     {Qt::Key_Right, 39},
+                                    {Qt::Key_Down, 40},     {Qt::Key_Insert, 45}, {Qt::Key_Delete, 46}};
+  for (const Code& code : kCodes) {
+    if (code.key == key) return code.code;
+  }
+  constexpr int kMost = 0x5A;  // Z
+  return key > 0 && key <= kMost ? static_cast<std::int16_t>(key) : std::int16_t{0};
+}
+
+bool isV(const QKeyEvent& key) { return key.key() == Qt::Key_V; }
+
+bool isEnter(const QKeyEvent& key) { return key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter; }
+
+std::int16_t mouseButton(Qt::MouseButton button) {
+  switch (button) {
+    case Qt::LeftButton:
+      return forms::kLeft;
+    case Qt::RightButton:
+      return forms::kRight;
+    case Qt::MiddleButton:
+      return forms::kMiddle;
+    default:
+      return 0;
+  }
+}
+
+}  // namespace
+
+void TextBoxMirror::dress() { dressBox(*widget(), box_); }
+
+bool TextBoxMirror::eventFilter(QObject* watched, QEvent* event) {
+  switch (event->type()) {
+    case QEvent::KeyPress:
+      return pressed(*static_cast<QKeyEvent*>(event));
+    case QEvent::KeyRelease:
+      released(*static_cast<QKeyEvent*>(event));
+      return false;
+    case QEvent::ContextMenu:
+      // The right button means something else to this box; the keyboard's menu key does not.
+      return box_.MouseUp.isHandled() &&
+             static_cast<QContextMenuEvent*>(event)->reason() == QContextMenuEvent::Mouse;
+    case QEvent::MouseButtonRelease: {
+      const auto& mouse = *static_cast<QMouseEvent*>(event);
+      const std::int16_t button = mouseButton(mouse.button());
+      if (button == 0 || !static_cast<QWidget*>(watched)->rect().contains(mouse.position().toPoint()))
+        return false;
+      // The box is to be done with the button first.
+      QMetaObject::invokeMethod(
+          this, [this, button] { doings().does([&] { box_.releaseMouse(button); }); }, Qt::QueuedConnection);
+      return false;
+    }
+    default:
+      return false;
+  }
+}
+
+bool TextBoxMirror::pressed(const QKeyEvent& key) {
+  const Qt::KeyboardModifiers modifiers =
+      key.modifiers() & (Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier);
+  if (key.matches(QKeySequence::Paste) && modifiers == Qt::ControlModifier) pastes_ = true;
+  if (isV(key) && modifiers == (Qt::ControlModifier | Qt::ShiftModifier)) {
+    paste();
+    return true;
+  }
+  if (takes(key)) return true;
+  const QString text = key.text();
+  const char16_t character = isEnter(key) ? u'\r' : text.isEmpty() ? u'\0' : text.front().unicode();
+  if (character == 0) return false;
+  const QPointer<Mirror> self(this);
+  doings().does([&] { box_.pressKey(static_cast<std::int16_t>(character)); });
+  // The key may have closed the form, and is then no longer for it.
+  return !self || !doings().listening();
+}
+
+void TextBoxMirror::released(const QKeyEvent& key) {
+  if (key.isAutoRepeat()) return;
+  // With some keyboard layouts the V key has another letter, and Ctrl+V is a paste all the same.
+  const bool endsPaste = pastes_ && key.key() != Qt::Key_Control;
+  if (endsPaste) pastes_ = false;
+  const std::int16_t code = endsPaste ? std::int16_t{forms::kVKey} : keyCode(key.key());
+  const std::int16_t shift = endsPaste ? std::int16_t{forms::kControl} : shiftState(key.modifiers());
+  if (code != 0) doings().does([&] { box_.releaseKey(code, shift); });
+}
+
+LineMirror::LineMirror(forms::TextBox& box, Doings& doings, QWidget& parent)
+    : TextBoxMirror(box, doings), shown_(new QLineEdit(&parent)) {
+  shown_->installEventFilter(this);
+  connect(shown_, &QLineEdit::textEdited, this,
+          [this](const QString& text) { this->doings().does([&] { box_.type(u16(text)); }); });
+  mirrors(*shown_);
+}
+
+void LineMirror::refreshKind() {
+  const QString text = qt(box_.Text());
+  if (shown_->text() != text) {
+    shown_->selectAll();  // so that the user can undo it
+    shown_->insert(text);
+  }
+  shown_->setReadOnly(box_.ReadOnly());
+  const bool hides = !box_.PasswordChar().empty();
+  shown_->setEchoMode(hides ? QLineEdit::Password : QLineEdit::Normal);
+  if (hides) {
+    shown_->setStyleSheet(QStringLiteral("lineedit-password-character: %1; lineedit-password-mask-delay: 0")
+                              .arg(box_.PasswordChar().front()));
+  }
+}
+
+LinesMirror::LinesMirror(forms::TextBox& box, Doings& doings, QWidget& parent)
+    : TextBoxMirror(box, doings), shown_(new QPlainTextEdit(&parent)) {
+  shown_->setTabChangesFocus(true);
+  shown_->installEventFilter(this);
+  shown_->viewport()->installEventFilter(this);
+  connect(shown_, &QPlainTextEdit::textChanged, this,
+          [this] { this->doings().does([this] { box_.type(held()); }); });
+  mirrors(*shown_);
+}
+
+std::u16string LinesMirror::held() const { return linesBack(shown_->document()->toRawText()); }
+
+bool LinesMirror::takes(const QKeyEvent& key) {
+  if (!isEnter(key) || box_.ReadOnly()) return false;
+  const Qt::KeyboardModifiers modifiers = key.modifiers() & ~Qt::KeypadModifier;
+  if (modifiers != Qt::ControlModifier && modifiers != Qt::ShiftModifier) return false;
+  shown_->textCursor().insertBlock();
+  shown_->ensureCursorVisible();
+  return true;
+}
+
+void LinesMirror::refreshKind() {
+  const QString text = lines(box_.Text());
+  if (lines(held()) != text) {
+    const QSignalBlocker quiet(shown_);
+    QTextCursor all(shown_->document());  // so that the user can undo it
+    all.select(QTextCursor::Document);
+    all.insertText(text);
+    if (box_.ReadOnly()) all.movePosition(QTextCursor::Start);
+    shown_->setTextCursor(all);
+  }
+  shown_->setReadOnly(box_.ReadOnly());
+  if (box_.ReadOnly())
+    shown_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+}
+
+}  // namespace pluvo::forms_qt

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "forms/text_box.h"
+#include "mirror.h"
+
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+
+namespace pluvo::forms_qt {
+
+/// What text boxes of one line and of several have in common: keys and mouse buttons as the control's events.
+class TextBoxMirror : public Mirror {
+ public:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ protected:
+  TextBoxMirror(forms::TextBox& box, Doings& doings) : Mirror(box, doings), box_(box) {}
+  void dress() override;
+  /// The ordinary paste of the box.
+  virtual void paste() = 0;
+  /// Whether the box took the key for itself before it got to the widget.
+  virtual bool takes(const QKeyEvent& key) = 0;
+
+  forms::TextBox& box_;
+
+ private:
+  bool pressed(const QKeyEvent& key);
+  void released(const QKeyEvent& key);
+
+  /// Ctrl was down when the V key was pressed; it may come up first.
+  bool pastes_ = false;
+};
+
+class LineMirror final : public TextBoxMirror {
+ public:
+  LineMirror(forms::TextBox& box, Doings& doings, QWidget& parent);
+
+ private:
+  void refreshKind() override;
+  void paste() override { shown_->paste(); }
+  bool takes(const QKeyEvent& /*key*/) override { return false; }
+
+  QLineEdit* shown_;
+};
+
+class LinesMirror final : public TextBoxMirror {
+ public:
+  LinesMirror(forms::TextBox& box, Doings& doings, QWidget& parent);
+  bool grows() const override { return true; }
+
+ private:
+  void refreshKind() override;
+  void paste() override { shown_->paste(); }
+  bool takes(const QKeyEvent& key) override;
+  /// What the widget holds, as the control has it.
+  std::u16string held() const;
+
+  QPlainTextEdit* shown_;
+};
+
+}  // namespace pluvo::forms_qt

@@ -1,0 +1,90 @@
+#include "texts.h"
+
+#include <QStringView>
+
+namespace pluvo::forms_qt {
+
+namespace {
+
+bool isMark(const std::u16string& caption, std::size_t at) {
+  return caption[at] == u'&' && at + 1 < caption.size() && QChar(caption[at + 1]).isLetterOrNumber();
+}
+
+bool isPair(const std::u16string& caption, std::size_t at) {
+  return caption[at] == u'&' && at + 1 < caption.size() && caption[at + 1] == u'&';
+}
+
+/// "cboxLevelsDeep" is "Levels Deep".
+QString readName(const std::u16string& name) {
+  const QString text = qt(name);
+  qsizetype from = 0;
+  while (from < text.size() && text[from].isLower()) ++from;
+  QString read;
+  for (const QChar letter : QStringView(text).mid(from)) {
+    if (letter.isDigit()) continue;
+    if (letter.isUpper() && !read.isEmpty() && !read.back().isUpper()) read += u' ';
+    read += letter;
+  }
+  return read.isEmpty() ? text : read;
+}
+
+}  // namespace
+
+QString qt(const std::u16string& text) { return QStringView(text).toString(); }
+
+std::u16string u16(const QString& text) { return text.toStdU16String(); }
+
+QString marked(const std::u16string& caption) {
+  QString text;
+  for (std::size_t at = 0; at < caption.size(); ++at) {
+    if (caption[at] != u'&' || isMark(caption, at)) {
+      text += QChar(caption[at]);
+      continue;
+    }
+    text += u"&&";
+    if (isPair(caption, at)) ++at;
+  }
+  return text;
+}
+
+QString unmarked(const std::u16string& caption) {
+  QString text;
+  for (std::size_t at = 0; at < caption.size(); ++at) {
+    if (isMark(caption, at)) continue;
+    text += QChar(caption[at]);
+    if (isPair(caption, at)) ++at;
+  }
+  return text;
+}
+
+QString toolTip(const std::u16string& tip) {
+  if (tip.empty()) return {};
+  // Only rich text is broken into lines; in it, nothing of the tip may be taken for markup.
+  return QStringLiteral("<p style='white-space:pre-wrap'>%1</p>").arg(qt(tip).toHtmlEscaped());
+}
+
+QString lines(const std::u16string& text) {
+  QString shown = qt(text);
+  shown.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+  shown.replace(u'\r', u'\n');
+  return shown;
+}
+
+std::u16string linesBack(const QString& raw) {
+  std::u16string text;
+  text.reserve(static_cast<std::size_t>(raw.size()));
+  for (const QChar letter : raw) {
+    if (letter == QChar::ParagraphSeparator || letter == u'\n') {
+      text += u"\r\n";
+    } else {
+      text += letter.unicode();
+    }
+  }
+  return text;
+}
+
+QString spokenName(const forms::Control& control) {
+  return control.Caption().empty() ? readName(control.Name()) : unmarked(control.Caption()).simplified();
+}
+
+}  // namespace pluvo::forms_qt
