@@ -2,6 +2,7 @@
 
 #include "multifile/mask.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace pluvo::multifile {
@@ -35,6 +36,7 @@ void clsDirParsing::ProcessItems() {
       GetSubdirs(root_, folders, level, deep_);
     }
     items_ = {u""};
+    identities_ = {std::nullopt};
     if (itemsToProcess_ != 0) {
       items_ = dirs_;
       return;
@@ -46,11 +48,13 @@ void clsDirParsing::ProcessItems() {
 
 void clsDirParsing::listFiles(const std::u16string& folder, std::size_t& index) {
   for (const std::u16string& mask : masks_) {
-    for (const Entry& entry : entriesMatching(folder + mask)) {
-      if (entry.isFolder) continue;
-      if (index == items_.size()) items_.emplace_back();
+    forEachMatching(folder + mask, [&](const Entry& entry) {
+      if (entry.isFolder) return;
+      items_.resize(std::max(items_.size(), index + 1));
+      identities_.resize(items_.size());
+      identities_[index] = entry.identity;
       items_[index++] = folder + entry.name;
-    }
+    });
   }
 }
 
@@ -86,21 +90,21 @@ void clsDirParsing::GetSubdirsOld2(const std::u16string& folder, FolderCollectio
 
 void clsDirParsing::addSubFolders(const std::u16string& folder, FolderCollection& folders, std::int16_t level,
                                   bool (*taken)(const Entry&), const Descend& descend) {
-  for (const Entry& entry : entriesMatching(folder + u"*.*")) {
-    if (!entry.isFolder || !taken(entry)) continue;
+  forEachMatching(folder + u"*.*", [&](const Entry& entry) {
+    if (!entry.isFolder || !taken(entry)) return;
     const std::u16string item = folder + entry.name + separator_;
     if (folders.reach(item, folders_.resolved(item), level) && descend) descend(item);
-  }
+  });
 }
 
 /// As a search of the file system takes a pattern: what stands behind the last separator is the mask.
-std::vector<Entry> clsDirParsing::entriesMatching(const std::u16string& pattern) {
+void clsDirParsing::forEachMatching(const std::u16string& pattern, const Folders::Visit& visit) {
   const std::size_t separator = pattern.rfind(separator_);
   const std::size_t name = separator == std::u16string::npos ? 0 : separator + separator_.size();
   const Mask mask(std::u16string_view(pattern).substr(name));
-  std::vector<Entry> entries = folders_.entriesOf(pattern.substr(0, name));
-  std::erase_if(entries, [&](const Entry& entry) { return !mask.matches(entry.name); });
-  return entries;
+  folders_.forEachEntry(pattern.substr(0, name), [&](const Entry& entry) {
+    if (mask.matches(entry.name)) visit(entry);
+  });
 }
 
 }  // namespace pluvo::multifile

@@ -36,10 +36,10 @@ void FolderList::Refresh() {
   }
   if (from < path_.size()) addRow(texts, path_, std::u16string_view(path_).substr(from), depth++);
   const std::u16string inside = path_.ends_with(separator_) ? path_ : path_ + separator_;
-  for (const Entry& entry : folders_.entriesOf(path_)) {
+  folders_.forEachEntry(path_, [&](const Entry& entry) {
     if (entry.isFolder && !entry.isHidden && !entry.name.starts_with(u'.'))
       addRow(texts, inside + entry.name, entry.name, depth);
-  }
+  });
   items(std::move(texts));
 }
 

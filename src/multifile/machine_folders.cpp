@@ -3,9 +3,15 @@
 #include "errors/text.h"
 #include "multifile/folders.h"
 
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <filesystem>
+#include <string_view>
 #include <system_error>
+#include <utility>
 
 namespace pluvo::multifile {
 
@@ -13,25 +19,69 @@ namespace {
 
 namespace fs = std::filesystem;
 
+/// A folder that is being read.
+class Reading {
+ public:
+  explicit Reading(const std::string& folder) : stream_(opendir(folder.c_str()), closedir) {
+    struct stat status = {};
+    if (stream_ && fstat(descriptor(), &status) == 0) device_ = status.st_dev;
+  }
+
+  /// Null behind the last, and where the folder cannot be read.
+  const dirent* next() { return stream_ ? readdir(stream_.get()) : nullptr; }
+
+  bool isFolder(const dirent& entry) const {
+    if (entry.d_type == DT_DIR) return true;
+    if (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN) return false;
+    struct stat status = {};
+    return fstatat(descriptor(), entry.d_name, &status, 0) == 0 && S_ISDIR(status.st_mode);
+  }
+
+  std::optional<FileIdentity> identityOf(const dirent& entry) {
+    if (entry.d_type != DT_REG || !numbersAreFiles(entry)) return std::nullopt;
+    return FileIdentity{device_, entry.d_ino};
+  }
+
+ private:
+  int descriptor() const { return dirfd(stream_.get()); }
+
+  /// File systems that are laid over others may have other numbers in a folder's list than a file has when it
+  /// is asked for itself. Then that shows at any file of the folder.
+  bool numbersAreFiles(const dirent& file) {
+    if (!asked_) {
+      asked_ = true;
+      struct stat status = {};
+      numbersAreFiles_ = fstatat(descriptor(), file.d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+                         status.st_dev == device_ && status.st_ino == file.d_ino;
+    }
+    return numbersAreFiles_;
+  }
+
+  std::unique_ptr<DIR, int (*)(DIR*)> stream_;
+  dev_t device_ = 0;
+  bool asked_ = false;
+  bool numbersAreFiles_ = false;
+};
+
 class MachineFolders : public Folders {
  public:
-  std::vector<Entry> entriesOf(const std::u16string& folder) override {
+  void forEachEntry(const std::u16string& folder, const Visit& visit) override {
     struct Found {
       std::string name;
       bool isFolder;
+      std::optional<FileIdentity> identity;
     };
     std::vector<Found> found;
-    std::error_code error;
-    for (fs::directory_iterator at(errors::nameBytes(folder), error), end; !error && at != end;
-         at.increment(error)) {
-      std::error_code unreadable;
-      found.push_back({at->path().filename().native(), at->is_directory(unreadable)});
+    {
+      Reading reading(errors::nameBytes(folder));
+      while (const dirent* entry = reading.next()) {
+        const std::string_view name = entry->d_name;
+        if (name == "." || name == "..") continue;
+        found.push_back({std::string(name), reading.isFolder(*entry), reading.identityOf(*entry)});
+      }
     }
     std::ranges::sort(found, {}, &Found::name);
-    std::vector<Entry> entries;
-    entries.reserve(found.size());
-    for (const Found& one : found) entries.push_back({errors::nameText(one.name), one.isFolder, false});
-    return entries;
+    for (const Found& one : found) visit({errors::nameText(one.name), one.isFolder, false, one.identity});
   }
 
   std::u16string resolved(const std::u16string& folder) override {

@@ -29,9 +29,10 @@ Mask::Mask(std::u16string_view text) {
     tokens_.push_back({kind, rest[0]});
   }
   if (tokens_.empty()) tokens_.push_back({Kind::anyUnits, 0});
+  takesAll_ = text.empty() || text == u"*" || text == u"*.*";
 }
 
-bool Mask::matches(std::u16string_view name) const {
+bool Mask::fits(std::u16string_view name) const {
   const std::u16string upper = upperCase(name);
   const auto isDot = [&](std::size_t at) { return at < upper.size() && upper[at] == u'.'; };
   /// Where the name goes on behind a token that is matched at a place.

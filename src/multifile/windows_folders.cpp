@@ -36,18 +36,9 @@ class Search {
 
 class WindowsFolders : public Folders {
  public:
-  std::vector<Entry> entriesOf(const std::u16string& folder) override {
-    std::vector<Entry> entries;
-    Search search(fs::path(folder) / L"*");
-    for (bool more = search.started(); more; more = search.next()) {
-      const WIN32_FIND_DATAW& found = search.found();
-      Entry entry{fs::path(found.cFileName).u16string(),
-                  (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0,
-                  (found.dwFileAttributes & (FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM)) != 0};
-      if (entry.name != u"." && entry.name != u"..") entries.push_back(std::move(entry));
-    }
-    std::ranges::sort(entries, {}, [](const Entry& entry) { return errors::nameBytes(entry.name); });
-    return entries;
+  void forEachEntry(const std::u16string& folder, const Visit& visit) override {
+    const std::vector<Entry> entries = sortedEntries(folder);
+    std::ranges::for_each(entries, visit);
   }
 
   std::u16string resolved(const std::u16string& folder) override {
@@ -68,6 +59,21 @@ class WindowsFolders : public Folders {
       if ((present >> at & 1U) != 0) drives.push_back({static_cast<char16_t>(u'a' + at), u':'});
     }
     return drives;
+  }
+
+ private:
+  static std::vector<Entry> sortedEntries(const std::u16string& folder) {
+    std::vector<Entry> entries;
+    Search search(fs::path(folder) / L"*");
+    for (bool more = search.started(); more; more = search.next()) {
+      const WIN32_FIND_DATAW& found = search.found();
+      Entry entry{fs::path(found.cFileName).u16string(),
+                  (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0,
+                  (found.dwFileAttributes & (FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM)) != 0};
+      if (entry.name != u"." && entry.name != u"..") entries.push_back(std::move(entry));
+    }
+    std::ranges::sort(entries, {}, [](const Entry& entry) { return errors::nameBytes(entry.name); });
+    return entries;
   }
 };
 

@@ -3,6 +3,7 @@
 #include "documents/files/scratch.h"
 #include "errors/reports.h"
 #include "errors/text.h"
+#include "files/file_system.h"
 #include "multifile/mask.h"
 #include "scripted_folders.h"
 
@@ -157,9 +158,9 @@ TEST(clsDirParsing, KeepsItsOddities) {
 TEST(clsDirParsing, ReportsAFaultAndGoesOn) {
   struct Failing : ScriptedFolders {
     using ScriptedFolders::ScriptedFolders;
-    std::vector<Entry> entriesOf(const std::u16string& folder) override {
+    void forEachEntry(const std::u16string& folder, const Visit& visit) override {
       if (folder == u"/r/a/") throw errors::outOfMemory();
-      return ScriptedFolders::entriesOf(folder);
+      ScriptedFolders::forEachEntry(folder, visit);
     }
   } folders({"/r/a/f.txt", "/r/b/g.txt", "/r/c.txt"});
   errors::WatchedContext watched;
@@ -189,8 +190,31 @@ TEST(clsDirParsing, ScansTheMachinesFolders) {
   EXPECT_EQ(found, "a.TXT b.txt lost.txt s/caf\xC3\xA9\xFF/\xE9.txt s/t/c.txt");
 
   std::filesystem::permissions(scratch.path("s"), std::filesystem::perms::none);
-  EXPECT_TRUE(folders->entriesOf(errors::nameText(scratch.path("missing"))).empty());
+  folders->forEachEntry(errors::nameText(scratch.path("missing")),
+                        [](const Entry& entry) { ADD_FAILURE() << errors::utf8(entry.name); });
   std::filesystem::permissions(scratch.path("s"), std::filesystem::perms::owner_all);
+}
+
+TEST(clsDirParsing, KnowsFilesUnderSeveralNames) {
+  const files::Scratch scratch;
+  scratch.put("a.txt", "x");
+  scratch.put("c.txt", "x");
+  std::filesystem::create_hard_link(scratch.path("a.txt"), scratch.path("b.txt"));
+  std::filesystem::create_symlink("a.txt", scratch.path("link.txt"));
+  const auto folders = machineFolders();
+  errors::WatchedContext watched;
+  clsDirParsing scanner(watched.context, *folders, u"/");
+  scanner.RootDirectory(errors::nameText(scratch.path("")));
+  scanner.MasksCSstr(u"");
+  scanner.ProcessItems();
+  const auto& known = scanner.identities();
+  ASSERT_EQ(known.size(), 4U);
+  const files::Stamp stamp = files::machineFileSystem().statusAt(scratch.path("a.txt")).stamp;
+  EXPECT_EQ(known[0], (FileIdentity{stamp.device, stamp.inode}));
+  EXPECT_EQ(known[1], known[0]);
+  EXPECT_TRUE(known[2]);
+  EXPECT_NE(known[2], known[0]);
+  EXPECT_EQ(known[3], std::nullopt) << "where a link leads is not known from its name";
 }
 
 }  // namespace

@@ -25,13 +25,11 @@ class ScriptedFolders : public Folders {
   }
   void hide(const std::string& path) { entryOf(path).isHidden = true; }
 
-  std::vector<Entry> entriesOf(const std::u16string& folder) override {
+  void forEachEntry(const std::u16string& folder, const Visit& visit) override {
     ++listings;
-    std::vector<Entry> entries;
     const auto found = folders_.find(errors::nameBytes(resolved(folder)));
-    if (found == folders_.end()) return entries;
-    for (const auto& [name, entry] : found->second) entries.push_back(entry);
-    return entries;
+    if (found == folders_.end()) return;
+    for (const auto& [name, entry] : found->second) visit(entry);
   }
 
   std::u16string resolved(const std::u16string& folder) override {

@@ -8,7 +8,9 @@
 
 #include <algorithm>
 #include <cctype>
+#include <functional>
 #include <system_error>
+#include <unordered_set>
 
 namespace pluvo::cli {
 namespace {
@@ -18,9 +20,8 @@ using files::FileKind;
 std::string nameIn(const std::string& path) { return path.substr(path.rfind('/') + 1); }
 
 std::string typeOf(const std::string& path) {
-  const std::string name = nameIn(path);
-  const std::size_t dot = name.rfind('.');
-  std::string type = dot == std::string::npos ? "" : name.substr(dot + 1);
+  const std::size_t dot = path.find_last_of("./");
+  std::string type = dot == std::string::npos || path[dot] == '/' ? "" : path.substr(dot + 1);
   for (char& c : type) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
   return type;
 }
@@ -52,6 +53,12 @@ std::string nameOfTree(const std::string& folder) {
   return name.empty() || name == "." || name == ".." ? "" : name + "/";
 }
 
+struct HashOfIdentity {
+  std::size_t operator()(const Identity& identity) const {
+    return std::hash<std::uint64_t>()(identity.number ^ identity.device << 32U);
+  }
+};
+
 class Lister {
  public:
   Lister(files::FileSystem& system, const Selection& selection, const std::vector<std::string>& avoided)
@@ -78,7 +85,7 @@ class Lister {
     try {
       const files::FileStatus status = system_.statusAt(path);
       if (status.kind != FileKind::folder) {
-        addFile(path, place, status);
+        addFile(path, place, identityOf(status.stamp), status.stamp.modifiedSeconds);
       } else if (selection_.recursive) {
         addTree(path);
       } else if (seen_.insert(identityOf(status.stamp)).second) {
@@ -101,38 +108,44 @@ class Lister {
     scanner.DirectoriesDeep(selection_.levels);
     scanner.ProcessItems();
     const std::string tree = nameOfTree(root);
-    for (const std::u16string& item : scanner.ProcessedItems()) {
-      if (!item.empty()) addFound(item, errors::nameBytes(item), tree, base.size());
+    const auto& items = scanner.ProcessedItems();
+    seen_.reserve(seen_.size() + items.size());
+    listing_.documents.reserve(listing_.documents.size() + items.size());
+    for (std::size_t i = 0; i < items.size(); ++i) {
+      if (!items[i].empty()) addFound(items[i], scanner.identities()[i], tree, base.size());
     }
   }
 
-  void addFound(const std::u16string& item, const std::string& path, const std::string& tree,
+  void addFound(const std::u16string& item, const std::optional<Identity>& identity, const std::string& tree,
                 std::size_t baseLength) {
+    std::string path = errors::nameBytes(item);
     const auto& types = selection_.types;
-    if (!masks_.empty() && !matchesOne(masks_, item.substr(item.rfind(u'/') + 1))) {
-      leaveOut(path, "name not asked for");
-    } else if (std::find(types.begin(), types.end(), typeOf(path)) == types.end()) {
-      leaveOut(path, "kind not asked for");
-    } else {
-      const std::string place = tree + path.substr(baseLength);
-      try {
-        addFile(path, place, system_.statusAt(path));
-      } catch (const std::system_error&) {
-        listing_.documents.push_back({path, place, {}});
-      }
+    if (!masks_.empty() && !matchesOne(masks_, item.substr(item.rfind(u'/') + 1)))
+      return leaveOut(path, "name not asked for");
+    if (std::find(types.begin(), types.end(), typeOf(path)) == types.end())
+      return leaveOut(path, "kind not asked for");
+    std::string place = tree;
+    place.append(path, baseLength);
+    try {
+      // To ask for every file would take longer than all else.
+      if (identity && !selection_.newerThan) return addFile(std::move(path), std::move(place), *identity, {});
+      const files::Stamp stamp = system_.statusAt(path).stamp;
+      addFile(std::move(path), std::move(place), identityOf(stamp), stamp.modifiedSeconds);
+    } catch (const std::system_error&) {
+      listing_.documents.push_back({path, place, {}});
     }
   }
 
-  void addFile(const std::string& path, const std::string& place, const files::FileStatus& status) {
-    const files::Stamp& stamp = status.stamp;
-    if (avoided_.count(identityOf(stamp)) > 0) {
+  void addFile(std::string path, std::string place, const Identity& identity,
+               std::optional<std::int64_t> modifiedSeconds) {
+    if (avoided_.contains(identity)) {
       leaveOut(path, "written by this run");
-    } else if (selection_.newerThan && stamp.modifiedSeconds < *selection_.newerThan) {
+    } else if (selection_.newerThan && modifiedSeconds < selection_.newerThan) {
       leaveOut(path, "not changed since");
-    } else if (!seen_.insert(identityOf(stamp)).second) {
+    } else if (!seen_.insert(identity).second) {
       leaveOut(path, "another name of a document above");
     } else {
-      listing_.documents.push_back({path, place, {}});
+      listing_.documents.push_back({std::move(path), std::move(place), {}});
     }
   }
 
@@ -146,7 +159,7 @@ class Lister {
   std::vector<multifile::Mask> masks_;
   std::vector<multifile::Mask> excluded_;
   std::set<Identity> avoided_;
-  std::set<Identity> seen_;
+  std::unordered_set<Identity, HashOfIdentity> seen_;
   std::set<std::string> seenMissing_;
   Listing listing_;
 };

@@ -19,42 +19,50 @@ TreeFolders::TreeFolders(files::FileSystem& system, const std::vector<multifile:
                          const std::set<Identity>& avoided, Listing& listing)
     : system_(system), excluded_(excluded), avoided_(avoided), listing_(listing) {}
 
-std::vector<multifile::Entry> TreeFolders::entriesOf(const std::u16string& folder) {
-  if (const auto known = read_.find(folder); known != read_.end()) {
-    auto entries = std::move(known->second);
-    read_.erase(known);
-    return entries;
+void TreeFolders::forEachEntry(const std::u16string& folder, const Visit& visit) {
+  if (const auto known = read_.extract(folder)) {
+    std::ranges::for_each(known.mapped(), visit);
+    return;
   }
+  // A visit that reads other folders leaves this one where it lies.
+  std::ranges::for_each(read_[folder] = read(folder), visit);
+}
+
+std::vector<multifile::Entry> TreeFolders::read(const std::u16string& folder) {
   const std::string path = errors::nameBytes(folder);
-  std::vector<multifile::Entry> entries = machine_->entriesOf(folder);
-  if (entries.empty()) noteUnreadable(path);
-  std::erase_if(entries, [&](const multifile::Entry& entry) {
-    const std::string entryPath = path + errors::nameBytes(entry.name);
-    const char* const reason = reasonToLeaveOut(entryPath, entry);
-    if (reason != nullptr) listing_.leftOut.push_back({entryPath, reason});
-    return reason != nullptr;
+  std::vector<multifile::Entry> entries;
+  bool any = false;
+  machine_->forEachEntry(folder, [&](const multifile::Entry& entry) {
+    any = true;
+    if (const char* const reason = reasonToLeaveOut(path, entry)) {
+      listing_.leftOut.push_back({path + errors::nameBytes(entry.name), reason});
+    } else {
+      entries.push_back(entry);
+    }
   });
-  read_.emplace(folder, entries);
+  if (!any) noteUnreadable(path);
   return entries;
 }
 
 /// One call instead of one for each step of the path.
 std::u16string TreeFolders::resolved(const std::u16string& folder) {
   try {
-    const auto [device, inode] = identityOf(system_.statusAt(errors::nameBytes(folder)).stamp);
-    return errors::utf16(std::to_string(device) + ":" + std::to_string(inode));
+    const files::Stamp stamp = system_.statusAt(errors::nameBytes(folder)).stamp;
+    return errors::utf16(std::to_string(stamp.device) + ":" + std::to_string(stamp.inode));
   } catch (const std::system_error&) {
     return folder;
   }
 }
 
-const char* TreeFolders::reasonToLeaveOut(const std::string& path, const multifile::Entry& entry) const {
+const char* TreeFolders::reasonToLeaveOut(const std::string& folder, const multifile::Entry& entry) const {
   if (matchesOne(excluded_, entry.name)) return "excluded";
   if (!entry.isFolder) return nullptr;
   if (entry.name.starts_with(u'.')) return "hidden folder";
   if (avoided_.empty()) return nullptr;
   try {
-    return avoided_.count(identityOf(system_.statusAt(path).stamp)) > 0 ? "written by this run" : nullptr;
+    return avoided_.contains(identityOf(system_.statusAt(folder + errors::nameBytes(entry.name)).stamp))
+               ? "written by this run"
+               : nullptr;
   } catch (const std::system_error&) {
     return nullptr;
   }

@@ -11,8 +11,7 @@
 
 namespace pluvo::cli {
 
-/// A file or folder, whatever it is called.
-using Identity = std::pair<std::uint64_t, std::uint64_t>;
+using Identity = multifile::FileIdentity;
 inline Identity identityOf(const files::Stamp& stamp) { return {stamp.device, stamp.inode}; }
 
 bool matchesOne(const std::vector<multifile::Mask>& masks, const std::u16string& name);
@@ -25,12 +24,13 @@ class TreeFolders final : public multifile::Folders {
   TreeFolders(files::FileSystem& system, const std::vector<multifile::Mask>& excluded,
               const std::set<Identity>& avoided, Listing& listing);
 
-  std::vector<multifile::Entry> entriesOf(const std::u16string& folder) override;
+  void forEachEntry(const std::u16string& folder, const Visit& visit) override;
   std::u16string resolved(const std::u16string& folder) override;
   bool isFolder(const std::u16string& path) override { return machine_->isFolder(path); }
   std::vector<std::u16string> drives() override { return machine_->drives(); }
 
  private:
+  std::vector<multifile::Entry> read(const std::u16string& folder);
   const char* reasonToLeaveOut(const std::string& path, const multifile::Entry& entry) const;
   void noteUnreadable(const std::string& folder);
 

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -40,7 +41,9 @@ class clsDirParsing {
   /// One empty entry from the first scan on: no walk fills this list.
   std::vector<std::u16string> GetDirs() const { return dirs_; }
   /// What the last scan found.
-  std::vector<std::u16string> ProcessedItems() const { return items_; }
+  const std::vector<std::u16string>& ProcessedItems() const { return items_; }
+  /// Of each of them that is a file, where the scan came to know it; see Entry.
+  const std::vector<std::optional<FileIdentity>>& identities() const { return identities_; }
 
   void ProcessItems();
 
@@ -58,7 +61,7 @@ class clsDirParsing {
   /// Adds the sub-folders that are taken, and goes down into each; nowhere without a way down.
   void addSubFolders(const std::u16string& folder, FolderCollection& folders, std::int16_t level,
                      bool (*taken)(const Entry&), const Descend& descend);
-  std::vector<Entry> entriesMatching(const std::u16string& pattern);
+  void forEachMatching(const std::u16string& pattern, const Folders::Visit& visit);
   void listFiles(const std::u16string& folder, std::size_t& index);
 
   errors::Context& context_;
@@ -73,6 +76,7 @@ class clsDirParsing {
   std::u16string fileTypes_;
   std::vector<std::u16string> dirs_;
   std::vector<std::u16string> items_;
+  std::vector<std::optional<FileIdentity>> identities_;
 };
 
 }  // namespace pluvo::multifile

@@ -1,24 +1,37 @@
 #pragma once
 
+#include <cstdint>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace pluvo::multifile {
 
+/// What a file has in common with itself under another name, and with no other file.
+struct FileIdentity {
+  std::uint64_t device = 0;
+  std::uint64_t number = 0;
+  auto operator<=>(const FileIdentity&) const = default;
+};
+
 struct Entry {
   std::u16string name;
   bool isFolder = false;  ///< links are followed
   bool isHidden = false;  ///< by attribute (hidden or system), not by a dot
+  /// Where reading the folder told it; never of a link.
+  std::optional<FileIdentity> identity = std::nullopt;
 };
 
 /// Folders as a scan sees them. Names are texts as errors::nameText makes them.
 class Folders {
  public:
   virtual ~Folders() = default;
-  /// In byte order of their names, without "." and "..". Nothing for a folder that is not there or cannot be
-  /// read.
-  virtual std::vector<Entry> entriesOf(const std::u16string& folder) = 0;
+  using Visit = std::function<void(const Entry&)>;
+  /// Visits what is in a folder, in byte order of the names, without "." and "..". Nothing for a folder that
+  /// is not there or cannot be read. A visit may enter other folders.
+  virtual void forEachEntry(const std::u16string& folder, const Visit& visit) = 0;
   /// The same text for the same folder, whatever links it is reached through.
   virtual std::u16string resolved(const std::u16string& folder) = 0;
   virtual bool isFolder(const std::u16string& path) = 0;

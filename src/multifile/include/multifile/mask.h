@@ -16,9 +16,11 @@ namespace pluvo::multifile {
 class Mask {
  public:
   explicit Mask(std::u16string_view text);
-  bool matches(std::u16string_view name) const;
+  bool matches(std::u16string_view name) const { return takesAll_ || fits(name); }
 
  private:
+  bool fits(std::u16string_view name) const;
+
   enum class Kind { unit, anyUnits, oneUnit, dotOrEnd, restWithoutDot };
   struct Token {
     Kind kind;
@@ -26,6 +28,7 @@ class Mask {
   };
 
   std::vector<Token> tokens_;
+  bool takesAll_ = false;
 };
 
 }  // namespace pluvo::multifile
