@@ -1,0 +1,119 @@
+#pragma once
+
+#include "model/live_ranges.h"
+#include "model/model.h"
+#include "text/positions.h"
+#include "text/visible.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace pluvo::stand_in {
+
+class Place;
+
+/// A file as Word would find it.
+struct StoredFile {
+  std::u16string text;
+  std::u16string openPassword;
+  std::u16string writePassword;
+  std::int32_t protection = -1;
+  std::u16string protectionPassword;
+  bool readOnly = false;
+  bool onDisk = false;  ///< the text is the disk's; the rest holds for it
+  std::u16string highlights;
+};
+
+/// A document that is open: text in memory, edited and followed by its ranges in Word's way.
+///
+/// Where Word's way is not that of documents in memory: text put in at the end of another range is not part
+/// of it; text that replaces other text belongs to the range that begins behind it, and a range over exactly
+/// the replaced text is left empty; whatever is set, even to what it was, leaves the document unsaved.
+class OpenDocument {
+ public:
+  /// In the text, 19, 20 and 21 make fields, 7 ends a cell and 7 7 a row; see documentContent.
+  OpenDocument(std::u16string path, const StoredFile& file);
+  OpenDocument(const OpenDocument&) = delete;
+  OpenDocument& operator=(const OpenDocument&) = delete;
+
+  /// Error 5825 once the document is closed.
+  model::Model& model();
+  text::Position length() { return model().length(); }
+  bool isOpen() const { return model_.has_value(); }
+  void close() { model_.reset(); }
+
+  /// Error 4608 outside the text.
+  void requirePosition(text::Position position);
+  /// Error 6124 in a document that is protected in a way that lets no text be changed.
+  void requireEditable() const;
+
+  void replace(Place& place, const std::u16string& newText);
+  void insertBefore(Place& place, const std::u16string& newText);
+  void insertAfter(Place& place, const std::u16string& newText);
+  void highlight(text::Span span, std::int32_t colour);
+  /// The colour of all of it, or 9999999 where there are several.
+  std::int32_t highlightOf(text::Span span);
+
+  /// The text with its paragraph marks, cell marks as Word gives them: 13 and 7.
+  std::u16string visibleText(text::Span span);
+  /// Every character, whatever the view shows.
+  std::u16string allText();
+  /// "7:0-5 2:8-9": colour, start and end of each highlighted run.
+  std::u16string highlights();
+
+  std::u16string path;
+  std::u16string name() const;
+  std::u16string folder() const;
+  StoredFile file;
+  bool readOnly = false;
+  bool saved = true;
+  bool windowVisible = true;
+  text::View view = text::View::results;
+  std::vector<std::u16string> undoRecords;
+
+  Place& selection() { return *selection_; }
+
+ private:
+  friend class Place;
+  void follow(Place& editor, const std::vector<text::Span>& before, text::Span replaced,
+              text::Position oldLength, text::Span now);
+  std::vector<text::Span> spans() const;
+
+  std::optional<model::Model> model_;
+  std::vector<Place*> places_;
+  std::unique_ptr<Place> selection_;
+};
+
+/// Where a range or the selection stands.
+class Place {
+ public:
+  Place(std::shared_ptr<OpenDocument> document, text::Span span);
+  Place(OpenDocument& document, text::Span span);
+  Place(const Place&) = delete;
+  Place& operator=(const Place&) = delete;
+  ~Place();
+
+  OpenDocument& document() const { return document_; }
+  /// Error 5825 once the document is closed.
+  text::Span span() const {
+    document_.model();
+    return live_.span();
+  }
+  void set(text::Span span) { live_.set(span); }
+
+ private:
+  std::shared_ptr<OpenDocument> kept_;
+  OpenDocument& document_;
+  /// Stands where the model says, which is right where an edit left marks of fields or tables behind.
+  model::LiveRange live_;
+  friend class OpenDocument;
+};
+
+/// A text file's text as Word takes it: every kind of line end is a paragraph mark, one more at the end where
+/// it lacks, fields and tables by their characters. A table's cells are of one paragraph and not empty.
+model::Content documentContent(const std::u16string& text);
+
+}  // namespace pluvo::stand_in
