@@ -26,6 +26,11 @@ bool standsBeforeHighlight(std::string_view local) {
   return std::find(kBeforeHighlight.begin(), kBeforeHighlight.end(), local) != kBeforeHighlight.end();
 }
 
+bool standsBeforeVanish(std::string_view local) {
+  const auto* const vanish = std::find(kBeforeHighlight.begin(), kBeforeHighlight.end(), "vanish");
+  return std::find(kBeforeHighlight.begin(), vanish, local) != vanish;
+}
+
 /// Replaces the children of which change(child) returns something by that.
 template <class Change>
 std::string withChildren(std::string_view inner, Change change) {
@@ -87,6 +92,19 @@ std::string_view childOf(std::string_view element, std::string_view local) {
   return found;
 }
 
+/// The value of w:highlight in w:rPr; empty when there is none or it is "none".
+std::string_view highlightOf(std::string_view runProperties) {
+  const std::string_view highlight = childOf(runProperties, "highlight");
+  if (highlight.empty()) return {};
+  const Fragment fragment = fragmentOf(highlight);
+  std::string_view value;
+  forEachAttribute(fragment.startTag,
+                   [&](std::string_view name, std::string_view v, std::size_t, std::size_t) {
+                     if (name.ends_with("val")) value = v;
+                   });
+  return value == "none" ? std::string_view() : value;
+}
+
 bool tellsTracking(std::string_view local) {
   return isOneOf(local, {"ins", "del", "moveFrom", "moveTo", "rPrChange"});
 }
@@ -138,16 +156,16 @@ std::string withMarkHighlight(std::string_view paragraphProperties, const Markup
                             withHighlight(childOf(paragraphProperties, "rPr"), markup, colour));
 }
 
-std::string_view markHighlight(std::string_view paragraphProperties) {
-  const std::string_view highlight = childOf(childOf(paragraphProperties, "rPr"), "highlight");
-  if (highlight.empty()) return {};
-  const Fragment fragment = fragmentOf(highlight);
-  std::string_view value;
-  forEachAttribute(fragment.startTag,
-                   [&](std::string_view name, std::string_view v, std::size_t, std::size_t) {
-                     if (name.ends_with("val")) value = v;
-                   });
-  return value == "none" ? std::string_view() : value;
+std::string withMarkLike(std::string_view paragraphProperties, const Markup& markup, std::uint8_t colour,
+                         std::string_view runProperties) {
+  const std::string_view old = childOf(paragraphProperties, "rPr");
+  const std::string_view hiding = childOf(runProperties, "vanish");
+  const bool alreadyHighlighted = highlightOf(old) == (colour == 0 ? "" : highlightValue(colour));
+  if (alreadyHighlighted && childOf(old, "vanish") == hiding) return std::string(paragraphProperties);
+  std::string mark = alreadyHighlighted ? std::string(old) : withHighlight(old, markup, colour);
+  mark = without(mark, [](std::string_view local) { return local == "vanish"; });
+  if (!hiding.empty()) mark = withChild(mark, markup.element + "rPr", hiding, standsBeforeVanish);
+  return withMarkProperties(paragraphProperties, markup, mark);
 }
 
 std::string forSplitOffParagraph(std::string_view paragraphProperties) {

@@ -49,8 +49,10 @@ std::string runPropertiesOfMark(std::string_view paragraphProperties);
 std::string withMarkHighlight(std::string_view paragraphProperties, const Markup& markup,
                               std::uint8_t colour);
 
-/// The value of the mark's w:highlight; empty when there is none or it is "none".
-std::string_view markHighlight(std::string_view paragraphProperties);
+/// w:pPr with this highlight for the mark, which is hidden if and only if text with these w:rPr is. Where it
+/// is so already, nothing changes.
+std::string withMarkLike(std::string_view paragraphProperties, const Markup& markup, std::uint8_t colour,
+                         std::string_view runProperties);
 
 /// The w:pPr of a paragraph split off in front: without the section it would end and the tracked changes of
 /// the mark and the properties, which stay with the old mark.

@@ -172,7 +172,6 @@ class Rewriter : private BodyEvents {
   void writeCarried();
   std::string headerOf(const Open& open, const std::string& properties) const;
   Header headerOfSplitOff(const Open& open) const;
-  std::string coloured(const std::string& properties, std::uint8_t colour) const;
   void keepParagraph(Extent endTag);
   void mergeParagraph(Extent endTag);
   std::vector<Line> lines(const Step& put, const std::string& runProperties) const;

@@ -57,7 +57,8 @@ void Rewriter::divideParagraph(std::uint8_t markColour) {
   Open& open = paragraph();
   std::string& out = output_.text();
   const std::string properties(output_.source(open.properties.whole));
-  const std::string front = coloured(forSplitOffParagraph(properties), markColour);
+  const std::string front =
+      withMarkLike(forSplitOffParagraph(properties), markup(), markColour, run_.properties);
   if (front != properties) replaceHeader(headerOf(open, front));
   out += "</" + std::string(qualifiedName(open.tag)) + ">";
   open.splitOff = true;
@@ -133,13 +134,6 @@ Rewriter::Header Rewriter::headerOfSplitOff(const Open& open) const {
 }
 
 Rewriter::Header Rewriter::plainHeader() const { return {markup().tag("p") + ">", {}}; }
-
-/// The properties with this highlight for the paragraph's mark, unless they have it already.
-std::string Rewriter::coloured(const std::string& properties, std::uint8_t colour) const {
-  const std::string_view has = markHighlight(properties);
-  return has == (colour == 0 ? "" : highlightValue(colour)) ? properties
-                                                            : withMarkHighlight(properties, markup(), colour);
-}
 
 void Rewriter::replaceHeader(const std::string& header) {
   Open& open = paragraph();
@@ -268,7 +262,9 @@ void Rewriter::placeWaiting(const Header& header) {
     const std::vector<Line> all = lines(waiting.put, waiting.runProperties);
     const Header& own = waiting.header.tag.empty() ? header : waiting.header;
     for (std::size_t i = 0; i + 1 < all.size(); ++i) {
-      carriedBlocks_ += own.tag + coloured(own.properties, all[i].markColour) + carried_ + all[i].runs;
+      carriedBlocks_ +=
+          own.tag + withMarkLike(own.properties, markup(), all[i].markColour, waiting.runProperties);
+      carriedBlocks_ += carried_ + all[i].runs;
       carriedBlocks_ += markup().endTag("p");
       carried_.clear();
     }

@@ -150,7 +150,13 @@ Context contextBefore(const Model& model, Position position) {
     case text::kFieldSeparator:
       return {field, static_cast<Visibility>(marked.around & text::kInCodes)};
     default:
-      return contextBehind(model, position - 1);
+      break;
+  }
+  // Hidden text in front says nothing of the place; the field's own marks do.
+  for (Position front = position - 1;; --front) {
+    const Context context = contextBehind(model, front);
+    const bool ownMark = model.isFieldMark(front) && fieldAt(model, front) == field;
+    if (ownMark || (context.field == field && context.visibility != text::kNowhere)) return context;
   }
 }
 

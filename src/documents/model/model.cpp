@@ -166,13 +166,16 @@ Span Model::put(Span replaced, std::u16string_view text, const Landing& landing)
 }
 
 void Model::highlight(Span span, std::uint8_t colour) {
-  if (span.empty()) return;
-  const auto run = highlight_.runAt(span.from);
-  if (run.value == colour && span.to <= run.to) return;
-  if (observer_ != nullptr) observer_->aboutToChange();
-  highlight_.set(span.from, span.to, colour);
-  changed_ = true;
-  if (observer_ != nullptr) observer_->highlighted(span);
+  bool changes = false;
+  for (const auto& run : structure_.runs(span.from, span.to)) {
+    const auto coloured = highlight_.runAt(run.from);
+    if (run.value.rowMark || (coloured.value == colour && run.to <= coloured.to)) continue;
+    if (!changes && observer_ != nullptr) observer_->aboutToChange();
+    changes = true;
+    highlight_.set(run.from, run.to, colour);
+  }
+  changed_ = changed_ || changes;
+  if (changes && observer_ != nullptr) observer_->highlighted(span);
 }
 
 void Model::restore(Snapshot snapshot) {

@@ -42,6 +42,11 @@ TEST(Properties, aParagraphSplitOffHasNoSectionAndNoTrackedMark) {
   EXPECT_EQ(forSplitOffParagraph("<w:pPr><w:sectPr/></w:pPr>"), "");
   EXPECT_EQ(withMarkHighlight("<w:pPr><w:keepNext/><w:sectPr/></w:pPr>", Markup(), 7),
             "<w:pPr><w:keepNext/><w:rPr><w:highlight w:val=\"yellow\"/></w:rPr><w:sectPr/></w:pPr>");
+  EXPECT_EQ(withMarkLike("<w:pPr><w:rPr><w:vanish/><w:sz w:val=\"9\"/></w:rPr></w:pPr>", Markup(), 0, ""),
+            "<w:pPr><w:rPr><w:sz w:val=\"9\"/></w:rPr></w:pPr>");
+  EXPECT_EQ(withMarkLike("<w:pPr><w:rPr><w:b/><w:sz w:val=\"9\"/></w:rPr></w:pPr>", Markup(), 0,
+                         "<w:rPr><w:vanish w:val=\"0\"/></w:rPr>"),
+            "<w:pPr><w:rPr><w:b/><w:vanish w:val=\"0\"/><w:sz w:val=\"9\"/></w:rPr></w:pPr>");
   EXPECT_EQ(runPropertiesOfMark("<w:pPr><w:rPr><w:del w:id=\"1\"/></w:rPr></w:pPr>"), "");
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "documents/memory/media.h"
 #include "documents/support/invariants.h"
 #include "documents/support/notation.h"
 
@@ -32,12 +33,15 @@ struct EditCase {
 };
 
 inline void expectEdits(std::initializer_list<EditCase> cases) {
-  for (const auto& [before, edit, after] : cases) {
-    SCOPED_TRACE(before);
-    notation::Sample sample(before);
-    edit(sample);
-    EXPECT_EQ(sample.print(), notation::Sample(after).print());
-    EXPECT_EQ(notation::damageOf(sample.model()), "");
+  for (const Medium medium : kMedia) {
+    for (const auto& [before, edit, after] : cases) {
+      SCOPED_TRACE(before);
+      Kept kept = keptIn(medium, before);
+      edit(kept.sample);
+      EXPECT_EQ(kept.sample.print(), notation::Sample(after).print());
+      EXPECT_EQ(notation::damageOf(kept.sample.model()), "");
+      expectToSurviveASave(kept);
+    }
   }
 }
 

@@ -1,3 +1,4 @@
+#include "documents/memory/media.h"
 #include "documents/support/invariants.h"
 #include "documents/support/notation.h"
 
@@ -103,13 +104,15 @@ struct OneString {
 
 class PlainProgram {
  public:
-  explicit PlainProgram(unsigned seed) : random_(seed), simple_{random_.text(u"ab \r", 40) + u"\r", {}, {}} {
+  PlainProgram(unsigned seed, Medium medium)
+      : random_(seed),
+        simple_{random_.text(u"ab \r", 40) + u"\r", {}, {}},
+        kept_(keptIn(medium, notationOf(simple_.text))) {
     simple_.colours.assign(simple_.text.size(), 0);
-    document_ = MemoryDocument::create(model::plainContent(text::OriginalText(simple_.text)));
     for (int i = 0; i < 6; ++i) {
       const Span span = random_.span(simple_.length());
       simple_.ranges.push_back(span);
-      ranges_.push_back(document_->Range(span.from, span.to));
+      ranges_.push_back(kept_.sample.document->Range(span.from, span.to));
     }
   }
 
@@ -143,7 +146,7 @@ class PlainProgram {
   }
 
   void expectSame() {
-    const model::Model& model = document_->model();
+    const model::Model& model = kept_.sample.model();
     ASSERT_EQ(notation::damageOf(model), "");
     ASSERT_EQ(model.text().substring(0, model.length()), simple_.text);
     for (Position i = 0; i < model.length(); ++i) {
@@ -153,8 +156,15 @@ class PlainProgram {
       ASSERT_EQ((Span{ranges_[i]->Start(), ranges_[i]->End()}), simple_.ranges[i]) << "range " << i;
     }
   }
+  void save() { expectToSurviveASave(kept_); }
 
  private:
+  static std::string notationOf(const std::u16string& text) {
+    std::string result;
+    for (const char16_t unit : text) result += unit == u'\r' ? "¶" : std::string(1, static_cast<char>(unit));
+    return result;
+  }
+
   void keep(std::size_t which, Span span) { simple_.ranges[which] = span; }
 
   void find(word::Range& range, Span& span, const std::u16string& needle) {
@@ -173,18 +183,21 @@ class PlainProgram {
 
   Random random_;
   OneString simple_;
-  std::shared_ptr<MemoryDocument> document_;
+  Kept kept_;
   std::vector<std::shared_ptr<word::Range>> ranges_;
 };
 
 TEST(RandomProgram, DoesWithPlainTextWhatTheRulesSay) {
-  for (unsigned seed = 0; seed < 300; ++seed) {
-    SCOPED_TRACE(seed);
-    PlainProgram program(seed);
-    for (int i = 0; i < 60; ++i) {
-      program.step();
-      program.expectSame();
-      if (HasFatalFailure() || HasFailure()) return;
+  for (const Medium medium : kMedia) {
+    for (unsigned seed = 0; seed < 300; ++seed) {
+      SCOPED_TRACE(seed);
+      PlainProgram program(seed, medium);
+      for (int i = 0; i < 60; ++i) {
+        program.step();
+        program.expectSame();
+        if (i % 20 == 0) program.save();
+        if (HasFailure()) return;
+      }
     }
   }
 }
@@ -260,7 +273,8 @@ std::u16string lettersOf(std::u16string text) {
 
 class StructuredProgram {
  public:
-  explicit StructuredProgram(unsigned seed) : random_(seed), sample_(RandomDocument(random_).blocks(2)) {
+  StructuredProgram(unsigned seed, Medium medium)
+      : random_(seed), kept_(keptIn(medium, RandomDocument(random_).blocks(2))) {
     for (int i = 0; i < 3; ++i) ranges_.push_back(sample_.document->Range(0, 0));
   }
 
@@ -272,7 +286,7 @@ class StructuredProgram {
     const std::string before = sample_.print();
     SCOPED_TRACE(before + " " + std::to_string(span.from) + "-" + std::to_string(span.to));
     const std::u16string text = random_.text(u"xyz\r", 3);
-    switch (random_.below(6)) {
+    switch (random_.below(7)) {
       case 0:
         insert(*range, text, [&] { range->InsertBefore(text); });
         break;
@@ -282,11 +296,15 @@ class StructuredProgram {
       case 2:
         replace(*range, text);
         break;
+      case 3:
+        range->HighlightColorIndex(random_.below(5));
+        break;
       default:
         find(span);
     }
     ASSERT_EQ(notation::damageOf(sample_.model()), "") << sample_.print();
   }
+  void save() { expectToSurviveASave(kept_); }
 
  private:
   template <class Insert>
@@ -344,17 +362,21 @@ class StructuredProgram {
   }
 
   Random random_;
-  Sample sample_;
+  Kept kept_;
+  Sample& sample_ = kept_.sample;
   std::vector<std::shared_ptr<word::Range>> ranges_;
 };
 
 TEST(RandomProgram, LeavesStructuredDocumentsWhole) {
-  for (unsigned seed = 0; seed < 500; ++seed) {
-    SCOPED_TRACE(seed);
-    StructuredProgram program(seed);
-    for (int i = 0; i < 40; ++i) {
-      program.step();
-      if (::testing::Test::HasFailure()) return;
+  for (const Medium medium : kMedia) {
+    for (unsigned seed = 0; seed < 500; ++seed) {
+      SCOPED_TRACE(seed);
+      StructuredProgram program(seed, medium);
+      for (int i = 0; i < 40; ++i) {
+        program.step();
+        if (i % 10 == 9) program.save();
+        if (HasFailure()) return;
+      }
     }
   }
 }

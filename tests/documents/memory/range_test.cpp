@@ -164,6 +164,7 @@ TEST(Edits, ThatChangeNothingLeaveTheDocumentUnchanged) {
       {"x[aya]", insertAfter(u""), false},
       {"x<7:[aya]>z", highlight(7), false},
       {"x[aa]z", highlight(7), false},
+      {"⟦<7:x[ay¦>‖a]⟧", highlight(7), false},
       // The text is the same, but what stood between its parts is gone.
       {"{X|[ay}za]", setText(u"y"), true},
   };

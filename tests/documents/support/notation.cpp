@@ -1,124 +1,21 @@
 #include "documents/support/notation.h"
 
+#include "documents/support/notation_parser.h"
 #include "errors/text.h"
 #include "model/content_builder.h"
 
 #include <optional>
-#include <stdexcept>
 #include <utility>
 #include <vector>
 
 namespace pluvo::notation {
 
-using model::ContentBuilder;
-using model::Look;
 using model::Model;
 using text::Position;
 
 namespace {
 
 constexpr std::u16string_view kSpecial = u"¶{|}⟦¦‖⟧§<>[]\\";
-
-bool isName(char16_t unit) { return unit >= u'a' && unit <= u'z'; }
-
-class Parser {
- public:
-  explicit Parser(std::string_view notation) : rest_(errors::utf16(notation)) {}
-
-  Parsed parse() {
-    while (next_ < rest_.size()) step();
-    require(looks_.size() == 1 && builder_.openFields() == 0 && builder_.openTables() == 0,
-            "something is open");
-    if (!endsInMark_) builder_.append(text::kParagraphMark);
-    return {builder_.finish(), std::move(ranges_)};
-  }
-
- private:
-  void step() {
-    const char16_t unit = rest_[next_++];
-    if (isName(unit) && peek() == u']') {
-      ++next_;
-      ranges_[static_cast<char>(unit)].to = builder_.length();
-      return;
-    }
-    if (unit == u'[' || unit == u'<' || unit == u'>') {
-      mark(unit);
-      return;
-    }
-    endsInMark_ = unit == u'¶';
-    put(unit);
-  }
-
-  void mark(char16_t unit) {
-    if (unit == u'[') {
-      require(isName(peek()), "a range has no name");
-      ranges_[static_cast<char>(rest_[next_++])] = {builder_.length(), builder_.length()};
-    } else if (unit == u'<') {
-      beginLook();
-    } else {
-      require(looks_.size() > 1, "a look ends that did not begin");
-      looks_.pop_back();
-    }
-  }
-
-  void beginLook() {
-    const std::size_t colon = rest_.find(u':', next_);
-    require(colon != rest_.npos, "a look has no colon");
-    Look look = looks_.back();
-    int colour = 0;
-    for (; next_ < colon; ++next_) {
-      if (rest_[next_] == u'h') {
-        look.hidden = true;
-      } else {
-        colour = colour * 10 + rest_[next_] - u'0';
-        look.highlight = static_cast<std::uint8_t>(colour);
-      }
-    }
-    ++next_;
-    looks_.push_back(look);
-  }
-
-  void put(char16_t unit) {
-    const Look look = looks_.back();
-    switch (unit) {
-      case u'¶':
-        return builder_.append(text::kParagraphMark, look);
-      case u'{':
-        return builder_.beginField(look);
-      case u'|':
-        return require(builder_.separateField(look), "a separator has no field");
-      case u'}':
-        return require(builder_.endField(look), "a field ends that did not begin");
-      case u'⟦':
-        return builder_.beginTable();
-      case u'¦':
-        return builder_.cellMark(look);
-      case u'‖':
-        return builder_.rowMark(look);
-      case u'⟧':
-        return builder_.endTable();
-      case u'§':
-        return builder_.sectionMark(look);
-      case u'\\':
-        return builder_.append(rest_.at(next_++), look);
-      default:
-        return builder_.append(unit, look);
-    }
-  }
-
-  char16_t peek() const { return next_ < rest_.size() ? rest_[next_] : u'\0'; }
-
-  static void require(bool condition, const char* message) {
-    if (!condition) throw std::invalid_argument(message);
-  }
-
-  std::u16string rest_;
-  std::size_t next_ = 0;
-  ContentBuilder builder_;
-  Ranges ranges_;
-  std::vector<Look> looks_ = {Look{}};
-  bool endsInMark_ = false;
-};
 
 class Printer {
  public:
@@ -245,12 +142,18 @@ class Printer {
 
 }  // namespace
 
-Parsed parse(std::string_view notation) { return Parser(notation).parse(); }
+Parsed parse(std::string_view notation) {
+  model::ContentBuilder builder;
+  Ranges ranges = Parser(notation, builder).parse();
+  return {builder.finish(), std::move(ranges)};
+}
 
 std::string print(const Model& model, const Ranges& ranges) { return Printer(model, ranges).print(); }
 
-Sample::Sample(std::string_view notation, std::shared_ptr<const model::Medium> medium) {
-  Parsed parsed = parse(notation);
+Sample::Sample(std::string_view notation, std::shared_ptr<const model::Medium> medium)
+    : Sample(parse(notation), std::move(medium)) {}
+
+Sample::Sample(Parsed parsed, std::shared_ptr<const model::Medium> medium) {
   document = memory::MemoryDocument::create(std::move(parsed.content), std::move(medium), u"sample");
   for (const auto& [name, span] : parsed.ranges) ranges[name] = document->Range(span.from, span.to);
 }

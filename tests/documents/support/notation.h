@@ -40,6 +40,7 @@ std::string print(const model::Model& model, const Ranges& ranges = {});
 /// A document in memory, and live ranges for those of the notation.
 struct Sample {
   explicit Sample(std::string_view notation, std::shared_ptr<const model::Medium> medium = nullptr);
+  Sample(Parsed parsed, std::shared_ptr<const model::Medium> medium);
 
   model::Model& model() { return document->model(); }
   word::Range& range(char name) { return *ranges.at(name); }

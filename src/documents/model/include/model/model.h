@@ -73,7 +73,8 @@ class Model {
   text::Span insertBefore(text::Position position, std::u16string_view text);
   text::Span insertBehind(text::Position position, std::u16string_view text);
 
-  /// Gives a span a highlight colour (0 removes it).
+  /// Gives a span a highlight colour (0 removes it). A row mark, which no file has a colour for, stays as it
+  /// is.
   void highlight(text::Span span, std::uint8_t colour);
 
   /// Whether anything was edited since the document was read or last saved. An edit that leaves everything as
