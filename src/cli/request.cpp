@@ -17,7 +17,8 @@ constexpr int kMostApart = 32767;
 /// The text that an option gives itself or in a file.
 std::optional<std::u16string> textOf(const std::optional<std::string>& typed,
                                      const std::optional<std::string>& file, const std::string& option) {
-  if (typed && file) throw UsageError(option + " and " + option + "-file both give the text; leave one out.");
+  if (typed && file)
+    throw UsageError(option + " and " + option + "-file both give the text; leave one out.", option);
   if (typed) return textFromArgument(*typed, option);
   if (file) return textFromFile(*file, option + "-file");
   return std::nullopt;
@@ -34,12 +35,14 @@ std::u16string soughtText(const std::optional<std::string>& typed, const std::op
   if (text->empty()) {
     throw UsageError(
         option + " is empty; " +
-        (option == "--begin" ? "say what a block begins with." : "give it a text or leave it out."));
+            (option == "--begin" ? "say what a block begins with." : "give it a text or leave it out."),
+        option);
   }
   if (beginsWithLineEnd(*text)) {
     throw UsageError(option +
-                     " begins with a line end and cannot be searched for; begin it with a character" +
-                     " of the line before or after.");
+                         " begins with a line end and cannot be searched for; begin it with a character" +
+                         " of the line before or after.",
+                     option);
   }
   return *text;
 }
@@ -52,7 +55,7 @@ Value valueNamed(const std::string& typed, const std::string& option,
     if (name == typed) return value;
     names.push_back(name);
   }
-  throw UsageError(option + " is " + joinedWithOr(names) + ", not '" + typed + "'.");
+  throw UsageError(option + " is " + joinedWithOr(names) + ", not '" + typed + "'.", option);
 }
 
 std::u16string apartFrom(const std::string& typed) {
@@ -61,7 +64,7 @@ std::u16string apartFrom(const std::string& typed) {
   const char* const last = typed.data() + typed.size();
   const auto [stopped, error] = std::from_chars(typed.data(), last, number);
   if (error != std::errc{} || stopped != last || number < 0 || number > kMostApart) {
-    throw UsageError("--apart is a number from 0 to 32767 or same, not '" + typed + "'.");
+    throw UsageError("--apart is a number from 0 to 32767 or same, not '" + typed + "'.", "--apart");
   }
   return {typed.begin(), typed.end()};
 }
@@ -70,7 +73,8 @@ word::WdColorIndex colorFrom(const std::string& typed) {
   if (const auto color = colorNamed(typed)) return *color;
   const std::string hint = didYouMean(typed, colorNames());
   throw UsageError("There is no highlight colour '" + typed + "'." +
-                   (hint.empty() ? " 'pluvo highlight --help' lists them." : hint));
+                       (hint.empty() ? " 'pluvo highlight --help' lists them." : hint),
+                   "--color");
 }
 
 void readBlock(const TypedOptions& typed, Request& request) {
@@ -92,15 +96,18 @@ void readBlock(const TypedOptions& typed, Request& request) {
 
   if (request.end.empty()) {
     if (!request.inside.empty()) {
-      throw UsageError("--inside needs --end: it looks between a block's beginning and its ending.");
+      throw UsageError("--inside needs --end: it looks between a block's beginning and its ending.",
+                       "--inside");
     }
     if (typed.apart || typed.unit) {
-      throw UsageError(std::string(typed.apart ? "--apart" : "--unit") +
-                       " needs --end: it limits how far the ending may be from the beginning.");
+      const std::string option = typed.apart ? "--apart" : "--unit";
+      throw UsageError(option + " needs --end: it limits how far the ending may be from the beginning.",
+                       option);
     }
   }
   if (typed.apart && request.unit == Unit::document) {
-    throw UsageError("--unit document sets no limit, so --apart has no meaning with it; leave one out.");
+    throw UsageError("--unit document sets no limit, so --apart has no meaning with it; leave one out.",
+                     "--apart");
   }
 }
 
@@ -111,10 +118,10 @@ void readPlace(const TypedOptions& typed, Request& request) {
         {{"block", Place::block}, {"begin", Place::begin}, {"end", Place::end}, {"inside", Place::inside}});
   }
   if (request.place == Place::end && request.end.empty()) {
-    throw UsageError("--on end needs --end: say what a block ends with.");
+    throw UsageError("--on end needs --end: say what a block ends with.", "--on");
   }
   if (request.place == Place::inside && request.inside.empty()) {
-    throw UsageError("--on inside needs --inside: say what a block must contain.");
+    throw UsageError("--on inside needs --inside: say what a block must contain.", "--on");
   }
   // A block without an ending is its beginning; only as the beginning is a cut text covered in full.
   if (request.place == Place::block && request.end.empty()) request.place = Place::begin;
@@ -131,7 +138,7 @@ void readChange(const TypedOptions& typed, Request& request) {
   }
   request.text = text.value_or(u"");
   if (typed.before && typed.after) {
-    throw UsageError("--before and --after exclude each other; for both, insert twice.");
+    throw UsageError("--before and --after exclude each other; for both, insert twice.", "--after");
   }
   request.after = typed.after;
   request.extraSpace = typed.extraSpace;

@@ -52,7 +52,9 @@ std::unique_ptr<journal::Recorder> recorderFor(const Plan& plan, files::FileSyst
   const auto folder = journal::defaultFolder();
   if (!folder)
     throw UsageError(
-        "There is no place to keep the originals for 'pluvo undo'; set HOME, or add --no-journal.");
+        "Neither XDG_STATE_HOME nor HOME names a folder, so there is no place to keep the originals for "
+        "'pluvo "
+        "undo'. Set one of them, or add --no-journal to change documents without a way back.");
   try {
     return std::make_unique<journal::Recorder>(system, *folder, plan.command);
   } catch (const files::DocumentError& refused) {

@@ -17,7 +17,7 @@ namespace {
 constexpr std::size_t kMostBytes = 64U << 20U;
 
 [[noreturn]] void refuse(std::string_view option, const std::string& why) {
-  throw UsageError(std::string(option) + ": " + why);
+  throw UsageError(std::string(option) + ": " + why, std::string(option));
 }
 
 struct CloseFile {

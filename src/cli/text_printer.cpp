@@ -27,6 +27,8 @@ class TextPrinter : public Printer {
   }
 
   void document(const Outcome& outcome) override {
+    const bool alone = !plan_.selection.several();
+    if (alone && !outcome.failure && outcome.found == 0) sayNote(shownPath(outcome.path) + ": 0 blocks");
     if (finds() || outcome.failure || outcome.found == 0) return;
     std::string line = style_.file(shownPath(outcome.path)) + ": " + counted(outcome.found, "block") + ", ";
     line += std::to_string(outcome.operated) + (plan_.dryRun ? " would be " : " ") + done();

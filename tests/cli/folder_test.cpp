@@ -240,7 +240,7 @@ class Unfinished : public ::testing::Test {
     return state.size() == before_.size();
   }
 
-  Sandbox sandbox_;
+  Sandbox sandbox_{Sandbox::Disk::memory};
   Words run_ = kReplace + Words{"-r", ".", "-q", "--jobs", "2"};
   State before_;
   State after_;
@@ -248,7 +248,6 @@ class Unfinished : public ::testing::Test {
 
 TEST_F(Unfinished, RunsAndUndosThatAreKilledAreTakenBack) {
   std::mt19937 chance(20261121);
-  const auto end = Clock::now() + std::chrono::seconds(10);
   const auto began = Clock::now();
   ASSERT_EQ(sandbox_.run(run_).status, 0);
   const auto whole = std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - began).count();
@@ -260,7 +259,7 @@ TEST_F(Unfinished, RunsAndUndosThatAreKilledAreTakenBack) {
     sandbox_.wait(child);
   };
   int partly = 0;
-  for (int round = 0; round < 100 && Clock::now() < end; ++round) {
+  for (int round = 0; round < 100; ++round) {
     killAtRandom(run_);
     const State killed = stateOf(sandbox_);
     ASSERT_TRUE(isWhole(killed)) << round;
@@ -270,7 +269,7 @@ TEST_F(Unfinished, RunsAndUndosThatAreKilledAreTakenBack) {
     const Result undo = sandbox_.run({"undo", "-q"});
     ASSERT_TRUE(stateOf(sandbox_) == before_) << round << undo.err;
   }
-  EXPECT_GT(partly, 0);
+  EXPECT_GT(partly, 10);
 }
 
 TEST_F(Unfinished, AnInterruptLeavesAListToGoOnWith) {
@@ -354,7 +353,14 @@ TEST(SavedRequests, SayWhereTheyAreWrong) {
        "line 4: text has no meaning with find"},
       {"[[request]]\ncommand = \"find\"\nbegin = \"x\"\nmatch-case = 1\n",
        "line 4: match-case is true or false"},
-      {"[[request]]\ncommand = \"find\"\nbegin = \"x\"\napart = 2\n", "line 1: --apart needs --end"},
+      {"[[request]]\ncommand = \"find\"\nbegin = \"x\"\napart = 2\n", "line 4: --apart needs --end"},
+      {"[[request]]\ncommand = \"find\"\nbegin = \"x\"\n\n[[request]]\ncommand = \"highlight\"\n"
+       "color = \"yelow\"\nbegin = \"x\"\n",
+       "line 7: There is no highlight colour 'yelow'. Did you mean yellow?"},
+      {"[[request]]\ncommand = \"find\"\nbegin = \"x\"\n[[request]]\ncommand = \"find\"\n",
+       "line 4: Say what a block begins with"},
+      {"[[request]]\ncommand = \"find\"\nbegin = \"x\"\nend-file = \"nowhere\"\n",
+       "line 4: --end-file: cannot open nowhere"},
       {"recursive = true\n", "line 1: 'recursive' stands outside"},
       {"# nothing\n", "has no request"},
   };

@@ -15,8 +15,10 @@
 namespace pluvo::cli {
 namespace {
 
-std::string makeFolder() {
-  std::string name = std::filesystem::temp_directory_path() / "pluvo-cli-XXXXXX";
+std::string makeFolder(Sandbox::Disk disk) {
+  const std::filesystem::path memory = "/dev/shm";
+  const bool inMemory = disk == Sandbox::Disk::memory && ::access(memory.c_str(), W_OK) == 0;
+  std::string name = (inMemory ? memory : std::filesystem::temp_directory_path()) / "pluvo-cli-XXXXXX";
   if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
   return name;
 }
@@ -43,7 +45,7 @@ void redirect(int descriptor, const std::string& path, int flags) {
 
 }  // namespace
 
-Sandbox::Sandbox() : folder_(makeFolder()), streams_(makeFolder()) {}
+Sandbox::Sandbox(Disk disk) : folder_(makeFolder(disk)), streams_(makeFolder(disk)) {}
 
 Sandbox::~Sandbox() {
   std::error_code ignored;

@@ -17,7 +17,9 @@ struct Result {
 /// A folder of its own to run the program in as its user would.
 class Sandbox {
  public:
-  Sandbox();
+  /// On a disk that forgets, where the machine has one, the program does not wait for the disk.
+  enum class Disk { ordinary, memory };
+  explicit Sandbox(Disk disk = Disk::ordinary);
   ~Sandbox();
   Sandbox(const Sandbox&) = delete;
   Sandbox& operator=(const Sandbox&) = delete;

@@ -15,6 +15,8 @@
 namespace pluvo::cli {
 namespace {
 
+constexpr std::size_t kDashes = 2;
+
 /// Where something stands in the file, for messages.
 std::string placeOf(const std::string& path, const toml::source_region& source) {
   return shownPath(path) + ", line " + std::to_string(source.begin.line) + ": ";
@@ -93,7 +95,10 @@ Request requestIn(const std::string& path, const toml::table& table) {
   try {
     return requestFrom(command, typed);
   } catch (const UsageError& refused) {
-    throw UsageError(placeOf(path, table.source()) + refused.what());
+    // Without the two dashes it is the key.
+    const auto wrong = table.find(refused.option().substr(std::min(refused.option().size(), kDashes)));
+    throw UsageError(placeOf(path, wrong != table.end() ? wrong->first.source() : table.source()) +
+                     refused.what());
   }
 }
 

@@ -79,7 +79,11 @@ ExitStatus undo(const TypedCommandLine& line, files::FileSystem& system) {
   if (line.options.list && !line.paths.empty())
     throw UsageError("--list shows all runs; leave the name out.");
   const auto folder = journal::defaultFolder();
-  if (!folder) throw UsageError("Set HOME: the runs are kept in the user's folder.");
+  if (!folder)
+    throw UsageError(
+        "Neither XDG_STATE_HOME nor HOME names a folder, so no runs were kept; set them as they were when "
+        "the "
+        "run was made.");
   try {
     const auto known = [&] {
       // Nobody has changed anything yet.
