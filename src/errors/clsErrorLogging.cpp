@@ -1,11 +1,11 @@
 #include "errors/clsErrorLogging.h"
 
+#include "errors/machine_path.h"
 #include "errors/text.h"
 #include "report_text.h"
 
 #include <array>
 #include <ctime>
-#include <filesystem>
 #include <fstream>
 #include <utility>
 
@@ -22,18 +22,6 @@ std::u16string dateAndTime() {
   std::array<char, 32> text = {};
   return utf16({text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", &parts)});
 }
-
-namespace {
-
-std::filesystem::path pathOf(const std::u16string& name) {
-#ifdef _WIN32
-  return {name};
-#else
-  return {nameBytes(name)};
-#endif
-}
-
-}  // namespace
 
 clsErrorLogging::clsErrorLogging(const Fault& currentFault, MessageSink& messages, Clock clock)
     : currentFault_(currentFault), messages_(messages), clock_(std::move(clock)) {}
@@ -53,7 +41,7 @@ void clsErrorLogging::ProcessErrors(const std::optional<std::u16string>& prefix)
 }
 
 void clsErrorLogging::appendToLog() const {
-  std::ofstream log(pathOf(logFile_), std::ios::app | std::ios::binary);
+  std::ofstream log(machinePath(logFile_), std::ios::app | std::ios::binary);
   log << "\r\n" << utf8(clock_()) << "\r\n" << utf8(report_) << "\r\n" << std::string(64, '-') << "/\r\n";
   log.close();
   if (!log) throw Fault(kPathNotFound, u"The error log \"" + logFile_ + u"\" cannot be written");

@@ -1,40 +1,40 @@
 #ifdef _WIN32
 
+#include "errors/machine_path.h"
 #include "fileops/file_actions.h"
 
 #include <windows.h>
 
 #include <array>
-#include <filesystem>
 
 namespace pluvo::fileops {
 
 namespace {
 
-using std::filesystem::path;
+using errors::machinePath;
 
 ErrorCode lastError(BOOL done) { return done != 0 ? kDone : static_cast<ErrorCode>(GetLastError()); }
 
 class WindowsFileActions : public FileActions {
  public:
   ErrorCode copy(const std::u16string& from, const std::u16string& to) override {
-    return lastError(CopyFileW(path(from).c_str(), path(to).c_str(), FALSE));
+    return lastError(CopyFileW(machinePath(from).c_str(), machinePath(to).c_str(), FALSE));
   }
   ErrorCode createFolder(const std::u16string& folder) override {
-    return lastError(CreateDirectoryW(path(folder).c_str(), nullptr));
+    return lastError(CreateDirectoryW(machinePath(folder).c_str(), nullptr));
   }
   ErrorCode deleteFile(const std::u16string& file) override {
-    return lastError(DeleteFileW(path(file).c_str()));
+    return lastError(DeleteFileW(machinePath(file).c_str()));
   }
   ErrorCode deleteFolder(const std::u16string& folder) override {
-    return lastError(RemoveDirectoryW(path(folder).c_str()));
+    return lastError(RemoveDirectoryW(machinePath(folder).c_str()));
   }
 
   std::optional<std::u16string> systemFolder() override {
     std::array<wchar_t, 256> buffer = {};
     const UINT length = GetSystemDirectoryW(buffer.data(), static_cast<UINT>(buffer.size()));
     if (length == 0 || length >= buffer.size()) return std::nullopt;
-    return path(buffer.data(), buffer.data() + length).u16string();
+    return std::u16string(buffer.data(), buffer.data() + length);
   }
 
   std::uint32_t startHidden(const std::u16string& commandLine) override {

@@ -1,5 +1,6 @@
 #ifndef _WIN32
 
+#include "errors/machine_path.h"
 #include "errors/text.h"
 #include "multifile/folders.h"
 
@@ -86,13 +87,13 @@ class MachineFolders : public Folders {
 
   std::u16string resolved(const std::u16string& folder) override {
     std::error_code error;
-    const fs::path path = fs::canonical(errors::nameBytes(folder), error);
-    return error ? folder : errors::nameText(path.native());
+    const fs::path path = fs::canonical(errors::machinePath(folder), error);
+    return error ? folder : errors::machineText(path);
   }
 
   bool isFolder(const std::u16string& path) override {
     std::error_code error;
-    return fs::is_directory(errors::nameBytes(path), error);
+    return fs::is_directory(errors::machinePath(path), error);
   }
 
   std::vector<std::u16string> drives() override { return {}; }

@@ -1,5 +1,6 @@
 #ifdef _WIN32
 
+#include "errors/machine_path.h"
 #include "errors/text.h"
 #include "multifile/folders.h"
 
@@ -7,18 +8,19 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <system_error>
+#include <string>
 
 namespace pluvo::multifile {
 
 namespace {
 
-namespace fs = std::filesystem;
+using errors::machinePath;
+using errors::machineText;
 
 /// Closes its search when it goes.
 class Search {
  public:
-  explicit Search(const fs::path& pattern) : handle_(FindFirstFileW(pattern.c_str(), &found_)) {}
+  explicit Search(const std::filesystem::path& pattern) : handle_(FindFirstFileW(pattern.c_str(), &found_)) {}
   Search(const Search&) = delete;
   Search& operator=(const Search&) = delete;
   ~Search() {
@@ -34,6 +36,29 @@ class Search {
   HANDLE handle_;
 };
 
+/// What a path leads to, through links; closed when it goes.
+class Opened {
+ public:
+  explicit Opened(const std::filesystem::path& path)
+      : handle_(CreateFileW(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                            OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr)) {}
+  Opened(const Opened&) = delete;
+  Opened& operator=(const Opened&) = delete;
+  ~Opened() {
+    if (handle_ != INVALID_HANDLE_VALUE) CloseHandle(handle_);
+  }
+
+  /// 0 where there is nothing.
+  DWORD pathLength() const { return GetFinalPathNameByHandleW(handle_, nullptr, 0, FILE_NAME_NORMALIZED); }
+  DWORD path(std::wstring& buffer) const {
+    return GetFinalPathNameByHandleW(handle_, buffer.data(), static_cast<DWORD>(buffer.size()),
+                                     FILE_NAME_NORMALIZED);
+  }
+
+ private:
+  HANDLE handle_;
+};
+
 class WindowsFolders : public Folders {
  public:
   void forEachEntry(const std::u16string& folder, const Visit& visit) override {
@@ -42,14 +67,15 @@ class WindowsFolders : public Folders {
   }
 
   std::u16string resolved(const std::u16string& folder) override {
-    std::error_code error;
-    const fs::path path = fs::canonical(fs::path(folder), error);
-    return error ? folder : path.u16string();
+    const Opened opened(machinePath(folder));
+    std::wstring path(opened.pathLength(), L'\0');
+    path.resize(opened.path(path));
+    return path.empty() ? folder : machineText(path);
   }
 
   bool isFolder(const std::u16string& path) override {
-    std::error_code error;
-    return fs::is_directory(fs::path(path), error);
+    const DWORD attributes = GetFileAttributesW(machinePath(path).c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
   }
 
   std::vector<std::u16string> drives() override {
@@ -64,11 +90,10 @@ class WindowsFolders : public Folders {
  private:
   static std::vector<Entry> sortedEntries(const std::u16string& folder) {
     std::vector<Entry> entries;
-    Search search(fs::path(folder) / L"*");
+    Search search(machinePath(folder) / L"*");
     for (bool more = search.started(); more; more = search.next()) {
       const WIN32_FIND_DATAW& found = search.found();
-      Entry entry{fs::path(found.cFileName).u16string(),
-                  (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0,
+      Entry entry{machineText(found.cFileName), (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0,
                   (found.dwFileAttributes & (FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM)) != 0};
       if (entry.name != u"." && entry.name != u"..") entries.push_back(std::move(entry));
     }

@@ -1,6 +1,7 @@
 #include "input_field.h"
 
 #include "errors/fault.h"
+#include "errors/machine_path.h"
 #include "errors/text.h"
 
 #include <filesystem>
@@ -27,11 +28,7 @@ std::string_view fieldIn(std::string_view bytes) {
 }  // namespace
 
 std::optional<std::u16string> firstInputField(const std::u16string& path) {
-#ifdef _WIN32
-  const std::filesystem::path file(path);
-#else
-  const std::filesystem::path file(errors::nameBytes(path));
-#endif
+  const std::filesystem::path file = errors::machinePath(path);
   std::error_code error;
   if (!std::filesystem::is_regular_file(file, error)) return std::nullopt;
   std::ifstream input(file, std::ios::binary);

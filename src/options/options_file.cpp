@@ -1,10 +1,10 @@
 #include "options/options_file.h"
 
+#include "errors/machine_path.h"
 #include "errors/text.h"
 #include "input_field.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <fstream>
 #include <vector>
 
@@ -85,12 +85,7 @@ void OptionsFile::save() {
     const std::u16string values = optionsText();
     context_.locationTag = kTag;
     const std::u16string line = reserved0_ + kSeparator + reserved1_ + kSeparator + values;
-#ifdef _WIN32
-    const std::filesystem::path file(path_);
-#else
-    const std::filesystem::path file(errors::nameBytes(path_));
-#endif
-    std::ofstream output(file, std::ios::binary);
+    std::ofstream output(errors::machinePath(path_), std::ios::binary);
     output << errors::nameBytes(line) << "\r\n";
     output.close();
     if (!output) {

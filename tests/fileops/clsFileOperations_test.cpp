@@ -167,10 +167,11 @@ TEST(clsFileOperations, WorksOnTheMachinesFiles) {
   const auto actions = machineFileActions();
   Workplace work(*actions, u"/");
   auto& operations = work.operations;
-  scratch.put("a\xFF.txt", "new");
+  const std::string odd = std::string("a") + files::kOddLetter + ".txt";
+  scratch.put(odd, "new");
   scratch.put("b.txt", "old and longer");
   operations.SourcePath(errors::nameText(scratch.path("")));
-  operations.SourceFile(errors::nameText("a\xFF.txt"));
+  operations.SourceFile(errors::nameText(odd));
   operations.DestinationPath(errors::nameText(scratch.path("")));
   operations.DestinationFile(u"b.txt");
   operations.Copy();
@@ -190,16 +191,36 @@ TEST(clsFileOperations, WorksOnTheMachinesFiles) {
   operations.DeleteFile();
   operations.DeleteFolder();
   EXPECT_FALSE(operations.Failures());
-  EXPECT_EQ(scratch.names(), (std::set<std::string>{"a\xFF.txt", "b.txt"}));
+  EXPECT_EQ(scratch.names(), (std::set<std::string>{odd, "b.txt"}));
 
   operations.SourceFile(u"missing");
   operations.Copy();
   ASSERT_EQ(work.events.size(), 1U) << "once the folder is there again";
   EXPECT_TRUE(work.events[0].starts_with(std::to_string(ENOENT) + " ")) << work.events[0];
 
+#ifndef _WIN32
   operations.RegisterDLL(u"/x.so");
   EXPECT_TRUE(operations.Failures());
+#endif
   EXPECT_TRUE(work.watched.reports.empty());
+}
+
+TEST(MachineFileActions, GoDeeperThanWindowsPlainCallsDo) {
+  const files::Scratch scratch;
+  const auto actions = machineFileActions();
+  std::u16string folder = errors::nameText(scratch.path(""));
+  std::vector<std::u16string> made;
+  while (folder.size() < 600) {
+    folder += std::u16string(99, u'\u00E4');
+    ASSERT_EQ(actions->createFolder(folder), kDone) << folder.size();
+    made.push_back(folder);
+    folder += u'/';
+  }
+  scratch.put("a", "deep down");
+  EXPECT_EQ(actions->copy(errors::nameText(scratch.path("a")), folder + u"a"), kDone);
+  EXPECT_EQ(actions->copy(folder + u"../a", folder + u"b"), ENOENT) << "names are what they are elsewhere";
+  EXPECT_EQ(actions->deleteFile(folder + u"a"), kDone);
+  for (; !made.empty(); made.pop_back()) EXPECT_EQ(actions->deleteFolder(made.back()), kDone);
 }
 
 }  // namespace

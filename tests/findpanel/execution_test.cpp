@@ -230,6 +230,7 @@ class FolderExecution : public Execution {
 };
 
 TEST_F(FolderExecution, RunsOverTheFilesListedAndTrimmed) {
+  if (!kOpensFiles) GTEST_SKIP();
   press(u"cmdGetPotentialFiles");
   ASSERT_EQ(files().ListCount(), 3U);
   EXPECT_EQ(label(u"lblFound").Caption(), u"Files Found: 3");
@@ -246,6 +247,7 @@ TEST_F(FolderExecution, RunsOverTheFilesListedAndTrimmed) {
 }
 
 TEST_F(FolderExecution, LocatesTheFilesWhereNoneAreListed) {
+  if (!kOpensFiles) GTEST_SKIP();
   tick(u"chkQuiteMode", false);
   std::vector<std::u16string> notices;
   forms.painted = [&](forms::Form&) { notices.push_back(notice()); };
@@ -280,6 +282,7 @@ TEST_F(FolderExecution, WithoutAFolderIsOfTheDocument) {
 }
 
 TEST_F(FolderExecution, ConfirmedLeavesTheDisplay) {
+  if (!kOpensFiles) GTEST_SKIP();
   tick(u"chkConfirmEach");
   const std::string before = display();
   execute();

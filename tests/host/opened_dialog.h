@@ -6,7 +6,9 @@
 #include "forms/doubles.h"
 #include "host/clsOpenPLUVO.h"
 #include "memory/application.h"
+#if __has_include("store/opener.h")
 #include "store/opener.h"
+#endif
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -63,18 +65,23 @@ struct ScriptedRandom final : RandomSource {
 /// templates lie in "templates", where a data folder is, and the program in "program".
 class OpenedDialog {
  public:
-  OpenedDialog()
-      : word(std::make_shared<memory::MemoryApplication>(std::make_shared<store::StoreOpener>(
-            store::Store(), [](const std::string&) { return std::nullopt; }))) {
-    std::filesystem::create_directories(folder.path("templates/PLUVO"));
-    std::filesystem::create_directories(folder.path("program"));
-    std::filesystem::create_directories(folder.path("documents"));
+  OpenedDialog() : word(std::make_shared<memory::MemoryApplication>(opener())) {
+    std::filesystem::create_directories(folder.at("templates/PLUVO"));
+    std::filesystem::create_directories(folder.at("program"));
+    std::filesystem::create_directories(folder.at("documents"));
     word->defaultFilePath(word::wdUserTemplatesPath, u16(folder.path("templates")));
     word->defaultFilePath(word::wdDocumentsPath, u16(folder.path("documents")));
     forms.user = [this](forms::Form& form) { sees(form); };
   }
 
   static std::u16string u16(const std::string& path) { return errors::nameText(path); }
+
+  /// Whether documents are opened from files here; where they are not, that is another word processor's.
+#if __has_include("store/opener.h")
+  static constexpr bool kOpensFiles = true;
+#else
+  static constexpr bool kOpensFiles = false;
+#endif
 
   /// Puts a document in the notation of documents/support before the user.
   void document(std::string_view notation) {
@@ -171,6 +178,14 @@ class OpenedDialog {
   std::vector<std::string> statistics;
 
  private:
+  static std::shared_ptr<memory::DocumentOpener> opener() {
+#if __has_include("store/opener.h")
+    return std::make_shared<store::StoreOpener>(store::Store(),
+                                                [](const std::string&) { return std::nullopt; });
+#else
+    return nullptr;
+#endif
+  }
   void sees(forms::Form& form) {
     if (form.Name() != u"frmFAR") return answers(form);
     dialog_ = &form;

@@ -109,6 +109,7 @@ TEST(Tips, NeverLieBehindTheLast) {
 class Links : public testing::Test, protected OpenedDialog {};
 
 TEST_F(Links, OpenTheDocumentsBesideTheProgram) {
+  if (!kOpensFiles) GTEST_SKIP();
   folder.put("program/Readme.txt", "read me");
   open([&] {
     label(u"lblReadMe").press();
@@ -122,6 +123,7 @@ TEST_F(Links, OpenTheDocumentsBesideTheProgram) {
 
 #ifdef PLUVO_PROGRAMS
 TEST_F(Links, OpenWhatIsBuiltForThem) {
+  if (!kOpensFiles) GTEST_SKIP();
   Surroundings built = surroundings();
   built.componentFolder = u16(PLUVO_PROGRAMS);
   restart(built);

@@ -8,6 +8,13 @@
 
 namespace pluvo::files {
 
+/// A letter as names of files have them: a byte that is no UTF-8, where names are bytes.
+#ifdef _WIN32
+inline constexpr const char* kOddLetter = "\xE4\xB8\x80";
+#else
+inline constexpr const char* kOddLetter = "\xFF";
+#endif
+
 /// A folder that goes when the test ends. Names and paths are in UTF-8 on every system.
 class Scratch {
  public:
