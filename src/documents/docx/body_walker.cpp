@@ -97,7 +97,7 @@ void BodyWalker::startElement(Token token) {
       break;
     case Name::oMath:
     case Name::oMathPara:
-      if (context == Context::inlines) return single(text::kPicture, token, name);
+      if (context == Context::inlines) return formula(token);
       break;
     case Name::pPr:
       if (stack_.back().tag.name == Name::p) return readProperties(name, token);

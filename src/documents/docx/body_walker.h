@@ -47,6 +47,14 @@ struct TextElement {
   std::string_view bytes;  ///< a byte a unit, where that is all there is to it
 };
 
+/// One character that is in no run but has runs of its own.
+struct Formula {
+  Extent extent;
+  RunLook look;  ///< of its first run
+  std::vector<Extent>
+      runProperties;  ///< the w:rPr of each run and operator; empty ones where they would stand
+};
+
 /// An element without content that only says where something begins or ends.
 struct Marker {
   Name name = Name::other;
@@ -73,6 +81,7 @@ class BodyEvents {
   virtual void text(const TextElement& element) = 0;
   /// One character that is an element; reference is a note's or comment's id.
   virtual void character(char16_t unit, Extent extent, Name name, std::string_view reference) = 0;
+  virtual void formula(const Formula& formula) = 0;
   /// Characters 19, the instruction and 20 of a simple field, which its start tag stands for.
   virtual void simpleField(const Tag& tag, std::u16string_view instruction) = 0;
   virtual void endSimpleField(Extent endTag) = 0;
@@ -130,6 +139,7 @@ class BodyWalker {
   void enterSimpleField(xml::Token token);
   void textElement(xml::Token token);
   void alternativeInRun();
+  void formula(xml::Token token);
   void enterAlternative(Name name, xml::Token token, Context within);
   void readProperties(Name kind, xml::Token token);
   void readLook(RunLook& look, xml::Token token);
@@ -157,6 +167,7 @@ class BodyWalker {
   std::size_t textTokens_ = 0;
   Extent textToken_;
   Properties properties_;
+  Formula formula_;
   LookMemory looks_;
   bool finished_ = false;
 };

@@ -173,6 +173,38 @@ void BodyWalker::collectText(Token token) {
   }
 }
 
+/// Looks for the places of Word's run properties: behind a math run's own ones, and in those of operators.
+void BodyWalker::formula(Token token) {
+  formula_ = {tokenExtent(), {}, {}};
+  const std::size_t depth = scanner_.depth();
+  std::size_t inside = 0;  // the depth of the element whose run properties may come next
+  for (Token next = token; token == Token::start && (next != Token::end || scanner_.depth() >= depth);
+       next = scanner_.next()) {
+    if (!opens(next)) continue;
+    const Name name = nameOf(scanner_);
+    if (next == Token::start && (name == Name::mathRun || name == Name::mathControlProperties)) {
+      inside = scanner_.depth();
+      formula_.runProperties.push_back({scanner_.end(), scanner_.end()});
+    } else if (inside != 0 && name == Name::mathRunProperties) {
+      skip(next);
+      formula_.runProperties.back() = {scanner_.end(), scanner_.end()};
+    } else if (inside != 0 && name == Name::rPr) {
+      Extent& place = formula_.runProperties.back();
+      place.begin = scanner_.begin();
+      RunLook look;
+      readLook(look, next);
+      place.end = scanner_.end();
+      if (formula_.runProperties.size() == 1) formula_.look = look;
+      inside = 0;
+    } else {
+      inside = 0;
+    }
+  }
+  formula_.extent.end = scanner_.end();
+  events_.formula(formula_);
+  advance(1);
+}
+
 /// Alternatives within a run are one element to the text: what the chosen one holds.
 void BodyWalker::alternativeInRun() {
   TextElement element;

@@ -1,51 +1,16 @@
 #include "departed.h"
 
+#include "references.h"
+
 #include <algorithm>
 #include <map>
-#include <unordered_set>
 
 namespace pluvo::docx {
 
 using text::Span;
 
-namespace {
-
-using Names = std::unordered_set<std::string>;
-
-/// The words of all field instructions: one of them may be a bookmark's name.
-void addInstructionWords(Names& names, const text::OriginalText& original) {
-  int depth = 0;
-  std::string word;
-  const auto finishWord = [&] {
-    if (!word.empty()) names.insert(std::move(word));
-    word.clear();
-  };
-  for (Position i = 0; i < original.length(); ++i) {
-    const char16_t unit = original[i];
-    if (unit == text::kFieldBegin) ++depth;
-    if (unit == text::kFieldEnd || unit == text::kFieldSeparator) depth = std::max(depth - 1, 0);
-    const bool ends = depth == 0 || unit <= u' ' || unit == u'"';
-    if (ends) {
-      finishWord();
-    } else if (unit < 0x80) {
-      word.push_back(static_cast<char>(unit));
-    }
-  }
-}
-
-void addLinkTargets(Names& names, files::ByteSpan part) {
-  const std::string_view text(reinterpret_cast<const char*>(part.data()), part.size());
-  constexpr std::string_view kMark = ":anchor=\"";
-  for (std::size_t at = text.find(kMark); at != std::string_view::npos; at = text.find(kMark, at)) {
-    at += kMark.size();
-    names.emplace(text.substr(at, text.find('"', at) - at));
-  }
-}
-
-}  // namespace
-
-Departed::Departed(const BodyMap& map, const EditScript& script, const text::OriginalText& original,
-                   files::ByteSpan part) {
+Departed::Departed(const BodyMap& map, const EditScript& script, const Package& package,
+                   files::ByteSpan mainPart) {
   for (const Step& step : script.steps()) {
     if (step.kind != Step::Kind::drop) continue;
     const Span span{step.original, step.original + step.length};
@@ -57,7 +22,7 @@ Departed::Departed(const BodyMap& map, const EditScript& script, const text::Ori
   }
   if (dropped_.empty()) return;
   findNotes(map);
-  findBookmarks(map, original, part);
+  findBookmarks(map, package, mainPart);
 }
 
 bool Departed::isDropped(Span span) const {
@@ -86,7 +51,7 @@ void Departed::findNotes(const BodyMap& map) {
   }
 }
 
-void Departed::findBookmarks(const BodyMap& map, const text::OriginalText& original, files::ByteSpan part) {
+void Departed::findBookmarks(const BodyMap& map, const Package& package, files::ByteSpan mainPart) {
   std::map<std::string, int> uses;
   std::vector<const BodyMap::Bookmark*> candidates;
   for (const BodyMap::Bookmark& bookmark : map.bookmarks) {
@@ -97,11 +62,9 @@ void Departed::findBookmarks(const BodyMap& map, const text::OriginalText& origi
     if (bookmark.closed && isDropped(around)) candidates.push_back(&bookmark);
   }
   if (candidates.empty()) return;
-  Names referredTo;
-  addInstructionWords(referredTo, original);
-  addLinkTargets(referredTo, part);
+  const BookmarkReferences references(package, mainPart);
   for (const BodyMap::Bookmark* bookmark : candidates) {
-    if (uses[bookmark->id] == 1 && !referredTo.contains(bookmark->name)) bookmarks_.insert(bookmark->id);
+    if (uses[bookmark->id] == 1 && !references.contain(bookmark->name)) bookmarks_.insert(bookmark->id);
   }
 }
 

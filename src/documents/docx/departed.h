@@ -1,6 +1,7 @@
 #pragma once
 
 #include "edit_script.h"
+#include "package.h"
 #include "reader.h"
 #include "rewriter.h"
 
@@ -13,8 +14,7 @@ namespace pluvo::docx {
 /// nowhere else, and bookmarks that lay in the deleted text and that no field or link refers to.
 class Departed : public Casualties {
  public:
-  Departed(const BodyMap& map, const EditScript& script, const text::OriginalText& original,
-           files::ByteSpan part);
+  Departed(const BodyMap& map, const EditScript& script, const Package& package, files::ByteSpan mainPart);
 
   bool goes(const Marker& marker) const override;
   const std::vector<Position>& places() const override { return places_; }
@@ -25,7 +25,7 @@ class Departed : public Casualties {
 
  private:
   void findNotes(const BodyMap& map);
-  void findBookmarks(const BodyMap& map, const text::OriginalText& original, files::ByteSpan part);
+  void findBookmarks(const BodyMap& map, const Package& package, files::ByteSpan mainPart);
   bool isDropped(text::Span span) const;
 
   std::vector<text::Span> dropped_;

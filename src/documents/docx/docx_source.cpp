@@ -48,7 +48,7 @@ std::optional<std::string> DocxSource::refusesText(std::u16string_view newText) 
 
 void DocxSource::write(const model::Model& model, files::Output& out) const {
   EditScript script(model);
-  const Departed departed(map_, script, model.text().original(), part_.utf8.view);
+  const Departed departed(map_, script, package_, part_.utf8.view);
   Rewriter rewriter(part_.utf8.view, package_.mainPart, map_, model, highlight_, departed, std::move(script));
   const std::vector<files::ByteSpan> pieces = rewriter.rewrite();
   const std::vector<ChangedPart> others = partsWithoutDeparted(package_, departed);

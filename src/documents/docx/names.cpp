@@ -60,6 +60,9 @@ constexpr xml::KnownName kNames[] = {
     {kCompatibility, "Fallback", n(Name::fallback)},
     {kMath, "oMath", n(Name::oMath)},
     {kMath, "oMathPara", n(Name::oMathPara)},
+    {kMath, "r", n(Name::mathRun)},
+    {kMath, "rPr", n(Name::mathRunProperties)},
+    {kMath, "ctrlPr", n(Name::mathControlProperties)},
     {kWord, "r", n(Name::r)},
     {kWord, "t", n(Name::t)},
     {kWord, "delText", n(Name::delText)},
@@ -175,6 +178,11 @@ constexpr std::array<std::string_view, 17> kHighlights = {
 const xml::Vocabulary& vocabulary() {
   static const xml::Vocabulary known(kNamespaces, kNames);
   return known;
+}
+
+std::string valueOf(const xml::Scanner& scanner, Name name) {
+  const xml::Attribute* const found = attribute(scanner, name);
+  return found == nullptr ? std::string() : scanner.value(*found);
 }
 
 std::uint8_t highlightIndex(std::string_view value) {

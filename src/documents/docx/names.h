@@ -3,6 +3,7 @@
 #include "xml/scanner.h"
 #include "xml/vocabulary.h"
 
+#include <string>
 #include <string_view>
 
 namespace pluvo::docx {
@@ -35,6 +36,9 @@ enum class Name : xml::NameId {
   fallback,
   oMath,
   oMathPara,
+  mathRun,
+  mathRunProperties,
+  mathControlProperties,
   // Runs and what stands in them.
   r,
   t,
@@ -165,6 +169,9 @@ inline Name nameOf(const xml::Scanner& scanner) { return static_cast<Name>(scann
 inline const xml::Attribute* attribute(const xml::Scanner& scanner, Name name) {
   return scanner.attribute(static_cast<xml::NameId>(name));
 }
+
+/// An attribute's value; empty where it is missing.
+std::string valueOf(const xml::Scanner& scanner, Name name);
 
 /// Word's colour index of a w:highlight value, 0 for "none" and unknown values; and back.
 std::uint8_t highlightIndex(std::string_view value);

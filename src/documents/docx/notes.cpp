@@ -14,11 +14,6 @@ namespace {
 /// What becomes of an element directly in a part's root.
 enum class Fate : std::uint8_t { stays, goes, losesParent };
 
-std::string valueOf(const xml::Scanner& scanner, Name name) {
-  const xml::Attribute* const found = attribute(scanner, name);
-  return found == nullptr ? std::string() : scanner.value(*found);
-}
-
 /// Walks the elements in a part's root; inside(scanner) sees every element within one that goes.
 class PartFilter {
  public:

@@ -29,12 +29,6 @@ constexpr std::array<std::pair<std::string_view, Role>, 8> kRoles = {{
 
 DocumentError damaged(const std::string& sentence) { return {Problem::damaged, sentence}; }
 
-/// The attributes of an element as strings.
-std::string valueOf(const xml::Scanner& scanner, Name name) {
-  const xml::Attribute* const found = attribute(scanner, name);
-  return found == nullptr ? std::string() : scanner.value(*found);
-}
-
 /// Calls visit(scanner) for every element of this name directly in the root of a part.
 template <class Visit>
 void forEachInRoot(const archive::Archive& archive, const archive::Member& member, Name wanted, Visit visit) {
@@ -153,6 +147,11 @@ DocumentError otherKind(std::string_view kind) {
                  "; give it the right extension, or get an intact copy.");
 }
 
+bool isStory(std::string_view step) {
+  return step == "header" || step == "footer" || step == "footnotes" || step == "endnotes" ||
+         step == "comments";
+}
+
 bool isSignature(std::string_view type) { return type.ends_with("/digital-signature/origin"); }
 
 std::string findMainPart(const archive::Archive& archive) {
@@ -188,7 +187,7 @@ const archive::Member* Package::member(Role role) const {
 }
 
 Package openPackage(files::Bytes bytes) {
-  Package package{archive::Archive::open(std::move(bytes)), {}, {}};
+  Package package{archive::Archive::open(std::move(bytes)), {}, {}, {}};
   const archive::Member* const types = package.archive.find("[Content_Types].xml");
   if (types == nullptr) throw otherKind(kindOf(package.archive, {}));
   package.mainPart = findMainPart(package.archive);
@@ -201,6 +200,7 @@ Package openPackage(files::Bytes bytes) {
     if (const std::string_view kind = kindOf(package.archive, type); !kind.empty()) throw otherKind(kind);
   }
   for (const Relationship& relationship : relationshipsIn(package.archive, package.mainPart)) {
+    if (isStory(lastStep(relationship.type))) package.stories.push_back(relationship.part);
     for (const auto& [step, role] : kRoles) {
       if (lastStep(relationship.type) != step) continue;
       const auto [place, isNew] = package.parts.emplace(role, relationship.part);

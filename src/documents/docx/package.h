@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace pluvo::docx {
 
@@ -28,6 +29,7 @@ struct Package {
   archive::Archive archive;
   std::string mainPart;
   std::map<Role, std::string> parts;
+  std::vector<std::string> stories;  ///< headers, footers, notes and comments
 
   const archive::Member* member(Role role) const;
 };

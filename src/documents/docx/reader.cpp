@@ -109,6 +109,8 @@ class Reader : public BodyEvents {
     }
   }
 
+  void formula(const Formula& formula) override { builder_.append(text::kPicture, lookOf(formula.look)); }
+
   void simpleField(const Tag&, std::u16string_view instruction) override {
     look_ = lookOf({});
     builder_.beginField(look_);

@@ -114,6 +114,7 @@ class Rewriter : private BodyEvents {
   void marker(const Marker& marker) override;
   void text(const TextElement& element) override;
   void character(char16_t unit, Extent extent, Name name, std::string_view reference) override;
+  void formula(const Formula& formula) override;
   void simpleField(const Tag& tag, std::u16string_view instruction) override;
   void endSimpleField(Extent endTag) override;
   void paragraphMark(Extent endTag) override;
@@ -148,10 +149,10 @@ class Rewriter : private BodyEvents {
   void keepElement(Extent extent, std::uint8_t colour);
   void dropElement(Extent extent);
   void passBytesBefore(Extent extent);
-  void outsideRun(Extent extent);
   void put(const Step& step);
   void putBesideReference(const Step& step);
   void write(std::u16string_view units, std::uint8_t colour, std::string_view tag);
+  void highlightFormula(const Formula& formula, std::uint8_t colour);
   void writeAlone(char16_t unit, std::uint8_t colour);
   void writeBytes(std::string_view bytes, std::uint8_t colour, std::string_view tag);
   void beginText(std::uint8_t colour, std::string_view tag);

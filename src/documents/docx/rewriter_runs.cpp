@@ -102,7 +102,6 @@ void Rewriter::character(char16_t unit, Extent extent, Name name, std::string_vi
     if (name == Name::fldChar) trackField(unit, false);
     return;
   }
-  if (!run_.active) return outsideRun(extent);
   script_.take(position + 1, [&](const Step& step) {
     switch (step.kind) {
       case Step::Kind::put:
@@ -136,8 +135,9 @@ void Rewriter::putBesideReference(const Step& step) {
   run_ = reference;
 }
 
-/// A formula: a character that is in no run.
-void Rewriter::outsideRun(Extent extent) {
+void Rewriter::formula(const Formula& formula) {
+  const Extent extent = formula.extent;
+  if (removedTables_ > 0) return collectInRemovedTable(walker_.position() + 1);
   enterParagraphContent();
   script_.take(walker_.position() + 1, [&](const Step& step) {
     switch (step.kind) {
@@ -149,6 +149,7 @@ void Rewriter::outsideRun(Extent extent) {
         break;
       case Step::Kind::keep:
         opens_.back().kept = true;
+        highlightFormula(formula, model_.highlight().valueAt(step.at));
         break;
       case Step::Kind::drop:
         copyTo(extent.begin);
@@ -157,6 +158,20 @@ void Rewriter::outsideRun(Extent extent) {
         break;
     }
   });
+}
+
+void Rewriter::highlightFormula(const Formula& formula, std::uint8_t colour) {
+  const Markup& written = markup();
+  const std::string_view name = output_.source(formula.extent).substr(1);
+  const bool mathPrefixed = name.find(':') < name.find_first_of(" \t\r\n/>");
+  // Without prefixes the names of the two vocabularies could not be told apart.
+  if (colour == formula.look.highlight || (written.element.empty() && !mathPrefixed)) return;
+  opens_.back().touched = true;
+  for (const Extent& place : formula.runProperties) {
+    copyTo(place.begin);
+    output_.text() += highlighted_.of(output_.source(place), written, colour);
+    output_.leaveOutTo(place.end);
+  }
 }
 
 /// From here on the run is written anew. What was left as it is so far stays so.

@@ -10,11 +10,6 @@ namespace {
 
 constexpr int kMostAncestors = 64;
 
-std::string valueOf(const xml::Scanner& scanner, Name name) {
-  const xml::Attribute* const found = attribute(scanner, name);
-  return found == nullptr ? std::string() : scanner.value(*found);
-}
-
 bool mentions(files::ByteSpan part, std::string_view word) {
   const std::string_view text(reinterpret_cast<const char*>(part.data()), part.size());
   return text.find(word) != std::string_view::npos;

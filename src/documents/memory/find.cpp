@@ -5,6 +5,12 @@
 
 namespace pluvo::memory {
 
+void MemoryFind::Text(const std::u16string& text) {
+  constexpr std::size_t kMost = 255;
+  if (text.size() > kMost) throw errors::Fault(word::kStringTooLong, u"String parameter too long.");
+  query_.text = text;
+}
+
 bool MemoryFind::Execute() {
   MemoryDocument& document = range_->document();
   model::Model& model = document.model();

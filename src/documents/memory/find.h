@@ -16,7 +16,8 @@ class MemoryFind : public word::Find {
   explicit MemoryFind(std::shared_ptr<MemoryRange> range) : range_(std::move(range)) {}
 
   void ClearFormatting() override {}  // there are no formatting conditions to clear
-  void Text(const std::u16string& text) override { query_.text = text; }
+  /// Fault 5854 for more than 255 characters.
+  void Text(const std::u16string& text) override;
   void Forward(bool value) override { requireOnly(value, true); }
   void MatchCase(bool value) override { query_.flags.matchCase = value; }
   void MatchWholeWord(bool value) override { query_.flags.wholeWord = value; }

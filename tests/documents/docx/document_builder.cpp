@@ -17,6 +17,8 @@ const char* const kTypes =
     "<Override PartName=\"/word/document.xml\" ContentType=\"application/vnd.openxmlformats-officedocument."
     "wordprocessingml.document.main+xml\"/></Types>";
 
+}  // namespace
+
 std::string relationships(std::initializer_list<std::pair<const char*, const char*>> typesAndTargets) {
   std::string xml = "<Relationships xmlns=\"http://schemas.openxmlformats.org/package/2006/relationships\">";
   int id = 0;
@@ -26,8 +28,6 @@ std::string relationships(std::initializer_list<std::pair<const char*, const cha
   }
   return xml + "</Relationships>";
 }
-
-}  // namespace
 
 std::string mainPartOf(std::string_view body) {
   return "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\r\n<w:document"
@@ -41,6 +41,11 @@ std::string mainPartOf(std::string_view body) {
          " xmlns:wp=\"http://schemas.openxmlformats.org/drawingml/2006/wordprocessingDrawing\""
          " xmlns:new=\"urn:nobody-knows\"><w:body>" +
          std::string(body) + "</w:body></w:document>";
+}
+
+std::string headerOf(std::string_view content) {
+  return "<w:hdr xmlns:w=\"http://schemas.openxmlformats.org/wordprocessingml/2006/main\">" + p(content) +
+         "</w:hdr>";
 }
 
 files::Bytes documentOf(std::string_view body, Parts parts) {

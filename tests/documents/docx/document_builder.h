@@ -4,10 +4,12 @@
 #include "formats/format.h"
 #include "model/model.h"
 
+#include <initializer_list>
 #include <map>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace pluvo::docx {
 
@@ -17,6 +19,10 @@ using Parts = std::map<std::string, std::string>;
 /// A package whose main part has this body. Parts given replace those put in; one given as "-" is left out.
 files::Bytes documentOf(std::string_view body, Parts parts = {});
 std::string mainPartOf(std::string_view body);
+/// A header part with one paragraph.
+std::string headerOf(std::string_view content);
+/// A part of relationships: the ends of their types, and targets.
+std::string relationships(std::initializer_list<std::pair<const char*, const char*>> typesAndTargets);
 
 /// <w:r> with these properties and one text element.
 std::string run(std::string_view text, std::string_view properties = {});

@@ -322,6 +322,32 @@ TEST(Editing, bookmarksInDeletedTextGoUnlessSomethingRefersToThem) {
   });
 }
 
+TEST(Editing, aBookmarkThatAHeaderRefersToStays) {
+  const std::string body = p(run("a") + "<w:bookmarkStart w:id=\"1\" w:name=\"Title\"/>" + run("b") +
+                             "<w:bookmarkEnd w:id=\"1\"/>");
+  Opened opened = open(documentOf(
+      body, {{"word/_rels/document.xml.rels", relationships({{"header", "header1.xml"}})},
+             {"word/header1.xml", headerOf(fld("begin") + instr(" REF ti") + instr("tle ") + fld("end"))}}));
+  remove(u"ab")(opened);
+  EXPECT_EQ(bodyOf(opened.written()),
+            p("<w:bookmarkStart w:id=\"1\" w:name=\"Title\"/><w:bookmarkEnd w:id=\"1\"/>"));
+}
+
+TEST(Editing, aFormulaIsHighlightedInItsRunsAndOperators) {
+  const auto formula = [](const std::string& run, const std::string& operators) {
+    return p("<m:oMath><m:f><m:fPr><m:ctrlPr>" + operators +
+             "</m:ctrlPr></m:fPr><m:num><m:r><m:rPr><m:sty/></m:rPr>" + run +
+             "<m:t>x</m:t></m:r></m:num><m:den/></m:f></m:oMath>");
+  };
+  const std::string yellow = "<w:rPr>" + kYellow + "</w:rPr>";
+  const std::string boldYellow = "<w:rPr><w:b/>" + kYellow + "</w:rPr>";
+  expectBodies({
+      {formula("", kBold), highlight(u"\x01", 7), formula(yellow, boldYellow)},
+      {formula(yellow, boldYellow), highlight(u"\x01", 7), formula(yellow, boldYellow)},
+      {formula(yellow, boldYellow), highlight(u"\x01", 0), formula("", kBold)},
+  });
+}
+
 TEST(Editing, aCharacterOfTwoUnitsIsNotCut) {
   Opened opened = open(documentOf(p(run("x😀y"))));
   highlight(u"\xDE00y", 7)(opened);

@@ -51,6 +51,7 @@ TEST(Reading, textIsWhatStandsInRuns) {
        "\x01\x08\x01\x01\x01¶"},
       {p(run("shown") + run("hidden", "<w:vanish/>") + run("not", "<w:vanish w:val=\"0\"/>")),
        "shown<h:hidden>not¶"},
+      {p(run("h", "<w:vanish/>") + "<m:oMath/>"), "<h:h>\x01¶"},
       {p(run("y", "<w:highlight w:val=\"yellow\"/>") + run("n", "<w:highlight w:val=\"none\"/>") +
          run("g", "<w:highlight w:val=\"darkGreen\"/>")),
        "<7:y>n<11:g>¶"},

@@ -214,6 +214,8 @@ TEST(Faults, HaveTheWordProcessorsNumbers) {
       {word::kParameterOutOfRange, [&] { a.HighlightColorIndex(17); }},
       {word::kParameterOutOfRange, [&] { a.HighlightColorIndex(-1); }},
       {word::kParameterOutOfRange, [&] { a.Find()->MatchWildcards(true); }},
+      {word::kStringTooLong, [&] { a.Find()->Text(std::u16string(256, u'x')); }},
+      {0, [&] { a.Find()->Text(std::u16string(255, u'x')); }},
       {0, [&] { a.SetRange(0, 10); }},
   };
   for (std::size_t i = 0; i < cases.size(); ++i) EXPECT_EQ(faultOf(cases[i].second), cases[i].first) << i;
