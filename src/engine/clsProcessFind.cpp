@@ -95,6 +95,7 @@ void clsProcessFind::moveSearchPoint() {
 
 void clsProcessFind::ProcessAllBlocks() {
   errors::guarded(context(), u"cpf:27", [&] {
+    const auto batch = application().beginBatch(request_.confirmEach);
     Pass pass(context(), application(), boxes(), state_->search, state_->ranges, state_->counts);
     pass.run(request_.confirmEach, observing());
   });

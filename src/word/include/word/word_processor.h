@@ -170,6 +170,12 @@ class Options {
   virtual std::u16string DefaultFilePath(WdDefaultFilePath kind) = 0;
 };
 
+/// A stretch of edits that belong together; it ends when this goes.
+class Batch {
+ public:
+  virtual ~Batch() = default;
+};
+
 /// The word processor's global object.
 class Application {
  public:
@@ -180,6 +186,12 @@ class Application {
   virtual std::shared_ptr<word::Options> Options() = 0;
   /// What stands between the folders of a path.
   virtual std::u16string PathSeparator() = 0;
+  /// What is done until the result goes is one step for the user to undo and, unless it is to be seen, need
+  /// not be drawn, where the word processor has such. Throws nothing; null where it has nothing of the kind.
+  virtual std::unique_ptr<Batch> beginBatch(bool seen) {
+    static_cast<void>(seen);
+    return nullptr;
+  }
 };
 
 }  // namespace pluvo::word

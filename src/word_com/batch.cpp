@@ -1,0 +1,49 @@
+#include "batch.h"
+
+#include "errors/fault.h"
+
+#include <utility>
+
+namespace pluvo::word_com {
+
+namespace {
+
+/// What the list of steps to undo shows.
+constexpr const char16_t* kStepName = u"P.L.U.V.O.";
+
+template <class Work>
+bool tried(Work&& work) {
+  try {
+    std::forward<Work>(work)();
+    return true;
+  } catch (const errors::Fault&) {
+    return false;
+  }
+}
+
+void setUpdating(const Object& application, bool value) {
+  application.put(L"ScreenUpdating", Arguments().boolean(value));
+}
+
+}  // namespace
+
+ComBatch::ComBatch(const Object& application, bool seen) : application_(application) {
+  tried([&] {
+    Object record = application_.getObject(L"UndoRecord", L"UndoRecord");
+    record.call(L"StartCustomRecord", Arguments().text(kStepName));
+    undoRecord_ = std::move(record);
+  });
+  if (seen) return;
+  tried([&] {
+    const bool was = application_.get(L"ScreenUpdating").toBoolean();
+    setUpdating(application_, false);
+    wasUpdating_ = was;
+  });
+}
+
+ComBatch::~ComBatch() {
+  if (undoRecord_) tried([&] { undoRecord_->call(L"EndCustomRecord"); });
+  if (wasUpdating_) tried([&] { setUpdating(application_, *wasUpdating_); });
+}
+
+}  // namespace pluvo::word_com

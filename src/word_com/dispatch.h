@@ -1,0 +1,49 @@
+#pragma once
+
+#include "variant.h"
+
+#include <oaidl.h>
+#include <wrl/client.h>
+
+#include <map>
+#include <memory>
+#include <string_view>
+#include <utility>
+
+namespace pluvo::word_com {
+
+/// The member ids of Word's interfaces, each asked for once. All objects of an interface share them.
+class MemberIds {
+ public:
+  DISPID of(IDispatch& object, const wchar_t* interfaceName, const wchar_t* member);
+
+ private:
+  std::map<std::pair<std::wstring_view, std::wstring_view>, DISPID> ids_;
+};
+
+/// An object of Word, of the interface named. Names are literals.
+class Object {
+ public:
+  Object(Microsoft::WRL::ComPtr<IDispatch> object, const wchar_t* interfaceName,
+         std::shared_ptr<MemberIds> ids);
+
+  Variant get(const wchar_t* property, const Arguments& arguments = {}) const;
+  void put(const wchar_t* property, const Arguments& value) const;
+  Variant call(const wchar_t* method, const Arguments& arguments = {}) const;
+
+  /// The same, where an object comes back. Throw Fault kObjectNotSet where none does.
+  Object getObject(const wchar_t* property, const wchar_t* interfaceName,
+                   const Arguments& arguments = {}) const;
+  Object callObject(const wchar_t* method, const wchar_t* interfaceName,
+                    const Arguments& arguments = {}) const;
+
+ private:
+  Variant invoke(WORD kind, const wchar_t* member, const Arguments& arguments) const;
+  Object related(const Variant& object, const wchar_t* interfaceName) const;
+
+  Microsoft::WRL::ComPtr<IDispatch> object_;
+  const wchar_t* interface_;
+  std::shared_ptr<MemberIds> ids_;
+};
+
+}  // namespace pluvo::word_com

@@ -1,0 +1,48 @@
+#include "document.h"
+
+#include "range.h"
+
+namespace pluvo::word_com {
+
+std::shared_ptr<word::View> ComWindow::View() {
+  return std::make_shared<ComView>(window_.getObject(L"View", L"View"));
+}
+
+std::shared_ptr<word::Range> ComDocument::Range(std::int32_t start, std::int32_t end) {
+  return std::make_shared<ComRange>(
+      document_.callObject(L"Range", L"Range", Arguments().integer(start).integer(end)), document_);
+}
+
+std::shared_ptr<word::Window> ComDocument::ActiveWindow() {
+  return std::make_shared<ComWindow>(document_.getObject(L"ActiveWindow", L"Window"));
+}
+
+void ComDocument::WritePassword(const std::u16string& password) {
+  document_.put(L"WritePassword", Arguments().text(password));
+}
+
+word::WdProtectionType ComDocument::ProtectionType() {
+  return static_cast<word::WdProtectionType>(document_.get(L"ProtectionType").toInteger());
+}
+
+void ComDocument::Unprotect(const std::u16string& password) {
+  document_.call(L"Unprotect", Arguments().text(password));
+}
+
+/// Left out: NoReset, and behind the password UseIRM and EnforceStyleLock.
+void ComDocument::Protect(word::WdProtectionType type, const std::u16string& password) {
+  document_.call(L"Protect", Arguments().integer(type).missing().text(password).missing(2));
+}
+
+std::shared_ptr<word::Range> ComDocument::StoryRanges(word::WdStoryType story) {
+  const Object stories = document_.getObject(L"StoryRanges", L"StoryRanges");
+  return std::make_shared<ComRange>(stories.callObject(L"Item", L"Range", Arguments().integer(story)),
+                                    document_);
+}
+
+/// Left out: OriginalFormat and RouteDocument.
+void ComDocument::Close(bool saveChanges) {
+  document_.call(L"Close", Arguments().boolean(saveChanges).missing(2));
+}
+
+}  // namespace pluvo::word_com

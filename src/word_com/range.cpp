@@ -1,0 +1,75 @@
+#include "range.h"
+
+#include "errors/fault.h"
+#include "find.h"
+#include "text.h"
+#include "units.h"
+#include "word/faults.h"
+
+#include <variant>
+
+namespace pluvo::word_com {
+
+void ComRange::SetRange(std::int32_t start, std::int32_t end) {
+  range_.call(L"SetRange", Arguments().integer(start).integer(end));
+}
+
+void ComRange::Text(const std::u16string& text) {
+  range_.put(L"Text", Arguments().text(withParagraphMarks(text)));
+}
+
+std::int32_t ComRange::MoveStart(word::WdUnits unit, word::MoveCount count) {
+  return move(L"MoveStart", unit, count);
+}
+
+std::int32_t ComRange::MoveEnd(word::WdUnits unit, word::MoveCount count) {
+  return move(L"MoveEnd", unit, count);
+}
+
+std::int32_t ComRange::move(const wchar_t* method, word::WdUnits unit, word::MoveCount count) const {
+  const auto* reference = std::get_if<std::int16_t*>(&count);
+  const Arguments arguments = reference != nullptr
+                                  ? Arguments().integer(unit).reference(*reference)
+                                  : Arguments().integer(unit).integer(std::get<std::int32_t>(count));
+  return range_.call(method, arguments).toInteger();
+}
+
+void ComRange::InsertBefore(const std::u16string& text) {
+  range_.call(L"InsertBefore", Arguments().text(withParagraphMarks(text)));
+}
+
+void ComRange::InsertAfter(const std::u16string& text) {
+  range_.call(L"InsertAfter", Arguments().text(withParagraphMarks(text)));
+}
+
+std::int32_t ComRange::Delete() {
+  if (!span().spans()) return 0;
+  return range_.call(L"Delete", Arguments().missing(2)).toInteger();
+}
+
+void ComRange::HighlightColorIndex(std::int32_t colour) {
+  range_.put(L"HighlightColorIndex", Arguments().integer(colour));
+}
+
+std::shared_ptr<word::Find> ComRange::Find() {
+  return std::make_shared<ComFind>(range_.getObject(L"Find", L"Find"), shared_from_this());
+}
+
+std::u16string ComRange::textAt(Span span) const {
+  try {
+    return document_.callObject(L"Range", L"Range", Arguments().integer(span.start).integer(span.end))
+        .get(L"Text")
+        .toText();
+  } catch (const errors::Fault& fault) {
+    if (fault.number != word::kValueOutOfRange) throw;
+    return {};
+  }
+}
+
+/// Word's units include the one that an insertion point is in; an empty range has no characters all the same.
+std::int32_t ComRange::countOf(word::WdUnits unit) {
+  if (unit == word::wdCharacter && !span().spans()) return 0;
+  return countOfUnits(range_, unit);
+}
+
+}  // namespace pluvo::word_com
