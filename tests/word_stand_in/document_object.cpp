@@ -154,6 +154,8 @@ const Interface& PartObject::window() {
           member<PartObject>(
               Verb::get, u"Document", {},
               [](auto& o, const auto&) -> Value { return make<DocumentObject>(o.document()); }),
+          member<PartObject>(Verb::get, u"Application", {},
+                             [](auto&, const auto&) -> Value { return ApplicationObject::instance(); }),
           member<PartObject>(Verb::call, u"Activate", {},
                              [](auto& o, const auto&) -> Value {
                                TextObject::world().activate(o.document());

@@ -2,6 +2,7 @@
 
 #include "disk.h"
 #include "errors/text.h"
+#include "word_window.h"
 
 #include <windows.h>
 
@@ -139,15 +140,7 @@ void World::reset() {
 }
 
 HWND World::window() {
-  if (window_ != nullptr && IsWindow(window_)) return window_;
-  WNDCLASSW kind{};
-  kind.lpfnWndProc = DefWindowProcW;
-  kind.hInstance = GetModuleHandleW(nullptr);
-  kind.lpszClassName = L"OpusApp";
-  kind.hbrBackground = GetSysColorBrush(COLOR_APPWORKSPACE);
-  RegisterClassW(&kind);
-  window_ = CreateWindowExW(0, L"OpusApp", L"Word", WS_OVERLAPPEDWINDOW | (visible ? WS_VISIBLE : 0U), 20, 20,
-                            900, 700, nullptr, nullptr, kind.hInstance, nullptr);
+  if (window_ == nullptr || !IsWindow(window_)) window_ = makeWindow(visible);
   return window_;
 }
 
