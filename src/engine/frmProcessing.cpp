@@ -6,6 +6,7 @@ namespace pluvo::engine {
 
 frmProcessing::frmProcessing(clsProcessFind& engine)
     : Form(engine.forms(), u"frmProcessing", u"Confirm Operation"), engine_(engine) {
+  cmdPerform.Default(true);
   add(cmdPerform);
   add(cmdSkip);
   cmdPerform.Click.handledBy([this] { cmdPerform_Click(); });

@@ -3,6 +3,7 @@
 namespace pluvo::engine {
 
 frmStats::frmStats(forms::FormHost& host) : Form(host, u"frmStats", u"Stats") {
+  cmdContinue.Default(true);
   add(lblStats);
   add(cmdContinue);
   add(cmdExit);

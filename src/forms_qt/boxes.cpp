@@ -31,6 +31,11 @@ void place(const BoxSurroundings& surroundings, QWidget& box) {
   surroundings.placing(box);
 }
 
+/// The buttons look like those of forms.
+void withoutIcons(QDialog& box) {
+  for (QAbstractButton* button : box.findChildren<QAbstractButton*>()) button->setIcon({});
+}
+
 QMessageBox::StandardButtons standard(forms::Buttons buttons) {
   switch (buttons) {
     case forms::Buttons::yesNo:
@@ -63,7 +68,7 @@ forms::Answer QtMessageBoxes::show(const std::u16string& text, forms::Buttons bu
   box.setTextFormat(Qt::PlainText);
   box.setText(lines(text));
   box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-  if (buttons != forms::Buttons::ok) box.setIcon(QMessageBox::Question);
+  withoutIcons(box);
   const QShortcut copy(QKeySequence::Copy, &box, [&] {
     const auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
     QGuiApplication::clipboard()->setText(label != nullptr && label->hasSelectedText() ? label->selectedText()
@@ -87,6 +92,8 @@ std::u16string QtInputBoxes::ask(const std::u16string& prompt, const std::u16str
   box.setWindowTitle(qt(title));
   box.setInputMode(QInputDialog::TextInput);
   box.setLabelText(lines(prompt));
+  box.findChild<QLabel*>()->setTextFormat(Qt::PlainText);
+  withoutIcons(box);
   place(surroundings_, box);
   return box.exec() == QDialog::Accepted ? u16(box.textValue()) : std::u16string();
 }

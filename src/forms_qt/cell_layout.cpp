@@ -1,6 +1,5 @@
 #include "cell_layout.h"
 
-#include <QStyle>
 #include <QWidget>
 #include <algorithm>
 #include <utility>
@@ -49,17 +48,14 @@ Qt::Orientations CellLayout::expandingDirections() const {
   return grows ? Qt::Horizontal | Qt::Vertical : Qt::Orientations(Qt::Horizontal);
 }
 
-int CellLayout::columnGap() const {
-  const int gap =
-      parentWidget()->style()->pixelMetric(QStyle::PM_LayoutHorizontalSpacing, nullptr, parentWidget());
-  return std::max(gap, 6);
+int CellLayout::gap(QStyle::PixelMetric metric, int share) const {
+  const QWidget& page = *parentWidget();
+  return std::max(page.style()->pixelMetric(metric, nullptr, &page), page.fontMetrics().height() * share / 4);
 }
 
-int CellLayout::rowGap() const {
-  const int gap =
-      parentWidget()->style()->pixelMetric(QStyle::PM_LayoutVerticalSpacing, nullptr, parentWidget());
-  return std::max(gap, 6);
-}
+int CellLayout::columnGap() const { return gap(QStyle::PM_LayoutHorizontalSpacing, 3); }
+
+int CellLayout::rowGap() const { return gap(QStyle::PM_LayoutVerticalSpacing, 2); }
 
 int CellLayout::left(const forms::Cell& cell, int width) const {
   return (width + columnGap()) * cell.column / kColumns;
@@ -90,12 +86,12 @@ std::vector<CellLayout::Row> CellLayout::rows(int width, bool least) const {
     if (!place.grows) last.first = std::max(last.first, height);
     if (!place.heads) last.heading = false;
   }
-  const int gap = rowGap();
+  const int between = rowGap();
   const Row* above = nullptr;
   for (Row& each : rows) {
     if (!each.used) continue;
     if (each.height == 0) each.heading = false;
-    if (above != nullptr) each.gap = above->heading ? gap / 2 : each.heading ? gap + gap / 2 : gap;
+    if (above != nullptr) each.gap = above->heading ? between / 2 : each.heading ? between * 3 / 2 : between;
     above = &each;
   }
   for (const Place& place : places_) {
@@ -190,7 +186,8 @@ void CellLayout::setGeometry(const QRect& rect) {
     if (!place.grows) {
       const int line = place.cell.rows == 1 ? rows[first].first : room;
       height = std::min(line, heightOf(*place.item, width, false));
-      top += (line - height) / 2;
+      // What is above a box stands close to it.
+      top += rows[first].heading ? line - height : (line - height) / 2;
     }
     place.item->setGeometry({inside.left() + left(place.cell, inside.width()), top, width, height});
   }

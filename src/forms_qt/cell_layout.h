@@ -3,6 +3,7 @@
 #include "forms/control.h"
 
 #include <QLayout>
+#include <QStyle>
 #include <memory>
 #include <vector>
 
@@ -52,6 +53,8 @@ class CellLayout final : public QLayout {
   int left(const forms::Cell& cell, int width) const;
   int widthOf(const forms::Cell& cell, int width) const;
   static int heightOf(const QLayoutItem& item, int width, bool least);
+  /// The style's, and at least this many quarters of a line.
+  int gap(QStyle::PixelMetric metric, int share) const;
   int columnGap() const;
   int rowGap() const;
 

@@ -95,6 +95,8 @@ void FormWindow::build() {
     auto* layout = new QVBoxLayout(frame_);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(panel_);
+    const int margin = panel_->fontMetrics().height();
+    panel_->layout()->setContentsMargins(margin, margin, margin, margin);
   }
   auto* listener = new Listener(*this, panel_);
   listener->setObjectName(QStringLiteral("listener"));

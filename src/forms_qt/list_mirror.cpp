@@ -9,6 +9,24 @@
 
 namespace pluvo::forms_qt {
 
+namespace {
+
+/// As high as a few rows, where it cannot have more.
+class RowsView final : public QListView {
+ public:
+  explicit RowsView(QWidget* parent) : QListView(parent) {}
+  QSize sizeHint() const override { return {QListView::sizeHint().width(), height(14)}; }
+  QSize minimumSizeHint() const override { return {QListView::minimumSizeHint().width(), height(3)}; }
+
+ private:
+  int height(int rows) const {
+    const QMargins margins = contentsMargins();
+    return fontMetrics().lineSpacing() * rows + margins.top() + margins.bottom();
+  }
+};
+
+}  // namespace
+
 int ListRows::rowCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : static_cast<int>(box_.ListCount());
 }
@@ -20,7 +38,7 @@ QVariant ListRows::data(const QModelIndex& index, int role) const {
 }
 
 ListMirror::ListMirror(forms::ListBox& box, Doings& doings, QWidget& parent)
-    : Mirror(box, doings), box_(box), rows_(box), shown_(new QListView(&parent)) {
+    : Mirror(box, doings), box_(box), rows_(box), shown_(new RowsView(&parent)) {
   shown_->setUniformItemSizes(true);
   shown_->setEditTriggers(QAbstractItemView::NoEditTriggers);
   shown_->setTextElideMode(Qt::ElideNone);

@@ -4,7 +4,6 @@
 
 #include <QApplication>
 #include <QFontDatabase>
-#include <QFontInfo>
 
 namespace pluvo::forms_qt {
 
@@ -21,6 +20,26 @@ QColor qt(forms::Color color) {
 QColor readableOn(const QColor& back) {
   constexpr int kMiddle = 128;
   return qGray(back.rgb()) < kMiddle ? QColor(Qt::white) : QColor(Qt::black);
+}
+
+/// The faces a system may have for one it has not.
+struct Stand {
+  const char16_t* face;
+  const char16_t* in;
+};
+constexpr Stand kStands[] = {{u"Bookman Old Style", u"URW Bookman"},
+                             {u"Bookman Old Style", u"Bookman"},
+                             {u"Impact", u"Anton"},
+                             {u"Impact", u"League Gothic"},
+                             {u"Tahoma", u"Verdana"}};
+
+QString familyFor(const QString& name) {
+  if (QFontDatabase::hasFamily(name)) return name;
+  for (const Stand& stand : kStands) {
+    const QString other = QStringView(stand.in).toString();
+    if (QStringView(stand.face) == name && QFontDatabase::hasFamily(other)) return other;
+  }
+  return {};
 }
 
 bool hasColorOfItsOwn(const forms::Control& control) {
@@ -56,18 +75,10 @@ void dressLabel(QWidget& label, const forms::Control& control) {
 void setFont(QWidget& widget, const forms::Font& font) {
   const forms::Font usual;
   QFont face = QApplication::font();
-  const QString name = forms_qt::qt(font.name);
-  if (!font.name.empty() && font != usual) {
-    QFont wanted(name);
-    // The system may have another face for the name; what it has for any name will not do.
-    const bool there =
-        QFontDatabase::hasFamily(name) ||
-        QFontInfo(wanted).family() != QFontInfo(QFont(QStringLiteral("no such face"))).family();
-    if (there) face = wanted;
-    face.setBold(!there);
-  } else if (QFontDatabase::hasFamily(name)) {
-    face.setFamily(name);
-  }
+  const QString family = familyFor(forms_qt::qt(font.name));
+  if (!family.isEmpty()) face.setFamily(family);
+  // A heading stands out all the same.
+  if (family.isEmpty() && font.name != usual.name && !font.name.empty()) face.setBold(true);
   if (font.size != usual.size) face.setPointSize(font.size);
   widget.setFont(face);
 }

@@ -10,6 +10,8 @@ namespace pluvo::forms_qt {
 LabelMirror::LabelMirror(forms::Label& label, Doings& doings, QWidget& parent)
     : Mirror(label, doings), label_(label), shown_(new QLabel(&parent)) {
   shown_->setWordWrap(true);
+  // One that has hardly any room stands close to what it is before.
+  if (label.Cell().columns == 1) shown_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   shown_->installEventFilter(this);
   connect(shown_, &QLabel::linkActivated, this, [this] { press(); });
   mirrors(*shown_);

@@ -55,6 +55,26 @@ std::int16_t mouseButton(Qt::MouseButton button) {
   }
 }
 
+/// As high as a few lines, where it cannot have more.
+class LinesEdit final : public QPlainTextEdit {
+ public:
+  explicit LinesEdit(QWidget* parent) : QPlainTextEdit(parent) {}
+  QSize sizeHint() const override {
+    return {QPlainTextEdit::sizeHint().width(), height(isReadOnly() ? 6 : 3)};
+  }
+  QSize minimumSizeHint() const override {
+    return {fontMetrics().averageCharWidth() * kLetters, height(isReadOnly() ? 3 : 2)};
+  }
+
+ private:
+  static constexpr int kLetters = 12;
+  int height(int lines) const {
+    const QMargins margins = contentsMargins();
+    return qRound(fontMetrics().lineSpacing() * lines + 2 * document()->documentMargin()) + margins.top() +
+           margins.bottom();
+  }
+};
+
 }  // namespace
 
 void TextBoxMirror::dress() { dressBox(*widget(), box_); }
@@ -137,7 +157,7 @@ void LineMirror::refreshKind() {
 }
 
 LinesMirror::LinesMirror(forms::TextBox& box, Doings& doings, QWidget& parent)
-    : TextBoxMirror(box, doings), shown_(new QPlainTextEdit(&parent)) {
+    : TextBoxMirror(box, doings), shown_(new LinesEdit(&parent)) {
   shown_->setTabChangesFocus(true);
   shown_->installEventFilter(this);
   shown_->viewport()->installEventFilter(this);

@@ -20,6 +20,7 @@ class Wrapping final : public Button {
     QSizePolicy policy = this->sizePolicy();
     policy.setHeightForWidth(true);
     policy.setHorizontalPolicy(QSizePolicy::Preferred);
+    policy.setVerticalPolicy(QSizePolicy::Preferred);
     this->setSizePolicy(policy);
   }
 

@@ -45,6 +45,12 @@ std::unique_ptr<forms::Control> listBox(const DesignedControl& designed) {
   return list;
 }
 
+std::unique_ptr<forms::Control> button(const DesignedControl& designed) {
+  auto button = std::make_unique<forms::CommandButton>(designed.name, designed.text);
+  button->Default(designed.state == At::pressedByEnter);
+  return button;
+}
+
 std::unique_ptr<forms::Control> ofKind(const DesignedControl& designed) {
   switch (designed.kind) {
     case Kind::label:
@@ -62,7 +68,7 @@ std::unique_ptr<forms::Control> ofKind(const DesignedControl& designed) {
     case Kind::tick:
       return checkBox(designed);
     case Kind::button:
-      return withCaption<forms::CommandButton>(designed);
+      return button(designed);
     case Kind::picture:
       break;
   }

@@ -24,7 +24,7 @@ enum class Kind {
   picture,
 };
 
-enum class At { first, off, hidden, ticked };
+enum class At { first, off, hidden, ticked, pressedByEnter };
 
 struct DesignedControl {
   const char16_t* name;

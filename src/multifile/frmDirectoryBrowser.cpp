@@ -31,6 +31,7 @@ frmDirectoryBrowser::frmDirectoryBrowser(forms::FormHost& host, Folders& folders
   Drive1.ControlTipText(u"Choose a drive");
   Dir1.ControlTipText(u"Double-click a folder to see what is in it");
   cmdSelectDirectory.ControlTipText(u"Choose the folder shown above");
+  cmdSelectDirectory.Default(true);
   add(Drive1);
   add(Dir1);
   add(lblPath);

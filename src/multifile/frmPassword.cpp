@@ -16,6 +16,7 @@ frmPassword::frmPassword(errors::Context& context, forms::FormHost& host)
   for (forms::Control* control : std::initializer_list<forms::Control*>{
            &lblInstructions, &lblPassword, &txtPassword, &cmdProceed, &cmdCancel})
     add(*control);
+  cmdProceed.Default(true);
   txtPassword.PasswordChar(u"*");
   txtPassword.ControlTipText(u"Enter Password Here");
   cmdProceed.Click.handledBy([this] { cmdProceed_Click(); });

@@ -32,9 +32,9 @@ namespace {
 using namespace pluvo;
 
 constexpr const char* kDocument =
-    "Minutes of the board¶The meeting opened at nine.  [begin confidential]The supplier's price rises by 18 "
-    "per "
-    "cent.[end confidential]  The board thanked the team.¶It was agreed to go on.¶";
+    "Minutes of the board¶The meeting opened at nine.  \\[begin confidential\\]The supplier's price rises by "
+    "18 "
+    "per cent.\\[end confidential\\]  The board thanked the team.¶It was agreed to go on.¶";
 
 QPalette darkPalette() {
   QPalette palette;
@@ -74,7 +74,7 @@ class Gallery {
     word_->add(sample_.document);
     splitter_.setWindowTitle(QStringLiteral("Minutes.docx"));
     auto* document = new QPlainTextEdit(&splitter_);
-    document->setPlainText(QString::fromUtf8(kDocument).replace(QStringLiteral("¶"), QStringLiteral("\n")));
+    document->setPlainText(QString::fromUtf8(kDocument).replace(u'¶', u'\n').remove(u'\\'));
     auto* side = new QWidget(&splitter_);
     splitter_.addWidget(document);
     splitter_.addWidget(side);
