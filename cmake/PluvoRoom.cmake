@@ -18,19 +18,24 @@ function(pluvo_room NAME)
   endif()
 endfunction()
 
-# pluvo_tests(NAME [DEPENDS room…] [LIBRARIES target…])
+# pluvo_tests(NAME [DEPENDS room…] [LIBRARIES target…] [HEADERS header…])
 #
 # The tests of one room: the folder it is called in becomes the program NAME_tests. A test may include
-# the private headers of the room it tests.
+# the private headers of the room it tests. With HEADERS these are precompiled for it alone, in the place of the
+# headers that all tests share, as a room needs that is compiled in another way.
 function(pluvo_tests NAME)
-  cmake_parse_arguments(ROOM "" "" "DEPENDS;LIBRARIES" ${ARGN})
+  cmake_parse_arguments(ROOM "" "" "DEPENDS;LIBRARIES;HEADERS" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
   list(TRANSFORM ROOM_DEPENDS PREPEND pluvo_ OUTPUT_VARIABLE rooms)
   add_executable(${NAME}_tests ${sources})
   target_link_libraries(${NAME}_tests PRIVATE ${rooms} ${ROOM_LIBRARIES} GTest::gmock GTest::gtest_main)
   cmake_path(RELATIVE_PATH CMAKE_CURRENT_SOURCE_DIR BASE_DIRECTORY ${CMAKE_SOURCE_DIR}/tests OUTPUT_VARIABLE room)
   target_include_directories(${NAME}_tests PRIVATE ${CMAKE_SOURCE_DIR}/tests ${CMAKE_SOURCE_DIR}/src/${room})
-  target_precompile_headers(${NAME}_tests REUSE_FROM pluvo_test_pch)
+  if(ROOM_HEADERS)
+    target_precompile_headers(${NAME}_tests PRIVATE ${ROOM_HEADERS})
+  else()
+    target_precompile_headers(${NAME}_tests REUSE_FROM pluvo_test_pch)
+  endif()
   if(CMAKE_CROSSCOMPILING)
     # One test for each program: to start one in the emulator costs more than most tests do.
     add_test(NAME ${NAME}_tests COMMAND ${NAME}_tests --gtest_brief=1)

@@ -1,5 +1,6 @@
 #include "cell_layout.h"
 
+#include <QLabel>
 #include <QWidget>
 #include <algorithm>
 #include <utility>
@@ -10,6 +11,13 @@ namespace {
 
 constexpr int kColumns = 12;
 
+/// How wide it would be with all the room it likes.
+int wish(const QLayoutItem& item) {
+  // A label that may break its lines says so of any width.
+  const auto* label = qobject_cast<const QLabel*>(const_cast<QLayoutItem&>(item).widget());  // NOLINT
+  return label == nullptr ? item.sizeHint().width() : label->fontMetrics().size(0, label->text()).width();
+}
+
 }  // namespace
 
 CellLayout::~CellLayout() = default;
@@ -19,6 +27,8 @@ void CellLayout::add(QWidget& widget, forms::Cell cell, bool grows, bool heads) 
     int below = 0;
     for (const Place& place : places_) below = std::max(below, place.cell.row + place.cell.rows);
     cell = {below, 0, 1, kColumns};
+  } else {
+    inLines_ = false;
   }
   cell.column = std::clamp(cell.column, 0, kColumns - 1);
   cell.columns = std::clamp(cell.columns, 1, kColumns - cell.column);
@@ -119,23 +129,37 @@ int CellLayout::heightForWidth(int width) const { return total(width, false); }
 
 int CellLayout::minimumHeightForWidth(int width) const { return total(width, true); }
 
-QSize CellLayout::minimumSize() const {
+template <class Width>
+int CellLayout::widthFor(Width width) const {
   int unit = 0;
-  const int gap = columnGap();
+  const int between = columnGap();
   for (const Place& place : places_) {
     if (place.item->isEmpty()) continue;
-    const int inner = place.item->minimumSize().width() + gap;
-    unit = std::max(unit, (inner + place.cell.columns - 1) / place.cell.columns);
+    unit = std::max(unit, (width(*place.item) + between + place.cell.columns - 1) / place.cell.columns);
   }
   const QMargins margins = contentsMargins();
-  const int width = unit * kColumns - gap + margins.left() + margins.right();
+  return unit * kColumns - between + margins.left() + margins.right();
+}
+
+int CellLayout::leastWidth() const {
+  const int width = widthFor([](const QLayoutItem& item) { return item.minimumSize().width(); });
+  if (!inLines_) return width;
+  // In the grid the columns decide; lines of their own are as long as they like, within reason.
+  constexpr int kFewest = 34;
+  constexpr int kMost = 64;
+  const int letter = parentWidget()->fontMetrics().averageCharWidth();
+  return std::max(width, widthFor([&](const QLayoutItem& item) {
+                    return std::clamp(wish(item), kFewest * letter, kMost * letter);
+                  }));
+}
+
+QSize CellLayout::minimumSize() const {
+  const int width = leastWidth();
   return {width, minimumHeightForWidth(width)};
 }
 
 QSize CellLayout::sizeHint() const {
-  constexpr int kLetters = 60;
-  const int width =
-      std::max(minimumSize().width(), parentWidget()->fontMetrics().averageCharWidth() * kLetters);
+  const int width = leastWidth();
   return {width, heightForWidth(width)};
 }
 

@@ -55,10 +55,16 @@ class CellLayout final : public QLayout {
   static int heightOf(const QLayoutItem& item, int width, bool least);
   /// The style's, and at least this many quarters of a line.
   int gap(QStyle::PixelMetric metric, int share) const;
+  /// Such that every item has this width.
+  template <class Width>
+  int widthFor(Width width) const;
+  int leastWidth() const;
   int columnGap() const;
   int rowGap() const;
 
   std::vector<Place> places_;
+  /// Every widget has lines of its own.
+  bool inLines_ = true;
 };
 
 }  // namespace pluvo::forms_qt

@@ -4,8 +4,11 @@
 #include "texts.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QCloseEvent>
 #include <QDialog>
+#include <QLabel>
+#include <QScreen>
 #include <QVBoxLayout>
 
 namespace pluvo::forms_qt {
@@ -113,7 +116,7 @@ void FormWindow::show() {
     panel_->show();
     container_->show();
   } else {
-    if (!wasShown_) frame_->adjustSize();
+    if (!wasShown_) frame_->resize(wholeSize());
     const QPoint place = frame_->pos();
     if (host_.placing) {
       host_.placing(form_, *frame_);
@@ -126,6 +129,13 @@ void FormWindow::show() {
   }
   wasShown_ = true;
   focus();
+}
+
+QSize FormWindow::wholeSize() const {
+  const QSize wish = frame_->layout()->totalSizeHint();
+  const QSize there = frame_->screen()->availableSize() * 9 / 10;
+  return {qMin(wish.width(), there.width()),
+          qMin(frame_->layout()->totalHeightForWidth(wish.width()), there.height())};
 }
 
 void FormWindow::hide() {
@@ -198,7 +208,25 @@ void FormWindow::focus() {
   if (wanted != nullptr) wanted->widget()->setFocus(Qt::OtherFocusReason);
 }
 
+bool FormWindow::copies() const {
+  QStringList texts;
+  for (const Mirror* mirror : all()) {
+    const auto* label = qobject_cast<QLabel*>(mirror->widget());
+    if (label == nullptr || label->buddy() != nullptr || !label->isVisible()) continue;
+    if (label->hasSelectedText()) {
+      texts = {label->selectedText()};
+      break;
+    }
+    texts += label->text();
+  }
+  if (texts.isEmpty()) return false;
+  QGuiApplication::clipboard()->setText(texts.join(u'\n').replace(QChar::ParagraphSeparator, u'\n'));
+  return true;
+}
+
 bool FormWindow::pressed(const QKeyEvent& key) {
+  // A small window's text is worth having elsewhere.
+  if (frame_ && key.matches(QKeySequence::Copy)) return copies();
   if ((key.modifiers() & kCommandKeys) != 0) return false;
   switch (key.key()) {
     case Qt::Key_Escape:

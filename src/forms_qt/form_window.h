@@ -42,6 +42,10 @@ class FormWindow {
   void refresh();
   void refreshWindowState();
   void focus();
+  /// As large as all of it needs, if the screen is.
+  QSize wholeSize() const;
+  /// Puts what is marked in a label, or all that labels tell, on the clipboard.
+  bool copies() const;
   std::vector<Mirror*> all() const;
   template <class Passes>
   Mirror* find(Passes passes) const;

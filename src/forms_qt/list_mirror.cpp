@@ -51,6 +51,10 @@ ListMirror::ListMirror(forms::ListBox& box, Doings& doings, QWidget& parent)
   mirrors(*shown_);
 }
 
+ListMirror::~ListMirror() {
+  if (widget() != nullptr) shown_->setModel(nullptr);
+}
+
 void ListMirror::open(const QModelIndex& index) {
   if (!index.isValid()) return;
   doings().decides([&] { box_.open(static_cast<std::size_t>(index.row())); });
@@ -92,7 +96,6 @@ void ListMirror::showSelection() {
 void ListMirror::dress() { dressBox(*shown_, box_); }
 
 void ListMirror::refreshKind() {
-  if (telling_) return;
   shown_->setSelectionMode(box_.MultiSelect() ? QAbstractItemView::ExtendedSelection
                                               : QAbstractItemView::SingleSelection);
   const QString current = shown_->currentIndex().data().toString();

@@ -26,6 +26,7 @@ class ListRows final : public QAbstractListModel {
 class ListMirror final : public Mirror {
  public:
   ListMirror(forms::ListBox& box, Doings& doings, QWidget& parent);
+  ~ListMirror() override;
   bool eventFilter(QObject* watched, QEvent* event) override;
   bool grows() const override { return true; }
 
@@ -39,8 +40,6 @@ class ListMirror final : public Mirror {
   forms::ListBox& box_;
   ListRows rows_;
   QListView* shown_;
-  /// The box is being told of the user's selection, which the widget shows already.
-  bool telling_ = false;
 };
 
 }  // namespace pluvo::forms_qt

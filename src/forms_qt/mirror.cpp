@@ -39,7 +39,7 @@ void Mirror::mirrors(QWidget& widget) {
   widget_ = &widget;
   widget.setObjectName(qt(control_.Name()));
   control_.changed.handledBy([mirror = QPointer<Mirror>(this)] {
-    if (mirror) mirror->refresh();
+    if (mirror && !mirror->telling_) mirror->refresh();
   });
   refresh();
 }

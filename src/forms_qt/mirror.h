@@ -42,6 +42,8 @@ class Mirror : public QObject {
   /// Where its colours are shown.
   virtual void dress();
   Doings& doings() const { return doings_; }
+  /// The control is being told what its widget shows already.
+  bool telling_ = false;
 
  private:
   forms::Control& control_;

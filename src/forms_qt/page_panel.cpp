@@ -55,14 +55,16 @@ void PagePanel::place() {
       continue;
     }
     const auto* label = qobject_cast<QLabel*>(mirror.widget());
-    layout->add(*mirror.widget(), cell, mirror.grows(), label != nullptr && isPlainLabel(mirror.control()));
+    const bool heads =
+        label != nullptr && isPlainLabel(mirror.control()) && (cell.columns > 0 || label->buddy() != nullptr);
+    layout->add(*mirror.widget(), cell, mirror.grows(), heads);
   }
 }
 
 void PagePanel::placeButtons(std::size_t from, std::size_t to) {
   auto* bar = new QWidget(this);
   auto* line = new QHBoxLayout(bar);
-  line->setContentsMargins(0, 0, 0, 0);
+  line->setContentsMargins(0, fontMetrics().height() / 2, 0, 0);
   line->addStretch(1);
   for (std::size_t at = from; at < to; ++at) line->addWidget(mirrors_[at]->widget());
   static_cast<CellLayout*>(layout())->add(*bar, {}, false, false);

@@ -7,8 +7,29 @@
 
 namespace pluvo::forms_qt {
 
+namespace {
+
+/// One whose link is where the keyboard is as soon as the label has the focus.
+class LinkedLabel final : public QLabel {
+ public:
+  using QLabel::QLabel;
+
+ protected:
+  void focusInEvent(QFocusEvent* event) override {
+    QLabel::focusInEvent(event);
+    if (textFormat() == Qt::RichText && event->reason() != Qt::MouseFocusReason)
+      QLabel::focusNextPrevChild(true);
+  }
+  void focusOutEvent(QFocusEvent* event) override {
+    if (textFormat() == Qt::RichText) setSelection(0, 0);
+    QLabel::focusOutEvent(event);
+  }
+};
+
+}  // namespace
+
 LabelMirror::LabelMirror(forms::Label& label, Doings& doings, QWidget& parent)
-    : Mirror(label, doings), label_(label), shown_(new QLabel(&parent)) {
+    : Mirror(label, doings), label_(label), shown_(new LinkedLabel(&parent)) {
   shown_->setWordWrap(true);
   // One that has hardly any room stands close to what it is before.
   if (label.Cell().columns == 1) shown_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
@@ -43,6 +64,7 @@ void LabelMirror::refreshKind() {
     shown_->setFocusPolicy(Qt::StrongFocus);
   } else {
     shown_->setTextFormat(Qt::PlainText);
+    if (shown_->buddy() == nullptr) shown_->setTextInteractionFlags(Qt::TextSelectableByMouse);
     // A label that names a box has a key for it perhaps, and then shows "&" by two.
     shown_->setText(shown_->buddy() == nullptr ? text : text.replace(u'&', QStringLiteral("&&")));
   }

@@ -148,6 +148,11 @@ void Gallery::scene(const QString& name) {
   }
   if (name == u"options") page(2);
   if (name == u"about") page(3);
+  if (name == u"link") {
+    page(2);
+    QTimer::singleShot(200, widget("lblReadMe"),
+                       [this] { widget("lblReadMe")->setFocus(Qt::TabFocusReason); });
+  }
   if (name == u"files") {
     page(1);
     dialog_->get<forms::TextBox>(u"txtFilePath").type(path("Documents/Contracts"));
