@@ -106,12 +106,13 @@ std::optional<Position> lastMarkIn(const Model& model, Span span, std::int32_t t
   return found;
 }
 
-/// The paragraph mark to be kept lest the text in front of a removed span run into a table behind it.
+/// The paragraph mark to be kept lest the text or the table in front of a removed span run into a table
+/// behind it.
 std::optional<Position> keptMark(const Model& model, Span removed, bool textInFront) {
-  if (!textInFront) return std::nullopt;
+  const std::int32_t inFront = tableAt(model, removed.from - 1);
   const std::int32_t behind = tableAt(model, removed.to);
-  const std::int32_t gap = commonOf(model.tables(), tableAt(model, removed.from - 1), behind);
-  if (behind == gap) return std::nullopt;
+  const std::int32_t gap = commonOf(model.tables(), inFront, behind);
+  if (behind == gap || (inFront == gap && !textInFront)) return std::nullopt;
   return lastMarkIn(model, removed, gap);
 }
 
@@ -183,11 +184,13 @@ Removal removalOf(const Model& model, Span span, std::u16string_view newText, te
   bool first = true;
   for (const Span& covered : Cover(model, span, view).spans) {
     const bool textKept = covered.from > 0 && !model.endsParagraph(covered.from - 1);
-    const bool textInFront = first && !newText.empty() ? !endsWithMark(newText) : textKept;
+    const bool newInFront = first && !newText.empty();
     if (first) removal.at = covered.from;
     first = false;
     Span rest = covered;
-    if (const auto kept = keptMark(model, covered, textInFront)) {
+    const auto kept =
+        newInFront && endsWithMark(newText) ? std::nullopt : keptMark(model, covered, newInFront || textKept);
+    if (kept) {
       if (*kept > covered.from) removal.spans.push_back({covered.from, *kept});
       rest.from = *kept + 1;
     }

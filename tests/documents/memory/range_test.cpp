@@ -129,6 +129,11 @@ TEST(Edits, KeepTables) {
       {"a¶[ab¶c¶⟦xa]y¦‖⟧", setText(u"n"), "a¶[ana]¶⟦y¦‖⟧¶"},
       {"a¶[ab¶c¶⟦xa]y¦‖⟧", setText(u"n\n"), "a¶[an¶a]⟦y¦‖⟧¶"},
       {"a[a¶⟦x¦‖⟧b¶a]⟦y¦‖⟧", remove, "a[a¶a]⟦y¦‖⟧¶"},
+      // Nor one table into another.
+      {"⟦x[a¦‖⟧b¶c¶⟦ya]z¦‖⟧", remove, "⟦x[a¦‖⟧¶⟦a]z¦‖⟧¶"},
+      {"⟦x¦‖⟧[ab¶a]⟦y¦‖⟧", remove, "⟦x¦‖⟧[a¶a]⟦y¦‖⟧¶"},
+      {"⟦x¦‖⟧[ab¶a]⟦y¦‖⟧", setText(u"n\n"), "⟦x¦‖⟧[an¶a]⟦y¦‖⟧¶"},
+      {"⟦x¦‖⟧[ab¶⟦z¦‖⟧a]⟦y¦‖⟧", remove, "⟦x¦‖⟧[a¶a]⟦y¦‖⟧¶"},
       {"⟦x[a¦a]y¦‖⟧", remove, "⟦x[a¦a]y¦‖⟧¶"},
       {"a[a§b¶a]c", remove, "a[aa]c¶"},
   });

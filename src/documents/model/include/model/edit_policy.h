@@ -9,10 +9,9 @@
 ///
 /// A deletion takes its span but for:
 /// - the marks of a field that the span covers only partly, and what the view does not show of that field (a
-/// field
-///   inside it that is covered wholly goes, where the view shows the place it stands in);
+///   field inside it that is covered wholly goes, where the view shows the place it stands in);
 /// - the cell and row marks of a table that the span covers only partly;
-/// - a paragraph mark (or section mark) without which the text before it would run into a table;
+/// - a paragraph mark (or section mark) without which the text or the table before it would run into a table;
 /// - the final paragraph mark.
 ///
 /// New text joins the paragraph it is put into: it lies in the table in which that paragraph lies. Text that
