@@ -1,5 +1,6 @@
 #include "docx_source.h"
 
+#include "appearance_reader.h"
 #include "archive/rewrite.h"
 #include "departed.h"
 #include "notes.h"
@@ -63,6 +64,10 @@ void DocxSource::write(const model::Model& model, files::Output& out) const {
   }
   for (const ChangedPart& part : others) changes.push_back({part.name, {files::ByteSpan(part.bytes)}});
   archive::rewrite(package_.archive, changes, out);
+}
+
+text::RunMap<formats::Appearance> DocxSource::appearance() const {
+  return readAppearance(part_.utf8.view, package_.mainPart, readStyleLooks(package_));
 }
 
 }  // namespace pluvo::docx

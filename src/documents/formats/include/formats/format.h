@@ -2,6 +2,7 @@
 
 #include "files/bytes.h"
 #include "files/problem.h"
+#include "formats/appearance.h"
 #include "model/content.h"
 #include "model/medium.h"
 #include "model/model.h"
@@ -19,6 +20,8 @@ class Source : public model::Medium {
  public:
   /// Writes the whole document as it stands in the model. Throws files::DocumentError.
   virtual void write(const model::Model& model, files::Output& out) const = 0;
+  /// How each original character looks, made anew at every call. Empty where the format knows no looks.
+  virtual text::RunMap<Appearance> appearance() const { return {}; }
 };
 
 /// A protection against editing that the document says of itself. The file keeps it as it is.

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+
+namespace pluvo::formats {
+
+/// How a character looks besides highlight and visibility, so far as a window on the document shows it. What
+/// belongs to a paragraph is told with each of its characters; its mark's word counts.
+struct Appearance {
+  enum class Alignment : std::uint8_t { start, centre, end };
+
+  bool bold = false;
+  bool italic = false;
+  bool underlined = false;
+  bool struck = false;
+  std::uint8_t heading = 0;  ///< 1 to 9; 0 for none
+  Alignment alignment = Alignment::start;
+  bool rightToLeft = false;
+
+  bool operator==(const Appearance&) const = default;
+};
+
+}  // namespace pluvo::formats
