@@ -1,0 +1,136 @@
+#pragma once
+
+#include "formats/appearance.h"
+#include "memory/document.h"
+#include "text/run_map.h"
+
+#include <QAbstractScrollArea>
+#include <QBasicTimer>
+#include <QPoint>
+
+#include <map>
+#include <memory>
+
+namespace pluvo::view {
+
+class BlockIndex;
+class BlockLayout;
+struct Looks;
+
+/// Shows a document's text: to be read, searched by eye, selected and copied, not to be typed into. Lays out
+/// what is seen and a little around it, so that a document of any length opens and scrolls at once; heights
+/// farther away are estimates.
+///
+/// The selection is the document's own. Whoever observes the document passes on what happens to it.
+class DocumentView : public QAbstractScrollArea {
+  Q_OBJECT
+ public:
+  /// The map of looks is by original position; empty where the format tells of none. The document is open, and
+  /// stays so until detach().
+  DocumentView(std::shared_ptr<memory::MemoryDocument> document,
+               text::RunMap<formats::Appearance> appearance, QWidget* parent = nullptr);
+  ~DocumentView() override;
+
+  /// The document closes: nothing of it is looked at any more.
+  void detach();
+
+  // What happened to the document.
+  void textReplaced(text::Span span, text::Position newLength);
+  void highlightChanged(text::Span span);
+  /// A selection that is not empty is scrolled to.
+  void selectionChanged(text::Span selection);
+  void viewChanged();
+
+  /// 1 is 100 %.
+  double zoom() const { return zoom_; }
+  void setZoom(double zoom);
+  void zoomBy(int steps);
+
+  void selectAll();
+  void copy() const;
+  bool hasSelection() const;
+  /// Scrolls so that the span's beginning is seen with some text above it.
+  void reveal(text::Span span);
+  /// Where the selection is, in the viewport; empty when it is out of sight.
+  QRect selectionRect();
+
+ signals:
+  void zoomChanged(double zoom);
+  void selectionMoved();
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void scrollContentsBy(int dx, int dy) override;
+  void changeEvent(QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
+  void timerEvent(QTimerEvent* event) override;
+
+ private:
+  using Position = text::Position;
+
+  // Layout and scrolling.
+  model::Model& model() const { return document_->model(); }
+  void rebuild();
+  void setUpFont();
+  qreal columnWidth() const;
+  qreal columnLeft() const;
+  const BlockLayout& layoutOf(std::size_t block);
+  void dropLayouts(Position from, Position to);
+  void settle();
+  void layOutAround();
+  void showTop();
+  void anchorAt(std::int64_t y);
+  std::int64_t anchorTop();
+  void keepFewLayouts();
+
+  // The insertion point.
+  struct Place {
+    std::size_t block;
+    const BlockLayout& layout;
+  };
+  Place placeOf(Position position);
+  Position positionAt(QPoint point);
+  Position positionAt(std::size_t block, QPointF inBlock);
+  Position neighbour(Position position, bool forward, bool words);
+  Position beside(Position position, bool left);
+  Position vertical(Position position, qreal by);
+  Position atLineEnd(Position position, bool end);
+  Position firstIn(std::size_t block, bool forward);
+  void moveCaret(Position position, bool keepsAnchor);
+  void select(Position anchor, Position caret);
+  void ensureCaretSeen();
+  QRectF caretRect(Position position);
+  bool moveByKey(QKeyEvent& event);
+
+  std::shared_ptr<memory::MemoryDocument> document_;
+  std::unique_ptr<Looks> looks_;
+  std::unique_ptr<BlockIndex> index_;
+  std::map<Position, std::unique_ptr<BlockLayout>> layouts_;
+
+  /// What stands at the top of the viewport: a block, and how many pixels of it are above.
+  Position topBlock_ = 0;
+  int topOffset_ = 0;
+
+  Position selectionAnchor_ = 0;
+  Position caret_ = 0;
+  bool selectingByUser_ = false;
+  qreal preferredX_ = -1;
+  double zoom_ = 1;
+  QPoint dragged_;
+  QBasicTimer dragTimer_;
+  QBasicTimer tripleClick_;
+  QBasicTimer caretTimer_;
+  bool caretOn_ = true;
+  bool showingTop_ = false;
+};
+
+}  // namespace pluvo::view

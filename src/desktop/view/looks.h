@@ -1,0 +1,34 @@
+#pragma once
+
+#include "formats/appearance.h"
+#include "model/model.h"
+#include "shown_text.h"
+
+#include <QColor>
+#include <QFont>
+#include <QList>
+#include <QTextLayout>
+
+namespace pluvo::view {
+
+/// What a window shows a document with.
+struct Looks {
+  QFont font;
+  /// By original position; empty where the format tells of none.
+  text::RunMap<formats::Appearance> appearance;
+
+  /// New text looks as the character it takes its formatting from.
+  formats::Appearance of(const model::Model& model, Position position) const;
+  /// The paragraph's own: its size, alignment and direction.
+  QFont paragraphFont(const formats::Appearance& paragraph) const;
+  /// Bold, highlight and so on of the text shown, in a paragraph that looks like this.
+  QList<QTextLayout::FormatRange> formats(const model::Model& model, const ShownText& shown,
+                                          const formats::Appearance& paragraph) const;
+};
+
+/// Word's sixteen colours by their index; none for 0 and for what is no index.
+QColor highlightColour(int index);
+/// Black or white, whichever is read more easily on the colour.
+QColor readableOn(const QColor& background);
+
+}  // namespace pluvo::view

@@ -1,0 +1,98 @@
+#include "shown_text.h"
+
+#include <algorithm>
+
+namespace pluvo::view {
+
+namespace {
+
+constexpr char16_t kReplacement = 0xFFFD;
+
+/// What stands on screen for a character of the document.
+char16_t glyphOf(char16_t unit) {
+  switch (unit) {
+    case text::kTab:
+      return unit;
+    case text::kPicture:
+    case text::kFloatingPicture:
+      return 0x25A3;
+    case text::kNoteReference:
+      return 0x2020;
+    case text::kLineBreak:
+    case text::kPageBreak:
+    case text::kColumnBreak:
+    case u'\n':
+    case 0x2029:
+      return 0x2028;
+    case text::kFieldBegin:
+      return u'{';
+    case text::kFieldSeparator:
+      return u'|';
+    case text::kFieldEnd:
+      return u'}';
+    case text::kNonBreakingHyphen:
+      return 0x2011;
+    case text::kOptionalHyphen:
+      return 0x00AD;
+    default:
+      return unit < u' ' ? kReplacement : unit;
+  }
+}
+
+}  // namespace
+
+ShownText::ShownText(const model::Model& model, Span span, text::View view) {
+  end_ = span.to;
+  if (!span.empty() && model.endsParagraph(span.to - 1)) end_ = span.to - 1;
+  text::forEachVisibleStretch(model.text(), model.visibility(), view, span.from, end_,
+                              [&](Position at, const text::Stretch& stretch) {
+                                parts_.push_back({static_cast<int>(text_.size()), at, stretch.length});
+                                for (Position i = 0; i < stretch.length; ++i)
+                                  text_.append(QChar(glyphOf(stretch[i])));
+                                return true;
+                              });
+}
+
+Position ShownText::position(int shown) const {
+  const auto behind = std::upper_bound(parts_.begin(), parts_.end(), shown,
+                                       [](int place, const Part& part) { return place < part.shown; });
+  if (behind == parts_.begin()) return end_;
+  const Part& part = *std::prev(behind);
+  const int within = shown - part.shown;
+  return within < part.length ? part.position + within : end_;
+}
+
+int ShownText::shown(Position position) const {
+  for (const Part& part : parts_) {
+    if (position < part.position) return part.shown;
+    if (position < part.position + part.length) return part.shown + (position - part.position);
+  }
+  return static_cast<int>(text_.size());
+}
+
+QString copiedText(const model::Model& model, Span span, text::View view) {
+  QString copied;
+  text::forEachVisibleStretch(
+      model.text(), model.visibility(), view, span.from, span.to,
+      [&](Position at, const text::Stretch& stretch) {
+        for (Position i = 0; i < stretch.length; ++i) {
+          const char16_t unit = stretch[i];
+          if (unit == text::kCellMark && model.endsParagraph(at + i)) {
+            if (model.isRowMark(at + i)) {
+              if (copied.endsWith(u'\t')) copied.chop(1);
+              copied += u'\n';
+            } else {
+              copied += u'\t';
+            }
+          } else if (unit == text::kParagraphMark || (unit < u' ' && glyphOf(unit) == 0x2028)) {
+            copied += u'\n';
+          } else {
+            copied += QChar(glyphOf(unit));
+          }
+        }
+        return true;
+      });
+  return copied;
+}
+
+}  // namespace pluvo::view

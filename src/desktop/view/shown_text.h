@@ -1,0 +1,44 @@
+#pragma once
+
+#include "model/model.h"
+#include "text/visible.h"
+
+#include <QString>
+
+#include <vector>
+
+namespace pluvo::view {
+
+using text::Position;
+using text::Span;
+
+/// What a view shows of a stretch of text within one paragraph, and which character stands where. One unit
+/// shown is one unit of the document.
+class ShownText {
+ public:
+  /// The span may end with the paragraph's mark, which is not shown.
+  ShownText(const model::Model& model, Span span, text::View view);
+
+  const QString& text() const { return text_; }
+  /// The document's position of a place in the text shown; behind the last unit, that of the mark, or the end.
+  Position position(int shown) const;
+  /// The place of a position; of one that is not shown, that of the next one that is.
+  int shown(Position position) const;
+
+  struct Part {
+    int shown = 0;
+    Position position = 0;
+    int length = 0;
+  };
+  const std::vector<Part>& parts() const { return parts_; }
+
+ private:
+  QString text_;
+  std::vector<Part> parts_;
+  Position end_ = 0;
+};
+
+/// The visible text of a span as other programs take it: paragraphs end in line feeds, cells in tabs.
+QString copiedText(const model::Model& model, Span span, text::View view);
+
+}  // namespace pluvo::view
