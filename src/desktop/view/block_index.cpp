@@ -37,10 +37,10 @@ void BlockIndex::settle() {
   const Position oldTo = std::max(dirty.to - dirty.growth, dirty.from + 1);
   const auto startsBefore = [](const Block& block, Position position) { return block.from < position; };
   const std::size_t first = at(std::min(dirty.from, length_));
-  auto last = static_cast<std::size_t>(
-      std::lower_bound(blocks_.begin() + static_cast<std::ptrdiff_t>(first) + 1, blocks_.end(), oldTo,
-                       startsBefore) -
-      blocks_.begin());
+  auto last =
+      static_cast<std::size_t>(std::lower_bound(blocks_.begin() + static_cast<std::ptrdiff_t>(first) + 1,
+                                                blocks_.end(), oldTo, startsBefore) -
+                               blocks_.begin());
   length_ = model_.length();
   Position end = last < blocks_.size() ? blocks_[last].from + dirty.growth : length_;
   while (end < length_ && (end == 0 || !endsBlock(end - 1))) {
@@ -149,8 +149,9 @@ void BlockIndex::setHeight(std::size_t i, int height) {
 
 std::size_t BlockIndex::atHeight(std::int64_t y) {
   top(0);
-  const auto behind = std::upper_bound(blocks_.begin(), blocks_.end(), y,
-                                       [](std::int64_t wanted, const Block& block) { return wanted < block.top; });
+  const auto behind =
+      std::upper_bound(blocks_.begin(), blocks_.end(), y,
+                       [](std::int64_t wanted, const Block& block) { return wanted < block.top; });
   return static_cast<std::size_t>(std::max<std::ptrdiff_t>(behind - blocks_.begin() - 1, 0));
 }
 

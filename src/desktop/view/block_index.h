@@ -59,7 +59,7 @@ class BlockIndex {
   };
   struct Dirty {
     Position from = 0;
-    Position to = 0;     ///< in the text as it is
+    Position to = 0;      ///< in the text as it is
     Position growth = 0;  ///< of the text since the last settling
   };
 

@@ -4,7 +4,6 @@
 #include <QTextBoundaryFinder>
 #include <QTextLine>
 #include <QTextOption>
-
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -26,7 +25,8 @@ QTextOption optionOf(const formats::Appearance& look, const QFont& font) {
   option.setTabStopDistance(QFontMetricsF(font).averageCharWidth() * 8);
   using Alignment = formats::Appearance::Alignment;
   if (look.alignment == Alignment::centre) option.setAlignment(Qt::AlignHCenter);
-  if (look.alignment == Alignment::end) option.setAlignment(look.rightToLeft ? Qt::AlignLeft : Qt::AlignRight);
+  if (look.alignment == Alignment::end)
+    option.setAlignment(look.rightToLeft ? Qt::AlignLeft : Qt::AlignRight);
   return option;
 }
 
@@ -159,8 +159,9 @@ void BlockLayout::paint(QPainter& painter, QPointF at, const QRectF& clip, Span 
     const Position mark = fragment.span.to - 1;
     if (touches && selection.to > mark && selection.from <= mark && model_.endsParagraph(mark)) {
       const QRectF caretRect = caret(mark).translated(at);
-      painter.fillRect(QRectF(caretRect.left(), caretRect.top(), caretRect.height() * 0.3, caretRect.height()),
-                       palette.brush(QPalette::Active, QPalette::Highlight));
+      painter.fillRect(
+          QRectF(caretRect.left(), caretRect.top(), caretRect.height() * 0.3, caretRect.height()),
+          palette.brush(QPalette::Active, QPalette::Highlight));
     }
   }
 }
@@ -255,10 +256,12 @@ Position BlockLayout::behind(Position position, QTextLayout::CursorMode mode) co
 Position BlockLayout::beside(Position position, bool left) const {
   const Fragment& fragment = fragmentOf(position);
   const int place = fragment.shown.shown(position);
-  const int next = left ? fragment.layout->leftCursorPosition(place) : fragment.layout->rightCursorPosition(place);
+  const int next =
+      left ? fragment.layout->leftCursorPosition(place) : fragment.layout->rightCursorPosition(place);
   if (next != place) return fragment.shown.position(next);
   const bool backward = left == (fragment.layout->textOption().textDirection() != Qt::RightToLeft);
-  return backward ? before(position, QTextLayout::SkipCharacters) : behind(position, QTextLayout::SkipCharacters);
+  return backward ? before(position, QTextLayout::SkipCharacters)
+                  : behind(position, QTextLayout::SkipCharacters);
 }
 
 Position BlockLayout::lineStart(Position position) const {

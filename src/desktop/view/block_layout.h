@@ -8,7 +8,6 @@
 #include <QPalette>
 #include <QRectF>
 #include <QTextLayout>
-
 #include <cstddef>
 #include <memory>
 #include <vector>
@@ -23,7 +22,8 @@ class BlockLayout {
               qreal width);
 
   int height() const { return height_; }
-  void paint(QPainter& painter, QPointF at, const QRectF& clip, Span selection, const QPalette& palette) const;
+  void paint(QPainter& painter, QPointF at, const QRectF& clip, Span selection,
+             const QPalette& palette) const;
 
   /// Whether there is any text or mark that can be pointed at; hidden paragraphs have none.
   bool empty() const { return fragments_.empty(); }

@@ -9,7 +9,6 @@
 #include <QPaintEvent>
 #include <QPainter>
 #include <QScrollBar>
-
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -114,7 +113,6 @@ void DocumentView::selectionChanged(text::Span selection) {
   preferredX_ = -1;
   if (!selection.empty()) reveal(selection);
   viewport()->update();
-  emit selectionMoved();
 }
 
 void DocumentView::viewChanged() { rebuild(); }
@@ -215,7 +213,8 @@ void DocumentView::reveal(text::Span span) {
   const QRectF line = caretRect(span.from);
   const std::int64_t top = index_->top(block) + static_cast<std::int64_t>(line.top()) + kTopMargin;
   const std::int64_t seenFrom = anchorTop();
-  const bool seen = top >= seenFrom + 8 && top + static_cast<std::int64_t>(line.height()) + 8 <= seenFrom + page / 2;
+  const bool seen =
+      top >= seenFrom + 8 && top + static_cast<std::int64_t>(line.height()) + 8 <= seenFrom + page / 2;
   if (seen) return;
   // Exact heights above it, so that it comes to stand where it is meant to.
   int above = page / 4;
@@ -292,7 +291,7 @@ void DocumentView::setZoom(double zoom) {
   }
   showTop();
   viewport()->update();
-  emit zoomChanged(zoom_);
+  zoomed();
 }
 
 void DocumentView::zoomBy(int steps) {

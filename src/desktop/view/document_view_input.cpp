@@ -11,7 +11,6 @@
 #include <QMouseEvent>
 #include <QScrollBar>
 #include <QWheelEvent>
-
 #include <algorithm>
 
 /// What the user does in a document view: moving the insertion point and selecting, by key and by mouse.
@@ -114,7 +113,6 @@ void DocumentView::select(Position anchor, Position caret) {
   selectingByUser_ = false;
   caretOn_ = true;
   viewport()->update();
-  emit selectionMoved();
 }
 
 void DocumentView::moveCaret(Position position, bool keepsAnchor) {
@@ -156,13 +154,14 @@ void DocumentView::keyPressEvent(QKeyEvent* event) {
 }
 
 bool DocumentView::moveByKey(QKeyEvent& event) {
-  if (event == QKeySequence::Copy) return copy(), true;
-  if (event == QKeySequence::SelectAll) return selectAll(), true;
+  if (event.matches(QKeySequence::Copy)) return copy(), true;
+  if (event.matches(QKeySequence::SelectAll)) return selectAll(), true;
   const bool shift = event.modifiers().testFlag(Qt::ShiftModifier);
   const bool control = event.modifiers().testFlag(Qt::ControlModifier);
   if (event.modifiers().testFlag(Qt::AltModifier)) return false;
   const int key = event.key();
-  const bool upDown = key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_PageUp || key == Qt::Key_PageDown;
+  const bool upDown =
+      key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_PageUp || key == Qt::Key_PageDown;
   if (!upDown) preferredX_ = -1;
   const qreal page = std::max(viewport()->height() - 3.0 * caretRect(caret_).height(), 1.0);
   const text::Span selection = document_->selection();
@@ -212,8 +211,8 @@ void DocumentView::mousePressEvent(QMouseEvent* event) {
   if (tripleClick_.isActive()) {
     tripleClick_.stop();
     const Place place = placeOf(position);
-    const text::Span paragraph = place.layout.empty() ? text::Span{position, position}
-                                                      : place.layout.paragraphAt(position);
+    const text::Span paragraph =
+        place.layout.empty() ? text::Span{position, position} : place.layout.paragraphAt(position);
     return select(paragraph.from, paragraph.to);
   }
   const bool extends = event->modifiers().testFlag(Qt::ShiftModifier);

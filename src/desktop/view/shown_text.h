@@ -4,7 +4,6 @@
 #include "text/visible.h"
 
 #include <QString>
-
 #include <vector>
 
 namespace pluvo::view {
@@ -20,7 +19,8 @@ class ShownText {
   ShownText(const model::Model& model, Span span, text::View view);
 
   const QString& text() const { return text_; }
-  /// The document's position of a place in the text shown; behind the last unit, that of the mark, or the end.
+  /// The document's position of a place in the text shown; behind the last unit, that of the mark, or the
+  /// end.
   Position position(int shown) const;
   /// The place of a position; of one that is not shown, that of the next one that is.
   int shown(Position position) const;

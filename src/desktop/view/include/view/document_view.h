@@ -7,7 +7,7 @@
 #include <QAbstractScrollArea>
 #include <QBasicTimer>
 #include <QPoint>
-
+#include <functional>
 #include <map>
 #include <memory>
 
@@ -23,12 +23,11 @@ struct Looks;
 ///
 /// The selection is the document's own. Whoever observes the document passes on what happens to it.
 class DocumentView : public QAbstractScrollArea {
-  Q_OBJECT
  public:
-  /// The map of looks is by original position; empty where the format tells of none. The document is open, and
-  /// stays so until detach().
-  DocumentView(std::shared_ptr<memory::MemoryDocument> document,
-               text::RunMap<formats::Appearance> appearance, QWidget* parent = nullptr);
+  /// The map of looks is by original position; empty where the format tells of none. The document is open,
+  /// and stays so until detach().
+  DocumentView(std::shared_ptr<memory::MemoryDocument> document, text::RunMap<formats::Appearance> appearance,
+               QWidget* parent = nullptr);
   ~DocumentView() override;
 
   /// The document closes: nothing of it is looked at any more.
@@ -54,9 +53,8 @@ class DocumentView : public QAbstractScrollArea {
   /// Where the selection is, in the viewport; empty when it is out of sight.
   QRect selectionRect();
 
- signals:
-  void zoomChanged(double zoom);
-  void selectionMoved();
+  /// Called when the zoom changed.
+  std::function<void()> zoomed = [] {};
 
  protected:
   void paintEvent(QPaintEvent* event) override;

@@ -1,0 +1,38 @@
+#include "choosers.h"
+
+#include <QCoreApplication>
+#include <QFileDialog>
+#include <QFileInfo>
+
+namespace pluvo::desktop {
+
+namespace {
+
+QString text(const char* source) { return QCoreApplication::translate("Choosers", source); }
+
+QStringList chooseToOpen(QWidget* owner, const QString& folder) {
+  return QFileDialog::getOpenFileNames(owner, text("Open"), folder,
+                                       text("Documents (*.docx *.docm *.dotx *.dotm *.txt *.doc *.dot *.rtf "
+                                            "*.htm *.html);;All files (*)"));
+}
+
+/// A document stays of its kind: its extension is added where the name has another.
+std::optional<QString> chooseToSave(QWidget* owner, const QString& path) {
+  const QString suffix = QFileInfo(path).suffix();
+  QFileDialog dialog(owner, text("Save As"), path);
+  dialog.setAcceptMode(QFileDialog::AcceptSave);
+  dialog.setFileMode(QFileDialog::AnyFile);
+  if (!suffix.isEmpty()) {
+    dialog.setNameFilters({text("Same kind (*.%1)").arg(suffix), text("All files (*)")});
+    dialog.setDefaultSuffix(suffix);
+  }
+  dialog.selectFile(path);
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
+  return dialog.selectedFiles().constFirst();
+}
+
+}  // namespace
+
+Choosers fileDialogs() { return {chooseToOpen, chooseToSave}; }
+
+}  // namespace pluvo::desktop

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QStringList>
+#include <QWidget>
+#include <functional>
+#include <optional>
+
+namespace pluvo::desktop {
+
+/// How the user names files; replaced in tests.
+struct Choosers {
+  std::function<QStringList(QWidget* owner, const QString& folder)> open;
+  /// A name for a document that is now at this path; the user agreed to replace what has that name.
+  std::function<std::optional<QString>(QWidget* owner, const QString& path)> saveAs;
+};
+
+Choosers fileDialogs();
+
+}  // namespace pluvo::desktop

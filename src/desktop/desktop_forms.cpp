@@ -1,0 +1,54 @@
+#include "desktop_forms.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <utility>
+
+namespace pluvo::desktop {
+
+namespace {
+
+constexpr std::u16string_view kDialog = u"frmFAR";
+constexpr std::u16string_view kConfirmation = u"frmProcessing";
+
+}  // namespace
+
+void DesktopForms::runModal(forms::Form& form) {
+  if (ended_) return;
+  if (form.Name() == kDialog) dialog_ = &form;
+  shown_.runModal(form);
+  if (dialog_ == &form) dialog_ = nullptr;
+}
+
+void DesktopForms::visibleChanged(forms::Form& form) {
+  if (form.Name() != kConfirmation || ended_) return shown_.visibleChanged(form);
+  if (!form.Visible()) {
+    // The next block may be found before anybody sees the window go.
+    QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+    return;
+  }
+  const bool first = confirmation_ == nullptr;
+  confirmation_ = &form;
+  blockAwaits();
+  shown_.visibleChanged(form);
+  if (first) confirmingChanged();
+}
+
+void DesktopForms::customEvent(QEvent*) {
+  if (confirmation_ == nullptr || confirmation_->Visible()) return;
+  shown_.visibleChanged(*std::exchange(confirmation_, nullptr));
+  confirmingChanged();
+}
+
+void DesktopForms::endConfirmation() {
+  if (confirmation_ != nullptr) confirmation_->close();
+}
+
+void DesktopForms::end() {
+  endConfirmation();
+  ended_ = true;
+  if (confirmation_ != nullptr) shown_.visibleChanged(*std::exchange(confirmation_, nullptr));
+  if (dialog_ != nullptr) dialog_->Hide();
+}
+
+}  // namespace pluvo::desktop

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "forms_qt/forms.h"
+
+#include <QObject>
+#include <functional>
+
+namespace pluvo::desktop {
+
+/// Forms as Qt shows them, but that the confirmation stays where it is from block to block instead of going
+/// and coming back, and that nothing new is shown once the program ends.
+class DesktopForms final : public QObject, public forms::FormHost {
+ public:
+  explicit DesktopForms(forms_qt::QtForms& shown) : shown_(shown) {}
+
+  void runModal(forms::Form& form) override;
+  void visibleChanged(forms::Form& form) override;
+  void repaint(forms::Form& form) override { shown_.repaint(form); }
+
+  bool confirming() const { return confirmation_ != nullptr; }
+  void endConfirmation();
+  /// Hides the dialog, so that whoever runs it returns.
+  void end();
+
+  std::function<void()> blockAwaits = [] {};
+  std::function<void()> confirmingChanged = [] {};
+
+ protected:
+  void customEvent(QEvent* event) override;
+
+ private:
+  forms_qt::QtForms& shown_;
+  forms::Form* dialog_ = nullptr;
+  /// From the first block that awaits a decision until no more does.
+  forms::Form* confirmation_ = nullptr;
+  bool ended_ = false;
+};
+
+}  // namespace pluvo::desktop

@@ -1,0 +1,117 @@
+#include "dialog.h"
+
+#include "breathing_folders.h"
+#include "errors/context.h"
+
+#include <QFileDialog>
+#include <QGuiApplication>
+#include <QMessageBox>
+#include <QScreen>
+#include <algorithm>
+#include <utility>
+
+namespace pluvo::desktop {
+
+namespace {
+
+constexpr std::u16string_view kDialog = u"frmFAR";
+constexpr std::u16string_view kConfirmation = u"frmProcessing";
+
+}  // namespace
+
+Dialog::Dialog(std::shared_ptr<memory::MemoryApplication> application, Working& working, PassWatch& watch,
+               const Places& places, DialogPlace place)
+    : working_(working),
+      place_(std::move(place)),
+      boxes_({.owner = [this] { return &place_.window; }, .placing = {}}),
+      inputs_({.owner = [this] { return &place_.window; }, .placing = {}}),
+      qtForms_(boxes_),
+      forms_(qtForms_),
+      opener_(host::Surroundings{
+          .application = [application] { return application; },
+          .forms = forms_,
+          .boxes = boxes_,
+          .inputs = inputs_,
+          .clock = *clock_,
+          .yielding = yielding_,
+          .launcher = launcher_,
+          .random = *random_,
+          .componentFolder = places.component,
+          .folders = [&working] { return std::make_unique<BreathingFolders>(working); },
+          .engineMade =
+              [this, &watch](engine::clsProcessFind& engine) {
+                engine.LiftLimitsSetting(true);
+                engine.observer(&watch);
+                watch.engine(&engine);
+                engine_ = &engine;
+              },
+      }) {
+  application->defaultFilePath(word::wdDocumentsPath, places.documents);
+  application->defaultFilePath(word::wdUserTemplatesPath, places.templates);
+  qtForms_.owner(&place_.window);
+  qtForms_.standsIn(std::u16string(kDialog), place_.container);
+  qtForms_.leavesOthersUsable(std::u16string(kConfirmation));
+  qtForms_.helpIs(u"lblInstructions");
+  qtForms_.admits = [this](const forms::Form& form, const forms::Control* control) {
+    return admits(form, control);
+  };
+  qtForms_.placing = [this](const forms::Form& form, QWidget& window) { placeWindow(form, window); };
+  // The dialog stands beside the document and is in nobody's way.
+  qtForms_.windowStateChanged = [](const forms::Form&) {};
+  forms_.blockAwaits = [this] { place_.blockAwaits(); };
+  forms_.confirmingChanged = [this] { place_.confirmingChanged(); };
+  working_.cancelled = [this] {
+    if (engine_ != nullptr) engine_->CancelOperation(true);
+  };
+}
+
+Dialog::~Dialog() {
+  close();
+  working_.cancelled = [] {};
+}
+
+void Dialog::open() {
+  std::u16string trouble;
+  try {
+    return opener_.OpenPLUVO();
+  } catch (...) {
+    trouble = errors::faultInFlight().description;
+  }
+  boxes_.show(u"The dialog could not be started: " + trouble, forms::Buttons::ok, std::nullopt);
+}
+
+void Dialog::close() { forms_.end(); }
+
+bool Dialog::admits(const forms::Form& form, const forms::Control* control) {
+  const bool closes = control == nullptr;
+  if (working_.breathing() || yielding_.yields()) {
+    if (closes && form.Name() == kConfirmation) working_.cancel();
+    return false;
+  }
+  if (form.Name() != kDialog) return true;
+  if (closes) place_.left();
+  return !closes && !confirming();
+}
+
+/// The confirmation stands near its block and not over it; other windows stand where they would.
+void Dialog::placeWindow(const forms::Form& form, QWidget& window) const {
+  constexpr int kGap = 14;
+  const QRect around = place_.window.geometry();
+  const QSize size = window.frameGeometry().size().expandedTo(window.sizeHint());
+  if (form.Name() != kConfirmation) {
+    if (!window.isVisible()) window.move(around.center() - QPoint(size.width() / 2, size.height() / 2));
+    return;
+  }
+  const QRect block = place_.blockRect();
+  const bool stands = window.isVisible() && !window.frameGeometry().intersects(block);
+  if (stands || block.isEmpty()) return;
+  const QRect screen = place_.window.screen()->availableGeometry();
+  const int x = std::clamp(block.center().x() - size.width() / 2, around.left() + kGap,
+                           std::max(around.right() - size.width() - kGap, around.left() + kGap));
+  int y = block.bottom() + 3 * kGap;
+  if (y + size.height() > std::min(around.bottom(), screen.bottom()))
+    y = block.top() - size.height() - 4 * kGap;
+  window.move(x, std::max(y, screen.top()));
+}
+
+}  // namespace pluvo::desktop

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "desktop_forms.h"
+#include "forms_qt/boxes.h"
+#include "forms_qt/forms.h"
+#include "forms_qt/machine.h"
+#include "host/clsOpenPLUVO.h"
+#include "memory/application.h"
+#include "pass_watch.h"
+#include "places.h"
+#include "working.h"
+
+#include <QRect>
+#include <QWidget>
+#include <functional>
+#include <memory>
+
+namespace pluvo::desktop {
+
+/// What the dialog stands in.
+struct DialogPlace {
+  QWidget& window;
+  QWidget& container;
+  /// Before a block awaits the user's decision: it is to be seen.
+  std::function<void()> blockAwaits = [] {};
+  /// Whether a block awaits a decision has changed.
+  std::function<void()> confirmingChanged = [] {};
+  /// Where on the screen the block is; empty when it is out of sight.
+  std::function<QRect()> blockRect = [] { return QRect(); };
+  /// The user has had enough of the dialog for now: Escape.
+  std::function<void()> left = [] {};
+};
+
+/// The product's dialog beside the documents, and all it works with.
+class Dialog {
+ public:
+  Dialog(std::shared_ptr<memory::MemoryApplication> application, Working& working, PassWatch& watch,
+         const Places& places, DialogPlace place);
+  ~Dialog();
+
+  /// Shows the dialog, and returns when the window closes.
+  void open();
+  /// The program ends: open() returns, and no box is shown any more.
+  void close();
+
+  /// Whether a block awaits the user's decision.
+  bool confirming() const { return forms_.confirming(); }
+  /// Ends a confirmation under way, as closing its window does.
+  void endConfirmation() { forms_.endConfirmation(); }
+
+ private:
+  bool admits(const forms::Form& form, const forms::Control* control);
+  void placeWindow(const forms::Form& form, QWidget& window) const;
+
+  Working& working_;
+  DialogPlace place_;
+  forms_qt::QtMessageBoxes boxes_;
+  forms_qt::QtInputBoxes inputs_;
+  forms_qt::QtForms qtForms_;
+  DesktopForms forms_;
+  forms_qt::QtYielding yielding_;
+  forms_qt::QtLauncher launcher_;
+  std::unique_ptr<forms::Clock> clock_ = forms::machineClock();
+  std::unique_ptr<host::RandomSource> random_ = host::machineRandomSource();
+  engine::clsProcessFind* engine_ = nullptr;
+  host::clsOpenPLUVO opener_;
+};
+
+}  // namespace pluvo::desktop

@@ -1,0 +1,336 @@
+#include "main_window.h"
+
+#include "main_window_actions.h"
+#include "recent.h"
+#include "theme.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDockWidget>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QScrollArea>
+#include <QSettings>
+#include <QStatusBar>
+#include <QToolButton>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <utility>
+
+namespace pluvo::desktop {
+
+MainWindow::MainWindow(const Places& places, Choosers choosers)
+    : choosers_(std::move(choosers)), component_(places.component), actions_(std::make_unique<Actions>()) {
+  const auto chooseFreeName = [this](const std::string& path) { return freeName(path); };
+  application_ = std::make_shared<memory::MemoryApplication>(std::make_shared<store::StoreOpener>(
+      store::Store(), chooseFreeName, [this](const std::function<void()>& work) { working_.run(work); }));
+  application_->observer(this);
+  setWindowTitle(QGuiApplication::applicationDisplayName());
+  setAcceptDrops(true);
+  buildDocuments();
+  buildPanel();
+  buildStatus();
+  buildMenus();
+  titles_.setSingleShot(true);
+  titles_.setInterval(60);
+  connect(&titles_, &QTimer::timeout, this, &MainWindow::updateTitles);
+  working_.changed = [this](bool underWay) { workChanged(underWay); };
+  watch_.begun = [this] {
+    if (OpenDocument* document = find(*application_->active())) document->passBegins();
+  };
+  watch_.takeBack = [this] {
+    OpenDocument* document = find(*application_->active());
+    if (document != nullptr && document->canUndo()) document->undo();
+  };
+  dialog_ = std::make_unique<Dialog>(application_, working_, watch_, places,
+                                     DialogPlace{.window = *this,
+                                                 .container = *panel_,
+                                                 .blockAwaits = [this] { blockAwaits(); },
+                                                 .confirmingChanged = [this] { confirmingChanged(); },
+                                                 .blockRect = [this] { return blockRect(); },
+                                                 .left =
+                                                     [this] {
+                                                       if (current() != nullptr)
+                                                         current()->view()->setFocus();
+                                                     }});
+  restorePlace();
+  updateActions();
+}
+
+MainWindow::~MainWindow() {
+  dialog_.reset();
+  application_->observer(nullptr);
+  documents_.clear();
+}
+
+void MainWindow::openDialog() { dialog_->open(); }
+
+void MainWindow::buildDocuments() {
+  tabs_ = new QTabWidget;
+  tabs_->setDocumentMode(true);
+  tabs_->setTabsClosable(true);
+  tabs_->setMovable(true);
+  tabs_->setAccessibleName(tr("Documents"));
+  connect(tabs_, &QTabWidget::currentChanged, this, &MainWindow::tabChosen);
+  connect(tabs_, &QTabWidget::tabCloseRequested, this, [this](int index) {
+    if (OpenDocument* document = inTab(index); document != nullptr && !refusedNow()) close(*document);
+  });
+
+  auto* welcome = new QWidget;
+  auto* layout = new QVBoxLayout(welcome);
+  auto* text = new QLabel(tr("Open a document, or drop one here."));
+  text->setAlignment(Qt::AlignCenter);
+  text->setWordWrap(true);
+  auto* button = new QPushButton(tr("&Open a Document …"));
+  connect(button, &QPushButton::clicked, this, &MainWindow::chooseAndOpen);
+  layout->addStretch(2);
+  layout->addWidget(text);
+  layout->addWidget(button, 0, Qt::AlignHCenter);
+  layout->addStretch(3);
+
+  documentsOrWelcome_ = new QStackedWidget;
+  documentsOrWelcome_->addWidget(welcome);
+  documentsOrWelcome_->addWidget(tabs_);
+  setCentralWidget(documentsOrWelcome_);
+}
+
+void MainWindow::buildPanel() {
+  dock_ = new QDockWidget(tr("Find && Operate"), this);
+  dock_->setObjectName(QStringLiteral("panel"));
+  dock_->setAllowedAreas(Qt::LeftDockWidgetArea | Qt::RightDockWidgetArea | Qt::BottomDockWidgetArea);
+  panel_ = new QWidget;
+  // On a small screen the dialog scrolls rather than losing its lower end.
+  auto* scrolled = new QScrollArea;
+  scrolled->setFrameShape(QFrame::NoFrame);
+  scrolled->setWidgetResizable(true);
+  scrolled->setWidget(panel_);
+  dock_->setWidget(scrolled);
+  addDockWidget(Qt::RightDockWidgetArea, dock_);
+}
+
+void MainWindow::buildStatus() {
+  cancel_ = new QPushButton(tr("Cancel"));
+  cancel_->setToolTip(tr("Ends what is under way (Esc)"));
+  cancel_->setFocusPolicy(Qt::NoFocus);
+  cancel_->hide();
+  connect(cancel_, &QPushButton::clicked, this, &MainWindow::cancelWork);
+  zoom_ = new QLabel(QStringLiteral("100 %"));
+  zoom_->setAccessibleName(tr("Zoom"));
+  statusBar()->addPermanentWidget(cancel_);
+  statusBar()->addPermanentWidget(zoom_);
+}
+
+void MainWindow::restorePlace() {
+  const QSettings settings;
+  const bool restored = restoreGeometry(settings.value(QStringLiteral("window/geometry")).toByteArray());
+  restoreState(settings.value(QStringLiteral("window/state")).toByteArray());
+  if (!restored) {
+    resize(1240, 780);
+    resizeDocks({dock_}, {540}, Qt::Horizontal);
+  }
+}
+
+// The window's own events.
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  event->ignore();
+  if (working_.underWay() && working_.breathing()) {
+    closeWanted_ = true;
+    cancelWork();
+    return;
+  }
+  closeWanted_ = false;
+  dialog_->endConfirmation();
+  while (!documents_.empty()) {
+    OpenDocument& document = *documents_.back();
+    if (!close(document)) return;
+  }
+  QSettings settings;
+  settings.setValue(QStringLiteral("window/geometry"), saveGeometry());
+  settings.setValue(QStringLiteral("window/state"), saveState());
+  dialog_->close();
+  event->accept();
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+  if (event->mimeData()->hasUrls() && !atWork()) event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent* event) {
+  std::vector<std::string> paths;
+  for (const QUrl& url : event->mimeData()->urls()) {
+    if (url.isLocalFile()) paths.push_back(QFile::encodeName(url.toLocalFile()).toStdString());
+  }
+  event->acceptProposedAction();
+  // Behind the drop, so that a question about a document does not hold up the other program.
+  QTimer::singleShot(0, this, [this, paths] { open(paths); });
+}
+
+// What is shown.
+
+OpenDocument* MainWindow::find(const memory::MemoryDocument& document) const {
+  const auto found = std::find_if(documents_.begin(), documents_.end(),
+                                  [&](const auto& open) { return open->document().get() == &document; });
+  return found == documents_.end() ? nullptr : found->get();
+}
+
+OpenDocument* MainWindow::inTab(int index) const {
+  const QWidget* const widget = tabs_->widget(index);
+  const auto found = std::find_if(documents_.begin(), documents_.end(), [&](const auto& open) {
+    return widget != nullptr && open->view() == widget;
+  });
+  return found == documents_.end() ? nullptr : found->get();
+}
+
+OpenDocument* MainWindow::current() const { return inTab(tabs_->currentIndex()); }
+
+void MainWindow::opened(const memory::OpenedFile& file) {
+  documents_.push_back(std::make_unique<OpenDocument>(file));
+  documents_.back()->edited = [this] {
+    if (!titles_.isActive()) titles_.start();
+  };
+  wanted_ = file.document;
+}
+
+void MainWindow::activated(const std::shared_ptr<memory::MemoryDocument>& document) {
+  if (!syncing_) wanted_ = document;
+}
+
+void MainWindow::closing(const std::shared_ptr<memory::MemoryDocument>& document) {
+  OpenDocument* const closed = find(*document);
+  if (closed == nullptr) return;
+  if (!closingByUser_ && closed->isUsers()) reopened_.push_back(document->path());
+  const QPointer<view::DocumentView> view = closed->view();
+  std::erase_if(documents_, [&](const auto& open) { return open.get() == closed; });
+  if (!view) return;
+  tabs_->removeTab(tabs_->indexOf(view));
+  view->deleteLater();
+}
+
+/// Gives every open document a tab, and brings together which is in front here and in the engine's eyes. Not
+/// while the engine works: it opens and closes documents that nobody needs to see.
+void MainWindow::syncTabs() {
+  if (std::exchange(syncing_, true)) return;
+  for (std::size_t i = 0; i < documents_.size(); ++i) {
+    if (documents_[i]->view() == nullptr) makeTab(*documents_[i]);
+  }
+  const auto wanted = std::exchange(wanted_, {}).lock();
+  const OpenDocument* const front = wanted ? find(*wanted) : nullptr;
+  if (front != nullptr && front->view() != nullptr) tabs_->setCurrentWidget(front->view());
+  if (current() != nullptr && !atWork()) application_->activate(current()->document());
+  documentsOrWelcome_->setCurrentIndex(tabs_->count() > 0 ? 1 : 0);
+  syncing_ = false;
+  updateTitles();
+}
+
+void MainWindow::makeTab(OpenDocument& document) {
+  text::RunMap<formats::Appearance> appearance;
+  const formats::Source& source = document.file().stored().source();
+  try {
+    working_.run([&] { appearance = source.appearance(); });
+  } catch (const std::exception&) {
+    appearance = {};  // the text is shown without
+  }
+  auto* const view = new view::DocumentView(document.document(), std::move(appearance));
+  view->zoomed = [this] { updateTitles(); };
+  view->setAcceptDrops(false);
+  document.shownBy(view);
+  tabs_->addTab(view, document.name());
+}
+
+void MainWindow::tabChosen() {
+  if (syncing_) return;
+  if (current() != nullptr && !atWork()) {
+    syncing_ = true;
+    application_->activate(current()->document());
+    syncing_ = false;
+  }
+  updateTitles();
+}
+
+void MainWindow::updateTitles() {
+  // A save in another thread is looking at the document.
+  if (working_.breathing()) return titles_.start();
+  for (int i = 0; i < tabs_->count(); ++i) {
+    const OpenDocument* const document = inTab(i);
+    if (document == nullptr) continue;
+    QString title = document->name();
+    title.replace(QLatin1Char('&'), QStringLiteral("&&"));
+    tabs_->setTabText(i, document->changed() ? title + QLatin1Char('*') : title);
+    tabs_->setTabToolTip(i, document->path());
+  }
+  OpenDocument* const shown = current();
+  const QString program = QGuiApplication::applicationDisplayName();
+  setWindowTitle(shown == nullptr ? program : shown->name() + QStringLiteral("[*] – ") + program);
+  setWindowModified(shown != nullptr && shown->changed());
+  const double zoom = shown == nullptr ? 1 : shown->view()->zoom();
+  zoom_->setText(tr("%1 %").arg(qRound(zoom * 100)));
+  updateActions();
+}
+
+// Work and confirmation.
+
+bool MainWindow::atWork() const { return working_.breathing() || (dialog_ && dialog_->confirming()); }
+
+bool MainWindow::refusedNow() {
+  if (!atWork()) return false;
+  statusBar()->showMessage(tr("A pass is under way. Finish or cancel it first."), 6000);
+  return true;
+}
+
+void MainWindow::cancelWork() {
+  working_.cancel();
+  statusBar()->showMessage(working_.cancels() == 1
+                               ? tr("Cancelling. A run over files finishes the document at "
+                                    "hand; Cancel again takes its changes back.")
+                               : tr("Cancelling …"));
+}
+
+void MainWindow::workChanged(bool underWay) {
+  cancel_->setVisible(underWay);
+  if (underWay) {
+    focusBefore_ = QApplication::focusWidget();
+    statusBar()->showMessage(tr("Working …"));
+  } else {
+    statusBar()->clearMessage();
+  }
+  panel_->setEnabled(!underWay && !dialog_->confirming());
+  updateActions();
+  if (underWay) return;
+  syncTabs();
+  if (focusBefore_ && focusBefore_->isEnabled() && focusBefore_->isVisible() &&
+      QApplication::focusWidget() == nullptr)
+    focusBefore_->setFocus();
+  for (const std::string& path : std::exchange(reopened_, {})) open(path);
+  if (closeWanted_) QTimer::singleShot(0, this, &QWidget::close);
+}
+
+void MainWindow::confirmingChanged() {
+  panel_->setEnabled(!dialog_->confirming());
+  if (!dialog_->confirming()) syncTabs();
+  updateActions();
+}
+
+/// A block awaits the user's decision: its document comes to the front, and the block into sight.
+void MainWindow::blockAwaits() {
+  wanted_ = application_->active();
+  syncTabs();
+  const OpenDocument* const document = find(*application_->active());
+  if (document == nullptr || document->view() == nullptr) return;
+  tabs_->setCurrentWidget(document->view());
+  document->view()->reveal(document->document()->selection());
+}
+
+QRect MainWindow::blockRect() const {
+  const OpenDocument* const document = current();
+  if (document == nullptr) return {};
+  const QRect rect = document->view()->selectionRect();
+  return rect.isEmpty() ? rect : rect.translated(document->view()->viewport()->mapToGlobal(QPoint(0, 0)));
+}
+
+void MainWindow::nextTab(int step) {
+  const int count = tabs_->count();
+  if (count > 0) tabs_->setCurrentIndex((tabs_->currentIndex() + step + count) % count);
+}
+
+}  // namespace pluvo::desktop

@@ -1,0 +1,129 @@
+#pragma once
+
+#include "choosers.h"
+#include "dialog.h"
+#include "memory/application.h"
+#include "open_document.h"
+#include "pass_watch.h"
+#include "places.h"
+#include "working.h"
+
+#include <QLabel>
+#include <QMainWindow>
+#include <QPushButton>
+#include <QStackedWidget>
+#include <QTabWidget>
+#include <QTimer>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace pluvo::desktop {
+
+/// The program's window: documents in tabs, and the dialog beside them.
+///
+/// While the engine works or a block awaits the user's decision, documents can be looked at, and nothing is
+/// opened, closed or taken back. Closing the window then ends the pass first.
+class MainWindow final : public QMainWindow, private memory::ApplicationObserver {
+ public:
+  MainWindow(const Places& places, Choosers choosers);
+  ~MainWindow() override;
+
+  /// Shows the dialog, and returns when the window has closed.
+  void openDialog();
+  /// Opens documents by their paths, bytes as the file system has them.
+  void open(const std::vector<std::string>& paths);
+
+  const std::shared_ptr<memory::MemoryApplication>& application() const { return application_; }
+  /// The one in front; null where none is open.
+  OpenDocument* current() const;
+  Working& working() { return working_; }
+  Dialog& dialog() { return *dialog_; }
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+
+ private:
+  struct Actions;
+
+  // memory::ApplicationObserver
+  void opened(const memory::OpenedFile& file) override;
+  void activated(const std::shared_ptr<memory::MemoryDocument>& document) override;
+  void closing(const std::shared_ptr<memory::MemoryDocument>& document) override;
+
+  // Set-up.
+  void buildDocuments();
+  void buildPanel();
+  void buildStatus();
+  void buildMenus();
+  QAction* action(QMenu& menu, const QString& text, const QKeySequence& keys, void (MainWindow::*done)());
+  void restorePlace();
+
+  // Documents.
+  void chooseAndOpen();
+  bool open(const std::string& path);
+  bool save(OpenDocument& document);
+  bool saveAs(OpenDocument& document);
+  bool tellNotSaved(OpenDocument& document, const errors::Fault& fault);
+  bool mayClose(OpenDocument& document);
+  bool close(OpenDocument& document);
+  void saveCurrent();
+  void saveCurrentAs();
+  void closeCurrent();
+  void undo();
+  void redo();
+  void openInstructions();
+  void about();
+
+  // What is shown.
+  OpenDocument* find(const memory::MemoryDocument& document) const;
+  OpenDocument* inTab(int index) const;
+  void syncTabs();
+  void makeTab(OpenDocument& document);
+  void tabChosen();
+  void updateTitles();
+  void updateActions();
+  void updateRecent();
+  void workChanged(bool underWay);
+  void confirmingChanged();
+  void blockAwaits();
+  void nextTab(int step);
+  QRect blockRect() const;
+  void cancelWork();
+  void buildViewMenu(QMenu& view);
+  std::optional<std::string> freeName(const std::string& path);
+  /// Whether a pass holds the documents: at work, or awaiting a decision. Tells the user.
+  bool refusedNow();
+  bool atWork() const;
+
+  Working working_;
+  PassWatch watch_{working_};
+  Choosers choosers_;
+  std::u16string component_;
+  std::shared_ptr<memory::MemoryApplication> application_;
+  std::vector<std::unique_ptr<OpenDocument>> documents_;
+  /// What the engine brought to the front and no tab shows yet.
+  std::weak_ptr<memory::MemoryDocument> wanted_;
+  /// Documents of the user's that a run over files closed.
+  std::vector<std::string> reopened_;
+  bool closingByUser_ = false;
+  bool syncing_ = false;
+  bool closeWanted_ = false;
+
+  QStackedWidget* documentsOrWelcome_ = nullptr;
+  QTabWidget* tabs_ = nullptr;
+  QDockWidget* dock_ = nullptr;
+  QWidget* panel_ = nullptr;
+  QLabel* zoom_ = nullptr;
+  QPushButton* cancel_ = nullptr;
+  QMenu* recent_ = nullptr;
+  QTimer titles_;
+  QPointer<QWidget> focusBefore_;
+  std::unique_ptr<Actions> actions_;
+  std::unique_ptr<Dialog> dialog_;
+};
+
+}  // namespace pluvo::desktop

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "main_window.h"
+
+#include <QAction>
+
+namespace pluvo::desktop {
+
+/// The actions that come and go with what is open and under way.
+struct MainWindow::Actions {
+  QAction* open = nullptr;
+  QAction* save = nullptr;
+  QAction* saveAs = nullptr;
+  QAction* close = nullptr;
+  QAction* undo = nullptr;
+  QAction* redo = nullptr;
+  QAction* copy = nullptr;
+  QAction* selectAll = nullptr;
+  QAction* cancel = nullptr;
+  QAction* fieldCodes = nullptr;
+  QAction* instructions = nullptr;
+};
+
+}  // namespace pluvo::desktop

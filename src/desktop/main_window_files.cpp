@@ -1,0 +1,208 @@
+#include "errors/context.h"
+#include "errors/text.h"
+#include "main_window.h"
+#include "recent.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QStatusBar>
+#include <filesystem>
+#include <utility>
+
+/// Opening, saving and closing documents, and taking passes back.
+namespace pluvo::desktop {
+
+namespace {
+
+QString qt(const std::u16string& text) { return QString::fromStdU16String(text); }
+
+std::string absolute(const std::string& path) {
+  std::error_code ignored;
+  const auto full = std::filesystem::absolute(path, ignored);
+  return ignored ? path : full.lexically_normal().string();
+}
+
+std::string bytesOf(const QString& path) { return QFile::encodeName(path).toStdString(); }
+
+/// A box whose answer decides what is done.
+class Question : public QMessageBox {
+ public:
+  Question(QWidget* owner, const QString& text, const QString& more)
+      : QMessageBox(QMessageBox::Warning, QGuiApplication::applicationDisplayName(), text, NoButton, owner) {
+    setInformativeText(more);
+    setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  }
+};
+
+}  // namespace
+
+void MainWindow::chooseAndOpen() {
+  if (refusedNow()) return;
+  const QString folder = current() != nullptr ? QFileInfo(current()->path()).path() : QString();
+  std::vector<std::string> paths;
+  for (const QString& path : choosers_.open(this, folder)) paths.push_back(bytesOf(path));
+  open(paths);
+}
+
+void MainWindow::open(const std::vector<std::string>& paths) {
+  if (paths.empty() || refusedNow()) return;
+  for (const std::string& path : paths) {
+    if (open(absolute(path))) rememberRecent(absolute(path));
+  }
+}
+
+bool MainWindow::open(const std::string& path) {
+  errors::Fault fault;
+  try {
+    const auto document = application_->open(path);
+    if (OpenDocument* opened = find(*document)) opened->isUsers(true);
+    wanted_ = document;
+    syncTabs();
+    if (current() != nullptr) current()->view()->setFocus();
+    return true;
+  } catch (...) {
+    fault = errors::faultInFlight();
+  }
+  Question box(this, tr("The document could not be opened."), qt(fault.description));
+  box.exec();
+  return false;
+}
+
+void MainWindow::saveCurrent() {
+  if (current() != nullptr && !working_.breathing()) save(*current());
+}
+
+void MainWindow::saveCurrentAs() {
+  if (current() != nullptr && !working_.breathing()) saveAs(*current());
+}
+
+void MainWindow::closeCurrent() {
+  if (current() != nullptr && !refusedNow()) close(*current());
+}
+
+bool MainWindow::save(OpenDocument& document) {
+  if (!document.changed()) return true;
+  if (document.file().readOnly()) {
+    Question box(this, tr("“%1” may not be written where it is.").arg(document.name()),
+                 tr("Save it under another name or in another folder."));
+    QAbstractButton* const elsewhere = box.addButton(tr("Save &As …"), QMessageBox::AcceptRole);
+    box.addButton(QMessageBox::Cancel);
+    box.exec();
+    return box.clickedButton() == elsewhere && saveAs(document);
+  }
+  errors::Fault fault;
+  try {
+    document.file().save();
+    updateTitles();
+    statusBar()->showMessage(tr("Saved: %1").arg(document.path()), 6000);
+    return true;
+  } catch (...) {
+    fault = errors::faultInFlight();
+  }
+  return tellNotSaved(document, fault);
+}
+
+bool MainWindow::saveAs(OpenDocument& document) {
+  const auto chosen = choosers_.saveAs(this, document.path());
+  if (!chosen) return false;
+  QString path = *chosen;
+  const QString suffix = QFileInfo(document.path()).suffix();
+  if (!suffix.isEmpty() && QFileInfo(path).suffix().compare(suffix, Qt::CaseInsensitive) != 0) {
+    path += QLatin1Char('.') + suffix;
+    if (QFileInfo::exists(path)) {
+      Question box(this,
+                   tr("A document of this kind keeps its extension, and “%1” exists already.").arg(path),
+                   tr("Replace it?"));
+      QAbstractButton* const replace = box.addButton(tr("&Replace"), QMessageBox::AcceptRole);
+      box.addButton(QMessageBox::Cancel);
+      box.exec();
+      if (box.clickedButton() != replace) return false;
+    }
+  }
+  for (const auto& other : documents_) {
+    if (other.get() == &document || other->path() != path) continue;
+    Question(this, tr("“%1” is open in another tab.").arg(path),
+             tr("Close it there, or choose another name."))
+        .exec();
+    return false;
+  }
+  errors::Fault fault;
+  try {
+    document.file().saveAs(absolute(bytesOf(path)));
+    rememberRecent(document.document()->path());
+    updateTitles();
+    statusBar()->showMessage(tr("Saved: %1").arg(document.path()), 6000);
+    return true;
+  } catch (...) {
+    fault = errors::faultInFlight();
+  }
+  return tellNotSaved(document, fault);
+}
+
+/// The text on screen is not lost: it can be saved elsewhere.
+bool MainWindow::tellNotSaved(OpenDocument& document, const errors::Fault& fault) {
+  Question box(this, tr("“%1” was not saved.").arg(document.name()), qt(fault.description));
+  QAbstractButton* const elsewhere = box.addButton(tr("Save &As …"), QMessageBox::AcceptRole);
+  box.addButton(QMessageBox::Cancel);
+  box.exec();
+  return box.clickedButton() == elsewhere && saveAs(document);
+}
+
+/// For a document of a run over files that may not be written; the name must be free.
+std::optional<std::string> MainWindow::freeName(const std::string& path) {
+  for (;;) {
+    const auto chosen = choosers_.saveAs(this, QString::fromStdString(path));
+    if (!chosen) return std::nullopt;
+    if (!QFileInfo::exists(*chosen)) return bytesOf(*chosen);
+    Question(this, tr("“%1” exists already.").arg(*chosen), tr("Choose a name that is free.")).exec();
+  }
+}
+
+bool MainWindow::mayClose(OpenDocument& document) {
+  if (!document.changed()) return true;
+  if (document.view() != nullptr) tabs_->setCurrentWidget(document.view());
+  Question box(this, tr("Save the changes to “%1”?").arg(document.name()),
+               tr("Without saving, they are lost."));
+  box.setStandardButtons(QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
+  box.setDefaultButton(QMessageBox::Save);
+  switch (box.exec()) {
+    case QMessageBox::Save:
+      return save(document);
+    case QMessageBox::Discard:
+      return true;
+    default:
+      return false;
+  }
+}
+
+bool MainWindow::close(OpenDocument& document) {
+  if (!mayClose(document)) return false;
+  const auto closed = document.document();
+  closingByUser_ = true;
+  application_->close(closed);
+  closingByUser_ = false;
+  syncTabs();
+  return true;
+}
+
+void MainWindow::undo() {
+  if (current() == nullptr || refusedNow() || !current()->canUndo()) return;
+  current()->undo();
+  updateTitles();
+  statusBar()->showMessage(tr("The last pass was taken back."), 6000);
+}
+
+void MainWindow::redo() {
+  if (current() == nullptr || refusedNow() || !current()->canRedo()) return;
+  current()->redo();
+  updateTitles();
+  statusBar()->showMessage(tr("The pass was made again."), 6000);
+}
+
+void MainWindow::openInstructions() {
+  if (refusedNow()) return;
+  open(errors::nameBytes(component_) + "/Instructions.doc");
+}
+
+}  // namespace pluvo::desktop

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "history.h"
+#include "memory/application.h"
+#include "store/opener.h"
+#include "view/document_view.h"
+
+#include <QPointer>
+#include <QString>
+#include <functional>
+#include <memory>
+
+namespace pluvo::desktop {
+
+/// One open document: its file, its view where it is shown, and what its passes can be taken back to.
+class OpenDocument final : public memory::DocumentObserver {
+ public:
+  explicit OpenDocument(const memory::OpenedFile& opened);
+  ~OpenDocument() override;
+
+  const std::shared_ptr<memory::MemoryDocument>& document() const { return document_; }
+  store::StoredFile& file() const { return *file_; }
+  QString name() const;
+  /// For people; a byte that is no character shows as one that stands for it.
+  QString path() const;
+  bool changed() const { return document_->model().changed(); }
+
+  /// Whether the user opened it, and not a run over files.
+  bool isUsers() const { return isUsers_; }
+  void isUsers(bool value) { isUsers_ = value; }
+
+  view::DocumentView* view() const { return view_; }
+  void shownBy(view::DocumentView* view) { view_ = view; }
+
+  void passBegins() { history_.passBegins(); }
+  bool canUndo() const { return history_.canUndo(); }
+  bool canRedo() const { return history_.canRedo(); }
+  void undo();
+  void redo();
+
+  /// Called where the document has changed.
+  std::function<void()> edited = [] {};
+
+  void aboutToChange() override { history_.keep(document_->model()); }
+  void replaced(text::Span span, text::Position newLength) override;
+  void highlighted(text::Span span) override;
+  void selected(text::Span span) override;
+  void viewChanged() override;
+
+ private:
+  std::shared_ptr<memory::MemoryDocument> document_;
+  std::shared_ptr<store::StoredFile> file_;
+  QPointer<view::DocumentView> view_;
+  History history_;
+  bool isUsers_ = false;
+};
+
+}  // namespace pluvo::desktop

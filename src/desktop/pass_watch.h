@@ -1,0 +1,37 @@
+#pragma once
+
+#include "engine/clsProcessFind.h"
+#include "engine/pass_observer.h"
+#include "working.h"
+
+#include <functional>
+
+namespace pluvo::desktop {
+
+/// Breathes while a pass is at work, and ends it where the user wants that: a pass over one document at once;
+/// in a run over files the document at hand is finished first, and at a second cancel taken back.
+class PassWatch final : public engine::PassObserver {
+ public:
+  explicit PassWatch(Working& working) : working_(working) {}
+
+  void engine(const engine::clsProcessFind* engine) { engine_ = engine; }
+  /// A pass begins over the active document.
+  std::function<void()> begun = [] {};
+  /// What was done to the active document so far is to be undone: the run over files is cancelled.
+  std::function<void()> takeBack = [] {};
+
+  void begins() override;
+  Answer searching() override { return breathe(); }
+  Answer found(const engine::Block&) override { return breathe(); }
+  Answer operated(const engine::Block&, const errors::Fault*) override { return breathe(); }
+  Answer skipped(const engine::Block&) override { return breathe(); }
+
+ private:
+  Answer breathe();
+
+  Working& working_;
+  const engine::clsProcessFind* engine_ = nullptr;
+  bool takenBack_ = false;
+};
+
+}  // namespace pluvo::desktop

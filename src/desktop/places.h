@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+
+namespace pluvo::desktop {
+
+/// Where things lie, as the desktop's conventions have it; paths without a separator at the end.
+struct Places {
+  std::u16string documents;  ///< the user's documents
+  /// What the word processor would call the folder of user templates: the user's data of all programs. The
+  /// dialog keeps its own in "PLUVO" in there.
+  std::u16string templates;
+  std::u16string component;  ///< the documents that belong to the program
+};
+
+/// Makes the dialog's folder where it is not there; one that cannot be made is told when it is first needed.
+Places machinePlaces();
+
+}  // namespace pluvo::desktop

@@ -1,0 +1,102 @@
+#include "working.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QEventLoop>
+#include <chrono>
+#include <future>
+#include <thread>
+#include <utility>
+
+namespace pluvo::desktop {
+
+namespace {
+
+constexpr auto kWaitedFor = std::chrono::milliseconds(25);
+/// One batch of events may bring others; they do not keep the work waiting for ever.
+constexpr int kLongestBreath = 15;
+
+/// Sets a flag while it lives.
+class During {
+ public:
+  explicit During(bool& flag) : flag_(flag), before_(std::exchange(flag, true)) {}
+  During(const During&) = delete;
+  During& operator=(const During&) = delete;
+  ~During() { flag_ = before_; }
+
+ private:
+  bool& flag_;
+  bool before_;
+};
+
+}  // namespace
+
+Working::Working(QObject* parent) : QObject(parent) {}
+
+void Working::begin() {
+  if (underWay_) return;
+  underWay_ = true;
+  cancels_ = 0;
+  sinceBreath_.start();
+  askForEnd();
+}
+
+void Working::show() {
+  if (std::exchange(shown_, true)) return;
+  changed(true);
+}
+
+void Working::breathe() {
+  begin();
+  if (breathing_ || sinceBreath_.elapsed() < kEvery) return;
+  show();
+  {
+    const During during(breathing_);
+    QCoreApplication::processEvents(QEventLoop::AllEvents, kLongestBreath);
+  }
+  sinceBreath_.restart();
+  askForEnd();
+}
+
+void Working::run(const std::function<void()>& work) {
+  if (breathing_) return work();
+  begin();
+  QEventLoop loop;
+  std::packaged_task<void()> task(work);
+  std::future<void> done = task.get_future();
+  std::thread thread([&] {
+    task();
+    QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
+  });
+  if (done.wait_for(kWaitedFor) != std::future_status::ready) {
+    show();
+    const During during(breathing_);
+    // The call that ends the loop is queued, and so comes even when the work was done before it began.
+    loop.exec();
+  }
+  thread.join();
+  sinceBreath_.restart();
+  askForEnd();
+  done.get();
+}
+
+void Working::cancel() {
+  if (!underWay_) return;
+  ++cancels_;
+  cancelled();
+}
+
+/// The event arrives when a loop runs that is not a breath: the work has returned, or waits for an answer.
+void Working::askForEnd() {
+  if (std::exchange(endAsked_, true)) return;
+  QCoreApplication::postEvent(this, new QEvent(QEvent::User), Qt::LowEventPriority);
+}
+
+void Working::customEvent(QEvent*) {
+  endAsked_ = false;
+  if (breathing_) return;
+  underWay_ = false;
+  if (std::exchange(shown_, false)) changed(false);
+}
+
+}  // namespace pluvo::desktop

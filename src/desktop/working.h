@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <functional>
+
+namespace pluvo::desktop {
+
+/// Keeps the windows alive while the one thread works. Whoever works calls breathe() often; what waits in a
+/// file is done in another thread. The work has ended when the event loop has control again.
+class Working : public QObject {
+ public:
+  explicit Working(QObject* parent = nullptr);
+
+  /// Deals with the events that wait, if none were for kEvery milliseconds. A breath within a breath does
+  /// nothing.
+  void breathe();
+  /// Does the work in another thread while this one deals with events, and returns when it is done; short
+  /// work is waited for. The caller gets what the work throws.
+  void run(const std::function<void()>& work);
+
+  /// Whether something is at work: from the first breath until the event loop has control again.
+  bool underWay() const { return underWay_; }
+  /// Whether it breathes at this moment: what happens now, happens in the midst of it.
+  bool breathing() const { return breathing_; }
+
+  /// How often the user has asked for an end of the work under way.
+  int cancels() const { return cancels_; }
+  void cancel();
+
+  /// Called before the first events that are dealt with during work (true), and when it has ended (false).
+  std::function<void(bool)> changed = [](bool) {};
+  std::function<void()> cancelled = [] {};
+
+  static constexpr int kEvery = 20;
+
+ protected:
+  void customEvent(QEvent* event) override;
+
+ private:
+  void begin();
+  void show();
+  void askForEnd();
+
+  QElapsedTimer sinceBreath_;
+  bool underWay_ = false;
+  bool shown_ = false;
+  bool breathing_ = false;
+  bool endAsked_ = false;
+  int cancels_ = 0;
+};
+
+}  // namespace pluvo::desktop
