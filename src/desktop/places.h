@@ -10,7 +10,7 @@ struct Places {
   /// What the word processor would call the folder of user templates: the user's data of all programs. The
   /// dialog keeps its own in "PLUVO" in there.
   std::u16string templates;
-  std::u16string component;  ///< the documents that belong to the program
+  std::u16string component;  ///< where the program lies, and its documents
 };
 
 /// Makes the dialog's folder where it is not there; one that cannot be made is told when it is first needed.
