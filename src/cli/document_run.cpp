@@ -4,11 +4,11 @@
 #include "errors/clsErrorLogging.h"
 #include "errors/context.h"
 #include "errors/text.h"
-#include "forms/form.h"
 #include "memory/application.h"
 #include "message_policy.h"
 #include "multifile/file_driver.h"
 #include "pass_watcher.h"
+#include "prompt_answers.h"
 #include "run_opener.h"
 
 #include <memory>
@@ -57,14 +57,6 @@ void handOver(const Request& request, bool confirm, engine::clsProcessFind& find
   find.LiftLimitsSetting(true);
 }
 
-/// In quiet mode a pass shows no form, and a password prompt that nobody sees is a cancelled one.
-class NoForms final : public forms::FormHost {
- public:
-  void runModal(forms::Form& /*form*/) override {}
-  void visibleChanged(forms::Form& /*form*/) override {}
-  void repaint(forms::Form& /*form*/) override {}
-};
-
 /// One document with an engine of its own: the multi-file driver over a list of one.
 class DocumentRun {
  public:
@@ -75,9 +67,10 @@ class DocumentRun {
         outcome_(outcome),
         opener_(std::make_shared<RunOpener>(named, around, outcome)),
         application_(std::make_shared<memory::MemoryApplication>(opener_)),
-        boxes_(outcome.path, around.interviewer),
-        engine_(
-            {[this] { return std::shared_ptr<word::Application>(application_); }, context_, boxes_, forms_}) {
+        prompts_(around.plan.passwords),
+        boxes_(outcome.path, around.interviewer, prompts_),
+        engine_({[this] { return std::shared_ptr<word::Application>(application_); }, context_, boxes_,
+                 prompts_}) {
     context_.reporter = std::make_shared<errors::clsErrorLogging>(context_.currentFault, report_);
     context_.reporter->ErrorDetailLevel(kFullDetail);
     engine_.stepper(std::make_shared<multifile::FileDriver>());
@@ -134,6 +127,11 @@ class DocumentRun {
   }
 
   Failure unexplained() const {
+    if (boxes_.passwordWrong()) {
+      return {Problem::password,
+              "No password in the file of --password-file lifts its protection; add the right one, on a line "
+              "of its own."};
+    }
     return {Problem::refused, errors::utf8(report_.text().value_or(u"It could not be worked on."))};
   }
 
@@ -142,9 +140,9 @@ class DocumentRun {
   Outcome& outcome_;
   FirstReport report_;
   errors::Context context_;
-  NoForms forms_;
   std::shared_ptr<RunOpener> opener_;
   std::shared_ptr<memory::MemoryApplication> application_;
+  PromptAnswers prompts_;
   RunBoxes boxes_;
   engine::clsProcessFind engine_;
   std::int64_t refused_ = 0;

@@ -1,16 +1,19 @@
 #include "message_policy.h"
 
 namespace pluvo::cli {
-namespace {
 
-/// A temporary file is not skipped here, since the store refuses it with the code for it; a password that was
-/// wrong once is not tried again. What is read-only or protected is gone on with or skipped: yes.
-forms::Answer answerAboutFile(const std::optional<std::u16string>& title) {
-  const bool no = title == u"Potential Temporary File" || title == u"Incorrect Open/Modify Password";
-  return no ? forms::Answer::no : forms::Answer::yes;
+/// A temporary file is not skipped here, since the store refuses it with the code for it; a password for
+/// opening that was wrong once is not tried again. What is read-only is gone on with, and what no password of
+/// the run unlocks is skipped.
+forms::Answer RunBoxes::answerAboutFile(const std::optional<std::u16string>& title) {
+  if (title == u"Potential Temporary File" || title == u"Incorrect Open/Modify Password")
+    return forms::Answer::no;
+  if (title == u"Incorrect Password") {
+    if (prompts_.hasMore()) return forms::Answer::no;
+    passwordWrong_ = true;
+  }
+  return forms::Answer::yes;
 }
-
-}  // namespace
 
 forms::Answer RunBoxes::show(const std::u16string& /*text*/, forms::Buttons buttons,
                              const std::optional<std::u16string>& title) {

@@ -3,6 +3,7 @@
 #include "errors/message_sink.h"
 #include "forms/message_boxes.h"
 #include "pass_watcher.h"
+#include "prompt_answers.h"
 
 #include <optional>
 #include <string>
@@ -14,23 +15,29 @@ namespace pluvo::cli {
 /// tells.
 class RunBoxes final : public forms::MessageBoxes {
  public:
-  RunBoxes(const std::string& path, Interviewer* interviewer) : path_(path), interviewer_(interviewer) {}
+  RunBoxes(const std::string& path, Interviewer* interviewer, const PromptAnswers& prompts)
+      : path_(path), interviewer_(interviewer), prompts_(prompts) {}
 
   /// The pass that is going on; none between passes.
   void watch(const PassWatcher* watcher) { watcher_ = watcher; }
   /// Whether the person wants no more of this document.
   bool passedBy() const { return passedBy_; }
+  /// Whether no password was the document's.
+  bool passwordWrong() const { return passwordWrong_; }
 
   forms::Answer show(const std::u16string& text, forms::Buttons buttons,
                      const std::optional<std::u16string>& title) override;
 
  private:
+  forms::Answer answerAboutFile(const std::optional<std::u16string>& title);
   forms::Answer answerAboutBlock();
 
   const std::string& path_;
   Interviewer* interviewer_;
+  const PromptAnswers& prompts_;
   const PassWatcher* watcher_ = nullptr;
   bool passedBy_ = false;
+  bool passwordWrong_ = false;
 };
 
 /// Keeps the first error report of a pass. What a refused change reports comes by the observer as well, with

@@ -104,6 +104,9 @@ const std::vector<Option>& options() {
        "take the documents named in FILE, one a line (- is\nstandard input)", keep<&T::filesFrom>},
       {'0', "null", Takes::nothing, "", kDocuments, kRunCommands,
        "names in FILE end with a zero byte, not with a line", raise<&T::null>},
+      {0, "password-file", Takes::value, "FILE", kDocuments, kRunCommands,
+       "work on protected documents too, with a password\nfrom FILE, one a line; they stay protected",
+       keep<&T::passwordFile>},
 
       {'n', "dry-run", Takes::nothing, "", kSafety, kRunCommands,
        "save nothing; show each block before and after", raise<&T::dryRun>},

@@ -2,6 +2,7 @@
 
 #include "numbers.h"
 #include "saved/saved_requests.h"
+#include "text_input.h"
 #include "usage_error.h"
 
 #include <algorithm>
@@ -48,6 +49,19 @@ ProgressLine progressFrom(const TypedOptions& typed) {
   throw UsageError("--progress is auto, always or never, not '" + *typed.progress + "'.");
 }
 
+/// The lines of the file; an empty file is one empty password.
+std::vector<std::u16string> passwordsFrom(const TypedOptions& typed) {
+  std::vector<std::u16string> passwords;
+  if (!typed.passwordFile) return passwords;
+  const std::u16string lines = textFromFile(*typed.passwordFile, "--password-file");
+  std::size_t from = 0;
+  for (std::size_t end = 0; end != std::u16string::npos; from = end + 1) {
+    end = lines.find(u'\r', from);
+    passwords.push_back(lines.substr(from, end - from));
+  }
+  return passwords;
+}
+
 /// What a shell would take for the same words.
 std::string quotedForShell(const std::string& word) {
   const bool plain = !word.empty() && std::all_of(word.begin(), word.end(), [](char c) {
@@ -84,6 +98,7 @@ Plan planFrom(const TypedCommandLine& line) {
     plan.requests = {requestFrom(*line.command, line.options)};
   }
   readSafety(line.options, plan);
+  plan.passwords = passwordsFrom(line.options);
   plan.jobs = jobsFrom(line.options);
   plan.progress = progressFrom(line.options);
   plan.report = line.options.report;

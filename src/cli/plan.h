@@ -16,6 +16,8 @@ enum class ProgressLine { automatic, always, never };
 struct Plan {
   std::vector<Request> requests;  ///< one or more, in the order in which each document gets them
   Selection selection;
+  /// Lift protections, tried in this order; without any protected documents are left alone.
+  std::vector<std::u16string> passwords;
 
   bool confirm = false;
   bool dryRun = false;

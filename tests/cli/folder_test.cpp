@@ -198,6 +198,41 @@ TEST(Folder, TellsOfEveryKindOfFileAndTakesItAllBack) {
   EXPECT_EQ(sandbox.run({"undo"}).status, 2);
 }
 
+TEST(Passwords, LiftProtectionsThatStay) {
+  const Sandbox sandbox;
+  const auto settings = [](const std::string& attributes) {
+    return "<w:settings xmlns:w=\"http://schemas.openxmlformats.org/wordprocessingml/2006/main\">"
+           "<w:documentProtection w:edit=\"readOnly\" " +
+           attributes + "/></w:settings>";
+  };
+  const std::string kept =
+      "w:cryptAlgorithmSid=\"4\" w:cryptSpinCount=\"100000\" w:hash=\"MUHbcmpC9AnlLsd9v3lW0j30y6E=\" "
+      "w:salt=\"2Z+i7o/0EZyUNakVeWzU/w==\"";
+  sandbox.write("free.docx", docx("draft", {{"word/settings.xml", settings("w:enforcement=\"1\"")}}));
+  sandbox.write("locked.docx", docx("draft", {{"word/settings.xml", settings(kept)}}));
+  sandbox.write("plain.docx", docx("draft"));
+  sandbox.write("encrypted.docx",
+                archive::build({{{"word/document.xml", "draft", true, false, false, 1}}}).bytes);
+  const Words run = kReplace + Words{"-r", "."};
+
+  EXPECT_THAT(sandbox.run(run + Words{"-n"}).err,
+              AllOf(HasSubstr("free.docx: protected: "), HasSubstr("locked.docx: protected: "),
+                    HasSubstr("--password-file")));
+  sandbox.write("passwords", "guess\r\nexample\n");
+  EXPECT_THAT(sandbox.run(run + Words{"-n", "--password-file", "passwords"}).err,
+              AllOf(HasSubstr("locked.docx: password: No password"), Not(HasSubstr("free.docx"))));
+  sandbox.write("passwords", "guess\nExample\n");
+  const Result done = sandbox.run(run + Words{"--password-file", "passwords"});
+  EXPECT_EQ(done.status, 2);
+  EXPECT_THAT(done.err,
+              AllOf(HasSubstr("encrypted.docx: password: "), HasSubstr("3 documents changed, 1 failed")));
+  EXPECT_THAT(sandbox.run({"find", "-b", "final", "--password-file", "/dev/null", "free.docx"}).out,
+              HasSubstr("final"));
+  EXPECT_THAT(sandbox.run({"find", "-b", "final", "locked.docx"}).err, HasSubstr("protected: ")) << "still";
+  EXPECT_EQ(sandbox.run({"undo", "-q"}).status, 0);
+  EXPECT_EQ(sandbox.run(run + Words{"--password-file", "nowhere"}).status, 2);
+}
+
 TEST(Undo, LeavesWhatWasChangedSince) {
   const Sandbox sandbox;
   sandbox.write("a.txt", "draft\n");

@@ -1,6 +1,7 @@
 #include "docx/docx_format.h"
 
 #include "docx_source.h"
+#include "protection.h"
 #include "styles.h"
 
 #include <algorithm>

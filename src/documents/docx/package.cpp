@@ -1,7 +1,6 @@
 #include "package.h"
 
-#include "xml/encoding.h"
-#include "xml/scanner.h"
+#include "root_elements.h"
 
 #include <array>
 #include <optional>
@@ -12,7 +11,6 @@ namespace pluvo::docx {
 
 using files::DocumentError;
 using files::Problem;
-using xml::Token;
 
 namespace {
 
@@ -28,19 +26,6 @@ constexpr std::array<std::pair<std::string_view, Role>, 8> kRoles = {{
 }};
 
 DocumentError damaged(const std::string& sentence) { return {Problem::damaged, sentence}; }
-
-/// Calls visit(scanner) for every element of this name directly in the root of a part.
-template <class Visit>
-void forEachInRoot(const archive::Archive& archive, const archive::Member& member, Name wanted, Visit visit) {
-  const std::string name(member.name);
-  const xml::Utf8Part part = xml::toUtf8(archive.read(member), name);
-  xml::Scanner scanner(part.utf8.view, vocabulary(), name);
-  for (Token token = scanner.next(); token != Token::finish; token = scanner.next()) {
-    if (token != Token::start && token != Token::empty) continue;
-    const bool isChild = scanner.depth() == (token == Token::start ? 2U : 1U);
-    if (isChild && nameOf(scanner) == wanted) visit(scanner);
-  }
-}
 
 std::string_view lastStep(std::string_view type) { return type.substr(type.rfind('/') + 1); }
 
@@ -172,13 +157,6 @@ std::string findMainPart(const archive::Archive& archive) {
   return found.empty() ? std::string() : *found.begin();
 }
 
-word::WdProtectionType protectionNamed(std::string_view edit) {
-  if (edit == "trackedChanges") return word::wdAllowOnlyRevisions;
-  if (edit == "comments") return word::wdAllowOnlyComments;
-  if (edit == "forms") return word::wdAllowOnlyFormFields;
-  return word::wdAllowOnlyReading;
-}
-
 }  // namespace
 
 const archive::Member* Package::member(Role role) const {
@@ -211,31 +189,6 @@ Package openPackage(files::Bytes bytes) {
     }
   }
   return package;
-}
-
-std::optional<formats::Protection> protectionOf(const Package& package) {
-  std::optional<formats::Protection> protection;
-  const archive::Member* const settings = package.member(Role::settings);
-  if (settings == nullptr) return protection;
-  const auto hasPassword = [](const xml::Scanner& scanner) {
-    return !valueOf(scanner, Name::hash).empty() || !valueOf(scanner, Name::hashValue).empty();
-  };
-  forEachInRoot(package.archive, *settings, Name::documentProtection, [&](const xml::Scanner& scanner) {
-    // Without the attribute Word enforces, whatever the standard says.
-    const bool enforced =
-        attribute(scanner, Name::enforcement) == nullptr || isOn(valueOf(scanner, Name::enforcement));
-    const std::string edit = valueOf(scanner, Name::edit);
-    if (enforced && !edit.empty() && edit != "none")
-      protection = {protectionNamed(edit), hasPassword(scanner)};
-  });
-  forEachInRoot(package.archive, *settings, Name::writeProtection, [&](const xml::Scanner& scanner) {
-    if (!hasPassword(scanner)) return;
-    throw DocumentError(
-        Problem::protection,
-        "The document is protected against changes by a password; lift the protection in a word "
-        "processor first.");
-  });
-  return protection;
 }
 
 }  // namespace pluvo::docx

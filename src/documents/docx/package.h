@@ -39,8 +39,4 @@ struct Package {
 /// signed for one with a digital signature.
 Package openPackage(files::Bytes bytes);
 
-/// The protection against editing that the settings enforce. Throws DocumentError (protected) when they ask
-/// for a password before the document is changed at all.
-std::optional<formats::Protection> protectionOf(const Package& package);
-
 }  // namespace pluvo::docx

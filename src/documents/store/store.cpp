@@ -25,13 +25,6 @@ void requireWhole(const files::Bytes& bytes) {
         "failed. Nothing was written; run this again.");
 }
 
-/// Lifting a protection that has a password comes to nothing: passwords cannot be checked.
-void protect(memory::MemoryDocument& document, const formats::Protection& protection) {
-  memory::MemoryDocument::PasswordCheck check;
-  if (protection.hasPassword) check = [](const std::u16string&) { return false; };
-  document.protect(protection.type, check);
-}
-
 }  // namespace
 
 std::optional<DocumentError> StoredDocument::obstacle() const {
@@ -122,13 +115,14 @@ std::unique_ptr<StoredDocument> Store::open(const std::string& path, const Also&
   opened->format_ = &registry_->formatOf(file.bytes.view, formats::extensionOf(path));
   formats::Opened read = opened->format_->read(file.bytes);
   if (read.protection && !also.protectedDocuments)
-    throw DocumentError(Problem::protection,
-                        "The document is protected against editing; lift the protection in a word processor "
-                        "first.");
+    throw DocumentError(
+        Problem::protection,
+        "The document is protected against editing; lift the protection in a word processor, or "
+        "give its password with --password-file (an empty file where it has none).");
   opened->source_ = std::move(read.source);
   opened->document_ =
       memory::MemoryDocument::create(std::move(read.content), opened->source_, errors::nameText(name), path);
-  if (read.protection) protect(*opened->document_, *read.protection);
+  if (read.protection) opened->document_->protect(read.protection->type, read.protection->isLiftedBy);
   opened->path_ = path;
   opened->stamp_ = file.stamp;
   opened->bytes_ = std::move(file.bytes);

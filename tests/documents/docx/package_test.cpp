@@ -107,6 +107,28 @@ TEST(Package, onlyProtectionThatIsEnforcedCounts) {
   EXPECT_FALSE(isProtected("<w:documentProtection w:formatting=\"1\" w:enforcement=\"1\"/>"));
 }
 
+TEST(Package, protectionIsLiftedByItsPassword) {
+  const std::string kept =
+      "w:cryptAlgorithmSid=\"4\" w:cryptSpinCount=\"100000\" w:hash=\"MUHbcmpC9AnlLsd9v3lW0j30y6E=\" "
+      "w:salt=\"2Z+i7o/0EZyUNakVeWzU/w==\"/>";
+  const std::string modern =
+      "w:algorithmName=\"SHA-512\" w:spinCount=\"100000\" w:saltValue=\"AQIDBAUGBwgJCgsMDQ4PEA==\" "
+      "w:hashValue=\""
+      "sB4QFRUiYScKc9awLAg/izghewHia0y3THhcvHYNEfQ9HbUll4Boo8ZrV9N+9z163Exfdz9vZJWFFfgPwFO6mw==\"/>";
+  for (const std::string& settings :
+       {"<w:documentProtection w:edit=\"comments\" " + kept, "<w:writeProtection " + modern,
+        "<w:documentProtection w:edit=\"forms\" " + modern + "<w:writeProtection " + kept}) {
+    const auto protection = DocxFormat().read(withSettings(settings)).protection;
+    ASSERT_TRUE(protection) << settings;
+    EXPECT_TRUE(protection->isLiftedBy(u"Example")) << settings;
+    EXPECT_FALSE(protection->isLiftedBy(u"example")) << settings;
+  }
+  const auto free = DocxFormat().read(withSettings("<w:documentProtection w:edit=\"forms\"/>")).protection;
+  ASSERT_TRUE(free);
+  EXPECT_FALSE(free->isLiftedBy);
+  EXPECT_FALSE(DocxFormat().read(withSettings("<w:writeProtection w:recommended=\"1\"/>")).protection);
+}
+
 TEST(Package, theMainPartIsWhereTheRelationshipsSay) {
   const std::string types = part(documentOf(""), "[Content_Types].xml");
   std::string moved = types;

@@ -10,7 +10,7 @@ namespace pluvo::files {
 enum class Problem {
   locked,       ///< open in another program
   readOnly,     ///< may not be written
-  password,     ///< encrypted
+  password,     ///< encrypted, or protected by a password that was not given
   protection,   ///< protected against editing ("protected")
   signature,    ///< digitally signed ("signed")
   damaged,      ///< not a sound document of its kind, or of another kind

@@ -8,8 +8,10 @@
 #include "model/model.h"
 #include "word/enums.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace pluvo::formats {
@@ -27,8 +29,8 @@ class Source : public model::Medium {
 /// A protection against editing that the document says of itself. The file keeps it as it is.
 struct Protection {
   word::WdProtectionType type = word::wdAllowOnlyReading;
-  /// Without one anybody may lift it.
-  bool hasPassword = false;
+  /// Whether this is the password that lifts it; empty where anybody may.
+  std::function<bool(const std::u16string&)> isLiftedBy = {};
 };
 
 struct Opened {

@@ -44,7 +44,7 @@ class StoredFile : public memory::DocumentFile {
 
 /// Opens stored documents for the word processor of documents in memory; the file of each is a StoredFile.
 /// What goes wrong with a file is a Fault: 5174 (no such file, or unreadable), 5408 (a password for opening
-/// or changing it), 5792 (no sound document of a known kind). Its description says what to do.
+/// it), 5792 (no sound document of a known kind). Its description says what to do.
 class StoreOpener : public memory::DocumentOpener {
  public:
   StoreOpener(

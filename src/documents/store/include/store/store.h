@@ -78,8 +78,7 @@ class StoredDocument {
 struct Also {
   /// A name that begins with "~" belongs to a word processor at work.
   bool temporaryFiles = false;
-  /// Documents protected against editing. They refuse every edit until the protection is lifted; where it has
-  /// a password, no password lifts it.
+  /// Documents protected against editing. They refuse every edit until the protection is lifted.
   bool protectedDocuments = false;
 };
 
