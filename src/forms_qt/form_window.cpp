@@ -1,6 +1,7 @@
 #include "form_window.h"
 
 #include "forms_qt/forms.h"
+#include "keys.h"
 #include "texts.h"
 
 #include <QApplication>
@@ -8,6 +9,7 @@
 #include <QCloseEvent>
 #include <QDialog>
 #include <QLabel>
+#include <QMenuBar>
 #include <QScreen>
 #include <QVBoxLayout>
 
@@ -18,19 +20,20 @@ namespace {
 /// A window of its own for a form.
 class Frame final : public QDialog {
  public:
-  Frame(FormWindow& window, QWidget* owner) : QDialog(owner), window_(window) {
-    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+  Frame(FormWindow& window, QWidget* owner) : QDialog(owner), window_(&window) {}
+  void release() { window_ = nullptr; }
+  void reject() override {
+    if (window_ != nullptr) window_->closed();
   }
-  void reject() override { window_.closed(); }
 
  protected:
   void closeEvent(QCloseEvent* event) override {
     event->ignore();
-    window_.closed();
+    reject();
   }
 
  private:
-  FormWindow& window_;
+  FormWindow* window_;
 };
 
 /// What the keys of a form as a whole come to, wherever the focus is, and news of the system's looks.
@@ -44,6 +47,7 @@ class Listener final : public QObject {
       case QEvent::WindowActivate:
         window_.activated();
         return false;
+      case QEvent::PaletteChange:
       case QEvent::ApplicationPaletteChange:
       case QEvent::ApplicationFontChange:
       case QEvent::StyleChange:
@@ -71,6 +75,7 @@ FormWindow::~FormWindow() {
   host_.windows_.erase(&form_);
   doings_.listening(false);
   if (panel_) panel_->release();
+  if (frame_) static_cast<Frame*>(frame_.data())->release();
   QWidget* widget = frame_ ? frame_.data() : panel_.data();
   if (widget == nullptr) return;
   for (QObject* child : widget->findChildren<QObject*>(QStringLiteral("listener"))) delete child;
@@ -90,10 +95,8 @@ void FormWindow::build() {
     }
     container_->layout()->addWidget(panel_);
   } else {
-    const bool blocks = !host_.modeless_.contains(form_.Name()) && loop_;
     frame_ = new Frame(*this, host_.owner_);
     frame_->setObjectName(qt(form_.Name()));
-    frame_->setWindowModality(blocks ? Qt::ApplicationModal : Qt::NonModal);
     panel_ = new PagePanel(form_.controls(), doings_, frame_);
     auto* layout = new QVBoxLayout(frame_);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -101,6 +104,13 @@ void FormWindow::build() {
     const int margin = panel_->fontMetrics().height();
     panel_->layout()->setContentsMargins(margin, margin, margin, margin);
   }
+  TakenKeys taken;
+  for (const QMenuBar* bar : panel_->window()->findChildren<QMenuBar*>()) {
+    for (const QAction* menu : bar->actions()) taken.insert(markedKey(menu->text()));
+  }
+  std::vector<Mirror*> mirrors;
+  for (const auto& mirror : panel_->mirrors()) mirrors.push_back(mirror.get());
+  giveKeys(mirrors, taken);
   auto* listener = new Listener(*this, panel_);
   listener->setObjectName(QStringLiteral("listener"));
   panel_->installEventFilter(listener);
@@ -116,6 +126,8 @@ void FormWindow::show() {
     panel_->show();
     container_->show();
   } else {
+    const bool blocks = loop_ && !host_.modeless_.contains(form_.Name());
+    frame_->setWindowModality(blocks ? Qt::ApplicationModal : Qt::NonModal);
     if (!wasShown_) frame_->resize(wholeSize());
     const QPoint place = frame_->pos();
     if (host_.placing) {
@@ -254,6 +266,8 @@ bool FormWindow::pressed(const QKeyEvent& key) {
 
 void FormWindow::closed() {
   if (!doings_.admits(nullptr)) return;
+  // An edit that is refused is undone, and the form goes all the same.
+  doings_.settle();
   doings_.does([this] { form_.close(); });
 }
 

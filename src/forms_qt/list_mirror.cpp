@@ -61,9 +61,10 @@ void ListMirror::open(const QModelIndex& index) {
 }
 
 bool ListMirror::eventFilter(QObject* /*watched*/, QEvent* event) {
-  if (event->type() != QEvent::KeyPress || !box_.DblClick.isHandled()) return false;
+  if (event->type() != QEvent::KeyPress) return false;
   const int key = static_cast<QKeyEvent*>(event)->key();
   if (key != Qt::Key_Return && key != Qt::Key_Enter) return false;
+  // It is no key for the form either: what was selected with care is not to be listed anew.
   open(shown_->currentIndex());
   return true;
 }

@@ -1,6 +1,7 @@
 #include "mirror.h"
 
 #include "combo_mirror.h"
+#include "keys.h"
 #include "list_mirror.h"
 #include "look.h"
 #include "multi_page_mirror.h"
@@ -55,6 +56,8 @@ void Mirror::refresh() {
   dress();
   refreshKind();
 }
+
+QString Mirror::keyed() const { return withKey(keyText(), key_); }
 
 void Mirror::namedBy(const forms::Control& label) {
   spokenName_ = spokenName(label);

@@ -7,6 +7,7 @@
 #include <QPointer>
 #include <QWidget>
 #include <memory>
+#include <set>
 #include <vector>
 
 namespace pluvo::forms_qt {
@@ -26,6 +27,14 @@ class Mirror : public QObject {
   virtual bool grows() const { return false; }
   /// The user presses it by a key for the form as a whole. Whether it can be pressed.
   virtual bool press() { return false; }
+  /// The caption with its marks, where a key can lead to the control.
+  virtual QString keyText() const { return {}; }
+  void key(QChar letter) {
+    key_ = letter;
+    refresh();
+  }
+  /// The same for what is on it.
+  virtual void giveInnerKeys(std::set<QChar>& /*taken*/) {}
   /// The mirrors of the controls on it.
   virtual std::vector<Mirror*> inner() const { return {}; }
   /// A label says what the control is for.
@@ -42,6 +51,8 @@ class Mirror : public QObject {
   /// Where its colours are shown.
   virtual void dress();
   Doings& doings() const { return doings_; }
+  /// The text as the widget shows it, the key marked.
+  QString keyed() const;
   /// The control is being told what its widget shows already.
   bool telling_ = false;
 
@@ -50,6 +61,7 @@ class Mirror : public QObject {
   Doings& doings_;
   QPointer<QWidget> widget_;
   QString spokenName_;
+  QChar key_;
 };
 
 }  // namespace pluvo::forms_qt

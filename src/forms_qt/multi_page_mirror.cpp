@@ -1,7 +1,9 @@
 #include "multi_page_mirror.h"
 
+#include "keys.h"
 #include "texts.h"
 
+#include <QKeyEvent>
 #include <QScrollArea>
 
 namespace pluvo::forms_qt {
@@ -42,6 +44,7 @@ MultiPageMirror::MultiPageMirror(forms::MultiPage& pages, Doings& doings, QWidge
     scroll->setObjectName(qt(page->Name()));
     shown_->setTabToolTip(tab, toolTip(page->ControlTipText()));
   }
+  shown_->installEventFilter(this);
   connect(shown_, &QTabWidget::currentChanged, this, &MultiPageMirror::chosen);
   mirrors(*shown_);
 }
@@ -59,6 +62,27 @@ std::vector<Mirror*> MultiPageMirror::inner() const {
     for (const auto& mirror : panel->mirrors()) all.push_back(mirror.get());
   }
   return all;
+}
+
+void MultiPageMirror::giveInnerKeys(std::set<QChar>& taken) {
+  for (int tab = 0; tab < shown_->count(); ++tab) {
+    const QString text = shown_->tabText(tab);
+    shown_->setTabText(tab, withKey(text, takeKey(text, taken)));
+  }
+  for (const auto& panel : panels_) {
+    std::vector<Mirror*> mirrors;
+    for (const auto& mirror : panel->mirrors()) mirrors.push_back(mirror.get());
+    giveKeys(mirrors, taken);
+  }
+}
+
+bool MultiPageMirror::eventFilter(QObject* /*watched*/, QEvent* event) {
+  if (event->type() != QEvent::KeyPress) return false;
+  const auto& key = *static_cast<QKeyEvent*>(event);
+  const int step = key.key() == Qt::Key_PageDown ? 1 : key.key() == Qt::Key_PageUp ? -1 : 0;
+  if (step == 0 || key.modifiers() != Qt::ControlModifier) return false;
+  shown_->setCurrentIndex((shown_->currentIndex() + step + shown_->count()) % shown_->count());
+  return true;
 }
 
 void MultiPageMirror::chosen(int page) {

@@ -14,7 +14,9 @@ class MultiPageMirror final : public Mirror {
   MultiPageMirror(forms::MultiPage& pages, Doings& doings, QWidget& parent);
   ~MultiPageMirror() override;
   bool grows() const override { return true; }
+  bool eventFilter(QObject* watched, QEvent* event) override;
   std::vector<Mirror*> inner() const override;
+  void giveInnerKeys(std::set<QChar>& taken) override;
 
  private:
   void refreshKind() override;

@@ -46,28 +46,35 @@ bool LabelMirror::press() {
 }
 
 bool LabelMirror::eventFilter(QObject* /*watched*/, QEvent* event) {
-  if (label_.IsLink()) return false;
   if (event->type() == QEvent::MouseButtonRelease &&
-      static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton)
+      static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton && !label_.IsLink())
     press();
   return false;
 }
 
-void LabelMirror::refreshKind() {
+/// Line ends before the text push it down in a place of fixed size; here its place is as large as it is.
+QString LabelMirror::text() const {
   QString text = lines(label_.Caption());
-  // Line ends before the text push it down in a place of fixed size; here its place is as large as it is.
   while (text.startsWith(u'\n')) text.remove(0, 1);
+  return text;
+}
+
+QString LabelMirror::keyText() const {
+  return shown_->buddy() == nullptr ? QString() : text().replace(u'&', QStringLiteral("&&"));
+}
+
+void LabelMirror::refreshKind() {
   if (label_.IsLink()) {
     shown_->setTextFormat(Qt::RichText);
-    shown_->setText(QStringLiteral("<a href='#'>%1</a>").arg(text.toHtmlEscaped()));
+    shown_->setText(QStringLiteral("<a href='#'>%1</a>").arg(text().toHtmlEscaped()));
     shown_->setTextInteractionFlags(Qt::LinksAccessibleByKeyboard | Qt::LinksAccessibleByMouse);
     shown_->setFocusPolicy(Qt::StrongFocus);
-  } else {
-    shown_->setTextFormat(Qt::PlainText);
-    if (shown_->buddy() == nullptr) shown_->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    // A label that names a box has a key for it perhaps, and then shows "&" by two.
-    shown_->setText(shown_->buddy() == nullptr ? text : text.replace(u'&', QStringLiteral("&&")));
+    return;
   }
+  shown_->setTextFormat(Qt::PlainText);
+  // Only a label that leads to a box has marks.
+  shown_->setText(shown_->buddy() == nullptr ? text() : keyed());
+  if (shown_->buddy() == nullptr) shown_->setTextInteractionFlags(Qt::TextSelectableByMouse);
 }
 
 ButtonMirror::ButtonMirror(forms::CommandButton& button, Doings& doings, QWidget& parent)
@@ -93,8 +100,10 @@ bool ButtonMirror::press() {
   return true;
 }
 
+QString ButtonMirror::keyText() const { return marked(button_.Caption()); }
+
 void ButtonMirror::refreshKind() {
-  shown_->setText(marked(button_.Caption()));
+  shown_->setText(keyed());
   shown_->setDefault(button_.Default());
 }
 
@@ -107,8 +116,10 @@ CheckBoxMirror::CheckBoxMirror(forms::CheckBox& box, Doings& doings, QWidget& pa
   mirrors(*shown_);
 }
 
+QString CheckBoxMirror::keyText() const { return marked(box_.Caption()); }
+
 void CheckBoxMirror::refreshKind() {
-  shown_->setText(marked(box_.Caption()));
+  shown_->setText(keyed());
   shown_->setChecked(box_.Value());
 }
 

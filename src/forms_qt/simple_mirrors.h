@@ -14,10 +14,12 @@ class LabelMirror final : public Mirror {
   LabelMirror(forms::Label& label, Doings& doings, QWidget& parent);
   bool eventFilter(QObject* watched, QEvent* event) override;
   bool press() override;
+  QString keyText() const override;
   QLabel& label() const { return *shown_; }
 
  private:
   void refreshKind() override;
+  QString text() const;
 
   forms::Label& label_;
   QLabel* shown_;
@@ -28,6 +30,7 @@ class ButtonMirror final : public Mirror {
   ButtonMirror(forms::CommandButton& button, Doings& doings, QWidget& parent);
   bool eventFilter(QObject* watched, QEvent* event) override;
   bool press() override;
+  QString keyText() const override;
 
  private:
   void refreshKind() override;
@@ -39,6 +42,7 @@ class ButtonMirror final : public Mirror {
 class CheckBoxMirror final : public Mirror {
  public:
   CheckBoxMirror(forms::CheckBox& box, Doings& doings, QWidget& parent);
+  QString keyText() const override;
 
  private:
   void refreshKind() override;

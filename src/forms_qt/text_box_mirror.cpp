@@ -5,6 +5,7 @@
 
 #include <QFontMetrics>
 #include <QMouseEvent>
+#include <QProxyStyle>
 #include <QTextBlock>
 #include <QTextDocument>
 
@@ -54,6 +55,20 @@ std::int16_t mouseButton(Qt::MouseButton button) {
       return 0;
   }
 }
+
+/// Shows a character of the form's choice for each that is typed.
+class Covering final : public QProxyStyle {
+ public:
+  Covering(char16_t character, QObject* parent) : character_(character) { setParent(parent); }
+  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                QStyleHintReturn* returned) const override {
+    return hint == SH_LineEdit_PasswordCharacter ? character_
+                                                 : QProxyStyle::styleHint(hint, option, widget, returned);
+  }
+
+ private:
+  char16_t character_;
+};
 
 /// As high as a few lines, where it cannot have more.
 class LinesEdit final : public QPlainTextEdit {
@@ -138,22 +153,24 @@ LineMirror::LineMirror(forms::TextBox& box, Doings& doings, QWidget& parent)
   shown_->installEventFilter(this);
   connect(shown_, &QLineEdit::textEdited, this,
           [this](const QString& text) { this->doings().does([&] { box_.type(u16(text)); }); });
+  if (!box.PasswordChar().empty()) shown_->setStyle(new Covering(box.PasswordChar().front(), shown_));
   mirrors(*shown_);
 }
 
 void LineMirror::refreshKind() {
+  const QSignalBlocker quiet(shown_);
+  const bool hides = !box_.PasswordChar().empty();
   const QString text = qt(box_.Text());
   if (shown_->text() != text) {
-    shown_->selectAll();  // so that the user can undo it
-    shown_->insert(text);
+    if (hides) {
+      shown_->setText(text);  // no password is to be had back
+    } else {
+      shown_->selectAll();  // so that the user can undo it
+      shown_->insert(text);
+    }
   }
   shown_->setReadOnly(box_.ReadOnly());
-  const bool hides = !box_.PasswordChar().empty();
   shown_->setEchoMode(hides ? QLineEdit::Password : QLineEdit::Normal);
-  if (hides) {
-    shown_->setStyleSheet(QStringLiteral("lineedit-password-character: %1; lineedit-password-mask-delay: 0")
-                              .arg(box_.PasswordChar().front()));
-  }
 }
 
 LinesMirror::LinesMirror(forms::TextBox& box, Doings& doings, QWidget& parent)

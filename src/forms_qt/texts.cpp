@@ -58,9 +58,19 @@ QString unmarked(const std::u16string& caption) {
 }
 
 QString toolTip(const std::u16string& tip) {
+  constexpr qsizetype kLetters = 60;
   if (tip.empty()) return {};
-  // Only rich text is broken into lines; in it, nothing of the tip may be taken for markup.
-  return QStringLiteral("<p style='white-space:pre-wrap'>%1</p>").arg(qt(tip).toHtmlEscaped());
+  QString text;
+  qsizetype length = 0;
+  for (const QString& word : qt(tip).split(u' ')) {
+    const bool breaks = length > 0 && length + 1 + word.size() > kLetters;
+    if (breaks) length = 0;
+    if (!text.isEmpty()) text += breaks ? u'\n' : u' ';
+    text += word;
+    length += word.size() + 1;
+  }
+  // In plain text the widgets would look for markup.
+  return QStringLiteral("<p style='white-space:pre'>%1</p>").arg(text.toHtmlEscaped());
 }
 
 QString lines(const std::u16string& text) {
@@ -84,7 +94,10 @@ std::u16string linesBack(const QString& raw) {
 }
 
 QString spokenName(const forms::Control& control) {
-  return control.Caption().empty() ? readName(control.Name()) : unmarked(control.Caption()).simplified();
+  constexpr std::size_t kShort = 60;
+  if (!control.Caption().empty()) return unmarked(control.Caption()).simplified();
+  const std::u16string& tip = control.ControlTipText();
+  return tip.empty() || tip.size() > kShort ? readName(control.Name()) : qt(tip);
 }
 
 }  // namespace pluvo::forms_qt

@@ -26,7 +26,8 @@ QString lines(const std::u16string& text);
 /// From a widget's raw text: paragraph ends become CR LF.
 std::u16string linesBack(const QString& raw);
 
-/// What a screen reader says of a control: its caption, else what its name tells.
+/// What a screen reader says of a control: its caption, else its tip where that is short, else its name in
+/// words.
 QString spokenName(const forms::Control& control);
 
 }  // namespace pluvo::forms_qt

@@ -128,6 +128,13 @@ TEST_F(TextBoxes, LooksFollowTheControl) {
   EXPECT_FALSE(widget(password).isEnabled());
   EXPECT_EQ(widget(password).palette().color(QPalette::Base),
             QApplication::palette().color(QPalette::Window));
+  const QPalette before = QApplication::palette();
+  QPalette dark = before;
+  dark.setColor(QPalette::Window, Qt::black);
+  QApplication::setPalette(dark);
+  settle();
+  EXPECT_EQ(widget(password).palette().color(QPalette::Base), QColor(Qt::black));
+  QApplication::setPalette(before);
   password.Visible(false);
   EXPECT_FALSE(widget(password).isVisible());
 }

@@ -18,13 +18,13 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
-#include <QHelpEvent>
 #include <QPlainTextEdit>
 #include <QScreen>
 #include <QSplitter>
 #include <QStyleFactory>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <QWindow>
 #include <cstdio>
 
 namespace {
@@ -81,6 +81,7 @@ class Gallery {
     splitter_.setStretchFactor(0, 1);
     splitter_.resize(1366, 720);
     splitter_.show();
+    splitter_.activateWindow();
     forms_.owner(&splitter_);
     forms_.helpIs(u"lblInstructions");
     forms_.leavesOthersUsable(u"frmFAR");
@@ -106,11 +107,12 @@ class Gallery {
     return forms_.windowOf(*dialog_)->findChild<QWidget*>(QString::fromLatin1(name));
   }
   void scene(const QString& name);
-  void showTip(const char* control) const {
-    QWidget* on = widget(control);
-    const QPoint place = on->rect().center();
-    QHelpEvent help(QEvent::ToolTip, place, on->mapToGlobal(place));
-    QApplication::sendEvent(on, &help);
+  /// Rests the pointer on the control.
+  void pointAt(const char* control) const {
+    const QWidget* on = widget(control);
+    splitter_.windowHandle()->requestActivate();
+    QCursor::setPos(on->mapToGlobal(on->rect().center()) + QPoint(1, 1));
+    QTimer::singleShot(100, on, [on] { QCursor::setPos(on->mapToGlobal(on->rect().center())); });
   }
 
  private:
@@ -206,8 +208,8 @@ int main(int argc, char** argv) {
   if (options.isSet(QStringLiteral("shot"))) {
     QTimer::singleShot(kSettled, &application, [&] {
       const QString tip = options.value(QStringLiteral("tip"));
-      if (!tip.isEmpty()) gallery.showTip(tip.toLatin1().constData());
-      QTimer::singleShot(kSettled, &application, [&] {
+      if (!tip.isEmpty()) gallery.pointAt(tip.toLatin1().constData());
+      QTimer::singleShot(tip.isEmpty() ? kSettled : 3 * kSettled, &application, [&] {
         QGuiApplication::primaryScreen()->grabWindow(0).save(options.value(QStringLiteral("shot")));
         std::_Exit(0);
       });
