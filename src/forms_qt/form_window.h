@@ -1,6 +1,6 @@
 #pragma once
 
-#include "doings.h"
+#include "forms/doings.h"
 #include "forms/form.h"
 #include "page_panel.h"
 
@@ -9,6 +9,8 @@
 #include <QPointer>
 
 namespace pluvo::forms_qt {
+
+using forms::Doings;
 
 class QtForms;
 

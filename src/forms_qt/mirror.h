@@ -1,6 +1,6 @@
 #pragma once
 
-#include "doings.h"
+#include "forms/doings.h"
 #include "forms/control.h"
 
 #include <QObject>
@@ -11,6 +11,8 @@
 #include <vector>
 
 namespace pluvo::forms_qt {
+
+using forms::Doings;
 
 /// One control and its widget. The widget belongs to its parent; when the mirror goes first, nothing arrives
 /// from it any more.

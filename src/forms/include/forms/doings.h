@@ -7,13 +7,13 @@
 #include <functional>
 #include <utility>
 
-namespace pluvo::forms_qt {
+namespace pluvo::forms {
 
 /// The way of what the user does from the widgets of one form to its controls.
 class Doings {
  public:
-  using Admits = std::function<bool(const forms::Control*)>;
-  Doings(forms::MessageBoxes& boxes, Admits admits) : boxes_(boxes), admits_(std::move(admits)) {}
+  using Admits = std::function<bool(const Control*)>;
+  Doings(MessageBoxes& boxes, Admits admits) : boxes_(boxes), admits_(std::move(admits)) {}
 
   /// Nothing arrives from widgets while the form is hidden.
   void listening(bool value) { listening_ = value; }
@@ -22,7 +22,7 @@ class Doings {
   /// Something that needs no edit to be done with: typing, a key, the mouse.
   template <class Doing>
   void does(Doing&& doing) {
-    if (listening_) forms::userDid(boxes_, std::forward<Doing>(doing));
+    if (listening_) userDid(boxes_, std::forward<Doing>(doing));
   }
   /// A press or a choice. An edit that was begun elsewhere is ended first; where that is refused, nothing
   /// comes of it.
@@ -31,7 +31,7 @@ class Doings {
     if (listening_ && settle()) does(std::forward<Doing>(doing));
   }
   /// Whether the program lets this happen now; without a control, the form's closing.
-  bool admits(const forms::Control* control) const { return listening_ && admits_(control); }
+  bool admits(const Control* control) const { return listening_ && admits_(control); }
 
   /// An edit has begun; the call ends it, and tells whether it stands.
   void begun(std::function<bool()> end) { end_ = std::move(end); }
@@ -42,10 +42,10 @@ class Doings {
   }
 
  private:
-  forms::MessageBoxes& boxes_;
+  MessageBoxes& boxes_;
   Admits admits_;
   bool listening_ = false;
   std::function<bool()> end_;
 };
 
-}  // namespace pluvo::forms_qt
+}  // namespace pluvo::forms

@@ -1,0 +1,350 @@
+#include "form_window.h"
+
+#include "forms_win32/forms.h"
+#include "text.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace pluvo::forms_win32 {
+
+namespace {
+
+constexpr DWORD kStyle = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
+constexpr DWORD kExtended = WS_EX_CONTROLPARENT;
+constexpr UINT kResolutionChanged = 0x02E0;  // WM_DPICHANGED, not in older headers' reach
+constexpr int kTipWidth = 320;
+constexpr int kShowsTipFor = 30000;
+constexpr int kLetters = 60;
+constexpr int kLettersOfPages = 100;
+
+bool isDown(int key) { return (static_cast<unsigned short>(GetKeyState(key)) & 0x8000U) != 0; }
+
+RECT workAreaBeside(HWND window) {
+  MONITORINFO screen = {};
+  screen.cbSize = sizeof screen;
+  GetMonitorInfoW(MonitorFromWindow(window, MONITOR_DEFAULTTOPRIMARY), &screen);
+  return screen.rcWork;
+}
+
+bool canTakeFocus(const Mirror& mirror) {
+  return (GetWindowLongW(mirror.widget(), GWL_STYLE) & WS_TABSTOP) != 0 &&
+         IsWindowVisible(mirror.widget()) != 0 && IsWindowEnabled(mirror.widget()) != 0;
+}
+
+/// The mirror of the window, or of the one it is part of.
+Mirror* mirrorAround(HWND window) {
+  Mirror* mirror = mirrorOf(window);
+  return mirror != nullptr ? mirror : mirrorOf(GetParent(window));
+}
+
+}  // namespace
+
+FormWindow::FormWindow(Win32Forms& host, forms::Form& form)
+    : host_(host),
+      form_(form),
+      stage_{*host.module_, forms::Doings(host.boxes_, [](const forms::Control*) { return true; }),
+             std::make_unique<Look>(96), nullptr} {}
+
+FormWindow::~FormWindow() {
+  host_.windows_.erase(&form_);
+  stage_.doings.listening(false);
+  waits_.reset();
+  panel_.reset();
+  if (stage_.tips != nullptr) DestroyWindow(stage_.tips);
+  if (window_ != nullptr) DestroyWindow(window_);
+}
+
+void FormWindow::build() {
+  HWND owner = host_.owner ? host_.owner() : nullptr;
+  window_ = stage_.module.makeWindow(*this, wide(form_.Caption()), kStyle, kExtended, owner);
+  stage_.look = std::make_unique<Look>(Look::dotsPerInch(window_));
+  stage_.tips = stage_.module.makeWidget(TOOLTIPS_CLASSW, L"", WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX,
+                                         WS_EX_TOPMOST, window_);
+  SendMessageW(stage_.tips, TTM_SETMAXTIPWIDTH, 0, stage_.look->px(kTipWidth));
+  SendMessageW(stage_.tips, TTM_SETDELAYTIME, TTDT_AUTOPOP, kShowsTipFor);
+  panel_ = std::make_unique<Panel>(form_.controls(), stage_, window_);
+  ShowWindow(panel_->window(), SW_SHOWNA);
+}
+
+void FormWindow::show() {
+  if (window_ == nullptr) build();
+  for (Mirror* mirror : all()) mirror->refresh();
+  refresh();
+  setSize();
+  stage_.doings.listening(true);
+  ShowWindow(window_, IsIconic(window_) != 0 ? SW_RESTORE : SW_SHOWNORMAL);
+  SetForegroundWindow(window_);
+  wasShown_ = true;
+  focus();
+}
+
+void FormWindow::hide() {
+  stage_.doings.listening(false);
+  stage_.doings.begun({});
+  focused_ = nullptr;
+  // First, or the window that is to come to the front cannot.
+  waits_.reset();
+  if (window_ != nullptr) ShowWindow(window_, SW_HIDE);
+}
+
+void FormWindow::run() {
+  show();
+  if (!host_.modeless_.contains(form_.Name())) waits_.emplace(window_);
+  // The loop may be one of several, one within the other, of which the innermost deals with all messages.
+  ++loops_;
+  MSG message = {};
+  while (form_.Visible()) {
+    const BOOL got = GetMessageW(&message, nullptr, 0, 0);
+    if (got <= 0) {
+      // The program is to end: whoever waits further out has to hear of it.
+      PostQuitMessage(static_cast<int>(message.wParam));
+      break;
+    }
+    host_.dispatch(message);
+  }
+  if (--loops_ == 0) hide();
+}
+
+void FormWindow::repaint() {
+  if (window_ == nullptr) return;
+  panel_->arrange();  // labels that came or grew have their places first
+  RedrawWindow(window_, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+}
+
+void FormWindow::refresh() {
+  if (window_ == nullptr) return;
+  if (textOf(window_) != form_.Caption()) SetWindowTextW(window_, wide(form_.Caption()));
+  refreshWindowState();
+  if (wasShown_ && form_.Visible() && focused_ != form_.ActiveControl()) focus();
+}
+
+void FormWindow::refreshWindowState() {
+  if (windowState_ == form_.WindowState()) return;
+  windowState_ = form_.WindowState();
+  if (IsWindowVisible(window_) != 0) ShowWindow(window_, windowState_ == 1 ? SW_MINIMIZE : SW_RESTORE);
+}
+
+std::vector<Mirror*> FormWindow::all() const {
+  std::vector<Mirror*> all;
+  if (!panel_) return all;
+  for (const auto& mirror : panel_->mirrors()) {
+    all.push_back(mirror.get());
+    const std::vector<Mirror*> inner = mirror->inner();
+    all.insert(all.end(), inner.begin(), inner.end());
+  }
+  return all;
+}
+
+Mirror* FormWindow::mirror(std::u16string_view control) const {
+  for (Mirror* mirror : all()) {
+    if (mirror->control().Name() == control) return mirror;
+  }
+  return nullptr;
+}
+
+MultiPageMirror* FormWindow::pages() const {
+  if (!panel_) return nullptr;
+  for (const auto& mirror : panel_->mirrors()) {
+    if (auto* pages = dynamic_cast<MultiPageMirror*>(mirror.get())) return pages;
+  }
+  return nullptr;
+}
+
+// Size and place
+
+SIZE FormWindow::around(SIZE inside) const {
+  RECT frame = {0, 0, inside.cx, inside.cy};
+  AdjustWindowRectEx(&frame, kStyle, FALSE, kExtended);
+  return {frame.right - frame.left, frame.bottom - frame.top};
+}
+
+void FormWindow::setSize() {
+  const HFONT font = stage_.look->font({});
+  const int letters = pages() != nullptr ? kLettersOfPages : kLetters;
+  const int width = std::max(panel_->leastWidth(), stage_.look->letterWidth(font) * letters);
+  RECT now = {};
+  GetClientRect(window_, &now);
+  if (wasShown_) {
+    // What the form says may have grown; the size is the user's otherwise.
+    const int height = panel_->heightFor(now.right, true);
+    if (height <= now.bottom || IsIconic(window_) != 0 || IsZoomed(window_) != 0) return;
+    const SIZE size = around({now.right, height});
+    SetWindowPos(window_, nullptr, 0, 0, size.cx, size.cy, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    return;
+  }
+  putInPlace(around({width, panel_->heightFor(width, false)}));
+}
+
+void FormWindow::putInPlace(SIZE size) {
+  HWND owner = GetWindow(window_, GW_OWNER);
+  const RECT screen = workAreaBeside(owner != nullptr ? owner : window_);
+  RECT around = screen;
+  if (owner != nullptr && IsIconic(owner) == 0) GetWindowRect(owner, &around);
+  size.cx = std::min(size.cx, screen.right - screen.left);
+  size.cy = std::min(size.cy, screen.bottom - screen.top);
+  LONG left = (around.left + around.right - size.cx) / 2;
+  LONG top = (around.top + around.bottom - size.cy) / 2;
+  if (loops_ == 0 && !waits_ && !form_.Activated.isHandled()) {
+    // A form that nobody waits for is beside what it is about: below, to the right.
+    left = around.right - size.cx - stage_.look->px(40);
+    top = around.bottom - size.cy - stage_.look->px(40);
+  }
+  left = std::clamp(left, screen.left, screen.right - size.cx);
+  top = std::clamp(top, screen.top, screen.bottom - size.cy);
+  SetWindowPos(window_, nullptr, left, top, size.cx, size.cy, SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void FormWindow::keepLeastSize(MINMAXINFO& limits) const {
+  if (!panel_) return;
+  const RECT screen = workAreaBeside(window_);
+  const int width = panel_->leastWidth();
+  const SIZE least = around({width, panel_->heightFor(width, true)});
+  // On a small screen pages scroll.
+  limits.ptMinTrackSize.x = std::min(least.cx, screen.right - screen.left);
+  limits.ptMinTrackSize.y = std::min({least.cy, screen.bottom - screen.top, LONG{stage_.look->px(500)}});
+}
+
+void FormWindow::changeResolution(UINT dotsPerInch, const RECT& place) {
+  const auto before = std::exchange(stage_.look, std::make_unique<Look>(dotsPerInch));
+  for (const auto& mirror : panel_->mirrors()) mirror->lookChanged();
+  SendMessageW(stage_.tips, TTM_SETMAXTIPWIDTH, 0, stage_.look->px(kTipWidth));
+  SetWindowPos(window_, nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
+               SWP_NOZORDER | SWP_NOACTIVATE);
+  panel_->arrange();
+}
+
+// Keys and the focus
+
+void FormWindow::focus() {
+  focused_ = form_.ActiveControl();
+  const std::vector<Mirror*> all = this->all();
+  const auto wanted = std::ranges::find_if(all, [&](const Mirror* mirror) {
+    return focused_ != nullptr ? &mirror->control() == focused_
+                               : mirror->inner().empty() && canTakeFocus(*mirror);
+  });
+  if (wanted == all.end()) return;
+  lastFocus_ = (*wanted)->widget();
+  if (GetActiveWindow() == window_) focusOn(**wanted);
+}
+
+void FormWindow::focusOn(const Mirror& mirror) {
+  SetFocus(mirror.widget());
+  if (MultiPageMirror* pages = this->pages()) pages->reveal(mirror);
+  // As in any dialog, a box of one line that is come to by key is marked whole.
+  wchar_t kind[8] = {};
+  GetClassNameW(mirror.widget(), kind, 8);
+  if (lstrcmpiW(kind, WC_EDITW) == 0 && (GetWindowLongW(mirror.widget(), GWL_STYLE) & ES_MULTILINE) == 0)
+    SendMessageW(mirror.widget(), EM_SETSEL, 0, -1);
+}
+
+void FormWindow::moveFocus(bool back) {
+  std::vector<Mirror*> stops = all();
+  const Mirror* now = mirrorAround(GetFocus());
+  std::erase_if(stops, [&](const Mirror* mirror) { return mirror != now && !canTakeFocus(*mirror); });
+  if (back) std::ranges::reverse(stops);
+  const auto here = std::ranges::find(stops, now);
+  if (here != stops.end()) std::ranges::rotate(stops, here + 1);
+  if (stops.empty() || stops.front() == now || !stage_.doings.settle()) return;
+  focusOn(*stops.front());
+}
+
+bool FormWindow::takes(MSG& message) {
+  if (message.message == WM_KEYDOWN && pressed(message.wParam)) return true;
+  // Keys in captions; the rest of what a dialog does with keys is done above.
+  const bool forDialog = message.message == WM_SYSCHAR || message.message == WM_SYSKEYDOWN;
+  return forDialog && IsDialogMessageW(window_, &message) != 0;
+}
+
+bool FormWindow::pressed(WPARAM key) {
+  if (isDown(VK_MENU) || !stage_.doings.listening()) return false;
+  Mirror* mirror = mirrorAround(GetFocus());
+  if (mirror != nullptr && mirror->wants(key)) return false;
+  const bool control = isDown(VK_CONTROL);
+  switch (key) {
+    case VK_ESCAPE:
+      if (control) return false;
+      closed();
+      return true;
+    case VK_TAB:
+    case VK_PRIOR:
+    case VK_NEXT: {
+      const bool back = key == VK_PRIOR || (key == VK_TAB && isDown(VK_SHIFT));
+      if (!control) {
+        if (key == VK_TAB) moveFocus(back);
+        return key == VK_TAB;
+      }
+      if (MultiPageMirror* pages = this->pages()) pages->turn(back ? -1 : 1);
+      return true;
+    }
+    case VK_RETURN:
+      return !control && pressEnter(mirror);
+    default:
+      return false;
+  }
+}
+
+bool FormWindow::pressEnter(Mirror* mirror) {
+  if (!stage_.doings.settle()) return true;
+  if (mirror != nullptr) {
+    if (auto* box = dynamic_cast<forms::TextBox*>(&mirror->control()))
+      stage_.doings.does([&] { box->pressKey(forms::kEnterKey); });
+  }
+  if (!stage_.doings.listening()) return true;
+  for (Mirror* each : all()) {
+    const auto* button = dynamic_cast<const forms::CommandButton*>(&each->control());
+    if (button == nullptr || !button->Default() || IsWindowVisible(each->widget()) == 0) continue;
+    each->press();
+    break;
+  }
+  return true;
+}
+
+void FormWindow::closed() {
+  stage_.doings.does([this] { form_.close(); });
+}
+
+void FormWindow::activates(bool on) {
+  if (!on) {
+    HWND focus = GetFocus();
+    if (focus != nullptr && IsChild(window_, focus) != 0) lastFocus_ = focus;
+    return;
+  }
+  stage_.doings.does([this] { form_.activate(); });
+}
+
+LRESULT FormWindow::receives(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+  switch (message) {
+    case WM_CLOSE:
+      closed();
+      return 0;
+    case WM_SIZE:
+      if (panel_ && wparam != SIZE_MINIMIZED)
+        MoveWindow(panel_->window(), 0, 0, LOWORD(lparam), HIWORD(lparam), TRUE);
+      return 0;
+    case WM_GETMINMAXINFO:
+      keepLeastSize(*reinterpret_cast<MINMAXINFO*>(lparam));
+      return 0;
+    case WM_ACTIVATE:
+      activates(LOWORD(wparam) != WA_INACTIVE);
+      break;
+    case WM_SETFOCUS:
+      if (lastFocus_ != nullptr && IsChild(window_, lastFocus_) != 0) SetFocus(lastFocus_);
+      return 0;
+    case kResolutionChanged:
+      if (panel_) changeResolution(HIWORD(wparam), *reinterpret_cast<const RECT*>(lparam));
+      return 0;
+    case WM_SETTINGCHANGE:
+    case WM_SYSCOLORCHANGE:
+      for (Mirror* mirror : all()) SendMessageW(mirror->widget(), message, wparam, lparam);
+      break;
+    case WM_NCDESTROY:
+      window_ = nullptr;
+      break;
+    default:
+      break;
+  }
+  return DefWindowProcW(window, message, wparam, lparam);
+}
+
+}  // namespace pluvo::forms_win32

@@ -1,0 +1,53 @@
+#include "forms_win32/forms.h"
+
+#include "form_window.h"
+#include "module.h"
+
+namespace pluvo::forms_win32 {
+
+Win32Forms::Win32Forms(forms::MessageBoxes& boxes) : boxes_(boxes), module_(std::make_unique<Module>()) {}
+
+Win32Forms::~Win32Forms() = default;
+
+FormWindow& Win32Forms::shownBy(forms::Form& form) {
+  if (const auto there = windows_.find(&form); there != windows_.end()) return *there->second;
+  const auto window = std::make_shared<FormWindow>(*this, form);
+  form.changed.handledBy([window] { window->refresh(); });
+  windows_[&form] = window.get();
+  return *window;
+}
+
+void Win32Forms::runModal(forms::Form& form) { shownBy(form).run(); }
+
+void Win32Forms::visibleChanged(forms::Form& form) {
+  if (form.Visible()) return shownBy(form).show();
+  if (const auto there = windows_.find(&form); there != windows_.end()) there->second->hide();
+}
+
+void Win32Forms::repaint(forms::Form& form) {
+  if (const auto there = windows_.find(&form); there != windows_.end()) there->second->repaint();
+}
+
+void Win32Forms::dispatch(MSG& message) {
+  HWND top = message.hwnd == nullptr ? nullptr : GetAncestor(message.hwnd, GA_ROOT);
+  for (const auto& [form, window] : windows_) {
+    if (window->window() != top || top == nullptr) continue;
+    if (window->takes(message)) return;
+    break;
+  }
+  TranslateMessage(&message);
+  DispatchMessageW(&message);
+}
+
+HWND Win32Forms::windowOf(const forms::Form& form) const {
+  const auto there = windows_.find(&form);
+  return there == windows_.end() ? nullptr : there->second->window();
+}
+
+HWND Win32Forms::widgetOf(const forms::Form& form, std::u16string_view control) const {
+  const auto there = windows_.find(&form);
+  const Mirror* mirror = there == windows_.end() ? nullptr : there->second->mirror(control);
+  return mirror == nullptr ? nullptr : mirror->widget();
+}
+
+}  // namespace pluvo::forms_win32

@@ -1,0 +1,149 @@
+#include "look.h"
+
+#include "text.h"
+
+#include <algorithm>
+
+namespace pluvo::forms_win32 {
+
+namespace {
+
+constexpr int kPointsPerInch = 72;
+
+/// The screen's drawing surface, to measure on.
+class Screen {
+ public:
+  explicit Screen(HFONT font) : surface_(GetDC(nullptr)), before_(SelectObject(surface_, font)) {}
+  Screen(const Screen&) = delete;
+  Screen& operator=(const Screen&) = delete;
+  ~Screen() {
+    SelectObject(surface_, before_);
+    ReleaseDC(nullptr, surface_);
+  }
+  HDC operator*() const { return surface_; }
+
+ private:
+  HDC surface_;
+  HGDIOBJ before_;
+};
+
+int CALLBACK isThere(const LOGFONTW*, const TEXTMETRICW*, DWORD, LPARAM found) {
+  *reinterpret_cast<bool*>(found) = true;
+  return 0;
+}
+
+bool hasFace(const std::u16string& name) {
+  LOGFONTW wanted = {};
+  wanted.lfCharSet = DEFAULT_CHARSET;
+  lstrcpynW(wanted.lfFaceName, wide(name), LF_FACESIZE);
+  bool found = false;
+  HDC screen = GetDC(nullptr);
+  EnumFontFamiliesExW(screen, &wanted, isThere, reinterpret_cast<LPARAM>(&found), 0);
+  ReleaseDC(nullptr, screen);
+  return found;
+}
+
+LOGFONTW systemFont() {
+  NONCLIENTMETRICSW metrics = {};
+  metrics.cbSize = sizeof metrics;
+  SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
+  return metrics.lfMessageFont;
+}
+
+}  // namespace
+
+UINT Look::dotsPerInch(HWND window) {
+  // Not there before Windows 10.
+  using Asks = UINT(WINAPI*)(HWND);
+  const auto ask = reinterpret_cast<Asks>(
+      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"user32"), "GetDpiForWindow")));
+  if (ask != nullptr) {
+    if (const UINT dots = ask(window); dots != 0) return dots;
+  }
+  HDC screen = GetDC(nullptr);
+  const int dots = GetDeviceCaps(screen, LOGPIXELSY);
+  ReleaseDC(nullptr, screen);
+  return static_cast<UINT>(dots);
+}
+
+HFONT Look::font(const forms::Font& font, bool underlined) {
+  auto& made = fonts_[{font.name, underlined ? -font.size : font.size}];
+  if (!made) {
+    LOGFONTW wanted = systemFont();
+    wanted.lfHeight = -MulDiv(font.size, static_cast<int>(dotsPerInch_), kPointsPerInch);
+    wanted.lfWidth = 0;
+    wanted.lfUnderline = underlined ? TRUE : FALSE;
+    if (hasFace(font.name)) lstrcpynW(wanted.lfFaceName, wide(font.name), LF_FACESIZE);
+    made.reset(CreateFontIndirectW(&wanted));
+  }
+  return made.get();
+}
+
+HFONT Look::symbolFont(int height) {
+  auto& made = fonts_[{u"", height}];
+  if (!made) {
+    LOGFONTW wanted = systemFont();
+    wanted.lfHeight = -height;
+    wanted.lfWidth = 0;
+    const std::u16string face = u"Segoe UI Symbol";
+    if (!hasFace(face)) return nullptr;
+    lstrcpynW(wanted.lfFaceName, wide(face), LF_FACESIZE);
+    made.reset(CreateFontIndirectW(&wanted));
+  }
+  return made.get();
+}
+
+HBRUSH Look::brush(COLORREF color) {
+  auto& made = brushes_[color];
+  if (!made) made.reset(CreateSolidBrush(color));
+  return made.get();
+}
+
+SIZE Look::size(const std::u16string& text, HFONT font, int width, bool marks) const {
+  const Screen screen(font);
+  RECT place = {0, 0, width, 0};
+  const UINT format = DT_CALCRECT | DT_WORDBREAK | DT_EXPANDTABS | (marks ? 0U : UINT{DT_NOPREFIX});
+  DrawTextW(*screen, wide(text), static_cast<int>(text.size()), &place, format);
+  return {place.right, place.bottom};
+}
+
+int Look::widestWord(const std::u16string& text, HFONT font) const {
+  const Screen screen(font);
+  int widest = 0;
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t end = std::min(text.find_first_of(u" \t\r\n", at), text.size());
+    SIZE size = {};
+    GetTextExtentPoint32W(*screen, wide(text) + at, static_cast<int>(end - at), &size);
+    widest = std::max(widest, static_cast<int>(size.cx));
+    at = end + 1;
+  }
+  return widest;
+}
+
+int Look::lineHeight(HFONT font) const {
+  const Screen screen(font);
+  TEXTMETRICW metrics = {};
+  GetTextMetricsW(*screen, &metrics);
+  return metrics.tmHeight;
+}
+
+int Look::letterWidth(HFONT font) const {
+  const Screen screen(font);
+  TEXTMETRICW metrics = {};
+  GetTextMetricsW(*screen, &metrics);
+  return metrics.tmAveCharWidth;
+}
+
+COLORREF boxColor(const forms::Control& control) {
+  if (control.BackStyle() == forms::BackStyle::transparent) return GetSysColor(COLOR_3DFACE);
+  return control.BackColor() == forms::kWhite ? GetSysColor(COLOR_WINDOW) : control.BackColor();
+}
+
+COLORREF textColorOn(COLORREF background) {
+  if (background == GetSysColor(COLOR_WINDOW)) return GetSysColor(COLOR_WINDOWTEXT);
+  if (background == GetSysColor(COLOR_3DFACE)) return GetSysColor(COLOR_BTNTEXT);
+  const int light = GetRValue(background) * 299 + GetGValue(background) * 587 + GetBValue(background) * 114;
+  return light > 128 * 1000 ? RGB(0, 0, 0) : RGB(255, 255, 255);
+}
+
+}  // namespace pluvo::forms_win32
