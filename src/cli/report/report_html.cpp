@@ -42,7 +42,9 @@ std::string escaped(std::string_view bytes) {
   return out;
 }
 
-std::string cell(std::int64_t number) { return "<td class=\"n\">" + std::to_string(number) + "</td>"; }
+std::string cell(std::string_view name, std::int64_t number) {
+  return "<td class=\"n\" data-name=\"" + std::string(name) + "\">" + std::to_string(number) + "</td>";
+}
 
 std::string line(std::string_view kind, const Excerpt& excerpt, std::string_view element) {
   const std::string name(element);
@@ -123,8 +125,8 @@ class HtmlReport final : public Printer {
     if (!outcome.savedAs.empty()) saved = "as " + escaped(outcome.savedAs);
     if (!outcome.backup.empty()) saved += ", original kept as " + escaped(outcome.backup);
     if (outcome.refused > 0) saved += ", " + std::to_string(outcome.refused) + " refused";
-    rows_ += name + cell(outcome.found) + cell(outcome.operated) + cell(outcome.skipped) + "<td>" + saved +
-             "</td></tr>\n";
+    rows_ += name + cell("Found", outcome.found) + cell("Operated on", outcome.operated) +
+             cell("Skipped", outcome.skipped) + "<td data-name=\"Saved\">" + saved + "</td></tr>\n";
   }
 
   static std::string table(std::string_view heading, const std::string& rows, std::string_view columns) {

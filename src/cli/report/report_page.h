@@ -6,7 +6,8 @@
 /// read.
 namespace pluvo::cli {
 
-/// Sizes are in rem, so that the reader's own text size holds. Old and new text are told apart by line and
+/// Sizes are in rem, so that the reader's own text size holds; where the page is narrow for it, as on a small
+/// screen or at a large zoom, rows of tables stand as lines below each other, each value with its name. Old and new text are told apart by line and
 /// sign as well as by colour. Blocks out of sight cost nothing until they are scrolled to, which keeps ten
 /// thousand quick.
 inline constexpr std::string_view kReportHead = R"html(<!DOCTYPE html>
@@ -49,7 +50,10 @@ li { border-top: 1px solid var(--line); padding: .5rem 0; content-visibility: au
 del { color: var(--old); background: var(--oldpaper); text-decoration: line-through; }
 ins { color: var(--new); background: var(--newpaper); text-decoration: underline; }
 mark { color: inherit; background: var(--mark); text-decoration: underline dotted; }
-@media (max-width: 44rem) { td:first-child { min-width: 7rem; } td.n, th.n { white-space: normal; padding-right: .75rem; } }
+@media screen and (max-width: 44rem) { body { padding: 1rem; } table, tbody, tr, td { display: block; } thead { position: absolute; clip-path: inset(50%); }
+  tr { padding: .5rem 0; border-bottom: 1px solid var(--line); } td, td.n { border: 0; padding: 0; text-align: left; }
+  td:first-child { min-width: 0; font-weight: 600; } td[data-name] { display: inline-block; margin-right: 1.25rem; }
+  td[data-name]::before { content: attr(data-name) " "; color: var(--soft); } }
 @media print { :root { font-size: 75%; } body { max-width: none; padding: 0; font-size: 10pt; } nav { display: none; } details { border: 0; break-inside: auto; }
   li { break-inside: avoid; content-visibility: visible; } summary { break-after: avoid; list-style: none; } }
 </style>
