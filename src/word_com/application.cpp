@@ -3,6 +3,7 @@
 #include "batch.h"
 #include "dispatch.h"
 #include "document.h"
+#include "text.h"
 #include "units.h"
 
 #include <utility>
@@ -15,7 +16,7 @@ class ComSelection final : public word::Selection {
  public:
   explicit ComSelection(Object selection) : selection_(std::move(selection)) {}
   std::int32_t Start() override { return selection_.get(L"Start").toInteger(); }
-  std::u16string Text() override { return selection_.get(L"Text").toText(); }
+  std::u16string Text() override { return withCellMarks(selection_.get(L"Text").toText()); }
   void SetRange(std::int32_t start, std::int32_t end) override {
     selection_.call(L"SetRange", Arguments().integer(start).integer(end));
   }

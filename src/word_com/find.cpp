@@ -123,7 +123,9 @@ bool ComFind::extendsToText(Span match, Span asked) {
     match = range_->span();
     if (asked.spans() && match.end > asked.end) return false;
   }
-  return sameText(range_->Text(), text_, matchCase_) && (!shortened || !wholeWord_ || isWholeWord(match));
+  // Word itself looks at the ends of a text of one word only.
+  const bool wordsUnseen = wholeWord_ && (shortened || text_.find(u' ') != std::u16string::npos);
+  return sameText(range_->Text(), text_, matchCase_) && (!wordsUnseen || isWholeWord(match));
 }
 
 bool ComFind::isWholeWord(Span span) const {

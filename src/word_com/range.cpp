@@ -2,7 +2,6 @@
 
 #include "errors/fault.h"
 #include "find.h"
-#include "text.h"
 #include "units.h"
 #include "word/faults.h"
 

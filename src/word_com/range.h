@@ -1,6 +1,7 @@
 #pragma once
 
 #include "dispatch.h"
+#include "text.h"
 #include "word/word_processor.h"
 
 #include <cstdint>
@@ -27,7 +28,7 @@ class ComRange final : public word::Range, public std::enable_shared_from_this<C
   void End(std::int32_t position) override { range_.put(L"End", Arguments().integer(position)); }
   void SetRange(std::int32_t start, std::int32_t end) override;
 
-  std::u16string Text() override { return range_.get(L"Text").toText(); }
+  std::u16string Text() override { return withCellMarks(range_.get(L"Text").toText()); }
   void Text(const std::u16string& text) override;
 
   std::int32_t MoveStart(word::WdUnits unit, word::MoveCount count) override;

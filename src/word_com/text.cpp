@@ -19,6 +19,15 @@ std::u16string withParagraphMarks(std::u16string_view text) {
   return result;
 }
 
+std::u16string withCellMarks(std::u16string_view text) {
+  std::u16string result;
+  result.reserve(text.size());
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text.substr(i, 2) != u"\r\a") result += text[i];
+  }
+  return result;
+}
+
 bool sameText(std::u16string_view left, std::u16string_view right, bool matchCase) {
   if (matchCase) return left == right;
   if (left.size() != right.size()) return false;

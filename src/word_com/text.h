@@ -18,6 +18,10 @@ inline std::u16string_view utf16(std::wstring_view text) {
 /// With every line end as the one paragraph mark that Word knows.
 std::u16string withParagraphMarks(std::u16string_view text);
 
+/// With one character for the mark of a table's cell or row, as it takes one position; Word gives two, 13
+/// and 7.
+std::u16string withCellMarks(std::u16string_view text);
+
 /// Whether they are the same, unit by unit; without case, units that differ in case only are the same.
 bool sameText(std::u16string_view left, std::u16string_view right, bool matchCase);
 
