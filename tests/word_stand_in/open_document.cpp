@@ -52,10 +52,11 @@ void OpenDocument::replace(Place& place, const std::u16string& newText) {
   const Position oldLength = length();
   const Span now = model().replace(replaced, newText, view);
   follow(place, before, replaced, oldLength, now);
-  place.set(now);
+  place.set(now.empty() ? Span{replaced.from, replaced.from} : now);
 }
 
 void OpenDocument::insertBefore(Place& place, const std::u16string& newText) {
+  if (place.span().empty()) return replace(place, newText);
   requireEditable();
   const auto before = spans();
   const Span old = place.span();
@@ -66,6 +67,7 @@ void OpenDocument::insertBefore(Place& place, const std::u16string& newText) {
 }
 
 void OpenDocument::insertAfter(Place& place, const std::u16string& newText) {
+  if (place.span().empty()) return replace(place, newText);
   requireEditable();
   const auto before = spans();
   const Span old = place.span();

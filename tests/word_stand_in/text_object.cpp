@@ -96,7 +96,8 @@ Span TextObject::spoken() const {
 }
 
 std::int32_t TextObject::count(std::int32_t unit) {
-  return std::max(open().model().count(spoken(), unitOf(unit), open().view), 1);
+  const std::int32_t count = open().model().count(spoken(), unitOf(unit), open().view);
+  return span().empty() ? std::max(count, 1) : count;
 }
 
 std::vector<Member> TextObject::common() {
