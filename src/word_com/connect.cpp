@@ -37,25 +37,27 @@ ComPtr<IDispatch> applicationBehind(const ComPtr<IDispatch>& object) {
   return result.toObject();
 }
 
+/// What is passed to the enumeration of windows.
+IDispatch** place(LPARAM found) {
+  return reinterpret_cast<IDispatch**>(found);  // NOLINT(performance-no-int-to-ptr): Windows passes it on so
+}
+
+BOOL CALLBACK takeNativeObject(HWND window, LPARAM found) {
+  if (!isOfClass(window, L"_WwG")) return TRUE;
+  return FAILED(AccessibleObjectFromWindow(window, static_cast<DWORD>(OBJID_NATIVEOM), IID_IDispatch,
+                                           reinterpret_cast<void**>(place(found))));
+}
+
+BOOL CALLBACK takeObjectInside(HWND window, LPARAM found) {
+  if (isOfClass(window, L"OpusApp")) EnumChildWindows(window, takeNativeObject, found);
+  return *place(found) == nullptr;
+}
+
 /// Where this thread is Word's own it has a window that shows a document, and that window gives Word's object
 /// for it. The table of running objects would give whichever Word came first.
 ComPtr<IDispatch> applicationOfOwnWindow() {
   ComPtr<IDispatch> object;
-  const auto showing = [](HWND window, LPARAM found) -> BOOL {
-    if (!isOfClass(window, L"_WwG")) return TRUE;
-    return FAILED(AccessibleObjectFromWindow(window, static_cast<DWORD>(OBJID_NATIVEOM), IID_IDispatch,
-                                             reinterpret_cast<void**>(found)));
-  };
-  struct Search {
-    WNDENUMPROC showing;
-    IDispatch** found;
-  } search{showing, object.GetAddressOf()};
-  const auto main = [](HWND window, LPARAM parameter) -> BOOL {
-    const auto& [inside, found] = *reinterpret_cast<const Search*>(parameter);
-    if (isOfClass(window, L"OpusApp")) EnumChildWindows(window, inside, reinterpret_cast<LPARAM>(found));
-    return *found == nullptr;
-  };
-  EnumThreadWindows(GetCurrentThreadId(), main, reinterpret_cast<LPARAM>(&search));
+  EnumThreadWindows(GetCurrentThreadId(), takeObjectInside, reinterpret_cast<LPARAM>(object.GetAddressOf()));
   return applicationBehind(object);
 }
 

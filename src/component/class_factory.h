@@ -1,0 +1,27 @@
+#pragma once
+
+#include "module.h"
+
+#include <unknwn.h>
+
+#include <atomic>
+
+namespace pluvo::component {
+
+/// Makes objects of the automation class.
+class ClassFactory final : public IClassFactory {
+ public:
+  STDMETHODIMP QueryInterface(REFIID interfaceId, void** object) noexcept override;
+  STDMETHODIMP_(ULONG) AddRef() noexcept override;
+  STDMETHODIMP_(ULONG) Release() noexcept override;
+  STDMETHODIMP CreateInstance(IUnknown* outer, REFIID interfaceId, void** object) noexcept override;
+  STDMETHODIMP LockServer(BOOL lock) noexcept override;
+
+ private:
+  ~ClassFactory() = default;
+
+  Alive alive_;
+  std::atomic<ULONG> references_ = 1;
+};
+
+}  // namespace pluvo::component

@@ -1,0 +1,83 @@
+#include "loaded_component.h"
+#include "pluvo_interface.h"
+
+#include <gmock/gmock.h>
+#include <wrl/client.h>
+
+#include <algorithm>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace pluvo::component {
+namespace {
+
+using Keys = std::set<std::wstring>;
+
+void collect(HKEY parent, const std::wstring& path, Keys& keys) {
+  HKEY key = nullptr;
+  if (RegOpenKeyExW(parent, path.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) return;
+  constexpr DWORD kMost = 256;
+  wchar_t name[kMost];
+  for (DWORD i = 0, length = kMost;
+       RegEnumKeyExW(key, i, name, &length, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
+       ++i, length = kMost) {
+    const std::wstring below = path + L"\\" + name;
+    keys.insert(below);
+    collect(parent, below, keys);
+  }
+  RegCloseKey(key);
+}
+
+/// All there is in the parts of the registry where classes are.
+Keys classKeys() {
+  Keys keys;
+  for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE})
+    for (const wchar_t* part : {L"CLSID", L"Interface", L"TypeLib", L"PLUVO.clsOpenPLUVO"})
+      collect(root, std::wstring(L"Software\\Classes\\") + part, keys);
+  return keys;
+}
+
+/// What was not there before.
+std::vector<std::wstring> left(const Keys& before) {
+  const Keys now = classKeys();
+  std::vector<std::wstring> added;
+  std::ranges::set_difference(now, before, std::back_inserter(added));
+  return added;
+}
+
+bool canBeCreated() {
+  Microsoft::WRL::ComPtr<_clsOpenPLUVO> object;
+  CLSID classId = {};
+  return SUCCEEDED(CLSIDFromProgID(L"PLUVO.clsOpenPLUVO", &classId)) && classId == CLSID_clsOpenPLUVO &&
+         SUCCEEDED(CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&object)));
+}
+
+bool hasTypeLibrary() {
+  Microsoft::WRL::ComPtr<ITypeLib> library;
+  return SUCCEEDED(LoadRegTypeLib(LIBID_PLUVO, 1, 0, 0, &library));
+}
+
+TEST(Registration, LeavesNoKey) {
+  const LoadedComponent component;
+  for (const wchar_t* all : {L"user", L"machine"}) component.install(false, all);
+  const Keys before = classKeys();
+  for (const wchar_t* wanted : {L"user", L"machine", L""}) {
+    EXPECT_EQ(component.install(true, wanted), S_OK);
+    EXPECT_TRUE(canBeCreated());
+    EXPECT_TRUE(hasTypeLibrary());
+    EXPECT_EQ(component.install(false, wanted), S_OK);
+    EXPECT_FALSE(canBeCreated());
+    EXPECT_THAT(left(before), testing::IsEmpty());
+  }
+  EXPECT_EQ(component.registerServer(), S_OK);
+  EXPECT_EQ(component.registerServer(), S_OK);
+  EXPECT_TRUE(canBeCreated());
+  EXPECT_EQ(component.unregisterServer(), S_OK);
+  EXPECT_EQ(component.unregisterServer(), S_OK);
+  EXPECT_EQ(component.install(true, L"everybody"), E_INVALIDARG);
+  EXPECT_THAT(left(before), testing::IsEmpty());
+}
+
+}  // namespace
+}  // namespace pluvo::component
