@@ -9,7 +9,7 @@
 #include <QDockWidget>
 #include <QMenuBar>
 #include <QMimeData>
-#include <QScrollArea>
+#include <QScreen>
 #include <QSettings>
 #include <QStatusBar>
 #include <QToolButton>
@@ -95,16 +95,11 @@ void MainWindow::buildDocuments() {
 }
 
 void MainWindow::buildPanel() {
-  dock_ = new QDockWidget(tr("Find && Operate"), this);
+  dock_ = new QDockWidget(tr("Find & Operate"), this);
   dock_->setObjectName(QStringLiteral("panel"));
   dock_->setAllowedAreas(Qt::LeftDockWidgetArea | Qt::RightDockWidgetArea | Qt::BottomDockWidgetArea);
   panel_ = new QWidget;
-  // On a small screen the dialog scrolls rather than losing its lower end.
-  auto* scrolled = new QScrollArea;
-  scrolled->setFrameShape(QFrame::NoFrame);
-  scrolled->setWidgetResizable(true);
-  scrolled->setWidget(panel_);
-  dock_->setWidget(scrolled);
+  dock_->setWidget(panel_);
   addDockWidget(Qt::RightDockWidgetArea, dock_);
 }
 
@@ -124,10 +119,10 @@ void MainWindow::restorePlace() {
   const QSettings settings;
   const bool restored = restoreGeometry(settings.value(QStringLiteral("window/geometry")).toByteArray());
   restoreState(settings.value(QStringLiteral("window/state")).toByteArray());
-  if (!restored) {
-    resize(1240, 780);
-    resizeDocks({dock_}, {540}, Qt::Horizontal);
-  }
+  if (restored) return;
+  const QSize room = screen()->availableGeometry().size();
+  resize(QSize(1360, 860).boundedTo(room));
+  if (room.width() <= 1366) setWindowState(Qt::WindowMaximized);
 }
 
 // The window's own events.

@@ -65,9 +65,8 @@ bool answered(const CommandLine& line) {
 
 int main(int count, char** words) {
   if (answered(parse(count, words))) return 0;
-  QApplication::setApplicationName(QStringLiteral("pluvo-desktop"));
+  QApplication::setApplicationName(QStringLiteral("PLUVO"));
   QApplication::setOrganizationName(QStringLiteral("PLUVO"));
-  QApplication::setApplicationDisplayName(QStringLiteral("PLUVO"));
   QApplication::setApplicationVersion(QStringLiteral(PLUVO_VERSION));
   QApplication::setDesktopFileName(QStringLiteral("pluvo-desktop"));
   QApplication program(count, words);  // takes the options of the windowing system out

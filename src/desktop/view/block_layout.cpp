@@ -18,15 +18,16 @@ constexpr int kDeepest = 16;
 constexpr qreal kCellPadding = 6;
 constexpr qreal kNarrowest = 24;
 
-QTextOption optionOf(const formats::Appearance& look, const QFont& font) {
+QTextOption optionOf(const formats::Appearance& look, bool rightToLeft, const QFont& font) {
   QTextOption option;
   option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-  option.setTextDirection(look.rightToLeft ? Qt::RightToLeft : Qt::LayoutDirectionAuto);
+  option.setTextDirection(rightToLeft ? Qt::RightToLeft : Qt::LeftToRight);
   option.setTabStopDistance(QFontMetricsF(font).averageCharWidth() * 8);
   using Alignment = formats::Appearance::Alignment;
-  if (look.alignment == Alignment::centre) option.setAlignment(Qt::AlignHCenter);
-  if (look.alignment == Alignment::end)
-    option.setAlignment(look.rightToLeft ? Qt::AlignLeft : Qt::AlignRight);
+  const bool atLeft = (look.alignment == Alignment::start) != rightToLeft;
+  option.setAlignment(look.alignment == Alignment::centre ? Qt::AlignHCenter
+                      : atLeft                            ? Qt::AlignLeft
+                                                          : Qt::AlignRight);
   return option;
 }
 
@@ -56,7 +57,9 @@ qreal BlockLayout::addParagraph(Span span, Column column, qreal top) {
   const QFont font = looks_.paragraphFont(look);
   auto layout = std::make_unique<QTextLayout>(shown.text(), font);
   layout->setCacheEnabled(true);
-  layout->setTextOption(optionOf(look, font));
+  // Where the format does not tell, the text does.
+  const bool byText = looks_.appearance.length() == 0 && shown.text().isRightToLeft();
+  layout->setTextOption(optionOf(look, look.rightToLeft || byText, font));
   layout->setFormats(looks_.formats(model_, shown, look));
   const QFontMetricsF metrics(font);
   if (look.heading != 0) top += metrics.height() * 0.5;

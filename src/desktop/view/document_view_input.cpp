@@ -74,27 +74,37 @@ Position DocumentView::beside(Position position, bool left) {
   return next != BlockLayout::kOutside ? next : neighbour(position, !left, false);
 }
 
-/// So many pixels up or down, in the column where the user began.
+/// At least so many pixels up or down, to another line, in the column where the user began.
 Position DocumentView::vertical(Position position, qreal by) {
-  std::size_t block = index_->at(position);
+  constexpr int kMostTries = 64;
+  constexpr qreal kStep = 6;
+  const std::size_t start = index_->at(position);
   const QRectF caret = caretRect(position);
   if (preferredX_ < 0) preferredX_ = caret.left();
-  qreal y = (by < 0 ? caret.top() : caret.bottom()) + by;
-  while (y < 0 && block > 0) {
-    --block;
-    layoutOf(block);
-    y += index_->height(block);
+  const qreal direction = by < 0 ? -1 : 1;
+  const qreal from = (by < 0 ? caret.top() : caret.bottom()) + by;
+  // Gaps between paragraphs, borders and hidden paragraphs are passed over.
+  for (int i = 0; i < kMostTries; ++i) {
+    std::size_t block = start;
+    qreal y = from + direction * kStep * i;
+    while (y < 0 && block > 0) {
+      --block;
+      layoutOf(block);
+      y += index_->height(block);
+    }
+    while (y >= index_->height(block) && block + 1 < index_->count()) {
+      y -= index_->height(block);
+      ++block;
+      layoutOf(block);
+    }
+    const Position found = positionAt(block, {preferredX_, y});
+    const QRectF there = caretRect(found);
+    const bool beyond = block == start
+                            ? direction * (there.center().y() - caret.center().y()) > there.height() / 2
+                            : (block > start) == (by > 0);
+    if (beyond && !layoutOf(block).empty()) return found;
   }
-  while (y >= index_->height(block) && block + 1 < index_->count()) {
-    y -= index_->height(block);
-    ++block;
-    layoutOf(block);
-  }
-  const Position found = positionAt(block, {preferredX_, y});
-  // The gap between two blocks may belong to the one left.
-  if (by > 0 && found <= position) return neighbour(atLineEnd(position, true), true, false);
-  if (by < 0 && found >= position) return neighbour(atLineEnd(position, false), false, false);
-  return found;
+  return position;
 }
 
 Position DocumentView::atLineEnd(Position position, bool end) {

@@ -1,0 +1,114 @@
+#include "block_index.h"
+
+#include "documents/support/notation.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pluvo::view {
+namespace {
+
+int guess(Span block, bool isRow) { return isRow ? 1000 : block.length(); }
+
+/// The blocks as "from-to", a row with an r behind it.
+std::string print(const BlockIndex& index) {
+  std::string result;
+  for (std::size_t i = 0; i < index.count(); ++i) {
+    const Span span = index.span(i);
+    result += std::to_string(span.from) + '-' + std::to_string(span.to) + (index.isRow(i) ? "r " : " ");
+  }
+  return result;
+}
+
+TEST(BlockIndex, DividesADocumentIntoParagraphsAndRows) {
+  const struct {
+    std::string_view notation;
+    std::string blocks;
+  } cases[] = {
+      {"¶", "0-1 "},
+      {"one¶two§three¶", "0-4 4-8 8-14 "},
+      {"a¶⟦b¦c¶d¦‖e¦‖⟧f¶", "0-2 2-9r 9-12r 12-14 "},
+      {"⟦a¦⟦b¦‖c¦‖⟧¶¦‖⟧f¶", "0-11r 11-13 "},  // a table in a cell
+      {"a{code|re¶sult}b¶", "0-10 10-17 "},
+  };
+  for (const auto& it : cases) {
+    notation::Sample sample(it.notation);
+    EXPECT_EQ(print(BlockIndex(sample.model(), guess)), it.blocks) << it.notation;
+  }
+  notation::Sample giant(std::string(20000, 'x') + "¶");
+  const BlockIndex index(giant.model(), guess);
+  EXPECT_EQ(index.count(), 3U);
+  EXPECT_EQ(index.span(2).to, 20001);
+}
+
+/// Tells the index what the model tells.
+struct Follower : model::Observer {
+  explicit Follower(BlockIndex& followed) : index(followed) {}
+  void replaced(Span span, Position newLength) override { index.edited(span, newLength); }
+  BlockIndex& index;
+};
+
+TEST(BlockIndex, FollowsAnyEdits) {
+  std::mt19937 random(7);
+  const auto below = [&](int bound) { return static_cast<int>(random() % static_cast<unsigned>(bound)); };
+  for (int round = 0; round < 300; ++round) {
+    notation::Sample sample("one¶two three¶⟦a¦b¶c¦‖d¦⟦e¦‖⟧¶¦‖⟧four {code|result}¶¶five§six¶" +
+                            std::string(round % 3 == 0 ? 9000 : 5, 'z') + "¶");
+    model::Model& model = sample.model();
+    BlockIndex index(model, guess);
+    Follower follower(index);
+    model.observer(&follower);
+    std::vector<model::Model::Snapshot> snapshots{model.snapshot()};
+    for (int edits = 1 + below(8); edits > 0; --edits) {
+      const Position from = below(model.length());
+      const Position to = std::min(model.length(), from + (below(4) == 0 ? below(3000) : below(6)));
+      const std::u16string texts[] = {u"", u"x", u"new\rparagraph", u"\r\r", std::u16string(9000, u'y')};
+      if (below(12) == 0) {
+        model.restore(snapshots.front());
+      } else {
+        model.replace({from, to}, texts[below(5)], text::View::results);
+      }
+      if (below(3) == 0) index.settle();
+    }
+    index.settle();
+    // A long paragraph may be cut elsewhere than from its beginning.
+    const auto boundaries = [&](const BlockIndex& of) {
+      std::string result;
+      for (std::size_t i = 0; i < of.count(); ++i) {
+        const Position to = of.span(i).to;
+        EXPECT_LE(of.span(i).length(), of.isRow(i) ? to : BlockIndex::kLongest);
+        if (of.isRow(i) || model.endsParagraph(to - 1)) result += std::to_string(to) + ' ';
+      }
+      return result;
+    };
+    ASSERT_EQ(boundaries(index), boundaries(BlockIndex(model, guess))) << "round " << round;
+    ASSERT_EQ(index.span(index.count() - 1).to, model.length());
+    model.observer(nullptr);
+  }
+}
+
+TEST(BlockIndex, KnowsHeights) {
+  notation::Sample sample("a¶bb¶ccc¶");
+  BlockIndex index(sample.model(), [](Span, bool) { return 10; });
+  EXPECT_EQ(index.top(index.count()), 30);
+  index.setHeight(1, 50);
+  EXPECT_EQ(index.top(2), 60);
+  EXPECT_EQ(index.atHeight(59), 1U);
+  EXPECT_EQ(index.atHeight(60), 2U);
+  EXPECT_EQ(index.atHeight(1000), 2U);
+  EXPECT_TRUE(index.exact(1));
+  Follower follower(index);
+  sample.model().observer(&follower);
+  sample.model().insertBefore(0, u"1234");
+  sample.model().observer(nullptr);
+  index.settle();
+  EXPECT_EQ(index.at(6), 1U);
+  EXPECT_EQ(index.top(2), 60) << "a height that was known is still the better guess";
+}
+
+}  // namespace
+}  // namespace pluvo::view
