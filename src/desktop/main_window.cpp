@@ -35,6 +35,7 @@ MainWindow::MainWindow(const Places& places, Choosers choosers)
   titles_.setInterval(60);
   connect(&titles_, &QTimer::timeout, this, &MainWindow::updateTitles);
   working_.changed = [this](bool underWay) { workChanged(underWay); };
+  working_.ended = [this] { workEnded(); };
   watch_.begun = [this] {
     if (OpenDocument* document = find(*application_->active())) document->passBegins();
   };
@@ -73,7 +74,7 @@ void MainWindow::buildDocuments() {
   tabs_->setAccessibleName(tr("Documents"));
   connect(tabs_, &QTabWidget::currentChanged, this, &MainWindow::tabChosen);
   connect(tabs_, &QTabWidget::tabCloseRequested, this, [this](int index) {
-    if (OpenDocument* document = inTab(index); document != nullptr && !refusedNow()) close(*document);
+    if (OpenDocument* document = inTab(index); document != nullptr && !refusedNow()) closeDocument(*document);
   });
 
   auto* welcome = new QWidget;
@@ -136,10 +137,13 @@ void MainWindow::closeEvent(QCloseEvent* event) {
   }
   closeWanted_ = false;
   dialog_->endConfirmation();
-  while (!documents_.empty()) {
-    OpenDocument& document = *documents_.back();
-    if (!close(document)) return;
+  // All questions first: who stays after all finds everything as it was.
+  for (std::size_t i = 0; i < documents_.size(); ++i) {
+    if (!mayClose(*documents_[i])) return;
   }
+  closingByUser_ = true;
+  while (!documents_.empty()) application_->close(documents_.back()->document());
+  closingByUser_ = false;
   QSettings settings;
   settings.setValue(QStringLiteral("window/geometry"), saveGeometry());
   settings.setValue(QStringLiteral("window/state"), saveState());
@@ -291,12 +295,13 @@ void MainWindow::workChanged(bool underWay) {
   }
   panel_->setEnabled(!underWay && !dialog_->confirming());
   updateActions();
-  if (underWay) return;
-  syncTabs();
-  if (focusBefore_ && focusBefore_->isEnabled() && focusBefore_->isVisible() &&
-      QApplication::focusWidget() == nullptr)
+  if (!underWay && focusBefore_ && focusBefore_->isVisible() && QApplication::focusWidget() == nullptr)
     focusBefore_->setFocus();
-  for (const std::string& path : std::exchange(reopened_, {})) open(path);
+}
+
+void MainWindow::workEnded() {
+  syncTabs();
+  for (const std::string& path : std::exchange(reopened_, {})) openOne(path);
   if (closeWanted_) QTimer::singleShot(0, this, &QWidget::close);
 }
 

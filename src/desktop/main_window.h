@@ -64,12 +64,12 @@ class MainWindow final : public QMainWindow, private memory::ApplicationObserver
 
   // Documents.
   void chooseAndOpen();
-  bool open(const std::string& path);
+  bool openOne(const std::string& path);
   bool save(OpenDocument& document);
   bool saveAs(OpenDocument& document);
   bool tellNotSaved(OpenDocument& document, const errors::Fault& fault);
   bool mayClose(OpenDocument& document);
-  bool close(OpenDocument& document);
+  bool closeDocument(OpenDocument& document);
   void saveCurrent();
   void saveCurrentAs();
   void closeCurrent();
@@ -88,6 +88,7 @@ class MainWindow final : public QMainWindow, private memory::ApplicationObserver
   void updateActions();
   void updateRecent();
   void workChanged(bool underWay);
+  void workEnded();
   void confirmingChanged();
   void blockAwaits();
   void nextTab(int step);

@@ -48,11 +48,11 @@ void MainWindow::chooseAndOpen() {
 void MainWindow::open(const std::vector<std::string>& paths) {
   if (paths.empty() || refusedNow()) return;
   for (const std::string& path : paths) {
-    if (open(absolute(path))) rememberRecent(absolute(path));
+    if (openOne(absolute(path))) rememberRecent(absolute(path));
   }
 }
 
-bool MainWindow::open(const std::string& path) {
+bool MainWindow::openOne(const std::string& path) {
   errors::Fault fault;
   try {
     const auto document = application_->open(path);
@@ -78,7 +78,7 @@ void MainWindow::saveCurrentAs() {
 }
 
 void MainWindow::closeCurrent() {
-  if (current() != nullptr && !refusedNow()) close(*current());
+  if (current() != nullptr && !refusedNow()) closeDocument(*current());
 }
 
 bool MainWindow::save(OpenDocument& document) {
@@ -176,7 +176,7 @@ bool MainWindow::mayClose(OpenDocument& document) {
   }
 }
 
-bool MainWindow::close(OpenDocument& document) {
+bool MainWindow::closeDocument(OpenDocument& document) {
   if (!mayClose(document)) return false;
   const auto closed = document.document();
   closingByUser_ = true;
@@ -202,7 +202,7 @@ void MainWindow::redo() {
 
 void MainWindow::openInstructions() {
   if (refusedNow()) return;
-  open(errors::nameBytes(component_) + "/Instructions.doc");
+  openOne(errors::nameBytes(component_) + "/Instructions.doc");
 }
 
 }  // namespace pluvo::desktop

@@ -97,6 +97,7 @@ void Working::customEvent(QEvent*) {
   if (breathing_) return;
   underWay_ = false;
   if (std::exchange(shown_, false)) changed(false);
+  ended();
 }
 
 }  // namespace pluvo::desktop

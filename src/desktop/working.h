@@ -30,6 +30,8 @@ class Working : public QObject {
 
   /// Called before the first events that are dealt with during work (true), and when it has ended (false).
   std::function<void(bool)> changed = [](bool) {};
+  /// Called when work has ended, however short it was.
+  std::function<void()> ended = [] {};
   std::function<void()> cancelled = [] {};
 
   static constexpr int kEvery = 20;

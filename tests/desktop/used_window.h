@@ -1,0 +1,171 @@
+#pragma once
+
+#include "documents/files/scratch.h"
+#include "main_window.h"
+
+#include <QtTest/QtTest>
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace pluvo::desktop {
+
+/// The program's window, and a user who works it: test bodies are given to use().
+class UsedWindow : public testing::Test {
+ protected:
+  UsedWindow() {
+    QSettings().clear();
+    // "Ctrl+V inserts what is selected", and a run without boxes, are ticked where a test wants them.
+    std::filesystem::remove_all(
+        QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation).toStdString() + "/PLUVO");
+    window = std::make_unique<MainWindow>(
+        machinePlaces(), Choosers{[this](QWidget*, const QString&) { return QStringList(toOpen); },
+                                  [this](QWidget*, const QString&) -> std::optional<QString> {
+                                    if (saveAsNames.empty()) return std::nullopt;
+                                    const QString name = saveAsNames.front();
+                                    saveAsNames.pop_front();
+                                    return name;
+                                  }});
+    window->resize(1300, 740);
+    window->show();
+    answering_.setInterval(5);
+    QObject::connect(&answering_, &QTimer::timeout, [this] { answer(); });
+    answering_.start();
+  }
+
+  /// Runs the script while the dialog is open, then closes the window. Boxes that it did not expect fail it.
+  void use(const std::function<void()>& script) {
+    QTimer::singleShot(0, window.get(), [this, &script] {
+      script();
+      EXPECT_TRUE(answers_.empty()) << "boxes that did not come";
+      answers_.clear();
+      discarding_ = true;
+      window->close();
+    });
+    window->openDialog();
+    EXPECT_FALSE(window->isVisible());
+  }
+
+  /// What the user does in the next box that waits for an answer.
+  void expectBox(std::function<void(QWidget& box)> doing) { answers_.push_back(std::move(doing)); }
+  void expectPress(const char* button) {
+    expectBox([button](QWidget& box) { press(box, button); });
+  }
+  void expectAnswer(QMessageBox::StandardButton button) {
+    expectBox([button](QWidget& box) { dynamic_cast<QMessageBox&>(box).button(button)->click(); });
+  }
+  /// A box of the program whose answer reads so.
+  void expectChoice(const QString& text) {
+    expectBox([text](QWidget& box) {
+      for (QAbstractButton* button : box.findChildren<QAbstractButton*>()) {
+        if (button->text() == text) return button->click();
+      }
+      ADD_FAILURE() << "no button " << text.toStdString();
+      dynamic_cast<QDialog&>(box).reject();
+    });
+  }
+
+  template <class Widget>
+  Widget& control(const char* name) {
+    auto* found = window->findChild<Widget*>(QLatin1String(name));
+    if (found == nullptr) throw std::runtime_error(name);
+    return *found;
+  }
+  void type(const char* box, const char* text) {
+    auto& edit = control<QWidget>(box);
+    edit.setFocus();
+    QTest::keyClick(&edit, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(&edit, Qt::Key_Delete);
+    QTest::keyClicks(&edit, QString::fromUtf8(text));
+  }
+  void choose(const char* list, const char* row) {
+    auto& combo = control<QComboBox>(list);
+    combo.setFocus();
+    emit combo.activated(combo.findText(QLatin1String(row)));
+  }
+  void tick(const char* box, bool on = true) {
+    control<QCheckBox>(box).isChecked() == on || (control<QCheckBox>(box).click(), true);
+  }
+  void execute() { control<QPushButton>("cmdExecuteFAR").click(); }
+  static void press(QWidget& in, const char* button) {
+    auto* found = in.findChild<QAbstractButton*>(QLatin1String(button));
+    ASSERT_NE(found, nullptr) << button << " in " << in.objectName().toStdString();
+    found->click();
+  }
+  /// The confirmation, while it is shown.
+  static QWidget* confirmation() {
+    for (QWidget* top : QApplication::topLevelWidgets()) {
+      if (top->objectName() == QLatin1String("frmProcessing") && top->isVisible()) return top;
+    }
+    return nullptr;
+  }
+  static void settle() {
+    for (int rounds = 0; rounds < 5; ++rounds) QCoreApplication::processEvents();
+  }
+
+  OpenDocument& open(const std::string& path) {
+    window->open(std::vector<std::string>{path});
+    settle();
+    return *window->current();
+  }
+  std::string text(OpenDocument& document) {
+    const model::Model& model = document.document()->model();
+    return QString::fromStdU16String(model.text().substring(0, model.length())).toStdString();
+  }
+  std::string selected(OpenDocument& document) {
+    return QString::fromStdU16String(document.document()->model().visibleText(
+                                         document.document()->selection(), text::View::results))
+        .toStdString();
+  }
+  void menu(const char* text) {
+    for (QAction* action : window->findChildren<QAction*>()) {
+      if (action->text() == QString::fromUtf8(text)) return action->trigger();
+    }
+    ADD_FAILURE() << "no action " << text;
+  }
+
+  files::Scratch scratch;
+  QStringList toOpen;
+  std::deque<QString> saveAsNames;
+  std::unique_ptr<MainWindow> window;
+
+ private:
+  void answer() {
+    QWidget* const box = QApplication::activeModalWidget();
+    if (box == nullptr || box == answered_) return;
+    answered_ = box;
+    QObject::connect(box, &QObject::destroyed, [this, box] {
+      if (answered_ == box) answered_ = nullptr;
+    });
+    if (!answers_.empty()) {
+      const auto doing = answers_.front();
+      answers_.pop_front();
+      doing(*box);
+    } else if (auto* message = qobject_cast<QMessageBox*>(box)) {
+      if (!discarding_)
+        ADD_FAILURE() << message->text().toStdString() << message->informativeText().toStdString();
+      if (QAbstractButton* discard = message->button(QMessageBox::Discard)) {
+        discard->click();
+      } else {
+        message->reject();
+      }
+    } else {
+      ADD_FAILURE() << box->objectName().toStdString();
+      static_cast<QDialog*>(box)->reject();
+    }
+    // The same window may be shown again.
+    answered_ = nullptr;
+  }
+
+  std::deque<std::function<void(QWidget&)>> answers_;
+  QWidget* answered_ = nullptr;
+  bool discarding_ = false;
+  QTimer answering_;
+};
+
+}  // namespace pluvo::desktop

@@ -1,0 +1,263 @@
+#include "document_builder.h"
+#include "used_window.h"
+
+#include <QtTest/QtTest>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <string>
+
+namespace pluvo::desktop {
+namespace {
+
+using testing::HasSubstr;
+
+constexpr const char* kMinutes = "one [a]secret[b] two\n[a]more[b]\nlast [a]x[b]\n";
+
+std::string docx(std::string_view body) {
+  const files::Bytes bytes = docx::documentOf(body);
+  return {reinterpret_cast<const char*>(bytes.view.data()), bytes.view.size()};
+}
+
+std::string inFile(const std::string& path) {
+  const auto opened = store::Store().open(path);
+  const model::Model& model = opened->document()->model();
+  return QString::fromStdU16String(model.text().substring(0, model.length())).toStdString();
+}
+
+TEST_F(UsedWindow, ServesAUsersWholePath) {
+  const std::string path = scratch.put(
+      "minutes.docx", docx(docx::p(docx::run("one [a]sec") + docx::run("ret[b] two", "<w:b/>")) +
+                           docx::p(docx::run("[a]more[b]")) + docx::p(docx::run("last [a]x[b]"))));
+  use([&] {
+    OpenDocument& document = open(path);
+    type("txtBeginText", "[a]");
+    type("txtEndText", "[b]");
+    choose("cboxProcOperation1", "Replace");
+    type("txtTextToEnter", "(gone)");
+    tick("chkConfirmEach");
+    execute();
+
+    ASSERT_NE(confirmation(), nullptr);
+    EXPECT_EQ(selected(document), "[a]secret[b]");
+    const QRect block = document.view()->selectionRect();
+    EXPECT_FALSE(block.isEmpty());
+    EXPECT_FALSE(confirmation()->frameGeometry().intersects(
+        block.translated(document.view()->viewport()->mapToGlobal(QPoint(0, 0)))));
+    EXPECT_FALSE(control<QPushButton>("cmdExecuteFAR").isEnabled()) << "a second run";
+    window->open({path});
+    EXPECT_THAT(window->statusBar()->currentMessage().toStdString(), HasSubstr("under way"));
+
+    press(*confirmation(), "cmdPerform");
+    settle();
+    ASSERT_NE(confirmation(), nullptr);
+    EXPECT_EQ(selected(document), "[a]more[b]");
+    EXPECT_EQ(text(document), "one (gone) two\r[a]more[b]\rlast [a]x[b]\r") << "seen at once";
+    EXPECT_TRUE(window->isWindowModified());
+    press(*confirmation(), "cmdSkip");
+    settle();
+    expectBox([](QWidget& stats) {
+      EXPECT_THAT(stats.findChild<QLabel*>("lblStats")->text().toStdString(),
+                  testing::AllOf(HasSubstr("Found:3"), HasSubstr("Operated on:2"), HasSubstr("Skipped:1")));
+      press(stats, "cmdContinue");
+    });
+    press(*confirmation(), "cmdPerform");
+    settle();
+    EXPECT_EQ(confirmation(), nullptr);
+    EXPECT_TRUE(control<QPushButton>("cmdExecuteFAR").isEnabled());
+
+    menu("&Save");
+    EXPECT_FALSE(window->isWindowModified());
+    EXPECT_EQ(inFile(path), "one (gone) two\r[a]more[b]\rlast (gone)\r");
+
+    menu("&Undo Last Pass");
+    EXPECT_EQ(text(document), "one [a]secret[b] two\r[a]more[b]\rlast [a]x[b]\r");
+    EXPECT_TRUE(window->isWindowModified()) << "the file has the later text";
+    menu("&Redo Pass");
+    EXPECT_EQ(text(document), "one (gone) two\r[a]more[b]\rlast (gone)\r");
+    menu("&Undo Last Pass");
+    menu("&Save");
+    EXPECT_EQ(inFile(path), "one [a]secret[b] two\r[a]more[b]\rlast [a]x[b]\r");
+  });
+}
+
+TEST_F(UsedWindow, PastesWhatIsSelectedInTheDocument) {
+  use([&] {
+    OpenDocument& document = open(scratch.put("a.txt", kMinutes));
+    document.document()->select({4, 16});
+    tick("chkControlVButton");
+    auto& begin = control<QWidget>("txtBeginText");
+    QGuiApplication::clipboard()->setText(QStringLiteral("from the clipboard"));
+    begin.setFocus();
+    QTest::keyClick(&begin, Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(control<QPlainTextEdit>("txtBeginText").toPlainText(), QStringLiteral("[a]secret[b]"));
+
+    document.document()->select({21, 24});
+    expectAnswer(QMessageBox::Yes);
+    auto& end = control<QPlainTextEdit>("txtEndText");
+    end.setFocus();
+    QTest::mouseClick(end.viewport(), Qt::RightButton);
+    QTest::qWait(50);
+    EXPECT_EQ(end.toPlainText(), QStringLiteral("[a]"));
+
+    document.document()->select({0, 0});
+    QTest::keyClick(&end, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(&end, Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(end.toPlainText(), QStringLiteral("from the clipboard"))
+        << "an insertion point is no selection";
+  });
+}
+
+TEST_F(UsedWindow, RunsOverTheFilesOfAFolder) {
+  for (const char* name : {"a.txt", "b.txt", "c.txt", "d.txt"}) scratch.put(name, kMinutes);
+  chmod(scratch.path("d.txt").c_str(), 0444);
+  use([&] {
+    open(scratch.path("a.txt"));
+    type("txtBeginText", "[a]");
+    choose("cboxProcOperation1", "Delete");
+    tick("chkQuiteMode");
+    type("txtFilePath", scratch.path("").c_str());
+    tick("chkFTdoc", false);
+    tick("chkFTtxt");
+    control<QPushButton>("cmdGetPotentialFiles").click();
+    auto& list = control<QListView>("lbxPotentialFiles");
+    ASSERT_EQ(list.model()->rowCount(), 4);
+    list.setCurrentIndex(list.model()->index(1, 0));
+    control<QPushButton>("cmdRemoveFiles").click();
+    ASSERT_EQ(list.model()->rowCount(), 3);
+
+    expectAnswer(QMessageBox::Yes);  // d.txt is read-only; to be saved elsewhere
+    saveAsNames = {QString::fromStdString(scratch.path("d2.txt"))};
+    execute();
+    settle();
+    const std::string done = "one secret[b] two\nmore[b]\nlast x[b]\n";
+    EXPECT_EQ(scratch.get("a.txt"), done);
+    EXPECT_EQ(scratch.get("b.txt"), kMinutes) << "taken out of the list";
+    EXPECT_EQ(scratch.get("c.txt"), done);
+    EXPECT_EQ(scratch.get("d.txt"), kMinutes);
+    EXPECT_EQ(scratch.get("d2.txt"), done);
+    const std::string summary = control<QPlainTextEdit>("txtOperationDisplay").toPlainText().toStdString();
+    for (const char* name : {"a.txt", "c.txt", "d.txt"}) EXPECT_THAT(summary, HasSubstr(name));
+    ASSERT_NE(window->current(), nullptr) << "the user's own document is opened again";
+    EXPECT_EQ(window->current()->name(), QStringLiteral("a.txt"));
+    EXPECT_EQ(text(*window->current()).substr(0, 10), "one secret");
+  });
+}
+
+TEST_F(UsedWindow, ShowsTheFilesThatAreConfirmed) {
+  for (const char* name : {"a.txt", "b.txt"}) scratch.put(name, kMinutes);
+  use([&] {
+    type("txtBeginText", "secret");
+    choose("cboxProcOperation1", "Delete");
+    tick("chkConfirmEach");
+    tick("chkQuiteMode");
+    type("txtFilePath", scratch.path("").c_str());
+    tick("chkFTtxt");
+    execute();
+    ASSERT_NE(confirmation(), nullptr);
+    EXPECT_EQ(window->current()->name(), QStringLiteral("a.txt"));
+    EXPECT_EQ(selected(*window->current()), "secret");
+    press(*confirmation(), "cmdPerform");
+    settle();
+    ASSERT_NE(confirmation(), nullptr);
+    EXPECT_EQ(window->current()->name(), QStringLiteral("b.txt"));
+    press(*confirmation(), "cmdSkip");
+    settle();
+    EXPECT_EQ(confirmation(), nullptr);
+    EXPECT_EQ(window->current(), nullptr);
+    EXPECT_EQ(scratch.get("a.txt").substr(0, 10), "one [a][b]");
+    EXPECT_EQ(scratch.get("b.txt"), kMinutes);
+  });
+}
+
+TEST_F(UsedWindow, KeepsTheTextWhereItsFileIsGone) {
+  use([&] {
+    OpenDocument& document = open(scratch.put("a.txt", kMinutes));
+    document.document()->model().replace({0, 3}, u"1", text::View::results);
+    QTest::qWait(100);
+    std::filesystem::remove(scratch.path("a.txt"));
+    expectChoice(QStringLiteral("Save &As …"));
+    expectChoice(QStringLiteral("Save &As …"));
+    saveAsNames = {QString::fromStdString(scratch.path("no such folder/a.txt")),
+                   QString::fromStdString(scratch.path("kept.txt"))};
+    menu("&Save");
+    EXPECT_EQ(scratch.get("kept.txt").substr(0, 5), "1 [a]");
+    EXPECT_EQ(document.name(), QStringLiteral("kept.txt"));
+    EXPECT_FALSE(document.changed());
+
+    saveAsNames = {QString::fromStdString(scratch.path("copy.docx"))};
+    menu("Save &As …");
+    EXPECT_TRUE(std::filesystem::exists(scratch.path("copy.docx.txt"))) << "a document stays of its kind";
+  });
+}
+
+TEST_F(UsedWindow, AsksBeforeChangesAreLost) {
+  use([&] {
+    OpenDocument& document = open(scratch.put("a.txt", kMinutes));
+    open(scratch.put("b.txt", "b\n"));
+    const auto change = [&] { document.document()->model().replace({0, 1}, u"O", text::View::results); };
+    change();
+    expectAnswer(QMessageBox::Cancel);
+    window->close();
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_EQ(window->current(), &document) << "the one that is asked about";
+    expectAnswer(QMessageBox::Discard);
+    menu("&Close");
+    EXPECT_EQ(scratch.get("a.txt"), kMinutes);
+
+    OpenDocument& again = open(scratch.path("a.txt"));
+    again.document()->model().replace({0, 1}, u"O", text::View::results);
+    expectAnswer(QMessageBox::Save);
+    menu("&Close");
+    EXPECT_EQ(scratch.get("a.txt").substr(0, 3), "One");
+    EXPECT_EQ(window->current()->name(), QStringLiteral("b.txt"));
+    EXPECT_EQ(window->application()->active()->Name(), u"b.txt");
+  });
+}
+
+TEST_F(UsedWindow, EndsAConfirmationBeforeItCloses) {
+  use([&] {
+    open(scratch.put("a.txt", kMinutes));
+    type("txtBeginText", "[a]");
+    choose("cboxProcOperation1", "Delete");
+    tick("chkConfirmEach");
+    execute();
+    ASSERT_NE(confirmation(), nullptr);
+  });
+  EXPECT_EQ(confirmation(), nullptr);
+  EXPECT_EQ(scratch.get("a.txt"), kMinutes);
+}
+
+TEST_F(UsedWindow, OpensWhatIsThereAndSaysWhatIsNot) {
+  use([&] {
+    expectBox([](QWidget& box) {
+      EXPECT_THAT(dynamic_cast<QMessageBox&>(box).informativeText().toStdString(), HasSubstr("no such file"));
+      dynamic_cast<QMessageBox&>(box).reject();
+    });
+    window->open({scratch.path("none.txt")});
+    EXPECT_EQ(window->current(), nullptr);
+    toOpen = {QString::fromStdString(scratch.put("b.txt", "b\n")),
+              QString::fromStdString(scratch.put("a.txt", "a\n"))};
+    menu("&Open …");
+    EXPECT_EQ(window->current()->name(), QStringLiteral("a.txt"));
+    open(scratch.path("b.txt"));
+    EXPECT_EQ(window->current()->name(), QStringLiteral("b.txt")) << "it is open already";
+    EXPECT_EQ(window->application()->count(), 2);
+    open(scratch.put("odd\xFF.txt", "odd\n"));
+    EXPECT_EQ(text(*window->current()), "odd\r\r") << "names are bytes";
+    QMimeData dropped;
+    dropped.setUrls({QUrl::fromLocalFile(QString::fromStdString(scratch.path("a.txt")))});
+    QDragEnterEvent enter({20, 20}, Qt::CopyAction, &dropped, Qt::LeftButton, {});
+    QApplication::sendEvent(window.get(), &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent drop(QPointF(20, 20), Qt::CopyAction, &dropped, Qt::LeftButton, {});
+    QApplication::sendEvent(window.get(), &drop);
+    settle();
+    EXPECT_EQ(window->current()->name(), QStringLiteral("a.txt"));
+  });
+}
+
+}  // namespace
+}  // namespace pluvo::desktop
