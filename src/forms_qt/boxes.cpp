@@ -66,13 +66,15 @@ forms::Answer QtMessageBoxes::show(const std::u16string& text, forms::Buttons bu
                                    const std::optional<std::u16string>& title) {
   QMessageBox box(QMessageBox::NoIcon, titleOf(title), QString(), standard(buttons), ownerOf(surroundings_));
   box.setTextFormat(Qt::PlainText);
-  box.setText(lines(text));
+  box.setText(breakable(lines(text)));
   box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   withoutIcons(box);
+  auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+  if (label != nullptr) label->setContextMenuPolicy(Qt::NoContextMenu);
   const QShortcut copy(QKeySequence::Copy, &box, [&] {
-    const auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
-    QGuiApplication::clipboard()->setText(label != nullptr && label->hasSelectedText() ? label->selectedText()
-                                                                                       : box.text());
+    const bool marked = label != nullptr && label->hasSelectedText();
+    const QString copied = unbroken(marked ? label->selectedText() : box.text());
+    QGuiApplication::clipboard()->setText(QString(copied).replace(QChar::ParagraphSeparator, u'\n'));
   });
   place(surroundings_, box);
   switch (box.exec()) {

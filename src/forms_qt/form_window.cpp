@@ -139,8 +139,10 @@ void FormWindow::show() {
     frame_->raise();
     frame_->activateWindow();
   }
+  // A form that comes back by itself, as for the next block, has the focus where the user left it.
+  const bool keepsFocus = wasShown_ && !loop_ && panel_->focusWidget() != nullptr;
   wasShown_ = true;
-  focus();
+  if (!keepsFocus) focus();
 }
 
 QSize FormWindow::wholeSize() const {
@@ -232,7 +234,8 @@ bool FormWindow::copies() const {
     texts += label->text();
   }
   if (texts.isEmpty()) return false;
-  QGuiApplication::clipboard()->setText(texts.join(u'\n').replace(QChar::ParagraphSeparator, u'\n'));
+  QGuiApplication::clipboard()->setText(
+      unbroken(texts.join(u'\n').replace(QChar::ParagraphSeparator, u'\n')));
   return true;
 }
 

@@ -36,7 +36,7 @@ constexpr Stand kStands[] = {{u"Bookman Old Style", u"URW Bookman"},
 QString familyFor(const QString& name) {
   if (QFontDatabase::hasFamily(name)) return name;
   for (const Stand& stand : kStands) {
-    const QString other = QStringView(stand.in).toString();
+    QString other = QStringView(stand.in).toString();
     if (QStringView(stand.face) == name && QFontDatabase::hasFamily(other)) return other;
   }
   return {};

@@ -10,14 +10,13 @@ namespace pluvo::forms_qt {
 
 namespace {
 
-/// Scrolls up and down; it is never narrower than what it shows.
+/// Scrolls up and down; it asks for the width of what it shows.
 class Scroll final : public QScrollArea {
  public:
   explicit Scroll(QWidget* parent) : QScrollArea(parent) {
     setFrameShape(QFrame::NoFrame);
     setWidgetResizable(true);
     setFocusPolicy(Qt::NoFocus);
-    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   }
   QSize sizeHint() const override { return widget()->sizeHint() + QSize(bar(), 0); }
   QSize minimumSizeHint() const override {

@@ -31,6 +31,8 @@ class LinkedLabel final : public QLabel {
 LabelMirror::LabelMirror(forms::Label& label, Doings& doings, QWidget& parent)
     : Mirror(label, doings), label_(label), shown_(new LinkedLabel(&parent)) {
   shown_->setWordWrap(true);
+  // The places to break words at are not to be copied; the form's Ctrl+C leaves them out.
+  shown_->setContextMenuPolicy(Qt::NoContextMenu);
   // One that has hardly any room stands close to what it is before.
   if (label.Cell().columns == 1) shown_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   shown_->installEventFilter(this);
@@ -73,7 +75,7 @@ void LabelMirror::refreshKind() {
   }
   shown_->setTextFormat(Qt::PlainText);
   // Only a label that leads to a box has marks.
-  shown_->setText(shown_->buddy() == nullptr ? text() : keyed());
+  shown_->setText(shown_->buddy() == nullptr ? breakable(text()) : keyed());
   if (shown_->buddy() == nullptr) shown_->setTextInteractionFlags(Qt::TextSelectableByMouse);
 }
 

@@ -101,6 +101,9 @@ bool TextBoxMirror::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::KeyRelease:
       released(*static_cast<QKeyEvent*>(event));
       return false;
+    case QEvent::FocusOut:
+      pastes_ = false;
+      return false;
     case QEvent::ContextMenu:
       // The right button means something else to this box; the keyboard's menu key does not.
       return box_.MouseUp.isHandled() &&
@@ -123,7 +126,7 @@ bool TextBoxMirror::eventFilter(QObject* watched, QEvent* event) {
 bool TextBoxMirror::pressed(const QKeyEvent& key) {
   const Qt::KeyboardModifiers modifiers =
       key.modifiers() & (Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier);
-  if (key.matches(QKeySequence::Paste) && modifiers == Qt::ControlModifier) pastes_ = true;
+  pastes_ = key.matches(QKeySequence::Paste) && modifiers == Qt::ControlModifier;
   if (isV(key) && modifiers == (Qt::ControlModifier | Qt::ShiftModifier)) {
     paste();
     return true;

@@ -6,6 +6,8 @@ namespace pluvo::forms_qt {
 
 namespace {
 
+constexpr QChar kBreak(0x200B);
+
 bool isMark(const std::u16string& caption, std::size_t at) {
   return caption[at] == u'&' && at + 1 < caption.size() && QChar(caption[at + 1]).isLetterOrNumber();
 }
@@ -72,6 +74,23 @@ QString toolTip(const std::u16string& tip) {
   // In plain text the widgets would look for markup.
   return QStringLiteral("<p style='white-space:pre'>%1</p>").arg(text.toHtmlEscaped());
 }
+
+QString breakable(const QString& text) {
+  constexpr int kLetters = 30;
+  QString broken;
+  int run = 0;
+  for (const QChar letter : text) {
+    broken += letter;
+    run = letter.isSpace() ? 0 : run + 1;
+    const bool between = letter == u'/' || letter == u'\\';
+    if (run < kLetters || (!between && run < 2 * kLetters) || letter.isHighSurrogate()) continue;
+    broken += kBreak;
+    run = 0;
+  }
+  return broken;
+}
+
+QString unbroken(QString text) { return text.remove(kBreak); }
 
 QString lines(const std::u16string& text) {
   QString shown = qt(text);

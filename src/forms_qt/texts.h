@@ -21,6 +21,10 @@ QString unmarked(const std::u16string& caption);
 /// A tool tip that is shown letter for letter, in lines of a readable length.
 QString toolTip(const std::u16string& tip);
 
+/// With places to break words of unreadable length, paths for instance, that show as nothing; and without.
+QString breakable(const QString& text);
+QString unbroken(QString text);
+
 /// Line ends of any kind as the widgets have them.
 QString lines(const std::u16string& text);
 /// From a widget's raw text: paragraph ends become CR LF.

@@ -209,6 +209,35 @@ TEST_F(Forms, WhatLabelsTellCanBeCopiedFromASmallWindow) {
   EXPECT_EQ(QGuiApplication::clipboard()->text(), u"Found:3\n\nSkipped:1");
 }
 
+TEST_F(Forms, AFormThatComesBackHasTheFocusWhereItWas) {
+  with<CommandButton>(u"perform", u"Perform");
+  auto& skip = with<CommandButton>(u"skip", u"Skip");
+  int skips = 0;
+  skip.Click.handledBy([&] {
+    ++skips;
+    form->Visible(false);
+    form->Visible(true);
+  });
+  show();
+  widget(skip).setFocus();
+  for (int blocks = 0; blocks < 3; ++blocks) {
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window()));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+  }
+  EXPECT_EQ(skips, 3);
+}
+
+TEST_F(Forms, ALongPathIsBrokenWhereShownAndWholeWhereCopied) {
+  std::u16string path;
+  for (int folder = 0; folder < 60; ++folder) path += u"/folder_of_a_name";
+  with<Label>(u"path", path);
+  auto& button = with<CommandButton>(u"button", u"Select");
+  show();
+  EXPECT_LT(window()->width(), 800);
+  key(widget(button), Qt::Key_C, Qt::ControlModifier);
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringView(path));
+}
+
 TEST_F(Forms, AFaultThatReachesTheWidgetsIsTold) {
   auto& button = with<CommandButton>(u"button", u"Button");
   button.Click.handledBy([] { throw errors::Fault(75, u"the log is away"); });
