@@ -85,11 +85,6 @@ Anchor PieceText::anchorAt(Position position, bool behind) const {
   return {piece.original, behind};
 }
 
-bool PieceText::changed() const {
-  if (length() != original_.length() || pieces_.count() > 1) return true;
-  return length() > 0 && pieces_.value(0).isNew;
-}
-
 bool PieceText::check() const {
   if (!pieces_.check()) return false;
   for (std::size_t i = 0; i < pieces_.count(); ++i) {

@@ -21,12 +21,10 @@ files::Bytes sample(const std::string& name) {
 
 const char* const kSamples[] = {"lease.docx", "settlement.docx", "catalogue.docx", "deed.docx"};
 
-/// Row marks, formulas and the codes of simple fields have no place for a highlight in the file.
+/// The codes of simple fields have no place for a highlight in the file.
 std::string storable(model::Model& model) {
-  for (text::Position i = 0; i < model.length(); ++i) {
-    const bool inResults = (model.visibility().valueAt(i) & text::kInResults) != 0;
-    if (model.isRowMark(i) || !inResults || model.text().at(i) == text::kPicture)
-      model.highlight({i, i + 1}, 0);
+  for (const auto& run : model.visibility().runs()) {
+    if ((run.value & text::kInResults) == 0) model.highlight({run.from, run.to}, 0);
   }
   return notation::print(model);
 }

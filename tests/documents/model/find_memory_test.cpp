@@ -1,9 +1,6 @@
-#include "documents/support/notation.h"
 #include "model/model.h"
 
 #include <gtest/gtest.h>
-
-#include <random>
 
 namespace pluvo::model {
 namespace {
@@ -11,35 +8,6 @@ namespace {
 using text::Position;
 using text::Span;
 using text::View;
-
-TEST(FindMemory, AnswersLikeASearchOfItsOwn) {
-  std::mt19937 random(1);
-  const auto below = [&](int bound) { return static_cast<int>(random() % static_cast<unsigned>(bound)); };
-  const auto letters = [&](int longest) {
-    std::u16string result;
-    for (int length = below(longest + 1); length > 0; --length) result += u"aab "[below(4)];
-    return result;
-  };
-  for (int document = 0; document < 400; ++document) {
-    notation::Sample sample("<h:a>ab<h:ba>b{a |ab}a a<h:b>ba");
-    Model& model = sample.model();
-    for (int step = 0; step < 60; ++step) {
-      const Position from = below(model.length());
-      if (below(3) == 0) {
-        model.replace({from, std::min(model.length(), from + below(4))}, letters(3), View::results);
-        continue;
-      }
-      static const std::u16string kTexts[] = {u"ab", u"aab", u"a"};
-      const Query query{kTexts[below(3)], {true, below(2) == 0}};
-      const Span span{from, below(2) == 0 ? model.length() : std::min(model.length(), from + below(8))};
-      const View view = below(8) == 0 ? View::codes : View::results;
-      const auto expected = text::Search(query.text, query.flags)
-                                .find(model.text(), model.visibility(), view, span.from, span.to);
-      ASSERT_EQ(model.find(query, span, view), expected)
-          << notation::print(model) << " " << span.from << "-" << span.to;
-    }
-  }
-}
 
 /// A hundred thousand beginnings and one ending behind them all, with an edit at each beginning, at the
 /// ending, and with a text between them that is not there: a search to the ending for each would take

@@ -23,7 +23,6 @@ TEST(PieceText, ReadsLineFeedsOfMappedBytesAsMarks) {
   const PieceText text(OriginalText(bytes, true, nullptr));
   EXPECT_EQ(text.substring(0, 5), u"a\r\u00E9\r\r");
   EXPECT_EQ(text.at(3), kParagraphMark);
-  EXPECT_FALSE(text.changed());
   EXPECT_EQ(PieceText(OriginalText(bytes)).substring(1, 2), u"\n");
 }
 
@@ -36,17 +35,6 @@ TEST(PieceText, NewTextKeepsTheAnchorOfItsNeighbour) {
   text.replace(5, 5, u"Z", text.anchorAt(4, true));
   EXPECT_EQ(text.pieceCount(), 3U) << "text typed on makes no new piece";
   EXPECT_EQ(text.pieceAt(3).length, 3);
-}
-
-TEST(PieceText, TakingBackAnInsertionLeavesItUnchanged) {
-  PieceText text(OriginalText(std::u16string(u"abcdef")));
-  text.replace(3, 3, u"XY", {2, true});
-  EXPECT_TRUE(text.changed());
-  text.replace(3, 5, u"", {});
-  EXPECT_FALSE(text.changed());
-  text.replace(0, 6, u"", {});
-  EXPECT_TRUE(text.changed());
-  EXPECT_EQ(text.pieceCount(), 0U);
 }
 
 TEST(PieceText, RefusesMoreThanPositionsReach) {

@@ -91,27 +91,4 @@ class PlainUnits {
   Position length_;
 };
 
-inline Position plainCount(const std::vector<Position>& starts, Position from, Position to) {
-  if (from >= to) return 1;
-  return 1 + static_cast<Position>(std::count_if(starts.begin(), starts.end(),
-                                                 [&](Position start) { return from < start && start < to; }));
-}
-
-inline Move plainForward(std::vector<Position> starts, Position length, Position position, Position n) {
-  starts.push_back(length);
-  Move move{position, 0};
-  for (const Position start : starts) {
-    if (start > position && move.moved < n) move = {start, move.moved + 1};
-  }
-  return move;
-}
-
-inline Move plainBackward(const std::vector<Position>& starts, Position position, Position n) {
-  Move move{position, 0};
-  for (auto start = starts.rbegin(); start != starts.rend(); ++start) {
-    if (*start < position && move.moved < n) move = {*start, move.moved + 1};
-  }
-  return move;
-}
-
 }  // namespace pluvo::text

@@ -17,25 +17,6 @@ std::string flat(const RunMap<char>& map, Position from, Position to) {
   return values;
 }
 
-TEST(RunMap, MergesNeighboursThatBecomeEqual) {
-  RunMap<char> map;
-  for (const char value : {'a', 'a', 'b', 'a'}) map.append(10, value);
-  EXPECT_EQ(map.runCount(), 3U);
-  EXPECT_TRUE(map.set(20, 30, 'a'));
-  EXPECT_EQ(map.runAt(25), (RunMap<char>::Run{0, 40, 'a'}));
-  EXPECT_FALSE(map.set(3, 17, 'a'));
-  map.replace(5, 5, 2, 'c');
-  map.replace(5, 7, 0, 'z');
-  EXPECT_EQ(map.runCount(), 1U);
-}
-
-TEST(RunMap, RunsOfAnEmptySpan) {
-  const RunMap<char> empty;
-  EXPECT_EQ(flat(empty, 0, 0), "");
-  EXPECT_EQ(flat(RunMap<char>(4, 'x'), 4, 4), "");
-  EXPECT_TRUE(empty.check());
-}
-
 TEST(RunMap, BehavesLikeAString) {
   std::mt19937 random(7);
   for (int round = 0; round < 200; ++round) {

@@ -6,9 +6,10 @@
 //     docx_probe edit FILE OUT SEED           a random program of edits; OUT.txt gets the text it should have
 //
 // Prints one line of key=value pairs; exit 0 for an answer of any kind, 1 where the room contradicts itself.
+#include "documents/docx/document_builder.h"
 #include "documents/docx/package_check.h"
 #include "documents/docx/random_edits.h"
-#include "docx/docx_format.h"
+#include "errors/text.h"
 #include "model/model.h"
 
 #include <sys/resource.h>
@@ -31,48 +32,9 @@ files::Bytes load(const std::string& path) {
   return files::Bytes::of(std::vector<std::uint8_t>(std::istreambuf_iterator<char>(in), {}));
 }
 
-void store(const std::string& path, const std::vector<std::uint8_t>& bytes) {
+void store(const std::string& path, files::ByteSpan bytes) {
   std::ofstream(path, std::ios::binary)
       .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-}
-
-std::u16string textOf(const model::Model& model) { return model.text().substring(0, model.length()); }
-
-std::string utf8(std::u16string_view units) {
-  std::string out;
-  for (std::size_t i = 0; i < units.size(); ++i) {
-    char32_t c = units[i];
-    if (c >= 0xD800 && c < 0xDC00 && i + 1 < units.size())
-      c = 0x10000 + ((c - 0xD800) << 10U) + (units[++i] - 0xDC00U);
-    if (c < 0x80) {
-      out += static_cast<char>(c);
-    } else if (c < 0x800) {
-      out += {static_cast<char>(0xC0 | (c >> 6U)), static_cast<char>(0x80 | (c & 0x3FU))};
-    } else if (c < 0x10000) {
-      out += {static_cast<char>(0xE0 | (c >> 12U)), static_cast<char>(0x80 | ((c >> 6U) & 0x3FU)),
-              static_cast<char>(0x80 | (c & 0x3FU))};
-    } else {
-      out += {static_cast<char>(0xF0 | (c >> 18U)), static_cast<char>(0x80 | ((c >> 12U) & 0x3FU)),
-              static_cast<char>(0x80 | ((c >> 6U) & 0x3FU)), static_cast<char>(0x80 | (c & 0x3FU))};
-    }
-  }
-  return out;
-}
-
-struct Document {
-  model::Model model;
-  std::unique_ptr<formats::Source> source;
-};
-
-Document open(files::Bytes bytes) {
-  formats::Opened opened = docx::DocxFormat().read(std::move(bytes));
-  return {model::Model(std::move(opened.content)), std::move(opened.source)};
-}
-
-std::vector<std::uint8_t> write(const Document& document) {
-  files::MemoryOutput out;
-  document.source->write(document.model, out);
-  return std::move(out.bytes());
 }
 
 /// The text with field results, hidden text too, for a comparison with what another program reads.
@@ -88,12 +50,12 @@ std::string comparable(const model::Model& model) {
     const bool code = std::find(inCode.begin(), inCode.end(), true) != inCode.end();
     if (!isMark && !code) shown.push_back(unit);
   }
-  return utf8(shown);
+  return errors::utf8(shown);
 }
 
 int mark(const std::string& in, const std::string& out) {
-  Document document = open(load(in));
-  const std::u16string before = textOf(document.model);
+  docx::Opened document = docx::open(load(in));
+  const std::u16string before = document.text();
   Position marked = 0;
   for (Position i = 0; i < document.model.length(); ++i) {
     // The code of a simple field is an attribute, which no highlight can show.
@@ -102,43 +64,43 @@ int mark(const std::string& in, const std::string& out) {
     document.model.highlight({i, i + 1}, 7);
     ++marked;
   }
-  const std::vector<std::uint8_t> bytes = write(document);
-  store(out, bytes);
-  const Document again = open(files::Bytes::of(bytes));
+  const files::Bytes bytes = document.written();
+  store(out, bytes.view);
+  const docx::Opened again = docx::open(bytes);
   Position found = 0;
   for (Position i = 0; i < again.model.length(); ++i) {
     const bool shown = (again.model.visibility().valueAt(i) & text::kInResults) != 0;
     if (again.model.text().at(i) == u'e' && shown && again.model.highlight().valueAt(i) == 7) ++found;
   }
-  const bool same = textOf(again.model) == before;
-  const std::string worse = docx::worsened(docx::faultsOf(load(in)), docx::faultsOf(files::Bytes::of(bytes)));
+  const bool same = again.text() == before;
+  const std::string worse = docx::worsened(docx::faultsOf(load(in)), docx::faultsOf(bytes));
   std::cout << "same=" << same << " worse=" << worse << " marked=" << marked << " found=" << found << "\n";
   return same && marked == found && worse.empty() ? 0 : 1;
 }
 
 int edit(const std::string& in, const std::string& out, unsigned seed) {
-  Document document = open(load(in));
+  docx::Opened document = docx::open(load(in));
   std::mt19937 random(seed);
   const auto next = [&] { return static_cast<std::uint32_t>(random() >> 3U); };
   for (int i = 0; i < 20; ++i) docx::editBySeed(document.model, {next(), next(), next(), next()});
-  const std::vector<std::uint8_t> bytes = write(document);
-  store(out, bytes);
+  const files::Bytes bytes = document.written();
+  store(out, bytes.view);
   const std::string shown = comparable(document.model);
   std::ofstream(out + ".txt", std::ios::binary) << shown;
-  const Document again = open(files::Bytes::of(bytes));
-  const bool same = textOf(again.model) == textOf(document.model);
+  const docx::Opened again = docx::open(bytes);
+  const bool same = again.text() == document.text();
   if (!same) {
-    std::ofstream(out + ".want", std::ios::binary) << utf8(textOf(document.model));
-    std::ofstream(out + ".got", std::ios::binary) << utf8(textOf(again.model));
+    std::ofstream(out + ".want", std::ios::binary) << errors::utf8(document.text());
+    std::ofstream(out + ".got", std::ios::binary) << errors::utf8(again.text());
   }
-  const std::string worse = docx::worsened(docx::faultsOf(load(in)), docx::faultsOf(files::Bytes::of(bytes)));
+  const std::string worse = docx::worsened(docx::faultsOf(load(in)), docx::faultsOf(bytes));
   std::cout << "same=" << same << " worse=" << worse << "\n";
   return same && worse.empty() ? 0 : 1;
 }
 
 int read(const std::string& in, const char* textTo) {
   const auto start = std::chrono::steady_clock::now();
-  const Document document = open(load(in));
+  const docx::Opened document = docx::open(load(in));
   const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
   rusage usage{};
   getrusage(RUSAGE_SELF, &usage);
@@ -149,11 +111,8 @@ int read(const std::string& in, const char* textTo) {
 }
 
 int same(const std::string& in) {
-  const files::Bytes bytes = load(in);
-  const Document document = open(bytes);
-  const std::vector<std::uint8_t> written = write(document);
-  const Document again = open(files::Bytes::of(written));
-  const bool equal = textOf(document.model) == textOf(again.model);
+  const docx::Opened document = docx::open(load(in));
+  const bool equal = docx::open(document.written()).text() == document.text();
   std::cout << "same=" << equal << "\n";
   return equal ? 0 : 1;
 }

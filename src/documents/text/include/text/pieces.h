@@ -84,8 +84,6 @@ class PieceText {
     }
   }
 
-  /// Whether the text differs from the original. Text that was replaced by equal text counts as changed.
-  bool changed() const;
 
   /// Whether the pieces cover the text and lie in what they refer to. For tests.
   bool check() const;
