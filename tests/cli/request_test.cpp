@@ -44,14 +44,6 @@ TEST(Request, SendsABlockWithoutEndingAsItsBeginning) {
   EXPECT_EQ(made({"delete", "-b", "x", "-e", "y", "f"}).place, Place::block);
 }
 
-TEST(Request, HasTheDefaultsOfTheDialog) {
-  const Request request = made({"highlight", "-b", "x", "-e", "y", "f"});
-  EXPECT_EQ(request.apart, u"Same");
-  EXPECT_EQ(request.unit, Unit::paragraph);
-  EXPECT_EQ(request.color, word::wdYellow);
-  EXPECT_FALSE(request.after || request.extraSpace || request.wholeWords || request.matchCase);
-}
-
 TEST(Request, KnowsEveryColor) {
   const std::vector<std::pair<std::string, word::WdColorIndex>> colors = {
       {"none", word::wdNoHighlight},
@@ -66,12 +58,6 @@ TEST(Request, KnowsEveryColor) {
   for (const auto& [name, color] : colors) {
     EXPECT_EQ(made({"highlight", "-b", "x", "--color", name, "f"}).color, color) << name;
   }
-}
-
-TEST(Request, KeepsBackupSuffixAndFolder) {
-  EXPECT_EQ(planned({"delete", "-b", "x", "--backup", "f"}).backupSuffix, ".bak");
-  EXPECT_EQ(planned({"delete", "-b", "x", "--backup=~", "f"}).backupSuffix, "~");
-  EXPECT_EQ(planned({"delete", "-b", "x", "--output", "d", "f"}).outputFolder, "d");
 }
 
 struct Refusal {

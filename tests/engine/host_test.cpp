@@ -125,12 +125,6 @@ TEST(Host, MayHaveNoDocument) {
   EXPECT_EQ(host.work.reports.all.size(), 4U);
 }
 
-TEST(Host, MayFindAnEmptyText) {
-  Host host(u"A");
-  host.pass({.begin = u"\rA", .operation = kInsert, .text = u"x"});
-  EXPECT_EQ(host.word->text, u"A");
-}
-
 TEST(Host, NeverMakesAPassEndless) {
   std::vector<Asked> requests = {{.begin = u"A"},
                                  {.begin = u"A", .end = u"B"},
