@@ -75,16 +75,8 @@ TEST(Archive, SaysWhatIsWrong) {
       {"is incomplete", Problem::damaged, [](Built& b) { b.set16(b.central[0] + 34, 1); }},
       {"directory cannot be read", Problem::damaged, [](Built& b) { b.set16(b.central[1] + 28, 0); }},
       {"directory cannot be read", Problem::damaged, [](Built& b) { b.set16(b.central[1] + 30, 9); }},
-      {"directory cannot be read", Problem::damaged,
-       [](Built& b) {
-         b.set16(b.end + 8, 3);
-         b.set16(b.end + 10, 3);
-       }},
-      {"holds more", Problem::damaged,
-       [](Built& b) {
-         b.set16(b.end + 8, 1);
-         b.set16(b.end + 10, 1);
-       }},
+      {"directory cannot be read", Problem::damaged, [](Built& b) { b.setCount(3); }},
+      {"holds more", Problem::damaged, [](Built& b) { b.setCount(1); }},
       {"not where its end says", Problem::damaged, [](Built& b) { b.set32(b.end + 16, 3); }},
       {"not where its end says", Problem::damaged, [](Built& b) { b.set32(b.end + 12, 0xfffffff0); }},
       {"split over several", Problem::damaged, [](Built& b) { b.set16(b.end + 4, 1); }},
@@ -98,37 +90,13 @@ TEST(Archive, SaysWhatIsWrong) {
        [](Built& b) { b.bytes[b.local[1] + 30] = b.bytes[b.central[1] + 46] = 'A'; }},
       {"is encrypted", Problem::password, [](Built& b) { b.set16(b.central[0] + 8, 1); }},
       {"is encrypted", Problem::password, [](Built& b) { b.set16(b.local[0] + 6, 0x40); }},
-      {"method", Problem::unsupported,
-       [](Built& b) {
-         b.set16(b.local[0] + 8, 12);
-         b.set16(b.central[0] + 10, 12);
-       }},
-      {"\"a.xml\" are not what they were", Problem::damaged,
-       [](Built& b) {
-         b.set32(b.local[0] + 14, 1);
-         b.set32(b.central[0] + 16, 1);
-       }},
+      {"method", Problem::unsupported, [](Built& b) { b.setMethod(0, 12); }},
+      {"\"a.xml\" are not what they were", Problem::damaged, [](Built& b) { b.setCrc(0, 1); }},
       {"are not what they were", Problem::damaged, [](Built& b) { b.bytes[b.local[0] + 35] = '\xff'; }},
-      {"are not what they were", Problem::damaged,
-       [](Built& b) {
-         b.set32(b.local[1] + 22, 2);
-         b.set32(b.central[1] + 24, 2);
-       }},
-      {"are not what they were", Problem::damaged,
-       [](Built& b) {
-         b.set32(b.local[0] + 22, 299);
-         b.set32(b.central[0] + 24, 299);
-       }},
-      {"are not what they were", Problem::damaged,
-       [](Built& b) {
-         b.set32(b.local[0] + 22, 301);
-         b.set32(b.central[0] + 24, 301);
-       }},
-      {"cannot be as large", Problem::damaged,
-       [](Built& b) {
-         b.set32(b.local[0] + 22, 1U << 24U);
-         b.set32(b.central[0] + 24, 1U << 24U);
-       }},
+      {"are not what they were", Problem::damaged, [](Built& b) { b.setSize(1, 2); }},
+      {"are not what they were", Problem::damaged, [](Built& b) { b.setSize(0, 299); }},
+      {"are not what they were", Problem::damaged, [](Built& b) { b.setSize(0, 301); }},
+      {"cannot be as large", Problem::damaged, [](Built& b) { b.setSize(0, 1U << 24U); }},
   };
   for (std::size_t i = 0; i < std::size(cases); ++i) {
     Built built = build(kTwo);

@@ -152,6 +152,26 @@ void Built::set(std::size_t at, std::uint64_t value, std::size_t size) {
   for (std::size_t i = 0; i < size; ++i) bytes.at(at + i) = static_cast<char>(value >> (8 * i));
 }
 
+void Built::setMethod(std::size_t member, std::uint16_t value) {
+  set16(local[member] + 8, value);
+  set16(central[member] + 10, value);
+}
+
+void Built::setCrc(std::size_t member, std::uint32_t value) {
+  set32(local[member] + 14, value);
+  set32(central[member] + 16, value);
+}
+
+void Built::setSize(std::size_t member, std::uint32_t value) {
+  set32(local[member] + 22, value);
+  set32(central[member] + 24, value);
+}
+
+void Built::setCount(std::uint16_t value) {
+  set16(end + 8, value);
+  set16(end + 10, value);
+}
+
 Built build(const Zip& zip) { return Builder().run(zip); }
 
 std::vector<Shape> soundShapes() {

@@ -36,6 +36,13 @@ struct Built {
   void set(std::size_t at, std::uint64_t value, std::size_t size);
   void set16(std::size_t at, std::uint16_t value) { set(at, value, 2); }
   void set32(std::size_t at, std::uint32_t value) { set(at, value, 4); }
+
+  /// In both of a member's headers.
+  void setMethod(std::size_t member, std::uint16_t value);
+  void setCrc(std::size_t member, std::uint32_t value);
+  void setSize(std::size_t member, std::uint32_t value);
+  /// How many members there are, as the end says it twice.
+  void setCount(std::uint16_t value);
 };
 
 Built build(const Zip& zip);

@@ -46,6 +46,12 @@ struct Kind {
 };
 
 const std::vector<Kind>& kinds() {
+  const auto little = [](char32_t c) { return utf16(static_cast<char16_t>(c), true); };
+  const auto big = [](char32_t c) { return utf16(static_cast<char16_t>(c), false); };
+  const auto latin = [](char32_t c) { return Bytes{static_cast<std::uint8_t>(c)}; };
+  const auto windows = [](char32_t c) {
+    return Bytes{static_cast<std::uint8_t>(c == u'€' ? 0x80 : c == u'”' ? 0x94 : c)};
+  };
   static const std::vector<Kind> all = {
       {"ASCII", {}, utf8, false, u"plain text\t\x0C\x0B\x01\x07\x13\x14\x15\x1F.", u"new"},
       {"UTF-8, all below 256", {}, utf8, false, u"Grüße, naïve\u00A0", u"é"},
@@ -54,44 +60,15 @@ const std::vector<Kind>& kinds() {
       {"ASCII with mark", {0xEF, 0xBB, 0xBF}, utf8, false, u"plain", u"new"},
       {"UTF-16 little",
        {0xFF, 0xFE},
-       [](char32_t c) { return utf16(static_cast<char16_t>(c), true); },
+       little,
        true,
        u"“Grüße” \U0001F4DC \xD800 \xDC00\x0A0D\x0D0A",
        u"→\U0001F58B"},
-      {"UTF-16 big, narrow",
-       {0xFE, 0xFF},
-       [](char32_t c) { return utf16(static_cast<char16_t>(c), false); },
-       true,
-       u"Grüße",
-       u"→"},
-      {"UTF-16 little without mark",
-       {},
-       [](char32_t c) { return utf16(static_cast<char16_t>(c), true); },
-       true,
-       u"Mostly Latin Grüße → \U0001F4DC",
-       u"ü"},
-      {"UTF-16 big without mark",
-       {},
-       [](char32_t c) { return utf16(static_cast<char16_t>(c), false); },
-       true,
-       u"Mostly Latin Grüße →",
-       u"ü"},
-      {"Windows-1252, Latin-1 part",
-       {},
-       [](char32_t c) { return Bytes{static_cast<std::uint8_t>(c)}; },
-       false,
-       u"Grüße \u00FFx",
-       u"ü"},
-      {"Windows-1252",
-       {},
-       [](char32_t c) {
-         if (c == u'€') return Bytes{0x80};
-         if (c == u'”') return Bytes{0x94};
-         return Bytes{static_cast<std::uint8_t>(c)};
-       },
-       false,
-       u"Grüße € \u0081 x",
-       u"”"}};
+      {"UTF-16 big, narrow", {0xFE, 0xFF}, big, true, u"Grüße", u"→"},
+      {"UTF-16 little without mark", {}, little, true, u"Mostly Latin Grüße → \U0001F4DC", u"ü"},
+      {"UTF-16 big without mark", {}, big, true, u"Mostly Latin Grüße →", u"ü"},
+      {"Windows-1252, Latin-1 part", {}, latin, false, u"Grüße \u00FFx", u"ü"},
+      {"Windows-1252", {}, windows, false, u"Grüße € \u0081 x", u"”"}};
   return all;
 }
 
