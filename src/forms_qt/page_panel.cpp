@@ -23,11 +23,12 @@ bool takesInput(const forms::Control& control) {
          control.kind() == ControlKind::listBox;
 }
 
-/// Whether the one, a label, stands right before the other, or right above it.
-bool names(const Cell& label, const Cell& box) {
-  const bool before = box.row == label.row && box.column == label.column + label.columns;
-  const bool above = box.row == label.row + label.rows && box.column == label.column;
-  return before || above;
+bool isRightOf(const Cell& label, const Cell& box) {
+  return box.row == label.row && box.column == label.column + label.columns;
+}
+
+bool isBelow(const Cell& label, const Cell& box) {
+  return box.row == label.row + label.rows && box.column == label.column;
 }
 
 }  // namespace
@@ -70,20 +71,25 @@ void PagePanel::placeButtons(std::size_t from, std::size_t to) {
   static_cast<CellLayout*>(layout())->add(*bar, {}, false, false);
 }
 
+Mirror* PagePanel::namedBy(std::size_t label) const {
+  const Cell& cell = mirrors_[label]->control().Cell();
+  if (cell.columns <= 0) {
+    const std::size_t next = label + 1;
+    return next < mirrors_.size() && takesInput(mirrors_[next]->control()) ? mirrors_[next].get() : nullptr;
+  }
+  for (const auto stands : {isRightOf, isBelow}) {
+    for (const auto& other : mirrors_) {
+      if (takesInput(other->control()) && stands(cell, other->control().Cell())) return other.get();
+    }
+  }
+  return nullptr;
+}
+
 void PagePanel::tieLabels() {
   for (std::size_t at = 0; at < mirrors_.size(); ++at) {
     const forms::Control& control = mirrors_[at]->control();
-    if (!isPlainLabel(control)) continue;
-    Mirror* named = nullptr;
-    if (control.Cell().columns <= 0) {
-      if (at + 1 < mirrors_.size()) named = mirrors_[at + 1].get();
-    } else {
-      for (const auto& other : mirrors_) {
-        if (takesInput(other->control()) && names(control.Cell(), other->control().Cell()))
-          named = other.get();
-      }
-    }
-    if (named == nullptr || !takesInput(named->control())) continue;
+    Mirror* named = isPlainLabel(control) ? namedBy(at) : nullptr;
+    if (named == nullptr) continue;
     static_cast<LabelMirror&>(*mirrors_[at]).label().setBuddy(named->widget());
     named->namedBy(control);
     mirrors_[at]->refresh();

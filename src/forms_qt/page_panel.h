@@ -21,6 +21,8 @@ class PagePanel final : public QWidget {
  private:
   void place();
   void placeButtons(std::size_t from, std::size_t to);
+  /// The box the label says something of: that right of it, else that below it.
+  Mirror* namedBy(std::size_t label) const;
   void tieLabels();
   void orderTabs();
 

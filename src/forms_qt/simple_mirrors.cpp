@@ -76,7 +76,8 @@ void LabelMirror::refreshKind() {
   shown_->setTextFormat(Qt::PlainText);
   // Only a label that leads to a box has marks.
   shown_->setText(shown_->buddy() == nullptr ? breakable(text()) : keyed());
-  if (shown_->buddy() == nullptr) shown_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  shown_->setTextInteractionFlags(shown_->buddy() == nullptr ? Qt::TextSelectableByMouse
+                                                             : Qt::NoTextInteraction);
 }
 
 ButtonMirror::ButtonMirror(forms::CommandButton& button, Doings& doings, QWidget& parent)

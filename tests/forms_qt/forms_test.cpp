@@ -153,12 +153,15 @@ TEST_F(Forms, PagesAreTabsAndBothSidesTurnThem) {
   Label names(u"names", u"Names");
   forms::TextBox first(u"first");
   names.Cell({0, 0, 1, 6});
-  first.Cell({1, 0, 1, 6});
+  first.Cell({0, 6, 1, 6});
+  forms::TextBox below(u"below");
+  below.Cell({1, 0, 1, 6});
   CommandButton second(u"second", u"Second");
   second.Cell({0, 0, 1, 12});
   auto& one = pages.add(u"one", u"Find & Replace", u"Main && Screen");
   one.add(names);
   one.add(first);
+  one.add(below);
   pages.add(u"two", u"Two", u"").add(second);
   int turned = 0;
   pages.Change.handledBy([&] { ++turned; });
@@ -169,6 +172,9 @@ TEST_F(Forms, PagesAreTabsAndBothSidesTurnThem) {
   EXPECT_TRUE(widget(first).hasFocus());
   EXPECT_EQ(widget(first).accessibleName(), u"Names");
   EXPECT_EQ(widget<QLabel>(names).buddy(), &widget(first));
+  tabs.setFocus();
+  QTest::keyClick(window(), Qt::Key_N, Qt::AltModifier);
+  EXPECT_TRUE(widget(first).hasFocus());
   QTest::mouseClick(tabs.tabBar(), Qt::LeftButton, {}, tabs.tabBar()->tabRect(1).center());
   EXPECT_EQ(pages.Value(), 1U);
   EXPECT_TRUE(widget(second).isVisible());
