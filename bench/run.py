@@ -146,7 +146,7 @@ def docx_cases():
                [pluvo("highlight", *BLOCK, "{in}"), limit("docx", "{in}", "{out}", BEGIN, "1"), lxml("highlight"),
                 python_docx("highlight")], {}, right=changed("highlight"))
     yield Case("folder of 500 .docx, highlight", "folder",
-               [pluvo("highlight", *BLOCK, "{files}"),
+               [pluvo("highlight", "--jobs", "1", *BLOCK, "{files}"),
                 Job("limit", ["sh", "-c", f'for f in "$0"/*; do {LIMIT} docx "$f" "$1" "{BEGIN}" 1; done', "{in}", "{out}"]),
                 Job("lxml", ["/usr/bin/python3", str(BENCH / "peers/with_lxml.py"), "highlight", BEGIN, END, "{files}"]),
                 libreoffice("highlight", "{files}")],

@@ -6,6 +6,7 @@
 #include "outcome.h"
 #include "plan.h"
 #include "store/store.h"
+#include "turns.h"
 
 #include <functional>
 
@@ -18,6 +19,7 @@ struct Surroundings {
   const store::Store& store;
   Interviewer* interviewer;    ///< nullptr: nobody is asked
   journal::Recorder* journal;  ///< nullptr: originals are not kept
+  Turns::Turn& turn;           ///< given up when there is only the disk to wait for
 };
 
 /// Takes the blocks of a document as they come; empty where nobody is shown them, since reading them costs.

@@ -7,6 +7,7 @@
 #include "report/report.h"
 #include "results.h"
 #include "store/store.h"
+#include "turns.h"
 #include "unfinished.h"
 #include "usage_error.h"
 
@@ -112,6 +113,7 @@ class Run {
         listing_(listingFor(plan, system)),
         printer_(printersFor(plan)),
         recorder_(recorderFor(plan, system)),
+        turns_(plan.jobs),
         progress_(plan, listing_.documents.size()),
         results_(listing_.documents.size(), plan.jobs,
                  {[this](std::size_t document, const BlockReport& block) { print(document, block); },
@@ -134,7 +136,8 @@ class Run {
 
  private:
   void work() {
-    const std::size_t useful = std::min(listing_.documents.size(), static_cast<std::size_t>(plan_.jobs));
+    const std::size_t useful =
+        std::min(listing_.documents.size(), static_cast<std::size_t>(plan_.jobs) + waiting());
     std::vector<std::thread> others;
     for (std::size_t i = 1; i < useful; ++i) others.emplace_back([this] { job(); });
     job();
@@ -142,15 +145,24 @@ class Run {
     results_.rethrow();
   }
 
+  /// How many documents may wait for the disk beside those that are worked on. Where their blocks are shown a
+  /// document may have to wait for the one before it, and so none may hold it up.
+  std::size_t waiting() const {
+    constexpr std::size_t kWaiting = 15;
+    const bool saves = plan_.changesInPlace() || plan_.outputFolder;
+    return saves && !plan_.confirm && !printer_->wantsBlocks() ? kWaiting : 0;
+  }
+
   void job() {
     try {
       while (const auto document = nextDocument()) {
+        Turns::Turn turn(turns_);
         BlockSink blocks;
         if (printer_->wantsBlocks())
           blocks = [&](const BlockReport& block) { results_.block(*document, block); };
         results_.done(*document, runOn(listing_.documents[*document],
                                        {plan_, system_, store_, interviewer_ ? &*interviewer_ : nullptr,
-                                        recorder_.get()},
+                                        recorder_.get(), turn},
                                        blocks));
       }
     } catch (...) {
@@ -211,6 +223,7 @@ class Run {
   std::unique_ptr<Printer> printer_;
   std::unique_ptr<journal::Recorder> recorder_;
   std::optional<Interviewer> interviewer_;
+  Turns turns_;
   Totals totals_;
   Progress progress_;
   Results results_;

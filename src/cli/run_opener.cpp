@@ -14,6 +14,8 @@ using files::Problem;
 
 namespace {
 
+constexpr std::uint64_t kSmall = std::uint64_t{256} * 1024;
+
 Problem problemOf(std::int32_t faultNumber) {
   switch (faultNumber) {
     case word::kProtectedSelection:
@@ -61,7 +63,11 @@ void RunFile::save() {
     options.backupSuffix = around_.plan.backupSuffix;
     if (around_.plan.outputFolder) options.otherPath = placeForCopy();
     if (around_.journal != nullptr)
-      options.beforeReplacing = [this](const auto& replacement) { around_.journal->keep(replacement); };
+      options.beforeReplacing = [this](const auto& replacement) {
+        return around_.journal->keep(replacement);
+      };
+    // Of large documents no more are in memory than there are turns.
+    if (stored_->size() <= kSmall) options.beforeWaiting = [this] { around_.turn.giveUp(); };
     const auto written = stored_->save(options);
     outcome_.saved = written.written;
     outcome_.backup = written.backup;

@@ -9,6 +9,8 @@
 #include "undo/undo.h"
 #include "usage_error.h"
 
+#include <malloc.h>
+
 #include <cstdio>
 #include <cstring>
 #include <exception>
@@ -48,9 +50,18 @@ int runProgram(const std::vector<std::string>& arguments) {
   return carryOut(line, files::machineFileSystem());
 }
 
+/// What one document gives back serves the next one, and does not go to the system and back.
+void keepFreedMemory() {
+#ifdef M_TRIM_THRESHOLD
+  mallopt(M_MMAP_THRESHOLD, 1 << 20);
+  mallopt(M_TRIM_THRESHOLD, 16 << 20);
+#endif
+}
+
 }  // namespace
 
 int main(int count, char** words) {
+  keepFreedMemory();
   try {
     const int status = runProgram({words + 1, words + count});
     if (std::fflush(stdout) == 0) return status;

@@ -22,7 +22,7 @@ struct Compressor {
   libdeflate_compressor* handle;
 };
 
-constexpr std::uint64_t kSmall = std::uint64_t{128} << 10U;
+constexpr std::uint64_t kSmall = std::uint64_t{16} << 10U;
 constexpr int kLevelOfSmall = 6;
 constexpr int kLevelOfLarge = 1;
 

@@ -1,5 +1,6 @@
 #include "files/reading.h"
 
+#include "files/fresh_memory.h"
 #include "files/problem.h"
 #include "wording.h"
 
@@ -30,16 +31,16 @@ DocumentError changedMeanwhile() {
 }
 
 Bytes readWhole(FileSystem& system, Handle file, std::size_t size) {
-  std::vector<std::uint8_t> bytes;
-  bytes.reserve(size + 1);  // Bytes adds one
-  bytes.resize(size);
+  const auto bytes = freshMemory(size + 1);
+  const std::span<std::uint8_t> all(bytes.get(), size);
   std::size_t filled = 0;
   while (filled < size) {
-    const std::size_t count = system.read(file, std::span(bytes).subspan(filled));
+    const std::size_t count = system.read(file, all.subspan(filled));
     if (count == 0) throw changedMeanwhile();
     filled += count;
   }
-  return Bytes::of(std::move(bytes));
+  bytes[static_cast<std::ptrdiff_t>(size)] = Bytes::kBehind;
+  return {all, bytes, nullptr};
 }
 
 }  // namespace

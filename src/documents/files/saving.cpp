@@ -46,19 +46,18 @@ void requireSameStamp(FileSystem& system, const std::string& real, const Stamp& 
         "Another program changed the file while it was open here; it was left as it is. Run this again.");
 }
 
-/// Writes the version and reads it back; the stamp is the finished file's.
+/// Writes the version and reads it back; the stamp is the finished file's. It need not be on disk yet.
 Stamp writeVersion(FileSystem& system, TemporaryFile& file, const OpenFile* original,
                    const NewVersion& version) {
   FileOutput output(system, file.handle());
   version.write(output);
   output.finish();
   if (original != nullptr) file.takeAfter(original->handle());
-  if (version.as) {
-    system.setPermissions(file.handle(), version.as->permissions);
-    system.setModified(file.handle(), version.as->stamp.modifiedSeconds,
-                       version.as->stamp.modifiedNanoseconds);
-  }
-  file.finish();
+  if (version.as) system.setPermissions(file.handle(), version.as->permissions);
+  // A time that was set stays; of a disk elsewhere the flush might set another.
+  const Stamp modified = version.as ? version.as->stamp : system.status(file.handle()).stamp;
+  system.setModified(file.handle(), modified.modifiedSeconds, modified.modifiedNanoseconds);
+  output.startWriting();
   const FileContent written = readFile(system, file.path());
   version.check(written.bytes);
   return written.stamp;
@@ -110,6 +109,18 @@ void requireNobodyElseSaves(FileSystem& system, Handle original) {
                       "Another program is saving it at this moment, so nothing was changed; run this again.");
 }
 
+/// Puts the version where the original is, which goes or is handed over.
+void putInPlace(FileSystem& system, TemporaryFile& version, const std::string& real, const Stamp& opened,
+                Keeping* keeping) {
+  requireSameStamp(system, real, opened);
+  if (keeping != nullptr && keeping->wantsFile()) {
+    if (version.swap(real)) return keeping->take(version.path());
+    keeping->copy();
+    requireSameStamp(system, real, opened);
+  }
+  version.replace(real);
+}
+
 Saved replaceResolved(FileSystem& system, const std::string& real, const Stamp& opened,
                       const NewVersion& version, const std::optional<std::string>& backupSuffix) {
   requireSameStamp(system, real, opened);
@@ -127,12 +138,18 @@ Saved replaceResolved(FileSystem& system, const std::string& real, const Stamp& 
     moveToFirstFree(*backup, real + *backupSuffix);
     saved.backup = backup->path();
   }
+  std::optional<OpenFile> kept;
+  std::unique_ptr<Keeping> keeping;
   if (version.beforeReplacing) {
-    const OpenFile kept(system, system.openToRead(real));
-    version.beforeReplacing({real, kept.handle(), system.status(kept.handle()), saved.stamp});
+    kept.emplace(system, system.openToRead(real));
+    keeping = version.beforeReplacing(
+        {real, kept->handle(), system.status(kept->handle()), saved.stamp, replacement.path()});
   }
-  requireSameStamp(system, real, opened);
-  replacement.replace(real);
+  if (version.beforeWaiting) version.beforeWaiting();
+  system.flush(replacement.handle());
+  if (keeping) keeping->wait();
+  replacement.close();
+  putInPlace(system, replacement, real, opened, keeping.get());
   if (backup) backup->keep();
   flushFolder(system, real);
   return saved;
@@ -187,6 +204,8 @@ Saved createFile(FileSystem& system, const std::string& path, const std::string&
     const OpenFile pattern(system, system.openToRead(original));
     TemporaryFile file(system, std::string(folderPrefixOf(path)));
     const Stamp stamp = writeVersion(system, file, &pattern, version);
+    if (version.beforeWaiting) version.beforeWaiting();
+    file.finish();
     requireSameStamp(system, original, opened);
     file.moveToFree(path);
     file.keep();
@@ -208,6 +227,7 @@ Saved writeElsewhere(FileSystem& system, const std::string& path, const std::str
     const std::optional<OpenFile> pattern = openIfThere(system, original);
     TemporaryFile file(system, std::string(folderPrefixOf(path)));
     const Stamp stamp = writeVersion(system, file, pattern ? &*pattern : nullptr, version);
+    file.finish();
     file.moveToFree(path);
     file.keep();
     flushFolder(system, path);

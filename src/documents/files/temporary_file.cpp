@@ -96,6 +96,16 @@ void TemporaryFile::replace(const std::string& path) {
   keep();
 }
 
+bool TemporaryFile::swap(const std::string& path) {
+  try {
+    system_.exchange(path_, path);
+  } catch (const std::system_error&) {
+    return false;
+  }
+  keep();
+  return true;
+}
+
 void TemporaryFile::moveToFree(const std::string& path) {
   system_.renameToFree(path_, path);
   path_ = path;
@@ -114,9 +124,19 @@ void FileOutput::finish() {
   gathered_.clear();
 }
 
+void FileOutput::startWriting() {
+  constexpr std::size_t kWorthIt = std::size_t{1} * 1024 * 1024;
+  if (unstarted_ < kWorthIt) return;
+  system_.startWriting(file_);
+  unstarted_ = 0;
+}
+
 void FileOutput::writeThrough(ByteSpan bytes) {
+  unstarted_ += bytes.size();
   try {
     while (!bytes.empty()) bytes = bytes.subspan(system_.write(file_, bytes));
+    constexpr std::size_t kStartedAtOnce = std::size_t{8} * 1024 * 1024;
+    if (unstarted_ >= kStartedAtOnce) startWriting();
   } catch (const std::system_error& failure) {
     throw savingFailed(failure);
   }

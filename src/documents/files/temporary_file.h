@@ -22,9 +22,12 @@ class TemporaryFile {
   void takeAfter(Handle original);
   /// The bytes are on disk and the file is closed.
   void finish();
+  void close() { file_.close(); }
 
   /// Takes the place of whatever has the name, and stays.
   void replace(const std::string& path);
+  /// The same, but what had the name is at path() then, and stays too. False where the disk cannot do it.
+  bool swap(const std::string& path);
   /// Takes a name; it still goes with this object unless it is kept. Throws std::system_error with EEXIST
   /// where the name is taken.
   void moveToFree(const std::string& path);
@@ -44,13 +47,16 @@ class TemporaryFile {
   bool temporary_ = true;
 };
 
-/// Gathers small writes and passes large ones on.
+/// Gathers small writes and passes large ones on. Of a large file the disk writes one part while the next is
+/// made.
 class FileOutput final : public Output {
  public:
   FileOutput(FileSystem& system, Handle file) : system_(system), file_(file) {}
   void write(ByteSpan bytes) override;
   /// To be called behind the last write.
   void finish();
+  /// Has the disk begin with a file that is worth it.
+  void startWriting();
 
  private:
   void writeThrough(ByteSpan bytes);
@@ -58,6 +64,7 @@ class FileOutput final : public Output {
   FileSystem& system_;
   Handle file_;
   std::vector<std::uint8_t> gathered_;
+  std::size_t unstarted_ = 0;  ///< bytes that the disk was not asked to begin with
 };
 
 }  // namespace pluvo::files

@@ -77,7 +77,7 @@ std::string lineOf(const Record& record) {
               number(old.size) + number(old.modifiedSeconds) + number(old.modifiedNanoseconds);
       const files::Stamp& now = record.after;
       line += number(now.device) + number(now.inode) + number(now.size) + number(now.modifiedSeconds) +
-              number(now.modifiedNanoseconds);
+              number(now.modifiedNanoseconds) + escaped(record.beside) + " ";
       break;
     }
   }
@@ -89,7 +89,7 @@ std::optional<Record> recordOf(std::string_view line) {
   if (words.empty()) return std::nullopt;
   Record record;
   if (words[0] == kKept) {
-    constexpr std::size_t kWords = 12;
+    constexpr std::size_t kWords = 13;
     files::Stamp& old = record.before.stamp;
     files::Stamp& now = record.after;
     record.kind = Record::Kind::kept;
@@ -99,7 +99,9 @@ std::optional<Record> recordOf(std::string_view line) {
                        parse(words[6], now.device) && parse(words[7], now.inode) &&
                        parse(words[8], now.size) && parse(words[9], now.modifiedSeconds) &&
                        parse(words[10], now.modifiedNanoseconds);
-    if (!sound) return std::nullopt;
+    auto beside = sound ? unescaped(words[11]) : std::nullopt;
+    if (!beside) return std::nullopt;
+    record.beside = *std::move(beside);
   } else if (words[0] == kCommand || words[0] == kNotKept) {
     record.kind = words[0] == kCommand ? Record::Kind::command : Record::Kind::notKept;
     if (words.size() != 2) return std::nullopt;

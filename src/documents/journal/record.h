@@ -15,7 +15,8 @@ struct Record {
   enum class Kind { command, kept, notKept };
   Kind kind = Kind::command;
   std::string text;          ///< the command, or the document's path
-  std::uint64_t number = 0;  ///< kept: the name of the file with the original's bytes
+  std::uint64_t number = 0;  ///< kept: the name of the original in the run's folder
+  std::string beside;        ///< kept: where it may have been left on its way there
   files::FileStatus before;  ///< kept: permissions and stamp of the original
   files::Stamp after;        ///< kept: of the version that took its place
 };

@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <ctime>
+#include <future>
 #include <system_error>
 #include <utility>
 
@@ -39,17 +40,12 @@ void writeAll(files::FileSystem& system, files::Handle file, files::ByteSpan byt
   while (!bytes.empty()) bytes = bytes.subspan(system.write(file, bytes));
 }
 
-void append(files::FileSystem& system, files::Handle journal, const Record& record) {
-  const std::string line = lineOf(record);
-  writeAll(system, journal, {reinterpret_cast<const std::uint8_t*>(line.data()), line.size()});
-}
-
-constexpr std::size_t kCopyBuffer = std::size_t{1024} * 1024;
-
 void copyBytes(files::FileSystem& system, files::Handle from, files::Handle to) {
-  std::vector<std::uint8_t> buffer(kCopyBuffer);
-  while (const std::size_t count = system.read(from, buffer))
+  std::vector<std::uint8_t> buffer(std::size_t{1024} * 1024);
+  while (const std::size_t count = system.read(from, buffer)) {
     writeAll(system, to, files::ByteSpan(buffer).first(count));
+    system.startWriting(to);
+  }
 }
 
 std::uint64_t sizeOf(const std::vector<Record>& records) {
@@ -58,7 +54,135 @@ std::uint64_t sizeOf(const std::vector<Record>& records) {
   return size;
 }
 
+/// Flushes that go on together, and the handles they need.
+class Flushes {
+ public:
+  explicit Flushes(files::FileSystem& system) : system_(system) {}
+
+  void addFolder(const std::string& path) { addOwn(system_.openFolder(path)); }
+  void addOwn(files::Handle file) {
+    const auto& own = files_.emplace_back(std::make_unique<files::OpenFile>(system_, file));
+    add(own->handle());
+  }
+  void add(files::Handle file) { flushes_.push_back(system_.startFlush(file)); }
+
+  void wait() {
+    for (std::future<void>& flush : flushes_) flush.get();
+    flushes_.clear();
+  }
+
+ private:
+  files::FileSystem& system_;
+  std::vector<std::unique_ptr<files::OpenFile>> files_;
+  std::vector<std::future<void>> flushes_;  // gone before the handles
+};
+
+template <class Work>
+void guarded(Work work) {
+  try {
+    work();
+  } catch (const std::system_error& failure) {
+    throw journalFailed(failure);
+  }
+}
+
 }  // namespace
+
+/// An original on its way into the journal.
+class Recorder::Kept final : public files::Keeping {
+ public:
+  Kept(Recorder& recorder, const files::Replacement& replacement, std::uint64_t number)
+      : recorder_(recorder),
+        replacement_(replacement),
+        place_(originalIn(recorder.run_, number)),
+        wantsFile_(replacement.before.stamp.device == recorder.device_),
+        flushes_(recorder.system_) {
+    if (!wantsFile_) makeCopy();
+  }
+
+  /// The record is written. The first document's flushes go on beside that of its new version; later a
+  /// thread for each would cost more than waiting.
+  void begin() {
+    first_ = !recorder_.namesOnDisk_;
+    if (first_) flushes_.add(recorder_.journal_->handle());
+    if (first_) flushes_.addFolder(recorder_.folder_);
+    if (first_ || !wantsFile_) flushes_.addFolder(recorder_.run_);
+  }
+
+  void wait() override {
+    guarded([&] {
+      if (!first_) recorder_.system_.flush(recorder_.journal_->handle());
+      flushes_.wait();
+    });
+    const std::lock_guard guard(recorder_.mutex_);
+    recorder_.namesOnDisk_ = true;
+    ++recorder_.kept_;
+  }
+
+  bool wantsFile() const override { return wantsFile_; }
+
+  /// Where that fails, the original stays where its record says it may be.
+  void take(const std::string& original) override {
+    files::FileSystem& system = recorder_.system_;
+    try {
+      try {
+        system.rename(original, place_);
+      } catch (const std::system_error&) {  // one disk mounted in two places
+        copy();
+        system.remove(original);
+      }
+    } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): see above
+    }
+  }
+
+  void copy() override {
+    guarded([&] {
+      makeCopy();
+      flushes_.addFolder(recorder_.run_);
+      flushes_.wait();
+    });
+  }
+
+ private:
+  /// With the original's time, as if it were its file.
+  void makeCopy() {
+    files::FileSystem& system = recorder_.system_;
+    const files::Stamp& before = replacement_.before.stamp;
+    const files::Handle copy = system.createNew(place_);
+    files::OpenFile guard(system, copy);
+    copyBytes(system, replacement_.original, copy);
+    system.setModified(copy, before.modifiedSeconds, before.modifiedNanoseconds);
+    guard.close();
+    flushes_.addOwn(system.openToRead(place_));
+  }
+
+  Recorder& recorder_;
+  const files::Replacement replacement_;
+  const std::string place_;
+  const bool wantsFile_;
+  bool first_ = false;
+  Flushes flushes_;
+};
+
+/// An original that there is no room for.
+class Recorder::Dropped final : public files::Keeping {
+ public:
+  explicit Dropped(Recorder& recorder) : recorder_(recorder), flushes_(recorder.system_) {
+    flushes_.add(recorder.journal_->handle());
+  }
+  void wait() override {
+    guarded([&] { flushes_.wait(); });
+    const std::lock_guard guard(recorder_.mutex_);
+    ++recorder_.notKept_;
+  }
+  bool wantsFile() const override { return false; }
+  void take(const std::string&) override {}
+  void copy() override {}
+
+ private:
+  Recorder& recorder_;
+  Flushes flushes_;
+};
 
 std::optional<std::string> defaultFolder() {
   const char* state = std::getenv("XDG_STATE_HOME");
@@ -79,7 +203,8 @@ Recorder::Recorder(files::FileSystem& system, std::string folder, std::string co
     } while (lock_ == nullptr);
     journal_.emplace(system_, system_.openToAppend(journalIn(run_)));
     // Flushed with the first document: without one there is nothing to take back.
-    append(system_, journal_->handle(), {Record::Kind::command, std::move(command), 0, {}, {}});
+    append({Record::Kind::command, std::move(command), 0, {}, {}, {}});
+    device_ = system_.statusAt(run_).stamp.device;
   } catch (const std::system_error& failure) {
     throw journalFailed(failure);
   }
@@ -94,30 +219,33 @@ Recorder::~Recorder() {
   }
 }
 
-void Recorder::keep(const files::Replacement& replacement) {
+std::unique_ptr<files::Keeping> Recorder::keep(const files::Replacement& replacement) {
   const std::lock_guard guard(mutex_);
-  try {
-    const std::uint64_t size = replacement.before.stamp.size;
-    if (!makeRoom(size)) {
-      append(system_, journal_->handle(), {Record::Kind::notKept, replacement.path, 0, {}, {}});
-      system_.flush(journal_->handle());
-      ++notKept_;
+  std::unique_ptr<files::Keeping> keeping;
+  guarded([&] {
+    const files::FileStatus& before = replacement.before;
+    if (!makeRoom(before.stamp.size)) {
+      append({Record::Kind::notKept, replacement.path, 0, {}, {}, {}});
+      keeping = std::make_unique<Dropped>(*this);
       return;
     }
-    files::OpenFile copy(system_, system_.createNew(originalIn(run_, kept_)));
-    copyBytes(system_, replacement.original, copy.handle());
-    system_.flush(copy.handle());
-    copy.close();
-    flushNames(system_, run_);
-    if (kept_ == 0) flushNames(system_, folder_);
-    append(system_, journal_->handle(),
-           {Record::Kind::kept, replacement.path, kept_, replacement.before, replacement.after});
-    system_.flush(journal_->handle());
-    ++kept_;
-    size_ += size;
-  } catch (const std::system_error& failure) {
-    throw journalFailed(failure);
-  }
+    const std::uint64_t number = numbers_++;
+    auto kept = std::make_unique<Kept>(*this, replacement, number);
+    const std::string beside = kept->wantsFile() ? replacement.temporary : "";
+    append({Record::Kind::kept, replacement.path, number, beside, before, replacement.after});
+    kept->begin();
+    size_ += before.stamp.size;
+    keeping = std::move(kept);
+  });
+  return keeping;
+}
+
+/// A line that was not written whole is ended, lest the next one be taken for its rest.
+void Recorder::append(const Record& record) {
+  const std::string line = (torn_ ? "\n" : "") + lineOf(record);
+  torn_ = true;
+  writeAll(system_, journal_->handle(), {reinterpret_cast<const std::uint8_t*>(line.data()), line.size()});
+  torn_ = false;
 }
 
 std::uint64_t Recorder::notKept() const {

@@ -18,12 +18,23 @@ bool isVersion(const files::Stamp& found, const files::Stamp& version) {
          found.modifiedNanoseconds == version.modifiedNanoseconds;
 }
 
+/// In the run's folder, or where it was left on its way there.
+std::string originalOf(files::FileSystem& system, const Record& record, const std::string& run) {
+  std::string path = originalIn(run, record.number);
+  return record.beside.empty() || system.exists(path) ? path : record.beside;
+}
+
 void restore(files::FileSystem& system, const Record& record, const files::Stamp& found,
              const std::string& original) {
-  const files::Bytes bytes = files::readFile(system, original).bytes;
-  if (bytes.view.size() != record.before.stamp.size)
-    throw DocumentError(Problem::damaged,
-                        "The original kept for this document is not whole, so it was left as it is.");
+  const files::FileContent kept = files::readFile(system, original);
+  const files::Bytes& bytes = kept.bytes;
+  // A document's own file may have been written by a program that had it open; a copy may have another time.
+  const bool same = record.beside.empty() ? kept.stamp.size == record.before.stamp.size
+                                          : isVersion(kept.stamp, record.before.stamp);
+  if (!same)
+    throw DocumentError(Problem::damaged, "What is kept of this document, \"" + original +
+                                              "\", is no longer what was replaced, so the document was left "
+                                              "as it is.");
   files::NewVersion version;
   version.write = [&bytes](files::Output& out) { out.write(bytes.view); };
   version.check = [&bytes](const files::Bytes& written) {
@@ -34,19 +45,29 @@ void restore(files::FileSystem& system, const Record& record, const files::Stamp
   files::replaceFile(system, record.text, found, version);
 }
 
+/// Nothing hangs on it any more.
+void removeIfPossible(files::FileSystem& system, const std::string& path) {
+  try {
+    system.remove(path);
+  } catch (const std::system_error&) {  // NOLINT(bugprone-empty-catch): see above
+  }
+}
+
 Undone undoOne(files::FileSystem& system, const Record& record, const std::string& run) {
   Undone undone{record.text};
   try {
     const files::Stamp found = system.statusAt(record.text).stamp;
     if (isVersion(found, record.after)) {
-      restore(system, record, found, originalIn(run, record.number));
+      const std::string original = originalOf(system, record, run);
+      restore(system, record, found, original);
+      if (original == record.beside) removeIfPossible(system, original);
     } else if (isVersion(found, record.before.stamp)) {
       undone.outcome = Outcome::asBefore;
     } else {
       throw DocumentError(Problem::changed,
                           "The document was changed after the run, so it was left as it is; its original is "
                           "kept as \"" +
-                              originalIn(run, record.number) + "\".");
+                              originalOf(system, record, run) + "\".");
     }
   } catch (const DocumentError& problem) {
     undone.outcome = Outcome::failed;

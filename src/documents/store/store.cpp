@@ -78,7 +78,7 @@ files::NewVersion StoredDocument::newVersion(const std::string& path, const Save
             requireWhole(bytes_);
           },
           [this, path](const files::Bytes& written) { requireSameDocument(written, path); },
-          options.beforeReplacing};
+          options.beforeReplacing, options.beforeWaiting};
 }
 
 void StoredDocument::requireSameDocument(const files::Bytes& written, const std::string& path) const {

@@ -15,7 +15,8 @@ constexpr std::uint16_t kNothing = 0;
 
 }  // namespace
 
-NameResolver::NameResolver(const Vocabulary& vocabulary) : vocabulary_(&vocabulary) {
+NameResolver::NameResolver(const Vocabulary& vocabulary, std::size_t textSize)
+    : vocabulary_(&vocabulary), elements_(slotsFor(textSize)), attributes_(slotsFor(textSize)) {
   bindings_.push_back({"", "", kNoNamespace, scope_});
   bindings_.push_back({"xml", kXmlUri, kXmlNamespace, scope_});
   bindings_.push_back({"xmlns", kXmlnsUri, kOtherNamespace, scope_});
@@ -40,7 +41,7 @@ void NameResolver::forget(std::size_t count) {
 const ResolvedName& NameResolver::find(std::string_view name, Table& table, bool isElement) {
   const std::uint64_t head = headOf(name);
   const std::uint64_t tail = tailOf(name);
-  Slot& slot = table[slotOf(head, tail, name.size())];
+  Slot& slot = table[slotOf(head, tail, name.size(), table.size())];
   if (slot.scope == scope_ && slot.head == head && slot.tail == tail && slot.name.size() == name.size() &&
       (name.size() <= 16 || slot.name == name)) {
     return slot.resolved;

@@ -30,7 +30,8 @@ Scanner::Scanner(files::ByteSpan utf8, const Vocabulary& vocabulary, std::string
       size_(static_cast<Offset>(utf8.size())),
       partName_(std::move(partName)),
       limits_(limits),
-      names_(vocabulary) {
+      names_(vocabulary, utf8.size()),
+      tags_(utf8.size()) {
   if (utf8.size() > 0xffffffffU) refuseSize("is larger than 4 GiB");
   if (const auto bad = findBadCharacter(rest(text_))) {
     fail(text_ + *bad, "there is a byte that is not UTF-8, or a character that XML does not allow");

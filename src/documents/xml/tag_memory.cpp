@@ -19,9 +19,13 @@ std::string_view cutTag(std::string_view bytes) {
                           : bytes.substr(0, static_cast<std::size_t>(close + 1 - bytes.data()));
 }
 
-std::size_t slotFor(std::string_view tag) { return slotOf(headOf(tag), tailOf(tag), tag.size()); }
-
 }  // namespace
+
+TagMemory::TagMemory(std::size_t textSize) : slots_(slotsFor(textSize)) {}
+
+std::size_t TagMemory::slotFor(std::string_view tag) const {
+  return slotOf(headOf(tag), tailOf(tag), tag.size(), slots_.size());
+}
 
 const KnownTag* TagMemory::recall(std::string_view bytes, std::uint32_t scope) const {
   const std::string_view tag = cutTag(bytes);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <string_view>
@@ -28,10 +30,16 @@ inline std::uint64_t tailOf(std::string_view bytes) {
   return bytes.size() >= 8 ? load<std::uint64_t>(bytes.data() + bytes.size() - 8) : 0;
 }
 
-/// 0 to 255.
-inline std::size_t slotOf(std::uint64_t head, std::uint64_t tail, std::size_t size) {
+/// How many slots a memory of tags or names is to have for a text of so many bytes: a power of two, since
+/// most parts are small, and clearing more memory than they have bytes would cost more than reading them.
+inline std::size_t slotsFor(std::size_t textSize) {
+  return std::clamp<std::size_t>(std::bit_ceil(textSize / 256), 16, 256);
+}
+
+/// Which of so many slots, which are a power of two and at most 256.
+inline std::size_t slotOf(std::uint64_t head, std::uint64_t tail, std::size_t size, std::size_t slots) {
   const std::uint64_t mixed = (head ^ (tail * 0x9e3779b97f4a7c15U) ^ size) * 0xff51afd7ed558ccdU;
-  return mixed >> 56U;
+  return (mixed >> 56U) & (slots - 1);
 }
 
 }  // namespace pluvo::xml

@@ -56,6 +56,9 @@ class FailingFileSystem final : public FileSystem {
   void renameToFree(const std::string& from, const std::string& to) override {
     count(), real_.renameToFree(from, to);
   }
+  void exchange(const std::string& one, const std::string& other) override {
+    count(), real_.exchange(one, other);
+  }
   void remove(const std::string& path) override { count(), real_.remove(path); }
   void createFolder(const std::string& path) override { count(), real_.createFolder(path); }
   std::vector<std::string> names(const std::string& folder) override { return count(), real_.names(folder); }

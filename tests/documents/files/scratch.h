@@ -18,10 +18,10 @@ inline constexpr const char* kOddLetter = "\xFF";
 /// A folder that goes when the test ends. Names and paths are in UTF-8 on every system.
 class Scratch {
  public:
-  Scratch() {
+  explicit Scratch(const std::filesystem::path& around = std::filesystem::temp_directory_path()) {
     std::random_device random;
     do {
-      folder_ = std::filesystem::temp_directory_path() / ("pluvo-test-" + std::to_string(random()));
+      folder_ = around / ("pluvo-test-" + std::to_string(random()));
     } while (!std::filesystem::create_directory(folder_));
   }
   Scratch(const Scratch&) = delete;

@@ -33,7 +33,7 @@ class Journal : public testing::Test {
     files::NewVersion version;
     version.write = [&](files::Output& out) { out.write(bytes); };
     version.check = [](const files::Bytes&) {};
-    version.beforeReplacing = [&](const files::Replacement& replacement) { recorder.keep(replacement); };
+    version.beforeReplacing = [&](const files::Replacement& replacement) { return recorder.keep(replacement); };
     files::replaceFile(system, path, machineFileSystem().statusAt(path).stamp, version);
   }
 
@@ -45,6 +45,7 @@ class Journal : public testing::Test {
     });
     return outcomes;
   }
+  void survivesFailures(const std::string& folder);
   std::vector<journal::Run> listed() { return runs(machineFileSystem(), folder()); }
 
   files::Scratch state_;
@@ -132,7 +133,29 @@ TEST_F(Journal, ARunThatChangedNothingLeavesNothing) {
 
 /// Whatever call fails, in the run or in the undo, and however often it is tried: in the end every document
 /// is as it was.
-TEST_F(Journal, SurvivesTheFailureOfAnyCall) {
+TEST_F(Journal, SurvivesTheFailureOfAnyCall) { survivesFailures(folder()); }
+
+TEST_F(Journal, SurvivesItOnAnotherDiskThanTheDocuments) {
+  const std::filesystem::path disk = "/dev/shm";
+  if (!std::filesystem::is_directory(disk)) GTEST_SKIP() << "needs a second disk";
+  const files::Scratch other(disk);
+  survivesFailures(other.path("runs"));
+}
+
+/// The original kept is the document's own file, which others may have open.
+TEST_F(Journal, PutsBackNoOriginalThatWasWrittenInto) {
+  const std::string path = documents_.put("a.txt", "old");
+  std::ofstream open(path, std::ios::app);
+  {
+    Recorder recorder(machineFileSystem(), folder(), "run", kDefaultLimit);
+    change(machineFileSystem(), recorder, path, "new");
+  }
+  open << "er" << std::flush;
+  EXPECT_THAT(takeBack(listed().at(0).name), ElementsAre(Pair("a.txt", Outcome::failed)));
+  EXPECT_EQ(documents_.get("a.txt"), "new");
+}
+
+void Journal::survivesFailures(const std::string& folder) {
   const std::map<std::string, std::string> originals = {{"a.txt", "one"},
                                                         {"b.txt", std::string(300'000, 'b')}};
   for (const auto from : {files::FailingFileSystem::From::once, files::FailingFileSystem::From::on}) {
@@ -141,19 +164,20 @@ TEST_F(Journal, SurvivesTheFailureOfAnyCall) {
       for (const auto& [name, text] : originals) documents_.put(name, text);
       files::FailingFileSystem failing(n, from);
       try {
-        Recorder recorder(failing, folder(), "run", kDefaultLimit);
+        Recorder recorder(failing, folder, "run", kDefaultLimit);
         for (const auto& [name, text] : originals)
           change(failing, recorder, documents_.path(name), "changed");
         failed = failing.calls() >= n;
       } catch (const DocumentError&) {
       }
-      for (const journal::Run& run : listed()) {
+      for (const journal::Run& run : runs(machineFileSystem(), folder)) {
         files::FailingFileSystem undoing(n, from);
         try {
-          undo(undoing, folder(), run.name, [](const Undone&) {});
+          undo(undoing, folder, run.name, [](const Undone&) {});
         } catch (const DocumentError&) {
         }
-        if (machineFileSystem().exists(folder() + "/" + run.name + "/journal")) takeBack(run.name);
+        if (machineFileSystem().exists(folder + "/" + run.name + "/journal"))
+          undo(machineFileSystem(), folder, run.name, [](const Undone&) {});
       }
       for (const auto& [name, text] : originals) ASSERT_EQ(documents_.get(name), text) << "call " << n;
       ASSERT_LT(n, 1000);
@@ -162,17 +186,18 @@ TEST_F(Journal, SurvivesTheFailureOfAnyCall) {
 }
 
 TEST(Record, SurvivesItsLine) {
-  Record record{Record::Kind::kept, "/a b/%\xFF\n", 7, {}, {1, 2, 3, -4, 5}};
+  Record record{Record::Kind::kept, "/a b/%\xFF\n", 7, "/a b/~x", {}, {1, 2, 3, -4, 5}};
   record.before.permissions = 0640;
   record.before.stamp = {0, 0, 9, 10, 11};
   const auto read = recordOf(std::string_view(lineOf(record)).substr(0, lineOf(record).size() - 1));
   ASSERT_TRUE(read);
   EXPECT_EQ(read->text, record.text);
+  EXPECT_EQ(read->beside, record.beside);
   EXPECT_EQ(read->after, record.after);
   EXPECT_EQ(read->before.stamp, record.before.stamp);
   EXPECT_EQ(read->before.permissions, record.before.permissions);
 
-  const std::string whole = lineOf(record) + lineOf({Record::Kind::command, "x", 0, {}, {}});
+  const std::string whole = lineOf(record) + lineOf({Record::Kind::command, "x", 0, {}, {}, {}});
   for (std::size_t size = 0; size < whole.size(); ++size)
     EXPECT_LE(recordsOf(whole.substr(0, size)).size(), size < lineOf(record).size() ? 0U : 1U) << size;
   for (const char* line : {"", "kept", "kept 1 2 x", "command %4", "command %zz", "other x", "command a b"})

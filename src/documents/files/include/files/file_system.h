@@ -3,8 +3,10 @@
 #include "files/bytes.h"
 
 #include <cstdint>
+#include <future>
 #include <span>
 #include <string>
+#include <system_error>
 #include <vector>
 
 namespace pluvo::files {
@@ -66,6 +68,13 @@ class FileSystem {
   virtual std::size_t write(Handle file, ByteSpan bytes) = 0;
   /// Returns when the file's bytes, or the folder's names, are on disk.
   virtual void flush(Handle file) = 0;
+  /// Begins to flush; the future waits for it, and throws what flush throws. Flushes that go on together cost
+  /// the disk hardly more than one. The file must stay open meanwhile.
+  virtual std::future<void> startFlush(Handle file) {
+    return std::async(std::launch::deferred, [this, file] { flush(file); });
+  }
+  /// Has the disk begin with what was written so far, so that a later flush finds less to do. Only a hint.
+  virtual void startWriting(Handle) {}
   /// The handle is gone even when this throws.
   virtual void close(Handle file) = 0;
 
@@ -80,6 +89,10 @@ class FileSystem {
   virtual void rename(const std::string& from, const std::string& to) = 0;
   /// Fails where the new name is taken.
   virtual void renameToFree(const std::string& from, const std::string& to) = 0;
+  /// Swaps the files of two names at once. Not every system or disk can.
+  virtual void exchange(const std::string& /*one*/, const std::string& /*other*/) {
+    throw std::system_error(std::make_error_code(std::errc::not_supported), "exchange");
+  }
   virtual void remove(const std::string& path) = 0;
 
   /// A folder that only its owner may enter; the folder it lies in must be there.

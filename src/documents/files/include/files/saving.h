@@ -4,18 +4,20 @@
 #include "files/problem.h"
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
 namespace pluvo::files {
 
 /// The one way a file comes to be written: into a temporary file in the same folder, with the permissions,
-/// owner, access lists and extended attributes of the original, flushed, read back and checked, renamed into
+/// owner, access lists and extended attributes of the original, read back and checked, flushed, renamed into
 /// place, and the folder flushed. At any moment, a power failure included, there is the old version or the
 /// new one, whole.
 ///
 /// When something fails, the original is untouched and the temporary file is gone; a program that is killed
-/// may leave one behind, named "~pluvo-", sixteen hexadecimal digits and ".tmp", which may be deleted. An
+/// may leave one behind, named "~pluvo-", sixteen hexadecimal digits and ".tmp", which may be deleted unless
+/// the original was to be kept (Keeping). An
 /// owner or group that the user may not give away becomes the user's own, and then nobody gains rights:
 /// set-id bits are dropped and a changed group has the rights of everybody else.
 ///
@@ -23,10 +25,27 @@ namespace pluvo::files {
 
 /// A document at the moment before its new version takes its place.
 struct Replacement {
-  std::string path;     ///< without links
-  Handle original = 0;  ///< open for reading, at its beginning
-  FileStatus before;    ///< of the original
-  Stamp after;          ///< of the new version, already on disk
+  std::string path;       ///< without links
+  Handle original = 0;    ///< open for reading, at its beginning, as long as the Keeping
+  FileStatus before;      ///< of the original
+  Stamp after;            ///< of the new version, which is written but may not be on disk yet
+  std::string temporary;  ///< where the new version lies, and for a moment the original when it is swapped
+};
+
+/// How somebody keeps the original of one replacement.
+class Keeping {
+ public:
+  virtual ~Keeping() = default;
+  /// Returns when all that has to be on disk before the document is replaced is there. What throws here or in
+  /// copy leaves the document as it is.
+  virtual void wait() = 0;
+  /// Whether the original is still to be had: its file is swapped with the new version and handed over, or,
+  /// where the disk cannot swap, copied before it is replaced.
+  virtual bool wantsFile() const = 0;
+  /// The new version is in place, and the original lies at this path, to be taken from there. Throws nothing.
+  virtual void take(const std::string& original) = 0;
+  /// Returns when a copy is on disk.
+  virtual void copy() = 0;
 };
 
 /// What a new version of a document consists of.
@@ -34,8 +53,11 @@ struct NewVersion {
   std::function<void(Output&)> write;
   /// Given what was written, read back from the disk. Throws DocumentError where that is not what was meant.
   std::function<void(const Bytes&)> check;
-  /// Called before the new version takes the place of the original, which stays if this throws.
-  std::function<void(const Replacement&)> beforeReplacing = {};
+  /// Called before the new version takes the place of the original, which stays if this throws; null where
+  /// nothing is kept.
+  std::function<std::unique_ptr<Keeping>(const Replacement&)> beforeReplacing = {};
+  /// Called when the new version is written and checked: what is left is to wait for the disk.
+  std::function<void()> beforeWaiting = {};
   /// The permissions and the time of last change it is to have, where they are not to be the original's and
   /// now.
   std::optional<FileStatus> as = std::nullopt;

@@ -14,9 +14,11 @@
 /// What makes a run undoable: the bytes of every document it replaced, and which version it put there.
 ///
 /// A journal is a folder of runs, each a folder of its own named after the time it began: "journal", a text
-/// of one record a line, "lock", held while the run lasts, and the originals' bytes, numbered. Only the user
-/// may enter. An original is on disk before its record, and its record before the document is replaced; so
-/// whatever moment a run or an undo is killed at, an undo puts back exactly what was replaced.
+/// of one record a line, "lock", held while the run lasts, and the originals, numbered. Only the user may
+/// enter. On the disk of the journal an original is the document's own file: swapped with the new version and
+/// then moved here, so that its record also says where it lies between the two; from elsewhere it is a copy.
+/// Record and copy are on disk before the document is replaced; so whatever moment a run or an undo is killed
+/// at, an undo puts back exactly what was replaced.
 namespace pluvo::journal {
 
 /// Where the journal is: "pluvo/runs" in $XDG_STATE_HOME, by default in ~/.local/state. Nothing where neither
@@ -26,6 +28,8 @@ std::optional<std::string> defaultFolder();
 /// The originals of all runs together take no more than this: the oldest runs go first, and a run that needs
 /// more by itself keeps what fits.
 inline constexpr std::uint64_t kDefaultLimit = std::uint64_t{4} * 1024 * 1024 * 1024;
+
+struct Record;
 
 /// The journal of the run that is going on. May be used from several threads.
 class Recorder {
@@ -39,17 +43,21 @@ class Recorder {
   ~Recorder();
 
   /// To be called before each document is replaced (files::NewVersion::beforeReplacing). Throws DocumentError
-  /// where the original cannot be kept, so that the document is not replaced.
-  void keep(const files::Replacement& replacement);
+  /// where the original cannot be kept, so that the document is not replaced. What is returned must not
+  /// outlive this.
+  std::unique_ptr<files::Keeping> keep(const files::Replacement& replacement);
 
   /// Documents replaced without being kept, since the limit was reached.
   std::uint64_t notKept() const;
 
  private:
+  class Kept;
+  class Dropped;
   struct Other {
     std::string run;
     std::uint64_t size = 0;
   };
+  void append(const Record& record);
   bool makeRoom(std::uint64_t size);
   bool forget(const std::string& run);
   void weighOthers();
@@ -60,7 +68,11 @@ class Recorder {
   std::uint64_t limit_;
   std::unique_ptr<files::OpenFile> lock_;
   std::optional<files::OpenFile> journal_;
+  std::uint64_t device_ = 0;  ///< the run's disk
   mutable std::mutex mutex_;
+  bool torn_ = false;          ///< the journal's last line may lack its end
+  bool namesOnDisk_ = false;   ///< of the run's folder and the journal in it
+  std::uint64_t numbers_ = 0;  ///< given to originals
   std::uint64_t kept_ = 0;
   std::uint64_t notKept_ = 0;
   std::uint64_t size_ = 0;                   ///< of this run's originals

@@ -6,6 +6,7 @@
 #include "formats/registry.h"
 #include "memory/document.h"
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -20,7 +21,9 @@ struct SaveOptions {
   /// Leaves the original alone and writes a new file; the name must be free.
   std::optional<std::string> otherPath;
   /// See files::NewVersion; not called for a new file.
-  std::function<void(const files::Replacement&)> beforeReplacing = {};
+  std::function<std::unique_ptr<files::Keeping>(const files::Replacement&)> beforeReplacing = {};
+  /// See files::NewVersion.
+  std::function<void()> beforeWaiting = {};
 };
 
 /// A document in memory with the file it came from. Keeps what saving needs; the document itself knows no
@@ -29,6 +32,8 @@ class StoredDocument {
  public:
   const std::shared_ptr<memory::MemoryDocument>& document() const { return document_; }
   const std::string& path() const { return path_; }
+  /// Bytes of the file.
+  std::uint64_t size() const { return stamp_.size; }
   /// "txt", "docx"
   std::string_view format() const { return format_->name(); }
 

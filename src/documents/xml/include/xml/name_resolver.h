@@ -2,7 +2,6 @@
 
 #include "xml/vocabulary.h"
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -24,7 +23,8 @@ struct ResolvedName {
 /// declarations costs one look into a table, whatever the vocabulary.
 class NameResolver {
  public:
-  explicit NameResolver(const Vocabulary& vocabulary);
+  /// For a text of so many bytes.
+  NameResolver(const Vocabulary& vocabulary, std::size_t textSize);
 
   /// A declaration of the element that is being entered. Gives what is wrong with it, or null. The strings
   /// must outlive the resolver.
@@ -55,8 +55,7 @@ class NameResolver {
     std::uint32_t scope = 0;  ///< 0: nothing here yet
     ResolvedName resolved;
   };
-  static constexpr std::size_t kSlots = 256;
-  using Table = std::array<Slot, kSlots>;
+  using Table = std::vector<Slot>;
 
   const ResolvedName& find(std::string_view name, Table& table, bool isElement);
   ResolvedName resolve(std::string_view name, bool isElement) const;

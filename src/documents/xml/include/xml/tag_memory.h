@@ -30,7 +30,8 @@ struct KnownTag {
 /// the same bytes under the same declarations mean the same.
 class TagMemory {
  public:
-  TagMemory() : slots_(kSlots) {}
+  /// For a text of so many bytes.
+  explicit TagMemory(std::size_t textSize);
 
   /// The tag that the bytes begin with, or null.
   const KnownTag* recall(std::string_view bytes, std::uint32_t scope) const;
@@ -40,7 +41,7 @@ class TagMemory {
                 const std::vector<Attribute>& attributes, std::uint32_t scope);
 
  private:
-  static constexpr std::size_t kSlots = 256;
+  std::size_t slotFor(std::string_view tag) const;
 
   std::vector<KnownTag> slots_;
 };
