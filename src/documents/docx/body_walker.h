@@ -43,8 +43,9 @@ struct TextElement {
   Extent extent;
   std::string_view
       tag;  ///< the qualified name to write such text with; empty for text without a place of its own
-  std::u16string_view units;
-  std::string_view bytes;  ///< a byte a unit, where that is all there is to it
+  std::u16string_view units;  ///< empty where the bytes are printable ASCII
+  std::string_view bytes;     ///< a byte a unit, where that is all there is to it
+  std::size_t length() const { return units.empty() ? bytes.size() : units.size(); }
 };
 
 /// One character that is in no run but has runs of its own.
@@ -150,6 +151,7 @@ class BodyWalker {
   char16_t drawingCharacter(xml::Token token);
   char16_t characterOf(Name name, xml::Token token);
   void collectText(xml::Token token);
+  void widenPlain();
   Open& blockContainer();
   bool inCode() const { return !fields_.empty() && !fields_.back().inResult; }
   std::string attributeValue(Name name) const;
@@ -164,6 +166,7 @@ class BodyWalker {
   std::vector<OpenField> fields_;
   std::vector<bool> alternatives_;  ///< per open alternative content: one was chosen
   std::u16string units_;
+  std::string_view plain_;  ///< text collected in the place of units_
   std::size_t textTokens_ = 0;
   Extent textToken_;
   Properties properties_;

@@ -147,25 +147,38 @@ void BodyWalker::textElement(Token token) {
   textTokens_ = 0;
   collectText(token);
   element.extent.end = scanner_.end();
-  if (textTokens_ == 1 && textToken_.end - textToken_.begin == units_.size()) {
-    element.bytes = scanner_.bytes(textToken_.begin, textToken_.end);
+  if (!plain_.empty()) {
+    element.bytes = preserved ? plain_ : withoutOuterBlanks(plain_);
+  } else {
+    if (textTokens_ == 1 && textToken_.end - textToken_.begin == units_.size()) {
+      element.bytes = scanner_.bytes(textToken_.begin, textToken_.end);
+    }
+    if (!preserved) trimBlanks(units_, element.bytes);
+    element.units = units_;
   }
-  if (!preserved) trimBlanks(units_, element.bytes);
-  if (units_.empty()) return;
-  element.units = units_;
+  if (element.length() == 0) return;
   events_.text(element);
-  advance(units_.size());
+  advance(element.length());
 }
 
-/// The characters up to the end of the element just begun, added to units_.
+/// The characters up to the end of the element just begun, added to units_, or left in plain_ where they are
+/// all there is and printable ASCII, as most are.
 void BodyWalker::collectText(Token token) {
+  plain_ = {};
   if (token != Token::start) return;
   for (Token next = scanner_.next(); next != Token::end; next = scanner_.next()) {
     if (next == Token::text) {
       ++textTokens_;
       textToken_ = tokenExtent();
-      appendUtf8(units_, scanner_.bytes(scanner_.begin(), scanner_.end()));
+      const std::string_view bytes = scanner_.bytes(scanner_.begin(), scanner_.end());
+      if (textTokens_ == 1 && units_.empty() && isPrintableAscii(bytes)) {
+        plain_ = bytes;
+        continue;
+      }
+      widenPlain();
+      appendUtf8(units_, bytes);
     }
+    if (next == Token::cdata || next == Token::reference) widenPlain();
     if (next == Token::cdata || next == Token::reference) textTokens_ += 2;
     if (next == Token::cdata) appendUtf8(units_, scanner_.bytes(scanner_.innerBegin(), scanner_.innerEnd()));
     if (next == Token::reference) appendCodePoint(units_, scanner_.codePoint());
@@ -205,6 +218,11 @@ void BodyWalker::formula(Token token) {
   advance(1);
 }
 
+void BodyWalker::widenPlain() {
+  appendUtf8(units_, plain_);
+  plain_ = {};
+}
+
 /// Alternatives within a run are one element to the text: what the chosen one holds.
 void BodyWalker::alternativeInRun() {
   TextElement element;
@@ -227,6 +245,7 @@ void BodyWalker::alternativeInRun() {
       if (!take) skip(token);
     } else if (name == Name::t || name == Name::delText) {
       collectText(token);
+      widenPlain();
     } else {
       const char16_t unit = characterOf(name, token);
       if (unit == text::kPicture || unit == text::kFloatingPicture) picture = unit;

@@ -8,6 +8,7 @@
 #include "run_content.h"
 #include "xml/escape.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 
@@ -36,6 +37,8 @@ DocxSource::DocxSource(Package package, xml::Utf8Part part, BodyMap map, text::R
       highlight_(std::move(highlight)) {}
 
 std::optional<std::string> DocxSource::refusesText(std::u16string_view newText) const {
+  const auto isPlain = [](char16_t unit) { return unit >= u' ' && unit < 0x7F; };
+  if (std::all_of(newText.begin(), newText.end(), isPlain)) return std::nullopt;
   for (std::size_t i = 0; i < newText.size(); ++i) {
     const char16_t unit = newText[i];
     if (isHigh(unit) && i + 1 < newText.size() && isLow(newText[i + 1])) {

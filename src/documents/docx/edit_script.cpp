@@ -43,6 +43,7 @@ EditScript::EditScript(const model::Model& model) {
   const text::PieceText& text = model.text();
   const Position originalLength = text.original().length();
   std::vector<Step> gap;
+  steps_.reserve(text.pieceCount() + text.pieceCount() / 2 + 1);
   Position reached = 0;
   Position at = 0;
   text.forEachPiece([&](const text::Piece& piece, std::u16string_view units) {

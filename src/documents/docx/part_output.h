@@ -33,12 +33,19 @@ class PartOutput {
   /// New text, and old bytes copied since the last settling.
   std::string& text() { return *into_; }
 
+  /// To be called first where so much is new that the old bytes between are better gathered with it.
+  void gatherAll(std::size_t expected) {
+    gathersAll_ = true;
+    text_.reserve(expected);
+  }
+
   /// From here on text and copied bytes go into another buffer.
   void divertTo(std::string& buffer) { into_ = &buffer; }
   void comeBack() { into_ = &text_; }
 
-  /// Copies the old bytes up to here without gathering them, for good.
+  /// Copies the old bytes up to here, as a rule without gathering them, for good.
   void settle(Offset to) {
+    if (gathersAll_) return copyTo(to);
     if (text_.size() > settled_) pieces_.push_back({true, settled_, text_.size()});
     settled_ = text_.size();
     if (to > copied_) pieces_.push_back({false, copied_, to});
@@ -48,6 +55,7 @@ class PartOutput {
   /// The new part. The spans hold as long as this and the old part.
   std::vector<files::ByteSpan> finish() {
     settle(static_cast<Offset>(source_.size()));
+    if (gathersAll_) pieces_.push_back({true, 0, text_.size()});
     std::vector<files::ByteSpan> spans;
     for (const Piece& piece : pieces_) {
       const auto* const bytes =
@@ -68,6 +76,7 @@ class PartOutput {
   Offset copied_ = 0;
   std::string text_;
   std::string* into_ = &text_;
+  bool gathersAll_ = false;
   std::size_t settled_ = 0;
   std::vector<Piece> pieces_;
 };

@@ -131,15 +131,14 @@ std::string withHighlight(std::string_view runProperties, const Markup& markup, 
                    standsBeforeHighlight);
 }
 
-const std::string& HighlightedProperties::of(std::string_view runProperties, const Markup& markup,
+const std::string& HighlightedProperties::of(std::string_view properties, const Markup& markup,
                                              std::uint8_t colour) {
   constexpr std::size_t kMost = 16;
   for (const Known& known : known_) {
-    if (known.colour == colour && known.before == runProperties && known.prefix == markup.element)
+    if (known.colour == colour && known.before == properties && known.prefix == markup.element)
       return known.after;
   }
-  Known made{std::string(runProperties), markup.element, colour,
-             withHighlight(runProperties, markup, colour)};
+  Known made{std::string(properties), markup.element, colour, make_(properties, markup, colour)};
   if (known_.size() < kMost) return known_.emplace_back(std::move(made)).after;
   next_ = (next_ + 1) % kMost;
   known_[next_] = std::move(made);

@@ -24,11 +24,22 @@ struct Markup {
 /// w:rPr with this highlight (0: none), in the place the schema gives it.
 std::string withHighlight(std::string_view runProperties, const Markup& markup, std::uint8_t colour);
 
-/// Remembers what withHighlight made of the last few w:rPr elements: a document has many runs and few
-/// formats.
+/// The w:rPr that text beside a paragraph's mark takes: the mark's, without what tells how the mark was
+/// tracked.
+std::string runPropertiesOfMark(std::string_view paragraphProperties);
+
+/// w:pPr with this highlight for the paragraph's mark.
+std::string withMarkHighlight(std::string_view paragraphProperties, const Markup& markup,
+                              std::uint8_t colour);
+
+/// Remembers what one of the functions above made of the last few elements: a document has many runs and
+/// paragraphs and few formats.
 class HighlightedProperties {
  public:
-  const std::string& of(std::string_view runProperties, const Markup& markup, std::uint8_t colour);
+  using Make = std::string (*)(std::string_view properties, const Markup& markup, std::uint8_t colour);
+  explicit HighlightedProperties(Make make) : make_(make) {}
+
+  const std::string& of(std::string_view properties, const Markup& markup, std::uint8_t colour);
 
  private:
   struct Known {
@@ -37,17 +48,10 @@ class HighlightedProperties {
     std::uint8_t colour = 0;
     std::string after;
   };
+  Make make_;
   std::vector<Known> known_;
   std::size_t next_ = 0;
 };
-
-/// The w:rPr that text beside a paragraph's mark takes: the mark's, without what tells how the mark was
-/// tracked.
-std::string runPropertiesOfMark(std::string_view paragraphProperties);
-
-/// w:pPr with this highlight for the paragraph's mark.
-std::string withMarkHighlight(std::string_view paragraphProperties, const Markup& markup,
-                              std::uint8_t colour);
 
 /// w:pPr with this highlight for the mark, which is hidden if and only if text with these w:rPr is. Where it
 /// is so already, nothing changes.

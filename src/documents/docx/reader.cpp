@@ -91,7 +91,10 @@ class Reader : public BodyEvents {
     }
   }
 
-  void text(const TextElement& element) override { builder_.append(element.units, look_); }
+  void text(const TextElement& element) override {
+    if (element.units.empty()) return builder_.appendAscii(element.bytes, look_);
+    builder_.append(element.units, look_);
+  }
 
   void character(char16_t unit, Extent, Name name, std::string_view reference) override {
     if (!reference.empty()) map_.references.push_back({walker_.position(), name, std::string(reference)});

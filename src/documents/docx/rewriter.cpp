@@ -46,7 +46,12 @@ std::vector<files::ByteSpan> Rewriter::rewrite() {
   // What is written anew is gathered in one buffer; growing it little by little would copy it again and
   // again.
   constexpr std::size_t kPerTouch = 512;
-  output_.text().reserve(std::min(allTouched.size() * kPerTouch, part_.size() + part_.size() / 2));
+  const std::size_t expected = allTouched.size() * kPerTouch;
+  if (expected > part_.size() / 2) {
+    output_.gatherAll(part_.size() + part_.size() / 2);
+  } else {
+    output_.text().reserve(expected);
+  }
   for (const Span& touched : allTouched) {
     jumpTowards(touched.from);
     while ((walker_.position() < touched.to || !idle()) && walker_.step()) {
@@ -291,6 +296,8 @@ std::size_t Rewriter::trackedDeletion() const {
 /// The prefix of the element at hand; a document in the default namespace declares one for its attributes.
 const Markup& Rewriter::markup() const {
   const Tag& tag = run_.active && !run_.isNew ? run_.tag : opens_[paragraph_].tag;
+  if (tag.extent.begin == markupTag_ && markupTag_ != 0) return markup_;
+  markupTag_ = tag.extent.begin;
   const std::string_view name = qualifiedName(tag);
   const std::string_view prefix = name.substr(0, name.find(':') + 1);
   if (prefix == markupPrefix_) return markup_;
@@ -312,7 +319,12 @@ const Markup& Rewriter::markup() const {
 
 std::string_view Rewriter::qualifiedName(const Tag& tag) const {
   const std::string_view bytes = output_.source(tag.extent);
-  return bytes.substr(1, bytes.find_first_of(" \t\r\n/>", 1) - 1);
+  const auto ends = [](char c) {
+    return c == '>' || c == ' ' || c == '/' || c == '\t' || c == '\r' || c == '\n';
+  };
+  std::size_t end = 1;
+  while (end < bytes.size() && !ends(bytes[end])) ++end;
+  return bytes.substr(1, end - 1);
 }
 
 }  // namespace pluvo::docx

@@ -154,7 +154,7 @@ class Rewriter : private BodyEvents {
   void write(std::u16string_view units, std::uint8_t colour, std::string_view tag);
   void highlightFormula(const Formula& formula, std::uint8_t colour);
   void writeAlone(char16_t unit, std::uint8_t colour);
-  void writeBytes(std::string_view bytes, std::uint8_t colour, std::string_view tag);
+  void writeBytes(std::string_view bytes, Position at, std::string_view tag);
   void beginText(std::uint8_t colour, std::string_view tag);
   void flushText();
   template <class Visit>
@@ -211,9 +211,11 @@ class Rewriter : private BodyEvents {
   bool markDropped_ = false;
   std::uint8_t markColour_ = 0;
 
-  HighlightedProperties highlighted_;
+  HighlightedProperties highlighted_{withHighlight};
+  HighlightedProperties highlightedMarks_{withMarkHighlight};
   mutable Markup markup_;
   mutable std::string_view markupPrefix_ = "?";
+  mutable Offset markupTag_ = 0;  ///< where the tag begins that it was last asked for
 
   // What is under way to the next paragraph.
   std::string carriedBlocks_;

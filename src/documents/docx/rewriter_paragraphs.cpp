@@ -9,7 +9,7 @@ void Rewriter::enterParagraphContent() {
   if (open.headed) return;
   open.headed = true;
   if (carried_.empty() && carriedBlocks_.empty() && waiting_.empty()) return;
-  placeWaiting(headerOfSplitOff(open));
+  if (!waiting_.empty()) placeWaiting(headerOfSplitOff(open));
   copyTo(open.tag.extent.begin);
   if (!carriedBlocks_.empty()) opens_[paragraph_ - 1].kept = true;
   output_.text() += carriedBlocks_;
@@ -180,8 +180,8 @@ void Rewriter::keepParagraph(Extent endTag) {
     expand(paragraph());
     copyTo(endTag.begin);
     writeCarried();
-    const std::string old(output_.source(paragraph().properties.whole));
-    replaceHeader(headerOf(paragraph(), withMarkHighlight(old, markup(), markColour_)));
+    const std::string_view old = output_.source(paragraph().properties.whole);
+    replaceHeader(headerOf(paragraph(), highlightedMarks_.of(old, markup(), markColour_)));
     paragraph().touched = true;
   }
   if (paragraph().behindCarried) copyTo(endTag.begin);

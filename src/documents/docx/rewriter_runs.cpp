@@ -64,7 +64,7 @@ void Rewriter::endNewRun() {
 
 void Rewriter::text(const TextElement& element) {
   const Position from = walker_.position();
-  const auto length = static_cast<Position>(element.units.size());
+  const auto length = static_cast<Position>(element.length());
   if (removedTables_ > 0) return collectInRemovedTable(from + length);
 
   textProperties_ = run_.properties;
@@ -83,13 +83,16 @@ void Rewriter::text(const TextElement& element) {
     if (step.kind == Step::Kind::put) put(step);
     if (step.kind == Step::Kind::drop) loseText();
     if (step.kind != Step::Kind::keep) continue;
-    const std::u16string_view kept = element.units.substr(static_cast<std::size_t>(step.original - from),
-                                                          static_cast<std::size_t>(step.length));
     const std::string_view tag = element.tag.empty() ? std::string_view(ownTag) : element.tag;
-    forEachColour(step.at, kept, [&](std::size_t at, std::size_t count, std::uint8_t colour) {
-      if (element.bytes.empty()) return write(kept.substr(at, count), colour, tag);
-      writeBytes(element.bytes.substr(static_cast<std::size_t>(step.original - from) + at, count), colour,
-                 tag);
+    const auto place = static_cast<std::size_t>(step.original - from);
+    const auto count = static_cast<std::size_t>(step.length);
+    if (!element.bytes.empty()) {
+      writeBytes(element.bytes.substr(place, count), step.at, tag);
+      continue;
+    }
+    const std::u16string_view kept = element.units.substr(place, count);
+    forEachColour(step.at, kept, [&](std::size_t at, std::size_t size, std::uint8_t colour) {
+      write(kept.substr(at, size), colour, tag);
     });
   }
   flushText();
@@ -304,10 +307,13 @@ void Rewriter::writeAlone(char16_t unit, std::uint8_t colour) {
   output_.text() += elementOf(unit, markup());
 }
 
-/// Text of the document as it stands there.
-void Rewriter::writeBytes(std::string_view bytes, std::uint8_t colour, std::string_view tag) {
-  beginText(colour, tag);
-  pendingText_ += bytes;
+/// Text of the document as it stands there, a byte a unit.
+void Rewriter::writeBytes(std::string_view bytes, Position at, std::string_view tag) {
+  for (const auto& run : model_.highlight().runs(at, at + static_cast<Position>(bytes.size()))) {
+    beginText(run.value, tag);
+    pendingText_ +=
+        bytes.substr(static_cast<std::size_t>(run.from - at), static_cast<std::size_t>(run.to - run.from));
+  }
 }
 
 void Rewriter::beginText(std::uint8_t colour, std::string_view tag) {

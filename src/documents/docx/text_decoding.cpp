@@ -13,7 +13,7 @@ bool isBlank(char16_t unit) { return unit == u' ' || unit == u'\t'; }
 constexpr std::size_t kBlock = 8;
 
 /// Most text, a block at a time.
-bool isPrintableAscii(const char* block) {
+bool isPrintableBlock(const char* block) {
   constexpr std::uint64_t kEach = 0x0101010101010101;
   std::uint64_t bytes = 0;
   std::memcpy(&bytes, block, kBlock);
@@ -21,6 +21,22 @@ bool isPrintableAscii(const char* block) {
 }
 
 }  // namespace
+
+bool isPrintableAscii(std::string_view bytes) {
+  if (bytes.size() < kBlock)
+    return std::all_of(bytes.begin(), bytes.end(),
+                       [](char c) { return static_cast<std::uint8_t>(c - 0x20) < 0x60; });
+  for (std::size_t i = 0; i + kBlock < bytes.size(); i += kBlock) {
+    if (!isPrintableBlock(bytes.data() + i)) return false;
+  }
+  return isPrintableBlock(bytes.data() + bytes.size() - kBlock);
+}
+
+std::string_view withoutOuterBlanks(std::string_view printable) {
+  const std::size_t front = std::min(printable.find_first_not_of(' '), printable.size());
+  printable.remove_prefix(front);
+  return printable.substr(0, printable.find_last_not_of(' ') + 1);
+}
 
 void appendCodePoint(std::u16string& units, char32_t c) {
   if (c >= 0x10000) {
@@ -36,7 +52,7 @@ void appendUtf8(std::u16string& units, std::string_view bytes) {
   units.resize(start + bytes.size());
   char16_t* out = units.data() + start;
   for (std::size_t i = 0; i < bytes.size();) {
-    while (bytes.size() - i >= kBlock && isPrintableAscii(bytes.data() + i)) {
+    while (bytes.size() - i >= kBlock && isPrintableBlock(bytes.data() + i)) {
       for (std::size_t n = 0; n < kBlock; ++n) out[n] = static_cast<std::uint8_t>(bytes[i + n]);
       out += kBlock;
       i += kBlock;

@@ -11,6 +11,12 @@ void appendCodePoint(std::u16string& units, char32_t c);
 /// Adds bytes that a scanner has found to be UTF-8; a line end is a blank.
 void appendUtf8(std::u16string& units, std::string_view bytes);
 
+/// Whether each byte is a visible character or a blank.
+bool isPrintableAscii(std::string_view bytes);
+
+/// Without the blanks at both ends.
+std::string_view withoutOuterBlanks(std::string_view printable);
+
 /// Takes the blanks at both ends away, and from the bytes, when there are any, those that stand for them.
 void trimBlanks(std::u16string& units, std::string_view& bytes);
 

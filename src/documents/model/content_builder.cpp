@@ -31,6 +31,11 @@ void ContentBuilder::append(std::u16string_view units, Look look) {
   add(units, look, here(), structureHere());
 }
 
+void ContentBuilder::appendAscii(std::string_view text, Look look) {
+  text_.appendAscii(text);
+  addLayers(text.size(), look, here(), structureHere());
+}
+
 void ContentBuilder::beginField(Look look) {
   const Visibility around = look.hidden ? text::kNowhere : here();
   const std::int32_t parent = fields_.empty() ? kNone : fields_.back().field;
@@ -107,10 +112,14 @@ Structure ContentBuilder::structureHere() const {
 }
 
 void ContentBuilder::add(std::u16string_view units, Look look, Visibility shown, const Structure& structure) {
-  if (units.empty()) return;
-  assert(units.size() <= static_cast<std::size_t>(text::kMaxLength) - text_.size());
   text_.append(units);
-  const auto count = static_cast<Position>(units.size());
+  addLayers(units.size(), look, shown, structure);
+}
+
+void ContentBuilder::addLayers(std::size_t length, Look look, Visibility shown, const Structure& structure) {
+  if (length == 0) return;
+  assert(text_.size() <= static_cast<std::size_t>(text::kMaxLength));
+  const auto count = static_cast<Position>(length);
   content_.visibility.append(count, look.hidden ? text::kNowhere : shown);
   content_.highlight.append(count, look.highlight);
   content_.structure.append(count, structure);

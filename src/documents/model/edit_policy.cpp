@@ -122,6 +122,15 @@ struct Context {
   Visibility visibility;
 };
 
+/// Neither a field's mark nor the anchor of a comment.
+bool isOrdinary(char16_t unit) {
+  return unit != text::kCommentReference && (unit < text::kFieldBegin || unit > text::kFieldEnd);
+}
+
+Context plainContext(const Model& model, Position position) {
+  return {fieldAt(model, position), model.visibility().valueAt(position)};
+}
+
 /// The anchor of a comment is never shown, but that says nothing of text beside it.
 Position pastCommentReferences(const Model& model, Position position) {
   while (position > 0 && model.text().at(position) == text::kCommentReference) --position;
@@ -129,6 +138,7 @@ Position pastCommentReferences(const Model& model, Position position) {
 }
 
 Context contextBehind(const Model& model, Position position) {
+  if (isOrdinary(model.text().at(position))) return plainContext(model, position);
   position = pastCommentReferences(model, position);
   const std::int32_t field = fieldAt(model, position);
   if (model.text().at(position) == text::kCommentReference) return {field, text::kEverywhere};
@@ -141,6 +151,7 @@ Context contextBehind(const Model& model, Position position) {
 }
 
 Context contextBefore(const Model& model, Position position) {
+  if (isOrdinary(model.text().at(position))) return plainContext(model, position);
   if (model.text().at(position) == text::kCommentReference) return contextBehind(model, position);
   const std::int32_t field = fieldAt(model, position);
   if (!model.isFieldMark(position)) return {field, model.visibility().valueAt(position)};
@@ -173,6 +184,13 @@ Landing landing(const Model& model, Position at, Position anchor, bool behind, s
   return result;
 }
 
+/// Whether there is neither table nor field within the span nor on its sides: then all of it goes.
+bool liesAmidPlainText(const Model& model, Span span) {
+  const auto around = model.structure().runAt(span.from);
+  const bool reachesBeyond = (span.from == 0 || around.from < span.from) && span.to < around.to;
+  return reachesBeyond && around.value.table == kNone && around.value.field == kNone;
+}
+
 }  // namespace
 
 Removal removalOf(const Model& model, Span span, std::u16string_view newText, text::View view) {
@@ -180,6 +198,10 @@ Removal removalOf(const Model& model, Span span, std::u16string_view newText, te
   span = {std::min(span.from, finalMark), std::min(span.to, finalMark)};
   Removal removal{span.from, {}};
   if (span.empty()) return removal;
+  if (liesAmidPlainText(model, span)) {
+    removal.spans.push_back(span);
+    return removal;
+  }
 
   bool first = true;
   for (const Span& covered : Cover(model, span, view).spans) {

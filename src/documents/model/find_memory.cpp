@@ -113,8 +113,10 @@ void FindMemory::keepBefore(Entry& entry, Position edit) const {
 
 FindMemory::Entry& FindMemory::entryOf(const Query& query, View view) {
   ++uses_;
-  auto found = std::find_if(entries_.begin(), entries_.end(),
-                            [&](const Entry& entry) { return entry.view == view && entry.query == query; });
+  // Two queries of a pass often begin alike, and seldom end alike.
+  auto found = std::find_if(entries_.begin(), entries_.end(), [&](const Entry& entry) {
+    return entry.query.text.back() == query.text.back() && entry.view == view && entry.query == query;
+  });
   if (found == entries_.end()) {
     if (entries_.size() == kMostEntries) {
       entries_.erase(std::min_element(entries_.begin(), entries_.end(),

@@ -21,6 +21,7 @@ constexpr std::array kReserved = {text::kPicture,        text::kNoteReference,  
                                   text::kFieldSeparator, text::kFieldEnd};
 
 void requireText(std::u16string_view text) {
+  if (std::all_of(text.begin(), text.end(), [](char16_t unit) { return unit >= u' '; })) return;
   if (text.find_first_of(std::u16string_view(kReserved.data(), kReserved.size())) == text.npos) return;
   throw errors::Fault(
       word::kParameterOutOfRange,
@@ -85,6 +86,7 @@ bool Model::isFieldMark(Position position) const {
 }
 
 std::u16string Model::incoming(std::u16string_view text) {
+  if (text.find(u'\n') == std::u16string_view::npos) return std::u16string(text);
   std::u16string result;
   result.reserve(text.size());
   char16_t previous = 0;

@@ -2,6 +2,9 @@
 
 #include "characters.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace pluvo::xml {
 
 namespace {
@@ -30,7 +33,16 @@ std::string_view escaped(char16_t unit, bool inAttribute) {
   }
 }
 
+bool standsForItself(char16_t unit) {
+  return unit >= u' ' && unit < 0x7F && unit != u'&' && unit != u'<' && unit != u'>' && unit != u'"';
+}
+
 void append(std::string& out, std::u16string_view text, bool inAttribute) {
+  if (std::all_of(text.begin(), text.end(), standsForItself)) {
+    std::transform(text.begin(), text.end(), std::back_inserter(out),
+                   [](char16_t unit) { return static_cast<char>(unit); });
+    return;
+  }
   for (std::size_t i = 0; i < text.size(); ++i) {
     const char16_t unit = text[i];
     if (const std::string_view reference = escaped(unit, inAttribute); !reference.empty()) {

@@ -28,6 +28,7 @@ class ContentBuilder {
   text::Position length() const { return static_cast<text::Position>(text_.size()); }
 
   void append(std::u16string_view units, Look look = {});
+  void appendAscii(std::string_view text, Look look = {});
   void append(char16_t unit, Look look = {}) { append(std::u16string_view(&unit, 1), look); }
 
   /// Characters 19, 20 and 21. A separator or an end without a field that waits for it adds nothing and
@@ -63,6 +64,7 @@ class ContentBuilder {
   text::Visibility here() const;
   Structure structureHere() const;
   void add(std::u16string_view units, Look look, text::Visibility shown, const Structure& structure);
+  void addLayers(std::size_t length, Look look, text::Visibility shown, const Structure& structure);
 
   text::OriginalTextBuilder text_;
   Content content_;

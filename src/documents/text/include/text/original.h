@@ -94,6 +94,14 @@ class OriginalTextBuilder {
     wide_ += units;
   }
 
+  void appendAscii(std::string_view text) {
+    if (wide_.empty()) {
+      narrow_.insert(narrow_.end(), text.begin(), text.end());
+    } else {
+      wide_.append(text.begin(), text.end());
+    }
+  }
+
   OriginalText finish() {
     return wide_.empty() ? OriginalText(std::move(narrow_)) : OriginalText(std::move(wide_));
   }
