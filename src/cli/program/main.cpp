@@ -53,8 +53,8 @@ int runProgram(const std::vector<std::string>& arguments) {
 /// What one document gives back serves the next one, and does not go to the system and back.
 void keepFreedMemory() {
 #ifdef M_TRIM_THRESHOLD
-  mallopt(M_MMAP_THRESHOLD, 1 << 20);
-  mallopt(M_TRIM_THRESHOLD, 16 << 20);
+  mallopt(M_MMAP_THRESHOLD, 32 << 20);
+  mallopt(M_TRIM_THRESHOLD, 256 << 20);
 #endif
 }
 

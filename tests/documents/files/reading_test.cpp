@@ -2,6 +2,7 @@
 
 #include "documents/files/failing_file_system.h"
 #include "documents/files/scratch.h"
+#include "files/fresh_memory.h"
 #include "files/problem.h"
 
 #include <gmock/gmock.h>
@@ -31,6 +32,21 @@ TEST(Reading, GivesTheBytesAndOneBehindAtEverySizeThatMatters) {
     EXPECT_EQ(textOf(read.bytes), content);
     EXPECT_EQ(*(read.bytes.view.data() + size), Bytes::kBehind) << size;
     EXPECT_EQ(read.stamp, machineFileSystem().statusAt(scratch.path("file")).stamp);
+  }
+}
+
+TEST(FreshMemory, HoldsWhatAVectorHolds) {
+  constexpr std::size_t kLarge = std::size_t{4} << 20U;
+  for (const std::size_t size : {std::size_t{0}, std::size_t{1}, kLarge - 1, kLarge, kLarge + 1}) {
+    std::vector<std::uint8_t> plain(size);
+    const auto fresh = freshMemory(size);
+    const auto other = freshMemory(size);  // must be another place
+    for (std::size_t i = 0; i < size; ++i) {
+      plain[i] = static_cast<std::uint8_t>(i * 31 >> 3U);
+      fresh[static_cast<std::ptrdiff_t>(i)] = plain[i];
+      other[static_cast<std::ptrdiff_t>(i)] = 0;
+    }
+    EXPECT_TRUE(std::equal(plain.begin(), plain.end(), fresh.get())) << size;
   }
 }
 
