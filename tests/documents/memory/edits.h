@@ -33,14 +33,14 @@ struct EditCase {
 };
 
 inline void expectEdits(std::initializer_list<EditCase> cases) {
-  for (const Medium medium : kMedia) {
+  for (const Medium medium : media()) {
     for (const auto& [before, edit, after] : cases) {
       SCOPED_TRACE(before);
-      Kept kept = keptIn(medium, before);
+      Kept kept = medium(before);
       edit(kept.sample);
       EXPECT_EQ(kept.sample.print(), notation::Sample(after).print());
       EXPECT_EQ(notation::damageOf(kept.sample.model()), "");
-      expectToSurviveASave(kept);
+      kept.expectToSurviveASave();
     }
   }
 }

@@ -107,7 +107,7 @@ class PlainProgram {
   PlainProgram(unsigned seed, Medium medium)
       : random_(seed),
         simple_{random_.text(u"ab \r", 40) + u"\r", {}, {}},
-        kept_(keptIn(medium, notationOf(simple_.text))) {
+        kept_(medium(notationOf(simple_.text))) {
     simple_.colours.assign(simple_.text.size(), 0);
     for (int i = 0; i < 6; ++i) {
       const Span span = random_.span(simple_.length());
@@ -156,7 +156,7 @@ class PlainProgram {
       ASSERT_EQ((Span{ranges_[i]->Start(), ranges_[i]->End()}), simple_.ranges[i]) << "range " << i;
     }
   }
-  void save() { expectToSurviveASave(kept_); }
+  void save() { kept_.expectToSurviveASave(); }
 
  private:
   static std::string notationOf(const std::u16string& text) {
@@ -188,7 +188,7 @@ class PlainProgram {
 };
 
 TEST(RandomProgram, DoesWithPlainTextWhatTheRulesSay) {
-  for (const Medium medium : kMedia) {
+  for (const Medium medium : media()) {
     for (unsigned seed = 0; seed < 300; ++seed) {
       SCOPED_TRACE(seed);
       PlainProgram program(seed, medium);
@@ -274,7 +274,7 @@ std::u16string lettersOf(std::u16string text) {
 class StructuredProgram {
  public:
   StructuredProgram(unsigned seed, Medium medium)
-      : random_(seed), kept_(keptIn(medium, RandomDocument(random_).blocks(2))) {
+      : random_(seed), kept_(medium(RandomDocument(random_).blocks(2))) {
     for (int i = 0; i < 3; ++i) ranges_.push_back(sample_.document->Range(0, 0));
   }
 
@@ -304,7 +304,7 @@ class StructuredProgram {
     }
     ASSERT_EQ(notation::damageOf(sample_.model()), "") << sample_.print();
   }
-  void save() { expectToSurviveASave(kept_); }
+  void save() { kept_.expectToSurviveASave(); }
 
  private:
   template <class Insert>
@@ -368,7 +368,7 @@ class StructuredProgram {
 };
 
 TEST(RandomProgram, LeavesStructuredDocumentsWhole) {
-  for (const Medium medium : kMedia) {
+  for (const Medium medium : media()) {
     for (unsigned seed = 0; seed < 500; ++seed) {
       SCOPED_TRACE(seed);
       StructuredProgram program(seed, medium);

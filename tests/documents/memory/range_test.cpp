@@ -44,6 +44,29 @@ TEST(Range, SetsItsEnds) {
   EXPECT_EQ(a.Text(), u"0123456789\r");
 }
 
+TEST(Selections, HaveTheTextTheyShow) {
+  struct Case {
+    std::string_view notation;
+    std::int32_t from, to;
+    std::u16string text;
+    std::int32_t characters;
+  };
+  const Case cases[] = {
+      {"one two¶", 4, 7, u"two", 3}, {"one two¶", 4, 4, u"t", 1},  // an insertion point
+      {"one¶", 3, 3, u"\r", 1},                                    // before the last mark
+      {"a¶b¶", 0, 3, u"a\rb", 3},    {"a{code|result}b¶", 0, 15, u"aresultb", 8},
+  };
+  for (const Case& it : cases) {
+    const notation::Sample sample(it.notation);
+    MemoryApplication application;
+    application.add(sample.document);
+    const auto selection = application.Selection();
+    selection->SetRange(it.from, it.to);
+    EXPECT_EQ(selection->Text(), it.text) << it.notation;
+    EXPECT_EQ(selection->Characters().Count(), it.characters) << it.notation;
+  }
+}
+
 TEST(Edits, TakeLineEndsOfAnyKind) {
   expectEdits({
       {"x[ay\\\na]¶", setText(u"1\r\n2\n3\r4\n\r"), "x[a1¶2¶3¶4¶¶a]¶"},
@@ -252,27 +275,6 @@ TEST(Faults, SayWhatTheFileCannotHold) {
   EXPECT_EQ(faultOf([&] { sample.range('a').HighlightColorIndex(7); }), word::kNotAvailable);
   EXPECT_FALSE(sample.model().changed());
   EXPECT_EQ(faultOf([&] { sample.range('a').Text(u"x\n"); }), 0);  // a line feed comes in as a paragraph mark
-}
-
-TEST(Application, KnowsWhichDocumentIsInFront) {
-  MemoryApplication application;
-  EXPECT_EQ(faultOf([&] { application.ActiveDocument(); }), word::kNoDocument);
-  EXPECT_EQ(faultOf([&] { application.Selection(); }), word::kNoDocument);
-  EXPECT_EQ(faultOf([&] { application.add(nullptr); }), errors::kObjectNotSet);
-
-  Sample first("one");
-  Sample second("two");
-  application.add(first.document);
-  application.add(second.document);
-  application.Selection()->SetRange(3, 1);
-  EXPECT_EQ(second.document->selection(), (text::Span{1, 1}));
-  application.activate(first.document);
-  EXPECT_EQ(application.ActiveDocument(), first.document);
-  EXPECT_EQ(application.Selection()->Start(), 0);
-  application.close(first.document);
-  EXPECT_FALSE(first.document->isOpen());
-  EXPECT_EQ(application.ActiveDocument(), second.document);
-  EXPECT_EQ(faultOf([&] { application.activate(first.document); }), word::kMemberMissing);
 }
 
 }  // namespace
