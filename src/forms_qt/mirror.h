@@ -1,7 +1,7 @@
 #pragma once
 
-#include "forms/doings.h"
 #include "forms/control.h"
+#include "forms/doings.h"
 
 #include <QObject>
 #include <QPointer>
