@@ -94,6 +94,7 @@ void ComboMirror::refreshKind() {
     shown_->clear();
     for (const auto& row : rows_) shown_->addItem(qt(row.text));
   }
+  if (QLineEdit* edit = shown_->lineEdit()) edit->setAccessibleName(shown_->accessibleName());
   const QString text = qt(box_.Text());
   const int row = shown_->findText(text, Qt::MatchExactly | Qt::MatchCaseSensitive);
   if (shown_->currentIndex() != row) shown_->setCurrentIndex(row);

@@ -9,6 +9,8 @@
 #include "text_box_mirror.h"
 #include "texts.h"
 
+#include <algorithm>
+
 namespace pluvo::forms_qt {
 
 std::unique_ptr<Mirror> Mirror::of(forms::Control& control, Doings& doings, QWidget& parent) {
@@ -51,7 +53,8 @@ void Mirror::refresh() {
   widget_->setVisible(control_.Visible());
   widget_->setToolTip(toolTip(control_.ControlTipText()));
   widget_->setAccessibleName(spokenName_.isEmpty() ? spokenName(control_) : spokenName_);
-  widget_->setAccessibleDescription(qt(control_.ControlTipText()));
+  const QString tip = qt(control_.ControlTipText());
+  widget_->setAccessibleDescription(tip == widget_->accessibleName() ? QString() : tip);
   setFont(*widget_, control_.Font());
   dress();
   refreshKind();
@@ -60,7 +63,8 @@ void Mirror::refresh() {
 QString Mirror::keyed() const { return withKey(keyText(), key_); }
 
 void Mirror::namedBy(const forms::Control& label) {
-  spokenName_ = spokenName(label);
+  const QString name = spokenName(label);
+  if (std::ranges::any_of(name, [](QChar letter) { return letter.isLetter(); })) spokenName_ = name;
   refresh();
 }
 
