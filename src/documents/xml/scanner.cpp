@@ -1,8 +1,10 @@
 #include "xml/scanner.h"
 
 #include "characters.h"
+#include "words.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 
 namespace pluvo::xml {
@@ -22,14 +24,23 @@ std::string shown(std::string_view name) {
   return "<" + std::string(name.substr(0, cut)) + "…>";
 }
 
+constexpr std::size_t kWordSize = sizeof(std::uint64_t);
+
+/// For names of at most a word, in front of which a word can be read.
+bool sameShortName(const char* one, const char* other, Offset length) {
+  static_assert(std::endian::native == std::endian::little);
+  // The words end where the names do, so that what stands in front of these can be shifted out.
+  const std::uint64_t difference =
+      load<std::uint64_t>(one + length - kWordSize) ^ load<std::uint64_t>(other + length - kWordSize);
+  return difference >> (kWordSize - length) * 8 == 0;
+}
+
 /// Most names are too short for a call to pay.
-bool sameName(const char* one, const char* other, Offset length) {
-  constexpr Offset kShort = 8;
-  if (length > kShort) return std::memcmp(one, other, length) == 0;
-  for (Offset i = 0; i < length; ++i) {
-    if (one[i] != other[i]) return false;
-  }
-  return true;
+bool sameName(const char* begin, const char* one, const char* other, Offset length) {
+  const bool isShort = length > 0 && length <= kWordSize &&
+                       static_cast<std::size_t>(other - begin) >= kWordSize &&
+                       static_cast<std::size_t>(one - begin) >= kWordSize;
+  return isShort ? sameShortName(one, other, length) : std::memcmp(one, other, length) == 0;
 }
 
 }  // namespace
@@ -100,7 +111,7 @@ Token Scanner::scanEndTag() {
   const OpenElement& element = open_.back();
   const Offset length = element.nameEnd - element.nameBegin;
   const char* at = here() + 2;
-  if (rest(at).size() <= length || !sameName(at, text_ + element.nameBegin, length) ||
+  if (rest(at).size() <= length || !sameName(text_, at, text_ + element.nameBegin, length) ||
       is(at[length], kNamePart)) {
     fail(here(), "the element " + shown(bytes(element.nameBegin, element.nameEnd)) +
                      " is not closed by its own end tag");

@@ -42,8 +42,9 @@ bool Scanner::recallTag() {
   end_ = begin_ + static_cast<Offset>(known->bytes.size());
   name_ = known->name.id;
   space_ = known->name.space;
-  attributes_.assign(known->attributes.begin(), known->attributes.begin() + known->attributeCount);
-  for (Attribute& attribute : attributes_) attribute.moveBy(begin_);
+  attributes_.clear();
+  for (std::size_t i = 0; i < known->attributeCount; ++i)
+    attributes_.emplace_back(known->attributes[i]).moveBy(begin_);
   return true;
 }
 
