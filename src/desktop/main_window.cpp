@@ -39,6 +39,7 @@ MainWindow::MainWindow(const Places& places, Choosers choosers)
   watch_.begun = [this] {
     if (OpenDocument* document = find(*application_->active())) document->passBegins();
   };
+  watch_.goesOnAfterRefusal = [this] { return goesOnAfterRefusal(); };
   watch_.takeBack = [this] {
     OpenDocument* document = find(*application_->active());
     if (document != nullptr && document->canUndo()) document->undo();

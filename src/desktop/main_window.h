@@ -64,6 +64,7 @@ class MainWindow final : public QMainWindow, private memory::ApplicationObserver
 
   // Documents.
   void chooseAndOpen();
+  bool goesOnAfterRefusal();
   bool openOne(const std::string& path);
   bool save(OpenDocument& document);
   bool saveAs(OpenDocument& document);

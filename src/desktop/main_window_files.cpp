@@ -159,6 +159,14 @@ std::optional<std::string> MainWindow::freeName(const std::string& path) {
   }
 }
 
+bool MainWindow::goesOnAfterRefusal() {
+  Question box(this, tr("Go on with the other blocks?"),
+               tr("They may be refused for the same reason, and each refusal is told."));
+  box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+  box.setDefaultButton(QMessageBox::No);
+  return box.exec() == QMessageBox::Yes;
+}
+
 bool MainWindow::mayClose(OpenDocument& document) {
   if (!document.changed()) return true;
   if (document.view() != nullptr) tabs_->setCurrentWidget(document.view());

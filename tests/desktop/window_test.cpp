@@ -69,6 +69,7 @@ TEST_F(UsedWindow, ServesAUsersWholePath) {
     EXPECT_TRUE(control<QPushButton>("cmdExecuteFAR").isEnabled());
 
     menu("&Save");
+    settle();
     EXPECT_FALSE(window->isWindowModified());
     EXPECT_EQ(inFile(path), "one (gone) two\r[a]more[b]\rlast (gone)\r");
 
@@ -190,6 +191,23 @@ TEST_F(UsedWindow, KeepsTheTextWhereItsFileIsGone) {
     saveAsNames = {QString::fromStdString(scratch.path("copy.docx"))};
     menu("Save &As …");
     EXPECT_TRUE(std::filesystem::exists(scratch.path("copy.docx.txt"))) << "a document stays of its kind";
+  });
+}
+
+TEST_F(UsedWindow, EndsAPassWhoseOperationsAreRefused) {
+  use([&] {
+    OpenDocument& document = open(scratch.put("a.txt", kMinutes));
+    type("txtBeginText", "[a]");
+    choose("cboxProcOperation1", "Highlight");
+    tick("chkQuiteMode");
+    expectBox([](QWidget& box) {
+      EXPECT_THAT(dynamic_cast<QMessageBox&>(box).text().toStdString(),
+                  HasSubstr("no place for highlighting"));
+      dynamic_cast<QDialog&>(box).reject();
+    });
+    expectAnswer(QMessageBox::No);
+    execute();
+    EXPECT_FALSE(document.changed());
   });
 }
 
