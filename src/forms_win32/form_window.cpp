@@ -56,8 +56,7 @@ FormWindow::~FormWindow() {
 }
 
 void FormWindow::build() {
-  HWND owner = host_.owner ? host_.owner() : nullptr;
-  window_ = stage_.module.makeWindow(*this, wide(form_.Caption()), kStyle, kExtended, owner);
+  window_ = stage_.module.makeWindow(*this, wide(form_.Caption()), kStyle, kExtended, nullptr);
   stage_.look = std::make_unique<Look>(Look::dotsPerInch(window_));
   stage_.tips = stage_.module.makeWidget(TOOLTIPS_CLASSW, L"", WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX,
                                          WS_EX_TOPMOST, window_);
@@ -69,6 +68,7 @@ void FormWindow::build() {
 
 void FormWindow::show() {
   if (window_ == nullptr) build();
+  SetWindowLongPtrW(window_, GWLP_HWNDPARENT, reinterpret_cast<LONG_PTR>(ownerNow()));
   for (Mirror* mirror : all()) mirror->refresh();
   refresh();
   setSize();
@@ -85,14 +85,17 @@ void FormWindow::hide() {
   focused_ = nullptr;
   // First, or the window that is to come to the front cannot.
   waits_.reset();
-  if (window_ != nullptr) ShowWindow(window_, SW_HIDE);
+  if (window_ == nullptr) return;
+  ShowWindow(window_, SW_HIDE);
+  // The window above which it stands may go before it does.
+  SetWindowLongPtrW(window_, GWLP_HWNDPARENT, 0);
 }
 
 void FormWindow::run() {
-  show();
-  if (!host_.modeless_.contains(form_.Name())) waits_.emplace(window_);
   // The loop may be one of several, one within the other, of which the innermost deals with all messages.
   ++loops_;
+  show();
+  if (!host_.modeless_.contains(form_.Name())) waits_.emplace(window_);
   MSG message = {};
   while (form_.Visible()) {
     const BOOL got = GetMessageW(&message, nullptr, 0, 0);
@@ -176,6 +179,16 @@ void FormWindow::setSize() {
   putInPlace(around({width, panel_->heightFor(width, false)}));
 }
 
+/// A form that is waited for stands above the form that is in front, any other above the word processor, so
+/// that it does not go where that form goes.
+HWND FormWindow::ownerNow() const {
+  HWND front = GetActiveWindow();
+  if (loops_ > 0 && front != window_ && host_.isForm(front) && IsWindowVisible(front) != 0 &&
+      IsIconic(front) == 0)
+    return front;
+  return host_.owner ? host_.owner() : nullptr;
+}
+
 void FormWindow::putInPlace(SIZE size) {
   HWND owner = GetWindow(window_, GW_OWNER);
   const RECT screen = workAreaBeside(owner != nullptr ? owner : window_);
@@ -185,7 +198,7 @@ void FormWindow::putInPlace(SIZE size) {
   size.cy = std::min(size.cy, screen.bottom - screen.top);
   LONG left = (around.left + around.right - size.cx) / 2;
   LONG top = (around.top + around.bottom - size.cy) / 2;
-  if (loops_ == 0 && !waits_ && !form_.Activated.isHandled()) {
+  if (loops_ == 0) {
     // A form that nobody waits for is beside what it is about: below, to the right.
     left = around.right - size.cx - stage_.look->px(40);
     top = around.bottom - size.cy - stage_.look->px(40);

@@ -42,6 +42,7 @@ class FormWindow final : public Receiver {
  private:
   void build();
   void setSize();
+  HWND ownerNow() const;
   void putInPlace(SIZE size);
   void refreshWindowState();
   void focus();

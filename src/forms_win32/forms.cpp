@@ -3,6 +3,8 @@
 #include "form_window.h"
 #include "module.h"
 
+#include <algorithm>
+
 namespace pluvo::forms_win32 {
 
 Win32Forms::Win32Forms(forms::MessageBoxes& boxes) : boxes_(boxes), module_(std::make_unique<Module>()) {}
@@ -37,6 +39,10 @@ void Win32Forms::dispatch(MSG& message) {
   }
   TranslateMessage(&message);
   DispatchMessageW(&message);
+}
+
+bool Win32Forms::isForm(HWND window) const {
+  return std::ranges::any_of(windows_, [&](const auto& each) { return each.second->window() == window; });
 }
 
 HWND Win32Forms::windowOf(const forms::Form& form) const {

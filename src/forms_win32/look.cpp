@@ -3,6 +3,7 @@
 #include "text.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace pluvo::forms_win32 {
 
@@ -41,6 +42,11 @@ bool hasFace(const std::u16string& name) {
   EnumFontFamiliesExW(screen, &wanted, isThere, reinterpret_cast<LPARAM>(&found), 0);
   ReleaseDC(nullptr, screen);
   return found;
+}
+
+/// From 0 to 255, as it is seen.
+int lightOf(COLORREF color) {
+  return (GetRValue(color) * 299 + GetGValue(color) * 587 + GetBValue(color) * 114) / 1000;
 }
 
 LOGFONTW systemFont() {
@@ -142,8 +148,14 @@ COLORREF boxColor(const forms::Control& control) {
 COLORREF textColorOn(COLORREF background) {
   if (background == GetSysColor(COLOR_WINDOW)) return GetSysColor(COLOR_WINDOWTEXT);
   if (background == GetSysColor(COLOR_3DFACE)) return GetSysColor(COLOR_BTNTEXT);
-  const int light = GetRValue(background) * 299 + GetGValue(background) * 587 + GetBValue(background) * 114;
-  return light > 128 * 1000 ? RGB(0, 0, 0) : RGB(255, 255, 255);
+  return lightOf(background) > 128 ? RGB(0, 0, 0) : RGB(255, 255, 255);
+}
+
+COLORREF linkColorOn(COLORREF background) {
+  constexpr int kReads = 80;
+  const COLORREF own = GetSysColor(COLOR_HOTLIGHT);
+  if (std::abs(lightOf(own) - lightOf(background)) >= kReads) return own;
+  return lightOf(background) > 128 ? RGB(0, 0, 204) : RGB(150, 190, 255);
 }
 
 }  // namespace pluvo::forms_win32

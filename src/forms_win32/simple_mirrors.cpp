@@ -72,7 +72,8 @@ void LinkMirror::draws(const DRAWITEMSTRUCT& item) {
   FillRect(item.hDC, &item.rcItem, GetSysColorBrush(COLOR_3DFACE));
   HGDIOBJ before = SelectObject(item.hDC, underlined());
   SetBkMode(item.hDC, TRANSPARENT);
-  SetTextColor(item.hDC, GetSysColor(label_.Enabled() ? COLOR_HOTLIGHT : COLOR_GRAYTEXT));
+  SetTextColor(item.hDC,
+               label_.Enabled() ? linkColorOn(GetSysColor(COLOR_3DFACE)) : GetSysColor(COLOR_GRAYTEXT));
   RECT place = item.rcItem;
   InflateRect(&place, -look().px(2), -look().px(2));
   const std::u16string& text = label_.Caption();

@@ -22,8 +22,8 @@ namespace {
 using namespace pluvo;
 
 constexpr const char* kDocument =
-    "Minutes of the board¶The meeting opened at nine.  [begin confidential]The supplier's price rises by 18 "
-    "per cent.[end confidential]  The board thanked the team.¶It was agreed to go on.¶";
+    "Minutes of the board¶The meeting opened at nine.  BEGIN CONFIDENTIAL The supplier's price rises by 18 "
+    "per cent. END CONFIDENTIAL  The board thanked the team.¶It was agreed to go on.¶";
 
 class WindowsWord final : public memory::MemoryApplication {
  public:
@@ -32,8 +32,8 @@ class WindowsWord final : public memory::MemoryApplication {
 
 HWND makeWordWindow() {
   return CreateWindowExW(0, L"EDIT",
-                         L"Minutes of the board\r\n\r\nThe meeting opened at nine.  [begin confidential]The "
-                         L"supplier's price rises by 18 per cent.[end confidential]",
+                         L"Minutes of the board\r\n\r\nThe meeting opened at nine.  BEGIN CONFIDENTIAL The "
+                         L"supplier's price rises by 18 per cent. END CONFIDENTIAL",
                          WS_OVERLAPPEDWINDOW | WS_VISIBLE | ES_MULTILINE, 0, 0, 1000, 740, nullptr, nullptr,
                          GetModuleHandleW(nullptr), nullptr);
 }
@@ -75,8 +75,8 @@ class Gallery {
   void press(const char16_t* name) { dialog_->get<forms::CommandButton>(name).press(); }
   void page(std::size_t number) { dialog_->get<forms::MultiPage>(u"MultiPage1").choose(number); }
   void fill() {
-    dialog_->get<forms::TextBox>(u"txtBeginText").type(u"[begin confidential]");
-    dialog_->get<forms::TextBox>(u"txtEndText").type(u"[end confidential]");
+    dialog_->get<forms::TextBox>(u"txtBeginText").type(u"BEGIN CONFIDENTIAL");
+    dialog_->get<forms::TextBox>(u"txtEndText").type(u"END CONFIDENTIAL");
     dialog_->get<forms::ComboBox>(u"cboxProcOperation1").enter(u"Replace");
     dialog_->get<forms::TextBox>(u"txtTextToEnter").type(u"[withheld]");
     press(u"cmdViewOperation");

@@ -51,6 +51,7 @@ class Win32Forms final : public forms::FormHost {
  private:
   friend class FormWindow;
   FormWindow& shownBy(forms::Form& form);
+  bool isForm(HWND window) const;
 
   forms::MessageBoxes& boxes_;
   std::set<std::u16string> modeless_;
