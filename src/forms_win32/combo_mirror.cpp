@@ -18,8 +18,10 @@ ComboMirror::ComboMirror(forms::ComboBox& box, Stage& stage, HWND parent) : Mirr
 }
 
 int ComboMirror::heightFor(int /*width*/) const {
-  const auto edit = static_cast<int>(send(CB_GETITEMHEIGHT, static_cast<WPARAM>(-1)));
-  return edit + 2 * GetSystemMetrics(SM_CYEDGE) + 2;
+  // The system knows best, and keeps to it.
+  RECT now = {};
+  GetWindowRect(widget(), &now);
+  return now.bottom - now.top;
 }
 
 void ComboMirror::place(const RECT& place) {

@@ -11,17 +11,13 @@ namespace {
 
 constexpr int kPointsPerInch = 72;
 
-/// The screen's drawing surface, to measure on.
-class Screen {
+/// Has the font chosen on the surface.
+class Chosen {
  public:
-  explicit Screen(HFONT font) : surface_(GetDC(nullptr)), before_(SelectObject(surface_, font)) {}
-  Screen(const Screen&) = delete;
-  Screen& operator=(const Screen&) = delete;
-  ~Screen() {
-    SelectObject(surface_, before_);
-    ReleaseDC(nullptr, surface_);
-  }
-  HDC operator*() const { return surface_; }
+  Chosen(HDC surface, HFONT font) : surface_(surface), before_(SelectObject(surface, font)) {}
+  Chosen(const Chosen&) = delete;
+  Chosen& operator=(const Chosen&) = delete;
+  ~Chosen() { SelectObject(surface_, before_); }
 
  private:
   HDC surface_;
@@ -106,20 +102,20 @@ HBRUSH Look::brush(COLORREF color) {
 }
 
 SIZE Look::size(const std::u16string& text, HFONT font, int width, bool marks) const {
-  const Screen screen(font);
+  const Chosen chosen(measure_, font);
   RECT place = {0, 0, width, 0};
   const UINT format = DT_CALCRECT | DT_WORDBREAK | DT_EXPANDTABS | (marks ? 0U : UINT{DT_NOPREFIX});
-  DrawTextW(*screen, wide(text), static_cast<int>(text.size()), &place, format);
+  DrawTextW(measure_, wide(text), static_cast<int>(text.size()), &place, format);
   return {place.right, place.bottom};
 }
 
 int Look::widestWord(const std::u16string& text, HFONT font) const {
-  const Screen screen(font);
+  const Chosen chosen(measure_, font);
   int widest = 0;
   for (std::size_t at = 0; at < text.size();) {
     const std::size_t end = std::min(text.find_first_of(u" \t\r\n", at), text.size());
     SIZE size = {};
-    GetTextExtentPoint32W(*screen, wide(text) + at, static_cast<int>(end - at), &size);
+    GetTextExtentPoint32W(measure_, wide(text) + at, static_cast<int>(end - at), &size);
     widest = std::max(widest, static_cast<int>(size.cx));
     at = end + 1;
   }
@@ -127,16 +123,16 @@ int Look::widestWord(const std::u16string& text, HFONT font) const {
 }
 
 int Look::lineHeight(HFONT font) const {
-  const Screen screen(font);
+  const Chosen chosen(measure_, font);
   TEXTMETRICW metrics = {};
-  GetTextMetricsW(*screen, &metrics);
+  GetTextMetricsW(measure_, &metrics);
   return metrics.tmHeight;
 }
 
 int Look::letterWidth(HFONT font) const {
-  const Screen screen(font);
+  const Chosen chosen(measure_, font);
   TEXTMETRICW metrics = {};
-  GetTextMetricsW(*screen, &metrics);
+  GetTextMetricsW(measure_, &metrics);
   return metrics.tmAveCharWidth;
 }
 

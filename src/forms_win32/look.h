@@ -22,6 +22,9 @@ using Owned = std::unique_ptr<std::remove_pointer_t<Handle>, DeletesObject>;
 class Look {
  public:
   explicit Look(UINT dotsPerInch) : dotsPerInch_(dotsPerInch) {}
+  Look(const Look&) = delete;
+  Look& operator=(const Look&) = delete;
+  ~Look() { DeleteDC(measure_); }
   /// Of the screen the window is on, as far as the process cares.
   static UINT dotsPerInch(HWND window);
 
@@ -43,6 +46,7 @@ class Look {
 
  private:
   UINT dotsPerInch_;
+  HDC measure_ = CreateCompatibleDC(nullptr);
   std::map<std::pair<std::u16string, int>, Owned<HFONT>> fonts_;
   std::map<COLORREF, Owned<HBRUSH>> brushes_;
 };
