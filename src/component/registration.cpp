@@ -68,13 +68,14 @@ std::vector<Value> values() {
   };
 }
 
+HKEY rootOf(Audience audience) { return audience == Audience::user ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE; }
+
 /// The part of the registry that holds the classes of an audience.
 class Classes {
  public:
   Classes(Audience audience, REGSAM access)
-      : status_(RegCreateKeyExW(audience == Audience::user ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE,
-                                L"Software\\Classes", 0, nullptr, REG_OPTION_NON_VOLATILE, access, nullptr,
-                                &key_, nullptr)) {}
+      : status_(RegCreateKeyExW(rootOf(audience), L"Software\\Classes", 0, nullptr, REG_OPTION_NON_VOLATILE,
+                                access, nullptr, &key_, nullptr)) {}
   Classes(const Classes&) = delete;
   Classes& operator=(const Classes&) = delete;
   ~Classes() {
@@ -101,9 +102,20 @@ class Classes {
     return status == ERROR_FILE_NOT_FOUND ? ERROR_SUCCESS : status;
   }
 
-  bool has(const std::wstring& key, REGSAM width = 0) const {
+  void removeIfEmpty(const wchar_t* key) const {
+    DWORD keys = 0;
+    DWORD values = 0;
     HKEY found = nullptr;
-    if (RegOpenKeyExW(key_, key.c_str(), 0, KEY_QUERY_VALUE | width, &found) != ERROR_SUCCESS) return false;
+    if (RegOpenKeyExW(key_, key, 0, KEY_QUERY_VALUE, &found) != ERROR_SUCCESS) return;
+    const LSTATUS status = RegQueryInfoKeyW(found, nullptr, nullptr, nullptr, &keys, nullptr, nullptr,
+                                            &values, nullptr, nullptr, nullptr, nullptr);
+    RegCloseKey(found);
+    if (status == ERROR_SUCCESS && keys == 0 && values == 0) RegDeleteKeyW(key_, key);
+  }
+
+  bool has(const std::wstring& key) const {
+    HKEY found = nullptr;
+    if (RegOpenKeyExW(key_, key.c_str(), 0, KEY_QUERY_VALUE, &found) != ERROR_SUCCESS) return false;
     RegCloseKey(found);
     return true;
   }
@@ -113,30 +125,34 @@ class Classes {
   LSTATUS status_;
 };
 
-/// Classes are kept by width, but names and type libraries are not.
+/// Classes and interfaces are kept by width, but names and type libraries are not.
 bool isRegisteredInOtherWidth(Audience audience) {
   BOOL mixed = sizeof(void*) == 8;
   if (!mixed) IsWow64Process(GetCurrentProcess(), &mixed);
   if (!mixed) return false;
-  const Classes classes(audience, KEY_QUERY_VALUE);
-  return classes.status() == ERROR_SUCCESS && classes.has(Place().classKey, kOtherWidth);
+  HKEY key = nullptr;
+  const std::wstring path = L"Software\\Classes\\" + Place().classKey;
+  if (RegOpenKeyExW(rootOf(audience), path.c_str(), 0, KEY_QUERY_VALUE | kOtherWidth, &key) != ERROR_SUCCESS)
+    return false;
+  RegCloseKey(key);
+  return true;
 }
 
 HRESULT unregisterFor(Audience audience) {
   const Classes classes(audience, KEY_ALL_ACCESS);
   if (classes.status() != ERROR_SUCCESS) return HRESULT_FROM_WIN32(static_cast<DWORD>(classes.status()));
   const Place place;
-  std::vector<std::wstring> keys = {place.classKey};
-  if (isRegisteredInOtherWidth(audience)) {
-    keys.push_back(place.libraryKey + L"\\" + kLibraryVersion + L"\\0\\" + kPlatform);
-  } else {
-    keys.insert(keys.end(), {place.interfaceKey, place.libraryKey, kProgId});
-  }
-  LSTATUS status = ERROR_SUCCESS;
-  for (const std::wstring& key : keys) {
+  LSTATUS status = classes.remove(place.classKey);
+  std::vector<std::wstring> others = {place.interfaceKey, place.libraryKey, kProgId};
+  if (isRegisteredInOtherWidth(audience))
+    others = {place.interfaceKey, place.libraryKey + L"\\" + kLibraryVersion + L"\\0\\" + kPlatform};
+  for (const std::wstring& key : others) {
     const LSTATUS removed = classes.remove(key);
     if (status == ERROR_SUCCESS) status = removed;
   }
+  // A new user has none of these.
+  if (audience == Audience::user)
+    for (const wchar_t* part : {L"CLSID", L"Interface", L"TypeLib"}) classes.removeIfEmpty(part);
   return HRESULT_FROM_WIN32(static_cast<DWORD>(status));
 }
 

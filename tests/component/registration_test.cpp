@@ -14,27 +14,23 @@ namespace {
 
 using Keys = std::set<std::wstring>;
 
-void collect(HKEY parent, const std::wstring& path, Keys& keys) {
-  HKEY key = nullptr;
-  if (RegOpenKeyExW(parent, path.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) return;
-  constexpr DWORD kMost = 256;
-  wchar_t name[kMost];
-  for (DWORD i = 0, length = kMost;
-       RegEnumKeyExW(key, i, name, &length, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
-       ++i, length = kMost) {
-    const std::wstring below = path + L"\\" + name;
-    keys.insert(below);
-    collect(parent, below, keys);
-  }
-  RegCloseKey(key);
-}
-
-/// All there is in the parts of the registry where classes are.
+/// The keys right below the parts of the registry where classes are.
 Keys classKeys() {
   Keys keys;
-  for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE})
-    for (const wchar_t* part : {L"CLSID", L"Interface", L"TypeLib", L"PLUVO.clsOpenPLUVO"})
-      collect(root, std::wstring(L"Software\\Classes\\") + part, keys);
+  for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
+    for (const wchar_t* part : {L"", L"\\CLSID", L"\\Interface", L"\\TypeLib"}) {
+      HKEY key = nullptr;
+      const std::wstring path = std::wstring(L"Software\\Classes") + part;
+      if (RegOpenKeyExW(root, path.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) continue;
+      constexpr DWORD kMost = 256;
+      wchar_t name[kMost];
+      for (DWORD i = 0, length = kMost;
+           RegEnumKeyExW(key, i, name, &length, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
+           ++i, length = kMost)
+        keys.insert((root == HKEY_CURRENT_USER ? L"user " : L"machine ") + path + L"\\" + name);
+      RegCloseKey(key);
+    }
+  }
   return keys;
 }
 

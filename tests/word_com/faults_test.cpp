@@ -34,6 +34,11 @@ HRESULT refuse(EXCEPINFO& exception, SCODE code) {
 
 constexpr SCODE kProtected = static_cast<SCODE>(0x800A17EC);
 
+HRESULT STDAPICALLTYPE fillIn(EXCEPINFO* exception) {
+  refuse(*exception, kProtected);
+  return S_OK;
+}
+
 void expectProtected(const errors::Fault& fault) {
   EXPECT_EQ(fault.number, 6124);
   EXPECT_EQ(fault.description, u"You are not allowed to edit this selection because it is protected.");
@@ -46,10 +51,7 @@ TEST(Faults, SayWhatWordSays) {
   expectProtected(
       faultIn([](auto&, VARIANT&, EXCEPINFO& exception) { return refuse(exception, kProtected); }));
   expectProtected(faultIn([](auto&, VARIANT&, EXCEPINFO& exception) {
-    exception.pfnDeferredFillIn = [](EXCEPINFO* late) -> HRESULT {
-      refuse(*late, kProtected);
-      return S_OK;
-    };
+    exception.pfnDeferredFillIn = fillIn;
     return DISP_E_EXCEPTION;
   }));
 }
