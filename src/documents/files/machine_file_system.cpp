@@ -109,6 +109,23 @@ class MachineFileSystem final : public FileSystem {
                    [&] { return open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kOwnerOnly); });
   }
 
+  Handle createUnnamed(const std::string& folder) override {
+    constexpr mode_t kOwnerOnly = 0600;
+    const Handle file =
+        persist("open", [&] { return open(folder.c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, kOwnerOnly); });
+    // Without that folder it could neither be read nor named.
+    if (access(pathOf(file).c_str(), F_OK) == 0) return file;
+    ::close(file);
+    throw std::system_error(ENOTSUP, std::generic_category(), "open");
+  }
+
+  std::string pathOf(Handle unnamed) override { return "/proc/self/fd/" + std::to_string(unnamed); }
+
+  void giveName(Handle unnamed, const std::string& path) override {
+    if (linkat(AT_FDCWD, pathOf(unnamed).c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW) != 0)
+      fail("linkat");
+  }
+
   Handle openFolder(const std::string& path) override {
     return persist("open", [&] { return open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
   }

@@ -58,7 +58,7 @@ Stamp writeVersion(FileSystem& system, TemporaryFile& file, const OpenFile* orig
   const Stamp modified = version.as ? version.as->stamp : system.status(file.handle()).stamp;
   system.setModified(file.handle(), modified.modifiedSeconds, modified.modifiedNanoseconds);
   output.startWriting();
-  const FileContent written = readFile(system, file.path());
+  const FileContent written = readFile(system, file.pathToRead());
   version.check(written.bytes);
   return written.stamp;
 }

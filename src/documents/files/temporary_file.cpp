@@ -54,15 +54,20 @@ TemporaryFile::TemporaryFile(FileSystem& system, const std::string& folderPrefix
     : TemporaryFile(system, createBeside(system, folderPrefix)) {}
 
 TemporaryFile::TemporaryFile(FileSystem& system, Created created)
-    : system_(system), path_(std::move(created.path)), file_(system, created.handle) {}
+    : system_(system), path_(std::move(created.path)), file_(system, created.handle), named_(created.named) {}
 
 TemporaryFile::Created TemporaryFile::createBeside(FileSystem& system, const std::string& folderPrefix) {
+  try {
+    const Handle handle = system.createUnnamed(folderPrefix.empty() ? "." : folderPrefix);
+    return {folderPrefix + temporaryName(), handle, false};
+  } catch (const std::system_error&) {  // NOLINT(bugprone-empty-catch): then it has a name from the beginning
+  }
   constexpr int kMostAttempts = 100;
   for (int attempt = 1;; ++attempt) {
     std::string path = folderPrefix + temporaryName();
     try {
       const Handle handle = system.createNew(path);
-      return {std::move(path), handle};
+      return {std::move(path), handle, true};
     } catch (const std::system_error& failure) {
       if (failure.code().value() != EEXIST || attempt == kMostAttempts) throw;
     }
@@ -70,7 +75,7 @@ TemporaryFile::Created TemporaryFile::createBeside(FileSystem& system, const std
 }
 
 TemporaryFile::~TemporaryFile() {
-  if (!temporary_) return;
+  if (!temporary_ || !named_) return;
   try {
     system_.remove(path_);
   } catch (
@@ -87,6 +92,14 @@ void TemporaryFile::takeAfter(Handle original) {
 
 void TemporaryFile::finish() {
   system_.flush(handle());
+  close();
+}
+
+void TemporaryFile::close() {
+  if (!named_) {
+    system_.giveName(handle(), path_);
+    named_ = true;
+  }
   file_.close();
 }
 

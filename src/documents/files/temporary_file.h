@@ -6,7 +6,8 @@
 
 namespace pluvo::files {
 
-/// A new file beside the one it is to become; gone with this object unless it was renamed.
+/// A new file beside the one it is to become; gone with this object unless it was renamed. Until it is closed
+/// it has no name where the disk can do that, so that a program that is killed leaves nothing behind.
 class TemporaryFile {
  public:
   TemporaryFile(FileSystem& system, const std::string& folderPrefix);
@@ -14,15 +15,17 @@ class TemporaryFile {
   TemporaryFile& operator=(const TemporaryFile&) = delete;
   ~TemporaryFile();
 
-  /// Where it lies now, renamed or not.
+  /// Where it lies from the time it is closed, renamed or not.
   const std::string& path() const { return path_; }
+  /// Where it can be opened meanwhile.
+  std::string pathToRead() const { return named_ ? path_ : system_.pathOf(handle()); }
   Handle handle() const { return file_.handle(); }
 
   /// Gives it the owner, permissions and attributes of another file.
   void takeAfter(Handle original);
   /// The bytes are on disk and the file is closed.
   void finish();
-  void close() { file_.close(); }
+  void close();
 
   /// Takes the place of whatever has the name, and stays.
   void replace(const std::string& path);
@@ -37,6 +40,7 @@ class TemporaryFile {
   struct Created {
     std::string path;
     Handle handle;
+    bool named;
   };
   TemporaryFile(FileSystem& system, Created created);
   static Created createBeside(FileSystem& system, const std::string& folderPrefix);
@@ -44,6 +48,7 @@ class TemporaryFile {
   FileSystem& system_;
   std::string path_;
   OpenFile file_;
+  bool named_;
   bool temporary_ = true;
 };
 

@@ -27,6 +27,9 @@ class FailingFileSystem final : public FileSystem {
   std::string resolve(const std::string& path) override { return count(), real_.resolve(path); }
   Handle openToRead(const std::string& path) override { return count(), real_.openToRead(path); }
   Handle createNew(const std::string& path) override { return count(), real_.createNew(path); }
+  Handle createUnnamed(const std::string& folder) override { return count(), real_.createUnnamed(folder); }
+  std::string pathOf(Handle unnamed) override { return real_.pathOf(unnamed); }
+  void giveName(Handle unnamed, const std::string& path) override { count(), real_.giveName(unnamed, path); }
   Handle openFolder(const std::string& path) override { return count(), real_.openFolder(path); }
   Handle openToAppend(const std::string& path) override { return count(), real_.openToAppend(path); }
   FileStatus status(Handle file) override { return count(), real_.status(file); }

@@ -152,6 +152,25 @@ TEST(Saving, AnyFailingCallLeavesTheOldVersionOrTheNewOneWhole) {
   }
 }
 
+TEST(Saving, AVersionHasNoNameWhileItIsWritten) {
+  const Scratch scratch;
+  const std::string path = scratch.put("a.txt", kOld);
+  try {
+    const OpenFile unnamed(machineFileSystem(), machineFileSystem().createUnnamed(scratch.path("")));
+  } catch (const std::system_error&) {
+    GTEST_SKIP() << "not on this disk";
+  }
+  NewVersion version = versionOf(kNew);
+  const auto check = version.check;
+  version.check = [&](const Bytes& written) {
+    check(written);
+    EXPECT_THAT(scratch.names(), ElementsAre("a.txt"));
+  };
+  replaceFile(machineFileSystem(), path, stampOf(path), version);
+  EXPECT_EQ(scratch.get("a.txt"), kNew);
+  EXPECT_THAT(scratch.names(), ElementsAre("a.txt"));
+}
+
 TEST(Saving, AVersionThatFailsItsOwnReaderIsNotKept) {
   const Scratch scratch;
   const std::string path = scratch.put("a.txt", kOld);

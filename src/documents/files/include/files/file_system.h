@@ -56,6 +56,12 @@ class FileSystem {
   virtual Handle openToRead(const std::string& path) = 0;
   /// A new empty file that only its owner may read; the name must be free.
   virtual Handle createNew(const std::string& path) = 0;
+  /// The same without a name; it goes with its handle unless it is given one. Not every disk can do this.
+  virtual Handle createUnnamed(const std::string& folder) = 0;
+  /// Where an unnamed file can be opened, for as long as its handle is.
+  virtual std::string pathOf(Handle unnamed) = 0;
+  /// The name must be free.
+  virtual void giveName(Handle unnamed, const std::string& path) = 0;
   virtual Handle openFolder(const std::string& path) = 0;
   /// A file that only its owner may read, made where there is none; what is written goes to its end.
   virtual Handle openToAppend(const std::string& path) = 0;
