@@ -1,4 +1,5 @@
 #include "files/file_system.h"
+#include "files/fresh_memory.h"
 #include "files/problem.h"
 #include "help.h"
 #include "parse.h"
@@ -8,8 +9,6 @@
 #include "saved/saved_requests.h"
 #include "undo/undo.h"
 #include "usage_error.h"
-
-#include <malloc.h>
 
 #include <cstdio>
 #include <cstring>
@@ -50,18 +49,10 @@ int runProgram(const std::vector<std::string>& arguments) {
   return carryOut(line, files::machineFileSystem());
 }
 
-/// What one document gives back serves the next one, and does not go to the system and back.
-void keepFreedMemory() {
-#ifdef M_TRIM_THRESHOLD
-  mallopt(M_MMAP_THRESHOLD, 32 << 20);
-  mallopt(M_TRIM_THRESHOLD, 256 << 20);
-#endif
-}
-
 }  // namespace
 
 int main(int count, char** words) {
-  keepFreedMemory();
+  files::prepareHeap();
   try {
     const int status = runProgram({words + 1, words + count});
     if (std::fflush(stdout) == 0) return status;

@@ -1,7 +1,9 @@
 #include "files/fresh_memory.h"
 
+#include <malloc.h>
 #include <sys/mman.h>
 
+#include <climits>
 #include <cstdlib>
 #include <new>
 
@@ -25,6 +27,22 @@ std::shared_ptr<std::uint8_t[]> freshMemory(std::size_t size) {
   madvise(memory, rounded, MADV_HUGEPAGE);  // where it fails, small pages serve
 #endif
   return {static_cast<std::uint8_t*>(memory), [](std::uint8_t* block) { std::free(block); }};
+}
+
+void prepareHeap() {
+#if defined(__GLIBC__) && defined(MADV_HUGEPAGE)
+  constexpr std::size_t kHeap = std::size_t{64} << 20U;
+  constexpr std::size_t kLargest = std::size_t{32} << 20U;
+  mallopt(M_MMAP_THRESHOLD, kLargest);
+  mallopt(M_TRIM_THRESHOLD, INT_MAX);
+  // Of addresses only; a page is taken when it is first written.
+  mallopt(M_TOP_PAD, kHeap);
+  void* const first = std::malloc(kLargePage);
+  if (first == nullptr) return;
+  const auto begin = (reinterpret_cast<std::uintptr_t>(first) + kLargePage - 1) / kLargePage * kLargePage;
+  madvise(reinterpret_cast<void*>(begin), kHeap / kLargePage * kLargePage - kLargePage, MADV_HUGEPAGE);
+  std::free(first);
+#endif
 }
 
 }  // namespace pluvo::files
