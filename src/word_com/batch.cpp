@@ -1,7 +1,5 @@
 #include "batch.h"
 
-#include "errors/fault.h"
-
 #include <utility>
 
 namespace pluvo::word_com {
@@ -12,12 +10,10 @@ namespace {
 constexpr const char16_t* kStepName = u"P.L.U.V.O.";
 
 template <class Work>
-bool tried(Work&& work) {
+void tryTo(Work&& work) {
   try {
     std::forward<Work>(work)();
-    return true;
-  } catch (const errors::Fault&) {
-    return false;
+  } catch (...) {  // the pass goes on without
   }
 }
 
@@ -28,13 +24,13 @@ void setUpdating(const Object& application, bool value) {
 }  // namespace
 
 ComBatch::ComBatch(const Object& application, bool seen) : application_(application) {
-  tried([&] {
+  tryTo([&] {
     Object record = application_.getObject(L"UndoRecord", L"UndoRecord");
     record.call(L"StartCustomRecord", Arguments().text(kStepName));
     undoRecord_ = std::move(record);
   });
   if (seen) return;
-  tried([&] {
+  tryTo([&] {
     const bool was = application_.get(L"ScreenUpdating").toBoolean();
     setUpdating(application_, false);
     wasUpdating_ = was;
@@ -42,8 +38,8 @@ ComBatch::ComBatch(const Object& application, bool seen) : application_(applicat
 }
 
 ComBatch::~ComBatch() {
-  if (undoRecord_) tried([&] { undoRecord_->call(L"EndCustomRecord"); });
-  if (wasUpdating_) tried([&] { setUpdating(application_, *wasUpdating_); });
+  if (undoRecord_) tryTo([&] { undoRecord_->call(L"EndCustomRecord"); });
+  if (wasUpdating_) tryTo([&] { setUpdating(application_, *wasUpdating_); });
 }
 
 }  // namespace pluvo::word_com
