@@ -24,7 +24,7 @@ class Look {
   explicit Look(UINT dotsPerInch) : dotsPerInch_(dotsPerInch) {}
   Look(const Look&) = delete;
   Look& operator=(const Look&) = delete;
-  ~Look() { DeleteDC(measure_); }
+  ~Look() { ReleaseDC(nullptr, measure_); }
   /// Of the screen the window is on, as far as the process cares.
   static UINT dotsPerInch(HWND window);
 
@@ -46,7 +46,8 @@ class Look {
 
  private:
   UINT dotsPerInch_;
-  HDC measure_ = CreateCompatibleDC(nullptr);
+  /// The screen, since texts are not as wide everywhere.
+  HDC measure_ = GetDC(nullptr);
   std::map<std::pair<std::u16string, int>, Owned<HFONT>> fonts_;
   std::map<COLORREF, Owned<HBRUSH>> brushes_;
 };

@@ -185,6 +185,23 @@ std::string box(const forms::Form& form, const char16_t* name) {
   return errors::utf8(form.get<forms::TextBox>(name).Text());
 }
 
+/// By its own font, on its own surface. Buttons need something around their text.
+bool showsItsText(HWND widget, const RECT& place) {
+  wchar_t kind[16] = {};
+  GetClassNameW(widget, kind, 16);
+  const bool button = lstrcmpiW(kind, WC_BUTTONW) == 0;
+  if (!button && lstrcmpiW(kind, WC_STATICW) != 0) return true;
+  wchar_t text[400] = {};
+  GetWindowTextW(widget, text, 400);
+  HDC surface = GetDC(widget);
+  HGDIOBJ before = SelectObject(surface, reinterpret_cast<HGDIOBJ>(SendMessageW(widget, WM_GETFONT, 0, 0)));
+  RECT needed = {0, 0, place.right - place.left - (button ? 6 : 0), 0};
+  DrawTextW(surface, text, -1, &needed, DT_CALCRECT | DT_WORDBREAK | (button ? 0U : UINT{DT_NOPREFIX}));
+  SelectObject(surface, before);
+  ReleaseDC(widget, surface);
+  return needed.right <= place.right - place.left && needed.bottom <= place.bottom - place.top;
+}
+
 /// What does not fit where it stands, or does not stand within its parent.
 std::vector<std::string> cutOff(const Win32Forms& host, const forms::Form& form) {
   std::vector<std::string> faults;
@@ -201,7 +218,8 @@ std::vector<std::string> cutOff(const Win32Forms& host, const forms::Form& form)
       const int width = place.right - place.left;
       const bool inside = place.left >= around.left && place.right <= around.right &&
                           place.top >= around.top && place.bottom <= around.bottom;
-      if (!inside || width < mirror.leastWidth() || place.bottom - place.top < mirror.leastHeightFor(width))
+      if (!inside || !showsItsText(widget, place) || width < mirror.leastWidth() ||
+          place.bottom - place.top < mirror.leastHeightFor(width))
         faults.push_back(errors::utf8(control->Name()));
     }
   }
