@@ -16,7 +16,7 @@ constexpr UINT kResolutionChanged = 0x02E0;  // WM_DPICHANGED, not in older head
 constexpr int kTipWidth = 320;
 constexpr int kShowsTipFor = 30000;
 constexpr int kLetters = 60;
-constexpr int kLettersOfPages = 100;
+constexpr int kLettersOfPages = 115;
 
 bool isDown(int key) { return (static_cast<unsigned short>(GetKeyState(key)) & 0x8000U) != 0; }
 

@@ -103,7 +103,8 @@ HBRUSH Look::brush(COLORREF color) {
 
 SIZE Look::size(const std::u16string& text, HFONT font, int width, bool marks) const {
   const Chosen chosen(measure_, font);
-  RECT place = {0, 0, width, 0};
+  // Some surfaces draw a little wider than they measure.
+  RECT place = {0, 0, width - width / 40 - 1, 0};
   const UINT format = DT_CALCRECT | DT_WORDBREAK | DT_EXPANDTABS | (marks ? 0U : UINT{DT_NOPREFIX});
   DrawTextW(measure_, wide(text), static_cast<int>(text.size()), &place, format);
   return {place.right, place.bottom};
