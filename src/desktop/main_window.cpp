@@ -231,7 +231,9 @@ void MainWindow::makeTab(OpenDocument& document) {
   } catch (const std::exception&) {
     appearance = {};  // the text is shown without
   }
-  auto* const view = new view::DocumentView(document.document(), std::move(appearance));
+  auto* const view =
+      new view::DocumentView(document.document(), std::move(appearance),
+                             [this](const std::function<void()>& work) { working_.run(work); });
   view->zoomed = [this] { updateTitles(); };
   view->setAcceptDrops(false);
   document.shownBy(view);

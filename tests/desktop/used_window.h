@@ -89,7 +89,8 @@ class UsedWindow : public testing::Test {
     emit combo.activated(combo.findText(QLatin1String(row)));
   }
   void tick(const char* box, bool on = true) {
-    control<QCheckBox>(box).isChecked() == on || (control<QCheckBox>(box).click(), true);
+    auto& tick = control<QCheckBox>(box);
+    if (tick.isChecked() != on) tick.click();
   }
   void execute() { control<QPushButton>("cmdExecuteFAR").click(); }
   static void press(QWidget& in, const char* button) {

@@ -28,10 +28,8 @@ constexpr qreal kFontSize = 11.5;
 }  // namespace
 
 DocumentView::DocumentView(std::shared_ptr<memory::MemoryDocument> document,
-                           text::RunMap<formats::Appearance> appearance, QWidget* parent)
-    : QAbstractScrollArea(parent),
-      document_(std::move(document)),
-      looks_(std::make_unique<Looks>(Looks{{}, std::move(appearance)})) {
+                           text::RunMap<formats::Appearance> appearance, const Running& running)
+    : document_(std::move(document)), looks_(std::make_unique<Looks>(Looks{{}, std::move(appearance)})) {
   setFrameShape(NoFrame);
   setFocusPolicy(Qt::StrongFocus);
   setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
@@ -43,8 +41,14 @@ DocumentView::DocumentView(std::shared_ptr<memory::MemoryDocument> document,
   const text::Span selection = document_->selection();
   selectionAnchor_ = selection.from;
   caret_ = selection.to;
-  setUpFont();
-  rebuild();
+  measure();
+  running([this] {
+    index_ = std::make_unique<BlockIndex>(model(), [this](text::Span block, bool isRow) {
+      const double lines = isRow ? 1 : std::max(std::ceil(block.length() / charactersInLine_), 1.0);
+      return static_cast<int>(lineHeight_ * (lines * 1.12 + 0.4));
+    });
+  });
+  showTop();
 }
 
 DocumentView::~DocumentView() = default;
@@ -56,22 +60,23 @@ void DocumentView::detach() {
   viewport()->update();
 }
 
-void DocumentView::setUpFont() {
+void DocumentView::measure() {
   QFont font = QApplication::font();
   font.setPointSizeF(kFontSize * zoom_);
   looks_->font = font;
+  const QFontMetricsF metrics(font);
+  charactersInLine_ = std::max<qreal>(columnWidth() / metrics.averageCharWidth(), 8);
+  lineHeight_ = metrics.height();
 }
 
-/// The index anew, for another view of the text or at first.
-void DocumentView::rebuild() {
-  if (!document_) return;
+/// Everything is laid out anew: in another size, or another view of the text.
+void DocumentView::forgetLayouts() {
+  measure();
   layouts_.clear();
-  index_ = std::make_unique<BlockIndex>(model(), [this](text::Span block, bool isRow) {
-    const QFontMetricsF metrics(looks_->font);
-    const qreal perLine = std::max<qreal>(columnWidth() / metrics.averageCharWidth(), 8);
-    const qreal lines = std::max<qreal>(std::ceil(block.length() / perLine), 1);
-    return static_cast<int>(metrics.height() * ((isRow ? 1 : lines) * 1.12 + 0.4));
-  });
+  if (index_) {
+    index_->settle();
+    index_->forgetHeights();
+  }
   showTop();
   viewport()->update();
 }
@@ -115,7 +120,7 @@ void DocumentView::selectionChanged(text::Span selection) {
   viewport()->update();
 }
 
-void DocumentView::viewChanged() { rebuild(); }
+void DocumentView::viewChanged() { forgetLayouts(); }
 
 // Layout.
 
@@ -267,11 +272,7 @@ void DocumentView::paintEvent(QPaintEvent* event) {
 }
 
 void DocumentView::resizeEvent(QResizeEvent* event) {
-  if (index_ && event->oldSize().width() != event->size().width()) {
-    index_->settle();
-    layouts_.clear();
-    index_->forgetHeights();
-  }
+  if (event->oldSize().width() != event->size().width()) return forgetLayouts();
   showTop();
 }
 
@@ -283,14 +284,7 @@ void DocumentView::changeEvent(QEvent* event) {
 
 void DocumentView::setZoom(double zoom) {
   zoom_ = std::clamp(zoom, kSmallestZoom, kLargestZoom);
-  setUpFont();
-  layouts_.clear();
-  if (index_) {
-    index_->settle();
-    index_->forgetHeights();
-  }
-  showTop();
-  viewport()->update();
+  forgetLayouts();
   zoomed();
 }
 

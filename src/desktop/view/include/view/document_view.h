@@ -24,10 +24,14 @@ struct Looks;
 /// The selection is the document's own. Whoever observes the document passes on what happens to it.
 class DocumentView : public QAbstractScrollArea {
  public:
+  /// Does work that reads the document, in another thread perhaps, and returns when it is done.
+  using Running = std::function<void(const std::function<void()>& work)>;
+
   /// The map of looks is by original position; empty where the format tells of none. The document is open,
-  /// and stays so until detach().
-  DocumentView(std::shared_ptr<memory::MemoryDocument> document, text::RunMap<formats::Appearance> appearance,
-               QWidget* parent = nullptr);
+  /// and stays so until detach(). Looking through it at first is left to running.
+  DocumentView(
+      std::shared_ptr<memory::MemoryDocument> document, text::RunMap<formats::Appearance> appearance,
+      const Running& running = [](const auto& work) { work(); });
   ~DocumentView() override;
 
   /// The document closes: nothing of it is looked at any more.
@@ -77,8 +81,8 @@ class DocumentView : public QAbstractScrollArea {
 
   // Layout and scrolling.
   model::Model& model() const { return document_->model(); }
-  void rebuild();
-  void setUpFont();
+  void measure();
+  void forgetLayouts();
   qreal columnWidth() const;
   qreal columnLeft() const;
   const BlockLayout& layoutOf(std::size_t block);
@@ -113,6 +117,9 @@ class DocumentView : public QAbstractScrollArea {
   std::unique_ptr<Looks> looks_;
   std::unique_ptr<BlockIndex> index_;
   std::map<Position, std::unique_ptr<BlockLayout>> layouts_;
+  /// What heights are guessed by.
+  double charactersInLine_ = 80;
+  double lineHeight_ = 16;
 
   /// What stands at the top of the viewport: a block, and how many pixels of it are above.
   Position topBlock_ = 0;
