@@ -44,3 +44,16 @@ function(pluvo_tests NAME)
     gtest_discover_tests(${NAME}_tests DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 600)
   endif()
 endfunction()
+
+# pluvo_script(NAME SCRIPT [COMPONENT DOINGS])
+#
+# A script over the stand-in for Word, under Wine; see run_script.cmd. One that fails there says nothing and
+# exits with 0, so that it must say when all was well.
+function(pluvo_script NAME)
+  string(REPLACE "/" "\\" arguments "${ARGN}")
+  string(REPLACE "/" "\\" here "Z:${CMAKE_SOURCE_DIR}/tests/word_stand_in")
+  string(REPLACE "/" "\\" programs "Z:${CMAKE_BINARY_DIR}/bin")
+  add_test(NAME ${NAME} COMMAND ${PLUVO_WINE} cmd /c "${here}\\run_script.cmd" "${programs}" ${arguments})
+  set_tests_properties(${NAME} PROPERTIES PASS_REGULAR_EXPRESSION "all as wanted"
+    FAIL_REGULAR_EXPRESSION "FAILED" RUN_SERIAL TRUE TIMEOUT 180)
+endfunction()

@@ -1,4 +1,7 @@
+#include "disk.h"
 #include "word_objects.h"
+
+#include <filesystem>
 
 namespace pluvo::stand_in {
 namespace {
@@ -27,6 +30,18 @@ Value addDocument(ControlObject&, const Arguments& given) {
 Value addFile(ControlObject&, const Arguments& given) {
   world().fileAt(given.text(0)).text = given.text(1);
   return {};
+}
+
+/// Lets the thread's windows answer meanwhile.
+void sleep(DWORD milliseconds) {
+  const ULONGLONG end = GetTickCount64() + milliseconds;
+  for (ULONGLONG now = GetTickCount64(); now < end; now = GetTickCount64()) {
+    MsgWaitForMultipleObjects(0, nullptr, FALSE, static_cast<DWORD>(end - now), QS_ALLINPUT);
+    for (MSG message; PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != 0;) {
+      TranslateMessage(&message);
+      DispatchMessageW(&message);
+    }
+  }
 }
 
 /// The traits of a file that is on the disk, or was added before.
@@ -128,6 +143,27 @@ const Interface& ControlObject::members() {
           member<C>(Verb::call, u"SetDefaultPath", {number(u"Kind"), text(u"Path")},
                     [](auto&, const auto& a) -> Value {
                       world().defaultPaths[a.number(0)] = a.text(1);
+                      return {};
+                    }),
+          // What scripts under Wine cannot do themselves: files on the disk (no text where there is none),
+          // and waiting.
+          member<C>(Verb::call, u"WriteFile", {text(u"Path"), text(u"Text")},
+                    [](auto&, const auto& a) -> Value {
+                      const std::filesystem::path path(a.text(0));
+                      std::filesystem::create_directories(path.parent_path());
+                      return disk::write(a.text(0), a.text(1));
+                    }),
+          member<C>(Verb::call, u"ReadFile", {text(u"Path")},
+                    [](auto&, const auto& a) -> Value { return disk::read(a.text(0)).value_or(u""); }),
+          member<C>(Verb::call, u"DeleteFolder", {text(u"Path")},
+                    [](auto&, const auto& a) -> Value {
+                      std::error_code ignored;
+                      std::filesystem::remove_all(std::filesystem::path(a.text(0)), ignored);
+                      return {};
+                    }),
+          member<C>(Verb::call, u"Sleep", {number(u"Milliseconds")},
+                    [](auto&, const auto& a) -> Value {
+                      sleep(static_cast<DWORD>(a.number(0)));
                       return {};
                     }),
           member<C>(Verb::call, u"Reset", {},

@@ -64,6 +64,7 @@ Value select(TextObject& object, const Arguments&) {
     throw WordError{4605, u"This method or property is not available because there is no window."};
   }
   document.selection().set(object.span());
+  TextObject::world().show(document.name() + u": " + document.visibleText(object.span()));
   return {};
 }
 

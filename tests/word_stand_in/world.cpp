@@ -144,4 +144,9 @@ HWND World::window() {
   return window_;
 }
 
+void World::show(const std::u16string& title) {
+  const std::wstring wide(title.begin(), title.end());
+  if (window_ != nullptr) SetWindowTextW(window_, wide.c_str());
+}
+
 }  // namespace pluvo::stand_in

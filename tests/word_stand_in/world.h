@@ -59,6 +59,8 @@ class World {
 
   /// Word's main window; made when it is first asked for.
   HWND window();
+  /// What it says at its top, where it was made.
+  void show(const std::u16string& title);
 
  private:
   World() = default;
