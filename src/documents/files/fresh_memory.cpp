@@ -5,6 +5,7 @@
 
 #include <climits>
 #include <cstdlib>
+#include <memory>
 #include <new>
 
 namespace pluvo::files {
@@ -39,8 +40,10 @@ void prepareHeap() {
   mallopt(M_TOP_PAD, kHeap);
   void* const first = std::malloc(kLargePage);
   if (first == nullptr) return;
-  const auto begin = (reinterpret_cast<std::uintptr_t>(first) + kLargePage - 1) / kLargePage * kLargePage;
-  madvise(reinterpret_cast<void*>(begin), kHeap / kLargePage * kLargePage - kLargePage, MADV_HUGEPAGE);
+  void* begin = first;
+  std::size_t size = kHeap;
+  if (std::align(kLargePage, kLargePage, begin, size) != nullptr)
+    madvise(begin, size / kLargePage * kLargePage, MADV_HUGEPAGE);
   std::free(first);
 #endif
 }
