@@ -13,6 +13,7 @@ namespace {
 constexpr DWORD kStyle = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
 constexpr DWORD kExtended = WS_EX_CONTROLPARENT;
 constexpr UINT kResolutionChanged = 0x02E0;  // WM_DPICHANGED, not in older headers' reach
+constexpr const wchar_t* kForm = L"PLUVO form";
 constexpr int kTipWidth = 320;
 constexpr int kShowsTipFor = 30000;
 constexpr int kLetters = 60;
@@ -55,8 +56,13 @@ FormWindow::~FormWindow() {
   if (window_ != nullptr) DestroyWindow(window_);
 }
 
+FormWindow* FormWindow::of(HWND window) {
+  return window == nullptr ? nullptr : static_cast<FormWindow*>(GetPropW(window, kForm));
+}
+
 void FormWindow::build() {
   window_ = stage_.module.makeWindow(*this, wide(form_.Caption()), kStyle, kExtended, nullptr);
+  SetPropW(window_, kForm, this);
   stage_.look = std::make_unique<Look>(Look::dotsPerInch(window_));
   stage_.tips = stage_.module.makeWidget(TOOLTIPS_CLASSW, L"", WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX,
                                          WS_EX_TOPMOST, window_);
@@ -76,6 +82,7 @@ void FormWindow::show() {
   ShowWindow(window_, IsIconic(window_) != 0 ? SW_RESTORE : SW_SHOWNORMAL);
   SetForegroundWindow(window_);
   wasShown_ = true;
+  isShown_ = true;
   focus();
 }
 
@@ -83,6 +90,7 @@ void FormWindow::hide() {
   stage_.doings.listening(false);
   stage_.doings.begun({});
   focused_ = nullptr;
+  isShown_ = false;
   // First, or the window that is to come to the front cannot.
   waits_.reset();
   if (window_ == nullptr) return;
@@ -352,6 +360,7 @@ LRESULT FormWindow::receives(HWND window, UINT message, WPARAM wparam, LPARAM lp
       for (Mirror* mirror : all()) SendMessageW(mirror->widget(), message, wparam, lparam);
       break;
     case WM_NCDESTROY:
+      RemovePropW(window, kForm);
       window_ = nullptr;
       break;
     default:

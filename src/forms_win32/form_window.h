@@ -32,6 +32,10 @@ class FormWindow final : public Receiver {
   /// The form's own values are others.
   void refresh();
   HWND window() const { return window_; }
+  /// The form whose window it is; nothing for any other.
+  static FormWindow* of(HWND window);
+  /// Whether the form is shown, and nobody waits for it.
+  bool isBeside() const { return isShown_ && loops_ == 0; }
   Mirror* mirror(std::u16string_view control) const;
 
   /// Whether the message, to this window or one in it, meant something to the form as a whole.
@@ -68,6 +72,7 @@ class FormWindow final : public Receiver {
   HWND lastFocus_ = nullptr;
   int windowState_ = 0;
   int loops_ = 0;
+  bool isShown_ = false;
   bool wasShown_ = false;
 };
 

@@ -4,12 +4,32 @@
 #include "module.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace pluvo::forms_win32 {
 
 Win32Forms::Win32Forms(forms::MessageBoxes& boxes) : boxes_(boxes), module_(std::make_unique<Module>()) {}
 
-Win32Forms::~Win32Forms() = default;
+Win32Forms::~Win32Forms() {
+  if (keys_ != nullptr) UnhookWindowsHookEx(keys_);
+}
+
+/// As long as a form is shown for which nobody waits: whose loop its messages come through is not known.
+void Win32Forms::hearKeys() {
+  const bool needed = std::ranges::any_of(windows_, [](const auto& each) { return each.second->isBeside(); });
+  if (needed && keys_ == nullptr)
+    keys_ = SetWindowsHookExW(WH_GETMESSAGE, heard, nullptr, GetCurrentThreadId());
+  if (!needed && keys_ != nullptr) UnhookWindowsHookEx(std::exchange(keys_, nullptr));
+}
+
+LRESULT CALLBACK Win32Forms::heard(int code, WPARAM wparam, LPARAM data) {
+  auto& message = *reinterpret_cast<MSG*>(data);
+  if (code == HC_ACTION && wparam == PM_REMOVE && message.hwnd != nullptr) {
+    FormWindow* window = FormWindow::of(GetAncestor(message.hwnd, GA_ROOT));
+    if (window != nullptr && window->takes(message)) message.message = WM_NULL;
+  }
+  return CallNextHookEx(nullptr, code, wparam, data);
+}
 
 FormWindow& Win32Forms::shownBy(forms::Form& form) {
   if (const auto there = windows_.find(&form); there != windows_.end()) return *there->second;
@@ -22,8 +42,12 @@ FormWindow& Win32Forms::shownBy(forms::Form& form) {
 void Win32Forms::runModal(forms::Form& form) { shownBy(form).run(); }
 
 void Win32Forms::visibleChanged(forms::Form& form) {
-  if (form.Visible()) return shownBy(form).show();
-  if (const auto there = windows_.find(&form); there != windows_.end()) there->second->hide();
+  if (form.Visible()) {
+    shownBy(form).show();
+  } else if (const auto there = windows_.find(&form); there != windows_.end()) {
+    there->second->hide();
+  }
+  hearKeys();
 }
 
 void Win32Forms::repaint(forms::Form& form) {

@@ -249,6 +249,23 @@ TEST_F(ShownForm, KnowsTheKeysOfADialog) {
   EXPECT_EQ(closed, 2);
 }
 
+TEST_F(ShownForm, KnowsThemInAnothersLoopToo) {
+  open();
+  const auto throughOthersLoop = [&](WPARAM code) {
+    PostMessageW(GetFocus(), WM_KEYDOWN, code, 1);
+    MSG message = {};
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != 0) {
+      TranslateMessage(&message);
+      DispatchMessageW(&message);
+    }
+  };
+  EXPECT_EQ(GetFocus(), widget(u"line"));
+  throughOthersLoop(VK_TAB);
+  EXPECT_EQ(GetFocus(), widget(u"lines"));
+  throughOthersLoop(VK_ESCAPE);
+  EXPECT_FALSE(form.Visible());
+}
+
 TEST_F(ShownForm, ShowsTipsLetterForLetter) {
   form.lines.ControlTipText(u"a && b & c");
   open();

@@ -52,10 +52,14 @@ class Win32Forms final : public forms::FormHost {
   friend class FormWindow;
   FormWindow& shownBy(forms::Form& form);
   bool isForm(HWND window) const;
+  void hearKeys();
+  static LRESULT CALLBACK heard(int code, WPARAM wparam, LPARAM message);
 
   forms::MessageBoxes& boxes_;
   std::set<std::u16string> modeless_;
   std::unique_ptr<Module> module_;
+  /// While forms are shown: keys that come through loops of others, the word processor's.
+  HHOOK keys_ = nullptr;
   /// Each is owned by its form's changed event, and so lives as long as the form.
   std::map<const forms::Form*, FormWindow*> windows_;
 };
