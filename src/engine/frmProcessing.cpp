@@ -77,6 +77,7 @@ void frmProcessing::finish() {
     }
     Hide();
   });
+  if (!Visible()) Finished.raise();
 }
 
 bool frmProcessing::startNextFile() {

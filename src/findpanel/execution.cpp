@@ -36,7 +36,12 @@ Execution::Execution(forms::Form& form, engine::clsProcessFind& engine, forms::C
 }
 
 engine::frmProcessing& Execution::confirmation() {
-  if (!confirmation_) confirmation_ = std::make_unique<engine::frmProcessing>(engine_);
+  if (!confirmation_) {
+    confirmation_ = std::make_unique<engine::frmProcessing>(engine_);
+    // Nothing is left to be out of the way of.
+    confirmation_->Finished.handledBy([this] { form_.WindowState(0); });
+    confirmation_->Closed.handledBy([this] { form_.WindowState(0); });
+  }
   return *confirmation_;
 }
 

@@ -166,6 +166,7 @@ TEST_F(Execution, ConfirmsBlockByBlock) {
   forms::press(confirmation, u"cmdSkip");
   forms::press(confirmation, u"cmdPerform");
   EXPECT_THAT(forms.beside, IsEmpty());
+  EXPECT_EQ(dialog().WindowState(), 0) << "back again";
   EXPECT_EQ(document(), "b a b¶");
   tick(u"chkConfirmEach", false);
   execute();

@@ -2,7 +2,6 @@
 //
 //   window|TITLE           waits for a window and works in it from now on
 //   seen|TITLE             waits until there is such a window
-//   restore|TITLE          a window that is minimized
 //   gone|TITLE             waits until there is no such window
 //   press|CAPTION          a button, tick or link
 //   type|LABEL|NTH|TEXT    into the NTH text box or list behind a label, counted from 1; what is there goes
@@ -75,17 +74,17 @@ std::vector<HWND> childrenOf(HWND window) {
   return children;
 }
 
-HWND windowWith(const std::wstring& title, bool minimized = false) {
+/// Not one that is minimized.
+HWND windowWith(const std::wstring& title) {
   struct Search {
     const std::wstring& title;
-    bool minimized;
     HWND found = nullptr;
-  } search{title, minimized};
+  } search{title};
   EnumWindows(
       [](HWND window, LPARAM parameter) -> BOOL {
         auto& wanted = *reinterpret_cast<Search*>(parameter);
         if (!IsWindowVisible(window) || textOf(window) != wanted.title) return TRUE;
-        if ((IsIconic(window) != 0) != wanted.minimized) return TRUE;
+        if (IsIconic(window)) return TRUE;
         wanted.found = window;
         return FALSE;
       },
@@ -130,7 +129,6 @@ class User {
     const std::wstring& verb = step[0];
     if (verb == L"window") return work(step.at(1));
     if (verb == L"seen") return seen(step.at(1));
-    if (verb == L"restore") return restore(step.at(1));
     if (verb == L"gone") return gone(step.at(1));
     if (verb == L"press") return press(step.at(1));
     if (verb == L"type") return type(field(step), step.at(3));
@@ -165,10 +163,6 @@ class User {
 
   static void seen(const std::wstring& title) {
     await([&] { return windowWith(title) != nullptr; });
-  }
-
-  static void restore(const std::wstring& title) {
-    post(await([&] { return windowWith(title, true); }), WM_SYSCOMMAND, SC_RESTORE, 0);
   }
 
   static void gone(const std::wstring& title) {

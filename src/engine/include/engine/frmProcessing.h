@@ -21,6 +21,9 @@ class frmProcessing final : public forms::Form {
   void SingleProcess();
   void MultiProcess(const std::vector<std::u16string>& files);
 
+  /// The last block was dealt with, and what was done has been told.
+  forms::Event<> Finished;
+
   forms::CommandButton cmdPerform{u"cmdPerform", u"&Perform Operation"};
   forms::CommandButton cmdSkip{u"cmdSkip", u"&Skip Operation"};
 
