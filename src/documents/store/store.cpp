@@ -42,6 +42,7 @@ StoredDocument::Outcome StoredDocument::save(const SaveOptions& options) {
     files::createFile(*system_, *options.otherPath, path_, stamp_, newVersion(path_, options));
     return {true, {}};
   }
+  if (path_ != readPath_) requireFileNotOverwritten();
   files::Saved saved =
       files::replaceFile(*system_, path_, stamp_, newVersion(path_, options), options.backupSuffix);
   stamp_ = saved.stamp;
@@ -58,15 +59,15 @@ void StoredDocument::saveAs(const std::string& path) {
 
 /// A large text lies in its file: one that was written over in place is no longer the text on screen.
 void StoredDocument::requireFileNotOverwritten() const {
-  if (bytes_.file == nullptr || !system_->exists(path_)) return;
+  if (bytes_.file == nullptr || !system_->exists(readPath_)) return;
   files::Stamp now;
   try {
-    now = system_->statusAt(path_).stamp;
+    now = system_->statusAt(readPath_).stamp;
   } catch (const std::system_error&) {
     return;
   }
-  const bool sameFile = now.device == stamp_.device && now.inode == stamp_.inode;
-  if (!sameFile || now == stamp_) return;
+  const bool sameFile = now.device == readStamp_.device && now.inode == readStamp_.inode;
+  if (!sameFile || now == readStamp_) return;
   throw DocumentError(Problem::changed,
                       "Another program wrote into the file while it was open here, and the text is no longer "
                       "known; nothing was written. Open the file again.");
@@ -123,8 +124,8 @@ std::unique_ptr<StoredDocument> Store::open(const std::string& path, const Also&
   opened->document_ =
       memory::MemoryDocument::create(std::move(read.content), opened->source_, errors::nameText(name), path);
   if (read.protection) opened->document_->protect(read.protection->type, read.protection->isLiftedBy);
-  opened->path_ = path;
-  opened->stamp_ = file.stamp;
+  opened->path_ = opened->readPath_ = path;
+  opened->stamp_ = opened->readStamp_ = file.stamp;
   opened->bytes_ = std::move(file.bytes);
   return opened;
 }

@@ -96,6 +96,12 @@ TEST(Store, GoesOnUnderAnotherPathWhateverBecameOfTheFile) {
   std::ofstream(overwritten->path(), std::ios::app) << "more";
   EXPECT_EQ(problemOf([&] { overwritten->saveAs(scratch.path("c.txt")); }), Problem::changed);
   EXPECT_FALSE(std::filesystem::exists(scratch.path("c.txt")));
+
+  const auto moved = store.open(scratch.path("rescued.txt"));
+  moved->saveAs(scratch.path("d.txt"));
+  modelOf(moved).insertBefore(0, u"?");
+  std::ofstream(scratch.path("rescued.txt"), std::ios::in) << "other";
+  EXPECT_EQ(problemOf([&] { moved->save(); }), Problem::changed) << "the text lies where it was read from";
 }
 
 TEST(Store, RefusesWhatItCannotOpen) {

@@ -46,8 +46,8 @@ class StoredDocument {
 
   /// Saves the document, which must be open. A document without changes is not written. Returns where the old
   /// version is kept, if it is. Behind it the document counts as saved, except when only a copy elsewhere was
-  /// written; it may be edited and saved again. Throws DocumentError; then the original is untouched and there
-  /// is no new file.
+  /// written; it may be edited and saved again. Throws DocumentError; then the original is untouched and
+  /// there is no new file.
   struct Outcome {
     bool written = false;
     std::string backup;
@@ -76,6 +76,9 @@ class StoredDocument {
   std::shared_ptr<memory::MemoryDocument> document_;
   std::string path_;
   files::Stamp stamp_;
+  /// The file that was read, and may be mapped still.
+  std::string readPath_;
+  files::Stamp readStamp_;
   files::Bytes bytes_;
 };
 
