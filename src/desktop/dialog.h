@@ -43,6 +43,8 @@ class Dialog {
   /// The program ends: open() returns, and no box is shown any more.
   void close();
 
+  /// Whether it stands in the pause before a run.
+  bool pauses() const { return yielding_.yields(); }
   /// Whether a block awaits the user's decision.
   bool confirming() const { return forms_.confirming(); }
   /// Ends a confirmation under way, as closing its window does.

@@ -13,10 +13,15 @@ namespace pluvo::desktop {
 class History {
  public:
   /// A pass begins; the document is kept when the pass first changes it.
-  void passBegins() { awaited_ = true; }
+  void passBegins() {
+    awaited_ = true;
+    changed_ = false;
+  }
   /// The document is about to change.
   void keep(const model::Model& model);
 
+  /// Whether the pass that began last has changed it, and nothing was taken back since.
+  bool passChanged() const { return changed_; }
   bool canUndo() const { return !undo_.empty(); }
   bool canRedo() const { return !redo_.empty(); }
   /// Takes the last pass back, or makes it again; one of the two above must hold.
@@ -32,6 +37,7 @@ class History {
   Snapshots undo_;
   Snapshots redo_;
   bool awaited_ = false;
+  bool changed_ = false;
 };
 
 }  // namespace pluvo::desktop

@@ -37,12 +37,14 @@ MainWindow::MainWindow(const Places& places, Choosers choosers)
   working_.changed = [this](bool underWay) { workChanged(underWay); };
   working_.ended = [this] { workEnded(); };
   watch_.begun = [this] {
+    // The window was closed in the pause before the run: no file is changed.
+    while (closeWanted_ && working_.underWay() && working_.cancels() < 2) working_.cancel();
     if (OpenDocument* document = find(*application_->active())) document->passBegins();
   };
   watch_.goesOnAfterRefusal = [this] { return goesOnAfterRefusal(); };
   watch_.takeBack = [this] {
     OpenDocument* document = find(*application_->active());
-    if (document != nullptr && document->canUndo()) document->undo();
+    if (document != nullptr && document->passChanged()) document->undo();
   };
   dialog_ = std::make_unique<Dialog>(application_, working_, watch_, places,
                                      DialogPlace{.window = *this,
@@ -129,11 +131,25 @@ void MainWindow::restorePlace() {
 
 // The window's own events.
 
+bool MainWindow::event(QEvent* event) {
+  if (event->type() == QEvent::WindowUnblocked && closeWanted_) QTimer::singleShot(0, this, &QWidget::close);
+  return QMainWindow::event(event);
+}
+
 void MainWindow::closeEvent(QCloseEvent* event) {
   event->ignore();
-  if (working_.underWay() && working_.breathing()) {
+  // Whoever asks something goes on with a document when the answer is there.
+  if (QApplication::activeModalWidget() != nullptr) {
+    closeWanted_ = true;
+    return;
+  }
+  if (working_.breathing()) {
     closeWanted_ = true;
     cancelWork();
+    return;
+  }
+  if (dialog_->pauses()) {
+    closeWanted_ = true;
     return;
   }
   closeWanted_ = false;
@@ -142,9 +158,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
   for (std::size_t i = 0; i < documents_.size(); ++i) {
     if (!mayClose(*documents_[i])) return;
   }
-  closingByUser_ = true;
   while (!documents_.empty()) application_->close(documents_.back()->document());
-  closingByUser_ = false;
   QSettings settings;
   settings.setValue(QStringLiteral("window/geometry"), saveGeometry());
   settings.setValue(QStringLiteral("window/state"), saveState());
@@ -196,10 +210,14 @@ void MainWindow::activated(const std::shared_ptr<memory::MemoryDocument>& docume
   if (!syncing_) wanted_ = document;
 }
 
+bool MainWindow::keeps(const memory::MemoryDocument& document) const {
+  const OpenDocument* const open = find(document);
+  return open != nullptr && open->isUsers();
+}
+
 void MainWindow::closing(const std::shared_ptr<memory::MemoryDocument>& document) {
   OpenDocument* const closed = find(*document);
   if (closed == nullptr) return;
-  if (!closingByUser_ && closed->isUsers()) reopened_.push_back(document->path());
   const QPointer<view::DocumentView> view = closed->view();
   std::erase_if(documents_, [&](const auto& open) { return open.get() == closed; });
   if (!view) return;
@@ -211,8 +229,11 @@ void MainWindow::closing(const std::shared_ptr<memory::MemoryDocument>& document
 /// while the engine works: it opens and closes documents that nobody needs to see.
 void MainWindow::syncTabs() {
   if (std::exchange(syncing_, true)) return;
+  // What a run over files has left open is the user's from then on.
+  const bool noRun = !atWork() && QApplication::activeModalWidget() == nullptr;
   for (std::size_t i = 0; i < documents_.size(); ++i) {
     if (documents_[i]->view() == nullptr) makeTab(*documents_[i]);
+    if (noRun) documents_[i]->isUsers(true);
   }
   const auto wanted = std::exchange(wanted_, {}).lock();
   const OpenDocument* const front = wanted ? find(*wanted) : nullptr;
@@ -304,7 +325,6 @@ void MainWindow::workChanged(bool underWay) {
 
 void MainWindow::workEnded() {
   syncTabs();
-  for (const std::string& path : std::exchange(reopened_, {})) openOne(path);
   if (closeWanted_) QTimer::singleShot(0, this, &QWidget::close);
 }
 

@@ -42,6 +42,7 @@ class MainWindow final : public QMainWindow, private memory::ApplicationObserver
   Dialog& dialog() { return *dialog_; }
 
  protected:
+  bool event(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dropEvent(QDropEvent* event) override;
@@ -52,6 +53,7 @@ class MainWindow final : public QMainWindow, private memory::ApplicationObserver
   // memory::ApplicationObserver
   void opened(const memory::OpenedFile& file) override;
   void activated(const std::shared_ptr<memory::MemoryDocument>& document) override;
+  bool keeps(const memory::MemoryDocument& document) const override;
   void closing(const std::shared_ptr<memory::MemoryDocument>& document) override;
 
   // Set-up.
@@ -109,9 +111,6 @@ class MainWindow final : public QMainWindow, private memory::ApplicationObserver
   std::vector<std::unique_ptr<OpenDocument>> documents_;
   /// What the engine brought to the front and no tab shows yet.
   std::weak_ptr<memory::MemoryDocument> wanted_;
-  /// Documents of the user's that a run over files closed.
-  std::vector<std::string> reopened_;
-  bool closingByUser_ = false;
   bool syncing_ = false;
   bool closeWanted_ = false;
 

@@ -7,6 +7,7 @@
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QStatusBar>
+#include <algorithm>
 #include <filesystem>
 #include <utility>
 
@@ -18,9 +19,18 @@ namespace {
 QString qt(const std::u16string& text) { return QString::fromStdU16String(text); }
 
 std::string absolute(const std::string& path) {
-  std::error_code ignored;
-  const auto full = std::filesystem::absolute(path, ignored);
-  return ignored ? path : full.lexically_normal().string();
+  std::error_code failure;
+  const auto full = std::filesystem::absolute(path, failure);
+  if (failure) return path;
+  if (std::find(full.begin(), full.end(), "..") == full.end()) return full.lexically_normal().string();
+  // Behind a link, "up" is not where the names say.
+  const auto folder = std::filesystem::canonical(full.parent_path(), failure);
+  return failure ? full.string() : (folder / full.filename()).string();
+}
+
+bool sameFile(const std::string& path, const std::string& other) {
+  std::error_code failure;
+  return std::filesystem::equivalent(path, other, failure) && !failure;
 }
 
 std::string bytesOf(const QString& path) { return QFile::encodeName(path).toStdString(); }
@@ -55,7 +65,10 @@ void MainWindow::open(const std::vector<std::string>& paths) {
 bool MainWindow::openOne(const std::string& path) {
   errors::Fault fault;
   try {
-    const auto document = application_->open(path);
+    const auto open = std::find_if(documents_.begin(), documents_.end(), [&](const auto& document) {
+      return sameFile(path, document->document()->path());
+    });
+    const auto document = application_->open(open == documents_.end() ? path : (*open)->document()->path());
     if (OpenDocument* opened = find(*document)) opened->isUsers(true);
     wanted_ = document;
     syncTabs();
@@ -121,7 +134,9 @@ bool MainWindow::saveAs(OpenDocument& document) {
     }
   }
   for (const auto& other : documents_) {
-    if (other.get() == &document || other->path() != path) continue;
+    const std::string& name = other->document()->path();
+    if (other.get() == &document || (name != absolute(bytesOf(path)) && !sameFile(name, bytesOf(path))))
+      continue;
     Question(this, tr("“%1” is open in another tab.").arg(path),
              tr("Close it there, or choose another name."))
         .exec();
@@ -187,9 +202,7 @@ bool MainWindow::mayClose(OpenDocument& document) {
 bool MainWindow::closeDocument(OpenDocument& document) {
   if (!mayClose(document)) return false;
   const auto closed = document.document();
-  closingByUser_ = true;
   application_->close(closed);
-  closingByUser_ = false;
   syncTabs();
   return true;
 }

@@ -25,7 +25,7 @@ class OpenDocument final : public memory::DocumentObserver {
   QString path() const;
   bool changed() const { return document_->model().changed(); }
 
-  /// Whether the user opened it, and not a run over files.
+  /// Whether it is open for the user, and not only for a run over files.
   bool isUsers() const { return isUsers_; }
   void isUsers(bool value) { isUsers_ = value; }
 
@@ -33,6 +33,8 @@ class OpenDocument final : public memory::DocumentObserver {
   void shownBy(view::DocumentView* view) { view_ = view; }
 
   void passBegins() { history_.passBegins(); }
+  /// Whether the pass that began last has changed the document.
+  bool passChanged() const { return history_.passChanged(); }
   bool canUndo() const { return history_.canUndo(); }
   bool canRedo() const { return history_.canRedo(); }
   void undo();

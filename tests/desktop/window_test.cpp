@@ -141,10 +141,34 @@ TEST_F(UsedWindow, RunsOverTheFilesOfAFolder) {
     EXPECT_EQ(scratch.get("d2.txt"), done);
     const std::string summary = control<QPlainTextEdit>("txtOperationDisplay").toPlainText().toStdString();
     for (const char* name : {"a.txt", "c.txt", "d.txt"}) EXPECT_THAT(summary, HasSubstr(name));
-    ASSERT_NE(window->current(), nullptr) << "the user's own document is opened again";
+    ASSERT_NE(window->current(), nullptr) << "the user's own document stays open";
     EXPECT_EQ(window->current()->name(), QStringLiteral("a.txt"));
     EXPECT_EQ(text(*window->current()).substr(0, 10), "one secret");
+    menu("&Undo Last Pass");
+    EXPECT_EQ(text(*window->current()).substr(0, 10), "one [a]sec");
+    EXPECT_TRUE(window->current()->changed());
   });
+}
+
+TEST_F(UsedWindow, KeepsWhatIsNotSavedWhereARunLeavesTheFileOut) {
+  const std::string path = scratch.put("a.txt", kMinutes);
+  chmod(path.c_str(), 0444);
+  use([&] {
+    OpenDocument& document = open(path);
+    document.document()->model().replace({0, 3}, u"1", text::View::results);
+    type("txtBeginText", "[a]");
+    choose("cboxProcOperation1", "Delete");
+    tick("chkQuiteMode");
+    type("txtFilePath", scratch.path("").c_str());
+    tick("chkFTtxt");
+    expectAnswer(QMessageBox::No);  // it is read-only; whether to go on
+    execute();
+    settle();
+    ASSERT_EQ(window->current(), &document);
+    EXPECT_EQ(text(document).substr(0, 5), "1 [a]");
+    EXPECT_TRUE(document.changed());
+  });
+  EXPECT_EQ(scratch.get("a.txt"), kMinutes);
 }
 
 TEST_F(UsedWindow, ShowsTheFilesThatAreConfirmed) {
@@ -235,6 +259,25 @@ TEST_F(UsedWindow, AsksBeforeChangesAreLost) {
   });
 }
 
+TEST_F(UsedWindow, ClosesOnlyWhenNothingIsAsked) {
+  use([&] {
+    OpenDocument& document = open(scratch.put("a.txt", kMinutes));
+    document.document()->model().replace({0, 3}, u"1", text::View::results);
+    std::filesystem::remove(scratch.path("a.txt"));
+    QTest::qWait(100);
+    expectBox([&](QWidget& box) {
+      window->close();
+      EXPECT_EQ(QApplication::activeModalWidget(), &box) << "one question at a time";
+      static_cast<QDialog&>(box).reject();
+    });
+    menu("&Save");
+    expectAnswer(QMessageBox::Cancel);
+    settle();
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_EQ(window->current(), &document);
+  });
+}
+
 TEST_F(UsedWindow, EndsAConfirmationBeforeItCloses) {
   use([&] {
     open(scratch.put("a.txt", kMinutes));
@@ -262,6 +305,15 @@ TEST_F(UsedWindow, OpensWhatIsThereAndSaysWhatIsNot) {
     EXPECT_EQ(window->current()->name(), QStringLiteral("a.txt"));
     open(scratch.path("b.txt"));
     EXPECT_EQ(window->current()->name(), QStringLiteral("b.txt")) << "it is open already";
+    std::filesystem::create_directory(scratch.path("folder"));
+    std::filesystem::create_directory_symlink(scratch.path("folder"), scratch.path("link"));
+    std::filesystem::create_symlink(scratch.path("a.txt"), scratch.path("link/c.txt"));
+    open(scratch.path("link/c.txt"));
+    EXPECT_EQ(window->current()->name(), QStringLiteral("a.txt")) << "under another name";
+    std::filesystem::create_directory(scratch.path("folder/inner"));
+    std::filesystem::create_directory_symlink(scratch.path("folder/inner"), scratch.path("inner"));
+    open(scratch.path("inner/../c.txt"));
+    EXPECT_EQ(window->current()->name(), QStringLiteral("a.txt")) << "up from where the link leads";
     EXPECT_EQ(window->application()->count(), 2);
     open(scratch.put("odd\xFF.txt", "odd\n"));
     EXPECT_EQ(text(*window->current()), "odd\r\r") << "names are bytes";

@@ -205,6 +205,39 @@ TEST_P(WorkOverFiles, LeavesEachWholeOrUntouched) {
   });
 }
 
+TEST_F(WorkInTheWindow, TakesBackNothingFromBeforeTheRun) {
+  std::string before;
+  for (int i = 0; i < 40'000; ++i) before += "[a]\n\n\n";
+  use([&] {
+    OpenDocument& document = open(scratch.put("a.txt", "1" + before + "[b]\n"));
+    document.passBegins();
+    document.document()->model().replace({0, 1}, u"one", text::View::results);
+    QTest::qWait(100);
+    menu("&Save");
+    ASSERT_FALSE(document.changed());
+    askForReplacement();
+    type("txtFilePath", scratch.path("").c_str());
+    tick("chkFTtxt");
+    control<QPushButton>("cmdGetPotentialFiles").click();
+    settle();
+    int asked = 0;
+    QTimer poll;
+    poll.setInterval(5);
+    QObject::connect(&poll, &QTimer::timeout, [&] {
+      if (asked == 2 || !window->working().breathing()) return;
+      ++asked;
+      menu("Ca&ncel");
+    });
+    poll.start();
+    execute();
+    settle();
+    EXPECT_EQ(asked, 2);
+    EXPECT_EQ(text(document).substr(0, 3), "one");
+    EXPECT_FALSE(document.changed());
+  });
+  EXPECT_EQ(scratch.get("a.txt").substr(0, 3), "one");
+}
+
 TEST_F(WorkInTheWindow, IsEndedBeforeTheWindowCloses) {
   const std::string path = scratch.put("many.txt", manyBlocks(60'000));
   bool asked = false;

@@ -85,7 +85,7 @@ std::shared_ptr<word::Range> MemoryDocument::StoryRanges(word::WdStoryType story
 void MemoryDocument::Close(bool saveChanges) {
   const auto kept = shared_from_this();
   if (saveChanges && !Saved()) application().save(*this);
-  application().close(kept);
+  if (!application().keeps(*this)) application().close(kept);
 }
 
 void MemoryDocument::select(text::Span span) {

@@ -18,6 +18,8 @@ class ApplicationObserver {
   virtual void opened(const OpenedFile& /*file*/) {}
   /// It came to the front.
   virtual void activated(const std::shared_ptr<MemoryDocument>& /*document*/) {}
+  /// Whether a document that the engine has done with, and closes, stays open: the user has it open.
+  virtual bool keeps(const MemoryDocument& /*document*/) const { return false; }
   /// It still has its text.
   virtual void closing(const std::shared_ptr<MemoryDocument>& /*document*/) {}
 };
@@ -57,6 +59,10 @@ class MemoryApplication : public word::Application {
   /// Closes a document without saving; the one that was in front before comes to the front.
   void close(const std::shared_ptr<MemoryDocument>& document);
   bool isReadOnly(const MemoryDocument& document) const;
+  /// Whether it stays open when the engine closes it.
+  bool keeps(const MemoryDocument& document) const {
+    return observer_ != nullptr && observer_->keeps(document);
+  }
 
   /// None where null. Outlives this or is taken away first.
   void observer(ApplicationObserver* observer) { observer_ = observer; }
