@@ -19,8 +19,8 @@ constexpr std::u16string_view kConfirmation = u"frmProcessing";
 
 }  // namespace
 
-Dialog::Dialog(std::shared_ptr<memory::MemoryApplication> application, Working& working, PassWatch& watch,
-               const Places& places, DialogPlace place)
+Dialog::Dialog(const std::shared_ptr<memory::MemoryApplication>& application, Working& working,
+               PassWatch& watch, const Places& places, DialogPlace place)
     : working_(working),
       place_(std::move(place)),
       boxes_({.owner = [this] { return &place_.window; }, .placing = {}}),

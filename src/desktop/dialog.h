@@ -34,7 +34,7 @@ struct DialogPlace {
 /// The product's dialog beside the documents, and all it works with.
 class Dialog {
  public:
-  Dialog(std::shared_ptr<memory::MemoryApplication> application, Working& working, PassWatch& watch,
+  Dialog(const std::shared_ptr<memory::MemoryApplication>& application, Working& working, PassWatch& watch,
          const Places& places, DialogPlace place);
   ~Dialog();
 

@@ -3,7 +3,6 @@
 #include "recent.h"
 #include "theme.h"
 
-#include <QActionGroup>
 #include <QApplication>
 #include <QDockWidget>
 #include <QMenuBar>
@@ -79,14 +78,15 @@ void MainWindow::buildViewMenu(QMenu& view) {
           [this](bool on) { current()->document()->showFieldCodes(on); });
 
   QMenu& themes = *view.addMenu(tr("&Colours"));
-  auto* const group = new QActionGroup(this);
+  QActionGroup& group =
+      *new QActionGroup(this);  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks): the window's
   for (const auto& [theme, text] :
        {std::pair{Theme::system, tr("As the &System")}, std::pair{Theme::light, tr("&Light")},
         std::pair{Theme::dark, tr("&Dark")}}) {
     QAction* const entry = themes.addAction(text);
     entry->setCheckable(true);
     entry->setChecked(theme == chosenTheme());
-    group->addAction(entry);
+    actions_->themes.addAction(entry);
     connect(entry, &QAction::triggered, this, [theme = theme] { chooseTheme(theme); });
   }
   view.addSeparator();

@@ -3,6 +3,7 @@
 #include "main_window.h"
 
 #include <QAction>
+#include <QActionGroup>
 
 namespace pluvo::desktop {
 
@@ -19,6 +20,7 @@ struct MainWindow::Actions {
   QAction* cancel = nullptr;
   QAction* fieldCodes = nullptr;
   QAction* instructions = nullptr;
+  QActionGroup themes{nullptr};
 };
 
 }  // namespace pluvo::desktop

@@ -15,8 +15,8 @@ std::u16string folder(QStandardPaths::StandardLocation location) {
 }  // namespace
 
 Places machinePlaces() {
-  const Places places{folder(QStandardPaths::DocumentsLocation), folder(QStandardPaths::GenericDataLocation),
-                      QCoreApplication::applicationDirPath().toStdU16String()};
+  Places places{folder(QStandardPaths::DocumentsLocation), folder(QStandardPaths::GenericDataLocation),
+                QCoreApplication::applicationDirPath().toStdU16String()};
   QDir().mkpath(QString::fromStdU16String(places.templates) + QStringLiteral("/PLUVO"));
   return places;
 }

@@ -183,7 +183,7 @@ void DocumentView::showTop() {
   showingTop_ = true;
   settle();
   layOutAround();
-  const std::int64_t all = index_->top(index_->count()) + 2 * kTopMargin;
+  const std::int64_t all = index_->top(index_->count()) + std::int64_t{2} * kTopMargin;
   const int page = viewport()->height();
   QScrollBar& bar = *verticalScrollBar();
   bar.setPageStep(page);

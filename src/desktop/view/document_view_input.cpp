@@ -133,7 +133,7 @@ void DocumentView::moveCaret(Position position, bool keepsAnchor) {
 void DocumentView::ensureCaretSeen() {
   const QRectF caret = caretRect(caret_);
   const std::int64_t top = index_->top(index_->at(caret_)) + static_cast<std::int64_t>(caret.top());
-  const auto bottom = top + static_cast<std::int64_t>(caret.height()) + 2 * kTopMargin;
+  const auto bottom = top + static_cast<std::int64_t>(caret.height()) + std::int64_t{2} * kTopMargin;
   const std::int64_t seen = anchorTop();
   if (top < seen) {
     anchorAt(std::max<std::int64_t>(top, 0));
@@ -175,7 +175,7 @@ bool DocumentView::moveByKey(QKeyEvent& event) {
   if (!upDown) preferredX_ = -1;
   const qreal page = std::max(viewport()->height() - 3.0 * caretRect(caret_).height(), 1.0);
   const text::Span selection = document_->selection();
-  Position to = caret_;
+  Position to = 0;
   switch (key) {
     case Qt::Key_Left:
     case Qt::Key_Right: {
