@@ -78,8 +78,6 @@ void MainWindow::buildViewMenu(QMenu& view) {
           [this](bool on) { current()->document()->showFieldCodes(on); });
 
   QMenu& themes = *view.addMenu(tr("&Colours"));
-  QActionGroup& group =
-      *new QActionGroup(this);  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks): the window's
   for (const auto& [theme, text] :
        {std::pair{Theme::system, tr("As the &System")}, std::pair{Theme::light, tr("&Light")},
         std::pair{Theme::dark, tr("&Dark")}}) {
