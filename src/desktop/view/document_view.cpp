@@ -42,12 +42,15 @@ DocumentView::DocumentView(std::shared_ptr<memory::MemoryDocument> document,
   selectionAnchor_ = selection.from;
   caret_ = selection.to;
   measure();
-  running([this] {
-    index_ = std::make_unique<BlockIndex>(model(), [this](text::Span block, bool isRow) {
+  std::unique_ptr<BlockIndex> index;
+  running([&] {
+    index = std::make_unique<BlockIndex>(model(), [this](text::Span block, bool isRow) {
       const double lines = isRow ? 1 : std::max(std::ceil(block.length() / charactersInLine_), 1.0);
       return static_cast<int>(lineHeight_ * (lines * 1.12 + 0.4));
     });
   });
+  index_ = std::move(index);
+  measure();
   showTop();
 }
 
@@ -71,12 +74,12 @@ void DocumentView::measure() {
 
 /// Everything is laid out anew: in another size, or another view of the text.
 void DocumentView::forgetLayouts() {
+  // At first another thread makes the index, with the measures that are there.
+  if (!index_) return;
   measure();
   layouts_.clear();
-  if (index_) {
-    index_->settle();
-    index_->forgetHeights();
-  }
+  index_->settle();
+  index_->forgetHeights();
   showTop();
   viewport()->update();
 }
