@@ -146,7 +146,7 @@ Saved replaceResolved(FileSystem& system, const std::string& real, const Stamp& 
         {real, kept->handle(), system.status(kept->handle()), saved.stamp, replacement.path()});
   }
   if (version.beforeWaiting) version.beforeWaiting();
-  system.flush(replacement.handle());
+  replacement.flush();
   if (keeping) keeping->wait();
   replacement.close();
   putInPlace(system, replacement, real, opened, keeping.get());

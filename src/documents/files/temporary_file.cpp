@@ -90,17 +90,18 @@ void TemporaryFile::takeAfter(Handle original) {
   system_.setPermissions(handle(), permissions);
 }
 
-void TemporaryFile::finish() {
-  system_.flush(handle());
-  close();
-}
-
-void TemporaryFile::close() {
+void TemporaryFile::flush() {
+  // Named first: a disk without a journal of its own might not keep a name that came later.
   if (!named_) {
     system_.giveName(handle(), path_);
     named_ = true;
   }
-  file_.close();
+  system_.flush(handle());
+}
+
+void TemporaryFile::finish() {
+  flush();
+  close();
 }
 
 void TemporaryFile::replace(const std::string& path) {

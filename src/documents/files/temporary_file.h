@@ -6,8 +6,8 @@
 
 namespace pluvo::files {
 
-/// A new file beside the one it is to become; gone with this object unless it was renamed. Until it is closed
-/// it has no name where the disk can do that, so that a program that is killed leaves nothing behind.
+/// A new file beside the one it is to become; gone with this object unless it was renamed. Until it is
+/// flushed it has no name where the disk can do that, so that a program killed before leaves nothing behind.
 class TemporaryFile {
  public:
   TemporaryFile(FileSystem& system, const std::string& folderPrefix);
@@ -15,7 +15,7 @@ class TemporaryFile {
   TemporaryFile& operator=(const TemporaryFile&) = delete;
   ~TemporaryFile();
 
-  /// Where it lies from the time it is closed, renamed or not.
+  /// Where it lies from the time it is flushed, renamed or not.
   const std::string& path() const { return path_; }
   /// Where it can be opened meanwhile.
   std::string pathToRead() const { return named_ ? path_ : system_.pathOf(handle()); }
@@ -23,9 +23,11 @@ class TemporaryFile {
 
   /// Gives it the owner, permissions and attributes of another file.
   void takeAfter(Handle original);
-  /// The bytes are on disk and the file is closed.
+  /// The bytes are on disk, under the name it then has.
+  void flush();
+  void close() { file_.close(); }
+  /// Both.
   void finish();
-  void close();
 
   /// Takes the place of whatever has the name, and stays.
   void replace(const std::string& path);

@@ -16,10 +16,11 @@ namespace pluvo::files {
 /// new one, whole.
 ///
 /// When something fails, the original is untouched and the temporary file is gone; a program that is killed
-/// may leave one behind if that happens as the version takes its place, or on a disk whose files must have
-/// names: "~pluvo-", sixteen hexadecimal digits and ".tmp", which may be deleted unless the original was to
-/// be kept (Keeping). An owner or group that the user may not give away becomes the user's own, and then
-/// nobody gains rights: set-id bits are dropped and a changed group has the rights of everybody else.
+/// may leave one behind if that happens while the version is flushed and takes its place, or on a disk whose
+/// files must have names: "~pluvo-", sixteen hexadecimal digits and ".tmp", which may be deleted unless the
+/// original was to be kept (Keeping). An owner or group that the user may not give away becomes the user's
+/// own, and then nobody gains rights: set-id bits are dropped and a changed group has the rights of everybody
+/// else.
 ///
 /// Links are followed: what they lead to is replaced, and temporary files and backups lie beside that.
 
