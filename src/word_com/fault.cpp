@@ -80,10 +80,10 @@ std::optional<errors::Fault> leftBehind() {
                        static_cast<std::int32_t>(helpContext));
 }
 
-errors::Fault raised(EXCEPINFO& exception) {
+errors::Fault raised(EXCEPINFO& exception, HRESULT& status) {
   if (exception.pfnDeferredFillIn != nullptr) exception.pfnDeferredFillIn(&exception);
   // Either is given, and wCode is a number already.
-  const HRESULT status = FAILED(exception.scode) ? exception.scode : DISP_E_EXCEPTION;
+  if (FAILED(exception.scode)) status = exception.scode;
   const std::int32_t number = exception.wCode != 0 ? exception.wCode : numberOf(status);
   errors::Fault fault(number, taken(exception.bstrDescription), taken(exception.bstrSource),
                       taken(exception.bstrHelpFile), static_cast<std::int32_t>(exception.dwHelpContext));
@@ -96,8 +96,7 @@ errors::Fault raised(EXCEPINFO& exception) {
 errors::Fault faultOf(HRESULT status, EXCEPINFO& exception, std::wstring_view member) {
   errors::Fault fault(0, {}, {});
   if (status == DISP_E_EXCEPTION) {
-    status = exception.scode;
-    fault = raised(exception);
+    fault = raised(exception, status);
   } else {
     if (auto left = leftBehind()) fault = *left;
     fault.number = numberOf(status);

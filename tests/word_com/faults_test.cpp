@@ -83,11 +83,13 @@ TEST(Faults, HaveTheRunTimesNumbers) {
     });
     EXPECT_EQ(raised.number, each.number);
   }
-  EXPECT_EQ(faultIn([](auto&, VARIANT&, EXCEPINFO& exception) {
-              exception.wCode = 5155;
-              return DISP_E_EXCEPTION;
-            }).number,
-            5155);
+  const errors::Fault numbered = faultIn([](auto&, VARIANT&, EXCEPINFO& exception) {
+    exception.wCode = 5155;
+    return DISP_E_EXCEPTION;
+  });
+  EXPECT_EQ(numbered.number, 5155);
+  const errors::Fault unnumbered = faultIn([](auto&, VARIANT&, EXCEPINFO&) { return DISP_E_EXCEPTION; });
+  EXPECT_EQ(numbered.description, unnumbered.description) << "not that all went well";
 }
 
 TEST(Faults, TellOfMembersAndObjectsThatAreNotThere) {
