@@ -334,6 +334,16 @@ void FormWindow::activates(bool on) {
   stage_.doings.does([this] { form_.activate(); });
 }
 
+/// The windows on it go with it, and nothing of theirs is left to be ended.
+void FormWindow::wentAway() {
+  window_ = nullptr;
+  stage_.tips = nullptr;
+  stage_.doings.begun({});
+  lastFocus_ = nullptr;
+  windowState_ = 0;
+  wasShown_ = false;
+}
+
 LRESULT FormWindow::receives(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
   switch (message) {
     case WM_CLOSE:
@@ -361,7 +371,7 @@ LRESULT FormWindow::receives(HWND window, UINT message, WPARAM wparam, LPARAM lp
       break;
     case WM_NCDESTROY:
       RemovePropW(window, kForm);
-      window_ = nullptr;
+      wentAway();
       break;
     default:
       break;

@@ -36,6 +36,9 @@ class FormWindow final : public Receiver {
   static FormWindow* of(HWND window);
   /// Whether the form is shown, and nobody waits for it.
   bool isBeside() const { return isShown_ && loops_ == 0; }
+  /// Whether the form is shown but its window went with the one it stood above: Word's go with their
+  /// documents.
+  bool isLost() const { return isShown_ && window_ == nullptr; }
   Mirror* mirror(std::u16string_view control) const;
 
   /// Whether the message, to this window or one in it, meant something to the form as a whole.
@@ -55,6 +58,7 @@ class FormWindow final : public Receiver {
   bool pressed(WPARAM key);
   bool pressEnter(Mirror* mirror);
   void closed();
+  void wentAway();
   void activates(bool on);
   void keepLeastSize(MINMAXINFO& limits) const;
   void changeResolution(UINT dotsPerInch, const RECT& place);

@@ -72,6 +72,30 @@ TEST_F(Modal, OneAtATimeUnlessOthersAreToBeUsed) {
   DestroyWindow(word);
 }
 
+TEST_F(Modal, OutlivesTheWindowItStandsAbove) {
+  const auto document = [] {
+    return CreateWindowExW(0, L"STATIC", L"Word", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 400, 300, nullptr,
+                           nullptr, nullptr, nullptr);
+  };
+  HWND word = document();
+  host.owner = [&] { return word; };
+  host.leavesOthersUsable(u"frmSample");
+  const Later close([&] {
+    type(widget(u"line"), u"a");
+    DestroyWindow(std::exchange(word, document()));
+    const Later end([&] {
+      EXPECT_TRUE(IsWindowVisible(window()));
+      EXPECT_EQ(GetWindow(window(), GW_OWNER), word);
+      EXPECT_EQ(text(widget(u"line")), "a");
+      type(widget(u"line"), u"b");
+      form.close();
+    });
+  });
+  form.ShowModal();
+  EXPECT_EQ(form.line.Text(), u"b") << "over what was marked as the focus came";
+  DestroyWindow(word);
+}
+
 TEST_F(Modal, EndsWithTheProgram) {
   const Later quit([] { PostQuitMessage(3); });
   form.ShowModal();

@@ -21,7 +21,8 @@ class Module;
 /// arrives as calls on the controls. All of it happens on one thread, the word processor's.
 ///
 /// A form that was shown keeps its window, hidden between showings, until the form goes. All forms go before
-/// this host. While a form is hidden its controls can be changed, and nothing arrives from its windows.
+/// this host. While a form is hidden its controls can be changed, and nothing arrives from its windows. Where
+/// the window that a shown form stands above goes, the form gets another.
 class Win32Forms final : public forms::FormHost {
  public:
   /// The boxes show the faults that even the reporter could not report.
@@ -53,6 +54,7 @@ class Win32Forms final : public forms::FormHost {
   FormWindow& shownBy(forms::Form& form);
   bool isForm(HWND window) const;
   void hearKeys();
+  void bringBack();
   static LRESULT CALLBACK heard(int code, WPARAM wparam, LPARAM message);
 
   forms::MessageBoxes& boxes_;
