@@ -33,7 +33,9 @@ class Journal : public testing::Test {
     files::NewVersion version;
     version.write = [&](files::Output& out) { out.write(bytes); };
     version.check = [](const files::Bytes&) {};
-    version.beforeReplacing = [&](const files::Replacement& replacement) { return recorder.keep(replacement); };
+    version.beforeReplacing = [&](const files::Replacement& replacement) {
+      return recorder.keep(replacement);
+    };
     files::replaceFile(system, path, machineFileSystem().statusAt(path).stamp, version);
   }
 

@@ -117,7 +117,8 @@ class CommandButton final : public Control {
   explicit CommandButton(std::u16string name, std::u16string caption = {})
       : Control(ControlKind::commandButton, std::move(name), std::move(caption)) {}
 
-  /// Whether Enter presses the button, where it is shown and the control with the focus has no use for the key.
+  /// Whether Enter presses the button, where it is shown and the control with the focus has no use for the
+  /// key.
   bool Default() const { return default_; }
   void Default(bool value) { set(default_, value); }
   /// The user presses the button.

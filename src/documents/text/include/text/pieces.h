@@ -84,7 +84,6 @@ class PieceText {
     }
   }
 
-
   /// Whether the pieces cover the text and lie in what they refer to. For tests.
   bool check() const;
 
