@@ -15,15 +15,19 @@ Interrupt::Interrupt(bool endsReading) {
   action.sa_handler = noteInterrupt;
   action.sa_flags = static_cast<int>(SA_RESETHAND) | (endsReading ? 0 : SA_RESTART);
   sigemptyset(&action.sa_mask);
+  // Whoever started this in the background had interrupts ignored, and nohup has the loss.
   sigaction(SIGINT, nullptr, &forInterrupt_);
-  // Whoever started this in the background had interrupts ignored.
   if (forInterrupt_.sa_handler != SIG_IGN) sigaction(SIGINT, &action, nullptr);
   sigaction(SIGTERM, &action, &forEnd_);
+  action.sa_flags &= ~static_cast<int>(SA_RESETHAND);
+  sigaction(SIGHUP, nullptr, &forLoss_);
+  if (forLoss_.sa_handler != SIG_IGN) sigaction(SIGHUP, &action, nullptr);
 }
 
 Interrupt::~Interrupt() {
   sigaction(SIGINT, &forInterrupt_, nullptr);
   sigaction(SIGTERM, &forEnd_, nullptr);
+  sigaction(SIGHUP, &forLoss_, nullptr);
 }
 
 bool Interrupt::requested() { return noted != 0; }

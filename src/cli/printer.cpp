@@ -1,5 +1,7 @@
 #include "printer.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
@@ -48,6 +50,14 @@ void say(const std::string& line) {
   (void)std::fwrite(line.data(), 1, line.size(), stderr);
 }
 
+/// A terminal that was closed reads nothing any more, and is no reason to leave work half done.
+void requireReader() {
+  const int failure = errno;
+  const bool closedTerminal = ::isatty(STDOUT_FILENO) == 0 && errno == EIO;
+  if (!closedTerminal || std::freopen("/dev/null", "w", stdout) == nullptr)
+    throw std::system_error(failure, std::generic_category());
+}
+
 }  // namespace
 
 std::unique_ptr<Printer> printerFor(const Plan& plan) {
@@ -61,13 +71,11 @@ std::unique_ptr<Printer> allOf(std::vector<std::unique_ptr<Printer>> printers) {
 }
 
 void writeOut(std::string_view text) {
-  if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size()) {
-    throw std::system_error(errno, std::generic_category());
-  }
+  if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size()) requireReader();
 }
 
 void flushOut() {
-  if (std::fflush(stdout) != 0) throw std::system_error(errno, std::generic_category());
+  if (std::fflush(stdout) != 0) requireReader();
 }
 
 void sayError(std::string_view sentence) {

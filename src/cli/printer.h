@@ -34,7 +34,7 @@ std::unique_ptr<Printer> jsonPrinter();
 std::unique_ptr<Printer> allOf(std::vector<std::unique_ptr<Printer>> printers);
 
 /// Writes to standard output. A stream that takes no more (a full disk) is a std::system_error; a closed pipe
-/// ends the program by its signal, as it does every filter.
+/// ends the program by its signal, as it does every filter; what a closed terminal does not take is lost.
 void writeOut(std::string_view text);
 /// Has it all arrive; throws as writeOut does.
 void flushOut();

@@ -308,25 +308,32 @@ TEST_F(Unfinished, RunsAndUndosThatAreKilledAreTakenBack) {
 }
 
 TEST_F(Unfinished, AnInterruptLeavesAListToGoOnWith) {
-  for (int wait = 40'000; wait > 100; wait = wait * 2 / 3) {
-    const pid_t child = sandbox_.start(kReplace + Words{"-r", ".", "-j1"});
-    ::usleep(static_cast<useconds_t>(wait));
-    ::kill(child, SIGINT);
-    const Result result = sandbox_.wait(child);
-    ASSERT_TRUE(isWhole(stateOf(sandbox_)));
-    const std::size_t at = result.err.find("--files-from ");
-    if (at == std::string::npos) {  // too late, or too early for there to be a run
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    bool interrupted = false;
+    for (int wait = 40'000; wait > 100 && !interrupted; wait = wait * 2 / 3) {
+      const pid_t child = sandbox_.start(kReplace + Words{"-r", ".", "-j1"});
+      ::usleep(static_cast<useconds_t>(wait));
+      ::kill(child, signal);
+      // The loss of a terminal is told by the shell and by the system.
+      if (signal == SIGHUP) ::kill(child, signal);
+      const Result result = sandbox_.wait(child);
+      ASSERT_TRUE(isWhole(stateOf(sandbox_)));
+      const std::size_t at = result.err.find("--files-from ");
+      interrupted = at != std::string::npos;
+      if (interrupted) {
+        EXPECT_EQ(result.status, 2);
+        const std::string list = result.err.substr(at + 13, result.err.find('\n', at) - at - 13);
+        EXPECT_EQ(sandbox_.run(kReplace + Words{"-0", "--files-from", list}).status, 0);
+        for (const auto& [name, file] : stateOf(sandbox_))
+          EXPECT_EQ(std::get<0>(file), std::get<0>(after_.at(name)));
+        sandbox_.run({"undo", "-q"});
+      }
+      // What was too late, or too early for there to be a run, is tried again.
       sandbox_.run({"undo", "-q"});
-      continue;
+      ASSERT_TRUE(stateOf(sandbox_) == before_) << signal;
     }
-    EXPECT_EQ(result.status, 2);
-    const std::string list = result.err.substr(at + 13, result.err.find('\n', at) - at - 13);
-    EXPECT_EQ(sandbox_.run(kReplace + Words{"-0", "--files-from", list}).status, 0);
-    for (const auto& [name, file] : stateOf(sandbox_))
-      EXPECT_EQ(std::get<0>(file), std::get<0>(after_.at(name)));
-    return;
+    if (!interrupted) GTEST_SKIP() << "every run was over before it could be interrupted";
   }
-  GTEST_SKIP() << "every run was over before it could be interrupted";
 }
 
 TEST_F(Unfinished, TwoRunsAtOnceHarmNothing) {

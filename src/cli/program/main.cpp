@@ -55,8 +55,8 @@ int main(int count, char** words) {
   files::prepareHeap();
   try {
     const int status = runProgram({words + 1, words + count});
-    if (std::fflush(stdout) == 0) return status;
-    cli::sayError("Cannot write to standard output.");
+    cli::flushOut();
+    return status;
   } catch (const cli::UsageError& refused) {
     cli::sayError(refused.what());
   } catch (const std::system_error& failed) {
