@@ -153,7 +153,8 @@ class BodyWalker {
   void collectText(xml::Token token);
   void widenPlain();
   Open& blockContainer();
-  bool inCode() const { return !fields_.empty() && !fields_.back().inResult; }
+  /// Of a field at any depth; the results of fields within a code are part of it.
+  bool inCode() const;
   std::string attributeValue(Name name) const;
   bool understood(std::string_view prefixes) const;
   Extent tokenExtent() const { return {scanner_.begin(), scanner_.end()}; }

@@ -3,6 +3,7 @@
 #include "model/content_builder.h"
 #include "text_decoding.h"
 
+#include <algorithm>
 #include <charconv>
 
 namespace pluvo::docx {
@@ -105,7 +106,7 @@ void BodyWalker::fieldCharacter(Token token) {
   if (type == "begin") {
     single(text::kFieldBegin, token, Name::fldChar);
     openField({});
-  } else if (type == "separate" && inCode()) {
+  } else if (type == "separate" && !fields_.empty() && !fields_.back().inResult) {
     single(text::kFieldSeparator, token, Name::fldChar);
     fields_.back().inResult = true;
   } else if (type == "end" && !fields_.empty() && !fields_.back().simple) {
@@ -114,6 +115,10 @@ void BodyWalker::fieldCharacter(Token token) {
   } else {
     skip(token);
   }
+}
+
+bool BodyWalker::inCode() const {
+  return std::any_of(fields_.rbegin(), fields_.rend(), [](const OpenField& f) { return !f.inResult; });
 }
 
 void BodyWalker::openField(OpenField field) {

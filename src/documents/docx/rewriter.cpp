@@ -279,9 +279,8 @@ void Rewriter::trackField(char16_t unit, bool kept) {
 }
 
 bool Rewriter::inCode() const {
-  const auto field =
-      std::find_if(fields_.rbegin(), fields_.rend(), [](const FieldState& f) { return f.kept; });
-  return field != fields_.rend() && !field->inResult;
+  return std::any_of(fields_.rbegin(), fields_.rend(),
+                     [](const FieldState& f) { return f.kept && !f.inResult; });
 }
 
 /// The outermost tracked deletion open in the paragraph, as an index; the number of open elements outside

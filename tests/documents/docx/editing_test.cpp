@@ -259,6 +259,12 @@ TEST(Editing, fieldsKeepTheirMarksUnlessTheyGoWhole) {
        p(run("a") + run("b"))},
       {p(run("a") + simple), replace(u"12", u"X"),
        p(run("a") + "<w:fldSimple w:instr=\"PAGE\">" + run("X") + "</w:fldSimple>")},
+      {p(field), before(u"2", u"\r"),
+       p(fld("begin") + instr("PAGE") + fld("separate") + run("1")) + p(run("2") + fld("end"))},
+      {p(fld("begin") + instr("IF") + field + fld("separate") + run("no") + fld("end")), before(u"2", u"3"),
+       p(fld("begin") + instr("IF") + fld("begin") + instr("PAGE") + fld("separate") +
+         "<w:r><w:t>1</w:t><w:instrText>3</w:instrText><w:t>2</w:t></w:r>" + fld("end") + fld("separate") +
+         run("no") + fld("end"))},
       {p(simple), before(u"2", u"\r"),
        p(fld("begin") + instr("PAGE") + fld("separate") + run("1")) + p(run("2") + fld("end"))},
       {p(simple), [](Opened& o) { o.model.replace(o.find(u"E"), u"ES", View::codes); },

@@ -140,8 +140,15 @@ TEST(Reading, whereAnotherProgramDiffers) {
       {tbl(tr(tc("<w:tcPr><w:vMerge/></w:tcPr>" + p(run("covered"))))) + p(""), "⟦covered¦‖⟧¶"},
       // Results are what the file says; there dates, names and pages are worked out anew.
       {p("<w:fldSimple w:instr=\"DATE\">" + run("3 March") + "</w:fldSimple>"), "{DATE|3 March}¶"},
-      // A field without result shows nothing; there an entry for a table of contents shows its text.
-      {p(fld("begin") + instr("TC \"A\"") + fld("end")), "{TC \"A\"}¶"},
+      {p("<w:fldSimple w:instr=\"FILENAME\">" + run("old.doc") + "</w:fldSimple>"), "{FILENAME|old.doc}¶"},
+      // What stands in a field's code is not shown; there a simple field in it shows its result.
+      {p(fld("begin") + instr("TC ") + "<w:fldSimple w:instr=\"SEQ X\">" + instr("A") + "</w:fldSimple>" +
+         fld("end") + run("b")),
+       "{TC{SEQ X|A}}b¶"},
+      // Results may be of several paragraphs; there a merge field's is of one, and the mark goes before it.
+      {p(run("x") + fld("begin") + instr("MERGEFIELD A") + fld("separate") + run("a")) +
+           p(run("b") + fld("end") + run("y")),
+       "x{MERGEFIELD A|a¶b}y¶"},
       // Alternatives may hold whole paragraphs; there they are lost.
       {"<mc:AlternateContent><mc:Choice Requires=\"wps\">" + p(run("a")) +
            "</mc:Choice><mc:Fallback/></mc:AlternateContent>" + p(""),
