@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace pluvo::multifile {
@@ -13,7 +14,10 @@ namespace pluvo::multifile {
 struct FileIdentity {
   std::uint64_t device = 0;
   std::uint64_t number = 0;
-  auto operator<=>(const FileIdentity&) const = default;
+  bool operator==(const FileIdentity&) const = default;
+  bool operator<(const FileIdentity& other) const {
+    return std::tie(device, number) < std::tie(other.device, other.number);
+  }
 };
 
 struct Entry {
