@@ -22,6 +22,7 @@ std::optional<QString> chooseToSave(QWidget* owner, const QString& path) {
   QFileDialog dialog(owner, text("Save As"), path);
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   dialog.setFileMode(QFileDialog::AnyFile);
+  dialog.setOption(QFileDialog::DontConfirmOverwrite);
   if (!suffix.isEmpty()) {
     dialog.setNameFilters({text("Same kind (*.%1)").arg(suffix), text("All files (*)")});
     dialog.setDefaultSuffix(suffix);

@@ -180,117 +180,6 @@ void MainWindow::dropEvent(QDropEvent* event) {
   QTimer::singleShot(0, this, [this, paths] { open(paths); });
 }
 
-// What is shown.
-
-OpenDocument* MainWindow::find(const memory::MemoryDocument& document) const {
-  const auto found = std::find_if(documents_.begin(), documents_.end(),
-                                  [&](const auto& open) { return open->document().get() == &document; });
-  return found == documents_.end() ? nullptr : found->get();
-}
-
-OpenDocument* MainWindow::inTab(int index) const {
-  const QWidget* const widget = tabs_->widget(index);
-  const auto found = std::find_if(documents_.begin(), documents_.end(), [&](const auto& open) {
-    return widget != nullptr && open->view() == widget;
-  });
-  return found == documents_.end() ? nullptr : found->get();
-}
-
-OpenDocument* MainWindow::current() const { return inTab(tabs_->currentIndex()); }
-
-void MainWindow::opened(const memory::OpenedFile& file) {
-  documents_.push_back(std::make_unique<OpenDocument>(file));
-  documents_.back()->edited = [this] {
-    if (!titles_.isActive()) titles_.start();
-  };
-  wanted_ = file.document;
-}
-
-void MainWindow::activated(const std::shared_ptr<memory::MemoryDocument>& document) {
-  if (!syncing_) wanted_ = document;
-}
-
-bool MainWindow::keeps(const memory::MemoryDocument& document) const {
-  const OpenDocument* const open = find(document);
-  return open != nullptr && open->isUsers();
-}
-
-void MainWindow::closing(const std::shared_ptr<memory::MemoryDocument>& document) {
-  OpenDocument* const closed = find(*document);
-  if (closed == nullptr) return;
-  const QPointer<view::DocumentView> view = closed->view();
-  std::erase_if(documents_, [&](const auto& open) { return open.get() == closed; });
-  if (!view) return;
-  tabs_->removeTab(tabs_->indexOf(view));
-  view->deleteLater();
-}
-
-/// Gives every open document a tab, and brings together which is in front here and in the engine's eyes. Not
-/// while the engine works: it opens and closes documents that nobody needs to see.
-void MainWindow::syncTabs() {
-  if (std::exchange(syncing_, true)) return;
-  // What a run over files has left open is the user's from then on.
-  const bool noRun = !atWork() && QApplication::activeModalWidget() == nullptr;
-  for (std::size_t i = 0; i < documents_.size(); ++i) {
-    if (documents_[i]->view() == nullptr) makeTab(*documents_[i]);
-    if (noRun) documents_[i]->isUsers(true);
-  }
-  const auto wanted = std::exchange(wanted_, {}).lock();
-  const OpenDocument* const front = wanted ? find(*wanted) : nullptr;
-  if (front != nullptr && front->view() != nullptr) tabs_->setCurrentWidget(front->view());
-  if (current() != nullptr && !atWork()) application_->activate(current()->document());
-  documentsOrWelcome_->setCurrentIndex(tabs_->count() > 0 ? 1 : 0);
-  syncing_ = false;
-  updateTitles();
-}
-
-void MainWindow::makeTab(OpenDocument& document) {
-  text::RunMap<formats::Appearance> appearance;
-  const formats::Source& source = document.file().stored().source();
-  try {
-    working_.run([&] { appearance = source.appearance(); });
-  } catch (const std::exception&) {
-    appearance = {};  // the text is shown without
-  }
-  auto* const view =
-      new view::DocumentView(document.document(), std::move(appearance),
-                             [this](const std::function<void()>& work) { working_.run(work); });
-  view->zoomed = [this] { updateTitles(); };
-  view->setAcceptDrops(false);
-  document.shownBy(view);
-  tabs_->addTab(view, document.name());
-}
-
-void MainWindow::tabChosen() {
-  if (syncing_) return;
-  if (current() != nullptr && !atWork()) {
-    syncing_ = true;
-    application_->activate(current()->document());
-    syncing_ = false;
-  }
-  updateTitles();
-}
-
-void MainWindow::updateTitles() {
-  // A save in another thread is looking at the document.
-  if (working_.breathing()) return titles_.start();
-  for (int i = 0; i < tabs_->count(); ++i) {
-    const OpenDocument* const document = inTab(i);
-    if (document == nullptr) continue;
-    QString title = document->name();
-    title.replace(QLatin1Char('&'), QStringLiteral("&&"));
-    tabs_->setTabText(i, document->changed() ? title + QLatin1Char('*') : title);
-    tabs_->setTabToolTip(i, document->path());
-  }
-  OpenDocument* const shown = current();
-  const QString program = QGuiApplication::applicationDisplayName();
-  setWindowTitle(shown == nullptr ? program : shown->name() + QStringLiteral("[*] – ") + program);
-  setWindowModified(shown != nullptr && shown->changed());
-  const double zoom = shown == nullptr ? 1 : shown->view()->zoom();
-  zoom_->setText(tr("%1 %").arg(qRound(zoom * 100)));
-  updateActions();
-}
-
 // Work and confirmation.
 
 bool MainWindow::atWork() const { return working_.breathing() || (dialog_ && dialog_->confirming()); }
@@ -349,11 +238,6 @@ QRect MainWindow::blockRect() const {
   if (document == nullptr) return {};
   const QRect rect = document->view()->selectionRect();
   return rect.isEmpty() ? rect : rect.translated(document->view()->viewport()->mapToGlobal(QPoint(0, 0)));
-}
-
-void MainWindow::nextTab(int step) {
-  const int count = tabs_->count();
-  if (count > 0) tabs_->setCurrentIndex((tabs_->currentIndex() + step + count) % count);
 }
 
 }  // namespace pluvo::desktop

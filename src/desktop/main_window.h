@@ -70,6 +70,7 @@ class MainWindow final : public QMainWindow, private memory::ApplicationObserver
   bool openOne(const std::string& path);
   bool save(OpenDocument& document);
   bool saveAs(OpenDocument& document);
+  bool mayReplace(const QString& path, bool keptExtension);
   bool tellNotSaved(OpenDocument& document, const errors::Fault& fault);
   bool mayClose(OpenDocument& document);
   bool closeDocument(OpenDocument& document);

@@ -28,11 +28,6 @@ std::string absolute(const std::string& path) {
   return failure ? full.string() : (folder / full.filename()).string();
 }
 
-bool sameFile(const std::string& path, const std::string& other) {
-  std::error_code failure;
-  return std::filesystem::equivalent(path, other, failure) && !failure;
-}
-
 std::string bytesOf(const QString& path) { return QFile::encodeName(path).toStdString(); }
 
 /// A box whose answer decides what is done.
@@ -65,10 +60,7 @@ void MainWindow::open(const std::vector<std::string>& paths) {
 bool MainWindow::openOne(const std::string& path) {
   errors::Fault fault;
   try {
-    const auto open = std::find_if(documents_.begin(), documents_.end(), [&](const auto& document) {
-      return sameFile(path, document->document()->path());
-    });
-    const auto document = application_->open(open == documents_.end() ? path : (*open)->document()->path());
+    const auto document = application_->open(path);
     if (OpenDocument* opened = find(*document)) opened->isUsers(true);
     wanted_ = document;
     syncTabs();
@@ -96,14 +88,7 @@ void MainWindow::closeCurrent() {
 
 bool MainWindow::save(OpenDocument& document) {
   if (!document.changed()) return true;
-  if (document.file().readOnly()) {
-    Question box(this, tr("“%1” may not be written where it is.").arg(document.name()),
-                 tr("Save it under another name or in another folder."));
-    QAbstractButton* const elsewhere = box.addButton(tr("Save &As …"), QMessageBox::AcceptRole);
-    box.addButton(QMessageBox::Cancel);
-    box.exec();
-    return box.clickedButton() == elsewhere && saveAs(document);
-  }
+  if (const auto obstacle = document.file().obstacle()) return tellNotSaved(document, *obstacle);
   errors::Fault fault;
   try {
     document.file().save();
@@ -121,30 +106,22 @@ bool MainWindow::saveAs(OpenDocument& document) {
   if (!chosen) return false;
   QString path = *chosen;
   const QString suffix = QFileInfo(document.path()).suffix();
-  if (!suffix.isEmpty() && QFileInfo(path).suffix().compare(suffix, Qt::CaseInsensitive) != 0) {
-    path += QLatin1Char('.') + suffix;
-    if (QFileInfo::exists(path)) {
-      Question box(this,
-                   tr("A document of this kind keeps its extension, and “%1” exists already.").arg(path),
-                   tr("Replace it?"));
-      QAbstractButton* const replace = box.addButton(tr("&Replace"), QMessageBox::AcceptRole);
-      box.addButton(QMessageBox::Cancel);
-      box.exec();
-      if (box.clickedButton() != replace) return false;
-    }
-  }
+  const bool addsSuffix =
+      !suffix.isEmpty() && QFileInfo(path).suffix().compare(suffix, Qt::CaseInsensitive) != 0;
+  if (addsSuffix) path += QLatin1Char('.') + suffix;
+  const std::string name = absolute(bytesOf(path));
   for (const auto& other : documents_) {
-    const std::string& name = other->document()->path();
-    if (other.get() == &document || (name != absolute(bytesOf(path)) && !sameFile(name, bytesOf(path))))
-      continue;
+    if (other.get() == &document || !other->file().isAt(name)) continue;
     Question(this, tr("“%1” is open in another tab.").arg(path),
              tr("Close it there, or choose another name."))
         .exec();
     return false;
   }
+  const bool takesPlaceOfOther = QFileInfo::exists(path) && !document.file().isAt(name);
+  if (takesPlaceOfOther && !mayReplace(path, addsSuffix)) return false;
   errors::Fault fault;
   try {
-    document.file().saveAs(absolute(bytesOf(path)));
+    document.file().saveAs(name);
     rememberRecent(document.document()->path());
     updateTitles();
     statusBar()->showMessage(tr("Saved: %1").arg(document.path()), 6000);
@@ -153,6 +130,16 @@ bool MainWindow::saveAs(OpenDocument& document) {
     fault = errors::faultInFlight();
   }
   return tellNotSaved(document, fault);
+}
+
+bool MainWindow::mayReplace(const QString& path, bool keptExtension) {
+  Question box(this, tr("“%1” exists already. Replace it?").arg(path),
+               keptExtension ? tr("A document of this kind keeps its extension. What is in the file is lost.")
+                             : tr("What is in the file is lost."));
+  QAbstractButton* const replace = box.addButton(tr("&Replace"), QMessageBox::AcceptRole);
+  box.setDefaultButton(box.addButton(QMessageBox::Cancel));
+  box.exec();
+  return box.clickedButton() == replace;
 }
 
 /// The text on screen is not lost: it can be saved elsewhere.

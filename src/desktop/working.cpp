@@ -12,7 +12,7 @@ namespace pluvo::desktop {
 
 namespace {
 
-constexpr auto kWaitedFor = std::chrono::milliseconds(25);
+constexpr auto kWaitedFor = std::chrono::milliseconds(12);
 /// One batch of events may bring others; they do not keep the work waiting for ever.
 constexpr int kLongestBreath = 15;
 

@@ -8,7 +8,11 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMessageBox>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QShortcut>
+#include <algorithm>
 
 namespace pluvo::forms_qt {
 
@@ -34,6 +38,27 @@ void place(const BoxSurroundings& surroundings, QWidget& box) {
 /// The buttons look like those of forms.
 void withoutIcons(QDialog& box) {
   for (QAbstractButton* button : box.findChildren<QAbstractButton*>()) button->setIcon({});
+}
+
+/// A text that is higher than the screen scrolls, so that the buttons stay in sight.
+void keepOnScreen(QMessageBox& box, QLabel& label) {
+  const QSize room = box.screen()->availableGeometry().size();
+  const int highest = room.height() * 2 / 3;
+  const int widest = room.width() * 2 / 3;
+  const int width = std::min(label.sizeHint().width(), widest);
+  label.setWordWrap(true);
+  if (label.heightForWidth(width) <= highest) return;
+  auto* const scroll = new QScrollArea;
+  scroll->setAccessibleName(box.windowTitle());
+  scroll->setWidgetResizable(true);
+  scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  delete box.layout()->replaceWidget(&label, scroll);
+  scroll->setWidget(&label);
+  label.setMargin(label.fontMetrics().height() / 2);
+  label.setAlignment(Qt::AlignTop | Qt::AlignLeft);
+  const int beside =
+      scroll->verticalScrollBar()->sizeHint().width() + 2 * label.margin() + 2 * scroll->frameWidth();
+  scroll->setMinimumSize(width + beside, highest);
 }
 
 QMessageBox::StandardButtons standard(forms::Buttons buttons) {
@@ -70,7 +95,10 @@ forms::Answer QtMessageBoxes::show(const std::u16string& text, forms::Buttons bu
   box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   withoutIcons(box);
   auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
-  if (label != nullptr) label->setContextMenuPolicy(Qt::NoContextMenu);
+  if (label != nullptr) {
+    label->setContextMenuPolicy(Qt::NoContextMenu);
+    keepOnScreen(box, *label);
+  }
   const QShortcut copy(QKeySequence::Copy, &box, [&] {
     const bool marked = label != nullptr && label->hasSelectedText();
     const QString copied = unbroken(marked ? label->selectedText() : box.text());

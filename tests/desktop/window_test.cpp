@@ -159,7 +159,8 @@ TEST_F(UsedWindow, KeepsWhatIsNotSavedWhereARunLeavesTheFileOut) {
     type("txtBeginText", "[a]");
     choose("cboxProcOperation1", "Delete");
     tick("chkQuiteMode");
-    type("txtFilePath", scratch.path("").c_str());
+    std::filesystem::create_directory_symlink(scratch.path(""), scratch.path("link"));
+    type("txtFilePath", scratch.path("link").c_str());
     tick("chkFTtxt");
     expectAnswer(QMessageBox::No);  // it is read-only; whether to go on
     execute();
@@ -215,6 +216,51 @@ TEST_F(UsedWindow, KeepsTheTextWhereItsFileIsGone) {
     saveAsNames = {QString::fromStdString(scratch.path("copy.docx"))};
     menu("Save &As …");
     EXPECT_TRUE(std::filesystem::exists(scratch.path("copy.docx.txt"))) << "a document stays of its kind";
+
+    open(scratch.put("other.txt", "other\n"));
+    saveAsNames = {QString::fromStdString(scratch.path("./copy.docx.txt")),
+                   QString::fromStdString(scratch.path("kept.txt")),
+                   QString::fromStdString(scratch.path("kept.txt"))};
+    expectBox([](QWidget& box) {
+      EXPECT_THAT(dynamic_cast<QMessageBox&>(box).text().toStdString(), HasSubstr("another tab"));
+      dynamic_cast<QMessageBox&>(box).reject();
+    });
+    menu("Save &As …");
+    expectAnswer(QMessageBox::Cancel);
+    menu("Save &As …");
+    EXPECT_EQ(scratch.get("kept.txt").substr(0, 5), "1 [a]");
+    expectChoice(QStringLiteral("&Replace"));
+    menu("Save &As …");
+    EXPECT_EQ(scratch.get("kept.txt"), "other\n");
+  });
+}
+
+TEST_F(UsedWindow, AsksWhetherAFileMayBeWrittenWhenItIsSaved) {
+  use([&] {
+    const std::string path = scratch.put("a.txt", kMinutes);
+    chmod(path.c_str(), 0444);
+    OpenDocument& document = open(path);
+    document.document()->model().replace({0, 3}, u"1", text::View::results);
+    QTest::qWait(100);
+    expectBox([](QWidget& box) {
+      EXPECT_THAT(dynamic_cast<QMessageBox&>(box).informativeText().toStdString(), HasSubstr("permissions"));
+      dynamic_cast<QMessageBox&>(box).reject();
+    });
+    menu("&Save");
+    chmod(path.c_str(), 0644);
+    menu("&Save");
+    EXPECT_EQ(scratch.get("a.txt").substr(0, 5), "1 [a]");
+
+    document.document()->model().replace({0, 1}, u"2", text::View::results);
+    QTest::qWait(100);
+    scratch.put("a.txt", "of another program\n");
+    expectBox([](QWidget& box) {
+      EXPECT_THAT(dynamic_cast<QMessageBox&>(box).informativeText().toStdString(),
+                  HasSubstr("Save the text under another name"));
+      dynamic_cast<QMessageBox&>(box).reject();
+    });
+    menu("&Save");
+    EXPECT_EQ(scratch.get("a.txt"), "of another program\n");
   });
 }
 

@@ -72,6 +72,17 @@ TEST(MessageBoxes, ShowLetterForLetterAndCanBeCopied) {
   boxes.show(u"<b>R&D</b>\r\n\r\nnext", Buttons::ok, u"A & B");
   EXPECT_EQ(QGuiApplication::clipboard()->text(), u"<b>R&D</b>\n\nnext");
   EXPECT_TRUE(placed);
+
+  std::u16string many;
+  for (int i = 0; i < 400; ++i) many += u"a line like others\r\n";
+  then([](QWidget& box) {
+    EXPECT_LT(box.height(), box.screen()->availableGeometry().height());
+    const QWidget* button = box.findChild<QPushButton*>();
+    EXPECT_TRUE(box.rect().contains(QRect(button->mapTo(&box, QPoint()), button->size()))) << "in sight";
+    EXPECT_GT(box.findChild<QScrollArea*>()->verticalScrollBar()->maximum(), 0);
+    box.close();
+  });
+  boxes.show(many, Buttons::ok, std::nullopt);
 }
 
 TEST(InputBoxes, GiveWhatIsTypedAndNothingWhenCancelled) {

@@ -22,44 +22,79 @@ BlockIndex::BlockIndex(const model::Model& model, Estimate estimate)
 
 void BlockIndex::edited(Span span, Position newLength) {
   const Position growth = newLength - span.length();
-  if (!dirty_) {
-    dirty_ = Dirty{span.from, span.from + newLength, growth};
-    return;
+  Dirty edit{span.from, span.from + newLength, growth};
+  const auto first = std::lower_bound(dirty_.begin(), dirty_.end(), span.from,
+                                      [](const Dirty& dirty, Position at) { return dirty.to < at; });
+  auto last = first;
+  for (; last != dirty_.end() && last->from <= span.to; ++last) {
+    edit.from = std::min(edit.from, last->from);
+    edit.to = std::max(edit.to, last->to + growth);
+    edit.growth += last->growth;
   }
-  dirty_->from = std::min(dirty_->from, span.from);
-  dirty_->to = std::max(dirty_->to, span.to) + growth;
-  dirty_->growth += growth;
+  for (auto behind = last; behind != dirty_.end(); ++behind) {
+    behind->from += growth;
+    behind->to += growth;
+  }
+  if (first == last) {
+    dirty_.insert(first, edit);
+  } else {
+    *first = edit;
+    dirty_.erase(first + 1, last);
+  }
 }
 
+/// Looks through the blocks that edits touch, and on to where a block ends as it did; the others move along.
 void BlockIndex::settle() {
-  if (!dirty_) return;
-  const Dirty dirty = *std::exchange(dirty_, std::nullopt);
-  const Position oldTo = std::max(dirty.to - dirty.growth, dirty.from + 1);
+  if (dirty_.empty()) return;
+  const std::vector<Dirty> edits = std::exchange(dirty_, {});
   const auto startsBefore = [](const Block& block, Position position) { return block.from < position; };
-  const std::size_t first = at(std::min(dirty.from, length_));
-  auto last =
-      static_cast<std::size_t>(std::lower_bound(blocks_.begin() + static_cast<std::ptrdiff_t>(first) + 1,
-                                                blocks_.end(), oldTo, startsBefore) -
-                               blocks_.begin());
-  length_ = model_.length();
-  Position end = last < blocks_.size() ? blocks_[last].from + dirty.growth : length_;
-  while (end < length_ && (end == 0 || !endsBlock(end - 1))) {
-    ++last;
-    end = last < blocks_.size() ? blocks_[last].from + dirty.growth : length_;
+  const Position oldLength = std::exchange(length_, model_.length());
+  std::vector<Block> settled;
+  settled.reserve(blocks_.size() + edits.size());
+  std::size_t done = 0;  // of the blocks as they were
+  Position growth = 0;
+  for (auto edit = edits.begin(); edit != edits.end();) {
+    const std::size_t first = at(std::min(edit->from - growth, oldLength));
+    keep(done, first, growth, settled);
+    const Position start = blocks_[first].from + growth;
+    std::size_t last = first;
+    const auto takeEdit = [&] {
+      const Position from = edit->from - growth;
+      const Position to = std::max(edit->to - edit->growth - growth, from + 1);
+      growth += edit->growth;
+      ++edit;
+      const auto behind = std::lower_bound(blocks_.begin() + static_cast<std::ptrdiff_t>(first) + 1,
+                                           blocks_.end(), to, startsBefore);
+      last = std::max(last, static_cast<std::size_t>(behind - blocks_.begin()));
+    };
+    const auto end = [&] { return last < blocks_.size() ? blocks_[last].from + growth : length_; };
+    takeEdit();
+    for (;;) {
+      if (edit != edits.end() && (last == blocks_.size() || edit->from - growth < blocks_[last].from)) {
+        takeEdit();
+      } else if (end() < length_ && (end() == 0 || !endsBlock(end() - 1))) {
+        ++last;
+      } else {
+        break;
+      }
+    }
+    const std::size_t found = settled.size();
+    stale(found);
+    scan(start, end(), settled);
+    if (settled.size() - found == last - first) {
+      for (std::size_t i = 0; i < last - first; ++i) settled[found + i].height = blocks_[first + i].height;
+    }
+    done = last;
   }
+  keep(done, blocks_.size(), growth, settled);
+  blocks_ = std::move(settled);
+}
 
-  std::vector<Block> found;
-  scan(blocks_[first].from, end, found);
-  const auto begin = blocks_.begin() + static_cast<std::ptrdiff_t>(first);
-  if (found.size() == last - first) {
-    for (std::size_t i = 0; i < found.size(); ++i) found[i].height = blocks_[first + i].height;
-    std::copy(found.begin(), found.end(), begin);
-  } else {
-    const auto at = blocks_.erase(begin, blocks_.begin() + static_cast<std::ptrdiff_t>(last));
-    blocks_.insert(at, found.begin(), found.end());
+void BlockIndex::keep(std::size_t first, std::size_t last, Position growth, std::vector<Block>& in) const {
+  for (std::size_t i = first; i < last; ++i) {
+    in.push_back(blocks_[i]);
+    in.back().from += growth;
   }
-  for (std::size_t i = first + found.size(); i < blocks_.size(); ++i) blocks_[i].from += dirty.growth;
-  stale(first);
 }
 
 /// Takes in blocks that together are [from, to).

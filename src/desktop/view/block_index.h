@@ -6,7 +6,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <optional>
 #include <vector>
 
 namespace pluvo::view {
@@ -18,7 +17,7 @@ using text::Span;
 /// outermost table with whatever is in it. A paragraph of more than kLongest characters is several blocks.
 ///
 /// A block's height is estimated until somebody lays it out. Edits are noted, and taken in at the next
-/// settle(), at the cost of the text between the first and the last of them.
+/// settle(), at the cost of the text of the blocks they touch.
 class BlockIndex {
  public:
   static constexpr Position kLongest = 8192;
@@ -57,23 +56,26 @@ class BlockIndex {
     std::int64_t top = 0;
     bool exact = false;
   };
+  /// A span of the text as it is that was edited since the last settling.
   struct Dirty {
     Position from = 0;
-    Position to = 0;      ///< in the text as it is
-    Position growth = 0;  ///< of the text since the last settling
+    Position to = 0;
+    Position growth = 0;  ///< against the text it stands for
   };
 
   void scan(Position from, Position to, std::vector<Block>& found) const;
   void add(Position from, Position to, bool isRow, std::vector<Block>& found) const;
   Position cut(Position from, Position to) const;
   bool endsBlock(Position position) const;
+  void keep(std::size_t first, std::size_t last, Position growth, std::vector<Block>& in) const;
   void stale(std::size_t i) { stale_ = stale_ < i ? stale_ : i; }
 
   const model::Model& model_;
   Estimate estimate_;
   std::vector<Block> blocks_;
   Position length_ = 0;
-  std::optional<Dirty> dirty_;
+  /// In order, and not touching one another.
+  std::vector<Dirty> dirty_;
   /// From this block on tops are out of date.
   std::size_t stale_ = 0;
   std::int64_t all_ = 0;

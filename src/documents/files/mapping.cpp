@@ -1,7 +1,9 @@
 #include "mapping.h"
 
+#include <fcntl.h>
 #include <signal.h>
 #include <sys/mman.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
@@ -84,6 +86,8 @@ class Mapping final : public MappedFile {
  public:
   Mapping(int descriptor, std::size_t size)
       : size_(size), length_((size / pageSize() + 1) * pageSize()), slot_(takeSlot()) {
+    file_ = fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
+    if (file_ < 0 || fstat(file_, &mapped_) != 0) fail();
     // Addresses for one byte more than the file, then the file over them.
     void* start = mmap(nullptr, length_, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (start == MAP_FAILED) fail();
@@ -103,11 +107,18 @@ class Mapping final : public MappedFile {
     slot_.to = 0;
     slot_.from = 0;
     munmap(start_, length_);
+    close(file_);
     slot_.taken = false;
   }
 
   ByteSpan view() const { return {start_, size_}; }
   bool vanished() const override { return slot_.vanished; }
+  bool overwritten() const override {
+    struct stat now = {};
+    if (fstat(file_, &now) != 0) return false;
+    return now.st_size != mapped_.st_size || now.st_mtim.tv_sec != mapped_.st_mtim.tv_sec ||
+           now.st_mtim.tv_nsec != mapped_.st_mtim.tv_nsec;
+  }
   void release() const override {
     // All but the last page, which holds a byte that is not in the file.
     madvise(start_, length_ - pageSize(), MADV_DONTNEED);
@@ -117,6 +128,7 @@ class Mapping final : public MappedFile {
   [[noreturn]] void fail() {
     const int error = errno;
     if (start_ != nullptr) munmap(start_, length_);
+    if (file_ >= 0) close(file_);
     slot_.taken = false;
     failWith(error, "mmap");
   }
@@ -125,6 +137,8 @@ class Mapping final : public MappedFile {
   std::size_t length_;
   Slot& slot_;
   std::uint8_t* start_ = nullptr;
+  int file_ = -1;
+  struct stat mapped_ = {};
 };
 
 }  // namespace

@@ -21,4 +21,14 @@ void OpenFile::close() {
   if (handle != kClosed) system_->close(handle);
 }
 
+bool isSameFile(FileSystem& system, const std::string& path, const std::string& other) {
+  try {
+    const Stamp one = system.statusAt(path).stamp;
+    const Stamp two = system.statusAt(other).stamp;
+    return one.device == two.device && one.inode == two.inode;
+  } catch (const std::system_error&) {
+    return false;
+  }
+}
+
 }  // namespace pluvo::files

@@ -27,7 +27,7 @@ void requireRegular(FileKind kind) {
 }
 
 DocumentError changedMeanwhile() {
-  return {Problem::changed, "Another program is writing this file; run this again when it is done."};
+  return {Problem::changed, "Another program is writing this file; try again when it is done."};
 }
 
 Bytes readWhole(FileSystem& system, Handle file, std::size_t size) {

@@ -41,9 +41,9 @@ void requireReplaceable(FileSystem& system, const std::string& real, const FileS
 
 void requireSameStamp(FileSystem& system, const std::string& real, const Stamp& opened) {
   if (system.statusAt(real).stamp != opened)
-    throw DocumentError(
-        Problem::changed,
-        "Another program changed the file while it was open here; it was left as it is. Run this again.");
+    throw DocumentError(Problem::changed,
+                        "Another program changed the file while it was open here; it was left as it is.",
+                        "Run this again.");
 }
 
 /// Writes the version and reads it back; the stamp is the finished file's. It need not be on disk yet.
@@ -106,7 +106,7 @@ void requireNobodyElseSaves(FileSystem& system, Handle original) {
     return;  // a disk without locks
   }
   throw DocumentError(Problem::locked,
-                      "Another program is saving it at this moment, so nothing was changed; run this again.");
+                      "Another program is saving it at this moment, so nothing was changed; try again.");
 }
 
 /// Puts the version where the original is, which goes or is handed over.

@@ -34,15 +34,14 @@ DocumentError savingFailed(const std::system_error& failure) {
     case EDQUOT:
       return {Problem::io,
               "There is no room on the disk for the new version; the original is unchanged. Make room and "
-              "run this again."};
+              "try again."};
     case ENOENT:
-      return {Problem::changed,
-              "The document or its folder is gone; another program moved or deleted it. Run this "
-              "again where it is now."};
+      return {Problem::changed, "The document or its folder is gone; another program moved or deleted it.",
+              "Run this again where it is now."};
     case EFAULT:
       return {Problem::changed,
-              "Another program cut the file short while it was open here; it was left as it is. Run "
-              "this again."};
+              "Another program cut the file short while it was open here; it was left as it is.",
+              "Run this again."};
     case EFBIG:
       return {Problem::tooLarge,
               "The new version is larger than this disk or user may have; the original is unchanged."};
@@ -54,7 +53,7 @@ DocumentError savingFailed(const std::system_error& failure) {
               "to another folder, or ask for permission."};
     default:
       return {Problem::io, "The new version could not be saved" + reasonOf(failure) +
-                               "; the original is unchanged. Check the disk and run this again."};
+                               "; the original is unchanged. Check the disk and try again."};
   }
 }
 

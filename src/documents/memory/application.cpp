@@ -43,7 +43,9 @@ void MemoryApplication::add(std::shared_ptr<MemoryDocument> document, std::share
 
 std::shared_ptr<MemoryDocument> MemoryApplication::open(const std::string& path) {
   for (const OpenedFile& opened : open_) {
-    if (opened.document->path() != path) continue;
+    const bool isHere =
+        opened.document->path() == path || (opened.file != nullptr && opened.file->isAt(path));
+    if (!isHere) continue;
     auto document = opened.document;
     activate(document);
     return document;

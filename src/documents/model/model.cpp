@@ -34,17 +34,45 @@ void requireRoom(Position length, std::u16string_view text) {
   throw errors::Fault(word::kStringTooLong, u"The text would make the document too long.");
 }
 
-/// How far both texts begin with the same pieces of the original.
-Position commonPieces(const text::PieceText& a, const text::PieceText& b) {
-  const Position shorter = std::min(a.length(), b.length());
-  Position at = 0;
-  while (at < shorter) {
-    const text::Piece left = a.pieceAt(at);
-    const text::Piece right = b.pieceAt(at);
-    if (left.isNew() || left.original != right.original) break;
-    at += std::min(left.length, right.length);
+struct Difference {
+  Span gone;
+  Position come = 0;
+};
+
+/// Where two edits of one original differ, in document order. Each is to be replaced when those in front of
+/// it have been.
+std::vector<Difference> differences(const text::PieceText& from, const text::PieceText& to) {
+  std::vector<Difference> found;
+  const auto pastNew = [](const text::PieceText& in, Position at) {
+    while (at < in.length() && in.pieceAt(at).isNew()) at += in.pieceAt(at).length;
+    return at;
+  };
+  Position sameFrom = 0;
+  Position sameTo = 0;
+  const auto takeUpTo = [&](Position atFrom, Position atTo) {
+    if (atFrom > sameFrom || atTo > sameTo)
+      found.push_back({{sameTo, sameTo + (atFrom - sameFrom)}, atTo - sameTo});
+  };
+  Position atFrom = pastNew(from, 0);
+  Position atTo = pastNew(to, 0);
+  while (atFrom < from.length() && atTo < to.length()) {
+    const text::Piece left = from.pieceAt(atFrom);
+    const text::Piece right = to.pieceAt(atTo);
+    if (left.original == right.original) {
+      takeUpTo(atFrom, atTo);
+      const Position length = std::min(left.length, right.length);
+      atFrom = sameFrom = atFrom + length;
+      atTo = sameTo = atTo + length;
+    } else if (left.original < right.original) {
+      atFrom += std::min(left.length, right.original - left.original);
+    } else {
+      atTo += std::min(right.length, left.original - right.original);
+    }
+    atFrom = pastNew(from, atFrom);
+    atTo = pastNew(to, atTo);
   }
-  return std::min(at, shorter);
+  takeUpTo(from.length(), to.length());
+  return found;
 }
 
 }  // namespace
@@ -182,21 +210,24 @@ void Model::highlight(Span span, std::uint8_t colour) {
 
 void Model::restore(Snapshot snapshot) {
   if (observer_ != nullptr) observer_->aboutToChange();
-  const Position same = commonPieces(text_, snapshot.text);
-  const Span gone{same, length()};
+  const std::vector<Difference> changes = differences(text_, snapshot.text);
+  const Position before = length();
   text_ = std::move(snapshot.text);
   visibility_ = std::move(snapshot.visibility);
   highlight_ = std::move(snapshot.highlight);
   structure_ = std::move(snapshot.structure);
-  const Position come = length() - same;
-  liveRanges_.moveWith(gone, come);
-  finds_.edited(gone, come);
-  measures_.edited(gone, come);
+  if (!changes.empty()) {
+    const Position same = changes.front().gone.from;
+    finds_.edited({same, before}, length() - same);
+    measures_.edited({same, before}, length() - same);
+  }
   ++stamp_;
   changed_ = snapshot.changed || snapshot.saves != saves_;
-  if (observer_ == nullptr) return;
-  observer_->replaced(gone, come);
-  observer_->highlighted({0, length()});
+  for (const Difference& change : changes) {
+    liveRanges_.moveWith(change.gone, change.come);
+    if (observer_ != nullptr) observer_->replaced(change.gone, change.come);
+  }
+  if (observer_ != nullptr) observer_->highlighted({0, length()});
 }
 
 }  // namespace pluvo::model

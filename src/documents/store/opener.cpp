@@ -13,10 +13,15 @@ using files::Problem;
 
 namespace {
 
-errors::Fault faultOf(std::int32_t number, const std::string& path, const DocumentError& error) {
+/// Of whoever has the document open.
+constexpr const char* kWhatToDo = " Save the text under another name, or close it and open the file again.";
+
+errors::Fault faultOf(std::int32_t number, const std::string& path, const std::string& trouble) {
   const std::string name = path.substr(path.rfind('/') + 1);
-  return {number, errors::nameText(name) + u": " + errors::utf16(error.what())};
+  return {number, errors::nameText(name) + u": " + errors::utf16(trouble)};
 }
+
+bool mayNot(Problem problem) { return problem == Problem::readOnly || problem == Problem::locked; }
 
 std::int32_t openingFault(Problem problem) {
   if (problem == Problem::password || problem == Problem::protection) return word::kOpenPasswordWrong;
@@ -25,23 +30,25 @@ std::int32_t openingFault(Problem problem) {
 }
 
 std::int32_t savingFault(Problem problem) {
-  const bool mayNot = problem == Problem::readOnly || problem == Problem::locked;
-  return mayNot ? word::kFileReadOnly : word::kCannotSave;
+  return mayNot(problem) ? word::kFileReadOnly : word::kCannotSave;
 }
 
 }  // namespace
 
 StoredFile::StoredFile(std::unique_ptr<StoredDocument> stored, SaveAsChooser chooser, Running running)
-    : stored_(std::move(stored)),
-      chooser_(std::move(chooser)),
-      running_(std::move(running)),
-      obstacle_(stored_->obstacle()) {}
+    : stored_(std::move(stored)), chooser_(std::move(chooser)), running_(std::move(running)) {}
+
+std::optional<errors::Fault> StoredFile::obstacle() const {
+  const auto obstacle = stored_->obstacle();
+  if (!obstacle || !mayNot(obstacle->problem())) return std::nullopt;
+  return faultOf(word::kFileReadOnly, stored_->path(), obstacle->what());
+}
 
 void StoredFile::save() {
   SaveOptions options;
-  if (obstacle_) {
+  if (const auto mayNotBeWritten = obstacle()) {
     if (chooser_) options.otherPath = chooser_(stored_->path());
-    if (!options.otherPath) throw faultOf(word::kFileReadOnly, stored_->path(), *obstacle_);
+    if (!options.otherPath) throw errors::Fault(*mayNotBeWritten);
   }
   run(options.otherPath.value_or(stored_->path()), [&] { stored_->save(options); });
 }
@@ -49,14 +56,14 @@ void StoredFile::save() {
 void StoredFile::saveAs(const std::string& path) {
   run(path, [&] { stored_->saveAs(path); });
   stored_->document()->moveTo(path);
-  obstacle_.reset();
 }
 
 void StoredFile::run(const std::string& path, const std::function<void()>& work) const {
   try {
     running_(work);
   } catch (const DocumentError& error) {
-    throw faultOf(savingFault(error.problem()), path, error);
+    const std::string trouble = error.happened().empty() ? error.what() : error.happened() + kWhatToDo;
+    throw faultOf(savingFault(error.problem()), path, trouble);
   }
 }
 
@@ -70,7 +77,7 @@ memory::OpenedFile StoreOpener::open(const std::string& path) {
     const auto document = stored->document();
     return {document, std::make_shared<StoredFile>(std::move(stored), chooser_, running_)};
   } catch (const DocumentError& error) {
-    throw faultOf(openingFault(error.problem()), path, error);
+    throw faultOf(openingFault(error.problem()), path, error.what());
   }
 }
 

@@ -5,7 +5,6 @@
 #include "known_formats.h"
 #include "same_text.h"
 
-#include <system_error>
 #include <utility>
 
 namespace pluvo::store {
@@ -22,13 +21,17 @@ void requireWhole(const files::Bytes& bytes) {
     throw DocumentError(
         Problem::changed,
         "Part of the file could not be read any more: another program cut it short, or the disk "
-        "failed. Nothing was written; run this again.");
+        "failed. Nothing was written; open it again.");
 }
 
 }  // namespace
 
 std::optional<DocumentError> StoredDocument::obstacle() const {
   return files::obstacleToSaving(*system_, path_);
+}
+
+bool StoredDocument::isAt(const std::string& path) const {
+  return path == path_ || files::isSameFile(*system_, path, path_);
 }
 
 void StoredDocument::requireUnchangedFile() const {
@@ -59,15 +62,7 @@ void StoredDocument::saveAs(const std::string& path) {
 
 /// A large text lies in its file: one that was written over in place is no longer the text on screen.
 void StoredDocument::requireFileNotOverwritten() const {
-  if (bytes_.file == nullptr || !system_->exists(readPath_)) return;
-  files::Stamp now;
-  try {
-    now = system_->statusAt(readPath_).stamp;
-  } catch (const std::system_error&) {
-    return;
-  }
-  const bool sameFile = now.device == readStamp_.device && now.inode == readStamp_.inode;
-  if (!sameFile || now == readStamp_) return;
+  if (bytes_.file == nullptr || !bytes_.file->overwritten()) return;
   throw DocumentError(Problem::changed,
                       "Another program wrote into the file while it was open here, and the text is no longer "
                       "known; nothing was written. Open the file again.");
@@ -125,7 +120,7 @@ std::unique_ptr<StoredDocument> Store::open(const std::string& path, const Also&
       memory::MemoryDocument::create(std::move(read.content), opened->source_, errors::nameText(name), path);
   if (read.protection) opened->document_->protect(read.protection->type, read.protection->isLiftedBy);
   opened->path_ = opened->readPath_ = path;
-  opened->stamp_ = opened->readStamp_ = file.stamp;
+  opened->stamp_ = file.stamp;
   opened->bytes_ = std::move(file.bytes);
   return opened;
 }

@@ -101,6 +101,7 @@ TEST(Store, GoesOnUnderAnotherPathWhateverBecameOfTheFile) {
   moved->saveAs(scratch.path("d.txt"));
   modelOf(moved).insertBefore(0, u"?");
   std::ofstream(scratch.path("rescued.txt"), std::ios::in) << "other";
+  std::filesystem::rename(scratch.path("rescued.txt"), scratch.path("e.txt"));
   EXPECT_EQ(problemOf([&] { moved->save(); }), Problem::changed) << "the text lies where it was read from";
 }
 

@@ -18,6 +18,8 @@ class MappedFile {
   /// Whether part of the file went missing under the bytes (somebody cut it short, the disk failed); such a
   /// part reads as zeros.
   virtual bool vanished() const = 0;
+  /// Whether anybody wrote into the file since it was mapped, wherever it lies now.
+  virtual bool overwritten() const = 0;
   /// Gives back memory that is filled again from the file when the bytes are next looked at.
   virtual void release() const = 0;
 };

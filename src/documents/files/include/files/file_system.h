@@ -114,6 +114,10 @@ class FileSystem {
 /// The machine's own. It has no state and may be used from several threads.
 FileSystem& machineFileSystem();
 
+/// Whether both paths lead to one file now: by links, hard links or another spelling. Not where either leads
+/// nowhere.
+bool isSameFile(FileSystem& system, const std::string& path, const std::string& other);
+
 /// Closes its handle when it goes.
 class OpenFile {
  public:

@@ -27,16 +27,22 @@ enum class Problem {
 /// "encoding", "too-large", "temporary", "changed", "refused", "io".
 std::string_view nameOf(Problem problem);
 
-/// A document that could not be opened or saved. The message is one UTF-8 sentence for the user that says
-/// what is wrong, where, and what to do; it does not repeat the file's name.
+/// A document that could not be opened or saved. The message is UTF-8 for the user and says what is wrong,
+/// where, and what to do; it does not repeat the file's name. What to do may depend on how the document came
+/// to be saved: then it stands apart, as a command's user has it.
 class DocumentError : public std::runtime_error {
  public:
   DocumentError(Problem problem, const std::string& message)
       : std::runtime_error(message), problem_(problem) {}
+  DocumentError(Problem problem, const std::string& happened, const std::string& advice)
+      : std::runtime_error(happened + " " + advice), problem_(problem), happened_(happened) {}
   Problem problem() const { return problem_; }
+  /// The message without the advice; empty where that does not stand apart.
+  const std::string& happened() const { return happened_; }
 
  private:
   Problem problem_;
+  std::string happened_;
 };
 
 }  // namespace pluvo::files

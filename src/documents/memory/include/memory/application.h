@@ -51,7 +51,7 @@ class MemoryApplication : public word::Application {
   /// Opens a document in front of the others. One without a file is not read-only and cannot be saved (Fault
   /// 4605).
   void add(std::shared_ptr<MemoryDocument> document, std::shared_ptr<DocumentFile> file = nullptr);
-  /// Opens the file, or brings it to the front when it is open under the same path.
+  /// Opens the file, or brings it to the front when it is open, under whatever name.
   std::shared_ptr<MemoryDocument> open(const std::string& path);
   /// Brings an open document to the front; Fault 5941 when it is not one of these.
   void activate(const std::shared_ptr<MemoryDocument>& document);

@@ -11,8 +11,10 @@ namespace pluvo::memory {
 class DocumentFile {
  public:
   virtual ~DocumentFile() = default;
-  /// Whether the document was opened without the right to save it under its name.
+  /// Whether the document may not be saved under its name, as things are now.
   virtual bool readOnly() const = 0;
+  /// Whether the path leads to this file, under whatever name.
+  virtual bool isAt(const std::string& /*path*/) const { return false; }
   /// Saves the document, a read-only one under a name that the user gives. Fault 5155 where it is read-only
   /// and the user gives none.
   virtual void save() = 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "errors/fault.h"
 #include "memory/opener.h"
 #include "store/store.h"
 
@@ -24,7 +25,10 @@ class StoredFile : public memory::DocumentFile {
  public:
   StoredFile(std::unique_ptr<StoredDocument> stored, SaveAsChooser chooser, Running running);
 
-  bool readOnly() const override { return obstacle_.has_value(); }
+  bool readOnly() const override { return obstacle().has_value(); }
+  bool isAt(const std::string& path) const override { return stored_->isAt(path); }
+  /// Why it may not be written under its name, as things are now: for the user.
+  std::optional<errors::Fault> obstacle() const;
   void save() override;
   /// Saves under another path, in the place of the file there, and goes on under it. So the text can also be
   /// saved when its own file has gone.
@@ -38,8 +42,6 @@ class StoredFile : public memory::DocumentFile {
   std::unique_ptr<StoredDocument> stored_;
   SaveAsChooser chooser_;
   Running running_;
-  /// As it was at opening.
-  std::optional<files::DocumentError> obstacle_;
 };
 
 /// Opens stored documents for the word processor of documents in memory; the file of each is a StoredFile.

@@ -37,6 +37,9 @@ class StoredDocument {
   /// "txt", "docx"
   std::string_view format() const { return format_->name(); }
 
+  /// Whether the path leads to the document's file, under whatever name.
+  bool isAt(const std::string& path) const;
+
   /// Why a save in place would be refused, as things are now.
   std::optional<files::DocumentError> obstacle() const;
 
@@ -78,7 +81,6 @@ class StoredDocument {
   files::Stamp stamp_;
   /// The file that was read, and may be mapped still.
   std::string readPath_;
-  files::Stamp readStamp_;
   files::Bytes bytes_;
 };
 
