@@ -1,5 +1,7 @@
 #include "session.h"
 
+#include "boxes_over_edits.h"
+#include "errors/at_end.h"
 #include "errors/fault.h"
 #include "forms/machine.h"
 #include "forms_win32/boxes.h"
@@ -16,6 +18,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace pluvo::component {
 
@@ -26,22 +29,30 @@ class Session {
  public:
   Session() {
     forms_.owner = wordWindow;
-    boxes_.owner = wordWindow;
+    systemBoxes_.owner = wordWindow;
     // Texts are copied from the documents behind them.
     forms_.leavesOthersUsable(u"frmFAR");
     forms_.leavesOthersUsable(u"frmProcessing");
   }
 
   void open() {
-    if (GetCurrentThreadId() != thread_)
-      throw errors::Fault(word::kNotAvailable, u"PLUVO is in use on another thread of this program.");
     if (opens_) return;
     opens_ = true;
-    const std::unique_ptr<bool, void (*)(bool*)> closed(&opens_, [](bool* opens) { *opens = false; });
+    const errors::AtEnd closed([this] { opens_ = false; });
     way_.OpenPLUVO();
+    // There are windows that call this code.
+    if (!std::exchange(wasUp_, true)) stayLoaded();
   }
+  bool isOfThisThread() const { return GetCurrentThreadId() == thread_; }
+  /// Whether the dialog is up, or was.
+  bool isUp() const { return opens_ || wasUp_; }
 
  private:
+  std::shared_ptr<word::Application> connect() {
+    std::shared_ptr<word::Application> word = word_com::connectToWord();
+    word_ = word;
+    return word;
+  }
   static std::u16string folder() {
     const std::wstring folder = moduleFolder();
     return {folder.begin(), folder.end()};
@@ -50,15 +61,18 @@ class Session {
   Alive alive_;
   DWORD thread_ = GetCurrentThreadId();
   bool opens_ = false;
+  bool wasUp_ = false;
 
-  forms_win32::Win32MessageBoxes boxes_{u"P.L.U.V.O."};
+  std::weak_ptr<word::Application> word_;
+  forms_win32::Win32MessageBoxes systemBoxes_{u"P.L.U.V.O."};
+  BoxesOverEdits boxes_{systemBoxes_, [this] { return word_.lock(); }};
   forms_win32::Win32Forms forms_{boxes_};
   forms_win32::Win32InputBoxes inputs_{forms_};
   forms_win32::Win32Yielding yielding_{forms_};
   forms_win32::Win32Launcher launcher_;
   std::unique_ptr<forms::Clock> clock_ = forms::machineClock();
   std::unique_ptr<host::RandomSource> random_ = host::machineRandomSource();
-  host::clsOpenPLUVO way_{host::Surroundings{.application = word_com::connectToWord,
+  host::clsOpenPLUVO way_{host::Surroundings{.application = [this] { return connect(); },
                                              .forms = forms_,
                                              .boxes = boxes_,
                                              .inputs = inputs_,
@@ -69,24 +83,47 @@ class Session {
                                              .componentFolder = folder()}};
 };
 
-/// Never taken down with the process: by then Word's objects and windows have gone.
-Session* session = nullptr;
+/// The process's one session. Never taken down with the process: by then Word's objects and windows have
+/// gone. Two threads may ask for it at once; whichever has it made, has it.
+struct Sessions {
+  SRWLOCK lock = SRWLOCK_INIT;
+  std::shared_ptr<Session> one;
+};
+
+Sessions& sessions() {
+  static auto* const kept = new Sessions;
+  return *kept;
+}
+
+/// Makes the session where there is none.
+std::shared_ptr<Session> sharedSession() {
+  Sessions& all = sessions();
+  AcquireSRWLockExclusive(&all.lock);
+  const errors::AtEnd released([&] { ReleaseSRWLockExclusive(&all.lock); });
+  if (!all.one) all.one = std::make_shared<Session>();
+  return all.one;
+}
+
+/// The next call starts anew.
+void forget(const std::shared_ptr<Session>& session) {
+  Sessions& all = sessions();
+  AcquireSRWLockExclusive(&all.lock);
+  const errors::AtEnd released([&] { ReleaseSRWLockExclusive(&all.lock); });
+  if (all.one == session) all.one.reset();
+}
 
 }  // namespace
 
 void openDialog() {
-  const bool isNew = session == nullptr;
-  if (isNew) session = new Session;
+  const std::shared_ptr<Session> session = sharedSession();
+  if (!session->isOfThisThread())
+    throw errors::Fault(word::kNotAvailable, u"PLUVO is in use on another thread of this program.");
   try {
     session->open();
   } catch (...) {
-    if (isNew) {
-      delete session;
-      session = nullptr;
-    }
+    if (!session->isUp()) forget(session);
     throw;
   }
-  if (isNew) stayLoaded();
 }
 
 }  // namespace pluvo::component

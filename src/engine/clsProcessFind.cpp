@@ -18,6 +18,8 @@ struct clsProcessFind::State {
   WorkingRanges ranges;
   Counts counts;
   PassObserver nobody;
+  /// Of a pass that is made block by block, from its first change on.
+  std::unique_ptr<word::Batch> undoStep;
 };
 
 clsProcessFind::clsProcessFind(Surroundings surroundings)
@@ -42,6 +44,7 @@ PassObserver& clsProcessFind::observing() { return observer_ != nullptr ? *obser
 
 void clsProcessFind::InitializeFind() {
   constexpr auto kTag = u"cpf:27e";
+  endPass();
   errors::guarded(context(), kTag, [&] {
     state_->counts.reset(request_.liftLimits);
     state_->search.take(context(), request_);
@@ -57,7 +60,9 @@ void clsProcessFind::InitializeFind() {
 }
 
 bool clsProcessFind::FindNextItem() {
-  return errors::guarded(context(), u"cpf:27a", [&] {
+  // Ends with the pass, unless there is another block.
+  std::unique_ptr<word::Batch> undoStep = std::move(state_->undoStep);
+  const bool found = errors::guarded(context(), u"cpf:27a", [&] {
     moveSelectionToTop(application());
     Locator locator(context(), application(), state_->search, state_->ranges);
     if (!locator.next(observing())) return false;
@@ -65,11 +70,15 @@ bool clsProcessFind::FindNextItem() {
     required(state_->ranges.block).Select();
     return true;
   });
+  if (found) state_->undoStep = std::move(undoStep);
+  return found;
 }
 
 void clsProcessFind::MakeChanges() {
   errors::guarded(context(), u"cpf:27c", [&] {
     const Operations operations(context(), state_->search, state_->ranges);
+    if (!state_->undoStep) state_->undoStep = application().beginUndoStep();
+    const auto edits = application().beginEdits(true);
     const std::optional<errors::Fault> refusal = operations.perform();
     state_->counts.countOperated();
     observing().operated(blockOf(state_->search, state_->ranges, operations), refusal ? &*refusal : nullptr);
@@ -86,6 +95,8 @@ void clsProcessFind::SkipChanges() {
   });
 }
 
+void clsProcessFind::endPass() { state_->undoStep.reset(); }
+
 /// The next search starts behind the block's beginning as it stands now.
 void clsProcessFind::moveSearchPoint() {
   word::Range& begin = required(state_->ranges.begin);
@@ -95,7 +106,8 @@ void clsProcessFind::moveSearchPoint() {
 
 void clsProcessFind::ProcessAllBlocks() {
   errors::guarded(context(), u"cpf:27", [&] {
-    const auto batch = application().beginBatch(request_.confirmEach);
+    const auto undoStep = application().beginUndoStep();
+    const auto edits = request_.confirmEach ? nullptr : application().beginEdits(false);
     Pass pass(context(), application(), boxes(), state_->search, state_->ranges, state_->counts);
     pass.run(request_.confirmEach, observing());
   });

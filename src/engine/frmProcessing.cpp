@@ -11,6 +11,7 @@ frmProcessing::frmProcessing(clsProcessFind& engine)
   add(cmdSkip);
   cmdPerform.Click.handledBy([this] { cmdPerform_Click(); });
   cmdSkip.Click.handledBy([this] { cmdSkip_Click(); });
+  Closed.handledBy([this] { engine_.endPass(); });
 }
 
 void frmProcessing::SingleProcess() {
@@ -30,7 +31,7 @@ void frmProcessing::MultiProcess(const std::vector<std::u16string>& files) {
     engine_.CancelOperation(false);
     if (!startNextFile()) return;
     if (engine_.FindNextItem()) {
-      Visible(true);
+      awaitDecision();
     } else {
       finish();
     }
@@ -54,9 +55,20 @@ void frmProcessing::cmdSkip_Click() {
 void frmProcessing::showNextBlock() {
   Visible(false);
   if (engine_.FindNextItem()) {
-    Visible(true);
+    awaitDecision();
   } else {
     finish();
+  }
+}
+
+void frmProcessing::awaitDecision() {
+  try {
+    Visible(true);
+  } catch (...) {
+    // Without a window nobody can decide about the block, nor close the form.
+    engine_.endPass();
+    Finished.raise();
+    throw;
   }
 }
 
@@ -68,10 +80,7 @@ void frmProcessing::finish() {
       if (engine_.CancelOperation()) break;
       ++index_;
       if (!startNextFile()) break;
-      if (engine_.FindNextItem()) {
-        Visible(true);
-        return;
-      }
+      if (engine_.FindNextItem()) return awaitDecision();
       engine_.context().locationTag = u"fproc:03";
       engine_.ChangesSummary();
     }

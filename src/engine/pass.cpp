@@ -27,6 +27,7 @@ void Pass::run(bool confirmEach, PassObserver& observer) {
       if (observer.skipped(block) == Answer::stop) return;
       locator.resumeBehindBlock();
     } else {
+      const auto edits = confirmEach ? application_.beginEdits(true) : nullptr;
       const std::optional<errors::Fault> refusal = operations.perform();
       counts_.countOperated();
       if (observer.operated(block, refusal ? &*refusal : nullptr) == Answer::stop) return;

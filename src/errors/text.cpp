@@ -165,6 +165,22 @@ std::int16_t narrow(std::int32_t value) {
   return static_cast<std::int16_t>(value);
 }
 
+std::u16string withParagraphMarks(std::u16string_view text) {
+  if (text.find(u'\n') == std::u16string_view::npos) return std::u16string(text);
+  std::u16string result;
+  result.reserve(text.size());
+  char16_t previous = 0;
+  for (const char16_t unit : text) {
+    if (unit != u'\n') {
+      result += unit;
+    } else if (previous != u'\r') {
+      result += u'\r';
+    }
+    previous = unit;
+  }
+  return result;
+}
+
 std::string utf8(std::u16string_view text) {
   return encoded(text, [](std::string& out, char16_t) { appendUtf8(out, kReplacement); });
 }

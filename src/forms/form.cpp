@@ -1,5 +1,7 @@
 #include "forms/form.h"
 
+#include "errors/at_end.h"
+
 namespace pluvo::forms {
 
 namespace {
@@ -17,6 +19,23 @@ Control* find(const std::vector<Control*>& controls, std::u16string_view name) {
 }
 
 }  // namespace
+
+void Form::Visible(bool value) {
+  if (visible_ == value) return;
+  visible_ = value;
+  try {
+    host_.visibleChanged(*this);
+  } catch (...) {
+    visible_ = false;
+    throw;
+  }
+}
+
+void Form::ShowModal() {
+  const errors::AtEnd hidden([this] { visible_ = false; });
+  visible_ = true;
+  host_.runModal(*this);
+}
 
 Control* Form::control(std::u16string_view name) const { return find(controls_, name); }
 

@@ -1,5 +1,6 @@
 #include "form_window.h"
 
+#include "errors/at_end.h"
 #include "forms_win32/forms.h"
 #include "text.h"
 
@@ -51,9 +52,7 @@ FormWindow::~FormWindow() {
   host_.windows_.erase(&form_);
   stage_.doings.listening(false);
   waits_.reset();
-  panel_.reset();
-  if (stage_.tips != nullptr) DestroyWindow(stage_.tips);
-  if (window_ != nullptr) DestroyWindow(window_);
+  unmake();
 }
 
 FormWindow* FormWindow::of(HWND window) {
@@ -62,7 +61,7 @@ FormWindow* FormWindow::of(HWND window) {
 
 void FormWindow::build() {
   window_ = stage_.module.makeWindow(*this, wide(form_.Caption()), kStyle, kExtended, nullptr);
-  SetPropW(window_, kForm, this);
+  if (SetPropW(window_, kForm, this) == 0) throw noMoreWindows();
   stage_.look = std::make_unique<Look>(Look::dotsPerInch(window_));
   stage_.tips = stage_.module.makeWidget(TOOLTIPS_CLASSW, L"", WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX,
                                          WS_EX_TOPMOST, window_);
@@ -72,8 +71,19 @@ void FormWindow::build() {
   ShowWindow(panel_->window(), SW_SHOWNA);
 }
 
+void FormWindow::unmake() {
+  panel_.reset();
+  if (stage_.tips != nullptr) DestroyWindow(std::exchange(stage_.tips, nullptr));
+  if (window_ != nullptr) DestroyWindow(window_);
+}
+
 void FormWindow::show() {
-  if (window_ == nullptr) build();
+  // What was made for it goes again where not all can be: the next showing begins anew.
+  bool isThere = window_ != nullptr;
+  const errors::AtEnd undone([&] {
+    if (!isThere) unmake();
+  });
+  if (!isThere) build();
   SetWindowLongPtrW(window_, GWLP_HWNDPARENT, reinterpret_cast<LONG_PTR>(ownerNow()));
   for (Mirror* mirror : all()) mirror->refresh();
   refresh();
@@ -83,6 +93,7 @@ void FormWindow::show() {
   SetForegroundWindow(window_);
   wasShown_ = true;
   isShown_ = true;
+  isThere = true;
   focus();
 }
 
@@ -102,6 +113,9 @@ void FormWindow::hide() {
 void FormWindow::run() {
   // The loop may be one of several, one within the other, of which the innermost deals with all messages.
   ++loops_;
+  const errors::AtEnd ended([this] {
+    if (--loops_ == 0) hide();
+  });
   show();
   if (!host_.modeless_.contains(form_.Name())) waits_.emplace(window_);
   MSG message = {};
@@ -114,7 +128,6 @@ void FormWindow::run() {
     }
     host_.dispatch(message);
   }
-  if (--loops_ == 0) hide();
 }
 
 void FormWindow::repaint() {

@@ -48,6 +48,7 @@ class FormWindow final : public Receiver {
 
  private:
   void build();
+  void unmake();
   void setSize();
   HWND ownerNow() const;
   void putInPlace(SIZE size);

@@ -26,7 +26,11 @@ LRESULT CALLBACK Win32Forms::heard(int code, WPARAM wparam, LPARAM data) {
   auto& message = *reinterpret_cast<MSG*>(data);
   if (code == HC_ACTION && wparam == PM_REMOVE && message.hwnd != nullptr) {
     FormWindow* window = FormWindow::of(GetAncestor(message.hwnd, GA_ROOT));
-    if (window != nullptr && window->takes(message)) message.message = WM_NULL;
+    try {
+      if (window != nullptr && window->takes(message)) message.message = WM_NULL;
+    } catch (...) {  // nothing may leave for the system
+      message.message = WM_NULL;
+    }
   }
   return CallNextHookEx(nullptr, code, wparam, data);
 }

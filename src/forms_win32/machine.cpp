@@ -1,5 +1,6 @@
 #include "forms_win32/machine.h"
 
+#include "errors/at_end.h"
 #include "errors/fault.h"
 
 #include <windows.h>
@@ -25,6 +26,7 @@ std::u16string systemMessage(DWORD error) {
 void Win32Yielding::yield() {
   if (yields_) return;
   yields_ = true;
+  const errors::AtEnd yielded([this] { yields_ = false; });
   const ULONGLONG end = GetTickCount64() + kLongestYield;
   MSG message = {};
   while (GetTickCount64() < end && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != 0) {
@@ -35,7 +37,6 @@ void Win32Yielding::yield() {
     }
     host_.dispatch(message);
   }
-  yields_ = false;
 }
 
 void Win32Launcher::launchHidden(const std::u16string& commandLine) {

@@ -79,8 +79,9 @@ Mirror::~Mirror() {
 
 void Mirror::mirrors(const wchar_t* kind, DWORD style, DWORD extended, HWND parent) {
   widget_ = stage_.module.makeWidget(kind, L"", style | WS_CHILD | WS_CLIPSIBLINGS, extended, parent);
-  SetPropW(widget_, kMirror, this);
-  SetWindowSubclass(widget_, procedure, kSubclass, reinterpret_cast<DWORD_PTR>(this));
+  if (SetPropW(widget_, kMirror, this) == 0 ||
+      SetWindowSubclass(widget_, procedure, kSubclass, reinterpret_cast<DWORD_PTR>(this)) == 0)
+    throw noMoreWindows();
   send(WM_SETFONT, reinterpret_cast<WPARAM>(font()), FALSE);
   addTips();
   control_.changed.handledBy([self = self_] {

@@ -1,7 +1,5 @@
 #include "module.h"
 
-#include "errors/fault.h"
-
 #include <commctrl.h>
 #include <wchar.h>
 
@@ -32,10 +30,6 @@ HINSTANCE instanceOf(const void* code) {
   return module;
 }
 
-errors::Fault noWindow() {
-  return {errors::kOutOfMemory, u"Windows has no more windows to give: close some programs and try again"};
-}
-
 /// The system's controls that the module asks for, while it is there.
 class Controls {
  public:
@@ -52,6 +46,10 @@ class Controls {
 };
 
 }  // namespace
+
+errors::Fault noMoreWindows() {
+  return {errors::kOutOfMemory, u"Windows has no more windows to give: close some programs and try again"};
+}
 
 Module::Module() : instance_(instanceOf(reinterpret_cast<const void*>(&procedure))) {
   ACTCTXW context = {};
@@ -74,7 +72,7 @@ Module::Module() : instance_(instanceOf(reinterpret_cast<const void*>(&procedure
   made.hCursor = LoadCursorW(nullptr, IDC_ARROW);
   made.hbrBackground = GetSysColorBrush(COLOR_3DFACE);
   made.lpszClassName = className_;
-  if (RegisterClassExW(&made) == 0) throw noWindow();
+  if (RegisterClassExW(&made) == 0) throw noMoreWindows();
 }
 
 Module::~Module() {
@@ -87,7 +85,7 @@ HWND Module::makeWindow(Receiver& receiver, const wchar_t* text, DWORD style, DW
   const Controls active(controls_);
   HWND window = CreateWindowExW(extended, className_, text, style, CW_USEDEFAULT, CW_USEDEFAULT,
                                 CW_USEDEFAULT, CW_USEDEFAULT, parent, nullptr, instance_, &receiver);
-  if (window == nullptr) throw noWindow();
+  if (window == nullptr) throw noMoreWindows();
   return window;
 }
 
@@ -95,7 +93,7 @@ HWND Module::makeWidget(const wchar_t* kind, const wchar_t* text, DWORD style, D
                         HWND parent) const {
   const Controls active(controls_);
   HWND window = CreateWindowExW(extended, kind, text, style, 0, 0, 0, 0, parent, nullptr, instance_, nullptr);
-  if (window == nullptr) throw noWindow();
+  if (window == nullptr) throw noMoreWindows();
   return window;
 }
 

@@ -1,8 +1,12 @@
 #pragma once
 
+#include "errors/fault.h"
+
 #include <windows.h>
 
 namespace pluvo::forms_win32 {
+
+errors::Fault noMoreWindows();
 
 /// What a window of this module is told; each kind keeps itself in its window's user data.
 class Receiver {

@@ -1,5 +1,7 @@
 #include "panel.h"
 
+#include "errors/at_end.h"
+
 #include <algorithm>
 
 namespace pluvo::forms_win32 {
@@ -7,7 +9,12 @@ namespace pluvo::forms_win32 {
 Panel::Panel(const std::vector<forms::Control*>& controls, Stage& stage, HWND parent) : stage_(stage) {
   window_ = stage.module.makeWindow(*this, L"", WS_CHILD | WS_CLIPCHILDREN | WS_CLIPSIBLINGS,
                                     WS_EX_CONTROLPARENT, parent);
-  for (forms::Control* control : controls) mirrors_.push_back(Mirror::of(*control, stage, window_));
+  try {
+    for (forms::Control* control : controls) mirrors_.push_back(Mirror::of(*control, stage, window_));
+  } catch (...) {
+    DestroyWindow(window_);  // which calls this panel
+    throw;
+  }
 }
 
 Panel::~Panel() {
@@ -18,6 +25,7 @@ Panel::~Panel() {
 void Panel::arrange() {
   if (arranging_ || window_ == nullptr) return;
   arranging_ = true;
+  const errors::AtEnd arranged([this] { arranging_ = false; });
   RECT inside = {};
   GetClientRect(window_, &inside);
   SCROLLINFO bar = {};
@@ -35,7 +43,6 @@ void Panel::arrange() {
   }
   grid().arrange(inside.right, std::max(static_cast<int>(inside.bottom), bar.nMax + 1), top_);
   InvalidateRect(window_, nullptr, TRUE);
-  arranging_ = false;
 }
 
 void Panel::scrollTo(int top) {

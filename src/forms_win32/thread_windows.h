@@ -26,8 +26,12 @@ class ThreadWindows {
   static BOOL CALLBACK shut(HWND window, LPARAM self) {
     auto& windows = *reinterpret_cast<ThreadWindows*>(self);
     if (window == windows.open_ || IsWindowVisible(window) == 0 || IsWindowEnabled(window) == 0) return TRUE;
+    try {
+      windows.shut_.push_back(window);
+    } catch (...) {  // one that nobody would open again stays open
+      return FALSE;
+    }
     EnableWindow(window, FALSE);
-    windows.shut_.push_back(window);
     return TRUE;
   }
 

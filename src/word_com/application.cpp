@@ -74,12 +74,21 @@ class ComApplication final : public word::Application {
     return std::make_shared<ComOptions>(application_.getObject(L"Options", L"Options"));
   }
   std::u16string PathSeparator() override { return application_.get(L"PathSeparator").toText(); }
-  std::unique_ptr<word::Batch> beginBatch(bool seen) override {
-    return std::make_unique<ComBatch>(application_, seen);
+  std::unique_ptr<word::Batch> beginUndoStep() override {
+    return std::make_unique<ComUndoStep>(application_);
+  }
+  std::unique_ptr<word::Batch> beginEdits(bool seen) override {
+    return std::make_unique<ComEdits>(application_, seen, editsHidden_);
+  }
+  std::unique_ptr<word::Batch> showEdits() override {
+    if (!*editsHidden_) return nullptr;
+    return std::make_unique<ComSwitched>(application_, L"ScreenUpdating", true);
   }
 
  private:
   Object application_;
+  /// Whether Word does not draw because of edits.
+  std::shared_ptr<bool> editsHidden_ = std::make_shared<bool>(false);
 };
 
 }  // namespace

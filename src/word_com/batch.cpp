@@ -9,37 +9,64 @@ namespace {
 /// What the list of steps to undo shows.
 constexpr const char16_t* kStepName = u"P.L.U.V.O.";
 
+/// Whether it could be done; it is done without else.
 template <class Work>
-void tryTo(Work&& work) {
+bool tryTo(Work&& work) {
   try {
     std::forward<Work>(work)();
-  } catch (...) {  // the pass goes on without
+    return true;
+  } catch (...) {
+    return false;
   }
 }
 
-void setUpdating(const Object& application, bool value) {
-  application.put(L"ScreenUpdating", Arguments().boolean(value));
+/// What is not given back stays with the user.
+template <class Work>
+void giveBack(Work&& work) {
+  constexpr int kAttempts = 3;
+  for (int i = 0; i < kAttempts; ++i) {
+    if (tryTo(work)) return;
+  }
 }
 
 }  // namespace
 
-ComBatch::ComBatch(const Object& application, bool seen) : application_(application) {
+ComUndoStep::ComUndoStep(const Object& application) {
   tryTo([&] {
-    Object record = application_.getObject(L"UndoRecord", L"UndoRecord");
+    Object record = application.getObject(L"UndoRecord", L"UndoRecord");
+    if (record.get(L"IsRecordingCustomRecord").toBoolean()) return;
     record.call(L"StartCustomRecord", Arguments().text(kStepName));
-    undoRecord_ = std::move(record);
-  });
-  if (seen) return;
-  tryTo([&] {
-    const bool was = application_.get(L"ScreenUpdating").toBoolean();
-    setUpdating(application_, false);
-    wasUpdating_ = was;
+    record_ = std::move(record);
   });
 }
 
-ComBatch::~ComBatch() {
-  if (undoRecord_) tryTo([&] { undoRecord_->call(L"EndCustomRecord"); });
-  if (wasUpdating_) tryTo([&] { setUpdating(application_, *wasUpdating_); });
+ComUndoStep::~ComUndoStep() {
+  if (record_) giveBack([&] { record_->call(L"EndCustomRecord"); });
+}
+
+ComSwitched::ComSwitched(Object owner, const wchar_t* property, bool value)
+    : owner_(std::move(owner)), property_(property), value_(value) {
+  tryTo([&] {
+    isOther_ = owner_.get(property_).toBoolean() != value_;
+    if (isOther_) owner_.put(property_, Arguments().boolean(value_));
+  });
+}
+
+// Also where it could not be set for certain: what it was does no harm.
+ComSwitched::~ComSwitched() {
+  if (isOther_) giveBack([&] { owner_.put(property_, Arguments().boolean(!value_)); });
+}
+
+ComEdits::ComEdits(const Object& application, bool seen, std::shared_ptr<bool> hidden)
+    : hidden_(std::move(hidden)) {
+  tryTo([&] { smartCut_.emplace(application.getObject(L"Options", L"Options"), L"SmartCutPaste", false); });
+  if (seen) return;
+  screen_.emplace(application, L"ScreenUpdating", false);
+  if (screen_->isOther()) *hidden_ = true;
+}
+
+ComEdits::~ComEdits() {
+  if (screen_ && screen_->isOther()) *hidden_ = false;
 }
 
 }  // namespace pluvo::word_com

@@ -6,21 +6,53 @@
 #include <memory>
 #include <optional>
 
+/// What Word does for a while. Nothing of it is worth a fault: a pass goes on without.
 namespace pluvo::word_com {
 
-/// One step to undo, where Word has such (2010 and later); unless the user is to see what goes on, Word's
-/// windows are not drawn meanwhile. Nothing of it is worth a fault.
-class ComBatch final : public word::Batch {
+/// One step to undo, where Word has such (2010 and later). While a macro makes one this is part of that.
+class ComUndoStep final : public word::Batch {
  public:
-  ComBatch(const Object& application, bool seen);
-  ComBatch(const ComBatch&) = delete;
-  ComBatch& operator=(const ComBatch&) = delete;
-  ~ComBatch() override;
+  explicit ComUndoStep(const Object& application);
+  ComUndoStep(const ComUndoStep&) = delete;
+  ComUndoStep& operator=(const ComUndoStep&) = delete;
+  ~ComUndoStep() override;
 
  private:
-  Object application_;
-  std::optional<bool> wasUpdating_;
-  std::optional<Object> undoRecord_;
+  std::optional<Object> record_;
+};
+
+/// A property of Word's that is another for a while, and then as it was.
+class ComSwitched final : public word::Batch {
+ public:
+  /// The property is looked at and set where it is not so already; its name is a literal.
+  ComSwitched(Object owner, const wchar_t* property, bool value);
+  ComSwitched(const ComSwitched&) = delete;
+  ComSwitched& operator=(const ComSwitched&) = delete;
+  ~ComSwitched() override;
+
+  bool isOther() const { return isOther_; }
+
+ private:
+  Object owner_;
+  const wchar_t* property_;
+  bool value_;
+  bool isOther_ = false;
+};
+
+/// Word takes no blank that is left over beside what is deleted and, unless the edits are to be seen, does
+/// not draw its windows.
+class ComEdits final : public word::Batch {
+ public:
+  ComEdits(const Object& application, bool seen, std::shared_ptr<bool> hidden);
+  ComEdits(const ComEdits&) = delete;
+  ComEdits& operator=(const ComEdits&) = delete;
+  ~ComEdits() override;
+
+ private:
+  /// Whether Word does not draw because of this.
+  std::shared_ptr<bool> hidden_;
+  std::optional<ComSwitched> screen_;
+  std::optional<ComSwitched> smartCut_;
 };
 
 }  // namespace pluvo::word_com

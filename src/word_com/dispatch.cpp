@@ -2,7 +2,10 @@
 
 #include "fault.h"
 
+#include <objbase.h>
+
 #include <string>
+#include <utility>
 
 namespace pluvo::word_com {
 
@@ -12,6 +15,31 @@ std::wstring qualified(const wchar_t* interfaceName, const wchar_t* member) {
   return std::wstring(interfaceName) + L"." + member;
 }
 
+/// Lets calls and messages of the apartment in meanwhile, as whoever rejects ours may be waiting for one.
+void pause(DWORD milliseconds) {
+  HANDLE never = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+  if (never == nullptr) return Sleep(milliseconds);
+  DWORD index = 0;
+  if (CoWaitForMultipleHandles(0, milliseconds, 1, &never, &index) != RPC_S_CALLPENDING) Sleep(milliseconds);
+  CloseHandle(never);
+}
+
+/// The status of the call, made again while Word does not take it, for some seconds. In Word's own process a
+/// message filter would be Word's business.
+template <class Call>
+HRESULT untilTaken(Call&& call) {
+  constexpr DWORD kFirstPause = 20;
+  constexpr DWORD kLongestPause = 1300;
+  HRESULT status = S_OK;
+  for (DWORD wait = kFirstPause;; wait *= 2) {
+    // So that what is there afterwards is of this call.
+    SetErrorInfo(0, nullptr);
+    status = call();
+    if (!isBusy(status) || wait > kLongestPause) return status;
+    pause(wait);
+  }
+}
+
 }  // namespace
 
 DISPID MemberIds::of(IDispatch& object, const wchar_t* interfaceName, const wchar_t* member) {
@@ -19,10 +47,11 @@ DISPID MemberIds::of(IDispatch& object, const wchar_t* interfaceName, const wcha
   if (known != ids_.end()) return known->second;
   auto* name = const_cast<wchar_t*>(member);
   DISPID id = DISPID_UNKNOWN;
-  const HRESULT status = object.GetIDsOfNames(IID_NULL, &name, 1, LOCALE_USER_DEFAULT, &id);
+  const HRESULT status =
+      untilTaken([&] { return object.GetIDsOfNames(IID_NULL, &name, 1, LOCALE_USER_DEFAULT, &id); });
   if (FAILED(status)) {
     EXCEPINFO none = {};
-    throw faultOf(status, none, qualified(interfaceName, member));
+    throw faultOf(status, none, object, qualified(interfaceName, member));
   }
   ids_.emplace(std::pair(interfaceName, member), id);
   return id;
@@ -70,9 +99,11 @@ Variant Object::invoke(WORD kind, const wchar_t* member, const Arguments& argume
   Variant result;
   EXCEPINFO exception = {};
   UINT wrong = 0;
-  const HRESULT status = object_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, kind, &parameters,
-                                         isPut ? nullptr : result.out(), &exception, &wrong);
-  if (FAILED(status)) throw faultOf(status, exception, qualified(interface_, member));
+  const HRESULT status = untilTaken([&] {
+    return object_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, kind, &parameters,
+                           isPut ? nullptr : result.out(), &exception, &wrong);
+  });
+  if (FAILED(status)) throw faultOf(status, exception, *object_.Get(), qualified(interface_, member));
   return result;
 }
 

@@ -64,8 +64,12 @@ std::u16string systemMessage(HRESULT status) {
   return message;
 }
 
-/// What the callee left on its thread for the caller, where it did.
-std::optional<errors::Fault> leftBehind() {
+/// What the callee left on its thread for the caller, where it does such a thing.
+std::optional<errors::Fault> leftBehind(IDispatch& object) {
+  Microsoft::WRL::ComPtr<ISupportErrorInfo> support;
+  if (FAILED(object.QueryInterface(IID_PPV_ARGS(&support))) ||
+      support->InterfaceSupportsErrorInfo(IID_IDispatch) != S_OK)
+    return std::nullopt;
   Microsoft::WRL::ComPtr<IErrorInfo> info;
   if (GetErrorInfo(0, &info) != S_OK) return std::nullopt;
   BSTR description = nullptr;
@@ -93,13 +97,15 @@ errors::Fault raised(EXCEPINFO& exception, HRESULT& status) {
 
 }  // namespace
 
-errors::Fault faultOf(HRESULT status, EXCEPINFO& exception, std::wstring_view member) {
+errors::Fault faultOf(HRESULT status, EXCEPINFO& exception, IDispatch& object, std::wstring_view member) {
   errors::Fault fault(0, {}, {});
   if (status == DISP_E_EXCEPTION) {
     fault = raised(exception, status);
   } else {
-    if (auto left = leftBehind()) fault = *left;
+    if (auto left = leftBehind(object)) fault = *left;
     fault.number = numberOf(status);
+    if (isBusy(status))
+      fault.description = u"Word is busy, perhaps with a question of its own. Answer it and try again.";
   }
   if (fault.description.empty()) fault.description = systemMessage(status);
   if (fault.description.empty()) fault.description = u"Application-defined or object-defined error";

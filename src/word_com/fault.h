@@ -20,9 +20,15 @@ enum AutomationFault : std::int32_t {
   kServerGone = 462,
 };
 
-/// What a failing status of that member ("Range.Delete") says. Takes the exception's texts over, and has them
-/// filled in first where that was put off.
-errors::Fault faultOf(HRESULT status, EXCEPINFO& exception, std::wstring_view member);
+/// What a failing status of that object's member ("Range.Delete") says. Takes the exception's texts over, and
+/// has them filled in first where that was put off. What the thread's error object says is believed only of
+/// an object that says it leaves such behind; it is to be cleared before the call.
+errors::Fault faultOf(HRESULT status, EXCEPINFO& exception, IDispatch& object, std::wstring_view member);
+
+/// Word did not take the call, because it is at something else, a box of its own perhaps.
+constexpr bool isBusy(HRESULT status) {
+  return status == RPC_E_CALL_REJECTED || status == RPC_E_SERVERCALL_RETRYLATER;
+}
 
 /// 0x800A0000 and the number.
 constexpr HRESULT kFirstNumbered = static_cast<HRESULT>(0x800A0000U);

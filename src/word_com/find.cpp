@@ -5,6 +5,8 @@
 
 #include <windows.h>
 
+#include <algorithm>
+
 namespace pluvo::word_com {
 
 namespace {
@@ -12,9 +14,18 @@ namespace {
 /// What Word's find takes, codes as they are written.
 constexpr std::size_t kMostForFind = 255;
 
-/// What a search dialog may have left behind; not every Word has all of them.
-constexpr const wchar_t* kSticky[] = {L"Format",      L"MatchPrefix", L"MatchSuffix",
-                                      L"MatchPhrase", L"IgnoreSpace", L"IgnorePunct"};
+/// What a search dialog may have left behind, and how it is for a literal search.
+struct Sticky {
+  const wchar_t* property;
+  bool value;
+};
+/// Not every Word has all of them, nor can all be set without the languages they are for.
+constexpr Sticky kSticky[] = {
+    {L"Format", false},         {L"MatchPrefix", false},  {L"MatchSuffix", false},
+    {L"MatchPhrase", false},    {L"IgnoreSpace", false},  {L"IgnorePunct", false},
+    {L"MatchFuzzy", false},     {L"MatchKashida", false}, {L"MatchDiacritics", false},
+    {L"MatchAlefHamza", false}, {L"MatchControl", false}, {L"MatchByte", true},
+};
 
 /// The longest beginning of the text that Word takes, as Word takes it.
 struct Written {
@@ -36,6 +47,11 @@ struct Written {
   }
 };
 
+bool isOneWord(const std::u16string& text) {
+  return std::ranges::all_of(
+      text, [](char16_t unit) { return IsCharAlphaNumericW(static_cast<wchar_t>(unit)) != FALSE; });
+}
+
 bool isPartOfWord(const std::u16string& neighbour) {
   return !neighbour.empty() && IsCharAlphaNumericW(static_cast<wchar_t>(neighbour.front())) != FALSE;
 }
@@ -44,12 +60,19 @@ bool isPartOfWord(const std::u16string& neighbour) {
 
 void ComFind::ClearFormatting() {
   find_.call(L"ClearFormatting");
-  for (const wchar_t* property : kSticky) {
-    try {
-      put(property, false);
-    } catch (const errors::Fault& fault) {
-      if (fault.number != kNoSuchMember) throw;
-    }
+  for (const Sticky& sticky : kSticky) {
+    if (is(sticky.property, sticky.value)) continue;
+    put(sticky.property, sticky.value);
+  }
+}
+
+/// What cannot be looked at is not there to matter.
+bool ComFind::is(const wchar_t* property, bool value) const {
+  try {
+    return find_.get(property).toBoolean() == value;
+  } catch (const errors::Fault& fault) {
+    if (fault.number == kServerGone) throw;
+    return true;
   }
 }
 
@@ -66,9 +89,11 @@ void ComFind::MatchCase(bool value) {
   matchCase_ = value;
 }
 
-/// The end of a shortened text is inside a word perhaps.
+/// Word itself sees to it for a text of one word, and what counts as more than one it does not tell. The end
+/// of a shortened text is inside a word perhaps.
 void ComFind::MatchWholeWord(bool value) {
-  put(L"MatchWholeWord", value && given_ == text_.size());
+  wordSeesToWords_ = value && given_ == text_.size() && isOneWord(text_);
+  put(L"MatchWholeWord", wordSeesToWords_);
   wholeWord_ = value;
 }
 
@@ -123,9 +148,8 @@ bool ComFind::extendsToText(Span match, Span asked) {
     match = range_->span();
     if (asked.spans() && match.end > asked.end) return false;
   }
-  // Word itself looks at the ends of a text of one word only.
-  const bool wordsUnseen = wholeWord_ && (shortened || text_.find(u' ') != std::u16string::npos);
-  return sameText(range_->Text(), text_, matchCase_) && (!wordsUnseen || isWholeWord(match));
+  return sameText(range_->Text(), text_, matchCase_) &&
+         (!wholeWord_ || wordSeesToWords_ || isWholeWord(match));
 }
 
 bool ComFind::isWholeWord(Span span) const {

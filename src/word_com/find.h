@@ -31,6 +31,7 @@ class ComFind final : public word::Find {
 
  private:
   void put(const wchar_t* property, bool value) const { find_.put(property, Arguments().boolean(value)); }
+  bool is(const wchar_t* property, bool value) const;
   bool executeInWord() const;
   bool findsWithin(Span asked);
   bool isWholeMatch(Span span);
@@ -44,6 +45,7 @@ class ComFind final : public word::Find {
   std::size_t given_ = 0;
   bool matchCase_ = false;
   bool wholeWord_ = false;
+  bool wordSeesToWords_ = false;
 };
 
 }  // namespace pluvo::word_com

@@ -4,21 +4,6 @@
 
 namespace pluvo::word_com {
 
-std::u16string withParagraphMarks(std::u16string_view text) {
-  std::u16string result;
-  result.reserve(text.size());
-  char16_t previous = 0;
-  for (const char16_t unit : text) {
-    if (unit != u'\n') {
-      result += unit;
-    } else if (previous != u'\r') {
-      result += u'\r';
-    }
-    previous = unit;
-  }
-  return result;
-}
-
 std::u16string withCellMarks(std::u16string_view text) {
   std::u16string result;
   result.reserve(text.size());

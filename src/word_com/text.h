@@ -15,9 +15,6 @@ inline std::u16string_view utf16(std::wstring_view text) {
   return {reinterpret_cast<const char16_t*>(text.data()), text.size()};
 }
 
-/// With every line end as the one paragraph mark that Word knows.
-std::u16string withParagraphMarks(std::u16string_view text);
-
 /// With one character for the mark of a table's cell or row, as it takes one position; Word gives two, 13
 /// and 7.
 std::u16string withCellMarks(std::u16string_view text);

@@ -64,6 +64,7 @@ class ScriptedForms final : public FormHost {
     EXPECT_FALSE(form.Visible()) << "the user left a modal form open";
   }
   void visibleChanged(Form& form) override {
+    if (changes) changes(form);
     if (form.Name() == watched) visibility.push_back(form.Visible());
     std::erase(beside, &form);
     if (form.Visible()) beside.push_back(&form);
@@ -77,6 +78,8 @@ class ScriptedForms final : public FormHost {
   int modalRuns = 0;
   int repaints = 0;
   std::function<void(Form&)> painted;
+  /// Before a form without anybody waiting for it comes or goes.
+  std::function<void(Form&)> changes;
   /// The form whose coming and going is written down.
   std::u16string watched;
   std::vector<bool> visibility;

@@ -156,6 +156,20 @@ TEST(Yielding, DealsWithWhatWaits) {
     yielding.yield();
   }
   EXPECT_EQ(done, 1);
+
+  // A fault in the midst of it does not end all yielding.
+  struct Fails : forms::Form {
+    explicit Fails(forms::FormHost& h) : Form(h, u"frmFails", u"Fails") {}
+  } form(host);
+  form.Visible(true);
+  host.owner = []() -> HWND { throw errors::Fault(4605, u"no window"); };
+  DestroyWindow(host.windowOf(form));
+  PostMessageW(nullptr, WM_NULL, 0, 0);
+  EXPECT_THROW(yielding.yield(), errors::Fault) << "the form cannot be brought back";
+  host.owner = {};
+  PostMessageW(nullptr, WM_NULL, 0, 0);
+  yielding.yield();
+  EXPECT_TRUE(IsWindowVisible(host.windowOf(form)));
 }
 
 TEST(Launcher, StartsProgramsAndTellsWhatItCannotStart) {

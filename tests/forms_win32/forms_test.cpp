@@ -311,6 +311,67 @@ TEST_F(ShownForm, GoesInTheMiddleOfAMessage) {
   EXPECT_EQ(form.line.Text(), u"") << "the key is no longer for it";
 }
 
+/// Lets so many windows of this thread come into being and no others, as where Windows has no more.
+class FewWindows {
+ public:
+  explicit FewWindows(int few)
+      : hook_((left = few, SetWindowsHookExW(WH_CBT, refuse, nullptr, GetCurrentThreadId()))) {}
+  FewWindows(const FewWindows&) = delete;
+  FewWindows& operator=(const FewWindows&) = delete;
+  ~FewWindows() { UnhookWindowsHookEx(hook_); }
+
+  static inline int left = 0;
+
+ private:
+  static LRESULT CALLBACK refuse(int code, WPARAM wparam, LPARAM lparam) {
+    if (code == HCBT_CREATEWND && --left < 0) return 1;
+    return CallNextHookEx(nullptr, code, wparam, lparam);
+  }
+  HHOOK hook_;
+};
+
+int windowsOfThread() {
+  int count = 0;
+  EnumThreadWindows(
+      GetCurrentThreadId(), [](HWND, LPARAM counted) { return ++*reinterpret_cast<int*>(counted), TRUE; },
+      reinterpret_cast<LPARAM>(&count));
+  return count;
+}
+
+TEST_F(ShownForm, IsThereWholeOrNotAtAll) {
+  const int before = windowsOfThread();
+  int few = 0;
+  for (bool whole = false; !whole; ++few) {
+    SCOPED_TRACE(few);
+    const FewWindows hold(few);
+    try {
+      form.Visible(true);
+      whole = true;
+    } catch (const errors::Fault& fault) {
+      EXPECT_EQ(fault.number, errors::kOutOfMemory);
+      EXPECT_FALSE(form.Visible());
+      EXPECT_EQ(window(), nullptr);
+      EXPECT_EQ(windowsOfThread(), before);
+    }
+    pump();
+    ASSERT_LT(few, 100);
+  }
+  EXPECT_GT(few, 12) << "a window for each control, and theirs";
+  type(widget(u"line"), u"a");
+  EXPECT_EQ(form.line.Text(), u"a");
+}
+
+TEST_F(ShownForm, IsWaitedForAgainAfterAFault) {
+  {
+    const FewWindows hold(3);
+    EXPECT_THROW(form.ShowModal(), errors::Fault);
+    EXPECT_FALSE(form.Visible());
+  }
+  form.Visible(true);
+  form.Visible(false);
+  EXPECT_FALSE(IsWindowVisible(window())) << "a form that nobody waits for goes at once";
+}
+
 TEST(Win32Forms, LeaveNothingBehind) {
   forms::ScriptedBoxes boxes;
   wchar_t kind[64] = {};

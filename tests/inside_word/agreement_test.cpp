@@ -84,6 +84,8 @@ TEST(AgreementOfWordAndMemory, TextsThatAreHardToFind) {
        {.begin = u"a", .end = u"c", .operation = engine::kHighlight}},
       {u"John's John Johnny",
        {.begin = u"john", .operation = engine::kDelete, .wholeWords = true, .matchCase = false}},
+      {u"xa\tb a\tbx a\tb", {.begin = u"a\tb", .operation = engine::kDelete, .wholeWords = true}},
+      {u"one two three, two. two", {.begin = u"two", .operation = engine::kDelete}},
       {u"ab", {.begin = u"ab", .end = u"b", .inside = u"a", .operation = engine::kHighlight}},
       {u"a b a b",
        {.begin = u"a", .end = u"b", .inside = u" ", .operation = engine::kDelete, .on = engine::kInsideText}},

@@ -43,6 +43,19 @@ std::u16string highlights(const model::Model& model) {
   return all;
 }
 
+/// What the user's last search may have left.
+stand_in::FindSettings all() {
+  stand_in::FindSettings all;
+  all.criteria = {.text = u"left", .matchCase = true, .wholeWord = true, .prefix = true, .suffix = true};
+  all.forward = false;
+  all.wrap = 1;
+  for (bool* criterion :
+       {&all.wildcards, &all.soundsLike, &all.wordForms, &all.format, &all.phrase, &all.ignoreSpace,
+        &all.ignorePunctuation, &all.fuzzy, &all.kashida, &all.diacritics, &all.alefHamza, &all.control})
+    *criterion = true;
+  return all;
+}
+
 }  // namespace
 
 Outcome inMemory(const Task& task) {
@@ -57,6 +70,7 @@ Outcome inMemory(const Task& task) {
 
 Outcome inWord(const WordSession& word, const Task& task) {
   WordSession::world().calls.clear();
+  WordSession::world().dialogFind = all();
   const auto document = WordSession::document(task.text);
   auto said = pass(word.word(), task);
   Outcome outcome{document->allText(), document->highlights(), std::move(said)};

@@ -29,6 +29,7 @@ const char* const kAllowed[] = {
     R"(call Find\.Execute\((missing, ){14}missing\))",
     R"(put View\.ShowFieldCodes\(VT_BOOL (-1|0)\))",
     R"(put Application\.ScreenUpdating\(VT_BOOL (-1|0)\))",
+    R"(put Options\.SmartCutPaste\(VT_BOOL (-1|0)\))",
     R"(call UndoRecord\.StartCustomRecord\(VT_BSTR ".*"\))",
     R"(call UndoRecord\.EndCustomRecord\(\))",
 };
@@ -106,14 +107,16 @@ TEST(Calls, OfADocumentsFile) {
 /// In whatever way a pass ends, Word is left as it was.
 TEST(Calls, LeaveWordAsItWas) {
   const WordSession word;
-  for (const char16_t* refused : {u"-", u"put Range.Text", u"Find.Execute", u"Application.ActiveDocument",
-                                  u"put Find.Text", u"Range.Start"}) {
+  for (const char16_t* refused :
+       {u"-", u"put Range.Text", u"Find.Execute", u"Application.ActiveDocument", u"put Find.Text",
+        u"Range.Start", u"put Application.ScreenUpdating", u"put Options.SmartCutPaste"}) {
     const auto document = WordSession::document(u"one one");
     WordSession::world().calls.refuse(refused, 4605, 2);
     engine::Workplace place(word.word());
     place.pass({.begin = u"one", .operation = engine::kReplace, .text = u"two"});
     EXPECT_EQ(WordSession::world().undoLevel, 0) << errors::utf8(refused);
     EXPECT_TRUE(WordSession::world().screenUpdating) << errors::utf8(refused);
+    EXPECT_TRUE(WordSession::world().smartCutPaste) << errors::utf8(refused);
     EXPECT_LE(document->undoRecords.size(), 1U) << errors::utf8(refused);
     WordSession::world().calls.allowAll();
     WordSession::world().close(document);

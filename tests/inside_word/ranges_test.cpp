@@ -12,7 +12,8 @@ using engine::Dice;
 /// A range is put through the same in memory and in Word, and says after each step the same of itself.
 class Twins {
  public:
-  Twins(const WordSession& word, const std::u16string& text) : inWord_(WordSession::document(text)) {
+  Twins(const WordSession& word, const std::u16string& text)
+      : edits_(word.word()->beginEdits(true)), inWord_(WordSession::document(text)) {
     memory_ = memory::MemoryDocument::create(stand_in::documentContent(text));
     length_ = memory_->model().length();
     ranges_ = {memory_->Range(0, 0), word.word()->ActiveDocument()->Range(0, 0)};
@@ -95,6 +96,7 @@ class Twins {
     }
   }
 
+  std::unique_ptr<word::Batch> edits_;
   std::shared_ptr<stand_in::OpenDocument> inWord_;
   std::shared_ptr<memory::MemoryDocument> memory_;
   std::int32_t length_ = 0;

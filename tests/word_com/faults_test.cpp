@@ -92,6 +92,52 @@ TEST(Faults, HaveTheRunTimesNumbers) {
   EXPECT_EQ(numbered.description, unnumbered.description) << "not that all went well";
 }
 
+void leaveErrorObject() {
+  Microsoft::WRL::ComPtr<ICreateErrorInfo> made;
+  Microsoft::WRL::ComPtr<IErrorInfo> info;
+  std::wstring text = L"of another call";
+  if (SUCCEEDED(CreateErrorInfo(&made)) && SUCCEEDED(made->SetDescription(text.data())) &&
+      SUCCEEDED(made.As(&info)))
+    SetErrorInfo(0, info.Get());
+}
+
+TEST(Faults, BelieveNoErrorObjectThatIsNotOfTheCall) {
+  for (const bool leaves : {false, true}) {
+    for (const bool inCall : {false, true}) {
+      ScriptedWord word;
+      const auto range = word.rangeOver(0, 1);
+      word.rangeObject->leavesErrors = leaves;
+      word.rangeObject->on(L"InsertAfter", [&](auto&, VARIANT&, EXCEPINFO&) {
+        if (inCall) leaveErrorObject();
+        return static_cast<HRESULT>(0x800A11FD);
+      });
+      leaveErrorObject();
+      try {
+        range->InsertAfter(u"x");
+        ADD_FAILURE() << "no fault";
+      } catch (const errors::Fault& fault) {
+        EXPECT_EQ(fault.description == u"of another call", leaves && inCall);
+        EXPECT_EQ(fault.number, 4605);
+      }
+    }
+  }
+  SetErrorInfo(0, nullptr);
+}
+
+TEST(Faults, OfAWordThatIsBusyComeAfterAWhile) {
+  for (const HRESULT busy : {RPC_E_CALL_REJECTED, RPC_E_SERVERCALL_RETRYLATER}) {
+    ScriptedWord word;
+    const auto range = word.rangeOver(0, 1);
+    int calls = 0;
+    word.rangeObject->on(L"InsertAfter",
+                         [&](auto&, VARIANT&, EXCEPINFO&) { return ++calls < 4 ? busy : S_OK; });
+    range->InsertAfter(u"x");
+    EXPECT_EQ(calls, 4);
+  }
+  const errors::Fault fault = faultIn([](auto&, VARIANT&, EXCEPINFO&) { return RPC_E_CALL_REJECTED; });
+  EXPECT_TRUE(fault.description.starts_with(u"Word is busy"));
+}
+
 TEST(Faults, TellOfMembersAndObjectsThatAreNotThere) {
   ScriptedWord word;
   const auto number = [](const std::function<void()>& work) {

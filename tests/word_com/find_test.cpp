@@ -101,6 +101,14 @@ TEST(ComFind, TakesOfWordsMatchesThoseThatAreTheText) {
        false,
        {0, 0},
        2},
+      {"words with a tab between them, of which Word does not see to the ends",
+       u"xa\tb a\tbx a\tb",
+       {u"a\tb", false, true},
+       {0, 0},
+       {{1, 4}, {5, 8}, {10, 13}},
+       true,
+       {10, 13},
+       3},
       {"the whole range, but not a whole word", u"abc", {u"b", false, true}, {1, 2}, {}, false, {1, 2}, 1},
   };
   for (const Case& each : cases) {
@@ -123,10 +131,11 @@ TEST(ComFind, WritesTheTextSoThatWordTakesItLiterally) {
     bool wholeWord;
   };
   const Written cases[] = {
-      {u"2^p?", "2^^p?", true},
+      {u"2^p?", "2^^p?", false},
+      {u"2p", "2p", true},
       {std::u16string(255, u'a'), longest, true},
       {std::u16string(254, u'a') + u"^", longest.substr(1), false},
-      {std::u16string(253, u'a') + u"^", longest.substr(2) + "^^", true},
+      {std::u16string(253, u'a') + u"^", longest.substr(2) + "^^", false},
       {std::u16string(254, u'a') + u"\U0001F600", longest.substr(1), false},
   };
   for (const Written& each : cases) {
@@ -135,7 +144,8 @@ TEST(ComFind, WritesTheTextSoThatWordTakesItLiterally) {
     const auto range = word.rangeOver(0, 0);
     executed(*range, {each.asked, true, true});
     EXPECT_EQ(word.calls("Find.Text"), CallLog{"Find.Text = BSTR " + each.text});
-    // The end of a part of the text need not be the end of a word.
+    // The end of a part of the text need not be the end of a word, and only of one word Word sees to the
+    // ends.
     EXPECT_EQ(word.calls("Find.MatchWholeWord").back(),
               each.wholeWord ? "Find.MatchWholeWord = BOOL -1" : "Find.MatchWholeWord = BOOL 0");
   }
@@ -143,10 +153,18 @@ TEST(ComFind, WritesTheTextSoThatWordTakesItLiterally) {
 
 TEST(ComFind, ForgetsWhatADialogLeftWhereWordHasIt) {
   ScriptedWord word;
-  word.find->accepts(L"IgnorePunct");
+  word.find->keeps(L"IgnorePunct", VARIANT_TRUE);
+  word.find->keeps(L"MatchFuzzy", VARIANT_FALSE);
+  word.find->keeps(L"MatchByte", VARIANT_FALSE);
+  word.find->on(L"MatchKashida",
+                [](auto&, VARIANT&, EXCEPINFO&) { return static_cast<HRESULT>(0x800A11FD); });
   const auto range = word.rangeOver(0, 0);
   executed(*range, {u"a"});
-  EXPECT_EQ(word.calls("Find.IgnorePunct"), CallLog{"Find.IgnorePunct = BOOL 0"});
+  const auto set = [&](const std::string& member) { return word.calls("Find." + member).back(); };
+  EXPECT_EQ(set("IgnorePunct"), "Find.IgnorePunct = BOOL 0");
+  EXPECT_EQ(set("MatchFuzzy"), "Find.MatchFuzzy") << "it is so already";
+  EXPECT_EQ(set("MatchByte"), "Find.MatchByte = BOOL -1");
+  EXPECT_EQ(set("MatchKashida"), "Find.MatchKashida") << "it cannot be set";
 }
 
 }  // namespace

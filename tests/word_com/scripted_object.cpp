@@ -85,9 +85,10 @@ void ScriptedObject::accepts(const std::wstring& member) {
 }
 
 STDMETHODIMP ScriptedObject::QueryInterface(REFIID interfaceId, void** object) {
-  const bool known = interfaceId == IID_IUnknown || interfaceId == IID_IDispatch;
-  *object = known ? this : nullptr;
-  if (!known) return E_NOINTERFACE;
+  *object = nullptr;
+  if (interfaceId == IID_IUnknown || interfaceId == IID_IDispatch) *object = static_cast<IDispatch*>(this);
+  if (interfaceId == IID_ISupportErrorInfo) *object = static_cast<ISupportErrorInfo*>(this);
+  if (*object == nullptr) return E_NOINTERFACE;
   AddRef();
   return S_OK;
 }

@@ -15,7 +15,7 @@ namespace pluvo::word_com {
 using CallLog = std::vector<std::string>;
 
 /// An automation object that does what a test says, and writes down what it is asked.
-class ScriptedObject final : public IDispatch {
+class ScriptedObject final : public IDispatch, public ISupportErrorInfo {
  public:
   /// Arguments come in the order of their declaration. The result is empty before.
   using Member =
@@ -33,6 +33,8 @@ class ScriptedObject final : public IDispatch {
 
   /// How often ids were asked for.
   int idQuestions = 0;
+  /// Whether it says that it leaves error objects.
+  bool leavesErrors = false;
 
   STDMETHODIMP QueryInterface(REFIID interfaceId, void** object) override;
   STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
@@ -42,6 +44,7 @@ class ScriptedObject final : public IDispatch {
   STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) override;
   STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD kind, DISPPARAMS* parameters, VARIANT* result,
                       EXCEPINFO* exception, UINT* wrong) override;
+  STDMETHODIMP InterfaceSupportsErrorInfo(REFIID) override { return leavesErrors ? S_OK : S_FALSE; }
 
  private:
   ScriptedObject(std::string name, std::shared_ptr<CallLog> log)

@@ -180,6 +180,13 @@ const Interface& GlobalObject::options() {
                       o.world().defaultPaths[a.number(0)] = a.text(1);
                       return {};
                     }),
+          member<G>(Verb::get, u"SmartCutPaste", {},
+                    [](auto& o, const auto&) -> Value { return o.world().smartCutPaste; }),
+          member<G>(Verb::put, u"SmartCutPaste", {flag(u"Value")},
+                    [](auto& o, const auto& a) -> Value {
+                      o.world().smartCutPaste = a.flag(0);
+                      return {};
+                    }),
       }};
   return kind;
 }

@@ -113,6 +113,11 @@ const Interface& FindObject::members() {
     addFlag(all, u"IgnoreSpace", [](auto& s) -> bool& { return s.ignoreSpace; });
     addFlag(all, u"IgnorePunct", [](auto& s) -> bool& { return s.ignorePunctuation; });
     addFlag(all, u"MatchFuzzy", [](auto& s) -> bool& { return s.fuzzy; });
+    addFlag(all, u"MatchKashida", [](auto& s) -> bool& { return s.kashida; });
+    addFlag(all, u"MatchDiacritics", [](auto& s) -> bool& { return s.diacritics; });
+    addFlag(all, u"MatchAlefHamza", [](auto& s) -> bool& { return s.alefHamza; });
+    addFlag(all, u"MatchControl", [](auto& s) -> bool& { return s.control; });
+    addFlag(all, u"MatchByte", [](auto& s) -> bool& { return s.byte; });
     all.push_back(member<FindObject>(Verb::get, u"Wrap", {},
                                      [](auto& o, const auto&) -> Value { return o.settings().wrap; }));
     all.push_back(

@@ -35,6 +35,7 @@ char16_t lower(char16_t unit) {
 bool isLetter(char16_t unit) { return IsCharAlphaW(static_cast<wchar_t>(unit)) != 0; }
 bool isDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
 bool isWordPart(char16_t unit) { return IsCharAlphaNumericW(static_cast<wchar_t>(unit)) != 0; }
+bool separatesWords(char16_t unit) { return unit == u' ' || unit == 160 || (unit >= 9 && unit <= 14); }
 bool isBlank(char16_t unit) { return unit == u' ' || unit == u'\t' || unit == 160; }
 
 /// A code that counts its characters in Word's own code pages: ^nnn in the OEM one, ^0nnn in the ANSI one.
@@ -49,7 +50,6 @@ char16_t inCodePage(unsigned number, UINT page) {
 
 Pattern::Pattern(const Criteria& criteria) : criteria_(criteria) {
   std::u16string_view rest = criteria_.text;
-  if (rest.find(u' ') != std::u16string_view::npos) criteria_.wholeWord = false;
   while (!rest.empty()) {
     if (rest[0] == u'^') {
       rest.remove_prefix(1 + code(rest.substr(1)));
@@ -58,6 +58,10 @@ Pattern::Pattern(const Criteria& criteria) : criteria_(criteria) {
       rest.remove_prefix(1);
     }
   }
+  if (std::ranges::any_of(tokens_, [](const Token& token) {
+        return token.kind == Kind::blanks || (token.kind == Kind::unit && separatesWords(token.unit));
+      }))
+    criteria_.wholeWord = false;
 }
 
 std::size_t Pattern::code(std::u16string_view rest) {

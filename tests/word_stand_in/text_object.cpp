@@ -42,6 +42,26 @@ Value moveBoth(TextObject& object, const Arguments& arguments) {
   });
 }
 
+/// Where smart cutting is on, whole words go with the blank that would be left over.
+void takeLeftOverBlank(TextObject& object) {
+  const Span span = object.span();
+  if (!TextObject::world().smartCutPaste || span.empty()) return;
+  const std::u16string all = object.open().allText();
+  const auto at = [&](Position position) {
+    const bool inside = position >= 0 && position < static_cast<Position>(all.size());
+    return inside ? all[static_cast<std::size_t>(position)] : u'\r';
+  };
+  const auto isOfWord = [&](Position position) {
+    return IsCharAlphaNumericW(static_cast<wchar_t>(at(position))) != 0;
+  };
+  if (!isOfWord(span.from) || !isOfWord(span.to - 1)) return;
+  if (at(span.to) == u' ' && !isOfWord(span.from - 1)) {
+    object.place().set({span.from, span.to + 1});
+  } else if (at(span.from - 1) == u' ' && !isOfWord(span.to)) {
+    object.place().set({span.from - 1, span.to});
+  }
+}
+
 Value deleteUnits(TextObject& object, const Arguments& arguments) {
   OpenDocument& document = object.open();
   document.requireEditable();
@@ -53,6 +73,7 @@ Value deleteUnits(TextObject& object, const Arguments& arguments) {
     object.place().set({std::min(at, moved.position), std::max(at, moved.position)});
   }
   if (object.span().empty()) return 0;
+  takeLeftOverBlank(object);
   const Position before = document.length();
   document.replace(object.place(), {});
   return document.length() < before ? 1 : 0;
@@ -124,6 +145,8 @@ std::vector<Member> TextObject::common() {
                          [](auto& o, const auto&) -> Value { return o.open().visibleText(o.spoken()); }),
       member<TextObject>(Verb::put, u"Text", {text(u"Value")},
                          [](auto& o, const auto& a) -> Value {
+                           o.open().requireEditable();
+                           if (a.text(0).empty()) takeLeftOverBlank(o);
                            o.open().replace(o.place(), a.text(0));
                            return {};
                          }),

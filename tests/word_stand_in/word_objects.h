@@ -112,7 +112,7 @@ class TextObject : public WordObject {
 
   std::shared_ptr<OpenDocument> document_;
   std::unique_ptr<Place> own_;  ///< none for the selection, which is the document's
-  FindSettings find_;
+  FindSettings find_ = world().dialogFind;
 };
 
 /// The units of a range, so far as they are counted.

@@ -104,10 +104,14 @@ Sub Edits
   Expect "and is taken by the range behind it", begins.Text, "dog sat"
   cat.HighlightColorIndex = 7
   Expect "highlight", control.Highlights("one.txt"), "7:4-7"
+  word.Options.SmartCutPaste = False
   Expect "deleted", cat.Delete, 1
   Expect "collapsed", cat.Start & "-" & cat.End, "4-4"
   Expect "an insertion point deletes what lies behind it", cat.Delete, 1
   Expect "deleted", document.Range.Text, "The sat." & vbCr
+  word.Options.SmartCutPaste = True
+  document.Range(4, 7).Delete
+  Expect "deleted with the blank that would be left", document.Range.Text, "The." & vbCr
   document.Range.Delete
   Expect "the final mark stays", document.Range.Text, vbCr
   document.Range.InsertAfter "x" & vbCrLf & "y"

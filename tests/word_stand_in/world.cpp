@@ -134,6 +134,7 @@ void World::reset() {
   version = u"16.0";
   visible = true;
   screenUpdating = true;
+  smartCutPaste = true;
   undoRecord.clear();
   undoLevel = 0;
   dialogFind = {};

@@ -23,6 +23,7 @@ class World {
   std::u16string version = u"16.0";
   bool visible = true;
   bool screenUpdating = true;
+  bool smartCutPaste = true;
   std::map<std::int32_t, std::u16string> defaultPaths;
 
   /// What the user answers when Word asks; without an answer he cancels.
@@ -49,7 +50,7 @@ class World {
   std::u16string undoRecord;
   std::int32_t undoLevel = 0;
 
-  /// What the search dialog was last told; Selection.Find shares it.
+  /// What the search dialog was last told; Selection.Find shares it, and a range's begins with it.
   FindSettings dialogFind;
 
   std::int32_t majorVersion() const;

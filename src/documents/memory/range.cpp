@@ -1,5 +1,6 @@
 #include "range.h"
 
+#include "errors/text.h"
 #include "find.h"
 
 #include <algorithm>
@@ -82,7 +83,7 @@ std::int32_t MemoryRange::countOf(word::WdUnits unit) {
 
 Model& MemoryRange::editable(const std::u16string& newText) {
   Model& model = document_->model();
-  document_->requireEditable(Model::incoming(newText));
+  document_->requireEditable(errors::withParagraphMarks(newText));
   return model;
 }
 

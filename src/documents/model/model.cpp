@@ -1,6 +1,7 @@
 #include "model/model.h"
 
 #include "errors/fault.h"
+#include "errors/text.h"
 #include "model/edit_policy.h"
 #include "word/faults.h"
 
@@ -113,24 +114,8 @@ bool Model::isFieldMark(Position position) const {
   return unit >= text::kFieldBegin && unit <= text::kFieldEnd && structure_.valueAt(position).field != kNone;
 }
 
-std::u16string Model::incoming(std::u16string_view text) {
-  if (text.find(u'\n') == std::u16string_view::npos) return std::u16string(text);
-  std::u16string result;
-  result.reserve(text.size());
-  char16_t previous = 0;
-  for (const char16_t unit : text) {
-    if (unit != u'\n') {
-      result += unit;
-    } else if (previous != u'\r') {
-      result += text::kParagraphMark;
-    }
-    previous = unit;
-  }
-  return result;
-}
-
 Span Model::replace(Span span, std::u16string_view text, View view) {
-  const std::u16string newText = incoming(text);
+  const std::u16string newText = errors::withParagraphMarks(text);
   requireText(newText);
   requireRoom(length(), newText);
   const Removal removal = removalOf(*this, span, newText, view);
@@ -169,7 +154,7 @@ Span Model::insertBefore(Position position, std::u16string_view text) {
 Span Model::insertBehind(Position position, std::u16string_view text) { return insert(position, true, text); }
 
 Span Model::insert(Position position, bool behind, std::u16string_view text) {
-  const std::u16string newText = incoming(text);
+  const std::u16string newText = errors::withParagraphMarks(text);
   requireText(newText);
   requireRoom(length(), newText);
   if (newText.empty()) return {position, position};

@@ -79,13 +79,16 @@ class clsProcessFind {
   /// The folder in which the folder picker opens.
   void BrowseStart(std::u16string folder) { browseStart_ = std::move(folder); }
 
-  // One block at a time.
+  // One block at a time. All that such a pass changes is one step to undo; it ends where FindNextItem finds
+  // no other block, with the next InitializeFind, and with endPass.
   void InitializeFind();
   /// Finds the next block. True where there is one and each operation is to be confirmed: this serves
   /// confirming callers only.
   bool FindNextItem();
   void MakeChanges();
   void SkipChanges();
+  /// The user goes on with the pass no more.
+  void endPass();
   /// Adds the pass's line to the run summary, and unless quiet shows what the pass did.
   void ChangesSummary();
 

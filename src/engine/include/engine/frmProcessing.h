@@ -31,6 +31,7 @@ class frmProcessing final : public forms::Form {
   void cmdPerform_Click();
   void cmdSkip_Click();
   void showNextBlock();
+  void awaitDecision();
   /// Puts the next block, or that of a later file, before the user, or ends the run.
   void finish();
   bool startNextFile();

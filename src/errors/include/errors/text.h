@@ -20,6 +20,10 @@ std::int16_t toInteger(std::u16string_view text);
 /// The value as a 16-bit integer. Throws Fault kOverflow where it does not fit.
 std::int16_t narrow(std::int32_t value);
 
+/// With every line end as a word processor's one paragraph mark: a line feed, alone or behind a 13, is
+/// that 13.
+std::u16string withParagraphMarks(std::u16string_view text);
+
 /// UTF-8; lone surrogates become U+FFFD.
 std::string utf8(std::u16string_view text);
 /// From UTF-8; bytes that are none become U+FFFD.

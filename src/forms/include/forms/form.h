@@ -47,17 +47,10 @@ class Form {
   }
 
   bool Visible() const { return visible_; }
-  void Visible(bool value) {
-    if (visible_ == value) return;
-    visible_ = value;
-    host_.visibleChanged(*this);
-  }
-  /// Shows the form and returns when it was hidden.
-  void ShowModal() {
-    visible_ = true;
-    host_.runModal(*this);
-    visible_ = false;
-  }
+  /// Where the host throws, the form is hidden.
+  void Visible(bool value);
+  /// Shows the form and returns when it was hidden. Where the host throws, it is hidden.
+  void ShowModal();
   void Hide() { Visible(false); }
   void Repaint() { host_.repaint(*this); }
 

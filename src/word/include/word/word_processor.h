@@ -170,7 +170,7 @@ class Options {
   virtual std::u16string DefaultFilePath(WdDefaultFilePath kind) = 0;
 };
 
-/// A stretch of edits that belong together; it ends when this goes.
+/// Something the word processor does for a while: until this goes.
 class Batch {
  public:
   virtual ~Batch() = default;
@@ -186,12 +186,19 @@ class Application {
   virtual std::shared_ptr<word::Options> Options() = 0;
   /// What stands between the folders of a path.
   virtual std::u16string PathSeparator() = 0;
-  /// What is done until the result goes is one step for the user to undo and, unless it is to be seen, need
-  /// not be drawn, where the word processor has such. Throws nothing; null where it has nothing of the kind.
-  virtual std::unique_ptr<Batch> beginBatch(bool seen) {
+
+  // Each holds until its result goes and throws nothing; null where the word processor has nothing of the
+  // kind.
+  /// What is done meanwhile is one step for the user to undo.
+  virtual std::unique_ptr<Batch> beginUndoStep() { return nullptr; }
+  /// The word processor adds nothing of its own to what is edited meanwhile and, unless it is to be seen,
+  /// need not draw it.
+  virtual std::unique_ptr<Batch> beginEdits(bool seen) {
     static_cast<void>(seen);
     return nullptr;
   }
+  /// In the middle of edits the user is asked or told something: what was done so far is drawn.
+  virtual std::unique_ptr<Batch> showEdits() { return nullptr; }
 };
 
 }  // namespace pluvo::word

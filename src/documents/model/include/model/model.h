@@ -61,8 +61,7 @@ class Model {
   bool isCellMark(text::Position position) const;
   bool isFieldMark(text::Position position) const;
 
-  /// The text as an edit puts it in: CR LF and a lone LF are one paragraph mark.
-  static std::u16string incoming(std::u16string_view text);
+  // Every line end in text that is put in is one paragraph mark.
 
   /// Puts text in the place of a span, so far as the policy lets the span go, or deletes it (text empty). The
   /// text inherits from the first character replaced. Returns where the text stands now (empty: where the
