@@ -58,6 +58,9 @@ bool mustBeKept(std::string_view attribute) {
   return attribute.starts_with("user.") || attribute == "system.posix_acl_access";
 }
 
+/// Where a file without a name can be reached, for as long as it is open.
+std::string pathOf(Handle unnamed) { return "/proc/self/fd/" + std::to_string(unnamed); }
+
 std::vector<std::string> attributeNames(Handle file) {
   if (flistxattr(file, nullptr, 0) <= 0) return {};
   std::vector<char> list(std::size_t{64} * 1024);  // the most that Linux hands out
@@ -106,20 +109,15 @@ class MachineFileSystem final : public FileSystem {
   Handle createNew(const std::string& path) override {
     constexpr mode_t kOwnerOnly = 0600;
     return persist("open",
-                   [&] { return open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kOwnerOnly); });
+                   [&] { return open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, kOwnerOnly); });
   }
 
   Handle createUnnamed(const std::string& folder) override {
     constexpr mode_t kOwnerOnly = 0600;
-    const Handle file =
-        persist("open", [&] { return open(folder.c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, kOwnerOnly); });
-    // Without that folder it could neither be read nor named.
-    if (access(pathOf(file).c_str(), F_OK) == 0) return file;
-    ::close(file);
-    throw std::system_error(ENOTSUP, std::generic_category(), "open");
+    static const bool canBeNamed = access("/proc/self/fd", X_OK) == 0;
+    if (!canBeNamed) throw std::system_error(ENOTSUP, std::generic_category(), "open");
+    return persist("open", [&] { return open(folder.c_str(), O_RDWR | O_TMPFILE | O_CLOEXEC, kOwnerOnly); });
   }
-
-  std::string pathOf(Handle unnamed) override { return "/proc/self/fd/" + std::to_string(unnamed); }
 
   void giveName(Handle unnamed, const std::string& path) override {
     if (linkat(AT_FDCWD, pathOf(unnamed).c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW) != 0)
@@ -142,9 +140,9 @@ class MachineFileSystem final : public FileSystem {
     return statusOf(found);
   }
 
-  std::size_t read(Handle file, std::span<std::uint8_t> buffer) override {
-    return static_cast<std::size_t>(
-        persist("read", [&] { return ::read(file, buffer.data(), buffer.size()); }));
+  std::size_t read(Handle file, std::uint64_t offset, std::span<std::uint8_t> buffer) override {
+    return static_cast<std::size_t>(persist(
+        "pread", [&] { return pread(file, buffer.data(), buffer.size(), static_cast<off_t>(offset)); }));
   }
 
   Bytes map(Handle file, std::size_t size) override { return mapFile(file, size); }

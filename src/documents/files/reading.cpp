@@ -35,7 +35,7 @@ Bytes readWhole(FileSystem& system, Handle file, std::size_t size) {
   const std::span<std::uint8_t> all(bytes.get(), size);
   std::size_t filled = 0;
   while (filled < size) {
-    const std::size_t count = system.read(file, all.subspan(filled));
+    const std::size_t count = system.read(file, filled, all.subspan(filled));
     if (count == 0) throw changedMeanwhile();
     filled += count;
   }
@@ -45,17 +45,20 @@ Bytes readWhole(FileSystem& system, Handle file, std::size_t size) {
 
 }  // namespace
 
+FileContent readFile(FileSystem& system, Handle file) {
+  const FileStatus status = system.status(file);
+  requireRegular(status.kind);
+  const auto size = static_cast<std::size_t>(status.stamp.size);
+  Bytes bytes = size < kMappedFrom ? readWhole(system, file, size) : system.map(file, size);
+  if (system.status(file).stamp != status.stamp) throw changedMeanwhile();
+  return {std::move(bytes), status.stamp};
+}
+
 FileContent readFile(FileSystem& system, const std::string& path) {
   try {
     requireRegular(system.statusAt(path).kind);  // opening a device may already do something
     const OpenFile file(system, system.openToRead(path));
-    const FileStatus status = system.status(file.handle());
-    requireRegular(status.kind);
-    const auto size = static_cast<std::size_t>(status.stamp.size);
-    Bytes bytes =
-        size < kMappedFrom ? readWhole(system, file.handle(), size) : system.map(file.handle(), size);
-    if (system.status(file.handle()).stamp != status.stamp) throw changedMeanwhile();
-    return {std::move(bytes), status.stamp};
+    return readFile(system, file.handle());
   } catch (const std::system_error& failure) {
     throw readingFailed(failure);
   }

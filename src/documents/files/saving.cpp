@@ -39,8 +39,8 @@ void requireReplaceable(FileSystem& system, const std::string& real, const FileS
         "permissions, or save to another folder.");
 }
 
-void requireSameStamp(FileSystem& system, const std::string& real, const Stamp& opened) {
-  if (system.statusAt(real).stamp != opened)
+void requireSameStamp(const FileStatus& now, const Stamp& opened) {
+  if (now.stamp != opened)
     throw DocumentError(Problem::changed,
                         "Another program changed the file while it was open here; it was left as it is.",
                         "Run this again.");
@@ -58,7 +58,7 @@ Stamp writeVersion(FileSystem& system, TemporaryFile& file, const OpenFile* orig
   const Stamp modified = version.as ? version.as->stamp : system.status(file.handle()).stamp;
   system.setModified(file.handle(), modified.modifiedSeconds, modified.modifiedNanoseconds);
   output.startWriting();
-  const FileContent written = readFile(system, file.pathToRead());
+  const FileContent written = readFile(system, file.handle());
   version.check(written.bytes);
   return written.stamp;
 }
@@ -66,7 +66,11 @@ Stamp writeVersion(FileSystem& system, TemporaryFile& file, const OpenFile* orig
 void copyOriginal(FileSystem& system, Handle original, TemporaryFile& copy) {
   std::vector<std::uint8_t> buffer(std::size_t{1024} * 1024);
   FileOutput output(system, copy.handle());
-  while (const std::size_t count = system.read(original, buffer)) output.write(ByteSpan(buffer).first(count));
+  std::uint64_t copied = 0;
+  while (const std::size_t count = system.read(original, copied, buffer)) {
+    output.write(ByteSpan(buffer).first(count));
+    copied += count;
+  }
   output.finish();
   copy.takeAfter(original);
   copy.finish();
@@ -112,19 +116,20 @@ void requireNobodyElseSaves(FileSystem& system, Handle original) {
 /// Puts the version where the original is, which goes or is handed over.
 void putInPlace(FileSystem& system, TemporaryFile& version, const std::string& real, const Stamp& opened,
                 Keeping* keeping) {
-  requireSameStamp(system, real, opened);
+  requireSameStamp(system.statusAt(real), opened);
   if (keeping != nullptr && keeping->wantsFile()) {
     if (version.swap(real)) return keeping->take(version.path());
     keeping->copy();
-    requireSameStamp(system, real, opened);
+    requireSameStamp(system.statusAt(real), opened);
   }
   version.replace(real);
 }
 
 Saved replaceResolved(FileSystem& system, const std::string& real, const Stamp& opened,
                       const NewVersion& version, const std::optional<std::string>& backupSuffix) {
-  requireSameStamp(system, real, opened);
-  requireReplaceable(system, real, system.statusAt(real));
+  const FileStatus before = system.statusAt(real);
+  requireSameStamp(before, opened);
+  requireReplaceable(system, real, before);
   const OpenFile original(system, system.openToRead(real));
   requireNobodyElseSaves(system, original.handle());
   const std::string folder(folderPrefixOf(real));
@@ -138,13 +143,9 @@ Saved replaceResolved(FileSystem& system, const std::string& real, const Stamp& 
     moveToFirstFree(*backup, real + *backupSuffix);
     saved.backup = backup->path();
   }
-  std::optional<OpenFile> kept;
   std::unique_ptr<Keeping> keeping;
-  if (version.beforeReplacing) {
-    kept.emplace(system, system.openToRead(real));
-    keeping = version.beforeReplacing(
-        {real, kept->handle(), system.status(kept->handle()), saved.stamp, replacement.path()});
-  }
+  if (version.beforeReplacing)
+    keeping = version.beforeReplacing({real, original.handle(), before, saved.stamp, replacement.path()});
   if (version.beforeWaiting) version.beforeWaiting();
   replacement.flush();
   if (keeping) keeping->wait();
@@ -179,7 +180,7 @@ std::optional<DocumentError> obstacleToSaving(FileSystem& system, const std::str
 
 void requireUnchanged(FileSystem& system, const std::string& path, const Stamp& opened) {
   try {
-    requireSameStamp(system, path, opened);
+    requireSameStamp(system.statusAt(path), opened);
   } catch (const std::system_error& failure) {
     throw savingFailed(failure);
   }
@@ -206,7 +207,7 @@ Saved createFile(FileSystem& system, const std::string& path, const std::string&
     const Stamp stamp = writeVersion(system, file, &pattern, version);
     if (version.beforeWaiting) version.beforeWaiting();
     file.finish();
-    requireSameStamp(system, original, opened);
+    requireSameStamp(system.statusAt(original), opened);
     file.moveToFree(path);
     file.keep();
     flushFolder(system, path);

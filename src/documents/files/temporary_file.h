@@ -17,8 +17,6 @@ class TemporaryFile {
 
   /// Where it lies from the time it is flushed, renamed or not.
   const std::string& path() const { return path_; }
-  /// Where it can be opened meanwhile.
-  std::string pathToRead() const { return named_ ? path_ : system_.pathOf(handle()); }
   Handle handle() const { return file_.handle(); }
 
   /// Gives it the owner, permissions and attributes of another file.

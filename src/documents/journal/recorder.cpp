@@ -42,8 +42,10 @@ void writeAll(files::FileSystem& system, files::Handle file, files::ByteSpan byt
 
 void copyBytes(files::FileSystem& system, files::Handle from, files::Handle to) {
   std::vector<std::uint8_t> buffer(std::size_t{1024} * 1024);
-  while (const std::size_t count = system.read(from, buffer)) {
+  std::uint64_t copied = 0;
+  while (const std::size_t count = system.read(from, copied, buffer)) {
     writeAll(system, to, files::ByteSpan(buffer).first(count));
+    copied += count;
     system.startWriting(to);
   }
 }

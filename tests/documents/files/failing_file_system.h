@@ -28,13 +28,12 @@ class FailingFileSystem final : public FileSystem {
   Handle openToRead(const std::string& path) override { return count(), real_.openToRead(path); }
   Handle createNew(const std::string& path) override { return count(), real_.createNew(path); }
   Handle createUnnamed(const std::string& folder) override { return count(), real_.createUnnamed(folder); }
-  std::string pathOf(Handle unnamed) override { return real_.pathOf(unnamed); }
   void giveName(Handle unnamed, const std::string& path) override { count(), real_.giveName(unnamed, path); }
   Handle openFolder(const std::string& path) override { return count(), real_.openFolder(path); }
   Handle openToAppend(const std::string& path) override { return count(), real_.openToAppend(path); }
   FileStatus status(Handle file) override { return count(), real_.status(file); }
-  std::size_t read(Handle file, std::span<std::uint8_t> buffer) override {
-    return count(), real_.read(file, buffer.first(someOf(buffer.size())));
+  std::size_t read(Handle file, std::uint64_t offset, std::span<std::uint8_t> buffer) override {
+    return count(), real_.read(file, offset, buffer.first(someOf(buffer.size())));
   }
   Bytes map(Handle file, std::size_t size) override { return count(), real_.map(file, size); }
   std::size_t write(Handle file, ByteSpan bytes) override {

@@ -54,20 +54,19 @@ class FileSystem {
 
   /// Never waits for the other end of a pipe.
   virtual Handle openToRead(const std::string& path) = 0;
-  /// A new empty file that only its owner may read; the name must be free.
+  /// A new empty file that only its owner may read, to be written and read back; the name must be free.
   virtual Handle createNew(const std::string& path) = 0;
   /// The same without a name; it goes with its handle unless it is given one. Not every disk can do this.
   virtual Handle createUnnamed(const std::string& folder) = 0;
-  /// Where an unnamed file can be opened, for as long as its handle is.
-  virtual std::string pathOf(Handle unnamed) = 0;
   /// The name must be free.
   virtual void giveName(Handle unnamed, const std::string& path) = 0;
   virtual Handle openFolder(const std::string& path) = 0;
   /// A file that only its owner may read, made where there is none; what is written goes to its end.
   virtual Handle openToAppend(const std::string& path) = 0;
   virtual FileStatus status(Handle file) = 0;
-  /// Fills the front of the buffer and returns how much; 0 is the end of the file.
-  virtual std::size_t read(Handle file, std::span<std::uint8_t> buffer) = 0;
+  /// Fills the front of the buffer with the bytes from offset on and returns how many; 0 is the end of the
+  /// file.
+  virtual std::size_t read(Handle file, std::uint64_t offset, std::span<std::uint8_t> buffer) = 0;
   /// The first size bytes, as they are while the file stays as it is.
   virtual Bytes map(Handle file, std::size_t size) = 0;
   /// Writes the front of the bytes and returns how much.

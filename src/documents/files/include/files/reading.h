@@ -18,6 +18,8 @@ struct FileContent {
 /// Throws DocumentError: io for a missing file, a folder, a pipe and the like (which are not waited for), and
 /// for what cannot be read; changed for a file that somebody was writing while it was read.
 FileContent readFile(FileSystem& system, const std::string& path);
+/// The same of an open file; a call that fails is a std::system_error.
+FileContent readFile(FileSystem& system, Handle file);
 
 /// Files from this size on are mapped.
 inline constexpr std::uint64_t kMappedFrom = std::uint64_t{256} * 1024;

@@ -27,7 +27,7 @@ namespace pluvo::files {
 /// A document at the moment before its new version takes its place.
 struct Replacement {
   std::string path;       ///< without links
-  Handle original = 0;    ///< open for reading, at its beginning, as long as the Keeping
+  Handle original = 0;    ///< open for reading, as long as the Keeping
   FileStatus before;      ///< of the original
   Stamp after;            ///< of the new version, which is written but may not be on disk yet
   std::string temporary;  ///< where the new version lies, and for a moment the original when it is swapped
