@@ -22,7 +22,7 @@ std::vector<std::uint32_t> bordersOf(std::u16string_view units) {
   return borders;
 }
 
-Needle::NarrowForms formsOf(bool lineFeedIsMark, bool matchCase) {
+Needle::NarrowForms canonicalBytes(bool lineFeedIsMark, bool matchCase) {
   Needle::NarrowForms forms{};
   for (std::size_t byte = 0; byte < forms.size(); ++byte) {
     const bool isMark = lineFeedIsMark && byte == u'\n';
@@ -37,27 +37,36 @@ std::size_t rarity(char16_t unit) {
   return std::min(kCommonFirst.find(foldCase(unit)), kCommonFirst.size());
 }
 
+/// For each unit of a needle those that match it.
 template <class Unit>
-using Forms = std::vector<Unit>;
+using Forms = std::vector<std::vector<Unit>>;
 
-Forms<std::uint8_t> narrowFormsOf(char16_t unit, const Needle::NarrowForms& forms) {
-  Forms<std::uint8_t> bytes;
-  for (std::size_t byte = 0; byte < forms.size(); ++byte) {
-    if (forms[byte] == unit) bytes.push_back(static_cast<std::uint8_t>(byte));
+Forms<char16_t> wideFormsOf(std::u16string_view needle, bool matchCase) {
+  Forms<char16_t> forms;
+  forms.reserve(needle.size());
+  for (const char16_t unit : needle) {
+    const FoldVariants variants = matchCase ? FoldVariants{{unit}, 1} : foldVariants(unit);
+    forms.emplace_back(variants.units.begin(), variants.units.begin() + variants.count);
   }
-  return bytes;
+  return forms;
 }
 
-Forms<char16_t> wideFormsOf(char16_t unit, bool matchCase) {
-  if (matchCase) return {unit};
-  const FoldVariants variants = foldVariants(unit);
-  return {variants.units.begin(), variants.units.begin() + variants.count};
+Forms<std::uint8_t> narrowFormsOf(const Forms<char16_t>& wide, bool lineFeedIsMark) {
+  Forms<std::uint8_t> forms(wide.size());
+  for (std::size_t i = 0; i < wide.size(); ++i) {
+    for (const char16_t unit : wide[i]) {
+      if (unit < 0x100 && !(lineFeedIsMark && unit == u'\n'))
+        forms[i].push_back(static_cast<std::uint8_t>(unit));
+      if (lineFeedIsMark && unit == kParagraphMark) forms[i].push_back('\n');
+    }
+  }
+  return forms;
 }
 
 /// A test that all forms pass, or nothing when they have more than two values under every mask of one bit.
 template <class Unit>
-std::optional<Probe<Unit>> probeFor(const Forms<Unit>& forms, std::size_t offset) {
-  Forms<Unit> masks;
+std::optional<Probe<Unit>> probeFor(const std::vector<Unit>& forms, std::size_t offset) {
+  std::vector<Unit> masks;
   for (const Unit form : forms) {
     const auto difference = static_cast<Unit>(form ^ forms.front());
     if (difference != 0 && (difference & (difference - 1)) == 0) masks.push_back(difference);
@@ -81,8 +90,8 @@ std::optional<Probe<Unit>> probeFor(const Forms<Unit>& forms, std::size_t offset
 enum class Prefer { front, back };
 
 /// Tests the rarest unit that can be tested, not the one at offset except.
-template <class Unit, class FormsOf>
-std::optional<Probe<Unit>> rarestProbe(std::u16string_view units, FormsOf formsOf, Prefer prefer,
+template <class Unit>
+std::optional<Probe<Unit>> rarestProbe(std::u16string_view units, const Forms<Unit>& forms, Prefer prefer,
                                        std::size_t except) {
   std::optional<Probe<Unit>> best;
   for (std::size_t i = 0; i < units.size(); ++i) {
@@ -92,20 +101,19 @@ std::optional<Probe<Unit>> rarestProbe(std::u16string_view units, FormsOf formsO
       const std::size_t here = rarity(units[i]);
       if (here < known || (here == known && prefer == Prefer::front)) continue;
     }
-    if (const auto probe = probeFor(formsOf(units[i]), i)) best = probe;
+    if (const auto probe = probeFor(forms[i], i)) best = probe;
   }
   return best;
 }
 
-template <class Unit, class FormsOf>
-Shape<Unit> shapeOf(std::u16string_view units, FormsOf formsOf) {
+template <class Unit>
+Shape<Unit> shapeOf(std::u16string_view units, const Forms<Unit>& forms) {
   Shape<Unit> shape;
-  shape.impossible =
-      std::any_of(units.begin(), units.end(), [&](char16_t unit) { return formsOf(unit).empty(); });
+  shape.impossible = std::any_of(forms.begin(), forms.end(), [](const auto& each) { return each.empty(); });
   if (shape.impossible) return shape;
-  const auto first = rarestProbe<Unit>(units, formsOf, Prefer::front, units.size());
+  const auto first = rarestProbe(units, forms, Prefer::front, units.size());
   if (!first) return shape;
-  const auto second = rarestProbe<Unit>(units, formsOf, Prefer::back, first->offset);
+  const auto second = rarestProbe(units, forms, Prefer::back, first->offset);
   shape.probes = ProbePair<Unit>{*first, second.value_or(*first)};
   return shape;
 }
@@ -116,13 +124,12 @@ Needle::Needle(std::u16string_view text, bool matchCase) : matchCase_(matchCase)
   for (char16_t& unit : units_) unit = canonical(unit, matchCase);
   borders_ = bordersOf(units_);
   const std::u16string_view probed = std::u16string_view(units_).substr(0, kProbed);
+  const Forms<char16_t> forms = wideFormsOf(probed, matchCase);
   for (const bool lineFeedIsMark : {false, true}) {
-    auto& forms = narrowForms_[lineFeedIsMark ? 1 : 0];
-    forms = formsOf(lineFeedIsMark, matchCase);
-    narrow_[lineFeedIsMark ? 1 : 0] =
-        shapeOf<std::uint8_t>(probed, [&](char16_t unit) { return narrowFormsOf(unit, forms); });
+    narrowForms_[lineFeedIsMark ? 1 : 0] = canonicalBytes(lineFeedIsMark, matchCase);
+    narrow_[lineFeedIsMark ? 1 : 0] = shapeOf(probed, narrowFormsOf(forms, lineFeedIsMark));
   }
-  wide_ = shapeOf<char16_t>(probed, [&](char16_t unit) { return wideFormsOf(unit, matchCase); });
+  wide_ = shapeOf(probed, forms);
 }
 
 }  // namespace pluvo::text
