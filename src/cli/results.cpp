@@ -5,7 +5,7 @@
 namespace pluvo::cli {
 namespace {
 
-constexpr std::size_t kAheadForEachJob = 16;
+constexpr std::size_t kAheadForEachJob = 64;
 constexpr std::size_t kMostBlocks = 1000;
 
 }  // namespace
