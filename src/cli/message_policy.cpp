@@ -33,6 +33,7 @@ forms::Answer RunBoxes::answerAboutBlock() {
     case Answer::stop:
       break;
   }
+  watcher_->passBy();
   passedBy_ = true;
   return forms::Answer::cancel;
 }

@@ -19,7 +19,7 @@ class RunBoxes final : public forms::MessageBoxes {
       : path_(path), interviewer_(interviewer), prompts_(prompts) {}
 
   /// The pass that is going on; none between passes.
-  void watch(const PassWatcher* watcher) { watcher_ = watcher; }
+  void watch(PassWatcher* watcher) { watcher_ = watcher; }
   /// Whether the person wants no more of this document.
   bool passedBy() const { return passedBy_; }
   /// Whether no password was the document's.
@@ -35,7 +35,7 @@ class RunBoxes final : public forms::MessageBoxes {
   const std::string& path_;
   Interviewer* interviewer_;
   const PromptAnswers& prompts_;
-  const PassWatcher* watcher_ = nullptr;
+  PassWatcher* watcher_ = nullptr;
   bool passedBy_ = false;
   bool passwordWrong_ = false;
 };

@@ -68,13 +68,16 @@ engine::PassObserver::Answer PassWatcher::operated(const engine::Block& block, c
 }
 
 engine::PassObserver::Answer PassWatcher::skipped(const engine::Block& block) {
-  ++outcome_.skipped;
   if (looks()) leave(block);
-  if (blocks_) {
-    current_.skipped = true;
-    blocks_(current_);
-  }
+  passBy();
   return Answer::goOn;
+}
+
+void PassWatcher::passBy() {
+  ++outcome_.skipped;
+  if (!blocks_) return;
+  current_.skipped = true;
+  blocks_(current_);
 }
 
 bool PassWatcher::looks() const { return blocks_ != nullptr || around_.interviewer != nullptr; }

@@ -123,13 +123,21 @@ class Run {
 
   ExitStatus all() {
     const Interrupt interrupt(plan_.confirm);
-    work();
+    try {
+      work();
+    } catch (const std::exception&) {
+      leaveTheRest("Stopped");
+      throw;
+    }
     for (const LeftOut& each : listing_.leftOut) printer_->leftOut(each);
     progress_.end(totals_);
     printer_->end(totals_);
     flushOut();
     if (recorder_ && recorder_->notKept() > 0) sayNotKept();
-    if (Interrupt::requested()) return leaveTheRest();
+    if (Interrupt::requested()) {
+      leaveTheRest("Interrupted");
+      return kFailed;
+    }
     if (totals_.failed > 0) return kFailed;
     return totals_.found > 0 ? kFound : kNoneFound;
   }
@@ -201,19 +209,15 @@ class Run {
             "more than 4 GiB.");
   }
 
-  ExitStatus leaveTheRest() const {
+  void leaveTheRest(const std::string& how) const {
     const std::size_t left = listing_.documents.size() - results_.handedOut();
-    if (left == 0) {
-      sayError("Interrupted; all documents were worked on.");
-      return kFailed;
-    }
+    if (left == 0) return sayError(how + "; all documents were worked on.");
     const std::string list = writeUnfinished(system_, listing_.documents, results_.handedOut());
     sayError(
-        "Interrupted; " + counted(static_cast<std::int64_t>(left), "document") +
+        how + "; " + counted(static_cast<std::int64_t>(left), "document") +
         " of the run were not opened. To go on with them, give the same command with these in the place of "
         "the documents: --null --files-from " +
         list);
-    return kFailed;
   }
 
   const Plan& plan_;

@@ -3,6 +3,7 @@
 #include "main_window.h"
 #include "recent.h"
 
+#include <QApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QMessageBox>

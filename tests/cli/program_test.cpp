@@ -225,11 +225,11 @@ TEST(Program, AsksBeforeEachChange) {
   ::unsetenv("TERM");
   const std::vector<Answers> answers = {
       {"y\nn\ny\ny\n", "z y z\n", "z\n", R"("found":4,"operated":3,"skipped":1)"},
-      {"y\ns\ny\n", "z y y\n", "z\n", R"("found":3,"operated":2,"skipped":0)"},
+      {"y\ns\ny\n", "z y y\n", "z\n", R"("found":3,"operated":2,"skipped":1)"},
       {"n\na\n", "y z z\n", "z\n", R"("found":4,"operated":3,"skipped":1)"},
-      {"Y\nmaybe\n\nq\n", "z y y\n", "y\n", R"("found":2,"operated":1,"skipped":0)"},
+      {"Y\nmaybe\n\nq\n", "z y y\n", "y\n", R"("found":2,"operated":1,"skipped":1)"},
       {"n\nn\nn\nn\n", "y y y\n", "y\n", R"("found":4,"operated":0,"skipped":4)"},
-      {"\x04", "y y y\n", "y\n", R"("found":1,"operated":0,"skipped":0)"},
+      {"\x04", "y y y\n", "y\n", R"("found":1,"operated":0,"skipped":1)"},
   };
   for (const Answers& each : answers) {
     const Sandbox sandbox;

@@ -1,5 +1,6 @@
 #include "report/report_file.h"
 
+#include "files/problem.h"
 #include "printer.h"
 #include "usage_error.h"
 
@@ -10,21 +11,9 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
-#include <system_error>
 #include <utility>
 
 namespace pluvo::cli {
-namespace {
-
-void require(bool good) {
-  if (!good) throw std::system_error(errno, std::generic_category());
-}
-
-void writeTo(std::FILE* file, std::string_view text) {
-  require(std::fwrite(text.data(), 1, text.size(), file) == text.size());
-}
-
-}  // namespace
 
 ReportFile::ReportFile(std::string path) : path_(std::move(path)), temporary_(path_ + ".XXXXXX") {
   struct stat found = {};
@@ -48,6 +37,16 @@ ReportFile::ReportFile(std::string path) : path_(std::move(path)), temporary_(pa
 
 ReportFile::~ReportFile() {
   if (file_) unlink(temporary_.c_str());
+}
+
+void ReportFile::require(bool good) const {
+  if (good) return;
+  throw files::DocumentError(files::Problem::io, "The report " + shownPath(path_) +
+                                                     " cannot be written: " + std::strerror(errno) + ".");
+}
+
+void ReportFile::writeTo(std::FILE* file, std::string_view text) const {
+  require(std::fwrite(text.data(), 1, text.size(), file) == text.size());
 }
 
 void ReportFile::addLater(std::string_view text) { writeTo(later_.get(), text); }

@@ -17,7 +17,7 @@ class ReportFile {
   ReportFile& operator=(const ReportFile&) = delete;
   ~ReportFile();
 
-  /// Adds to the part that comes last. A failure to write is a std::system_error.
+  /// Adds to the part that comes last. A failure to write, here and below, is a DocumentError (io).
   void addLater(std::string_view text);
   /// Writes the beginning, what was added, and the end, and gives the file its name.
   void finish(std::string_view beginning, std::string_view end);
@@ -27,6 +27,9 @@ class ReportFile {
     void operator()(std::FILE* file) const { std::fclose(file); }
   };
   using File = std::unique_ptr<std::FILE, Close>;
+
+  void require(bool good) const;
+  void writeTo(std::FILE* file, std::string_view text) const;
 
   std::string path_;
   std::string temporary_;
