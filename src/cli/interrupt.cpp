@@ -1,16 +1,19 @@
 #include "interrupt.h"
 
+#include <atomic>
+
 namespace pluvo::cli {
 namespace {
 
-volatile std::sig_atomic_t noted = 0;
+std::atomic<bool> noted = false;
+static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler writes it");
 
-extern "C" void noteInterrupt(int /*signal*/) { noted = 1; }
+extern "C" void noteInterrupt(int /*signal*/) { noted = true; }
 
 }  // namespace
 
 Interrupt::Interrupt(bool endsReading) {
-  noted = 0;
+  noted = false;
   struct sigaction action = {};
   action.sa_handler = noteInterrupt;
   action.sa_flags = static_cast<int>(SA_RESETHAND) | (endsReading ? 0 : SA_RESTART);
@@ -30,6 +33,6 @@ Interrupt::~Interrupt() {
   sigaction(SIGHUP, &forLoss_, nullptr);
 }
 
-bool Interrupt::requested() { return noted != 0; }
+bool Interrupt::requested() { return noted; }
 
 }  // namespace pluvo::cli
