@@ -157,7 +157,7 @@ TEST(Folder, TellsOfEveryKindOfFileAndTakesItAllBack) {
   const Sandbox sandbox;
   fillWithEverything(sandbox);
   const State before = stateOf(sandbox);
-  const Result run = sandbox.run(kReplace + Words{"-r", ".", "--json", "--report", "../r.json"});
+  const Result run = sandbox.run(kReplace + Words{"-r", ".", "--json", "--report", sandbox.beside("r.json")});
   const Result report = sandbox.run({"find", "-b", "x", "--files-from", "/dev/null"});
   EXPECT_EQ(report.status, 1);
   EXPECT_EQ(run.status, 2);
@@ -184,12 +184,11 @@ TEST(Folder, TellsOfEveryKindOfFileAndTakesItAllBack) {
   EXPECT_EQ(sandbox.read("line\nfeed.txt"), "final\n");
   EXPECT_EQ(sandbox.read("sub/good.txt"), "a final\r\n");
 
-  const std::string page = sandbox.read("../r.json");
+  const std::string page = sandbox.read(sandbox.beside("r.json"));
   EXPECT_THAT(page, HasSubstr(R"({"file":"./picture.jpg","reason":"kind not asked for"})"));
   EXPECT_THAT(
       page,
       HasSubstr(R"("before":{"lead":"a ","text":"draft","trail":""},"after":{"lead":"a ","text":"final")"));
-  fs::remove(sandbox.path("../r.json"));
 
   EXPECT_THAT(sandbox.run({"undo", "--list"}).out, HasSubstr("12 documents"));
   const Result undo = sandbox.run({"undo"});
@@ -246,6 +245,15 @@ TEST(Undo, LeavesWhatWasChangedSince) {
   EXPECT_EQ(sandbox.read("b.txt"), "draft\n");
   sandbox.run(kReplace + Words{"b.txt", "--no-journal"});
   EXPECT_THAT(lines(sandbox.run({"undo", "--list"}).out).size(), 2U);
+
+  sandbox.write("a.txt", "draft\n");
+  sandbox.run(kReplace + Words{"a.txt"});
+  sandbox.run({"replace", "-b", "final", "-t", "last", "a.txt"});
+  const Words runs = lines(sandbox.run({"undo", "--list"}).out);
+  const auto nameIn = [&](std::size_t line) { return runs.at(line).substr(0, runs.at(line).find(' ')); };
+  EXPECT_THAT(sandbox.run({"undo", nameIn(2)}).err, HasSubstr(nameIn(4) + " changed the document after"));
+  EXPECT_EQ(sandbox.run({"undo"}).status + sandbox.run({"undo", nameIn(2)}).status, 0);
+  EXPECT_EQ(sandbox.read("a.txt"), "draft\n");
 }
 
 /// Sixteen documents to be cut off in.
@@ -359,12 +367,13 @@ TEST(Report, EscapesWhatDocumentsAndNamesHold) {
   sandbox.write("<b>&.txt", "x =HYPERLINK(\"u\")<script> y\n");
   sandbox.write("bad\xFF.txt", "none\n");
   const Words request = {"replace", "-b", "=HYPERLINK", "-e", "<script>", "-t", "@safe", "-r", ".", "-n"};
-  for (const char* const name : {"../r.html", "../r.csv"}) sandbox.run(request + Words{"--report", name});
-  EXPECT_THAT(
-      sandbox.read("../r.html"),
-      AllOf(HasSubstr("<del>=HYPERLINK(&quot;u&quot;)&lt;script&gt;</del>"), HasSubstr("<ins>@safe</ins>"),
-            HasSubstr("./&lt;b&gt;&amp;.txt"), HasSubstr("./bad\xEF\xBF\xBD.txt")));
-  EXPECT_THAT(sandbox.read("../r.csv"), HasSubstr(R"(,1,"x ","'=HYPERLINK(""u"")<script>","'@safe"," y",)"));
+  const std::string html = sandbox.beside("r.html");
+  const std::string csv = sandbox.beside("r.csv");
+  for (const std::string& name : {html, csv}) sandbox.run(request + Words{"--report", name});
+  EXPECT_THAT(sandbox.read(html), AllOf(HasSubstr("<del>=HYPERLINK(&quot;u&quot;)&lt;script&gt;</del>"),
+                                        HasSubstr("<ins>@safe</ins>"), HasSubstr("./&lt;b&gt;&amp;.txt"),
+                                        HasSubstr("./bad\xEF\xBF\xBD.txt")));
+  EXPECT_THAT(sandbox.read(csv), HasSubstr(R"(,1,"x ","'=HYPERLINK(""u"")<script>","'@safe"," y",)"));
   EXPECT_EQ(sandbox.run(request + Words{"--report", "r.pdf"}).status, 2);
   EXPECT_THAT(sandbox.names(), ElementsAre("<b>&.txt", "bad\xFF.txt"));
 }

@@ -53,6 +53,10 @@ Sandbox::~Sandbox() {
   std::filesystem::remove_all(streams_, ignored);
 }
 
+std::string Sandbox::beside(const std::string& name) const {
+  return "../" + std::filesystem::path(streams_).filename().string() + "/" + name;
+}
+
 void Sandbox::write(const std::string& name, const std::string& bytes) const {
   std::filesystem::create_directories(std::filesystem::path(path(name)).parent_path());
   std::ofstream(path(name), std::ios::binary) << bytes;

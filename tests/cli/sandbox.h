@@ -27,6 +27,8 @@ class Sandbox {
   void write(const std::string& name, const std::string& bytes) const;
   std::string read(const std::string& name) const;
   std::string path(const std::string& name) const { return folder_ + "/" + name; }
+  /// A name, as the program sees it, of a file beside the folder.
+  std::string beside(const std::string& name) const;
   /// Where the program keeps its state.
   std::string statePath(const std::string& name) const { return streams_ + "/state/" + name; }
   std::vector<std::string> names() const;

@@ -3,7 +3,10 @@
 #include "run_folder.h"
 
 #include <algorithm>
+#include <map>
+#include <optional>
 #include <system_error>
+#include <utility>
 
 namespace pluvo::journal {
 
@@ -53,7 +56,47 @@ void removeIfPossible(files::FileSystem& system, const std::string& path) {
   }
 }
 
-Undone undoOne(files::FileSystem& system, const Record& record, const std::string& run) {
+/// Which run a document was left by; read when it is first asked for.
+class Changes {
+ public:
+  Changes(files::FileSystem& system, std::string folder) : system_(system), folder_(std::move(folder)) {}
+
+  /// The run after which the document was as it is found; empty where none is known.
+  std::string lastRunOn(const std::string& document, const files::Stamp& found) {
+    if (!byDocument_) read();
+    const auto [from, to] = byDocument_->equal_range(document);
+    const auto change =
+        std::find_if(from, to, [&](const auto& each) { return isVersion(found, each.second.first); });
+    return change != to ? change->second.second : std::string();
+  }
+
+ private:
+  void read() {
+    byDocument_.emplace();
+    for (const std::string& run : runNames(system_, folder_)) {
+      for (Record& record : recordsIn(system_, pathIn(folder_, run))) {
+        if (record.kind == Record::Kind::kept)
+          byDocument_->emplace(std::move(record.text), std::pair(record.after, run));
+      }
+    }
+  }
+
+  files::FileSystem& system_;
+  std::string folder_;
+  std::optional<std::multimap<std::string, std::pair<files::Stamp, std::string>>> byDocument_;
+};
+
+DocumentError changedSince(const std::string& laterRun, const std::string& original) {
+  if (!laterRun.empty())
+    return {Problem::changed, "The run " + laterRun +
+                                  " changed the document after this one, so it was left as it is; take that "
+                                  "run back first, then this one again."};
+  return {Problem::changed,
+          "The document was changed after the run, so it was left as it is; its original is kept as \"" +
+              original + "\"."};
+}
+
+Undone undoOne(files::FileSystem& system, const Record& record, const std::string& run, Changes& changes) {
   Undone undone{record.text};
   try {
     const files::Stamp found = system.statusAt(record.text).stamp;
@@ -64,10 +107,7 @@ Undone undoOne(files::FileSystem& system, const Record& record, const std::strin
     } else if (isVersion(found, record.before.stamp)) {
       undone.outcome = Outcome::asBefore;
     } else {
-      throw DocumentError(Problem::changed,
-                          "The document was changed after the run, so it was left as it is; its original is "
-                          "kept as \"" +
-                              originalOf(system, record, run) + "\".");
+      throw changedSince(changes.lastRunOn(record.text, found), originalOf(system, record, run));
     }
   } catch (const DocumentError& problem) {
     undone.outcome = Outcome::failed;
@@ -130,10 +170,11 @@ void undo(files::FileSystem& system, const std::string& folder, const std::strin
     if (lock == nullptr)
       throw DocumentError(Problem::locked, "The run is still going on; wait for its end, or interrupt it.");
     const std::vector<Record> records = recordsIn(system, path);
+    Changes changes(system, folder);
     bool whole = true;
     for (auto record = records.rbegin(); record != records.rend(); ++record) {
       if (record->kind != Record::Kind::kept) continue;
-      const Undone undone = undoOne(system, *record, path);
+      const Undone undone = undoOne(system, *record, path, changes);
       whole &= undone.outcome != Outcome::failed;
       report(undone);
     }
