@@ -20,7 +20,7 @@ inline constexpr std::string_view kReportHead = R"html(<!DOCTYPE html>
 <style>
 :root { color-scheme: light dark; --ink: #1b1b1f; --soft: #55555f; --paper: #fff; --panel: #f4f4f7; --line: #c9c9d2;
   --old: #8c1d18; --oldpaper: #fdecea; --new: #0b5a2b; --newpaper: #e3f5e9; --mark: #ffe680; --bad: #8c1d18; --focus: #1f5fbf; }
-@media (prefers-color-scheme: dark) { :root { --ink: #ececf1; --soft: #b4b4c0; --paper: #17171b; --panel: #222229;
+@media screen and (prefers-color-scheme: dark) { :root { --ink: #ececf1; --soft: #b4b4c0; --paper: #17171b; --panel: #222229;
   --line: #4a4a56; --old: #ffb4ab; --oldpaper: #4a1512; --new: #9be2b4; --newpaper: #0f3b20; --mark: #6b5a00; --bad: #ffb4ab; --focus: #8ab4f8; } }
 * { box-sizing: border-box; }
 body { margin: 0 auto; max-width: 72rem; padding: 1.5rem; font: 1.0625rem/1.55 system-ui, "Segoe UI", "DejaVu Sans", sans-serif;
@@ -55,7 +55,8 @@ mark { color: inherit; background: var(--mark); text-decoration: underline dotte
   td:first-child { min-width: 0; font-weight: 600; } td[data-name] { display: inline-block; margin-right: 1.25rem; }
   td[data-name]::before { content: attr(data-name) " "; color: var(--soft); } }
 @media print { :root { font-size: 75%; } body { max-width: none; padding: 0; font-size: 10pt; } nav { display: none; } details { border: 0; break-inside: auto; }
-  li { break-inside: avoid; content-visibility: visible; } summary { break-after: avoid; list-style: none; } }
+  dl.totals { gap: .5rem 1.25rem; } h2, summary { break-after: avoid; } summary { list-style: none; padding-left: 0; } ol { padding: 0; } tr, li { break-inside: avoid; }
+  li { content-visibility: visible; } del, ins, mark { print-color-adjust: exact; -webkit-print-color-adjust: exact; } }
 </style>
 </head>
 <body>
