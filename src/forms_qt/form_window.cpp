@@ -97,6 +97,9 @@ void FormWindow::build() {
   } else {
     frame_ = new Frame(*this, host_.owner_);
     frame_->setObjectName(qt(form_.Name()));
+    // A dialog is neither put away nor made as large as the screen.
+    frame_->setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                           Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
     panel_ = new PagePanel(form_.controls(), doings_, frame_);
     auto* layout = new QVBoxLayout(frame_);
     layout->setContentsMargins(0, 0, 0, 0);

@@ -40,11 +40,15 @@ BlockLayout::BlockLayout(const model::Model& model, Span block, bool isRow, text
   if (isRow) {
     std::int32_t table = model.structure().valueAt(block.to - 1).table;
     bottom = addRow(block, table, {0, width}, 0, 0);
+    const bool isLast = block.to == model.length() || model.structure().valueAt(block.to).table != table;
+    if (isLast) bottom += gapBelow();
   } else {
     bottom = addParagraph(block, {0, width}, 0);
   }
   height_ = static_cast<int>(std::ceil(bottom));
 }
+
+qreal BlockLayout::gapBelow() const { return QFontMetricsF(looks_.font).height() * 0.4; }
 
 /// Returns where the next thing goes.
 qreal BlockLayout::addParagraph(Span span, Column column, qreal top) {
@@ -62,6 +66,9 @@ qreal BlockLayout::addParagraph(Span span, Column column, qreal top) {
   layout->setTextOption(optionOf(look, look.rightToLeft || byText, font));
   layout->setFormats(looks_.formats(model_, shown, look));
   const QFontMetricsF metrics(font);
+  const qreal indent = look.heading == 0 ? look.listLevel * metrics.averageCharWidth() * 3 : 0;
+  column.width -= indent;
+  if (!look.rightToLeft) column.left += indent;
   if (look.heading != 0) top += metrics.height() * 0.5;
   qreal height = 0;
   layout->beginLayout();
@@ -73,9 +80,24 @@ qreal BlockLayout::addParagraph(Span span, Column column, qreal top) {
   }
   layout->endLayout();
   const QRectF rect(column.left, top, column.width, height);
-  fragments_.push_back({span, std::move(shown), std::move(layout), rect.topLeft(), rect});
-  const qreal gap = hasMark ? QFontMetricsF(looks_.font).height() * 0.4 : 0;
-  return top + height + gap;
+  const bool isItem = indent > 0;
+  fragments_.push_back({span, std::move(shown), std::move(layout), rect.topLeft(), rect, isItem});
+  return top + height + (hasMark ? gapBelow() : 0);
+}
+
+/// As the document has them, so far as it tells of every cell; the row takes all the room there is.
+std::vector<qreal> BlockLayout::widthsOf(const std::vector<Span>& cells, qreal room) const {
+  std::vector<qreal> widths;
+  qreal all = 0;
+  bool told = true;
+  for (const Span& cell : cells) {
+    widths.push_back(looks_.of(model_, cell.to - 1).cellWidth);
+    told = told && widths.back() > 0;
+    all += widths.back();
+  }
+  for (qreal& width : widths)
+    width = std::max(told ? room * width / all : room / static_cast<qreal>(cells.size()), kNarrowest);
+  return widths;
 }
 
 qreal BlockLayout::addRow(Span row, std::int32_t table, Column column, qreal top, int depth) {
@@ -90,13 +112,14 @@ qreal BlockLayout::addRow(Span row, std::int32_t table, Column column, qreal top
     }
   }
   if (cells.empty()) cells.push_back({row.from, row.to});
-  const qreal width = std::max(column.width / static_cast<qreal>(cells.size()), kNarrowest);
+  const std::vector<qreal> widths = widthsOf(cells, column.width);
+  qreal left = column.left;
   qreal bottom = top;
   const std::size_t firstBorder = cells_.size();
   for (std::size_t i = 0; i < cells.size(); ++i) {
-    const qreal left = column.left + width * static_cast<qreal>(i);
-    cells_.emplace_back(left, top, width, 0);
-    const Column inner{left + kCellPadding, std::max(width - 2 * kCellPadding, kNarrowest)};
+    cells_.emplace_back(left, top, widths[i], 0);
+    const Column inner{left + kCellPadding, std::max(widths[i] - 2 * kCellPadding, kNarrowest)};
+    left += widths[i];
     bottom = std::max(bottom, addCell(cells[i], table, inner, top + kCellPadding * 0.7, depth));
   }
   std::size_t border = firstBorder;
@@ -147,6 +170,7 @@ void BlockLayout::paint(QPainter& painter, QPointF at, const QRectF& clip, Span 
   painter.setPen(palette.color(QPalette::Text));
   for (const Fragment& fragment : fragments_) {
     if (!fragment.rect.translated(at).adjusted(0, 0, 0, 1).intersects(clip)) continue;
+    if (fragment.isItem) paintItemMark(painter, fragment, at, palette);
     QList<QTextLayout::FormatRange> chosen;
     const int from = fragment.shown.shown(selection.from);
     const int to = selection.to >= fragment.span.to ? static_cast<int>(fragment.shown.text().size())
@@ -167,6 +191,19 @@ void BlockLayout::paint(QPainter& painter, QPointF at, const QRectF& clip, Span 
           palette.brush(QPalette::Active, QPalette::Highlight));
     }
   }
+}
+
+/// A dash before an item of a list, whatever its number or bullet is.
+void BlockLayout::paintItemMark(QPainter& painter, const Fragment& fragment, QPointF at,
+                                const QPalette& palette) {
+  if (fragment.layout->lineCount() == 0) return;
+  const QFontMetricsF metrics(fragment.layout->font());
+  const qreal step = metrics.averageCharWidth() * 2;
+  const bool rightToLeft = fragment.layout->textOption().textDirection() == Qt::RightToLeft;
+  const qreal x = rightToLeft ? fragment.rect.right() + step / 2 : fragment.rect.left() - step;
+  const qreal y = fragment.rect.top() + fragment.layout->lineAt(0).ascent() - metrics.strikeOutPos();
+  painter.fillRect(QRectF(x, y, step / 2, std::max(metrics.lineWidth(), 1.0)).translated(at),
+                   palette.color(QPalette::PlaceholderText));
 }
 
 Position BlockLayout::lastOf(const Fragment& fragment) {

@@ -53,6 +53,7 @@ class BlockLayout {
     std::unique_ptr<QTextLayout> layout;
     QPointF at;
     QRectF rect;
+    bool isItem = false;  ///< of a list
   };
   struct Column {
     qreal left = 0;
@@ -64,6 +65,9 @@ class BlockLayout {
   const Fragment& fragmentNear(QPointF point) const;
   static Position lastOf(const Fragment& fragment);
 
+  static void paintItemMark(QPainter& painter, const Fragment& fragment, QPointF at, const QPalette& palette);
+  qreal gapBelow() const;
+  std::vector<qreal> widthsOf(const std::vector<Span>& cells, qreal room) const;
   qreal addParagraph(Span span, Column column, qreal top);
   qreal addCell(Span cell, std::int32_t table, Column column, qreal top, int depth);
   qreal addRow(Span row, std::int32_t table, Column column, qreal top, int depth);

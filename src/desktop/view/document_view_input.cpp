@@ -16,12 +16,6 @@
 /// What the user does in a document view: moving the insertion point and selecting, by key and by mouse.
 namespace pluvo::view {
 
-namespace {
-
-constexpr int kTopMargin = 24;
-
-}  // namespace
-
 // Places.
 
 DocumentView::Place DocumentView::placeOf(Position position) {
@@ -121,6 +115,7 @@ void DocumentView::select(Position anchor, Position caret) {
   selectingByUser_ = true;
   document_->select({std::min(anchor, caret), std::max(anchor, caret)});
   selectingByUser_ = false;
+  tellSelection();
   caretOn_ = true;
   viewport()->update();
 }

@@ -70,6 +70,24 @@ int ShownText::shown(Position position) const {
   return static_cast<int>(text_.size());
 }
 
+QString spokenText(const model::Model& model, Span span, text::View view) {
+  constexpr char16_t kNoWidth = 0x200B;
+  QString spoken(span.length(), QChar(kNoWidth));
+  text::forEachVisibleStretch(
+      model.text(), model.visibility(), view, span.from, span.to,
+      [&](Position at, const text::Stretch& stretch) {
+        for (Position i = 0; i < stretch.length; ++i) {
+          const char16_t glyph = glyphOf(stretch[i]);
+          const bool ends = model.endsParagraph(at + i);
+          const bool endsCell = ends && stretch[i] == text::kCellMark;
+          const bool isTab = endsCell && !model.isRowMark(at + i);
+          spoken[at + i - span.from] = QChar(isTab ? u'\t' : ends || glyph == 0x2028 ? u'\n' : glyph);
+        }
+        return true;
+      });
+  return spoken;
+}
+
 QString copiedText(const model::Model& model, Span span, text::View view) {
   QString copied;
   text::forEachVisibleStretch(

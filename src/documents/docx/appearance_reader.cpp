@@ -1,9 +1,11 @@
 #include "appearance_reader.h"
 
 #include "body_walker.h"
+#include "table_columns.h"
 
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 namespace pluvo::docx {
 
@@ -27,12 +29,24 @@ class AppearanceReader : public BodyEvents {
   }
 
   void open(const Tag& tag) override {
+    const std::string_view behind = part_.substr(tag.empty ? part_.size() : tag.extent.end);
+    if (tag.name == Name::tbl) tables_.push_back({TableColumns(behind), 0});
+    if (!tables_.empty() && tag.name == Name::tr) tables_.back().columns.beginRow(behind);
+    if (!tables_.empty() && tag.name == Name::tc) {
+      tables_.back().cellWidth = tables_.back().columns.cellWidth(behind);
+      change({});
+    }
     if (tag.name == Name::p) change(paragraph_ = paragraphLook({}));
     if (tag.name == Name::r) change(paragraph_);
   }
   void close(const Tag& tag, Extent) override {
     if (tag.name == Name::r) change(paragraph_);
     if (tag.name == Name::p) change({});
+    if (!tables_.empty() && tag.name == Name::tc) {
+      tables_.back().cellWidth = 0;
+      change({});
+    }
+    if (!tables_.empty() && tag.name == Name::tbl) tables_.pop_back();
   }
   void properties(Name kind, const Properties& properties) override {
     if (kind == Name::pPr) {
@@ -57,6 +71,7 @@ class AppearanceReader : public BodyEvents {
     if (walker_.position() > filled_) map_.append(walker_.position() - filled_, current_);
     filled_ = walker_.position();
     current_ = look;
+    current_.cellWidth = tables_.empty() ? std::uint16_t{0} : tables_.back().cellWidth;
   }
 
   std::string_view bytes(Extent extent) const {
@@ -75,6 +90,7 @@ class AppearanceReader : public BodyEvents {
     look.heading = said.heading.value_or(look.heading);
     look.alignment = said.alignment.value_or(look.alignment);
     look.rightToLeft = said.rightToLeft.value_or(look.rightToLeft);
+    look.listLevel = said.listLevel.value_or(look.listLevel);
     return look;
   }
 
@@ -96,11 +112,17 @@ class AppearanceReader : public BodyEvents {
     return lastLook_ = look;
   }
 
+  struct Table {
+    TableColumns columns;
+    std::uint16_t cellWidth = 0;  ///< of the cell at hand
+  };
+
   std::string_view part_;
   const StyleLooks& styles_;
   BodyWalker walker_;
   text::RunMap<Appearance> map_;
   Position filled_ = 0;
+  std::vector<Table> tables_;
   Appearance paragraph_;
   Appearance current_;
   std::unordered_map<std::string, Appearance> paragraphStyles_;

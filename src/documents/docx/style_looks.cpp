@@ -31,7 +31,7 @@ bool switchedOn(const Fragment& element) {
   return value.empty() || isOn(value);
 }
 
-std::uint8_t headingOfLevel(std::string_view level) {
+std::uint8_t levelOf(std::string_view level) {
   const bool isLevel = level.size() == 1 && level[0] >= '0' && level[0] < '0' + kDeepestHeading;
   return isLevel ? static_cast<std::uint8_t>(level[0] - '0' + 1) : std::uint8_t{0};
 }
@@ -39,6 +39,17 @@ std::uint8_t headingOfLevel(std::string_view level) {
 Alignment alignmentOf(std::string_view value) {
   if (value == "center") return Alignment::centre;
   return value == "right" || value == "end" ? Alignment::end : Alignment::start;
+}
+
+/// A list of the number 0 takes the paragraph out of all lists.
+std::uint8_t listLevelOf(const Fragment& numbering) {
+  std::uint8_t level = 1;
+  bool isListed = true;
+  forEachChild(numbering.inner, [&](const Fragment& child) {
+    if (child.local() == "ilvl") level = std::max(levelOf(valueOf(child, "val")), std::uint8_t{1});
+    if (child.local() == "numId") isListed = valueOf(child, "val") != "0";
+  });
+  return isListed ? level : std::uint8_t{0};
 }
 
 /// Built-in styles have these names in every language.
@@ -86,9 +97,10 @@ SaidOfParagraph saidOfParagraph(std::string_view paragraphProperties) {
   if (paragraphProperties.empty()) return said;
   forEachChild(fragmentOf(paragraphProperties).inner, [&](const Fragment& property) {
     const std::string_view name = property.local();
-    if (name == "outlineLvl") said.heading = headingOfLevel(valueOf(property, "val"));
+    if (name == "outlineLvl") said.heading = levelOf(valueOf(property, "val"));
     if (name == "jc") said.alignment = alignmentOf(valueOf(property, "val"));
     if (name == "bidi") said.rightToLeft = switchedOn(property);
+    if (name == "numPr") said.listLevel = listLevelOf(property);
   });
   return said;
 }
@@ -127,6 +139,7 @@ StyleLooks::Style StyleLooks::resolved(const std::string& id) const {
     inherit(result.paragraph.heading, style.paragraph.heading);
     inherit(result.paragraph.alignment, style.paragraph.alignment);
     inherit(result.paragraph.rightToLeft, style.paragraph.rightToLeft);
+    inherit(result.paragraph.listLevel, style.paragraph.listLevel);
     found = styles_.find(style.basedOn);
   }
   return result;
@@ -139,6 +152,7 @@ formats::Appearance StyleLooks::ofParagraph(const std::string& style) const {
   look.heading = said.paragraph.heading.value_or(std::uint8_t{0});
   look.alignment = said.paragraph.alignment.value_or(Alignment::start);
   look.rightToLeft = said.paragraph.rightToLeft.value_or(false);
+  look.listLevel = said.paragraph.listLevel.value_or(std::uint8_t{0});
   return look;
 }
 

@@ -21,6 +21,7 @@ struct SaidOfParagraph {
   std::optional<std::uint8_t> heading;
   std::optional<formats::Appearance::Alignment> alignment;
   std::optional<bool> rightToLeft;
+  std::optional<std::uint8_t> listLevel;
 };
 SaidOfRun saidOfRun(std::string_view runProperties);
 SaidOfParagraph saidOfParagraph(std::string_view paragraphProperties);

@@ -7,6 +7,7 @@
 #include <QtTest/QtTest>
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -192,6 +193,53 @@ TEST(DocumentView, KeepsWhatIsSeenWhenTheTextIsShownLarger) {
   EXPECT_FALSE(shown.view->selectionRect().isEmpty());
   shown.view->resize(900, 200);
   EXPECT_EQ(shown.selection().from, wanted.from);
+}
+
+TEST(DocumentView, IsATextToScreenReaders) {
+  Shown shown("one two¶⟦a¦b<h:hid>¦‖⟧last words¶");
+  QAccessibleInterface* const seen = QAccessible::queryAccessibleInterface(shown.view.get());
+  ASSERT_NE(seen, nullptr);
+  EXPECT_EQ(seen->text(QAccessible::Name), QStringLiteral("Document"));
+  EXPECT_TRUE(seen->state().readOnly);
+  QAccessibleTextInterface* const text = seen->textInterface();
+  ASSERT_NE(text, nullptr);
+  const QString whole = QStringLiteral("one two\na\tb\u200B\u200B\u200B\t\nlast words\n");
+  EXPECT_EQ(text->characterCount(), whole.size());
+  EXPECT_EQ(text->text(0, 1000), whole);
+  const struct {
+    int offset;
+    QAccessible::TextBoundaryType type;
+    QString before, at, after;
+  } cases[] = {
+      {4, QAccessible::CharBoundary, " ", "t", "w"},
+      {5, QAccessible::WordBoundary, " ", "two", "\n"},
+      {0, QAccessible::LineBoundary, "", "one two\n", "a\t"},
+      {9, QAccessible::ParagraphBoundary, "one two\n", "a\t", whole.mid(10, 5)},
+      {20, QAccessible::ParagraphBoundary, "\n", "last words\n", ""},
+  };
+  for (const auto& it : cases) {
+    int from = 0;
+    int to = 0;
+    EXPECT_EQ(text->textBeforeOffset(it.offset, it.type, &from, &to), it.before) << it.offset;
+    EXPECT_EQ(text->textAfterOffset(it.offset, it.type, &from, &to), it.after) << it.offset;
+    EXPECT_EQ(text->textAtOffset(it.offset, it.type, &from, &to), it.at) << it.offset;
+    EXPECT_EQ(text->text(from, to), it.at);
+  }
+  text->setSelection(0, 4, 7);
+  EXPECT_EQ(shown.selected(), "two");
+  int from = 0;
+  int to = 0;
+  text->selection(0, &from, &to);
+  EXPECT_EQ(std::pair(from, to), std::pair(4, 7));
+  EXPECT_EQ(text->cursorPosition(), 7);
+  const QRect rect = text->characterRect(4);
+  EXPECT_EQ(text->offsetAtPoint(rect.center() - QPoint(1, 0)), 4);
+  EXPECT_TRUE(seen->rect().contains(rect));
+  text->removeSelection(0);
+  EXPECT_EQ(text->selectionCount(), 0);
+  shown.sample.document->observer(nullptr);
+  shown.view->detach();
+  EXPECT_EQ(text->characterCount(), 0);
 }
 
 TEST(DocumentView, IsEmptyWhereTheDocumentHasGone) {

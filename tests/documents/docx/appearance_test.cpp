@@ -38,6 +38,8 @@ std::string looksOf(const Opened& opened) {
     if (look.alignment != formats::Appearance::Alignment::start)
       said += look.alignment == formats::Appearance::Alignment::centre ? 'c' : 'e';
     if (look.rightToLeft) said += 'r';
+    if (look.listLevel != 0) said += "l" + std::to_string(look.listLevel);
+    if (look.cellWidth != 0) said += "w" + std::to_string(look.cellWidth);
     result += said.empty() ? "." : said.size() == 1 ? said : "(" + said + ")";
   }
   return result;
@@ -63,6 +65,16 @@ TEST(Appearance, IsThatOfRunsAndStyles) {
       {styled("Loop", run("a")) + styled("NoSuchStyle", run("b")), "...."},
       {"<w:tbl><w:tr><w:tc>" + p(run("a", "<w:b/>")) + "</w:tc><w:tc/></w:tr></w:tbl>" + p(run("b")),
        "b....."},
+      {"<w:tbl><w:tblPr/><w:tblGrid><w:gridCol w:w=\"5\"/><w:gridCol w:w=\"7\"/></w:tblGrid>"
+       "<w:tr><w:tc>" +
+           p(run("a")) + "</w:tc><w:tc><w:tbl><w:tr><w:tc><w:tcPr><w:tcW w:w=\"3\"/></w:tcPr>" + p(run("b")) +
+           "</w:tc></w:tr></w:tbl>" + p({}) +
+           "</w:tc></w:tr><w:tr><w:tc><w:tcPr><w:gridSpan w:val=\"2\"/></w:tcPr>" + p({}) +
+           "</w:tc></w:tr></w:tbl>" + p({}),
+       "(w5)(w5)(w3)(w3).(w7).(w12).."},
+      {"<w:p><w:pPr><w:numPr><w:ilvl w:val=\"1\"/><w:numId w:val=\"4\"/></w:numPr></w:pPr></w:p>"
+       "<w:p><w:pPr><w:numPr><w:numId w:val=\"0\"/></w:numPr></w:pPr></w:p>",
+       "(l2)."},
       {p("<w:fldSimple w:instr=\"PAGE\">" + run("1", "<w:i/>") + "</w:fldSimple>"), "......i.."},
   };
   for (const auto& it : cases) {

@@ -15,6 +15,7 @@ namespace pluvo::view {
 
 class BlockIndex;
 class BlockLayout;
+class AccessibleDocument;
 struct Looks;
 
 /// Shows a document's text: to be read, searched by eye, selected and copied, not to be typed into. Lays out
@@ -77,7 +78,9 @@ class DocumentView : public QAbstractScrollArea {
   void timerEvent(QTimerEvent* event) override;
 
  private:
+  friend class AccessibleDocument;
   using Position = text::Position;
+  static constexpr int kTopMargin = 24;
 
   // Layout and scrolling.
   model::Model& model() const { return document_->model(); }
@@ -110,6 +113,8 @@ class DocumentView : public QAbstractScrollArea {
   void moveCaret(Position position, bool keepsAnchor);
   void select(Position anchor, Position caret);
   void ensureCaretSeen();
+  /// Tells screen readers where the insertion point is.
+  void tellSelection();
   QRectF caretRect(Position position);
   bool moveByKey(QKeyEvent& event);
 

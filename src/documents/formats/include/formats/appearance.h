@@ -16,6 +16,10 @@ struct Appearance {
   std::uint8_t heading = 0;  ///< 1 to 9; 0 for none
   Alignment alignment = Alignment::start;
   bool rightToLeft = false;
+  std::uint8_t listLevel = 0;  ///< 1 to 9 of an item in a list; 0 for none
+  /// Of the innermost table cell it lies in, in twentieths of a point; 0 outside tables and where it is not
+  /// told.
+  std::uint16_t cellWidth = 0;
 
   bool operator==(const Appearance&) const = default;
 };
