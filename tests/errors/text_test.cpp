@@ -10,58 +10,27 @@ namespace pluvo::errors {
 namespace {
 
 TEST(ToInteger, TakesNumbersAndRefusesTheRest) {
-  struct Case {
-    const char16_t* text;
-    std::int32_t value;  // beyond 16 bits: the fault's number
-  };
-  constexpr std::int32_t kNoNumber = 100'000 + kTypeMismatch;
-  constexpr std::int32_t kTooMuch = 100'000 + kOverflow;
-  const Case cases[] = {
-      {u"0", 0},
-      {u" 12\t", 12},
-      {u"+7", 7},
-      {u"- 7", -7},
-      {u"007", 7},
-      {u"32767", 32767},
-      {u"-32768", -32768},
-      {u"2.5", 2},
-      {u"3.5", 4},
-      {u"-2.5", -2},
-      {u"0.51", 1},
-      {u".5", 0},
-      {u"5.", 5},
-      {u"32767.4", 32767},
-      {u"-32768.5", -32768},
-      {u"1e2", 100},
-      {u"1e-400", 0},
-      {u"32768", kTooMuch},
-      {u"32767.5", kTooMuch},
-      {u"-32769", kTooMuch},
-      {u"1e400", kTooMuch},
-      {u"99999999999999999999", kTooMuch},
-      {u"", kNoNumber},
-      {u"  ", kNoNumber},
-      {u"-", kNoNumber},
-      {u".", kNoNumber},
-      {u"1 2", kNoNumber},
-      {u"1-", kNoNumber},
-      {u"1,5", kNoNumber},
-      {u"0x10", kNoNumber},
-      {u"1e", kNoNumber},
-      {u"same", kNoNumber},
-      {u"\u0661", kNoNumber},
-  };
-  for (const auto& [text, expected] : cases) {
-    SCOPED_TRACE(utf8(text));
-    std::int32_t value = 0;
+  const auto numberOf = [](const std::u16string& text) {
+    std::int32_t number = 0;
     try {
-      value = toInteger(text);
+      number = toInteger(text);
     } catch (const Fault& fault) {
-      value = 100'000 + fault.number;
+      number = 100'000 + fault.number;
     }
-    EXPECT_EQ(value, expected);
-    EXPECT_EQ(isNumeric(text), expected != kNoNumber);
-  }
+    EXPECT_EQ(isNumeric(text), number != 100'000 + kTypeMismatch) << utf8(text);
+    return number;
+  };
+  const std::pair<const char16_t*, int> numbers[] = {
+      {u"0", 0},           {u" 12\t", 12},       {u"+7", 7},  {u"- 7", -7},  {u"007", 7},
+      {u"32767", 32767},   {u"-32768", -32768},  {u"2.5", 2}, {u"3.5", 4},   {u"-2.5", -2},
+      {u"0.51", 1},        {u".5", 0},           {u"5.", 5},  {u"1e2", 100}, {u"1e-400", 0},
+      {u"32767.4", 32767}, {u"-32768.5", -32768}};
+  for (const auto& [text, number] : numbers) EXPECT_EQ(numberOf(text), number) << utf8(text);
+  for (const char16_t* text : {u"32768", u"32767.5", u"-32769", u"1e400", u"99999999999999999999"})
+    EXPECT_EQ(numberOf(text), 100'000 + kOverflow) << utf8(text);
+  for (const char16_t* text :
+       {u"", u"  ", u"-", u".", u"1 2", u"1-", u"1,5", u"0x10", u"1e", u"same", u"\u0661"})
+    EXPECT_EQ(numberOf(text), 100'000 + kTypeMismatch) << utf8(text);
 }
 
 TEST(Narrow, KeepsWhatFits) {
