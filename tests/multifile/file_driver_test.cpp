@@ -6,123 +6,139 @@
 namespace pluvo::multifile {
 namespace {
 
-using forms::Answer;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using Box = forms::ScriptedBoxes::Box;
 
-constexpr auto yes = Answer::yes;
-constexpr auto no = Answer::no;
+constexpr auto yesNo = forms::Buttons::yesNo;
+const std::string kAllOfB = "open b, activate b, replaced in b, close b saving";
 
 TEST(MultiPLUVO, ProcessesFileAfterFile) {
   FileRun run;
   run.file("b").text = "nothing¶";
   run.run({"a", "b", "c"});
-  EXPECT_THAT(run.told(),
-              ElementsAre("open a", "activate a", "replaced in a", "close a saving", "open b", "activate b",
-                          "close b", "open c", "activate c", "replaced in c", "close c saving"));
+  EXPECT_EQ(run.told(),
+            "open a, activate a, replaced in a, close a saving, open b, activate b, close b, "
+            "open c, activate c, replaced in c, close c saving");
   EXPECT_EQ(run.file("a").text, "B¶");
   EXPECT_EQ(run.work.context.runSummary, u"\r\n   1\t\ta\r\n   0\t\tb\r\n   1\t\tc");
   EXPECT_EQ(run.word.openNames(), "");
   run.run({});
-  EXPECT_THAT(run.told(), IsEmpty());
+  EXPECT_EQ(run.told(), "");
 }
 
 TEST(MultiPLUVO, StopsBeforeTheNextFileWhenCancelled) {
   FileRun run;
   run.onOperated = [&] { run.engine().CancelOperation(true); };
   run.run({"a", "b"});
-  EXPECT_THAT(run.told(), ElementsAre("open a", "activate a", "replaced in a", "close a saving"));
-  // A later run knows nothing of it.
+  EXPECT_EQ(run.told(), "open a, activate a, replaced in a, close a saving");
   run.onOperated = {};
   run.run({"b"});
-  EXPECT_THAT(run.told(), ElementsAre("open b", "activate b", "replaced in b", "close b saving"));
+  EXPECT_EQ(run.told(), kAllOfB) << "a later run knows nothing of it";
 }
 
 TEST(MultiPLUVO, AsksAboutTemporaryFiles) {
   FileRun run;
-  run.work.boxes.answers = {yes, no};
+  run.answers("yn");
   run.run({"~$a", "~b", "c~"});
-  EXPECT_THAT(run.told(), ElementsAre("box Potential Temporary File", "box Potential Temporary File",
-                                      "open ~b", "activate ~b", "replaced in ~b", "close ~b saving",
-                                      "open c~", "activate c~", "replaced in c~", "close c~ saving"));
+  EXPECT_EQ(run.told(),
+            "box Potential Temporary File, box Potential Temporary File, open ~b, activate ~b, "
+            "replaced in ~b, close ~b saving, open c~, activate c~, replaced in c~, close c~ saving");
   EXPECT_EQ(
       run.work.boxes.shown[0],
       (Box{u"This filename begins with a tilde  ~  .\r\n\r\nThis typically defines a file that is an open "
            u"temporary file.\r\n\r\nWould you like to skip this file?",
-           forms::Buttons::yesNo, u"Potential Temporary File"}));
-
+           yesNo, u"Potential Temporary File"}));
   // The name counts, not a folder's; without a folder it is the whole path.
-  run.work.boxes.answers = {yes};
+  run.answers("y");
   run.word.files["C:\\~f\\a"];
   run.engine().MultiPLUVO({u"C:\\~f\\a", u"~a", u"C:\\f\\"});
-  EXPECT_THAT(run.told(), ElementsAre("open a", "activate a", "replaced in a", "close a saving",
-                                      "box Potential Temporary File", "open "));
+  EXPECT_EQ(run.told(),
+            "open a, activate a, replaced in a, close a saving, box Potential Temporary File, open ");
   EXPECT_THAT(run.work.reports.all, ElementsAre("5174 cpf:44"));
 }
 
-TEST(MultiPLUVO, AsksAboutReadOnlyFiles) {
-  FileRun run;
-  run.file("a").readOnly = run.file("b").readOnly = true;
-  run.work.boxes.answers = {no, yes};
-  run.run({"a", "b"});
-  EXPECT_THAT(run.told(),
-              ElementsAre("open a", "clear a", "box Read Only File", "close a", "open b", "clear b",
-                          "box Read Only File", "activate b", "replaced in b", "close b saving"));
-  EXPECT_EQ(
-      run.work.boxes.shown[0],
-      (Box{u"This file is marked Read Only.\r\n\r\nWould you like to like to continue processing this file "
-           u"and perform a 'Save As' later?",
-           forms::Buttons::yesNo, u"Read Only File"}));
+/// What happens to a file a that is not as others are; the file b behind it is processed all the same.
+struct Case {
+  std::string story;
+  const char* answers = "";
+  const char* refused = "-";
+  std::deque<std::int32_t> refusals = {};
+  std::deque<std::optional<std::string>> typed = {};
+  const char* reports = "";
+  const char* stillOpen = "";
+};
+
+void expectStories(const ScriptedFile& file, const std::vector<Case>& cases) {
+  for (const Case& one : cases) {
+    SCOPED_TRACE(one.story);
+    FileRun run;
+    run.file("a") = file;
+    run.answers(one.answers);
+    run.word.refusals[one.refused] = one.refusals;
+    run.typed = one.typed;
+    run.run({"a", "b"});
+    EXPECT_EQ(run.told(), one.story + (", " + kAllOfB));
+    EXPECT_EQ(FileRun::joined(run.work.reports.all), one.reports);
+    EXPECT_EQ(run.word.openNames(), one.stillOpen);
+    EXPECT_TRUE(run.typed.empty() && run.work.boxes.answers.empty());
+  }
 }
 
 TEST(MultiPLUVO, GoesOnAsOpeningIsAnswered) {
-  const struct {
-    const char* title;
-    std::deque<std::int32_t> refusals;
-    std::deque<Answer> answers;
-    Story story;
-    Story reports;
-  } cases[] = {
-      {"the user gave no password", {4198}, {}, {"open a: 4198"}, {}},
-      {"a wrong password, and the file is skipped",
-       {5485},
-       {yes},
-       {"open a: 5485", "box Incorrect Password"},
-       {}},
-      {"a wrong password, and another try",
-       {5485, 5485, 4198},
-       {no, no},
-       {"open a: 5485", "box Incorrect Password", "open a: 5485", "box Incorrect Password", "open a: 4198"},
-       {}},
-      {"a wrong modify password, and no other try",
-       {5408},
-       {no},
-       {"open a: 5408", "box Incorrect Open/Modify Password"},
-       {}},
-      {"a wrong modify password, and another try",
-       {5408},
-       {yes},
-       {"open a: 5408", "box Incorrect Open/Modify Password", "open a", "activate a", "replaced in a",
-        "close a saving"},
-       {}},
-      {"another fault", {5174}, {}, {"open a: 5174"}, {"5174 cpf:44"}},
-      {"a fault of closing, here", {5155}, {}, {"open a: 5155"}, {"5155 cpf:44"}},
-  };
-  for (const auto& one : cases) {
-    SCOPED_TRACE(one.title);
-    FileRun run;
-    run.word.refusals["open a"] = one.refusals;
-    run.work.boxes.answers = one.answers;
-    run.run({"a", "b"});
-    Story expected = one.story;
-    for (const char* step : {"open b", "activate b", "replaced in b", "close b saving"})
-      expected.push_back(step);
-    EXPECT_EQ(run.told(), expected);
-    EXPECT_EQ(run.work.reports.all, one.reports);
-    EXPECT_THAT(run.work.boxes.answers, IsEmpty());
-    EXPECT_EQ(run.word.openNames(), "");
-  }
+  const std::string again = "open a: 5485, box Incorrect Password, ";
+  expectStories({},
+                {
+                    {"open a: 4198", "", "open a", {4198}},  // the user gave no password
+                    {"open a: 5485, box Incorrect Password", "y", "open a", {5485}},
+                    {(again + again + "open a: 4198"), "nn", "open a", {5485, 5485, 4198}},
+                    {"open a: 5408, box Incorrect Open/Modify Password", "n", "open a", {5408}},
+                    {"open a: 5408, box Incorrect Open/Modify Password, open a, activate a, replaced in a, "
+                     "close a saving",
+                     "y",
+                     "open a",
+                     {5408}},
+                    {"open a: 5174", "", "open a", {5174}, {}, "5174 cpf:44"},
+                    {"open a: 5155", "", "open a", {5155}, {}, "5155 cpf:44"},  // a fault of closing, here
+                });
+}
+
+TEST(MultiPLUVO, UnlocksAndProtectsAgain) {
+  const ScriptedFile locked{.protection = word::wdAllowOnlyFormFields, .password = "p"};
+  const std::string start = "open a, activate a, password ";
+  const std::string done =
+      "password p, unprotect a p, replaced in a, story a 1, protect a 2 p, close a saving";
+  const auto all = [&](const std::string& between) { return "open a, activate a, " + between + done; };
+  const std::string wrong = "password x, unprotect a x, box Incorrect Password, ";
+  expectStories(
+      locked, {
+                  {all(""), "", "-", {}, {"p"}},
+                  {all(wrong), "n", "-", {}, {"x", "p"}},
+                  {(start + "x, unprotect a x, box Incorrect Password, close a"), "y", "-", {}, {"x"}},
+                  {all("password none, box Skip File?, "), "n", "-", {}, {{}, "p"}},
+                  {(start + "none, box Skip File?, close a"), "y", "-", {}, {{}}},
+                  {(start + "p, unprotect a: 4198"), "", "unprotect a", {4198}, {"p"}, "", "a"},
+                  {(start + "p, unprotect a: 4605"), "", "unprotect a", {4605}, {"p"}, "4605 fpass:04", "a"},
+              });
+}
+
+TEST(MultiPLUVO, GoesOnAsClosingIsAnswered) {
+  const std::string done = "open a, activate a, replaced in a, close a: ";
+  const std::string readOnly = "open a, clear a, box Read Only File, activate a, replaced in a, close a: ";
+  const std::string trouble = ", box Difficulties Closing Current File.";
+  expectStories({.readOnly = true},
+                {
+                    {"open a, clear a, box Read Only File, close a", "n"},
+                    {"open a, clear a, box Read Only File, activate a, replaced in a, close a saving", "y"},
+                    {(readOnly + "5155, box Save As Cancelled., close a"), "yy", "close a", {5155}},
+                    {(readOnly + "5155, box Save As Cancelled."), "yn", "close a", {5155}, {}, "", "a"},
+                    {(readOnly + "5356" + trouble), "y", "close a", {5356}, {}, "5356 cpf:43", "a"},
+                });
+  expectStories({},
+                {
+                    {(done + "5155" + trouble), "", "close a", {5155}, {}, "", "a"},  // it became read-only
+                    {(done + "5356" + trouble), "", "close a", {5356}, {}, "5356 cpf:43", "a"},
+                });
 }
 
 /// Every step of a file that has no error path of its own, under every number that has a meaning, and every
@@ -132,213 +148,80 @@ TEST(MultiPLUVO, MeetsARefusalAtAnyStep) {
   const struct {
     std::int32_t number;
     Outcome outcome;
-    std::optional<Answer> answer;
+    std::string answer;
     std::string title;
-  } cases[] = {{4198, leftOpen, {}, ""},
-               {5485, closed, yes, "Incorrect Password"},
-               {5485, retried, no, "Incorrect Password"},
-               {5408, retried, yes, "Incorrect Open/Modify Password"},
-               {5408, leftOpen, no, "Incorrect Open/Modify Password"},
-               {5155, runEnds, {}, ""},
-               {4605, runEnds, {}, ""}};
-  const struct {
-    std::string call;
-    bool behindReadOnlyQuestion;
-  } steps[] = {{"path a", false},      {"readonly a", false}, {"clear a", false}, {"activate a", true},
-               {"protection a", true}, {"story a", true},     {"protect a", true}};
-  for (const auto& step : steps) {
+  } cases[] = {{4198, leftOpen, "", ""},
+               {5485, closed, "y", "Incorrect Password"},
+               {5485, retried, "n", "Incorrect Password"},
+               {5408, retried, "y", "Incorrect Open/Modify Password"},
+               {5408, leftOpen, "n", "Incorrect Open/Modify Password"},
+               {5155, runEnds, "", ""},
+               {4605, runEnds, "", ""}};
+  for (const std::string step :
+       {"path a", "readonly a", "clear a", "activate a", "protection a", "story a", "protect a"}) {
+    const bool behindReadOnlyQuestion = step != "path a" && step != "readonly a" && step != "clear a";
     for (const auto& one : cases) {
-      SCOPED_TRACE(step.call + " " + std::to_string(one.number) + (one.answer == yes ? " yes" : " no"));
+      SCOPED_TRACE(step + " " + std::to_string(one.number) + one.answer);
       FileRun run;
       run.file("a") = {.readOnly = true, .protection = word::wdAllowOnlyFormFields, .password = "p"};
       run.typed = {"p"};
-      run.word.refusals[step.call] = {one.number};
-      auto& answers = run.work.boxes.answers;
-      if (one.answer) answers.push_back(*one.answer);
-      if (step.behindReadOnlyQuestion) {
-        answers.push_front(yes);
-      } else if (one.outcome == retried) {
-        answers.push_back(yes);
-      }
+      run.word.refusals[step] = {one.number};
+      if (behindReadOnlyQuestion) run.answers("y");
+      run.answers(one.answer);
+      if (!behindReadOnlyQuestion && one.outcome == retried) run.answers("y");
       run.run({"a", "b"});
-
-      const Story story = run.told();
-      const auto has = [&](const std::string& entry) {
-        return std::find(story.begin(), story.end(), entry) != story.end();
-      };
-      EXPECT_TRUE(has(step.call + ": " + std::to_string(one.number)));
-      EXPECT_EQ(has("box " + one.title), one.answer.has_value());
+      const auto has = [&](const std::string& entry) { return std::ranges::count(run.story, entry) != 0; };
+      EXPECT_TRUE(has(step + ": " + std::to_string(one.number)));
+      EXPECT_EQ(has("box " + one.title), !one.answer.empty());
       EXPECT_EQ(has("close a"), one.outcome == closed);
       EXPECT_EQ(has("close a saving"), one.outcome == retried);
       EXPECT_EQ(has("close b saving"), one.outcome != runEnds);
       EXPECT_EQ(run.word.openNames(), one.outcome == leftOpen || one.outcome == runEnds ? "a" : "");
       EXPECT_EQ(run.work.reports.all.size(), one.outcome == runEnds ? 1U : 0U);
-      EXPECT_THAT(answers, IsEmpty());
+      EXPECT_THAT(run.work.boxes.answers, IsEmpty());
     }
   }
 }
 
-TEST(MultiPLUVO, UnlocksAndProtectsAgain) {
-  const struct {
-    const char* title;
-    std::deque<std::optional<std::string>> typed;
-    std::deque<std::int32_t> refusals;
-    std::deque<Answer> answers;
-    Story story;
-    Story reports;
-    bool processed;
-    const char* stillOpen;
-  } cases[] = {
-      {"the right password", {"p"}, {}, {}, {"password p", "unprotect a p"}, {}, true, ""},
-      {"a wrong one, then the right one",
-       {"x", "p"},
-       {},
-       {no},
-       {"password x", "unprotect a x", "box Incorrect Password", "password p", "unprotect a p"},
-       {},
-       true,
-       ""},
-      {"a wrong one, and the file is skipped",
-       {"x"},
-       {},
-       {yes},
-       {"password x", "unprotect a x", "box Incorrect Password", "close a"},
-       {},
-       false,
-       ""},
-      {"none, then not skipped, then the right one",
-       {{}, "p"},
-       {},
-       {no},
-       {"password none", "box Skip File?", "password p", "unprotect a p"},
-       {},
-       true,
-       ""},
-      {"none, and skipped", {{}}, {}, {yes}, {"password none", "box Skip File?", "close a"}, {}, false, ""},
-      {"the command failed", {"p"}, {4198}, {}, {"password p", "unprotect a: 4198"}, {}, false, "a"},
-      {"another fault",
-       {"p"},
-       {4605},
-       {},
-       {"password p", "unprotect a: 4605"},
-       {"4605 fpass:04"},
-       false,
-       "a"},
-  };
-  for (const auto& one : cases) {
-    SCOPED_TRACE(one.title);
-    FileRun run;
-    run.file("a") = {.protection = word::wdAllowOnlyFormFields, .password = "p"};
-    run.typed = one.typed;
-    run.word.refusals["unprotect a"] = one.refusals;
-    run.work.boxes.answers = one.answers;
-    run.run({"a", "b"});
-    Story expected{"open a", "activate a"};
-    expected.insert(expected.end(), one.story.begin(), one.story.end());
-    if (one.processed)
-      for (const char* step : {"replaced in a", "story a 1", "protect a 2 p", "close a saving"})
-        expected.push_back(step);
-    for (const char* step : {"open b", "activate b", "replaced in b", "close b saving"})
-      expected.push_back(step);
-    EXPECT_EQ(run.told(), expected);
-    EXPECT_EQ(run.work.reports.all, one.reports);
-    EXPECT_EQ(run.word.openNames(), one.stillOpen);
-    EXPECT_TRUE(run.typed.empty() && run.work.boxes.answers.empty());
-  }
-}
-
-TEST(MultiPLUVO, GoesOnAsClosingIsAnswered) {
-  const struct {
-    const char* title;
-    bool readOnly;
-    std::int32_t number;
-    std::deque<Answer> answers;  ///< behind that about a read-only file
-    Story story;
-    Story reports;
-    const char* stillOpen;
-  } cases[] = {
-      {"the Save As is cancelled for good", true, 5155, {yes}, {"box Save As Cancelled.", "close a"}, {}, ""},
-      {"the Save As is cancelled by mistake", true, 5155, {no}, {"box Save As Cancelled."}, {}, "a"},
-      {"a file that became read-only", false, 5155, {}, {"box Difficulties Closing Current File."}, {}, "a"},
-      {"another fault", false, 5356, {}, {"box Difficulties Closing Current File."}, {"5356 cpf:43"}, "a"},
-      {"another fault of a read-only file",
-       true,
-       5356,
-       {},
-       {"box Difficulties Closing Current File."},
-       {"5356 cpf:43"},
-       "a"},
-  };
-  for (const auto& one : cases) {
-    SCOPED_TRACE(one.title);
-    FileRun run;
-    run.file("a").readOnly = one.readOnly;
-    run.word.refusals["close a"] = {one.number};
-    run.work.boxes.answers = one.answers;
-    Story expected{"open a", "activate a", "replaced in a", "close a: " + std::to_string(one.number)};
-    if (one.readOnly) {
-      run.work.boxes.answers.push_front(yes);
-      expected.insert(expected.begin() + 1, {"clear a", "box Read Only File"});
-    }
-    expected.insert(expected.end(), one.story.begin(), one.story.end());
-    for (const char* step : {"open b", "activate b", "replaced in b", "close b saving"})
-      expected.push_back(step);
-    run.run({"a", "b"});
-    EXPECT_EQ(run.told(), expected);
-    EXPECT_EQ(run.work.reports.all, one.reports);
-    EXPECT_EQ(run.word.openNames(), one.stillOpen);
-    EXPECT_THAT(run.work.boxes.answers, IsEmpty());
-  }
-}
-
-TEST(MultiPLUVO, WordsWhatItSaysOfClosing) {
+TEST(MultiPLUVO, WordsItsBoxes) {
   FileRun run;
-  run.word.refusals["close a"] = {5155};
-  run.run({"a"});
-  EXPECT_EQ(run.work.boxes.shown[0],
-            (Box{u"Difficulties closing file:C:\\fa\r\n\r\nYou may need to manually close this file.",
-                 forms::Buttons::ok, u"Difficulties Closing Current File."}));
-  FileRun other;
-  other.file("a").readOnly = true;
-  other.word.refusals["close a"] = {5155};
-  other.work.boxes.answers = {yes, no};
-  other.run({"a"});
-  EXPECT_EQ(other.work.boxes.shown[1], (Box{u"Are you sure you want cancel the Save As?",
-                                            forms::Buttons::yesNo, u"Save As Cancelled."}));
-}
-
-TEST(MultiPLUVO, WordsWhatItAsksAboutPasswords) {
-  FileRun run;
-  run.file("a") = {.protection = word::wdAllowOnlyFormFields, .password = "p"};
+  run.file("a") = {.readOnly = true, .protection = word::wdAllowOnlyFormFields, .password = "p"};
   run.word.refusals["open a"] = {5485, 5408};
-  run.typed = {"x", {}};
-  run.work.boxes.answers = {no, yes, no, yes};
-  run.run({"a"});
-  const Box wrong{u"The Password supplied was incorrect.  Would you like to Skip this file?",
-                  forms::Buttons::yesNo, u"Incorrect Password"};
-  const Box again{u"Open/Modify password was incorrect.  Would you like to try and open the file again?",
-                  forms::Buttons::yesNo, u"Incorrect Open/Modify Password"};
-  const Box skip{u"Would you like to Skip this file?", forms::Buttons::yesNo, u"Skip File?"};
-  EXPECT_THAT(run.work.boxes.shown, ElementsAre(wrong, again, wrong, skip));
+  run.word.refusals["close a"] = run.word.refusals["close b"] = {5155};
+  run.typed = {"x", {}, "p"};
+  run.answers("nyynnn");
+  run.run({"a", "b"});
+  const Box wrong{u"The Password supplied was incorrect.  Would you like to Skip this file?", yesNo,
+                  u"Incorrect Password"};
+  EXPECT_THAT(
+      run.work.boxes.shown,
+      ElementsAre(
+          wrong,
+          Box{u"Open/Modify password was incorrect.  Would you like to try and open the file again?", yesNo,
+              u"Incorrect Open/Modify Password"},
+          Box{u"This file is marked Read Only.\r\n\r\nWould you like to like to continue processing this "
+              u"file and perform a 'Save As' later?",
+              yesNo, u"Read Only File"},
+          wrong, Box{u"Would you like to Skip this file?", yesNo, u"Skip File?"},
+          Box{u"Are you sure you want cancel the Save As?", yesNo, u"Save As Cancelled."},
+          Box{u"Difficulties closing file:C:\\fb\r\n\r\nYou may need to manually close this file.",
+              forms::Buttons::ok, u"Difficulties Closing Current File."}));
 }
 
 /// What outlives a file, and a run: the password, and nothing else.
 TEST(MultiPLUVO, KeepsThePasswordAlone) {
   FileRun run;
   run.file("a") = {.protection = word::wdAllowOnlyFormFields, .password = "p"};
-  run.file("c") = {.protection = word::wdAllowOnlyReading, .password = ""};
   run.file("d").readOnly = true;
   run.typed = {"p"};
-  run.work.boxes.answers = {yes};
+  run.answers("y");
   run.run({"a", "d"});
   run.told();
   run.run({"b"});
-  EXPECT_THAT(run.told(), ElementsAre("open b", "activate b", "replaced in b", "close b saving"))
-      << "neither protected again, as a was, nor read-only, as d was";
+  EXPECT_EQ(run.told(), kAllOfB) << "neither protected again, as a was, nor read-only, as d was";
   run.word.refusals["close b"] = {5155};
   run.run({"b"});
-  EXPECT_THAT(run.told(),
-              ElementsAre("open b", "activate b", "close b: 5155", "box Difficulties Closing Current File."));
+  EXPECT_EQ(run.told(), "open b, activate b, close b: 5155, box Difficulties Closing Current File.");
 }
 
 TEST(GetFiles, SortsUpTo301Files) {

@@ -12,6 +12,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -47,8 +48,18 @@ class FileRun : private engine::PassObserver {
   }
   void run(const std::vector<std::string>& names) { engine().MultiPLUVO(list(names)); }
 
-  /// The story so far, and a new one from here on.
-  Story told() { return std::exchange(story, {}); }
+  /// The story so far, its entries joined by commas, and a new one from here on.
+  std::string told() { return joined(std::exchange(story, {})); }
+  static std::string joined(const Story& entries) {
+    std::string all;
+    for (const std::string& entry : entries) all += (all.empty() ? "" : ", ") + entry;
+    return all;
+  }
+  /// How questions are answered: y for yes, n for no.
+  void answers(std::string_view letters) {
+    for (const char c : letters)
+      work.boxes.answers.push_back(c == 'y' ? forms::Answer::yes : forms::Answer::no);
+  }
 
   /// What the user does about a form.
   void answer(forms::Form& form) {

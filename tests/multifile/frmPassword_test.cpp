@@ -8,22 +8,30 @@
 namespace pluvo::multifile {
 namespace {
 
-struct Asked {
-  bool proceeded;
-  std::u16string password;
-};
-
 class PasswordPrompt : public testing::Test {
  protected:
-  /// Asks once while the user does something; the password before was "kept".
-  Asked ask(const std::function<void(frmPassword&)>& user, const std::optional<std::u16string>& prompt = {}) {
+  using User = std::function<void(frmPassword&)>;
+  /// What the password is after the prompt, "kept" before; and whether the user proceeded.
+  std::pair<bool, std::u16string> ask(const User& user, const std::optional<std::u16string>& prompt = {}) {
     forms.user = [&](forms::Form& form) {
       EXPECT_EQ(prompt_.txtPassword.Text(), u"");
       user(static_cast<frmPassword&>(form));
     };
-    Asked asked{false, u"kept"};
-    asked.proceeded = prompt_.RetrievePassword(asked.password, prompt);
-    return asked;
+    std::u16string password = u"kept";
+    const bool proceeded = prompt_.RetrievePassword(password, prompt);
+    return {proceeded, password};
+  }
+  static constexpr auto proceed = [](frmPassword& form) { form.cmdProceed.press(); };
+  static constexpr auto enter = [](frmPassword& form) { form.txtPassword.pressKey(13); };
+  static constexpr auto cancel = [](frmPassword& form) { form.cmdCancel.press(); };
+  static constexpr auto close = [](frmPassword& form) { form.close(); };
+  static User typing(const User& end) {
+    return [end](frmPassword& form) {
+      form.txtPassword.Text(u"typed");
+      form.txtPassword.pressKey(u'x');
+      EXPECT_TRUE(form.Visible());
+      end(form);
+    };
   }
 
   errors::WatchedContext watched;
@@ -32,57 +40,29 @@ class PasswordPrompt : public testing::Test {
 };
 
 TEST_F(PasswordPrompt, GivesWhatWasTypedWhenTheUserProceeds) {
-  Asked asked = ask([](frmPassword& form) {
-    form.txtPassword.Text(u"secret");
-    form.cmdProceed.press();
-  });
-  EXPECT_TRUE(asked.proceeded);
-  EXPECT_EQ(asked.password, u"secret");
-
-  asked = ask([](frmPassword& form) {
-    form.txtPassword.pressKey(u'x');
-    EXPECT_TRUE(form.Visible());
-    form.txtPassword.pressKey(13);
-  });
-  EXPECT_TRUE(asked.proceeded);
-  EXPECT_EQ(asked.password, u"") << "an empty password is one";
+  using Answer = std::pair<bool, std::u16string>;
+  EXPECT_EQ(ask(typing(proceed)), Answer(true, u"typed"));
+  EXPECT_EQ(ask(typing(cancel)), Answer(false, u"kept")) << "though the time before the user proceeded";
+  EXPECT_EQ(ask(enter), Answer(true, u"")) << "an empty password is one";
+  EXPECT_EQ(watched.context.locationTag, u"fpass:04");
+  EXPECT_EQ(ask(typing(close)), Answer(false, u"kept"));
+  EXPECT_EQ(ask([](frmPassword&) { throw errors::outOfMemory(); }), Answer(false, u"kept"));
+  EXPECT_EQ(watched.reports, std::vector<std::string>{"7 fpass:05"});
 }
 
-TEST_F(PasswordPrompt, LeavesThePasswordAsItWasWhenTheUserDoesNot) {
-  const std::function<void(frmPassword&)> ways[] = {[](frmPassword& form) { form.cmdCancel.press(); },
-                                                    [](frmPassword& form) { form.close(); }};
-  for (const auto& way : ways) {
-    ask([](frmPassword& form) { form.cmdProceed.press(); });
-    const Asked asked = ask([&](frmPassword& form) {
-      form.txtPassword.Text(u"typed");
-      way(form);
-    });
-    EXPECT_FALSE(asked.proceeded);
-    EXPECT_EQ(asked.password, u"kept");
-  }
-}
-
-TEST_F(PasswordPrompt, ShowsItsPromptAndHidesThePassword) {
+TEST_F(PasswordPrompt, ShowsItsPromptOnceAndHidesThePassword) {
   ask(
       [](frmPassword& form) {
         EXPECT_EQ(form.lblInstructions.Caption(), u"For this file:");
         EXPECT_EQ(form.txtPassword.PasswordChar(), u"*");
-        EXPECT_EQ(form.txtPassword.ControlTipText(), u"Enter Password Here");
         form.cmdCancel.press();
       },
       u"For this file:");
   EXPECT_EQ(watched.context.locationTag, u"fpass:01");
   ask([](frmPassword& form) {
     EXPECT_NE(form.lblInstructions.Caption(), u"For this file:");
-    form.txtPassword.pressKey(13);
+    form.cmdCancel.press();
   });
-  EXPECT_EQ(watched.context.locationTag, u"fpass:04");
-}
-
-TEST_F(PasswordPrompt, ReportsAFaultAndCountsItAsCancelled) {
-  const Asked asked = ask([](frmPassword&) { throw errors::outOfMemory(); });
-  EXPECT_FALSE(asked.proceeded);
-  EXPECT_EQ(watched.reports, std::vector<std::string>{"7 fpass:05"});
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "documents/archive/zip_builder.h"
+#include "documents/docx/document_builder.h"
 #include "documents/files/scratch.h"
 #include "engine/frmProcessing.h"
 #include "engine/workplace.h"
@@ -16,43 +16,9 @@
 namespace pluvo::multifile {
 namespace {
 
-using forms::Answer;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-
-constexpr auto yes = Answer::yes;
-constexpr auto no = Answer::no;
-
-std::string docx(const std::string& paragraph, const std::string& settings = "") {
-  const std::string w = " xmlns:w=\"http://schemas.openxmlformats.org/wordprocessingml/2006/main\"";
-  const std::string office = "http://schemas.openxmlformats.org/officeDocument/2006/relationships/";
-  const std::string package = "http://schemas.openxmlformats.org/package/2006/";
-  const std::string types = "application/vnd.openxmlformats-officedocument.wordprocessingml.";
-  return archive::build(
-             {{{"[Content_Types].xml",
-                "<Types xmlns=\"" + package +
-                    "content-types\"><Default Extension=\"rels\" ContentType=\"application/"
-                    "vnd.openxmlformats-package.relationships+xml\"/><Override "
-                    "PartName=\"/word/document.xml\" "
-                    "ContentType=\"" +
-                    types +
-                    "document.main+xml\"/><Override PartName=\"/word/settings.xml\" "
-                    "ContentType=\"" +
-                    types + "settings+xml\"/></Types>"},
-               {"_rels/.rels", "<Relationships xmlns=\"" + package +
-                                   "relationships\"><Relationship Id=\"r1\" Type=\"" + office +
-                                   "officeDocument\" Target=\"word/document.xml\"/></Relationships>"},
-               {"word/_rels/document.xml.rels",
-                "<Relationships xmlns=\"" + package + "relationships\"><Relationship Id=\"r1\" Type=\"" +
-                    office + "settings\" Target=\"settings.xml\"/></Relationships>"},
-               {"word/document.xml",
-                "<w:document" + w + "><w:body><w:p><w:r><w:t>" + paragraph +
-                    "</w:t></w:r></w:p></w:body></w:document>",
-                false},
-               {"word/settings.xml", "<w:settings" + w + ">" + settings + "</w:settings>", false}}})
-      .bytes;
-}
 
 /// A run over the files of a folder that goes when the test ends; every "A" becomes "B".
 class RealFiles : public testing::Test {
@@ -73,6 +39,15 @@ class RealFiles : public testing::Test {
 
   std::vector<std::u16string> found() { return work.engine.GetFiles(true, 32000); }
   void run() { work.engine.MultiPLUVO(found()); }
+  std::string part(const std::string& file, const char* name = "word/document.xml") const {
+    const std::string bytes = scratch.get(file);
+    return docx::part(files::Bytes::of({bytes.begin(), bytes.end()}), name);
+  }
+  /// How questions are answered: y for yes, n for no.
+  void answers(std::string_view letters) {
+    for (const char c : letters)
+      work.boxes.answers.push_back(c == 'y' ? forms::Answer::yes : forms::Answer::no);
+  }
   /// The titles of the boxes shown.
   std::vector<std::string> titles() const {
     std::vector<std::string> all;
@@ -92,16 +67,16 @@ class RealFiles : public testing::Test {
 TEST_F(RealFiles, AreProcessedWhateverTheirNamesAndKinds) {
   std::filesystem::create_directory(scratch.path("s"));
   scratch.put("a.txt", "A \xE9\r\n");
-  scratch.put("b.docx", docx("A"));
-  scratch.put("c.xyz", docx("A"));
+  scratch.put("b.docx", docx::fileOf("A"));
+  scratch.put("c.xyz", docx::fileOf("A"));
   scratch.put("s/\xFF.txt", "A");
   const std::string untouched = scratch.put("t.txt", "nothing");
   chmod(untouched.c_str(), 0640);
   const auto before = std::filesystem::last_write_time(untouched);
   run();
   EXPECT_EQ(scratch.get("a.txt"), "B \xE9\r\n");
-  EXPECT_THAT(scratch.get("b.docx"), HasSubstr("<w:t>B</w:t>"));
-  EXPECT_THAT(scratch.get("c.xyz"), HasSubstr("<w:t>B</w:t>"));
+  EXPECT_THAT(part("b.docx"), HasSubstr("<w:t>B</w:t>"));
+  EXPECT_THAT(part("c.xyz"), HasSubstr("<w:t>B</w:t>"));
   EXPECT_EQ(scratch.get("s/\xFF.txt"), "B");
   EXPECT_EQ(std::filesystem::last_write_time(untouched), before);
   EXPECT_THAT(work.reports.all, IsEmpty());
@@ -119,21 +94,21 @@ TEST_F(RealFiles, ThatMayNotBeWrittenAreSavedUnderAnotherName) {
   scratch.put("~$c.txt", "");
   work.engine.Masks(u"?.txt");
 
-  work.boxes.answers = {no, no, no};
+  answers("nnn");
   run();
   EXPECT_EQ(titles(), std::vector<std::string>(3, "Read Only File"));
   EXPECT_EQ(application->count(), 0);
   EXPECT_EQ(scratch.names().size(), 5U);
 
   saveAs = scratch.path("new.txt");
-  work.boxes.answers = {yes, no, no};
+  answers("ynn");
   run();
   EXPECT_EQ(scratch.get("a.txt"), "A");
   EXPECT_EQ(scratch.get("new.txt"), "B");
 
   work.boxes.shown.clear();
   saveAs.reset();
-  work.boxes.answers = {no, yes, yes, yes, no};
+  answers("nyyyn");
   run();
   EXPECT_THAT(titles(), ElementsAre("Read Only File", "Read Only File", "Save As Cancelled.",
                                     "Read Only File", "Save As Cancelled."));
@@ -148,7 +123,7 @@ TEST_F(RealFiles, ThatCannotBeOpenedDoNotStopTheRun) {
                             std::string("E\0n\0c\0r\0y\0p\0t\0e\0d\0P\0a\0c\0k\0a\0g\0e\0", 32));
   scratch.put("~$c.txt", "A");
   scratch.put("z.txt", "A");
-  work.boxes.answers = {yes, no, yes};
+  answers("yny");
   run();
   EXPECT_THAT(titles(), ElementsAre("Incorrect Open/Modify Password", "Incorrect Open/Modify Password",
                                     "Potential Temporary File"));
@@ -156,22 +131,22 @@ TEST_F(RealFiles, ThatCannotBeOpenedDoNotStopTheRun) {
   EXPECT_EQ(scratch.get("z.txt"), "B");
   EXPECT_EQ(scratch.get("~$c.txt"), "A");
 
-  work.boxes.answers = {no, no};
+  answers("nn");
   run();
   EXPECT_EQ(scratch.get("~$c.txt"), "B") << "the user said to process it";
 }
 
 TEST_F(RealFiles, ThatAreProtectedAreUnlockedWhereThereIsNoPassword) {
   const std::string protection = "<w:documentProtection w:edit=\"forms\" w:enforcement=\"1\"";
-  scratch.put("free.docx", docx("A", protection + "/>"));
-  const std::string locked = docx("A", protection + " w:hashValue=\"c2VjcmV0\"/>");
+  scratch.put("free.docx", docx::fileOf("A", docx::settingsOf(protection + "/>")));
+  const std::string locked = docx::fileOf("A", docx::settingsOf(protection + " w:hashValue=\"c2VjcmV0\"/>"));
   scratch.put("locked.docx", locked);
   scratch.put("z.txt", "A");
   typed = {u"anything", u"guess", u"another"};
-  work.boxes.answers = {no, yes};
+  answers("ny");
   run();
-  EXPECT_THAT(scratch.get("free.docx"), HasSubstr("<w:t>B</w:t>"));
-  EXPECT_THAT(scratch.get("free.docx"), HasSubstr(protection)) << "protected as before";
+  EXPECT_THAT(part("free.docx"), HasSubstr("<w:t>B</w:t>"));
+  EXPECT_THAT(part("free.docx", "word/settings.xml"), HasSubstr(protection)) << "protected as before";
   EXPECT_EQ(scratch.get("locked.docx"), locked);
   EXPECT_THAT(titles(), ElementsAre("Incorrect Password", "Incorrect Password"));
   EXPECT_EQ(scratch.get("z.txt"), "B");
@@ -181,17 +156,17 @@ TEST_F(RealFiles, ThatAreProtectedAreUnlockedWhereThereIsNoPassword) {
 
 TEST_F(RealFiles, AreSteppedThrough) {
   scratch.put("a.txt", "A A");
-  scratch.put("b.docx", docx("A"));
+  scratch.put("b.docx", docx::fileOf("A"));
   work.engine.ConfirmEachOperationsetting(true);
   engine::frmProcessing dialog(work.engine);
   dialog.MultiProcess(found());
   forms::press(dialog, u"cmdSkip");
   forms::press(dialog, u"cmdPerform");
   EXPECT_EQ(scratch.get("a.txt"), "A B");
-  EXPECT_THAT(scratch.get("b.docx"), HasSubstr("<w:t>A</w:t>")) << "not yet";
+  EXPECT_THAT(part("b.docx"), HasSubstr("<w:t>A</w:t>")) << "not yet";
   EXPECT_TRUE(dialog.Visible());
   forms::press(dialog, u"cmdPerform");
-  EXPECT_THAT(scratch.get("b.docx"), HasSubstr("<w:t>B</w:t>"));
+  EXPECT_THAT(part("b.docx"), HasSubstr("<w:t>B</w:t>"));
   EXPECT_FALSE(dialog.Visible());
   EXPECT_EQ(application->count(), 0);
 }
