@@ -31,11 +31,6 @@ Words operator+(Words words, const Words& more) {
   return words;
 }
 
-std::string docx(const std::string& text, docx::Parts parts = {}) {
-  const auto bytes = docx::documentOf(docx::p(docx::run(text)), std::move(parts));
-  return {bytes.view.begin(), bytes.view.end()};
-}
-
 /// Every file below the folder: bytes, permissions, time of last change.
 using State = std::map<std::string, std::tuple<std::string, mode_t, std::int64_t, std::int64_t>>;
 State stateOf(const Sandbox& sandbox) {
@@ -121,24 +116,17 @@ TEST(Folder, PrintsInTheSameOrderWhateverTheJobs) {
 
 /// A folder with something of everything.
 void fillWithEverything(const Sandbox& sandbox) {
-  const std::string relationships =
-      "<Relationships xmlns=\"http://schemas.openxmlformats.org/package/2006/relationships\"><Relationship "
-      "Id=\"a\" "
-      "Type=\"http://schemas.openxmlformats.org/officeDocument/2006/relationships/officeDocument\" "
-      "Target=\"word/document.xml\"/><Relationship Id=\"s\" "
-      "Type=\"http://schemas.openxmlformats.org/package/2006/"
-      "relationships/digital-signature/origin\" Target=\"x\"/></Relationships>";
-  const std::string settings =
-      "<w:settings xmlns:w=\"http://schemas.openxmlformats.org/wordprocessingml/2006/main\">"
-      "<w:documentProtection w:edit=\"readOnly\" w:enforcement=\"1\"/></w:settings>";
-  sandbox.write("good.docx", docx("a draft"));
+  sandbox.write("good.docx", docx::fileOf("a draft"));
   sandbox.write("sub/good.txt", "a draft\r\n");
-  sandbox.write("truncated.docx", docx("draft").substr(0, 300));
+  sandbox.write("truncated.docx", docx::fileOf("draft").substr(0, 300));
   sandbox.write("encrypted.docx",
                 archive::build({{{"word/document.xml", "draft", true, false, false, 1}}}).bytes);
-  sandbox.write("protected.docx", docx("draft", {{"word/settings.xml", settings}}));
-  sandbox.write("signed.docx", docx("draft", {{"_rels/.rels", relationships}}));
-  sandbox.write("locked.docx", docx("draft"));
+  sandbox.write(
+      "protected.docx",
+      docx::fileOf("draft",
+                   docx::settingsOf("<w:documentProtection w:edit=\"readOnly\" w:enforcement=\"1\"/>")));
+  sandbox.write("signed.docx", docx::fileOf("draft", docx::kSigned));
+  sandbox.write("locked.docx", docx::fileOf("draft"));
   sandbox.write("~$locked.docx", "somebody");
   sandbox.write("readonly.txt", "draft\n");
   fs::permissions(sandbox.path("readonly.txt"), fs::perms::owner_read);
@@ -200,16 +188,14 @@ TEST(Folder, TellsOfEveryKindOfFileAndTakesItAllBack) {
 TEST(Passwords, LiftProtectionsThatStay) {
   const Sandbox sandbox;
   const auto settings = [](const std::string& attributes) {
-    return "<w:settings xmlns:w=\"http://schemas.openxmlformats.org/wordprocessingml/2006/main\">"
-           "<w:documentProtection w:edit=\"readOnly\" " +
-           attributes + "/></w:settings>";
+    return docx::settingsOf("<w:documentProtection w:edit=\"readOnly\" " + attributes + "/>");
   };
   const std::string kept =
       "w:cryptAlgorithmSid=\"4\" w:cryptSpinCount=\"100000\" w:hash=\"MUHbcmpC9AnlLsd9v3lW0j30y6E=\" "
       "w:salt=\"2Z+i7o/0EZyUNakVeWzU/w==\"";
-  sandbox.write("free.docx", docx("draft", {{"word/settings.xml", settings("w:enforcement=\"1\"")}}));
-  sandbox.write("locked.docx", docx("draft", {{"word/settings.xml", settings(kept)}}));
-  sandbox.write("plain.docx", docx("draft"));
+  sandbox.write("free.docx", docx::fileOf("draft", settings("w:enforcement=\"1\"")));
+  sandbox.write("locked.docx", docx::fileOf("draft", settings(kept)));
+  sandbox.write("plain.docx", docx::fileOf("draft"));
   sandbox.write("encrypted.docx",
                 archive::build({{{"word/document.xml", "draft", true, false, false, 1}}}).bytes);
   const Words run = kReplace + Words{"-r", "."};
@@ -265,7 +251,7 @@ class Unfinished : public ::testing::Test {
       if (i % 2 == 0) {
         sandbox_.write(name + ".txt", std::string(20000, 'x') + " draft\n");
       } else {
-        sandbox_.write(name + ".docx", docx("a draft"));
+        sandbox_.write(name + ".docx", docx::fileOf("a draft"));
       }
     }
     before_ = stateOf(sandbox_);

@@ -4,6 +4,8 @@
 #include "documents/archive/zip_builder.h"
 #include "docx/docx_format.h"
 
+#include <algorithm>
+#include <regex>
 #include <stdexcept>
 
 namespace pluvo::docx {
@@ -28,6 +30,13 @@ std::string relationships(std::initializer_list<std::pair<const char*, const cha
   }
   return xml + "</Relationships>";
 }
+
+const Parts kSigned = {
+    {"_rels/.rels",
+     "<Relationships xmlns=\"http://schemas.openxmlformats.org/package/2006/relationships\"><Relationship "
+     "Id=\"a\" Type=\"http://schemas.openxmlformats.org/officeDocument/2006/relationships/officeDocument\" "
+     "Target=\"word/document.xml\"/><Relationship Id=\"s\" Type=\"http://schemas.openxmlformats.org/package/"
+     "2006/relationships/digital-signature/origin\" Target=\"x\"/></Relationships>"}};
 
 std::string mainPartOf(std::string_view body) {
   return "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\r\n<w:document"
@@ -68,6 +77,17 @@ files::Bytes documentOf(std::string_view body, Parts parts) {
   return files::Bytes::of({bytes.begin(), bytes.end()});
 }
 
+Parts settingsOf(std::string_view content) {
+  return {{"word/settings.xml",
+           "<w:settings xmlns:w=\"http://schemas.openxmlformats.org/wordprocessingml/2006/main\">" +
+               std::string(content) + "</w:settings>"}};
+}
+
+std::string fileOf(std::string_view text, Parts parts) {
+  const files::Bytes bytes = documentOf(p(run(text)), std::move(parts));
+  return {bytes.view.begin(), bytes.view.end()};
+}
+
 std::string run(std::string_view text, std::string_view properties) {
   const bool edge = text.starts_with(' ') || text.ends_with(' ');
   return "<w:r>" + (properties.empty() ? "" : "<w:rPr>" + std::string(properties) + "</w:rPr>") +
@@ -75,6 +95,53 @@ std::string run(std::string_view text, std::string_view properties) {
 }
 
 std::string p(std::string_view content) { return "<w:p>" + std::string(content) + "</w:p>"; }
+
+namespace {
+
+std::string tagOf(std::string tag) {
+  static const std::map<std::string_view, std::string_view> kShort = {
+      {"<T>", "<w:tbl><w:tblPr/><w:tblGrid/><w:tr>"},
+      {"</T>", "</w:tr></w:tbl>"},
+      {"<A>", "<mc:AlternateContent>"},
+      {"</A>", "</mc:AlternateContent>"}};
+  if (const auto found = kShort.find(tag); found != kShort.end()) return std::string(found->second);
+  std::replace(tag.begin(), tag.end(), '\'', '"');
+  const std::size_t name = tag[1] == '/' ? 2 : 1;
+  if (tag.find(':') < tag.find_first_of(" />", name) || tag[1] == '!') return tag;
+  tag.insert(name, "w:");
+  return std::regex_replace(tag, std::regex(" ([A-Za-z]+=)"), " w:$1");
+}
+
+}  // namespace
+
+std::string wml(std::string_view text) {
+  const auto field = [](const char* type) {
+    return "<w:r><w:fldChar w:fldCharType=\"" + std::string(type) + "\"/></w:r>";
+  };
+  const std::map<char, std::string> marks = {
+      {'{', "<w:p>"}, {'}', "</w:p>"}, {'^', field("begin")}, {'%', field("separate")}, {'$', field("end")}};
+  std::string out;
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    const char c = text[at];
+    const char closing = c == '<' ? '>' : c == '[' ? ']' : c == '@' ? '@' : '\0';
+    const std::size_t end = closing == '\0' ? at : text.find(closing, at + 1);
+    const std::string_view inner = end > at ? text.substr(at + 1, end - at - 1) : "";
+    if (c == '<') {
+      out += tagOf(std::string(text.substr(at, end - at + 1)));
+    } else if (c == '[') {
+      const std::size_t bar = inner.find('|');
+      out += bar == inner.npos ? run(inner) : run(inner.substr(bar + 1), wml(inner.substr(0, bar)));
+    } else if (c == '@') {
+      out += "<w:r><w:instrText>" + std::string(inner) + "</w:instrText></w:r>";
+    } else if (const auto mark = marks.find(c); mark != marks.end()) {
+      out += mark->second;
+    } else {
+      out += c;
+    }
+    at = end;
+  }
+  return out;
+}
 
 Opened open(files::Bytes bytes) {
   formats::Opened opened = DocxFormat().read(std::move(bytes));

@@ -24,10 +24,22 @@ std::string headerOf(std::string_view content);
 /// A part of relationships: the ends of their types, and targets.
 std::string relationships(std::initializer_list<std::pair<const char*, const char*>> typesAndTargets);
 
+/// A part of settings.
+Parts settingsOf(std::string_view content);
+/// The relationships of a signed package.
+extern const Parts kSigned;
+/// A file of one paragraph.
+std::string fileOf(std::string_view text, Parts parts = {});
+
 /// <w:r> with these properties and one text element.
 std::string run(std::string_view text, std::string_view properties = {});
 /// <w:p> around content.
 std::string p(std::string_view content);
+
+/// Markup written short: {…} is a paragraph, [text] and [properties|text] a run, ^ % $ are the marks of a
+/// field, @code@ is a run of field code, <T>…</T> a table of one row, <A>…</A> are alternatives; names
+/// without prefix get w:, and ' stands for ".
+std::string wml(std::string_view text);
 
 /// A document as the rest of the program has it.
 struct Opened {

@@ -1,5 +1,6 @@
 #include "fragment.h"
 
+#include "documents/docx/document_builder.h"
 #include "properties.h"
 
 namespace pluvo::docx {
@@ -13,41 +14,37 @@ TEST(Properties, highlightStandsWhereTheSchemaWantsIt) {
     const char* after;
   };
   const Case cases[] = {
-      {"", 7, "<w:rPr><w:highlight w:val=\"yellow\"/></w:rPr>"},
-      {"<w:rPr/>", 11, "<w:rPr><w:highlight w:val=\"darkGreen\"/></w:rPr>"},
-      {"<w:rPr><w:b/><w:sz w:val=\"24\"/><w:u w:val=\"single\"/></w:rPr>", 7,
-       "<w:rPr><w:b/><w:sz w:val=\"24\"/><w:highlight w:val=\"yellow\"/><w:u w:val=\"single\"/></w:rPr>"},
-      {"<w:rPr><w:lang w:val=\"en\"/><w:rPrChange w:id=\"1\"><w:rPr><w:highlight "
-       "w:val=\"red\"/></w:rPr></w:rPrChange></w:rPr>",
-       6,
-       "<w:rPr><w:highlight w:val=\"red\"/><w:lang w:val=\"en\"/><w:rPrChange w:id=\"1\"><w:rPr><w:highlight "
-       "w:val=\"red\"/></w:rPr></w:rPrChange></w:rPr>"},
-      {"<w:rPr><w:highlight w:val=\"red\"/></w:rPr>", 0, ""},
-      {"<w:rPr><!--a>b--><w:i/><w:highlight w:val=\"red\"/><w14:x/></w:rPr>", 0,
-       "<w:rPr><!--a>b--><w:i/><w14:x/></w:rPr>"},
-      {"<w:rPr><w:ins w:id=\"2\"/><w:szCs w:val=\"1\"/><w14:glow><w14:a/></w14:glow></w:rPr>", 2,
-       "<w:rPr><w:ins w:id=\"2\"/><w:szCs w:val=\"1\"/><w:highlight "
-       "w:val=\"blue\"/><w14:glow><w14:a/></w14:glow></w:rPr>"},
+      {"", 7, "<rPr><highlight val='yellow'/></rPr>"},
+      {"<rPr/>", 11, "<rPr><highlight val='darkGreen'/></rPr>"},
+      {"<rPr><b/><sz val='24'/><u val='single'/></rPr>", 7,
+       "<rPr><b/><sz val='24'/><highlight val='yellow'/><u val='single'/></rPr>"},
+      {"<rPr><lang val='en'/><rPrChange id='1'><rPr><highlight val='red'/></rPr></rPrChange></rPr>", 6,
+       "<rPr><highlight val='red'/><lang val='en'/><rPrChange id='1'><rPr><highlight "
+       "val='red'/></rPr></rPrChange></rPr>"},
+      {"<rPr><highlight val='red'/></rPr>", 0, ""},
+      {"<rPr><!--a>b--><i/><highlight val='red'/><w14:x/></rPr>", 0, "<rPr><!--a>b--><i/><w14:x/></rPr>"},
+      {"<rPr><ins id='2'/><szCs val='1'/><w14:glow><w14:a/></w14:glow></rPr>", 2,
+       "<rPr><ins id='2'/><szCs val='1'/><highlight val='blue'/><w14:glow><w14:a/></w14:glow></rPr>"},
   };
-  for (const Case& c : cases) {
-    EXPECT_EQ(withHighlight(c.before, w, static_cast<std::uint8_t>(c.colour)), c.after) << c.before;
-  }
+  for (const Case& c : cases)
+    EXPECT_EQ(withHighlight(wml(c.before), w, static_cast<std::uint8_t>(c.colour)), wml(c.after)) << c.before;
 }
 
 TEST(Properties, aParagraphSplitOffHasNoSectionAndNoTrackedMark) {
+  const auto mark = [](const char* properties) {
+    return wml("<pPr><rPr>" + std::string(properties) + "</rPr></pPr>");
+  };
   EXPECT_EQ(
-      forSplitOffParagraph("<w:pPr><w:jc w:val=\"both\"/><w:rPr><w:ins w:id=\"1\"/><w:b/></w:rPr><w:sectPr>"
-                           "<w:pgSz/></w:sectPr><w:pPrChange w:id=\"2\"><w:pPr/></w:pPrChange></w:pPr>"),
-      "<w:pPr><w:jc w:val=\"both\"/><w:rPr><w:b/></w:rPr></w:pPr>");
-  EXPECT_EQ(forSplitOffParagraph("<w:pPr><w:sectPr/></w:pPr>"), "");
-  EXPECT_EQ(withMarkHighlight("<w:pPr><w:keepNext/><w:sectPr/></w:pPr>", Markup(), 7),
-            "<w:pPr><w:keepNext/><w:rPr><w:highlight w:val=\"yellow\"/></w:rPr><w:sectPr/></w:pPr>");
-  EXPECT_EQ(withMarkLike("<w:pPr><w:rPr><w:vanish/><w:sz w:val=\"9\"/></w:rPr></w:pPr>", Markup(), 0, ""),
-            "<w:pPr><w:rPr><w:sz w:val=\"9\"/></w:rPr></w:pPr>");
-  EXPECT_EQ(withMarkLike("<w:pPr><w:rPr><w:b/><w:sz w:val=\"9\"/></w:rPr></w:pPr>", Markup(), 0,
-                         "<w:rPr><w:vanish w:val=\"0\"/></w:rPr>"),
-            "<w:pPr><w:rPr><w:b/><w:vanish w:val=\"0\"/><w:sz w:val=\"9\"/></w:rPr></w:pPr>");
-  EXPECT_EQ(runPropertiesOfMark("<w:pPr><w:rPr><w:del w:id=\"1\"/></w:rPr></w:pPr>"), "");
+      forSplitOffParagraph(wml("<pPr><jc val='both'/><rPr><ins id='1'/><b/></rPr><sectPr><pgSz/></sectPr>"
+                               "<pPrChange id='2'><pPr/></pPrChange></pPr>")),
+      wml("<pPr><jc val='both'/><rPr><b/></rPr></pPr>"));
+  EXPECT_EQ(forSplitOffParagraph(wml("<pPr><sectPr/></pPr>")), "");
+  EXPECT_EQ(withMarkHighlight(wml("<pPr><keepNext/><sectPr/></pPr>"), Markup(), 7),
+            wml("<pPr><keepNext/><rPr><highlight val='yellow'/></rPr><sectPr/></pPr>"));
+  EXPECT_EQ(withMarkLike(mark("<vanish/><sz val='9'/>"), Markup(), 0, ""), mark("<sz val='9'/>"));
+  EXPECT_EQ(withMarkLike(mark("<b/><sz val='9'/>"), Markup(), 0, wml("<rPr><vanish val='0'/></rPr>")),
+            mark("<b/><vanish val='0'/><sz val='9'/>"));
+  EXPECT_EQ(runPropertiesOfMark(mark("<del id='1'/>")), "");
 }
 
 TEST(Fragments, tagsLoseOnlyTheAttributesNamed) {

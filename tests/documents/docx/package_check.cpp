@@ -6,8 +6,10 @@
 
 #include <algorithm>
 #include <functional>
+#include <iterator>
 #include <memory>
 #include <set>
+#include <sstream>
 #include <vector>
 
 namespace pluvo::docx {
@@ -55,50 +57,16 @@ std::unique_ptr<Node> parse(const archive::Archive& archive, const archive::Memb
 
 using Names = std::vector<std::string>;
 
-const Names kRunProperties = {"ins",
-                              "del",
-                              "moveFrom",
-                              "moveTo",
-                              "rStyle",
-                              "rFonts",
-                              "b",
-                              "bCs",
-                              "i",
-                              "iCs",
-                              "caps",
-                              "smallCaps",
-                              "strike",
-                              "dstrike",
-                              "outline",
-                              "shadow",
-                              "emboss",
-                              "imprint",
-                              "noProof",
-                              "snapToGrid",
-                              "vanish",
-                              "webHidden",
-                              "color",
-                              "spacing",
-                              "w",
-                              "kern",
-                              "position",
-                              "sz",
-                              "szCs",
-                              "highlight",
-                              "u",
-                              "effect",
-                              "bdr",
-                              "shd",
-                              "fitText",
-                              "vertAlign",
-                              "rtl",
-                              "cs",
-                              "em",
-                              "lang",
-                              "eastAsianLayout",
-                              "specVanish",
-                              "oMath",
-                              "rPrChange"};
+Names namesIn(const std::string& list) {
+  std::istringstream words(list);
+  return {std::istream_iterator<std::string>(words), {}};
+}
+
+const Names kRunProperties = namesIn(
+    "ins del moveFrom moveTo rStyle rFonts b bCs i iCs caps smallCaps strike dstrike outline shadow emboss "
+    "imprint noProof snapToGrid vanish webHidden color spacing w kern position sz szCs highlight u effect "
+    "bdr "
+    "shd fitText vertAlign rtl cs em lang eastAsianLayout specVanish oMath rPrChange");
 const Names kParagraphTail = {"rPr", "sectPr", "pPrChange"};
 const std::set<std::string> kTextElements = {"t", "delText", "instrText", "delInstrText"};
 
@@ -159,8 +127,7 @@ class Checker {
         {"tr", {"body", "p", "r", "tr", "tc"}},
         {"tbl", {"p", "r", "tbl", "tr"}},
         {"t", {"p", "body", "hyperlink", "ins", "del"}},
-        {"br", {"p", "body", "hyperlink"}},
-    };
+        {"br", {"p", "body", "hyperlink"}}};
     const auto rule = kNever.find(node.name);
     if (rule != kNever.end() && rule->second.contains(around)) fault(node.name + " in " + around);
     const auto has = [&](const char* name) {

@@ -15,91 +15,58 @@ using text::View;
 
 const std::string kWordNamespace = "xmlns:w=\"http://schemas.openxmlformats.org/wordprocessingml/2006/main\"";
 
-struct Refusal {
-  const char* what;
-  files::Bytes document;
-  files::Problem problem;
-  const char* sentence;
-};
-
-std::string rels(std::string_view type, std::string_view target) {
-  return "<Relationships "
-         "xmlns=\"http://schemas.openxmlformats.org/package/2006/relationships\"><Relationship Id=\"a\" "
-         "Type=\"http://schemas.openxmlformats.org/" +
-         std::string(type) + "\" Target=\"" + std::string(target) +
-         "\"/><Relationship Id=\"b\" "
-         "Type=\"http://schemas.openxmlformats.org/officeDocument/2006/relationships/"
-         "officeDocument\" Target=\"/word/document.xml\"/></Relationships>";
-}
-
-files::Bytes bytesOf(std::string_view text) { return files::Bytes::of({text.begin(), text.end()}); }
-
-files::Bytes withSettings(const std::string& inner) {
-  return documentOf(p(""),
-                    {{"word/settings.xml", "<w:settings " + kWordNamespace + ">" + inner + "</w:settings>"}});
+formats::Opened withSettings(const std::string& content) {
+  return DocxFormat().read(documentOf("", settingsOf(content)));
 }
 
 TEST(Package, isRefusedWithACodeAndASentence) {
   using files::Problem;
-  const std::string types = part(documentOf(p("")), "[Content_Types].xml");
-  std::string sheet = types;
+  std::string sheet = part(documentOf(""), "[Content_Types].xml");
   sheet.replace(sheet.find("wordprocessingml.document"), 25, "spreadsheetml.sheet");
-  std::string deep;
-  for (int i = 0; i < 100000; ++i) deep += "<w:sdt>";
-  std::string fields;
-  for (int i = 0; i < 100000; ++i) fields += "<w:r><w:fldChar w:fldCharType=\"begin\"/></w:r>";
-  const Refusal refusals[] = {
-      {"plain text", bytesOf("Dear Sir"), Problem::damaged, "plain text"},
-      {"RTF", bytesOf("{\\rtf1 x}"), Problem::damaged, "RTF"},
-      {"nothing", bytesOf(""), Problem::damaged, "empty"},
-      {"another ZIP", documentOf("", {{"[Content_Types].xml", "-"}}), Problem::damaged, "ordinary ZIP"},
-      {"OpenDocument",
-       documentOf("",
-                  {{"[Content_Types].xml", "-"}, {"mimetype", "application/vnd.oasis.opendocument.text"}}),
-       Problem::damaged, "OpenDocument text"},
-      {"a spreadsheet", documentOf("", {{"[Content_Types].xml", sheet}}), Problem::damaged, "spreadsheet"},
-      {"no main part", documentOf("", {{"word/document.xml", "-"}}), Problem::damaged, "main part"},
-      {"no relationships", documentOf("", {{"_rels/.rels", "-"}}), Problem::damaged, "main part"},
-      {"two main parts",
-       documentOf("",
-                  {{"_rels/.rels", rels("officeDocument/2006/relationships/officeDocument", "other.xml")}}),
-       Problem::damaged, "two main parts"},
-      {"two parts of notes",
-       documentOf("",
-                  {{"word/_rels/document.xml.rels",
-                    "<Relationships xmlns=\"http://schemas.openxmlformats.org/package/2006/relationships\">"
-                    "<Relationship Type=\"x/footnotes\" Target=\"a.xml\"/><Relationship Type=\"x/footnotes\" "
-                    "Target=\"b.xml\"/></Relationships>"}}),
-       Problem::damaged, "two parts"},
-      {"a signature",
-       documentOf("", {{"_rels/.rels", rels("package/2006/relationships/digital-signature/origin", "x")}}),
-       Problem::signature, "signed"},
-      {"another root", documentOf("", {{"word/document.xml", "<x/>"}}), Problem::damaged, "WordprocessingML"},
-      {"no body", documentOf("", {{"word/document.xml", "<w:document " + kWordNamespace + "/>"}}),
-       Problem::damaged, "body"},
-      {"cut-off XML", documentOf("", {{"word/document.xml", mainPartOf("").substr(0, 600)}}),
-       Problem::damaged, "byte"},
-      {"entities",
-       documentOf("", {{"word/document.xml", "<!DOCTYPE x [<!ENTITY a \"b\">]>" + mainPartOf("")}}),
-       Problem::damaged, "document type"},
-      {"deep nesting", documentOf(deep), Problem::tooLarge, ""},
-      {"deep fields", documentOf(p(fields)), Problem::tooLarge, ""},
+  const std::string cutOff = mainPartOf("").substr(0, 600);
+  const auto document = [](const std::string& xml) { return Parts{{"word/document.xml", xml}}; };
+  const auto deep = [&](const std::string& element) {
+    std::string body;
+    for (int i = 0; i < 100'000; ++i) body += element;
+    return document(mainPartOf(body));
   };
-  for (const Refusal& refusal : refusals) {
+  const struct {
+    Parts parts;
+    const char* sentence;
+    Problem problem = Problem::damaged;
+  } refusals[] = {
+      {{{"[Content_Types].xml", "-"}}, "ordinary ZIP"},
+      {{{"[Content_Types].xml", "-"}, {"mimetype", "application/vnd.oasis.opendocument.text"}},
+       "OpenDocument text"},
+      {{{"[Content_Types].xml", sheet}}, "spreadsheet"},
+      {document("-"), "main part"},
+      {{{"_rels/.rels", "-"}}, "main part"},
+      {{{"_rels/.rels",
+         relationships({{"officeDocument", "x.xml"}, {"officeDocument", "word/document.xml"}})}},
+       "two main parts"},
+      {{{"word/_rels/document.xml.rels", relationships({{"footnotes", "a.xml"}, {"footnotes", "b.xml"}})}},
+       "two parts"},
+      {kSigned, "signed", Problem::signature},
+      {document("<x/>"), "WordprocessingML"},
+      {document("<w:document " + kWordNamespace + "/>"), "body"},
+      {document(cutOff), "byte"},
+      {document("<!DOCTYPE x [<!ENTITY a \"b\">]>" + mainPartOf("")), "document type"},
+      {deep("<w:sdt>"), "", Problem::tooLarge},
+      {deep("<w:p><w:r><w:fldChar w:fldCharType=\"begin\"/></w:r></w:p>"), "", Problem::tooLarge},
+  };
+  for (const auto& [parts, sentence, problem] : refusals) {
     try {
-      open(refusal.document);
-      ADD_FAILURE() << refusal.what << " was opened";
+      open(documentOf("", parts));
+      ADD_FAILURE() << sentence << " was opened";
     } catch (const files::DocumentError& error) {
-      EXPECT_EQ(nameOf(error.problem()), nameOf(refusal.problem)) << refusal.what;
-      EXPECT_THAT(error.what(), HasSubstr(refusal.sentence)) << refusal.what;
+      EXPECT_EQ(nameOf(error.problem()), nameOf(problem)) << sentence;
+      EXPECT_THAT(error.what(), HasSubstr(sentence));
     }
   }
 }
 
 TEST(Package, onlyProtectionThatIsEnforcedCounts) {
-  const auto isProtected = [](const char* settings) {
-    return DocxFormat().read(withSettings(settings)).protection.has_value();
-  };
+  const auto isProtected = [](const char* settings) { return withSettings(settings).protection.has_value(); };
   EXPECT_TRUE(isProtected("<w:documentProtection w:edit=\"readOnly\" w:enforcement=\"1\"/>"));
   EXPECT_TRUE(isProtected("<w:documentProtection w:edit=\"forms\"/>"));
   EXPECT_FALSE(isProtected("<w:documentProtection w:edit=\"readOnly\" w:enforcement=\"0\"/>"));
@@ -118,15 +85,15 @@ TEST(Package, protectionIsLiftedByItsPassword) {
   for (const std::string& settings :
        {"<w:documentProtection w:edit=\"comments\" " + kept, "<w:writeProtection " + modern,
         "<w:documentProtection w:edit=\"forms\" " + modern + "<w:writeProtection " + kept}) {
-    const auto protection = DocxFormat().read(withSettings(settings)).protection;
+    const auto protection = withSettings(settings).protection;
     ASSERT_TRUE(protection) << settings;
     EXPECT_TRUE(protection->isLiftedBy(u"Example")) << settings;
     EXPECT_FALSE(protection->isLiftedBy(u"example")) << settings;
   }
-  const auto free = DocxFormat().read(withSettings("<w:documentProtection w:edit=\"forms\"/>")).protection;
+  const auto free = withSettings("<w:documentProtection w:edit=\"forms\"/>").protection;
   ASSERT_TRUE(free);
   EXPECT_FALSE(free->isLiftedBy);
-  EXPECT_FALSE(DocxFormat().read(withSettings("<w:writeProtection w:recommended=\"1\"/>")).protection);
+  EXPECT_FALSE(withSettings("<w:writeProtection w:recommended=\"1\"/>").protection);
 }
 
 TEST(Package, theMainPartIsWhereTheRelationshipsSay) {
@@ -161,79 +128,56 @@ TEST(Package, anotherEncodingIsKept) {
   EXPECT_EQ(part(opened.written(), "word/document.xml"), expected);
 }
 
-struct NoteParts {
-  Parts parts;
-  std::string body;
-};
+const std::string kNotes = "<footnotes " + kWordNamespace + "><footnote type='separator' id='0'/>";
+const std::string kExtended =
+    "<w15:commentsEx xmlns:w15='http://schemas.microsoft.com/office/word/2012/wordml'>";
 
 /// A footnote, an endnote and two comments of which the second answers the first.
-NoteParts withNotes() {
-  const std::string w14 = " xmlns:w14=\"http://schemas.microsoft.com/office/word/2010/wordml\"";
-  const auto note = [](const char* name, const char* id, const char* text) {
-    return "<w:" + std::string(name) + " w:id=\"" + id + "\">" + p(run(text)) + "</w:" + name + ">";
-  };
-  NoteParts result;
-  result.parts["word/footnotes.xml"] =
-      "<w:footnotes " + kWordNamespace + "><w:footnote w:type=\"separator\" w:id=\"0\"/>" +
-      note("footnote", "2", "foot") + note("footnote", "3", "other") + "</w:footnotes>";
-  result.parts["word/endnotes.xml"] =
-      "<w:endnotes " + kWordNamespace + ">" + note("endnote", "2", "end") + "</w:endnotes>";
-  result.parts["word/comments.xml"] =
-      "<w:comments " + kWordNamespace + w14 +
-      "><w:comment w:id=\"0\"><w:p w14:paraId=\"AA\"/></w:comment>\n"
-      "<w:comment w:id=\"1\"><w:p w14:paraId=\"BB\"/></w:comment></w:comments>";
-  result.parts["word/commentsExtended.xml"] =
-      "<w15:commentsEx xmlns:w15=\"http://schemas.microsoft.com/office/word/2012/wordml\"><w15:commentEx "
-      "w15:paraId=\"AA\"/>"
-      "<w15:commentEx w15:paraId=\"BB\" w15:paraIdParent=\"AA\" w15:done=\"0\"/></w15:commentsEx>";
-  const auto reference = [](const char* name, const char* id) {
-    return "<w:r><w:" + std::string(name) + "Reference w:id=\"" + id + "\"/></w:r>";
-  };
-  result.body = p(run("a") + reference("footnote", "2") + run("b") + reference("endnote", "2") +
-                  "<w:commentRangeStart w:id=\"0\"/><w:commentRangeStart w:id=\"1\"/>" + run("c") +
-                  "<w:commentRangeEnd w:id=\"0\"/>" + reference("comment", "0") + run("d") +
-                  "<w:commentRangeEnd w:id=\"1\"/>" + reference("comment", "1") + reference("footnote", "3") +
-                  run("e"));
-  return result;
+Parts withNotes() {
+  return {{"word/footnotes.xml", wml(kNotes + "<footnote id='2'>{[foot]}</footnote>"
+                                              "<footnote id='3'>{[other]}</footnote></footnotes>")},
+          {"word/endnotes.xml",
+           wml("<endnotes " + kWordNamespace + "><endnote id='2'>{[end]}</endnote></endnotes>")},
+          {"word/comments.xml", wml("<comments " + kWordNamespace +
+                                    " xmlns:w14='http://schemas.microsoft.com/office/word/2010/wordml'>"
+                                    "<comment id='0'><p w14:paraId='AA'/></comment>\n"
+                                    "<comment id='1'><p w14:paraId='BB'/></comment></comments>")},
+          {"word/commentsExtended.xml",
+           wml(kExtended + "<w15:commentEx w15:paraId='AA'/><w15:commentEx w15:paraId='BB' "
+                           "w15:paraIdParent='AA' w15:done='0'/></w15:commentsEx>")}};
 }
 
 TEST(Package, notesAndCommentsGoWithTheirReferences) {
-  const NoteParts notes = withNotes();
-  const files::Bytes document = documentOf(notes.body, notes.parts);
+  const std::string kept =
+      "<commentRangeEnd id='1'/><r><commentReference id='1'/></r><r><footnoteReference id='3'/></r>[e]}";
+  const files::Bytes document = documentOf(
+      wml("{[a]<r><footnoteReference id='2'/></r>[b]<r><endnoteReference id='2'/></r><commentRangeStart "
+          "id='0'/>"
+          "<commentRangeStart id='1'/>[c]<commentRangeEnd id='0'/><r><commentReference id='0'/></r>[d]" +
+          kept),
+      withNotes());
   Opened opened = open(document);
-  opened.model.replace(opened.find(u"b\x02"
-                                   u"c\x05"),
-                       {}, View::results);
-  opened.model.replace(opened.find(u"\x02"
-                                   u"d"),
-                       {}, View::results);
+  opened.model.replace(opened.find(u"b\2c\5"), {}, View::results);
+  opened.model.replace(opened.find(u"\2d"), {}, View::results);
   const files::Bytes written = opened.written();
-  EXPECT_EQ(bodyOf(written),
-            p(run("a") +
-              "<w:commentRangeStart w:id=\"1\"/><w:commentRangeEnd w:id=\"1\"/>"
-              "<w:r><w:commentReference w:id=\"1\"/></w:r><w:r><w:footnoteReference w:id=\"3\"/></w:r>" +
-              run("e")));
+  EXPECT_EQ(bodyOf(written), wml("{[a]<commentRangeStart id='1'/>" + kept));
   EXPECT_EQ(part(written, "word/footnotes.xml"),
-            "<w:footnotes " + kWordNamespace +
-                "><w:footnote w:type=\"separator\" w:id=\"0\"/><w:footnote w:id=\"3\">" + p(run("other")) +
-                "</w:footnote></w:footnotes>");
+            wml(kNotes + "<footnote id='3'>{[other]}</footnote></footnotes>"));
   EXPECT_EQ(part(written, "word/endnotes.xml"), "<w:endnotes " + kWordNamespace + "></w:endnotes>");
   EXPECT_THAT(part(written, "word/comments.xml"), testing::Not(HasSubstr("AA")));
   EXPECT_EQ(part(written, "word/commentsExtended.xml"),
-            "<w15:commentsEx xmlns:w15=\"http://schemas.microsoft.com/office/word/2012/wordml\">"
-            "<w15:commentEx w15:paraId=\"BB\" w15:done=\"0\"/></w15:commentsEx>");
+            wml(kExtended + "<w15:commentEx w15:paraId='BB' w15:done='0'/></w15:commentsEx>"));
   EXPECT_EQ(worsened(faultsOf(document), faultsOf(written)), "");
 }
 
 TEST(Package, theRangeOfACommentGoesWhereverItBegins) {
-  const NoteParts notes = withNotes();
-  const std::string before = p(run("x") + "<w:commentRangeStart w:id=\"0\"/>" + run(std::string(2000, 'y')));
-  const std::string filling = p(run(std::string(2000, 'z'))) + "<w:commentRangeEnd w:id=\"0\"/>";
-  const std::string last = p(run("a") + "<w:r><w:commentReference w:id=\"0\"/></w:r>");
-  Opened opened = open(documentOf(before + filling + last, notes.parts));
-  opened.model.replace(opened.find(u"a\x05"), u"b", View::results);
-  EXPECT_EQ(bodyOf(opened.written()),
-            p(run("x") + run(std::string(2000, 'y'))) + p(run(std::string(2000, 'z'))) + p(run("b")));
+  const std::string ys(2000, 'y');
+  const std::string zs(2000, 'z');
+  Opened opened = open(documentOf(wml("{[x]<commentRangeStart id='0'/>[" + ys + "]}{[" + zs +
+                                      "]}<commentRangeEnd id='0'/>{[a]<r><commentReference id='0'/></r>}"),
+                                  withNotes()));
+  opened.model.replace(opened.find(u"a\5"), u"b", View::results);
+  EXPECT_EQ(bodyOf(opened.written()), wml("{[x][" + ys + "]}{[" + zs + "]}{[b]}"));
 }
 
 TEST(Package, otherMembersAreCopied) {

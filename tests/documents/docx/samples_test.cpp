@@ -1,11 +1,17 @@
 #include "documents/docx/document_builder.h"
 #include "documents/docx/package_check.h"
 #include "documents/docx/random_edits.h"
+#include "documents/store/corpus.h"
 #include "documents/support/invariants.h"
 #include "documents/support/notation.h"
+#include "errors/text.h"
 
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <memory>
 #include <random>
 
 namespace pluvo::docx {
@@ -13,11 +19,13 @@ namespace {
 
 using text::View;
 
-files::Bytes sample(const std::string& name) {
-  std::ifstream in(std::string(PLUVO_SAMPLES) + "/" + name, std::ios::binary);
-  EXPECT_TRUE(in) << name;
+files::Bytes bytesOf(const std::filesystem::path& path) {
+  std::ifstream in(path, std::ios::binary);
+  EXPECT_TRUE(in) << path;
   return files::Bytes::of(std::vector<std::uint8_t>(std::istreambuf_iterator<char>(in), {}));
 }
+
+files::Bytes sample(const std::string& name) { return bytesOf(std::string(PLUVO_SAMPLES) + "/" + name); }
 
 const char* const kSamples[] = {"lease.docx", "settlement.docx", "catalogue.docx", "deed.docx"};
 
@@ -29,11 +37,18 @@ std::string storable(model::Model& model) {
   return notation::print(model);
 }
 
-void expectSound(const files::Bytes& before, Opened& opened) {
-  const files::Bytes written = opened.written();
+files::Bytes expectSound(const files::Bytes& before, Opened& opened) {
+  files::Bytes written = opened.written();
   Opened again = open(written);
   EXPECT_EQ(storable(again.model), storable(opened.model));
   EXPECT_EQ(worsened(faultsOf(before), faultsOf(written)), "");
+  return written;
+}
+
+void editAtRandom(model::Model& model, unsigned seed) {
+  std::minstd_rand random(seed);
+  const auto next = [&] { return static_cast<std::uint32_t>(random()) >> 3U; };
+  for (int i = 0; i < 12; ++i) editBySeed(model, {next(), next(), next(), next()});
 }
 
 TEST(Samples, areSound) {
@@ -50,11 +65,8 @@ TEST(Samples, anyProgramOfEditsIsReadBackAsItWasMeant) {
     const files::Bytes document = sample(name);
     for (unsigned seed = 1; seed <= 150; ++seed) {
       SCOPED_TRACE(std::string(name) + " " + std::to_string(seed));
-      std::minstd_rand random(seed);
       Opened opened = open(document);
-      const auto next = [&] { return static_cast<std::uint32_t>(random()); };
-      for (int i = 0; i < 12; ++i)
-        editBySeed(opened.model, {next() >> 3U, next() >> 3U, next() >> 3U, next() >> 3U});
+      editAtRandom(opened.model, seed);
       expectSound(document, opened);
       if (HasFailure()) return;
     }
@@ -105,6 +117,60 @@ TEST(Samples, noTruncatedOneIsOpened) {
       EXPECT_THROW(open(cut), files::DocumentError) << name << " cut to " << size;
     }
   }
+}
+
+/// For libreoffice.py, where PLUVO_EDITED names a folder: the file, and beside it the text with field results
+/// that it should have, hidden text too.
+void leave(const std::string& name, const files::Bytes& written, const model::Model& model) {
+  const char* const folder = std::getenv("PLUVO_EDITED");
+  if (folder == nullptr) return;
+  std::u16string shown;
+  std::vector<bool> inCode;
+  for (text::Position i = 0; i < model.length(); ++i) {
+    const char16_t unit = model.text().at(i);
+    if (!model.isFieldMark(i)) {
+      if (std::ranges::count(inCode, true) == 0) shown += unit;
+    } else if (unit == text::kFieldBegin) {
+      inCode.push_back(true);
+    } else if (unit == text::kFieldSeparator) {
+      inCode.back() = false;
+    } else {
+      inCode.pop_back();
+    }
+  }
+  const std::filesystem::path path = std::filesystem::path(folder) / name;
+  std::ofstream(path, std::ios::binary) << std::string(written.view.begin(), written.view.end());
+  std::ofstream(path.string() + ".txt", std::ios::binary) << errors::utf8(shown);
+}
+
+TEST(Corpus, isReadBackAsItWasMeantUnchangedHighlightedAndEdited) {
+  std::size_t count = 0;
+  for (const char* kind : {"docx", "docm", "dotx"}) {
+    for (const auto& file : store::corpusOf(kind)) {
+      SCOPED_TRACE(file.string());
+      const files::Bytes document = bytesOf(file);
+      for (const int treatment : {0, 1, 2}) {
+        std::unique_ptr<Opened> opened;
+        try {
+          opened.reset(new Opened(open(document)));
+        } catch (const files::DocumentError&) {
+          break;
+        }
+        ++count;
+        model::Model& model = opened->model;
+        if (treatment == 1) {
+          for (text::Position i = 0; i < std::min(model.length(), 5000); ++i) {
+            const bool shown = (model.visibility().valueAt(i) & text::kInResults) != 0;
+            if (shown && model.text().at(i) == u'e') model.highlight({i, i + 1}, 7);
+          }
+        }
+        if (treatment == 2) editAtRandom(model, 1);
+        const files::Bytes written = expectSound(document, *opened);
+        if (treatment == 2) leave(file.filename(), written, model);
+      }
+    }
+  }
+  if (count == 0) GTEST_SKIP() << "no corpus: set PLUVO_CORPUS to a folder with a folder docx of documents";
 }
 
 }  // namespace
