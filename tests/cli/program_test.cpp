@@ -3,7 +3,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <iterator>
+#include <sstream>
 
 namespace pluvo::cli {
 namespace {
@@ -18,8 +21,19 @@ using Words = std::vector<std::string>;
 
 const std::string kLease = "The Lessor shall pay.\nThe Lessee shall not. The Lessor may.\n";
 
+/// Divided at blanks; _ is an empty word, and / a line end.
+Words wordsOf(const std::string& line) {
+  std::istringstream in(line);
+  Words words{std::istream_iterator<std::string>(in), {}};
+  for (std::string& word : words) {
+    if (word == "_") word.clear();
+    std::replace(word.begin(), word.end(), '/', '\n');
+  }
+  return words;
+}
+
 struct Change {
-  Words arguments;  ///< for a document named d.txt
+  std::string arguments;  ///< for a document named d.txt
   std::string before;
   std::string after;  ///< equal: not saved
   int status = 0;
@@ -27,43 +41,35 @@ struct Change {
 
 TEST(Program, ChangesWhatItIsAskedTo) {
   const std::vector<Change> changes = {
-      {{"replace", "-b", "draft", "-t", "final"}, "A DRAFT, a draft.\n", "A final, a final.\n"},
-      {{"replace", "-b", "draft", "-t", "final", "--match-case"},
-       "A DRAFT, a draft.\n",
-       "A DRAFT, a final.\n"},
-      {{"replace", "-b", "art", "-t", "x", "--whole-words"}, "art party Art\n", "x party x\n"},
-      {{"replace", "-b", "a", "-t", "aa"}, "banana\n", "baanaanaa\n"},
-      {{"replace", "-b", "a", "-t", ""}, "banana\n", "bnn\n"},
-      {{"replace", "-b", "none", "-t", "x"}, "banana\n", "banana\n", 1},
-      {{"delete", "-b", "[", "-e", "]"}, "a [b] c [d\ne] f\n", "a  c  f\n"},
-      {{"delete", "-b", "[", "-e", "]", "-i", "d"}, "a [b] c [d] f\n", "a [b] c  f\n"},
-      {{"delete", "-b", "[", "-e", "]", "-i", "d", "--on", "inside"},
-       "a [b] c [ddd] f\n",
-       "a [b] c [dd] f\n"},
-      {{"delete", "-b", "[", "-e", "]", "--on", "begin"}, "a [b] c\n", "a b] c\n"},
-      {{"delete", "-b", "[", "-e", "]", "--on", "end"}, "a [b] c\n", "a [b c\n"},
-      {{"delete", "-b", "a", "-e", "b"}, "a\n1\n2\nb\n", "a\n1\n2\nb\n", 1},
-      {{"delete", "-b", "a", "-e", "b", "--apart", "2"}, "a\n1\n2\nb\n", "\n"},
-      {{"delete", "-b", "a", "-e", "b", "--unit", "document"}, "a\n1\n2\nb\n", "\n"},
-      {{"delete", "-b", "x\ny"}, "1x\r\ny2\r\n", "12\r\n"},
-      {{"insert", "-b", "Lessor", "-t", "said"}, "the Lessor.\n", "the saidLessor.\n"},
-      {{"insert", "-b", "Lessor", "-t", "said", "--extra-space"}, "the Lessor.\n", "the said Lessor.\n"},
-      {{"insert", "-b", "Lessor", "-t", "too", "--extra-space", "--after"},
-       "the Lessor.\n",
-       "the Lessor too.\n"},
-      {{"insert", "-b", "1", "-e", "2", "-t", "\n", "--after"}, "1 2 3\r\n", "1 2\r\n 3\r\n"},
-      {{"insert", "-b", "1", "-e", "3", "-i", "2", "-t", "x", "--on", "inside"}, "1 2 3\n", "1 x2 3\n"},
-      {{"replace", "-b", "same", "-t", "same"}, "same\n", "same\n"},
-      {{"replace", "-b", "caf\xC3\xA9", "-t", "th\xC3\xA9"}, "un caf\xE9\n", "un th\xE9\n"},
+      {"replace -b draft -t final", "A DRAFT, a draft.\n", "A final, a final.\n"},
+      {"replace -b draft -t final --match-case", "A DRAFT, a draft.\n", "A DRAFT, a final.\n"},
+      {"replace -b art -t x --whole-words", "art party Art\n", "x party x\n"},
+      {"replace -b a -t aa", "banana\n", "baanaanaa\n"},
+      {"replace -b a -t _", "banana\n", "bnn\n"},
+      {"replace -b none -t x", "banana\n", "banana\n", 1},
+      {"delete -b [ -e ]", "a [b] c [d\ne] f\n", "a  c  f\n"},
+      {"delete -b [ -e ] -i d", "a [b] c [d] f\n", "a [b] c  f\n"},
+      {"delete -b [ -e ] -i d --on inside", "a [b] c [ddd] f\n", "a [b] c [dd] f\n"},
+      {"delete -b [ -e ] --on begin", "a [b] c\n", "a b] c\n"},
+      {"delete -b [ -e ] --on end", "a [b] c\n", "a [b c\n"},
+      {"delete -b a -e b", "a\n1\n2\nb\n", "a\n1\n2\nb\n", 1},
+      {"delete -b a -e b --apart 2", "a\n1\n2\nb\n", "\n"},
+      {"delete -b a -e b --unit document", "a\n1\n2\nb\n", "\n"},
+      {"insert -b Lessor -t said", "the Lessor.\n", "the saidLessor.\n"},
+      {"insert -b Lessor -t said --extra-space", "the Lessor.\n", "the said Lessor.\n"},
+      {"insert -b Lessor -t too --extra-space --after", "the Lessor.\n", "the Lessor too.\n"},
+      {"delete -b x/y", "1x\r\ny2\r\n", "12\r\n"},
+      {"insert -b 1 -e 2 -t / --after", "1 2 3\r\n", "1 2\r\n 3\r\n"},
+      {"insert -b 1 -e 3 -i 2 -t x --on inside", "1 2 3\n", "1 x2 3\n"},
+      {"replace -b same -t same", "same\n", "same\n"},
+      {"replace -b caf\xC3\xA9 -t th\xC3\xA9", "un caf\xE9\n", "un th\xE9\n"},
   };
   for (const Change& each : changes) {
     const Sandbox sandbox;
     sandbox.write("d.txt", each.before);
     const auto inode = sandbox.status("d.txt").st_ino;
-    Words arguments = each.arguments;
-    arguments.emplace_back("d.txt");
-    const Result result = sandbox.run(arguments);
-    const std::string shown = ::testing::PrintToString(arguments) + " on " + each.before;
+    const Result result = sandbox.run(wordsOf(each.arguments + " d.txt"));
+    const std::string shown = each.arguments + " on " + each.before;
     EXPECT_EQ(result.status, each.status) << shown << result.err;
     EXPECT_EQ(sandbox.read("d.txt"), each.after) << shown;
     EXPECT_EQ(sandbox.status("d.txt").st_ino == inode, each.before == each.after) << shown;
@@ -87,16 +93,11 @@ TEST(Program, ListsBlocksWithTheirParagraphs) {
 TEST(Program, ListsThePlaceAskedFor) {
   const Sandbox sandbox;
   sandbox.write("a.txt", "x\n1 2 3\n1 2 4 3\n");
-  const std::vector<std::pair<Words, std::string>> places = {
-      {{"--on", "begin"}, "a.txt:2: 1\na.txt:3: 1\n"},
-      {{"--on", "end"}, "a.txt:2: 3\na.txt:3: 3\n"},
-      {{"--on", "inside", "-i", "4"}, "a.txt:3: 4\n"},
-  };
-  for (const auto& [place, listed] : places) {
-    Words arguments = {"find", "-b", "1", "-e", "3", "a.txt"};
-    arguments.insert(arguments.end(), place.begin(), place.end());
-    EXPECT_EQ(sandbox.run(arguments).out, listed) << ::testing::PrintToString(place);
-  }
+  const std::pair<std::string, std::string> places[] = {{"begin", "a.txt:2: 1\na.txt:3: 1\n"},
+                                                        {"end", "a.txt:2: 3\na.txt:3: 3\n"},
+                                                        {"inside -i 4", "a.txt:3: 4\n"}};
+  for (const auto& [place, listed] : places)
+    EXPECT_EQ(sandbox.run(wordsOf("find -b 1 -e 3 a.txt --on " + place)).out, listed) << place;
 }
 
 TEST(Program, ShortensAHugeBlock) {
@@ -261,21 +262,14 @@ TEST(Program, ColorsOnlyWhereTheyAreWelcome) {
   ::unsetenv("TERM");
 }
 
-TEST(Program, AsksOnlyAtATerminal) {
-  const Sandbox sandbox;
-  sandbox.write("a.txt", "y\n");
-  const Result result = sandbox.run({"replace", "-b", "y", "-t", "z", "--confirm", "a.txt"});
-  EXPECT_EQ(result.status, 2);
-  EXPECT_THAT(result.err, HasSubstr("--confirm needs a terminal"));
-  EXPECT_EQ(sandbox.read("a.txt"), "y\n");
-}
-
 TEST(Program, DoesNotAskWhereNothingCouldBeSaved) {
   if (!Sandbox::hasTerminals()) GTEST_SKIP() << "no terminals here";
   const Sandbox sandbox;
   sandbox.write("a.txt", "y\n");
+  const Words ask = wordsOf("replace -b y -t z --confirm a.txt");
+  EXPECT_THAT(sandbox.run(ask).err, HasSubstr("--confirm needs a terminal"));
   ASSERT_EQ(::chmod(sandbox.path("a.txt").c_str(), 0444), 0);
-  const Result result = sandbox.runAtTerminal({"replace", "-b", "y", "-t", "z", "--confirm", "a.txt"}, "");
+  const Result result = sandbox.runAtTerminal(ask, "");
   EXPECT_EQ(result.status, 2);
   EXPECT_THAT(result.err, HasSubstr("a.txt: read-only: "));
 }
