@@ -4,10 +4,13 @@
 
 #include <QApplication>
 #include <QFontDatabase>
+#include <algorithm>
 
 namespace pluvo::forms_qt {
 
 namespace {
+
+constexpr int kMiddle = 128;
 
 QColor qt(forms::Color color) {
   constexpr forms::Color kByte = 0xFF;
@@ -18,8 +21,17 @@ QColor qt(forms::Color color) {
 }
 
 QColor readableOn(const QColor& back) {
-  constexpr int kMiddle = 128;
   return qGray(back.rgb()) < kMiddle ? QColor(Qt::white) : QColor(Qt::black);
+}
+
+/// A pale colour glares among dark ones: there it is a dark one of its hue.
+QColor amongOthers(const QColor& back) {
+  const QColor window = QGuiApplication::palette().color(QPalette::Window);
+  if (qGray(window.rgb()) >= kMiddle || back.lightness() <= kMiddle) return back;
+  constexpr float kSaturation = 0.25F;
+  constexpr float kLightness = 0.17F;
+  return QColor::fromHslF(std::max(back.hslHueF(), 0.0F), std::min(back.hslSaturationF(), kSaturation),
+                          kLightness);
 }
 
 /// The faces a system may have for one it has not.
@@ -51,7 +63,7 @@ bool hasColorOfItsOwn(const forms::Control& control) {
 void dressBox(QWidget& box, const forms::Control& control) {
   QPalette palette;
   if (hasColorOfItsOwn(control)) {
-    const QColor back = qt(control.BackColor());
+    const QColor back = amongOthers(qt(control.BackColor()));
     palette.setColor(QPalette::Base, back);
     palette.setColor(QPalette::Text, readableOn(back));
   } else if (control.BackStyle() == forms::BackStyle::transparent) {
@@ -64,7 +76,7 @@ void dressLabel(QWidget& label, const forms::Control& control) {
   const bool own = hasColorOfItsOwn(control);
   QPalette palette;
   if (own) {
-    const QColor back = qt(control.BackColor());
+    const QColor back = amongOthers(qt(control.BackColor()));
     palette.setColor(QPalette::Window, back);
     palette.setColor(QPalette::WindowText, readableOn(back));
   }
