@@ -1,8 +1,10 @@
 #include "registration.h"
 
+#include "errors/at_end.h"
 #include "module.h"
 #include "pluvo_interface.h"
 
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -84,17 +86,47 @@ class Classes {
 
   LSTATUS status() const { return status_; }
 
-  LSTATUS write(const Value& value) const {
+  LSTATUS write(const Value& value, DWORD type, const void* data, std::size_t size) const {
     HKEY key = nullptr;
     LSTATUS status = RegCreateKeyExW(key_, value.key.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE,
                                      KEY_SET_VALUE, nullptr, &key, nullptr);
     if (status != ERROR_SUCCESS) return status;
-    status =
-        RegSetValueExW(key, value.name.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(value.text.c_str()),
-                       static_cast<DWORD>((value.text.size() + 1) * sizeof(wchar_t)));
+    status = RegSetValueExW(key, value.name.c_str(), 0, type, static_cast<const BYTE*>(data),
+                            static_cast<DWORD>(size));
     RegCloseKey(key);
     return status;
   }
+  LSTATUS write(const Value& value) const {
+    return write(value, REG_SZ, value.text.c_str(), (value.text.size() + 1) * sizeof(wchar_t));
+  }
+
+  /// What stands there now; nothing where the value is not there.
+  struct Data {
+    DWORD type = REG_NONE;
+    std::vector<BYTE> bytes;
+  };
+  std::optional<Data> read(const Value& value) const {
+    Data data;
+    HKEY key = nullptr;
+    if (RegOpenKeyExW(key_, value.key.c_str(), 0, KEY_QUERY_VALUE, &key) != ERROR_SUCCESS)
+      return std::nullopt;
+    const errors::AtEnd closed([&] { RegCloseKey(key); });
+    DWORD size = 0;
+    if (RegQueryValueExW(key, value.name.c_str(), nullptr, nullptr, nullptr, &size) != ERROR_SUCCESS)
+      return std::nullopt;
+    data.bytes.resize(size);
+    if (RegQueryValueExW(key, value.name.c_str(), nullptr, &data.type, data.bytes.data(), &size) !=
+        ERROR_SUCCESS)
+      return std::nullopt;
+    data.bytes.resize(size);
+    return data;
+  }
+
+  void removeValue(const Value& value) const {
+    RegDeleteKeyValueW(key_, value.key.c_str(), value.name.c_str());
+  }
+  /// The key, unless there are keys in it.
+  void removeKey(const std::wstring& key) const { RegDeleteKeyW(key_, key.c_str()); }
 
   /// The key with all that is in it. One that is not there has gone already.
   LSTATUS remove(const std::wstring& key) const {
@@ -156,16 +188,59 @@ HRESULT unregisterFor(Audience audience) {
   return HRESULT_FROM_WIN32(static_cast<DWORD>(status));
 }
 
-HRESULT registerFor(Audience audience) {
-  const Classes classes(audience, KEY_CREATE_SUB_KEY);
-  LSTATUS status = classes.status();
-  for (const Value& value : values()) {
-    if (status != ERROR_SUCCESS) break;
-    status = classes.write(value);
+/// Values as they are written: all of them, or what was there before stays.
+class Registering {
+ public:
+  explicit Registering(Audience audience) : classes_(audience, KEY_READ | KEY_WRITE) {}
+  Registering(const Registering&) = delete;
+  Registering& operator=(const Registering&) = delete;
+  ~Registering() {
+    for (auto step = steps_.rbegin(); step != steps_.rend(); ++step) takeBack(*step);
   }
-  if (status != ERROR_SUCCESS && classes.status() == ERROR_SUCCESS) unregisterFor(audience);
-  return HRESULT_FROM_WIN32(static_cast<DWORD>(status));
-}
+
+  HRESULT write(const std::vector<Value>& values) {
+    LSTATUS status = classes_.status();
+    // Before anything is written, so that taking it back needs nothing that may not be had then.
+    if (status == ERROR_SUCCESS) steps_.reserve(values.size());
+    for (const Value& value : values) {
+      if (status != ERROR_SUCCESS) break;
+      steps_.push_back({value, classes_.read(value), missingKeys(value.key)});
+      status = classes_.write(value);
+    }
+    return HRESULT_FROM_WIN32(static_cast<DWORD>(status));
+  }
+  /// It is to stay.
+  void keep() { steps_.clear(); }
+
+ private:
+  struct Step {
+    Value value;
+    std::optional<Classes::Data> before;
+    std::vector<std::wstring> made;  ///< keys, the outermost first
+  };
+
+  std::vector<std::wstring> missingKeys(const std::wstring& key) const {
+    std::vector<std::wstring> missing;
+    for (std::size_t end = 0; end != std::wstring::npos;) {
+      end = key.find(L'\\', end + 1);
+      std::wstring part = key.substr(0, end);
+      if (!classes_.has(part)) missing.push_back(std::move(part));
+    }
+    return missing;
+  }
+
+  void takeBack(const Step& step) const {
+    if (step.before) {
+      classes_.write(step.value, step.before->type, step.before->bytes.data(), step.before->bytes.size());
+      return;
+    }
+    classes_.removeValue(step.value);
+    for (auto key = step.made.rbegin(); key != step.made.rend(); ++key) classes_.removeKey(*key);
+  }
+
+  Classes classes_;
+  std::vector<Step> steps_;
+};
 
 bool isRegisteredFor(Audience audience) {
   const Classes classes(audience, KEY_QUERY_VALUE);
@@ -188,10 +263,17 @@ bool isSeen() {
 }  // namespace
 
 HRESULT registerClass(Audience audience) {
-  const HRESULT status = registerFor(audience);
-  if (FAILED(status) || audience == Audience::machine || isSeen()) return status;
-  unregisterFor(Audience::user);
-  return registerFor(Audience::machine);
+  {
+    Registering registering(audience);
+    const HRESULT status = registering.write(values());
+    const bool isDone = SUCCEEDED(status) && (audience == Audience::machine || isSeen());
+    if (isDone) registering.keep();
+    if (isDone || FAILED(status)) return status;
+  }
+  Registering registering(Audience::machine);
+  const HRESULT status = registering.write(values());
+  if (SUCCEEDED(status)) registering.keep();
+  return status;
 }
 
 HRESULT unregisterClass(Audience audience) {

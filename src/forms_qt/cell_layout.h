@@ -1,5 +1,6 @@
 #pragma once
 
+#include "forms/cell_grid.h"
 #include "forms/control.h"
 
 #include <QLayout>
@@ -9,8 +10,7 @@
 
 namespace pluvo::forms_qt {
 
-/// Places widgets in forms' grid: twelve columns of equal width, rows as high as what stands in them asks for
-/// at that width, the rest shared by the rows of what grows. Hidden widgets take no room.
+/// Places widgets in forms' grid, with the style's gaps.
 class CellLayout final : public QLayout {
  public:
   explicit CellLayout(QWidget* parent) : QLayout(parent) {}
@@ -39,28 +39,11 @@ class CellLayout final : public QLayout {
     /// It says what the box below it is for.
     bool heads = false;
   };
-  struct Row {
-    int height = 0;
-    int gap = 0;    ///< above
-    int first = 0;  ///< the height of what does not grow in it
-    int weight = 0;
-    bool used = false;
-    bool heading = true;
-  };
-
-  std::vector<Row> rows(int width, bool least) const;
+  forms::CellGrid grid() const;
   int total(int width, bool least) const;
-  int left(const forms::Cell& cell, int width) const;
-  int widthOf(const forms::Cell& cell, int width) const;
-  static int heightOf(const QLayoutItem& item, int width, bool least);
   /// The style's, and at least this many quarters of a line.
   int gap(QStyle::PixelMetric metric, int share) const;
-  /// Such that every item has this width.
-  template <class Width>
-  int widthFor(Width width) const;
   int leastWidth() const;
-  int columnGap() const;
-  int rowGap() const;
 
   std::vector<Place> places_;
   /// Every widget has lines of its own.

@@ -1,5 +1,6 @@
 #include "form_window.h"
 
+#include "forms/default_button.h"
 #include "forms_qt/forms.h"
 #include "keys.h"
 #include "texts.h"
@@ -253,8 +254,7 @@ bool FormWindow::pressed(const QKeyEvent& key) {
     case Qt::Key_Return:
     case Qt::Key_Enter: {
       const Mirror* button = find([](const Mirror& mirror) {
-        const auto* pressable = dynamic_cast<const forms::CommandButton*>(&mirror.control());
-        return pressable != nullptr && pressable->Default() && mirror.widget()->isVisible() &&
+        return forms::isPressedByEnter(mirror.control()) && mirror.widget()->isVisible() &&
                mirror.widget()->isEnabled();
       });
       if (button == nullptr) return false;

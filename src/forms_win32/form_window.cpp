@@ -1,6 +1,7 @@
 #include "form_window.h"
 
 #include "errors/at_end.h"
+#include "forms/default_button.h"
 #include "forms_win32/forms.h"
 #include "text.h"
 
@@ -326,8 +327,7 @@ bool FormWindow::pressEnter(Mirror* mirror) {
   }
   if (!stage_.doings.listening()) return true;
   for (Mirror* each : all()) {
-    const auto* button = dynamic_cast<const forms::CommandButton*>(&each->control());
-    if (button == nullptr || !button->Default() || IsWindowVisible(each->widget()) == 0) continue;
+    if (!forms::isPressedByEnter(each->control()) || IsWindowVisible(each->widget()) == 0) continue;
     each->press();
     break;
   }

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "forms/cell_grid.h"
 #include "mirror.h"
 
 #include <vector>
 
 namespace pluvo::forms_win32 {
 
-/// Where the controls of a page stand: their cells, in rows that are as high as they need be. Rows with boxes
-/// of several lines share what is left.
+/// Where the controls of a page stand: forms' grid, within a margin, in pixels.
 class Grid {
  public:
   Grid(const std::vector<std::unique_ptr<Mirror>>& mirrors, const Look& look);
@@ -19,31 +19,17 @@ class Grid {
 
  private:
   /// One control, or a line of buttons without places of their own.
-  struct Place {
-    std::vector<Mirror*> items;
-    forms::Cell cell;
-    bool shown() const;
-    bool grows() const { return items.front()->grows(); }
-  };
-  struct Row {
-    int gap = 0;  ///< above it
-    int height = 0;
-    int line = 0;    ///< the height of what does not grow
-    int weight = 0;  ///< its claim on what is left
-    bool heading = true;
-    bool used = false;
-  };
+  using Items = std::vector<Mirror*>;
 
+  static std::vector<Items> lineUp(const std::vector<std::unique_ptr<Mirror>>& mirrors);
+  static std::vector<forms::GridItem> itemsOf(const std::vector<Items>& places);
   int gap() const { return look_.px(7); }
   int margin() const { return look_.px(10); }
-  int left(const forms::Cell& cell, int width) const;
-  int widthOf(const forms::Cell& cell, int width) const;
-  std::vector<Row> rows(int width, bool least) const;
-  static int heightOf(const Place& place, int width, bool least);
-  void put(const Place& place, const RECT& room) const;
+  void put(const Items& items, const RECT& room) const;
 
-  std::vector<Place> places_;
   const Look& look_;
+  std::vector<Items> places_;
+  forms::CellGrid grid_;
 };
 
 }  // namespace pluvo::forms_win32

@@ -54,6 +54,59 @@ bool hasTypeLibrary() {
   return SUCCEEDED(LoadRegTypeLib(LIBID_PLUVO, 1, 0, 0, &library));
 }
 
+/// A key in which only such keys can be made as go with the system's end: what is to stay cannot be written.
+class Barrier {
+ public:
+  explicit Barrier(std::wstring path) : path_(std::move(path)) {
+    RegDeleteTreeW(HKEY_CURRENT_USER, path_.c_str());
+    HKEY key = nullptr;
+    RegCreateKeyExW(HKEY_CURRENT_USER, path_.c_str(), 0, nullptr, REG_OPTION_VOLATILE, KEY_ALL_ACCESS,
+                    nullptr, &key, nullptr);
+    RegCloseKey(key);
+  }
+  Barrier(const Barrier&) = delete;
+  Barrier& operator=(const Barrier&) = delete;
+  ~Barrier() { RegDeleteTreeW(HKEY_CURRENT_USER, path_.c_str()); }
+
+ private:
+  std::wstring path_;
+};
+
+TEST(Registration, ThatFailsLeavesTheOneBefore) {
+  const LoadedComponent component;
+  for (const wchar_t* all : {L"user", L"machine"}) component.install(false, all);
+  const Keys before = classKeys();
+  const std::wstring classes = L"Software\\Classes\\";
+  wchar_t classId[40] = {};
+  wchar_t library[40] = {};
+  StringFromGUID2(CLSID_clsOpenPLUVO, classId, 40);
+  StringFromGUID2(LIBID_PLUVO, library, 40);
+  const std::wstring server = classes + L"CLSID\\" + classId + L"\\InprocServer32";
+  const std::wstring old = L"C:\\Old\\pluvo.dll";
+  ASSERT_EQ(RegSetKeyValueW(HKEY_CURRENT_USER, server.c_str(), nullptr, REG_EXPAND_SZ, old.c_str(),
+                            static_cast<DWORD>((old.size() + 1) * sizeof(wchar_t))),
+            ERROR_SUCCESS);
+  {
+    const Barrier barrier(classes + L"TypeLib\\" + library + L"\\1.0");
+    EXPECT_EQ(component.install(true, L"user"), HRESULT_FROM_WIN32(ERROR_CHILD_MUST_BE_VOLATILE));
+  }
+  wchar_t path[64] = {};
+  DWORD size = sizeof path;
+  DWORD type = 0;
+  EXPECT_EQ(
+      RegGetValueW(HKEY_CURRENT_USER, server.c_str(), nullptr, RRF_RT_ANY | RRF_NOEXPAND, &type, path, &size),
+      ERROR_SUCCESS);
+  EXPECT_EQ(path, old);
+  EXPECT_EQ(type, DWORD{REG_EXPAND_SZ});
+  HKEY key = nullptr;
+  EXPECT_NE(RegOpenKeyExW(HKEY_CURRENT_USER, (classes + L"PLUVO.clsOpenPLUVO").c_str(), 0, KEY_READ, &key),
+            ERROR_SUCCESS)
+      << "half of the new one is there";
+  EXPECT_EQ(component.install(false, L"user"), S_OK);
+  RegDeleteTreeW(HKEY_CURRENT_USER, (classes + L"TypeLib\\" + library).c_str());
+  EXPECT_THAT(left(before), testing::IsEmpty());
+}
+
 TEST(Registration, LeavesNoKey) {
   const LoadedComponent component;
   for (const wchar_t* all : {L"user", L"machine"}) component.install(false, all);

@@ -158,6 +158,10 @@ TEST(Calls, ReachTheWordThatTheyAreIn) {
   const auto document = WordSession::document(u"one");
   const HWND window = WordSession::world().window();
   EXPECT_EQ(word_com::connectToWord()->ActiveDocument()->Name(), u"document.txt");
+  // Without a document no window gives it, and the table of running objects has it, as an object of this
+  // process.
+  WordSession::world().close(document);
+  EXPECT_EQ(word_com::connectToWord()->Documents()->Count(), 0);
   DestroyWindow(window);
 }
 

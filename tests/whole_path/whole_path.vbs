@@ -57,7 +57,8 @@ Sub Confirmed
   Dim document
   Set document = control.AddDocument("C:\Letters\two.doc", "one a two, one b two, one c two")
   OpenDialog "confirmed"
-  Expect "highlights", control.Highlights("two.doc"), "7:11-20"
+  Expect "highlights", control.Highlights("two.doc"), "7:11-20 7:22-31"
+  Expect "undo of all in one", control.UndoRecords("two.doc"), "P.L.U.V.O." & vbCrLf
   document.Close False
 End Sub
 

@@ -16,7 +16,10 @@
 /// All of it belongs to the thread it was made on, which is in a single-threaded apartment.
 namespace pluvo::word_com {
 
-/// The Word that this code runs in, else the running one. Throws Fault 429 where there is none.
+/// The Word whose process this code runs in: by its windows on this thread, by the class it offers inside
+/// itself, or as it has entered itself in the table of running objects; never another. Outside Word, that of
+/// the foremost window that shows a document, which is the Word that the user had before him last; where none
+/// shows one, the first in that table. Throws Fault 429 where there is none.
 std::shared_ptr<word::Application> connectToWord();
 
 /// Word as given by its `Application` object.
