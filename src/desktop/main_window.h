@@ -14,6 +14,7 @@
 #include <QStackedWidget>
 #include <QTabWidget>
 #include <QTimer>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -70,6 +71,7 @@ class MainWindow final : public QMainWindow, private memory::ApplicationObserver
   bool openOne(const std::string& path);
   bool save(OpenDocument& document);
   bool saveAs(OpenDocument& document);
+  bool saveBy(const std::function<void()>& saving, OpenDocument& document);
   bool mayReplace(const QString& path, bool keptExtension);
   bool tellNotSaved(OpenDocument& document, const errors::Fault& fault);
   bool mayClose(OpenDocument& document);

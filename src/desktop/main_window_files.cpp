@@ -90,16 +90,7 @@ void MainWindow::closeCurrent() {
 bool MainWindow::save(OpenDocument& document) {
   if (!document.changed()) return true;
   if (const auto obstacle = document.file().obstacle()) return tellNotSaved(document, *obstacle);
-  errors::Fault fault;
-  try {
-    document.file().save();
-    updateTitles();
-    statusBar()->showMessage(tr("Saved: %1").arg(document.path()), 6000);
-    return true;
-  } catch (...) {
-    fault = errors::faultInFlight();
-  }
-  return tellNotSaved(document, fault);
+  return saveBy([&] { document.file().save(); }, document);
 }
 
 bool MainWindow::saveAs(OpenDocument& document) {
@@ -120,10 +111,17 @@ bool MainWindow::saveAs(OpenDocument& document) {
   }
   const bool takesPlaceOfOther = QFileInfo::exists(path) && !document.file().isAt(name);
   if (takesPlaceOfOther && !mayReplace(path, addsSuffix)) return false;
-  errors::Fault fault;
-  try {
+  const auto saving = [&] {
     document.file().saveAs(name);
     rememberRecent(document.document()->path());
+  };
+  return saveBy(saving, document);
+}
+
+bool MainWindow::saveBy(const std::function<void()>& saving, OpenDocument& document) {
+  errors::Fault fault;
+  try {
+    saving();
     updateTitles();
     statusBar()->showMessage(tr("Saved: %1").arg(document.path()), 6000);
     return true;

@@ -12,25 +12,30 @@ using errors::guarded;
 bool FileDriver::OpenDocumentFile(engine::clsProcessFind& engine, Document& document,
                                   const std::u16string& path) {
   return guarded(engine.context(), u"cpf:44", [&] {
-    for (;;) {
-      const auto fault = attempt([&] { document = engine.application().Documents()->Open(path); });
-      if (!fault) return true;
-      switch (fault->number) {
-        case word::kCommandFailed:
-          return false;
-        case word::kProtectionPasswordWrong:
-          if (!skipWithWrongPassword(engine.boxes())) continue;
-          if (document) document->Close(false);
-          document.reset();
-          return false;
-        case word::kOpenPasswordWrong:
-          if (!openAgain(engine.boxes())) return false;
-          continue;
-        default:
-          throw Fault(*fault);
-      }
-    }
+    return stepWith(engine, document, [&] { document = engine.application().Documents()->Open(path); });
   });
+}
+
+/// The work, again where the user wants it tried again. False: the file is left out.
+bool FileDriver::stepWith(engine::clsProcessFind& engine, Document& document, const Work& work) {
+  for (;;) {
+    const auto fault = attempt(work);
+    if (!fault) return true;
+    switch (fault->number) {
+      case word::kCommandFailed:
+        return false;
+      case word::kProtectionPasswordWrong:
+        if (!skipWithWrongPassword(engine.boxes())) continue;
+        if (document) document->Close(false);
+        document.reset();
+        return false;
+      case word::kOpenPasswordWrong:
+        if (!openAgain(engine.boxes())) return false;
+        continue;
+      default:
+        throw Fault(*fault);
+    }
+  }
 }
 
 bool FileDriver::CloseDocumentFile(engine::clsProcessFind& engine, Document& document, bool readOnly,

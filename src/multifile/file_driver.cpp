@@ -59,7 +59,7 @@ void FileDriver::MultiPLUVO(engine::clsProcessFind& engine, const std::vector<st
 }
 
 void FileDriver::processFile(engine::clsProcessFind& engine, const std::u16string& path) {
-  const Step step = [&](const Work& work) { return stepOfRun(engine, work); };
+  const Step step = [&](const Work& work) { return stepWith(engine, document_, work); };
   if (!makeReady(engine, path, u"", step)) return;
   engine.GoGetEmFARBOT();
   if (!step([&] { protectAgain(); })) return;
@@ -87,27 +87,6 @@ bool FileDriver::makeReady(engine::clsProcessFind& engine, const std::u16string&
   bool isProtected = false;
   if (!step([&] { isProtected = document_->ProtectionType() != word::wdNoProtection; })) return false;
   return !isProtected || UnlockProtectedDocument(engine, document_, protectionPassword_, protectionType_);
-}
-
-/// One step of a file under the run's own error path.
-bool FileDriver::stepOfRun(engine::clsProcessFind& engine, const Work& work) {
-  for (;;) {
-    const auto fault = attempt(work);
-    if (!fault) return true;
-    switch (fault->number) {
-      case word::kCommandFailed:
-        return false;
-      case word::kProtectionPasswordWrong:
-        if (!skipWithWrongPassword(engine.boxes())) continue;
-        document_->Close(false);
-        return false;
-      case word::kOpenPasswordWrong:
-        if (!openAgain(engine.boxes())) return false;
-        continue;
-      default:
-        throw errors::Fault(*fault);
-    }
-  }
 }
 
 void FileDriver::protectAgain() {

@@ -52,7 +52,7 @@ class FileDriver final : public engine::FileStepper {
   void processFile(engine::clsProcessFind& engine, const std::u16string& path);
   bool makeReady(engine::clsProcessFind& engine, const std::u16string& path, const std::u16string& joint,
                  const Step& step);
-  bool stepOfRun(engine::clsProcessFind& engine, const Work& work);
+  bool stepWith(engine::clsProcessFind& engine, Document& document, const Work& work);
   void protectAgain();
   void closeCurrentFile(engine::clsProcessFind& engine);
 
