@@ -72,8 +72,7 @@ TEST(Folder, TakesTheDocumentsAskedFor) {
       {{"-r", "t/sub/deep", "t/a.txt", "t", "--exclude", "old*,archive"},
        {"t/sub/deep/d.txt", "t/a.txt", "t/B.TXT", "t/sub/c.txt"}},
       {{"--files-from", "lines"}, {"t/a.txt", "t/sub/c.txt"}},
-      {{"--files-from", "nulls", "-0", "t/a.txt"}, {"t/a.txt", "t/sub/c.txt", "t/B.TXT"}},
-  };
+      {{"--files-from", "nulls", "-0", "t/a.txt"}, {"t/a.txt", "t/sub/c.txt", "t/B.TXT"}}};
   for (const auto& [arguments, expected] : cases) {
     Words found;
     for (const std::string& line : lines(sandbox.run(Words{"find", "-b", "draft"} + arguments).out))
@@ -399,8 +398,7 @@ TEST(SavedRequests, SayWhereTheyAreWrong) {
       {"[[request]]\ncommand = \"find\"\nbegin = \"x\"\nend-file = \"nowhere\"\n",
        "line 4: --end-file: cannot open nowhere"},
       {"recursive = true\n", "line 1: 'recursive' stands outside"},
-      {"# nothing\n", "has no request"},
-  };
+      {"# nothing\n", "has no request"}};
   for (const auto& [file, sentence] : wrong) {
     sandbox.write("s.toml", file);
     const Result result = sandbox.run({"run", "s.toml", "d.txt"});

@@ -62,8 +62,7 @@ TEST(Program, ChangesWhatItIsAskedTo) {
       {"insert -b 1 -e 2 -t / --after", "1 2 3\r\n", "1 2\r\n 3\r\n"},
       {"insert -b 1 -e 3 -i 2 -t x --on inside", "1 2 3\n", "1 x2 3\n"},
       {"replace -b same -t same", "same\n", "same\n"},
-      {"replace -b caf\xC3\xA9 -t th\xC3\xA9", "un caf\xE9\n", "un th\xE9\n"},
-  };
+      {"replace -b caf\xC3\xA9 -t th\xC3\xA9", "un caf\xE9\n", "un th\xE9\n"}};
   for (const Change& each : changes) {
     const Sandbox sandbox;
     sandbox.write("d.txt", each.before);
@@ -230,8 +229,7 @@ TEST(Program, AsksBeforeEachChange) {
       {"n\na\n", "y z z\n", "z\n", R"("found":4,"operated":3,"skipped":1)"},
       {"Y\nmaybe\n\nq\n", "z y y\n", "y\n", R"("found":2,"operated":1,"skipped":1)"},
       {"n\nn\nn\nn\n", "y y y\n", "y\n", R"("found":4,"operated":0,"skipped":4)"},
-      {"\x04", "y y y\n", "y\n", R"("found":1,"operated":0,"skipped":1)"},
-  };
+      {"\x04", "y y y\n", "y\n", R"("found":1,"operated":0,"skipped":1)"}};
   for (const Answers& each : answers) {
     const Sandbox sandbox;
     sandbox.write("a.txt", "y y y\n");

@@ -114,8 +114,7 @@ TEST(Request, RefusesWithASentenceThatSaysWhatToDo) {
        "no highlight colour 'yelow'. Did you mean yellow?"},
       {{"delete", "-b", "x", "--backup", "--output", "d", "f"}, "--backup has nothing to keep"},
       {{"delete", "-b", "x", "--backup=/y", "f"}, "cannot hold a /"},
-      {{"delete", "-b", "x", "--output", "", "f"}, "--output needs the name of a folder"},
-  };
+      {{"delete", "-b", "x", "--output", "", "f"}, "--output needs the name of a folder"}};
   for (const Refusal& each : refusals) {
     EXPECT_THAT(refusalOf(each.words), HasSubstr(each.says)) << ::testing::PrintToString(each.words);
   }

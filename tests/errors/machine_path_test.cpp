@@ -13,13 +13,11 @@ TEST(MachinePath, IsLiteralWhereItIsLong) {
   const struct {
     std::u16string path;
     std::wstring expected;
-  } cases[] = {
-      {u"C:\\f/a.txt", L"C:\\f/a.txt"},
-      {u"C:/f/../" + deep + u"/./a", L"\\\\?\\C:\\" + name + L"\\a"},
-      {u"\\\\server\\share\\" + deep, L"\\\\?\\UNC\\server\\share\\" + name},
-      {u"\\\\?\\C:\\" + deep, L"\\\\?\\C:\\" + name},
-      {u"C:\\odd\xDC80", L"C:\\odd\xDC80"},
-  };
+  } cases[] = {{u"C:\\f/a.txt", L"C:\\f/a.txt"},
+               {u"C:/f/../" + deep + u"/./a", L"\\\\?\\C:\\" + name + L"\\a"},
+               {u"\\\\server\\share\\" + deep, L"\\\\?\\UNC\\server\\share\\" + name},
+               {u"\\\\?\\C:\\" + deep, L"\\\\?\\C:\\" + name},
+               {u"C:\\odd\xDC80", L"C:\\odd\xDC80"}};
   for (const auto& [path, expected] : cases) {
     EXPECT_EQ(machinePath(path).native(), expected);
     EXPECT_EQ(machineText(expected), std::u16string(expected.begin(), expected.end()));

@@ -51,15 +51,13 @@ TEST_F(Reporter, WordsAFaultByDetailLevel) {
     std::int32_t level;
     const Fault& fault;
     std::u16string text;
-  } cases[] = {
-      {0, plain, u"Error (-2146823680):It's out\r\n  Occured in Host"},
-      {0, helped, u"Error (7):\r\n  Occured in \r\n    HelpFile:word.hlp Context:12"},
-      {1, plain, u"\r\nError Code(-2146823680)"},
-      {2, plain, u"\r\nError Description:It's out"},
-      {3, plain, u"\r\nError Code(-2146823680):It's out\r\n"},
-      {4, plain, u"\r\nError Code(-2146823680):It's out\r\n  Occured in Host"},
-      {-1, helped, u"\r\nError Code(7):\r\n  Occured in "},
-  };
+  } cases[] = {{0, plain, u"Error (-2146823680):It's out\r\n  Occured in Host"},
+               {0, helped, u"Error (7):\r\n  Occured in \r\n    HelpFile:word.hlp Context:12"},
+               {1, plain, u"\r\nError Code(-2146823680)"},
+               {2, plain, u"\r\nError Description:It's out"},
+               {3, plain, u"\r\nError Code(-2146823680):It's out\r\n"},
+               {4, plain, u"\r\nError Code(-2146823680):It's out\r\n  Occured in Host"},
+               {-1, helped, u"\r\nError Code(7):\r\n  Occured in "}};
   for (const auto& [level, fault, text] : cases) {
     SCOPED_TRACE(level);
     context.currentFault = fault;

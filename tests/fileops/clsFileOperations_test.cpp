@@ -87,8 +87,7 @@ TEST(Copy, GoesOnAsTheMissingFolderIsAnswered) {
        2,
        0,
        false},
-      {"it cannot be made", {3, 13, 3, 13}, {}, {kCopy, kCreate, kCopy, kCreate}, {}, 2, 1, true},
-  };
+      {"it cannot be made", {3, 13, 3, 13}, {}, {kCopy, kCreate, kCopy, kCreate}, {}, 2, 1, true}};
   for (const auto& one : cases) {
     SCOPED_TRACE(one.story);
     ScriptedActions actions;

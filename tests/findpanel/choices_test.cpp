@@ -135,8 +135,7 @@ TEST_F(Choices, AskForTheTextOfAPlace) {
        "You must fill in 'Inside Text' text before selecting an operation on it. | Pluvorama"},
       {u"b", u"", u"i", u"Inside Text",
        "You must fill in 'Ends with' text before selecting an operation on Inside text. | Pluvorama"},
-      {u"b", u"e", u"i", u"Inside Text", nullptr},
-  };
+      {u"b", u"e", u"i", u"Inside Text", nullptr}};
   choose(u"cboxProcOperation1", u"Delete");
   for (const Case& it : cases) {
     choose(u"cboxProcSelection1", u"Selection");

@@ -40,45 +40,6 @@ TEST_F(Execution, ChangesTheDocument) {
   EXPECT_EQ(dialog().WindowState(), 0);
 }
 
-TEST_F(Execution, HighlightsInWordsColours) {
-  open();
-  choose(u"cboxProcOperation1", u"Highlight");
-  const std::pair<const char16_t*, const char*> cases[] = {{u"Yellow", "<7:a>b¶"}, {u"Pink", "<5:a>b¶"},
-                                                           {u"Green", "<11:a>b¶"}, {u"Blue", "<2:a>b¶"},
-                                                           {u"Red", "<6:a>b¶"},    {u"No Highlight", "ab¶"}};
-  for (const auto& [colour, expected] : cases) {
-    document("<3:a>b¶");
-    type(u"txtBeginText", u"a");
-    choose(u"cboxHighlighters", colour);
-    execute();
-    EXPECT_EQ(document(), expected);
-  }
-}
-
-TEST_F(Execution, SendsEveryChoice) {
-  document("Aa aa {code|aa}¶");
-  open();
-  type(u"txtBeginText", u"aa");
-  choose(u"cboxProcOperation1", u"Delete");
-  tick(u"chkMatchCase");
-  tick(u"chkMatchWholeWords");
-  execute();
-  EXPECT_EQ(document(), "Aa  {code|}¶");
-  tick(u"chkShowFieldCodes");
-  type(u"txtBeginText", u"code");
-  execute();
-  EXPECT_EQ(document(), "Aa  {|}¶");
-  tick(u"chkStartFindsFromBeginning", false);
-  tick(u"chkMatchCase", false);
-  type(u"txtBeginText", u"aa");
-  select(2, 2);
-  execute();
-  EXPECT_THAT(told(), ElementsAre(HasSubstr("unable to find any occurances")));
-  tick(u"chkStartFindsFromBeginning");
-  execute();
-  EXPECT_EQ(document(), "  {|}¶");
-}
-
 /// A second engine at the same button: what it was given can be read.
 TEST_F(Execution, SendsTheRequestAsItStands) {
   document("a¶");

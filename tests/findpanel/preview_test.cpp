@@ -44,17 +44,15 @@ TEST_F(Preview, ShowsWhatIsMadeOfIt) {
     const char16_t* place;
     const char* made;
   };
-  const Case cases[] = {
-      {u"None", u"Selection", "A..{Unknown text}..B..{Unknown text}..C"},
-      {u"Insert", u"Selection", "NEW A..{Unknown text}..B..{Unknown text}..C"},
-      {u"Insert", u"Ending", "A..{Unknown text}..B..{Unknown text}..NEW C"},
-      {u"Replace", u"Selection", "NEW"},
-      {u"Replace", u"Inside Text", "A..{Unknown text}..NEW..{Unknown text}..C"},
-      {u"Delete", u"Beginning", "..{Unknown text}..B..{Unknown text}..C"},
-      {u"Delete", u"Selection", "{Nothing}"},
-      {u"Highlight", u"Selection", "{Green: A..{Unknown text}..B..{Unknown text}..C}"},
-      {u"Highlight", u"Inside Text", "A..{Unknown text}..{Green: B}..{Unknown text}..C"},
-  };
+  const Case cases[] = {{u"None", u"Selection", "A..{Unknown text}..B..{Unknown text}..C"},
+                        {u"Insert", u"Selection", "NEW A..{Unknown text}..B..{Unknown text}..C"},
+                        {u"Insert", u"Ending", "A..{Unknown text}..B..{Unknown text}..NEW C"},
+                        {u"Replace", u"Selection", "NEW"},
+                        {u"Replace", u"Inside Text", "A..{Unknown text}..NEW..{Unknown text}..C"},
+                        {u"Delete", u"Beginning", "..{Unknown text}..B..{Unknown text}..C"},
+                        {u"Delete", u"Selection", "{Nothing}"},
+                        {u"Highlight", u"Selection", "{Green: A..{Unknown text}..B..{Unknown text}..C}"},
+                        {u"Highlight", u"Inside Text", "A..{Unknown text}..{Green: B}..{Unknown text}..C"}};
   type(u"txtBeginText", u"A");
   type(u"txtEndText", u"C");
   type(u"txtInsideText1", u"B");

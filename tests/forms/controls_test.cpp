@@ -65,13 +65,6 @@ TEST_F(Combo, HasTheCodeOfTheTextItShows) {
   EXPECT_EQ(numbers.Value(), u"25");
 }
 
-TEST_F(Combo, ThatIsOffCannotBeEdited) {
-  list.Enabled(false);
-  EXPECT_TRUE(list.enter(u"blue"));
-  EXPECT_EQ(list.Text(), u"");
-  EXPECT_EQ(told(), Story());
-}
-
 TEST(Check, TakesTextsThatAreTruths) {
   struct Case {
     const char16_t* text;

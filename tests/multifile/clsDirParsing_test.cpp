@@ -51,21 +51,19 @@ TEST(Mask, ReadsAsOnWindows) {
     const char* mask;
     Paths taken;
     Paths left;
-  } cases[] = {
-      {"*.doc", {"a.doc", "A.DOC", ".doc", "a.b.doc"}, {"a.docx", "adoc", "a.doc.txt", "doc"}},
-      {"*.*", {"a.doc", "a", ".a", "a.b.c"}, {}},
-      {"*", {"a.doc", "a", ".a"}, {}},
-      {"", {"a.doc", "a", ".a"}, {}},
-      {"*.", {"a", "abc"}, {"a.b", ".a", "a.b.c"}},
-      {"a.*", {"a", "a.b", "a.b.c"}, {"ab.c", "ab"}},
-      {"?.txt", {"a.txt", ".txt"}, {"ab.txt"}},
-      {"a??.txt", {"a.txt", "ab.txt", "abc.txt"}, {"abcd.txt", "b.txt"}},
-      {"a??", {"a", "ab", "abc"}, {"abcd", "a.b"}},
-      {"*a*b*c", {"abc", "xaxbxc", "abcabc", "ababc"}, {"abcd", "acb"}},
-      {"letter.txt", {"letter.txt", "Letter.TXT"}, {"letter.txt2", "aletter.txt"}},
-      {"\xC3\x89t\xC3\xA9.*", {"\xC3\xA9T\xC3\x89.txt"}, {"ete.txt"}},
-      {"[a].(b)", {"[a].(b)"}, {"a.b"}},
-  };
+  } cases[] = {{"*.doc", {"a.doc", "A.DOC", ".doc", "a.b.doc"}, {"a.docx", "adoc", "a.doc.txt", "doc"}},
+               {"*.*", {"a.doc", "a", ".a", "a.b.c"}, {}},
+               {"*", {"a.doc", "a", ".a"}, {}},
+               {"", {"a.doc", "a", ".a"}, {}},
+               {"*.", {"a", "abc"}, {"a.b", ".a", "a.b.c"}},
+               {"a.*", {"a", "a.b", "a.b.c"}, {"ab.c", "ab"}},
+               {"?.txt", {"a.txt", ".txt"}, {"ab.txt"}},
+               {"a??.txt", {"a.txt", "ab.txt", "abc.txt"}, {"abcd.txt", "b.txt"}},
+               {"a??", {"a", "ab", "abc"}, {"abcd", "a.b"}},
+               {"*a*b*c", {"abc", "xaxbxc", "abcabc", "ababc"}, {"abcd", "acb"}},
+               {"letter.txt", {"letter.txt", "Letter.TXT"}, {"letter.txt2", "aletter.txt"}},
+               {"\xC3\x89t\xC3\xA9.*", {"\xC3\xA9T\xC3\x89.txt"}, {"ete.txt"}},
+               {"[a].(b)", {"[a].(b)"}, {"a.b"}}};
   for (const auto& [text, taken, left] : cases) {
     const Mask mask(errors::nameText(text));
     for (const std::string& name : taken)
@@ -105,8 +103,7 @@ TEST(clsDirParsing, ListsFoldersInWalkOrderAndMasksInTheirs) {
       {{.root = "/r/B/b/c/", .masks = "*.rtf"}, ""},
       {{.root = "/missing/"}, ""},
       // Without a separator behind the root, patterns are about its name, and no such file is there.
-      {{.root = "/r/a"}, "/r/aa.txt"},
-  };
+      {{.root = "/r/a"}, "/r/aa.txt"}};
   for (const auto& [asked, found] : cases) {
     EXPECT_EQ(scan(folders, asked), found) << asked.root << ' ' << asked.masks << ' ' << asked.depth;
   }

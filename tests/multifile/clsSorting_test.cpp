@@ -40,8 +40,7 @@ TEST(clsSorting, SortsByCodesOfUpperCaseLetters) {
       {{u"ab", u"a", u""}, {u"", u"a", u"ab"}},
       // Paths that differ only in case stand together in the order that the exchanges leave them in.
       {{u"b", u"A", u"a"}, {u"A", u"a", u"b"}},
-      {{u"c", u"b", u"B", u"a"}, {u"a", u"B", u"b", u"c"}},
-  };
+      {{u"c", u"b", u"B", u"a"}, {u"a", u"B", u"b", u"c"}}};
   for (const auto& [given, expected] : cases) EXPECT_EQ(sorted(given), expected);
 }
 

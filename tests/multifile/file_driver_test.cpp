@@ -110,16 +110,14 @@ TEST(MultiPLUVO, UnlocksAndProtectsAgain) {
       "password p, unprotect a p, replaced in a, story a 1, protect a 2 p, close a saving";
   const auto all = [&](const std::string& between) { return "open a, activate a, " + between + done; };
   const std::string wrong = "password x, unprotect a x, box Incorrect Password, ";
-  expectStories(
-      locked, {
-                  {all(""), "", "-", {}, {"p"}},
-                  {all(wrong), "n", "-", {}, {"x", "p"}},
-                  {(start + "x, unprotect a x, box Incorrect Password, close a"), "y", "-", {}, {"x"}},
-                  {all("password none, box Skip File?, "), "n", "-", {}, {{}, "p"}},
-                  {(start + "none, box Skip File?, close a"), "y", "-", {}, {{}}},
-                  {(start + "p, unprotect a: 4198"), "", "unprotect a", {4198}, {"p"}, "", "a"},
-                  {(start + "p, unprotect a: 4605"), "", "unprotect a", {4605}, {"p"}, "4605 fpass:04", "a"},
-              });
+  expectStories(locked,
+                {{all(""), "", "-", {}, {"p"}},
+                 {all(wrong), "n", "-", {}, {"x", "p"}},
+                 {(start + "x, unprotect a x, box Incorrect Password, close a"), "y", "-", {}, {"x"}},
+                 {all("password none, box Skip File?, "), "n", "-", {}, {{}, "p"}},
+                 {(start + "none, box Skip File?, close a"), "y", "-", {}, {{}}},
+                 {(start + "p, unprotect a: 4198"), "", "unprotect a", {4198}, {"p"}, "", "a"},
+                 {(start + "p, unprotect a: 4605"), "", "unprotect a", {4605}, {"p"}, "4605 fpass:04", "a"}});
 }
 
 TEST(MultiPLUVO, GoesOnAsClosingIsAnswered) {
@@ -127,18 +125,13 @@ TEST(MultiPLUVO, GoesOnAsClosingIsAnswered) {
   const std::string readOnly = "open a, clear a, box Read Only File, activate a, replaced in a, close a: ";
   const std::string trouble = ", box Difficulties Closing Current File.";
   expectStories({.readOnly = true},
-                {
-                    {"open a, clear a, box Read Only File, close a", "n"},
-                    {"open a, clear a, box Read Only File, activate a, replaced in a, close a saving", "y"},
-                    {(readOnly + "5155, box Save As Cancelled., close a"), "yy", "close a", {5155}},
-                    {(readOnly + "5155, box Save As Cancelled."), "yn", "close a", {5155}, {}, "", "a"},
-                    {(readOnly + "5356" + trouble), "y", "close a", {5356}, {}, "5356 cpf:43", "a"},
-                });
-  expectStories({},
-                {
-                    {(done + "5155" + trouble), "", "close a", {5155}, {}, "", "a"},  // it became read-only
-                    {(done + "5356" + trouble), "", "close a", {5356}, {}, "5356 cpf:43", "a"},
-                });
+                {{"open a, clear a, box Read Only File, close a", "n"},
+                 {"open a, clear a, box Read Only File, activate a, replaced in a, close a saving", "y"},
+                 {(readOnly + "5155, box Save As Cancelled., close a"), "yy", "close a", {5155}},
+                 {(readOnly + "5155, box Save As Cancelled."), "yn", "close a", {5155}, {}, "", "a"},
+                 {(readOnly + "5356" + trouble), "y", "close a", {5356}, {}, "5356 cpf:43", "a"}});
+  expectStories({}, {{(done + "5155" + trouble), "", "close a", {5155}, {}, "", "a"},  // it became read-only
+                     {(done + "5356" + trouble), "", "close a", {5356}, {}, "5356 cpf:43", "a"}});
 }
 
 /// Every step of a file that has no error path of its own, under every number that has a meaning, and every

@@ -96,8 +96,7 @@ TEST(Archive, SaysWhatIsWrong) {
       {"are not what they were", Problem::damaged, [](Built& b) { b.setSize(1, 2); }},
       {"are not what they were", Problem::damaged, [](Built& b) { b.setSize(0, 299); }},
       {"are not what they were", Problem::damaged, [](Built& b) { b.setSize(0, 301); }},
-      {"cannot be as large", Problem::damaged, [](Built& b) { b.setSize(0, 1U << 24U); }},
-  };
+      {"cannot be as large", Problem::damaged, [](Built& b) { b.setSize(0, 1U << 24U); }}};
   for (std::size_t i = 0; i < std::size(cases); ++i) {
     Built built = build(kTwo);
     cases[i].lie(built);
@@ -111,16 +110,14 @@ TEST(Archive, SaysWhatIsWrongWithZip64) {
   const struct {
     const char* said;
     std::function<void(Built&)> lie;
-  } cases[] = {
-      {"not where it should be", [](Built& b) { b.set(b.end - 12, b.end64 + 1, 8); }},
-      {"not where it should be", [](Built& b) { b.set(b.end - 12, ~std::uint64_t{0}, 8); }},
-      {"not where it should be", [](Built& b) { b.set(b.end64 + 4, ~std::uint64_t{0}, 8); }},
-      {"split over several", [](Built& b) { b.set(b.end64 + 16, 1, 4); }},
-      {"contradict", [](Built& b) { b.set16(b.end + 10, 1); }},
-      {"contradict", [](Built& b) { b.set32(b.end + 16, 1); }},
-      {"not where its end says", [](Built& b) { b.set(b.end64 + 48, ~std::uint64_t{0}, 8); }},
-      {"not where its end says", [](Built& b) { b.set(b.end64 + 40, ~std::uint64_t{0} - 40, 8); }},
-  };
+  } cases[] = {{"not where it should be", [](Built& b) { b.set(b.end - 12, b.end64 + 1, 8); }},
+               {"not where it should be", [](Built& b) { b.set(b.end - 12, ~std::uint64_t{0}, 8); }},
+               {"not where it should be", [](Built& b) { b.set(b.end64 + 4, ~std::uint64_t{0}, 8); }},
+               {"split over several", [](Built& b) { b.set(b.end64 + 16, 1, 4); }},
+               {"contradict", [](Built& b) { b.set16(b.end + 10, 1); }},
+               {"contradict", [](Built& b) { b.set32(b.end + 16, 1); }},
+               {"not where its end says", [](Built& b) { b.set(b.end64 + 48, ~std::uint64_t{0}, 8); }},
+               {"not where its end says", [](Built& b) { b.set(b.end64 + 40, ~std::uint64_t{0} - 40, 8); }}};
   for (std::size_t i = 0; i < std::size(cases); ++i) {
     Built built = build(zip);
     cases[i].lie(built);
@@ -136,12 +133,10 @@ TEST(Archive, KeepsItsLimits) {
   const struct {
     const char* said;
     Limits limits;
-  } cases[] = {
-      {"20 members", {.members = 19}},
-      {"\"m0\" is too large", {.memberSize = 9'999}},
-      {"unpacks to", {.totalSize = 199'999}},
-      {"-fold", {.ratio = 50, .freeSize = 9'999}},
-  };
+  } cases[] = {{"20 members", {.members = 19}},
+               {"\"m0\" is too large", {.memberSize = 9'999}},
+               {"unpacks to", {.totalSize = 199'999}},
+               {"-fold", {.ratio = 50, .freeSize = 9'999}}};
   for (const auto& [said, limits] : cases)
     EXPECT_THAT(refusal(bytes, Problem::tooLarge, limits), testing::HasSubstr(said));
   EXPECT_EQ(refusal(bytes, Problem::tooLarge, {.ratio = 50, .freeSize = 10'000}), "");
@@ -186,25 +181,23 @@ TEST(LooksLike, SaysWhatTheBytesAre) {
     std::string bytes;
     const char* said;
     Problem problem = Problem::damaged;
-  } cases[] = {
-      {compound + wide("EncryptedPackage"), "encrypted with a password", Problem::password},
-      {compound + wide("WordDocument"), "older Word document"},
-      {compound + wide("Workbook"), "spreadsheet"},
-      {compound, "older Office document"},
-      {"", "empty file"},
-      {"{\\rtf1 a}", "RTF"},
-      {"%PDF-1.7", "PDF"},
-      {"\xEF\xBB\xBF \n<!DOCTYPE HTML><p>", "web page"},
-      {"<?xml version='1.0'?><w:wordDocument/>", "XML"},
-      {"Caf\xC3\xA9, in plain words\r\n", "plain text"},
-      {"\xFF\xFE" + wide("words"), "plain text"},
-      {std::string(5000, '\0'), "nothing but zeros"},
-      {"\x7F"
-       "ELF\2\1\1\0"s,
-       "no document"},
-      {"PK\5\6"s + std::string(18, '\0'), "empty ZIP"},
-      {"PK", "plain text"},
-  };
+  } cases[] = {{compound + wide("EncryptedPackage"), "encrypted with a password", Problem::password},
+               {compound + wide("WordDocument"), "older Word document"},
+               {compound + wide("Workbook"), "spreadsheet"},
+               {compound, "older Office document"},
+               {"", "empty file"},
+               {"{\\rtf1 a}", "RTF"},
+               {"%PDF-1.7", "PDF"},
+               {"\xEF\xBB\xBF \n<!DOCTYPE HTML><p>", "web page"},
+               {"<?xml version='1.0'?><w:wordDocument/>", "XML"},
+               {"Caf\xC3\xA9, in plain words\r\n", "plain text"},
+               {"\xFF\xFE" + wide("words"), "plain text"},
+               {std::string(5000, '\0'), "nothing but zeros"},
+               {"\x7F"
+                "ELF\2\1\1\0"s,
+                "no document"},
+               {"PK\5\6"s + std::string(18, '\0'), "empty ZIP"},
+               {"PK", "plain text"}};
   for (const auto& [bytes, said, problem] : cases)
     EXPECT_THAT(refusal(bytes, problem), testing::HasSubstr(said));
 }

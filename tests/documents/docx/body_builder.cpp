@@ -2,7 +2,7 @@
 
 #include "errors/text.h"
 
-#include <stdexcept>
+#include <map>
 #include <string_view>
 
 namespace pluvo::docx {
@@ -11,49 +11,29 @@ using model::Look;
 
 namespace {
 
-const char* nameOf(std::uint8_t colour) {
-  switch (colour) {
-    case 1:
-      return "black";
-    case 2:
-      return "blue";
-    case 3:
-      return "cyan";
-    case 4:
-      return "green";
-    case 7:
-      return "yellow";
-    default:
-      throw std::invalid_argument("a colour without a name here");
-  }
+std::string nameOf(std::uint8_t colour) {
+  static const std::map<int, std::string> kNames = {
+      {1, "black"}, {2, "blue"}, {3, "cyan"}, {4, "green"}, {7, "yellow"}};
+  return kNames.at(colour);
 }
 
 std::string propertiesOf(Look look) {
   std::string result;
   if (look.hidden) result += "<w:vanish/>";
-  if (look.highlight != 0) result += "<w:highlight w:val=\"" + std::string(nameOf(look.highlight)) + "\"/>";
+  if (look.highlight != 0) result += "<w:highlight w:val=\"" + nameOf(look.highlight) + "\"/>";
   return result.empty() ? result : "<w:rPr>" + result + "</w:rPr>";
 }
 
 std::string elementOf(char16_t unit, bool inCode) {
-  switch (unit) {
-    case u'\t':
-      return "<w:tab/>";
-    case u'\v':
-      return "<w:br/>";
-    case u'\f':
-      return "<w:br w:type=\"page\"/>";
-    case 14:
-      return "<w:br w:type=\"column\"/>";
-    case 30:
-      return "<w:noBreakHyphen/>";
-    case 31:
-      return "<w:softHyphen/>";
-    default: {
-      const std::string name = inCode ? "w:instrText" : "w:t";
-      return "<" + name + " xml:space=\"preserve\">" + errors::utf8({&unit, 1}) + "</" + name + ">";
-    }
-  }
+  static const std::map<char16_t, std::string> kElements = {{u'\t', "<w:tab/>"},
+                                                            {u'\v', "<w:br/>"},
+                                                            {u'\f', "<w:br w:type=\"page\"/>"},
+                                                            {14, "<w:br w:type=\"column\"/>"},
+                                                            {30, "<w:noBreakHyphen/>"},
+                                                            {31, "<w:softHyphen/>"}};
+  if (const auto found = kElements.find(unit); found != kElements.end()) return found->second;
+  const std::string name = inCode ? "w:instrText" : "w:t";
+  return "<" + name + " xml:space=\"preserve\">" + errors::utf8({&unit, 1}) + "</" + name + ">";
 }
 
 }  // namespace

@@ -64,136 +64,118 @@ void expectBodies(const std::vector<EditCase>& cases, const Abbreviations& abbre
 }
 
 TEST(Editing, newTextTakesTheRunOfItsNeighbour) {
-  expectBodies({
-      {"{[<b/>|one ][<i/>|two]}", before(u"two", u"new "), "{[<b/>|one ][<i/>|new two]}"},
-      {"{[<b/>|one ][<i/>|two]}", behind(u"one ", u"new "), "{[<b/>|one new ][<i/>|two]}"},
-      {"{[<b/>|one ][<i/>|two]}", replace(u"ne tw", u"X"), "{[<b/>|oX][<i/>|o]}"},
-      {"{[a &amp; b]}", replace(u"b", u"<\"&\">"), "{[a &amp; &lt;\"&amp;\"&gt;]}"},
-      {"{[ab]}", replace(u"b", u"\t\v\f\x0E\x1E\x1F\xA0"),
-       "{<r><t>a</t><tab/><br/><br type='page'/><br "
-       "type='column'/><noBreakHyphen/><softHyphen/><t>\u00A0</t></r>}"},
-      {"{<r><t>a</t><tab/><lastRenderedPageBreak/><t>b</t></r>}", before(u"b", u"c"),
-       "{<r><t>a</t><tab/><lastRenderedPageBreak/><t>cb</t></r>}"},
-      {"{<r><t>a</t><tab/></r>}", behind(u"\t", u"c"), "{<r><t>a</t><tab/><t>c</t></r>}"},
-      {"{<pPr><rPr><ins id='1'/><b/></rPr></pPr>}", before(u"\r", u"x"),
-       "{<pPr><rPr><ins id='1'/><b/></rPr></pPr>[<b/>|x]}"},
-      {"<p rsidR='1'/>", before(u"\r", u"x"), "<p rsidR='1'>[x]</p>"},
-      {"", before(u"\r", u"x"), "{[x]}"},
-  });
+  expectBodies({{"{[<b/>|one ][<i/>|two]}", before(u"two", u"new "), "{[<b/>|one ][<i/>|new two]}"},
+                {"{[<b/>|one ][<i/>|two]}", behind(u"one ", u"new "), "{[<b/>|one new ][<i/>|two]}"},
+                {"{[<b/>|one ][<i/>|two]}", replace(u"ne tw", u"X"), "{[<b/>|oX][<i/>|o]}"},
+                {"{[a &amp; b]}", replace(u"b", u"<\"&\">"), "{[a &amp; &lt;\"&amp;\"&gt;]}"},
+                {"{[ab]}", replace(u"b", u"\t\v\f\x0E\x1E\x1F\xA0"),
+                 "{<r><t>a</t><tab/><br/><br type='page'/><br "
+                 "type='column'/><noBreakHyphen/><softHyphen/><t>\u00A0</t></r>}"},
+                {"{<r><t>a</t><tab/><lastRenderedPageBreak/><t>b</t></r>}", before(u"b", u"c"),
+                 "{<r><t>a</t><tab/><lastRenderedPageBreak/><t>cb</t></r>}"},
+                {"{<r><t>a</t><tab/></r>}", behind(u"\t", u"c"), "{<r><t>a</t><tab/><t>c</t></r>}"},
+                {"{<pPr><rPr><ins id='1'/><b/></rPr></pPr>}", before(u"\r", u"x"),
+                 "{<pPr><rPr><ins id='1'/><b/></rPr></pPr>[<b/>|x]}"},
+                {"<p rsidR='1'/>", before(u"\r", u"x"), "<p rsidR='1'>[x]</p>"},
+                {"", before(u"\r", u"x"), "{[x]}"}});
 }
 
 TEST(Editing, textBesideAReferenceLooksLikeTheTextBeforeIt) {
-  expectBodies(
-      {
-          {"{[<i/>|a]_[b]}", behind(u"\x02", u"X"), "{[<i/>|a]_[<i/>|X][b]}"},
-          {"{_[b]}", before(u"\x02", u"X"), "{[X]_[b]}"},
-          {"{[<i/>|a]_}", replace(u"\x02", u"X"), "{[<i/>|a][<i/>|X]}"},
-      },
-      {{'_', "<r><rPr><vertAlign val='superscript'/></rPr><footnoteReference id='1'/></r>"}});
+  expectBodies({{"{[<i/>|a]_[b]}", behind(u"\x02", u"X"), "{[<i/>|a]_[<i/>|X][b]}"},
+                {"{_[b]}", before(u"\x02", u"X"), "{[X]_[b]}"},
+                {"{[<i/>|a]_}", replace(u"\x02", u"X"), "{[<i/>|a][<i/>|X]}"}},
+               {{'_', "<r><rPr><vertAlign val='superscript'/></rPr><footnoteReference id='1'/></r>"}});
 }
 
 TEST(Editing, blanksAreKeptAndEmptyElementsGo) {
-  expectBodies({
-      {"{[a b c]}", remove(u"a"), "{[ b c]}"},
-      {"{[a ][<i/>|b][ c]}", remove(u"b"), "{[a ][ c]}"},
-      {"{<hyperlink r:id='rId1'>[link]</hyperlink>[x]}", remove(u"link"), "{[x]}"},
-      {"{<ins id='1'>[in]</ins>[x]}", remove(u"in"), "{[x]}"},
-      {"{<ins id='1'><bookmarkStart id='1' name='m'/>[in]</ins>[x]<bookmarkEnd id='1'/>}", remove(u"in"),
-       "{<bookmarkStart id='1' name='m'/>[x]<bookmarkEnd id='1'/>}"},
-      {"{<sdt><sdtPr><id val='5'/></sdtPr><sdtContent>[c]</sdtContent></sdt>[x]}", remove(u"c"), "{[x]}"},
-      {"{[x]<r><drawing><wp:inline/></drawing></r>[y]}", remove(u"\x01"), "{[x][y]}"},
-      {"{[x]<m:oMath/>[y]}", remove(u"x\x01"), "{[y]}"},
-      {"{<hyperlink anchor='m'/><r/>[xy]}", remove(u"x"), "{<hyperlink anchor='m'/><r/>[y]}"},
-  });
+  expectBodies(
+      {{"{[a b c]}", remove(u"a"), "{[ b c]}"},
+       {"{[a ][<i/>|b][ c]}", remove(u"b"), "{[a ][ c]}"},
+       {"{<hyperlink r:id='rId1'>[link]</hyperlink>[x]}", remove(u"link"), "{[x]}"},
+       {"{<ins id='1'>[in]</ins>[x]}", remove(u"in"), "{[x]}"},
+       {"{<ins id='1'><bookmarkStart id='1' name='m'/>[in]</ins>[x]<bookmarkEnd id='1'/>}", remove(u"in"),
+        "{<bookmarkStart id='1' name='m'/>[x]<bookmarkEnd id='1'/>}"},
+       {"{<sdt><sdtPr><id val='5'/></sdtPr><sdtContent>[c]</sdtContent></sdt>[x]}", remove(u"c"), "{[x]}"},
+       {"{[x]<r><drawing><wp:inline/></drawing></r>[y]}", remove(u"\x01"), "{[x][y]}"},
+       {"{[x]<m:oMath/>[y]}", remove(u"x\x01"), "{[y]}"},
+       {"{<hyperlink anchor='m'/><r/>[xy]}", remove(u"x"), "{<hyperlink anchor='m'/><r/>[y]}"}});
 }
 
 TEST(Editing, highlightDividesARunOnlyAtItsEnds) {
-  expectBodies(
-      {
-          {"{[<b/>_|abc]}", highlight(u"abc", 7), "{[<b/>~_|abc]}"},
-          {"{[<b/>_|abc]}", highlight(u"b", 7), "{[<b/>_|a][<b/>~_|b][<b/>_|c]}"},
-          {"{<r rsidR='1'><t>a</t><tab/></r>[bc]}", highlight(u"\tb", 11),
-           "{<r rsidR='1'><t>a</t></r><r rsidR='1'><rPr><highlight "
-           "val='darkGreen'/></rPr><tab/></r>[<highlight val='darkGreen'/>|b][c]}"},
-          {"{[~|ab]}", highlight(u"a", 0), "{[a][~|b]}"},
-          {"{[~|ab]}", highlight(u"ab", 7), "{[~|ab]}"},
-          {"{[ab]}{[c]}", highlight(u"b\rc", 7), "{<pPr><rPr>~</rPr></pPr>[a][~|b]}{[~|c]}"},
-          {"{[<rPrChange id='4'><rPr/></rPrChange>|ab]}", highlight(u"b", 7),
-           "{[<rPrChange id='4'><rPr/></rPrChange>|a][~<rPrChange id='5'><rPr/></rPrChange>|b]}"},
-          {"{<r><footnoteReference id='2'/></r>}", highlight(u"\x02", 7),
-           "{<r><rPr>~</rPr><footnoteReference id='2'/></r>}"},
-      },
-      {{'_', "<lang val='en'/>"}});
+  expectBodies({{"{[<b/>_|abc]}", highlight(u"abc", 7), "{[<b/>~_|abc]}"},
+                {"{[<b/>_|abc]}", highlight(u"b", 7), "{[<b/>_|a][<b/>~_|b][<b/>_|c]}"},
+                {"{<r rsidR='1'><t>a</t><tab/></r>[bc]}", highlight(u"\tb", 11),
+                 "{<r rsidR='1'><t>a</t></r><r rsidR='1'><rPr><highlight "
+                 "val='darkGreen'/></rPr><tab/></r>[<highlight val='darkGreen'/>|b][c]}"},
+                {"{[~|ab]}", highlight(u"a", 0), "{[a][~|b]}"},
+                {"{[~|ab]}", highlight(u"ab", 7), "{[~|ab]}"},
+                {"{[ab]}{[c]}", highlight(u"b\rc", 7), "{<pPr><rPr>~</rPr></pPr>[a][~|b]}{[~|c]}"},
+                {"{[<rPrChange id='4'><rPr/></rPrChange>|ab]}", highlight(u"b", 7),
+                 "{[<rPrChange id='4'><rPr/></rPrChange>|a][~<rPrChange id='5'><rPr/></rPrChange>|b]}"},
+                {"{<r><footnoteReference id='2'/></r>}", highlight(u"\x02", 7),
+                 "{<r><rPr>~</rPr><footnoteReference id='2'/></r>}"}},
+               {{'_', "<lang val='en'/>"}});
 }
 
 TEST(Editing, trackedChangesKeepTheirWrappers) {
-  expectBodies({
-      {"{<ins id='1'>[ab]</ins>}", before(u"b", u"X"), "{<ins id='1'>[aXb]</ins>}"},
-      {"{[x]<del id='7'><r><delText>ab</delText></r></del>}", before(u"b", u"N"),
-       "{[x]<del id='7'><r><delText>a</delText></r></del>[N]<del id='8'><r><delText>b</delText></r></del>}"},
-      {"{[x]<del id='7'><r><delText>ab</delText></r></del>}", replace(u"ab", u"N"), "{[x][N]}"},
-      {"{<del id='7'><r><delText>ab</delText></r></del>}", before(u"b", u"1\r2"),
-       "{<del id='7'><r><delText>a</delText></r></del>[1]}{[2]<del "
-       "id='8'><r><delText>b</delText></r></del>}"},
-      {"{<del id='7'><r><delText>ab</delText></r></del>}", highlight(u"b", 7),
-       "{<del id='7'><r><delText>a</delText></r><r><rPr>~</rPr><delText>b</delText></r></del>}"},
-  });
+  expectBodies(
+      {{"{<ins id='1'>[ab]</ins>}", before(u"b", u"X"), "{<ins id='1'>[aXb]</ins>}"},
+       {"{[x]<del id='7'><r><delText>ab</delText></r></del>}", before(u"b", u"N"),
+        "{[x]<del id='7'><r><delText>a</delText></r></del>[N]<del id='8'><r><delText>b</delText></r></del>}"},
+       {"{[x]<del id='7'><r><delText>ab</delText></r></del>}", replace(u"ab", u"N"), "{[x][N]}"},
+       {"{<del id='7'><r><delText>ab</delText></r></del>}", before(u"b", u"1\r2"),
+        "{<del id='7'><r><delText>a</delText></r></del>[1]}{[2]<del "
+        "id='8'><r><delText>b</delText></r></del>}"},
+       {"{<del id='7'><r><delText>ab</delText></r></del>}", highlight(u"b", 7),
+        "{<del id='7'><r><delText>a</delText></r><r><rPr>~</rPr><delText>b</delText></r></del>}"}});
 }
 
 TEST(Editing, aNewMarkDividesTheParagraph) {
   expectBodies(
-      {
-          {"{_[<b/>|ab]}", before(u"b", u"x\ry"), "{_[<b/>|ax]}{_[<b/>|yb]}"},
-          {"<p w14:paraId='1' w14:textId='2' rsidR='3'>[ab]</p>", before(u"b", u"\r"),
-           "<p w14:paraId='1' w14:textId='2' rsidR='3'>[a]</p><p rsidR='3'>[b]</p>"},
-          {"{<pPr><jc val='both'/><sectPr><pgSz/></sectPr></pPr>[ab]}{}", before(u"b", u"\r"),
-           "{<pPr><jc val='both'/></pPr>[a]}{<pPr><jc val='both'/><sectPr><pgSz/></sectPr></pPr>[b]}{}"},
-          {"{<hyperlink r:id='rId1'>[ab]</hyperlink>}", before(u"b", u"\r"),
-           "{<hyperlink r:id='rId1'>[a]</hyperlink>}{<hyperlink r:id='rId1'>[b]</hyperlink>}"},
-          {"{<hyperlink r:id='rId1'>[ab]</hyperlink>}", before(u"a", u"x\r"),
-           "{<hyperlink r:id='rId1'>[x]</hyperlink>}{<hyperlink r:id='rId1'>[ab]</hyperlink>}"},
-          {"{<sdt><sdtPr><id val='5'/></sdtPr><sdtContent>[ab]</sdtContent></sdt>}", before(u"b", u"\r"),
-           "{<sdt><sdtPr><id "
-           "val='5'/></sdtPr><sdtContent>[a]</sdtContent></sdt>}{<sdt><sdtPr></sdtPr><sdtContent>[b]</"
-           "sdtContent></sdt>}"},
-          {"{[a]}{_[b]}", behind(u"a\r", u"x\r"), "{[a]}{[x]}{_[b]}"},
-          {"{[a]}{_[b]}", behind(u"a\r", u"x"), "{[a]}{_[x][b]}"},
-          {"<p/>", before(u"\r", u"1\r2\r"), "{[1]}{[2]}{}"},
-      },
+      {{"{_[<b/>|ab]}", before(u"b", u"x\ry"), "{_[<b/>|ax]}{_[<b/>|yb]}"},
+       {"<p w14:paraId='1' w14:textId='2' rsidR='3'>[ab]</p>", before(u"b", u"\r"),
+        "<p w14:paraId='1' w14:textId='2' rsidR='3'>[a]</p><p rsidR='3'>[b]</p>"},
+       {"{<pPr><jc val='both'/><sectPr><pgSz/></sectPr></pPr>[ab]}{}", before(u"b", u"\r"),
+        "{<pPr><jc val='both'/></pPr>[a]}{<pPr><jc val='both'/><sectPr><pgSz/></sectPr></pPr>[b]}{}"},
+       {"{<hyperlink r:id='rId1'>[ab]</hyperlink>}", before(u"b", u"\r"),
+        "{<hyperlink r:id='rId1'>[a]</hyperlink>}{<hyperlink r:id='rId1'>[b]</hyperlink>}"},
+       {"{<hyperlink r:id='rId1'>[ab]</hyperlink>}", before(u"a", u"x\r"),
+        "{<hyperlink r:id='rId1'>[x]</hyperlink>}{<hyperlink r:id='rId1'>[ab]</hyperlink>}"},
+       {"{<sdt><sdtPr><id val='5'/></sdtPr><sdtContent>[ab]</sdtContent></sdt>}", before(u"b", u"\r"),
+        "{<sdt><sdtPr><id "
+        "val='5'/></sdtPr><sdtContent>[a]</sdtContent></sdt>}{<sdt><sdtPr></sdtPr><sdtContent>[b]</"
+        "sdtContent></sdt>}"},
+       {"{[a]}{_[b]}", behind(u"a\r", u"x\r"), "{[a]}{[x]}{_[b]}"},
+       {"{[a]}{_[b]}", behind(u"a\r", u"x"), "{[a]}{_[x][b]}"},
+       {"<p/>", before(u"\r", u"1\r2\r"), "{[1]}{[2]}{}"}},
       {{'_', "<pPr><jc val='center'/></pPr>"}});
 }
 
 TEST(Editing, aDeletedMarkMergesIntoTheLaterParagraph) {
-  expectBodies(
-      {
-          {"{[<b/>|ab]}{_[cd]}", remove(u"b\rc"), "{_[<b/>|a][d]}"},
-          {"{[ab]}{[x]}{_[cd]}", replace(u"b\rx\rc", u"1\r2"), "{[a1]}{_[2][d]}"},
-          {"{<pPr><sectPr/></pPr>[ab]}{[cd]}", remove(u"b\f"), "{[a][cd]}"},
-          {"{[a]}<p/>{[b]}", remove(u"\r\r"), "{[a][b]}"},
-          {"{[a]}<sdt><sdtContent>{[b]}</sdtContent></sdt>{[c]}", remove(u"b\r"), "{[a]}{[c]}"},
-          {"{<bookmarkStart id='1' name='m'/>[ab]}<bookmarkEnd id='1'/>{[c]}", remove(u"b\r"),
-           "{<bookmarkStart id='1' name='m'/>[a]<bookmarkEnd id='1'/>[c]}"},
-          {"{[a]}{[b]}", remove(u"a\rb"), "{}"},
-      },
-      {{'_', "<pPr><jc val='center'/></pPr>"}});
+  expectBodies({{"{[<b/>|ab]}{_[cd]}", remove(u"b\rc"), "{_[<b/>|a][d]}"},
+                {"{[ab]}{[x]}{_[cd]}", replace(u"b\rx\rc", u"1\r2"), "{[a1]}{_[2][d]}"},
+                {"{<pPr><sectPr/></pPr>[ab]}{[cd]}", remove(u"b\f"), "{[a][cd]}"},
+                {"{[a]}<p/>{[b]}", remove(u"\r\r"), "{[a][b]}"},
+                {"{[a]}<sdt><sdtContent>{[b]}</sdtContent></sdt>{[c]}", remove(u"b\r"), "{[a]}{[c]}"},
+                {"{<bookmarkStart id='1' name='m'/>[ab]}<bookmarkEnd id='1'/>{[c]}", remove(u"b\r"),
+                 "{<bookmarkStart id='1' name='m'/>[a]<bookmarkEnd id='1'/>[c]}"},
+                {"{[a]}{[b]}", remove(u"a\rb"), "{}"}},
+               {{'_', "<pPr><jc val='center'/></pPr>"}});
 }
 
 TEST(Editing, tablesGoWholeOrKeepTheirMarks) {
-  expectBodies(
-      {
-          {"{[ab]}_{[cd]}", remove(u"b\r1\r2\a3\a\ac"), "{[a][d]}"},
-          {"{[ab]}_{[cd]}", replace(u"b\r1\r2\a3\a\ac", u"X\rY"), "{[aX]}{[Y][d]}"},
-          {"_{[c]}", replace(u"1\r2\a3\a\a", u"X"), "{[X][c]}"},
-          {"{[ab]}_{[c]}", remove(u"b\r1\r2"), "{[a]}<T><tc>{}</tc><tc>{[3]}</tc></T>{[c]}"},
-          {"_{[cd]}", remove(u"3\a\ac"), "<T><tc>{[1]}{[2]}</tc><tc>{}</tc></T>{[d]}"},
-          {"<T><tc>{[x]}_{[y]}</tc></T>{}", remove(u"1\r2\a3\a\ay"), "<T><tc>{[x]}{}</tc></T>{}"},
-          {"{[a]}_{}", behind(u"a", u"\rb"), "{[a]}{[b]}_{}"},
-          {"{[a]}_{}", behind(u"a\r", u"b\r"), "{[a]}{[b]}_{}"},
-          {"<T><tc></tc></T>{}", before(u"\a", u"x"), "<T><tc>{[x]}</tc></T>{}"},
-          {"{[ab]}<T><bookmarkStart id='1' name='m'/><tc>{[1]}</tc></T>{[c]}<bookmarkEnd id='1'/>",
-           remove(u"1\a\a"), "{[ab]}{<bookmarkStart id='1' name='m'/>[c]}<bookmarkEnd id='1'/>"},
-      },
-      {{'_', "<T><tc>{[1]}{[2]}</tc><tc>{[3]}</tc></T>"}});
+  expectBodies({{"{[ab]}_{[cd]}", remove(u"b\r1\r2\a3\a\ac"), "{[a][d]}"},
+                {"{[ab]}_{[cd]}", replace(u"b\r1\r2\a3\a\ac", u"X\rY"), "{[aX]}{[Y][d]}"},
+                {"_{[c]}", replace(u"1\r2\a3\a\a", u"X"), "{[X][c]}"},
+                {"{[ab]}_{[c]}", remove(u"b\r1\r2"), "{[a]}<T><tc>{}</tc><tc>{[3]}</tc></T>{[c]}"},
+                {"_{[cd]}", remove(u"3\a\ac"), "<T><tc>{[1]}{[2]}</tc><tc>{}</tc></T>{[d]}"},
+                {"<T><tc>{[x]}_{[y]}</tc></T>{}", remove(u"1\r2\a3\a\ay"), "<T><tc>{[x]}{}</tc></T>{}"},
+                {"{[a]}_{}", behind(u"a", u"\rb"), "{[a]}{[b]}_{}"},
+                {"{[a]}_{}", behind(u"a\r", u"b\r"), "{[a]}{[b]}_{}"},
+                {"<T><tc></tc></T>{}", before(u"\a", u"x"), "<T><tc>{[x]}</tc></T>{}"},
+                {"{[ab]}<T><bookmarkStart id='1' name='m'/><tc>{[1]}</tc></T>{[c]}<bookmarkEnd id='1'/>",
+                 remove(u"1\a\a"), "{[ab]}{<bookmarkStart id='1' name='m'/>[c]}<bookmarkEnd id='1'/>"}},
+               {{'_', "<T><tc>{[1]}{[2]}</tc><tc>{[3]}</tc></T>"}});
 }
 
 TEST(Editing, fieldsKeepTheirMarksUnlessTheyGoWhole) {
@@ -214,43 +196,35 @@ TEST(Editing, fieldsKeepTheirMarksUnlessTheyGoWhole) {
 
 TEST(Editing, alternativesNotChosenDoNotKeepTheOldText) {
   expectBodies(
-      {
-          {"{<A>_</A>}", replace(u"b", u"X"), "{<A><mc:Choice Requires='w14'>[aX]</mc:Choice></A>}"},
-          {"{[x]<A>_</A>}", remove(u"ab"), "{[x]}"},
-          {"{<A>_</A>[x]}", replace(u"x", u"y"), "{<A>_</A>[y]}"},
-          {"{[x]+}", remove(u":)"), "{[x]}"},
-          {"{+}", replace(u")", u"("), "{[:(]}"},
-      },
+      {{"{<A>_</A>}", replace(u"b", u"X"), "{<A><mc:Choice Requires='w14'>[aX]</mc:Choice></A>}"},
+       {"{[x]<A>_</A>}", remove(u"ab"), "{[x]}"},
+       {"{<A>_</A>[x]}", replace(u"x", u"y"), "{<A>_</A>[y]}"},
+       {"{[x]+}", remove(u":)"), "{[x]}"},
+       {"{+}", replace(u")", u"("), "{[:(]}"}},
       {{'_', "<mc:Choice Requires='w14'>[ab]</mc:Choice><mc:Fallback>[old]</mc:Fallback>"},
        {'+',
         "<r><A><mc:Choice Requires='new'><new:x/></mc:Choice><mc:Fallback><t>:)</t></mc:Fallback></A></r>"}});
 }
 
 TEST(Editing, aControlWhoseTextChangesIsNoLongerBound) {
-  expectBodies(
-      {
-          {"{<sdt><sdtPr>_</sdtPr><sdtContent>[ab]</sdtContent></sdt>}", replace(u"b", u"X"),
-           "{<sdt><sdtPr><alias val='t'/><text/></sdtPr><sdtContent>[aX]</sdtContent></sdt>}"},
-          {"{<sdt><sdtPr>_</sdtPr><sdtContent>[ab]</sdtContent></sdt>}", highlight(u"ab", 7),
-           "{<sdt><sdtPr>_</sdtPr><sdtContent>[~|ab]</sdtContent></sdt>}"},
-          {"<sdt><sdtPr>_</sdtPr><sdtContent>{[ab]}{[c]}</sdtContent></sdt>", remove(u"b\r"),
-           "<sdt><sdtPr><alias val='t'/><text/></sdtPr><sdtContent>{[a][c]}</sdtContent></sdt>"},
-      },
-      {{'_', "<alias val='t'/><showingPlcHdr/><dataBinding xpath='/'/><w15:dataBinding/><text/>"}});
+  expectBodies({{"{<sdt><sdtPr>_</sdtPr><sdtContent>[ab]</sdtContent></sdt>}", replace(u"b", u"X"),
+                 "{<sdt><sdtPr><alias val='t'/><text/></sdtPr><sdtContent>[aX]</sdtContent></sdt>}"},
+                {"{<sdt><sdtPr>_</sdtPr><sdtContent>[ab]</sdtContent></sdt>}", highlight(u"ab", 7),
+                 "{<sdt><sdtPr>_</sdtPr><sdtContent>[~|ab]</sdtContent></sdt>}"},
+                {"<sdt><sdtPr>_</sdtPr><sdtContent>{[ab]}{[c]}</sdtContent></sdt>", remove(u"b\r"),
+                 "<sdt><sdtPr><alias val='t'/><text/></sdtPr><sdtContent>{[a][c]}</sdtContent></sdt>"}},
+               {{'_', "<alias val='t'/><showingPlcHdr/><dataBinding xpath='/'/><w15:dataBinding/><text/>"}});
 }
 
 TEST(Editing, bookmarksInDeletedTextGoUnlessSomethingRefersToThem) {
-  expectBodies(
-      {
-          {"{[a]_[b]+[c]}", remove(u"ab"), "{[c]}"},
-          {"{[ab]_+[cd]}", remove(u"bc"), "{[a][d]}"},
-          {"{[a]_[bc]+}", remove(u"ab"), "{_[c]+}"},
-          {"{[a]_[b]+^@ REF here \\h @%[r]$}", remove(u"ab"), "{_+^@ REF here \\h @%[r]$}"},
-          {"{[a]_[b]+<hyperlink anchor='here'>[l]</hyperlink>}", remove(u"ab"),
-           "{_+<hyperlink anchor='here'>[l]</hyperlink>}"},
-          {"{_[a]}{[b]}{[c]+}", remove(u"a\rb\rc"), "{}"},
-      },
-      {{'_', "<bookmarkStart id='1' name='here'/>"}, {'+', "<bookmarkEnd id='1'/>"}});
+  expectBodies({{"{[a]_[b]+[c]}", remove(u"ab"), "{[c]}"},
+                {"{[ab]_+[cd]}", remove(u"bc"), "{[a][d]}"},
+                {"{[a]_[bc]+}", remove(u"ab"), "{_[c]+}"},
+                {"{[a]_[b]+^@ REF here \\h @%[r]$}", remove(u"ab"), "{_+^@ REF here \\h @%[r]$}"},
+                {"{[a]_[b]+<hyperlink anchor='here'>[l]</hyperlink>}", remove(u"ab"),
+                 "{_+<hyperlink anchor='here'>[l]</hyperlink>}"},
+                {"{_[a]}{[b]}{[c]+}", remove(u"a\rb\rc"), "{}"}},
+               {{'_', "<bookmarkStart id='1' name='here'/>"}, {'+', "<bookmarkEnd id='1'/>"}});
 }
 
 TEST(Editing, aBookmarkThatAHeaderRefersToStays) {
@@ -284,12 +258,11 @@ TEST(Editing, aCharacterOfTwoUnitsIsNotCut) {
 }
 
 TEST(Editing, severalEditsInOneRun) {
-  expectBodies({
-      {"{[abcdef]}", both(replace(u"b", u"1"), both(remove(u"d"), highlight(u"e", 7))), "{[a1c][~|e][f]}"},
-      {"{[abc]}", both(before(u"b", u"\r"), before(u"c", u"\r")), "{[a]}{[b]}{[c]}"},
-      {"{[abc]}", both(replace(u"abc", u"xyz"), highlight(u"y", 7)), "{[x][~|y][z]}"},
-      {"{[abc]}", both(replace(u"b", u"XY"), both(remove(u"XY"), before(u"c", u"Z"))), "{[aZc]}"},
-  });
+  expectBodies(
+      {{"{[abcdef]}", both(replace(u"b", u"1"), both(remove(u"d"), highlight(u"e", 7))), "{[a1c][~|e][f]}"},
+       {"{[abc]}", both(before(u"b", u"\r"), before(u"c", u"\r")), "{[a]}{[b]}{[c]}"},
+       {"{[abc]}", both(replace(u"abc", u"xyz"), highlight(u"y", 7)), "{[x][~|y][z]}"},
+       {"{[abc]}", both(replace(u"b", u"XY"), both(remove(u"XY"), before(u"c", u"Z"))), "{[aZc]}"}});
 }
 
 }  // namespace

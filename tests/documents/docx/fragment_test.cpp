@@ -24,8 +24,7 @@ TEST(Properties, highlightStandsWhereTheSchemaWantsIt) {
       {"<rPr><highlight val='red'/></rPr>", 0, ""},
       {"<rPr><!--a>b--><i/><highlight val='red'/><w14:x/></rPr>", 0, "<rPr><!--a>b--><i/><w14:x/></rPr>"},
       {"<rPr><ins id='2'/><szCs val='1'/><w14:glow><w14:a/></w14:glow></rPr>", 2,
-       "<rPr><ins id='2'/><szCs val='1'/><highlight val='blue'/><w14:glow><w14:a/></w14:glow></rPr>"},
-  };
+       "<rPr><ins id='2'/><szCs val='1'/><highlight val='blue'/><w14:glow><w14:a/></w14:glow></rPr>"}};
   for (const Case& c : cases)
     EXPECT_EQ(withHighlight(wml(c.before), w, static_cast<std::uint8_t>(c.colour)), wml(c.after)) << c.before;
 }

@@ -52,8 +52,7 @@ TEST(Package, isRefusedWithACodeAndASentence) {
       {document(cutOff), "byte"},
       {document("<!DOCTYPE x [<!ENTITY a \"b\">]>" + mainPartOf("")), "document type"},
       {deep("<w:sdt>"), "", Problem::tooLarge},
-      {deep("<w:p><w:r><w:fldChar w:fldCharType=\"begin\"/></w:r></w:p>"), "", Problem::tooLarge},
-  };
+      {deep("<w:p><w:r><w:fldChar w:fldCharType=\"begin\"/></w:r></w:p>"), "", Problem::tooLarge}};
   for (const auto& [parts, sentence, problem] : refusals) {
     try {
       open(documentOf("", parts));
@@ -186,19 +185,10 @@ TEST(Package, otherMembersAreCopied) {
   opened.model.highlight({0, 1}, 7);
   const files::Bytes written = opened.written();
   const archive::Archive before = archive::Archive::open(document);
-  const archive::Archive after = archive::Archive::open(written);
-  ASSERT_EQ(before.members().size(), after.members().size());
-  for (std::size_t i = 0; i < before.members().size(); ++i) {
-    const archive::Member& old = before.members()[i];
-    const archive::Member& now = after.members()[i];
-    EXPECT_EQ(old.name, now.name);
-    if (old.name == "word/document.xml") continue;
-    const auto packed = [](const files::Bytes& bytes, const archive::Member& member) {
-      return std::vector<std::uint8_t>(bytes.view.begin() + static_cast<std::ptrdiff_t>(member.header),
-                                       bytes.view.begin() + static_cast<std::ptrdiff_t>(member.next));
-    };
-    EXPECT_EQ(packed(document, old), packed(written, now)) << old.name;
-  }
+  ASSERT_EQ(before.members().size(), archive::Archive::open(written).members().size());
+  for (const archive::Member& old : before.members())
+    EXPECT_EQ(part(document, old.name) == part(written, old.name), old.name != "word/document.xml")
+        << old.name;
 }
 
 }  // namespace

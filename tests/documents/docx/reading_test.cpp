@@ -20,84 +20,76 @@ void expectTexts(const std::vector<ReadCase>& cases) {
 }
 
 TEST(Reading, textIsWhatStandsInRuns) {
-  expectTexts({
-      {"{[a][<b/>|b]}{}<p/>{[c]}", "ab¶¶¶c¶"},
-      {"{<r><t> a b </t><t xml:space='preserve'> c </t></r>}", "a b c ¶"},
-      {"{[a\r\nb\nc&#13;d\te]}", "a b c d\te¶"},
-      {"{<r><t>&amp;&lt;&#x41;&#128512;<![CDATA[<&>]]><!--no-->é€😀</t></r>}", "&\\<A😀\\<&\\>é€😀¶"},
-      {"{<r><t>a</t><tab/><ptab/><br/><cr/><br type='page'/><br "
-       "type='column'/><noBreakHyphen/><softHyphen/><lastRenderedPageBreak/><t>\u00A0</t></r>}",
-       "a\t\t\v\v\f\x0E\x1E\x1F\xC2\xA0¶"},
-      {"{<r><sym font='Wingdings' char='F0FC'/><sym char='000D'/><sym/></r>}", "\xEF\x83\xBC((¶"},
-      {"{<r><footnoteReference id='2'/><endnoteReference id='2'/><commentReference id='0'/></r>}",
-       "\x02\x02<h:\x05>¶"},
-      {"{<r><drawing><wp:inline/></drawing><drawing> "
-       "<wp:anchor/></drawing><pict/><object/></r><m:oMath><m:r><m:t>x</m:t></m:r></m:oMath>}",
-       "\x01\x08\x01\x01\x01¶"},
-      {"{[shown][<vanish/>|hidden][<vanish val='0'/>|not]}", "shown<h:hidden>not¶"},
-      {"{[<vanish/>|h]<m:oMath/>}", "<h:h>\x01¶"},
-      {"{[<highlight val='yellow'/>|y][<highlight val='none'/>|n][<highlight val='darkGreen'/>|g]}",
-       "<7:y>n<11:g>¶"},
-      {"", "¶"},
-      {"text outside [runs]{is<t>no</t>[text]}", "text¶"},
-  });
+  expectTexts({{"{[a][<b/>|b]}{}<p/>{[c]}", "ab¶¶¶c¶"},
+               {"{<r><t> a b </t><t xml:space='preserve'> c </t></r>}", "a b c ¶"},
+               {"{[a\r\nb\nc&#13;d\te]}", "a b c d\te¶"},
+               {"{<r><t>&amp;&lt;&#x41;&#128512;<![CDATA[<&>]]><!--no-->é€😀</t></r>}", "&\\<A😀\\<&\\>é€😀¶"},
+               {"{<r><t>a</t><tab/><ptab/><br/><cr/><br type='page'/><br "
+                "type='column'/><noBreakHyphen/><softHyphen/><lastRenderedPageBreak/><t>\u00A0</t></r>}",
+                "a\t\t\v\v\f\x0E\x1E\x1F\xC2\xA0¶"},
+               {"{<r><sym font='Wingdings' char='F0FC'/><sym char='000D'/><sym/></r>}", "\xEF\x83\xBC((¶"},
+               {"{<r><footnoteReference id='2'/><endnoteReference id='2'/><commentReference id='0'/></r>}",
+                "\x02\x02<h:\x05>¶"},
+               {"{<r><drawing><wp:inline/></drawing><drawing> "
+                "<wp:anchor/></drawing><pict/><object/></r><m:oMath><m:r><m:t>x</m:t></m:r></m:oMath>}",
+                "\x01\x08\x01\x01\x01¶"},
+               {"{[shown][<vanish/>|hidden][<vanish val='0'/>|not]}", "shown<h:hidden>not¶"},
+               {"{[<vanish/>|h]<m:oMath/>}", "<h:h>\x01¶"},
+               {"{[<highlight val='yellow'/>|y][<highlight val='none'/>|n][<highlight val='darkGreen'/>|g]}",
+                "<7:y>n<11:g>¶"},
+               {"", "¶"},
+               {"text outside [runs]{is<t>no</t>[text]}", "text¶"}});
 }
 
 TEST(Reading, seesThroughWhatHoldsRuns) {
-  expectTexts({
-      {"{<hyperlink "
-       "r:id='rId9'>[link]</hyperlink><smartTag><smartTagPr/>[tag]</smartTag><bdo>[b]</bdo><dir>[d]</dir>}",
-       "linktagbd¶"},
-      {"{<ins id='1'>[in]</ins><del id='2'><r><delText>out</delText></r></del><moveFrom "
-       "id='3'>[from]</moveFrom><moveTo id='4'>[to]</moveTo>}",
-       "inoutfromto¶"},
-      {"<sdt><sdtPr><rPr><vanish/></rPr></sdtPr><sdtContent>{<sdt><sdtContent>[x]</sdtContent></sdt>}</"
-       "sdtContent></sdt><customXml>{[y]}</customXml>",
-       "x¶y¶"},
-      {"{<r><pict><txbxContent>{[box]}</txbxContent></pict></r><new:x>[z]</new:x>}", "\x01¶"},
-      {"{<r><A><mc:Choice "
-       "Requires='wps'><drawing><wp:anchor/></drawing></mc:Choice><mc:Fallback><pict/></mc:Fallback></A></"
-       "r>}",
-       "\x08¶"},
-      {"{<r><A><mc:Choice "
-       "Requires='new'><new:smile/></mc:Choice><mc:Fallback><t>:)</t></mc:Fallback></A></r>}",
-       ":)¶"},
-      {"{<A><mc:Choice Requires='w14 w15'>[yes]</mc:Choice><mc:Choice "
-       "Requires='wps'>[too]</mc:Choice><mc:Fallback>[no]</mc:Fallback></A>}",
-       "yes¶"},
-  });
+  expectTexts(
+      {{"{<hyperlink "
+        "r:id='rId9'>[link]</hyperlink><smartTag><smartTagPr/>[tag]</smartTag><bdo>[b]</bdo><dir>[d]</dir>}",
+        "linktagbd¶"},
+       {"{<ins id='1'>[in]</ins><del id='2'><r><delText>out</delText></r></del><moveFrom "
+        "id='3'>[from]</moveFrom><moveTo id='4'>[to]</moveTo>}",
+        "inoutfromto¶"},
+       {"<sdt><sdtPr><rPr><vanish/></rPr></sdtPr><sdtContent>{<sdt><sdtContent>[x]</sdtContent></sdt>}</"
+        "sdtContent></sdt><customXml>{[y]}</customXml>",
+        "x¶y¶"},
+       {"{<r><pict><txbxContent>{[box]}</txbxContent></pict></r><new:x>[z]</new:x>}", "\x01¶"},
+       {"{<r><A><mc:Choice "
+        "Requires='wps'><drawing><wp:anchor/></drawing></mc:Choice><mc:Fallback><pict/></mc:Fallback></A></"
+        "r>}",
+        "\x08¶"},
+       {"{<r><A><mc:Choice "
+        "Requires='new'><new:smile/></mc:Choice><mc:Fallback><t>:)</t></mc:Fallback></A></r>}",
+        ":)¶"},
+       {"{<A><mc:Choice Requires='w14 w15'>[yes]</mc:Choice><mc:Choice "
+        "Requires='wps'>[too]</mc:Choice><mc:Fallback>[no]</mc:Fallback></A>}",
+        "yes¶"}});
 }
 
 TEST(Reading, fieldsOfBothKinds) {
-  expectTexts({
-      {"{[a]^@PAGE@%[1]$[b]}", "a{PAGE|1}b¶"},
-      {"{<fldSimple instr=' DATE &quot;d&quot; '>[today]</fldSimple><fldSimple instr='X'/>}",
-       "{ DATE \"d\" |today}{X|}¶"},
-      {"{^@IF @^@A@%[1]$%[yes]}{[more]$[!]}", "{IF{A|1}|yes¶more}!¶"},
-      {"{$%@lost@[x]^@XE@$}", "x{XE}¶"},
-  });
+  expectTexts({{"{[a]^@PAGE@%[1]$[b]}", "a{PAGE|1}b¶"},
+               {"{<fldSimple instr=' DATE &quot;d&quot; '>[today]</fldSimple><fldSimple instr='X'/>}",
+                "{ DATE \"d\" |today}{X|}¶"},
+               {"{^@IF @^@A@%[1]$%[yes]}{[more]$[!]}", "{IF{A|1}|yes¶more}!¶"},
+               {"{$%@lost@[x]^@XE@$}", "x{XE}¶"}});
 }
 
 TEST(Reading, tablesEndTheirCellsAndRows) {
-  expectTexts({
-      {"{[a]}<T><trPr/><tc>{[1]}{[2]}</tc><tc>{}</tc></tr><tr><trPr/><tc>{[3]}</tc></T>{[b]}",
-       "a¶⟦1¶2¦¦‖3¦‖⟧b¶"},
-      {"<T><trPr/><tc><T><trPr/><tc>{[in]}</tc></T>{[out]}</tc></T>", "⟦⟦in¦‖⟧out¦‖⟧¶"},
-      {"<T><trPr/><tc><T><trPr/><tc>{[in]}</tc></T></tc></T>{}", "⟦⟦in¦‖⟧¦‖⟧¶"},
-      {"<tbl><tblPr/><tblGrid/><sdt><sdtContent><tr><trPr/><sdt><sdtContent><tc><sdt><sdtContent>{[x]}</"
-       "sdtContent></sdt></tc></sdtContent></sdt></tr></sdtContent></sdt><tr><trPr/></tr></tbl>{}",
-       "⟦x¦‖⟧¶"},
-      {"<T><trPr/><tc/><tc><tcPr><vMerge/></tcPr>{}</tc></T>{}", "⟦¦¦‖⟧¶"},
-  });
+  expectTexts(
+      {{"{[a]}<T><trPr/><tc>{[1]}{[2]}</tc><tc>{}</tc></tr><tr><trPr/><tc>{[3]}</tc></T>{[b]}",
+        "a¶⟦1¶2¦¦‖3¦‖⟧b¶"},
+       {"<T><trPr/><tc><T><trPr/><tc>{[in]}</tc></T>{[out]}</tc></T>", "⟦⟦in¦‖⟧out¦‖⟧¶"},
+       {"<T><trPr/><tc><T><trPr/><tc>{[in]}</tc></T></tc></T>{}", "⟦⟦in¦‖⟧¦‖⟧¶"},
+       {"<tbl><tblPr/><tblGrid/><sdt><sdtContent><tr><trPr/><sdt><sdtContent><tc><sdt><sdtContent>{[x]}</"
+        "sdtContent></sdt></tc></sdtContent></sdt></tr></sdtContent></sdt><tr><trPr/></tr></tbl>{}",
+        "⟦x¦‖⟧¶"},
+       {"<T><trPr/><tc/><tc><tcPr><vMerge/></tcPr>{}</tc></T>{}", "⟦¦¦‖⟧¶"}});
 }
 
 TEST(Reading, aParagraphWithASectionEndsIt) {
   const std::string section = "<w:pPr><w:sectPr/></w:pPr>";
-  expectTexts({
-      {"{<pPr><sectPr/></pPr>[a]}{[b]}<sectPr/>", "a§b¶"},
-      {"{[a]}{<pPr><sectPr/></pPr>}", "a¶¶"},
-      {"{<pPr><sectPr/></pPr>}<T><trPr/><tc>{<pPr><sectPr/></pPr>[x]}</tc></T>{}", "§⟦x¦‖⟧¶"},
-  });
+  expectTexts({{"{<pPr><sectPr/></pPr>[a]}{[b]}<sectPr/>", "a§b¶"},
+               {"{[a]}{<pPr><sectPr/></pPr>}", "a¶¶"},
+               {"{<pPr><sectPr/></pPr>}<T><trPr/><tc>{<pPr><sectPr/></pPr>[x]}</tc></T>{}", "§⟦x¦‖⟧¶"}});
 }
 
 /// What LibreOffice reads otherwise: libreoffice.py's differences come from these.

@@ -11,21 +11,20 @@ namespace {
 using notation::Sample;
 
 TEST(LiveRanges, FollowTheirText) {
-  expectEdits({
-      // Insertions: a start at the place stays, an end there moves unless the range is empty.
-      {"x[aa][bb]y[cz¶c]", setText(u"12"), "x[a[bb]12a]y[cz¶c]"},
-      {"x[aq[bra]sb]¶", insertAfter(u"12"), "x[aq[br12a]sb]¶"},
-      {"[bx[aqb]ra]¶", insertBefore(u"12"), "[bx[a12qb]ra]¶"},
-      {"[bxb][aqa][cyc]¶", insertBefore(u"12"), "[bx[a12b]qa][cyc]¶"},
-      {"[bxb][aqa][cyc]¶", insertAfter(u"12"), "[bxb][aq[c12a]yc]¶"},
-      // Replacements: inside, a start goes to the front of the new text, an end and an empty range to its
-      // back.
-      {"[bx[acdb]e[cf[dd]ga]yc]¶", setText(u"12"), "[bx[a[c12b]a][dd]yc]¶"},
-      {"x[a[bcdb]a][cyc]¶", setText(u"123"), "x[a[b123a]b][cyc]¶"},
-      {"[bxb][acda][cyc]¶", setText(u"1"), "[bxb][a1a][cyc]¶"},
-      {"[bx[acd[cea]yb]zc]¶", setText(u""), "[bx[aa][cyb]zc]¶"},
-      {"x[acb[bb]da]y[cc]z¶", remove, "x[aa][bb]y[cc]z¶"},
-  });
+  expectEdits(
+      {// Insertions: a start at the place stays, an end there moves unless the range is empty.
+       {"x[aa][bb]y[cz¶c]", setText(u"12"), "x[a[bb]12a]y[cz¶c]"},
+       {"x[aq[bra]sb]¶", insertAfter(u"12"), "x[aq[br12a]sb]¶"},
+       {"[bx[aqb]ra]¶", insertBefore(u"12"), "[bx[a12qb]ra]¶"},
+       {"[bxb][aqa][cyc]¶", insertBefore(u"12"), "[bx[a12b]qa][cyc]¶"},
+       {"[bxb][aqa][cyc]¶", insertAfter(u"12"), "[bxb][aq[c12a]yc]¶"},
+       // Replacements: inside, a start goes to the front of the new text, an end and an empty range to its
+       // back.
+       {"[bx[acdb]e[cf[dd]ga]yc]¶", setText(u"12"), "[bx[a[c12b]a][dd]yc]¶"},
+       {"x[a[bcdb]a][cyc]¶", setText(u"123"), "x[a[b123a]b][cyc]¶"},
+       {"[bxb][acda][cyc]¶", setText(u"1"), "[bxb][a1a][cyc]¶"},
+       {"[bx[acd[cea]yb]zc]¶", setText(u""), "[bx[aa][cyb]zc]¶"},
+       {"x[acb[bb]da]y[cc]z¶", remove, "x[aa][bb]y[cc]z¶"}});
 }
 
 TEST(Range, SetsItsEnds) {
@@ -68,61 +67,53 @@ TEST(Selections, HaveTheTextTheyShow) {
 }
 
 TEST(Edits, TakeLineEndsOfAnyKind) {
-  expectEdits({
-      {"x[ay\\\na]¶", setText(u"1\r\n2\n3\r4\n\r"), "x[a1¶2¶3¶4¶¶a]¶"},
-      {"x[aya]¶", insertAfter(u"\t\v\f\x0E\x1E\x1F"),
-       "x[ay\t\v\f\x0E\x1E\x1F"
-       "a]¶"},
-  });
+  expectEdits({{"x[ay\\\na]¶", setText(u"1\r\n2\n3\r4\n\r"), "x[a1¶2¶3¶4¶¶a]¶"},
+               {"x[aya]¶", insertAfter(u"\t\v\f\x0E\x1E\x1F"),
+                "x[ay\t\v\f\x0E\x1E\x1F"
+                "a]¶"}});
 }
 
 TEST(Edits, KeepTheFinalMark) {
-  expectEdits({
-      {"[axy¶a]", setText(u"1"), "[a1a]¶"},
-      {"[axy¶a]", remove, "[a¶a]"},
-      {"x[ay¶a]", insertAfter(u"1"), "x[ay1¶a]"},
-      {"x¶[a¶a]", insertAfter(u"1"), "x¶[a1¶a]"},
-      {"x¶[aa]", insertAfter(u"1"), "x[a1a]¶"},
-      {"x[a¶a]", setText(u"1"), "x[a1a]¶"},
-      {"[a¶a]", setText(u""), "[aa]¶"},
-  });
+  expectEdits({{"[axy¶a]", setText(u"1"), "[a1a]¶"},
+               {"[axy¶a]", remove, "[a¶a]"},
+               {"x[ay¶a]", insertAfter(u"1"), "x[ay1¶a]"},
+               {"x¶[a¶a]", insertAfter(u"1"), "x¶[a1¶a]"},
+               {"x¶[aa]", insertAfter(u"1"), "x[a1a]¶"},
+               {"x[a¶a]", setText(u"1"), "x[a1a]¶"},
+               {"[a¶a]", setText(u""), "[aa]¶"}});
 }
 
 TEST(Edits, InheritFromTheCharacterBeside) {
-  expectEdits({
-      {"<7:a>[ab<4:c>a]<3:d>", insertBefore(u"1"), "<7:a>[a1b<4:c>a]<3:d>¶"},
-      {"<7:a>[ab<4:c>a]<3:d>", insertAfter(u"1"), "<7:a>[ab<4:c1>a]<3:d>¶"},
-      {"<7:a>[a<4:b>ca]<3:d>", setText(u"1"), "<7:a>[a<4:1>a]<3:d>¶"},
-      {"x[a<h7:b>a]c", insertAfter(u"1"), "x[a<h7:b1>a]c¶"},
-      {"<7:x>[aa]<4:c>", setText(u"1"), "<7:x[a1>a]<4:c>¶"},
-      {"x¶[aa]<4:c>", setText(u"1"), "x¶[a<4:1>a]<4:c>¶"},
-  });
+  expectEdits({{"<7:a>[ab<4:c>a]<3:d>", insertBefore(u"1"), "<7:a>[a1b<4:c>a]<3:d>¶"},
+               {"<7:a>[ab<4:c>a]<3:d>", insertAfter(u"1"), "<7:a>[ab<4:c1>a]<3:d>¶"},
+               {"<7:a>[a<4:b>ca]<3:d>", setText(u"1"), "<7:a>[a<4:1>a]<3:d>¶"},
+               {"x[a<h7:b>a]c", insertAfter(u"1"), "x[a<h7:b1>a]c¶"},
+               {"<7:x>[aa]<4:c>", setText(u"1"), "<7:x[a1>a]<4:c>¶"},
+               {"x¶[aa]<4:c>", setText(u"1"), "x¶[a<4:1>a]<4:c>¶"}});
 }
 
 TEST(Edits, KeepFieldsWhole) {
-  expectEdits({
-      // Covered wholly, a field goes with what is in it.
-      {"a[ab{X|c}da]e", remove, "a[aa]e¶"},
-      {"a[a{X {Y|1}|c{Z|2}}a]e", setText(u"n"), "a[ana]e¶"},
-      // Covered partly, it loses the text that is shown.
-      {"a[ab{X|ca]d}e", setText(u"n"), "a[ana]{X|d}e¶"},
-      {"a{X|b[ac}da]e", remove, "a{X|b[a}a]e¶"},
-      {"a{X|b[ac}da]e", setText(u"n"), "a{X|b[ana]}e¶"},
-      {"a{X[a|ba]c}e", setText(u"n"), "a{X|[ana]c}e¶"},
-      {"a[ab{X {Y|1}|c{Z|2}<h:h>a]d}e", remove, "a[a{X {Y|1}|<h:h>a]d}e¶"},
-      {"a[ab{X|{Y|1a]2}3}e", remove, "a[a{X|{Y|a]2}3}e¶"},
-      {"a{X|b{Y|[a1}2a]}e", remove, "a{X|b{Y|[a}a]}e¶"},
-      // Beside its marks, text lies where the place beside the character is.
-      {"a{X|[aba]}e", insertBefore(u"1"), "a{X|[a1ba]}e¶"},
-      {"a{X|[aba]}e", insertAfter(u"1"), "a{X|[ab1a]}e¶"},
-      {"a[a{X|b}a]e", insertBefore(u"1"), "a[a1{X|b}a]e¶"},
-      {"a[a{X|b}a]e", insertAfter(u"1"), "a[a{X|b}1a]e¶"},
-      {"a{X|[a{Y|b}a]}e", insertAfter(u"1"), "a{X|[a{Y|b}1a]}e¶"},
-      {"a{X|b[a}a]e", setText(u"1"), "a{X|b[a1a]}e¶"},
-      {"a[a{a]X|b}e", setText(u"1"), "a[a1a]{X|b}e¶"},
-      {"a{[aXa]|b}e", insertAfter(u"1"), "a{[aX1a]|b}e¶"},
-      {"<h:a[a{X|b}a]>e", insertAfter(u"1"), "<h:a[a{X|b}1a]>e¶"},
-  });
+  expectEdits({// Covered wholly, a field goes with what is in it.
+               {"a[ab{X|c}da]e", remove, "a[aa]e¶"},
+               {"a[a{X {Y|1}|c{Z|2}}a]e", setText(u"n"), "a[ana]e¶"},
+               // Covered partly, it loses the text that is shown.
+               {"a[ab{X|ca]d}e", setText(u"n"), "a[ana]{X|d}e¶"},
+               {"a{X|b[ac}da]e", remove, "a{X|b[a}a]e¶"},
+               {"a{X|b[ac}da]e", setText(u"n"), "a{X|b[ana]}e¶"},
+               {"a{X[a|ba]c}e", setText(u"n"), "a{X|[ana]c}e¶"},
+               {"a[ab{X {Y|1}|c{Z|2}<h:h>a]d}e", remove, "a[a{X {Y|1}|<h:h>a]d}e¶"},
+               {"a[ab{X|{Y|1a]2}3}e", remove, "a[a{X|{Y|a]2}3}e¶"},
+               {"a{X|b{Y|[a1}2a]}e", remove, "a{X|b{Y|[a}a]}e¶"},
+               // Beside its marks, text lies where the place beside the character is.
+               {"a{X|[aba]}e", insertBefore(u"1"), "a{X|[a1ba]}e¶"},
+               {"a{X|[aba]}e", insertAfter(u"1"), "a{X|[ab1a]}e¶"},
+               {"a[a{X|b}a]e", insertBefore(u"1"), "a[a1{X|b}a]e¶"},
+               {"a[a{X|b}a]e", insertAfter(u"1"), "a[a{X|b}1a]e¶"},
+               {"a{X|[a{Y|b}a]}e", insertAfter(u"1"), "a{X|[a{Y|b}1a]}e¶"},
+               {"a{X|b[a}a]e", setText(u"1"), "a{X|b[a1a]}e¶"},
+               {"a[a{a]X|b}e", setText(u"1"), "a[a1a]{X|b}e¶"},
+               {"a{[aXa]|b}e", insertAfter(u"1"), "a{[aX1a]|b}e¶"},
+               {"<h:a[a{X|b}a]>e", insertAfter(u"1"), "<h:a[a{X|b}1a]>e¶"}});
 }
 
 TEST(Edits, SeeCodesWhereTheyAreShown) {
@@ -134,47 +125,43 @@ TEST(Edits, SeeCodesWhereTheyAreShown) {
 }
 
 TEST(Edits, KeepTables) {
-  expectEdits({
-      // Covered wholly, a table goes; covered partly, its contents go and its marks stay.
-      {"a[ab¶⟦x¦y¦‖⟧ca]d", remove, "a[aa]d¶"},
-      {"a¶[a⟦x¦y¦‖⟧a]d", setText(u"n"), "a¶[ana]d¶"},
-      {"⟦x[ay¶z¦v¦‖w¦ua]t¦‖⟧", setText(u"n"), "⟦x[ana]¦¦‖¦t¦‖⟧¶"},
-      {"⟦x[ay¶⟦n¦‖⟧z¦v¦‖a]w¦u¦‖⟧", remove, "⟦x[a¦¦‖a]w¦u¦‖⟧¶"},
-      {"⟦x¦y[az¶⟦n¦m¦‖⟧va]w¦‖⟧", remove, "⟦x¦y[aa]w¦‖⟧¶"},
-      {"⟦x¦y[az¶⟦n¦ma]k¦‖⟧vw¦‖⟧", remove, "⟦x¦y[a¶⟦¦a]k¦‖⟧vw¦‖⟧¶"},
-      {"⟦x[a¦‖⟧a]y", setText(u"n"), "⟦x[ana]¦‖⟧y¶"},
-      // No text runs into a table.
-      {"ab[ac¶d¶⟦xa]y¦‖⟧", remove, "ab[a¶⟦a]y¦‖⟧¶"},
-      {"ab[ac¶a]⟦xy¦‖⟧", setText(u"n"), "ab[ana]¶⟦xy¦‖⟧¶"},
-      {"ab[a¶a]⟦xy¦‖⟧", setText(u"n"), "ab[ana]¶⟦xy¦‖⟧¶"},
-      {"ab[ac§a]⟦xy¦‖⟧", remove, "ab[a§a]⟦xy¦‖⟧¶"},
-      {"a¶[ab¶c¶⟦xa]y¦‖⟧", remove, "a¶[a⟦a]y¦‖⟧¶"},
-      {"a¶[ab¶c¶⟦xa]y¦‖⟧", setText(u"n"), "a¶[ana]¶⟦y¦‖⟧¶"},
-      {"a¶[ab¶c¶⟦xa]y¦‖⟧", setText(u"n\n"), "a¶[an¶a]⟦y¦‖⟧¶"},
-      {"a[a¶⟦x¦‖⟧b¶a]⟦y¦‖⟧", remove, "a[a¶a]⟦y¦‖⟧¶"},
-      // Nor one table into another.
-      {"⟦x[a¦‖⟧b¶c¶⟦ya]z¦‖⟧", remove, "⟦x[a¦‖⟧¶⟦a]z¦‖⟧¶"},
-      {"⟦x¦‖⟧[ab¶a]⟦y¦‖⟧", remove, "⟦x¦‖⟧[a¶a]⟦y¦‖⟧¶"},
-      {"⟦x¦‖⟧[ab¶a]⟦y¦‖⟧", setText(u"n\n"), "⟦x¦‖⟧[an¶a]⟦y¦‖⟧¶"},
-      {"⟦x¦‖⟧[ab¶⟦z¦‖⟧a]⟦y¦‖⟧", remove, "⟦x¦‖⟧[a¶a]⟦y¦‖⟧¶"},
-      {"⟦x[a¦a]y¦‖⟧", remove, "⟦x[a¦a]y¦‖⟧¶"},
-      {"a[a§b¶a]c", remove, "a[aa]c¶"},
-  });
+  expectEdits({// Covered wholly, a table goes; covered partly, its contents go and its marks stay.
+               {"a[ab¶⟦x¦y¦‖⟧ca]d", remove, "a[aa]d¶"},
+               {"a¶[a⟦x¦y¦‖⟧a]d", setText(u"n"), "a¶[ana]d¶"},
+               {"⟦x[ay¶z¦v¦‖w¦ua]t¦‖⟧", setText(u"n"), "⟦x[ana]¦¦‖¦t¦‖⟧¶"},
+               {"⟦x[ay¶⟦n¦‖⟧z¦v¦‖a]w¦u¦‖⟧", remove, "⟦x[a¦¦‖a]w¦u¦‖⟧¶"},
+               {"⟦x¦y[az¶⟦n¦m¦‖⟧va]w¦‖⟧", remove, "⟦x¦y[aa]w¦‖⟧¶"},
+               {"⟦x¦y[az¶⟦n¦ma]k¦‖⟧vw¦‖⟧", remove, "⟦x¦y[a¶⟦¦a]k¦‖⟧vw¦‖⟧¶"},
+               {"⟦x[a¦‖⟧a]y", setText(u"n"), "⟦x[ana]¦‖⟧y¶"},
+               // No text runs into a table.
+               {"ab[ac¶d¶⟦xa]y¦‖⟧", remove, "ab[a¶⟦a]y¦‖⟧¶"},
+               {"ab[ac¶a]⟦xy¦‖⟧", setText(u"n"), "ab[ana]¶⟦xy¦‖⟧¶"},
+               {"ab[a¶a]⟦xy¦‖⟧", setText(u"n"), "ab[ana]¶⟦xy¦‖⟧¶"},
+               {"ab[ac§a]⟦xy¦‖⟧", remove, "ab[a§a]⟦xy¦‖⟧¶"},
+               {"a¶[ab¶c¶⟦xa]y¦‖⟧", remove, "a¶[a⟦a]y¦‖⟧¶"},
+               {"a¶[ab¶c¶⟦xa]y¦‖⟧", setText(u"n"), "a¶[ana]¶⟦y¦‖⟧¶"},
+               {"a¶[ab¶c¶⟦xa]y¦‖⟧", setText(u"n\n"), "a¶[an¶a]⟦y¦‖⟧¶"},
+               {"a[a¶⟦x¦‖⟧b¶a]⟦y¦‖⟧", remove, "a[a¶a]⟦y¦‖⟧¶"},
+               // Nor one table into another.
+               {"⟦x[a¦‖⟧b¶c¶⟦ya]z¦‖⟧", remove, "⟦x[a¦‖⟧¶⟦a]z¦‖⟧¶"},
+               {"⟦x¦‖⟧[ab¶a]⟦y¦‖⟧", remove, "⟦x¦‖⟧[a¶a]⟦y¦‖⟧¶"},
+               {"⟦x¦‖⟧[ab¶a]⟦y¦‖⟧", setText(u"n\n"), "⟦x¦‖⟧[an¶a]⟦y¦‖⟧¶"},
+               {"⟦x¦‖⟧[ab¶⟦z¦‖⟧a]⟦y¦‖⟧", remove, "⟦x¦‖⟧[a¶a]⟦y¦‖⟧¶"},
+               {"⟦x[a¦a]y¦‖⟧", remove, "⟦x[a¦a]y¦‖⟧¶"},
+               {"a[a§b¶a]c", remove, "a[aa]c¶"}});
 }
 
 TEST(Edits, PutTextWhereTablesLeaveRoom) {
-  expectEdits({
-      {"⟦[ax¦a]y¦‖⟧", insertAfter(u"1"), "⟦[ax1¦a]y¦‖⟧¶"},
-      {"⟦[ax¦y¦a]‖⟧", insertAfter(u"1"), "⟦[ax¦y1¦a]‖⟧¶"},
-      {"⟦x¦[a¦a]‖⟧", insertAfter(u"1"), "⟦x¦[a1¦a]‖⟧¶"},
-      {"⟦x¦[a‖a]⟧", insertBefore(u"1"), "⟦x[a1¦‖a]⟧¶"},
-      {"⟦x¦‖[aa]y¦‖⟧", insertAfter(u"1"), "⟦x¦‖[a1a]y¦‖⟧¶"},
-      {"⟦[ax¦‖a]<7:y>¦‖⟧", insertAfter(u"1"), "⟦[ax¦‖<7:1a]y>¦‖⟧¶"},
-      {"[a⟦x¦‖⟧a]y", insertAfter(u"1"), "[a⟦x¦‖⟧1a]y¶"},
-      {"[ax¶a]<7:⟦y>¦‖⟧", insertAfter(u"1"), "[ax¶<7:⟦1a]y>¦‖⟧¶"},
-      {"[ax¶a]<7:⟦y>¦‖⟧", insertAfter(u"1\n"), "[ax¶1¶a]<7:⟦y>¦‖⟧¶"},
-      {"x¶[a⟦y¦‖⟧a]", insertBefore(u"1"), "x¶⟦[a1y¦‖⟧a]¶"},
-  });
+  expectEdits({{"⟦[ax¦a]y¦‖⟧", insertAfter(u"1"), "⟦[ax1¦a]y¦‖⟧¶"},
+               {"⟦[ax¦y¦a]‖⟧", insertAfter(u"1"), "⟦[ax¦y1¦a]‖⟧¶"},
+               {"⟦x¦[a¦a]‖⟧", insertAfter(u"1"), "⟦x¦[a1¦a]‖⟧¶"},
+               {"⟦x¦[a‖a]⟧", insertBefore(u"1"), "⟦x[a1¦‖a]⟧¶"},
+               {"⟦x¦‖[aa]y¦‖⟧", insertAfter(u"1"), "⟦x¦‖[a1a]y¦‖⟧¶"},
+               {"⟦[ax¦‖a]<7:y>¦‖⟧", insertAfter(u"1"), "⟦[ax¦‖<7:1a]y>¦‖⟧¶"},
+               {"[a⟦x¦‖⟧a]y", insertAfter(u"1"), "[a⟦x¦‖⟧1a]y¶"},
+               {"[ax¶a]<7:⟦y>¦‖⟧", insertAfter(u"1"), "[ax¶<7:⟦1a]y>¦‖⟧¶"},
+               {"[ax¶a]<7:⟦y>¦‖⟧", insertAfter(u"1\n"), "[ax¶1¶a]<7:⟦y>¦‖⟧¶"},
+               {"x¶[a⟦y¦‖⟧a]", insertBefore(u"1"), "x¶⟦[a1y¦‖⟧a]¶"}});
 }
 
 TEST(Edits, ThatChangeNothingLeaveTheDocumentUnchanged) {
@@ -182,20 +169,18 @@ TEST(Edits, ThatChangeNothingLeaveTheDocumentUnchanged) {
     const char* before;
     Edit edit;
     bool changes;
-  } cases[] = {
-      {"x[ay¶za]", setText(u"y\r\nz"), false},
-      {"x[aya]", setText(u"z"), true},
-      {"x[aa]y", remove, false},
-      {"⟦x[a¦a]y¦‖⟧", remove, false},
-      {"x[a¶a]", remove, false},
-      {"x[aya]", insertBefore(u""), false},
-      {"x[aya]", insertAfter(u""), false},
-      {"x<7:[aya]>z", highlight(7), false},
-      {"x[aa]z", highlight(7), false},
-      {"⟦<7:x[ay¦>‖a]⟧", highlight(7), false},
-      // The text is the same, but what stood between its parts is gone.
-      {"{X|[ay}za]", setText(u"y"), true},
-  };
+  } cases[] = {{"x[ay¶za]", setText(u"y\r\nz"), false},
+               {"x[aya]", setText(u"z"), true},
+               {"x[aa]y", remove, false},
+               {"⟦x[a¦a]y¦‖⟧", remove, false},
+               {"x[a¶a]", remove, false},
+               {"x[aya]", insertBefore(u""), false},
+               {"x[aya]", insertAfter(u""), false},
+               {"x<7:[aya]>z", highlight(7), false},
+               {"x[aa]z", highlight(7), false},
+               {"⟦<7:x[ay¦>‖a]⟧", highlight(7), false},
+               // The text is the same, but what stood between its parts is gone.
+               {"{X|[ay}za]", setText(u"y"), true}};
   for (const auto& [before, edit, changes] : cases) {
     SCOPED_TRACE(before);
     Sample sample(before);
@@ -244,8 +229,7 @@ TEST(Faults, HaveTheWordProcessorsNumbers) {
       {word::kParameterOutOfRange, [&] { a.Find()->MatchWildcards(true); }},
       {word::kStringTooLong, [&] { a.Find()->Text(std::u16string(256, u'x')); }},
       {0, [&] { a.Find()->Text(std::u16string(255, u'x')); }},
-      {0, [&] { a.SetRange(0, 10); }},
-  };
+      {0, [&] { a.SetRange(0, 10); }}};
   for (std::size_t i = 0; i < cases.size(); ++i) EXPECT_EQ(faultOf(cases[i].second), cases[i].first) << i;
   for (const char16_t unit : reserved) {
     EXPECT_EQ(faultOf([&] { a.InsertAfter({u'x', unit}); }), word::kParameterOutOfRange) << int{unit};

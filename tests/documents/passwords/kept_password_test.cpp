@@ -6,15 +6,13 @@ namespace pluvo::passwords {
 namespace {
 
 TEST(Key, IsTheNumberThatWordProcessorsMakeOfAPassword) {
-  const std::pair<const char16_t*, std::uint32_t> cases[] = {
-      {u"", 0},
-      {u"a", 0x9D77CE88},
-      {u"test", 0x1FC6CBEB},
-      {u"secret", 0x014DDAA7},
-      {u"Example", 0x64CEED7E},
-      {u"password", 0x147A83AF},
-      {u"34579", 0x0005CB00},
-  };
+  const std::pair<const char16_t*, std::uint32_t> cases[] = {{u"", 0},
+                                                             {u"a", 0x9D77CE88},
+                                                             {u"test", 0x1FC6CBEB},
+                                                             {u"secret", 0x014DDAA7},
+                                                             {u"Example", 0x64CEED7E},
+                                                             {u"password", 0x147A83AF},
+                                                             {u"34579", 0x0005CB00}};
   for (const auto& [password, key] : cases) EXPECT_EQ(keyOf(password), key);
   EXPECT_EQ(keyOf(u"fifteen letters"), keyOf(u"fifteen letters and more"));
   EXPECT_EQ(keyOf(u"\u0100"), keyOf(u"\x01")) << "where the low byte is nothing the high one counts";
@@ -37,8 +35,7 @@ TEST(KeptPassword, IsKnownAgain) {
       {u"Example",
        {"SHA-512", salt,
         "sB4QFRUiYScKc9awLAg/izghewHia0y3THhcvHYNEfQ9HbUll4Boo8ZrV9N+9z163Exfdz9vZJWFFfgPwFO6mw==", 100000,
-        Of::password}},
-  };
+        Of::password}}};
   for (const Case& it : cases) {
     EXPECT_TRUE(it.kept.is(it.password));
     EXPECT_FALSE(it.kept.is(std::u16string(it.password) + u'x'));

@@ -153,19 +153,6 @@ TEST(Store, NoticesThatTheFileChanged) {
   }
 }
 
-TEST(Store, AFileCutShortDuringTheSaveIsNotReplaced) {
-  const Scratch scratch;
-  const std::string path = scratch.put("a.txt", std::string(4 * files::kMappedFrom, 'x'));
-  const Store store;
-  const auto opened = store.open(path);
-  for (text::Position at = 0; at < 100; ++at) modelOf(opened).insertBefore(at * 10'000, u"!");
-  const files::Stamp before = files::machineFileSystem().statusAt(path).stamp;
-  std::filesystem::resize_file(path, 3);
-  EXPECT_NE(files::machineFileSystem().statusAt(path).stamp, before);
-  EXPECT_EQ(problemOf([&] { opened->save(); }), Problem::changed);
-  EXPECT_EQ(scratch.get("a.txt"), "xxx");
-}
-
 TEST(Store, AFullDiskLeavesTheOldText) {
   const Scratch scratch;
   const std::string disk = scratch.path("disk");

@@ -84,28 +84,26 @@ TEST(Search, FollowsTheRules) {
     Position from;  ///< of the match, -1 for none
     SearchFlags flags;
   };
-  const Case cases[] = {
-      {u"", u"abc", -1, kFolded},
-      {u"^p", u"a\r^p", 2, kExact},
-      {u"ab", u"aB Ab AB ab", 9, kExact},
-      {u"STRASSE", u"stra\u00DFe Strasse", 7, kFolded},
-      {u"\u00E9T\u00C9", u"- \u00C9t\u00E9", 2, kFolded},
-      {u"\u03C3", u"\u03A3", 0, kFolded},
-      {u"k", u"\u212A", 0, kFolded},
-      {u"\u00B5m", u"1 \u039CM", 2, kFolded},
-      {u"\"", u"\u201C\"", 1, kFolded},
-      {u"a\ab", u"a\ab", -1, kFolded},
-      {u"\xD83D", u"x\xD83D\xDE00", 1, kFolded},
-      {u"cat", u"cats concat cat", 12, kWords},
-      {u"cat", u"cat1 \u0431cat cat\u0301 _cat_", 16, kWords},
-      {u"cat",
-       u"\xD835\xDC00"
-       u"cat cat\xD835\xDC00 \xD83D\xDE00"
-       u"cat",
-       14, kWords},
-      {u"John", u"Johnson John's", 8, kWords},
-      {u"a b", u"xa b a bx a b", 10, kWords},
-  };
+  const Case cases[] = {{u"", u"abc", -1, kFolded},
+                        {u"^p", u"a\r^p", 2, kExact},
+                        {u"ab", u"aB Ab AB ab", 9, kExact},
+                        {u"STRASSE", u"stra\u00DFe Strasse", 7, kFolded},
+                        {u"\u00E9T\u00C9", u"- \u00C9t\u00E9", 2, kFolded},
+                        {u"\u03C3", u"\u03A3", 0, kFolded},
+                        {u"k", u"\u212A", 0, kFolded},
+                        {u"\u00B5m", u"1 \u039CM", 2, kFolded},
+                        {u"\"", u"\u201C\"", 1, kFolded},
+                        {u"a\ab", u"a\ab", -1, kFolded},
+                        {u"\xD83D", u"x\xD83D\xDE00", 1, kFolded},
+                        {u"cat", u"cats concat cat", 12, kWords},
+                        {u"cat", u"cat1 \u0431cat cat\u0301 _cat_", 16, kWords},
+                        {u"cat",
+                         u"\xD835\xDC00"
+                         u"cat cat\xD835\xDC00 \xD83D\xDE00"
+                         u"cat",
+                         14, kWords},
+                        {u"John", u"Johnson John's", 8, kWords},
+                        {u"a b", u"xa b a bx a b", 10, kWords}};
   for (const Case& c : cases) {
     const auto match = find(c.needle, c.flags, c.haystack);
     EXPECT_EQ(match ? match->from : -1, c.from) << testing::PrintToString(c.needle);

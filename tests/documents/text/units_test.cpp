@@ -37,34 +37,21 @@ void expectUnits(Unit unit, std::initializer_list<std::u16string> cases) {
 }
 
 TEST(Units, Words) {
-  expectUnits(Unit::word, {
-                              u"|The |cat|.|\r",
-                              u"|one |two |three |four |five |six|\r",
-                              u"|\r|\r|\r",
-                              u"|Stop|.  |Go|\r|  |in \u00A0\u3000",
-                              u"|Wait|... |what|?!\u201D |(|so|)|\r",
-                              u"|don't |\u2018|l\u2019\u00E9t\u00E9|\u2019 |'|90s|' ",
-                              u"|well|-|known |3.14 |1,000|, |2|.|x |.|5|\r",
-                              u"|a|\t|\t |b|\v|c|\x0E|d|\r",
-                              u"|end|\f|next|\f|.|\f|  |x",
-                              u"|cell|\a|\a|\r",
-                              u"|co\x1Fop |a|\x1E|b |\x13|PAGE |\x14|7|\x15",
-                              u"|note|\x02 |\x05|x",
-                              u"|\xD835\xDC00\xD835\xDC01x |\xD83D\xDE00\xD83D\xDE00 |\xDC00|a|\xD800",
-                              u"|caf\u0065\u0301s |\u65E5\u672C\u8A9E|\u3002",
-                          });
+  expectUnits(Unit::word, {u"|The |cat|.|\r", u"|one |two |three |four |five |six|\r", u"|\r|\r|\r",
+                           u"|Stop|.  |Go|\r|  |in \u00A0\u3000", u"|Wait|... |what|?!\u201D |(|so|)|\r",
+                           u"|don't |\u2018|l\u2019\u00E9t\u00E9|\u2019 |'|90s|' ",
+                           u"|well|-|known |3.14 |1,000|, |2|.|x |.|5|\r", u"|a|\t|\t |b|\v|c|\x0E|d|\r",
+                           u"|end|\f|next|\f|.|\f|  |x", u"|cell|\a|\a|\r",
+                           u"|co\x1Fop |a|\x1E|b |\x13|PAGE |\x14|7|\x15", u"|note|\x02 |\x05|x",
+                           u"|\xD835\xDC00\xD835\xDC01x |\xD83D\xDE00\xD83D\xDE00 |\xDC00|a|\xD800",
+                           u"|caf\u0065\u0301s |\u65E5\u672C\u8A9E|\u3002"});
 }
 
 TEST(Units, Sentences) {
-  expectUnits(Unit::sentence, {
-                                  u"|One. |Two?  |Three!\t\v|Four",
-                                  u"|One.\r|Two. \r|\r|  Three. ",
-                                  u"|He said \u201CStop.\u201D |Then (it.) |He went.\x02 |On",
-                                  u"|Pi is 3.14 or e.g.this... |So. ... |And. |\"Ha!\" |Ha",
-                                  u"|Dr. |Who",
-                                  u"|Cells.\a|Cells. \a|...Not.\f|One.\f|x.\f|y",
-                                  u"|a.\u2019b. |c",
-                              });
+  expectUnits(Unit::sentence, {u"|One. |Two?  |Three!\t\v|Four", u"|One.\r|Two. \r|\r|  Three. ",
+                               u"|He said \u201CStop.\u201D |Then (it.) |He went.\x02 |On",
+                               u"|Pi is 3.14 or e.g.this... |So. ... |And. |\"Ha!\" |Ha", u"|Dr. |Who",
+                               u"|Cells.\a|Cells. \a|...Not.\f|One.\f|x.\f|y", u"|a.\u2019b. |c"});
 }
 
 TEST(Units, Paragraphs) {

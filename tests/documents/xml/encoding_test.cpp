@@ -40,8 +40,7 @@ TEST(Encoding, ReadsAndWritesBackEveryKind) {
       {utf16("<a/>", true), "UTF-16LE", "<a/>"},
       {utf16("<a/>", false), "UTF-16BE", "<a/>"},
       {"\xFF\xFE\0\0<\0\0\0"s, "UTF-32LE", "<"},
-      {"\xFF\xFE<\0\x3D\xD8\x00\xDE"s, "UTF-16LE", "<\xF0\x9F\x98\x80"},
-  };
+      {"\xFF\xFE<\0\x3D\xD8\x00\xDE"s, "UTF-16LE", "<\xF0\x9F\x98\x80"}};
   for (const auto& [part, name, utf8] : cases) {
     const Utf8Part read = toUtf8(bytesOf(part), "part.xml");
     EXPECT_EQ(read.encoding.name, name);

@@ -118,20 +118,10 @@ class ScannerEvents {
   }
 
   static void appendUtf8(std::string& out, char32_t c) {
-    const auto add = [&](char32_t byte) { out.push_back(static_cast<char>(byte)); };
-    if (c < 0x80) return add(c);
-    if (c < 0x800) {
-      add(0xC0 | c >> 6U);
-    } else {
-      if (c < 0x10000) {
-        add(0xE0 | c >> 12U);
-      } else {
-        add(0xF0 | c >> 18U);
-        add(0x80 | (c >> 12U & 0x3FU));
-      }
-      add(0x80 | (c >> 6U & 0x3FU));
-    }
-    add(0x80 | (c & 0x3FU));
+    const unsigned tails = c < 0x80 ? 0 : c < 0x800 ? 1 : c < 0x10000 ? 2 : 3;
+    static constexpr unsigned kLead[] = {0, 0xC0, 0xE0, 0xF0};
+    out.push_back(static_cast<char>(kLead[tails] | c >> 6U * tails));
+    for (unsigned i = tails; i-- > 0;) out.push_back(static_cast<char>(0x80U | (c >> 6U * i & 0x3FU)));
   }
 
   void takeInstruction(std::string_view inner) {

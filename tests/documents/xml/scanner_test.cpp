@@ -55,15 +55,6 @@ std::string refusal(std::string_view text, files::Problem expected = files::Prob
   return "";
 }
 
-TEST(Scanner, GivesEveryByteToOneToken) {
-  EXPECT_THAT(tokensOf("<?xml version='1.0'?>\n<a b = 'c>' ><!-- d "
-                       "--><e\t/>f&amp;g]]&#x1F600;<![CDATA[<h>]]]></a >\n<?i j?>"),
-              testing::ElementsAre("instruction<?xml version='1.0'?>", "text\n", "start<a b = 'c>' >",
-                                   "comment<!-- d -->", "empty<e\t/>", "textf", "reference&amp;38", "textg]]",
-                                   "reference&#x1F600;128512", "cdata<![CDATA[<h>]]]>", "end</a >", "text\n",
-                                   "instruction<?i j?>"));
-}
-
 TEST(Scanner, KnowsNamesByNamespaceWhateverThePrefix) {
   EXPECT_THAT(
       tokensOf(

@@ -1,6 +1,5 @@
 #include "documents/docx/document_builder.h"
 #include "documents/files/scratch.h"
-#include "engine/frmProcessing.h"
 #include "engine/workplace.h"
 #include "errors/text.h"
 #include "memory/application.h"
@@ -151,23 +150,6 @@ TEST_F(RealFiles, ThatAreProtectedAreUnlockedWhereThereIsNoPassword) {
   EXPECT_THAT(titles(), ElementsAre("Incorrect Password", "Incorrect Password"));
   EXPECT_EQ(scratch.get("z.txt"), "B");
   EXPECT_THAT(work.reports.all, IsEmpty());
-  EXPECT_EQ(application->count(), 0);
-}
-
-TEST_F(RealFiles, AreSteppedThrough) {
-  scratch.put("a.txt", "A A");
-  scratch.put("b.docx", docx::fileOf("A"));
-  work.engine.ConfirmEachOperationsetting(true);
-  engine::frmProcessing dialog(work.engine);
-  dialog.MultiProcess(found());
-  forms::press(dialog, u"cmdSkip");
-  forms::press(dialog, u"cmdPerform");
-  EXPECT_EQ(scratch.get("a.txt"), "A B");
-  EXPECT_THAT(part("b.docx"), HasSubstr("<w:t>A</w:t>")) << "not yet";
-  EXPECT_TRUE(dialog.Visible());
-  forms::press(dialog, u"cmdPerform");
-  EXPECT_THAT(part("b.docx"), HasSubstr("<w:t>B</w:t>"));
-  EXPECT_FALSE(dialog.Visible());
   EXPECT_EQ(application->count(), 0);
 }
 
