@@ -1,6 +1,7 @@
 #include "main_window.h"
 
 #include <QApplication>
+#include <QTabBar>
 #include <algorithm>
 #include <utility>
 
@@ -106,6 +107,10 @@ void MainWindow::updateTitles() {
     title.replace(QLatin1Char('&'), QStringLiteral("&&"));
     tabs_->setTabText(i, document->changed() ? title + QLatin1Char('*') : title);
     tabs_->setTabToolTip(i, document->path());
+    for (const auto side : {QTabBar::LeftSide, QTabBar::RightSide}) {
+      if (QWidget* const close = tabs_->tabBar()->tabButton(i, side))
+        close->setAccessibleName(tr("Close %1").arg(document->name()));
+    }
   }
   OpenDocument* const shown = current();
   const QString program = QGuiApplication::applicationDisplayName();

@@ -125,10 +125,10 @@ void BlockIndex::scan(Position from, Position to, std::vector<Block>& found) con
 void BlockIndex::add(Position from, Position to, bool isRow, std::vector<Block>& found) const {
   while (!isRow && to - from > kLongest) {
     const Position end = cut(from, to);
-    found.push_back({from, estimate_({from, end}, false), 0, false});
+    found.push_back({from, estimate_({from, end}, false), 0, false, false});
     from = end;
   }
-  found.push_back({from, estimate_({from, to}, isRow), 0, false});
+  found.push_back({from, estimate_({from, to}, isRow), 0, false, isRow});
 }
 
 /// Where a block that begins at from ends: behind a blank, and not within a character.
@@ -150,10 +150,6 @@ bool BlockIndex::endsBlock(Position position) const {
 
 Span BlockIndex::span(std::size_t i) const {
   return {blocks_[i].from, i + 1 < blocks_.size() ? blocks_[i + 1].from : length_};
-}
-
-bool BlockIndex::isRow(std::size_t i) const {
-  return model_.structure().valueAt(blocks_[i].from).table != model::kNone;
 }
 
 std::size_t BlockIndex::at(Position position) const {

@@ -35,7 +35,7 @@ class BlockIndex {
   // All of these ask for a settled index.
   std::size_t count() const { return blocks_.size(); }
   Span span(std::size_t i) const;
-  bool isRow(std::size_t i) const;
+  bool isRow(std::size_t i) const { return blocks_[i].isRow; }
   /// The block that holds a position; the last one for the end of the text.
   std::size_t at(Position position) const;
 
@@ -55,6 +55,7 @@ class BlockIndex {
     int height = 0;
     std::int64_t top = 0;
     bool exact = false;
+    bool isRow = false;
   };
   /// A span of the text as it is that was edited since the last settling.
   struct Dirty {
