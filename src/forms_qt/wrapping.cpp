@@ -37,4 +37,16 @@ QString wrapped(const QString& text, const QFontMetrics& metrics, int width) {
   return best.join(u'\n');
 }
 
+const QString& WrappedText::in(const QString& text, const QFontMetrics& metrics, int width) {
+  constexpr std::size_t kMost = 64;
+  if (text != text_ || metrics_ != metrics || byWidth_.size() >= kMost) {
+    byWidth_.clear();
+    text_ = text;
+    metrics_ = metrics;
+  }
+  const auto [known, isNew] = byWidth_.try_emplace(width);
+  if (isNew) known->second = wrapped(text, metrics, width);
+  return known->second;
+}
+
 }  // namespace pluvo::forms_qt

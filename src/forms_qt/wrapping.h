@@ -3,6 +3,8 @@
 #include <QCheckBox>
 #include <QPushButton>
 #include <QStyleOptionButton>
+#include <map>
+#include <optional>
 #include <type_traits>
 
 namespace pluvo::forms_qt {
@@ -10,6 +12,17 @@ namespace pluvo::forms_qt {
 /// The text with line ends put between words: as few lines as the width allows, and of like lengths. No line
 /// is wider than the width unless a word is. "&" marks keys.
 QString wrapped(const QString& text, const QFontMetrics& metrics, int width);
+
+/// Remembers how one text was wrapped: a layout asks for the same few widths again and again.
+class WrappedText {
+ public:
+  const QString& in(const QString& text, const QFontMetrics& metrics, int width);
+
+ private:
+  QString text_;
+  std::optional<QFontMetrics> metrics_;
+  std::map<int, QString> byWidth_;
+};
 
 /// A button or check box whose text is broken into lines where its place is narrow. The text itself stays
 /// whole.
@@ -55,8 +68,10 @@ class Wrapping final : public Button {
   QString wrappedTo(int width) const {
     const QFontMetrics metrics = this->fontMetrics();
     const int frame = sizeOf(this->text()).width() - metrics.size(Qt::TextShowMnemonic, this->text()).width();
-    return wrapped(this->text(), metrics, width - frame);
+    return wrapped_.in(this->text(), metrics, width - frame);
   }
+
+  mutable WrappedText wrapped_;
 };
 
 }  // namespace pluvo::forms_qt
