@@ -279,7 +279,7 @@ void FormWindow::moveFocus(bool back) {
   std::erase_if(stops, [&](const Mirror* mirror) { return mirror != now && !canTakeFocus(*mirror); });
   if (back) std::ranges::reverse(stops);
   const auto here = std::ranges::find(stops, now);
-  if (here != stops.end()) std::ranges::rotate(stops, here + 1);
+  if (here != stops.end()) std::rotate(stops.begin(), here + 1, stops.end());
   if (stops.empty() || stops.front() == now || !stage_.doings.settle()) return;
   focusOn(*stops.front());
 }

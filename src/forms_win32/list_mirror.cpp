@@ -55,7 +55,8 @@ void ListMirror::showRows() {
     if (rows_[row].size() > rows_[longest].size()) longest = row;
   }
   const int width = rows_.empty() ? 0 : look().size(rows_[longest], font(), 1 << 20, false).cx;
-  send(LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(width + width / 8 + look().px(8)));
+  const int extent = width + width / 8 + look().px(8);
+  send(LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(extent));
   send(LB_SETTOPINDEX, static_cast<WPARAM>(top));
   send(WM_SETREDRAW, TRUE);
 }

@@ -53,7 +53,8 @@ BOOL CALLBACK takeNativeObject(HWND window, LPARAM found) {
 }
 
 BOOL CALLBACK takeObjectInside(HWND window, LPARAM found) {
-  if (isWords(window)) EnumChildWindows(window, takeNativeObject, found);
+  // One that hangs would have us wait.
+  if (isWords(window) && IsHungAppWindow(window) == 0) EnumChildWindows(window, takeNativeObject, found);
   return *place(found) == nullptr;
 }
 
