@@ -116,11 +116,6 @@ TEST(Locator, ComparesInFullWhatIsTooLongToFind) {
        {"A¶", {.begin = u"A\r\r"}, "A¶"}});
 }
 
-TEST(Locator, LooksAtWordsOnlyWhereNoTextIsCut) {
-  expectFound({{"XA1B A2B¶", {.begin = u"A", .end = u"B", .wholeWords = true}, "XA1B A2B¶"},
-               {"XA1B A2B¶C¶", {.begin = u"A", .end = u"B\rC", .wholeWords = true}, "XA1B [aA2B¶Ca]¶"}});
-}
-
 TEST(Locator, LooksForInsideTextsInsideOnly) {
   expectFound({{"AxB AyB AxB¶", {.begin = u"A", .end = u"B", .inside = u"x"}, "[aAxBa] AyB [bAxBb]¶"},
                {"AB x AxB¶", {.begin = u"A", .end = u"B", .inside = u"x"}, "AB x [aAxBa]¶"},

@@ -10,23 +10,6 @@ namespace {
 
 using notation::Sample;
 
-TEST(LiveRanges, FollowTheirText) {
-  expectEdits(
-      {// Insertions: a start at the place stays, an end there moves unless the range is empty.
-       {"x[aa][bb]y[cz¶c]", setText(u"12"), "x[a[bb]12a]y[cz¶c]"},
-       {"x[aq[bra]sb]¶", insertAfter(u"12"), "x[aq[br12a]sb]¶"},
-       {"[bx[aqb]ra]¶", insertBefore(u"12"), "[bx[a12qb]ra]¶"},
-       {"[bxb][aqa][cyc]¶", insertBefore(u"12"), "[bx[a12b]qa][cyc]¶"},
-       {"[bxb][aqa][cyc]¶", insertAfter(u"12"), "[bxb][aq[c12a]yc]¶"},
-       // Replacements: inside, a start goes to the front of the new text, an end and an empty range to its
-       // back.
-       {"[bx[acdb]e[cf[dd]ga]yc]¶", setText(u"12"), "[bx[a[c12b]a][dd]yc]¶"},
-       {"x[a[bcdb]a][cyc]¶", setText(u"123"), "x[a[b123a]b][cyc]¶"},
-       {"[bxb][acda][cyc]¶", setText(u"1"), "[bxb][a1a][cyc]¶"},
-       {"[bx[acd[cea]yb]zc]¶", setText(u""), "[bx[aa][cyb]zc]¶"},
-       {"x[acb[bb]da]y[cc]z¶", remove, "x[aa][bb]y[cc]z¶"}});
-}
-
 TEST(Range, SetsItsEnds) {
   Sample sample("0123456789[aa]¶");
   word::Range& a = sample.range('a');
@@ -71,16 +54,6 @@ TEST(Edits, TakeLineEndsOfAnyKind) {
                {"x[aya]¶", insertAfter(u"\t\v\f\x0E\x1E\x1F"),
                 "x[ay\t\v\f\x0E\x1E\x1F"
                 "a]¶"}});
-}
-
-TEST(Edits, KeepTheFinalMark) {
-  expectEdits({{"[axy¶a]", setText(u"1"), "[a1a]¶"},
-               {"[axy¶a]", remove, "[a¶a]"},
-               {"x[ay¶a]", insertAfter(u"1"), "x[ay1¶a]"},
-               {"x¶[a¶a]", insertAfter(u"1"), "x¶[a1¶a]"},
-               {"x¶[aa]", insertAfter(u"1"), "x[a1a]¶"},
-               {"x[a¶a]", setText(u"1"), "x[a1a]¶"},
-               {"[a¶a]", setText(u""), "[aa]¶"}});
 }
 
 TEST(Edits, InheritFromTheCharacterBeside) {

@@ -18,14 +18,6 @@ std::u16string gathered(const PieceText& text) {
   return units;
 }
 
-TEST(PieceText, ReadsLineFeedsOfMappedBytesAsMarks) {
-  const std::vector<std::uint8_t> bytes{'a', '\n', 0xE9, '\n', '\r'};
-  const PieceText text(OriginalText(bytes, true, nullptr));
-  EXPECT_EQ(text.substring(0, 5), u"a\r\u00E9\r\r");
-  EXPECT_EQ(text.at(3), kParagraphMark);
-  EXPECT_EQ(PieceText(OriginalText(bytes)).substring(1, 2), u"\n");
-}
-
 TEST(PieceText, NewTextKeepsTheAnchorOfItsNeighbour) {
   PieceText text(OriginalText(std::u16string(u"abcdef")));
   EXPECT_EQ(text.anchorAt(2, true), (Anchor{2, true}));

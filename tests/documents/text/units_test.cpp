@@ -72,14 +72,5 @@ TEST(Units, CountsOfPartlyCoveredAndEmptySpans) {
   EXPECT_EQ(units.backward(Unit::word, 5, 1), (Move{4, 1}));
 }
 
-TEST(Units, LineFeedsOfMappedBytesEndParagraphs) {
-  const std::vector<std::uint8_t> bytes{'O', '.', '\n', 'T', '\n', '\n'};
-  const PieceText lines(OriginalText(bytes, true, nullptr));
-  EXPECT_EQ(Units(lines, isTestMark).count(Unit::sentence, 0, 6), 3);
-  EXPECT_EQ(Units(lines, isTestMark).count(Unit::paragraph, 0, 6), 3);
-  const PieceText plain{OriginalText(bytes)};
-  EXPECT_EQ(Units(plain, isTestMark).count(Unit::paragraph, 0, 6), 1);
-}
-
 }  // namespace
 }  // namespace pluvo::text

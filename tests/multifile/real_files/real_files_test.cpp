@@ -63,28 +63,6 @@ class RealFiles : public testing::Test {
   engine::Workplace work{application};
 };
 
-TEST_F(RealFiles, AreProcessedWhateverTheirNamesAndKinds) {
-  std::filesystem::create_directory(scratch.path("s"));
-  scratch.put("a.txt", "A \xE9\r\n");
-  scratch.put("b.docx", docx::fileOf("A"));
-  scratch.put("c.xyz", docx::fileOf("A"));
-  scratch.put("s/\xFF.txt", "A");
-  const std::string untouched = scratch.put("t.txt", "nothing");
-  chmod(untouched.c_str(), 0640);
-  const auto before = std::filesystem::last_write_time(untouched);
-  run();
-  EXPECT_EQ(scratch.get("a.txt"), "B \xE9\r\n");
-  EXPECT_THAT(part("b.docx"), HasSubstr("<w:t>B</w:t>"));
-  EXPECT_THAT(part("c.xyz"), HasSubstr("<w:t>B</w:t>"));
-  EXPECT_EQ(scratch.get("s/\xFF.txt"), "B");
-  EXPECT_EQ(std::filesystem::last_write_time(untouched), before);
-  EXPECT_THAT(work.reports.all, IsEmpty());
-  EXPECT_THAT(titles(), IsEmpty());
-  EXPECT_EQ(application->count(), 0);
-  EXPECT_EQ(work.context.runSummary,
-            u"\r\n   1\t\ta.txt\r\n   1\t\tb.docx\r\n   1\t\tc.xyz\r\n   1\t\t\xDCFF.txt\r\n   0\t\tt.txt");
-}
-
 TEST_F(RealFiles, ThatMayNotBeWrittenAreSavedUnderAnotherName) {
   chmod(scratch.put("a.txt", "A").c_str(), 0444);
   scratch.put("b.txt", "A");
