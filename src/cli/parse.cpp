@@ -144,6 +144,9 @@ class Scanner {
   std::vector<option> longs_ = longOptions();
 };
 
+/// Whether its value is several, with commas between.
+bool isList(const Option& option) { return option.valueName.ends_with(",..."); }
+
 }  // namespace
 
 TypedCommandLine parse(const std::vector<std::string>& arguments) {
@@ -152,7 +155,8 @@ TypedCommandLine parse(const std::vector<std::string>& arguments) {
   std::vector<const Option*> seen;
   while (const Option* option = scanner.next()) {
     if (option->takes != Takes::nothing && std::count(seen.begin(), seen.end(), option) > 0) {
-      throw UsageError(longName(*option) + " is given twice; leave one out.");
+      throw UsageError(longName(*option) + " is given twice; " +
+                       (isList(*option) ? "give one list, with commas between." : "leave one out."));
     }
     seen.push_back(option);
     option->store(line.options, Scanner::value());

@@ -79,6 +79,7 @@ TEST(Request, RefusesWithASentenceThatSaysWhatToDo) {
       {{"find", "-x", "f"}, "no option '-x'"},
       {{"find", "--json=yes", "f"}, "--json takes no value"},
       {{"find", "-b", "x", "-b", "y", "f"}, "--begin is given twice"},
+      {{"find", "-b", "x", "--mask", "a*", "--mask", "b*", "f"}, "one list, with commas"},
       {{"find", "-b", "x", "--begin-file", "y", "f"}, "--begin and --begin-file both"},
       {{"find", "-b", "", "f"}, "--begin is empty"},
       {{"find", "-b", "x", "-e", "", "f"}, "--end is empty"},
