@@ -66,7 +66,7 @@ void Working::run(const std::function<void()>& work) {
   std::future<void> done = task.get_future();
   std::thread thread([&] {
     task();
-    QMetaObject::invokeMethod(&loop, "quit", Qt::QueuedConnection);
+    QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
   });
   if (done.wait_for(kWaitedFor) != std::future_status::ready) {
     show();
