@@ -73,9 +73,10 @@ void Working::run(const std::function<void()>& work) {
     const During during(breathing_);
     // The call that ends the loop is queued, and so comes even when the work was done before it began.
     loop.exec();
+    sinceBreath_.restart();
   }
   thread.join();
-  sinceBreath_.restart();
+  breathe();  // where much work was short, one piece after the other
   askForEnd();
   done.get();
 }

@@ -39,14 +39,16 @@ class Gaps {
   int ticks_ = 0;
 };
 
-/// Under sanitizers and beside other work everything takes longer.
+/// Under sanitizers everything takes longer, and beside other work the machine forgets a thread for a while.
 #ifdef __SANITIZE_ADDRESS__
-constexpr int kSlack = 6;
+constexpr bool kSanitized = true;
 #elif defined(__clang__)
-constexpr int kSlack = __has_feature(address_sanitizer) ? 6 : 2;
+constexpr bool kSanitized = __has_feature(address_sanitizer);
 #else
-constexpr int kSlack = 2;
+constexpr bool kSanitized = false;
 #endif
+constexpr int kLongestGap = kSanitized ? 300 : 100;
+constexpr int kLongestCancel = kSanitized ? 1000 : 200;
 
 TEST(Work, InAnotherThreadLeavesThisOneAlive) {
   Working working;
@@ -61,7 +63,7 @@ TEST(Work, InAnotherThreadLeavesThisOneAlive) {
   });
   EXPECT_NE(worker, std::this_thread::get_id());
   EXPECT_GT(gaps.ticks(), 20);
-  EXPECT_LT(gaps.longest(), 50 * kSlack);
+  EXPECT_LT(gaps.longest(), kLongestGap);
   EXPECT_TRUE(working.underWay()) << "until the event loop has control";
   QCoreApplication::processEvents();
   EXPECT_FALSE(working.underWay());
@@ -130,8 +132,8 @@ TEST_F(WorkInTheWindow, KeepsItAliveAndCanBeCancelled) {
     poll.start();
     execute();
     ASSERT_TRUE(cancelled.isValid()) << "the pass never breathed";
-    EXPECT_LT(cancelled.elapsed(), 200 * kSlack);
-    EXPECT_LT(gaps.longest(), 50 * kSlack);
+    EXPECT_LT(cancelled.elapsed(), kLongestCancel);
+    EXPECT_LT(gaps.longest(), kLongestGap);
     EXPECT_TRUE(secondRefused);
     settle();
     const int after = document.document()->model().length();
@@ -163,7 +165,7 @@ TEST_F(WorkInTheWindow, CanBeCancelledWhereNothingIsFound) {
     poll.start();
     execute();
     ASSERT_TRUE(asked);
-    EXPECT_LT(cancelled.elapsed(), 200 * kSlack);
+    EXPECT_LT(cancelled.elapsed(), kLongestCancel);
   });
 }
 

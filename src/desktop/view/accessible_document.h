@@ -20,6 +20,7 @@ class AccessibleDocument final : public QAccessibleWidget, public QAccessibleTex
   QAccessibleInterface* childAt(int, int) const override { return nullptr; }
   int indexOfChild(const QAccessibleInterface*) const override { return -1; }
 
+  using QAccessibleWidget::text;
   int characterCount() const override;
   QString text(int from, int to) const override;
   QString textBeforeOffset(int offset, QAccessible::TextBoundaryType type, int* from, int* to) const override;

@@ -39,7 +39,8 @@ StoredFile::StoredFile(std::unique_ptr<StoredDocument> stored, SaveAsChooser cho
     : stored_(std::move(stored)), chooser_(std::move(chooser)), running_(std::move(running)) {}
 
 std::optional<errors::Fault> StoredFile::obstacle() const {
-  const auto obstacle = stored_->obstacle();
+  std::optional<DocumentError> obstacle;
+  running_([&] { obstacle = stored_->obstacle(); });  // a busy disk takes its time for this, too
   if (!obstacle || !mayNot(obstacle->problem())) return std::nullopt;
   return faultOf(word::kFileReadOnly, stored_->path(), obstacle->what());
 }
