@@ -39,6 +39,7 @@ std::string scan(Folders& folders, const Scan& asked) {
   clsDirParsing scanner(watched.context, folders, errors::nameText(asked.separator));
   scanner.RootDirectory(errors::nameText(asked.root));
   scanner.MasksCSstr(errors::nameText(asked.masks));
+  EXPECT_EQ(errors::nameBytes(scanner.MasksCSstr()), asked.masks);
   scanner.DirectoriesDeep(asked.depth);
   scanner.ProcessSubDirectories(asked.subFolders);
   scanner.ProcessItems();
