@@ -216,6 +216,7 @@ TEST_F(WorkInTheWindow, TakesBackNothingFromBeforeTheRun) {
     document.document()->model().replace({0, 1}, u"one", text::View::results);
     QTest::qWait(100);
     menu("&Save");
+    settle();
     ASSERT_FALSE(document.changed());
     askForReplacement();
     type("txtFilePath", scratch.path("").c_str());
