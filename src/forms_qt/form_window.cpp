@@ -5,6 +5,7 @@
 #include "keys.h"
 #include "texts.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QClipboard>
 #include <QCloseEvent>
