@@ -76,6 +76,7 @@ TEST_F(Design, ShowsTheTextsOfTheManual) {
        "|Brings up confirmation box for each found occurance before making any changes\n",
        "chkControlVButton|check box|Ctrl+V Inserts Selected/Highligted Data (off = Paste from Clipboard)|If ",
        "lblInstructions|link|Instructions|Open Instructions Document\n", "lblVersion|label|Version 1.3|\n",
+       "|PLUVO changes what you tell it to change.  Keep a copy of documents that have no other.|",
        "lblDownloadSite|link|Download your Fresh PLUVO today!|\n"})
     EXPECT_THAT(shown, HasSubstr(line));
 }
