@@ -5,6 +5,7 @@
 
 #include <QKeyEvent>
 #include <QScrollArea>
+#include <QStyle>
 
 namespace pluvo::forms_qt {
 

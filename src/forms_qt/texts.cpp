@@ -1,5 +1,6 @@
 #include "texts.h"
 
+#include <QStringList>
 #include <QStringView>
 
 namespace pluvo::forms_qt {
