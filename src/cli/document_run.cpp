@@ -12,6 +12,7 @@
 #include "run_opener.h"
 
 #include <memory>
+#include <utility>
 
 namespace pluvo::cli {
 
@@ -90,6 +91,10 @@ class DocumentRun {
     engine_.MultiPLUVO_CloseFile();
   }
 
+  std::unique_ptr<files::Pending> takeVersion() {
+    return opener_->file() ? opener_->file()->takeVersion() : nullptr;
+  }
+
  private:
   void pass(const Request& request) {
     PassWatcher watcher(*opener_->file(), around_, request, blocks_, outcome_);
@@ -151,13 +156,27 @@ class DocumentRun {
 
 }  // namespace
 
-Outcome runOn(const NamedDocument& named, const Surroundings& around, const BlockSink& blocks) {
-  Outcome outcome;
-  outcome.path = named.path;
-  outcome.failure = named.failure;
-  if (outcome.failure) return outcome;
-  recordingFailure(outcome, [&] { DocumentRun(named, around, blocks, outcome).work(); });
-  return outcome;
+Worked runOn(const NamedDocument& named, const Surroundings& around, const BlockSink& blocks) {
+  Worked worked;
+  worked.outcome.path = named.path;
+  worked.outcome.failure = named.failure;
+  if (worked.outcome.failure) return worked;
+  recordingFailure(worked.outcome, [&] {
+    DocumentRun run(named, around, blocks, worked.outcome);
+    run.work();
+    worked.version = run.takeVersion();
+  });
+  return worked;
+}
+
+Outcome finished(Worked worked) {
+  if (worked.version == nullptr) return std::move(worked.outcome);
+  const bool saved = recordingFailure(worked.outcome, [&] {
+    worked.outcome.backup = worked.version->finish().backup;
+    worked.outcome.saved = true;
+  });
+  if (!saved) worked.outcome.savedAs.clear();
+  return std::move(worked.outcome);
 }
 
 }  // namespace pluvo::cli

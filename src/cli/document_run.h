@@ -6,9 +6,9 @@
 #include "outcome.h"
 #include "plan.h"
 #include "store/store.h"
-#include "turns.h"
 
 #include <functional>
+#include <memory>
 
 namespace pluvo::cli {
 
@@ -19,14 +19,22 @@ struct Surroundings {
   const store::Store& store;
   Interviewer* interviewer;    ///< nullptr: nobody is asked
   journal::Recorder* journal;  ///< nullptr: originals are not kept
-  Turns::Turn& turn;           ///< given up when there is only the disk to wait for
 };
 
 /// Takes the blocks of a document as they come; empty where nobody is shown them, since reading them costs.
 using BlockSink = std::function<void(const BlockReport&)>;
 
-/// Opens a document, makes a pass over it for each request, and saves it. Whatever goes wrong is in the
-/// outcome. May be called from several threads where nobody is asked.
-Outcome runOn(const NamedDocument& document, const Surroundings& around, const BlockSink& blocks);
+/// What became of a document, and where it is to be saved, its new version.
+struct Worked {
+  Outcome outcome;
+  std::unique_ptr<files::Pending> version;
+};
+
+/// Opens a document, makes a pass over it for each request, and begins to save it. Whatever goes wrong is in
+/// the outcome. May be called from several threads where nobody is asked.
+Worked runOn(const NamedDocument& document, const Surroundings& around, const BlockSink& blocks);
+
+/// Saves what is to be saved: waits for the disk.
+Outcome finished(Worked worked);
 
 }  // namespace pluvo::cli

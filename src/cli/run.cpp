@@ -7,9 +7,9 @@
 #include "report/report.h"
 #include "results.h"
 #include "store/store.h"
-#include "turns.h"
 #include "unfinished.h"
 #include "usage_error.h"
+#include "waiters.h"
 
 #include <cstring>
 #include <optional>
@@ -113,7 +113,6 @@ class Run {
         listing_(listingFor(plan, system)),
         printer_(printersFor(plan)),
         recorder_(recorderFor(plan, system)),
-        turns_(plan.jobs),
         progress_(plan, listing_.documents.size()),
         results_(listing_.documents.size(), plan.jobs,
                  {[this](std::size_t document, const BlockReport& block) { print(document, block); },
@@ -144,35 +143,50 @@ class Run {
 
  private:
   void work() {
-    const std::size_t useful =
-        std::min(listing_.documents.size(), static_cast<std::size_t>(plan_.jobs) + waiting());
-    std::vector<std::thread> others;
-    for (std::size_t i = 1; i < useful; ++i) others.emplace_back([this] { job(); });
-    job();
-    for (std::thread& other : others) other.join();
+    {
+      Waiters waiters(waiting());
+      const std::size_t useful = std::min(listing_.documents.size(), static_cast<std::size_t>(plan_.jobs));
+      std::vector<std::thread> others;
+      for (std::size_t i = 1; i < useful; ++i) others.emplace_back([&] { job(waiters); });
+      job(waiters);
+      for (std::thread& other : others) other.join();
+    }
     results_.rethrow();
   }
 
-  /// How many documents may wait for the disk beside those that are worked on. Where their blocks are shown a
-  /// document may have to wait for the one before it, and so none may hold it up.
+  /// How many documents may wait for the disk while others are worked on. Whoever is asked about the next one
+  /// knows what became of the one before.
   std::size_t waiting() const {
     constexpr std::size_t kWaiting = 15;
     const bool saves = plan_.changesInPlace() || plan_.outputFolder;
-    return saves && !plan_.confirm && !printer_->wantsBlocks() ? kWaiting : 0;
+    return saves && !plan_.confirm && listing_.documents.size() > 1 ? kWaiting : 0;
   }
 
-  void job() {
-    try {
+  void job(Waiters& waiters) {
+    guarded([&] {
       while (const auto document = nextDocument()) {
-        Turns::Turn turn(turns_);
         BlockSink blocks;
         if (printer_->wantsBlocks())
           blocks = [&](const BlockReport& block) { results_.block(*document, block); };
-        results_.done(*document, runOn(listing_.documents[*document],
-                                       {plan_, system_, store_, interviewer_ ? &*interviewer_ : nullptr,
-                                        recorder_.get(), turn},
-                                       blocks));
+        Worked worked =
+            runOn(listing_.documents[*document],
+                  {plan_, system_, store_, interviewer_ ? &*interviewer_ : nullptr, recorder_.get()}, blocks);
+        if (worked.version == nullptr) {
+          results_.done(*document, std::move(worked.outcome));
+          continue;
+        }
+        waiters.add(Waiters::Work([this, document = *document, worked = std::move(worked)]() mutable {
+          guarded([&] { results_.done(document, finished(std::move(worked))); });
+        }));
       }
+    });
+  }
+
+  /// Stops the run where something is thrown.
+  template <class Work>
+  void guarded(Work work) {
+    try {
+      work();
     } catch (...) {
       results_.fail(std::current_exception());
     }
@@ -227,7 +241,6 @@ class Run {
   std::unique_ptr<Printer> printer_;
   std::unique_ptr<journal::Recorder> recorder_;
   std::optional<Interviewer> interviewer_;
-  Turns turns_;
   Totals totals_;
   Progress progress_;
   Results results_;

@@ -14,8 +14,6 @@ using files::Problem;
 
 namespace {
 
-constexpr std::uint64_t kSmall = std::uint64_t{256} * 1024;
-
 Problem problemOf(std::int32_t faultNumber) {
   switch (faultNumber) {
     case word::kProtectedSelection:
@@ -66,12 +64,8 @@ void RunFile::save() {
       options.beforeReplacing = [this](const auto& replacement) {
         return around_.journal->keep(replacement);
       };
-    // Of large documents no more are in memory than there are turns.
-    if (stored_->size() <= kSmall) options.beforeWaiting = [this] { around_.turn.giveUp(); };
-    const auto written = stored_->save(options);
-    outcome_.saved = written.written;
-    outcome_.backup = written.backup;
-    outcome_.savedAs = options.otherPath.value_or("");
+    version_ = stored_->beginSave(options);
+    if (version_) outcome_.savedAs = options.otherPath.value_or("");
   });
   if (!saved) throw errors::Fault(word::kCannotSave, errors::utf16(outcome_.failure->message));
 }

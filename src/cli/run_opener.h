@@ -18,12 +18,14 @@ class RunFile final : public memory::DocumentFile {
           const Surroundings& around, Outcome& outcome);
 
   bool readOnly() const override { return obstacle_.has_value(); }
-  /// Saves nothing of a document in which something failed, and nothing in a dry run.
+  /// Begins to. Saves nothing of a document in which something failed, and nothing in a dry run.
   void save() override;
 
   /// Why it may not be replaced, where it would be.
   const std::optional<files::DocumentError>& obstacle() const { return obstacle_; }
   const store::StoredDocument& stored() const { return *stored_; }
+  /// What save began; null where nothing is to be saved.
+  std::unique_ptr<files::Pending> takeVersion() { return std::move(version_); }
 
  private:
   std::string placeForCopy() const;
@@ -33,6 +35,7 @@ class RunFile final : public memory::DocumentFile {
   const Surroundings& around_;
   Outcome& outcome_;
   std::optional<files::DocumentError> obstacle_;
+  std::unique_ptr<files::Pending> version_;
 };
 
 /// Opens the one document of a run's step.

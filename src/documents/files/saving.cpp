@@ -125,36 +125,121 @@ void putInPlace(FileSystem& system, TemporaryFile& version, const std::string& r
   version.replace(real);
 }
 
-Saved replaceResolved(FileSystem& system, const std::string& real, const Stamp& opened,
-                      const NewVersion& version, const std::optional<std::string>& backupSuffix) {
+/// Calls that fail are told in the user's terms.
+template <class Work>
+auto saving(Work work) {
+  try {
+    return work();
+  } catch (const std::system_error& failure) {
+    throw savingFailed(failure);
+  }
+}
+
+/// A new version of a document, in the place of the one before.
+class Replacing final : public Pending {
+ public:
+  Replacing(FileSystem& system, std::string real, const FileStatus& before, const NewVersion& version,
+            const std::optional<std::string>& backupSuffix)
+      : system_(system),
+        real_(std::move(real)),
+        before_(before),
+        original_(system, system.openToRead(real_)),
+        replacement_(system, folderOfReal()) {
+    requireNobodyElseSaves(system, original_.handle());
+    saved_.stamp = writeVersion(system, replacement_, &original_, version);
+    if (backupSuffix) {
+      backup_.emplace(system, folderOfReal());
+      copyOriginal(system, original_.handle(), *backup_);
+      moveToFirstFree(*backup_, real_ + *backupSuffix);
+      saved_.backup = backup_->path();
+    }
+    if (version.beforeReplacing)
+      keeping_ =
+          version.beforeReplacing({real_, original_.handle(), before, saved_.stamp, replacement_.path()});
+  }
+
+  Saved finish() override {
+    return saving([&] {
+      replacement_.flush();
+      if (keeping_) keeping_->wait();
+      replacement_.close();
+      putInPlace(system_, replacement_, real_, before_.stamp, keeping_.get());
+      if (backup_) backup_->keep();
+      flushFolder(system_, real_);
+      return saved_;
+    });
+  }
+
+ private:
+  std::string folderOfReal() const { return std::string(folderPrefixOf(real_)); }
+
+  FileSystem& system_;
+  const std::string real_;
+  const FileStatus before_;
+  const OpenFile original_;
+  TemporaryFile replacement_;
+  Saved saved_;
+  std::optional<TemporaryFile> backup_;
+  std::unique_ptr<Keeping> keeping_;
+};
+
+std::unique_ptr<Pending> beginReplacing(FileSystem& system, const std::string& real, const Stamp& opened,
+                                        const NewVersion& version,
+                                        const std::optional<std::string>& backupSuffix) {
   const FileStatus before = system.statusAt(real);
   requireSameStamp(before, opened);
   requireReplaceable(system, real, before);
-  const OpenFile original(system, system.openToRead(real));
-  requireNobodyElseSaves(system, original.handle());
-  const std::string folder(folderPrefixOf(real));
-
-  TemporaryFile replacement(system, folder);
-  Saved saved{writeVersion(system, replacement, &original, version), {}};
-  std::optional<TemporaryFile> backup;
-  if (backupSuffix) {
-    backup.emplace(system, folder);
-    copyOriginal(system, original.handle(), *backup);
-    moveToFirstFree(*backup, real + *backupSuffix);
-    saved.backup = backup->path();
-  }
-  std::unique_ptr<Keeping> keeping;
-  if (version.beforeReplacing)
-    keeping = version.beforeReplacing({real, original.handle(), before, saved.stamp, replacement.path()});
-  if (version.beforeWaiting) version.beforeWaiting();
-  replacement.flush();
-  if (keeping) keeping->wait();
-  replacement.close();
-  putInPlace(system, replacement, real, opened, keeping.get());
-  if (backup) backup->keep();
-  flushFolder(system, real);
-  return saved;
+  return std::make_unique<Replacing>(system, real, before, version, backupSuffix);
 }
+
+DocumentError nameTaken() {
+  return {Problem::io,
+          "There is a file of this name where the new version should go; it was left as it is. Remove it or "
+          "choose another folder."};
+}
+
+/// A new file under a name that must be free.
+class Creating final : public Pending {
+ public:
+  Creating(FileSystem& system, std::string path, std::string original, const Stamp& opened,
+           const NewVersion& version)
+      : system_(system),
+        path_(std::move(path)),
+        original_(std::move(original)),
+        opened_(opened),
+        pattern_(system, system.openToRead(original_)),
+        file_(system, std::string(folderPrefixOf(path_))),
+        stamp_(writeVersion(system, file_, &pattern_, version)) {}
+
+  Saved finish() override {
+    return saving([&] {
+      file_.finish();
+      requireSameStamp(system_.statusAt(original_), opened_);
+      moveToPath();
+      file_.keep();
+      flushFolder(system_, path_);
+      return Saved{stamp_, {}};
+    });
+  }
+
+ private:
+  void moveToPath() {
+    try {
+      file_.moveToFree(path_);
+    } catch (const std::system_error& failure) {
+      if (failure.code().value() == EEXIST) throw nameTaken();
+      throw;
+    }
+  }
+
+  FileSystem& system_;
+  const std::string path_;
+  const std::string original_;
+  const Stamp opened_;
+  const OpenFile pattern_;
+  TemporaryFile file_;
+  const Stamp stamp_;
+};
 
 std::optional<OpenFile> openIfThere(FileSystem& system, const std::string& path) {
   try {
@@ -179,51 +264,30 @@ std::optional<DocumentError> obstacleToSaving(FileSystem& system, const std::str
 }
 
 void requireUnchanged(FileSystem& system, const std::string& path, const Stamp& opened) {
-  try {
-    requireSameStamp(system.statusAt(path), opened);
-  } catch (const std::system_error& failure) {
-    throw savingFailed(failure);
-  }
+  saving([&] { requireSameStamp(system.statusAt(path), opened); });
 }
 
-Saved replaceFile(FileSystem& system, const std::string& path, const Stamp& opened, const NewVersion& version,
-                  const std::optional<std::string>& backupSuffix) {
-  try {
-    return replaceResolved(system, system.resolve(path), opened, version, backupSuffix);
-  } catch (const std::system_error& failure) {
-    throw savingFailed(failure);
-  }
+std::unique_ptr<Pending> beginReplacingFile(FileSystem& system, const std::string& path, const Stamp& opened,
+                                            const NewVersion& version,
+                                            const std::optional<std::string>& backupSuffix) {
+  return saving([&] { return beginReplacing(system, system.resolve(path), opened, version, backupSuffix); });
 }
 
-Saved createFile(FileSystem& system, const std::string& path, const std::string& original,
-                 const Stamp& opened, const NewVersion& version) {
-  const DocumentError nameTaken(Problem::io,
-                                "There is a file of this name where the new version should go; it was left "
-                                "as it is. Remove it or choose another folder.");
-  try {
-    if (system.exists(path)) throw nameTaken;
-    const OpenFile pattern(system, system.openToRead(original));
-    TemporaryFile file(system, std::string(folderPrefixOf(path)));
-    const Stamp stamp = writeVersion(system, file, &pattern, version);
-    if (version.beforeWaiting) version.beforeWaiting();
-    file.finish();
-    requireSameStamp(system.statusAt(original), opened);
-    file.moveToFree(path);
-    file.keep();
-    flushFolder(system, path);
-    return {stamp, {}};
-  } catch (const std::system_error& failure) {
-    if (failure.code().value() == EEXIST) throw nameTaken;
-    throw savingFailed(failure);
-  }
+std::unique_ptr<Pending> beginCreatingFile(FileSystem& system, const std::string& path,
+                                           const std::string& original, const Stamp& opened,
+                                           const NewVersion& version) {
+  return saving([&]() -> std::unique_ptr<Pending> {
+    if (system.exists(path)) throw nameTaken();
+    return std::make_unique<Creating>(system, path, original, opened, version);
+  });
 }
 
 Saved writeElsewhere(FileSystem& system, const std::string& path, const std::string& original,
                      const NewVersion& version) {
-  try {
+  return saving([&] {
     if (system.exists(path)) {
       const std::string real = system.resolve(path);
-      return replaceResolved(system, real, system.statusAt(real).stamp, version, std::nullopt);
+      return beginReplacing(system, real, system.statusAt(real).stamp, version, std::nullopt)->finish();
     }
     const std::optional<OpenFile> pattern = openIfThere(system, original);
     TemporaryFile file(system, std::string(folderPrefixOf(path)));
@@ -232,10 +296,8 @@ Saved writeElsewhere(FileSystem& system, const std::string& path, const std::str
     file.moveToFree(path);
     file.keep();
     flushFolder(system, path);
-    return {stamp, {}};
-  } catch (const std::system_error& failure) {
-    throw savingFailed(failure);
-  }
+    return Saved{stamp, {}};
+  });
 }
 
 }  // namespace pluvo::files

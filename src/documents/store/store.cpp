@@ -40,22 +40,28 @@ void StoredDocument::requireUnchangedFile() const {
 }
 
 StoredDocument::Outcome StoredDocument::save(const SaveOptions& options) {
-  if (!document_->model().changed()) return {};
-  if (options.otherPath) {
-    files::createFile(*system_, *options.otherPath, path_, stamp_, newVersion(path_, options));
-    return {true, {}};
+  const auto pending = beginSave(options);
+  if (pending == nullptr) return {};
+  files::Saved saved = pending->finish();
+  if (!options.otherPath) {
+    stamp_ = saved.stamp;
+    document_->model().saved();
   }
-  if (path_ != readPath_) requireFileNotOverwritten();
-  files::Saved saved =
-      files::replaceFile(*system_, path_, stamp_, newVersion(path_, options), options.backupSuffix);
-  stamp_ = saved.stamp;
-  document_->model().saved();
   return {true, std::move(saved.backup)};
+}
+
+std::unique_ptr<files::Pending> StoredDocument::beginSave(const SaveOptions& options) const {
+  if (!document_->model().changed()) return nullptr;
+  const files::NewVersion version = newVersion(path_, options);
+  if (options.otherPath)
+    return files::beginCreatingFile(*system_, *options.otherPath, path_, stamp_, version);
+  if (path_ != readPath_) requireFileNotOverwritten();
+  return files::beginReplacingFile(*system_, path_, stamp_, version, options.backupSuffix);
 }
 
 void StoredDocument::saveAs(const std::string& path) {
   requireFileNotOverwritten();
-  stamp_ = files::writeElsewhere(*system_, path, path_, newVersion(path, {})).stamp;
+  stamp_ = files::writeElsewhere(*system_, path, path_, newVersion(path)).stamp;
   path_ = path;
   document_->model().saved();
 }
@@ -74,7 +80,7 @@ files::NewVersion StoredDocument::newVersion(const std::string& path, const Save
             requireWhole(bytes_);
           },
           [this, path](const files::Bytes& written) { requireSameDocument(written, path); },
-          options.beforeReplacing, options.beforeWaiting};
+          options.beforeReplacing};
 }
 
 void StoredDocument::requireSameDocument(const files::Bytes& written, const std::string& path) const {

@@ -54,11 +54,9 @@ struct NewVersion {
   std::function<void(Output&)> write;
   /// Given what was written, read back from the disk. Throws DocumentError where that is not what was meant.
   std::function<void(const Bytes&)> check;
-  /// Called before the new version takes the place of the original, which stays if this throws; null where
-  /// nothing is kept.
+  /// Called when the new version is written and checked, before it takes the place of the original, which
+  /// stays if this throws; null where nothing is kept.
   std::function<std::unique_ptr<Keeping>(const Replacement&)> beforeReplacing = {};
-  /// Called when the new version is written and checked: what is left is to wait for the disk.
-  std::function<void()> beforeWaiting = {};
   /// The permissions and the time of last change it is to have, where they are not to be the original's and
   /// now.
   std::optional<FileStatus> as = std::nullopt;
@@ -67,6 +65,15 @@ struct NewVersion {
 struct Saved {
   Stamp stamp;         ///< the new version's
   std::string backup;  ///< where the old version is kept; empty without a backup
+};
+
+/// A new version that is written and checked; what is left is to wait for the disk, and to put it in its
+/// place. Unless it is finished there is nothing of it.
+class Pending {
+ public:
+  virtual ~Pending() = default;
+  /// To be called once, on any thread.
+  virtual Saved finish() = 0;
 };
 
 /// Why the document can be read but not be replaced: locked (open in another program), read-only (its
@@ -81,13 +88,24 @@ void requireUnchanged(FileSystem& system, const std::string& path, const Stamp& 
 /// a backup suffix the old version is kept under the document's name and the suffix; where that name is
 /// taken,
 /// ".2", ".3" … is added.
-Saved replaceFile(FileSystem& system, const std::string& path, const Stamp& opened, const NewVersion& version,
-                  const std::optional<std::string>& backupSuffix = std::nullopt);
+std::unique_ptr<Pending> beginReplacingFile(FileSystem& system, const std::string& path, const Stamp& opened,
+                                            const NewVersion& version,
+                                            const std::optional<std::string>& backupSuffix = std::nullopt);
+inline Saved replaceFile(FileSystem& system, const std::string& path, const Stamp& opened,
+                         const NewVersion& version,
+                         const std::optional<std::string>& backupSuffix = std::nullopt) {
+  return beginReplacingFile(system, path, opened, version, backupSuffix)->finish();
+}
 
 /// Saves a document under another name, which must be free, with the permissions of the original, which must
 /// be as it was when it was opened.
-Saved createFile(FileSystem& system, const std::string& path, const std::string& original,
-                 const Stamp& opened, const NewVersion& version);
+std::unique_ptr<Pending> beginCreatingFile(FileSystem& system, const std::string& path,
+                                           const std::string& original, const Stamp& opened,
+                                           const NewVersion& version);
+inline Saved createFile(FileSystem& system, const std::string& path, const std::string& original,
+                        const Stamp& opened, const NewVersion& version) {
+  return beginCreatingFile(system, path, original, opened, version)->finish();
+}
 
 /// Saves a document under another name, in the place of the file that has it; the document's own file may
 /// have changed or gone. The new file has the permissions of the file it replaces, else those of the

@@ -22,8 +22,6 @@ struct SaveOptions {
   std::optional<std::string> otherPath;
   /// See files::NewVersion; not called for a new file.
   std::function<std::unique_ptr<files::Keeping>(const files::Replacement&)> beforeReplacing = {};
-  /// See files::NewVersion.
-  std::function<void()> beforeWaiting = {};
 };
 
 /// A document in memory with the file it came from. Keeps what saving needs; the document itself knows no
@@ -57,6 +55,10 @@ class StoredDocument {
   };
   Outcome save(const SaveOptions& options = {});
 
+  /// The same up to where there is only the disk to wait for; the document may be gone when what is returned
+  /// is finished. Null for a document without changes. It does not count as saved.
+  std::unique_ptr<files::Pending> beginSave(const SaveOptions& options) const;
+
   /// Saves the document, changed or not, under another path, in the place of the file there, and goes on
   /// under that path; its own file may have changed or gone. Throws DocumentError; then nothing has happened.
   void saveAs(const std::string& path);
@@ -68,7 +70,7 @@ class StoredDocument {
   friend class Store;
   StoredDocument() = default;
 
-  files::NewVersion newVersion(const std::string& path, const SaveOptions& options) const;
+  files::NewVersion newVersion(const std::string& path, const SaveOptions& options = {}) const;
   void requireSameDocument(const files::Bytes& written, const std::string& path) const;
   void requireFileNotOverwritten() const;
 
