@@ -146,6 +146,9 @@ class Replacing final : public Pending {
         original_(system, system.openToRead(real_)),
         replacement_(system, folderOfReal()) {
     requireNobodyElseSaves(system, original_.handle());
+    // Whoever saved it a moment ago may have put another file here, before or after this one was opened.
+    requireSameStamp(system.status(original_.handle()), before.stamp);
+    requireSameStamp(system.statusAt(real_), before.stamp);
     saved_.stamp = writeVersion(system, replacement_, &original_, version);
     if (backupSuffix) {
       backup_.emplace(system, folderOfReal());
