@@ -270,7 +270,13 @@ bool Recorder::makeRoom(std::uint64_t size) {
 bool Recorder::forget(const std::string& run) {
   const auto lock = lockRun(system_, run);
   if (lock == nullptr) return false;
-  removeRun(system_, run);
+  try {
+    removeRun(system_, run);
+  } catch (const std::system_error& failure) {
+    // A program that has just made the folder came back to it.
+    if (failure.code().value() == ENOTEMPTY) return false;
+    throw;
+  }
   return true;
 }
 

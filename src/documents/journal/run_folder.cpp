@@ -38,8 +38,14 @@ std::vector<Record> recordsIn(files::FileSystem& system, const std::string& run)
 }
 
 std::unique_ptr<files::OpenFile> lockRun(files::FileSystem& system, const std::string& run) {
-  auto lock = std::make_unique<files::OpenFile>(system, system.openToAppend(lockIn(run)));
-  return system.tryLock(lock->handle()) ? std::move(lock) : nullptr;
+  try {
+    auto lock = std::make_unique<files::OpenFile>(system, system.openToAppend(lockIn(run)));
+    const bool isHeld = system.tryLock(lock->handle()) && system.status(lock->handle()).names > 0;
+    return isHeld ? std::move(lock) : nullptr;
+  } catch (const std::system_error& failure) {
+    if (failure.code().value() == ENOENT) return nullptr;
+    throw;
+  }
 }
 
 void removeRun(files::FileSystem& system, const std::string& run) {

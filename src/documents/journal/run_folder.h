@@ -24,7 +24,8 @@ std::vector<std::string> runNames(files::FileSystem& system, const std::string& 
 /// What the run recorded, in order. Nothing where the journal cannot be read.
 std::vector<Record> recordsIn(files::FileSystem& system, const std::string& run);
 
-/// The lock of a run that no program holds, now held here; nothing while it is going on.
+/// The lock of a run that no program holds, now held here; nothing while it is going on, and
+/// where another program has just removed it.
 std::unique_ptr<files::OpenFile> lockRun(files::FileSystem& system, const std::string& run);
 
 /// Forgets the run. Its journal goes last of its files, so that what is left of an interrupted call is seen.
