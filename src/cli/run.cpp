@@ -147,7 +147,10 @@ class Run {
       Waiters waiters(waiting());
       const std::size_t useful = std::min(listing_.documents.size(), static_cast<std::size_t>(plan_.jobs));
       std::vector<std::thread> others;
-      for (std::size_t i = 1; i < useful; ++i) others.emplace_back([&] { job(waiters); });
+      try {
+        for (std::size_t i = 1; i < useful; ++i) others.emplace_back([&] { job(waiters); });
+      } catch (const std::system_error&) {  // NOLINT(bugprone-empty-catch): fewer threads do the same
+      }
       job(waiters);
       for (std::thread& other : others) other.join();
     }

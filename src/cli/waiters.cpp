@@ -1,11 +1,15 @@
 #include "waiters.h"
 
+#include <system_error>
 #include <utility>
 
 namespace pluvo::cli {
 
 Waiters::Waiters(std::size_t count) {
-  for (std::size_t i = 0; i < count; ++i) threads_.emplace_back([this] { doAll(); });
+  try {
+    for (std::size_t i = 0; i < count; ++i) threads_.emplace_back([this] { doAll(); });
+  } catch (const std::system_error&) {  // NOLINT(bugprone-empty-catch): the machine has no more; fewer serve
+  }
 }
 
 Waiters::~Waiters() {

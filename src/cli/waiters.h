@@ -13,7 +13,7 @@ namespace pluvo::cli {
 /// Threads that wait for the disk, so that those who work need not. What they are given must not throw.
 class Waiters {
  public:
-  /// Of 0 whoever gives something does it.
+  /// Of 0, or where the machine has none to give, whoever gives something does it.
   explicit Waiters(std::size_t count);
   Waiters(const Waiters&) = delete;
   Waiters& operator=(const Waiters&) = delete;
