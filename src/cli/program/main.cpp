@@ -1,3 +1,5 @@
+#include "errors/fault.h"
+#include "errors/text.h"
 #include "files/file_system.h"
 #include "files/fresh_memory.h"
 #include "files/problem.h"
@@ -66,6 +68,8 @@ int main(int count, char** words) {
     cli::sayError(failed.what());
   } catch (const std::bad_alloc&) {
     cli::sayError("Not enough memory.");
+  } catch (const errors::Fault& fault) {
+    cli::sayError(errors::utf8(fault.description));
   } catch (const std::exception& failed) {
     cli::sayError(failed.what());
   }
