@@ -44,6 +44,24 @@ constexpr bool folds(const FoldRange& range, std::int32_t unit) {
   return range.first <= unit && unit <= range.last && (unit - range.first) % range.stride == 0;
 }
 
+constexpr FoldVariants variantsOf(char16_t folded) {
+  FoldVariants variants{{folded}, 1};
+  for (const FoldRange& range : kFoldRanges) {
+    const std::int32_t source = folded - range.distance;
+    if (folds(range, source))
+      variants.units[static_cast<std::size_t>(variants.count++)] = static_cast<char16_t>(source);
+  }
+  return variants;
+}
+
+constexpr std::array<FoldVariants, 0x80> asciiVariants() {
+  std::array<FoldVariants, 0x80> variants{};
+  for (std::size_t i = 0; i < variants.size(); ++i) variants[i] = variantsOf(static_cast<char16_t>(i));
+  return variants;
+}
+
+constexpr std::array<FoldVariants, 0x80> kAsciiVariants = asciiVariants();
+
 }  // namespace
 
 char16_t foldCase(char16_t unit) {
@@ -57,13 +75,7 @@ char16_t foldCase(char16_t unit) {
 
 FoldVariants foldVariants(char16_t unit) {
   const char16_t folded = foldCase(unit);
-  FoldVariants variants{{folded}, 1};
-  for (const FoldRange& range : kFoldRanges) {
-    const std::int32_t source = folded - range.distance;
-    if (folds(range, source))
-      variants.units[static_cast<std::size_t>(variants.count++)] = static_cast<char16_t>(source);
-  }
-  return variants;
+  return folded < kAsciiVariants.size() ? kAsciiVariants[folded] : variantsOf(folded);
 }
 
 bool isWordCharacter(char32_t character) {

@@ -125,11 +125,16 @@ Needle::Needle(std::u16string_view text, bool matchCase) : matchCase_(matchCase)
   borders_ = bordersOf(units_);
   const std::u16string_view probed = std::u16string_view(units_).substr(0, kProbed);
   const Forms<char16_t> forms = wideFormsOf(probed, matchCase);
-  for (const bool lineFeedIsMark : {false, true}) {
-    narrowForms_[lineFeedIsMark ? 1 : 0] = canonicalBytes(lineFeedIsMark, matchCase);
+  for (const bool lineFeedIsMark : {false, true})
     narrow_[lineFeedIsMark ? 1 : 0] = shapeOf(probed, narrowFormsOf(forms, lineFeedIsMark));
-  }
   wide_ = shapeOf(probed, forms);
+}
+
+const Needle::NarrowForms& Needle::narrowForms(bool lineFeedIsMark) const {
+  // Made once: a folder of small documents has a needle made for each.
+  static const std::array<NarrowForms, 4> kForms = {canonicalBytes(false, false), canonicalBytes(true, false),
+                                                    canonicalBytes(false, true), canonicalBytes(true, true)};
+  return kForms[(matchCase_ ? 2U : 0U) + (lineFeedIsMark ? 1U : 0U)];
 }
 
 }  // namespace pluvo::text

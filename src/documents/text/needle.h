@@ -38,7 +38,7 @@ class Needle {
   /// units.
   const std::vector<std::uint32_t>& borders() const { return borders_; }
 
-  const NarrowForms& narrowForms(bool lineFeedIsMark) const { return narrowForms_[lineFeedIsMark ? 1 : 0]; }
+  const NarrowForms& narrowForms(bool lineFeedIsMark) const;
   const Shape<std::uint8_t>& narrow(bool lineFeedIsMark) const { return narrow_[lineFeedIsMark ? 1 : 0]; }
   const Shape<char16_t>& wide() const { return wide_; }
 
@@ -46,7 +46,6 @@ class Needle {
   bool matchCase_;
   std::u16string units_;
   std::vector<std::uint32_t> borders_;
-  std::array<NarrowForms, 2> narrowForms_{};
   std::array<Shape<std::uint8_t>, 2> narrow_;
   Shape<char16_t> wide_;
 };

@@ -113,8 +113,7 @@ Token Scanner::scanEndTag() {
   const char* at = here() + 2;
   if (rest(at).size() <= length || !sameName(text_, at, text_ + element.nameBegin, length) ||
       is(at[length], kNamePart)) {
-    fail(here(), "the element " + shown(bytes(element.nameBegin, element.nameEnd)) +
-                     " is not closed by its own end tag");
+    failUnclosed(element);
   }
   nameBegin_ = offset(at);
   nameEnd_ = nameBegin_ + length;
@@ -131,6 +130,11 @@ Token Scanner::scanEndTag() {
   attributes_.clear();
   open_.pop_back();
   return Token::end;
+}
+
+void Scanner::failUnclosed(const OpenElement& element) const {
+  fail(here(), "the element " + shown(bytes(element.nameBegin, element.nameEnd)) +
+                   " is not closed by its own end tag");
 }
 
 Token Scanner::scanExclamation() {
@@ -224,10 +228,10 @@ files::DocumentError Scanner::error(const std::string& what) const {
                                        "; let a word processor repair and save it, or get an intact copy."};
 }
 
-void Scanner::fail(const char* at, const std::string& what) const {
+void Scanner::fail(const char* at, std::string_view what) const {
   throw files::DocumentError(files::Problem::damaged,
                              "The document's part \"" + partName_ + "\" is damaged at byte " +
-                                 std::to_string(offset(at)) + ": " + what +
+                                 std::to_string(offset(at)) + ": " + std::string(what) +
                                  "; let a word processor repair and save it, or get an intact copy.");
 }
 

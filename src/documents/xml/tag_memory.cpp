@@ -19,6 +19,9 @@ std::string_view cutTag(std::string_view bytes) {
                           : bytes.substr(0, static_cast<std::size_t>(close + 1 - bytes.data()));
 }
 
+/// Where a tag is that another one drove away.
+std::size_t neighbour(std::size_t slot) { return slot ^ 1U; }
+
 }  // namespace
 
 TagMemory::TagMemory(std::size_t textSize) : slots_(slotsFor(textSize)) {}
@@ -30,14 +33,20 @@ std::size_t TagMemory::slotFor(std::string_view tag) const {
 const KnownTag* TagMemory::recall(std::string_view bytes, std::uint32_t scope) const {
   const std::string_view tag = cutTag(bytes);
   if (tag.empty()) return nullptr;
-  const KnownTag& known = slots_[slotFor(tag)];
-  return known.scope == scope && known.bytes == tag ? &known : nullptr;
+  const std::size_t slot = slotFor(tag);
+  for (const std::size_t place : {slot, neighbour(slot)}) {
+    const KnownTag& known = slots_[place];
+    if (known.scope == scope && known.bytes == tag) return &known;
+  }
+  return nullptr;
 }
 
 void TagMemory::remember(std::string_view tag, Offset begin, KnownTag::Name name,
                          const std::vector<Attribute>& attributes, std::uint32_t scope) {
   if (attributes.size() > KnownTag::kMostAttributes || cutTag(tag).size() != tag.size()) return;
-  KnownTag& known = slots_[slotFor(tag)];
+  const std::size_t slot = slotFor(tag);
+  KnownTag& known = slots_[slot];
+  if (known.scope != 0) slots_[neighbour(slot)] = known;
   known.bytes = tag;
   known.scope = scope;
   known.name = name;

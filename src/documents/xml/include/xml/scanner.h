@@ -133,7 +133,8 @@ class Scanner {
   const char* limit() const { return text_ + size_; }
   Offset offset(const char* at) const { return static_cast<Offset>(at - text_); }
   std::string_view rest(const char* at) const { return {at, static_cast<std::size_t>(limit() - at)}; }
-  [[noreturn]] void fail(const char* at, const std::string& what) const;
+  [[noreturn]] void fail(const char* at, std::string_view what) const;
+  [[noreturn]] void failUnclosed(const OpenElement& element) const;
   [[noreturn]] void refuseSize(const std::string& what) const;
 
   const char* text_;
