@@ -7,20 +7,29 @@
 
 #include <algorithm>
 #include <new>
+#include <optional>
 
 namespace pluvo::archive {
 
 namespace {
 
 struct Compressor {
-  explicit Compressor(int level) : handle(libdeflate_alloc_compressor(level)) {
+  explicit Compressor(int ofLevel) : level(ofLevel), handle(libdeflate_alloc_compressor(ofLevel)) {
     if (handle == nullptr) throw std::bad_alloc();
   }
   ~Compressor() { libdeflate_free_compressor(handle); }
   Compressor(const Compressor&) = delete;
   Compressor& operator=(const Compressor&) = delete;
+  int level;
   libdeflate_compressor* handle;
 };
+
+/// The thread's own, for the next part too: making one takes longer than deflating a small part.
+libdeflate_compressor* compressorOf(int level) {
+  thread_local std::optional<Compressor> kept;
+  if (!kept || kept->level != level) kept.emplace(level);
+  return kept->handle;
+}
 
 constexpr std::uint64_t kSmall = std::uint64_t{16} << 10U;
 constexpr int kLevelOfSmall = 6;
@@ -51,11 +60,11 @@ Packed pack(std::span<const files::ByteSpan> pieces, Method method, int level) {
     whole = {gathered.get(), static_cast<std::size_t>(packed.size)};
   }
   if (level == kLevelBySize) level = packed.size <= kSmall ? kLevelOfSmall : kLevelOfLarge;
-  const Compressor compressor(level);
-  const std::size_t bound = libdeflate_deflate_compress_bound(compressor.handle, whole.size());
+  libdeflate_compressor* const compressor = compressorOf(level);
+  const std::size_t bound = libdeflate_deflate_compress_bound(compressor, whole.size());
   packed.owner = files::freshMemory(bound);
   packed.packedSize =
-      libdeflate_deflate_compress(compressor.handle, whole.data(), whole.size(), packed.owner.get(), bound);
+      libdeflate_deflate_compress(compressor, whole.data(), whole.size(), packed.owner.get(), bound);
   packed.bytes = {files::ByteSpan(packed.owner.get(), packed.packedSize)};
   return packed;
 }

@@ -36,10 +36,14 @@ inline std::size_t slotsFor(std::size_t textSize) {
   return std::clamp<std::size_t>(std::bit_ceil(textSize / 256), 16, 256);
 }
 
+/// The upper bits depend on all of the string.
+inline std::uint64_t mixed(std::uint64_t head, std::uint64_t tail, std::uint64_t size) {
+  return (head ^ (tail * 0x9e3779b97f4a7c15U) ^ size) * 0xff51afd7ed558ccdU;
+}
+
 /// Which of so many slots, which are a power of two and at most 256.
 inline std::size_t slotOf(std::uint64_t head, std::uint64_t tail, std::size_t size, std::size_t slots) {
-  const std::uint64_t mixed = (head ^ (tail * 0x9e3779b97f4a7c15U) ^ size) * 0xff51afd7ed558ccdU;
-  return (mixed >> 56U) & (slots - 1);
+  return (mixed(head, tail, size) >> 56U) & (slots - 1);
 }
 
 }  // namespace pluvo::xml

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string_view>
@@ -38,8 +39,10 @@ class Vocabulary {
   NameId findName(NamespaceId space, std::string_view local) const;
 
  private:
-  std::vector<KnownNamespace> namespaces_;
-  std::vector<KnownName> names_;  ///< sorted by namespace and local name
+  std::size_t placeOf(NamespaceId space, std::string_view local) const;
+
+  std::vector<KnownNamespace> namespaces_;  ///< sorted by URI
+  std::vector<KnownName> names_;            ///< a hash table, at most half of it in use
 };
 
 }  // namespace pluvo::xml
