@@ -1,5 +1,9 @@
-"""Whether a changed document is right: the exact characters highlighted, the exact remaining text, formatting kept."""
+"""Whether what PLUVO did is right: the exact characters highlighted, the exact remaining text, formatting kept, the
+exact number of blocks found."""
 
+import json
+import re
+import subprocess
 import zipfile
 
 from lxml import etree
@@ -34,10 +38,11 @@ def others(path):
         return [(m.filename, m.CRC) for m in archive.infolist() if m.filename != "word/document.xml"]
 
 
-def check(original, changed, operation, begin, end, text=""):
+def check(original, changed, operation, begin, end, text="", blocks=None):
     """Raises AssertionError with what is wrong."""
     before, after = characters(original), characters(changed)
-    blocks = find("".join(unit for unit, _, _ in before), begin, end)
+    if blocks is None:
+        blocks = find("".join(unit for unit, _, _ in before), begin, end)
     expected = []
     at = 0
     for start, stop in blocks:
@@ -53,3 +58,38 @@ def check(original, changed, operation, begin, end, text=""):
         assert wanted == got, f"character {place}: {got} instead of {wanted}"
     assert others(original) == others(changed), "other members differ"
     return len(blocks)
+
+
+def check_only_block(original, changed, begin, end):
+    """One block is highlighted, wherever its beginning is."""
+    after = characters(changed)
+    marked = [place for place, (_, _, colour) in enumerate(after) if colour]
+    block = (marked[0], marked[-1] + 1)
+    text = "".join(unit for unit, _, _ in after[slice(*block)])
+    assert text.startswith(begin) and text.endswith(end), f"highlighted is {text[:40]} … {text[-40:]}"
+    check(original, changed, "highlight", begin, end, blocks=[block])
+
+
+def check_folder(original, changed, begin, end):
+    for path in sorted(original.iterdir()):
+        check(path, changed / path.name, "highlight", begin, end)
+
+
+def pattern(begin, end, flags=0):
+    return re.compile(re.escape(begin.encode()) + b".*?" + re.escape(end.encode()), re.DOTALL | flags)
+
+
+def check_text(original, changed, begin, end, text):
+    expected = pattern(begin, end).sub(text.encode(), original.read_bytes())
+    assert changed.read_bytes() == expected, "the remaining text is another"
+
+
+def check_found(command, original, begin, end, flags=0):
+    """The command finds as many blocks as are there."""
+    if original.suffix == ".txt":
+        expected = len(pattern(begin, end, flags).findall(original.read_bytes()))
+    else:
+        expected = len(find("".join(unit for unit, _, _ in characters(original)), begin, end))
+    lines = subprocess.run([*command, "--json", original], capture_output=True, text=True).stdout.splitlines()
+    found = json.loads(lines[-1])["summary"]["found"]
+    assert found == expected, f"{found} blocks found instead of {expected}"

@@ -44,10 +44,16 @@ def measure(path, arguments):
     return statistics.median(times)
 
 
-def main():
-    folder = Path(sys.argv[1])
-    good = True
-    print("| case | 12,500 | 50,000 | factor (must 5) |\n|---|---|---|---|")
+def table(folder):
+    """The lines of the table, printed as they come, and whether all of it holds."""
+    lines, good = [], True
+
+    def tell(line):
+        lines.append(line)
+        print(line, flush=True)
+
+    tell("| worst case, processor time | 12,500 beginnings | 50,000 | factor |")
+    tell("|---|---|---|---|")
     for name, each, last, arguments in cases():
         times = []
         for beginnings in (12_500, 50_000):
@@ -57,9 +63,10 @@ def main():
             path.unlink()
         factor = times[1] / times[0]
         good &= factor <= 5
-        print(f"| {name} | {times[0] * 1000:.1f} ms | {times[1] * 1000:.1f} ms | {factor:.2f} |", flush=True)
-    sys.exit(0 if good else 1)
+        tell(f"| {name} | {times[0] * 1000:.1f} ms | {times[1] * 1000:.1f} ms | {factor:.2f} (must 5)"
+             f"{'' if factor <= 5 else ' **missed**'} |")
+    return lines, good
 
 
 if __name__ == "__main__":
-    main()
+    sys.exit(0 if table(Path(sys.argv[1]))[1] else 1)

@@ -1,0 +1,128 @@
+"""What is measured beside what, and what has to be reached."""
+
+import re
+from dataclasses import dataclass
+from pathlib import Path
+
+import check
+from job import Job
+
+BENCH = Path(__file__).resolve().parent
+ROOT = BENCH.parent
+PLUVO = ROOT / "build/release/bin/pluvo"
+LIMIT = ROOT / "build/bench/bin/limit"
+BEGIN, END, TEXT = "the Lessor", "the Lessee", "the parties"
+BLOCK = ["--begin", BEGIN, "--end", END]
+
+
+@dataclass
+class Case:
+    name: str
+    source: str
+    jobs: list
+    must: dict  # peer name -> (factor, at most or at least)
+    changes: bool = True
+    right: object = None  # checks the result
+    memory: float = 0  # MB at most
+    repeat: int = 0
+
+
+def pluvo(*words):
+    return Job("pluvo", [str(PLUVO), *words])
+
+
+def beside(name, document, *words):
+    """PLUVO in another case, measured in the same run."""
+    return Job(f"pluvo, {name}", [str(PLUVO), *words], other=document)
+
+
+def lxml(operation, *text):
+    return Job("lxml", ["/usr/bin/python3", str(BENCH / "peers/with_lxml.py"), operation, BEGIN, END, *text, "{in}"])
+
+
+def python_docx(operation):
+    return Job("python-docx", ["/usr/bin/python3", str(BENCH / "peers/with_python_docx.py"), operation, BEGIN, END, "{in}"])
+
+
+def libreoffice(operation, files):
+    return Job("LibreOffice", ["/usr/bin/python3", str(BENCH / "peers/with_libreoffice.py"), operation, BEGIN, END, files],
+               once=True)
+
+
+def limit(*words, over_result=False):
+    return Job("limit", [str(LIMIT), *words], over_result=over_result)
+
+
+def changed(operation, text=""):
+    return lambda original, result: check.check(original, result, operation, BEGIN, END, text)
+
+
+def found(*words, flags=0):
+    return lambda original, _: check.check_found([PLUVO, "find", "--quiet", *words, *BLOCK], original, BEGIN, END, flags)
+
+
+def docx_cases():
+    edit = {"highlight": (["highlight"], []), "replace": (["replace", "--text", TEXT], [TEXT])}
+    for name, factor, quicker, memory in (("sparse", 2.8, 4, 60), ("dense", 3.5, 8, 100)):
+        for operation, (words, text) in edit.items():
+            slow = [libreoffice("highlight", "{in}")] if (name, operation) == ("sparse", "highlight") else []
+            yield Case(
+                f".docx 1,000 pages, {name}, {operation}", f"{name}.docx",
+                [pluvo(*words, *BLOCK, "{in}"), limit("docx", "{in}", "{out}", BEGIN, "1", over_result=True), lxml(operation, *text),
+                 *slow],
+                {"limit": ("at most", factor), "lxml": ("at least", quicker)},
+                right=changed(operation, *text), memory=memory)
+    yield Case(".docx 1,000 pages, sparse, find", "sparse.docx",
+               [pluvo("find", "--quiet", *BLOCK, "{in}"), limit("docx-find", "{in}", BEGIN), lxml("find")],
+               {"limit": ("at most", 2.2), "lxml": ("at least", 5)}, changes=False, right=found())
+    # Of the beginnings that share the one ending the first is taken that is near enough to it.
+    for name, right in (("adversarial", lambda original, result: check.check_only_block(original, result, BEGIN, END)),
+                        ("none", changed("highlight"))):
+        yield Case(f".docx 1,000 pages, {name}, highlight", f"{name}.docx",
+                   [pluvo("highlight", *BLOCK, "{in}"), beside("sparse", "sparse.docx", "highlight", *BLOCK, "{in}"),
+                    lxml("highlight")], {"pluvo, sparse": ("at most", 1.6)}, right=right, memory=100)
+    for operation, words in (("find", ["find", "--quiet"]), ("highlight", ["highlight"]),
+                             ("replace", ["replace", "--text", TEXT]), ("delete", ["delete"]),
+                             ("insert", ["insert", "--before", "--text", TEXT])):
+        peers = [lxml("highlight"), python_docx("highlight")] if operation == "highlight" else []
+        yield Case(f".docx 2 pages, {operation}", "pages-2.docx",
+                   [pluvo(*words, *BLOCK, "{in}"), limit("docx", "{in}", "{out}", BEGIN, "1"), *peers],
+                   {"self": ("ms at most", 12)}, changes=operation != "find",
+                   right=changed("highlight") if operation == "highlight" else None, repeat=30)
+    yield Case("start-up", "pages-2.docx", [pluvo("--version"), Job("true", ["true"])],
+               {"true": ("ms more at most", 5)}, changes=False, repeat=50)
+    yield Case(".docx 50 pages, highlight", "pages-50.docx",
+               [pluvo("highlight", *BLOCK, "{in}"), limit("docx", "{in}", "{out}", BEGIN, "1"), lxml("highlight"),
+                python_docx("highlight")], {}, right=changed("highlight"))
+    yield Case("folder of 500 .docx, highlight", "folder",
+               [pluvo("highlight", "--jobs", "1", *BLOCK, "{files}"),
+                Job("limit", ["sh", "-c", f'for f in "$0"/*; do {LIMIT} docx "$f" "$1" "{BEGIN}" 1; done', "{in}", "{out}"]),
+                Job("lxml", ["/usr/bin/python3", str(BENCH / "peers/with_lxml.py"), "highlight", BEGIN, END, "{files}"]),
+                libreoffice("highlight", "{files}")],
+               {"limit": ("at most", 3), "lxml": ("at least", 6)},
+               right=lambda original, result: check.check_folder(original, result, BEGIN, END))
+    for operation, words in (("find", ["find", "--quiet"]), ("highlight", ["highlight"])):
+        yield Case(f"folder of 500 .docx, {operation}, two jobs", "folder",
+                   [pluvo(*words, "--jobs", "2", *BLOCK, "{files}"),
+                    beside("one job", "folder", *words, "--jobs", "1", *BLOCK, "{files}")],
+                   {"pluvo, one job": ("at least", 1.7)} if operation == "find" else {}, changes=operation != "find")
+
+
+def text_cases():
+    def perl(operation, *rest):
+        return Job("perl", ["perl", str(BENCH / "peers/find.pl"), operation, BEGIN, END, *rest])
+
+    whole = ["--unit", "document"]
+    yield Case(".txt 200 MB, sparse, find", "sparse.txt",
+               [pluvo("find", "--quiet", "--match-case", *whole, *BLOCK, "{in}"), limit("text-find", "{in}", BEGIN),
+                perl("find", "{in}"), Job("ripgrep", ["rg", "-U", "--multiline-dotall", "-c", f"{BEGIN}.*?{END}", "{in}"])],
+               {"perl": ("at least", 2)}, changes=False, memory=240, right=found("--match-case", *whole))
+    yield Case(".txt 200 MB, sparse, find, any case", "sparse.txt",
+               [pluvo("find", "--quiet", *whole, *BLOCK, "{in}"),
+                beside("match case", "", "find", "--quiet", "--match-case", *whole, *BLOCK, "{in}"), perl("find", "{in}", "i")],
+               {"pluvo, match case": ("at most", 2)}, changes=False, memory=240, right=found(*whole, flags=re.IGNORECASE))
+    yield Case(".txt 200 MB, sparse, replace", "sparse.txt",
+               [pluvo("replace", "--match-case", *whole, *BLOCK, "--text", TEXT, "{in}"),
+                limit("text", "{in}", "{out}", BEGIN), perl("replace", TEXT, "{in}")],
+               {"perl": ("at least", 2)}, memory=240,
+               right=lambda original, result: check.check_text(original, result, BEGIN, END, TEXT))
