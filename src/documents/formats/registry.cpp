@@ -23,6 +23,10 @@ DocumentError notRecognised(files::ByteSpan bytes, std::string_view extension) {
             "The file is " + std::string(describe(*signature)) +
                 ", whatever its name says, and cannot be worked on; open it in the program it "
                 "is for and save it as .docx or .txt."};
+  if (!bytes.empty() && extension.starts_with("htm"))
+    return {Problem::unsupported,
+            "Web pages (" + quoted(extension) +
+                ") are not worked on; open it in a word processor and save it as .docx or .txt."};
   if (bytes.empty() || std::ranges::find(kDocumentExtensions, extension) != kDocumentExtensions.end())
     return {Problem::damaged,
             "The name says " + quoted(extension) +

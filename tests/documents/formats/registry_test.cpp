@@ -44,6 +44,7 @@ TEST(Registry, BytesDecideBeforeNamesAndRefusalsSayWhatItIs) {
                  {"{\\rtf1", "a.doc", files::Problem::unsupported, "an RTF document"},
                  {"%PDF-1.4", "folder.txt/pdf", files::Problem::unsupported, "a PDF"},
                  {"plain", "a.docx", files::Problem::damaged, "\".docx\""},
+                 {"<!-- page --><html>", "a.HTM", files::Problem::unsupported, "Web pages (\".htm\")"},
                  {"", "a.rtf", files::Problem::damaged, "\".rtf\""},
                  {"plain", "a.xyz", files::Problem::unsupported, "\".xyz\""}};
   for (const auto& [bytes, path, problem, said] : refused) {
