@@ -59,7 +59,7 @@ std::unique_ptr<journal::Recorder> recorderFor(const Plan& plan, files::FileSyst
   try {
     return std::make_unique<journal::Recorder>(system, *folder, plan.command);
   } catch (const files::DocumentError& refused) {
-    throw UsageError(std::string(refused.what()) + " To change documents without it, add --no-journal.");
+    throw UsageError(refused.what());
   }
 }
 

@@ -40,6 +40,12 @@ std::string lastOf(const std::vector<journal::Run>& runs) {
   return last->name;
 }
 
+/// Not every run can be taken back, so the last one may be another than the user has in mind.
+void sayWhich(const std::vector<journal::Run>& runs, const std::string& name) {
+  for (const journal::Run& run : runs)
+    if (run.name == name) sayNote("taking back the run " + run.name + ": " + shownPath(run.command));
+}
+
 ExitStatus takeBack(files::FileSystem& system, const std::string& folder, const std::string& run,
                     bool quiet) {
   std::int64_t restored = 0;
@@ -89,8 +95,10 @@ ExitStatus undo(const TypedCommandLine& line, files::FileSystem& system) {
       // Nobody has changed anything yet.
       return system.exists(*folder) ? journal::runs(system, *folder) : std::vector<journal::Run>();
     };
-    if (line.options.list) return list(known());
-    const std::string run = line.paths.empty() ? lastOf(known()) : line.paths.front();
+    const std::vector<journal::Run> runs = known();
+    if (line.options.list) return list(runs);
+    const std::string run = line.paths.empty() ? lastOf(runs) : line.paths.front();
+    if (!line.options.quiet) sayWhich(runs, run);
     return takeBack(system, *folder, run, line.options.quiet);
   } catch (const files::DocumentError& refused) {
     throw UsageError(refused.what());

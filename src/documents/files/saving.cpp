@@ -73,6 +73,8 @@ void copyOriginal(FileSystem& system, Handle original, TemporaryFile& copy) {
   }
   output.finish();
   copy.takeAfter(original);
+  const Stamp modified = system.status(original).stamp;
+  system.setModified(copy.handle(), modified.modifiedSeconds, modified.modifiedNanoseconds);
   copy.finish();
 }
 
@@ -144,7 +146,7 @@ class Replacing final : public Pending {
         real_(std::move(real)),
         before_(before),
         original_(system, system.openToRead(real_)),
-        replacement_(system, folderOfReal()) {
+        replacement_(system, folderOfReal(), version.temporary) {
     requireNobodyElseSaves(system, original_.handle());
     // Whoever saved it a moment ago may have put another file here, before or after this one was opened.
     requireSameStamp(system.status(original_.handle()), before.stamp);
@@ -274,6 +276,26 @@ std::unique_ptr<Pending> beginReplacingFile(FileSystem& system, const std::strin
                                             const NewVersion& version,
                                             const std::optional<std::string>& backupSuffix) {
   return saving([&] { return beginReplacing(system, system.resolve(path), opened, version, backupSuffix); });
+}
+
+bool swapFile(FileSystem& system, const std::string& path, const Stamp& found, const std::string& other) {
+  return saving([&] {
+    const std::string real = system.resolve(path);
+    const FileStatus before = system.statusAt(real);
+    requireSameStamp(before, found);
+    requireReplaceable(system, real, before);
+    const OpenFile document(system, system.openToRead(real));
+    requireNobodyElseSaves(system, document.handle());
+    requireSameStamp(system.status(document.handle()), found);
+    requireSameStamp(system.statusAt(real), found);
+    try {
+      system.exchange(other, real);
+    } catch (const std::system_error&) {
+      return false;
+    }
+    flushFolder(system, real);
+    return true;
+  });
 }
 
 std::unique_ptr<Pending> beginCreatingFile(FileSystem& system, const std::string& path,

@@ -50,24 +50,26 @@ std::uint32_t giveOwner(FileSystem& system, Handle file, const FileStatus& origi
 
 }  // namespace
 
-TemporaryFile::TemporaryFile(FileSystem& system, const std::string& folderPrefix)
-    : TemporaryFile(system, createBeside(system, folderPrefix)) {}
+TemporaryFile::TemporaryFile(FileSystem& system, const std::string& folderPrefix, const std::string& path)
+    : TemporaryFile(system, createBeside(system, folderPrefix, path)) {}
 
 TemporaryFile::TemporaryFile(FileSystem& system, Created created)
     : system_(system), path_(std::move(created.path)), file_(system, created.handle), named_(created.named) {}
 
-TemporaryFile::Created TemporaryFile::createBeside(FileSystem& system, const std::string& folderPrefix) {
+TemporaryFile::Created TemporaryFile::createBeside(FileSystem& system, const std::string& folderPrefix,
+                                                   const std::string& path) {
+  const auto name = [&] { return path.empty() ? folderPrefix + temporaryName() : path; };
   try {
     const Handle handle = system.createUnnamed(folderPrefix.empty() ? "." : folderPrefix);
-    return {folderPrefix + temporaryName(), handle, false};
+    return {name(), handle, false};
   } catch (const std::system_error&) {  // NOLINT(bugprone-empty-catch): then it has a name from the beginning
   }
   constexpr int kMostAttempts = 100;
   for (int attempt = 1;; ++attempt) {
-    std::string path = folderPrefix + temporaryName();
+    std::string free = name();
     try {
-      const Handle handle = system.createNew(path);
-      return {std::move(path), handle, true};
+      const Handle handle = system.createNew(free);
+      return {std::move(free), handle, true};
     } catch (const std::system_error& failure) {
       if (failure.code().value() != EEXIST || attempt == kMostAttempts) throw;
     }

@@ -10,7 +10,8 @@ namespace pluvo::files {
 /// flushed it has no name where the disk can do that, so that a program killed before leaves nothing behind.
 class TemporaryFile {
  public:
-  TemporaryFile(FileSystem& system, const std::string& folderPrefix);
+  /// Under the path, if one is given, which must be free.
+  TemporaryFile(FileSystem& system, const std::string& folderPrefix, const std::string& path = {});
   TemporaryFile(const TemporaryFile&) = delete;
   TemporaryFile& operator=(const TemporaryFile&) = delete;
   ~TemporaryFile();
@@ -43,7 +44,7 @@ class TemporaryFile {
     bool named;
   };
   TemporaryFile(FileSystem& system, Created created);
-  static Created createBeside(FileSystem& system, const std::string& folderPrefix);
+  static Created createBeside(FileSystem& system, const std::string& folderPrefix, const std::string& path);
 
   FileSystem& system_;
   std::string path_;

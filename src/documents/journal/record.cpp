@@ -2,6 +2,7 @@
 
 #include <array>
 #include <charconv>
+#include <set>
 #include <utility>
 
 namespace pluvo::journal {
@@ -11,6 +12,7 @@ namespace {
 constexpr std::string_view kCommand = "command";
 constexpr std::string_view kKept = "kept";
 constexpr std::string_view kNotKept = "not-kept";
+constexpr std::string_view kTakenBack = "taken-back";
 
 bool plain(char c) { return c > ' ' && c < 0x7F && c != '%'; }
 
@@ -71,6 +73,9 @@ std::string lineOf(const Record& record) {
     case Record::Kind::notKept:
       line += std::string(kNotKept) + " ";
       break;
+    case Record::Kind::takenBack:
+      line += std::string(kTakenBack) + " " + number(record.number);
+      break;
     case Record::Kind::kept: {
       const files::Stamp& old = record.before.stamp;
       line += std::string(kKept) + " " + number(record.number) + number(record.before.permissions) +
@@ -105,6 +110,9 @@ std::optional<Record> recordOf(std::string_view line) {
   } else if (words[0] == kCommand || words[0] == kNotKept) {
     record.kind = words[0] == kCommand ? Record::Kind::command : Record::Kind::notKept;
     if (words.size() != 2) return std::nullopt;
+  } else if (words[0] == kTakenBack) {
+    record.kind = Record::Kind::takenBack;
+    if (words.size() != 3 || !parse(words[1], record.number)) return std::nullopt;
   } else {
     return std::nullopt;
   }
@@ -112,6 +120,16 @@ std::optional<Record> recordOf(std::string_view line) {
   if (!text) return std::nullopt;
   record.text = *std::move(text);
   return record;
+}
+
+std::vector<Record> keptOf(const std::vector<Record>& records) {
+  std::set<std::uint64_t> takenBack;
+  for (const Record& record : records)
+    if (record.kind == Record::Kind::takenBack) takenBack.insert(record.number);
+  std::vector<Record> kept;
+  for (const Record& record : records)
+    if (record.kind == Record::Kind::kept && !takenBack.contains(record.number)) kept.push_back(record);
+  return kept;
 }
 
 std::vector<Record> recordsOf(std::string_view journal) {

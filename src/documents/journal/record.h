@@ -12,11 +12,11 @@ namespace pluvo::journal {
 
 /// One line of a journal.
 struct Record {
-  enum class Kind { command, kept, notKept };
+  enum class Kind { command, kept, notKept, takenBack };
   Kind kind = Kind::command;
   std::string text;          ///< the command, or the document's path
-  std::uint64_t number = 0;  ///< kept: the name of the original in the run's folder
-  std::string beside;        ///< kept: where it may have been left on its way there
+  std::uint64_t number = 0;  ///< kept, takenBack: the name of the original in the run's folder
+  std::string beside;  ///< kept: what lies beside the document meanwhile, be it the original or a version
   files::FileStatus before;  ///< kept: permissions and stamp of the original
   files::Stamp after;        ///< kept: of the version that took its place
 };
@@ -27,6 +27,9 @@ std::string lineOf(const Record& record);
 
 /// Nothing for a line that is none of ours.
 std::optional<Record> recordOf(std::string_view line);
+
+/// Of the documents that a run may have replaced those that no undo put back, in order.
+std::vector<Record> keptOf(const std::vector<Record>& records);
 
 /// The records of a journal, without an unfinished last one.
 std::vector<Record> recordsOf(std::string_view journal);

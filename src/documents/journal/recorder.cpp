@@ -36,6 +36,9 @@ std::string createRun(files::FileSystem& system, const std::string& folder) {
   }
 }
 
+/// Nobody may write, as no document that is replaced has it.
+constexpr std::uint32_t kOfCopies = 0400;
+
 void writeAll(files::FileSystem& system, files::Handle file, files::ByteSpan bytes) {
   while (!bytes.empty()) bytes = bytes.subspan(system.write(file, bytes));
 }
@@ -50,9 +53,9 @@ void copyBytes(files::FileSystem& system, files::Handle from, files::Handle to) 
   }
 }
 
-std::uint64_t sizeOf(const std::vector<Record>& records) {
+std::uint64_t sizeOf(const std::vector<Record>& kept) {
   std::uint64_t size = 0;
-  for (const Record& record : records) size += record.before.stamp.size;
+  for (const Record& record : kept) size += record.before.stamp.size;
   return size;
 }
 
@@ -80,11 +83,11 @@ class Flushes {
 };
 
 template <class Work>
-void guarded(Work work) {
+void guarded(const std::string& folder, Work work) {
   try {
     work();
   } catch (const std::system_error& failure) {
-    throw journalFailed(failure);
+    throw journalFailed(failure, folder);
   }
 }
 
@@ -112,7 +115,7 @@ class Recorder::Kept final : public files::Keeping {
   }
 
   void wait() override {
-    guarded([&] {
+    guarded(recorder_.folder_, [&] {
       if (!first_) recorder_.system_.flush(recorder_.journal_->handle());
       flushes_.wait();
     });
@@ -138,7 +141,7 @@ class Recorder::Kept final : public files::Keeping {
   }
 
   void copy() override {
-    guarded([&] {
+    guarded(recorder_.folder_, [&] {
       makeCopy();
       flushes_.addFolder(recorder_.run_);
       flushes_.wait();
@@ -146,13 +149,14 @@ class Recorder::Kept final : public files::Keeping {
   }
 
  private:
-  /// With the original's time, as if it were its file.
+  /// With the original's time, but permissions that tell it from the document's own file.
   void makeCopy() {
     files::FileSystem& system = recorder_.system_;
     const files::Stamp& before = replacement_.before.stamp;
     const files::Handle copy = system.createNew(place_);
     files::OpenFile guard(system, copy);
     copyBytes(system, replacement_.original, copy);
+    system.setPermissions(copy, kOfCopies);
     system.setModified(copy, before.modifiedSeconds, before.modifiedNanoseconds);
     guard.close();
     flushes_.addOwn(system.openToRead(place_));
@@ -173,7 +177,7 @@ class Recorder::Dropped final : public files::Keeping {
     flushes_.add(recorder.journal_->handle());
   }
   void wait() override {
-    guarded([&] { flushes_.wait(); });
+    guarded(recorder_.folder_, [&] { flushes_.wait(); });
     const std::lock_guard guard(recorder_.mutex_);
     ++recorder_.notKept_;
   }
@@ -208,23 +212,26 @@ Recorder::Recorder(files::FileSystem& system, std::string folder, std::string co
     append({Record::Kind::command, std::move(command), 0, {}, {}, {}});
     device_ = system_.statusAt(run_).stamp.device;
   } catch (const std::system_error& failure) {
-    throw journalFailed(failure);
+    throw journalFailed(failure, folder_);
   }
 }
 
 Recorder::~Recorder() {
-  if (kept_ + notKept_ > 0) return;
   try {
-    removeRun(system_, run_);
+    if (kept_ + notKept_ > 0) {
+      system_.remove(lockIn(run_));
+    } else {
+      removeRun(system_, run_);
+    }
   } catch (const std::system_error&) {
-    // An empty run in the list harms nobody.
+    // An empty run in the list harms nobody, and one with a lock is looked through once more.
   }
 }
 
 std::unique_ptr<files::Keeping> Recorder::keep(const files::Replacement& replacement) {
   const std::lock_guard guard(mutex_);
   std::unique_ptr<files::Keeping> keeping;
-  guarded([&] {
+  guarded(folder_, [&] {
     const files::FileStatus& before = replacement.before;
     if (!makeRoom(before.stamp.size)) {
       append({Record::Kind::notKept, replacement.path, 0, {}, {}, {}});
@@ -233,8 +240,7 @@ std::unique_ptr<files::Keeping> Recorder::keep(const files::Replacement& replace
     }
     const std::uint64_t number = numbers_++;
     auto kept = std::make_unique<Kept>(*this, replacement, number);
-    const std::string beside = kept->wantsFile() ? replacement.temporary : "";
-    append({Record::Kind::kept, replacement.path, number, beside, before, replacement.after});
+    append({Record::Kind::kept, replacement.path, number, replacement.temporary, before, replacement.after});
     kept->begin();
     size_ += before.stamp.size;
     keeping = std::move(kept);
@@ -285,7 +291,9 @@ void Recorder::weighOthers() {
   for (const std::string& name : runNames(system_, folder_)) {
     const std::string run = folder_ + "/" + name;
     if (run == run_) continue;
-    const std::uint64_t size = sizeOf(recordsIn(system_, run));
+    const std::vector<Record> kept = keptOf(recordsIn(system_, run));
+    clearUp(system_, run, kept);
+    const std::uint64_t size = sizeOf(kept);
     // A run that was killed before it replaced anything.
     if (size == 0 && forget(run)) continue;
     others_->push_back({run, size});

@@ -48,6 +48,43 @@ std::unique_ptr<files::OpenFile> lockRun(files::FileSystem& system, const std::s
   }
 }
 
+bool isVersion(const files::Stamp& found, const files::Stamp& version) {
+  return found.size == version.size && found.modifiedSeconds == version.modifiedSeconds &&
+         found.modifiedNanoseconds == version.modifiedNanoseconds;
+}
+
+void clearBeside(files::FileSystem& system, const std::string& run, const Record& kept) {
+  try {
+    if (!system.exists(kept.beside)) return;
+    const std::string original = originalIn(run, kept.number);
+    const files::Stamp found = system.statusAt(kept.beside).stamp;
+    // An original that was to be copied into the folder may be there in part.
+    const bool hasOriginal =
+        system.exists(original) && isVersion(system.statusAt(original).stamp, kept.before.stamp);
+    if (hasOriginal || found == kept.after) {
+      system.remove(kept.beside);
+    } else if (isVersion(found, kept.before.stamp)) {
+      system.rename(kept.beside, original);
+    }
+  } catch (const std::system_error&) {  // NOLINT(bugprone-empty-catch): it is looked for there, too
+  }
+}
+
+void clearUp(files::FileSystem& system, const std::string& run, const std::vector<Record>& kept) {
+  if (!system.exists(lockIn(run))) return;
+  const auto lock = lockRun(system, run);
+  if (lock == nullptr) return;
+  for (const Record& record : kept) clearBeside(system, run, record);
+  removeIfPossible(system, lockIn(run));
+}
+
+void removeIfPossible(files::FileSystem& system, const std::string& path) {
+  try {
+    system.remove(path);
+  } catch (const std::system_error&) {  // NOLINT(bugprone-empty-catch): see the header
+  }
+}
+
 void removeRun(files::FileSystem& system, const std::string& run) {
   bool journal = false;
   for (const std::string& name : system.names(run)) {
@@ -77,11 +114,12 @@ void flushNames(files::FileSystem& system, const std::string& folder) {
   system.flush(open.handle());
 }
 
-files::DocumentError journalFailed(const std::system_error& failure) {
-  return {files::Problem::io,
-          "The original could not be kept for \"pluvo undo\" (" + failure.code().message() +
-              "), so the document was left as it is; make room in the state folder, or run "
-              "with --no-journal."};
+files::DocumentError journalFailed(const std::system_error& failure, const std::string& folder) {
+  const bool isFull = failure.code().value() == ENOSPC || failure.code().value() == EDQUOT;
+  return {files::Problem::io, "The originals for \"pluvo undo\" cannot be kept in \"" + folder + "\" (" +
+                                  failure.code().message() + "), so nothing was changed; " +
+                                  (isFull ? "make room there" : "make it a folder that you may write") +
+                                  ", or add --no-journal to change documents without a way back."};
 }
 
 }  // namespace pluvo::journal

@@ -28,6 +28,19 @@ std::vector<Record> recordsIn(files::FileSystem& system, const std::string& run)
 /// where another program has just removed it.
 std::unique_ptr<files::OpenFile> lockRun(files::FileSystem& system, const std::string& run);
 
+/// Whether the file is that version. Its inode may be another one: a copy puts back bytes, not inodes.
+bool isVersion(const files::Stamp& found, const files::Stamp& version);
+
+/// What a killed program left beside the document: the original goes into the run's folder, all else goes.
+/// Where that fails it stays.
+void clearBeside(files::FileSystem& system, const std::string& run, const Record& kept);
+
+/// The same for all documents of a run that is not going on, if it did not come to its end.
+void clearUp(files::FileSystem& system, const std::string& run, const std::vector<Record>& kept);
+
+/// Nothing hangs on it any more.
+void removeIfPossible(files::FileSystem& system, const std::string& path);
+
 /// Forgets the run. Its journal goes last of its files, so that what is left of an interrupted call is seen.
 void removeRun(files::FileSystem& system, const std::string& run);
 
@@ -37,6 +50,7 @@ void makeFolders(files::FileSystem& system, const std::string& folder);
 /// Returns when the folder's names are on disk.
 void flushNames(files::FileSystem& system, const std::string& folder);
 
-files::DocumentError journalFailed(const std::system_error& failure);
+/// Of the folder of runs.
+files::DocumentError journalFailed(const std::system_error& failure, const std::string& folder);
 
 }  // namespace pluvo::journal

@@ -15,29 +15,38 @@ namespace {
 using files::DocumentError;
 using files::Problem;
 
-/// Whether the file is that version. Its inode may be another one: an undo puts back bytes, not inodes.
-bool isVersion(const files::Stamp& found, const files::Stamp& version) {
-  return found.size == version.size && found.modifiedSeconds == version.modifiedSeconds &&
-         found.modifiedNanoseconds == version.modifiedNanoseconds;
-}
-
-/// In the run's folder, or where it was left on its way there.
-std::string originalOf(files::FileSystem& system, const Record& record, const std::string& run) {
+/// In the run's folder, or where it was left on its way there. Where there is none, the run never came to
+/// replace the document.
+std::optional<std::string> originalOf(files::FileSystem& system, const Record& record,
+                                      const std::string& run) {
   std::string path = originalIn(run, record.number);
-  return record.beside.empty() || system.exists(path) ? path : record.beside;
+  if (system.exists(path)) return path;
+  if (system.exists(record.beside)) return record.beside;
+  return std::nullopt;
 }
 
-void restore(files::FileSystem& system, const Record& record, const files::Stamp& found,
-             const std::string& original) {
-  const files::FileContent kept = files::readFile(system, original);
-  const files::Bytes& bytes = kept.bytes;
-  // A document's own file may have been written by a program that had it open; a copy may have another time.
-  const bool same = record.beside.empty() ? kept.stamp.size == record.before.stamp.size
-                                          : isVersion(kept.stamp, record.before.stamp);
+void requireSameOriginal(const Record& record, const files::Stamp& kept, const files::Stamp& document,
+                         const std::string& original) {
+  // A document's own file may have been written by a program that had it open; on another disk a copy may
+  // have another time.
+  const bool same = kept.device != document.device ? kept.size == record.before.stamp.size
+                                                   : isVersion(kept, record.before.stamp);
   if (!same)
     throw DocumentError(Problem::damaged, "What is kept of this document, \"" + original +
                                               "\", is no longer what was replaced, so the document was left "
                                               "as it is.");
+}
+
+void restore(files::FileSystem& system, const Record& record, const files::Stamp& found,
+             const std::string& original) {
+  const files::FileStatus status = system.statusAt(original);
+  requireSameOriginal(record, status.stamp, found, original);
+  const bool isOwnFile =
+      status.stamp.device == found.device && status.permissions == record.before.permissions;
+  if (isOwnFile && files::swapFile(system, record.text, found, original)) return;
+  const files::FileContent kept = files::readFile(system, original);
+  requireSameOriginal(record, kept.stamp, found, original);
+  const files::Bytes& bytes = kept.bytes;
   files::NewVersion version;
   version.write = [&bytes](files::Output& out) { out.write(bytes.view); };
   version.check = [&bytes](const files::Bytes& written) {
@@ -45,15 +54,8 @@ void restore(files::FileSystem& system, const Record& record, const files::Stamp
       throw DocumentError(Problem::io, "The disk gave back other bytes than were written; check the disk.");
   };
   version.as = record.before;
+  if (original != record.beside) version.temporary = record.beside;
   files::replaceFile(system, record.text, found, version);
-}
-
-/// Nothing hangs on it any more.
-void removeIfPossible(files::FileSystem& system, const std::string& path) {
-  try {
-    system.remove(path);
-  } catch (const std::system_error&) {  // NOLINT(bugprone-empty-catch): see above
-  }
 }
 
 /// Which run a document was left by; read when it is first asked for.
@@ -74,10 +76,8 @@ class Changes {
   void read() {
     byDocument_.emplace();
     for (const std::string& run : runNames(system_, folder_)) {
-      for (Record& record : recordsIn(system_, pathIn(folder_, run))) {
-        if (record.kind == Record::Kind::kept)
-          byDocument_->emplace(std::move(record.text), std::pair(record.after, run));
-      }
+      for (Record& record : keptOf(recordsIn(system_, pathIn(folder_, run))))
+        byDocument_->emplace(std::move(record.text), std::pair(record.after, run));
     }
   }
 
@@ -100,14 +100,16 @@ Undone undoOne(files::FileSystem& system, const Record& record, const std::strin
   Undone undone{record.text};
   try {
     const files::Stamp found = system.statusAt(record.text).stamp;
-    if (isVersion(found, record.after)) {
-      const std::string original = originalOf(system, record, run);
-      restore(system, record, found, original);
-      if (original == record.beside) removeIfPossible(system, original);
-    } else if (isVersion(found, record.before.stamp)) {
+    const auto original = originalOf(system, record, run);
+    // Both may be of one size and moment.
+    if (found != record.after && isVersion(found, record.before.stamp)) {
+      undone.outcome = Outcome::asBefore;
+    } else if (isVersion(found, record.after)) {
+      restore(system, record, found, original.value_or(originalIn(run, record.number)));
+    } else if (!original) {
       undone.outcome = Outcome::asBefore;
     } else {
-      throw changedSince(changes.lastRunOn(record.text, found), originalOf(system, record, run));
+      throw changedSince(changes.lastRunOn(record.text, found), *original);
     }
   } catch (const DocumentError& problem) {
     undone.outcome = Outcome::failed;
@@ -121,22 +123,31 @@ Undone undoOne(files::FileSystem& system, const Record& record, const std::strin
   return undone;
 }
 
+/// An original that a document was swapped with is the version that the run put there, and goes.
+void noteTakenBack(files::FileSystem& system, const files::OpenFile& journal, const Record& record,
+                   const std::string& run) {
+  // The line before may lack its end.
+  const std::string line = "\n" + lineOf({Record::Kind::takenBack, record.text, record.number, {}, {}, {}});
+  try {
+    files::ByteSpan bytes(reinterpret_cast<const std::uint8_t*>(line.data()), line.size());
+    while (!bytes.empty()) bytes = bytes.subspan(system.write(journal.handle(), bytes));
+  } catch (const std::system_error&) {  // NOLINT(bugprone-empty-catch): the document tells as much
+    return;
+  }
+  removeIfPossible(system, originalIn(run, record.number));
+  clearBeside(system, run, record);
+}
+
 Run summaryOf(const std::string& name, const std::vector<Record>& records) {
   Run run;
   run.name = name;
   for (const Record& record : records) {
-    switch (record.kind) {
-      case Record::Kind::command:
-        run.command = record.text;
-        break;
-      case Record::Kind::kept:
-        ++run.documents;
-        run.bytes += record.before.stamp.size;
-        break;
-      case Record::Kind::notKept:
-        ++run.notKept;
-        break;
-    }
+    if (record.kind == Record::Kind::command) run.command = record.text;
+    if (record.kind == Record::Kind::notKept) ++run.notKept;
+  }
+  for (const Record& record : keptOf(records)) {
+    ++run.documents;
+    run.bytes += record.before.stamp.size;
   }
   return run;
 }
@@ -150,7 +161,7 @@ std::vector<Run> runs(files::FileSystem& system, const std::string& folder) {
       const std::string path = pathIn(folder, name);
       Run run = summaryOf(name, recordsIn(system, path));
       if (run.documents == 0) continue;
-      run.going = lockRun(system, path) == nullptr;
+      run.going = system.exists(lockIn(path)) && lockRun(system, path) == nullptr;
       found.push_back(std::move(run));
     }
   } catch (const std::system_error& failure) {
@@ -169,12 +180,14 @@ void undo(files::FileSystem& system, const std::string& folder, const std::strin
     const auto lock = lockRun(system, path);
     if (lock == nullptr)
       throw DocumentError(Problem::locked, "The run is still going on; wait for its end, or interrupt it.");
-    const std::vector<Record> records = recordsIn(system, path);
+    const std::vector<Record> kept = keptOf(recordsIn(system, path));
+    const files::OpenFile journal(system, system.openToAppend(journalIn(path)));
     Changes changes(system, folder);
     bool whole = true;
-    for (auto record = records.rbegin(); record != records.rend(); ++record) {
-      if (record->kind != Record::Kind::kept) continue;
+    for (auto record = kept.rbegin(); record != kept.rend(); ++record) {
+      clearBeside(system, path, *record);
       const Undone undone = undoOne(system, *record, path, changes);
+      if (undone.outcome != Outcome::failed) noteTakenBack(system, journal, *record, path);
       whole &= undone.outcome != Outcome::failed;
       report(undone);
     }

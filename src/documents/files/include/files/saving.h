@@ -18,9 +18,9 @@ namespace pluvo::files {
 /// When something fails, the original is untouched and the temporary file is gone; a program that is killed
 /// may leave one behind if that happens while the version is flushed and takes its place, or on a disk whose
 /// files must have names: "~pluvo-", sixteen hexadecimal digits and ".tmp", which may be deleted unless the
-/// original was to be kept (Keeping). An owner or group that the user may not give away becomes the user's
-/// own, and then nobody gains rights: set-id bits are dropped and a changed group has the rights of everybody
-/// else.
+/// original was to be kept (Keeping; the journal sees to its own). An owner or group that the user may not
+/// give away becomes the user's own, and then nobody gains rights: set-id bits are dropped and a changed
+/// group has the rights of everybody else.
 ///
 /// Links are followed: what they lead to is replaced, and temporary files and backups lie beside that.
 
@@ -60,6 +60,8 @@ struct NewVersion {
   /// The permissions and the time of last change it is to have, where they are not to be the original's and
   /// now.
   std::optional<FileStatus> as = std::nullopt;
+  /// Where it lies meanwhile, in the document's folder; empty where any free name there will do.
+  std::string temporary = {};
 };
 
 struct Saved {
@@ -96,6 +98,10 @@ inline Saved replaceFile(FileSystem& system, const std::string& path, const Stam
                          const std::optional<std::string>& backupSuffix = std::nullopt) {
   return beginReplacingFile(system, path, opened, version, backupSuffix)->finish();
 }
+
+/// Swaps the document, which must be as it was found, with a file that is on disk. False where the system or
+/// the disk cannot do that.
+bool swapFile(FileSystem& system, const std::string& path, const Stamp& found, const std::string& other);
 
 /// Saves a document under another name, which must be free, with the permissions of the original, which must
 /// be as it was when it was opened.

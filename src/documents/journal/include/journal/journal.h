@@ -18,7 +18,8 @@
 /// enter. On the disk of the journal an original is the document's own file: swapped with the new version and
 /// then moved here, so that its record also says where it lies between the two; from elsewhere it is a copy.
 /// Record and copy are on disk before the document is replaced; so whatever moment a run or an undo is killed
-/// at, an undo puts back exactly what was replaced.
+/// at, an undo puts back exactly what was replaced. What lies beside a document is on record as well, and the
+/// undo, or the next run that changes something, removes what a killed program left there.
 namespace pluvo::journal {
 
 /// Where the journal is: "pluvo/runs" in $XDG_STATE_HOME, by default in ~/.local/state. Nothing where neither
@@ -105,9 +106,10 @@ struct Undone {
   std::optional<files::DocumentError> problem = std::nullopt;  ///< where it failed
 };
 
-/// Takes a run back, the last document first: bytes, permissions and time of last change. A document that
-/// changed since is left as it is (DocumentError changed). A run that was taken back whole is forgotten; what
-/// could not be put back can be tried again.
+/// Takes a run back, the last document first: bytes, permissions and time of last change; the document's own
+/// file comes back where it was kept. A document that changed since is left as it is (DocumentError changed).
+/// A run that was taken back whole is forgotten; what could not be put back, and nothing else, can be tried
+/// again.
 void undo(files::FileSystem& system, const std::string& folder, const std::string& run,
           const std::function<void(const Undone&)>& report);
 
