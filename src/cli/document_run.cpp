@@ -85,7 +85,7 @@ class DocumentRun {
     }
     for (const Request& request : around_.plan.requests) {
       pass(request);
-      if (outcome_.failure || boxes_.passedBy()) break;
+      if (outcome_.failure || boxes_.stopped()) break;
     }
     settle();
     engine_.MultiPLUVO_CloseFile();

@@ -76,7 +76,7 @@ Answer Interviewer::ask(const std::string& path, const BlockReport& block) {
     if (key == 'a') all_ = true;
     if (key == 'y' || key == 'a') return Answer::yes;
     if (key == 'n') return Answer::no;
-    if (key == 's') return Answer::nextDocument;
+    if (key == 's') return Answer::restOfDocument;
     show(kHelp);
   }
 }

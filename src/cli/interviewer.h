@@ -9,7 +9,7 @@
 
 namespace pluvo::cli {
 
-enum class Answer : std::uint8_t { yes, no, nextDocument, stop };
+enum class Answer : std::uint8_t { yes, no, restOfDocument, stop };
 
 /// Asks a person at a terminal what to do with a block: y yes, n no, a yes to all the rest, s no
 /// to the rest of the document, q stop. Remembers

@@ -24,17 +24,20 @@ forms::Answer RunBoxes::show(const std::u16string& /*text*/, forms::Buttons butt
 }
 
 forms::Answer RunBoxes::answerAboutBlock() {
+  if (restIsLeft_) return forms::Answer::no;
   switch (interviewer_->ask(path_, watcher_->current())) {
     case Answer::yes:
       return forms::Answer::yes;
     case Answer::no:
       return forms::Answer::no;
-    case Answer::nextDocument:
+    case Answer::restOfDocument:
+      restIsLeft_ = true;
+      return forms::Answer::no;
     case Answer::stop:
       break;
   }
   watcher_->passBy();
-  passedBy_ = true;
+  stopped_ = true;
   return forms::Answer::cancel;
 }
 

@@ -20,8 +20,8 @@ class RunBoxes final : public forms::MessageBoxes {
 
   /// The pass that is going on; none between passes.
   void watch(PassWatcher* watcher) { watcher_ = watcher; }
-  /// Whether the person wants no more of this document.
-  bool passedBy() const { return passedBy_; }
+  /// Whether the person wants no more of this run.
+  bool stopped() const { return stopped_; }
   /// Whether no password was the document's.
   bool passwordWrong() const { return passwordWrong_; }
 
@@ -36,7 +36,8 @@ class RunBoxes final : public forms::MessageBoxes {
   Interviewer* interviewer_;
   const PromptAnswers& prompts_;
   PassWatcher* watcher_ = nullptr;
-  bool passedBy_ = false;
+  bool restIsLeft_ = false;  ///< all other blocks are found and left, without a question
+  bool stopped_ = false;
   bool passwordWrong_ = false;
 };
 

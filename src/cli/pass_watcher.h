@@ -34,7 +34,7 @@ class PassWatcher final : public engine::PassObserver {
 
   /// The block the pass stands at, for whoever asks about it.
   const BlockReport& current() const { return current_; }
-  /// It is left as it is, and the pass ends there.
+  /// It is left as it is.
   void passBy();
 
  private:

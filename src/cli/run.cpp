@@ -129,6 +129,8 @@ class Run {
       throw;
     }
     for (const LeftOut& each : listing_.leftOut) printer_->leftOut(each);
+    for (std::size_t i = results_.handedOut(); i < listing_.documents.size(); ++i)
+      printer_->leftOut({listing_.documents[i].path, "not opened before the run was stopped"});
     progress_.end(totals_);
     printer_->end(totals_);
     flushOut();
@@ -137,6 +139,7 @@ class Run {
       leaveTheRest("Interrupted");
       return kFailed;
     }
+    if (isCutShort() && plan_.selection.several()) leaveTheRest("Stopped");
     if (totals_.failed > 0) return kFailed;
     return totals_.found > 0 ? kFound : kNoneFound;
   }
@@ -226,15 +229,19 @@ class Run {
             "more than 4 GiB.");
   }
 
+  /// Whether somebody who was asked about a block ended the run there.
+  bool isCutShort() const { return interviewer_ && interviewer_->stopped(); }
+
   void leaveTheRest(const std::string& how) const {
-    const std::size_t left = listing_.documents.size() - results_.handedOut();
+    const std::size_t from = results_.handedOut() - (isCutShort() ? 1 : 0);
+    const std::size_t left = listing_.documents.size() - from;
     if (left == 0) return sayError(how + "; all documents were worked on.");
-    const std::string list = writeUnfinished(system_, listing_.documents, results_.handedOut());
-    sayError(
-        how + "; " + counted(static_cast<std::int64_t>(left), "document") +
-        " of the run were not opened. To go on with them, give the same command with these in the place of "
-        "the documents: --null --files-from " +
-        list);
+    const std::string list = writeUnfinished(system_, listing_.documents, from);
+    sayError(how + "; " + counted(static_cast<std::int64_t>(left), "document") + " of the run " +
+             (isCutShort() ? "are left, this one among them" : "were not opened") +
+             ". To go on with them, give the same command with these in the place of the documents: --null "
+             "--files-from " +
+             list);
   }
 
   const Plan& plan_;

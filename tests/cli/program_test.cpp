@@ -225,7 +225,7 @@ TEST(Program, AsksBeforeEachChange) {
   ::unsetenv("TERM");
   const std::vector<Answers> answers = {
       {"y\nn\ny\ny\n", "z y z\n", "z\n", R"("found":4,"operated":3,"skipped":1)"},
-      {"y\ns\ny\n", "z y y\n", "z\n", R"("found":3,"operated":2,"skipped":1)"},
+      {"y\ns\ny\n", "z y y\n", "z\n", R"("found":4,"operated":2,"skipped":2)"},
       {"n\na\n", "y z z\n", "z\n", R"("found":4,"operated":3,"skipped":1)"},
       {"Y\nmaybe\n\nq\n", "z y y\n", "y\n", R"("found":2,"operated":1,"skipped":1)"},
       {"n\nn\nn\nn\n", "y y y\n", "y\n", R"("found":4,"operated":0,"skipped":4)"},
@@ -240,6 +240,9 @@ TEST(Program, AsksBeforeEachChange) {
     EXPECT_EQ(sandbox.read("b.txt"), each.b) << each.keys;
     EXPECT_THAT(result.out, HasSubstr(each.counts)) << each.keys;
     EXPECT_EQ(result.status, 0) << each.keys;
+    EXPECT_EQ(result.err.find("Stopped; 2 documents of the run are left") != std::string::npos,
+              each.keys.find('q') != std::string::npos || each.keys == "\x04")
+        << each.keys;
     EXPECT_THAT(result.err,
                 HasSubstr("a.txt:1: (1 of 2 files)\r\n  [y] y y\r\nReplace it with 'z' [y,n,a,s,q]? "))
         << each.keys;
