@@ -33,27 +33,13 @@ std::vector<std::u16string> pass(const std::shared_ptr<word::Application>& appli
   return said;
 }
 
-std::u16string highlights(const model::Model& model) {
-  std::u16string all;
-  for (const auto& run : model.highlight().runs()) {
-    if (run.value == 0) continue;
-    if (!all.empty()) all += u' ';
-    all += errors::decimal(run.value) + u":" + errors::decimal(run.from) + u"-" + errors::decimal(run.to);
-  }
-  return all;
-}
-
-/// What the user's last search may have left.
-stand_in::FindSettings all() {
-  stand_in::FindSettings all;
-  all.criteria = {.text = u"left", .matchCase = true, .wholeWord = true, .prefix = true, .suffix = true};
-  all.forward = false;
-  all.wrap = 1;
-  for (bool* criterion :
-       {&all.wildcards, &all.soundsLike, &all.wordForms, &all.format, &all.phrase, &all.ignoreSpace,
-        &all.ignorePunctuation, &all.fuzzy, &all.kashida, &all.diacritics, &all.alefHamza, &all.control})
-    *criterion = true;
-  return all;
+/// What the user's last search may have left: everything as a literal search does not want it.
+stand_in::FindSettings leftBehind() {
+  stand_in::FindSettings left;
+  left.text = u"left";
+  left.wrap = word::wdFindContinue;
+  for (auto& flag : left.flags) flag.second = !flag.second;
+  return left;
 }
 
 }  // namespace
@@ -65,12 +51,12 @@ Outcome inMemory(const Task& task) {
   application->add(document);
   auto said = pass(application, task);
   const model::Model& model = document->model();
-  return {model.text().substring(0, model.length()), highlights(model), std::move(said)};
+  return {model.text().substring(0, model.length()), stand_in::highlights(model), std::move(said)};
 }
 
 Outcome inWord(const WordSession& word, const Task& task) {
   WordSession::world().calls.clear();
-  WordSession::world().dialogFind = all();
+  WordSession::world().dialogFind = leftBehind();
   const auto document = WordSession::document(task.text);
   auto said = pass(word.word(), task);
   Outcome outcome{document->allText(), document->highlights(), std::move(said)};

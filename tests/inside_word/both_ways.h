@@ -1,7 +1,7 @@
 #pragma once
 
 #include "engine/workplace.h"
-#include "word_session.h"
+#include "word_stand_in/word_session.h"
 
 #include <memory>
 #include <string>
@@ -9,6 +9,8 @@
 
 /// One and the same pass over a document in memory, and over one in Word.
 namespace pluvo::inside_word {
+
+using stand_in::WordSession;
 
 struct Task {
   std::u16string text;

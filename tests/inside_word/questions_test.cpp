@@ -1,7 +1,7 @@
 #include "engine/workplace.h"
 #include "multifile/file_driver.h"
 #include "multifile/scripted_folders.h"
-#include "word_session.h"
+#include "word_stand_in/word_session.h"
 
 #include <gtest/gtest.h>
 
@@ -15,6 +15,7 @@ namespace pluvo::inside_word {
 namespace {
 
 using forms::Answer;
+using stand_in::WordSession;
 
 /// A run over C:\f\one.doc and C:\f\two.doc that replaces every "A" by "B", and all that the user hears of
 /// it.
@@ -66,9 +67,7 @@ struct Refusal {
   std::u16string oneIsThen;
 };
 
-void refuse(const char16_t* member, std::int32_t number) {
-  WordSession::world().calls.refuse(member, number);
-}
+void refuse(const char16_t* member, std::int32_t number) { WordSession::calls().refuse(member, number); }
 
 const std::string kPassword = "Incorrect Password";
 const std::string kOpenPassword = "Incorrect Open/Modify Password";
@@ -98,16 +97,20 @@ const Refusal kRefusals[] = {
      {kOpenPassword},
      kOne},
     {"5485 on opening, skipped",
-     [](FileRun&) { refuse(u"Documents.Open", 5485); },
+     [](FileRun&) { refuse(u"call Documents.Open", 5485); },
      {Answer::yes},
      {kPassword},
      kOne},
     {"5485 on opening, tried again",
-     [](FileRun&) { refuse(u"Documents.Open", 5485); },
+     [](FileRun&) { refuse(u"call Documents.Open", 5485); },
      {Answer::no},
      {kPassword},
      kDone},
-    {"any other on opening", [](FileRun&) { refuse(u"Documents.Open", 5121); }, {}, {"5121 cpf:44"}, kOne},
+    {"any other on opening",
+     [](FileRun&) { refuse(u"call Documents.Open", 5121); },
+     {},
+     {"5121 cpf:44"},
+     kOne},
     {"a wrong password to a form, then the right one",
      [](FileRun& run) {
        FileRun::file(u"one").protection = 2;
@@ -135,7 +138,7 @@ const Refusal kRefusals[] = {
      [](FileRun& run) {
        FileRun::file(u"one").protection = 3;
        run.typed = {u""};
-       refuse(u"Document.Unprotect", 4198);
+       refuse(u"call Document.Unprotect", 4198);
      },
      {},
      {},
@@ -151,18 +154,18 @@ const Refusal kRefusals[] = {
      {"Read Only File", "Save As Cancelled."},
      kOne},
     {"5155 on closing what is not read-only",
-     [](FileRun&) { refuse(u"Document.Close", 5155); },
+     [](FileRun&) { refuse(u"call Document.Close", 5155); },
      {},
      {"Difficulties Closing Current File."},
      kOne},
-    {"4198 on activating", [](FileRun&) { refuse(u"Document.Activate", 4198); }, {}, {}, kOne},
+    {"4198 on activating", [](FileRun&) { refuse(u"call Document.Activate", 4198); }, {}, {}, kOne},
     {"5485 on activating, tried again",
-     [](FileRun&) { refuse(u"Document.Activate", 5485); },
+     [](FileRun&) { refuse(u"call Document.Activate", 5485); },
      {Answer::no},
      {kPassword},
      kDone},
     {"5408 on activating, given up",
-     [](FileRun&) { refuse(u"Document.Activate", 5408); },
+     [](FileRun&) { refuse(u"call Document.Activate", 5408); },
      {Answer::no},
      {kOpenPassword},
      kOne},

@@ -115,7 +115,7 @@ TEST(Ranges, SayTheSameInWordAsInMemory) {
     Twins twins(word, texts[dice.upTo(3)]);
     std::string steps;
     for (int k = 0; k < 10; ++k) {
-      WordSession::world().calls.clear();
+      WordSession::calls().clear();
       steps += twins.step(dice) + "\n";
       ASSERT_EQ(twins.told(1), twins.told(0)) << steps << WordSession::log();
     }

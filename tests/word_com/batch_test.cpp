@@ -1,4 +1,4 @@
-#include "scripted_word.h"
+#include "word_stand_in/word_session.h"
 
 #include <gtest/gtest.h>
 
@@ -9,122 +9,107 @@
 namespace pluvo::word_com {
 namespace {
 
-/// A Word with undo records and the settings that edits depend on.
-class WordToEdit : public ScriptedWord {
- public:
-  WordToEdit() {
-    record->keeps(L"IsRecordingCustomRecord", VARIANT_FALSE);
-    for (const wchar_t* method : {L"StartCustomRecord", L"EndCustomRecord"}) record->accepts(method);
-    options->keeps(L"SmartCutPaste", VARIANT_TRUE);
-    application->keeps(L"ScreenUpdating", VARIANT_TRUE);
-    application->answersObject(L"UndoRecord", [this] { return record.Get(); });
-    application->answersObject(L"Options", [this] { return options.Get(); });
-  }
-  void refuses(ScriptedObject& object, const wchar_t* member) {
-    object.on(member, [](auto&, VARIANT&, EXCEPINFO&) { return E_FAIL; });
-  }
-  /// What is set while a pass throws, and then again.
-  CallLog callsOfPass(bool seen) {
-    const auto word = connected();
-    try {
-      const auto step = word->beginUndoStep();
-      const auto edits = word->beginEdits(seen);
-      throw std::runtime_error("in the middle");
-    } catch (const std::runtime_error&) {
-    }
-    CallLog set;
-    for (const std::string& call : *log) {
-      if (call.find(" = ") != std::string::npos || call.find("CustomRecord(") != std::string::npos)
-        set.push_back(call);
-    }
-    return set;
-  }
+using stand_in::Arguments;
+using stand_in::WordSession;
+using stand_in::World;
+using Lines = std::vector<std::string>;
 
-  Microsoft::WRL::ComPtr<ScriptedObject> record = ScriptedObject::make("UndoRecord", log);
-  Microsoft::WRL::ComPtr<ScriptedObject> options = ScriptedObject::make("Options", log);
-};
+/// What was set, and of undo records.
+Lines linesSet() {
+  Lines set;
+  for (const std::string& line : WordSession::lines()) {
+    if (line.starts_with("put") || line.find("CustomRecord(") != line.npos) set.push_back(line);
+  }
+  std::erase(set, "get UndoRecord.IsRecordingCustomRecord()");
+  return set;
+}
 
-const std::string kStart = "UndoRecord.StartCustomRecord(BSTR P.L.U.V.O.)";
-const std::string kEnd = "UndoRecord.EndCustomRecord()";
-const std::string kCut = "Options.SmartCutPaste = BOOL ";
-const std::string kDraw = "Application.ScreenUpdating = BOOL ";
+/// A pass that throws.
+void pass(const WordSession& session, bool seen) {
+  const auto word = session.word();
+  try {
+    const auto step = word->beginUndoStep();
+    const auto edits = word->beginEdits(seen);
+    throw std::runtime_error("in the middle");
+  } catch (const std::runtime_error&) {
+  }
+}
+
+constexpr auto kStart = "call UndoRecord.StartCustomRecord(VT_BSTR \"P.L.U.V.O.\")";
+constexpr auto kEnd = "call UndoRecord.EndCustomRecord()";
+constexpr auto kKeepBlanks = "put Options.SmartCutPaste(VT_BOOL 0)";
+constexpr auto kCutSmartly = "put Options.SmartCutPaste(VT_BOOL -1)";
+constexpr auto kHide = "put Application.ScreenUpdating(VT_BOOL 0)";
+constexpr auto kDraw = "put Application.ScreenUpdating(VT_BOOL -1)";
 
 TEST(Batch, GivesEverythingBackAsItWas) {
   struct Case {
     const char* what;
-    void (*prepare)(WordToEdit&);
+    void (*prepare)(World&);
     bool seen;
-    CallLog set;
+    Lines set;
   };
   const Case cases[] = {
-      {"as Word mostly is",
-       [](WordToEdit&) {},
-       false,
-       {kStart, kCut + "0", kDraw + "0", kCut + "-1", kDraw + "-1", kEnd}},
-      {"seen by the user", [](WordToEdit&) {}, true, {kStart, kCut + "0", kCut + "-1", kEnd}},
+      {"as Word mostly is", [](World&) {}, false, {kStart, kKeepBlanks, kHide, kCutSmartly, kDraw, kEnd}},
+      {"seen by the user", [](World&) {}, true, {kStart, kKeepBlanks, kCutSmartly, kEnd}},
       {"all is as wanted",
-       [](WordToEdit& word) {
-         word.options->keeps(L"SmartCutPaste", VARIANT_FALSE);
-         word.application->keeps(L"ScreenUpdating", VARIANT_FALSE);
-       },
+       [](World& world) { world.smartCutPaste = world.screenUpdating = false; },
        false,
        {kStart, kEnd}},
       {"a macro makes an undo record",
-       [](WordToEdit& word) { word.record->keeps(L"IsRecordingCustomRecord", VARIANT_TRUE); },
+       [](World& world) { world.undoLevel = 1; },
        true,
-       {kCut + "0", kCut + "-1"}},
+       {kKeepBlanks, kCutSmartly}},
       {"the record cannot begin",
-       [](WordToEdit& word) { word.refuses(*word.record.Get(), L"StartCustomRecord"); },
+       [](World& world) { world.calls.refuse(u"call UndoRecord.StartCustomRecord", 4605); },
        true,
-       {kStart, kCut + "0", kCut + "-1"}},
+       {kStart, kKeepBlanks, kCutSmartly}},
       {"it cannot end",
-       [](WordToEdit& word) { word.refuses(*word.record.Get(), L"EndCustomRecord"); },
+       [](World& world) {
+         world.calls.on(u"call UndoRecord.EndCustomRecord",
+                        [](const Arguments&, VARIANT&, EXCEPINFO&) { return E_FAIL; });
+       },
        false,
-       {kStart, kCut + "0", kDraw + "0", kCut + "-1", kDraw + "-1", kEnd, kEnd, kEnd}},
+       {kStart, kKeepBlanks, kHide, kCutSmartly, kDraw, kEnd, kEnd, kEnd}},
       {"a Word that has nothing of it",
-       [](WordToEdit& word) {
-         word.application->answersObject(L"UndoRecord", [] { return nullptr; });
-         word.application->answersObject(L"Options", [] { return nullptr; });
-         word.refuses(*word.application.Get(), L"ScreenUpdating");
+       [](World& world) {
+         for (const auto* member : {u"UndoRecord", u"Options", u"ScreenUpdating"})
+           world.calls.lack(std::u16string(u"Application.") + member);
        },
        false,
        {}},
   };
   for (const Case& each : cases) {
     SCOPED_TRACE(each.what);
-    WordToEdit word;
-    each.prepare(word);
-    EXPECT_EQ(word.callsOfPass(each.seen), each.set);
+    const WordSession session;
+    each.prepare(WordSession::world());
+    pass(session, each.seen);
+    EXPECT_EQ(linesSet(), each.set);
   }
 }
 
 /// Set, and yet refused: what the screen was is given back all the same.
 TEST(Batch, GivesTheScreenBackThatCouldNotBeSet) {
-  WordToEdit word;
-  auto drawn = std::make_shared<VARIANT_BOOL>(VARIANT_TRUE);
-  word.application->on(L"ScreenUpdating", [drawn](auto& arguments, VARIANT& result, EXCEPINFO&) {
-    result.vt = VT_BOOL;
-    result.boolVal = *drawn;
-    if (arguments.empty()) return S_OK;
-    *drawn = arguments[0].boolVal;
-    return *drawn == VARIANT_TRUE ? S_OK : E_FAIL;
-  });
-  word.callsOfPass(false);
-  EXPECT_EQ(*drawn, VARIANT_TRUE);
+  const WordSession session;
+  bool& drawn = WordSession::world().screenUpdating;
+  WordSession::calls().on(u"put Application.ScreenUpdating",
+                          [&](const Arguments& given, VARIANT&, EXCEPINFO&) {
+                            drawn = given.flag(0);
+                            return drawn ? S_OK : E_FAIL;
+                          });
+  pass(session, false);
+  EXPECT_TRUE(drawn);
 }
 
 TEST(Batch, IsDrawnBehindQuestions) {
-  WordToEdit word;
-  const auto application = word.connected();
-  EXPECT_EQ(application->showEdits(), nullptr) << "nothing is hidden";
-  const auto edits = application->beginEdits(false);
-  application->showEdits();
-  const CallLog set = {kDraw + "0", kDraw + "-1", kDraw + "0"};
-  CallLog drawn;
-  for (const std::string& call : *word.log) {
-    if (call.starts_with(kDraw)) drawn.push_back(call);
-  }
-  EXPECT_EQ(drawn, set);
+  const WordSession session;
+  const auto word = session.word();
+  EXPECT_EQ(word->showEdits(), nullptr) << "nothing is hidden";
+  auto edits = word->beginEdits(false);
+  word->showEdits();
+  EXPECT_EQ(linesSet(), (Lines{kKeepBlanks, kHide, kDraw, kHide}));
+  edits.reset();
+  EXPECT_EQ(word->showEdits(), nullptr) << "nothing is hidden any more";
 }
 
 }  // namespace

@@ -1,123 +1,129 @@
 #include "errors/fault.h"
-#include "scripted_word.h"
+#include "word_stand_in/word_session.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 
 namespace pluvo::word_com {
 namespace {
 
-/// The type of every argument is part of what a call is.
-TEST(Calls, PassTheTypesThatWordDeclares) {
-  const std::string fifteen = [] {
-    std::string list = "missing";
-    for (int i = 1; i < 15; ++i) list += ", missing";
-    return list;
-  }();
+using stand_in::Arguments;
+using stand_in::WordSession;
+
+/// A Word with a document, a file that is not open, and a range with its find.
+struct Reached {
+  WordSession session;
+  std::shared_ptr<stand_in::OpenDocument> open = WordSession::document(u"One two. Three four.");
+  std::shared_ptr<word::Application> word = session.word();
+  std::shared_ptr<word::Document> document = word->ActiveDocument();
+  std::shared_ptr<word::Range> range = document->Range(4, 9);
+  std::shared_ptr<word::Find> find = range->Find();
+};
+
+std::string missing(int count) {
+  std::string list = "missing";
+  for (int i = 1; i < count; ++i) list += ", missing";
+  return list;
+}
+
+/// The type of every argument is part of what a call is: Word's own VARIANT parameters are 32-bit integers
+/// or, given by reference, 16-bit ones; truth is -1 and 0; what is left out is missing.
+TEST(Calls, HaveTheTypesThatWordDeclares) {
   std::int16_t narrow = 7;
   struct Case {
-    std::function<void(word::Range&)> call;
+    std::function<void(Reached&)> call;
     std::string logged;
   };
   const Case cases[] = {
-      {[](word::Range& range) { range.Start(70000); }, "Range.Start = I4 70000"},
-      {[](word::Range& range) { range.SetRange(1, 2); }, "Range.SetRange(I4 1, I4 2)"},
-      {[](word::Range& range) { range.MoveEnd(word::wdCharacter, 3); }, "Range.MoveEnd(I4 1, I4 3)"},
-      {[&](word::Range& range) { range.MoveEnd(word::wdWord, &narrow); }, "Range.MoveEnd(I4 2, I2& 7)"},
-      {[](word::Range& range) { range.Delete(); }, "Range.Delete(missing, missing)"},
-      {[](word::Range& range) { range.HighlightColorIndex(7); }, "Range.HighlightColorIndex = I4 7"},
-      {[](word::Range& range) { range.InsertAfter(std::u16string(u"a\0b", 3)); },
-       "Range.InsertAfter(BSTR a?b)"},
-      {[](word::Range& range) { range.InsertBefore(u""); }, "Range.InsertBefore(BSTR )"},
-      {[](word::Range& range) { range.Select(); }, "Range.Select()"},
-      {[](word::Range& range) { range.Find()->MatchCase(true); }, "Find.MatchCase = BOOL -1"},
-      {[](word::Range& range) { range.Find()->Forward(false); }, "Find.Forward = BOOL 0"},
-      {[](word::Range& range) { range.Find()->Wrap(word::wdFindStop); }, "Find.Wrap = I4 0"},
-      {[](word::Range& range) {
-         const auto find = range.Find();
-         find->Text(u"x");
-         find->Execute();
+      {[](Reached& r) { r.document->Range(2, 3); }, "call Document.Range(VT_I4 2, VT_I4 3)"},
+      {[](Reached& r) { r.range->Start(8); }, "put Range.Start(VT_I4 8)"},
+      {[](Reached& r) { r.range->End(8); }, "put Range.End(VT_I4 8)"},
+      {[](Reached& r) { r.range->SetRange(1, 2); }, "call Range.SetRange(VT_I4 1, VT_I4 2)"},
+      {[](Reached& r) { r.range->Text(u"a\r\nb"); }, "put Range.Text(VT_BSTR \"a<13>b\")"},
+      {[](Reached& r) { r.range->MoveStart(word::wdSentence, -1); },
+       "call Range.MoveStart(VT_I4 3, VT_I4 -1)"},
+      {[](Reached& r) { r.range->MoveEnd(word::wdCharacter, 3); }, "call Range.MoveEnd(VT_I4 1, VT_I4 3)"},
+      {[&](Reached& r) { r.range->MoveEnd(word::wdWord, &narrow); },
+       "call Range.MoveEnd(VT_I4 2, VT_BYREF|VT_I2 7)"},
+      {[](Reached& r) { r.range->Delete(); }, "call Range.Delete(missing, missing)"},
+      {[](Reached& r) { r.range->HighlightColorIndex(7); }, "put Range.HighlightColorIndex(VT_I4 7)"},
+      {[](Reached& r) { r.range->InsertAfter(std::u16string(u"a\0b\r\nc\nd\r\re", 11)); },
+       "call Range.InsertAfter(VT_BSTR \"a<0>b<13>c<13>d<13><13>e\")"},
+      {[](Reached& r) { r.range->InsertBefore(u"a\nb"); }, "call Range.InsertBefore(VT_BSTR \"a<13>b\")"},
+      {[](Reached& r) { r.range->Select(); }, "call Range.Select()"},
+      {[](Reached& r) { r.range->Characters().Count(); }, "get Range.Characters()"},
+      {[](Reached& r) { r.range->Words().Count(); }, "get Range.Words()"},
+      {[](Reached& r) { r.range->Sentences().Count(); }, "get Range.Sentences()"},
+      {[](Reached& r) { r.range->Paragraphs().Count(); }, "get Range.Paragraphs()"},
+      {[](Reached& r) { r.word->Selection()->SetRange(1, 2); }, "call Selection.SetRange(VT_I4 1, VT_I4 2)"},
+      {[](Reached& r) { r.find->ClearFormatting(); }, "call Find.ClearFormatting()"},
+      {[](Reached& r) { r.find->MatchCase(true); }, "put Find.MatchCase(VT_BOOL -1)"},
+      {[](Reached& r) { r.find->Forward(false); }, "put Find.Forward(VT_BOOL 0)"},
+      {[](Reached& r) { r.find->MatchWildcards(false); }, "put Find.MatchWildcards(VT_BOOL 0)"},
+      {[](Reached& r) { r.find->MatchSoundsLike(false); }, "put Find.MatchSoundsLike(VT_BOOL 0)"},
+      {[](Reached& r) { r.find->MatchAllWordForms(false); }, "put Find.MatchAllWordForms(VT_BOOL 0)"},
+      {[](Reached& r) { r.find->Wrap(word::wdFindStop); }, "put Find.Wrap(VT_I4 0)"},
+      {[](Reached& r) { r.find->Execute(); }, "call Find.Execute(" + missing(15) + ")"},
+      {[](Reached& r) { r.word->Documents()->Open(u"C:\\a.doc"); },
+       "call Documents.Open(VT_BSTR \"C:\\a.doc\", " + missing(15) + ")"},
+      {[](Reached& r) { r.word->Documents()->Item(1); }, "call Documents.Item(VT_I4 1)"},
+      {[](Reached& r) { r.document->WritePassword(u""); }, "put Document.WritePassword(VT_BSTR \"\")"},
+      {[](Reached& r) { r.document->Protect(word::wdAllowOnlyFormFields, u"key"); },
+       "call Document.Protect(VT_I4 2, missing, VT_BSTR \"key\", missing, missing)"},
+      {[](Reached& r) {
+         r.open->file.protection = word::wdAllowOnlyFormFields;
+         r.document->Unprotect(u"");
        },
-       "Find.Execute(" + fifteen + ")"},
+       "call Document.Unprotect(VT_BSTR \"\")"},
+      {[](Reached& r) { r.document->StoryRanges(word::wdMainTextStory); }, "call StoryRanges.Item(VT_I4 1)"},
+      {[](Reached& r) { r.document->Activate(); }, "call Document.Activate()"},
+      {[](Reached& r) { r.document->Close(true); }, "call Document.Close(VT_BOOL -1, missing, missing)"},
+      {[](Reached& r) { r.document->ActiveWindow()->View()->ShowFieldCodes(true); },
+       "put View.ShowFieldCodes(VT_BOOL -1)"},
+      {[](Reached& r) { r.word->Options()->DefaultFilePath(word::wdUserTemplatesPath); },
+       "get Options.DefaultFilePath(VT_I4 2)"},
   };
   for (const Case& each : cases) {
-    ScriptedWord word;
-    const auto range = word.rangeOver(4, 9);
-    EXPECT_EQ(word.log->back(), "Document.Range(I4 4, I4 9)");
-    each.call(*range);
-    EXPECT_THAT(*word.log, testing::Contains(each.logged)) << testing::PrintToString(*word.log);
+    Reached reached;
+    WordSession::world().fileAt(u"C:\\a.doc").text = u"a";
+    WordSession::calls().clear();
+    each.call(reached);
+    EXPECT_THAT(WordSession::lines(), testing::Contains(each.logged)) << WordSession::log();
   }
 }
 
-TEST(Calls, OfDocumentsToo) {
-  ScriptedWord word;
-  for (const wchar_t* method : {L"Protect", L"Unprotect", L"Close", L"WritePassword"})
-    word.document->accepts(method);
-  const auto options = ScriptedObject::make("Options", word.log);
-  options->answersText(L"DefaultFilePath", [] { return L"C:\\Templates"; });
-  word.application->answersObject(L"Options", [&] { return options.Get(); });
-  const auto documents = ScriptedObject::make("Documents", word.log);
-  documents->answersObject(L"Open", [&] { return word.document.Get(); });
-  word.application->answersObject(L"Documents", [&] { return documents.Get(); });
-
-  const auto application = word.connected();
-  const auto document = application->Documents()->Open(u"C:\\a.doc");
-  EXPECT_TRUE(word.log->back().starts_with("Documents.Open(BSTR C:\\a.doc, missing, missing"))
-      << word.log->back();
-  document->WritePassword(u"");
-  EXPECT_EQ(word.log->back(), "Document.WritePassword = BSTR ");
-  document->Protect(word::wdAllowOnlyFormFields, u"secret");
-  EXPECT_EQ(word.log->back(), "Document.Protect(I4 2, missing, BSTR secret, missing, missing)");
-  document->Close(true);
-  EXPECT_EQ(word.log->back(), "Document.Close(BOOL -1, missing, missing)");
-  EXPECT_EQ(application->Options()->DefaultFilePath(word::wdUserTemplatesPath), u"C:\\Templates");
-  EXPECT_EQ(word.log->back(), "Options.DefaultFilePath(I4 2)");
-}
-
-TEST(Calls, GiveWordOneMarkForALineEnd) {
-  ScriptedWord word;
-  std::wstring given;
-  word.rangeObject->on(L"InsertAfter", [&](auto& arguments, VARIANT&, EXCEPINFO&) {
-    given.assign(arguments[0].bstrVal, SysStringLen(arguments[0].bstrVal));
-    return S_OK;
-  });
-  word.rangeOver(0, 0)->InsertAfter(u"a\r\nb\nc\r\rd");
-  EXPECT_EQ(given, L"a\rb\rc\r\rd");
-}
-
 TEST(Calls, LeaveWhatAnEmptyRangeDoesNotHave) {
-  ScriptedWord word;
-  const auto range = word.rangeOver(3, 3);
-  EXPECT_EQ(range->Delete(), 0);
-  EXPECT_EQ(range->Characters().Count(), 0);
-  EXPECT_TRUE(word.calls("Range.Delete").empty());
+  const Reached reached;
+  reached.range->SetRange(3, 3);
+  EXPECT_EQ(reached.range->Delete(), 0);
+  EXPECT_EQ(reached.range->Characters().Count(), 0);
+  EXPECT_EQ(reached.open->allText(), u"One two. Three four.\r");
 }
 
 TEST(Calls, AskForAnIdOnce) {
-  ScriptedWord word;
-  const auto range = word.rangeOver(0, 0);
-  range->SetRange(1, 1);
-  const int asked = word.rangeObject->idQuestions;
-  range->SetRange(2, 2);
-  EXPECT_EQ(word.rangeObject->idQuestions, asked);
+  const Reached reached;
+  reached.range->SetRange(1, 1);
+  const std::int32_t asked = WordSession::calls().idQuestions;
+  reached.range->SetRange(2, 2);
+  EXPECT_EQ(WordSession::calls().idQuestions, asked);
 }
 
 TEST(Calls, ReadWhatWordAnswersInOtherTypes) {
-  ScriptedWord word;
-  const auto range = word.rangeOver(0, 0);
-  word.rangeObject->on(L"Start", [](auto&, VARIANT& result, EXCEPINFO&) {
-    result.vt = VT_I2;
-    result.iVal = 12;
-    return S_OK;
-  });
-  EXPECT_EQ(range->Start(), 12);
-  word.rangeObject->on(L"Text", [](auto&, VARIANT& result, EXCEPINFO&) {
-    result.vt = VT_NULL;
-    return S_OK;
-  });
-  EXPECT_EQ(range->Text(), u"");
+  const Reached reached;
+  const auto answering = [](VARTYPE type) {
+    return [type](const Arguments&, VARIANT& result, EXCEPINFO&) {
+      result.vt = type;
+      result.lVal = 0x10000 + 12;
+      return S_OK;
+    };
+  };
+  WordSession::calls().on(u"get Range.Start", answering(VT_I2));
+  EXPECT_EQ(reached.range->Start(), 12);
+  WordSession::calls().on(u"get Range.Text", answering(VT_NULL));
+  EXPECT_EQ(reached.range->Text(), u"");
 }
 
 }  // namespace

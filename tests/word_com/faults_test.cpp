@@ -1,20 +1,23 @@
-#include "errors/fault.h"
 #include "fault.h"
-#include "scripted_word.h"
+#include "word_stand_in/word_session.h"
 
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <utility>
 
 namespace pluvo::word_com {
 namespace {
 
-errors::Fault faultIn(const ScriptedObject::Member& script) {
-  ScriptedWord word;
-  const auto range = word.rangeOver(0, 1);
-  word.rangeObject->on(L"InsertAfter", script);
+using stand_in::Arguments;
+using stand_in::CallBook;
+using stand_in::WordSession;
+
+const std::u16string kInsert = u"call Range.InsertAfter";
+
+errors::Fault faultOf(const std::function<void()>& work) {
   try {
-    range->InsertAfter(u"x");
+    work();
   } catch (const errors::Fault& fault) {
     return fault;
   }
@@ -22,46 +25,55 @@ errors::Fault faultIn(const ScriptedObject::Member& script) {
   return {};
 }
 
-HRESULT refuse(EXCEPINFO& exception, SCODE code) {
-  exception.scode = code;
-  exception.bstrDescription =
-      SysAllocString(L"You are not allowed to edit this selection because it is protected.");
-  exception.bstrSource = SysAllocString(L"Microsoft Word");
-  exception.bstrHelpFile = SysAllocString(L"wdmain11.chm");
-  exception.dwHelpContext = 25421;
-  return DISP_E_EXCEPTION;
+/// A range of a Word that answers so when text is put in behind it.
+class Inserting {
+ public:
+  explicit Inserting(CallBook::Script script) { WordSession::calls().on(kInsert, std::move(script)); }
+  void insert() { range_->InsertAfter(u"x"); }
+
+ private:
+  WordSession session_;
+  std::shared_ptr<stand_in::OpenDocument> document_ = WordSession::document(u"text");
+  std::shared_ptr<word::Range> range_ = session_.word()->ActiveDocument()->Range(0, 1);
+};
+
+errors::Fault faultIn(CallBook::Script script) {
+  Inserting inserting(std::move(script));
+  return faultOf([&] { inserting.insert(); });
 }
 
-constexpr SCODE kProtected = static_cast<SCODE>(0x800A17EC);
+constexpr auto kProtected = static_cast<HRESULT>(0x800A17EC);
 
 HRESULT STDAPICALLTYPE fillIn(EXCEPINFO* exception) {
-  refuse(*exception, kProtected);
+  exception->scode = kProtected;
+  exception->bstrDescription =
+      SysAllocString(L"You are not allowed to edit this selection because it is protected.");
+  exception->bstrSource = SysAllocString(L"Microsoft Word");
+  exception->bstrHelpFile = SysAllocString(L"wdmain11.chm");
+  exception->dwHelpContext = 25421;
   return S_OK;
 }
 
-void expectProtected(const errors::Fault& fault) {
-  EXPECT_EQ(fault.number, 6124);
-  EXPECT_EQ(fault.description, u"You are not allowed to edit this selection because it is protected.");
-  EXPECT_EQ(fault.source, u"Microsoft Word (Range.InsertAfter)");
-  EXPECT_EQ(fault.helpFile, u"wdmain11.chm");
-  EXPECT_EQ(fault.helpContext, 25421);
-}
-
 TEST(Faults, SayWhatWordSays) {
-  expectProtected(
-      faultIn([](auto&, VARIANT&, EXCEPINFO& exception) { return refuse(exception, kProtected); }));
-  expectProtected(faultIn([](auto&, VARIANT&, EXCEPINFO& exception) {
-    exception.pfnDeferredFillIn = fillIn;
-    return DISP_E_EXCEPTION;
-  }));
+  for (const bool deferred : {false, true}) {
+    const errors::Fault fault = faultIn([=](const Arguments&, VARIANT&, EXCEPINFO& exception) {
+      if (deferred) {
+        exception.pfnDeferredFillIn = fillIn;
+      } else {
+        fillIn(&exception);
+      }
+      return DISP_E_EXCEPTION;
+    });
+    EXPECT_EQ(fault.number, 6124);
+    EXPECT_EQ(fault.description, u"You are not allowed to edit this selection because it is protected.");
+    EXPECT_EQ(fault.source, u"Microsoft Word (Range.InsertAfter)");
+    EXPECT_EQ(fault.helpFile, u"wdmain11.chm");
+    EXPECT_EQ(fault.helpContext, 25421);
+  }
 }
 
 TEST(Faults, HaveTheRunTimesNumbers) {
-  struct Case {
-    HRESULT status;
-    std::int32_t number;
-  };
-  const Case cases[] = {
+  constexpr std::pair<HRESULT, std::int32_t> kCases[] = {
       {static_cast<HRESULT>(0x800A1066), 4198},
       {static_cast<HRESULT>(0x800A156D), 5485},
       {DISP_E_MEMBERNOTFOUND, 438},
@@ -72,24 +84,26 @@ TEST(Faults, HaveTheRunTimesNumbers) {
       {static_cast<HRESULT>(0x800706BA), 462},
       {E_NOTIMPL, static_cast<std::int32_t>(E_NOTIMPL)},
   };
-  for (const Case& each : cases) {
-    const errors::Fault plain = faultIn([&](auto&, VARIANT&, EXCEPINFO&) { return each.status; });
-    EXPECT_EQ(plain.number, each.number);
+  for (const auto& [status, number] : kCases) {
+    const errors::Fault plain =
+        faultIn([status = status](const Arguments&, VARIANT&, EXCEPINFO&) { return status; });
+    EXPECT_EQ(plain.number, number);
     EXPECT_EQ(plain.source, u"Range.InsertAfter");
     EXPECT_FALSE(plain.description.empty());
-    const errors::Fault raised = faultIn([&](auto&, VARIANT&, EXCEPINFO& exception) {
-      exception.scode = each.status;
+    const errors::Fault raised = faultIn([status = status](const Arguments&, VARIANT&, EXCEPINFO& exception) {
+      exception.scode = status;
       return DISP_E_EXCEPTION;
     });
-    EXPECT_EQ(raised.number, each.number);
+    EXPECT_EQ(raised.number, number);
   }
-  const errors::Fault numbered = faultIn([](auto&, VARIANT&, EXCEPINFO& exception) {
-    exception.wCode = 5155;
-    return DISP_E_EXCEPTION;
-  });
-  EXPECT_EQ(numbered.number, 5155);
-  const errors::Fault unnumbered = faultIn([](auto&, VARIANT&, EXCEPINFO&) { return DISP_E_EXCEPTION; });
-  EXPECT_EQ(numbered.description, unnumbered.description) << "not that all went well";
+  const auto withCode = [](WORD code) {
+    return faultIn([=](const Arguments&, VARIANT&, EXCEPINFO& exception) {
+      exception.wCode = code;
+      return DISP_E_EXCEPTION;
+    });
+  };
+  EXPECT_EQ(withCode(5155).number, 5155);
+  EXPECT_EQ(withCode(5155).description, withCode(0).description) << "not that all went well";
 }
 
 void leaveErrorObject() {
@@ -104,21 +118,15 @@ void leaveErrorObject() {
 TEST(Faults, BelieveNoErrorObjectThatIsNotOfTheCall) {
   for (const bool leaves : {false, true}) {
     for (const bool inCall : {false, true}) {
-      ScriptedWord word;
-      const auto range = word.rangeOver(0, 1);
-      word.rangeObject->leavesErrors = leaves;
-      word.rangeObject->on(L"InsertAfter", [&](auto&, VARIANT&, EXCEPINFO&) {
+      Inserting inserting([=](const Arguments&, VARIANT&, EXCEPINFO&) {
         if (inCall) leaveErrorObject();
         return static_cast<HRESULT>(0x800A11FD);
       });
+      WordSession::calls().leavesErrors = leaves;
       leaveErrorObject();
-      try {
-        range->InsertAfter(u"x");
-        ADD_FAILURE() << "no fault";
-      } catch (const errors::Fault& fault) {
-        EXPECT_EQ(fault.description == u"of another call", leaves && inCall);
-        EXPECT_EQ(fault.number, 4605);
-      }
+      const errors::Fault fault = faultOf([&] { inserting.insert(); });
+      EXPECT_EQ(fault.description == u"of another call", leaves && inCall);
+      EXPECT_EQ(fault.number, 4605);
     }
   }
   SetErrorInfo(0, nullptr);
@@ -126,31 +134,23 @@ TEST(Faults, BelieveNoErrorObjectThatIsNotOfTheCall) {
 
 TEST(Faults, OfAWordThatIsBusyComeAfterAWhile) {
   for (const HRESULT busy : {RPC_E_CALL_REJECTED, RPC_E_SERVERCALL_RETRYLATER}) {
-    ScriptedWord word;
-    const auto range = word.rangeOver(0, 1);
     int calls = 0;
-    word.rangeObject->on(L"InsertAfter",
-                         [&](auto&, VARIANT&, EXCEPINFO&) { return ++calls < 4 ? busy : S_OK; });
-    range->InsertAfter(u"x");
+    Inserting inserting([&](const Arguments&, VARIANT&, EXCEPINFO&) { return ++calls < 4 ? busy : S_OK; });
+    inserting.insert();
     EXPECT_EQ(calls, 4);
   }
-  const errors::Fault fault = faultIn([](auto&, VARIANT&, EXCEPINFO&) { return RPC_E_CALL_REJECTED; });
+  const errors::Fault fault =
+      faultIn([](const Arguments&, VARIANT&, EXCEPINFO&) { return RPC_E_CALL_REJECTED; });
   EXPECT_TRUE(fault.description.starts_with(u"Word is busy"));
 }
 
 TEST(Faults, TellOfMembersAndObjectsThatAreNotThere) {
-  ScriptedWord word;
-  const auto number = [](const std::function<void()>& work) {
-    try {
-      work();
-    } catch (const errors::Fault& fault) {
-      return fault.number;
-    }
-    return std::int32_t{0};
-  };
-  EXPECT_EQ(number([&] { word.connected()->PathSeparator(); }), kNoSuchMember);
-  word.application->answersObject(L"ActiveDocument", [] { return nullptr; });
-  EXPECT_EQ(number([&] { word.connected()->ActiveDocument(); }), errors::kObjectNotSet);
+  const WordSession session;
+  WordSession::calls().lack(u"Application.PathSeparator");
+  EXPECT_EQ(faultOf([&] { session.word()->PathSeparator(); }).number, kNoSuchMember);
+  WordSession::calls().on(u"get Application.ActiveDocument",
+                          [](const Arguments&, VARIANT&, EXCEPINFO&) { return S_OK; });
+  EXPECT_EQ(faultOf([&] { session.word()->ActiveDocument(); }).number, errors::kObjectNotSet);
 }
 
 }  // namespace

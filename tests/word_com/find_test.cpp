@@ -1,9 +1,43 @@
-#include "scripted_word.h"
+#include "range.h"
+#include "word_stand_in/word_session.h"
 
 #include <gtest/gtest.h>
 
+#include <deque>
+
 namespace pluvo::word_com {
 namespace {
+
+using stand_in::Arguments;
+using stand_in::WordSession;
+
+/// A range of a document in a Word whose finds find what the test says, one after the other, then nothing.
+struct Searched {
+  WordSession session;
+  std::shared_ptr<stand_in::OpenDocument> document;
+  std::shared_ptr<word::Range> range;
+
+  Searched(const std::u16string& text, Span span, std::deque<Span> matches = {})
+      : document(WordSession::document(text)),
+        range(session.word()->ActiveDocument()->Range(span.start, span.end)) {
+    WordSession::calls().on(u"call Find.Execute",
+                            [=, this](const Arguments&, VARIANT& result, EXCEPINFO&) mutable {
+                              result.vt = VT_BOOL;
+                              result.boolVal = matches.empty() ? VARIANT_FALSE : VARIANT_TRUE;
+                              if (matches.empty()) return S_OK;
+                              range->SetRange(matches.front().start, matches.front().end);
+                              matches.pop_front();
+                              return S_OK;
+                            });
+  }
+  Span span() const { return {range->Start(), range->End()}; }
+  /// The calls of that member, in their order.
+  static std::vector<std::string> calls(const std::string& member) {
+    std::vector<std::string> found = WordSession::lines();
+    std::erase_if(found, [&](const std::string& line) { return !line.starts_with(member); });
+    return found;
+  }
+};
 
 struct Asked {
   std::u16string text;
@@ -109,17 +143,23 @@ TEST(ComFind, TakesOfWordsMatchesThoseThatAreTheText) {
        true,
        {10, 13},
        3},
+      {"a range that is longer than its text, which Word does not find",
+       u"\x13 DATE \x14"
+       u"Monday\x15",
+       {u"Monday"},
+       {0, 15},
+       {},
+       true,
+       {0, 15},
+       1},
       {"the whole range, but not a whole word", u"abc", {u"b", false, true}, {1, 2}, {}, false, {1, 2}, 1},
   };
   for (const Case& each : cases) {
     SCOPED_TRACE(each.what);
-    ScriptedWord word;
-    word.text = each.document;
-    word.matches = each.matches;
-    const auto range = word.rangeOver(each.range.start, each.range.end);
-    EXPECT_EQ(executed(*range, each.asked), each.found);
-    EXPECT_EQ(word.range, each.left) << word.range.start << ".." << word.range.end;
-    EXPECT_EQ(word.calls("Find.Execute").size(), each.executions);
+    const Searched searched(each.document, each.range, each.matches);
+    EXPECT_EQ(executed(*searched.range, each.asked), each.found);
+    EXPECT_EQ(searched.span(), each.left) << searched.span().start << ".." << searched.span().end;
+    EXPECT_EQ(Searched::calls("call Find.Execute").size(), each.executions);
   }
 }
 
@@ -134,37 +174,41 @@ TEST(ComFind, WritesTheTextSoThatWordTakesItLiterally) {
       {u"2^p?", "2^^p?", false},
       {u"2p", "2p", true},
       {std::u16string(255, u'a'), longest, true},
+      {std::u16string(256, u'a'), longest, false},
       {std::u16string(254, u'a') + u"^", longest.substr(1), false},
       {std::u16string(253, u'a') + u"^", longest.substr(2) + "^^", false},
       {std::u16string(254, u'a') + u"\U0001F600", longest.substr(1), false},
   };
   for (const Written& each : cases) {
     SCOPED_TRACE(each.text);
-    ScriptedWord word;
-    const auto range = word.rangeOver(0, 0);
-    executed(*range, {each.asked, true, true});
-    EXPECT_EQ(word.calls("Find.Text"), CallLog{"Find.Text = BSTR " + each.text});
+    const Searched searched(u"a", {0, 0});
+    const auto find = searched.range->Find();
+    // In this order too: which text it is decides.
+    find->MatchWholeWord(true);
+    find->Text(each.asked);
+    EXPECT_EQ(Searched::calls("put Find.Text"), std::vector{"put Find.Text(VT_BSTR \"" + each.text + "\")"});
     // The end of a part of the text need not be the end of a word, and only of one word Word sees to the
     // ends.
-    EXPECT_EQ(word.calls("Find.MatchWholeWord").back(),
-              each.wholeWord ? "Find.MatchWholeWord = BOOL -1" : "Find.MatchWholeWord = BOOL 0");
+    EXPECT_EQ(Searched::calls("put Find.MatchWholeWord").back(),
+              each.wholeWord ? "put Find.MatchWholeWord(VT_BOOL -1)" : "put Find.MatchWholeWord(VT_BOOL 0)");
   }
 }
 
 TEST(ComFind, ForgetsWhatADialogLeftWhereWordHasIt) {
-  ScriptedWord word;
-  word.find->keeps(L"IgnorePunct", VARIANT_TRUE);
-  word.find->keeps(L"MatchFuzzy", VARIANT_FALSE);
-  word.find->keeps(L"MatchByte", VARIANT_FALSE);
-  word.find->on(L"MatchKashida",
-                [](auto&, VARIANT&, EXCEPINFO&) { return static_cast<HRESULT>(0x800A11FD); });
-  const auto range = word.rangeOver(0, 0);
-  executed(*range, {u"a"});
-  const auto set = [&](const std::string& member) { return word.calls("Find." + member).back(); };
-  EXPECT_EQ(set("IgnorePunct"), "Find.IgnorePunct = BOOL 0");
-  EXPECT_EQ(set("MatchFuzzy"), "Find.MatchFuzzy") << "it is so already";
-  EXPECT_EQ(set("MatchByte"), "Find.MatchByte = BOOL -1");
-  EXPECT_EQ(set("MatchKashida"), "Find.MatchKashida") << "it cannot be set";
+  Searched searched(u"a", {0, 0});
+  auto& left = WordSession::world().dialogFind.flags;
+  left[u"IgnorePunct"] = true;
+  left[u"MatchByte"] = false;
+  left[u"MatchKashida"] = true;
+  WordSession::calls().refuse(u"get Find.MatchKashida", 4605);
+  // A range's find begins with what the dialog's has.
+  searched.range = searched.session.word()->ActiveDocument()->Range(0, 0);
+  executed(*searched.range, {u"a"});
+  const auto set = [&](const std::string& member) { return Searched::calls("put Find." + member); };
+  EXPECT_EQ(set("IgnorePunct"), std::vector<std::string>{"put Find.IgnorePunct(VT_BOOL 0)"});
+  EXPECT_EQ(set("MatchByte"), std::vector<std::string>{"put Find.MatchByte(VT_BOOL -1)"});
+  EXPECT_TRUE(set("MatchFuzzy").empty()) << "it is so already";
+  EXPECT_TRUE(set("MatchKashida").empty()) << "it cannot be set";
 }
 
 }  // namespace

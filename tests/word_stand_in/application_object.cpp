@@ -1,211 +1,174 @@
+#include "objects.h"
 #include "word/enums.h"
-#include "word_objects.h"
+#include "word/faults.h"
 
+#include <algorithm>
+#include <memory>
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace pluvo::stand_in {
 namespace {
 
-WordError missingMember() { return {5941, u"The requested member of the collection does not exist."}; }
+World& world() { return World::instance(); }
 
-Value document(GlobalObject&, const Arguments& given) {
-  auto& open = TextObject::world().documents;
-  if (!given.isText(0)) {
-    if (given.number(0) < 1 || given.number(0) > static_cast<std::int32_t>(open.size()))
-      throw missingMember();
-    return make<DocumentObject>(open[static_cast<std::size_t>(given.number(0)) - 1]);
+Handle object(std::u16string_view name, std::vector<Member> members) {
+  return new Object(name, std::move(members), &world().calls);
+}
+
+/// A property that is on or off.
+std::vector<Member> flag(const std::u16string& name, bool& value) {
+  return {{u"get " + name, [&value] { return value; }},
+          {u"put " + name, [&value](const Arguments& given) { value = given.flag(0); }}};
+}
+
+Handle documents() {
+  return object(
+      u"Documents",
+      {
+          {u"get Count", [] { return static_cast<std::int32_t>(world().documents.size()); }},
+          {u"call Item",
+           [](const Arguments& given) {
+             const auto index = static_cast<std::size_t>(given.number(0)) - 1;
+             if (index >= world().documents.size()) throw refusal(word::kMemberMissing);
+             return documentObject(world().documents[index]);
+           }},
+          {u"call Open", [](const Arguments& given) { return documentObject(world().open(given.text(0))); }},
+      });
+}
+
+Handle options() {
+  auto members = flag(u"SmartCutPaste", world().smartCutPaste);
+  members.emplace_back(u"get DefaultFilePath", [](const Arguments& given) {
+    const auto set = world().defaultPaths.find(given.number(0));
+    return set == world().defaultPaths.end() ? u"C:\\Templates" : set->second;
+  });
+  return object(u"Options", std::move(members));
+}
+
+Handle undoRecord() {
+  return object(u"UndoRecord", {
+                                   {u"get IsRecordingCustomRecord", [] { return world().undoLevel > 0; }},
+                                   {u"call StartCustomRecord",
+                                    [](const Arguments& given) {
+                                      if (world().undoLevel++ == 0) world().undoRecord = given.text(0);
+                                    }},
+                                   // Without a record there is nothing to end, and Word says nothing.
+                                   {u"call EndCustomRecord",
+                                    [] {
+                                      if (world().undoLevel == 0 || --world().undoLevel > 0) return;
+                                      if (!world().documents.empty())
+                                        world().active()->undoRecords.push_back(world().undoRecord);
+                                    }},
+                               });
+}
+
+IDispatch* running = nullptr;
+
+/// Held weakly, so that being in the table keeps nothing alive.
+class InTable {
+ public:
+  explicit InTable(IDispatch* application) {
+    running = application;
+    RegisterActiveObject(application, kWordClass, ACTIVEOBJECT_WEAK, &registration_);
   }
-  for (const auto& each : open) {
-    if (each->name() == given.text(0) || each->path == given.text(0)) return make<DocumentObject>(each);
+  InTable(const InTable&) = delete;
+  InTable& operator=(const InTable&) = delete;
+  ~InTable() {
+    RevokeActiveObject(registration_, nullptr);
+    running = nullptr;
   }
-  throw missingMember();
-}
 
-Value openDocument(GlobalObject&, const Arguments& given) {
-  if (given.text(0).empty()) throw WordError{5152, u"This is not a valid file name."};
-  const bool readOnly = given.given(2) && given.flag(2);
-  const bool revert = given.given(6) && given.flag(6);
-  auto opened =
-      TextObject::world().open(given.text(0), given.textIfGiven(4), given.textIfGiven(7), readOnly, revert);
-  opened->windowVisible = !given.given(11) || given.flag(11);
-  return make<DocumentObject>(std::move(opened));
-}
-
-std::vector<Parameter> openParameters() {
-  return {variant(u"FileName", Type::text),
-          optional(u"ConfirmConversions", Type::flag),
-          optional(u"ReadOnly", Type::flag),
-          optional(u"AddToRecentFiles", Type::flag),
-          optional(u"PasswordDocument", Type::text),
-          optional(u"PasswordTemplate", Type::text),
-          optional(u"Revert", Type::flag),
-          optional(u"WritePasswordDocument", Type::text),
-          optional(u"WritePasswordTemplate", Type::text),
-          optional(u"Format", Type::number),
-          optional(u"Encoding", Type::number),
-          optional(u"Visible", Type::flag),
-          optional(u"OpenAndRepair", Type::flag),
-          optional(u"DocumentDirection", Type::number),
-          optional(u"NoEncodingDialog", Type::flag),
-          optional(u"XMLTransform", Type::text)};
-}
-
-std::u16string defaultPath(std::int32_t kind) {
-  const auto& set = TextObject::world().defaultPaths;
-  const auto found = set.find(kind);
-  if (found != set.end()) return found->second;
-  if (kind < 0) throw WordError{4608, u"Value out of range"};
-  return kind == word::wdUserTemplatesPath ? u"C:\\Templates" : u"C:\\Documents";
-}
-
-Value startRecord(GlobalObject&, const Arguments& given) {
-  World& world = TextObject::world();
-  if (world.undoLevel++ == 0) world.undoRecord = given.text(0);
-  return {};
-}
-
-/// Without a record there is nothing to end, and Word says nothing.
-Value endRecord(GlobalObject&, const Arguments&) {
-  World& world = TextObject::world();
-  if (world.undoLevel == 0 || --world.undoLevel > 0) return {};
-  if (!world.documents.empty()) world.active()->undoRecords.push_back(world.undoRecord);
-  world.undoRecord.clear();
-  return {};
-}
-
-ApplicationObject* running = nullptr;
+ private:
+  DWORD registration_ = 0;
+};
 
 }  // namespace
 
-Held<ApplicationObject> ApplicationObject::instance() {
-  if (running != nullptr) return Held<ApplicationObject>(running);
-  auto made = make<ApplicationObject>();
-  running = made.get();
-  // Held weakly, so that being in the table keeps nothing alive.
-  RegisterActiveObject(made.get(), kWordClass, ACTIVEOBJECT_WEAK, &made->registration_);
+Handle application() {
+  if (running != nullptr) return running;
+  // Goes with the object, whose members hold it.
+  const auto entry = std::make_shared<std::unique_ptr<InTable>>();
+  auto members = flag(u"ScreenUpdating", world().screenUpdating);
+  members.insert(members.end(), {
+                                    {u"get ActiveDocument", [] { return documentObject(world().active()); }},
+                                    {u"get Selection", [] { return selectionObject(world().active()); }},
+                                    {u"get Documents", documents},
+                                    {u"get Options", options},
+                                    {u"get UndoRecord", undoRecord},
+                                    {u"get PathSeparator", [entry] { return std::u16string(u"\\"); }},
+                                    {u"put Visible", [] { ShowWindow(world().window(), SW_SHOW); }},
+                                });
+  const Handle made = object(u"Application", std::move(members));
+  *entry = std::make_unique<InTable>(made.Get());
   return made;
 }
 
-ApplicationObject::~ApplicationObject() {
-  if (registration_ != 0) RevokeActiveObject(registration_, nullptr);
-  running = nullptr;
+Handle documentObject(const Document& document) {
+  // Error 5825 once it is closed.
+  const auto open = [document]() -> OpenDocument& { return document->model(), *document; };
+  return object(u"Document",
+                {
+                    {u"call Range",
+                     [=](const Arguments& given) {
+                       const text::Position start = given.number(0, 0);
+                       const text::Position end = given.number(1, open().length());
+                       open().requirePosition(start);
+                       open().requirePosition(end);
+                       return rangeObject(document, {std::min(start, end), end});
+                     }},
+                    {u"get Name", [=] { return open().name(); }},
+                    {u"get Path", [=] { return open().path.substr(0, document->path.rfind(u'\\')); }},
+                    {u"get ReadOnly", [=] { return open().file.readOnly; }},
+                    {u"put WritePassword",
+                     [=](const Arguments& given) {
+                       open().file.writePassword = given.text(0);
+                       document->saved = false;
+                     }},
+                    {u"get ProtectionType", [=] { return open().file.protection; }},
+                    {u"call Protect",
+                     [=](const Arguments& given) {
+                       if (open().file.protection != word::wdNoProtection) throw refusal(word::kNotAvailable);
+                       document->file.protection = given.number(0);
+                       document->file.protectionPassword = given.text(2);
+                       document->saved = false;
+                     }},
+                    {u"call Unprotect",
+                     [=](const Arguments& given) {
+                       if (open().file.protection == word::wdNoProtection) throw refusal(word::kNotAvailable);
+                       if (document->file.protectionPassword != given.text(0))
+                         throw refusal(word::kProtectionPasswordWrong);
+                       document->file.protection = word::wdNoProtection;
+                       document->saved = false;
+                     }},
+                    {u"get StoryRanges",
+                     [=] {
+                       return object(u"StoryRanges", {{u"call Item", [=](const Arguments& given) {
+                                                         if (given.number(0) != word::wdMainTextStory)
+                                                           throw refusal(word::kMemberMissing);
+                                                         return rangeObject(document, {0, open().length()});
+                                                       }}});
+                     }},
+                    {u"get Saved", [=] { return open().saved; }},
+                    {u"call Close",
+                     [=](const Arguments& given) {
+                       if (given.flag(0) && !open().saved) world().save(*document);
+                       world().close(document);
+                     }},
+                    {u"call Activate", [=] { world().activate(document); }},
+                    {u"get ActiveWindow", [=] { return windowObject(document); }},
+                });
 }
 
-bool ApplicationObject::has(std::u16string_view name) const {
-  // Custom undo records are Word 2010's.
-  constexpr std::int32_t kWord2010 = 14;
-  return name != u"UndoRecord" || world().majorVersion() >= kWord2010;
-}
-
-const Interface& ApplicationObject::members() {
-  using A = ApplicationObject;
-  static const Interface kind{
-      u"Application",
-      {
-          member<A>(Verb::get, u"Name", {}, [](auto&, const auto&) -> Value { return u"Microsoft Word"; }),
-          member<A>(Verb::get, u"Version", {},
-                    [](auto& o, const auto&) -> Value { return o.world().version; }),
-          member<A>(Verb::get, u"Application", {}, [](auto& o, const auto&) -> Value { return Held<A>(&o); }),
-          member<A>(Verb::get, u"ActiveDocument", {},
-                    [](auto& o, const auto&) -> Value { return make<DocumentObject>(o.world().active()); }),
-          member<A>(Verb::get, u"ActiveWindow", {},
-                    [](auto& o, const auto&) -> Value {
-                      return make<PartObject>(PartObject::window(), o.world().active());
-                    }),
-          member<A>(Verb::get, u"Selection", {},
-                    [](auto& o, const auto&) -> Value { return TextObject::selection(o.world().active()); }),
-          member<A>(
-              Verb::get, u"Documents", {},
-              [](auto&, const auto&) -> Value { return make<GlobalObject>(GlobalObject::documents()); }),
-          member<A>(Verb::get, u"Options", {},
-                    [](auto&, const auto&) -> Value { return make<GlobalObject>(GlobalObject::options()); }),
-          member<A>(
-              Verb::get, u"UndoRecord", {},
-              [](auto&, const auto&) -> Value { return make<GlobalObject>(GlobalObject::undoRecord()); }),
-          member<A>(Verb::get, u"PathSeparator", {}, [](auto&, const auto&) -> Value { return u"\\"; }),
-          member<A>(Verb::get, u"ScreenUpdating", {},
-                    [](auto& o, const auto&) -> Value { return o.world().screenUpdating; }),
-          member<A>(Verb::put, u"ScreenUpdating", {flag(u"Value")},
-                    [](auto& o, const auto& a) -> Value {
-                      o.world().screenUpdating = a.flag(0);
-                      return {};
-                    }),
-          member<A>(Verb::get, u"Visible", {},
-                    [](auto& o, const auto&) -> Value { return o.world().visible; }),
-          member<A>(Verb::put, u"Visible", {flag(u"Value")},
-                    [](auto& o, const auto& a) -> Value {
-                      o.world().visible = a.flag(0);
-                      ShowWindow(o.world().window(), a.flag(0) ? SW_SHOW : SW_HIDE);
-                      return {};
-                    }),
-          member<A>(Verb::call, u"Activate", {},
-                    [](auto& o, const auto&) -> Value {
-                      SetForegroundWindow(o.world().window());
-                      return {};
-                    }),
-      },
-      u"Name"};
-  return kind;
-}
-
-const Interface& GlobalObject::documents() {
-  using G = GlobalObject;
-  static const Interface kind{
-      u"Documents",
-      {
-          member<G>(Verb::get, u"Count", {},
-                    [](auto& o, const auto&) -> Value {
-                      return static_cast<std::int32_t>(o.world().documents.size());
-                    }),
-          member<G>(Verb::call, u"Item", {variant(u"Index", Type::either)}, document),
-          member<G>(Verb::call, u"Open", openParameters(), openDocument),
-          member<G>(Verb::call, u"Add", {},
-                    [](auto& o, const auto&) -> Value {
-                      return make<DocumentObject>(o.world().add(u"Document1", StoredFile{}));
-                    }),
-      },
-      u"Item"};
-  return kind;
-}
-
-const Interface& GlobalObject::options() {
-  using G = GlobalObject;
-  static const Interface kind{
-      u"Options",
-      {
-          member<G>(Verb::get, u"DefaultFilePath", {number(u"Path")},
-                    [](auto&, const auto& a) -> Value { return defaultPath(a.number(0)); }),
-          member<G>(Verb::put, u"DefaultFilePath", {number(u"Path"), text(u"Value")},
-                    [](auto& o, const auto& a) -> Value {
-                      o.world().defaultPaths[a.number(0)] = a.text(1);
-                      return {};
-                    }),
-          member<G>(Verb::get, u"SmartCutPaste", {},
-                    [](auto& o, const auto&) -> Value { return o.world().smartCutPaste; }),
-          member<G>(Verb::put, u"SmartCutPaste", {flag(u"Value")},
-                    [](auto& o, const auto& a) -> Value {
-                      o.world().smartCutPaste = a.flag(0);
-                      return {};
-                    }),
-      }};
-  return kind;
-}
-
-const Interface& GlobalObject::undoRecord() {
-  using G = GlobalObject;
-  static const Interface kind{
-      u"UndoRecord",
-      {
-          member<G>(Verb::call, u"StartCustomRecord", {{u"Name", Type::text, false, true}}, startRecord),
-          member<G>(Verb::call, u"EndCustomRecord", {}, endRecord),
-          member<G>(Verb::get, u"IsRecordingCustomRecord", {},
-                    [](auto& o, const auto&) -> Value { return o.world().undoLevel > 0; }),
-          member<G>(Verb::get, u"CustomRecordName", {},
-                    [](auto& o, const auto&) -> Value { return o.world().undoRecord; }),
-          member<G>(Verb::get, u"CustomRecordLevel", {},
-                    [](auto& o, const auto&) -> Value { return o.world().undoLevel; }),
-      }};
-  return kind;
+Handle windowObject(const Document& document) {
+  document->model();
+  const auto view = [document] {
+    return object(u"View", {{u"put ShowFieldCodes", [document](const Arguments& given) {
+                               document->view = given.flag(0) ? text::View::codes : text::View::results;
+                             }}});
+  };
+  return object(u"Window", {{u"get View", view}, {u"get Application", application}});
 }
 
 }  // namespace pluvo::stand_in

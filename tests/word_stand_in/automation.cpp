@@ -1,7 +1,7 @@
 #include "automation.h"
 
-#include "arguments.h"
-#include "errors/fault.h"
+#include "call_book.h"
+#include "errors/text.h"
 
 #include <algorithm>
 #include <new>
@@ -16,26 +16,49 @@ BSTR newString(std::u16string_view text) {
   return string;
 }
 
-bool sameName(std::u16string_view name, LPCOLESTR other) {
-  const std::wstring wide(name.begin(), name.end());
-  return CompareStringOrdinal(wide.data(), static_cast<int>(wide.size()), other, -1, TRUE) == CSTR_EQUAL;
+std::u16string textOf(BSTR string) { return {string, string + SysStringLen(string)}; }
+
+/// Control characters by their numbers.
+std::u16string quoted(const std::u16string& text) {
+  std::u16string all;
+  for (const char16_t unit : text) {
+    all += unit < u' ' ? u"<" + errors::decimal(unit) + u">" : std::u16string(1, unit);
+  }
+  return u"\"" + all + u"\"";
 }
 
-void explain(EXCEPINFO* exception, HRESULT code, std::u16string_view text) {
-  if (exception == nullptr) return;
-  *exception = {};
-  exception->scode = code;
-  exception->bstrSource = newString(u"Microsoft Word");
-  exception->bstrDescription = newString(text);
-  exception->bstrHelpFile = newString(u"wdmain11.chm");
-  exception->dwHelpContext = static_cast<DWORD>(code & 0xFFFF) + 20000;
+std::u16string words(const VARIANT& variant) {
+  switch (variant.vt) {
+    case VT_I4:
+      return u"VT_I4 " + errors::decimal(variant.lVal);
+    case VT_BYREF | VT_I2:
+      return u"VT_BYREF|VT_I2 " + errors::decimal(*variant.piVal);
+    case VT_BOOL:
+      return u"VT_BOOL " + errors::decimal(variant.boolVal);
+    case VT_BSTR:
+      return u"VT_BSTR " + quoted(textOf(variant.bstrVal));
+    case VT_ERROR:
+      return variant.scode == DISP_E_PARAMNOTFOUND ? u"missing" : u"VT_ERROR";
+    default:
+      return u"VT_" + errors::decimal(variant.vt);
+  }
 }
 
-constexpr HRESULT codeOf(std::int32_t number) {
-  return static_cast<HRESULT>(0x800A0000U + static_cast<unsigned>(number));
+/// A member's id is that of its name, whatever it is a member of.
+std::vector<std::wstring>& namesById() {
+  static auto* const names = new std::vector<std::wstring>();
+  return *names;
+}
+
+bool isNamed(const Member& member, std::u16string_view name) {
+  return std::u16string_view(member.call).substr(member.call.find(u' ') + 1) == name;
 }
 
 }  // namespace
+
+errors::Fault refusal(std::int32_t number) {
+  return {number, u"Word's error " + errors::decimal(number), u"Microsoft Word"};
+}
 
 Value::Value(std::int32_t number) : Value() {
   variant_.vt = VT_I4;
@@ -52,19 +75,49 @@ Value::Value(const std::u16string& text) : Value() {
   variant_.vt = VT_BSTR;
 }
 
-Object::Object(const Interface& kind, Observer* observer) : kind_(kind), observer_(observer) {
-  if (observer_ != nullptr) observer_->born(kind_);
+Value::Value(const ComPtr<IDispatch>& object) : Value() {
+  variant_.vt = VT_DISPATCH;
+  object.CopyTo(&variant_.pdispVal);
+}
+
+VARIANT Arguments::changed(UINT i, VARTYPE type) const {
+  if (i >= given_.cArgs) throw Failure{DISP_E_BADPARAMCOUNT};
+  VARIANT changed;
+  VariantInit(&changed);
+  const HRESULT status = VariantChangeType(&changed, &given_.rgvarg[given_.cArgs - 1 - i], 0, type);
+  if (FAILED(status)) throw Failure{status};
+  return changed;
+}
+
+std::u16string Arguments::text(UINT i) const {
+  VARIANT changed = this->changed(i, VT_BSTR);
+  const std::u16string text = textOf(changed.bstrVal);
+  VariantClear(&changed);
+  return text;
+}
+
+std::u16string Arguments::words() const {
+  std::u16string all;
+  for (UINT i = given_.cArgs; i-- > 0;) {
+    all += stand_in::words(given_.rgvarg[i]) + (i > 0 ? u", " : u"");
+  }
+  return all;
+}
+
+Object::Object(std::u16string_view name, std::vector<Member> members, CallBook* calls)
+    : name_(name), members_(std::move(members)), calls_(calls) {
+  if (calls_ != nullptr) ++calls_->alive;
 }
 
 Object::~Object() {
-  if (observer_ != nullptr) observer_->gone(kind_);
+  if (calls_ != nullptr) --calls_->alive;
 }
 
 HRESULT Object::QueryInterface(REFIID id, void** object) {
-  if (object == nullptr) return E_POINTER;
   *object = nullptr;
-  if (!IsEqualIID(id, IID_IUnknown) && !IsEqualIID(id, IID_IDispatch)) return E_NOINTERFACE;
-  *object = static_cast<IDispatch*>(this);
+  if (id == IID_IUnknown || id == IID_IDispatch) *object = static_cast<IDispatch*>(this);
+  if (id == IID_ISupportErrorInfo) *object = static_cast<ISupportErrorInfo*>(this);
+  if (*object == nullptr) return E_NOINTERFACE;
   AddRef();
   return S_OK;
 }
@@ -75,106 +128,74 @@ ULONG Object::Release() {
   return left;
 }
 
-HRESULT Object::GetTypeInfoCount(UINT* count) {
-  if (count == nullptr) return E_POINTER;
-  *count = 0;
+HRESULT Object::InterfaceSupportsErrorInfo(REFIID) {
+  return calls_ != nullptr && calls_->leavesErrors ? S_OK : S_FALSE;
+}
+
+HRESULT Object::GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) {
+  const std::wstring wide = names[0];
+  const std::u16string name(wide.begin(), wide.end());
+  if (calls_ != nullptr && calls_->lacks(name_ + u"." + name)) return DISP_E_UNKNOWNNAME;
+  if (!std::ranges::any_of(members_, [&](const Member& member) { return isNamed(member, name); }))
+    return DISP_E_UNKNOWNNAME;
+  auto& known = namesById();
+  const auto found = std::ranges::find(known, wide);
+  ids[0] = static_cast<DISPID>(found - known.begin());
+  if (found == known.end()) known.push_back(wide);
   return S_OK;
 }
 
-HRESULT Object::GetTypeInfo(UINT, LCID, ITypeInfo** info) {
-  if (info != nullptr) *info = nullptr;
-  return DISP_E_BADINDEX;
-}
-
-HRESULT Object::GetIDsOfNames(REFIID id, LPOLESTR* names, UINT count, LCID, DISPID* ids) {
-  if (!IsEqualIID(id, IID_NULL)) return DISP_E_UNKNOWNINTERFACE;
-  if (names == nullptr || ids == nullptr || count == 0) return E_POINTER;
-  std::fill_n(ids, count, DISPID_UNKNOWN);
-  // A member's id is one more than the index of the first entry that has its name.
-  const auto found = std::find_if(kind_.members.begin(), kind_.members.end(), [&](const Member& member) {
-    return sameName(member.name, names[0]) && has(member.name);
+const Member* Object::memberOf(DISPID id, WORD kind) const {
+  if (id < 0 || static_cast<std::size_t>(id) >= namesById().size()) return nullptr;
+  const std::wstring& name = namesById()[static_cast<std::size_t>(id)];
+  const auto found = std::ranges::find_if(members_, [&](const Member& member) {
+    const WORD own = member.call.starts_with(u"get")   ? DISPATCH_PROPERTYGET
+                     : member.call.starts_with(u"put") ? DISPATCH_PROPERTYPUT
+                                                       : DISPATCH_METHOD;
+    return (own & kind) != 0 && isNamed(member, std::u16string(name.begin(), name.end()));
   });
-  if (found == kind_.members.end()) return DISP_E_UNKNOWNNAME;
-  ids[0] =
-      found->name == kind_.standsFor ? DISPID_VALUE : static_cast<DISPID>(found - kind_.members.begin()) + 1;
-  HRESULT status = S_OK;
-  for (UINT i = 1; i < count; ++i) {
-    const auto parameter = std::find_if(found->parameters.begin(), found->parameters.end(),
-                                        [&](const Parameter& each) { return sameName(each.name, names[i]); });
-    if (parameter == found->parameters.end()) {
-      status = DISP_E_UNKNOWNNAME;
-    } else {
-      ids[i] = static_cast<DISPID>(parameter - found->parameters.begin());
-    }
-  }
-  return status;
+  return found == members_.end() ? nullptr : &*found;
 }
 
-const Member* Object::memberOf(DISPID id, WORD flags) const {
-  std::u16string_view name = kind_.standsFor;
-  if (id != DISPID_VALUE) {
-    if (id < 1 || static_cast<std::size_t>(id) > kind_.members.size()) return nullptr;
-    name = kind_.members[static_cast<std::size_t>(id) - 1].name;
-  }
-  for (const Member& member : kind_.members) {
-    const WORD kind = member.verb == Verb::get   ? DISPATCH_PROPERTYGET
-                      : member.verb == Verb::put ? DISPATCH_PROPERTYPUT
-                                                 : DISPATCH_METHOD;
-    if (member.name == name && (flags & kind) != 0) return &member;
-  }
-  return nullptr;
-}
-
-Value Object::call(const Member& member, const DISPPARAMS& arguments) {
-  if (observer_ != nullptr) observer_->called(kind_, member.verb, member.name, arguments);
-  if (member.verb != Verb::put) return member.run(*this, take(member.parameters, arguments));
-  // The new value of a property is named so, and is the first in the caller's array.
-  if (arguments.cNamedArgs != 1 || arguments.rgdispidNamedArgs[0] != DISPID_PROPERTYPUT) {
-    throw Failure{DISP_E_PARAMNOTFOUND};
-  }
-  DISPPARAMS plain = arguments;
-  plain.cNamedArgs = 0;
-  return member.run(*this, take(member.parameters, plain));
-}
-
-HRESULT Object::Invoke(DISPID id, REFIID interfaceId, LCID locale, WORD flags, DISPPARAMS* arguments,
-                       VARIANT* result, EXCEPINFO* exception, UINT* wrongArgument) {
-  if (!IsEqualIID(interfaceId, IID_NULL)) return DISP_E_UNKNOWNINTERFACE;
-  if (arguments == nullptr) return E_POINTER;
-  const Member* const member = memberOf(id, flags);
+HRESULT Object::Invoke(DISPID id, REFIID, LCID, WORD kind, DISPPARAMS* given, VARIANT* result,
+                       EXCEPINFO* exception, UINT*) {
+  const Member* const member = memberOf(id, kind);
   if (member == nullptr) return DISP_E_MEMBERNOTFOUND;
+  // The new value of a property is named so.
+  const bool isNamed = given->cNamedArgs == 1 && given->rgdispidNamedArgs[0] == DISPID_PROPERTYPUT;
+  if (isNamed != ((kind & DISPATCH_PROPERTYPUT) != 0)) return DISP_E_PARAMNOTFOUND;
 
-  const Held<Object> kept(this);
-  DISPPARAMS none{};
-  // Arguments to a property that takes none are for the member that its object stands for: Documents(1).
-  const bool forItsObject = member->verb == Verb::get && member->parameters.empty() && arguments->cArgs > 0;
+  const ComPtr<Object> kept(this);
+  const Arguments arguments(*given);
+  VARIANT answer{};
+  EXCEPINFO raised{};
   HRESULT status = S_OK;
   try {
-    Value value = call(*member, forItsObject ? none : *arguments);
-    if (observer_ != nullptr) observer_->returned(value);
-    if (forItsObject) {
-      if (value.variant().vt != VT_DISPATCH) return DISP_E_BADPARAMCOUNT;
-      return value.variant().pdispVal->Invoke(DISPID_VALUE, interfaceId, locale, flags, arguments, result,
-                                              exception, wrongArgument);
+    const std::u16string call =
+        std::u16string(member->call).insert(member->call.find(u' ') + 1, name_ + u".");
+    const auto scripted = calls_ != nullptr ? calls_->called(call, arguments, answer, raised) : std::nullopt;
+    if (scripted) {
+      status = *scripted;
+    } else {
+      answer = member->run(arguments).release();
     }
-    if (result != nullptr) *result = value.release();
-    return S_OK;
-  } catch (const WordError& error) {
-    explain(exception, codeOf(error.number), error.text);
-    status = codeOf(error.number);
   } catch (const errors::Fault& fault) {
-    explain(exception, codeOf(fault.number), fault.description);
-    status = codeOf(fault.number);
+    status = DISP_E_EXCEPTION;
+    raised.scode = static_cast<SCODE>(0x800A0000U + static_cast<unsigned>(fault.number));
+    raised.bstrSource = newString(fault.source);
+    raised.bstrDescription = newString(fault.description);
   } catch (const Failure& failure) {
-    if (wrongArgument != nullptr) *wrongArgument = failure.argument;
-    if (observer_ != nullptr) observer_->failed(failure.status);
-    return failure.status;
+    status = failure.status;
   } catch (...) {
-    if (observer_ != nullptr) observer_->failed(E_FAIL);
-    return E_FAIL;
+    status = E_FAIL;
   }
-  if (observer_ != nullptr) observer_->failed(status);
-  return DISP_E_EXCEPTION;
+  if (result != nullptr) {
+    *result = answer;
+  } else {
+    VariantClear(&answer);
+  }
+  if (exception != nullptr) *exception = raised;
+  return status;
 }
 
 }  // namespace pluvo::stand_in

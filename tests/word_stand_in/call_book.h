@@ -2,51 +2,49 @@
 
 #include "automation.h"
 
+#include <functional>
 #include <map>
+#include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
 namespace pluvo::stand_in {
 
-/// What Word was asked, and what it is told to refuse.
-class CallBook : public Observer {
+/// What Word was asked, and what it is told to answer otherwise than it would.
+class CallBook {
  public:
-  /// Calls of a member ("Range.Delete", or with its verb "put Range.Text") fail from the nth on that many
-  /// times; 0 times is for ever. A number up to 65535 is Word's own (0x800A0000 + number), any other the
-  /// status as it stands.
-  void refuse(std::u16string member, std::int32_t code, std::int32_t nth = 1, std::int32_t times = 1);
-  void allowAll() { refusals_.clear(); }
+  /// What Invoke gives away; nothing where Word is to answer itself.
+  using Script = std::function<std::optional<HRESULT>(const Arguments&, VARIANT& result, EXCEPINFO&)>;
 
-  /// One line a call: `call Range.SetRange(VT_I4 0, VT_I4 5) -> VT_EMPTY`, or `!800A11FD` for a failure.
+  /// A call is named as in its line: "put Range.Text".
+  void on(const std::u16string& call, Script script) { scripts_[call] = std::move(script); }
+  /// The nth of these calls from now on is refused, once, by a number of Word's.
+  void refuse(const std::u16string& call, std::int32_t number, std::int32_t nth = 1);
+  /// This Word does not have the member ("Application.UndoRecord").
+  void lack(const std::u16string& member) { lacking_.insert(member); }
+  bool lacks(const std::u16string& member);
+  void allowAll();
+
+  /// One a call: `call Range.SetRange(VT_I4 0, VT_I4 5)`.
   const std::vector<std::u16string>& lines() const { return lines_; }
   void writing(bool on) { writing_ = on; }
   void clear() { lines_.clear(); }
-  std::int32_t calls() const { return calls_; }
 
-  /// How many objects of a kind live; of all kinds where none is named.
-  std::int32_t alive(std::u16string_view kind = {}) const;
+  std::optional<HRESULT> called(const std::u16string& call, const Arguments& arguments, VARIANT& result,
+                                EXCEPINFO& exception);
 
-  void born(const Interface& kind) override { ++alive_[kind.name]; }
-  void gone(const Interface& kind) override { --alive_[kind.name]; }
-  void called(const Interface& kind, Verb verb, std::u16string_view member,
-              const DISPPARAMS& arguments) override;
-  void returned(const Value& value) override;
-  void failed(HRESULT status) override;
+  /// How many objects live.
+  std::int32_t alive = 0;
+  /// How often the id of a member was asked for.
+  std::int32_t idQuestions = 0;
+  /// Whether objects say that they leave error objects behind.
+  bool leavesErrors = false;
 
  private:
-  struct Refusal {
-    std::u16string member;
-    std::int32_t code;
-    std::int32_t before;  ///< calls that still pass
-    std::int32_t times;   ///< refusals left; 0 is for ever
-  };
-
-  void refuseIfAsked(std::u16string_view verb, const std::u16string& member);
-
-  std::vector<Refusal> refusals_;
+  std::map<std::u16string, Script> scripts_;
+  std::set<std::u16string> lacking_;
   std::vector<std::u16string> lines_;
-  std::map<std::u16string_view, std::int32_t> alive_;
-  std::int32_t calls_ = 0;
   bool writing_ = true;
 };
 

@@ -2,6 +2,7 @@
 
 #include "automation.h"
 #include "errors/text.h"
+#include "word/faults.h"
 
 #include <algorithm>
 #include <utility>
@@ -11,99 +12,76 @@ namespace pluvo::stand_in {
 using text::Position;
 using text::Span;
 
-OpenDocument::OpenDocument(std::u16string documentPath, const StoredFile& stored)
-    : path(std::move(documentPath)), file(stored), readOnly(stored.readOnly) {
-  model_.emplace(documentContent(stored.text));
+OpenDocument::OpenDocument(std::u16string documentPath, StoredFile stored)
+    : path(std::move(documentPath)), file(std::move(stored)) {
+  model_.emplace(documentContent(file.text));
   selection_ = std::make_unique<Place>(*this, Span{});
 }
 
 model::Model& OpenDocument::model() {
-  if (!model_) throw WordError{5825, u"Object has been deleted."};
+  if (!model_) throw refusal(word::kObjectDeleted);
   return *model_;
 }
 
-std::u16string OpenDocument::name() const { return path.substr(path.rfind(u'\\') + 1); }
-
-std::u16string OpenDocument::folder() const {
-  const std::size_t separator = path.rfind(u'\\');
-  return separator == std::u16string::npos ? std::u16string() : path.substr(0, separator);
-}
-
 void OpenDocument::requirePosition(Position position) {
-  if (position < 0 || position > length()) throw WordError{4608, u"Value out of range"};
+  if (position < 0 || position > length()) throw refusal(word::kValueOutOfRange);
 }
 
 void OpenDocument::requireEditable() const {
-  if (file.protection > 0) {
-    throw WordError{6124, u"You are not allowed to edit this selection because it is protected."};
-  }
+  if (file.protection > 0) throw refusal(word::kProtectedSelection);
 }
 
-std::vector<Span> OpenDocument::spans() const {
+/// Where all ranges stood before an edit.
+struct OpenDocument::Before {
+  explicit Before(OpenDocument& document) : length(document.length()) {
+    for (const Place* place : document.places_) spans.push_back(place->span());
+  }
+  Position length;
   std::vector<Span> spans;
-  for (const Place* place : places_) spans.push_back(place->live_.span());
-  return spans;
-}
+};
 
 void OpenDocument::replace(Place& place, const std::u16string& newText) {
   requireEditable();
-  const auto before = spans();
+  const Before before(*this);
   const Span replaced = place.span();
-  const Position oldLength = length();
   const Span now = model().replace(replaced, newText, view);
-  follow(place, before, replaced, oldLength, now);
+  follow(place, before, replaced, now);
   place.set(now.empty() ? Span{replaced.from, replaced.from} : now);
 }
 
-void OpenDocument::insertBefore(Place& place, const std::u16string& newText) {
-  if (place.span().empty()) return replace(place, newText);
-  requireEditable();
-  const auto before = spans();
+void OpenDocument::insertBefore(Place& place, const std::u16string& newText) { insert(place, newText, true); }
+
+void OpenDocument::insertAfter(Place& place, const std::u16string& newText) { insert(place, newText, false); }
+
+void OpenDocument::insert(Place& place, const std::u16string& newText, bool inFront) {
   const Span old = place.span();
-  const Position oldLength = length();
-  const Span now = model().insertBefore(old.from, newText);
-  follow(place, before, {now.from, now.from}, oldLength, now);
+  if (old.empty()) return replace(place, newText);
+  requireEditable();
+  const Before before(*this);
+  const Span now = inFront ? model().insertBefore(old.from, newText) : model().insertBehind(old.to, newText);
+  follow(place, before, {now.from, now.from}, now);
   place.set({std::min(old.from, now.from), old.to + now.length()});
 }
 
-void OpenDocument::insertAfter(Place& place, const std::u16string& newText) {
-  if (place.span().empty()) return replace(place, newText);
-  requireEditable();
-  const auto before = spans();
-  const Span old = place.span();
-  const Position oldLength = length();
-  const Span now = model().insertBehind(old.to, newText);
-  follow(place, before, {now.from, now.from}, oldLength, now);
-  place.set({std::min(old.from, now.from), old.to + now.length()});
-}
-
-void OpenDocument::follow(Place& editor, const std::vector<Span>& before, Span replaced, Position oldLength,
-                          Span now) {
+void OpenDocument::follow(Place& editor, const Before& before, Span replaced, Span now) {
   saved = false;
-  const Position removed = oldLength + now.length() - length();
-  const bool finalMarkStays = replaced.to == oldLength && removed == replaced.length() - 1;
+  const Position removed = before.length + now.length() - length();
+  const bool finalMarkStays = replaced.to == before.length && removed == replaced.length() - 1;
   // Where marks of fields or tables stay behind, the model's own following stands.
   if (now.from != replaced.from || (removed != replaced.length() && !finalMarkStays)) return;
 
   const Position to = replaced.from + removed;
-  const auto deleted = [&](Position position) {
-    if (position <= replaced.from) return position;
-    return position >= to ? position - removed : replaced.from;
-  };
-  const auto inserted = [&](Position position) {
+  const auto moved = [&](Position position) {
+    if (position > replaced.from) position = position >= to ? position - removed : replaced.from;
     return position > now.from ? position + now.length() : position;
   };
   for (std::size_t i = 0; i < places_.size(); ++i) {
-    if (places_[i] == &editor) continue;
-    places_[i]->set({inserted(deleted(before[i].from)), inserted(deleted(before[i].to))});
+    if (places_[i] != &editor) places_[i]->set({moved(before.spans[i].from), moved(before.spans[i].to)});
   }
 }
 
 void OpenDocument::highlight(Span span, std::int32_t colour) {
-  if (file.protection > 0) {
-    throw WordError{4605, u"This method or property is not available because the document is protected."};
-  }
-  if (colour < 0 || colour > 16) throw WordError{5843, u"One of the parameters is out of range."};
+  if (file.protection > 0) throw refusal(word::kNotAvailable);
   model().highlight(span, static_cast<std::uint8_t>(colour));
   saved = false;
 }
@@ -117,18 +95,9 @@ std::u16string OpenDocument::visibleText(Span span) {
   return text;
 }
 
-std::u16string OpenDocument::allText() { return model().text().substring(0, length()); }
-
-std::int32_t OpenDocument::highlightOf(Span span) {
-  constexpr std::int32_t kMixed = 9999999;
-  if (span.empty()) return 0;
-  const auto run = model().highlight().runAt(span.from);
-  return run.to >= span.to ? run.value : kMixed;
-}
-
-std::u16string OpenDocument::highlights() {
+std::u16string highlights(const model::Model& model) {
   std::u16string all;
-  for (const auto& run : model().highlight().runs()) {
+  for (const auto& run : model.highlight().runs()) {
     if (run.value == 0) continue;
     if (!all.empty()) all += u' ';
     all += errors::decimal(run.value) + u":" + errors::decimal(run.from) + u"-" + errors::decimal(run.to);
@@ -136,15 +105,9 @@ std::u16string OpenDocument::highlights() {
   return all;
 }
 
-Place::Place(std::shared_ptr<OpenDocument> document, Span span) : Place(*document, span) {
-  kept_ = std::move(document);
-}
-
 Place::Place(OpenDocument& document, Span span)
     : document_(document), live_(document.model().liveRanges(), span) {
   document_.places_.push_back(this);
 }
-
-Place::~Place() { std::erase(document_.places_, this); }
 
 }  // namespace pluvo::stand_in

@@ -17,15 +17,21 @@ class Place;
 
 /// A file as Word would find it.
 struct StoredFile {
-  std::u16string text;
-  std::u16string openPassword;
-  std::u16string writePassword;
+  std::u16string text = {};
+  std::u16string openPassword = {};
+  std::u16string writePassword = {};
   std::int32_t protection = -1;
-  std::u16string protectionPassword;
+  std::u16string protectionPassword = {};
   bool readOnly = false;
   bool onDisk = false;  ///< the text is the disk's; the rest holds for it
-  std::u16string highlights;
 };
+
+/// A text file's text as Word takes it: every kind of line end is a paragraph mark, one more at the end where
+/// it lacks, fields and tables by their characters. A table's cells are of one paragraph and not empty.
+model::Content documentContent(const std::u16string& text);
+
+/// "7:0-5 2:8-9": colour, start and end of each highlighted run.
+std::u16string highlights(const model::Model& model);
 
 /// A document that is open: text in memory, edited and followed by its ranges in Word's way.
 ///
@@ -35,14 +41,13 @@ struct StoredFile {
 class OpenDocument {
  public:
   /// In the text, 19, 20 and 21 make fields, 7 ends a cell and 7 7 a row; see documentContent.
-  OpenDocument(std::u16string path, const StoredFile& file);
+  OpenDocument(std::u16string path, StoredFile file);
   OpenDocument(const OpenDocument&) = delete;
   OpenDocument& operator=(const OpenDocument&) = delete;
 
   /// Error 5825 once the document is closed.
   model::Model& model();
   text::Position length() { return model().length(); }
-  bool isOpen() const { return model_.has_value(); }
   void close() { model_.reset(); }
 
   /// Error 4608 outside the text.
@@ -54,23 +59,18 @@ class OpenDocument {
   void insertBefore(Place& place, const std::u16string& newText);
   void insertAfter(Place& place, const std::u16string& newText);
   void highlight(text::Span span, std::int32_t colour);
-  /// The colour of all of it, or 9999999 where there are several.
-  std::int32_t highlightOf(text::Span span);
 
   /// The text with its paragraph marks, cell marks as Word gives them: 13 and 7.
   std::u16string visibleText(text::Span span);
   /// Every character, whatever the view shows.
-  std::u16string allText();
-  /// "7:0-5 2:8-9": colour, start and end of each highlighted run.
-  std::u16string highlights();
+  std::u16string allText() { return model().text().substring(0, length()); }
+  std::u16string highlights() { return stand_in::highlights(model()); }
 
-  std::u16string path;
-  std::u16string name() const;
-  std::u16string folder() const;
+  std::u16string name() const { return path.substr(path.rfind(u'\\') + 1); }
+
+  const std::u16string path;
   StoredFile file;
-  bool readOnly = false;
   bool saved = true;
-  bool windowVisible = true;
   text::View view = text::View::results;
   std::vector<std::u16string> undoRecords;
 
@@ -78,25 +78,23 @@ class OpenDocument {
 
  private:
   friend class Place;
-  void follow(Place& editor, const std::vector<text::Span>& before, text::Span replaced,
-              text::Position oldLength, text::Span now);
-  std::vector<text::Span> spans() const;
+  struct Before;
+  void insert(Place& place, const std::u16string& newText, bool inFront);
+  void follow(Place& editor, const Before& before, text::Span replaced, text::Span now);
 
   std::optional<model::Model> model_;
   std::vector<Place*> places_;
   std::unique_ptr<Place> selection_;
 };
 
-/// Where a range or the selection stands.
+/// Where a range or the selection stands. The document must outlive it.
 class Place {
  public:
-  Place(std::shared_ptr<OpenDocument> document, text::Span span);
   Place(OpenDocument& document, text::Span span);
   Place(const Place&) = delete;
   Place& operator=(const Place&) = delete;
-  ~Place();
+  ~Place() { std::erase(document_.places_, this); }
 
-  OpenDocument& document() const { return document_; }
   /// Error 5825 once the document is closed.
   text::Span span() const {
     document_.model();
@@ -105,15 +103,9 @@ class Place {
   void set(text::Span span) { live_.set(span); }
 
  private:
-  std::shared_ptr<OpenDocument> kept_;
   OpenDocument& document_;
   /// Stands where the model says, which is right where an edit left marks of fields or tables behind.
   model::LiveRange live_;
-  friend class OpenDocument;
 };
-
-/// A text file's text as Word takes it: every kind of line end is a paragraph mark, one more at the end where
-/// it lacks, fields and tables by their characters. A table's cells are of one paragraph and not empty.
-model::Content documentContent(const std::u16string& text);
 
 }  // namespace pluvo::stand_in

@@ -1,20 +1,37 @@
 #include "world.h"
 
-#include "disk.h"
 #include "errors/text.h"
-#include "word_window.h"
+#include "objects.h"
+#include "word/faults.h"
 
-#include <windows.h>
+#include <oleacc.h>
 
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <utility>
 
 namespace pluvo::stand_in {
 namespace {
 
-std::u16string smallLetters(const std::u16string& text) {
-  std::wstring wide(text.begin(), text.end());
-  CharLowerBuffW(wide.data(), static_cast<DWORD>(wide.size()));
-  return {wide.begin(), wide.end()};
+LRESULT CALLBACK pane(HWND window, UINT message, WPARAM wide, LPARAM what) {
+  const bool asksForObject = message == WM_GETOBJECT && static_cast<LONG>(what) == OBJID_NATIVEOM;
+  if (!asksForObject || World::instance().documents.empty())
+    return DefWindowProcW(window, message, wide, what);
+  const Handle shown = windowObject(World::instance().active());
+  return LresultFromObject(IID_IDispatch, wide, shown.Get());
+}
+
+HWND create(const wchar_t* name, WNDPROC procedure, DWORD style, const RECT& at, HWND parent) {
+  WNDCLASSW kind{};
+  kind.lpfnWndProc = procedure;
+  kind.hInstance = GetModuleHandleW(nullptr);
+  kind.lpszClassName = name;
+  kind.hbrBackground = GetSysColorBrush(parent == nullptr ? COLOR_APPWORKSPACE : COLOR_WINDOW);
+  RegisterClassW(&kind);
+  return CreateWindowExW(0, name, L"Word", style | WS_VISIBLE, at.left, at.top, at.right - at.left,
+                         at.bottom - at.top, parent, nullptr, kind.hInstance, nullptr);
 }
 
 }  // namespace
@@ -25,114 +42,71 @@ World& World::instance() {
   return *world;
 }
 
-std::int32_t World::majorVersion() const { return std::stoi(errors::utf8(version)); }
-
-StoredFile& World::fileAt(const std::u16string& path) { return files[smallLetters(path)]; }
-
-std::shared_ptr<OpenDocument> World::active() {
-  if (!active_) {
-    throw WordError{4248, u"This command is not available because no document is open."};
-  }
+Document World::active() {
+  if (!active_) throw refusal(word::kNoDocument);
   return active_;
 }
 
-void World::activate(const std::shared_ptr<OpenDocument>& document) {
+void World::activate(const Document& document) {
   document->model();
   active_ = document;
 }
 
-void World::askPassword(const std::u16string& wanted, const std::u16string* given) {
+void World::askPassword(const std::u16string& wanted) {
   if (wanted.empty()) return;
-  std::u16string answer;
-  if (given != nullptr) {
-    answer = *given;
-  } else {
-    if (passwords.empty()) throw WordError{4198, u"Command failed"};
-    answer = passwords.front();
-    passwords.pop_front();
-  }
-  if (answer != wanted) {
-    throw WordError{5408, u"The password is incorrect. Word cannot open the document."};
-  }
+  if (passwords.empty()) throw refusal(word::kCommandFailed);
+  const std::u16string answer = passwords.front();
+  passwords.pop_front();
+  if (answer != wanted) throw refusal(word::kOpenPasswordWrong);
 }
 
 StoredFile World::load(const std::u16string& path) {
-  const auto known = files.find(smallLetters(path));
-  if (known != files.end() && !known->second.onDisk) return known->second;
-  StoredFile file = known != files.end() ? known->second : StoredFile{};
-  file.onDisk = true;
-  const auto text = disk::read(path);
-  if (!text) {
-    throw WordError{5174, u"This file could not be found.\r(" + path + u")"};
-  }
+  StoredFile file = files_.contains(path) ? files_[path] : StoredFile{.onDisk = true};
+  if (!file.onDisk) return file;
+  const auto text = readFile(path);
+  if (!text) throw refusal(word::kFileNotFound);
   file.text = *text;
-  file.readOnly = file.readOnly || disk::isReadOnly(path);
   return file;
 }
 
-std::shared_ptr<OpenDocument> World::open(const std::u16string& path, const std::u16string* openPassword,
-                                          const std::u16string* writePassword, bool readOnly, bool revert) {
-  for (const auto& document : documents) {
-    if (smallLetters(document->path) != smallLetters(path)) continue;
-    if (!revert) {
-      active_ = document;
-      return document;
-    }
-    close(std::shared_ptr(document));
-    break;
+Document World::open(const std::u16string& path) {
+  for (const Document& document : documents) {
+    if (document->path == path) return active_ = document;
   }
-  StoredFile file = load(path);
-  askPassword(file.openPassword, openPassword);
-  askPassword(file.writePassword, writePassword);
-  file.readOnly = file.readOnly || readOnly;
+  const StoredFile file = load(path);
+  askPassword(file.openPassword);
+  askPassword(file.writePassword);
   return add(path, file);
 }
 
-std::shared_ptr<OpenDocument> World::add(const std::u16string& path, const StoredFile& file) {
+Document World::add(const std::u16string& path, const StoredFile& file) {
   documents.push_back(std::make_shared<OpenDocument>(path, file));
-  active_ = documents.back();
-  return active_;
+  return active_ = documents.back();
 }
 
 void World::save(OpenDocument& document) {
-  std::u16string path = document.path;
-  if (document.readOnly || document.folder().empty()) {
-    if (saveAsPaths.empty()) {
-      if (document.readOnly) throw WordError{5155, u"The file is read-only."};
-      throw WordError{4198, u"Command failed"};
-    }
-    path = saveAsPaths.front();
-    saveAsPaths.pop_front();
-  }
-  StoredFile saved = document.file;
-  saved.text = document.allText();
-  saved.highlights = document.highlights();
-  saved.readOnly = false;
-  if (saved.onDisk && !disk::write(path, saved.text)) throw WordError{5155, u"The file cannot be written."};
-  fileAt(path) = saved;
-  document.file = saved;
-  document.path = path;
-  document.readOnly = false;
+  document.file.text = document.allText();
+  // Word asks where else to, and the user cancels.
+  if (document.file.readOnly || (document.file.onDisk && !writeFile(document.path, document.file.text)))
+    throw refusal(word::kFileReadOnly);
+  fileAt(document.path) = document.file;
   document.saved = true;
 }
 
-void World::close(const std::shared_ptr<OpenDocument>& document) {
+void World::close(const Document& document) {
   document->close();
   std::erase(documents, document);
   if (active_ == document) active_ = documents.empty() ? nullptr : documents.back();
 }
 
 void World::reset() {
-  while (!documents.empty()) close(std::shared_ptr(documents.back()));
-  files.clear();
+  while (!documents.empty()) close(Document(documents.back()));
+  files_.clear();
   passwords.clear();
-  saveAsPaths.clear();
   defaultPaths.clear();
   calls.allowAll();
   calls.clear();
   calls.writing(true);
-  version = u"16.0";
-  visible = true;
   screenUpdating = true;
   smartCutPaste = true;
   undoRecord.clear();
@@ -141,13 +115,30 @@ void World::reset() {
 }
 
 HWND World::window() {
-  if (window_ == nullptr || !IsWindow(window_)) window_ = makeWindow(visible);
+  if (window_ == nullptr || !IsWindow(window_)) {
+    window_ = create(L"OpusApp", DefWindowProcW, WS_OVERLAPPEDWINDOW, {20, 20, 920, 720}, nullptr);
+    create(L"_WwG", pane, WS_CHILD, {40, 40, 840, 640}, window_);
+  }
   return window_;
 }
 
 void World::show(const std::u16string& title) {
   const std::wstring wide(title.begin(), title.end());
   if (window_ != nullptr) SetWindowTextW(window_, wide.c_str());
+}
+
+std::optional<std::u16string> readFile(const std::u16string& path) {
+  std::ifstream file(std::filesystem::path(path), std::ios::binary);
+  if (!file) return std::nullopt;
+  return errors::utf16(std::string(std::istreambuf_iterator<char>(file), {}));
+}
+
+bool writeFile(const std::u16string& path, const std::u16string& text) {
+  std::string bytes;
+  for (const char unit : errors::utf8(text)) bytes += unit == '\r' ? "\r\n" : std::string(1, unit);
+  std::ofstream file(std::filesystem::path(path), std::ios::binary | std::ios::trunc);
+  file << bytes << std::flush;
+  return file.good();
 }
 
 }  // namespace pluvo::stand_in

@@ -1,16 +1,46 @@
 #pragma once
 
 #include "call_book.h"
-#include "find_settings.h"
 #include "open_document.h"
+
+#include <windows.h>
 
 #include <deque>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace pluvo::stand_in {
+
+using Document = std::shared_ptr<OpenDocument>;
+
+/// What one Find object was told; it keeps that from one execution to the next.
+struct FindSettings {
+  std::u16string text;
+  std::int32_t wrap = 0;
+  /// Criteria that are on or off, as they are for the only searches that are possible here: literal ones
+  /// towards the end, with case and whole words as asked.
+  std::map<std::u16string, bool> flags = {
+      {u"MatchCase", false},       {u"MatchWholeWord", false},
+      {u"MatchPrefix", false},     {u"MatchSuffix", false},
+      {u"Forward", true},          {u"MatchWildcards", false},
+      {u"MatchSoundsLike", false}, {u"MatchAllWordForms", false},
+      {u"Format", false},          {u"MatchPhrase", false},
+      {u"IgnoreSpace", false},     {u"IgnorePunct", false},
+      {u"MatchFuzzy", false},      {u"MatchKashida", false},
+      {u"MatchDiacritics", false}, {u"MatchAlefHamza", false},
+      {u"MatchControl", false},    {u"MatchByte", true},
+  };
+};
+
+/// Where the first match stands in [span.from, span.to).
+///
+/// `^^` stands for itself, any other code is error 5692 here; a straight quote stands for the typographic
+/// ones as well and the reverse, a blank for a non-breaking one as well. Whole word has no effect on a text
+/// of more than one word. Nothing leaves its table cell, and no text is found nowhere.
+std::optional<text::Span> find(OpenDocument& document, const FindSettings& settings, text::Span span);
 
 /// Everything behind the objects of one running Word.
 class World {
@@ -20,56 +50,55 @@ class World {
 
   CallBook calls;
 
-  std::u16string version = u"16.0";
-  bool visible = true;
   bool screenUpdating = true;
   bool smartCutPaste = true;
   std::map<std::int32_t, std::u16string> defaultPaths;
 
-  /// What the user answers when Word asks; without an answer he cancels.
-  std::deque<std::u16string> passwords;    ///< to open a file
-  std::deque<std::u16string> saveAsPaths;  ///< for a document that cannot be saved under its name
+  /// What the user answers when Word asks for a password to a file; without an answer he cancels.
+  std::deque<std::u16string> passwords;
 
-  /// Files by their path in small letters. Those that are nowhere here are looked for on the disk.
-  std::map<std::u16string, StoredFile> files;
-  StoredFile& fileAt(const std::u16string& path);
+  /// Files in memory, or what holds for those on the disk.
+  StoredFile& fileAt(const std::u16string& path) { return files_[path]; }
 
   /// The open documents in the order they were opened. Error 4248 where none is active.
-  std::vector<std::shared_ptr<OpenDocument>> documents;
-  std::shared_ptr<OpenDocument> active();
-  void activate(const std::shared_ptr<OpenDocument>& document);
+  std::vector<Document> documents;
+  Document active();
+  void activate(const Document& document);
 
   /// Opens the file, or brings it to the front where it is open.
-  std::shared_ptr<OpenDocument> open(const std::u16string& path, const std::u16string* openPassword,
-                                     const std::u16string* writePassword, bool readOnly, bool revert);
-  std::shared_ptr<OpenDocument> add(const std::u16string& path, const StoredFile& file);
+  Document open(const std::u16string& path);
+  Document add(const std::u16string& path, const StoredFile& file);
   void save(OpenDocument& document);
-  void close(const std::shared_ptr<OpenDocument>& document);
+  void close(const Document& document);
 
   /// The name of the undo record that is being made, and how many are open in one another.
   std::u16string undoRecord;
   std::int32_t undoLevel = 0;
 
-  /// What the search dialog was last told; Selection.Find shares it, and a range's begins with it.
+  /// What the search dialog was last told; a range's find begins with it.
   FindSettings dialogFind;
-
-  std::int32_t majorVersion() const;
 
   /// Closes everything and forgets all that was set.
   void reset();
 
-  /// Word's main window; made when it is first asked for.
+  /// Word's main window; made when it is first asked for. The pane inside, which shows a document, gives the
+  /// object for it to whoever asks as accessibility tools do.
   HWND window();
   /// What it says at its top, where it was made.
   void show(const std::u16string& title);
 
  private:
   World() = default;
-  void askPassword(const std::u16string& wanted, const std::u16string* given);
   StoredFile load(const std::u16string& path);
+  void askPassword(const std::u16string& wanted);
 
-  std::shared_ptr<OpenDocument> active_;
+  std::map<std::u16string, StoredFile> files_;
+  Document active_;
   HWND window_ = nullptr;
 };
+
+/// Text files on the disk as Word keeps them: UTF-8, each paragraph ended by CR LF.
+std::optional<std::u16string> readFile(const std::u16string& path);
+bool writeFile(const std::u16string& path, const std::u16string& text);
 
 }  // namespace pluvo::stand_in

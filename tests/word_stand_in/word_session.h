@@ -1,17 +1,15 @@
 #pragma once
 
-#include "engine/workplace.h"
 #include "errors/text.h"
+#include "objects.h"
 #include "word_com/application.h"
-#include "word_stand_in/word_objects.h"
 
 #include <objbase.h>
 
 #include <memory>
 #include <string>
-#include <vector>
 
-namespace pluvo::inside_word {
+namespace pluvo::stand_in {
 
 struct Apartment {
   Apartment() { CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED); }
@@ -29,24 +27,28 @@ class WordSession {
   WordSession& operator=(const WordSession&) = delete;
 
   /// What an engine works with.
-  std::shared_ptr<word::Application> word() const { return word_com::applicationOf(application_.get()); }
+  std::shared_ptr<word::Application> word() const { return word_com::applicationOf(application_.Get()); }
 
-  static stand_in::World& world() { return stand_in::World::instance(); }
+  static World& world() { return World::instance(); }
+  static CallBook& calls() { return world().calls; }
   /// What Word was asked, a line a call.
-  static std::string log() {
-    std::string all;
-    for (const auto& line : world().calls.lines()) all += errors::utf8(line) + "\n";
+  static std::vector<std::string> lines() {
+    std::vector<std::string> all;
+    for (const auto& line : calls().lines()) all.push_back(errors::utf8(line));
     return all;
   }
-  static std::shared_ptr<stand_in::OpenDocument> document(const std::u16string& text) {
-    stand_in::StoredFile file;
-    file.text = text;
-    return world().add(u"C:\\Letters\\document.txt", file);
+  static std::string log() {
+    std::string all;
+    for (const auto& line : lines()) all += line + "\n";
+    return all;
+  }
+  static Document document(const std::u16string& text) {
+    return world().add(u"C:\\Letters\\document.txt", {.text = text});
   }
 
  private:
   Apartment apartment_;
-  stand_in::Held<stand_in::ApplicationObject> application_ = stand_in::ApplicationObject::instance();
+  Handle application_ = application();
 };
 
-}  // namespace pluvo::inside_word
+}  // namespace pluvo::stand_in
