@@ -15,6 +15,7 @@ namespace pluvo::inside_word {
 namespace {
 
 using forms::Answer;
+using stand_in::StoredFile;
 using stand_in::WordSession;
 
 /// A run over C:\f\one.doc and C:\f\two.doc that replaces every "A" by "B", and all that the user hears of
@@ -30,7 +31,7 @@ class FileRun {
     work.forms.user = [this](forms::Form& form) { typePassword(form); };
   }
 
-  static stand_in::StoredFile& file(const std::u16string& name) {
+  static StoredFile& file(const std::u16string& name) {
     return WordSession::world().fileAt(u"C:\\f\\" + name + u".doc");
   }
   /// Runs, and returns the titles of the boxes and the reports.
@@ -59,117 +60,92 @@ class FileRun {
 constexpr auto kOne = u"A form";
 constexpr auto kDone = u"B form\r";
 
+using Prepare = std::function<void(FileRun&)>;
+
 struct Refusal {
   const char* what;
-  std::function<void(FileRun&)> prepare;
+  Prepare prepare;
   std::deque<Answer> answers;
   std::vector<std::string> heard;
   std::u16string oneIsThen;
 };
 
-void refuse(const char16_t* member, std::int32_t number) { WordSession::calls().refuse(member, number); }
+Prepare refused(const char16_t* member, std::int32_t number) {
+  return [=](FileRun&) { WordSession::calls().refuse(member, number); };
+}
+
+/// The first file has such a password, and the user types these.
+Prepare locked(std::u16string StoredFile::*password, std::deque<std::u16string> typed) {
+  return [=](FileRun& run) {
+    FileRun::file(u"one").*password = u"key";
+    if (password != &StoredFile::protectionPassword) {
+      WordSession::world().passwords = typed;
+    } else {
+      FileRun::file(u"one").protection = word::wdAllowOnlyFormFields;
+      run.typed = typed;
+    }
+  };
+}
+
+void readOnly(FileRun&) { FileRun::file(u"one").readOnly = true; }
 
 const std::string kPassword = "Incorrect Password";
 const std::string kOpenPassword = "Incorrect Open/Modify Password";
+constexpr auto kToOpen = &StoredFile::openPassword;
+constexpr auto kToWrite = &StoredFile::writePassword;
+constexpr auto kToEdit = &StoredFile::protectionPassword;
 
 const Refusal kRefusals[] = {
     {"nothing", [](FileRun&) {}, {}, {}, kDone},
-    {"the user cancels Word's question for a password",
-     [](FileRun&) { FileRun::file(u"one").openPassword = u"key"; },
-     {},
-     {},
-     kOne},
+    {"the user cancels Word's question for a password", locked(kToOpen, {}), {}, {}, kOne},
     {"a wrong password to open, tried again",
-     [](FileRun& run) {
-       FileRun::file(u"one").openPassword = u"key";
-       WordSession::world().passwords = {u"Key", u"key"};
-       static_cast<void>(run);
-     },
+     locked(kToOpen, {u"Key", u"key"}),
      {Answer::yes},
      {kOpenPassword},
      kDone},
-    {"a wrong password to change, given up",
-     [](FileRun&) {
-       FileRun::file(u"one").writePassword = u"key";
-       WordSession::world().passwords = {u"Key"};
-     },
-     {Answer::no},
-     {kOpenPassword},
-     kOne},
-    {"5485 on opening, skipped",
-     [](FileRun&) { refuse(u"call Documents.Open", 5485); },
-     {Answer::yes},
-     {kPassword},
-     kOne},
-    {"5485 on opening, tried again",
-     [](FileRun&) { refuse(u"call Documents.Open", 5485); },
-     {Answer::no},
-     {kPassword},
-     kDone},
-    {"any other on opening",
-     [](FileRun&) { refuse(u"call Documents.Open", 5121); },
-     {},
-     {"5121 cpf:44"},
-     kOne},
+    {"a wrong password to change, given up", locked(kToWrite, {u"Key"}), {Answer::no}, {kOpenPassword}, kOne},
+    {"5485 on opening, skipped", refused(u"call Documents.Open", 5485), {Answer::yes}, {kPassword}, kOne},
+    {"5485 on opening, tried again", refused(u"call Documents.Open", 5485), {Answer::no}, {kPassword}, kDone},
+    {"any other on opening", refused(u"call Documents.Open", 5121), {}, {"5121 cpf:44"}, kOne},
+    {"the right password to a form", locked(kToEdit, {u"key"}), {}, {}, kDone},
     {"a wrong password to a form, then the right one",
-     [](FileRun& run) {
-       FileRun::file(u"one").protection = 2;
-       FileRun::file(u"one").protectionPassword = u"key";
-       run.typed = {u"Key", u"key"};
-     },
+     locked(kToEdit, {u"Key", u"key"}),
      {Answer::no},
      {kPassword},
      kDone},
-    {"a wrong password to a form, skipped",
-     [](FileRun& run) {
-       FileRun::file(u"one").protection = 2;
-       FileRun::file(u"one").protectionPassword = u"key";
-       run.typed = {u"Key"};
-     },
-     {Answer::yes},
-     {kPassword},
-     kOne},
-    {"no password to a form",
-     [](FileRun&) { FileRun::file(u"one").protection = 2; },
-     {Answer::yes},
-     {"Skip File?"},
-     kOne},
+    {"a wrong password to a form, skipped", locked(kToEdit, {u"Key"}), {Answer::yes}, {kPassword}, kOne},
+    {"no password to a form", locked(kToEdit, {}), {Answer::yes}, {"Skip File?"}, kOne},
     {"4198 on unlocking",
      [](FileRun& run) {
-       FileRun::file(u"one").protection = 3;
-       run.typed = {u""};
-       refuse(u"call Document.Unprotect", 4198);
+       locked(kToEdit, {u"key"})(run);
+       refused(u"call Document.Unprotect", 4198)(run);
      },
      {},
      {},
      kOne},
-    {"read-only, declined",
-     [](FileRun&) { FileRun::file(u"one").readOnly = true; },
-     {Answer::no},
-     {"Read Only File"},
-     kOne},
+    {"read-only, declined", readOnly, {Answer::no}, {"Read Only File"}, kOne},
     {"read-only, Save As cancelled",
-     [](FileRun&) { FileRun::file(u"one").readOnly = true; },
+     readOnly,
      {Answer::yes, Answer::yes},
      {"Read Only File", "Save As Cancelled."},
      kOne},
     {"5155 on closing what is not read-only",
-     [](FileRun&) { refuse(u"call Document.Close", 5155); },
+     refused(u"call Document.Close", 5155),
      {},
      {"Difficulties Closing Current File."},
      kOne},
-    {"4198 on activating", [](FileRun&) { refuse(u"call Document.Activate", 4198); }, {}, {}, kOne},
+    {"4198 on activating", refused(u"call Document.Activate", 4198), {}, {}, kOne},
     {"5485 on activating, tried again",
-     [](FileRun&) { refuse(u"call Document.Activate", 5485); },
+     refused(u"call Document.Activate", 5485),
      {Answer::no},
      {kPassword},
      kDone},
     {"5408 on activating, given up",
-     [](FileRun&) { refuse(u"call Document.Activate", 5408); },
+     refused(u"call Document.Activate", 5408),
      {Answer::no},
      {kOpenPassword},
      kOne},
-    {"an edit refused", [](FileRun&) { refuse(u"put Range.Text", 6124); }, {}, {"6124 cpf:31"}, kOne},
+    {"an edit refused", refused(u"put Range.Text", 6124), {}, {"6124 cpf:31"}, kOne},
 };
 
 TEST(Questions, EachRefusalLeadsToItsOwn) {
@@ -177,23 +153,15 @@ TEST(Questions, EachRefusalLeadsToItsOwn) {
     SCOPED_TRACE(refusal.what);
     FileRun run;
     refusal.prepare(run);
+    const StoredFile before = FileRun::file(u"one");
     run.work.boxes.answers = refusal.answers;
     EXPECT_EQ(run.run(), refusal.heard);
     EXPECT_TRUE(run.work.boxes.answers.empty()) << "a question was not asked";
     EXPECT_EQ(FileRun::file(u"one").text, refusal.oneIsThen);
+    EXPECT_EQ(FileRun::file(u"one").protection, before.protection) << "a form is protected again";
+    EXPECT_EQ(FileRun::file(u"one").protectionPassword, before.protectionPassword);
     EXPECT_EQ(FileRun::file(u"two").text, kDone) << "the next file is worked on all the same";
   }
-}
-
-TEST(Questions, AProtectedFormIsProtectedAgain) {
-  FileRun run;
-  FileRun::file(u"one").protection = 2;
-  FileRun::file(u"one").protectionPassword = u"key";
-  run.typed = {u"key"};
-  EXPECT_EQ(run.run(), std::vector<std::string>());
-  EXPECT_EQ(FileRun::file(u"one").protection, 2);
-  EXPECT_EQ(FileRun::file(u"one").protectionPassword, u"key");
-  EXPECT_EQ(FileRun::file(u"one").text, kDone);
 }
 
 }  // namespace

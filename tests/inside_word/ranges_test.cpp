@@ -15,7 +15,6 @@ class Twins {
   Twins(const WordSession& word, const std::u16string& text)
       : edits_(word.word()->beginEdits(true)), inWord_(WordSession::document(text)) {
     memory_ = memory::MemoryDocument::create(stand_in::documentContent(text));
-    length_ = memory_->model().length();
     ranges_ = {memory_->Range(0, 0), word.word()->ActiveDocument()->Range(0, 0)};
   }
   ~Twins() { WordSession::world().close(inWord_); }
@@ -24,17 +23,17 @@ class Twins {
 
   /// Does one thing at random to both, and returns what.
   std::string step(Dice& dice) {
-    const auto from = static_cast<std::int32_t>(dice.upTo(static_cast<std::size_t>(length_)));
-    const auto to = static_cast<std::int32_t>(dice.upTo(static_cast<std::size_t>(length_)));
-    const auto unit = static_cast<word::WdUnits>(1 + dice.upTo(3));
-    const auto count = static_cast<std::int32_t>(dice.upTo(6)) - 3;
-    const std::u16string text = dice.text(u"ab .\r", 1, 3);
-    const std::size_t what = dice.upTo(10);
-    for (std::size_t i = 0; i < 2; ++i)
-      told_[i] = errors::utf8(perform(*ranges_[i], what, from, to, unit, count, text));
-    length_ = memory_->model().length();
-    return std::to_string(what) + " " + std::to_string(from) + "-" + std::to_string(to) + " unit " +
-           std::to_string(unit) + " count " + std::to_string(count) + " \"" + errors::utf8(text) + "\"";
+    const auto length = static_cast<std::size_t>(memory_->model().length());
+    const Step step = {.from = static_cast<std::int32_t>(dice.upTo(length)),
+                       .to = static_cast<std::int32_t>(dice.upTo(length)),
+                       .unit = static_cast<word::WdUnits>(1 + dice.upTo(3)),
+                       .count = static_cast<std::int32_t>(dice.upTo(6)) - 3,
+                       .text = dice.text(u"ab .\r", 1, 3)};
+    const std::size_t what = dice.upTo(std::size(kDoings) - 1);
+    for (std::size_t i = 0; i < 2; ++i) told_[i] = perform(*ranges_[i], what, step);
+    return std::to_string(what) + " " + std::to_string(step.from) + "-" + std::to_string(step.to) + " unit " +
+           std::to_string(step.unit) + " count " + std::to_string(step.count) + " \"" +
+           errors::utf8(step.text) + "\"";
   }
   std::string told(std::size_t i) {
     word::Range& range = *ranges_[i];
@@ -44,62 +43,60 @@ class Twins {
                                      range.Sentences().Count(), range.Paragraphs().Count()}) {
       all += " " + std::to_string(count);
     }
-    const std::u16string text = i == 0 ? memory_->model().text().substring(0, length_) : inWord_->allText();
+    const std::u16string text =
+        i == 0 ? memory_->model().text().substring(0, memory_->model().length()) : inWord_->allText();
     return all + " in \"" + errors::utf8(text) + "\"";
   }
 
  private:
-  static std::u16string perform(word::Range& range, std::size_t what, std::int32_t from, std::int32_t to,
-                                word::WdUnits unit, std::int32_t count, const std::u16string& text) {
+  struct Step {
+    std::int32_t from;
+    std::int32_t to;
+    word::WdUnits unit;
+    std::int32_t count;
+    std::u16string text;
+  };
+  /// What can be done to a range. What it returns is part of what is compared.
+  static constexpr std::int32_t (*kDoings[])(word::Range&, const Step&) = {
+      [](word::Range& range, const Step& step) { return range.SetRange(step.from, step.to), 0; },
+      [](word::Range& range, const Step& step) { return range.Start(step.from), 0; },
+      [](word::Range& range, const Step& step) { return range.End(step.to), 0; },
+      [](word::Range& range, const Step& step) { return range.MoveStart(step.unit, step.count); },
+      [](word::Range& range, const Step& step) { return range.MoveEnd(step.unit, step.count); },
+      [](word::Range& range, const Step& step) { return range.InsertBefore(step.text), 0; },
+      [](word::Range& range, const Step& step) { return range.InsertAfter(step.text), 0; },
+      [](word::Range& range, const Step& step) { return range.Text(step.text), 0; },
+      [](word::Range& range, const Step&) {
+        const std::int32_t deleted = range.Delete();
+        // Where marks of fields or tables stay behind, Word's range is empty all the same.
+        range.End(range.Start());
+        return deleted;
+      },
+      [](word::Range& range, const Step& step) {
+        const auto find = range.Find();
+        find->ClearFormatting();
+        find->Text(step.text);
+        find->Forward(true);
+        find->MatchCase(false);
+        find->MatchWholeWord(step.count > 0);
+        find->MatchWildcards(false);
+        find->MatchSoundsLike(false);
+        find->MatchAllWordForms(false);
+        find->Wrap(word::wdFindStop);
+        return find->Execute() ? 1 : 0;
+      },
+  };
+  static std::string perform(word::Range& range, std::size_t what, const Step& step) {
     try {
-      switch (what) {
-        case 0:
-          return range.SetRange(std::min(from, to), std::max(from, to)), u"";
-        case 1:
-          return range.Start(from), u"";
-        case 2:
-          return range.End(to), u"";
-        case 3:
-          return errors::decimal(range.MoveStart(unit, count));
-        case 4:
-          return errors::decimal(range.MoveEnd(unit, count));
-        case 5:
-          return range.InsertBefore(text), u"";
-        case 6:
-          return range.InsertAfter(text), u"";
-        case 7:
-          return range.Text(text), u"";
-        case 8: {
-          const std::int32_t deleted = range.Delete();
-          // Where marks of fields or tables stay behind, Word's range is empty all the same.
-          range.End(range.Start());
-          return errors::decimal(deleted);
-        }
-        case 9:
-          return range.SetRange(from, to), u"";
-        default: {
-          const auto find = range.Find();
-          find->ClearFormatting();
-          find->Text(text);
-          find->Forward(true);
-          find->MatchCase(false);
-          find->MatchWholeWord(count > 0);
-          find->MatchWildcards(false);
-          find->MatchSoundsLike(false);
-          find->MatchAllWordForms(false);
-          find->Wrap(word::wdFindStop);
-          return find->Execute() ? u"found" : u"not found";
-        }
-      }
+      return std::to_string(kDoings[what](range, step));
     } catch (const errors::Fault& fault) {
-      return u"fault " + errors::decimal(fault.number);
+      return "fault " + std::to_string(fault.number);
     }
   }
 
   std::unique_ptr<word::Batch> edits_;
   std::shared_ptr<stand_in::OpenDocument> inWord_;
   std::shared_ptr<memory::MemoryDocument> memory_;
-  std::int32_t length_ = 0;
   std::array<std::shared_ptr<word::Range>, 2> ranges_;
   std::array<std::string, 2> told_;
 };
