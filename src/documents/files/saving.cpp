@@ -1,10 +1,8 @@
 #include "files/saving.h"
 
 #include "files/lock_files.h"
-#include "files/reading.h"
+#include "new_version.h"
 #include "paths.h"
-#include "temporary_file.h"
-#include "wording.h"
 
 #include <cerrno>
 #include <system_error>
@@ -39,30 +37,6 @@ void requireReplaceable(FileSystem& system, const std::string& real, const FileS
         "permissions, or save to another folder.");
 }
 
-void requireSameStamp(const FileStatus& now, const Stamp& opened) {
-  if (now.stamp != opened)
-    throw DocumentError(Problem::changed,
-                        "Another program changed the file while it was open here; it was left as it is.",
-                        "Run this again.");
-}
-
-/// Writes the version and reads it back; the stamp is the finished file's. It need not be on disk yet.
-Stamp writeVersion(FileSystem& system, TemporaryFile& file, const OpenFile* original,
-                   const NewVersion& version) {
-  FileOutput output(system, file.handle());
-  version.write(output);
-  output.finish();
-  if (original != nullptr) file.takeAfter(original->handle());
-  if (version.as) system.setPermissions(file.handle(), version.as->permissions);
-  // A time that was set stays; of a disk elsewhere the flush might set another.
-  const Stamp modified = version.as ? version.as->stamp : system.status(file.handle()).stamp;
-  system.setModified(file.handle(), modified.modifiedSeconds, modified.modifiedNanoseconds);
-  output.startWriting();
-  const FileContent written = readFile(system, file.handle());
-  version.check(written.bytes);
-  return written.stamp;
-}
-
 void copyOriginal(FileSystem& system, Handle original, TemporaryFile& copy) {
   std::vector<std::uint8_t> buffer(std::size_t{1024} * 1024);
   FileOutput output(system, copy.handle());
@@ -90,19 +64,6 @@ void moveToFirstFree(TemporaryFile& file, const std::string& name) {
   }
 }
 
-/// The version is in its place; what fails now cannot be taken back.
-void flushFolder(FileSystem& system, const std::string& file) {
-  try {
-    const OpenFile folder(system, system.openFolder(folderOf(file)));
-    system.flush(folder.handle());
-  } catch (const std::system_error& failure) {
-    throw DocumentError(Problem::io,
-                        "The new version is in place, but the disk did not confirm that it would outlast a "
-                        "power failure (" +
-                            failure.code().message() + "); check the disk.");
-  }
-}
-
 /// Of two programs that save the same document at the same time, each would find it unchanged up to the
 /// moment before it is replaced.
 void requireNobodyElseSaves(FileSystem& system, Handle original) {
@@ -113,6 +74,14 @@ void requireNobodyElseSaves(FileSystem& system, Handle original) {
   }
   throw DocumentError(Problem::locked,
                       "Another program is saving it at this moment, so nothing was changed; try again.");
+}
+
+/// Until it is closed the document is this program's alone to save, and it is the one that was opened:
+/// whoever saved it a moment ago may have put another file there, before or after this one was opened.
+void hold(FileSystem& system, Handle document, const std::string& real, const Stamp& opened) {
+  requireNobodyElseSaves(system, document);
+  requireSameStamp(system.status(document), opened);
+  requireSameStamp(system.statusAt(real), opened);
 }
 
 /// Puts the version where the original is, which goes or is handed over.
@@ -127,16 +96,6 @@ void putInPlace(FileSystem& system, TemporaryFile& version, const std::string& r
   version.replace(real);
 }
 
-/// Calls that fail are told in the user's terms.
-template <class Work>
-auto saving(Work work) {
-  try {
-    return work();
-  } catch (const std::system_error& failure) {
-    throw savingFailed(failure);
-  }
-}
-
 /// A new version of a document, in the place of the one before.
 class Replacing final : public Pending {
  public:
@@ -147,10 +106,7 @@ class Replacing final : public Pending {
         before_(before),
         original_(system, system.openToRead(real_)),
         replacement_(system, folderOfReal(), version.temporary) {
-    requireNobodyElseSaves(system, original_.handle());
-    // Whoever saved it a moment ago may have put another file here, before or after this one was opened.
-    requireSameStamp(system.status(original_.handle()), before.stamp);
-    requireSameStamp(system.statusAt(real_), before.stamp);
+    hold(system, original_.handle(), real_, before.stamp);
     saved_.stamp = writeVersion(system, replacement_, &original_, version);
     if (backupSuffix) {
       backup_.emplace(system, folderOfReal());
@@ -197,63 +153,6 @@ std::unique_ptr<Pending> beginReplacing(FileSystem& system, const std::string& r
   return std::make_unique<Replacing>(system, real, before, version, backupSuffix);
 }
 
-DocumentError nameTaken() {
-  return {Problem::io,
-          "There is a file of this name where the new version should go; it was left as it is. Remove it or "
-          "choose another folder."};
-}
-
-/// A new file under a name that must be free.
-class Creating final : public Pending {
- public:
-  Creating(FileSystem& system, std::string path, std::string original, const Stamp& opened,
-           const NewVersion& version)
-      : system_(system),
-        path_(std::move(path)),
-        original_(std::move(original)),
-        opened_(opened),
-        pattern_(system, system.openToRead(original_)),
-        file_(system, std::string(folderPrefixOf(path_))),
-        stamp_(writeVersion(system, file_, &pattern_, version)) {}
-
-  Saved finish() override {
-    return saving([&] {
-      file_.finish();
-      requireSameStamp(system_.statusAt(original_), opened_);
-      moveToPath();
-      file_.keep();
-      flushFolder(system_, path_);
-      return Saved{stamp_, {}};
-    });
-  }
-
- private:
-  void moveToPath() {
-    try {
-      file_.moveToFree(path_);
-    } catch (const std::system_error& failure) {
-      if (failure.code().value() == EEXIST) throw nameTaken();
-      throw;
-    }
-  }
-
-  FileSystem& system_;
-  const std::string path_;
-  const std::string original_;
-  const Stamp opened_;
-  const OpenFile pattern_;
-  TemporaryFile file_;
-  const Stamp stamp_;
-};
-
-std::optional<OpenFile> openIfThere(FileSystem& system, const std::string& path) {
-  try {
-    return std::optional<OpenFile>(std::in_place, system, system.openToRead(path));
-  } catch (const std::system_error&) {
-    return std::nullopt;
-  }
-}
-
 }  // namespace
 
 std::optional<DocumentError> obstacleToSaving(FileSystem& system, const std::string& path) {
@@ -285,9 +184,7 @@ bool swapFile(FileSystem& system, const std::string& path, const Stamp& found, c
     requireSameStamp(before, found);
     requireReplaceable(system, real, before);
     const OpenFile document(system, system.openToRead(real));
-    requireNobodyElseSaves(system, document.handle());
-    requireSameStamp(system.status(document.handle()), found);
-    requireSameStamp(system.statusAt(real), found);
+    hold(system, document.handle(), real, found);
     try {
       system.exchange(other, real);
     } catch (const std::system_error&) {
@@ -295,33 +192,6 @@ bool swapFile(FileSystem& system, const std::string& path, const Stamp& found, c
     }
     flushFolder(system, real);
     return true;
-  });
-}
-
-std::unique_ptr<Pending> beginCreatingFile(FileSystem& system, const std::string& path,
-                                           const std::string& original, const Stamp& opened,
-                                           const NewVersion& version) {
-  return saving([&]() -> std::unique_ptr<Pending> {
-    if (system.exists(path)) throw nameTaken();
-    return std::make_unique<Creating>(system, path, original, opened, version);
-  });
-}
-
-Saved writeElsewhere(FileSystem& system, const std::string& path, const std::string& original,
-                     const NewVersion& version) {
-  return saving([&] {
-    if (system.exists(path)) {
-      const std::string real = system.resolve(path);
-      return beginReplacing(system, real, system.statusAt(real).stamp, version, std::nullopt)->finish();
-    }
-    const std::optional<OpenFile> pattern = openIfThere(system, original);
-    TemporaryFile file(system, std::string(folderPrefixOf(path)));
-    const Stamp stamp = writeVersion(system, file, pattern ? &*pattern : nullptr, version);
-    file.finish();
-    file.moveToFree(path);
-    file.keep();
-    flushFolder(system, path);
-    return Saved{stamp, {}};
   });
 }
 
