@@ -5,8 +5,10 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <utility>
 
 namespace pluvo::cli {
 namespace {
@@ -38,7 +40,7 @@ Progress::Progress(const Plan& plan, std::size_t documents) : documents_(documen
   const bool wanted = plan.progress == ProgressLine::always ||
                       (plan.progress == ProgressLine::automatic && atTerminal && !plan.quiet);
   // A question and the line would be in each other's way.
-  shown_ = wanted && !plan.confirm;
+  shown_ = wanted && !plan.confirm && (movesCursor() || plan.progress == ProgressLine::always);
   table_ = wanted && atTerminal && plan.selection.several();
 }
 
@@ -51,15 +53,23 @@ void Progress::clear() {
 void Progress::show() {
   if (!shown_ || Clock::now() - drawnAt_ < kBetweenLines) return;
   (void)std::fflush(stdout);
-  put("\r" + line() + "\033[K");
+  std::string shown = line();
+  // What goes on in another row cannot be taken away.
+  if (const auto columns = columnsOf(STDERR_FILENO)) shown.resize(std::min(shown.size(), *columns - 1));
+  put("\r" + shown + "\033[K");
   drawn_ = true;
   drawnAt_ = Clock::now();
 }
 
-void Progress::add(const BlockReport& /*block*/) { ++blocks_; }
+void Progress::add(const BlockReport& /*block*/) {
+  ++blocks_;
+  ++blocksAtHand_;
+}
 
 void Progress::add(const Outcome& outcome) {
   ++done_;
+  // Where nobody wants the blocks they are not told one by one.
+  blocks_ += outcome.found - std::exchange(blocksAtHand_, 0);
   if (outcome.failure) ++failures_[std::string(files::nameOf(outcome.failure->problem))];
 }
 

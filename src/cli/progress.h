@@ -36,6 +36,7 @@ class Progress {
   std::size_t documents_;
   std::size_t done_ = 0;
   std::int64_t blocks_ = 0;
+  std::int64_t blocksAtHand_ = 0;  ///< those of them in the document that is not over
   std::map<std::string, std::int64_t> failures_;
   Clock::time_point began_ = Clock::now();
   Clock::time_point drawnAt_ = {};

@@ -1,5 +1,6 @@
 #include "terminal.h"
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <array>
@@ -10,14 +11,23 @@ namespace {
 
 bool allowsColor() {
   const char* const refused = std::getenv("NO_COLOR");
-  if (refused != nullptr && *refused != 0) return false;
-  const char* const terminal = std::getenv("TERM");
-  return terminal != nullptr && *terminal != 0 && std::string_view(terminal) != "dumb";
+  return (refused == nullptr || *refused == 0) && movesCursor();
 }
 
 }  // namespace
 
 bool isTerminal(int descriptor) { return ::isatty(descriptor) == 1; }
+
+bool movesCursor() {
+  const char* const terminal = std::getenv("TERM");
+  return terminal != nullptr && *terminal != 0 && std::string_view(terminal) != "dumb";
+}
+
+std::optional<std::size_t> columnsOf(int descriptor) {
+  winsize size = {};
+  if (::ioctl(descriptor, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) return std::nullopt;
+  return size.ws_col;
+}
 
 Style Style::forStream(int descriptor) { return Style(isTerminal(descriptor) && allowsColor()); }
 

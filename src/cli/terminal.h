@@ -2,6 +2,8 @@
 
 #include "word/enums.h"
 
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -33,5 +35,11 @@ class Style {
 
 /// Whether a person sits at the other end of the stream.
 bool isTerminal(int descriptor);
+
+/// Whether a terminal moves its cursor back when it is told to.
+bool movesCursor();
+
+/// How many columns it has; none where that is not known.
+std::optional<std::size_t> columnsOf(int descriptor);
 
 }  // namespace pluvo::cli

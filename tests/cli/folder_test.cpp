@@ -414,6 +414,8 @@ TEST(Progress, IsForTerminalsOnly) {
   EXPECT_EQ(sandbox.run(find).err, "pluvo: 3 documents: 3 blocks\n");
   EXPECT_THAT(sandbox.run(find + Words{"--progress", "always"}).err,
               HasSubstr("\r0 of 3 documents, 1 block"));
+  EXPECT_THAT(sandbox.run({"replace", "-b", "draft", "-t", "draft", "-r", ".", "--progress", "always"}).err,
+              HasSubstr("\r1 of 3 documents, 1 block"));
   if (!Sandbox::hasTerminals()) GTEST_SKIP() << "no terminals here";
   EXPECT_THAT(sandbox.runAtTerminal(find, "").err, HasSubstr("  documents               3\r\n"));
   EXPECT_THAT(sandbox.runAtTerminal(find + Words{"--progress=never"}, "").err, Not(HasSubstr("documents  ")));
