@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <deque>
+#include <optional>
 
 namespace pluvo::word_com {
 namespace {
@@ -30,7 +31,6 @@ struct Searched {
                               return S_OK;
                             });
   }
-  Span span() const { return {range->Start(), range->End()}; }
   /// The calls of that member, in their order.
   static std::vector<std::string> calls(const std::string& member) {
     std::vector<std::string> found = WordSession::lines();
@@ -39,19 +39,13 @@ struct Searched {
   }
 };
 
-struct Asked {
-  std::u16string text;
-  bool matchCase = false;
-  bool wholeWord = false;
-};
-
-bool executed(word::Range& range, const Asked& asked) {
+bool executed(word::Range& range, const std::u16string& text, bool wholeWord = false) {
   const auto find = range.Find();
   find->ClearFormatting();
-  find->Text(asked.text);
+  find->Text(text);
   find->Forward(true);
-  find->MatchCase(asked.matchCase);
-  find->MatchWholeWord(asked.wholeWord);
+  find->MatchCase(false);
+  find->MatchWholeWord(wholeWord);
   find->Wrap(word::wdFindStop);
   return find->Execute();
 }
@@ -59,106 +53,47 @@ bool executed(word::Range& range, const Asked& asked) {
 struct Case {
   const char* what;
   std::u16string document;
-  Asked asked;
+  std::u16string text;
   Span range;
-  std::deque<Span> matches;  ///< Word's
-  bool found;
-  Span left;  ///< where the range is then
+  std::deque<Span> matches;   ///< Word's
+  std::optional<Span> found;  ///< where the range is then; as it was where nothing is found
   std::size_t executions;
+  bool wholeWord = false;
 };
 
 TEST(ComFind, TakesOfWordsMatchesThoseThatAreTheText) {
   const std::u16string quotes = u"say \u201Ca\u201D or \"a\" now";
+  const std::u16string field = u"\x13 DATE \x14result\x15";
+  const std::u16string tabs = u"xa\tb a\tbx a\tb";
   const std::u16string carets(200, u'^');
+  const std::u16string other = carets.substr(1) + u"y";
   const Case cases[] = {
-      {"a match", u"one two", {u"two"}, {0, 0}, {{4, 7}}, true, {4, 7}, 1},
-      {"capitals, which do not matter", u"one TWO", {u"two"}, {0, 0}, {{4, 7}}, true, {4, 7}, 1},
-      {"nothing: the range is left alone", u"one two", {u"six"}, {2, 2}, {}, false, {2, 2}, 1},
-      {"curly quotes are not straight ones",
-       quotes,
-       {u"\"a\""},
-       {0, 0},
-       {{4, 7}, {11, 14}},
-       true,
-       {11, 14},
-       2},
-      {"and where there are no others the range is put back",
-       quotes,
-       {u"\"b\""},
-       {3, 3},
-       {{4, 7}},
-       false,
-       {3, 3},
-       2},
-      {"a find that stands still is ended",
-       quotes,
-       {u"\"a\""},
-       {0, 0},
-       {{4, 7}, {4, 7}, {4, 7}},
-       false,
-       {0, 0},
-       2},
-      {"within a range", u"a b a b", {u"b"}, {0, 5}, {{2, 3}}, true, {2, 3}, 1},
-      {"a range that is the text needs no find", u"a b a b", {u"b"}, {2, 3}, {{6, 7}}, true, {2, 3}, 0},
-      {"a match outside the range is put back", u"a b a b", {u"b"}, {3, 5}, {{6, 7}}, false, {3, 5}, 1},
-      {"what is left of the range is the text",
-       u"\u201Ca\"a\"",
-       {u"\"a\""},
-       {0, 5},
-       {{0, 3}},
-       false,
-       {0, 5},
-       2},
-      {"an empty text is not found", u"a b", {u""}, {0, 0}, {{0, 3}}, false, {0, 0}, 1},
-      {"a shortened text in full", carets + u"x", {carets}, {0, 0}, {{0, 127}}, true, {0, 200}, 1},
-      {"a shortened text that goes on otherwise",
-       carets + u"x",
-       {carets.substr(1) + u"y"},
-       {0, 0},
-       {{0, 127}},
-       false,
-       {0, 0},
-       2},
-      {"a shortened text that would leave the range",
-       carets,
-       {carets},
-       {0, 199},
-       {{0, 127}},
-       false,
-       {0, 199},
-       2},
-      {"a shortened whole word",
-       carets + u"ab",
-       {carets + u"a", false, true},
-       {0, 0},
-       {{0, 127}},
-       false,
-       {0, 0},
-       2},
-      {"words with a tab between them, of which Word does not see to the ends",
-       u"xa\tb a\tbx a\tb",
-       {u"a\tb", false, true},
-       {0, 0},
-       {{1, 4}, {5, 8}, {10, 13}},
-       true,
-       {10, 13},
-       3},
-      {"a range that is longer than its text, which Word does not find",
-       u"\x13 DATE \x14"
-       u"Monday\x15",
-       {u"Monday"},
-       {0, 15},
-       {},
-       true,
-       {0, 15},
-       1},
-      {"the whole range, but not a whole word", u"abc", {u"b", false, true}, {1, 2}, {}, false, {1, 2}, 1},
+      {"a match", u"one two", u"two", {0, 0}, {{4, 7}}, {{4, 7}}, 1},
+      {"capitals, which do not matter", u"one TWO", u"two", {0, 0}, {{4, 7}}, {{4, 7}}, 1},
+      {"nothing", u"one two", u"six", {2, 2}, {}, {}, 1},
+      {"curly quotes are not straight", quotes, u"\"a\"", {0, 0}, {{4, 7}, {11, 14}}, {{11, 14}}, 2},
+      {"there are no straight ones", quotes, u"\"b\"", {3, 3}, {{4, 7}}, {}, 2},
+      {"a find that stands still", quotes, u"\"a\"", {0, 0}, {{4, 7}, {4, 7}, {4, 7}}, {}, 2},
+      {"within a range", u"a b a b", u"b", {0, 5}, {{2, 3}}, {{2, 3}}, 1},
+      {"a range that is the text needs no find", u"a b a b", u"b", {2, 3}, {{6, 7}}, {{2, 3}}, 0},
+      {"a match outside the range", u"a b a b", u"b", {3, 5}, {{6, 7}}, {}, 1},
+      {"what is left of the range is the text", u"\u201Ca\"a\"", u"\"a\"", {0, 5}, {{0, 3}}, {}, 2},
+      {"hidden text in a range that is the text", field, u"result", {0, 15}, {}, {{0, 15}}, 1},
+      {"an empty text", u"a b", u"", {0, 0}, {{0, 3}}, {}, 1},
+      {"a shortened text in full", carets + u"x", carets, {0, 0}, {{0, 127}}, {{0, 200}}, 1},
+      {"a shortened text that goes on otherwise", carets + u"x", other, {0, 0}, {{0, 127}}, {}, 2},
+      {"a shortened text that would leave the range", carets, carets, {0, 199}, {{0, 127}}, {}, 2},
+      {"a shortened whole word", carets + u"ab", carets + u"a", {0, 0}, {{0, 127}}, {}, 2, true},
+      // Of several words Word does not see to the ends.
+      {"whole words", tabs, u"a\tb", {0, 0}, {{1, 4}, {5, 8}, {10, 13}}, {{10, 13}}, 3, true},
+      {"the whole range, but not a whole word", u"abc", u"b", {1, 2}, {}, {}, 1, true},
   };
   for (const Case& each : cases) {
     SCOPED_TRACE(each.what);
     const Searched searched(each.document, each.range, each.matches);
-    EXPECT_EQ(executed(*searched.range, each.asked), each.found);
-    EXPECT_EQ(searched.span(), each.left) << searched.span().start << ".." << searched.span().end;
+    EXPECT_EQ(executed(*searched.range, each.text, each.wholeWord), each.found.has_value());
+    const Span left{searched.range->Start(), searched.range->End()};
+    EXPECT_EQ(left, each.found.value_or(each.range)) << left.start << ".." << left.end;
     EXPECT_EQ(Searched::calls("call Find.Execute").size(), each.executions);
   }
 }
@@ -203,7 +138,7 @@ TEST(ComFind, ForgetsWhatADialogLeftWhereWordHasIt) {
   WordSession::calls().refuse(u"get Find.MatchKashida", 4605);
   // A range's find begins with what the dialog's has.
   searched.range = searched.session.word()->ActiveDocument()->Range(0, 0);
-  executed(*searched.range, {u"a"});
+  executed(*searched.range, u"a");
   const auto set = [&](const std::string& member) { return Searched::calls("put Find." + member); };
   EXPECT_EQ(set("IgnorePunct"), std::vector<std::string>{"put Find.IgnorePunct(VT_BOOL 0)"});
   EXPECT_EQ(set("MatchByte"), std::vector<std::string>{"put Find.MatchByte(VT_BOOL -1)"});

@@ -11,12 +11,6 @@
 namespace pluvo::stand_in {
 namespace {
 
-World& world() { return World::instance(); }
-
-Handle object(std::u16string_view name, std::vector<Member> members) {
-  return new Object(name, std::move(members), &world().calls);
-}
-
 /// A property that is on or off.
 std::vector<Member> flag(const std::u16string& name, bool& value) {
   return {{u"get " + name, [&value] { return value; }},

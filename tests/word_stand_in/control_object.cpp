@@ -6,8 +6,6 @@
 namespace pluvo::stand_in {
 namespace {
 
-World& world() { return World::instance(); }
-
 OpenDocument& named(const std::u16string& name) {
   const auto found =
       std::ranges::find_if(world().documents, [&](const Document& each) { return each->name() == name; });

@@ -3,10 +3,21 @@
 #include "automation.h"
 #include "world.h"
 
+#include <string_view>
+#include <utility>
+#include <vector>
+
 /// Word's objects, so far as they are used, under Word's names.
 namespace pluvo::stand_in {
 
 using Handle = ComPtr<IDispatch>;
+
+inline World& world() { return World::instance(); }
+
+/// One of Word's, of which the book of calls knows.
+inline Handle object(std::u16string_view name, std::vector<Member> members) {
+  return new Object(name, std::move(members), &world().calls);
+}
 
 /// One at a time, which is in the running object table while it lives.
 Handle application();

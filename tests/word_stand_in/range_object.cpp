@@ -12,12 +12,6 @@ namespace {
 using text::Position;
 using text::Span;
 
-World& world() { return World::instance(); }
-
-Handle object(std::u16string_view name, std::vector<Member> members) {
-  return new Object(name, std::move(members), &world().calls);
-}
-
 word::WdUnits unitOf(std::int32_t unit) {
   constexpr std::int32_t kBadParameter = 4120;
   if (unit < word::wdCharacter || unit > word::wdParagraph) throw refusal(kBadParameter);
