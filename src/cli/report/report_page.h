@@ -33,7 +33,7 @@ code, .block { font-family: ui-monospace, "DejaVu Sans Mono", monospace; font-si
 dl.totals { display: flex; flex-wrap: wrap; gap: .5rem 2rem; margin: 1rem 0; padding: .75rem 1rem; background: var(--panel); border-radius: .5rem; }
 dl.totals div { min-width: 6rem; } dt { color: var(--soft); } dd { margin: 0; font-size: 1.35rem; font-weight: 600; }
 table { border-collapse: collapse; width: 100%; } th, td { text-align: left; padding: .35rem .75rem .35rem 0; border-bottom: 1px solid var(--line); vertical-align: top; overflow-wrap: break-word; }
-td:first-child { min-width: min(12rem, 30vw); overflow-wrap: anywhere; }
+td:first-child { min-width: min(18rem, 35vw); overflow-wrap: anywhere; }
 td.n, th.n { text-align: right; white-space: nowrap; padding-right: 1.5rem; }
 .bad { color: var(--bad); font-weight: 600; }
 nav { display: flex; flex-wrap: wrap; gap: .5rem 1rem; align-items: center; margin: 1rem 0; }
@@ -50,7 +50,7 @@ li { border-top: 1px solid var(--line); padding: .5rem 0; content-visibility: au
 del { color: var(--old); background: var(--oldpaper); text-decoration: line-through; }
 ins { color: var(--new); background: var(--newpaper); text-decoration: underline; }
 mark { color: inherit; background: var(--mark); text-decoration: underline dotted; }
-@media screen and (max-width: 44rem) { body { padding: 1rem; } table, tbody, tr, td { display: block; } thead { position: absolute; clip-path: inset(50%); }
+@media screen and (max-width: 44rem) { body { padding: 1rem; } table, tbody, tr, td { display: block; } thead { position: absolute; width: 1px; height: 1px; overflow: hidden; clip-path: inset(50%); }
   tr { padding: .5rem 0; border-bottom: 1px solid var(--line); } td, td.n { border: 0; padding: 0; text-align: left; }
   td:first-child { min-width: 0; font-weight: 600; } td[data-name] { display: inline-block; margin-right: 1.25rem; }
   td[data-name]::before { content: attr(data-name) " "; color: var(--soft); } }
