@@ -22,6 +22,9 @@ constexpr std::string_view kOverallExamples =
 
 constexpr std::string_view kExitStatus =
     "  0 blocks were found   1 none   2 something failed, whatever else succeeded\n";
+constexpr std::string_view kUndoExitStatus =
+    "  0 taken back, or runs to show   1 nothing to do   2 something failed, whatever else succeeded\n";
+constexpr std::string_view kSaveExitStatus = "  0 saved   2 not saved\n";
 
 struct Story {
   std::string_view what;
@@ -140,7 +143,10 @@ std::string helpText(std::optional<Command> command, const Style& style) {
     text += "  'pluvo COMMAND --help' tells of one command, with examples.\n";
     text += optionList(kEveryCommand, style) + section("Examples", kOverallExamples, style);
   }
-  return text + section("Exit status", kExitStatus, style);
+  const std::string_view exits = command == Command::undo   ? kUndoExitStatus
+                                 : command == Command::save ? kSaveExitStatus
+                                                            : kExitStatus;
+  return text + section("Exit status", exits, style);
 }
 
 std::string versionText() { return "pluvo " PLUVO_VERSION "\n"; }

@@ -85,8 +85,17 @@ void sayError(std::string_view sentence) {
 void sayNote(std::string_view sentence) { say("pluvo: " + std::string(sentence) + "\n"); }
 
 std::string shownPath(std::string_view path) {
+  const auto byteAt = [&](std::size_t i) {
+    return i < path.size() ? static_cast<unsigned char>(path[i]) : 0U;
+  };
   std::string shown;
-  for (const char c : path) shown += static_cast<unsigned char>(c) < 0x20 || c == 0x7F ? '?' : c;
+  for (std::size_t i = 0; i < path.size(); ++i) {
+    // Those of U+0080 to U+009F are commands to a terminal, too.
+    const bool isC1 = byteAt(i) == 0xC2 && byteAt(i + 1) >= 0x80 && byteAt(i + 1) <= 0x9F;
+    const bool isC0 = byteAt(i) < 0x20 || byteAt(i) == 0x7F;
+    shown += isC0 || isC1 ? '?' : path[i];
+    if (isC1) ++i;
+  }
   return shown;
 }
 

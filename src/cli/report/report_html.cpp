@@ -74,7 +74,7 @@ class HtmlReport final : public Printer {
   void document(const Outcome& outcome) override {
     row(outcome);
     if (!items_.empty()) {
-      file_.addLater("<details><summary>" + escaped(outcome.path) + " <span class=\"soft\">" +
+      file_.addLater("<details><summary>" + escaped(shownPath(outcome.path)) + " <span class=\"soft\">" +
                      std::to_string(outcome.found) + (outcome.found == 1 ? " block" : " blocks") +
                      "</span></summary><ol>\n" + items_ + "</ol></details>\n");
     }
@@ -82,8 +82,8 @@ class HtmlReport final : public Printer {
   }
 
   void leftOut(const LeftOut& leftOut) override {
-    notTaken_ +=
-        "<tr><td>" + escaped(leftOut.path) + "</td><td>" + std::string(leftOut.reason) + "</td></tr>\n";
+    notTaken_ += "<tr><td>" + escaped(shownPath(leftOut.path)) + "</td><td>" + std::string(leftOut.reason) +
+                 "</td></tr>\n";
   }
 
   void end(const Totals& totals) override {
@@ -115,7 +115,7 @@ class HtmlReport final : public Printer {
 
  private:
   void row(const Outcome& outcome) {
-    const std::string name = "<tr><td>" + escaped(outcome.path) + "</td>";
+    const std::string name = "<tr><td>" + escaped(shownPath(outcome.path)) + "</td>";
     if (outcome.failure) {
       failures_ += name + "<td class=\"bad\">" + std::string(files::nameOf(outcome.failure->problem)) +
                    "</td><td>" + escaped(outcome.failure->message) + "</td></tr>\n";

@@ -5,6 +5,7 @@
 #include "wording.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <system_error>
 
 namespace pluvo::files {
@@ -60,6 +61,8 @@ FileContent readFile(FileSystem& system, const std::string& path) {
     const OpenFile file(system, system.openToRead(path));
     return readFile(system, file.handle());
   } catch (const std::system_error& failure) {
+    if (failure.code().value() == ENOENT && system.exists(path))
+      throw DocumentError(Problem::io, "The link leads to a file that is gone; mend the link, or remove it.");
     throw readingFailed(failure);
   }
 }

@@ -60,10 +60,14 @@ TEST(Reading, RefusesWhatIsNoFileWithoutWaiting) {
   const struct {
     std::string path;
     std::string_view said;
-  } cases[] = {{scratch.path("folder"), "folder"},      {scratch.path("pipe"), "named pipe"},
-               {scratch.path("link"), "named pipe"},    {"/dev/null", "device"},
-               {scratch.path("missing"), "no such"},    {scratch.path("dangling"), "no such"},
-               {scratch.path("circle"), "in a circle"}, {"", "no such"}};
+  } cases[] = {{scratch.path("folder"), "folder"},
+               {scratch.path("pipe"), "named pipe"},
+               {scratch.path("link"), "named pipe"},
+               {"/dev/null", "device"},
+               {scratch.path("missing"), "no such"},
+               {scratch.path("dangling"), "The link leads to a file that is gone"},
+               {scratch.path("circle"), "in a circle"},
+               {"", "no such"}};
   for (const auto& [path, said] : cases) {
     try {
       readFile(machineFileSystem(), path);
