@@ -1,0 +1,78 @@
+/// Boxes, yielding and launching, by whatever toolkit.
+#include "errors/fault.h"
+#include "user.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <thread>
+
+namespace pluvo::forms {
+namespace {
+
+using namespace std::chrono_literals;
+
+class ShownBoxes : public testing::Test {
+ protected:
+  User user;
+};
+
+TEST_F(ShownBoxes, AnswerAsTheyAreAnsweredAndClosedAsByTheirLast) {
+  const struct {
+    Buttons buttons;
+    std::optional<Answer> pressed;
+    Answer answer;
+  } cases[] = {{Buttons::ok, Answer::ok, Answer::ok},
+               {Buttons::ok, std::nullopt, Answer::ok},
+               {Buttons::yesNo, Answer::yes, Answer::yes},
+               {Buttons::yesNo, Answer::no, Answer::no},
+               {Buttons::yesNo, std::nullopt, Answer::no},
+               {Buttons::yesNoCancel, Answer::no, Answer::no},
+               {Buttons::yesNoCancel, Answer::cancel, Answer::cancel},
+               {Buttons::yesNoCancel, std::nullopt, Answer::cancel}};
+  for (const auto& it : cases) {
+    user.later([&] { EXPECT_EQ(user.answerBox(it.pressed), "A & B: <b>Find & Replace?"); });
+    EXPECT_EQ(user.boxes.show(u"<b>Find & Replace?", it.buttons, u"A & B"), it.answer);
+  }
+}
+
+TEST_F(ShownBoxes, GiveWhatIsTypedUnlessTheyAreCancelled) {
+  for (const int end : {User::kEnter, User::kEscape}) {
+    user.later([&] {
+      user.type(u"12");
+      user.key(end);
+    });
+    EXPECT_EQ(user.inputs.ask(u"a number", u"How far?"), end == User::kEnter ? u"12" : u"");
+  }
+}
+
+TEST_F(ShownBoxes, YieldToWhatWaitsButNotWithinAYield) {
+  const auto yieldUntil = [&](auto done) {
+    for (int wait = 0; wait < 40 && !done(); ++wait) {
+      std::this_thread::sleep_for(5ms);
+      user.yielding.yield();
+    }
+  };
+  int done = 0;
+  user.later([&] {
+    user.later([&] { ++done; });
+    yieldUntil([&] { return done > 0; });
+    EXPECT_EQ(done++, 0);
+  });
+  yieldUntil([&] { return done == 2; });
+  EXPECT_EQ(done, 2);
+}
+
+TEST_F(ShownBoxes, TellWhatCannotBeStarted) {
+  try {
+    user.launcher.launchHidden(u"pluvo-is-not-there --now");
+    FAIL() << "there is no such program";
+  } catch (const errors::Fault& fault) {
+    EXPECT_EQ(fault.number, 53);
+    EXPECT_NE(fault.description.find(u"pluvo-is-not-there"), std::u16string::npos);
+  }
+}
+
+}  // namespace
+}  // namespace pluvo::forms

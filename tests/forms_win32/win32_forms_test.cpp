@@ -1,0 +1,246 @@
+/// What Windows' forms do besides what forms_shown tests of all.
+#include "errors/fault.h"
+#include "forms_shown/shown_form.h"
+#include "host/frmFAR.h"
+#include "host/opened_dialog.h"
+
+namespace pluvo::forms {
+namespace {
+
+using testing::ElementsAre;
+
+TEST_F(ShownForm, ChoosesWhereTheListClosesAndHearsOfTheMouseOverItsBoxesOnly) {
+  std::vector<int> buttons;
+  form.lines.MouseUp.handledBy([&](std::int16_t button) { buttons.push_back(button); });
+  user.open();
+  HWND combo = user.widget(form.combo);
+  User::send(combo, CB_SHOWDROPDOWN, TRUE);
+  User::send(combo, CB_SETCURSEL, 1);
+  user.notify(combo, CBN_SELCHANGE);
+  EXPECT_EQ(form.combo.Text(), u"") << "the list is open yet";
+  user.notify(combo, CBN_SELENDOK);
+  User::send(combo, CB_SHOWDROPDOWN, FALSE);
+  EXPECT_EQ(form.combo.Value(), u"3");
+
+  user.post(user.widget(form.lines), WM_RBUTTONUP, 0, MAKELPARAM(-3, 3));
+  user.click(form.lines);
+  EXPECT_THAT(buttons, ElementsAre(kLeft)) << "not where the pointer was moved away";
+
+  form.Hide();
+  user.post(user.widget(form.button), BM_CLICK);
+  EXPECT_EQ(pressed, "") << "nothing arrives while the form is hidden";
+}
+
+TEST_F(ShownForm, KnowsTheKeysOfADialogInAnothersLoopToo) {
+  user.open();
+  const auto throughOthersLoop = [](WPARAM code) {
+    PostMessageW(GetFocus(), WM_KEYDOWN, code, 1);
+    MSG message = {};
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != 0) {
+      TranslateMessage(&message);
+      DispatchMessageW(&message);
+    }
+  };
+  EXPECT_EQ(user.focused(), "line");
+  throughOthersLoop(VK_TAB);
+  EXPECT_EQ(user.focused(), "lines");
+  throughOthersLoop(VK_ESCAPE);
+  EXPECT_FALSE(form.Visible());
+}
+
+/// Lets so many windows of this thread come into being and no others, as where Windows has no more.
+class FewWindows {
+ public:
+  explicit FewWindows(int few)
+      : hook_((left = few, SetWindowsHookExW(WH_CBT, refuse, nullptr, GetCurrentThreadId()))) {}
+  FewWindows(const FewWindows&) = delete;
+  FewWindows& operator=(const FewWindows&) = delete;
+  ~FewWindows() { UnhookWindowsHookEx(hook_); }
+
+  static inline int left = 0;
+
+ private:
+  static LRESULT CALLBACK refuse(int code, WPARAM wparam, LPARAM lparam) {
+    if (code == HCBT_CREATEWND && --left < 0) return 1;
+    return CallNextHookEx(nullptr, code, wparam, lparam);
+  }
+  HHOOK hook_;
+};
+
+int windowsOfThread() {
+  int count = 0;
+  EnumThreadWindows(
+      GetCurrentThreadId(), [](HWND, LPARAM counted) { return ++*reinterpret_cast<int*>(counted), TRUE; },
+      reinterpret_cast<LPARAM>(&count));
+  return count;
+}
+
+TEST_F(ShownForm, IsThereWholeOrNotAtAll) {
+  const int before = windowsOfThread();
+  int few = 0;
+  for (bool whole = false; !whole; ++few) {
+    SCOPED_TRACE(few);
+    const FewWindows hold(few);
+    try {
+      form.Visible(true);
+      whole = true;
+    } catch (const errors::Fault& fault) {
+      EXPECT_EQ(fault.number, errors::kOutOfMemory);
+      EXPECT_FALSE(form.Visible());
+      EXPECT_EQ(user.window(), nullptr);
+      EXPECT_EQ(windowsOfThread(), before);
+    }
+    user.settle();
+    ASSERT_LT(few, 100);
+  }
+  EXPECT_GT(few, 12) << "a window for each control, and theirs";
+  typeInto(form.line, u"a");
+  EXPECT_EQ(form.line.Text(), u"a");
+}
+
+TEST_F(ShownForm, IsWaitedForAgainAfterAFault) {
+  {
+    const FewWindows hold(3);
+    EXPECT_THROW(form.ShowModal(), errors::Fault);
+    EXPECT_FALSE(form.Visible());
+  }
+  user.open();
+  form.Visible(false);
+  EXPECT_EQ(user.title(), "-") << "a form that nobody waits for goes at once";
+}
+
+TEST_F(ShownForm, LeavesNothingBehind) {
+  wchar_t kind[64] = {};
+  WNDCLASSW known = {};
+  const HINSTANCE module = GetModuleHandleW(nullptr);
+  DWORD before = 0;
+  for (int round = 0; round < 12; ++round) {
+    forms_win32::Win32Forms host(boxes);
+    SampleForm sample(host);
+    sample.Visible(true);
+    GetClassNameW(host.windowOf(sample), kind, 64);
+    EXPECT_TRUE(GetClassInfoW(module, kind, &known));
+    const DWORD objects = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS) +
+                          GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS);
+    if (round == 4) before = objects;
+    EXPECT_LE(round > 4 ? objects : 0, before + 4) << "in round " << round;
+  }
+  EXPECT_FALSE(GetClassInfoW(module, kind, &known)) << "a class that outlives its DLL is called into nowhere";
+}
+
+/// The word processor's windows go with their documents, and take those along that stand above them.
+TEST_F(ShownForm, StandsAboveADocumentAndOutlivesIt) {
+  const auto document = [] {
+    return CreateWindowExW(0, L"STATIC", L"Word", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 400, 300, nullptr,
+                           nullptr, nullptr, nullptr);
+  };
+  HWND word = document();
+  user.host.owner = [&] { return word; };
+  user.host.leavesOthersUsable(u"frmSample");
+  User::later([&] {
+    EXPECT_TRUE(IsWindowEnabled(word));
+    EXPECT_EQ(GetWindow(user.window(), GW_OWNER), word);
+    typeInto(form.line, u"a");
+    DestroyWindow(std::exchange(word, document()));
+    User::later([&] {
+      EXPECT_EQ(user.title(), "A & B");
+      EXPECT_EQ(GetWindow(user.window(), GW_OWNER), word);
+      EXPECT_EQ(user.seen(form.line), "a");
+      user.type(u"b");
+      form.close();
+    });
+  });
+  form.ShowModal();
+  EXPECT_EQ(form.line.Text(), u"b") << "over what was marked as the focus came";
+  DestroyWindow(word);
+}
+
+TEST_F(ShownForm, EndsWithTheProgram) {
+  User::later([] { PostQuitMessage(3); });
+  form.ShowModal();
+  EXPECT_FALSE(form.Visible());
+  MSG message = {};
+  EXPECT_TRUE(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE)) << "so that Word ends too";
+  EXPECT_EQ(message.wParam, 3U);
+}
+
+TEST_F(ShownForm, YieldsAgainAfterAFaultInTheMidstOfIt) {
+  user.open();
+  user.host.owner = []() -> HWND { throw errors::Fault(4605, u"no window"); };
+  DestroyWindow(user.window());
+  PostMessageW(nullptr, WM_NULL, 0, 0);
+  EXPECT_THROW(user.yielding.yield(), errors::Fault) << "the form cannot be brought back";
+  user.host.owner = {};
+  PostMessageW(nullptr, WM_NULL, 0, 0);
+  user.yielding.yield();
+  EXPECT_EQ(user.title(), "A & B");
+}
+
+TEST(Win32Launcher, StartsProgramsAndWaitsForNone) {
+  const files::Scratch scratch;
+  forms_win32::Win32Launcher().launchHidden(u"cmd.exe /c mkdir \"" + errors::nameText(scratch.path("made")) +
+                                            u"\"");
+  for (int wait = 0; wait < 200 && scratch.names().empty(); ++wait) Sleep(50);
+  EXPECT_THAT(scratch.names(), ElementsAre("made"));
+}
+
+/// By its own font, on its own surface. Buttons need something around their text.
+bool showsItsText(HWND widget, const RECT& place) {
+  wchar_t kind[16] = {};
+  GetClassNameW(widget, kind, 16);
+  const bool button = lstrcmpiW(kind, WC_BUTTONW) == 0;
+  if (!button && lstrcmpiW(kind, WC_STATICW) != 0) return true;
+  wchar_t text[400] = {};
+  GetWindowTextW(widget, text, 400);
+  HDC surface = GetDC(widget);
+  HGDIOBJ before = SelectObject(surface, reinterpret_cast<HGDIOBJ>(User::send(widget, WM_GETFONT)));
+  RECT needed = {0, 0, place.right - place.left - (button ? 6 : 0), 0};
+  DrawTextW(surface, text, -1, &needed, DT_CALCRECT | DT_WORDBREAK | (button ? 0U : UINT{DT_NOPREFIX}));
+  SelectObject(surface, before);
+  ReleaseDC(widget, surface);
+  return needed.right <= place.right - place.left && needed.bottom <= place.bottom - place.top;
+}
+
+/// What does not fit where it stands, or does not stand within its parent.
+std::vector<std::string> cutOff(const User& user) {
+  std::vector<std::string> faults;
+  for (const auto& page : user.form->get<MultiPage>(u"MultiPage1").Pages()) {
+    for (const Control* control : page->controls()) {
+      if (!control->Visible()) continue;
+      HWND widget = user.widget(*control);
+      const forms_win32::Mirror& mirror = *forms_win32::mirrorOf(widget);
+      RECT place = {};
+      RECT around = {};
+      GetWindowRect(widget, &place);
+      GetWindowRect(GetParent(widget), &around);
+      const int width = place.right - place.left;
+      const bool inside = place.left >= around.left && place.right <= around.right &&
+                          place.top >= around.top && place.bottom <= around.bottom;
+      if (!inside || !showsItsText(widget, place) || width < mirror.leastWidth() ||
+          place.bottom - place.top < mirror.leastHeightFor(width))
+        faults.push_back(errors::utf8(control->Name()));
+    }
+  }
+  return faults;
+}
+
+class WholeDialog : public host::OpenedDialog, public testing::Test {};
+
+TEST_F(WholeDialog, CutsNothingOffAtAnyResolution) {
+  User user(boxes);
+  host::Surroundings here = surroundings();
+  host::frmFAR dialog(
+      {here.application, user.host, boxes, inputs, clock, yielding, launcher, random, here.componentFolder});
+  user.form = &dialog;
+  user.open();
+  for (const WORD dots : {WORD{96}, WORD{120}, WORD{144}, WORD{96}}) {
+    const RECT place = {0, 0, 660 * dots / 96, 490 * dots / 96};
+    constexpr UINT kResolutionChanged = 0x02E0;
+    User::send(user.window(), kResolutionChanged, MAKEWPARAM(dots, dots), reinterpret_cast<LPARAM>(&place));
+    user.settle();
+    EXPECT_THAT(cutOff(user), testing::IsEmpty()) << dots << " dots per inch";
+  }
+}
+
+}  // namespace
+}  // namespace pluvo::forms
