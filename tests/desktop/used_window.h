@@ -1,6 +1,7 @@
 #pragma once
 
 #include "documents/files/scratch.h"
+#include "errors/text.h"
 #include "main_window.h"
 
 #include <QtTest/QtTest>
@@ -53,13 +54,10 @@ class UsedWindow : public testing::Test {
 
   /// What the user does in the next box that waits for an answer.
   void expectBox(std::function<void(QWidget& box)> doing) { answers_.push_back(std::move(doing)); }
-  void expectPress(const char* button) {
-    expectBox([button](QWidget& box) { press(box, button); });
-  }
   void expectAnswer(QMessageBox::StandardButton button) {
     expectBox([button](QWidget& box) { dynamic_cast<QMessageBox&>(box).button(button)->click(); });
   }
-  /// A box of the program whose answer reads so.
+  /// A box of the program with an answer that reads so.
   void expectChoice(const QString& text) {
     expectBox([text](QWidget& box) {
       for (QAbstractButton* button : box.findChildren<QAbstractButton*>()) {
@@ -67,6 +65,15 @@ class UsedWindow : public testing::Test {
       }
       ADD_FAILURE() << "no button " << text.toStdString();
       dynamic_cast<QDialog&>(box).reject();
+    });
+  }
+  /// A box that says this, among other things, and is closed.
+  void expectSaying(const char* words) {
+    expectBox([words](QWidget& box) {
+      auto& message = dynamic_cast<QMessageBox&>(box);
+      EXPECT_TRUE((message.text() + message.informativeText()).contains(QLatin1String(words)))
+          << message.text().toStdString() << message.informativeText().toStdString();
+      message.reject();
     });
   }
 
@@ -92,7 +99,18 @@ class UsedWindow : public testing::Test {
     auto& tick = control<QCheckBox>(box);
     if (tick.isChecked() != on) tick.click();
   }
-  void execute() { control<QPushButton>("cmdExecuteFAR").click(); }
+  void click(const char* button) { control<QPushButton>(button).click(); }
+  void execute() { click("cmdExecuteFAR"); }
+  void ask(const char* beginning, const char* operation) {
+    type("txtBeginText", beginning);
+    choose("cboxProcOperation1", operation);
+  }
+  /// A run over the text files of a folder.
+  void askOver(const std::string& folder) {
+    type("txtFilePath", folder.c_str());
+    tick("chkFTdoc", false);
+    tick("chkFTtxt");
+  }
   static void press(QWidget& in, const char* button) {
     auto* found = in.findChild<QAbstractButton*>(QLatin1String(button));
     ASSERT_NE(found, nullptr) << button << " in " << in.objectName().toStdString();
@@ -105,6 +123,12 @@ class UsedWindow : public testing::Test {
     }
     return nullptr;
   }
+  /// The user decides upon the block that awaits it.
+  static void decide(const char* button) {
+    ASSERT_NE(confirmation(), nullptr);
+    press(*confirmation(), button);
+    settle();
+  }
   static void settle() {
     for (int rounds = 0; rounds < 5; ++rounds) QCoreApplication::processEvents();
   }
@@ -114,14 +138,21 @@ class UsedWindow : public testing::Test {
     settle();
     return *window->current();
   }
-  std::string text(OpenDocument& document) {
-    const model::Model& model = document.document()->model();
-    return QString::fromStdU16String(model.text().substring(0, model.length())).toStdString();
+  static std::string text(memory::MemoryDocument& document) {
+    return errors::utf8(document.model().text().substring(0, document.model().length()));
+  }
+  static std::string text(const OpenDocument& document) { return text(*document.document()); }
+  static std::string textInFile(const std::string& path) {
+    return text(*store::Store().open(path)->document());
+  }
+  /// The user's own change at the beginning, which the window has heard of.
+  static void change(OpenDocument& document, text::Position until, const char16_t* text) {
+    document.document()->model().replace({0, until}, text, text::View::results);
+    QTest::qWait(100);
   }
   std::string selected(OpenDocument& document) {
-    return QString::fromStdU16String(document.document()->model().visibleText(
-                                         document.document()->selection(), text::View::results))
-        .toStdString();
+    return errors::utf8(
+        document.document()->model().visibleText(document.document()->selection(), text::View::results));
   }
   void menu(const char* text) {
     for (QAction* action : window->findChildren<QAction*>()) {

@@ -13,30 +13,20 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// How long no event was dealt with.
-class Gaps {
- public:
+/// How long no event was dealt with, since it is.
+struct Gaps {
   Gaps() {
-    timer_.setInterval(1);
-    QObject::connect(&timer_, &QTimer::timeout, [this] {
-      longest_ = std::max(longest_, since_.restart());
-      ++ticks_;
+    timer.callOnTimeout([this] {
+      longest = std::max(longest, since.restart());
+      ++ticks;
     });
+    since.start();
+    timer.start(1);
   }
-  void start() {
-    longest_ = 0;
-    ticks_ = 0;
-    since_.start();
-    timer_.start();
-  }
-  qint64 longest() const { return longest_; }
-  int ticks() const { return ticks_; }
-
- private:
-  QTimer timer_;
-  QElapsedTimer since_;
-  qint64 longest_ = 0;
-  int ticks_ = 0;
+  QTimer timer;
+  QElapsedTimer since;
+  qint64 longest = 0;
+  int ticks = 0;
 };
 
 /// Under sanitizers everything takes longer, and beside other work the machine forgets a thread for a while.
@@ -54,16 +44,15 @@ TEST(Work, InAnotherThreadLeavesThisOneAlive) {
   Working working;
   std::vector<bool> told;
   working.changed = [&](bool underWay) { told.push_back(underWay); };
-  Gaps gaps;
-  gaps.start();
+  const Gaps gaps;
   std::thread::id worker;
   working.run([&] {
     worker = std::this_thread::get_id();
     std::this_thread::sleep_for(300ms);
   });
   EXPECT_NE(worker, std::this_thread::get_id());
-  EXPECT_GT(gaps.ticks(), 20);
-  EXPECT_LT(gaps.longest(), kLongestGap);
+  EXPECT_GT(gaps.ticks, 20);
+  EXPECT_LT(gaps.longest, kLongestGap);
   EXPECT_TRUE(working.underWay()) << "until the event loop has control";
   QCoreApplication::processEvents();
   EXPECT_FALSE(working.underWay());
@@ -79,11 +68,16 @@ TEST(Work, InAnotherThreadLeavesThisOneAlive) {
 
 TEST(Work, ThatIsShortShowsNothing) {
   Working working;
-  working.changed = [](bool) { ADD_FAILURE(); };
-  working.run([] {});
-  working.breathe();
-  QCoreApplication::processEvents();
-  EXPECT_FALSE(working.underWay());
+  int shown = 0;
+  working.changed = [&](bool) { ++shown; };
+  constexpr int kTries = 20;
+  for (int i = 0; i < kTries; ++i) {
+    working.run([] {});
+    working.breathe();
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(working.underWay());
+  }
+  EXPECT_LT(shown, kTries) << "but where the machine forgets a thread for a while";
 }
 
 std::string manyBlocks(int count) {
@@ -92,80 +86,80 @@ std::string manyBlocks(int count) {
   return text;
 }
 
+/// 40,000 beginnings, each too far from the one ending.
+std::string manyBeginnings() {
+  std::string text;
+  for (int i = 0; i < 40'000; ++i) text += "[a]\n\n\n";
+  return text + "[b]\n";
+}
+
 class WorkInTheWindow : public UsedWindow {
  protected:
   void askForReplacement() {
-    type("txtBeginText", "[a]");
+    ask("[a]", "Replace");
     type("txtEndText", "[b]");
-    choose("cboxProcOperation1", "Replace");
     type("txtTextToEnter", "X");
     tick("chkQuiteMode");
   }
+  /// While the engine is at work, does this again and again until it says that it was done often enough.
+  /// Events before the first breath are none: the notice in front of the run breathes too.
+  void meanwhile(std::function<bool()> done) {
+    QObject::connect(&poll_, &QTimer::timeout, [this, done = std::move(done)] {
+      if (window->working().breathing() && done()) poll_.stop();
+    });
+    poll_.start(2);
+  }
+  void cancel() {
+    menu("Ca&ncel");
+    ++cancels;
+    sinceCancel.start();
+  }
+
+  int cancels = 0;
+  QElapsedTimer sinceCancel;
+
+ private:
+  QTimer poll_;
 };
 
 TEST_F(WorkInTheWindow, KeepsItAliveAndCanBeCancelled) {
   use([&] {
-    constexpr int kBlocks = 60'000;
-    const std::string path = scratch.put("many.txt", manyBlocks(kBlocks));
-    OpenDocument& document = open(path);
-    const int before = document.document()->model().length();
+    OpenDocument& document = open(scratch.put("many.txt", manyBlocks(60'000)));
+    const auto length = [&] { return document.document()->model().length(); };
+    const int before = length();
     askForReplacement();
-    Gaps gaps;
-    gaps.start();
-    // Events are counted from the first breath on: the notice in front of the run breathes too.
     bool secondRefused = false;
-    QElapsedTimer cancelled;
-    QTimer poll;
-    poll.setInterval(5);
-    QObject::connect(&poll, &QTimer::timeout, [&] {
-      if (!window->working().breathing()) return;
-      const bool some = document.document()->model().length() < before - 1000;
-      if (some && !secondRefused) {
-        control<QPushButton>("cmdExecuteFAR").click();
-        window->open({scratch.path("other.txt")});
-        secondRefused = !control<QPushButton>("cmdExecuteFAR").isEnabled();
-        menu("Ca&ncel");
-        cancelled.start();
-        poll.stop();
-      }
+    meanwhile([&] {
+      if (length() >= before - 1000) return false;
+      execute();
+      window->open({scratch.path("other.txt")});
+      secondRefused = !control<QPushButton>("cmdExecuteFAR").isEnabled();
+      cancel();
+      return true;
     });
-    poll.start();
+    const Gaps gaps;
     execute();
-    ASSERT_TRUE(cancelled.isValid()) << "the pass never breathed";
-    EXPECT_LT(cancelled.elapsed(), kLongestCancel);
-    EXPECT_LT(gaps.longest(), kLongestGap);
+    ASSERT_EQ(cancels, 1) << "the pass never breathed";
+    EXPECT_LT(sinceCancel.elapsed(), kLongestCancel);
+    EXPECT_LT(gaps.longest, kLongestGap);
     EXPECT_TRUE(secondRefused);
     settle();
-    const int after = document.document()->model().length();
-    EXPECT_LT(after, before);
+    EXPECT_LT(length(), before);
     EXPECT_NE(text(document).find("[a]secret[b]"), std::string::npos) << "it ended before the end";
     menu("&Undo Last Pass");
-    EXPECT_EQ(document.document()->model().length(), before);
+    EXPECT_EQ(length(), before);
     EXPECT_FALSE(document.changed());
   });
 }
 
 TEST_F(WorkInTheWindow, CanBeCancelledWhereNothingIsFound) {
   use([&] {
-    // Every beginning has an ending, and every one is too far away.
-    std::string text;
-    for (int i = 0; i < 40'000; ++i) text += "[a]\n\n\n";
-    open(scratch.put("many.txt", text + "[b]\n"));
+    open(scratch.put("many.txt", manyBeginnings()));
     askForReplacement();
-    bool asked = false;
-    QElapsedTimer cancelled;
-    QTimer poll;
-    poll.setInterval(5);
-    QObject::connect(&poll, &QTimer::timeout, [&] {
-      if (!window->working().breathing() || asked) return;
-      asked = true;
-      menu("Ca&ncel");
-      cancelled.start();
-    });
-    poll.start();
+    meanwhile([&] { return cancel(), true; });
     execute();
-    ASSERT_TRUE(asked);
-    EXPECT_LT(cancelled.elapsed(), kLongestCancel);
+    ASSERT_EQ(cancels, 1);
+    EXPECT_LT(sinceCancel.elapsed(), kLongestCancel);
   });
 }
 
@@ -173,68 +167,48 @@ class WorkOverFiles : public WorkInTheWindow, public testing::WithParamInterface
 INSTANTIATE_TEST_SUITE_P(Cancelled, WorkOverFiles, testing::Values(1, 2));
 
 TEST_P(WorkOverFiles, LeavesEachWholeOrUntouched) {
-  const int cancels = GetParam();
   const std::string before = manyBlocks(30'000);
   for (const char* name : {"a.txt", "b.txt", "c.txt"}) scratch.put(name, before);
   use([&] {
     askForReplacement();
-    type("txtFilePath", scratch.path("").c_str());
-    tick("chkFTdoc", false);
-    tick("chkFTtxt");
-    control<QPushButton>("cmdGetPotentialFiles").click();
-    int asked = 0;
-    QTimer poll;
-    poll.setInterval(2);
-    QObject::connect(&poll, &QTimer::timeout, [&] {
-      if (asked == cancels || !window->working().breathing() || window->application()->count() == 0) return;
+    askOver(scratch.path(""));
+    click("cmdGetPotentialFiles");
+    meanwhile([&] {
+      if (window->application()->count() == 0) return false;
       const auto document = window->application()->active();
-      if (document->Name() != u"b.txt" || document->Saved()) return;
-      ++asked;
-      menu("Ca&ncel");
+      if (document->Name() == u"b.txt" && !document->Saved()) cancel();
+      return cancels == GetParam();
     });
-    poll.start();
     execute();
     settle();
-    EXPECT_EQ(asked, cancels);
+    EXPECT_EQ(cancels, GetParam());
     EXPECT_EQ(scratch.get("a.txt").find("secret"), std::string::npos) << "done before";
     if (cancels == 1) {
       EXPECT_EQ(scratch.get("b.txt").find("secret"), std::string::npos) << "finished";
     } else {
-      EXPECT_EQ(scratch.get("b.txt"), before) << "taken back";
+      EXPECT_TRUE(scratch.get("b.txt") == before) << "taken back";
     }
-    EXPECT_EQ(scratch.get("c.txt"), before) << "never begun";
+    EXPECT_TRUE(scratch.get("c.txt") == before) << "never begun";
     EXPECT_EQ(window->current(), nullptr);
   });
 }
 
 TEST_F(WorkInTheWindow, TakesBackNothingFromBeforeTheRun) {
-  std::string before;
-  for (int i = 0; i < 40'000; ++i) before += "[a]\n\n\n";
   use([&] {
-    OpenDocument& document = open(scratch.put("a.txt", "1" + before + "[b]\n"));
+    OpenDocument& document = open(scratch.put("a.txt", "1" + manyBeginnings()));
     document.passBegins();
-    document.document()->model().replace({0, 1}, u"one", text::View::results);
-    QTest::qWait(100);
+    change(document, 1, u"one");
     menu("&Save");
     settle();
     ASSERT_FALSE(document.changed());
     askForReplacement();
-    type("txtFilePath", scratch.path("").c_str());
-    tick("chkFTtxt");
-    control<QPushButton>("cmdGetPotentialFiles").click();
+    askOver(scratch.path(""));
+    click("cmdGetPotentialFiles");
     settle();
-    int asked = 0;
-    QTimer poll;
-    poll.setInterval(5);
-    QObject::connect(&poll, &QTimer::timeout, [&] {
-      if (asked == 2 || !window->working().breathing()) return;
-      ++asked;
-      menu("Ca&ncel");
-    });
-    poll.start();
+    meanwhile([&] { return cancel(), cancels == 2; });
     execute();
     settle();
-    EXPECT_EQ(asked, 2);
+    EXPECT_EQ(cancels, 2);
     EXPECT_EQ(text(document).substr(0, 3), "one");
     EXPECT_FALSE(document.changed());
   });
@@ -242,26 +216,25 @@ TEST_F(WorkInTheWindow, TakesBackNothingFromBeforeTheRun) {
 }
 
 TEST_F(WorkInTheWindow, IsEndedBeforeTheWindowCloses) {
-  const std::string path = scratch.put("many.txt", manyBlocks(60'000));
-  bool asked = false;
+  const std::string before = manyBlocks(60'000);
   use([&] {
-    open(path);
+    OpenDocument& document = open(scratch.put("many.txt", before));
     askForReplacement();
-    QTimer poll;
-    poll.setInterval(5);
-    QObject::connect(&poll, &QTimer::timeout, [&] {
-      if (asked || !window->working().breathing() || window->application()->active()->Saved()) return;
-      asked = true;
+    bool closed = false;
+    meanwhile([&] {
+      closed = !window->application()->active()->Saved();
+      if (!closed) return false;
       window->close();
       EXPECT_TRUE(window->isVisible()) << "the engine is at work";
+      return true;
     });
-    poll.start();
     expectAnswer(QMessageBox::Cancel);  // save the changes?
     execute();
     QTest::qWait(200);
-    EXPECT_TRUE(asked);
+    EXPECT_TRUE(closed);
+    EXPECT_NE(text(document).find("[a]secret[b]"), std::string::npos) << "it ended before the end";
   });
-  EXPECT_EQ(scratch.get("many.txt"), manyBlocks(60'000));
+  EXPECT_TRUE(scratch.get("many.txt") == before);
 }
 
 }  // namespace
