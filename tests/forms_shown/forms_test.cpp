@@ -89,13 +89,15 @@ TEST_F(ShownForm, PassesOnWhatIsTyped) {
 }
 
 TEST_F(ShownForm, PassesOnPressesAndTicks) {
+  form.label.Click.handledBy([&] { pressed += 't'; });
   user.open();
+  user.click(form.label);
   user.click(form.button);
   user.click(form.link);
   user.focus(form.link);
   user.key(User::kEnter);
   user.key('G', kAlt);
-  EXPECT_EQ(pressed, "bllb");
+  EXPECT_EQ(pressed, "tbllb");
   std::string ticked;
   const auto each = [&](auto tick) {
     tick();
@@ -112,7 +114,7 @@ TEST_F(ShownForm, PassesOnPressesAndTicks) {
   user.click(form.button);
   user.key('G', kAlt);
   EXPECT_TRUE(form.check.Value());
-  EXPECT_EQ(pressed, "bllb");
+  EXPECT_EQ(pressed, "tbllb");
 }
 
 TEST_F(ShownForm, PassesOnWhatIsChosen) {
