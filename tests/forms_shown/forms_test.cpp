@@ -197,6 +197,9 @@ TEST_F(ShownForm, AsksWhetherAnEditInAListStandsAsItIsLeft) {
     EXPECT_EQ(std::exchange(boxes.shown, {}).size(), 1U);
     asked = 0;
   }
+  typeInto(form.combo, u"nonsense");
+  user.click(form.check);
+  EXPECT_EQ(user.seen(form.check), "[ ] Tick & tie");
 }
 
 TEST_F(ShownForm, TellsOfThePasteWhereItsKeyComesUpAndOfMouseButtons) {

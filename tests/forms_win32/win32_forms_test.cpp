@@ -237,11 +237,13 @@ TEST_F(WholeDialog, CutsNothingOffAtAnyResolution) {
   user.form = &dialog;
   user.open();
   for (const WORD dots : {WORD{96}, WORD{120}, WORD{144}, WORD{96}}) {
-    const RECT place = {0, 0, 660 * dots / 96, 490 * dots / 96};
-    constexpr UINT kResolutionChanged = 0x02E0;
-    User::send(user.window(), kResolutionChanged, MAKEWPARAM(dots, dots), reinterpret_cast<LPARAM>(&place));
-    user.settle();
-    EXPECT_THAT(cutOff(user), testing::IsEmpty()) << dots << " dots per inch";
+    for (const SIZE size : {SIZE{660, 490}, SIZE{1, 900}}) {  // and as narrow as it gets
+      const RECT place = {0, 0, size.cx * dots / 96, size.cy * dots / 96};
+      constexpr UINT kResolutionChanged = 0x02E0;
+      User::send(user.window(), kResolutionChanged, MAKEWPARAM(dots, dots), reinterpret_cast<LPARAM>(&place));
+      user.settle();
+      EXPECT_THAT(cutOff(user), testing::IsEmpty()) << dots << " dots per inch, " << size.cx;
+    }
   }
 }
 
