@@ -42,20 +42,28 @@ Handle options() {
 }
 
 Handle undoRecord() {
-  return object(u"UndoRecord", {
-                                   {u"get IsRecordingCustomRecord", [] { return world().undoLevel > 0; }},
-                                   {u"call StartCustomRecord",
-                                    [](const Arguments& given) {
-                                      if (world().undoLevel++ == 0) world().undoRecord = given.text(0);
-                                    }},
-                                   // Without a record there is nothing to end, and Word says nothing.
-                                   {u"call EndCustomRecord",
-                                    [] {
-                                      if (world().undoLevel == 0 || --world().undoLevel > 0) return;
-                                      if (!world().documents.empty())
-                                        world().active()->undoRecords.push_back(world().undoRecord);
-                                    }},
-                               });
+  std::vector<Member> members = {
+      {u"get IsRecordingCustomRecord", [] { return world().undoLevel > 0; }},
+      {u"call StartCustomRecord",
+       [](const Arguments& given) {
+         if (world().undoLevel++ == 0) world().undoRecord = given.text(0);
+       }},
+      // Without a record there is nothing to end, and Word says nothing.
+      {u"call EndCustomRecord",
+       [] {
+         if (world().undoLevel == 0 || --world().undoLevel > 0) return;
+         if (!world().documents.empty()) world().active()->undoRecords.push_back(world().undoRecord);
+       }},
+  };
+  return object(u"UndoRecord", std::move(members));
+}
+
+Handle stories(const Document& document) {
+  const auto item = [document](const Arguments& given) {
+    if (given.number(0) != word::wdMainTextStory) throw refusal(word::kMemberMissing);
+    return rangeObject(document, {0, document->length()});
+  };
+  return object(u"StoryRanges", {{u"call Item", item}});
 }
 
 IDispatch* running = nullptr;
@@ -84,16 +92,17 @@ Handle application() {
   if (running != nullptr) return running;
   // Goes with the object, whose members hold it.
   const auto entry = std::make_shared<std::unique_ptr<InTable>>();
-  auto members = flag(u"ScreenUpdating", world().screenUpdating);
-  members.insert(members.end(), {
-                                    {u"get ActiveDocument", [] { return documentObject(world().active()); }},
-                                    {u"get Selection", [] { return selectionObject(world().active()); }},
-                                    {u"get Documents", documents},
-                                    {u"get Options", options},
-                                    {u"get UndoRecord", undoRecord},
-                                    {u"get PathSeparator", [entry] { return std::u16string(u"\\"); }},
-                                    {u"put Visible", [] { ShowWindow(world().window(), SW_SHOW); }},
-                                });
+  std::vector<Member> members = {
+      {u"get ActiveDocument", [] { return documentObject(world().active()); }},
+      {u"get Selection", [] { return selectionObject(world().active()); }},
+      {u"get Documents", documents},
+      {u"get Options", options},
+      {u"get UndoRecord", undoRecord},
+      {u"get PathSeparator", [entry] { return std::u16string(u"\\"); }},
+      {u"put Visible",
+       [](const Arguments& given) { ShowWindow(world().window(), given.flag(0) ? SW_SHOW : SW_HIDE); }},
+  };
+  for (const Member& member : flag(u"ScreenUpdating", world().screenUpdating)) members.push_back(member);
   const Handle made = object(u"Application", std::move(members));
   *entry = std::make_unique<InTable>(made.Get());
   return made;
@@ -102,66 +111,58 @@ Handle application() {
 Handle documentObject(const Document& document) {
   // Error 5825 once it is closed.
   const auto open = [document]() -> OpenDocument& { return document->model(), *document; };
-  return object(u"Document",
-                {
-                    {u"call Range",
-                     [=](const Arguments& given) {
-                       const text::Position start = given.number(0, 0);
-                       const text::Position end = given.number(1, open().length());
-                       open().requirePosition(start);
-                       open().requirePosition(end);
-                       return rangeObject(document, {std::min(start, end), end});
-                     }},
-                    {u"get Name", [=] { return open().name(); }},
-                    {u"get Path", [=] { return open().path.substr(0, document->path.rfind(u'\\')); }},
-                    {u"get ReadOnly", [=] { return open().file.readOnly; }},
-                    {u"put WritePassword",
-                     [=](const Arguments& given) {
-                       open().file.writePassword = given.text(0);
-                       document->saved = false;
-                     }},
-                    {u"get ProtectionType", [=] { return open().file.protection; }},
-                    {u"call Protect",
-                     [=](const Arguments& given) {
-                       if (open().file.protection != word::wdNoProtection) throw refusal(word::kNotAvailable);
-                       document->file.protection = given.number(0);
-                       document->file.protectionPassword = given.text(2);
-                       document->saved = false;
-                     }},
-                    {u"call Unprotect",
-                     [=](const Arguments& given) {
-                       if (open().file.protection == word::wdNoProtection) throw refusal(word::kNotAvailable);
-                       if (document->file.protectionPassword != given.text(0))
-                         throw refusal(word::kProtectionPasswordWrong);
-                       document->file.protection = word::wdNoProtection;
-                       document->saved = false;
-                     }},
-                    {u"get StoryRanges",
-                     [=] {
-                       return object(u"StoryRanges", {{u"call Item", [=](const Arguments& given) {
-                                                         if (given.number(0) != word::wdMainTextStory)
-                                                           throw refusal(word::kMemberMissing);
-                                                         return rangeObject(document, {0, open().length()});
-                                                       }}});
-                     }},
-                    {u"get Saved", [=] { return open().saved; }},
-                    {u"call Close",
-                     [=](const Arguments& given) {
-                       if (given.flag(0) && !open().saved) world().save(*document);
-                       world().close(document);
-                     }},
-                    {u"call Activate", [=] { world().activate(document); }},
-                    {u"get ActiveWindow", [=] { return windowObject(document); }},
-                });
+  std::vector<Member> members = {
+      {u"call Range",
+       [=](const Arguments& given) {
+         const text::Position start = given.number(0, 0);
+         const text::Position end = given.number(1, open().length());
+         open().requirePosition(start);
+         open().requirePosition(end);
+         return rangeObject(document, {std::min(start, end), end});
+       }},
+      {u"get Name", [=] { return open().name(); }},
+      {u"get Path", [=] { return open().path.substr(0, document->path.rfind(u'\\')); }},
+      {u"get ReadOnly", [=] { return open().file.readOnly; }},
+      {u"put WritePassword",
+       [=](const Arguments& given) {
+         open().file.writePassword = given.text(0);
+         document->saved = false;
+       }},
+      {u"get ProtectionType", [=] { return open().file.protection; }},
+      {u"call Protect",
+       [=](const Arguments& given) {
+         if (open().file.protection != word::wdNoProtection) throw refusal(word::kNotAvailable);
+         document->file.protection = given.number(0);
+         document->file.protectionPassword = given.text(2);
+         document->saved = false;
+       }},
+      {u"call Unprotect",
+       [=](const Arguments& given) {
+         if (open().file.protection == word::wdNoProtection) throw refusal(word::kNotAvailable);
+         if (document->file.protectionPassword != given.text(0))
+           throw refusal(word::kProtectionPasswordWrong);
+         document->file.protection = word::wdNoProtection;
+         document->saved = false;
+       }},
+      {u"get StoryRanges", [=] { return stories(document); }},
+      {u"get Saved", [=] { return open().saved; }},
+      {u"call Close",
+       [=](const Arguments& given) {
+         if (given.flag(0) && !open().saved) world().save(*document);
+         world().close(document);
+       }},
+      {u"call Activate", [=] { world().activate(document); }},
+      {u"get ActiveWindow", [=] { return windowObject(document); }},
+  };
+  return object(u"Document", std::move(members));
 }
 
 Handle windowObject(const Document& document) {
   document->model();
-  const auto view = [document] {
-    return object(u"View", {{u"put ShowFieldCodes", [document](const Arguments& given) {
-                               document->view = given.flag(0) ? text::View::codes : text::View::results;
-                             }}});
+  const auto show = [document](const Arguments& given) {
+    document->view = given.flag(0) ? text::View::codes : text::View::results;
   };
+  const auto view = [show] { return object(u"View", {{u"put ShowFieldCodes", show}}); };
   return object(u"Window", {{u"get View", view}, {u"get Application", application}});
 }
 
