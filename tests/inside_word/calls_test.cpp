@@ -64,6 +64,7 @@ TEST(Calls, ReachTheWordThatTheyAreIn) {
   const auto document = WordSession::document(u"one");
   const HWND window = WordSession::world().window();
   EXPECT_EQ(word_com::connectToWord()->ActiveDocument()->Name(), u"document.txt");
+  EXPECT_EQ(WordSession::lines().front(), "get Window.Application()");
   // Without a document no window gives it, and the table of running objects has it, as an object of this
   // process.
   WordSession::world().close(document);
