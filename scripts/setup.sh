@@ -5,7 +5,7 @@
 RUN_PACKAGES=(ca-certificates cmake g++ ninja-build libdeflate-dev libtomlplusplus-dev nettle-dev)
 # To test it as well.
 TEST_PACKAGES=(ccache clang clang-format clang-tidy libclang-rt-dev libexpat1-dev libgmock-dev libgtest-dev python3
-  fonts-dejavu-core qt6-base-dev xauth xvfb)
+  libpugixml-dev fonts-dejavu-core qt6-base-dev xauth xvfb)
 # To build the component for Word.
 WINDOWS_PACKAGES=(ccache cmake googletest g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix libwine-dev mingw-w64-tools
   ninja-build python3)

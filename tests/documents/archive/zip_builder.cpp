@@ -2,12 +2,20 @@
 
 #include <libdeflate.h>
 
+#include <algorithm>
+
 namespace pluvo::archive {
 
 namespace {
 
-void add(std::string& out, std::uint64_t value, std::size_t size) {
-  for (std::size_t i = 0; i < size; ++i) out.push_back(static_cast<char>(value >> (8 * i)));
+struct Field {
+  std::uint64_t value;
+  std::size_t size;  ///< in bytes
+};
+void add(std::string& out, std::initializer_list<Field> fields) {
+  for (const auto& [value, size] : fields) {
+    for (std::size_t i = 0; i < size; ++i) out.push_back(static_cast<char>(value >> (8 * i)));
+  }
 }
 
 std::string deflate(const std::string& contents) {
@@ -26,20 +34,14 @@ struct Common {
   std::uint32_t crc, packed, size;
 
   void addTo(std::string& out) const {
-    add(out, flags, 2);
-    add(out, method, 2);
-    add(out, 0x21004321, 4);
-    add(out, crc, 4);
-    add(out, packed, 4);
-    add(out, size, 4);
+    add(out, {{flags, 2}, {method, 2}, {0x21004321, 4}, {crc, 4}, {packed, 4}, {size, 4}});
   }
 };
 
 std::string zip64Extra(std::initializer_list<std::uint64_t> values) {
   std::string extra;
-  add(extra, 1, 2);
-  add(extra, 8 * values.size(), 2);
-  for (const std::uint64_t value : values) add(extra, value, 8);
+  add(extra, {{1, 2}, {8 * values.size(), 2}});
+  for (const std::uint64_t value : values) add(extra, {{value, 8}});
   return extra;
 }
 
@@ -49,10 +51,10 @@ class Builder {
     for (const Entry& entry : zip.entries) addMember(entry);
     built_.directory = out().size();
     built_.central.resize(zip.entries.size());
-    if (zip.directoryReversed) {
-      for (std::size_t i = zip.entries.size(); i-- > 0;) addCentral(zip.entries[i], i);
-    } else {
-      for (std::size_t i = 0; i < zip.entries.size(); ++i) addCentral(zip.entries[i], i);
+    const std::size_t count = zip.entries.size();
+    for (std::size_t i = 0; i < count; ++i) {
+      const std::size_t entry = zip.directoryReversed ? count - 1 - i : i;
+      addCentral(zip.entries[entry], entry);
     }
     addEnd(zip);
     return std::move(built_);
@@ -78,18 +80,13 @@ class Builder {
       extra = zip64Extra({written.size, written.packed}) + extra;
       written.packed = written.size = 0xffffffff;
     }
-    add(out(), 0x04034b50, 4);
-    add(out(), entry.zip64 ? 45 : 20, 2);
+    add(out(), {{0x04034b50, 4}, {entry.zip64 ? 45U : 20U, 2}});
     written.addTo(out());
-    add(out(), entry.name.size(), 2);
-    add(out(), extra.size(), 2);
+    add(out(), {{entry.name.size(), 2}, {extra.size(), 2}});
     out() += entry.name + extra + packed;
-    if (entry.descriptor) {
-      add(out(), 0x08074b50, 4);
-      add(out(), crc, 4);
-      add(out(), packed.size(), entry.zip64 ? 8 : 4);
-      add(out(), entry.contents.size(), entry.zip64 ? 8 : 4);
-    }
+    const std::size_t wide = entry.zip64 ? 8 : 4;
+    if (entry.descriptor)
+      add(out(), {{0x08074b50, 4}, {crc, 4}, {packed.size(), wide}, {entry.contents.size(), wide}});
     out() += entry.after;
   }
 
@@ -102,17 +99,10 @@ class Builder {
       extra = zip64Extra({common.size, common.packed, offset}) + extra;
       common.size = common.packed = offset = 0xffffffff;
     }
-    add(out(), 0x02014b50, 4);
-    add(out(), 0x0314, 2);
-    add(out(), entry.zip64 ? 45 : 20, 2);
+    add(out(), {{0x02014b50, 4}, {0x0314, 2}, {entry.zip64 ? 45U : 20U, 2}});
     common.addTo(out());
-    add(out(), entry.name.size(), 2);
-    add(out(), extra.size(), 2);
-    add(out(), entry.comment.size(), 2);
-    add(out(), 0, 2);
-    add(out(), 1, 2);
-    add(out(), 0x81a40000, 4);
-    add(out(), offset, 4);
+    add(out(), {{entry.name.size(), 2}, {extra.size(), 2}, {entry.comment.size(), 2}});
+    add(out(), {{0, 2}, {1, 2}, {0x81a40000, 4}, {offset, 4}});
     out() += entry.name + extra + entry.comment;
   }
 
@@ -121,24 +111,14 @@ class Builder {
     const std::size_t size = out().size() - built_.directory;
     built_.end64 = out().size();
     if (zip.zip64End) {
-      add(out(), 0x06064b50, 4);
-      add(out(), 44, 8);
-      add(out(), 0x002d002d, 4);
-      add(out(), 0, 8);
-      for (const std::size_t value : {count, count, size, built_.directory}) add(out(), value, 8);
-      add(out(), 0x07064b50, 4);
-      add(out(), 0, 4);
-      add(out(), built_.end64, 8);
-      add(out(), 1, 4);
+      add(out(), {{0x06064b50, 4}, {44, 8}, {0x002d002d, 4}, {0, 8}});
+      add(out(), {{count, 8}, {count, 8}, {size, 8}, {built_.directory, 8}});
+      add(out(), {{0x07064b50, 4}, {0, 4}, {built_.end64, 8}, {1, 4}});
     }
     built_.end = out().size();
-    add(out(), 0x06054b50, 4);
-    add(out(), 0, 4);
-    add(out(), zip.zip64End ? 0xffff : count, 2);
-    add(out(), zip.zip64End ? 0xffff : count, 2);
-    add(out(), zip.zip64End ? 0xffffffff : size, 4);
-    add(out(), zip.zip64End ? 0xffffffff : built_.directory, 4);
-    add(out(), zip.comment.size(), 2);
+    const auto orAbove = [&](std::size_t value) { return zip.zip64End ? 0xffffffff : value; };
+    add(out(), {{0x06054b50, 4}, {0, 4}, {orAbove(count), 2}, {orAbove(count), 2}, {orAbove(size), 4}});
+    add(out(), {{orAbove(built_.directory), 4}, {zip.comment.size(), 2}});
     out() += zip.comment;
   }
 
@@ -152,74 +132,40 @@ void Built::set(std::size_t at, std::uint64_t value, std::size_t size) {
   for (std::size_t i = 0; i < size; ++i) bytes.at(at + i) = static_cast<char>(value >> (8 * i));
 }
 
-void Built::setMethod(std::size_t member, std::uint16_t value) {
-  set16(local[member] + 8, value);
-  set16(central[member] + 10, value);
-}
-
-void Built::setCrc(std::size_t member, std::uint32_t value) {
-  set32(local[member] + 14, value);
-  set32(central[member] + 16, value);
-}
-
-void Built::setSize(std::size_t member, std::uint32_t value) {
-  set32(local[member] + 22, value);
-  set32(central[member] + 24, value);
-}
-
-void Built::setCount(std::uint16_t value) {
-  set16(end + 8, value);
-  set16(end + 10, value);
-}
-
 Built build(const Zip& zip) { return Builder().run(zip); }
 
 std::vector<Shape> soundShapes() {
   using namespace std::string_literals;
-  const auto with = [](auto change) {
+  std::vector<Shape> shapes;
+  const auto add = [&](const char* what, auto change) {
     Zip zip{{{"[Content_Types].xml", "<Types/>"},
              {"word/document.xml", std::string(500, 'd') + "ocument"},
-             {"word/media/p.png", "picture", false}},
-            "",
-            false,
-            false};
+             {"word/media/p.png", "picture", false}}};
     change(zip);
-    return zip;
+    shapes.push_back({what, zip});
   };
-  const auto each = [](Zip& zip, auto change) {
-    for (Entry& entry : zip.entries) change(entry);
+  const auto addOfEach = [&](const char* what, auto change) {
+    add(what, [&](Zip& zip) { std::for_each(zip.entries.begin(), zip.entries.end(), change); });
   };
-  return {
-      {"plain", with([](Zip&) {})},
-      {"empty members", with([&](Zip& z) { each(z, [](Entry& e) { e.contents.clear(); }); })},
-      {"folders", with([](Zip& z) {
-         z.entries.insert(z.entries.begin() + 1, {"word/", "", false});
-       })},
-      {"descriptors", with([&](Zip& z) { each(z, [](Entry& e) { e.descriptor = true; }); })},
-      {"ZIP64 members", with([&](Zip& z) { each(z, [](Entry& e) { e.zip64 = true; }); })},
-      {"ZIP64 members with descriptors",
-       with([&](Zip& z) { each(z, [](Entry& e) { e.zip64 = e.descriptor = true; }); })},
-      {"ZIP64 end", with([](Zip& z) { z.zip64End = true; })},
-      {"comments", with([&](Zip& z) {
-         z.comment = "PK\5\6 is no end here";
-         each(z, [](Entry& e) { e.comment = "of a member"; });
-       })},
-      {"extra fields", with([&](Zip& z) {
-         each(z, [](Entry& e) {
-           e.localExtra = "\x20\xa2\x04\0abcd"s;
-           e.centralExtra = "UT\x05\0\1abcd"s;
-         });
-       })},
-      {"extra fields that are padding",
-       with([&](Zip& z) { each(z, [](Entry& e) { e.localExtra = e.centralExtra = "\0\0\0"s; }); })},
-      {"UTF-8, level and reserved flags", with([&](Zip& z) { each(z, [](Entry& e) { e.flags = 0x0806; }); })},
-      {"directory in another order", with([](Zip& z) { z.directoryReversed = true; })},
-      {"bytes between members",
-       with([&](Zip& z) { each(z, [](Entry& e) { e.after = "PK\3\4 left over"; }); })},
-      {"names that would leave a folder", with([](Zip& z) {
-         z.entries.push_back({"../../etc/x", "harmless"});
-       })},
-  };
+  add("plain", [](Zip&) {});
+  add("folders", [](Zip& z) { z.entries.insert(z.entries.begin() + 1, {"word/", "", false}); });
+  add("ZIP64 end", [](Zip& z) { z.zip64End = true; });
+  add("a comment that looks like an end", [](Zip& z) { z.comment = "PK\5\6 is no end here"; });
+  add("directory in another order", [](Zip& z) { z.directoryReversed = true; });
+  add("names that would leave a folder", [](Zip& z) { z.entries.push_back({"../../etc/x", "harmless"}); });
+  addOfEach("empty members", [](Entry& e) { e.contents.clear(); });
+  addOfEach("descriptors", [](Entry& e) { e.descriptor = true; });
+  addOfEach("ZIP64 members", [](Entry& e) { e.zip64 = true; });
+  addOfEach("ZIP64 members with descriptors", [](Entry& e) { e.zip64 = e.descriptor = true; });
+  addOfEach("comments of members", [](Entry& e) { e.comment = "of a member"; });
+  addOfEach("extra fields", [](Entry& e) {
+    e.localExtra = "\x20\xa2\x04\0abcd"s;
+    e.centralExtra = "UT\x05\0\1abcd"s;
+  });
+  addOfEach("extra fields that are padding", [](Entry& e) { e.localExtra = e.centralExtra = "\0\0\0"s; });
+  addOfEach("UTF-8, level and reserved flags", [](Entry& e) { e.flags = 0x0806; });
+  addOfEach("bytes between members", [](Entry& e) { e.after = "PK\3\4 left over"; });
+  return shapes;
 }
 
 }  // namespace pluvo::archive

@@ -37,12 +37,16 @@ struct Built {
   void set16(std::size_t at, std::uint16_t value) { set(at, value, 2); }
   void set32(std::size_t at, std::uint32_t value) { set(at, value, 4); }
 
-  /// In both of a member's headers.
-  void setMethod(std::size_t member, std::uint16_t value);
-  void setCrc(std::size_t member, std::uint32_t value);
-  void setSize(std::size_t member, std::uint32_t value);
+  /// In both of a member's headers: of 2 bytes its method (8), of 4 its CRC (14) and size (22).
+  void setBoth(std::size_t member, std::size_t field, std::uint64_t value, std::size_t size = 4) {
+    set(local[member] + field, value, size);
+    set(central[member] + field + 2, value, size);
+  }
   /// How many members there are, as the end says it twice.
-  void setCount(std::uint16_t value);
+  void setCount(std::uint16_t value) {
+    set16(end + 8, value);
+    set16(end + 10, value);
+  }
 };
 
 Built build(const Zip& zip);

@@ -2,6 +2,7 @@
 
 #include "archive/archive.h"
 #include "documents/archive/zip_builder.h"
+#include "documents/files/as_text.h"
 #include "docx/docx_format.h"
 
 #include <algorithm>
@@ -31,12 +32,8 @@ std::string relationships(std::initializer_list<std::pair<const char*, const cha
   return xml + "</Relationships>";
 }
 
-const Parts kSigned = {
-    {"_rels/.rels",
-     "<Relationships xmlns=\"http://schemas.openxmlformats.org/package/2006/relationships\"><Relationship "
-     "Id=\"a\" Type=\"http://schemas.openxmlformats.org/officeDocument/2006/relationships/officeDocument\" "
-     "Target=\"word/document.xml\"/><Relationship Id=\"s\" Type=\"http://schemas.openxmlformats.org/package/"
-     "2006/relationships/digital-signature/origin\" Target=\"x\"/></Relationships>"}};
+const Parts kSigned = {{"_rels/.rels", relationships({{"officeDocument", "word/document.xml"},
+                                                      {"digital-signature/origin", "x"}})}};
 
 std::string mainPartOf(std::string_view body) {
   return "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\r\n<w:document"
@@ -73,8 +70,7 @@ files::Bytes documentOf(std::string_view body, Parts parts) {
   for (auto& [name, contents] : all) {
     if (contents != "-") zip.entries.push_back({name, contents});
   }
-  const std::string bytes = archive::build(zip).bytes;
-  return files::Bytes::of({bytes.begin(), bytes.end()});
+  return files::bytesOf(archive::build(zip).bytes);
 }
 
 Parts settingsOf(std::string_view content) {
@@ -84,8 +80,7 @@ Parts settingsOf(std::string_view content) {
 }
 
 std::string fileOf(std::string_view text, Parts parts) {
-  const files::Bytes bytes = documentOf(p(run(text)), std::move(parts));
-  return {bytes.view.begin(), bytes.view.end()};
+  return files::textOf(documentOf(p(run(text)), std::move(parts)).view);
 }
 
 std::string run(std::string_view text, std::string_view properties) {
@@ -164,9 +159,7 @@ text::Span Opened::find(std::u16string_view wanted) const {
 std::string part(const files::Bytes& document, std::string_view name) {
   const archive::Archive archive = archive::Archive::open(document);
   const archive::Member* const member = archive.find(name);
-  if (member == nullptr) return {};
-  const files::Bytes bytes = archive.read(*member);
-  return {bytes.view.begin(), bytes.view.end()};
+  return member == nullptr ? "" : files::textOf(archive.read(*member).view);
 }
 
 std::string bodyOf(const files::Bytes& document) {

@@ -117,6 +117,22 @@ TEST(Editing, highlightDividesARunOnlyAtItsEnds) {
                {{'_', "<lang val='en'/>"}});
 }
 
+TEST(Editing, highlightStandsWhereTheSchemaWantsIt) {
+  const std::string old = "<rPrChange id='1'><rPr><highlight val='red'/></rPr></rPrChange>";
+  expectBodies(
+      {{"{<r><rPr/><t>a</t></r>}", highlight(u"a", 7), "{[~|a]}"},
+       {"{[<b/><sz val='24'/><u val='single'/>|a]}", highlight(u"a", 7),
+        "{[<b/><sz val='24'/>~<u val='single'/>|a]}"},
+       {"{[<lang val='en'/>" + old + "|a]}", highlight(u"a", 7), "{[~<lang val='en'/>" + old + "|a]}"},
+       {"{[<!--a>b--><i/>~<w14:x/>|a]}", highlight(u"a", 0), "{[<!--a>b--><i/><w14:x/>|a]}"},
+       {"{[<szCs val='1'/><w14:glow><w14:a/></w14:glow>|a]}", highlight(u"a", 7),
+        "{[<szCs val='1'/>~<w14:glow><w14:a/></w14:glow>|a]}"},
+       {"{<pPr><keepNext/><rPr><ins id='2'/></rPr><sectPr/></pPr>[a]}{}", highlight(u"\f", 7),
+        "{<pPr><keepNext/><rPr><ins id='2'/>~</rPr><sectPr/></pPr>[a]}{}"},
+       {"{<pPr><keepNext/><sectPr/></pPr>[a]}{}", highlight(u"\f", 7),
+        "{<pPr><keepNext/><rPr>~</rPr><sectPr/></pPr>[a]}{}"}});
+}
+
 TEST(Editing, trackedChangesKeepTheirWrappers) {
   expectBodies(
       {{"{<ins id='1'>[ab]</ins>}", before(u"b", u"X"), "{<ins id='1'>[aXb]</ins>}"},
@@ -133,10 +149,16 @@ TEST(Editing, trackedChangesKeepTheirWrappers) {
 TEST(Editing, aNewMarkDividesTheParagraph) {
   expectBodies(
       {{"{_[<b/>|ab]}", before(u"b", u"x\ry"), "{_[<b/>|ax]}{_[<b/>|yb]}"},
-       {"<p w14:paraId='1' w14:textId='2' rsidR='3'>[ab]</p>", before(u"b", u"\r"),
-        "<p w14:paraId='1' w14:textId='2' rsidR='3'>[a]</p><p rsidR='3'>[b]</p>"},
-       {"{<pPr><jc val='both'/><sectPr><pgSz/></sectPr></pPr>[ab]}{}", before(u"b", u"\r"),
-        "{<pPr><jc val='both'/></pPr>[a]}{<pPr><jc val='both'/><sectPr><pgSz/></sectPr></pPr>[b]}{}"},
+       {"<p w14:paraId='1' rsidR=\">\" w14:textId='2'>[ab]</p>", before(u"b", u"\r"),
+        "<p w14:paraId='1' rsidR=\">\" w14:textId='2'>[a]</p><p rsidR=\">\">[b]</p>"},
+       {"{<pPr><jc val='both'/>+</pPr>[ab]}{}", before(u"b", u"\r"),
+        "{<pPr><jc val='both'/><rPr><b/></rPr></pPr>[a]}{<pPr><jc val='both'/>+</pPr>[b]}{}"},
+       {"{<pPr><sectPr/></pPr>[ab]}{}", before(u"b", u"\r"), "{[a]}{<pPr><sectPr/></pPr>[b]}{}"},
+       {"{<pPr><rPr><vanish/><sz/></rPr></pPr>[ab]}", before(u"b", u"\r"),
+        "{<pPr><rPr><sz/></rPr></pPr>[a]}{<pPr><rPr><vanish/><sz/></rPr></pPr>[b]}"},
+       {"{<pPr><rPr><b/><sz/></rPr></pPr>[<vanish/>|ab]}", before(u"b", u"\r"),
+        "{<pPr><rPr><b/><vanish/><sz/></rPr></pPr>[<vanish/>|a]}{<pPr><rPr><b/><sz/></rPr></pPr>[<vanish/"
+        ">|b]}"},
        {"{<hyperlink r:id='rId1'>[ab]</hyperlink>}", before(u"b", u"\r"),
         "{<hyperlink r:id='rId1'>[a]</hyperlink>}{<hyperlink r:id='rId1'>[b]</hyperlink>}"},
        {"{<hyperlink r:id='rId1'>[ab]</hyperlink>}", before(u"a", u"x\r"),
@@ -148,7 +170,8 @@ TEST(Editing, aNewMarkDividesTheParagraph) {
        {"{[a]}{_[b]}", behind(u"a\r", u"x\r"), "{[a]}{[x]}{_[b]}"},
        {"{[a]}{_[b]}", behind(u"a\r", u"x"), "{[a]}{_[x][b]}"},
        {"<p/>", before(u"\r", u"1\r2\r"), "{[1]}{[2]}{}"}},
-      {{'_', "<pPr><jc val='center'/></pPr>"}});
+      {{'_', "<pPr><jc val='center'/></pPr>"},
+       {'+', "<rPr><ins id='1'/><b/></rPr><sectPr><pgSz/></sectPr><pPrChange id='2'><pPr/></pPrChange>"}});
 }
 
 TEST(Editing, aDeletedMarkMergesIntoTheLaterParagraph) {

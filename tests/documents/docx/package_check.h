@@ -9,7 +9,7 @@ namespace pluvo::docx {
 
 /// What is wrong with a Word document as a package, each fault with how often it occurs: elements where the
 /// schema does not want them, markers and fields out of balance, ids given twice, references that lead
-/// nowhere, blanks that would be lost. Uses nothing of the room it checks but the scanner's tokens.
+/// nowhere, blanks that would be lost. Uses nothing of the room it checks.
 using Faults = std::map<std::string, int>;
 Faults faultsOf(const files::Bytes& document);
 

@@ -1,7 +1,6 @@
-#include "archive/archive.h"
 #include "documents/docx/document_builder.h"
 #include "documents/docx/package_check.h"
-#include "documents/support/notation.h"
+#include "documents/files/as_text.h"
 #include "docx/docx_format.h"
 #include "formats/format.h"
 
@@ -20,7 +19,6 @@ formats::Opened withSettings(const std::string& content) {
 }
 
 TEST(Package, isRefusedWithACodeAndASentence) {
-  using files::Problem;
   std::string sheet = part(documentOf(""), "[Content_Types].xml");
   sheet.replace(sheet.find("wordprocessingml.document"), 25, "spreadsheetml.sheet");
   const std::string cutOff = mainPartOf("").substr(0, 600);
@@ -30,47 +28,40 @@ TEST(Package, isRefusedWithACodeAndASentence) {
     for (int i = 0; i < 100'000; ++i) body += element;
     return document(mainPartOf(body));
   };
-  const struct {
-    Parts parts;
-    const char* sentence;
-    Problem problem = Problem::damaged;
-  } refusals[] = {
-      {{{"[Content_Types].xml", "-"}}, "ordinary ZIP"},
+  const std::pair<Parts, const char*> refusals[] = {
+      {{{"[Content_Types].xml", "-"}}, "damaged: .*ordinary ZIP"},
       {{{"[Content_Types].xml", "-"}, {"mimetype", "application/vnd.oasis.opendocument.text"}},
-       "OpenDocument text"},
-      {{{"[Content_Types].xml", sheet}}, "spreadsheet"},
-      {document("-"), "main part"},
-      {{{"_rels/.rels", "-"}}, "main part"},
+       "damaged: .*OpenDocument text"},
+      {{{"[Content_Types].xml", sheet}}, "damaged: .*spreadsheet"},
+      {document("-"), "damaged: .*main part"},
+      {{{"_rels/.rels", "-"}}, "damaged: .*main part"},
       {{{"_rels/.rels",
          relationships({{"officeDocument", "x.xml"}, {"officeDocument", "word/document.xml"}})}},
-       "two main parts"},
+       "damaged: .*two main parts"},
       {{{"word/_rels/document.xml.rels", relationships({{"footnotes", "a.xml"}, {"footnotes", "b.xml"}})}},
-       "two parts"},
-      {kSigned, "signed", Problem::signature},
-      {document("<x/>"), "WordprocessingML"},
-      {document("<w:document " + kWordNamespace + "/>"), "body"},
-      {document(cutOff), "byte"},
-      {document("<!DOCTYPE x [<!ENTITY a \"b\">]>" + mainPartOf("")), "document type"},
-      {deep("<w:sdt>"), "", Problem::tooLarge},
-      {deep("<w:p><w:r><w:fldChar w:fldCharType=\"begin\"/></w:r></w:p>"), "", Problem::tooLarge}};
-  for (const auto& [parts, sentence, problem] : refusals) {
-    try {
-      open(documentOf("", parts));
-      ADD_FAILURE() << sentence << " was opened";
-    } catch (const files::DocumentError& error) {
-      EXPECT_EQ(nameOf(error.problem()), nameOf(problem)) << sentence;
-      EXPECT_THAT(error.what(), HasSubstr(sentence));
-    }
-  }
+       "damaged: .*two parts"},
+      {kSigned, "signed: .*signed"},
+      {document("<x/>"), "damaged: .*WordprocessingML"},
+      {document("<w:document " + kWordNamespace + "/>"), "damaged: .*body"},
+      {document(cutOff), "damaged: .*byte"},
+      {document("<!DOCTYPE x [<!ENTITY a \"b\">]>" + mainPartOf("")), "damaged: .*document type"},
+      {deep("<w:sdt>"), "too-large: "},
+      {deep("<w:p><w:r><w:fldChar w:fldCharType=\"begin\"/></w:r></w:p>"), "too-large: "}};
+  for (const auto& [parts, said] : refusals)
+    EXPECT_THAT(files::refusalOf([&, &it = parts] { open(documentOf("", it)); }),
+                testing::ContainsRegex(said));
 }
 
 TEST(Package, onlyProtectionThatIsEnforcedCounts) {
-  const auto isProtected = [](const char* settings) { return withSettings(settings).protection.has_value(); };
-  EXPECT_TRUE(isProtected("<w:documentProtection w:edit=\"readOnly\" w:enforcement=\"1\"/>"));
-  EXPECT_TRUE(isProtected("<w:documentProtection w:edit=\"forms\"/>"));
-  EXPECT_FALSE(isProtected("<w:documentProtection w:edit=\"readOnly\" w:enforcement=\"0\"/>"));
-  EXPECT_FALSE(isProtected("<w:documentProtection w:edit=\"none\" w:enforcement=\"1\"/>"));
-  EXPECT_FALSE(isProtected("<w:documentProtection w:formatting=\"1\" w:enforcement=\"1\"/>"));
+  const std::pair<const char*, bool> cases[] = {{"edit='readOnly' enforcement='1'", true},
+                                                {"edit='forms'", true},
+                                                {"edit='readOnly' enforcement='0'", false},
+                                                {"edit='none' enforcement='1'", false},
+                                                {"formatting='1' enforcement='1'", false}};
+  for (const auto& [attributes, isProtected] : cases) {
+    const auto opened = withSettings(wml("<documentProtection " + std::string(attributes) + "/>"));
+    EXPECT_EQ(opened.protection.has_value(), isProtected) << attributes;
+  }
 }
 
 TEST(Package, protectionIsLiftedByItsPassword) {
@@ -177,18 +168,6 @@ TEST(Package, theRangeOfACommentGoesWhereverItBegins) {
                                   withNotes()));
   opened.model.replace(opened.find(u"a\5"), u"b", View::results);
   EXPECT_EQ(bodyOf(opened.written()), wml("{[x][" + ys + "]}{[" + zs + "]}{[b]}"));
-}
-
-TEST(Package, otherMembersAreCopied) {
-  const files::Bytes document = documentOf(p(run("x")), {{"word/media/a.bin", std::string(1000, 'q')}});
-  Opened opened = open(document);
-  opened.model.highlight({0, 1}, 7);
-  const files::Bytes written = opened.written();
-  const archive::Archive before = archive::Archive::open(document);
-  ASSERT_EQ(before.members().size(), archive::Archive::open(written).members().size());
-  for (const archive::Member& old : before.members())
-    EXPECT_EQ(part(document, old.name) == part(written, old.name), old.name != "word/document.xml")
-        << old.name;
 }
 
 }  // namespace

@@ -35,6 +35,7 @@ class Scratch {
   std::string path(const std::string& name) const { return bytes(at(name)); }
 
   std::string put(const std::string& name, const std::string& content) const {
+    std::filesystem::create_directories(at(name).parent_path());
     std::ofstream(at(name), std::ios::binary) << content;
     return path(name);
   }

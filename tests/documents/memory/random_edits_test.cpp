@@ -1,11 +1,11 @@
 #include "documents/memory/media.h"
+#include "documents/support/dice.h"
 #include "documents/support/invariants.h"
 #include "documents/support/notation.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <random>
 
 namespace pluvo::memory {
 namespace {
@@ -14,25 +14,12 @@ using notation::Sample;
 using text::Position;
 using text::Span;
 
-class Random {
- public:
-  explicit Random(unsigned seed) : engine_(seed) {}
-  int below(int bound) { return static_cast<int>(engine_() % static_cast<unsigned>(bound)); }
-  std::u16string text(std::u16string_view letters, int longest) {
-    std::u16string result;
-    for (int length = below(longest + 1); length > 0; --length) {
-      result += letters[static_cast<std::size_t>(below(static_cast<int>(letters.size())))];
-    }
-    return result;
-  }
-  Span span(Position length) {
-    const Position a = below(length + 1);
-    return {a, std::min(length, a + (below(3) == 0 ? below(length + 1) : below(4)))};
-  }
+Span spanIn(Dice& dice, Position length) {
+  const Position a = dice.upTo(length);
+  return {a, std::min(length, a + (dice.oneIn(3) ? dice.upTo(length) : dice.upTo(3)))};
+}
 
- private:
-  std::mt19937 engine_;
-};
+std::u16string textOf(const model::Model& model) { return model.text().substring(0, model.length()); }
 
 /// The rules for plain text, restated over one string.
 struct OneString {
@@ -105,42 +92,49 @@ struct OneString {
 class PlainProgram {
  public:
   PlainProgram(unsigned seed, Medium medium)
-      : random_(seed),
-        simple_{random_.text(u"ab \r", 40) + u"\r", {}, {}},
+      : dice_(seed),
+        simple_{dice_.text(dice_.upTo(40), u"ab \r") + u"\r", {}, {}},
         kept_(medium(notationOf(simple_.text))) {
     simple_.colours.assign(simple_.text.size(), 0);
     for (int i = 0; i < 6; ++i) {
-      const Span span = random_.span(simple_.length());
+      const Span span = spanIn(dice_, simple_.length());
       simple_.ranges.push_back(span);
       ranges_.push_back(kept_.sample.document->Range(span.from, span.to));
     }
   }
 
   void step() {
-    const auto which = static_cast<std::size_t>(random_.below(static_cast<int>(ranges_.size())));
+    const auto which = static_cast<std::size_t>(dice_.upTo(5));
     word::Range& range = *ranges_[which];
     Span& span = simple_.ranges[which];
-    const std::u16string text = random_.text(u"abc\r", 4);
-    switch (random_.below(7)) {
+    const std::u16string text = dice_.text(dice_.upTo(4), u"abc\r");
+    const int colour = dice_.upTo(3);
+    switch (dice_.upTo(6)) {
       case 0:
         range.Text(text);
-        return keep(which, simple_.setText(span, text));
+        keep(which, simple_.setText(span, text));
+        break;
       case 1:
         range.InsertBefore(text);
-        return keep(which, simple_.insertBefore(span, text));
+        keep(which, simple_.insertBefore(span, text));
+        break;
       case 2:
         range.InsertAfter(text);
-        return keep(which, simple_.insertAfter(span, text));
+        keep(which, simple_.insertAfter(span, text));
+        break;
       case 3:
         range.Delete();
         simple_.setText(span, u"");
-        return;
+        break;
       case 4:
-        return find(range, span, random_.text(u"ab\r", 3));
+        find(range, span, dice_.text(dice_.upTo(3), u"ab\r"));
+        break;
       case 5:
-        return highlight(range, span, random_.below(4));
+        range.HighlightColorIndex(colour);
+        std::fill(simple_.colours.begin() + span.from, simple_.colours.begin() + span.to, colour);
+        break;
       default:
-        span = random_.span(simple_.length());
+        span = spanIn(dice_, simple_.length());
         range.SetRange(span.from, span.to);
     }
   }
@@ -148,7 +142,7 @@ class PlainProgram {
   void expectSame() {
     const model::Model& model = kept_.sample.model();
     ASSERT_EQ(notation::damageOf(model), "");
-    ASSERT_EQ(model.text().substring(0, model.length()), simple_.text);
+    ASSERT_EQ(textOf(model), simple_.text);
     for (Position i = 0; i < model.length(); ++i) {
       ASSERT_EQ(model.highlight().valueAt(i), simple_.colours[static_cast<std::size_t>(i)]) << i;
     }
@@ -176,12 +170,7 @@ class PlainProgram {
     if (expected) span = *expected;
   }
 
-  void highlight(word::Range& range, Span span, int colour) {
-    range.HighlightColorIndex(colour);
-    std::fill(simple_.colours.begin() + span.from, simple_.colours.begin() + span.to, colour);
-  }
-
-  Random random_;
+  Dice dice_;
   OneString simple_;
   Kept kept_;
   std::vector<std::shared_ptr<word::Range>> ranges_;
@@ -205,62 +194,44 @@ TEST(RandomProgram, DoesWithPlainTextWhatTheRulesSay) {
 /// Random notation: paragraphs with fields, hidden and highlighted text, and tables, nested.
 class RandomDocument {
  public:
-  explicit RandomDocument(Random& random) : random_(random) {}
+  explicit RandomDocument(Dice& dice) : dice_(dice) {}
 
   std::string blocks(int depth) {
     std::string result;
-    for (int count = 1 + random_.below(3); count > 0; --count) {
-      result += random_.below(3) == 0 && depth > 0 ? table(depth - 1)
-                                                   : inlines(2) + (random_.below(5) == 0 ? "§" : "¶");
-    }
+    for (int count = 1 + dice_.upTo(2); count > 0; --count)
+      result += dice_.oneIn(3) && depth > 0 ? table(depth - 1) : inlines(2) + (dice_.oneIn(5) ? "§" : "¶");
     return result;
   }
 
  private:
   std::string table(int depth) {
     std::string result = "⟦";
-    for (int rows = 1 + random_.below(2); rows > 0; --rows) {
-      for (int cells = 1 + random_.below(2); cells > 0; --cells) {
-        result += (random_.below(3) == 0 ? blocks(depth) : "") + inlines(1) + "¦";
-      }
+    for (int rows = 1 + dice_.upTo(1); rows > 0; --rows) {
+      for (int cells = 1 + dice_.upTo(1); cells > 0; --cells)
+        result += (dice_.oneIn(3) ? blocks(depth) : "") + inlines(1) + "¦";
       result += "‖";
     }
     return result + "⟧";
   }
 
   std::string inlines(int depth) {
+    static const std::pair<const char*, const char*> kAround[] = {{"{", "}"}, {"<h:", ">"}, {"<7:", ">"}};
     std::string result;
-    for (int count = random_.below(4); count > 0; --count) {
-      switch (depth > 0 ? random_.below(5) : 4) {
-        case 0:
-          result += "{" + inlines(depth - 1) + "|" + inlines(depth - 1) + "}";
-          break;
-        case 1:
-          result += "{" + inlines(depth - 1) + "}";
-          break;
-        case 2:
-          result += "<h:" + inlines(depth - 1) + ">";
-          break;
-        case 3:
-          result += "<7:" + inlines(depth - 1) + ">";
-          break;
-        default:
-          result += letters();
+    for (int count = dice_.upTo(3); count > 0; --count) {
+      const int kind = depth > 0 ? dice_.upTo(4) : 4;
+      if (kind == 4) {
+        for (int length = 1 + dice_.upTo(2); length > 0; --length) result += dice_.of(std::string("ab "));
+      } else if (kind == 3) {
+        result += "{" + inlines(depth - 1) + "|" + inlines(depth - 1) + "}";
+      } else {
+        result += kAround[kind].first + inlines(depth - 1) + kAround[kind].second;
       }
     }
     return result;
   }
 
-  std::string letters() {
-    std::string result;
-    for (int length = 1 + random_.below(3); length > 0; --length) result += "ab "[random_.below(3)];
-    return result;
-  }
-
-  Random& random_;
+  Dice& dice_;
 };
-
-std::u16string textOf(const model::Model& model) { return model.text().substring(0, model.length()); }
 
 /// Text without the marks that an edit may leave standing.
 std::u16string lettersOf(std::u16string text) {
@@ -274,34 +245,23 @@ std::u16string lettersOf(std::u16string text) {
 class StructuredProgram {
  public:
   StructuredProgram(unsigned seed, Medium medium)
-      : random_(seed), kept_(medium(RandomDocument(random_).blocks(2))) {
+      : dice_(seed), kept_(medium(RandomDocument(dice_).blocks(2))) {
     for (int i = 0; i < 3; ++i) ranges_.push_back(sample_.document->Range(0, 0));
   }
 
   void step() {
-    if (random_.below(8) == 0) sample_.document->showFieldCodes(random_.below(2) == 0);
-    const auto range = ranges_[static_cast<std::size_t>(random_.below(3))];
-    const Span span = random_.span(sample_.model().length());
-    range->SetRange(span.from, span.to);
-    const std::string before = sample_.print();
-    SCOPED_TRACE(before + " " + std::to_string(span.from) + "-" + std::to_string(span.to));
-    const std::u16string text = random_.text(u"xyz\r", 3);
-    switch (random_.below(7)) {
-      case 0:
-        insert(*range, text, [&] { range->InsertBefore(text); });
-        break;
-      case 1:
-        insert(*range, text, [&] { range->InsertAfter(text); });
-        break;
-      case 2:
-        replace(*range, text);
-        break;
-      case 3:
-        range->HighlightColorIndex(random_.below(5));
-        break;
-      default:
-        find(span);
-    }
+    if (dice_.oneIn(8)) sample_.document->showFieldCodes(dice_.oneIn(2));
+    word::Range& range = *dice_.of(ranges_);
+    const Span span = spanIn(dice_, sample_.model().length());
+    range.SetRange(span.from, span.to);
+    SCOPED_TRACE(sample_.print() + " " + std::to_string(span.from) + "-" + std::to_string(span.to));
+    const std::u16string text = dice_.text(dice_.upTo(3), u"xyz\r");
+    const int kind = dice_.upTo(6);
+    if (kind == 0) insert(range, text, [&] { range.InsertBefore(text); });
+    if (kind == 1) insert(range, text, [&] { range.InsertAfter(text); });
+    if (kind == 2) replace(range, text);
+    if (kind == 3) range.HighlightColorIndex(dice_.upTo(4));
+    if (kind > 3) find(span);
     ASSERT_EQ(notation::damageOf(sample_.model()), "") << sample_.print();
   }
   void save() { kept_.expectToSurviveASave(); }
@@ -351,8 +311,8 @@ class StructuredProgram {
   void find(Span span) {
     // Few queries, so that each finds what it remembers.
     static const std::u16string kTexts[] = {u"a", u"xa", u"b a"};
-    const model::Query query{kTexts[random_.below(3)], {true, random_.below(2) == 0}};
-    if (random_.below(2) == 0) span.to = sample_.model().length();
+    const model::Query query{dice_.of(kTexts), {true, dice_.oneIn(2)}};
+    if (dice_.oneIn(2)) span.to = sample_.model().length();
     model::Model& model = sample_.model();
     const auto view = sample_.document->view();
     const text::Search search(query.text, query.flags);
@@ -361,7 +321,7 @@ class StructuredProgram {
         << sample_.print();
   }
 
-  Random random_;
+  Dice dice_;
   Kept kept_;
   Sample& sample_ = kept_.sample;
   std::vector<std::shared_ptr<word::Range>> ranges_;

@@ -120,6 +120,7 @@ TEST(Edits, KeepTables) {
                {"⟦x¦‖⟧[ab¶a]⟦y¦‖⟧", remove, "⟦x¦‖⟧[a¶a]⟦y¦‖⟧¶"},
                {"⟦x¦‖⟧[ab¶a]⟦y¦‖⟧", setText(u"n\n"), "⟦x¦‖⟧[an¶a]⟦y¦‖⟧¶"},
                {"⟦x¦‖⟧[ab¶⟦z¦‖⟧a]⟦y¦‖⟧", remove, "⟦x¦‖⟧[a¶a]⟦y¦‖⟧¶"},
+               {"⟦x¦‖⟧¶[ab¶a]⟦y¦‖⟧", remove, "⟦x¦‖⟧¶[aa]⟦y¦‖⟧¶"},
                {"⟦x[a¦a]y¦‖⟧", remove, "⟦x[a¦a]y¦‖⟧¶"},
                {"a[a§b¶a]c", remove, "a[aa]c¶"}});
 }

@@ -1,74 +1,63 @@
 #include "plain/plain_format.h"
 
+#include "documents/files/as_text.h"
+#include "documents/support/dice.h"
+#include "errors/text.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <random>
 #include <string>
 #include <vector>
 
 namespace pluvo::plain {
 namespace {
 
+using files::bytesOf;
 using formats::Opened;
 using model::Model;
 using text::Position;
-using Bytes = std::vector<std::uint8_t>;
-
-Bytes bytesOf(std::string_view text) { return {text.begin(), text.end()}; }
 
 /// What a file holds for each unit of its text; written in the plainest way, to compare with.
-using Cells = std::vector<Bytes>;
-
-Bytes utf16(char16_t unit, bool little) {
-  const auto low = static_cast<std::uint8_t>(unit & 0xFF);
-  const auto high = static_cast<std::uint8_t>(unit >> 8);
-  return little ? Bytes{low, high} : Bytes{high, low};
-}
-
-Bytes utf8(char32_t point) {
-  const auto tail = [&](unsigned shift) { return static_cast<std::uint8_t>(0x80 | (point >> shift & 0x3F)); };
-  if (point < 0x80) return {static_cast<std::uint8_t>(point)};
-  if (point < 0x800) return {static_cast<std::uint8_t>(0xC0 | point >> 6), tail(0)};
-  if (point < 0x10000) return {static_cast<std::uint8_t>(0xE0 | point >> 12), tail(6), tail(0)};
-  return {static_cast<std::uint8_t>(0xF0 | point >> 18), tail(12), tail(6), tail(0)};
-}
+using Cells = std::vector<std::string>;
 
 struct Kind {
   std::string name;
-  Bytes mark;
-  std::function<Bytes(char32_t)>
-      encode;             ///< of one character, or one half of a pair where the encoding has them
+  std::string mark;
+  /// Of one character, or one half of a pair where the encoding has them.
+  std::function<std::string(std::u16string_view)> encode;
   bool halves = false;    ///< the halves of a pair have bytes of their own
   std::u16string sample;  ///< characters that tell this encoding from others
   std::u16string beside;  ///< a text that can be inserted
 };
 
 const std::vector<Kind>& kinds() {
-  const auto little = [](char32_t c) { return utf16(static_cast<char16_t>(c), true); };
-  const auto big = [](char32_t c) { return utf16(static_cast<char16_t>(c), false); };
-  const auto latin = [](char32_t c) { return Bytes{static_cast<std::uint8_t>(c)}; };
-  const auto windows = [](char32_t c) {
-    return Bytes{static_cast<std::uint8_t>(c == u'€' ? 0x80 : c == u'”' ? 0x94 : c)};
+  const auto utf8 = [](std::u16string_view c) { return errors::utf8(c); };
+  const auto little = [](std::u16string_view c) {
+    return std::string{static_cast<char>(c[0] & 0xFF), static_cast<char>(c[0] >> 8)};
+  };
+  const auto big = [=](std::u16string_view c) {
+    const std::string turned = little(c);
+    return std::string(turned.rbegin(), turned.rend());
+  };
+  const auto latin = [](std::u16string_view c) { return std::string{static_cast<char>(c[0])}; };
+  const auto windows = [=](std::u16string_view c) {
+    return c == u"€" ? "\x80" : c == u"”" ? "\x94" : latin(c);
   };
   static const std::vector<Kind> all = {
-      {"ASCII", {}, utf8, false, u"plain text\t\x0C\x0B\x01\x07\x13\x14\x15\x1F.", u"new"},
-      {"UTF-8, all below 256", {}, utf8, false, u"Grüße, naïve\u00A0", u"é"},
-      {"UTF-8", {}, utf8, false, u"“Grüße” → \U0001F4DC and \uFB01 \U00010000", u"→\U0001F58B"},
-      {"UTF-8 with mark", {0xEF, 0xBB, 0xBF}, utf8, false, u"“Grüße” \U0001F4DC", u"\U0001F58B"},
-      {"ASCII with mark", {0xEF, 0xBB, 0xBF}, utf8, false, u"plain", u"new"},
-      {"UTF-16 little",
-       {0xFF, 0xFE},
-       little,
-       true,
-       u"“Grüße” \U0001F4DC \xD800 \xDC00\x0A0D\x0D0A",
+      {"ASCII", "", utf8, false, u"plain text\t\x0C\x0B\x01\x07\x13\x14\x15\x1F.", u"new"},
+      {"UTF-8, all below 256", "", utf8, false, u"Grüße, naïve\u00A0", u"é"},
+      {"UTF-8", "", utf8, false, u"“Grüße” → \U0001F4DC and \uFB01 \U00010000", u"→\U0001F58B"},
+      {"UTF-8 with mark", "\xEF\xBB\xBF", utf8, false, u"“Grüße” \U0001F4DC", u"\U0001F58B"},
+      {"ASCII with mark", "\xEF\xBB\xBF", utf8, false, u"plain", u"new"},
+      {"UTF-16 little", "\xFF\xFE", little, true, u"“Grüße” \U0001F4DC \xD800 \xDC00\x0A0D\x0D0A",
        u"→\U0001F58B"},
-      {"UTF-16 big, narrow", {0xFE, 0xFF}, big, true, u"Grüße", u"→"},
-      {"UTF-16 little without mark", {}, little, true, u"Mostly Latin Grüße → \U0001F4DC", u"ü"},
-      {"UTF-16 big without mark", {}, big, true, u"Mostly Latin Grüße →", u"ü"},
-      {"Windows-1252, Latin-1 part", {}, latin, false, u"Grüße \u00FFx", u"ü"},
-      {"Windows-1252", {}, windows, false, u"Grüße € \u0081 x", u"”"}};
+      {"UTF-16 big, narrow", "\xFE\xFF", big, true, u"Grüße", u"→"},
+      {"UTF-16 little without mark", "", little, true, u"Mostly Latin Grüße → \U0001F4DC", u"ü"},
+      {"UTF-16 big without mark", "", big, true, u"Mostly Latin Grüße →", u"ü"},
+      {"Windows-1252, Latin-1 part", "", latin, false, u"Grüße \u00FFx", u"ü"},
+      {"Windows-1252", "", windows, false, u"Grüße € \u0081 x", u"”"}};
   return all;
 }
 
@@ -78,47 +67,38 @@ bool isFirstHalf(char16_t unit) { return unit >= 0xD800 && unit < 0xDC00; }
 Cells cellsOf(const Kind& kind, std::u16string_view text) {
   Cells cells;
   for (std::size_t i = 0; i < text.size(); ++i) {
-    if (!kind.halves && isFirstHalf(text[i])) {
-      const char32_t point = 0x10000U + ((text[i] & 0x3FFU) << 10) + (text[i + 1] & 0x3FFU);
-      cells.push_back(kind.encode(point));
-      cells.emplace_back();
-      ++i;
-    } else {
-      cells.push_back(kind.encode(text[i]));
-    }
+    const bool pair = !kind.halves && isFirstHalf(text[i]);
+    cells.push_back(kind.encode(text.substr(i, pair ? 2 : 1)));
+    if (!pair) continue;
+    cells.emplace_back();
+    ++i;
   }
   return cells;
 }
 
-Bytes lineEnd(const Kind& kind, std::string_view end) {
-  Bytes bytes;
-  for (const char c : end) {
-    const Bytes unit = kind.encode(static_cast<char32_t>(c));
-    bytes.insert(bytes.end(), unit.begin(), unit.end());
-  }
+std::string lineEnd(const Kind& kind, std::string_view end) {
+  std::string bytes;
+  for (const char c : end) bytes += kind.encode(std::u16string(1, static_cast<char16_t>(c)));
   return bytes;
 }
 
-Bytes joined(const Kind& kind, const Cells& cells) {
-  const Bytes feed = lineEnd(kind, "\n");
-  Bytes all = kind.mark;
-  for (std::size_t i = 0; i < cells.size(); ++i) {
-    if (i > 0 && cells[i] == feed && cells[i - 1] == lineEnd(kind, "\r"))
-      all.insert(all.end(), feed.begin(), feed.end());
-    all.insert(all.end(), cells[i].begin(), cells[i].end());
-  }
+std::string joined(const Kind& kind, const Cells& cells) {
+  const std::string feed = lineEnd(kind, "\n");
+  std::string all = kind.mark;
+  for (std::size_t i = 0; i < cells.size(); ++i)
+    all += (i > 0 && cells[i] == feed && cells[i - 1] == lineEnd(kind, "\r") ? feed : "") + cells[i];
   return all;
 }
 
 std::u16string textOf(const Model& model) { return model.text().substring(0, model.length()); }
-std::u16string textOf(const Bytes& file) {
-  return textOf(Model(PlainFormat().read(files::Bytes::of(file)).content));
+std::u16string textOf(const std::string& file) {
+  return textOf(Model(PlainFormat().read(bytesOf(file)).content));
 }
 
-Bytes written(const Opened& opened, const Model& model) {
+std::string written(const Opened& opened, const Model& model) {
   files::MemoryOutput out;
   opened.source->write(model, out);
-  return out.bytes();
+  return files::textOf(out.bytes());
 }
 
 struct Ends {
@@ -159,21 +139,23 @@ Sample sampleOf(const Kind& kind, const Ends& ends, bool endsWithLine) {
 
 std::string insertedEnd(const Kind& kind, const Ends& ends) {
   if (!ends.inserted.empty()) return ends.inserted;
-  return kind.mark.empty() && kind.encode('a').size() == 1 && kind.name.find("Windows") == std::string::npos
+  return kind.mark.empty() && kind.encode(u"a").size() == 1 && kind.name.find("Windows") == std::string::npos
              ? "\n"
              : "\r\n";
 }
 
 TEST(PlainFormat, EveryEncodingAndLineEndSurvivesEdits) {
-  std::mt19937 random(7);
-  const auto upTo = [&](std::size_t n) { return std::uniform_int_distribution<std::size_t>(0, n)(random); };
+  Dice dice(7);
+  const auto upTo = [&](std::size_t n) {
+    return static_cast<std::size_t>(dice.upTo(static_cast<Position>(n)));
+  };
   for (const Kind& kind : kinds()) {
     for (const Ends& ends : lineEnds()) {
       for (const bool endsWithLine : {false, true}) {
         SCOPED_TRACE(kind.name + ", " + ends.name);
         Sample sample = sampleOf(kind, ends, endsWithLine);
-        const Bytes file = joined(kind, sample.cells);
-        const Opened opened = PlainFormat().read(files::Bytes::of(file));
+        const std::string file = joined(kind, sample.cells);
+        const Opened opened = PlainFormat().read(bytesOf(file));
         Model model(opened.content);
         ASSERT_EQ(textOf(model), sample.text + u'\r');
         ASSERT_EQ(written(opened, model), file);
@@ -205,7 +187,7 @@ TEST(PlainFormat, EveryEncodingAndLineEndSurvivesEdits) {
           sample.text.insert(from, fresh);
         }
         ASSERT_EQ(textOf(model), sample.text + u'\r');
-        const Bytes saved = written(opened, model);
+        const std::string saved = written(opened, model);
         ASSERT_EQ(saved, joined(kind, sample.cells));
         EXPECT_EQ(textOf(saved), textOf(model)) << "read back";
       }
@@ -232,10 +214,10 @@ TEST(PlainFormat, ShortFiles) {
                {std::string("a\0b\0", 4), std::u16string(u"a\0b\0\r", 5)},
                {std::string("n\0o\0t\0 \0", 8), u"not \r"}};
   for (const auto& [bytes, text] : cases) {
-    const Opened opened = PlainFormat().read(files::Bytes::of(bytesOf(bytes)));
+    const Opened opened = PlainFormat().read(bytesOf(bytes));
     Model model(opened.content);
     EXPECT_EQ(textOf(model), text) << testing::PrintToString(bytes);
-    EXPECT_EQ(written(opened, model), bytesOf(bytes));
+    EXPECT_EQ(written(opened, model), bytes);
     model.insertBefore(0, u"X");
     EXPECT_EQ(textOf(written(opened, model)), u"X" + text) << testing::PrintToString(bytes);
   }
@@ -251,7 +233,7 @@ TEST(PlainFormat, TextWithoutPlaceIsRefused) {
                {"abc", u"→\U0001F4DC", ""},   {"abc", u"\xD800", "U+D800"},
                {"abc", u"a\xDC00", "U+DC00"}, {"\xFF\xFE", u"\xD800", ""}};
   for (const auto& [file, text, said] : cases) {
-    const Opened opened = PlainFormat().read(files::Bytes::of(bytesOf(file)));
+    const Opened opened = PlainFormat().read(bytesOf(file));
     const auto refusal = opened.source->refusesText(text);
     EXPECT_EQ(refusal.has_value(), !said.empty()) << said;
     if (refusal) {
@@ -261,7 +243,7 @@ TEST(PlainFormat, TextWithoutPlaceIsRefused) {
 }
 
 TEST(PlainFormat, ACharacterCutInTwoIsRefusedUnlessItsHalvesMeetAgain) {
-  const Opened opened = PlainFormat().read(files::Bytes::of(bytesOf("a\U0001F4DC\U0001F58Bz")));
+  const Opened opened = PlainFormat().read(bytesOf("a\U0001F4DC\U0001F58Bz"));
   const std::u16string text = u"a\U0001F4DC\U0001F58Bz";
   Model cut(opened.content);
   cut.replace({1, 2}, u"", text::View::results);
@@ -272,20 +254,18 @@ TEST(PlainFormat, ACharacterCutInTwoIsRefusedUnlessItsHalvesMeetAgain) {
 }
 
 TEST(PlainFormat, UnsuitableFilesAreRefused) {
-  const PlainFormat format;
-  const auto recognises = [&](std::string_view bytes, std::string_view extension) {
-    return format.recognises(bytesOf(bytes), extension);
-  };
-  EXPECT_TRUE(recognises("text", "txt"));
-  EXPECT_TRUE(recognises("", "txt"));
-  EXPECT_TRUE(recognises("PK is not a zip", "txt"));
-  EXPECT_TRUE(recognises("text", ""));
-  EXPECT_FALSE(recognises("text", "docx"));
-  EXPECT_FALSE(recognises("PK\x03\x04", "txt"));
-  EXPECT_FALSE(recognises("%PDF-1.7", "txt"));
+  const struct {
+    const char* bytes;
+    const char* extension;
+    bool recognised;
+  } cases[] = {{"text", "txt", true},     {"", "txt", true},       {"PK is not a zip", "txt", true},
+               {"text", "", true},        {"text", "docx", false}, {"PK\x03\x04", "txt", false},
+               {"%PDF-1.7", "txt", false}};
+  for (const auto& it : cases)
+    EXPECT_EQ(PlainFormat().recognises(bytesOf(it.bytes).view, it.extension), it.recognised) << it.bytes;
   for (const std::string& utf32 :
        {std::string("\xFF\xFE\0\0a\0\0\0", 8), std::string("\0\0\xFE\xFF\0\0\0a", 8)})
-    EXPECT_THROW(format.read(files::Bytes::of(bytesOf(utf32))), files::DocumentError);
+    EXPECT_THROW(PlainFormat().read(bytesOf(utf32)), files::DocumentError);
 }
 
 }  // namespace

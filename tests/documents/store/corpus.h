@@ -1,30 +1,42 @@
 #pragma once
 
+#include "files/bytes.h"
+
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <optional>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <vector>
 
 namespace pluvo::store {
 
-/// Real documents of one kind, which are no part of the project: in the folder that PLUVO_CORPUS names, or in
-/// shared/corpus beside a folder that this program runs in. Nothing where there are none.
-inline std::vector<std::filesystem::path> corpusOf(const std::string& kind) {
+/// Real documents of these kinds, which are no part of the project: in the folder that PLUVO_CORPUS names, or
+/// in shared/corpus beside a folder that this program runs in. Nothing where there are none.
+inline std::vector<std::filesystem::path> corpusOf(std::initializer_list<const char*> kinds) {
   namespace fs = std::filesystem;
   std::vector<fs::path> roots;
   if (const char* named = std::getenv("PLUVO_CORPUS")) roots.emplace_back(named);
   for (fs::path folder = fs::current_path(); folder != folder.root_path(); folder = folder.parent_path())
     roots.push_back(folder.parent_path() / "shared" / "corpus");
   std::vector<fs::path> files;
-  for (const fs::path& root : roots) {
-    if (!fs::is_directory(root / kind)) continue;
-    for (const auto& entry : fs::directory_iterator(root / kind)) files.push_back(entry.path());
-    break;
+  const auto root = std::ranges::find_if(roots, [&](const fs::path& it) { return fs::is_directory(it); });
+  for (const char* kind : kinds) {
+    if (root == roots.end() || !fs::is_directory(*root / kind)) continue;
+    for (const auto& entry : fs::directory_iterator(*root / kind)) files.push_back(entry.path());
   }
   std::ranges::sort(files);
   return files;
+}
+
+inline std::vector<std::filesystem::path> wordCorpus() { return corpusOf({"docx", "docm", "dotx"}); }
+
+constexpr const char* kNoCorpus = "no corpus: set PLUVO_CORPUS to a folder with a folder of documents a kind";
+
+inline files::Bytes bytesOf(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return files::Bytes::of({std::istreambuf_iterator<char>(file), {}});
 }
 
 }  // namespace pluvo::store

@@ -1,11 +1,11 @@
 #include "checkpoints.h"
 
+#include "documents/support/dice.h"
 #include "plain_units.h"
 #include "unit_rules.h"
 
 #include <gtest/gtest.h>
 
-#include <random>
 #include <string>
 
 namespace pluvo::text {
@@ -13,11 +13,8 @@ namespace {
 
 constexpr Position kSmallChunk = 8;
 
-std::mt19937& random() {
-  static std::mt19937 engine(17);
-  return engine;
-}
-Position upTo(Position n) { return static_cast<Position>(random()() % (static_cast<unsigned>(n) + 1)); }
+Dice dice(17);
+Position upTo(Position n) { return dice.upTo(n); }
 
 /// Words, long runs of one unit, and everything that a rule treats in its own way.
 std::u16string someText(Position length) {
@@ -25,8 +22,7 @@ std::u16string someText(Position length) {
       u"aab1  ...,,''?)\u201D\r\r\a\f\f\t\v\x02\x1F\u00A0\u2003\xD835\xDC00\xD83D\xDE00\u0301-";
   std::u16string text;
   while (static_cast<Position>(text.size()) < length) {
-    const char16_t unit = kUnits[random()() % kUnits.size()];
-    text.append(static_cast<std::size_t>(upTo(12) == 0 ? upTo(300) : 1), unit);
+    text.append(static_cast<std::size_t>(upTo(12) == 0 ? upTo(300) : 1), dice.of(kUnits));
   }
   text.resize(static_cast<std::size_t>(length));
   return text;

@@ -1,11 +1,11 @@
 #include "text/search.h"
 
 #include "characters.h"
+#include "documents/support/dice.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -145,31 +145,22 @@ TEST(Search, StaysLinearOnRepetitiveTexts) {
   EXPECT_EQ(find(needle, kWords, haystack), std::nullopt);
 }
 
-class Generator {
+class Generator : public Dice {
  public:
-  explicit Generator(unsigned seed) : random_(seed) {}
-
-  Position upTo(Position n) { return static_cast<Position>(random_() % (static_cast<unsigned>(n) + 1)); }
-  bool oneIn(unsigned n) { return random_() % n == 0; }
-
-  std::u16string units(Position length, std::u16string_view alphabet) {
-    std::u16string units;
-    for (Position i = 0; i < length; ++i) units += alphabet[random_() % alphabet.size()];
-    return units;
-  }
+  using Dice::Dice;
 
   /// Long stretches, of few patterns, with short pieces between.
-  PieceText text(std::u16string_view alphabet, bool narrow) {
-    std::u16string units = this->units(oneIn(3) ? upTo(9000) : upTo(60), alphabet);
+  PieceText pieces(std::u16string_view alphabet, bool narrow) {
+    std::u16string units = text(oneIn(3) ? upTo(9000) : upTo(60), alphabet);
     if (oneIn(2))
       std::fill(units.begin(), units.begin() + static_cast<Position>(units.size()) / 2, alphabet[0]);
-    PieceText text = narrow ? PieceText(OriginalText(bytes_ = {units.begin(), units.end()}, true, nullptr))
+    PieceText made = narrow ? PieceText(OriginalText(bytes_ = {units.begin(), units.end()}, true, nullptr))
                             : PieceText(OriginalText(units));
     for (Position edits = upTo(12); edits > 0; --edits) {
-      const Position from = upTo(text.length());
-      text.replace(from, from + upTo(std::min(text.length() - from, 3)), this->units(upTo(4), alphabet), {});
+      const Position from = upTo(made.length());
+      made.replace(from, from + upTo(std::min(made.length() - from, 3)), text(upTo(4), alphabet), {});
     }
-    return text;
+    return made;
   }
 
   Visibilities visibilities(Position length) {
@@ -183,7 +174,6 @@ class Generator {
   }
 
  private:
-  std::mt19937 random_;
   std::vector<std::uint8_t> bytes_;
 };
 
@@ -194,7 +184,7 @@ TEST(Search, FindsWhatReadingEveryCharacterFinds) {
   for (int round = 0; round < 3000; ++round) {
     const bool narrow = generate.oneIn(2);
     const auto alphabet = (narrow ? narrowUnits : wideUnits).substr(generate.oneIn(3) ? 2 : 0);
-    const PieceText text = generate.text(alphabet.substr(0, generate.oneIn(2) ? 2 : alphabet.npos), narrow);
+    const PieceText text = generate.pieces(alphabet.substr(0, generate.oneIn(2) ? 2 : alphabet.npos), narrow);
     const Visibilities visibility = generate.visibilities(text.length());
     const View view = generate.oneIn(2) ? View::results : View::codes;
     const Position from = generate.upTo(text.length());
@@ -203,7 +193,7 @@ TEST(Search, FindsWhatReadingEveryCharacterFinds) {
     if (generate.oneIn(2) && from < to) {
       needle = visibleText(text, visibility, view, to - generate.upTo(std::min(to - from, 40)), to);
     } else {
-      needle = generate.units(1 + generate.upTo(4), alphabet);
+      needle = generate.text(1 + generate.upTo(4), alphabet);
     }
     const SearchFlags flags{generate.oneIn(2), generate.oneIn(3)};
     const auto expected = PlainSearch(text, visibility, view, from, to).find(needle, flags);

@@ -1,18 +1,23 @@
 #include "documents/xml/events.h"
 
+#include "errors/text.h"
 #include "xml/scanner.h"
 
 #include <expat.h>
 
 #include <algorithm>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace pluvo::xml {
 
 namespace {
 
-constexpr char kSeparator = '#';
+/// Behind a namespace in what expat tells; in no document that is well-formed.
+constexpr char kSeparator = '\x01';
+
+constexpr KnownNamespace kKnown[] = {{"u", 2}, {"v", 3}, {"w", 4}};
 
 std::string withLineFeeds(std::string_view text) {
   std::string out;
@@ -71,7 +76,11 @@ class Events {
   std::string text_;
 };
 
-/// The scanner tells namespaces by number; the names themselves come from the declarations met on the way.
+/// A name as it is written behind the number of its namespace.
+std::string shownName(NamespaceId space, std::string_view qualified) {
+  return std::to_string(space) + " " + std::string(qualified);
+}
+
 class ScannerEvents {
  public:
   explicit ScannerEvents(std::string_view utf8)
@@ -90,38 +99,20 @@ class ScannerEvents {
  private:
   void take(Token token) {
     const std::string_view inner = scanner_.bytes(scanner_.innerBegin(), scanner_.innerEnd());
-    switch (token) {
-      case Token::start:
-      case Token::empty:
-        return takeTag(token == Token::empty);
-      case Token::end:
-        events_.end(names_.back());
-        return leave();
-      case Token::text:
-        if (scanner_.depth() > 0)
-          events_.text(withLineFeeds(scanner_.bytes(scanner_.begin(), scanner_.end())));
-        return;
-      case Token::reference: {
-        std::string utf8;
-        appendUtf8(utf8, scanner_.codePoint());
-        return events_.text(utf8);
-      }
-      case Token::cdata:
-        return events_.text(withLineFeeds(inner));
-      case Token::comment:
-        return events_.comment(inner);
-      case Token::instruction:
-        return takeInstruction(inner);
-      case Token::finish:
-        return;
+    if (token == Token::start || token == Token::empty) takeTag();
+    if (token == Token::end || token == Token::empty)
+      events_.end(shownName(scanner_.space(), scanner_.qualifiedName()));
+    if (token == Token::text && scanner_.depth() > 0)
+      events_.text(withLineFeeds(scanner_.bytes(scanner_.begin(), scanner_.end())));
+    if (token == Token::reference) {
+      const char32_t c = scanner_.codePoint();
+      const char16_t units[] = {static_cast<char16_t>(c < 0x10000 ? c : 0xD7C0 + (c >> 10U)),
+                                static_cast<char16_t>(0xDC00 + (c & 0x3FFU))};
+      events_.text(errors::utf8({units, c < 0x10000 ? 1U : 2U}));
     }
-  }
-
-  static void appendUtf8(std::string& out, char32_t c) {
-    const unsigned tails = c < 0x80 ? 0 : c < 0x800 ? 1 : c < 0x10000 ? 2 : 3;
-    static constexpr unsigned kLead[] = {0, 0xC0, 0xE0, 0xF0};
-    out.push_back(static_cast<char>(kLead[tails] | c >> 6U * tails));
-    for (unsigned i = tails; i-- > 0;) out.push_back(static_cast<char>(0x80U | (c >> 6U * i & 0x3FU)));
+    if (token == Token::cdata) events_.text(withLineFeeds(inner));
+    if (token == Token::comment) events_.comment(inner);
+    if (token == Token::instruction) takeInstruction(inner);
   }
 
   void takeInstruction(std::string_view inner) {
@@ -132,56 +123,42 @@ class ScannerEvents {
     events_.instruction(target, inner.substr(data));
   }
 
-  void takeTag(bool empty) {
-    scopes_.push_back(bindings_.size());
-    std::vector<const Attribute*> plain;
+  void takeTag() {
+    std::vector<std::string> attributes;
     for (const Attribute& attribute : scanner_.attributes()) {
       const std::string_view name = scanner_.bytes(attribute.nameBegin, attribute.nameEnd);
-      if (name == "xmlns" || name.starts_with("xmlns:")) {
-        bindings_.emplace_back(name == "xmlns" ? "" : name.substr(6), scanner_.value(attribute));
-      } else {
-        plain.push_back(&attribute);
-      }
+      const bool declares = name == "xmlns" || name.starts_with("xmlns:");
+      attributes.push_back((declares ? std::string(name) : shownName(attribute.space, name)) + "=" +
+                           shown(scanner_.value(attribute)));
     }
-    std::vector<std::string> attributes;
-    for (const Attribute* attribute : plain) {
-      const std::string_view name = scanner_.bytes(attribute->nameBegin, attribute->nameEnd);
-      attributes.push_back(expanded(name, false) + "=" + shown(scanner_.value(*attribute)));
-    }
-    names_.push_back(expanded(scanner_.qualifiedName(), true));
-    events_.element(names_.back(), std::move(attributes));
-    if (!empty) return;
-    events_.end(names_.back());
-    leave();
+    events_.element(shownName(scanner_.space(), scanner_.qualifiedName()), std::move(attributes));
   }
 
-  void leave() {
-    names_.pop_back();
-    bindings_.resize(scopes_.back());
-    scopes_.pop_back();
-  }
-
-  std::string expanded(std::string_view name, bool isElement) const {
-    const std::size_t colon = name.find(':');
-    const std::string_view prefix = colon == std::string_view::npos ? "" : name.substr(0, colon);
-    std::string local(colon == std::string_view::npos ? name : name.substr(colon + 1));
-    if (prefix == "xml") return std::string("http://www.w3.org/XML/1998/namespace") + kSeparator + local;
-    if (prefix.empty() && !isElement) return local;
-    const auto binding = std::find_if(bindings_.rbegin(), bindings_.rend(),
-                                      [&](const auto& candidate) { return candidate.first == prefix; });
-    if (binding == bindings_.rend() || binding->second.empty()) return local;
-    return binding->second + kSeparator + local;
-  }
-
-  const Vocabulary vocabulary_{{}, {}};
+  const Vocabulary vocabulary_{kKnown, {}};
   Scanner scanner_;
   Events events_;
-  std::vector<std::pair<std::string, std::string>> bindings_;
-  std::vector<std::size_t> scopes_;
-  std::vector<std::string> names_;
 };
 
-Events& eventsOf(void* user) { return *static_cast<Events*>(user); }
+/// What expat tells, of names in three parts: namespace, name, prefix.
+struct ExpatEvents {
+  static std::string nameOf(const std::string& triplet) {
+    const std::size_t local = triplet.find(kSeparator) + 1;
+    if (local == 0) return shownName(kNoNamespace, triplet);
+    const std::string uri = triplet.substr(0, local - 1);
+    NamespaceId space = uri == "http://www.w3.org/XML/1998/namespace" ? kXmlNamespace : kOtherNamespace;
+    for (const KnownNamespace& known : kKnown) {
+      if (known.uri == uri) space = known.id;
+    }
+    const std::size_t prefix = triplet.find(kSeparator, local) + 1;
+    if (prefix == 0) return shownName(space, triplet.substr(local));
+    return shownName(space, triplet.substr(prefix) + ":" + triplet.substr(local, prefix - 1 - local));
+  }
+
+  Events events;
+  std::vector<std::string> declared;  ///< on the element to come
+};
+
+ExpatEvents& toldTo(void* user) { return *static_cast<ExpatEvents*>(user); }
 
 }  // namespace
 
@@ -196,28 +173,34 @@ std::optional<std::string> eventsOfScanner(std::string_view utf8) {
 std::optional<std::string> eventsOfExpat(std::string_view utf8) {
   const std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> parser(
       XML_ParserCreateNS("UTF-8", kSeparator), &XML_ParserFree);
-  Events events;
-  XML_SetUserData(parser.get(), &events);
+  ExpatEvents told;
+  XML_SetUserData(parser.get(), &told);
+  XML_SetReturnNSTriplet(parser.get(), 1);
+  XML_SetStartNamespaceDeclHandler(parser.get(), [](void* user, const char* prefix, const char* uri) {
+    const std::string name = prefix == nullptr ? "xmlns" : std::string("xmlns:") + prefix;
+    toldTo(user).declared.push_back(name + "=" + shown(uri == nullptr ? "" : uri));
+  });
   XML_SetElementHandler(
       parser.get(),
       [](void* user, const char* name, const char** pairs) {
-        std::vector<std::string> attributes;
+        std::vector<std::string> attributes = std::exchange(toldTo(user).declared, {});
         for (; *pairs != nullptr; pairs += 2)
-          attributes.push_back(std::string(pairs[0]) + "=" + shown(pairs[1]));
-        eventsOf(user).element(name, std::move(attributes));
+          attributes.push_back(ExpatEvents::nameOf(pairs[0]) + "=" + shown(pairs[1]));
+        toldTo(user).events.element(ExpatEvents::nameOf(name), std::move(attributes));
       },
-      [](void* user, const char* name) { eventsOf(user).end(name); });
+      [](void* user, const char* name) { toldTo(user).events.end(ExpatEvents::nameOf(name)); });
   XML_SetCharacterDataHandler(parser.get(), [](void* user, const char* text, int length) {
-    eventsOf(user).text({text, static_cast<std::size_t>(length)});
+    toldTo(user).events.text({text, static_cast<std::size_t>(length)});
   });
-  XML_SetCommentHandler(parser.get(), [](void* user, const char* text) { eventsOf(user).comment(text); });
+  XML_SetCommentHandler(parser.get(),
+                        [](void* user, const char* text) { toldTo(user).events.comment(text); });
   XML_SetProcessingInstructionHandler(parser.get(), [](void* user, const char* target, const char* data) {
-    eventsOf(user).instruction(target, data);
+    toldTo(user).events.instruction(target, data);
   });
   if (XML_Parse(parser.get(), utf8.data(), static_cast<int>(utf8.size()), XML_TRUE) != XML_STATUS_OK) {
     return std::nullopt;
   }
-  return events.take();
+  return told.events.take();
 }
 
 bool mayDiffer(std::string_view utf8) {

@@ -40,13 +40,12 @@ class RunMap {
   Position runStart(Position position) const { return parts_.start(parts_.indexAt(position)); }
   Position runEnd(Position position) const { return parts_.end(parts_.indexAt(position)); }
 
-  /// Gives [from, to) one value; whether that changed anything.
-  bool set(Position from, Position to, const Value& value) {
-    if (from >= to) return false;
+  /// Gives [from, to) one value.
+  void set(Position from, Position to, const Value& value) {
+    if (from >= to) return;
     const Run first = runAt(from);
-    if (first.value == value && to <= first.to) return false;
+    if (first.value == value && to <= first.to) return;
     replace(from, to, to - from, value);
-    return true;
   }
 
   /// Puts newLength positions of one value in the place of [from, to).
