@@ -21,15 +21,9 @@ using ::testing::HasSubstr;
 using ::testing::Not;
 
 namespace fs = std::filesystem;
-using Words = std::vector<std::string>;
 using Clock = std::chrono::steady_clock;
 
-const Words kReplace = {"replace", "-b", "draft", "-t", "final", "--match-case"};
-
-Words operator+(Words words, const Words& more) {
-  words.insert(words.end(), more.begin(), more.end());
-  return words;
-}
+const std::string kReplace = "replace -b draft -t final --match-case ";
 
 /// Every file below the folder: bytes, permissions, time of last change.
 using State = std::map<std::string, std::tuple<std::string, mode_t, std::int64_t, std::int64_t>>;
@@ -39,8 +33,8 @@ State stateOf(const Sandbox& sandbox) {
     const std::string name = fs::relative(entry.path(), sandbox.path(""));
     if (!entry.is_regular_file() || name.rfind("~pluvo-", 0) == 0) continue;
     const struct stat status = sandbox.status(name);
-    state[name] = {status.st_size > 1'000'000 ? "" : sandbox.read(name), status.st_mode,
-                   status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
+    state[name] = {status.st_size > 1'000'000 ? "" : sandbox.get(name), status.st_mode, status.st_mtim.tv_sec,
+                   status.st_mtim.tv_nsec};
   }
   return state;
 }
@@ -56,48 +50,51 @@ TEST(Folder, TakesTheDocumentsAskedFor) {
   const Sandbox sandbox;
   for (const char* const name : {"t/a.txt", "t/B.TXT", "t/old.txt", "t/x.log", "t/sub/c.txt",
                                  "t/sub/deep/d.txt", "t/.hidden/e.txt", "t/archive/f.txt"})
-    sandbox.write(name, "draft\n");
+    sandbox.put(name, "draft\n");
   fs::last_write_time(sandbox.path("t/old.txt"), fs::file_time_type::clock::now() - std::chrono::hours(48));
   fs::create_symlink("a.txt", sandbox.path("t/z.txt"));
   fs::create_directory_symlink("..", sandbox.path("t/sub/circle"));
-  sandbox.write("lines", "t/a.txt\r\n\nt/sub/c.txt\nt/a.txt\n");
-  sandbox.write("nulls", std::string("t/sub/c.txt\0t/B.TXT", 19));
-  const std::vector<std::pair<Words, Words>> cases = {
-      {{"-r", "t"},
-       {"t/B.TXT", "t/a.txt", "t/old.txt", "t/archive/f.txt", "t/sub/c.txt", "t/sub/deep/d.txt"}},
-      {{"-r", "t/", "--levels", "0"}, {"t/B.TXT", "t/a.txt", "t/old.txt"}},
-      {{"-r", "t", "--levels", "1", "--exclude", "ARCHIVE,old*"}, {"t/B.TXT", "t/a.txt", "t/sub/c.txt"}},
-      {{"-r", "t", "--types", "*.LOG"}, {"t/x.log"}},
-      {{"-r", "t", "--mask", "?.txt", "--newer-than", "1d", "--levels", "0"}, {"t/B.TXT", "t/a.txt"}},
-      {{"-r", "t/sub/deep", "t/a.txt", "t", "--exclude", "old*,archive"},
-       {"t/sub/deep/d.txt", "t/a.txt", "t/B.TXT", "t/sub/c.txt"}},
-      {{"--files-from", "lines"}, {"t/a.txt", "t/sub/c.txt"}},
-      {{"--files-from", "nulls", "-0", "t/a.txt"}, {"t/a.txt", "t/sub/c.txt", "t/B.TXT"}}};
+  sandbox.put("lines", "t/a.txt\r\n\nt/sub/c.txt\nt/a.txt\n");
+  sandbox.put("nulls", std::string("t/sub/c.txt\0t/B.TXT", 19));
+  const std::pair<std::string, std::string> cases[] = {
+      {"-r t", "t/B.TXT t/a.txt t/old.txt t/archive/f.txt t/sub/c.txt t/sub/deep/d.txt"},
+      {"-r t/ --levels 0", "t/B.TXT t/a.txt t/old.txt"},
+      {"-r t --levels 1 --exclude ARCHIVE,old*", "t/B.TXT t/a.txt t/sub/c.txt"},
+      {"-r t --types *.LOG", "t/x.log"},
+      {"-r t --mask ?.txt --newer-than 1d --levels 0", "t/B.TXT t/a.txt"},
+      {"-r t/sub/deep t/a.txt t --exclude old*,archive", "t/sub/deep/d.txt t/a.txt t/B.TXT t/sub/c.txt"},
+      {"--files-from lines", "t/a.txt t/sub/c.txt"},
+      {"--files-from nulls -0 t/a.txt", "t/a.txt t/sub/c.txt t/B.TXT"}};
   for (const auto& [arguments, expected] : cases) {
     Words found;
-    for (const std::string& line : lines(sandbox.run(Words{"find", "-b", "draft"} + arguments).out))
+    for (const std::string& line : lines(sandbox.run("find -b draft " + arguments).out))
       found.push_back(line.substr(0, line.find(':')));
-    EXPECT_EQ(found, expected) << ::testing::PrintToString(arguments);
+    EXPECT_EQ(found, wordsOf(expected)) << arguments;
   }
 }
 
 TEST(Folder, KeepsItsTreeInAnotherFolder) {
   const Sandbox sandbox;
-  sandbox.write("t/a.txt", "draft\n");
-  sandbox.write("t/sub/a.txt", "draft too\n");
-  sandbox.write("list", "t/./sub/a.txt\n/../t/a.txt\n");
+  sandbox.put("t/a.txt", "draft\n");
+  sandbox.put("t/b.txt", "else\n");
+  sandbox.put("t/sub/a.txt", "draft too\n");
+  sandbox.put("list", "t/./sub/a.txt\n/../t/a.txt\n");
   const auto before = stateOf(sandbox);
   for (int i = 0; i < 2; ++i) {  // the second time nothing new is made of what the first has made
-    const Result result = sandbox.run(kReplace + Words{"-r", ".", "--output", "out"});
+    const Result result = sandbox.run(kReplace + "-r . --output out");
     EXPECT_EQ(result.status, i == 0 ? 0 : 2) << result.err;
-    EXPECT_EQ(sandbox.read("out/t/a.txt"), "final\n");
-    EXPECT_EQ(sandbox.read("out/t/sub/a.txt"), "final too\n");
-    EXPECT_FALSE(fs::exists(sandbox.path("out/out")));
+    EXPECT_EQ(sandbox.get("out/t/a.txt"), "final\n");
+    EXPECT_EQ(sandbox.get("out/t/sub/a.txt"), "final too\n");
+    EXPECT_FALSE(fs::exists(sandbox.at("out/t/b.txt"))) << "no change, no copy";
+    EXPECT_FALSE(fs::exists(sandbox.at("out/out")));
   }
-  sandbox.run(kReplace + Words{"--files-from", "list", "--output", "listed"});
-  EXPECT_EQ(sandbox.read("listed/sub/a.txt"), "final too\n");
-  fs::remove_all(sandbox.path("out"));
-  fs::remove_all(sandbox.path("listed"));
+  sandbox.run(kReplace + "--files-from list --output listed");
+  EXPECT_EQ(sandbox.get("listed/sub/a.txt"), "final too\n");
+  EXPECT_THAT(sandbox.run(kReplace + "--output one t/a.txt t/sub/a.txt").err,
+              HasSubstr("pluvo: t/sub/a.txt: io: "))
+      << "its name is taken";
+  EXPECT_EQ(sandbox.get("one/a.txt"), "final\n");
+  for (const char* made : {"out", "listed", "one"}) fs::remove_all(sandbox.at(made));
   EXPECT_EQ(stateOf(sandbox), before);
 }
 
@@ -106,48 +103,45 @@ TEST(Folder, PrintsInTheSameOrderWhateverTheJobs) {
   std::string many;
   for (int i = 0; i < 5000; ++i) many += "a draft of " + std::to_string(i) + "\n";
   for (int i = 0; i < 60; ++i)
-    sandbox.write("d" + std::to_string(100 + i) + ".txt", i % 20 == 3 ? many : "draft\n");
-  const Words find = {"find", "-b", "draft", "-r", "."};
-  const Result one = sandbox.run(find + Words{"-j", "1"});
+    sandbox.put("d" + std::to_string(100 + i) + ".txt", i % 20 == 3 ? many : "draft\n");
+  const Result one = sandbox.run("find -b draft -r . -j 1");
   EXPECT_EQ(lines(one.out).size(), 3 * 5000U + 57U);
-  EXPECT_EQ(sandbox.run(find + Words{"--jobs=7"}).out, one.out);
+  EXPECT_EQ(sandbox.run("find -b draft -r . --jobs=7").out, one.out);
 }
 
 /// A folder with something of everything.
 void fillWithEverything(const Sandbox& sandbox) {
-  sandbox.write("good.docx", docx::fileOf("a draft"));
-  sandbox.write("sub/good.txt", "a draft\r\n");
-  sandbox.write("truncated.docx", docx::fileOf("draft").substr(0, 300));
-  sandbox.write("encrypted.docx",
-                archive::build({{{"word/document.xml", "draft", true, false, false, 1}}}).bytes);
-  sandbox.write(
-      "protected.docx",
-      docx::fileOf("draft",
-                   docx::settingsOf("<w:documentProtection w:edit=\"readOnly\" w:enforcement=\"1\"/>")));
-  sandbox.write("signed.docx", docx::fileOf("draft", docx::kSigned));
-  sandbox.write("locked.docx", docx::fileOf("draft"));
-  sandbox.write("~$locked.docx", "somebody");
-  sandbox.write("readonly.txt", "draft\n");
+  sandbox.put("good.docx", docx::fileOf("a draft"));
+  sandbox.put("sub/good.txt", "a draft\r\n");
+  sandbox.put("truncated.docx", docx::fileOf("draft").substr(0, 300));
+  sandbox.put("encrypted.docx",
+              archive::build({{{"word/document.xml", "draft", true, false, false, 1}}}).bytes);
+  sandbox.put("protected.docx",
+              docx::fileOf("draft", docx::settingsOf(
+                                        "<w:documentProtection w:edit=\"readOnly\" w:enforcement=\"1\"/>")));
+  sandbox.put("signed.docx", docx::fileOf("draft", docx::kSigned));
+  sandbox.put("locked.docx", docx::fileOf("draft"));
+  sandbox.put("~$locked.docx", "somebody");
+  sandbox.put("readonly.txt", "draft\n");
   fs::permissions(sandbox.path("readonly.txt"), fs::perms::owner_read);
-  sandbox.write("empty.txt", "");
-  sandbox.write("empty.docx", "");
-  sandbox.write("foreign.docx", "%PDF-1.7 draft");
-  sandbox.write("huge.txt", "draft");
+  sandbox.put("empty.txt", "");
+  sandbox.put("empty.docx", "");
+  sandbox.put("foreign.docx", "%PDF-1.7 draft");
+  sandbox.put("huge.txt", "draft");
   fs::resize_file(sandbox.path("huge.txt"), std::uintmax_t{3} << 30U);
   for (const char* const name : {" with  spaces .txt", "-n.txt", "line\nfeed.txt", "Приказ.txt", "契約書.txt",
                                  "عقد.txt", "סכם.txt", "not\xFFutf8.txt", "'\"`$(x).txt", "é.txt"})
-    sandbox.write(name, "draft\n");
-  sandbox.write("picture.jpg", "draft");
+    sandbox.put(name, "draft\n");
+  sandbox.put("picture.jpg", "draft");
 }
 
 TEST(Folder, TellsOfEveryKindOfFileAndTakesItAllBack) {
   const Sandbox sandbox;
   fillWithEverything(sandbox);
   const State before = stateOf(sandbox);
-  const Result run = sandbox.run(kReplace + Words{"-r", ".", "--json", "--report", sandbox.beside("r.json")});
-  const Result report = sandbox.run({"find", "-b", "x", "--files-from", "/dev/null"});
-  EXPECT_EQ(report.status, 1);
+  const Result run = sandbox.run(kReplace + "-r . --json --report " + sandbox.beside("r.json"));
   EXPECT_EQ(run.status, 2);
+  EXPECT_EQ(sandbox.run("find -b x --files-from /dev/null").status, 1);
 
   const std::map<std::string, std::string> codes = {
       {"./truncated.docx", "damaged"}, {"./encrypted.docx", "password"}, {"./protected.docx", "protected"},
@@ -168,20 +162,19 @@ TEST(Folder, TellsOfEveryKindOfFileAndTakesItAllBack) {
   }
   EXPECT_EQ(good, 12);
   EXPECT_THAT(lines(run.out).back(), HasSubstr("\"files\":23,\"found\":14,\"operated\":12"));
-  EXPECT_EQ(sandbox.read("line\nfeed.txt"), "final\n");
-  EXPECT_EQ(sandbox.read("sub/good.txt"), "a final\r\n");
+  EXPECT_EQ(sandbox.get("line\nfeed.txt"), "final\n");
+  EXPECT_EQ(sandbox.get("sub/good.txt"), "a final\r\n");
 
-  const std::string page = sandbox.read(sandbox.beside("r.json"));
+  const std::string page = sandbox.get(sandbox.beside("r.json"));
   EXPECT_THAT(page, HasSubstr(R"({"file":"./picture.jpg","reason":"kind not asked for"})"));
   EXPECT_THAT(
       page,
       HasSubstr(R"("before":{"lead":"a ","text":"draft","trail":""},"after":{"lead":"a ","text":"final")"));
 
-  EXPECT_THAT(sandbox.run({"undo", "--list"}).out, HasSubstr("12 documents"));
-  const Result undo = sandbox.run({"undo"});
-  EXPECT_EQ(undo.status, 0) << undo.err;
+  EXPECT_THAT(sandbox.run("undo --list").out, HasSubstr("12 documents"));
+  EXPECT_EQ(sandbox.run("undo").status, 0);
   EXPECT_TRUE(stateOf(sandbox) == before);
-  EXPECT_EQ(sandbox.run({"undo"}).status, 2);
+  EXPECT_EQ(sandbox.run("undo").status, 2);
 }
 
 TEST(Passwords, LiftProtectionsThatStay) {
@@ -192,53 +185,52 @@ TEST(Passwords, LiftProtectionsThatStay) {
   const std::string kept =
       "w:cryptAlgorithmSid=\"4\" w:cryptSpinCount=\"100000\" w:hash=\"MUHbcmpC9AnlLsd9v3lW0j30y6E=\" "
       "w:salt=\"2Z+i7o/0EZyUNakVeWzU/w==\"";
-  sandbox.write("free.docx", docx::fileOf("draft", settings("w:enforcement=\"1\"")));
-  sandbox.write("locked.docx", docx::fileOf("draft", settings(kept)));
-  sandbox.write("plain.docx", docx::fileOf("draft"));
-  sandbox.write("encrypted.docx",
-                archive::build({{{"word/document.xml", "draft", true, false, false, 1}}}).bytes);
-  const Words run = kReplace + Words{"-r", "."};
+  sandbox.put("free.docx", docx::fileOf("draft", settings("w:enforcement=\"1\"")));
+  sandbox.put("locked.docx", docx::fileOf("draft", settings(kept)));
+  sandbox.put("plain.docx", docx::fileOf("draft"));
+  sandbox.put("encrypted.docx",
+              archive::build({{{"word/document.xml", "draft", true, false, false, 1}}}).bytes);
+  const std::string run = kReplace + "-r . ";
 
-  EXPECT_THAT(sandbox.run(run + Words{"-n"}).err,
+  EXPECT_THAT(sandbox.run(run + "-n").err,
               AllOf(HasSubstr("free.docx: protected: "), HasSubstr("locked.docx: protected: "),
                     HasSubstr("--password-file")));
-  sandbox.write("passwords", "guess\r\nexample\n");
-  EXPECT_THAT(sandbox.run(run + Words{"-n", "--password-file", "passwords"}).err,
+  sandbox.put("passwords", "guess\r\nexample\n");
+  EXPECT_THAT(sandbox.run(run + "-n --password-file passwords").err,
               AllOf(HasSubstr("locked.docx: password: No password"), Not(HasSubstr("free.docx"))));
-  sandbox.write("passwords", "guess\nExample\n");
-  const Result done = sandbox.run(run + Words{"--password-file", "passwords"});
+  sandbox.put("passwords", "guess\nExample\n");
+  const Result done = sandbox.run(run + "--password-file passwords");
   EXPECT_EQ(done.status, 2);
   EXPECT_THAT(done.err,
               AllOf(HasSubstr("encrypted.docx: password: "), HasSubstr("3 documents changed, 1 failed")));
-  EXPECT_THAT(sandbox.run({"find", "-b", "final", "--password-file", "/dev/null", "free.docx"}).out,
-              HasSubstr("final"));
-  EXPECT_THAT(sandbox.run({"find", "-b", "final", "locked.docx"}).err, HasSubstr("protected: ")) << "still";
-  EXPECT_EQ(sandbox.run({"undo", "-q"}).status, 0);
-  EXPECT_EQ(sandbox.run(run + Words{"--password-file", "nowhere"}).status, 2);
+  EXPECT_THAT(sandbox.run("find -b final --password-file /dev/null free.docx").out, HasSubstr("final"));
+  EXPECT_THAT(sandbox.run("find -b final locked.docx").err, HasSubstr("protected: ")) << "still";
+  EXPECT_EQ(sandbox.run("undo -q").status, 0);
+  EXPECT_EQ(sandbox.run(run + "--password-file nowhere").status, 2);
 }
 
 TEST(Undo, LeavesWhatWasChangedSince) {
   const Sandbox sandbox;
-  sandbox.write("a.txt", "draft\n");
-  sandbox.write("b.txt", "draft\n");
-  sandbox.run(kReplace + Words{"a.txt", "b.txt"});
-  sandbox.write("a.txt", "mine\n");
-  const Result undo = sandbox.run({"undo"});
+  sandbox.put("a.txt", "draft\n");
+  sandbox.put("b.txt", "draft\n");
+  sandbox.run(kReplace + "a.txt b.txt");
+  sandbox.put("a.txt", "mine\n");
+  const Result undo = sandbox.run("undo");
   EXPECT_EQ(undo.status, 2);
   EXPECT_THAT(undo.err, HasSubstr("/a.txt: changed: "));
-  EXPECT_EQ(sandbox.read("a.txt"), "mine\n");
-  EXPECT_EQ(sandbox.read("b.txt"), "draft\n");
-  sandbox.run(kReplace + Words{"b.txt", "--no-journal"});
-  EXPECT_THAT(lines(sandbox.run({"undo", "--list"}).out).size(), 2U);
+  EXPECT_EQ(sandbox.get("a.txt"), "mine\n");
+  EXPECT_EQ(sandbox.get("b.txt"), "draft\n");
+  sandbox.run(kReplace + "b.txt --no-journal");
+  EXPECT_THAT(lines(sandbox.run("undo --list").out).size(), 2U);
 
-  sandbox.write("a.txt", "draft\n");
-  sandbox.run(kReplace + Words{"a.txt"});
-  sandbox.run({"replace", "-b", "final", "-t", "last", "a.txt"});
-  const Words runs = lines(sandbox.run({"undo", "--list"}).out);
+  sandbox.put("a.txt", "draft\n");
+  sandbox.run(kReplace + "a.txt");
+  sandbox.run("replace -b final -t last a.txt");
+  const Words runs = lines(sandbox.run("undo --list").out);
   const auto nameIn = [&](std::size_t line) { return runs.at(line).substr(0, runs.at(line).find(' ')); };
-  EXPECT_THAT(sandbox.run({"undo", nameIn(2)}).err, HasSubstr(nameIn(4) + " changed the document after"));
-  EXPECT_EQ(sandbox.run({"undo"}).status + sandbox.run({"undo", nameIn(2)}).status, 0);
-  EXPECT_EQ(sandbox.read("a.txt"), "draft\n");
+  EXPECT_THAT(sandbox.run("undo " + nameIn(2)).err, HasSubstr(nameIn(4) + " changed the document after"));
+  EXPECT_EQ(sandbox.run("undo").status + sandbox.run("undo " + nameIn(2)).status, 0);
+  EXPECT_EQ(sandbox.get("a.txt"), "draft\n");
 }
 
 /// Sixteen documents to be cut off in.
@@ -248,15 +240,15 @@ class Unfinished : public ::testing::Test {
     for (int i = 0; i < 16; ++i) {
       const std::string name = "d" + std::to_string(10 + i);
       if (i % 2 == 0) {
-        sandbox_.write(name + ".txt", std::string(20000, 'x') + " draft\n");
+        sandbox_.put(name + ".txt", std::string(20000, 'x') + " draft\n");
       } else {
-        sandbox_.write(name + ".docx", docx::fileOf("a draft"));
+        sandbox_.put(name + ".docx", docx::fileOf("a draft"));
       }
     }
     before_ = stateOf(sandbox_);
     ASSERT_EQ(sandbox_.run(run_).status, 0);
     after_ = stateOf(sandbox_);
-    ASSERT_EQ(sandbox_.run({"undo", "-q"}).status, 0);
+    ASSERT_EQ(sandbox_.run("undo -q").status, 0);
     ASSERT_TRUE(stateOf(sandbox_) == before_);
   }
 
@@ -269,7 +261,7 @@ class Unfinished : public ::testing::Test {
   }
 
   Sandbox sandbox_{Sandbox::Disk::memory};
-  Words run_ = kReplace + Words{"-r", ".", "-q", "--jobs", "2"};
+  Words run_ = wordsOf(kReplace + "-r . -q --jobs 2");
   State before_;
   State after_;
 };
@@ -279,7 +271,7 @@ TEST_F(Unfinished, RunsAndUndosThatAreKilledAreTakenBack) {
   const auto began = Clock::now();
   ASSERT_EQ(sandbox_.run(run_).status, 0);
   const auto whole = std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - began).count();
-  ASSERT_EQ(sandbox_.run({"undo", "-q"}).status, 0);
+  ASSERT_EQ(sandbox_.run("undo -q").status, 0);
   const auto killAtRandom = [&](const Words& arguments) {
     const pid_t child = sandbox_.start(arguments);
     ::usleep(static_cast<useconds_t>(std::uniform_int_distribution<std::int64_t>(0, whole)(chance)));
@@ -292,9 +284,9 @@ TEST_F(Unfinished, RunsAndUndosThatAreKilledAreTakenBack) {
     const State killed = stateOf(sandbox_);
     ASSERT_TRUE(isWhole(killed)) << round;
     if (killed != before_) ++partly;
-    if (round % 2 == 1) killAtRandom({"undo", "-q"});
+    if (round % 2 == 1) killAtRandom(wordsOf("undo -q"));
     ASSERT_TRUE(isWhole(stateOf(sandbox_))) << round;
-    const Result undo = sandbox_.run({"undo", "-q"});
+    const Result undo = sandbox_.run("undo -q");
     ASSERT_TRUE(stateOf(sandbox_) == before_) << round << undo.err;
   }
   EXPECT_GT(partly, 10);
@@ -304,7 +296,7 @@ TEST_F(Unfinished, AnInterruptLeavesAListToGoOnWith) {
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
     bool interrupted = false;
     for (int wait = 40'000; wait > 100 && !interrupted; wait = wait * 2 / 3) {
-      const pid_t child = sandbox_.start(kReplace + Words{"-r", ".", "-j1"});
+      const pid_t child = sandbox_.start(wordsOf(kReplace + "-r . -j1"));
       ::usleep(static_cast<useconds_t>(wait));
       ::kill(child, signal);
       // The loss of a terminal is told by the shell and by the system.
@@ -316,13 +308,13 @@ TEST_F(Unfinished, AnInterruptLeavesAListToGoOnWith) {
       if (interrupted) {
         EXPECT_EQ(result.status, 2);
         const std::string list = result.err.substr(at + 13, result.err.find('\n', at) - at - 13);
-        EXPECT_EQ(sandbox_.run(kReplace + Words{"-0", "--files-from", list}).status, 0);
+        EXPECT_EQ(sandbox_.run(kReplace + "-0 --files-from " + list).status, 0);
         for (const auto& [name, file] : stateOf(sandbox_))
           EXPECT_EQ(std::get<0>(file), std::get<0>(after_.at(name)));
-        sandbox_.run({"undo", "-q"});
+        sandbox_.run("undo -q");
       }
       // What was too late, or too early for there to be a run, is tried again.
-      sandbox_.run({"undo", "-q"});
+      sandbox_.run("undo -q");
       ASSERT_TRUE(stateOf(sandbox_) == before_) << signal;
     }
     if (!interrupted) GTEST_SKIP() << "every run was over before it could be interrupted";
@@ -341,67 +333,62 @@ TEST_F(Unfinished, TwoRunsAtOnceHarmNothing) {
     }
     for (const auto& [name, file] : stateOf(sandbox_))
       EXPECT_EQ(std::get<0>(file), std::get<0>(after_.at(name))) << name << first.err << second.err;
-    sandbox_.run({"undo", "-q"});
-    sandbox_.run({"undo", "-q"});
+    sandbox_.run("undo -q");
+    sandbox_.run("undo -q");
     ASSERT_TRUE(stateOf(sandbox_) == before_) << round << first.err << second.err;
   }
 }
 
 TEST(Report, EscapesWhatDocumentsAndNamesHold) {
   const Sandbox sandbox;
-  sandbox.write("<b>&.txt", "x =HYPERLINK(\"u\")<script> y\n");
-  sandbox.write("bad\xFF.txt", "none\n");
-  const Words request = {"replace", "-b", "=HYPERLINK", "-e", "<script>", "-t", "@safe", "-r", ".", "-n"};
+  sandbox.put("<b>&.txt", "x =HYPERLINK(\"u\")<script> y\n");
+  sandbox.put("bad\xFF.txt", "none\n");
+  const std::string request = "replace -b =HYPERLINK -e <script> -t @safe -r . -n --report ";
   const std::string html = sandbox.beside("r.html");
   const std::string csv = sandbox.beside("r.csv");
-  for (const std::string& name : {html, csv}) sandbox.run(request + Words{"--report", name});
-  EXPECT_THAT(sandbox.read(html), AllOf(HasSubstr("<del>=HYPERLINK(&quot;u&quot;)&lt;script&gt;</del>"),
-                                        HasSubstr("<ins>@safe</ins>"), HasSubstr("./&lt;b&gt;&amp;.txt"),
-                                        HasSubstr("./bad\xEF\xBF\xBD.txt")));
-  EXPECT_THAT(sandbox.read(csv), HasSubstr(R"(,1,"x ","'=HYPERLINK(""u"")<script>","'@safe"," y",)"));
-  EXPECT_EQ(sandbox.run(request + Words{"--report", "r.pdf"}).status, 2);
+  for (const std::string& name : {html, csv}) sandbox.run(request + name);
+  EXPECT_THAT(sandbox.get(html), AllOf(HasSubstr("<del>=HYPERLINK(&quot;u&quot;)&lt;script&gt;</del>"),
+                                       HasSubstr("<ins>@safe</ins>"), HasSubstr("./&lt;b&gt;&amp;.txt"),
+                                       HasSubstr("./bad\xEF\xBF\xBD.txt")));
+  EXPECT_THAT(sandbox.get(csv), HasSubstr(R"(,1,"x ","'=HYPERLINK(""u"")<script>","'@safe"," y",)"));
+  EXPECT_EQ(sandbox.run(request + "r.pdf").status, 2);
   EXPECT_THAT(sandbox.names(), ElementsAre("<b>&.txt", "bad\xFF.txt"));
 }
 
 TEST(SavedRequests, AreRunInOrderInOneSaving) {
   const Sandbox sandbox;
-  sandbox.write("d.txt", "one two\n");
-  sandbox.run({"save", "s.toml", "replace", "-b", "one", "-t", "three \"\\\n", "--match-case"});
-  sandbox.write("s.toml", "# mine\n" + sandbox.read("s.toml") + "# the end");
-  EXPECT_EQ(sandbox.run({"save", "s.toml", "delete", "-b", "three", "-e", "two", "--apart", "4"}).status, 0);
-  EXPECT_THAT(sandbox.read("s.toml"), AllOf(HasSubstr("# mine\n"), HasSubstr("# the end\n\n[[request]]\n")));
-  const Result run = sandbox.run({"run", "s.toml", "d.txt", "--backup"});
+  sandbox.put("d.txt", "one two\n");
+  sandbox.run(Words{"save", "s.toml", "replace", "-b", "one", "-t", "three \"\\\n", "--match-case"});
+  sandbox.put("s.toml", "# mine\n" + sandbox.get("s.toml") + "# the end");
+  EXPECT_EQ(sandbox.run("save s.toml delete -b three -e two --apart 4").status, 0);
+  EXPECT_THAT(sandbox.get("s.toml"), AllOf(HasSubstr("# mine\n"), HasSubstr("# the end\n\n[[request]]\n")));
+  const Result run = sandbox.run("run s.toml d.txt --backup");
   EXPECT_EQ(run.out, "d.txt: 2 blocks, 2 changed; original kept as d.txt.bak\n") << run.err;
-  EXPECT_EQ(sandbox.read("d.txt"), "\n");
-  EXPECT_EQ(sandbox.read("d.txt.bak"), "one two\n");
+  EXPECT_EQ(sandbox.get("d.txt"), "\n");
+  EXPECT_EQ(sandbox.get("d.txt.bak"), "one two\n");
 }
 
 TEST(SavedRequests, SayWhereTheyAreWrong) {
   const Sandbox sandbox;
-  sandbox.write("d.txt", "one\n");
-  const std::vector<std::pair<std::string, std::string>> wrong = {
-      {"[[request]]\ncommand = \"find\"\nbegn = \"x\"\n",
-       "line 3: there is no key 'begn' in a request. Did you mean begin?"},
+  sandbox.put("d.txt", "one\n");
+  const std::string find = "[[request]]\ncommand = \"find\"\n";
+  const std::pair<std::string, std::string> wrong[] = {
+      {find + "begn = \"x\"\n", "line 3: there is no key 'begn' in a request. Did you mean begin?"},
       {"\n[[request]]\ncommand = \"fnd\"\n", "line 3: a request has a command, which is find, insert"},
       {"[[request]]\nbegin = \"x\"\n", "line 1: a request has a command"},
-      {"[[request]]\ncommand = \"find\"\nbegin = \"x\nend\"\n", "line 3: "},
-      {"[[request]]\ncommand = \"find\"\nbegin = \"x\"\ntext = \"y\"\n",
-       "line 4: text has no meaning with find"},
-      {"[[request]]\ncommand = \"find\"\nbegin = \"x\"\nmatch-case = 1\n",
-       "line 4: match-case is true or false"},
-      {"[[request]]\ncommand = \"find\"\nbegin = \"x\"\napart = 2\n", "line 4: --apart needs --end"},
-      {"[[request]]\ncommand = \"find\"\nbegin = \"x\"\n\n[[request]]\ncommand = \"highlight\"\n"
-       "color = \"yelow\"\nbegin = \"x\"\n",
+      {find + "begin = \"x\nend\"\n", "line 3: "},
+      {find + "begin = \"x\"\ntext = \"y\"\n", "line 4: text has no meaning with find"},
+      {find + "begin = \"x\"\nmatch-case = 1\n", "line 4: match-case is true or false"},
+      {find + "begin = \"x\"\napart = 2\n", "line 4: --apart needs --end"},
+      {find + "begin = \"x\"\n\n[[request]]\ncommand = \"highlight\"\ncolor = \"yelow\"\nbegin = \"x\"\n",
        "line 7: There is no highlight colour 'yelow'. Did you mean yellow?"},
-      {"[[request]]\ncommand = \"find\"\nbegin = \"x\"\n[[request]]\ncommand = \"find\"\n",
-       "line 4: Say what a block begins with"},
-      {"[[request]]\ncommand = \"find\"\nbegin = \"x\"\nend-file = \"nowhere\"\n",
-       "line 4: --end-file: cannot open nowhere"},
+      {find + "begin = \"x\"\n" + find, "line 4: Say what a block begins with"},
+      {find + "begin = \"x\"\nend-file = \"nowhere\"\n", "line 4: --end-file: cannot open nowhere"},
       {"recursive = true\n", "line 1: 'recursive' stands outside"},
       {"# nothing\n", "has no request"}};
   for (const auto& [file, sentence] : wrong) {
-    sandbox.write("s.toml", file);
-    const Result result = sandbox.run({"run", "s.toml", "d.txt"});
+    sandbox.put("s.toml", file);
+    const Result result = sandbox.run("run s.toml d.txt");
     EXPECT_EQ(result.status, 2) << file;
     EXPECT_THAT(result.err, HasSubstr(sentence)) << file;
   }
@@ -409,16 +396,16 @@ TEST(SavedRequests, SayWhereTheyAreWrong) {
 
 TEST(Progress, IsForTerminalsOnly) {
   const Sandbox sandbox;
-  for (int i = 0; i < 3; ++i) sandbox.write(std::to_string(i) + ".txt", "draft\n");
-  const Words find = {"find", "-b", "draft", "-r", "."};
+  for (int i = 0; i < 3; ++i) sandbox.put(std::to_string(i) + ".txt", "draft\n");
+  const std::string find = "find -b draft -r . ";
   EXPECT_EQ(sandbox.run(find).err, "pluvo: 3 documents: 3 blocks\n");
-  EXPECT_THAT(sandbox.run(find + Words{"--progress", "always"}).err,
-              HasSubstr("\r0 of 3 documents, 1 block"));
-  EXPECT_THAT(sandbox.run({"replace", "-b", "draft", "-t", "draft", "-r", ".", "--progress", "always"}).err,
+  EXPECT_THAT(sandbox.run(find + "--progress always").err, HasSubstr("\r0 of 3 documents, 1 block"));
+  EXPECT_THAT(sandbox.run("replace -b draft -t draft -r . --progress always").err,
               HasSubstr("\r1 of 3 documents, 1 block"));
   if (!Sandbox::hasTerminals()) GTEST_SKIP() << "no terminals here";
-  EXPECT_THAT(sandbox.runAtTerminal(find, "").err, HasSubstr("  documents               3\r\n"));
-  EXPECT_THAT(sandbox.runAtTerminal(find + Words{"--progress=never"}, "").err, Not(HasSubstr("documents  ")));
+  EXPECT_THAT(sandbox.runAtTerminal(wordsOf(find), "").err, HasSubstr("  documents               3\r\n"));
+  EXPECT_THAT(sandbox.runAtTerminal(wordsOf(find + "--progress=never"), "").err,
+              Not(HasSubstr("documents  ")));
 }
 
 }  // namespace

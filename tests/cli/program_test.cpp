@@ -1,36 +1,18 @@
 #include "sandbox.h"
 
-#include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <filesystem>
-#include <iterator>
-#include <sstream>
 
 namespace pluvo::cli {
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 using ::testing::Not;
 using ::testing::StartsWith;
 
-using Words = std::vector<std::string>;
-
 const std::string kLease = "The Lessor shall pay.\nThe Lessee shall not. The Lessor may.\n";
-
-/// Divided at blanks; _ is an empty word, and / a line end.
-Words wordsOf(const std::string& line) {
-  std::istringstream in(line);
-  Words words{std::istream_iterator<std::string>(in), {}};
-  for (std::string& word : words) {
-    if (word == "_") word.clear();
-    std::replace(word.begin(), word.end(), '/', '\n');
-  }
-  return words;
-}
 
 struct Change {
   std::string arguments;  ///< for a document named d.txt
@@ -58,61 +40,59 @@ TEST(Program, ChangesWhatItIsAskedTo) {
       {"insert -b Lessor -t said", "the Lessor.\n", "the saidLessor.\n"},
       {"insert -b Lessor -t said --extra-space", "the Lessor.\n", "the said Lessor.\n"},
       {"insert -b Lessor -t too --extra-space --after", "the Lessor.\n", "the Lessor too.\n"},
-      {"delete -b x/y", "1x\r\ny2\r\n", "12\r\n"},
-      {"insert -b 1 -e 2 -t / --after", "1 2 3\r\n", "1 2\r\n 3\r\n"},
+      {"delete -b x|y", "1x\r\ny2\r\n", "12\r\n"},
+      {"insert -b 1 -e 2 -t | --after", "1 2 3\r\n", "1 2\r\n 3\r\n"},
       {"insert -b 1 -e 3 -i 2 -t x --on inside", "1 2 3\n", "1 x2 3\n"},
       {"replace -b same -t same", "same\n", "same\n"},
       {"replace -b caf\xC3\xA9 -t th\xC3\xA9", "un caf\xE9\n", "un th\xE9\n"}};
   for (const Change& each : changes) {
     const Sandbox sandbox;
-    sandbox.write("d.txt", each.before);
+    sandbox.put("d.txt", each.before);
     const auto inode = sandbox.status("d.txt").st_ino;
-    const Result result = sandbox.run(wordsOf(each.arguments + " d.txt"));
+    const Result result = sandbox.run(each.arguments + " d.txt");
     const std::string shown = each.arguments + " on " + each.before;
     EXPECT_EQ(result.status, each.status) << shown << result.err;
-    EXPECT_EQ(sandbox.read("d.txt"), each.after) << shown;
+    EXPECT_EQ(sandbox.get("d.txt"), each.after) << shown;
     EXPECT_EQ(sandbox.status("d.txt").st_ino == inode, each.before == each.after) << shown;
     EXPECT_THAT(sandbox.names(), ElementsAre("d.txt")) << shown;
     EXPECT_EQ(result.err, each.status == 1 ? "pluvo: d.txt: 0 blocks\n" : "") << shown;
   }
 }
 
-TEST(Program, ListsBlocksWithTheirParagraphs) {
+TEST(Program, ListsBlocksOrThePlaceAskedFor) {
   const Sandbox sandbox;
-  sandbox.write("a.txt", kLease);
-  sandbox.write("b.txt", "nothing\n");
-  const Result result = sandbox.run({"find", "-b", "the lessor", "-e", "the lessee", "a.txt", "b.txt"});
-  EXPECT_EQ(result.status, 0);
-  EXPECT_EQ(result.out, "a.txt:1: The Lessor shall pay.\u00B6The Lessee\n");
-  EXPECT_EQ(result.err, "pluvo: 2 documents: 1 block\n");
-  EXPECT_THAT(sandbox.run({"find", "-b", "lessor", "--json", "a.txt"}).out,
+  sandbox.put("a.txt", "x\n1 2 3\n1 2 4\n3 5\n");
+  sandbox.put("b.txt", "nothing\n");
+  const std::pair<std::string, std::string> cases[] = {{"", "a.txt:2: 1 2 3\na.txt:3: 1 2 4\u00B63\n"},
+                                                       {"--on begin", "a.txt:2: 1\na.txt:3: 1\n"},
+                                                       {"--on end", "a.txt:2: 3\na.txt:4: 3\n"},
+                                                       {"--on inside -i 4", "a.txt:3: 4\n"}};
+  for (const auto& [options, listed] : cases) {
+    const Result result = sandbox.run("find -b 1 -e 3 a.txt b.txt " + options);
+    EXPECT_EQ(result.out, listed) << options;
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.err,
+              "pluvo: 2 documents: " + std::string(listed.size() < 20 ? "1 block\n" : "2 blocks\n"));
+  }
+  EXPECT_THAT(sandbox.run("find -b 3 --json a.txt").out,
               HasSubstr(R"("found":2,"operated":0,"skipped":0,"saved":false,"error":null)"));
-}
-
-TEST(Program, ListsThePlaceAskedFor) {
-  const Sandbox sandbox;
-  sandbox.write("a.txt", "x\n1 2 3\n1 2 4 3\n");
-  const std::pair<std::string, std::string> places[] = {{"begin", "a.txt:2: 1\na.txt:3: 1\n"},
-                                                        {"end", "a.txt:2: 3\na.txt:3: 3\n"},
-                                                        {"inside -i 4", "a.txt:3: 4\n"}};
-  for (const auto& [place, listed] : places)
-    EXPECT_EQ(sandbox.run(wordsOf("find -b 1 -e 3 a.txt --on " + place)).out, listed) << place;
 }
 
 TEST(Program, ShortensAHugeBlock) {
   const Sandbox sandbox;
-  sandbox.write("a.txt", "BEGIN " + std::string(3'000'000, 'x') + " END\n");
-  const Result result = sandbox.run({"find", "-b", "BEGIN", "-e", "END", "a.txt"});
+  sandbox.put("a.txt", "BEGIN " + std::string(3'000'000, 'x') + " END\n");
+  const Result result = sandbox.run("find -b BEGIN -e END a.txt");
   EXPECT_THAT(result.out, StartsWith("a.txt:1: BEGIN xxx"));
   EXPECT_THAT(result.out, HasSubstr("x \u2026 x"));
   EXPECT_LT(result.out.size(), 250U);
 }
 
-TEST(Program, ShowsADryRunAndWritesNothing) {
+TEST(Program, ShowsADryRunThatWritesNothingAndSaysWhatItDid) {
   const Sandbox sandbox;
-  sandbox.write("a.txt", kLease);
+  sandbox.put("a.txt", kLease);
   const auto before = sandbox.status("a.txt");
-  const Result result = sandbox.run({"replace", "-b", "The Lessor", "-t", "The Owner", "--dry-run", "a.txt"});
+  const Result result =
+      sandbox.run(Words{"replace", "-b", "The Lessor", "-t", "The Owner", "--dry-run", "a.txt"});
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(result.out,
             "a.txt:1:\n"
@@ -122,28 +102,23 @@ TEST(Program, ShowsADryRunAndWritesNothing) {
             "  - The Lessee shall not. [-The Lessor-] may.\n"
             "  + The Lessee shall not. {+The Owner+} may.\n"
             "a.txt: 2 blocks, 2 would be replaced\n");
-  EXPECT_EQ(sandbox.read("a.txt"), kLease);
+  EXPECT_EQ(sandbox.get("a.txt"), kLease);
   const auto after = sandbox.status("a.txt");
   EXPECT_EQ(after.st_ino, before.st_ino);
   EXPECT_EQ(after.st_mtim.tv_nsec, before.st_mtim.tv_nsec);
   EXPECT_THAT(sandbox.names(), ElementsAre("a.txt"));
-}
 
-TEST(Program, SaysWhatItDid) {
-  const Sandbox sandbox;
-  sandbox.write("a.txt", kLease);
-  EXPECT_EQ(sandbox.run({"delete", "-b", "may", "--backup", "a.txt"}).out,
+  EXPECT_EQ(sandbox.run("delete -b may --backup a.txt").out,
             "a.txt: 1 block, 1 deleted; original kept as a.txt.bak\n");
-  EXPECT_EQ(sandbox.read("a.txt.bak"), kLease);
-  EXPECT_EQ(sandbox.run({"delete", "-b", "shall", "-q", "a.txt"}).out, "");
+  EXPECT_EQ(sandbox.get("a.txt.bak"), kLease);
+  EXPECT_EQ(sandbox.run("delete -b shall -q a.txt").out, "");
 }
 
 TEST(Program, PrintsJsonOneObjectALine) {
   const Sandbox sandbox;
-  sandbox.write("a.txt", kLease);
-  sandbox.write("n\xFF\"\n.txt", "nothing\n");
-  const Result result =
-      sandbox.run({"replace", "-b", "Lessor", "-t", "Owner", "--json", "a.txt", "n\xFF\"\n.txt", "gone.txt"});
+  sandbox.put("a.txt", kLease);
+  sandbox.put("n\xFF\"\n.txt", "nothing\n");
+  const Result result = sandbox.run("replace -b Lessor -t Owner --json a.txt n\xFF\"|.txt gone.txt");
   EXPECT_EQ(result.status, 2);
   const std::size_t third = result.out.find("{\"file\":\"gone.txt\"");
   ASSERT_NE(third, std::string::npos) << result.out;
@@ -161,19 +136,19 @@ TEST(Program, PrintsJsonOneObjectALine) {
 
 TEST(Program, GoesOnBehindABadDocument) {
   const Sandbox sandbox;
-  sandbox.write("good.txt", "draft\n");
-  sandbox.write("linked.txt", "draft\n");
-  sandbox.write("locked.txt", "draft\n");
+  sandbox.put("good.txt", "draft\n");
+  sandbox.put("linked.txt", "draft\n");
+  sandbox.put("locked.txt", "draft\n");
   std::filesystem::create_hard_link(sandbox.path("linked.txt"), sandbox.path("second.txt"));
   ASSERT_EQ(::chmod(sandbox.path("locked.txt").c_str(), 0444), 0);
   ASSERT_EQ(::mkfifo(sandbox.path("pipe").c_str(), 0600), 0);
   std::filesystem::create_directory(sandbox.path("folder"));
-  const Result result = sandbox.run({"replace", "-b", "draft", "-t", "final", "gone.txt", "folder", "pipe",
-                                     "linked.txt", "locked.txt", "good.txt"});
+  const Result result =
+      sandbox.run("replace -b draft -t final gone.txt folder pipe linked.txt locked.txt good.txt");
   EXPECT_EQ(result.status, 2);
-  EXPECT_EQ(sandbox.read("good.txt"), "final\n");
-  EXPECT_EQ(sandbox.read("linked.txt"), "draft\n");
-  EXPECT_EQ(sandbox.read("locked.txt"), "draft\n");
+  EXPECT_EQ(sandbox.get("good.txt"), "final\n");
+  EXPECT_EQ(sandbox.get("linked.txt"), "draft\n");
+  EXPECT_EQ(sandbox.get("locked.txt"), "draft\n");
   for (const char* said : {"pluvo: gone.txt: io: ", "pluvo: folder: io: ", "pluvo: pipe: io: ",
                            "pluvo: linked.txt: read-only: ", "pluvo: locked.txt: read-only: "}) {
     EXPECT_THAT(result.err, HasSubstr(said));
@@ -183,80 +158,55 @@ TEST(Program, GoesOnBehindABadDocument) {
 
 TEST(Program, LeavesADocumentAloneWhereAChangeIsRefused) {
   const Sandbox sandbox;
-  sandbox.write("latin.txt", "un caf\xE9, un caf\xE9\n");
-  const Words replace = {"replace", "-b", "caf\xC3\xA9", "-t", "\xE2\x98\x95", "latin.txt"};
-  const Result result = sandbox.run(replace);
+  sandbox.put("latin.txt", "un caf\xE9, un caf\xE9\n");
+  const Result result = sandbox.run("replace -b caf\xC3\xA9 -t \xE2\x98\x95 latin.txt");
   EXPECT_EQ(result.status, 2);
   EXPECT_THAT(result.err, StartsWith("pluvo: latin.txt: encoding: "));
-  EXPECT_EQ(sandbox.read("latin.txt"), "un caf\xE9, un caf\xE9\n");
+  EXPECT_EQ(sandbox.get("latin.txt"), "un caf\xE9, un caf\xE9\n");
 
-  const Result highlight = sandbox.run({"highlight", "-b", "un", "--json", "latin.txt"});
+  const Result highlight = sandbox.run("highlight -b un --json latin.txt");
   EXPECT_EQ(highlight.status, 2);
   EXPECT_THAT(highlight.out, HasSubstr(R"("found":1,"operated":0,)"));
   EXPECT_THAT(highlight.out, HasSubstr(R"("code":"unsupported")"));
 }
 
-TEST(Program, SavesIntoAnotherFolder) {
-  const Sandbox sandbox;
-  sandbox.write("a.txt", "draft\n");
-  sandbox.write("b.txt", "else\n");
-  sandbox.write("sub/a.txt", "draft too\n");
-  const Words replace = {"replace",  "-b",  "draft", "-t",    "final",
-                         "--output", "out", "a.txt", "b.txt", "sub/a.txt"};
-  const Result result = sandbox.run(replace);
-  EXPECT_EQ(sandbox.read("a.txt"), "draft\n");
-  EXPECT_EQ(sandbox.read("sub/a.txt"), "draft too\n");
-  EXPECT_EQ(sandbox.read("out/a.txt"), "final\n");
-  EXPECT_FALSE(std::filesystem::exists(sandbox.path("out/b.txt")));  // no change, no copy
-  EXPECT_THAT(result.err, HasSubstr("pluvo: sub/a.txt: io: "));      // its name is taken, by this run …
-  EXPECT_THAT(sandbox.run(replace).err, HasSubstr("pluvo: a.txt: io: "));  // … or by an earlier one
-  EXPECT_EQ(sandbox.read("out/a.txt"), "final\n");
-}
-
-struct Answers {
-  std::string keys;
-  std::string a;  ///< the document, of which each y is to become z
-  std::string b;
-  std::string counts;  ///< in the summary
-};
-
 TEST(Program, AsksBeforeEachChange) {
   if (!Sandbox::hasTerminals()) GTEST_SKIP() << "no terminals here";
   ::unsetenv("TERM");
-  const std::vector<Answers> answers = {
-      {"y\nn\ny\ny\n", "z y z\n", "z\n", R"("found":4,"operated":3,"skipped":1)"},
-      {"y\ns\ny\n", "z y y\n", "z\n", R"("found":4,"operated":2,"skipped":2)"},
-      {"n\na\n", "y z z\n", "z\n", R"("found":4,"operated":3,"skipped":1)"},
-      {"Y\nmaybe\n\nq\n", "z y y\n", "y\n", R"("found":2,"operated":1,"skipped":1)"},
-      {"n\nn\nn\nn\n", "y y y\n", "y\n", R"("found":4,"operated":0,"skipped":4)"},
-      {"\x04", "y y y\n", "y\n", R"("found":1,"operated":0,"skipped":1)"}};
-  for (const Answers& each : answers) {
+  const struct {
+    std::string keys;
+    std::string a, b;    ///< the documents, of which each y is to become z
+    std::string counts;  ///< found, operated, skipped in the summary
+  } cases[] = {{"y\nn\ny\ny\n", "z y z\n", "z\n", "4 3 1"}, {"y\ns\ny\n", "z y y\n", "z\n", "4 2 2"},
+               {"n\na\n", "y z z\n", "z\n", "4 3 1"},       {"Y\nmaybe\n\nq\n", "z y y\n", "y\n", "2 1 1"},
+               {"n\nn\nn\nn\n", "y y y\n", "y\n", "4 0 4"}, {"\x04", "y y y\n", "y\n", "1 0 1"}};
+  for (const auto& [keys, a, b, counts] : cases) {
+    SCOPED_TRACE(keys);
     const Sandbox sandbox;
-    sandbox.write("a.txt", "y y y\n");
-    sandbox.write("b.txt", "y\n");
-    const Result result = sandbox.runAtTerminal(
-        {"replace", "-b", "y", "-t", "z", "--confirm", "--json", "a.txt", "b.txt"}, each.keys);
-    EXPECT_EQ(sandbox.read("a.txt"), each.a) << each.keys;
-    EXPECT_EQ(sandbox.read("b.txt"), each.b) << each.keys;
-    EXPECT_THAT(result.out, HasSubstr(each.counts)) << each.keys;
-    EXPECT_EQ(result.status, 0) << each.keys;
+    sandbox.put("a.txt", "y y y\n");
+    sandbox.put("b.txt", "y\n");
+    const Result result =
+        sandbox.runAtTerminal(wordsOf("replace -b y -t z --confirm --json a.txt b.txt"), keys);
+    EXPECT_EQ(sandbox.get("a.txt"), a);
+    EXPECT_EQ(sandbox.get("b.txt"), b);
+    EXPECT_THAT(result.out, HasSubstr(std::string("\"found\":") + counts[0] + ",\"operated\":" + counts[2] +
+                                      ",\"skipped\":" + counts[4]));
+    EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.err.find("Stopped; 2 documents of the run are left") != std::string::npos,
-              each.keys.find('q') != std::string::npos || each.keys == "\x04")
-        << each.keys;
+              keys.find('q') != std::string::npos || keys == "\x04");
     EXPECT_THAT(result.err,
-                HasSubstr("a.txt:1: (1 of 2 files)\r\n  [y] y y\r\nReplace it with 'z' [y,n,a,s,q]? "))
-        << each.keys;
+                HasSubstr("a.txt:1: (1 of 2 files)\r\n  [y] y y\r\nReplace it with 'z' [y,n,a,s,q]? "));
   }
 }
 
 TEST(Program, ColorsOnlyWhereTheyAreWelcome) {
   if (!Sandbox::hasTerminals()) GTEST_SKIP() << "no terminals here";
   const Sandbox sandbox;
-  sandbox.write("a.txt", "x y z\n");
-  const Words ask = {"delete", "-b", "y", "--confirm", "a.txt"};
+  sandbox.put("a.txt", "x y z\n");
+  const Words ask = wordsOf("delete -b y --confirm a.txt");
   ASSERT_EQ(::setenv("TERM", "xterm", 1), 0);
   EXPECT_THAT(sandbox.runAtTerminal(ask, "n\n").err, HasSubstr("x \033[1;31my\033[0m z"));
-  EXPECT_THAT(sandbox.run({"find", "-b", "y", "a.txt"}).out, Not(HasSubstr("\033")));
+  EXPECT_THAT(sandbox.run("find -b y a.txt").out, Not(HasSubstr("\033")));
   ASSERT_EQ(::setenv("NO_COLOR", "1", 1), 0);
   EXPECT_THAT(sandbox.runAtTerminal(ask, "n\n").err, HasSubstr("x [y] z"));
   ::unsetenv("NO_COLOR");
@@ -266,7 +216,7 @@ TEST(Program, ColorsOnlyWhereTheyAreWelcome) {
 TEST(Program, DoesNotAskWhereNothingCouldBeSaved) {
   if (!Sandbox::hasTerminals()) GTEST_SKIP() << "no terminals here";
   const Sandbox sandbox;
-  sandbox.write("a.txt", "y\n");
+  sandbox.put("a.txt", "y\n");
   const Words ask = wordsOf("replace -b y -t z --confirm a.txt");
   EXPECT_THAT(sandbox.run(ask).err, HasSubstr("--confirm needs a terminal"));
   ASSERT_EQ(::chmod(sandbox.path("a.txt").c_str(), 0444), 0);
@@ -277,21 +227,19 @@ TEST(Program, DoesNotAskWhereNothingCouldBeSaved) {
 
 TEST(Program, HelpsAndRefuses) {
   const Sandbox sandbox;
-  EXPECT_EQ(sandbox.run({"--version"}).out, "pluvo " PLUVO_VERSION "\n");
-  const std::string help = sandbox.run({"--help"}).out;
-  for (const char* word : {"find", "insert", "replace", "delete", "highlight", "Examples", "Exit status"}) {
+  EXPECT_EQ(sandbox.run("--version").out, "pluvo " PLUVO_VERSION "\n");
+  const std::string help = sandbox.run("--help").out;
+  for (const char* word : {"find", "insert", "replace", "delete", "highlight", "Examples", "Exit status"})
     EXPECT_THAT(help, HasSubstr(word));
-  }
-  const Result insert = sandbox.run({"insert", "--help"});
+  const Result insert = sandbox.run("insert --help");
   EXPECT_EQ(insert.status, 0);
-  EXPECT_EQ(insert.out, sandbox.run({"help", "insert"}).out);
+  EXPECT_EQ(insert.out, sandbox.run("help insert").out);
   EXPECT_THAT(insert.out, HasSubstr("--extra-space"));
   EXPECT_THAT(insert.out, Not(HasSubstr("--color")));
-
-  const Result nothing = sandbox.run({});
+  const Result nothing = sandbox.run("");
   EXPECT_EQ(nothing.status, 2);
   EXPECT_THAT(nothing.err, HasSubstr("pluvo find --begin TEXT"));
-  const Result wrong = sandbox.run({"find", "--bgein", "x", "f"});
+  const Result wrong = sandbox.run("find --bgein x f");
   EXPECT_EQ(wrong.status, 2);
   EXPECT_EQ(wrong.err, "pluvo: There is no option '--bgein'. Did you mean --begin?\n");
 }

@@ -1,4 +1,5 @@
 #include "plan.h"
+#include "sandbox.h"
 #include "usage_error.h"
 
 namespace pluvo::cli {
@@ -7,14 +8,12 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
-using Words = std::vector<std::string>;
-
 Plan planned(const Words& words) { return planFrom(parse(words)); }
-Request made(const Words& words) { return planned(words).requests.front(); }
+Request made(const std::string& line) { return planned(wordsOf(line)).requests.front(); }
 
-std::string refusalOf(const Words& words) {
+std::string refusalOf(const std::string& line) {
   try {
-    (void)planned(words);
+    (void)planned(wordsOf(line));
   } catch (const UsageError& refused) {
     return refused.what();
   }
@@ -32,92 +31,84 @@ TEST(Request, TakesOptionsAndPathsInAnyOrder) {
 
 TEST(Request, KeepsTextsToTheCharacter) {
   const Request request =
-      made({"insert", "-b", "-x \"[a]\"", "-e", "caf\xC3\xA9\r\nb\nc", "-t", " \xF0\x9F\x93\x9C", "f"});
+      planned({"insert", "-b", "-x \"[a]\"", "-e", "caf\xC3\xA9\r\nb\nc", "-t", " \xF0\x9F\x93\x9C", "f"})
+          .requests.front();
   EXPECT_EQ(request.begin, u"-x \"[a]\"");
   EXPECT_EQ(request.end, u"caf\u00E9\rb\rc");
   EXPECT_EQ(request.text, u" \U0001F4DC");
 }
 
 TEST(Request, SendsABlockWithoutEndingAsItsBeginning) {
-  EXPECT_EQ(made({"delete", "-b", "x", "f"}).place, Place::begin);
-  EXPECT_EQ(made({"delete", "-b", "x", "--on", "block", "f"}).place, Place::begin);
-  EXPECT_EQ(made({"delete", "-b", "x", "-e", "y", "f"}).place, Place::block);
+  EXPECT_EQ(made("delete -b x f").place, Place::begin);
+  EXPECT_EQ(made("delete -b x --on block f").place, Place::begin);
+  EXPECT_EQ(made("delete -b x -e y f").place, Place::block);
 }
 
 TEST(Request, KnowsEveryColor) {
-  const std::vector<std::pair<std::string, word::WdColorIndex>> colors = {
-      {"none", word::wdNoHighlight},
-      {"green", word::wdGreen},
-      {"bright-green", word::wdBrightGreen},
-      {"Pink", word::wdPink},
-      {"DarkYellow", word::wdDarkYellow},
-      {"grey 25", word::wdGray25},
-      {"gray-50", word::wdGray50},
-      {"turquoise", word::wdTurquoise},
-      {"violet", word::wdViolet}};
+  const std::pair<const char*, word::WdColorIndex> colors[] = {{"none", word::wdNoHighlight},
+                                                               {"green", word::wdGreen},
+                                                               {"bright-green", word::wdBrightGreen},
+                                                               {"Pink", word::wdPink},
+                                                               {"DarkYellow", word::wdDarkYellow},
+                                                               {"grey 25", word::wdGray25},
+                                                               {"gray-50", word::wdGray50},
+                                                               {"turquoise", word::wdTurquoise},
+                                                               {"violet", word::wdViolet}};
   for (const auto& [name, color] : colors) {
-    EXPECT_EQ(made({"highlight", "-b", "x", "--color", name, "f"}).color, color) << name;
+    EXPECT_EQ(planned({"highlight", "-b", "x", "--color", name, "f"}).requests.front().color, color) << name;
   }
 }
 
-struct Refusal {
-  Words words;
-  std::string says;
-};
-
 TEST(Request, RefusesWithASentenceThatSaysWhatToDo) {
-  const std::vector<Refusal> refusals = {
-      {{"fnd", "-b", "x", "f"}, "no command 'fnd'. Did you mean find?"},
-      {{"frobnicate", "f"}, "The commands are find, insert"},
-      {{"find", "f"}, "--begin TEXT (or --begin-file FILE)"},
-      {{"find", "-b", "x"}, "Name the documents"},
-      {{"find", "-b"}, "--begin needs a value"},
-      {{"find", "--bgein", "x", "f"}, "'--bgein'. Did you mean --begin?"},
-      {{"find", "--mtach-case", "f"}, "Did you mean --match-case?"},
-      {{"find", "--no-such-thing", "f"}, "'pluvo --help' lists"},
-      {{"find", "--in", "x", "f"}, "Did you mean --inside or --inside-file?"},
-      {{"find", "-x", "f"}, "no option '-x'"},
-      {{"find", "--json=yes", "f"}, "--json takes no value"},
-      {{"find", "-b", "x", "-b", "y", "f"}, "--begin is given twice"},
-      {{"find", "-b", "x", "--mask", "a*", "--mask", "b*", "f"}, "one list, with commas"},
-      {{"find", "-b", "x", "--begin-file", "y", "f"}, "--begin and --begin-file both"},
-      {{"find", "-b", "", "f"}, "--begin is empty"},
-      {{"find", "-b", "x", "-e", "", "f"}, "--end is empty"},
-      {{"find", "-b", "\nx", "f"}, "--begin begins with a line end"},
-      {{"find", "-b", "x", "-e", "\r\ny", "f"}, "--end begins with a line end"},
-      {{"find", "-b", "x", "-e", "y", "-i", "\vz", "f"}, "--inside begins with a line end"},
-      {{"find", "-b", "a\xFFz", "f"}, "--begin: byte 2 of the text is not UTF-8"},
-      {{"find", "-b", "\xC0\xAF", "f"}, "byte 1 of the text is not UTF-8"},
-      {{"find", "-b", "x\xED\xA0\x80", "f"}, "byte 2 of the text is not UTF-8"},
-      {{"find", "--begin-file", "/nonexistent/x", "f"}, "--begin-file: cannot open /nonexistent/x: No such"},
-      {{"find", "--begin-file", "/", "f"}, "--begin-file: cannot read /: Is a directory"},
-      {{"find", "-b", "x", "-i", "y", "f"}, "--inside needs --end"},
-      {{"find", "-b", "x", "--apart", "1", "f"}, "--apart needs --end"},
-      {{"find", "-b", "x", "--unit", "word", "f"}, "--unit needs --end"},
-      {{"find", "-b", "x", "-e", "y", "--apart", "32768", "f"}, "0 to 32767 or same, not '32768'"},
-      {{"find", "-b", "x", "-e", "y", "--apart", "-1", "f"}, "not '-1'"},
-      {{"find", "-b", "x", "-e", "y", "--apart", "1.5", "f"}, "not '1.5'"},
-      {{"find", "-b", "x", "-e", "y", "--apart", "", "f"}, "not ''"},
-      {{"find", "-b", "x", "-e", "y", "--apart", "3", "--unit", "document", "f"}, "--unit document sets no"},
-      {{"find", "-b", "x", "-e", "y", "--unit", "line", "f"},
-       "--unit is word, sentence, paragraph or document"},
-      {{"delete", "-b", "x", "--on", "end", "f"}, "--on end needs --end"},
-      {{"delete", "-b", "x", "-e", "y", "--on", "inside", "f"}, "--on inside needs --inside"},
-      {{"delete", "-b", "x", "--on", "paragraph", "f"}, "--on is block, begin, end or inside"},
-      {{"insert", "-b", "x", "f"}, "Say what to insert: --text"},
-      {{"replace", "-b", "x", "f"}, "to take it out, use delete"},
-      {{"delete", "-b", "x", "-t", "y", "f"},
-       "--text has no meaning with delete; it goes with insert or replace"},
-      {{"find", "-b", "x", "--confirm", "f"}, "--confirm has no meaning with find"},
-      {{"replace", "-b", "x", "-t", "y", "--after", "f"}, "--after has no meaning with replace"},
-      {{"insert", "-b", "x", "-t", "y", "--before", "--after", "f"}, "--before and --after exclude"},
-      {{"highlight", "-b", "x", "--color", "yelow", "f"},
-       "no highlight colour 'yelow'. Did you mean yellow?"},
-      {{"delete", "-b", "x", "--backup", "--output", "d", "f"}, "--backup has nothing to keep"},
-      {{"delete", "-b", "x", "--backup=/y", "f"}, "cannot hold a /"},
-      {{"delete", "-b", "x", "--output", "", "f"}, "--output needs the name of a folder"}};
-  for (const Refusal& each : refusals) {
-    EXPECT_THAT(refusalOf(each.words), HasSubstr(each.says)) << ::testing::PrintToString(each.words);
+  const std::pair<const char*, const char*> refusals[] = {
+      {"fnd -b x f", "no command 'fnd'. Did you mean find?"},
+      {"frobnicate f", "The commands are find, insert"},
+      {"find f", "--begin TEXT (or --begin-file FILE)"},
+      {"find -b x", "Name the documents"},
+      {"find -b", "--begin needs a value"},
+      {"find --bgein x f", "'--bgein'. Did you mean --begin?"},
+      {"find --mtach-case f", "Did you mean --match-case?"},
+      {"find --no-such-thing f", "'pluvo --help' lists"},
+      {"find --in x f", "Did you mean --inside or --inside-file?"},
+      {"find -x f", "no option '-x'"},
+      {"find --json=yes f", "--json takes no value"},
+      {"find -b x -b y f", "--begin is given twice"},
+      {"find -b x --mask a* --mask b* f", "one list, with commas"},
+      {"find -b x --begin-file y f", "--begin and --begin-file both"},
+      {"find -b _ f", "--begin is empty"},
+      {"find -b x -e _ f", "--end is empty"},
+      {"find -b |x f", "--begin begins with a line end"},
+      {"find -b x -e \r|y f", "--end begins with a line end"},
+      {"find -b x -e y -i \vz f", "--inside begins with a line end"},
+      {"find -b a\xFFz f", "--begin: byte 2 of the text is not UTF-8"},
+      {"find -b \xC0\xAF f", "byte 1 of the text is not UTF-8"},
+      {"find -b x\xED\xA0\x80 f", "byte 2 of the text is not UTF-8"},
+      {"find --begin-file /nonexistent/x f", "--begin-file: cannot open /nonexistent/x: No such"},
+      {"find --begin-file / f", "--begin-file: cannot read /: Is a directory"},
+      {"find -b x -i y f", "--inside needs --end"},
+      {"find -b x --apart 1 f", "--apart needs --end"},
+      {"find -b x --unit word f", "--unit needs --end"},
+      {"find -b x -e y --apart 32768 f", "0 to 32767 or same, not '32768'"},
+      {"find -b x -e y --apart -1 f", "not '-1'"},
+      {"find -b x -e y --apart 1.5 f", "not '1.5'"},
+      {"find -b x -e y --apart _ f", "not ''"},
+      {"find -b x -e y --apart 3 --unit document f", "--unit document sets no"},
+      {"find -b x -e y --unit line f", "--unit is word, sentence, paragraph or document"},
+      {"delete -b x --on end f", "--on end needs --end"},
+      {"delete -b x -e y --on inside f", "--on inside needs --inside"},
+      {"delete -b x --on paragraph f", "--on is block, begin, end or inside"},
+      {"insert -b x f", "Say what to insert: --text"},
+      {"replace -b x f", "to take it out, use delete"},
+      {"delete -b x -t y f", "--text has no meaning with delete; it goes with insert or replace"},
+      {"find -b x --confirm f", "--confirm has no meaning with find"},
+      {"replace -b x -t y --after f", "--after has no meaning with replace"},
+      {"insert -b x -t y --before --after f", "--before and --after exclude"},
+      {"highlight -b x --color yelow f", "no highlight colour 'yelow'. Did you mean yellow?"},
+      {"delete -b x --backup --output d f", "--backup has nothing to keep"},
+      {"delete -b x --backup=/y f", "cannot hold a /"},
+      {"delete -b x --output _ f", "--output needs the name of a folder"}};
+  for (const auto& [line, says] : refusals) {
+    EXPECT_THAT(refusalOf(line), HasSubstr(says)) << line;
   }
 }
 

@@ -8,27 +8,16 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
-#include <fstream>
 #include <sstream>
 #include <stdexcept>
 
 namespace pluvo::cli {
 namespace {
 
-std::string makeFolder(Sandbox::Disk disk) {
+std::filesystem::path placeOf(Sandbox::Disk disk) {
   const std::filesystem::path memory = "/dev/shm";
   const bool inMemory = disk == Sandbox::Disk::memory && ::access(memory.c_str(), W_OK) == 0;
-  std::string name = (inMemory ? memory : std::filesystem::temp_directory_path()) / "pluvo-cli-XXXXXX";
-  if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
-  return name;
-}
-
-std::string bytesOf(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  if (!file) throw std::runtime_error("cannot read " + path);
-  std::ostringstream bytes;
-  bytes << file.rdbuf();
-  return bytes.str();
+  return inMemory ? memory : std::filesystem::temp_directory_path();
 }
 
 int statusOf(pid_t child) {
@@ -43,34 +32,29 @@ void redirect(int descriptor, const std::string& path, int flags) {
   ::close(file);
 }
 
+constexpr int kNewFile = O_WRONLY | O_CREAT | O_TRUNC;
+
 }  // namespace
 
-Sandbox::Sandbox(Disk disk) : folder_(makeFolder(disk)), streams_(makeFolder(disk)) {}
-
-Sandbox::~Sandbox() {
-  std::error_code ignored;
-  std::filesystem::remove_all(folder_, ignored);
-  std::filesystem::remove_all(streams_, ignored);
+Words wordsOf(const std::string& line) {
+  std::istringstream in(line);
+  Words words;
+  for (std::string word; std::getline(in, word, ' ');) {
+    std::ranges::replace(word, '|', '\n');
+    if (!word.empty()) words.push_back(word == "_" ? "" : word);
+  }
+  return words;
 }
+
+Words operator+(Words words, const Words& more) {
+  words.insert(words.end(), more.begin(), more.end());
+  return words;
+}
+
+Sandbox::Sandbox(Disk disk) : Scratch(placeOf(disk)), streams_(placeOf(disk)) {}
 
 std::string Sandbox::beside(const std::string& name) const {
-  return "../" + std::filesystem::path(streams_).filename().string() + "/" + name;
-}
-
-void Sandbox::write(const std::string& name, const std::string& bytes) const {
-  std::filesystem::create_directories(std::filesystem::path(path(name)).parent_path());
-  std::ofstream(path(name), std::ios::binary) << bytes;
-}
-
-std::string Sandbox::read(const std::string& name) const { return bytesOf(path(name)); }
-
-std::vector<std::string> Sandbox::names() const {
-  std::vector<std::string> names;
-  for (const auto& entry : std::filesystem::directory_iterator(folder_)) {
-    names.push_back(entry.path().filename());
-  }
-  std::sort(names.begin(), names.end());
-  return names;
+  return "../" + streams_.at("").parent_path().filename().string() + "/" + name;
 }
 
 struct stat Sandbox::status(const std::string& name) const {
@@ -79,31 +63,28 @@ struct stat Sandbox::status(const std::string& name) const {
   return status;
 }
 
-void Sandbox::become(const std::vector<std::string>& arguments) const {
-  std::vector<std::string> words = {PLUVO_PROGRAM};
-  words.insert(words.end(), arguments.begin(), arguments.end());
+void Sandbox::become(const Words& arguments) const {
+  Words words = Words{PLUVO_PROGRAM} + arguments;
   std::vector<char*> pointers;
   for (std::string& word : words) pointers.push_back(word.data());
   pointers.push_back(nullptr);
-  ::setenv("XDG_STATE_HOME", statePath("").c_str(), 1);
-  if (::chdir(folder_.c_str()) == 0) ::execv(PLUVO_PROGRAM, pointers.data());
+  ::setenv("XDG_STATE_HOME", streams_.path("state").c_str(), 1);
+  if (::chdir(path("").c_str()) == 0) ::execv(PLUVO_PROGRAM, pointers.data());
   ::_exit(127);
 }
 
-Result Sandbox::run(const std::vector<std::string>& arguments) const { return wait(start(arguments)); }
-
-pid_t Sandbox::start(const std::vector<std::string>& arguments, const std::string& name) const {
+pid_t Sandbox::start(const Words& arguments, const std::string& name) const {
   const pid_t child = ::fork();
   if (child != 0) return child;
   redirect(STDIN_FILENO, "/dev/null", O_RDONLY);
-  redirect(STDOUT_FILENO, streams_ + "/out" + name, O_WRONLY | O_CREAT | O_TRUNC);
-  redirect(STDERR_FILENO, streams_ + "/err" + name, O_WRONLY | O_CREAT | O_TRUNC);
+  redirect(STDOUT_FILENO, streams_.path("out" + name), kNewFile);
+  redirect(STDERR_FILENO, streams_.path("err" + name), kNewFile);
   become(arguments);
 }
 
 Result Sandbox::wait(pid_t child, const std::string& name) const {
   const int status = statusOf(child);
-  return {status, bytesOf(streams_ + "/out" + name), bytesOf(streams_ + "/err" + name)};
+  return {status, streams_.get("out" + name), streams_.get("err" + name)};
 }
 
 bool Sandbox::hasTerminals() {
@@ -114,12 +95,12 @@ bool Sandbox::hasTerminals() {
   return given;
 }
 
-Result Sandbox::runAtTerminal(const std::vector<std::string>& arguments, const std::string& keys) const {
+Result Sandbox::runAtTerminal(const Words& arguments, const std::string& keys) const {
   int terminal = -1;
   const pid_t child = ::forkpty(&terminal, nullptr, nullptr, nullptr);
   if (child < 0) throw std::runtime_error("no terminal");
   if (child == 0) {
-    redirect(STDOUT_FILENO, streams_ + "/out", O_WRONLY | O_CREAT | O_TRUNC);
+    redirect(STDOUT_FILENO, streams_.path("out"), kNewFile);
     become(arguments);
   }
   if (::write(terminal, keys.data(), keys.size()) < 0) throw std::runtime_error("the terminal is gone");
@@ -131,7 +112,7 @@ Result Sandbox::runAtTerminal(const std::vector<std::string>& arguments, const s
   }
   ::close(terminal);
   const int status = statusOf(child);
-  return {status, bytesOf(streams_ + "/out"), shown};
+  return {status, streams_.get("out"), shown};
 }
 
 }  // namespace pluvo::cli
