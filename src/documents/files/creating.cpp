@@ -37,9 +37,12 @@ class Creating final : public Pending {
 
   Saved finish() override {
     return saving([&] {
-      file_.finish();
+      // Its name comes when it is whole, and goes to the disk by itself: a program killed here leaves
+      // nothing.
+      system_.flush(file_.handle());
       if (opened_) requireSameStamp(system_.statusAt(original_), *opened_);
       moveToPath();
+      file_.finish();
       file_.keep();
       flushFolder(system_, path_);
       return Saved{stamp_, {}};

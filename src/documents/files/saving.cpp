@@ -49,7 +49,6 @@ void copyOriginal(FileSystem& system, Handle original, TemporaryFile& copy) {
   copy.takeAfter(original);
   const Stamp modified = system.status(original).stamp;
   system.setModified(copy.handle(), modified.modifiedSeconds, modified.modifiedNanoseconds);
-  copy.finish();
 }
 
 /// Moves to "name", or to "name.2", "name.3" …, whichever is free first.
@@ -112,6 +111,7 @@ class Replacing final : public Pending {
       backup_.emplace(system, folderOfReal());
       copyOriginal(system, original_.handle(), *backup_);
       moveToFirstFree(*backup_, real_ + *backupSuffix);
+      backup_->finish();
       saved_.backup = backup_->path();
     }
     if (version.beforeReplacing)

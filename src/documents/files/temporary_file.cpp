@@ -123,7 +123,12 @@ bool TemporaryFile::swap(const std::string& path) {
 }
 
 void TemporaryFile::moveToFree(const std::string& path) {
-  system_.renameToFree(path_, path);
+  if (named_) {
+    system_.renameToFree(path_, path);
+  } else {
+    system_.giveName(handle(), path);
+    named_ = true;
+  }
   path_ = path;
 }
 

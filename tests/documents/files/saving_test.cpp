@@ -160,6 +160,24 @@ TEST(Saving, AVersionHasNoNameWhileItIsWritten) {
   replaceFile(machineFileSystem(), path, stampOf(path), version);
   EXPECT_EQ(scratch.get("a.txt"), kNew);
   EXPECT_THAT(scratch.names(), ElementsAre("a.txt"));
+
+  // A program that is killed at any call leaves no new file, or a whole one.
+  bool failed = true;
+  for (int n = 1; failed; ++n) {
+    FailingFileSystem killed(n, FailingFileSystem::From::on);
+    try {
+      createFile(killed, scratch.path("b.txt"), path, stampOf(path), versionOf(kNew));
+    } catch (const DocumentError&) {
+    }
+    failed = killed.calls() >= n;
+    if (!machineFileSystem().exists(scratch.path("b.txt"))) {
+      EXPECT_THAT(scratch.names(), ElementsAre("a.txt")) << n;
+      continue;
+    }
+    EXPECT_THAT(scratch.names(), ElementsAre("a.txt", "b.txt")) << n;
+    EXPECT_EQ(scratch.get("b.txt"), kNew) << n;
+    machineFileSystem().remove(scratch.path("b.txt"));
+  }
 }
 
 TEST(Saving, ANewFileTakesAFreeNameOnly) {
