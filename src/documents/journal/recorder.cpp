@@ -291,11 +291,13 @@ void Recorder::weighOthers() {
   for (const std::string& name : runNames(system_, folder_)) {
     const std::string run = folder_ + "/" + name;
     if (run == run_) continue;
-    const std::vector<Record> kept = keptOf(recordsIn(system_, run));
+    const auto records = recordsIn(system_, run);
+    if (!records) continue;
+    const std::vector<Record> kept = keptOf(*records);
     clearUp(system_, run, kept);
-    const std::uint64_t size = sizeOf(kept);
     // A run that was killed before it replaced anything.
-    if (size == 0 && forget(run)) continue;
+    if (kept.empty() && forget(run)) continue;
+    const std::uint64_t size = sizeOf(kept);
     others_->push_back({run, size});
     othersSize_ += size;
   }

@@ -27,13 +27,16 @@ std::vector<std::string> runNames(files::FileSystem& system, const std::string& 
   }
 }
 
-std::vector<Record> recordsIn(files::FileSystem& system, const std::string& run) {
+std::optional<std::vector<Record>> recordsIn(files::FileSystem& system, const std::string& run) {
   try {
+    if (!system.exists(journalIn(run))) return std::vector<Record>();
     const files::FileContent content = files::readFile(system, journalIn(run));
     const files::ByteSpan bytes = content.bytes.view;
     return recordsOf({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
   } catch (const files::DocumentError&) {
-    return {};
+    return std::nullopt;
+  } catch (const std::system_error&) {
+    return std::nullopt;
   }
 }
 

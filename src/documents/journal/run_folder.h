@@ -5,6 +5,7 @@
 #include "record.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -21,8 +22,9 @@ std::string originalIn(const std::string& run, std::uint64_t number);
 /// The names of the runs, the oldest first; nothing where there is no folder yet.
 std::vector<std::string> runNames(files::FileSystem& system, const std::string& folder);
 
-/// What the run recorded, in order. Nothing where the journal cannot be read.
-std::vector<Record> recordsIn(files::FileSystem& system, const std::string& run);
+/// What the run recorded, in order; none where it did not come to begin its journal. Nothing where the
+/// journal cannot be read: of such a run nothing may be removed.
+std::optional<std::vector<Record>> recordsIn(files::FileSystem& system, const std::string& run);
 
 /// The lock of a run that no program holds, now held here; nothing while it is going on, and
 /// where another program has just removed it.

@@ -76,7 +76,9 @@ class Changes {
   void read() {
     byDocument_.emplace();
     for (const std::string& run : runNames(system_, folder_)) {
-      for (Record& record : keptOf(recordsIn(system_, pathIn(folder_, run))))
+      const auto records = recordsIn(system_, pathIn(folder_, run));
+      if (!records) continue;
+      for (Record& record : keptOf(*records))
         byDocument_->emplace(std::move(record.text), std::pair(record.after, run));
     }
   }
@@ -159,7 +161,9 @@ std::vector<Run> runs(files::FileSystem& system, const std::string& folder) {
   try {
     for (const std::string& name : runNames(system, folder)) {
       const std::string path = pathIn(folder, name);
-      Run run = summaryOf(name, recordsIn(system, path));
+      const auto records = recordsIn(system, path);
+      if (!records) continue;
+      Run run = summaryOf(name, *records);
       if (run.documents == 0) continue;
       run.going = system.exists(lockIn(path)) && lockRun(system, path) == nullptr;
       found.push_back(std::move(run));
@@ -180,7 +184,12 @@ void undo(files::FileSystem& system, const std::string& folder, const std::strin
     const auto lock = lockRun(system, path);
     if (lock == nullptr)
       throw DocumentError(Problem::locked, "The run is still going on; wait for its end, or interrupt it.");
-    const std::vector<Record> kept = keptOf(recordsIn(system, path));
+    const auto records = recordsIn(system, path);
+    if (!records)
+      throw DocumentError(Problem::io, "The journal of the run, \"" + journalIn(path) +
+                                           "\", cannot be read, so nothing was changed; check the disk it is "
+                                           "on, and who may read it.");
+    const std::vector<Record> kept = keptOf(*records);
     const files::OpenFile journal(system, system.openToAppend(journalIn(path)));
     Changes changes(system, folder);
     bool whole = true;

@@ -39,7 +39,7 @@ class FailingFileSystem final : public FileSystem {
   std::size_t write(Handle file, ByteSpan bytes) override {
     return count(), real_.write(file, bytes.first(someOf(bytes.size())));
   }
-  void flush(Handle file) override { count(), real_.flush(file); }
+  void flush(Handle) override { count(); }  // no power fails in a test
   void close(Handle file) override {
     real_.close(file);
     count();

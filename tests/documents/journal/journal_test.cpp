@@ -47,6 +47,7 @@ class Journal : public testing::Test {
     });
     return outcomes;
   }
+  template <class FailingSystem = files::FailingFileSystem>
   void survivesFailures(const std::string& folder);
   std::vector<journal::Run> listed() { return runs(machineFileSystem(), folder()); }
 
@@ -158,33 +159,51 @@ TEST_F(Journal, PutsBackNoOriginalThatWasWrittenInto) {
   EXPECT_EQ(documents_.get("a.txt"), "new");
 }
 
+template <class FailingSystem>
 void Journal::survivesFailures(const std::string& folder) {
-  const std::map<std::string, std::string> originals = {{"a.txt", "one"},
-                                                        {"b.txt", std::string(300'000, 'b')}};
-  for (const auto from : {files::FailingFileSystem::From::once, files::FailingFileSystem::From::on}) {
-    bool failed = true;
-    for (int n = 1; failed; ++n) {
-      for (const auto& [name, text] : originals) documents_.put(name, text);
-      files::FailingFileSystem failing(n, from);
+  using From = files::FailingFileSystem::From;
+  constexpr int kNever = files::FailingFileSystem::kNever;
+  const std::map<std::string, std::string> originals = {
+      {"a.txt", "one"}, {"b.txt", std::string(300'000, 'b')}, {"later.txt", "two"}};
+  const auto change = [&](files::FileSystem& system, const std::vector<std::string>& names) {
+    try {
+      Recorder recorder(system, folder, "run", kDefaultLimit);
+      for (const std::string& name : names)
+        Journal::change(system, recorder, documents_.path(name), "changed");
+    } catch (const DocumentError&) {
+    }
+  };
+  const auto undoAll = [&](files::FileSystem& system) {
+    std::vector<journal::Run> all = runs(machineFileSystem(), folder);
+    for (auto run = all.rbegin(); run != all.rend(); ++run) {
       try {
-        Recorder recorder(failing, folder, "run", kDefaultLimit);
-        for (const auto& [name, text] : originals)
-          change(failing, recorder, documents_.path(name), "changed");
-        failed = failing.calls() >= n;
+        undo(system, folder, run->name, [](const Undone&) {});
       } catch (const DocumentError&) {
       }
-      for (const journal::Run& run : runs(machineFileSystem(), folder)) {
-        files::FailingFileSystem undoing(n, from);
-        try {
-          undo(undoing, folder, run.name, [](const Undone&) {});
-        } catch (const DocumentError&) {
-        }
-        if (machineFileSystem().exists(folder + "/" + run.name + "/journal"))
-          undo(machineFileSystem(), folder, run.name, [](const Undone&) {});
+    }
+  };
+  const auto failsAt = [&](int n, From from, std::size_t which) {
+    for (const auto& [name, text] : originals) documents_.put(name, text);
+    std::array<std::unique_ptr<FailingSystem>, 3> systems;
+    for (std::size_t i = 0; i < systems.size(); ++i)
+      systems.at(i) = std::make_unique<FailingSystem>(i == which ? n : kNever, from);
+    change(*systems[0], {"a.txt", "b.txt"});
+    change(*systems[1], {"later.txt", "a.txt"});
+    undoAll(*systems[2]);
+    FailingSystem sound;
+    undoAll(sound);
+    return systems.at(which)->calls() >= n;
+  };
+  for (const std::size_t which : {0U, 1U, 2U}) {
+    for (const auto from : {From::once, From::on}) {
+      for (int n = 1; failsAt(n, from, which); ++n) {
+        for (const auto& [name, text] : originals)
+          EXPECT_TRUE(documents_.get(name) == text) << name << " " << which << ", call " << n;
+        EXPECT_THAT(documents_.names(), SizeIs(originals.size())) << which << ", call " << n;
+        EXPECT_THAT(runs(machineFileSystem(), folder), IsEmpty()) << which << ", call " << n;
+        
+        ASSERT_LT(n, 3000);
       }
-      for (const auto& [name, text] : originals) ASSERT_EQ(documents_.get(name), text) << "call " << n;
-      ASSERT_THAT(documents_.names(), SizeIs(originals.size())) << "call " << n;
-      ASSERT_LT(n, 1000);
     }
   }
 }
