@@ -3,6 +3,8 @@
 #include "files/reading.h"
 #include "paths.h"
 
+#include <utility>
+
 namespace pluvo::files {
 
 void requireSameStamp(const FileStatus& now, const Stamp& opened) {
@@ -12,16 +14,43 @@ void requireSameStamp(const FileStatus& now, const Stamp& opened) {
                         "Run this again.");
 }
 
+namespace {
+
+/// Later than the original where both are of one moment, so that size and time tell them apart, of whatever
+/// disk. The time is set, since of a disk elsewhere a flush might set another.
+void setTime(FileSystem& system, const TemporaryFile& file, const OpenFile* original) {
+  const auto timeOf = [](const Stamp& stamp) {
+    return std::pair(stamp.modifiedSeconds, stamp.modifiedNanoseconds);
+  };
+  auto [seconds, nanoseconds] = timeOf(system.status(file.handle()).stamp);
+  system.setModified(file.handle(), seconds, nanoseconds);
+  if (original == nullptr) return;
+  const auto before = timeOf(system.status(original->handle()).stamp);
+  constexpr std::int64_t kCoarsest = 2;
+  if (std::pair(seconds, nanoseconds) > before || seconds + kCoarsest < before.first) return;
+  constexpr std::int64_t kLastNanosecond = 999'999'999;
+  std::int64_t later = before.second < kLastNanosecond ? 0 : 1;
+  nanoseconds = later == 0 ? before.second + 1 : 0;
+  do {
+    system.setModified(file.handle(), before.first + later, nanoseconds);
+  } while (timeOf(system.status(file.handle()).stamp) <= before && later++ < kCoarsest);
+}
+
+}  // namespace
+
 Stamp writeVersion(FileSystem& system, TemporaryFile& file, const OpenFile* original,
                    const NewVersion& version) {
   FileOutput output(system, file.handle());
   version.write(output);
   output.finish();
   if (original != nullptr) file.takeAfter(original->handle());
-  if (version.as) system.setPermissions(file.handle(), version.as->permissions);
-  // A time that was set stays; of a disk elsewhere the flush might set another.
-  const Stamp modified = version.as ? version.as->stamp : system.status(file.handle()).stamp;
-  system.setModified(file.handle(), modified.modifiedSeconds, modified.modifiedNanoseconds);
+  if (version.as) {
+    const Stamp& modified = version.as->stamp;
+    system.setPermissions(file.handle(), version.as->permissions);
+    system.setModified(file.handle(), modified.modifiedSeconds, modified.modifiedNanoseconds);
+  } else {
+    setTime(system, file, original);
+  }
   output.startWriting();
   const FileContent written = readFile(system, file.handle());
   version.check(written.bytes);

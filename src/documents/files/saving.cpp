@@ -190,6 +190,10 @@ bool swapFile(FileSystem& system, const std::string& path, const Stamp& found, c
     } catch (const std::system_error&) {
       return false;
     }
+    // Another program may have put a version there in this very moment.
+    const FileStatus swapped = system.statusAt(other);
+    if (swapped.stamp != found) system.exchange(other, real);
+    requireSameStamp(swapped, found);
     flushFolder(system, real);
     return true;
   });

@@ -11,7 +11,7 @@ namespace pluvo::files {
 
 /// The machine's file system, of which the n-th call fails, or every call from the n-th on. Reads and writes
 /// do part of what they are asked for.
-class FailingFileSystem final : public FileSystem {
+class FailingFileSystem : public FileSystem {
  public:
   enum class From { once, on };
   static constexpr int kNever = std::numeric_limits<int>::max();

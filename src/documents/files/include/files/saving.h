@@ -22,6 +22,9 @@ namespace pluvo::files {
 /// give away becomes the user's own, and then nobody gains rights: set-id bits are dropped and a changed
 /// group has the rights of everybody else.
 ///
+/// A version is later than the original by its time of last change, be it by the least that the disk can tell
+/// apart; so size and time tell one from the other.
+///
 /// Links are followed: what they lead to is replaced, and temporary files and backups lie beside that.
 
 /// A document at the moment before its new version takes its place.
