@@ -142,9 +142,14 @@ class Recorder::Kept final : public files::Keeping {
 
   void copy() override {
     guarded(recorder_.folder_, [&] {
-      makeCopy();
-      flushes_.addFolder(recorder_.run_);
-      flushes_.wait();
+      try {
+        makeCopy();
+        flushes_.addFolder(recorder_.run_);
+        flushes_.wait();
+      } catch (const std::system_error&) {
+        removeIfPossible(recorder_.system_, place_);
+        throw;
+      }
     });
   }
 
@@ -239,11 +244,18 @@ std::unique_ptr<files::Keeping> Recorder::keep(const files::Replacement& replace
       return;
     }
     const std::uint64_t number = numbers_++;
-    auto kept = std::make_unique<Kept>(*this, replacement, number);
-    append({Record::Kind::kept, replacement.path, number, replacement.temporary, before, replacement.after});
-    kept->begin();
+    try {
+      auto kept = std::make_unique<Kept>(*this, replacement, number);
+      append(
+          {Record::Kind::kept, replacement.path, number, replacement.temporary, before, replacement.after});
+      kept->begin();
+      keeping = std::move(kept);
+    } catch (const std::system_error&) {
+      // Of a copy that a full disk has no room for, a part would take what room there is.
+      removeIfPossible(system_, originalIn(run_, number));
+      throw;
+    }
     size_ += before.stamp.size;
-    keeping = std::move(kept);
   });
   return keeping;
 }
@@ -276,6 +288,9 @@ bool Recorder::makeRoom(std::uint64_t size) {
 bool Recorder::forget(const std::string& run) {
   const auto lock = lockRun(system_, run);
   if (lock == nullptr) return false;
+  const auto records = recordsIn(system_, run);
+  if (!records) return false;
+  for (const Record& record : keptOf(*records)) clearBeside(system_, run, record);
   try {
     removeRun(system_, run);
   } catch (const std::system_error& failure) {

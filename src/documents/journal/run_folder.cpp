@@ -56,17 +56,29 @@ bool isVersion(const files::Stamp& found, const files::Stamp& version) {
          found.modifiedNanoseconds == version.modifiedNanoseconds;
 }
 
+bool isFileOf(const files::Stamp& found, const files::Stamp& version) {
+  return found.inode == version.inode && isVersion(found, version);
+}
+
+bool isOriginal(const files::Stamp& found, const Record& kept, const files::Stamp& document) {
+  const files::Stamp& before = kept.before.stamp;
+  return found.device != document.device ? found.size == before.size : isVersion(found, before);
+}
+
 void clearBeside(files::FileSystem& system, const std::string& run, const Record& kept) {
   try {
     if (!system.exists(kept.beside)) return;
     const std::string original = originalIn(run, kept.number);
     const files::Stamp found = system.statusAt(kept.beside).stamp;
-    // An original that was to be copied into the folder may be there in part.
+    const bool isBefore = isVersion(found, kept.before.stamp);
+    // Of a version, and of an original that was to be copied into the folder, there may be a part.
+    const bool isNew = isFileOf(found, kept.after) ||
+                       (!isBefore && (found.inode == kept.after.inode || isVersion(found, kept.after)));
     const bool hasOriginal =
-        system.exists(original) && isVersion(system.statusAt(original).stamp, kept.before.stamp);
-    if (hasOriginal || found == kept.after) {
+        system.exists(original) && isOriginal(system.statusAt(original).stamp, kept, found);
+    if (hasOriginal || isNew) {
       system.remove(kept.beside);
-    } else if (isVersion(found, kept.before.stamp)) {
+    } else if (isBefore) {
       system.rename(kept.beside, original);
     }
   } catch (const std::system_error&) {  // NOLINT(bugprone-empty-catch): it is looked for there, too
@@ -104,12 +116,16 @@ void removeRun(files::FileSystem& system, const std::string& run) {
 }
 
 void makeFolders(files::FileSystem& system, const std::string& folder) {
-  for (std::size_t slash = folder.find('/', 1); slash != std::string::npos;
-       slash = folder.find('/', slash + 1)) {
+  for (std::size_t slash = 0; slash != std::string::npos;) {
+    slash = folder.find('/', slash + 1);
     const std::string part = folder.substr(0, slash);
-    if (!system.exists(part)) system.createFolder(part);
+    try {
+      if (!system.exists(part)) system.createFolder(part);
+    } catch (const std::system_error& failure) {
+      // Another program made it at the same moment.
+      if (failure.code().value() != EEXIST) throw;
+    }
   }
-  if (!system.exists(folder)) system.createFolder(folder);
 }
 
 void flushNames(files::FileSystem& system, const std::string& folder) {

@@ -33,6 +33,13 @@ std::unique_ptr<files::OpenFile> lockRun(files::FileSystem& system, const std::s
 /// Whether the file is that version. Its inode may be another one: a copy puts back bytes, not inodes.
 bool isVersion(const files::Stamp& found, const files::Stamp& version);
 
+/// Whether it is the very file that the run put there. Its disk may have another number since.
+bool isFileOf(const files::Stamp& found, const files::Stamp& version);
+
+/// Whether what is kept is the original, whole. A copy on another disk than the document may have another
+/// time.
+bool isOriginal(const files::Stamp& found, const Record& kept, const files::Stamp& document);
+
 /// What a killed program left beside the document: the original goes into the run's folder, all else goes.
 /// Where that fails it stays.
 void clearBeside(files::FileSystem& system, const std::string& run, const Record& kept);

@@ -15,23 +15,22 @@ namespace {
 using files::DocumentError;
 using files::Problem;
 
-/// In the run's folder, or where it was left on its way there. Where there is none, the run never came to
-/// replace the document.
+/// In the run's folder, be it a part, or where it was left on its way there. Where there is none, the run
+/// never came to replace the document.
 std::optional<std::string> originalOf(files::FileSystem& system, const Record& record,
                                       const std::string& run) {
   std::string path = originalIn(run, record.number);
-  if (system.exists(path)) return path;
-  if (system.exists(record.beside)) return record.beside;
-  return std::nullopt;
+  const bool isThere = system.exists(path);
+  if (system.exists(record.beside) &&
+      (!isThere || isVersion(system.statusAt(record.beside).stamp, record.before.stamp)))
+    return record.beside;
+  return isThere ? std::optional(path) : std::nullopt;
 }
 
 void requireSameOriginal(const Record& record, const files::Stamp& kept, const files::Stamp& document,
                          const std::string& original) {
-  // A document's own file may have been written by a program that had it open; on another disk a copy may
-  // have another time.
-  const bool same = kept.device != document.device ? kept.size == record.before.stamp.size
-                                                   : isVersion(kept, record.before.stamp);
-  if (!same)
+  // A document's own file may have been written by a program that had it open.
+  if (!isOriginal(kept, record, document))
     throw DocumentError(Problem::damaged, "What is kept of this document, \"" + original +
                                               "\", is no longer what was replaced, so the document was left "
                                               "as it is.");
@@ -54,7 +53,9 @@ void restore(files::FileSystem& system, const Record& record, const files::Stamp
       throw DocumentError(Problem::io, "The disk gave back other bytes than were written; check the disk.");
   };
   version.as = record.before;
-  if (original != record.beside) version.temporary = record.beside;
+  // Not on record is what lies beside a document that was moved and left a link.
+  if (original != record.beside && system.resolve(record.text) == record.text)
+    version.temporary = record.beside;
   files::replaceFile(system, record.text, found, version);
 }
 
@@ -103,8 +104,9 @@ Undone undoOne(files::FileSystem& system, const Record& record, const std::strin
   try {
     const files::Stamp found = system.statusAt(record.text).stamp;
     const auto original = originalOf(system, record, run);
-    // Both may be of one size and moment.
-    if (found != record.after && isVersion(found, record.before.stamp)) {
+    // An undo that was killed may have swapped the two; both may be of one size and moment.
+    const bool isTakenBack = original && isFileOf(system.statusAt(*original).stamp, record.after);
+    if (isTakenBack || (!isFileOf(found, record.after) && isVersion(found, record.before.stamp))) {
       undone.outcome = Outcome::asBefore;
     } else if (isVersion(found, record.after)) {
       restore(system, record, found, original.value_or(originalIn(run, record.number)));
