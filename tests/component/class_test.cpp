@@ -84,8 +84,8 @@ TEST(Class, AnswersWhatItIsNot) {
   // One object has one identity, by whichever interface it is asked.
   ComPtr<IUnknown> first;
   ComPtr<IUnknown> second;
-  object.As(&first);
-  support.As(&second);
+  ASSERT_EQ(object.As(&first), S_OK);
+  ASSERT_EQ(support.As(&second), S_OK);
   EXPECT_EQ(first.Get(), second.Get());
 }
 

@@ -78,16 +78,18 @@ TEST(Registration, ThatFailsLeavesTheOneBefore) {
   const Keys before = classKeys();
   const std::wstring classes = L"Software\\Classes\\";
   wchar_t classId[40] = {};
-  wchar_t library[40] = {};
+  wchar_t interfaceId[40] = {};
   StringFromGUID2(CLSID_clsOpenPLUVO, classId, 40);
-  StringFromGUID2(LIBID_PLUVO, library, 40);
+  StringFromGUID2(IID__clsOpenPLUVO, interfaceId, 40);
+  // In the midst of what is written: what comes behind it could be.
+  const std::wstring interfaceKey = classes + L"Interface\\" + interfaceId;
   const std::wstring server = classes + L"CLSID\\" + classId + L"\\InprocServer32";
   const std::wstring old = L"C:\\Old\\pluvo.dll";
   ASSERT_EQ(RegSetKeyValueW(HKEY_CURRENT_USER, server.c_str(), nullptr, REG_EXPAND_SZ, old.c_str(),
                             static_cast<DWORD>((old.size() + 1) * sizeof(wchar_t))),
             ERROR_SUCCESS);
   {
-    const Barrier barrier(classes + L"TypeLib\\" + library + L"\\1.0");
+    const Barrier barrier(interfaceKey);
     EXPECT_EQ(component.install(true, L"user"), HRESULT_FROM_WIN32(ERROR_CHILD_MUST_BE_VOLATILE));
   }
   wchar_t path[64] = {};
@@ -103,7 +105,6 @@ TEST(Registration, ThatFailsLeavesTheOneBefore) {
             ERROR_SUCCESS)
       << "half of the new one is there";
   EXPECT_EQ(component.install(false, L"user"), S_OK);
-  RegDeleteTreeW(HKEY_CURRENT_USER, (classes + L"TypeLib\\" + library).c_str());
   EXPECT_THAT(left(before), testing::IsEmpty());
 }
 
