@@ -142,7 +142,8 @@ TEST_F(OwnForm, CutsNoTextAtTheLeastWidth) {
 
 TEST_F(OwnForm, CopiesWhatLabelsTellWithPathsWholeThatAreBrokenWhereShown) {
   QString path;
-  for (int folder = 0; folder < 60; ++folder) path += QStringLiteral("/folder_of_a_name");
+  for (int word = 0; word < 60; ++word)
+    path += QLatin1String(word % 20 == 0 ? "/" : "_") + QStringLiteral("of_a_folder");
   with<Label>(u"stats", u"\r\nFound:3\r\n\r\nSkipped:1");
   const auto& label = with<Label>(u"path", path.toStdU16String());
   with<CommandButton>(u"button", u"Continue");

@@ -165,8 +165,11 @@ TEST(DocumentView, ShowsAFoundBlockWhereverItIs) {
     EXPECT_LT(seen.top(), shown.view->viewport()->height() * 3 / 4 + 40);
     EXPECT_TRUE(seen.top() > 40 || shown.selection().from == 0) << "with what stands before it";
   }
-  // What an edit puts in front of it moves it along.
   shown.sample.document->select(find(u"paragraph 1000"));
+  const int top = shown.view->verticalScrollBar()->value();
+  shown.sample.document->select(find(u"paragraph 999"));
+  EXPECT_EQ(shown.view->verticalScrollBar()->value(), top) << "it is in sight";
+  // What an edit puts in front of it moves it along.
   const int before = shown.view->selectionRect().top();
   shown.sample.model().insertBefore(0, u"one\rmore\r");
   EXPECT_NEAR(shown.view->selectionRect().top(), before, 40);
