@@ -4,12 +4,10 @@
 //   seen|TITLE             waits until there is such a window
 //   gone|TITLE             waits until there is no such window
 //   press|CAPTION          a button, tick or link
-//   type|LABEL|NTH|TEXT    into the NTH text box or list behind a label, counted from 1; what is there goes
-//   choose|LABEL|NTH|TEXT  an entry of that list
+//   type|LABEL|TEXT        into the text box or list behind a label; what is there goes
+//   choose|LABEL|TEXT      an entry of that list
 //   page|NUMBER            a page of the tabs, counted from 0
 //   read|TEXT              waits until the window says this
-//   key|CODE               a key by its number
-//   wait|MILLISECONDS
 //   close                  the window by its cross
 //
 // Names between percent signs are the environment's.
@@ -131,16 +129,11 @@ class User {
     if (verb == L"seen") return seen(step.at(1));
     if (verb == L"gone") return gone(step.at(1));
     if (verb == L"press") return press(step.at(1));
-    if (verb == L"type") return type(field(step), step.at(3));
-    if (verb == L"choose") return choose(field(step), step.at(3));
+    if (verb == L"type") return type(field(step.at(1)), step.at(2));
+    if (verb == L"choose") return choose(field(step.at(1)), step.at(2));
     if (verb == L"page") return page(std::stoi(step.at(1)));
     if (verb == L"read") return read(step.at(1));
-    if (verb == L"key") return key(focusedIn(window_), static_cast<WORD>(std::stoi(step.at(1))));
-    if (verb == L"wait") return Sleep(static_cast<DWORD>(std::stoi(step.at(1))));
-    if (verb == L"close") {
-      PostMessageW(window_, WM_SYSCOMMAND, SC_CLOSE, 0);
-      return;
-    }
+    if (verb == L"close") return post(window_, WM_SYSCOMMAND, SC_CLOSE, 0);
     throw std::runtime_error("no such step");
   }
 
@@ -183,16 +176,13 @@ class User {
     if (isTick) await([&] { return SendMessageW(pressed, BM_GETCHECK, 0, 0) != before; });
   }
 
-  HWND field(const std::vector<std::wstring>& step) const {
+  HWND field(const std::wstring& label) const {
     return await([&]() -> HWND {
-      int left = std::stoi(step.at(2));
-      bool behind = step.at(1).empty();
+      bool behind = false;
       for (const HWND child : childrenOf(window_)) {
-        if (!behind) {
-          behind = captionOf(child) == step.at(1);
-        } else if (isField(child) && --left == 0) {
+        if (behind && isField(child))
           return IsWindowVisible(child) && IsWindowEnabled(child) ? child : nullptr;
-        }
+        behind = behind || captionOf(child) == label;
       }
       return nullptr;
     });
