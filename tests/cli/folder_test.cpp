@@ -1,5 +1,6 @@
 #include "documents/archive/zip_builder.h"
 #include "documents/docx/document_builder.h"
+#include "documents/files/as_text.h"
 #include "sandbox.h"
 
 #include <signal.h>
@@ -71,6 +72,17 @@ TEST(Folder, TakesTheDocumentsAskedFor) {
       found.push_back(line.substr(0, line.find(':')));
     EXPECT_EQ(found, wordsOf(expected)) << arguments;
   }
+}
+
+TEST(Folder, TakesTextsFromFilesAndColorsByName) {
+  const Sandbox sandbox;
+  sandbox.put("d.docx", docx::fileOf("a draft"));
+  sandbox.put("begin",
+              "\xEF\xBB\xBF"
+              "draft");
+  EXPECT_EQ(sandbox.run("highlight --begin-file begin --color green d.docx").status, 0);
+  EXPECT_THAT(docx::part(files::bytesOf(sandbox.get("d.docx")), "word/document.xml"),
+              HasSubstr("\"darkGreen\""));
 }
 
 TEST(Folder, KeepsItsTreeInAnotherFolder) {

@@ -236,6 +236,7 @@ TEST(Program, HelpsAndRefuses) {
   EXPECT_EQ(insert.out, sandbox.run("help insert").out);
   EXPECT_THAT(insert.out, HasSubstr("--extra-space"));
   EXPECT_THAT(insert.out, Not(HasSubstr("--color")));
+  EXPECT_THAT(sandbox.run("undo --help").out, HasSubstr("undo [RUN] "));
   const Result nothing = sandbox.run("");
   EXPECT_EQ(nothing.status, 2);
   EXPECT_THAT(nothing.err, HasSubstr("pluvo find --begin TEXT"));

@@ -79,6 +79,7 @@ TEST(Archive, SaysWhatIsWrong) {
        {"contradict", [](Built& b) { b.bytes[b.local[0] + 30] = 'c'; }},
        {"contradict", [](Built& b) { b.set16(b.local[0] + 8, 0); }},
        {"contradict", [](Built& b) { b.set32(b.local[0] + 14, 1); }},
+       {"contradict", [](Built& b) { b.set32(b.local[0] + 18, 1); }},
        {"contradict", [](Built& b) { b.set32(b.local[0] + 22, 301); }},
        {"is incomplete", [](Built& b) { b.set32(b.central[0] + 24, 0xffffffff); }},
        {"is incomplete", [](Built& b) { b.set16(b.central[0] + 34, 1); }},
@@ -123,6 +124,16 @@ TEST(Archive, SaysWhatIsWrongWithZip64) {
        {"not where its end says", [](Built& b) { b.set(b.end64 + 40, ~std::uint64_t{0} - 40, 8); }}});
 }
 
+TEST(Archive, MayHaveTwoEndsThatSayTheSame) {
+  Zip zip = kTwo;
+  zip.zip64End = true;
+  Built built = build(zip);
+  built.setCount(2);
+  built.set32(built.end + 12, static_cast<std::uint32_t>(built.end64 - built.directory));
+  built.set32(built.end + 16, static_cast<std::uint32_t>(built.directory));
+  EXPECT_EQ(refusal(built.bytes), "");
+}
+
 TEST(Archive, KeepsItsLimits) {
   Zip many;
   for (int i = 0; i < 20; ++i) many.entries.push_back({"m" + std::to_string(i), std::string(10'000, 'x')});
@@ -138,6 +149,7 @@ TEST(Archive, KeepsItsLimits) {
   for (const auto& [said, limits] : cases)
     EXPECT_THAT(refusal(bytes, limits), AllOf(StartsWith("too-large: "), HasSubstr(said)));
   EXPECT_EQ(refusal(bytes, {.ratio = 50, .freeSize = 10'000}), "");
+  EXPECT_EQ(refusal(bytes, {.ratio = 1000, .freeSize = 9'999}), "");
 }
 
 TEST(Archive, RefusesEveryTruncatedOne) {

@@ -142,6 +142,7 @@ TEST_F(Journal, LeavesADocumentThatChangedSince) {
               ElementsAre(Pair("other.txt", Outcome::restored), Pair("kept.txt", Outcome::failed)));
   EXPECT_EQ(documents_.get("kept.txt"), "edited by hand");
   EXPECT_EQ(documents_.get("other.txt"), "old");
+  EXPECT_THROW(takeBack("./" + run), DocumentError);
   // The run stays, so that its originals can still be had; what was put back is not put back twice.
   documents_.put("other.txt", "changed again");
   EXPECT_THAT(takeBack(run), ElementsAre(Pair("kept.txt", Outcome::failed)));

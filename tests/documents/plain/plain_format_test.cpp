@@ -209,7 +209,8 @@ TEST(PlainFormat, ShortFiles) {
                {std::string("\xFF\xFE\r\0\n\0!", 7), u"\r\r"},
                {"\xE2\x82", u"\u00E2\u201A\r"},            // a sequence cut off is Windows-1252
                {"\xED\xA0\x80", u"\u00ED\u00A0\u20AC\r"},  // so are surrogates in UTF-8
-               {"\xC0\xAF\xF5", u"\u00C0\u00AF\u00F5\r"},  // and over-long sequences
+               {"\xC0\xAF\xF5", u"\u00C0\u00AF\u00F5\r"},
+               {"\xC1\xA1", u"\u00C1\u00A1\r"},  // and over-long sequences
                {std::string("a\0b", 3), std::u16string(u"a\0b\r", 4)},
                {std::string("a\0b\0", 4), std::u16string(u"a\0b\0\r", 5)},
                {std::string("n\0o\0t\0 \0", 8), u"not \r"}};
@@ -248,6 +249,9 @@ TEST(PlainFormat, ACharacterCutInTwoIsRefusedUnlessItsHalvesMeetAgain) {
   Model cut(opened.content);
   cut.replace({1, 2}, u"", text::View::results);
   EXPECT_THROW(written(opened, cut), files::DocumentError);
+  Model last(opened.content);
+  last.replace({4, 6}, u"", text::View::results);
+  EXPECT_THROW(written(opened, last), files::DocumentError);
   Model met(opened.content);
   met.replace({2, 4}, u"", text::View::results);  // the first half of one, the second of the other
   EXPECT_EQ(textOf(written(opened, met)), u"a" + text.substr(1, 1) + text.substr(4, 1) + u"z\r");

@@ -31,7 +31,7 @@ class Maker {
   }
 
   std::string name() {
-    return one({"a", "b", "p:a", "p:b", "q:a", "long-name.of_20:x", "w:abcdefgh", "xml:a"});
+    return one({"a", "zZ", "b", "p:a", "p:b", "q:a", "long-name.of_20:x", "w:abcdefgh", "xml:a"});
   }
 
   void element(std::string& text, int depth) {
@@ -58,8 +58,8 @@ class Maker {
 
   void content(std::string& text, int depth) {
     if (depth < 6 && below(3) != 0) return element(text, depth + 1);
-    text += one({"text", "\r\n", "\r", "a]]b", "&amp;", "&#65;", "&#x1F600;", "<![CDATA[<&]]]]>", "<!--c-->",
-                 "<?d e ?>", " ", "plain words in a longer stretch of text"});
+    text += one({"text", "\r\n", "\r", "a]]b", "&amp;", "&#65;", "&#x1F600;", "&#xaAfF;", "<![CDATA[<&]]]]>",
+                 "<!--c-->", "<?d e ?>", " ", "plain words in a longer stretch of text"});
     if (below(300) == 0) text += one({"&", "]]>", "&x;", "<", "\x01", "<!-- -- -->"});
   }
 

@@ -152,6 +152,8 @@ TEST(Scanner, SaysWhatIsWrongAndWhere) {
       {"<xmlns:a/>", "reserved"},
       {"<a>&b;</a>", "begins no character reference"},
       {"<a>&#0;</a>", "begins no character reference"},
+      {"<a>&#x@;</a>", "begins no character reference"},
+      {"<a>&#xg;</a>", "begins no character reference"},
       {"<a>&#xD800;</a>", "begins no character reference"},
       {"<a>&#x110000;</a>", "begins no character reference"},
       {"<a>&#99999999999999999999;</a>", "begins no character reference"},
