@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cerrno>
+#include <charconv>
 #include <cstdlib>
 #include <ctime>
 #include <future>
@@ -21,12 +22,18 @@ std::string utcNow() {
   return {text.data(), std::strftime(text.data(), text.size(), "%Y%m%d-%H%M%S", &parts)};
 }
 
-/// The folder of a new run: the first free number among those of this second.
+/// The folder of a new run: behind those of this second, even where an earlier one is gone.
 std::string createRun(files::FileSystem& system, const std::string& folder) {
-  const std::string start = folder + "/" + utcNow() + "-";
-  for (int number = 0;; ++number) {
-    std::string run = start + std::to_string(number);
-    if (system.exists(run)) continue;
+  const std::string start = utcNow() + "-";
+  unsigned number = 0;
+  for (const std::string& name : runNames(system, folder)) {
+    unsigned taken = 0;
+    if (name.starts_with(start) &&
+        std::from_chars(name.data() + start.size(), name.data() + name.size(), taken).ec == std::errc())
+      number = taken + 1;
+  }
+  for (;; ++number) {
+    std::string run = pathIn(folder, start + std::to_string(number));
     try {
       system.createFolder(run);
       return run;

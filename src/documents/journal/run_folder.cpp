@@ -2,8 +2,10 @@
 
 #include "files/reading.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <system_error>
+#include <tuple>
 
 namespace pluvo::journal {
 
@@ -20,7 +22,14 @@ std::string originalIn(const std::string& run, std::uint64_t number) {
 
 std::vector<std::string> runNames(files::FileSystem& system, const std::string& folder) {
   try {
-    return system.names(folder);
+    std::vector<std::string> names = system.names(folder);
+    // Of one second by their numbers, of which more digits are the greater number.
+    const auto orderOf = [](const std::string& name) {
+      const std::size_t number = std::min(name.rfind('-'), name.size());
+      return std::tuple(name.substr(0, number), name.size(), name);
+    };
+    std::ranges::sort(names, {}, orderOf);
+    return names;
   } catch (const std::system_error& failure) {
     if (failure.code().value() == ENOENT) return {};
     throw;

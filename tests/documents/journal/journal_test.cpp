@@ -128,6 +128,22 @@ TEST_F(Journal, TakesBackBytesPermissionsAndTimes) {
   EXPECT_THAT(documents_.names(), SizeIs(2));
 }
 
+/// Many may be of one second, and those in between may be gone.
+TEST_F(Journal, ListsRunsInTheirOrder) {
+  const std::string path = documents_.put("a.txt", "old");
+  std::vector<std::string> commands;
+  for (int i = 0; i < 13; ++i) {
+    if (i == 12) std::filesystem::remove_all(folder() + "/" + listed().at(0).name);
+    commands.push_back("run" + std::to_string(i));
+    Recorder recorder(machineFileSystem(), folder(), commands.back(), kDefaultLimit);
+    change(machineFileSystem(), recorder, path, commands.back());
+  }
+  commands.erase(commands.begin());
+  std::vector<std::string> found;
+  for (const journal::Run& run : listed()) found.push_back(run.command);
+  EXPECT_EQ(found, commands);
+}
+
 TEST_F(Journal, LeavesADocumentThatChangedSince) {
   const std::string path = documents_.put("kept.txt", "old");
   const std::string other = documents_.put("other.txt", "old");
