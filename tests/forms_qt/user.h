@@ -163,7 +163,9 @@ class User {
                                                   : QApplication::activeWindow();
   }
   /// The same bits, higher up.
-  static Qt::KeyboardModifiers modifiers(int shift) { return Qt::KeyboardModifiers::fromInt(shift << 25); }
+  static Qt::KeyboardModifiers modifiers(int shift) {
+    return Qt::KeyboardModifiers::fromInt(static_cast<unsigned>(shift) << 25);
+  }
   static QPoint place(const QListView& list, int row) {
     return list.visualRect(list.model()->index(row, 0)).center();
   }
