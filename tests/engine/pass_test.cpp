@@ -18,10 +18,6 @@ const Box kNothingFound{
     u"with' and 'Inside Text' if you are certain the text is within the document.",
     forms::Buttons::ok, u"Couldn't Find Text Block."};
 
-std::string placesFilled(std::size_t count, std::string_view text) {
-  return std::string(count, '.') + std::string(text) + "¶";
-}
-
 TEST(Pass, AsksBeforeEachBlockWhereItIsToBeConfirmed) {
   Desk desk("A1 A2 A3 A4¶");
   std::vector<text::Span> selected;
@@ -60,10 +56,21 @@ TEST(Pass, EndsWhereTheObserverSaysSo) {
     desk.work.pass({.begin = u"A", .operation = kDelete});
     EXPECT_EQ(desk.work.lastSummary(), "   " + std::to_string(most - 1));
   }
+  struct : PassObserver {
+    void begins() override { ++passes; }
+    Answer skipped(const Block&) override { return Answer::stop; }
+    int passes = 0;
+  } watch;
+  Desk desk("A A A¶");
+  desk.work.engine.observer(&watch);
+  desk.work.boxes.answers = {Answer::no};
+  desk.work.pass({.begin = u"A", .confirm = true});
+  EXPECT_EQ(desk.work.boxes.shown.size(), 1U);
+  EXPECT_EQ(watch.passes, 1);
 }
 
 TEST(Pass, CanBeStoppedWhereNoBlockIsFound) {
-  const std::string text = placesFilled(0, std::string(2000, 'A')) + "¶b¶";
+  const std::string text = std::string(2000, 'A') + "¶¶b¶";
   for (const bool confirm : {false, true}) {
     Desk desk(text);
     desk.watch.searches = 100;
@@ -106,17 +113,14 @@ TEST(Pass, HintsWhereItFoundNothing) {
 
 TEST(Pass, GoesOnAfterARequestThatCannotBePrepared) {
   Desk desk("A A¶");
-  for (const char16_t* distance : {u"abc", u"32768", u"same", u""}) {
-    desk.work.pass({.begin = u"A", .apart = distance});
-  }
-  EXPECT_EQ(desk.work.reports.all, (Faults{"13 cpf:27e", "91 cpf:35", "6 cpf:27e", "91 cpf:35", "13 cpf:27e",
-                                           "91 cpf:35", "13 cpf:27e", "91 cpf:35"}));
-  desk.work.reports.all.clear();
+  for (const char16_t* distance : {u"32768", u"same"}) desk.work.pass({.begin = u"A", .apart = distance});
+  EXPECT_EQ(std::exchange(desk.work.reports, {}),
+            (Faults{"6 cpf:27e", "91 cpf:35", "13 cpf:27e", "91 cpf:35"}));
   desk.work.pass({.begin = u"A"});
   EXPECT_EQ(desk.work.lastSummary(), "   2");
   // The ranges are those of the pass before.
   desk.work.pass({.begin = u"\r", .apart = u"abc"});
-  EXPECT_EQ(desk.work.reports.all, (Faults{"13 cpf:27e"}));
+  EXPECT_EQ(desk.work.reports, (Faults{"13 cpf:27e"}));
   EXPECT_EQ(desk.work.lastSummary(), "   0");
 }
 
@@ -145,7 +149,7 @@ TEST(SearchPoint, IsNarrowedTo16BitsUnlessLimitsAreLifted) {
     for (const std::size_t before : {32765U, 32766U, 32767U}) {
       for (const bool lift : {false, true}) {
         SCOPED_TRACE(before);
-        Desk desk(placesFilled(before, "A A"));
+        Desk desk(std::string(before, '.') + "A A¶");
         desk.work.ask({.begin = u"A", .operation = kHighlight, .confirm = true, .lift = lift});
         clsProcessFind& engine = desk.work.engine;
         engine.InitializeFind();
@@ -153,7 +157,7 @@ TEST(SearchPoint, IsNarrowedTo16BitsUnlessLimitsAreLifted) {
         skip ? engine.SkipChanges() : engine.MakeChanges();
         const bool fits = lift || before + 1 <= 32767;
         const char* report = skip ? "6 cpf:27d" : "6 cpf:29";
-        EXPECT_EQ(desk.work.reports.all, fits ? Faults{} : Faults{report});
+        EXPECT_EQ(desk.work.reports, fits ? Faults{} : Faults{report});
         ASSERT_TRUE(engine.FindNextItem());
         const auto at = static_cast<text::Position>(fits ? before + 2 : before);
         EXPECT_EQ(desk.sample.document->selection(), (text::Span{at, at + 1}))
@@ -169,58 +173,20 @@ TEST(SkippedCount, Is16BitsWideUnlessLimitsAreLifted) {
     desk.work.ask({.begin = u"A", .lift = lift});
     desk.work.engine.InitializeFind();
     for (int i = 0; i < 32768; ++i) desk.work.engine.SkipChanges();
-    EXPECT_EQ(desk.work.reports.all, lift ? Faults{} : Faults{"6 cpf:27d"});
+    EXPECT_EQ(desk.work.reports, lift ? Faults{} : Faults{"6 cpf:27d"});
   }
 }
-
-/// Steps over documents that lie ready.
-struct ReadyFiles final : FileStepper {
-  explicit ReadyFiles(Desk& desk) : desk_(desk) {}
-
-  std::vector<std::u16string> GetFiles(clsProcessFind&, bool, std::int16_t) override { return {}; }
-  void MultiPLUVO(clsProcessFind&, const std::vector<std::u16string>&) override {}
-  bool MultiPLUVO_OpenNextFile(clsProcessFind&, const std::vector<std::u16string>& files,
-                               std::int32_t& index) override {
-    while (static_cast<std::size_t>(index) < files.size() && files[static_cast<std::size_t>(index)].empty())
-      ++index;
-    if (static_cast<std::size_t>(index) >= files.size()) return false;
-    const std::u16string& text = files[static_cast<std::size_t>(index)];
-    const std::string name = "file " + std::to_string(index);
-    current = memory::MemoryDocument::create(notation::parse(std::string(text.begin(), text.end())).content,
-                                             nullptr, std::u16string(name.begin(), name.end()));
-    desk_.application->add(current);
-    return true;
-  }
-  void MultiPLUVO_CloseFile(clsProcessFind&) override {
-    texts.push_back(notation::print(current->model()));
-    desk_.application->close(current);
-    current = nullptr;
-  }
-  std::u16string BrowseForFolder(clsProcessFind&, const std::u16string&) override { return {}; }
-  std::shared_ptr<word::Document> currentDocument() override { return current; }
-
-  std::shared_ptr<memory::MemoryDocument> current;
-  std::vector<std::string> texts;
-
- private:
-  Desk& desk_;
-};
 
 class Processing : public testing::Test {
  protected:
   Processing() {
-    desk.work.engine.stepper(files);
     desk.work.ask({.begin = u"A", .operation = kReplace, .text = u"b", .confirm = true});
     desk.work.engine.QuiteModeSetting(false);
-    desk.work.forms.user = [this](forms::Form& form) {
-      forms::press(form, continues ? u"cmdContinue" : u"cmdExit");
-    };
+    desk.work.forms.user = [](forms::Form& form) { forms::press(form, u"cmdContinue"); };
   }
 
   Desk desk{"A A A¶"};
-  std::shared_ptr<ReadyFiles> files = std::make_shared<ReadyFiles>(desk);
   frmProcessing dialog{desk.work.engine};
-  bool continues = true;
 };
 
 TEST_F(Processing, StepsThroughTheActiveDocument) {
@@ -233,6 +199,7 @@ TEST_F(Processing, StepsThroughTheActiveDocument) {
   dialog.cmdSkip.press();
   dialog.cmdPerform.press();
   EXPECT_FALSE(dialog.Visible());
+  EXPECT_EQ(desk.sample.document->selection(), (text::Span{0, 0}));
   EXPECT_EQ(desk.text(), "b A b¶");
   EXPECT_EQ(desk.work.forms.modalRuns, 1);
   EXPECT_EQ(desk.work.forms.visibility, (std::vector<bool>{true, false, true, false, true, false}))
@@ -240,40 +207,12 @@ TEST_F(Processing, StepsThroughTheActiveDocument) {
   EXPECT_EQ(desk.work.lastSummary(), "   2");
 }
 
-TEST_F(Processing, TellsAtOnceWhereThereIsNoBlock) {
-  desk.work.engine.BeginBlock(u"C");
-  dialog.SingleProcess();
-  EXPECT_FALSE(dialog.Visible());
-  EXPECT_EQ(desk.work.boxes.shown, (std::vector<Box>{kNothingFound}));
-}
-
-TEST_F(Processing, StepsFromFileToFile) {
-  desk.work.engine.MultiFileRun(true);
-  dialog.MultiProcess({u"", u"none", u"1A", u"", u"2A3A", u"none"});
-  while (dialog.Visible()) dialog.cmdPerform.press();
-  EXPECT_EQ(files->texts, (std::vector<std::string>{"none¶", "1b¶", "2b3b¶", "none¶"}));
-  EXPECT_EQ(desk.work.context.runSummary,
-            u"\r\n   0\t\tfile 1\r\n   1\t\tfile 2\r\n   2\t\tfile 4\r\n   0\t\tfile 5");
-  EXPECT_TRUE(desk.work.reports.all.empty());
-  EXPECT_EQ(desk.text(), "A A A¶");
-}
-
-TEST_F(Processing, EndsTheRunBehindTheFileWhoseReportIsAnsweredSo) {
-  continues = false;
-  desk.work.engine.CancelOperation(true);
-  dialog.MultiProcess({u"1A", u"2A"});
-  while (dialog.Visible()) dialog.cmdPerform.press();
-  EXPECT_EQ(files->texts, (std::vector<std::string>{"1b¶"}));
-}
-
-TEST_F(Processing, EndsWithoutFiles) {
-  dialog.MultiProcess({});
-  EXPECT_FALSE(dialog.Visible());
-  EXPECT_TRUE(desk.work.boxes.shown.empty());
-  desk.work.engine.stepper(nullptr);
+TEST_F(Processing, OfFilesNeedsAWayToThem) {
   dialog.MultiProcess({u"A"});
-  EXPECT_EQ(desk.work.reports.all, (Faults{"91 cpf:45b"}));
   EXPECT_FALSE(dialog.Visible());
+  dialog.SingleProcess();
+  while (dialog.Visible()) dialog.cmdPerform.press();
+  EXPECT_EQ(desk.work.reports, (Faults{"91 cpf:45b"})) << "the active document needs none";
 }
 
 }  // namespace

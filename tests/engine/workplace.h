@@ -2,14 +2,14 @@
 
 #include "documents/support/notation.h"
 #include "engine/clsProcessFind.h"
-#include "errors/clsErrorLogging.h"
+#include "errors/reports.h"
+#include "errors/text.h"
 #include "forms/doubles.h"
 #include "memory/application.h"
 
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -36,24 +36,11 @@ struct Asked {
   bool fieldCodes = false;
 };
 
-/// Collects fault reports as "number tag".
-struct Reports : errors::MessageSink {
-  explicit Reports(errors::Context& watched) : context(watched) {}
-  void show(const std::u16string&, const std::optional<std::u16string>&) override {
-    all.push_back(std::to_string(context.currentFault.number) + ' ' + ascii(context.locationTag));
-  }
-  static std::string ascii(const std::u16string& text) { return {text.begin(), text.end()}; }
-
-  errors::Context& context;
-  std::vector<std::string> all;
-};
-
 /// An engine, what it works with, and nobody else.
-class Workplace {
+class Workplace : public errors::WatchedContext {
  public:
   explicit Workplace(const std::shared_ptr<word::Application>& application)
-      : reports(context), engine({[application] { return application; }, context, boxes, forms}) {
-    context.reporter = std::make_shared<errors::clsErrorLogging>(context.currentFault, reports);
+      : engine({[application] { return application; }, context, boxes, forms}) {
     engine.QuiteModeSetting(true);
   }
 
@@ -83,13 +70,11 @@ class Workplace {
   std::string lastSummary() const {
     const std::u16string& summary = context.runSummary;
     const std::size_t line = summary.rfind(u"\r\n");
-    return line == std::u16string::npos ? "" : Reports::ascii(summary.substr(line + 2));
+    return line == std::u16string::npos ? "" : errors::utf8(summary.substr(line + 2));
   }
 
-  errors::Context context;
   forms::ScriptedBoxes boxes;
   forms::ScriptedForms forms;
-  Reports reports;
   clsProcessFind engine;
 };
 

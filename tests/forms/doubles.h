@@ -38,6 +38,11 @@ class ScriptedBoxes final : public MessageBoxes {
     return answer;
   }
 
+  /// How the next questions are answered: y for yes, n for no.
+  void answer(std::string_view letters) {
+    for (const char letter : letters) answers.push_back(letter == 'y' ? Answer::yes : Answer::no);
+  }
+
   std::vector<Box> shown;
   std::deque<Answer> answers;
   std::function<void()> beforeAnswer;

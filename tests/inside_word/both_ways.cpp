@@ -28,7 +28,7 @@ std::vector<std::u16string> pass(const std::shared_ptr<word::Application>& appli
   place.engine.ExtraSpaceSetting(task.extraSpace);
   place.pass(task.asked);
   for (const auto& box : place.boxes.shown) said.push_back(box.title.value_or(u"") + u": " + box.text);
-  for (const std::string& report : place.reports.all) said.push_back(errors::utf16(report));
+  for (const std::string& report : place.reports) said.push_back(errors::utf16(report));
   said.push_back(place.context.runSummary);
   return said;
 }

@@ -39,7 +39,7 @@ class FileRun {
     work.engine.MultiPLUVO({u"C:\\f\\one.doc", u"C:\\f\\two.doc"});
     std::vector<std::string> heard;
     for (const auto& box : work.boxes.shown) heard.push_back(errors::utf8(box.title.value_or(u"")));
-    heard.insert(heard.end(), work.reports.all.begin(), work.reports.all.end());
+    heard.insert(heard.end(), work.reports.begin(), work.reports.end());
     return heard;
   }
 

@@ -56,7 +56,7 @@ TEST(Mask, ReadsAsOnWindows) {
                {"*.*", {"a.doc", "a", ".a", "a.b.c"}, {}},
                {"*", {"a.doc", "a", ".a"}, {}},
                {"", {"a.doc", "a", ".a"}, {}},
-               {"*.", {"a", "abc"}, {"a.b", ".a", "a.b.c"}},
+               {"*.", {"a", "abc", "a."}, {"a.b", ".a", "a.b.c"}},
                {"a.*", {"a", "a.b", "a.b.c"}, {"ab.c", "ab"}},
                {"?.txt", {"a.txt", ".txt"}, {"ab.txt"}},
                {"a??.txt", {"a.txt", "ab.txt", "abc.txt"}, {"abcd.txt", "b.txt"}},
@@ -87,19 +87,15 @@ TEST(clsDirParsing, ListsFoldersInWalkOrderAndMasksInTheirs) {
     const char* found;
   } cases[] = {
       {{.subFolders = false}, "/r/.hidden.txt /r/a.txt /r/b.txt /r/\xFF.txt"},
-      {{.subFolders = false, .depth = 5}, "/r/.hidden.txt /r/a.txt /r/b.txt /r/\xFF.txt"},
       {{}, "/r/.hidden.txt /r/a.txt /r/b.txt /r/\xFF.txt /r/B/x.txt /r/B/b/y.txt /r/B/b/c/z.txt /r/a/w.txt"},
       {{.masks = "*.doc,*.txt", .depth = 2},
        "/r/a.doc /r/.hidden.txt /r/a.txt /r/b.txt /r/\xFF.txt /r/B/x.txt /r/B/b/y.txt /r/a/w.doc /r/a/w.txt"},
       // The folders right below are found whatever the depth.
       {{.masks = "w.*,x.*,y.*", .depth = 1}, "/r/B/x.txt /r/a/w.doc /r/a/w.txt"},
-      {{.masks = "w.*,x.*,y.*", .depth = 0}, "/r/B/x.txt /r/a/w.doc /r/a/w.txt"},
       {{.masks = "w.*,x.*,y.*", .depth = -32768}, "/r/B/x.txt /r/a/w.doc /r/a/w.txt"},
-      {{.masks = "w.*,x.*,y.*,z.*", .depth = 2}, "/r/B/x.txt /r/B/b/y.txt /r/a/w.doc /r/a/w.txt"},
       // Two masks, two mentions; a trailing comma is one more mask, which takes everything.
       {{.root = "/r/a/", .masks = "*.doc,w*"}, "/r/a/w.doc /r/a/w.doc /r/a/w.txt"},
       {{.root = "/r/a/", .masks = "*.doc,"}, "/r/a/w.doc /r/a/w.doc /r/a/w.txt"},
-      {{.root = "/r/a/", .masks = ""}, "/r/a/w.doc /r/a/w.txt"},
       // Nothing is one empty entry.
       {{.root = "/r/B/b/c/", .masks = "*.rtf"}, ""},
       {{.root = "/missing/"}, ""},
@@ -108,11 +104,6 @@ TEST(clsDirParsing, ListsFoldersInWalkOrderAndMasksInTheirs) {
   for (const auto& [asked, found] : cases) {
     EXPECT_EQ(scan(folders, asked), found) << asked.root << ' ' << asked.masks << ' ' << asked.depth;
   }
-}
-
-TEST(clsDirParsing, JoinsPathsWithTheWordProcessorsSeparator) {
-  ScriptedFolders folders({"C:\\r\\a.txt", "C:\\r\\s\\b/c.txt"}, "\\");
-  EXPECT_EQ(scan(folders, {.root = "C:\\r\\", .separator = "\\"}), "C:\\r\\a.txt C:\\r\\s\\b/c.txt");
 }
 
 TEST(clsDirParsing, EntersAFolderOnceThroughWhateverLinks) {
@@ -132,24 +123,27 @@ TEST(clsDirParsing, KeepsItsOddities) {
   folders.hide("/r/h");
   errors::WatchedContext watched;
   clsDirParsing scanner(watched.context, folders, u"/");
-  EXPECT_EQ(scanner.DirectoriesDeep(), 32000);
+  const std::vector<std::u16string> nothing = {u""};
   EXPECT_TRUE(scanner.GetDirs().empty());
+  EXPECT_EQ(scanner.DirectoriesDeep(), 32000);
   scanner.RootDirectory(u"/r/");
   scanner.ProcessItems();
-  EXPECT_EQ(scanner.ProcessedItems(), std::vector<std::u16string>{u""}) << "no masks were set";
+  EXPECT_EQ(scanner.ProcessedItems(), nothing) << "no masks were set";
   scanner.MasksCSstr(u"*.txt");
   scanner.ProcessSubDirectories(true);
+  scanner.ProcessItems();
+  EXPECT_EQ(joined(scanner.ProcessedItems()), "/r/a/b/c/d.txt /r/h/f.txt") << "as deep as can be";
   scanner.ItemsToProcess(1);
   scanner.ProcessItems();
-  EXPECT_EQ(scanner.ProcessedItems(), std::vector<std::u16string>{u""});
-  EXPECT_EQ(scanner.GetDirs(), std::vector<std::u16string>{u""});
-  EXPECT_EQ(watched.context.locationTag, u"cdpar:14");
+  EXPECT_EQ(scanner.ProcessedItems(), nothing);
+  EXPECT_EQ(scanner.GetDirs(), nothing);
 
   std::int16_t level = 0;
   std::int16_t depth = 2;
   FolderCollection walked;
   scanner.GetSubdirs(u"/r/", walked, level, depth);
   EXPECT_EQ(joined(walked.paths()), "/r/a/ /r/a/b/ /r/h/");
+  EXPECT_EQ(watched.context.locationTag, u"cdpar:14");
   FolderCollection walkedOld;
   scanner.GetSubdirsOld2(u"/r/", walkedOld, level, depth);
   EXPECT_EQ(joined(walkedOld.paths()), "/r/.x/ /r/a/ /r/a/b/ /r/a/b/c/");
@@ -182,7 +176,10 @@ TEST(clsDirParsing, ScansTheMachinesFolders) {
   for (const char* file : {"b.txt", "a.TXT", "lost.txt", "s/t/c.txt", ".d/d.txt", "s/no.doc"})
     scratch.put(file, "x");
   scratch.put(odd + "/" + files::kOddLetter + ".txt", "x");
+  std::string linked;
 #ifndef _WIN32
+  std::filesystem::create_directory_symlink(".d", scratch.at("l"));
+  linked = "l/d.txt ";
   std::filesystem::remove(scratch.at("lost.txt"));
   std::filesystem::create_directory_symlink("..", scratch.at("s/up"));
   std::filesystem::create_symlink("nowhere", scratch.at("lost.txt"));
@@ -194,7 +191,7 @@ TEST(clsDirParsing, ScansTheMachinesFolders) {
   for (std::size_t at = found.find(root); at != std::string::npos; at = found.find(root))
     found.erase(at, root.size());
   std::ranges::replace(found, separator.front(), '/');
-  EXPECT_EQ(found, "a.TXT b.txt lost.txt " + odd + "/" + files::kOddLetter + ".txt s/t/c.txt");
+  EXPECT_EQ(found, "a.TXT b.txt lost.txt " + linked + odd + "/" + files::kOddLetter + ".txt s/t/c.txt");
 
   std::filesystem::permissions(scratch.at("s"), std::filesystem::perms::none);
   folders->forEachEntry(errors::nameText(scratch.path("missing")),

@@ -34,6 +34,11 @@ class FileRun : private engine::PassObserver {
     work.boxes.beforeAnswer = [this] { story.push_back("box " + asked()); };
     work.forms.user = [this](forms::Form& form) { answer(form); };
   }
+  /// From now on the user decides about every block, and is told what was done.
+  void stepThrough() {
+    engine().ConfirmEachOperationsetting(true);
+    engine().QuiteModeSetting(false);
+  }
 
   engine::clsProcessFind& engine() { return work.engine; }
   static std::string path(const std::string& name) { return "C:\\f\\" + name; }
@@ -55,25 +60,6 @@ class FileRun : private engine::PassObserver {
     for (const std::string& entry : entries) all += (all.empty() ? "" : ", ") + entry;
     return all;
   }
-  /// How questions are answered: y for yes, n for no.
-  void answers(std::string_view letters) {
-    for (const char c : letters)
-      work.boxes.answers.push_back(c == 'y' ? forms::Answer::yes : forms::Answer::no);
-  }
-
-  /// What the user does about a form.
-  void answer(forms::Form& form) {
-    if (form.Name() != u"frmPassword") return forms::press(form, u"cmdContinue");
-    ASSERT_FALSE(typed.empty()) << "a password that nobody types";
-    EXPECT_EQ(form.control(u"lblInstructions")->Caption(), u"Input Password to Unlock Form.");
-    auto* box = dynamic_cast<forms::TextBox*>(form.control(u"txtPassword"));
-    EXPECT_EQ(box->Text(), u"");
-    const auto password = typed.front();
-    typed.pop_front();
-    story.push_back("password " + password.value_or("none"));
-    if (password) box->Text(errors::utf16(*password));
-    forms::press(form, password ? u"cmdProceed" : u"cmdCancel");
-  }
 
   Story story;
   ScriptedWord word;
@@ -83,9 +69,24 @@ class FileRun : private engine::PassObserver {
   std::deque<std::optional<std::string>> typed;
   /// What happens behind each replacement.
   std::function<void()> onOperated;
+  /// Whether the user ends the run from the statistics.
+  bool endsRun = false;
 
  private:
-  std::string asked() { return engine::Reports::ascii(work.boxes.shown.back().title.value_or(u"")); }
+  void answer(forms::Form& form) {
+    if (form.Name() != u"frmPassword") {
+      story.push_back("statistics");
+      return forms::press(form, endsRun ? u"cmdExit" : u"cmdContinue");
+    }
+    ASSERT_FALSE(typed.empty()) << "a password that nobody types";
+    EXPECT_EQ(form.control(u"lblInstructions")->Caption(), u"Input Password to Unlock Form.");
+    const auto password = typed.front();
+    typed.pop_front();
+    story.push_back("password " + password.value_or("none"));
+    if (password) form.get<forms::TextBox>(u"txtPassword").Text(errors::utf16(*password));
+    forms::press(form, password ? u"cmdProceed" : u"cmdCancel");
+  }
+  std::string asked() { return errors::utf8(work.boxes.shown.back().title.value_or(u"")); }
 
   Answer operated(const engine::Block&, const errors::Fault*) override {
     story.push_back("replaced in " + word.open.back()->name());
@@ -93,5 +94,41 @@ class FileRun : private engine::PassObserver {
     return Answer::goOn;
   }
 };
+
+/// What happens to a file a that is not as others are; the file b behind it is processed all the same.
+struct Case {
+  std::string story;
+  const char* answers = "";
+  const char* refused = "-";
+  std::deque<std::int32_t> refusals = {};
+  std::deque<std::optional<std::string>> typed = {};
+  const char* reports = "";
+  const char* stillOpen = "";
+};
+
+/// In a run made at once, or stepped through.
+inline void expectStories(const ScriptedFile& file, const std::vector<Case>& cases, bool stepped = false) {
+  for (const Case& one : cases) {
+    SCOPED_TRACE(one.story);
+    FileRun run;
+    run.file("a") = file;
+    run.work.boxes.answer(one.answers);
+    run.word.refusals[one.refused] = one.refusals;
+    run.typed = one.typed;
+    if (stepped) {
+      run.stepThrough();
+      engine::frmProcessing dialog(run.engine());
+      dialog.MultiProcess(run.list({"a", "b"}));
+      while (dialog.Visible()) forms::press(dialog, u"cmdPerform");
+    } else {
+      run.run({"a", "b"});
+    }
+    EXPECT_EQ(run.told(), one.story + ", open b, activate b, replaced in b, " +
+                              (stepped ? "statistics, " : "") + "close b saving");
+    EXPECT_EQ(FileRun::joined(run.work.reports), one.reports);
+    EXPECT_EQ(run.word.openNames(), one.stillOpen);
+    EXPECT_TRUE(run.typed.empty() && run.work.boxes.answers.empty());
+  }
+}
 
 }  // namespace pluvo::multifile

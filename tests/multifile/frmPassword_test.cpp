@@ -8,61 +8,43 @@
 namespace pluvo::multifile {
 namespace {
 
-class PasswordPrompt : public testing::Test {
- protected:
-  using User = std::function<void(frmPassword&)>;
-  /// What the password is after the prompt, "kept" before; and whether the user proceeded.
-  std::pair<bool, std::u16string> ask(const User& user, const std::optional<std::u16string>& prompt = {}) {
-    forms.user = [&](forms::Form& form) {
-      EXPECT_EQ(prompt_.txtPassword.Text(), u"");
-      user(static_cast<frmPassword&>(form));
-    };
-    std::u16string password = u"kept";
-    const bool proceeded = prompt_.RetrievePassword(password, prompt);
-    return {proceeded, password};
-  }
-  static constexpr auto proceed = [](frmPassword& form) { form.cmdProceed.press(); };
-  static constexpr auto enter = [](frmPassword& form) { form.txtPassword.pressKey(13); };
-  static constexpr auto cancel = [](frmPassword& form) { form.cmdCancel.press(); };
-  static constexpr auto close = [](frmPassword& form) { form.close(); };
-  static User typing(const User& end) {
-    return [end](frmPassword& form) {
-      form.txtPassword.Text(u"typed");
-      form.txtPassword.pressKey(u'x');
-      EXPECT_TRUE(form.Visible());
-      end(form);
-    };
-  }
-
+TEST(PasswordPrompt, GivesWhatWasTypedWhenTheUserProceeds) {
+  const auto type = [](frmPassword& form) {
+    form.txtPassword.Text(u"typed");
+    form.txtPassword.pressKey(u'x');
+    EXPECT_TRUE(form.Visible());
+  };
+  const struct {
+    const char16_t* prompt;
+    std::function<void(frmPassword&)> user;
+    bool proceeded;
+    const char16_t* password;
+    const char16_t* tag;
+  } cases[] = {
+      {nullptr, [&](frmPassword& form) { type(form), form.cmdProceed.press(); }, true, u"typed", u"fpass:04"},
+      {u"For this:", [&](frmPassword& form) { type(form), form.cmdCancel.press(); }, false, u"kept",
+       u"fpass:01"},
+      {nullptr, [](frmPassword& form) { form.txtPassword.pressKey(13); }, true, u"", u"fpass:04"},
+      {nullptr, [&](frmPassword& form) { type(form), form.close(); }, false, u"kept", u"fpass:03"},
+      {nullptr, [](frmPassword&) { throw errors::outOfMemory(); }, false, u"kept", u"fpass:05"}};
+  // One form asks every time, and nothing of one answer is there at the next question.
   errors::WatchedContext watched;
   forms::ScriptedForms forms;
-  frmPassword prompt_{watched.context, forms};
-};
-
-TEST_F(PasswordPrompt, GivesWhatWasTypedWhenTheUserProceeds) {
-  using Answer = std::pair<bool, std::u16string>;
-  EXPECT_EQ(ask(typing(proceed)), Answer(true, u"typed"));
-  EXPECT_EQ(ask(typing(cancel)), Answer(false, u"kept")) << "though the time before the user proceeded";
-  EXPECT_EQ(ask(enter), Answer(true, u"")) << "an empty password is one";
-  EXPECT_EQ(watched.context.locationTag, u"fpass:04");
-  EXPECT_EQ(ask(typing(close)), Answer(false, u"kept"));
-  EXPECT_EQ(ask([](frmPassword&) { throw errors::outOfMemory(); }), Answer(false, u"kept"));
+  frmPassword form(watched.context, forms);
+  EXPECT_EQ(form.txtPassword.PasswordChar(), u"*");
+  for (const auto& [prompt, user, proceeded, expected, tag] : cases) {
+    forms.user = [&, act = user, wanted = prompt](forms::Form&) {
+      EXPECT_EQ(form.txtPassword.Text(), u"");
+      EXPECT_EQ(form.lblInstructions.Caption(), wanted ? wanted : u"Enter the password.");
+      act(form);
+    };
+    std::u16string password = u"kept";
+    EXPECT_EQ(form.RetrievePassword(password, prompt ? std::optional<std::u16string>(prompt) : std::nullopt),
+              proceeded);
+    EXPECT_EQ(password, expected);
+    EXPECT_EQ(watched.context.locationTag, tag);
+  }
   EXPECT_EQ(watched.reports, std::vector<std::string>{"7 fpass:05"});
-}
-
-TEST_F(PasswordPrompt, ShowsItsPromptOnceAndHidesThePassword) {
-  ask(
-      [](frmPassword& form) {
-        EXPECT_EQ(form.lblInstructions.Caption(), u"For this file:");
-        EXPECT_EQ(form.txtPassword.PasswordChar(), u"*");
-        form.cmdCancel.press();
-      },
-      u"For this file:");
-  EXPECT_EQ(watched.context.locationTag, u"fpass:01");
-  ask([](frmPassword& form) {
-    EXPECT_NE(form.lblInstructions.Caption(), u"For this file:");
-    form.cmdCancel.press();
-  });
 }
 
 }  // namespace

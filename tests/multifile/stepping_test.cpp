@@ -8,15 +8,7 @@ namespace {
 /// A run that the user steps through, block by block and file by file.
 class Stepping : public testing::Test {
  protected:
-  Stepping() {
-    run.engine().ConfirmEachOperationsetting(true);
-    run.engine().QuiteModeSetting(false);
-    run.work.forms.user = [this](forms::Form& form) {
-      if (form.Name() != u"frmStats") return run.answer(form);
-      run.story.push_back("statistics");
-      forms::press(form, endsRun ? u"cmdExit" : u"cmdContinue");
-    };
-  }
+  Stepping() { run.stepThrough(); }
 
   void start(const std::vector<std::string>& names) { dialog.MultiProcess(run.list(names)); }
   /// The story behind a button.
@@ -24,7 +16,6 @@ class Stepping : public testing::Test {
   std::string skip() { return forms::press(dialog, u"cmdSkip"), run.told(); }
 
   FileRun run;
-  bool endsRun = false;
   engine::frmProcessing dialog{run.engine()};
 };
 
@@ -48,15 +39,17 @@ TEST_F(Stepping, PerformsAndSkipsFromFileToFile) {
 }
 
 TEST_F(Stepping, EndsTheRunFromTheStatisticsOfAnyFile) {
-  endsRun = true;
+  run.endsRun = true;
   start({"a", "b"});
   EXPECT_EQ(perform(), "open a, activate a, replaced in a, statistics, close a saving");
   EXPECT_FALSE(dialog.Visible());
-  // The next run begins afresh.
-  endsRun = false;
-  start({"b"});
-  EXPECT_TRUE(dialog.Visible());
-  EXPECT_EQ(perform(), "open b, activate b, replaced in b, statistics, close b saving");
+  // The next run begins afresh, also where its first file has no statistics.
+  run.endsRun = false;
+  run.file("n").text = "nothing¶";
+  start({"n", "b"});
+  EXPECT_EQ(perform(),
+            "open n, activate n, box Couldn't Find Text Block., close n, open b, activate b, replaced in b, "
+            "statistics, close b saving");
 }
 
 TEST_F(Stepping, LeavesOutWhatTheUserLeavesOut) {
@@ -64,7 +57,7 @@ TEST_F(Stepping, LeavesOutWhatTheUserLeavesOut) {
   run.file("d") = {.protection = word::wdAllowOnlyFormFields, .password = "p"};
   run.word.refusals["open c"] = {4198};
   run.typed = {{}};
-  run.answers("yny");
+  run.work.boxes.answer("yny");
   start({"~a", "b", "c", "d", "e", "f"});
   EXPECT_EQ(run.told(),
             "box Potential Temporary File, open b, clear b, box Read Only File, close b, "
@@ -74,7 +67,7 @@ TEST_F(Stepping, LeavesOutWhatTheUserLeavesOut) {
 }
 
 TEST_F(Stepping, ShowsNothingWhenEveryFileIsLeftOut) {
-  run.answers("yy");
+  run.work.boxes.answer("yy");
   start({"~a", "~b"});
   EXPECT_FALSE(dialog.Visible());
   EXPECT_EQ(run.work.context.runSummary, u"");
@@ -82,36 +75,36 @@ TEST_F(Stepping, ShowsNothingWhenEveryFileIsLeftOut) {
   EXPECT_FALSE(dialog.Visible());
 }
 
-TEST_F(Stepping, ProtectsAgainBeforeClosing) {
-  run.file("a") = {.protection = word::wdAllowOnlyFormFields, .password = "p"};
-  run.typed = {"x", "p"};
-  run.answers("n");
-  start({"a"});
-  EXPECT_EQ(perform(),
-            "open a, activate a, password x, unprotect a x, box Incorrect Password, password p, "
-            "unprotect a p, replaced in a, statistics, story a 1, protect a 2 p, close a saving");
-}
-
-/// The name that this run goes by has a separator, and the question is about one without: nobody is asked.
-TEST_F(Stepping, LeavesAReadOnlyFileOpenWithoutAQuestionWhenItsSaveAsIsCancelled) {
-  run.file("a").readOnly = true;
-  run.word.refusals["close a"] = {5155};
-  run.answers("y");
-  start({"a", "b"});
-  EXPECT_EQ(perform(),
-            "open a, clear a, box Read Only File, activate a, replaced in a, statistics, "
-            "close a: 5155, open b, activate b");
-  EXPECT_EQ(run.word.openNames(), "a b");
-}
-
-TEST_F(Stepping, TellsOfAFileThatDoesNotClose) {
-  run.word.refusals["close a"] = {5155};
-  start({"a", "b"});
-  EXPECT_EQ(perform(),
-            "open a, activate a, replaced in a, statistics, close a: 5155, "
-            "box Difficulties Closing Current File., open b, activate b");
-  EXPECT_EQ(run.work.boxes.shown.back().text,
-            u"Difficulties closing file:C:\\f\\a\r\n\r\nYou may need to manually close this file.");
+TEST_F(Stepping, ClosesAsTheFileIs) {
+  const std::string start = "open a, activate a, ";
+  expectStories({.protection = word::wdAllowOnlyFormFields, .password = "p"},
+                {{start + "password x, unprotect a x, box Incorrect Password, password p, unprotect a p, "
+                          "replaced in a, statistics, story a 1, protect a 2 p, close a saving",
+                  "n",
+                  "-",
+                  {},
+                  {"x", "p"}}},
+                true);
+  // The name that this run goes by has a separator, and the question about the Save As is about one without:
+  // nobody is asked.
+  expectStories({.readOnly = true},
+                {{"open a, clear a, box Read Only File, activate a, replaced in a, statistics, close a: 5155",
+                  "y",
+                  "close a",
+                  {5155},
+                  {},
+                  "",
+                  "a"}},
+                true);
+  expectStories({},
+                {{start + "replaced in a, statistics, close a: 5155, box Difficulties Closing Current File.",
+                  "",
+                  "close a",
+                  {5155},
+                  {},
+                  "",
+                  "a"}},
+                true);
 }
 
 /// Here the numbers have no meaning of their own: whatever is refused while a file is made ready is reported
@@ -122,7 +115,7 @@ TEST_F(Stepping, ReportsWhatIsRefused) {
       run.word.refusals[call] = {std::stoi(number)};
       start({"a", "b"});
       EXPECT_FALSE(dialog.Visible());
-      EXPECT_EQ(std::exchange(run.work.reports.all, {}), Story{number + " cpf:44"}) << call;
+      EXPECT_EQ(std::exchange(run.work.reports, {}), Story{number + " cpf:44"}) << call;
       run.word.open.clear();
     }
     run.file("c") = {.protection = word::wdAllowOnlyReading};
@@ -132,16 +125,18 @@ TEST_F(Stepping, ReportsWhatIsRefused) {
     run.told();
     EXPECT_EQ(perform(),
               "replaced in c, statistics, story c 1, protect c: " + number + ", open b, activate b");
-    EXPECT_EQ(std::exchange(run.work.reports.all, {}), Story{number + " cpf:45a"});
+    EXPECT_EQ(std::exchange(run.work.reports, {}), Story{number + " cpf:45a"});
     run.word.open.clear();
   }
   EXPECT_TRUE(run.work.boxes.shown.empty());
 }
 
 TEST_F(Stepping, ClosesNothingWhereNothingIsOpen) {
+  start({"a"});
+  perform();
   run.engine().MultiPLUVO_CloseFile();
   EXPECT_EQ(run.told(), "");
-  EXPECT_EQ(run.work.reports.all, Story{"91 cpf:45a"});
+  EXPECT_EQ(run.work.reports, Story{"91 cpf:45a"});
 }
 
 }  // namespace

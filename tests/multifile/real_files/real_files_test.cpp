@@ -42,11 +42,6 @@ class RealFiles : public testing::Test {
     const std::string bytes = scratch.get(file);
     return docx::part(files::Bytes::of({bytes.begin(), bytes.end()}), name);
   }
-  /// How questions are answered: y for yes, n for no.
-  void answers(std::string_view letters) {
-    for (const char c : letters)
-      work.boxes.answers.push_back(c == 'y' ? forms::Answer::yes : forms::Answer::no);
-  }
   /// The titles of the boxes shown.
   std::vector<std::string> titles() const {
     std::vector<std::string> all;
@@ -71,27 +66,27 @@ TEST_F(RealFiles, ThatMayNotBeWrittenAreSavedUnderAnotherName) {
   scratch.put("~$c.txt", "");
   work.engine.Masks(u"?.txt");
 
-  answers("nnn");
+  work.boxes.answer("nnn");
   run();
   EXPECT_EQ(titles(), std::vector<std::string>(3, "Read Only File"));
   EXPECT_EQ(application->count(), 0);
   EXPECT_EQ(scratch.names().size(), 5U);
 
   saveAs = scratch.path("new.txt");
-  answers("ynn");
+  work.boxes.answer("ynn");
   run();
   EXPECT_EQ(scratch.get("a.txt"), "A");
   EXPECT_EQ(scratch.get("new.txt"), "B");
 
   work.boxes.shown.clear();
   saveAs.reset();
-  answers("nyyyn");
+  work.boxes.answer("nyyyn");
   run();
   EXPECT_THAT(titles(), ElementsAre("Read Only File", "Read Only File", "Save As Cancelled.",
                                     "Read Only File", "Save As Cancelled."));
   EXPECT_EQ(application->count(), 1) << "c.txt, which the user did not want closed";
   EXPECT_EQ(scratch.get("b.txt") + scratch.get("c.txt"), "AA");
-  EXPECT_THAT(work.reports.all, IsEmpty());
+  EXPECT_THAT(work.reports, IsEmpty());
 }
 
 TEST_F(RealFiles, ThatCannotBeOpenedDoNotStopTheRun) {
@@ -100,15 +95,15 @@ TEST_F(RealFiles, ThatCannotBeOpenedDoNotStopTheRun) {
                             std::string("E\0n\0c\0r\0y\0p\0t\0e\0d\0P\0a\0c\0k\0a\0g\0e\0", 32));
   scratch.put("~$c.txt", "A");
   scratch.put("z.txt", "A");
-  answers("yny");
+  work.boxes.answer("yny");
   run();
   EXPECT_THAT(titles(), ElementsAre("Incorrect Open/Modify Password", "Incorrect Open/Modify Password",
                                     "Potential Temporary File"));
-  EXPECT_THAT(work.reports.all, ElementsAre("5792 cpf:44"));
+  EXPECT_THAT(work.reports, ElementsAre("5792 cpf:44"));
   EXPECT_EQ(scratch.get("z.txt"), "B");
   EXPECT_EQ(scratch.get("~$c.txt"), "A");
 
-  answers("nn");
+  work.boxes.answer("nn");
   run();
   EXPECT_EQ(scratch.get("~$c.txt"), "B") << "the user said to process it";
 }
@@ -120,14 +115,14 @@ TEST_F(RealFiles, ThatAreProtectedAreUnlockedWhereThereIsNoPassword) {
   scratch.put("locked.docx", locked);
   scratch.put("z.txt", "A");
   typed = {u"anything", u"guess", u"another"};
-  answers("ny");
+  work.boxes.answer("ny");
   run();
   EXPECT_THAT(part("free.docx"), HasSubstr("<w:t>B</w:t>"));
   EXPECT_THAT(part("free.docx", "word/settings.xml"), HasSubstr(protection)) << "protected as before";
   EXPECT_EQ(scratch.get("locked.docx"), locked);
   EXPECT_THAT(titles(), ElementsAre("Incorrect Password", "Incorrect Password"));
   EXPECT_EQ(scratch.get("z.txt"), "B");
-  EXPECT_THAT(work.reports.all, IsEmpty());
+  EXPECT_THAT(work.reports, IsEmpty());
   EXPECT_EQ(application->count(), 0);
 }
 
