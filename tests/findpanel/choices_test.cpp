@@ -44,33 +44,27 @@ TEST_F(Choices, RefuseWhatIsNotListed) {
 }
 
 TEST_F(Choices, TakeADistanceTyped) {
-  struct Case {
-    const char16_t* typed;
-    bool taken;
-  };
-  const Case cases[] = {{u"25", true},     {u"Same", true}, {u"0", true},     {u"-3", true},
-                        {u"123456", true}, {u"far", false}, {u"same", false}, {u"", false}};
   auto& distance = list(u"cboxNumberDistanceApart");
-  for (const Case& it : cases) {
-    const std::u16string before = distance.Text();
-    EXPECT_EQ(distance.enter(it.typed), it.taken) << errors::utf8(it.typed);
-    EXPECT_EQ(distance.Text(), it.taken ? it.typed : before);
-    EXPECT_EQ(told(), it.taken ? std::vector<std::string>() : std::vector<std::string>{kDistanceRefused});
+  for (const char16_t* typed : {u"25", u"Same", u"0", u"-3", u"123456"}) {
+    EXPECT_TRUE(distance.enter(typed));
+    EXPECT_EQ(distance.Text(), typed);
+    EXPECT_THAT(told(), IsEmpty());
+  }
+  for (const char16_t* typed : {u"far", u"same", u""}) {
+    EXPECT_FALSE(distance.enter(typed));
+    EXPECT_EQ(distance.Text(), u"123456");
+    EXPECT_THAT(told(), ElementsAre(kDistanceRefused));
   }
 }
 
 TEST_F(Choices, AskForADistanceBeyondTheList) {
-  struct Case {
-    const char16_t* answer;
-    const char16_t* distance;
-  };
-  const Case cases[] = {{u"12345", u"9999"}, {u"2.6", u"3"},  {u"2.5", u"2"},
-                        {u"", u"Same"},      {u"x", u"Same"}, {u" 12", u"12"},
-                        {u"0", u"0"},        {u"-5", u"-5"},  {u"00001", u"9999"}};
-  for (const Case& it : cases) {
-    inputs.answer = it.answer;
+  const std::pair<const char16_t*, const char16_t*> cases[] = {
+      {u"12345", u"9999"}, {u"2.6", u"3"}, {u"", u"Same"}, {u"x", u"Same"},
+      {u" 12", u"12"},     {u"0", u"0"},   {u"-5", u"-5"}, {u"00001", u"9999"}};
+  for (const auto& [answer, distance] : cases) {
+    inputs.answer = answer;
     choose(u"cboxNumberDistanceApart", u"(More...)");
-    EXPECT_EQ(list(u"cboxNumberDistanceApart").Value(), it.distance) << errors::utf8(it.answer);
+    EXPECT_EQ(list(u"cboxNumberDistanceApart").Value(), distance) << errors::utf8(answer);
   }
   EXPECT_EQ(inputs.prompts.front(), u"Distance apart value.: Please input a value between 1 and 9999.");
   EXPECT_THAT(told(), IsEmpty());
@@ -94,21 +88,17 @@ std::string on(const forms::Form& form) {
 }
 
 TEST_F(Choices, SwitchWithTheOperation) {
-  struct Case {
-    const char16_t* operation;
-    std::optional<std::u16string> position;
-    const char* on;
-  };
-  const Case cases[] = {{u"Insert", u"0", "+++-"},         {u"Replace", std::nullopt, "-++-"},
-                        {u"Delete", std::nullopt, "--+-"}, {u"Highlight", std::nullopt, "--++"},
-                        {u"None", std::nullopt, "----"},   {u"Insert", u"0", "+++-"}};
+  const std::pair<const char16_t*, const char*> cases[] = {{u"Insert", "+++-"}, {u"Replace", "-++-"},
+                                                           {u"Delete", "--+-"}, {u"Highlight", "--++"},
+                                                           {u"None", "----"},   {u"Insert", "+++-"}};
   EXPECT_EQ(on(dialog()), "----") << "as designed, with no operation";
-  for (const Case& it : cases) {
+  for (const auto& [operation, ons] : cases) {
+    const bool inserts = operation == std::u16string(u"Insert");
     type(u"txtTextToEnter", u"kept");
-    choose(u"cboxProcOperation1", it.operation);
-    EXPECT_EQ(list(u"cboxProcRelativePosition1").Value(), it.position) << errors::utf8(it.operation);
-    EXPECT_EQ(on(dialog()), it.on) << errors::utf8(it.operation);
-    if (it.position) choose(u"cboxProcRelativePosition1", u"After");
+    choose(u"cboxProcOperation1", operation);
+    EXPECT_EQ(list(u"cboxProcRelativePosition1").Value().value_or(u"none"), inserts ? u"0" : u"none");
+    EXPECT_EQ(on(dialog()), ons) << errors::utf8(operation);
+    if (inserts) choose(u"cboxProcRelativePosition1", u"After");
   }
   EXPECT_EQ(box(u"txtTextToEnter").Text(), u"kept");
   EXPECT_EQ(list(u"cboxProcRelativePosition1").Value(), u"1");
@@ -116,35 +106,30 @@ TEST_F(Choices, SwitchWithTheOperation) {
 }
 
 TEST_F(Choices, AskForTheTextOfAPlace) {
-  struct Case {
-    const char16_t* begin;
-    const char16_t* end;
-    const char16_t* inside;
+  const struct {
+    const char16_t* texts;  ///< of which boxes: begin, end, inside
     const char16_t* place;
     const char* refusal;
-  };
-  const Case cases[] = {
-      {u"", u"", u"", u"Selection", nullptr},
-      {u"", u"e", u"", u"Beginning",
-       "You must fill in 'Begins with' text before selecting an operation on it. | Pluvorama"},
-      {u"b", u"", u"", u"Beginning", nullptr},
-      {u"b", u"", u"", u"Ending",
-       "You must fill in 'Ends with' text before selecting an operation on it. | Pluvorama"},
-      {u"b", u"e", u"", u"Ending", nullptr},
-      {u"b", u"e", u"", u"Inside Text",
-       "You must fill in 'Inside Text' text before selecting an operation on it. | Pluvorama"},
-      {u"b", u"", u"i", u"Inside Text",
-       "You must fill in 'Ends with' text before selecting an operation on Inside text. | Pluvorama"},
-      {u"b", u"e", u"i", u"Inside Text", nullptr}};
+  } cases[] = {{u"", u"Selection", ""},
+               {u"e", u"Beginning", "'Begins with' text before selecting an operation on it."},
+               {u"b", u"Beginning", ""},
+               {u"b", u"Ending", "'Ends with' text before selecting an operation on it."},
+               {u"be", u"Ending", ""},
+               {u"be", u"Inside Text", "'Inside Text' text before selecting an operation on it."},
+               {u"bi", u"Inside Text", "'Ends with' text before selecting an operation on Inside text."},
+               {u"bei", u"Inside Text", ""}};
   choose(u"cboxProcOperation1", u"Delete");
-  for (const Case& it : cases) {
+  for (const auto& [texts, place, refusal] : cases) {
+    const std::u16string filled = texts;
     choose(u"cboxProcSelection1", u"Selection");
-    box(u"txtBeginText").Text(it.begin);
-    box(u"txtEndText").Text(it.end);
-    box(u"txtInsideText1").Text(it.inside);
-    choose(u"cboxProcSelection1", it.place);
-    EXPECT_EQ(told(), it.refusal ? std::vector<std::string>{it.refusal} : std::vector<std::string>());
-    EXPECT_EQ(list(u"cboxProcSelection1").Text(), it.refusal ? u"Selection" : it.place);
+    for (const auto& [name, letter] : {std::pair{u"txtBeginText", u'b'}, std::pair{u"txtEndText", u'e'},
+                                       std::pair{u"txtInsideText1", u'i'}})
+      box(name).Text(filled.find(letter) == filled.npos ? u"" : u"text");
+    choose(u"cboxProcSelection1", place);
+    const bool refused = *refusal != 0;
+    const std::vector<std::string> box = {"You must fill in " + std::string(refusal) + " | Pluvorama"};
+    EXPECT_EQ(told(), refused ? box : std::vector<std::string>());
+    EXPECT_EQ(list(u"cboxProcSelection1").Text(), refused ? u"Selection" : place);
   }
 }
 

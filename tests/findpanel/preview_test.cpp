@@ -3,6 +3,7 @@
 namespace pluvo::host {
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::StartsWith;
@@ -39,30 +40,26 @@ TEST_F(Preview, ShowsWhatIsFound) {
 }
 
 TEST_F(Preview, ShowsWhatIsMadeOfIt) {
-  struct Case {
-    const char16_t* operation;
-    const char16_t* place;
-    const char* made;
-  };
-  const Case cases[] = {{u"None", u"Selection", "A..{Unknown text}..B..{Unknown text}..C"},
-                        {u"Insert", u"Selection", "NEW A..{Unknown text}..B..{Unknown text}..C"},
-                        {u"Insert", u"Ending", "A..{Unknown text}..B..{Unknown text}..NEW C"},
-                        {u"Replace", u"Selection", "NEW"},
-                        {u"Replace", u"Inside Text", "A..{Unknown text}..NEW..{Unknown text}..C"},
-                        {u"Delete", u"Beginning", "..{Unknown text}..B..{Unknown text}..C"},
-                        {u"Delete", u"Selection", "{Nothing}"},
-                        {u"Highlight", u"Selection", "{Green: A..{Unknown text}..B..{Unknown text}..C}"},
-                        {u"Highlight", u"Inside Text", "A..{Unknown text}..{Green: B}..{Unknown text}..C"}};
+  const std::tuple<const char16_t*, const char16_t*, const char*> cases[] = {
+      {u"None", u"Selection", "A..{Unknown text}..B..{Unknown text}..C"},
+      {u"Insert", u"Selection", "NEW A..{Unknown text}..B..{Unknown text}..C"},
+      {u"Insert", u"Ending", "A..{Unknown text}..B..{Unknown text}..NEW C"},
+      {u"Replace", u"Selection", "NEW"},
+      {u"Replace", u"Inside Text", "A..{Unknown text}..NEW..{Unknown text}..C"},
+      {u"Delete", u"Beginning", "..{Unknown text}..B..{Unknown text}..C"},
+      {u"Delete", u"Selection", "{Nothing}"},
+      {u"Highlight", u"Selection", "{Green: A..{Unknown text}..B..{Unknown text}..C}"},
+      {u"Highlight", u"Inside Text", "A..{Unknown text}..{Green: B}..{Unknown text}..C"}};
   type(u"txtBeginText", u"A");
   type(u"txtEndText", u"C");
   type(u"txtInsideText1", u"B");
   tick(u"chkExtraSpace");
-  for (const Case& it : cases) {
-    choose(u"cboxProcOperation1", it.operation);
-    box(u"txtTextToEnter").Text(u"NEW");
-    list(u"cboxHighlighters").Text(u"Green");
-    list(u"cboxProcSelection1").Text(it.place);
-    EXPECT_EQ(made(), it.made);
+  box(u"txtTextToEnter").Text(u"NEW");
+  list(u"cboxHighlighters").Text(u"Green");
+  for (const auto& [operation, place, expected] : cases) {
+    choose(u"cboxProcOperation1", operation);
+    list(u"cboxProcSelection1").Text(place);
+    EXPECT_EQ(made(), expected);
   }
   list(u"cboxHighlighters").Text(u"No Highlight");
   EXPECT_EQ(made(), "A..{Unknown text}..{not highlighted: B}..{Unknown text}..C");
@@ -74,30 +71,27 @@ TEST_F(Preview, ShowsWhatIsMadeOfIt) {
 
 TEST_F(Preview, TellsDistanceAndOptions) {
   type(u"txtEndText", u"Yours");
-  EXPECT_THAT(shown(), HasSubstr("in the same paragraph, or in two that follow each other."));
-  choose(u"cboxNumberDistanceApart", u"1");
-  choose(u"cboxUnitDistanceApart", u"Word(s)");
-  EXPECT_THAT(shown(), HasSubstr("Besides the words that they stand in, there are no more than 1 word "));
-  list(u"cboxNumberDistanceApart").enter(u"25");
-  choose(u"cboxUnitDistanceApart", u"Sentence(s)");
-  EXPECT_THAT(shown(), HasSubstr("no more than 25 sentences between"));
-  list(u"cboxNumberDistanceApart").enter(u"2.6");
-  EXPECT_THAT(shown(), HasSubstr("no more than 3 sentences between"));
-  list(u"cboxNumberDistanceApart").enter(u"-1");
-  EXPECT_THAT(shown(), HasSubstr("are in the same sentence."));
-  choose(u"cboxUnitDistanceApart", u"Entire Document");
-  EXPECT_THAT(shown(), HasSubstr("anywhere behind the beginning."));
+  const std::tuple<const char16_t*, const char16_t*, const char*> distances[] = {
+      {u"Same", u"Paragraph(s)", "in the same paragraph, or in two that follow each other."},
+      {u"1", u"Word(s)", "Besides the words that they stand in, there are no more than 1 word between"},
+      {u"25", u"Sentence(s)", "no more than 25 sentences between"},
+      {u"2.6", u"Sentence(s)", "no more than 3 sentences between"},
+      {u"-1", u"Sentence(s)", "are in the same sentence."},
+      {u"-2", u"Entire Document", "anywhere behind the beginning."}};
+  for (const auto& [distance, unit, sentence] : distances) {
+    list(u"cboxNumberDistanceApart").enter(distance);
+    choose(u"cboxUnitDistanceApart", unit);
+    EXPECT_THAT(shown(), HasSubstr(sentence));
+  }
   EXPECT_THAT(shown(), HasSubstr("taken as the same.  The search starts at the beginning of the document."));
-  tick(u"chkMatchCase");
-  tick(u"chkMatchWholeWords");
-  tick(u"chkShowFieldCodes");
+  for (const char16_t* name : {u"chkMatchCase", u"chkMatchWholeWords", u"chkShowFieldCodes"}) tick(name);
   tick(u"chkStartFindsFromBeginning", false);
   EXPECT_THAT(shown(), HasSubstr("told apart.  Only whole words are found.  Fields are searched by their "
                                  "codes, not by what they show.  The search starts at the cursor."));
   type(u"txtFilePath", u"/letters");
-  EXPECT_THAT(shown(), HasSubstr("The files in /letters are searched"));
   choose(u"cboxProcOperation1", u"Delete");
-  EXPECT_THAT(shown(), HasSubstr("changed without asking."));
+  EXPECT_THAT(shown(),
+              AllOf(HasSubstr("The files in /letters are searched"), HasSubstr("changed without asking.")));
   tick(u"chkConfirmEach");
   EXPECT_THAT(shown(), HasSubstr("You are asked before each change."));
 }

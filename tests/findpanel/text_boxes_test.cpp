@@ -18,9 +18,9 @@ class TextBoxes : public testing::Test, protected OpenedDialog {
     choose(u"cboxProcOperation1", u"Replace");
   }
   /// Ctrl+V: the box takes the clipboard's text, then the key comes up.
-  std::u16string paste(const char16_t* name, std::int16_t shift = forms::kControl) {
+  std::u16string paste(const char16_t* name) {
     type(name, u"clipboard");
-    box(name).releaseKey(forms::kVKey, shift);
+    box(name).releaseKey(forms::kVKey, forms::kControl);
     return box(name).Text();
   }
 };
@@ -49,18 +49,25 @@ TEST_F(TextBoxes, TakeTheSelectionInTheClipboardsPlace) {
 }
 
 TEST_F(TextBoxes, KeepTheClipboardsTextOtherwise) {
-  select(4, 13);
-  EXPECT_EQ(paste(u"txtBeginText"), u"clipboard") << "off";
-  tick(u"chkControlVButton");
-  EXPECT_EQ(paste(u"txtBeginText", forms::kControl | forms::kShift), u"clipboard");
-  EXPECT_EQ(paste(u"txtBeginText", forms::kControl | forms::kAlt), u"clipboard");
-  EXPECT_EQ(paste(u"txtBeginText", 0), u"clipboard");
-  type(u"txtBeginText", u"typed");
-  box(u"txtBeginText").releaseKey(67, forms::kControl);
-  EXPECT_EQ(box(u"txtBeginText").Text(), u"typed") << "another key";
-  for (const int end : {4, 5}) {
-    select(4, end);
-    EXPECT_EQ(paste(u"txtBeginText"), u"clipboard") << "an insertion point, or one character";
+  const struct {
+    const char* why;
+    bool on;
+    int shift;
+    std::int32_t selectedTo;
+    std::int16_t key = forms::kVKey;
+  } cases[] = {{"off", false, forms::kControl, 13},
+               {"with Shift", true, forms::kControl | forms::kShift, 13},
+               {"with Alt", true, forms::kControl | forms::kAlt, 13},
+               {"alone", true, 0, 13},
+               {"another key", true, forms::kControl, 13, 67},
+               {"an insertion point", true, forms::kControl, 4},
+               {"one character", true, forms::kControl, 5}};
+  for (const auto& [why, on, shift, selectedTo, key] : cases) {
+    tick(u"chkControlVButton", on);
+    select(4, selectedTo);
+    type(u"txtBeginText", u"clipboard");
+    box(u"txtBeginText").releaseKey(key, static_cast<std::int16_t>(shift));
+    EXPECT_EQ(box(u"txtBeginText").Text(), u"clipboard") << why;
   }
 }
 
