@@ -28,6 +28,8 @@ std::string shownOf(const forms::Control& control) {
   if (const auto* list = dynamic_cast<const forms::ComboBox*>(&control)) text = list->Text();
   if (const auto* list = dynamic_cast<const forms::ListBox*>(&control); list && list->MultiSelect())
     kind += " of several";
+  if (const auto* button = dynamic_cast<const forms::CommandButton*>(&control); button && button->Default())
+    kind += " default";
   if (!control.Enabled()) kind += " off";
   if (!control.Visible()) kind += " hidden";
   return errors::utf8(control.Name()) + '|' + kind + '|' + errors::utf8(text) + '|' +
@@ -65,17 +67,23 @@ TEST_F(Design, ShowsTheTextsOfTheManual) {
        "here that will restrict the large block find a little further\n",
        "cboxUnitDistanceApart|combo box|Paragraph(s)|Choose the distance that the End of the 'Begins with' "
        "and Beginning of the 'Ends with' text are allowed to be\n",
-       "cboxProcSelection1|combo box off|Selection|", "cboxProcRelativePosition1|combo box off||\n",
-       "cboxHighlighters|combo box hidden|Yellow|", "txtOperationDisplay|text box of lines read-only||\n",
+       "cboxProcSelection1|combo box off|Selection|",
+       "cboxProcRelativePosition1|combo box off||\n",
+       "cboxHighlighters|combo box hidden|Yellow|",
+       "txtOperationDisplay|text box of lines read-only||\n",
        "|Take a look at what the above Find && Operate Procedure will perform\n",
-       "chkFTother|check box||Choose a file Extention\n", "lbxPotentialFiles|list box of several||\n",
+       "txtFilePath|text box||",
+       "|button default|Execute",
+       "chkFTother|check box||Choose a file Extention\n",
+       "lbxPotentialFiles|list box of several||\n",
        "lblPleaseWait|label hidden|Searching though Directories...|\n",
        "chkMatchWholeWords|check box|Match Whole Words Only|Microsoft® Word® Stanadard Whole Word Matching\n",
        "chkMatchCase|check box|Match Case|Microsoft® Word® Standard Match Case\n",
        "|This will stop other information prompts like number of occurances etc..\n",
        "|Brings up confirmation box for each found occurance before making any changes\n",
        "chkControlVButton|check box|Ctrl+V Inserts Selected/Highligted Data (off = Paste from Clipboard)|If ",
-       "lblInstructions|link|Instructions|Open Instructions Document\n", "lblVersion|label|Version 1.3|\n",
+       "lblInstructions|link|Instructions|Open Instructions Document\n",
+       "lblVersion|label|Version 1.3|\n",
        "|PLUVO changes what you tell it to change.  Keep a copy of documents that have no other.|",
        "lblDownloadSite|link|Download your Fresh PLUVO today!|\n"})
     EXPECT_THAT(shown, HasSubstr(line));

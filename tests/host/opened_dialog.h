@@ -16,6 +16,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <regex>
 #include <string>
 #include <utility>
 #include <vector>
@@ -141,20 +142,11 @@ class OpenedDialog {
       texts.push_back(errors::utf8(box.text) + " | " + errors::utf8(box.title.value_or(u"")));
     return texts;
   }
-  /// The tags and numbers of the reports shown since the last time.
+  /// "number tag" of the reports shown since the last time.
   std::vector<std::string> reported() {
-    std::vector<std::string> reports;
-    for (const std::string& text : told()) {
-      const auto tag = text.find("information:\r\n\r\n");
-      const auto number = text.find("Error Code(");
-      if (tag == std::string::npos || number == std::string::npos) {
-        reports.push_back(text);
-        continue;
-      }
-      const std::size_t from = tag + std::string("information:\r\n\r\n").size();
-      reports.push_back(text.substr(number + 11, text.find(')', number) - number - 11) + ' ' +
-                        text.substr(from, text.find("\r\n", from) - from));
-    }
+    static const std::regex report(R"([^]*information:\r\n\r\n(.*)\r\n\r\nError Code\((-?\d+)\)[^]*)");
+    std::vector<std::string> reports = told();
+    for (std::string& text : reports) text = std::regex_replace(text, report, "$2 $1");
     return reports;
   }
 

@@ -11,19 +11,19 @@ using testing::IsEmpty;
 
 class StartUp : public testing::Test, protected OpenedDialog {};
 
-TEST_F(StartUp, PutsTheCursorIntoTheBeginning) {
-  open();
-  EXPECT_EQ(dialog().ActiveControl(), &box(u"txtBeginText"));
-  EXPECT_THAT(told(), IsEmpty());
-}
-
 TEST_F(StartUp, HappensOnce) {
-  open([&] { type(u"txtBeginText", u"kept"); });
+  open([&] {
+    EXPECT_EQ(dialog().ActiveControl(), &box(u"txtBeginText"));
+    type(u"txtBeginText", u"kept");
+    dialog().get<forms::MultiPage>(u"MultiPage1").choose(2);
+    EXPECT_EQ(forms.repaints, 1) << "redrawn where tabs are switched";
+  });
   const std::string tip = display();
   open();
   EXPECT_EQ(box(u"txtBeginText").Text(), u"kept");
   EXPECT_EQ(display(), tip);
   EXPECT_EQ(random.seeds, 1);
+  EXPECT_THAT(told(), IsEmpty());
 }
 
 TEST_F(StartUp, ShowsATipWhereThatIsSaved) {
@@ -66,12 +66,6 @@ TEST_F(StartUp, FaultBehindTheReporterIsReportedAndLeavesTheDialog) {
                           "support@pluvo.example\r\nwith the below information:\r\n\r\nFF:41\r\n\r\nError "
                           "Code(7):Out of memory\r\n | An error has occured in P.L.U.V.O."));
   EXPECT_THAT(log(), HasSubstr("FF:41"));
-}
-
-TEST_F(StartUp, RedrawsWhenTabsAreSwitched) {
-  open([&] { dialog().get<forms::MultiPage>(u"MultiPage1").choose(2); });
-  EXPECT_EQ(dialog().get<forms::MultiPage>(u"MultiPage1").Value(), 2U);
-  EXPECT_EQ(forms.repaints, 1);
 }
 
 TEST(Tips, AreAllShownInAThousandOpenings) {

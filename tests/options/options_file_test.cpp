@@ -50,7 +50,7 @@ TEST_F(OptionsFile, RestoresWhatWasSaved) {
 }
 
 TEST_F(OptionsFile, KeepsTheReservedFields) {
-  options("one\xFF;two;False;False;False;False;False;False;False;False;False;");
+  options("  \"one\xFF;two;False;False;False;False;False;False;False;False;False;\" rest");
   open([&] {
     tick(u"chkExtraSpace");
     press(u"cmdSaveOptions");
@@ -59,28 +59,26 @@ TEST_F(OptionsFile, KeepsTheReservedFields) {
 }
 
 TEST_F(OptionsFile, DamagedIsReportedAndLeavesAUsableDialog) {
-  struct Case {
+  const std::string eight = "r;r;True;True;True;False;True;True;False;True;";
+  const struct {
     std::string bytes;
     std::string ticks;
     std::vector<std::string> reports;
-  };
-  const std::string eight = "r;r;True;True;True;False;True;True;False;True;";
-  const Case cases[] = {{"", kDesigned, {"62 FF:02"}},
-                        {"\r\n", kDesigned, {"9 FF:02"}},
-                        {"r", kDesigned, {"9 FF:02"}},
-                        {"r;r", kDesigned, {"9 FF:02"}},
-                        {"r;r;", kDesigned, {"13 FF:02"}},       // an empty value
-                        {"r;r;True", "100100100", {"9 FF:02"}},  // the second box reads behind the last field
-                        {eight + "True", "111011011", {}},
-                        {eight + "True;\r\nsecond line", "111011011", {}},
-                        {eight.substr(0, eight.size() - 1), "111011010", {"9 FF:02"}},
-                        {eight, "111011010", {"13 FF:02"}},
-                        {"r;r;TRUE;-1;0;false;true;1;False;Yes;True;", "110011000", {"13 FF:02"}},
-                        {"r,r;True;", kDesigned, {"9 FF:02"}},  // a comma ends the field
-                        {" \"" + eight + "True;\" rest", "111011011", {}},
-                        {std::string(100000, 'x'), kDesigned, {"9 FF:02"}},
-                        {std::string("\0;\xFF;\0", 5), kDesigned, {"13 FF:02"}}};
-  for (const Case& it : cases) {
+  } cases[] = {{"", kDesigned, {"62 FF:02"}},
+               {"\r\n", kDesigned, {"9 FF:02"}},
+               {"  ", kDesigned, {"9 FF:02"}},
+               {"r", kDesigned, {"9 FF:02"}},
+               {"r;r;", kDesigned, {"13 FF:02"}},       // an empty value
+               {"r;r;True", "100100100", {"9 FF:02"}},  // the second box reads behind the last field
+               {eight + "True", "111011011", {}},
+               {eight + "True;\r\nsecond line", "111011011", {}},
+               {eight.substr(0, eight.size() - 1), "111011010", {"9 FF:02"}},
+               {eight, "111011010", {"13 FF:02"}},
+               {"r;r;TRUE;-1;0;false;true;1;False;Yes;True;", "110011000", {"13 FF:02"}},
+               {"r,r;True;", kDesigned, {"9 FF:02"}},  // a comma ends the field
+               {std::string(100000, 'x'), kDesigned, {"9 FF:02"}},
+               {std::string("\0;\xFF;\0", 5), kDesigned, {"13 FF:02"}}};
+  for (const auto& it : cases) {
     folder.put("templates/PLUVO/PLUVO.cfg", it.bytes);
     restart();
     open();
