@@ -1,3 +1,4 @@
+#include "documents/files/scratch.h"
 #include "errors/clsErrorLogging.h"
 #include "errors/context.h"
 #include "errors/text.h"
@@ -5,9 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <vector>
 
 namespace pluvo::errors {
@@ -27,18 +25,10 @@ class Reporter : public testing::Test {
   Reporter() {
     context.reporter = std::make_shared<clsErrorLogging>(context.currentFault, shown, [] { return u"NOW"; });
     context.stopPreface = u"Stopped.\r\n\r\n";
-    std::filesystem::create_directories(folder);
   }
-  ~Reporter() override { std::filesystem::remove_all(folder); }
+  std::u16string log(const char* name) const { return nameText(folder.path(name)); }
 
-  std::u16string log(const char* name) const { return (folder / name).u16string(); }
-  static std::string read(const std::u16string& path) {
-    std::ostringstream text;
-    text << std::ifstream(std::filesystem::path(path), std::ios::binary).rdbuf();
-    return text.str();
-  }
-
-  std::filesystem::path folder = std::filesystem::path(testing::TempDir()) / "pluvo-reporter-test";
+  files::Scratch folder;
   Shown shown;
   Context context;
   clsErrorLogging& reporter() { return *context.reporter; }
@@ -105,8 +95,9 @@ TEST_F(Reporter, AppendsEachReportToTheLog) {
   reporter().ErrorDetailLevel(1);
   context.report(overflow());
   context.report(typeMismatch());
-  EXPECT_EQ(read(log("errörs.txt")), "\r\nNOW\r\nStopped.\r\n\r\n\r\n\r\nError Code(6)\r\n" + separator +
-                                         "\r\nNOW\r\nStopped.\r\n\r\n\r\n\r\nError Code(13)\r\n" + separator);
+  EXPECT_EQ(folder.get("errörs.txt"), "\r\nNOW\r\nStopped.\r\n\r\n\r\n\r\nError Code(6)\r\n" + separator +
+                                          "\r\nNOW\r\nStopped.\r\n\r\n\r\n\r\nError Code(13)\r\n" +
+                                          separator);
 }
 
 TEST_F(Reporter, LetsAFaultOfItsOwnTravelToTheCaller) {
@@ -120,21 +111,15 @@ TEST_F(Reporter, LetsAFaultOfItsOwnTravelToTheCaller) {
   EXPECT_TRUE(shown.texts.empty()) << "the record comes before the box";
 }
 
-TEST(Faults, AreMadeOfAnyException) {
-  const auto numberOf = [](auto exception) {
-    try {
-      throw exception;
-    } catch (...) {
-      return faultInFlight().number;
-    }
+TEST_F(Reporter, TakesAnyExceptionForAFault) {
+  const auto reported = [&](auto exception) {
+    guarded(context, u"", [&] { throw exception; });
+    return shown.texts.back().substr(12);
   };
-  EXPECT_EQ(numberOf(Fault(4608, u"Value out of range")), 4608);
-  EXPECT_EQ(numberOf(std::bad_alloc()), kOutOfMemory);
-  try {
-    throw std::runtime_error("no \xC3\xA4 here");
-  } catch (...) {
-    EXPECT_EQ(faultInFlight().description, u"no \u00E4 here");
-  }
+  reporter().ErrorDetailLevel(2);
+  EXPECT_EQ(reported(Fault(4608, u"Value out of range")), u"\r\n\r\nError Description:Value out of range");
+  EXPECT_EQ(reported(std::bad_alloc()), u"\r\n\r\nError Description:Out of memory");
+  EXPECT_EQ(reported(std::runtime_error("no \xC3\xA4 here")), u"\r\n\r\nError Description:no \u00E4 here");
 }
 
 TEST(ErrorTable, TakesLineEndsAsColonsAndQuotesTwice) {

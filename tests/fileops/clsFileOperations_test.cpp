@@ -69,6 +69,7 @@ TEST(Copy, GoesOnAsTheMissingFolderIsAnswered) {
     std::size_t messages;
     std::int32_t policy;
     bool failures;
+    const char16_t* folder = u"d\\";
   } cases[] = {
       {"it works", {}, {}, {kCopy}, {}, 0, 0, false},
       {"another error is told", {5}, {}, {kCopy}, {"5 s\\a d\\b"}, 0, 1, true},
@@ -87,14 +88,16 @@ TEST(Copy, GoesOnAsTheMissingFolderIsAnswered) {
        2,
        0,
        false},
-      {"it cannot be made", {3, 13, 3, 13}, {}, {kCopy, kCreate, kCopy, kCreate}, {}, 2, 1, true}};
+      {"it cannot be made", {3, 13, 3, 13}, {}, {kCopy, kCreate, kCopy, kCreate}, {}, 2, 1, true},
+      {"no folder to ask about", {3}, {}, {"copy s\\a b"}, {}, 0, 0, false, u""},
+      {"no folder to make", {3}, {}, {"copy s\\a b"}, {}, 0, 1, false, u""}};
   for (const auto& one : cases) {
     SCOPED_TRACE(one.story);
     ScriptedActions actions;
     Workplace work(actions);
     work.operations.SourcePath(u"s");
     work.operations.SourceFile(u"a");
-    work.operations.DestinationPath(u"d\\");
+    work.operations.DestinationPath(one.folder);
     work.operations.DestinationFile(u"b");
     work.operations.AutoCreateFolders(one.policy);
     actions.results = one.results;
@@ -107,19 +110,6 @@ TEST(Copy, GoesOnAsTheMissingFolderIsAnswered) {
     EXPECT_TRUE(work.boxes.answers.empty());
     work.operations.FailuresReset();
     EXPECT_FALSE(work.operations.Failures());
-  }
-}
-
-TEST(Copy, AsksNothingWithoutADestinationFolder) {
-  for (const std::int32_t policy : {0, 1}) {
-    ScriptedActions actions;
-    Workplace work(actions);
-    actions.results = {3};
-    work.operations.AutoCreateFolders(policy);
-    work.operations.Copy();
-    EXPECT_EQ(actions.calls.size(), 1U);
-    EXPECT_FALSE(work.operations.Failures());
-    EXPECT_TRUE(work.boxes.shown.empty());
   }
 }
 
