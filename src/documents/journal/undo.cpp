@@ -106,11 +106,11 @@ Undone undoOne(files::FileSystem& system, const Record& record, const std::strin
     const auto original = originalOf(system, record, run);
     // An undo that was killed may have swapped the two; both may be of one size and moment.
     const bool isTakenBack = original && isFileOf(system.statusAt(*original).stamp, record.after);
-    if (isTakenBack || (!isFileOf(found, record.after) && isVersion(found, record.before.stamp))) {
-      undone.outcome = Outcome::asBefore;
-    } else if (isVersion(found, record.after)) {
+    const bool isAsBefore =
+        isTakenBack || (!isFileOf(found, record.after) && isVersion(found, record.before.stamp));
+    if (!isAsBefore && isVersion(found, record.after)) {
       restore(system, record, found, original.value_or(originalIn(run, record.number)));
-    } else if (!original) {
+    } else if (isAsBefore || !original) {
       undone.outcome = Outcome::asBefore;
     } else {
       throw changedSince(changes.lastRunOn(record.text, found), *original);
