@@ -149,6 +149,8 @@ TEST_F(WorkInTheWindow, KeepsItAliveAndCanBeCancelled) {
     menu("&Undo Last Pass");
     EXPECT_EQ(length(), before);
     EXPECT_FALSE(document.changed());
+    execute();
+    EXPECT_EQ(text(document).find("[a]secret[b]"), std::string::npos) << "a cancel is for one run";
   });
 }
 
