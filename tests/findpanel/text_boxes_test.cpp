@@ -46,6 +46,8 @@ TEST_F(TextBoxes, TakeTheSelectionInTheClipboardsPlace) {
   for (const char16_t* name : kBoxes) EXPECT_EQ(paste(name), u"two three");
   select(8, 16);
   EXPECT_EQ(paste(u"txtBeginText"), u"three\rfo");
+  select(4, 6);
+  EXPECT_EQ(paste(u"txtBeginText"), u"tw") << "two characters are enough";
 }
 
 TEST_F(TextBoxes, KeepTheClipboardsTextOtherwise) {
