@@ -26,6 +26,10 @@ TEST_F(ShownForm, ChoosesWhereTheListClosesAndHearsOfTheMouseOverItsBoxesOnly) {
   user.click(form.lines);
   EXPECT_THAT(buttons, ElementsAre(kLeft)) << "not where the pointer was moved away";
 
+  form.check.Enabled(false);
+  user.post(user.widget(form.check), BM_CLICK);
+  EXPECT_EQ(user.seen(form.check), "off: [ ] Tick & tie");
+
   form.Hide();
   user.post(user.widget(form.button), BM_CLICK);
   EXPECT_EQ(pressed, "") << "nothing arrives while the form is hidden";
