@@ -61,8 +61,8 @@ void RunFile::save() {
     options.backupSuffix = around_.plan.backupSuffix;
     if (around_.plan.outputFolder) options.otherPath = placeForCopy();
     if (around_.journal != nullptr)
-      options.beforeReplacing = [this](const auto& replacement) {
-        return around_.journal->keep(replacement);
+      options.beforeReplacing = [journal = around_.journal](const auto& replacement) {
+        return journal->keep(replacement);
       };
     version_ = stored_->beginSave(options);
     if (version_) outcome_.savedAs = options.otherPath.value_or("");

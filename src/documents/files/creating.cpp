@@ -33,9 +33,20 @@ class Creating final : public Pending {
         original_(std::move(original)),
         opened_(opened),
         file_(system, std::string(folderPrefixOf(path_))),
-        stamp_(write(version)) {}
+        requireRight_(version.check) {
+    const std::optional<OpenFile> pattern =
+        opened_ ? std::optional<OpenFile>(std::in_place, system_, system_.openToRead(original_))
+                : openIfThere(system_, original_);
+    writeVersion(system_, file_, pattern ? &*pattern : nullptr, version);
+  }
+
+  void check() override {
+    saving([&] { stamp_ = checkVersion(system_, file_.handle(), requireRight_); });
+    requireRight_ = nullptr;
+  }
 
   Saved finish() override {
+    if (requireRight_) check();
     return saving([&] {
       // Its name comes when it is whole, and goes to the disk by itself: a program killed here leaves
       // nothing.
@@ -50,13 +61,6 @@ class Creating final : public Pending {
   }
 
  private:
-  Stamp write(const NewVersion& version) {
-    const std::optional<OpenFile> pattern =
-        opened_ ? std::optional<OpenFile>(std::in_place, system_, system_.openToRead(original_))
-                : openIfThere(system_, original_);
-    return writeVersion(system_, file_, pattern ? &*pattern : nullptr, version);
-  }
-
   void moveToPath() {
     try {
       file_.moveToFree(path_);
@@ -71,7 +75,8 @@ class Creating final : public Pending {
   const std::string original_;
   const std::optional<Stamp> opened_;
   TemporaryFile file_;
-  const Stamp stamp_;
+  std::function<void(const Bytes&)> requireRight_;  ///< until it was asked
+  Stamp stamp_;
 };
 
 }  // namespace

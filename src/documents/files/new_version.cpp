@@ -38,8 +38,8 @@ void setTime(FileSystem& system, const TemporaryFile& file, const OpenFile* orig
 
 }  // namespace
 
-Stamp writeVersion(FileSystem& system, TemporaryFile& file, const OpenFile* original,
-                   const NewVersion& version) {
+void writeVersion(FileSystem& system, TemporaryFile& file, const OpenFile* original,
+                  const NewVersion& version) {
   FileOutput output(system, file.handle());
   version.write(output);
   output.finish();
@@ -52,9 +52,12 @@ Stamp writeVersion(FileSystem& system, TemporaryFile& file, const OpenFile* orig
     setTime(system, file, original);
   }
   output.startWriting();
-  const FileContent written = readFile(system, file.handle());
-  version.check(written.bytes);
-  return written.stamp;
+}
+
+Stamp checkVersion(FileSystem& system, Handle written, const std::function<void(const Bytes&)>& check) {
+  const FileContent content = readFile(system, written);
+  check(content.bytes);
+  return content.stamp;
 }
 
 void flushFolder(FileSystem& system, const std::string& file) {

@@ -4,6 +4,7 @@
 #include "temporary_file.h"
 #include "wording.h"
 
+#include <functional>
 #include <string>
 #include <system_error>
 
@@ -12,10 +13,12 @@ namespace pluvo::files {
 /// Throws DocumentError changed.
 void requireSameStamp(const FileStatus& now, const Stamp& opened);
 
-/// Writes the version, with what the original has where there is one, and reads it back; the stamp is the
-/// finished file's. It need not be on disk yet.
-Stamp writeVersion(FileSystem& system, TemporaryFile& file, const OpenFile* original,
-                   const NewVersion& version);
+/// Writes the version, with what the original has where there is one. It need not be on disk yet.
+void writeVersion(FileSystem& system, TemporaryFile& file, const OpenFile* original,
+                  const NewVersion& version);
+
+/// Reads what was written back and has it checked; the stamp is the finished file's.
+Stamp checkVersion(FileSystem& system, Handle written, const std::function<void(const Bytes&)>& check);
 
 /// The version is in its place; what fails now cannot be taken back.
 void flushFolder(FileSystem& system, const std::string& file);

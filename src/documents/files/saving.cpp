@@ -104,22 +104,26 @@ class Replacing final : public Pending {
         real_(std::move(real)),
         before_(before),
         original_(system, system.openToRead(real_)),
-        replacement_(system, folderOfReal(), version.temporary) {
+        replacement_(system, folderOfReal(), version.temporary),
+        requireRight_(version.check),
+        beforeReplacing_(version.beforeReplacing),
+        backupSuffix_(backupSuffix) {
     hold(system, original_.handle(), real_, before.stamp);
-    saved_.stamp = writeVersion(system, replacement_, &original_, version);
-    if (backupSuffix) {
-      backup_.emplace(system, folderOfReal());
-      copyOriginal(system, original_.handle(), *backup_);
-      moveToFirstFree(*backup_, real_ + *backupSuffix);
-      backup_->finish();
-      saved_.backup = backup_->path();
-    }
-    if (version.beforeReplacing)
-      keeping_ =
-          version.beforeReplacing({real_, original_.handle(), before, saved_.stamp, replacement_.path()});
+    writeVersion(system, replacement_, &original_, version);
+  }
+
+  void check() override {
+    saving([&] {
+      saved_.stamp = checkVersion(system_, replacement_.handle(), requireRight_);
+      requireRight_ = nullptr;
+      if (backupSuffix_) backUp();
+      if (beforeReplacing_)
+        keeping_ = beforeReplacing_({real_, original_.handle(), before_, saved_.stamp, replacement_.path()});
+    });
   }
 
   Saved finish() override {
+    if (requireRight_) check();
     return saving([&] {
       replacement_.flush();
       if (keeping_) keeping_->wait();
@@ -134,11 +138,22 @@ class Replacing final : public Pending {
  private:
   std::string folderOfReal() const { return std::string(folderPrefixOf(real_)); }
 
+  void backUp() {
+    backup_.emplace(system_, folderOfReal());
+    copyOriginal(system_, original_.handle(), *backup_);
+    moveToFirstFree(*backup_, real_ + *backupSuffix_);
+    backup_->finish();
+    saved_.backup = backup_->path();
+  }
+
   FileSystem& system_;
   const std::string real_;
   const FileStatus before_;
   const OpenFile original_;
   TemporaryFile replacement_;
+  std::function<void(const Bytes&)> requireRight_;  ///< until it was asked
+  const std::function<std::unique_ptr<Keeping>(const Replacement&)> beforeReplacing_;
+  const std::optional<std::string> backupSuffix_;
   Saved saved_;
   std::optional<TemporaryFile> backup_;
   std::unique_ptr<Keeping> keeping_;

@@ -14,6 +14,10 @@ using files::Problem;
 
 namespace {
 
+/// A version that is not checked yet keeps its document's bytes and text in memory. Of larger documents no
+/// more are to be there than are worked on.
+constexpr std::size_t kMostUnchecked = std::size_t{256} << 10U;
+
 std::string_view nameIn(std::string_view path) { return path.substr(path.rfind('/') + 1); }
 
 void requireWhole(const files::Bytes& bytes) {
@@ -22,6 +26,13 @@ void requireWhole(const files::Bytes& bytes) {
         Problem::changed,
         "Part of the file could not be read any more: another program cut it short, or the disk "
         "failed. Nothing was written; open it again.");
+}
+
+DocumentError otherText() {
+  return {Problem::encoding,
+          "Read back, the new version would not be the same text, because its kind or encoding "
+          "could no longer be told; nothing was changed. Save the original as UTF-8 with a byte "
+          "order mark, or as .docx, first."};
 }
 
 }  // namespace
@@ -53,10 +64,12 @@ StoredDocument::Outcome StoredDocument::save(const SaveOptions& options) {
 std::unique_ptr<files::Pending> StoredDocument::beginSave(const SaveOptions& options) const {
   if (!document_->model().changed()) return nullptr;
   const files::NewVersion version = newVersion(path_, options);
-  if (options.otherPath)
-    return files::beginCreatingFile(*system_, *options.otherPath, path_, stamp_, version);
-  if (path_ != readPath_) requireFileNotOverwritten();
-  return files::beginReplacingFile(*system_, path_, stamp_, version, options.backupSuffix);
+  if (!options.otherPath && path_ != readPath_) requireFileNotOverwritten();
+  auto pending = options.otherPath
+                     ? files::beginCreatingFile(*system_, *options.otherPath, path_, stamp_, version)
+                     : files::beginReplacingFile(*system_, path_, stamp_, version, options.backupSuffix);
+  if (bytes_.view.size() > kMostUnchecked) pending->check();
+  return pending;
 }
 
 void StoredDocument::saveAs(const std::string& path) {
@@ -79,25 +92,19 @@ files::NewVersion StoredDocument::newVersion(const std::string& path, const Save
             source_->write(document_->model(), out);
             requireWhole(bytes_);
           },
-          [this, path](const files::Bytes& written) { requireSameDocument(written, path); },
+          [registry = registry_, format = format_, bytes = bytes_, text = document_->model().text(),
+           extension = std::string(formats::extensionOf(path))](const files::Bytes& written) {
+            if (registry->find(written.view, extension) != format) throw otherText();
+            // So that never more than one of the two files is in memory.
+            bytes.release();
+            const formats::Opened again = format->read(written);
+            const auto release = [&] {
+              bytes.release();
+              written.release();
+            };
+            if (!sameText(text, again.content.text, release)) throw otherText();
+          },
           options.beforeReplacing};
-}
-
-void StoredDocument::requireSameDocument(const files::Bytes& written, const std::string& path) const {
-  const DocumentError other(
-      Problem::encoding,
-      "Read back, the new version would not be the same text, because its kind or encoding "
-      "could no longer be told; nothing was changed. Save the original as UTF-8 with a byte "
-      "order mark, or as .docx, first.");
-  if (registry_->find(written.view, formats::extensionOf(path)) != format_) throw other;
-  // So that never more than one of the two files is in memory.
-  bytes_.release();
-  const formats::Opened again = format_->read(written);
-  const auto release = [&] {
-    bytes_.release();
-    written.release();
-  };
-  if (!sameText(document_->model().text(), again.content.text, release)) throw other;
 }
 
 Store::Store(files::FileSystem& system)

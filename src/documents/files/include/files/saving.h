@@ -56,6 +56,7 @@ class Keeping {
 struct NewVersion {
   std::function<void(Output&)> write;
   /// Given what was written, read back from the disk. Throws DocumentError where that is not what was meant.
+  /// Like what follows, it may be called when the document is closed.
   std::function<void(const Bytes&)> check;
   /// Called when the new version is written and checked, before it takes the place of the original, which
   /// stays if this throws; null where nothing is kept.
@@ -72,11 +73,14 @@ struct Saved {
   std::string backup;  ///< where the old version is kept; empty without a backup
 };
 
-/// A new version that is written and checked; what is left is to wait for the disk, and to put it in its
+/// A new version that is written; what is left is to check it, to wait for the disk, and to put it in its
 /// place. Unless it is finished there is nothing of it.
 class Pending {
  public:
   virtual ~Pending() = default;
+  /// Calls NewVersion's check and beforeReplacing. To be called once at the most, on any thread; finish does
+  /// it where nobody did.
+  virtual void check() = 0;
   /// To be called once, on any thread.
   virtual Saved finish() = 0;
 };

@@ -55,8 +55,9 @@ class StoredDocument {
   };
   Outcome save(const SaveOptions& options = {});
 
-  /// The same up to where there is only the disk to wait for; the document may be gone when what is returned
-  /// is finished. Null for a document without changes. It does not count as saved.
+  /// The same up to where the new version is written, and that of a large document checked; the document may
+  /// be gone when what is returned is finished. Null for a document without changes. It does not count as
+  /// saved.
   std::unique_ptr<files::Pending> beginSave(const SaveOptions& options) const;
 
   /// Saves the document, changed or not, under another path, in the place of the file there, and goes on
@@ -71,7 +72,6 @@ class StoredDocument {
   StoredDocument() = default;
 
   files::NewVersion newVersion(const std::string& path, const SaveOptions& options = {}) const;
-  void requireSameDocument(const files::Bytes& written, const std::string& path) const;
   void requireFileNotOverwritten() const;
 
   files::FileSystem* system_ = nullptr;
