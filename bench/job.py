@@ -9,17 +9,6 @@ import time
 from dataclasses import dataclass, field
 
 
-# A virtual machine may have to ask its host for each page that it has not used for a while, which takes longer than
-# writing it. So the pages that a run will be given are touched before, by a process of its own: one that is started
-# by a large process is counted as that large.
-TOUCH = """
-import mmap
-with mmap.mmap(-1, 512 << 20) as memory:
-    for page in range(0, len(memory), mmap.PAGESIZE):
-        memory[page] = 1
-"""
-
-
 @dataclass
 class Job:
     """One command, run in a scratch copy of its input."""
@@ -50,7 +39,6 @@ class Job:
         command = []
         for word in self.command:
             command += files if word == "{files}" else [word.replace("{in}", str(inside)).replace("{out}", str(scratch / "out"))]
-        subprocess.run([sys.executable, "-c", TOUCH], check=True)
         start = time.perf_counter()
         # What PLUVO keeps for its undo goes beside the data, not among the user's own.
         surroundings = {**os.environ, "XDG_STATE_HOME": str(scratch / "state")}
