@@ -37,7 +37,7 @@ def cases():
 
 def measure(path, arguments):
     times = []
-    for _ in range(3):
+    for _ in range(7):
         process = subprocess.Popen([PLUVO, "find", "--quiet", "--match-case", *arguments, path], stdout=subprocess.DEVNULL)
         usage = os.wait4(process.pid, 0)[2]
         times.append(usage.ru_utime + usage.ru_stime)
