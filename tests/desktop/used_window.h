@@ -156,7 +156,10 @@ class UsedWindow : public testing::Test {
   }
   void menu(const char* text) {
     for (QAction* action : window->findChildren<QAction*>()) {
-      if (action->text() == QString::fromUtf8(text)) return action->trigger();
+      if (action->text() != QString::fromUtf8(text)) continue;
+      // Behind slow work some come back a moment later.
+      EXPECT_TRUE(QTest::qWaitFor([&] { return action->isEnabled(); }, 5000)) << text;
+      return action->trigger();
     }
     ADD_FAILURE() << "no action " << text;
   }
