@@ -34,7 +34,7 @@ struct Worked {
 /// the outcome. May be called from several threads where nobody is asked.
 Worked runOn(const NamedDocument& document, const Surroundings& around, const BlockSink& blocks);
 
-/// Saves what is to be saved: waits for the disk.
+/// Saves what is to be saved: checks a small version, and waits for the disk.
 Outcome finished(Worked worked);
 
 }  // namespace pluvo::cli

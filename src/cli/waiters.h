@@ -10,7 +10,8 @@
 
 namespace pluvo::cli {
 
-/// Threads that wait for the disk, so that those who work need not. What they are given must not throw.
+/// Threads that check what was written and wait for the disk, so that those who work need not. What they are
+/// given must not throw.
 class Waiters {
  public:
   /// Of 0, or where the machine has none to give, whoever gives something does it.

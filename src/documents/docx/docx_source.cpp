@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <limits>
 
 namespace pluvo::docx {
 
@@ -67,6 +68,13 @@ void DocxSource::write(const model::Model& model, files::Output& out) const {
   }
   for (const ChangedPart& part : others) changes.push_back({part.name, {files::ByteSpan(part.bytes)}});
   archive::rewrite(package_.archive, changes, out);
+}
+
+std::uint64_t DocxSource::unpackedSize() const {
+  std::uint64_t size = 0;
+  for (const archive::Member& member : package_.archive.members())
+    size += std::min(member.size, std::numeric_limits<std::uint64_t>::max() - size);
+  return size;
 }
 
 text::RunMap<formats::Appearance> DocxSource::appearance() const {

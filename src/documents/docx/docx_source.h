@@ -15,6 +15,7 @@ class DocxSource : public formats::Source {
   std::optional<std::string> refusesText(std::u16string_view newText) const override;
   bool holdsHighlight() const override { return true; }
   void write(const model::Model& model, files::Output& out) const override;
+  std::uint64_t unpackedSize() const override;
   text::RunMap<formats::Appearance> appearance() const override;
 
  private:

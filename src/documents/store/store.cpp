@@ -5,6 +5,7 @@
 #include "known_formats.h"
 #include "same_text.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace pluvo::store {
@@ -14,9 +15,9 @@ using files::Problem;
 
 namespace {
 
-/// A version that is not checked yet keeps its document's bytes and text in memory. Of larger documents no
-/// more are to be there than are worked on.
-constexpr std::size_t kMostUnchecked = std::size_t{256} << 10U;
+/// A version that is not checked yet keeps its document's bytes and text in memory, and is then read as a
+/// whole. Of larger documents, unpacked, no more are to be there than are worked on.
+constexpr std::uint64_t kMostUnchecked = std::uint64_t{512} << 10U;
 
 std::string_view nameIn(std::string_view path) { return path.substr(path.rfind('/') + 1); }
 
@@ -68,7 +69,8 @@ std::unique_ptr<files::Pending> StoredDocument::beginSave(const SaveOptions& opt
   auto pending = options.otherPath
                      ? files::beginCreatingFile(*system_, *options.otherPath, path_, stamp_, version)
                      : files::beginReplacingFile(*system_, path_, stamp_, version, options.backupSuffix);
-  if (bytes_.view.size() > kMostUnchecked) pending->check();
+  const auto length = static_cast<std::uint64_t>(document_->model().length());
+  if (std::max(source_->unpackedSize(), length) > kMostUnchecked) pending->check();
   return pending;
 }
 

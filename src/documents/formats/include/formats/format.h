@@ -22,6 +22,8 @@ class Source : public model::Medium {
  public:
   /// Writes the whole document as it stands in the model. Throws files::DocumentError.
   virtual void write(const model::Model& model, files::Output& out) const = 0;
+  /// How many bytes reading it may take at the most, unpacked, whatever the file's size.
+  virtual std::uint64_t unpackedSize() const = 0;
   /// How each original character looks, made anew at every call. Empty where the format knows no looks.
   virtual text::RunMap<Appearance> appearance() const { return {}; }
 };
