@@ -131,8 +131,10 @@ const std::vector<Option>& options() {
 
       {0, "report", Takes::value, "FILE", kOutput, kRunCommands,
        "write a report of documents and blocks into FILE,\nby its name a page (.html), a table (.csv) "
-       "or\n.json",
+       "or\n.json; a file that is there is replaced if it is\nempty or an earlier report",
        keep<&T::report>},
+      {0, "overwrite-report", Takes::nothing, "", kOutput, kRunCommands,
+       "replace FILE even where it holds something else than\nan earlier report", raise<&T::overwriteReport>},
       {0, "progress", Takes::value, "WHEN", kOutput, kRunCommands,
        "a line that tells how far the run has come: auto\n(at a terminal), always or never",
        keep<&T::progress>},

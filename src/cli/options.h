@@ -40,6 +40,7 @@ struct TypedOptions {
   bool recursive = false;
   bool null = false;
   bool noJournal = false;
+  bool overwriteReport = false;
   bool list = false;
   bool json = false;
   bool quiet = false;

@@ -102,6 +102,9 @@ Plan planFrom(const TypedCommandLine& line) {
   plan.jobs = jobsFrom(line.options);
   plan.progress = progressFrom(line.options);
   plan.report = line.options.report;
+  plan.overwriteReport = line.options.overwriteReport;
+  if (plan.overwriteReport && !plan.report)
+    throw UsageError("--overwrite-report goes with --report; name the file there.", "--overwrite-report");
   plan.json = line.options.json;
   plan.quiet = line.options.quiet;
   plan.selection = selectionFrom(line.options, std::move(paths));

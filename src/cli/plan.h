@@ -28,6 +28,7 @@ struct Plan {
   int jobs = 1;
 
   std::optional<std::string> report;
+  bool overwriteReport = false;
   bool json = false;
   bool quiet = false;
   ProgressLine progress = ProgressLine::automatic;

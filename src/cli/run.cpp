@@ -16,6 +16,7 @@
 #include <set>
 #include <system_error>
 #include <thread>
+#include <utility>
 
 namespace pluvo::cli {
 namespace {
@@ -76,18 +77,27 @@ void refuseSharedPlaces(std::vector<NamedDocument>& documents) {
   }
 }
 
-Listing listingFor(const Plan& plan, files::FileSystem& system) {
+/// An earlier report among the documents is left out; a document is not to be written over.
+void refuseReportOnDocument(files::FileSystem& system, const Listing& listing, const std::string& report) {
+  for (const LeftOut& each : listing.leftOut) {
+    if (each.reason == kWrittenByRun && files::isSameFile(system, each.path, report))
+      throw UsageError("--report: " + each.path + " is one of the documents; give the report another name.");
+  }
+}
+
+Listing listingFor(const Plan& plan, files::FileSystem& system, const std::optional<ReportPlace>& report) {
   std::vector<std::string> written;
   if (plan.outputFolder) written.push_back(*plan.outputFolder);
-  if (plan.report) written.push_back(*plan.report);
+  if (report) written.push_back(report->path);
   Listing listing = listDocuments(system, plan.selection, written);
+  if (report && report->isForeign) refuseReportOnDocument(system, listing, report->path);
   if (plan.outputFolder) refuseSharedPlaces(listing.documents);
   return listing;
 }
 
-std::unique_ptr<Printer> printersFor(const Plan& plan) {
+std::unique_ptr<Printer> printersFor(const Plan& plan, const std::optional<ReportPlace>& report) {
   std::vector<std::unique_ptr<Printer>> printers;
-  if (plan.report) printers.push_back(reportPrinter(*plan.report, plan.command));
+  if (report) printers.push_back(reportPrinter(*report, plan.command));
   printers.push_back(printerFor(plan));
   return allOf(std::move(printers));
 }
@@ -106,12 +116,12 @@ void sayRefused(const Outcome& outcome) {
 /// A run that is going on.
 class Run {
  public:
-  Run(const Plan& plan, files::FileSystem& system)
+  Run(const Plan& plan, files::FileSystem& system, Listing listing, const std::optional<ReportPlace>& report)
       : plan_(plan),
         system_(system),
         store_(system),
-        listing_(listingFor(plan, system)),
-        printer_(printersFor(plan)),
+        listing_(std::move(listing)),
+        printer_(printersFor(plan, report)),
         recorder_(recorderFor(plan, system)),
         progress_(plan, listing_.documents.size()),
         results_(listing_.documents.size(), plan.jobs,
@@ -262,8 +272,11 @@ ExitStatus run(const Plan& plan, files::FileSystem& system) {
   if (plan.confirm && !Interviewer::canAsk())
     throw UsageError("--confirm needs a terminal to ask at; use --dry-run to see the changes first.");
   noteWholeWords(plan);
+  std::optional<ReportPlace> report;
+  if (plan.report) report = reportPlace(*plan.report, plan.overwriteReport);
+  Listing listing = listingFor(plan, system, report);
   makeOutputFolder(plan, system);
-  return Run(plan, system).all();
+  return Run(plan, system, std::move(listing), report).all();
 }
 
 }  // namespace pluvo::cli

@@ -18,7 +18,6 @@ namespace {
 
 using ::testing::AllOf;
 using ::testing::AnyOf;
-using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
@@ -356,22 +355,6 @@ TEST_F(Unfinished, TwoRunsAtOnceHarmNothing) {
     sandbox_.run("undo -q");
     ASSERT_TRUE(stateOf(sandbox_) == before_) << round << first.err << second.err;
   }
-}
-
-TEST(Report, EscapesWhatDocumentsAndNamesHold) {
-  const Sandbox sandbox;
-  sandbox.put("<b>&.txt", "x =HYPERLINK(\"u\")<script> y\n");
-  sandbox.put("bad\xFF.txt", "none\n");
-  const std::string request = "replace -b =HYPERLINK -e <script> -t @safe -r . -n --report ";
-  const std::string html = sandbox.beside("r.html");
-  const std::string csv = sandbox.beside("r.csv");
-  for (const std::string& name : {html, csv}) sandbox.run(request + name);
-  EXPECT_THAT(sandbox.get(html), AllOf(HasSubstr("<del>=HYPERLINK(&quot;u&quot;)&lt;script&gt;</del>"),
-                                       HasSubstr("<ins>@safe</ins>"), HasSubstr("./&lt;b&gt;&amp;.txt"),
-                                       HasSubstr("./bad\xEF\xBF\xBD.txt")));
-  EXPECT_THAT(sandbox.get(csv), HasSubstr(R"(,1,"x ","'=HYPERLINK(""u"")<script>","'@safe"," y",)"));
-  EXPECT_EQ(sandbox.run(request + "r.pdf").status, 2);
-  EXPECT_THAT(sandbox.names(), ElementsAre("<b>&.txt", "bad\xFF.txt"));
 }
 
 TEST(SavedRequests, AreRunInOrderInOneSaving) {

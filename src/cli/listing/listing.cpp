@@ -139,7 +139,7 @@ class Lister {
   void addFile(std::string path, std::string place, const Identity& identity,
                std::optional<std::int64_t> modifiedSeconds) {
     if (avoided_.contains(identity)) {
-      leaveOut(path, "written by this run");
+      leaveOut(path, kWrittenByRun);
     } else if (selection_.newerThan && modifiedSeconds < selection_.newerThan) {
       leaveOut(path, "not changed since");
     } else if (!seen_.insert(identity).second) {
@@ -149,7 +149,9 @@ class Lister {
     }
   }
 
-  void leaveOut(const std::string& path, const char* reason) { listing_.leftOut.push_back({path, reason}); }
+  void leaveOut(const std::string& path, std::string_view reason) {
+    listing_.leftOut.push_back({path, reason});
+  }
 
   static inline const Failure kFolder{
       files::Problem::io, "It is a folder; add --recursive to work on the documents in it and below."};

@@ -6,6 +6,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace pluvo::cli {
@@ -20,8 +21,10 @@ struct NamedDocument {
 /// A file or folder that was found and not taken.
 struct LeftOut {
   std::string path;
-  const char* reason;
+  std::string_view reason;
 };
+
+inline constexpr std::string_view kWrittenByRun = "written by this run";
 
 struct Listing {
   std::vector<NamedDocument> documents;

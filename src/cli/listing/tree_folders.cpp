@@ -34,7 +34,7 @@ std::vector<multifile::Entry> TreeFolders::read(const std::u16string& folder) {
   bool any = false;
   machine_->forEachEntry(folder, [&](const multifile::Entry& entry) {
     any = true;
-    if (const char* const reason = reasonToLeaveOut(path, entry)) {
+    if (const std::string_view reason = reasonToLeaveOut(path, entry); !reason.empty()) {
       listing_.leftOut.push_back({path + errors::nameBytes(entry.name), reason});
     } else {
       entries.push_back(entry);
@@ -54,17 +54,18 @@ std::u16string TreeFolders::resolved(const std::u16string& folder) {
   }
 }
 
-const char* TreeFolders::reasonToLeaveOut(const std::string& folder, const multifile::Entry& entry) const {
+std::string_view TreeFolders::reasonToLeaveOut(const std::string& folder,
+                                               const multifile::Entry& entry) const {
   if (matchesOne(excluded_, entry.name)) return "excluded";
-  if (!entry.isFolder) return nullptr;
+  if (!entry.isFolder) return "";
   if (entry.name.starts_with(u'.')) return "hidden folder";
-  if (avoided_.empty()) return nullptr;
+  if (avoided_.empty()) return "";
   try {
     return avoided_.contains(identityOf(system_.statusAt(folder + errors::nameBytes(entry.name)).stamp))
-               ? "written by this run"
-               : nullptr;
+               ? kWrittenByRun
+               : "";
   } catch (const std::system_error&) {
-    return nullptr;
+    return "";
   }
 }
 

@@ -31,7 +31,8 @@ class TreeFolders final : public multifile::Folders {
 
  private:
   std::vector<multifile::Entry> read(const std::u16string& folder);
-  const char* reasonToLeaveOut(const std::string& path, const multifile::Entry& entry) const;
+  /// Empty for what is taken.
+  std::string_view reasonToLeaveOut(const std::string& path, const multifile::Entry& entry) const;
   void noteUnreadable(const std::string& folder);
 
   files::FileSystem& system_;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "printer.h"
+#include "report/report_place.h"
 
 #include <memory>
 #include <string>
@@ -11,8 +12,7 @@ namespace pluvo::cli {
 /// ".csv" a row for each document and block, ".json" an object with all of them. It stands whole in its place
 /// when the run ends; until then its parts are in temporary files.
 ///
-/// The command is what the report says was run. Throws UsageError for another ending, or where the file
-/// cannot be made.
-std::unique_ptr<Printer> reportPrinter(const std::string& path, const std::string& command);
+/// The command is what the report says was run. Throws UsageError where the file cannot be made.
+std::unique_ptr<Printer> reportPrinter(const ReportPlace& place, const std::string& command);
 
 }  // namespace pluvo::cli

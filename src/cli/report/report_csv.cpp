@@ -1,15 +1,21 @@
 #include "report/report_file.h"
 #include "report/report_kinds.h"
 
+#include <algorithm>
+#include <array>
 #include <initializer_list>
 
 namespace pluvo::cli {
 namespace {
 
+/// What begins a formula in spreadsheets, some of which read the full-width signs as the plain ones.
+constexpr std::array<std::string_view, 11> kFormulaSigns = {"=",  "+",      "-",      "@",      "\t",    "\r",
+                                                            "\n", "\uFF1D", "\uFF0B", "\uFF0D", "\uFF20"};
+
 /// A field. What a spreadsheet would take for a formula gets an apostrophe, which it shows as text.
 std::string field(std::string_view text) {
   std::string guarded(text);
-  if (!guarded.empty() && std::string_view("=+-@\t\r").find(guarded.front()) != std::string_view::npos)
+  if (std::ranges::any_of(kFormulaSigns, [&](std::string_view sign) { return text.starts_with(sign); }))
     guarded.insert(0, 1, '\'');
   std::string quoted = "\"";
   for (const char c : guarded) quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
@@ -24,7 +30,7 @@ std::string row(std::initializer_list<std::string> fields) {
 
 class CsvReport final : public Printer {
  public:
-  explicit CsvReport(const std::string& path) : file_(path) {}
+  explicit CsvReport(const ReportPlace& place) : file_(place) {}
 
   bool wantsBlocks() const override { return true; }
 
@@ -57,12 +63,7 @@ class CsvReport final : public Printer {
                         "", "", "", ""}));
   }
 
-  void end(const Totals& /*totals*/) override {
-    // The mark at the front tells spreadsheets that this is UTF-8.
-    file_.finish("\xEF\xBB\xBF" + row({"kind", "file", "state", "found", "operated", "skipped", "paragraph",
-                                       "text before", "block", "block changed", "text behind", "message"}),
-                 "");
-  }
+  void end(const Totals& /*totals*/) override { file_.finish(std::string(kCsvMark) + "message\r\n", ""); }
 
  private:
   ReportFile file_;
@@ -70,6 +71,6 @@ class CsvReport final : public Printer {
 
 }  // namespace
 
-std::unique_ptr<Printer> csvReport(const std::string& path) { return std::make_unique<CsvReport>(path); }
+std::unique_ptr<Printer> csvReport(const ReportPlace& place) { return std::make_unique<CsvReport>(place); }
 
 }  // namespace pluvo::cli

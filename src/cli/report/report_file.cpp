@@ -15,10 +15,25 @@
 
 namespace pluvo::cli {
 
-ReportFile::ReportFile(std::string path) : path_(std::move(path)), temporary_(path_ + ".XXXXXX") {
-  struct stat found = {};
-  if (stat(path_.c_str(), &found) == 0 && !S_ISREG(found.st_mode))
-    throw UsageError("--report: " + shownPath(path_) + " is not a file.");
+namespace {
+
+/// A report tells what documents hold: at first it is its user's alone. The file has the group and the
+/// permissions of the one that it replaces, if that was the user's own.
+void setPermissions(int file, const ReportPlace& place) {
+  if (!place.before || place.before->st_uid != ::geteuid()) return;
+  const mode_t mode = place.before->st_mode & 0777U;
+  const bool sameGroup = ::fchown(file, static_cast<uid_t>(-1), place.before->st_gid) == 0;
+  (void)::fchmod(file, sameGroup ? mode : mode & 0707U);
+}
+
+bool isSameVersion(const struct stat& one, const struct stat& other) {
+  return one.st_dev == other.st_dev && one.st_ino == other.st_ino && one.st_size == other.st_size &&
+         one.st_mtim.tv_sec == other.st_mtim.tv_sec && one.st_mtim.tv_nsec == other.st_mtim.tv_nsec;
+}
+
+}  // namespace
+
+ReportFile::ReportFile(const ReportPlace& place) : place_(place), temporary_(place.path + ".XXXXXX") {
   const int handle = mkstemp(temporary_.data());
   later_.reset(handle >= 0 ? std::tmpfile() : nullptr);
   if (!later_) {
@@ -27,11 +42,9 @@ ReportFile::ReportFile(std::string path) : path_(std::move(path)), temporary_(pa
       close(handle);
       unlink(temporary_.c_str());
     }
-    throw UsageError("--report: cannot make " + shownPath(path_) + ": " + std::strerror(error) + ".");
+    throw UsageError("--report: cannot make " + shownPath(place_.path) + ": " + std::strerror(error) + ".");
   }
-  const mode_t mask = umask(0);
-  umask(mask);
-  (void)fchmod(handle, 0666 & ~mask);
+  setPermissions(handle, place_);
   file_.reset(fdopen(handle, "wb"));
 }
 
@@ -41,7 +54,7 @@ ReportFile::~ReportFile() {
 
 void ReportFile::require(bool good) const {
   if (good) return;
-  throw files::DocumentError(files::Problem::io, "The report " + shownPath(path_) +
+  throw files::DocumentError(files::Problem::io, "The report " + shownPath(place_.path) +
                                                      " cannot be written: " + std::strerror(errno) + ".");
 }
 
@@ -61,8 +74,28 @@ void ReportFile::finish(std::string_view beginning, std::string_view end) {
   require(std::ferror(later_.get()) == 0);
   writeTo(file_.get(), end);
   require(std::fflush(file_.get()) == 0 && fsync(fileno(file_.get())) == 0);
-  require(std::rename(temporary_.c_str(), path_.c_str()) == 0);
+  moveToPlace();
   file_.reset();
+}
+
+void ReportFile::moveToPlace() {
+  struct stat now = {};
+  const bool isThere = ::lstat(place_.path.c_str(), &now) == 0;
+  const bool asBefore = place_.before ? !isThere || isSameVersion(now, *place_.before) : !isThere;
+  if (asBefore && place_.before) {
+    require(std::rename(temporary_.c_str(), place_.path.c_str()) == 0);
+    return;
+  }
+  if (asBefore && ::link(temporary_.c_str(), place_.path.c_str()) == 0) {
+    ::unlink(temporary_.c_str());
+    return;
+  }
+  if (asBefore && errno != EEXIST) return require(std::rename(temporary_.c_str(), place_.path.c_str()) == 0);
+  file_.reset();
+  throw files::DocumentError(files::Problem::io,
+                             "Another program put a file at " + place_.path +
+                                 " while the run went on, and it was left there. The report is in " +
+                                 temporary_ + ".");
 }
 
 }  // namespace pluvo::cli

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "report/report_place.h"
+
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -12,14 +14,15 @@ namespace pluvo::cli {
 class ReportFile {
  public:
   /// Throws UsageError where the file cannot be made.
-  explicit ReportFile(std::string path);
+  explicit ReportFile(const ReportPlace& place);
   ReportFile(const ReportFile&) = delete;
   ReportFile& operator=(const ReportFile&) = delete;
   ~ReportFile();
 
   /// Adds to the part that comes last. A failure to write, here and below, is a DocumentError (io).
   void addLater(std::string_view text);
-  /// Writes the beginning, what was added, and the end, and gives the file its name.
+  /// Writes the beginning, what was added, and the end, and gives the file its name. Where another program
+  /// put something there meanwhile that stays, and the report keeps the name it has.
   void finish(std::string_view beginning, std::string_view end);
 
  private:
@@ -31,7 +34,9 @@ class ReportFile {
   void require(bool good) const;
   void writeTo(std::FILE* file, std::string_view text) const;
 
-  std::string path_;
+  void moveToPlace();
+
+  const ReportPlace place_;
   std::string temporary_;
   File file_;
   File later_;

@@ -65,7 +65,7 @@ std::string item(const BlockReport& block) {
 
 class HtmlReport final : public Printer {
  public:
-  HtmlReport(const std::string& path, std::string command) : file_(path), command_(std::move(command)) {}
+  HtmlReport(const ReportPlace& place, std::string command) : file_(place), command_(std::move(command)) {}
 
   bool wantsBlocks() const override { return true; }
 
@@ -90,7 +90,8 @@ class HtmlReport final : public Printer {
     const auto total = [](std::string_view name, std::int64_t value) {
       return "<div><dt>" + std::string(name) + "</dt><dd>" + std::to_string(value) + "</dd></div>";
     };
-    std::string beginning(kReportHead);
+    std::string beginning(kHtmlMark);
+    beginning += kReportHead;
     beginning +=
         "<header><h1>PLUVO report</h1><p><code>" + escaped(command_) + "</code></p></header>\n<main>\n";
     beginning += "<dl class=\"totals\">" + total("Documents", totals.files) +
@@ -145,8 +146,8 @@ class HtmlReport final : public Printer {
 
 }  // namespace
 
-std::unique_ptr<Printer> htmlReport(const std::string& path, const std::string& command) {
-  return std::make_unique<HtmlReport>(path, command);
+std::unique_ptr<Printer> htmlReport(const ReportPlace& place, const std::string& command) {
+  return std::make_unique<HtmlReport>(place, command);
 }
 
 }  // namespace pluvo::cli

@@ -26,7 +26,7 @@ std::string object(const BlockReport& block) {
 
 class JsonReport final : public Printer {
  public:
-  JsonReport(const std::string& path, std::string command) : file_(path), command_(std::move(command)) {}
+  JsonReport(const ReportPlace& place, std::string command) : file_(place), command_(std::move(command)) {}
 
   bool wantsBlocks() const override { return true; }
 
@@ -57,14 +57,15 @@ class JsonReport final : public Printer {
   }
 
   void end(const Totals& totals) override {
-    file_.finish("{" + member("command", jsonQuoted(command_)) + ",\n\"documents\":[",
-                 "],\n\"notTaken\":[" + notTaken_ + "],\n\"summary\":{" +
-                     member("files", std::to_string(totals.files)) + "," +
-                     member("found", std::to_string(totals.found)) + "," +
-                     member("operated", std::to_string(totals.operated)) + "," +
-                     member("skipped", std::to_string(totals.skipped)) + "," +
-                     member("changed", std::to_string(totals.changed)) + "," +
-                     member("failed", std::to_string(totals.failed)) + "}}\n");
+    file_.finish(
+        std::string(kJsonMark) + "\n" + member("command", jsonQuoted(command_)) + ",\n\"documents\":[",
+        "],\n\"notTaken\":[" + notTaken_ + "],\n\"summary\":{" +
+            member("files", std::to_string(totals.files)) + "," +
+            member("found", std::to_string(totals.found)) + "," +
+            member("operated", std::to_string(totals.operated)) + "," +
+            member("skipped", std::to_string(totals.skipped)) + "," +
+            member("changed", std::to_string(totals.changed)) + "," +
+            member("failed", std::to_string(totals.failed)) + "}}\n");
   }
 
  private:
@@ -84,8 +85,8 @@ class JsonReport final : public Printer {
 
 }  // namespace
 
-std::unique_ptr<Printer> jsonReport(const std::string& path, const std::string& command) {
-  return std::make_unique<JsonReport>(path, command);
+std::unique_ptr<Printer> jsonReport(const ReportPlace& place, const std::string& command) {
+  return std::make_unique<JsonReport>(place, command);
 }
 
 }  // namespace pluvo::cli

@@ -10,7 +10,7 @@ namespace pluvo::cli {
 /// screen or at a large zoom, rows of tables stand as lines below each other, each value with its name. Old
 /// and new text are told apart by line and sign as well as by colour. Blocks out of sight cost nothing until
 /// they are scrolled to, which keeps ten thousand quick.
-inline constexpr std::string_view kReportHead = R"html(<!DOCTYPE html>
+inline constexpr std::string_view kReportHead = R"html(
 <html lang="en">
 <head>
 <meta charset="utf-8">
