@@ -85,6 +85,9 @@ const std::vector<Option>& options() {
 
       {'r', "recursive", Takes::nothing, "", kDocuments, kRunCommands,
        "take the documents in the folders named and below", raise<&T::recursive>},
+      {0, "follow", Takes::nothing, "", kDocuments, kRunCommands,
+       "follow links met in folders, which are left out\notherwise; a link that is named is always followed",
+       raise<&T::follow>},
       {0, "levels", Takes::value, "N", kDocuments, kRunCommands,
        "go down no more than N levels of folders; 0 stays\nin the folders named (default: all)",
        keep<&T::levels>},

@@ -38,6 +38,7 @@ struct TypedOptions {
   bool dryRun = false;
   bool keepGoing = false;
   bool recursive = false;
+  bool follow = false;
   bool null = false;
   bool noJournal = false;
   bool overwriteReport = false;

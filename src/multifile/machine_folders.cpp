@@ -34,8 +34,12 @@ class Reading {
   bool isFolder(const dirent& entry) const {
     if (entry.d_type == DT_DIR) return true;
     if (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN) return false;
-    struct stat status = {};
-    return fstatat(descriptor(), entry.d_name, &status, 0) == 0 && S_ISDIR(status.st_mode);
+    return S_ISDIR(modeOf(entry, 0));
+  }
+
+  bool isLink(const dirent& entry) const {
+    if (entry.d_type != DT_UNKNOWN) return entry.d_type == DT_LNK;
+    return S_ISLNK(modeOf(entry, AT_SYMLINK_NOFOLLOW));
   }
 
   std::optional<FileIdentity> identityOf(const dirent& entry) {
@@ -45,6 +49,12 @@ class Reading {
 
  private:
   int descriptor() const { return dirfd(stream_.get()); }
+
+  /// 0 where there is nothing.
+  mode_t modeOf(const dirent& entry, int flags) const {
+    struct stat status = {};
+    return fstatat(descriptor(), entry.d_name, &status, flags) == 0 ? status.st_mode : 0;
+  }
 
   /// File systems that are laid over others may have other numbers in a folder's list than a file has when it
   /// is asked for itself. Then that shows at any file of the folder.
@@ -70,6 +80,7 @@ class MachineFolders : public Folders {
     struct Found {
       std::string name;
       bool isFolder;
+      bool isLink;
       std::optional<FileIdentity> identity;
     };
     std::vector<Found> found;
@@ -78,11 +89,13 @@ class MachineFolders : public Folders {
       while (const dirent* entry = reading.next()) {
         const std::string_view name = entry->d_name;
         if (name == "." || name == "..") continue;
-        found.push_back({std::string(name), reading.isFolder(*entry), reading.identityOf(*entry)});
+        found.push_back({std::string(name), reading.isFolder(*entry), reading.isLink(*entry),
+                         reading.identityOf(*entry)});
       }
     }
     std::ranges::sort(found, {}, &Found::name);
-    for (const Found& one : found) visit({errors::nameText(one.name), one.isFolder, false, one.identity});
+    for (const Found& one : found)
+      visit({errors::nameText(one.name), one.isFolder, false, one.isLink, one.identity});
   }
 
   std::u16string resolved(const std::u16string& folder) override {

@@ -55,10 +55,18 @@ TEST(Folder, TakesTheDocumentsAskedFor) {
   fs::last_write_time(sandbox.path("t/old.txt"), fs::file_time_type::clock::now() - std::chrono::hours(48));
   fs::create_symlink("a.txt", sandbox.path("t/z.txt"));
   fs::create_directory_symlink("..", sandbox.path("t/sub/circle"));
+  sandbox.put("u/g.txt", "draft\n");
+  fs::create_directory_symlink("../../u", sandbox.path("t/sub/out"));
+  fs::create_symlink("../../u/g.txt", sandbox.path("t/sub/g.txt"));
+  fs::create_directory_symlink("t/sub/deep", sandbox.path("named"));
   sandbox.put("lines", "t/a.txt\r\n\nt/sub/c.txt\nt/a.txt\n");
   sandbox.put("nulls", std::string("t/sub/c.txt\0t/B.TXT", 19));
   const std::pair<std::string, std::string> cases[] = {
       {"-r t", "t/B.TXT t/a.txt t/old.txt t/archive/f.txt t/sub/c.txt t/sub/deep/d.txt"},
+      {"-r named t/sub/g.txt", "named/d.txt t/sub/g.txt"},
+      {"-r t/sub --follow",
+       "t/sub/c.txt t/sub/g.txt t/sub/circle/B.TXT t/sub/circle/a.txt "
+       "t/sub/circle/old.txt t/sub/circle/archive/f.txt t/sub/deep/d.txt"},
       {"-r t/ --levels 0", "t/B.TXT t/a.txt t/old.txt"},
       {"-r t --levels 1 --exclude ARCHIVE,old*", "t/B.TXT t/a.txt t/sub/c.txt"},
       {"-r t --types *.LOG", "t/x.log"},

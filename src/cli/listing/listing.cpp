@@ -98,7 +98,7 @@ class Lister {
   }
 
   void addTree(const std::string& root) {
-    TreeFolders folders(system_, excluded_, avoided_, listing_);
+    TreeFolders folders(system_, selection_, excluded_, avoided_, listing_);
     errors::Context context;
     multifile::clsDirParsing scanner(context, folders, u"/");
     const std::string base = root.back() == '/' ? root : root + "/";

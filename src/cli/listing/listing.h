@@ -25,6 +25,7 @@ struct LeftOut {
 };
 
 inline constexpr std::string_view kWrittenByRun = "written by this run";
+inline constexpr std::string_view kLink = "a link";
 
 struct Listing {
   std::vector<NamedDocument> documents;
@@ -32,8 +33,9 @@ struct Listing {
 };
 
 /// The documents of a selection, in the order of its paths and, below a folder, folder by folder in byte
-/// order; each once, however often and under whatever names it is given. What lies at the avoided paths (the
-/// run's own output) is left out. Throws UsageError where the list of names cannot be read.
+/// order; each once, however often and under whatever names it is given. Links below a folder are followed
+/// only where the selection says so. What lies at the avoided paths (the run's own output) is left out.
+/// Throws UsageError where the list of names cannot be read.
 Listing listDocuments(files::FileSystem& system, const Selection& selection,
                       const std::vector<std::string>& avoided);
 

@@ -83,6 +83,7 @@ void refuseWithoutFolders(const TypedOptions& typed) {
   const auto refuse = [](const std::optional<std::string>& option, const char* name) {
     if (option) throw UsageError(std::string(name) + " is about files found in folders; add --recursive.");
   };
+  if (typed.follow) throw UsageError("--follow is about links found in folders; add --recursive.");
   refuse(typed.levels, "--levels");
   refuse(typed.types, "--types");
   refuse(typed.mask, "--mask");
@@ -97,6 +98,7 @@ Selection selectionFrom(const TypedOptions& typed, std::vector<std::string> path
   selection.filesFrom = typed.filesFrom;
   selection.nullEnded = typed.null;
   selection.recursive = typed.recursive;
+  selection.follow = typed.follow;
   if (!typed.recursive) refuseWithoutFolders(typed);
   if (typed.null && !typed.filesFrom)
     throw UsageError("--null tells how names end in --files-from; add that.");

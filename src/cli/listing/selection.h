@@ -16,6 +16,7 @@ struct Selection {
   bool nullEnded = false;                ///< they end with a zero byte, not with a line
 
   bool recursive = false;
+  bool follow = false;                ///< links found in folders
   std::int16_t levels = 32000;        ///< of folders below those named
   std::vector<std::string> types;     ///< without dots, in small letters; of files found in folders
   std::vector<std::u16string> masks;  ///< see multifile/mask.h; empty: every name

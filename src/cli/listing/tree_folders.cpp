@@ -15,9 +15,10 @@ bool matchesOne(const std::vector<multifile::Mask>& masks, const std::u16string&
   return std::any_of(masks.begin(), masks.end(), [&](auto& mask) { return mask.matches(name); });
 }
 
-TreeFolders::TreeFolders(files::FileSystem& system, const std::vector<multifile::Mask>& excluded,
-                         const std::set<Identity>& avoided, Listing& listing)
-    : system_(system), excluded_(excluded), avoided_(avoided), listing_(listing) {}
+TreeFolders::TreeFolders(files::FileSystem& system, const Selection& selection,
+                         const std::vector<multifile::Mask>& excluded, const std::set<Identity>& avoided,
+                         Listing& listing)
+    : system_(system), selection_(selection), excluded_(excluded), avoided_(avoided), listing_(listing) {}
 
 void TreeFolders::forEachEntry(const std::u16string& folder, const Visit& visit) {
   if (const auto known = read_.extract(folder)) {
@@ -57,6 +58,7 @@ std::u16string TreeFolders::resolved(const std::u16string& folder) {
 std::string_view TreeFolders::reasonToLeaveOut(const std::string& folder,
                                                const multifile::Entry& entry) const {
   if (matchesOne(excluded_, entry.name)) return "excluded";
+  if (entry.isLink && !selection_.follow) return kLink;
   if (!entry.isFolder) return "";
   if (entry.name.starts_with(u'.')) return "hidden folder";
   if (avoided_.empty()) return "";

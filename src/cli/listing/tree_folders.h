@@ -21,8 +21,9 @@ bool matchesOne(const std::vector<multifile::Mask>& masks, const std::u16string&
 class TreeFolders final : public multifile::Folders {
  public:
   /// All of them outlive it.
-  TreeFolders(files::FileSystem& system, const std::vector<multifile::Mask>& excluded,
-              const std::set<Identity>& avoided, Listing& listing);
+  TreeFolders(files::FileSystem& system, const Selection& selection,
+              const std::vector<multifile::Mask>& excluded, const std::set<Identity>& avoided,
+              Listing& listing);
 
   void forEachEntry(const std::u16string& folder, const Visit& visit) override;
   std::u16string resolved(const std::u16string& folder) override;
@@ -36,6 +37,7 @@ class TreeFolders final : public multifile::Folders {
   void noteUnreadable(const std::string& folder);
 
   files::FileSystem& system_;
+  const Selection& selection_;
   const std::vector<multifile::Mask>& excluded_;
   const std::set<Identity>& avoided_;
   Listing& listing_;

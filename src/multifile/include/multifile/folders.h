@@ -24,6 +24,7 @@ struct Entry {
   std::u16string name;
   bool isFolder = false;  ///< links are followed
   bool isHidden = false;  ///< by attribute (hidden or system), not by a dot
+  bool isLink = false;    ///< symbolic, where folders tell
   /// Where reading the folder told it; never of a link.
   std::optional<FileIdentity> identity = std::nullopt;
 };
