@@ -1,5 +1,9 @@
 #include "options.h"
 
+#include "formats/registry.h"
+
+#include <span>
+
 namespace pluvo::cli {
 namespace {
 
@@ -19,6 +23,12 @@ void raise(TypedOptions& typed, const std::string& /*value*/) {
 template <std::optional<std::string> TypedOptions::*Value>
 void keep(TypedOptions& typed, const std::string& value) {
   typed.*Value = value;
+}
+
+std::string joined(std::span<const std::string_view> words) {
+  std::string list;
+  for (const std::string_view word : words) list += (list.empty() ? "" : ",") + std::string(word);
+  return list;
 }
 
 }  // namespace
@@ -41,6 +51,9 @@ std::string_view nameOf(Command command) { return commandNames()[static_cast<std
 
 const std::vector<Option>& options() {
   using T = TypedOptions;
+  static const std::string typesHelp =
+      "kinds of files to take from folders; * stands for all\nthat can be worked on (default:\n" +
+      joined(formats::kDocumentExtensions) + ")";
   static const std::vector<Option> table = {
       {'b', "begin", Takes::value, "TEXT", kBlockGroup, kBlockCommands,
        "the text a block begins with\n(a line end in TEXT is a paragraph mark)", keep<&T::begin>},
@@ -91,14 +104,16 @@ const std::vector<Option>& options() {
       {0, "levels", Takes::value, "N", kDocuments, kRunCommands,
        "go down no more than N levels of folders; 0 stays\nin the folders named (default: all)",
        keep<&T::levels>},
-      {0, "types", Takes::value, "TYPE,...", kDocuments, kRunCommands,
-       "kinds of files to take from folders (default: doc,\ndocx,dot,dotx,docm,txt,rtf,htm,html)",
-       keep<&T::types>},
+      {0, "types", Takes::value, "TYPE,...", kDocuments, kRunCommands, typesHelp, keep<&T::types>},
       {0, "mask", Takes::value, "MASK,...", kDocuments, kRunCommands,
        "take only files of such names from folders; * and ?\nstand for any characters, and for one",
        keep<&T::mask>},
       {0, "exclude", Takes::value, "MASK,...", kDocuments, kRunCommands,
-       "leave out files and folders of such names", keep<&T::exclude>},
+       "leave out files and folders of such names. A mask\nwith a slash is about the path below the folder\n"
+       "named, where * stands for no slash and a step **\nfor any folders: old/*, ./old, a/**/b.txt; one "
+       "that\n"
+       "ends in a slash is about folders: old/",
+       keep<&T::exclude>},
       {0, "newer-than", Takes::value, "TIME", kDocuments, kRunCommands,
        "take only documents changed since: a day as\n2026-11-30, with a time as 2026-11-30T14:30, or an\n"
        "age as 90m, 12h or 7d",

@@ -1,5 +1,7 @@
 #include "choosers.h"
 
+#include "formats/registry.h"
+
 #include <QCoreApplication>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -10,10 +12,16 @@ namespace {
 
 QString text(const char* source) { return QCoreApplication::translate("Choosers", source); }
 
+QString documentMasks() {
+  QStringList masks;
+  for (const std::string_view extension : formats::kDocumentExtensions)
+    masks << "*." + QString::fromLatin1(extension.data(), static_cast<qsizetype>(extension.size()));
+  return masks.join(' ');
+}
+
 QStringList chooseToOpen(QWidget* owner, const QString& folder) {
   return QFileDialog::getOpenFileNames(owner, text("Open"), folder,
-                                       text("Documents (*.docx *.docm *.dotx *.dotm *.txt *.doc *.dot *.rtf "
-                                            "*.htm *.html);;All files (*)"));
+                                       text("Documents (%1);;All files (*)").arg(documentMasks()));
 }
 
 /// A document stays of its kind: its extension is added where the name has another.

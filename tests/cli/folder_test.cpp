@@ -82,6 +82,42 @@ TEST(Folder, TakesTheDocumentsAskedFor) {
   }
 }
 
+TEST(Folder, MasksAreAboutNamesPathsOrFolders) {
+  const Sandbox sandbox;
+  for (const char* const name : {"t/a.txt", "t/n.md", "t/README", "t/x.xyz", "t/archive/f.txt",
+                                 "t/archive/old/g.txt", "t/sub/archive/h.txt", "t/sub/c.txt"})
+    sandbox.put(name, "draft\n");
+  const struct {
+    const char* option;
+    const char* list;
+    const char* found;
+  } cases[] = {
+      {"--exclude", "archive/*", "a.txt sub/c.txt sub/archive/h.txt"},
+      {"--exclude", "archive/", "a.txt sub/c.txt"},
+      {"--exclude", "./archive", "a.txt sub/c.txt sub/archive/h.txt"},
+      {"--exclude", "archive/old", "a.txt archive/f.txt sub/c.txt sub/archive/h.txt"},
+      {"--exclude", "./archive//OLD/", "a.txt archive/f.txt sub/c.txt sub/archive/h.txt"},
+      {"--exclude", "archive/*.txt", "a.txt archive/old/g.txt sub/c.txt sub/archive/h.txt"},
+      {"--exclude", "archive/**", "a.txt sub/c.txt sub/archive/h.txt"},
+      {"--exclude", "**/archive/*.txt", "a.txt archive/old/g.txt sub/c.txt"},
+      {"--exclude", "*/c.txt,./f.txt,a.txt/", "a.txt archive/f.txt archive/old/g.txt sub/archive/h.txt"},
+      {"--exclude", " archive/ ,\ta.txt ", "sub/c.txt"},
+      {"--mask", "archive/", "archive/f.txt archive/old/g.txt sub/archive/h.txt"},
+      {"--mask", "archive/*, sub/**/h.txt", "archive/f.txt sub/archive/h.txt"},
+      {"--mask", "**/*.txt/", ""},
+      {"--types", "md, *.xyz", "n.md"},
+      {"--types", "*", "README a.txt n.md archive/f.txt archive/old/g.txt sub/c.txt sub/archive/h.txt"},
+      {"--types", "xyz,*.*",
+       "README a.txt n.md archive/f.txt archive/old/g.txt sub/c.txt sub/archive/h.txt"}};
+  for (const auto& [option, list, expected] : cases) {
+    Words found;
+    for (const std::string& line :
+         lines(sandbox.run(Words{"find", "-b", "draft", "-r", "t", option, list}).out))
+      found.push_back(line.substr(2, line.find(':') - 2));
+    EXPECT_EQ(found, wordsOf(expected)) << option << ' ' << list;
+  }
+}
+
 TEST(Folder, TakesTextsFromFilesAndColorsByName) {
   const Sandbox sandbox;
   sandbox.put("d.docx", docx::fileOf("a draft"));

@@ -63,8 +63,6 @@ class Lister {
  public:
   Lister(files::FileSystem& system, const Selection& selection, const std::vector<std::string>& avoided)
       : system_(system), selection_(selection) {
-    for (const std::u16string& mask : selection.masks) masks_.emplace_back(mask);
-    for (const std::u16string& mask : selection.excluded) excluded_.emplace_back(mask);
     for (const std::string& path : avoided) {
       try {
         avoided_.insert(identityOf(system.statusAt(path).stamp));
@@ -98,11 +96,12 @@ class Lister {
   }
 
   void addTree(const std::string& root) {
-    TreeFolders folders(system_, selection_, excluded_, avoided_, listing_);
+    const std::string base = root.back() == '/' ? root : root + "/";
+    const std::u16string baseText = errors::nameText(base);
+    TreeFolders folders(system_, selection_, baseText.size(), avoided_, listing_);
     errors::Context context;
     multifile::clsDirParsing scanner(context, folders, u"/");
-    const std::string base = root.back() == '/' ? root : root + "/";
-    scanner.RootDirectory(errors::nameText(base));
+    scanner.RootDirectory(baseText);
     scanner.MasksCSstr(u"");
     scanner.ProcessSubDirectories(selection_.levels > 0);
     scanner.DirectoriesDeep(selection_.levels);
@@ -112,20 +111,22 @@ class Lister {
     seen_.reserve(seen_.size() + items.size());
     listing_.documents.reserve(listing_.documents.size() + items.size());
     for (std::size_t i = 0; i < items.size(); ++i) {
-      if (!items[i].empty()) addFound(items[i], scanner.identities()[i], tree, base.size());
+      if (!items[i].empty()) addFound(items[i], scanner.identities()[i], tree, baseText.size());
     }
   }
 
   void addFound(const std::u16string& item, const std::optional<Identity>& identity, const std::string& tree,
                 std::size_t baseLength) {
     std::string path = errors::nameBytes(item);
+    const std::u16string_view below = std::u16string_view(item).substr(baseLength);
     const auto& types = selection_.types;
-    if (!masks_.empty() && !matchesOne(masks_, item.substr(item.rfind(u'/') + 1)))
+    const auto& masks = selection_.masks;
+    if (!masks.empty() && std::ranges::none_of(masks, [&](auto& mask) { return mask.takesFile(below); }))
       return leaveOut(path, "name not asked for");
     if (std::find(types.begin(), types.end(), typeOf(path)) == types.end())
       return leaveOut(path, "kind not asked for");
     std::string place = tree;
-    place.append(path, baseLength);
+    place += errors::nameBytes(below);
     try {
       // To ask for every file would take longer than all else.
       if (identity && !selection_.newerThan) return addFile(std::move(path), std::move(place), *identity, {});
@@ -158,8 +159,6 @@ class Lister {
 
   files::FileSystem& system_;
   const Selection& selection_;
-  std::vector<multifile::Mask> masks_;
-  std::vector<multifile::Mask> excluded_;
   std::set<Identity> avoided_;
   std::unordered_set<Identity, HashOfIdentity> seen_;
   std::set<std::string> seenMissing_;

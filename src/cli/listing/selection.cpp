@@ -1,7 +1,8 @@
 #include "listing/selection.h"
 
-#include "errors/text.h"
+#include "formats/registry.h"
 #include "numbers.h"
+#include "store/store.h"
 #include "usage_error.h"
 
 #include <cctype>
@@ -12,35 +13,61 @@
 namespace pluvo::cli {
 namespace {
 
-constexpr std::string_view kDefaultTypes = "doc,docx,dot,dotx,docm,txt,rtf,htm,html";
 constexpr int kMostLevels = 32000;
 
-std::vector<std::string> divided(std::string_view list, std::string_view option) {
+/// What stands between commas, without blanks around it.
+std::vector<std::string> divided(std::string_view list, const std::string& option) {
+  constexpr std::string_view kBlanks = " \t";
   std::vector<std::string> parts;
   std::size_t from = 0;
   while (from <= list.size()) {
     const std::size_t comma = std::min(list.find(',', from), list.size());
-    if (comma == from) throw UsageError(std::string(option) + " has nothing between two commas.");
-    parts.emplace_back(list.substr(from, comma - from));
+    const std::size_t begin = std::min(list.find_first_not_of(kBlanks, from), comma);
+    if (begin == comma)
+      throw UsageError(list.find_first_not_of(kBlanks) == std::string_view::npos
+                           ? option + " is empty; leave it out, or say which."
+                           : option + " has nothing between two commas.",
+                       option);
+    parts.emplace_back(list.substr(begin, list.find_last_not_of(kBlanks, comma - 1) + 1 - begin));
     from = comma + 1;
   }
   return parts;
 }
 
+void refuseType(const std::string& typed) {
+  throw UsageError("--types takes endings of names such as docx, or * for every kind that is known, not '" +
+                       typed + "'; for other patterns there is --mask.",
+                   "--types");
+}
+
+/// Those of documents, and all that a format goes by.
+std::vector<std::string> everyType() {
+  std::vector<std::string> types(formats::kDocumentExtensions.begin(), formats::kDocumentExtensions.end());
+  const auto known = store::knownExtensions();
+  types.insert(types.end(), known.begin(), known.end());
+  return types;
+}
+
 std::vector<std::string> typesFrom(std::string_view list) {
-  std::vector<std::string> types = divided(list, "--types");
-  for (std::string& type : types) {
-    if (type.rfind("*.", 0) == 0) type.erase(0, 2);
-    if (type.rfind('.', 0) == 0) type.erase(0, 1);
+  std::vector<std::string> types;
+  for (const std::string& typed : divided(list, "--types")) {
+    if (typed == "*" || typed == "*.*") {
+      const std::vector<std::string> every = everyType();
+      types.insert(types.end(), every.begin(), every.end());
+      continue;
+    }
+    std::string type = typed.substr(typed.starts_with("*.") ? 2 : typed.starts_with('.') ? 1 : 0);
+    if (type.find_first_of("*?/.") != std::string::npos) refuseType(typed);
     for (char& c : type) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    types.push_back(std::move(type));
   }
   return types;
 }
 
-std::vector<std::u16string> masksFrom(const std::optional<std::string>& list, std::string_view option) {
-  std::vector<std::u16string> masks;
+std::vector<PathMask> masksFrom(const std::optional<std::string>& list, const std::string& option) {
+  std::vector<PathMask> masks;
   if (!list) return masks;
-  for (const std::string& mask : divided(*list, option)) masks.push_back(errors::nameText(mask));
+  for (const std::string& mask : divided(*list, option)) masks.emplace_back(mask, option);
   return masks;
 }
 
@@ -104,7 +131,11 @@ Selection selectionFrom(const TypedOptions& typed, std::vector<std::string> path
     throw UsageError("--null tells how names end in --files-from; add that.");
   if (typed.levels)
     selection.levels = static_cast<std::int16_t>(numberFrom(*typed.levels, "--levels", 0, kMostLevels));
-  selection.types = typesFrom(typed.types ? *typed.types : kDefaultTypes);
+  if (typed.types) {
+    selection.types = typesFrom(*typed.types);
+  } else {
+    selection.types.assign(formats::kDocumentExtensions.begin(), formats::kDocumentExtensions.end());
+  }
   selection.masks = masksFrom(typed.mask, "--mask");
   selection.excluded = masksFrom(typed.exclude, "--exclude");
   if (typed.newerThan) selection.newerThan = newerThanFrom(*typed.newerThan);

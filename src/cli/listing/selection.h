@@ -1,5 +1,6 @@
 #pragma once
 
+#include "listing/path_mask.h"
 #include "options.h"
 
 #include <cstdint>
@@ -16,11 +17,11 @@ struct Selection {
   bool nullEnded = false;                ///< they end with a zero byte, not with a line
 
   bool recursive = false;
-  bool follow = false;                ///< links found in folders
-  std::int16_t levels = 32000;        ///< of folders below those named
-  std::vector<std::string> types;     ///< without dots, in small letters; of files found in folders
-  std::vector<std::u16string> masks;  ///< see multifile/mask.h; empty: every name
-  std::vector<std::u16string> excluded;
+  bool follow = false;                    ///< links found in folders
+  std::int16_t levels = 32000;            ///< of folders below those named
+  std::vector<std::string> types;         ///< without dots, in small letters; of files found in folders
+  std::vector<PathMask> masks;            ///< of files found in folders; none: every file
+  std::vector<PathMask> excluded;         ///< files and folders
   std::optional<std::int64_t> newerThan;  ///< in seconds since 1970
 
   bool several() const { return paths.size() > 1 || recursive || filesFrom; }

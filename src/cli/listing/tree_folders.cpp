@@ -11,14 +11,9 @@
 
 namespace pluvo::cli {
 
-bool matchesOne(const std::vector<multifile::Mask>& masks, const std::u16string& name) {
-  return std::any_of(masks.begin(), masks.end(), [&](auto& mask) { return mask.matches(name); });
-}
-
-TreeFolders::TreeFolders(files::FileSystem& system, const Selection& selection,
-                         const std::vector<multifile::Mask>& excluded, const std::set<Identity>& avoided,
-                         Listing& listing)
-    : system_(system), selection_(selection), excluded_(excluded), avoided_(avoided), listing_(listing) {}
+TreeFolders::TreeFolders(files::FileSystem& system, const Selection& selection, std::size_t rootLength,
+                         const std::set<Identity>& avoided, Listing& listing)
+    : system_(system), selection_(selection), rootLength_(rootLength), avoided_(avoided), listing_(listing) {}
 
 void TreeFolders::forEachEntry(const std::u16string& folder, const Visit& visit) {
   if (const auto known = read_.extract(folder)) {
@@ -35,7 +30,7 @@ std::vector<multifile::Entry> TreeFolders::read(const std::u16string& folder) {
   bool any = false;
   machine_->forEachEntry(folder, [&](const multifile::Entry& entry) {
     any = true;
-    if (const std::string_view reason = reasonToLeaveOut(path, entry); !reason.empty()) {
+    if (const std::string_view reason = reasonToLeaveOut(folder, entry); !reason.empty()) {
       listing_.leftOut.push_back({path + errors::nameBytes(entry.name), reason});
     } else {
       entries.push_back(entry);
@@ -55,15 +50,18 @@ std::u16string TreeFolders::resolved(const std::u16string& folder) {
   }
 }
 
-std::string_view TreeFolders::reasonToLeaveOut(const std::string& folder,
+std::string_view TreeFolders::reasonToLeaveOut(const std::u16string& folder,
                                                const multifile::Entry& entry) const {
-  if (matchesOne(excluded_, entry.name)) return "excluded";
+  const std::u16string below = folder.substr(rootLength_) + entry.name;
+  if (std::ranges::any_of(selection_.excluded,
+                          [&](auto& mask) { return mask.matches(below, entry.isFolder); }))
+    return "excluded";
   if (entry.isLink && !selection_.follow) return kLink;
   if (!entry.isFolder) return "";
   if (entry.name.starts_with(u'.')) return "hidden folder";
   if (avoided_.empty()) return "";
   try {
-    return avoided_.contains(identityOf(system_.statusAt(folder + errors::nameBytes(entry.name)).stamp))
+    return avoided_.contains(identityOf(system_.statusAt(errors::nameBytes(folder + entry.name)).stamp))
                ? kWrittenByRun
                : "";
   } catch (const std::system_error&) {

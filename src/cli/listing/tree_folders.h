@@ -3,7 +3,6 @@
 #include "files/file_system.h"
 #include "listing/listing.h"
 #include "multifile/folders.h"
-#include "multifile/mask.h"
 
 #include <set>
 #include <unordered_map>
@@ -14,16 +13,14 @@ namespace pluvo::cli {
 using Identity = multifile::FileIdentity;
 inline Identity identityOf(const files::Stamp& stamp) { return {stamp.device, stamp.inode}; }
 
-bool matchesOne(const std::vector<multifile::Mask>& masks, const std::u16string& name);
-
 /// The machine's folders as a scan is to see them: without what is excluded, each read from the disk once
 /// though a scan asks twice, and with a word about what the scan does not see.
 class TreeFolders final : public multifile::Folders {
  public:
   /// All of them outlive it.
-  TreeFolders(files::FileSystem& system, const Selection& selection,
-              const std::vector<multifile::Mask>& excluded, const std::set<Identity>& avoided,
-              Listing& listing);
+  /// The length is that of the root's path, with the slash.
+  TreeFolders(files::FileSystem& system, const Selection& selection, std::size_t rootLength,
+              const std::set<Identity>& avoided, Listing& listing);
 
   void forEachEntry(const std::u16string& folder, const Visit& visit) override;
   std::u16string resolved(const std::u16string& folder) override;
@@ -33,12 +30,12 @@ class TreeFolders final : public multifile::Folders {
  private:
   std::vector<multifile::Entry> read(const std::u16string& folder);
   /// Empty for what is taken.
-  std::string_view reasonToLeaveOut(const std::string& path, const multifile::Entry& entry) const;
+  std::string_view reasonToLeaveOut(const std::u16string& folder, const multifile::Entry& entry) const;
   void noteUnreadable(const std::string& folder);
 
   files::FileSystem& system_;
   const Selection& selection_;
-  const std::vector<multifile::Mask>& excluded_;
+  const std::size_t rootLength_;
   const std::set<Identity>& avoided_;
   Listing& listing_;
   std::unique_ptr<multifile::Folders> machine_ = multifile::machineFolders();

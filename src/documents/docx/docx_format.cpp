@@ -47,6 +47,8 @@ bool DocxFormat::recognises(files::ByteSpan bytes, std::string_view extension) c
   return isPackage(view) || isEncryptedPackage(view);
 }
 
+std::span<const std::string_view> DocxFormat::extensions() const { return kExtensions; }
+
 formats::Opened DocxFormat::read(files::Bytes bytes) const {
   Package package = openPackage(std::move(bytes));
   const std::optional<formats::Protection> protection = protectionOf(package);

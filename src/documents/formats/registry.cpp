@@ -3,7 +3,6 @@
 #include "formats/signature.h"
 
 #include <algorithm>
-#include <array>
 
 namespace pluvo::formats {
 
@@ -12,8 +11,10 @@ namespace {
 using files::DocumentError;
 using files::Problem;
 
-constexpr std::array<std::string_view, 9> kDocumentExtensions = {"doc",  "docx", "docm", "dot", "dotx",
-                                                                 "dotm", "rtf",  "htm",  "html"};
+/// Whether a name with the extension promises more than a text.
+bool promisesDocument(std::string_view extension) {
+  return extension != "txt" && std::ranges::find(kDocumentExtensions, extension) != kDocumentExtensions.end();
+}
 
 std::string quoted(std::string_view extension) { return "\"." + std::string(extension) + "\""; }
 
@@ -27,7 +28,7 @@ DocumentError notRecognised(files::ByteSpan bytes, std::string_view extension) {
     return {Problem::unsupported,
             "Web pages (" + quoted(extension) +
                 ") are not worked on; open it in a word processor and save it as .docx or .txt."};
-  if (bytes.empty() || std::ranges::find(kDocumentExtensions, extension) != kDocumentExtensions.end())
+  if (bytes.empty() || promisesDocument(extension))
     return {Problem::damaged,
             "The name says " + quoted(extension) +
                 ", but the file does not hold a document of that kind; restore it from a copy, or "
@@ -59,6 +60,15 @@ const Format* Registry::find(files::ByteSpan bytes, std::string_view extension) 
 const Format& Registry::formatOf(files::ByteSpan bytes, std::string_view extension) const {
   if (const Format* format = find(bytes, extension)) return *format;
   throw notRecognised(bytes, extension);
+}
+
+std::vector<std::string_view> Registry::extensions() const {
+  std::vector<std::string_view> all;
+  for (const auto& format : formats_) {
+    const auto some = format->extensions();
+    all.insert(all.end(), some.begin(), some.end());
+  }
+  return all;
 }
 
 }  // namespace pluvo::formats

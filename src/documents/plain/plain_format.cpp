@@ -30,6 +30,8 @@ bool PlainFormat::recognises(ByteSpan bytes, std::string_view extension) const {
   return std::ranges::find(kExtensions, extension) != kExtensions.end() && !formats::signatureOf(bytes);
 }
 
+std::span<const std::string_view> PlainFormat::extensions() const { return kExtensions; }
+
 formats::Opened PlainFormat::read(files::Bytes bytes) const {
   const Storage storage = detect(bytes.view);
   const ByteSpan content = bytes.view.subspan(storage.markLength);

@@ -2,6 +2,7 @@
 
 #include "docx/docx_format.h"
 #include "plain/plain_format.h"
+#include "store/store.h"
 
 #include <memory>
 
@@ -13,5 +14,7 @@ formats::Registry knownFormats() {
   registry.add(std::make_unique<plain::PlainFormat>());
   return registry;
 }
+
+std::vector<std::string_view> knownExtensions() { return knownFormats().extensions(); }
 
 }  // namespace pluvo::store

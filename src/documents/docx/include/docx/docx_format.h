@@ -22,6 +22,7 @@ class DocxFormat : public formats::Format {
  public:
   std::string_view name() const override { return "docx"; }
   bool recognises(files::ByteSpan bytes, std::string_view extension) const override;
+  std::span<const std::string_view> extensions() const override;
   formats::Opened read(files::Bytes bytes) const override;
 };
 

@@ -11,6 +11,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -51,6 +52,8 @@ class Format {
   /// Whether the bytes look like this format; the extension (lower case, no dot) may decide where bytes
   /// cannot.
   virtual bool recognises(files::ByteSpan bytes, std::string_view extension) const = 0;
+  /// The extensions that it goes by where bytes cannot tell; "" for names without one.
+  virtual std::span<const std::string_view> extensions() const { return {}; }
   virtual Opened read(files::Bytes bytes) const = 0;
 };
 

@@ -2,12 +2,17 @@
 
 #include "formats/format.h"
 
+#include <array>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace pluvo::formats {
+
+/// The endings that names of documents have, in whatever program they were written.
+inline constexpr std::array<std::string_view, 10> kDocumentExtensions = {
+    "doc", "docx", "docm", "dot", "dotx", "dotm", "txt", "rtf", "htm", "html"};
 
 /// "txt" of "folder/Letter.TXT"; nothing for a name without one.
 std::string extensionOf(std::string_view path);
@@ -24,6 +29,9 @@ class Registry {
   /// Throws DocumentError: damaged where the name promises a document that the bytes are not, unsupported
   /// otherwise; the sentence says what the file looks like.
   const Format& formatOf(files::ByteSpan bytes, std::string_view extension) const;
+
+  /// Those that any of the formats goes by.
+  std::vector<std::string_view> extensions() const;
 
  private:
   std::vector<std::unique_ptr<Format>> formats_;

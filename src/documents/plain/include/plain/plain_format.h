@@ -29,6 +29,7 @@ class PlainFormat final : public formats::Format {
   /// By the extension, since bytes cannot tell: txt, text, asc, log, md, csv, tsv or none; and nothing that
   /// has the signature of another kind of file.
   bool recognises(files::ByteSpan bytes, std::string_view extension) const override;
+  std::span<const std::string_view> extensions() const override;
   formats::Opened read(files::Bytes bytes) const override;
 };
 

@@ -11,6 +11,8 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace pluvo::store {
 
@@ -93,6 +95,9 @@ struct Also {
   /// Documents protected against editing. They refuse every edit until the protection is lifted.
   bool protectedDocuments = false;
 };
+
+/// The extensions that any known format goes by, "" for none among them.
+std::vector<std::string_view> knownExtensions();
 
 /// Opens documents of every known format, told by their content. May be used from several threads.
 class Store {
