@@ -3,6 +3,7 @@
 #include "colors.h"
 #include "errors/text.h"
 #include "printer.h"
+#include "unicode.h"
 
 #include <unistd.h>
 
@@ -22,8 +23,8 @@ constexpr std::size_t kShownText = 40;
 /// The text that goes in, shortened to one line.
 std::string quoted(const std::u16string& text) {
   const bool whole = text.size() <= kShownText && text.find(u'\r') == std::u16string::npos;
-  const std::u16string shown = whole ? text : text.substr(0, std::min(kShownText, text.find(u'\r'))) + u" …";
-  return "'" + errors::utf8(shown) + "'";
+  const std::u16string front = whole ? text : text.substr(0, std::min(kShownText, text.find(u'\r'))) + u" …";
+  return "'" + shown(errors::utf8(front)) + "'";
 }
 
 std::string questionFor(const Request& request) {
@@ -54,14 +55,15 @@ bool Interviewer::canAsk() { return isTerminal(STDIN_FILENO) && isTerminal(STDER
 Answer Interviewer::ask(const std::string& path, const BlockReport& block) {
   if (all_) return Answer::yes;
   (void)std::fflush(stdout);
-  const Excerpt& shown = block.before;
-  const std::string piece = style_.colored() ? style_.match(shown.piece) : "[" + shown.piece + "]";
+  const Excerpt& excerpt = block.before;
+  const std::string text = shown(excerpt.piece);
+  const std::string piece = style_.colored() ? style_.match(text) : "[" + text + "]";
   const std::string which =
       documents_ > 1 ? " (" + std::to_string(document_) + " of " + std::to_string(documents_) + " files)"
                      : "";
   const std::string question = questionFor(*block.request) + " [y,n,a,s,q]? ";
-  show(style_.file(shownPath(path)) + ":" + style_.number(std::to_string(block.paragraph)) + ":" + which +
-       "\n  " + shown.lead + piece + shown.trail + "\n");
+  show(style_.file(shown(path)) + ":" + style_.number(std::to_string(block.paragraph)) + ":" + which +
+       "\n  " + shown(excerpt.lead) + piece + shown(excerpt.trail) + "\n");
   while (true) {
     show(style_.heading(question));
     std::string line;

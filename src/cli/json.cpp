@@ -2,6 +2,7 @@
 
 #include "unicode.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 
@@ -18,25 +19,17 @@ std::string escaped(unsigned unit) {
 
 std::string jsonQuoted(std::string_view bytes) {
   std::string json = "\"";
-  std::size_t sound = wellFormedLength(bytes);
-  for (std::size_t i = 0; i < bytes.size(); ++i) {
-    const auto c = static_cast<unsigned char>(bytes[i]);
-    if (i >= sound) {
-      const std::size_t more = wellFormedLength(bytes.substr(i));
-      if (more == 0) {
-        json += escaped(0xDC00U + c);
-        continue;
-      }
-      sound = i + more;
-    }
-    if (c == '"' || c == '\\') {
-      json += '\\';
-      json += static_cast<char>(c);
-    } else if (c < 0x20 || c == 0x7F) {
-      json += escaped(c);
+  for (std::size_t at = 0; at < bytes.size();) {
+    const Character next = firstCharacter(bytes.substr(at));
+    if (next.length == 0) {
+      json += escaped(0xDC00U + static_cast<unsigned char>(bytes[at]));
+    } else if (isControl(next.code)) {
+      json += escaped(next.code);
     } else {
-      json += static_cast<char>(c);
+      if (next.code == '"' || next.code == '\\') json += '\\';
+      json += bytes.substr(at, next.length);
     }
+    at += std::max<std::size_t>(next.length, 1);
   }
   return json + '"';
 }

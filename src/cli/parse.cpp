@@ -49,23 +49,18 @@ const Option* optionOf(int code) {
 
 std::string longName(const Option& option) { return std::string("--") + option.name; }
 
-/// An argument as it may be shown in a message: whole, without what would upset a terminal.
-std::string shown(std::string_view typed) {
-  std::string safe;
-  for (const char c : typed) safe += static_cast<unsigned char>(c) < 0x20 || c == 0x7F ? '?' : c;
-  return "'" + safe + "'";
-}
+std::string quoted(std::string_view typed) { return "'" + std::string(typed) + "'"; }
 
 [[noreturn]] void refuseUnknown(std::string_view typed) {
   if (typed.substr(0, 2) != "--" || typed.size() < 3) {
-    throw UsageError("There is no option " + shown(typed) + "." + std::string(kMore));
+    throw UsageError("There is no option " + quoted(typed) + "." + std::string(kMore));
   }
   const std::string_view name = typed.substr(0, typed.find('='));
   std::vector<std::string> names;
   for (const Option& each : options()) names.push_back(longName(each));
   const std::vector<std::string_view> candidates(names.begin(), names.end());
   const std::string hint = didYouMean(name, candidates);
-  throw UsageError("There is no option " + shown(name) + "." + (hint.empty() ? std::string(kMore) : hint));
+  throw UsageError("There is no option " + quoted(name) + "." + (hint.empty() ? std::string(kMore) : hint));
 }
 
 Command commandOf(std::string_view typed) {
@@ -75,7 +70,7 @@ Command commandOf(std::string_view typed) {
     candidates.push_back(each.name);
   }
   const std::string hint = didYouMean(typed, candidates);
-  throw UsageError("There is no command " + shown(typed) + "." +
+  throw UsageError("There is no command " + quoted(typed) + "." +
                    (hint.empty()
                         ? " The commands are find, insert, replace, delete, highlight, run, save and undo."
                         : hint));

@@ -1,5 +1,7 @@
 #include "printer.h"
 
+#include "unicode.h"
+
 #include <unistd.h>
 
 #include <algorithm>
@@ -79,25 +81,10 @@ void flushOut() {
 }
 
 void sayError(std::string_view sentence) {
-  say(Style::forStream(fileno(stderr)).error("pluvo:") + " " + std::string(sentence) + "\n");
+  say(Style::forStream(fileno(stderr)).error("pluvo:") + " " + shown(sentence) + "\n");
 }
 
-void sayNote(std::string_view sentence) { say("pluvo: " + std::string(sentence) + "\n"); }
-
-std::string shownPath(std::string_view path) {
-  const auto byteAt = [&](std::size_t i) {
-    return i < path.size() ? static_cast<unsigned char>(path[i]) : 0U;
-  };
-  std::string shown;
-  for (std::size_t i = 0; i < path.size(); ++i) {
-    // Those of U+0080 to U+009F are commands to a terminal, too.
-    const bool isC1 = byteAt(i) == 0xC2 && byteAt(i + 1) >= 0x80 && byteAt(i + 1) <= 0x9F;
-    const bool isC0 = byteAt(i) < 0x20 || byteAt(i) == 0x7F;
-    shown += isC0 || isC1 ? '?' : path[i];
-    if (isC1) ++i;
-  }
-  return shown;
-}
+void sayNote(std::string_view sentence) { say("pluvo: " + shown(sentence) + "\n"); }
 
 std::string counted(std::int64_t count, std::string_view noun) {
   return std::to_string(count) + " " + std::string(noun) + (count == 1 ? "" : "s");

@@ -39,12 +39,9 @@ void writeOut(std::string_view text);
 /// Has it all arrive; throws as writeOut does.
 void flushOut();
 
-/// "pluvo: " and the sentence, on standard error, behind whatever was printed before.
+/// "pluvo: " and the sentence, as it may be shown, on standard error, behind whatever was printed before.
 void sayError(std::string_view sentence);
 void sayNote(std::string_view sentence);
-
-/// A path as a message may show it: control characters, which a terminal would act on, as ?.
-std::string shownPath(std::string_view path);
 
 /// "1 block", "2 blocks"
 std::string counted(std::int64_t count, std::string_view noun);

@@ -42,9 +42,9 @@ void makeOutputFolder(const Plan& plan, files::FileSystem& system) {
   try {
     if (!system.exists(*plan.outputFolder)) system.createFolder(*plan.outputFolder);
     if (system.statusAt(*plan.outputFolder).kind == files::FileKind::folder) return;
-    throw UsageError("--output: " + shownPath(*plan.outputFolder) + " is not a folder.");
+    throw UsageError("--output: " + *plan.outputFolder + " is not a folder.");
   } catch (const std::system_error& refused) {
-    throw UsageError("--output: cannot make the folder " + shownPath(*plan.outputFolder) + ": " +
+    throw UsageError("--output: cannot make the folder " + *plan.outputFolder + ": " +
                      std::strerror(refused.code().value()) + ".");
   }
 }
@@ -104,12 +104,11 @@ std::unique_ptr<Printer> printersFor(const Plan& plan, const std::optional<Repor
 
 void sayFailure(const Outcome& outcome) {
   const Failure& failure = *outcome.failure;
-  sayError(shownPath(outcome.path) + ": " + std::string(files::nameOf(failure.problem)) + ": " +
-           failure.message);
+  sayError(outcome.path + ": " + std::string(files::nameOf(failure.problem)) + ": " + failure.message);
 }
 
 void sayRefused(const Outcome& outcome) {
-  sayNote(shownPath(outcome.path) + ": " + std::to_string(outcome.refused) +
+  sayNote(outcome.path + ": " + std::to_string(outcome.refused) +
           " of its changes were refused and left out.");
 }
 

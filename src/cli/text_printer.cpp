@@ -1,5 +1,6 @@
 #include "colors.h"
 #include "printer.h"
+#include "unicode.h"
 
 namespace pluvo::cli {
 namespace {
@@ -16,9 +17,9 @@ class TextPrinter : public Printer {
   void block(const std::string& path, const BlockReport& block) override {
     if (block.skipped) return;
     const std::string where =
-        style_.file(shownPath(path)) + ":" + style_.number(std::to_string(block.paragraph)) + ":";
+        style_.file(shown(path)) + ":" + style_.number(std::to_string(block.paragraph)) + ":";
     if (block.request->command == Command::find) {
-      writeOut(where + " " + style_.match(block.before.piece) + "\n");
+      writeOut(where + " " + style_.match(shown(block.before.piece)) + "\n");
     } else if (block.refused || !block.after) {
       writeOut(where + " refused\n  " + marked(block.before, "[-", "-]", kRemoved) + "\n");
     } else {
@@ -28,13 +29,13 @@ class TextPrinter : public Printer {
 
   void document(const Outcome& outcome) override {
     const bool alone = !plan_.selection.several();
-    if (alone && !outcome.failure && outcome.found == 0) sayNote(shownPath(outcome.path) + ": 0 blocks");
+    if (alone && !outcome.failure && outcome.found == 0) sayNote(outcome.path + ": 0 blocks");
     if (finds() || outcome.failure || outcome.found == 0) return;
-    std::string line = style_.file(shownPath(outcome.path)) + ": " + counted(outcome.found, "block") + ", ";
+    std::string line = style_.file(shown(outcome.path)) + ": " + counted(outcome.found, "block") + ", ";
     line += std::to_string(outcome.operated) + (plan_.dryRun ? " would be " : " ") + done();
     if (outcome.skipped > 0 || plan_.confirm) line += ", " + std::to_string(outcome.skipped) + " skipped";
-    if (!outcome.savedAs.empty()) line += "; saved as " + shownPath(outcome.savedAs);
-    if (!outcome.backup.empty()) line += "; original kept as " + shownPath(fileName(outcome.backup));
+    if (!outcome.savedAs.empty()) line += "; saved as " + shown(outcome.savedAs);
+    if (!outcome.backup.empty()) line += "; original kept as " + shown(fileName(outcome.backup));
     if (!outcome.changed) line += "; no difference, not saved";
     writeOut(line + "\n");
   }
@@ -76,20 +77,21 @@ class TextPrinter : public Printer {
   /// The piece in its context, told apart by colour, or by signs where there are no colours.
   std::string marked(const Excerpt& excerpt, std::string_view open, std::string_view close,
                      Paint paint) const {
-    std::string piece = (style_.*paint)(excerpt.piece);
+    std::string piece = (style_.*paint)(shown(excerpt.piece));
     if (!style_.colored() && !excerpt.piece.empty()) {
       piece = std::string(open) + piece + std::string(close);
     }
-    return excerpt.lead + piece + excerpt.trail;
+    return shown(excerpt.lead) + piece + shown(excerpt.trail);
   }
 
   std::string preview(const BlockReport& block) const {
     const Excerpt& before = block.before;
     if (block.request->command == Command::highlight) {
       const word::WdColorIndex color = block.request->color;
-      const std::string piece =
-          style_.colored() ? style_.highlighted(before.piece, color) : "[" + before.piece + "]";
-      return "  " + before.lead + piece + before.trail + "\n  highlight: " + nameOf(color) + "\n";
+      const std::string text = shown(before.piece);
+      const std::string piece = style_.colored() ? style_.highlighted(text, color) : "[" + text + "]";
+      return "  " + shown(before.lead) + piece + shown(before.trail) + "\n  highlight: " + nameOf(color) +
+             "\n";
     }
     return "  - " + marked(before, "[-", "-]", kRemoved) + "\n  + " +
            marked(*block.after, "{+", "+}", kAdded) + "\n";

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 namespace pluvo::cli {
@@ -8,5 +9,19 @@ namespace pluvo::cli {
 /// How many of the first bytes are well-formed UTF-8 (overlong forms, surrogates and values beyond U+10FFFF
 /// are not). For what is well-formed, errors/text.h converts.
 std::size_t wellFormedLength(std::string_view bytes);
+
+struct Character {
+  char32_t code = 0;
+  std::size_t length = 0;  ///< in bytes; 0 where the first byte begins no well-formed character
+};
+/// Of bytes that are not empty.
+Character firstCharacter(std::string_view bytes);
+
+/// Whether a terminal acts on it, or shows what follows in another order: C0, C1 and bidirectional controls.
+bool isControl(char32_t code);
+
+/// Bytes as a message or a list may show them to a person, be it at a terminal: controls as ?, bytes that are
+/// no UTF-8 as U+FFFD. Whatever comes from a name, a document, an argument or a file goes through this.
+std::string shown(std::string_view bytes);
 
 }  // namespace pluvo::cli

@@ -134,6 +134,26 @@ TEST(Program, PrintsJsonOneObjectALine) {
                         "\n"));
 }
 
+TEST(Program, ShowsNothingThatATerminalActsOn) {
+  const Sandbox sandbox;
+  const std::string odd = "\x1B[2J\a\x7F\xC2\x9B\xFF\u202E\u2066\u200F.txt";
+  sandbox.put(odd, "a \u202E \x1B]0;b\xC2\x9D c\n");
+  sandbox.put(odd + ".toml", "\"" + odd + "\" = 1\n");
+  const Words cases[] = {
+      {"find", "-b", "a", "-e", "c", odd}, {"replace", "-b", "a", "-e", "c", "-t", odd, "-n", odd},
+      {"highlight", "-b", "a", odd},       {"find", "-b", "a", "gone" + odd, "--begin-fle" + odd},
+      {"find", "-b", "a", "gone" + odd},   {"find", "-b", "a", "-r", "--exclude", "../" + odd, "."},
+      {"run", odd + ".toml", odd},         {odd}};
+  for (const Words& words : cases) {
+    const Result result = sandbox.run(words);
+    for (const char* const control :
+         {"\x1B", "\a", "\x7F", "\xC2\x9B", "\xC2\x9D", "\xFF", "\u202E", "\u2066"})
+      EXPECT_THAT(result.out + result.err, Not(HasSubstr(control))) << words.front();
+  }
+  EXPECT_THAT(sandbox.run(Words{"find", "-b", "a", "--json", odd}).out,
+              StartsWith(R"({"file":"\u001b[2J\u0007\u007f\u009b\udcff\u202e\u2066\u200f.txt",)"));
+}
+
 TEST(Program, GoesOnBehindABadDocument) {
   const Sandbox sandbox;
   sandbox.put("good.txt", "draft\n");

@@ -42,7 +42,7 @@ ReportFile::ReportFile(const ReportPlace& place) : place_(place), temporary_(pla
       close(handle);
       unlink(temporary_.c_str());
     }
-    throw UsageError("--report: cannot make " + shownPath(place_.path) + ": " + std::strerror(error) + ".");
+    throw UsageError("--report: cannot make " + place_.path + ": " + std::strerror(error) + ".");
   }
   setPermissions(handle, place_);
   file_.reset(fdopen(handle, "wb"));
@@ -54,8 +54,8 @@ ReportFile::~ReportFile() {
 
 void ReportFile::require(bool good) const {
   if (good) return;
-  throw files::DocumentError(files::Problem::io, "The report " + shownPath(place_.path) +
-                                                     " cannot be written: " + std::strerror(errno) + ".");
+  throw files::DocumentError(
+      files::Problem::io, "The report " + place_.path + " cannot be written: " + std::strerror(errno) + ".");
 }
 
 void ReportFile::writeTo(std::FILE* file, std::string_view text) const {

@@ -74,7 +74,7 @@ class HtmlReport final : public Printer {
   void document(const Outcome& outcome) override {
     row(outcome);
     if (!items_.empty()) {
-      file_.addLater("<details><summary>" + escaped(shownPath(outcome.path)) + " <span class=\"soft\">" +
+      file_.addLater("<details><summary>" + escaped(shown(outcome.path)) + " <span class=\"soft\">" +
                      std::to_string(outcome.found) + (outcome.found == 1 ? " block" : " blocks") +
                      "</span></summary><ol>\n" + items_ + "</ol></details>\n");
     }
@@ -82,7 +82,7 @@ class HtmlReport final : public Printer {
   }
 
   void leftOut(const LeftOut& leftOut) override {
-    notTaken_ += "<tr><td>" + escaped(shownPath(leftOut.path)) + "</td><td>" + std::string(leftOut.reason) +
+    notTaken_ += "<tr><td>" + escaped(shown(leftOut.path)) + "</td><td>" + std::string(leftOut.reason) +
                  "</td></tr>\n";
   }
 
@@ -92,8 +92,8 @@ class HtmlReport final : public Printer {
     };
     std::string beginning(kHtmlMark);
     beginning += kReportHead;
-    beginning +=
-        "<header><h1>PLUVO report</h1><p><code>" + escaped(command_) + "</code></p></header>\n<main>\n";
+    beginning += "<header><h1>PLUVO report</h1><p><code>" + escaped(shown(command_)) +
+                 "</code></p></header>\n<main>\n";
     beginning += "<dl class=\"totals\">" + total("Documents", totals.files) +
                  total("Blocks found", totals.found) + total("Operated on", totals.operated) +
                  total("Skipped", totals.skipped) + total("Documents changed", totals.changed) +
@@ -116,15 +116,15 @@ class HtmlReport final : public Printer {
 
  private:
   void row(const Outcome& outcome) {
-    const std::string name = "<tr><td>" + escaped(shownPath(outcome.path)) + "</td>";
+    const std::string name = "<tr><td>" + escaped(shown(outcome.path)) + "</td>";
     if (outcome.failure) {
       failures_ += name + "<td class=\"bad\">" + std::string(files::nameOf(outcome.failure->problem)) +
-                   "</td><td>" + escaped(outcome.failure->message) + "</td></tr>\n";
+                   "</td><td>" + escaped(shown(outcome.failure->message)) + "</td></tr>\n";
       return;
     }
     std::string saved = outcome.saved ? "yes" : "no";
-    if (!outcome.savedAs.empty()) saved = "as " + escaped(outcome.savedAs);
-    if (!outcome.backup.empty()) saved += ", original kept as " + escaped(outcome.backup);
+    if (!outcome.savedAs.empty()) saved = "as " + escaped(shown(outcome.savedAs));
+    if (!outcome.backup.empty()) saved += ", original kept as " + escaped(shown(outcome.backup));
     if (outcome.refused > 0) saved += ", " + std::to_string(outcome.refused) + " refused";
     rows_ += name + cell("Found", outcome.found) + cell("Operated on", outcome.operated) +
              cell("Skipped", outcome.skipped) + "<td data-name=\"Saved\">" + saved + "</td></tr>\n";

@@ -34,9 +34,9 @@ void saveRequest(files::FileSystem& system, const std::string& path, const Reque
     version.check = [](const files::Bytes&) {};
     files::replaceFile(system, path, before.stamp, version);
   } catch (const files::DocumentError& refused) {
-    throw UsageError(shownPath(path) + ": " + refused.what());
+    throw UsageError(path + ": " + refused.what());
   } catch (const std::system_error& refused) {
-    throw UsageError(shownPath(path) + " cannot be written: " + refused.code().message() + ".");
+    throw UsageError(path + " cannot be written: " + refused.code().message() + ".");
   }
 }
 

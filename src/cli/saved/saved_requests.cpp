@@ -19,7 +19,7 @@ constexpr std::size_t kDashes = 2;
 
 /// Where something stands in the file, for messages.
 std::string placeOf(const std::string& path, const toml::source_region& source) {
-  return shownPath(path) + ", line " + std::to_string(source.begin.line) + ": ";
+  return path + ", line " + std::to_string(source.begin.line) + ": ";
 }
 
 toml::table parsed(const std::string& path) {
@@ -114,7 +114,7 @@ std::vector<Request> savedRequests(const std::string& path) {
   const toml::node* const node = file.get("request");
   const toml::array* const tables = node != nullptr ? node->as_array() : nullptr;
   if (tables == nullptr || tables->empty())
-    throw UsageError(shownPath(path) +
+    throw UsageError(path +
                      " has no request; one begins with the line [[request]], and 'pluvo save' writes one.");
   std::vector<Request> requests;
   for (const toml::node& each : *tables) {

@@ -2,6 +2,7 @@
 
 #include "journal/journal.h"
 #include "printer.h"
+#include "unicode.h"
 #include "usage_error.h"
 
 #include <algorithm>
@@ -27,7 +28,7 @@ ExitStatus list(const std::vector<journal::Run>& runs) {
                        ", " + sizeText(run.bytes);
     if (run.notKept > 0) line += ", " + std::to_string(run.notKept) + " more not kept";
     if (run.going) line += ", still going on";
-    writeOut(line + "\n    " + shownPath(run.command) + "\n");
+    writeOut(line + "\n    " + shown(run.command) + "\n");
   }
   flushOut();
   return runs.empty() ? kNoneFound : kFound;
@@ -43,7 +44,7 @@ std::string lastOf(const std::vector<journal::Run>& runs) {
 /// Not every run can be taken back, so the last one may be another than the user has in mind.
 void sayWhich(const std::vector<journal::Run>& runs, const std::string& name) {
   for (const journal::Run& run : runs)
-    if (run.name == name) sayNote("taking back the run " + run.name + ": " + shownPath(run.command));
+    if (run.name == name) sayNote("taking back the run " + run.name + ": " + run.command);
 }
 
 ExitStatus takeBack(files::FileSystem& system, const std::string& folder, const std::string& run,
@@ -55,15 +56,15 @@ ExitStatus takeBack(files::FileSystem& system, const std::string& folder, const 
     switch (undone.outcome) {
       case journal::Outcome::restored:
         ++restored;
-        if (!quiet) writeOut(shownPath(undone.path) + ": as before\n");
+        if (!quiet) writeOut(shown(undone.path) + ": as before\n");
         break;
       case journal::Outcome::asBefore:
         ++asBefore;
         break;
       case journal::Outcome::failed:
         ++failed;
-        sayError(shownPath(undone.path) + ": " + std::string(files::nameOf(undone.problem->problem())) +
-                 ": " + undone.problem->what());
+        sayError(undone.path + ": " + std::string(files::nameOf(undone.problem->problem())) + ": " +
+                 undone.problem->what());
         break;
     }
   });
