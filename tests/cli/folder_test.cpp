@@ -429,7 +429,9 @@ TEST(SavedRequests, SayWhereTheyAreWrong) {
       {find + "begin = \"x\"\n\n[[request]]\ncommand = \"highlight\"\ncolor = \"yelow\"\nbegin = \"x\"\n",
        "line 7: There is no highlight colour 'yelow'. Did you mean yellow?"},
       {find + "begin = \"x\"\n" + find, "line 4: Say what a block begins with"},
-      {find + "begin = \"x\"\nend-file = \"nowhere\"\n", "line 4: --end-file: cannot open nowhere"},
+      {find + "begin-file = \"d.txt\"\n",
+       "line 3: saved requests read no other files, so there is no key 'beg"},
+      {find + "begin = \"x\"\npassword-file = \"d.txt\"\n", "line 4: there is no key 'password-file'"},
       {"recursive = true\n", "line 1: 'recursive' stands outside"},
       {"# nothing\n", "has no request"}};
   for (const auto& [file, sentence] : wrong) {
@@ -438,6 +440,11 @@ TEST(SavedRequests, SayWhereTheyAreWrong) {
     EXPECT_EQ(result.status, 2) << file;
     EXPECT_THAT(result.err, HasSubstr(sentence)) << file;
   }
+  ASSERT_EQ(::mkfifo(sandbox.path("pipe").c_str(), 0600), 0);
+  for (const char* const line : {"run pipe d.txt", "find -b x --files-from pipe",
+                                 "find --begin-file pipe d.txt", "find -b x --password-file pipe d.txt"})
+    EXPECT_THAT(sandbox.run(line).err, HasSubstr("pipe is a named pipe, not a file")) << line;
+  EXPECT_THAT(sandbox.run("find -b x --files-from /dev/zero").err, HasSubstr("is a device, not a file"));
 }
 
 TEST(Progress, IsForTerminalsOnly) {

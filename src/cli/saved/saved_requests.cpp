@@ -23,7 +23,7 @@ std::string placeOf(const std::string& path, const toml::source_region& source) 
 }
 
 toml::table parsed(const std::string& path) {
-  const std::string bytes = bytesFrom(path, "saved requests");
+  const std::string bytes = bytesOfFile(path, "saved requests");
   try {
     return toml::parse(bytes, path);
   } catch (const toml::parse_error& error) {
@@ -40,7 +40,19 @@ const Option* optionNamed(std::string_view name) {
   return found == all.end() ? nullptr : &*found;
 }
 
+/// A file of requests may come from somebody else, so it names no files of its user's.
+void refuseFileKey(const std::string& place, std::string_view key) {
+  const auto& all = options();
+  if (std::ranges::none_of(all, [&](auto& option) { return key == option.name && namesTextFile(option); }))
+    return;
+  const std::string text(key.substr(0, key.rfind('-')));
+  throw UsageError(place + "saved requests read no other files, so there is no key '" + std::string(key) +
+                   "'; put the text itself here, as " + text + " = \"...\". 'pluvo save' with --" +
+                   std::string(key) + " does so.");
+}
+
 [[noreturn]] void refuseKey(const std::string& place, std::string_view key) {
+  refuseFileKey(place, key);
   std::vector<std::string_view> names = {"command"};
   for (const Option& option : options()) {
     if (isPartOfRequest(option)) names.emplace_back(option.name);

@@ -41,8 +41,14 @@ constexpr std::array<std::string_view, 4> kPlaces = {"block", "begin", "end", "i
 
 }  // namespace
 
+bool namesTextFile(const Option& option) {
+  return option.valueName == "FILE" && (option.group == kBlockGroup || option.group == kChangeGroup);
+}
+
 bool isPartOfRequest(const Option& option) {
-  return option.group == kBlockGroup || option.group == kChangeGroup || option.group == kMatchingGroup;
+  const bool isAbout =
+      option.group == kBlockGroup || option.group == kChangeGroup || option.group == kMatchingGroup;
+  return isAbout && !namesTextFile(option);
 }
 
 std::string tomlOf(const Request& request) {
@@ -60,7 +66,7 @@ std::string tomlOf(const Request& request) {
   line(request.place != Place::block && !request.end.empty(), "on",
        word(kPlaces.at(static_cast<std::size_t>(request.place))));
   line(takesText, "text", quoted(request.text));
-  line(request.after, "after", "true");
+  line(request.command == Command::insert, request.after ? "after" : "before", "true");
   line(request.extraSpace, "extra-space", "true");
   line(request.command == Command::highlight, "color", word(nameOf(request.color)));
   line(request.matchCase, "match-case", "true");

@@ -7,7 +7,11 @@
 
 namespace pluvo::cli {
 
+/// Whether an option gives the text of a request in a file.
+bool namesTextFile(const Option& option);
+
 /// Whether an option is kept with a request: what is looked for and what is done, not to which documents.
+/// A text is kept itself, whatever file it came from.
 bool isPartOfRequest(const Option& option);
 
 /// The request as it stands in a file, with what is not as by default.
