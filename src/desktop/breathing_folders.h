@@ -12,8 +12,8 @@ class BreathingFolders final : public multifile::Folders {
  public:
   explicit BreathingFolders(Working& working) : working_(working) {}
 
-  void forEachEntry(const std::u16string& folder, const Visit& visit) override {
-    folders_->forEachEntry(folder, [&](const multifile::Entry& entry) {
+  std::error_code forEachEntry(const std::u16string& folder, const Visit& visit) override {
+    return folders_->forEachEntry(folder, [&](const multifile::Entry& entry) {
       working_.breathe();
       if (working_.cancels() == 0) visit(entry);
     });

@@ -9,6 +9,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
@@ -24,17 +25,28 @@ namespace fs = std::filesystem;
 class Reading {
  public:
   explicit Reading(const std::string& folder) : stream_(opendir(folder.c_str()), closedir) {
+    if (!stream_) error_ = errno;
     struct stat status = {};
     if (stream_ && fstat(descriptor(), &status) == 0) device_ = status.st_dev;
   }
 
-  /// Null behind the last, and where the folder cannot be read.
-  const dirent* next() { return stream_ ? readdir(stream_.get()) : nullptr; }
+  /// Null behind the last, and where the folder cannot be read on.
+  const dirent* next() {
+    if (!stream_) return nullptr;
+    errno = 0;
+    const dirent* const entry = readdir(stream_.get());
+    if (entry == nullptr) error_ = errno;
+    return entry;
+  }
+
+  std::error_code error() const { return {error_, std::generic_category()}; }
 
   bool isFolder(const dirent& entry) const {
     if (entry.d_type == DT_DIR) return true;
     if (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN) return false;
-    return S_ISDIR(modeOf(entry, 0));
+    const mode_t mode = modeOf(entry, 0);
+    // What a failing disk cannot tell is walked as a folder, so that the walk tells of it.
+    return mode != 0 ? S_ISDIR(mode) : entry.d_type == DT_UNKNOWN && errno != ENOENT && errno != ELOOP;
   }
 
   bool isLink(const dirent& entry) const {
@@ -69,6 +81,7 @@ class Reading {
   }
 
   std::unique_ptr<DIR, int (*)(DIR*)> stream_;
+  int error_ = 0;
   dev_t device_ = 0;
   bool asked_ = false;
   bool numbersAreFiles_ = false;
@@ -76,7 +89,7 @@ class Reading {
 
 class MachineFolders : public Folders {
  public:
-  void forEachEntry(const std::u16string& folder, const Visit& visit) override {
+  std::error_code forEachEntry(const std::u16string& folder, const Visit& visit) override {
     struct Found {
       std::string name;
       bool isFolder;
@@ -84,6 +97,7 @@ class MachineFolders : public Folders {
       std::optional<FileIdentity> identity;
     };
     std::vector<Found> found;
+    std::error_code error;
     {
       Reading reading(errors::nameBytes(folder));
       while (const dirent* entry = reading.next()) {
@@ -92,10 +106,12 @@ class MachineFolders : public Folders {
         found.push_back({std::string(name), reading.isFolder(*entry), reading.isLink(*entry),
                          reading.identityOf(*entry)});
       }
+      error = reading.error();
     }
     std::ranges::sort(found, {}, &Found::name);
     for (const Found& one : found)
       visit({errors::nameText(one.name), one.isFolder, false, one.isLink, one.identity});
+    return error;
   }
 
   std::u16string resolved(const std::u16string& folder) override {

@@ -61,9 +61,11 @@ class Opened {
 
 class WindowsFolders : public Folders {
  public:
-  void forEachEntry(const std::u16string& folder, const Visit& visit) override {
-    const std::vector<Entry> entries = sortedEntries(folder);
+  std::error_code forEachEntry(const std::u16string& folder, const Visit& visit) override {
+    std::error_code error;
+    const std::vector<Entry> entries = sortedEntries(folder, error);
     std::ranges::for_each(entries, visit);
+    return error;
   }
 
   std::u16string resolved(const std::u16string& folder) override {
@@ -88,7 +90,7 @@ class WindowsFolders : public Folders {
   }
 
  private:
-  static std::vector<Entry> sortedEntries(const std::u16string& folder) {
+  static std::vector<Entry> sortedEntries(const std::u16string& folder, std::error_code& error) {
     std::vector<Entry> entries;
     Search search(machinePath(folder) / L"*");
     for (bool more = search.started(); more; more = search.next()) {
@@ -97,6 +99,9 @@ class WindowsFolders : public Folders {
                   (found.dwFileAttributes & (FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM)) != 0};
       if (entry.name != u"." && entry.name != u"..") entries.push_back(std::move(entry));
     }
+    // A drive with nothing on it has not even the folder itself.
+    if (const DWORD last = GetLastError(); last != ERROR_NO_MORE_FILES && last != ERROR_FILE_NOT_FOUND)
+      error.assign(static_cast<int>(last), std::system_category());
     std::ranges::sort(entries, {}, [](const Entry& entry) { return errors::nameBytes(entry.name); });
     return entries;
   }

@@ -118,6 +118,28 @@ TEST(Folder, MasksAreAboutNamesPathsOrFolders) {
   }
 }
 
+#ifdef PLUVO_FAILING_FOLDERS
+TEST(Folder, TellsOfFoldersThatADiskDoesNotRead) {
+  const Sandbox sandbox;
+  for (const char* const name : {"t/a.txt", "t/unopened/b.txt", "t/unfinished/c.txt", "t/unfinished/d.txt"})
+    sandbox.put(name, "draft\n");
+  ASSERT_EQ(::setenv("LD_PRELOAD", PLUVO_FAILING_FOLDERS, 1), 0);
+  const Result walk = sandbox.run("find -b draft -r t");
+  const Result root = sandbox.run("find -b draft -r t/unopened");
+  const Result spared = sandbox.run("find -b draft -r t --exclude un*");
+  ::unsetenv("LD_PRELOAD");
+  EXPECT_EQ(walk.status, 2);
+  EXPECT_THAT(walk.out, AllOf(HasSubstr("t/a.txt:1"), HasSubstr("t/unfinished/")));
+  EXPECT_THAT(walk.err,
+              AllOf(HasSubstr("t/unopened/: io: The folder cannot be read (Input/output error)"),
+                    HasSubstr("t/unfinished/: io: The folder cannot be read to its end (Input/output error)"),
+                    HasSubstr(", 2 failed")));
+  EXPECT_THAT(root.err, HasSubstr("t/unopened/: io: The folder cannot be read"));
+  EXPECT_EQ(root.status, 2);
+  EXPECT_EQ(spared.status, 0);
+}
+#endif
+
 TEST(Folder, TakesTextsFromFilesAndColorsByName) {
   const Sandbox sandbox;
   sandbox.put("d.docx", docx::fileOf("a draft"));

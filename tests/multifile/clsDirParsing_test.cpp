@@ -153,9 +153,9 @@ TEST(clsDirParsing, KeepsItsOddities) {
 TEST(clsDirParsing, ReportsAFaultAndGoesOn) {
   struct Failing : ScriptedFolders {
     using ScriptedFolders::ScriptedFolders;
-    void forEachEntry(const std::u16string& folder, const Visit& visit) override {
+    std::error_code forEachEntry(const std::u16string& folder, const Visit& visit) override {
       if (folder == u"/r/a/") throw errors::outOfMemory();
-      ScriptedFolders::forEachEntry(folder, visit);
+      return ScriptedFolders::forEachEntry(folder, visit);
     }
   } folders({"/r/a/f.txt", "/r/b/g.txt", "/r/c.txt"});
   errors::WatchedContext watched;

@@ -24,11 +24,12 @@ class ScriptedFolders : public Folders {
   }
   void hide(const std::string& path) { entries_.at(path).isHidden = true; }
 
-  void forEachEntry(const std::u16string& folder, const Visit& visit) override {
+  std::error_code forEachEntry(const std::u16string& folder, const Visit& visit) override {
     const std::string real = errors::nameBytes(resolved(folder));
     for (const auto& [path, entry] : entries_) {
       if (path != real && path.substr(0, path.rfind(separator_)) == real) visit(entry);
     }
+    return {};
   }
 
   std::u16string resolved(const std::u16string& folder) override {

@@ -2,11 +2,7 @@
 
 #include "errors/text.h"
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
 #include <system_error>
 
 namespace pluvo::cli {
@@ -15,20 +11,21 @@ TreeFolders::TreeFolders(files::FileSystem& system, const Selection& selection, 
                          const std::set<Identity>& avoided, Listing& listing)
     : system_(system), selection_(selection), rootLength_(rootLength), avoided_(avoided), listing_(listing) {}
 
-void TreeFolders::forEachEntry(const std::u16string& folder, const Visit& visit) {
+std::error_code TreeFolders::forEachEntry(const std::u16string& folder, const Visit& visit) {
   if (const auto known = read_.extract(folder)) {
     std::ranges::for_each(known.mapped(), visit);
-    return;
+  } else {
+    // A visit that reads other folders leaves this one where it lies.
+    std::ranges::for_each(read_[folder] = read(folder), visit);
   }
-  // A visit that reads other folders leaves this one where it lies.
-  std::ranges::for_each(read_[folder] = read(folder), visit);
+  return {};  // what went wrong is in the listing
 }
 
 std::vector<multifile::Entry> TreeFolders::read(const std::u16string& folder) {
   const std::string path = errors::nameBytes(folder);
   std::vector<multifile::Entry> entries;
   bool any = false;
-  machine_->forEachEntry(folder, [&](const multifile::Entry& entry) {
+  const std::error_code error = machine_->forEachEntry(folder, [&](const multifile::Entry& entry) {
     any = true;
     if (const std::string_view reason = reasonToLeaveOut(folder, entry); !reason.empty()) {
       listing_.leftOut.push_back({path + errors::nameBytes(entry.name), reason});
@@ -36,7 +33,7 @@ std::vector<multifile::Entry> TreeFolders::read(const std::u16string& folder) {
       entries.push_back(entry);
     }
   });
-  if (!any) noteUnreadable(path);
+  if (error) noteUnreadable(path, error, any);
   return entries;
 }
 
@@ -69,13 +66,20 @@ std::string_view TreeFolders::reasonToLeaveOut(const std::u16string& folder,
   }
 }
 
-void TreeFolders::noteUnreadable(const std::string& folder) {
-  if (::access(folder.c_str(), R_OK | X_OK) == 0) return;
+void TreeFolders::noteUnreadable(const std::string& folder, std::error_code error, bool inPart) {
+  const char* advice = "check the disk that it is on.";
+  if (error == std::errc::permission_denied || error == std::errc::operation_not_permitted)
+    advice = "ask its owner, or leave it out with --exclude.";
+  if (error == std::errc::filename_too_long)
+    advice = "its path is too long; run this from a folder nearer to it.";
+  if (error == std::errc::no_such_file_or_directory) advice = "another program moved or deleted it.";
+  const std::string reason = " (" + error.message() + "), so ";
   listing_.documents.push_back(
       {folder, "",
-       Failure{files::Problem::io, std::string("The folder cannot be read (") + std::strerror(errno) +
-                                       "), so nothing in it was looked at; ask its "
-                                       "owner, or leave it out with --exclude."}});
+       Failure{files::Problem::io,
+               (inPart ? "The folder cannot be read to its end" + reason + "documents in it may be missing; "
+                       : "The folder cannot be read" + reason + "nothing in it was looked at; ") +
+                   advice}});
 }
 
 }  // namespace pluvo::cli

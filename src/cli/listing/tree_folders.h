@@ -22,7 +22,7 @@ class TreeFolders final : public multifile::Folders {
   TreeFolders(files::FileSystem& system, const Selection& selection, std::size_t rootLength,
               const std::set<Identity>& avoided, Listing& listing);
 
-  void forEachEntry(const std::u16string& folder, const Visit& visit) override;
+  std::error_code forEachEntry(const std::u16string& folder, const Visit& visit) override;
   std::u16string resolved(const std::u16string& folder) override;
   bool isFolder(const std::u16string& path) override { return machine_->isFolder(path); }
   std::vector<std::u16string> drives() override { return machine_->drives(); }
@@ -31,7 +31,7 @@ class TreeFolders final : public multifile::Folders {
   std::vector<multifile::Entry> read(const std::u16string& folder);
   /// Empty for what is taken.
   std::string_view reasonToLeaveOut(const std::u16string& folder, const multifile::Entry& entry) const;
-  void noteUnreadable(const std::string& folder);
+  void noteUnreadable(const std::string& folder, std::error_code error, bool inPart);
 
   files::FileSystem& system_;
   const Selection& selection_;

@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <system_error>
 #include <tuple>
 #include <vector>
 
@@ -35,8 +36,9 @@ class Folders {
   virtual ~Folders() = default;
   using Visit = std::function<void(const Entry&)>;
   /// Visits what is in a folder, in byte order of the names, without "." and "..". Nothing for a folder that
-  /// is not there or cannot be read. A visit may enter other folders.
-  virtual void forEachEntry(const std::u16string& folder, const Visit& visit) = 0;
+  /// is not there or cannot be read; where reading ends half-way, what was read until then. Returns why it
+  /// could not be read to its end. A visit may enter other folders.
+  virtual std::error_code forEachEntry(const std::u16string& folder, const Visit& visit) = 0;
   /// The same text for the same folder, whatever links it is reached through.
   virtual std::u16string resolved(const std::u16string& folder) = 0;
   virtual bool isFolder(const std::u16string& path) = 0;
