@@ -29,7 +29,8 @@ class JsonPrinter : public Printer {
   void end(const Totals& totals) override {
     writeOut("{\"summary\":{\"files\":" + std::to_string(totals.files) + field("found", totals.found) +
              field("operated", totals.operated) + field("skipped", totals.skipped) +
-             field("changed", totals.changed) + field("failed", totals.failed) + "}}\n");
+             field("changed", totals.changed) + field("failed", totals.failed) +
+             field("left_out", totals.leftOut) + "}}\n");
   }
 };
 

@@ -37,6 +37,8 @@ struct Totals {
   std::int64_t skipped = 0;
   std::int64_t changed = 0;  ///< documents saved; with --dry-run, those that would be
   std::int64_t failed = 0;   ///< but for temporary files, which are skipped
+  std::int64_t leftOut = 0;  ///< files and folders that were found and not taken
+  std::int64_t links = 0;    ///< among them
 
   void add(const Outcome& outcome);
 };

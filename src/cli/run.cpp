@@ -137,7 +137,11 @@ class Run {
       leaveTheRest("Stopped");
       throw;
     }
-    for (const LeftOut& each : listing_.leftOut) printer_->leftOut(each);
+    for (const LeftOut& each : listing_.leftOut) {
+      printer_->leftOut(each);
+      ++totals_.leftOut;
+      if (each.reason == kLink) ++totals_.links;
+    }
     for (std::size_t i = results_.handedOut(); i < listing_.documents.size(); ++i)
       printer_->leftOut({listing_.documents[i].path, "not opened before the run was stopped"});
     progress_.end(totals_);

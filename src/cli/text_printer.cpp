@@ -41,13 +41,15 @@ class TextPrinter : public Printer {
   }
 
   void end(const Totals& totals) override {
-    if (!plan_.selection.several()) return;
+    if (!plan_.selection.several() && totals.leftOut == 0) return;
     std::string line = counted(totals.files, "document") + ": " + counted(totals.found, "block");
     if (!finds()) {
       line += ", " + std::to_string(totals.operated) + (plan_.dryRun ? " would be " : " ") + done();
       line += ", " + counted(totals.changed, "document") + (plan_.dryRun ? " would change" : " changed");
     }
     if (totals.failed > 0) line += ", " + std::to_string(totals.failed) + " failed";
+    if (totals.leftOut > 0) line += ", " + std::to_string(totals.leftOut) + " left out";
+    if (totals.links > 0) line += " (" + counted(totals.links, "link") + "; --follow takes them)";
     sayNote(line);
   }
 

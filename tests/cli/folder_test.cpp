@@ -118,6 +118,25 @@ TEST(Folder, MasksAreAboutNamesPathsOrFolders) {
   }
 }
 
+TEST(Folder, SaysHowManyItLeftOut) {
+  const Sandbox sandbox;
+  for (const char* const name : {"t/a.txt", "t/x.jpg", "t/.git/b.txt", "t/sub/c.txt", "t/sub/deep/d.txt"})
+    sandbox.put(name, "draft\n");
+  sandbox.put("t/._a.txt", std::string("\0\x05\x16\x07\0\2", 6));
+  sandbox.put("t/._b.txt", "draft\n");
+  fs::create_symlink("a.txt", sandbox.path("t/z.txt"));
+  fs::create_directory_symlink(".", sandbox.path("t/z"));
+  const std::pair<std::string, std::string> cases[] = {
+      {"-r t", "4 documents: 4 blocks, 5 left out (2 links; --follow takes them)"},
+      {"-r t --levels 1", "3 documents: 3 blocks, 6 left out (2 links"},
+      {"-r t --levels 0 --exclude z*", "2 documents: 2 blocks, 6 left out"},
+      {"t/a.txt t/._a.txt t/a.txt", "1 document: 1 block, 2 left out"},
+      {"t/._a.txt", "0 documents: 0 blocks, 1 left out"}};
+  for (const auto& [arguments, sentence] : cases)
+    EXPECT_THAT(sandbox.run("find -b draft " + arguments).err, HasSubstr("pluvo: " + sentence)) << arguments;
+  EXPECT_THAT(sandbox.run("find -b draft --json -r t").out, HasSubstr(R"("failed":0,"left_out":5}})"));
+}
+
 #ifdef PLUVO_FAILING_FOLDERS
 TEST(Folder, TellsOfFoldersThatADiskDoesNotRead) {
   const Sandbox sandbox;

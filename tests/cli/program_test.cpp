@@ -128,10 +128,12 @@ TEST(Program, PrintsJsonOneObjectALine) {
             R"({"file":"n\udcff\"\u000a.txt","found":0,"operated":0,"skipped":0,"saved":false,"error":null})"
             "\n");
   EXPECT_THAT(result.out.substr(third), HasSubstr(R"("error":{"code":"io","message":")"));
-  EXPECT_THAT(result.out,
-              HasSubstr("\n"
-                        R"({"summary":{"files":3,"found":2,"operated":2,"skipped":0,"changed":1,"failed":1}})"
-                        "\n"));
+  EXPECT_THAT(
+      result.out,
+      HasSubstr(
+          "\n"
+          R"({"summary":{"files":3,"found":2,"operated":2,"skipped":0,"changed":1,"failed":1,"left_out":0}})"
+          "\n"));
 }
 
 TEST(Program, ShowsNothingThatATerminalActsOn) {

@@ -7,6 +7,7 @@
 #include "multifile/clsDirParsing.h"
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <functional>
 #include <system_error>
@@ -82,7 +83,9 @@ class Lister {
   void addNamed(const std::string& path, const std::string& place) {
     try {
       const files::FileStatus status = system_.statusAt(path);
-      if (status.kind != FileKind::folder) {
+      if (isAttributesFile(path)) {
+        leaveOut(path, kAttributesFile);
+      } else if (status.kind != FileKind::folder) {
         addFile(path, place, identityOf(status.stamp), status.stamp.modifiedSeconds);
       } else if (selection_.recursive) {
         addTree(path);
@@ -92,6 +95,21 @@ class Lister {
     } catch (const std::system_error&) {
       // Opening it will say what is wrong.
       if (seenMissing_.insert(path).second) listing_.documents.push_back({path, place, {}});
+    }
+  }
+
+  /// Where a disk has no place for them, macOS keeps a file's attributes in another one, whose name begins
+  /// with
+  /// "._", in the format of AppleDouble.
+  bool isAttributesFile(const std::string& path) {
+    if (!nameIn(path).starts_with("._")) return false;
+    constexpr std::array<std::uint8_t, 4> kMark = {0x00, 0x05, 0x16, 0x07};
+    std::array<std::uint8_t, 4> front = {};
+    try {
+      const files::OpenFile file(system_, system_.openToRead(path));
+      return system_.read(file.handle(), 0, front) == front.size() && front == kMark;
+    } catch (const std::system_error&) {
+      return false;  // whoever opens it will hear what is wrong
     }
   }
 
@@ -125,6 +143,7 @@ class Lister {
       return leaveOut(path, "name not asked for");
     if (std::find(types.begin(), types.end(), typeOf(path)) == types.end())
       return leaveOut(path, "kind not asked for");
+    if (isAttributesFile(path)) return leaveOut(path, kAttributesFile);
     std::string place = tree;
     place += errors::nameBytes(below);
     try {
@@ -154,6 +173,7 @@ class Lister {
     listing_.leftOut.push_back({path, reason});
   }
 
+  static constexpr std::string_view kAttributesFile = "attributes that macOS keeps of another file";
   static inline const Failure kFolder{
       files::Problem::io, "It is a folder; add --recursive to work on the documents in it and below."};
 

@@ -56,6 +56,7 @@ std::string_view TreeFolders::reasonToLeaveOut(const std::u16string& folder,
   if (entry.isLink && !selection_.follow) return kLink;
   if (!entry.isFolder) return "";
   if (entry.name.starts_with(u'.')) return "hidden folder";
+  if (std::ranges::count(below, u'/') >= selection_.levels) return "below the levels asked for";
   if (avoided_.empty()) return "";
   try {
     return avoided_.contains(identityOf(system_.statusAt(errors::nameBytes(folder + entry.name)).stamp))

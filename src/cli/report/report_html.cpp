@@ -97,7 +97,7 @@ class HtmlReport final : public Printer {
     beginning += "<dl class=\"totals\">" + total("Documents", totals.files) +
                  total("Blocks found", totals.found) + total("Operated on", totals.operated) +
                  total("Skipped", totals.skipped) + total("Documents changed", totals.changed) +
-                 total("Failed", totals.failed) + "</dl>\n";
+                 total("Failed", totals.failed) + total("Left out", totals.leftOut) + "</dl>\n";
     beginning += table("Documents not processed", failures_, "<th>Reason</th><th>What to do</th>");
     beginning +=
         table("Documents", rows_,

@@ -65,7 +65,8 @@ class JsonReport final : public Printer {
             member("operated", std::to_string(totals.operated)) + "," +
             member("skipped", std::to_string(totals.skipped)) + "," +
             member("changed", std::to_string(totals.changed)) + "," +
-            member("failed", std::to_string(totals.failed)) + "}}\n");
+            member("failed", std::to_string(totals.failed)) + "," +
+            member("left_out", std::to_string(totals.leftOut)) + "}}\n");
   }
 
  private:
