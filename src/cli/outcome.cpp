@@ -5,7 +5,7 @@ namespace pluvo::cli {
 void Totals::add(const Outcome& outcome) {
   ++files;
   found += outcome.found;
-  operated += outcome.operated;
+  operated += outcome.lasting();
   skipped += outcome.skipped;
   if (outcome.changed && !outcome.failure) ++changed;
   if (outcome.failure && outcome.failure->problem != files::Problem::temporary) ++failed;

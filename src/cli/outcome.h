@@ -27,13 +27,16 @@ struct Outcome {
   std::string savedAs;  ///< the new document with --output, else empty
   std::string backup;   ///< where the original is kept, else empty
   std::optional<Failure> failure;
+
+  /// What of the operations is in a saved document, or would be after a dry run.
+  std::int64_t lasting() const { return changed && !failure ? operated : 0; }
 };
 
 /// What became of all of them.
 struct Totals {
   std::int64_t files = 0;
   std::int64_t found = 0;
-  std::int64_t operated = 0;
+  std::int64_t operated = 0;  ///< in the documents that are counted as changed
   std::int64_t skipped = 0;
   std::int64_t changed = 0;  ///< documents saved; with --dry-run, those that would be
   std::int64_t failed = 0;   ///< but for temporary files, which are skipped

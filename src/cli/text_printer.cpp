@@ -32,7 +32,7 @@ class TextPrinter : public Printer {
     if (alone && !outcome.failure && outcome.found == 0) sayNote(outcome.path + ": 0 blocks");
     if (finds() || outcome.failure || outcome.found == 0) return;
     std::string line = style_.file(shown(outcome.path)) + ": " + counted(outcome.found, "block") + ", ";
-    line += std::to_string(outcome.operated) + (plan_.dryRun ? " would be " : " ") + done();
+    line += std::to_string(outcome.lasting()) + (plan_.dryRun ? " would be " : " ") + done();
     if (outcome.skipped > 0 || plan_.confirm) line += ", " + std::to_string(outcome.skipped) + " skipped";
     if (!outcome.savedAs.empty()) line += "; saved as " + shown(outcome.savedAs);
     if (!outcome.backup.empty()) line += "; original kept as " + shown(fileName(outcome.backup));

@@ -178,6 +178,24 @@ TEST(Program, GoesOnBehindABadDocument) {
   EXPECT_EQ(result.out, "good.txt: 1 block, 1 replaced\n");
 }
 
+TEST(Program, CountsAsChangedWhatWasSaved) {
+  const Sandbox sandbox;
+  sandbox.put("a.txt", "y y\n");
+  sandbox.put("same.txt", "x x x\n");
+  sandbox.put("b.txt", "y\n");
+  sandbox.put("out/b.txt", "in the way\n");
+  EXPECT_THAT(sandbox.run("replace -b x -t x same.txt").out,
+              StartsWith("same.txt: 3 blocks, 0 replaced; no diff"));
+  const std::string taken = "replace -b y -t z a.txt b.txt --output out";
+  EXPECT_THAT(sandbox.run(taken).err,
+              HasSubstr("2 documents: 3 blocks, 2 replaced, 1 document changed, 1 failed"));
+  const Result result = sandbox.run("replace -b x -t x --json same.txt a.txt");
+  EXPECT_THAT(result.out, HasSubstr(R"("found":3,"operated":3,"skipped":0,"saved":false)"));
+  EXPECT_THAT(result.out, HasSubstr(R"("found":3,"operated":0,"skipped":0,"changed":0)"));
+  EXPECT_THAT(sandbox.run("replace -b y -t z -n a.txt same.txt").err,
+              HasSubstr("2 blocks, 2 would be replaced"));
+}
+
 TEST(Program, LeavesADocumentAloneWhereAChangeIsRefused) {
   const Sandbox sandbox;
   sandbox.put("latin.txt", "un caf\xE9, un caf\xE9\n");
