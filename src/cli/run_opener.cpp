@@ -79,8 +79,9 @@ std::string RunFile::placeForCopy() const {
 memory::OpenedFile RunOpener::open(const std::string& path) {
   const bool opened = recordingFailure(outcome_, [&] {
     file_ = std::make_shared<RunFile>(
-        around_.store.open(path, {.protectedDocuments = !around_.plan.passwords.empty()}), named_, around_,
-        outcome_);
+        around_.store.open(path, {.protectedDocuments = !around_.plan.passwords.empty(),
+                                  .forReading = around_.plan.findsOnly()}),
+        named_, around_, outcome_);
   });
   // The driver passes over such a document without a word; the outcome has it all.
   if (!opened) throw errors::Fault(word::kCommandFailed, errors::utf16(outcome_.failure->message));

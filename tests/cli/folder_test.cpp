@@ -301,7 +301,10 @@ TEST(Passwords, LiftProtectionsThatStay) {
   EXPECT_THAT(done.err,
               AllOf(HasSubstr("encrypted.docx: password: "), HasSubstr("3 documents changed, 1 failed")));
   EXPECT_THAT(sandbox.run("find -b final --password-file /dev/null free.docx").out, HasSubstr("final"));
-  EXPECT_THAT(sandbox.run("find -b final locked.docx").err, HasSubstr("protected: ")) << "still";
+  EXPECT_THAT(sandbox.run("delete -b final locked.docx").err, HasSubstr("protected: ")) << "still";
+  EXPECT_EQ(sandbox.run("find -b final locked.docx").out, "locked.docx:1: final\n")
+      << "reading needs no lifting";
+  EXPECT_THAT(sandbox.run("find -b draft encrypted.docx").err, HasSubstr("encrypted.docx: password: "));
   EXPECT_EQ(sandbox.run("undo -q").status, 0);
   EXPECT_EQ(sandbox.run(run + "--password-file nowhere").status, 2);
 }

@@ -125,6 +125,7 @@ std::unique_ptr<StoredDocument> Store::open(const std::string& path, const Also&
   opened->registry_ = registry_;
   opened->format_ = &registry_->formatOf(file.bytes.view, formats::extensionOf(path));
   formats::Opened read = opened->format_->read(file.bytes);
+  if (also.forReading) read.protection.reset();
   if (read.protection && !also.protectedDocuments)
     throw DocumentError(
         Problem::protection,

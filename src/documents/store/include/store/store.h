@@ -94,6 +94,8 @@ struct Also {
   bool temporaryFiles = false;
   /// Documents protected against editing. They refuse every edit until the protection is lifted.
   bool protectedDocuments = false;
+  /// The same without their protection, by whoever edits nothing: everybody may read them.
+  bool forReading = false;
 };
 
 /// The extensions that any known format goes by, "" for none among them.
