@@ -36,7 +36,6 @@ forms::Answer RunBoxes::answerAboutBlock() {
     case Answer::stop:
       break;
   }
-  watcher_->passBy();
   stopped_ = true;
   return forms::Answer::cancel;
 }

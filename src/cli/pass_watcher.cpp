@@ -69,15 +69,12 @@ engine::PassObserver::Answer PassWatcher::operated(const engine::Block& block, c
 
 engine::PassObserver::Answer PassWatcher::skipped(const engine::Block& block) {
   if (looks()) leave(block);
-  passBy();
-  return Answer::goOn;
-}
-
-void PassWatcher::passBy() {
   ++outcome_.skipped;
-  if (!blocks_) return;
-  current_.skipped = true;
-  blocks_(current_);
+  if (blocks_) {
+    current_.skipped = true;
+    blocks_(current_);
+  }
+  return Answer::goOn;
 }
 
 bool PassWatcher::looks() const { return blocks_ != nullptr || around_.interviewer != nullptr; }

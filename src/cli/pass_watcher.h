@@ -34,8 +34,6 @@ class PassWatcher final : public engine::PassObserver {
 
   /// The block the pass stands at, for whoever asks about it.
   const BlockReport& current() const { return current_; }
-  /// It is left as it is.
-  void passBy();
 
  private:
   std::pair<std::int32_t, std::int32_t> changedSpan(word::Range& place) const;
