@@ -6,6 +6,7 @@
 #include "usage_error.h"
 
 #include <algorithm>
+#include <climits>
 #include <thread>
 
 namespace pluvo::cli {
@@ -23,6 +24,8 @@ void readSafety(const TypedOptions& typed, Plan& plan) {
     if (plan.backupSuffix->find('/') != std::string::npos) {
       throw UsageError("--backup takes what to put behind a file's name; it cannot hold a /.");
     }
+    if (plan.backupSuffix->size() >= NAME_MAX)
+      throw UsageError("--backup: no name can be as long as that suffix; give a shorter one.");
   }
   if (typed.output && typed.output->empty()) throw UsageError("--output needs the name of a folder.");
   plan.outputFolder = typed.output;

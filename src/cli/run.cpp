@@ -104,7 +104,8 @@ std::unique_ptr<Printer> printersFor(const Plan& plan, const std::optional<Repor
 
 void sayFailure(const Outcome& outcome) {
   const Failure& failure = *outcome.failure;
-  sayError(outcome.path + ": " + std::string(files::nameOf(failure.problem)) + ": " + failure.message);
+  sayError((outcome.path.empty() ? "''" : outcome.path) + ": " + std::string(files::nameOf(failure.problem)) +
+           ": " + failure.message);
 }
 
 void sayRefused(const Outcome& outcome) {

@@ -320,6 +320,12 @@ TEST(Undo, LeavesWhatWasChangedSince) {
   EXPECT_THAT(undo.err, HasSubstr("/a.txt: changed: "));
   EXPECT_EQ(sandbox.get("a.txt"), "mine\n");
   EXPECT_EQ(sandbox.get("b.txt"), "draft\n");
+  sandbox.run(kReplace + "b.txt");
+  fs::create_hard_link(sandbox.at("b.txt"), sandbox.at("c.txt"));
+  EXPECT_THAT(sandbox.run("undo").err,
+              AllOf(HasSubstr("Mend that, or ask"), Not(HasSubstr("another folder"))));
+  fs::remove(sandbox.at("c.txt"));
+  EXPECT_EQ(sandbox.run("undo").status, 0);
   sandbox.run(kReplace + "b.txt --no-journal");
   EXPECT_THAT(lines(sandbox.run("undo --list").out).size(), 2U);
 

@@ -196,6 +196,23 @@ TEST(Program, CountsAsChangedWhatWasSaved) {
               HasSubstr("2 blocks, 2 would be replaced"));
 }
 
+TEST(Program, SaysWhatIsWrongWithAName) {
+  const Sandbox sandbox;
+  sandbox.put("a.txt", "y\n");
+  sandbox.put("b.rtf", "{\\rtf1 y}");
+  const std::string longName(300, 'n');
+  const std::pair<Words, const char*> cases[] = {
+      {{""}, "pluvo: '': io: The name is empty"},
+      {{longName}, ": io: Its path is longer than"},
+      {{"b.rtf"}, "b.rtf: unsupported: The file is an RTF document and cannot be worked on"},
+      {{"a.txt", "--backup=" + std::string(252, 'n')}, "io: A name that would be made for it is longer"}};
+  for (const auto& [words, sentence] : cases) {
+    const Result result = sandbox.run(Words{"delete", "-b", "y"} + words);
+    EXPECT_THAT(result.err, HasSubstr(sentence));
+    EXPECT_EQ(result.status, 2) << sentence;
+  }
+}
+
 TEST(Program, LeavesADocumentAloneWhereAChangeIsRefused) {
   const Sandbox sandbox;
   sandbox.put("latin.txt", "un caf\xE9, un caf\xE9\n");

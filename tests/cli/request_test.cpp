@@ -60,6 +60,7 @@ TEST(Request, KnowsEveryColor) {
 }
 
 TEST(Request, RefusesWithASentenceThatSaysWhatToDo) {
+  const std::string longSuffix = "delete -b x f --backup=" + std::string(255, 'y');
   const std::pair<const char*, const char*> refusals[] = {
       {"fnd -b x f", "no command 'fnd'. Did you mean find?"},
       {"frobnicate f", "The commands are find, insert"},
@@ -115,6 +116,7 @@ TEST(Request, RefusesWithASentenceThatSaysWhatToDo) {
       {"highlight -b x --color yelow f", "no highlight colour 'yelow'. Did you mean yellow?"},
       {"delete -b x --backup --output d f", "--backup has nothing to keep"},
       {"delete -b x --backup=/y f", "cannot hold a /"},
+      {longSuffix.c_str(), "--backup: no name can be as long"},
       {"delete -b x --output _ f", "--output needs the name of a folder"}};
   for (const auto& [line, says] : refusals) {
     EXPECT_THAT(refusalOf(line), HasSubstr(says)) << line;

@@ -93,8 +93,9 @@ class Lister {
         listing_.documents.push_back({path, place, kFolder});
       }
     } catch (const std::system_error&) {
-      // Opening it will say what is wrong.
-      if (seenMissing_.insert(path).second) listing_.documents.push_back({path, place, {}});
+      if (!seenMissing_.insert(path).second) return;
+      // Opening it will say what is wrong with any other.
+      listing_.documents.push_back({path, place, path.empty() ? std::optional(kNoName) : std::nullopt});
     }
   }
 
@@ -174,6 +175,8 @@ class Lister {
   }
 
   static constexpr std::string_view kAttributesFile = "attributes that macOS keeps of another file";
+  static inline const Failure kNoName{
+      files::Problem::io, "The name is empty, as an unset variable makes it in a script; name the document."};
   static inline const Failure kFolder{
       files::Problem::io, "It is a folder; add --recursive to work on the documents in it and below."};
 

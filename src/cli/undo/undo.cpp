@@ -47,6 +47,12 @@ void sayWhich(const std::vector<journal::Run>& runs, const std::string& name) {
     if (run.name == name) sayNote("taking back the run " + run.name + ": " + run.command);
 }
 
+/// Other than a run, an undo cannot put a document elsewhere.
+std::string sentenceFor(const files::DocumentError& problem) {
+  if (problem.problem() != files::Problem::readOnly || problem.happened().empty()) return problem.what();
+  return problem.happened() + " Mend that, or ask for permission, and undo the run again.";
+}
+
 ExitStatus takeBack(files::FileSystem& system, const std::string& folder, const std::string& run,
                     bool quiet) {
   std::int64_t restored = 0;
@@ -64,7 +70,7 @@ ExitStatus takeBack(files::FileSystem& system, const std::string& folder, const 
       case journal::Outcome::failed:
         ++failed;
         sayError(undone.path + ": " + std::string(files::nameOf(undone.problem->problem())) + ": " +
-                 undone.problem->what());
+                 sentenceFor(*undone.problem));
         break;
     }
   });

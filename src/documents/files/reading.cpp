@@ -22,8 +22,11 @@ void requireRegular(FileKind kind) {
       throw DocumentError(Problem::io,
                           "This is a named pipe, not a document; copy what it delivers to a file first.");
     case FileKind::device:
-    case FileKind::socket:
       throw DocumentError(Problem::io, "This is a device, not a document; name a file.");
+    case FileKind::socket:
+      throw DocumentError(
+          Problem::io,
+          "This is a socket, by which programs talk to each other, not a document; name a file.");
   }
 }
 

@@ -21,20 +21,17 @@ void requireReplaceable(FileSystem& system, const std::string& real, const FileS
             std::string(prefix) + "\" and goes on like the document's.");
   }
   if (status.names > 1)
-    throw DocumentError(
-        Problem::readOnly,
-        "The file has " + std::to_string(status.names) +
-            " names (hard links), and the others would keep the old text; save to another folder, or "
-            "make it a file of its own.");
+    throw DocumentError(Problem::readOnly,
+                        "The file has " + std::to_string(status.names) +
+                            " names (hard links), and the others would keep the old text.",
+                        "Save to another folder, or make it a file of its own.");
   if (!system.mayWrite(real))
-    throw DocumentError(
-        Problem::readOnly,
-        "The file may not be written; allow it in the file's permissions, or save to another folder.");
+    throw DocumentError(Problem::readOnly, "The file may not be written.",
+                        "Allow it in the file's permissions and attributes, or save to another folder.");
   if (!system.mayWrite(folderOf(real)))
-    throw DocumentError(
-        Problem::readOnly,
-        "The folder may not be written, so no new version can be put there; allow it in the folder's "
-        "permissions, or save to another folder.");
+    throw DocumentError(Problem::readOnly,
+                        "The folder may not be written, so no new version can be put there.",
+                        "Allow it in the folder's permissions, or save to another folder.");
 }
 
 void copyOriginal(FileSystem& system, Handle original, TemporaryFile& copy) {

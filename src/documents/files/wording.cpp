@@ -21,6 +21,11 @@ DocumentError readingFailed(const std::system_error& failure) {
     case EACCES:
     case EPERM:
       return {Problem::io, "You may not read this file; ask its owner for permission."};
+    case ENAMETOOLONG:
+      return {
+          Problem::io,
+          "Its path is longer than this system or disk allows; shorten it, or run this from a folder nearer "
+          "to it."};
     case ENXIO:
       return {Problem::io, "This is not a file with a document in it; name the document itself."};
     default:
@@ -45,12 +50,22 @@ DocumentError savingFailed(const std::system_error& failure) {
     case EFBIG:
       return {Problem::tooLarge,
               "The new version is larger than this disk or user may have; the original is unchanged."};
-    case EACCES:
+    case ENAMETOOLONG:
+      return {Problem::io,
+              "A name that would be made for it is longer than the disk allows; the original is unchanged.",
+              "Give a shorter suffix for the backup, or a folder with a shorter name."};
     case EPERM:
+      return {
+          Problem::readOnly,
+          "The system does not let the document be replaced, though its permissions would: it or its folder "
+          "is append-only or immutable (lsattr shows that), or the folder leaves that to a file's owner; the "
+          "original is unchanged.",
+          "Save to another folder, or ask for permission."};
+    case EACCES:
     case EROFS:
       return {Problem::readOnly,
-              "You may not write in the folder of this document; the original is unchanged. Save "
-              "to another folder, or ask for permission."};
+              "You may not write in the folder of this document; the original is unchanged.",
+              "Save to another folder, or ask for permission."};
     default:
       return {Problem::io, "The new version could not be saved" + reasonOf(failure) +
                                "; the original is unchanged. Check the disk and try again."};

@@ -20,10 +20,10 @@ std::string quoted(std::string_view extension) { return "\"." + std::string(exte
 
 DocumentError notRecognised(files::ByteSpan bytes, std::string_view extension) {
   if (const auto signature = signatureOf(bytes))
-    return {Problem::unsupported,
-            "The file is " + std::string(describe(*signature)) +
-                ", whatever its name says, and cannot be worked on; open it in the program it "
-                "is for and save it as .docx or .txt."};
+    return {Problem::unsupported, "The file is " + std::string(describe(*signature)) +
+                                      (goesWith(*signature, extension) ? "" : ", whatever its name says,") +
+                                      " and cannot be worked on; open it in the program it "
+                                      "is for and save it as .docx or .txt."};
   if (!bytes.empty() && extension.starts_with("htm"))
     return {Problem::unsupported,
             "Web pages (" + quoted(extension) +

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace pluvo::formats {
 
@@ -62,6 +63,27 @@ std::string_view describe(Signature signature) {
       return "a program";
   }
   return "another kind of file";
+}
+
+bool goesWith(Signature signature, std::string_view extension) {
+  constexpr std::array<std::pair<std::string_view, Signature>, 16> kUsual = {
+      {{"zip", Signature::zip},
+       {"odt", Signature::zip},
+       {"doc", Signature::compoundFile},
+       {"rtf", Signature::rtf},
+       {"dot", Signature::compoundFile},
+       {"pdf", Signature::pdf},
+       {"png", Signature::picture},
+       {"jpg", Signature::picture},
+       {"jpeg", Signature::picture},
+       {"gif", Signature::picture},
+       {"tif", Signature::picture},
+       {"tiff", Signature::picture},
+       {"gz", Signature::archive},
+       {"7z", Signature::archive},
+       {"rar", Signature::archive},
+       {"tgz", Signature::archive}}};
+  return std::ranges::find(kUsual, std::pair(extension, signature)) != kUsual.end();
 }
 
 }  // namespace pluvo::formats

@@ -42,7 +42,8 @@ TEST(Registry, BytesDecideBeforeNamesAndRefusalsSayWhatItIs) {
     const char* path;
     const char* said;
   } refused[] = {{"PK\x03\x04", "a.docx", "unsupported: .*zip archive"},
-                 {"{\\rtf1", "a.doc", "unsupported: .*an RTF document"},
+                 {"{\\rtf1", "a.doc", "unsupported: .*an RTF document, whatever its name says, and"},
+                 {"{\\rtf1", "a.RTF", "unsupported: .*an RTF document and"},
                  {"%PDF-1.4", "folder.txt/pdf", "unsupported: .*a PDF"},
                  {"plain", "a.docx", "damaged: .*\"\\.docx\""},
                  {"<!-- page --><html>", "a.HTM", "unsupported: .*Web pages \\(\"\\.htm\"\\)"},

@@ -15,4 +15,7 @@ std::optional<Signature> signatureOf(files::ByteSpan bytes);
 /// For a sentence: "a PDF".
 std::string_view describe(Signature signature);
 
+/// Whether files of that kind usually have names with the extension.
+bool goesWith(Signature signature, std::string_view extension);
+
 }  // namespace pluvo::formats
