@@ -106,13 +106,15 @@ const std::vector<Option>& options() {
        keep<&T::levels>},
       {0, "types", Takes::value, "TYPE,...", kDocuments, kRunCommands, typesHelp, keep<&T::types>},
       {0, "mask", Takes::value, "MASK,...", kDocuments, kRunCommands,
-       "take only files of such names from folders; * and ?\nstand for any characters, and for one",
+       "take only files of such names from folders: * and ?\nstand for any characters, and for one. A mask "
+       "with a\n"
+       "slash is about the path below the folder named\n(2024/*.txt, ./lease*), where * and ? stand for no\n"
+       "slash and a step ** for any folders (a/**/b.txt);\none that ends in a slash is about the folders "
+       "that\n"
+       "files lie in (signed/)",
        keep<&T::mask>},
       {0, "exclude", Takes::value, "MASK,...", kDocuments, kRunCommands,
-       "leave out files and folders of such names. A mask\nwith a slash is about the path below the folder\n"
-       "named, where * stands for no slash and a step **\nfor any folders: old/*, ./old, a/**/b.txt; one "
-       "that\n"
-       "ends in a slash is about folders: old/",
+       "leave out files of such names and folders with all\nthat is in them; masks are as for --mask",
        keep<&T::exclude>},
       {0, "newer-than", Takes::value, "TIME", kDocuments, kRunCommands,
        "take only documents changed since: a day as\n2026-11-30, with a time as 2026-11-30T14:30, or an\n"

@@ -99,9 +99,8 @@ class Lister {
     }
   }
 
-  /// Where a disk has no place for them, macOS keeps a file's attributes in another one, whose name begins
-  /// with
-  /// "._", in the format of AppleDouble.
+  /// Where a disk has no place for a file's attributes, macOS keeps them in another file, in the format of
+  /// AppleDouble: "._" and the name.
   bool isAttributesFile(const std::string& path) {
     if (!nameIn(path).starts_with("._")) return false;
     constexpr std::array<std::uint8_t, 4> kMark = {0x00, 0x05, 0x16, 0x07};

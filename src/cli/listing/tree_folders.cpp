@@ -49,14 +49,18 @@ std::u16string TreeFolders::resolved(const std::u16string& folder) {
 
 std::string_view TreeFolders::reasonToLeaveOut(const std::u16string& folder,
                                                const multifile::Entry& entry) const {
-  const std::u16string below = folder.substr(rootLength_) + entry.name;
-  if (std::ranges::any_of(selection_.excluded,
-                          [&](auto& mask) { return mask.matches(below, entry.isFolder); }))
-    return "excluded";
+  if (!selection_.excluded.empty()) {
+    const std::u16string below = folder.substr(rootLength_) + entry.name;
+    if (std::ranges::any_of(selection_.excluded,
+                            [&](auto& mask) { return mask.matches(below, entry.isFolder); }))
+      return "excluded";
+  }
   if (entry.isLink && !selection_.follow) return kLink;
   if (!entry.isFolder) return "";
   if (entry.name.starts_with(u'.')) return "hidden folder";
-  if (std::ranges::count(below, u'/') >= selection_.levels) return "below the levels asked for";
+  if (std::count(folder.begin() + static_cast<std::ptrdiff_t>(rootLength_), folder.end(), u'/') >=
+      selection_.levels)
+    return "below the levels asked for";
   if (avoided_.empty()) return "";
   try {
     return avoided_.contains(identityOf(system_.statusAt(errors::nameBytes(folder + entry.name)).stamp))
