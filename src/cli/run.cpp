@@ -11,6 +11,7 @@
 #include "usage_error.h"
 #include "waiters.h"
 
+#include <cerrno>
 #include <cstring>
 #include <optional>
 #include <set>
@@ -44,8 +45,11 @@ void makeOutputFolder(const Plan& plan, files::FileSystem& system) {
     if (system.statusAt(*plan.outputFolder).kind == files::FileKind::folder) return;
     throw UsageError("--output: " + *plan.outputFolder + " is not a folder.");
   } catch (const std::system_error& refused) {
-    throw UsageError("--output: cannot make the folder " + *plan.outputFolder + ": " +
-                     std::strerror(refused.code().value()) + ".");
+    const int error = refused.code().value();
+    const std::string why = error == ENOTDIR  ? "what lies above it is a file; name another folder"
+                            : error == ENOENT ? "the folder above it is missing; make that first"
+                                              : std::strerror(error);
+    throw UsageError("--output: cannot make the folder " + *plan.outputFolder + ": " + why + ".");
   }
 }
 

@@ -204,6 +204,7 @@ TEST(Program, SaysWhatIsWrongWithAName) {
   const std::pair<Words, const char*> cases[] = {
       {{""}, "pluvo: '': io: The name is empty"},
       {{longName}, ": io: Its path is longer than"},
+      {{"a.txt", "--output", "b.rtf/c"}, "cannot make the folder b.rtf/c: what lies above it is a file"},
       {{"b.rtf"}, "b.rtf: unsupported: The file is an RTF document and cannot be worked on"},
       {{"a.txt", "--backup=" + std::string(252, 'n')}, "io: A name that would be made for it is longer"}};
   for (const auto& [words, sentence] : cases) {
