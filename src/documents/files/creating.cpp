@@ -1,6 +1,6 @@
 #include "files/saving.h"
+#include "located.h"
 #include "new_version.h"
-#include "paths.h"
 
 #include <cerrno>
 #include <system_error>
@@ -15,6 +15,19 @@ DocumentError nameTaken() {
           "choose another folder."};
 }
 
+DocumentError cannotMake(const std::string& folder, const std::system_error& failure) {
+  return {Problem::io, "The folder \"" + folder + "\" cannot be made (" + failure.code().message() + ")."};
+}
+
+DocumentError cannotEnter(const std::string& folder, const std::system_error& failure) {
+  if (failure.code().value() != ENOTDIR && failure.code().value() != ELOOP)
+    return {Problem::io, "The folder \"" + folder + "\" cannot be entered (" + failure.code().message() +
+                             "); allow it in its permissions, or choose another folder."};
+  return {Problem::io, "\"" + folder +
+                           "\" is a link or a file where a folder should be, so nothing was written there; "
+                           "remove it, or choose another folder."};
+}
+
 std::optional<OpenFile> openIfThere(FileSystem& system, const std::string& path) {
   try {
     return std::optional<OpenFile>(std::in_place, system, system.openToRead(path));
@@ -26,13 +39,13 @@ std::optional<OpenFile> openIfThere(FileSystem& system, const std::string& path)
 /// A new file under a name that must be free. Without a stamp the original may have changed or gone.
 class Creating final : public Pending {
  public:
-  Creating(FileSystem& system, std::string path, std::string original, std::optional<Stamp> opened,
+  Creating(FileSystem& system, Located place, std::string original, std::optional<Stamp> opened,
            const NewVersion& version)
       : system_(system),
-        path_(std::move(path)),
+        place_(std::move(place)),
         original_(std::move(original)),
         opened_(opened),
-        file_(system, std::string(folderPrefixOf(path_))),
+        file_(system, place_.folder),
         requireRight_(version.check) {
     const std::optional<OpenFile> pattern =
         opened_ ? std::optional<OpenFile>(std::in_place, system_, system_.openToRead(original_))
@@ -52,18 +65,18 @@ class Creating final : public Pending {
       // nothing.
       system_.flush(file_.handle());
       if (opened_) requireSameStamp(system_.statusAt(original_), *opened_);
-      moveToPath();
+      takeName();
       file_.finish();
       file_.keep();
-      flushFolder(system_, path_);
+      flushFolder(system_, place_.folder);
       return Saved{stamp_, {}};
     });
   }
 
  private:
-  void moveToPath() {
+  void takeName() {
     try {
-      file_.moveToFree(path_);
+      file_.moveToFree(place_.name);
     } catch (const std::system_error& failure) {
       if (failure.code().value() == EEXIST) throw nameTaken();
       throw;
@@ -71,7 +84,7 @@ class Creating final : public Pending {
   }
 
   FileSystem& system_;
-  const std::string path_;
+  const Located place_;
   const std::string original_;
   const std::optional<Stamp> opened_;
   TemporaryFile file_;
@@ -79,14 +92,37 @@ class Creating final : public Pending {
   Stamp stamp_;
 };
 
+/// The folder of the path, of which all below the root is made where it is missing.
+OpenFolder folderBelow(FileSystem& system, const std::string& root, const std::string& path) {
+  OpenFolder folder(system, root);
+  std::size_t from = root.size() + 1;
+  for (std::size_t to = 0; (to = path.find('/', from)) != std::string::npos; from = to + 1) {
+    const Place next = folder.at(path.substr(from, to - from));
+    if (next.name.empty()) continue;
+    try {
+      if (!system.exists(next)) system.createFolder(next);
+    } catch (const std::system_error& failure) {
+      // Another job was quicker.
+      if (failure.code().value() != EEXIST) throw cannotMake(path.substr(0, to), failure);
+    }
+    try {
+      folder = OpenFolder(system, next);
+    } catch (const std::system_error& failure) {
+      throw cannotEnter(path.substr(0, to), failure);
+    }
+  }
+  return folder;
+}
+
 }  // namespace
 
 std::unique_ptr<Pending> beginCreatingFile(FileSystem& system, const std::string& path,
                                            const std::string& original, const Stamp& opened,
-                                           const NewVersion& version) {
+                                           const NewVersion& version, const std::string& root) {
   return saving([&]() -> std::unique_ptr<Pending> {
-    if (system.exists(path)) throw nameTaken();
-    return std::make_unique<Creating>(system, path, original, opened, version);
+    Located place = root.empty() ? Located(system, path) : Located(path, folderBelow(system, root, path));
+    if (system.exists(place.place())) throw nameTaken();
+    return std::make_unique<Creating>(system, std::move(place), original, opened, version);
   });
 }
 
@@ -94,7 +130,7 @@ Saved writeElsewhere(FileSystem& system, const std::string& path, const std::str
                      const NewVersion& version) {
   return saving([&] {
     if (system.exists(path)) return replaceFile(system, path, system.statusAt(path).stamp, version);
-    return Creating(system, path, original, std::nullopt, version).finish();
+    return Creating(system, Located(system, path), original, std::nullopt, version).finish();
   });
 }
 

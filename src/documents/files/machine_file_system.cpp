@@ -4,7 +4,6 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <stdio.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -37,6 +36,7 @@ auto persist(const char* name, Call call) {
 FileKind kindOf(mode_t mode) {
   if (S_ISREG(mode)) return FileKind::regular;
   if (S_ISDIR(mode)) return FileKind::folder;
+  if (S_ISLNK(mode)) return FileKind::link;
   if (S_ISFIFO(mode)) return FileKind::pipe;
   if (S_ISSOCK(mode)) return FileKind::socket;
   return FileKind::device;
@@ -61,6 +61,11 @@ bool mustBeKept(std::string_view attribute) {
 /// Where a file without a name can be reached, for as long as it is open.
 std::string pathOf(Handle unnamed) { return "/proc/self/fd/" + std::to_string(unnamed); }
 
+/// What the system vouches for the contents with, or lets a program do that has them.
+bool isOfContents(std::string_view attribute) {
+  return attribute == "security.capability" || attribute == "security.ima" || attribute == "security.evm";
+}
+
 std::vector<std::string> attributeNames(Handle file) {
   if (flistxattr(file, nullptr, 0) <= 0) return {};
   std::vector<char> list(std::size_t{64} * 1024);  // the most that Linux hands out
@@ -71,25 +76,42 @@ std::vector<std::string> attributeNames(Handle file) {
   return names;
 }
 
+static_assert(Place::kNoFolder == AT_FDCWD);
+
+/// The flag, where the last name may not be a link.
+int unlessPath(const Place& place, int flag) { return place.folder == Place::kNoFolder ? 0 : flag; }
+
+Handle openAt(const Place& place, int flags, mode_t mode = 0) {
+  const int noLink = unlessPath(place, O_NOFOLLOW);
+  return persist("open",
+                 [&] { return openat(place.folder, place.name.c_str(), flags | noLink | O_CLOEXEC, mode); });
+}
+
+constexpr mode_t kOwnerOnly = 0600;
+constexpr int kWithoutWaiting = O_NONBLOCK | O_NOCTTY;
+
 class MachineFileSystem final : public FileSystem {
  public:
-  FileStatus statusAt(const std::string& path) override {
+  std::uint32_t user() override { return geteuid(); }
+
+  FileStatus statusAt(const Place& place) override {
     struct stat found = {};
-    if (stat(path.c_str(), &found) != 0) fail("stat");
+    if (fstatat(place.folder, place.name.c_str(), &found, unlessPath(place, AT_SYMLINK_NOFOLLOW)) != 0)
+      fail("fstatat");
     return statusOf(found);
   }
 
-  bool exists(const std::string& path) override {
+  bool exists(const Place& place) override {
     struct stat found = {};
-    if (lstat(path.c_str(), &found) == 0) return true;
-    if (errno == ENOENT || errno == ENOTDIR) return false;
-    fail("lstat");
+    if (fstatat(place.folder, place.name.c_str(), &found, AT_SYMLINK_NOFOLLOW) == 0) return true;
+    if (errno == ENOENT || errno == ENOTDIR || errno == ENAMETOOLONG) return false;
+    fail("fstatat");
   }
 
-  bool mayWrite(const std::string& path) override {
+  bool mayWrite(const Place& place, const FileStatus& status) override {
     constexpr std::uint32_t kWriteBits = 0222;
-    if ((statusAt(path).permissions & kWriteBits) == 0) return false;
-    if (faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0) return true;
+    if ((status.permissions & kWriteBits) == 0) return false;
+    if (faccessat(place.folder, place.name.c_str(), W_OK, AT_EACCESS) == 0) return true;
     if (errno == EACCES || errno == EPERM || errno == EROFS || errno == ETXTBSY) return false;
     fail("faccessat");
   }
@@ -102,36 +124,29 @@ class MachineFileSystem final : public FileSystem {
     return result;
   }
 
-  Handle openToRead(const std::string& path) override {
-    return persist("open", [&] { return open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); });
+  Handle openToRead(const Place& place) override { return openAt(place, O_RDONLY | kWithoutWaiting); }
+
+  Handle openToLock(const Place& place) override { return openAt(place, O_RDWR | kWithoutWaiting); }
+
+  Handle createNew(const Place& place) override {
+    return openAt(place, O_RDWR | O_CREAT | O_EXCL, kOwnerOnly);
   }
 
-  Handle createNew(const std::string& path) override {
-    constexpr mode_t kOwnerOnly = 0600;
-    return persist("open",
-                   [&] { return open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, kOwnerOnly); });
-  }
-
-  Handle createUnnamed(const std::string& folder) override {
-    constexpr mode_t kOwnerOnly = 0600;
+  Handle createUnnamed(const Place& folder) override {
     static const bool canBeNamed = access("/proc/self/fd", X_OK) == 0;
     if (!canBeNamed) throw std::system_error(ENOTSUP, std::generic_category(), "open");
-    return persist("open", [&] { return open(folder.c_str(), O_RDWR | O_TMPFILE | O_CLOEXEC, kOwnerOnly); });
+    return openAt(folder, O_RDWR | O_TMPFILE, kOwnerOnly);
   }
 
-  void giveName(Handle unnamed, const std::string& path) override {
-    if (linkat(AT_FDCWD, pathOf(unnamed).c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW) != 0)
+  void giveName(Handle unnamed, const Place& place) override {
+    if (linkat(AT_FDCWD, pathOf(unnamed).c_str(), place.folder, place.name.c_str(), AT_SYMLINK_FOLLOW) != 0)
       fail("linkat");
   }
 
-  Handle openFolder(const std::string& path) override {
-    return persist("open", [&] { return open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
-  }
+  Handle openFolder(const Place& place) override { return openAt(place, O_RDONLY | O_DIRECTORY); }
 
-  Handle openToAppend(const std::string& path) override {
-    constexpr mode_t kOwnerOnly = 0600;
-    return persist("open",
-                   [&] { return open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, kOwnerOnly); });
+  Handle openToAppend(const Place& place) override {
+    return openAt(place, O_RDWR | O_CREAT | O_APPEND, kOwnerOnly);
   }
 
   FileStatus status(Handle file) override {
@@ -186,6 +201,7 @@ class MachineFileSystem final : public FileSystem {
 
   void copyAttributes(Handle from, Handle to) override {
     for (const std::string& name : attributeNames(from)) {
+      if (isOfContents(name)) continue;
       const ssize_t size = fgetxattr(from, name.c_str(), nullptr, 0);
       std::vector<char> value(size > 0 ? static_cast<std::size_t>(size) : 0);
       const bool copied = size >= 0 && fgetxattr(from, name.c_str(), value.data(), value.size()) == size &&
@@ -194,34 +210,39 @@ class MachineFileSystem final : public FileSystem {
     }
   }
 
-  void rename(const std::string& from, const std::string& to) override {
-    if (::rename(from.c_str(), to.c_str()) != 0) fail("rename");
+  void rename(const Place& from, const Place& to) override {
+    if (renameat(from.folder, from.name.c_str(), to.folder, to.name.c_str()) != 0) fail("renameat");
   }
 
-  void renameToFree(const std::string& from, const std::string& to) override {
-    if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return;
+  void renameToFree(const Place& from, const Place& to) override {
+    if (renameAs(from, to, RENAME_NOREPLACE) == 0) return;
     if (errno != EINVAL && errno != ENOSYS) fail("renameat2");
     // Not every file system knows how; a second name does the same in two steps.
-    if (link(from.c_str(), to.c_str()) != 0) fail("link");
-    if (unlink(from.c_str()) != 0) fail("unlink");
+    if (linkat(from.folder, from.name.c_str(), to.folder, to.name.c_str(), 0) != 0) fail("linkat");
+    remove(from);
   }
 
-  void exchange(const std::string& one, const std::string& other) override {
-    if (renameat2(AT_FDCWD, one.c_str(), AT_FDCWD, other.c_str(), RENAME_EXCHANGE) != 0) fail("renameat2");
+  void exchange(const Place& one, const Place& other) override {
+    if (renameAs(one, other, RENAME_EXCHANGE) != 0) fail("renameat2");
   }
 
-  void remove(const std::string& path) override {
-    if (unlink(path.c_str()) != 0) fail("unlink");
+  void remove(const Place& place) override {
+    if (unlinkat(place.folder, place.name.c_str(), 0) != 0) fail("unlinkat");
   }
 
-  void createFolder(const std::string& path) override {
-    constexpr mode_t kOwnerOnly = 0700;
-    if (mkdir(path.c_str(), kOwnerOnly) != 0) fail("mkdir");
+  void createFolder(const Place& place) override {
+    constexpr mode_t kOwnerMayEnter = 0700;
+    if (mkdirat(place.folder, place.name.c_str(), kOwnerMayEnter) != 0) fail("mkdirat");
   }
 
-  std::vector<std::string> names(const std::string& folder) override {
-    const std::unique_ptr<DIR, int (*)(DIR*)> listing(opendir(folder.c_str()), closedir);
-    if (!listing) fail("opendir");
+  std::vector<std::string> names(const Place& folder) override {
+    const Handle open = openFolder(folder);
+    const std::unique_ptr<DIR, int (*)(DIR*)> listing(fdopendir(open), closedir);
+    if (!listing) {
+      const int error = errno;
+      ::close(open);
+      throw std::system_error(error, std::generic_category(), "fdopendir");
+    }
     std::vector<std::string> found;
     for (;;) {
       errno = 0;
@@ -235,14 +256,27 @@ class MachineFileSystem final : public FileSystem {
     return found;
   }
 
-  void removeFolder(const std::string& path) override {
-    if (rmdir(path.c_str()) != 0) fail("rmdir");
+  void removeFolder(const Place& place) override {
+    if (unlinkat(place.folder, place.name.c_str(), AT_REMOVEDIR) != 0) fail("unlinkat");
   }
 
   bool tryLock(Handle file) override {
-    if (flock(file, LOCK_EX | LOCK_NB) == 0) return true;
-    if (errno == EWOULDBLOCK) return false;
-    fail("flock");
+    // Who may only read a file may lock it for reading, which is in the way of the first lock.
+    return setLock(file, F_WRLCK) || setLock(file, F_RDLCK);
+  }
+
+ private:
+  static int renameAs(const Place& from, const Place& to, unsigned flags) {
+    return renameat2(from.folder, from.name.c_str(), to.folder, to.name.c_str(), flags);
+  }
+
+  static bool setLock(Handle file, int type) {
+    struct flock lock = {};
+    lock.l_type = static_cast<short>(type);
+    lock.l_whence = SEEK_SET;
+    if (fcntl(file, F_OFD_SETLK, &lock) == 0) return true;
+    if (errno == EAGAIN || errno == EACCES) return false;
+    fail("fcntl");
   }
 };
 

@@ -1,17 +1,18 @@
 #include "new_version.h"
 
 #include "files/reading.h"
-#include "paths.h"
 
 #include <utility>
 
 namespace pluvo::files {
 
 void requireSameStamp(const FileStatus& now, const Stamp& opened) {
-  if (now.stamp != opened)
-    throw DocumentError(Problem::changed,
-                        "Another program changed the file while it was open here; it was left as it is.",
-                        "Run this again.");
+  if (now.stamp != opened) throw changedHere();
+}
+
+DocumentError changedHere() {
+  return {Problem::changed, "Another program changed the file while it was open here; it was left as it is.",
+          "Run this again."};
 }
 
 namespace {
@@ -38,20 +39,24 @@ void setTime(FileSystem& system, const TemporaryFile& file, const OpenFile* orig
 
 }  // namespace
 
-void writeVersion(FileSystem& system, TemporaryFile& file, const OpenFile* original,
-                  const NewVersion& version) {
+NotKept writeVersion(FileSystem& system, TemporaryFile& file, const OpenFile* original,
+                     const NewVersion& version) {
   FileOutput output(system, file.handle());
   version.write(output);
   output.finish();
-  if (original != nullptr) file.takeAfter(original->handle());
+  NotKept notKept;
+  if (original != nullptr) {
+    const FileStatus as = version.as ? *version.as : system.status(original->handle());
+    notKept = file.takeAfter(original->handle(), as);
+  }
   if (version.as) {
     const Stamp& modified = version.as->stamp;
-    system.setPermissions(file.handle(), version.as->permissions);
     system.setModified(file.handle(), modified.modifiedSeconds, modified.modifiedNanoseconds);
   } else {
     setTime(system, file, original);
   }
   output.startWriting();
+  return notKept;
 }
 
 Stamp checkVersion(FileSystem& system, Handle written, const std::function<void(const Bytes&)>& check) {
@@ -60,9 +65,8 @@ Stamp checkVersion(FileSystem& system, Handle written, const std::function<void(
   return content.stamp;
 }
 
-void flushFolder(FileSystem& system, const std::string& file) {
+void flushFolder(FileSystem& system, const OpenFolder& folder) {
   try {
-    const OpenFile folder(system, system.openFolder(folderOf(file)));
     system.flush(folder.handle());
   } catch (const std::system_error& failure) {
     throw DocumentError(Problem::io,

@@ -10,18 +10,19 @@
 
 namespace pluvo::files {
 
-/// Throws DocumentError changed.
+DocumentError changedHere();
+/// Throws it.
 void requireSameStamp(const FileStatus& now, const Stamp& opened);
 
 /// Writes the version, with what the original has where there is one. It need not be on disk yet.
-void writeVersion(FileSystem& system, TemporaryFile& file, const OpenFile* original,
-                  const NewVersion& version);
+NotKept writeVersion(FileSystem& system, TemporaryFile& file, const OpenFile* original,
+                     const NewVersion& version);
 
 /// Reads what was written back and has it checked; the stamp is the finished file's.
 Stamp checkVersion(FileSystem& system, Handle written, const std::function<void(const Bytes&)>& check);
 
 /// The version is in its place; what fails now cannot be taken back.
-void flushFolder(FileSystem& system, const std::string& file);
+void flushFolder(FileSystem& system, const OpenFolder& folder);
 
 /// Calls that fail are told in the user's terms.
 template <class Work>

@@ -21,6 +21,8 @@ void requireRegular(FileKind kind) {
     case FileKind::pipe:
       throw DocumentError(Problem::io,
                           "This is a named pipe, not a document; copy what it delivers to a file first.");
+    case FileKind::link:
+      throw DocumentError(Problem::io, "This is a link where a file should be; name the document itself.");
     case FileKind::device:
       throw DocumentError(Problem::io, "This is a device, not a document; name a file.");
     case FileKind::socket:
@@ -58,13 +60,13 @@ FileContent readFile(FileSystem& system, Handle file) {
   return {std::move(bytes), status.stamp};
 }
 
-FileContent readFile(FileSystem& system, const std::string& path) {
+FileContent readFile(FileSystem& system, const Place& place) {
   try {
-    requireRegular(system.statusAt(path).kind);  // opening a device may already do something
-    const OpenFile file(system, system.openToRead(path));
+    requireRegular(system.statusAt(place).kind);  // opening a device may already do something
+    const OpenFile file(system, system.openToRead(place));
     return readFile(system, file.handle());
   } catch (const std::system_error& failure) {
-    if (failure.code().value() == ENOENT && system.exists(path))
+    if (failure.code().value() == ENOENT && system.exists(place))
       throw DocumentError(Problem::io, "The link leads to a file that is gone; mend the link, or remove it.");
     throw readingFailed(failure);
   }

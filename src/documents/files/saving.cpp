@@ -1,8 +1,8 @@
 #include "files/saving.h"
 
 #include "files/lock_files.h"
+#include "located.h"
 #include "new_version.h"
-#include "paths.h"
 
 #include <cerrno>
 #include <system_error>
@@ -11,24 +11,23 @@ namespace pluvo::files {
 
 namespace {
 
-void requireReplaceable(FileSystem& system, const std::string& real, const FileStatus& status) {
-  if (const auto lock = lockFileOf(system, real)) {
-    const std::string_view prefix = lock->starts_with('.') ? ".~lock." : "~$";
-    throw DocumentError(
-        Problem::locked,
-        "The document is open in another program; close it there. If nobody has it open, delete the "
-        "file beside it whose name begins with \"" +
-            std::string(prefix) + "\" and goes on like the document's.");
-  }
+DocumentError lockedBy(const LockFile& lock) {
+  const std::string who = lock.owner.empty() ? "a word processor" : lock.owner;
+  return {Problem::locked, "The file \"" + lock.name + "\" beside the document says that " + who +
+                               " has it open; close it there. If nobody has it open, delete that file."};
+}
+
+void requireReplaceable(FileSystem& system, const Located& document, const FileStatus& status) {
+  if (const auto lock = lockFileOf(system, document.folder, document.name)) throw lockedBy(*lock);
   if (status.names > 1)
     throw DocumentError(Problem::readOnly,
                         "The file has " + std::to_string(status.names) +
                             " names (hard links), and the others would keep the old text.",
                         "Save to another folder, or make it a file of its own.");
-  if (!system.mayWrite(real))
+  if (!system.mayWrite(document.place(), status))
     throw DocumentError(Problem::readOnly, "The file may not be written.",
                         "Allow it in the file's permissions and attributes, or save to another folder.");
-  if (!system.mayWrite(folderOf(real)))
+  if (!system.mayWrite(document.folder.itself(), system.status(document.folder.handle())))
     throw DocumentError(Problem::readOnly,
                         "The folder may not be written, so no new version can be put there.",
                         "Allow it in the folder's permissions, or save to another folder.");
@@ -43,8 +42,9 @@ void copyOriginal(FileSystem& system, Handle original, TemporaryFile& copy) {
     copied += count;
   }
   output.finish();
-  copy.takeAfter(original);
-  const Stamp modified = system.status(original).stamp;
+  const FileStatus as = system.status(original);
+  copy.takeAfter(original, as);
+  const Stamp& modified = as.stamp;
   system.setModified(copy.handle(), modified.modifiedSeconds, modified.modifiedNanoseconds);
 }
 
@@ -62,51 +62,85 @@ void moveToFirstFree(TemporaryFile& file, const std::string& name) {
 
 /// Of two programs that save the same document at the same time, each would find it unchanged up to the
 /// moment before it is replaced.
-void requireNobodyElseSaves(FileSystem& system, Handle original) {
+void requireNobodyElseHolds(FileSystem& system, Handle original) {
   try {
     if (system.tryLock(original)) return;
   } catch (const std::system_error&) {
     return;  // a disk without locks
   }
   throw DocumentError(Problem::locked,
-                      "Another program is saving it at this moment, so nothing was changed; try again.");
+                      "Another program is saving the document at this moment or has it open, so nothing was "
+                      "changed; close it there, or try again.");
 }
 
-/// Until it is closed the document is this program's alone to save, and it is the one that was opened:
-/// whoever saved it a moment ago may have put another file there, before or after this one was opened.
-void hold(FileSystem& system, Handle document, const std::string& real, const Stamp& opened) {
-  requireNobodyElseSaves(system, document);
-  requireSameStamp(system.status(document), opened);
-  requireSameStamp(system.statusAt(real), opened);
+FileStatus statusToReplace(FileSystem& system, const Located& document, const Stamp& opened) {
+  const FileStatus status = system.statusAt(document.place());
+  requireSameStamp(status, opened);
+  requireReplaceable(system, document, status);
+  return status;
+}
+
+/// The document, open to be replaced. Until this goes it is this program's alone to save, and it is the one
+/// that was opened: another program may have put a new version there, before or after this one opened it.
+class Held {
+ public:
+  Held(FileSystem& system, const Located& document, const Stamp& opened)
+      : before_(statusToReplace(system, document, opened)),
+        file_(system, system.openToLock(document.place())) {
+    requireNobodyElseHolds(system, file_.handle());
+    requireSameStamp(system.status(file_.handle()), opened);
+    requireSameStamp(system.statusAt(document.place()), opened);
+  }
+
+  const FileStatus& before() const { return before_; }
+  const OpenFile& file() const { return file_; }
+
+ private:
+  const FileStatus before_;
+  const OpenFile file_;
+};
+
+/// Whether what is at the place is another file than the one that was opened.
+bool isAnother(FileSystem& system, const Place& place, const Stamp& opened) {
+  try {
+    return system.statusAt(place).stamp != opened;
+  } catch (const std::system_error&) {
+    return false;
+  }
 }
 
 /// Puts the version where the original is, which goes or is handed over.
-void putInPlace(FileSystem& system, TemporaryFile& version, const std::string& real, const Stamp& opened,
+void putInPlace(FileSystem& system, TemporaryFile& version, const Located& document, const Stamp& opened,
                 Keeping* keeping) {
-  requireSameStamp(system.statusAt(real), opened);
+  requireSameStamp(system.statusAt(document.place()), opened);
   if (keeping != nullptr && keeping->wantsFile()) {
-    if (version.swap(real)) return keeping->take(version.path());
+    if (version.swap(document.name)) {
+      // Another program may have put a version there in this very moment.
+      if (isAnother(system, version.place(), opened) && version.swap(document.name)) {
+        version.discard();
+        throw changedHere();
+      }
+      return keeping->take(version.place());
+    }
     keeping->copy();
-    requireSameStamp(system.statusAt(real), opened);
+    requireSameStamp(system.statusAt(document.place()), opened);
   }
-  version.replace(real);
+  version.replace(document.name);
 }
 
 /// A new version of a document, in the place of the one before.
 class Replacing final : public Pending {
  public:
-  Replacing(FileSystem& system, std::string real, const FileStatus& before, const NewVersion& version,
+  Replacing(FileSystem& system, const std::string& real, const Stamp& opened, const NewVersion& version,
             const std::optional<std::string>& backupSuffix)
       : system_(system),
-        real_(std::move(real)),
-        before_(before),
-        original_(system, system.openToRead(real_)),
-        replacement_(system, folderOfReal(), version.temporary),
+        document_(system, real),
+        original_(system, document_, opened),
+        replacement_(system, document_.folder, version.temporary),
         requireRight_(version.check),
         beforeReplacing_(version.beforeReplacing),
         backupSuffix_(backupSuffix) {
-    hold(system, original_.handle(), real_, before.stamp);
-    writeVersion(system, replacement_, &original_, version);
+    saved_.notKept = writeVersion(system, replacement_, &original_.file(), version);
   }
 
   void check() override {
@@ -115,7 +149,8 @@ class Replacing final : public Pending {
       requireRight_ = nullptr;
       if (backupSuffix_) backUp();
       if (beforeReplacing_)
-        keeping_ = beforeReplacing_({real_, original_.handle(), before_, saved_.stamp, replacement_.path()});
+        keeping_ = beforeReplacing_({document_.path, original_.file().handle(), original_.before(),
+                                     saved_.stamp, replacement_.name()});
     });
   }
 
@@ -125,28 +160,26 @@ class Replacing final : public Pending {
       replacement_.flush();
       if (keeping_) keeping_->wait();
       replacement_.close();
-      putInPlace(system_, replacement_, real_, before_.stamp, keeping_.get());
+      putInPlace(system_, replacement_, document_, original_.before().stamp, keeping_.get());
+      if (keeping_) keeping_->replaced();
       if (backup_) backup_->keep();
-      flushFolder(system_, real_);
+      flushFolder(system_, document_.folder);
       return saved_;
     });
   }
 
  private:
-  std::string folderOfReal() const { return std::string(folderPrefixOf(real_)); }
-
   void backUp() {
-    backup_.emplace(system_, folderOfReal());
-    copyOriginal(system_, original_.handle(), *backup_);
-    moveToFirstFree(*backup_, real_ + *backupSuffix_);
+    backup_.emplace(system_, document_.folder);
+    copyOriginal(system_, original_.file().handle(), *backup_);
+    moveToFirstFree(*backup_, document_.name + *backupSuffix_);
     backup_->finish();
-    saved_.backup = backup_->path();
+    saved_.backup = document_.pathBeside(backup_->name());
   }
 
   FileSystem& system_;
-  const std::string real_;
-  const FileStatus before_;
-  const OpenFile original_;
+  const Located document_;
+  const Held original_;
   TemporaryFile replacement_;
   std::function<void(const Bytes&)> requireRight_;  ///< until it was asked
   const std::function<std::unique_ptr<Keeping>(const Replacement&)> beforeReplacing_;
@@ -156,21 +189,12 @@ class Replacing final : public Pending {
   std::unique_ptr<Keeping> keeping_;
 };
 
-std::unique_ptr<Pending> beginReplacing(FileSystem& system, const std::string& real, const Stamp& opened,
-                                        const NewVersion& version,
-                                        const std::optional<std::string>& backupSuffix) {
-  const FileStatus before = system.statusAt(real);
-  requireSameStamp(before, opened);
-  requireReplaceable(system, real, before);
-  return std::make_unique<Replacing>(system, real, before, version, backupSuffix);
-}
-
 }  // namespace
 
 std::optional<DocumentError> obstacleToSaving(FileSystem& system, const std::string& path) {
   try {
-    const std::string real = system.resolve(path);
-    requireReplaceable(system, real, system.statusAt(real));
+    const Located document(system, system.resolve(path));
+    requireReplaceable(system, document, system.statusAt(document.place()));
     return std::nullopt;
   } catch (const DocumentError& obstacle) {
     return obstacle;
@@ -186,27 +210,25 @@ void requireUnchanged(FileSystem& system, const std::string& path, const Stamp& 
 std::unique_ptr<Pending> beginReplacingFile(FileSystem& system, const std::string& path, const Stamp& opened,
                                             const NewVersion& version,
                                             const std::optional<std::string>& backupSuffix) {
-  return saving([&] { return beginReplacing(system, system.resolve(path), opened, version, backupSuffix); });
+  return saving([&] {
+    return std::make_unique<Replacing>(system, system.resolve(path), opened, version, backupSuffix);
+  });
 }
 
-bool swapFile(FileSystem& system, const std::string& path, const Stamp& found, const std::string& other) {
+bool swapFile(FileSystem& system, const std::string& path, const Stamp& found, const Place& other) {
   return saving([&] {
-    const std::string real = system.resolve(path);
-    const FileStatus before = system.statusAt(real);
-    requireSameStamp(before, found);
-    requireReplaceable(system, real, before);
-    const OpenFile document(system, system.openToRead(real));
-    hold(system, document.handle(), real, found);
+    const Located document(system, system.resolve(path));
+    const Held held(system, document, found);
     try {
-      system.exchange(other, real);
+      system.exchange(other, document.place());
     } catch (const std::system_error&) {
       return false;
     }
     // Another program may have put a version there in this very moment.
     const FileStatus swapped = system.statusAt(other);
-    if (swapped.stamp != found) system.exchange(other, real);
+    if (swapped.stamp != found) system.exchange(other, document.place());
     requireSameStamp(swapped, found);
-    flushFolder(system, real);
+    flushFolder(system, document.folder);
     return true;
   });
 }

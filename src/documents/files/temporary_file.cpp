@@ -15,14 +15,18 @@ namespace pluvo::files {
 
 namespace {
 
+constexpr std::string_view kBefore = "~pluvo-";
+constexpr std::string_view kBehind = ".tmp";
+constexpr std::size_t kDigits = 16;
+
 /// Names differ between processes and calls; that none is taken is for createNew to find out.
 std::string temporaryName() {
   static std::atomic<std::uint64_t> calls = 0;
   const auto now = static_cast<std::uint64_t>(std::chrono::system_clock::now().time_since_epoch().count());
   const std::uint64_t mixed = (now ^ (static_cast<std::uint64_t>(getpid()) << 40)) + (calls++ << 56);
-  std::array<char, 32> name = {};
-  std::snprintf(name.data(), name.size(), "~pluvo-%016llx.tmp", static_cast<unsigned long long>(mixed));
-  return name.data();
+  std::array<char, kDigits + 1> digits = {};
+  std::snprintf(digits.data(), digits.size(), "%016llx", static_cast<unsigned long long>(mixed));
+  return std::string(kBefore).append(digits.data()).append(kBehind);
 }
 
 constexpr std::uint32_t kGroupBits = 0070;
@@ -38,37 +42,45 @@ bool tryOwner(FileSystem& system, Handle file, std::uint32_t owner, std::uint32_
   }
 }
 
-/// The permissions the file may have with the owner it got.
-std::uint32_t giveOwner(FileSystem& system, Handle file, const FileStatus& original) {
+NotKept giveOwner(FileSystem& system, Handle file, const FileStatus& as) {
   const FileStatus made = system.status(file);
-  if (made.owner == original.owner && made.group == original.group) return original.permissions;
-  if (tryOwner(system, file, original.owner, original.group)) return original.permissions;
-  const std::uint32_t permissions = original.permissions & ~kSetIdBits;
-  if (made.group == original.group || tryOwner(system, file, made.owner, original.group)) return permissions;
-  return (permissions & ~kGroupBits) | ((permissions & kOthersBits) << 3);
+  if (made.owner == as.owner && made.group == as.group) return {};
+  if (tryOwner(system, file, as.owner, as.group)) return {};
+  const bool hasGroup = made.group == as.group || tryOwner(system, file, made.owner, as.group);
+  return {made.owner != as.owner, !hasGroup};
 }
 
 }  // namespace
 
-TemporaryFile::TemporaryFile(FileSystem& system, const std::string& folderPrefix, const std::string& path)
-    : TemporaryFile(system, createBeside(system, folderPrefix, path)) {}
+bool isTemporaryName(std::string_view name) {
+  return name.size() == kBefore.size() + kDigits + kBehind.size() && name.starts_with(kBefore) &&
+         name.ends_with(kBehind) &&
+         name.substr(kBefore.size(), kDigits).find_first_not_of("0123456789abcdef") == std::string_view::npos;
+}
 
-TemporaryFile::TemporaryFile(FileSystem& system, Created created)
-    : system_(system), path_(std::move(created.path)), file_(system, created.handle), named_(created.named) {}
+TemporaryFile::TemporaryFile(FileSystem& system, const OpenFolder& folder, const std::string& name)
+    : TemporaryFile(system, folder, createIn(system, folder, name)) {}
 
-TemporaryFile::Created TemporaryFile::createBeside(FileSystem& system, const std::string& folderPrefix,
-                                                   const std::string& path) {
-  const auto name = [&] { return path.empty() ? folderPrefix + temporaryName() : path; };
+TemporaryFile::TemporaryFile(FileSystem& system, const OpenFolder& folder, Created created)
+    : system_(system),
+      folder_(folder),
+      name_(std::move(created.name)),
+      file_(system, created.handle),
+      named_(created.named) {}
+
+TemporaryFile::Created TemporaryFile::createIn(FileSystem& system, const OpenFolder& folder,
+                                               const std::string& name) {
+  const auto freeName = [&] { return name.empty() ? temporaryName() : name; };
   try {
-    const Handle handle = system.createUnnamed(folderPrefix.empty() ? "." : folderPrefix);
-    return {name(), handle, false};
+    const Handle handle = system.createUnnamed(folder.itself());
+    return {freeName(), handle, false};
   } catch (const std::system_error&) {  // NOLINT(bugprone-empty-catch): then it has a name from the beginning
   }
   constexpr int kMostAttempts = 100;
   for (int attempt = 1;; ++attempt) {
-    std::string free = name();
+    std::string free = freeName();
     try {
-      const Handle handle = system.createNew(free);
+      const Handle handle = system.createNew(folder.at(free));
       return {std::move(free), handle, true};
     } catch (const std::system_error& failure) {
       if (failure.code().value() != EEXIST || attempt == kMostAttempts) throw;
@@ -79,23 +91,25 @@ TemporaryFile::Created TemporaryFile::createBeside(FileSystem& system, const std
 TemporaryFile::~TemporaryFile() {
   if (!temporary_ || !named_) return;
   try {
-    system_.remove(path_);
+    system_.remove(place());
   } catch (
       const std::system_error&) {  // NOLINT(bugprone-empty-catch): the failure before this one is the news
   }
 }
 
-void TemporaryFile::takeAfter(Handle original) {
-  const FileStatus status = system_.status(original);
-  const std::uint32_t permissions = giveOwner(system_, handle(), status);
+NotKept TemporaryFile::takeAfter(Handle original, const FileStatus& as) {
+  const NotKept notKept = giveOwner(system_, handle(), as);
   system_.copyAttributes(original, handle());
+  std::uint32_t permissions = as.permissions & ~kSetIdBits;
+  if (notKept.group) permissions = (permissions & ~kGroupBits) | ((permissions & kOthersBits) << 3);
   system_.setPermissions(handle(), permissions);
+  return notKept;
 }
 
 void TemporaryFile::flush() {
   // Named first: a disk without a journal of its own might not keep a name that came later.
   if (!named_) {
-    system_.giveName(handle(), path_);
+    system_.giveName(handle(), place());
     named_ = true;
   }
   system_.flush(handle());
@@ -106,15 +120,15 @@ void TemporaryFile::finish() {
   close();
 }
 
-void TemporaryFile::replace(const std::string& path) {
-  system_.rename(path_, path);
-  path_ = path;
+void TemporaryFile::replace(const std::string& name) {
+  system_.rename(place(), folder_.at(name));
+  name_ = name;
   keep();
 }
 
-bool TemporaryFile::swap(const std::string& path) {
+bool TemporaryFile::swap(const std::string& name) {
   try {
-    system_.exchange(path_, path);
+    system_.exchange(place(), folder_.at(name));
   } catch (const std::system_error&) {
     return false;
   }
@@ -122,14 +136,15 @@ bool TemporaryFile::swap(const std::string& path) {
   return true;
 }
 
-void TemporaryFile::moveToFree(const std::string& path) {
+void TemporaryFile::moveToFree(const std::string& name) {
+  const Place free = folder_.at(name);
   if (named_) {
-    system_.renameToFree(path_, path);
+    system_.renameToFree(place(), free);
   } else {
-    system_.giveName(handle(), path);
+    system_.giveName(handle(), free);
     named_ = true;
   }
-  path_ = path;
+  name_ = name;
 }
 
 void FileOutput::write(ByteSpan bytes) {

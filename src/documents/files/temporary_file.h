@@ -1,27 +1,29 @@
 #pragma once
 
-#include "files/file_system.h"
+#include "files/saving.h"
 
 #include <string>
 
 namespace pluvo::files {
 
-/// A new file beside the one it is to become; gone with this object unless it was renamed. Until it is
-/// flushed it has no name where the disk can do that, so that a program killed before leaves nothing behind.
+/// A new file in the folder of the one it is to become; gone with this object unless it was renamed. Until it
+/// is flushed it has no name where the disk can do that, so that a program killed before leaves nothing
+/// behind. The folder must stay open.
 class TemporaryFile {
  public:
-  /// Under the path, if one is given, which must be free.
-  TemporaryFile(FileSystem& system, const std::string& folderPrefix, const std::string& path = {});
+  /// Under the name, if one is given, which must be free.
+  TemporaryFile(FileSystem& system, const OpenFolder& folder, const std::string& name = {});
   TemporaryFile(const TemporaryFile&) = delete;
   TemporaryFile& operator=(const TemporaryFile&) = delete;
   ~TemporaryFile();
 
-  /// Where it lies from the time it is flushed, renamed or not.
-  const std::string& path() const { return path_; }
+  /// What it has from the time it is flushed, renamed or not.
+  const std::string& name() const { return name_; }
+  Place place() const { return folder_.at(name_); }
   Handle handle() const { return file_.handle(); }
 
-  /// Gives it the owner, permissions and attributes of another file.
-  void takeAfter(Handle original);
+  /// Gives it the attributes of another file, and the owner and permissions as far as it may have them.
+  NotKept takeAfter(Handle original, const FileStatus& as);
   /// The bytes are on disk, under the name it then has.
   void flush();
   void close() { file_.close(); }
@@ -29,25 +31,27 @@ class TemporaryFile {
   void finish();
 
   /// Takes the place of whatever has the name, and stays.
-  void replace(const std::string& path);
-  /// The same, but what had the name is at path() then, and stays too. False where the disk cannot do it.
-  bool swap(const std::string& path);
+  void replace(const std::string& name);
+  /// The same, but what had the name is at place() then, and stays too. False where the disk cannot do it.
+  bool swap(const std::string& name);
   /// Takes a name; it still goes with this object unless it is kept. Throws std::system_error with EEXIST
   /// where the name is taken.
-  void moveToFree(const std::string& path);
+  void moveToFree(const std::string& name);
   void keep() { temporary_ = false; }
+  void discard() { temporary_ = true; }
 
  private:
   struct Created {
-    std::string path;
+    std::string name;
     Handle handle;
     bool named;
   };
-  TemporaryFile(FileSystem& system, Created created);
-  static Created createBeside(FileSystem& system, const std::string& folderPrefix, const std::string& path);
+  TemporaryFile(FileSystem& system, const OpenFolder& folder, Created created);
+  static Created createIn(FileSystem& system, const OpenFolder& folder, const std::string& name);
 
   FileSystem& system_;
-  std::string path_;
+  const OpenFolder& folder_;
+  std::string name_;
   OpenFile file_;
   bool named_;
   bool temporary_ = true;

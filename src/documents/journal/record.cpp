@@ -1,5 +1,7 @@
 #include "record.h"
 
+#include "files/saving.h"
+
 #include <array>
 #include <charconv>
 #include <set>
@@ -82,7 +84,8 @@ std::string lineOf(const Record& record) {
               number(old.size) + number(old.modifiedSeconds) + number(old.modifiedNanoseconds);
       const files::Stamp& now = record.after;
       line += number(now.device) + number(now.inode) + number(now.size) + number(now.modifiedSeconds) +
-              number(now.modifiedNanoseconds) + escaped(record.beside) + " ";
+              number(now.modifiedNanoseconds) + number(old.device) + number(old.inode) +
+              number(record.before.owner) + number(record.before.group) + escaped(record.beside) + " ";
       break;
     }
   }
@@ -94,19 +97,29 @@ std::optional<Record> recordOf(std::string_view line) {
   if (words.empty()) return std::nullopt;
   Record record;
   if (words[0] == kKept) {
-    constexpr std::size_t kWords = 13;
+    constexpr std::size_t kWords = 17;
+    constexpr std::size_t kWordsOfOld = 13;
     files::Stamp& old = record.before.stamp;
     files::Stamp& now = record.after;
     record.kind = Record::Kind::kept;
-    const bool sound = words.size() == kWords && parse(words[1], record.number) &&
-                       parse(words[2], record.before.permissions) && parse(words[3], old.size) &&
-                       parse(words[4], old.modifiedSeconds) && parse(words[5], old.modifiedNanoseconds) &&
-                       parse(words[6], now.device) && parse(words[7], now.inode) &&
-                       parse(words[8], now.size) && parse(words[9], now.modifiedSeconds) &&
-                       parse(words[10], now.modifiedNanoseconds);
-    auto beside = sound ? unescaped(words[11]) : std::nullopt;
-    if (!beside) return std::nullopt;
-    record.beside = *std::move(beside);
+    const bool knowsFile = words.size() == kWords;
+    const bool sound =
+        (knowsFile || words.size() == kWordsOfOld) && parse(words[1], record.number) &&
+        parse(words[2], record.before.permissions) && parse(words[3], old.size) &&
+        parse(words[4], old.modifiedSeconds) && parse(words[5], old.modifiedNanoseconds) &&
+        parse(words[6], now.device) && parse(words[7], now.inode) && parse(words[8], now.size) &&
+        parse(words[9], now.modifiedSeconds) && parse(words[10], now.modifiedNanoseconds) &&
+        (!knowsFile || (parse(words[11], old.device) && parse(words[12], old.inode) &&
+                        parse(words[13], record.before.owner) && parse(words[14], record.before.group)));
+    const auto beside = sound ? unescaped(words[words.size() - 2]) : std::nullopt;
+    const auto document = sound ? unescaped(words.back()) : std::nullopt;
+    if (!beside || !document) return std::nullopt;
+    // Earlier journals have the whole path.
+    const std::size_t folder = beside->rfind('/') + 1;
+    if (folder != 0 && beside->substr(0, folder) != document->substr(0, document->rfind('/') + 1))
+      return std::nullopt;
+    record.beside = beside->substr(folder);
+    if (!files::isTemporaryName(record.beside)) return std::nullopt;
   } else if (words[0] == kCommand || words[0] == kNotKept) {
     record.kind = words[0] == kCommand ? Record::Kind::command : Record::Kind::notKept;
     if (words.size() != 2) return std::nullopt;

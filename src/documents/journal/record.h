@@ -16,9 +16,13 @@ struct Record {
   Kind kind = Kind::command;
   std::string text;          ///< the command, or the document's path
   std::uint64_t number = 0;  ///< kept, takenBack: the name of the original in the run's folder
-  std::string beside;  ///< kept: what lies beside the document meanwhile, be it the original or a version
-  files::FileStatus before;  ///< kept: permissions and stamp of the original
+  /// kept: the name of what lies beside the document meanwhile, be it the original or a version
+  std::string beside;
+  files::FileStatus before;  ///< kept: owner, group, permissions and stamp of the original
   files::Stamp after;        ///< kept: of the version that took its place
+
+  /// Earlier journals do not tell the original's disk, inode, owner and group.
+  bool knowsFile() const { return before.stamp.inode != 0; }
 };
 
 /// Words separated by blanks; the bytes of paths that are not plain are written as "%" and two digits. Ends

@@ -22,21 +22,22 @@ std::string utcNow() {
   return {text.data(), std::strftime(text.data(), text.size(), "%Y%m%d-%H%M%S", &parts)};
 }
 
-/// The folder of a new run: behind those of this second, even where an earlier one is gone.
-std::string createRun(files::FileSystem& system, const std::string& folder) {
+/// The name of a new run, whose folder it makes: behind those of this second, even where an earlier one is
+/// gone.
+std::string createRun(files::FileSystem& system, const OwnFolder& runs) {
   const std::string start = utcNow() + "-";
   unsigned number = 0;
-  for (const std::string& name : runNames(system, folder)) {
+  for (const std::string& name : runNames(system, runs)) {
     unsigned taken = 0;
     if (name.starts_with(start) &&
         std::from_chars(name.data() + start.size(), name.data() + name.size(), taken).ec == std::errc())
       number = taken + 1;
   }
   for (;; ++number) {
-    std::string run = pathIn(folder, start + std::to_string(number));
+    std::string name = start + std::to_string(number);
     try {
-      system.createFolder(run);
-      return run;
+      system.createFolder(runs.at(name));
+      return name;
     } catch (const std::system_error& failure) {
       if (failure.code().value() != EEXIST) throw;
     }
@@ -71,7 +72,6 @@ class Flushes {
  public:
   explicit Flushes(files::FileSystem& system) : system_(system) {}
 
-  void addFolder(const std::string& path) { addOwn(system_.openFolder(path)); }
   void addOwn(files::Handle file) {
     const auto& own = files_.emplace_back(std::make_unique<files::OpenFile>(system_, file));
     add(own->handle());
@@ -106,10 +106,16 @@ class Recorder::Kept final : public files::Keeping {
   Kept(Recorder& recorder, const files::Replacement& replacement, std::uint64_t number)
       : recorder_(recorder),
         replacement_(replacement),
-        place_(originalIn(recorder.run_, number)),
-        wantsFile_(replacement.before.stamp.device == recorder.device_),
+        number_(number),
+        place_(recorder.run_->at(originalName(number))),
+        wantsFile_(replacement.before.stamp.device == recorder.run_->device()),
         flushes_(recorder.system_) {
     if (!wantsFile_) makeCopy();
+  }
+  Kept(const Kept&) = delete;
+  Kept& operator=(const Kept&) = delete;
+  ~Kept() override {
+    if (recorded_ && !replaced_) recorder_.forgetUnlessReplaced(replacement_, number_);
   }
 
   /// The record is written. The first document's flushes go on beside that of its new version; later a
@@ -117,8 +123,9 @@ class Recorder::Kept final : public files::Keeping {
   void begin() {
     first_ = !recorder_.namesOnDisk_;
     if (first_) flushes_.add(recorder_.journal_->handle());
-    if (first_) flushes_.addFolder(recorder_.folder_);
-    if (first_ || !wantsFile_) flushes_.addFolder(recorder_.run_);
+    if (first_) flushes_.add(recorder_.runs_->handle());
+    if (first_ || !wantsFile_) flushes_.add(recorder_.run_->handle());
+    recorded_ = true;
   }
 
   void wait() override {
@@ -128,13 +135,12 @@ class Recorder::Kept final : public files::Keeping {
     });
     const std::lock_guard guard(recorder_.mutex_);
     recorder_.namesOnDisk_ = true;
-    ++recorder_.kept_;
   }
 
   bool wantsFile() const override { return wantsFile_; }
 
   /// Where that fails, the original stays where its record says it may be.
-  void take(const std::string& original) override {
+  void take(const files::Place& original) override {
     files::FileSystem& system = recorder_.system_;
     try {
       try {
@@ -151,13 +157,19 @@ class Recorder::Kept final : public files::Keeping {
     guarded(recorder_.folder_, [&] {
       try {
         makeCopy();
-        flushes_.addFolder(recorder_.run_);
+        flushes_.add(recorder_.run_->handle());
         flushes_.wait();
       } catch (const std::system_error&) {
         removeIfPossible(recorder_.system_, place_);
         throw;
       }
     });
+  }
+
+  void replaced() override {
+    replaced_ = true;
+    const std::lock_guard guard(recorder_.mutex_);
+    ++recorder_.replaced_;
   }
 
  private:
@@ -176,9 +188,12 @@ class Recorder::Kept final : public files::Keeping {
 
   Recorder& recorder_;
   const files::Replacement replacement_;
-  const std::string place_;
+  const std::uint64_t number_;
+  const files::Place place_;
   const bool wantsFile_;
   bool first_ = false;
+  bool recorded_ = false;
+  bool replaced_ = false;
   Flushes flushes_;
 };
 
@@ -190,12 +205,15 @@ class Recorder::Dropped final : public files::Keeping {
   }
   void wait() override {
     guarded(recorder_.folder_, [&] { flushes_.wait(); });
-    const std::lock_guard guard(recorder_.mutex_);
-    ++recorder_.notKept_;
   }
   bool wantsFile() const override { return false; }
-  void take(const std::string&) override {}
+  void take(const files::Place&) override {}
   void copy() override {}
+  void replaced() override {
+    const std::lock_guard guard(recorder_.mutex_);
+    ++recorder_.replaced_;
+    ++recorder_.notKept_;
+  }
 
  private:
   Recorder& recorder_;
@@ -213,16 +231,16 @@ std::optional<std::string> defaultFolder() {
 Recorder::Recorder(files::FileSystem& system, std::string folder, std::string command, std::uint64_t limit)
     : system_(system), folder_(std::move(folder)), limit_(limit) {
   try {
-    makeFolders(system_, folder_);
+    runs_ = std::make_unique<OwnFolder>(openRuns(system_, folder_, Missing::isMade));
     // Until it is locked, another program may take the new folder for one that was left behind.
     do {
-      run_ = createRun(system_, folder_);
-      lock_ = lockRun(system_, run_);
+      name_ = createRun(system_, *runs_);
+      run_ = std::make_unique<OwnFolder>(openRun(system_, *runs_, name_));
+      lock_ = lockRun(system_, *run_);
     } while (lock_ == nullptr);
-    journal_.emplace(system_, system_.openToAppend(journalIn(run_)));
+    journal_.emplace(system_, system_.openToAppend(run_->at(kJournal)));
     // Flushed with the first document: without one there is nothing to take back.
     append({Record::Kind::command, std::move(command), 0, {}, {}, {}});
-    device_ = system_.statusAt(run_).stamp.device;
   } catch (const std::system_error& failure) {
     throw journalFailed(failure, folder_);
   }
@@ -230,10 +248,10 @@ Recorder::Recorder(files::FileSystem& system, std::string folder, std::string co
 
 Recorder::~Recorder() {
   try {
-    if (kept_ + notKept_ > 0) {
-      system_.remove(lockIn(run_));
+    if (replaced_ > 0) {
+      system_.remove(run_->at(kLock));
     } else {
-      removeRun(system_, run_);
+      removeRun(system_, *runs_, name_, *run_);
     }
   } catch (const std::system_error&) {
     // An empty run in the list harms nobody, and one with a lock is looked through once more.
@@ -259,12 +277,24 @@ std::unique_ptr<files::Keeping> Recorder::keep(const files::Replacement& replace
       keeping = std::move(kept);
     } catch (const std::system_error&) {
       // Of a copy that a full disk has no room for, a part would take what room there is.
-      removeIfPossible(system_, originalIn(run_, number));
+      removeIfPossible(system_, run_->at(originalName(number)));
       throw;
     }
     size_ += before.stamp.size;
   });
   return keeping;
+}
+
+/// Its document is not replaced after all, unless the disk says otherwise.
+void Recorder::forgetUnlessReplaced(const files::Replacement& replacement, std::uint64_t number) {
+  try {
+    if (system_.statusAt(replacement.path).stamp != replacement.before.stamp) return;
+    const std::lock_guard guard(mutex_);
+    append({Record::Kind::takenBack, replacement.path, number, {}, {}, {}});
+    size_ -= replacement.before.stamp.size;
+    removeIfPossible(system_, run_->at(originalName(number)));
+  } catch (const std::system_error&) {  // NOLINT(bugprone-empty-catch): undo finds the document as it was
+  }
 }
 
 /// A line that was not written whole is ended, lest the next one be taken for its rest.
@@ -286,20 +316,20 @@ bool Recorder::makeRoom(std::uint64_t size) {
   while (!others_->empty() && size_ + size + othersSize_ > limit_) {
     const Other oldest = others_->front();
     others_->pop_front();
-    if (forget(oldest.run)) othersSize_ -= oldest.size;
+    if (forget(oldest.name, openRun(system_, *runs_, oldest.name))) othersSize_ -= oldest.size;
   }
   return size_ + size + othersSize_ <= limit_;
 }
 
 /// False while the run is going on.
-bool Recorder::forget(const std::string& run) {
+bool Recorder::forget(const std::string& name, const OwnFolder& run) {
   const auto lock = lockRun(system_, run);
   if (lock == nullptr) return false;
   const auto records = recordsIn(system_, run);
   if (!records) return false;
-  for (const Record& record : keptOf(*records)) clearBeside(system_, run, record);
+  for (const Record& record : keptOf(*records)) clearBeside(system_, run, record, folderOf(system_, record));
   try {
-    removeRun(system_, run);
+    removeRun(system_, *runs_, name, run);
   } catch (const std::system_error& failure) {
     // A program that has just made the folder came back to it.
     if (failure.code().value() == ENOTEMPTY) return false;
@@ -310,18 +340,21 @@ bool Recorder::forget(const std::string& run) {
 
 void Recorder::weighOthers() {
   others_.emplace();
-  for (const std::string& name : runNames(system_, folder_)) {
-    const std::string run = folder_ + "/" + name;
-    if (run == run_) continue;
-    const auto records = recordsIn(system_, run);
-    if (!records) continue;
-    const std::vector<Record> kept = keptOf(*records);
-    clearUp(system_, run, kept);
-    // A run that was killed before it replaced anything.
-    if (kept.empty() && forget(run)) continue;
-    const std::uint64_t size = sizeOf(kept);
-    others_->push_back({run, size});
-    othersSize_ += size;
+  for (const std::string& name : runNames(system_, *runs_)) {
+    if (name == name_) continue;
+    try {
+      const OwnFolder run = openRun(system_, *runs_, name);
+      const auto records = recordsIn(system_, run);
+      if (!records) continue;
+      const std::vector<Record> kept = keptOf(*records);
+      clearUp(system_, run, kept);
+      // A run that was killed before it replaced anything.
+      if (kept.empty() && forget(name, run)) continue;
+      const std::uint64_t size = sizeOf(kept);
+      others_->push_back({name, size});
+      othersSize_ += size;
+    } catch (const files::DocumentError&) {  // NOLINT(bugprone-empty-catch): not this user's, and left alone
+    }
   }
 }
 

@@ -15,36 +15,73 @@ namespace {
 using files::DocumentError;
 using files::Problem;
 
+/// A run that is taken back.
+struct Source {
+  files::FileSystem& system;
+  const OwnFolder& run;
+
+  files::Place placeOf(const Record& record) const { return run.at(originalName(record.number)); }
+  std::string pathOf(const Record& record) const { return pathIn(run.path(), originalName(record.number)); }
+};
+
+struct Original {
+  files::Place place;
+  std::string path;
+  files::FileStatus status;
+};
+
 /// In the run's folder, be it a part, or where it was left on its way there. Where there is none, the run
 /// never came to replace the document.
-std::optional<std::string> originalOf(files::FileSystem& system, const Record& record,
-                                      const std::string& run) {
-  std::string path = originalIn(run, record.number);
-  const bool isThere = system.exists(path);
-  if (system.exists(record.beside) &&
-      (!isThere || isVersion(system.statusAt(record.beside).stamp, record.before.stamp)))
-    return record.beside;
-  return isThere ? std::optional(path) : std::nullopt;
+std::optional<Original> originalOf(const Source& source, const Record& record, const files::Stamp& document,
+                                   const std::optional<files::OpenFolder>& folder) {
+  files::FileSystem& system = source.system;
+  std::optional<Original> kept;
+  if (const files::Place place = source.placeOf(record); system.exists(place))
+    kept = Original{place, source.pathOf(record), system.statusAt(place)};
+  if (kept && isOriginal(system, source.run, kept->status, record, document)) return kept;
+  if (folder && system.exists(folder->at(record.beside))) {
+    const files::Place beside = folder->at(record.beside);
+    const files::FileStatus status = system.statusAt(beside);
+    const std::string path = record.text.substr(0, record.text.rfind('/') + 1) + record.beside;
+    if (isOriginalBeside(source.run, status, record)) return Original{beside, path, status};
+  }
+  return kept;
 }
 
-void requireSameOriginal(const Record& record, const files::Stamp& kept, const files::Stamp& document,
-                         const std::string& original) {
+void requireSameOriginal(const Source& source, const Record& record, const files::FileStatus& kept,
+                         const files::Stamp& document, const Original& original) {
   // A document's own file may have been written by a program that had it open.
-  if (!isOriginal(kept, record, document))
-    throw DocumentError(Problem::damaged, "What is kept of this document, \"" + original +
+  const bool isBeside = original.place.folder != source.run.handle();
+  if (isBeside ? !isOriginalBeside(source.run, kept, record)
+               : !isOriginal(source.system, source.run, kept, record, document))
+    throw DocumentError(Problem::damaged, "What is kept of this document, \"" + original.path +
                                               "\", is no longer what was replaced, so the document was left "
                                               "as it is.");
 }
 
-void restore(files::FileSystem& system, const Record& record, const files::Stamp& found,
-             const std::string& original) {
-  const files::FileStatus status = system.statusAt(original);
-  requireSameOriginal(record, status.stamp, found, original);
+/// Another user could read the original in the place of a file of theirs.
+void requireSameOwner(const Source& source, const Record& record, const files::FileStatus& found,
+                      const Original& original) {
+  if (!record.knowsFile() || found.owner == record.before.owner || found.owner == source.system.user())
+    return;
+  throw DocumentError(Problem::changed,
+                      "The document belongs to another user since the run, so it was left as it is; its "
+                      "original is kept as \"" +
+                          original.path + "\".");
+}
+
+void restore(const Source& source, const Record& record, const files::FileStatus& found,
+             const Original& original) {
+  files::FileSystem& system = source.system;
+  const files::OpenFile open(system, system.openToRead(original.place));
+  const files::FileStatus status = system.status(open.handle());
+  requireSameOriginal(source, record, status, found.stamp, original);
+  requireSameOwner(source, record, found, original);
   const bool isOwnFile =
-      status.stamp.device == found.device && status.permissions == record.before.permissions;
-  if (isOwnFile && files::swapFile(system, record.text, found, original)) return;
-  const files::FileContent kept = files::readFile(system, original);
-  requireSameOriginal(record, kept.stamp, found, original);
+      status.stamp.device == found.stamp.device && status.permissions == record.before.permissions;
+  if (isOwnFile && files::swapFile(system, record.text, found.stamp, original.place)) return;
+  const files::FileContent kept = files::readFile(system, open.handle());
+  requireSameOriginal(source, record, system.status(open.handle()), found.stamp, original);
   const files::Bytes& bytes = kept.bytes;
   files::NewVersion version;
   version.write = [&bytes](files::Output& out) { out.write(bytes.view); };
@@ -53,16 +90,20 @@ void restore(files::FileSystem& system, const Record& record, const files::Stamp
       throw DocumentError(Problem::io, "The disk gave back other bytes than were written; check the disk.");
   };
   version.as = record.before;
+  if (!record.knowsFile()) {
+    version.as->owner = found.owner;
+    version.as->group = found.group;
+  }
   // Not on record is what lies beside a document that was moved and left a link.
-  if (original != record.beside && system.resolve(record.text) == record.text)
+  if (original.path == source.pathOf(record) && system.resolve(record.text) == record.text)
     version.temporary = record.beside;
-  files::replaceFile(system, record.text, found, version);
+  files::replaceFile(system, record.text, found.stamp, version);
 }
 
 /// Which run a document was left by; read when it is first asked for.
 class Changes {
  public:
-  Changes(files::FileSystem& system, std::string folder) : system_(system), folder_(std::move(folder)) {}
+  Changes(files::FileSystem& system, const OwnFolder& runs) : system_(system), runs_(runs) {}
 
   /// The run after which the document was as it is found; empty where none is known.
   std::string lastRunOn(const std::string& document, const files::Stamp& found) {
@@ -76,16 +117,19 @@ class Changes {
  private:
   void read() {
     byDocument_.emplace();
-    for (const std::string& run : runNames(system_, folder_)) {
-      const auto records = recordsIn(system_, pathIn(folder_, run));
-      if (!records) continue;
-      for (Record& record : keptOf(*records))
-        byDocument_->emplace(std::move(record.text), std::pair(record.after, run));
+    for (const std::string& name : runNames(system_, runs_)) {
+      try {
+        const auto records = recordsIn(system_, openRun(system_, runs_, name));
+        if (!records) continue;
+        for (Record& record : keptOf(*records))
+          byDocument_->emplace(std::move(record.text), std::pair(record.after, name));
+      } catch (const DocumentError&) {  // NOLINT(bugprone-empty-catch): not this user's
+      }
     }
   }
 
   files::FileSystem& system_;
-  std::string folder_;
+  const OwnFolder& runs_;
   std::optional<std::multimap<std::string, std::pair<files::Stamp, std::string>>> byDocument_;
 };
 
@@ -99,37 +143,43 @@ DocumentError changedSince(const std::string& laterRun, const std::string& origi
               original + "\"."};
 }
 
-Undone undoOne(files::FileSystem& system, const Record& record, const std::string& run, Changes& changes) {
+Undone undoOne(const Source& source, const Record& record, const std::optional<files::OpenFolder>& folder,
+               Changes& changes) {
+  files::FileSystem& system = source.system;
   Undone undone{record.text};
   try {
-    const files::Stamp found = system.statusAt(record.text).stamp;
-    const auto original = originalOf(system, record, run);
+    const files::FileStatus found = system.statusAt(record.text);
+    const auto original = originalOf(source, record, found.stamp, folder);
     // An undo that was killed may have swapped the two; both may be of one size and moment.
-    const bool isTakenBack = original && isFileOf(system.statusAt(*original).stamp, record.after);
+    const bool isTakenBack = original && isFileOf(original->status.stamp, record.after);
     const bool isAsBefore =
-        isTakenBack || (!isFileOf(found, record.after) && isVersion(found, record.before.stamp));
-    if (!isAsBefore && isVersion(found, record.after)) {
-      restore(system, record, found, original.value_or(originalIn(run, record.number)));
+        isTakenBack || (!isFileOf(found.stamp, record.after) && isVersion(found.stamp, record.before.stamp));
+    if (!isAsBefore && original && isVersion(found.stamp, record.after)) {
+      restore(source, record, found, *original);
+    } else if (!isAsBefore && isVersion(found.stamp, record.after)) {
+      throw DocumentError(Problem::damaged, "What was kept of this document, \"" + source.pathOf(record) +
+                                                "\", is gone, so the document was left as it is.");
     } else if (isAsBefore || !original) {
       undone.outcome = Outcome::asBefore;
     } else {
-      throw changedSince(changes.lastRunOn(record.text, found), *original);
+      throw changedSince(changes.lastRunOn(record.text, found.stamp), original->path);
     }
   } catch (const DocumentError& problem) {
     undone.outcome = Outcome::failed;
     undone.problem = problem;
   } catch (const std::system_error& failure) {
     undone.outcome = Outcome::failed;
-    undone.problem = DocumentError(
-        Problem::io, "The document cannot be reached (" + failure.code().message() +
-                         "); its original is kept as \"" + originalIn(run, record.number) + "\".");
+    undone.problem =
+        DocumentError(Problem::io, "The document cannot be reached (" + failure.code().message() +
+                                       "); its original is kept as \"" + source.pathOf(record) + "\".");
   }
   return undone;
 }
 
 /// An original that a document was swapped with is the version that the run put there, and goes.
-void noteTakenBack(files::FileSystem& system, const files::OpenFile& journal, const Record& record,
-                   const std::string& run) {
+void noteTakenBack(const Source& source, const files::OpenFile& journal, const Record& record,
+                   const std::optional<files::OpenFolder>& folder) {
+  files::FileSystem& system = source.system;
   // The line before may lack its end.
   const std::string line = "\n" + lineOf({Record::Kind::takenBack, record.text, record.number, {}, {}, {}});
   try {
@@ -138,8 +188,8 @@ void noteTakenBack(files::FileSystem& system, const files::OpenFile& journal, co
   } catch (const std::system_error&) {  // NOLINT(bugprone-empty-catch): the document tells as much
     return;
   }
-  removeIfPossible(system, originalIn(run, record.number));
-  clearBeside(system, run, record);
+  removeIfPossible(system, source.placeOf(record));
+  clearBeside(system, source.run, record, folder);
 }
 
 Run summaryOf(const std::string& name, const std::vector<Record>& records) {
@@ -161,14 +211,22 @@ Run summaryOf(const std::string& name, const std::vector<Record>& records) {
 std::vector<Run> runs(files::FileSystem& system, const std::string& folder) {
   std::vector<Run> found;
   try {
-    for (const std::string& name : runNames(system, folder)) {
-      const std::string path = pathIn(folder, name);
-      const auto records = recordsIn(system, path);
-      if (!records) continue;
-      Run run = summaryOf(name, *records);
-      if (run.documents == 0) continue;
-      run.going = system.exists(lockIn(path)) && lockRun(system, path) == nullptr;
-      found.push_back(std::move(run));
+    if (!system.exists(folder)) return found;  // nothing was ever changed
+    const OwnFolder all = openRuns(system, folder);
+    for (const std::string& name : runNames(system, all)) {
+      try {
+        const OwnFolder run = openRun(system, all, name);
+        const auto records = recordsIn(system, run);
+        if (!records) continue;
+        Run summary = summaryOf(name, *records);
+        if (summary.documents == 0) continue;
+        summary.going = system.exists(run.at(kLock)) && lockRun(system, run) == nullptr;
+        found.push_back(std::move(summary));
+      } catch (const DocumentError&) {
+        Run& refused = found.emplace_back();
+        refused.name = name;
+        refused.refused = true;
+      }
     }
   } catch (const std::system_error& failure) {
     throw DocumentError(Problem::io, "The journal of earlier runs in \"" + folder + "\" cannot be read (" +
@@ -177,34 +235,37 @@ std::vector<Run> runs(files::FileSystem& system, const std::string& folder) {
   return found;
 }
 
-void undo(files::FileSystem& system, const std::string& folder, const std::string& run,
+void undo(files::FileSystem& system, const std::string& folder, const std::string& name,
           const std::function<void(const Undone&)>& report) {
-  const std::string path = folder + "/" + run;
   try {
-    if (run.find('/') != std::string::npos || !system.exists(journalIn(path)))
+    if (!isRunName(name) || !system.exists(pathIn(folder, name)))
       throw DocumentError(Problem::io, "There is no run of this name; \"pluvo undo --list\" shows the runs.");
-    const auto lock = lockRun(system, path);
+    const OwnFolder all = openRuns(system, folder);
+    const OwnFolder run = openRun(system, all, name);
+    const auto lock = lockRun(system, run);
     if (lock == nullptr)
       throw DocumentError(Problem::locked, "The run is still going on; wait for its end, or interrupt it.");
-    const auto records = recordsIn(system, path);
+    const auto records = recordsIn(system, run);
     if (!records)
-      throw DocumentError(Problem::io, "The journal of the run, \"" + journalIn(path) +
+      throw DocumentError(Problem::io, "The journal of the run, \"" + pathIn(run.path(), kJournal) +
                                            "\", cannot be read, so nothing was changed; check the disk it is "
                                            "on, and who may read it.");
     const std::vector<Record> kept = keptOf(*records);
-    const files::OpenFile journal(system, system.openToAppend(journalIn(path)));
-    Changes changes(system, folder);
+    const files::OpenFile journal(system, system.openToAppend(run.at(kJournal)));
+    const Source source{system, run};
+    Changes changes(system, all);
     bool whole = true;
     for (auto record = kept.rbegin(); record != kept.rend(); ++record) {
-      clearBeside(system, path, *record);
-      const Undone undone = undoOne(system, *record, path, changes);
-      if (undone.outcome != Outcome::failed) noteTakenBack(system, journal, *record, path);
+      const auto documents = folderOf(system, *record);
+      clearBeside(system, run, *record, documents);
+      const Undone undone = undoOne(source, *record, documents, changes);
+      if (undone.outcome != Outcome::failed) noteTakenBack(source, journal, *record, documents);
       whole &= undone.outcome != Outcome::failed;
       report(undone);
     }
-    if (whole) removeRun(system, path);
+    if (whole) removeRun(system, all, name, run);
   } catch (const std::system_error& failure) {
-    throw DocumentError(Problem::io, "The journal of the run in \"" + path +
+    throw DocumentError(Problem::io, "The journal of the run in \"" + pathIn(folder, name) +
                                          "\" cannot be read or cleared (" + failure.code().message() +
                                          "); the documents are as reported.");
   }

@@ -59,16 +59,17 @@ StoredDocument::Outcome StoredDocument::save(const SaveOptions& options) {
     stamp_ = saved.stamp;
     document_->model().saved();
   }
-  return {true, std::move(saved.backup)};
+  return {true, std::move(saved.backup), saved.notKept};
 }
 
 std::unique_ptr<files::Pending> StoredDocument::beginSave(const SaveOptions& options) const {
   if (!document_->model().changed()) return nullptr;
   const files::NewVersion version = newVersion(path_, options);
   if (!options.otherPath && path_ != readPath_) requireFileNotOverwritten();
-  auto pending = options.otherPath
-                     ? files::beginCreatingFile(*system_, *options.otherPath, path_, stamp_, version)
-                     : files::beginReplacingFile(*system_, path_, stamp_, version, options.backupSuffix);
+  auto pending =
+      options.otherPath
+          ? files::beginCreatingFile(*system_, *options.otherPath, path_, stamp_, version, options.otherRoot)
+          : files::beginReplacingFile(*system_, path_, stamp_, version, options.backupSuffix);
   const auto length = static_cast<std::uint64_t>(document_->model().length());
   if (std::max(source_->unpackedSize(), length) > kMostUnchecked) pending->check();
   return pending;

@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <filesystem>
 #include <limits>
+#include <string>
 #include <system_error>
 
 namespace pluvo::files {
@@ -21,16 +23,24 @@ class FailingFileSystem : public FileSystem {
 
   int calls() const { return calls_; }
 
-  FileStatus statusAt(const std::string& path) override { return count(), real_.statusAt(path); }
-  bool exists(const std::string& path) override { return count(), real_.exists(path); }
-  bool mayWrite(const std::string& path) override { return count(), real_.mayWrite(path); }
+ protected:
+  virtual void strike() { throw std::system_error(error_, std::generic_category(), "test"); }
+
+ public:
+  std::uint32_t user() override { return real_.user(); }
+  FileStatus statusAt(const Place& place) override { return count(), real_.statusAt(place); }
+  bool exists(const Place& place) override { return count(), real_.exists(place); }
+  bool mayWrite(const Place& place, const FileStatus& status) override {
+    return count(), real_.mayWrite(place, status);
+  }
   std::string resolve(const std::string& path) override { return count(), real_.resolve(path); }
-  Handle openToRead(const std::string& path) override { return count(), real_.openToRead(path); }
-  Handle createNew(const std::string& path) override { return count(), real_.createNew(path); }
-  Handle createUnnamed(const std::string& folder) override { return count(), real_.createUnnamed(folder); }
-  void giveName(Handle unnamed, const std::string& path) override { count(), real_.giveName(unnamed, path); }
-  Handle openFolder(const std::string& path) override { return count(), real_.openFolder(path); }
-  Handle openToAppend(const std::string& path) override { return count(), real_.openToAppend(path); }
+  Handle openToRead(const Place& place) override { return count(), real_.openToRead(place); }
+  Handle openToLock(const Place& place) override { return count(), real_.openToLock(place); }
+  Handle createNew(const Place& place) override { return count(), real_.createNew(place); }
+  Handle createUnnamed(const Place& folder) override { return count(), real_.createUnnamed(folder); }
+  void giveName(Handle unnamed, const Place& place) override { count(), real_.giveName(unnamed, place); }
+  Handle openFolder(const Place& place) override { return count(), real_.openFolder(place); }
+  Handle openToAppend(const Place& place) override { return count(), real_.openToAppend(place); }
   FileStatus status(Handle file) override { return count(), real_.status(file); }
   std::size_t read(Handle file, std::uint64_t offset, std::span<std::uint8_t> buffer) override {
     return count(), real_.read(file, offset, buffer.first(someOf(buffer.size())));
@@ -54,24 +64,19 @@ class FailingFileSystem : public FileSystem {
     count(), real_.setModified(file, seconds, nanoseconds);
   }
   void copyAttributes(Handle from, Handle to) override { count(), real_.copyAttributes(from, to); }
-  void rename(const std::string& from, const std::string& to) override { count(), real_.rename(from, to); }
-  void renameToFree(const std::string& from, const std::string& to) override {
-    count(), real_.renameToFree(from, to);
-  }
-  void exchange(const std::string& one, const std::string& other) override {
-    count(), real_.exchange(one, other);
-  }
-  void remove(const std::string& path) override { count(), real_.remove(path); }
-  void createFolder(const std::string& path) override { count(), real_.createFolder(path); }
-  std::vector<std::string> names(const std::string& folder) override { return count(), real_.names(folder); }
-  void removeFolder(const std::string& path) override { count(), real_.removeFolder(path); }
+  void rename(const Place& from, const Place& to) override { count(), real_.rename(from, to); }
+  void renameToFree(const Place& from, const Place& to) override { count(), real_.renameToFree(from, to); }
+  void exchange(const Place& one, const Place& other) override { count(), real_.exchange(one, other); }
+  void remove(const Place& place) override { count(), real_.remove(place); }
+  void createFolder(const Place& place) override { count(), real_.createFolder(place); }
+  std::vector<std::string> names(const Place& folder) override { return count(), real_.names(folder); }
+  void removeFolder(const Place& place) override { count(), real_.removeFolder(place); }
   bool tryLock(Handle file) override { return count(), real_.tryLock(file); }
 
  private:
   void count() {
     ++calls_;
-    if (from_ == From::once ? calls_ == failing_ : calls_ >= failing_)
-      throw std::system_error(error_, std::generic_category(), "test");
+    if (from_ == From::once ? calls_ == failing_ : calls_ >= failing_) strike();
   }
   static std::size_t someOf(std::size_t size) { return size - size / 3; }
 
@@ -80,6 +85,31 @@ class FailingFileSystem : public FileSystem {
   From from_;
   int error_;
   int calls_ = 0;
+};
+
+/// The machine's file system, with a user who puts a link in the place of a folder right before the n-th
+/// call.
+class ExchangingFileSystem : public FailingFileSystem {
+ public:
+  ExchangingFileSystem(int n, std::string folder, std::string target)
+      : FailingFileSystem(n), folder_(std::move(folder)), target_(std::move(target)) {}
+
+  static std::string moved(const std::string& folder) { return folder + ".moved"; }
+  void putBack() {
+    if (!std::filesystem::is_symlink(folder_)) return;
+    std::filesystem::remove(folder_);
+    if (std::filesystem::exists(moved(folder_))) std::filesystem::rename(moved(folder_), folder_);
+  }
+
+ protected:
+  void strike() override {
+    if (std::filesystem::exists(folder_)) std::filesystem::rename(folder_, moved(folder_));
+    std::filesystem::create_directory_symlink(target_, folder_);
+  }
+
+ private:
+  const std::string folder_;
+  const std::string target_;
 };
 
 }  // namespace pluvo::files

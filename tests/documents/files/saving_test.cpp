@@ -4,12 +4,16 @@
 #include "documents/files/failing_file_system.h"
 #include "documents/files/scratch.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <grp.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
+
+#include <map>
 
 namespace pluvo::files {
 namespace {
@@ -43,10 +47,18 @@ std::string obstacleAt(const std::string& path) {
   });
 }
 
+int lockAs(int file, int type) {
+  struct flock lock = {};
+  lock.l_type = static_cast<short>(type);
+  return fcntl(file, F_OFD_SETLK, &lock);
+}
+
 TEST(Saving, KeepsPermissionsAttributesAndLinks) {
   const Scratch scratch;
   const std::string path = scratch.put("file.txt", kOld);
-  ASSERT_EQ(chmod(path.c_str(), 0640), 0);
+  const std::string capability("\1\0\0\2\0\4\0\0\0\0\0\0\0\0\0\0\0\0\0\0", 20);  // cap_net_bind_service
+  setxattr(path.c_str(), "security.capability", capability.data(), capability.size(), 0);  // needs root
+  ASSERT_EQ(chmod(path.c_str(), 06640), 0);
   const bool attributes = setxattr(path.c_str(), "user.origin", "archive", 7, 0) == 0;
   std::filesystem::create_symlink("file.txt", scratch.path("link.txt"));
 
@@ -54,7 +66,8 @@ TEST(Saving, KeepsPermissionsAttributesAndLinks) {
 
   EXPECT_EQ(scratch.get("file.txt"), kNew);
   EXPECT_TRUE(std::filesystem::is_symlink(scratch.path("link.txt")));
-  EXPECT_EQ(machineFileSystem().statusAt(path).permissions, 0640U);
+  EXPECT_EQ(machineFileSystem().statusAt(path).permissions, 0640U) << "no set-id bits for other contents";
+  EXPECT_LT(getxattr(path.c_str(), "security.capability", nullptr, 0), 0);
   EXPECT_EQ(saved.stamp, stampOf(path));
   EXPECT_THAT(scratch.names(), ElementsAre("file.txt", "link.txt"));
   char value[7] = {};
@@ -82,9 +95,14 @@ TEST(Saving, LeavesAloneWhatItMayNotOrShouldNotReplace) {
   open("brief.txt"), open("~$brief.txt");
   open("über.txt"), open("~$er.txt");
   open("office.txt"), open(".~lock.office.txt#");
-  const std::pair<std::string, std::string> cases[] = {
-      {"read-only.txt", "read-only: "}, {"linked.txt", "read-only: "}, {"document.txt", "locked: "},
-      {"brief.txt", "locked: "},        {"über.txt", "locked: "},      {"office.txt", "locked: "}};
+  open("ab.txt"), open("aab.txt"), open("~$ab.txt");
+  const std::pair<std::string, std::string> cases[] = {{"read-only.txt", "read-only: "},
+                                                       {"linked.txt", "read-only: "},
+                                                       {"document.txt", "locked: "},
+                                                       {"brief.txt", "locked: "},
+                                                       {"über.txt", "locked: "},
+                                                       {"office.txt", "locked: "},
+                                                       {"ab.txt", "locked: "}};
   const auto before = scratch.names();
   for (const auto& [name, code] : cases) {
     const std::string path = scratch.path(name);
@@ -94,6 +112,98 @@ TEST(Saving, LeavesAloneWhatItMayNotOrShouldNotReplace) {
   }
   EXPECT_EQ(scratch.names(), before);
   EXPECT_EQ(obstacleAt(open("free.txt")), "");
+  EXPECT_EQ(obstacleAt(scratch.path("aab.txt")), "") << "the lock is that of ab.txt, which is there";
+}
+
+TEST(Saving, NamesTheLockFileAndItsOwner) {
+  const std::string word =
+      "\x03"
+      "J.D" +
+      std::string(50, ' ') + std::string("\x02\0J\0\xE9\0", 6) + std::string(102, '\0');
+  const struct {
+    const char* name;
+    std::string content;
+    const char* said;
+  } cases[] = {{"~$cument.txt", word, "\"~$cument.txt\" beside the document says that J\u00E9 has it open"},
+               {"~$cument.txt", word.substr(0, 57), "that a word processor has"},
+               {"~$cument.txt", "", "that a word processor has"},
+               {".~lock.document.txt#", ",Ann\\, B\x1B,host,;", "that Ann, B has"},
+               {".~lock.document.txt#", ",,host;", "that host has"}};
+  for (const auto& each : cases) {
+    const Scratch scratch;
+    scratch.put(each.name, each.content);
+    EXPECT_THAT(obstacleAt(scratch.put("document.txt", kOld)), testing::HasSubstr(each.said));
+  }
+}
+
+/// Whoever may write a document can have it locked, and a reader cannot.
+TEST(Saving, HeedsTheLocksOfWritersOnly) {
+  const struct {
+    int open;
+    std::function<int(int)> lock;
+    const char* refusal;
+  } cases[] = {{O_RDONLY, [](int file) { return flock(file, LOCK_EX); }, ""},
+               {O_RDONLY, [](int file) { return lockAs(file, F_RDLCK); }, ""},
+               {O_RDWR, [](int file) { return lockAs(file, F_WRLCK); }, "locked: "}};
+  for (const auto& each : cases) {
+    const Scratch scratch;
+    const std::string path = scratch.put("a.txt", kOld);
+    const int other = ::open(path.c_str(), each.open);
+    ASSERT_EQ(each.lock(other), 0);
+    const std::string refusal = refusalOf([&] { replaceWith(path, kNew); });
+    EXPECT_THAT(refusal, StartsWith(each.refusal));
+    EXPECT_EQ(scratch.get("a.txt"), refusal.empty() ? kNew : kOld);
+    ::close(other);
+  }
+}
+
+TEST(Saving, ReplacesWhatHasALongName) {
+  for (const std::size_t length : {247U, 248U, 251U}) {
+    const Scratch scratch;
+    replaceWith(scratch.put(std::string(length, 'n') + ".txt", kOld), kNew);
+    EXPECT_EQ(scratch.get(std::string(length, 'n') + ".txt"), kNew) << length;
+  }
+}
+
+/// Every file of a folder, by its name.
+std::map<std::string, std::string> filesIn(const Scratch& scratch, const std::string& folder) {
+  std::map<std::string, std::string> found;
+  for (const auto& entry : std::filesystem::directory_iterator(scratch.at(folder)))
+    found[entry.path().filename()] = scratch.get(folder + "/" + entry.path().filename().string());
+  return found;
+}
+
+TEST(Saving, AFolderThatIsExchangedWithALinkLeadsNowhereElse) {
+  using Files = std::map<std::string, std::string>;
+  const auto around = [](int n, const std::string& exchanged, const auto& work) {
+    const Scratch scratch;
+    scratch.put("theirs/a.txt", "theirs");
+    scratch.put("mine/a.txt", kOld);
+    std::filesystem::create_directory(scratch.path("out"));
+    ExchangingFileSystem system(n, scratch.path(exchanged), scratch.path("theirs"));
+    const std::string refusal = refusalOf([&] { work(system, scratch); });
+    EXPECT_EQ(filesIn(scratch, "theirs"), (Files{{"a.txt", "theirs"}})) << n;
+    system.putBack();
+    const Files old = {{"a.txt", kOld}};
+    const Files changed = {{"a.txt", kNew}, {"a.txt.bak", kOld}};
+    EXPECT_TRUE(filesIn(scratch, "mine") == old || (refusal.empty() && filesIn(scratch, "mine") == changed))
+        << n << refusal;
+    return system.calls() >= n;
+  };
+  const auto replace = [](FileSystem& system, const Scratch& scratch) {
+    const std::string path = scratch.path("mine/a.txt");
+    replaceFile(system, path, stampOf(scratch.path("mine/a.txt")), versionOf(kNew), ".bak");
+  };
+  const auto create = [](FileSystem& system, const Scratch& scratch) {
+    const std::string original = scratch.path("mine/a.txt");
+    beginCreatingFile(system, scratch.path("out/new/b.txt"), original, stampOf(original), versionOf(kNew),
+                      scratch.path("out"))
+        ->finish();
+  };
+  int calls = 0;
+  for (int n = 1; around(n, "mine", replace); ++n) ++calls;
+  for (int n = 1; around(n, "out/new", create); ++n) ++calls;
+  EXPECT_GT(calls, 50);
 }
 
 TEST(Saving, KeepsNoVersionThatIsWrongOrThatAnotherProgramForestalled) {
@@ -231,7 +341,8 @@ TEST(Saving, NobodyGainsRightsFromAnOwnerThatCannotBeKept) {
   chmod(scratch.path("").c_str(), 0777);
   {
     const Nobody nobody;
-    EXPECT_NO_THROW(replaceWith(path, kNew));
+    const NotKept notKept = replaceWith(path, kNew).notKept;
+    EXPECT_TRUE(!notKept.owner && notKept.group);
   }
   EXPECT_EQ(scratch.get("a.txt"), kNew);
   EXPECT_EQ(machineFileSystem().statusAt(path).permissions, 0644U) << "the group is another, and reads only";

@@ -11,6 +11,7 @@
 #include <sys/stat.h>
 
 #include <map>
+#include <sstream>
 
 namespace pluvo::journal {
 namespace {
@@ -29,7 +30,7 @@ class Journal : public testing::Test {
 
   /// Changes a document as a run does.
   static void change(files::FileSystem& system, Recorder& recorder, const std::string& path,
-                     const std::string& text) {
+                     const std::string& text, std::optional<files::Stamp> opened = std::nullopt) {
     const files::ByteSpan bytes(reinterpret_cast<const std::uint8_t*>(text.data()), text.size());
     files::NewVersion version;
     version.write = [&](files::Output& out) { out.write(bytes); };
@@ -37,7 +38,7 @@ class Journal : public testing::Test {
     version.beforeReplacing = [&](const files::Replacement& replacement) {
       return recorder.keep(replacement);
     };
-    files::replaceFile(system, path, system.statusAt(path).stamp, version);
+    files::replaceFile(system, path, opened ? *opened : system.statusAt(path).stamp, version);
   }
 
   /// What happened to each document, by its name, in order.
@@ -66,9 +67,9 @@ class Journal : public testing::Test {
 class TwoPlaces : public files::FailingFileSystem {
  public:
   using FailingFileSystem::FailingFileSystem;
-  void rename(const std::string& from, const std::string& to) override {
+  void rename(const files::Place& from, const files::Place& to) override {
     FailingFileSystem::rename(from, to);
-    if (from.substr(0, from.rfind('/')) == to.substr(0, to.rfind('/'))) return;
+    if (from.folder == to.folder) return;
     machineFileSystem().rename(to, from);
     throw std::system_error(EXDEV, std::generic_category(), "test");
   }
@@ -78,11 +79,11 @@ class TwoPlaces : public files::FailingFileSystem {
 class PlainDisk : public files::FailingFileSystem {
  public:
   using FailingFileSystem::FailingFileSystem;
-  files::FileStatus statusAt(const std::string& path) override {
-    return coarse(FailingFileSystem::statusAt(path));
+  files::FileStatus statusAt(const files::Place& place) override {
+    return coarse(FailingFileSystem::statusAt(place));
   }
   files::FileStatus status(files::Handle file) override { return coarse(FailingFileSystem::status(file)); }
-  void exchange(const std::string&, const std::string&) override {
+  void exchange(const files::Place&, const files::Place&) override {
     throw std::system_error(ENOTSUP, std::generic_category(), "test");
   }
 
@@ -225,15 +226,17 @@ TEST_F(Journal, TellsVersionsOfOneMomentApart) {
 TEST_F(Journal, AnUndoLosesNoVersionThatCameBetween) {
   class Edited : public files::FailingFileSystem {
    public:
-    void exchange(const std::string& one, const std::string& other) override {
+    explicit Edited(std::string path) : path_(std::move(path)) {}
+    void exchange(const files::Place& one, const files::Place& other) override {
       if (!std::exchange(edited_, true)) {
-        std::ofstream(other + ".new") << "edited";
-        rename(other + ".new", other);
+        std::ofstream(path_ + ".new") << "edited";
+        rename(path_ + ".new", path_);
       }
       FailingFileSystem::exchange(one, other);
     }
 
    private:
+    const std::string path_;
     bool edited_ = false;
   };
   const std::string path = documents_.put("a.txt", "old");
@@ -241,7 +244,7 @@ TEST_F(Journal, AnUndoLosesNoVersionThatCameBetween) {
     Recorder recorder(machineFileSystem(), folder(), "run", kDefaultLimit);
     change(machineFileSystem(), recorder, path, "new");
   }
-  Edited system;
+  Edited system(path);
   undo(system, folder(), listed().at(0).name,
        [](const Undone& undone) { EXPECT_EQ(undone.outcome, Outcome::failed); });
   EXPECT_EQ(documents_.get("a.txt"), "edited");
@@ -265,15 +268,16 @@ TEST_F(Journal, FollowsADocumentMovedToAnotherDisk) {
 
 /// After a power failure a version may lie there in part, and the disk may have another number.
 TEST_F(Journal, ClearsWhatTheRunLeftBesideDocuments) {
-  Record record{Record::Kind::kept, documents_.path("a.txt"), 0, documents_.path("~x"), {}, {}};
+  Record record{Record::Kind::kept, documents_.path("a.txt"), 0, "~x", {}, {}};
+  const OwnFolder run(machineFileSystem(), state_.path(""), state_.path(""));
   const auto isCleared = [&](const char* content, std::uint64_t inodeAway) {
     documents_.put("~x", content);
-    const files::Stamp found = machineFileSystem().statusAt(record.beside).stamp;
+    const files::Stamp found = machineFileSystem().statusAt(documents_.path("~x")).stamp;
     record.after = found;
     record.after.device += 1;
     record.after.inode += inodeAway;
     record.after.size = 3;
-    clearBeside(machineFileSystem(), state_.path("run"), record);
+    clearBeside(machineFileSystem(), run, record, folderOf(machineFileSystem(), record));
     return documents_.names().empty();
   };
   EXPECT_TRUE(isCleared("new", 0));
@@ -296,12 +300,15 @@ TEST_F(Journal, PutsBackNoOriginalThatWasWrittenInto) {
 
 /// On a full disk a part of a copy would take what room there is.
 void Journal::expectNoParts(const std::string& folder) {
-  for (const std::string& name : runNames(machineFileSystem(), folder)) {
-    const std::string run = pathIn(folder, name);
+  if (!machineFileSystem().exists(folder)) return;
+  const OwnFolder runs = openRuns(machineFileSystem(), folder);
+  for (const std::string& name : runNames(machineFileSystem(), runs)) {
+    const OwnFolder run = openRun(machineFileSystem(), runs, name);
     std::set<std::string> known = {"journal", "lock"};
     for (const Record& record : keptOf(recordsIn(machineFileSystem(), run).value()))
       known.insert(std::to_string(record.number));
-    for (const std::string& file : machineFileSystem().names(run)) EXPECT_TRUE(known.contains(file)) << file;
+    for (const std::string& file : machineFileSystem().names(run.at(".")))
+      EXPECT_TRUE(known.contains(file)) << file;
   }
 }
 
@@ -360,16 +367,215 @@ void Journal::survivesFailures(const std::string& folder, std::size_t sizeOfB) {
   }
 }
 
+/// The owner of a folder may put a link in its place at any moment: of the documents', or of the journal's.
+TEST_F(Journal, FollowsNoLinkInThePlaceOfAFolder) {
+  const std::string past = "/20200101-000000-0";
+  const auto theirs = [&](const files::Scratch& scratch) {
+    return scratch.get("theirs/a.txt") + scratch.get("theirs" + past + "/0") +
+           std::to_string(
+               std::distance(std::filesystem::recursive_directory_iterator(scratch.at("theirs")), {}));
+  };
+  const auto survives = [&](const std::string& exchanged, bool inUndo, int n) {
+    const files::Scratch scratch(fastDisk());
+    scratch.put("theirs/a.txt", "theirs");
+    scratch.put("theirs" + past + "/0", "kept");
+    scratch.put("mine/a.txt", "old");
+    const std::string path = scratch.path("mine/a.txt");
+    const std::string runsFolder = scratch.path("state/runs");
+    std::filesystem::create_directory(scratch.path("state"));
+    chmod(scratch.path("theirs").c_str(), 0700);
+    chmod(scratch.path("theirs" + past).c_str(), 0700);
+    files::ExchangingFileSystem system(n, scratch.path(exchanged), scratch.path("theirs"));
+    files::FileSystem& plain = machineFileSystem();
+    const files::Stamp opened = plain.statusAt(path).stamp;
+    const auto attempt = [](const auto& work) {
+      try {
+        work();
+      } catch (const DocumentError&) {
+      } catch (const std::system_error&) {
+      }
+    };
+    const auto takeBackAll = [&](files::FileSystem& by) {
+      for (const journal::Run& run : runs(by, runsFolder))
+        undo(by, runsFolder, run.name, [](const Undone&) {});
+    };
+    attempt([&] {
+      Recorder recorder(inUndo ? plain : system, runsFolder, "run", kDefaultLimit);
+      change(inUndo ? plain : system, recorder, path, "new", opened);
+    });
+    if (inUndo) attempt([&] { takeBackAll(system); });
+    EXPECT_EQ(theirs(scratch), "theirskept3") << exchanged << inUndo << n;
+    system.putBack();
+    attempt([&] { takeBackAll(plain); });
+    EXPECT_EQ(scratch.get("mine/a.txt"), "old") << exchanged << inUndo << n;
+    EXPECT_THAT(plain.names(scratch.path("mine")), SizeIs(1)) << exchanged << inUndo << n;
+    return system.calls() >= n;
+  };
+  for (const char* const exchanged : {"mine", "state/runs", "state"})
+    for (const bool inUndo : {false, true})
+      for (int n = 1; survives(exchanged, inUndo, n); ++n) ASSERT_LT(n, 300);
+}
+
+/// What lies beside a document may be anybody's: a link, a second name, another file that looks the same.
+TEST_F(Journal, TrustsBesideTheDocumentOnlyItsOwnFile) {
+  enum class Planted { nothing, link, secondName, lookAlike };
+  for (const Planted planted : {Planted::nothing, Planted::link, Planted::secondName, Planted::lookAlike}) {
+    const files::Scratch scratch(fastDisk());
+    const std::string path = scratch.put("docs/a.txt", "old");
+    const std::string runsFolder = scratch.path("runs");
+    {
+      Recorder recorder(machineFileSystem(), runsFolder, "run", kDefaultLimit);
+      change(machineFileSystem(), recorder, path, "new");
+    }
+    const std::string run = runs(machineFileSystem(), runsFolder).at(0).name;
+    const OwnFolder folder = openRun(machineFileSystem(), openRuns(machineFileSystem(), runsFolder), run);
+    const auto records = recordsIn(machineFileSystem(), folder).value();
+    const std::string beside = scratch.path("docs/" + records.back().beside);
+    // As a program leaves it that is killed between swapping and moving the original.
+    std::filesystem::rename(folder.path() + "/0", beside);
+    if (planted == Planted::secondName) std::filesystem::create_hard_link(beside, scratch.path("second"));
+    if (planted == Planted::link || planted == Planted::lookAlike) {
+      std::filesystem::copy(beside, scratch.path("secret"));
+      std::filesystem::last_write_time(scratch.path("secret"), std::filesystem::last_write_time(beside));
+      std::filesystem::rename(beside, scratch.path("aside"));
+      if (planted == Planted::link) std::filesystem::create_symlink(scratch.path("secret"), beside);
+      if (planted == Planted::lookAlike) std::filesystem::rename(scratch.path("secret"), beside);
+    }
+    std::vector<Outcome> outcomes;
+    undo(machineFileSystem(), runsFolder, run,
+         [&](const Undone& undone) { outcomes.push_back(undone.outcome); });
+    const bool isGenuine = planted == Planted::nothing;
+    EXPECT_THAT(outcomes, ElementsAre(isGenuine ? Outcome::restored : Outcome::failed));
+    EXPECT_EQ(scratch.get("docs/a.txt"), isGenuine ? "old" : "new");
+  }
+}
+
+TEST_F(Journal, RefusesWhatOthersMayWrite) {
+  const std::string path = documents_.put("a.txt", "old");
+  {
+    Recorder recorder(machineFileSystem(), folder(), "run", kDefaultLimit);
+    change(machineFileSystem(), recorder, path, "new");
+  }
+  const std::string run = listed().at(0).name;
+  const auto refusal = [](const auto& work) {
+    try {
+      work();
+      return std::string();
+    } catch (const DocumentError& refused) {
+      return std::string(refused.what());
+    }
+  };
+  for (const std::string& which : {std::string("pluvo"), std::string("pluvo/runs"), "pluvo/runs/" + run,
+                                   "pluvo/runs/" + run + "/journal"}) {
+    const std::filesystem::path place = state_.at(which);
+    const auto before = std::filesystem::status(place).permissions();
+    std::filesystem::permissions(place, std::filesystem::perms::others_write,
+                                 std::filesystem::perm_options::add);
+    const std::string said = refusal([&] { takeBack(run); });
+    EXPECT_THAT(said, testing::AllOf(testing::HasSubstr(state_.path(which) + "\" is a link, or"),
+                                     testing::HasSubstr("XDG_STATE_HOME")));
+    if (which.find(run) != std::string::npos) {
+      EXPECT_TRUE(listed().at(0).refused);
+      { const Recorder other(machineFileSystem(), folder(), "another", kDefaultLimit); }
+    } else {
+      EXPECT_THAT(
+          refusal([&] { const Recorder other(machineFileSystem(), folder(), "another", kDefaultLimit); }),
+          testing::HasSubstr("is a link, or"));
+    }
+    std::filesystem::permissions(place, before);
+  }
+  EXPECT_EQ(documents_.get("a.txt"), "new");
+  class Another : public files::FailingFileSystem {
+   public:
+    std::uint32_t user() override { return FailingFileSystem::user() + 1; }
+  } another;
+  EXPECT_THAT(refusal([&] { runs(another, folder()); }), testing::HasSubstr("belongs to another user"));
+  EXPECT_THAT(takeBack(run), ElementsAre(Pair("a.txt", Outcome::restored)));
+}
+
+/// Whoever has the document now could read the original.
+TEST_F(Journal, HandsNoOriginalToAnotherOwner) {
+  class Given : public files::FailingFileSystem {
+   public:
+    files::FileStatus statusAt(const files::Place& place) override {
+      files::FileStatus status = FailingFileSystem::statusAt(place);
+      if (place.name.ends_with("/a.txt")) ++status.owner;
+      return status;
+    }
+  } given;
+  const std::string path = documents_.put("a.txt", "old");
+  {
+    Recorder recorder(machineFileSystem(), folder(), "run", kDefaultLimit);
+    change(machineFileSystem(), recorder, path, "new");
+  }
+  undo(given, folder(), listed().at(0).name,
+       [](const Undone& undone) { EXPECT_EQ(undone.outcome, Outcome::failed); });
+  EXPECT_EQ(documents_.get("a.txt"), "new");
+}
+
+/// Those that do not tell the original's inode and owner, and have the path of what lay beside.
+TEST_F(Journal, TakesBackRunsOfEarlierVersions) {
+  const std::string path = documents_.put("a.txt", "old");
+  {
+    Recorder recorder(machineFileSystem(), folder(), "run", kDefaultLimit);
+    change(machineFileSystem(), recorder, path, "new");
+  }
+  const std::string run = listed().at(0).name;
+  const std::string name = "pluvo/runs/" + run + "/journal";
+  std::istringstream lines(state_.get(name));
+  std::string command;
+  std::string kept;
+  std::getline(lines, command);
+  for (std::string word; lines >> word;) {
+    const auto number = std::count(kept.begin(), kept.end(), ' ');
+    if (number == 15) word.insert(0, documents_.path(""));
+    kept += word + " ";
+  }
+  for (int dropped = 0; dropped < 4; ++dropped) {
+    std::size_t at = 0;
+    for (int word = 0; word < 11; ++word) at = kept.find(' ', at) + 1;
+    kept.erase(at, kept.find(' ', at) + 1 - at);
+  }
+  kept.back() = '\n';
+  state_.put(name, command + "\n" + kept);
+  EXPECT_THAT(takeBack(run), ElementsAre(Pair("a.txt", Outcome::restored)));
+}
+
+TEST_F(Journal, ForgetsDocumentsThatWereNotReplacedAfterAll) {
+  class Full : public files::FailingFileSystem {
+   public:
+    void exchange(const files::Place&, const files::Place&) override {
+      throw std::system_error(ENOTSUP, std::generic_category(), "test");
+    }
+    void rename(const files::Place&, const files::Place&) override {
+      throw std::system_error(ENOSPC, std::generic_category(), "test");
+    }
+  } full;
+  const std::string path = documents_.put("a.txt", "old");
+  for (const bool another : {false, true}) {
+    {
+      Recorder recorder(machineFileSystem(), folder(), "run", kDefaultLimit);
+      EXPECT_THROW(change(full, recorder, path, "new"), DocumentError);
+      if (another) change(machineFileSystem(), recorder, documents_.put("b.txt", "old"), "new");
+    }
+    EXPECT_THAT(machineFileSystem().names(folder()), SizeIs(another ? 1 : 0));
+    documents_.put("a.txt", "changed later");
+  }
+  EXPECT_EQ(listed().at(0).documents, 1U);
+  EXPECT_THAT(takeBack(listed().at(0).name), ElementsAre(Pair("b.txt", Outcome::restored)));
+}
+
 TEST(Record, SurvivesItsLine) {
-  Record record{Record::Kind::kept, "/a b/%\xFF\n", 7, "/a b/~x", {}, {1, 2, 3, -4, 5}};
-  record.before.permissions = 0640;
-  record.before.stamp = {0, 0, 9, 10, 11};
+  Record record{Record::Kind::kept, "/a b/%\xFF\n", 7, "~pluvo-0123456789abcdef.tmp", {}, {1, 2, 3, -4, 5}};
+  record.before = {files::FileKind::regular, {7, 8, 9, 10, 11}, 1, 0640, 12, 13};
   const auto read = recordOf(std::string_view(lineOf(record)).substr(0, lineOf(record).size() - 1));
   ASSERT_TRUE(read);
   EXPECT_EQ(read->text, record.text);
   EXPECT_EQ(read->beside, record.beside);
   EXPECT_EQ(read->after, record.after);
   EXPECT_EQ(read->before.stamp, record.before.stamp);
+  EXPECT_EQ(read->before.owner, record.before.owner);
+  EXPECT_EQ(read->before.group, record.before.group);
   EXPECT_EQ(read->before.permissions, record.before.permissions);
 
   const std::string whole = lineOf(record) + lineOf({Record::Kind::command, "x", 0, {}, {}, {}});

@@ -4,9 +4,11 @@
 
 #include <cstdint>
 #include <future>
+#include <memory>
 #include <span>
 #include <string>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 namespace pluvo::files {
@@ -21,7 +23,7 @@ struct Stamp {
   bool operator==(const Stamp&) const = default;
 };
 
-enum class FileKind { regular, folder, pipe, device, socket };
+enum class FileKind { regular, folder, link, pipe, device, socket };
 
 struct FileStatus {
   FileKind kind = FileKind::regular;
@@ -35,34 +37,51 @@ struct FileStatus {
 /// An open file or folder. Only the file system that gave it knows what it means.
 using Handle = int;
 
+/// Where a file lies: at a path, through whatever links are on it, or under a name in an open folder, where a
+/// link is not followed. Names are bytes, whatever their encoding.
+struct Place {
+  Place(std::string path) : name(std::move(path)) {}
+  Place(const char* path) : name(path) {}
+  Place(Handle openFolder, std::string nameThere) : folder(openFolder), name(std::move(nameThere)) {}
+
+  static constexpr Handle kNoFolder = -100;  ///< a path that does not begin with "/" begins where the user is
+  Handle folder = kNoFolder;
+  std::string name;
+};
+
 /// Every call that the program makes on files goes through here, so that tests can make any one of them fail.
-/// Paths are bytes, whatever their encoding. A call that fails throws std::system_error with the generic
+/// A call that fails throws std::system_error with the generic
 /// category (an errno value) and has changed nothing.
 class FileSystem {
  public:
   virtual ~FileSystem() = default;
 
-  /// Of what the path leads to, through links.
-  virtual FileStatus statusAt(const std::string& path) = 0;
-  /// Whether the name is taken, be it by a link that leads nowhere.
-  virtual bool exists(const std::string& path) = 0;
-  /// Whether the user may write the file or folder. One whose permissions let nobody write it may not be
-  /// written, not even by a user whom permissions do not bind.
-  virtual bool mayWrite(const std::string& path) = 0;
+  /// The user whose rights the program has.
+  virtual std::uint32_t user() = 0;
+
+  virtual FileStatus statusAt(const Place& place) = 0;
+  /// Whether the name is taken, be it by a link that leads nowhere. A name that is too long is not.
+  virtual bool exists(const Place& place) = 0;
+  /// Whether the user may write the file or folder, whose status this is. One whose permissions let nobody
+  /// write it may not be written, not even by a user whom permissions do not bind.
+  virtual bool mayWrite(const Place& place, const FileStatus& status) = 0;
   /// The absolute path without links.
   virtual std::string resolve(const std::string& path) = 0;
 
   /// Never waits for the other end of a pipe.
-  virtual Handle openToRead(const std::string& path) = 0;
+  virtual Handle openToRead(const Place& place) = 0;
+  /// The same of a file that the user may also write, so that it can be locked.
+  virtual Handle openToLock(const Place& place) = 0;
   /// A new empty file that only its owner may read, to be written and read back; the name must be free.
-  virtual Handle createNew(const std::string& path) = 0;
+  virtual Handle createNew(const Place& place) = 0;
   /// The same without a name; it goes with its handle unless it is given one. Not every disk can do this.
-  virtual Handle createUnnamed(const std::string& folder) = 0;
+  virtual Handle createUnnamed(const Place& folder) = 0;
   /// The name must be free.
-  virtual void giveName(Handle unnamed, const std::string& path) = 0;
-  virtual Handle openFolder(const std::string& path) = 0;
-  /// A file that only its owner may read, made where there is none; what is written goes to its end.
-  virtual Handle openToAppend(const std::string& path) = 0;
+  virtual void giveName(Handle unnamed, const Place& place) = 0;
+  virtual Handle openFolder(const Place& place) = 0;
+  /// A file that only its owner may read, made where there is none; what is written goes to its end. It can
+  /// be locked.
+  virtual Handle openToAppend(const Place& place) = 0;
   virtual FileStatus status(Handle file) = 0;
   /// Fills the front of the buffer with the bytes from offset on and returns how many; 0 is the end of the
   /// file.
@@ -91,22 +110,24 @@ class FileSystem {
   virtual void copyAttributes(Handle from, Handle to) = 0;
 
   /// Puts the file in the place of whatever has the new name.
-  virtual void rename(const std::string& from, const std::string& to) = 0;
+  virtual void rename(const Place& from, const Place& to) = 0;
   /// Fails where the new name is taken.
-  virtual void renameToFree(const std::string& from, const std::string& to) = 0;
+  virtual void renameToFree(const Place& from, const Place& to) = 0;
   /// Swaps the files of two names at once. Not every system or disk can.
-  virtual void exchange(const std::string& /*one*/, const std::string& /*other*/) {
+  virtual void exchange(const Place& /*one*/, const Place& /*other*/) {
     throw std::system_error(std::make_error_code(std::errc::not_supported), "exchange");
   }
-  virtual void remove(const std::string& path) = 0;
+  virtual void remove(const Place& place) = 0;
 
   /// A folder that only its owner may enter; the folder it lies in must be there.
-  virtual void createFolder(const std::string& path) = 0;
+  virtual void createFolder(const Place& place) = 0;
   /// The names in a folder in byte order, without "." and "..".
-  virtual std::vector<std::string> names(const std::string& folder) = 0;
+  virtual std::vector<std::string> names(const Place& folder) = 0;
   /// The folder must be empty.
-  virtual void removeFolder(const std::string& path) = 0;
-  /// Whether the file is now this program's alone, until it is closed or the program ends.
+  virtual void removeFolder(const Place& place) = 0;
+  /// Whether the file, open to be read and written, is now locked here, until it is closed or the program
+  /// ends. Another program's lock is in the way only where that program may write the file, too: who may only
+  /// read it keeps nobody from saving it.
   virtual bool tryLock(Handle file) = 0;
 };
 
@@ -132,6 +153,20 @@ class OpenFile {
  private:
   FileSystem* system_;
   Handle handle_;
+};
+
+/// A folder held open: its names stay its own, whatever somebody puts where its path leads.
+class OpenFolder {
+ public:
+  OpenFolder(FileSystem& system, const Place& place)
+      : folder_(std::make_unique<OpenFile>(system, system.openFolder(place))) {}
+
+  Handle handle() const { return folder_->handle(); }
+  Place at(std::string name) const { return {handle(), std::move(name)}; }
+  Place itself() const { return at("."); }
+
+ private:
+  std::unique_ptr<OpenFile> folder_;
 };
 
 }  // namespace pluvo::files

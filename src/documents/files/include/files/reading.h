@@ -17,7 +17,7 @@ struct FileContent {
 ///
 /// Throws DocumentError: io for a missing file, a folder, a pipe and the like (which are not waited for), and
 /// for what cannot be read; changed for a file that somebody was writing while it was read.
-FileContent readFile(FileSystem& system, const std::string& path);
+FileContent readFile(FileSystem& system, const Place& place);
 /// The same of an open file; a call that fails is a std::system_error.
 FileContent readFile(FileSystem& system, Handle file);
 

@@ -19,21 +19,29 @@ namespace pluvo::files {
 /// may leave one behind if that happens while the version is flushed and takes its place, or on a disk whose
 /// files must have names: "~pluvo-", sixteen hexadecimal digits and ".tmp", which may be deleted unless the
 /// original was to be kept (Keeping; the journal sees to its own). An owner or group that the user may not
-/// give away becomes the user's own, and then nobody gains rights: set-id bits are dropped and a changed
-/// group has the rights of everybody else.
+/// give away becomes the user's own, and then nobody gains rights: a changed group has the rights of
+/// everybody else. What lets a program do more than its user (set-id bits, capabilities) does not pass to a
+/// new version.
 ///
 /// A version is later than the original by its time of last change, be it by the least that the disk can tell
 /// apart; so size and time tell one from the other.
 ///
-/// Links are followed: what they lead to is replaced, and temporary files and backups lie beside that.
+/// Links are followed: what they lead to is replaced, and temporary files and backups lie beside that. From
+/// then on all is done by name in the document's folder, which is opened once and must hold the document as
+/// it was opened: whoever exchanges a folder on the way gets no file elsewhere made, read or removed.
+
+/// Whether that is the name of a temporary file, which may be deleted.
+bool isTemporaryName(std::string_view name);
 
 /// A document at the moment before its new version takes its place.
 struct Replacement {
-  std::string path;       ///< without links
-  Handle original = 0;    ///< open for reading, as long as the Keeping
-  FileStatus before;      ///< of the original
-  Stamp after;            ///< of the new version, which is written but may not be on disk yet
-  std::string temporary;  ///< where the new version lies, and for a moment the original when it is swapped
+  std::string path;     ///< without links
+  Handle original = 0;  ///< open for reading, as long as the Keeping
+  FileStatus before;    ///< of the original
+  Stamp after;          ///< of the new version, which is written but may not be on disk yet
+  /// The name under which the new version lies in the document's folder, and for a moment the original when
+  /// it is swapped.
+  std::string temporary;
 };
 
 /// How somebody keeps the original of one replacement.
@@ -46,10 +54,12 @@ class Keeping {
   /// Whether the original is still to be had: its file is swapped with the new version and handed over, or,
   /// where the disk cannot swap, copied before it is replaced.
   virtual bool wantsFile() const = 0;
-  /// The new version is in place, and the original lies at this path, to be taken from there. Throws nothing.
-  virtual void take(const std::string& original) = 0;
+  /// The new version is in place, and the original lies here, to be taken from there. Throws nothing.
+  virtual void take(const Place& original) = 0;
   /// Returns when a copy is on disk.
   virtual void copy() = 0;
+  /// The new version is in place. Until then the document may stay as it is. Throws nothing.
+  virtual void replaced() {}
 };
 
 /// What a new version of a document consists of.
@@ -61,16 +71,23 @@ struct NewVersion {
   /// Called when the new version is written and checked, before it takes the place of the original, which
   /// stays if this throws; null where nothing is kept.
   std::function<std::unique_ptr<Keeping>(const Replacement&)> beforeReplacing = {};
-  /// The permissions and the time of last change it is to have, where they are not to be the original's and
-  /// now.
+  /// The owner, the permissions and the time of last change it is to have, where they are not to be the
+  /// original's and now.
   std::optional<FileStatus> as = std::nullopt;
-  /// Where it lies meanwhile, in the document's folder; empty where any free name there will do.
+  /// Its name meanwhile, in the document's folder; empty where any free name there will do.
   std::string temporary = {};
+};
+
+/// What of the original a new version could not be given.
+struct NotKept {
+  bool owner = false;
+  bool group = false;
 };
 
 struct Saved {
   Stamp stamp;         ///< the new version's
   std::string backup;  ///< where the old version is kept; empty without a backup
+  NotKept notKept = {};
 };
 
 /// A new version that is written; what is left is to check it, to wait for the disk, and to put it in its
@@ -108,13 +125,14 @@ inline Saved replaceFile(FileSystem& system, const std::string& path, const Stam
 
 /// Swaps the document, which must be as it was found, with a file that is on disk. False where the system or
 /// the disk cannot do that.
-bool swapFile(FileSystem& system, const std::string& path, const Stamp& found, const std::string& other);
+bool swapFile(FileSystem& system, const std::string& path, const Stamp& found, const Place& other);
 
 /// Saves a document under another name, which must be free, with the permissions of the original, which must
-/// be as it was when it was opened.
+/// be as it was when it was opened. With a root, a folder that is there, the path begins with it and a "/";
+/// folders below it are made where they are missing, and no link below it is followed.
 std::unique_ptr<Pending> beginCreatingFile(FileSystem& system, const std::string& path,
                                            const std::string& original, const Stamp& opened,
-                                           const NewVersion& version);
+                                           const NewVersion& version, const std::string& root = {});
 inline Saved createFile(FileSystem& system, const std::string& path, const std::string& original,
                         const Stamp& opened, const NewVersion& version) {
   return beginCreatingFile(system, path, original, opened, version)->finish();

@@ -15,11 +15,12 @@
 ///
 /// A journal is a folder of runs, each a folder of its own named after the time it began: "journal", a text
 /// of one record a line, "lock", held while the run lasts, and the originals, numbered. Only the user may
-/// enter. On the disk of the journal an original is the document's own file: swapped with the new version and
-/// then moved here, so that its record also says where it lies between the two; from elsewhere it is a copy.
-/// Record and copy are on disk before the document is replaced; so whatever moment a run or an undo is killed
-/// at, an undo puts back exactly what was replaced. What lies beside a document is on record as well, and the
-/// undo, or the next run that changes something, removes what a killed program left there.
+/// enter: a journal that belongs to somebody else, or that others may write, is refused. On the disk of the
+/// journal an original is the document's own file: swapped with the new version and then moved here, so that
+/// its record also says where it lies between the two; from elsewhere it is a copy. Record and copy are on
+/// disk before the document is replaced; so whatever moment a run or an undo is killed at, an undo puts back
+/// exactly what was replaced. What lies beside a document is on record as well, and the undo, or the next run
+/// that changes something, removes what a killed program left there.
 namespace pluvo::journal {
 
 /// Where the journal is: "pluvo/runs" in $XDG_STATE_HOME, by default in ~/.local/state. Nothing where neither
@@ -30,6 +31,7 @@ std::optional<std::string> defaultFolder();
 /// more by itself keeps what fits.
 inline constexpr std::uint64_t kDefaultLimit = std::uint64_t{4} * 1024 * 1024 * 1024;
 
+class OwnFolder;
 struct Record;
 
 /// The journal of the run that is going on. May be used from several threads.
@@ -55,26 +57,28 @@ class Recorder {
   class Kept;
   class Dropped;
   struct Other {
-    std::string run;
+    std::string name;
     std::uint64_t size = 0;
   };
   void append(const Record& record);
+  void forgetUnlessReplaced(const files::Replacement& replacement, std::uint64_t number);
   bool makeRoom(std::uint64_t size);
-  bool forget(const std::string& run);
+  bool forget(const std::string& name, const OwnFolder& run);
   void weighOthers();
 
   files::FileSystem& system_;
   std::string folder_;
-  std::string run_;  ///< the run's own folder
+  std::unique_ptr<OwnFolder> runs_;
+  std::string name_;  ///< the run's
+  std::unique_ptr<OwnFolder> run_;
   std::uint64_t limit_;
   std::unique_ptr<files::OpenFile> lock_;
   std::optional<files::OpenFile> journal_;
-  std::uint64_t device_ = 0;  ///< the run's disk
   mutable std::mutex mutex_;
-  bool torn_ = false;          ///< the journal's last line may lack its end
-  bool namesOnDisk_ = false;   ///< of the run's folder and the journal in it
-  std::uint64_t numbers_ = 0;  ///< given to originals
-  std::uint64_t kept_ = 0;
+  bool torn_ = false;           ///< the journal's last line may lack its end
+  bool namesOnDisk_ = false;    ///< of the run's folder and the journal in it
+  std::uint64_t numbers_ = 0;   ///< given to originals
+  std::uint64_t replaced_ = 0;  ///< documents, kept or not
   std::uint64_t notKept_ = 0;
   std::uint64_t size_ = 0;                   ///< of this run's originals
   std::optional<std::deque<Other>> others_;  ///< the other runs, the oldest first, weighed when first needed
@@ -89,9 +93,11 @@ struct Run {
   std::uint64_t notKept = 0;
   std::uint64_t bytes = 0;
   bool going = false;  ///< still running
+  /// undo refuses it, since its folder or journal is not the user's alone; nothing else is known of it.
+  bool refused = false;
 };
 
-/// The runs that can be taken back, the oldest first.
+/// The runs that can be taken back, or are refused, the oldest first.
 std::vector<Run> runs(files::FileSystem& system, const std::string& folder);
 
 enum class Outcome {

@@ -22,6 +22,9 @@ struct SaveOptions {
   std::optional<std::string> backupSuffix;
   /// Leaves the original alone and writes a new file; the name must be free.
   std::optional<std::string> otherPath;
+  /// The folder that the new file's path begins with, if folders below it are to be made; see
+  /// files::beginCreatingFile.
+  std::string otherRoot = {};
   /// See files::NewVersion; not called for a new file.
   std::function<std::unique_ptr<files::Keeping>(const files::Replacement&)> beforeReplacing = {};
 };
@@ -54,6 +57,7 @@ class StoredDocument {
   struct Outcome {
     bool written = false;
     std::string backup;
+    files::NotKept notKept = {};
   };
   Outcome save(const SaveOptions& options = {});
 
