@@ -172,7 +172,10 @@ Worked runOn(const NamedDocument& named, const Surroundings& around, const Block
 Outcome finished(Worked worked) {
   if (worked.version == nullptr) return std::move(worked.outcome);
   const bool saved = recordingFailure(worked.outcome, [&] {
-    worked.outcome.backup = worked.version->finish().backup;
+    files::Saved version = worked.version->finish();
+    worked.outcome.backup = std::move(version.backup);
+    // A copy elsewhere is the user's.
+    if (worked.outcome.savedAs.empty()) worked.outcome.notKept = version.notKept;
     worked.outcome.saved = true;
   });
   if (!saved) worked.outcome.savedAs.clear();

@@ -2,6 +2,7 @@
 
 #include "excerpt.h"
 #include "files/problem.h"
+#include "files/saving.h"
 #include "request.h"
 
 #include <cstdint>
@@ -26,6 +27,7 @@ struct Outcome {
   bool saved = false;
   std::string savedAs;  ///< the new document with --output, else empty
   std::string backup;   ///< where the original is kept, else empty
+  files::NotKept notKept = {};
   std::optional<Failure> failure;
 
   /// What of the operations is in a saved document, or would be after a dry run.

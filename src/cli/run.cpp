@@ -117,6 +117,14 @@ void sayRefused(const Outcome& outcome) {
           " of its changes were refused and left out.");
 }
 
+void sayOwner(const Outcome& outcome) {
+  const auto [owner, group] = outcome.notKept;
+  if (!owner && !group) return;
+  const std::string lost = owner && group ? "owner and group" : owner ? "owner" : "group";
+  sayNote(shownPath(outcome.path) + ": you may not give the new version the " + lost +
+          " of the original; it has yours.");
+}
+
 /// A run that is going on.
 class Run {
  public:
@@ -236,6 +244,7 @@ class Run {
     progress_.clear();
     if (outcome.failure) sayFailure(outcome);
     if (outcome.refused > 0) sayRefused(outcome);
+    sayOwner(outcome);
     printer_->document(outcome);
     flushOut();
     progress_.show();

@@ -1,7 +1,6 @@
 #include "run_opener.h"
 
 #include "errors/text.h"
-#include "folder_maker.h"
 #include "word/faults.h"
 
 #include <new>
@@ -59,7 +58,10 @@ void RunFile::save() {
   const bool saved = recordingFailure(outcome_, [&] {
     store::SaveOptions options;
     options.backupSuffix = around_.plan.backupSuffix;
-    if (around_.plan.outputFolder) options.otherPath = placeForCopy();
+    if (around_.plan.outputFolder) {
+      options.otherRoot = *around_.plan.outputFolder;
+      options.otherPath = options.otherRoot + "/" + named_.place;
+    }
     if (around_.journal != nullptr)
       options.beforeReplacing = [journal = around_.journal](const auto& replacement) {
         return journal->keep(replacement);
@@ -68,12 +70,6 @@ void RunFile::save() {
     if (version_) outcome_.savedAs = options.otherPath.value_or("");
   });
   if (!saved) throw errors::Fault(word::kCannotSave, errors::utf16(outcome_.failure->message));
-}
-
-std::string RunFile::placeForCopy() const {
-  std::string path = *around_.plan.outputFolder + "/" + named_.place;
-  makeFolders(around_.system, path.substr(0, path.rfind('/')));
-  return path;
 }
 
 memory::OpenedFile RunOpener::open(const std::string& path) {

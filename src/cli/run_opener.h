@@ -28,8 +28,6 @@ class RunFile final : public memory::DocumentFile {
   std::unique_ptr<files::Pending> takeVersion() { return std::move(version_); }
 
  private:
-  std::string placeForCopy() const;
-
   std::unique_ptr<store::StoredDocument> stored_;
   const NamedDocument& named_;
   const Surroundings& around_;

@@ -337,6 +337,14 @@ TEST(Undo, LeavesWhatWasChangedSince) {
   EXPECT_THAT(sandbox.run("undo " + nameIn(2)).err, HasSubstr(nameIn(4) + " changed the document after"));
   EXPECT_EQ(sandbox.run("undo").status + sandbox.run("undo " + nameIn(2)).status, 0);
   EXPECT_EQ(sandbox.get("a.txt"), "draft\n");
+
+  sandbox.run(kReplace + "a.txt");
+  const std::string before = lines(sandbox.run("undo --list").out).at(2);
+  sandbox.put("b.txt", "draft\n");
+  sandbox.run(kReplace + "b.txt");
+  sandbox.put("b.txt", "mine\n");
+  EXPECT_THAT(sandbox.run("undo").err,
+              HasSubstr("'pluvo undo " + before.substr(0, before.find(' ')) + "': "));
 }
 
 /// Sixteen documents to be cut off in.

@@ -24,6 +24,10 @@ std::string sizeText(std::uint64_t bytes) {
 
 ExitStatus list(const std::vector<journal::Run>& runs) {
   for (const journal::Run& run : runs) {
+    if (run.refused) {
+      writeOut(run.name + "  is not yours alone, so that it cannot be taken back\n");
+      continue;
+    }
     std::string line = run.name + "  " + counted(static_cast<std::int64_t>(run.documents), "document") +
                        ", " + sizeText(run.bytes);
     if (run.notKept > 0) line += ", " + std::to_string(run.notKept) + " more not kept";
@@ -41,10 +45,21 @@ std::string lastOf(const std::vector<journal::Run>& runs) {
   return last->name;
 }
 
+/// What to try after a run that cannot be put back, or not whole: it stays the last one.
+std::string nextAfter(const std::vector<journal::Run>& runs, const std::string& name) {
+  const journal::Run* next = nullptr;
+  for (const journal::Run& run : runs) {
+    if (run.name == name) break;
+    if (!run.going) next = &run;
+  }
+  if (next == nullptr) return {};
+  return "The run before it is taken back by 'pluvo undo " + next->name + "': " + next->command;
+}
+
 /// Not every run can be taken back, so the last one may be another than the user has in mind.
 void sayWhich(const std::vector<journal::Run>& runs, const std::string& name) {
   for (const journal::Run& run : runs)
-    if (run.name == name) sayNote("taking back the run " + run.name + ": " + run.command);
+    if (run.name == name && !run.refused) sayNote("taking back the run " + run.name + ": " + run.command);
 }
 
 /// Other than a run, an undo cannot put a document elsewhere.
@@ -98,15 +113,18 @@ ExitStatus undo(const TypedCommandLine& line, files::FileSystem& system) {
         "the "
         "run was made.");
   try {
-    const auto known = [&] {
-      // Nobody has changed anything yet.
-      return system.exists(*folder) ? journal::runs(system, *folder) : std::vector<journal::Run>();
-    };
-    const std::vector<journal::Run> runs = known();
+    const std::vector<journal::Run> runs = journal::runs(system, *folder);
     if (line.options.list) return list(runs);
     const std::string run = line.paths.empty() ? lastOf(runs) : line.paths.front();
     if (!line.options.quiet) sayWhich(runs, run);
-    return takeBack(system, *folder, run, line.options.quiet);
+    const std::string next = line.paths.empty() ? nextAfter(runs, run) : std::string();
+    try {
+      const ExitStatus status = takeBack(system, *folder, run, line.options.quiet);
+      if (status == kFailed && !next.empty()) sayNote(next);
+      return status;
+    } catch (const files::DocumentError& refused) {
+      throw UsageError(refused.what() + (next.empty() ? "" : "\n" + next));
+    }
   } catch (const files::DocumentError& refused) {
     throw UsageError(refused.what());
   }

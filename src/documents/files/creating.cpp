@@ -50,7 +50,9 @@ class Creating final : public Pending {
     const std::optional<OpenFile> pattern =
         opened_ ? std::optional<OpenFile>(std::in_place, system_, system_.openToRead(original_))
                 : openIfThere(system_, original_);
-    writeVersion(system_, file_, pattern ? &*pattern : nullptr, version);
+    std::optional<Original> like;
+    if (pattern) like = Original{pattern->handle(), system_.status(pattern->handle())};
+    writeVersion(system_, file_, like, version);
   }
 
   void check() override {

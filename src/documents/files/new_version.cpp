@@ -19,14 +19,14 @@ namespace {
 
 /// Later than the original where both are of one moment, so that size and time tell them apart, of whatever
 /// disk. The time is set, since of a disk elsewhere a flush might set another.
-void setTime(FileSystem& system, const TemporaryFile& file, const OpenFile* original) {
+void setTime(FileSystem& system, const TemporaryFile& file, const std::optional<Original>& original) {
   const auto timeOf = [](const Stamp& stamp) {
     return std::pair(stamp.modifiedSeconds, stamp.modifiedNanoseconds);
   };
   auto [seconds, nanoseconds] = timeOf(system.status(file.handle()).stamp);
   system.setModified(file.handle(), seconds, nanoseconds);
-  if (original == nullptr) return;
-  const auto before = timeOf(system.status(original->handle()).stamp);
+  if (!original) return;
+  const auto before = timeOf(original->status.stamp);
   constexpr std::int64_t kCoarsest = 2;
   if (std::pair(seconds, nanoseconds) > before || seconds + kCoarsest < before.first) return;
   constexpr std::int64_t kLastNanosecond = 999'999'999;
@@ -39,16 +39,13 @@ void setTime(FileSystem& system, const TemporaryFile& file, const OpenFile* orig
 
 }  // namespace
 
-NotKept writeVersion(FileSystem& system, TemporaryFile& file, const OpenFile* original,
+NotKept writeVersion(FileSystem& system, TemporaryFile& file, const std::optional<Original>& original,
                      const NewVersion& version) {
   FileOutput output(system, file.handle());
   version.write(output);
   output.finish();
   NotKept notKept;
-  if (original != nullptr) {
-    const FileStatus as = version.as ? *version.as : system.status(original->handle());
-    notKept = file.takeAfter(original->handle(), as);
-  }
+  if (original) notKept = file.takeAfter(original->file, version.as ? *version.as : original->status);
   if (version.as) {
     const Stamp& modified = version.as->stamp;
     system.setModified(file.handle(), modified.modifiedSeconds, modified.modifiedNanoseconds);

@@ -5,6 +5,7 @@
 #include "wording.h"
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <system_error>
 
@@ -14,8 +15,14 @@ DocumentError changedHere();
 /// Throws it.
 void requireSameStamp(const FileStatus& now, const Stamp& opened);
 
+/// An open file that a version takes after.
+struct Original {
+  Handle file;
+  FileStatus status;
+};
+
 /// Writes the version, with what the original has where there is one. It need not be on disk yet.
-NotKept writeVersion(FileSystem& system, TemporaryFile& file, const OpenFile* original,
+NotKept writeVersion(FileSystem& system, TemporaryFile& file, const std::optional<Original>& original,
                      const NewVersion& version);
 
 /// Reads what was written back and has it checked; the stamp is the finished file's.

@@ -140,7 +140,8 @@ class Replacing final : public Pending {
         requireRight_(version.check),
         beforeReplacing_(version.beforeReplacing),
         backupSuffix_(backupSuffix) {
-    saved_.notKept = writeVersion(system, replacement_, &original_.file(), version);
+    saved_.notKept =
+        writeVersion(system, replacement_, Original{original_.file().handle(), original_.before()}, version);
   }
 
   void check() override {
