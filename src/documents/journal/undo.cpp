@@ -73,13 +73,12 @@ void requireSameOwner(const Source& source, const Record& record, const files::F
 void restore(const Source& source, const Record& record, const files::FileStatus& found,
              const Original& original) {
   files::FileSystem& system = source.system;
-  const files::OpenFile open(system, system.openToRead(original.place));
-  const files::FileStatus status = system.status(open.handle());
-  requireSameOriginal(source, record, status, found.stamp, original);
+  requireSameOriginal(source, record, original.status, found.stamp, original);
   requireSameOwner(source, record, found, original);
-  const bool isOwnFile =
-      status.stamp.device == found.stamp.device && status.permissions == record.before.permissions;
+  const bool isOwnFile = original.status.stamp.device == found.stamp.device &&
+                         original.status.permissions == record.before.permissions;
   if (isOwnFile && files::swapFile(system, record.text, found.stamp, original.place)) return;
+  const files::OpenFile open(system, system.openToRead(original.place));
   const files::FileContent kept = files::readFile(system, open.handle());
   requireSameOriginal(source, record, system.status(open.handle()), found.stamp, original);
   const files::Bytes& bytes = kept.bytes;

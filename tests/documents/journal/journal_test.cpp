@@ -41,6 +41,13 @@ class Journal : public testing::Test {
     files::replaceFile(system, path, opened ? *opened : system.statusAt(path).stamp, version);
   }
 
+  /// A run of its own, by its name.
+  std::string changeOnce(const std::string& path) {
+    Recorder recorder(machineFileSystem(), folder(), "run", kDefaultLimit);
+    change(machineFileSystem(), recorder, path, "new");
+    return listed().back().name;
+  }
+
   /// What happened to each document, by its name, in order.
   std::vector<std::pair<std::string, Outcome>> takeBack(const std::string& run) {
     std::vector<std::pair<std::string, Outcome>> outcomes;
@@ -240,10 +247,7 @@ TEST_F(Journal, AnUndoLosesNoVersionThatCameBetween) {
     bool edited_ = false;
   };
   const std::string path = documents_.put("a.txt", "old");
-  {
-    Recorder recorder(machineFileSystem(), folder(), "run", kDefaultLimit);
-    change(machineFileSystem(), recorder, path, "new");
-  }
+  changeOnce(path);
   Edited system(path);
   undo(system, folder(), listed().at(0).name,
        [](const Undone& undone) { EXPECT_EQ(undone.outcome, Outcome::failed); });
@@ -254,10 +258,7 @@ TEST_F(Journal, AnUndoLosesNoVersionThatCameBetween) {
 TEST_F(Journal, FollowsADocumentMovedToAnotherDisk) {
   const files::Scratch other;
   const std::string path = documents_.put("a.txt", "old");
-  {
-    Recorder recorder(machineFileSystem(), folder(), "run", kDefaultLimit);
-    change(machineFileSystem(), recorder, path, "new");
-  }
+  changeOnce(path);
   std::filesystem::copy(path, other.path("a.txt"));
   std::filesystem::last_write_time(other.path("a.txt"), std::filesystem::last_write_time(path));
   std::filesystem::remove(path);
@@ -289,10 +290,7 @@ TEST_F(Journal, ClearsWhatTheRunLeftBesideDocuments) {
 TEST_F(Journal, PutsBackNoOriginalThatWasWrittenInto) {
   const std::string path = documents_.put("a.txt", "old");
   std::ofstream open(path, std::ios::app);
-  {
-    Recorder recorder(machineFileSystem(), folder(), "run", kDefaultLimit);
-    change(machineFileSystem(), recorder, path, "new");
-  }
+  changeOnce(path);
   open << "er" << std::flush;
   EXPECT_THAT(takeBack(listed().at(0).name), ElementsAre(Pair("a.txt", Outcome::failed)));
   EXPECT_EQ(documents_.get("a.txt"), "new");
@@ -419,44 +417,31 @@ TEST_F(Journal, FollowsNoLinkInThePlaceOfAFolder) {
 /// What lies beside a document may be anybody's: a link, a second name, another file that looks the same.
 TEST_F(Journal, TrustsBesideTheDocumentOnlyItsOwnFile) {
   enum class Planted { nothing, link, secondName, lookAlike };
-  for (const Planted planted : {Planted::nothing, Planted::link, Planted::secondName, Planted::lookAlike}) {
-    const files::Scratch scratch(fastDisk());
-    const std::string path = scratch.put("docs/a.txt", "old");
-    const std::string runsFolder = scratch.path("runs");
-    {
-      Recorder recorder(machineFileSystem(), runsFolder, "run", kDefaultLimit);
-      change(machineFileSystem(), recorder, path, "new");
-    }
-    const std::string run = runs(machineFileSystem(), runsFolder).at(0).name;
-    const OwnFolder folder = openRun(machineFileSystem(), openRuns(machineFileSystem(), runsFolder), run);
-    const auto records = recordsIn(machineFileSystem(), folder).value();
-    const std::string beside = scratch.path("docs/" + records.back().beside);
+  for (const Planted planted : {Planted::link, Planted::secondName, Planted::lookAlike, Planted::nothing}) {
+    const files::Scratch aside(fastDisk());
+    const std::string run = changeOnce(documents_.put("a.txt", "old"));
+    const OwnFolder own = openRun(machineFileSystem(), openRuns(machineFileSystem(), folder()), run);
+    const std::string beside = documents_.path(recordsIn(machineFileSystem(), own).value().back().beside);
     // As a program leaves it that is killed between swapping and moving the original.
-    std::filesystem::rename(folder.path() + "/0", beside);
-    if (planted == Planted::secondName) std::filesystem::create_hard_link(beside, scratch.path("second"));
+    std::filesystem::rename(own.path() + "/0", beside);
+    if (planted == Planted::secondName) std::filesystem::create_hard_link(beside, aside.path("second"));
     if (planted == Planted::link || planted == Planted::lookAlike) {
-      std::filesystem::copy(beside, scratch.path("secret"));
-      std::filesystem::last_write_time(scratch.path("secret"), std::filesystem::last_write_time(beside));
-      std::filesystem::rename(beside, scratch.path("aside"));
-      if (planted == Planted::link) std::filesystem::create_symlink(scratch.path("secret"), beside);
-      if (planted == Planted::lookAlike) std::filesystem::rename(scratch.path("secret"), beside);
+      std::filesystem::copy(beside, aside.path("secret"));
+      std::filesystem::last_write_time(aside.path("secret"), std::filesystem::last_write_time(beside));
+      std::filesystem::rename(beside, aside.path("original"));
+      if (planted == Planted::link) std::filesystem::create_symlink(aside.path("secret"), beside);
+      if (planted == Planted::lookAlike) std::filesystem::rename(aside.path("secret"), beside);
     }
-    std::vector<Outcome> outcomes;
-    undo(machineFileSystem(), runsFolder, run,
-         [&](const Undone& undone) { outcomes.push_back(undone.outcome); });
     const bool isGenuine = planted == Planted::nothing;
-    EXPECT_THAT(outcomes, ElementsAre(isGenuine ? Outcome::restored : Outcome::failed));
-    EXPECT_EQ(scratch.get("docs/a.txt"), isGenuine ? "old" : "new");
+    EXPECT_THAT(takeBack(run), ElementsAre(Pair("a.txt", isGenuine ? Outcome::restored : Outcome::failed)));
+    EXPECT_EQ(documents_.get("a.txt"), isGenuine ? "old" : "new");
+    std::filesystem::remove(beside);
   }
 }
 
 TEST_F(Journal, RefusesWhatOthersMayWrite) {
   const std::string path = documents_.put("a.txt", "old");
-  {
-    Recorder recorder(machineFileSystem(), folder(), "run", kDefaultLimit);
-    change(machineFileSystem(), recorder, path, "new");
-  }
-  const std::string run = listed().at(0).name;
+  const std::string run = changeOnce(path);
   const auto refusal = [](const auto& work) {
     try {
       work();
@@ -504,10 +489,7 @@ TEST_F(Journal, HandsNoOriginalToAnotherOwner) {
     }
   } given;
   const std::string path = documents_.put("a.txt", "old");
-  {
-    Recorder recorder(machineFileSystem(), folder(), "run", kDefaultLimit);
-    change(machineFileSystem(), recorder, path, "new");
-  }
+  changeOnce(path);
   undo(given, folder(), listed().at(0).name,
        [](const Undone& undone) { EXPECT_EQ(undone.outcome, Outcome::failed); });
   EXPECT_EQ(documents_.get("a.txt"), "new");
@@ -516,11 +498,7 @@ TEST_F(Journal, HandsNoOriginalToAnotherOwner) {
 /// Those that do not tell the original's inode and owner, and have the path of what lay beside.
 TEST_F(Journal, TakesBackRunsOfEarlierVersions) {
   const std::string path = documents_.put("a.txt", "old");
-  {
-    Recorder recorder(machineFileSystem(), folder(), "run", kDefaultLimit);
-    change(machineFileSystem(), recorder, path, "new");
-  }
-  const std::string run = listed().at(0).name;
+  const std::string run = changeOnce(path);
   const std::string name = "pluvo/runs/" + run + "/journal";
   std::istringstream lines(state_.get(name));
   std::string command;
