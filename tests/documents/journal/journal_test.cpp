@@ -229,8 +229,8 @@ TEST_F(Journal, TellsVersionsOfOneMomentApart) {
   EXPECT_EQ(documents_.get("a.txt"), "one");
 }
 
-/// An editor that saves in the very moment in which an undo puts the original back.
-TEST_F(Journal, AnUndoLosesNoVersionThatCameBetween) {
+/// An editor that saves in the very moment in which a run or an undo replaces the document.
+TEST_F(Journal, LosesNoVersionThatCameBetween) {
   class Edited : public files::FailingFileSystem {
    public:
     explicit Edited(std::string path) : path_(std::move(path)) {}
@@ -247,6 +247,14 @@ TEST_F(Journal, AnUndoLosesNoVersionThatCameBetween) {
     bool edited_ = false;
   };
   const std::string path = documents_.put("a.txt", "old");
+  {
+    Edited system(path);
+    Recorder recorder(system, folder(), "run", kDefaultLimit);
+    EXPECT_THROW(change(system, recorder, path, "new"), DocumentError);
+  }
+  EXPECT_EQ(documents_.get("a.txt"), "edited");
+  EXPECT_THAT(documents_.names(), SizeIs(1));
+  documents_.put("a.txt", "old");
   changeOnce(path);
   Edited system(path);
   undo(system, folder(), listed().at(0).name,
