@@ -89,12 +89,15 @@ std::string ownerIn(FileSystem& system, const OpenFolder& folder, const std::str
 
 std::optional<LockFile> lockFileOf(FileSystem& system, const OpenFolder& folder,
                                    const std::string& document) {
-  const auto found = [&](std::string name) { return LockFile{name, ownerIn(system, folder, name)}; };
-  if (std::string name = ".~lock." + document + "#"; system.exists(folder.at(name))) return found(name);
+  const auto ifThere = [&](const std::string& name) -> std::optional<LockFile> {
+    if (!system.exists(folder.at(name))) return std::nullopt;
+    return LockFile{name, ownerIn(system, folder, name)};
+  };
+  if (auto lock = ifThere(".~lock." + document + "#")) return lock;
   for (const std::size_t dropped : {std::size_t{0}, std::size_t{1}, std::size_t{2}}) {
-    std::string name = std::string(kOfWord).append(withoutFirst(document, dropped));
-    if (name != document && system.exists(folder.at(name)) && !isOfAnother(system, folder, document, dropped))
-      return found(std::move(name));
+    const std::string name = std::string(kOfWord).append(withoutFirst(document, dropped));
+    if (name == document) continue;
+    if (auto lock = ifThere(name); lock && !isOfAnother(system, folder, document, dropped)) return lock;
   }
   return std::nullopt;
 }

@@ -181,13 +181,13 @@ class Replacing final : public Pending {
   FileSystem& system_;
   const Located document_;
   const Held original_;
+  std::unique_ptr<Keeping> keeping_;  ///< sees what becomes of the document, so it goes after the version
   TemporaryFile replacement_;
   std::function<void(const Bytes&)> requireRight_;  ///< until it was asked
   const std::function<std::unique_ptr<Keeping>(const Replacement&)> beforeReplacing_;
   const std::optional<std::string> backupSuffix_;
   Saved saved_;
   std::optional<TemporaryFile> backup_;
-  std::unique_ptr<Keeping> keeping_;
 };
 
 }  // namespace
