@@ -121,7 +121,7 @@ void sayOwner(const Outcome& outcome) {
   const auto [owner, group] = outcome.notKept;
   if (!owner && !group) return;
   const std::string lost = owner && group ? "owner and group" : owner ? "owner" : "group";
-  sayNote(shownPath(outcome.path) + ": you may not give the new version the " + lost +
+  sayNote(outcome.path + ": you may not give the new version the " + lost +
           " of the original; it has yours.");
 }
 
