@@ -88,18 +88,19 @@ class Mapping final : public MappedFile {
       : size_(size), length_((size / pageSize() + 1) * pageSize()), slot_(takeSlot()) {
     file_ = fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
     if (file_ < 0 || fstat(file_, &mapped_) != 0) fail();
-    // Addresses for one byte more than the file, then the file over them.
-    void* start = mmap(nullptr, length_, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    // Memory for one byte more than the file, then the file's whole pages over it. What is left of the file
+    // is copied: the byte after it lies in no page that comes back from the file without it, as one does
+    // that was cut off and is there again.
+    void* start = mmap(nullptr, length_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (start == MAP_FAILED) fail();
     start_ = static_cast<std::uint8_t*>(start);
-    std::uint8_t* const lastPage = start_ + length_ - pageSize();
-    if (mmap(start_, size, PROT_READ, MAP_PRIVATE | MAP_FIXED, descriptor, 0) == MAP_FAILED ||
-        mprotect(lastPage, pageSize(), PROT_READ | PROT_WRITE) != 0)
+    const std::size_t whole = mappedLength();
+    if (whole > 0 && mmap(start_, whole, PROT_READ, MAP_PRIVATE | MAP_FIXED, descriptor, 0) == MAP_FAILED)
       fail();
-    slot_.vanished = false;
+    slot_.vanished = !copyRest(descriptor);
     slot_.from = reinterpret_cast<std::uintptr_t>(start_);
     slot_.to = reinterpret_cast<std::uintptr_t>(start_) + length_;
-    static_cast<volatile std::uint8_t*>(start_)[size] = Bytes::kBehind;
+    start_[size] = Bytes::kBehind;
   }
   Mapping(const Mapping&) = delete;
   Mapping& operator=(const Mapping&) = delete;
@@ -119,12 +120,23 @@ class Mapping final : public MappedFile {
     return now.st_size != mapped_.st_size || now.st_mtim.tv_sec != mapped_.st_mtim.tv_sec ||
            now.st_mtim.tv_nsec != mapped_.st_mtim.tv_nsec;
   }
-  void release() const override {
-    // All but the last page, which holds a byte that is not in the file.
-    madvise(start_, length_ - pageSize(), MADV_DONTNEED);
-  }
+  void release() const override { madvise(start_, mappedLength(), MADV_DONTNEED); }
 
  private:
+  std::size_t mappedLength() const { return length_ - pageSize(); }
+
+  /// False where the file ends before it should.
+  bool copyRest(int descriptor) {
+    for (std::size_t at = mappedLength(); at < size_;) {
+      const ssize_t count = pread(descriptor, start_ + at, size_ - at, static_cast<off_t>(at));
+      if (count < 0 && errno == EINTR) continue;
+      if (count < 0) fail();
+      if (count == 0) return false;
+      at += static_cast<std::size_t>(count);
+    }
+    return true;
+  }
+
   [[noreturn]] void fail() {
     const int error = errno;
     if (start_ != nullptr) munmap(start_, length_);

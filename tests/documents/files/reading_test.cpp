@@ -79,6 +79,17 @@ TEST(Reading, OutlivesAMappedFileThatIsCutShort) {
   EXPECT_TRUE(read.bytes.vanished());
 }
 
+TEST(Reading, KeepsTheMarkAfterAMappedFileThatIsCutShortAndLengthenedAgain) {
+  const Scratch scratch;
+  for (const std::size_t size : {std::size_t{kMappedFrom}, std::size_t{kMappedFrom + 100}}) {
+    const std::string path = scratch.put("file", std::string(size, 'x'));
+    const FileContent read = readFile(machineFileSystem(), path);
+    std::filesystem::resize_file(path, 10);
+    std::filesystem::resize_file(path, 2 * size);
+    EXPECT_EQ(read.bytes.view.data()[size], Bytes::kBehind) << size;
+  }
+}
+
 TEST(Reading, AnyFailingCallIsAnIoError) {
   const Scratch scratch;
   for (const std::size_t size : {std::size_t{100}, std::size_t{kMappedFrom}}) {
