@@ -202,7 +202,8 @@ std::string Scanner::value(const Attribute& attribute) const {
     std::size_t length = 1;
     if (raw.front() == '&') {
       char32_t c = 0;
-      length = readReference(raw, c);
+      // Somebody may have written into a mapped file since the reference was seen: a step still advances.
+      length = std::max<std::size_t>(readReference(raw, c), 1);
       appendUtf8(value, c);
     } else if (is(raw.front(), kBlank)) {
       if (raw.starts_with("\r\n")) length = 2;

@@ -87,6 +87,14 @@ TEST(Scanner, GivesAttributesWithPlacesAndValues) {
   EXPECT_EQ(scanner.attribute(1)->valueBegin, scanner.attribute(1)->valueEnd);
 }
 
+TEST(Scanner, ReadsAValueToItsEndWhateverBecameOfTheBytes) {
+  std::string text = "<a b='x&amp;y'/>";
+  Scanner scanner = scannerOf(text);
+  ASSERT_EQ(scanner.next(), Token::empty);
+  text.replace(text.find(';'), 1, "&");  // as in a mapped file that somebody writes into
+  EXPECT_EQ(scanner.value(scanner.attributes()[0]).size(), 7U);
+}
+
 TEST(Scanner, DeclarationsHoldUntilTheTokenAfterTheirElement) {
   const auto meaning = [](const Scanner& scanner) {
     return std::vector<NamespaceId>{scanner.namespaceOf("w"), scanner.namespaceOf("")};
