@@ -1,4 +1,5 @@
-// Text files of any bytes: read, written back unchanged, edited, written and read again.
+// Text files of any bytes: read, in an encoding that is told or named, written back unchanged, edited,
+// written and read again.
 
 #include "plain/plain_format.h"
 
@@ -29,10 +30,23 @@ bool hasMark(ByteSpan bytes) {
          ((bytes[0] == 0xFF && bytes[1] == 0xFE) || (bytes[0] == 0xFE && bytes[1] == 0xFF));
 }
 
+bool hasUtf8Mark(ByteSpan bytes) {
+  return bytes.size() >= 3 && bytes[0] == 0xEF && bytes[1] == 0xBB && bytes[2] == 0xBF;
+}
+
+/// What is said of the encoding.
+formats::Hint hintOf(std::uint8_t choice) {
+  static const char* const names[] = {"",       "UTF-8",   "UTF-16LE", "Windows-1252", "Shift_JIS", "EUC-JP",
+                                      "GBK",    "GB18030", "Big5",     "Big5-HKSCS",   "EUC-KR",    "EUC-TW",
+                                      "KOI8-R", "CP1258",  "IBM037",   "macintosh",    "VISCII",    "CP1255"};
+  return {names[choice / 2 % std::size(names)], choice % 2 == 1 && choice > 1};
+}
+
 /// Four bytes make an edit: where (two), how many go, what comes.
 void edit(model::Model& model, const formats::Source& source, ByteSpan program) {
-  static const std::u16string texts[] = {u"",  u"\r",         u"\n",     u"x",    u"é\r",
-                                         u"→", u"\U0001F4DC", u"\xDC00", u"\r\rZ"};
+  static const std::u16string texts[] = {u"",   u"\r",         u"\n",     u"x",     u"é\r",
+                                         u"→",  u"\U0001F4DC", u"\xDC00", u"\r\rZ", u"Ж",
+                                         u"表", u"\xDC81",     u"\xD83D"};
   for (; program.size() >= 4; program = program.subspan(4)) {
     const Position last = model.length() - 1;
     const Position from = (program[0] | program[1] << 8) % (last + 1);
@@ -45,21 +59,26 @@ void edit(model::Model& model, const formats::Source& source, ByteSpan program) 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  if (size == 0) return 0;
-  const std::size_t edits = std::min<std::size_t>(data[0] % 8 * 4, size - 1);
-  const ByteSpan program(data + 1, edits);
-  const std::vector<std::uint8_t> file(data + 1 + edits, data + size);
+  if (size < 2) return 0;
+  const formats::Hint hint = hintOf(data[0]);
+  const std::size_t edits = std::min<std::size_t>(data[1] % 8 * 4, size - 2);
+  const ByteSpan program(data + 2, edits);
+  const std::vector<std::uint8_t> file(data + 2 + edits, data + size);
   const plain::PlainFormat format;
   try {
-    const formats::Opened opened = format.read(files::Bytes::of(file));
+    const formats::Opened opened = format.read(files::Bytes::of(file), hint);
     model::Model model(opened.content);
     require(written(opened, model) == file);
     edit(model, *opened.source, program);
     const std::vector<std::uint8_t> edited = written(opened, model);
-    const std::u16string again = textOf(model::Model(format.read(files::Bytes::of(edited)).content));
-    require(!hasMark(file) || again == textOf(model));
+    const std::u16string again =
+        textOf(model::Model(format.read(files::Bytes::of(edited), opened.again).content));
+    // Bytes that are no UTF-8 may meet and be a character.
+    const bool said = hint.certain && !hint.encoding.empty() && opened.encoding != "UTF-8" &&
+                      !hasMark(edited) && !hasUtf8Mark(edited);
+    require(!(said || hasMark(file)) || again == textOf(model));
   } catch (const files::DocumentError&) {
-    // Refused: UTF-32, or half of a character.
+    // Refused: an encoding that is not known, UTF-32, or half of a character.
   }
   return 0;
 }

@@ -49,7 +49,7 @@ bool DocxFormat::recognises(files::ByteSpan bytes, std::string_view extension) c
 
 std::span<const std::string_view> DocxFormat::extensions() const { return kExtensions; }
 
-formats::Opened DocxFormat::read(files::Bytes bytes) const {
+formats::Opened DocxFormat::read(files::Bytes bytes, const formats::Hint& /*hint*/) const {
   Package package = openPackage(std::move(bytes));
   const std::optional<formats::Protection> protection = protectionOf(package);
   const Styles styles = readStyles(package);

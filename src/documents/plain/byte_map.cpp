@@ -11,9 +11,9 @@ using text::Position;
 namespace {
 
 template <Encoding kEncoding>
-ByteMap::Place walk(files::ByteSpan bytes, std::size_t offset, Position units) {
+ByteMap::Place walk(files::ByteSpan bytes, const CodePage* page, std::size_t offset, Position units) {
   while (units > 0 && bytes.size() - offset >= unitSize(kEncoding)) {
-    const Token token = firstToken<kEncoding>(bytes.subspan(offset));
+    const Token token = firstToken<kEncoding>(bytes.subspan(offset), page);
     if (token.units() > units) return {offset, true};
     units -= token.units();
     offset += token.bytes;
@@ -32,8 +32,8 @@ ByteMap::Place ByteMap::placeOf(Position position) const {
   if (!decoded_) return {static_cast<std::size_t>(position), false};
   const auto behind = std::ranges::upper_bound(notes_, position, {}, &Note::position);
   const Note from = behind == notes_.begin() ? Note{0, 0} : *(behind - 1);
-  return withEncoding(encoding_, [&]<Encoding kEncoding>() {
-    return walk<kEncoding>(bytes_, from.offset, position - from.position);
+  return withEncoding(coding_.encoding, [&]<Encoding kEncoding>() {
+    return walk<kEncoding>(bytes_, coding_.page, from.offset, position - from.position);
   });
 }
 

@@ -19,7 +19,7 @@ class ByteMap {
 
   /// Of a text that lies in its bytes, each unit in one.
   ByteMap() = default;
-  ByteMap(Encoding encoding, files::ByteSpan bytes) : decoded_(true), encoding_(encoding), bytes_(bytes) {}
+  ByteMap(const Coding& coding, files::ByteSpan bytes) : decoded_(true), coding_(coding), bytes_(bytes) {}
 
   bool isDecoded() const { return decoded_; }
 
@@ -41,7 +41,7 @@ class ByteMap {
   void addNote(text::Position position, std::size_t offset);
 
   bool decoded_ = false;
-  Encoding encoding_ = Encoding::utf8;
+  Coding coding_;
   files::ByteSpan bytes_;
   std::vector<Note> notes_;
   text::Position nextNote_ = 0;

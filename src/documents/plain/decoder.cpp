@@ -14,7 +14,8 @@ namespace {
 
 /// How many units at the front have one value in the bytes and in the text.
 template <Encoding kEncoding>
-std::size_t runOf(ByteSpan bytes) {
+std::size_t runOf(ByteSpan bytes, const CodePage* page) {
+  if constexpr (kEncoding == Encoding::codePage) return page->keepsAscii() ? plainRun(bytes) : 0;
   if constexpr (!isUtf16(kEncoding)) return plainRun(bytes);
   std::size_t count = 0;
   for (; 2 * count + 1 < bytes.size(); ++count) {
@@ -34,14 +35,15 @@ class Decoder {
         storage_(storage),
         file_(file),
         units_(std::make_shared_for_overwrite<Unit[]>(bytes.size() / kUnitSize + 1)),
-        map_(kEncoding, bytes) {}
+        map_(storage.coding, bytes) {}
 
   Decoded decode() && {
     while (bytes_.size() - offset_ >= kUnitSize) {
       releaseSometimes();
       takeRun();
       takeCharacters();
-      if (bytes_.size() - offset_ >= kUnitSize) take(firstToken<kEncoding>(bytes_.subspan(offset_)));
+      if (bytes_.size() - offset_ >= kUnitSize)
+        take(firstToken<kEncoding>(bytes_.subspan(offset_), storage_.coding.page));
     }
     add(text::kParagraphMark);
     file_.release();
@@ -61,7 +63,7 @@ class Decoder {
   }
 
   void takeRun() {
-    std::size_t count = runOf<kEncoding>(bytes_.subspan(offset_));
+    std::size_t count = runOf<kEncoding>(bytes_.subspan(offset_), storage_.coding.page);
     while (count > 0) {
       map_.note(length_, offset_);
       const std::size_t part = std::min(count, static_cast<std::size_t>(ByteMap::kInterval));
@@ -85,10 +87,11 @@ class Decoder {
 
   /// Those of several bytes, which often stand together.
   void takeCharacters() {
-    if constexpr (kEncoding != Encoding::utf8) return;
+    if constexpr (kEncoding != Encoding::utf8 && kEncoding != Encoding::codePage) return;
     while (offset_ < bytes_.size() && bytes_[offset_] >= 0x80) {
+      const Character character = firstCharacter<kEncoding>(bytes_.subspan(offset_), storage_.coding.page);
+      if (character.codePoint < 0x20) return;  // a line end, perhaps
       map_.note(length_, offset_);
-      const Character character = firstOfUtf8(bytes_.subspan(offset_));
       offset_ += character.bytes;
       add(character.codePoint);
     }
@@ -137,22 +140,24 @@ bool narrowUtf16(ByteSpan bytes, Encoding encoding) {
 /// Whether every unit is below 256.
 bool isNarrow(ByteSpan bytes, const Storage& storage) {
   constexpr std::uint8_t kLastLeadBelow256 = 0xC3;
-  switch (storage.encoding) {
+  switch (storage.coding.encoding) {
     case Encoding::utf8:
-      return storage.survey.highest <= kLastLeadBelow256;
+      return storage.survey.highest <= kLastLeadBelow256 && !storage.strayBytes;
     case Encoding::windows1252:
       return !storage.survey.specials;
+    case Encoding::codePage:
+      return false;
     default:
-      return narrowUtf16(bytes, storage.encoding);
+      return narrowUtf16(bytes, storage.coding.encoding);
   }
 }
 
 }  // namespace
 
 bool liesAsText(ByteSpan bytes, const Storage& storage) {
-  const bool oneByteEach = storage.encoding == Encoding::utf8
+  const bool oneByteEach = storage.coding.encoding == Encoding::utf8
                                ? storage.survey.highest < 0x80
-                               : storage.encoding == Encoding::windows1252 && !storage.survey.specials;
+                               : storage.coding.encoding == Encoding::windows1252 && !storage.survey.specials;
   if (!oneByteEach) return false;
   if (!storage.survey.carriageReturns) return true;
   constexpr std::array<std::uint8_t, 2> kPair = {'\r', '\n'};
@@ -162,13 +167,13 @@ bool liesAsText(ByteSpan bytes, const Storage& storage) {
 LineEnd commonLineEnd(const std::array<std::size_t, 3>& counts, const Storage& storage) {
   const auto* const most = std::ranges::max_element(counts);
   if (*most > 0) return static_cast<LineEnd>(most - counts.begin());
-  const bool unixText = storage.encoding == Encoding::utf8 && storage.markLength == 0;
+  const bool unixText = storage.coding.encoding == Encoding::utf8 && storage.markLength == 0;
   return unixText ? LineEnd::lineFeed : LineEnd::carriageReturnLineFeed;
 }
 
 Decoded decode(ByteSpan bytes, const Storage& storage, const files::Bytes& file) {
   file.release();
-  return withEncoding(storage.encoding, [&]<Encoding kEncoding>() {
+  return withEncoding(storage.coding.encoding, [&]<Encoding kEncoding>() {
     if (isNarrow(bytes, storage)) return Decoder<kEncoding, std::uint8_t>(bytes, storage, file).decode();
     return Decoder<kEncoding, char16_t>(bytes, storage, file).decode();
   });

@@ -1,6 +1,9 @@
 #include "detection.h"
 
 #include "files/problem.h"
+#include "guess.h"
+#include "names.h"
+#include "sample.h"
 #include "text/positions.h"
 #include "token.h"
 
@@ -12,6 +15,8 @@ namespace pluvo::plain {
 namespace {
 
 using files::ByteSpan;
+using files::DocumentError;
+using files::Problem;
 
 bool startsWith(ByteSpan bytes, std::initializer_list<std::uint8_t> mark) {
   return bytes.size() >= mark.size() && std::ranges::equal(bytes.first(mark.size()), mark);
@@ -49,38 +54,119 @@ bool readsAsUtf16(ByteSpan bytes) {
   return !pairOpen && latin >= count / 2;
 }
 
-Encoding encodingWithoutMark(ByteSpan bytes, const Survey& survey) {
-  if (survey.lowest == 0) {  // as every Latin letter in UTF-16 has it
-    if (readsAsUtf16<Encoding::utf16Little>(bytes)) return Encoding::utf16Little;
-    if (readsAsUtf16<Encoding::utf16Big>(bytes)) return Encoding::utf16Big;
+/// How much of a text is UTF-8, up to the point where it is certainly not.
+struct Utf8Share {
+  std::size_t characters = 0;  ///< of several bytes
+  std::size_t strays = 0;
+};
+
+Utf8Share utf8ShareOf(ByteSpan bytes) {
+  constexpr std::size_t kMany = 1000;
+  Utf8Share share;
+  while (!bytes.empty()) {
+    if (share.strays >= kMany && share.characters / 10 < share.strays) break;
+    const std::size_t run = bytes[0] < 0x80 ? std::max<std::size_t>(plainRun(bytes), 1) : 0;
+    bytes = bytes.subspan(run);
+    while (!bytes.empty() && bytes[0] >= 0x80) {
+      const Character character = firstOfUtf8(bytes);
+      ++(character.valid ? share.characters : share.strays);
+      bytes = bytes.subspan(character.bytes);
+    }
   }
-  return survey.highest < 0x80 || isUtf8(bytes) ? Encoding::utf8 : Encoding::windows1252;
+  return share;
+}
+
+/// In other encodings hardly one character in ten looks like UTF-8, so ten to one the other way are certain.
+bool isUtf8ButForAFew(const Utf8Share& share) { return share.characters / 10 >= share.strays; }
+
+/// No text is this in another encoding, and the detector would not know.
+bool isMixedWithUtf8(const Utf8Share& share) {
+  return share.characters >= 2 && share.characters >= share.strays;
+}
+
+DocumentError untold(bool mixed) {
+  if (mixed)
+    return {Problem::encoding, "The text is partly UTF-8 and partly not, so its encoding cannot be told.",
+            "Mend it, or say how to read it with --encoding NAME (as UTF-8, bytes that are none stay as they "
+            "are)."};
+  return {Problem::encoding, "The encoding of this text cannot be told for certain from the text alone.",
+          "Say which one it is with --encoding NAME, for instance --encoding Windows-1252."};
+}
+
+/// Throws where a byte means nothing in the encoding.
+void requireDecodes(ByteSpan bytes, const Named& named) {
+  if (named.coding.encoding != Encoding::codePage) return;
+  std::size_t line = 1;
+  forEachToken(bytes, named.coding, [&](const Token& token) {
+    if (isStray(token.codePoint))
+      throw DocumentError(Problem::encoding,
+                          "The text is not " + named.name + ": line " + std::to_string(line) +
+                              " holds a byte that means nothing in it.",
+                          "Give another --encoding NAME, or leave the option out where the text tells its "
+                          "encoding.");
+    if (token.lineEnd) ++line;
+  });
+}
+
+/// Without a mark.
+Storage storageOf(ByteSpan bytes, const formats::Hint& hint) {
+  Storage storage;
+  storage.survey = surveyOf(bytes);
+  const auto as = [&](const Named& named) {
+    storage.coding = named.coding;
+    storage.name = named.name;
+    return storage;
+  };
+  const auto said = [&](const Named& named) {
+    storage.strayBytes = named.coding.encoding == Encoding::utf8 && !isUtf8(bytes);
+    requireDecodes(bytes, named);
+    return as(named);
+  };
+  std::optional<Named> named;
+  if (!hint.encoding.empty()) named = encodingOf(hint.encoding);
+  const bool zeros = storage.survey.lowest == 0;  // as every Latin letter in UTF-16 has it
+  if (named && (hint.certain || (zeros && isUtf16(named->coding.encoding)))) return said(*named);
+  if (zeros && readsAsUtf16<Encoding::utf16Little>(bytes)) return as({{Encoding::utf16Little}, "UTF-16LE"});
+  if (zeros && readsAsUtf16<Encoding::utf16Big>(bytes)) return as({{Encoding::utf16Big}, "UTF-16BE"});
+  if (storage.survey.highest < 0x80) return named ? said(*named) : as(utf8Named());
+  if (isUtf8(bytes)) return as(utf8Named());
+  const Utf8Share share = utf8ShareOf(bytes);
+  if (isUtf8ButForAFew(share)) {
+    storage.strayBytes = storage.guessed = true;
+    return as(utf8Named());
+  }
+  if (named) return said(*named);
+  if (zeros || isMixedWithUtf8(share)) throw untold(!zeros);
+  const auto guess = guessed(bytes, storage.survey);
+  if (!guess) throw untold(false);
+  storage.guessed = true;
+  return as(*guess);
 }
 
 /// Before anything looks at all of the bytes.
 void requireReachable(ByteSpan bytes, std::size_t bytesPerUnit) {
   if (bytes.size() / bytesPerUnit >= static_cast<std::size_t>(text::kMaxLength))
-    throw files::DocumentError(files::Problem::tooLarge,
-                               "The text has more than two thousand million characters; split the file.");
+    throw DocumentError(Problem::tooLarge,
+                        "The text has more than two thousand million characters; split the file.");
 }
 
 }  // namespace
 
-Storage detect(ByteSpan bytes) {
+Storage detect(ByteSpan bytes, const formats::Hint& hint) {
   const bool wholeUtf32 = bytes.size() % 4 == 0;
   if (wholeUtf32 && (startsWith(bytes, {0xFF, 0xFE, 0, 0}) || startsWith(bytes, {0, 0, 0xFE, 0xFF})))
-    throw files::DocumentError(
-        files::Problem::unsupported,
-        "The text is stored as UTF-32, which is not read here; save it as UTF-8 first.");
+    throw DocumentError(Problem::unsupported,
+                        "The text is stored as UTF-32, which is not read here; save it as UTF-8 first.");
   const bool little = startsWith(bytes, {0xFF, 0xFE});
   const bool big = startsWith(bytes, {0xFE, 0xFF});
   requireReachable(bytes, little || big ? 2 : 1);
-  if (little) return {Encoding::utf16Little, 2, surveyOf(bytes.subspan(2))};
-  if (big) return {Encoding::utf16Big, 2, surveyOf(bytes.subspan(2))};
-  if (startsWith(bytes, {0xEF, 0xBB, 0xBF}) && isUtf8(bytes))
-    return {Encoding::utf8, 3, surveyOf(bytes.subspan(3))};
-  const Survey survey = surveyOf(bytes);
-  return {encodingWithoutMark(bytes, survey), 0, survey};
+  if (little) return {{Encoding::utf16Little}, 2, surveyOf(bytes.subspan(2)), false, "UTF-16LE"};
+  if (big) return {{Encoding::utf16Big}, 2, surveyOf(bytes.subspan(2)), false, "UTF-16BE"};
+  if (startsWith(bytes, {0xEF, 0xBB, 0xBF})) {
+    const ByteSpan content = bytes.subspan(3);
+    return {{Encoding::utf8}, 3, surveyOf(content), !isUtf8(content), "UTF-8"};
+  }
+  return storageOf(bytes, hint);
 }
 
 }  // namespace pluvo::plain

@@ -2,18 +2,26 @@
 
 #include "encoding.h"
 #include "files/bytes.h"
+#include "formats/format.h"
 #include "survey.h"
+
+#include <string>
 
 namespace pluvo::plain {
 
 /// How a text is stored.
 struct Storage {
-  Encoding encoding = Encoding::utf8;
+  Coding coding;
   std::size_t markLength = 0;  ///< of the byte order mark
-  Survey survey;               ///< of the bytes behind the mark
+  Survey survey;               ///< of the bytes after the mark
+  bool strayBytes = false;     ///< some bytes of this UTF-8 are no characters
+  std::string name;            ///< of the encoding
+  /// Whether neither bytes nor user said so for certain.
+  bool guessed = false;
 };
 
-/// Throws files::DocumentError: unsupported for UTF-32, too-large where positions might not reach to the end.
-Storage detect(files::ByteSpan bytes);
+/// Throws files::DocumentError: encoding where nothing tells it, unsupported for UTF-32, too-large where
+/// positions might not reach to the end.
+Storage detect(files::ByteSpan bytes, const formats::Hint& hint);
 
 }  // namespace pluvo::plain

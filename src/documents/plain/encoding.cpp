@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 
 namespace pluvo::plain {
 
@@ -17,19 +18,6 @@ constexpr std::array<char16_t, 32> kSpecials = {
 
 }  // namespace
 
-std::string_view nameOf(Encoding encoding) {
-  switch (encoding) {
-    case Encoding::utf8:
-      return "UTF-8";
-    case Encoding::utf16Little:
-    case Encoding::utf16Big:
-      return "UTF-16";
-    case Encoding::windows1252:
-      return "Windows-1252";
-  }
-  return "";
-}
-
 char16_t unitOfWindows1252(std::uint8_t byte) {
   const std::size_t special = static_cast<std::size_t>(byte) - kFirstSpecial;
   return special < kSpecials.size() ? kSpecials[special] : byte;
@@ -40,6 +28,18 @@ std::optional<std::uint8_t> windows1252Of(char16_t unit) {
   const auto* const special = std::ranges::find(kSpecials, unit);
   if (special == kSpecials.end()) return std::nullopt;
   return static_cast<std::uint8_t>(kFirstSpecial + (special - kSpecials.begin()));
+}
+
+bool isAssignedInWindows1252(files::ByteSpan bytes) {
+  constexpr std::array<std::uint8_t, 5> kUnassigned = {0x81, 0x8D, 0x8F, 0x90, 0x9D};
+  constexpr std::size_t kAtOnce = std::size_t{16} * 1024;  // stays near the processor for five looks
+  for (files::ByteSpan rest = bytes; !rest.empty();) {
+    const files::ByteSpan part = rest.first(std::min(rest.size(), kAtOnce));
+    for (const std::uint8_t byte : kUnassigned)
+      if (std::memchr(part.data(), byte, part.size()) != nullptr) return false;
+    rest = rest.subspan(part.size());
+  }
+  return true;
 }
 
 }  // namespace pluvo::plain

@@ -32,20 +32,25 @@ bool PlainFormat::recognises(ByteSpan bytes, std::string_view extension) const {
 
 std::span<const std::string_view> PlainFormat::extensions() const { return kExtensions; }
 
-formats::Opened PlainFormat::read(files::Bytes bytes) const {
-  const Storage storage = detect(bytes.view);
+formats::Opened PlainFormat::read(files::Bytes bytes, const formats::Hint& hint) const {
+  const Storage storage = detect(bytes.view, hint);
   const ByteSpan content = bytes.view.subspan(storage.markLength);
+  const auto opened = [&](text::OriginalText text, LineEnd lineEnd, ByteMap map) {
+    return formats::Opened{model::plainContent(std::move(text)),
+                           std::make_unique<PlainSource>(std::move(bytes), storage, lineEnd, std::move(map)),
+                           std::nullopt,
+                           storage.name,
+                           storage.guessed,
+                           storage.guessed ? formats::Hint{storage.name} : hint};
+  };
   if (liesAsText(content, storage)) {
     static_assert(files::Bytes::kBehind == text::kParagraphMark);
     text::OriginalText text(ByteSpan(content.data(), content.size() + 1), true, bytes.owner);
     const LineEnd lineEnd = commonLineEndOf(content, storage);
-    return {model::plainContent(std::move(text)),
-            std::make_unique<PlainSource>(std::move(bytes), storage, lineEnd, ByteMap())};
+    return opened(std::move(text), lineEnd, ByteMap());
   }
   Decoded decoded = decode(content, storage, bytes);
-  return {model::plainContent(std::move(decoded.text)),
-          std::make_unique<PlainSource>(std::move(bytes), storage, decoded.commonLineEnd,
-                                        std::move(decoded.map))};
+  return opened(std::move(decoded.text), decoded.commonLineEnd, std::move(decoded.map));
 }
 
 }  // namespace pluvo::plain

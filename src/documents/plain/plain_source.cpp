@@ -11,16 +11,16 @@ namespace pluvo::plain {
 using text::Position;
 
 std::optional<std::string> PlainSource::refusesText(std::u16string_view newText) const {
-  const auto point = firstWithoutPlace(storage_.encoding, newText);
+  const auto point = firstWithoutPlace(storage_.coding, newText);
   if (!point) return std::nullopt;
   std::array<char, 16> name = {};
   std::snprintf(name.data(), name.size(), "U+%04X", static_cast<unsigned>(*point));
-  if (storage_.encoding == Encoding::utf8)
-    return std::string("The new text holds half of a character (") + name.data() +
-           "), which UTF-8, the encoding of this file, has no place for; give whole characters.";
-  return std::string("The new text holds the character ") + name.data() +
-         ", which Windows-1252, the encoding of this file, does not have; save the file as UTF-8 first, or "
-         "leave the character out.";
+  if (*point >= 0xD800 && *point < 0xE000)
+    return std::string("The new text holds half of a character (") + name.data() + "), which " +
+           storage_.name + ", the encoding of this file, has no place for; give whole characters.";
+  return std::string("The new text holds the character ") + name.data() + ", which " + storage_.name +
+         ", the encoding of this file, does not have; save the file as UTF-8 first, or leave the character "
+         "out.";
 }
 
 void PlainSource::copyPiece(const text::OriginalText& original, Position from, Position to,
@@ -44,7 +44,7 @@ void PlainSource::copyPiece(const text::OriginalText& original, Position from, P
 
 void PlainSource::write(const model::Model& model, files::Output& out) const {
   out.write(bytes_.view.first(storage_.markLength));
-  Writer writer(storage_.encoding, lineEnd_, out);
+  Writer writer(storage_.coding, storage_.name, lineEnd_, out);
   Position left = model.length() - 1;  // the last paragraph mark has no bytes
   model.text().forEachPiece([&](const text::Piece& piece, std::u16string_view newText) {
     const Position length = std::min(piece.length, left);
@@ -56,7 +56,7 @@ void PlainSource::write(const model::Model& model, files::Output& out) const {
       copyPiece(model.text().original(), piece.original, piece.original + length, writer);
   });
   writer.finish();
-  const std::size_t odd = (bytes_.view.size() - storage_.markLength) % unitSize(storage_.encoding);
+  const std::size_t odd = (bytes_.view.size() - storage_.markLength) % unitSize(storage_.coding.encoding);
   out.write(bytes_.view.last(odd));  // half of a unit at the end of the file
 }
 

@@ -5,14 +5,6 @@
 
 namespace pluvo::plain {
 
-/// The smallest piece of a text that has bytes of its own, but for line ends: a character, or half of a
-/// surrogate pair in UTF-16.
-struct Character {
-  char32_t codePoint = 0;
-  std::uint8_t bytes = 0;
-  bool valid = true;  ///< false: one byte that means nothing in the encoding, as U+FFFD
-};
-
 /// A character or a whole line end.
 struct Token {
   char32_t codePoint = 0;  ///< 13 for every line end
@@ -30,9 +22,9 @@ char16_t utf16UnitAt(files::ByteSpan bytes, std::size_t at) {
 }
 
 inline Character firstOfUtf8(files::ByteSpan bytes) {
-  constexpr Character kInvalid = {0xFFFD, 1, false};
   const char32_t lead = bytes[0];
   if (lead < 0x80) return {lead, 1};
+  const Character stray = strayByte(bytes[0]);
   bool sound = true;
   const auto follower = [&](std::size_t i) -> char32_t {
     const std::uint8_t byte = i < bytes.size() ? bytes[i] : 0;
@@ -41,36 +33,38 @@ inline Character firstOfUtf8(files::ByteSpan bytes) {
   };
   if (lead < 0xE0) {
     const char32_t point = (lead & 0x1F) << 6 | follower(1);
-    return sound && lead >= 0xC2 ? Character{point, 2} : kInvalid;
+    return sound && lead >= 0xC2 ? Character{point, 2} : stray;
   }
   if (lead < 0xF0) {
     const char32_t point = (lead & 0x0F) << 12 | follower(1) << 6 | follower(2);
     const bool surrogate = point >= 0xD800 && point < 0xE000;
-    return sound && point >= 0x800 && !surrogate ? Character{point, 3} : kInvalid;
+    return sound && point >= 0x800 && !surrogate ? Character{point, 3} : stray;
   }
   const char32_t point = (lead & 0x07) << 18 | follower(1) << 12 | follower(2) << 6 | follower(3);
-  return sound && lead < 0xF5 && point >= 0x10000 && point < 0x110000 ? Character{point, 4} : kInvalid;
+  return sound && lead < 0xF5 && point >= 0x10000 && point < 0x110000 ? Character{point, 4} : stray;
 }
 
 template <Encoding kEncoding>
-Character firstCharacter(files::ByteSpan bytes) {
+Character firstCharacter(files::ByteSpan bytes, const CodePage* page) {
   if constexpr (kEncoding == Encoding::utf8) return firstOfUtf8(bytes);
   if constexpr (kEncoding == Encoding::windows1252) return {unitOfWindows1252(bytes[0]), 1};
+  if constexpr (kEncoding == Encoding::codePage) return page->first(bytes);
   return {utf16UnitAt<kEncoding>(bytes, 0), 2};
 }
 
 /// The token at the front of bytes, which hold at least one unit. Whatever the bytes are, it lies within
 /// them.
 template <Encoding kEncoding>
-Token firstToken(files::ByteSpan bytes) {
-  const Character character = firstCharacter<kEncoding>(bytes);
+Token firstToken(files::ByteSpan bytes, const CodePage* page) {
+  const Character character = firstCharacter<kEncoding>(bytes, page);
   Token token = {character.codePoint, character.bytes};
   if (token.codePoint == U'\n') {
     token.lineEnd = LineEnd::lineFeed;
     token.codePoint = U'\r';
   } else if (token.codePoint == U'\r') {
     const files::ByteSpan rest = bytes.subspan(character.bytes);
-    const bool pair = rest.size() >= character.bytes && firstCharacter<kEncoding>(rest).codePoint == U'\n';
+    const bool pair =
+        rest.size() >= character.bytes && firstCharacter<kEncoding>(rest, page).codePoint == U'\n';
     token.lineEnd = pair ? LineEnd::carriageReturnLineFeed : LineEnd::carriageReturn;
     if (pair) token.bytes = static_cast<std::uint8_t>(2 * character.bytes);
   }
@@ -87,6 +81,8 @@ auto withEncoding(Encoding encoding, Work work) {
       return work.template operator()<Encoding::utf16Big>();
     case Encoding::windows1252:
       return work.template operator()<Encoding::windows1252>();
+    case Encoding::codePage:
+      return work.template operator()<Encoding::codePage>();
     case Encoding::utf8:
       break;
   }

@@ -8,6 +8,8 @@
 namespace pluvo::plain {
 
 using files::ByteSpan;
+using files::DocumentError;
+using files::Problem;
 
 namespace {
 
@@ -18,40 +20,54 @@ char32_t joined(char16_t first, char16_t second) {
   return 0x10000 + (static_cast<char32_t>(first - 0xD800) << 10) + (second - 0xDC00);
 }
 
-files::DocumentError cutInTwo() {
-  return {files::Problem::encoding,
-          "The change cuts a character in two, and the file's encoding, UTF-8, has no place for half of one; "
-          "extend the text to whole characters."};
-}
-
-char16_t unitAt(Encoding encoding, ByteSpan bytes, std::size_t at) {
-  switch (encoding) {
-    case Encoding::utf16Little:
-      return utf16UnitAt<Encoding::utf16Little>(bytes, at);
-    case Encoding::utf16Big:
-      return utf16UnitAt<Encoding::utf16Big>(bytes, at);
+bool hasPlace(const Coding& coding, char32_t point) {
+  switch (coding.encoding) {
+    case Encoding::windows1252:
+      return point <= 0xFFFF && windows1252Of(static_cast<char16_t>(point));
+    case Encoding::codePage:
+      return coding.page->encoded(point).has_value();
     default:
-      return bytes[at];
+      return true;
   }
 }
 
 }  // namespace
 
-std::optional<char32_t> firstWithoutPlace(Encoding encoding, std::u16string_view text) {
-  if (isUtf16(encoding)) return std::nullopt;
+std::optional<char32_t> firstWithoutPlace(const Coding& coding, std::u16string_view text) {
+  if (isUtf16(coding.encoding)) return std::nullopt;
   for (std::size_t i = 0; i < text.size(); ++i) {
     const bool pair = isFirstHalf(text[i]) && i + 1 < text.size() && isSecondHalf(text[i + 1]);
     const char32_t point = pair ? joined(text[i], text[i + 1]) : text[i];
     const bool half = !pair && (isFirstHalf(text[i]) || isSecondHalf(text[i]));
-    if (encoding == Encoding::utf8 ? half : pair || !windows1252Of(text[i])) return point;
+    const bool isMark = point == U'\r' || point == U'\n';  // written as a line end, whatever it is
+    if (half || (!isMark && !hasPlace(coding, point))) return point;
     if (pair) ++i;
   }
   return std::nullopt;
 }
 
+DocumentError Writer::cutInTwo() const {
+  return {Problem::encoding, "The change cuts a character in two, and the file's encoding, " +
+                                 std::string(name_) +
+                                 ", has no place for half of one; extend the text to whole characters."};
+}
+
+char16_t Writer::unitAt(ByteSpan bytes, std::size_t at) const {
+  switch (coding_.encoding) {
+    case Encoding::utf16Little:
+      return utf16UnitAt<Encoding::utf16Little>(bytes, at);
+    case Encoding::utf16Big:
+      return utf16UnitAt<Encoding::utf16Big>(bytes, at);
+    case Encoding::codePage:
+      return static_cast<char16_t>(coding_.page->first(bytes.subspan(at, 1)).codePoint);
+    default:
+      return bytes[at];
+  }
+}
+
 void Writer::copy(ByteSpan bytes, const std::function<void()>& pause) {
   if (bytes.empty()) return;
-  keepLineEndsApart(unitAt(encoding_, bytes, 0));
+  keepLineEndsApart(unitAt(bytes, 0));
   requireWholeCharacter();
   flush();
   constexpr std::size_t kAtOnce = std::size_t{8} * 1024 * 1024;
@@ -61,7 +77,7 @@ void Writer::copy(ByteSpan bytes, const std::function<void()>& pause) {
     rest = rest.subspan(part.size());
     if (part.size() == kAtOnce) pause();
   }
-  afterCarriageReturn_ = unitAt(encoding_, bytes, bytes.size() - unitSize(encoding_)) == u'\r';
+  afterCarriageReturn_ = unitAt(bytes, bytes.size() - unitSize(coding_.encoding)) == u'\r';
 }
 
 void Writer::encode(std::u16string_view text) {
@@ -71,15 +87,15 @@ void Writer::encode(std::u16string_view text) {
 }
 
 void Writer::encode(char16_t unit) {
-  if (isUtf16(encoding_) && unit != u'\r' && unit != u'\n') return putUnit(unit);
+  if (isUtf16() && unit != u'\r' && unit != u'\n') return putUnit(unit);
   if (firstHalf_ != 0 && isSecondHalf(unit)) {
     putPoint(joined(firstHalf_, unit));
     firstHalf_ = 0;
     return;
   }
   requireWholeCharacter();
-  if (encoding_ == Encoding::utf8 && isSecondHalf(unit)) throw cutInTwo();
-  if (encoding_ == Encoding::utf8 && isFirstHalf(unit)) {
+  if (!isUtf16() && isSecondHalf(unit)) throw cutInTwo();
+  if (!isUtf16() && isFirstHalf(unit)) {
     firstHalf_ = unit;
   } else if (unit == u'\r' || unit == u'\n') {
     putLineEnd();
@@ -102,15 +118,7 @@ void Writer::putLineEnd() {
 
 void Writer::putPoint(char32_t point) {
   afterCarriageReturn_ = false;
-  if (encoding_ == Encoding::windows1252) {
-    const auto byte = windows1252Of(static_cast<char16_t>(point));
-    if (!byte)
-      throw files::DocumentError(
-          files::Problem::encoding,
-          "The new text holds a character that Windows-1252, the encoding of this file, does not "
-          "have; save the file as UTF-8 first.");
-    return putByte(*byte);
-  }
+  if (coding_.encoding != Encoding::utf8) return putInCodePage(point);
   if (point < 0x80) return putByte(point);
   if (point < 0x800) {
     putByte(0xC0 | point >> 6);
@@ -125,10 +133,24 @@ void Writer::putPoint(char32_t point) {
   putByte(0x80 | (point & 0x3F));
 }
 
+void Writer::putInCodePage(char32_t point) {
+  if (coding_.encoding == Encoding::windows1252) {
+    if (const auto byte = point > 0xFFFF ? std::nullopt : windows1252Of(static_cast<char16_t>(point)))
+      return putByte(*byte);
+  } else if (const auto encoded = coding_.page->encoded(point)) {
+    encoded_.insert(encoded_.end(), encoded->bytes.begin(), encoded->bytes.begin() + encoded->count);
+    return;
+  }
+  throw DocumentError(Problem::encoding, "The new text holds a character that " + std::string(name_) +
+                                             ", the encoding of this file, does not have; save the file as "
+                                             "UTF-8 first.");
+}
+
 void Writer::putUnit(char16_t unit) {
   afterCarriageReturn_ = false;
-  if (!isUtf16(encoding_)) return putByte(unit);
-  const bool little = encoding_ == Encoding::utf16Little;
+  if (coding_.encoding == Encoding::codePage) return putInCodePage(unit);
+  if (!isUtf16()) return putByte(unit);
+  const bool little = coding_.encoding == Encoding::utf16Little;
   putByte(little ? unit & 0xFF : unit >> 8);
   putByte(little ? unit >> 8 : unit & 0xFF);
 }

@@ -2,6 +2,7 @@
 
 #include "encoding.h"
 #include "files/bytes.h"
+#include "files/problem.h"
 
 #include <functional>
 #include <optional>
@@ -11,13 +12,14 @@
 namespace pluvo::plain {
 
 /// The first character of a text that the encoding cannot hold.
-std::optional<char32_t> firstWithoutPlace(Encoding encoding, std::u16string_view text);
+std::optional<char32_t> firstWithoutPlace(const Coding& coding, std::u16string_view text);
 
 /// Writes a text made of new units and of bytes that are copied, in one encoding.
 class Writer {
  public:
-  Writer(Encoding encoding, LineEnd lineEnd, files::Output& out)
-      : encoding_(encoding), lineEnd_(lineEnd), out_(out) {}
+  /// The name is the encoding's, for messages.
+  Writer(const Coding& coding, std::string_view name, LineEnd lineEnd, files::Output& out)
+      : coding_(coding), name_(name), lineEnd_(lineEnd), out_(out) {}
 
   /// Whole tokens of a file in the same encoding. Calls pause every few megabytes.
   void copy(files::ByteSpan bytes, const std::function<void()>& pause);
@@ -31,13 +33,19 @@ class Writer {
   void encode(char16_t unit);
   void putLineEnd();
   void putPoint(char32_t point);
+  void putInCodePage(char32_t point);
   void putUnit(char16_t unit);
   void putByte(unsigned byte) { encoded_.push_back(static_cast<std::uint8_t>(byte)); }
   void keepLineEndsApart(char16_t next);
   void requireWholeCharacter() const;
   void flush();
 
-  Encoding encoding_;
+  bool isUtf16() const { return plain::isUtf16(coding_.encoding); }
+  char16_t unitAt(files::ByteSpan bytes, std::size_t at) const;
+  files::DocumentError cutInTwo() const;
+
+  Coding coding_;
+  std::string_view name_;
   LineEnd lineEnd_;
   files::Output& out_;
   std::vector<std::uint8_t> encoded_;

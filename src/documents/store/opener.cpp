@@ -16,6 +16,13 @@ namespace {
 /// Of whoever has the document open.
 constexpr const char* kWhatToDo = " Save the text under another name, or close it and open the file again.";
 
+/// Of whoever works on files that nobody opened.
+constexpr const char* kChooseThere = " Open it by itself, and choose its encoding there.";
+
+std::string withoutAdvice(const DocumentError& error) {
+  return error.happened().empty() ? error.what() : error.happened();
+}
+
 errors::Fault faultOf(std::int32_t number, const std::string& path, const std::string& trouble) {
   const std::string name = path.substr(path.rfind('/') + 1);
   return {number, errors::nameText(name) + u": " + errors::utf16(trouble)};
@@ -71,14 +78,35 @@ void StoredFile::run(const std::string& path, const std::function<void()>& work)
 StoreOpener::StoreOpener(Store store, SaveAsChooser chooser, Running running)
     : store_(std::move(store)), chooser_(std::move(chooser)), running_(std::move(running)) {}
 
+std::unique_ptr<StoredDocument> StoreOpener::openStored(const std::string& path) {
+  std::string encoding = readAs_;
+  for (;;) {
+    try {
+      std::unique_ptr<StoredDocument> stored;
+      running_([&] {
+        stored = store_.open(path, {.temporaryFiles = true,
+                                    .protectedDocuments = true,
+                                    .hint = {.encoding = encoding, .certain = !encoding.empty()}});
+      });
+      return stored;
+    } catch (const DocumentError& error) {
+      if (error.problem() != Problem::encoding || !encodingChooser_) throw;
+      const auto chosen = encodingChooser_(path, withoutAdvice(error));
+      if (!chosen) throw;
+      encoding = *chosen;
+    }
+  }
+}
+
 memory::OpenedFile StoreOpener::open(const std::string& path) {
   try {
-    std::unique_ptr<StoredDocument> stored;
-    running_([&] { stored = store_.open(path, {.temporaryFiles = true, .protectedDocuments = true}); });
+    auto stored = openStored(path);
     const auto document = stored->document();
     return {document, std::make_shared<StoredFile>(std::move(stored), chooser_, running_)};
   } catch (const DocumentError& error) {
-    throw faultOf(openingFault(error.problem()), path, error.what());
+    const bool untold = error.problem() == Problem::encoding;
+    throw faultOf(openingFault(error.problem()), path,
+                  untold ? withoutAdvice(error) + kChooseThere : error.what());
   }
 }
 

@@ -36,6 +36,16 @@ DocumentError otherText() {
           "order mark, or as .docx, first."};
 }
 
+formats::Opened readAgain(const formats::Format& format, const files::Bytes& written,
+                          const formats::Hint& hint) {
+  try {
+    return format.read(written, hint);
+  } catch (const DocumentError& unreadable) {
+    if (unreadable.problem() == Problem::encoding) throw otherText();
+    throw;
+  }
+}
+
 }  // namespace
 
 std::optional<DocumentError> StoredDocument::obstacle() const {
@@ -96,11 +106,11 @@ files::NewVersion StoredDocument::newVersion(const std::string& path, const Save
             requireWhole(bytes_);
           },
           [registry = registry_, format = format_, bytes = bytes_, text = document_->model().text(),
-           extension = std::string(formats::extensionOf(path))](const files::Bytes& written) {
+           extension = std::string(formats::extensionOf(path)), hint = again_](const files::Bytes& written) {
             if (registry->find(written.view, extension) != format) throw otherText();
             // So that never more than one of the two files is in memory.
             bytes.release();
-            const formats::Opened again = format->read(written);
+            const formats::Opened again = readAgain(*format, written, hint);
             const auto release = [&] {
               bytes.release();
               written.release();
@@ -125,7 +135,7 @@ std::unique_ptr<StoredDocument> Store::open(const std::string& path, const Also&
   opened->system_ = system_;
   opened->registry_ = registry_;
   opened->format_ = &registry_->formatOf(file.bytes.view, formats::extensionOf(path));
-  formats::Opened read = opened->format_->read(file.bytes);
+  formats::Opened read = opened->format_->read(file.bytes, also.hint);
   if (also.forReading) read.protection.reset();
   if (read.protection && !also.protectedDocuments)
     throw DocumentError(
@@ -133,6 +143,9 @@ std::unique_ptr<StoredDocument> Store::open(const std::string& path, const Also&
         "The document is protected against editing; lift the protection in a word processor, or "
         "give its password with --password-file (an empty file where it has none).");
   opened->source_ = std::move(read.source);
+  opened->encoding_ = std::move(read.encoding);
+  opened->isEncodingGuessed_ = read.isEncodingGuessed;
+  opened->again_ = std::move(read.again);
   opened->document_ =
       memory::MemoryDocument::create(std::move(read.content), opened->source_, errors::nameText(name), path);
   if (read.protection) opened->document_->protect(read.protection->type, read.protection->isLiftedBy);

@@ -19,7 +19,7 @@ class NamedFormat final : public Format {
     if (byExtension_) return extension == name_;
     return std::string(bytes.begin(), bytes.end()).starts_with(name_);
   }
-  Opened read(files::Bytes) const override { return {}; }
+  Opened read(files::Bytes, const Hint&) const override { return {}; }
 
  private:
   std::string name_;

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -30,6 +31,7 @@ struct Kind {
   bool halves = false;    ///< the halves of a pair have bytes of their own
   std::u16string sample;  ///< characters that tell this encoding from others
   std::u16string beside;  ///< a text that can be inserted
+  std::string hint = {};  ///< the encoding, where the bytes do not tell it
 };
 
 const std::vector<Kind>& kinds() {
@@ -45,6 +47,15 @@ const std::vector<Kind>& kinds() {
   const auto windows = [=](std::u16string_view c) {
     return c == u"€" ? "\x80" : c == u"”" ? "\x94" : latin(c);
   };
+  // A backslash is the second byte of 表 and ソ; 汉 and 𠀀 have two and four bytes.
+  const auto several = [=](std::u16string_view c) {
+    static const std::map<std::u16string, std::string, std::less<>> bytes = {
+        {u"表", "\x95\x5C"}, {u"ソ", "\x83\x5C"}, {u"ｱ", "\xB1"},
+        {u"汉", "\xBA\xBA"}, {u"é", "\xA8\xA6"},  {u"\U00020000", "\x95\x32\x82\x36"}};
+    const auto known = bytes.find(c);
+    return known == bytes.end() ? latin(c) : known->second;
+  };
+  const auto stray = [=](std::u16string_view c) { return c[0] == 0xDCFF ? "\xFF" : utf8(c); };
   static const std::vector<Kind> all = {
       {"ASCII", "", utf8, false, u"plain text\t\x0C\x0B\x01\x07\x13\x14\x15\x1F.", u"new"},
       {"UTF-8, all below 256", "", utf8, false, u"Grüße, naïve\u00A0", u"é"},
@@ -56,8 +67,12 @@ const std::vector<Kind>& kinds() {
       {"UTF-16 big, narrow", "\xFE\xFF", big, true, u"Grüße", u"→"},
       {"UTF-16 little without mark", "", little, true, u"Mostly Latin Grüße → \U0001F4DC", u"ü"},
       {"UTF-16 big without mark", "", big, true, u"Mostly Latin Grüße →", u"ü"},
-      {"Windows-1252, Latin-1 part", "", latin, false, u"Grüße \u00FFx", u"ü"},
-      {"Windows-1252", "", windows, false, u"Grüße € \u0081 x", u"”"}};
+      {"UTF-8 with stray bytes", "", stray, false,
+       u"Große Köche äßen Grütze übers Maß, fünf Bögen müßten völlig genügen\xDCFF!", u"é"},
+      {"Windows-1252, Latin-1 part", "", latin, false, u"Grüße \u00FFx", u"ü", "Windows-1252"},
+      {"Windows-1252", "", windows, false, u"Grüße € \u0081 x", u"”", "Windows-1252"},
+      {"Shift_JIS", "", several, false, u"表ソ\\ｱx", u"ソ表", "Shift_JIS"},
+      {"GB18030", "", several, false, u"汉\U00020000é x", u"\U00020000", "GB18030"}};
   return all;
 }
 
@@ -91,8 +106,8 @@ std::string joined(const Kind& kind, const Cells& cells) {
 }
 
 std::u16string textOf(const Model& model) { return model.text().substring(0, model.length()); }
-std::u16string textOf(const std::string& file) {
-  return textOf(Model(PlainFormat().read(bytesOf(file)).content));
+std::u16string textOf(const std::string& file, const formats::Hint& hint) {
+  return textOf(Model(PlainFormat().read(bytesOf(file), hint).content));
 }
 
 std::string written(const Opened& opened, const Model& model) {
@@ -139,9 +154,7 @@ Sample sampleOf(const Kind& kind, const Ends& ends, bool endsWithLine) {
 
 std::string insertedEnd(const Kind& kind, const Ends& ends) {
   if (!ends.inserted.empty()) return ends.inserted;
-  return kind.mark.empty() && kind.encode(u"a").size() == 1 && kind.name.find("Windows") == std::string::npos
-             ? "\n"
-             : "\r\n";
+  return kind.mark.empty() && kind.encode(u"a").size() == 1 && kind.hint.empty() ? "\n" : "\r\n";
 }
 
 TEST(PlainFormat, EveryEncodingAndLineEndSurvivesEdits) {
@@ -155,7 +168,7 @@ TEST(PlainFormat, EveryEncodingAndLineEndSurvivesEdits) {
         SCOPED_TRACE(kind.name + ", " + ends.name);
         Sample sample = sampleOf(kind, ends, endsWithLine);
         const std::string file = joined(kind, sample.cells);
-        const Opened opened = PlainFormat().read(bytesOf(file));
+        const Opened opened = PlainFormat().read(bytesOf(file), {kind.hint});
         Model model(opened.content);
         ASSERT_EQ(textOf(model), sample.text + u'\r');
         ASSERT_EQ(written(opened, model), file);
@@ -189,7 +202,7 @@ TEST(PlainFormat, EveryEncodingAndLineEndSurvivesEdits) {
         ASSERT_EQ(textOf(model), sample.text + u'\r');
         const std::string saved = written(opened, model);
         ASSERT_EQ(saved, joined(kind, sample.cells));
-        EXPECT_EQ(textOf(saved), textOf(model)) << "read back";
+        EXPECT_EQ(textOf(saved, opened.again), textOf(model)) << "read back";
       }
     }
   }
@@ -207,10 +220,9 @@ TEST(PlainFormat, ShortFiles) {
                {"\xFF\xFE", u"\r"},
                {"\xFF\xFEz", u"\r"},  // half of a unit
                {std::string("\xFF\xFE\r\0\n\0!", 7), u"\r\r"},
-               {"\xE2\x82", u"\u00E2\u201A\r"},            // a sequence cut off is Windows-1252
-               {"\xED\xA0\x80", u"\u00ED\u00A0\u20AC\r"},  // so are surrogates in UTF-8
-               {"\xC0\xAF\xF5", u"\u00C0\u00AF\u00F5\r"},
-               {"\xC1\xA1", u"\u00C1\u00A1\r"},  // and over-long sequences
+               {"\xEF\xBB\xBF\xE2\x82", u"\xDCE2\xDC82\r"},            // a sequence cut off is stray bytes
+               {"\xEF\xBB\xBF\xED\xA0\x80", u"\xDCED\xDCA0\xDC80\r"},  // so are surrogates in UTF-8
+               {"\xEF\xBB\xBF\xC1\xA1\xF5", u"\xDCC1\xDCA1\xDCF5\r"},  // and over-long sequences
                {std::string("a\0b", 3), std::u16string(u"a\0b\r", 4)},
                {std::string("a\0b\0", 4), std::u16string(u"a\0b\0\r", 5)},
                {std::string("n\0o\0t\0 \0", 8), u"not \r"}};
@@ -220,21 +232,85 @@ TEST(PlainFormat, ShortFiles) {
     EXPECT_EQ(textOf(model), text) << testing::PrintToString(bytes);
     EXPECT_EQ(written(opened, model), bytes);
     model.insertBefore(0, u"X");
-    EXPECT_EQ(textOf(written(opened, model)), u"X" + text) << testing::PrintToString(bytes);
+    EXPECT_EQ(textOf(written(opened, model), opened.again), u"X" + text) << testing::PrintToString(bytes);
+  }
+}
+
+TEST(PlainFormat, TellsTheEncodingOrRefuses) {
+  const std::string german = "Müller kündigt fünf Verträge über größere Gebäude. ";
+  const auto latin = [](std::u16string_view text) { return std::string(text.begin(), text.end()); };
+  const std::string japanese = "\x96\x7B\x8C\x5F\x96\xF1\x82\xCD\x81\x41\x8F\x90\x96\xBC\x82\xCC\x93\xFA";
+  const std::string cp1251 =
+      "\xC4\xEE\xE3\xEE\xE2\xEE\xF0 \xE2\xF1\xF2\xF3\xEF\xE0\xE5\xF2 \xE2 \xF1\xE8\xEB\xF3";
+  const struct {
+    std::string bytes;
+    formats::Hint hint;
+    std::string told;  ///< empty: refused
+  } cases[] = {{"plain", {}, "UTF-8"},
+               {"plain", {"koi8r"}, "KOI8-R"},
+               {german, {}, "UTF-8"},
+               {german, {"Windows-1251"}, "UTF-8"},  // a folder may hold both
+               {german, {"Windows-1251", true}, "Windows-1251"},
+               {german + german + "\xE9", {}, "UTF-8"},
+               {german + german + "\xE9", {"Windows-1252"}, "UTF-8"},
+               {german + "\xE9\xE9\xE9", {}, ""},  // too many to be stray, too few to be another encoding
+               {german + "\xE9\xE9\xE9", {"UTF-8"}, "UTF-8"},
+               {"\xEF\xBB\xBF\xE9", {"KOI8-R", true}, "UTF-8"},
+               {latin(u"Die Verträge der Müllers"), {}, "Windows-1252"},
+               {"the tenant\x92s deposit of \xA3"
+                "450",
+                {},
+                "Windows-1252"},
+               {japanese, {}, "Shift_JIS"},
+               {japanese, {"EUC-JP"}, ""},  // a byte that means nothing
+               {japanese + "\x81", {"SJIS"}, ""},
+               {cp1251, {}, "Windows-1251"},
+               {cp1251, {"CP866"}, "CP866"},
+               {"a letter \xC6 is too little", {}, ""},
+               {std::string("zeros\0 and \xE9", 12), {}, ""},
+               {std::string("\x42\x30\0a", 4), {"UTF-16LE"}, "UTF-16LE"},
+               {"plain", {"UTF-16"}, ""},
+               {"plain", {"ISO-2022-JP"}, ""},
+               {"plain", {"HZ"}, ""},
+               {"plain", {"utf-7"}, ""},
+               {"plain", {"IBM930"}, ""},  // by what its bytes do
+               {"plain", {"UTF-32LE"}, ""},
+               {"plain", {"UTF-8//IGNORE"}, ""},
+               {"plain", {"no such"}, ""}};
+  for (const auto& [bytes, hint, told] : cases) {
+    SCOPED_TRACE(testing::PrintToString(bytes) + " " + hint.encoding);
+    try {
+      const Opened opened = PlainFormat().read(bytesOf(bytes), hint);
+      EXPECT_EQ(opened.encoding, told);
+      EXPECT_EQ(written(opened, Model(opened.content)), bytes);
+    } catch (const files::DocumentError& refused) {
+      EXPECT_EQ(refused.problem(), files::Problem::encoding);
+      EXPECT_EQ(told, "") << refused.what();
+    }
   }
 }
 
 TEST(PlainFormat, TextWithoutPlaceIsRefused) {
   const struct {
     std::string file;
+    std::string hint;
     std::u16string text;
     std::string said;  ///< empty: accepted
-  } cases[] = {{"\xFC", u"→", "U+2192"},      {"\xFC", u"\U0001F4DC", "U+1F4DC"},
-               {"\xFC", u"€\u0081ü", ""},     {"\xFC", u"\u0080", "U+0080"},
-               {"abc", u"→\U0001F4DC", ""},   {"abc", u"\xD800", "U+D800"},
-               {"abc", u"a\xDC00", "U+DC00"}, {"\xFF\xFE", u"\xD800", ""}};
-  for (const auto& [file, text, said] : cases) {
-    const Opened opened = PlainFormat().read(bytesOf(file));
+  } cases[] = {{"\xFC", "CP1252", u"→", "U+2192"},
+               {"\xFC", "CP1252", u"\U0001F4DC", "U+1F4DC"},
+               {"\xFC", "CP1252", u"€\u0081ü\r\n", ""},
+               {"\xFC", "CP1252", u"\u0080", "U+0080"},
+               {"abc", "", u"→\U0001F4DC", ""},
+               {"abc", "", u"\xD800", "U+D800"},
+               {"abc", "", u"a\xDC00", "U+DC00"},
+               {"\xEF\xBB\xBF\xFF", "", u"\xDCFF", "U+DCFF"},  // else it would be a stray byte
+               {"\xFF\xFE", "", u"\xD800", ""},
+               {"abc", "Shift_JIS", u"表é", "U+00E9"},
+               {"abc", "Shift_JIS", u"\xDC81", "U+DC81"},
+               {"abc", "GB18030", u"é→\U0001F4DC\r", ""},
+               {"abc", "KOI8-R", u"Дé", "U+00E9"}};
+  for (const auto& [file, hint, text, said] : cases) {
+    const Opened opened = PlainFormat().read(bytesOf(file), {hint});
     const auto refusal = opened.source->refusesText(text);
     EXPECT_EQ(refusal.has_value(), !said.empty()) << said;
     if (refusal) {
@@ -254,7 +330,7 @@ TEST(PlainFormat, ACharacterCutInTwoIsRefusedUnlessItsHalvesMeetAgain) {
   EXPECT_THROW(written(opened, last), files::DocumentError);
   Model met(opened.content);
   met.replace({2, 4}, u"", text::View::results);  // the first half of one, the second of the other
-  EXPECT_EQ(textOf(written(opened, met)), u"a" + text.substr(1, 1) + text.substr(4, 1) + u"z\r");
+  EXPECT_EQ(textOf(written(opened, met), {}), u"a" + text.substr(1, 1) + text.substr(4, 1) + u"z\r");
 }
 
 TEST(PlainFormat, UnsuitableFilesAreRefused) {

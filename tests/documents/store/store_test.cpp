@@ -120,7 +120,7 @@ TEST(Store, RefusesASaveThatWouldNotReadBackAsTheSameText) {
                {std::string("a\0b\0c\0d\0", 8), u"→→→→→→"}};  // would no longer be told from other bytes
   for (const auto& [bytes, text] : cases) {
     const Scratch scratch;
-    const auto opened = Store().open(scratch.put("a.txt", bytes));
+    const auto opened = Store().open(scratch.put("a.txt", bytes), {.hint = {"Windows-1252"}});
     auto& model = modelOf(opened);
     model.replace({1, model.length() - 1}, text, text::View::results);
     EXPECT_THAT(refusalOf([&] { opened->save(); }), StartsWith("encoding: "))

@@ -23,7 +23,8 @@ class DocxFormat : public formats::Format {
   std::string_view name() const override { return "docx"; }
   bool recognises(files::ByteSpan bytes, std::string_view extension) const override;
   std::span<const std::string_view> extensions() const override;
-  formats::Opened read(files::Bytes bytes) const override;
+  using formats::Format::read;
+  formats::Opened read(files::Bytes bytes, const formats::Hint& hint) const override;
 };
 
 }  // namespace pluvo::docx

@@ -14,6 +14,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace pluvo::formats {
 
@@ -36,10 +37,23 @@ struct Protection {
   std::function<bool(const std::u16string&)> isLiftedBy = {};
 };
 
+/// What is known of a file besides its bytes.
+struct Hint {
+  /// Of a plain text, where bytes do not tell it for certain; empty where nobody knows.
+  std::string encoding = {};
+  /// The encoding holds whatever the bytes seem to be, but for a byte order mark.
+  bool certain = false;
+};
+
 struct Opened {
   model::Content content;
   std::unique_ptr<Source> source;
   std::optional<Protection> protection = std::nullopt;
+  /// By which a plain text was read; empty where the format leaves no choice.
+  std::string encoding = {};
+  bool isEncodingGuessed = false;
+  /// What is to be known when a new version is read.
+  Hint again = {};
 };
 
 /// One way of storing documents in files. Readers treat every byte as hostile: bounds, sizes, depths and
@@ -54,7 +68,8 @@ class Format {
   virtual bool recognises(files::ByteSpan bytes, std::string_view extension) const = 0;
   /// The extensions that it goes by where bytes cannot tell; "" for names without one.
   virtual std::span<const std::string_view> extensions() const { return {}; }
-  virtual Opened read(files::Bytes bytes) const = 0;
+  virtual Opened read(files::Bytes bytes, const Hint& hint) const = 0;
+  Opened read(files::Bytes bytes) const { return read(std::move(bytes), {}); }
 };
 
 }  // namespace pluvo::formats

@@ -6,10 +6,13 @@ namespace pluvo::plain {
 
 /// Plain text, .txt.
 ///
-/// Encodings: UTF-8 with and without byte order mark, UTF-16 with one, UTF-16 without one where the text is
-/// mostly Latin letters and cannot be anything else; Windows-1252 when it is none of these. Pure ASCII is
-/// UTF-8. The five bytes without a meaning in Windows-1252 are characters of the same number. UTF-32 is
-/// refused.
+/// Encodings: UTF-8 and UTF-16 with byte order mark; UTF-8 without one, where at most one byte in ten
+/// characters of several bytes is none: such a byte is the lone surrogate DC80 to DCFF, and stays; UTF-16
+/// without one where the text is mostly Latin letters and cannot be anything else. Pure ASCII is UTF-8 unless
+/// the hint says otherwise. Of any other text the encoding is the hint's, which must have a meaning for every
+/// byte, or is told from how the text reads (guess.h); a text of which neither knows is refused. The five
+/// bytes without a meaning in Windows-1252 are characters of the same number where the hint says
+/// Windows-1252. UTF-32 is refused.
 ///
 /// Lines: CR LF, LF and CR are each one paragraph mark, and stay as they are. The text ends with one mark
 /// more that stands for no byte, whether or not the last line has an end: the file is the text without it,
@@ -30,7 +33,8 @@ class PlainFormat final : public formats::Format {
   /// has the signature of another kind of file.
   bool recognises(files::ByteSpan bytes, std::string_view extension) const override;
   std::span<const std::string_view> extensions() const override;
-  formats::Opened read(files::Bytes bytes) const override;
+  using formats::Format::read;
+  formats::Opened read(files::Bytes bytes, const formats::Hint& hint) const override;
 };
 
 }  // namespace pluvo::plain

@@ -15,6 +15,11 @@ namespace pluvo::store {
 /// changed their mind. The name must be free.
 using SaveAsChooser = std::function<std::optional<std::string>(const std::string& path)>;
 
+/// Asks in which encoding a plain text is, whose encoding is not known, or not the one that was said before;
+/// the sentence says so. A name that encodingNamed takes, or nothing where the text is not to be opened.
+using EncodingChooser = std::function<std::optional<std::string>(const std::string& path,
+                                                                 const std::string& sentence)>;
+
 /// Does the work and returns when it is done, in another thread perhaps; the caller gets what it throws. What
 /// reads the document meanwhile must not change it.
 using Running = std::function<void(const std::function<void()>& work)>;
@@ -54,8 +59,18 @@ class StoreOpener : public memory::DocumentOpener {
   /// Also opens temporary files and protected documents: the user is asked about them.
   memory::OpenedFile open(const std::string& path) override;
 
+  /// Without one, texts of which nobody knows the encoding are not opened.
+  void encodingChooser(EncodingChooser chooser) { encodingChooser_ = std::move(chooser); }
+  /// Files opened from now on are read in this encoding, unless they have a byte order mark; empty: as they
+  /// tell.
+  void readAs(std::string encoding) { readAs_ = std::move(encoding); }
+
  private:
+  std::unique_ptr<StoredDocument> openStored(const std::string& path);
+
   Store store_;
+  EncodingChooser encodingChooser_;
+  std::string readAs_;
   SaveAsChooser chooser_;
   Running running_;
 };

@@ -39,6 +39,10 @@ class StoredDocument {
   std::uint64_t size() const { return stamp_.size; }
   /// "txt", "docx"
   std::string_view format() const { return format_->name(); }
+  /// By which a plain text was read; empty for other formats.
+  const std::string& encoding() const { return encoding_; }
+  /// Whether that was told from how the text reads.
+  bool isEncodingGuessed() const { return isEncodingGuessed_; }
 
   /// Whether the path leads to the document's file, under whatever name.
   bool isAt(const std::string& path) const;
@@ -85,6 +89,9 @@ class StoredDocument {
   const formats::Format* format_ = nullptr;
   std::shared_ptr<const formats::Source> source_;
   std::shared_ptr<memory::MemoryDocument> document_;
+  std::string encoding_;
+  bool isEncodingGuessed_ = false;
+  formats::Hint again_;  ///< for reading a new version back
   std::string path_;
   files::Stamp stamp_;
   /// The file that was read, and may be mapped still.
@@ -92,7 +99,7 @@ class StoredDocument {
   files::Bytes bytes_;
 };
 
-/// What else is opened than documents that anybody may edit.
+/// What else is opened than documents that anybody may edit, and what is known of them.
 struct Also {
   /// A name that begins with "~" belongs to a word processor at work.
   bool temporaryFiles = false;
@@ -100,6 +107,8 @@ struct Also {
   bool protectedDocuments = false;
   /// The same without their protection, by whoever edits nothing: everybody may read them.
   bool forReading = false;
+  /// Its encoding is a name that encodingNamed gave, or empty.
+  formats::Hint hint = {};
 };
 
 /// The extensions that any known format goes by, "" for none among them.
