@@ -23,6 +23,7 @@ class JsonPrinter : public Printer {
     } else {
       line += "null";
     }
+    line += ",\"encoding\":" + (outcome.encoding.empty() ? "null" : jsonQuoted(outcome.encoding));
     writeOut(line + "}\n");
   }
 

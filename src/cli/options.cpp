@@ -127,6 +127,10 @@ const std::vector<Option>& options() {
       {0, "password-file", Takes::value, "FILE", kDocuments, kRunCommands,
        "work on protected documents too, with a password\nfrom FILE, one a line; they stay protected",
        keep<&T::passwordFile>},
+      {0, "encoding", Takes::value, "NAME", kDocuments, kRunCommands,
+       "read plain texts that are not UTF-8 and have no byte\norder mark as NAME, such as Windows-1252 or "
+       "Shift_JIS\n(default: told from the text)",
+       keep<&T::encoding>},
 
       {'n', "dry-run", Takes::nothing, "", kSafety, kRunCommands,
        "save nothing; show each block before and after", raise<&T::dryRun>},

@@ -26,7 +26,7 @@ struct TypedOptions {
   std::optional<std::string> begin, end, inside, text;
   std::optional<std::string> beginFile, endFile, insideFile, textFile;
   std::optional<std::string> apart, unit, on, color, backup, output;
-  std::optional<std::string> levels, types, mask, exclude, filesFrom, newerThan, passwordFile;
+  std::optional<std::string> levels, types, mask, exclude, filesFrom, newerThan, passwordFile, encoding;
   std::optional<std::string> jobs, progress, report;
   bool before = false;
   bool after = false;

@@ -28,6 +28,8 @@ struct Outcome {
   std::string savedAs;  ///< the new document with --output, else empty
   std::string backup;   ///< where the original is kept, else empty
   files::NotKept notKept = {};
+  std::string encoding;  ///< by which a plain text was read, else empty
+  bool guessed = false;  ///< the encoding was told from how the text reads
   std::optional<Failure> failure;
 
   /// What of the operations is in a saved document, or would be after a dry run.

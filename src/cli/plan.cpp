@@ -1,7 +1,9 @@
 #include "plan.h"
 
+#include "files/problem.h"
 #include "numbers.h"
 #include "saved/saved_requests.h"
+#include "store/encodings.h"
 #include "text_input.h"
 #include "usage_error.h"
 
@@ -65,6 +67,15 @@ std::vector<std::u16string> passwordsFrom(const TypedOptions& typed) {
   return passwords;
 }
 
+std::string encodingFrom(const TypedOptions& typed) {
+  if (!typed.encoding) return {};
+  try {
+    return store::encodingNamed(*typed.encoding);
+  } catch (const files::DocumentError& refused) {
+    throw UsageError(std::string("--encoding: ") + refused.what());
+  }
+}
+
 /// What a shell would take for the same words.
 std::string quotedForShell(const std::string& word) {
   const bool plain = !word.empty() && std::all_of(word.begin(), word.end(), [](char c) {
@@ -102,6 +113,7 @@ Plan planFrom(const TypedCommandLine& line) {
   }
   readSafety(line.options, plan);
   plan.passwords = passwordsFrom(line.options);
+  plan.encoding = encodingFrom(line.options);
   plan.jobs = jobsFrom(line.options);
   plan.progress = progressFrom(line.options);
   plan.report = line.options.report;

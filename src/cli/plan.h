@@ -18,6 +18,7 @@ struct Plan {
   Selection selection;
   /// Lift protections, tried in this order; without any protected documents are left alone.
   std::vector<std::u16string> passwords;
+  std::string encoding;  ///< of plain texts that do not say it; empty: told from the text
 
   bool confirm = false;
   bool dryRun = false;

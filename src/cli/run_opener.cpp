@@ -76,8 +76,11 @@ memory::OpenedFile RunOpener::open(const std::string& path) {
   const bool opened = recordingFailure(outcome_, [&] {
     file_ = std::make_shared<RunFile>(
         around_.store.open(path, {.protectedDocuments = !around_.plan.passwords.empty(),
-                                  .forReading = around_.plan.findsOnly()}),
+                                  .forReading = around_.plan.findsOnly(),
+                                  .hint = {.encoding = around_.plan.encoding}}),
         named_, around_, outcome_);
+    outcome_.encoding = file_->stored().encoding();
+    outcome_.guessed = file_->stored().isEncodingGuessed();
   });
   // The driver passes over such a document without a word; the outcome has it all.
   if (!opened) throw errors::Fault(word::kCommandFailed, errors::utf16(outcome_.failure->message));

@@ -36,6 +36,7 @@ class TextPrinter : public Printer {
     if (outcome.skipped > 0 || plan_.confirm) line += ", " + std::to_string(outcome.skipped) + " skipped";
     if (!outcome.savedAs.empty()) line += "; saved as " + shown(outcome.savedAs);
     if (!outcome.backup.empty()) line += "; original kept as " + shown(fileName(outcome.backup));
+    if (outcome.guessed) line += "; read as " + outcome.encoding;
     if (!outcome.changed) line += "; no difference, not saved";
     writeOut(line + "\n");
   }

@@ -123,9 +123,9 @@ TEST(Program, PrintsJsonOneObjectALine) {
   const std::size_t third = result.out.find("{\"file\":\"gone.txt\"");
   ASSERT_NE(third, std::string::npos) << result.out;
   EXPECT_EQ(result.out.substr(0, third),
-            R"({"file":"a.txt","found":2,"operated":2,"skipped":0,"saved":true,"error":null})"
+            R"({"file":"a.txt","found":2,"operated":2,"skipped":0,"saved":true,"error":null,"encoding":"UTF-8"})"
             "\n"
-            R"({"file":"n\udcff\"\u000a.txt","found":0,"operated":0,"skipped":0,"saved":false,"error":null})"
+            R"({"file":"n\udcff\"\u000a.txt","found":0,"operated":0,"skipped":0,"saved":false,"error":null,"encoding":"UTF-8"})"
             "\n");
   EXPECT_THAT(result.out.substr(third), HasSubstr(R"("error":{"code":"io","message":")"));
   EXPECT_THAT(
@@ -226,6 +226,31 @@ TEST(Program, LeavesADocumentAloneWhereAChangeIsRefused) {
   EXPECT_EQ(highlight.status, 2);
   EXPECT_THAT(highlight.out, HasSubstr(R"("found":1,"operated":0,)"));
   EXPECT_THAT(highlight.out, HasSubstr(R"("code":"unsupported")"));
+}
+
+TEST(Program, WorksInTheEncodingOfAText) {
+  const Sandbox sandbox;
+  const std::string koi8 = "\xE4\xEF\xE7\xEF\xF7\xEF\xF2\n";  // Договор
+  const std::string japanese = "\x95\x5C\x83\x5C\x95\x5C\x83\x5C\n";
+  const struct {
+    std::string options, file, out, saved;
+  } cases[] = {{"-b \xD0\x94\xD0\xBE -t \xD0\x96 --encoding koi8-r", koi8,
+                R"("error":null,"encoding":"KOI8-R"})", "\xF6\xE7\xEF\xF7\xEF\xF2\n"},
+               {"-b \xE3\x82\xBD\xE8\xA1\xA8 -t x --encoding sjis", japanese, R"("encoding":"Shift_JIS")",
+                "\x95\x5Cx\x83\x5C\n"},
+               {"-b x -t y", "x \xE4\xEF\n", R"("code":"encoding","message":"The encoding of this text)", ""},
+               {"-b x -t y --encoding EUC-JP", "x\nx \xE4\n",
+                R"("message":"The text is not EUC-JP: line 2 holds)", ""},
+               {"-b x -t y", "x", R"("encoding":"UTF-8")", "y"}};
+  for (const auto& [options, file, out, saved] : cases) {
+    sandbox.put("a.txt", file);
+    EXPECT_THAT(sandbox.run("replace --json --report r.csv " + options + " a.txt").out, HasSubstr(out));
+    EXPECT_EQ(sandbox.get("a.txt"), saved.empty() ? file : saved) << options;
+  }
+  EXPECT_THAT(sandbox.get("r.csv"), testing::ContainsRegex("\"document\",\"a.txt\",.*,\"UTF-8\""));
+  for (const char* name : {"nonsense", "ISO-2022-JP", "UTF-8//IGNORE", "UTF-16"})
+    EXPECT_THAT(sandbox.run(std::string("find -b x a.txt --encoding ") + name).err,
+                StartsWith("pluvo: --encoding: "));
 }
 
 TEST(Program, AsksBeforeEachChange) {

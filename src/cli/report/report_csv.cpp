@@ -41,7 +41,7 @@ class CsvReport final : public Printer {
                                               : "found";
     file_.addLater(row({field("block"), field(path), field(state), "", "", "",
                         std::to_string(block.paragraph), field(block.before.lead), field(block.before.piece),
-                        block.after ? field(block.after->piece) : "", field(block.before.trail), ""}));
+                        block.after ? field(block.after->piece) : "", field(block.before.trail), "", ""}));
   }
 
   void document(const Outcome& outcome) override {
@@ -55,15 +55,15 @@ class CsvReport final : public Printer {
     }
     file_.addLater(row({field("document"), field(outcome.path), field(state), std::to_string(outcome.found),
                         std::to_string(outcome.operated), std::to_string(outcome.skipped), "", "", "", "", "",
-                        field(message)}));
+                        field(message), field(outcome.encoding)}));
   }
 
   void leftOut(const LeftOut& leftOut) override {
     file_.addLater(row({field("not taken"), field(leftOut.path), field(leftOut.reason), "", "", "", "", "",
-                        "", "", "", ""}));
+                        "", "", "", "", ""}));
   }
 
-  void end(const Totals& /*totals*/) override { file_.finish(std::string(kCsvMark) + "message\r\n", ""); }
+  void end(const Totals& /*totals*/) override { file_.finish(std::string(kCsvMark) + "message,encoding\r\n", ""); }
 
  private:
   ReportFile file_;

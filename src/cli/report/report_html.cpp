@@ -102,7 +102,7 @@ class HtmlReport final : public Printer {
     beginning +=
         table("Documents", rows_,
               "<th class=\"n\">Found</th><th class=\"n\">Operated on</th><th class=\"n\">Skipped</th>"
-              "<th>Saved</th>");
+              "<th>Saved</th><th>Encoding</th>");
     beginning +=
         "<h2>Blocks</h2>\n<nav aria-label=\"Blocks\"><label for=\"filter\">Show documents named</label>"
         "<input id=\"filter\" type=\"search\"><span id=\"shown\" role=\"status\"></span>"
@@ -127,7 +127,9 @@ class HtmlReport final : public Printer {
     if (!outcome.backup.empty()) saved += ", original kept as " + escaped(shown(outcome.backup));
     if (outcome.refused > 0) saved += ", " + std::to_string(outcome.refused) + " refused";
     rows_ += name + cell("Found", outcome.found) + cell("Operated on", outcome.operated) +
-             cell("Skipped", outcome.skipped) + "<td data-name=\"Saved\">" + saved + "</td></tr>\n";
+             cell("Skipped", outcome.skipped) + "<td data-name=\"Saved\">" + saved +
+             (outcome.encoding.empty() ? "</td><td>" : "</td><td data-name=\"Encoding\">") +
+             escaped(outcome.encoding) + "</td></tr>\n";
   }
 
   static std::string table(std::string_view heading, const std::string& rows, std::string_view columns) {

@@ -47,7 +47,9 @@ class JsonReport final : public Printer {
                    member("refused", std::to_string(outcome.refused)) + "," +
                    member("saved", outcome.saved ? "true" : "false") + "," +
                    member("savedAs", jsonQuoted(outcome.savedAs)) + "," +
-                   member("backup", jsonQuoted(outcome.backup)) + "," + member("error", error) + "}");
+                   member("backup", jsonQuoted(outcome.backup)) + "," + member("error", error) + "," +
+                   member("encoding", outcome.encoding.empty() ? "null" : jsonQuoted(outcome.encoding)) +
+                   "}");
     inDocument_ = false;
   }
 
