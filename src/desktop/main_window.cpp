@@ -23,8 +23,12 @@ namespace pluvo::desktop {
 MainWindow::MainWindow(const Places& places, Choosers choosers)
     : choosers_(std::move(choosers)), component_(places.component), actions_(std::make_unique<Actions>()) {
   const auto chooseFreeName = [this](const std::string& path) { return freeName(path); };
-  application_ = std::make_shared<memory::MemoryApplication>(std::make_shared<store::StoreOpener>(
-      store::Store(), chooseFreeName, [this](const std::function<void()>& work) { working_.run(work); }));
+  opener_ = std::make_shared<store::StoreOpener>(
+      store::Store(), chooseFreeName, [this](const std::function<void()>& work) { working_.run(work); });
+  opener_->encodingChooser([this](const std::string& path, const std::string& sentence) {
+    return opensForUser_ ? chooseEncoding(path, sentence) : std::nullopt;
+  });
+  application_ = std::make_shared<memory::MemoryApplication>(opener_);
   application_->observer(this);
   setWindowTitle(QGuiApplication::applicationDisplayName());
   setAcceptDrops(true);

@@ -69,6 +69,8 @@ class MainWindow final : public QMainWindow, private memory::ApplicationObserver
   void chooseAndOpen();
   bool goesOnAfterRefusal();
   bool openOne(const std::string& path);
+  std::optional<std::string> chooseEncoding(const std::string& path, const std::string& sentence);
+  void reopenInEncoding();
   bool save(OpenDocument& document);
   bool saveAs(OpenDocument& document);
   bool saveBy(const std::function<void()>& saving, OpenDocument& document);
@@ -110,6 +112,10 @@ class MainWindow final : public QMainWindow, private memory::ApplicationObserver
   PassWatch watch_{working_};
   Choosers choosers_;
   std::u16string component_;
+  std::shared_ptr<store::StoreOpener> opener_;
+  /// A run over files asks for no encodings.
+  bool opensForUser_ = false;
+  bool encodingDeclined_ = false;
   std::shared_ptr<memory::MemoryApplication> application_;
   std::vector<std::unique_ptr<OpenDocument>> documents_;
   /// What the engine brought to the front and no tab shows yet.

@@ -27,6 +27,7 @@ void MainWindow::buildMenus() {
   actions_->save = action(file, tr("&Save"), QKeySequence::Save, &MainWindow::saveCurrent);
   actions_->saveAs =
       action(file, tr("Save &As …"), QKeySequence(tr("Ctrl+Shift+S")), &MainWindow::saveCurrentAs);
+  actions_->reopen = action(file, tr("Reopen in Another &Encoding …"), {}, &MainWindow::reopenInEncoding);
   file.addSeparator();
   actions_->close = action(file, tr("&Close"), QKeySequence(tr("Ctrl+W")), &MainWindow::closeCurrent);
   connect(file.addAction(tr("&Quit")), &QAction::triggered, this, &QWidget::close);
@@ -119,6 +120,7 @@ void MainWindow::updateActions() {
   actions_->instructions->setEnabled(!held);
   actions_->save->setEnabled(open && !breathing && document->changed());
   actions_->saveAs->setEnabled(open && !breathing);
+  actions_->reopen->setEnabled(open && !held && !document->file().stored().encoding().empty());
   actions_->close->setEnabled(open && !held);
   actions_->undo->setEnabled(open && !held && document->canUndo());
   actions_->redo->setEnabled(open && !held && document->canRedo());

@@ -12,6 +12,7 @@ struct MainWindow::Actions {
   QAction* open = nullptr;
   QAction* save = nullptr;
   QAction* saveAs = nullptr;
+  QAction* reopen = nullptr;
   QAction* close = nullptr;
   QAction* undo = nullptr;
   QAction* redo = nullptr;

@@ -1,3 +1,4 @@
+#include "encoding_dialog.h"
 #include "errors/context.h"
 #include "errors/text.h"
 #include "main_window.h"
@@ -7,6 +8,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QScopeGuard>
 #include <QStatusBar>
 #include <algorithm>
 #include <filesystem>
@@ -60,6 +62,9 @@ void MainWindow::open(const std::vector<std::string>& paths) {
 
 bool MainWindow::openOne(const std::string& path) {
   errors::Fault fault;
+  opensForUser_ = true;
+  encodingDeclined_ = false;
+  const auto noLonger = qScopeGuard([this] { opensForUser_ = false; });
   try {
     const auto document = application_->open(path);
     if (OpenDocument* opened = find(*document)) opened->isUsers(true);
@@ -70,9 +75,36 @@ bool MainWindow::openOne(const std::string& path) {
   } catch (...) {
     fault = errors::faultInFlight();
   }
+  if (encodingDeclined_) return false;
   Question box(this, tr("The document could not be opened."), qt(fault.description));
   box.exec();
   return false;
+}
+
+std::optional<std::string> MainWindow::chooseEncoding(const std::string& path, const std::string& sentence) {
+  const auto chosen = askForEncoding(this, path, QString::fromStdString(sentence), {});
+  encodingDeclined_ = !chosen;
+  return chosen;
+}
+
+/// For a text whose encoding was told wrongly: it goes to the file again.
+void MainWindow::reopenInEncoding() {
+  if (current() == nullptr || refusedNow()) return;
+  const std::string path = current()->document()->path();
+  const std::string encoding = current()->file().stored().encoding();
+  std::optional<std::string> chosen;
+  QString trouble;
+  try {
+    const QString asNow = tr("The text is now read as %1.").arg(QString::fromStdString(encoding));
+    chosen = askForEncoding(this, path, asNow, encoding);
+  } catch (const files::DocumentError& unreadable) {
+    trouble = QString::fromUtf8(unreadable.what());
+  }
+  if (!trouble.isEmpty()) Question(this, tr("The document could not be opened."), trouble).exec();
+  if (!chosen || !closeDocument(*current())) return;
+  opener_->readAs(*chosen);
+  openOne(path);
+  opener_->readAs({});
 }
 
 void MainWindow::saveCurrent() {

@@ -303,6 +303,33 @@ TEST_F(UsedWindow, EndsAConfirmationBeforeItCloses) {
   EXPECT_EQ(scratch.get("a.txt"), kMinutes);
 }
 
+TEST_F(UsedWindow, AsksForTheEncodingOfAText) {
+  const std::string path = scratch.put("a.txt", "\xE4\xCF\xC7 1");  // Дог in KOI8-R, too little to tell by
+  const auto choose = [](const char* encoding, const char* sample, bool open) {
+    return [=](QWidget& box) {
+      auto& list = *box.findChild<QListWidget*>();
+      list.setCurrentItem(list.findItems(QLatin1String(encoding), Qt::MatchStartsWith).value(0));
+      EXPECT_EQ(box.findChild<QPlainTextEdit*>()->toPlainText().trimmed(), QString::fromUtf8(sample));
+      const auto button = open ? QDialogButtonBox::Open : QDialogButtonBox::Cancel;
+      box.findChild<QDialogButtonBox*>()->button(button)->click();
+    };
+  };
+  use([&] {
+    expectBox(choose("Windows-1251", "дПЗ 1", false));
+    window->open({path});
+    EXPECT_EQ(window->current(), nullptr);
+    expectBox(choose("KOI8-R", "Дог 1", true));
+    window->open({path});
+    EXPECT_EQ(text(*window->current()), "Дог 1\r");
+    expectBox(choose("Windows-1251", "дПЗ 1", true));
+    menu("Reopen in Another &Encoding …");
+    EXPECT_EQ(text(*window->current()), "дПЗ 1\r");
+    change(*window->current(), 1, u"Ж");
+    menu("&Save");
+    EXPECT_EQ(scratch.get("a.txt"), "\xC6\xCF\xC7 1");
+  });
+}
+
 TEST_F(UsedWindow, OpensWhatIsThereAndSaysWhatIsNot) {
   use([&] {
     expectSaying("no such file");
