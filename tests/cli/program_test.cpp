@@ -122,11 +122,12 @@ TEST(Program, PrintsJsonOneObjectALine) {
   EXPECT_EQ(result.status, 2);
   const std::size_t third = result.out.find("{\"file\":\"gone.txt\"");
   ASSERT_NE(third, std::string::npos) << result.out;
-  EXPECT_EQ(result.out.substr(0, third),
-            R"({"file":"a.txt","found":2,"operated":2,"skipped":0,"saved":true,"error":null,"encoding":"UTF-8"})"
-            "\n"
-            R"({"file":"n\udcff\"\u000a.txt","found":0,"operated":0,"skipped":0,"saved":false,"error":null,"encoding":"UTF-8"})"
-            "\n");
+  EXPECT_EQ(
+      result.out.substr(0, third),
+      R"({"file":"a.txt","found":2,"operated":2,"skipped":0,"saved":true,"error":null,"encoding":"UTF-8"})"
+      "\n"
+      R"({"file":"n\udcff\"\u000a.txt","found":0,"operated":0,"skipped":0,"saved":false,"error":null,"encoding":"UTF-8"})"
+      "\n");
   EXPECT_THAT(result.out.substr(third), HasSubstr(R"("error":{"code":"io","message":")"));
   EXPECT_THAT(
       result.out,

@@ -63,7 +63,9 @@ class CsvReport final : public Printer {
                         "", "", "", "", ""}));
   }
 
-  void end(const Totals& /*totals*/) override { file_.finish(std::string(kCsvMark) + "message,encoding\r\n", ""); }
+  void end(const Totals& /*totals*/) override {
+    file_.finish(std::string(kCsvMark) + "message,encoding\r\n", "");
+  }
 
  private:
   ReportFile file_;

@@ -17,8 +17,8 @@ using SaveAsChooser = std::function<std::optional<std::string>(const std::string
 
 /// Asks in which encoding a plain text is, whose encoding is not known, or not the one that was said before;
 /// the sentence says so. A name that encodingNamed takes, or nothing where the text is not to be opened.
-using EncodingChooser = std::function<std::optional<std::string>(const std::string& path,
-                                                                 const std::string& sentence)>;
+using EncodingChooser =
+    std::function<std::optional<std::string>(const std::string& path, const std::string& sentence)>;
 
 /// Does the work and returns when it is done, in another thread perhaps; the caller gets what it throws. What
 /// reads the document meanwhile must not change it.
