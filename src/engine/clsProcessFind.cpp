@@ -46,6 +46,7 @@ void clsProcessFind::InitializeFind() {
   constexpr auto kTag = u"cpf:27e";
   endPass();
   errors::guarded(context(), kTag, [&] {
+    state_->ranges = {};  // a pass that cannot be prepared must not go on in the document of the one before
     state_->counts.reset(request_.liftLimits);
     state_->search.take(context(), request_);
     context().locationTag = kTag;  // the texts are normalized under a tag of their own
@@ -63,6 +64,7 @@ bool clsProcessFind::FindNextItem() {
   // Ends with the pass, unless there is another block.
   std::unique_ptr<word::Batch> undoStep = std::move(state_->undoStep);
   const bool found = errors::guarded(context(), u"cpf:27a", [&] {
+    if (!state_->ranges.placed()) return false;
     moveSelectionToTop(application());
     Locator locator(context(), application(), state_->search, state_->ranges);
     if (!locator.next(observing())) return false;
@@ -76,6 +78,7 @@ bool clsProcessFind::FindNextItem() {
 
 void clsProcessFind::MakeChanges() {
   errors::guarded(context(), u"cpf:27c", [&] {
+    if (!state_->ranges.placed()) return;
     const Operations operations(context(), state_->search, state_->ranges);
     if (!state_->undoStep) state_->undoStep = application().beginUndoStep();
     const auto edits = application().beginEdits(true);
@@ -88,6 +91,7 @@ void clsProcessFind::MakeChanges() {
 
 void clsProcessFind::SkipChanges() {
   errors::guarded(context(), u"cpf:27d", [&] {
+    if (!state_->ranges.placed()) return;
     const Operations operations(context(), state_->search, state_->ranges);
     state_->counts.countSkipped();
     observing().skipped(blockOf(state_->search, state_->ranges, operations));

@@ -46,7 +46,8 @@ void moveSelectionToTop(word::Application& application) {
 }
 
 void WorkingRanges::place(word::Application& application, bool atTop) {
-  for (std::shared_ptr<word::Range>* range : {&block, &begin, &end, &inside}) {
+  WorkingRanges placed;  // all or none
+  for (std::shared_ptr<word::Range>* range : {&placed.block, &placed.begin, &placed.end, &placed.inside}) {
     std::int32_t position = 0;
     if (!atTop) {
       const auto selection = application.Selection();
@@ -55,6 +56,7 @@ void WorkingRanges::place(word::Application& application, bool atTop) {
     const auto document = application.ActiveDocument();
     *range = required(document).Range(position, position);
   }
+  *this = std::move(placed);
 }
 
 bool Locator::find(word::Range& range, const std::u16string& text) {

@@ -18,6 +18,8 @@ struct WorkingRanges {
   std::shared_ptr<word::Range> end;
   std::shared_ptr<word::Range> inside;
 
+  /// Whether there are any: not where a pass could not be prepared.
+  bool placed() const { return block != nullptr; }
   /// New ranges, collapsed where the search starts: at the top, or at the start of the selection.
   void place(word::Application& application, bool atTop);
 };

@@ -14,6 +14,7 @@ Block blockOf(const PreparedSearch& search, const WorkingRanges& ranges, const O
 
 void Pass::run(bool confirmEach, PassObserver& observer) {
   using Answer = PassObserver::Answer;
+  if (!ranges_.placed()) return;
   Locator locator(context_, application_, search_, ranges_);
   const Operations operations(context_, search_, ranges_);
   moveSelectionToTop(application_);

@@ -111,10 +111,7 @@ TEST(Host, MayHaveNoDocument) {
   Host host("A¶");
   host.word->hasDocument = false;
   host.pass({.begin = u"A"});
-  EXPECT_THAT(host.work.reports, ElementsAre("91 cpf:27e", "91 cpf:35"));
-  host.work.engine.MakeChanges();
-  host.work.engine.SkipChanges();
-  EXPECT_EQ(host.work.reports.size(), 4U);
+  EXPECT_THAT(host.work.reports, ElementsAre("91 cpf:27e"));
 }
 
 TEST(Host, NeverMakesAPassEndless) {

@@ -111,17 +111,34 @@ TEST(Pass, HintsWhereItFoundNothing) {
   EXPECT_EQ(desk.work.context.runSummary, u"\r\n   0\r\n   0");
 }
 
-TEST(Pass, GoesOnAfterARequestThatCannotBePrepared) {
-  Desk desk("A A¶");
-  for (const char16_t* distance : {u"32768", u"same"}) desk.work.pass({.begin = u"A", .apart = distance});
-  EXPECT_EQ(std::exchange(desk.work.reports, {}),
-            (Faults{"6 cpf:27e", "91 cpf:35", "13 cpf:27e", "91 cpf:35"}));
-  desk.work.pass({.begin = u"A"});
-  EXPECT_EQ(desk.work.lastSummary(), "   2");
-  // The ranges are those of the pass before.
-  desk.work.pass({.begin = u"\r", .apart = u"abc"});
-  EXPECT_EQ(desk.work.reports, (Faults{"13 cpf:27e"}));
-  EXPECT_EQ(desk.work.lastSummary(), "   0");
+TEST(Pass, FindsNothingAfterARequestThatCannotBePrepared) {
+  for (const bool blockByBlock : {false, true}) {
+    SCOPED_TRACE(blockByBlock);
+    Desk desk("A A A¶");
+    Asked asked{.begin = u"A", .operation = kReplace, .text = u"b", .confirm = blockByBlock};
+    desk.watch.most = 1;  // the pass before ends early, so that there is more to find behind it
+    desk.work.pass(asked);
+    const std::string before = desk.text();
+    desk.watch.most = 26;
+    notation::Sample other("A A¶");
+    desk.application->add(other.document);
+
+    asked.apart = u"123456";
+    frmProcessing dialog(desk.work.engine);
+    if (blockByBlock) {
+      desk.work.ask(asked);
+      dialog.SingleProcess();
+      EXPECT_FALSE(dialog.Visible());
+      EXPECT_FALSE(desk.work.engine.FindNextItem());
+      desk.work.engine.MakeChanges();
+      desk.work.engine.SkipChanges();
+    } else {
+      desk.work.pass(asked);
+    }
+    EXPECT_EQ(desk.work.reports, (Faults{"6 cpf:27e"}));
+    EXPECT_EQ(desk.text() + other.print(), before + "A A¶");
+    EXPECT_EQ(desk.work.lastSummary(), "   0");
+  }
 }
 
 TEST(Request, RefusesCodesWiderThanItStores) {

@@ -80,7 +80,8 @@ class clsProcessFind {
   void BrowseStart(std::u16string folder) { browseStart_ = std::move(folder); }
 
   // One block at a time. All that such a pass changes is one step to undo; it ends where FindNextItem finds
-  // no other block, with the next InitializeFind, and with endPass.
+  // no other block, with the next InitializeFind, and with endPass. Where InitializeFind reports a fault
+  // there is nothing to find, make or skip.
   void InitializeFind();
   /// Finds the next block. True where there is one and each operation is to be confirmed: this serves
   /// confirming callers only.
