@@ -1,5 +1,7 @@
 #pragma once
 
+#include "text/positions.h"
+
 #include <array>
 #include <cstdint>
 
@@ -14,6 +16,9 @@ struct FoldVariants {
   int count = 0;
 };
 FoldVariants foldVariants(char16_t unit);
+
+/// A manual line break is found as a paragraph mark is.
+constexpr char16_t asLineEnd(char16_t unit) { return unit == kLineBreak ? kParagraphMark : unit; }
 
 /// Letters, combining marks and digits.
 bool isWordCharacter(char32_t character);

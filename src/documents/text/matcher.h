@@ -18,12 +18,12 @@ struct NarrowUnits {
 struct WideUnits {
   using Unit = char16_t;
   const Unit* raw;
-  char16_t operator[](std::size_t i) const { return raw[i]; }
+  char16_t operator[](std::size_t i) const { return asLineEnd(raw[i]); }
 };
 struct FoldedWideUnits {
   using Unit = char16_t;
   const Unit* raw;
-  char16_t operator[](std::size_t i) const { return foldCase(raw[i]); }
+  char16_t operator[](std::size_t i) const { return asLineEnd(foldCase(raw[i])); }
 };
 
 /// Finds the matches of a needle in a contiguous text one after the other, overlapping ones too.

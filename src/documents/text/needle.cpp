@@ -10,7 +10,7 @@ namespace {
 /// Probes are chosen among so many units at the front.
 constexpr std::size_t kProbed = 256;
 
-char16_t canonical(char16_t unit, bool matchCase) { return matchCase ? unit : foldCase(unit); }
+char16_t canonical(char16_t unit, bool matchCase) { return asLineEnd(matchCase ? unit : foldCase(unit)); }
 
 std::vector<std::uint32_t> bordersOf(std::u16string_view units) {
   std::vector<std::uint32_t> borders(units.size() + 1, 0);
@@ -45,6 +45,10 @@ Forms<char16_t> wideFormsOf(std::u16string_view needle, bool matchCase) {
   Forms<char16_t> forms;
   forms.reserve(needle.size());
   for (const char16_t unit : needle) {
+    if (unit == kParagraphMark) {
+      forms.push_back({kLineBreak, kParagraphMark});
+      continue;
+    }
     const FoldVariants variants = matchCase ? FoldVariants{{unit}, 1} : foldVariants(unit);
     forms.emplace_back(variants.units.begin(), variants.units.begin() + variants.count);
   }

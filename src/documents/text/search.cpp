@@ -106,9 +106,19 @@ class Gathered {
 
 }  // namespace
 
+/// Which ends of a match must be the ends of a word.
+struct WordEnds {
+  bool front = false;
+  bool back = false;
+
+  static WordEnds of(std::u16string_view needle) {
+    return {asLineEnd(needle.front()) != kParagraphMark, asLineEnd(needle.back()) != kParagraphMark};
+  }
+};
+
 struct Search::Prepared {
   Needle needle;
-  bool wholeWord;
+  WordEnds wholeWord;
 };
 
 namespace {
@@ -117,7 +127,7 @@ namespace {
 /// stretches, are gathered first.
 class Execution {
  public:
-  Execution(const Needle& needle, bool wholeWord, const Haystack& haystack)
+  Execution(const Needle& needle, WordEnds wholeWord, const Haystack& haystack)
       : needle_(needle),
         wholeWord_(wholeWord),
         haystack_(haystack),
@@ -191,18 +201,19 @@ class Execution {
     found_ = withMatcher(needle_, stretch, [&](auto matcher) -> std::optional<Span> {
       for (std::size_t at = matcher.next(); at != matcher.none(); at = matcher.next()) {
         const Span span{positionOf(at), positionOf(at + needle_.length() - 1) + 1};
-        if (!wholeWord_ || isWholeWord(span)) return span;
+        if (isWholeWord(span)) return span;
       }
       return std::nullopt;
     });
   }
 
   bool isWholeWord(const Span& span) const {
-    return !haystack_.wordEndsBefore(span.from) && !haystack_.wordStartsAt(span.to);
+    if (wholeWord_.front && haystack_.wordEndsBefore(span.from)) return false;
+    return !wholeWord_.back || !haystack_.wordStartsAt(span.to);
   }
 
   const Needle& needle_;
-  bool wholeWord_;
+  WordEnds wholeWord_;
   const Haystack& haystack_;
   std::size_t gatherLimit_;
   Gathered gathered_;
@@ -213,7 +224,9 @@ class Execution {
 
 Search::Search(std::u16string_view needle, SearchFlags flags) {
   const bool findable = !needle.empty() && needle.find(kCellMark) == std::u16string_view::npos;
-  if (findable) prepared_.reset(new Prepared{Needle(needle, flags.matchCase), flags.wholeWord});
+  if (!findable) return;
+  const WordEnds wholeWord = flags.wholeWord ? WordEnds::of(needle) : WordEnds{};
+  prepared_.reset(new Prepared{Needle(needle, flags.matchCase), wholeWord});
 }
 
 Search::~Search() = default;

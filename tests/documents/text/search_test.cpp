@@ -33,13 +33,14 @@ class PlainSearch {
     if (needle.empty() || needle.find(kCellMark) != needle.npos) return std::nullopt;
     for (std::size_t at = 0; at + needle.size() <= units_.size(); ++at) {
       const auto same = [&](char16_t a, char16_t b) {
-        return flags.matchCase ? a == b : foldCase(a) == foldCase(b);
+        return asLineEnd(a) == asLineEnd(b) || (!flags.matchCase && foldCase(a) == foldCase(b));
       };
       const auto begin = units_.begin() + static_cast<std::ptrdiff_t>(at);
       if (!std::equal(needle.begin(), needle.end(), begin, same)) continue;
       const std::size_t last = at + needle.size() - 1;
-      if (flags.wholeWord && (wordEndsAt(visibleIndex_[at]) || wordStartsAt(visibleIndex_[last] + 1)))
-        continue;
+      const auto isInside = [&](char16_t end) { return flags.wholeWord && asLineEnd(end) != kParagraphMark; };
+      if (isInside(needle.front()) && wordEndsAt(visibleIndex_[at])) continue;
+      if (isInside(needle.back()) && wordStartsAt(visibleIndex_[last] + 1)) continue;
       return Span{positions_[at], positions_[last] + 1};
     }
     return std::nullopt;
@@ -103,7 +104,10 @@ TEST(Search, FollowsTheRules) {
                          u"cat",
                          14, kWords},
                         {u"John", u"Johnson John's", 8, kWords},
-                        {u"a b", u"xa b a bx a b", 10, kWords}};
+                        {u"a b", u"xa b a bx a b", 10, kWords},
+                        {u"a\rb", u"a\nb a\vB", 4, kFolded},
+                        {u"\r\r", u"a\rb\v\rc", 3, kExact},
+                        {u"\rb", u"a\rbc a\rb", 6, kWords}};
   for (const Case& c : cases) {
     const auto match = find(c.needle, c.flags, c.haystack);
     EXPECT_EQ(match ? match->from : -1, c.from) << testing::PrintToString(c.needle);
@@ -179,8 +183,8 @@ class Generator : public Dice {
 
 TEST(Search, FindsWhatReadingEveryCharacterFinds) {
   Generator generate(3);
-  const std::u16string_view narrowUnits = u"aAb\r\n\u00B5";
-  const std::u16string_view wideUnits = u"aAbkK\u212A\u03BC\u00B5\u03A1\u03C1\r\a\xD801\xDC00";
+  const std::u16string_view narrowUnits = u"aAb\r\n\v\u00B5";
+  const std::u16string_view wideUnits = u"aAbkK\u212A\u03BC\u00B5\u03A1\u03C1\r\v\a\xD801\xDC00";
   for (int round = 0; round < 3000; ++round) {
     const bool narrow = generate.oneIn(2);
     const auto alphabet = (narrow ? narrowUnits : wideUnits).substr(generate.oneIn(3) ? 2 : 0);

@@ -25,15 +25,18 @@ struct SearchFlags {
 /// letters
 ///   outside the Basic Multilingual Plane are compared as they are, and so are unpaired surrogates.
 ///   Straight and typographic quotes are different characters.
+/// - A paragraph mark in the text searched for is found as a paragraph mark or a manual line break.
 /// - Whole word: the visible characters on both sides of the match, if any, also outside the searched span,
 /// are
 ///   neither letters, digits nor combining marks. An apostrophe, a hyphen and a low line are none of these:
-///   John is found in John's, in John-Paul and in a blank filled in as __John__.
+///   John is found in John's, in John-Paul and in a blank filled in as __John__. Where the text searched for
+///   begins or ends with a line end, nothing is asked of that side.
 /// - Characters that the view does not show are passed over: a match may run across them, and its span covers
 ///   those between its first and last visible character. A hidden cell mark still ends its cell.
 ///
-/// Stretches of the text are searched where they lie. The cost is linear in the span searched, whatever the
-/// text searched for; memory beside the text is a few times the length of the text searched for.
+/// Stretches of the text are searched where they lie. The cost is linear in the span searched and the length
+/// of the text searched for, whatever they hold; memory beside the text is a few times the length of the text
+/// searched for.
 class Search {
  public:
   Search(std::u16string_view needle, SearchFlags flags);
