@@ -7,7 +7,9 @@
 #include "pass.h"
 #include "prepared_search.h"
 #include "summary.h"
+#include "text_behind.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace pluvo::engine {
@@ -82,10 +84,11 @@ void clsProcessFind::MakeChanges() {
     const Operations operations(context(), state_->search, state_->ranges);
     if (!state_->undoStep) state_->undoStep = application().beginUndoStep();
     const auto edits = application().beginEdits(true);
+    const TextBehind behind(application(), state_->search, required(state_->ranges.begin));
     const std::optional<errors::Fault> refusal = operations.perform();
     state_->counts.countOperated();
     observing().operated(blockOf(state_->search, state_->ranges, operations), refusal ? &*refusal : nullptr);
-    moveSearchPoint();
+    moveSearchPoint(behind.start());
   });
 }
 
@@ -95,16 +98,17 @@ void clsProcessFind::SkipChanges() {
     const Operations operations(context(), state_->search, state_->ranges);
     state_->counts.countSkipped();
     observing().skipped(blockOf(state_->search, state_->ranges, operations));
-    moveSearchPoint();
+    moveSearchPoint(0);
   });
 }
 
 void clsProcessFind::endPass() { state_->undoStep.reset(); }
 
-/// The next search starts behind the block's beginning as it stands now.
-void clsProcessFind::moveSearchPoint() {
+/// The next search starts behind the block's beginning as it stands now, or at this position where that lies
+/// farther behind.
+void clsProcessFind::moveSearchPoint(std::int32_t atLeast) {
   word::Range& begin = required(state_->ranges.begin);
-  const std::int32_t end = begin.End();
+  const std::int32_t end = std::max(atLeast, begin.End());
   begin.Start(request_.liftLimits ? end : errors::narrow(end));
 }
 

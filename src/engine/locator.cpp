@@ -59,11 +59,15 @@ void WorkingRanges::place(word::Application& application, bool atTop) {
   *this = std::move(placed);
 }
 
-bool Locator::find(word::Range& range, const std::u16string& text) {
+bool Locator::find(word::Range& range, const SearchText& text) {
   const auto object = range.Find();
   word::Find& find = required(object);
   find.ClearFormatting();
-  find.Text(text);
+  if (text.whole) {
+    find.WholeText(text.whole);
+  } else {
+    find.Text(text.search);
+  }
   find.Forward(true);
   find.MatchCase(search_.matchCase);
   find.MatchWholeWord(search_.wholeWords);
@@ -78,7 +82,7 @@ bool Locator::FindBeginAndEnd() {
   return errors::guarded(context_, u"cpf:35", [&] {
     word::Range& block = required(ranges_.block);
     word::Range& begin = required(ranges_.begin);
-    if (!find(begin, search_.begin.search)) return false;
+    if (!find(begin, search_.begin)) return false;
     // A host may say that it found an empty text, and would say so for ever.
     if (begin.Start() == begin.End()) return false;
     block.SetRange(begin.Start(), begin.End());
@@ -91,7 +95,7 @@ bool Locator::FindBeginAndEnd() {
     } else {
       end.Start(from);  // where its End lies beyond, left there by an earlier block, the find stops at it
     }
-    if (!find(end, search_.end.search)) return false;
+    if (!find(end, search_.end)) return false;
     block.End(end.End());
     return true;
   });
@@ -116,7 +120,7 @@ bool Locator::FindInsideText() {
     if (from >= to) return false;
     word::Range& inside = required(ranges_.inside);
     inside.SetRange(from, to);
-    return find(inside, search_.inside.search);
+    return find(inside, search_.inside);
   });
 }
 
@@ -136,15 +140,9 @@ bool Locator::extendsToFullTexts() {
   word::Range& end = required(ranges_.end);
   if (search_.begin.cut) {
     if (!MatchFullText(begin, search_.begin.full)) return false;
-    const std::int32_t more = missing(search_.begin.full, begin);
-    if (search_.liftLimits) {
-      begin.MoveEnd(word::wdCharacter, more);
-    } else {
-      std::int16_t narrowed = errors::narrow(more);
-      begin.MoveEnd(word::wdCharacter, &narrowed);
-    }
-    const bool blockIsBeginning = search_.liftLimits && !hasEnding();
-    if (blockIsBeginning || end.End() == 0) block.End(begin.End());
+    std::int16_t more = errors::narrow(missing(search_.begin.full, begin));
+    begin.MoveEnd(word::wdCharacter, &more);
+    if (end.End() == 0) block.End(begin.End());
   }
   if (search_.end.cut && end.End() >= 1) {
     if (!MatchFullText(end, search_.end.full)) return false;
@@ -155,7 +153,7 @@ bool Locator::extendsToFullTexts() {
 }
 
 bool Locator::holdsInsideText() {
-  if (search_.inside.search.empty()) return true;
+  if (search_.inside.empty()) return true;
   if (!FindInsideText()) return false;
   if (!search_.inside.cut) return true;
   word::Range& inside = required(ranges_.inside);
@@ -178,6 +176,7 @@ bool Locator::next(PassObserver& observer) {
         resumeBehindBlock();
         break;
       case Verdict::tooFar:
+        observer.tooFar();
         resumeBehindBeginning();
         break;
     }
@@ -190,8 +189,6 @@ void Locator::resumeBehindBlock(std::int32_t atLeast) {
   word::Range& begin = required(ranges_.begin);
   const auto place = [&] { return std::max(atLeast, block.End()); };
   begin.Start(place());
-  // A beginning that reaches beyond its block would be searched within itself only.
-  if (search_.liftLimits) begin.End(begin.Start());
   block.Start(place());
   required(ranges_.end).Start(place());
 }

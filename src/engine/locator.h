@@ -52,8 +52,8 @@ class Locator {
  private:
   enum class Verdict { block, mismatch, tooFar };
 
-  bool hasEnding() const { return !search_.end.search.empty(); }
-  bool find(word::Range& range, const std::u16string& text);
+  bool hasEnding() const { return !search_.end.empty(); }
+  bool find(word::Range& range, const SearchText& text);
   bool FindBeginAndEnd();
   bool CheckUnitsApart();
   bool FindInsideText();

@@ -1,13 +1,15 @@
 #include "pass.h"
 
+#include <algorithm>
+
 namespace pluvo::engine {
 
 Block blockOf(const PreparedSearch& search, const WorkingRanges& ranges, const Operations& operations) {
   const bool operates = search.operation >= kInsert && search.operation <= kHighlight;
   return {required(ranges.block),
           required(ranges.begin),
-          search.end.search.empty() ? nullptr : ranges.end.get(),
-          search.inside.search.empty() ? nullptr : ranges.inside.get(),
+          search.end.empty() ? nullptr : ranges.end.get(),
+          search.inside.empty() ? nullptr : ranges.inside.get(),
           operates ? operations.operated().get() : nullptr,
           search.operation};
 }
@@ -23,6 +25,7 @@ void Pass::run(bool confirmEach, PassObserver& observer) {
     if (observer.found(block) == Answer::stop) return;
     const Decision decision = confirmEach ? confirm() : Decision::operate;
     if (decision == Decision::stop) return;
+    const TextBehind behind(application_, search_, block.whole);
     if (decision == Decision::skip) {
       counts_.countSkipped();
       if (observer.skipped(block) == Answer::stop) return;
@@ -32,8 +35,9 @@ void Pass::run(bool confirmEach, PassObserver& observer) {
       const std::optional<errors::Fault> refusal = operations.perform();
       counts_.countOperated();
       if (observer.operated(block, refusal ? &*refusal : nullptr) == Answer::stop) return;
-      resumeBehindOperation(operations, locator);
+      resumeBehindOperation(operations, behind, locator);
     }
+    if (behind.isNone()) return;
   }
 }
 
@@ -53,10 +57,10 @@ Pass::Decision Pass::confirm() {
 }
 
 /// Not every word processor lets the block's range grow with text inserted at its end.
-void Pass::resumeBehindOperation(const Operations& operations, Locator& locator) {
+void Pass::resumeBehindOperation(const Operations& operations, const TextBehind& behind, Locator& locator) {
   const std::shared_ptr<word::Range> operated = operations.operated();
   const bool operates = search_.operation >= kInsert && search_.operation <= kHighlight;
-  locator.resumeBehindBlock(operates && operated ? operated->End() : 0);
+  locator.resumeBehindBlock(std::max(behind.start(), operates && operated ? operated->End() : 0));
 }
 
 }  // namespace pluvo::engine

@@ -7,6 +7,7 @@
 #include "locator.h"
 #include "operations.h"
 #include "prepared_search.h"
+#include "text_behind.h"
 
 namespace pluvo::engine {
 
@@ -31,7 +32,7 @@ class Pass {
   enum class Decision { operate, skip, stop };
 
   Decision confirm();
-  void resumeBehindOperation(const Operations& operations, Locator& locator);
+  void resumeBehindOperation(const Operations& operations, const TextBehind& behind, Locator& locator);
 
   errors::Context& context_;
   word::Application& application_;

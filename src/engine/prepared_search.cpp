@@ -25,13 +25,25 @@ std::u16string NormalizeSearchText(errors::Context& context, std::u16string_view
   });
 }
 
+std::u16string withOneLineEnd(std::u16string_view text) {
+  std::u16string result = errors::withParagraphMarks(text);
+  std::replace(result.begin(), result.end(), kLineBreak, kParagraphMark);
+  return result;
+}
+
 std::int16_t CountParagraphMarks(errors::Context& context, std::u16string_view text) {
   return errors::guarded(context, u"cpf:37", [&] {
     return errors::narrow(static_cast<std::int32_t>(std::count(text.begin(), text.end(), kParagraphMark)));
   });
 }
 
-SearchText::SearchText(std::u16string normalizedText) : full(std::move(normalizedText)) {
+SearchText::SearchText(std::u16string normalizedText, bool liftLimits) {
+  if (liftLimits) {
+    whole = std::make_shared<const std::u16string>(std::move(normalizedText));
+    wholeHasLineEnd = whole->find(kParagraphMark) != std::u16string::npos;
+    return;
+  }
+  full = std::move(normalizedText);
   search = full.substr(0, std::min(full.size(), kMostForFind));
   if (const std::size_t mark = search.find(kParagraphMark); mark != std::u16string::npos) search.resize(mark);
   cut = search.size() < full.size();
@@ -41,10 +53,10 @@ void PreparedSearch::take(errors::Context& context, Request& request) {
   if (request.extraSpace) extraSpace = u" ";
   highlightColour = request.highlightColour;
   for (std::u16string* searched : {&request.beginBlock, &request.endBlock, &request.insideBlock})
-    *searched = NormalizeSearchText(context, *searched);
-  begin = SearchText(request.beginBlock);
-  end = SearchText(request.endBlock);
-  inside = SearchText(request.insideBlock);
+    *searched = request.liftLimits ? withOneLineEnd(*searched) : NormalizeSearchText(context, *searched);
+  begin = SearchText(request.beginBlock, request.liftLimits);
+  end = SearchText(request.endBlock, request.liftLimits);
+  inside = SearchText(request.insideBlock, request.liftLimits);
   text = request.text;
   location = request.operationLocation;
   operation = request.operation;

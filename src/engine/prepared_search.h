@@ -4,6 +4,7 @@
 #include "errors/context.h"
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -12,17 +13,25 @@ namespace pluvo::engine {
 /// Line feeds go, manual line breaks become paragraph marks.
 std::u16string NormalizeSearchText(errors::Context& context, std::u16string_view text);
 
+/// As texts are searched for whole: every line end of any kind becomes one paragraph mark.
+std::u16string withOneLineEnd(std::u16string_view text);
+
 /// How many paragraph marks the text holds. No pass asks for it.
 std::int16_t CountParagraphMarks(errors::Context& context, std::u16string_view text);
 
-/// A text as it is searched for. A word processor's find takes neither more than 255 characters nor a
-/// paragraph mark; what was cut off is compared where the rest was found.
+/// A text as it is searched for: whole, where the limits are lifted. Else neither more than 255 characters of
+/// it nor a paragraph mark; what was cut off is compared where the rest was found.
 struct SearchText {
   static constexpr std::size_t kMostForFind = 255;
 
   SearchText() = default;
-  explicit SearchText(std::u16string normalizedText);
+  SearchText(std::u16string normalizedText, bool liftLimits);
 
+  bool empty() const { return whole ? whole->empty() : search.empty(); }
+
+  /// None with the limits kept. The others are then for those.
+  std::shared_ptr<const std::u16string> whole;
+  bool wholeHasLineEnd = false;
   std::u16string full;
   std::u16string search;
   bool cut = false;

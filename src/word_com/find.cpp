@@ -1,11 +1,14 @@
 #include "find.h"
 
+#include "batch.h"
 #include "fault.h"
 #include "text.h"
 
 #include <windows.h>
 
 #include <algorithm>
+#include <optional>
+#include <utility>
 
 namespace pluvo::word_com {
 
@@ -27,25 +30,12 @@ constexpr Sticky kSticky[] = {
     {L"MatchAlefHamza", false}, {L"MatchControl", false}, {L"MatchByte", true},
 };
 
-/// The longest beginning of the text that Word takes, as Word takes it.
-struct Written {
-  std::u16string text;
-  std::size_t given = 0;
+constexpr char16_t kLineBreak = 11;
+constexpr char16_t kParagraphMark = 13;
+/// Word's pattern for either.
+constexpr const char16_t* kAnyLineEnd = u"[^11^13]";
 
-  explicit Written(const std::u16string& asked) {
-    for (const char16_t unit : asked) {
-      const std::size_t length = unit == u'^' ? 2 : 1;
-      if (text.size() + length > kMostForFind) break;
-      text.append(length, unit);
-      ++given;
-    }
-    // Half a character is found nowhere.
-    if (given < asked.size() && IS_HIGH_SURROGATE(text.back())) {
-      text.pop_back();
-      --given;
-    }
-  }
-};
+bool isLineEnd(char16_t unit) { return unit == kParagraphMark || unit == kLineBreak; }
 
 bool isOneWord(const std::u16string& text) {
   return std::ranges::all_of(
@@ -76,11 +66,49 @@ bool ComFind::is(const wchar_t* property, bool value) const {
   }
 }
 
+/// The longest beginning of the line that Word takes.
+ComFind::Proposal ComFind::beginningOf(std::u16string_view line) {
+  Proposal proposal;
+  for (const char16_t unit : line) {
+    const std::size_t length = unit == u'^' ? 2 : 1;
+    if (proposal.written.size() + length > kMostForFind) break;
+    proposal.written.append(length, unit);
+    ++proposal.given;
+  }
+  // Half a character is found nowhere.
+  if (proposal.given < line.size() && IS_HIGH_SURROGATE(proposal.written.back())) {
+    proposal.written.pop_back();
+    --proposal.given;
+  }
+  return proposal;
+}
+
+ComFind::Proposal ComFind::longestLineOf(std::u16string_view text) {
+  std::u16string_view longest;
+  for (std::size_t from = 0; from < text.size();) {
+    const std::u16string_view line = text.substr(from, text.substr(from).find(kParagraphMark));
+    if (line.size() > longest.size()) longest = line;
+    from += line.size() + 1;
+  }
+  if (longest.empty() && !text.empty()) return {kAnyLineEnd, 0, 1, true};
+  Proposal proposal = beginningOf(longest);
+  if (!longest.empty()) proposal.before = static_cast<std::size_t>(longest.data() - text.data());
+  return proposal;
+}
+
 void ComFind::Text(const std::u16string& text) {
-  const Written written(text);
-  find_.put(L"Text", Arguments().text(written.text));
-  text_ = text;
-  given_ = written.given;
+  lookFor(std::make_shared<const std::u16string>(text), beginningOf(text));
+}
+
+void ComFind::WholeText(std::shared_ptr<const std::u16string> text) {
+  Proposal proposal = longestLineOf(*text);
+  lookFor(std::move(text), std::move(proposal));
+}
+
+void ComFind::lookFor(std::shared_ptr<const std::u16string> text, Proposal proposal) {
+  find_.put(L"Text", Arguments().text(proposal.written));
+  text_ = std::move(text);
+  proposal_ = std::move(proposal);
   if (wholeWord_) MatchWholeWord(true);
 }
 
@@ -92,7 +120,7 @@ void ComFind::MatchCase(bool value) {
 /// Word itself sees to it for a text of one word, and what counts as more than one it does not tell. The end
 /// of a shortened text is inside a word perhaps.
 void ComFind::MatchWholeWord(bool value) {
-  wordSeesToWords_ = value && given_ == text_.size() && isOneWord(text_);
+  wordSeesToWords_ = value && !isShortened() && isOneWord(*text_);
   put(L"MatchWholeWord", wordSeesToWords_);
   wholeWord_ = value;
 }
@@ -104,6 +132,9 @@ bool ComFind::executeInWord() const {
 
 bool ComFind::Execute() {
   const Span asked = range_->span();
+  // Only meanwhile: what the last search had stays in Word's own dialog.
+  std::optional<ComSwitched> pattern;
+  if (proposal_.isLineEnd) pattern.emplace(find_, L"MatchWildcards", true);
   const bool found = findsWithin(asked);
   if (!found && range_->span() != asked) range_->set(asked);
   return found;
@@ -111,7 +142,7 @@ bool ComFind::Execute() {
 
 bool ComFind::findsWithin(Span asked) {
   // What Word makes of an empty text is its own business, but not a text.
-  if (text_.empty()) return executeInWord() && !range_->span().spans();
+  if (text_->empty()) return executeInWord() && !range_->span().spans();
 
   Span within = asked;
   // Word does not find what is the whole range.
@@ -123,7 +154,7 @@ bool ComFind::findsWithin(Span asked) {
       // Hidden text makes a range longer than what is read of it.
       if (!asked.spans()) return false;
       range_->set(within);
-      return sameText(range_->Text(), text_, matchCase_) && (!wholeWord_ || isWholeWord(within));
+      return isText() && (!wholeWord_ || isWholeWord(within));
     }
     if (extendsToText(match, asked)) return true;
     within.start = match.start + 1;
@@ -134,27 +165,38 @@ bool ComFind::findsWithin(Span asked) {
   return true;
 }
 
-/// Whether the range covers the text and nothing else.
-bool ComFind::isWholeMatch(Span span) {
-  return static_cast<std::size_t>(span.end - span.start) == text_.size() &&
-         sameText(range_->Text(), text_, matchCase_) && (!wholeWord_ || isWholeWord(span));
+/// Whether the range's text is the text asked for.
+bool ComFind::isText() {
+  std::u16string text = range_->Text();
+  std::ranges::replace(text, kLineBreak, kParagraphMark);
+  return sameText(text, *text_, matchCase_);
 }
 
-/// Whether the text stands where Word found it, or found its beginning. The range then covers it.
+/// Whether the range covers the text and nothing else.
+bool ComFind::isWholeMatch(Span span) {
+  return static_cast<std::size_t>(span.end - span.start) == text_->size() && isText() &&
+         (!wholeWord_ || isWholeWord(span));
+}
+
+/// Whether the text stands where Word found it, or around a part of it. The range then covers it.
 bool ComFind::extendsToText(Span match, Span asked) {
-  const bool shortened = given_ < text_.size();
-  if (shortened) {
-    range_->MoveEnd(word::wdCharacter, static_cast<std::int32_t>(text_.size() - given_));
+  if (isShortened()) {
+    const auto before = static_cast<std::int32_t>(proposal_.before);
+    const auto behind = static_cast<std::int32_t>(text_->size() - proposal_.before - proposal_.given);
+    if (match.start - asked.start < before) return false;
+    if (before > 0) range_->MoveStart(word::wdCharacter, -before);
+    if (behind > 0) range_->MoveEnd(word::wdCharacter, behind);
     match = range_->span();
-    if (asked.spans() && match.end > asked.end) return false;
+    if (match.start < asked.start || (asked.spans() && match.end > asked.end)) return false;
   }
-  return sameText(range_->Text(), text_, matchCase_) &&
-         (!wholeWord_ || wordSeesToWords_ || isWholeWord(match));
+  return isText() && (!wholeWord_ || wordSeesToWords_ || isWholeWord(match));
 }
 
 bool ComFind::isWholeWord(Span span) const {
-  const bool startsInside = span.start > 0 && isPartOfWord(range_->textAt({span.start - 1, span.start}));
-  return !startsInside && !isPartOfWord(range_->textAt({span.end, span.end + 1}));
+  const bool startsInside = !isLineEnd(text_->front()) && span.start > 0 &&
+                            isPartOfWord(range_->textAt({span.start - 1, span.start}));
+  return !startsInside &&
+         (isLineEnd(text_->back()) || !isPartOfWord(range_->textAt({span.end, span.end + 1})));
 }
 
 }  // namespace pluvo::word_com

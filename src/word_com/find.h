@@ -4,20 +4,26 @@
 #include "range.h"
 #include "word/word_processor.h"
 
+#include <cstddef>
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace pluvo::word_com {
 
 /// A literal search, which Word's find is not by itself: `^` begins a code there, straight and typographic
 /// quotes are one, a range that is its own match is not found, and the search then leaves the range. Whatever
 /// Word finds is compared with the text asked for, and the search goes on behind a wrong match.
+///
+/// Nor does Word take a long text or one of several lines. Its longest line proposes places then (a line end,
+/// where no line holds a character), around which the whole text is compared.
 class ComFind final : public word::Find {
  public:
   ComFind(Object find, std::shared_ptr<ComRange> range) : find_(std::move(find)), range_(std::move(range)) {}
 
   void ClearFormatting() override;
   void Text(const std::u16string& text) override;
+  void WholeText(std::shared_ptr<const std::u16string> text) override;
   void Forward(bool value) override { put(L"Forward", value); }
   void MatchCase(bool value) override;
   void MatchWholeWord(bool value) override;
@@ -30,19 +36,31 @@ class ComFind final : public word::Find {
   bool Execute() override;
 
  private:
+  /// What Word is given to look for, as Word takes it.
+  struct Proposal {
+    std::u16string written;
+    std::size_t before = 0;  ///< how many units of the text stand before it
+    std::size_t given = 0;   ///< and how many it stands for
+    bool isLineEnd = false;
+  };
+  static Proposal beginningOf(std::u16string_view line);
+  static Proposal longestLineOf(std::u16string_view text);
+
   void put(const wchar_t* property, bool value) const { find_.put(property, Arguments().boolean(value)); }
   bool is(const wchar_t* property, bool value) const;
+  void lookFor(std::shared_ptr<const std::u16string> text, Proposal proposal);
+  bool isShortened() const { return proposal_.given < text_->size(); }
   bool executeInWord() const;
   bool findsWithin(Span asked);
+  bool isText();
   bool isWholeMatch(Span span);
   bool extendsToText(Span match, Span asked);
   bool isWholeWord(Span span) const;
 
   Object find_;
   std::shared_ptr<ComRange> range_;
-  std::u16string text_;
-  /// How many units of the text Word is given.
-  std::size_t given_ = 0;
+  std::shared_ptr<const std::u16string> text_ = std::make_shared<const std::u16string>();
+  Proposal proposal_;
   bool matchCase_ = false;
   bool wholeWord_ = false;
   bool wordSeesToWords_ = false;

@@ -35,7 +35,7 @@ TEST(Locator, FindsBeginningsAndTheirEndings) {
                {"A¶A¶¶", {.begin = u"A", .end = u"B"}, "A¶A¶¶"},
                {"¶", {.begin = u"A"}, "¶"},
                {"A¶", {.begin = u""}, "A¶"},
-               {"¶A¶", {.begin = u"\rA"}, "¶A¶"},
+               {"¶A¶", {.begin = u"\rA"}, "¶A¶", "[a¶Aa]¶"},
                {"x{c A|r A} A¶", {.begin = u"A"}, "x{c A|r [aAa]} [bAb]¶"},
                {"x{c A|r A} A¶", {.begin = u"A", .fieldCodes = true}, "x{c [aAa]|r A} [bAb]¶"}});
 }
@@ -59,10 +59,10 @@ TEST(Locator, CountsWholeUnitsBetween) {
 }
 
 TEST(Locator, TakesTheDistanceBeforeTextsAreExtended) {
-  // Those of the first line of the beginning alone; of the whole beginning they would be less.
+  // Those of the first line of the beginning alone; of the whole beginning they are less.
   const std::string document = "A¶1¶2¶xB¶";
   Asked asked = {.begin = u"A\r1\r2\rx", .end = u"B", .apart = u"1", .unit = kParagraphs};
-  expectFound({{document, asked, document}});
+  expectFound({{document, asked, document, "[aA¶1¶2¶xBa]¶"}});
   asked.apart = u"2";
   expectFound({{document, asked, "[aA¶1¶2¶xBa]¶"}});
 }
@@ -71,32 +71,39 @@ TEST(Locator, ComparesInFullWhatIsTooLongToFind) {
   const std::string longest(255, 'x');
   const std::string tooLong = longest + "Y";
   const std::u16string full = std::u16string(255, u'x') + u"Y";
-  expectFound(
-      {{"-" + longest + "y¶", {.begin = full.substr(0, 255)}, "-[a" + longest + "a]y¶"},
-       {"-" + tooLong + longest + "y¶",
-        {.begin = full, .matchCase = false},
-        "-[a" + tooLong + "a]" + longest + "y¶"},
-       {"A" + longest + "yA" + tooLong + "¶",
-        {.begin = u"A", .end = full},
-        "A" + longest + "y[aA" + tooLong + "a]¶"},
-       {"A" + tooLong + "B¶", {.begin = u"A", .end = u"B", .inside = full}, "[aA" + tooLong + "Ba]¶"},
-       {"A" + longest + "yB¶", {.begin = u"A", .end = u"B", .inside = full}, "A" + longest + "yB¶"},
-       {"A\vB¶", {.begin = u"A\n\r\nB"}, "[aA\vBa]¶"},
-       {"AB¶", {.begin = u"A\nB"}, "[aABa]¶"},
-       {"A1b A2B¶c A3B¶C¶", {.begin = u"A", .end = u"B\rC", .matchCase = false}, "A1b A2B¶c [aA3B¶Ca]¶"},
-       {"A¶¶", {.begin = u"A\r\r"}, "[aA¶¶a]"},
-       {"A¶", {.begin = u"A\r\r"}, "A¶"}});
+  expectFound({{"-" + longest + "y¶", {.begin = full.substr(0, 255)}, "-[a" + longest + "a]y¶"},
+               {"-" + tooLong + longest + "y¶",
+                {.begin = full, .matchCase = false},
+                "-[a" + tooLong + "a]" + longest + "y¶",
+                "-[a" + tooLong + "a][b" + longest + "yb]¶"},
+               {"A" + longest + "yA" + tooLong + "¶",
+                {.begin = u"A", .end = full},
+                "A" + longest + "y[aA" + tooLong + "a]¶",
+                "[aA" + longest + "yA" + tooLong + "a]¶"},
+               {"A" + tooLong + "B¶", {.begin = u"A", .end = u"B", .inside = full}, "[aA" + tooLong + "Ba]¶"},
+               {"A" + longest + "yB¶", {.begin = u"A", .end = u"B", .inside = full}, "A" + longest + "yB¶"},
+               {"A\vB¶", {.begin = u"A\n\r\nB"}, "[aA\vBa]¶", "A\vB¶"},
+               {"A\v¶B¶", {.begin = u"A\n\r\nB"}, "A\v¶B¶", "[aA\v¶Ba]¶"},
+               {"AB¶", {.begin = u"A\nB"}, "[aABa]¶", "AB¶"},
+               {"A1b A2B¶c A3B¶C¶",
+                {.begin = u"A", .end = u"B\rC", .matchCase = false},
+                "A1b A2B¶c [aA3B¶Ca]¶",
+                "[aA1b A2B¶ca] [bA3B¶Cb]¶"},
+               {"A¶¶", {.begin = u"A\r\r"}, "[aA¶¶a]"},
+               {"A¶", {.begin = u"A\r\r"}, "A¶"}});
 }
 
 TEST(Locator, LooksForInsideTextsInsideOnly) {
-  expectFound(
-      {{"AxBx¶", {.begin = u"Ax", .end = u"B", .inside = u"x"}, "AxBx¶"},
-       {"AxB Ax¶yB¶", {.begin = u"A", .end = u"B", .inside = u"x\ry"}, "AxB [aAx¶yBa]¶"},
-       {"A x¶", {.begin = u"A", .inside = u"x"}, "A x¶"},
-       // A text that is cut is not held to whole words, nor are the others.
-       {"xA x¶y B¶", {.begin = u"A", .end = u"B", .inside = u"x\ry", .wholeWords = true}, "x[aA x¶y Ba]¶"},
-       // The ending lies within the rest of a beginning that was cut.
-       {"A¶B¶Cx¶", {.begin = u"A\rB\rC", .end = u"B", .inside = u"x"}, "A¶B¶Cx¶"}});
+  expectFound({{"AxBx¶", {.begin = u"Ax", .end = u"B", .inside = u"x"}, "AxBx¶"},
+               {"AxB Ax¶yB¶", {.begin = u"A", .end = u"B", .inside = u"x\ry"}, "AxB [aAx¶yBa]¶"},
+               {"A x¶", {.begin = u"A", .inside = u"x"}, "A x¶"},
+               // Where a text is cut none is held to whole words.
+               {"xA x¶y B¶",
+                {.begin = u"A", .end = u"B", .inside = u"x\ry", .wholeWords = true},
+                "x[aA x¶y Ba]¶",
+                "xA x¶y B¶"},
+               // The ending lies within the rest of a beginning that was cut.
+               {"A¶B¶Cx¶", {.begin = u"A\rB\rC", .end = u"B", .inside = u"x"}, "A¶B¶Cx¶"}});
 }
 
 TEST(Locator, KeepsItsBoundsOnEndings) {
@@ -115,17 +122,56 @@ TEST(Locator, ExtendsABlockWithoutEndingToItsWholeBeginning) {
   // search then stays inside a beginning that reaches beyond its block.
   const Asked asked{.begin = u"A\rB", .matchCase = false};
   expectFound({{"xA¶B A¶B A¶B¶", asked, "x[aA¶Ba] [bAb]¶B A¶B¶", "x[aA¶Ba] [bA¶Bb] [cA¶Bc]¶"},
-               {"A¶b A¶B A¶B¶", asked, "A¶b [aAa]¶B A¶B¶", "A¶b [aA¶Ba] [bA¶Bb]¶"}});
+               {"A¶b A¶B A¶B¶", asked, "A¶b [aAa]¶B A¶B¶", "[aA¶ba] [bA¶Bb] [cA¶Bc]¶"}});
   // An ending that cannot be searched for is held against the end range, which behind the first block has an
   // End.
-  expectFound({{"A1 A2¶", {.begin = u"A", .end = u"\rB"}, "[aAa]1 A2¶"}});
+  expectFound({{"A1 A2¶", {.begin = u"A", .end = u"\rB"}, "[aAa]1 A2¶", "A1 A2¶"}});
 }
 
 TEST(Locator, GoesOnWithinABeginningThatReachesBeyondItsBlock) {
   const Asked asked{.begin = u"A\rB\rC", .end = u"B"};
-  expectFound({{"A¶B¶C A¶B¶C¶", asked, "[aA¶Ba]¶C A¶B¶C¶", "[aA¶Ba]¶C [bA¶Bb]¶C¶"}});
+  expectFound({{"A¶B¶C A¶B¶C¶", asked, "[aA¶Ba]¶C A¶B¶C¶", "[aA¶B¶C A¶Ba]¶C¶"}});
   // Where nothing is done, what would be operated on does not count.
-  expectFound({{"A¶B¶A¶B¶A¶", {.begin = u"A\rB\rA", .end = u"B", .on = kBeginning}, "[aA¶Ba]¶[bA¶Bb]¶A¶"}});
+  expectFound({{"A¶B¶A¶B¶A¶",
+                {.begin = u"A\rB\rA", .end = u"B", .on = kBeginning},
+                "[aA¶Ba]¶[bA¶Bb]¶A¶",
+                "[aA¶B¶A¶Ba]¶A¶"}});
+}
+
+TEST(Locator, FindsTextsOfSeveralLinesWholeWithoutLimits) {
+  const std::u16string twoLines = std::u16string(300, u'x') + u"\r" + std::u16string(300, u'y');
+  const std::string there = std::string(300, 'x') + "¶" + std::string(300, 'y');
+  const std::vector<Case> cases = {
+      // A first line that matches where the rest does not costs itself only, and no ending.
+      {"A¶C B A¶D B¶", {.begin = u"A\rD", .end = u"B"}, "A¶C B [aA¶D Ba]¶"},
+      {"A B¶C B¶D¶", {.begin = u"A", .end = u"B\rD"}, "[aA B¶C B¶Da]¶"},
+      {"A¶A¶B¶", {.begin = u"A\rB"}, "A¶[aA¶Ba]¶"},
+      {"A x¶z x¶y B¶", {.begin = u"A", .end = u"B", .inside = u"x\ry"}, "[aA x¶z x¶y Ba]¶"},
+      // The ending is sought after the beginning; the inside text ends before it.
+      {"A¶B¶C B¶", {.begin = u"A\rB\rC", .end = u"B"}, "[aA¶B¶C Ba]¶"},
+      {"A x¶B¶", {.begin = u"A", .end = u"\rB", .inside = u"x\r"}, "A x¶B¶"},
+      // Line ends at both ends of a text, and nothing else.
+      {"A¶B A B¶¶", {.begin = u"A", .end = u"B\r\r"}, "[aA¶B A B¶¶a]"},
+      {"A¶¶B\v¶\vC¶", {.begin = u"\r\r"}, "A[a¶¶a]B[b\v¶b]\vC¶"},
+      {"⟦A¦A¶B¦‖⟧¶", {.begin = u"A\r"}, "⟦A¦[aA¶a]B¦‖⟧¶"},
+      {"A{c|¶}<h:C>B¶", {.begin = u"A\rB"}, "[aA{c|¶}<h:C>Ba]¶"},
+      {"xA¶B A¶Bx A¶B¶", {.begin = u"A\rB", .wholeWords = true}, "xA¶B A¶Bx [aA¶Ba]¶"},
+      {"x¶Ax x¶A¶", {.begin = u"\rA", .wholeWords = true}, "x¶Ax x[a¶Aa]¶"},
+      {"a¶b¶", {.begin = u"A\rB", .matchCase = false}, "[aa¶ba]¶"},
+      {"-" + there + there + "¶", {.begin = twoLines}, "-[a" + there + "a][b" + there + "b]¶"},
+      // What the texts touch themselves does not count.
+      {"A¶A¶1¶B¶B¶",
+       {.begin = u"A\rA", .end = u"B\rB", .apart = u"1", .unit = kParagraphs},
+       "[aA¶A¶1¶B¶Ba]¶"},
+  };
+  for (const Case& one : cases) {
+    SCOPED_TRACE(one.document);
+    Desk desk(one.document);
+    Asked asked = one.asked;
+    asked.lift = true;
+    desk.work.pass(asked);
+    EXPECT_EQ(desk.found(), notation::Sample(one.found).print());
+  }
 }
 
 TEST(Locator, StartsAtTheSelectionOrAtTheTop) {

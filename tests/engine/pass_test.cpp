@@ -36,17 +36,10 @@ TEST(Pass, AsksBeforeEachBlockWhereItIsToBeConfirmed) {
 TEST(Pass, GoesOnBehindTheBlockWhereNothingWasDone) {
   // The beginning reaches beyond its block. With limits the search then stays inside it, whatever was to be
   // done to it.
-  for (const bool lift : {false, true}) {
-    Desk desk("A¶B¶C A¶B¶C¶");
-    desk.work.boxes.answers = {Answer::no, Answer::no};
-    desk.work.pass({.begin = u"A\rB\rC",
-                    .end = u"B",
-                    .operation = kDelete,
-                    .on = kBeginning,
-                    .confirm = true,
-                    .lift = lift});
-    EXPECT_EQ(desk.work.boxes.shown.size(), lift ? 2U : 1U);
-  }
+  Desk desk("A¶B¶C A¶B¶C¶");
+  desk.work.boxes.answers = {Answer::no, Answer::no};
+  desk.work.pass({.begin = u"A\rB\rC", .end = u"B", .operation = kDelete, .on = kBeginning, .confirm = true});
+  EXPECT_EQ(desk.work.boxes.shown.size(), 1U);
 }
 
 TEST(Pass, EndsWhereTheObserverSaysSo) {

@@ -22,8 +22,10 @@ class Dice {
     }
     return result;
   }
-  /// A text to search for, that begins with no mark.
-  std::u16string searched(std::size_t more) { return text(u"abA", 1, 1) + text(u"abA .\r\v", 0, more); }
+  /// A text to search for; now and then it begins with a line end.
+  std::u16string searched(std::size_t more) {
+    return text(once(4) ? u"\r\v" : u"abA", 1, 1) + text(u"abA .\r\v", 0, more);
+  }
 
  private:
   std::mt19937 random_;

@@ -10,13 +10,6 @@ namespace {
 
 using Place = text::Span;
 
-std::u16string marksFor(std::u16string text) {
-  std::replace(text.begin(), text.end(), u'\v', u'\r');
-  return text;
-}
-std::u16string firstLine(const std::u16string& text) { return text.substr(0, marksFor(text).find(u'\r')); }
-bool isCut(const std::u16string& text) { return firstLine(text) != text; }
-
 /// With a tail that no request matches, so that the document's last mark is never asked for.
 std::string documentOf(const std::u16string& text) {
   std::string notation;
@@ -29,10 +22,7 @@ std::string documentOf(const std::u16string& text) {
 class RestatedRules {
  public:
   RestatedRules(const std::u16string& text, const Asked& asked, bool extraSpace)
-      : document(documentOf(text)),
-        asked_(asked),
-        space_(extraSpace ? u" " : u""),
-        wholeWords_(asked.wholeWords && !isCut(asked.begin) && !isCut(asked.end) && !isCut(asked.inside)) {}
+      : document(documentOf(text)), asked_(asked), space_(extraSpace ? u" " : u"") {}
 
   void pass() {
     text::Position from = 0;
@@ -59,16 +49,32 @@ class RestatedRules {
  private:
   std::shared_ptr<word::Range> at(Place place) { return document.document->Range(place.from, place.to); }
 
+  /// The whole of the text, at the first place where it stands.
   bool find(const std::u16string& text, Place within, Place& match) {
-    if (within.empty()) return false;
-    const auto range = at(within);
-    const auto find = range->Find();
-    find->Text(firstLine(text));
-    find->MatchCase(asked_.matchCase);
-    find->MatchWholeWord(wholeWords_);
-    if (!find->Execute()) return false;
-    match = {range->Start(), range->End()};
-    return true;
+    const std::u16string all = document.model().text().substring(0, document.model().length());
+    const auto comparable = [&](char16_t c) {
+      if (!asked_.matchCase && u'A' <= c && c <= u'Z') return static_cast<char16_t>(c + 32);
+      return c == u'\v' ? u'\r' : c;
+    };
+    const auto same = [&](char16_t a, char16_t b) { return comparable(a) == comparable(b); };
+    const auto length = static_cast<text::Position>(text.size());
+    for (text::Position at = within.from; at + length <= within.to; ++at) {
+      match = {at, at + length};
+      if (std::equal(text.begin(), text.end(), all.begin() + at, same) &&
+          (!asked_.wholeWords || isWholeWord(all, text, match)))
+        return true;
+    }
+    return false;
+  }
+
+  static bool isWholeWord(const std::u16string& all, const std::u16string& text, Place match) {
+    const auto isMark = [](char16_t c) { return c == u'\r' || c == u'\v'; };
+    const auto isLetter = [&](text::Position at) {
+      const std::u16string c = all.substr(static_cast<std::size_t>(std::max(at, 0)), at < 0 ? 0 : 1);
+      return c.find_first_of(u"abAz") == 0;
+    };
+    return (isMark(text.front()) || !isLetter(match.from - 1)) &&
+           (isMark(text.back()) || !isLetter(match.to));
   }
 
   bool tooFar() {
@@ -82,26 +88,9 @@ class RestatedRules {
     return count(block_) - count(begin_) - count(end_) > distance;
   }
 
-  /// Whether a text that was cut stands there in full, also beyond the block. The place then covers it.
-  bool matchesInFull(const std::u16string& full, Place& match) {
-    if (!isCut(full)) return true;
-    const auto to = match.from + static_cast<text::Position>(full.size());
-    if (to > document.model().length() || marksFor(at({match.from, to})->Text()) != marksFor(full))
-      return false;
-    match.to = to;
-    return true;
-  }
-
   bool accept() {
-    if (!matchesInFull(asked_.begin, begin_)) return false;
-    if (asked_.end.empty()) {
-      block_ = begin_;
-      return asked_.inside.empty();
-    }
-    if (!matchesInFull(asked_.end, end_)) return false;
-    block_.to = end_.to;
     return asked_.inside.empty() ||
-           (find(asked_.inside, {begin_.to, end_.from}, inside_) && matchesInFull(asked_.inside, inside_));
+           (!asked_.end.empty() && find(asked_.inside, {begin_.to, end_.from}, inside_));
   }
 
   /// Returns where the search goes on.
@@ -118,7 +107,6 @@ class RestatedRules {
 
   Asked asked_;
   std::u16string space_;
-  bool wholeWords_;
   Place block_, begin_, end_, inside_;
 };
 

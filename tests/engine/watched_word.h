@@ -40,6 +40,11 @@ class WatchedFind final : public word::Find {
     find_->Text(text);
     isEmpty_ = text.empty();
   }
+  void WholeText(std::shared_ptr<const std::u16string> text) override {
+    called_("Find.WholeText " + std::string(text->begin(), text->end()));
+    isEmpty_ = text->empty();
+    find_->WholeText(std::move(text));
+  }
   void Forward(bool value) override { called_("Find.Forward", value); }
   void MatchCase(bool value) override { called_("Find.MatchCase", value), find_->MatchCase(value); }
   void MatchWholeWord(bool value) override { called_("Find.MatchWholeWord", value); }
@@ -122,7 +127,9 @@ class WatchedDocument final : public word::Document {
   word::WdProtectionType ProtectionType() override { unused(); }
   void Unprotect(const std::u16string&) override { unused(); }
   void Protect(word::WdProtectionType, const std::u16string&) override { unused(); }
-  std::shared_ptr<word::Range> StoryRanges(word::WdStoryType) override { unused(); }
+  std::shared_ptr<word::Range> StoryRanges(word::WdStoryType story) override {
+    return document_.StoryRanges(story);
+  }
   bool Saved() override { unused(); }
   void Close(bool) override { unused(); }
 

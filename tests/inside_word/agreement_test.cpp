@@ -85,6 +85,15 @@ TEST(AgreementOfWordAndMemory, TextsThatAreHardToFind) {
       {u"John's John Johnny",
        {.begin = u"john", .operation = engine::kDelete, .wholeWords = true, .matchCase = false}},
       {u"xa\tb a\tbx a\tb", {.begin = u"a\tb", .operation = engine::kDelete, .wholeWords = true}},
+      {u"ab\rabc ab\vabd\rab",
+       {.begin = u"AB\rabd", .end = u"\r", .operation = engine::kReplace, .text = u"x", .matchCase = false}},
+      {longText + u"\r" + longText + u"\r" + longText + u"z",
+       {.begin = longText + u"\r" + longText + u"z", .operation = engine::kDelete}},
+      {u"a\r\rb\v\vc\r", {.begin = u"\r\r", .operation = engine::kReplace, .text = u" "}},
+      {u"a\x07"
+       u"a\rb\x07\x07"
+       u"a\r",
+       {.begin = u"a\r", .operation = engine::kHighlight}},
       {u"one two three, two. two", {.begin = u"two", .operation = engine::kDelete}},
       {u"ab", {.begin = u"ab", .end = u"b", .inside = u"a", .operation = engine::kHighlight}},
       {u"a b a b",

@@ -39,10 +39,15 @@ struct Searched {
   }
 };
 
-bool executed(word::Range& range, const std::u16string& text, bool wholeWord = false) {
+bool executed(word::Range& range, const std::u16string& text, bool wholeWord = false,
+              bool wholeText = false) {
   const auto find = range.Find();
   find->ClearFormatting();
-  find->Text(text);
+  if (wholeText) {
+    find->WholeText(std::make_shared<const std::u16string>(text));
+  } else {
+    find->Text(text);
+  }
   find->Forward(true);
   find->MatchCase(false);
   find->MatchWholeWord(wholeWord);
@@ -59,6 +64,7 @@ struct Case {
   std::optional<Span> found;  ///< where the range is then; as it was where nothing is found
   std::size_t executions;
   bool wholeWord = false;
+  bool wholeText = false;
 };
 
 TEST(ComFind, TakesOfWordsMatchesThoseThatAreTheText) {
@@ -87,11 +93,43 @@ TEST(ComFind, TakesOfWordsMatchesThoseThatAreTheText) {
       // Of several words Word does not see to the ends.
       {"whole words", tabs, u"a\tb", {0, 0}, {{1, 4}, {5, 8}, {10, 13}}, {{10, 13}}, 3, true},
       {"the whole range, but not a whole word", u"abc", u"b", {1, 2}, {}, {}, 1, true},
+      // The longest line proposes, the whole text is compared.
+      {"two lines", u"ab\vabc ab\vabd", u"b\rabd", {0, 0}, {{10, 13}}, {{8, 13}}, 1, false, true},
+      {"a line before where there is none",
+       u"abc xx\rabc",
+       u"xx\rabc",
+       {2, 2},
+       {{7, 10}},
+       {{4, 10}},
+       1,
+       false,
+       true},
+      {"more lines than before it",
+       u"x\rabc xx\rabc",
+       u"xx\rabc",
+       {0, 0},
+       {{2, 5}, {9, 12}},
+       {{6, 12}},
+       2,
+       false,
+       true},
+      {"a line that leaves the range", u"ab\rc", u"ab\rc", {0, 3}, {{0, 2}}, {}, 2, false, true},
+      {"line ends alone", u"a\rb\v\rc", u"\r\r", {0, 0}, {{1, 2}, {3, 4}}, {{3, 5}}, 2, false, true},
+      {"whole words",
+       u"xa\rb a\rbx a\rb",
+       u"a\rb",
+       {0, 0},
+       {{1, 2}, {5, 6}, {10, 11}},
+       {{10, 13}},
+       3,
+       true,
+       true},
+      {"a word after a line end", u"x\ra", u"\ra", {0, 0}, {{2, 3}}, {{1, 3}}, 1, true, true},
   };
   for (const Case& each : cases) {
     SCOPED_TRACE(each.what);
     const Searched searched(each.document, each.range, each.matches);
-    EXPECT_EQ(executed(*searched.range, each.text, each.wholeWord), each.found.has_value());
+    EXPECT_EQ(executed(*searched.range, each.text, each.wholeWord, each.wholeText), each.found.has_value());
     const Span left{searched.range->Start(), searched.range->End()};
     EXPECT_EQ(left, each.found.value_or(each.range)) << left.start << ".." << left.end;
     EXPECT_EQ(Searched::calls("call Find.Execute").size(), each.executions);
@@ -126,6 +164,23 @@ TEST(ComFind, WritesTheTextSoThatWordTakesItLiterally) {
     // ends.
     EXPECT_EQ(Searched::calls("put Find.MatchWholeWord").back(),
               each.wholeWord ? "put Find.MatchWholeWord(VT_BOOL -1)" : "put Find.MatchWholeWord(VT_BOOL 0)");
+  }
+}
+
+TEST(ComFind, ProposesTheLongestLine) {
+  const std::pair<std::u16string, std::string> cases[] = {
+      {u"a^\rabc\rdef\r", "abc"},
+      {u"\rone", "one"},
+      {u"\r", "[^11^13]"},
+      {std::u16string(300, u'x') + u"\ry", std::string(255, 'x')}};
+  for (const auto& [asked, text] : cases) {
+    const Searched searched(u"a", {0, 0});
+    executed(*searched.range, asked, false, true);
+    EXPECT_EQ(Searched::calls("put Find.Text"), std::vector{"put Find.Text(VT_BSTR \"" + text + "\")"});
+    // A pattern is one only while it is looked for.
+    const auto pattern = Searched::calls("put Find.MatchWildcards");
+    EXPECT_EQ(pattern.size(), text.front() == '[' ? 2U : 0U);
+    EXPECT_TRUE(pattern.empty() || pattern.back() == "put Find.MatchWildcards(VT_BOOL 0)");
   }
 }
 

@@ -53,13 +53,17 @@ struct Visible {
 }  // namespace
 
 std::optional<Span> find(OpenDocument& document, const FindSettings& settings, Span span) {
-  const std::u16string text = withoutCodes(settings.text);
+  // The one pattern that is used: a paragraph mark or a manual line break.
+  const bool isPattern = settings.flags.at(u"MatchWildcards");
+  if (isPattern && settings.text != u"[^11^13]") throw Failure{E_NOTIMPL};
+  const std::u16string text = isPattern ? u"\r" : withoutCodes(settings.text);
   if (text.empty()) return std::nullopt;
   const bool matchCase = settings.flags.at(u"MatchCase");
   const bool wholeWord =
       settings.flags.at(u"MatchWholeWord") && text.find_first_of(u" \u00A0\t\n\v\f\r\xE") == text.npos;
   const auto isSame = [&](char16_t asked, char16_t there) {
     if (there == text::kCellMark) return false;
+    if (isPattern) return there == text::kParagraphMark || there == text::kLineBreak;
     return compared(asked, matchCase) == compared(there, matchCase) || (asked == u' ' && there == kHardBlank);
   };
   const Visible visible(document);

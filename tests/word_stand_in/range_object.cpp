@@ -97,7 +97,7 @@ void Stretch::select() const {
 bool Stretch::execute() const {
   const FindSettings literal;
   for (const auto& [name, value] : find.flags) {
-    const bool isOfText = name == u"MatchCase" || name == u"MatchWholeWord";
+    const bool isOfText = name == u"MatchCase" || name == u"MatchWholeWord" || name == u"MatchWildcards";
     if (!isOfText && literal.flags.at(name) != value) throw Failure{E_NOTIMPL};
   }
   if (find.wrap != word::wdFindStop) throw Failure{E_NOTIMPL};

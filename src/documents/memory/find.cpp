@@ -8,7 +8,7 @@ namespace pluvo::memory {
 void MemoryFind::Text(const std::u16string& text) {
   constexpr std::size_t kMost = 255;
   if (text.size() > kMost) throw errors::Fault(word::kStringTooLong, u"String parameter too long.");
-  query_.text = text;
+  WholeText(std::make_shared<const std::u16string>(text));
 }
 
 bool MemoryFind::Execute() {
@@ -16,7 +16,8 @@ bool MemoryFind::Execute() {
   model::Model& model = document.model();
   const text::Span span = range_->span();
   const text::Position end = span.empty() ? model.length() : span.to;
-  const auto match = model.find(query_, {span.from, end}, document.view());
+  if (!text_) return false;
+  const auto match = model.find({text_, flags_}, {span.from, end}, document.view());
   if (match) range_->set(*match);
   return match.has_value();
 }

@@ -6,6 +6,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace pluvo::memory {
 
@@ -18,9 +19,10 @@ class MemoryFind : public word::Find {
   void ClearFormatting() override {}  // there are no formatting conditions to clear
   /// Fault 5854 for more than 255 characters.
   void Text(const std::u16string& text) override;
+  void WholeText(std::shared_ptr<const std::u16string> text) override { text_ = std::move(text); }
   void Forward(bool value) override { requireOnly(value, true); }
-  void MatchCase(bool value) override { query_.flags.matchCase = value; }
-  void MatchWholeWord(bool value) override { query_.flags.wholeWord = value; }
+  void MatchCase(bool value) override { flags_.matchCase = value; }
+  void MatchWholeWord(bool value) override { flags_.wholeWord = value; }
   void MatchWildcards(bool value) override { requireOnly(value, false); }
   void MatchSoundsLike(bool value) override { requireOnly(value, false); }
   void MatchAllWordForms(bool value) override { requireOnly(value, false); }
@@ -33,7 +35,8 @@ class MemoryFind : public word::Find {
   static void requireOnly(bool value, bool possible);
 
   std::shared_ptr<MemoryRange> range_;
-  model::Query query_;
+  std::shared_ptr<const std::u16string> text_;
+  text::SearchFlags flags_;
 };
 
 }  // namespace pluvo::memory

@@ -16,12 +16,10 @@ constexpr Position kNeighbour = 2;
 /// A pass looks for three texts; a preview and a second pass may add theirs.
 constexpr std::size_t kMostEntries = 8;
 
-Position lengthOf(const Query& query) { return static_cast<Position>(query.text.size()); }
-
 }  // namespace
 
 std::optional<Span> FindMemory::find(const Query& query, Span span, View view) {
-  if (query.text.empty() || span.empty() || query.text.size() > static_cast<std::size_t>(span.length())) {
+  if (query.text->empty() || span.empty() || query.text->size() > static_cast<std::size_t>(span.length())) {
     return std::nullopt;
   }
   Entry& entry = entryOf(query, view);
@@ -39,7 +37,7 @@ bool FindMemory::reachBack(Entry& entry, Span span) const {
   Known& known = *entry.known;
   if (span.to < known.from) return false;
   // Any match that begins in the gap ends before this.
-  const Position to = onward(entry.view, known.from, lengthOf(entry.query) - 1);
+  const Position to = onward(entry.view, known.from, entry.query.length() - 1);
   const auto match = search(entry, span.from, to);
   if (match && match->from < known.from) {
     known.clear = match->from;
@@ -58,7 +56,7 @@ void FindMemory::searchOn(Entry& entry, Position to) const {
     known.clear = to;
   } else {
     // What begins later may end behind the bound.
-    known.clear = std::max(known.clear, back(entry.view, to, lengthOf(entry.query) - 1));
+    known.clear = std::max(known.clear, back(entry.view, to, entry.query.length() - 1));
   }
 }
 
@@ -90,7 +88,7 @@ void FindMemory::followEdit(Entry& entry, Span replaced, Position newLength) con
   known.clear += shift;
   if (known.match) known.match = Span{known.match->from + shift, known.match->to + shift};
 
-  const Position reach = lengthOf(entry.query) + kNeighbour;
+  const Position reach = entry.query.length() + kNeighbour;
   const Position from = std::max(known.from, back(entry.view, replaced.from, reach));
   const auto match = search(entry, from, onward(entry.view, behind, reach));
   if (match && match->from <= known.clear) {
@@ -107,7 +105,7 @@ void FindMemory::keepBefore(Entry& entry, Position edit) const {
   Known& known = *entry.known;
   if (known.match && back(entry.view, edit, kNeighbour) >= known.match->to) return;
   known.match.reset();
-  known.clear = std::min(known.clear, back(entry.view, edit, lengthOf(entry.query) + kNeighbour));
+  known.clear = std::min(known.clear, back(entry.view, edit, entry.query.length() + kNeighbour));
   if (known.from > known.clear) entry.known.reset();
 }
 
@@ -115,14 +113,14 @@ FindMemory::Entry& FindMemory::entryOf(const Query& query, View view) {
   ++uses_;
   // Two queries of a pass often begin alike, and seldom end alike.
   auto found = std::find_if(entries_.begin(), entries_.end(), [&](const Entry& entry) {
-    return entry.query.text.back() == query.text.back() && entry.view == view && entry.query == query;
+    return entry.query.text->back() == query.text->back() && entry.view == view && entry.query == query;
   });
   if (found == entries_.end()) {
     if (entries_.size() == kMostEntries) {
       entries_.erase(std::min_element(entries_.begin(), entries_.end(),
                                       [](const Entry& a, const Entry& b) { return a.lastUse < b.lastUse; }));
     }
-    entries_.push_back({query, view, text::Search(query.text, query.flags), 0, std::nullopt});
+    entries_.push_back({query, view, text::Search(*query.text, query.flags), 0, std::nullopt});
     found = entries_.end() - 1;
   }
   found->lastUse = uses_;

@@ -58,7 +58,8 @@ TEST(GoingBack, BringsBackWhatWasThereAndTellsWhoWatches) {
   EXPECT_EQ(notation::damageOf(model), "");
   EXPECT_FALSE(model.changed());
   EXPECT_EQ(follower.length, model.length());
-  EXPECT_TRUE(model.find({u"three", {}}, {0, model.length()}, text::View::results));
+  EXPECT_TRUE(model.find({std::make_shared<const std::u16string>(u"three"), {}}, {0, model.length()},
+                         text::View::results));
   EXPECT_EQ(model.count({0, model.length()}, word::wdParagraph, text::View::results), 5);
 
   model.saved();

@@ -311,11 +311,12 @@ class StructuredProgram {
   void find(Span span) {
     // Few queries, so that each finds what it remembers.
     static const std::u16string kTexts[] = {u"a", u"xa", u"b a"};
-    const model::Query query{dice_.of(kTexts), {true, dice_.oneIn(2)}};
+    const model::Query query{std::make_shared<const std::u16string>(dice_.of(kTexts)),
+                             {true, dice_.oneIn(2)}};
     if (dice_.oneIn(2)) span.to = sample_.model().length();
     model::Model& model = sample_.model();
     const auto view = sample_.document->view();
-    const text::Search search(query.text, query.flags);
+    const text::Search search(*query.text, query.flags);
     ASSERT_EQ(model.find(query, span, view),
               search.find(model.text(), model.visibility(), view, span.from, span.to))
         << sample_.print();

@@ -22,7 +22,7 @@ TEST_P(FarEnding, IsSearchedForOnce) {
   text += u"end.\r";
   Model model(plainContent(text::OriginalText(text)));
   const auto find = [&](const char16_t* what, Span span) {
-    return model.find({what, {false, true}}, span, View::results);
+    return model.find({std::make_shared<const std::u16string>(what), {false, true}}, span, View::results);
   };
   int found = 0;
   for (Position from = 0; const auto begin = find(u"begin", {from, model.length()}); ++found) {

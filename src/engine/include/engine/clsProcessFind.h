@@ -71,8 +71,9 @@ class clsProcessFind {
   void QuiteModeSetting(bool value) { request_.quiet = value; }
   bool ConfirmEachOperationsetting() const { return request_.confirmEach; }
   void ConfirmEachOperationsetting(bool value) { request_.confirmEach = value; }
-  /// Lifts two limits that are kept inside Word: search points and skipped counts beyond 16 bits, and endings
-  /// that lie beyond the doubled position of a rejected candidate or beyond the previous block.
+  /// Lifts three limits that are kept inside Word: search points and skipped counts beyond 16 bits; endings
+  /// that lie beyond the doubled position of a rejected candidate or beyond the previous block; texts that
+  /// are searched for by their first line or 255 characters, and else found whole.
   void LiftLimitsSetting(bool value) { request_.liftLimits = value; }
   /// All that was set; the texts are as the last pass normalized them.
   const Request& request() const { return request_; }
@@ -118,7 +119,7 @@ class clsProcessFind {
   struct State;
 
   void ProcessAllBlocks();
-  void moveSearchPoint();
+  void moveSearchPoint(std::int32_t atLeast);
   PassObserver& observing();
   FileStepper& requiredStepper() const;
   std::u16string documentName();

@@ -30,6 +30,8 @@ class PassObserver {
   /// The engine is about to look for a beginning; stop ends the pass as if there were none. This comes often,
   /// also where no block is found, so that a program can answer its windows meanwhile.
   virtual Answer searching() { return Answer::goOn; }
+  /// A beginning and an ending were found, and left because they are too far apart.
+  virtual void tooFar() {}
   /// A block was found; stop ends the pass before anything is done with it.
   virtual Answer found(const Block&) { return Answer::goOn; }
   /// The operation was carried out, or refused with a fault that has been reported; stop ends the pass.

@@ -43,7 +43,12 @@ class Find {
   virtual ~Find() = default;
 
   virtual void ClearFormatting() = 0;
+  /// Fault 5854 for more than 255 characters. A text of one line.
   virtual void Text(const std::u16string& text) = 0;
+  /// Beyond Word's own members: a text of any length and any number of lines, in the place of Text. A
+  /// paragraph mark in it is found as a paragraph mark or a manual line break. Shared, because it is given
+  /// anew for every find; not null.
+  virtual void WholeText(std::shared_ptr<const std::u16string> text) = 0;
   virtual void Forward(bool value) = 0;
   virtual void MatchCase(bool value) = 0;
   virtual void MatchWholeWord(bool value) = 0;

@@ -7,6 +7,7 @@
 #include "text/visible.h"
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -15,11 +16,14 @@ namespace pluvo::model {
 
 /// What a find looks for.
 struct Query {
-  std::u16string text;
+  /// Shared, because a long text is asked for again and again; not null.
+  std::shared_ptr<const std::u16string> text;
   text::SearchFlags flags;
+
+  text::Position length() const { return static_cast<text::Position>(text->size()); }
   bool operator==(const Query& other) const {
-    return text == other.text && flags.matchCase == other.flags.matchCase &&
-           flags.wholeWord == other.flags.wholeWord;
+    return flags.matchCase == other.flags.matchCase && flags.wholeWord == other.flags.wholeWord &&
+           (text == other.text || *text == *other.text);
   }
 };
 
