@@ -7,6 +7,7 @@ void Totals::add(const Outcome& outcome) {
   found += outcome.found;
   operated += outcome.lasting();
   skipped += outcome.skipped;
+  tooFar += outcome.tooFar;
   if (outcome.changed && !outcome.failure) ++changed;
   if (outcome.failure && outcome.failure->problem != files::Problem::temporary) ++failed;
 }

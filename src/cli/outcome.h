@@ -23,6 +23,7 @@ struct Outcome {
   std::int64_t operated = 0;  ///< operations carried out; 0 for find
   std::int64_t skipped = 0;
   std::int64_t refused = 0;  ///< operations refused and passed over
+  std::int64_t tooFar = 0;   ///< beginnings with an ending that was too far away
   bool changed = false;      ///< an operation made a difference
   bool saved = false;
   std::string savedAs;  ///< the new document with --output, else empty
@@ -42,6 +43,7 @@ struct Totals {
   std::int64_t found = 0;
   std::int64_t operated = 0;  ///< in the documents that are counted as changed
   std::int64_t skipped = 0;
+  std::int64_t tooFar = 0;
   std::int64_t changed = 0;  ///< documents saved; with --dry-run, those that would be
   std::int64_t failed = 0;   ///< but for temporary files, which are skipped
   std::int64_t leftOut = 0;  ///< files and folders that were found and not taken

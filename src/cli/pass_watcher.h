@@ -24,6 +24,7 @@ class PassWatcher final : public engine::PassObserver {
         blocks_(blocks),
         outcome_(outcome) {}
 
+  void tooFar() override { ++outcome_.tooFar; }
   Answer found(const engine::Block& block) override;
   Answer operated(const engine::Block& block, const errors::Fault* refusal) override;
   Answer skipped(const engine::Block& block) override;

@@ -24,10 +24,7 @@ std::optional<std::u16string> textOf(const std::optional<std::string>& typed,
   return std::nullopt;
 }
 
-bool beginsWithLineEnd(const std::u16string& text) { return text.front() == u'\r' || text.front() == u'\v'; }
-
-/// A text to look for. What the engine would silently take for "no such text" is refused here: an empty one,
-/// and one whose first line is empty, since only first lines are searched for (the rest is then compared).
+/// A text to look for. The engine would silently take an empty one for "no such text".
 std::u16string soughtText(const std::optional<std::string>& typed, const std::optional<std::string>& file,
                           const std::string& option) {
   const auto text = textOf(typed, file, option);
@@ -37,12 +34,6 @@ std::u16string soughtText(const std::optional<std::string>& typed, const std::op
         option + " is empty; " +
             (option == "--begin" ? "say what a block begins with." : "give it a text or leave it out."),
         option);
-  }
-  if (beginsWithLineEnd(*text)) {
-    throw UsageError(option +
-                         " begins with a line end and cannot be searched for; begin it with a character" +
-                         " of the line before or after.",
-                     option);
   }
   return *text;
 }
@@ -123,7 +114,7 @@ void readPlace(const TypedOptions& typed, Request& request) {
   if (request.place == Place::inside && request.inside.empty()) {
     throw UsageError("--on inside needs --inside: say what a block must contain.", "--on");
   }
-  // A block without an ending is its beginning; only as the beginning is a cut text covered in full.
+  // A block without an ending is its beginning.
   if (request.place == Place::block && request.end.empty()) request.place = Place::begin;
 }
 

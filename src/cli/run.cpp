@@ -11,6 +11,8 @@
 #include "usage_error.h"
 #include "waiters.h"
 
+#include <unistd.h>
+
 #include <cerrno>
 #include <cstring>
 #include <optional>
@@ -21,22 +23,6 @@
 
 namespace pluvo::cli {
 namespace {
-
-constexpr std::size_t kFindLimit = 255;
-
-bool isCut(const std::u16string& text) {
-  return text.size() > kFindLimit || text.find_first_of(u"\r\v") != std::u16string::npos;
-}
-
-void noteWholeWords(const Plan& plan) {
-  if (plan.quiet) return;
-  for (const Request& request : plan.requests) {
-    if (!request.wholeWords) continue;
-    if (!isCut(request.begin) && !isCut(request.end) && !isCut(request.inside)) continue;
-    sayNote("Note: --whole-words has no effect with a text of several paragraphs or over 255 characters.");
-    return;
-  }
-}
 
 void makeOutputFolder(const Plan& plan, files::FileSystem& system) {
   if (!plan.outputFolder || plan.dryRun) return;
@@ -161,6 +147,7 @@ class Run {
     printer_->end(totals_);
     flushOut();
     if (recorder_ && recorder_->notKept() > 0) sayNotKept();
+    if (totals_.found == 0 && totals_.tooFar > 0) suggestWholeDocument();
     if (Interrupt::requested()) {
       leaveTheRest("Interrupted");
       return kFailed;
@@ -256,6 +243,15 @@ class Run {
             "more than 4 GiB.");
   }
 
+  /// A script knows what it asks for.
+  void suggestWholeDocument() const {
+    if (!plan_.findsOnly() || plan_.quiet || plan_.json || !isTerminal(STDERR_FILENO)) return;
+    sayNote(
+        "There are beginnings with an ending, but all too far apart; to find them at any distance, use "
+        "--unit "
+        "document without --apart.");
+  }
+
   /// Whether somebody who was asked about a block ended the run there.
   bool isCutShort() const { return interviewer_ && interviewer_->stopped(); }
 
@@ -288,7 +284,6 @@ class Run {
 ExitStatus run(const Plan& plan, files::FileSystem& system) {
   if (plan.confirm && !Interviewer::canAsk())
     throw UsageError("--confirm needs a terminal to ask at; use --dry-run to see the changes first.");
-  noteWholeWords(plan);
   std::optional<ReportPlace> report;
   if (plan.report) report = reportPlace(*plan.report, plan.overwriteReport);
   Listing listing = listingFor(plan, system, report);

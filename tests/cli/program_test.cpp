@@ -41,6 +41,9 @@ TEST(Program, ChangesWhatItIsAskedTo) {
       {"insert -b Lessor -t said --extra-space", "the Lessor.\n", "the said Lessor.\n"},
       {"insert -b Lessor -t too --extra-space --after", "the Lessor.\n", "the Lessor too.\n"},
       {"delete -b x|y", "1x\r\ny2\r\n", "12\r\n"},
+      {"replace -b || -t |", "1\n\n2\n3\n", "1\n2\n3\n"},
+      {"delete -b 1|X -e |3 --whole-words", "1\nY|3\n1\nx 2\n3\n", "1\nY|3\n\n"},
+      {"delete -b 1 -e 3 -i |2", "1 2 3\n1\n2 3\n", "1 2 3\n\n"},
       {"insert -b 1 -e 2 -t | --after", "1 2 3\r\n", "1 2\r\n 3\r\n"},
       {"insert -b 1 -e 3 -i 2 -t x --on inside", "1 2 3\n", "1 x2 3\n"},
       {"replace -b same -t same", "same\n", "same\n"},
@@ -295,6 +298,22 @@ TEST(Program, ColorsOnlyWhereTheyAreWelcome) {
   EXPECT_THAT(sandbox.runAtTerminal(ask, "n\n").err, HasSubstr("x [y] z"));
   ::unsetenv("NO_COLOR");
   ::unsetenv("TERM");
+}
+
+TEST(Program, SuggestsTheWholeDocumentWhereOnlyTheDistanceFailed) {
+  if (!Sandbox::hasTerminals()) GTEST_SKIP() << "no terminals here";
+  const Sandbox sandbox;
+  sandbox.put("a.txt", "a 1\n2\n3\nb\n");
+  const std::pair<const char*, bool> cases[] = {{"find -b a -e b a.txt", true},
+                                                {"find -b a -e c a.txt", false},
+                                                {"find -b 1 -e 2 a.txt", false},
+                                                {"find -b a -e b -q a.txt", false},
+                                                {"delete -b a -e b -n a.txt", false}};
+  for (const auto& [arguments, suggests] : cases) {
+    const std::string err = sandbox.runAtTerminal(wordsOf(arguments), "").err;
+    EXPECT_EQ(err.find("use --unit document") != std::string::npos, suggests) << arguments << '\n' << err;
+    EXPECT_THAT(sandbox.run(arguments).err, Not(HasSubstr("--unit"))) << arguments;
+  }
 }
 
 TEST(Program, DoesNotAskWhereNothingCouldBeSaved) {
