@@ -227,6 +227,17 @@ void FormWindow::focus() {
   if (wanted != nullptr) wanted->widget()->setFocus(Qt::OtherFocusReason);
 }
 
+/// The focus goes on as by Tab, but stays in the form.
+void FormWindow::moveOn() {
+  QWidget* const now = QApplication::focusWidget();
+  if (now == nullptr || !doings_.settle()) return;
+  for (QWidget* next = now->nextInFocusChain(); next != now; next = next->nextInFocusChain()) {
+    const bool stops = panel_->isAncestorOf(next) && next->isVisible() && next->isEnabled() &&
+                       next->focusProxy() == nullptr && (next->focusPolicy() & Qt::TabFocus) == Qt::TabFocus;
+    if (stops) return next->setFocus(Qt::TabFocusReason);
+  }
+}
+
 bool FormWindow::copies() const {
   QStringList texts;
   for (const Mirror* mirror : all()) {
@@ -254,12 +265,16 @@ bool FormWindow::pressed(const QKeyEvent& key) {
       return true;
     case Qt::Key_Return:
     case Qt::Key_Enter: {
+      if (key.isAutoRepeat()) return true;
       const Mirror* button = find([](const Mirror& mirror) {
         return forms::isPressedByEnter(mirror.control()) && mirror.widget()->isVisible() &&
                mirror.widget()->isEnabled();
       });
-      if (button == nullptr) return false;
-      static_cast<QAbstractButton*>(button->widget())->click();
+      if (button == nullptr) {
+        moveOn();
+      } else {
+        static_cast<QAbstractButton*>(button->widget())->click();
+      }
       return true;
     }
     case Qt::Key_F1: {

@@ -44,6 +44,7 @@ class FormWindow {
   void refresh();
   void refreshWindowState();
   void focus();
+  void moveOn();
   /// As large as all of it needs, if the screen is.
   QSize wholeSize() const;
   /// Puts what is marked in a label, or all that labels tell, on the clipboard.

@@ -64,8 +64,11 @@ bool ListMirror::eventFilter(QObject* /*watched*/, QEvent* event) {
   if (event->type() != QEvent::KeyPress) return false;
   const int key = static_cast<QKeyEvent*>(event)->key();
   if (key != Qt::Key_Return && key != Qt::Key_Enter) return false;
-  // It is no key for the form either: what was selected with care is not to be listed anew.
-  open(shown_->currentIndex());
+  if (box_.DblClick.isHandled()) {
+    open(shown_->currentIndex());
+  } else {
+    event->ignore();  // the form has a use for it
+  }
   return true;
 }
 

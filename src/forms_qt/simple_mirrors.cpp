@@ -90,9 +90,10 @@ ButtonMirror::ButtonMirror(forms::CommandButton& button, Doings& doings, QWidget
 
 bool ButtonMirror::eventFilter(QObject* /*watched*/, QEvent* event) {
   if (event->type() != QEvent::KeyPress) return false;
-  const int key = static_cast<QKeyEvent*>(event)->key();
-  if (key != Qt::Key_Return && key != Qt::Key_Enter) return false;
-  shown_->click();
+  const auto& key = *static_cast<QKeyEvent*>(event);
+  if (key.key() != Qt::Key_Return && key.key() != Qt::Key_Enter) return false;
+  // A key held down may have brought the focus here.
+  if (!key.isAutoRepeat()) shown_->click();
   return true;
 }
 

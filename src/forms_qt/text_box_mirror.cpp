@@ -123,7 +123,7 @@ bool TextBoxMirror::eventFilter(QObject* watched, QEvent* event) {
   }
 }
 
-bool TextBoxMirror::pressed(const QKeyEvent& key) {
+bool TextBoxMirror::pressed(QKeyEvent& key) {
   const Qt::KeyboardModifiers modifiers =
       key.modifiers() & (Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier);
   pastes_ = key.matches(QKeySequence::Paste) && modifiers == Qt::ControlModifier;
@@ -132,13 +132,17 @@ bool TextBoxMirror::pressed(const QKeyEvent& key) {
     return true;
   }
   if (takes(key)) return true;
+  const bool enter = isEnter(key) && modifiers == Qt::NoModifier;
+  if (enter && key.isAutoRepeat()) return true;
   const QString text = key.text();
   const char16_t character = isEnter(key) ? u'\r' : text.isEmpty() ? u'\0' : text.front().unicode();
   if (character == 0) return false;
   const QPointer<Mirror> self(this);
   doings().does([&] { box_.pressKey(static_cast<std::int16_t>(character)); });
   // The key may have closed the form, and is then no longer for it.
-  return !self || !doings().listening();
+  if (!self || !doings().listening()) return true;
+  if (enter) key.ignore();  // the form has a use for it
+  return enter;
 }
 
 void TextBoxMirror::released(const QKeyEvent& key) {

@@ -25,7 +25,7 @@ class TextBoxMirror : public Mirror {
   forms::TextBox& box_;
 
  private:
-  bool pressed(const QKeyEvent& key);
+  bool pressed(QKeyEvent& key);
   void released(const QKeyEvent& key);
 
   /// Ctrl was down when the V key was pressed; it may come up first.

@@ -285,13 +285,14 @@ void FormWindow::moveFocus(bool back) {
 }
 
 bool FormWindow::takes(MSG& message) {
-  if (message.message == WM_KEYDOWN && pressed(message.wParam)) return true;
+  const bool repeated = (message.lParam & (LPARAM{1} << 30)) != 0;
+  if (message.message == WM_KEYDOWN && pressed(message.wParam, repeated)) return true;
   // Keys in captions; the rest of what a dialog does with keys is done above.
   const bool forDialog = message.message == WM_SYSCHAR || message.message == WM_SYSKEYDOWN;
   return forDialog && IsDialogMessageW(window_, &message) != 0;
 }
 
-bool FormWindow::pressed(WPARAM key) {
+bool FormWindow::pressed(WPARAM key, bool repeated) {
   if (isDown(VK_MENU) || !stage_.doings.listening()) return false;
   Mirror* mirror = mirrorAround(GetFocus());
   if (mirror != nullptr && mirror->wants(key)) return false;
@@ -313,7 +314,8 @@ bool FormWindow::pressed(WPARAM key) {
       return true;
     }
     case VK_RETURN:
-      return !control && pressEnter(mirror);
+      // A key held down is one step.
+      return repeated || (!control && pressEnter(mirror));
     default:
       return false;
   }
@@ -329,8 +331,9 @@ bool FormWindow::pressEnter(Mirror* mirror) {
   for (Mirror* each : all()) {
     if (!forms::isPressedByEnter(each->control()) || IsWindowVisible(each->widget()) == 0) continue;
     each->press();
-    break;
+    return true;
   }
+  moveFocus(false);
   return true;
 }
 

@@ -56,7 +56,7 @@ class FormWindow final : public Receiver {
   void focus();
   void focusOn(const Mirror& mirror);
   void moveFocus(bool back);
-  bool pressed(WPARAM key);
+  bool pressed(WPARAM key, bool repeated);
   bool pressEnter(Mirror* mirror);
   void closed();
   void wentAway();

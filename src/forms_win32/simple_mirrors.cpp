@@ -12,7 +12,10 @@ constexpr int kButtonWidth = 75;
 constexpr int kButtonHeight = 23;
 constexpr int kButtonFrame = 14;
 
-bool isEnter(UINT message, WPARAM key) { return message == WM_KEYDOWN && key == VK_RETURN; }
+/// Enter, but not one held down, which may have brought the focus here.
+bool isEnter(UINT message, WPARAM key, LPARAM data) {
+  return message == WM_KEYDOWN && key == VK_RETURN && (data & (LPARAM{1} << 30)) == 0;
+}
 
 }  // namespace
 
@@ -88,8 +91,8 @@ void LinkMirror::draws(const DRAWITEMSTRUCT& item) {
   DrawFocusRect(item.hDC, &drawn);
 }
 
-std::optional<LRESULT> LinkMirror::received(UINT message, WPARAM wparam, LPARAM /*lparam*/) {
-  if (isEnter(message, wparam)) {
+std::optional<LRESULT> LinkMirror::received(UINT message, WPARAM wparam, LPARAM lparam) {
+  if (isEnter(message, wparam, lparam)) {
     press();
     return 0;
   }
@@ -135,8 +138,8 @@ void ButtonMirror::commanded(WORD notification) {
   if (notification == BN_CLICKED) press();
 }
 
-std::optional<LRESULT> ButtonMirror::received(UINT message, WPARAM wparam, LPARAM /*lparam*/) {
-  if (!isEnter(message, wparam)) return std::nullopt;
+std::optional<LRESULT> ButtonMirror::received(UINT message, WPARAM wparam, LPARAM lparam) {
+  if (!isEnter(message, wparam, lparam)) return std::nullopt;
   press();
   return 0;
 }

@@ -52,7 +52,9 @@ int TextBoxMirror::heightFor(int /*width*/) const { return heightOf(box_.MultiLi
 int TextBoxMirror::leastHeightFor(int /*width*/) const { return heightOf(box_.MultiLine() ? 2 : 1); }
 
 bool TextBoxMirror::wants(WPARAM key) const {
-  return key == VK_RETURN && box_.MultiLine() && !box_.ReadOnly();
+  const std::int16_t shift = shiftState();
+  return key == VK_RETURN && box_.MultiLine() && !box_.ReadOnly() &&
+         (shift == forms::kControl || shift == forms::kShift);
 }
 
 void TextBoxMirror::commanded(WORD notification) {

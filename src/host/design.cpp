@@ -45,12 +45,6 @@ std::unique_ptr<forms::Control> listBox(const DesignedControl& designed) {
   return list;
 }
 
-std::unique_ptr<forms::Control> button(const DesignedControl& designed) {
-  auto button = std::make_unique<forms::CommandButton>(designed.name, designed.text);
-  button->Default(designed.state == At::pressedByEnter);
-  return button;
-}
-
 std::unique_ptr<forms::Control> ofKind(const DesignedControl& designed) {
   switch (designed.kind) {
     case Kind::label:
@@ -68,7 +62,7 @@ std::unique_ptr<forms::Control> ofKind(const DesignedControl& designed) {
     case Kind::tick:
       return checkBox(designed);
     case Kind::button:
-      return button(designed);
+      return withCaption<forms::CommandButton>(designed);
     case Kind::picture:
       break;
   }

@@ -24,7 +24,7 @@ enum class Kind {
   picture,
 };
 
-enum class At { first, off, hidden, ticked, pressedByEnter };
+enum class At { first, off, hidden, ticked };
 
 struct DesignedControl {
   const char16_t* name;

@@ -73,7 +73,7 @@ TEST_F(Design, ShowsTheTextsOfTheManual) {
        "txtOperationDisplay|text box of lines read-only||\n",
        "|Take a look at what the above Find && Operate Procedure will perform\n",
        "txtFilePath|text box||",
-       "|button default|Execute",
+       "cmdExecuteFAR|button|Execute",
        "chkFTother|check box||Choose a file Extention\n",
        "lbxPotentialFiles|list box of several||\n",
        "lblPleaseWait|label hidden|Searching though Directories...|\n",
