@@ -6,7 +6,6 @@
 #include <QCoreApplication>
 #include <QDesktopServices>
 #include <QEventLoop>
-#include <QProcess>
 #include <QScopedValueRollback>
 
 namespace pluvo::forms_qt {
@@ -15,12 +14,15 @@ namespace {
 
 constexpr std::int32_t kFileNotFound = 53;
 
-/// What a command line gives to "start", itself or behind a shell; empty where it is another's.
+/// The address that a command line gives to "start", itself or behind a shell; empty where there is none.
 QString started(const QString& commandLine) {
   for (const QString& starter : {QStringLiteral("start "), QStringLiteral("cmd.exe /c start "),
                                  QStringLiteral("command.com /c start ")}) {
-    if (commandLine.startsWith(starter, Qt::CaseInsensitive))
-      return commandLine.mid(starter.size()).trimmed();
+    if (!commandLine.startsWith(starter, Qt::CaseInsensitive)) continue;
+    const QString address = commandLine.mid(starter.size()).trimmed();
+    const bool isPage =
+        address.startsWith(QLatin1String("http://")) || address.startsWith(QLatin1String("https://"));
+    return isPage ? address : QString();
   }
   return {};
 }
@@ -44,18 +46,8 @@ QtLauncher::QtLauncher() : opener_([](const QUrl& address) { return QDesktopServ
 
 void QtLauncher::launchHidden(const std::u16string& commandLine) {
   const QString line = qt(commandLine).trimmed();
-  if (const QString what = started(line); !what.isEmpty()) {
-    const bool isPath = what.startsWith(u'/');
-    if (!opener_(isPath ? QUrl::fromLocalFile(what) : QUrl(what, QUrl::StrictMode))) throw notOpened(what);
-    return;
-  }
-  QStringList words = QProcess::splitCommand(line);
-  const QString program = words.isEmpty() ? line : words.takeFirst();
-  if (program.isEmpty() || !QProcess::startDetached(program, words)) {
-    throw errors::Fault(
-        kFileNotFound,
-        u16(program) + u" could not be started: there is no such program, or it may not be run.");
-  }
+  const QString page = started(line);
+  if (page.isEmpty() || !opener_(QUrl(page, QUrl::StrictMode))) throw notOpened(page.isEmpty() ? line : page);
 }
 
 }  // namespace pluvo::forms_qt

@@ -266,16 +266,17 @@ TEST(QtMessageBoxes, ShowLetterForLetterAndCanBeCopied) {
   EXPECT_EQ(boxes.show(many, Buttons::yesNo, std::nullopt), Answer::no);
 }
 
-TEST(QtLauncher, OpensWhatIsGivenToStartAndStartsPrograms) {
+TEST(QtLauncher, OpensPagesAndStartsNothing) {
   std::vector<std::string> opened;
   forms_qt::QtLauncher launcher([&](const QUrl& address) {
     opened.push_back(address.toString().toStdString());
     return address.host() != QStringLiteral("x.example");
   });
   launcher.launchHidden(u"start http://www.pluvo.example/");
-  launcher.launchHidden(u"cmd.exe /c start /a path/R&D #1.doc");
-  EXPECT_THAT(opened, ElementsAre("http://www.pluvo.example/", "file:///a path/R&D %231.doc"));
-  launcher.launchHidden(u"true");
+  launcher.launchHidden(u"cmd.exe /c start https://www.pluvo.example/");
+  for (const char16_t* other : {u"true", u"start ./true", u"start file:///bin/true"})
+    EXPECT_THROW(launcher.launchHidden(other), errors::Fault) << errors::utf8(other);
+  EXPECT_THAT(opened, ElementsAre("http://www.pluvo.example/", "https://www.pluvo.example/"));
   try {
     launcher.launchHidden(u"start http://x.example/");
     FAIL() << "it cannot be opened";

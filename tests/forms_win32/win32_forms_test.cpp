@@ -1,4 +1,5 @@
 /// What Windows' forms do besides what forms_shown tests of all.
+#include "errors/at_end.h"
 #include "errors/fault.h"
 #include "forms_shown/shown_form.h"
 #include "host/frmFAR.h"
@@ -183,10 +184,25 @@ TEST_F(ShownForm, YieldsAgainAfterAFaultInTheMidstOfIt) {
   EXPECT_EQ(user.title(), "A & B");
 }
 
-TEST(Win32Launcher, StartsProgramsAndWaitsForNone) {
-  const files::Scratch scratch;
-  forms_win32::Win32Launcher().launchHidden(u"cmd.exe /c mkdir \"" + errors::nameText(scratch.path("made")) +
-                                            u"\"");
+/// Programs of these names lie in the current folder; they are no programs, and starting them is a fault.
+TEST(Win32Launcher, StartsTheSystemsOwnProgramsAndOpensPages) {
+  files::Scratch scratch;
+  files::Scratch planted;
+  for (const char* name : {"cmd.exe", "start.exe", "other.exe"}) planted.put(name, "MZ");
+  const auto before = std::filesystem::current_path();
+  std::filesystem::current_path(planted.path(""));
+  const errors::AtEnd back([&] { std::filesystem::current_path(before); });
+  std::vector<std::string> opened;
+  forms_win32::Win32Launcher launcher([&](const std::u16string& page) {
+    opened.push_back(errors::utf8(page));
+    return opened.size() == 1 ? 0UL : 1155UL;
+  });
+  launcher.launchHidden(u"start http://www.pluvo.example/");
+  for (const char16_t* wrong :
+       {u"start http://x.example/", u"start start.exe", u"other.exe /c", u".\\cmd.exe /c"})
+    EXPECT_THROW(launcher.launchHidden(wrong), errors::Fault) << errors::utf8(wrong);
+  EXPECT_THAT(opened, ElementsAre("http://www.pluvo.example/", "http://x.example/"));
+  launcher.launchHidden(u"cmd.exe /c mkdir \"" + errors::nameText(scratch.path("made")) + u"\"");
   for (int wait = 0; wait < 200 && scratch.names().empty(); ++wait) Sleep(50);
   EXPECT_THAT(scratch.names(), ElementsAre("made"));
 }

@@ -20,8 +20,8 @@ class QtYielding final : public forms::Yielding {
   bool yields_ = false;
 };
 
-/// Starts programs, and opens through the desktop what a command line gives to "start": a web page by its
-/// address, a file or a folder by its path.
+/// Opens through the desktop the web page that a command line gives to "start". It starts no program of its
+/// own, so that nothing in the current folder is taken for one.
 class QtLauncher final : public forms::Launcher {
  public:
   /// Opens with the program the desktop has for it; false where it has none.
@@ -29,8 +29,8 @@ class QtLauncher final : public forms::Launcher {
   QtLauncher();
   explicit QtLauncher(Opener opener) : opener_(std::move(opener)) {}
 
-  /// "start X", also behind a shell ("cmd.exe /c start X"), opens X; any other command line is a program and
-  /// its arguments. Throws Fault kFileNotFound, which tells what could not be opened or started.
+  /// "start ADDRESS", also behind a shell ("cmd.exe /c start ADDRESS"). Throws Fault kFileNotFound, which
+  /// tells what could not be opened; so for any other command line.
   void launchHidden(const std::u16string& commandLine) override;
 
  private:

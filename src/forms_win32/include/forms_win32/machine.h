@@ -3,7 +3,9 @@
 #include "forms/machine.h"
 #include "forms_win32/forms.h"
 
+#include <functional>
 #include <string>
+#include <utility>
 
 namespace pluvo::forms_win32 {
 
@@ -19,11 +21,21 @@ class Win32Yielding final : public forms::Yielding {
   bool yields_ = false;
 };
 
-/// Starts programs with their windows hidden.
+/// Starts the system's own programs, from the system's folder and in it, with their windows hidden: whatever
+/// lies in the current folder under such a name is not started.
 class Win32Launcher final : public forms::Launcher {
  public:
-  /// Throws Fault kFileNotFound (53) with the program and what the system says of it.
+  /// Opens a web page with the user's browser; 0, or what the system says of it (GetLastError).
+  using Opener = std::function<unsigned long(const std::u16string& address)>;
+  Win32Launcher();
+  explicit Win32Launcher(Opener opener) : opener_(std::move(opener)) {}
+
+  /// "start ADDRESS" opens a web page; any other command line is a program of the system's and its arguments.
+  /// Throws Fault kFileNotFound (53) with the command line and what the system says of it.
   void launchHidden(const std::u16string& commandLine) override;
+
+ private:
+  Opener opener_;
 };
 
 }  // namespace pluvo::forms_win32
