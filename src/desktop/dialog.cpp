@@ -45,6 +45,8 @@ Dialog::Dialog(const std::shared_ptr<memory::MemoryApplication>& application, Wo
                 watch.engine(&engine);
                 engine_ = &engine;
               },
+          .filesChosen = place_.filesChosen,
+          .showDocument = place_.showDocument,
       }) {
   application->defaultFilePath(word::wdDocumentsPath, places.documents);
   application->defaultFilePath(word::wdUserTemplatesPath, places.templates);

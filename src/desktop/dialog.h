@@ -14,6 +14,8 @@
 #include <QWidget>
 #include <functional>
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace pluvo::desktop {
 
@@ -21,6 +23,11 @@ namespace pluvo::desktop {
 struct DialogPlace {
   QWidget& window;
   QWidget& container;
+  /// A run over these files is about to begin; takes out those that are not to be worked on. Whether it
+  /// begins.
+  std::function<bool(std::vector<std::u16string>& files)> filesChosen;
+  /// Shows a document of the program's own, by its path. Throws Fault.
+  std::function<void(const std::u16string& path)> showDocument;
   /// Before a block awaits the user's decision: it is to be seen.
   std::function<void()> blockAwaits = [] {};
   /// Whether a block awaits a decision has changed.

@@ -51,17 +51,19 @@ MainWindow::MainWindow(const Places& places, Choosers choosers)
     OpenDocument* document = find(*application_->active());
     if (document != nullptr && document->passChanged()) document->undo();
   };
-  dialog_ = std::make_unique<Dialog>(application_, working_, watch_, places,
-                                     DialogPlace{.window = *this,
-                                                 .container = *panel_,
-                                                 .blockAwaits = [this] { blockAwaits(); },
-                                                 .confirmingChanged = [this] { confirmingChanged(); },
-                                                 .blockRect = [this] { return blockRect(); },
-                                                 .left =
-                                                     [this] {
-                                                       if (current() != nullptr)
-                                                         current()->view()->setFocus();
-                                                     }});
+  dialog_ =
+      std::make_unique<Dialog>(application_, working_, watch_, places,
+                               DialogPlace{.window = *this,
+                                           .container = *panel_,
+                                           .filesChosen = [this](auto& files) { return filesChosen(files); },
+                                           .showDocument = [this](const auto& path) { showHelp(path); },
+                                           .blockAwaits = [this] { blockAwaits(); },
+                                           .confirmingChanged = [this] { confirmingChanged(); },
+                                           .blockRect = [this] { return blockRect(); },
+                                           .left =
+                                               [this] {
+                                                 if (current() != nullptr) current()->view()->setFocus();
+                                               }});
   restorePlace();
   updateActions();
 }
@@ -168,6 +170,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
   settings.setValue(QStringLiteral("window/geometry"), saveGeometry());
   settings.setValue(QStringLiteral("window/state"), saveState());
   dialog_->close();
+  help_.clear();
   event->accept();
 }
 
@@ -191,7 +194,7 @@ bool MainWindow::atWork() const { return working_.breathing() || (dialog_ && dia
 
 bool MainWindow::refusedNow() {
   if (!atWork()) return false;
-  statusBar()->showMessage(tr("A pass is under way. Finish or cancel it first."), 6000);
+  statusBar()->showMessage(tr("A pass is under way. Finish or cancel it first."), kMessageTime);
   return true;
 }
 

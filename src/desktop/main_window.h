@@ -2,6 +2,7 @@
 
 #include "choosers.h"
 #include "dialog.h"
+#include "help_window.h"
 #include "memory/application.h"
 #include "open_document.h"
 #include "pass_watch.h"
@@ -15,6 +16,7 @@
 #include <QTabWidget>
 #include <QTimer>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -50,11 +52,13 @@ class MainWindow final : public QMainWindow, private memory::ApplicationObserver
 
  private:
   struct Actions;
+  /// How long a message stays, in milliseconds.
+  static constexpr int kMessageTime = 6000;
 
   // memory::ApplicationObserver
   void opened(const memory::OpenedFile& file) override;
   void activated(const std::shared_ptr<memory::MemoryDocument>& document) override;
-  bool keeps(const memory::MemoryDocument& document) const override;
+  bool keeps(const memory::MemoryDocument& document) override;
   void closing(const std::shared_ptr<memory::MemoryDocument>& document) override;
 
   // Set-up.
@@ -78,12 +82,20 @@ class MainWindow final : public QMainWindow, private memory::ApplicationObserver
   bool tellNotSaved(OpenDocument& document, const errors::Fault& fault);
   bool mayClose(OpenDocument& document);
   bool closeDocument(OpenDocument& document);
+  // Runs over files.
+  enum class AboutUnsaved { save, leaveOut, stop };
+  bool filesChosen(std::vector<std::u16string>& files);
+  AboutUnsaved askAboutUnsaved(const std::vector<OpenDocument*>& unsaved);
+  void leftByRun(const OpenDocument& document);
+  void undo();
+  void redo();
+
   void saveCurrent();
   void saveCurrentAs();
   void closeCurrent();
-  void undo();
-  void redo();
   void openInstructions();
+  /// Shows a document of the program's own. Throws Fault.
+  void showHelp(const std::u16string& path);
   void about();
 
   // What is shown.
@@ -120,6 +132,10 @@ class MainWindow final : public QMainWindow, private memory::ApplicationObserver
   std::vector<std::unique_ptr<OpenDocument>> documents_;
   /// What the engine brought to the front and no tab shows yet.
   std::weak_ptr<memory::MemoryDocument> wanted_;
+  /// The program's own documents, by their paths.
+  std::map<std::u16string, std::unique_ptr<HelpWindow>> help_;
+  /// A run over files changed some on disk.
+  bool filesChanged_ = false;
   bool syncing_ = false;
   bool closeWanted_ = false;
 

@@ -117,12 +117,12 @@ void MainWindow::updateActions() {
   const bool open = document != nullptr;
   actions_->open->setEnabled(!held);
   recent_->setEnabled(!held);
-  actions_->instructions->setEnabled(!held);
+  actions_->instructions->setEnabled(!breathing);
   actions_->save->setEnabled(open && !breathing && document->changed());
   actions_->saveAs->setEnabled(open && !breathing);
   actions_->reopen->setEnabled(open && !held && !document->file().stored().encoding().empty());
   actions_->close->setEnabled(open && !held);
-  actions_->undo->setEnabled(open && !held && document->canUndo());
+  actions_->undo->setEnabled(!held && ((open && document->canUndo()) || filesChanged_));
   actions_->redo->setEnabled(open && !held && document->canRedo());
   actions_->copy->setEnabled(open);
   actions_->selectAll->setEnabled(open);

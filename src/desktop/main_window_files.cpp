@@ -2,6 +2,7 @@
 #include "errors/context.h"
 #include "errors/text.h"
 #include "main_window.h"
+#include "question.h"
 #include "recent.h"
 
 #include <QApplication>
@@ -14,7 +15,7 @@
 #include <filesystem>
 #include <utility>
 
-/// Opening, saving and closing documents, and taking passes back.
+/// Opening, saving and closing documents.
 namespace pluvo::desktop {
 
 namespace {
@@ -32,16 +33,6 @@ std::string absolute(const std::string& path) {
 }
 
 std::string bytesOf(const QString& path) { return QFile::encodeName(path).toStdString(); }
-
-/// A box whose answer decides what is done.
-class Question : public QMessageBox {
- public:
-  Question(QWidget* owner, const QString& text, const QString& more)
-      : QMessageBox(QMessageBox::Warning, QGuiApplication::applicationDisplayName(), text, NoButton, owner) {
-    setInformativeText(more);
-    setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-  }
-};
 
 }  // namespace
 
@@ -155,7 +146,7 @@ bool MainWindow::saveBy(const std::function<void()>& saving, OpenDocument& docum
   try {
     saving();
     updateTitles();
-    statusBar()->showMessage(tr("Saved: %1").arg(document.path()), 6000);
+    statusBar()->showMessage(tr("Saved: %1").arg(document.path()), kMessageTime);
     return true;
   } catch (...) {
     fault = errors::faultInFlight();
@@ -225,23 +216,22 @@ bool MainWindow::closeDocument(OpenDocument& document) {
   return true;
 }
 
-void MainWindow::undo() {
-  if (current() == nullptr || refusedNow() || !current()->canUndo()) return;
-  current()->undo();
-  updateTitles();
-  statusBar()->showMessage(tr("The last pass was taken back."), 6000);
-}
-
-void MainWindow::redo() {
-  if (current() == nullptr || refusedNow() || !current()->canRedo()) return;
-  current()->redo();
-  updateTitles();
-  statusBar()->showMessage(tr("The pass was made again."), 6000);
+void MainWindow::showHelp(const std::u16string& path) {
+  auto& window = help_[path];
+  if (window == nullptr) window = std::make_unique<HelpWindow>(errors::nameBytes(path));
+  window->show();
+  window->raise();
+  window->activateWindow();
 }
 
 void MainWindow::openInstructions() {
-  if (refusedNow()) return;
-  openOne(errors::nameBytes(component_) + "/Instructions.doc");
+  errors::Fault fault;
+  try {
+    return showHelp(component_ + u"/Instructions.doc");
+  } catch (...) {
+    fault = errors::faultInFlight();
+  }
+  Question(this, tr("The instructions could not be opened."), qt(fault.description)).exec();
 }
 
 }  // namespace pluvo::desktop

@@ -36,8 +36,9 @@ void MainWindow::activated(const std::shared_ptr<memory::MemoryDocument>& docume
   if (!syncing_) wanted_ = document;
 }
 
-bool MainWindow::keeps(const memory::MemoryDocument& document) const {
+bool MainWindow::keeps(const memory::MemoryDocument& document) {
   const OpenDocument* const open = find(document);
+  if (open != nullptr) leftByRun(*open);
   return open != nullptr && open->isUsers();
 }
 

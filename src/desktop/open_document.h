@@ -37,6 +37,7 @@ class OpenDocument final : public memory::DocumentObserver {
   bool passChanged() const { return history_.passChanged(); }
   bool canUndo() const { return history_.canUndo(); }
   bool canRedo() const { return history_.canRedo(); }
+  void forgetPasses() { history_ = {}; }
   void undo();
   void redo();
 

@@ -17,6 +17,8 @@ class PassWatch final : public engine::PassObserver {
   explicit PassWatch(Working& working) : working_(working) {}
 
   void engine(const engine::clsProcessFind* engine) { engine_ = engine; }
+  /// Whether the last run was one over files.
+  bool runsOverFiles() const { return engine_ != nullptr && engine_->MultiFileRun(); }
   /// A pass begins over the active document.
   std::function<void()> begun = [] {};
   /// An operation was refused, which the user has been told; whether the pass goes on all the same. Asked
@@ -34,7 +36,6 @@ class PassWatch final : public engine::PassObserver {
  private:
   Answer breathe();
   Answer stop();
-  bool runsOverFiles() const { return engine_ != nullptr && engine_->MultiFileRun(); }
 
   Working& working_;
   const engine::clsProcessFind* engine_ = nullptr;

@@ -30,8 +30,8 @@ std::int16_t code(const ComboBox& list) { return errors::toInteger(chosen(list))
 }  // namespace
 
 Execution::Execution(forms::Form& form, engine::clsProcessFind& engine, forms::Clock& clock,
-                     forms::Yielding& yielding, LocateFilesForRun locate)
-    : form_(form), engine_(engine), clock_(clock), yielding_(yielding), locate_(std::move(locate)) {
+                     forms::Yielding& yielding, Files files)
+    : form_(form), engine_(engine), clock_(clock), yielding_(yielding), files_(std::move(files)) {
   form.get<forms::CommandButton>(u"cmdExecuteFAR").Click.handledBy([this] { cmdExecuteFAR_Click(); });
 }
 
@@ -47,6 +47,10 @@ engine::frmProcessing& Execution::confirmation() {
 
 void Execution::cmdExecuteFAR_Click() {
   errors::guarded(engine_.context(), u"FF:21", [&] {
+    if (form_.get<TextBox>(u"txtFilePath").Text().empty() && !hasDocument()) {
+      engine_.boxes().show(u"Open a document first", forms::Buttons::ok, u"Pluvorama");
+      return;
+    }
     if (form_.get<CheckBox>(u"chkQuiteMode").Value() && !form_.get<CheckBox>(u"chkConfirmEach").Value()) {
       showNotice(u"Non-Confirmation Quiet Mode.  Please Wait while your requests are processed...");
       pause();
@@ -56,6 +60,12 @@ void Execution::cmdExecuteFAR_Click() {
     form_.get<forms::Label>(u"lblPleaseWait").Visible(false);
     form_.WindowState(confirmation().Visible() ? 1 : 0);
   });
+}
+
+bool Execution::hasDocument() {
+  const auto documents = engine_.application().Documents();
+  if (documents == nullptr) throw errors::objectNotSet();
+  return documents->Count() > 0;
 }
 
 void Execution::showNotice(const std::u16string& text) {
@@ -126,6 +136,7 @@ void Execution::runOverDocument() {
 void Execution::runOverFiles() {
   engine_.MultiFileRun(true);
   takeFilesToProcess();
+  if (!files_.chosen(filesToProcess_)) return;
   if (engine_.ConfirmEachOperationsetting()) {
     confirmation().MultiProcess(filesToProcess_);
     return;
@@ -141,7 +152,7 @@ void Execution::takeFilesToProcess() {
   if (listed.ListCount() == 0) {
     showNotice(u"Please wait while Locating files...");
     form_.Repaint();
-    filesToProcess_ = locate_();
+    filesToProcess_ = files_.LocateFilesForRun();
     form_.get<forms::Label>(u"lblPleaseWait").Visible(false);
     form_.Repaint();
     return;

@@ -36,9 +36,10 @@ struct frmFAR::Pages {
         preview(form, form.context_, choices),
         files(form, *form.engine_),
         execution(form, *form.engine_, form.surroundings_.clock, form.surroundings_.yielding,
-                  [this] { return files.LocateFilesForRun(); }),
+                  {[this] { return files.LocateFilesForRun(); }, form.surroundings_.filesChosen}),
         options(form, form.context_, dataFolder),
-        links(form, *form.engine_, form.surroundings_.launcher, form.surroundings_.componentFolder) {}
+        links(form, *form.engine_, form.surroundings_.launcher,
+              {form.surroundings_.componentFolder, form.surroundings_.showDocument}) {}
 
   findpanel::Choices choices;
   findpanel::TextBoxes textBoxes;

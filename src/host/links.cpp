@@ -17,8 +17,8 @@ constexpr const char16_t* kStarters[] = {u"start ", u"cmd.exe /c start ", u"comm
 }  // namespace
 
 Links::Links(forms::Form& form, engine::clsProcessFind& engine, forms::Launcher& launcher,
-             std::u16string componentFolder)
-    : form_(form), engine_(engine), launcher_(launcher), componentFolder_(std::move(componentFolder)) {
+             OwnDocuments documents)
+    : form_(form), engine_(engine), launcher_(launcher), documents_(std::move(documents)) {
   opens(u"lblInstructions", u"FF:25", u"Instructions.doc");
   opens(u"lblReadMe", u"FF:27", u"Readme.txt");
   form.get<forms::Label>(u"lblDownloadSite").Click.handledBy([this] { lblDownloadSite_Click(); });
@@ -28,9 +28,11 @@ void Links::opens(const char16_t* label, std::u16string_view tag, const char16_t
   form_.get<forms::Label>(label).Click.handledBy([this, tag, fileName] {
     errors::guarded(engine_.context(), tag, [&] {
       word::Application& application = engine_.application();
+      const std::u16string path = documents_.folder + application.PathSeparator() + fileName;
+      if (documents_.show) return documents_.show(path);
       const auto documents = application.Documents();
       if (documents == nullptr) throw errors::objectNotSet();
-      documents->Open(componentFolder_ + application.PathSeparator() + fileName);
+      documents->Open(path);
     });
   });
 }

@@ -4,6 +4,7 @@
 #include "forms/form.h"
 #include "forms/machine.h"
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -12,9 +13,14 @@ namespace pluvo::host {
 /// The labels that open documents and the product's web page.
 class Links {
  public:
+  /// The program's own documents: where they lie, and how one is shown; see Surroundings.
+  struct OwnDocuments {
+    std::u16string folder;
+    std::function<void(const std::u16string& path)> show;
+  };
+
   /// All outlive it.
-  Links(forms::Form& form, engine::clsProcessFind& engine, forms::Launcher& launcher,
-        std::u16string componentFolder);
+  Links(forms::Form& form, engine::clsProcessFind& engine, forms::Launcher& launcher, OwnDocuments documents);
 
  private:
   void opens(const char16_t* label, std::u16string_view tag, const char16_t* fileName);
@@ -23,7 +29,7 @@ class Links {
   forms::Form& form_;
   engine::clsProcessFind& engine_;
   forms::Launcher& launcher_;
-  std::u16string componentFolder_;
+  OwnDocuments documents_;
 };
 
 }  // namespace pluvo::host

@@ -137,9 +137,97 @@ TEST_F(UsedWindow, RunsOverTheFilesOfAFolder) {
     ASSERT_NE(window->current(), nullptr) << "the user's own document stays open";
     EXPECT_EQ(window->current()->name(), QStringLiteral("a.txt"));
     EXPECT_EQ(text(*window->current()).substr(0, 10), "one secret");
+  });
+}
+
+TEST_F(UsedWindow, TakesNothingBackThatARunLeftOnDisk) {
+  scratch.put("dir/b.txt", kMinutes);
+  use([&] {
+    OpenDocument& document = open(scratch.put("a.txt", kMinutes));
+    tick("chkQuiteMode");
+    ask("[a]", "Delete");
+    execute();
+    ask("[b]", "Delete");
+    askOver(scratch.path("dir"));
+    execute();
+    settle();
+    EXPECT_EQ(scratch.get("dir/b.txt"), "one [a]secret two\n[a]more\nlast [a]x\n");
+    const auto refuses = [&] {
+      const std::string before = text(document);
+      menu("&Undo Last Pass");
+      EXPECT_THAT(window->statusBar()->currentMessage().toStdString(), HasSubstr("stays changed"));
+      EXPECT_EQ(text(document), before);
+    };
+    refuses();
+    type("txtFilePath", "");
+    execute();
+    EXPECT_EQ(text(document).substr(0, 14), "one secret two");
     menu("&Undo Last Pass");
-    EXPECT_EQ(text(*window->current()).substr(0, 10), "one [a]sec");
-    EXPECT_TRUE(window->current()->changed());
+    EXPECT_EQ(text(document).substr(0, 14), "one secret[b] ") << "a later pass in a document";
+    refuses();
+  });
+}
+
+/// Whatever name the run finds it under.
+TEST_F(UsedWindow, AsksAboutDocumentsOfARunThatAreHalfDone) {
+  std::filesystem::create_directory(scratch.path("dir"));
+  std::filesystem::create_directory_symlink(scratch.path("dir"), scratch.path("link"));
+  const char* const kFound = "one [a]secret two\n[a]more\nlast [a]x\n";
+  const struct {
+    const char* answer;
+    const char* open;
+    const char* other;
+  } cases[] = {{"Cancel", kMinutes, kMinutes},
+               {"&Leave Out", kMinutes, kFound},
+               {"&Save and Run", "1 [a]secret two\n[a]more\nlast [a]x\n", kFound}};
+  use([&] {
+    ask("[b]", "Delete");
+    tick("chkQuiteMode");
+    askOver(scratch.path("link"));
+    for (const auto& each : cases) {
+      SCOPED_TRACE(each.answer);
+      OpenDocument& document = open(scratch.put("dir/a.txt", kMinutes));
+      scratch.put("dir/b.txt", kMinutes);
+      change(document, 3, u"1");
+      expectChoice(QLatin1String(each.answer));
+      execute();
+      settle();
+      EXPECT_EQ(scratch.get("dir/a.txt"), each.open);
+      EXPECT_EQ(scratch.get("dir/b.txt"), each.other);
+      EXPECT_EQ(text(document).substr(0, 5), "1 [a]") << "nothing of it is lost";
+      EXPECT_EQ(document.changed(), std::string(each.open) == kMinutes);
+      if (document.changed()) expectAnswer(QMessageBox::Discard);
+      menu("&Close");
+    }
+  });
+}
+
+TEST_F(UsedWindow, ShowsItsOwnDocumentsInAWindowOfTheirOwn) {
+  use([&] {
+    const OpenDocument& document = open(scratch.put("a.txt", kMinutes));
+    const auto help = [&](const char* name) -> QWidget* {
+      for (QWidget* top : QApplication::topLevelWidgets()) {
+        if (top->isVisible() && top->windowTitle().startsWith(QLatin1String(name))) return top;
+      }
+      return nullptr;
+    };
+    const auto stays = [&] {
+      EXPECT_EQ(window->application()->count(), 1);
+      EXPECT_EQ(window->application()->active(), document.document());
+      EXPECT_EQ(window->current(), &document);
+    };
+    menu("&Instructions");
+    QWidget* const shown = help("Instructions.doc");
+    ASSERT_NE(shown, nullptr);
+    stays();
+    shown->close();
+    auto& begin = control<QWidget>("txtBeginText");
+    begin.setFocus();
+    QTest::keyClick(&begin, Qt::Key_F1);
+    EXPECT_EQ(help("Instructions.doc"), shown);
+    for (const char* link : {"lblInstructions", "lblReadMe"}) emit control<QLabel>(link).linkActivated({});
+    EXPECT_NE(help("Readme.txt"), nullptr);
+    stays();
   });
 }
 
@@ -151,9 +239,9 @@ TEST_F(UsedWindow, KeepsWhatIsNotSavedWhereARunLeavesTheFileOut) {
     change(document, 3, u"1");
     ask("[a]", "Delete");
     tick("chkQuiteMode");
-    std::filesystem::create_directory_symlink(scratch.path(""), scratch.path("link"));
-    askOver(scratch.path("link"));
-    expectAnswer(QMessageBox::No);  // it is read-only; whether to go on
+    askOver(scratch.path(""));
+    expectChoice(QStringLiteral("&Save and Run"));
+    expectChoice(QStringLiteral("Cancel"));  // it may not be written
     execute();
     settle();
     ASSERT_EQ(window->current(), &document);

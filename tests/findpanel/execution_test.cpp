@@ -32,7 +32,7 @@ TEST_F(Execution, SendsTheRequestAsItStands) {
   errors::WatchedContext watched;
   engine::clsProcessFind engine({[this] { return word; }, watched.context, boxes, forms});
   const findpanel::Execution second(dialog(), engine, clock, yielding,
-                                    [] { return std::vector<std::u16string>(); });
+                                    {[] { return std::vector<std::u16string>(); }});
   engine::Request expected;
   expected.beginBlock = u"a";
   expected.unitsApart = u"Same";
@@ -93,6 +93,20 @@ TEST_F(Execution, NeedsAChoiceInEveryListButThePosition) {
     EXPECT_FALSE(label(u"lblPleaseWait").Visible()) << "the button's own work goes on";
     list(name).Text(before);
   }
+}
+
+TEST_F(Execution, NeedsADocumentOrAFolder) {
+  open();
+  type(u"txtBeginText", u"a");
+  for (const bool confirms : {false, true}) {
+    tick(u"chkConfirmEach", confirms);
+    execute();
+    EXPECT_THAT(told(), ElementsAre("Open a document first | Pluvorama"));
+    EXPECT_EQ(dialog().WindowState(), 0);
+  }
+  type(u"txtFilePath", u16(folder.path("documents")));
+  execute();
+  EXPECT_THAT(told(), IsEmpty());
 }
 
 TEST_F(Execution, ConfirmsBlockByBlock) {

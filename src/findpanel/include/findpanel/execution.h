@@ -16,18 +16,24 @@ namespace pluvo::findpanel {
 /// files of a folder.
 class Execution {
  public:
-  /// What the files page finds in its folder.
-  using LocateFilesForRun = std::function<std::vector<std::u16string>()>;
+  /// The files of a run.
+  struct Files {
+    /// What the files page finds in its folder.
+    std::function<std::vector<std::u16string>()> LocateFilesForRun;
+    /// They are about to be worked on, but for those that it takes out. Whether they are.
+    std::function<bool(std::vector<std::u16string>& files)> chosen = [](auto&) { return true; };
+  };
 
   /// All outlive it; the form has the controls of all pages.
   Execution(forms::Form& form, engine::clsProcessFind& engine, forms::Clock& clock, forms::Yielding& yielding,
-            LocateFilesForRun locate);
+            Files files);
 
   /// The files of the last multi-file run.
   const std::vector<std::u16string>& FilesToProcess() const { return filesToProcess_; }
 
  private:
   void cmdExecuteFAR_Click();
+  bool hasDocument();
   void RunFindRequest();
   void copyRequest();
   void runOverDocument();
@@ -42,7 +48,7 @@ class Execution {
   engine::clsProcessFind& engine_;
   forms::Clock& clock_;
   forms::Yielding& yielding_;
-  LocateFilesForRun locate_;
+  Files files_;
   std::unique_ptr<engine::frmProcessing> confirmation_;
   std::vector<std::u16string> filesToProcess_;
 };

@@ -12,6 +12,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace pluvo::host {
 
@@ -32,6 +33,11 @@ struct Surroundings {
   /// The dialog's engine was made: a program sets what it alone decides, its limits and who watches it. The
   /// engine lives as long as the dialog.
   std::function<void(engine::clsProcessFind&)> engineMade = [](engine::clsProcessFind&) {};
+  /// A run over these files is about to begin; a program may take some out. Whether it begins.
+  std::function<bool(std::vector<std::u16string>& files)> filesChosen = [](auto&) { return true; };
+  /// Shows a document that lies beside the program, and throws Fault where it cannot; empty where it is
+  /// opened in the word processor, as the active document.
+  std::function<void(const std::u16string& path)> showDocument = {};
 };
 
 }  // namespace pluvo::host

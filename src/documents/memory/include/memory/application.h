@@ -19,7 +19,7 @@ class ApplicationObserver {
   /// It came to the front.
   virtual void activated(const std::shared_ptr<MemoryDocument>& /*document*/) {}
   /// Whether a document that the engine has done with, and closes, stays open: the user has it open.
-  virtual bool keeps(const MemoryDocument& /*document*/) const { return false; }
+  virtual bool keeps(const MemoryDocument& /*document*/) { return false; }
   /// It still has its text.
   virtual void closing(const std::shared_ptr<MemoryDocument>& /*document*/) {}
 };

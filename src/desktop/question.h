@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QGuiApplication>
+#include <QMessageBox>
+
+namespace pluvo::desktop {
+
+/// A box whose answer decides what is done.
+class Question : public QMessageBox {
+ public:
+  Question(QWidget* owner, const QString& text, const QString& more)
+      : QMessageBox(QMessageBox::Warning, QGuiApplication::applicationDisplayName(), text, NoButton, owner) {
+    setInformativeText(more);
+    setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  }
+};
+
+}  // namespace pluvo::desktop
