@@ -338,6 +338,8 @@ bool FormWindow::pressEnter(Mirror* mirror) {
 }
 
 void FormWindow::closed() {
+  // An edit that is refused is undone, and the form goes all the same.
+  stage_.doings.settle();
   stage_.doings.does([this] { form_.close(); });
 }
 

@@ -202,6 +202,23 @@ TEST_F(ShownForm, AsksWhetherAnEditInAListStandsAsItIsLeft) {
   EXPECT_EQ(user.seen(form.check), "[ ] Tick & tie");
 }
 
+TEST_F(ShownForm, EndsTheEditInAListAsItCloses) {
+  form.combo.BeforeUpdate.handledBy([&](bool& refused) { refused = !form.combo.Value(); });
+  const std::function<void()> ways[] = {[&] { user.key(User::kEscape); }, [&] { user.closeWindow(); }};
+  for (const auto& close : ways) {
+    form.combo.Value(u"1");
+    user.open();
+    typeInto(form.combo, u"nonsense");
+    close();
+    EXPECT_EQ(user.title(), "-");
+    EXPECT_EQ(form.combo.Text(), u"Insert");
+    user.open();
+    typeInto(form.combo, u"delete");
+    close();
+    EXPECT_EQ(form.combo.Text(), u"Delete");
+  }
+}
+
 TEST_F(ShownForm, TellsOfThePasteWhereItsKeyComesUpAndOfMouseButtons) {
   std::vector<int> told;
   user.open();
