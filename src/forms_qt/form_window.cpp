@@ -83,6 +83,7 @@ FormWindow::~FormWindow() {
   for (QObject* child : widget->findChildren<QObject*>(QStringLiteral("listener"))) delete child;
   widget->hide();
   widget->deleteLater();
+  if (status_) status_->deleteLater();
 }
 
 void FormWindow::build() {
@@ -96,6 +97,7 @@ void FormWindow::build() {
       layout->setContentsMargins(0, 0, 0, 0);
     }
     container_->layout()->addWidget(panel_);
+    addStatus(*static_cast<QBoxLayout*>(container_->layout()));
   } else {
     frame_ = new Frame(*this, host_.owner_);
     frame_->setObjectName(qt(form_.Name()));
@@ -108,6 +110,7 @@ void FormWindow::build() {
     layout->addWidget(panel_);
     const int margin = panel_->fontMetrics().height();
     panel_->layout()->setContentsMargins(margin, margin, margin, margin);
+    addStatus(*layout);
   }
   TakenKeys taken;
   for (const QMenuBar* bar : panel_->window()->findChildren<QMenuBar*>()) {
@@ -119,6 +122,17 @@ void FormWindow::build() {
   auto* listener = new Listener(*this, panel_);
   listener->setObjectName(QStringLiteral("listener"));
   panel_->installEventFilter(listener);
+}
+
+void FormWindow::addStatus(QBoxLayout& below) {
+  status_ = new QLabel;
+  status_->setObjectName(QStringLiteral("status"));
+  status_->setTextFormat(Qt::PlainText);
+  status_->setWordWrap(true);
+  status_->setContextMenuPolicy(Qt::NoContextMenu);
+  const int margin = status_->fontMetrics().height() / 3;
+  status_->setContentsMargins(2 * margin, margin, 2 * margin, margin);
+  below.addWidget(status_);
 }
 
 QWidget* FormWindow::window() const { return frame_ ? frame_.data() : panel_.data(); }
@@ -185,6 +199,10 @@ void FormWindow::refresh() {
   if (!panel_) return;
   if (frame_) frame_->setWindowTitle(qt(form_.Caption()));
   panel_->setAccessibleName(qt(form_.Caption()));
+  if (status_) {
+    status_->setText(breakable(qt(form_.StatusText())));
+    status_->setVisible(!form_.StatusText().empty());
+  }
   refreshWindowState();
   if (form_.Visible() && focused_ != form_.ActiveControl()) focus();
 }

@@ -4,8 +4,10 @@
 #include "forms/form.h"
 #include "page_panel.h"
 
+#include <QBoxLayout>
 #include <QEventLoop>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QPointer>
 
 namespace pluvo::forms_qt {
@@ -41,6 +43,7 @@ class FormWindow {
 
  private:
   void build();
+  void addStatus(QBoxLayout& below);
   void refresh();
   void refreshWindowState();
   void focus();
@@ -59,6 +62,7 @@ class FormWindow {
   QPointer<QWidget> frame_;      ///< nothing where the form stands in a container
   QPointer<QWidget> container_;  ///< and the reverse
   QPointer<PagePanel> panel_;
+  QPointer<QLabel> status_;
   QPointer<QEventLoop> loop_;
   const forms::Control* focused_ = nullptr;
   int windowState_ = 0;

@@ -70,6 +70,32 @@ void FormWindow::build() {
   SendMessageW(stage_.tips, TTM_SETDELAYTIME, TTDT_AUTOPOP, kShowsTipFor);
   panel_ = std::make_unique<Panel>(form_.controls(), stage_, window_);
   ShowWindow(panel_->window(), SW_SHOWNA);
+  status_ = stage_.module.makeWidget(STATUSCLASSNAMEW, L"", WS_CHILD | SBARS_SIZEGRIP, 0, window_);
+  SendMessageW(status_, WM_SETFONT, reinterpret_cast<WPARAM>(stage_.look->font({})), FALSE);
+}
+
+void FormWindow::refreshStatus() {
+  const bool shown = !form_.StatusText().empty();
+  const bool wasShown = statusHeight() > 0;
+  if (textOf(status_) != form_.StatusText()) SetWindowTextW(status_, wide(form_.StatusText()));
+  if (shown == wasShown) return;
+  ShowWindow(status_, shown ? SW_SHOWNA : SW_HIDE);
+  placePanel();
+}
+
+int FormWindow::statusHeight() const {
+  if (status_ == nullptr || (GetWindowLongW(status_, GWL_STYLE) & WS_VISIBLE) == 0) return 0;
+  RECT place = {};
+  GetWindowRect(status_, &place);
+  return place.bottom - place.top;
+}
+
+/// Above the status line, which keeps itself at the bottom.
+void FormWindow::placePanel() {
+  SendMessageW(status_, WM_SIZE, 0, 0);
+  RECT inside = {};
+  GetClientRect(window_, &inside);
+  MoveWindow(panel_->window(), 0, 0, inside.right, std::max<LONG>(inside.bottom - statusHeight(), 0), TRUE);
 }
 
 void FormWindow::unmake() {
@@ -140,6 +166,7 @@ void FormWindow::repaint() {
 void FormWindow::refresh() {
   if (window_ == nullptr) return;
   if (textOf(window_) != form_.Caption()) SetWindowTextW(window_, wide(form_.Caption()));
+  refreshStatus();
   refreshWindowState();
   if (wasShown_ && form_.Visible() && focused_ != form_.ActiveControl()) focus();
 }
@@ -192,13 +219,13 @@ void FormWindow::setSize() {
   GetClientRect(window_, &now);
   if (wasShown_) {
     // What the form says may have grown; the size is the user's otherwise.
-    const int height = panel_->heightFor(now.right, true);
+    const int height = panel_->heightFor(now.right, true) + statusHeight();
     if (height <= now.bottom || IsIconic(window_) != 0 || IsZoomed(window_) != 0) return;
     const SIZE size = around({now.right, height});
     SetWindowPos(window_, nullptr, 0, 0, size.cx, size.cy, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
     return;
   }
-  putInPlace(around({width, panel_->heightFor(width, false)}));
+  putInPlace(around({width, panel_->heightFor(width, false) + statusHeight()}));
 }
 
 /// A form that is waited for stands above the form that is in front, any other above the word processor, so
@@ -234,7 +261,7 @@ void FormWindow::keepLeastSize(MINMAXINFO& limits) const {
   if (!panel_) return;
   const RECT screen = workAreaBeside(window_);
   const int width = panel_->leastWidth();
-  const SIZE least = around({width, panel_->heightFor(width, true)});
+  const SIZE least = around({width, panel_->heightFor(width, true) + statusHeight()});
   // On a small screen pages scroll.
   limits.ptMinTrackSize.x = std::min(least.cx, screen.right - screen.left);
   limits.ptMinTrackSize.y = std::min({least.cy, screen.bottom - screen.top, LONG{stage_.look->px(500)}});
@@ -244,6 +271,7 @@ void FormWindow::changeResolution(UINT dotsPerInch, const RECT& place) {
   const auto before = std::exchange(stage_.look, std::make_unique<Look>(dotsPerInch));
   for (const auto& mirror : panel_->mirrors()) mirror->lookChanged();
   SendMessageW(stage_.tips, TTM_SETMAXTIPWIDTH, 0, stage_.look->px(kTipWidth));
+  SendMessageW(status_, WM_SETFONT, reinterpret_cast<WPARAM>(stage_.look->font({})), TRUE);
   SetWindowPos(window_, nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
                SWP_NOZORDER | SWP_NOACTIVATE);
   panel_->arrange();
@@ -355,6 +383,7 @@ void FormWindow::activates(bool on) {
 /// The windows on it go with it, and nothing of theirs is left to be ended.
 void FormWindow::wentAway() {
   window_ = nullptr;
+  status_ = nullptr;
   stage_.tips = nullptr;
   stage_.doings.begun({});
   lastFocus_ = nullptr;
@@ -368,8 +397,7 @@ LRESULT FormWindow::receives(HWND window, UINT message, WPARAM wparam, LPARAM lp
       closed();
       return 0;
     case WM_SIZE:
-      if (panel_ && wparam != SIZE_MINIMIZED)
-        MoveWindow(panel_->window(), 0, 0, LOWORD(lparam), HIWORD(lparam), TRUE);
+      if (panel_ && wparam != SIZE_MINIMIZED) placePanel();
       return 0;
     case WM_GETMINMAXINFO:
       keepLeastSize(*reinterpret_cast<MINMAXINFO*>(lparam));

@@ -48,6 +48,9 @@ class FormWindow final : public Receiver {
 
  private:
   void build();
+  void refreshStatus();
+  void placePanel();
+  int statusHeight() const;
   void unmake();
   void setSize();
   HWND ownerNow() const;
@@ -71,6 +74,7 @@ class FormWindow final : public Receiver {
   forms::Form& form_;
   Stage stage_;
   HWND window_ = nullptr;
+  HWND status_ = nullptr;
   std::unique_ptr<Panel> panel_;
   std::optional<ThreadWindows> waits_;
   const forms::Control* focused_ = nullptr;

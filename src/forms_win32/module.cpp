@@ -59,8 +59,8 @@ Module::Module() : instance_(instanceOf(reinterpret_cast<const void*>(&procedure
   context.lpResourceName = MAKEINTRESOURCEW(2);
   controls_ = CreateActCtxW(&context);
   const Controls active(controls_);
-  const INITCOMMONCONTROLSEX kinds = {sizeof kinds,
-                                      ICC_STANDARD_CLASSES | ICC_TAB_CLASSES | ICC_WIN95_CLASSES};
+  const INITCOMMONCONTROLSEX kinds = {
+      sizeof kinds, ICC_STANDARD_CLASSES | ICC_TAB_CLASSES | ICC_BAR_CLASSES | ICC_WIN95_CLASSES};
   InitCommonControlsEx(&kinds);
 
   swprintf(className_, sizeof className_ / sizeof *className_, L"PLUVO form %p", static_cast<void*>(this));

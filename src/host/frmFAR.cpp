@@ -12,6 +12,7 @@
 #include "multifile/files_page.h"
 #include "multifile/frmDirectoryBrowser.h"
 #include "options/options_file.h"
+#include "status_line.h"
 
 #include <utility>
 
@@ -39,7 +40,8 @@ struct frmFAR::Pages {
                   {[this] { return files.LocateFilesForRun(); }, form.surroundings_.filesChosen}),
         options(form, form.context_, dataFolder),
         links(form, *form.engine_, form.surroundings_.launcher,
-              {form.surroundings_.componentFolder, form.surroundings_.showDocument}) {}
+              {form.surroundings_.componentFolder, form.surroundings_.showDocument}),
+        status(form, *form.folders_, execution, options) {}
 
   findpanel::Choices choices;
   findpanel::TextBoxes textBoxes;
@@ -48,6 +50,7 @@ struct frmFAR::Pages {
   findpanel::Execution execution;
   options::OptionsFile options;
   Links links;
+  StatusLine status;
 };
 
 frmFAR::frmFAR(const Surroundings& surroundings)

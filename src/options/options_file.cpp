@@ -93,6 +93,7 @@ void OptionsFile::save() {
                           u"The options cannot be saved to \"" + path_ +
                               u"\": see that its folder is there and may be written to");
     }
+    Saved.raise();
   });
 }
 

@@ -129,6 +129,11 @@ class User {
     return window() != nullptr && window()->isVisible() ? window()->windowTitle().toStdString() : "-";
   }
 
+  std::string status() {
+    const auto* line = window()->findChild<QLabel*>(QStringLiteral("status"));
+    return line != nullptr && line->isVisible() ? line->text().toStdString() : "-";
+  }
+
   void later(std::function<void()> doing) {
     QTimer::singleShot(50, QApplication::instance(), std::move(doing));
   }

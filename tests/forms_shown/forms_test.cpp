@@ -25,6 +25,10 @@ TEST_F(ShownForm, ShowsWhatTheControlsSay) {
                           "Delete of 2", "a & b|b|*c|d", "off: A <link> & so", "-", "Go"));
   EXPECT_EQ(form.lines.Text(), u"one\rtwo\nthree\r\n<b>") << "only the user's edit makes line ends alike";
 
+  EXPECT_EQ(user.status(), "-");
+  form.StatusText(u"A & B");
+  user.settle();
+  EXPECT_EQ(user.status(), "A & B");
   form.Caption(u"C");
   form.label.Visible(false);
   form.line.Text(u"");

@@ -137,6 +137,10 @@ class User {
     send(tips, TTM_GETTEXTW, 200, reinterpret_cast<LPARAM>(&tool));
     return {shown, shown + lstrlenW(shown)};
   }
+  std::string status() {
+    HWND line = FindWindowExW(window(), nullptr, STATUSCLASSNAMEW, nullptr);
+    return IsWindowVisible(line) != 0 ? errors::utf8(forms_win32::textOf(line)) : "-";
+  }
   std::string title() {
     return IsWindowVisible(window()) != 0 ? errors::utf8(forms_win32::textOf(window())) : "-";
   }

@@ -88,6 +88,44 @@ TEST(Tips, NeverLieBehindTheLast) {
   EXPECT_EQ(usageTip(random), all.front());
 }
 
+class Status : public testing::Test, protected OpenedDialog {};
+
+TEST_F(Status, TellsOverWhatARunGoes) {
+  folder.put("letters/a.txt", "x");
+  folder.put("letters/b.txt", "x");
+  document("a¶");
+  const auto status = [&] { return errors::utf8(dialog().StatusText()); };
+  open([&] {
+    EXPECT_EQ(status(), "Execute runs over this document");
+    tick(u"chkFTdoc", false);
+    tick(u"chkFTtxt");
+    type(u"txtFilePath", u16(folder.path("letters/")));
+    EXPECT_EQ(status(), "Execute runs over the files in letters");
+    press(u"cmdGetPotentialFiles");
+    EXPECT_EQ(status(), "Execute runs over 2 files in letters");
+    files().select(0);
+    press(u"cmdRemoveFiles");
+    EXPECT_EQ(status(), "Execute runs over 1 file in letters");
+    tick(u"chkFTtxt", false);
+    tick(u"chkFTrtf");
+    for (const char16_t* search : {u"cmdGetPotentialFiles", u"cmdExecuteFAR"}) {
+      press(search);
+      EXPECT_EQ(status(), "No files of these types were found in letters");
+    }
+    type(u"txtFilePath", u"/no such/folder");
+    press(u"cmdExecuteFAR");
+    EXPECT_EQ(status(), "There is no folder /no such/folder");
+    press(u"cmdSaveOptions");
+    EXPECT_EQ(status(), "Options saved");
+    type(u"txtFilePath", u"");
+    EXPECT_EQ(status(), "Execute runs over this document");
+    std::filesystem::remove(folder.path("templates/PLUVO/PLUVO.cfg"));
+    std::filesystem::create_directory(folder.path("templates/PLUVO/PLUVO.cfg"));
+    press(u"cmdSaveOptions");
+    EXPECT_EQ(status(), "Execute runs over this document") << "they were not";
+  });
+}
+
 class Links : public testing::Test, protected OpenedDialog {};
 
 TEST_F(Links, OpenTheDocumentsBesideTheProgram) {

@@ -73,6 +73,14 @@ class Form {
     changed.raise();
   }
 
+  /// A line below the controls that tells how things stand; none while it is empty.
+  const std::u16string& StatusText() const { return statusText_; }
+  void StatusText(std::u16string text) {
+    if (statusText_ == text) return;
+    statusText_ = std::move(text);
+    changed.raise();
+  }
+
   /// Where the keyboard goes; nowhere at first.
   Control* ActiveControl() const { return activeControl_; }
   void SetFocus(Control& control) {
@@ -92,7 +100,7 @@ class Form {
     return *found;
   }
 
-  /// For the renderer: caption, window state or focus are to be shown anew.
+  /// For the renderer: caption, window state, status text or focus are to be shown anew.
   Event<> changed;
 
  protected:
@@ -103,6 +111,7 @@ class Form {
   FormHost& host_;
   std::u16string name_;
   std::u16string caption_;
+  std::u16string statusText_;
   bool visible_ = false;
   int windowState_ = 0;
   Control* activeControl_ = nullptr;

@@ -22,6 +22,7 @@ class OptionsFile {
   /// stay as they are.
   void load();
   void save();
+  forms::Event<> Saved;
 
  private:
   void cmdSaveOptions_Click();

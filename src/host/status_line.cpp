@@ -1,0 +1,60 @@
+#include "status_line.h"
+
+#include "errors/text.h"
+
+#include <algorithm>
+
+namespace pluvo::host {
+
+namespace {
+
+constexpr const char16_t* kPath = u"txtFilePath";
+constexpr const char16_t* kList = u"lbxPotentialFiles";
+
+}  // namespace
+
+StatusLine::StatusLine(forms::Form& form, multifile::Folders& folders, findpanel::Execution& execution,
+                       options::OptionsFile& options)
+    : form_(form), folders_(folders), execution_(execution) {
+  form.get<forms::TextBox>(kPath).Change.handledBy([this] { tellOverWhat(); });
+  auto& list = form.get<forms::ListBox>(kList);
+  list.changed.handledBy([this, &list] {
+    if (std::exchange(listed_, list.ListCount()) != list.ListCount()) tellOverWhat();
+  });
+  form.get<forms::MultiPage>(u"MultiPage1").Change.handledBy([this] { tellOverWhat(); });
+  form.get<forms::CommandButton>(u"cmdGetPotentialFiles").Click.handledBy([this, &list] {
+    if (list.ListCount() == 0) tellWhereNothingWasFound();
+  });
+  form.get<forms::CommandButton>(u"cmdExecuteFAR").Click.handledBy([this] {
+    tellOverWhat();
+    if (execution_.FilesToProcess().empty()) tellWhereNothingWasFound();
+  });
+  options.Saved.handledBy([this] { form_.StatusText(u"Options saved"); });
+  tellOverWhat();
+}
+
+const std::u16string& StatusLine::path() const { return form_.get<forms::TextBox>(kPath).Text(); }
+
+/// The folder's own name, as the user knows it.
+std::u16string StatusLine::folder() const {
+  std::u16string_view whole = path();
+  const auto isSeparator = [](char16_t letter) { return letter == u'/' || letter == u'\\'; };
+  while (whole.size() > 1 && isSeparator(whole.back())) whole.remove_suffix(1);
+  const auto name = std::find_if(whole.rbegin(), whole.rend(), isSeparator).base();
+  return std::u16string(name == whole.end() ? whole.begin() : name, whole.end());
+}
+
+void StatusLine::tellOverWhat() {
+  if (path().empty()) return form_.StatusText(u"Execute runs over this document");
+  if (listed_ == 0) return form_.StatusText(u"Execute runs over the files in " + folder());
+  form_.StatusText(u"Execute runs over " + errors::decimal(static_cast<std::int64_t>(listed_)) +
+                   (listed_ == 1 ? u" file in " : u" files in ") + folder());
+}
+
+void StatusLine::tellWhereNothingWasFound() {
+  if (path().empty()) return;
+  form_.StatusText(folders_.isFolder(path()) ? u"No files of these types were found in " + folder()
+                                             : u"There is no folder " + path());
+}
+
+}  // namespace pluvo::host

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "findpanel/execution.h"
+#include "forms/form.h"
+#include "multifile/folders.h"
+#include "options/options_file.h"
+
+#include <string>
+
+namespace pluvo::host {
+
+/// The dialog's status line: over what Execute would run, or what has come of the last search or save until
+/// the user goes on.
+class StatusLine {
+ public:
+  /// All outlive it, and have their handlers already.
+  StatusLine(forms::Form& form, multifile::Folders& folders, findpanel::Execution& execution,
+             options::OptionsFile& options);
+
+ private:
+  void tellOverWhat();
+  void tellWhereNothingWasFound();
+  const std::u16string& path() const;
+  std::u16string folder() const;
+
+  forms::Form& form_;
+  multifile::Folders& folders_;
+  findpanel::Execution& execution_;
+  std::size_t listed_ = 0;
+};
+
+}  // namespace pluvo::host
