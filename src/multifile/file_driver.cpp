@@ -2,10 +2,14 @@
 
 #include "errors/fault.h"
 #include "host_faults.h"
+#include "letter_case.h"
 #include "multifile/clsSorting.h"
 #include "questions.h"
 #include "word/faults.h"
 
+#include <algorithm>
+#include <string_view>
+#include <unordered_set>
 #include <utility>
 
 namespace pluvo::multifile {
@@ -14,6 +18,34 @@ namespace {
 
 /// Sorting costs the square of this.
 constexpr std::size_t kMostSorted = 301;
+
+struct Kin {
+  std::u16string_view mask;
+  std::u16string_view others;
+};
+/// What Windows takes with these masks by short names.
+constexpr Kin kKin[] = {{u"*.doc", u",*.docx,*.docm"}, {u"*.dot", u",*.dotx,*.dotm"}, {u"*.htm", u",*.html"}};
+
+std::u16string withKin(std::u16string_view masks) {
+  std::u16string all;
+  for (std::size_t at = 0; at <= masks.size();) {
+    const std::size_t end = std::min(masks.find(u',', at), masks.size());
+    const std::u16string_view mask = masks.substr(at, end - at);
+    if (at > 0) all += u',';
+    all += mask;
+    for (const Kin& kin : kKin) {
+      if (upperCase(mask) == upperCase(kin.mask)) all += kin.others;
+    }
+    at = end + 1;
+  }
+  return all;
+}
+
+/// A file that two masks match is worked on once.
+void dropRepeated(std::vector<std::u16string>& files) {
+  std::unordered_set<std::u16string> seen;
+  std::erase_if(files, [&](const std::u16string& file) { return !seen.insert(file).second; });
+}
 
 bool isTemporary(const std::u16string& path, const std::u16string& separator) {
   const std::size_t at = path.rfind(separator);
@@ -35,12 +67,13 @@ std::vector<std::u16string> FileDriver::GetFiles(engine::clsProcessFind& engine,
         std::make_unique<clsDirParsing>(engine.context(), *folders_, engine.application().PathSeparator());
   }
   scanner_->RootDirectory(engine.StartingDirectory());
-  scanner_->MasksCSstr(engine.Masks());
+  scanner_->MasksCSstr(withKin(engine.Masks()));
   scanner_->ItemsToProcess(0);
   scanner_->DirectoriesDeep(depth);
   scanner_->ProcessSubDirectories(subFolders);
   scanner_->ProcessItems();
   std::vector<std::u16string> files = scanner_->ProcessedItems();
+  dropRepeated(files);
   if (files.size() > kMostSorted) return files;
   clsSorting sorter(engine.context());
   sorter.SortType(0);
@@ -51,9 +84,10 @@ std::vector<std::u16string> FileDriver::GetFiles(engine::clsProcessFind& engine,
 
 void FileDriver::MultiPLUVO(engine::clsProcessFind& engine, const std::vector<std::u16string>& files) {
   engine.CancelOperation(false);
-  for (const std::u16string& path : files) {
+  for (std::size_t i = 0; i < files.size(); ++i) {
     if (engine.CancelOperation()) return;
-    processFile(engine, path);
+    fileBegins(files[i], i + 1, files.size());
+    processFile(engine, files[i]);
     document_.reset();
   }
 }
@@ -108,6 +142,7 @@ bool FileDriver::MultiPLUVO_OpenNextFile(engine::clsProcessFind& engine,
   };
   for (; index < static_cast<std::int64_t>(files.size()); ++index) {
     const std::u16string& path = files.at(static_cast<std::size_t>(index));
+    fileBegins(path, static_cast<std::size_t>(index) + 1, files.size());
     if (makeReady(engine, path, engine.application().PathSeparator(), step)) return true;
   }
   return false;

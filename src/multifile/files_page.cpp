@@ -123,7 +123,15 @@ void FilesPage::cmdChooseFiles_Click() {
 }
 
 void FilesPage::txtFilePath_Change() {
-  errors::guarded(engine_.context(), u"FF:36", [&] { form_.get<ListBox>(u"lbxPotentialFiles").Clear(); });
+  errors::guarded(engine_.context(), u"FF:36", [&] {
+    form_.get<ListBox>(u"lbxPotentialFiles").Clear();
+    // As file managers copy a path.
+    auto& box = form_.get<TextBox>(u"txtFilePath");
+    const std::u16string& path = box.Text();
+    const bool quoted =
+        path.size() > 2 && (path.front() == u'"' || path.front() == u'\'') && path.back() == path.front();
+    if (quoted) box.Text(path.substr(1, path.size() - 2));
+  });
 }
 
 }  // namespace pluvo::multifile

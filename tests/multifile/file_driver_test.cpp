@@ -220,6 +220,32 @@ TEST(GetFiles, HandsOverTheRequestOfTheMoment) {
               ElementsAre(u"C:\\f\\g\\b.txt", u"C:\\f\\g\\d.doc", u"C:\\f\\g\\h\\c.txt"));
 }
 
+/// Each file once, however many masks it fits.
+TEST(GetFiles, TakesTheKinOfAMaskAndNoOther) {
+  const struct {
+    const char16_t* masks;
+    std::string found;
+  } cases[] = {{u"*.doc", "a.doc a.docm b.DOCX"},
+               {u"*.DOC,*.docx", "a.doc a.docm b.DOCX"},
+               {u"*.dot,*.htm", "a.dotm a.dotx a.htm b.html"},
+               {u"*.docx", "b.DOCX"},
+               {u"*.txt,*.*,*", "a.doc a.docm a.docs a.dotm a.dotx a.htm a.txt a.xdoc b.DOCX b.html"},
+               {u"*.txt", "a.txt"}};
+  FileRun run;
+  *run.folders =
+      ScriptedFolders({"C:\\f\\a.doc", "C:\\f\\a.docm", "C:\\f\\b.DOCX", "C:\\f\\a.docs", "C:\\f\\a.xdoc",
+                       "C:\\f\\a.dotx", "C:\\f\\a.dotm", "C:\\f\\a.htm", "C:\\f\\b.html", "C:\\f\\a.txt"},
+                      "\\");
+  run.engine().StartingDirectory(u"C:\\f\\");
+  for (const auto& each : cases) {
+    run.engine().Masks(each.masks);
+    std::string found;
+    for (const std::u16string& file : run.engine().GetFiles(false, 1))
+      found += (found.empty() ? "" : " ") + errors::utf8(file).substr(5);
+    EXPECT_EQ(found, each.found) << errors::utf8(each.masks);
+  }
+}
+
 TEST(BrowseForFolder, GivesTheFolderThatTheUserSelects) {
   struct Picker : FolderPicker {
     explicit Picker(bool selects) : selects_(selects) {}

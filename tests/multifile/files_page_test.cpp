@@ -51,13 +51,22 @@ TEST_F(FilesPage, ListsTheTypesTicked) {
                {u"other", u"*", all, u"6"},
                {u"other", u"", "", u"0"},
                {u"", u"", all, u"6"},
-               {u"doc other", u"doc", "/d/a.doc,/d/a.doc", u"2"}};
+               {u"doc other", u"doc", "/d/a.doc", u"1"}};
   for (const auto& it : cases) {
     for (const std::u16string kind : {u"doc", u"dot", u"txt", u"rtf", u"htm", u"other"})
       tick((u"chkFT" + kind).c_str(), it.ticked.find(kind) != it.ticked.npos);
     type(u"txtFileTypeOther", it.other);
     EXPECT_EQ(listed(), it.files);
     EXPECT_EQ(count(), u"Files Found: " + std::u16string(it.count));
+  }
+}
+
+TEST_F(FilesPage, TakesTheQuotesOffAPastedPath) {
+  const std::pair<const char16_t*, const char16_t*> cases[] = {
+      {u"\"C:\\a b\"", u"C:\\a b"}, {u"'/a b'", u"/a b"}, {u"\"C:\\a", u"\"C:\\a"}, {u"\"\"", u"\"\""}};
+  for (const auto& [typed, path] : cases) {
+    type(u"txtFilePath", typed);
+    EXPECT_EQ(box(u"txtFilePath").Text(), path);
   }
 }
 
