@@ -38,6 +38,9 @@ class MainWindow final : public QMainWindow, private memory::ApplicationObserver
   /// Opens documents by their paths, bytes as the file system has them.
   void open(const std::vector<std::string>& paths);
 
+  /// The keyboard goes to where a request begins.
+  void goToPanel();
+
   const std::shared_ptr<memory::MemoryApplication>& application() const { return application_; }
   /// The one in front; null where none is open.
   OpenDocument* current() const;

@@ -101,12 +101,16 @@ void MainWindow::buildViewMenu(QMenu& view) {
   go(tr("Go to the P&anel"), QKeySequence(Qt::Key_F6), [this] {
     const bool inDocument = current() != nullptr && current()->view()->hasFocus();
     if (!inDocument && current() != nullptr) return current()->view()->setFocus();
-    dock_->show();
-    for (QWidget* widget : panel_->findChildren<QWidget*>(QStringLiteral("txtBeginText")))
-      widget->setFocus(Qt::ShortcutFocusReason);
+    goToPanel();
   });
   go(tr("Ne&xt Document"), QKeySequence(tr("Ctrl+PgDown")), [this] { nextTab(1); });
   go(tr("Pre&vious Document"), QKeySequence(tr("Ctrl+PgUp")), [this] { nextTab(-1); });
+}
+
+void MainWindow::goToPanel() {
+  dock_->show();
+  for (QWidget* widget : panel_->findChildren<QWidget*>(QStringLiteral("txtBeginText")))
+    widget->setFocus(Qt::ShortcutFocusReason);
 }
 
 void MainWindow::updateActions() {

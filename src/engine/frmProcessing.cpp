@@ -1,12 +1,42 @@
 #include "engine/frmProcessing.h"
 
 #include "errors/context.h"
+#include "errors/text.h"
 
 namespace pluvo::engine {
+
+namespace {
+
+template <std::size_t Count>
+std::u16string wordFor(const char16_t* const (&words)[Count], std::int16_t code) {
+  return code >= 0 && static_cast<std::size_t>(code) < Count ? words[code] : std::u16string();
+}
+
+/// In the words of the lists it was chosen from: "Insert Before Selection: "text"".
+std::u16string operationInWords(const Request& request) {
+  constexpr const char16_t* kOperations[] = {u"None", u"Insert", u"Replace", u"Delete", u"Highlight"};
+  constexpr const char16_t* kLocations[] = {u"Selection", u"Beginning", u"Ending", u"Inside Text"};
+  std::u16string words = wordFor(kOperations, request.operation);
+  if (request.operation == kNone) return words;
+  if (request.operation == kInsert) words += request.beforeOrAfter == kAfter ? u" After" : u" Before";
+  words += u' ' + wordFor(kLocations, request.operationLocation);
+  if (request.operation != kInsert && request.operation != kReplace) return words;
+  constexpr std::size_t kMostShown = 60;
+  std::u16string text = request.text.substr(0, kMostShown);
+  if (text.size() < request.text.size()) text += u'\u2026';
+  for (char16_t& letter : text) {
+    if (letter < u' ') letter = u' ';
+  }
+  return words + u": \"" + text + u'"';
+}
+
+}  // namespace
 
 frmProcessing::frmProcessing(clsProcessFind& engine)
     : Form(engine.forms(), u"frmProcessing", u"Confirm Operation"), engine_(engine) {
   cmdPerform.Default(true);
+  add(lblOperation);
+  add(lblFile);
   add(cmdPerform);
   add(cmdSkip);
   cmdPerform.Click.handledBy([this] { cmdPerform_Click(); });
@@ -63,6 +93,7 @@ void frmProcessing::showNextBlock() {
 
 void frmProcessing::awaitDecision() {
   try {
+    tellWhatAwaits();
     Visible(true);
   } catch (...) {
     // Without a window nobody can decide about the block, nor close the form.
@@ -87,6 +118,17 @@ void frmProcessing::finish() {
     Hide();
   });
   if (!Visible()) Finished.raise();
+}
+
+void frmProcessing::tellWhatAwaits() {
+  lblOperation.Caption(operationInWords(engine_.request()));
+  const auto document = engine_.application().ActiveDocument();
+  if (document == nullptr) throw errors::objectNotSet();
+  std::u16string file = document->Name();
+  if (multi_)
+    file += u" (" + errors::decimal(std::int64_t{index_} + 1) + u" of " +
+            errors::decimal(static_cast<std::int64_t>(files_.size())) + u")";
+  lblFile.Caption(file);
 }
 
 bool frmProcessing::startNextFile() {

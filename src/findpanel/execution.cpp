@@ -39,8 +39,12 @@ engine::frmProcessing& Execution::confirmation() {
   if (!confirmation_) {
     confirmation_ = std::make_unique<engine::frmProcessing>(engine_);
     // Nothing is left to be out of the way of.
-    confirmation_->Finished.handledBy([this] { form_.WindowState(0); });
-    confirmation_->Closed.handledBy([this] { form_.WindowState(0); });
+    const auto ended = [this] {
+      form_.WindowState(0);
+      Confirmed.raise();
+    };
+    confirmation_->Finished.handledBy(ended);
+    confirmation_->Closed.handledBy(ended);
   }
   return *confirmation_;
 }

@@ -5,6 +5,7 @@
 #include "texts.h"
 
 #include <QHBoxLayout>
+#include <algorithm>
 
 namespace pluvo::forms_qt {
 
@@ -97,8 +98,11 @@ void PagePanel::tieLabels() {
 }
 
 void PagePanel::orderTabs() {
+  std::vector<const Mirror*> stops;
+  for (const auto& mirror : mirrors_) stops.push_back(mirror.get());
+  std::ranges::stable_sort(stops, {}, [](const Mirror* mirror) { return mirror->control().TabIndex(); });
   QWidget* before = nullptr;
-  for (const auto& mirror : mirrors_) {
+  for (const Mirror* mirror : stops) {
     if (before != nullptr) setTabOrder(before, mirror->widget());
     before = mirror->widget();
   }

@@ -35,6 +35,11 @@ bool canTakeFocus(const Mirror& mirror) {
          IsWindowVisible(mirror.widget()) != 0 && IsWindowEnabled(mirror.widget()) != 0;
 }
 
+std::vector<Mirror*> byTabIndex(std::vector<Mirror*> mirrors) {
+  std::ranges::stable_sort(mirrors, {}, [](const Mirror* mirror) { return mirror->control().TabIndex(); });
+  return mirrors;
+}
+
 /// The mirror of the window, or of the one it is part of.
 Mirror* mirrorAround(HWND window) {
   Mirror* mirror = mirrorOf(window);
@@ -180,9 +185,11 @@ void FormWindow::refreshWindowState() {
 std::vector<Mirror*> FormWindow::all() const {
   std::vector<Mirror*> all;
   if (!panel_) return all;
-  for (const auto& mirror : panel_->mirrors()) {
-    all.push_back(mirror.get());
-    const std::vector<Mirror*> inner = mirror->inner();
+  std::vector<Mirror*> outer;
+  for (const auto& mirror : panel_->mirrors()) outer.push_back(mirror.get());
+  for (Mirror* mirror : byTabIndex(std::move(outer))) {
+    all.push_back(mirror);
+    const std::vector<Mirror*> inner = byTabIndex(mirror->inner());
     all.insert(all.end(), inner.begin(), inner.end());
   }
   return all;

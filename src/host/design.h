@@ -42,6 +42,8 @@ struct DesignedPage {
   const char16_t* caption;
   const char16_t* tip;
   std::span<const DesignedControl> controls;
+  /// Where the Tab key goes, by names, if not by the order of the controls.
+  std::span<const char16_t* const> tabOrder = {};
 };
 
 std::span<const DesignedPage> designedPages();

@@ -11,7 +11,7 @@ constexpr const char16_t* kDistanceTip =
     u"allowed to be";
 
 // Texts to search for on the left, what is to be done with them on the right, and below what would come of
-// it. The order is that of the Tab key.
+// it.
 constexpr DesignedControl kFindAndReplace[] = {
     {u"lblBeginText", Kind::label, u"Find Text that Begins with", u"", Cell{1, 0, 1, 6}},
     {u"txtBeginText", Kind::lines, u"",
@@ -141,10 +141,21 @@ constexpr DesignedControl kAbout[] = {
     {u"lblDownloadSite", Kind::link, u"Download your Fresh PLUVO today!", u"", Cell{8, 0, 1, 12}},
 };
 
+// As the eye goes, left to right and down; the find page's left half first.
+constexpr const char16_t* kFindTabs[] = {
+    u"txtBeginText",       u"cboxNumberDistanceApart", u"cboxUnitDistanceApart",     u"txtEndText",
+    u"txtInsideText1",     u"cboxProcOperation1",      u"cboxProcRelativePosition1", u"cboxProcSelection1",
+    u"cboxHighlighters",   u"txtTextToEnter",          u"cmdViewOperation",          u"cmdExecuteFAR",
+    u"txtOperationDisplay"};
+constexpr const char16_t* kOptionsTabs[] = {
+    u"chkMatchWholeWords", u"chkExtraSpace",  u"chkMatchCase", u"chkStartFindsFromBeginning",
+    u"chkQuiteMode",       u"chkConfirmEach", u"chkToolTips",  u"chkShowFieldCodes",
+    u"chkControlVButton",  u"cmdSaveOptions", u"lblReadMe",    u"lblInstructions"};
+
 constexpr DesignedPage kPages[] = {
-    {u"pgFindAndReplace", u"Find & Replace", u"Find && Replace Main Screen", kFindAndReplace},
+    {u"pgFindAndReplace", u"Find & Replace", u"Find && Replace Main Screen", kFindAndReplace, kFindTabs},
     {u"pgMultiFiles", u"Multiple Files", u"Process Multiple Files", kMultiFiles},
-    {u"Options", u"Options", u"Set && Save options", kOptions},
+    {u"Options", u"Options", u"Set && Save options", kOptions, kOptionsTabs},
     {u"pgAbout", u"About", u"", kAbout},
 };
 

@@ -73,6 +73,8 @@ void frmFAR::build() {
       controls_.push_back(make(control));
       page.add(*controls_.back());
     }
+    int index = 0;
+    for (const char16_t* name : designed.tabOrder) get<forms::Control>(name).TabIndex(++index);
   }
 }
 
@@ -120,11 +122,15 @@ void frmFAR::createReporter(const std::u16string& dataFolder) {
 void frmFAR::connectPages(const std::u16string& dataFolder) {
   const std::u16string separator = engine_->application().PathSeparator();
   folders_ = surroundings_.folders();
-  engine_->stepper(std::make_shared<multifile::FileDriver>(surroundings_.folders(), [this, separator] {
+  const auto driver = std::make_shared<multifile::FileDriver>(surroundings_.folders(), [this, separator] {
     return std::make_unique<multifile::frmDirectoryBrowser>(surroundings_.forms, *folders_, separator);
-  }));
+  });
+  engine_->stepper(driver);
   mirrorNotice(*this);
   pages_ = std::make_unique<Pages>(*this, dataFolder);
+  driver->fileBegins = [this](const auto& path, std::size_t number, std::size_t count) {
+    pages_->status.tellFile(path, number, count);
+  };
 }
 
 void frmFAR::showTip() {

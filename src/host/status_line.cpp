@@ -3,6 +3,8 @@
 #include "errors/text.h"
 
 #include <algorithm>
+#include <string_view>
+#include <utility>
 
 namespace pluvo::host {
 
@@ -10,6 +12,14 @@ namespace {
 
 constexpr const char16_t* kPath = u"txtFilePath";
 constexpr const char16_t* kList = u"lbxPotentialFiles";
+
+/// Of a path, as the user knows it.
+std::u16string lastName(std::u16string_view path) {
+  const auto isSeparator = [](char16_t letter) { return letter == u'/' || letter == u'\\'; };
+  while (path.size() > 1 && isSeparator(path.back())) path.remove_suffix(1);
+  const auto name = std::find_if(path.rbegin(), path.rend(), isSeparator).base();
+  return {name == path.end() ? path.begin() : name, path.end()};
+}
 
 }  // namespace
 
@@ -26,34 +36,32 @@ StatusLine::StatusLine(forms::Form& form, multifile::Folders& folders, findpanel
     if (list.ListCount() == 0) tellWhereNothingWasFound();
   });
   form.get<forms::CommandButton>(u"cmdExecuteFAR").Click.handledBy([this] {
+    if (execution_.confirming()) return;
     tellOverWhat();
     if (execution_.FilesToProcess().empty()) tellWhereNothingWasFound();
   });
+  execution.Confirmed.handledBy([this] { tellOverWhat(); });
   options.Saved.handledBy([this] { form_.StatusText(u"Options saved"); });
   tellOverWhat();
 }
 
 const std::u16string& StatusLine::path() const { return form_.get<forms::TextBox>(kPath).Text(); }
 
-/// The folder's own name, as the user knows it.
-std::u16string StatusLine::folder() const {
-  std::u16string_view whole = path();
-  const auto isSeparator = [](char16_t letter) { return letter == u'/' || letter == u'\\'; };
-  while (whole.size() > 1 && isSeparator(whole.back())) whole.remove_suffix(1);
-  const auto name = std::find_if(whole.rbegin(), whole.rend(), isSeparator).base();
-  return std::u16string(name == whole.end() ? whole.begin() : name, whole.end());
+void StatusLine::tellFile(const std::u16string& path, std::size_t number, std::size_t count) {
+  form_.StatusText(lastName(path) + u", file " + errors::decimal(static_cast<std::int64_t>(number)) +
+                   u" of " + errors::decimal(static_cast<std::int64_t>(count)));
 }
 
 void StatusLine::tellOverWhat() {
   if (path().empty()) return form_.StatusText(u"Execute runs over this document");
-  if (listed_ == 0) return form_.StatusText(u"Execute runs over the files in " + folder());
+  if (listed_ == 0) return form_.StatusText(u"Execute runs over the files in " + lastName(path()));
   form_.StatusText(u"Execute runs over " + errors::decimal(static_cast<std::int64_t>(listed_)) +
-                   (listed_ == 1 ? u" file in " : u" files in ") + folder());
+                   (listed_ == 1 ? u" file in " : u" files in ") + lastName(path()));
 }
 
 void StatusLine::tellWhereNothingWasFound() {
   if (path().empty()) return;
-  form_.StatusText(folders_.isFolder(path()) ? u"No files of these types were found in " + folder()
+  form_.StatusText(folders_.isFolder(path()) ? u"No files of these types were found in " + lastName(path())
                                              : u"There is no folder " + path());
 }
 

@@ -17,11 +17,13 @@ class StatusLine {
   StatusLine(forms::Form& form, multifile::Folders& folders, findpanel::Execution& execution,
              options::OptionsFile& options);
 
+  /// A run over files goes on with this one.
+  void tellFile(const std::u16string& path, std::size_t number, std::size_t count);
+
  private:
   void tellOverWhat();
   void tellWhereNothingWasFound();
   const std::u16string& path() const;
-  std::u16string folder() const;
 
   forms::Form& form_;
   multifile::Folders& folders_;

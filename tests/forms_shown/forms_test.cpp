@@ -249,6 +249,7 @@ TEST_F(ShownForm, KnowsTheKeysOfADialog) {
   int closed = 0;
   form.Closed.handledBy([&] { ++closed; });
   form.check.Enabled(false);
+  form.lines.TabIndex(1);
   form.SetFocus(form.line);
   user.open();
   std::vector<std::string> reached;
@@ -256,17 +257,20 @@ TEST_F(ShownForm, KnowsTheKeysOfADialog) {
     reached.push_back(user.focused());
     user.key(User::kTab);
   }
-  EXPECT_THAT(reached, ElementsAre("line", "lines", "combo", "list", "link", "button", "pages"));
+  EXPECT_THAT(reached, ElementsAre("line", "combo", "list", "link", "lines", "button", "pages"));
   EXPECT_EQ(user.focused(), "line");
   user.key(User::kTab, kShift);
   EXPECT_EQ(user.focused(), "pages");
 
   // Enter moves on from what has no use for it, and presses nothing on the way.
   user.focus(form.line);
-  for (const char* next : {"lines", "combo", "list", "link"}) {
+  for (const char* next : {"combo", "list", "link"}) {
     user.key(User::kEnter);
     EXPECT_EQ(user.focused(), next);
   }
+  user.focus(form.lines);
+  user.key(User::kEnter);
+  EXPECT_EQ(user.focused(), "button");
   EXPECT_EQ(pressed, "");
   EXPECT_EQ(form.lines.Text(), u"");
   form.button.Default(true);

@@ -106,6 +106,25 @@ TEST_F(Design, GivesEveryControlAPlaceOfItsOwn) {
   }
 }
 
+/// The find page's left half first.
+TEST_F(Design, HasTheTabKeyFollowTheEye) {
+  for (const auto& page : pages()) {
+    std::vector<const forms::Control*> stops;
+    for (const forms::Control* control : page->controls()) {
+      const auto* label = dynamic_cast<const forms::Label*>(control);
+      const bool stop = label == nullptr ? control->kind() != forms::ControlKind::picture : label->IsLink();
+      if (stop) stops.push_back(control);
+    }
+    const auto place = [&](const forms::Control* control) {
+      const forms::Cell cell = control->Cell();
+      const bool halves = page->Name() == u"pgFindAndReplace";
+      return std::tuple(halves && cell.row == 12, halves && cell.column >= 6, cell.row, cell.column);
+    };
+    std::ranges::stable_sort(stops, {}, [](const forms::Control* control) { return control->TabIndex(); });
+    EXPECT_TRUE(std::ranges::is_sorted(stops, {}, place)) << errors::utf8(page->Name());
+  }
+}
+
 TEST_F(Design, FillsTheListsOnce) {
   open();
   const std::string numbers = " 1 2 3 4 5 6 7 8 9";

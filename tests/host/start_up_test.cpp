@@ -112,6 +112,23 @@ TEST_F(Status, TellsOverWhatARunGoes) {
       press(search);
       EXPECT_EQ(status(), "No files of these types were found in letters");
     }
+    tick(u"chkFTtxt");
+    if (kOpensFiles) {
+      type(u"txtBeginText", u"x");
+      choose(u"cboxProcOperation1", u"Insert");
+      type(u"txtTextToEnter", u"a\r\nb");
+      tick(u"chkConfirmEach");
+      press(u"cmdExecuteFAR");
+      EXPECT_EQ(status(), "a.txt, file 1 of 2");
+      forms::Form& confirmation = *forms.beside.front();
+      EXPECT_EQ(confirmation.get<forms::Label>(u"lblFile").Caption(), u"a.txt (1 of 2)");
+      EXPECT_EQ(confirmation.get<forms::Label>(u"lblOperation").Caption(),
+                u"Insert Before Selection: \"a  b\"");
+      forms::press(confirmation, u"cmdSkip");
+      EXPECT_EQ(status(), "b.txt, file 2 of 2");
+      confirmation.close();
+      EXPECT_EQ(status(), "Execute runs over the files in letters");
+    }
     type(u"txtFilePath", u"/no such/folder");
     press(u"cmdExecuteFAR");
     EXPECT_EQ(status(), "There is no folder /no such/folder");

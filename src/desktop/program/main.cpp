@@ -83,6 +83,9 @@ int main(int count, char** words) {
   desktop::MainWindow window(desktop::machinePlaces(), desktop::fileDialogs());
   window.show();
   QTimer::singleShot(0, &window, [&] { window.openDialog(); });
-  QTimer::singleShot(0, &window, [&] { window.open(line.documents); });
+  QTimer::singleShot(0, &window, [&] {
+    window.open(line.documents);
+    window.goToPanel();
+  });
   return QApplication::exec();
 }

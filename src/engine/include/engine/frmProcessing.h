@@ -24,6 +24,9 @@ class frmProcessing final : public forms::Form {
   /// The last block was dealt with, and what was done has been told.
   forms::Event<> Finished;
 
+  /// What is to be done, and in which file of how many.
+  forms::Label lblOperation{u"lblOperation"};
+  forms::Label lblFile{u"lblFile"};
   forms::CommandButton cmdPerform{u"cmdPerform", u"&Perform Operation"};
   forms::CommandButton cmdSkip{u"cmdSkip", u"&Skip Operation"};
 
@@ -35,6 +38,7 @@ class frmProcessing final : public forms::Form {
   /// Puts the next block, or that of a later file, before the user, or ends the run.
   void finish();
   bool startNextFile();
+  void tellWhatAwaits();
 
   clsProcessFind& engine_;
   bool multi_ = false;

@@ -28,6 +28,10 @@ class Execution {
   Execution(forms::Form& form, engine::clsProcessFind& engine, forms::Clock& clock, forms::Yielding& yielding,
             Files files);
 
+  /// Whether a block awaits the user's decision, and what comes when none does any more.
+  bool confirming() const { return confirmation_ != nullptr && confirmation_->Visible(); }
+  forms::Event<> Confirmed;
+
   /// The files of the last multi-file run.
   const std::vector<std::u16string>& FilesToProcess() const { return filesToProcess_; }
 

@@ -68,6 +68,10 @@ class Control {
   const forms::Cell& Cell() const { return cell_; }
   void Cell(forms::Cell cell) { set(cell_, cell); }
 
+  /// The Tab key goes by this number; among equals by the order in which controls were added.
+  int TabIndex() const { return tabIndex_; }
+  void TabIndex(int index) { tabIndex_ = index; }
+
   /// For the renderer: something about the control is to be shown anew.
   Event<> changed;
 
@@ -92,6 +96,7 @@ class Control {
   Color backColor_ = kWhite;
   forms::Font font_;
   forms::Cell cell_;
+  int tabIndex_ = 0;
 };
 
 class Label final : public Control {

@@ -21,7 +21,7 @@ class Page {
   const std::u16string& Caption() const { return caption_; }
   const std::u16string& ControlTipText() const { return tip_; }
 
-  /// In the order in which they were added, which is that of the Tab key.
+  /// In the order in which they were added.
   const std::vector<Control*>& controls() const { return controls_; }
   /// The control outlives the page.
   void add(Control& control) { controls_.push_back(&control); }
