@@ -109,8 +109,12 @@ void MainWindow::buildViewMenu(QMenu& view) {
 
 void MainWindow::goToPanel() {
   dock_->show();
-  for (QWidget* widget : panel_->findChildren<QWidget*>(QStringLiteral("txtBeginText")))
-    widget->setFocus(Qt::ShortcutFocusReason);
+  auto* const begin = panel_->findChild<QWidget*>(QStringLiteral("txtBeginText"));
+  if (begin == nullptr) return;
+  if (panel_->isEnabled()) return begin->setFocus(Qt::ShortcutFocusReason);
+  // When the work ends it gets what nobody has.
+  if (QWidget* const now = focusWidget()) now->clearFocus();
+  focusBefore_ = begin;
 }
 
 void MainWindow::updateActions() {
