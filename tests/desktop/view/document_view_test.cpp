@@ -156,7 +156,8 @@ std::string longDocument(int paragraphs) {
 TEST(DocumentView, ShowsAFoundBlockWhereverItIs) {
   Shown shown(longDocument(2000));
   const auto find = [&](const char16_t* text) {
-    return *shown.sample.model().find({text, {}}, {0, shown.sample.model().length()}, text::View::results);
+    return *shown.sample.model().find({std::make_shared<const std::u16string>(text), {}},
+                                      {0, shown.sample.model().length()}, text::View::results);
   };
   for (const char16_t* text : {u"paragraph 1500", u"paragraph 3 ", u"paragraph 1999", u"paragraph 0"}) {
     shown.sample.document->select(find(text));
@@ -196,8 +197,9 @@ TEST(DocumentView, ScrollsThroughTheWholeDocumentWithoutGapsOrJumps) {
 
 TEST(DocumentView, KeepsWhatIsSeenWhenTheTextIsShownLarger) {
   Shown shown(longDocument(300));
-  const Span wanted = *shown.sample.model().find({u"paragraph 200", {}}, {0, shown.sample.model().length()},
-                                                 text::View::results);
+  const Span wanted =
+      *shown.sample.model().find({std::make_shared<const std::u16string>(u"paragraph 200"), {}},
+                                 {0, shown.sample.model().length()}, text::View::results);
   shown.sample.document->select(wanted);
   const int height = shown.view->selectionRect().height();
   shown.view->setZoom(2);
