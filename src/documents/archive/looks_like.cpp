@@ -1,5 +1,7 @@
 #include "archive/looks_like.h"
 
+#include "archive/compound_file.h"
+
 #include <algorithm>
 #include <array>
 #include <string>
@@ -16,8 +18,6 @@ struct Look {
   std::string_view name;
 };
 
-constexpr std::string_view kCompoundFile = "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1";
-
 constexpr Look kLooks[] = {
     {"{\\rtf", "an RTF document (.rtf)"},
     {"%PDF", "a PDF document (.pdf)"},
@@ -33,18 +33,12 @@ constexpr Look kLooks[] = {
     {"GIF8", "a picture"},
 };
 
-/// Names of streams tell what a compound file holds. They are written in UTF-16.
+/// Names of streams tell what a compound file holds.
 constexpr Look kStreams[] = {
     {"WordDocument", "an older Word document (.doc)"},
     {"Workbook", "a spreadsheet (.xls)"},
     {"PowerPoint Document", "a presentation (.ppt)"},
 };
-
-bool hasStream(std::string_view bytes, std::string_view name) {
-  std::string wide;
-  for (const char c : name) wide += {c, '\0'};
-  return bytes.find(wide) != std::string_view::npos;
-}
 
 bool isText(std::string_view bytes) {
   if (bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF")) return true;
@@ -73,11 +67,12 @@ std::string_view markupOrText(std::string_view bytes) {
   return isText(bytes) ? "plain text (.txt)" : "no document this program knows";
 }
 
-std::string_view nameOfLook(std::string_view bytes) {
+std::string_view nameOfLook(files::ByteSpan file) {
+  const std::string_view bytes(reinterpret_cast<const char*>(file.data()), file.size());
   if (bytes.empty()) return "an empty file";
-  if (bytes.starts_with(kCompoundFile)) {
+  if (isCompoundFile(file)) {
     for (const Look& stream : kStreams) {
-      if (hasStream(bytes, stream.begin)) return stream.name;
+      if (hasStream(file, stream.begin)) return stream.name;
     }
     return "an older Office document";
   }
@@ -90,14 +85,13 @@ std::string_view nameOfLook(std::string_view bytes) {
 }  // namespace
 
 files::DocumentError notAnArchive(files::ByteSpan bytes) {
-  const std::string_view view(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-  if (view.starts_with(kCompoundFile) && hasStream(view, "EncryptedPackage")) {
+  if (isEncryptedPackage(bytes)) {
     return {
         files::Problem::password,
         "The document is encrypted with a password; open it in a word processor and save it without one."};
   }
   return {files::Problem::damaged, "The file is not a Word document of its kind: it looks like " +
-                                       std::string(nameOfLook(view)) +
+                                       std::string(nameOfLook(bytes)) +
                                        "; give it the right extension or get an intact copy."};
 }
 

@@ -1,5 +1,6 @@
 #include "docx/docx_format.h"
 
+#include "archive/compound_file.h"
 #include "docx_source.h"
 #include "protection.h"
 #include "styles.h"
@@ -26,11 +27,6 @@ bool isPackage(std::string_view bytes) {
          tail.find("word/"sv) != std::string_view::npos;
 }
 
-bool isEncryptedPackage(std::string_view bytes) {
-  if (!bytes.starts_with("\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1"sv)) return false;
-  return bytes.find("E\0n\0c\0r\0y\0p\0t\0e\0d\0P\0a\0c\0k\0a\0g\0e\0"sv) != std::string_view::npos;
-}
-
 Styles readStyles(const Package& package) {
   const archive::Member* const member = package.member(Role::styles);
   if (member == nullptr) return {};
@@ -44,7 +40,7 @@ Styles readStyles(const Package& package) {
 bool DocxFormat::recognises(files::ByteSpan bytes, std::string_view extension) const {
   if (std::find(kExtensions.begin(), kExtensions.end(), extension) != kExtensions.end()) return true;
   const std::string_view view(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-  return isPackage(view) || isEncryptedPackage(view);
+  return isPackage(view) || archive::isEncryptedPackage(bytes);
 }
 
 std::span<const std::string_view> DocxFormat::extensions() const { return kExtensions; }

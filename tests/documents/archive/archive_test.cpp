@@ -1,6 +1,7 @@
 #include "archive/archive.h"
 
 #include "archive/looks_like.h"
+#include "documents/archive/compound_builder.h"
 #include "documents/archive/zip_builder.h"
 #include "documents/files/as_text.h"
 
@@ -186,11 +187,18 @@ TEST(LooksLike, SaysWhatTheBytesAre) {
     for (const char c : ascii) out += {c, '\0'};
     return out;
   };
-  const std::string compound = "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1" + std::string(600, '\0');
+  const std::string compound = compoundFile({}) + wide("WordDocument");
   const std::pair<std::string, const char*> cases[] = {
-      {compound + wide("EncryptedPackage"), "password: .*encrypted with a password"},
-      {compound + wide("WordDocument"), "older Word document"},
-      {compound + wide("Workbook"), "spreadsheet"},
+      {compoundFile({"EncryptionInfo", "encryptedpackage"}), "password: .*encrypted with a password"},
+      {compoundFile({"a", "b", "c", "d", "e", "EncryptedPackage", "EncryptionInfo"}), "password: "},
+      {compoundFile({"a", "b", "c", "WordDocument"}), "older Word document"},
+      {compoundFile({"Workbook"}), "spreadsheet"},
+      // A name elsewhere in the file says nothing, nor does one in a directory that goes round in circles.
+      {compoundFile({"EncryptedPackage1"}) + wide("EncryptedPackage") + wide("EncryptionInfo"),
+       "older Office"},
+      {compoundFile({"a", "b"}, 0), "older Office document"},
+      {compoundFile({"a", "b"}, 0x7FFFFFFF), "older Office document"},
+      {compound.substr(0, 600), "older Office document"},
       {compound, "older Office document"},
       {"", "empty file"},
       {"{\\rtf1 a}", "RTF"},

@@ -1,3 +1,4 @@
+#include "documents/archive/compound_builder.h"
 #include "documents/docx/document_builder.h"
 #include "documents/files/scratch.h"
 #include "engine/workplace.h"
@@ -91,8 +92,7 @@ TEST_F(RealFiles, ThatMayNotBeWrittenAreSavedUnderAnotherName) {
 
 TEST_F(RealFiles, ThatCannotBeOpenedDoNotStopTheRun) {
   scratch.put("a.docx", "no package");
-  scratch.put("b.docx", "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1" + std::string(512, '\0') +
-                            std::string("E\0n\0c\0r\0y\0p\0t\0e\0d\0P\0a\0c\0k\0a\0g\0e\0", 32));
+  scratch.put("b.docx", archive::compoundFile({"EncryptionInfo", "EncryptedPackage"}));
   scratch.put("~$c.txt", "A");
   scratch.put("z.txt", "A");
   work.boxes.answer("yny");
