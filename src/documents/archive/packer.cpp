@@ -35,6 +35,25 @@ constexpr std::uint64_t kSmall = std::uint64_t{16} << 10U;
 constexpr int kLevelOfSmall = 6;
 constexpr int kLevelOfLarge = 1;
 
+/// The most bytes that a stored block holds, and what stands before them.
+constexpr std::size_t kStoredBlock = 0xFFFF;
+constexpr std::size_t kStoredHeader = 5;
+
+/// Writes bytes as blocks that are stored and not the last of their stream; returns where they end.
+std::uint8_t* storeBlocks(files::ByteSpan bytes, std::uint8_t* to) {
+  while (!bytes.empty()) {
+    const std::size_t size = std::min(bytes.size(), kStoredBlock);
+    const auto low = static_cast<std::uint8_t>(size & 0xFFU);
+    const auto high = static_cast<std::uint8_t>(size >> 8U);
+    for (const std::uint8_t byte :
+         {std::uint8_t{0}, low, high, static_cast<std::uint8_t>(~low), static_cast<std::uint8_t>(~high)})
+      *to++ = byte;
+    to = std::copy_n(bytes.begin(), size, to);
+    bytes = bytes.subspan(size);
+  }
+  return to;
+}
+
 }  // namespace
 
 Packed pack(std::span<const files::ByteSpan> pieces, Method method, int level) {
@@ -65,6 +84,18 @@ Packed pack(std::span<const files::ByteSpan> pieces, Method method, int level) {
   packed.owner = files::freshMemory(bound);
   packed.packedSize =
       libdeflate_deflate_compress(compressor, whole.data(), whole.size(), packed.owner.get(), bound);
+  // What shrinks so much that the limits refuse it is stored in part, so that it can be opened again.
+  constexpr Limits kLimits;
+  if (packed.size > kLimits.freeSize && packed.size / kLimits.ratio > packed.packedSize) {
+    const auto front = static_cast<std::size_t>(packed.size / kLimits.ratio);
+    const files::ByteSpan rest = whole.subspan(front);
+    const std::size_t room = front + (front / kStoredBlock + 1) * kStoredHeader;
+    const std::size_t restBound = libdeflate_deflate_compress_bound(compressor, rest.size());
+    packed.owner = files::freshMemory(room + restBound);
+    std::uint8_t* const to = storeBlocks(whole.first(front), packed.owner.get());
+    packed.packedSize = static_cast<std::uint64_t>(to - packed.owner.get()) +
+                        libdeflate_deflate_compress(compressor, rest.data(), rest.size(), to, restBound);
+  }
   packed.bytes = {files::ByteSpan(packed.owner.get(), packed.packedSize)};
   return packed;
 }

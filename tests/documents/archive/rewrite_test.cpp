@@ -133,6 +133,18 @@ class EndsOutput : public files::Output {
   std::string tail;
 };
 
+/// What is written can be opened, however much alike its bytes are.
+TEST(Rewrite, StaysWithinTheLimitsOfOpening) {
+  const std::string packed = build({{{"first", "f"}, {"last", "l"}}}).bytes;
+  const Archive before = Archive::open(bytesOf(packed));
+  std::string contents((std::size_t{33} << 20U) + 1, 'x');
+  contents.back() = 'y';
+  const std::string made = rewritten(before, {{"first", {spanOf(contents)}}});
+  EXPECT_LT(made.size(), contents.size() / 100);
+  const Archive after = Archive::open(bytesOf(made));
+  EXPECT_TRUE(textOf(after.read(*after.find("first")).view) == contents);
+}
+
 /// A stored member of 4 GiB of nothing, in memory that is never touched: pushed beyond what 32 bits hold by a
 /// member before it that grows.
 TEST(Rewrite, TurnsToZip64WhereOffsetsOutgrowTheirFields) {
