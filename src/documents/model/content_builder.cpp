@@ -28,12 +28,12 @@ Content plainContent(text::OriginalText text) {
 }
 
 void ContentBuilder::append(std::u16string_view units, Look look) {
-  add(units, look, here(), structureHere());
+  add(units, look, here(), structureHere(look));
 }
 
 void ContentBuilder::appendAscii(std::string_view text, Look look) {
   text_.appendAscii(text);
-  addLayers(text.size(), look, here(), structureHere());
+  addLayers(text.size(), look, here(), structureHere(look));
 }
 
 void ContentBuilder::beginField(Look look) {
@@ -41,19 +41,19 @@ void ContentBuilder::beginField(Look look) {
   const std::int32_t parent = fields_.empty() ? kNone : fields_.back().field;
   content_.fields.push_back({parent, around});
   fields_.push_back({static_cast<std::int32_t>(content_.fields.size()) - 1, false});
-  add(std::u16string_view(&text::kFieldBegin, 1), look, both(around, text::kInCodes), structureHere());
+  add(std::u16string_view(&text::kFieldBegin, 1), look, both(around, text::kInCodes), structureHere(look));
 }
 
 bool ContentBuilder::separateField(Look look) {
   if (fields_.empty() || fields_.back().inResult) return false;
   fields_.back().inResult = true;
-  add(std::u16string_view(&text::kFieldSeparator, 1), look, text::kNowhere, structureHere());
+  add(std::u16string_view(&text::kFieldSeparator, 1), look, text::kNowhere, structureHere(look));
   return true;
 }
 
 bool ContentBuilder::endField(Look look) {
   if (fields_.empty()) return false;
-  const Structure structure = structureHere();
+  const Structure structure = structureHere(look);
   const Visibility around = content_.fields[static_cast<std::size_t>(fields_.back().field)].around;
   fields_.pop_back();
   add(std::u16string_view(&text::kFieldEnd, 1), look, both(around, text::kInCodes), structure);
@@ -72,7 +72,7 @@ void ContentBuilder::cellMark(Look look) {
 
 void ContentBuilder::rowMark(Look look) {
   assert(!tables_.empty());
-  Structure structure = structureHere();
+  Structure structure = structureHere(look);
   structure.rowMark = true;
   add(std::u16string_view(&text::kCellMark, 1), look, here(), structure);
 }
@@ -82,8 +82,19 @@ void ContentBuilder::endTable() {
   tables_.pop_back();
 }
 
+std::int32_t ContentBuilder::addControl(Control control) {
+  control.table = parentOf(tables_);
+  if (control.parent != kNone) {
+    const Control& around = this->control(control.parent);
+    control.takesLineBreaks = control.takesLineBreaks || around.takesLineBreaks;
+    control.contentLocked = control.contentLocked || around.contentLocked;
+  }
+  content_.controls.push_back(control);
+  return static_cast<std::int32_t>(content_.controls.size()) - 1;
+}
+
 void ContentBuilder::sectionMark(Look look) {
-  Structure structure = structureHere();
+  Structure structure = structureHere(look);
   structure.sectionMark = true;
   add(std::u16string_view(&text::kPageBreak, 1), look, here(), structure);
 }
@@ -104,8 +115,10 @@ Visibility ContentBuilder::here() const {
   return both(around, open.inResult ? text::kInResults : text::kInCodes);
 }
 
-Structure ContentBuilder::structureHere() const {
+Structure ContentBuilder::structureHere(const Look& look) const {
   Structure structure;
+  structure.control = look.control;
+  structure.deleted = look.deleted;
   structure.table = parentOf(tables_);
   structure.field = fields_.empty() ? kNone : fields_.back().field;
   return structure;

@@ -1,5 +1,6 @@
 #include "model/edit_policy.h"
 
+#include "controls.h"
 #include "nesting.h"
 
 #include <algorithm>
@@ -172,6 +173,8 @@ Context contextBefore(const Model& model, Position position) {
   }
 }
 
+bool isDeleted(const Model& model, Position position) { return model.structure().valueAt(position).deleted; }
+
 Landing landing(const Model& model, Position at, Position anchor, bool behind, std::int32_t table) {
   const Context context = behind ? contextBehind(model, anchor) : contextBefore(model, anchor);
   Landing result;
@@ -184,11 +187,22 @@ Landing landing(const Model& model, Position at, Position anchor, bool behind, s
   return result;
 }
 
-/// Whether there is neither table nor field within the span nor on its sides: then all of it goes.
+bool allDeleted(const Model& model, const std::vector<Span>& spans) {
+  if (!isDeleted(model, spans.front().from)) return false;
+  return std::all_of(spans.begin(), spans.end(), [&](const Span& span) {
+    for (const auto& run : model.structure().runs(span.from, span.to)) {
+      if (!run.value.deleted) return false;
+    }
+    return true;
+  });
+}
+
+/// Whether there is neither table, field nor control within the span nor on its sides: then all of it goes.
 bool liesAmidPlainText(const Model& model, Span span) {
   const auto around = model.structure().runAt(span.from);
   const bool reachesBeyond = (span.from == 0 || around.from < span.from) && span.to < around.to;
-  return reachesBeyond && around.value.table == kNone && around.value.field == kNone;
+  return reachesBeyond && around.value.table == kNone && around.value.field == kNone &&
+         around.value.control == kNone;
 }
 
 }  // namespace
@@ -236,14 +250,21 @@ Landing landingAt(const Model& model, Position position, bool behind, std::u16st
   }
   const bool ownParagraph = besideLeft && endsWithMark(newText);
   const std::int32_t table = ownParagraph ? commonOf(model.tables(), inFront, joined) : joined;
-  return landing(model, at, besideLeft ? at - 1 : at, besideLeft, table);
+  Landing result = landing(model, at, besideLeft ? at - 1 : at, besideLeft, table);
+  result.structure.control = controlFor(model, {at, at}, besideLeft, result.structure, newText);
+  result.structure.deleted = isDeleted(model, at) && (at == 0 || isDeleted(model, at - 1));
+  return result;
 }
 
-Landing landingInsteadOf(const Model& model, Span span, std::u16string_view newText) {
+Landing landingInsteadOf(const Model& model, const Removal& removal, std::u16string_view newText) {
+  const Span span = removal.spans.front();
   const std::int32_t joined = tableAt(model, span.to);
   const std::int32_t table =
       endsWithMark(newText) ? commonOf(model.tables(), tableAt(model, span.from), joined) : joined;
-  return landing(model, span.from, span.from, false, table);
+  Landing result = landing(model, span.from, span.from, false, table);
+  result.structure.control = controlFor(model, span, false, result.structure, newText);
+  result.structure.deleted = allDeleted(model, removal.spans);
+  return result;
 }
 
 }  // namespace pluvo::model

@@ -84,7 +84,8 @@ Model::Model(Content content)
       highlight_(std::move(content.highlight)),
       structure_(std::move(content.structure)),
       tables_(std::move(content.tables)),
-      fields_(std::move(content.fields)) {}
+      fields_(std::move(content.fields)),
+      controls_(std::move(content.controls)) {}
 
 std::u16string Model::visibleText(Span span, View view) const {
   return text::visibleText(text_, visibility_, view, span.from, span.to);
@@ -114,12 +115,37 @@ bool Model::isFieldMark(Position position) const {
   return unit >= text::kFieldBegin && unit <= text::kFieldEnd && structure_.valueAt(position).field != kNone;
 }
 
+bool Model::isDeleted(Span span) const {
+  for (const auto& run : structure_.runs(span.from, span.to)) {
+    if (!run.value.deleted) return false;
+  }
+  return !span.empty();
+}
+
+Landing Model::landingOf(const Removal& removal, std::u16string_view newText) const {
+  const bool instead = !removal.spans.empty() && removal.spans.front().from == removal.at;
+  return instead ? landingInsteadOf(*this, removal, newText)
+                 : landingAt(*this, removal.at, besideText(removal.at), newText);
+}
+
 Span Model::replace(Span span, std::u16string_view text, View view) {
-  const std::u16string newText = errors::withParagraphMarks(text);
+  std::u16string newText = errors::withParagraphMarks(text);
   requireText(newText);
   requireRoom(length(), newText);
-  const Removal removal = removalOf(*this, span, newText, view);
+  Removal removal = removalOf(*this, span, newText, view);
+  if (controls_.empty() || newText.empty()) return exchange(removal, newText);
 
+  const Landing landing = landingOf(removal, newText);
+  const std::u16string fit = fitted(*this, landing, removal, newText);
+  const auto keptMark = static_cast<Position>(newText.size() - fit.size());
+  if (keptMark == 0 && fit.back() != newText.back()) removal = removalOf(*this, span, fit, view);
+  Span placed = exchange(removal, fit);
+  placed.to += keptMark;
+  return placed;
+}
+
+/// Lets go what a removal takes, and puts text in its place.
+Span Model::exchange(const Removal& removal, std::u16string_view newText) {
   Span first{removal.at, removal.at};
   std::size_t next = 0;
   if (!removal.spans.empty() && removal.spans.front().from == removal.at) first = removal.spans[next++];
@@ -127,12 +153,12 @@ Span Model::replace(Span span, std::u16string_view text, View view) {
   const bool sameText = static_cast<std::size_t>(first.length()) == newText.size() &&
                         text_.substring(first.from, first.to) == newText;
   if (leavesRest && sameText) return first;
+  const Landing landing = landingOf(removal, newText);
+  requireUnlocked(*this, removal, newText.empty() ? nullptr : &landing, newText);
 
   Span placed{removal.at, removal.at};
   Position shift = 0;
   if (!sameText) {
-    const Landing landing = first.empty() ? landingAt(*this, removal.at, besideText(removal.at), newText)
-                                          : landingInsteadOf(*this, first, newText);
     placed = put({landing.at, landing.at + first.length()}, newText, landing);
     shift = placed.length() - first.length();
   } else {
@@ -154,11 +180,17 @@ Span Model::insertBefore(Position position, std::u16string_view text) {
 Span Model::insertBehind(Position position, std::u16string_view text) { return insert(position, true, text); }
 
 Span Model::insert(Position position, bool behind, std::u16string_view text) {
-  const std::u16string newText = errors::withParagraphMarks(text);
+  std::u16string newText = errors::withParagraphMarks(text);
   requireText(newText);
   requireRoom(length(), newText);
   if (newText.empty()) return {position, position};
-  const Landing landing = landingAt(*this, position, behind, newText);
+  Landing landing = landingAt(*this, position, behind, newText);
+  if (!controls_.empty()) {
+    Removal none{position, {}};
+    newText = fitted(*this, landing, none, newText);
+    landing = landingAt(*this, position, behind, newText);
+    requireUnlocked(*this, none, &landing, newText);
+  }
   ++stamp_;
   return put({landing.at, landing.at}, newText, landing);
 }
@@ -181,6 +213,7 @@ Span Model::put(Span replaced, std::u16string_view text, const Landing& landing)
 }
 
 void Model::highlight(Span span, std::uint8_t colour) {
+  requireUnlocked(*this, span);
   bool changes = false;
   for (const auto& run : structure_.runs(span.from, span.to)) {
     const auto coloured = highlight_.runAt(run.from);

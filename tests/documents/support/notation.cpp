@@ -37,12 +37,18 @@ class Printer {
   }
 
  private:
-  using LookPair = std::pair<bool, int>;
+  struct Look {
+    bool hidden = false;
+    bool deleted = false;
+    int colour = 0;
+    bool operator==(const Look&) const = default;
+  };
 
   /// Hidden: shown nowhere although the fields around would let it be shown somewhere.
-  LookPair lookAt(Position position) const {
+  Look lookAt(Position position) const {
     const bool nowhere = model_.visibility().valueAt(position) == text::kNowhere;
-    return {nowhere && mayBeShown(position).value_or(look_.first), model_.highlight().valueAt(position)};
+    return {nowhere && mayBeShown(position).value_or(look_.hidden),
+            model_.structure().valueAt(position).deleted, model_.highlight().valueAt(position)};
   }
 
   /// Nothing for a separator, which is never shown.
@@ -59,14 +65,15 @@ class Printer {
     return views != 0;
   }
 
-  void changeLook(LookPair look) {
+  void changeLook(Look look) {
     if (look == look_) return;
-    if (look_ != LookPair()) out_ += u'>';
+    if (look_ != Look()) out_ += u'>';
     look_ = look;
-    if (look == LookPair()) return;
+    if (look == Look()) return;
     out_ += u'<';
-    if (look.first) out_ += u'h';
-    if (look.second != 0) out_ += errors::utf16(std::to_string(look.second));
+    if (look.hidden) out_ += u'h';
+    if (look.deleted) out_ += u'd';
+    if (look.colour != 0) out_ += errors::utf16(std::to_string(look.colour));
     out_ += u':';
   }
 
@@ -135,7 +142,7 @@ class Printer {
   const Model& model_;
   const Ranges& ranges_;
   std::u16string out_;
-  LookPair look_;
+  Look look_;
   std::int32_t table_ = model::kNone;
   std::vector<text::Visibility> parts_;
 };

@@ -25,12 +25,34 @@ struct Field {
   text::Visibility around = text::kEverywhere;
 };
 
+/// A content control, or text with a phonetic guide, known by its index in Content::controls. A control
+/// inside another has that one as parent, and a higher index.
+struct Control {
+  std::int32_t parent = kNone;
+  /// The innermost table around it; kNone outside tables.
+  std::int32_t table = kNone;
+  /// It lies in a paragraph; otherwise it holds paragraphs, cells or rows.
+  bool inlined = false;
+  /// Text with a guide: what is put beside its ends stays outside.
+  bool isGuided = false;
+  /// A line end put into it is a line break and no paragraph mark; true for what lies in such a control.
+  bool takesLineBreaks = false;
+  /// Its content may not be changed; true for what lies in such a control.
+  bool contentLocked = false;
+  /// It may not be deleted.
+  bool deletionLocked = false;
+};
+
 /// What the edit policy must know of a character besides the character itself.
 struct Structure {
   /// The innermost table it lies in, cell and row marks included; kNone outside tables.
   std::int32_t table = kNone;
   /// The innermost field it lies in, the field's own marks included; kNone outside fields.
   std::int32_t field = kNone;
+  /// The innermost control it lies in; kNone outside controls.
+  std::int32_t control = kNone;
+  /// It lies in a tracked deletion.
+  bool deleted = false;
   /// Character 12 only: it ends a section, and with it its paragraph.
   bool sectionMark = false;
   /// Character 7 only: it ends a row, not a cell.
@@ -48,6 +70,7 @@ struct Content {
   text::RunMap<Structure> structure;
   std::vector<Table> tables;
   std::vector<Field> fields;
+  std::vector<Control> controls;
 };
 
 /// A document without any structure, all of it visible. The text must end with a paragraph mark.

@@ -12,6 +12,8 @@ namespace pluvo::model {
 struct Look {
   bool hidden = false;
   std::uint8_t highlight = 0;  ///< Word's colour index, 0 for none
+  bool deleted = false;        ///< in a tracked deletion
+  std::int32_t control = kNone;
 };
 
 /// Builds a document front to back for the readers of structured formats. Every call that adds characters
@@ -48,6 +50,12 @@ class ContentBuilder {
   void endTable();
   std::size_t openTables() const { return tables_.size(); }
 
+  /// A control; what it passes on to those within it is taken from its parent. A look says which character
+  /// lies in it.
+  std::int32_t addControl(Control control);
+  /// For what becomes known of a control before anything in it is added.
+  Control& control(std::int32_t index) { return content_.controls[static_cast<std::size_t>(index)]; }
+
   /// Character 12 that ends a section.
   void sectionMark(Look look = {});
 
@@ -62,7 +70,7 @@ class ContentBuilder {
   };
 
   text::Visibility here() const;
-  Structure structureHere() const;
+  Structure structureHere(const Look& look) const;
   void add(std::u16string_view units, Look look, text::Visibility shown, const Structure& structure);
   void addLayers(std::size_t length, Look look, text::Visibility shown, const Structure& structure);
 

@@ -19,6 +19,7 @@
 namespace pluvo::model {
 
 struct Landing;
+struct Removal;
 
 /// A document in memory: its text, what each character looks like and belongs to, and the live ranges over
 /// it. All edits go through here, under one policy for every format (edit_policy.h). Knows no file and no
@@ -26,7 +27,8 @@ struct Landing;
 ///
 /// A span that does not lie in the text is a bug in the caller. An edit is refused with a Fault, and nothing
 /// has happened, when its text holds a character that stands for something other than text (marks of cells
-/// and fields, pictures, references: 5843) or when positions would no longer suffice (5854).
+/// and fields, pictures, references: 5843), when positions would no longer suffice (5854), or when a control
+/// is locked (4198).
 class Model {
  public:
   explicit Model(Content content);
@@ -39,6 +41,7 @@ class Model {
   const text::RunMap<Structure>& structure() const { return structure_; }
   const std::vector<Table>& tables() const { return tables_; }
   const std::vector<Field>& fields() const { return fields_; }
+  const std::vector<Control>& controls() const { return controls_; }
   text::Position length() const { return text_.length(); }
 
   /// The text of a span so far as the view shows it.
@@ -61,7 +64,11 @@ class Model {
   bool isCellMark(text::Position position) const;
   bool isFieldMark(text::Position position) const;
 
-  // Every line end in text that is put in is one paragraph mark.
+  /// Whether all of a span lies in tracked deletions; not for an empty one.
+  bool isDeleted(text::Span span) const;
+
+  // Every line end in text that is put in is one paragraph mark, or one line break where a control takes no
+  // paragraph marks.
 
   /// Puts text in the place of a span, so far as the policy lets the span go, or deletes it (text empty). The
   /// text inherits from the first character replaced. Returns where the text stands now (empty: where the
@@ -110,6 +117,8 @@ class Model {
  private:
   text::Span insert(text::Position position, bool behind, std::u16string_view text);
   bool besideText(text::Position position) const;
+  Landing landingOf(const Removal& removal, std::u16string_view newText) const;
+  text::Span exchange(const Removal& removal, std::u16string_view newText);
   text::Span put(text::Span replaced, std::u16string_view text, const Landing& landing);
 
   text::PieceText text_;
@@ -118,6 +127,7 @@ class Model {
   text::RunMap<Structure> structure_;
   std::vector<Table> tables_;
   std::vector<Field> fields_;
+  std::vector<Control> controls_;
   LiveRanges liveRanges_;
   FindMemory finds_{text_, visibility_};
   Measures measures_{text_, visibility_, [this](text::Position position) { return endsParagraph(position); }};
