@@ -42,8 +42,7 @@ void BodyWalker::startElement(Token token) {
   const Name name = nameOf(scanner_);
   if (stack_.empty()) {
     if (name != Name::document) throw scanner_.error("it is no WordprocessingML document");
-    stack_.push_back({{name, tokenExtent(), token == Token::empty}, Context::root});
-    return;
+    return push(name, token, Context::root);
   }
   const Context context = stack_.back().within;
   if (context == Context::run) return startInRun(name, token);
@@ -99,6 +98,12 @@ void BodyWalker::startElement(Token token) {
     case Name::oMathPara:
       if (context == Context::inlines) return formula(token);
       break;
+    case Name::sdtPr:
+      if (stack_.back().tag.name == Name::sdt) return readControl(token);
+      break;
+    case Name::rubyBase:
+      if (context == Context::ruby) return enter(name, token, Context::inlines);
+      break;
     case Name::pPr:
       if (stack_.back().tag.name == Name::p) return readProperties(name, token);
       break;
@@ -108,8 +113,23 @@ void BodyWalker::startElement(Token token) {
   skip(token);
 }
 
+void BodyWalker::push(Name name, Token token, Context within) {
+  const bool keepsBlanks = preserves();
+  stack_.push_back(
+      {{name, tokenExtent(), token == Token::empty}, within, false, false, keepsBlanks, position_});
+}
+
+/// Blanks at the ends of text, by the element at hand or else by the nearest one around it that says so.
+bool BodyWalker::preserves() const {
+  if (!scanner_.attributes().empty()) {
+    const xml::Attribute* const space = attribute(scanner_, Name::space);
+    if (space != nullptr) return scanner_.rawValue(*space) == "preserve";
+  }
+  return !stack_.empty() && stack_.back().preserves;
+}
+
 void BodyWalker::enter(Name name, Token token, Context within) {
-  stack_.push_back({{name, tokenExtent(), token == Token::empty}, within});
+  push(name, token, within);
   events_.open(stack_.back().tag);
   if (token == Token::empty) leave({scanner_.end(), scanner_.end()});
 }
@@ -222,6 +242,35 @@ void BodyWalker::readProperties(Name kind, Token token) {
   events_.properties(kind, properties_);
 }
 
+void BodyWalker::readControl(Token token) {
+  ControlProperties control;
+  const std::size_t depth = scanner_.depth();
+  while (token == Token::start) {
+    const Token next = scanner_.next();
+    if (next == Token::end && scanner_.depth() < depth) break;
+    if (!opens(next)) continue;
+    switch (nameOf(scanner_)) {
+      case Name::lock: {
+        const std::string value = attributeValue(Name::val);
+        control.contentLocked = value == "contentLocked" || value == "sdtContentLocked";
+        control.deletionLocked = value == "sdtLocked" || value == "sdtContentLocked";
+        break;
+      }
+      case Name::textControl:
+      case Name::dateControl:
+      case Name::comboBox:
+      case Name::dropDownList:
+      case Name::checkbox:
+        control.plain = true;
+        break;
+      default:
+        break;
+    }
+    skip(next);
+  }
+  events_.control(control);
+}
+
 void BodyWalker::readLook(RunLook& look, Token token) {
   if (token != Token::start) return;
   if (const LookMemory::Known* known = looks_.recall(scanner_.ahead(), scanner_.scope())) {
@@ -254,6 +303,13 @@ void BodyWalker::scanLook(RunLook& look) {
         break;
       case Name::rStyle:
         look.style = attributeValue(Name::val);
+        break;
+      case Name::rPrChange:
+        look.numbered = true;
+        break;
+      case Name::del:
+      case Name::moveFrom:
+        look.deleted = true;
         break;
       default:
         break;

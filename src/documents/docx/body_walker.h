@@ -38,6 +38,13 @@ struct Tag {
   bool empty = false;
 };
 
+/// What a content control says of itself.
+struct ControlProperties {
+  bool plain = false;  ///< a text, a date or a choice: its content is one paragraph
+  bool contentLocked = false;
+  bool deletionLocked = false;
+};
+
 /// Text as an element of a run holds it.
 struct TextElement {
   Extent extent;
@@ -45,6 +52,9 @@ struct TextElement {
       tag;  ///< the qualified name to write such text with; empty for text without a place of its own
   std::u16string_view units;  ///< empty where the bytes are printable ASCII
   std::string_view bytes;     ///< a byte a unit, where that is all there is to it
+  /// Blanks at its ends that are no text, since nothing preserves them.
+  std::string_view leading;
+  std::string_view trailing;
   std::size_t length() const { return units.empty() ? bytes.size() : units.size(); }
 };
 
@@ -75,6 +85,8 @@ class BodyEvents {
   virtual void close(const Tag& tag, Extent endTag) = 0;
   /// The w:pPr of the paragraph or w:rPr of the run just opened.
   virtual void properties(Name kind, const Properties& properties) = 0;
+  /// Of the content control just opened.
+  virtual void control(const ControlProperties&) {}
   /// Part of an alternative that was not chosen.
   virtual void passedAlternative(Extent) {}
   virtual void marker(const Marker& marker) = 0;
@@ -99,7 +111,8 @@ class BodyEvents {
 ///
 /// Hyperlinks, content controls, smart tags, tracked changes and the chosen one of alternative contents are
 /// transparent: their runs are text. Text boxes, the inside of drawings, and elements of other vocabularies
-/// are not. A formula is one character, like a picture; so is text with a phonetic guide.
+/// are not. A formula is one character, like a picture. Of text with a phonetic guide the base is text: a run
+/// that holds nothing else is opened as a run, and opening what is in it (ruby) makes it a container.
 class BodyWalker {
  public:
   BodyWalker(files::ByteSpan part, const std::string& partName, BodyEvents& events);
@@ -119,12 +132,14 @@ class BodyWalker {
   const xml::Scanner& scanner() const { return scanner_; }
 
  private:
-  enum class Context : std::uint8_t { root, blocks, table, row, inlines, run };
+  enum class Context : std::uint8_t { root, blocks, table, row, inlines, run, ruby };
   struct Open {
     Tag tag;
     Context within;
     bool endsWithParagraph = false;  ///< body and cell: the last block was a paragraph
     bool hasCells = false;           ///< row
+    bool preserves = false;          ///< text in it keeps its blanks
+    Position from = 0;               ///< where it was opened
   };
   struct OpenField {
     bool inResult = false;
@@ -140,6 +155,11 @@ class BodyWalker {
   void enterSimpleField(xml::Token token);
   void textElement(xml::Token token);
   void alternativeInRun();
+  void ruby(xml::Token token);
+  bool rubyStandsAlone();
+  void readControl(xml::Token token);
+  void push(Name name, xml::Token token, Context within);
+  bool preserves() const;
   void formula(xml::Token token);
   void enterAlternative(Name name, xml::Token token, Context within);
   void readProperties(Name kind, xml::Token token);

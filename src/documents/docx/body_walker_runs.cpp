@@ -35,6 +35,8 @@ void BodyWalker::startInRun(Name name, Token token) {
     }
     case Name::alternateContent:
       return alternativeInRun();
+    case Name::ruby:
+      return ruby(token);
     default: {
       const Offset begin = scanner_.begin();
       if (const char16_t unit = characterOf(name, token); unit != 0)
@@ -134,7 +136,7 @@ void BodyWalker::enterSimpleField(Token token) {
   units_.clear();
   appendUtf8(units_, attributeValue(Name::instr));
   openField({true, true});
-  stack_.push_back({{Name::fldSimple, tokenExtent(), token == Token::empty}, Context::inlines});
+  push(Name::fldSimple, token, Context::inlines);
   const Tag tag = stack_.back().tag;
   events_.simpleField(tag, units_);
   advance(units_.size() + 2);
@@ -145,12 +147,12 @@ void BodyWalker::enterSimpleField(Token token) {
 void BodyWalker::textElement(Token token) {
   TextElement element;
   element.tag = scanner_.qualifiedName();
-  const xml::Attribute* const space = attribute(scanner_, Name::space);
-  const bool preserved = space != nullptr && scanner_.rawValue(*space) == "preserve";
+  const bool preserved = preserves();
   element.extent = tokenExtent();
   units_.clear();
   textTokens_ = 0;
   collectText(token);
+  const Offset inner = element.extent.end;
   element.extent.end = scanner_.end();
   if (!plain_.empty()) {
     element.bytes = preserved ? plain_ : withoutOuterBlanks(plain_);
@@ -162,6 +164,9 @@ void BodyWalker::textElement(Token token) {
     element.units = units_;
   }
   if (element.length() == 0) return;
+  // Where an element around preserves blanks, they could not be written without becoming text.
+  if (!preserved && !stack_.back().preserves)
+    outerBlanks(scanner_.bytes(inner, scanner_.begin()), element.leading, element.trailing);
   events_.text(element);
   advance(element.length());
 }
@@ -189,6 +194,28 @@ void BodyWalker::collectText(Token token) {
     if (next == Token::reference) appendCodePoint(units_, scanner_.codePoint());
     if (next == Token::start) scanner_.skipElement();
   }
+}
+
+/// The base of text with a phonetic guide is text where its run holds nothing else; otherwise it is one
+/// character.
+void BodyWalker::ruby(Token token) {
+  if (token == Token::start && rubyStandsAlone()) return enter(Name::ruby, token, Context::ruby);
+  single(text::kPicture, token, Name::ruby);
+}
+
+bool BodyWalker::rubyStandsAlone() {
+  const auto isRuby = [](const Open& open) { return open.tag.name == Name::ruby; };
+  const Open& run = stack_.back();
+  if (run.tag.name != Name::r || run.from != position_ || std::any_of(stack_.begin(), stack_.end(), isRuby))
+    return false;
+  const Offset begin = scanner_.begin();
+  scanner_.skipElement();
+  const std::string_view ahead = scanner_.ahead();
+  const std::size_t next = std::min(ahead.find_first_not_of(" \t\r\n"), ahead.size());
+  const bool alone = ahead.substr(next).starts_with("</");
+  scanner_.resumeAt(begin);
+  scanner_.next();
+  return alone;
 }
 
 /// Looks for the places of Word's run properties: behind a math run's own ones, and in those of operators.
@@ -249,8 +276,14 @@ void BodyWalker::alternativeInRun() {
       any = any || take;
       if (!take) skip(token);
     } else if (name == Name::t || name == Name::delText) {
+      const bool preserved = preserves();
+      std::u16string before = std::move(units_);
+      units_.clear();
       collectText(token);
       widenPlain();
+      std::string_view none;
+      if (!preserved) trimBlanks(units_, none);
+      units_ = before + units_;
     } else {
       const char16_t unit = characterOf(name, token);
       if (unit == text::kPicture || unit == text::kFloatingPicture) picture = unit;

@@ -6,6 +6,7 @@
 #include "notes.h"
 #include "rewriter.h"
 #include "run_content.h"
+#include "styles.h"
 #include "xml/escape.h"
 
 #include <algorithm>
@@ -54,7 +55,9 @@ std::optional<std::string> DocxSource::refusesText(std::u16string_view newText) 
 void DocxSource::write(const model::Model& model, files::Output& out) const {
   EditScript script(model);
   const Departed departed(map_, script, package_, part_.utf8.view);
-  Rewriter rewriter(part_.utf8.view, package_.mainPart, map_, model, highlight_, departed, std::move(script));
+  Rewriter rewriter(
+      part_.utf8.view, package_.mainPart, map_, model, highlight_, departed,
+      [this] { return placeholderStyle(); }, std::move(script));
   const std::vector<files::ByteSpan> pieces = rewriter.rewrite();
   const std::vector<ChangedPart> others = partsWithoutDeparted(package_, departed);
 
@@ -68,6 +71,15 @@ void DocxSource::write(const model::Model& model, files::Output& out) const {
   }
   for (const ChangedPart& part : others) changes.push_back({part.name, {files::ByteSpan(part.bytes)}});
   archive::rewrite(package_.archive, changes, out);
+}
+
+std::string DocxSource::placeholderStyle() const {
+  std::string id;
+  if (const archive::Member* const member = package_.member(Role::styles)) {
+    const std::string name(member->name);
+    id = styleNamed(xml::toUtf8(package_.archive.read(*member), name).utf8.view, name, "Placeholder Text");
+  }
+  return id.empty() ? "PlaceholderText" : id;
 }
 
 std::uint64_t DocxSource::unpackedSize() const {

@@ -19,6 +19,8 @@ class DocxSource : public formats::Source {
   text::RunMap<formats::Appearance> appearance() const override;
 
  private:
+  std::string placeholderStyle() const;
+
   Package package_;
   xml::Utf8Part part_;
   BodyMap map_;

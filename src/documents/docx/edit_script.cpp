@@ -88,6 +88,19 @@ bool EditScript::dropsAllTo(Position end) const {
   return true;
 }
 
+Span EditScript::keptOf(Span original) const {
+  Span kept{original.to, original.to};
+  auto step = std::partition_point(steps_.begin(), steps_.end(), [&](const Step& s) {
+    return s.kind == Step::Kind::put ? s.original < original.from : s.original + s.length <= original.from;
+  });
+  for (; step != steps_.end() && step->original < original.to; ++step) {
+    if (step->kind != Step::Kind::keep) continue;
+    const Position from = std::max(step->original, original.from);
+    kept = {std::min(kept.from, from), std::min(step->original + step->length, original.to)};
+  }
+  return kept;
+}
+
 std::vector<Span> touchedSpans(const EditScript& script, const model::Model& model,
                                const text::RunMap<std::uint8_t>& originalHighlight) {
   std::vector<Span> spans;

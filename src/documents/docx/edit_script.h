@@ -37,6 +37,9 @@ class EditScript {
   /// Whether all of the original characters from the place reached up to end go.
   bool dropsAllTo(Position end) const;
 
+  /// From the first to behind the last of these original characters that stay; empty where none does.
+  text::Span keptOf(text::Span original) const;
+
   const std::vector<Step>& steps() const { return steps_; }
 
  private:

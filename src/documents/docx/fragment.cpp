@@ -45,16 +45,29 @@ std::string_view Fragment::attribute(std::string_view wanted) const {
   return found;
 }
 
+std::string_view Fragment::value(std::string_view wanted) const {
+  std::string_view found;
+  forEachAttribute(startTag, [&](std::string_view name, std::string_view value, std::size_t, std::size_t) {
+    if (name.substr(name.find(':') + 1) == wanted) found = value;
+  });
+  return found;
+}
+
 std::size_t nextElement(std::string_view bytes, std::size_t from) {
   std::size_t at = bytes.find('<', from);
   while (at != kEnd && !isStartTag(bytes, at)) at = bytes.find('<', markupEnd(bytes, at));
   return at;
 }
 
-Fragment fragmentOf(std::string_view bytes) {
+Fragment startOf(std::string_view bytes) {
   Fragment result;
-  const std::size_t innerBegin = markupEnd(bytes, 0);
-  result.startTag = bytes.substr(0, innerBegin);
+  result.startTag = bytes.substr(0, markupEnd(bytes, 0));
+  return result;
+}
+
+Fragment fragmentOf(std::string_view bytes) {
+  Fragment result = startOf(bytes);
+  const std::size_t innerBegin = result.startTag.size();
   if (result.startTag.size() < 2 || result.startTag[result.startTag.size() - 2] == '/') {
     result.whole = result.startTag;
     return result;

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
+#include <string>
 #include <string_view>
 
 namespace pluvo::docx {
@@ -17,14 +19,27 @@ struct Fragment {
   std::string_view local() const;
   /// The value of an attribute by its name as written; empty when it is missing. References stay as they are.
   std::string_view attribute(std::string_view name) const;
+  /// The value of an attribute by its local name.
+  std::string_view value(std::string_view local) const;
 };
 
 /// The element whose start tag begins the bytes.
 Fragment fragmentOf(std::string_view bytes);
 
+/// Of the same, only the start tag.
+Fragment startOf(std::string_view bytes);
+
 /// Visits the child elements among an element's inner bytes: visit(const Fragment&).
 template <class Visit>
 void forEachChild(std::string_view inner, Visit visit);
+
+/// An element's inner bytes with the children of which change(child) returns something replaced by that.
+template <class Change>
+std::string withChildren(std::string_view inner, Change change);
+
+/// The element without the children that drop(local name) picks; one left without children goes as a whole.
+template <class Drop>
+std::string without(std::string_view element, Drop drop);
 
 /// Where the next element's start tag begins at or behind from, past text, comments and instructions; npos
 /// when there is none.
@@ -60,6 +75,34 @@ void forEachAttribute(std::string_view startTag, Visit visit) {
           close + 1);
     at = close + 1;
   }
+}
+
+template <class Change>
+std::string withChildren(std::string_view inner, Change change) {
+  std::string result;
+  std::size_t copied = 0;
+  forEachChild(inner, [&](const Fragment& child) {
+    const std::optional<std::string> changed = change(child);
+    if (!changed) return;
+    const auto at = static_cast<std::size_t>(child.whole.data() - inner.data());
+    result.append(inner.substr(copied, at - copied)).append(*changed);
+    copied = at + child.whole.size();
+  });
+  return result.append(inner.substr(copied));
+}
+
+template <class Drop>
+std::string without(std::string_view element, Drop drop) {
+  if (element.empty()) return {};
+  const Fragment fragment = fragmentOf(element);
+  bool any = false;
+  const std::string inner =
+      withChildren(fragment.inner, [&](const Fragment& child) -> std::optional<std::string> {
+        if (child.prefix() == fragment.prefix() && drop(child.local())) return "";
+        any = true;
+        return std::nullopt;
+      });
+  return any ? std::string(fragment.startTag) + inner + std::string(fragment.endTag) : std::string();
 }
 
 }  // namespace pluvo::docx

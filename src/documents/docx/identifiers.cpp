@@ -1,6 +1,7 @@
 #include "identifiers.h"
 
 #include "fragment.h"
+#include "names.h"
 
 #include <algorithm>
 #include <array>
@@ -15,15 +16,16 @@ constexpr std::array<std::string_view, 5> kNumbered = {"ins", "del", "moveFrom",
 /// Ids are non-negative 32-bit numbers.
 constexpr std::uint32_t kMost = 0x7FFFFFFE;
 
-std::vector<std::uint32_t> idsIn(std::string_view text) {
+std::vector<std::uint32_t> idsIn(files::ByteSpan part, const std::string& partName) {
   std::vector<std::uint32_t> ids;
-  constexpr std::string_view kMark = ":id=";
-  for (std::size_t at = text.find(kMark); at != std::string_view::npos; at = text.find(kMark, at)) {
-    at += kMark.size() + 1;
+  xml::Scanner scanner(part, vocabulary(), partName);
+  for (xml::Token token = scanner.next(); token != xml::Token::finish; token = scanner.next()) {
+    if (token != xml::Token::start && token != xml::Token::empty) continue;
+    const xml::Attribute* const found = attribute(scanner, Name::id);
+    if (found == nullptr) continue;
+    const std::string_view value = scanner.rawValue(*found);
     std::uint32_t id = 0;
-    const std::size_t end = std::min(at + 11, text.size());
-    if (std::from_chars(text.data() + std::min(at, end), text.data() + end, id).ec == std::errc())
-      ids.push_back(id);
+    if (std::from_chars(value.data(), value.data() + value.size(), id).ec == std::errc()) ids.push_back(id);
   }
   std::sort(ids.begin(), ids.end());
   return ids;
@@ -53,7 +55,7 @@ std::string Identifiers::withFreshIds(std::string_view markup) {
 
 std::uint32_t Identifiers::fresh() {
   if (!last_) {
-    used_ = idsIn({reinterpret_cast<const char*>(part_.data()), part_.size()});
+    used_ = idsIn(part_, partName_);
     last_ = used_.empty() ? 0 : used_.back();
   }
   std::uint32_t next = *last_ >= kMost ? 1 : *last_ + 1;

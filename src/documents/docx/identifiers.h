@@ -14,7 +14,7 @@ namespace pluvo::docx {
 /// and changes of format.
 class Identifiers {
  public:
-  explicit Identifiers(files::ByteSpan part) : part_(part) {}
+  Identifiers(files::ByteSpan part, const std::string& partName) : part_(part), partName_(partName) {}
 
   /// The markup with fresh ids for all such elements in it.
   std::string withFreshIds(std::string_view markup);
@@ -23,6 +23,7 @@ class Identifiers {
   std::uint32_t fresh();
 
   files::ByteSpan part_;
+  std::string partName_;
   std::vector<std::uint32_t> used_;  ///< sorted, once asked for
   std::optional<std::uint32_t> last_;
 };

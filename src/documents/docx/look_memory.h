@@ -13,6 +13,8 @@ struct RunLook {
   enum class Hidden : std::uint8_t { inherited, no, yes };
   std::uint8_t highlight = 0;
   Hidden hidden = Hidden::inherited;
+  bool deleted = false;   ///< a paragraph's mark
+  bool numbered = false;  ///< it holds a tracked change of format, which has a number of its own
   std::string style;
 };
 

@@ -62,6 +62,15 @@ enum class Name : xml::NameId {
   ruby,
   contentPart,
   drawingAnchor,
+  // Content controls and text with a guide.
+  sdtPr,
+  lock,
+  textControl,
+  dateControl,
+  comboBox,
+  dropDownList,
+  checkbox,
+  rubyBase,
   // Properties.
   pPr,
   pStyle,

@@ -31,36 +31,6 @@ bool standsBeforeVanish(std::string_view local) {
   return std::find(kBeforeHighlight.begin(), vanish, local) != vanish;
 }
 
-/// Replaces the children of which change(child) returns something by that.
-template <class Change>
-std::string withChildren(std::string_view inner, Change change) {
-  std::string result;
-  std::size_t copied = 0;
-  forEachChild(inner, [&](const Fragment& child) {
-    const std::optional<std::string> changed = change(child);
-    if (!changed) return;
-    const auto at = static_cast<std::size_t>(child.whole.data() - inner.data());
-    result.append(inner.substr(copied, at - copied)).append(*changed);
-    copied = at + child.whole.size();
-  });
-  return result.append(inner.substr(copied));
-}
-
-/// The element without the children that drop picks; an element left without children goes as a whole.
-template <class Drop>
-std::string without(std::string_view element, Drop drop) {
-  if (element.empty()) return {};
-  const Fragment fragment = fragmentOf(element);
-  bool any = false;
-  const std::string inner =
-      withChildren(fragment.inner, [&](const Fragment& child) -> std::optional<std::string> {
-        if (child.prefix() == fragment.prefix() && drop(child.local())) return "";
-        any = true;
-        return std::nullopt;
-      });
-  return any ? std::string(fragment.startTag) + inner + std::string(fragment.endTag) : std::string();
-}
-
 /// The element with a child put where before(local) first fails; made when it is not there.
 template <class Before>
 std::string withChild(std::string_view element, const std::string& name, std::string_view child,
@@ -96,12 +66,7 @@ std::string_view childOf(std::string_view element, std::string_view local) {
 std::string_view highlightOf(std::string_view runProperties) {
   const std::string_view highlight = childOf(runProperties, "highlight");
   if (highlight.empty()) return {};
-  const Fragment fragment = fragmentOf(highlight);
-  std::string_view value;
-  forEachAttribute(fragment.startTag,
-                   [&](std::string_view name, std::string_view v, std::size_t, std::size_t) {
-                     if (name.ends_with("val")) value = v;
-                   });
+  const std::string_view value = fragmentOf(highlight).value("val");
   return value == "none" ? std::string_view() : value;
 }
 
@@ -178,28 +143,37 @@ std::string forSplitOffParagraph(std::string_view paragraphProperties) {
   return withMarkProperties(kept, markup, without(old, tellsTracking));
 }
 
-std::string withoutBinding(std::string_view controlProperties) {
-  return withChildren(controlProperties, [](const Fragment& child) -> std::optional<std::string> {
-    if (child.local() != "sdtPr") return std::nullopt;
-    const auto goes = [](const Fragment& property) -> std::optional<std::string> {
-      const bool isBinding = isOneOf(property.local(), {"dataBinding", "showingPlcHdr"});
-      return isBinding ? std::optional<std::string>("") : std::nullopt;
-    };
-    return std::string(child.startTag) + withChildren(child.inner, goes) + std::string(child.endTag);
-  });
-}
-
-std::string startTagWithout(std::string_view tag, std::string_view firstLocal, std::string_view secondLocal) {
+std::string startTagWithout(std::string_view tag, std::initializer_list<std::string_view> locals) {
   std::string result;
   std::size_t copied = 0;
   forEachAttribute(tag, [&](std::string_view name, std::string_view, std::size_t begin, std::size_t end) {
-    const std::string_view local = name.substr(name.find(':') + 1);
-    if (local != firstLocal && local != secondLocal) return;
+    if (!isOneOf(name.substr(name.find(':') + 1), locals)) return;
     result.append(tag.substr(copied, begin - copied));
     copied = end;
   });
-  result.append(tag.substr(copied));
-  return openedTag(result);
+  return result.append(tag.substr(copied));
+}
+
+std::string_view deletionOfMark(std::string_view paragraphProperties) {
+  const std::string_view mark = childOf(paragraphProperties, "rPr");
+  const std::string_view deletion = childOf(mark, "del");
+  return deletion.empty() ? childOf(mark, "moveFrom") : deletion;
+}
+
+std::string withMarkDeletion(std::string_view paragraphProperties, const Markup& markup,
+                             std::string_view deletion) {
+  const std::string_view mark = childOf(paragraphProperties, "rPr");
+  return withMarkProperties(paragraphProperties, markup,
+                            withChild(mark, markup.element + "rPr", deletion,
+                                      [](std::string_view local) { return local == "ins"; }));
+}
+
+std::string attributesOf(std::string_view tag) {
+  std::string result;
+  forEachAttribute(tag, [&](std::string_view, std::string_view, std::size_t begin, std::size_t end) {
+    result += tag.substr(begin, end - begin);
+  });
+  return result;
 }
 
 std::string openedTag(std::string_view emptyTag) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -62,12 +63,18 @@ std::string withMarkLike(std::string_view paragraphProperties, const Markup& mar
 /// the mark and the properties, which stay with the old mark.
 std::string forSplitOffParagraph(std::string_view paragraphProperties);
 
-/// What stands between the start tags of a content control and its content, for one whose text was changed:
-/// no longer bound to data, which would be read back into it, nor showing a placeholder.
-std::string withoutBinding(std::string_view controlProperties);
+/// What says that the mark of a paragraph is deleted, an element without content; empty where nothing does.
+std::string_view deletionOfMark(std::string_view paragraphProperties);
 
-/// A start tag without the attributes of these local names, and as the tag of an element with content.
-std::string startTagWithout(std::string_view tag, std::string_view firstLocal, std::string_view secondLocal);
+/// w:pPr of which the mark is deleted, as such an element says.
+std::string withMarkDeletion(std::string_view paragraphProperties, const Markup& markup,
+                             std::string_view deletion);
+
+/// The attributes of a start tag, each with the blanks before it.
+std::string attributesOf(std::string_view tag);
+
+/// A start tag without the attributes of these local names.
+std::string startTagWithout(std::string_view tag, std::initializer_list<std::string_view> locals);
 
 /// <a …/> as <a …>.
 std::string openedTag(std::string_view emptyTag);

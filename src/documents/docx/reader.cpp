@@ -30,6 +30,7 @@ class Reader : public BodyEvents {
       case Name::p:
         flushMark();
         paragraph_ = {};
+        inParagraph_ = true;
         if (walker_.opensBetweenBlocks()) map_.places.push_back({walker_.position(), tag.extent.begin});
         break;
       case Name::tbl:
@@ -41,9 +42,29 @@ class Reader : public BodyEvents {
       case Name::r:
         look_ = lookOf({});
         break;
+      case Name::sdt:
+        openControl(false);
+        break;
+      case Name::ruby:
+        openControl(true);
+        map_.guides.push_back({tag.extent.begin, walker_.position(), walker_.position()});
+        hidesGuided_ = look_.hidden;
+        break;
+      case Name::del:
+      case Name::moveFrom:
+        ++deletions_;
+        map_.hasDeletions = true;
+        break;
       default:
         break;
     }
+  }
+
+  void control(const ControlProperties& properties) override {
+    model::Control& control = builder_.control(control_);
+    control.takesLineBreaks = control.takesLineBreaks || properties.plain;
+    control.contentLocked = control.contentLocked || properties.contentLocked;
+    control.deletionLocked = properties.deletionLocked;
   }
 
   void close(const Tag& tag, Extent) override {
@@ -52,6 +73,18 @@ class Reader : public BodyEvents {
         // The last mark is a paragraph's, even where the last paragraph ends a section.
         paragraph_.hasSection = false;
         flushMark();
+        break;
+      case Name::ruby:
+        hidesGuided_ = false;
+        map_.guides.back().to = walker_.position();
+        control_ = builder_.control(control_).parent;
+        break;
+      case Name::sdt:
+        control_ = builder_.control(control_).parent;
+        break;
+      case Name::del:
+      case Name::moveFrom:
+        --deletions_;
         break;
       case Name::tc:
         if (markPending_) builder_.cellMark(markLook_);
@@ -125,20 +158,34 @@ class Reader : public BodyEvents {
   void paragraphMark(Extent) override {
     markPending_ = true;
     markLook_ = lookOf(paragraph_.look);
+    inParagraph_ = false;
+    map_.hasDeletions = map_.hasDeletions || markLook_.deleted;
   }
   void missingParagraph(Name container, Extent) override {
     flushMark();
     if (container == Name::tc) {
-      builder_.cellMark();
+      builder_.cellMark(plainLook());
     } else {
       builder_.append(text::kParagraphMark);
     }
   }
-  void rowMark(Extent) override { builder_.rowMark(); }
+  void rowMark(Extent) override { builder_.rowMark(plainLook()); }
 
  private:
   model::Look lookOf(const RunLook& look) const {
-    return {styles_.hides(look, paragraph_.style), look.highlight};
+    return {styles_.hides(look, paragraph_.style) || hidesGuided_, look.highlight,
+            deletions_ > 0 || look.deleted, control_};
+  }
+
+  model::Look plainLook() const { return {false, 0, false, control_}; }
+
+  /// A control within a paragraph takes line breaks, since a mark would divide it.
+  void openControl(bool isGuided) {
+    model::Control control;
+    control.parent = control_;
+    control.inlined = control.takesLineBreaks = inParagraph_;
+    control.isGuided = isGuided;
+    control_ = builder_.addControl(control);
   }
 
   void flushMark() {
@@ -159,6 +206,10 @@ class Reader : public BodyEvents {
   model::Look look_;
   model::Look markLook_;
   bool markPending_ = false;
+  bool inParagraph_ = false;
+  bool hidesGuided_ = false;
+  int deletions_ = 0;
+  std::int32_t control_ = model::kNone;  ///< the innermost open one
   std::vector<std::size_t> openTables_;
   std::unordered_map<std::string, std::size_t> openBookmarks_;
 };

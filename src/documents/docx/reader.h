@@ -49,6 +49,17 @@ struct BodyMap {
     bool closed;
   };
   std::vector<Bookmark> bookmarks;
+
+  /// Whether anything lies in a tracked deletion.
+  bool hasDeletions = false;
+
+  /// Phonetic guides in the order of their start tags, each with the text it guides.
+  struct Guide {
+    Offset offset;
+    Position from;
+    Position to;
+  };
+  std::vector<Guide> guides;
 };
 
 struct ReadBody {

@@ -1,5 +1,7 @@
 #include "rewriter.h"
 
+#include "control_properties.h"
+
 #include <algorithm>
 
 namespace pluvo::docx {
@@ -30,16 +32,18 @@ bool isInline(Name name) {
 
 Rewriter::Rewriter(files::ByteSpan part, const std::string& partName, const BodyMap& map,
                    const model::Model& model, const text::RunMap<std::uint8_t>& originalHighlight,
-                   const Casualties& casualties, EditScript script)
+                   const Casualties& casualties, std::function<std::string()> placeholderStyle,
+                   EditScript script)
     : part_(part),
       map_(map),
       model_(model),
       originalHighlight_(originalHighlight),
       casualties_(casualties),
+      placeholderStyle_(std::move(placeholderStyle)),
       script_(std::move(script)),
       output_(part),
       walker_(part, partName, *this),
-      identifiers_(part) {}
+      identifiers_(part, partName) {}
 
 std::vector<files::ByteSpan> Rewriter::rewrite() {
   const std::vector<Span> allTouched = placesToVisit();
@@ -106,6 +110,7 @@ void Rewriter::copyTo(Offset to) {
 }
 
 void Rewriter::open(const Tag& tag) {
+  if (isTrackedDeletion(tag.name)) deletion_ = output_.source(tag.extent);
   if (removedTables_ > 0) {
     if (tag.name == Name::tbl) ++removedTables_;
     if (tag.name == Name::p) {
@@ -118,6 +123,11 @@ void Rewriter::open(const Tag& tag) {
   if (tag.name == Name::tbl) return openTable(tag);
   if (paragraph_ != 0) enterParagraphContent();
   if (tag.name == Name::r) return beginRun(tag);
+  if (tag.name == Name::ruby) return openRuby(tag);
+  if (tag.name == Name::sdt && paragraph_ == 0) {
+    placeWholeParagraphs();
+    placeBlocksBefore(tag);
+  }
   if (tag.name == Name::sdtContent) opens_.back().content = tag.extent.begin;
   Open open;
   open.tag = tag;
@@ -147,12 +157,31 @@ void Rewriter::openTable(const Tag& tag) {
     placeWaiting(plainHeader());
     return;
   }
-  placeBlocksBeforeTable(tag);
+  placeWholeParagraphs();
+  placeBlocksBefore(tag);
   Open open;
   open.tag = tag;
   open.inner = tag.extent.end;
   open.kept = true;
   opens_.push_back(std::move(open));
+}
+
+/// A run with a guide is no run any more but what holds the runs that are guided.
+void Rewriter::openRuby(const Tag& tag) {
+  Open run;
+  run.tag = run_.tag;
+  run.inner = tag.extent.begin;
+  run_ = {};
+  guide_ = opens_.size();
+  const auto guide =
+      std::lower_bound(map_.guides.begin(), map_.guides.end(), tag.extent.begin,
+                       [](const BodyMap::Guide& g, Offset offset) { return g.offset < offset; });
+  keptGuided_ = script_.keptOf({guide->from, guide->to});
+  opens_.push_back(std::move(run));
+  Open ruby;
+  ruby.tag = tag;
+  ruby.inner = tag.extent.end;
+  opens_.push_back(std::move(ruby));
 }
 
 void Rewriter::close(const Tag& tag, Extent endTag) {
@@ -163,7 +192,8 @@ void Rewriter::close(const Tag& tag, Extent endTag) {
     }
     return;
   }
-  if (tag.name == Name::r) return endRun(endTag);
+  if (tag.name == Name::r && (guide_ == 0 || opens_.size() != guide_ + 1)) return endRun(endTag);
+  if (tag.name == Name::r) guide_ = 0;
   if (tag.name == Name::p) {
     enterParagraphContent();
     if (markDropped_) return mergeParagraph(endTag);
@@ -223,7 +253,16 @@ void Rewriter::removePassed(Open& open) {
 void Rewriter::unbind(Open& open) {
   if (open.tag.name != Name::sdt || !open.textChanged || open.content == 0 || open.reopened) return;
   const std::string_view properties = output_.source(open.inner, open.content);
-  output_.text().replace(open.outInner, properties.size(), withoutBinding(properties));
+  const std::string changed = forChangedText(properties, markup(), open.breaksLines);
+  std::string& out = output_.text();
+  if (showsPlaceholder(properties)) {
+    if (!knownPlaceholderStyle_) knownPlaceholderStyle_ = placeholderStyle_();
+    const std::size_t content = open.outInner + properties.size();
+    const std::string plain =
+        withoutPlaceholderLook(std::string_view(out).substr(content), *knownPlaceholderStyle_);
+    out.replace(content, out.size() - content, plain);
+  }
+  out.replace(open.outInner, properties.size(), changed);
 }
 
 void Rewriter::properties(Name kind, const Properties& properties) {
@@ -240,6 +279,7 @@ void Rewriter::properties(Name kind, const Properties& properties) {
     run_.properties = output_.source(properties.whole);
     run_.headerEnd = properties.whole.end;
     run_.colour = properties.look.highlight;
+    run_.numbered = properties.look.numbered;
   }
 }
 
@@ -292,6 +332,20 @@ std::size_t Rewriter::trackedDeletion() const {
   return opens_.size();
 }
 
+/// The guide that new text is not put into, as an index: one of which nothing stays before or behind it. The
+/// number of open elements where there is none.
+std::size_t Rewriter::guideToLeave(const Step& step) const {
+  const Position place = step.original + (step.behind ? 1 : 0);
+  if (guide_ == 0 || opens_.size() <= guide_ || opens_[guide_].bare) return opens_.size();
+  return keptGuided_.from < place && place < keptGuided_.to ? opens_.size() : guide_;
+}
+
+/// New text with line breaks makes the controls around it ones that allow them.
+void Rewriter::holdLineBreaks(std::u16string_view units) {
+  if (model_.controls().empty() || units.find(text::kLineBreak) == units.npos) return;
+  for (Open& open : opens_) open.breaksLines = true;
+}
+
 /// The prefix of the element at hand; a document in the default namespace declares one for its attributes.
 const Markup& Rewriter::markup() const {
   const Tag& tag = run_.active && !run_.isNew ? run_.tag : opens_[paragraph_].tag;
@@ -306,12 +360,7 @@ const Markup& Rewriter::markup() const {
   if (!prefix.empty()) {
     markup_.attribute = prefix;
   } else if (walker_.scanner().namespaceOf("w") != kWord) {
-    const Offset size = std::min<Offset>(static_cast<Offset>(part_.size()), 4096);
-    const bool strict =
-        output_.source(0, size).find("purl.oclc.org/ooxml/wordprocessingml/main") != std::string_view::npos;
-    markup_.declaration = strict
-                              ? " xmlns:w=\"http://purl.oclc.org/ooxml/wordprocessingml/main\""
-                              : " xmlns:w=\"http://schemas.openxmlformats.org/wordprocessingml/2006/main\"";
+    markup_.declaration = " xmlns:w=\"" + std::string(walker_.scanner().uriOf("")) + "\"";
   }
   return markup_;
 }

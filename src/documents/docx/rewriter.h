@@ -27,7 +27,8 @@ class Casualties {
 /// Carries an edit over to the main part. Walks the touched paragraphs once more, each from the nearest place
 /// known, leaves every byte where nothing is touched, and writes touched runs anew:
 ///
-/// - new text stands in the run of the character it is put beside, never in a tracked deletion;
+/// - new text stands in the run of the character it is put beside, but outside its tracked deletion where it
+///   lives, and outside a phonetic guide of which nothing stays on one side of it;
 /// - a run is divided only where its highlight changes, and one that lost its text goes, with the hyperlink
 /// or
 ///   the like that holds nothing else;
@@ -40,7 +41,7 @@ class Rewriter : private BodyEvents {
  public:
   Rewriter(files::ByteSpan part, const std::string& partName, const BodyMap& map, const model::Model& model,
            const text::RunMap<std::uint8_t>& originalHighlight, const Casualties& casualties,
-           EditScript script);
+           std::function<std::string()> placeholderStyle, EditScript script);
 
   /// The new part; the spans hold as long as this.
   std::vector<files::ByteSpan> rewrite();
@@ -62,6 +63,7 @@ class Rewriter : private BodyEvents {
     bool touched = false;
     bool textChanged = false;
     Offset content = 0;          ///< content control: where its content begins
+    bool breaksLines = false;    ///< control, paragraph: it holds a line break that a control has to allow
     bool headed = false;         ///< paragraph: what was carried stands in it
     bool splitOff = false;       ///< paragraph: not the first of those it was divided into
     bool behindCarried = false;  ///< paragraph: its content joins what was carried, its header waits
@@ -81,6 +83,7 @@ class Rewriter : private BodyEvents {
     Offset headerEnd = 0;
     Offset rawEnd = 0;  ///< behind what was left as it is
     std::uint8_t colour = 0;
+    bool numbered = false;                   ///< the properties hold a number that no other run may have
     std::optional<std::uint8_t> openColour;  ///< of the run now open in the output
     bool headerWritten = false;
     std::string gap;  ///< what stands between elements, until the run is open
@@ -100,11 +103,13 @@ class Rewriter : private BodyEvents {
     std::string runProperties;
     Header
         header;  ///< of the paragraphs it consists of; none: that of the paragraph it comes to stand before
+    std::string_view deletion;  ///< the one to take after
   };
   /// New text up to a mark, or what follows the last.
   struct Line {
     std::string runs;
     std::uint8_t markColour = 0;
+    bool markDeleted = false;
   };
 
   void open(const Tag& tag) override;
@@ -135,6 +140,9 @@ class Rewriter : private BodyEvents {
   void trackField(char16_t unit, bool kept);
   bool inCode() const;
   std::size_t trackedDeletion() const;
+  std::size_t guideToLeave(const Step& step) const;
+  void openRuby(const Tag& tag);
+  void holdLineBreaks(std::u16string_view units);
   const Markup& markup() const;
   std::string_view qualifiedName(const Tag& tag) const;
 
@@ -150,6 +158,9 @@ class Rewriter : private BodyEvents {
   void dropElement(Extent extent);
   void passBytesBefore(Extent extent);
   void put(const Step& step);
+  void putPart(const Step& step, bool deleted);
+  std::string deletionTag();
+  std::string_view textName(bool deleted) const;
   void putBesideReference(const Step& step);
   void write(std::u16string_view units, std::uint8_t colour, std::string_view tag);
   void highlightFormula(const Formula& formula, std::uint8_t colour);
@@ -159,26 +170,34 @@ class Rewriter : private BodyEvents {
   void flushText();
   template <class Visit>
   void forEachColour(Position at, std::u16string_view units, Visit visit) const;
-  std::string runs(std::u16string_view units, Position at, const std::string& runProperties) const;
+  template <class Visit>
+  void forEachFate(Position at, std::u16string_view units, Visit visit) const;
+  std::string runs(std::u16string_view units, Position at, const std::string& runProperties);
 
   // Paragraphs (rewriter_paragraphs.cpp).
   Open& paragraph() { return opens_[paragraph_]; }
   void enterParagraphContent();
   void expand(Open& open);
-  void divideParagraph(std::uint8_t markColour);
+  void divideParagraph(std::uint8_t markColour, bool markDeleted);
   void closeInlines(std::size_t from);
   void openInlines(std::size_t from);
   std::string reopeningTag(std::size_t index);
   void replaceHeader(const std::string& header);
   void writeCarried();
+  std::string forNewMark(std::string properties, std::uint8_t colour, bool deleted,
+                         std::string_view runProperties);
   std::string headerOf(const Open& open, const std::string& properties) const;
   Header headerOfSplitOff(const Open& open) const;
+  void noteDeletion(const Open& paragraph);
+  void settleCarriedBreaks();
   void keepParagraph(Extent endTag);
   void mergeParagraph(Extent endTag);
-  std::vector<Line> lines(const Step& put, const std::string& runProperties) const;
+  std::vector<Line> lines(const Step& put, const std::string& runProperties);
+  void wait(const Step& step, std::string runProperties = {}, Header header = {});
+  void placeWholeParagraphs();
   void placeWaiting(const Header& header);
   Header plainHeader() const;
-  void placeBlocksBeforeTable(const Tag& table);
+  void placeBlocksBefore(const Tag& tag);
   void collectInRemovedTable(Position end);
   std::string fieldMark(std::string_view type) const;
   std::string beginningOfField(const Open& open) const;
@@ -190,6 +209,8 @@ class Rewriter : private BodyEvents {
   const model::Model& model_;
   const text::RunMap<std::uint8_t>& originalHighlight_;
   const Casualties& casualties_;
+  std::function<std::string()> placeholderStyle_;
+  std::optional<std::string> knownPlaceholderStyle_;
   EditScript script_;
   PartOutput output_;
   BodyWalker walker_;
@@ -201,6 +222,13 @@ class Rewriter : private BodyEvents {
   std::string_view textProperties_;  ///< of the last run with text in the paragraph
   std::string pendingText_;          ///< as it is written
   std::string pendingTag_;
+  std::string_view leadingBlanks_;  ///< of the element at hand, not yet written
+  std::string_view trailingBlanks_;
+  std::size_t guide_ = 0;      ///< index of the run that is open around a phonetic guide; 0: none
+  text::Span keptGuided_;      ///< what stays of its text
+  bool putsDeleted_ = false;   ///< what is put is deleted text,
+  bool wrapsDeleted_ = false;  ///< and each of its runs needs a tracked deletion of its own
+  std::string_view deletion_;  ///< the tag of the tracked deletion met last
   std::vector<Step> steps_;
   Open fieldOpen_;  ///< of the simple field just met, before it is opened
   std::vector<FieldState> fields_;
@@ -221,6 +249,7 @@ class Rewriter : private BodyEvents {
   std::string carriedBlocks_;
   std::string carried_;
   bool carriesText_ = false;  ///< not only markers
+  bool carriesBreak_ = false;
   std::vector<Waiting> waiting_;
 };
 

@@ -1,5 +1,10 @@
 // Paragraphs: divided by new marks, and merged where marks go.
+#include "control_properties.h"
+#include "fragment.h"
 #include "rewriter.h"
+
+#include <algorithm>
+#include <utility>
 
 namespace pluvo::docx {
 
@@ -37,6 +42,13 @@ void Rewriter::writeCarried() {
   output_.text() += carried_;
   carried_.clear();
   carriesText_ = false;
+  settleCarriedBreaks();
+}
+
+void Rewriter::settleCarriedBreaks() {
+  if (!carriesBreak_) return;
+  for (Open& around : opens_) around.breaksLines = true;
+  carriesBreak_ = false;
 }
 
 /// Makes room for content in an element that has none.
@@ -51,14 +63,14 @@ void Rewriter::expand(Open& open) {
 }
 
 /// A new mark: ends the paragraph here and begins the rest of it. No run is open.
-void Rewriter::divideParagraph(std::uint8_t markColour) {
+void Rewriter::divideParagraph(std::uint8_t markColour, bool markDeleted) {
   closeInlines(paragraph_ + 1);
   writeCarried();
   Open& open = paragraph();
   std::string& out = output_.text();
   const std::string properties(output_.source(open.properties.whole));
   const std::string front =
-      withMarkLike(forSplitOffParagraph(properties), markup(), markColour, run_.properties);
+      forNewMark(forSplitOffParagraph(properties), markColour, markDeleted, run_.properties);
   if (front != properties) replaceHeader(headerOf(open, front));
   out += "</" + std::string(qualifiedName(open.tag)) + ">";
   open.splitOff = true;
@@ -67,6 +79,16 @@ void Rewriter::divideParagraph(std::uint8_t markColour) {
   open.outInner = out.size();
   opens_[paragraph_ - 1].kept = true;
   openInlines(paragraph_ + 1);
+}
+
+/// The properties of a paragraph that a new mark ends.
+std::string Rewriter::forNewMark(std::string properties, std::uint8_t colour, bool deleted,
+                                 std::string_view runProperties) {
+  properties = withMarkLike(properties, markup(), colour, runProperties);
+  if (!deleted) return properties;
+  std::string deletion = deletionTag();
+  deletion.insert(deletion.size() - 1, 1, '/');
+  return withMarkDeletion(properties, markup(), deletion);
 }
 
 void Rewriter::closeInlines(std::size_t from) {
@@ -108,21 +130,23 @@ void Rewriter::openInlines(std::size_t from) {
 
 std::string Rewriter::reopeningTag(std::size_t index) {
   const Open& open = opens_[index];
+  if (open.tag.name == Name::r || open.tag.name == Name::ruby)
+    return identifiers_.withFreshIds(
+        output_.source(open.tag.extent.begin, opens_[index + 1].tag.extent.begin));
   const bool isControl = open.tag.name == Name::sdt && index + 1 < opens_.size();
   if (!isControl) return identifiers_.withFreshIds(output_.source(open.tag.extent));
   // A content control is known by its id; the copy must not share it.
   std::string tag(output_.source(open.tag.extent));
-  tag += withoutBinding(output_.source(open.inner, open.content));
-  const std::string prefix(qualifiedName(open.tag).substr(0, qualifiedName(open.tag).find(':') + 1));
-  const std::size_t id = tag.find("<" + prefix + "id ");
-  if (id != std::string::npos) tag.erase(id, tag.find('>', id) + 1 - id);
+  tag +=
+      withoutIdentity(forChangedText(output_.source(open.inner, open.content), markup(), open.breaksLines));
   return identifiers_.withFreshIds(tag);
 }
 
 std::string Rewriter::headerOf(const Open& open, const std::string& properties) const {
   if (open.tag.extent.empty()) return markup().tag("p") + ">";
   const std::string_view tag = output_.source(open.tag.extent);
-  return (open.splitOff ? startTagWithout(tag, "paraId", "textId") : openedTag(tag)) + properties;
+  return openedTag(open.splitOff ? startTagWithout(tag, {"paraId", "textId"}) : std::string(tag)) +
+         properties;
 }
 
 /// The start of a paragraph like this one, for text that is split off it.
@@ -146,9 +170,11 @@ void Rewriter::paragraphMark(Extent endTag) {
   if (removedTables_ > 0) {
     run_.ownProperties = runPropertiesOfMark(output_.source(removedParagraph_.properties.whole));
     run_.properties = run_.ownProperties;
+    noteDeletion(removedParagraph_);
     return collectInRemovedTable(position + 1);
   }
   enterParagraphContent();
+  noteDeletion(paragraph());
   markDropped_ = false;
   script_.take(position + 1, [&](const Step& step) {
     Open& open = paragraph();
@@ -162,7 +188,7 @@ void Rewriter::paragraphMark(Extent endTag) {
         break;
       case Step::Kind::put:
         if (step.behind) {
-          waiting_.push_back({step, runPropertiesOfMark(properties), headerOfSplitOff(open)});
+          wait(step, runPropertiesOfMark(properties), headerOfSplitOff(open));
           break;
         }
         expand(open);
@@ -173,6 +199,12 @@ void Rewriter::paragraphMark(Extent endTag) {
         break;
     }
   });
+}
+
+/// Deleted text beside a deleted mark takes after that.
+void Rewriter::noteDeletion(const Open& paragraph) {
+  if (paragraph.properties.look.deleted)
+    deletion_ = deletionOfMark(output_.source(paragraph.properties.whole));
 }
 
 void Rewriter::keepParagraph(Extent endTag) {
@@ -200,12 +232,13 @@ void Rewriter::mergeParagraph(Extent endTag) {
   const bool hasContent = !open.tag.empty || open.expanded;
   copyTo(hasContent ? endTag.begin : open.tag.extent.begin);
   carriesText_ = carriesText_ || open.kept;
+  carriesBreak_ = carriesBreak_ || open.breaksLines;
   if (open.behindCarried) {
     output_.comeBack();
   } else {
     std::string& out = output_.text();
-    if (hasContent && out.find('<', open.outInner) != std::string::npos)
-      carried_ += out.substr(open.outInner);
+    const std::string_view content = std::string_view(out).substr(hasContent ? open.outInner : out.size());
+    if (nextElement(content, 0) != std::string_view::npos) carried_ += content;
     out.resize(open.outBegin);
   }
   output_.leaveOutTo(endTag.end);
@@ -219,7 +252,7 @@ void Rewriter::missingParagraph(Name, Extent endTag) {
   if (removedTables_ > 0) return collectInRemovedTable(position + 1);
   std::vector<Waiting> behind;
   script_.take(position + 1, [&](const Step& step) {
-    if (step.kind == Step::Kind::put) (step.behind ? behind : waiting_).push_back({step, {}, {}});
+    if (step.kind == Step::Kind::put) (step.behind ? behind : waiting_).push_back({step, {}, {}, deletion_});
   });
   Open& container = opens_.back();
   if (container.lost || !waiting_.empty() || !carried_.empty() || !carriedBlocks_.empty()) {
@@ -230,6 +263,7 @@ void Rewriter::missingParagraph(Name, Extent endTag) {
     carriedBlocks_.clear();
     carried_.clear();
     carriesText_ = false;
+    settleCarriedBreaks();
   }
   waiting_ = std::move(behind);
 }
@@ -238,11 +272,11 @@ void Rewriter::rowMark(Extent) {
   const Position position = walker_.position();
   if (removedTables_ > 0) return collectInRemovedTable(position + 1);
   script_.take(position + 1, [&](const Step& step) {
-    if (step.kind == Step::Kind::put) waiting_.push_back({step, {}, {}});
+    if (step.kind == Step::Kind::put) wait(step);
   });
 }
 
-std::vector<Rewriter::Line> Rewriter::lines(const Step& put, const std::string& runProperties) const {
+std::vector<Rewriter::Line> Rewriter::lines(const Step& put, const std::string& runProperties) {
   std::vector<Line> result;
   std::size_t from = 0;
   while (true) {
@@ -251,36 +285,54 @@ std::vector<Rewriter::Line> Rewriter::lines(const Step& put, const std::string& 
     const Position at = put.at + static_cast<Position>(from);
     result.push_back({runs(put.units.substr(from, to - from), at, runProperties)});
     if (mark == std::u16string_view::npos) return result;
-    result.back().markColour = model_.highlight().valueAt(put.at + static_cast<Position>(mark));
+    const Position markAt = put.at + static_cast<Position>(mark);
+    result.back().markColour = model_.highlight().valueAt(markAt);
+    result.back().markDeleted = model_.structure().valueAt(markAt).deleted;
     from = mark + 1;
   }
+}
+
+void Rewriter::wait(const Step& step, std::string runProperties, Header header) {
+  waiting_.push_back({step, std::move(runProperties), std::move(header), deletion_});
 }
 
 /// Text waiting for the next paragraph joins what is carried there; its own paragraphs come before it.
 void Rewriter::placeWaiting(const Header& header) {
   for (const Waiting& waiting : waiting_) {
+    holdLineBreaks(waiting.put.units);
+    const std::string_view deletion = std::exchange(deletion_, waiting.deletion);
     const std::vector<Line> all = lines(waiting.put, waiting.runProperties);
     const Header& own = waiting.header.tag.empty() ? header : waiting.header;
     for (std::size_t i = 0; i + 1 < all.size(); ++i) {
       carriedBlocks_ +=
-          own.tag + withMarkLike(own.properties, markup(), all[i].markColour, waiting.runProperties);
+          own.tag + forNewMark(own.properties, all[i].markColour, all[i].markDeleted, waiting.runProperties);
       carriedBlocks_ += carried_ + all[i].runs;
       carriedBlocks_ += markup().endTag("p");
       carried_.clear();
+      carriesText_ = false;
     }
     carried_ += all.back().runs;
     carriesText_ = carriesText_ || !all.back().runs.empty();
+    deletion_ = deletion;
   }
   waiting_.clear();
 }
 
-/// Text that ends with a mark of its own stays outside a table behind it; other text joins its first
-/// paragraph.
-void Rewriter::placeBlocksBeforeTable(const Tag& table) {
-  const bool wholeParagraphs = !waiting_.empty() && waiting_.back().put.units.back() == text::kParagraphMark;
-  if (wholeParagraphs) placeWaiting(plainHeader());
+/// Text that ends with a mark of its own stays outside a table or control behind it; other text joins its
+/// first paragraph.
+void Rewriter::placeWholeParagraphs() {
+  const auto last = std::find_if(waiting_.rbegin(), waiting_.rend(), [](const Waiting& waiting) {
+    return waiting.put.units.back() == text::kParagraphMark;
+  });
+  std::vector<Waiting> others(last.base(), waiting_.end());
+  waiting_.erase(last.base(), waiting_.end());
+  if (!waiting_.empty()) placeWaiting(plainHeader());
+  waiting_ = std::move(others);
+}
+
+void Rewriter::placeBlocksBefore(const Tag& tag) {
   if (carriesText_ || carriedBlocks_.empty()) return;
-  copyTo(table.extent.begin);
+  copyTo(tag.extent.begin);
   output_.text() += carriedBlocks_;
   carriedBlocks_.clear();
   opens_.back().kept = true;
@@ -290,7 +342,7 @@ void Rewriter::placeBlocksBeforeTable(const Tag& table) {
 void Rewriter::collectInRemovedTable(Position end) {
   script_.take(end, [&](const Step& step) {
     if (step.kind != Step::Kind::put) return;
-    waiting_.push_back({step, std::string(run_.properties), headerOfSplitOff(removedParagraph_)});
+    wait(step, std::string(run_.properties), headerOfSplitOff(removedParagraph_));
     placeWaiting(plainHeader());
   });
 }

@@ -29,6 +29,20 @@ void Rewriter::forEachColour(Position at, std::u16string_view units, Visit visit
   }
 }
 
+/// Visits the stretches that are deleted and those that are not: visit(from, count, deleted).
+template <class Visit>
+void Rewriter::forEachFate(Position at, std::u16string_view units, Visit visit) const {
+  const Position end = at + static_cast<Position>(units.size());
+  for (Position from = at; from < end;) {
+    const auto first = model_.structure().runAt(from);
+    Position to = std::min(first.to, end);
+    while (to < end && model_.structure().valueAt(to).deleted == first.value.deleted)
+      to = std::min(model_.structure().runEnd(to), end);
+    visit(static_cast<std::size_t>(from - at), static_cast<std::size_t>(to - from), first.value.deleted);
+    from = to;
+  }
+}
+
 void Rewriter::beginRun(const Tag& tag) {
   run_ = {};
   run_.active = true;
@@ -78,6 +92,7 @@ void Rewriter::text(const TextElement& element) {
   touchRun();
   passBytesBefore(element.extent);
   output_.leaveOutTo(element.extent.end);
+  leadingBlanks_ = element.leading;
   const std::string ownTag = element.tag.empty() ? markup().element + "t" : std::string();
   for (const Step& step : steps_) {
     if (step.kind == Step::Kind::put) put(step);
@@ -95,7 +110,11 @@ void Rewriter::text(const TextElement& element) {
       write(kept.substr(at, size), colour, tag);
     });
   }
+  const bool hasTail = !element.trailing.empty() && run_.openColour && pendingText_.empty();
+  trailingBlanks_ = element.trailing;
+  if (hasTail) appendBlankElement(output_.text(), element.tag, element.trailing);
   flushText();
+  leadingBlanks_ = trailingBlanks_ = {};
 }
 
 void Rewriter::character(char16_t unit, Extent extent, Name name, std::string_view) {
@@ -116,6 +135,7 @@ void Rewriter::character(char16_t unit, Extent extent, Name name, std::string_vi
         }
         break;
       case Step::Kind::keep:
+        paragraph().breaksLines = paragraph().breaksLines || unit == text::kLineBreak;
         keepElement(extent, model_.highlight().valueAt(step.at));
         break;
       case Step::Kind::drop:
@@ -165,8 +185,7 @@ void Rewriter::formula(const Formula& formula) {
 
 void Rewriter::highlightFormula(const Formula& formula, std::uint8_t colour) {
   const Markup& written = markup();
-  const std::string_view name = output_.source(formula.extent).substr(1);
-  const bool mathPrefixed = name.find(':') < name.find_first_of(" \t\r\n/>");
+  const bool mathPrefixed = qualifiedName({Name::oMath, formula.extent}).find(':') != std::string_view::npos;
   // Without prefixes the names of the two vocabularies could not be told apart.
   if (colour == formula.look.highlight || (written.element.empty() && !mathPrefixed)) return;
   opens_.back().touched = true;
@@ -195,6 +214,7 @@ void Rewriter::ensureRun(std::uint8_t colour) {
   interruptRun();
   std::string& out = output_.text();
   const Markup& written = markup();
+  if (wrapsDeleted_) out += deletionTag();
   if (run_.isNew) {
     out.append("<").append(written.element).append("r>");
   } else {
@@ -203,7 +223,7 @@ void Rewriter::ensureRun(std::uint8_t colour) {
   const bool asItWas = colour == run_.colour && !run_.isNew;
   const std::string_view properties =
       asItWas ? run_.properties : highlighted_.of(run_.properties, written, colour);
-  if ((run_.headerWritten || run_.isNew) && properties.find("Change") != std::string_view::npos) {
+  if (run_.isNew || (run_.headerWritten && run_.numbered)) {
     out += identifiers_.withFreshIds(properties);
   } else {
     out += properties;
@@ -219,6 +239,7 @@ void Rewriter::interruptRun() {
   flushText();
   if (!run_.openColour) return;
   output_.text().append("</").append(markup().element).append("r>");
+  if (wrapsDeleted_) output_.text() += markup().endTag("del");
   run_.openColour.reset();
 }
 
@@ -256,31 +277,68 @@ void Rewriter::passBytesBefore(Extent extent) {
   }
 }
 
-/// Writes new text into the run at hand, or beside it where it is tracked as deleted: what is new is not
-/// deleted.
+/// Writes new text into the run at hand, or beside it where it may not stand there.
 void Rewriter::put(const Step& step) {
   opens_.back().touched = opens_.back().textChanged = true;
-  const std::string tag = markup().element + (inCode() ? "instrText" : "t");
+  holdLineBreaks(step.units);
+  if (!map_.hasDeletions) return putPart(step, false);
+  forEachFate(step.at, step.units, [&](std::size_t at, std::size_t count, bool deleted) {
+    Step part = step;
+    part.at += static_cast<Position>(at);
+    part.units = step.units.substr(at, count);
+    putPart(part, deleted);
+  });
+}
+
+/// Living text leaves a tracked deletion, and deleted text that stands in none brings one along.
+void Rewriter::putPart(const Step& step, bool deleted) {
+  const std::size_t deletion = trackedDeletion();
+  std::size_t outside = guideToLeave(step);
+  if (!deleted) outside = std::min(outside, deletion);
+  const bool stays = deletion < outside;
+  const bool moves = stays && opens_[deletion].tag.name == Name::moveFrom;
+  std::string tag = markup().element;
+  tag += textName(deleted && !moves);
+  const bool alone = deleted && !stays;
+  if (alone) interruptRun();
+  putsDeleted_ = deleted;
+  wrapsDeleted_ = alone;
   const auto writeAll = [&] {
     forEachColour(step.at, step.units, [&](std::size_t at, std::size_t count, std::uint8_t colour) {
       write(step.units.substr(at, count), colour, tag);
     });
+    if (alone) interruptRun();
+    putsDeleted_ = wrapsDeleted_ = false;
   };
-  const std::size_t deletion = trackedDeletion();
-  if (deletion == opens_.size()) return writeAll();
+  if (outside == opens_.size()) return writeAll();
 
   interruptRun();
-  closeInlines(deletion);
+  closeInlines(outside);
   std::vector<bool> bare;
-  for (std::size_t i = deletion; i < opens_.size(); ++i) {
+  for (std::size_t i = outside; i < opens_.size(); ++i) {
     bare.push_back(opens_[i].bare);
     opens_[i].bare = true;
   }
   writeAll();
   interruptRun();
-  for (std::size_t i = deletion; i < opens_.size(); ++i) opens_[i].bare = bare[i - deletion];
-  opens_[deletion - 1].kept = true;
-  openInlines(deletion);
+  for (std::size_t i = outside; i < opens_.size(); ++i) opens_[i].bare = bare[i - outside];
+  opens_[outside - 1].kept = true;
+  openInlines(outside);
+}
+
+std::string_view Rewriter::textName(bool deleted) const {
+  if (inCode()) return deleted ? "delInstrText" : "instrText";
+  return deleted ? "delText" : "t";
+}
+
+/// The start tag of a tracked deletion like the one met last.
+std::string Rewriter::deletionTag() {
+  std::string attributes = attributesOf(deletion_);
+  if (attributes.empty()) {
+    const std::string& prefix = markup().attribute;
+    attributes = markup().declaration + " " + prefix + "id=\"0\" " + prefix + "author=\"\"";
+  }
+  return identifiers_.withFreshIds(markup().tag("del") + attributes + ">");
 }
 
 void Rewriter::write(std::u16string_view units, std::uint8_t colour, std::string_view tag) {
@@ -299,7 +357,7 @@ void Rewriter::write(std::u16string_view units, std::uint8_t colour, std::string
 void Rewriter::writeAlone(char16_t unit, std::uint8_t colour) {
   if (unit == text::kParagraphMark) {
     interruptRun();
-    divideParagraph(colour);
+    divideParagraph(colour, putsDeleted_);
     return;
   }
   ensureRun(colour);
@@ -325,19 +383,26 @@ void Rewriter::beginText(std::uint8_t colour, std::string_view tag) {
 
 void Rewriter::flushText() {
   if (pendingText_.empty()) return;
-  appendTextElement(output_.text(), pendingTag_, pendingText_);
+  appendTextElement(output_.text(), pendingTag_, pendingText_, leadingBlanks_, trailingBlanks_);
   pendingText_.clear();
+  leadingBlanks_ = trailingBlanks_ = {};
 }
 
 /// New text without paragraph marks as runs of its own.
-std::string Rewriter::runs(std::u16string_view units, Position at, const std::string& runProperties) const {
+std::string Rewriter::runs(std::u16string_view units, Position at, const std::string& runProperties) {
   std::string result;
   const Markup written = markup();
-  const std::string tag = written.element + (inCode() ? "instrText" : "t");
-  forEachColour(at, units, [&](std::size_t from, std::size_t count, std::uint8_t c) {
-    result += written.tag("r") + ">" + withHighlight(runProperties, written, c);
-    appendContent(result, units.substr(from, count), tag, written);
-    result += written.endTag("r");
+  forEachFate(at, units, [&](std::size_t begin, std::size_t size, bool deleted) {
+    const std::u16string_view part = units.substr(begin, size);
+    const std::string tag = written.element + std::string(textName(deleted));
+    if (deleted) result += deletionTag();
+    forEachColour(at + static_cast<Position>(begin), part,
+                  [&](std::size_t from, std::size_t count, std::uint8_t c) {
+                    result += written.tag("r") + ">" + withHighlight(runProperties, written, c);
+                    appendContent(result, part.substr(from, count), tag, written);
+                    result += written.endTag("r");
+                  });
+    if (deleted) result += written.endTag("del");
   });
   return result;
 }

@@ -63,11 +63,22 @@ void appendText(std::string& out, std::u16string_view units) {
   xml::appendEscapedText(out, units);
 }
 
-void appendTextElement(std::string& out, std::string_view tag, std::string_view text) {
+void appendBlankElement(std::string& out, std::string_view tag, std::string_view blanks) {
+  if (!blanks.empty())
+    out.append("<").append(tag).append(">").append(blanks).append("</").append(tag).append(">");
+}
+
+void appendTextElement(std::string& out, std::string_view tag, std::string_view text,
+                       std::string_view leading, std::string_view trailing) {
   const auto isBlank = [](char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; };
   const bool hasBlankEdge = isBlank(text.front()) || isBlank(text.back());
+  if (hasBlankEdge) appendBlankElement(out, tag, leading);
   out.append("<").append(tag).append(hasBlankEdge ? " xml:space=\"preserve\">" : ">");
-  out.append(text).append("</").append(tag).append(">");
+  if (!hasBlankEdge) out.append(leading);
+  out.append(text);
+  if (!hasBlankEdge) out.append(trailing);
+  out.append("</").append(tag).append(">");
+  if (hasBlankEdge) appendBlankElement(out, tag, trailing);
 }
 
 void appendContent(std::string& out, std::u16string_view units, std::string_view tag, const Markup& markup) {

@@ -19,8 +19,11 @@ inline bool isLow(char16_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
 /// Text as it is written in an element. Throws DocumentError (encoding) for half a surrogate pair.
 void appendText(std::string& out, std::u16string_view units);
 
-/// The element around text so written; tag is its qualified name.
-void appendTextElement(std::string& out, std::string_view tag, std::string_view text);
+/// The element around text so written; tag is its qualified name. Blanks that are no text come along and are
+/// none here either.
+void appendTextElement(std::string& out, std::string_view tag, std::string_view text,
+                       std::string_view leading = {}, std::string_view trailing = {});
+void appendBlankElement(std::string& out, std::string_view tag, std::string_view blanks);
 
 /// Everything a run holds for this text, which has no paragraph marks.
 void appendContent(std::string& out, std::u16string_view units, std::string_view tag, const Markup& markup);

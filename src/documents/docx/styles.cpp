@@ -58,6 +58,17 @@ Styles::Styles(files::ByteSpan part, const std::string& partName) {
   }
 }
 
+std::string styleNamed(files::ByteSpan part, const std::string& partName, std::string_view name) {
+  xml::Scanner scanner(part, vocabulary(), partName);
+  std::string id;
+  for (Token token = scanner.next(); token != Token::finish; token = scanner.next()) {
+    if (token != Token::start && token != Token::empty) continue;
+    if (nameOf(scanner) == Name::style) id = valueOf(scanner, Name::styleId);
+    if (nameOf(scanner) == Name::name && valueOf(scanner, Name::val) == name) return id;
+  }
+  return {};
+}
+
 bool Styles::hides(const RunLook& look, const std::string& paragraphStyle) const {
   if (look.hidden != RunLook::Hidden::inherited) return look.hidden == RunLook::Hidden::yes;
   if (!any_) return false;

@@ -29,4 +29,7 @@ class Styles {
   bool any_ = false;
 };
 
+/// The id of the style that a document knows by this name; empty where it has none.
+std::string styleNamed(files::ByteSpan part, const std::string& partName, std::string_view name);
+
 }  // namespace pluvo::docx

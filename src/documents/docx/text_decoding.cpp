@@ -38,6 +38,13 @@ std::string_view withoutOuterBlanks(std::string_view printable) {
   return printable.substr(0, printable.find_last_not_of(' ') + 1);
 }
 
+void outerBlanks(std::string_view bytes, std::string_view& leading, std::string_view& trailing) {
+  constexpr std::string_view kBlanks = " \t\r\n";
+  leading = bytes.substr(0, std::min(bytes.find_first_not_of(kBlanks), bytes.size()));
+  const std::size_t last = bytes.find_last_not_of(kBlanks);
+  trailing = bytes.substr(last == std::string_view::npos ? bytes.size() : last + 1);
+}
+
 void appendCodePoint(std::u16string& units, char32_t c) {
   if (c >= 0x10000) {
     units.push_back(static_cast<char16_t>(0xD7C0 + (c >> 10U)));

@@ -17,6 +17,9 @@ bool isPrintableAscii(std::string_view bytes);
 /// Without the blanks at both ends.
 std::string_view withoutOuterBlanks(std::string_view printable);
 
+/// The blanks with which the bytes of a text begin and end; it is not all blanks.
+void outerBlanks(std::string_view bytes, std::string_view& leading, std::string_view& trailing);
+
 /// Takes the blanks at both ends away, and from the bytes, when there are any, those that stand for them.
 void trimBlanks(std::u16string& units, std::string_view& bytes);
 

@@ -29,6 +29,14 @@ const std::pair<const char*, const char*> kForbidden[] = {
     {"a row without cell", "//tr[not(.//tc)]"},
     {"a table without row", "//tbl[not(.//tr)]"},
     {"an empty content control", "//sdtContent[not(*)]"},
+    {"a control for plain text with several paragraphs",
+     "//sdt[sdtPr[text or date or comboBox or dropDownList]][count(sdtContent//p) > 1]"},
+    {"a line break in a control of one line",
+     "//sdt[sdtPr/text[not(@multiLine = '1' or @multiLine = 'true' or @multiLine = 'on')]]"
+     "/sdtContent//br[not(@type)]"},
+    {"a placeholder's look in a control that shows none",
+     "//sdt[sdtPr[not(showingPlcHdr)]]/sdtContent//rStyle[@val = 'PlaceholderText']"
+     "[not(ancestor::sdt[1]/sdtPr/showingPlcHdr)]"},
     {"an empty wrapper", "//p/hyperlink[not(*)] | //p/ins[not(*)]"},
     {"properties that are not first",
      "(//p/pPr | //r/rPr | //tc/tcPr | //tbl/tblPr)"
@@ -56,6 +64,12 @@ const Names kRunProperties = namesIn(
     "bdr shd fitText vertAlign rtl cs em lang eastAsianLayout specVanish oMath rPrChange");
 const Names kParagraphTail = {"rPr", "sectPr", "pPrChange"};
 
+struct Control {
+  std::string text;
+  std::string values;  ///< what it says of its text
+};
+using Controls = std::map<std::string, Control>;
+
 std::string localOf(const std::string& name) { return name.substr(name.find(':') + 1); }
 
 /// Takes prefixes off, and away what stands in markup that is looked at from outside only.
@@ -77,6 +91,21 @@ void simplify(xml_node node) {
 class Checker {
  public:
   explicit Checker(const files::Bytes& document) : archive_(archive::Archive::open(document)) {}
+
+  Controls controls() {
+    Controls all;
+    const pugi::xml_document story = parsed("word/document.xml");
+    for (const auto& found : story.select_nodes("//sdt[sdtPr/id]")) {
+      Control control;
+      for (const auto& text : inOrder(found.node(), "sdtContent//t | sdtContent//delText"))
+        control.text += text.node().text().get();
+      for (const auto& value : found.node().select_nodes(
+               "sdtPr/dataBinding | sdtPr/showingPlcHdr | sdtPr/*[@fullDate or @lastValue]"))
+        control.values += std::string(value.node().name()) + " ";
+      all[found.node().select_node("sdtPr/id/@val").attribute().value()] = control;
+    }
+    return all;
+  }
 
   Faults check() {
     for (const archive::Member& member : archive_.members()) {
@@ -206,6 +235,17 @@ class Checker {
 }  // namespace
 
 Faults faultsOf(const files::Bytes& document) { return Checker(document).check(); }
+
+std::string valuesDenied(const files::Bytes& before, const files::Bytes& after) {
+  const Controls old = Checker(before).controls();
+  std::string out;
+  for (const auto& [id, control] : Checker(after).controls()) {
+    const auto was = old.find(id);
+    if (was != old.end() && was->second.text != control.text && !control.values.empty())
+      out += id + " keeps " + control.values + "; ";
+  }
+  return out;
+}
 
 std::string worsened(const Faults& before, const Faults& after) {
   std::string out;

@@ -17,4 +17,7 @@ Faults faultsOf(const files::Bytes& document);
 /// of its own that an edit divides has it twice.)
 std::string worsened(const Faults& before, const Faults& after);
 
+/// The controls that say something of their text that an edit of it has made untrue.
+std::string valuesDenied(const files::Bytes& before, const files::Bytes& after);
+
 }  // namespace pluvo::docx

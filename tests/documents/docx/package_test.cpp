@@ -108,6 +108,19 @@ TEST(Package, charactersThatXmlCannotHoldAreRefused) {
   EXPECT_THAT(opened.source->refusesText(std::u16string(1, 0xD83D)).value(), HasSubstr("U+D83D"));
 }
 
+TEST(Package, newAttributesAreOfTheDocumentsOwnNamespace) {
+  for (const char* space : {"http://purl.oclc.org/ooxml/wordprocessingml/main",
+                            "http://schemas.openxmlformats.org/wordprocessingml/2006/main"}) {
+    const std::string xml =
+        "<document xmlns=\"" + std::string(space) + "\"><!--" + std::string(5000, ' ') +
+        "http://purl.oclc.org/ooxml/wordprocessingml/main--><body><p><r><t>x</t></r></p></body></document>";
+    Opened opened = open(documentOf("", {{"word/document.xml", xml}}));
+    opened.model.highlight({0, 1}, 7);
+    EXPECT_THAT(part(opened.written(), "word/document.xml"),
+                HasSubstr("<highlight xmlns:w=\"" + std::string(space) + "\" w:val=\"yellow\"/>"));
+  }
+}
+
 TEST(Package, anotherEncodingIsKept) {
   std::string wide = "\xFF\xFE";
   for (const char c : mainPartOf(p(run("x")))) wide += {c, '\0'};

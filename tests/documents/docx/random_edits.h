@@ -1,6 +1,8 @@
 #pragma once
 
+#include "errors/fault.h"
 #include "model/model.h"
+#include "word/faults.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -36,21 +38,26 @@ inline void editBySeed(model::Model& model, const EditSeed& seed) {
     return (model.visibility().valueAt(p) & text::kInResults) != 0;
   };
   if (!isShown(from) || !isShown(std::max(behind - 1, from))) return;
-  switch (seed.kind % 5) {
-    case 0:
-      model.replace(span, text, text::View::results);
-      break;
-    case 1:
-      model.insertBefore(span.from, text);
-      break;
-    case 2:
-      model.insertBehind(behind, text);
-      break;
-    case 3:
-      model.replace(span, {}, text::View::results);
-      break;
-    default:
-      model.highlight(span, static_cast<std::uint8_t>(seed.text % 17));
+  // A lock may refuse any of them.
+  try {
+    switch (seed.kind % 5) {
+      case 0:
+        model.replace(span, text, text::View::results);
+        break;
+      case 1:
+        model.insertBefore(span.from, text);
+        break;
+      case 2:
+        model.insertBehind(behind, text);
+        break;
+      case 3:
+        model.replace(span, {}, text::View::results);
+        break;
+      default:
+        model.highlight(span, static_cast<std::uint8_t>(seed.text % 17));
+    }
+  } catch (const errors::Fault& refusal) {
+    if (refusal.number != word::kCommandFailed) throw;
   }
 }
 

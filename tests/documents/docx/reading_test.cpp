@@ -22,6 +22,10 @@ void expectTexts(const std::vector<ReadCase>& cases) {
 TEST(Reading, textIsWhatStandsInRuns) {
   expectTexts({{"{[a][<b/>|b]}{}<p/>{[c]}", "ab¶¶¶c¶"},
                {"{<r><t> a b </t><t xml:space='preserve'> c </t></r>}", "a b c ¶"},
+               {"<sdt xml:space='preserve'><sdtContent>{<r><t>one </t><t xml:space='default'> t "
+                "</t></r>}</sdtContent>"
+                "</sdt>{<r xml:space='preserve'><t> a </t></r><r><t> b </t></r>}",
+                "one t¶ a b¶"},
                {"{[a\r\nb\nc&#13;d\te]}", "a b c d\te¶"},
                {"{<r><t>&amp;&lt;&#x41;&#128512;<![CDATA[<&>]]><!--no-->é€😀</t></r>}", "&\\<A😀\\<&\\>é€😀¶"},
                {"{<r><t>a</t><tab/><ptab/><br/><cr/><br type='page'/><br "
@@ -48,7 +52,7 @@ TEST(Reading, seesThroughWhatHoldsRuns) {
         "linktagbd¶"},
        {"{<ins id='1'>[in]</ins><del id='2'><r><delText>out</delText></r></del><moveFrom "
         "id='3'>[from]</moveFrom><moveTo id='4'>[to]</moveTo>}",
-        "inoutfromto¶"},
+        "in<d:outfrom>to¶"},
        {"<sdt><sdtPr><rPr><vanish/></rPr></sdtPr><sdtContent>{<sdt><sdtContent>[x]</sdtContent></sdt>}</"
         "sdtContent></sdt><customXml>{[y]}</customXml>",
         "x¶y¶"},
@@ -60,6 +64,14 @@ TEST(Reading, seesThroughWhatHoldsRuns) {
        {"{<r><A><mc:Choice "
         "Requires='new'><new:smile/></mc:Choice><mc:Fallback><t>:)</t></mc:Fallback></A></r>}",
         ":)¶"},
+       {"{<r><rPr/><ruby><rubyPr/><rt>[guide]</rt><rubyBase>[<b/>|ba]<del "
+        "id='1'>[s]</del>[e]</rubyBase></ruby></r>}",
+        "ba<d:s>e¶"},
+       {"{[<vanish/>|a]<r><rPr><vanish/></rPr><ruby><rubyBase>[b]</rubyBase></ruby></r>}", "<h:ab>¶"},
+       {"{<r><t>a</t><ruby><rubyBase>[b]</rubyBase></ruby></r><r><ruby><rubyBase>[b]</rubyBase></ruby><t>c</"
+        "t></r>}",
+        "a\x01\x01"
+        "c¶"},
        {"{<A><mc:Choice Requires='w14 w15'>[yes]</mc:Choice><mc:Choice "
         "Requires='wps'>[too]</mc:Choice><mc:Fallback>[no]</mc:Fallback></A>}",
         "yes¶"}});

@@ -44,6 +44,7 @@ files::Bytes expectSound(const files::Bytes& before, Opened& opened) {
   Opened again = open(written);
   EXPECT_EQ(storable(again.model), storable(opened.model));
   EXPECT_EQ(worsened(faultsOf(before), faultsOf(written)), "");
+  EXPECT_EQ(valuesDenied(before, written), "");
   const archive::Archive old = archive::Archive::open(before);
   const archive::Archive made = archive::Archive::open(written);
   for (const archive::Member& member : old.members()) {
@@ -81,6 +82,34 @@ TEST(Samples, anyProgramOfEditsIsReadBackAsItWasMeant) {
       expectSound(document, opened);
       if (HasFailure()) return;
     }
+  }
+}
+
+/// Controls of every kind at every level, deletions within and around them, and guided text.
+TEST(Samples, soIsWhateverIsDoneToControlsAndDeletions) {
+  const std::string plain = "<sdt><sdtPr><id val='_'/><dataBinding xpath='/'/><text/></sdtPr><sdtContent>";
+  const std::string rich = "<sdt><sdtPr><id val='_'/></sdtPr><sdtContent>";
+  const std::string locked = "<sdt><sdtPr><id val='_'/><lock val='sdtContentLocked'/></sdtPr><sdtContent>";
+  const std::string end = "</sdtContent></sdt>";
+  const std::string gone = "<del id='_' author='A'><r><delText>gone</delText></r></del>";
+  const std::string mark = "<pPr><rPr><del id='_' author='A'/></rPr></pPr>";
+  const std::string guided = "<r><ruby><rubyPr/><rt>[guide]</rt><rubyBase>[base]</rubyBase></ruby></r>";
+  std::string body = "{[one ]" + plain + "[two" + "]" + gone + end + "[three]}{" + mark + gone + "}" + plain +
+                     "{[four]" + rich + guided + "[five]" + end + "}" + end + "{" + gone + guided + gone +
+                     "}" + rich + "{[six]}{" + mark + "<r><t>seven</t><br/></r>}" + plain + "{[eight]}" +
+                     end + end + plain + "{[ten]}" + end + "<T>" + plain + "<tc>{[eleven]" + gone + "}</tc>" +
+                     end + "<tc>" + plain + "{[twelve]}" + end + "{}</tc></T>{" + locked + "[thirteen]" +
+                     end + "[fourteen]}" + locked + "{[fifteen]}" + end + "{" + gone + "}{}";
+  int id = 0;
+  for (std::size_t at = 0; (at = body.find('_', at)) != body.npos;) body.replace(at, 1, std::to_string(++id));
+  const files::Bytes document = documentOf(wml(body));
+  ASSERT_EQ(faultsOf(document), Faults());
+  for (unsigned seed = 1; seed <= 1500; ++seed) {
+    SCOPED_TRACE(seed);
+    Opened opened = open(document);
+    editAtRandom(opened.model, seed);
+    expectSound(document, opened);
+    if (HasFailure()) return;
   }
 }
 
@@ -153,6 +182,11 @@ void leave(const std::string& name, const files::Bytes& written, const model::Mo
   std::ofstream(path.string() + ".txt", std::ios::binary) << errors::utf8(shown);
 }
 
+bool isLocked(const model::Model& model, text::Position position) {
+  const std::int32_t control = model.structure().valueAt(position).control;
+  return control != model::kNone && model.controls()[static_cast<std::size_t>(control)].contentLocked;
+}
+
 TEST(Corpus, isReadBackAsItWasMeantUnchangedHighlightedAndEdited) {
   const auto corpus = store::wordCorpus();
   if (corpus.empty()) GTEST_SKIP() << store::kNoCorpus;
@@ -171,7 +205,7 @@ TEST(Corpus, isReadBackAsItWasMeantUnchangedHighlightedAndEdited) {
       model::Model& model = opened->model;
       for (text::Position i = 0; treatment == 1 && i < std::min(model.length(), 5000); ++i) {
         const bool shown = (model.visibility().valueAt(i) & text::kInResults) != 0;
-        if (shown && model.text().at(i) == u'e') model.highlight({i, i + 1}, 7);
+        if (shown && model.text().at(i) == u'e' && !isLocked(model, i)) model.highlight({i, i + 1}, 7);
       }
       if (treatment == 2) editAtRandom(model, 1);
       const files::Bytes written = expectSound(document, *opened);

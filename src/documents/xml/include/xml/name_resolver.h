@@ -39,6 +39,8 @@ class NameResolver {
   const ResolvedName& element(std::string_view name) { return find(name, elements_, true); }
   const ResolvedName& attribute(std::string_view name) { return find(name, attributes_, false); }
   NamespaceId namespaceOf(std::string_view prefix) const;
+  /// What a prefix is declared as; empty where it is not.
+  std::string_view uriOf(std::string_view prefix) const { return uri(bindingOf(prefix)); }
   std::string_view uri(std::uint16_t binding) const { return bindings_[binding].uri; }
 
  private:

@@ -83,6 +83,8 @@ class Scanner {
   /// What a prefix means at the last token (within a start or empty tag, with its own declarations);
   /// kOtherNamespace when it is not declared, kNoNamespace for an empty prefix without default.
   NamespaceId namespaceOf(std::string_view prefix) const { return names_.namespaceOf(prefix); }
+  /// The namespace itself, as it is declared; empty where it is not.
+  std::string_view uriOf(std::string_view prefix) const { return names_.uriOf(prefix); }
   /// The declarations in scope as a number: under the same number the same bytes are the same tokens.
   std::uint32_t scope() const { return names_.scope(); }
   /// The bytes behind the last token.
