@@ -58,6 +58,7 @@ struct BlockReport {
   std::int32_t paragraph = 0;  ///< it begins in, from 1, as the document was before the pass
   Excerpt before;
   std::optional<Excerpt> after;  ///< nothing for find
+  bool deleted = false;          ///< it lies in tracked deletions
   bool refused = false;
   bool skipped = false;  ///< the user had it left as it is
 };

@@ -37,6 +37,7 @@ engine::PassObserver::Answer PassWatcher::found(const engine::Block& block) {
   current_ = {};
   current_.request = &request_;
   current_.paragraph = paragraphs_.numberAt(document_, start);
+  current_.deleted = file_.stored().document()->model().isDeleted({start, end});
   // The question shows the block; the preview of an insertion shows where it goes.
   if (request_.command == Command::insert && around_.interviewer == nullptr) {
     const std::int32_t where = request_.after ? end : start;

@@ -16,8 +16,9 @@ class TextPrinter : public Printer {
 
   void block(const std::string& path, const BlockReport& block) override {
     if (block.skipped) return;
-    const std::string where =
-        style_.file(shown(path)) + ":" + style_.number(std::to_string(block.paragraph)) + ":";
+    const std::string where = style_.file(shown(path)) + ":" +
+                              style_.number(std::to_string(block.paragraph)) + ":" +
+                              (block.deleted ? " (deleted)" : "");
     if (block.request->command == Command::find) {
       writeOut(where + " " + style_.match(shown(block.before.piece)) + "\n");
     } else if (block.refused || !block.after) {

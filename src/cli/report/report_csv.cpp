@@ -35,13 +35,15 @@ class CsvReport final : public Printer {
   bool wantsBlocks() const override { return true; }
 
   void block(const std::string& path, const BlockReport& block) override {
+    const std::string message = block.deleted ? "in deleted text" : "";
     const char* const state = block.refused   ? "refused"
                               : block.skipped ? "skipped"
                               : block.after   ? "changed"
                                               : "found";
-    file_.addLater(row({field("block"), field(path), field(state), "", "", "",
-                        std::to_string(block.paragraph), field(block.before.lead), field(block.before.piece),
-                        block.after ? field(block.after->piece) : "", field(block.before.trail), "", ""}));
+    file_.addLater(
+        row({field("block"), field(path), field(state), "", "", "", std::to_string(block.paragraph),
+             field(block.before.lead), field(block.before.piece),
+             block.after ? field(block.after->piece) : "", field(block.before.trail), field(message), ""}));
   }
 
   void document(const Outcome& outcome) override {

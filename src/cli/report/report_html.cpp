@@ -54,6 +54,7 @@ std::string line(std::string_view kind, const Excerpt& excerpt, std::string_view
 
 std::string item(const BlockReport& block) {
   std::string html = "<li><p class=\"soft\">Paragraph " + std::to_string(block.paragraph);
+  if (block.deleted) html += ", in deleted text";
   if (block.refused)
     return html + ": <span class=\"bad\">refused</span></p>" + line("", block.before, "mark") + "</li>\n";
   if (block.skipped) return html + ": left as it is</p>" + line("", block.before, "mark") + "</li>\n";

@@ -20,6 +20,7 @@ std::string object(const BlockReport& block) {
   return "{" + member("command", jsonQuoted(nameOf(block.request->command))) + "," +
          member("paragraph", std::to_string(block.paragraph)) + "," + member("before", object(block.before)) +
          "," + member("after", block.after ? object(*block.after) : "null") + "," +
+         member("deleted", block.deleted ? "true" : "false") + "," +
          member("refused", block.refused ? "true" : "false") + "," +
          member("skipped", block.skipped ? "true" : "false") + "}";
 }
