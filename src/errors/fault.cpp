@@ -1,15 +1,13 @@
 #include "errors/fault.h"
 
-#include <utility>
-
 namespace pluvo::errors {
 
-Fault::Fault(std::int32_t faultNumber, std::u16string faultDescription, std::u16string faultSource,
-             std::u16string faultHelpFile, std::int32_t faultHelpContext)
+Fault::Fault(std::int32_t faultNumber, std::u16string_view faultDescription, std::u16string_view faultSource,
+             std::u16string_view faultHelpFile, std::int32_t faultHelpContext)
     : number(faultNumber),
-      description(std::move(faultDescription)),
-      source(std::move(faultSource)),
-      helpFile(std::move(faultHelpFile)),
+      description(faultDescription),
+      source(faultSource),
+      helpFile(faultHelpFile),
       helpContext(faultHelpContext) {}
 
 Fault overflow() { return {kOverflow, u"Overflow"}; }

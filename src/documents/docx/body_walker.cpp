@@ -27,7 +27,7 @@ void BodyWalker::resumeAt(Offset offset, Position position) {
 bool BodyWalker::step() {
   const Token token = scanner_.next();
   if (token == Token::finish) {
-    if (!finished_) throw scanner_.error("it has no text body");
+    if (!finished_) scanner_.damaged("it has no text body");
     return false;
   }
   if (opens(token)) {
@@ -41,17 +41,12 @@ bool BodyWalker::step() {
 void BodyWalker::startElement(Token token) {
   const Name name = nameOf(scanner_);
   if (stack_.empty()) {
-    if (name != Name::document) throw scanner_.error("it is no WordprocessingML document");
+    if (name != Name::document) scanner_.damaged("it is no WordprocessingML document");
     return push(name, token, Context::root);
   }
   const Context context = stack_.back().within;
   if (context == Context::run) return startInRun(name, token);
-  if (isMarker(name) && context != Context::root) {
-    Marker marker{name, tokenExtent(), attributeValue(Name::id), attributeValue(Name::name)};
-    skip(token);
-    marker.extent.end = scanner_.end();
-    return events_.marker(marker);
-  }
+  if (isMarker(name) && context != Context::root) return marker(name, token);
   switch (name) {
     case Name::body:
       if (context == Context::root && !finished_) return enter(name, token, Context::blocks);
@@ -316,6 +311,13 @@ void BodyWalker::scanLook(RunLook& look) {
     }
     skip(next);
   }
+}
+
+void BodyWalker::marker(Name name, Token token) {
+  Marker met{name, tokenExtent(), attributeValue(Name::id), attributeValue(Name::name)};
+  skip(token);
+  met.extent.end = scanner_.end();
+  events_.marker(met);
 }
 
 std::string BodyWalker::attributeValue(Name name) const {

@@ -165,6 +165,8 @@ class BodyWalker {
   void readProperties(Name kind, xml::Token token);
   void readLook(RunLook& look, xml::Token token);
   void scanLook(RunLook& look);
+  void marker(Name name, xml::Token token);
+  void reference(char16_t unit, xml::Token token, Name name);
   void single(char16_t unit, xml::Token token, Name name, std::string_view reference = {});
   void singleFrom(Offset begin, char16_t unit, xml::Token token, Name name, std::string_view reference);
   void skip(xml::Token token);

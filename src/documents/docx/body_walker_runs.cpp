@@ -25,14 +25,10 @@ void BodyWalker::startInRun(Name name, Token token) {
     case Name::fldChar:
       return fieldCharacter(token);
     case Name::footnoteReference:
-    case Name::endnoteReference: {
-      const std::string id = attributeValue(Name::id);
-      return single(text::kNoteReference, token, name, id);
-    }
-    case Name::commentReference: {
-      const std::string id = attributeValue(Name::id);
-      return single(text::kCommentReference, token, name, id);
-    }
+    case Name::endnoteReference:
+      return reference(text::kNoteReference, token, name);
+    case Name::commentReference:
+      return reference(text::kCommentReference, token, name);
     case Name::alternateContent:
       return alternativeInRun();
     case Name::ruby:
@@ -45,6 +41,11 @@ void BodyWalker::startInRun(Name name, Token token) {
     }
   }
   skip(token);
+}
+
+void BodyWalker::reference(char16_t unit, Token token, Name name) {
+  const std::string id = attributeValue(Name::id);
+  single(unit, token, name, id);
 }
 
 char16_t BodyWalker::characterOf(Name name, Token token) {

@@ -2,6 +2,14 @@
 
 namespace pluvo::files {
 
+DocumentError::DocumentError(Problem problem, std::string_view message)
+    : std::runtime_error(std::string(message)), problem_(problem) {}
+
+DocumentError::DocumentError(Problem problem, std::string_view happened, std::string_view advice)
+    : std::runtime_error(std::string(happened).append(" ").append(advice)),
+      problem_(problem),
+      happened_(happened) {}
+
 std::string_view nameOf(Problem problem) {
   switch (problem) {
     case Problem::locked:

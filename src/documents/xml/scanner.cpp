@@ -53,7 +53,7 @@ Scanner::Scanner(files::ByteSpan utf8, const Vocabulary& vocabulary, std::string
       limits_(limits),
       names_(vocabulary, utf8.size()),
       tags_(utf8.size()) {
-  if (utf8.size() > 0xffffffffU) refuseSize("is larger than 4 GiB");
+  if (utf8.size() > 0xffffffffU) refuseSize("is larger than ", 4, " GiB");
   if (const auto bad = findBadCharacter(rest(text_))) {
     fail(text_ + *bad, "there is a byte that is not UTF-8, or a character that XML does not allow");
   }
@@ -223,11 +223,7 @@ void Scanner::skipElement() {
   while (open_.size() > outside) next();
 }
 
-files::DocumentError Scanner::error(const std::string& what) const {
-  return {files::Problem::damaged, "The document's part \"" + partName_ + "\" is damaged at byte " +
-                                       std::to_string(begin_) + ": " + what +
-                                       "; let a word processor repair and save it, or get an intact copy."};
-}
+void Scanner::damaged(std::string_view what) const { fail(here(), what); }
 
 void Scanner::fail(const char* at, std::string_view what) const {
   throw files::DocumentError(files::Problem::damaged,
@@ -236,9 +232,10 @@ void Scanner::fail(const char* at, std::string_view what) const {
                                  "; let a word processor repair and save it, or get an intact copy.");
 }
 
-void Scanner::refuseSize(const std::string& what) const {
+void Scanner::refuseSize(std::string_view before, std::size_t limit, std::string_view after) const {
   throw files::DocumentError(files::Problem::tooLarge,
-                             "The document's part \"" + partName_ + "\" " + what +
+                             "The document's part \"" + partName_ + "\" " + std::string(before) +
+                                 std::to_string(limit) + std::string(after) +
                                  ", more than any sound document; if it is one, divide it.");
 }
 

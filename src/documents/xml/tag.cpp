@@ -28,8 +28,7 @@ Token Scanner::scanTag() {
     leaving_ = declares_;
     return Token::empty;
   }
-  if (open_.size() >= limits_.depth)
-    refuseSize("has elements nested " + std::to_string(limits_.depth) + " deep");
+  if (open_.size() >= limits_.depth) refuseSize("has elements nested ", limits_.depth, " deep");
   open_.push_back({nameBegin_, nameEnd_, name_, space_, declared});
   return Token::start;
 }
@@ -100,7 +99,7 @@ const char* Scanner::scanAttribute(const char* at) {
   at = scanValue(at, attribute);
   if (bytes(attribute.nameBegin, attribute.nameEnd).starts_with("xmlns")) declares_ = true;
   if (attributes_.size() == limits_.attributes) {
-    refuseSize("has an element of more than " + std::to_string(limits_.attributes) + " attributes");
+    refuseSize("has an element of more than ", limits_.attributes, " attributes");
   }
   attributes_.push_back(attribute);
   return at;
@@ -136,8 +135,7 @@ void Scanner::declareNamespaces() {
     }
   }
   if (names_.declared() > limits_.namespacesInScope) {
-    refuseSize("declares more than " + std::to_string(limits_.namespacesInScope) +
-               " namespaces in one place");
+    refuseSize("declares more than ", limits_.namespacesInScope, " namespaces in one place");
   }
 }
 

@@ -34,11 +34,12 @@ const KnownTag* TagMemory::recall(std::string_view bytes, std::uint32_t scope) c
   const std::string_view tag = cutTag(bytes);
   if (tag.empty()) return nullptr;
   const std::size_t slot = slotFor(tag);
-  for (const std::size_t place : {slot, neighbour(slot)}) {
+  const auto at = [&](std::size_t place) {
     const KnownTag& known = slots_[place];
-    if (known.scope == scope && known.bytes == tag) return &known;
-  }
-  return nullptr;
+    return known.scope == scope && known.bytes == tag ? &known : nullptr;
+  };
+  const KnownTag* const known = at(slot);
+  return known != nullptr ? known : at(neighbour(slot));
 }
 
 void TagMemory::remember(std::string_view tag, Offset begin, KnownTag::Name name,

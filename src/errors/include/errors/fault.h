@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <exception>
 #include <string>
+#include <string_view>
 
 namespace pluvo::errors {
 
@@ -23,8 +24,10 @@ enum FaultNumber : std::int32_t {
 /// once, and never let across a public boundary of the engine or the dialog.
 struct Fault : std::exception {
   Fault() = default;
-  Fault(std::int32_t faultNumber, std::u16string faultDescription, std::u16string faultSource = u"PLUVO",
-        std::u16string faultHelpFile = {}, std::int32_t faultHelpContext = 0);
+  /// Copies the texts here, so that the place that throws holds no string of its own.
+  Fault(std::int32_t faultNumber, std::u16string_view faultDescription,
+        std::u16string_view faultSource = u"PLUVO", std::u16string_view faultHelpFile = {},
+        std::int32_t faultHelpContext = 0);
 
   std::int32_t number = 0;
   std::u16string description;

@@ -32,10 +32,8 @@ std::string_view nameOf(Problem problem);
 /// to be saved: then it stands apart, as a command's user has it.
 class DocumentError : public std::runtime_error {
  public:
-  DocumentError(Problem problem, const std::string& message)
-      : std::runtime_error(message), problem_(problem) {}
-  DocumentError(Problem problem, const std::string& happened, const std::string& advice)
-      : std::runtime_error(happened + " " + advice), problem_(problem), happened_(happened) {}
+  DocumentError(Problem problem, std::string_view message);
+  DocumentError(Problem problem, std::string_view happened, std::string_view advice);
   Problem problem() const { return problem_; }
   /// The message without the advice; empty where that does not stand apart.
   const std::string& happened() const { return happened_; }

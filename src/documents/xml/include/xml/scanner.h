@@ -98,8 +98,8 @@ class Scanner {
   /// After a start token: moves to its end token. After any other: does nothing.
   void skipElement();
 
-  /// An error about the last token, worded like the scanner's own.
-  files::DocumentError error(const std::string& what) const;
+  /// Throws an error about the last token, worded like the scanner's own.
+  [[noreturn]] void damaged(std::string_view what) const;
 
  private:
   struct OpenElement {
@@ -137,7 +137,7 @@ class Scanner {
   std::string_view rest(const char* at) const { return {at, static_cast<std::size_t>(limit() - at)}; }
   [[noreturn]] void fail(const char* at, std::string_view what) const;
   [[noreturn]] void failUnclosed(const OpenElement& element) const;
-  [[noreturn]] void refuseSize(const std::string& what) const;
+  [[noreturn]] void refuseSize(std::string_view before, std::size_t limit, std::string_view after) const;
 
   const char* text_;
   Offset size_;
