@@ -6,7 +6,7 @@
 namespace pluvo::text {
 
 PieceText::PieceText(OriginalText original) : original_(std::move(original)) {
-  if (original_.length() > 0) pieces_.append(original_.length(), Source{});
+  if (original_.length() > 0) pieces_.append(original_.length(), Source(0));
 }
 
 std::u16string PieceText::substring(Position from, Position to) const {
@@ -23,14 +23,11 @@ void PieceText::copy(Position from, Position to, char16_t* out) const {
   });
 }
 
-Stretch PieceText::stretchAt(Position position) const {
-  const std::size_t i = pieces_.indexAt(position);
-  return stretch(cut(i, position, pieces_.end(i)));
-}
+Stretch PieceText::stretchAt(Position position) const { return stretch(pieceAt(position)); }
 
 Piece PieceText::pieceAt(Position position) const {
-  const std::size_t i = pieces_.indexAt(position);
-  return cut(i, position, pieces_.end(i));
+  const auto part = pieces_.part(pieces_.indexAt(position));
+  return cut(part, position, part.to);
 }
 
 void PieceText::replace(Position from, Position to, std::u16string_view text, Anchor anchor) {
@@ -38,22 +35,16 @@ void PieceText::replace(Position from, Position to, std::u16string_view text, An
   if (text.size() > room || text.size() > static_cast<std::size_t>(kMaxLength) - added_.size()) {
     throw std::length_error("The text is too long.");
   }
-  pieces_.erase(from, to, remainder);
+  pieces_.erase(from, to, [](const Source& source, Position cutOff) { return source.remainder(cutOff); });
   if (!text.empty()) insertNew(text, anchor);
   joinAtGap();
-}
-
-PieceText::Source PieceText::remainder(const Source& source, Position cutOff) {
-  Source rest = source;
-  rest.place += cutOff;
-  return rest;
 }
 
 void PieceText::insertNew(std::u16string_view text, Anchor anchor) {
   const auto length = static_cast<Position>(text.size());
   const auto end = static_cast<Position>(added_.size());
   const Source* before = pieces_.beforeGap();
-  if (before != nullptr && before->isNew && before->anchor == anchor && placeBehind(*before) == end) {
+  if (before != nullptr && before->isNew() && before->anchor() == anchor && placeBehind(*before) == end) {
     added_ += text;
     lastAdded_ = end;
     pieces_.extend(length);
@@ -64,19 +55,18 @@ void PieceText::insertNew(std::u16string_view text, Anchor anchor) {
     lastAdded_ = end;
     added_ += text;
   }
-  pieces_.insert(length, Source{lastAdded_, anchor, true});
+  pieces_.insert(length, Source(lastAdded_, anchor));
 }
 
 void PieceText::joinAtGap() {
   const Source* before = pieces_.beforeGap();
   const Source* behind = pieces_.behindGap();
   if (before == nullptr || behind == nullptr) return;
-  if (before->isNew != behind->isNew || before->anchor != behind->anchor) return;
-  if (placeBehind(*before) == behind->place) pieces_.join();
+  if (before->sameBesidesPlace(*behind) && placeBehind(*before) == behind->place()) pieces_.join();
 }
 
 Position PieceText::placeBehind(const Source& before) const {
-  return before.place + (pieces_.gap() - pieces_.startBeforeGap());
+  return before.place() + (pieces_.gap() - pieces_.startBeforeGap());
 }
 
 Anchor PieceText::anchorAt(Position position, bool behind) const {
@@ -88,18 +78,11 @@ Anchor PieceText::anchorAt(Position position, bool behind) const {
 bool PieceText::check() const {
   if (!pieces_.check()) return false;
   for (std::size_t i = 0; i < pieces_.count(); ++i) {
-    const Source& source = pieces_.value(i);
-    const Position room = source.isNew ? static_cast<Position>(added_.size()) : original_.length();
-    if (source.place < 0 || source.place > room - (pieces_.end(i) - pieces_.start(i))) return false;
+    const auto part = pieces_.part(i);
+    const Position room = part.value.isNew() ? static_cast<Position>(added_.size()) : original_.length();
+    if (part.value.place() > room - (part.to - part.from)) return false;
   }
   return true;
-}
-
-Piece PieceText::cut(std::size_t i, Position from, Position to) const {
-  const Source& source = pieces_.value(i);
-  const Position place = source.place + (from - pieces_.start(i));
-  if (!source.isNew) return {to - from, place, 0, Piece::kNone, false};
-  return {to - from, Piece::kNone, place, source.anchor.original, source.anchor.behind};
 }
 
 Stretch PieceText::stretch(const Piece& piece) const {

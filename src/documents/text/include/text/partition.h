@@ -1,12 +1,11 @@
 #pragma once
 
+#include "text/chunked_stack.h"
 #include "text/positions.h"
 
-#include <algorithm>
 #include <cassert>
 #include <cstddef>
 #include <utility>
-#include <vector>
 
 namespace pluvo::text {
 
@@ -24,13 +23,27 @@ class Partition {
   std::size_t indexAt(Position position) const {
     assert(0 <= position && position < length_);
     if (position < gap()) {
-      const auto behind = std::upper_bound(front_.begin(), front_.end(), position,
-                                           [](Position p, const Part& part) { return p < part.place; });
-      return static_cast<std::size_t>(behind - front_.begin()) - 1;
+      return front_.countWhile([&](const Part& part) { return part.place <= position; }) - 1;
     }
-    const auto behind = std::upper_bound(back_.rbegin(), back_.rend(), length_ - position,
-                                         [](Position d, const Part& part) { return part.place < d; });
-    return front_.size() + static_cast<std::size_t>(behind - back_.rbegin()) - 1;
+    const Position distance = length_ - position;
+    return count() - 1 - back_.countWhile([&](const Part& part) { return part.place < distance; });
+  }
+
+  /// Part i as it lies in the text.
+  struct Place {
+    Position from;
+    Position to;
+    const Value& value;
+  };
+  Place part(std::size_t i) const {
+    const std::size_t inFront = front_.size();
+    if (i < inFront) {
+      const Part& here = front_[i];
+      return {here.place, i + 1 < inFront ? front_[i + 1].place : gap(), here.value};
+    }
+    const std::size_t below = inFront + back_.size() - 1 - i;
+    const Part& here = back_[below];
+    return {length_ - here.place, below == 0 ? length_ : length_ - back_[below - 1].place, here.value};
   }
 
   /// Where part i starts; the length of the text for i == count().
@@ -56,13 +69,13 @@ class Partition {
     Part dropped;
     while (!back_.empty() && back_.back().place > tail) {
       dropped = std::move(back_.back());
-      back_.pop_back();
+      back_.pop();
       lastStart = length_ - dropped.place;
       last = &dropped;
     }
     if (tail > 0 && (back_.empty() || back_.back().place != tail)) {
       assert(last != nullptr);
-      back_.push_back({tail, remainder(last->value, to - lastStart)});
+      back_.push({tail, remainder(last->value, to - lastStart)});
     }
     length_ -= to - from;
   }
@@ -70,7 +83,7 @@ class Partition {
   /// Puts a part in at the gap, which comes to lie behind it.
   void insert(Position length, Value value) {
     assert(length > 0);
-    front_.push_back({gap(), std::move(value)});
+    front_.push({gap(), std::move(value)});
     length_ += length;
   }
   /// Makes the part in front of the gap longer.
@@ -86,7 +99,7 @@ class Partition {
   /// Gives the first part behind the gap to the one in front of it.
   void join() {
     assert(!front_.empty() && !back_.empty());
-    back_.pop_back();
+    back_.pop();
   }
 
   Position gap() const { return length_ - (back_.empty() ? 0 : back_.back().place); }
@@ -115,18 +128,18 @@ class Partition {
   void moveGap(Position position) {
     while (!front_.empty() && front_.back().place >= position) {
       front_.back().place = length_ - front_.back().place;
-      back_.push_back(std::move(front_.back()));
-      front_.pop_back();
+      back_.push(std::move(front_.back()));
+      front_.pop();
     }
     while (!back_.empty() && length_ - back_.back().place < position) {
       back_.back().place = length_ - back_.back().place;
-      front_.push_back(std::move(back_.back()));
-      back_.pop_back();
+      front_.push(std::move(back_.back()));
+      back_.pop();
     }
   }
 
-  std::vector<Part> front_;
-  std::vector<Part> back_;  ///< last part first
+  ChunkedStack<Part> front_;
+  ChunkedStack<Part> back_;  ///< last part first
   Position length_ = 0;
 };
 

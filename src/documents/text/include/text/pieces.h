@@ -4,6 +4,7 @@
 #include "text/partition.h"
 #include "text/positions.h"
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -55,6 +56,13 @@ class PieceText {
   /// The piece that holds position, cut to begin there.
   Piece pieceAt(Position position) const;
   std::size_t pieceCount() const { return pieces_.count(); }
+  /// Piece i of those in document order.
+  Piece piece(std::size_t i) const {
+    const auto part = pieces_.part(i);
+    return cut(part, part.from, part.to);
+  }
+  /// The units of a new piece. Valid until the next edit.
+  std::u16string_view addedText(const Piece& piece) const;
 
   /// Puts text in the place of [from, to). Throws std::length_error when positions would no longer suffice,
   /// leaving the text as it was.
@@ -68,7 +76,7 @@ class PieceText {
   template <class Visit>
   void forEachPiece(Visit visit) const {
     for (std::size_t i = 0; i < pieces_.count(); ++i) {
-      const Piece piece = whole(i);
+      const Piece piece = this->piece(i);
       visit(piece, piece.isNew() ? addedText(piece) : std::u16string_view());
     }
   }
@@ -78,8 +86,9 @@ class PieceText {
   template <class Visit>
   void forEachStretch(Position from, Position to, Visit visit) const {
     for (std::size_t i = from < to ? pieces_.indexAt(from) : 0; from < to; ++i) {
-      const Position end = std::min(pieces_.end(i), to);
-      if (!visit(from, stretch(cut(i, from, end)))) return;
+      const auto part = pieces_.part(i);
+      const Position end = std::min(part.to, to);
+      if (!visit(from, stretch(cut(part, from, end)))) return;
       from = end;
     }
   }
@@ -88,23 +97,55 @@ class PieceText {
   bool check() const;
 
  private:
-  /// What a piece refers to, whatever its length.
-  struct Source {
-    Position place = 0;  ///< in the original, or in the added text
-    Anchor anchor{};     ///< new text only
-    bool isNew = false;
+  /// What a piece refers to, whatever its length. There may be millions of them: eight bytes hold it all.
+  class Source {
+   public:
+    Source() = default;
+    explicit Source(Position original) : place_(static_cast<std::uint32_t>(original)) {}
+    Source(Position added, Anchor anchor)
+        : place_(static_cast<std::uint32_t>(added) | kNew),
+          anchor_(anchor.original < 0
+                      ? kNoAnchor
+                      : static_cast<std::uint32_t>(anchor.original) * 2U + (anchor.behind ? 1U : 0U)) {}
+
+    bool isNew() const { return (place_ & kNew) != 0; }
+    /// In the original, or in the added text.
+    Position place() const { return static_cast<Position>(place_ & ~kNew); }
+    /// New text only.
+    Anchor anchor() const {
+      if (anchor_ == kNoAnchor) return {};
+      return {static_cast<Position>(anchor_ / 2), anchor_ % 2 != 0};
+    }
+    bool sameBesidesPlace(const Source& other) const {
+      return isNew() == other.isNew() && anchor_ == other.anchor_;
+    }
+    /// Of the rest when so many units are cut off the front.
+    Source remainder(Position cutOff) const {
+      Source rest = *this;
+      rest.place_ += static_cast<std::uint32_t>(cutOff);
+      return rest;
+    }
+
+   private:
+    static constexpr std::uint32_t kNew = 0x80000000;
+    static constexpr std::uint32_t kNoAnchor = 0xFFFFFFFF;
+    std::uint32_t place_ = 0;
+    std::uint32_t anchor_ = kNoAnchor;
   };
 
-  static Source remainder(const Source& source, Position cutOff);
   void insertNew(std::u16string_view text, Anchor anchor);
   void joinAtGap();
   /// Where the piece in front of the gap, which is before, would go on.
   Position placeBehind(const Source& before) const;
-  Piece whole(std::size_t i) const { return cut(i, pieces_.start(i), pieces_.end(i)); }
-  /// The part [from, to) of piece i.
-  Piece cut(std::size_t i, Position from, Position to) const;
+  /// [from, to) of a piece.
+  static Piece cut(const Partition<Source>::Place& piece, Position from, Position to) {
+    const Source& source = piece.value;
+    const Position place = source.place() + (from - piece.from);
+    if (!source.isNew()) return {to - from, place, 0, Piece::kNone, false};
+    const Anchor anchor = source.anchor();
+    return {to - from, Piece::kNone, place, anchor.original, anchor.behind};
+  }
   Stretch stretch(const Piece& piece) const;
-  std::u16string_view addedText(const Piece& piece) const;
 
   OriginalText original_;
   std::u16string added_;

@@ -112,7 +112,10 @@ class RunMap {
   }
 
  private:
-  Run run(std::size_t index) const { return {parts_.start(index), parts_.end(index), parts_.value(index)}; }
+  Run run(std::size_t index) const {
+    const auto part = parts_.part(index);
+    return {part.from, part.to, part.value};
+  }
 
   Partition<Value> parts_;
 };

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <algorithm>
+#include <cassert>
+#include <cstddef>
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace pluvo::text {
+
+/// A stack that any element can be read of. Its memory is that of its elements: growing moves none but the
+/// few near the top, and copies share the rest.
+///
+/// All but the topmost elements lie in full chunks, which never change. A chunk is made of the lower half of
+/// the top, and comes back when the top is used up, so that both are far apart.
+template <class Element, std::size_t kChunk = 256>
+class ChunkedStack {
+ public:
+  bool empty() const { return top_.empty(); }
+  std::size_t size() const { return below_ + top_.size(); }
+
+  const Element& operator[](std::size_t i) const {
+    assert(i < size());
+    return i >= below_ ? top_[i - below_] : chunks_[i / kChunk][i % kChunk];
+  }
+  Element& back() { return top_.back(); }
+  const Element& back() const { return top_.back(); }
+
+  void push(Element element) {
+    if (top_.size() == 2 * kChunk) sink();
+    top_.push_back(std::move(element));
+  }
+  void pop() {
+    top_.pop_back();
+    if (top_.empty() && below_ > 0) rise();
+  }
+
+  /// How many of the lowest elements hold the condition, which none above them does.
+  template <class Condition>
+  std::size_t countWhile(Condition holds) const {
+    const auto within = [&](const Element* from, std::size_t count) {
+      return static_cast<std::size_t>(std::partition_point(from, from + count, holds) - from);
+    };
+    if (below_ == 0 || holds(top_.front())) return below_ + within(top_.data(), top_.size());
+    const auto above = std::partition_point(chunks_.begin(), chunks_.end(),
+                                            [&](const Chunk& chunk) { return holds(chunk[0]); });
+    if (above == chunks_.begin()) return 0;
+    const auto last = static_cast<std::size_t>(above - chunks_.begin()) - 1;
+    return last * kChunk + within(chunks_[last].get(), kChunk);
+  }
+
+ private:
+  using Chunk = std::shared_ptr<const Element[]>;
+
+  void sink() {
+    std::shared_ptr<Element[]> chunk(new Element[kChunk]);
+    std::move(top_.begin(), top_.begin() + kChunk, chunk.get());
+    chunks_.push_back(std::move(chunk));
+    top_.erase(top_.begin(), top_.begin() + kChunk);
+    below_ += kChunk;
+  }
+  void rise() {
+    const Element* const elements = chunks_.back().get();
+    top_.assign(elements, elements + kChunk);
+    chunks_.pop_back();
+    below_ -= kChunk;
+  }
+
+  std::vector<Chunk> chunks_;
+  std::size_t below_ = 0;     ///< elements in chunks
+  std::vector<Element> top_;  ///< empty only where there are no chunks
+};
+
+}  // namespace pluvo::text

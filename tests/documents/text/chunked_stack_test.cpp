@@ -1,0 +1,50 @@
+#include "text/chunked_stack.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+namespace pluvo::text {
+namespace {
+
+/// Beside a plain vector, through many chunks up and down, with copies that both sides go on from.
+TEST(ChunkedStack, HoldsWhatAVectorHolds) {
+  using Stack = ChunkedStack<int, 4>;
+  std::mt19937 dice(1);
+  Stack stack;
+  std::vector<int> expected;
+  std::vector<std::pair<Stack, std::vector<int>>> copies;
+  const auto expectSame = [](const Stack& is, const std::vector<int>& shouldBe) {
+    ASSERT_EQ(is.size(), shouldBe.size());
+    for (std::size_t i = 0; i < shouldBe.size(); ++i) ASSERT_EQ(is[i], shouldBe[i]) << i;
+    for (int value = -1; value <= static_cast<int>(shouldBe.size()); ++value) {
+      const auto below = [&](int each) { return each < value; };
+      ASSERT_EQ(is.countWhile(below),
+                static_cast<std::size_t>(std::partition_point(shouldBe.begin(), shouldBe.end(), below) -
+                                         shouldBe.begin()));
+    }
+  };
+  for (int turn = 0; turn < 3000; ++turn) {
+    const bool grows = turn / 50 % 2 == 0 ? dice() % 4 != 0 : dice() % 4 == 0;
+    if (grows || expected.empty()) {
+      const int next = expected.empty() ? 0 : expected.back() + 1;
+      stack.push(next);
+      expected.push_back(next);
+    } else {
+      stack.pop();
+      expected.pop_back();
+    }
+    if (!expected.empty()) stack.back() = expected.back() += static_cast<int>(dice() % 2);
+    if (turn % 100 == 0) copies.emplace_back(stack, expected);
+    if (turn % 250 == 0) std::tie(stack, expected) = copies[dice() % copies.size()];
+    expectSame(stack, expected);
+  }
+  for (const auto& [copy, then] : copies) expectSame(copy, then);
+}
+
+}  // namespace
+}  // namespace pluvo::text
