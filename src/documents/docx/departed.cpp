@@ -11,15 +11,16 @@ using text::Span;
 
 Departed::Departed(const BodyMap& map, const EditScript& script, const Package& package,
                    files::ByteSpan mainPart) {
-  for (const Step& step : script.steps()) {
-    if (step.kind != Step::Kind::drop) continue;
+  if (map.references.empty() && map.commentMarkers.empty() && map.bookmarks.empty()) return;
+  script.forEachStep([&](const Step& step) {
+    if (step.kind != Step::Kind::drop) return;
     const Span span{step.original, step.original + step.length};
     if (!dropped_.empty() && dropped_.back().to == span.from) {
       dropped_.back().to = span.to;
     } else {
       dropped_.push_back(span);
     }
-  }
+  });
   if (dropped_.empty()) return;
   findNotes(map);
   findBookmarks(map, package, mainPart);

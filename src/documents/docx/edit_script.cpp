@@ -1,6 +1,7 @@
 #include "edit_script.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace pluvo::docx {
 
@@ -8,17 +9,47 @@ namespace {
 
 using text::Span;
 
-void addSpan(std::vector<Span>& spans, Span span) {
-  if (!spans.empty() && spans.back().to >= span.from) {
-    spans.back().to = std::max(spans.back().to, span.to);
-  } else {
-    spans.push_back(span);
+/// Hands spans on, joined where they touch.
+class Joined {
+ public:
+  explicit Joined(const std::function<void(Span)>& visit) : visit_(visit) {}
+
+  void add(Span span) {
+    if (last_ && last_->to >= span.from) {
+      last_->to = std::max(last_->to, span.to);
+    } else {
+      flush();
+      last_ = span;
+    }
   }
-}
+  void flush() {
+    if (last_) visit_(*last_);
+    last_.reset();
+  }
+
+ private:
+  const std::function<void(Span)>& visit_;
+  std::optional<Span> last_;
+};
+
+using Highlight = text::RunMap<std::uint8_t>;
+
+/// The run that holds a position, remembered for the next, which is seldom in another.
+class LastRun {
+ public:
+  explicit LastRun(const Highlight& map) : map_(map) {}
+  const Highlight::Run& at(Position position) {
+    if (position < run_.from || position >= run_.to) run_ = map_.runAt(position);
+    return run_;
+  }
+
+ private:
+  const Highlight& map_;
+  Highlight::Run run_;
+};
 
 /// Where in a kept stretch the highlight is another than it was.
-void addRecoloured(std::vector<Span>& spans, const Step& kept, const text::RunMap<std::uint8_t>& now,
-                   const text::RunMap<std::uint8_t>& original) {
+void addRecoloured(Joined& spans, const Step& kept, const Highlight& now, const Highlight& original) {
   const Position shift = kept.original - kept.at;
   const auto before = original.runs(kept.original, kept.original + kept.length);
   auto was = before.begin();
@@ -27,7 +58,7 @@ void addRecoloured(std::vector<Span>& spans, const Step& kept, const text::RunMa
     while (was != before.end()) {
       const auto old = *was;
       const Span common{std::max(colour.from, old.from), std::min(colour.to, old.to)};
-      if (!common.empty() && old.value != run.value) addSpan(spans, common);
+      if (!common.empty() && old.value != run.value) spans.add(common);
       if (old.to > colour.to) break;
       ++was;
     }
@@ -35,89 +66,106 @@ void addRecoloured(std::vector<Span>& spans, const Step& kept, const text::RunMa
 }
 
 /// The place of new text among original characters: before or behind each of them.
-Position placeOf(const Step& put) { return put.original * 2 + (put.behind ? 1 : 0); }
+Position placeOf(const text::Piece& put) { return put.anchor * 2 + (put.behindAnchor ? 1 : 0); }
 
 }  // namespace
 
-EditScript::EditScript(const model::Model& model) {
-  const text::PieceText& text = model.text();
-  const Position originalLength = text.original().length();
-  std::vector<Step> gap;
-  steps_.reserve(text.pieceCount() + text.pieceCount() / 2 + 1);
-  Position reached = 0;
-  Position at = 0;
-  text.forEachPiece([&](const text::Piece& piece, std::u16string_view units) {
-    if (piece.isNew()) {
-      gap.push_back({Step::Kind::put, piece.anchor, piece.length, at, piece.behindAnchor, units});
-    } else {
-      closeGap(gap, reached, piece.original, originalLength);
-      steps_.push_back({Step::Kind::keep, piece.original, piece.length, at});
-      reached = piece.original + piece.length;
-    }
-    at += piece.length;
-  });
-  closeGap(gap, reached, originalLength, originalLength);
+/// New text of a gap stands beside the characters that it has as neighbours there: the kept ones on its sides
+/// and the dropped ones within.
+bool StepReader::next(Step& step) {
+  if (!inGap_) enterGap();
+  if (piece_ < gapEnd_) {
+    const bool isLast = kept_.original == text_->original().length();
+    const Position most = isLast ? (kept_.original - 1) * 2 + 1 : kept_.original * 2;
+    const Position place = std::clamp(put_.anchor < 0 ? least_ : placeOf(put_), least_, most);
+    const bool behind = place % 2 == 1;
+    if (dropTo(std::min(place / 2 + (behind ? 1 : 0), kept_.original), step)) return true;
+    step = {Step::Kind::put, place / 2, put_.length, at_, behind, text_->addedText(put_)};
+    least_ = place;
+    if (++piece_ < gapEnd_) put_ = text_->piece(piece_);
+  } else {
+    if (dropTo(kept_.original, step)) return true;
+    if (piece_ == text_->pieceCount()) return false;
+    step = {Step::Kind::keep, kept_.original, kept_.length, at_};
+    reached_ += kept_.length;
+    inGap_ = false;
+    ++piece_;
+  }
+  at_ += step.length;
+  return true;
 }
 
-/// Puts the new text of a gap beside the characters that it has as neighbours there: the kept ones on its
-/// sides and the dropped ones within.
-void EditScript::closeGap(std::vector<Step>& gap, Position from, Position to, Position originalLength) {
-  Position least = from == 0 ? 0 : (from - 1) * 2 + 1;
-  const Position most = to == originalLength ? (to - 1) * 2 + 1 : to * 2;
-  Position dropped = from;
-  const auto dropTo = [&](Position end) {
-    if (end > dropped) steps_.push_back({Step::Kind::drop, dropped, end - dropped});
-    dropped = std::max(dropped, end);
-  };
-  for (Step& put : gap) {
-    const Position place = std::clamp(put.original < 0 ? least : placeOf(put), least, most);
-    put.original = place / 2;
-    put.behind = place % 2 == 1;
-    dropTo(std::min(put.original + (put.behind ? 1 : 0), to));
-    steps_.push_back(put);
-    least = place;
+void StepReader::enterGap() {
+  inGap_ = true;
+  least_ = reached_ == 0 ? 0 : (reached_ - 1) * 2 + 1;
+  const std::size_t count = text_->pieceCount();
+  for (gapEnd_ = piece_; gapEnd_ < count; ++gapEnd_) {
+    kept_ = text_->piece(gapEnd_);
+    if (!kept_.isNew()) return;
+    if (gapEnd_ == piece_) put_ = kept_;
   }
-  dropTo(to);
-  gap.clear();
+  kept_ = {0, text_->original().length()};
+}
+
+/// False where there is nothing to drop.
+bool StepReader::dropTo(Position end, Step& step) {
+  if (end <= reached_) return false;
+  step = {Step::Kind::drop, reached_, end - reached_};
+  reached_ = end;
+  return true;
 }
 
 bool EditScript::dropsAllTo(Position end) const {
-  for (std::size_t i = next_; i < steps_.size() && steps_[i].original < end; ++i) {
-    if (steps_[i].kind == Step::Kind::keep && (i > next_ || steps_[i].length > taken_)) return false;
-  }
+  if (!hasStep_) return true;
+  Step step = step_;
+  if (step.kind == Step::Kind::keep && step.length <= taken_) step.kind = Step::Kind::drop;  // is past
+  StepReader ahead = reader_;
+  do {
+    if (step.original >= end) return true;
+    if (step.kind == Step::Kind::keep) return false;
+  } while (ahead.next(step));
   return true;
 }
 
 Span EditScript::keptOf(Span original) const {
   Span kept{original.to, original.to};
-  auto step = std::partition_point(steps_.begin(), steps_.end(), [&](const Step& s) {
-    return s.kind == Step::Kind::put ? s.original < original.from : s.original + s.length <= original.from;
-  });
-  for (; step != steps_.end() && step->original < original.to; ++step) {
-    if (step->kind != Step::Kind::keep) continue;
-    const Position from = std::max(step->original, original.from);
-    kept = {std::min(kept.from, from), std::min(step->original + step->length, original.to)};
-  }
+  if (!hasStep_) return kept;
+  Step step = step_;
+  StepReader ahead = reader_;
+  do {
+    if (step.original >= original.to) break;
+    if (step.kind != Step::Kind::keep || step.original + step.length <= original.from) continue;
+    const Position from = std::max(step.original, original.from);
+    kept = {std::min(kept.from, from), std::min(step.original + step.length, original.to)};
+  } while (ahead.next(step));
   return kept;
 }
 
-std::vector<Span> touchedSpans(const EditScript& script, const model::Model& model,
-                               const text::RunMap<std::uint8_t>& originalHighlight) {
-  std::vector<Span> spans;
-  for (const Step& step : script.steps()) {
+void forEachTouchedSpan(const EditScript& script, const model::Model& model,
+                        const text::RunMap<std::uint8_t>& originalHighlight,
+                        const std::function<void(Span)>& visit) {
+  Joined spans(visit);
+  LastRun now(model.highlight());
+  LastRun before(originalHighlight);
+  script.forEachStep([&](const Step& step) {
     switch (step.kind) {
       case Step::Kind::keep:
+        if (const auto& run = now.at(step.at), &was = before.at(step.original);
+            step.length <= run.to - step.at && step.length <= was.to - step.original) {
+          if (run.value != was.value) spans.add({step.original, step.original + step.length});
+          break;
+        }
         addRecoloured(spans, step, model.highlight(), originalHighlight);
         break;
       case Step::Kind::drop:
-        addSpan(spans, {step.original, step.original + step.length});
+        spans.add({step.original, step.original + step.length});
         break;
       case Step::Kind::put:
-        addSpan(spans, {step.original, step.original + 1});
+        spans.add({step.original, step.original + 1});
         break;
     }
-  }
-  return spans;
+  });
+  spans.flush();
 }
 
 }  // namespace pluvo::docx

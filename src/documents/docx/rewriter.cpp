@@ -46,17 +46,17 @@ Rewriter::Rewriter(files::ByteSpan part, const std::string& partName, const Body
       identifiers_(part, partName) {}
 
 std::vector<files::ByteSpan> Rewriter::rewrite() {
-  const std::vector<Span> allTouched = placesToVisit();
+  const Visits visits = placesToVisit();
   // What is written anew is gathered in one buffer; growing it little by little would copy it again and
   // again.
   constexpr std::size_t kPerTouch = 512;
-  const std::size_t expected = allTouched.size() * kPerTouch;
+  const std::size_t expected = visits.touches * kPerTouch;
   if (expected > part_.size() / 2) {
     output_.gatherAll(part_.size() + part_.size() / 2);
   } else {
     output_.text().reserve(expected);
   }
-  for (const Span& touched : allTouched) {
+  for (const Span& touched : visits.spans) {
     jumpTowards(touched.from);
     while ((walker_.position() < touched.to || !idle()) && walker_.step()) {
     }
@@ -64,13 +64,29 @@ std::vector<files::ByteSpan> Rewriter::rewrite() {
   return output_.finish();
 }
 
-std::vector<Span> Rewriter::placesToVisit() const {
-  std::vector<Span> spans = touchedSpans(script_, model_, originalHighlight_);
-  if (casualties_.places().empty()) return spans;
+/// Touched stretches between which no jump would be made are visited as one.
+Rewriter::Visits Rewriter::placesToVisit() const {
+  Visits visits;
+  auto behind = map_.places.begin();
+  Offset first = 0;  // of the last visit: where a walk to it starts
+  forEachTouchedSpan(script_, model_, originalHighlight_, [&](Span span) {
+    ++visits.touches;
+    while (behind != map_.places.end() && behind->position <= span.from) ++behind;
+    const Offset start = behind == map_.places.begin() ? 0 : (behind - 1)->offset;
+    if (!visits.spans.empty() && start < first + kWorthJumping) {
+      visits.spans.back().to = span.to;
+    } else {
+      visits.spans.push_back(span);
+      first = start;
+    }
+  });
+  if (casualties_.places().empty()) return visits;
   // A marker may stand between two paragraphs, so that the way to it begins in the one before.
-  for (const Position place : casualties_.places()) spans.push_back({std::max(place - 1, 0), place + 1});
-  std::sort(spans.begin(), spans.end(), [](const Span& a, const Span& b) { return a.from < b.from; });
-  return spans;
+  for (const Position place : casualties_.places())
+    visits.spans.push_back({std::max(place - 1, 0), place + 1});
+  std::sort(visits.spans.begin(), visits.spans.end(),
+            [](const Span& a, const Span& b) { return a.from < b.from; });
+  return visits;
 }
 
 /// Between two blocks of the body with nothing under way.

@@ -127,7 +127,11 @@ class Rewriter : private BodyEvents {
   void rowMark(Extent endTag) override;
 
   // The walk (rewriter.cpp).
-  std::vector<text::Span> placesToVisit() const;
+  struct Visits {
+    std::vector<text::Span> spans;
+    std::size_t touches = 0;  ///< stretches of text that are touched
+  };
+  Visits placesToVisit() const;
   bool idle() const;
   void jumpTowards(Position position);
   void copyTo(Offset to);
@@ -157,6 +161,8 @@ class Rewriter : private BodyEvents {
   void keepElement(Extent extent, std::uint8_t colour);
   void dropElement(Extent extent);
   void passBytesBefore(Extent extent);
+  void beginChangedText(const TextElement& element);
+  void carryText(const TextElement& element, const Step& step);
   void put(const Step& step);
   void putPart(const Step& step, bool deleted);
   std::string deletionTag();
@@ -229,8 +235,9 @@ class Rewriter : private BodyEvents {
   bool putsDeleted_ = false;   ///< what is put is deleted text,
   bool wrapsDeleted_ = false;  ///< and each of its runs needs a tracked deletion of its own
   std::string_view deletion_;  ///< the tag of the tracked deletion met last
-  std::vector<Step> steps_;
-  Open fieldOpen_;  ///< of the simple field just met, before it is opened
+  std::string textTag_;        ///< of the text element being written anew
+  std::vector<Step> steps_;    ///< of a simple field
+  Open fieldOpen_;             ///< of the simple field just met, before it is opened
   std::vector<FieldState> fields_;
   std::size_t removedTables_ = 0;  ///< depth within a table that goes
   Open removedParagraph_;

@@ -82,39 +82,55 @@ void Rewriter::text(const TextElement& element) {
   if (removedTables_ > 0) return collectInRemovedTable(from + length);
 
   textProperties_ = run_.properties;
-  steps_.clear();
-  script_.take(from + length, [&](const Step& step) { steps_.push_back(step); });
-  const Step& first = steps_.front();
-  const bool whole = steps_.size() == 1 && first.kind == Step::Kind::keep;
-  if (whole && model_.highlight().runEnd(first.at) >= first.at + length) {
-    return keepElement(element.extent, model_.highlight().valueAt(first.at));
-  }
-  touchRun();
-  passBytesBefore(element.extent);
-  output_.leaveOutTo(element.extent.end);
-  leadingBlanks_ = element.leading;
-  const std::string ownTag = element.tag.empty() ? markup().element + "t" : std::string();
-  for (const Step& step : steps_) {
-    if (step.kind == Step::Kind::put) put(step);
-    if (step.kind == Step::Kind::drop) loseText();
-    if (step.kind != Step::Kind::keep) continue;
-    const std::string_view tag = element.tag.empty() ? std::string_view(ownTag) : element.tag;
-    const auto place = static_cast<std::size_t>(step.original - from);
-    const auto count = static_cast<std::size_t>(step.length);
-    if (!element.bytes.empty()) {
-      writeBytes(element.bytes.substr(place, count), step.at, tag);
-      continue;
+  // Steps are carried out as they come: one long element may have millions. The first waits until it is known
+  // whether it is the only one, which may leave the element as it is.
+  std::optional<Step> first;
+  bool begun = false;
+  script_.take(from + length, [&](const Step& step) {
+    if (!first) {
+      first = step;
+      return;
     }
-    const std::u16string_view kept = element.units.substr(place, count);
-    forEachColour(step.at, kept, [&](std::size_t at, std::size_t size, std::uint8_t colour) {
-      write(kept.substr(at, size), colour, tag);
-    });
+    if (!begun) {
+      beginChangedText(element);
+      carryText(element, *first);
+    }
+    begun = true;
+    carryText(element, step);
+  });
+  if (!begun) {
+    const bool whole = first->kind == Step::Kind::keep;
+    if (whole && model_.highlight().runEnd(first->at) >= first->at + length) {
+      return keepElement(element.extent, model_.highlight().valueAt(first->at));
+    }
+    beginChangedText(element);
+    carryText(element, *first);
   }
   const bool hasTail = !element.trailing.empty() && run_.openColour && pendingText_.empty();
   trailingBlanks_ = element.trailing;
   if (hasTail) appendBlankElement(output_.text(), element.tag, element.trailing);
   flushText();
   leadingBlanks_ = trailingBlanks_ = {};
+}
+
+void Rewriter::beginChangedText(const TextElement& element) {
+  touchRun();
+  passBytesBefore(element.extent);
+  output_.leaveOutTo(element.extent.end);
+  leadingBlanks_ = element.leading;
+  textTag_ = element.tag.empty() ? markup().element + "t" : std::string(element.tag);
+}
+
+void Rewriter::carryText(const TextElement& element, const Step& step) {
+  if (step.kind == Step::Kind::put) return put(step);
+  if (step.kind == Step::Kind::drop) return loseText();
+  const auto place = static_cast<std::size_t>(step.original - walker_.position());
+  const auto count = static_cast<std::size_t>(step.length);
+  if (!element.bytes.empty()) return writeBytes(element.bytes.substr(place, count), step.at, textTag_);
+  const std::u16string_view kept = element.units.substr(place, count);
+  forEachColour(step.at, kept, [&](std::size_t at, std::size_t size, std::uint8_t colour) {
+    write(kept.substr(at, size), colour, textTag_);
+  });
 }
 
 void Rewriter::character(char16_t unit, Extent extent, Name name, std::string_view) {
