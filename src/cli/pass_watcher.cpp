@@ -1,5 +1,7 @@
 #include "pass_watcher.h"
 
+#include "errors/fault.h"
+
 #include <utility>
 
 namespace pluvo::cli {
@@ -53,6 +55,11 @@ engine::PassObserver::Answer PassWatcher::operated(const engine::Block& block, c
   if (refusal != nullptr) {
     ++refused_;
     if (!firstRefusal_) firstRefusal_ = failureFrom(*refusal);
+    // From here on every change would be refused.
+    if (refusal->number == errors::kOutOfMemory) {
+      outcome_.failure = failureFrom(*refusal);
+      return Answer::stop;
+    }
   } else if (request_.command != Command::find) {
     ++outcome_.operated;
   }

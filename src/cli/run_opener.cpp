@@ -15,6 +15,8 @@ namespace {
 
 Problem problemOf(std::int32_t faultNumber) {
   switch (faultNumber) {
+    case errors::kOutOfMemory:
+      return Problem::tooLarge;
     case word::kProtectedSelection:
       return Problem::protection;
     case word::kNotAvailable:

@@ -24,6 +24,21 @@ std::string codeOf(char16_t unit) {
   return code.data();
 }
 
+/// The main part is gathered in memory, new text included.
+void requireRoomInMemory(const text::PieceText& text) {
+  constexpr std::int64_t kMost = std::int64_t{128} << 20U;
+  std::int64_t added = 0;
+  text.forEachPiece([&](const text::Piece& piece, std::u16string_view) {
+    if (piece.isNew()) added += piece.length;
+  });
+  if (added <= kMost) return;
+  throw files::DocumentError(
+      files::Problem::tooLarge,
+      "The changes would put " + std::to_string(added >> 20U) +
+          " million characters into the document, which takes 128 million at most; put in "
+          "a shorter text, or divide the document.");
+}
+
 std::vector<std::uint8_t> joined(const std::vector<files::ByteSpan>& pieces) {
   std::vector<std::uint8_t> bytes;
   for (const files::ByteSpan piece : pieces) bytes.insert(bytes.end(), piece.begin(), piece.end());
@@ -53,6 +68,7 @@ std::optional<std::string> DocxSource::refusesText(std::u16string_view newText) 
 }
 
 void DocxSource::write(const model::Model& model, files::Output& out) const {
+  requireRoomInMemory(model.text());
   EditScript script(model);
   const Departed departed(map_, script, package_, part_.utf8.view);
   Rewriter rewriter(

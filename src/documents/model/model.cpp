@@ -78,14 +78,26 @@ std::vector<Difference> differences(const text::PieceText& from, const text::Pie
 
 }  // namespace
 
-Model::Model(Content content)
+Model::Model(Content content, std::size_t mostParts)
     : text_(std::move(content.text)),
       visibility_(std::move(content.visibility)),
       highlight_(std::move(content.highlight)),
       structure_(std::move(content.structure)),
       tables_(std::move(content.tables)),
       fields_(std::move(content.fields)),
-      controls_(std::move(content.controls)) {}
+      controls_(std::move(content.controls)),
+      mostParts_(parts() + mostParts) {}
+
+std::size_t Model::parts() const {
+  return text_.pieceCount() + visibility_.runCount() + highlight_.runCount() + structure_.runCount();
+}
+
+void Model::requireRoomForParts() const {
+  if (parts() < mostParts_) return;
+  throw errors::Fault(errors::kOutOfMemory,
+                      u"These are more changes than one document can take, about sixteen million; divide the "
+                      u"document, or look for a longer text.");
+}
 
 std::u16string Model::visibleText(Span span, View view) const {
   return text::visibleText(text_, visibility_, view, span.from, span.to);
@@ -132,6 +144,7 @@ Span Model::replace(Span span, std::u16string_view text, View view) {
   std::u16string newText = errors::withParagraphMarks(text);
   requireText(newText);
   requireRoom(length(), newText);
+  requireRoomForParts();
   Removal removal = removalOf(*this, span, newText, view);
   if (controls_.empty() || newText.empty()) return exchange(removal, newText);
 
@@ -183,6 +196,7 @@ Span Model::insert(Position position, bool behind, std::u16string_view text) {
   std::u16string newText = errors::withParagraphMarks(text);
   requireText(newText);
   requireRoom(length(), newText);
+  requireRoomForParts();
   if (newText.empty()) return {position, position};
   Landing landing = landingAt(*this, position, behind, newText);
   if (!controls_.empty()) {
@@ -218,6 +232,7 @@ void Model::highlight(Span span, std::uint8_t colour) {
   for (const auto& run : structure_.runs(span.from, span.to)) {
     const auto coloured = highlight_.runAt(run.from);
     if (run.value.rowMark || (coloured.value == colour && run.to <= coloured.to)) continue;
+    if (!changes) requireRoomForParts();
     if (!changes && observer_ != nullptr) observer_->aboutToChange();
     changes = true;
     highlight_.set(run.from, run.to, colour);

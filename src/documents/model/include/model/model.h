@@ -27,11 +27,15 @@ struct Removal;
 ///
 /// A span that does not lie in the text is a bug in the caller. An edit is refused with a Fault, and nothing
 /// has happened, when its text holds a character that stands for something other than text (marks of cells
-/// and fields, pictures, references: 5843), when positions would no longer suffice (5854), or when a control
-/// is locked (4198).
+/// and fields, pictures, references: 5843), when positions would no longer suffice (5854), when a control is
+/// locked (4198), or when the edits would divide the document into too many parts (7).
 class Model {
  public:
-  explicit Model(Content content);
+  /// How many parts, pieces of text and runs of a layer, edits may bring in: about 400 MB. Sixteen million
+  /// replaced words make as many.
+  static constexpr std::size_t kMostParts = std::size_t{1} << 25U;
+
+  explicit Model(Content content, std::size_t mostParts = kMostParts);
   Model(const Model&) = delete;
   Model& operator=(const Model&) = delete;
 
@@ -119,6 +123,8 @@ class Model {
   bool besideText(text::Position position) const;
   Landing landingOf(const Removal& removal, std::u16string_view newText) const;
   text::Span exchange(const Removal& removal, std::u16string_view newText);
+  std::size_t parts() const;
+  void requireRoomForParts() const;
   text::Span put(text::Span replaced, std::u16string_view text, const Landing& landing);
 
   text::PieceText text_;
@@ -132,6 +138,7 @@ class Model {
   FindMemory finds_{text_, visibility_};
   Measures measures_{text_, visibility_, [this](text::Position position) { return endsParagraph(position); }};
   Observer* observer_ = nullptr;
+  std::size_t mostParts_;  ///< those the document was read with included
   bool changed_ = false;
   std::uint64_t saves_ = 0;
   std::uint64_t stamp_ = 0;
