@@ -68,7 +68,8 @@ class DocumentRun {
         outcome_(outcome),
         opener_(std::make_shared<RunOpener>(named, around, outcome)),
         application_(std::make_shared<memory::MemoryApplication>(opener_)),
-        prompts_(around.plan.passwords),
+        prompts_(around.plan.passwords.passwords, around.passwordBudget,
+                 [this] { return opener_->file()->stored().hashesForPassword(); }),
         boxes_(outcome.path, around.interviewer, prompts_),
         engine_({[this] { return std::shared_ptr<word::Application>(application_); }, context_, boxes_,
                  prompts_}) {
@@ -132,6 +133,18 @@ class DocumentRun {
   }
 
   Failure unexplained() const {
+    if (prompts_.spent() == PromptAnswers::Spent::document) {
+      return {Problem::password,
+              "The passwords that were tried are not its own, and trying all of them would cost more hashing "
+              "than "
+              "one document may; put the right one among the first in the file of --password-file."};
+    }
+    if (prompts_.spent() == PromptAnswers::Spent::run) {
+      return {
+          Problem::password,
+          "Trying passwords has cost this run as much hashing as a run may; run again on the documents that "
+          "are left, with the right passwords first in the file of --password-file."};
+    }
     if (boxes_.passwordWrong()) {
       return {Problem::password,
               "No password in the file of --password-file lifts its protection; add the right one, on a line "

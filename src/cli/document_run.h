@@ -4,6 +4,7 @@
 #include "journal/journal.h"
 #include "listing/listing.h"
 #include "outcome.h"
+#include "password_budget.h"
 #include "plan.h"
 #include "store/store.h"
 
@@ -19,6 +20,7 @@ struct Surroundings {
   const store::Store& store;
   Interviewer* interviewer;    ///< nullptr: nobody is asked
   journal::Recorder* journal;  ///< nullptr: originals are not kept
+  PasswordBudget& passwordBudget;
 };
 
 /// Takes the blocks of a document as they come; empty where nobody is shown them, since reading them costs.

@@ -54,19 +54,6 @@ ProgressLine progressFrom(const TypedOptions& typed) {
   throw UsageError("--progress is auto, always or never, not '" + *typed.progress + "'.");
 }
 
-/// The lines of the file; an empty file is one empty password.
-std::vector<std::u16string> passwordsFrom(const TypedOptions& typed) {
-  std::vector<std::u16string> passwords;
-  if (!typed.passwordFile) return passwords;
-  const std::u16string lines = textFromFile(*typed.passwordFile, "--password-file");
-  std::size_t from = 0;
-  for (std::size_t end = 0; end != std::u16string::npos; from = end + 1) {
-    end = lines.find(u'\r', from);
-    passwords.push_back(lines.substr(from, end - from));
-  }
-  return passwords;
-}
-
 std::string encodingFrom(const TypedOptions& typed) {
   if (!typed.encoding) return {};
   try {
@@ -112,7 +99,10 @@ Plan planFrom(const TypedCommandLine& line) {
     plan.requests = {requestFrom(*line.command, line.options)};
   }
   readSafety(line.options, plan);
-  plan.passwords = passwordsFrom(line.options);
+  if (line.options.passwordFile) {
+    plan.passwordFile = *line.options.passwordFile;
+    plan.passwords = passwordsFrom(plan.passwordFile);
+  }
   plan.encoding = encodingFrom(line.options);
   plan.jobs = jobsFrom(line.options);
   plan.progress = progressFrom(line.options);

@@ -2,6 +2,7 @@
 
 #include "listing/selection.h"
 #include "parse.h"
+#include "password_file.h"
 #include "request.h"
 
 #include <optional>
@@ -17,7 +18,8 @@ struct Plan {
   std::vector<Request> requests;  ///< one or more, in the order in which each document gets them
   Selection selection;
   /// Lift protections, tried in this order; without any protected documents are left alone.
-  std::vector<std::u16string> passwords;
+  PasswordFile passwords;
+  std::string passwordFile;  ///< where they are from
   std::string encoding;  ///< of plain texts that do not say it; empty: told from the text
 
   bool confirm = false;

@@ -24,6 +24,12 @@
 namespace pluvo::cli {
 namespace {
 
+void notePasswordFile(const Plan& plan) {
+  if (plan.quiet || !plan.passwords.othersMayRead) return;
+  sayNote("Note: other users can read the passwords in " + shownPath(plan.passwordFile) +
+          "; keep them to yourself with chmod 600.");
+}
+
 void makeOutputFolder(const Plan& plan, files::FileSystem& system) {
   if (!plan.outputFolder || plan.dryRun) return;
   try {
@@ -187,9 +193,10 @@ class Run {
         BlockSink blocks;
         if (printer_->wantsBlocks())
           blocks = [&](const BlockReport& block) { results_.block(*document, block); };
-        Worked worked =
-            runOn(listing_.documents[*document],
-                  {plan_, system_, store_, interviewer_ ? &*interviewer_ : nullptr, recorder_.get()}, blocks);
+        Worked worked = runOn(listing_.documents[*document],
+                              {plan_, system_, store_, interviewer_ ? &*interviewer_ : nullptr,
+                               recorder_.get(), passwordBudget_},
+                              blocks);
         if (worked.version == nullptr) {
           results_.done(*document, std::move(worked.outcome));
           continue;
@@ -274,6 +281,7 @@ class Run {
   std::unique_ptr<Printer> printer_;
   std::unique_ptr<journal::Recorder> recorder_;
   std::optional<Interviewer> interviewer_;
+  PasswordBudget passwordBudget_;
   Totals totals_;
   Progress progress_;
   Results results_;
@@ -287,6 +295,7 @@ ExitStatus run(const Plan& plan, files::FileSystem& system) {
   std::optional<ReportPlace> report;
   if (plan.report) report = reportPlace(*plan.report, plan.overwriteReport);
   Listing listing = listingFor(plan, system, report);
+  notePasswordFile(plan);
   makeOutputFolder(plan, system);
   return Run(plan, system, std::move(listing), report).all();
 }

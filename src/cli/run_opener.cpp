@@ -77,7 +77,7 @@ void RunFile::save() {
 memory::OpenedFile RunOpener::open(const std::string& path) {
   const bool opened = recordingFailure(outcome_, [&] {
     file_ = std::make_shared<RunFile>(
-        around_.store.open(path, {.protectedDocuments = !around_.plan.passwords.empty(),
+        around_.store.open(path, {.protectedDocuments = !around_.plan.passwords.passwords.empty(),
                                   .forReading = around_.plan.findsOnly(),
                                   .hint = {.encoding = around_.plan.encoding}}),
         named_, around_, outcome_);

@@ -1,5 +1,7 @@
 #include "multifile/frmPassword.h"
 
+#include "errors/secret_text.h"
+
 namespace pluvo::multifile {
 
 namespace {
@@ -30,7 +32,10 @@ bool frmPassword::RetrievePassword(std::u16string& password, const std::optional
     if (prompt) lblInstructions.Caption(*prompt);
     ShowModal();
     const bool proceeded = proceed_;
-    if (proceeded) password = txtPassword.Text();
+    if (proceeded) {
+      errors::wipe(password);
+      password = txtPassword.Text();
+    }
     unload();
     return proceeded;
   });

@@ -307,6 +307,18 @@ TEST(Passwords, LiftProtectionsThatStay) {
   EXPECT_THAT(sandbox.run("find -b draft encrypted.docx").err, HasSubstr("encrypted.docx: password: "));
   EXPECT_EQ(sandbox.run("undo -q").status, 0);
   EXPECT_EQ(sandbox.run(run + "--password-file nowhere").status, 2);
+
+  std::string slow = kept;
+  slow.replace(slow.find("100000"), 6, "10000000");
+  sandbox.put("locked.docx", docx::fileOf("draft", settings(slow)));
+  EXPECT_THAT(sandbox.run("replace -n -b draft -t x --password-file passwords locked.docx").err,
+              AllOf(HasSubstr("locked.docx: unsupported: "), HasSubstr("more than 1,000,000 times")));
+  const std::string note = "Note: other users can read the passwords in passwords";
+  for (const auto& [mode, isNoted] : {std::pair{0600, false}, {0640, true}, {0604, true}}) {
+    ::chmod(sandbox.path("passwords").c_str(), static_cast<mode_t>(mode));
+    const std::string err = sandbox.run("find -b draft --password-file passwords plain.docx").err;
+    EXPECT_EQ(err.find(note) != std::string::npos, isNoted) << err;
+  }
 }
 
 TEST(Undo, LeavesWhatWasChangedSince) {

@@ -3,8 +3,10 @@
 #include "passwords/kept_password.h"
 #include "root_elements.h"
 
+#include <algorithm>
 #include <charconv>
 #include <utility>
+#include <vector>
 
 namespace pluvo::docx {
 
@@ -50,11 +52,21 @@ std::optional<KeptPassword> passwordIn(const xml::Scanner& scanner) {
   return std::nullopt;
 }
 
-/// Asks for one more password than a protection asks for already.
-void add(formats::Protection& protection, const std::optional<KeptPassword>& password) {
-  if (!password) return;
-  protection.isLiftedBy = [before = std::move(protection.isLiftedBy), password](const std::u16string& given) {
-    return (!before || before(given)) && password->is(given);
+/// The protection asks for all of these passwords, that is, for one that is each of them.
+void ask(formats::Protection& protection, std::vector<KeptPassword> passwords) {
+  if (passwords.empty()) return;
+  for (const KeptPassword& each : passwords) protection.hashes += each.turns;
+  if (protection.hashes > passwords::kMostTurns) {
+    protection.obstacle =
+        "Each password for its protection would have to be hashed more than 1,000,000 times, ten times as "
+        "often as "
+        "word processors do; that could take seconds or hours, so none is tried. Lift the protection in a "
+        "word "
+        "processor.";
+  }
+  protection.isLiftedBy = [passwords = std::move(passwords)](const std::u16string& given) {
+    return std::all_of(passwords.begin(), passwords.end(),
+                       [&](const KeptPassword& each) { return each.is(given); });
   };
 }
 
@@ -64,6 +76,9 @@ std::optional<formats::Protection> protectionOf(const Package& package) {
   std::optional<formats::Protection> protection;
   const archive::Member* const settings = package.member(Role::settings);
   if (settings == nullptr) return protection;
+  // One of each kind counts, the last.
+  std::optional<KeptPassword> forEditing;
+  std::optional<KeptPassword> forChanging;
   forEachInRoot(package.archive, *settings, Name::documentProtection, [&](const xml::Scanner& scanner) {
     // Without the attribute Word enforces, whatever the standard says.
     const bool enforced =
@@ -71,14 +86,16 @@ std::optional<formats::Protection> protectionOf(const Package& package) {
     const std::string edit = valueOf(scanner, Name::edit);
     if (!enforced || edit.empty() || edit == "none") return;
     protection = formats::Protection{protectionNamed(edit)};
-    add(*protection, passwordIn(scanner));
+    forEditing = passwordIn(scanner);
   });
-  forEachInRoot(package.archive, *settings, Name::writeProtection, [&](const xml::Scanner& scanner) {
-    const auto password = passwordIn(scanner);
-    if (!password) return;
-    if (!protection) protection.emplace();
-    add(*protection, password);
-  });
+  forEachInRoot(package.archive, *settings, Name::writeProtection,
+                [&](const xml::Scanner& scanner) { forChanging = passwordIn(scanner); });
+  if (forChanging && !protection) protection.emplace();
+  std::vector<KeptPassword> passwords;
+  for (std::optional<KeptPassword>* each : {&forEditing, &forChanging}) {
+    if (*each) passwords.push_back(std::move(**each));
+  }
+  if (protection) ask(*protection, std::move(passwords));
   return protection;
 }
 

@@ -1,6 +1,7 @@
 #include "memory/document.h"
 
 #include "errors/fault.h"
+#include "errors/secret_text.h"
 #include "errors/text.h"
 #include "memory/application.h"
 #include "range.h"
@@ -68,7 +69,10 @@ void MemoryDocument::Protect(word::WdProtectionType type, const std::u16string& 
   if (protection_ != word::wdNoProtection)
     throw Fault(word::kNotAvailable, u"The document is protected already.");
   PasswordCheck check;
-  if (!password.empty()) check = [password](const std::u16string& given) { return given == password; };
+  if (!password.empty()) {
+    check = [kept = std::make_shared<const errors::SecretText>(std::u16string(password))](
+                const std::u16string& given) { return given == kept->text(); };
+  }
   protect(type, std::move(check));
 }
 

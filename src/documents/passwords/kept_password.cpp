@@ -1,5 +1,7 @@
 #include "passwords/kept_password.h"
 
+#include "errors/secret_text.h"
+
 #include <nettle/base64.h>
 #include <nettle/nettle-meta.h>
 
@@ -29,6 +31,7 @@ constexpr std::uint16_t shifted(std::uint16_t number, int times = 1) {
 /// The bytes that the key is made of, of which none is 0.
 std::vector<std::uint8_t> keyBytes(std::u16string_view password) {
   std::vector<std::uint8_t> bytes;
+  bytes.reserve(kMostCharacters);
   for (const char16_t unit : password.substr(0, kMostCharacters)) {
     const auto low = static_cast<std::uint8_t>(unit & 0xFFU);
     bytes.push_back(low != 0 ? low : static_cast<std::uint8_t>(unit >> 8U));
@@ -96,6 +99,7 @@ void append(Octets& bytes, char16_t unit) {
 /// The key's bytes, the lowest first, in hexadecimal digits of two bytes each.
 Octets textOf(std::uint32_t key) {
   Octets bytes;
+  bytes.reserve(16);
   for (unsigned byte = 0; byte < 4; ++byte, key >>= 8U) {
     for (const unsigned digit : {key >> 4U & 15U, key & 15U}) append(bytes, u"0123456789ABCDEF"[digit]);
   }
@@ -104,6 +108,7 @@ Octets textOf(std::uint32_t key) {
 
 Octets textOf(std::u16string_view password) {
   Octets bytes;
+  bytes.reserve(password.size() * 2);
   for (const char16_t unit : password) append(bytes, unit);
   return bytes;
 }
@@ -113,13 +118,17 @@ class Hashing {
  public:
   explicit Hashing(const nettle_hash& algorithm) : algorithm_(algorithm), state_(algorithm.context_size) {}
 
-  Octets of(std::span<const std::uint8_t> first, std::span<const std::uint8_t> second) {
+  Hashing(const Hashing&) = delete;
+  Hashing& operator=(const Hashing&) = delete;
+  ~Hashing() { errors::wipe(state_); }
+
+  /// The digest may be what is hashed.
+  void of(std::span<const std::uint8_t> first, std::span<const std::uint8_t> second, Octets& digest) {
     algorithm_.init(state_.data());
     algorithm_.update(state_.data(), first.size(), first.data());
     algorithm_.update(state_.data(), second.size(), second.data());
-    Octets digest(algorithm_.digest_size);
+    digest.resize(algorithm_.digest_size);
     algorithm_.digest(state_.data(), digest.size(), digest.data());
-    return digest;
   }
 
  private:
@@ -130,9 +139,11 @@ class Hashing {
 }  // namespace
 
 std::uint32_t keyOf(std::u16string_view password) {
-  const std::vector<std::uint8_t> bytes = keyBytes(password);
+  std::vector<std::uint8_t> bytes = keyBytes(password);
   if (bytes.empty()) return 0;
-  return static_cast<std::uint32_t>(highWord(bytes)) << 16U | lowWord(bytes);
+  const std::uint32_t key = static_cast<std::uint32_t>(highWord(bytes)) << 16U | lowWord(bytes);
+  errors::wipe(bytes);
+  return key;
 }
 
 bool KeptPassword::is(std::u16string_view given) const {
@@ -141,14 +152,19 @@ bool KeptPassword::is(std::u16string_view given) const {
   const auto expected = decoded(hash);
   if (known == nullptr || !saltBytes || !expected || turns > kMostTurns) return false;
   Hashing hashing(*known);
-  Octets digest = hashing.of(*saltBytes, of == Of::key ? textOf(keyOf(given)) : textOf(given));
+  Octets secret = of == Of::key ? textOf(keyOf(given)) : textOf(given);
+  Octets digest;
+  hashing.of(*saltBytes, secret, digest);
+  errors::wipe(secret);
   for (std::uint32_t turn = 0; turn < turns; ++turn) {
     const std::array counted = {static_cast<std::uint8_t>(turn), static_cast<std::uint8_t>(turn >> 8U),
                                 static_cast<std::uint8_t>(turn >> 16U),
                                 static_cast<std::uint8_t>(turn >> 24U)};
-    digest = hashing.of(digest, counted);
+    hashing.of(digest, counted, digest);
   }
-  return digest == *expected;
+  const bool isSame = digest == *expected;
+  errors::wipe(digest);
+  return isSame;
 }
 
 }  // namespace pluvo::passwords

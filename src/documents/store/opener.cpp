@@ -86,6 +86,7 @@ std::unique_ptr<StoredDocument> StoreOpener::openStored(const std::string& path)
       running_([&] {
         stored = store_.open(path, {.temporaryFiles = true,
                                     .protectedDocuments = true,
+                                    .lockedForGood = true,
                                     .hint = {.encoding = encoding, .certain = !encoding.empty()}});
       });
       return stored;

@@ -1,9 +1,11 @@
 #include "store/store.h"
 
+#include "errors/fault.h"
 #include "errors/text.h"
 #include "files/reading.h"
 #include "known_formats.h"
 #include "same_text.h"
+#include "word/faults.h"
 
 #include <algorithm>
 #include <utility>
@@ -50,6 +52,17 @@ formats::Opened readAgain(const formats::Format& format, const files::Bytes& wri
 
 std::optional<DocumentError> StoredDocument::obstacle() const {
   return files::obstacleToSaving(*system_, path_);
+}
+
+void StoredDocument::protect(const formats::Protection& protection) {
+  hashesForPassword_ = protection.hashes;
+  auto check = protection.isLiftedBy;
+  if (!protection.obstacle.empty()) {
+    check = [obstacle = protection.obstacle](const std::u16string&) -> bool {
+      throw errors::Fault(word::kNotAvailable, errors::utf16(obstacle));
+    };
+  }
+  document_->protect(protection.type, std::move(check));
 }
 
 bool StoredDocument::isAt(const std::string& path) const {
@@ -137,6 +150,8 @@ std::unique_ptr<StoredDocument> Store::open(const std::string& path, const Also&
   opened->format_ = &registry_->formatOf(file.bytes.view, formats::extensionOf(path));
   formats::Opened read = opened->format_->read(file.bytes, also.hint);
   if (also.forReading) read.protection.reset();
+  if (read.protection && !read.protection->obstacle.empty() && !also.lockedForGood)
+    throw DocumentError(Problem::unsupported, read.protection->obstacle);
   if (read.protection && !also.protectedDocuments)
     throw DocumentError(
         Problem::protection,
@@ -148,7 +163,7 @@ std::unique_ptr<StoredDocument> Store::open(const std::string& path, const Also&
   opened->again_ = std::move(read.again);
   opened->document_ =
       memory::MemoryDocument::create(std::move(read.content), opened->source_, errors::nameText(name), path);
-  if (read.protection) opened->document_->protect(read.protection->type, read.protection->isLiftedBy);
+  if (read.protection) opened->protect(*read.protection);
   opened->path_ = opened->readPath_ = path;
   opened->stamp_ = file.stamp;
   opened->bytes_ = std::move(file.bytes);

@@ -80,6 +80,19 @@ TEST(Package, protectionIsLiftedByItsPassword) {
     EXPECT_TRUE(protection->isLiftedBy(u"Example")) << settings;
     EXPECT_FALSE(protection->isLiftedBy(u"example")) << settings;
   }
+  // A password that would take long to check is none: one of too many turns, or of two that come to too many.
+  for (const auto& [turns, times, isTried] : {std::tuple{"1000000", 1, true},
+                                              {"1000001", 1, false},
+                                              {"600000", 2, false},
+                                              {"99999999999", 1, false}}) {
+    const std::string attributes =
+        std::string(" w:edit=\"forms\" w:hash=\"eA==\" w:cryptSpinCount=\"") + turns + "\"/>";
+    const auto slow = withSettings("<w:documentProtection" + attributes +
+                                   (times == 2 ? "<w:writeProtection" + attributes : ""))
+                          .protection;
+    ASSERT_TRUE(slow);
+    EXPECT_EQ(slow->obstacle.empty(), isTried) << turns;
+  }
   const auto free = withSettings("<w:documentProtection w:edit=\"forms\"/>").protection;
   ASSERT_TRUE(free);
   EXPECT_FALSE(free->isLiftedBy);

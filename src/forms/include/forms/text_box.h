@@ -1,5 +1,6 @@
 #pragma once
 
+#include "errors/secret_text.h"
 #include "forms/control.h"
 
 #include <cstdint>
@@ -17,12 +18,22 @@ enum Key : std::int16_t { kEnterKey = 13, kVKey = 86 };
 class TextBox final : public Control {
  public:
   explicit TextBox(std::u16string name) : Control(ControlKind::textBox, std::move(name)) {}
+  TextBox(const TextBox&) = delete;
+  TextBox& operator=(const TextBox&) = delete;
+  ~TextBox() override {
+    if (!passwordChar_.empty()) errors::wipe(text_);
+  }
 
   const std::u16string& Text() const { return text_; }
   /// Raises Change where the text is another, as the user's typing does.
   void Text(std::u16string text) {
     if (text_ == text) return;
-    set(text_, std::move(text));
+    // A password leaves nothing in memory, neither the one before nor the one given.
+    const bool isSecret = !passwordChar_.empty();
+    if (isSecret) errors::wipe(text_);
+    text_ = std::move(text);
+    if (isSecret) errors::wipe(text);
+    changed.raise();
     Change.raise();
   }
   /// What is shown in the place of every character typed; empty: the character itself.

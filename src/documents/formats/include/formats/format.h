@@ -8,6 +8,7 @@
 #include "model/model.h"
 #include "word/enums.h"
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -35,6 +36,10 @@ struct Protection {
   word::WdProtectionType type = word::wdAllowOnlyReading;
   /// Whether this is the password that lifts it; empty where anybody may.
   std::function<bool(const std::u16string&)> isLiftedBy = {};
+  /// How many hashes each password costs.
+  std::uint64_t hashes = 0;
+  /// Why no password can lift it: a sentence for the user. Empty where one can.
+  std::string obstacle = {};
 };
 
 /// What is known of a file besides its bytes.

@@ -21,11 +21,12 @@ struct KeptPassword {
   std::uint32_t turns = 0;
   Of of = Of::key;
 
-  /// Whether this is the password. A password kept in a way that is not known is nobody's.
+  /// Whether this is the password; costs as many hashes as there are turns. A password kept in a way that is
+  /// not known, or with more than kMostTurns, is nobody's. Wipes what it made of the password given.
   bool is(std::u16string_view given) const;
 };
 
-/// More turns no word processor makes, and they would take seconds.
-inline constexpr std::uint32_t kMostTurns = 10'000'000;
+/// Ten times what word processors make, a third of a second. A password kept with more is not tried.
+inline constexpr std::uint32_t kMostTurns = 1'000'000;
 
 }  // namespace pluvo::passwords

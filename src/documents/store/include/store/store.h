@@ -74,6 +74,9 @@ class StoredDocument {
   /// under that path; its own file may have changed or gone. Throws DocumentError; then nothing has happened.
   void saveAs(const std::string& path);
 
+  /// How many hashes each password costs that is tried on its protection; 0 where it has none.
+  std::uint64_t hashesForPassword() const { return hashesForPassword_; }
+
   /// What the document looks like besides its text and highlight.
   const formats::Source& source() const { return *source_; }
 
@@ -83,6 +86,7 @@ class StoredDocument {
 
   files::NewVersion newVersion(const std::string& path, const SaveOptions& options = {}) const;
   void requireFileNotOverwritten() const;
+  void protect(const formats::Protection& protection);
 
   files::FileSystem* system_ = nullptr;
   std::shared_ptr<const formats::Registry> registry_;
@@ -92,6 +96,7 @@ class StoredDocument {
   std::string encoding_;
   bool isEncodingGuessed_ = false;
   formats::Hint again_;  ///< for reading a new version back
+  std::uint64_t hashesForPassword_ = 0;
   std::string path_;
   files::Stamp stamp_;
   /// The file that was read, and may be mapped still.
@@ -105,6 +110,8 @@ struct Also {
   bool temporaryFiles = false;
   /// Documents protected against editing. They refuse every edit until the protection is lifted.
   bool protectedDocuments = false;
+  /// Among them those that no password can lift, to be looked at. Else they are unsupported.
+  bool lockedForGood = false;
   /// The same without their protection, by whoever edits nothing: everybody may read them.
   bool forReading = false;
   /// Its encoding is a name that encodingNamed gave, or empty.
