@@ -8,6 +8,7 @@
 #include "results.h"
 #include "store/store.h"
 #include "unfinished.h"
+#include "unicode.h"
 #include "usage_error.h"
 #include "waiters.h"
 
@@ -26,7 +27,7 @@ namespace {
 
 void notePasswordFile(const Plan& plan) {
   if (plan.quiet || !plan.passwords.othersMayRead) return;
-  sayNote("Note: other users can read the passwords in " + shownPath(plan.passwordFile) +
+  sayNote("Note: other users can read the passwords in " + shown(plan.passwordFile) +
           "; keep them to yourself with chmod 600.");
 }
 
