@@ -210,10 +210,10 @@ def table(only, repeat):
                 source = folder / ("source." + name[1:name.index(",")])
                 generated(make, n, source)
                 long = folder / "long"
-                long.write_bytes(b"ab " * (n // 4) + b"x")
                 given = {"PASSWORDS": [str(passwords)], "@LONG": []}
                 call = [each for word in words for each in given.get(word, [word])]
                 if "@LONG" in words:
+                    long.write_bytes(b"ab " * (n // 4) + b"x")
                     call = ["replace", "--begin-file", str(long), "-t", "cd"]
                 time, memory, ended = measure(call, source, folder, repeat)
                 times.append(time)
