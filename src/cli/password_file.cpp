@@ -2,10 +2,10 @@
 
 #include "errors/at_end.h"
 #include "errors/text.h"
+#include "text_input.h"
 #include "unicode.h"
 #include "usage_error.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -40,11 +40,8 @@ void readInto(std::string& bytes, int file, const std::string& path) {
 }  // namespace
 
 PasswordFile passwordsFrom(const std::string& path) {
-  const int file = path == "-" ? STDIN_FILENO : ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (file < 0) refuse("cannot open " + path + ": " + std::strerror(errno) + ".");
-  const errors::AtEnd closing([&] {
-    if (file != STDIN_FILENO) ::close(file);
-  });
+  const File opened = openGiven(path, kOption);
+  const int file = ::fileno(opened.get());  // read past stdio, which would keep a copy
   PasswordFile read;
   struct stat status = {};
   read.othersMayRead =

@@ -20,7 +20,7 @@ struct Plan {
   /// Lift protections, tried in this order; without any protected documents are left alone.
   PasswordFile passwords;
   std::string passwordFile;  ///< where they are from
-  std::string encoding;  ///< of plain texts that do not say it; empty: told from the text
+  std::string encoding;      ///< of plain texts that do not say it; empty: told from the text
 
   bool confirm = false;
   bool dryRun = false;

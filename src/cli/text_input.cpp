@@ -27,13 +27,6 @@ constexpr std::size_t kMostBytes = 64U << 20U;
   throw UsageError(std::string(option) + ": " + why, std::string(option));
 }
 
-struct CloseFile {
-  void operator()(std::FILE* file) const {
-    if (file != stdin) (void)std::fclose(file);
-  }
-};
-using File = std::unique_ptr<std::FILE, CloseFile>;
-
 [[noreturn]] void refuseToOpen(std::string_view option, const std::string& path, int error) {
   refuse(option, "cannot open " + path + ": " + std::strerror(error) + ".");
 }
@@ -76,15 +69,6 @@ File openFile(const std::string& path, std::string_view option) {
   return file;
 }
 
-File openGiven(const std::string& path, std::string_view option) {
-  if (path == "-") return File(stdin);
-  const auto descriptor = openDescriptor(path);
-  if (!descriptor) return openFile(path, option);
-  File file(::fdopen(::dup(*descriptor), "rb"));
-  if (!file) refuseToOpen(option, path, EBADF);
-  return file;
-}
-
 std::string wholeOf(const File& file, const std::string& path, std::string_view option) {
   std::string bytes;
   std::array<char, 65536> buffer{};
@@ -111,6 +95,15 @@ std::u16string withParagraphMarks(const std::u16string& text) {
 }
 
 }  // namespace
+
+File openGiven(const std::string& path, std::string_view option) {
+  if (path == "-") return File(stdin);
+  const auto descriptor = openDescriptor(path);
+  if (!descriptor) return openFile(path, option);
+  File file(::fdopen(::dup(*descriptor), "rb"));
+  if (!file) refuseToOpen(option, path, EBADF);
+  return file;
+}
 
 std::string bytesFrom(const std::string& path, std::string_view option) {
   return wholeOf(openGiven(path, option), path, option);
