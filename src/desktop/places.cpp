@@ -1,7 +1,6 @@
 #include "places.h"
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QStandardPaths>
 
 namespace pluvo::desktop {
@@ -15,10 +14,8 @@ std::u16string folder(QStandardPaths::StandardLocation location) {
 }  // namespace
 
 Places machinePlaces() {
-  Places places{folder(QStandardPaths::DocumentsLocation), folder(QStandardPaths::GenericDataLocation),
-                QCoreApplication::applicationDirPath().toStdU16String()};
-  QDir().mkpath(QString::fromStdU16String(places.templates) + QStringLiteral("/PLUVO"));
-  return places;
+  return {folder(QStandardPaths::DocumentsLocation), folder(QStandardPaths::GenericDataLocation),
+          QCoreApplication::applicationDirPath().toStdU16String()};
 }
 
 }  // namespace pluvo::desktop

@@ -13,7 +13,6 @@ struct Places {
   std::u16string component;  ///< where the program lies, and its documents
 };
 
-/// Makes the dialog's folder where it is not there; one that cannot be made is told when it is first needed.
 Places machinePlaces();
 
 }  // namespace pluvo::desktop

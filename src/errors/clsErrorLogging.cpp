@@ -1,12 +1,11 @@
 #include "errors/clsErrorLogging.h"
 
-#include "errors/machine_path.h"
+#include "errors/data_file.h"
 #include "errors/text.h"
 #include "report_text.h"
 
 #include <array>
 #include <ctime>
-#include <fstream>
 #include <utility>
 
 namespace pluvo::errors {
@@ -36,15 +35,20 @@ void clsErrorLogging::ProcessErrors(const std::optional<std::u16string>& prefix)
   captured_ = currentFault_;
   addReport(report_, captured_, detailLevel_);
   if (prefix) report_ = *prefix + u"\r\n" + report_;
-  if (!logFile_.empty()) appendToLog();
-  messages_.show(report_, titleCaption_.empty() ? std::nullopt : std::optional(titleCaption_));
+  std::u16string shown = report_;
+  if (!logFile_.empty() && !appendToLog()) {
+    if (!shown.ends_with(u"\r\n")) shown += u"\r\n";
+    shown += u"This report cannot be kept in \"" + logFile_ +
+             u"\": see that its folder may be written to and the disk is not full.";
+  }
+  messages_.show(shown, titleCaption_.empty() ? std::nullopt : std::optional(titleCaption_));
 }
 
-void clsErrorLogging::appendToLog() const {
-  std::ofstream log(machinePath(logFile_), std::ios::app | std::ios::binary);
+bool clsErrorLogging::appendToLog() const {
+  std::ofstream log = openDataFile(logFile_, std::ios::app);
   log << "\r\n" << utf8(clock_()) << "\r\n" << utf8(report_) << "\r\n" << std::string(64, '-') << "/\r\n";
   log.close();
-  if (!log) throw Fault(kPathNotFound, u"The error log \"" + logFile_ + u"\" cannot be written");
+  return log.good();
 }
 
 }  // namespace pluvo::errors

@@ -1,11 +1,10 @@
 #include "options/options_file.h"
 
-#include "errors/machine_path.h"
+#include "errors/data_file.h"
 #include "errors/text.h"
 #include "input_field.h"
 
 #include <algorithm>
-#include <fstream>
 #include <vector>
 
 namespace pluvo::options {
@@ -85,13 +84,13 @@ void OptionsFile::save() {
     const std::u16string values = optionsText();
     context_.locationTag = kTag;
     const std::u16string line = reserved0_ + kSeparator + reserved1_ + kSeparator + values;
-    std::ofstream output(errors::machinePath(path_), std::ios::binary);
+    std::ofstream output = errors::openDataFile(path_);
     output << errors::nameBytes(line) << "\r\n";
     output.close();
     if (!output) {
       throw errors::Fault(errors::kPathFileAccess,
                           u"The options cannot be saved to \"" + path_ +
-                              u"\": see that its folder is there and may be written to");
+                              u"\": see that its folder may be written to and the disk is not full");
     }
     Saved.raise();
   });

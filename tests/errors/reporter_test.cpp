@@ -100,15 +100,37 @@ TEST_F(Reporter, AppendsEachReportToTheLog) {
                                           separator);
 }
 
-TEST_F(Reporter, LetsAFaultOfItsOwnTravelToTheCaller) {
-  reporter().SendErrors_ToTxtFile(log("missing/errors.txt"));
-  try {
-    guarded(context, u"tag", [] { throw overflow(); });
-    FAIL() << "the log cannot be written";
-  } catch (const Fault& fault) {
-    EXPECT_EQ(fault.number, kPathNotFound);
+TEST_F(Reporter, ShowsTheReportWhateverBecomesOfTheLog) {
+  folder.put("file", "");
+  std::filesystem::create_directory(folder.at("folder"));
+  const struct {
+    const char* log;
+    std::int32_t level;
+    std::u16string report;
+    bool isKept;
+  } cases[] = {{"new/and newer/errors.txt", 1, u"\r\nError Code(6)", true},
+               {"file/errors.txt", 1, u"\r\nError Code(6)\r\n", false},
+               {"folder", 3, u"\r\nError Code(6):Overflow\r\n", false}};
+  context.currentFault = overflow();
+  for (const auto& [name, level, report, isKept] : cases) {
+    reporter().ErrorDetailLevel(level);
+    reporter().SendErrors_ToTxtFile(log(name));
+    reporter().ProcessErrors();
+    EXPECT_EQ(std::filesystem::is_regular_file(folder.at(name)), isKept) << name;
+    const std::u16string line = u"This report cannot be kept in \"" + log(name) +
+                                u"\": see that its folder may be written to and the disk is not full.";
+    EXPECT_EQ(shown.texts.back(), isKept ? report : report + line);
   }
-  EXPECT_TRUE(shown.texts.empty()) << "the record comes before the box";
+}
+
+TEST_F(Reporter, WritesTheRecordBeforeTheBox) {
+  struct Unshowable : MessageSink {
+    void show(const std::u16string&, const std::optional<std::u16string>&) override { throw outOfMemory(); }
+  } unshowable;
+  clsErrorLogging reporter(context.currentFault, unshowable);
+  reporter.SendErrors_ToTxtFile(log("errors.txt"));
+  EXPECT_THROW(reporter.ProcessErrors(), Fault) << "is the caller's";
+  EXPECT_NE(folder.get("errors.txt"), "");
 }
 
 TEST_F(Reporter, TakesAnyExceptionForAFault) {

@@ -74,7 +74,6 @@ int main(int argc, char** argv) {
   const forms::Toolkit toolkit(argc, argv);
   const files::Scratch folder;
   const auto path = [&](const std::string& name) { return folder.at(name).make_preferred().u16string(); };
-  std::filesystem::create_directories(folder.at("templates/PLUVO"));
   for (const char* name : {"Contracts", "Letters", "Minutes 2024", "Minutes 2025"})
     std::filesystem::create_directories(folder.at(std::string("Documents/") + name));
   for (const char* name : {"lease.doc", "offer & acceptance.doc", "agreement.rtf"})

@@ -63,11 +63,10 @@ struct ScriptedRandom final : RandomSource {
 };
 
 /// The dialog over documents in memory, a folder of files, and a user who does as a test says. The user's
-/// templates lie in "templates", where a data folder is, and the program in "program".
+/// templates lie in "templates", which is not there yet, and the program in "program".
 class OpenedDialog {
  public:
   OpenedDialog() : word(std::make_shared<memory::MemoryApplication>(opener())) {
-    std::filesystem::create_directories(folder.at("templates/PLUVO"));
     std::filesystem::create_directories(folder.at("program"));
     std::filesystem::create_directories(folder.at("documents"));
     word->defaultFilePath(word::wdUserTemplatesPath, u16(folder.path("templates")));

@@ -1,4 +1,3 @@
-#include "forms/unreported.h"
 #include "host/opened_dialog.h"
 
 namespace pluvo::host {
@@ -89,7 +88,7 @@ TEST_F(OptionsFile, DamagedIsReportedAndLeavesAUsableDialog) {
 }
 
 TEST_F(OptionsFile, ThatCannotBeOpenedIsNone) {
-  std::filesystem::create_directory(folder.path("templates/PLUVO/PLUVO.cfg"));
+  std::filesystem::create_directories(folder.path("templates/PLUVO/PLUVO.cfg"));
   open();
   EXPECT_EQ(ticks(), kDesigned);
   EXPECT_THAT(told(), IsEmpty());
@@ -97,11 +96,22 @@ TEST_F(OptionsFile, ThatCannotBeOpenedIsNone) {
   EXPECT_THAT(reported(), ElementsAre("75 FF:03"));
 }
 
-/// The log cannot be written either: whoever passes on what the user did shows the fault.
+TEST_F(OptionsFile, MakesTheDataFolderWhenItIsSaved) {
+  open();
+  EXPECT_FALSE(std::filesystem::exists(folder.path("templates")));
+  press(u"cmdSaveOptions");
+  EXPECT_EQ(options(), "PLUVO;Options;False;False;False;True;False;False;True;False;False;\r\n");
+  EXPECT_THAT(told(), IsEmpty());
+}
+
+/// Neither can the log: a line of the report says so.
 TEST_F(OptionsFile, WithoutADataFolderSavingIsTold) {
-  std::filesystem::remove_all(folder.path("templates"));
-  open([&] { forms::userDid(boxes, [&] { press(u"cmdSaveOptions"); }); });
-  EXPECT_THAT(told(), ElementsAre(testing::HasSubstr("errors.txt\" cannot be written")));
+  folder.put("templates", "no folder");
+  open();
+  press(u"cmdSaveOptions");
+  EXPECT_THAT(told(), ElementsAre(testing::AllOf(testing::HasSubstr("FF:03"),
+                                                 testing::HasSubstr("PLUVO.cfg\": see that its folder"),
+                                                 testing::HasSubstr("errors.txt\": see that its folder"))));
 }
 
 }  // namespace

@@ -14,9 +14,10 @@ namespace pluvo::errors {
 /// The current date and time for the log: "2026-11-21 14:22:33", local time.
 std::u16string dateAndTime();
 
-/// Turns a fault into a text, appends it to a log file and shows it to the user.
+/// Turns a fault into a text, appends it to a log file and shows it to the user. Where the log cannot be
+/// written, a line below the text says so.
 ///
-/// A fault inside ProcessErrors itself (a log that cannot be written) is thrown to the caller.
+/// A fault inside ProcessErrors itself (a box that cannot be shown) is thrown to the caller.
 class clsErrorLogging {
  public:
   using Clock = std::function<std::u16string()>;
@@ -25,7 +26,7 @@ class clsErrorLogging {
   clsErrorLogging(const Fault& currentFault, MessageSink& messages, Clock clock = dateAndTime);
 
   /// Full path of the text log (see nameText), to which records are appended in UTF-8 with CR LF; empty: no
-  /// log is written.
+  /// log is written. Its folder is made with the first record.
   const std::u16string& SendErrors_ToTxtFile() const { return logFile_; }
   void SendErrors_ToTxtFile(const std::u16string& path) { logFile_ = path; }
 
@@ -53,7 +54,7 @@ class clsErrorLogging {
   void ProcessErrors(const std::optional<std::u16string>& prefix = std::nullopt);
 
  private:
-  void appendToLog() const;
+  bool appendToLog() const;
 
   const Fault& currentFault_;
   MessageSink& messages_;

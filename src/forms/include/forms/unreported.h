@@ -9,7 +9,7 @@
 namespace pluvo::forms {
 
 /// For renderers: passes on what the user did. A fault arrives here only where the reporter itself failed,
-/// its log folder being away perhaps; the user is told all the same, and the dialog goes on.
+/// memory having run out perhaps; the user is told all the same, and the dialog goes on.
 template <class Doing>
 void userDid(MessageBoxes& boxes, Doing&& doing) {
   errors::Fault fault;

@@ -15,7 +15,8 @@ namespace pluvo::options {
 /// empty one. The order decides which field is whose, not the name.
 class OptionsFile {
  public:
-  /// Form and context outlive it. The folder ends with the path separator; it is not created.
+  /// Form and context outlive it. The folder ends with the path separator; it is made
+  /// when the options are first saved.
   OptionsFile(forms::Form& form, errors::Context& context, const std::u16string& dataFolder);
 
   /// Sets the boxes. Without a file they stay as they are; a fault in it is reported, and the boxes behind
