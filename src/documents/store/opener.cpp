@@ -31,7 +31,8 @@ errors::Fault faultOf(std::int32_t number, const std::string& path, const std::s
 bool mayNot(Problem problem) { return problem == Problem::readOnly || problem == Problem::locked; }
 
 std::int32_t openingFault(Problem problem) {
-  if (problem == Problem::password || problem == Problem::protection) return word::kOpenPasswordWrong;
+  // Not "wrong password": nobody is asked for one here, so that asking again would come to the same.
+  if (problem == Problem::password) return word::kNotAvailable;
   if (problem == Problem::io) return word::kFileNotFound;
   return word::kFileCorrupted;
 }

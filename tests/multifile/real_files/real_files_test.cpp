@@ -95,15 +95,14 @@ TEST_F(RealFiles, ThatCannotBeOpenedDoNotStopTheRun) {
   scratch.put("b.docx", archive::compoundFile({"EncryptionInfo", "EncryptedPackage"}));
   scratch.put("~$c.txt", "A");
   scratch.put("z.txt", "A");
-  work.boxes.answer("yny");
+  work.boxes.answer("y");
   run();
-  EXPECT_THAT(titles(), ElementsAre("Incorrect Open/Modify Password", "Incorrect Open/Modify Password",
-                                    "Potential Temporary File"));
-  EXPECT_THAT(work.reports, ElementsAre("5792 cpf:44"));
+  EXPECT_THAT(titles(), ElementsAre("Potential Temporary File")) << "no question about a password";
+  EXPECT_THAT(work.reports, ElementsAre("5792 cpf:44", "4605 cpf:44"));
   EXPECT_EQ(scratch.get("z.txt"), "B");
   EXPECT_EQ(scratch.get("~$c.txt"), "A");
 
-  work.boxes.answer("nn");
+  work.boxes.answer("n");
   run();
   EXPECT_EQ(scratch.get("~$c.txt"), "B") << "the user said to process it";
 }

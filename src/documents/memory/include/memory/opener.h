@@ -29,7 +29,7 @@ struct OpenedFile {
 class DocumentOpener {
  public:
   virtual ~DocumentOpener() = default;
-  /// Throws Fault: 5174 where there is no such file, 5408 where it asks for a password.
+  /// Throws Fault: 5174 where there is no such file, 4605 where it is encrypted.
   virtual OpenedFile open(const std::string& path) = 0;
 };
 
