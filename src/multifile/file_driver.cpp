@@ -1,5 +1,6 @@
 #include "multifile/file_driver.h"
 
+#include "errors/context.h"
 #include "errors/fault.h"
 #include "errors/secret_text.h"
 #include "host_faults.h"
@@ -144,9 +145,23 @@ bool FileDriver::MultiPLUVO_OpenNextFile(engine::clsProcessFind& engine,
   for (; index < static_cast<std::int64_t>(files.size()); ++index) {
     const std::u16string& path = files.at(static_cast<std::size_t>(index));
     fileBegins(path, static_cast<std::size_t>(index) + 1, files.size());
-    if (makeReady(engine, path, engine.application().PathSeparator(), step)) return true;
+    bool ready = false;
+    const auto fault = errors::attempt(engine.context(), u"cpf:45b", [&] {
+      ready = makeReady(engine, path, engine.application().PathSeparator(), step);
+    });
+    if (ready) return true;
+    if (fault) giveUp(engine, path);
   }
   return false;
+}
+
+/// Closes a document that could not be made ready. One with changes is the user's, who had it open before.
+void FileDriver::giveUp(engine::clsProcessFind& engine, const std::u16string& path) {
+  const auto fault = attempt([&] {
+    if (document_ && document_->Saved()) document_->Close(false);
+  });
+  document_.reset();
+  if (fault) tellOfDifficultiesClosing(engine.boxes(), path);
 }
 
 void FileDriver::MultiPLUVO_CloseFile(engine::clsProcessFind& engine) {

@@ -22,6 +22,7 @@ struct ScriptedFile {
   bool readOnly = false;
   word::WdProtectionType protection = word::wdNoProtection;
   std::string password = {};
+  bool unsaved = false;  ///< the user has it open, with changes
 };
 
 class ScriptedDocument;
@@ -85,7 +86,7 @@ class ScriptedDocument : public word::Document, public std::enable_shared_from_t
     called("story", std::to_string(story));
     return sample_.document->StoryRanges(story);
   }
-  bool Saved() override { return !sample_.model().changed(); }
+  bool Saved() override { return !file_.unsaved && !sample_.model().changed(); }
   void Close(bool saveChanges) override {
     called("close", saveChanges ? "saving" : "");
     if (saveChanges) file_.text = sample_.print();

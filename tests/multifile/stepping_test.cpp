@@ -1,5 +1,6 @@
 #include "file_run.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace pluvo::multifile {
@@ -107,16 +108,18 @@ TEST_F(Stepping, ClosesAsTheFileIs) {
                 true);
 }
 
-/// Here the numbers have no meaning of their own: whatever is refused while a file is made ready is reported
-/// and ends the run; while it is closed, the run goes on.
+/// Here the numbers have no meaning of their own: whatever is refused is reported, and the run goes on. A
+/// file that could not be made ready is closed.
 TEST_F(Stepping, ReportsWhatIsRefused) {
   for (const std::string number : {"4198", "5485", "5408", "5155", "4605"}) {
     for (const char* call : {"path a", "readonly a", "activate a", "protection a"}) {
       run.word.refusals[call] = {std::stoi(number)};
       start({"a", "b"});
-      EXPECT_FALSE(dialog.Visible());
+      EXPECT_THAT(run.told(), testing::EndsWith(call + (": " + number) + ", close a, open b, activate b"));
+      EXPECT_TRUE(dialog.Visible());
       EXPECT_EQ(std::exchange(run.work.reports, {}), Story{number + " cpf:44"}) << call;
-      run.word.open.clear();
+      EXPECT_EQ(run.word.openNames(), "b");
+      skip();
     }
     run.file("c") = {.protection = word::wdAllowOnlyReading};
     run.typed = {""};
@@ -129,6 +132,23 @@ TEST_F(Stepping, ReportsWhatIsRefused) {
     run.word.open.clear();
   }
   EXPECT_TRUE(run.work.boxes.shown.empty());
+}
+
+TEST_F(Stepping, LeavesOpenWhatMayNotOrCannotBeClosed) {
+  const struct {
+    bool unsaved;
+    std::deque<std::int32_t> closing;
+    const char* between;
+  } cases[] = {{true, {}, ""}, {false, {4605}, "close a: 4605, box Difficulties Closing Current File., "}};
+  for (const auto& one : cases) {
+    run.file("a").unsaved = one.unsaved;
+    run.word.refusals = {{"activate a", {4605}}, {"close a", one.closing}};
+    start({"a", "b"});
+    EXPECT_EQ(run.told(), std::string("open a, activate a: 4605, ") + one.between + "open b, activate b");
+    EXPECT_EQ(run.word.openNames(), "a b");
+    skip();
+    run.word.open.clear();
+  }
 }
 
 TEST_F(Stepping, ClosesNothingWhereNothingIsOpen) {

@@ -55,6 +55,7 @@ class FileDriver final : public engine::FileStepper {
   void processFile(engine::clsProcessFind& engine, const std::u16string& path);
   bool makeReady(engine::clsProcessFind& engine, const std::u16string& path, const std::u16string& joint,
                  const Step& step);
+  void giveUp(engine::clsProcessFind& engine, const std::u16string& path);
   bool stepWith(engine::clsProcessFind& engine, Document& document, const Work& work);
   void protectAgain();
   void closeCurrentFile(engine::clsProcessFind& engine);
