@@ -2,6 +2,7 @@
 
 #include "documents.h"
 #include "errors/fault.h"
+#include "member.h"
 #include "options.h"
 #include "window.h"
 #include "word/faults.h"
@@ -17,8 +18,12 @@ MemoryApplication::~MemoryApplication() {
   for (const OpenedFile& opened : open_) opened.document->application_ = nullptr;
 }
 
+std::shared_ptr<word::Document> MemoryApplication::ActiveDocument() {
+  return member(u"Application.ActiveDocument", [&] { return active(); });
+}
+
 std::shared_ptr<word::Selection> MemoryApplication::Selection() {
-  return std::make_shared<MemorySelection>(active());
+  return member(u"Application.Selection", [&] { return std::make_shared<MemorySelection>(active()); });
 }
 
 std::shared_ptr<word::Documents> MemoryApplication::Documents() {

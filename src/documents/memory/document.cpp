@@ -3,6 +3,7 @@
 #include "errors/fault.h"
 #include "errors/secret_text.h"
 #include "errors/text.h"
+#include "member.h"
 #include "memory/application.h"
 #include "range.h"
 #include "window.h"
@@ -27,7 +28,8 @@ std::shared_ptr<MemoryDocument> MemoryDocument::create(model::Content content,
 }
 
 std::shared_ptr<word::Range> MemoryDocument::Range(std::int32_t start, std::int32_t end) {
-  return std::make_shared<MemoryRange>(shared_from_this(), spanOf(start, end));
+  return member(u"Document.Range",
+                [&] { return std::make_shared<MemoryRange>(shared_from_this(), spanOf(start, end)); });
 }
 
 std::shared_ptr<word::Window> MemoryDocument::ActiveWindow() {
@@ -40,40 +42,53 @@ std::u16string MemoryDocument::Path() {
   return errors::nameText(path_.substr(0, std::max<std::size_t>(separator, 1)));
 }
 
-void MemoryDocument::Activate() { application().activate(shared_from_this()); }
+void MemoryDocument::Activate() {
+  member(u"Document.Activate", [&] { application().activate(shared_from_this()); });
+}
 
-bool MemoryDocument::ReadOnly() { return application_ != nullptr && application_->isReadOnly(*this); }
+bool MemoryDocument::ReadOnly() {
+  return member(u"Document.ReadOnly",
+                [&] { return application_ != nullptr && application_->isReadOnly(*this); });
+}
 
 void MemoryDocument::WritePassword(const std::u16string& password) {
-  open();
-  if (password.empty()) return;
-  throw Fault(word::kNotAvailable, u"A document of this kind has no place for a password for changing it.");
+  member(u"Document.WritePassword", [&] {
+    open();
+    if (password.empty()) return;
+    throw Fault(word::kNotAvailable, u"A document of this kind has no place for a password for changing it.");
+  });
 }
 
 word::WdProtectionType MemoryDocument::ProtectionType() {
-  open();
-  return protection_;
+  return member(u"Document.ProtectionType", [&] {
+    open();
+    return protection_;
+  });
 }
 
 void MemoryDocument::Unprotect(const std::u16string& password) {
-  open();
-  if (protection_ == word::wdNoProtection)
-    throw Fault(word::kNotAvailable, u"The document is not protected.");
-  if (passwordCheck_ && !passwordCheck_(password))
-    throw Fault(word::kProtectionPasswordWrong, u"The password is incorrect.");
-  protect(word::wdNoProtection);
+  member(u"Document.Unprotect", [&] {
+    open();
+    if (protection_ == word::wdNoProtection)
+      throw Fault(word::kNotAvailable, u"The document is not protected.");
+    if (passwordCheck_ && !passwordCheck_(password))
+      throw Fault(word::kProtectionPasswordWrong, u"The password is incorrect.");
+    protect(word::wdNoProtection);
+  });
 }
 
 void MemoryDocument::Protect(word::WdProtectionType type, const std::u16string& password) {
-  open();
-  if (protection_ != word::wdNoProtection)
-    throw Fault(word::kNotAvailable, u"The document is protected already.");
-  PasswordCheck check;
-  if (!password.empty()) {
-    check = [kept = std::make_shared<const errors::SecretText>(std::u16string(password))](
-                const std::u16string& given) { return given == kept->text(); };
-  }
-  protect(type, std::move(check));
+  member(u"Document.Protect", [&] {
+    open();
+    if (protection_ != word::wdNoProtection)
+      throw Fault(word::kNotAvailable, u"The document is protected already.");
+    PasswordCheck check;
+    if (!password.empty()) {
+      check = [kept = std::make_shared<const errors::SecretText>(std::u16string(password))](
+                  const std::u16string& given) { return given == kept->text(); };
+    }
+    protect(type, std::move(check));
+  });
 }
 
 void MemoryDocument::protect(word::WdProtectionType type, PasswordCheck check) {
@@ -82,14 +97,22 @@ void MemoryDocument::protect(word::WdProtectionType type, PasswordCheck check) {
 }
 
 std::shared_ptr<word::Range> MemoryDocument::StoryRanges(word::WdStoryType story) {
-  if (story != word::wdMainTextStory) throw Fault(word::kMemberMissing, u"The document has no such story.");
-  return Range(0, model().length());
+  return member(u"StoryRanges.Item", [&] {
+    if (story != word::wdMainTextStory) throw Fault(word::kMemberMissing, u"The document has no such story.");
+    return Range(0, model().length());
+  });
+}
+
+bool MemoryDocument::Saved() {
+  return member(u"Document.Saved", [&] { return !model().changed(); });
 }
 
 void MemoryDocument::Close(bool saveChanges) {
-  const auto kept = shared_from_this();
-  if (saveChanges && !Saved()) application().save(*this);
-  if (!application().keeps(*this)) application().close(kept);
+  member(u"Document.Close", [&] {
+    const auto kept = shared_from_this();
+    if (saveChanges && !Saved()) application().save(*this);
+    if (!application().keeps(*this)) application().close(kept);
+  });
 }
 
 void MemoryDocument::select(text::Span span) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "errors/text.h"
+#include "member.h"
 #include "memory/application.h"
 #include "word/word_processor.h"
 
@@ -13,9 +14,11 @@ class MemoryDocuments : public word::Documents {
  public:
   explicit MemoryDocuments(MemoryApplication& application) : application_(application) {}
   std::int32_t Count() override { return application_.count(); }
-  std::shared_ptr<word::Document> Item(std::int32_t index) override { return application_.document(index); }
+  std::shared_ptr<word::Document> Item(std::int32_t index) override {
+    return member(u"Documents.Item", [&] { return application_.document(index); });
+  }
   std::shared_ptr<word::Document> Open(const std::u16string& fileName) override {
-    return application_.open(errors::nameBytes(fileName));
+    return member(u"Documents.Open", [&] { return application_.open(errors::nameBytes(fileName)); });
   }
 
  private:

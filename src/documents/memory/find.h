@@ -20,19 +20,19 @@ class MemoryFind : public word::Find {
   /// Fault 5854 for more than 255 characters.
   void Text(const std::u16string& text) override;
   void WholeText(std::shared_ptr<const std::u16string> text) override { text_ = std::move(text); }
-  void Forward(bool value) override { requireOnly(value, true); }
+  void Forward(bool value) override { requireOnly(u"Find.Forward", value, true); }
   void MatchCase(bool value) override { flags_.matchCase = value; }
   void MatchWholeWord(bool value) override { flags_.wholeWord = value; }
-  void MatchWildcards(bool value) override { requireOnly(value, false); }
-  void MatchSoundsLike(bool value) override { requireOnly(value, false); }
-  void MatchAllWordForms(bool value) override { requireOnly(value, false); }
-  void Wrap(word::WdFindWrap value) override { requireOnly(value == word::wdFindStop, true); }
+  void MatchWildcards(bool value) override { requireOnly(u"Find.MatchWildcards", value, false); }
+  void MatchSoundsLike(bool value) override { requireOnly(u"Find.MatchSoundsLike", value, false); }
+  void MatchAllWordForms(bool value) override { requireOnly(u"Find.MatchAllWordForms", value, false); }
+  void Wrap(word::WdFindWrap value) override { requireOnly(u"Find.Wrap", value == word::wdFindStop, true); }
 
   /// Not found: the range stays as it was.
   bool Execute() override;
 
  private:
-  static void requireOnly(bool value, bool possible);
+  static void requireOnly(const char16_t* criterion, bool value, bool possible);
 
   std::shared_ptr<MemoryRange> range_;
   std::shared_ptr<const std::u16string> text_;

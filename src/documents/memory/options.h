@@ -1,5 +1,6 @@
 #pragma once
 
+#include "member.h"
 #include "memory/application.h"
 #include "word/word_processor.h"
 
@@ -11,7 +12,7 @@ class MemoryOptions : public word::Options {
  public:
   explicit MemoryOptions(const MemoryApplication& application) : application_(application) {}
   std::u16string DefaultFilePath(word::WdDefaultFilePath kind) override {
-    return application_.defaultFilePath(kind);
+    return member(u"Options.DefaultFilePath", [&] { return application_.defaultFilePath(kind); });
   }
 
  private:

@@ -12,9 +12,9 @@ class MemoryRange : public word::Range, public std::enable_shared_from_this<Memo
  public:
   MemoryRange(std::shared_ptr<MemoryDocument> document, text::Span span);
 
-  std::int32_t Start() override { return span().from; }
+  std::int32_t Start() override;
   void Start(std::int32_t position) override;
-  std::int32_t End() override { return span().to; }
+  std::int32_t End() override;
   void End(std::int32_t position) override;
   void SetRange(std::int32_t start, std::int32_t end) override;
 

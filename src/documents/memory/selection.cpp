@@ -1,3 +1,4 @@
+#include "member.h"
 #include "memory/document.h"
 #include "window.h"
 
@@ -10,12 +11,22 @@ text::Span MemorySelection::selected() const {
   return {selection.from, next.position};
 }
 
+std::int32_t MemorySelection::Start() {
+  return member(u"Selection.Start", [&] { return document_->selection().from; });
+}
+
 std::u16string MemorySelection::Text() {
-  return document_->model().visibleText(selected(), document_->view());
+  return member(u"Selection.Text",
+                [&] { return document_->model().visibleText(selected(), document_->view()); });
+}
+
+void MemorySelection::SetRange(std::int32_t start, std::int32_t end) {
+  member(u"Selection.SetRange", [&] { document_->select({start, end}); });
 }
 
 std::int32_t MemorySelection::countOf(word::WdUnits unit) {
-  return document_->model().count(selected(), unit, document_->view());
+  return member(countOfUnit(unit),
+                [&] { return document_->model().count(selected(), unit, document_->view()); });
 }
 
 }  // namespace pluvo::memory

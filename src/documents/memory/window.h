@@ -31,9 +31,9 @@ class MemoryWindow : public word::Window {
 class MemorySelection : public word::Selection {
  public:
   explicit MemorySelection(std::shared_ptr<MemoryDocument> document) : document_(std::move(document)) {}
-  std::int32_t Start() override { return document_->selection().from; }
+  std::int32_t Start() override;
   std::u16string Text() override;
-  void SetRange(std::int32_t start, std::int32_t end) override { document_->select({start, end}); }
+  void SetRange(std::int32_t start, std::int32_t end) override;
 
  protected:
   std::int32_t countOf(word::WdUnits unit) override;

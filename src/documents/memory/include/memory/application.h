@@ -34,7 +34,7 @@ class MemoryApplication : public word::Application {
   ~MemoryApplication() override;
 
   /// Fault 4248 when no document is open.
-  std::shared_ptr<word::Document> ActiveDocument() override { return active(); }
+  std::shared_ptr<word::Document> ActiveDocument() override;
   /// The selection of the active document.
   std::shared_ptr<word::Selection> Selection() override;
   /// To be used no longer than this. The active document is the last.

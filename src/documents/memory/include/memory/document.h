@@ -56,7 +56,7 @@ class MemoryDocument : public word::Document, public std::enable_shared_from_thi
   void Protect(word::WdProtectionType type, const std::u16string& password) override;
   std::shared_ptr<word::Range> StoryRanges(word::WdStoryType story) override;
 
-  bool Saved() override { return !model().changed(); }
+  bool Saved() override;
   void Close(bool saveChanges) override;
 
   const std::string& path() const { return path_; }
