@@ -39,8 +39,15 @@ bool isControl(char32_t code) {
 }
 
 std::string shown(std::string_view bytes) {
+  // Most of what is shown is plain ASCII, and goes as it is.
+  const auto plain = [](char c) { return c >= 0x20 && c < 0x7F; };
   std::string text;
   for (std::size_t at = 0; at < bytes.size();) {
+    const auto* const from = bytes.begin() + at;
+    const auto* const to = std::find_if_not(from, bytes.end(), plain);
+    text.append(from, to);
+    at += static_cast<std::size_t>(to - from);
+    if (at == bytes.size()) break;
     const Character next = firstCharacter(bytes.substr(at));
     if (next.length == 0) {
       text += "\uFFFD";

@@ -45,7 +45,7 @@ word::Application& clsProcessFind::application() {
 PassObserver& clsProcessFind::observing() { return observer_ != nullptr ? *observer_ : state_->nobody; }
 
 void clsProcessFind::InitializeFind() {
-  constexpr auto kTag = u"cpf:27e";
+  constexpr std::u16string_view kTag = u"cpf:27e";
   endPass();
   errors::guarded(context(), kTag, [&] {
     state_->ranges = {};  // a pass that cannot be prepared must not go on in the document of the one before

@@ -33,7 +33,7 @@ std::optional<errors::Fault> Operations::perform() const {
 }
 
 template <class Work>
-std::optional<errors::Fault> Operations::onRange(std::u16string_view tag, Work work) const {
+std::optional<errors::Fault> Operations::onRange(errors::Tag tag, Work work) const {
   return errors::attempt(context_, tag, [&] {
     if (search_.location < kSelection || search_.location > kInsideText) return;
     work(required(operated()));

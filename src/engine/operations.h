@@ -29,7 +29,7 @@ class Operations {
   std::optional<errors::Fault> HighlightOperationRange() const;
 
   template <class Work>
-  std::optional<errors::Fault> onRange(std::u16string_view tag, Work work) const;
+  std::optional<errors::Fault> onRange(errors::Tag tag, Work work) const;
 
   errors::Context& context_;
   const PreparedSearch& search_;

@@ -79,7 +79,7 @@ void frmFAR::build() {
 }
 
 void frmFAR::UserForm_Initialize() {
-  constexpr auto kTag = u"FF:41";
+  constexpr std::u16string_view kTag = u"FF:41";
   errors::guarded(context_, kTag, [&] {
     createEngine();
     const std::u16string dataFolder = findDataFolder();

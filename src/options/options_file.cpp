@@ -79,7 +79,7 @@ void OptionsFile::load() {
 }
 
 void OptionsFile::save() {
-  constexpr auto kTag = u"FF:03";
+  constexpr std::u16string_view kTag = u"FF:03";
   errors::guarded(context_, kTag, [&] {
     const std::u16string values = optionsText();
     context_.locationTag = kTag;

@@ -2,6 +2,7 @@
 
 #include "errors/fault.h"
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>
@@ -37,33 +38,43 @@ struct Context {
 /// The exception being handled, as a fault. To be called in a catch block only.
 Fault faultInFlight();
 
+/// A location tag. The length of a literal is known before the program runs; g++ would count it at every
+/// call.
+struct Tag {
+  template <std::size_t kSize>
+  constexpr Tag(const char16_t (&literal)[kSize]) : text(literal, kSize - 1) {}
+  constexpr Tag(std::u16string_view tag) : text(tag) {}
+
+  std::u16string_view text;
+};
+
 /// The frame every procedure works in: stores the tag, does the work, and on a fault reports it once and
 /// returns the default result. A fault inside the reporter itself travels on.
 template <class Work>
-auto guarded(Context& context, std::u16string_view tag, Work&& work) -> decltype(work()) {
-  context.locationTag = tag;
-  Fault fault;
+auto guarded(Context& context, Tag tag, Work&& work) -> decltype(work()) {
+  context.locationTag = tag.text;
+  std::optional<Fault> fault;
   try {
     return std::forward<Work>(work)();
   } catch (...) {
     fault = faultInFlight();
   }
-  context.report(fault);
+  context.report(*fault);
   return decltype(work())();
 }
 
 /// The same for a procedure whose caller must know how it went: the fault, already reported.
 template <class Work>
-std::optional<Fault> attempt(Context& context, std::u16string_view tag, Work&& work) {
-  context.locationTag = tag;
-  Fault fault;
+std::optional<Fault> attempt(Context& context, Tag tag, Work&& work) {
+  context.locationTag = tag.text;
+  std::optional<Fault> fault;
   try {
     std::forward<Work>(work)();
     return std::nullopt;
   } catch (...) {
     fault = faultInFlight();
   }
-  context.report(fault);
+  context.report(*fault);
   return fault;
 }
 
