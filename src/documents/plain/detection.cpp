@@ -4,6 +4,7 @@
 #include "guess.h"
 #include "names.h"
 #include "sample.h"
+#include "shifts.h"
 #include "text/positions.h"
 #include "token.h"
 
@@ -128,7 +129,11 @@ Storage storageOf(ByteSpan bytes, const formats::Hint& hint) {
   if (named && (hint.certain || (zeros && isUtf16(named->coding.encoding)))) return said(*named);
   if (zeros && readsAsUtf16<Encoding::utf16Little>(bytes)) return as({{Encoding::utf16Little}, "UTF-16LE"});
   if (zeros && readsAsUtf16<Encoding::utf16Big>(bytes)) return as({{Encoding::utf16Big}, "UTF-16BE"});
-  if (storage.survey.highest < 0x80) return named ? said(*named) : as(utf8Named());
+  if (storage.survey.highest < 0x80 && named) return said(*named);
+  if (storage.survey.highest < 0x80) {
+    requireNoShifts(bytes);
+    return as(utf8Named());
+  }
   if (isUtf8(bytes)) return as(utf8Named());
   const Utf8Share share = utf8ShareOf(bytes);
   if (isUtf8ButForAFew(share)) {

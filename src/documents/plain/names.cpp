@@ -86,14 +86,8 @@ bool isStatefulByName(std::string_view simple) {
          simple.starts_with("UTF7") || simple == "SCSU" || simple == "BOCU1";
 }
 
-DocumentError stateful(std::string_view name) {
-  return {Problem::encoding, "In the encoding " + upper(name) +
-                                 " the meaning of bytes depends on what stands before them, so a text cannot "
-                                 "be changed in place; save it as UTF-8 first."};
-}
-
 DocumentError notUsable(std::string_view name, CodePage::Kind kind) {
-  if (kind == CodePage::Kind::stateful) return stateful(name);
+  if (kind == CodePage::Kind::stateful) return statefulEncoding(name);
   if (kind == CodePage::Kind::notByBytes)
     return {Problem::encoding,
             "Texts in the encoding " + upper(name) + " are not read here; save them as UTF-8 first."};
@@ -116,6 +110,12 @@ Coding codingOf(const Known& known) {
 
 }  // namespace
 
+DocumentError statefulEncoding(std::string_view name) {
+  return {Problem::encoding, "In the encoding " + upper(name) +
+                                 " the meaning of bytes depends on what stands before them, so a text cannot "
+                                 "be changed in place; save it as UTF-8 first."};
+}
+
 Named encodingOf(std::string_view name) {
   const std::string simple = simplified(name);
   if (!looksLikeName(name)) throw notUsable(name, CodePage::Kind::unknown);
@@ -126,7 +126,7 @@ Named encodingOf(std::string_view name) {
     throw DocumentError(Problem::encoding, "\"" + std::string(name) +
                                                "\" does not tell the order of bytes; say UTF-16LE or "
                                                "UTF-16BE.");
-  if (isStatefulByName(simple)) throw stateful(name);
+  if (isStatefulByName(simple)) throw statefulEncoding(name);
   const auto answer = CodePage::named(upper(name));
   if (answer.page == nullptr) throw notUsable(name, answer.kind);
   return {{Encoding::codePage, answer.page}, upper(name)};

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "encoding.h"
+#include "files/problem.h"
 
 #include <optional>
 #include <string>
@@ -18,6 +19,9 @@ struct Named {
 Named encodingOf(std::string_view name);
 /// The same; nothing where it would throw.
 std::optional<Named> knownEncoding(std::string_view name);
+
+/// What is said of an encoding that changes what bytes mean on the way.
+files::DocumentError statefulEncoding(std::string_view name);
 
 inline Named utf8Named() { return {{Encoding::utf8, nullptr}, "UTF-8"}; }
 inline Named windows1252Named() { return {{Encoding::windows1252, nullptr}, "Windows-1252"}; }

@@ -269,6 +269,11 @@ TEST(PlainFormat, TellsTheEncodingOrRefuses) {
                {"a letter \xC6 is too little", {}, ""},
                {std::string("zeros\0 and \xE9", 12), {}, ""},
                {std::string("\x42\x30\0a", 4), {"UTF-16LE"}, "UTF-16LE"},
+               {"\x1B$B4A\x1B(B kanji", {}, ""},  // without a byte over 127
+               {"\x1B$B4A\x1B(B kanji", {"ascii"}, "ASCII"},
+               {"\x1B$)C\x0E\x30\x21\x0F", {}, ""},
+               {"in ~{VPND~} HZ", {}, ""},
+               {"\x1B[31mred\x1B[0m\x1B(B, figures~{\\em 3} and~{4}, 5~}", {}, "UTF-8"},
                {"plain", {"UTF-16"}, ""},
                {"plain", {"ISO-2022-JP"}, ""},
                {"plain", {"HZ"}, ""},
