@@ -77,6 +77,28 @@ void requireChangeable(const Model& model, std::int32_t control) {
   if (control != kNone && at(model, control).contentLocked) refuseContent();
 }
 
+/// Whether there is a paragraph of the control before the one at a position.
+bool hasParagraphBefore(const Model& model, Position position, std::int32_t control) {
+  while (position > 0 && isWithin(model, controlAt(model, position - 1), control)) {
+    const Position from = model.structure().runAt(position - 1).from;
+    if (holdsMark(model, {from, position})) return true;
+    position = from;
+  }
+  return false;
+}
+
+/// A control of whole paragraphs that loses its last mark dissolves, unless an earlier or a new one stays.
+void requireMarkStays(const Model& model, Span span, const Landing* landing, bool textHasMark) {
+  std::int32_t control =
+      commonOf(model.controls(), controlAt(model, span.from - 1), controlAt(model, span.from));
+  for (; !isWithin(model, controlAt(model, span.to), control); control = at(model, control).parent) {
+    const bool bringsMark =
+        textHasMark && landing != nullptr && isWithin(model, landing->structure.control, control);
+    const bool locked = at(model, control).deletionLocked && !at(model, control).inlined;
+    if (locked && !bringsMark && !hasParagraphBefore(model, span.from, control)) refuseDeletion();
+  }
+}
+
 /// What goes: controls that are covered wholly go themselves, of others the content changes.
 void requireRemovable(const Model& model, Span span, const Landing* landing, bool textHasMark) {
   const auto over = [&](Position position) {
@@ -143,7 +165,9 @@ void requireUnlocked(const Model& model, const Removal& removal, const Landing* 
   const bool textHasMark = newText.find(text::kParagraphMark) != newText.npos;
   if (landing != nullptr) requireChangeable(model, landing->structure.control);
   for (const Span& span : removal.spans) {
-    requireRemovable(model, span, &span == removal.spans.data() ? landing : nullptr, textHasMark);
+    const Landing* const landed = &span == removal.spans.data() ? landing : nullptr;
+    requireRemovable(model, span, landed, textHasMark);
+    requireMarkStays(model, span, landed, textHasMark);
     // A paragraph of which the mark in front goes takes in what is left there.
     const bool startsParagraph = span.from == 0 || model.endsParagraph(span.from - 1);
     const bool leavesNothing = newText.empty() ? startsParagraph : endsWithMark(newText);

@@ -143,7 +143,12 @@ TEST(Controls, thatAreLockedRefuse) {
                {block("sdtContentLocked"), behind(u"x\r", u"X\r"), nullptr},
                {block("sdtLocked"), remove(u"abcd"), nullptr},
                {block("sdtLocked"), remove(u"abcd\r"), kDeletion},
-               {block("sdtLocked"), replace(u"abcd\r", u"X\r"), nullptr}};
+               {block("sdtLocked"), replace(u"abcd\r", u"X\r"), nullptr},
+               {block("sdtLocked"), remove(u"d\r"), kDeletion},
+               {block("sdtLocked"), replace(u"bcd\ry", u"X"), kDeletion},
+               {block("sdtLocked"), replace(u"bcd\ry", u"X\rY"), nullptr},
+               {locked("sdtLocked", "{[a]}{[bc]}") + "{[y]}", remove(u"c\ry"), nullptr},
+               {locked("sdtLocked", "{[a]}{[bc]}") + "{[y]}", remove(u"\rbc\ry"), kDeletion}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.body);
     Opened opened = open(documentOf(wml(c.body)));
