@@ -95,13 +95,19 @@ void Rewriter::closeInlines(std::size_t from) {
   std::string& out = output_.text();
   for (std::size_t i = opens_.size(); i-- > from;) {
     Open& open = opens_[i];
-    if (open.bare || open.toComplex) continue;
+    if (open.bare || open.toComplex) {
+      // Without tags of its own, what it holds stands in the element around it.
+      opens_[i - 1].kept = opens_[i - 1].kept || open.kept;
+      if (open.toComplex || open.tag.name != Name::fldSimple) open.kept = false;
+      continue;
+    }
     opens_[i - 1].textChanged = opens_[i - 1].textChanged || open.textChanged;
     removePassed(open);
     if (open.tag.name == Name::fldSimple) {
       const std::string begin = beginningOfField(open);
       out.replace(open.outBegin, open.outInner - open.outBegin, begin);
-      open.toComplex = true;
+      open.toComplex = opens_[i - 1].kept = true;
+      open.kept = false;
     } else if (open.kept) {
       unbind(open);
       out += "</" + std::string(qualifiedName(open.tag)) + ">";

@@ -337,8 +337,10 @@ void Rewriter::putPart(const Step& step, bool deleted) {
   }
   writeAll();
   interruptRun();
-  for (std::size_t i = outside; i < opens_.size(); ++i) opens_[i].bare = bare[i - outside];
-  opens_[outside - 1].kept = true;
+  for (std::size_t i = outside; i < opens_.size(); ++i) {
+    opens_[outside - 1].kept = opens_[outside - 1].kept || opens_[i].kept;
+    opens_[i].bare = bare[i - outside];
+  }
   openInlines(outside);
 }
 

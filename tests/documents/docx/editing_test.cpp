@@ -97,6 +97,9 @@ TEST(Editing, textTakesAfterDeletedText) {
         "{[x]<del id='7'><r><delText>N</delText></r></del>[y]}"},
        {"{[x]<del id='7'>_</del>[y]}", before(u"a", u"N"), "{[x][N]<del id='8'>_</del>[y]}"},
        {"{[x]<del id='7'>_</del>[y]}", behind(u"b", u"N"), "{[x]<del id='7'>_</del>[N][y]}"},
+       {"{<hyperlink anchor='m'>[x]<del id='7'>_</del></hyperlink>}", behind(u"b", u"1\r2\r"),
+        "{<hyperlink anchor='m'>[x]<del id='7'>_</del>[1]</hyperlink>}{<hyperlink "
+        "anchor='m'>[2]</hyperlink>}{}"},
        {"{[x]<del id='7'>_</del>[y]}", replace(u"xa", u"N"),
         "{[N]<del id='7'><r><delText>b</delText></r></del>[y]}"},
        {"{[x]<del id='7'>_</del>[y]}", replace(u"by", u"N"),
@@ -180,6 +183,10 @@ TEST(Editing, fieldsKeepTheirMarksUnlessTheyGoWhole) {
       {"{^@IF@^@PAGE@%[12]$%[no]$}", before(u"2", u"3"),
        "{^@IF@^@PAGE@%<r><t>1</t><instrText>3</instrText><t>2</t></r>$%[no]$}"},
       {"{<fldSimple instr='PAGE'>[12]</fldSimple>}", before(u"2", u"\r"), "{^@PAGE@%[1]}{[2]$}"},
+      {"{<hyperlink anchor='m'><fldSimple instr='PAGE'>[12]</fldSimple></hyperlink>}",
+       before(u"2", u"a\rb\r"),
+       "{<hyperlink anchor='m'>^@PAGE@%[1a]</hyperlink>}{<hyperlink anchor='m'>[b]</hyperlink>}"
+       "{<hyperlink anchor='m'>[2]$</hyperlink>}"},
       {"{<fldSimple instr='PAGE'>[12]</fldSimple>}", replace(u"E", u"ES", View::codes), "{^@PAG@@ES@%[12]$}"},
       {"{^@PAGE@%[12]$}", replace(u"E", u"ES", View::codes), "{^@PAGES@%[12]$}"},
   });
