@@ -79,7 +79,8 @@ memory::OpenedFile RunOpener::open(const std::string& path) {
     file_ = std::make_shared<RunFile>(
         around_.store.open(path, {.protectedDocuments = !around_.plan.passwords.passwords.empty(),
                                   .forReading = around_.plan.findsOnly(),
-                                  .hint = {.encoding = around_.plan.encoding}}),
+                                  .hint = {.encoding = around_.plan.encoding},
+                                  .folderLength = named_.folderLength}),
         named_, around_, outcome_);
     outcome_.encoding = file_->stored().encoding();
     outcome_.guessed = file_->stored().isEncodingGuessed();

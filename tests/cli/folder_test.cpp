@@ -157,6 +157,20 @@ TEST(Folder, TellsOfFoldersThatADiskDoesNotRead) {
   EXPECT_EQ(root.status, 2);
   EXPECT_EQ(spared.status, 0);
 }
+
+TEST(Folder, FollowsNoLinkThatTookADocumentsPlace) {
+  const Sandbox sandbox;
+  sandbox.put("secret", "draft\n");
+  ASSERT_EQ(::setenv("LD_PRELOAD", PLUVO_FAILING_FOLDERS, 1), 0);
+  for (const std::string follow : {"", " --follow"}) {
+    sandbox.put("t/exchanged/file.txt", "draft\n");
+    const Result result = sandbox.run("replace -b draft -t final -r t" + follow);
+    EXPECT_EQ(result.status, follow.empty() ? 2 : 0) << result.err;
+    EXPECT_EQ(sandbox.get("secret"), follow.empty() ? "draft\n" : "final\n");
+    std::filesystem::remove(sandbox.path("t/exchanged/file.txt"));
+  }
+  ::unsetenv("LD_PRELOAD");
+}
 #endif
 
 TEST(Folder, TakesTextsFromFilesAndColorsByName) {

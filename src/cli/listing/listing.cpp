@@ -86,7 +86,7 @@ class Lister {
       if (isAttributesFile(path)) {
         leaveOut(path, kAttributesFile);
       } else if (status.kind != FileKind::folder) {
-        addFile(path, place, identityOf(status.stamp), status.stamp.modifiedSeconds);
+        addFile({path, place, {}}, identityOf(status.stamp), status.stamp.modifiedSeconds);
       } else if (selection_.recursive) {
         addTree(path);
       } else if (seen_.insert(identityOf(status.stamp)).second) {
@@ -146,18 +146,21 @@ class Lister {
     if (isAttributesFile(path)) return leaveOut(path, kAttributesFile);
     std::string place = tree;
     place += errors::nameBytes(below);
+    NamedDocument document{path, place, {}};
+    if (!selection_.follow) document.folderLength = path.size() - errors::nameBytes(below).size();
     try {
       // To ask for every file would take longer than all else.
-      if (identity && !selection_.newerThan) return addFile(std::move(path), std::move(place), *identity, {});
+      if (identity && !selection_.newerThan) return addFile(std::move(document), *identity, {});
       const files::Stamp stamp = system_.statusAt(path).stamp;
-      addFile(std::move(path), std::move(place), identityOf(stamp), stamp.modifiedSeconds);
+      addFile(std::move(document), identityOf(stamp), stamp.modifiedSeconds);
     } catch (const std::system_error&) {
-      listing_.documents.push_back({path, place, {}});
+      listing_.documents.push_back(std::move(document));
     }
   }
 
-  void addFile(std::string path, std::string place, const Identity& identity,
+  void addFile(NamedDocument document, const Identity& identity,
                std::optional<std::int64_t> modifiedSeconds) {
+    const std::string& path = document.path;
     if (avoided_.contains(identity)) {
       leaveOut(path, kWrittenByRun);
     } else if (selection_.newerThan && modifiedSeconds < selection_.newerThan) {
@@ -165,7 +168,7 @@ class Lister {
     } else if (!seen_.insert(identity).second) {
       leaveOut(path, "another name of a document above");
     } else {
-      listing_.documents.push_back({std::move(path), std::move(place), {}});
+      listing_.documents.push_back(std::move(document));
     }
   }
 

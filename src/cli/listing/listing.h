@@ -16,6 +16,8 @@ struct NamedDocument {
   std::string path;   ///< as typed, or as found below what was typed
   std::string place;  ///< in the folder that --output names: the file's name, or the tree it was found in
   std::optional<Failure> failure;
+  /// Of the folder that its path begins with, where links below that are not to be followed.
+  std::optional<std::size_t> folderLength = std::nullopt;
 };
 
 /// A file or folder that was found and not taken.

@@ -52,6 +52,7 @@ class Creating final : public Pending {
                 : openIfThere(system_, original_);
     std::optional<Original> like;
     if (pattern) like = Original{pattern->handle(), system_.status(pattern->handle())};
+    if (opened_) requireSameStamp(like->status, *opened_);
     writeVersion(system_, file_, like, version);
   }
 

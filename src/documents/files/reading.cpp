@@ -49,6 +49,23 @@ Bytes readWhole(FileSystem& system, Handle file, std::size_t size) {
   return {all, bytes, nullptr};
 }
 
+void requireNoLink(FileSystem& system, const Place& place, const std::string& what) {
+  if (system.statusAt(place).kind == FileKind::link)
+    throw DocumentError(
+        Problem::changed,
+        what + " has become a link since the folder was looked through, and was not followed.",
+        "Run this again.");
+}
+
+template <class Work>
+auto reading(Work work) {
+  try {
+    return work();
+  } catch (const std::system_error& failure) {
+    throw readingFailed(failure);
+  }
+}
+
 }  // namespace
 
 FileContent readFile(FileSystem& system, Handle file) {
@@ -58,6 +75,22 @@ FileContent readFile(FileSystem& system, Handle file) {
   Bytes bytes = size < kMappedFrom ? readWhole(system, file, size) : system.map(file, size);
   if (system.status(file).stamp != status.stamp) throw changedMeanwhile();
   return {std::move(bytes), status.stamp};
+}
+
+FileContent readFileBelow(FileSystem& system, const std::string& path, std::size_t folderLength) {
+  OpenFolder folder = reading([&] { return OpenFolder(system, path.substr(0, folderLength)); });
+  std::size_t from = folderLength;
+  for (std::size_t to = 0; (to = path.find('/', from)) != std::string::npos; from = to + 1) {
+    const Place next = folder.at(path.substr(from, to - from));
+    if (next.name.empty()) continue;
+    folder = reading([&] {
+      requireNoLink(system, next, "\"" + path.substr(0, to) + "\"");
+      return OpenFolder(system, next);
+    });
+  }
+  const Place file = folder.at(path.substr(from));
+  reading([&] { requireNoLink(system, file, "The file"); });
+  return readFile(system, file);
 }
 
 FileContent readFile(FileSystem& system, const Place& place) {

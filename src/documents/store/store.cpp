@@ -143,7 +143,8 @@ std::unique_ptr<StoredDocument> Store::open(const std::string& path, const Also&
         Problem::temporary,
         "The name begins with \"~\": this is a word processor's temporary file. It was skipped; "
         "rename it if it is a document.");
-  files::FileContent file = files::readFile(*system_, path);
+  files::FileContent file = also.folderLength ? files::readFileBelow(*system_, path, *also.folderLength)
+                                              : files::readFile(*system_, path);
   auto opened = std::unique_ptr<StoredDocument>(new StoredDocument);
   opened->system_ = system_;
   opened->registry_ = registry_;

@@ -1,16 +1,21 @@
 // Loaded before the program, fails calls on folders as a bad disk does: those named "unopened" cannot be
-// opened, and reading those named "unfinished" ends behind their third entry.
+// opened, reading those named "unfinished" ends behind their third entry. In
+// folders named "exchanged" somebody puts a link to "secret" in the place of "file.txt" once they were read.
 
 #include <dirent.h>
 #include <dlfcn.h>
+#include <unistd.h>
 
 #include <cerrno>
+#include <string>
 #include <string_view>
 
 namespace {
 
 DIR* unfinished = nullptr;
 int entriesLeft = 0;
+DIR* exchanged = nullptr;
+std::string pathOfExchanged;
 
 template <class Function>
 Function real(const char* name) {
@@ -29,6 +34,10 @@ extern "C" DIR* opendir(const char* path) {
     unfinished = opened;
     entriesLeft = 3;
   }
+  if (std::string_view(path).find("exchanged") != std::string_view::npos) {
+    exchanged = opened;
+    pathOfExchanged = path;
+  }
   return opened;
 }
 
@@ -37,5 +46,10 @@ extern "C" dirent* readdir(DIR* folder) {
     errno = EIO;
     return nullptr;
   }
-  return real<dirent* (*)(DIR*)>("readdir")(folder);
+  dirent* const entry = real<dirent* (*)(DIR*)>("readdir")(folder);
+  if (entry == nullptr && folder == exchanged) {
+    const std::string file = pathOfExchanged + "/file.txt";
+    if (::unlink(file.c_str()) == 0) (void)!::symlink("../../secret", file.c_str());
+  }
+  return entry;
 }

@@ -68,6 +68,32 @@ TEST(Reading, RefusesWhatIsNoFileWithoutWaiting) {
                 testing::ContainsRegex("^io: .*" + std::string(said)));
 }
 
+TEST(Reading, FollowsNoLinkBelowTheFolderThatWasLookedThrough) {
+  const Scratch scratch;
+  scratch.put("secret/file", "secret");
+  scratch.put("named/a/b/file", "text");
+  std::filesystem::create_symlink("../secret/file", scratch.path("named/link"));
+  std::filesystem::create_symlink("../../secret", scratch.path("named/a/link"));
+  std::filesystem::create_symlink("named", scratch.path("linked"));
+  const std::pair<const char*, const char*> cases[] = {
+      {"named/a/b/file", "text"},
+      {"linked/a/b/file", "text"},  // the user named that link
+      {"named/link", "^changed: The file has become a link"},
+      {"named/a/link/file", "^changed: \".*named/a/link\" has become a link"},
+      {"named/a/b/file/file", "^io: There is no such"},
+      {"named/a/b", "^io: This is a folder"},
+  };
+  for (const auto& [path, expected] : cases) {
+    const std::string whole = scratch.path(path);
+    std::string text;
+    const std::string refused = refusalOf([&] {
+      text = textOf(
+          readFileBelow(machineFileSystem(), whole, whole.find('/', scratch.path("").size()) + 1).bytes.view);
+    });
+    EXPECT_THAT(text + refused, testing::ContainsRegex(expected)) << path;
+  }
+}
+
 TEST(Reading, OutlivesAMappedFileThatIsCutShort) {
   const Scratch scratch;
   const std::string path = scratch.put("file", std::string(3 * kMappedFrom, 'x'));

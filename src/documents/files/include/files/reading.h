@@ -18,6 +18,10 @@ struct FileContent {
 /// Throws DocumentError: io for a missing file, a folder, a pipe and the like (which are not waited for), and
 /// for what cannot be read; changed for a file that somebody was writing while it was read.
 FileContent readFile(FileSystem& system, const Place& place);
+/// The same of a file in a folder or below it, whose path is the path's beginning of that length, with its
+/// "/". A link after that is not followed, as another program may have put it there since the folder was
+/// read: then changed.
+FileContent readFileBelow(FileSystem& system, const std::string& path, std::size_t folderLength);
 /// The same of an open file; a call that fails is a std::system_error.
 FileContent readFile(FileSystem& system, Handle file);
 

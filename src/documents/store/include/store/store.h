@@ -116,6 +116,8 @@ struct Also {
   bool forReading = false;
   /// Its encoding is a name that encodingNamed gave, or empty.
   formats::Hint hint = {};
+  /// Of the folder that was looked through for it; see files::readFileBelow.
+  std::optional<std::size_t> folderLength = std::nullopt;
 };
 
 /// The extensions that any known format goes by, "" for none among them.
