@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <exception>
 #include <system_error>
 #include <utility>
 
@@ -40,7 +41,15 @@ class Printers : public Printer {
     for (const auto& each : printers_) each->leftOut(leftOut);
   }
   void end(const Totals& totals) override {
-    for (const auto& each : printers_) each->end(totals);
+    std::exception_ptr first;
+    for (const auto& each : printers_) {
+      try {
+        each->end(totals);
+      } catch (const std::exception&) {
+        if (!first) first = std::current_exception();
+      }
+    }
+    if (first) std::rethrow_exception(first);
   }
 
  private:

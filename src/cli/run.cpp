@@ -151,8 +151,7 @@ class Run {
     for (std::size_t i = results_.handedOut(); i < listing_.documents.size(); ++i)
       printer_->leftOut({listing_.documents[i].path, "not opened before the run was stopped"});
     progress_.end(totals_);
-    printer_->end(totals_);
-    flushOut();
+    const bool isTold = told();
     if (recorder_ && recorder_->notKept() > 0) sayNotKept();
     if (totals_.found == 0 && totals_.tooFar > 0) suggestWholeDocument();
     if (Interrupt::requested()) {
@@ -160,7 +159,7 @@ class Run {
       return kFailed;
     }
     if (isCutShort() && plan_.selection.several()) leaveTheRest("Stopped");
-    if (totals_.failed > 0) return kFailed;
+    if (totals_.failed > 0 || !isTold) return kFailed;
     return totals_.found > 0 ? kFound : kNoneFound;
   }
 
@@ -243,6 +242,18 @@ class Run {
     printer_->document(outcome);
     flushOut();
     progress_.show();
+  }
+
+  /// False where the report cannot be written; all else is said nevertheless.
+  bool told() {
+    try {
+      printer_->end(totals_);
+      flushOut();
+      return true;
+    } catch (const files::DocumentError& unwritten) {
+      sayError(unwritten.what());
+      return false;
+    }
   }
 
   void sayNotKept() const {

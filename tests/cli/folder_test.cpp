@@ -171,6 +171,18 @@ TEST(Folder, FollowsNoLinkThatTookADocumentsPlace) {
   }
   ::unsetenv("LD_PRELOAD");
 }
+
+TEST(Report, WithoutItsNameKeepsNothingElseFromBeingTold) {
+  const Sandbox sandbox;
+  sandbox.put("d.txt", "draft\n");
+  sandbox.put("unnamed.csv", "");
+  ASSERT_EQ(::setenv("LD_PRELOAD", PLUVO_FAILING_FOLDERS, 1), 0);
+  const Result result = sandbox.run("replace -b draft -t final d.txt missing.txt --report unnamed.csv");
+  ::unsetenv("LD_PRELOAD");
+  EXPECT_EQ(result.status, 2);
+  EXPECT_THAT(result.out + result.err, AllOf(HasSubstr("1 failed"), HasSubstr("The report ")));
+  EXPECT_THAT(sandbox.names(), testing::SizeIs(2));
+}
 #endif
 
 TEST(Folder, TakesTextsFromFilesAndColorsByName) {

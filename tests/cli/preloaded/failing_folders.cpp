@@ -1,5 +1,5 @@
 // Loaded before the program, fails calls on folders as a bad disk does: those named "unopened" cannot be
-// opened, reading those named "unfinished" ends behind their third entry. In
+// opened, reading those named "unfinished" ends behind their third entry, and "unnamed" files get no name. In
 // folders named "exchanged" somebody puts a link to "secret" in the place of "file.txt" once they were read.
 
 #include <dirent.h>
@@ -52,4 +52,11 @@ extern "C" dirent* readdir(DIR* folder) {
     if (::unlink(file.c_str()) == 0) (void)!::symlink("../../secret", file.c_str());
   }
   return entry;
+}
+
+extern "C" int rename(const char* from, const char* to) {
+  if (std::string_view(to).find("unnamed") == std::string_view::npos)
+    return real<int (*)(const char*, const char*)>("rename")(from, to);
+  errno = EIO;
+  return -1;
 }
