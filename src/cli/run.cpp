@@ -278,12 +278,18 @@ class Run {
     const std::size_t from = results_.handedOut() - (isCutShort() ? 1 : 0);
     const std::size_t left = listing_.documents.size() - from;
     if (left == 0) return sayError(how + "; all documents were worked on.");
-    const std::string list = writeUnfinished(system_, listing_.documents, from);
-    sayError(how + "; " + counted(static_cast<std::int64_t>(left), "document") + " of the run " +
-             (isCutShort() ? "are left, this one among them" : "were not opened") +
-             ". To go on with them, give the same command with these in the place of the documents: --null "
-             "--files-from " +
-             list);
+    const std::string what = how + "; " + counted(static_cast<std::int64_t>(left), "document") +
+                             " of the run " +
+                             (isCutShort() ? "are left, this one among them. " : "were not opened. ");
+    try {
+      const std::string list = writeUnfinished(system_, listing_.documents, from);
+      sayError(what +
+               "To go on with them, give the same command with these in the place of the documents: --null "
+               "--files-from " +
+               list);
+    } catch (const files::DocumentError& unwritten) {
+      sayError(what + "There is no list of them: " + unwritten.what());
+    }
   }
 
   const Plan& plan_;

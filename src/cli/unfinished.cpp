@@ -1,7 +1,6 @@
 #include "unfinished.h"
 
 #include "files/problem.h"
-#include "folder_maker.h"
 #include "journal/journal.h"
 
 #include <unistd.h>
@@ -29,12 +28,11 @@ std::string writeUnfinished(files::FileSystem& system, const std::vector<NamedDo
   std::string names;
   for (std::size_t i = from; i < documents.size(); ++i) names += listedPath(documents[i]) + '\0';
   // Beside the journal of runs, where there is one.
-  std::string folder = journal::defaultFolder().value_or("./runs");
-  folder.erase(folder.rfind('/'));
-  std::string path = folder + "/" + nameOfList();
-  makeFolders(system, folder);
+  const auto runs = journal::defaultFolder();
+  const std::string name = nameOfList();
+  std::string path = runs ? runs->substr(0, runs->rfind('/') + 1) + name : "./" + name;
   try {
-    files::OpenFile file(system, system.createNew(path));
+    files::OpenFile file(system, runs ? journal::createBeside(system, *runs, name) : system.createNew(path));
     files::ByteSpan bytes(reinterpret_cast<const std::uint8_t*>(names.data()), names.size());
     while (!bytes.empty()) bytes = bytes.subspan(system.write(file.handle(), bytes));
     file.close();

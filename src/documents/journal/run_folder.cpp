@@ -26,8 +26,9 @@ bool isOwn(files::FileSystem& system, const files::FileStatus& status) {
 files::DocumentError notTrusted(const std::string& path) {
   return {files::Problem::io,
           "\"" + path +
-              "\" is a link, or belongs to another user, or other users may write there, so what it says of "
-              "earlier runs is not relied on. Make it yours alone, or set XDG_STATE_HOME to a folder of your "
+              "\" is a link, or belongs to another user, or other users may write there, so nothing is put "
+              "there, and what is there is not relied on. Make it yours alone, or set XDG_STATE_HOME to a "
+              "folder of your "
               "own (with sudo, the option -H does)."};
 }
 
@@ -79,6 +80,17 @@ std::pair<std::string, std::string> split(const std::string& path) {
   return {slash == 0 ? "/" : path.substr(0, slash), path.substr(slash + 1)};
 }
 
+/// The folder that the folder of runs lies in.
+OwnFolder openProgram(files::FileSystem& system, const std::string& folder, Missing missing) {
+  const std::string program = split(folder).first;
+  const auto [state, name] = split(program);
+  if (missing == Missing::isMade) makeFoldersTo(system, state);
+  const files::OpenFolder base(system, state);
+  requireOwnOrSystem(system, system.status(base.handle()), state);
+  if (missing == Missing::isMade) makeFolder(system, base.at(name));
+  return {system, base.at(name), program};
+}
+
 }  // namespace
 
 OwnFolder::OwnFolder(files::FileSystem& system, const files::Place& place, std::string path)
@@ -89,15 +101,14 @@ OwnFolder::OwnFolder(files::FileSystem& system, const files::Place& place, std::
 }
 
 OwnFolder openRuns(files::FileSystem& system, const std::string& folder, Missing missing) {
-  const auto [program, runs] = split(folder);
-  const auto [state, programName] = split(program);
-  if (missing == Missing::isMade) makeFoldersTo(system, state);
-  const files::OpenFolder base(system, state);
-  requireOwnOrSystem(system, system.status(base.handle()), state);
-  if (missing == Missing::isMade) makeFolder(system, base.at(programName));
-  const OwnFolder own(system, base.at(programName), program);
+  const OwnFolder own = openProgram(system, folder, missing);
+  const std::string runs = split(folder).second;
   if (missing == Missing::isMade) makeFolder(system, own.at(runs));
   return {system, own.at(runs), folder};
+}
+
+files::Handle createBeside(files::FileSystem& system, const std::string& folder, const std::string& name) {
+  return system.createNew(openProgram(system, folder, Missing::isMade).at(name));
 }
 
 OwnFolder openRun(files::FileSystem& system, const OwnFolder& runs, const std::string& name) {

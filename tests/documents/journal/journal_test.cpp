@@ -467,6 +467,10 @@ TEST_F(Journal, RefusesWhatOthersMayWrite) {
     const std::string said = refusal([&] { takeBack(run); });
     EXPECT_THAT(said, testing::AllOf(testing::HasSubstr(state_.path(which) + "\" is a link, or"),
                                      testing::HasSubstr("XDG_STATE_HOME")));
+    if (which == "pluvo") {
+      EXPECT_THAT(refusal([&] { createBeside(machineFileSystem(), folder(), "list"); }),
+                  testing::HasSubstr("is a link, or"));
+    }
     if (which.find(run) != std::string::npos) {
       EXPECT_TRUE(listed().at(0).refused);
       { const Recorder other(machineFileSystem(), folder(), "another", kDefaultLimit); }

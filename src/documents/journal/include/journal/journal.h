@@ -27,6 +27,10 @@ namespace pluvo::journal {
 /// that variable nor HOME is set.
 std::optional<std::string> defaultFolder();
 
+/// A new file beside the folder of runs, in a folder that is made where it is missing and refused as a
+/// journal is. Throws DocumentError (io) and std::system_error.
+files::Handle createBeside(files::FileSystem& system, const std::string& folder, const std::string& name);
+
 /// The originals of all runs together take no more than this: the oldest runs go first, and a run that needs
 /// more by itself keeps what fits.
 inline constexpr std::uint64_t kDefaultLimit = std::uint64_t{4} * 1024 * 1024 * 1024;
