@@ -42,6 +42,14 @@ word::Application& clsProcessFind::application() {
   return *application_;
 }
 
+SearchedText clsProcessFind::searched(std::u16string_view text) const {
+  const SearchText made(normalizedText(text, request_.liftLimits), request_.liftLimits);
+  if (made.whole) return {*made.whole, *made.whole};
+  return {made.full, made.search};
+}
+
+bool clsProcessFind::keepsExtraSpace() const { return !state_->search.extraSpace.empty(); }
+
 PassObserver& clsProcessFind::observing() { return observer_ != nullptr ? *observer_ : state_->nobody; }
 
 void clsProcessFind::InitializeFind() {

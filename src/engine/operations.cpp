@@ -8,10 +8,11 @@ std::shared_ptr<word::Range> Operations::operated() const {
       return ranges_.block;
     case kBeginning:
       return ranges_.begin;
+    // A range of a text that is not asked for stands wherever the search began.
     case kEnding:
-      return ranges_.end;
+      return search_.end.empty() ? nullptr : ranges_.end;
     case kInsideText:
-      return ranges_.inside;
+      return search_.inside.empty() ? nullptr : ranges_.inside;
     default:
       return nullptr;
   }
@@ -35,8 +36,7 @@ std::optional<errors::Fault> Operations::perform() const {
 template <class Work>
 std::optional<errors::Fault> Operations::onRange(errors::Tag tag, Work work) const {
   return errors::attempt(context_, tag, [&] {
-    if (search_.location < kSelection || search_.location > kInsideText) return;
-    work(required(operated()));
+    if (const auto range = operated()) work(*range);
   });
 }
 

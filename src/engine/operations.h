@@ -19,7 +19,7 @@ class Operations {
   /// Carries out the operation of the request. The fault is that of a refusal, already reported.
   std::optional<errors::Fault> perform() const;
 
-  /// The range the operation acts on; none for a location unknown.
+  /// The range the operation acts on; none for a location unknown, or a text that is not asked for.
   std::shared_ptr<word::Range> operated() const;
 
  private:

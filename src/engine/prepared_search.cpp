@@ -14,15 +14,21 @@ constexpr char16_t kLineFeed = 10;
 constexpr char16_t kLineBreak = 11;
 constexpr char16_t kParagraphMark = 13;
 
+std::u16string withoutLineFeeds(std::u16string_view text) {
+  std::u16string result(text);
+  result.erase(std::remove(result.begin(), result.end(), kLineFeed), result.end());
+  std::replace(result.begin(), result.end(), kLineBreak, kParagraphMark);
+  return result;
+}
+
 }  // namespace
 
 std::u16string NormalizeSearchText(errors::Context& context, std::u16string_view text) {
-  return errors::guarded(context, u"cpf:38", [&] {
-    std::u16string result(text);
-    result.erase(std::remove(result.begin(), result.end(), kLineFeed), result.end());
-    std::replace(result.begin(), result.end(), kLineBreak, kParagraphMark);
-    return result;
-  });
+  return errors::guarded(context, u"cpf:38", [&] { return withoutLineFeeds(text); });
+}
+
+std::u16string normalizedText(std::u16string_view text, bool liftLimits) {
+  return liftLimits ? withOneLineEnd(text) : withoutLineFeeds(text);
 }
 
 std::u16string withOneLineEnd(std::u16string_view text) {

@@ -13,6 +13,9 @@ namespace pluvo::engine {
 /// Line feeds go, manual line breaks become paragraph marks.
 std::u16string NormalizeSearchText(errors::Context& context, std::u16string_view text);
 
+/// A text that is searched for as that makes it, or, with the limits lifted, with one mark for a line end.
+std::u16string normalizedText(std::u16string_view text, bool liftLimits);
+
 /// As texts are searched for whole: every line end of any kind becomes one paragraph mark.
 std::u16string withOneLineEnd(std::u16string_view text);
 

@@ -38,12 +38,28 @@ TEST(Operations, DoNothingUnderUnknownCodes) {
   }
 }
 
+TEST(Operations, ChangeNothingOnATextThatIsNotAskedFor) {
+  for (const OperationCode operation : {kInsert, kReplace, kDelete, kHighlight}) {
+    for (const LocationCode on : {kEnding, kInsideText}) {
+      for (const std::u16string end : {u"", u"\rB"}) {
+        if (on == kInsideText && !end.empty()) continue;
+        Desk desk("-A-¶");
+        desk.work.pass({.begin = u"A", .end = end, .operation = operation, .on = on, .text = u"12"});
+        EXPECT_EQ(desk.text(), "-A-¶");
+        EXPECT_EQ(desk.work.lastSummary(), "   1") << "it is counted all the same";
+      }
+    }
+  }
+}
+
 TEST(Operations, KeepTheExtraSpaceOnceItWasAskedFor) {
   Desk desk("A¶");
   const Asked asked{.begin = u"A", .operation = kInsert, .place = kAfter, .text = u"1"};
   desk.work.engine.ExtraSpaceSetting(true);
+  EXPECT_FALSE(desk.work.engine.keepsExtraSpace());
   desk.work.pass(asked);
   desk.work.engine.ExtraSpaceSetting(false);
+  EXPECT_TRUE(desk.work.engine.keepsExtraSpace());
   desk.work.pass(asked);
   EXPECT_EQ(desk.text(), "A 1 1¶");
 }

@@ -12,6 +12,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace pluvo::engine {
@@ -77,6 +78,10 @@ class clsProcessFind {
   void LiftLimitsSetting(bool value) { request_.liftLimits = value; }
   /// All that was set; the texts are as the last pass normalized them.
   const Request& request() const { return request_; }
+  /// What a pass would make of this text.
+  SearchedText searched(std::u16string_view text) const;
+  /// Whether insertions have the extra space although it is not asked for any more.
+  bool keepsExtraSpace() const;
   /// The folder in which the folder picker opens.
   void BrowseStart(std::u16string folder) { browseStart_ = std::move(folder); }
 

@@ -14,7 +14,7 @@ struct Block {
   word::Range& begin;
   word::Range* end;       ///< none where the request has no ending
   word::Range* inside;    ///< none where the request has no inside text
-  word::Range* operated;  ///< the one the operation acts on; none for an operation or a place unknown
+  word::Range* operated;  ///< the one the operation acts on; none where it changes nothing
   std::int32_t operation;
 };
 

@@ -13,6 +13,16 @@ enum UnitCode : std::int16_t { kWords = 0, kSentences = 1, kParagraphs = 2, kEnt
 /// The distance that stands for none.
 inline constexpr const char16_t* kSame = u"Same";
 
+/// A text as a pass searches for it; a line end is one character 13.
+struct SearchedText {
+  std::u16string full;
+  /// What is looked for; where it is found, the document is compared with the full text, capitals too. Empty
+  /// where the text is not asked for.
+  std::u16string search;
+
+  bool cut() const { return search.size() < full.size(); }
+};
+
 /// What a pass is asked to do, as the dialog or the command line sets it: one field a choice.
 struct Request {
   std::u16string beginBlock;
