@@ -67,7 +67,9 @@ void dressBox(QWidget& box, const forms::Control& control) {
     palette.setColor(QPalette::Base, back);
     palette.setColor(QPalette::Text, readableOn(back));
   } else if (control.BackStyle() == forms::BackStyle::transparent) {
-    palette.setColor(QPalette::Base, QGuiApplication::palette().color(QPalette::Window));
+    const QPalette usual = QGuiApplication::palette();
+    palette.setColor(QPalette::Base, usual.color(QPalette::Window));
+    if (control.Enabled()) palette.setColor(QPalette::Text, usual.color(QPalette::PlaceholderText));
   }
   box.setPalette(palette);
 }

@@ -64,7 +64,8 @@ void TextBoxMirror::commanded(WORD notification) {
 
 HBRUSH TextBoxMirror::colored(HDC surface) {
   const COLORREF color = boxColor(box_);
-  SetTextColor(surface, box_.Enabled() ? textColorOn(color) : GetSysColor(COLOR_GRAYTEXT));
+  const bool greyed = !box_.Enabled() || box_.BackStyle() == forms::BackStyle::transparent;
+  SetTextColor(surface, greyed ? GetSysColor(COLOR_GRAYTEXT) : textColorOn(color));
   SetBkColor(surface, color);
   return look().brush(color);
 }

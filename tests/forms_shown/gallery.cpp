@@ -1,6 +1,7 @@
 // Shows the whole dialog over a document in memory and a folder of files, in a state to be looked at:
 //
-//     forms_qt_gallery | forms_win32_gallery [find|filled|highlight|files|options|about|stats|picker|password
+//     forms_qt_gallery | forms_win32_gallery
+//     [find|filled|changed|highlight|files|options|about|stats|picker|password
 //                                              |confirm|question|more|report]
 #include "documents/files/scratch.h"
 #include "documents/support/notation.h"
@@ -40,6 +41,11 @@ void show(std::string_view scene, const std::u16string& documents, host::frmFAR&
     enter(u"cboxProcOperation1", u"Replace");
     type(u"txtTextToEnter", u"[withheld]");
     press(u"cmdViewOperation");
+  }
+  if (scene == "changed") {
+    type(u"txtBeginText", u"BEGIN");
+    press(u"cmdViewOperation");
+    type(u"txtEndText", u"END\r\n");
   }
   if (scene == "highlight") enter(u"cboxProcOperation1", u"Highlight");
   if (scene == "confirm") dialog.get<forms::CheckBox>(u"chkConfirmEach").tick(true);

@@ -10,6 +10,7 @@ namespace pluvo::forms {
 
 enum class ControlKind { label, commandButton, textBox, checkBox, comboBox, listBox, picture, multiPage };
 
+/// A box that is transparent is greyed, whether or not it is off.
 enum class BackStyle { transparent = 0, opaque = 1 };
 
 /// Red in the lowest byte, then green, then blue.
