@@ -18,10 +18,18 @@ constexpr const char16_t* kGap = u"\r\n\r\n";
 /// In one and the same unit.
 constexpr std::int16_t kNearest = -1;
 
-/// The controls of the find page, as the preview reads them.
+struct Searched {
+  const char16_t* box;
+  const char16_t* title;
+};
+constexpr Searched kBegin = {u"txtBeginText", u"'Find Text that Begins with'"};
+constexpr Searched kEnd = {u"txtEndText", u"'And Ends with'"};
+constexpr Searched kInside = {u"txtInsideText1", u"'Inside Text'"};
+
+/// The controls of the find page, as the engine would read them.
 class Request {
  public:
-  explicit Request(const forms::Form& form) : form_(form) {}
+  Request(const forms::Form& form, const engine::clsProcessFind& engine) : form_(form), engine_(engine) {}
 
   const std::u16string& text(const char16_t* name) const { return form_.get<forms::TextBox>(name).Text(); }
   const std::u16string& choice(const char16_t* name) const { return form_.get<forms::ComboBox>(name).Text(); }
@@ -31,12 +39,29 @@ class Request {
     const auto value = form_.get<forms::ComboBox>(name).Value();
     return value ? errors::toInteger(*value) : std::int16_t{0};
   }
+  bool isGreyed(const char16_t* name) const { return !form_.get<forms::TextBox>(name).Enabled(); }
+  engine::SearchedText searched(const Searched& text) const { return engine_.searched(this->text(text.box)); }
+  bool keepsExtraSpace() const { return engine_.keepsExtraSpace(); }
 
  private:
   const forms::Form& form_;
+  const engine::clsProcessFind& engine_;
 };
 
-bool beginsWithLineEnd(const std::u16string& text) { return text.find_first_of(u"\r\n\v") == 0; }
+/// The text whose place is operated on although it is not asked for; none where all is well.
+const Searched* missingPlace(const Request& request) {
+  if (request.code(u"cboxProcOperation1") == engine::kNone) return nullptr;
+  const std::int16_t place = request.code(u"cboxProcSelection1");
+  const Searched* text = place == engine::kEnding ? &kEnd : place == engine::kInsideText ? &kInside : nullptr;
+  return text != nullptr && request.searched(*text).search.empty() ? text : nullptr;
+}
+
+std::u16string changesNothing(const Request& request) {
+  const Searched* missing = missingPlace(request);
+  if (missing == nullptr) return {};
+  return u"  The operation will change nothing: it is on '" + request.choice(u"cboxProcSelection1") +
+         u"', and " + missing->title + u" is not asked for.";
+}
 
 /// What the engine makes of the distance; nothing where it is none, or too large.
 std::optional<std::int16_t> distanceOf(const Request& request) {
@@ -56,20 +81,22 @@ std::u16string obstacle(const Request& request) {
     return u"There is nothing to find yet.  Type into 'Find Text that Begins with' the words that the text "
            u"you are looking for begins with; all the other boxes may stay empty.";
   }
-  if (beginsWithLineEnd(begin)) {
+  if (request.searched(kBegin).search.empty()) {
     return u"Nothing can be found: 'Find Text that Begins with' begins with an empty line.  Take the empty "
            u"line away, so that the box begins with words.";
   }
-  for (const auto& [name, title] :
-       {std::pair{u"txtEndText", u"'And Ends with'"}, std::pair{u"txtInsideText1", u"'Inside Text'"}}) {
-    if (!beginsWithLineEnd(request.text(name))) continue;
-    return std::u16string(title) +
+  for (const Searched& text : {kEnd, kInside}) {
+    if (request.text(text.box).empty() || !request.searched(text).search.empty()) continue;
+    return std::u16string(text.title) +
            u" begins with an empty line, and so it is not looked for.  Take the empty line away, so that the "
-           u"box begins with words, or clear the box.";
+           u"box begins with words, or clear the box." +
+           changesNothing(request);
   }
-  if (!request.text(u"txtInsideText1").empty() && request.text(u"txtEndText").empty()) {
-    return u"Nothing can be found: 'Inside Text' has to stand between a beginning and an ending.  Fill in "
-           u"'And Ends with', and then clear 'Inside Text' if you do not need it.";
+  if (!request.text(kInside.box).empty() && request.text(kEnd.box).empty()) {
+    return std::u16string(u"Nothing can be found: 'Inside Text' holds a text") +
+           (request.isGreyed(kInside.box) ? u", which counts although the box is greyed" : u"") +
+           u".  It has to stand between a beginning and an ending.  Fill in 'And Ends with', and then clear "
+           u"'Inside Text' if you do not need it.";
   }
   const bool bounded = !request.text(u"txtEndText").empty() &&
                        request.code(u"cboxUnitDistanceApart") < engine::kEntireDocument;
@@ -100,12 +127,33 @@ std::u16string joined(const std::vector<std::u16string>& sentences) {
   return text;
 }
 
+/// What becomes of texts that are not looked for as a whole.
+void addCuts(const Request& request, std::vector<std::u16string>& sentences) {
+  std::u16string cut;
+  for (const Searched& text : {kBegin, kEnd, kInside}) {
+    if (request.searched(text).cut()) cut += (cut.empty() ? u"" : u" and ") + std::u16string(text.title);
+  }
+  if (cut.empty()) return;
+  sentences.push_back(u"Of " + cut +
+                      u" the first line is looked for, or 255 characters.  Where that stands, "
+                      u"the whole text has to stand letter for letter, capitals too.");
+  if (request.ticked(u"chkMatchWholeWords"))
+    sentences.push_back(u"Parts of words are found too, since a text is not looked for as a whole.");
+  if (request.searched(kBegin).cut() && !request.text(kEnd.box).empty())
+    sentences.push_back(
+        u"The ending is looked for, and its distance counted, from the end of the first line, or "
+        u"of the 255 characters, of the beginning.");
+}
+
 std::u16string findingSentences(const Request& request) {
   std::vector<std::u16string> sentences;
   if (!request.text(u"txtEndText").empty()) sentences.push_back(distanceSentence(request));
   sentences.push_back(request.ticked(u"chkMatchCase") ? u"Capitals and small letters are told apart."
                                                       : u"Capitals and small letters are taken as the same.");
-  if (request.ticked(u"chkMatchWholeWords")) sentences.push_back(u"Only whole words are found.");
+  const bool whole =
+      !request.searched(kBegin).cut() && !request.searched(kEnd).cut() && !request.searched(kInside).cut();
+  if (whole && request.ticked(u"chkMatchWholeWords")) sentences.push_back(u"Only whole words are found.");
+  addCuts(request, sentences);
   if (request.ticked(u"chkShowFieldCodes"))
     sentences.push_back(u"Fields are searched by their codes, not by what they show.");
   const std::u16string& folder = request.text(u"txtFilePath");
@@ -124,8 +172,8 @@ SampleOperation operationOf(const Request& request) {
   what.operation = request.code(u"cboxProcOperation1");
   what.location = request.code(u"cboxProcSelection1");
   what.place = request.code(u"cboxProcRelativePosition1");
-  what.text = request.text(u"txtTextToEnter");
-  if (request.ticked(u"chkExtraSpace")) what.space = u" ";
+  what.text = errors::withParagraphMarks(request.text(u"txtTextToEnter"));
+  if (request.ticked(u"chkExtraSpace") || request.keepsExtraSpace()) what.space = u" ";
   if (request.code(u"cboxHighlighters") != 0) what.colour = request.choice(u"cboxHighlighters");
   return what;
 }
@@ -134,14 +182,20 @@ std::u16string makingSentences(const Request& request, const SampleOperation& wh
   if (what.operation == engine::kNone)
     return u"Nothing is changed.  Choose an operation to have something done to the text.";
   std::vector<std::u16string> sentences;
-  const bool takesText = what.operation == engine::kInsert || what.operation == engine::kReplace;
-  if (takesText && what.text.empty()) {
-    sentences.push_back(what.operation == engine::kInsert
-                            ? u"There is nothing to insert yet: 'with the following' is empty."
-                            : u"Since 'with the following' is empty, the text is taken away.");
-  }
-  if (what.operation == engine::kInsert && !what.space.empty())
+  if (what.operation == engine::kInsert && what.text.empty()) {
+    sentences.push_back(std::u16string(u"There is nothing to insert yet: 'with the following' is empty.") +
+                        (what.space.empty() ? u"" : u"  Only the extra space is put in."));
+  } else if (what.operation == engine::kInsert && !what.space.empty()) {
     sentences.push_back(u"A space is put between the new text and the text found.");
+  }
+  if (what.operation == engine::kInsert && !request.ticked(u"chkExtraSpace") && !what.space.empty())
+    sentences.push_back(u"That extra space was asked for before, and stays until the program is closed.");
+  if (what.operation == engine::kReplace && what.text.empty())
+    sentences.push_back(u"Since 'with the following' is empty, the text is taken away.");
+  if (what.location == engine::kSelection && request.text(kEnd.box).empty() && request.searched(kBegin).cut())
+    sentences.push_back(
+        u"'Selection' may be no more than what is looked for.  Choose 'Beginning' to operate on "
+        u"the whole text.");
   sentences.push_back(request.ticked(u"chkConfirmEach") ? u"You are asked before each change."
                                                         : u"All of them are changed without asking.");
   return joined(sentences);
@@ -149,30 +203,55 @@ std::u16string makingSentences(const Request& request, const SampleOperation& wh
 
 }  // namespace
 
-std::u16string previewOf(const forms::Form& form) {
-  const Request request(form);
+std::u16string previewOf(const forms::Form& form, const engine::clsProcessFind& engine) {
+  const Request request(form, engine);
   if (std::u16string why = obstacle(request); !why.empty()) return why;
-  const SampleText found(request.text(u"txtBeginText"), request.text(u"txtEndText"),
-                         request.text(u"txtInsideText1"));
+  const SampleText found(request.searched(kBegin).full, request.searched(kEnd).full,
+                         request.searched(kInside).full);
   const SampleOperation what = operationOf(request);
-  std::u16string made = found.after(what).print();
+  const std::u16string nothing = changesNothing(request);
+  std::u16string made = nothing.empty() ? found.after(what).print() : found.print();
   if (made.empty()) made = u"{Nothing}";
   return std::u16string(u"Finding text that looks like:") + kLineEnd + found.print() + kGap +
          findingSentences(request) + kGap + u"And making it look like:" + kLineEnd + made + kGap +
-         makingSentences(request, what);
+         (nothing.empty() ? makingSentences(request, what) : nothing.substr(2));
 }
 
-Preview::Preview(forms::Form& form, errors::Context& context, Choices& choices)
-    : form_(form), context_(context), choices_(choices) {
+Preview::Preview(forms::Form& form, engine::clsProcessFind& engine, Choices& choices)
+    : form_(form),
+      engine_(engine),
+      choices_(choices),
+      display_(form.get<forms::TextBox>(u"txtOperationDisplay")) {
   form.get<forms::CommandButton>(u"cmdViewOperation").Click.handledBy([this] { cmdViewOperation_Click(); });
+  display_.Change.handledBy([this] {
+    shown_ = false;
+    display_.BackStyle(forms::BackStyle::opaque);
+  });
+  handleChanges();
+}
+
+void Preview::handleChanges() {
+  const auto grey = [this] {
+    if (shown_) display_.BackStyle(forms::BackStyle::transparent);
+  };
+  for (const char16_t* name :
+       {u"txtBeginText", u"txtEndText", u"txtInsideText1", u"txtTextToEnter", u"txtFilePath"})
+    form_.get<forms::TextBox>(name).Change.handledBy(grey);
+  for (const char16_t* name : {u"cboxNumberDistanceApart", u"cboxUnitDistanceApart", u"cboxProcOperation1",
+                               u"cboxProcRelativePosition1", u"cboxProcSelection1", u"cboxHighlighters"})
+    form_.get<forms::ComboBox>(name).Change.handledBy(grey);
+  for (const char16_t* name : {u"chkMatchCase", u"chkMatchWholeWords", u"chkShowFieldCodes", u"chkExtraSpace",
+                               u"chkStartFindsFromBeginning", u"chkConfirmEach"})
+    form_.get<forms::CheckBox>(name).Change.handledBy(grey);
 }
 
 void Preview::cmdViewOperation_Click() {
-  errors::guarded(context_, u"FF:22", [&] {
-    auto& display = form_.get<forms::TextBox>(u"txtOperationDisplay");
-    display.BackColor(forms::kWhite);
-    display.Text({});
-    if (choices_.CheckBlockTexts()) display.Text(previewOf(form_));
+  errors::guarded(engine_.context(), u"FF:22", [&] {
+    display_.BackColor(forms::kWhite);
+    display_.Text({});
+    if (!choices_.CheckBlockTexts()) return;
+    display_.Text(previewOf(form_, engine_));
+    shown_ = true;
   });
 }
 

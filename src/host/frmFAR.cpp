@@ -34,7 +34,7 @@ struct frmFAR::Pages {
       : choices(form, form.context_, form.surroundings_.boxes, form.surroundings_.inputs),
         textBoxes(form, form.context_, form.surroundings_.boxes,
                   [&form]() -> word::Application& { return form.engine_->application(); }),
-        preview(form, form.context_, choices),
+        preview(form, *form.engine_, choices),
         files(form, *form.engine_),
         execution(form, *form.engine_, form.surroundings_.clock, form.surroundings_.yielding,
                   {[this] { return files.LocateFilesForRun(); }, form.surroundings_.filesChosen}),

@@ -11,6 +11,10 @@ using testing::StartsWith;
 class Preview : public testing::Test, protected OpenedDialog {
  protected:
   Preview() {
+    document("Dear Sir¶");
+    auto here = surroundings();
+    here.engineMade = [this](engine::clsProcessFind& made) { engine = &made; };
+    restart(std::move(here));
     open();
     type(u"txtBeginText", u"Dear");
   }
@@ -27,6 +31,7 @@ class Preview : public testing::Test, protected OpenedDialog {
     const std::size_t from = at + heading.size() + 2;
     return text.substr(from, text.find("\r\n", from) - from);
   }
+  engine::clsProcessFind* engine = nullptr;
   std::string found() { return under("Finding text that looks like:"); }
   std::string made() { return under("And making it look like:"); }
 };
@@ -103,7 +108,7 @@ TEST_F(Preview, SaysWhatIsMissing) {
   EXPECT_THAT(shown(), StartsWith("There is nothing to find yet.  Type into 'Find Text that Begins with'"));
   box(u"txtInsideText1").Text(u"sum");
   type(u"txtBeginText", u"Dear");
-  EXPECT_THAT(shown(), HasSubstr("Fill in 'And Ends with'"));
+  EXPECT_THAT(shown(), HasSubstr("which counts although the box is greyed."));
   box(u"txtInsideText1").Text(u"");
   choose(u"cboxProcOperation1", u"Insert");
   EXPECT_THAT(shown(), HasSubstr("There is nothing to insert yet"));
@@ -116,6 +121,73 @@ TEST_F(Preview, SaysWhatIsMissing) {
     list(u"cboxNumberDistanceApart").enter(distance);
     EXPECT_THAT(shown(), StartsWith("Nothing can be found: 'No farther apart than'"));
   }
+}
+
+/// A row: the texts, whether limits are lifted, and what is shown.
+TEST_F(Preview, TellsWhatBecomesOfSeveralLines) {
+  const std::string kept = "Of 'Find Text that Begins with' the first line is looked for, or 255 characters.";
+  const std::tuple<const char16_t*, const char16_t*, bool, std::string, std::string> cases[] = {
+      {u"A\r\nB\r\n", u"C\r\n", true, "A\r\nB\u00B6\r\n..{Unknown text}..C\u00B6\r\n\r\n",
+       "Only whole words"},
+      {u"\r\nA", u"\r\n", true, "\r\nA..{Unknown text}..\u00B6\r\n", "Only whole words are found."},
+      {u"A\r\nB", u"", false, "\r\nA\r\nB\r\n\r\n", kept},
+      {u"A\r\nB", u"", false, "", "Choose 'Beginning' to operate on the whole text."},
+      {u"A\r\nB", u"C", false, "",
+       "the whole text has to stand letter for letter, capitals too.  Parts of words "},
+      {u"A\r\nB", u"C", false, "", "and its distance counted, from the end of the first line,"},
+      {u"A", u"\r\nC", false, "'And Ends with' begins with an empty line", "or clear the box."}};
+  for (const auto& [begin, end, lifted, text, sentence] : cases) {
+    SCOPED_TRACE(sentence);
+    engine->LiftLimitsSetting(lifted);
+    type(u"txtBeginText", begin);
+    type(u"txtEndText", end);
+    tick(u"chkMatchWholeWords");
+    choose(u"cboxProcOperation1", u"Delete");
+    EXPECT_THAT(shown(), AllOf(HasSubstr(text), HasSubstr(sentence)));
+  }
+  list(u"cboxProcSelection1").Text(u"Ending");
+  EXPECT_THAT(shown(),
+              HasSubstr("The operation will change nothing: it is on 'Ending', and 'And Ends with' is not"));
+  engine->LiftLimitsSetting(true);
+  choose(u"cboxProcOperation1", u"Insert");
+  type(u"txtTextToEnter", u"N\r\n");
+  EXPECT_THAT(shown(), HasSubstr("N\u00B6\r\n\r\nC"));
+}
+
+TEST_F(Preview, TellsOfTheExtraSpaceThatStays) {
+  choose(u"cboxProcOperation1", u"Insert");
+  type(u"txtTextToEnter", u"NEW");
+  tick(u"chkExtraSpace");
+  press(u"cmdExecuteFAR");
+  tick(u"chkExtraSpace", false);
+  EXPECT_EQ(made(), "NEW Dear");
+  EXPECT_THAT(shown(), HasSubstr("asked for before, and stays"));
+  type(u"txtTextToEnter", u"");
+  EXPECT_THAT(shown(), HasSubstr("Only the extra space is put in."));
+}
+
+TEST_F(Preview, IsGreyedByWhatChangesAfterIt) {
+  const auto greyed = [&] {
+    return box(u"txtOperationDisplay").BackStyle() == forms::BackStyle::transparent;
+  };
+  const std::function<void()> changes[] = {[&] { type(u"txtBeginText", u"Sir"); },
+                                           [&] { type(u"txtFilePath", u"/letters"); },
+                                           [&] { choose(u"cboxProcOperation1", u"Delete"); },
+                                           [&] { list(u"cboxNumberDistanceApart").enter(u"3"); },
+                                           [&] { tick(u"chkMatchCase", !check(u"chkMatchCase").Value()); }};
+  for (const auto& change : changes) {
+    const std::string before = shown();
+    EXPECT_FALSE(greyed());
+    change();
+    EXPECT_TRUE(greyed());
+    EXPECT_EQ(display(), before);
+  }
+  shown();
+  tick(u"chkToolTips", !check(u"chkToolTips").Value());
+  EXPECT_FALSE(greyed()) << "it tells nothing of that";
+  box(u"txtOperationDisplay").Text(u"a summary");
+  type(u"txtBeginText", u"Madam");
+  EXPECT_FALSE(greyed());
 }
 
 TEST_F(Preview, IsNoneWhereThePlaceHasNoText) {
