@@ -40,8 +40,12 @@ std::optional<QString> chooseToSave(QWidget* owner, const QString& path) {
   return dialog.selectedFiles().constFirst();
 }
 
+QString chooseFolder(QWidget* owner, const QString& folder) {
+  return QFileDialog::getExistingDirectory(owner, text("Choose a Folder"), folder);
+}
+
 }  // namespace
 
-Choosers fileDialogs() { return {chooseToOpen, chooseToSave}; }
+Choosers fileDialogs() { return {chooseToOpen, chooseToSave, chooseFolder}; }
 
 }  // namespace pluvo::desktop

@@ -12,6 +12,8 @@ struct Choosers {
   std::function<QStringList(QWidget* owner, const QString& folder)> open;
   /// A name for a document that is now at this path; whoever asks sees to names that are taken.
   std::function<std::optional<QString>(QWidget* owner, const QString& path)> saveAs;
+  /// Empty: none was chosen.
+  std::function<QString(QWidget* owner, const QString& folder)> folder;
 };
 
 Choosers fileDialogs();

@@ -38,6 +38,7 @@ Dialog::Dialog(const std::shared_ptr<memory::MemoryApplication>& application, Wo
           .random = *random_,
           .componentFolder = places.component,
           .folders = [&working] { return std::make_unique<BreathingFolders>(working); },
+          .chooseFolder = place_.chooseFolder,
           .engineMade =
               [this, &watch](engine::clsProcessFind& engine) {
                 engine.LiftLimitsSetting(true);

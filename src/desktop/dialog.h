@@ -28,6 +28,8 @@ struct DialogPlace {
   std::function<bool(std::vector<std::u16string>& files)> filesChosen;
   /// Shows a document of the program's own, by its path. Throws Fault.
   std::function<void(const std::u16string& path)> showDocument;
+  /// Has the user choose a folder, beginning at this one; empty where none was chosen.
+  std::function<std::u16string(const std::u16string& folder)> chooseFolder;
   /// Before a block awaits the user's decision: it is to be seen.
   std::function<void()> blockAwaits = [] {};
   /// Whether a block awaits a decision has changed.

@@ -51,19 +51,23 @@ MainWindow::MainWindow(const Places& places, Choosers choosers)
     OpenDocument* document = find(*application_->active());
     if (document != nullptr && document->passChanged()) document->undo();
   };
-  dialog_ =
-      std::make_unique<Dialog>(application_, working_, watch_, places,
-                               DialogPlace{.window = *this,
-                                           .container = *panel_,
-                                           .filesChosen = [this](auto& files) { return filesChosen(files); },
-                                           .showDocument = [this](const auto& path) { showHelp(path); },
-                                           .blockAwaits = [this] { blockAwaits(); },
-                                           .confirmingChanged = [this] { confirmingChanged(); },
-                                           .blockRect = [this] { return blockRect(); },
-                                           .left =
-                                               [this] {
-                                                 if (current() != nullptr) current()->view()->setFocus();
-                                               }});
+  dialog_ = std::make_unique<Dialog>(
+      application_, working_, watch_, places,
+      DialogPlace{.window = *this,
+                  .container = *panel_,
+                  .filesChosen = [this](auto& files) { return filesChosen(files); },
+                  .showDocument = [this](const auto& path) { showHelp(path); },
+                  .chooseFolder =
+                      [this](const auto& folder) {
+                        return choosers_.folder(this, QString::fromStdU16String(folder)).toStdU16String();
+                      },
+                  .blockAwaits = [this] { blockAwaits(); },
+                  .confirmingChanged = [this] { confirmingChanged(); },
+                  .blockRect = [this] { return blockRect(); },
+                  .left =
+                      [this] {
+                        if (current() != nullptr) current()->view()->setFocus();
+                      }});
   restorePlace();
   updateActions();
 }

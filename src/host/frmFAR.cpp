@@ -26,6 +26,28 @@ constexpr const char16_t* kStopPreface =
     u"with the below information:\r\n\r\n";
 constexpr forms::Color kPaleYellow = 0xDFFFFF;
 
+/// The program's way to have a folder chosen.
+class ProgramPicker final : public multifile::FolderPicker {
+ public:
+  using Choose = std::function<std::u16string(const std::u16string& folder)>;
+
+  /// It begins at the folder preferred, if there is one.
+  ProgramPicker(Choose choose, std::u16string preferred)
+      : choose_(std::move(choose)), folder_(std::move(preferred)) {}
+
+  void SetStartingDirectory(const std::u16string& folder) override {
+    if (folder_.empty()) folder_ = folder;
+  }
+  void choose() override { chosen_ = choose_(folder_); }
+  bool selected() const override { return !chosen_.empty(); }
+  std::u16string path() const override { return chosen_; }
+
+ private:
+  Choose choose_;
+  std::u16string folder_;
+  std::u16string chosen_;
+};
+
 }  // namespace
 
 /// What the pages do, each part in its own room.
@@ -122,15 +144,22 @@ void frmFAR::createReporter(const std::u16string& dataFolder) {
 void frmFAR::connectPages(const std::u16string& dataFolder) {
   const std::u16string separator = engine_->application().PathSeparator();
   folders_ = surroundings_.folders();
-  const auto driver = std::make_shared<multifile::FileDriver>(surroundings_.folders(), [this, separator] {
-    return std::make_unique<multifile::frmDirectoryBrowser>(surroundings_.forms, *folders_, separator);
-  });
+  const auto driver = std::make_shared<multifile::FileDriver>(
+      surroundings_.folders(), [this, separator] { return makePicker(separator); });
   engine_->stepper(driver);
   mirrorNotice(*this);
   pages_ = std::make_unique<Pages>(*this, dataFolder);
   driver->fileBegins = [this](const auto& path, std::size_t number, std::size_t count) {
     pages_->status.tellFile(path, number, count);
   };
+}
+
+std::unique_ptr<multifile::FolderPicker> frmFAR::makePicker(const std::u16string& separator) {
+  if (!surroundings_.chooseFolder)
+    return std::make_unique<multifile::frmDirectoryBrowser>(surroundings_.forms, *folders_, separator);
+  const std::u16string& typed = get<forms::TextBox>(u"txtFilePath").Text();
+  return std::make_unique<ProgramPicker>(surroundings_.chooseFolder,
+                                         folders_->isFolder(typed) ? typed : std::u16string());
 }
 
 void frmFAR::showTip() {

@@ -31,6 +31,10 @@ class UsedWindow : public testing::Test {
                                     const QString name = saveAsNames.front();
                                     saveAsNames.pop_front();
                                     return name;
+                                  },
+                                  [this](QWidget*, const QString& folder) {
+                                    foldersShown << folder;
+                                    return folderToChoose;
                                   }});
     window->resize(1300, 740);
     window->show();
@@ -166,6 +170,9 @@ class UsedWindow : public testing::Test {
 
   files::Scratch scratch;
   QStringList toOpen;
+  QString folderToChoose;
+  /// Where the chooser of folders began.
+  QStringList foldersShown;
   std::deque<QString> saveAsNames;
   std::unique_ptr<MainWindow> window;
 

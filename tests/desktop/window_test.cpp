@@ -202,6 +202,22 @@ TEST_F(UsedWindow, AsksAboutDocumentsOfARunThatAreHalfDone) {
   });
 }
 
+TEST_F(UsedWindow, HasAFolderChosenAsThePlatformDoes) {
+  use([&] {
+    const auto& path = control<QLineEdit>("txtFilePath");
+    const QString here = QString::fromStdString(scratch.path(""));
+    type("txtFilePath", "nowhere");
+    click("cmdBrowse");
+    EXPECT_EQ(path.text(), "nowhere") << "none was chosen";
+    EXPECT_EQ(foldersShown.back(), QString::fromStdU16String(machinePlaces().documents));
+    type("txtFilePath", scratch.path("").c_str());
+    folderToChoose = here + "/chosen";
+    click("cmdBrowse");
+    EXPECT_EQ(foldersShown.back(), here);
+    EXPECT_EQ(path.text(), folderToChoose);
+  });
+}
+
 TEST_F(UsedWindow, ShowsItsOwnDocumentsInAWindowOfTheirOwn) {
   use([&] {
     const OpenDocument& document = open(scratch.put("a.txt", kMinutes));

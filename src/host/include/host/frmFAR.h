@@ -5,6 +5,7 @@
 #include "forms/form.h"
 #include "forms/message_boxes.h"
 #include "host/surroundings.h"
+#include "multifile/folder_picker.h"
 
 #include <memory>
 #include <string>
@@ -31,6 +32,7 @@ class frmFAR final : public forms::Form {
   std::u16string findDataFolder();
   void createReporter(const std::u16string& dataFolder);
   void connectPages(const std::u16string& dataFolder);
+  std::unique_ptr<multifile::FolderPicker> makePicker(const std::u16string& separator);
   void showTip();
 
   Surroundings surroundings_;

@@ -30,6 +30,9 @@ struct Surroundings {
   /// Where the program lies, and beside it its documents; without a separator at the end.
   std::u16string componentFolder;
   std::function<std::unique_ptr<multifile::Folders>()> folders = multifile::machineFolders;
+  /// Has the user choose a folder, beginning at this one: the one typed, or the user's documents. Empty: none
+  /// was chosen. Without it the dialog has a picker of its own, which begins at the user's documents.
+  std::function<std::u16string(const std::u16string& folder)> chooseFolder = {};
   /// The dialog's engine was made: a program sets what it alone decides, its limits and who watches it. The
   /// engine lives as long as the dialog.
   std::function<void(engine::clsProcessFind&)> engineMade = [](engine::clsProcessFind&) {};
