@@ -37,6 +37,13 @@ void place(const BoxSurroundings& surroundings, QWidget& box) {
   surroundings.placing(box);
 }
 
+/// A window that is as narrow as a short text would cut a long title.
+int widthForTitle(const QWidget& box) {
+  const QFontMetrics metrics = box.fontMetrics();
+  constexpr int kButtons = 6;  // and an icon, in heights of a line
+  return metrics.horizontalAdvance(box.windowTitle()) * 5 / 4 + metrics.height() * kButtons;
+}
+
 /// The buttons look like those of forms.
 void withoutIcons(QDialog& box) {
   for (QAbstractButton* button : box.findChildren<QAbstractButton*>()) button->setIcon({});
@@ -48,6 +55,7 @@ void keepOnScreen(QMessageBox& box, QLabel& label) {
   const int highest = room.height() * 2 / 3;
   const int widest = room.width() * 2 / 3;
   const int width = std::min(label.sizeHint().width(), widest);
+  label.setMinimumWidth(std::min(widthForTitle(box), widest));
   label.setWordWrap(true);
   if (label.heightForWidth(width) <= highest) return;
   auto* const scroll = new QScrollArea;
@@ -125,7 +133,9 @@ std::u16string QtInputBoxes::ask(const std::u16string& prompt, const std::u16str
   box.setInputMode(QInputDialog::TextInput);
   box.setLabelText(lines(prompt));
   box.findChild<QLabel*>()->setTextFormat(Qt::PlainText);
+  box.adjustSize();  // makes the buttons
   withoutIcons(box);
+  box.setMinimumWidth(widthForTitle(box));
   place(surroundings_, box);
   return box.exec() == QDialog::Accepted ? u16(box.textValue()) : std::u16string();
 }

@@ -4,6 +4,10 @@
 #include "text.h"
 #include "thread_windows.h"
 
+#include <commctrl.h>
+
+#include <algorithm>
+
 namespace pluvo::forms_win32 {
 
 namespace {
@@ -47,6 +51,70 @@ class InputForm final : public forms::Form {
   std::u16string answer_;
 };
 
+int titleWidth(HWND window) {
+  NONCLIENTMETRICSW metrics = {};
+  metrics.cbSize = sizeof metrics;
+  SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
+  const std::u16string title = textOf(window);
+  HFONT font = CreateFontIndirectW(&metrics.lfCaptionFont);
+  HDC surface = GetDC(window);
+  HGDIOBJ before = SelectObject(surface, font);
+  SIZE size = {};
+  GetTextExtentPoint32W(surface, wide(title), static_cast<int>(title.size()), &size);
+  SelectObject(surface, before);
+  ReleaseDC(window, surface);
+  DeleteObject(font);
+  return size.cx;
+}
+
+BOOL CALLBACK movesButton(HWND child, LPARAM by) {
+  wchar_t kind[8] = {};
+  GetClassNameW(child, kind, 8);
+  if (lstrcmpiW(kind, WC_BUTTONW) != 0) return TRUE;
+  POINT place = {};
+  MapWindowPoints(child, GetParent(child), &place, 1);
+  SetWindowPos(child, nullptr, place.x + static_cast<LONG>(by), place.y, 0, 0,
+               SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+  return TRUE;
+}
+
+/// While it is there, the thread's message boxes are as wide as their titles: Windows makes them as wide as
+/// their texts.
+class WidthForTitles {
+ public:
+  WidthForTitles() : hook_(SetWindowsHookExW(WH_CBT, told, nullptr, GetCurrentThreadId())) {}
+  WidthForTitles(const WidthForTitles&) = delete;
+  WidthForTitles& operator=(const WidthForTitles&) = delete;
+  ~WidthForTitles() {
+    if (hook_ != nullptr) UnhookWindowsHookEx(hook_);
+  }
+
+ private:
+  static LRESULT CALLBACK told(int code, WPARAM wparam, LPARAM lparam) {
+    if (code == HCBT_ACTIVATE) {
+      HWND window = reinterpret_cast<HWND>(wparam);
+      wchar_t kind[8] = {};
+      GetClassNameW(window, kind, 8);
+      if (lstrcmpW(kind, L"#32770") == 0) widen(window);
+    }
+    return CallNextHookEx(nullptr, code, wparam, lparam);
+  }
+  static void widen(HWND box) {
+    RECT now = {};
+    GetWindowRect(box, &now);
+    // The close button, the frame, and some room between them and the title.
+    const int besides = GetSystemMetrics(SM_CXSIZE) * 2 + GetSystemMetrics(SM_CXSIZEFRAME) * 4;
+    const int screen = GetSystemMetrics(SM_CXSCREEN);
+    const int more = std::min(titleWidth(box) + besides, screen) - static_cast<int>(now.right - now.left);
+    if (more <= 0) return;
+    SetWindowPos(box, nullptr, std::max<LONG>(now.left - more / 2, 0), now.top, now.right - now.left + more,
+                 now.bottom - now.top, SWP_NOZORDER | SWP_NOACTIVATE);
+    EnumChildWindows(box, movesButton, more / 2);
+  }
+
+  HHOOK hook_;
+};
+
 }  // namespace
 
 forms::Answer Win32MessageBoxes::show(const std::u16string& text, forms::Buttons buttons,
@@ -55,6 +123,7 @@ forms::Answer Win32MessageBoxes::show(const std::u16string& text, forms::Buttons
   if (above == nullptr && owner) above = owner();
   const std::u16string& caption = title ? *title : title_;
   const ThreadWindows others(above);
+  const WidthForTitles widened;
   switch (MessageBoxW(above, wide(text), wide(caption), kindOf(buttons) | MB_SETFOREGROUND)) {
     case IDYES:
       return forms::Answer::yes;

@@ -31,6 +31,14 @@ void ComboMirror::place(const RECT& place) {
   const int list = static_cast<int>(send(CB_GETITEMHEIGHT)) * rows + look().px(4);
   SetWindowPos(widget(), nullptr, 0, 0, place.right - place.left, heightFor(0) + list,
                SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+  unmarkUnlessFocused();
+}
+
+/// The system marks the text of a list that is filled, chosen from or resized, wherever the focus is.
+void ComboMirror::unmarkUnlessFocused() const {
+  HWND focus = GetFocus();
+  if (focus == nullptr || (focus != widget() && IsChild(widget(), focus) == 0))
+    send(CB_SETEDITSEL, 0, MAKELPARAM(-1, 0));
 }
 
 bool ComboMirror::wants(WPARAM key) const { return (key == VK_RETURN || key == VK_ESCAPE) && isDropped(); }
@@ -51,6 +59,7 @@ void ComboMirror::commanded(WORD notification) {
       return;
     }
     case CBN_KILLFOCUS:
+      send(CB_SETEDITSEL, 0, MAKELPARAM(-1, 0));
       askForCommit();
       return;
     default:
@@ -119,6 +128,7 @@ void ComboMirror::refreshKind() {
   if (!isDropped() && send(CB_GETCURSEL) != row && (row >= 0 || textOf(widget()) != box_.Text()))
     send(CB_SETCURSEL, static_cast<WPARAM>(row));
   if (box_.TypingAllowed()) show(box_.Text());
+  unmarkUnlessFocused();
 }
 
 }  // namespace pluvo::forms_win32

@@ -28,6 +28,7 @@ class ComboMirror final : public Mirror {
   /// The row of the text, in capitals or not; CB_ERR.
   LRESULT rowOf(const std::u16string& text) const;
   void choose(std::size_t row);
+  void unmarkUnlessFocused() const;
   void askForCommit() { PostMessageW(widget(), kCommit, 0, 0); }
 
   static constexpr UINT kChosen = WM_APP + 1;

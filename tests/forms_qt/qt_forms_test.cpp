@@ -266,6 +266,22 @@ TEST(QtMessageBoxes, ShowLetterForLetterAndCanBeCopied) {
   EXPECT_EQ(boxes.show(many, Buttons::yesNo, std::nullopt), Answer::no);
 }
 
+TEST(QtBoxes, AreAsWideAsTheirTitlesAndHaveNoIcons) {
+  const auto look = [] {
+    QTimer::singleShot(50, [] {
+      QWidget& box = *QApplication::activeModalWidget();
+      EXPECT_GT(box.width(), box.fontMetrics().horizontalAdvance(box.windowTitle()));
+      for (const QAbstractButton* button : box.findChildren<QAbstractButton*>())
+        EXPECT_TRUE(button->icon().isNull()) << button->text().toStdString();
+      QTest::keyClick(&box, Qt::Key_Escape);
+    });
+  };
+  look();
+  forms_qt::QtMessageBoxes().show(u"?", Buttons::yesNo, u"Right-Click Paste Selection Operation, and on");
+  look();
+  forms_qt::QtInputBoxes().ask(u"?", u"Right-Click Paste Selection Operation, and on and on");
+}
+
 TEST(QtLauncher, OpensPagesAndStartsNothing) {
   std::vector<std::string> opened;
   forms_qt::QtLauncher launcher([&](const QUrl& address) {
