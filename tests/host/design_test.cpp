@@ -60,7 +60,7 @@ TEST_F(Design, ShowsTheTextsOfTheManual) {
   EXPECT_EQ(counts,
             "pgFindAndReplace|Find & Replace|Find && Replace Main Screen 24\n"
             "pgMultiFiles|Multiple Files|Process Multiple Files 24\n"
-            "Options|Options|Set && Save options 13\npgAbout|About| 12\n");
+            "Options|Options|Set && Save options 13\npgAbout|About| 13\n");
   for (
       const char* line :
       {"txtInsideText1|text box of lines off||Type, Ctrl-V Paste*, or Right-Click Select - additional text "
@@ -84,6 +84,7 @@ TEST_F(Design, ShowsTheTextsOfTheManual) {
        "chkControlVButton|check box|Ctrl+V Inserts Selected/Highligted Data (off = Paste from Clipboard)|If ",
        "lblInstructions|link|Instructions|Open Instructions Document\n",
        "lblVersion|label|Version 1.3|\n",
+       "lblBuild|label|Build " PLUVO_VERSION "|\n",
        "|PLUVO changes what you tell it to change.  Keep a copy of documents that have no other.|",
        "lblDownloadSite|link|Download your Fresh PLUVO today!|\n"})
     EXPECT_THAT(shown, HasSubstr(line));
