@@ -28,6 +28,8 @@ DocumentError cannotEnter(const std::string& folder, const std::system_error& fa
                            "remove it, or choose another folder."};
 }
 
+constexpr std::uint32_t kOwnerWrites = 0200;
+
 std::optional<OpenFile> openIfThere(FileSystem& system, const std::string& path) {
   try {
     return std::optional<OpenFile>(std::in_place, system, system.openToRead(path));
@@ -53,6 +55,8 @@ class Creating final : public Pending {
     std::optional<Original> like;
     if (pattern) like = Original{pattern->handle(), system_.status(pattern->handle())};
     if (opened_) requireSameStamp(like->status, *opened_);
+    // Who saves under another name goes on with that file, though the original may only be read.
+    if (like && !opened_) like->status.permissions |= kOwnerWrites;
     writeVersion(system_, file_, like, version);
   }
 

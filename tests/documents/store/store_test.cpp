@@ -53,6 +53,21 @@ TEST(Store, SavesWhatChangedAndNothingElse) {
   EXPECT_THAT(scratch.names(), ElementsAre("a.txt", "a.txt.bak", "b.txt"));
 }
 
+TEST(Store, SavesACopyThatCanBeWrittenOfAFileThatCannot) {
+  using std::filesystem::perms;
+  const Scratch scratch;
+  const Store store;
+  const std::string original = scratch.put("a.txt", "one\n");
+  std::filesystem::permissions(original, perms::owner_read | perms::group_read);
+  const auto opened = store.open(original);
+  opened->saveAs(scratch.path("b.txt"));
+  EXPECT_EQ(std::filesystem::status(scratch.path("b.txt")).permissions(),
+            perms::owner_read | perms::owner_write | perms::group_read);
+  modelOf(opened).insertBefore(0, u"zero\n");
+  opened->save();
+  EXPECT_EQ(scratch.get("b.txt"), "zero\none\n");
+}
+
 TEST(Store, GoesOnUnderAnotherPathWhateverBecameOfTheFile) {
   const Scratch scratch;
   const Store store;

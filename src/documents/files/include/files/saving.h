@@ -140,7 +140,7 @@ inline Saved createFile(FileSystem& system, const std::string& path, const std::
 
 /// Saves a document under another name, in the place of the file that has it; the document's own file may
 /// have changed or gone. The new file has the permissions of the file it replaces, else those of the
-/// original, and is its owner's alone where there is neither.
+/// original, of which its owner may write it in any case, and is its owner's alone where there is neither.
 Saved writeElsewhere(FileSystem& system, const std::string& path, const std::string& original,
                      const NewVersion& version);
 
