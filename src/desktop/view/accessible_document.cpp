@@ -44,7 +44,7 @@ text::Span AccessibleDocument::unitAt(int offset, QAccessible::TextBoundaryType 
   if (type == QAccessible::NoBoundary) return {0, length};
   const auto place = view_.placeOf(at);
   if (type == QAccessible::CharBoundary || place.layout.empty()) return {at, at + 1};
-  const Span paragraph = place.layout.paragraphAt(at);
+  const Span paragraph = view_.paragraphAt(at);
   Span unit = paragraph;
   if (type == QAccessible::WordBoundary) unit = place.layout.wordAt(at);
   if (type == QAccessible::LineBoundary)
@@ -111,15 +111,12 @@ void AccessibleDocument::setSelection(int index, int from, int to) {
 QRect AccessibleDocument::characterRect(int offset) const {
   if (!isThere()) return {};
   const Position at = inText(offset);
-  const std::size_t block = view_.index_->at(at);
-  const QRectF here = view_.caretRect(at);
-  const QRectF next = view_.caretRect(inText(at + 1));
-  const bool sameLine = at + 1 < view_.index_->span(block).to && next.top() == here.top();
+  const QRectF here = view_.seenCaret(at);
+  const QRectF next = view_.seenCaret(inText(at + 1));
+  const bool sameLine = at + 1 < view_.model().length() && next.top() == here.top();
   const qreal width = sameLine ? std::abs(next.left() - here.left()) : here.height() / 2;
   const qreal left = sameLine ? std::min(here.left(), next.left()) : here.left();
-  const auto y = static_cast<qreal>(view_.index_->top(block) - view_.anchorTop() + DocumentView::kTopMargin);
-  const QRect rect =
-      QRectF(left, here.top(), width, here.height()).translated(view_.columnLeft(), y).toAlignedRect();
+  const QRect rect = QRectF(left, here.top(), width, here.height()).toAlignedRect();
   return rect.translated(view_.viewport()->mapToGlobal(QPoint(0, 0)));
 }
 

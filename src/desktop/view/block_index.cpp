@@ -55,6 +55,8 @@ void BlockIndex::settle() {
   Position growth = 0;
   for (auto edit = edits.begin(); edit != edits.end();) {
     const std::size_t first = at(std::min(edit->from - growth, oldLength));
+    // The line that ends there may hold more or less now.
+    if (first > 0) blocks_[first - 1].exact = false;
     keep(done, first, growth, settled);
     const Position start = blocks_[first].from + growth;
     std::size_t last = first;
@@ -125,10 +127,10 @@ void BlockIndex::scan(Position from, Position to, std::vector<Block>& found) con
 void BlockIndex::add(Position from, Position to, bool isRow, std::vector<Block>& found) const {
   while (!isRow && to - from > kLongest) {
     const Position end = cut(from, to);
-    found.push_back({from, estimate_({from, end}, false), 0, false, false});
+    found.push_back({from, estimate_({from, end}, false), 0, false, false, 0});
     from = end;
   }
-  found.push_back({from, estimate_({from, to}, isRow), 0, false, isRow});
+  found.push_back({from, estimate_({from, to}, isRow), 0, false, isRow, 0});
 }
 
 /// Where a block that begins at from ends: behind a blank, and not within a character.
@@ -178,6 +180,13 @@ void BlockIndex::setHeight(std::size_t i, int height) {
   stale(i);
 }
 
+void BlockIndex::startAt(std::size_t i, Position from) {
+  Block& block = blocks_[i];
+  block.moved += block.from - from;
+  block.from = from;
+  block.exact = false;
+}
+
 std::size_t BlockIndex::atHeight(std::int64_t y) {
   top(0);
   const auto behind =
@@ -187,6 +196,7 @@ std::size_t BlockIndex::atHeight(std::int64_t y) {
 }
 
 void BlockIndex::forgetHeights() {
+  for (Block& block : blocks_) block.from += std::exchange(block.moved, 0);
   for (std::size_t i = 0; i < blocks_.size(); ++i) {
     blocks_[i].height = estimate_(span(i), isRow(i));
     blocks_[i].exact = false;

@@ -14,7 +14,8 @@ using text::Position;
 using text::Span;
 
 /// A document as a column of blocks, each laid out for itself: a paragraph outside tables, or a row of an
-/// outermost table with whatever is in it. A paragraph of more than kLongest characters is several blocks.
+/// outermost table with whatever is in it. A paragraph of more than kLongest characters is several blocks,
+/// cut somewhere until a layout tells where its lines begin (startAt).
 ///
 /// A block's height is estimated until somebody lays it out. Edits are noted, and taken in at the next
 /// settle(), at the cost of the text of the blocks they touch.
@@ -36,6 +37,10 @@ class BlockIndex {
   std::size_t count() const { return blocks_.size(); }
   Span span(std::size_t i) const;
   bool isRow(std::size_t i) const { return blocks_[i].isRow; }
+  /// Whether it is not the first block of its paragraph.
+  bool continues(std::size_t i) const { return i > 0 && !isRow(i) && !endsBlock(blocks_[i].from - 1); }
+  /// The block begins earlier than it was cut, where a line does; within the block before it.
+  void startAt(std::size_t i, Position from);
   /// The block that holds a position; the last one for the end of the text.
   std::size_t at(Position position) const;
 
@@ -46,7 +51,7 @@ class BlockIndex {
   void setHeight(std::size_t i, int height);
   /// The block at so many pixels from the top; the last one for what lies below.
   std::size_t atHeight(std::int64_t y);
-  /// All heights are guesses again.
+  /// All heights are guesses again, and blocks are cut as they were at first.
   void forgetHeights();
 
  private:
@@ -56,6 +61,7 @@ class BlockIndex {
     std::int64_t top = 0;
     bool exact = false;
     bool isRow = false;
+    Position moved = 0;  ///< so far before its cut it begins
   };
   /// A span of the text as it is that was edited since the last settling.
   struct Dirty {

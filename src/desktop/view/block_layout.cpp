@@ -33,7 +33,7 @@ QTextOption optionOf(const formats::Appearance& look, bool rightToLeft, const QF
 
 BlockLayout::BlockLayout(const model::Model& model, Span block, bool isRow, text::View view,
                          const Looks& looks, qreal width)
-    : model_(model), view_(view), looks_(looks) {
+    : model_(model), view_(view), looks_(looks), end_(block.to) {
   qreal bottom = 0;
   if (isRow) {
     std::int32_t table = model.structure().valueAt(block.to - 1).table;
@@ -41,19 +41,42 @@ BlockLayout::BlockLayout(const model::Model& model, Span block, bool isRow, text
     const bool isLast = block.to == model.length() || model.structure().valueAt(block.to).table != table;
     if (isLast) bottom += gapBelow();
   } else {
-    bottom = addParagraph(block, {0, width}, 0);
+    if (goesOn(block)) end_ = lineStartAtEnd(block, {0, width});
+    bottom = addParagraph({block.from, end_}, {0, width}, 0);
   }
   height_ = static_cast<int>(std::ceil(bottom));
 }
 
 qreal BlockLayout::gapBelow() const { return QFontMetricsF(looks_.font).height() * 0.4; }
 
-/// Returns where the next thing goes.
-qreal BlockLayout::addParagraph(Span span, Column column, qreal top) {
+/// Whether the paragraph has begun before it.
+bool BlockLayout::continues(Span span) const { return span.from > 0 && !model_.endsParagraph(span.from - 1); }
+
+/// Whether the paragraph goes on after it.
+bool BlockLayout::goesOn(Span span) const {
+  return !model_.endsParagraph(span.to - 1) && span.to < model_.length();
+}
+
+/// Where the line begins that holds the end of a part of a paragraph. What follows decides where lines break.
+Position BlockLayout::lineStartAtEnd(Span part, Column column) const {
+  constexpr Position kAhead = 1024;
+  const Position most = std::min(part.to + kAhead, model_.length());
+  Position to = part.to;
+  while (to < most && !model_.endsParagraph(to)) ++to;
+  const std::optional<Fragment> ahead = inLines({part.from, to}, column);
+  if (!ahead) return part.to;
+  const QTextLine line = ahead->layout->lineForTextPosition(ahead->shown.shown(part.to));
+  if (!line.isValid() || line.textStart() == 0) return part.to;
+  return std::min(ahead->shown.position(line.textStart()), part.to);
+}
+
+/// A paragraph, or a part of one, in lines from the top; nothing where none of it is shown.
+std::optional<BlockLayout::Fragment> BlockLayout::inLines(Span span, Column column) const {
   const bool hasMark = model_.endsParagraph(span.to - 1);
   ShownText shown(model_, span, view_);
-  const bool markShown = hasMark && text::isVisible(model_.visibility().valueAt(span.to - 1), view_);
-  if (shown.text().isEmpty() && hasMark && !markShown) return top;
+  const bool endShown =
+      hasMark ? text::isVisible(model_.visibility().valueAt(span.to - 1), view_) : !goesOn(span);
+  if (shown.text().isEmpty() && !endShown) return std::nullopt;
 
   const formats::Appearance look = looks_.of(model_, span.to - 1);
   const QFont font = looks_.paragraphFont(look);
@@ -67,7 +90,8 @@ qreal BlockLayout::addParagraph(Span span, Column column, qreal top) {
   const qreal indent = look.heading == 0 ? look.listLevel * metrics.averageCharWidth() * 3 : 0;
   column.width -= indent;
   if (!look.rightToLeft) column.left += indent;
-  if (look.heading != 0) top += metrics.height() * 0.5;
+  const bool begins = !continues(span);
+  const qreal top = look.heading != 0 && begins ? metrics.height() * 0.5 : 0;
   qreal height = 0;
   layout->beginLayout();
   for (QTextLine line = layout->createLine(); line.isValid(); line = layout->createLine()) {
@@ -78,9 +102,19 @@ qreal BlockLayout::addParagraph(Span span, Column column, qreal top) {
   }
   layout->endLayout();
   const QRectF rect(column.left, top, column.width, height);
-  const bool isItem = indent > 0;
-  fragments_.push_back({span, std::move(shown), std::move(layout), rect.topLeft(), rect, isItem});
-  return top + height + (hasMark ? gapBelow() : 0);
+  const bool isItem = indent > 0 && begins;
+  return Fragment{span, std::move(shown), std::move(layout), rect.topLeft(), rect, isItem};
+}
+
+/// Returns where the next thing goes.
+qreal BlockLayout::addParagraph(Span span, Column column, qreal top) {
+  std::optional<Fragment> fragment = inLines(span, column);
+  if (!fragment) return top;
+  fragment->rect.translate(0, top);
+  fragment->at = fragment->rect.topLeft();
+  const qreal bottom = fragment->rect.bottom();
+  fragments_.push_back(std::move(*fragment));
+  return bottom + (model_.endsParagraph(span.to - 1) ? gapBelow() : 0);
 }
 
 /// As the document has them, so far as it tells of every cell; the row takes all the room there is.

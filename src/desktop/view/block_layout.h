@@ -10,11 +10,13 @@
 #include <QTextLayout>
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace pluvo::view {
 
-/// A block laid out in lines: one paragraph, or the paragraphs in the cells of a row and the cells' borders.
+/// A block laid out in lines: one paragraph or part of one, or the paragraphs in the cells of a row and the
+/// cells' borders. A part of a paragraph ends where a line does, at the block's end or before it.
 /// Coordinates are the block's own, in pixels from its top left corner.
 class BlockLayout {
  public:
@@ -22,6 +24,8 @@ class BlockLayout {
               qreal width);
 
   int height() const { return height_; }
+  /// Where the next block begins.
+  Position end() const { return end_; }
   void paint(QPainter& painter, QPointF at, const QRectF& clip, Span selection,
              const QPalette& palette) const;
 
@@ -63,11 +67,17 @@ class BlockLayout {
   const Fragment& fragmentOf(Position position) const;
   std::size_t indexOf(Position position) const;
   const Fragment& fragmentNear(QPointF point) const;
-  static Position lastOf(const Fragment& fragment);
+  Position lastOf(const Fragment& fragment) const;
 
   static void paintItemMark(QPainter& painter, const Fragment& fragment, QPointF at, const QPalette& palette);
   qreal gapBelow() const;
+  bool continues(Span span) const;
+  bool goesOn(Span span) const;
+  /// The place where the last insertion point of a fragment is; the end of a part is one of the next.
+  int lastPlace(const Fragment& fragment) const;
   std::vector<qreal> widthsOf(const std::vector<Span>& cells, qreal room) const;
+  Position lineStartAtEnd(Span part, Column column) const;
+  std::optional<Fragment> inLines(Span span, Column column) const;
   qreal addParagraph(Span span, Column column, qreal top);
   qreal addCell(Span cell, std::int32_t table, Column column, qreal top, int depth);
   qreal addRow(Span row, std::int32_t table, Column column, qreal top, int depth);
@@ -78,6 +88,7 @@ class BlockLayout {
   std::vector<Fragment> fragments_;
   std::vector<QRectF> cells_;
   int height_ = 0;
+  Position end_ = 0;
 };
 
 }  // namespace pluvo::view

@@ -9,8 +9,13 @@
 /// Which place of a block stands where, and which come next to it.
 namespace pluvo::view {
 
-Position BlockLayout::lastOf(const Fragment& fragment) {
-  return fragment.shown.position(static_cast<int>(fragment.shown.text().size()));
+int BlockLayout::lastPlace(const Fragment& fragment) const {
+  const auto end = static_cast<int>(fragment.shown.text().size());
+  return goesOn(fragment.span) ? fragment.layout->previousCursorPosition(end) : end;
+}
+
+Position BlockLayout::lastOf(const Fragment& fragment) const {
+  return fragment.shown.position(lastPlace(fragment));
 }
 
 Position BlockLayout::lastPosition() const { return lastOf(fragments_.back()); }
@@ -49,7 +54,7 @@ Position BlockLayout::positionAt(QPointF point) const {
     const QTextLine line = fragment.layout->lineAt(i);
     const bool last = i + 1 == fragment.layout->lineCount();
     if (!last && local.y() >= fragment.layout->lineAt(i + 1).y()) continue;
-    return fragment.shown.position(line.xToCursor(local.x()));
+    return fragment.shown.position(std::min(line.xToCursor(local.x()), lastPlace(fragment)));
   }
   return fragment.span.from;
 }
@@ -119,7 +124,7 @@ Position BlockLayout::lineEnd(Position position) const {
   if (!line.isValid()) return lastOf(fragment);
   const int end = line.textStart() + line.textLength();
   const bool last = end >= fragment.shown.text().size();
-  return fragment.shown.position(last ? end : end - 1);
+  return fragment.shown.position(last ? lastPlace(fragment) : end - 1);
 }
 
 }  // namespace pluvo::view

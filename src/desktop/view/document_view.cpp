@@ -28,7 +28,8 @@ constexpr qreal kFontSize = 11.5;
 
 DocumentView::DocumentView(std::shared_ptr<memory::MemoryDocument> document,
                            text::RunMap<formats::Appearance> appearance, const Running& running)
-    : document_(std::move(document)), looks_(std::make_unique<Looks>(Looks{{}, std::move(appearance)})) {
+    : document_(std::move(document)),
+      looks_(std::make_unique<Looks>(Looks{{}, std::move(appearance), {}, {}})) {
   installAccessibleDocuments();
   setFrameShape(NoFrame);
   setFocusPolicy(Qt::StrongFocus);
@@ -67,6 +68,7 @@ void DocumentView::measure() {
   QFont font = QApplication::font();
   font.setPointSizeF(kFontSize * zoom_);
   looks_->font = font;
+  colourChanges(*looks_, palette().color(QPalette::Base));
   const QFontMetricsF metrics(font);
   charactersInLine_ = std::max<qreal>(columnWidth() / metrics.averageCharWidth(), 8);
   lineHeight_ = metrics.height();
@@ -156,6 +158,7 @@ void DocumentView::resizeEvent(QResizeEvent* event) {
 
 void DocumentView::changeEvent(QEvent* event) {
   QAbstractScrollArea::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) return forgetLayouts();
   if (event->type() != QEvent::FontChange && event->type() != QEvent::StyleChange) return;
   setZoom(zoom_);
 }

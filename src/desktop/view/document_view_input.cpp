@@ -12,6 +12,7 @@
 #include <QScrollBar>
 #include <QWheelEvent>
 #include <algorithm>
+#include <cmath>
 
 /// What the user does in a document view: moving the insertion point and selecting, by key and by mouse.
 namespace pluvo::view {
@@ -19,8 +20,12 @@ namespace pluvo::view {
 // Places.
 
 DocumentView::Place DocumentView::placeOf(Position position) {
-  const std::size_t block = index_->at(position);
-  return {block, layoutOf(block)};
+  for (;;) {
+    const std::size_t block = index_->at(position);
+    const BlockLayout& layout = layoutOf(block);
+    // Laid out, a part of a paragraph may end before the position.
+    if (index_->at(position) == block) return {block, layout};
+  }
 }
 
 QRectF DocumentView::caretRect(Position position) {
@@ -45,6 +50,18 @@ Position DocumentView::firstIn(std::size_t block, bool forward) {
   const BlockLayout& layout = layoutOf(block);
   if (layout.empty()) return BlockLayout::kOutside;
   return forward ? layout.firstPosition() : layout.lastPosition();
+}
+
+/// The whole of it, however many blocks it is.
+text::Span DocumentView::paragraphAt(Position position) {
+  const Place place = placeOf(position);
+  if (place.layout.empty()) return {position, position};
+  if (index_->isRow(place.block)) return place.layout.paragraphAt(position);
+  std::size_t first = place.block;
+  while (index_->continues(first)) --first;
+  std::size_t last = place.block;
+  while (last + 1 < index_->count() && index_->continues(last + 1)) ++last;
+  return {index_->span(first).from, index_->span(last).to};
 }
 
 Position DocumentView::neighbour(Position position, bool forward, bool words) {
@@ -72,8 +89,8 @@ Position DocumentView::beside(Position position, bool left) {
 Position DocumentView::vertical(Position position, qreal by) {
   constexpr int kMostTries = 64;
   constexpr qreal kStep = 6;
-  const std::size_t start = index_->at(position);
   const QRectF caret = caretRect(position);
+  const std::size_t start = index_->at(position);
   if (preferredX_ < 0) preferredX_ = caret.left();
   const qreal direction = by < 0 ? -1 : 1;
   const qreal from = (by < 0 ? caret.top() : caret.bottom()) + by;
@@ -125,15 +142,17 @@ void DocumentView::moveCaret(Position position, bool keepsAnchor) {
   ensureCaretSeen();
 }
 
+/// What is between the caret and what is seen is only guessed; the way there is laid out from the caret.
 void DocumentView::ensureCaretSeen() {
-  const QRectF caret = caretRect(caret_);
-  const std::int64_t top = index_->top(index_->at(caret_)) + static_cast<std::int64_t>(caret.top());
-  const auto bottom = top + static_cast<std::int64_t>(caret.height()) + std::int64_t{2} * kTopMargin;
-  const std::int64_t seen = anchorTop();
-  if (top < seen) {
-    anchorAt(std::max<std::int64_t>(top, 0));
-  } else if (bottom > seen + viewport()->height()) {
-    anchorAt(bottom - viewport()->height());
+  layOutAround();
+  const QRectF caret = seenCaret(caret_);
+  const std::size_t block = index_->at(caret_);
+  const QRectF inBlock = caretRect(caret_);
+  if (caret.top() < kTopMargin) {
+    putAt(block, static_cast<int>(inBlock.top()), 0);
+  } else if (caret.bottom() + kTopMargin > viewport()->height()) {
+    const int below = viewport()->height() - 2 * kTopMargin;
+    putAt(block, static_cast<int>(std::ceil(inBlock.bottom())), std::max(below, 0));
   }
   showTop();
 }
@@ -215,9 +234,7 @@ void DocumentView::mousePressEvent(QMouseEvent* event) {
   const Position position = positionAt(event->pos());
   if (tripleClick_.isActive()) {
     tripleClick_.stop();
-    const Place place = placeOf(position);
-    const text::Span paragraph =
-        place.layout.empty() ? text::Span{position, position} : place.layout.paragraphAt(position);
+    const text::Span paragraph = paragraphAt(position);
     return select(paragraph.from, paragraph.to);
   }
   const bool extends = event->modifiers().testFlag(Qt::ShiftModifier);

@@ -15,8 +15,10 @@ void DocumentView::forgetLayouts() {
   if (!index_) return;
   measure();
   layouts_.clear();
-  index_->settle();
+  settle();
+  const std::size_t top = index_->at(topBlock_);
   index_->forgetHeights();
+  topBlock_ = index_->span(top).from;
   showTop();
   viewport()->update();
 }
@@ -27,15 +29,26 @@ void DocumentView::dropLayouts(Position from, Position to) {
   layouts_.erase(first, layouts_.lower_bound(std::max(to, from + 1)));
 }
 
+/// The block may begin earlier after it: a part of a paragraph begins where a line of the part before it
+/// ends, which is laid out first. How that part began itself matters to few lines only.
 const BlockLayout& DocumentView::layoutOf(std::size_t block) {
+  const auto known = layouts_.find(index_->span(block).from);
+  if (known != layouts_.end()) return *known->second;
+  if (index_->continues(block) && !index_->exact(block - 1)) layOut(block - 1);
+  return layOut(block);
+}
+
+const BlockLayout& DocumentView::layOut(std::size_t block) {
   const text::Span span = index_->span(block);
-  auto& layout = layouts_[span.from];
-  if (!layout) {
-    layout = std::make_unique<BlockLayout>(model(), span, index_->isRow(block), document_->view(), *looks_,
-                                           columnWidth());
-    index_->setHeight(block, layout->height());
+  auto layout = std::make_unique<BlockLayout>(model(), span, index_->isRow(block), document_->view(), *looks_,
+                                              columnWidth());
+  index_->setHeight(block, layout->height());
+  if (layout->end() != span.to) {
+    layouts_.erase(span.to);
+    if (topBlock_ == span.to) topBlock_ = layout->end();
+    index_->startAt(block + 1, layout->end());
   }
-  return *layout;
+  return *(layouts_[span.from] = std::move(layout));
 }
 
 void DocumentView::settle() {
@@ -52,6 +65,8 @@ std::int64_t DocumentView::anchorTop() {
 void DocumentView::layOutAround() {
   const int page = viewport()->height();
   const std::size_t first = index_->at(topBlock_);
+  layoutOf(first);
+  topOffset_ = std::min(topOffset_, index_->height(first));
   int room = page + page / 2 + topOffset_;
   for (std::size_t i = first; i < index_->count() && room > 0; ++i) {
     layoutOf(i);
@@ -80,6 +95,10 @@ void DocumentView::showTop() {
   showingTop_ = true;
   settle();
   layOutAround();
+  const std::size_t last = index_->count() - 1;
+  const std::int64_t end = index_->top(last) + index_->height(last) + 2 * kTopMargin;
+  if (anchorTop() + viewport()->height() > end)
+    putAt(last, index_->height(last), viewport()->height() - 2 * kTopMargin);
   const std::int64_t all = index_->top(index_->count()) + std::int64_t{2} * kTopMargin;
   const int page = viewport()->height();
   QScrollBar& bar = *verticalScrollBar();
@@ -88,7 +107,6 @@ void DocumentView::showTop() {
   bar.setRange(0, static_cast<int>(std::clamp<std::int64_t>(all - page, 0, INT_MAX)));
   const std::int64_t wanted = anchorTop();
   bar.setValue(static_cast<int>(std::min<std::int64_t>(wanted, INT_MAX)));
-  if (bar.value() < wanted) anchorAt(bar.value());
   keepFewLayouts();
   showingTop_ = false;
 }
@@ -102,8 +120,28 @@ void DocumentView::anchorAt(std::int64_t y) {
 void DocumentView::scrollContentsBy(int, int) {
   if (!index_ || showingTop_) return;
   settle();
-  anchorAt(verticalScrollBar()->value());
+  const QScrollBar& bar = *verticalScrollBar();
+  if (bar.value() == bar.maximum()) {
+    // The blocks before the end may be higher than guessed.
+    const std::size_t last = index_->count() - 1;
+    putAt(last, layoutOf(last).height(), viewport()->height() - 2 * kTopMargin);
+  } else {
+    anchorAt(bar.value());
+  }
   viewport()->update();
+}
+
+/// Scrolls so that a place in a block stands so far below the top of what is seen, or less at the beginning.
+/// The blocks above it are laid out, so that it does stand there.
+void DocumentView::putAt(std::size_t block, int inBlock, int below) {
+  int y = inBlock;
+  while (y < below && block > 0) {
+    --block;
+    layoutOf(block);
+    y += index_->height(block);
+  }
+  topBlock_ = index_->span(block).from;
+  topOffset_ = std::max(y - below, 0);
 }
 
 void DocumentView::reveal(text::Span span) {
@@ -111,37 +149,31 @@ void DocumentView::reveal(text::Span span) {
   settle();
   layOutAround();
   const int page = viewport()->height();
-  const std::size_t block = index_->at(span.from);
   const QRectF line = caretRect(span.from);
+  const std::size_t block = index_->at(span.from);
   const std::int64_t top = index_->top(block) + static_cast<std::int64_t>(line.top()) + kTopMargin;
   const std::int64_t seenFrom = anchorTop();
   const bool seen =
       top >= seenFrom + 8 && top + static_cast<std::int64_t>(line.height()) + 8 <= seenFrom + page / 2;
   if (seen) return;
-  // Exact heights above it, so that it comes to stand where it is meant to.
-  int above = page / 4;
-  std::size_t first = block;
-  int y = static_cast<int>(line.top());
-  while (y < above && first > 0) {
-    --first;
-    layoutOf(first);
-    y += index_->height(first);
-  }
-  topBlock_ = index_->span(first).from;
-  topOffset_ = std::max(y - above, 0);
+  putAt(block, static_cast<int>(line.top()), page / 4);
   showTop();
   viewport()->update();
+}
+
+/// Where an insertion point is in the viewport, seen or not.
+QRectF DocumentView::seenCaret(Position position) {
+  const QRectF caret = caretRect(position);
+  const std::int64_t top = index_->top(index_->at(position)) - anchorTop() + kTopMargin;
+  return caret.translated(columnLeft(), static_cast<qreal>(top));
 }
 
 QRect DocumentView::selectionRect() {
   if (!index_ || !hasSelection()) return {};
   settle();
   const text::Span selection = document_->selection();
-  const auto yOf = [&](Position position) {
-    return static_cast<qreal>(index_->top(index_->at(position)) - anchorTop() + kTopMargin);
-  };
-  const QRectF first = caretRect(selection.from).translated(columnLeft(), yOf(selection.from));
-  const QRectF last = caretRect(selection.to).translated(columnLeft(), yOf(selection.to));
+  const QRectF first = seenCaret(selection.from);
+  const QRectF last = seenCaret(selection.to);
   QRectF around = first.united(last);
   if (last.top() > first.top()) {
     around.setLeft(columnLeft());

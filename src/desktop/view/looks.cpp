@@ -57,8 +57,20 @@ QList<QTextLayout::FormatRange> Looks::formats(const model::Model& model, const 
       formats::Appearance look = run.value;
       look.bold = look.bold && paragraph.heading == 0;  // headings are bold anyway
       put(format, look);
+      if (look.inserted) {
+        format.setFontUnderline(true);
+        format.setForeground(inserted);
+      }
       add(part.shown + (at - part.position), to - at, format);
       at = to;
+    }
+    // Later ones count: an insertion that was deleted looks deleted, under highlight of its own.
+    for (const auto& run : model.structure().runs(part.position, end)) {
+      if (!run.value.deleted) continue;
+      QTextCharFormat format;
+      format.setFontStrikeOut(true);
+      format.setForeground(deleted);
+      add(part.shown + (run.from - part.position), run.to - run.from, format);
     }
     for (const auto& run : model.highlight().runs(part.position, end)) {
       const QColor colour = highlightColour(run.value);
@@ -78,6 +90,12 @@ QColor highlightColour(int index) {
                                              0x800080, 0x800000, 0x808000, 0x808080, 0xC0C0C0};
   if (index < 1 || index >= static_cast<int>(kColours.size())) return {};
   return QColor(kColours[static_cast<std::size_t>(index)]);
+}
+
+void colourChanges(Looks& looks, const QColor& background) {
+  const bool dark = readableOn(background) == Qt::white;
+  looks.deleted = dark ? QColor(0xFF8A80) : QColor(0xB3261E);
+  looks.inserted = dark ? QColor(0x7FD99A) : QColor(0x1B6E37);
 }
 
 QColor readableOn(const QColor& background) {

@@ -16,6 +16,9 @@ struct Looks {
   QFont font;
   /// By original position; empty where the format tells of none.
   text::RunMap<formats::Appearance> appearance;
+  /// Of text in tracked changes, besides a line through or below it.
+  QColor deleted;
+  QColor inserted;
 
   /// New text looks as the character it takes its formatting from.
   formats::Appearance of(const model::Model& model, Position position) const;
@@ -28,6 +31,8 @@ struct Looks {
 
 /// Word's sixteen colours by their index; none for 0 and for what is no index.
 QColor highlightColour(int index);
+/// Red and green that can be read on the colour.
+void colourChanges(Looks& looks, const QColor& background);
 /// Black or white, whichever is read more easily on the colour.
 QColor readableOn(const QColor& background);
 

@@ -38,10 +38,12 @@ class AppearanceReader : public BodyEvents {
     }
     if (tag.name == Name::p) change(paragraph_ = paragraphLook({}));
     if (tag.name == Name::r) change(paragraph_);
+    if (isInsertion(tag.name)) ++insertions_;
   }
   void close(const Tag& tag, Extent) override {
     if (tag.name == Name::r) change(paragraph_);
     if (tag.name == Name::p) change({});
+    if (isInsertion(tag.name)) --insertions_;
     if (!tables_.empty() && tag.name == Name::tc) {
       tables_.back().cellWidth = 0;
       change({});
@@ -67,10 +69,13 @@ class AppearanceReader : public BodyEvents {
   void rowMark(Extent) override {}
 
  private:
+  static bool isInsertion(Name name) { return name == Name::ins || name == Name::moveTo; }
+
   void change(const Appearance& look) {
     if (walker_.position() > filled_) map_.append(walker_.position() - filled_, current_);
     filled_ = walker_.position();
     current_ = look;
+    current_.inserted = insertions_ > 0;
     current_.cellWidth = tables_.empty() ? std::uint16_t{0} : tables_.back().cellWidth;
   }
 
@@ -123,6 +128,7 @@ class AppearanceReader : public BodyEvents {
   text::RunMap<Appearance> map_;
   Position filled_ = 0;
   std::vector<Table> tables_;
+  int insertions_ = 0;  ///< open tracked ones
   Appearance paragraph_;
   Appearance current_;
   std::unordered_map<std::string, Appearance> paragraphStyles_;

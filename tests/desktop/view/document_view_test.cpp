@@ -11,6 +11,8 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace pluvo::view {
 namespace {
@@ -174,6 +176,124 @@ TEST(DocumentView, ShowsAFoundBlockWhereverItIs) {
   const int before = shown.view->selectionRect().top();
   shown.sample.model().insertBefore(0, u"one\rmore\r");
   EXPECT_NEAR(shown.view->selectionRect().top(), before, 40);
+}
+
+/// How far below the top of the view each row of pixels of that colour is painted.
+std::vector<int> rowsOf(DocumentView& view, const QColor& colour) {
+  const QImage seen = view.viewport()->grab().toImage();
+  std::vector<int> rows;
+  for (int y = 0; y < seen.height(); ++y) {
+    for (int x = 0; x < seen.width(); ++x) {
+      if (seen.pixelColor(x, y) != colour) continue;
+      rows.push_back(y);
+      break;
+    }
+  }
+  return rows;
+}
+
+TEST(DocumentView, ShowsTheLineItJumpedTo) {
+  std::string wide;
+  std::string narrow;
+  for (int i = 0; i < 400; ++i) {
+    for (int words = 0; words < 3 + i % 9; ++words) wide += "WWWWWW MMMMMM ";
+    for (int words = 0; words < 3 + i % 9; ++words) narrow += "iiiiiiii llllllll ";
+    wide += "W¶";
+    narrow += "i¶";
+  }
+  std::string giant;
+  for (int i = 0; i < 6000; ++i) giant += "WWWW ";
+  for (const std::string& notation : {wide, narrow, giant + "¶"}) {
+    Shown shown(notation);
+    const QColor marked = shown.view->palette().color(QPalette::Active, QPalette::Highlight);
+    const auto seen = [&](const char* jump) {
+      const std::vector<int> rows = rowsOf(*shown.view, marked);
+      ASSERT_GT(rows.size(), 12U) << jump << " in " << notation.substr(0, 12);
+      EXPECT_GT(rows.front(), 0) << jump;
+      EXPECT_LT(rows.back(), shown.view->viewport()->height() - 1) << jump;
+    };
+    const Qt::KeyboardModifiers control = Qt::ControlModifier, shift = Qt::ShiftModifier;
+    for (int round = 0; round < 2; ++round) {
+      shown.key(Qt::Key_End, control);
+      shown.key(Qt::Key_Home, shift);
+      seen("to the end");
+      shown.view->verticalScrollBar()->setValue(shown.view->verticalScrollBar()->maximum() / 2);
+      shown.key(Qt::Key_PageUp);
+      shown.key(Qt::Key_End, shift);
+      seen("a page up");
+      shown.key(Qt::Key_Home, control);
+      shown.key(Qt::Key_End, shift);
+      seen("to the beginning");
+      shown.sample.document->select({shown.sample.model().length() - 3, shown.sample.model().length() - 1});
+      seen("to what was found");
+      shown.key(Qt::Key_Home, control);
+      shown.view->verticalScrollBar()->setValue(shown.view->verticalScrollBar()->maximum());
+      shown.view->selectAll();
+      EXPECT_LT(rowsOf(*shown.view, marked).back(), shown.view->viewport()->height() - 1);
+      EXPECT_EQ(shown.view->verticalScrollBar()->value(), shown.view->verticalScrollBar()->maximum());
+    }
+  }
+}
+
+TEST(DocumentView, BreaksNoLineWithinAGiantParagraph) {
+  std::string giant = "begin¶";
+  for (int i = 0; i < 8000; ++i) giant += "word ";
+  Shown shown(giant + "¶end¶");
+  QAccessibleTextInterface& text = *QAccessible::queryAccessibleInterface(shown.view.get())->textInterface();
+  const Position last = shown.sample.model().length() - 6;
+  for (const Qt::Key start : {Qt::Key_Home, Qt::Key_End}) {
+    shown.view->setZoom(shown.view->zoom() * 1.2);  // laid out anew
+    shown.key(start, Qt::ControlModifier);
+    int from = 0;
+    int to = 0;
+    text.textAtOffset(6, QAccessible::LineBoundary, &from, &to);
+    const int usual = to - from;
+    for (Position at = last; at > 6; at = from - 1) {
+      text.textAtOffset(at, QAccessible::LineBoundary, &from, &to);
+      ASSERT_TRUE(to - from == usual || at == last) << from;
+    }
+    for (Position at = 6; at < last; at = to) {
+      text.textAtOffset(at, QAccessible::LineBoundary, &from, &to);
+      ASSERT_TRUE(to - from == usual || to > last) << from;
+    }
+  }
+  for (Position at = 6 + 8100; at < 6 + 8192; ++at) {
+    shown.sample.document->select({at, at});
+    shown.key(Qt::Key_Left);
+    ASSERT_EQ(shown.selection().from, at - 1) << "over the seam";
+  }
+}
+
+TEST(DocumentView, MarksTrackedChanges) {
+  notation::Parsed parsed = notation::parse("stays goes came¶");
+  auto structure = parsed.content.structure.valueAt(6);
+  structure.deleted = true;
+  parsed.content.structure.set(6, 10, structure);
+  notation::Sample sample(std::move(parsed), nullptr);
+  text::RunMap<formats::Appearance> appearance;
+  appearance.append(11, {});
+  formats::Appearance came;
+  came.inserted = true;
+  appearance.append(4, came);
+  appearance.append(1, {});
+  DocumentView view(sample.document, appearance);
+  for (const QColor& paper : {QColor(Qt::white), QColor(0x1E1F22)}) {
+    QPalette palette;
+    palette.setColor(QPalette::Base, paper);
+    view.setPalette(palette);
+    const QImage seen = view.viewport()->grab().toImage();
+    int red = 0;
+    int green = 0;
+    for (int y = 0; y < seen.height(); ++y) {
+      for (int x = 0; x < seen.width(); ++x) {
+        const QColor pixel = seen.pixelColor(x, y);
+        red += pixel.red() > pixel.green() + 60 && pixel.red() > pixel.blue() + 60 ? 1 : 0;
+        green += pixel.green() > pixel.red() + 40 && pixel.green() > pixel.blue() + 20 ? 1 : 0;
+      }
+    }
+    EXPECT_GT(red, 20) << paper.name().toStdString();
+    EXPECT_GT(green, 20) << paper.name().toStdString();
+  }
 }
 
 TEST(DocumentView, ScrollsThroughTheWholeDocumentWithoutGapsOrJumps) {

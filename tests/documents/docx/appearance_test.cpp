@@ -17,8 +17,8 @@ const std::string kStyles =
         "<style type='character' styleId='Strong'><name val='Strong'/><rPr><b/></rPr></style>"
         "<style type='paragraph' styleId='Loop'><basedOn val='Loop'/></style></styles>");
 
-/// A letter a character: b bold, i italic, u underlined, s struck, a digit for a heading, c and e for centred
-/// and at the end, r for right to left, "." for none of these; several in brackets.
+/// A letter a character: b bold, i italic, u underlined, s struck, + inserted, a digit for a heading, c and e
+/// for centred and at the end, r for right to left, "." for none of these; several in brackets.
 std::string looksOf(const Opened& opened) {
   const auto map = opened.source->appearance();
   EXPECT_EQ(map.length(), opened.model.length());
@@ -30,6 +30,7 @@ std::string looksOf(const Opened& opened) {
     if (look.italic) said += 'i';
     if (look.underlined) said += 'u';
     if (look.struck) said += 's';
+    if (look.inserted) said += '+';
     if (look.heading != 0) said += static_cast<char>('0' + look.heading);
     if (look.alignment != formats::Appearance::Alignment::start)
       said += look.alignment == formats::Appearance::Alignment::centre ? 'c' : 'e';
@@ -59,6 +60,7 @@ TEST(Appearance, IsThatOfRunsAndStyles) {
       {"{<pPr><numPr><ilvl val='1'/><numId val='4'/></numPr></pPr>}{<pPr><numPr><numId "
        "val='0'/></numPr></pPr>}",
        "(l2)."},
+      {"{[a]<ins id='1'>[b]<del id='2'>[c]</del></ins>[d]<moveTo id='3'>[<b/>|e]</moveTo>[f]}", ".++.(b+).."},
       {"{<fldSimple instr='PAGE'>[<i/>|1]</fldSimple>}", "......i.."}};
   for (const auto& [body, looks] : cases)
     EXPECT_EQ(looksOf(open(documentOf(wml(body), {{"word/styles.xml", kStyles}}))), looks) << body;

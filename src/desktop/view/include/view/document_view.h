@@ -89,11 +89,13 @@ class DocumentView : public QAbstractScrollArea {
   qreal columnWidth() const;
   qreal columnLeft() const;
   const BlockLayout& layoutOf(std::size_t block);
+  const BlockLayout& layOut(std::size_t block);
   void dropLayouts(Position from, Position to);
   void settle();
   void layOutAround();
   void showTop();
   void anchorAt(std::int64_t y);
+  void putAt(std::size_t block, int inBlock, int below);
   std::int64_t anchorTop();
   void keepFewLayouts();
 
@@ -103,6 +105,7 @@ class DocumentView : public QAbstractScrollArea {
     const BlockLayout& layout;
   };
   Place placeOf(Position position);
+  text::Span paragraphAt(Position position);
   Position positionAt(QPoint point);
   Position positionAt(std::size_t block, QPointF inBlock);
   Position neighbour(Position position, bool forward, bool words);
@@ -116,6 +119,7 @@ class DocumentView : public QAbstractScrollArea {
   /// Tells screen readers where the insertion point is.
   void tellSelection();
   QRectF caretRect(Position position);
+  QRectF seenCaret(Position position);
   bool moveByKey(QKeyEvent& event);
 
   std::shared_ptr<memory::MemoryDocument> document_;
