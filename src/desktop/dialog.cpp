@@ -55,6 +55,8 @@ Dialog::Dialog(const std::shared_ptr<memory::MemoryApplication>& application, Wo
   qtForms_.standsIn(std::u16string(kDialog), place_.container);
   qtForms_.leavesOthersUsable(std::u16string(kConfirmation));
   qtForms_.helpIs(u"lblInstructions");
+  qtForms_.staysInSight(u"cmdViewOperation");
+  qtForms_.staysInSight(u"cmdExecuteFAR");
   qtForms_.admits = [this](const forms::Form& form, const forms::Control* control) {
     return admits(form, control);
   };

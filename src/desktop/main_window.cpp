@@ -138,6 +138,8 @@ void MainWindow::restorePlace() {
   const QSize room = screen()->availableGeometry().size();
   resize(QSize(1360, 860).boundedTo(room));
   if (room.width() <= 1366) setWindowState(Qt::WindowMaximized);
+  constexpr int kNarrow = 1000;
+  if (room.width() < kNarrow) resizeDocks({dock_}, {room.width() / 2}, Qt::Horizontal);
 }
 
 // The window's own events.

@@ -32,6 +32,17 @@ std::string absolute(const std::string& path) {
   return failure ? full.string() : (folder / full.filename()).string();
 }
 
+/// The path itself where nothing is there, else the first with a number that is free: "letter (2).docx".
+QString freePath(const QString& path) {
+  const QFileInfo file(path);
+  const QString suffix = file.suffix().isEmpty() ? QString() : QLatin1Char('.') + file.suffix();
+  const QString stem = path.chopped(suffix.size());
+  QString free = path;
+  for (int number = 2; QFileInfo::exists(free) || QFileInfo(free).isSymLink(); ++number)
+    free = QStringLiteral("%1 (%2)%3").arg(stem).arg(number).arg(suffix);
+  return free;
+}
+
 std::string bytesOf(const QString& path) { return QFile::encodeName(path).toStdString(); }
 
 }  // namespace
@@ -117,7 +128,7 @@ bool MainWindow::save(OpenDocument& document) {
 }
 
 bool MainWindow::saveAs(OpenDocument& document) {
-  const auto chosen = choosers_.saveAs(this, document.path());
+  const auto chosen = choosers_.saveAs(this, freePath(document.path()));
   if (!chosen) return false;
   QString path = *chosen;
   const QString suffix = QFileInfo(document.path()).suffix();
@@ -176,7 +187,7 @@ bool MainWindow::tellNotSaved(OpenDocument& document, const errors::Fault& fault
 /// For a document of a run over files that may not be written; the name must be free.
 std::optional<std::string> MainWindow::freeName(const std::string& path) {
   for (;;) {
-    const auto chosen = choosers_.saveAs(this, QString::fromStdString(path));
+    const auto chosen = choosers_.saveAs(this, freePath(QString::fromStdString(path)));
     if (!chosen) return std::nullopt;
     if (!QFileInfo::exists(*chosen)) return bytesOf(*chosen);
     Question(this, tr("“%1” exists already.").arg(*chosen), tr("Choose a name that is free.")).exec();

@@ -1,10 +1,14 @@
 #include "theme.h"
 
+#include <QAbstractScrollArea>
 #include <QApplication>
+#include <QPainter>
 #include <QPalette>
+#include <QProxyStyle>
 #include <QSettings>
 #include <QStyle>
 #include <QStyleFactory>
+#include <QStyleOption>
 
 namespace pluvo::desktop {
 
@@ -38,14 +42,52 @@ QPalette made(const QColor& window, const QColor& base, const QColor& text, cons
   return colours;
 }
 
+/// Among dark colours the system's style shows the focus by a shade that nobody sees: here it has a bright
+/// frame.
+class FocusShown final : public QProxyStyle {
+ public:
+  using QProxyStyle::QProxyStyle;
+  void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override {
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
+    if (element == PE_FrameFocusRect || element == PE_FrameLineEdit || element == PE_PanelButtonCommand ||
+        element == PE_Frame)
+      frame(*option, *painter, option->rect);
+  }
+  void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                   const QWidget* widget) const override {
+    QProxyStyle::drawControl(element, option, painter, widget);
+    if (element == CE_ShapedFrame && qobject_cast<const QAbstractScrollArea*>(widget) != nullptr)
+      frame(*option, *painter, option->rect);
+  }
+  void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                          const QWidget* widget) const override {
+    QProxyStyle::drawComplexControl(control, option, painter, widget);
+    if (control == CC_ComboBox) frame(*option, *painter, option->rect);
+  }
+
+ private:
+  static void frame(const QStyleOption& option, QPainter& painter, const QRect& rect) {
+    if (!option.state.testFlag(State_HasFocus) || option.palette.color(QPalette::Window).lightness() >= 128)
+      return;
+    constexpr qreal kWidth = 2;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(option.palette.color(QPalette::Link), kWidth));
+    painter.drawRoundedRect(QRectF(rect).adjusted(1, 1, -1, -1), kWidth, kWidth);
+    painter.restore();
+  }
+};
+
 void apply(Theme theme) {
   static const QString systemStyle = QApplication::style()->objectName();
   if (theme == Theme::system) {
-    QApplication::setStyle(QStyleFactory::create(systemStyle));
+    QApplication::setStyle(new FocusShown(QStyleFactory::create(systemStyle)));
     QApplication::setPalette(QPalette());
     return;
   }
-  QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+  QApplication::setStyle(new FocusShown(QStyleFactory::create(QStringLiteral("Fusion"))));
   QApplication::setPalette(
       theme == Theme::dark
           ? made(QColor(0x2B2D30), QColor(0x1E1F22), QColor(0xE4E6E8), QColor(0x2F6FBA), QColor(0x6CB0FF))

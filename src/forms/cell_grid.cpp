@@ -13,7 +13,46 @@ std::size_t at(int row) { return static_cast<std::size_t>(row); }
 std::size_t firstRow(const Cell& cell) { return at(cell.row); }
 std::size_t lastRow(const Cell& cell) { return at(cell.row + cell.rows - 1); }
 
+bool isLeft(const Cell& cell) { return cell.column + cell.columns <= kColumns / 2; }
+bool isRight(const Cell& cell) { return cell.column >= kColumns / 2; }
+
 }  // namespace
+
+std::vector<Cell> inOneColumn(std::vector<Cell> cells) {
+  const std::vector<Cell> wide = cells;
+  int rows = 0;
+  for (const Cell& cell : wide) rows = std::max(rows, cell.row + cell.rows);
+  std::vector<bool> across(at(rows));
+  std::vector<bool> joined(at(rows));  // with the row below
+  for (const Cell& cell : wide) {
+    if (cell.columns <= 0) continue;
+    for (int row = cell.row; row < cell.row + cell.rows; ++row) {
+      if (!isLeft(cell) && !isRight(cell)) across[at(row)] = true;
+      if (row + 1 < cell.row + cell.rows) joined[at(row)] = true;
+    }
+  }
+  int added = 0;
+  for (int from = 0, to = 0; from < rows; from = to) {
+    bool flows = false;
+    for (to = from; to < rows && !across[at(to)]; ++to) flows = flows || joined[at(to)];
+    if (!flows) to = from + 1;
+    bool hasRight = false;
+    for (std::size_t i = 0; i < wide.size(); ++i) {
+      Cell& cell = cells[i];
+      if (wide[i].columns <= 0 || wide[i].row < from || wide[i].row >= to) continue;
+      cell.row += added;
+      if (across[at(from)] && !isRight(wide[i])) continue;
+      cell.column *= 2;
+      cell.columns *= 2;
+      if (!isRight(wide[i])) continue;
+      hasRight = true;
+      cell.row += to - from;
+      cell.column -= kColumns;
+    }
+    if (hasRight) added += to - from;
+  }
+  return cells;
+}
 
 CellGrid::CellGrid(std::vector<GridItem> items, int columnGap, int rowGap)
     : items_(std::move(items)), columnGap_(columnGap), rowGap_(rowGap) {

@@ -1,6 +1,7 @@
 #include "cell_layout.h"
 
 #include <QLabel>
+#include <QTabWidget>
 #include <QWidget>
 #include <algorithm>
 #include <utility>
@@ -15,6 +16,24 @@ int wish(const QLayoutItem& item) {
   const auto* label = qobject_cast<const QLabel*>(const_cast<QLayoutItem&>(item).widget());  // NOLINT
   return label == nullptr ? item.sizeHint().width() : label->fontMetrics().size(0, label->text()).width();
 }
+
+/// A layout forgets what leaves its widget; this item it does not know to be a widget's.
+class LentItem final : public QLayoutItem {
+ public:
+  explicit LentItem(QWidget& widget) : of_(&widget) {}
+  QSize sizeHint() const override { return of_.sizeHint(); }
+  QSize minimumSize() const override { return of_.minimumSize(); }
+  QSize maximumSize() const override { return of_.maximumSize(); }
+  Qt::Orientations expandingDirections() const override { return of_.expandingDirections(); }
+  void setGeometry(const QRect& rect) override { of_.setGeometry(rect); }
+  QRect geometry() const override { return of_.geometry(); }
+  bool isEmpty() const override { return of_.isEmpty(); }
+  bool hasHeightForWidth() const override { return of_.hasHeightForWidth(); }
+  int heightForWidth(int width) const override { return of_.heightForWidth(width); }
+
+ private:
+  QWidgetItem of_;
+};
 
 }  // namespace
 
@@ -52,32 +71,48 @@ int CellLayout::gap(QStyle::PixelMetric metric, int share) const {
   return std::max(page.style()->pixelMetric(metric, nullptr, &page), page.fontMetrics().height() * share / 4);
 }
 
-forms::CellGrid CellLayout::grid() const {
+forms::CellGrid CellLayout::grid(bool narrow, bool withLent) const {
+  std::vector<forms::Cell> cells;
+  for (const Place& place : places_) cells.push_back(place.cell);
+  if (narrow) cells = forms::inOneColumn(std::move(cells));
   std::vector<forms::GridItem> items;
-  for (const Place& place : places_) {
+  for (std::size_t at = 0; at < places_.size(); ++at) {
+    const Place& place = places_[at];
     const auto heightFor = [&item = *place.item](int width, bool least) {
       if (item.hasHeightForWidth()) return item.heightForWidth(width);
       return least ? item.minimumSize().height() : item.sizeHint().height();
     };
-    items.push_back({place.cell, !place.item->isEmpty(), place.grows, place.heads, heightFor});
+    const bool shown = !place.item->isEmpty() && (place.lent == nullptr || withLent);
+    items.push_back({cells[at], shown, place.grows, place.heads, heightFor});
   }
   return {std::move(items), gap(QStyle::PM_LayoutHorizontalSpacing, 3),
           gap(QStyle::PM_LayoutVerticalSpacing, 2)};
 }
 
-int CellLayout::total(int width, bool least) const {
-  const QMargins margins = contentsMargins();
-  return grid().heightFor(width - margins.left() - margins.right(), least) + margins.top() + margins.bottom();
+forms::CellGrid CellLayout::gridFor(int width, bool withLent) const {
+  return grid(width < leastWidth(false), withLent);
 }
 
-int CellLayout::heightForWidth(int width) const { return total(width, false); }
+int CellLayout::total(int width, bool least, bool withLent) const {
+  const QMargins margins = contentsMargins();
+  return gridFor(width, withLent).heightFor(width - margins.left() - margins.right(), least) + margins.top() +
+         margins.bottom();
+}
 
-int CellLayout::minimumHeightForWidth(int width) const { return total(width, true); }
+int CellLayout::heightForWidth(int width) const { return total(width, false, !held_); }
 
-int CellLayout::leastWidth() const {
-  const forms::CellGrid grid = this->grid();
+int CellLayout::minimumHeightForWidth(int width) const { return total(width, true, !held_); }
+
+int CellLayout::wholeHeightFor(int width) const { return total(width, false, true); }
+
+int CellLayout::leastWidth(bool narrow) const {
+  const forms::CellGrid grid = this->grid(narrow, true);
   const auto itemAt = [&](std::size_t at) -> const QLayoutItem& { return *places_[at].item; };
-  int width = grid.widthFor([&](std::size_t at) { return itemAt(at).minimumSize().width(); });
+  // Pages can be in one column, but are not to begin so.
+  int width = grid.widthFor([&](std::size_t at) {
+    const bool pages = qobject_cast<const QTabWidget*>(places_[at].item->widget()) != nullptr;
+    return pages && !narrow ? itemAt(at).sizeHint().width() : itemAt(at).minimumSize().width();
+  });
   if (inLines_) {
     // In the grid the columns decide; lines of their own are as long as they like, within reason.
     constexpr int kFewest = 34;
@@ -92,25 +127,41 @@ int CellLayout::leastWidth() const {
 }
 
 QSize CellLayout::minimumSize() const {
-  const int width = leastWidth();
+  const int width = std::min(leastWidth(true), leastWidth(false));
   return {width, minimumHeightForWidth(width)};
 }
 
 QSize CellLayout::sizeHint() const {
-  const int width = leastWidth();
+  const int width = leastWidth(false);
   return {width, heightForWidth(width)};
 }
 
 void CellLayout::setGeometry(const QRect& rect) {
   QLayout::setGeometry(rect);
   const QRect inside = rect.marginsRemoved(contentsMargins());
-  const std::vector<forms::GridPlace> all = grid().arranged(inside.width(), inside.height());
+  const std::vector<forms::GridPlace> all =
+      gridFor(rect.width(), !held_).arranged(inside.width(), inside.height());
   for (std::size_t at = 0; at < places_.size(); ++at) {
     const forms::GridPlace& place = all[at];
-    if (!places_[at].item->isEmpty())
-      places_[at].item->setGeometry(
-          {inside.left() + place.left, inside.top() + place.top, place.width, place.height});
+    if (places_[at].item->isEmpty() || (places_[at].lent != nullptr && held_)) continue;
+    QRect there{inside.left() + place.left, inside.top() + place.top, place.width, place.height};
+    if (const QWidget* lent = places_[at].lent)
+      there.moveTopLeft(parentWidget()->mapTo(lent->parentWidget(), there.topLeft()));
+    places_[at].item->setGeometry(there);
   }
+}
+
+void CellLayout::lend(QWidget& widget, QWidget& parent) {
+  const auto place =
+      std::ranges::find_if(places_, [&](const Place& one) { return one.item->widget() == &widget; });
+  if (place == places_.end()) return;
+  place->item = std::make_unique<LentItem>(widget);
+  place->lent = &widget;
+  widget.setParent(&parent);
+}
+
+void CellLayout::holdLent(bool held) {
+  if (std::exchange(held_, held) != held) invalidate();
 }
 
 }  // namespace pluvo::forms_qt

@@ -18,6 +18,12 @@ class CellLayout final : public QLayout {
 
   /// A cell without columns is a line of its own below what is there.
   void add(QWidget& widget, forms::Cell cell, bool grows, bool heads);
+  /// The widget gets another parent, above this layout's, and its place here all the same, while held is
+  /// false.
+  void lend(QWidget& widget, QWidget& parent);
+  void holdLent(bool held);
+  /// The height wished for with what was lent.
+  int wholeHeightFor(int width) const;
 
   void addItem(QLayoutItem* item) override;
   int count() const override { return static_cast<int>(places_.size()); }
@@ -38,16 +44,20 @@ class CellLayout final : public QLayout {
     bool grows = false;
     /// It says what the box below it is for.
     bool heads = false;
+    QWidget* lent = nullptr;
   };
-  forms::CellGrid grid() const;
-  int total(int width, bool least) const;
+  /// In one column where it is too narrow for the design.
+  forms::CellGrid gridFor(int width, bool withLent) const;
+  forms::CellGrid grid(bool narrow, bool withLent) const;
+  int total(int width, bool least, bool withLent) const;
   /// The style's, and at least this many quarters of a line.
   int gap(QStyle::PixelMetric metric, int share) const;
-  int leastWidth() const;
+  int leastWidth(bool narrow) const;
 
   std::vector<Place> places_;
   /// Every widget has lines of its own.
   bool inLines_ = true;
+  bool held_ = false;
 };
 
 }  // namespace pluvo::forms_qt

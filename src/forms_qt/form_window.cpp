@@ -119,6 +119,7 @@ void FormWindow::build() {
   std::vector<Mirror*> mirrors;
   for (const auto& mirror : panel_->mirrors()) mirrors.push_back(mirror.get());
   giveKeys(mirrors, taken);
+  for (Mirror* mirror : mirrors) mirror->keepInSight(host_.kept_);
   auto* listener = new Listener(*this, panel_);
   listener->setObjectName(QStringLiteral("listener"));
   panel_->installEventFilter(listener);

@@ -1,11 +1,13 @@
 #include "multi_page_mirror.h"
 
+#include "cell_layout.h"
 #include "keys.h"
 #include "texts.h"
 
 #include <QKeyEvent>
 #include <QScrollArea>
 #include <QStyle>
+#include <algorithm>
 
 namespace pluvo::forms_qt {
 
@@ -30,18 +32,73 @@ class Scroll final : public QScrollArea {
 
 }  // namespace
 
+/// A page in its tab. Where it is too low for all of the page, the page scrolls, and what is to stay in sight
+/// stands below it.
+class PageView final : public QWidget {
+ public:
+  PageView(PagePanel& panel, QWidget* parent) : QWidget(parent), panel_(panel), scroll_(*new Scroll(this)) {
+    scroll_.setWidget(&panel);
+    // The page's colour is the tab's own, which styles paint behind it.
+    panel.setAutoFillBackground(false);
+    scroll_.viewport()->setAutoFillBackground(false);
+  }
+  void keepInSight(const std::set<std::u16string>& names) { kept_ = panel_.lend(names, *this); }
+  QSize sizeHint() const override { return scroll_.sizeHint(); }
+  QSize minimumSizeHint() const override { return scroll_.minimumSizeHint() + QSize(0, stripHeight(0)); }
+
+ protected:
+  void resizeEvent(QResizeEvent*) override { arrange(); }
+  bool event(QEvent* event) override {
+    if (event->type() == QEvent::LayoutRequest) arrange();
+    return QWidget::event(event);
+  }
+
+ private:
+  /// Next to each other, of one height; 0 for the width: as wide as they are.
+  int stripHeight(int width) const {
+    int height = 0;
+    for (const QWidget* widget : kept_)
+      height =
+          std::max(height, width > 0 ? widget->heightForWidth(width) : widget->minimumSizeHint().height());
+    return height > 0 ? height + fontMetrics().height() / 2 : 0;
+  }
+
+  void arrange() {
+    CellLayout& cells = panel_.cells();
+    const bool low = !kept_.empty() && cells.wholeHeightFor(width()) > height();
+    cells.holdLent(low);
+    const int gap = fontMetrics().height() / 2;
+    const int count = std::max(static_cast<int>(kept_.size()), 1);
+    const int each = (width() - (count + 1) * gap) / count;
+    const int strip = low ? stripHeight(each) : 0;
+    scroll_.setGeometry(0, 0, width(), height() - strip);
+    panel_.updateGeometry();
+    if (!low) {
+      cells.activate();
+      cells.setGeometry(panel_.rect());
+    }
+    int left = gap;
+    for (QWidget* widget : kept_) {
+      widget->raise();
+      if (low) widget->setGeometry(left, height() - strip + gap / 2, each, strip - gap);
+      left += each + gap;
+    }
+  }
+
+  PagePanel& panel_;
+  Scroll& scroll_;
+  std::vector<QWidget*> kept_;
+};
+
 MultiPageMirror::MultiPageMirror(forms::MultiPage& pages, Doings& doings, QWidget& parent)
     : Mirror(pages, doings), pages_(pages), shown_(new QTabWidget(&parent)) {
   for (const auto& page : pages.Pages()) {
-    auto* scroll = new Scroll(shown_);
     auto* panel = new PagePanel(page->controls(), doings, nullptr);
-    scroll->setWidget(panel);
-    // The page's colour is the tab's own, which styles paint behind it.
-    panel->setAutoFillBackground(false);
-    scroll->viewport()->setAutoFillBackground(false);
+    auto* view = new PageView(*panel, shown_);
     panels_.emplace_back(panel);
-    const int tab = shown_->addTab(scroll, marked(page->Caption()));
-    scroll->setObjectName(qt(page->Name()));
+    views_.push_back(view);
+    const int tab = shown_->addTab(view, marked(page->Caption()));
+    view->setObjectName(qt(page->Name()));
     shown_->setTabToolTip(tab, toolTip(page->ControlTipText()));
   }
   shown_->installEventFilter(this);
@@ -74,6 +131,10 @@ void MultiPageMirror::giveInnerKeys(std::set<QChar>& taken) {
     for (const auto& mirror : panel->mirrors()) mirrors.push_back(mirror.get());
     giveKeys(mirrors, taken);
   }
+}
+
+void MultiPageMirror::keepInSight(const std::set<std::u16string>& names) {
+  for (PageView* view : views_) view->keepInSight(names);
 }
 
 bool MultiPageMirror::eventFilter(QObject* /*watched*/, QEvent* event) {

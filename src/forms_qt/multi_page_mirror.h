@@ -8,6 +8,8 @@
 
 namespace pluvo::forms_qt {
 
+class PageView;
+
 /// Pages behind tabs. A page that is larger than its place scrolls.
 class MultiPageMirror final : public Mirror {
  public:
@@ -17,6 +19,7 @@ class MultiPageMirror final : public Mirror {
   bool eventFilter(QObject* watched, QEvent* event) override;
   std::vector<Mirror*> inner() const override;
   void giveInnerKeys(std::set<QChar>& taken) override;
+  void keepInSight(const std::set<std::u16string>& names) override;
 
  private:
   void refreshKind() override;
@@ -25,6 +28,7 @@ class MultiPageMirror final : public Mirror {
   forms::MultiPage& pages_;
   QTabWidget* shown_;
   std::vector<QPointer<PagePanel>> panels_;
+  std::vector<PageView*> views_;
 };
 
 }  // namespace pluvo::forms_qt

@@ -97,6 +97,20 @@ void PagePanel::tieLabels() {
   }
 }
 
+CellLayout& PagePanel::cells() const { return static_cast<CellLayout&>(*layout()); }
+
+std::vector<QWidget*> PagePanel::lend(const std::set<std::u16string>& names, QWidget& parent) {
+  std::vector<QWidget*> lent;
+  for (const auto& mirror : mirrors_) {
+    if (!names.contains(mirror->control().Name())) continue;
+    lent.push_back(mirror->widget());
+    cells().lend(*mirror->widget(), parent);
+    mirror->refresh();
+  }
+  if (!lent.empty()) orderTabs();
+  return lent;
+}
+
 void PagePanel::orderTabs() {
   std::vector<const Mirror*> stops;
   for (const auto& mirror : mirrors_) stops.push_back(mirror.get());

@@ -5,9 +5,13 @@
 
 #include <QWidget>
 #include <memory>
+#include <set>
+#include <string>
 #include <vector>
 
 namespace pluvo::forms_qt {
+
+class CellLayout;
 
 /// Controls that show together, in their grid, with labels tied to the boxes they name.
 class PagePanel final : public QWidget {
@@ -17,6 +21,9 @@ class PagePanel final : public QWidget {
   /// The controls are about to go: the widgets mirror them no more.
   void release() { mirrors_.clear(); }
   const std::vector<std::unique_ptr<Mirror>>& mirrors() const { return mirrors_; }
+  /// Gives controls of these names another parent, which sees to them while there is no room for all.
+  std::vector<QWidget*> lend(const std::set<std::u16string>& names, QWidget& parent);
+  CellLayout& cells() const;
 
  private:
   void place();

@@ -26,7 +26,8 @@ class UsedWindow : public testing::Test {
         QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation).toStdString() + "/PLUVO");
     window = std::make_unique<MainWindow>(
         machinePlaces(), Choosers{[this](QWidget*, const QString&) { return QStringList(toOpen); },
-                                  [this](QWidget*, const QString&) -> std::optional<QString> {
+                                  [this](QWidget*, const QString& path) -> std::optional<QString> {
+                                    proposed = path;
                                     if (saveAsNames.empty()) return std::nullopt;
                                     const QString name = saveAsNames.front();
                                     saveAsNames.pop_front();
@@ -174,6 +175,7 @@ class UsedWindow : public testing::Test {
   /// Where the chooser of folders began.
   QStringList foldersShown;
   std::deque<QString> saveAsNames;
+  QString proposed;  ///< by the last Save As
   std::unique_ptr<MainWindow> window;
 
  private:

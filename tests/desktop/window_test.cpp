@@ -306,6 +306,7 @@ TEST_F(UsedWindow, KeepsTheTextWhereItsFileIsGone) {
     saveAsNames = {QString::fromStdString(scratch.path("copy.docx"))};
     menu("Save &As …");
     EXPECT_TRUE(std::filesystem::exists(scratch.path("copy.docx.txt"))) << "a document stays of its kind";
+    EXPECT_EQ(proposed, QString::fromStdString(scratch.path("kept (2).txt")));
 
     open(scratch.put("other.txt", "other\n"));
     saveAsNames = {QString::fromStdString(scratch.path("./copy.docx.txt")),
@@ -466,6 +467,21 @@ TEST_F(UsedWindow, OpensWhatIsThereAndSaysWhatIsNot) {
     QApplication::sendEvent(window.get(), &drop);
     settle();
     EXPECT_EQ(window->current()->name(), QStringLiteral("a.txt"));
+  });
+}
+
+TEST_F(UsedWindow, ExecuteIsInSightHoweverLittleRoomThereIs) {
+  use([&] {
+    open(scratch.put("a.txt", kMinutes));
+    auto& button = control<QPushButton>("cmdExecuteFAR");
+    for (const QSize& size : {QSize(683, 384), QSize(1360, 740), QSize(683, 384)}) {
+      window->resize(size);
+      settle();
+      EXPECT_EQ(window->size(), size) << "no wider than the screen";
+      const QRect there(button.mapTo(window.get(), QPoint()), button.size());
+      EXPECT_TRUE(window->rect().contains(there)) << there.bottom();
+      EXPECT_EQ(button.visibleRegion().boundingRect(), button.rect()) << size.width();
+    }
   });
 }
 

@@ -18,6 +18,21 @@ std::string words(const std::vector<GridPlace>& places) {
   return all;
 }
 
+TEST(CellGrid, StandsInOneColumnWhereItIsNarrow) {
+  const std::pair<std::vector<Cell>, std::vector<Cell>> cases[] = {
+      // Halves with a box of several rows; what stands across goes below both.
+      {{{0, 0, 1, 12}, {1, 0, 3, 6}, {1, 6, 1, 2}, {1, 8, 1, 4}, {4, 0, 1, 12}},
+       {{0, 0, 1, 12}, {1, 0, 3, 12}, {4, 0, 1, 4}, {4, 4, 1, 8}, {7, 0, 1, 12}}},
+      // Row by row.
+      {{{0, 0, 1, 6}, {0, 6, 1, 6}, {1, 0, 1, 2}}, {{0, 0, 1, 12}, {1, 0, 1, 12}, {2, 0, 1, 4}}},
+      // A button right of a box.
+      {{{0, 0, 1, 10}, {0, 10, 1, 2}, {1, 0, 1, 12}}, {{0, 0, 1, 10}, {1, 8, 1, 4}, {2, 0, 1, 12}}},
+      // Lines of their own.
+      {{{0, 0, 1, 0}}, {{0, 0, 1, 0}}},
+  };
+  for (const auto& [wide, narrow] : cases) EXPECT_EQ(inOneColumn(wide), narrow);
+}
+
 TEST(CellGrid, PutsEachItemIntoItsCells) {
   GridItem hidden = item({5, 0, 1, 12}, 90);
   hidden.shown = false;

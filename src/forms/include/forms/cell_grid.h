@@ -29,6 +29,11 @@ struct GridPlace {
   int height = 0;
 };
 
+/// The cells where the grid is too narrow for two halves: the right one below the left, each of all twelve
+/// columns. A row in which something stands across the middle only gives what is right of it a row below.
+/// Where nothing is of several rows, each row is divided by itself.
+std::vector<Cell> inOneColumn(std::vector<Cell> cells);
+
 /// The arithmetic of forms' grid, the same for all renderers: twelve columns of equal width, rows as high as
 /// what stands in them asks for at that width, what is left shared by the rows of what grows. A heading is
 /// nearer to what it heads than to what stands above it.

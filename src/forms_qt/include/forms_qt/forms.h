@@ -46,6 +46,10 @@ class QtForms final : public forms::FormHost {
   /// F1 presses the link or button of that name, on forms that have it.
   void helpIs(std::u16string control) { help_ = std::move(control); }
 
+  /// The control of that name on a page stays in sight, below the page, where the page is too high for its
+  /// place.
+  void staysInSight(std::u16string control) { kept_.insert(std::move(control)); }
+
   /// Called with a form's own window when it is about to be shown and has its size; may move it.
   std::function<void(const forms::Form&, QWidget& window)> placing;
   /// Asked before a press of a button or a link, and before a form is closed by the user (without a control).
@@ -68,6 +72,7 @@ class QtForms final : public forms::FormHost {
   std::set<std::u16string> modeless_;
   std::map<std::u16string, QPointer<QWidget>> containers_;
   std::u16string help_;
+  std::set<std::u16string> kept_;
   /// Each is owned by its form's changed event, and so lives as long as the form.
   std::map<const forms::Form*, FormWindow*> windows_;
 };
