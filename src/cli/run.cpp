@@ -111,9 +111,8 @@ void sayRefused(const Outcome& outcome) {
 }
 
 void sayOwner(const Outcome& outcome) {
-  const auto [owner, group] = outcome.notKept;
-  if (!owner && !group) return;
-  const std::string lost = owner && group ? "owner and group" : owner ? "owner" : "group";
+  const std::string lost = outcome.notKept.words();
+  if (lost.empty()) return;
   sayNote(outcome.path + ": you may not give the new version the " + lost +
           " of the original; it has yours.");
 }

@@ -157,7 +157,13 @@ bool MainWindow::saveBy(const std::function<void()>& saving, OpenDocument& docum
   try {
     saving();
     updateTitles();
-    statusBar()->showMessage(tr("Saved: %1").arg(document.path()), kMessageTime);
+    const QString lost = QString::fromStdString(document.file().notKept().words());
+    statusBar()->showMessage(
+        lost.isEmpty()
+            ? tr("Saved: %1").arg(document.path())
+            : tr("Saved: %1. You may not give the new version the %2 of the original; it has yours.")
+                  .arg(document.path(), lost),
+        kMessageTime);
     return true;
   } catch (...) {
     fault = errors::faultInFlight();

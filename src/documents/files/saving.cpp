@@ -192,6 +192,11 @@ class Replacing final : public Pending {
 
 }  // namespace
 
+std::string NotKept::words() const {
+  if (owner && group) return "owner and group";
+  return owner ? "owner" : group ? "group" : "";
+}
+
 std::optional<DocumentError> obstacleToSaving(FileSystem& system, const std::string& path) {
   try {
     const Located document(system, system.resolve(path));

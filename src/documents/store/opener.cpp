@@ -59,11 +59,12 @@ void StoredFile::save() {
     if (chooser_) options.otherPath = chooser_(stored_->path());
     if (!options.otherPath) throw errors::Fault(*mayNotBeWritten);
   }
-  run(options.otherPath.value_or(stored_->path()), [&] { stored_->save(options); });
+  run(options.otherPath.value_or(stored_->path()), [&] { notKept_ = stored_->save(options).notKept; });
 }
 
 void StoredFile::saveAs(const std::string& path) {
   run(path, [&] { stored_->saveAs(path); });
+  notKept_ = {};  // a file under another name is the user's
   stored_->document()->moveTo(path);
 }
 

@@ -82,6 +82,9 @@ struct NewVersion {
 struct NotKept {
   bool owner = false;
   bool group = false;
+
+  /// "owner", "group", "owner and group", or empty.
+  std::string words() const;
 };
 
 struct Saved {

@@ -40,11 +40,14 @@ class StoredFile : public memory::DocumentFile {
   void saveAs(const std::string& path);
 
   const StoredDocument& stored() const { return *stored_; }
+  /// What of the original the version saved last could not be given.
+  files::NotKept notKept() const { return notKept_; }
 
  private:
   void run(const std::string& path, const std::function<void()>& work) const;
 
   std::unique_ptr<StoredDocument> stored_;
+  files::NotKept notKept_;
   SaveAsChooser chooser_;
   Running running_;
 };
