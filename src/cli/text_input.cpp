@@ -44,8 +44,7 @@ std::optional<int> openDescriptor(std::string_view path) {
   return std::nullopt;
 }
 
-/// A pipe waits for somebody to write, a device for whoever sits at it; only the empty one is as good as a
-/// file.
+/// Refuses pipes and devices: opening or reading one may wait for ever. The empty device is taken.
 void requireFile(const struct stat& found, const std::string& path, std::string_view option) {
   const bool isNull = S_ISCHR(found.st_mode) && found.st_rdev == makedev(1, 3);
   if (S_ISREG(found.st_mode) || isNull) return;

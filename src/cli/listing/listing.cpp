@@ -109,7 +109,7 @@ class Lister {
       const files::OpenFile file(system_, system_.openToRead(path));
       return system_.read(file.handle(), 0, front) == front.size() && front == kMark;
     } catch (const std::system_error&) {
-      return false;  // whoever opens it will hear what is wrong
+      return false;  // opening it will tell the fault
     }
   }
 

@@ -30,7 +30,7 @@ struct Step {
 class StepReader {
  public:
   explicit StepReader(const text::PieceText& text) : text_(&text) {}
-  /// False behind the last step, which leaves step as it is.
+  /// Returns false after the last step, and leaves `step` as it is then.
   bool next(Step& step);
 
  private:
