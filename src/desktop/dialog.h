@@ -51,6 +51,8 @@ class Dialog {
   void open();
   /// The program ends: open() returns, and no box is shown any more.
   void close();
+  /// A document was opened or closed.
+  void documentsChanged() { opener_.documentsChanged(); }
 
   /// Whether it stands in the pause before a run.
   bool pauses() const { return yielding_.yields(); }

@@ -69,6 +69,7 @@ void MainWindow::syncTabs() {
   documentsOrWelcome_->setCurrentIndex(tabs_->count() > 0 ? 1 : 0);
   syncing_ = false;
   updateTitles();
+  if (dialog_) dialog_->documentsChanged();
 }
 
 void MainWindow::makeTab(OpenDocument& document) {

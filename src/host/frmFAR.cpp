@@ -168,6 +168,10 @@ void frmFAR::showTip() {
   display.Text(u"Usage Tips:\r\n\r\n" + usageTip(surroundings_.random));
 }
 
+void frmFAR::documentsChanged() {
+  if (pages_) pages_->status.documentsChanged();
+}
+
 void frmFAR::UserForm_Activate() { Repaint(); }
 
 void frmFAR::MultiPage1_Change() {

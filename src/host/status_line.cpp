@@ -21,6 +21,15 @@ std::u16string lastName(std::u16string_view path) {
   return {name == path.end() ? path.begin() : name, path.end()};
 }
 
+/// A word processor that does not answer is asked again by Execute, which tells.
+bool hasDocument(findpanel::Execution& execution) {
+  try {
+    return execution.hasDocument();
+  } catch (const errors::Fault&) {
+    return true;
+  }
+}
+
 }  // namespace
 
 StatusLine::StatusLine(forms::Form& form, multifile::Folders& folders, findpanel::Execution& execution,
@@ -41,6 +50,7 @@ StatusLine::StatusLine(forms::Form& form, multifile::Folders& folders, findpanel
     if (execution_.FilesToProcess().empty()) tellWhereNothingWasFound();
   });
   execution.Confirmed.handledBy([this] { tellOverWhat(); });
+  form.Activated.handledBy([this] { documentsChanged(); });
   options.Saved.handledBy([this] { form_.StatusText(u"Options saved"); });
   tellOverWhat();
 }
@@ -52,11 +62,23 @@ void StatusLine::tellFile(const std::u16string& path, std::size_t number, std::s
                    u" of " + errors::decimal(static_cast<std::int64_t>(count)));
 }
 
+void StatusLine::documentsChanged() {
+  if (form_.StatusText() == toldOverWhat_) tellOverWhat();
+}
+
 void StatusLine::tellOverWhat() {
-  if (path().empty()) return form_.StatusText(u"Execute runs over this document");
-  if (listed_ == 0) return form_.StatusText(u"Execute runs over the files in " + lastName(path()));
-  form_.StatusText(u"Execute runs over " + errors::decimal(static_cast<std::int64_t>(listed_)) +
-                   (listed_ == 1 ? u" file in " : u" files in ") + lastName(path()));
+  toldOverWhat_ = overWhat();
+  form_.StatusText(toldOverWhat_);
+}
+
+std::u16string StatusLine::overWhat() const {
+  if (path().empty()) {
+    return hasDocument(execution_) ? u"Execute runs over this document"
+                                   : u"No document is open.  Open a document first, or choose a folder.";
+  }
+  if (listed_ == 0) return u"Execute runs over the files in " + lastName(path());
+  return u"Execute runs over " + errors::decimal(static_cast<std::int64_t>(listed_)) +
+         (listed_ == 1 ? u" file in " : u" files in ") + lastName(path());
 }
 
 void StatusLine::tellWhereNothingWasFound() {

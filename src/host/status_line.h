@@ -17,11 +17,15 @@ class StatusLine {
   StatusLine(forms::Form& form, multifile::Folders& folders, findpanel::Execution& execution,
              options::OptionsFile& options);
 
+  /// A document was opened or closed.
+  void documentsChanged();
+
   /// A run over files goes on with this one.
   void tellFile(const std::u16string& path, std::size_t number, std::size_t count);
 
  private:
   void tellOverWhat();
+  std::u16string overWhat() const;
   void tellWhereNothingWasFound();
   const std::u16string& path() const;
 
@@ -29,6 +33,7 @@ class StatusLine {
   multifile::Folders& folders_;
   findpanel::Execution& execution_;
   std::size_t listed_ = 0;
+  std::u16string toldOverWhat_;
 };
 
 }  // namespace pluvo::host

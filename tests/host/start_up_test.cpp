@@ -93,9 +93,11 @@ class Status : public testing::Test, protected OpenedDialog {};
 TEST_F(Status, TellsOverWhatARunGoes) {
   folder.put("letters/a.txt", "x");
   folder.put("letters/b.txt", "x");
-  document("a¶");
   const auto status = [&] { return errors::utf8(dialog().StatusText()); };
   open([&] {
+    EXPECT_EQ(status(), "No document is open.  Open a document first, or choose a folder.");
+    document("a¶");
+    dialog().activate();
     EXPECT_EQ(status(), "Execute runs over this document");
     tick(u"chkFTdoc", false);
     tick(u"chkFTtxt");

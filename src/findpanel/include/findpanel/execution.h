@@ -28,6 +28,9 @@ class Execution {
   Execution(forms::Form& form, engine::clsProcessFind& engine, forms::Clock& clock, forms::Yielding& yielding,
             Files files);
 
+  /// Whether there is a document to run over. Throws Fault where the word processor does not answer.
+  bool hasDocument();
+
   /// Whether a block awaits the user's decision, and what comes when none does any more.
   bool confirming() const { return confirmation_ != nullptr && confirmation_->Visible(); }
   forms::Event<> Confirmed;
@@ -37,7 +40,6 @@ class Execution {
 
  private:
   void cmdExecuteFAR_Click();
-  bool hasDocument();
   void RunFindRequest();
   void copyRequest();
   void runOverDocument();

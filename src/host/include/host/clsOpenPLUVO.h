@@ -16,6 +16,11 @@ class clsOpenPLUVO {
   /// reported, as the word processor does not answer perhaps; the next call starts anew.
   void OpenPLUVO();
 
+  /// See frmFAR.
+  void documentsChanged() {
+    if (dialog_) dialog_->documentsChanged();
+  }
+
  private:
   Surroundings surroundings_;
   std::unique_ptr<frmFAR> dialog_;

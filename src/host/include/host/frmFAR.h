@@ -23,6 +23,9 @@ class frmFAR final : public forms::Form {
   explicit frmFAR(const Surroundings& surroundings);
   ~frmFAR() override;
 
+  /// A document was opened or closed in the word processor, whose window is the dialog's too.
+  void documentsChanged();
+
  private:
   void build();
   void UserForm_Initialize();
