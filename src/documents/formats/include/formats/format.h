@@ -3,6 +3,7 @@
 #include "files/bytes.h"
 #include "files/problem.h"
 #include "formats/appearance.h"
+#include "formats/other_texts.h"
 #include "model/content.h"
 #include "model/medium.h"
 #include "model/model.h"
@@ -29,6 +30,9 @@ class Source : public model::Medium {
   virtual std::uint64_t unpackedSize() const = 0;
   /// How each original character looks, made anew at every call. Empty where the format knows no looks.
   virtual text::RunMap<Appearance> appearance() const { return {}; }
+  /// Tells what of the document's text is not main text, as the file has it. What cannot be read is told,
+  /// too.
+  virtual void tellOtherTexts(OtherTexts& /*texts*/) const {}
 };
 
 /// A protection against editing that the document says of itself. The file keeps it as it is.

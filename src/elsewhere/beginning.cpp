@@ -1,0 +1,40 @@
+#include "beginning.h"
+
+#include "errors/text.h"
+
+#include <algorithm>
+
+namespace pluvo::elsewhere {
+
+namespace {
+
+/// As the engine looks for it: every line end is one paragraph mark.
+std::u16string searched(std::u16string_view text) {
+  std::u16string result = errors::withParagraphMarks(text);
+  std::replace(result.begin(), result.end(), text::kLineBreak, text::kParagraphMark);
+  return result;
+}
+
+}  // namespace
+
+Beginning::Beginning(const engine::Request& request) : Beginning(searched(request.beginBlock), request) {}
+
+Beginning::Beginning(const std::u16string& text, const engine::Request& request)
+    : length_(static_cast<text::Position>(text.size())),
+      search_(text, {request.matchCase, request.wholeWords}) {}
+
+std::int64_t Beginning::countIn(std::u16string_view text) const {
+  const auto length = static_cast<text::Position>(text.size());
+  if (length < length_) return 0;
+  const text::PieceText pieces{text::OriginalText(std::span(text.data(), text.size()), nullptr)};
+  const text::RunMap<text::Visibility> everywhere(length, text::kEverywhere);
+  std::int64_t count = 0;
+  text::Position from = 0;
+  while (const auto match = search_.find(pieces, everywhere, text::View::results, from, length)) {
+    ++count;
+    from = match->to;
+  }
+  return count;
+}
+
+}  // namespace pluvo::elsewhere

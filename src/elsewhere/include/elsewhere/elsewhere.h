@@ -1,0 +1,49 @@
+#pragma once
+
+#include "engine/request.h"
+#include "formats/format.h"
+#include "formats/other_texts.h"
+#include "model/model.h"
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pluvo::elsewhere {
+
+/// A part of a document that could not be looked into.
+struct Damage {
+  std::string part;  ///< its name in the document
+  std::string why;   ///< a sentence for the user
+};
+
+/// What a request would have met where it did not work.
+struct Elsewhere {
+  std::array<std::int64_t, formats::kStories> stories{};  ///< whole blocks, by formats::Story
+  std::array<std::int64_t, formats::kUnreached>
+      unreached{};  ///< occurrences of the beginning, by formats::Unreached
+  std::array<bool, formats::kOpaque> notLookedInto{};
+  std::vector<Damage> damaged;
+
+  /// Whether anything is counted in stories or unreached.
+  bool any() const;
+  Elsewhere& operator+=(const Elsewhere& other);
+};
+
+/// Names that scripts rely on: "headers", "hidden", "objects".
+std::string_view keyOf(formats::Story kind);
+std::string_view keyOf(formats::Unreached kind);
+std::string_view keyOf(formats::Opaque kind);
+/// Words that follow a number and "in": "headers", "hidden text"; of what is not looked into: "pictures".
+std::string_view wordsOf(formats::Story kind);
+std::string_view wordsOf(formats::Unreached kind);
+std::string_view wordsOf(formats::Opaque kind);
+
+/// Looks for the request's blocks and its beginning. Called after the pass and before saving, over the model
+/// as the pass left it: what the pass deleted does not count, nor does what it wrote.
+Elsewhere lookElsewhere(const formats::Source& source, const model::Model& main,
+                        const engine::Request& request);
+
+}  // namespace pluvo::elsewhere
