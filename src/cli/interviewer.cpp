@@ -1,9 +1,9 @@
 #include "interviewer.h"
 
+#include "base/shown.h"
 #include "colors.h"
 #include "errors/text.h"
 #include "printer.h"
-#include "unicode.h"
 
 #include <unistd.h>
 
@@ -24,7 +24,7 @@ constexpr std::size_t kShownText = 40;
 std::string quoted(const std::u16string& text) {
   const bool whole = text.size() <= kShownText && text.find(u'\r') == std::u16string::npos;
   const std::u16string front = whole ? text : text.substr(0, std::min(kShownText, text.find(u'\r'))) + u" …";
-  return "'" + shown(errors::utf8(front)) + "'";
+  return "'" + base::shown(errors::utf8(front)) + "'";
 }
 
 std::string questionFor(const Request& request) {
@@ -56,14 +56,14 @@ Answer Interviewer::ask(const std::string& path, const BlockReport& block) {
   if (all_) return Answer::yes;
   (void)std::fflush(stdout);
   const Excerpt& excerpt = block.before;
-  const std::string text = shown(excerpt.piece);
+  const std::string text = base::shown(excerpt.piece);
   const std::string piece = style_.colored() ? style_.match(text) : "[" + text + "]";
   const std::string which =
       documents_ > 1 ? " (" + std::to_string(document_) + " of " + std::to_string(documents_) + " files)"
                      : "";
   const std::string question = questionFor(*block.request) + " [y,n,a,s,q]? ";
-  show(style_.file(shown(path)) + ":" + style_.number(std::to_string(block.paragraph)) + ":" + which +
-       "\n  " + shown(excerpt.lead) + piece + shown(excerpt.trail) + "\n");
+  show(style_.file(base::shown(path)) + ":" + style_.number(std::to_string(block.paragraph)) + ":" + which +
+       "\n  " + base::shown(excerpt.lead) + piece + base::shown(excerpt.trail) + "\n");
   while (true) {
     show(style_.heading(question));
     std::string line;

@@ -1,4 +1,4 @@
-#include "json.h"
+#include "base/json.h"
 #include "printer.h"
 
 namespace pluvo::cli {
@@ -14,16 +14,16 @@ class JsonPrinter : public Printer {
   void block(const std::string& /*path*/, const BlockReport& /*block*/) override {}
 
   void document(const Outcome& outcome) override {
-    std::string line = "{\"file\":" + jsonQuoted(outcome.path) + field("found", outcome.found) +
+    std::string line = "{\"file\":" + base::jsonQuoted(outcome.path) + field("found", outcome.found) +
                        field("operated", outcome.operated) + field("skipped", outcome.skipped) +
                        ",\"saved\":" + (outcome.saved ? "true" : "false") + ",\"error\":";
     if (outcome.failure) {
-      line += "{\"code\":" + jsonQuoted(files::nameOf(outcome.failure->problem)) +
-              ",\"message\":" + jsonQuoted(outcome.failure->message) + "}";
+      line += "{\"code\":" + base::jsonQuoted(files::nameOf(outcome.failure->problem)) +
+              ",\"message\":" + base::jsonQuoted(outcome.failure->message) + "}";
     } else {
       line += "null";
     }
-    line += ",\"encoding\":" + (outcome.encoding.empty() ? "null" : jsonQuoted(outcome.encoding));
+    line += ",\"encoding\":" + (outcome.encoding.empty() ? "null" : base::jsonQuoted(outcome.encoding));
     writeOut(line + "}\n");
   }
 

@@ -1,6 +1,6 @@
 #include "parse.h"
 
-#include "suggest.h"
+#include "base/suggest.h"
 #include "usage_error.h"
 
 #include <getopt.h>
@@ -59,7 +59,7 @@ std::string quoted(std::string_view typed) { return "'" + std::string(typed) + "
   std::vector<std::string> names;
   for (const Option& each : options()) names.push_back(longName(each));
   const std::vector<std::string_view> candidates(names.begin(), names.end());
-  const std::string hint = didYouMean(name, candidates);
+  const std::string hint = base::didYouMean(name, candidates);
   throw UsageError("There is no option " + quoted(name) + "." + (hint.empty() ? std::string(kMore) : hint));
 }
 
@@ -69,7 +69,7 @@ Command commandOf(std::string_view typed) {
     if (each.name == typed) return each.command;
     candidates.push_back(each.name);
   }
-  const std::string hint = didYouMean(typed, candidates);
+  const std::string hint = base::didYouMean(typed, candidates);
   throw UsageError("There is no command " + quoted(typed) + "." +
                    (hint.empty()
                         ? " The commands are find, insert, replace, delete, highlight, run, save and undo."
@@ -83,7 +83,7 @@ void refuseWrongCommand(const Option& option, Command command) {
     if ((option.commands & setOf(each.command)) != 0) owners.push_back(each.name);
   }
   throw UsageError(longName(option) + " has no meaning with " + std::string(nameOf(command)) +
-                   "; it goes with " + joinedWithOr(owners) + ".");
+                   "; it goes with " + base::joinedWithOr(owners) + ".");
 }
 
 /// pluvo save FILE COMMAND ...

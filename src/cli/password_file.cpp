@@ -1,9 +1,9 @@
 #include "password_file.h"
 
+#include "base/shown.h"
 #include "errors/at_end.h"
 #include "errors/text.h"
 #include "text_input.h"
-#include "unicode.h"
 #include "usage_error.h"
 
 #include <sys/stat.h>
@@ -50,7 +50,7 @@ PasswordFile passwordsFrom(const std::string& path) {
   std::string bytes;
   const errors::AtEnd wiping([&] { errors::wipe(bytes); });
   readInto(bytes, file, path);
-  const std::size_t sound = wellFormedLength(bytes);
+  const std::size_t sound = base::wellFormedLength(bytes);
   if (sound < bytes.size()) {
     refuse("byte " + std::to_string(sound + 1) + " of " + path +
            " is not UTF-8; convert it first, with iconv for instance.");

@@ -1,6 +1,6 @@
 #include "printer.h"
 
-#include "unicode.h"
+#include "base/shown.h"
 
 #include <unistd.h>
 
@@ -90,10 +90,10 @@ void flushOut() {
 }
 
 void sayError(std::string_view sentence) {
-  say(Style::forStream(fileno(stderr)).error("pluvo:") + " " + shown(sentence) + "\n");
+  say(Style::forStream(fileno(stderr)).error("pluvo:") + " " + base::shown(sentence) + "\n");
 }
 
-void sayNote(std::string_view sentence) { say("pluvo: " + shown(sentence) + "\n"); }
+void sayNote(std::string_view sentence) { say("pluvo: " + base::shown(sentence) + "\n"); }
 
 std::string counted(std::int64_t count, std::string_view noun) {
   return std::to_string(count) + " " + std::string(noun) + (count == 1 ? "" : "s");

@@ -1,7 +1,7 @@
 #include "request.h"
 
+#include "base/suggest.h"
 #include "colors.h"
-#include "suggest.h"
 #include "text_input.h"
 #include "usage_error.h"
 
@@ -46,7 +46,7 @@ Value valueNamed(const std::string& typed, const std::string& option,
     if (name == typed) return value;
     names.push_back(name);
   }
-  throw UsageError(option + " is " + joinedWithOr(names) + ", not '" + typed + "'.", option);
+  throw UsageError(option + " is " + base::joinedWithOr(names) + ", not '" + typed + "'.", option);
 }
 
 std::u16string apartFrom(const std::string& typed) {
@@ -62,7 +62,7 @@ std::u16string apartFrom(const std::string& typed) {
 
 word::WdColorIndex colorFrom(const std::string& typed) {
   if (const auto color = colorNamed(typed)) return *color;
-  const std::string hint = didYouMean(typed, colorNames());
+  const std::string hint = base::didYouMean(typed, colorNames());
   throw UsageError("There is no highlight colour '" + typed + "'." +
                        (hint.empty() ? " 'pluvo highlight --help' lists them." : hint),
                    "--color");

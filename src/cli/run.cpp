@@ -1,5 +1,6 @@
 #include "run.h"
 
+#include "base/shown.h"
 #include "document_run.h"
 #include "interrupt.h"
 #include "printer.h"
@@ -8,7 +9,6 @@
 #include "results.h"
 #include "store/store.h"
 #include "unfinished.h"
-#include "unicode.h"
 #include "usage_error.h"
 #include "waiters.h"
 
@@ -27,7 +27,7 @@ namespace {
 
 void notePasswordFile(const Plan& plan) {
   if (plan.quiet || !plan.passwords.othersMayRead) return;
-  sayNote("Note: other users can read the passwords in " + shown(plan.passwordFile) +
+  sayNote("Note: other users can read the passwords in " + base::shown(plan.passwordFile) +
           "; keep them to yourself with chmod 600.");
 }
 

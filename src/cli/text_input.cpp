@@ -1,7 +1,7 @@
 #include "text_input.h"
 
+#include "base/shown.h"
 #include "errors/text.h"
-#include "unicode.h"
 #include "usage_error.h"
 
 #include <fcntl.h>
@@ -113,7 +113,7 @@ std::string bytesOfFile(const std::string& path, std::string_view option) {
 }
 
 std::u16string textFromArgument(const std::string& bytes, std::string_view option) {
-  const std::size_t sound = wellFormedLength(bytes);
+  const std::size_t sound = base::wellFormedLength(bytes);
   if (sound < bytes.size()) {
     refuse(option, "byte " + std::to_string(sound + 1) +
                        " of the text is not UTF-8; convert it first, with iconv for instance.");

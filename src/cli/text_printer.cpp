@@ -1,6 +1,6 @@
+#include "base/shown.h"
 #include "colors.h"
 #include "printer.h"
-#include "unicode.h"
 
 namespace pluvo::cli {
 namespace {
@@ -16,11 +16,11 @@ class TextPrinter : public Printer {
 
   void block(const std::string& path, const BlockReport& block) override {
     if (block.skipped) return;
-    const std::string where = style_.file(shown(path)) + ":" +
+    const std::string where = style_.file(base::shown(path)) + ":" +
                               style_.number(std::to_string(block.paragraph)) + ":" +
                               (block.deleted ? " (deleted)" : "");
     if (block.request->command == Command::find) {
-      writeOut(where + " " + style_.match(shown(block.before.piece)) + "\n");
+      writeOut(where + " " + style_.match(base::shown(block.before.piece)) + "\n");
     } else if (block.refused || !block.after) {
       writeOut(where + " refused\n  " + marked(block.before, "[-", "-]", kRemoved) + "\n");
     } else {
@@ -32,11 +32,11 @@ class TextPrinter : public Printer {
     const bool alone = !plan_.selection.several();
     if (alone && !outcome.failure && outcome.found == 0) sayNote(outcome.path + ": 0 blocks");
     if (finds() || outcome.failure || outcome.found == 0) return;
-    std::string line = style_.file(shown(outcome.path)) + ": " + counted(outcome.found, "block") + ", ";
+    std::string line = style_.file(base::shown(outcome.path)) + ": " + counted(outcome.found, "block") + ", ";
     line += std::to_string(outcome.lasting()) + (plan_.dryRun ? " would be " : " ") + done();
     if (outcome.skipped > 0 || plan_.confirm) line += ", " + std::to_string(outcome.skipped) + " skipped";
-    if (!outcome.savedAs.empty()) line += "; saved as " + shown(outcome.savedAs);
-    if (!outcome.backup.empty()) line += "; original kept as " + shown(fileName(outcome.backup));
+    if (!outcome.savedAs.empty()) line += "; saved as " + base::shown(outcome.savedAs);
+    if (!outcome.backup.empty()) line += "; original kept as " + base::shown(fileName(outcome.backup));
     if (outcome.guessed) line += "; read as " + outcome.encoding;
     if (!outcome.changed) line += "; no difference, not saved";
     writeOut(line + "\n");
@@ -81,21 +81,21 @@ class TextPrinter : public Printer {
   /// The piece in its context, told apart by colour, or by signs where there are no colours.
   std::string marked(const Excerpt& excerpt, std::string_view open, std::string_view close,
                      Paint paint) const {
-    std::string piece = (style_.*paint)(shown(excerpt.piece));
+    std::string piece = (style_.*paint)(base::shown(excerpt.piece));
     if (!style_.colored() && !excerpt.piece.empty()) {
       piece = std::string(open) + piece + std::string(close);
     }
-    return shown(excerpt.lead) + piece + shown(excerpt.trail);
+    return base::shown(excerpt.lead) + piece + base::shown(excerpt.trail);
   }
 
   std::string preview(const BlockReport& block) const {
     const Excerpt& before = block.before;
     if (block.request->command == Command::highlight) {
       const word::WdColorIndex color = block.request->color;
-      const std::string text = shown(before.piece);
+      const std::string text = base::shown(before.piece);
       const std::string piece = style_.colored() ? style_.highlighted(text, color) : "[" + text + "]";
-      return "  " + shown(before.lead) + piece + shown(before.trail) + "\n  highlight: " + nameOf(color) +
-             "\n";
+      return "  " + base::shown(before.lead) + piece + base::shown(before.trail) +
+             "\n  highlight: " + nameOf(color) + "\n";
     }
     return "  - " + marked(before, "[-", "-]", kRemoved) + "\n  + " +
            marked(*block.after, "{+", "+}", kAdded) + "\n";

@@ -1,7 +1,7 @@
+#include "base/shown.h"
 #include "report/report_file.h"
 #include "report/report_kinds.h"
 #include "report/report_page.h"
-#include "unicode.h"
 
 #include <string_view>
 
@@ -12,10 +12,10 @@ namespace {
 std::string escaped(std::string_view bytes) {
   std::string out;
   out.reserve(bytes.size());
-  std::size_t sound = wellFormedLength(bytes);
+  std::size_t sound = base::wellFormedLength(bytes);
   for (std::size_t i = 0; i < bytes.size(); ++i) {
     if (i >= sound) {
-      const std::size_t more = wellFormedLength(bytes.substr(i));
+      const std::size_t more = base::wellFormedLength(bytes.substr(i));
       if (more == 0) {
         out += "\xEF\xBF\xBD";
         continue;
@@ -75,7 +75,7 @@ class HtmlReport final : public Printer {
   void document(const Outcome& outcome) override {
     row(outcome);
     if (!items_.empty()) {
-      file_.addLater("<details><summary>" + escaped(shown(outcome.path)) + " <span class=\"soft\">" +
+      file_.addLater("<details><summary>" + escaped(base::shown(outcome.path)) + " <span class=\"soft\">" +
                      std::to_string(outcome.found) + (outcome.found == 1 ? " block" : " blocks") +
                      "</span></summary><ol>\n" + items_ + "</ol></details>\n");
     }
@@ -83,7 +83,7 @@ class HtmlReport final : public Printer {
   }
 
   void leftOut(const LeftOut& leftOut) override {
-    notTaken_ += "<tr><td>" + escaped(shown(leftOut.path)) + "</td><td>" + std::string(leftOut.reason) +
+    notTaken_ += "<tr><td>" + escaped(base::shown(leftOut.path)) + "</td><td>" + std::string(leftOut.reason) +
                  "</td></tr>\n";
   }
 
@@ -93,7 +93,7 @@ class HtmlReport final : public Printer {
     };
     std::string beginning(kHtmlMark);
     beginning += kReportHead;
-    beginning += "<header><h1>PLUVO report</h1><p><code>" + escaped(shown(command_)) +
+    beginning += "<header><h1>PLUVO report</h1><p><code>" + escaped(base::shown(command_)) +
                  "</code></p></header>\n<main>\n";
     beginning += "<dl class=\"totals\">" + total("Documents", totals.files) +
                  total("Blocks found", totals.found) + total("Operated on", totals.operated) +
@@ -117,15 +117,15 @@ class HtmlReport final : public Printer {
 
  private:
   void row(const Outcome& outcome) {
-    const std::string name = "<tr><td>" + escaped(shown(outcome.path)) + "</td>";
+    const std::string name = "<tr><td>" + escaped(base::shown(outcome.path)) + "</td>";
     if (outcome.failure) {
       failures_ += name + "<td class=\"bad\">" + std::string(files::nameOf(outcome.failure->problem)) +
-                   "</td><td>" + escaped(shown(outcome.failure->message)) + "</td></tr>\n";
+                   "</td><td>" + escaped(base::shown(outcome.failure->message)) + "</td></tr>\n";
       return;
     }
     std::string saved = outcome.saved ? "yes" : "no";
-    if (!outcome.savedAs.empty()) saved = "as " + escaped(shown(outcome.savedAs));
-    if (!outcome.backup.empty()) saved += ", original kept as " + escaped(shown(outcome.backup));
+    if (!outcome.savedAs.empty()) saved = "as " + escaped(base::shown(outcome.savedAs));
+    if (!outcome.backup.empty()) saved += ", original kept as " + escaped(base::shown(outcome.backup));
     if (outcome.refused > 0) saved += ", " + std::to_string(outcome.refused) + " refused";
     rows_ += name + cell("Found", outcome.found) + cell("Operated on", outcome.operated) +
              cell("Skipped", outcome.skipped) + "<td data-name=\"Saved\">" + saved +

@@ -1,4 +1,4 @@
-#include "json.h"
+#include "base/json.h"
 #include "report/report_file.h"
 #include "report/report_kinds.h"
 
@@ -12,12 +12,13 @@ std::string member(std::string_view name, const std::string& value) {
 }
 
 std::string object(const Excerpt& excerpt) {
-  return "{" + member("lead", jsonQuoted(excerpt.lead)) + "," + member("text", jsonQuoted(excerpt.piece)) +
-         "," + member("trail", jsonQuoted(excerpt.trail)) + "}";
+  return "{" + member("lead", base::jsonQuoted(excerpt.lead)) + "," +
+         member("text", base::jsonQuoted(excerpt.piece)) + "," +
+         member("trail", base::jsonQuoted(excerpt.trail)) + "}";
 }
 
 std::string object(const BlockReport& block) {
-  return "{" + member("command", jsonQuoted(nameOf(block.request->command))) + "," +
+  return "{" + member("command", base::jsonQuoted(nameOf(block.request->command))) + "," +
          member("paragraph", std::to_string(block.paragraph)) + "," + member("before", object(block.before)) +
          "," + member("after", block.after ? object(*block.after) : "null") + "," +
          member("deleted", block.deleted ? "true" : "false") + "," +
@@ -38,30 +39,31 @@ class JsonReport final : public Printer {
   void document(const Outcome& outcome) override {
     std::string error = "null";
     if (outcome.failure) {
-      error = "{" + member("code", jsonQuoted(files::nameOf(outcome.failure->problem))) + "," +
-              member("message", jsonQuoted(outcome.failure->message)) + "}";
+      error = "{" + member("code", base::jsonQuoted(files::nameOf(outcome.failure->problem))) + "," +
+              member("message", base::jsonQuoted(outcome.failure->message)) + "}";
     }
-    file_.addLater((inDocument_ ? "" : opening(outcome.path)) + "],\n  " +
-                   member("found", std::to_string(outcome.found)) + "," +
-                   member("operated", std::to_string(outcome.operated)) + "," +
-                   member("skipped", std::to_string(outcome.skipped)) + "," +
-                   member("refused", std::to_string(outcome.refused)) + "," +
-                   member("saved", outcome.saved ? "true" : "false") + "," +
-                   member("savedAs", jsonQuoted(outcome.savedAs)) + "," +
-                   member("backup", jsonQuoted(outcome.backup)) + "," + member("error", error) + "," +
-                   member("encoding", outcome.encoding.empty() ? "null" : jsonQuoted(outcome.encoding)) +
-                   "}");
+    file_.addLater(
+        (inDocument_ ? "" : opening(outcome.path)) + "],\n  " +
+        member("found", std::to_string(outcome.found)) + "," +
+        member("operated", std::to_string(outcome.operated)) + "," +
+        member("skipped", std::to_string(outcome.skipped)) + "," +
+        member("refused", std::to_string(outcome.refused)) + "," +
+        member("saved", outcome.saved ? "true" : "false") + "," +
+        member("savedAs", base::jsonQuoted(outcome.savedAs)) + "," +
+        member("backup", base::jsonQuoted(outcome.backup)) + "," + member("error", error) + "," +
+        member("encoding", outcome.encoding.empty() ? "null" : base::jsonQuoted(outcome.encoding)) + "}");
     inDocument_ = false;
   }
 
   void leftOut(const LeftOut& leftOut) override {
-    notTaken_ += (notTaken_.empty() ? "\n " : ",\n ") + ("{" + member("file", jsonQuoted(leftOut.path))) +
-                 "," + member("reason", jsonQuoted(leftOut.reason)) + "}";
+    notTaken_ += (notTaken_.empty() ? "\n " : ",\n ") +
+                 ("{" + member("file", base::jsonQuoted(leftOut.path))) + "," +
+                 member("reason", base::jsonQuoted(leftOut.reason)) + "}";
   }
 
   void end(const Totals& totals) override {
     file_.finish(
-        std::string(kJsonMark) + "\n" + member("command", jsonQuoted(command_)) + ",\n\"documents\":[",
+        std::string(kJsonMark) + "\n" + member("command", base::jsonQuoted(command_)) + ",\n\"documents\":[",
         "],\n\"notTaken\":[" + notTaken_ + "],\n\"summary\":{" +
             member("files", std::to_string(totals.files)) + "," +
             member("found", std::to_string(totals.found)) + "," +
@@ -77,7 +79,7 @@ class JsonReport final : public Printer {
   std::string opening(const std::string& path) {
     inDocument_ = true;
     return std::string(std::exchange(first_, false) ? "\n " : ",\n ") + "{" +
-           member("file", jsonQuoted(path)) + ",\"blocks\":[";
+           member("file", base::jsonQuoted(path)) + ",\"blocks\":[";
   }
 
   ReportFile file_;

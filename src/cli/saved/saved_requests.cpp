@@ -1,9 +1,9 @@
 #include "saved/saved_requests.h"
 
+#include "base/suggest.h"
 #include "errors/text.h"
 #include "printer.h"
 #include "saved/toml_text.h"
-#include "suggest.h"
 #include "text_input.h"
 #include "usage_error.h"
 
@@ -57,11 +57,11 @@ void refuseFileKey(const std::string& place, std::string_view key) {
   for (const Option& option : options()) {
     if (isPartOfRequest(option)) names.emplace_back(option.name);
   }
-  const std::string hint = didYouMean(key, names);
+  const std::string hint = base::didYouMean(key, names);
   throw UsageError(place + "there is no key '" + std::string(key) + "' in a request." +
-                   (hint.empty()
-                        ? " The keys are command and " + joinedWithOr({names.begin() + 1, names.end()}) + "."
-                        : hint));
+                   (hint.empty() ? " The keys are command and " +
+                                       base::joinedWithOr({names.begin() + 1, names.end()}) + "."
+                                 : hint));
 }
 
 void store(const std::string& place, const Option& option, const toml::node& value, TypedOptions& typed) {
@@ -88,8 +88,8 @@ Command commandIn(const std::string& path, const toml::table& table) {
     if (typed && *typed == each.name) return each.command;
     names.push_back(each.name);
   }
-  throw UsageError(place + "a request has a command, which is " + joinedWithOr(names) + "." +
-                   (typed ? didYouMean(*typed, names) : ""));
+  throw UsageError(place + "a request has a command, which is " + base::joinedWithOr(names) + "." +
+                   (typed ? base::didYouMean(*typed, names) : ""));
 }
 
 Request requestIn(const std::string& path, const toml::table& table) {

@@ -1,8 +1,8 @@
 #include "undo/undo.h"
 
+#include "base/shown.h"
 #include "journal/journal.h"
 #include "printer.h"
-#include "unicode.h"
 #include "usage_error.h"
 
 #include <algorithm>
@@ -32,7 +32,7 @@ ExitStatus list(const std::vector<journal::Run>& runs) {
                        ", " + sizeText(run.bytes);
     if (run.notKept > 0) line += ", " + std::to_string(run.notKept) + " more not kept";
     if (run.going) line += ", still going on";
-    writeOut(line + "\n    " + shown(run.command) + "\n");
+    writeOut(line + "\n    " + base::shown(run.command) + "\n");
   }
   flushOut();
   return runs.empty() ? kNoneFound : kFound;
@@ -77,7 +77,7 @@ ExitStatus takeBack(files::FileSystem& system, const std::string& folder, const 
     switch (undone.outcome) {
       case journal::Outcome::restored:
         ++restored;
-        if (!quiet) writeOut(shown(undone.path) + ": as before\n");
+        if (!quiet) writeOut(base::shown(undone.path) + ": as before\n");
         break;
       case journal::Outcome::asBefore:
         ++asBefore;

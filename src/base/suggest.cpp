@@ -1,10 +1,10 @@
-#include "suggest.h"
+#include "base/suggest.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <utility>
 
-namespace pluvo::cli {
+namespace pluvo::base {
 namespace {
 
 constexpr std::size_t kMostSlips = 2;
@@ -69,4 +69,4 @@ std::string didYouMean(std::string_view typed, const std::vector<std::string_vie
   return words.empty() ? "" : " Did you mean " + joinedWithOr(words) + "?";
 }
 
-}  // namespace pluvo::cli
+}  // namespace pluvo::base

@@ -1,9 +1,9 @@
-#include "unicode.h"
+#include "base/shown.h"
 
 #include <algorithm>
 #include <cstdint>
 
-namespace pluvo::cli {
+namespace pluvo::base {
 
 Character firstCharacter(std::string_view bytes) {
   const auto lead = static_cast<unsigned char>(bytes[0]);
@@ -61,4 +61,4 @@ std::string shown(std::string_view bytes) {
   return text;
 }
 
-}  // namespace pluvo::cli
+}  // namespace pluvo::base

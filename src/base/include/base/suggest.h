@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-namespace pluvo::cli {
+namespace pluvo::base {
 
 /// The candidates that a mistyped word may stand for: those that it begins, else those that are at most two
 /// slips of the keyboard away (a letter too many, too few, wrong, or swapped with its neighbour), nearest
@@ -18,4 +18,4 @@ std::string didYouMean(std::string_view typed, const std::vector<std::string_vie
 /// "a", "a or b", "a, b or c".
 std::string joinedWithOr(const std::vector<std::string_view>& words);
 
-}  // namespace pluvo::cli
+}  // namespace pluvo::base

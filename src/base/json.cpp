@@ -1,12 +1,12 @@
-#include "json.h"
+#include "base/json.h"
 
-#include "unicode.h"
+#include "base/shown.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdio>
 
-namespace pluvo::cli {
+namespace pluvo::base {
 namespace {
 
 std::string escaped(unsigned unit) {
@@ -34,4 +34,4 @@ std::string jsonQuoted(std::string_view bytes) {
   return json + '"';
 }
 
-}  // namespace pluvo::cli
+}  // namespace pluvo::base

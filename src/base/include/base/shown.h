@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace pluvo::cli {
+namespace pluvo::base {
 
 /// How many of the first bytes are well-formed UTF-8 (overlong forms, surrogates and values beyond U+10FFFF
 /// are not). For what is well-formed, errors/text.h converts.
@@ -24,4 +24,4 @@ bool isControl(char32_t code);
 /// no UTF-8 as U+FFFD. Whatever comes from a name, a document, an argument or a file goes through this.
 std::string shown(std::string_view bytes);
 
-}  // namespace pluvo::cli
+}  // namespace pluvo::base
