@@ -16,6 +16,35 @@ std::size_t lastRow(const Cell& cell) { return at(cell.row + cell.rows - 1); }
 bool isLeft(const Cell& cell) { return cell.column + cell.columns <= kColumns / 2; }
 bool isRight(const Cell& cell) { return cell.column >= kColumns / 2; }
 
+/// Where a row is divided in which a cell stands across the middle: before that cell, or after it where it
+/// is the first; nowhere where it is the last.
+int middleOf(const std::vector<Cell>& cells, int row) {
+  int middle = kColumns;
+  bool isFirst = true;
+  bool isLast = true;
+  const auto stands = [row](const Cell& cell) { return cell.columns > 0 && cell.row == row; };
+  for (const Cell& across : cells) {
+    if (!stands(across) || isLeft(across) || isRight(across)) continue;
+    const int end = across.column + across.columns;
+    for (const Cell& cell : cells) {
+      if (!stands(cell)) continue;
+      isFirst = isFirst && cell.column >= across.column;
+      isLast = isLast && cell.column < end;
+    }
+    middle = isFirst ? end : across.column;
+  }
+  return isLast ? kColumns : middle;
+}
+
+/// The columns from one to the other become all there are.
+void widen(Cell& cell, int from, int to) {
+  const int room = to - from;
+  const auto scaled = [&](int column) { return ((column - from) * kColumns + room / 2) / room; };
+  const int end = scaled(cell.column + cell.columns);
+  cell.column = scaled(cell.column);
+  cell.columns = end - cell.column;
+}
+
 }  // namespace
 
 std::vector<Cell> inOneColumn(std::vector<Cell> cells) {
@@ -36,18 +65,15 @@ std::vector<Cell> inOneColumn(std::vector<Cell> cells) {
     bool flows = false;
     for (to = from; to < rows && !across[at(to)]; ++to) flows = flows || joined[at(to)];
     if (!flows) to = from + 1;
+    const int middle = across[at(from)] ? middleOf(wide, from) : kColumns / 2;
     bool hasRight = false;
     for (std::size_t i = 0; i < wide.size(); ++i) {
       Cell& cell = cells[i];
       if (wide[i].columns <= 0 || wide[i].row < from || wide[i].row >= to) continue;
-      cell.row += added;
-      if (across[at(from)] && !isRight(wide[i])) continue;
-      cell.column *= 2;
-      cell.columns *= 2;
-      if (!isRight(wide[i])) continue;
-      hasRight = true;
-      cell.row += to - from;
-      cell.column -= kColumns;
+      const bool isBelow = wide[i].column >= middle;
+      hasRight = hasRight || isBelow;
+      cell.row += added + (isBelow ? to - from : 0);
+      widen(cell, isBelow ? middle : 0, isBelow ? kColumns : middle);
     }
     if (hasRight) added += to - from;
   }
