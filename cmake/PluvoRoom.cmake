@@ -1,21 +1,40 @@
 # pluvo_room(NAME [DEPENDS room…] [LIBRARIES target…] [PRIVATE_LIBRARIES target…])
 #
 # One room of the house: the folder it is called in becomes the library pluvo_NAME. Its public headers
-# lie in include/NAME/, and only rooms named in DEPENDS (and what those depend on) can be included, so
-# that an include across a wall fails to build.
+# lie in include/NAME/, and only rooms named in DEPENDS can be included, not what those depend on, so that an
+# include across a wall fails to build.
 function(pluvo_room NAME)
   cmake_parse_arguments(ROOM "" "" "DEPENDS;LIBRARIES;PRIVATE_LIBRARIES" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
   list(TRANSFORM ROOM_DEPENDS PREPEND pluvo_ OUTPUT_VARIABLE rooms)
+  set_property(GLOBAL APPEND PROPERTY PLUVO_ROOMS ${CMAKE_CURRENT_SOURCE_DIR}/include)
   if(sources)
     add_library(pluvo_${NAME} STATIC ${sources})
     target_include_directories(pluvo_${NAME} PUBLIC include PRIVATE .)
-    target_link_libraries(pluvo_${NAME} PUBLIC ${rooms} ${ROOM_LIBRARIES} PRIVATE ${ROOM_PRIVATE_LIBRARIES})
+    # Whoever links a room links what it stands on, too, without seeing it.
+    target_link_libraries(pluvo_${NAME} PUBLIC ${ROOM_LIBRARIES} PRIVATE ${rooms} ${ROOM_PRIVATE_LIBRARIES})
+    set_property(TARGET pluvo_${NAME} PROPERTY PLUVO_SEES ${rooms})
   else()
     add_library(pluvo_${NAME} INTERFACE)
     target_include_directories(pluvo_${NAME} INTERFACE include)
+    list(TRANSFORM rooms REPLACE "(.+)" "$<LINK_ONLY:\\1>")
     target_link_libraries(pluvo_${NAME} INTERFACE ${rooms} ${ROOM_LIBRARIES})
   endif()
+endfunction()
+
+# pluvo_program_of(TARGET ROOM): the program of a room is part of it, and sees what it sees.
+function(pluvo_program_of TARGET ROOM)
+  get_target_property(rooms pluvo_${ROOM} PLUVO_SEES)
+  target_link_libraries(${TARGET} PRIVATE pluvo_${ROOM} ${rooms})
+  target_include_directories(${TARGET} PRIVATE .)
+endfunction()
+
+# pluvo_sees_every_room(TARGET)
+#
+# For tests, benchmarks and fuzz targets, which no room includes.
+function(pluvo_sees_every_room TARGET)
+  get_property(includes GLOBAL PROPERTY PLUVO_ROOMS)
+  target_include_directories(${TARGET} PRIVATE ${includes})
 endfunction()
 
 # pluvo_tests(NAME [DEPENDS room…] [LIBRARIES target…] [HEADERS header…])
@@ -29,6 +48,7 @@ function(pluvo_tests NAME)
   list(TRANSFORM ROOM_DEPENDS PREPEND pluvo_ OUTPUT_VARIABLE rooms)
   add_executable(${NAME}_tests ${sources})
   target_link_libraries(${NAME}_tests PRIVATE ${rooms} ${ROOM_LIBRARIES} GTest::gmock GTest::gtest_main)
+  pluvo_sees_every_room(${NAME}_tests)
   cmake_path(RELATIVE_PATH CMAKE_CURRENT_SOURCE_DIR BASE_DIRECTORY ${CMAKE_SOURCE_DIR}/tests OUTPUT_VARIABLE room)
   target_include_directories(${NAME}_tests PRIVATE ${CMAKE_SOURCE_DIR}/tests ${CMAKE_SOURCE_DIR}/src/${room})
   if(ROOM_HEADERS)

@@ -1,6 +1,7 @@
 #include "base/json.h"
 
 #include "base/shown.h"
+#include "base/utf.h"
 
 #include <algorithm>
 #include <array>
@@ -20,16 +21,16 @@ std::string escaped(unsigned unit) {
 std::string jsonQuoted(std::string_view bytes) {
   std::string json = "\"";
   for (std::size_t at = 0; at < bytes.size();) {
-    const Character next = firstCharacter(bytes.substr(at));
-    if (next.length == 0) {
+    const Utf8Character next = firstOfUtf8(bytes.substr(at));
+    if (next.bytes == 0) {
       json += escaped(0xDC00U + static_cast<unsigned char>(bytes[at]));
-    } else if (isControl(next.code)) {
-      json += escaped(next.code);
+    } else if (isControl(next.point)) {
+      json += escaped(next.point);
     } else {
-      if (next.code == '"' || next.code == '\\') json += '\\';
-      json += bytes.substr(at, next.length);
+      if (next.point == '"' || next.point == '\\') json += '\\';
+      json += bytes.substr(at, next.bytes);
     }
-    at += std::max<std::size_t>(next.length, 1);
+    at += std::max<std::size_t>(next.bytes, 1);
   }
   return json + '"';
 }

@@ -1,9 +1,10 @@
 #include "document_run.h"
 
+#include "base/names.h"
+#include "base/utf.h"
 #include "engine/clsProcessFind.h"
 #include "errors/clsErrorLogging.h"
 #include "errors/context.h"
-#include "errors/text.h"
 #include "memory/application.h"
 #include "message_policy.h"
 #include "multifile/file_driver.h"
@@ -80,7 +81,7 @@ class DocumentRun {
 
   void work() {
     std::int32_t index = 0;
-    if (!engine_.MultiPLUVO_OpenNextFile({errors::nameText(outcome_.path)}, index)) {
+    if (!engine_.MultiPLUVO_OpenNextFile({base::nameText(outcome_.path)}, index)) {
       if (!outcome_.failure) outcome_.failure = unexplained();
       return;
     }
@@ -150,7 +151,7 @@ class DocumentRun {
               "No password in the file of --password-file lifts its protection; add the right one, on a line "
               "of its own."};
     }
-    return {Problem::refused, errors::utf8(report_.text().value_or(u"It could not be worked on."))};
+    return {Problem::refused, base::utf8(report_.text().value_or(u"It could not be worked on."))};
   }
 
   const Surroundings& around_;

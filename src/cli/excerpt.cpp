@@ -1,6 +1,6 @@
 #include "excerpt.h"
 
-#include "errors/text.h"
+#include "base/utf.h"
 
 #include <string_view>
 
@@ -80,9 +80,9 @@ bool endsWithParagraph(word::Document& document, std::int32_t start, std::int32_
 
 Excerpt excerptOf(word::Document& document, std::int32_t start, std::int32_t end) {
   Excerpt excerpt;
-  excerpt.lead = errors::utf8(leadOf(document, start));
-  excerpt.piece = errors::utf8(shortened(document, start, end));
-  if (!endsWithParagraph(document, start, end)) excerpt.trail = errors::utf8(trailOf(document, end));
+  excerpt.lead = base::utf8(leadOf(document, start));
+  excerpt.piece = base::utf8(shortened(document, start, end));
+  if (!endsWithParagraph(document, start, end)) excerpt.trail = base::utf8(trailOf(document, end));
   return excerpt;
 }
 

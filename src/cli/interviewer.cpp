@@ -1,8 +1,8 @@
 #include "interviewer.h"
 
 #include "base/shown.h"
+#include "base/utf.h"
 #include "colors.h"
-#include "errors/text.h"
 #include "printer.h"
 
 #include <unistd.h>
@@ -24,7 +24,7 @@ constexpr std::size_t kShownText = 40;
 std::string quoted(const std::u16string& text) {
   const bool whole = text.size() <= kShownText && text.find(u'\r') == std::u16string::npos;
   const std::u16string front = whole ? text : text.substr(0, std::min(kShownText, text.find(u'\r'))) + u" …";
-  return "'" + base::shown(errors::utf8(front)) + "'";
+  return "'" + base::shown(base::utf8(front)) + "'";
 }
 
 std::string questionFor(const Request& request) {

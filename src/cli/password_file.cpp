@@ -1,8 +1,9 @@
 #include "password_file.h"
 
+#include "base/at_end.h"
+#include "base/secret_text.h"
 #include "base/shown.h"
-#include "errors/at_end.h"
-#include "errors/text.h"
+#include "base/utf.h"
 #include "text_input.h"
 #include "usage_error.h"
 
@@ -48,7 +49,7 @@ PasswordFile passwordsFrom(const std::string& path) {
       ::fstat(file, &status) == 0 && S_ISREG(status.st_mode) && (status.st_mode & (S_IRGRP | S_IROTH)) != 0;
 
   std::string bytes;
-  const errors::AtEnd wiping([&] { errors::wipe(bytes); });
+  const base::AtEnd wiping([&] { base::wipe(bytes); });
   readInto(bytes, file, path);
   const std::size_t sound = base::wellFormedLength(bytes);
   if (sound < bytes.size()) {
@@ -63,7 +64,7 @@ PasswordFile passwordsFrom(const std::string& path) {
     more = end != std::string_view::npos;
     std::string_view line = rest.substr(0, end);
     if (line.ends_with('\r')) line.remove_suffix(1);
-    read.passwords.emplace_back(errors::utf16(line));
+    read.passwords.emplace_back(base::utf16(line));
     if (more) rest.remove_prefix(end + 1);
   }
   return read;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "errors/secret_text.h"
+#include "base/secret_text.h"
 
 #include <string>
 #include <vector>
@@ -9,7 +9,7 @@ namespace pluvo::cli {
 
 /// The lines of a file of passwords.
 struct PasswordFile {
-  std::vector<errors::SecretText> passwords;
+  std::vector<base::SecretText> passwords;
   /// A file on disk that its group or everybody may read.
   bool othersMayRead = false;
 };

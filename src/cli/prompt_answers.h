@@ -1,6 +1,6 @@
 #pragma once
 
-#include "errors/secret_text.h"
+#include "base/secret_text.h"
 #include "forms/form.h"
 #include "password_budget.h"
 
@@ -22,7 +22,7 @@ class PromptAnswers final : public forms::FormHost {
   enum class Spent { nothing, document, run };
 
   /// Passwords and budget outlive it.
-  PromptAnswers(const std::vector<errors::SecretText>& passwords, PasswordBudget& budget, Cost cost)
+  PromptAnswers(const std::vector<base::SecretText>& passwords, PasswordBudget& budget, Cost cost)
       : passwords_(passwords), budget_(budget), cost_(std::move(cost)) {}
 
   bool hasMore() const { return next_ < passwords_.size(); }
@@ -45,7 +45,7 @@ class PromptAnswers final : public forms::FormHost {
   void repaint(forms::Form& /*form*/) override {}
 
  private:
-  const std::vector<errors::SecretText>& passwords_;
+  const std::vector<base::SecretText>& passwords_;
   PasswordBudget& budget_;
   PasswordBudget ofDocument_{PasswordBudget::kForDocument};
   Cost cost_;

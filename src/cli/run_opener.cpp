@@ -1,6 +1,6 @@
 #include "run_opener.h"
 
-#include "errors/text.h"
+#include "base/utf.h"
 #include "word/faults.h"
 
 #include <new>
@@ -31,7 +31,7 @@ Problem problemOf(std::int32_t faultNumber) {
 }  // namespace
 
 Failure failureFrom(const errors::Fault& fault) {
-  return {problemOf(fault.number), errors::utf8(fault.description)};
+  return {problemOf(fault.number), base::utf8(fault.description)};
 }
 
 bool recordingFailure(Outcome& outcome, const std::function<void()>& work) {
@@ -71,7 +71,7 @@ void RunFile::save() {
     version_ = stored_->beginSave(options);
     if (version_) outcome_.savedAs = options.otherPath.value_or("");
   });
-  if (!saved) throw errors::Fault(word::kCannotSave, errors::utf16(outcome_.failure->message));
+  if (!saved) throw errors::Fault(word::kCannotSave, base::utf16(outcome_.failure->message));
 }
 
 memory::OpenedFile RunOpener::open(const std::string& path) {
@@ -86,7 +86,7 @@ memory::OpenedFile RunOpener::open(const std::string& path) {
     outcome_.guessed = file_->stored().isEncodingGuessed();
   });
   // The driver passes over such a document without a word; the outcome has it all.
-  if (!opened) throw errors::Fault(word::kCommandFailed, errors::utf16(outcome_.failure->message));
+  if (!opened) throw errors::Fault(word::kCommandFailed, base::utf16(outcome_.failure->message));
   return {file_->stored().document(), file_};
 }
 

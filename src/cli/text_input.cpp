@@ -1,7 +1,7 @@
 #include "text_input.h"
 
 #include "base/shown.h"
-#include "errors/text.h"
+#include "base/utf.h"
 #include "usage_error.h"
 
 #include <fcntl.h>
@@ -118,7 +118,7 @@ std::u16string textFromArgument(const std::string& bytes, std::string_view optio
     refuse(option, "byte " + std::to_string(sound + 1) +
                        " of the text is not UTF-8; convert it first, with iconv for instance.");
   }
-  return withParagraphMarks(errors::utf16(bytes));
+  return withParagraphMarks(base::utf16(bytes));
 }
 
 std::u16string textFromFile(const std::string& path, std::string_view option) {

@@ -1,6 +1,6 @@
 #include "registration.h"
 
-#include "errors/at_end.h"
+#include "base/at_end.h"
 #include "module.h"
 #include "pluvo_interface.h"
 
@@ -110,7 +110,7 @@ class Classes {
     HKEY key = nullptr;
     if (RegOpenKeyExW(key_, value.key.c_str(), 0, KEY_QUERY_VALUE, &key) != ERROR_SUCCESS)
       return std::nullopt;
-    const errors::AtEnd closed([&] { RegCloseKey(key); });
+    const base::AtEnd closed([&] { RegCloseKey(key); });
     DWORD size = 0;
     if (RegQueryValueExW(key, value.name.c_str(), nullptr, nullptr, nullptr, &size) != ERROR_SUCCESS)
       return std::nullopt;

@@ -1,7 +1,7 @@
 #include "session.h"
 
+#include "base/at_end.h"
 #include "boxes_over_edits.h"
-#include "errors/at_end.h"
 #include "errors/fault.h"
 #include "forms/machine.h"
 #include "forms_win32/boxes.h"
@@ -38,7 +38,7 @@ class Session {
   void open() {
     if (opens_) return;
     opens_ = true;
-    const errors::AtEnd closed([this] { opens_ = false; });
+    const base::AtEnd closed([this] { opens_ = false; });
     way_.OpenPLUVO();
     // There are windows that call this code.
     if (!std::exchange(wasUp_, true)) stayLoaded();
@@ -99,7 +99,7 @@ Sessions& sessions() {
 std::shared_ptr<Session> sharedSession() {
   Sessions& all = sessions();
   AcquireSRWLockExclusive(&all.lock);
-  const errors::AtEnd released([&] { ReleaseSRWLockExclusive(&all.lock); });
+  const base::AtEnd released([&] { ReleaseSRWLockExclusive(&all.lock); });
   if (!all.one) all.one = std::make_shared<Session>();
   return all.one;
 }
@@ -108,7 +108,7 @@ std::shared_ptr<Session> sharedSession() {
 void forget(const std::shared_ptr<Session>& session) {
   Sessions& all = sessions();
   AcquireSRWLockExclusive(&all.lock);
-  const errors::AtEnd released([&] { ReleaseSRWLockExclusive(&all.lock); });
+  const base::AtEnd released([&] { ReleaseSRWLockExclusive(&all.lock); });
   if (all.one == session) all.one.reset();
 }
 

@@ -1,6 +1,6 @@
+#include "base/names.h"
 #include "encoding_dialog.h"
 #include "errors/context.h"
-#include "errors/text.h"
 #include "main_window.h"
 #include "question.h"
 #include "recent.h"
@@ -235,7 +235,7 @@ bool MainWindow::closeDocument(OpenDocument& document) {
 
 void MainWindow::showHelp(const std::u16string& path) {
   auto& window = help_[path];
-  if (window == nullptr) window = std::make_unique<HelpWindow>(errors::nameBytes(path));
+  if (window == nullptr) window = std::make_unique<HelpWindow>(base::nameBytes(path));
   window->show();
   window->raise();
   window->activateWindow();

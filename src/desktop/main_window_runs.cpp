@@ -1,4 +1,4 @@
-#include "errors/text.h"
+#include "base/names.h"
 #include "main_window.h"
 #include "question.h"
 
@@ -17,7 +17,7 @@ bool MainWindow::filesChosen(std::vector<std::u16string>& files) {
   for (const auto& document : documents_) {
     if (!document->changed()) continue;
     for (std::size_t i = 0; i < files.size(); ++i) {
-      if (!document->file().isAt(errors::nameBytes(files[i]))) continue;
+      if (!document->file().isAt(base::nameBytes(files[i]))) continue;
       isUnsaved[i] = true;
       if (unsaved.empty() || unsaved.back() != document.get()) unsaved.push_back(document.get());
     }

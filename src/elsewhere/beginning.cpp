@@ -1,6 +1,6 @@
 #include "beginning.h"
 
-#include "errors/text.h"
+#include "base/text.h"
 
 #include <algorithm>
 
@@ -10,7 +10,7 @@ namespace {
 
 /// As the engine looks for it: every line end is one paragraph mark.
 std::u16string searched(std::u16string_view text) {
-  std::u16string result = errors::withParagraphMarks(text);
+  std::u16string result = base::withParagraphMarks(text);
   std::replace(result.begin(), result.end(), text::kLineBreak, text::kParagraphMark);
   return result;
 }

@@ -1,7 +1,5 @@
 #include "places.h"
 
-#include "errors/text.h"
-
 #include <string>
 #include <string_view>
 #include <vector>

@@ -1,7 +1,7 @@
 #include "engine/clsProcessFind.h"
 
 #include "counts.h"
-#include "errors/text.h"
+#include "errors/numbers.h"
 #include "locator.h"
 #include "operations.h"
 #include "pass.h"

@@ -1,7 +1,7 @@
 #include "counts.h"
 
 #include "errors/fault.h"
-#include "errors/text.h"
+#include "errors/numbers.h"
 
 #include <limits>
 

@@ -1,7 +1,7 @@
 #include "engine/frmProcessing.h"
 
+#include "base/text.h"
 #include "errors/context.h"
-#include "errors/text.h"
 
 namespace pluvo::engine {
 
@@ -126,8 +126,8 @@ void frmProcessing::tellWhatAwaits() {
   if (document == nullptr) throw errors::objectNotSet();
   std::u16string file = document->Name();
   if (multi_)
-    file += u" (" + errors::decimal(std::int64_t{index_} + 1) + u" of " +
-            errors::decimal(static_cast<std::int64_t>(files_.size())) + u")";
+    file += u" (" + base::decimal(std::int64_t{index_} + 1) + u" of " +
+            base::decimal(static_cast<std::int64_t>(files_.size())) + u")";
   lblFile.Caption(file);
 }
 

@@ -1,6 +1,6 @@
 #include "locator.h"
 
-#include "errors/text.h"
+#include "errors/numbers.h"
 
 #include <algorithm>
 #include <limits>

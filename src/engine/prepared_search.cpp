@@ -1,7 +1,8 @@
 #include "prepared_search.h"
 
+#include "base/text.h"
 #include "errors/fault.h"
-#include "errors/text.h"
+#include "errors/numbers.h"
 
 #include <algorithm>
 #include <utility>
@@ -32,7 +33,7 @@ std::u16string normalizedText(std::u16string_view text, bool liftLimits) {
 }
 
 std::u16string withOneLineEnd(std::u16string_view text) {
-  std::u16string result = errors::withParagraphMarks(text);
+  std::u16string result = base::withParagraphMarks(text);
   std::replace(result.begin(), result.end(), kLineBreak, kParagraphMark);
   return result;
 }

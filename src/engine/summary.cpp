@@ -1,7 +1,7 @@
 #include "summary.h"
 
+#include "base/text.h"
 #include "engine/frmStats.h"
-#include "errors/text.h"
 
 namespace pluvo::engine {
 
@@ -13,7 +13,7 @@ constexpr const char16_t* kProduct = u"P.L.U.V.O.";
 }  // namespace
 
 std::u16string summaryLine(const Counts& counts, const std::optional<std::u16string>& documentName) {
-  std::u16string line = kLineEnd + std::u16string(u"   ") + errors::decimal(counts.operated());
+  std::u16string line = kLineEnd + std::u16string(u"   ") + base::decimal(counts.operated());
   if (documentName) line += u"\t\t" + *documentName;
   return line;
 }
@@ -32,9 +32,9 @@ void showSummary(const Counts& counts, forms::MessageBoxes& boxes, forms::FormHo
     return;
   }
   frmStats stats(host);
-  stats.GiveStats(end + u"Found:" + errors::decimal(counts.found()) + end + end + u"Operated on:" +
-                      errors::decimal(counts.operated()) + end + end + u"Skipped:" +
-                      errors::decimal(counts.skipped()),
+  stats.GiveStats(end + u"Found:" + base::decimal(counts.found()) + end + end + u"Operated on:" +
+                      base::decimal(counts.operated()) + end + end + u"Skipped:" +
+                      base::decimal(counts.skipped()),
                   product + u" Statistics:", cancel);
 }
 

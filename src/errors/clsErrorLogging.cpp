@@ -1,7 +1,7 @@
 #include "errors/clsErrorLogging.h"
 
-#include "errors/data_file.h"
-#include "errors/text.h"
+#include "base/data_file.h"
+#include "base/utf.h"
 #include "report_text.h"
 
 #include <array>
@@ -19,7 +19,7 @@ std::u16string dateAndTime() {
   localtime_r(&now, &parts);
 #endif
   std::array<char, 32> text = {};
-  return utf16({text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", &parts)});
+  return base::utf16({text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", &parts)});
 }
 
 clsErrorLogging::clsErrorLogging(const Fault& currentFault, MessageSink& messages, Clock clock)
@@ -45,8 +45,11 @@ void clsErrorLogging::ProcessErrors(const std::optional<std::u16string>& prefix)
 }
 
 bool clsErrorLogging::appendToLog() const {
-  std::ofstream log = openDataFile(logFile_, std::ios::app);
-  log << "\r\n" << utf8(clock_()) << "\r\n" << utf8(report_) << "\r\n" << std::string(64, '-') << "/\r\n";
+  std::ofstream log = base::openDataFile(logFile_, std::ios::app);
+  log << "\r\n"
+      << base::utf8(clock_()) << "\r\n"
+      << base::utf8(report_) << "\r\n"
+      << std::string(64, '-') << "/\r\n";
   log.close();
   return log.good();
 }

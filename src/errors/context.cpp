@@ -1,7 +1,7 @@
 #include "errors/context.h"
 
+#include "base/utf.h"
 #include "errors/clsErrorLogging.h"
-#include "errors/text.h"
 
 #include <new>
 
@@ -22,7 +22,7 @@ Fault faultInFlight() {
   } catch (const std::bad_alloc&) {
     return outOfMemory();
   } catch (const std::exception& error) {
-    return {kInternalError, utf16(error.what())};
+    return {kInternalError, base::utf16(error.what())};
   } catch (...) {
     return {kInternalError, u"Internal error"};
   }

@@ -1,6 +1,6 @@
 #include "report_text.h"
 
-#include "errors/text.h"
+#include "base/text.h"
 
 namespace pluvo::errors {
 
@@ -43,7 +43,8 @@ void add(std::u16string& report, const Values& fault, std::int32_t detailLevel) 
 
 void addReport(std::u16string& report, const Fault& fault, std::int32_t detailLevel) {
   add(report,
-      {decimal(fault.number), fault.description, fault.source, fault.helpFile, decimal(fault.helpContext)},
+      {base::decimal(fault.number), fault.description, fault.source, fault.helpFile,
+       base::decimal(fault.helpContext)},
       detailLevel);
 }
 

@@ -1,6 +1,6 @@
 #include "fileops/clsFileOperations.h"
 
-#include "errors/text.h"
+#include "base/text.h"
 
 #include <utility>
 
@@ -65,9 +65,8 @@ void clsFileOperations::CreateFolder() {
     const ErrorCode error = actions_.createFolder(destinationPath_);
     if (error == kDone) return;
     failures_ = true;
-    boxes_.show(
-        u"Unable to create Directory " + destinationPath_ + u"\r\nError Code:" + errors::decimal(error),
-        forms::Buttons::ok, kCreateTitle);
+    boxes_.show(u"Unable to create Directory " + destinationPath_ + u"\r\nError Code:" + base::decimal(error),
+                forms::Buttons::ok, kCreateTitle);
   });
 }
 

@@ -1,6 +1,6 @@
 #ifndef _WIN32
 
-#include "errors/machine_path.h"
+#include "base/names.h"
 #include "fileops/file_actions.h"
 
 #include <sys/stat.h>
@@ -26,8 +26,8 @@ bool isInFolder(const fs::path& file) {
 class MachineFileActions : public FileActions {
  public:
   ErrorCode copy(const std::u16string& from, const std::u16string& to) override {
-    const fs::path source = errors::machinePath(from);
-    const fs::path destination = errors::machinePath(to);
+    const fs::path source = base::machinePath(from);
+    const fs::path destination = base::machinePath(to);
     std::error_code error;
     fs::copy_file(source, destination, fs::copy_options::overwrite_existing, error);
     if (error == std::errc::no_such_file_or_directory && !(isInFolder(source) && isInFolder(destination)))
@@ -35,13 +35,13 @@ class MachineFileActions : public FileActions {
     return error.value();
   }
   ErrorCode createFolder(const std::u16string& path) override {
-    return lastError(mkdir(errors::machinePath(path).c_str(), 0777));
+    return lastError(mkdir(base::machinePath(path).c_str(), 0777));
   }
   ErrorCode deleteFile(const std::u16string& path) override {
-    return lastError(unlink(errors::machinePath(path).c_str()));
+    return lastError(unlink(base::machinePath(path).c_str()));
   }
   ErrorCode deleteFolder(const std::u16string& path) override {
-    return lastError(rmdir(errors::machinePath(path).c_str()));
+    return lastError(rmdir(base::machinePath(path).c_str()));
   }
   std::optional<std::u16string> systemFolder() override { return std::nullopt; }
   std::uint32_t startHidden(const std::u16string& /*commandLine*/) override { return 0; }

@@ -1,6 +1,6 @@
 #ifdef _WIN32
 
-#include "errors/machine_path.h"
+#include "base/names.h"
 #include "fileops/file_actions.h"
 
 #include <windows.h>
@@ -11,7 +11,7 @@ namespace pluvo::fileops {
 
 namespace {
 
-using errors::machinePath;
+using base::machinePath;
 
 ErrorCode lastError(BOOL done) { return done != 0 ? kDone : static_cast<ErrorCode>(GetLastError()); }
 

@@ -1,7 +1,8 @@
 #include "findpanel/choices.h"
 
+#include "base/text.h"
 #include "engine/request.h"
-#include "errors/text.h"
+#include "errors/numbers.h"
 #include "switching.h"
 
 #include <optional>
@@ -86,7 +87,7 @@ void Choices::cboxNumberDistanceApart_Change() {
     if (!errors::isNumeric(answer)) {
       distance.Value(engine::kSame);
     } else if (answer.size() <= kDigitsOfMost) {
-      distance.Value(errors::decimal(errors::toInteger(answer)));
+      distance.Value(base::decimal(errors::toInteger(answer)));
     } else {
       distance.Value(kMostUnitsApart);
     }
@@ -101,7 +102,7 @@ void Choices::cboxProcOperation1_Change() {
     const std::int32_t operation = codeOf(form_.get<ComboBox>(u"cboxProcOperation1"));
     if (operation < engine::kNone || operation > engine::kHighlight) return;
     const bool inserts = operation == engine::kInsert;
-    position.Value(inserts ? errors::decimal(engine::kBefore) : u"");
+    position.Value(inserts ? base::decimal(engine::kBefore) : u"");
     switchOn(position, inserts);
     switchOn(form_.get<forms::TextBox>(u"txtTextToEnter"), inserts || operation == engine::kReplace);
     switchOn(form_.get<ComboBox>(u"cboxProcSelection1"), operation != engine::kNone);
@@ -142,7 +143,7 @@ bool Choices::CheckBlockTexts() {
     }
     if (refusal.empty()) return true;
     boxes_.show(refusal, forms::Buttons::ok, u"Pluvorama");
-    place.Value(errors::decimal(engine::kSelection));
+    place.Value(base::decimal(engine::kSelection));
     return false;
   });
 }

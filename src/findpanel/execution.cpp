@@ -1,6 +1,6 @@
 #include "findpanel/execution.h"
 
-#include "errors/text.h"
+#include "errors/numbers.h"
 
 #include <utility>
 

@@ -1,7 +1,8 @@
 #include "findpanel/preview.h"
 
+#include "base/text.h"
 #include "engine/request.h"
-#include "errors/text.h"
+#include "errors/numbers.h"
 #include "sample_text.h"
 
 #include <array>
@@ -116,9 +117,8 @@ std::u16string distanceSentence(const Request& request) {
   if (distance < 0) return u"The beginning and the ending are in the same " + noun + u'.';
   if (distance == 0)
     return u"The beginning and the ending are in the same " + noun + u", or in two that follow each other.";
-  return u"Besides the " + noun + u"s that they stand in, there are no more than " +
-         errors::decimal(distance) + u' ' + noun + (distance == 1 ? u"" : u"s") +
-         u" between the beginning and the ending.";
+  return u"Besides the " + noun + u"s that they stand in, there are no more than " + base::decimal(distance) +
+         u' ' + noun + (distance == 1 ? u"" : u"s") + u" between the beginning and the ending.";
 }
 
 std::u16string joined(const std::vector<std::u16string>& sentences) {
@@ -172,7 +172,7 @@ SampleOperation operationOf(const Request& request) {
   what.operation = request.code(u"cboxProcOperation1");
   what.location = request.code(u"cboxProcSelection1");
   what.place = request.code(u"cboxProcRelativePosition1");
-  what.text = errors::withParagraphMarks(request.text(u"txtTextToEnter"));
+  what.text = base::withParagraphMarks(request.text(u"txtTextToEnter"));
   if (request.ticked(u"chkExtraSpace") || request.keepsExtraSpace()) what.space = u" ";
   if (request.code(u"cboxHighlighters") != 0) what.colour = request.choice(u"cboxHighlighters");
   return what;

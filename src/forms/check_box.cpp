@@ -1,7 +1,7 @@
 #include "forms/check_box.h"
 
 #include "errors/fault.h"
-#include "errors/text.h"
+#include "errors/numbers.h"
 
 namespace pluvo::forms {
 

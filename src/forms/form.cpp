@@ -1,6 +1,6 @@
 #include "forms/form.h"
 
-#include "errors/at_end.h"
+#include "base/at_end.h"
 
 namespace pluvo::forms {
 
@@ -32,7 +32,7 @@ void Form::Visible(bool value) {
 }
 
 void Form::ShowModal() {
-  const errors::AtEnd hidden([this] { visible_ = false; });
+  const base::AtEnd hidden([this] { visible_ = false; });
   visible_ = true;
   host_.runModal(*this);
 }

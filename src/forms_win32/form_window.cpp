@@ -1,6 +1,6 @@
 #include "form_window.h"
 
-#include "errors/at_end.h"
+#include "base/at_end.h"
 #include "forms/default_button.h"
 #include "forms_win32/forms.h"
 #include "text.h"
@@ -112,7 +112,7 @@ void FormWindow::unmake() {
 void FormWindow::show() {
   // What was made for it goes again where not all can be: the next showing begins anew.
   bool isThere = window_ != nullptr;
-  const errors::AtEnd undone([&] {
+  const base::AtEnd undone([&] {
     if (!isThere) unmake();
   });
   if (!isThere) build();
@@ -145,7 +145,7 @@ void FormWindow::hide() {
 void FormWindow::run() {
   // The loop may be one of several, one within the other, of which the innermost deals with all messages.
   ++loops_;
-  const errors::AtEnd ended([this] {
+  const base::AtEnd ended([this] {
     if (--loops_ == 0) hide();
   });
   show();

@@ -1,6 +1,6 @@
 #include "forms_win32/machine.h"
 
-#include "errors/at_end.h"
+#include "base/at_end.h"
 #include "errors/fault.h"
 
 #include <shellapi.h>
@@ -61,7 +61,7 @@ DWORD startOwn(std::wstring line) {
 void Win32Yielding::yield() {
   if (yields_) return;
   yields_ = true;
-  const errors::AtEnd yielded([this] { yields_ = false; });
+  const base::AtEnd yielded([this] { yields_ = false; });
   const ULONGLONG end = GetTickCount64() + kLongestYield;
   MSG message = {};
   while (GetTickCount64() < end && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != 0) {

@@ -1,6 +1,6 @@
 #include "panel.h"
 
-#include "errors/at_end.h"
+#include "base/at_end.h"
 
 #include <algorithm>
 
@@ -25,7 +25,7 @@ Panel::~Panel() {
 void Panel::arrange() {
   if (arranging_ || window_ == nullptr) return;
   arranging_ = true;
-  const errors::AtEnd arranged([this] { arranging_ = false; });
+  const base::AtEnd arranged([this] { arranging_ = false; });
   RECT inside = {};
   GetClientRect(window_, &inside);
   SCROLLINFO bar = {};

@@ -1,6 +1,6 @@
 #include "lists.h"
 
-#include "errors/text.h"
+#include "base/text.h"
 #include "word/enums.h"
 
 #include <cstdint>
@@ -27,7 +27,7 @@ constexpr Colour kColours[] = {
 void fillNumbered(forms::Form& form, const char16_t* name, Texts texts) {
   auto& list = form.get<ComboBox>(name);
   for (const char16_t* text : texts)
-    list.AddItem(text, errors::decimal(static_cast<std::int64_t>(list.ListCount())));
+    list.AddItem(text, base::decimal(static_cast<std::int64_t>(list.ListCount())));
 }
 
 void fillPlain(forms::Form& form, const char16_t* name, Texts texts) {
@@ -46,7 +46,7 @@ void fillLists(forms::Form& form) {
   fillNumbered(form, u"cboxUnitDistanceApart",
                {u"Word(s)", u"Sentence(s)", u"Paragraph(s)", u"Entire Document"});
   auto& colours = form.get<ComboBox>(u"cboxHighlighters");
-  for (const Colour& colour : kColours) colours.AddItem(colour.text, errors::decimal(colour.index));
+  for (const Colour& colour : kColours) colours.AddItem(colour.text, base::decimal(colour.index));
   fillPlain(form, u"cboxLevelsDeep", {u"All", u"1", u"2", u"3", u"4", u"5", u"6", u"7", u"8", u"9"});
 }
 

@@ -1,6 +1,6 @@
 #include "status_line.h"
 
-#include "errors/text.h"
+#include "base/text.h"
 
 #include <algorithm>
 #include <string_view>
@@ -58,8 +58,8 @@ StatusLine::StatusLine(forms::Form& form, multifile::Folders& folders, findpanel
 const std::u16string& StatusLine::path() const { return form_.get<forms::TextBox>(kPath).Text(); }
 
 void StatusLine::tellFile(const std::u16string& path, std::size_t number, std::size_t count) {
-  form_.StatusText(lastName(path) + u", file " + errors::decimal(static_cast<std::int64_t>(number)) +
-                   u" of " + errors::decimal(static_cast<std::int64_t>(count)));
+  form_.StatusText(lastName(path) + u", file " + base::decimal(static_cast<std::int64_t>(number)) + u" of " +
+                   base::decimal(static_cast<std::int64_t>(count)));
 }
 
 void StatusLine::documentsChanged() {
@@ -77,7 +77,7 @@ std::u16string StatusLine::overWhat() const {
                                    : u"No document is open.  Open a document first, or choose a folder.";
   }
   if (listed_ == 0) return u"Execute runs over the files in " + lastName(path());
-  return u"Execute runs over " + errors::decimal(static_cast<std::int64_t>(listed_)) +
+  return u"Execute runs over " + base::decimal(static_cast<std::int64_t>(listed_)) +
          (listed_ == 1 ? u" file in " : u" files in ") + lastName(path());
 }
 

@@ -1,8 +1,8 @@
 #include "multifile/file_driver.h"
 
+#include "base/secret_text.h"
 #include "errors/context.h"
 #include "errors/fault.h"
-#include "errors/secret_text.h"
 #include "host_faults.h"
 #include "letter_case.h"
 #include "multifile/clsSorting.h"
@@ -60,7 +60,7 @@ bool isTemporary(const std::u16string& path, const std::u16string& separator) {
 FileDriver::FileDriver(std::unique_ptr<Folders> folders, PickerMaker makePicker)
     : folders_(std::move(folders)), makePicker_(std::move(makePicker)) {}
 
-FileDriver::~FileDriver() { errors::wipe(protectionPassword_); }
+FileDriver::~FileDriver() { base::wipe(protectionPassword_); }
 
 std::vector<std::u16string> FileDriver::GetFiles(engine::clsProcessFind& engine, bool subFolders,
                                                  std::int16_t depth) {

@@ -1,7 +1,8 @@
 #include "multifile/files_page.h"
 
+#include "base/text.h"
 #include "errors/context.h"
-#include "errors/text.h"
+#include "errors/numbers.h"
 
 #include <utility>
 
@@ -65,7 +66,7 @@ void FilesPage::cmdGetPotentialFiles_Click() {
     ListPotentialFiles();
     if (!isNothing(potentialFiles_)) list.items(potentialFiles_);
     notice.Visible(false);
-    showCount(errors::decimal(static_cast<std::int64_t>(list.ListCount())));
+    showCount(base::decimal(static_cast<std::int64_t>(list.ListCount())));
   });
 }
 

@@ -1,6 +1,6 @@
 #include "multifile/frmPassword.h"
 
-#include "errors/secret_text.h"
+#include "base/secret_text.h"
 
 namespace pluvo::multifile {
 
@@ -33,7 +33,7 @@ bool frmPassword::RetrievePassword(std::u16string& password, const std::optional
     ShowModal();
     const bool proceeded = proceed_;
     if (proceeded) {
-      errors::wipe(password);
+      base::wipe(password);
       password = txtPassword.Text();
     }
     unload();

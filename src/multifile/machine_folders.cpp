@@ -1,7 +1,6 @@
 #ifndef _WIN32
 
-#include "errors/machine_path.h"
-#include "errors/text.h"
+#include "base/names.h"
 #include "multifile/folders.h"
 
 #include <dirent.h>
@@ -99,7 +98,7 @@ class MachineFolders : public Folders {
     std::vector<Found> found;
     std::error_code error;
     {
-      Reading reading(errors::nameBytes(folder));
+      Reading reading(base::nameBytes(folder));
       while (const dirent* entry = reading.next()) {
         const std::string_view name = entry->d_name;
         if (name == "." || name == "..") continue;
@@ -110,19 +109,19 @@ class MachineFolders : public Folders {
     }
     std::ranges::sort(found, {}, &Found::name);
     for (const Found& one : found)
-      visit({errors::nameText(one.name), one.isFolder, false, one.isLink, one.identity});
+      visit({base::nameText(one.name), one.isFolder, false, one.isLink, one.identity});
     return error;
   }
 
   std::u16string resolved(const std::u16string& folder) override {
     std::error_code error;
-    const fs::path path = fs::canonical(errors::machinePath(folder), error);
-    return error ? folder : errors::machineText(path);
+    const fs::path path = fs::canonical(base::machinePath(folder), error);
+    return error ? folder : base::machineText(path);
   }
 
   bool isFolder(const std::u16string& path) override {
     std::error_code error;
-    return fs::is_directory(errors::machinePath(path), error);
+    return fs::is_directory(base::machinePath(path), error);
   }
 
   std::vector<std::u16string> drives() override { return {}; }

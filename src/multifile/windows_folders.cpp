@@ -1,7 +1,6 @@
 #ifdef _WIN32
 
-#include "errors/machine_path.h"
-#include "errors/text.h"
+#include "base/names.h"
 #include "multifile/folders.h"
 
 #include <windows.h>
@@ -14,8 +13,8 @@ namespace pluvo::multifile {
 
 namespace {
 
-using errors::machinePath;
-using errors::machineText;
+using base::machinePath;
+using base::machineText;
 
 /// Closes its search when it goes.
 class Search {
@@ -102,7 +101,7 @@ class WindowsFolders : public Folders {
     // A drive with nothing on it has not even the folder itself.
     if (const DWORD last = GetLastError(); last != ERROR_NO_MORE_FILES && last != ERROR_FILE_NOT_FOUND)
       error.assign(static_cast<int>(last), std::system_category());
-    std::ranges::sort(entries, {}, [](const Entry& entry) { return errors::nameBytes(entry.name); });
+    std::ranges::sort(entries, {}, [](const Entry& entry) { return base::nameBytes(entry.name); });
     return entries;
   }
 };

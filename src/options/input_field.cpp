@@ -1,8 +1,7 @@
 #include "input_field.h"
 
+#include "base/names.h"
 #include "errors/fault.h"
-#include "errors/machine_path.h"
-#include "errors/text.h"
 
 #include <filesystem>
 #include <fstream>
@@ -28,7 +27,7 @@ std::string_view fieldIn(std::string_view bytes) {
 }  // namespace
 
 std::optional<std::u16string> firstInputField(const std::u16string& path) {
-  const std::filesystem::path file = errors::machinePath(path);
+  const std::filesystem::path file = base::machinePath(path);
   std::error_code error;
   if (!std::filesystem::is_regular_file(file, error)) return std::nullopt;
   std::ifstream input(file, std::ios::binary);
@@ -38,7 +37,7 @@ std::optional<std::u16string> firstInputField(const std::u16string& path) {
   if (input.bad()) throw errors::Fault(errors::kPathFileAccess, u"\"" + path + u"\" cannot be read");
   bytes.resize(static_cast<std::size_t>(input.gcount()));
   if (bytes.empty()) throw errors::Fault(errors::kInputPastEnd, u"Input past end of file");
-  return errors::nameText(fieldIn(bytes));
+  return base::nameText(fieldIn(bytes));
 }
 
 }  // namespace pluvo::options

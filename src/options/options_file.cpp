@@ -1,7 +1,7 @@
 #include "options/options_file.h"
 
-#include "errors/data_file.h"
-#include "errors/text.h"
+#include "base/data_file.h"
+#include "base/names.h"
 #include "input_field.h"
 
 #include <algorithm>
@@ -84,8 +84,8 @@ void OptionsFile::save() {
     const std::u16string values = optionsText();
     context_.locationTag = kTag;
     const std::u16string line = reserved0_ + kSeparator + reserved1_ + kSeparator + values;
-    std::ofstream output = errors::openDataFile(path_);
-    output << errors::nameBytes(line) << "\r\n";
+    std::ofstream output = base::openDataFile(path_);
+    output << base::nameBytes(line) << "\r\n";
     output.close();
     if (!output) {
       throw errors::Fault(errors::kPathFileAccess,

@@ -1,7 +1,7 @@
 #include "range.h"
 
+#include "base/text.h"
 #include "errors/fault.h"
-#include "errors/text.h"
 #include "find.h"
 #include "units.h"
 #include "word/faults.h"
@@ -15,7 +15,7 @@ void ComRange::SetRange(std::int32_t start, std::int32_t end) {
 }
 
 void ComRange::Text(const std::u16string& text) {
-  range_.put(L"Text", Arguments().text(errors::withParagraphMarks(text)));
+  range_.put(L"Text", Arguments().text(base::withParagraphMarks(text)));
 }
 
 std::int32_t ComRange::MoveStart(word::WdUnits unit, word::MoveCount count) {
@@ -35,11 +35,11 @@ std::int32_t ComRange::move(const wchar_t* method, word::WdUnits unit, word::Mov
 }
 
 void ComRange::InsertBefore(const std::u16string& text) {
-  range_.call(L"InsertBefore", Arguments().text(errors::withParagraphMarks(text)));
+  range_.call(L"InsertBefore", Arguments().text(base::withParagraphMarks(text)));
 }
 
 void ComRange::InsertAfter(const std::u16string& text) {
-  range_.call(L"InsertAfter", Arguments().text(errors::withParagraphMarks(text)));
+  range_.call(L"InsertAfter", Arguments().text(base::withParagraphMarks(text)));
 }
 
 std::int32_t ComRange::Delete() {

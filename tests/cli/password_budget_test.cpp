@@ -1,3 +1,4 @@
+#include "base/secret_text.h"
 #include "errors/clsErrorLogging.h"
 #include "multifile/frmPassword.h"
 #include "prompt_answers.h"
@@ -18,7 +19,7 @@ TEST(PasswordBudget, EndsTheTryingForADocumentOrTheRun) {
                         {4'000'000, PasswordBudget::kForRun, 2, Spent::document},
                         {100'000, 350'000, 3, Spent::run},
                         {0, 0, 4, Spent::nothing}};
-  std::vector<errors::SecretText> passwords;
+  std::vector<base::SecretText> passwords;
   for (const char16_t* each : {u"a", u"b", u"c", u"d"}) passwords.emplace_back(std::u16string(each));
   for (const Case& it : cases) {
     PasswordBudget run(it.ofRun);

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/utf.h"
 #include "documents/files/scratch.h"
-#include "errors/text.h"
 #include "main_window.h"
 
 #include <QtTest/QtTest>
@@ -144,7 +144,7 @@ class UsedWindow : public testing::Test {
     return *window->current();
   }
   static std::string text(memory::MemoryDocument& document) {
-    return errors::utf8(document.model().text().substring(0, document.model().length()));
+    return base::utf8(document.model().text().substring(0, document.model().length()));
   }
   static std::string text(const OpenDocument& document) { return text(*document.document()); }
   static std::string textInFile(const std::string& path) {
@@ -156,7 +156,7 @@ class UsedWindow : public testing::Test {
     QTest::qWait(100);
   }
   std::string selected(OpenDocument& document) {
-    return errors::utf8(
+    return base::utf8(
         document.document()->model().visibleText(document.document()->selection(), text::View::results));
   }
   void menu(const char* text) {

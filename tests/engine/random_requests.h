@@ -1,7 +1,8 @@
 #pragma once
 
+#include "base/text.h"
+#include "base/utf.h"
 #include "engine/workplace.h"
-#include "errors/text.h"
 
 #include <cstdint>
 #include <random>
@@ -37,7 +38,7 @@ inline Asked randomRequest(Dice& dice) {
   asked.begin = dice.searched(2);
   if (!dice.once(4)) asked.end = dice.searched(1);
   if (!asked.end.empty() && dice.once(3)) asked.inside = dice.searched(1);
-  asked.apart = dice.once(2) ? kSame : errors::decimal(static_cast<std::int64_t>(dice.upTo(3)));
+  asked.apart = dice.once(2) ? kSame : base::decimal(static_cast<std::int64_t>(dice.upTo(3)));
   asked.unit = static_cast<std::int32_t>(dice.upTo(3));
   asked.operation = static_cast<OperationCode>(dice.upTo(4));
   asked.on = static_cast<LocationCode>(dice.upTo(asked.inside.empty() ? asked.end.empty() ? 1 : 2 : 3));
@@ -51,7 +52,7 @@ inline Asked randomRequest(Dice& dice) {
 inline std::string words(const Asked& asked) {
   const auto shown = [](std::u16string text) {
     for (char16_t& c : text) c = c == u'\r' ? u'/' : c == u'\v' ? u'|' : c;
-    return '"' + errors::utf8(text) + "\" ";
+    return '"' + base::utf8(text) + "\" ";
   };
   return shown(asked.begin) + shown(asked.end) + shown(asked.inside) + shown(asked.apart) + "unit " +
          std::to_string(asked.unit) + " operation " + std::to_string(asked.operation) + " on " +

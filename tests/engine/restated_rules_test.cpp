@@ -1,4 +1,5 @@
 #include "engine/random_requests.h"
+#include "errors/numbers.h"
 
 #include <gtest/gtest.h>
 

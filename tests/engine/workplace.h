@@ -1,9 +1,9 @@
 #pragma once
 
+#include "base/utf.h"
 #include "documents/support/notation.h"
 #include "engine/clsProcessFind.h"
 #include "errors/reports.h"
-#include "errors/text.h"
 #include "forms/doubles.h"
 #include "memory/application.h"
 
@@ -70,7 +70,7 @@ class Workplace : public errors::WatchedContext {
   std::string lastSummary() const {
     const std::u16string& summary = context.runSummary;
     const std::size_t line = summary.rfind(u"\r\n");
-    return line == std::u16string::npos ? "" : errors::utf8(summary.substr(line + 2));
+    return line == std::u16string::npos ? "" : base::utf8(summary.substr(line + 2));
   }
 
   forms::ScriptedBoxes boxes;

@@ -1,7 +1,8 @@
+#include "base/names.h"
+#include "base/text.h"
 #include "documents/files/scratch.h"
 #include "errors/clsErrorLogging.h"
 #include "errors/context.h"
-#include "errors/text.h"
 #include "report_text.h"
 
 #include <gtest/gtest.h>
@@ -26,7 +27,7 @@ class Reporter : public testing::Test {
     context.reporter = std::make_shared<clsErrorLogging>(context.currentFault, shown, [] { return u"NOW"; });
     context.stopPreface = u"Stopped.\r\n\r\n";
   }
-  std::u16string log(const char* name) const { return nameText(folder.path(name)); }
+  std::u16string log(const char* name) const { return base::nameText(folder.path(name)); }
 
   files::Scratch folder;
   Shown shown;
@@ -62,10 +63,10 @@ TEST_F(Reporter, WordsAFaultByDetailLevel) {
     addReport(
         fromNames,
         [&](std::u16string_view name) {
-          if (name == u"Number") return decimal(named.number);
+          if (name == u"Number") return base::decimal(named.number);
           if (name == u"Description") return named.description;
           if (name == u"Source") return named.source;
-          return name == u"HelpFile" ? named.helpFile : decimal(named.helpContext);
+          return name == u"HelpFile" ? named.helpFile : base::decimal(named.helpContext);
         },
         level);
     EXPECT_EQ(fromNames, text);

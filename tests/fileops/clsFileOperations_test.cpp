@@ -1,8 +1,9 @@
 #include "fileops/clsFileOperations.h"
 
+#include "base/names.h"
+#include "base/utf.h"
 #include "documents/files/scratch.h"
 #include "errors/reports.h"
-#include "errors/text.h"
 #include "forms/doubles.h"
 
 #include <gtest/gtest.h>
@@ -34,7 +35,7 @@ class ScriptedActions : public FileActions {
 
  private:
   ErrorCode called(const std::u16string& call) {
-    calls.push_back(errors::utf8(call));
+    calls.push_back(base::utf8(call));
     if (results.empty()) return kDone;
     const ErrorCode result = results.front();
     results.pop_front();
@@ -47,7 +48,7 @@ struct Workplace {
       : operations(watched.context, boxes, actions, std::move(separator)) {
     operations.CopyFailed.handledBy(
         [this](ErrorCode error, const std::u16string& from, const std::u16string& to) {
-          events.push_back(std::to_string(error) + ' ' + errors::utf8(from) + ' ' + errors::utf8(to));
+          events.push_back(std::to_string(error) + ' ' + base::utf8(from) + ' ' + base::utf8(to));
         });
   }
 
@@ -159,20 +160,20 @@ TEST(clsFileOperations, WorksOnTheMachinesFiles) {
   const std::string odd = std::string("a") + files::kOddLetter + ".txt";
   scratch.put(odd, "new");
   scratch.put("b.txt", "old and longer");
-  operations.SourcePath(errors::nameText(scratch.path("")));
-  operations.SourceFile(errors::nameText(odd));
-  operations.DestinationPath(errors::nameText(scratch.path("")));
+  operations.SourcePath(base::nameText(scratch.path("")));
+  operations.SourceFile(base::nameText(odd));
+  operations.DestinationPath(base::nameText(scratch.path("")));
   operations.DestinationFile(u"b.txt");
   operations.Copy();
   EXPECT_EQ(scratch.get("b.txt"), "new");
 
-  operations.DestinationPath(errors::nameText(scratch.path("made")));
+  operations.DestinationPath(base::nameText(scratch.path("made")));
   operations.AutoCreateFolders(1);
   operations.Copy();
   EXPECT_EQ(scratch.get("made/b.txt"), "new");
   EXPECT_FALSE(operations.Failures());
 
-  operations.DeletePath(errors::nameText(scratch.path("made")));
+  operations.DeletePath(base::nameText(scratch.path("made")));
   operations.DeleteFolder();
   EXPECT_TRUE(operations.Failures()) << "it is not empty";
   operations.FailuresReset();
@@ -197,7 +198,7 @@ TEST(clsFileOperations, WorksOnTheMachinesFiles) {
 TEST(MachineFileActions, GoDeeperThanWindowsPlainCallsDo) {
   const files::Scratch scratch;
   const auto actions = machineFileActions();
-  std::u16string folder = errors::nameText(scratch.path(""));
+  std::u16string folder = base::nameText(scratch.path(""));
   std::vector<std::u16string> made;
   while (folder.size() < 600) {
     folder += std::u16string(99, u'\u00E4');
@@ -206,7 +207,7 @@ TEST(MachineFileActions, GoDeeperThanWindowsPlainCallsDo) {
     folder += u'/';
   }
   scratch.put("a", "deep down");
-  EXPECT_EQ(actions->copy(errors::nameText(scratch.path("a")), folder + u"a"), kDone);
+  EXPECT_EQ(actions->copy(base::nameText(scratch.path("a")), folder + u"a"), kDone);
   EXPECT_EQ(actions->copy(folder + u"../a", folder + u"b"), ENOENT) << "names are what they are elsewhere";
   EXPECT_EQ(actions->deleteFile(folder + u"a"), kDone);
   for (; !made.empty(); made.pop_back()) EXPECT_EQ(actions->deleteFolder(made.back()), kDone);

@@ -1,3 +1,4 @@
+#include "base/utf.h"
 #include "host/opened_dialog.h"
 
 namespace pluvo::host {
@@ -64,7 +65,7 @@ TEST_F(Choices, AskForADistanceBeyondTheList) {
   for (const auto& [answer, distance] : cases) {
     inputs.answer = answer;
     choose(u"cboxNumberDistanceApart", u"(More...)");
-    EXPECT_EQ(list(u"cboxNumberDistanceApart").Value(), distance) << errors::utf8(answer);
+    EXPECT_EQ(list(u"cboxNumberDistanceApart").Value(), distance) << base::utf8(answer);
   }
   EXPECT_EQ(inputs.prompts.front(), u"Distance apart value.: Please input a value between 1 and 9999.");
   EXPECT_THAT(told(), IsEmpty());
@@ -97,7 +98,7 @@ TEST_F(Choices, SwitchWithTheOperation) {
     type(u"txtTextToEnter", u"kept");
     choose(u"cboxProcOperation1", operation);
     EXPECT_EQ(list(u"cboxProcRelativePosition1").Value().value_or(u"none"), inserts ? u"0" : u"none");
-    EXPECT_EQ(on(dialog()), ons) << errors::utf8(operation);
+    EXPECT_EQ(on(dialog()), ons) << base::utf8(operation);
     if (inserts) choose(u"cboxProcRelativePosition1", u"After");
   }
   EXPECT_EQ(box(u"txtTextToEnter").Text(), u"kept");

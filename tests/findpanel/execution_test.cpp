@@ -1,5 +1,6 @@
 #include "findpanel/execution.h"
 
+#include "base/utf.h"
 #include "errors/reports.h"
 #include "host/opened_dialog.h"
 
@@ -54,7 +55,7 @@ TEST_F(Execution, SendsTheRequestAsItStands) {
     expected.*field = true;
     tick(name);
     execute();
-    EXPECT_EQ(engine.request(), expected) << errors::utf8(name);
+    EXPECT_EQ(engine.request(), expected) << base::utf8(name);
   }
 
   type(u"txtEndText", u"e");
@@ -89,7 +90,7 @@ TEST_F(Execution, NeedsAChoiceInEveryListButThePosition) {
     const std::u16string before = list(name).Text();
     list(name).Text(u"");
     execute();
-    EXPECT_THAT(reported(), ElementsAre("94 FF:20")) << errors::utf8(name);
+    EXPECT_THAT(reported(), ElementsAre("94 FF:20")) << base::utf8(name);
     EXPECT_FALSE(label(u"lblPleaseWait").Visible()) << "the button's own work goes on";
     list(name).Text(before);
   }

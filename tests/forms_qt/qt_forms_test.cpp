@@ -1,4 +1,5 @@
 /// What Qt's forms do besides what forms_shown tests of all.
+#include "base/utf.h"
 #include "errors/fault.h"
 #include "forms_shown/shown_form.h"
 
@@ -291,7 +292,7 @@ TEST(QtLauncher, OpensPagesAndStartsNothing) {
   launcher.launchHidden(u"start http://www.pluvo.example/");
   launcher.launchHidden(u"cmd.exe /c start https://www.pluvo.example/");
   for (const char16_t* other : {u"true", u"start ./true", u"start file:///bin/true"})
-    EXPECT_THROW(launcher.launchHidden(other), errors::Fault) << errors::utf8(other);
+    EXPECT_THROW(launcher.launchHidden(other), errors::Fault) << base::utf8(other);
   EXPECT_THAT(opened, ElementsAre("http://www.pluvo.example/", "https://www.pluvo.example/"));
   try {
     launcher.launchHidden(u"start http://x.example/");

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "errors/text.h"
 #include "forms/doubles.h"
 #include "forms/form.h"
 #include "user.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "errors/text.h"
+#include "base/utf.h"
 #include "forms/form.h"
 #include "forms_win32/boxes.h"
 #include "forms_win32/forms.h"
@@ -63,7 +63,7 @@ class User {
   std::string focused() {
     const forms_win32::Mirror* mirror = forms_win32::mirrorOf(GetFocus());
     if (mirror == nullptr) mirror = forms_win32::mirrorOf(GetParent(GetFocus()));
-    return mirror == nullptr ? "" : errors::utf8(mirror->control().Name());
+    return mirror == nullptr ? "" : base::utf8(mirror->control().Name());
   }
   void type(const std::u16string& text) {
     for (const char16_t letter : text) post(GetFocus(), WM_CHAR, letter, 1);
@@ -139,10 +139,10 @@ class User {
   }
   std::string status() {
     HWND line = FindWindowExW(window(), nullptr, STATUSCLASSNAMEW, nullptr);
-    return IsWindowVisible(line) != 0 ? errors::utf8(forms_win32::textOf(line)) : "-";
+    return IsWindowVisible(line) != 0 ? base::utf8(forms_win32::textOf(line)) : "-";
   }
   std::string title() {
-    return IsWindowVisible(window()) != 0 ? errors::utf8(forms_win32::textOf(window())) : "-";
+    return IsWindowVisible(window()) != 0 ? base::utf8(forms_win32::textOf(window())) : "-";
   }
 
   static void later(std::function<void()> doing) {
@@ -164,7 +164,7 @@ class User {
     if (answer == Answer::yes) button = IDYES;
     if (answer == Answer::no) button = IDNO;
     PostMessageW(box, WM_COMMAND, button, 0);
-    return errors::utf8(says);
+    return base::utf8(says);
   }
   /// Deals with all messages that wait, those that come of them included.
   void settle() {
@@ -195,7 +195,7 @@ class User {
   /// Without the marks of keys.
   static std::string read(const std::u16string& text) {
     std::string read;
-    const std::string marked = errors::utf8(text);
+    const std::string marked = base::utf8(text);
     for (std::size_t at = 0; at < marked.size(); ++at) {
       if (marked[at] == '&') ++at;
       if (at < marked.size()) read += marked[at];
@@ -215,7 +215,7 @@ class User {
       case ControlKind::commandButton:
         return read(text);
       case ControlKind::comboBox:
-        return errors::utf8(text) + " of " + std::to_string(send(shown, CB_GETCOUNT));
+        return base::utf8(text) + " of " + std::to_string(send(shown, CB_GETCOUNT));
       case ControlKind::listBox:
         return rowsOf(shown);
       case ControlKind::multiPage:
@@ -223,7 +223,7 @@ class User {
       default:
         break;
     }
-    return errors::utf8(text);
+    return base::utf8(text);
   }
   static std::string rowsOf(HWND list) {
     std::string rows;
@@ -232,7 +232,7 @@ class User {
       send(list, LB_GETTEXT, row, reinterpret_cast<LPARAM>(text));
       rows += row == 0 ? "" : "|";
       rows += send(list, LB_GETSEL, row) > 0 ? "*" : "";
-      rows += errors::utf8(std::u16string(text, text + lstrlenW(text)));
+      rows += base::utf8(std::u16string(text, text + lstrlenW(text)));
     }
     return rows;
   }

@@ -1,5 +1,7 @@
 /// What Windows' forms do besides what forms_shown tests of all.
-#include "errors/at_end.h"
+#include "base/at_end.h"
+#include "base/names.h"
+#include "base/utf.h"
 #include "errors/fault.h"
 #include "forms_shown/shown_form.h"
 #include "host/frmFAR.h"
@@ -191,18 +193,18 @@ TEST(Win32Launcher, StartsTheSystemsOwnProgramsAndOpensPages) {
   for (const char* name : {"cmd.exe", "start.exe", "other.exe"}) planted.put(name, "MZ");
   const auto before = std::filesystem::current_path();
   std::filesystem::current_path(planted.path(""));
-  const errors::AtEnd back([&] { std::filesystem::current_path(before); });
+  const base::AtEnd back([&] { std::filesystem::current_path(before); });
   std::vector<std::string> opened;
   forms_win32::Win32Launcher launcher([&](const std::u16string& page) {
-    opened.push_back(errors::utf8(page));
+    opened.push_back(base::utf8(page));
     return opened.size() == 1 ? 0UL : 1155UL;
   });
   launcher.launchHidden(u"start http://www.pluvo.example/");
   for (const char16_t* wrong :
        {u"start http://x.example/", u"start start.exe", u"other.exe /c", u".\\cmd.exe /c"})
-    EXPECT_THROW(launcher.launchHidden(wrong), errors::Fault) << errors::utf8(wrong);
+    EXPECT_THROW(launcher.launchHidden(wrong), errors::Fault) << base::utf8(wrong);
   EXPECT_THAT(opened, ElementsAre("http://www.pluvo.example/", "http://x.example/"));
-  launcher.launchHidden(u"cmd.exe /c mkdir \"" + errors::nameText(scratch.path("made")) + u"\"");
+  launcher.launchHidden(u"cmd.exe /c mkdir \"" + base::nameText(scratch.path("made")) + u"\"");
   for (int wait = 0; wait < 200 && scratch.names().empty(); ++wait) Sleep(50);
   EXPECT_THAT(scratch.names(), ElementsAre("made"));
 }
@@ -241,7 +243,7 @@ std::vector<std::string> cutOff(const User& user) {
                           place.top >= around.top && place.bottom <= around.bottom;
       if (!inside || !showsItsText(widget, place) || width < mirror.leastWidth() ||
           place.bottom - place.top < mirror.leastHeightFor(width))
-        faults.push_back(errors::utf8(control->Name()));
+        faults.push_back(base::utf8(control->Name()));
     }
   }
   return faults;

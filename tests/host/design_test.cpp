@@ -1,4 +1,4 @@
-#include "errors/text.h"
+#include "base/utf.h"
 #include "opened_dialog.h"
 
 #include <map>
@@ -32,8 +32,8 @@ std::string shownOf(const forms::Control& control) {
     kind += " default";
   if (!control.Enabled()) kind += " off";
   if (!control.Visible()) kind += " hidden";
-  return errors::utf8(control.Name()) + '|' + kind + '|' + errors::utf8(text) + '|' +
-         errors::utf8(control.ControlTipText()) + '\n';
+  return base::utf8(control.Name()) + '|' + kind + '|' + base::utf8(text) + '|' +
+         base::utf8(control.ControlTipText()) + '\n';
 }
 
 class Design : public testing::Test, protected OpenedDialog {
@@ -52,7 +52,7 @@ TEST_F(Design, ShowsTheTextsOfTheManual) {
   std::string shown;
   std::string counts;
   for (const auto& page : pages()) {
-    counts += errors::utf8(page->Name() + u'|' + page->Caption() + u'|' + page->ControlTipText()) + ' ' +
+    counts += base::utf8(page->Name() + u'|' + page->Caption() + u'|' + page->ControlTipText()) + ' ' +
               std::to_string(page->controls().size()) + '\n';
     for (const forms::Control* control : page->controls()) shown += shownOf(*control);
   }
@@ -95,12 +95,12 @@ TEST_F(Design, GivesEveryControlAPlaceOfItsOwn) {
     std::map<std::pair<int, int>, std::u16string> taken;
     for (const forms::Control* control : page->controls()) {
       const forms::Cell cell = control->Cell();
-      EXPECT_GT(cell.columns, 0) << errors::utf8(control->Name());
-      EXPECT_LE(cell.column + cell.columns, 12) << errors::utf8(control->Name());
+      EXPECT_GT(cell.columns, 0) << base::utf8(control->Name());
+      EXPECT_LE(cell.column + cell.columns, 12) << base::utf8(control->Name());
       for (int row = cell.row; row < cell.row + cell.rows; ++row) {
         for (int column = cell.column; column < cell.column + cell.columns; ++column) {
           EXPECT_TRUE(taken.try_emplace({row, column}, control->Name()).second)
-              << errors::utf8(control->Name()) << " lies over " << errors::utf8(taken[{row, column}]);
+              << base::utf8(control->Name()) << " lies over " << base::utf8(taken[{row, column}]);
         }
       }
     }
@@ -122,7 +122,7 @@ TEST_F(Design, HasTheTabKeyFollowTheEye) {
       return std::tuple(halves && cell.row == 12, halves && cell.column >= 6, cell.row, cell.column);
     };
     std::ranges::stable_sort(stops, {}, [](const forms::Control* control) { return control->TabIndex(); });
-    EXPECT_TRUE(std::ranges::is_sorted(stops, {}, place)) << errors::utf8(page->Name());
+    EXPECT_TRUE(std::ranges::is_sorted(stops, {}, place)) << base::utf8(page->Name());
   }
 }
 
@@ -140,8 +140,8 @@ TEST_F(Design, FillsTheListsOnce) {
   for (const auto& [name, expected] : cases) {
     std::string rows;
     for (const auto& [text, code] : list(name).rows())
-      rows += ' ' + errors::utf8(text) + (code.empty() ? "" : '=' + errors::utf8(code));
-    EXPECT_EQ(rows, expected) << errors::utf8(name);
+      rows += ' ' + base::utf8(text) + (code.empty() ? "" : '=' + base::utf8(code));
+    EXPECT_EQ(rows, expected) << base::utf8(name);
   }
 }
 

@@ -1,8 +1,9 @@
 #pragma once
 
+#include "base/names.h"
+#include "base/utf.h"
 #include "documents/files/scratch.h"
 #include "documents/support/notation.h"
-#include "errors/text.h"
 #include "forms/doubles.h"
 #include "host/clsOpenPLUVO.h"
 #include "memory/application.h"
@@ -48,7 +49,7 @@ struct ScriptedYielding final : forms::Yielding {
 /// A system on which some programs can be started.
 struct ScriptedLauncher final : forms::Launcher {
   void launchHidden(const std::u16string& commandLine) override {
-    tried.push_back(errors::utf8(commandLine));
+    tried.push_back(base::utf8(commandLine));
     if (startable.empty() || !commandLine.starts_with(startable)) throw errors::Fault(53, u"File not found");
   }
   std::u16string startable;
@@ -74,7 +75,7 @@ class OpenedDialog {
     forms.user = [this](forms::Form& form) { sees(form); };
   }
 
-  static std::u16string u16(const std::string& path) { return errors::nameText(path); }
+  static std::u16string u16(const std::string& path) { return base::nameText(path); }
 
   /// Whether documents are opened from files here; where they are not, that is another word processor's.
 #if __has_include("store/opener.h")
@@ -128,17 +129,17 @@ class OpenedDialog {
       list(name).choose(row);
       return;
     }
-    ADD_FAILURE() << "no row " << errors::utf8(text);
+    ADD_FAILURE() << "no row " << base::utf8(text);
   }
   void tick(const char16_t* name, bool value = true) { check(name).tick(value); }
   void press(const char16_t* name) { forms::press(dialog(), name); }
-  std::string display() { return errors::utf8(box(u"txtOperationDisplay").Text()); }
+  std::string display() { return base::utf8(box(u"txtOperationDisplay").Text()); }
 
   /// "text | title" of what was shown since the last time.
   std::vector<std::string> told() {
     std::vector<std::string> texts;
     for (const auto& box : std::exchange(boxes.shown, {}))
-      texts.push_back(errors::utf8(box.text) + " | " + errors::utf8(box.title.value_or(u"")));
+      texts.push_back(base::utf8(box.text) + " | " + base::utf8(box.title.value_or(u"")));
     return texts;
   }
   /// "number tag" of the reports shown since the last time.
@@ -163,7 +164,7 @@ class OpenedDialog {
   /// What the user does about another form that waits.
   std::function<void(forms::Form&)> answers = [this](forms::Form& form) {
     if (auto* stats = dynamic_cast<forms::Label*>(form.control(u"lblStats")))
-      statistics.push_back(errors::utf8(stats->Caption()));
+      statistics.push_back(base::utf8(stats->Caption()));
     forms::press(form, u"cmdContinue");
   };
   std::vector<std::string> statistics;

@@ -1,3 +1,4 @@
+#include "base/utf.h"
 #include "opened_dialog.h"
 
 #include <set>
@@ -93,7 +94,7 @@ class Status : public testing::Test, protected OpenedDialog {};
 TEST_F(Status, TellsOverWhatARunGoes) {
   folder.put("letters/a.txt", "x");
   folder.put("letters/b.txt", "x");
-  const auto status = [&] { return errors::utf8(dialog().StatusText()); };
+  const auto status = [&] { return base::utf8(dialog().StatusText()); };
   open([&] {
     EXPECT_EQ(status(), "No document is open.  Open a document first, or choose a folder.");
     document("a¶");
@@ -168,7 +169,7 @@ TEST_F(Links, OpenWhatIsBuiltForThem) {
   restart(built);
   const auto text = [&] {
     const auto document = word->ActiveDocument();
-    return errors::utf8(document->StoryRanges(word::wdMainTextStory)->Text());
+    return base::utf8(document->StoryRanges(word::wdMainTextStory)->Text());
   };
   open([&] {
     label(u"lblReadMe").press();

@@ -1,5 +1,6 @@
 #include "both_ways.h"
 
+#include "base/utf.h"
 #include "engine/random_requests.h"
 
 #include <deque>
@@ -28,7 +29,7 @@ std::vector<std::u16string> pass(const std::shared_ptr<word::Application>& appli
   place.engine.ExtraSpaceSetting(task.extraSpace);
   place.pass(task.asked);
   for (const auto& box : place.boxes.shown) said.push_back(box.title.value_or(u"") + u": " + box.text);
-  for (const std::string& report : place.reports) said.push_back(errors::utf16(report));
+  for (const std::string& report : place.reports) said.push_back(base::utf16(report));
   said.push_back(place.context.runSummary);
   return said;
 }
@@ -65,14 +66,14 @@ Outcome inWord(const WordSession& word, const Task& task) {
 }
 
 std::string words(const Outcome& outcome) {
-  std::string all = errors::utf8(outcome.text) + "\n" + errors::utf8(outcome.highlights);
-  for (const auto& line : outcome.said) all += "\n" + errors::utf8(line);
+  std::string all = base::utf8(outcome.text) + "\n" + base::utf8(outcome.highlights);
+  for (const auto& line : outcome.said) all += "\n" + base::utf8(line);
   return all;
 }
 
 std::string words(const Task& task) {
   const engine::Asked& asked = task.asked;
-  return errors::utf8(task.text) + '\n' + engine::words(asked) + "words " + std::to_string(asked.wholeWords) +
+  return base::utf8(task.text) + '\n' + engine::words(asked) + "words " + std::to_string(asked.wholeWords) +
          " case " + std::to_string(asked.matchCase) + " lift " + std::to_string(asked.lift) + " confirm " +
          std::to_string(asked.confirm) + " space " + std::to_string(task.extraSpace) + " seed " +
          std::to_string(task.seed);

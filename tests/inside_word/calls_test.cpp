@@ -1,3 +1,4 @@
+#include "base/utf.h"
 #include "engine/workplace.h"
 #include "word_stand_in/word_session.h"
 
@@ -15,7 +16,7 @@ TEST(Calls, LeaveWordAsItWas) {
   for (const char16_t* refused : {u"nothing", u"put Range.Text", u"call Find.Execute",
                                   u"get Application.ActiveDocument", u"put Find.Text", u"get Range.Start",
                                   u"put Application.ScreenUpdating", u"put Options.SmartCutPaste"}) {
-    SCOPED_TRACE(errors::utf8(refused));
+    SCOPED_TRACE(base::utf8(refused));
     const auto document = WordSession::document(u"one one");
     WordSession::calls().refuse(refused, 4605, 2);
     engine::Workplace place(word.word());

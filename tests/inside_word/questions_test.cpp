@@ -1,3 +1,4 @@
+#include "base/utf.h"
 #include "engine/workplace.h"
 #include "multifile/file_driver.h"
 #include "multifile/scripted_folders.h"
@@ -38,7 +39,7 @@ class FileRun {
   std::vector<std::string> run() {
     work.engine.MultiPLUVO({u"C:\\f\\one.doc", u"C:\\f\\two.doc"});
     std::vector<std::string> heard;
-    for (const auto& box : work.boxes.shown) heard.push_back(errors::utf8(box.title.value_or(u"")));
+    for (const auto& box : work.boxes.shown) heard.push_back(base::utf8(box.title.value_or(u"")));
     heard.insert(heard.end(), work.reports.begin(), work.reports.end());
     return heard;
   }

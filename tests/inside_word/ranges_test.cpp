@@ -1,3 +1,4 @@
+#include "base/utf.h"
 #include "both_ways.h"
 #include "engine/random_requests.h"
 #include "errors/fault.h"
@@ -33,19 +34,19 @@ class Twins {
     for (std::size_t i = 0; i < 2; ++i) told_[i] = perform(*ranges_[i], what, step);
     return std::to_string(what) + " " + std::to_string(step.from) + "-" + std::to_string(step.to) + " unit " +
            std::to_string(step.unit) + " count " + std::to_string(step.count) + " \"" +
-           errors::utf8(step.text) + "\"";
+           base::utf8(step.text) + "\"";
   }
   std::string told(std::size_t i) {
     word::Range& range = *ranges_[i];
     std::string all = told_[i] + "; " + std::to_string(range.Start()) + "-" + std::to_string(range.End()) +
-                      " \"" + errors::utf8(range.Text()) + "\"";
+                      " \"" + base::utf8(range.Text()) + "\"";
     for (const std::int32_t count : {range.Characters().Count(), range.Words().Count(),
                                      range.Sentences().Count(), range.Paragraphs().Count()}) {
       all += " " + std::to_string(count);
     }
     const std::u16string text =
         i == 0 ? memory_->model().text().substring(0, memory_->model().length()) : inWord_->allText();
-    return all + " in \"" + errors::utf8(text) + "\"";
+    return all + " in \"" + base::utf8(text) + "\"";
   }
 
  private:

@@ -1,8 +1,9 @@
 #include "multifile/clsDirParsing.h"
 
+#include "base/names.h"
+#include "base/utf.h"
 #include "documents/files/scratch.h"
 #include "errors/reports.h"
-#include "errors/text.h"
 #include "multifile/mask.h"
 #include "scripted_folders.h"
 
@@ -30,16 +31,16 @@ struct Scan {
 
 std::string joined(const std::vector<std::u16string>& paths) {
   std::string text;
-  for (const std::u16string& path : paths) text += (text.empty() ? "" : " ") + errors::nameBytes(path);
+  for (const std::u16string& path : paths) text += (text.empty() ? "" : " ") + base::nameBytes(path);
   return text;
 }
 
 std::string scan(Folders& folders, const Scan& asked) {
   errors::WatchedContext watched;
-  clsDirParsing scanner(watched.context, folders, errors::nameText(asked.separator));
-  scanner.RootDirectory(errors::nameText(asked.root));
-  scanner.MasksCSstr(errors::nameText(asked.masks));
-  EXPECT_EQ(errors::nameBytes(scanner.MasksCSstr()), asked.masks);
+  clsDirParsing scanner(watched.context, folders, base::nameText(asked.separator));
+  scanner.RootDirectory(base::nameText(asked.root));
+  scanner.MasksCSstr(base::nameText(asked.masks));
+  EXPECT_EQ(base::nameBytes(scanner.MasksCSstr()), asked.masks);
   scanner.DirectoriesDeep(asked.depth);
   scanner.ProcessSubDirectories(asked.subFolders);
   scanner.ProcessItems();
@@ -66,11 +67,11 @@ TEST(Mask, ReadsAsOnWindows) {
                {"\xC3\x89t\xC3\xA9.*", {"\xC3\xA9T\xC3\x89.txt"}, {"ete.txt"}},
                {"[a].(b)", {"[a].(b)"}, {"a.b"}}};
   for (const auto& [text, taken, left] : cases) {
-    const Mask mask(errors::nameText(text));
+    const Mask mask(base::nameText(text));
     for (const std::string& name : taken)
-      EXPECT_TRUE(mask.matches(errors::nameText(name))) << text << ' ' << name;
+      EXPECT_TRUE(mask.matches(base::nameText(name))) << text << ' ' << name;
     for (const std::string& name : left)
-      EXPECT_FALSE(mask.matches(errors::nameText(name))) << text << ' ' << name;
+      EXPECT_FALSE(mask.matches(base::nameText(name))) << text << ' ' << name;
   }
 }
 
@@ -194,8 +195,8 @@ TEST(clsDirParsing, ScansTheMachinesFolders) {
   EXPECT_EQ(found, "a.TXT b.txt lost.txt " + linked + odd + "/" + files::kOddLetter + ".txt s/t/c.txt");
 
   std::filesystem::permissions(scratch.at("s"), std::filesystem::perms::none);
-  folders->forEachEntry(errors::nameText(scratch.path("missing")),
-                        [](const Entry& entry) { ADD_FAILURE() << errors::utf8(entry.name); });
+  folders->forEachEntry(base::nameText(scratch.path("missing")),
+                        [](const Entry& entry) { ADD_FAILURE() << base::utf8(entry.name); });
   std::filesystem::permissions(scratch.at("s"), std::filesystem::perms::owner_all);
 }
 
@@ -209,7 +210,7 @@ TEST(clsDirParsing, KnowsFilesUnderSeveralNames) {
   const auto folders = machineFolders();
   errors::WatchedContext watched;
   clsDirParsing scanner(watched.context, *folders, u"/");
-  scanner.RootDirectory(errors::nameText(scratch.path("")));
+  scanner.RootDirectory(base::nameText(scratch.path("")));
   scanner.MasksCSstr(u"");
   scanner.ProcessItems();
   const auto& known = scanner.identities();

@@ -1,3 +1,4 @@
+#include "base/utf.h"
 #include "file_run.h"
 
 #include <gmock/gmock.h>
@@ -241,8 +242,8 @@ TEST(GetFiles, TakesTheKinOfAMaskAndNoOther) {
     run.engine().Masks(each.masks);
     std::string found;
     for (const std::u16string& file : run.engine().GetFiles(false, 1))
-      found += (found.empty() ? "" : " ") + errors::utf8(file).substr(5);
-    EXPECT_EQ(found, each.found) << errors::utf8(each.masks);
+      found += (found.empty() ? "" : " ") + base::utf8(file).substr(5);
+    EXPECT_EQ(found, each.found) << base::utf8(each.masks);
   }
 }
 

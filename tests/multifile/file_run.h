@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/names.h"
+#include "base/utf.h"
 #include "engine/frmProcessing.h"
 #include "engine/workplace.h"
 #include "multifile/file_driver.h"
@@ -47,7 +49,7 @@ class FileRun : private engine::PassObserver {
     std::vector<std::u16string> paths;
     for (const std::string& name : names) {
       file(name);
-      paths.push_back(errors::nameText(path(name)));
+      paths.push_back(base::nameText(path(name)));
     }
     return paths;
   }
@@ -83,10 +85,10 @@ class FileRun : private engine::PassObserver {
     const auto password = typed.front();
     typed.pop_front();
     story.push_back("password " + password.value_or("none"));
-    if (password) form.get<forms::TextBox>(u"txtPassword").Text(errors::utf16(*password));
+    if (password) form.get<forms::TextBox>(u"txtPassword").Text(base::utf16(*password));
     forms::press(form, password ? u"cmdProceed" : u"cmdCancel");
   }
-  std::string asked() { return errors::utf8(work.boxes.shown.back().title.value_or(u"")); }
+  std::string asked() { return base::utf8(work.boxes.shown.back().title.value_or(u"")); }
 
   Answer operated(const engine::Block&, const errors::Fault*) override {
     story.push_back("replaced in " + word.open.back()->name());

@@ -1,3 +1,4 @@
+#include "base/utf.h"
 #include "host/opened_dialog.h"
 #include "multifile/frmDirectoryBrowser.h"
 #include "scripted_folders.h"
@@ -13,7 +14,7 @@ using testing::ElementsAre;
 std::string rowsOf(const forms::ListBox& list) {
   std::string rows;
   for (std::size_t row = 0; row < list.ListCount(); ++row)
-    rows += (row == 0 ? "" : ",") + errors::utf8(list.List(row));
+    rows += (row == 0 ? "" : ",") + base::utf8(list.List(row));
   return rows;
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "errors/text.h"
+#include "base/names.h"
 #include "multifile/folders.h"
 
 #include <map>
@@ -25,7 +25,7 @@ class ScriptedFolders : public Folders {
   void hide(const std::string& path) { entries_.at(path).isHidden = true; }
 
   std::error_code forEachEntry(const std::u16string& folder, const Visit& visit) override {
-    const std::string real = errors::nameBytes(resolved(folder));
+    const std::string real = base::nameBytes(resolved(folder));
     for (const auto& [path, entry] : entries_) {
       if (path != real && path.substr(0, path.rfind(separator_)) == real) visit(entry);
     }
@@ -33,7 +33,7 @@ class ScriptedFolders : public Folders {
   }
 
   std::u16string resolved(const std::u16string& folder) override {
-    std::string path = errors::nameBytes(folder);
+    std::string path = base::nameBytes(folder);
     if (path.ends_with(separator_)) path.pop_back();
     std::string real;
     for (std::size_t at = 0; at != std::string::npos;) {
@@ -43,11 +43,11 @@ class ScriptedFolders : public Folders {
       if (link != links_.end()) real = link->second;
       at = end;
     }
-    return errors::nameText(real);
+    return base::nameText(real);
   }
 
   bool isFolder(const std::u16string& path) override {
-    const auto entry = entries_.find(errors::nameBytes(resolved(path)));
+    const auto entry = entries_.find(base::nameBytes(resolved(path)));
     return entry != entries_.end() && entry->second.isFolder;
   }
 
@@ -59,7 +59,7 @@ class ScriptedFolders : public Folders {
   /// A drive, and the root, lie nowhere.
   void add(const std::string& path, bool isFolder) {
     const std::size_t at = path.rfind(separator_);
-    entries_.try_emplace(path, Entry{errors::nameText(path.substr(at + 1)), isFolder});
+    entries_.try_emplace(path, Entry{base::nameText(path.substr(at + 1)), isFolder});
     if (at != std::string::npos) add(path.substr(0, at), true);
   }
 

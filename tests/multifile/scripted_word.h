@@ -1,8 +1,9 @@
 #pragma once
 
+#include "base/names.h"
+#include "base/utf.h"
 #include "documents/support/notation.h"
 #include "errors/fault.h"
-#include "errors/text.h"
 #include "memory/application.h"
 #include "word/faults.h"
 #include "word/word_processor.h"
@@ -59,10 +60,10 @@ class ScriptedDocument : public word::Document, public std::enable_shared_from_t
     return sample_.document->Range(start, end);
   }
   std::shared_ptr<word::Window> ActiveWindow() override { return sample_.document->ActiveWindow(); }
-  std::u16string Name() override { return errors::nameText(name()); }
+  std::u16string Name() override { return base::nameText(name()); }
   std::u16string Path() override {
     read("path");
-    return errors::nameText(path_.substr(0, path_.rfind('\\')));
+    return base::nameText(path_.substr(0, path_.rfind('\\')));
   }
   void Activate() override {
     called("activate");
@@ -70,16 +71,16 @@ class ScriptedDocument : public word::Document, public std::enable_shared_from_t
     script_.open.push_back(shared_from_this());
   }
   bool ReadOnly() override { return read("readonly"), file_.readOnly; }
-  void WritePassword(const std::u16string& password) override { called("clear", errors::utf8(password)); }
+  void WritePassword(const std::u16string& password) override { called("clear", base::utf8(password)); }
   word::WdProtectionType ProtectionType() override { return read("protection"), file_.protection; }
   void Unprotect(const std::u16string& password) override {
-    called("unprotect", errors::utf8(password));
-    if (errors::utf8(password) != file_.password)
+    called("unprotect", base::utf8(password));
+    if (base::utf8(password) != file_.password)
       throw errors::Fault(word::kProtectionPasswordWrong, u"The password is incorrect.");
     file_.protection = word::wdNoProtection;
   }
   void Protect(word::WdProtectionType type, const std::u16string& password) override {
-    called("protect", std::to_string(type) + ' ' + errors::utf8(password));
+    called("protect", std::to_string(type) + ' ' + base::utf8(password));
     file_.protection = type;
   }
   std::shared_ptr<word::Range> StoryRanges(word::WdStoryType story) override {
@@ -135,7 +136,7 @@ class ScriptedWord : public word::Application, public word::Documents, public Sc
     return open.at(static_cast<std::size_t>(index) - 1);
   }
   std::shared_ptr<word::Document> Open(const std::u16string& fileName) override {
-    const std::string path = errors::nameBytes(fileName);
+    const std::string path = base::nameBytes(fileName);
     called("open " + path.substr(path.rfind('\\') + 1));
     const auto file = files.find(path);
     if (file == files.end()) throw errors::Fault(word::kFileNotFound, u"There is no such file.");

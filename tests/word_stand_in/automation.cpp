@@ -1,7 +1,7 @@
 #include "automation.h"
 
+#include "base/text.h"
 #include "call_book.h"
-#include "errors/text.h"
 
 #include <algorithm>
 #include <new>
@@ -22,7 +22,7 @@ std::u16string textOf(BSTR string) { return {string, string + SysStringLen(strin
 std::u16string quoted(const std::u16string& text) {
   std::u16string all;
   for (const char16_t unit : text) {
-    all += unit < u' ' ? u"<" + errors::decimal(unit) + u">" : std::u16string(1, unit);
+    all += unit < u' ' ? u"<" + base::decimal(unit) + u">" : std::u16string(1, unit);
   }
   return u"\"" + all + u"\"";
 }
@@ -30,17 +30,17 @@ std::u16string quoted(const std::u16string& text) {
 std::u16string words(const VARIANT& variant) {
   switch (variant.vt) {
     case VT_I4:
-      return u"VT_I4 " + errors::decimal(variant.lVal);
+      return u"VT_I4 " + base::decimal(variant.lVal);
     case VT_BYREF | VT_I2:
-      return u"VT_BYREF|VT_I2 " + errors::decimal(*variant.piVal);
+      return u"VT_BYREF|VT_I2 " + base::decimal(*variant.piVal);
     case VT_BOOL:
-      return u"VT_BOOL " + errors::decimal(variant.boolVal);
+      return u"VT_BOOL " + base::decimal(variant.boolVal);
     case VT_BSTR:
       return u"VT_BSTR " + quoted(textOf(variant.bstrVal));
     case VT_ERROR:
       return variant.scode == DISP_E_PARAMNOTFOUND ? u"missing" : u"VT_ERROR";
     default:
-      return u"VT_" + errors::decimal(variant.vt);
+      return u"VT_" + base::decimal(variant.vt);
   }
 }
 
@@ -57,7 +57,7 @@ bool isNamed(const Member& member, std::u16string_view name) {
 }  // namespace
 
 errors::Fault refusal(std::int32_t number) {
-  return {number, u"Word's error " + errors::decimal(number), u"Microsoft Word"};
+  return {number, u"Word's error " + base::decimal(number), u"Microsoft Word"};
 }
 
 Value::Value(std::int32_t number) : Value() {

@@ -1,4 +1,4 @@
-#include "errors/text.h"
+#include "base/text.h"
 #include "model/content_builder.h"
 #include "model/model.h"
 #include "open_document.h"
@@ -18,7 +18,7 @@ bool beginsRow(std::u16string_view rest) {
 }  // namespace
 
 model::Content documentContent(const std::u16string& text) {
-  std::u16string units = errors::withParagraphMarks(text);
+  std::u16string units = base::withParagraphMarks(text);
   if (units.empty() || units.back() != kParagraphMark) units += kParagraphMark;
 
   model::ContentBuilder builder;

@@ -1,7 +1,7 @@
 #include "open_document.h"
 
 #include "automation.h"
-#include "errors/text.h"
+#include "base/text.h"
 #include "word/faults.h"
 
 #include <algorithm>
@@ -100,7 +100,7 @@ std::u16string highlights(const model::Model& model) {
   for (const auto& run : model.highlight().runs()) {
     if (run.value == 0) continue;
     if (!all.empty()) all += u' ';
-    all += errors::decimal(run.value) + u":" + errors::decimal(run.from) + u"-" + errors::decimal(run.to);
+    all += base::decimal(run.value) + u":" + base::decimal(run.from) + u"-" + base::decimal(run.to);
   }
   return all;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "errors/text.h"
+#include "base/utf.h"
 #include "objects.h"
 #include "word_com/application.h"
 
@@ -34,7 +34,7 @@ class WordSession {
   /// What Word was asked, a line a call.
   static std::vector<std::string> lines() {
     std::vector<std::string> all;
-    for (const auto& line : calls().lines()) all.push_back(errors::utf8(line));
+    for (const auto& line : calls().lines()) all.push_back(base::utf8(line));
     return all;
   }
   static std::string log() {

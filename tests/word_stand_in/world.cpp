@@ -1,6 +1,6 @@
 #include "world.h"
 
-#include "errors/text.h"
+#include "base/utf.h"
 #include "objects.h"
 #include "word/faults.h"
 
@@ -130,12 +130,12 @@ void World::show(const std::u16string& title) {
 std::optional<std::u16string> readFile(const std::u16string& path) {
   std::ifstream file(std::filesystem::path(path), std::ios::binary);
   if (!file) return std::nullopt;
-  return errors::utf16(std::string(std::istreambuf_iterator<char>(file), {}));
+  return base::utf16(std::string(std::istreambuf_iterator<char>(file), {}));
 }
 
 bool writeFile(const std::u16string& path, const std::u16string& text) {
   std::string bytes;
-  for (const char unit : errors::utf8(text)) bytes += unit == '\r' ? "\r\n" : std::string(1, unit);
+  for (const char unit : base::utf8(text)) bytes += unit == '\r' ? "\r\n" : std::string(1, unit);
   std::ofstream file(std::filesystem::path(path), std::ios::binary | std::ios::trunc);
   file << bytes << std::flush;
   return file.good();

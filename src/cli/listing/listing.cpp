@@ -1,7 +1,7 @@
 #include "listing/listing.h"
 
+#include "base/names.h"
 #include "errors/context.h"
-#include "errors/text.h"
 #include "listing/names_from.h"
 #include "listing/tree_folders.h"
 #include "multifile/clsDirParsing.h"
@@ -115,7 +115,7 @@ class Lister {
 
   void addTree(const std::string& root) {
     const std::string base = root.back() == '/' ? root : root + "/";
-    const std::u16string baseText = errors::nameText(base);
+    const std::u16string baseText = base::nameText(base);
     TreeFolders folders(system_, selection_, baseText.size(), avoided_, listing_);
     errors::Context context;
     multifile::clsDirParsing scanner(context, folders, u"/");
@@ -135,7 +135,7 @@ class Lister {
 
   void addFound(const std::u16string& item, const std::optional<Identity>& identity, const std::string& tree,
                 std::size_t baseLength) {
-    std::string path = errors::nameBytes(item);
+    std::string path = base::nameBytes(item);
     const std::u16string_view below = std::u16string_view(item).substr(baseLength);
     const auto& types = selection_.types;
     const auto& masks = selection_.masks;
@@ -145,9 +145,9 @@ class Lister {
       return leaveOut(path, "kind not asked for");
     if (isAttributesFile(path)) return leaveOut(path, kAttributesFile);
     std::string place = tree;
-    place += errors::nameBytes(below);
+    place += base::nameBytes(below);
     NamedDocument document{path, place, {}};
-    if (!selection_.follow) document.folderLength = path.size() - errors::nameBytes(below).size();
+    if (!selection_.follow) document.folderLength = path.size() - base::nameBytes(below).size();
     try {
       // To ask for every file would take longer than all else.
       if (identity && !selection_.newerThan) return addFile(std::move(document), *identity, {});

@@ -1,6 +1,6 @@
 #include "listing/path_mask.h"
 
-#include "errors/text.h"
+#include "base/names.h"
 #include "usage_error.h"
 
 #include <algorithm>
@@ -45,7 +45,7 @@ PathMask::PathMask(std::string_view text, std::string_view option) {
     if (step == "**") {
       steps_.emplace_back(std::nullopt);
     } else {
-      steps_.emplace_back(multifile::Mask(errors::nameText(step)));
+      steps_.emplace_back(multifile::Mask(base::nameText(step)));
     }
   }
   if (steps_.empty()) refuse(option, text, kNoFolderItself);

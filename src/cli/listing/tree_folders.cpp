@@ -1,6 +1,7 @@
 #include "listing/tree_folders.h"
 
-#include "errors/text.h"
+#include "base/names.h"
+#include "base/utf.h"
 
 #include <algorithm>
 #include <system_error>
@@ -22,13 +23,13 @@ std::error_code TreeFolders::forEachEntry(const std::u16string& folder, const Vi
 }
 
 std::vector<multifile::Entry> TreeFolders::read(const std::u16string& folder) {
-  const std::string path = errors::nameBytes(folder);
+  const std::string path = base::nameBytes(folder);
   std::vector<multifile::Entry> entries;
   bool any = false;
   const std::error_code error = machine_->forEachEntry(folder, [&](const multifile::Entry& entry) {
     any = true;
     if (const std::string_view reason = reasonToLeaveOut(folder, entry); !reason.empty()) {
-      listing_.leftOut.push_back({path + errors::nameBytes(entry.name), reason});
+      listing_.leftOut.push_back({path + base::nameBytes(entry.name), reason});
     } else {
       entries.push_back(entry);
     }
@@ -40,8 +41,8 @@ std::vector<multifile::Entry> TreeFolders::read(const std::u16string& folder) {
 /// One call instead of one for each step of the path.
 std::u16string TreeFolders::resolved(const std::u16string& folder) {
   try {
-    const files::Stamp stamp = system_.statusAt(errors::nameBytes(folder)).stamp;
-    return errors::utf16(std::to_string(stamp.device) + ":" + std::to_string(stamp.inode));
+    const files::Stamp stamp = system_.statusAt(base::nameBytes(folder)).stamp;
+    return base::utf16(std::to_string(stamp.device) + ":" + std::to_string(stamp.inode));
   } catch (const std::system_error&) {
     return folder;
   }
@@ -63,7 +64,7 @@ std::string_view TreeFolders::reasonToLeaveOut(const std::u16string& folder,
     return "below the levels asked for";
   if (avoided_.empty()) return "";
   try {
-    return avoided_.contains(identityOf(system_.statusAt(errors::nameBytes(folder + entry.name)).stamp))
+    return avoided_.contains(identityOf(system_.statusAt(base::nameBytes(folder + entry.name)).stamp))
                ? kWrittenByRun
                : "";
   } catch (const std::system_error&) {

@@ -1,5 +1,5 @@
+#include "base/utf.h"
 #include "errors/fault.h"
-#include "errors/text.h"
 #include "files/file_system.h"
 #include "files/fresh_memory.h"
 #include "files/problem.h"
@@ -69,7 +69,7 @@ int main(int count, char** words) {
   } catch (const std::bad_alloc&) {
     cli::sayError("Not enough memory.");
   } catch (const errors::Fault& fault) {
-    cli::sayError(errors::utf8(fault.description));
+    cli::sayError(base::utf8(fault.description));
   } catch (const std::exception& failed) {
     cli::sayError(failed.what());
   }

@@ -1,7 +1,6 @@
 #include "saved/saved_requests.h"
 
 #include "base/suggest.h"
-#include "errors/text.h"
 #include "printer.h"
 #include "saved/toml_text.h"
 #include "text_input.h"

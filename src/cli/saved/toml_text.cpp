@@ -1,7 +1,7 @@
 #include "saved/toml_text.h"
 
+#include "base/utf.h"
 #include "colors.h"
-#include "errors/text.h"
 
 #include <array>
 #include <cstdio>
@@ -16,7 +16,7 @@ std::string quoted(const std::u16string& text) {
     if (unit == u'\r') unit = u'\n';
   }
   std::string toml = "\"";
-  for (const char c : errors::utf8(lines)) {
+  for (const char c : base::utf8(lines)) {
     if (c == '"' || c == '\\') {
       toml += std::string("\\") + c;
     } else if (c == '\n') {
@@ -61,7 +61,7 @@ std::string tomlOf(const Request& request) {
   line(true, "begin", quoted(request.begin));
   line(!request.end.empty(), "end", quoted(request.end));
   line(!request.inside.empty(), "inside", quoted(request.inside));
-  line(request.apart != u"Same", "apart", errors::utf8(request.apart));
+  line(request.apart != u"Same", "apart", base::utf8(request.apart));
   line(request.unit != Unit::paragraph, "unit", word(kUnits.at(static_cast<std::size_t>(request.unit))));
   line(request.place != Place::block && !request.end.empty(), "on",
        word(kPlaces.at(static_cast<std::size_t>(request.place))));

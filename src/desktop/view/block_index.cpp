@@ -1,5 +1,7 @@
 #include "block_index.h"
 
+#include "base/utf.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -10,8 +12,6 @@ namespace {
 bool isOutermost(const model::Model& model, std::int32_t table) {
   return model.tables()[static_cast<std::size_t>(table)].parent == model::kNone;
 }
-
-bool isLowSurrogate(char16_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
 
 }  // namespace
 
@@ -140,7 +140,7 @@ Position BlockIndex::cut(Position from, Position to) const {
   for (Position at = end; at > end - kSearched; --at) {
     if (model_.text().at(at - 1) == u' ') return at;
   }
-  while (end > from + 1 && isLowSurrogate(model_.text().at(end))) --end;
+  while (end > from + 1 && base::isLowSurrogate(model_.text().at(end))) --end;
   return end;
 }
 

@@ -2,6 +2,7 @@
 
 #include "appearance_reader.h"
 #include "archive/rewrite.h"
+#include "base/utf.h"
 #include "departed.h"
 #include "notes.h"
 #include "rewriter.h"
@@ -56,13 +57,12 @@ DocxSource::DocxSource(Package package, xml::Utf8Part part, BodyMap map, text::R
 std::optional<std::string> DocxSource::refusesText(std::u16string_view newText) const {
   const auto isPlain = [](char16_t unit) { return unit >= u' ' && unit < 0x7F; };
   if (std::all_of(newText.begin(), newText.end(), isPlain)) return std::nullopt;
-  for (std::size_t i = 0; i < newText.size(); ++i) {
-    const char16_t unit = newText[i];
-    if (isHigh(unit) && i + 1 < newText.size() && isLow(newText[i + 1])) {
-      ++i;
-    } else if (!standsAlone(unit) && unit != u'\n' && !xml::isCharacter(unit)) {
-      return "A Word document cannot hold the character " + codeOf(unit) + "; leave it out of the text.";
-    }
+  for (std::size_t i = 0; i < newText.size();) {
+    const base::Utf16Character next = base::firstOfUtf16(newText.substr(i));
+    if (!standsAlone(newText[i]) && newText[i] != u'\n' && !xml::isCharacter(next.point))
+      return "A Word document cannot hold the character " + codeOf(newText[i]) +
+             "; leave it out of the text.";
+    i += next.units;
   }
   return std::nullopt;
 }

@@ -1,4 +1,5 @@
 // Runs: what of them stays, what new text joins them, and where their highlight divides them.
+#include "base/utf.h"
 #include "rewriter.h"
 #include "run_content.h"
 
@@ -19,7 +20,8 @@ template <class Visit>
 void Rewriter::forEachColour(Position at, std::u16string_view units, Visit visit) const {
   const auto past = [&](Position position) {
     const auto i = static_cast<std::size_t>(position - at);
-    const bool inPair = i > 0 && i < units.size() && isLow(units[i]) && isHigh(units[i - 1]);
+    const bool inPair =
+        i > 0 && i < units.size() && base::isLowSurrogate(units[i]) && base::isHighSurrogate(units[i - 1]);
     return inPair ? i + 1 : i;
   };
   for (const auto& run : model_.highlight().runs(at, at + static_cast<Position>(units.size()))) {

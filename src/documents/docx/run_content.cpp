@@ -1,5 +1,6 @@
 #include "run_content.h"
 
+#include "base/utf.h"
 #include "files/problem.h"
 #include "text/positions.h"
 #include "xml/escape.h"
@@ -11,11 +12,8 @@ namespace pluvo::docx {
 namespace {
 
 void requireWholeCharacters(std::u16string_view units) {
-  for (std::size_t i = 0; i < units.size(); ++i) {
-    const bool pair = isHigh(units[i]) && i + 1 < units.size() && isLow(units[i + 1]);
-    if (pair) {
-      ++i;
-    } else if (isHigh(units[i]) || isLow(units[i])) {
+  for (; !units.empty(); units.remove_prefix(base::firstOfUtf16(units).units)) {
+    if (base::isSurrogate(base::firstOfUtf16(units).point)) {
       throw files::DocumentError(
           files::Problem::encoding,
           "An operation cut a character in two (one that UTF-16 writes as a pair), which the "

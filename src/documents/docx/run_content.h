@@ -13,9 +13,6 @@ bool standsAlone(char16_t unit);
 /// The element of such a character.
 std::string elementOf(char16_t unit, const Markup& markup);
 
-inline bool isHigh(char16_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
-inline bool isLow(char16_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
-
 /// Text as it is written in an element. Throws DocumentError (encoding) for half a surrogate pair.
 void appendText(std::string& out, std::u16string_view units);
 

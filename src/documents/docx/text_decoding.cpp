@@ -1,5 +1,7 @@
 #include "text_decoding.h"
 
+#include "base/utf.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
@@ -46,12 +48,7 @@ void outerBlanks(std::string_view bytes, std::string_view& leading, std::string_
 }
 
 void appendCodePoint(std::u16string& units, char32_t c) {
-  if (c >= 0x10000) {
-    units.push_back(static_cast<char16_t>(0xD7C0 + (c >> 10U)));
-    units.push_back(static_cast<char16_t>(0xDC00 + (c & 0x3FFU)));
-  } else {
-    units.push_back(c == u'\n' || c == u'\r' ? u' ' : static_cast<char16_t>(c));
-  }
+  base::appendUtf16(units, c == U'\n' || c == U'\r' ? U' ' : c);
 }
 
 void appendUtf8(std::u16string& units, std::string_view bytes) {
@@ -66,7 +63,6 @@ void appendUtf8(std::u16string& units, std::string_view bytes) {
     }
     if (i == bytes.size()) break;
     const auto lead = static_cast<std::uint8_t>(bytes[i]);
-    const auto trail = [&](std::size_t n) { return static_cast<std::uint32_t>(bytes[i + n]) & 0x3FU; };
     if (lead >= 0x20 && lead < 0x80) {
       *out++ = lead;
       ++i;
@@ -74,17 +70,11 @@ void appendUtf8(std::u16string& units, std::string_view bytes) {
       const bool pair = lead == '\r' && i + 1 < bytes.size() && bytes[i + 1] == '\n';
       *out++ = lead == '\t' ? u'\t' : u' ';
       i += pair ? 2 : 1;
-    } else if (lead < 0xE0) {
-      *out++ = static_cast<char16_t>((lead & 0x1FU) << 6U | trail(1));
-      i += 2;
-    } else if (lead < 0xF0) {
-      *out++ = static_cast<char16_t>((lead & 0x0FU) << 12U | trail(1) << 6U | trail(2));
-      i += 3;
     } else {
-      const std::uint32_t c = (lead & 0x07U) << 18U | trail(1) << 12U | trail(2) << 6U | trail(3);
-      *out++ = static_cast<char16_t>(0xD7C0 + (c >> 10U));
-      *out++ = static_cast<char16_t>(0xDC00 + (c & 0x3FFU));
-      i += 4;
+      const base::Utf8Character next = base::firstOfUtf8(bytes.data() + i, bytes.size() - i);
+      if (next.point > 0xFFFF) *out++ = base::highSurrogateOf(next.point);
+      *out++ = next.point > 0xFFFF ? base::lowSurrogateOf(next.point) : static_cast<char16_t>(next.point);
+      i += next.bytes;
     }
   }
   units.resize(static_cast<std::size_t>(out - units.data()));

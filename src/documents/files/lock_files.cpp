@@ -1,6 +1,7 @@
 #include "files/lock_files.h"
 
-#include "errors/text.h"
+#include "base/names.h"
+#include "base/utf.h"
 #include "files/reading.h"
 #include "paths.h"
 
@@ -14,7 +15,7 @@ namespace {
 
 constexpr std::string_view kOfWord = "~$";
 
-std::size_t charactersIn(std::string_view name) { return errors::nameText(name).size(); }
+std::size_t charactersIn(std::string_view name) { return base::nameText(name).size(); }
 
 /// Without its first character, which may be several bytes.
 std::string_view withoutFirst(std::string_view name) {
@@ -56,7 +57,7 @@ std::string ownerForWord(ByteSpan bytes) {
   std::u16string name;
   for (std::size_t i = 0; i < length; ++i)
     name += static_cast<char16_t>(units[2 * i] | units[2 * i + 1] << 8U);
-  return errors::utf8(name);
+  return base::utf8(name);
 }
 
 /// ",user,machine,…;": the first field that holds something, of which "\" escapes the next byte.
@@ -68,7 +69,7 @@ std::string ownerForOffice(ByteSpan bytes) {
     if (bytes[i] == '\\' && i + 1 < bytes.size()) ++i;
     name += static_cast<char>(bytes[i]);
   }
-  return errors::utf8(errors::utf16(name));
+  return base::utf8(base::utf16(name));
 }
 
 std::string ownerIn(FileSystem& system, const OpenFolder& folder, const std::string& name) {

@@ -1,8 +1,9 @@
 #include "memory/document.h"
 
+#include "base/names.h"
+#include "base/secret_text.h"
+#include "base/utf.h"
 #include "errors/fault.h"
-#include "errors/secret_text.h"
-#include "errors/text.h"
 #include "member.h"
 #include "memory/application.h"
 #include "range.h"
@@ -39,7 +40,7 @@ std::shared_ptr<word::Window> MemoryDocument::ActiveWindow() {
 std::u16string MemoryDocument::Path() {
   const std::size_t separator = path_.rfind('/');
   if (separator == std::string::npos) return {};
-  return errors::nameText(path_.substr(0, std::max<std::size_t>(separator, 1)));
+  return base::nameText(path_.substr(0, std::max<std::size_t>(separator, 1)));
 }
 
 void MemoryDocument::Activate() {
@@ -84,7 +85,7 @@ void MemoryDocument::Protect(word::WdProtectionType type, const std::u16string& 
       throw Fault(word::kNotAvailable, u"The document is protected already.");
     PasswordCheck check;
     if (!password.empty()) {
-      check = [kept = std::make_shared<const errors::SecretText>(std::u16string(password))](
+      check = [kept = std::make_shared<const base::SecretText>(std::u16string(password))](
                   const std::u16string& given) { return given == kept->text(); };
     }
     protect(type, std::move(check));
@@ -134,7 +135,7 @@ void MemoryDocument::observer(DocumentObserver* observer) {
 
 void MemoryDocument::moveTo(std::string path) {
   path_ = std::move(path);
-  name_ = errors::nameText(path_.substr(path_.rfind('/') + 1));
+  name_ = base::nameText(path_.substr(path_.rfind('/') + 1));
 }
 
 text::Span MemoryDocument::spanOf(std::int32_t start, std::int32_t end) {
@@ -155,7 +156,7 @@ void MemoryDocument::requireEditable(std::u16string_view newText) {
   }
   if (medium_ == nullptr || newText.empty()) return;
   if (const auto reason = medium_->refusesText(newText)) {
-    throw Fault(word::kParameterOutOfRange, errors::utf16(*reason));
+    throw Fault(word::kParameterOutOfRange, base::utf16(*reason));
   }
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "errors/text.h"
+#include "base/names.h"
 #include "member.h"
 #include "memory/application.h"
 #include "word/word_processor.h"
@@ -18,7 +18,7 @@ class MemoryDocuments : public word::Documents {
     return member(u"Documents.Item", [&] { return application_.document(index); });
   }
   std::shared_ptr<word::Document> Open(const std::u16string& fileName) override {
-    return member(u"Documents.Open", [&] { return application_.open(errors::nameBytes(fileName)); });
+    return member(u"Documents.Open", [&] { return application_.open(base::nameBytes(fileName)); });
   }
 
  private:

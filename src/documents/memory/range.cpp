@@ -1,6 +1,6 @@
 #include "range.h"
 
-#include "errors/text.h"
+#include "base/text.h"
 #include "find.h"
 #include "member.h"
 
@@ -116,7 +116,7 @@ std::int32_t MemoryRange::countOf(word::WdUnits unit) {
 
 Model& MemoryRange::editable(const std::u16string& newText) {
   Model& model = document_->model();
-  document_->requireEditable(errors::withParagraphMarks(newText));
+  document_->requireEditable(base::withParagraphMarks(newText));
   return model;
 }
 

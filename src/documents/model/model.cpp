@@ -1,7 +1,7 @@
 #include "model/model.h"
 
+#include "base/text.h"
 #include "errors/fault.h"
-#include "errors/text.h"
 #include "model/edit_policy.h"
 #include "word/faults.h"
 
@@ -141,7 +141,7 @@ Landing Model::landingOf(const Removal& removal, std::u16string_view newText) co
 }
 
 Span Model::replace(Span span, std::u16string_view text, View view) {
-  std::u16string newText = errors::withParagraphMarks(text);
+  std::u16string newText = base::withParagraphMarks(text);
   requireText(newText);
   requireRoom(length(), newText);
   requireRoomForParts();
@@ -193,7 +193,7 @@ Span Model::insertBefore(Position position, std::u16string_view text) {
 Span Model::insertBehind(Position position, std::u16string_view text) { return insert(position, true, text); }
 
 Span Model::insert(Position position, bool behind, std::u16string_view text) {
-  std::u16string newText = errors::withParagraphMarks(text);
+  std::u16string newText = base::withParagraphMarks(text);
   requireText(newText);
   requireRoom(length(), newText);
   requireRoomForParts();

@@ -1,6 +1,6 @@
 #include "passwords/kept_password.h"
 
-#include "errors/secret_text.h"
+#include "base/secret_text.h"
 
 #include <nettle/base64.h>
 #include <nettle/nettle-meta.h>
@@ -120,7 +120,7 @@ class Hashing {
 
   Hashing(const Hashing&) = delete;
   Hashing& operator=(const Hashing&) = delete;
-  ~Hashing() { errors::wipe(state_); }
+  ~Hashing() { base::wipe(state_); }
 
   /// The digest may be what is hashed.
   void of(std::span<const std::uint8_t> first, std::span<const std::uint8_t> second, Octets& digest) {
@@ -142,7 +142,7 @@ std::uint32_t keyOf(std::u16string_view password) {
   std::vector<std::uint8_t> bytes = keyBytes(password);
   if (bytes.empty()) return 0;
   const std::uint32_t key = static_cast<std::uint32_t>(highWord(bytes)) << 16U | lowWord(bytes);
-  errors::wipe(bytes);
+  base::wipe(bytes);
   return key;
 }
 
@@ -155,7 +155,7 @@ bool KeptPassword::is(std::u16string_view given) const {
   Octets secret = of == Of::key ? textOf(keyOf(given)) : textOf(given);
   Octets digest;
   hashing.of(*saltBytes, secret, digest);
-  errors::wipe(secret);
+  base::wipe(secret);
   for (std::uint32_t turn = 0; turn < turns; ++turn) {
     const std::array counted = {static_cast<std::uint8_t>(turn), static_cast<std::uint8_t>(turn >> 8U),
                                 static_cast<std::uint8_t>(turn >> 16U),
@@ -163,7 +163,7 @@ bool KeptPassword::is(std::u16string_view given) const {
     hashing.of(digest, counted, digest);
   }
   const bool isSame = digest == *expected;
-  errors::wipe(digest);
+  base::wipe(digest);
   return isSame;
 }
 

@@ -1,7 +1,8 @@
 #include "store/opener.h"
 
+#include "base/names.h"
+#include "base/utf.h"
 #include "errors/fault.h"
-#include "errors/text.h"
 #include "word/faults.h"
 
 #include <utility>
@@ -25,7 +26,7 @@ std::string withoutAdvice(const DocumentError& error) {
 
 errors::Fault faultOf(std::int32_t number, const std::string& path, const std::string& trouble) {
   const std::string name = path.substr(path.rfind('/') + 1);
-  return {number, errors::nameText(name) + u": " + errors::utf16(trouble)};
+  return {number, base::nameText(name) + u": " + base::utf16(trouble)};
 }
 
 bool mayNot(Problem problem) { return problem == Problem::readOnly || problem == Problem::locked; }

@@ -1,7 +1,8 @@
 #include "store/store.h"
 
+#include "base/names.h"
+#include "base/utf.h"
 #include "errors/fault.h"
-#include "errors/text.h"
 #include "files/reading.h"
 #include "known_formats.h"
 #include "same_text.h"
@@ -59,7 +60,7 @@ void StoredDocument::protect(const formats::Protection& protection) {
   auto check = protection.isLiftedBy;
   if (!protection.obstacle.empty()) {
     check = [obstacle = protection.obstacle](const std::u16string&) -> bool {
-      throw errors::Fault(word::kNotAvailable, errors::utf16(obstacle));
+      throw errors::Fault(word::kNotAvailable, base::utf16(obstacle));
     };
   }
   document_->protect(protection.type, std::move(check));
@@ -163,7 +164,7 @@ std::unique_ptr<StoredDocument> Store::open(const std::string& path, const Also&
   opened->isEncodingGuessed_ = read.isEncodingGuessed;
   opened->again_ = std::move(read.again);
   opened->document_ =
-      memory::MemoryDocument::create(std::move(read.content), opened->source_, errors::nameText(name), path);
+      memory::MemoryDocument::create(std::move(read.content), opened->source_, base::nameText(name), path);
   if (read.protection) opened->protect(*read.protection);
   opened->path_ = opened->readPath_ = path;
   opened->stamp_ = file.stamp;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/utf.h"
 #include "text/positions.h"
 
 #include <array>
@@ -29,10 +30,8 @@ constexpr bool isSpace(char16_t unit) {
          unit == 0x202F || unit == 0x205F || unit == 0x3000;
 }
 
-constexpr bool isHighSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xD800; }
-constexpr bool isLowSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xDC00; }
-constexpr char32_t joinSurrogates(char16_t high, char16_t low) {
-  return 0x10000U + ((high & 0x3FFU) << 10U) + (low & 0x3FFU);
-}
+using base::isHighSurrogate;
+using base::isLowSurrogate;
+using base::joinSurrogates;
 
 }  // namespace pluvo::text

@@ -1,5 +1,6 @@
 #include "characters.h"
 
+#include "base/utf.h"
 #include "xml/escape.h"
 
 #include <algorithm>
@@ -46,24 +47,6 @@ bool isPlainBlock(const char* block, std::size_t size) {
 
 }  // namespace
 
-std::size_t readCharacter(std::string_view bytes, char32_t& c) {
-  const auto at = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
-  const unsigned first = at(0);
-  if (first < 0x80) {
-    c = first;
-    return 1;
-  }
-  const std::size_t length = first < 0xC2 ? 0 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : first < 0xF5 ? 4 : 0;
-  if (length == 0 || length > bytes.size()) return 0;
-  c = first & (0x7FU >> length);
-  for (std::size_t i = 1; i < length; ++i) {
-    if ((at(i) & 0xC0U) != 0x80) return 0;
-    c = c << 6U | (at(i) & 0x3FU);
-  }
-  const bool overlong = (length == 3 && c < 0x800) || (length == 4 && c < 0x10000);
-  return overlong ? 0 : length;
-}
-
 bool isCharacter(char32_t c) {
   if (c < 0x20) return c == U'\t' || c == U'\n' || c == U'\r';
   return c <= 0xD7FF || (c >= 0xE000 && c <= 0xFFFD) || (c >= 0x10000 && c <= 0x10FFFF);
@@ -72,10 +55,9 @@ bool isCharacter(char32_t c) {
 bool isNcName(std::string_view name) {
   if (name.empty()) return false;
   for (std::size_t i = 0; i < name.size();) {
-    char32_t c = 0;
-    const std::size_t length = readCharacter(name.substr(i), c);
-    if (length == 0 || !(i == 0 ? startsName(c) : continuesName(c))) return false;
-    i += length;
+    const base::Utf8Character next = base::firstOfUtf8(name.substr(i));
+    if (next.bytes == 0 || !(i == 0 ? startsName(next.point) : continuesName(next.point))) return false;
+    i += next.bytes;
   }
   return true;
 }
@@ -90,10 +72,9 @@ std::optional<std::size_t> findBadCharacter(std::string_view bytes) {
     }
     const std::size_t blockEnd = std::min(i + kBlock, bytes.size());
     while (i < blockEnd) {
-      char32_t c = 0;
-      const std::size_t length = readCharacter(bytes.substr(i), c);
-      if (length == 0 || !isCharacter(c)) return i;
-      i += length;
+      const base::Utf8Character next = base::firstOfUtf8(bytes.substr(i));
+      if (next.bytes == 0 || !isCharacter(next.point)) return i;
+      i += next.bytes;
     }
   }
   return std::nullopt;
@@ -131,25 +112,6 @@ std::size_t readReference(std::string_view bytes, char32_t& codePoint) {
     if (number > 0x10FFFF) return 0;
   }
   return 0;
-}
-
-void appendUtf8(std::string& out, char32_t c) {
-  const auto add = [&](char32_t byte) { out.push_back(static_cast<char>(byte)); };
-  if (c < 0x80) {
-    add(c);
-  } else if (c < 0x800) {
-    add(0xC0 | c >> 6U);
-    add(0x80 | (c & 0x3FU));
-  } else if (c < 0x10000) {
-    add(0xE0 | c >> 12U);
-    add(0x80 | (c >> 6U & 0x3FU));
-    add(0x80 | (c & 0x3FU));
-  } else {
-    add(0xF0 | c >> 18U);
-    add(0x80 | (c >> 12U & 0x3FU));
-    add(0x80 | (c >> 6U & 0x3FU));
-    add(0x80 | (c & 0x3FU));
-  }
 }
 
 }  // namespace pluvo::xml

@@ -39,17 +39,11 @@ inline bool is(char c, ByteClass kind) {
 /// A name without colon, as Namespaces in XML has it. The bytes must be sound UTF-8.
 bool isNcName(std::string_view name);
 
-/// The character at the beginning of the bytes, which are not empty, and its length in UTF-8; 0 when there is
-/// none.
-std::size_t readCharacter(std::string_view bytes, char32_t& c);
-
 /// Where the first byte lies that is not UTF-8 or not part of a character XML 1.0 allows.
 std::optional<std::size_t> findBadCharacter(std::string_view bytes);
 
 /// A reference at the beginning of the bytes, '&' included: the five predefined entities and numbers. Its
 /// length, or 0 when it is none.
 std::size_t readReference(std::string_view bytes, char32_t& codePoint);
-
-void appendUtf8(std::string& out, char32_t c);
 
 }  // namespace pluvo::xml

@@ -1,5 +1,7 @@
 #include "xml/encoding.h"
 
+#include "base/ascii.h"
+#include "base/utf.h"
 #include "characters.h"
 
 #include <iconv.h>
@@ -36,12 +38,6 @@ constexpr Beginning kBeginnings[] = {
 
 std::string_view viewOf(files::ByteSpan bytes) {
   return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
-}
-
-bool equalIgnoringCase(std::string_view a, std::string_view b) {
-  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [&](char x, char y) { return lower(x) == lower(y); });
 }
 
 /// The encoding that the XML declaration names; empty when it names none.
@@ -118,8 +114,9 @@ Encoding encodingOf(std::string_view part) {
     return encoding;
   }
   const std::string_view declared = declaredEncoding(part);
-  if (!declared.empty() && !equalIgnoringCase(declared, "UTF-8") && !equalIgnoringCase(declared, "UTF8") &&
-      !equalIgnoringCase(declared, "US-ASCII")) {
+  if (!declared.empty() && !base::equalsIgnoringAsciiCase(declared, "UTF-8") &&
+      !base::equalsIgnoringAsciiCase(declared, "UTF8") &&
+      !base::equalsIgnoringAsciiCase(declared, "US-ASCII")) {
     encoding.name = declared;
   }
   return encoding;
@@ -172,9 +169,9 @@ std::vector<std::uint8_t> fromUtf8(files::ByteSpan utf8, const Encoding& encodin
   Converter converter(encoding.name, "UTF-8");
   std::string_view left = viewOf(utf8);
   for (converter.convert(left, out); !left.empty(); converter.convert(left, out)) {
-    char32_t c = 0;
-    left.remove_prefix(readCharacter(left, c));
-    const std::string reference = "&#" + std::to_string(static_cast<std::uint32_t>(c)) + ";";
+    const base::Utf8Character next = base::firstOfUtf8(left);
+    left.remove_prefix(next.bytes);
+    const std::string reference = "&#" + std::to_string(static_cast<std::uint32_t>(next.point)) + ";";
     std::string_view ascii = reference;
     converter.convert(ascii, out);
   }

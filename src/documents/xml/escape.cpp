@@ -1,6 +1,6 @@
 #include "xml/escape.h"
 
-#include "characters.h"
+#include "base/utf.h"
 
 #include <algorithm>
 #include <iterator>
@@ -8,9 +8,6 @@
 namespace pluvo::xml {
 
 namespace {
-
-constexpr bool isHigh(char16_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
-constexpr bool isLow(char16_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
 
 std::string_view escaped(char16_t unit, bool inAttribute) {
   switch (unit) {
@@ -43,15 +40,14 @@ void append(std::string& out, std::u16string_view text, bool inAttribute) {
                    [](char16_t unit) { return static_cast<char>(unit); });
     return;
   }
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const char16_t unit = text[i];
-    if (const std::string_view reference = escaped(unit, inAttribute); !reference.empty()) {
+  while (!text.empty()) {
+    const base::Utf16Character next = base::firstOfUtf16(text);
+    if (const std::string_view reference = escaped(text[0], inAttribute); !reference.empty()) {
       out += reference;
-    } else if (isHigh(unit) && i + 1 < text.size() && isLow(text[i + 1])) {
-      appendUtf8(out, 0x10000 + ((char32_t{unit} - 0xD800) << 10U) + (text[++i] - 0xDC00U));
     } else {
-      appendUtf8(out, unit);
+      base::appendUtf8(out, next.point);
     }
+    text.remove_prefix(next.units);
   }
 }
 

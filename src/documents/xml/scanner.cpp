@@ -1,5 +1,6 @@
 #include "xml/scanner.h"
 
+#include "base/utf.h"
 #include "characters.h"
 #include "words.h"
 
@@ -204,7 +205,7 @@ std::string Scanner::value(const Attribute& attribute) const {
       char32_t c = 0;
       // Somebody may have written into a mapped file since the reference was seen: a step still advances.
       length = std::max<std::size_t>(readReference(raw, c), 1);
-      appendUtf8(value, c);
+      base::appendUtf8(value, c);
     } else if (is(raw.front(), kBlank)) {
       if (raw.starts_with("\r\n")) length = 2;
       value.push_back(' ');

@@ -1,7 +1,7 @@
+#include "base/utf.h"
 #include "control_properties.h"
 #include "documents/docx/edit_cases.h"
 #include "errors/fault.h"
-#include "errors/text.h"
 
 #include <gmock/gmock.h>
 
@@ -157,7 +157,7 @@ TEST(Controls, thatAreLockedRefuse) {
     try {
       c.edit(opened);
     } catch (const errors::Fault& fault) {
-      said = errors::utf8(fault.description);
+      said = base::utf8(fault.description);
       EXPECT_EQ(notation::print(opened.model), before);
     }
     if (c.refusal == nullptr) {

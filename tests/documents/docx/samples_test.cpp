@@ -1,11 +1,11 @@
 #include "archive/archive.h"
+#include "base/utf.h"
 #include "documents/docx/document_builder.h"
 #include "documents/docx/package_check.h"
 #include "documents/docx/random_edits.h"
 #include "documents/store/corpus.h"
 #include "documents/support/invariants.h"
 #include "documents/support/notation.h"
-#include "errors/text.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -179,7 +179,7 @@ void leave(const std::string& name, const files::Bytes& written, const model::Mo
   }
   const std::filesystem::path path = std::filesystem::path(folder) / name;
   std::ofstream(path, std::ios::binary) << std::string(written.view.begin(), written.view.end());
-  std::ofstream(path.string() + ".txt", std::ios::binary) << errors::utf8(shown);
+  std::ofstream(path.string() + ".txt", std::ios::binary) << base::utf8(shown);
 }
 
 bool isLocked(const model::Model& model, text::Position position) {

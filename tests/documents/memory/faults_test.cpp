@@ -1,6 +1,6 @@
+#include "base/utf.h"
 #include "documents/support/notation.h"
 #include "errors/fault.h"
-#include "errors/text.h"
 #include "memory/application.h"
 
 #include <gtest/gtest.h>
@@ -71,7 +71,7 @@ TEST(Faults, NameTheMember) {
       call();
       ADD_FAILURE() << "no fault";
     } catch (const errors::Fault& fault) {
-      EXPECT_EQ(errors::utf8(fault.source), std::string("PLUVO (") + member + ")");
+      EXPECT_EQ(base::utf8(fault.source), std::string("PLUVO (") + member + ")");
     }
   }
 }

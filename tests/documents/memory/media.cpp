@@ -1,11 +1,11 @@
 #include "documents/memory/media.h"
 
 #ifdef PLUVO_TESTS_DOCX
+#include "base/utf.h"
 #include "documents/docx/document_builder.h"
 #include "documents/docx/package_check.h"
 #include "documents/support/notation_parser.h"
 #include "docx/docx_format.h"
-#include "errors/text.h"
 
 #include <map>
 #endif
@@ -34,7 +34,7 @@ class BodyBuilder {
     const std::string name = !inCode_.empty() && inCode_.back() ? "w:instrText" : "w:t";
     run(element != kElements.end()
             ? element->second
-            : "<" + name + " xml:space='preserve'>" + errors::utf8({&unit, 1}) + "</" + name + ">",
+            : "<" + name + " xml:space='preserve'>" + base::utf8({&unit, 1}) + "</" + name + ">",
         look);
   }
   bool beginField(Look look) { return inCode_.push_back(true), fieldMark("begin", look); }

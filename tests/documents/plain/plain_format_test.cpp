@@ -1,8 +1,8 @@
 #include "plain/plain_format.h"
 
+#include "base/utf.h"
 #include "documents/files/as_text.h"
 #include "documents/support/dice.h"
-#include "errors/text.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -35,7 +35,7 @@ struct Kind {
 };
 
 const std::vector<Kind>& kinds() {
-  const auto utf8 = [](std::u16string_view c) { return errors::utf8(c); };
+  const auto utf8 = [](std::u16string_view c) { return base::utf8(c); };
   const auto little = [](std::u16string_view c) {
     return std::string{static_cast<char>(c[0] & 0xFF), static_cast<char>(c[0] >> 8)};
   };

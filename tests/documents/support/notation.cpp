@@ -1,7 +1,7 @@
 #include "documents/support/notation.h"
 
+#include "base/utf.h"
 #include "documents/support/notation_parser.h"
-#include "errors/text.h"
 #include "model/content_builder.h"
 
 #include <optional>
@@ -33,7 +33,7 @@ class Printer {
     changeLook({});
     changeTable(model::kNone);
     beginRanges(model_.length());
-    return errors::utf8(out_);
+    return base::utf8(out_);
   }
 
  private:
@@ -73,7 +73,7 @@ class Printer {
     out_ += u'<';
     if (look.hidden) out_ += u'h';
     if (look.deleted) out_ += u'd';
-    if (look.colour != 0) out_ += errors::utf16(std::to_string(look.colour));
+    if (look.colour != 0) out_ += base::utf16(std::to_string(look.colour));
     out_ += u':';
   }
 

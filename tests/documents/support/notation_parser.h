@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/utf.h"
 #include "documents/support/notation.h"
-#include "errors/text.h"
 #include "model/content_builder.h"
 
 #include <stdexcept>
@@ -16,7 +16,7 @@ template <class Builder>
 class Parser {
  public:
   explicit Parser(std::string_view notation, Builder& builder)
-      : builder_(builder), rest_(errors::utf16(notation)) {}
+      : builder_(builder), rest_(base::utf16(notation)) {}
 
   Ranges parse() {
     while (next_ < rest_.size()) step();

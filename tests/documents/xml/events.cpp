@@ -1,6 +1,6 @@
 #include "documents/xml/events.h"
 
-#include "errors/text.h"
+#include "base/utf.h"
 #include "xml/scanner.h"
 
 #include <expat.h>
@@ -108,7 +108,7 @@ class ScannerEvents {
       const char32_t c = scanner_.codePoint();
       const char16_t units[] = {static_cast<char16_t>(c < 0x10000 ? c : 0xD7C0 + (c >> 10U)),
                                 static_cast<char16_t>(0xDC00 + (c & 0x3FFU))};
-      events_.text(errors::utf8({units, c < 0x10000 ? 1U : 2U}));
+      events_.text(base::utf8({units, c < 0x10000 ? 1U : 2U}));
     }
     if (token == Token::cdata) events_.text(withLineFeeds(inner));
     if (token == Token::comment) events_.comment(inner);

@@ -1,8 +1,9 @@
+#include "base/names.h"
+#include "base/utf.h"
 #include "documents/archive/compound_builder.h"
 #include "documents/docx/document_builder.h"
 #include "documents/files/scratch.h"
 #include "engine/workplace.h"
-#include "errors/text.h"
 #include "memory/application.h"
 #include "multifile/file_driver.h"
 #include "store/opener.h"
@@ -27,7 +28,7 @@ class RealFiles : public testing::Test {
     work.engine.stepper(std::make_shared<FileDriver>());
     work.engine.MultiFileRun(true);
     work.engine.Masks(u"*.*");
-    work.engine.StartingDirectory(errors::nameText(scratch.path("")));
+    work.engine.StartingDirectory(base::nameText(scratch.path("")));
     work.ask({.begin = u"A", .operation = engine::kReplace, .text = u"B"});
     work.forms.user = [this](forms::Form& form) {
       if (typed.empty()) return forms::press(form, u"cmdCancel");
@@ -46,7 +47,7 @@ class RealFiles : public testing::Test {
   /// The titles of the boxes shown.
   std::vector<std::string> titles() const {
     std::vector<std::string> all;
-    for (const auto& box : work.boxes.shown) all.push_back(errors::utf8(box.title.value_or(u"")));
+    for (const auto& box : work.boxes.shown) all.push_back(base::utf8(box.title.value_or(u"")));
     return all;
   }
 
@@ -126,12 +127,12 @@ TEST_F(RealFiles, ThatAreProtectedAreUnlockedWhereThereIsNoPassword) {
 }
 
 TEST_F(RealFiles, OpenOnceAndComeToTheFront) {
-  const std::u16string a = errors::nameText(scratch.put("a.txt", "A"));
-  const std::u16string b = errors::nameText(scratch.put("b.txt", "A"));
+  const std::u16string a = base::nameText(scratch.put("a.txt", "A"));
+  const std::u16string b = base::nameText(scratch.put("b.txt", "A"));
   const auto documents = application->Documents();
   const auto first = documents->Open(a);
   const auto second = documents->Open(b);
-  EXPECT_EQ(first->Path(), errors::nameText(scratch.path("").substr(0, scratch.path("").size() - 1)));
+  EXPECT_EQ(first->Path(), base::nameText(scratch.path("").substr(0, scratch.path("").size() - 1)));
   EXPECT_EQ(application->ActiveDocument(), second);
   EXPECT_EQ(documents->Open(a), first);
   EXPECT_EQ(documents->Count(), 2);

@@ -7,15 +7,8 @@
 namespace pluvo::base {
 
 /// How many of the first bytes are well-formed UTF-8 (overlong forms, surrogates and values beyond U+10FFFF
-/// are not). For what is well-formed, errors/text.h converts.
+/// are not). For what is well-formed, base/utf.h converts.
 std::size_t wellFormedLength(std::string_view bytes);
-
-struct Character {
-  char32_t code = 0;
-  std::size_t length = 0;  ///< in bytes; 0 where the first byte begins no well-formed character
-};
-/// Of bytes that are not empty.
-Character firstCharacter(std::string_view bytes);
 
 /// Whether a terminal acts on it, or shows what follows in another order: C0, C1 and bidirectional controls.
 bool isControl(char32_t code);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/names.h"
+
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -13,7 +15,7 @@ inline constexpr ErrorCode kDone = 0;
 /// A folder on the way is missing. The same number on every machine.
 inline constexpr ErrorCode kPathNotFound = 3;
 
-/// The calls that clsFileOperations makes on the machine. Paths are texts as errors::nameText makes them.
+/// The calls that clsFileOperations makes on the machine. Paths are texts as base::nameText makes them.
 class FileActions {
  public:
   virtual ~FileActions() = default;

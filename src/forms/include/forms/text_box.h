@@ -1,6 +1,6 @@
 #pragma once
 
-#include "errors/secret_text.h"
+#include "base/secret_text.h"
 #include "forms/control.h"
 
 #include <cstdint>
@@ -21,7 +21,7 @@ class TextBox final : public Control {
   TextBox(const TextBox&) = delete;
   TextBox& operator=(const TextBox&) = delete;
   ~TextBox() override {
-    if (!passwordChar_.empty()) errors::wipe(text_);
+    if (!passwordChar_.empty()) base::wipe(text_);
   }
 
   const std::u16string& Text() const { return text_; }
@@ -30,9 +30,9 @@ class TextBox final : public Control {
     if (text_ == text) return;
     // A password leaves nothing in memory, neither the one before nor the one given.
     const bool isSecret = !passwordChar_.empty();
-    if (isSecret) errors::wipe(text_);
+    if (isSecret) base::wipe(text_);
     text_ = std::move(text);
-    if (isSecret) errors::wipe(text);
+    if (isSecret) base::wipe(text);
     changed.raise();
     Change.raise();
   }

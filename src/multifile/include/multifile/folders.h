@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/names.h"
+
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -30,7 +32,7 @@ struct Entry {
   std::optional<FileIdentity> identity = std::nullopt;
 };
 
-/// Folders as a scan sees them. Names are texts as errors::nameText makes them.
+/// Folders as a scan sees them. Names are texts as base::nameText makes them.
 class Folders {
  public:
   virtual ~Folders() = default;

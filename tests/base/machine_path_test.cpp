@@ -1,10 +1,10 @@
 #ifdef _WIN32
 
-#include "errors/machine_path.h"
+#include "base/names.h"
 
 #include <gtest/gtest.h>
 
-namespace pluvo::errors {
+namespace pluvo::base {
 namespace {
 
 TEST(MachinePath, IsLiteralWhereItIsLong) {
@@ -25,6 +25,6 @@ TEST(MachinePath, IsLiteralWhereItIsLong) {
 }
 
 }  // namespace
-}  // namespace pluvo::errors
+}  // namespace pluvo::base
 
 #endif

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-namespace pluvo::errors {
+namespace pluvo::base {
 
 /// Does something when the scope is left, in whatever way. It throws nothing.
 template <class Work>
@@ -17,4 +17,4 @@ class AtEnd {
   Work work_;
 };
 
-}  // namespace pluvo::errors
+}  // namespace pluvo::base

@@ -1,8 +1,8 @@
-#include "errors/data_file.h"
+#include "base/data_file.h"
 
-#include "errors/machine_path.h"
+#include "base/names.h"
 
-namespace pluvo::errors {
+namespace pluvo::base {
 
 std::ofstream openDataFile(std::u16string_view path, std::ios::openmode mode) {
   const std::filesystem::path file = machinePath(path);
@@ -11,4 +11,4 @@ std::ofstream openDataFile(std::u16string_view path, std::ios::openmode mode) {
   return std::ofstream(file, mode | std::ios::out | std::ios::binary);
 }
 
-}  // namespace pluvo::errors
+}  // namespace pluvo::base

@@ -4,7 +4,7 @@
 #include <string>
 #include <utility>
 
-namespace pluvo::errors {
+namespace pluvo::base {
 
 /// Overwrites what memory holds, also where a compiler sees no later use of it.
 void wipe(void* memory, std::size_t size);
@@ -39,4 +39,4 @@ class SecretText {
   std::u16string text_;
 };
 
-}  // namespace pluvo::errors
+}  // namespace pluvo::base

@@ -1,4 +1,4 @@
-#include "errors/secret_text.h"
+#include "base/secret_text.h"
 
 #ifdef _WIN32
 #include <windows.h>
@@ -6,7 +6,7 @@
 #include <cstring>
 #endif
 
-namespace pluvo::errors {
+namespace pluvo::base {
 
 void wipe(void* memory, std::size_t size) {
   if (size == 0) return;
@@ -17,4 +17,4 @@ void wipe(void* memory, std::size_t size) {
 #endif
 }
 
-}  // namespace pluvo::errors
+}  // namespace pluvo::base

@@ -1,6 +1,4 @@
-#include "errors/machine_path.h"
-
-#include "errors/text.h"
+#include "base/names.h"
 
 #ifdef _WIN32
 #include <windows.h>
@@ -8,7 +6,7 @@
 
 #include <string>
 
-namespace pluvo::errors {
+namespace pluvo::base {
 
 #ifdef _WIN32
 
@@ -49,4 +47,4 @@ std::u16string machineText(const std::filesystem::path& path) { return nameText(
 
 #endif
 
-}  // namespace pluvo::errors
+}  // namespace pluvo::base
