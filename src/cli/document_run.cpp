@@ -2,7 +2,7 @@
 
 #include "base/names.h"
 #include "base/utf.h"
-#include "engine/clsProcessFind.h"
+#include "dialog/clsProcessFind.h"
 #include "errors/clsErrorLogging.h"
 #include "errors/context.h"
 #include "memory/application.h"
@@ -38,7 +38,7 @@ std::int32_t operationOf(Command command) {
   }
 }
 
-void handOver(const Request& request, bool confirm, engine::clsProcessFind& find) {
+void handOver(const Request& request, bool confirm, dialog::clsProcessFind& find) {
   find.BeginBlock(request.begin);
   find.EndBlock(request.end);
   find.InsideBlock(request.inside);
@@ -163,7 +163,7 @@ class DocumentRun {
   std::shared_ptr<memory::MemoryApplication> application_;
   PromptAnswers prompts_;
   RunBoxes boxes_;
-  engine::clsProcessFind engine_;
+  dialog::clsProcessFind engine_;
   std::int64_t refused_ = 0;
   std::optional<Failure> firstRefusal_;
 };

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "document_run.h"
-#include "engine/pass_observer.h"
+#include "engine/observer.h"
 #include "paragraph_counter.h"
 #include "run_opener.h"
 

@@ -40,7 +40,7 @@ Dialog::Dialog(const std::shared_ptr<memory::MemoryApplication>& application, Wo
           .folders = [&working] { return std::make_unique<BreathingFolders>(working); },
           .chooseFolder = place_.chooseFolder,
           .engineMade =
-              [this, &watch](engine::clsProcessFind& engine) {
+              [this, &watch](dialog::clsProcessFind& engine) {
                 engine.LiftLimitsSetting(true);
                 engine.observer(&watch);
                 watch.engine(&engine);

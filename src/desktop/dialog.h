@@ -75,7 +75,7 @@ class Dialog {
   forms_qt::QtLauncher launcher_;
   std::unique_ptr<forms::Clock> clock_ = forms::machineClock();
   std::unique_ptr<host::RandomSource> random_ = host::machineRandomSource();
-  engine::clsProcessFind* engine_ = nullptr;
+  dialog::clsProcessFind* engine_ = nullptr;
   host::clsOpenPLUVO opener_;
 };
 

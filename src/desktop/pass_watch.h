@@ -1,7 +1,7 @@
 #pragma once
 
-#include "engine/clsProcessFind.h"
-#include "engine/pass_observer.h"
+#include "dialog/clsProcessFind.h"
+#include "engine/observer.h"
 #include "working.h"
 
 #include <functional>
@@ -16,7 +16,7 @@ class PassWatch final : public engine::PassObserver {
  public:
   explicit PassWatch(Working& working) : working_(working) {}
 
-  void engine(const engine::clsProcessFind* engine) { engine_ = engine; }
+  void engine(const dialog::clsProcessFind* engine) { engine_ = engine; }
   /// Whether the last run was one over files.
   bool runsOverFiles() const { return engine_ != nullptr && engine_->MultiFileRun(); }
   /// A pass begins over the active document.
@@ -38,7 +38,7 @@ class PassWatch final : public engine::PassObserver {
   Answer stop();
 
   Working& working_;
-  const engine::clsProcessFind* engine_ = nullptr;
+  const dialog::clsProcessFind* engine_ = nullptr;
   bool takenBack_ = false;
   bool refused_ = false;
 };

@@ -17,7 +17,7 @@ std::u16string searched(std::u16string_view text) {
 
 }  // namespace
 
-Beginning::Beginning(const engine::Request& request) : Beginning(searched(request.beginBlock), request) {}
+Beginning::Beginning(const engine::Request& request) : Beginning(searched(request.begin), request) {}
 
 Beginning::Beginning(const std::u16string& text, const engine::Request& request)
     : length_(static_cast<text::Position>(text.size())),

@@ -25,8 +25,8 @@ std::int32_t missing(const std::u16string& fullText, word::Range& match) {
 using UnitCount = std::int32_t (*)(word::Range&);
 
 /// None for a code that is no unit.
-UnitCount unitCount(std::int32_t unitType) {
-  switch (unitType) {
+UnitCount unitCount(UnitCode unit) {
+  switch (unit) {
     case kWords:
       return [](word::Range& range) { return range.Words().Count(); };
     case kSentences:
@@ -69,7 +69,7 @@ bool Locator::find(word::Range& range, const SearchText& text) {
     find.Text(text.search);
   }
   find.Forward(true);
-  find.MatchCase(search_.matchCase);
+  find.MatchCase(search_.request.matchCase);
   find.MatchWholeWord(search_.wholeWords);
   find.MatchWildcards(false);
   find.MatchSoundsLike(false);
@@ -79,7 +79,7 @@ bool Locator::find(word::Range& range, const SearchText& text) {
 }
 
 bool Locator::FindBeginAndEnd() {
-  return errors::guarded(context_, u"cpf:35", [&] {
+  return errors::guarded(trail_, u"cpf:35", [&] {
     word::Range& block = required(ranges_.block);
     word::Range& begin = required(ranges_.begin);
     if (!find(begin, search_.begin)) return false;
@@ -90,7 +90,7 @@ bool Locator::FindBeginAndEnd() {
 
     word::Range& end = required(ranges_.end);
     const std::int32_t from = block.End();
-    if (search_.liftLimits) {
+    if (search_.request.liftLimits) {
       end.SetRange(from, from);
     } else {
       end.Start(from);  // where its End lies beyond, left there by an earlier block, the find stops at it
@@ -102,18 +102,18 @@ bool Locator::FindBeginAndEnd() {
 }
 
 bool Locator::CheckUnitsApart() {
-  return errors::guarded(context_, u"cpf:34", [&] {
-    if (search_.unitType == kEntireDocument) return true;
-    const auto count = unitCount(search_.unitType);
+  return errors::guarded(trail_, u"cpf:34", [&] {
+    if (search_.request.unit == kEntireDocument) return true;
+    const auto count = unitCount(search_.request.unit);
     if (count == nullptr) return false;
     const std::int32_t behindBegin =
         difference(count(required(ranges_.block)), count(required(ranges_.begin)));
-    return difference(behindBegin, count(required(ranges_.end))) <= search_.distance;
+    return difference(behindBegin, count(required(ranges_.end))) <= search_.request.distance;
   });
 }
 
 bool Locator::FindInsideText() {
-  return errors::guarded(context_, u"cpf:33", [&] {
+  return errors::guarded(trail_, u"cpf:33", [&] {
     const std::int32_t from = required(ranges_.begin).End();
     const std::int32_t to = required(ranges_.end).Start();
     // A collapsed range would be searched to the end of the document.
@@ -125,11 +125,11 @@ bool Locator::FindInsideText() {
 }
 
 bool Locator::MatchFullText(word::Range& range, const std::u16string& fullText) {
-  return errors::guarded(context_, u"cpf:41", [&] {
+  return errors::guarded(trail_, u"cpf:41", [&] {
     const auto document = application_.ActiveDocument();
     const auto whole = required(document).Range(range.Start(), range.End());
     required(whole).MoveEnd(word::wdCharacter, missing(fullText, range));
-    return NormalizeSearchText(context_, whole->Text()) == fullText;
+    return NormalizeSearchText(trail_, whole->Text()) == fullText;
   });
 }
 
@@ -167,15 +167,17 @@ Locator::Verdict Locator::judge() {
   return extendsToFullTexts() && holdsInsideText() ? Verdict::block : Verdict::mismatch;
 }
 
-bool Locator::next(PassObserver& observer) {
+bool Locator::next(PassObserver& observer, PassResult& result) {
   while (observer.searching() == PassObserver::Answer::goOn && FindBeginAndEnd()) {
     switch (judge()) {
       case Verdict::block:
+        ++result.found;
         return true;
       case Verdict::mismatch:
         resumeBehindBlock();
         break;
       case Verdict::tooFar:
+        ++result.tooFar;
         observer.tooFar();
         resumeBehindBeginning();
         break;
@@ -200,7 +202,7 @@ void Locator::resumeBehindBeginning() {
   required(ranges_.block).Start(begin.End());
   end.Start(begin.End());
   // As many characters as the position's number: it bounds the next search for an ending.
-  if (!search_.liftLimits) end.MoveStart(word::wdCharacter, begin.End());
+  if (!search_.request.liftLimits) end.MoveStart(word::wdCharacter, begin.End());
 }
 
 }  // namespace pluvo::engine

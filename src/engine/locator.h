@@ -1,8 +1,9 @@
 #pragma once
 
-#include "engine/pass_observer.h"
-#include "errors/context.h"
+#include "engine/observer.h"
+#include "engine/pass_result.h"
 #include "prepared_search.h"
+#include "trail.h"
 #include "word/word_processor.h"
 
 #include <cstdint>
@@ -38,13 +39,12 @@ void moveSelectionToTop(word::Application& application);
 /// length of the block, so far as the host's counts do not.
 class Locator {
  public:
-  Locator(errors::Context& context, word::Application& application, const PreparedSearch& search,
-          WorkingRanges& ranges)
-      : context_(context), application_(application), search_(search), ranges_(ranges) {}
+  Locator(Trail& trail, word::Application& application, const PreparedSearch& search, WorkingRanges& ranges)
+      : trail_(trail), application_(application), search_(search), ranges_(ranges) {}
 
   /// Moves on to the next block, rejecting candidates; false at the end of the document, and where the
-  /// observer stops the search. Throws the faults that no step reports.
-  bool next(PassObserver& observer);
+  /// observer stops the search. Counts what it finds and rejects. Throws the faults that no step reports.
+  bool next(PassObserver& observer, PassResult& result);
 
   /// The next search starts behind the current block, or at this position where that lies farther behind.
   void resumeBehindBlock(std::int32_t atLeast = 0);
@@ -63,7 +63,7 @@ class Locator {
   Verdict judge();
   void resumeBehindBeginning();
 
-  errors::Context& context_;
+  Trail& trail_;
   word::Application& application_;
   const PreparedSearch& search_;
   WorkingRanges& ranges_;

@@ -3,7 +3,7 @@
 namespace pluvo::engine {
 
 std::shared_ptr<word::Range> Operations::operated() const {
-  switch (search_.location) {
+  switch (search_.request.location) {
     case kSelection:
       return ranges_.block;
     case kBeginning:
@@ -18,8 +18,17 @@ std::shared_ptr<word::Range> Operations::operated() const {
   }
 }
 
+Block Operations::block() const {
+  return {required(ranges_.block),
+          required(ranges_.begin),
+          search_.end.empty() ? nullptr : ranges_.end.get(),
+          search_.inside.empty() ? nullptr : ranges_.inside.get(),
+          search_.operates() ? operated().get() : nullptr,
+          search_.request.operation};
+}
+
 std::optional<errors::Fault> Operations::perform() const {
-  switch (search_.operation) {
+  switch (search_.request.operation) {
     case kInsert:
       return InsertOperationText();
     case kReplace:
@@ -35,23 +44,23 @@ std::optional<errors::Fault> Operations::perform() const {
 
 template <class Work>
 std::optional<errors::Fault> Operations::onRange(errors::Tag tag, Work work) const {
-  return errors::attempt(context_, tag, [&] {
+  return errors::attempt(trail_, tag, [&] {
     if (const auto range = operated()) work(*range);
   });
 }
 
 std::optional<errors::Fault> Operations::InsertOperationText() const {
   return onRange(u"cpf:30", [&](word::Range& range) {
-    if (search_.beforeOrAfter == kAfter) {
-      range.InsertAfter(search_.extraSpace + search_.text);
+    if (search_.request.place == kAfter) {
+      range.InsertAfter(search_.insertion);
     } else {
-      range.InsertBefore(search_.text + search_.extraSpace);
+      range.InsertBefore(search_.insertion);
     }
   });
 }
 
 std::optional<errors::Fault> Operations::ReplaceOperationText() const {
-  return onRange(u"cpf:31", [&](word::Range& range) { range.Text(search_.text); });
+  return onRange(u"cpf:31", [&](word::Range& range) { range.Text(search_.request.text); });
 }
 
 std::optional<errors::Fault> Operations::DeleteOperationRange() const {
@@ -59,7 +68,8 @@ std::optional<errors::Fault> Operations::DeleteOperationRange() const {
 }
 
 std::optional<errors::Fault> Operations::HighlightOperationRange() const {
-  return onRange(u"cpf:29", [&](word::Range& range) { range.HighlightColorIndex(search_.highlightColour); });
+  return onRange(u"cpf:29",
+                 [&](word::Range& range) { range.HighlightColorIndex(search_.request.highlightColour); });
 }
 
 }  // namespace pluvo::engine

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "errors/context.h"
 #include "locator.h"
 #include "prepared_search.h"
+#include "trail.h"
 
 #include <memory>
 #include <optional>
@@ -13,14 +13,17 @@ namespace pluvo::engine {
 /// names; a code unknown does nothing.
 class Operations {
  public:
-  Operations(errors::Context& context, const PreparedSearch& search, const WorkingRanges& ranges)
-      : context_(context), search_(search), ranges_(ranges) {}
+  Operations(Trail& trail, const PreparedSearch& search, const WorkingRanges& ranges)
+      : trail_(trail), search_(search), ranges_(ranges) {}
 
   /// Carries out the operation of the request. The fault is that of a refusal, already reported.
   std::optional<errors::Fault> perform() const;
 
   /// The range the operation acts on; none for a location unknown, or a text that is not asked for.
   std::shared_ptr<word::Range> operated() const;
+
+  /// The current block as an observer is shown it.
+  Block block() const;
 
  private:
   std::optional<errors::Fault> InsertOperationText() const;
@@ -31,7 +34,7 @@ class Operations {
   template <class Work>
   std::optional<errors::Fault> onRange(errors::Tag tag, Work work) const;
 
-  errors::Context& context_;
+  Trail& trail_;
   const PreparedSearch& search_;
   const WorkingRanges& ranges_;
 };

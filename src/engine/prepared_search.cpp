@@ -22,26 +22,29 @@ std::u16string withoutLineFeeds(std::u16string_view text) {
   return result;
 }
 
-}  // namespace
-
-std::u16string NormalizeSearchText(errors::Context& context, std::u16string_view text) {
-  return errors::guarded(context, u"cpf:38", [&] { return withoutLineFeeds(text); });
-}
-
-std::u16string normalizedText(std::u16string_view text, bool liftLimits) {
-  return liftLimits ? withOneLineEnd(text) : withoutLineFeeds(text);
-}
-
+/// As texts are searched for whole: every line end of any kind becomes one paragraph mark.
 std::u16string withOneLineEnd(std::u16string_view text) {
   std::u16string result = base::withParagraphMarks(text);
   std::replace(result.begin(), result.end(), kLineBreak, kParagraphMark);
   return result;
 }
 
-std::int16_t CountParagraphMarks(errors::Context& context, std::u16string_view text) {
-  return errors::guarded(context, u"cpf:37", [&] {
+}  // namespace
+
+std::u16string NormalizeSearchText(Trail& trail, std::u16string_view text) {
+  return errors::guarded(trail, u"cpf:38", [&] { return withoutLineFeeds(text); });
+}
+
+std::int16_t CountParagraphMarks(Trail& trail, std::u16string_view text) {
+  return errors::guarded(trail, u"cpf:37", [&] {
     return errors::narrow(static_cast<std::int32_t>(std::count(text.begin(), text.end(), kParagraphMark)));
   });
+}
+
+SearchedText searchedText(std::u16string_view text, bool liftLimits) {
+  const SearchText made(liftLimits ? withOneLineEnd(text) : withoutLineFeeds(text), liftLimits);
+  if (made.whole) return {*made.whole, *made.whole};
+  return {made.full, made.search};
 }
 
 SearchText::SearchText(std::u16string normalizedText, bool liftLimits) {
@@ -56,26 +59,18 @@ SearchText::SearchText(std::u16string normalizedText, bool liftLimits) {
   cut = search.size() < full.size();
 }
 
-void PreparedSearch::take(errors::Context& context, Request& request) {
-  if (request.extraSpace) extraSpace = u" ";
-  highlightColour = request.highlightColour;
-  for (std::u16string* searched : {&request.beginBlock, &request.endBlock, &request.insideBlock})
-    *searched = request.liftLimits ? withOneLineEnd(*searched) : NormalizeSearchText(context, *searched);
-  begin = SearchText(request.beginBlock, request.liftLimits);
-  end = SearchText(request.endBlock, request.liftLimits);
-  inside = SearchText(request.insideBlock, request.liftLimits);
-  text = request.text;
-  location = request.operationLocation;
-  operation = request.operation;
-  beforeOrAfter = request.beforeOrAfter;
-  unitType = request.unitsApartType;
-  wholeWords = request.wholeWords && !begin.cut && !end.cut && !inside.cut;
-  matchCase = request.matchCase;
-  liftLimits = request.liftLimits;
-}
-
-void PreparedSearch::takeDistance(const Request& request) {
-  distance = request.unitsApart == kSame ? std::int16_t{0} : errors::toInteger(request.unitsApart);
+PreparedSearch::PreparedSearch(Trail& trail, const Request& asked) : request(asked) {
+  const auto prepared = [&](const std::u16string& text) {
+    return SearchText(asked.liftLimits ? withOneLineEnd(text) : NormalizeSearchText(trail, text),
+                      asked.liftLimits);
+  };
+  begin = prepared(asked.begin);
+  end = prepared(asked.end);
+  inside = prepared(asked.inside);
+  wholeWords = asked.wholeWords && !begin.cut && !end.cut && !inside.cut;
+  const std::u16string_view space = asked.extraSpace ? u" " : u"";
+  insertion = asked.text;
+  insertion.insert(asked.place == kAfter ? 0 : insertion.size(), space);
 }
 
 }  // namespace pluvo::engine

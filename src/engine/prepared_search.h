@@ -1,7 +1,7 @@
 #pragma once
 
 #include "engine/request.h"
-#include "errors/context.h"
+#include "trail.h"
 
 #include <cstdint>
 #include <memory>
@@ -11,16 +11,10 @@
 namespace pluvo::engine {
 
 /// Line feeds go, manual line breaks become paragraph marks.
-std::u16string NormalizeSearchText(errors::Context& context, std::u16string_view text);
-
-/// A text that is searched for as that makes it, or, with the limits lifted, with one mark for a line end.
-std::u16string normalizedText(std::u16string_view text, bool liftLimits);
-
-/// As texts are searched for whole: every line end of any kind becomes one paragraph mark.
-std::u16string withOneLineEnd(std::u16string_view text);
+std::u16string NormalizeSearchText(Trail& trail, std::u16string_view text);
 
 /// How many paragraph marks the text holds. No pass asks for it.
-std::int16_t CountParagraphMarks(errors::Context& context, std::u16string_view text);
+std::int16_t CountParagraphMarks(Trail& trail, std::u16string_view text);
 
 /// A text as it is searched for: whole, where the limits are lifted. Else neither more than 255 characters of
 /// it nor a paragraph mark; what was cut off is compared where the rest was found.
@@ -42,26 +36,17 @@ struct SearchText {
 
 /// A request made ready for a pass.
 struct PreparedSearch {
+  PreparedSearch() = default;
+  PreparedSearch(Trail& trail, const Request& request);
+
+  bool operates() const { return request.operation >= kInsert && request.operation <= kHighlight; }
+
+  Request request;
   SearchText begin;
   SearchText end;
   SearchText inside;
-  bool wholeWords = false;
-  bool matchCase = false;
-  std::int16_t distance = 0;
-  std::int32_t location = 0;
-  std::int32_t operation = 0;
-  std::int32_t beforeOrAfter = 0;
-  std::int32_t unitType = 0;
-  /// Once a request asked for it, the space stays for the life of the engine.
-  std::u16string extraSpace;
-  std::int16_t highlightColour = 0;
-  std::u16string text;
-  bool liftLimits = false;
-
-  /// Takes over all of the request but the distance, and leaves the normalized texts in it.
-  void take(errors::Context& context, Request& request);
-  /// Throws Fault where the request's distance is no number, or none of 16 bits.
-  void takeDistance(const Request& request);
+  bool wholeWords = false;   ///< false also where a text was cut
+  std::u16string insertion;  ///< the text, with the extra space on the block's side
 };
 
 }  // namespace pluvo::engine

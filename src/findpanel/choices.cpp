@@ -1,6 +1,7 @@
 #include "findpanel/choices.h"
 
 #include "base/text.h"
+#include "dialog/clsProcessFind.h"
 #include "engine/request.h"
 #include "errors/numbers.h"
 #include "switching.h"
@@ -72,7 +73,7 @@ void Choices::cboxNumberDistanceApart_BeforeUpdate(bool& cancel) {
   errors::guarded(context_, u"FF:11", [&] {
     const std::u16string value =
         form_.get<ComboBox>(u"cboxNumberDistanceApart").Value().value_or(std::u16string());
-    if (value == engine::kSame || errors::isNumeric(value)) return;
+    if (value == dialog::kSame || errors::isNumeric(value)) return;
     refuse(u"Please Select one of the values provided or a numerical value between 1 and 9999.");
     cancel = true;
   });
@@ -85,7 +86,7 @@ void Choices::cboxNumberDistanceApart_Change() {
     const std::u16string answer =
         inputs_.ask(u"Please input a value between 1 and 9999.", u"Distance apart value.");
     if (!errors::isNumeric(answer)) {
-      distance.Value(engine::kSame);
+      distance.Value(dialog::kSame);
     } else if (answer.size() <= kDigitsOfMost) {
       distance.Value(base::decimal(errors::toInteger(answer)));
     } else {

@@ -29,15 +29,15 @@ std::int16_t code(const ComboBox& list) { return errors::toInteger(chosen(list))
 
 }  // namespace
 
-Execution::Execution(forms::Form& form, engine::clsProcessFind& engine, forms::Clock& clock,
+Execution::Execution(forms::Form& form, dialog::clsProcessFind& engine, forms::Clock& clock,
                      forms::Yielding& yielding, Files files)
     : form_(form), engine_(engine), clock_(clock), yielding_(yielding), files_(std::move(files)) {
   form.get<forms::CommandButton>(u"cmdExecuteFAR").Click.handledBy([this] { cmdExecuteFAR_Click(); });
 }
 
-engine::frmProcessing& Execution::confirmation() {
+dialog::frmProcessing& Execution::confirmation() {
   if (!confirmation_) {
-    confirmation_ = std::make_unique<engine::frmProcessing>(engine_);
+    confirmation_ = std::make_unique<dialog::frmProcessing>(engine_);
     // Nothing is left to be out of the way of.
     const auto ended = [this] {
       form_.WindowState(0);

@@ -30,7 +30,7 @@ constexpr Searched kInside = {u"txtInsideText1", u"'Inside Text'"};
 /// The controls of the find page, as the engine would read them.
 class Request {
  public:
-  Request(const forms::Form& form, const engine::clsProcessFind& engine) : form_(form), engine_(engine) {}
+  Request(const forms::Form& form, const dialog::clsProcessFind& engine) : form_(form), engine_(engine) {}
 
   const std::u16string& text(const char16_t* name) const { return form_.get<forms::TextBox>(name).Text(); }
   const std::u16string& choice(const char16_t* name) const { return form_.get<forms::ComboBox>(name).Text(); }
@@ -46,7 +46,7 @@ class Request {
 
  private:
   const forms::Form& form_;
-  const engine::clsProcessFind& engine_;
+  const dialog::clsProcessFind& engine_;
 };
 
 /// The text whose place is operated on although it is not asked for; none where all is well.
@@ -67,7 +67,7 @@ std::u16string changesNothing(const Request& request) {
 /// What the engine makes of the distance; nothing where it is none, or too large.
 std::optional<std::int16_t> distanceOf(const Request& request) {
   const std::u16string& distance = request.choice(u"cboxNumberDistanceApart");
-  if (distance == engine::kSame) return std::int16_t{0};
+  if (distance == dialog::kSame) return std::int16_t{0};
   try {
     return errors::toInteger(distance);
   } catch (const errors::Fault&) {
@@ -203,7 +203,7 @@ std::u16string makingSentences(const Request& request, const SampleOperation& wh
 
 }  // namespace
 
-std::u16string previewOf(const forms::Form& form, const engine::clsProcessFind& engine) {
+std::u16string previewOf(const forms::Form& form, const dialog::clsProcessFind& engine) {
   const Request request(form, engine);
   if (std::u16string why = obstacle(request); !why.empty()) return why;
   const SampleText found(request.searched(kBegin).full, request.searched(kEnd).full,
@@ -217,7 +217,7 @@ std::u16string previewOf(const forms::Form& form, const engine::clsProcessFind& 
          (nothing.empty() ? makingSentences(request, what) : nothing.substr(2));
 }
 
-Preview::Preview(forms::Form& form, engine::clsProcessFind& engine, Choices& choices)
+Preview::Preview(forms::Form& form, dialog::clsProcessFind& engine, Choices& choices)
     : form_(form),
       engine_(engine),
       choices_(choices),

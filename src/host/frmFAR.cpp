@@ -119,8 +119,8 @@ void frmFAR::UserForm_Initialize() {
 }
 
 void frmFAR::createEngine() {
-  engine_ = std::make_unique<engine::clsProcessFind>(
-      engine::Surroundings{surroundings_.application, context_, surroundings_.boxes, surroundings_.forms});
+  engine_ = std::make_unique<dialog::clsProcessFind>(
+      dialog::Surroundings{surroundings_.application, context_, surroundings_.boxes, surroundings_.forms});
   surroundings_.engineMade(*engine_);
 }
 

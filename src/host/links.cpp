@@ -16,7 +16,7 @@ constexpr const char16_t* kStarters[] = {u"start ", u"cmd.exe /c start ", u"comm
 
 }  // namespace
 
-Links::Links(forms::Form& form, engine::clsProcessFind& engine, forms::Launcher& launcher,
+Links::Links(forms::Form& form, dialog::clsProcessFind& engine, forms::Launcher& launcher,
              OwnDocuments documents)
     : form_(form), engine_(engine), launcher_(launcher), documents_(std::move(documents)) {
   opens(u"lblInstructions", u"FF:25", u"Instructions.doc");

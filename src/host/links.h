@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/clsProcessFind.h"
+#include "dialog/clsProcessFind.h"
 #include "forms/form.h"
 #include "forms/machine.h"
 
@@ -20,14 +20,14 @@ class Links {
   };
 
   /// All outlive it.
-  Links(forms::Form& form, engine::clsProcessFind& engine, forms::Launcher& launcher, OwnDocuments documents);
+  Links(forms::Form& form, dialog::clsProcessFind& engine, forms::Launcher& launcher, OwnDocuments documents);
 
  private:
   void opens(const char16_t* label, std::u16string_view tag, const char16_t* fileName);
   void lblDownloadSite_Click();
 
   forms::Form& form_;
-  engine::clsProcessFind& engine_;
+  dialog::clsProcessFind& engine_;
   forms::Launcher& launcher_;
   OwnDocuments documents_;
 };

@@ -9,7 +9,7 @@ namespace pluvo::multifile {
 using errors::Fault;
 using errors::guarded;
 
-bool FileDriver::OpenDocumentFile(engine::clsProcessFind& engine, Document& document,
+bool FileDriver::OpenDocumentFile(dialog::clsProcessFind& engine, Document& document,
                                   const std::u16string& path) {
   return guarded(engine.context(), u"cpf:44", [&] {
     return stepWith(engine, document, [&] { document = engine.application().Documents()->Open(path); });
@@ -17,7 +17,7 @@ bool FileDriver::OpenDocumentFile(engine::clsProcessFind& engine, Document& docu
 }
 
 /// The work, again where the user wants it tried again. False: the file is left out.
-bool FileDriver::stepWith(engine::clsProcessFind& engine, Document& document, const Work& work) {
+bool FileDriver::stepWith(dialog::clsProcessFind& engine, Document& document, const Work& work) {
   for (;;) {
     const auto fault = attempt(work);
     if (!fault) return true;
@@ -38,7 +38,7 @@ bool FileDriver::stepWith(engine::clsProcessFind& engine, Document& document, co
   }
 }
 
-bool FileDriver::CloseDocumentFile(engine::clsProcessFind& engine, Document& document, bool readOnly,
+bool FileDriver::CloseDocumentFile(dialog::clsProcessFind& engine, Document& document, bool readOnly,
                                    const std::u16string& fileName) {
   return guarded(engine.context(), u"cpf:43", [&] {
     const auto fault = attempt([&] { document->Close(!document->Saved()); });
@@ -56,7 +56,7 @@ bool FileDriver::CloseDocumentFile(engine::clsProcessFind& engine, Document& doc
   });
 }
 
-bool FileDriver::UnlockProtectedDocument(engine::clsProcessFind& engine, Document& document,
+bool FileDriver::UnlockProtectedDocument(dialog::clsProcessFind& engine, Document& document,
                                          std::u16string& password, std::int16_t& protectionType) {
   return guarded(engine.context(), u"cpf:46", [&] {
     protectionType = static_cast<std::int16_t>(document->ProtectionType());

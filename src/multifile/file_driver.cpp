@@ -62,7 +62,7 @@ FileDriver::FileDriver(std::unique_ptr<Folders> folders, PickerMaker makePicker)
 
 FileDriver::~FileDriver() { base::wipe(protectionPassword_); }
 
-std::vector<std::u16string> FileDriver::GetFiles(engine::clsProcessFind& engine, bool subFolders,
+std::vector<std::u16string> FileDriver::GetFiles(dialog::clsProcessFind& engine, bool subFolders,
                                                  std::int16_t depth) {
   if (!scanner_) {
     scanner_ =
@@ -84,7 +84,7 @@ std::vector<std::u16string> FileDriver::GetFiles(engine::clsProcessFind& engine,
   return sorter.Data();
 }
 
-void FileDriver::MultiPLUVO(engine::clsProcessFind& engine, const std::vector<std::u16string>& files) {
+void FileDriver::MultiPLUVO(dialog::clsProcessFind& engine, const std::vector<std::u16string>& files) {
   engine.CancelOperation(false);
   for (std::size_t i = 0; i < files.size(); ++i) {
     if (engine.CancelOperation()) return;
@@ -94,7 +94,7 @@ void FileDriver::MultiPLUVO(engine::clsProcessFind& engine, const std::vector<st
   }
 }
 
-void FileDriver::processFile(engine::clsProcessFind& engine, const std::u16string& path) {
+void FileDriver::processFile(dialog::clsProcessFind& engine, const std::u16string& path) {
   const Step step = [&](const Work& work) { return stepWith(engine, document_, work); };
   if (!makeReady(engine, path, u"", step)) return;
   engine.GoGetEmFARBOT();
@@ -103,7 +103,7 @@ void FileDriver::processFile(engine::clsProcessFind& engine, const std::u16strin
 }
 
 /// Opens the file, has the user decide about it, and unlocks it. False: it is left out.
-bool FileDriver::makeReady(engine::clsProcessFind& engine, const std::u16string& path,
+bool FileDriver::makeReady(dialog::clsProcessFind& engine, const std::u16string& path,
                            const std::u16string& joint, const Step& step) {
   document_.reset();
   if (isTemporary(path, engine.application().PathSeparator()) && skipTemporaryFile(engine.boxes()))
@@ -131,12 +131,12 @@ void FileDriver::protectAgain() {
   document_->Protect(static_cast<word::WdProtectionType>(protectionType_), protectionPassword_);
 }
 
-void FileDriver::closeCurrentFile(engine::clsProcessFind& engine) {
+void FileDriver::closeCurrentFile(dialog::clsProcessFind& engine) {
   if (!CloseDocumentFile(engine, document_, readOnly_, fileName_))
     tellOfDifficultiesClosing(engine.boxes(), fileName_);
 }
 
-bool FileDriver::MultiPLUVO_OpenNextFile(engine::clsProcessFind& engine,
+bool FileDriver::MultiPLUVO_OpenNextFile(dialog::clsProcessFind& engine,
                                          const std::vector<std::u16string>& files, std::int32_t& index) {
   const Step step = [](const Work& work) {
     work();
@@ -156,7 +156,7 @@ bool FileDriver::MultiPLUVO_OpenNextFile(engine::clsProcessFind& engine,
 }
 
 /// Closes a document that could not be made ready. One with changes is the user's, who had it open before.
-void FileDriver::giveUp(engine::clsProcessFind& engine, const std::u16string& path) {
+void FileDriver::giveUp(dialog::clsProcessFind& engine, const std::u16string& path) {
   const auto fault = attempt([&] {
     if (document_ && document_->Saved()) document_->Close(false);
   });
@@ -164,14 +164,14 @@ void FileDriver::giveUp(engine::clsProcessFind& engine, const std::u16string& pa
   if (fault) tellOfDifficultiesClosing(engine.boxes(), path);
 }
 
-void FileDriver::MultiPLUVO_CloseFile(engine::clsProcessFind& engine) {
+void FileDriver::MultiPLUVO_CloseFile(dialog::clsProcessFind& engine) {
   if (!document_) throw errors::objectNotSet();
   protectAgain();
   closeCurrentFile(engine);
   document_.reset();
 }
 
-std::u16string FileDriver::BrowseForFolder(engine::clsProcessFind& /*engine*/, const std::u16string& start) {
+std::u16string FileDriver::BrowseForFolder(dialog::clsProcessFind& /*engine*/, const std::u16string& start) {
   const std::unique_ptr<FolderPicker> picker = makePicker_ ? makePicker_() : nullptr;
   if (!picker) throw errors::objectNotSet();
   picker->SetStartingDirectory(start);

@@ -35,7 +35,7 @@ bool isNothing(const std::vector<std::u16string>& files) {
 
 }  // namespace
 
-FilesPage::FilesPage(forms::Form& form, engine::clsProcessFind& engine) : form_(form), engine_(engine) {
+FilesPage::FilesPage(forms::Form& form, dialog::clsProcessFind& engine) : form_(form), engine_(engine) {
   form.get<CommandButton>(u"cmdBrowse").Click.handledBy([this] { cmdBrowse_Click(); });
   form.get<CommandButton>(u"cmdChooseFiles").Click.handledBy([this] { cmdChooseFiles_Click(); });
   form.get<CommandButton>(u"cmdGetPotentialFiles").Click.handledBy([this] { cmdGetPotentialFiles_Click(); });

@@ -1,119 +1,97 @@
-#include "engine/frmProcessing.h"
-#include "engine/workplace.h"
+#include "engine/batching_application.h"
+#include "engine/desk.h"
 
 #include <gtest/gtest.h>
+
+#include <string_view>
+#include <utility>
 
 namespace pluvo::engine {
 namespace {
 
-/// Writes down what begins and ends: [ and ] a step to undo, ( and ) edits that nobody sees, < and > edits
-/// that the user sees.
-class BatchingApplication : public memory::MemoryApplication {
- public:
-  std::unique_ptr<word::Batch> beginUndoStep() override { return begun('[', ']'); }
-  std::unique_ptr<word::Batch> beginEdits(bool seen) override {
-    return seen ? begun('<', '>') : begun('(', ')');
-  }
-  std::string told;
+using Decision = Observer::Decision;
 
- private:
-  std::unique_ptr<word::Batch> begun(char begin, char end) {
-    struct Open : word::Batch {
-      Open(std::string& out, char at) : told(out), end(at) {}
-      ~Open() override { told += end; }
-      std::string& told;
-      char end;
-    };
-    told += begin;
-    return std::make_unique<Open>(told, end);
-  }
-};
-
-struct Failing : PassObserver {
+struct Failing : Watch {
   Answer found(const Block&) override { throw errors::Fault(4198, u"Command failed"); }
-};
-
-struct BatchedPass : testing::Test {
-  BatchedPass() {
-    application->add(sample.document);
-    work.boxes.beforeAnswer = [this] { application->told += '?'; };
-    work.engine.QuiteModeSetting(true);
+  Answer searching() override {
+    if (searches == 1) throw errors::Fault(4198, u"Command failed");
+    return Watch::searching();
   }
-  const notation::Sample sample{"A1 A2 A3¶"};
-  std::shared_ptr<BatchingApplication> application = std::make_shared<BatchingApplication>();
-  Workplace work{application};
 };
 
-TEST_F(BatchedPass, IsOneStepAndEndsOnEveryPath) {
-  work.pass({.begin = u"none"});
-  EXPECT_EQ(std::exchange(application->told, ""), "[()]");
+struct Batches : testing::Test {
+  Batches() {
+    application.add(sample.document);
+    watch.deciding = [this](const Block&) { application.told += '?'; };
+  }
+  std::string told() { return std::exchange(application.told, ""); }
+
+  const notation::Sample sample{"A1 A2 A3¶"};
+  const Request highlight = Asked{.begin = u"A", .operation = kHighlight}.request();
+  BatchingApplication application;
+  Watch watch;
+  Engine engine{application, watch};
+};
+
+TEST_F(Batches, APassIsOneStepAndEndsOnEveryPath) {
+  engine.pass(Asked{.begin = u"none"}.request());
+  EXPECT_EQ(told(), "[()]");
 
   Failing failing;
-  work.engine.observer(&failing);
-  work.pass({.begin = u"A"});
-  EXPECT_EQ(work.reports, (std::vector<std::string>{"4198 cpf:35"}));
-  EXPECT_EQ(std::exchange(application->told, ""), "[()]");
-  work.engine.observer(nullptr);
+  EXPECT_EQ(Engine(application, failing).pass(highlight).faults, 1);
+  EXPECT_EQ(failing.faults, (std::vector<std::string>{"4198 cpf:35"}));
+  EXPECT_EQ(told(), "[()]");
 
-  work.pass({.begin = u"A", .operation = kHighlight});
-  EXPECT_EQ(std::exchange(application->told, ""), "[()]") << "seen as a whole";
+  engine.pass(highlight);
+  EXPECT_EQ(told(), "[()]") << "seen as a whole";
 
-  work.boxes.answers = {forms::Answer::yes, forms::Answer::no, forms::Answer::cancel};
-  work.pass({.begin = u"A", .operation = kHighlight, .confirm = true});
-  EXPECT_EQ(application->told, "[?<>??]");
+  Request confirmed = highlight;
+  confirmed.confirmEach = true;
+  watch.decisions = {Decision::operate, Decision::skip, Decision::stop};
+  engine.pass(confirmed);
+  EXPECT_EQ(told(), "[?<>??]");
 }
 
-TEST_F(BatchedPass, BlockByBlockIsOneStepToo) {
-  struct Case {
-    const char* what;
-    std::vector<const char16_t*> pressed;
-    bool closes;
-    std::string told;
-  };
-  const Case cases[] = {
-      {"finished", {u"cmdPerform", u"cmdSkip", u"cmdPerform"}, false, "[<><>]"},
-      {"nothing done", {u"cmdSkip", u"cmdSkip", u"cmdSkip"}, false, ""},
-      {"the window is closed", {u"cmdPerform", u"cmdPerform"}, true, "[<><>]"},
-  };
-  frmProcessing form(work.engine);
-  for (const Case& each : cases) {
-    SCOPED_TRACE(each.what);
-    work.ask({.begin = u"A", .operation = kHighlight, .confirm = true});
-    form.SingleProcess();
-    for (const char16_t* button : each.pressed) forms::press(form, button);
-    if (each.closes) form.close();
-    EXPECT_FALSE(form.Visible());
-    EXPECT_EQ(std::exchange(application->told, ""), each.told);
+TEST_F(Batches, BlockByBlockIsOneStepToo) {
+  const struct {
+    const char* steps;  ///< m make, s skip, each after a find; then f another find, which fails, or e an end
+    const char* told;
+  } cases[] = {{"msmf", "[<><>]"}, {"sssf", ""}, {"mme", "[<><>]"}};
+  for (const auto& [steps, wanted] : cases) {
+    SCOPED_TRACE(steps);
+    engine.InitializeFind(highlight);
+    for (const char step : std::string_view(steps)) {
+      if (step == 'e') {
+        engine.endPass();
+      } else {
+        EXPECT_EQ(engine.FindNextItem(), step != 'f');
+      }
+      if (step == 'm') engine.MakeChanges();
+      if (step == 's') engine.SkipChanges();
+    }
+    EXPECT_EQ(told(), wanted);
   }
 
-  // Without another call the pass has ended where looking for the next block fails, or its window.
-  form.SingleProcess();
-  struct FailingSearch : PassObserver {
-    Answer searching() override { throw errors::Fault(4198, u"Command failed"); }
-  } failing;
-  work.engine.observer(&failing);
-  forms::press(form, u"cmdPerform");
-  EXPECT_EQ(std::exchange(application->told, ""), "[<>]");
-  work.engine.observer(nullptr);
-
-  form.SingleProcess();
-  work.forms.changes = [](forms::Form& each) {
-    if (each.Visible()) throw errors::Fault(7, u"Out of windows");
-  };
-  bool finished = false;
-  form.Finished.handledBy([&] { finished = true; });
-  forms::press(form, u"cmdPerform");
-  EXPECT_EQ(application->told, "[<>]");
-  EXPECT_TRUE(finished && !form.Visible());
-  EXPECT_TRUE(work.reports.back().starts_with("7 "));
-  work.forms.changes = {};
-
-  // Nor does it outlive the next one, or the engine.
-  application->told.clear();
-  form.SingleProcess();
-  forms::press(form, u"cmdPerform");
-  work.engine.InitializeFind();
-  EXPECT_EQ(application->told, "[<>]");
+  // It also ends where looking for the next block fails, with the next pass, and with the engine.
+  enum End { kSearchFails, kNextPass, kEngineGoes };
+  for (const End how : {kSearchFails, kNextPass, kEngineGoes}) {
+    Failing failing;
+    failing.most = 0;
+    auto other = std::make_unique<Engine>(application, failing);
+    other->InitializeFind(highlight);
+    EXPECT_TRUE(other->FindNextItem());
+    other->MakeChanges();
+    EXPECT_EQ(application.told, "[<>");
+    failing.searches = 1;
+    if (how == kSearchFails) {
+      EXPECT_FALSE(other->FindNextItem());
+    } else if (how == kNextPass) {
+      other->InitializeFind(highlight);
+    } else {
+      other.reset();
+    }
+    EXPECT_EQ(told(), "[<>]") << how;
+  }
 }
 
 }  // namespace

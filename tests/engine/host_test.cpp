@@ -1,3 +1,4 @@
+#include "engine/desk.h"
 #include "engine/random_requests.h"
 #include "engine/watched_word.h"
 
@@ -13,14 +14,11 @@ using testing::ElementsAre;
 
 /// An engine at work in a word processor that is watched.
 struct Host {
-  explicit Host(std::string_view notation) : sample(notation) {
-    word->add(sample.document);
-    work.engine.observer(&watch);
-  }
-  void pass(const Asked& asked) { work.pass(asked); }
-  std::ptrdiff_t called(const std::string& call) const { return std::ranges::count(word->calls.made, call); }
+  explicit Host(std::string_view notation) : sample(notation) { word.add(sample.document); }
+  PassResult pass(const Asked& asked) { return engine.pass(asked.request()); }
+  std::ptrdiff_t called(const std::string& call) const { return std::ranges::count(word.calls.made, call); }
 
-  struct Watch : PassObserver {
+  struct Refusals : Watch {
     Answer operated(const Block&, const errors::Fault* refusal) override {
       ++operations;
       if (refusal != nullptr) refusals.push_back(refusal->number);
@@ -31,14 +29,14 @@ struct Host {
     std::vector<std::int32_t> refusals;
   } watch;
   notation::Sample sample;
-  std::shared_ptr<WatchedApplication> word = std::make_shared<WatchedApplication>();
-  Workplace work{word};
+  WatchedApplication word;
+  Engine engine{word, watch};
 };
 
 TEST(Host, IsAskedForAFindInOneOrder) {
   Host host("x¶");
   host.pass({.begin = u"A"});
-  const auto& calls = host.word->calls.made;
+  const auto& calls = host.word.calls.made;
   EXPECT_THAT(
       (std::vector<std::string>(std::ranges::find(calls, "Find.ClearFormatting"), calls.end())),
       ElementsAre("Find.ClearFormatting", "Find.Text A", "Find.Forward true", "Find.MatchCase true",
@@ -72,46 +70,52 @@ TEST(Host, MayRefuseAnOperation) {
                {kHighlight, "HighlightColorIndex", "4605 cpf:29"}};
   for (const auto& [operation, call, report] : cases) {
     Host host("A A A¶");
-    host.word->calls.refused = call;
+    host.word.calls.refused = call;
     host.watch.most = 2;
-    host.pass({.begin = u"A", .operation = operation});
-    EXPECT_THAT(host.work.reports, ElementsAre(report, report));
+    const PassResult done = host.pass({.begin = u"A", .operation = operation});
+    EXPECT_THAT(host.watch.faults, ElementsAre(report, report));
     EXPECT_THAT(host.watch.refusals, ElementsAre(4605, 4605));
-    EXPECT_EQ(host.work.lastSummary(), "   2") << "a refused operation counts as operated";
-    host.work.engine.MakeChanges();
+    EXPECT_THAT((std::vector<std::int64_t>{done.found, done.operated, done.refused, done.faults}),
+                ElementsAre(2, 2, 2, 2))
+        << "a refused operation counts as operated";
+    host.engine.MakeChanges();
     EXPECT_EQ(host.watch.refusals.size(), 3U) << "also where it is made alone";
   }
 }
 
 TEST(Host, MayFailAnywhere) {
-  const Asked asked{.begin = u"A\rA",
-                    .end = u"B\rB",
-                    .inside = u"x\rx",
-                    .apart = u"30",
-                    .unit = kWords,
-                    .operation = kDelete};
+  const Asked asked{
+      .begin = u"A\rA", .end = u"B\rB", .inside = u"x\rx", .apart = 30, .unit = kWords, .operation = kDelete};
   const std::pair<const char*, const char*> cases[] = {
       {"Selection", "4605 cpf:27"}, {"Find.Execute", "4605 cpf:35"}, {"Find.Text x", "4605 cpf:33"},
       {"Count 2", "4605 cpf:34"},   {"Count 1", "4605 cpf:41"},      {"Text", "4605 cpf:41"}};
   for (const auto& [call, report] : cases) {
     SCOPED_TRACE(call);
     Host host("A¶Ax¶xB¶B¶");
-    host.word->calls.refused = call;
-    host.pass(asked);
-    ASSERT_FALSE(host.work.reports.empty());
-    EXPECT_EQ(host.work.reports.front(), report);
-    EXPECT_EQ(host.work.lastSummary(), "   0") << "the summary follows whatever failed";
+    host.word.calls.refused = call;
+    const PassResult done = host.pass(asked);
+    ASSERT_FALSE(host.watch.faults.empty());
+    EXPECT_EQ(host.watch.faults.front(), report);
+    EXPECT_EQ(host.watch.faults.size(), static_cast<std::size_t>(done.faults));
+    EXPECT_EQ(done.operated, 0);
   }
   Host host("A¶Ax¶xB¶B¶");
-  host.pass(asked);
-  EXPECT_EQ(host.work.lastSummary(), "   1");
+  EXPECT_EQ(host.pass(asked).operated, 1);
 }
 
 TEST(Host, MayHaveNoDocument) {
-  Host host("A¶");
-  host.word->hasDocument = false;
-  host.pass({.begin = u"A"});
-  EXPECT_THAT(host.work.reports, ElementsAre("91 cpf:27e"));
+  Host host("A A A¶");
+  host.watch.most = 1;
+  const Asked asked{.begin = u"A", .operation = kReplace, .text = u"b"};
+  host.pass(asked);
+  host.word.hasDocument = false;
+  EXPECT_EQ(host.pass(asked).faults, 1);
+  EXPECT_FALSE(host.engine.FindNextItem());
+  host.engine.MakeChanges();
+  host.engine.SkipChanges();
+  EXPECT_THAT(host.watch.faults, ElementsAre("91 cpf:27e"));
+  EXPECT_EQ(host.sample.print(), "b A A¶") << "the pass before is not gone on with";
+  EXPECT_EQ(host.engine.result().operated + host.engine.result().skipped, 0);
 }
 
 TEST(Host, NeverMakesAPassEndless) {

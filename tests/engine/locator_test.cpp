@@ -1,4 +1,4 @@
-#include "engine/workplace.h"
+#include "engine/desk.h"
 
 #include <gtest/gtest.h>
 
@@ -21,9 +21,9 @@ void expectFound(const std::vector<Case>& cases) {
       Desk desk(one.document);
       Asked asked = one.asked;
       asked.lift = lift;
-      desk.work.pass(asked);
+      desk.pass(asked);
       EXPECT_EQ(desk.found(), notation::Sample(lift ? one.foundWithoutLimits : one.found).print());
-      EXPECT_TRUE(desk.work.reports.empty()) << desk.work.reports.front();
+      EXPECT_TRUE(desk.watch.faults.empty()) << desk.watch.faults.front();
     }
   }
 }
@@ -41,29 +41,28 @@ TEST(Locator, FindsBeginningsAndTheirEndings) {
 }
 
 TEST(Locator, CountsWholeUnitsBetween) {
-  const auto within = [](const char* text, std::int32_t unit, const char16_t* apart, bool found) {
+  const auto within = [](const char* text, int unit, std::int16_t apart, bool found) {
     const std::string document = std::string(text) + "¶";
     const std::string marked = "[a" + std::string(text) + "a]¶";
-    return Case{
-        document, {.begin = u"A", .end = u"B", .apart = apart, .unit = unit}, found ? marked : document};
+    return Case{document,
+                {.begin = u"A", .end = u"B", .apart = apart, .unit = static_cast<UnitCode>(unit)},
+                found ? marked : document};
   };
-  expectFound({within("A x, B", kWords, u"1", false), within("A x, B", kWords, u" 2 ", true),
-               within("A x y z B", kWords, u"2.5", false), within("A x y z B", kWords, u"3.5", true),
-               within("A x y z B", kWords, u"-1", false), within("A. Or. B", kSentences, u"Same", false),
-               within("A. Or. B", kSentences, u"1", true), within("A¶¶B", kParagraphs, u"Same", false),
-               within("A¶¶B", kParagraphs, u"1", true),
-               within("A. ¶1. 2. ¶B", kEntireDocument, u"Same", true), within("AB", 4, u"Same", false),
-               within("AB", -1, u"32767", false)});
+  expectFound({within("A x, B", kWords, 1, false), within("A x, B", kWords, 2, true),
+               within("A x y z B", kWords, -1, false), within("A. Or. B", kSentences, 0, false),
+               within("A. Or. B", kSentences, 1, true), within("A¶¶B", kParagraphs, 0, false),
+               within("A¶¶B", kParagraphs, 1, true), within("A. ¶1. 2. ¶B", kEntireDocument, 0, true),
+               within("AB", 4, 0, false), within("AB", -1, 32767, false)});
   // What is too far is left behind by its beginning alone.
-  expectFound({{"A A x B¶", {.begin = u"A ", .end = u"B", .apart = u"1", .unit = kWords}, "A [aA x Ba]¶"}});
+  expectFound({{"A A x B¶", {.begin = u"A ", .end = u"B", .apart = 1, .unit = kWords}, "A [aA x Ba]¶"}});
 }
 
 TEST(Locator, TakesTheDistanceBeforeTextsAreExtended) {
   // Those of the first line of the beginning alone; of the whole beginning they are less.
   const std::string document = "A¶1¶2¶xB¶";
-  Asked asked = {.begin = u"A\r1\r2\rx", .end = u"B", .apart = u"1", .unit = kParagraphs};
+  Asked asked = {.begin = u"A\r1\r2\rx", .end = u"B", .apart = 1, .unit = kParagraphs};
   expectFound({{document, asked, document, "[aA¶1¶2¶xBa]¶"}});
-  asked.apart = u"2";
+  asked.apart = 2;
   expectFound({{document, asked, "[aA¶1¶2¶xBa]¶"}});
 }
 
@@ -108,7 +107,7 @@ TEST(Locator, LooksForInsideTextsInsideOnly) {
 
 TEST(Locator, KeepsItsBoundsOnEndings) {
   // The first beginning ends at 31 and is too far from its ending: the next ending must lie before 62.
-  const Asked asked{.begin = u"A", .end = u"B", .apart = u"1", .unit = kWords};
+  const Asked asked{.begin = u"A", .end = u"B", .apart = 1, .unit = kWords};
   const std::string lead = std::string(29, 'x') + " A 1 2 B ";
   const std::string near(10, 'y');
   const std::string far(30, 'y');
@@ -160,16 +159,14 @@ TEST(Locator, FindsTextsOfSeveralLinesWholeWithoutLimits) {
       {"a¶b¶", {.begin = u"A\rB", .matchCase = false}, "[aa¶ba]¶"},
       {"-" + there + there + "¶", {.begin = twoLines}, "-[a" + there + "a][b" + there + "b]¶"},
       // What the texts touch themselves does not count.
-      {"A¶A¶1¶B¶B¶",
-       {.begin = u"A\rA", .end = u"B\rB", .apart = u"1", .unit = kParagraphs},
-       "[aA¶A¶1¶B¶Ba]¶"},
+      {"A¶A¶1¶B¶B¶", {.begin = u"A\rA", .end = u"B\rB", .apart = 1, .unit = kParagraphs}, "[aA¶A¶1¶B¶Ba]¶"},
   };
   for (const Case& one : cases) {
     SCOPED_TRACE(one.document);
     Desk desk(one.document);
     Asked asked = one.asked;
     asked.lift = true;
-    desk.work.pass(asked);
+    desk.pass(asked);
     EXPECT_EQ(desk.found(), notation::Sample(one.found).print());
   }
 }
@@ -178,7 +175,7 @@ TEST(Locator, StartsAtTheSelectionOrAtTheTop) {
   for (const bool lift : {false, true}) {
     Desk desk("A¶BA¶BA¶B¶");
     desk.sample.document->select({4, 7});
-    desk.work.pass({.begin = u"A\rB", .atTop = false, .lift = lift});
+    desk.pass({.begin = u"A\rB", .atTop = false, .lift = lift});
     EXPECT_EQ(desk.found(), lift ? "A¶BA¶B[aA¶Ba]¶" : "A¶BA¶B[aAa]¶B¶");
   }
 }
@@ -187,13 +184,11 @@ TEST(Locator, SearchesAnEndingUpToThePreviousBlocksEnd) {
   for (const bool lift : {false, true}) {
     SCOPED_TRACE(lift);
     Desk desk("A1A2B3B4B¶");
-    desk.work.ask({.begin = u"A", .end = u"B", .confirm = true, .lift = lift});
-    clsProcessFind& engine = desk.work.engine;
-    engine.InitializeFind();
+    desk.engine.InitializeFind(Asked{.begin = u"A", .end = u"B", .confirm = true, .lift = lift}.request());
     std::vector<text::Span> selected;
-    while (engine.FindNextItem()) {
+    while (desk.engine.FindNextItem()) {
       selected.push_back(desk.sample.document->selection());
-      engine.MakeChanges();
+      desk.engine.MakeChanges();
     }
     EXPECT_EQ(selected, (std::vector<text::Span>{{0, 5}, {2, 5}})) << "a block may begin in the previous one";
   }

@@ -1,4 +1,4 @@
-#include "engine/workplace.h"
+#include "engine/desk.h"
 
 #include <gtest/gtest.h>
 
@@ -25,16 +25,16 @@ TEST(Operations, DoNothingUnderUnknownCodes) {
   for (const auto& [operation, on, place, after] : cases) {
     SCOPED_TRACE(after);
     Desk desk("-A.x¶x.B-¶");
-    desk.work.pass({.begin = u"A",
-                    .end = u"B",
-                    .inside = u"x\rx",
-                    .operation = static_cast<OperationCode>(operation),
-                    .on = static_cast<LocationCode>(on),
-                    .place = static_cast<PlaceCode>(place),
-                    .text = u"12"});
+    const PassResult done = desk.pass({.begin = u"A",
+                                       .end = u"B",
+                                       .inside = u"x\rx",
+                                       .operation = static_cast<OperationCode>(operation),
+                                       .on = static_cast<LocationCode>(on),
+                                       .place = static_cast<PlaceCode>(place),
+                                       .text = u"12"});
     EXPECT_EQ(desk.text(), notation::Sample(after).print());
-    EXPECT_EQ(desk.work.lastSummary(), "   1");
-    EXPECT_TRUE(desk.work.reports.empty());
+    EXPECT_EQ(done.operated, 1);
+    EXPECT_TRUE(desk.watch.faults.empty());
   }
 }
 
@@ -44,24 +44,12 @@ TEST(Operations, ChangeNothingOnATextThatIsNotAskedFor) {
       for (const std::u16string end : {u"", u"\rB"}) {
         if (on == kInsideText && !end.empty()) continue;
         Desk desk("-A-¶");
-        desk.work.pass({.begin = u"A", .end = end, .operation = operation, .on = on, .text = u"12"});
+        const Asked asked{.begin = u"A", .end = end, .operation = operation, .on = on, .text = u"12"};
+        EXPECT_EQ(desk.pass(asked).operated, 1) << "it is counted all the same";
         EXPECT_EQ(desk.text(), "-A-¶");
-        EXPECT_EQ(desk.work.lastSummary(), "   1") << "it is counted all the same";
       }
     }
   }
-}
-
-TEST(Operations, KeepTheExtraSpaceOnceItWasAskedFor) {
-  Desk desk("A¶");
-  const Asked asked{.begin = u"A", .operation = kInsert, .place = kAfter, .text = u"1"};
-  desk.work.engine.ExtraSpaceSetting(true);
-  EXPECT_FALSE(desk.work.engine.keepsExtraSpace());
-  desk.work.pass(asked);
-  desk.work.engine.ExtraSpaceSetting(false);
-  EXPECT_TRUE(desk.work.engine.keepsExtraSpace());
-  desk.work.pass(asked);
-  EXPECT_EQ(desk.text(), "A 1 1¶");
 }
 
 }  // namespace

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "base/text.h"
 #include "base/utf.h"
-#include "engine/workplace.h"
+#include "engine/asked.h"
 
 #include <cstdint>
 #include <random>
@@ -38,8 +37,8 @@ inline Asked randomRequest(Dice& dice) {
   asked.begin = dice.searched(2);
   if (!dice.once(4)) asked.end = dice.searched(1);
   if (!asked.end.empty() && dice.once(3)) asked.inside = dice.searched(1);
-  asked.apart = dice.once(2) ? kSame : base::decimal(static_cast<std::int64_t>(dice.upTo(3)));
-  asked.unit = static_cast<std::int32_t>(dice.upTo(3));
+  asked.apart = dice.once(2) ? std::int16_t{0} : static_cast<std::int16_t>(dice.upTo(3));
+  asked.unit = static_cast<UnitCode>(dice.upTo(3));
   asked.operation = static_cast<OperationCode>(dice.upTo(4));
   asked.on = static_cast<LocationCode>(dice.upTo(asked.inside.empty() ? asked.end.empty() ? 1 : 2 : 3));
   asked.place = static_cast<PlaceCode>(dice.upTo(1));
@@ -54,8 +53,8 @@ inline std::string words(const Asked& asked) {
     for (char16_t& c : text) c = c == u'\r' ? u'/' : c == u'\v' ? u'|' : c;
     return '"' + base::utf8(text) + "\" ";
   };
-  return shown(asked.begin) + shown(asked.end) + shown(asked.inside) + shown(asked.apart) + "unit " +
-         std::to_string(asked.unit) + " operation " + std::to_string(asked.operation) + " on " +
+  return shown(asked.begin) + shown(asked.end) + shown(asked.inside) + std::to_string(asked.apart) +
+         " unit " + std::to_string(asked.unit) + " operation " + std::to_string(asked.operation) + " on " +
          std::to_string(asked.on) + " place " + std::to_string(asked.place) + ' ' + shown(asked.text);
 }
 

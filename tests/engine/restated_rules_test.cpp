@@ -1,3 +1,4 @@
+#include "engine/desk.h"
 #include "engine/random_requests.h"
 #include "errors/numbers.h"
 
@@ -22,8 +23,8 @@ std::string documentOf(const std::u16string& text) {
 /// and what becomes of it.
 class RestatedRules {
  public:
-  RestatedRules(const std::u16string& text, const Asked& asked, bool extraSpace)
-      : document(documentOf(text)), asked_(asked), space_(extraSpace ? u" " : u"") {}
+  RestatedRules(const std::u16string& text, const Asked& asked)
+      : document(documentOf(text)), asked_(asked), space_(asked.extraSpace ? u" " : u"") {}
 
   void pass() {
     text::Position from = 0;
@@ -85,8 +86,7 @@ class RestatedRules {
       if (asked_.unit == kWords) return range->Words().Count();
       return asked_.unit == kSentences ? range->Sentences().Count() : range->Paragraphs().Count();
     };
-    const std::int32_t distance = asked_.apart == kSame ? 0 : errors::toInteger(asked_.apart);
-    return count(block_) - count(begin_) - count(end_) > distance;
+    return count(block_) - count(begin_) - count(end_) > asked_.apart;
   }
 
   bool accept() {
@@ -111,7 +111,7 @@ class RestatedRules {
   Place block_, begin_, end_, inside_;
 };
 
-struct Positions : PassObserver {
+struct Positions : Watch {
   Answer found(const Block& block) override {
     all.push_back({block.whole.Start(), block.whole.End()});
     return Answer::goOn;
@@ -120,18 +120,18 @@ struct Positions : PassObserver {
 };
 
 /// Returns how many blocks there were.
-std::size_t expectAgreement(const std::u16string& text, const Asked& asked, bool extraSpace) {
-  RestatedRules rules(text, asked, extraSpace);
+std::size_t expectAgreement(const std::u16string& text, const Asked& asked) {
+  RestatedRules rules(text, asked);
   rules.pass();
-  Desk desk(documentOf(text));
+  notation::Sample sample(documentOf(text));
+  memory::MemoryApplication application;
+  application.add(sample.document);
   Positions positions;
-  desk.work.engine.observer(&positions);
-  desk.work.engine.ExtraSpaceSetting(extraSpace);
-  desk.work.pass(asked);
+  const PassResult done = Engine(application, positions).pass(asked.request());
   EXPECT_EQ(positions.all, rules.blocks);
-  EXPECT_EQ(desk.text(), rules.document.print());
-  EXPECT_EQ(desk.work.lastSummary(), "   " + std::to_string(rules.blocks.size()));
-  EXPECT_TRUE(desk.work.reports.empty());
+  EXPECT_EQ(sample.print(), rules.document.print());
+  EXPECT_EQ(done.operated, rules.blocks.size());
+  EXPECT_TRUE(positions.faults.empty());
   return rules.blocks.size();
 }
 
@@ -141,11 +141,11 @@ TEST(RestatedRules, AgreeWithTheEngine) {
   for (std::u16string& text : texts) text = dice.text(u"aabbA . \r\v", 0, 60);
   std::size_t blocks = 0;
   for (int i = 0; i < 100; ++i) {
-    const Asked asked = randomRequest(dice);
-    const bool extraSpace = dice.once(3);
+    Asked asked = randomRequest(dice);
+    asked.extraSpace = dice.once(3);
     for (const std::u16string& text : texts) {
-      blocks += expectAgreement(text, asked, extraSpace);
-      if (testing::Test::HasFailure()) FAIL() << documentOf(text) << '\n' << words(asked) << extraSpace;
+      blocks += expectAgreement(text, asked);
+      if (testing::Test::HasFailure()) FAIL() << documentOf(text) << '\n' << words(asked) << asked.extraSpace;
     }
   }
   EXPECT_GT(blocks, 5000U) << "the requests find too little to tell";

@@ -31,25 +31,29 @@ class Execution : public testing::Test, protected OpenedDialog {
 TEST_F(Execution, SendsTheRequestAsItStands) {
   begin("a¶");
   errors::WatchedContext watched;
-  engine::clsProcessFind engine({[this] { return word; }, watched.context, boxes, forms});
+  dialog::clsProcessFind engine({[this] { return word; }, watched.context, boxes, forms});
   const findpanel::Execution second(dialog(), engine, clock, yielding,
                                     {[] { return std::vector<std::u16string>(); }});
   engine::Request expected;
-  expected.beginBlock = u"a";
-  expected.unitsApart = u"Same";
-  expected.unitsApartType = engine::kParagraphs;
-  expected.beforeOrAfter = 99;  // nothing is chosen
+  expected.begin = u"a";
+  expected.unit = engine::kParagraphs;
+  expected.place = static_cast<engine::PlaceCode>(99);  // nothing is chosen
   expected.highlightColour = word::wdYellow;
   expected.startAtTop = true;
   execute();
   EXPECT_EQ(engine.request(), expected);
   EXPECT_FALSE(engine.MultiFileRun());
+  const int shown = forms.modalRuns;
+  execute();
+  EXPECT_EQ(forms.modalRuns, shown + 2) << "the statistics of each engine";
+  tick(u"chkQuiteMode");
+  execute();
+  EXPECT_EQ(forms.modalRuns, shown + 2);
   const std::pair<const char16_t*, bool engine::Request::*> ticks[] = {
       {u"chkMatchWholeWords", &engine::Request::wholeWords},
       {u"chkExtraSpace", &engine::Request::extraSpace},
       {u"chkMatchCase", &engine::Request::matchCase},
       {u"chkShowFieldCodes", &engine::Request::showFieldCodes},
-      {u"chkQuiteMode", &engine::Request::quiet},
       {u"chkConfirmEach", &engine::Request::confirmEach}};
   for (const auto& [name, field] : ticks) {
     expected.*field = true;
@@ -69,14 +73,13 @@ TEST_F(Execution, SendsTheRequestAsItStands) {
   list(u"cboxHighlighters").Text(u"Green");
   tick(u"chkStartFindsFromBeginning", false);
   execute();
-  EXPECT_EQ(engine.request(),
-            (engine::Request{u"a", u"e", u"i", u"25", engine::kEntireDocument, engine::kInsert,
-                             engine::kAfter, engine::kInsideText, u"t", true, true, true, true, false,
-                             word::wdGreen, true, true, false}));
+  EXPECT_EQ(engine.request(), (engine::Request{u"a", u"e", u"i", 25, engine::kEntireDocument, engine::kInsert,
+                                               engine::kInsideText, engine::kAfter, u"t", true, word::wdGreen,
+                                               true, true, true, false, true, false}));
 
   choose(u"cboxProcOperation1", u"Replace");
   execute();
-  EXPECT_EQ(engine.request().beforeOrAfter, 99) << "cleared with the operation";
+  EXPECT_EQ(engine.request().place, 99) << "cleared with the operation";
 }
 
 TEST_F(Execution, NeedsAChoiceInEveryListButThePosition) {

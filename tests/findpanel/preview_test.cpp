@@ -13,7 +13,7 @@ class Preview : public testing::Test, protected OpenedDialog {
   Preview() {
     document("Dear Sir¶");
     auto here = surroundings();
-    here.engineMade = [this](engine::clsProcessFind& made) { engine = &made; };
+    here.engineMade = [this](dialog::clsProcessFind& made) { engine = &made; };
     restart(std::move(here));
     open();
     type(u"txtBeginText", u"Dear");
@@ -31,7 +31,7 @@ class Preview : public testing::Test, protected OpenedDialog {
     const std::size_t from = at + heading.size() + 2;
     return text.substr(from, text.find("\r\n", from) - from);
   }
-  engine::clsProcessFind* engine = nullptr;
+  dialog::clsProcessFind* engine = nullptr;
   std::string found() { return under("Finding text that looks like:"); }
   std::string made() { return under("And making it look like:"); }
 };

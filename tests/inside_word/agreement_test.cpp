@@ -28,7 +28,7 @@ TEST(AgreementOfWordAndMemory, AHundredRequests) {
     task.asked = engine::randomRequest(dice);
     task.asked.lift = dice.once(2);
     task.asked.confirm = dice.once(4);
-    task.extraSpace = dice.once(3);
+    task.asked.extraSpace = dice.once(3);
     const bool quotes = dice.once(2);
     for (auto* text : {&task.asked.begin, &task.asked.end, &task.asked.inside, &task.asked.text}) {
       if (quotes) inQuotes(*text);

@@ -18,7 +18,7 @@ std::deque<forms::Answer> answers(unsigned seed) {
 
 /// Makes the pass and returns all that was said.
 std::vector<std::u16string> pass(const std::shared_ptr<word::Application>& application, const Task& task) {
-  engine::Workplace place(application);
+  dialog::Workplace place(application);
   std::vector<std::u16string> said;
   place.forms.user = [&](forms::Form& form) {
     said.push_back(form.Caption() + u": " + form.get<forms::Label>(u"lblStats").Caption());
@@ -26,7 +26,6 @@ std::vector<std::u16string> pass(const std::shared_ptr<word::Application>& appli
   };
   place.boxes.answers = answers(task.seed);
   place.engine.QuiteModeSetting(false);
-  place.engine.ExtraSpaceSetting(task.extraSpace);
   place.pass(task.asked);
   for (const auto& box : place.boxes.shown) said.push_back(box.title.value_or(u"") + u": " + box.text);
   for (const std::string& report : place.reports) said.push_back(base::utf16(report));
@@ -75,7 +74,7 @@ std::string words(const Task& task) {
   const engine::Asked& asked = task.asked;
   return base::utf8(task.text) + '\n' + engine::words(asked) + "words " + std::to_string(asked.wholeWords) +
          " case " + std::to_string(asked.matchCase) + " lift " + std::to_string(asked.lift) + " confirm " +
-         std::to_string(asked.confirm) + " space " + std::to_string(task.extraSpace) + " seed " +
+         std::to_string(asked.confirm) + " space " + std::to_string(task.asked.extraSpace) + " seed " +
          std::to_string(task.seed);
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/workplace.h"
+#include "dialog/workplace.h"
 #include "word_stand_in/word_session.h"
 
 #include <memory>
@@ -15,7 +15,6 @@ using stand_in::WordSession;
 struct Task {
   std::u16string text;
   engine::Asked asked;
-  bool extraSpace = false;
   /// Tells the answers to what is asked.
   unsigned seed = 0;
 };

@@ -1,5 +1,5 @@
 #include "base/utf.h"
-#include "engine/workplace.h"
+#include "dialog/workplace.h"
 #include "word_stand_in/word_session.h"
 
 #include <gtest/gtest.h>
@@ -19,7 +19,7 @@ TEST(Calls, LeaveWordAsItWas) {
     SCOPED_TRACE(base::utf8(refused));
     const auto document = WordSession::document(u"one one");
     WordSession::calls().refuse(refused, 4605, 2);
-    engine::Workplace place(word.word());
+    dialog::Workplace place(word.word());
     place.pass({.begin = u"one", .operation = engine::kReplace, .text = u"two"});
     EXPECT_EQ(WordSession::world().undoLevel, 0);
     EXPECT_TRUE(WordSession::world().screenUpdating);
@@ -42,7 +42,7 @@ TEST(Calls, AThousandPassesLeakNothing) {
   const auto passes = [&](int count) {
     for (int i = 0; i < count; ++i) {
       const auto document = WordSession::document(u"one two three one two");
-      engine::Workplace place(word.word());
+      dialog::Workplace place(word.word());
       place.pass({.begin = u"one",
                   .end = u"two",
                   .unit = engine::kParagraphs,

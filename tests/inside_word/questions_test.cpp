@@ -1,5 +1,5 @@
 #include "base/utf.h"
-#include "engine/workplace.h"
+#include "dialog/workplace.h"
 #include "multifile/file_driver.h"
 #include "multifile/scripted_folders.h"
 #include "word_stand_in/word_session.h"
@@ -45,7 +45,7 @@ class FileRun {
   }
 
   WordSession word;
-  engine::Workplace work{word.word()};
+  dialog::Workplace work{word.word()};
   std::deque<std::u16string> typed;
 
  private:

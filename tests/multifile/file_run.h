@@ -2,8 +2,8 @@
 
 #include "base/names.h"
 #include "base/utf.h"
-#include "engine/frmProcessing.h"
-#include "engine/workplace.h"
+#include "dialog/frmProcessing.h"
+#include "dialog/workplace.h"
 #include "multifile/file_driver.h"
 #include "scripted_folders.h"
 #include "scripted_word.h"
@@ -42,7 +42,7 @@ class FileRun : private engine::PassObserver {
     engine().QuiteModeSetting(false);
   }
 
-  engine::clsProcessFind& engine() { return work.engine; }
+  dialog::clsProcessFind& engine() { return work.engine; }
   static std::string path(const std::string& name) { return "C:\\f\\" + name; }
   ScriptedFile& file(const std::string& name) { return word.files[path(name)]; }
   std::vector<std::u16string> list(const std::vector<std::string>& names) {
@@ -65,7 +65,7 @@ class FileRun : private engine::PassObserver {
 
   Story story;
   ScriptedWord word;
-  engine::Workplace work;
+  dialog::Workplace work;
   ScriptedFolders* folders;
   /// What is typed at each question for a password; nothing is Cancel.
   std::deque<std::optional<std::string>> typed;
@@ -119,7 +119,7 @@ inline void expectStories(const ScriptedFile& file, const std::vector<Case>& cas
     run.typed = one.typed;
     if (stepped) {
       run.stepThrough();
-      engine::frmProcessing dialog(run.engine());
+      dialog::frmProcessing dialog(run.engine());
       dialog.MultiProcess(run.list({"a", "b"}));
       while (dialog.Visible()) forms::press(dialog, u"cmdPerform");
     } else {

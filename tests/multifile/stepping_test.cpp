@@ -17,7 +17,7 @@ class Stepping : public testing::Test {
   std::string skip() { return forms::press(dialog, u"cmdSkip"), run.told(); }
 
   FileRun run;
-  engine::frmProcessing dialog{run.engine()};
+  dialog::frmProcessing dialog{run.engine()};
 };
 
 TEST_F(Stepping, PerformsAndSkipsFromFileToFile) {

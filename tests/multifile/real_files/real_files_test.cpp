@@ -1,9 +1,9 @@
 #include "base/names.h"
 #include "base/utf.h"
+#include "dialog/workplace.h"
 #include "documents/archive/compound_builder.h"
 #include "documents/docx/document_builder.h"
 #include "documents/files/scratch.h"
-#include "engine/workplace.h"
 #include "memory/application.h"
 #include "multifile/file_driver.h"
 #include "store/opener.h"
@@ -57,7 +57,7 @@ class RealFiles : public testing::Test {
   std::optional<std::string> saveAs;
   std::shared_ptr<memory::MemoryApplication> application = std::make_shared<memory::MemoryApplication>(
       std::make_shared<store::StoreOpener>(store::Store(), [this](const std::string&) { return saveAs; }));
-  engine::Workplace work{application};
+  dialog::Workplace work{application};
 };
 
 TEST_F(RealFiles, ThatMayNotBeWrittenAreSavedUnderAnotherName) {

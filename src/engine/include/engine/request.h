@@ -2,16 +2,42 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace pluvo::engine {
 
+// A code may have any value of 16 bits: one that names no operation or no location has nothing done, one that
+// names no place is kBefore, and under one that names no unit every ending is too far.
 enum OperationCode : std::int16_t { kNone = 0, kInsert = 1, kReplace = 2, kDelete = 3, kHighlight = 4 };
 enum LocationCode : std::int16_t { kSelection = 0, kBeginning = 1, kEnding = 2, kInsideText = 3 };
 enum PlaceCode : std::int16_t { kBefore = 0, kAfter = 1 };
 enum UnitCode : std::int16_t { kWords = 0, kSentences = 1, kParagraphs = 2, kEntireDocument = 3 };
 
-/// The distance that stands for none.
-inline constexpr const char16_t* kSame = u"Same";
+/// What a pass is asked to do: one field a choice. Texts may have line ends of any kind.
+struct Request {
+  std::u16string begin;
+  std::u16string end;         ///< empty: the block is its beginning alone
+  std::u16string inside;      ///< empty: no condition
+  std::int16_t distance = 0;  ///< how many units may lie between beginning and ending
+  UnitCode unit = kWords;
+  OperationCode operation = kNone;
+  LocationCode location = kSelection;
+  PlaceCode place = kBefore;
+  std::u16string text;  ///< to insert or to replace with
+  bool extraSpace = false;
+  std::int16_t highlightColour = 0;  ///< a word::WdColorIndex
+  bool wholeWords = false;
+  bool matchCase = false;
+  bool showFieldCodes = false;
+  bool startAtTop = false;   ///< else at the start of the selection
+  bool confirmEach = false;  ///< the observer decides about each block
+  /// Lifts three limits that are kept inside Word: search points and skipped counts beyond 16 bits; endings
+  /// that lie beyond the doubled position of a rejected candidate or beyond the previous block; texts that
+  /// are searched for by their first line or 255 characters, and else found whole.
+  bool liftLimits = false;
+
+  bool operator==(const Request&) const = default;
+};
 
 /// A text as a pass searches for it; a line end is one character 13.
 struct SearchedText {
@@ -23,27 +49,7 @@ struct SearchedText {
   bool cut() const { return search.size() < full.size(); }
 };
 
-/// What a pass is asked to do, as the dialog or the command line sets it: one field a choice.
-struct Request {
-  std::u16string beginBlock;
-  std::u16string endBlock;     ///< empty: the block is its beginning alone
-  std::u16string insideBlock;  ///< empty: no condition
-  std::u16string unitsApart;   ///< decimal, or kSame
-  std::int16_t unitsApartType = 0;
-  std::int16_t operation = 0;
-  std::int16_t beforeOrAfter = 0;
-  std::int16_t operationLocation = 0;
-  std::u16string text;  ///< to insert or to replace with
-  bool wholeWords = false;
-  bool matchCase = false;
-  bool extraSpace = false;
-  bool showFieldCodes = false;
-  bool startAtTop = false;  ///< else at the start of the selection
-  std::int16_t highlightColour = 0;
-  bool quiet = false;
-  bool confirmEach = false;
-  bool liftLimits = false;
-  bool operator==(const Request&) const = default;
-};
+/// What a pass makes of a text.
+SearchedText searchedText(std::u16string_view text, bool liftLimits);
 
 }  // namespace pluvo::engine

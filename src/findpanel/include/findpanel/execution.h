@@ -1,7 +1,7 @@
 #pragma once
 
-#include "engine/clsProcessFind.h"
-#include "engine/frmProcessing.h"
+#include "dialog/clsProcessFind.h"
+#include "dialog/frmProcessing.h"
 #include "forms/form.h"
 #include "forms/machine.h"
 
@@ -25,7 +25,7 @@ class Execution {
   };
 
   /// All outlive it; the form has the controls of all pages.
-  Execution(forms::Form& form, engine::clsProcessFind& engine, forms::Clock& clock, forms::Yielding& yielding,
+  Execution(forms::Form& form, dialog::clsProcessFind& engine, forms::Clock& clock, forms::Yielding& yielding,
             Files files);
 
   /// Whether there is a document to run over. Throws Fault where the word processor does not answer.
@@ -48,14 +48,14 @@ class Execution {
   void showNotice(const std::u16string& text);
   /// Half a second, for the notice to be drawn.
   void pause();
-  engine::frmProcessing& confirmation();
+  dialog::frmProcessing& confirmation();
 
   forms::Form& form_;
-  engine::clsProcessFind& engine_;
+  dialog::clsProcessFind& engine_;
   forms::Clock& clock_;
   forms::Yielding& yielding_;
   Files files_;
-  std::unique_ptr<engine::frmProcessing> confirmation_;
+  std::unique_ptr<dialog::frmProcessing> confirmation_;
   std::vector<std::u16string> filesToProcess_;
 };
 

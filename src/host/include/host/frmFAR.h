@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/clsProcessFind.h"
+#include "dialog/clsProcessFind.h"
 #include "errors/context.h"
 #include "forms/form.h"
 #include "forms/message_boxes.h"
@@ -44,7 +44,7 @@ class frmFAR final : public forms::Form {
   forms::ReportBoxes reports_;
   errors::Context context_;
   std::unique_ptr<multifile::Folders> folders_;
-  std::unique_ptr<engine::clsProcessFind> engine_;
+  std::unique_ptr<dialog::clsProcessFind> engine_;
   struct Pages;
   std::unique_ptr<Pages> pages_;
 };

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/clsProcessFind.h"
+#include "dialog/clsProcessFind.h"
 #include "forms/form.h"
 #include "forms/input_boxes.h"
 #include "forms/machine.h"
@@ -35,7 +35,7 @@ struct Surroundings {
   std::function<std::u16string(const std::u16string& folder)> chooseFolder = {};
   /// The dialog's engine was made: a program sets what it alone decides, its limits and who watches it. The
   /// engine lives as long as the dialog.
-  std::function<void(engine::clsProcessFind&)> engineMade = [](engine::clsProcessFind&) {};
+  std::function<void(dialog::clsProcessFind&)> engineMade = [](dialog::clsProcessFind&) {};
   /// A run over these files is about to begin; a program may take some out. Whether it begins.
   std::function<bool(std::vector<std::u16string>& files)> filesChosen = [](auto&) { return true; };
   /// Shows a document that lies beside the program, and throws Fault where it cannot; empty where it is

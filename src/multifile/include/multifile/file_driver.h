@@ -1,7 +1,7 @@
 #pragma once
 
-#include "engine/clsProcessFind.h"
-#include "engine/file_stepper.h"
+#include "dialog/clsProcessFind.h"
+#include "dialog/file_stepper.h"
 #include "multifile/clsDirParsing.h"
 #include "multifile/folder_picker.h"
 #include "multifile/folders.h"
@@ -20,7 +20,7 @@ namespace pluvo::multifile {
 ///
 /// What goes wrong with one file does not stop the run: the user is asked, or the fault is reported, and the
 /// file is left out.
-class FileDriver final : public engine::FileStepper {
+class FileDriver final : public dialog::FileStepper {
  public:
   using PickerMaker = std::function<std::unique_ptr<FolderPicker>()>;
 
@@ -28,13 +28,13 @@ class FileDriver final : public engine::FileStepper {
   ~FileDriver() override;
 
   /// Sorted, where there are not more than 301.
-  std::vector<std::u16string> GetFiles(engine::clsProcessFind& engine, bool subFolders,
+  std::vector<std::u16string> GetFiles(dialog::clsProcessFind& engine, bool subFolders,
                                        std::int16_t depth) override;
-  void MultiPLUVO(engine::clsProcessFind& engine, const std::vector<std::u16string>& files) override;
-  bool MultiPLUVO_OpenNextFile(engine::clsProcessFind& engine, const std::vector<std::u16string>& files,
+  void MultiPLUVO(dialog::clsProcessFind& engine, const std::vector<std::u16string>& files) override;
+  bool MultiPLUVO_OpenNextFile(dialog::clsProcessFind& engine, const std::vector<std::u16string>& files,
                                std::int32_t& index) override;
-  void MultiPLUVO_CloseFile(engine::clsProcessFind& engine) override;
-  std::u16string BrowseForFolder(engine::clsProcessFind& engine, const std::u16string& start) override;
+  void MultiPLUVO_CloseFile(dialog::clsProcessFind& engine) override;
+  std::u16string BrowseForFolder(dialog::clsProcessFind& engine, const std::u16string& start) override;
   /// Told of each file before it is opened: its path, and which it is of how many, counted from 1.
   std::function<void(const std::u16string& path, std::size_t number, std::size_t count)> fileBegins =
       [](const std::u16string&, std::size_t, std::size_t) {};
@@ -46,19 +46,19 @@ class FileDriver final : public engine::FileStepper {
   /// Does one step of a file; false: on to the next file.
   using Step = std::function<bool(const Work& work)>;
 
-  bool OpenDocumentFile(engine::clsProcessFind& engine, Document& document, const std::u16string& path);
-  bool CloseDocumentFile(engine::clsProcessFind& engine, Document& document, bool readOnly,
+  bool OpenDocumentFile(dialog::clsProcessFind& engine, Document& document, const std::u16string& path);
+  bool CloseDocumentFile(dialog::clsProcessFind& engine, Document& document, bool readOnly,
                          const std::u16string& fileName);
-  bool UnlockProtectedDocument(engine::clsProcessFind& engine, Document& document, std::u16string& password,
+  bool UnlockProtectedDocument(dialog::clsProcessFind& engine, Document& document, std::u16string& password,
                                std::int16_t& protectionType);
 
-  void processFile(engine::clsProcessFind& engine, const std::u16string& path);
-  bool makeReady(engine::clsProcessFind& engine, const std::u16string& path, const std::u16string& joint,
+  void processFile(dialog::clsProcessFind& engine, const std::u16string& path);
+  bool makeReady(dialog::clsProcessFind& engine, const std::u16string& path, const std::u16string& joint,
                  const Step& step);
-  void giveUp(engine::clsProcessFind& engine, const std::u16string& path);
-  bool stepWith(engine::clsProcessFind& engine, Document& document, const Work& work);
+  void giveUp(dialog::clsProcessFind& engine, const std::u16string& path);
+  bool stepWith(dialog::clsProcessFind& engine, Document& document, const Work& work);
   void protectAgain();
-  void closeCurrentFile(engine::clsProcessFind& engine);
+  void closeCurrentFile(dialog::clsProcessFind& engine);
 
   std::unique_ptr<Folders> folders_;
   PickerMaker makePicker_;

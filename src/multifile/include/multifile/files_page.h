@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/clsProcessFind.h"
+#include "dialog/clsProcessFind.h"
 #include "forms/form.h"
 
 #include <string>
@@ -13,7 +13,7 @@ namespace pluvo::multifile {
 class FilesPage {
  public:
   /// Both outlive it; the form has the page's controls.
-  FilesPage(forms::Form& form, engine::clsProcessFind& engine);
+  FilesPage(forms::Form& form, dialog::clsProcessFind& engine);
 
   /// The files that the choices select, whatever is in the list; none where there are none.
   std::vector<std::u16string> LocateFilesForRun();
@@ -31,7 +31,7 @@ class FilesPage {
   void showCount(const std::u16string& count);
 
   forms::Form& form_;
-  engine::clsProcessFind& engine_;
+  dialog::clsProcessFind& engine_;
   std::vector<std::u16string> potentialFiles_;
 };
 

@@ -1,6 +1,6 @@
-#include "engine/frmStats.h"
+#include "dialog/frmStats.h"
 
-namespace pluvo::engine {
+namespace pluvo::dialog {
 
 frmStats::frmStats(forms::FormHost& host) : Form(host, u"frmStats", u"Stats") {
   cmdContinue.Default(true);
@@ -26,4 +26,4 @@ void frmStats::cmdExit_Click() {
   Hide();
 }
 
-}  // namespace pluvo::engine
+}  // namespace pluvo::dialog

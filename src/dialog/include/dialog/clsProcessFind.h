@@ -1,7 +1,8 @@
 #pragma once
 
-#include "engine/file_stepper.h"
-#include "engine/pass_observer.h"
+#include "dialog/file_stepper.h"
+#include "engine/engine.h"
+#include "engine/observer.h"
 #include "engine/request.h"
 #include "errors/context.h"
 #include "forms/form.h"
@@ -15,9 +16,12 @@
 #include <string_view>
 #include <vector>
 
-namespace pluvo::engine {
+namespace pluvo::dialog {
 
-/// What an engine works with. All of it outlives the engine.
+/// The distance that stands for none.
+inline constexpr const char16_t* kSame = u"Same";
+
+/// What the class works with. All of it outlives the object.
 struct Surroundings {
   /// Makes the word processor's global object; called at its first use, and then never again.
   std::function<std::shared_ptr<word::Application>()> application;
@@ -26,8 +30,8 @@ struct Surroundings {
   forms::FormHost& forms;
 };
 
-/// The engine: given a request, property by property, it finds blocks in the active document and operates on
-/// them.
+/// The engine as dialogs and scripts drive it: a request is given property by property, questions are asked
+/// in boxes, and faults are reported.
 ///
 /// A property stores its value and does nothing else; one that takes 32 bits and stores 16 throws Fault
 /// kOverflow. No other member lets a fault out: each works under its own location tag, reports through the
@@ -40,7 +44,7 @@ class clsProcessFind {
   clsProcessFind(const clsProcessFind&) = delete;
   clsProcessFind& operator=(const clsProcessFind&) = delete;
 
-  // The request. A distance is decimal text, or "Same"; codes are those of request.h.
+  // The request. A distance is decimal text, or kSame; codes are those of engine/request.h.
   /// Whether the pass is one file of a multi-file run.
   bool MultiFileRun() const { return multiFileRun_; }
   void MultiFileRun(bool value) { multiFileRun_ = value; }
@@ -55,10 +59,10 @@ class clsProcessFind {
   void CancelOperation(bool value) { cancelOperation_ = value; }
   bool ShowFieldCodes() const { return request_.showFieldCodes; }
   void ShowFieldCodes(bool value) { request_.showFieldCodes = value; }
-  void BeginBlock(std::u16string text) { request_.beginBlock = std::move(text); }
-  void EndBlock(std::u16string text) { request_.endBlock = std::move(text); }
-  void InsideBlock(std::u16string text) { request_.insideBlock = std::move(text); }
-  void UnitsApart(std::u16string distance) { request_.unitsApart = std::move(distance); }
+  void BeginBlock(std::u16string text) { request_.begin = std::move(text); }
+  void EndBlock(std::u16string text) { request_.end = std::move(text); }
+  void InsideBlock(std::u16string text) { request_.inside = std::move(text); }
+  void UnitsApart(std::u16string distance) { unitsApart_ = std::move(distance); }
   void UnitsApartType(std::int32_t code);
   void Operation(std::int32_t code);
   void BeforeOrAfter(std::int32_t code);
@@ -69,19 +73,19 @@ class clsProcessFind {
   void MatchTextCaseSetting(bool value) { request_.matchCase = value; }
   void StartFindsAtBeginningSetting(bool value) { request_.startAtTop = value; }
   void HighlightColorSetting(std::int16_t index) { request_.highlightColour = index; }
-  void QuiteModeSetting(bool value) { request_.quiet = value; }
+  void QuiteModeSetting(bool value) { quiet_ = value; }
   bool ConfirmEachOperationsetting() const { return request_.confirmEach; }
   void ConfirmEachOperationsetting(bool value) { request_.confirmEach = value; }
-  /// Lifts three limits that are kept inside Word: search points and skipped counts beyond 16 bits; endings
-  /// that lie beyond the doubled position of a rejected candidate or beyond the previous block; texts that
-  /// are searched for by their first line or 255 characters, and else found whole.
   void LiftLimitsSetting(bool value) { request_.liftLimits = value; }
-  /// All that was set; the texts are as the last pass normalized them.
-  const Request& request() const { return request_; }
+  /// What was set; texts and distance are as the last pass took them.
+  const engine::Request& request() const { return request_; }
   /// What a pass would make of this text.
-  SearchedText searched(std::u16string_view text) const;
-  /// Whether insertions have the extra space although it is not asked for any more.
-  bool keepsExtraSpace() const;
+  engine::SearchedText searched(std::u16string_view text) const {
+    return engine::searchedText(text, request_.liftLimits);
+  }
+  /// Whether insertions have the extra space although it is not asked for any more: once a pass had it, it
+  /// stays for the life of this object.
+  bool keepsExtraSpace() const { return keepsExtraSpace_; }
   /// The folder in which the folder picker opens.
   void BrowseStart(std::u16string folder) { browseStart_ = std::move(folder); }
 
@@ -110,8 +114,8 @@ class clsProcessFind {
   std::u16string BrowseForFolder();
 
   /// Is told of every block of GoGetEmFARBOT, MakeChanges and SkipChanges; none where null.
-  void observer(PassObserver* observer) { observer_ = observer; }
-  /// Gives the engine its way to files.
+  void observer(engine::PassObserver* observer) { observer_ = observer; }
+  /// Gives it its way to files.
   void stepper(std::shared_ptr<FileStepper> stepper) { stepper_ = std::move(stepper); }
 
   errors::Context& context() const { return surroundings_.context; }
@@ -121,27 +125,34 @@ class clsProcessFind {
   word::Application& application();
 
  private:
-  struct State;
+  class Client;
 
+  /// The request of the next pass. Throws Fault where the distance is no number, or none of 16 bits.
+  engine::Request preparedRequest();
+  template <class Step>
+  auto step(errors::Tag tag, Step step);
   void ProcessAllBlocks();
-  void moveSearchPoint(std::int32_t atLeast);
-  PassObserver& observing();
   FileStepper& requiredStepper() const;
   std::u16string documentName();
 
   Surroundings surroundings_;
   std::shared_ptr<word::Application> application_;
   std::shared_ptr<FileStepper> stepper_;
-  PassObserver* observer_ = nullptr;
+  engine::PassObserver* observer_ = nullptr;
 
-  Request request_;
+  engine::Request request_;
+  std::u16string unitsApart_;
+  bool keepsExtraSpace_ = false;
+  bool quiet_ = false;
   bool multiFileRun_ = false;
   bool cancelOperation_ = false;
   std::u16string startingDirectory_;
   std::u16string masks_;
   std::u16string browseStart_;
 
-  std::unique_ptr<State> state_;
+  std::unique_ptr<Client> client_;
+  /// That of the last InitializeFind; none where it could not be prepared.
+  std::unique_ptr<engine::Engine> pass_;
 };
 
-}  // namespace pluvo::engine
+}  // namespace pluvo::dialog

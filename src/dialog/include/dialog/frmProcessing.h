@@ -1,13 +1,13 @@
 #pragma once
 
-#include "engine/clsProcessFind.h"
+#include "dialog/clsProcessFind.h"
 #include "forms/form.h"
 
 #include <cstdint>
 #include <string>
 #include <vector>
 
-namespace pluvo::engine {
+namespace pluvo::dialog {
 
 /// Runs a pass one block at a time: the found block is selected, and the user has it operated on or passed
 /// by. In a multi-file run it steps from file to file.
@@ -46,4 +46,4 @@ class frmProcessing final : public forms::Form {
   std::int32_t index_ = 0;
 };
 
-}  // namespace pluvo::engine
+}  // namespace pluvo::dialog

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace pluvo::engine {
+namespace pluvo::dialog {
 
 class clsProcessFind;
 
@@ -30,4 +30,4 @@ class FileStepper {
   virtual std::shared_ptr<word::Document> currentDocument() = 0;
 };
 
-}  // namespace pluvo::engine
+}  // namespace pluvo::dialog

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "errors/fault.h"
+#include "errors/guarded.h"
 #include "word/word_processor.h"
 
 #include <cstdint>
@@ -18,7 +19,7 @@ struct Block {
   std::int32_t operation;
 };
 
-/// Is told of every block of a pass, before and behind what is done with it.
+/// Is told of every block of a pass, before and after what is done with it.
 class PassObserver {
  public:
   enum class Answer { goOn, stop };
@@ -34,13 +35,27 @@ class PassObserver {
   virtual void tooFar() {}
   /// A block was found; stop ends the pass before anything is done with it.
   virtual Answer found(const Block&) { return Answer::goOn; }
-  /// The operation was carried out, or refused with a fault that has been reported; stop ends the pass.
+  /// The operation was carried out, or refused with a fault that was given to the observer; stop ends the
+  /// pass.
   virtual Answer operated(const Block&, const errors::Fault* refusal) {
     static_cast<void>(refusal);
     return Answer::goOn;
   }
-  /// The user had the block passed by.
+  /// It was decided to pass the block by.
   virtual Answer skipped(const Block&) { return Answer::goOn; }
+};
+
+/// Whom an engine works for: hears of every block, decides about it where the request wants that, and takes
+/// the faults.
+class Observer : public PassObserver {
+ public:
+  enum class Decision { operate, skip, stop };
+
+  /// What is to be done with the block, which is selected meanwhile. Asked where each is to be confirmed.
+  virtual Decision decide(const Block&) { return Decision::stop; }
+  /// A procedure ended with a fault, and its caller goes on. The tag is that of the procedure entered last.
+  /// What this throws is a fault of the calling procedure, and of no procedure leaves the engine.
+  virtual void failed(const errors::Fault& fault, errors::Tag tag) = 0;
 };
 
 }  // namespace pluvo::engine

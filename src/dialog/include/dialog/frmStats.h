@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace pluvo::engine {
+namespace pluvo::dialog {
 
 /// Shows what a pass did, and lets the user end a multi-file run. Made for one showing.
 class frmStats final : public forms::Form {
@@ -25,4 +25,4 @@ class frmStats final : public forms::Form {
   bool exit_ = false;
 };
 
-}  // namespace pluvo::engine
+}  // namespace pluvo::dialog

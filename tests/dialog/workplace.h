@@ -1,8 +1,10 @@
 #pragma once
 
+#include "base/text.h"
 #include "base/utf.h"
+#include "dialog/clsProcessFind.h"
 #include "documents/support/notation.h"
-#include "engine/clsProcessFind.h"
+#include "engine/asked.h"
 #include "errors/reports.h"
 #include "forms/doubles.h"
 #include "memory/application.h"
@@ -15,28 +17,11 @@
 #include <utility>
 #include <vector>
 
-namespace pluvo::engine {
+namespace pluvo::dialog {
 
-/// What a test asks of an engine. Quiet, and from the top, unless said otherwise.
-struct Asked {
-  std::u16string begin = {};
-  std::u16string end = {};
-  std::u16string inside = {};
-  std::u16string apart = u"Same";
-  std::int32_t unit = kEntireDocument;
-  OperationCode operation = kNone;
-  LocationCode on = kSelection;
-  PlaceCode place = kBefore;
-  std::u16string text = {};
-  bool wholeWords = false;
-  bool matchCase = true;
-  bool atTop = true;
-  bool confirm = false;
-  bool lift = false;
-  bool fieldCodes = false;
-};
+using engine::Asked;
 
-/// An engine, what it works with, and nobody else.
+/// A clsProcessFind, what it works with, and nobody else. Quiet, unless said otherwise.
 class Workplace : public errors::WatchedContext {
  public:
   explicit Workplace(const std::shared_ptr<word::Application>& application)
@@ -48,13 +33,14 @@ class Workplace : public errors::WatchedContext {
     engine.BeginBlock(asked.begin);
     engine.EndBlock(asked.end);
     engine.InsideBlock(asked.inside);
-    engine.UnitsApart(asked.apart);
+    engine.UnitsApart(base::decimal(asked.apart));
     engine.UnitsApartType(asked.unit);
     engine.Operation(asked.operation);
     engine.OperationLocation(asked.on);
     engine.BeforeOrAfter(asked.place);
     engine.ReplaceInsertTextString(asked.text);
     engine.HighlightColorSetting(word::wdYellow);
+    engine.ExtraSpaceSetting(asked.extraSpace);
     engine.MatchOnlyWholeWords(asked.wholeWords);
     engine.MatchTextCaseSetting(asked.matchCase);
     engine.StartFindsAtBeginningSetting(asked.atTop);
@@ -84,29 +70,13 @@ class Desk {
   explicit Desk(std::string_view notation)
       : sample(notation), application(std::make_shared<memory::MemoryApplication>()), work(application) {
     application->add(sample.document);
-    work.engine.observer(&watch);
   }
 
-  /// The document, with the blocks found marked a, b, c … and so on as they were found.
-  std::string found() { return notation::print(sample.model(), watch.blocks); }
   std::string text() { return notation::print(sample.model()); }
-
-  struct Watch : PassObserver {
-    Answer searching() override { return --searches == 0 ? Answer::stop : Answer::goOn; }
-    Answer found(const Block& block) override {
-      const char name = static_cast<char>('a' + blocks.size());
-      blocks[name] = {block.whole.Start(), block.whole.End()};
-      return blocks.size() < most ? Answer::goOn : Answer::stop;
-    }
-    notation::Ranges blocks;
-    std::size_t most = 26;
-    int searches = 0;  ///< how many are to be made, one less; 0 and less: all
-  };
 
   notation::Sample sample;
   std::shared_ptr<memory::MemoryApplication> application;
   Workplace work;
-  Watch watch;
 };
 
-}  // namespace pluvo::engine
+}  // namespace pluvo::dialog

@@ -1,9 +1,9 @@
-#include "engine/frmProcessing.h"
+#include "dialog/frmProcessing.h"
 
 #include "base/text.h"
 #include "errors/context.h"
 
-namespace pluvo::engine {
+namespace pluvo::dialog {
 
 namespace {
 
@@ -13,14 +13,14 @@ std::u16string wordFor(const char16_t* const (&words)[Count], std::int16_t code)
 }
 
 /// In the words of the lists it was chosen from: "Insert Before Selection: "text"".
-std::u16string operationInWords(const Request& request) {
+std::u16string operationInWords(const engine::Request& request) {
   constexpr const char16_t* kOperations[] = {u"None", u"Insert", u"Replace", u"Delete", u"Highlight"};
   constexpr const char16_t* kLocations[] = {u"Selection", u"Beginning", u"Ending", u"Inside Text"};
   std::u16string words = wordFor(kOperations, request.operation);
-  if (request.operation == kNone) return words;
-  if (request.operation == kInsert) words += request.beforeOrAfter == kAfter ? u" After" : u" Before";
-  words += u' ' + wordFor(kLocations, request.operationLocation);
-  if (request.operation != kInsert && request.operation != kReplace) return words;
+  if (request.operation == engine::kNone) return words;
+  if (request.operation == engine::kInsert) words += request.place == engine::kAfter ? u" After" : u" Before";
+  words += u' ' + wordFor(kLocations, request.location);
+  if (request.operation != engine::kInsert && request.operation != engine::kReplace) return words;
   constexpr std::size_t kMostShown = 60;
   std::u16string text = request.text.substr(0, kMostShown);
   if (text.size() < request.text.size()) text += u'\u2026';
@@ -137,4 +137,4 @@ bool frmProcessing::startNextFile() {
   return true;
 }
 
-}  // namespace pluvo::engine
+}  // namespace pluvo::dialog

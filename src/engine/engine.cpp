@@ -1,0 +1,187 @@
+#include "engine/engine.h"
+
+#include "errors/numbers.h"
+#include "locator.h"
+#include "operations.h"
+#include "prepared_search.h"
+#include "text_behind.h"
+#include "trail.h"
+
+#include <algorithm>
+#include <limits>
+#include <optional>
+
+namespace pluvo::engine {
+
+using errors::Fault;
+using errors::guarded;
+
+namespace {
+
+template <class Count>
+Count oneMore(Count count) {
+  if (count == std::numeric_limits<Count>::max()) throw errors::overflow();
+  return ++count;
+}
+
+}  // namespace
+
+/// What InitializeFind prepares and a pass works on.
+struct Engine::State {
+  State(word::Application& theApplication, Observer& theObserver)
+      : application(theApplication), observer(theObserver) {}
+
+  void processAllBlocks();
+  Observer::Decision confirm(const Block& block);
+  std::optional<Fault> operate();
+  void countSkipped();
+  void moveSearchPoint(std::int32_t atLeast);
+
+  word::Application& application;
+  Observer& observer;
+  PassResult result;
+  Trail trail{observer, result};
+  PreparedSearch search;
+  WorkingRanges ranges;
+  Locator locator{trail, application, search, ranges};
+  Operations operations{trail, search, ranges};
+  /// Of a pass that is made block by block, from its first change on.
+  std::unique_ptr<word::Batch> undoStep;
+};
+
+Engine::Engine(word::Application& application, Observer& observer)
+    : state_(std::make_unique<State>(application, observer)) {}
+
+Engine::~Engine() = default;
+
+const PassResult& Engine::result() const { return state_->result; }
+errors::Tag Engine::tag() const { return state_->trail.tag(); }
+
+PassResult Engine::pass(const Request& request) {
+  InitializeFind(request);
+  ProcessAllBlocks();
+  return result();
+}
+
+void Engine::InitializeFind(const Request& request) {
+  constexpr errors::Tag kTag = u"cpf:27e";
+  endPass();
+  State& state = *state_;
+  guarded(state.trail, kTag, [&] {
+    state.ranges = {};  // a pass that cannot be prepared must not go on in the document of the one before
+    state.result = {};
+    state.search = PreparedSearch(state.trail, request);
+    state.trail.enter(kTag);  // the texts are normalized under a tag of their own
+    const auto document = state.application.ActiveDocument();
+    const auto window = required(document).ActiveWindow();
+    const auto view = required(window).View();
+    required(view).ShowFieldCodes(request.showFieldCodes);
+    state.ranges.place(state.application, request.startAtTop);
+    state.observer.begins();
+  });
+}
+
+void Engine::ProcessAllBlocks() {
+  guarded(state_->trail, u"cpf:27", [&] {
+    const auto undoStep = state_->application.beginUndoStep();
+    const auto edits = state_->search.request.confirmEach ? nullptr : state_->application.beginEdits(false);
+    if (state_->ranges.placed()) state_->processAllBlocks();
+  });
+}
+
+bool Engine::FindNextItem() {
+  State& state = *state_;
+  // Ends with the pass, unless there is another block.
+  std::unique_ptr<word::Batch> undoStep = std::move(state.undoStep);
+  const bool found = guarded(state.trail, u"cpf:27a", [&] {
+    if (!state.ranges.placed()) return false;
+    moveSelectionToTop(state.application);
+    if (!state.locator.next(state.observer, state.result)) return false;
+    if (state.search.request.confirmEach) required(state.ranges.block).Select();
+    return true;
+  });
+  if (found) state.undoStep = std::move(undoStep);
+  return found;
+}
+
+void Engine::MakeChanges() {
+  State& state = *state_;
+  guarded(state.trail, u"cpf:27c", [&] {
+    if (!state.ranges.placed()) return;
+    if (!state.undoStep) state.undoStep = state.application.beginUndoStep();
+    const auto edits = state.application.beginEdits(true);
+    const TextBehind behind(state.application, state.search, required(state.ranges.begin));
+    const std::optional<Fault> refusal = state.operate();
+    state.observer.operated(state.operations.block(), refusal ? &*refusal : nullptr);
+    state.moveSearchPoint(behind.start());
+  });
+}
+
+void Engine::SkipChanges() {
+  State& state = *state_;
+  guarded(state.trail, u"cpf:27d", [&] {
+    if (!state.ranges.placed()) return;
+    state.countSkipped();
+    state.observer.skipped(state.operations.block());
+    state.moveSearchPoint(0);
+  });
+}
+
+void Engine::endPass() { state_->undoStep.reset(); }
+
+/// The search resumes behind each block as it stands then, so that what was put there is not found again.
+void Engine::State::processAllBlocks() {
+  using Answer = PassObserver::Answer;
+  using Decision = Observer::Decision;
+  const bool confirmEach = search.request.confirmEach;
+  moveSelectionToTop(application);
+  while (locator.next(observer, result)) {
+    const Block block = operations.block();
+    if (observer.found(block) == Answer::stop) return;
+    const Decision decision = confirmEach ? confirm(block) : Decision::operate;
+    if (decision == Decision::stop) return;
+    const TextBehind behind(application, search, block.whole);
+    if (decision == Decision::skip) {
+      countSkipped();
+      if (observer.skipped(block) == Answer::stop) return;
+      locator.resumeBehindBlock();
+    } else {
+      const auto edits = confirmEach ? application.beginEdits(true) : nullptr;
+      const std::optional<Fault> refusal = operate();
+      if (observer.operated(block, refusal ? &*refusal : nullptr) == Answer::stop) return;
+      // Not every word processor lets the block's range grow with text inserted at its end.
+      const std::int32_t operatedEnd = block.operated != nullptr ? block.operated->End() : 0;
+      locator.resumeBehindBlock(std::max(behind.start(), operatedEnd));
+    }
+    if (behind.isNone()) return;
+  }
+}
+
+Observer::Decision Engine::State::confirm(const Block& block) {
+  block.whole.Select();
+  const Observer::Decision decision = observer.decide(block);
+  moveSelectionToTop(application);
+  return decision;
+}
+
+std::optional<Fault> Engine::State::operate() {
+  std::optional<Fault> refusal = operations.perform();
+  result.operated = oneMore(result.operated);
+  if (refusal) ++result.refused;
+  return refusal;
+}
+
+void Engine::State::countSkipped() {
+  const std::int32_t next = oneMore(result.skipped);
+  result.skipped = search.request.liftLimits ? next : errors::narrow(next);
+}
+
+/// The next search starts behind the block's beginning as it stands now, or at this position where that lies
+/// farther behind.
+void Engine::State::moveSearchPoint(std::int32_t atLeast) {
+  word::Range& begin = required(ranges.begin);
+  const std::int32_t end = std::max(atLeast, begin.End());
+  begin.Start(search.request.liftLimits ? end : errors::narrow(end));
+}
+
+}  // namespace pluvo::engine

@@ -1,0 +1,88 @@
+#include "dialog/frmProcessing.h"
+
+#include "dialog/workplace.h"
+#include "engine/batching_application.h"
+
+#include <gtest/gtest.h>
+
+namespace pluvo::dialog {
+namespace {
+
+using Faults = std::vector<std::string>;
+
+class Processing : public testing::Test {
+ protected:
+  Processing() {
+    desk.work.ask({.begin = u"A", .operation = engine::kReplace, .text = u"b", .confirm = true});
+    desk.work.engine.QuiteModeSetting(false);
+    desk.work.forms.user = [](forms::Form& form) { forms::press(form, u"cmdContinue"); };
+  }
+
+  Desk desk{"A A A¶"};
+  frmProcessing dialog{desk.work.engine};
+};
+
+TEST_F(Processing, StepsThroughTheActiveDocument) {
+  desk.work.forms.watched = dialog.Name();
+  dialog.SingleProcess();
+  EXPECT_TRUE(dialog.Visible());
+  EXPECT_EQ(desk.sample.document->selection(), (text::Span{0, 1}));
+  dialog.cmdPerform.press();
+  EXPECT_EQ(desk.sample.document->selection(), (text::Span{2, 3}));
+  dialog.cmdSkip.press();
+  dialog.cmdPerform.press();
+  EXPECT_FALSE(dialog.Visible());
+  EXPECT_EQ(desk.sample.document->selection(), (text::Span{0, 0}));
+  EXPECT_EQ(desk.text(), "b A b¶");
+  EXPECT_EQ(desk.work.forms.modalRuns, 1);
+  EXPECT_EQ(desk.work.forms.visibility, (std::vector<bool>{true, false, true, false, true, false}))
+      << "hidden while the engine works";
+  EXPECT_EQ(desk.work.lastSummary(), "   2");
+}
+
+TEST_F(Processing, OfFilesNeedsAWayToThem) {
+  dialog.MultiProcess({u"A"});
+  EXPECT_FALSE(dialog.Visible());
+  dialog.SingleProcess();
+  while (dialog.Visible()) dialog.cmdPerform.press();
+  EXPECT_EQ(desk.work.reports, (Faults{"91 cpf:45b"})) << "the active document needs none";
+}
+
+/// What it does is one step to undo, in whatever way it ends.
+TEST(ProcessingStep, EndsWithThePass) {
+  const auto application = std::make_shared<engine::BatchingApplication>();
+  const notation::Sample sample("A1 A2 A3¶");
+  application->add(sample.document);
+  Workplace work{application};
+  work.ask({.begin = u"A", .operation = engine::kHighlight, .confirm = true});
+  frmProcessing form(work.engine);
+  for (const bool closes : {false, true}) {
+    form.SingleProcess();
+    forms::press(form, u"cmdPerform");
+    if (closes) form.close();
+    while (form.Visible()) forms::press(form, u"cmdSkip");
+    EXPECT_EQ(std::exchange(application->told, ""), "[<>]");
+  }
+
+  // Also where the window for the next block cannot be shown.
+  form.SingleProcess();
+  work.forms.changes = [](forms::Form& each) {
+    if (each.Visible()) throw errors::Fault(7, u"Out of windows");
+  };
+  bool finished = false;
+  form.Finished.handledBy([&] { finished = true; });
+  forms::press(form, u"cmdPerform");
+  EXPECT_EQ(application->told, "[<>]");
+  EXPECT_TRUE(finished && !form.Visible());
+  EXPECT_EQ(work.reports, (Faults{"7 cpf:35"})) << "the tag of the procedure entered last";
+  work.forms.changes = {};
+
+  application->told.clear();
+  form.SingleProcess();
+  forms::press(form, u"cmdPerform");
+  work.engine.InitializeFind();
+  EXPECT_EQ(application->told, "[<>]") << "the next pass ends it";
+}
+
+}  // namespace
+}  // namespace pluvo::dialog
