@@ -107,8 +107,9 @@ void clsProcessFind::InitializeFind() {
 }
 
 bool clsProcessFind::FindNextItem() {
-  const bool found = step(u"cpf:27a", [](engine::Engine& pass) { return pass.FindNextItem(); });
-  if (found && request_.confirmEach) return true;
+  const bool confirms = request_.confirmEach;
+  const bool found = step(u"cpf:27a", [&](engine::Engine& pass) { return pass.FindNextItem(confirms); });
+  if (found && confirms) return true;
   endPass();
   return false;
 }

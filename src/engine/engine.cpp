@@ -89,7 +89,7 @@ void Engine::ProcessAllBlocks() {
   });
 }
 
-bool Engine::FindNextItem() {
+bool Engine::FindNextItem(bool selects) {
   State& state = *state_;
   // Ends with the pass, unless there is another block.
   std::unique_ptr<word::Batch> undoStep = std::move(state.undoStep);
@@ -97,7 +97,7 @@ bool Engine::FindNextItem() {
     if (!state.ranges.placed()) return false;
     moveSelectionToTop(state.application);
     if (!state.locator.next(state.observer, state.result)) return false;
-    if (state.search.request.confirmEach) required(state.ranges.block).Select();
+    if (selects) required(state.ranges.block).Select();
     return true;
   });
   if (found) state.undoStep = std::move(undoStep);

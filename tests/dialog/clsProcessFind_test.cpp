@@ -155,8 +155,9 @@ TEST(Request, KeepsTheExtraSpaceOnceAPassHadIt) {
 TEST(FindNextItem, IsTrueForConfirmingCallersOnly) {
   Desk desk("x A¶");
   for (const bool confirm : {false, true}) {
-    desk.work.ask({.begin = u"A", .confirm = confirm});
+    desk.work.ask({.begin = u"A"});
     desk.work.engine.InitializeFind();
+    desk.work.engine.ConfirmEachOperationsetting(confirm);
     EXPECT_EQ(desk.work.engine.FindNextItem(), confirm);
     EXPECT_EQ(desk.sample.document->selection(), confirm ? (text::Span{2, 3}) : (text::Span{0, 0}));
   }

@@ -184,9 +184,9 @@ TEST(Locator, SearchesAnEndingUpToThePreviousBlocksEnd) {
   for (const bool lift : {false, true}) {
     SCOPED_TRACE(lift);
     Desk desk("A1A2B3B4B¶");
-    desk.engine.InitializeFind(Asked{.begin = u"A", .end = u"B", .confirm = true, .lift = lift}.request());
+    desk.engine.InitializeFind(Asked{.begin = u"A", .end = u"B", .lift = lift}.request());
     std::vector<text::Span> selected;
-    while (desk.engine.FindNextItem()) {
+    while (desk.engine.FindNextItem(true)) {
       selected.push_back(desk.sample.document->selection());
       desk.engine.MakeChanges();
     }

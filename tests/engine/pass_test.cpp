@@ -78,14 +78,13 @@ TEST(SearchPoint, IsNarrowedTo16BitsUnlessLimitsAreLifted) {
         SCOPED_TRACE(before);
         Desk desk(std::string(before, '.') + "A A¶");
         Engine& engine = desk.engine;
-        engine.InitializeFind(
-            Asked{.begin = u"A", .operation = kHighlight, .confirm = true, .lift = lift}.request());
-        ASSERT_TRUE(engine.FindNextItem());
+        engine.InitializeFind(Asked{.begin = u"A", .operation = kHighlight, .lift = lift}.request());
+        ASSERT_TRUE(engine.FindNextItem(true));
         skip ? engine.SkipChanges() : engine.MakeChanges();
         const bool fits = lift || before + 1 <= 32767;
         const char* fault = skip ? "6 cpf:27d" : "6 cpf:29";
         EXPECT_EQ(desk.watch.faults, fits ? Faults{} : Faults{fault});
-        ASSERT_TRUE(engine.FindNextItem());
+        ASSERT_TRUE(engine.FindNextItem(true));
         const auto at = static_cast<text::Position>(fits ? before + 2 : before);
         EXPECT_EQ(desk.sample.document->selection(), (text::Span{at, at + 1}))
             << "it stays where it cannot move";

@@ -33,8 +33,8 @@ class Engine {
 
   // One block at a time; the search resumes behind its beginning. All that such a pass changes is one step to
   // undo, which ends where FindNextItem finds no other block, with the next InitializeFind, and with endPass.
-  /// Finds the next block, and selects it where each is to be confirmed.
-  bool FindNextItem();
+  /// Finds the next block, and selects it where that is asked for. The request's confirmEach does not matter.
+  bool FindNextItem(bool selects = false);
   void MakeChanges();
   void SkipChanges();
   /// The pass is gone on with no more.

@@ -30,7 +30,7 @@ struct Request {
   bool matchCase = false;
   bool showFieldCodes = false;
   bool startAtTop = false;   ///< else at the start of the selection
-  bool confirmEach = false;  ///< the observer decides about each block
+  bool confirmEach = false;  ///< in a whole pass: the observer decides about each block
   /// Lifts three limits that are kept inside Word: search points and skipped counts beyond 16 bits; endings
   /// that lie beyond the doubled position of a rejected candidate or beyond the previous block; texts that
   /// are searched for by their first line or 255 characters, and else found whole.
