@@ -12,54 +12,47 @@ using forms::Answer;
 using Box = forms::ScriptedBoxes::Box;
 using Faults = std::vector<std::string>;
 
+const Box kQuestion{u"Perform Operation on Selected Text?", forms::Buttons::yesNoCancel,
+                    u"Confirm Operation"};
 const Box kNothingFound{
     u"P.L.U.V.O. was unable to find any occurances for the given parameters.\r\n\r\nYou might try extending "
     u"the 'no farther apart than' parameters to Entire Document.\r\n\r\nYou can also try leaving off 'Ends "
     u"with' and 'Inside Text' if you are certain the text is within the document.",
     forms::Buttons::ok, u"Couldn't Find Text Block."};
 
-TEST(Pass, AsksInABox) {
-  Desk desk("A1 A2 A3 A4¶");
-  desk.work.boxes.answers = {Answer::yes, Answer::no, Answer::cancel};
-  desk.work.pass({.begin = u"A", .operation = engine::kReplace, .text = u"bb", .confirm = true});
-  EXPECT_EQ(desk.text(), "bb1 A2 A3 A4¶");
-  EXPECT_EQ(desk.work.lastSummary(), "   1");
-  const Box question{u"Perform Operation on Selected Text?", forms::Buttons::yesNoCancel,
-                     u"Confirm Operation"};
-  EXPECT_EQ(desk.work.boxes.shown, (std::vector<Box>(3, question)));
-}
+struct ToldObserver : engine::PassObserver {
+  void begins() override { told += 'b'; }
+  Answer searching() override { return told += '?', Answer::goOn; }
+  void tooFar() override { told += 'f'; }
+  Answer found(const engine::Block&) override { return told += '!', Answer::goOn; }
+  Answer operated(const engine::Block&, const errors::Fault*) override { return told += 'o', Answer::goOn; }
+  Answer skipped(const engine::Block&) override { return told += 's', Answer::goOn; }
+  std::string told;
+};
 
-TEST(Pass, TellsItsObserver) {
-  struct : engine::PassObserver {
-    void begins() override { told += 'b'; }
-    Answer searching() override { return told += '?', Answer::goOn; }
-    void tooFar() override { told += 'f'; }
-    Answer found(const engine::Block&) override { return told += '!', Answer::goOn; }
-    Answer operated(const engine::Block&, const errors::Fault*) override { return told += 'o', Answer::goOn; }
-    Answer skipped(const engine::Block&) override { return told += 's', Answer::stop; }
-    std::string told;
-  } observer;
-  Desk desk("A¶¶B AB AB AB¶");
-  desk.work.engine.observer(&observer);
-  desk.work.boxes.answers = {Answer::yes, Answer::no};
-  desk.work.pass({.begin = u"A", .end = u"B", .unit = engine::kParagraphs, .confirm = true});
-  EXPECT_EQ(observer.told, "b?f?!o?!s");
-}
-
-TEST(Pass, ReportsWhatItDid) {
-  Desk desk("A A A¶");
-  desk.work.engine.QuiteModeSetting(false);
+TEST(Pass, AsksTellsAndReports) {
   for (const bool exit : {true, false}) {
-    desk.work.boxes.answers = {Answer::no, Answer::no, Answer::yes};
+    Desk desk("A¶¶B AB AB AB AB¶");
+    ToldObserver observer;
+    desk.work.engine.observer(&observer);
+    desk.work.engine.QuiteModeSetting(false);
+    desk.work.boxes.answers = {Answer::no, Answer::yes, Answer::no, Answer::cancel};
     desk.work.forms.user = [&](forms::Form& form) {
       EXPECT_EQ(form.Caption(), u"P.L.U.V.O. Statistics:");
       EXPECT_EQ(form.control(u"lblStats")->Caption(), u"\r\nFound:3\r\n\r\nOperated on:1\r\n\r\nSkipped:2");
       forms::press(form, exit ? u"cmdExit" : u"cmdContinue");
     };
-    desk.work.pass({.begin = u"A", .confirm = true});
+    desk.work.pass({.begin = u"A",
+                    .end = u"B",
+                    .unit = engine::kParagraphs,
+                    .operation = engine::kDelete,
+                    .confirm = true});
+    EXPECT_EQ(desk.text(), "A¶¶B AB  AB AB¶");
+    EXPECT_EQ(desk.work.boxes.shown, (std::vector<Box>(4, kQuestion)));
+    EXPECT_EQ(observer.told, "b?f?!s?!o?!s?!");
     EXPECT_EQ(desk.work.engine.CancelOperation(), exit);
+    EXPECT_EQ(desk.work.lastSummary(), "   1");
   }
-  EXPECT_EQ(desk.work.forms.modalRuns, 2);
 }
 
 TEST(Pass, HintsWhereItFoundNothing) {
@@ -72,48 +65,30 @@ TEST(Pass, HintsWhereItFoundNothing) {
   EXPECT_EQ(desk.work.context.runSummary, u"\r\n   0\r\n   0");
 }
 
-TEST(Pass, ReportsWhatFailsAndGoesOn) {
+TEST(Pass, ReportsWhatCannotBePreparedAndFindsNothing) {
   const struct {
-    bool hasWord;
+    const char* has;
     std::u16string apart;
-    bool multi;
     Faults reports;
-  } cases[] = {{true, u"many", false, {"13 cpf:27e"}},
-               {true, u"123456", false, {"6 cpf:27e"}},
-               {true, u"0", true, {"4248 cpf:27e", "4248 cpf:27f"}},
-               {false, u"0", true, {"91 cpf:27e", "91 cpf:27", "91 cpf:27f"}}};
-  for (const auto& [hasWord, apart, multi, reports] : cases) {
-    Workplace work(hasWord ? std::make_shared<memory::MemoryApplication>() : nullptr);
-    work.ask({.begin = u"A"});
-    work.engine.UnitsApart(apart);
-    work.engine.MultiFileRun(multi);
-    work.engine.GoGetEmFARBOT();
-    EXPECT_EQ(work.reports, reports);
-    EXPECT_EQ(work.lastSummary(), multi ? "" : "   0");
-  }
-}
-
-TEST(Pass, FindsNothingAfterARequestThatCannotBePrepared) {
-  for (const bool blockByBlock : {false, true}) {
-    SCOPED_TRACE(blockByBlock);
-    Desk desk("A A A¶");
-    Asked asked{.begin = u"A", .operation = engine::kReplace, .text = u"b", .confirm = blockByBlock};
-    desk.work.ask(asked);
+  } cases[] = {{"a document", u"many", {"13 cpf:27e"}},
+               {"a document", u"123456", {"6 cpf:27e"}},
+               {"Word", u"0", {"4248 cpf:27e", "4248 cpf:27f"}},
+               {"", u"0", {"91 cpf:27e", "91 cpf:27", "91 cpf:27f"}}};
+  for (const auto& [has, apart, reports] : cases) {
+    SCOPED_TRACE(errors::utf8(apart) + has);
+    Desk desk("A A¶");
+    desk.work.ask({.begin = u"A", .operation = engine::kDelete, .confirm = true});
     desk.work.engine.InitializeFind();  // a pass before, which is not made
-    desk.work.engine.UnitsApart(u"123456");
-    frmProcessing dialog(desk.work.engine);
-    if (blockByBlock) {
-      dialog.SingleProcess();
-      EXPECT_FALSE(dialog.Visible());
-      EXPECT_FALSE(desk.work.engine.FindNextItem());
-      desk.work.engine.MakeChanges();
-      desk.work.engine.SkipChanges();
-    } else {
-      desk.work.engine.GoGetEmFARBOT();
-    }
-    EXPECT_EQ(desk.work.reports, (Faults{"6 cpf:27e"}));
-    EXPECT_EQ(desk.text(), "A A A¶");
-    EXPECT_EQ(desk.work.lastSummary(), "   0");
+    Workplace none(has[0] == '\0' ? nullptr : std::make_shared<memory::MemoryApplication>());
+    Workplace& work = has[0] == 'a' ? desk.work : none;
+    work.engine.UnitsApart(apart);
+    work.engine.MultiFileRun(true);
+    work.engine.GoGetEmFARBOT();
+    EXPECT_FALSE(work.engine.FindNextItem());
+    work.engine.MakeChanges();
+    work.engine.SkipChanges();
+    EXPECT_EQ(work.reports, reports);
+    EXPECT_EQ(desk.text(), "A A¶");
   }
 }
 
