@@ -1,5 +1,6 @@
 #include "dialog/frmProcessing.h"
 #include "dialog/workplace.h"
+#include "base/utf.h"
 
 #include <gtest/gtest.h>
 
@@ -46,7 +47,7 @@ TEST(Pass, AsksTellsAndReports) {
                     .end = u"B",
                     .unit = engine::kParagraphs,
                     .operation = engine::kDelete,
-                    .confirm = true});
+                    .confirmEach = true});
     EXPECT_EQ(desk.text(), "A¶¶B AB  AB AB¶");
     EXPECT_EQ(desk.work.boxes.shown, (std::vector<Box>(4, kQuestion)));
     EXPECT_EQ(observer.told, "b?f?!s?!o?!s?!");
@@ -75,9 +76,9 @@ TEST(Pass, ReportsWhatCannotBePreparedAndFindsNothing) {
                {"Word", u"0", {"4248 cpf:27e", "4248 cpf:27f"}},
                {"", u"0", {"91 cpf:27e", "91 cpf:27", "91 cpf:27f"}}};
   for (const auto& [has, apart, reports] : cases) {
-    SCOPED_TRACE(errors::utf8(apart) + has);
+    SCOPED_TRACE(base::utf8(apart) + has);
     Desk desk("A A¶");
-    desk.work.ask({.begin = u"A", .operation = engine::kDelete, .confirm = true});
+    desk.work.ask({.begin = u"A", .operation = engine::kDelete, .confirmEach = true});
     desk.work.engine.InitializeFind();  // a pass before, which is not made
     Workplace none(has[0] == '\0' ? nullptr : std::make_shared<memory::MemoryApplication>());
     Workplace& work = has[0] == 'a' ? desk.work : none;
@@ -116,7 +117,7 @@ TEST(Request, TakesTheDistanceAsText) {
 
 TEST(Request, KeepsTheExtraSpaceOnceAPassHadIt) {
   Desk desk("A¶");
-  Asked asked{.begin = u"A", .operation = engine::kInsert, .place = engine::kAfter, .text = u"1"};
+  Request asked{.begin = u"A", .operation = engine::kInsert, .place = engine::kAfter, .text = u"1"};
   asked.extraSpace = true;
   desk.work.ask(asked);
   EXPECT_FALSE(desk.work.engine.keepsExtraSpace());

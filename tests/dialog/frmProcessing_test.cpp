@@ -1,7 +1,6 @@
 #include "dialog/frmProcessing.h"
 
 #include "dialog/workplace.h"
-#include "engine/batching_application.h"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +12,7 @@ using Faults = std::vector<std::string>;
 class Processing : public testing::Test {
  protected:
   Processing() {
-    desk.work.ask({.begin = u"A", .operation = engine::kReplace, .text = u"b", .confirm = true});
+    desk.work.ask({.begin = u"A", .operation = engine::kReplace, .text = u"b", .confirmEach = true});
     desk.work.engine.QuiteModeSetting(false);
     desk.work.forms.user = [](forms::Form& form) { forms::press(form, u"cmdContinue"); };
   }
@@ -49,32 +48,28 @@ TEST_F(Processing, OfFilesNeedsAWayToThem) {
 }
 
 /// What it does is one step to undo, in whatever way it ends.
-TEST(ProcessingStep, EndsWithThePass) {
-  const auto application = std::make_shared<engine::BatchingApplication>();
-  const notation::Sample sample("A1 A2 A3¶");
-  application->add(sample.document);
-  Workplace work{application};
-  work.ask({.begin = u"A", .operation = engine::kHighlight, .confirm = true});
-  frmProcessing form(work.engine);
+TEST_F(Processing, IsOneStepToUndo) {
+  std::string& told = desk.application->told;
   for (const bool closes : {false, true}) {
-    form.SingleProcess();
-    forms::press(form, u"cmdPerform");
-    if (closes) form.close();
-    while (form.Visible()) forms::press(form, u"cmdSkip");
-    EXPECT_EQ(std::exchange(application->told, ""), "[<>]");
+    desk.work.ask({.begin = u"A", .operation = engine::kHighlight, .confirmEach = true});
+    dialog.SingleProcess();
+    dialog.cmdPerform.press();
+    if (closes) dialog.close();
+    while (dialog.Visible()) dialog.cmdSkip.press();
+    EXPECT_EQ(std::exchange(told, ""), "[<>]");
   }
 
   // Also where the window for the next block cannot be shown.
-  form.SingleProcess();
-  work.forms.changes = [](forms::Form& each) {
+  dialog.SingleProcess();
+  desk.work.forms.changes = [](forms::Form& each) {
     if (each.Visible()) throw errors::Fault(7, u"Out of windows");
   };
   bool finished = false;
-  form.Finished.handledBy([&] { finished = true; });
-  forms::press(form, u"cmdPerform");
-  EXPECT_EQ(application->told, "[<>]");
-  EXPECT_TRUE(finished && !form.Visible());
-  EXPECT_EQ(work.reports, (Faults{"7 cpf:35"})) << "the tag of the procedure entered last";
+  dialog.Finished.handledBy([&] { finished = true; });
+  dialog.cmdPerform.press();
+  EXPECT_EQ(told, "[<>]");
+  EXPECT_TRUE(finished && !dialog.Visible());
+  EXPECT_EQ(desk.work.reports, (Faults{"7 cpf:35"})) << "the tag of the procedure entered last";
 }
 
 }  // namespace

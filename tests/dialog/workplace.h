@@ -3,11 +3,9 @@
 #include "base/text.h"
 #include "base/utf.h"
 #include "dialog/clsProcessFind.h"
-#include "documents/support/notation.h"
-#include "engine/asked.h"
+#include "engine/desk.h"
 #include "errors/reports.h"
 #include "forms/doubles.h"
-#include "memory/application.h"
 
 #include <gtest/gtest.h>
 
@@ -19,7 +17,7 @@
 
 namespace pluvo::dialog {
 
-using engine::Asked;
+using engine::Request;
 
 /// A clsProcessFind, what it works with, and nobody else. Quiet, unless said otherwise.
 class Workplace : public errors::WatchedContext {
@@ -29,26 +27,26 @@ class Workplace : public errors::WatchedContext {
     engine.QuiteModeSetting(true);
   }
 
-  void ask(const Asked& asked) {
+  void ask(const Request& asked) {
     engine.BeginBlock(asked.begin);
     engine.EndBlock(asked.end);
     engine.InsideBlock(asked.inside);
-    engine.UnitsApart(base::decimal(asked.apart));
+    engine.UnitsApart(base::decimal(asked.distance));
     engine.UnitsApartType(asked.unit);
     engine.Operation(asked.operation);
-    engine.OperationLocation(asked.on);
+    engine.OperationLocation(asked.location);
     engine.BeforeOrAfter(asked.place);
     engine.ReplaceInsertTextString(asked.text);
-    engine.HighlightColorSetting(word::wdYellow);
+    engine.HighlightColorSetting(asked.highlightColour);
     engine.ExtraSpaceSetting(asked.extraSpace);
     engine.MatchOnlyWholeWords(asked.wholeWords);
     engine.MatchTextCaseSetting(asked.matchCase);
-    engine.StartFindsAtBeginningSetting(asked.atTop);
-    engine.ConfirmEachOperationsetting(asked.confirm);
-    engine.LiftLimitsSetting(asked.lift);
-    engine.ShowFieldCodes(asked.fieldCodes);
+    engine.StartFindsAtBeginningSetting(asked.startAtTop);
+    engine.ConfirmEachOperationsetting(asked.confirmEach);
+    engine.LiftLimitsSetting(asked.liftLimits);
+    engine.ShowFieldCodes(asked.showFieldCodes);
   }
-  void pass(const Asked& asked) {
+  void pass(const Request& asked) {
     ask(asked);
     engine.GoGetEmFARBOT();
   }
@@ -68,14 +66,14 @@ class Workplace : public errors::WatchedContext {
 class Desk {
  public:
   explicit Desk(std::string_view notation)
-      : sample(notation), application(std::make_shared<memory::MemoryApplication>()), work(application) {
+      : sample(notation), application(std::make_shared<engine::BatchingApplication>()), work(application) {
     application->add(sample.document);
   }
 
   std::string text() { return notation::print(sample.model()); }
 
   notation::Sample sample;
-  std::shared_ptr<memory::MemoryApplication> application;
+  std::shared_ptr<engine::BatchingApplication> application;
   Workplace work;
 };
 

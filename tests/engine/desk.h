@@ -1,13 +1,13 @@
 #pragma once
 
 #include "documents/support/notation.h"
-#include "engine/asked.h"
 #include "engine/engine.h"
 #include "memory/application.h"
 
 #include <gtest/gtest.h>
 
 #include <deque>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -15,47 +15,73 @@
 
 namespace pluvo::engine {
 
-/// Writes down the blocks that are found and the faults, each fault as "number tag", and decides as it was
-/// told to.
+/// Writes down the blocks that are found and the faults, each as "number tag", and does as it was told to.
 struct Watch : Observer {
   Answer searching() override { return --searches == 0 ? Answer::stop : Answer::goOn; }
   Answer found(const Block& block) override {
-    const char name = static_cast<char>('a' + blocks.size());
-    blocks[name] = {block.whole.Start(), block.whole.End()};
+    blocks.push_back({block.whole.Start(), block.whole.End()});
     return blocks.size() < most ? Answer::goOn : Answer::stop;
   }
   Decision decide(const Block& block) override {
-    deciding(block);
+    deciding();
+    EXPECT_EQ(block.whole.Start(), blocks.back().from);
     if (decisions.empty()) return Observer::decide(block);
     const Decision decision = decisions.front();
     decisions.pop_front();
     return decision;
   }
+  Answer operated(const Block&, const errors::Fault* refusal) override {
+    if (refusal != nullptr) refusals.push_back(refusal->number);
+    return Answer::goOn;
+  }
   void failed(const errors::Fault& fault, errors::Tag tag) override {
     faults.push_back(std::to_string(fault.number) + ' ' + std::string(tag.text.begin(), tag.text.end()));
   }
 
-  notation::Ranges blocks;
-  std::size_t most = 26;
+  std::vector<text::Span> blocks;
+  std::size_t most = 1000;
   int searches = 0;  ///< how many are to be made, one less; 0 and less: all
   std::deque<Decision> decisions;
-  std::function<void(const Block&)> deciding = [](const Block&) {};
+  std::function<void()> deciding = [] {};
+  std::vector<std::int32_t> refusals;
   std::vector<std::string> faults;
 };
 
-/// An engine before one document, which is written in the notation of documents/support.
-struct Desk {
-  explicit Desk(std::string_view notation) : sample(notation) { application.add(sample.document); }
+/// Writes down what begins and ends: [ and ] a step to undo, ( and ) edits that nobody sees, < and > edits
+/// that the user sees.
+struct BatchingApplication : memory::MemoryApplication {
+  struct Open : word::Batch {
+    Open(std::string& out, char begin, char end) : told(out), at(end) { told += begin; }
+    ~Open() override { told += at; }
+    std::string& told;
+    char at;
+  };
+  std::unique_ptr<word::Batch> beginUndoStep() override { return std::make_unique<Open>(told, '[', ']'); }
+  std::unique_ptr<word::Batch> beginEdits(bool seen) override {
+    return std::make_unique<Open>(told, seen ? '<' : '(', seen ? '>' : ')');
+  }
+  std::string told;
+};
 
-  PassResult pass(const Asked& asked) { return engine.pass(asked.request()); }
-  /// The document, with the blocks found marked a, b, c … and so on as they were found.
-  std::string found() { return notation::print(sample.model(), watch.blocks); }
+/// An engine before one document, which is written in the notation of documents/support.
+template <class Application>
+struct DeskOver {
+  explicit DeskOver(std::string_view notation) : sample(notation) { application.add(sample.document); }
+
+  PassResult pass(const Request& request) { return engine.pass(request); }
   std::string text() { return notation::print(sample.model()); }
+  /// The document, with the blocks found marked a, b, c … as they were found.
+  std::string found() {
+    notation::Ranges ranges;
+    for (const text::Span& block : watch.blocks) ranges[static_cast<char>('a' + ranges.size())] = block;
+    return notation::print(sample.model(), ranges);
+  }
 
   notation::Sample sample;
-  memory::MemoryApplication application;
+  Application application;
   Watch watch;
   Engine engine{application, watch};
 };
+using Desk = DeskOver<BatchingApplication>;
 
 }  // namespace pluvo::engine

@@ -13,30 +13,17 @@ namespace {
 using testing::ElementsAre;
 
 /// An engine at work in a word processor that is watched.
-struct Host {
-  explicit Host(std::string_view notation) : sample(notation) { word.add(sample.document); }
-  PassResult pass(const Asked& asked) { return engine.pass(asked.request()); }
-  std::ptrdiff_t called(const std::string& call) const { return std::ranges::count(word.calls.made, call); }
-
-  struct Refusals : Watch {
-    Answer operated(const Block&, const errors::Fault* refusal) override {
-      ++operations;
-      if (refusal != nullptr) refusals.push_back(refusal->number);
-      return operations < most ? Answer::goOn : Answer::stop;
-    }
-    int operations = 0;
-    int most = 1000;
-    std::vector<std::int32_t> refusals;
-  } watch;
-  notation::Sample sample;
-  WatchedApplication word;
-  Engine engine{word, watch};
+struct Host : DeskOver<WatchedApplication> {
+  using DeskOver::DeskOver;
+  std::ptrdiff_t called(const std::string& call) const {
+    return std::ranges::count(application.calls.made, call);
+  }
 };
 
 TEST(Host, IsAskedForAFindInOneOrder) {
   Host host("x¶");
-  host.pass({.begin = u"A"});
-  const auto& calls = host.word.calls.made;
+  host.pass({.begin = u"A", .matchCase = true});
+  const auto& calls = host.application.calls.made;
   EXPECT_THAT(
       (std::vector<std::string>(std::ranges::find(calls, "Find.ClearFormatting"), calls.end())),
       ElementsAre("Find.ClearFormatting", "Find.Text A", "Find.Forward true", "Find.MatchCase true",
@@ -54,7 +41,7 @@ TEST(Host, IsNotAskedForTextsThatNobodyWants) {
 TEST(Host, IsToldWhetherAMoveIsOf16Bits) {
   for (const bool lift : {false, true}) {
     Host host("A¶B¶");
-    host.pass({.begin = u"A\rB", .lift = lift});
+    host.pass({.begin = u"A\rB", .liftLimits = lift});
     EXPECT_EQ(host.called("MoveEnd 16 bits"), lift ? 0 : 1);
   }
 }
@@ -70,13 +57,13 @@ TEST(Host, MayRefuseAnOperation) {
                {kHighlight, "HighlightColorIndex", "4605 cpf:29"}};
   for (const auto& [operation, call, report] : cases) {
     Host host("A A A¶");
-    host.word.calls.refused = call;
-    host.watch.most = 2;
+    host.application.calls.refused = call;
+    host.watch.most = 3;
     const PassResult done = host.pass({.begin = u"A", .operation = operation});
     EXPECT_THAT(host.watch.faults, ElementsAre(report, report));
     EXPECT_THAT(host.watch.refusals, ElementsAre(4605, 4605));
     EXPECT_THAT((std::vector<std::int64_t>{done.found, done.operated, done.refused, done.faults}),
-                ElementsAre(2, 2, 2, 2))
+                ElementsAre(3, 2, 2, 2))
         << "a refused operation counts as operated";
     host.engine.MakeChanges();
     EXPECT_EQ(host.watch.refusals.size(), 3U) << "also where it is made alone";
@@ -84,15 +71,19 @@ TEST(Host, MayRefuseAnOperation) {
 }
 
 TEST(Host, MayFailAnywhere) {
-  const Asked asked{
-      .begin = u"A\rA", .end = u"B\rB", .inside = u"x\rx", .apart = 30, .unit = kWords, .operation = kDelete};
+  const Request asked{.begin = u"A\rA",
+                      .end = u"B\rB",
+                      .inside = u"x\rx",
+                      .distance = 30,
+                      .unit = kWords,
+                      .operation = kDelete};
   const std::pair<const char*, const char*> cases[] = {
       {"Selection", "4605 cpf:27"}, {"Find.Execute", "4605 cpf:35"}, {"Find.Text x", "4605 cpf:33"},
       {"Count 2", "4605 cpf:34"},   {"Count 1", "4605 cpf:41"},      {"Text", "4605 cpf:41"}};
   for (const auto& [call, report] : cases) {
     SCOPED_TRACE(call);
     Host host("A¶Ax¶xB¶B¶");
-    host.word.calls.refused = call;
+    host.application.calls.refused = call;
     const PassResult done = host.pass(asked);
     ASSERT_FALSE(host.watch.faults.empty());
     EXPECT_EQ(host.watch.faults.front(), report);
@@ -105,10 +96,10 @@ TEST(Host, MayFailAnywhere) {
 
 TEST(Host, MayHaveNoDocument) {
   Host host("A A A¶");
-  host.watch.most = 1;
-  const Asked asked{.begin = u"A", .operation = kReplace, .text = u"b"};
+  host.watch.most = 2;
+  const Request asked{.begin = u"A", .operation = kReplace, .text = u"b"};
   host.pass(asked);
-  host.word.hasDocument = false;
+  host.application.hasDocument = false;
   EXPECT_EQ(host.pass(asked).faults, 1);
   EXPECT_FALSE(host.engine.FindNextItem());
   host.engine.MakeChanges();
@@ -119,27 +110,27 @@ TEST(Host, MayHaveNoDocument) {
 }
 
 TEST(Host, NeverMakesAPassEndless) {
-  std::vector<Asked> requests;
-  for (const Asked& asked : {Asked{.begin = u""}, Asked{.begin = u"A"}, Asked{.begin = u"A", .end = u"B"},
-                             Asked{.begin = u"A\rA"}, Asked{.begin = u"A\rA", .end = u"B\rB", .inside = u"x"},
-                             Asked{.begin = u"\r"}, Asked{.begin = u"B\r"}}) {
+  std::vector<Request> requests;
+  for (const Request& asked :
+       {Request{.begin = u""}, Request{.begin = u"A"}, Request{.begin = u"A", .end = u"B"},
+        Request{.begin = u"A\rA"}, Request{.begin = u"A\rA", .end = u"B\rB", .inside = u"x"},
+        Request{.begin = u"\r"}, Request{.begin = u"B\r"}}) {
     for (const auto operation : {kInsert, kReplace, kDelete, kHighlight}) {
       for (const auto on : {kSelection, kBeginning, kEnding, kInsideText}) {
         requests.push_back(asked);
         requests.back().operation = operation;
-        requests.back().on = on;
+        requests.back().location = on;
         requests.back().text = asked.begin + u"x" + asked.end;
       }
     }
   }
-  for (Asked& asked : requests) {
+  for (Request& asked : requests) {
     for (const auto place : {kBefore, kAfter}) {
       for (const bool lift : {false, true}) {
         Host host("A¶AxB¶B A¶AxB¶B A¶AxB¶B¶");
         asked.place = place;
-        asked.lift = lift;
-        host.pass(asked);
-        EXPECT_LE(host.watch.operations, 7) << words(asked) << (lift ? " without limits" : "");
+        asked.liftLimits = lift;
+        EXPECT_LE(host.pass(asked).operated, 7) << words(asked) << (lift ? " without limits" : "");
       }
     }
   }

@@ -9,7 +9,7 @@ namespace {
 /// are found with the limits lifted. What random requests meet often enough is not repeated here.
 struct Case {
   std::string document;
-  Asked asked;
+  Request asked;
   std::string found;
   std::string foundWithoutLimits = found;
 };
@@ -19,8 +19,8 @@ void expectFound(const std::vector<Case>& cases) {
     for (const bool lift : {false, true}) {
       SCOPED_TRACE(one.document + (lift ? " without limits" : " with limits"));
       Desk desk(one.document);
-      Asked asked = one.asked;
-      asked.lift = lift;
+      Request asked = one.asked;
+      asked.liftLimits = lift;
       desk.pass(asked);
       EXPECT_EQ(desk.found(), notation::Sample(lift ? one.foundWithoutLimits : one.found).print());
       EXPECT_TRUE(desk.watch.faults.empty()) << desk.watch.faults.front();
@@ -37,7 +37,7 @@ TEST(Locator, FindsBeginningsAndTheirEndings) {
                {"A¶", {.begin = u""}, "A¶"},
                {"¶A¶", {.begin = u"\rA"}, "¶A¶", "[a¶Aa]¶"},
                {"x{c A|r A} A¶", {.begin = u"A"}, "x{c A|r [aAa]} [bAb]¶"},
-               {"x{c A|r A} A¶", {.begin = u"A", .fieldCodes = true}, "x{c [aAa]|r A} [bAb]¶"}});
+               {"x{c A|r A} A¶", {.begin = u"A", .showFieldCodes = true}, "x{c [aAa]|r A} [bAb]¶"}});
 }
 
 TEST(Locator, CountsWholeUnitsBetween) {
@@ -45,7 +45,7 @@ TEST(Locator, CountsWholeUnitsBetween) {
     const std::string document = std::string(text) + "¶";
     const std::string marked = "[a" + std::string(text) + "a]¶";
     return Case{document,
-                {.begin = u"A", .end = u"B", .apart = apart, .unit = static_cast<UnitCode>(unit)},
+                {.begin = u"A", .end = u"B", .distance = apart, .unit = static_cast<UnitCode>(unit)},
                 found ? marked : document};
   };
   expectFound({within("A x, B", kWords, 1, false), within("A x, B", kWords, 2, true),
@@ -54,15 +54,15 @@ TEST(Locator, CountsWholeUnitsBetween) {
                within("A¶¶B", kParagraphs, 1, true), within("A. ¶1. 2. ¶B", kEntireDocument, 0, true),
                within("AB", 4, 0, false), within("AB", -1, 32767, false)});
   // What is too far is left behind by its beginning alone.
-  expectFound({{"A A x B¶", {.begin = u"A ", .end = u"B", .apart = 1, .unit = kWords}, "A [aA x Ba]¶"}});
+  expectFound({{"A A x B¶", {.begin = u"A ", .end = u"B", .distance = 1, .unit = kWords}, "A [aA x Ba]¶"}});
 }
 
 TEST(Locator, TakesTheDistanceBeforeTextsAreExtended) {
   // Those of the first line of the beginning alone; of the whole beginning they are less.
   const std::string document = "A¶1¶2¶xB¶";
-  Asked asked = {.begin = u"A\r1\r2\rx", .end = u"B", .apart = 1, .unit = kParagraphs};
+  Request asked = {.begin = u"A\r1\r2\rx", .end = u"B", .distance = 1, .unit = kParagraphs};
   expectFound({{document, asked, document, "[aA¶1¶2¶xBa]¶"}});
-  asked.apart = 2;
+  asked.distance = 2;
   expectFound({{document, asked, "[aA¶1¶2¶xBa]¶"}});
 }
 
@@ -72,20 +72,22 @@ TEST(Locator, ComparesInFullWhatIsTooLongToFind) {
   const std::u16string full = std::u16string(255, u'x') + u"Y";
   expectFound({{"-" + longest + "y¶", {.begin = full.substr(0, 255)}, "-[a" + longest + "a]y¶"},
                {"-" + tooLong + longest + "y¶",
-                {.begin = full, .matchCase = false},
+                {.begin = full},
                 "-[a" + tooLong + "a]" + longest + "y¶",
                 "-[a" + tooLong + "a][b" + longest + "yb]¶"},
                {"A" + longest + "yA" + tooLong + "¶",
-                {.begin = u"A", .end = full},
+                {.begin = u"A", .end = full, .matchCase = true},
                 "A" + longest + "y[aA" + tooLong + "a]¶",
                 "[aA" + longest + "yA" + tooLong + "a]¶"},
                {"A" + tooLong + "B¶", {.begin = u"A", .end = u"B", .inside = full}, "[aA" + tooLong + "Ba]¶"},
-               {"A" + longest + "yB¶", {.begin = u"A", .end = u"B", .inside = full}, "A" + longest + "yB¶"},
+               {"A" + longest + "yB¶",
+                {.begin = u"A", .end = u"B", .inside = full, .matchCase = true},
+                "A" + longest + "yB¶"},
                {"A\vB¶", {.begin = u"A\n\r\nB"}, "[aA\vBa]¶", "A\vB¶"},
                {"A\v¶B¶", {.begin = u"A\n\r\nB"}, "A\v¶B¶", "[aA\v¶Ba]¶"},
                {"AB¶", {.begin = u"A\nB"}, "[aABa]¶", "AB¶"},
                {"A1b A2B¶c A3B¶C¶",
-                {.begin = u"A", .end = u"B\rC", .matchCase = false},
+                {.begin = u"A", .end = u"B\rC"},
                 "A1b A2B¶c [aA3B¶Ca]¶",
                 "[aA1b A2B¶ca] [bA3B¶Cb]¶"},
                {"A¶¶", {.begin = u"A\r\r"}, "[aA¶¶a]"},
@@ -107,7 +109,7 @@ TEST(Locator, LooksForInsideTextsInsideOnly) {
 
 TEST(Locator, KeepsItsBoundsOnEndings) {
   // The first beginning ends at 31 and is too far from its ending: the next ending must lie before 62.
-  const Asked asked{.begin = u"A", .end = u"B", .apart = 1, .unit = kWords};
+  const Request asked{.begin = u"A", .end = u"B", .distance = 1, .unit = kWords};
   const std::string lead = std::string(29, 'x') + " A 1 2 B ";
   const std::string near(10, 'y');
   const std::string far(30, 'y');
@@ -119,7 +121,7 @@ TEST(Locator, KeepsItsBoundsOnEndings) {
 TEST(Locator, ExtendsABlockWithoutEndingToItsWholeBeginning) {
   // With limits only where the end range still stands at the top, that is before any block or mismatch. The
   // search then stays inside a beginning that reaches beyond its block.
-  const Asked asked{.begin = u"A\rB", .matchCase = false};
+  const Request asked{.begin = u"A\rB"};
   expectFound({{"xA¶B A¶B A¶B¶", asked, "x[aA¶Ba] [bAb]¶B A¶B¶", "x[aA¶Ba] [bA¶Bb] [cA¶Bc]¶"},
                {"A¶b A¶B A¶B¶", asked, "A¶b [aAa]¶B A¶B¶", "[aA¶ba] [bA¶Bb] [cA¶Bc]¶"}});
   // An ending that cannot be searched for is held against the end range, which behind the first block has an
@@ -128,11 +130,11 @@ TEST(Locator, ExtendsABlockWithoutEndingToItsWholeBeginning) {
 }
 
 TEST(Locator, GoesOnWithinABeginningThatReachesBeyondItsBlock) {
-  const Asked asked{.begin = u"A\rB\rC", .end = u"B"};
+  const Request asked{.begin = u"A\rB\rC", .end = u"B"};
   expectFound({{"A¶B¶C A¶B¶C¶", asked, "[aA¶Ba]¶C A¶B¶C¶", "[aA¶B¶C A¶Ba]¶C¶"}});
   // Where nothing is done, what would be operated on does not count.
   expectFound({{"A¶B¶A¶B¶A¶",
-                {.begin = u"A\rB\rA", .end = u"B", .on = kBeginning},
+                {.begin = u"A\rB\rA", .end = u"B", .location = kBeginning},
                 "[aA¶Ba]¶[bA¶Bb]¶A¶",
                 "[aA¶B¶A¶Ba]¶A¶"}});
 }
@@ -156,16 +158,18 @@ TEST(Locator, FindsTextsOfSeveralLinesWholeWithoutLimits) {
       {"A{c|¶}<h:C>B¶", {.begin = u"A\rB"}, "[aA{c|¶}<h:C>Ba]¶"},
       {"xA¶B A¶Bx A¶B¶", {.begin = u"A\rB", .wholeWords = true}, "xA¶B A¶Bx [aA¶Ba]¶"},
       {"x¶Ax x¶A¶", {.begin = u"\rA", .wholeWords = true}, "x¶Ax x[a¶Aa]¶"},
-      {"a¶b¶", {.begin = u"A\rB", .matchCase = false}, "[aa¶ba]¶"},
+      {"a¶b¶", {.begin = u"A\rB"}, "[aa¶ba]¶"},
       {"-" + there + there + "¶", {.begin = twoLines}, "-[a" + there + "a][b" + there + "b]¶"},
       // What the texts touch themselves does not count.
-      {"A¶A¶1¶B¶B¶", {.begin = u"A\rA", .end = u"B\rB", .apart = 1, .unit = kParagraphs}, "[aA¶A¶1¶B¶Ba]¶"},
+      {"A¶A¶1¶B¶B¶",
+       {.begin = u"A\rA", .end = u"B\rB", .distance = 1, .unit = kParagraphs},
+       "[aA¶A¶1¶B¶Ba]¶"},
   };
   for (const Case& one : cases) {
     SCOPED_TRACE(one.document);
     Desk desk(one.document);
-    Asked asked = one.asked;
-    asked.lift = true;
+    Request asked = one.asked;
+    asked.liftLimits = true;
     desk.pass(asked);
     EXPECT_EQ(desk.found(), notation::Sample(one.found).print());
   }
@@ -175,7 +179,7 @@ TEST(Locator, StartsAtTheSelectionOrAtTheTop) {
   for (const bool lift : {false, true}) {
     Desk desk("A¶BA¶BA¶B¶");
     desk.sample.document->select({4, 7});
-    desk.pass({.begin = u"A\rB", .atTop = false, .lift = lift});
+    desk.pass({.begin = u"A\rB", .startAtTop = false, .liftLimits = lift});
     EXPECT_EQ(desk.found(), lift ? "A¶BA¶B[aA¶Ba]¶" : "A¶BA¶B[aAa]¶B¶");
   }
 }
@@ -184,7 +188,7 @@ TEST(Locator, SearchesAnEndingUpToThePreviousBlocksEnd) {
   for (const bool lift : {false, true}) {
     SCOPED_TRACE(lift);
     Desk desk("A1A2B3B4B¶");
-    desk.engine.InitializeFind(Asked{.begin = u"A", .end = u"B", .lift = lift}.request());
+    desk.engine.InitializeFind(Request{.begin = u"A", .end = u"B", .liftLimits = lift});
     std::vector<text::Span> selected;
     while (desk.engine.FindNextItem(true)) {
       selected.push_back(desk.sample.document->selection());

@@ -29,7 +29,7 @@ TEST(Operations, DoNothingUnderUnknownCodes) {
                                        .end = u"B",
                                        .inside = u"x\rx",
                                        .operation = static_cast<OperationCode>(operation),
-                                       .on = static_cast<LocationCode>(on),
+                                       .location = static_cast<LocationCode>(on),
                                        .place = static_cast<PlaceCode>(place),
                                        .text = u"12"});
     EXPECT_EQ(desk.text(), notation::Sample(after).print());
@@ -44,7 +44,7 @@ TEST(Operations, ChangeNothingOnATextThatIsNotAskedFor) {
       for (const std::u16string end : {u"", u"\rB"}) {
         if (on == kInsideText && !end.empty()) continue;
         Desk desk("-A-¶");
-        const Asked asked{.begin = u"A", .end = end, .operation = operation, .on = on, .text = u"12"};
+        const Request asked{.begin = u"A", .end = end, .operation = operation, .location = on, .text = u"12"};
         EXPECT_EQ(desk.pass(asked).operated, 1) << "it is counted all the same";
         EXPECT_EQ(desk.text(), "-A-¶");
       }

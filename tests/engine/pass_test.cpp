@@ -11,12 +11,10 @@ using Faults = std::vector<std::string>;
 TEST(Pass, AsksBeforeEachBlockWhereItIsToBeConfirmed) {
   Desk desk("A1 A2 A3 A4¶");
   std::vector<text::Span> selected;
-  desk.watch.deciding = [&](const Block& block) {
-    selected.push_back(desk.sample.document->selection());
-    EXPECT_EQ(block.whole.Start(), selected.back().from);
-  };
+  desk.watch.deciding = [&] { selected.push_back(desk.sample.document->selection()); };
   desk.watch.decisions = {Decision::operate, Decision::skip, Decision::stop};
-  const PassResult done = desk.pass({.begin = u"A", .operation = kReplace, .text = u"bb", .confirm = true});
+  const PassResult done =
+      desk.pass({.begin = u"A", .operation = kReplace, .text = u"bb", .confirmEach = true});
   EXPECT_EQ(desk.text(), "bb1 A2 A3 A4¶");
   EXPECT_EQ(selected, (std::vector<text::Span>{{0, 1}, {4, 5}, {7, 8}}));
   EXPECT_EQ(desk.sample.document->selection(), (text::Span{0, 0}));
@@ -30,7 +28,8 @@ TEST(Pass, GoesOnBehindTheBlockWhereNothingWasDone) {
   // done to it.
   Desk desk("A¶B¶C A¶B¶C¶");
   desk.watch.decisions = {Decision::skip, Decision::skip};
-  desk.pass({.begin = u"A\rB\rC", .end = u"B", .operation = kDelete, .on = kBeginning, .confirm = true});
+  desk.pass(
+      {.begin = u"A\rB\rC", .end = u"B", .operation = kDelete, .location = kBeginning, .confirmEach = true});
   EXPECT_EQ(desk.watch.blocks.size(), 1U);
 }
 
@@ -49,7 +48,7 @@ TEST(Pass, EndsWhereTheObserverSaysSo) {
   } watch;
   watch.decisions = {Decision::skip, Decision::skip};
   Desk desk("A A A¶");
-  Engine(desk.application, watch).pass(Asked{.begin = u"A", .confirm = true}.request());
+  Engine(desk.application, watch).pass(Request{.begin = u"A", .confirmEach = true});
   EXPECT_EQ(watch.blocks.size(), 1U);
   EXPECT_EQ(watch.passes, 1);
 }
@@ -58,7 +57,7 @@ TEST(Pass, CanBeStoppedWhereNoBlockIsFound) {
   for (const bool blockByBlock : {false, true}) {
     Desk desk(std::string(2000, 'A') + "¶¶b¶");
     desk.watch.searches = 100;
-    const Request request = Asked{.begin = u"A", .end = u"b", .unit = kParagraphs}.request();
+    const Request request = Request{.begin = u"A", .end = u"b", .unit = kParagraphs};
     if (blockByBlock) {
       desk.engine.InitializeFind(request);
       EXPECT_FALSE(desk.engine.FindNextItem());
@@ -78,7 +77,7 @@ TEST(SearchPoint, IsNarrowedTo16BitsUnlessLimitsAreLifted) {
         SCOPED_TRACE(before);
         Desk desk(std::string(before, '.') + "A A¶");
         Engine& engine = desk.engine;
-        engine.InitializeFind(Asked{.begin = u"A", .operation = kHighlight, .lift = lift}.request());
+        engine.InitializeFind(Request{.begin = u"A", .operation = kHighlight, .liftLimits = lift});
         ASSERT_TRUE(engine.FindNextItem(true));
         skip ? engine.SkipChanges() : engine.MakeChanges();
         const bool fits = lift || before + 1 <= 32767;
@@ -96,7 +95,7 @@ TEST(SearchPoint, IsNarrowedTo16BitsUnlessLimitsAreLifted) {
 TEST(SkippedCount, Is16BitsWideUnlessLimitsAreLifted) {
   for (const bool lift : {false, true}) {
     Desk desk("A¶");
-    desk.engine.InitializeFind(Asked{.begin = u"A", .lift = lift}.request());
+    desk.engine.InitializeFind(Request{.begin = u"A", .liftLimits = lift});
     for (int i = 0; i < 32768; ++i) desk.engine.SkipChanges();
     EXPECT_EQ(desk.watch.faults, lift ? Faults{} : Faults{"6 cpf:27d"});
     EXPECT_EQ(desk.engine.result().skipped, lift ? 32768 : 32767);

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/utf.h"
-#include "engine/asked.h"
+#include "engine/request.h"
 
 #include <cstdint>
 #include <random>
@@ -31,31 +31,33 @@ class Dice {
   std::mt19937 random_;
 };
 
-inline Asked randomRequest(Dice& dice) {
-  Asked asked;
-  asked.lift = true;
+inline Request randomRequest(Dice& dice) {
+  Request asked;
+  asked.liftLimits = true;
   asked.begin = dice.searched(2);
   if (!dice.once(4)) asked.end = dice.searched(1);
   if (!asked.end.empty() && dice.once(3)) asked.inside = dice.searched(1);
-  asked.apart = dice.once(2) ? std::int16_t{0} : static_cast<std::int16_t>(dice.upTo(3));
+  asked.distance = dice.once(2) ? std::int16_t{0} : static_cast<std::int16_t>(dice.upTo(3));
   asked.unit = static_cast<UnitCode>(dice.upTo(3));
   asked.operation = static_cast<OperationCode>(dice.upTo(4));
-  asked.on = static_cast<LocationCode>(dice.upTo(asked.inside.empty() ? asked.end.empty() ? 1 : 2 : 3));
+  asked.location = static_cast<LocationCode>(dice.upTo(asked.inside.empty() ? asked.end.empty() ? 1 : 2 : 3));
   asked.place = static_cast<PlaceCode>(dice.upTo(1));
   asked.text = dice.once(2) ? asked.begin + asked.inside + asked.end : dice.text(u"abA .\r\v", 0, 3);
+  asked.extraSpace = dice.once(3);
   asked.wholeWords = dice.once(4);
   asked.matchCase = dice.once(2);
   return asked;
 }
 
-inline std::string words(const Asked& asked) {
+inline std::string words(const Request& asked) {
   const auto shown = [](std::u16string text) {
     for (char16_t& c : text) c = c == u'\r' ? u'/' : c == u'\v' ? u'|' : c;
     return '"' + base::utf8(text) + "\" ";
   };
-  return shown(asked.begin) + shown(asked.end) + shown(asked.inside) + std::to_string(asked.apart) +
+  return shown(asked.begin) + shown(asked.end) + shown(asked.inside) + std::to_string(asked.distance) +
          " unit " + std::to_string(asked.unit) + " operation " + std::to_string(asked.operation) + " on " +
-         std::to_string(asked.on) + " place " + std::to_string(asked.place) + ' ' + shown(asked.text);
+         std::to_string(asked.location) + " place " + std::to_string(asked.place) + ' ' + shown(asked.text) +
+         (asked.extraSpace ? "extra space" : "");
 }
 
 }  // namespace pluvo::engine

@@ -23,7 +23,7 @@ std::string documentOf(const std::u16string& text) {
 /// and what becomes of it.
 class RestatedRules {
  public:
-  RestatedRules(const std::u16string& text, const Asked& asked)
+  RestatedRules(const std::u16string& text, const Request& asked)
       : document(documentOf(text)), asked_(asked), space_(asked.extraSpace ? u" " : u"") {}
 
   void pass() {
@@ -86,7 +86,7 @@ class RestatedRules {
       if (asked_.unit == kWords) return range->Words().Count();
       return asked_.unit == kSentences ? range->Sentences().Count() : range->Paragraphs().Count();
     };
-    return count(block_) - count(begin_) - count(end_) > asked_.apart;
+    return count(block_) - count(begin_) - count(end_) > asked_.distance;
   }
 
   bool accept() {
@@ -97,7 +97,7 @@ class RestatedRules {
   /// Returns where the search goes on.
   text::Position operate() {
     const auto block = at(block_);
-    const auto on = at(std::array{block_, begin_, end_, inside_}[static_cast<std::size_t>(asked_.on)]);
+    const auto on = at(std::array{block_, begin_, end_, inside_}[static_cast<std::size_t>(asked_.location)]);
     if (asked_.operation == kInsert && asked_.place == kAfter) on->InsertAfter(space_ + asked_.text);
     if (asked_.operation == kInsert && asked_.place == kBefore) on->InsertBefore(asked_.text + space_);
     if (asked_.operation == kReplace) on->Text(asked_.text);
@@ -106,32 +106,20 @@ class RestatedRules {
     return asked_.operation == kNone ? block->End() : std::max(block->End(), on->End());
   }
 
-  Asked asked_;
+  Request asked_;
   std::u16string space_;
   Place block_, begin_, end_, inside_;
 };
 
-struct Positions : Watch {
-  Answer found(const Block& block) override {
-    all.push_back({block.whole.Start(), block.whole.End()});
-    return Answer::goOn;
-  }
-  std::vector<Place> all;
-};
-
 /// Returns how many blocks there were.
-std::size_t expectAgreement(const std::u16string& text, const Asked& asked) {
+std::size_t expectAgreement(const std::u16string& text, const Request& asked) {
   RestatedRules rules(text, asked);
   rules.pass();
-  notation::Sample sample(documentOf(text));
-  memory::MemoryApplication application;
-  application.add(sample.document);
-  Positions positions;
-  const PassResult done = Engine(application, positions).pass(asked.request());
-  EXPECT_EQ(positions.all, rules.blocks);
-  EXPECT_EQ(sample.print(), rules.document.print());
-  EXPECT_EQ(done.operated, rules.blocks.size());
-  EXPECT_TRUE(positions.faults.empty());
+  Desk desk(documentOf(text));
+  EXPECT_EQ(desk.pass(asked).operated, rules.blocks.size());
+  EXPECT_EQ(desk.watch.blocks, rules.blocks);
+  EXPECT_EQ(desk.text(), rules.document.print());
+  EXPECT_TRUE(desk.watch.faults.empty());
   return rules.blocks.size();
 }
 
@@ -141,11 +129,10 @@ TEST(RestatedRules, AgreeWithTheEngine) {
   for (std::u16string& text : texts) text = dice.text(u"aabbA . \r\v", 0, 60);
   std::size_t blocks = 0;
   for (int i = 0; i < 100; ++i) {
-    Asked asked = randomRequest(dice);
-    asked.extraSpace = dice.once(3);
+    const Request asked = randomRequest(dice);
     for (const std::u16string& text : texts) {
       blocks += expectAgreement(text, asked);
-      if (testing::Test::HasFailure()) FAIL() << documentOf(text) << '\n' << words(asked) << asked.extraSpace;
+      if (testing::Test::HasFailure()) FAIL() << documentOf(text) << '\n' << words(asked);
     }
   }
   EXPECT_GT(blocks, 5000U) << "the requests find too little to tell";

@@ -26,9 +26,8 @@ TEST(AgreementOfWordAndMemory, AHundredRequests) {
   for (unsigned i = 0; i < 100; ++i) {
     Task task;
     task.asked = engine::randomRequest(dice);
-    task.asked.lift = dice.once(2);
-    task.asked.confirm = dice.once(4);
-    task.asked.extraSpace = dice.once(3);
+    task.asked.liftLimits = dice.once(2);
+    task.asked.confirmEach = dice.once(4);
     const bool quotes = dice.once(2);
     for (auto* text : {&task.asked.begin, &task.asked.end, &task.asked.inside, &task.asked.text}) {
       if (quotes) inQuotes(*text);
@@ -52,7 +51,7 @@ TEST(AgreementOfWordAndMemory, TextsThatAreHardToFind) {
   const std::u16string field = u"\x13 DATE \x14Monday\x15";
   struct Case {
     std::u16string text;
-    engine::Asked asked;
+    engine::Request asked;
   };
   const Case cases[] = {
       {u"a " + longText + u" b " + longText, {.begin = longText, .operation = engine::kHighlight}},
@@ -72,7 +71,7 @@ TEST(AgreementOfWordAndMemory, TextsThatAreHardToFind) {
       {u"on " + field + u" and " + field,
        {.begin = u"Monday", .operation = engine::kReplace, .text = u"Friday"}},
       {u"on " + field + u" and", {.begin = u"DATE", .operation = engine::kDelete}},
-      {u"on " + field + u" and", {.begin = u"DATE", .operation = engine::kDelete, .fieldCodes = true}},
+      {u"on " + field + u" and", {.begin = u"DATE", .operation = engine::kDelete, .showFieldCodes = true}},
       {u"on " + field + u" and", {.begin = u"on", .end = u"and", .operation = engine::kDelete}},
       {u"ab\x07"
        u"ab\x07\x07"
@@ -82,11 +81,10 @@ TEST(AgreementOfWordAndMemory, TextsThatAreHardToFind) {
        u"cb\x07\x07"
        u"ab",
        {.begin = u"a", .end = u"c", .operation = engine::kHighlight}},
-      {u"John's John Johnny",
-       {.begin = u"john", .operation = engine::kDelete, .wholeWords = true, .matchCase = false}},
+      {u"John's John Johnny", {.begin = u"john", .operation = engine::kDelete, .wholeWords = true}},
       {u"xa\tb a\tbx a\tb", {.begin = u"a\tb", .operation = engine::kDelete, .wholeWords = true}},
       {u"ab\rabc ab\vabd\rab",
-       {.begin = u"AB\rabd", .end = u"\r", .operation = engine::kReplace, .text = u"x", .matchCase = false}},
+       {.begin = u"AB\rabd", .end = u"\r", .operation = engine::kReplace, .text = u"x"}},
       {longText + u"\r" + longText + u"\r" + longText + u"z",
        {.begin = longText + u"\r" + longText + u"z", .operation = engine::kDelete}},
       {u"a\r\rb\v\vc\r", {.begin = u"\r\r", .operation = engine::kReplace, .text = u" "}},
@@ -97,13 +95,17 @@ TEST(AgreementOfWordAndMemory, TextsThatAreHardToFind) {
       {u"one two three, two. two", {.begin = u"two", .operation = engine::kDelete}},
       {u"ab", {.begin = u"ab", .end = u"b", .inside = u"a", .operation = engine::kHighlight}},
       {u"a b a b",
-       {.begin = u"a", .end = u"b", .inside = u" ", .operation = engine::kDelete, .on = engine::kInsideText}},
+       {.begin = u"a",
+        .end = u"b",
+        .inside = u" ",
+        .operation = engine::kDelete,
+        .location = engine::kInsideText}},
       {u"a", {.begin = u"a", .operation = engine::kInsert, .place = engine::kAfter, .text = u"aa\r\na"}},
   };
   for (const Case& each : cases) {
     for (const bool lift : {false, true}) {
       Task task{each.text, each.asked};
-      task.asked.lift = lift;
+      task.asked.liftLimits = lift;
       EXPECT_EQ(words(inWord(word, task)), words(inMemory(task))) << words(task) << '\n'
                                                                   << WordSession::log();
     }

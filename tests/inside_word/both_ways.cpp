@@ -71,11 +71,10 @@ std::string words(const Outcome& outcome) {
 }
 
 std::string words(const Task& task) {
-  const engine::Asked& asked = task.asked;
+  const engine::Request& asked = task.asked;
   return base::utf8(task.text) + '\n' + engine::words(asked) + "words " + std::to_string(asked.wholeWords) +
-         " case " + std::to_string(asked.matchCase) + " lift " + std::to_string(asked.lift) + " confirm " +
-         std::to_string(asked.confirm) + " space " + std::to_string(task.asked.extraSpace) + " seed " +
-         std::to_string(task.seed);
+         " case " + std::to_string(asked.matchCase) + " lift " + std::to_string(asked.liftLimits) +
+         " confirm " + std::to_string(asked.confirmEach) + " seed " + std::to_string(task.seed);
 }
 
 }  // namespace pluvo::inside_word

@@ -14,7 +14,7 @@ using stand_in::WordSession;
 
 struct Task {
   std::u16string text;
-  engine::Asked asked;
+  engine::Request asked;
   /// Tells the answers to what is asked.
   unsigned seed = 0;
 };

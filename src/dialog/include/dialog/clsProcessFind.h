@@ -140,7 +140,9 @@ class clsProcessFind {
   std::shared_ptr<FileStepper> stepper_;
   engine::PassObserver* observer_ = nullptr;
 
-  engine::Request request_;
+  /// As long as nothing is set, every code is 0 and every switch off.
+  engine::Request request_{
+      .unit = engine::kWords, .highlightColour = word::wdNoHighlight, .startAtTop = false};
   std::u16string unitsApart_;
   bool keepsExtraSpace_ = false;
   bool quiet_ = false;

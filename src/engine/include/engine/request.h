@@ -1,5 +1,7 @@
 #pragma once
 
+#include "word/enums.h"
+
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -15,21 +17,21 @@ enum UnitCode : std::int16_t { kWords = 0, kSentences = 1, kParagraphs = 2, kEnt
 
 /// What a pass is asked to do: one field a choice. Texts may have line ends of any kind.
 struct Request {
-  std::u16string begin;
-  std::u16string end;         ///< empty: the block is its beginning alone
-  std::u16string inside;      ///< empty: no condition
-  std::int16_t distance = 0;  ///< how many units may lie between beginning and ending
-  UnitCode unit = kWords;
+  std::u16string begin = {};
+  std::u16string end = {};     ///< empty: the block is its beginning alone
+  std::u16string inside = {};  ///< empty: no condition
+  std::int16_t distance = 0;   ///< how many units may lie between beginning and ending
+  UnitCode unit = kEntireDocument;
   OperationCode operation = kNone;
   LocationCode location = kSelection;
   PlaceCode place = kBefore;
-  std::u16string text;  ///< to insert or to replace with
+  std::u16string text = {};  ///< to insert or to replace with
   bool extraSpace = false;
-  std::int16_t highlightColour = 0;  ///< a word::WdColorIndex
+  std::int16_t highlightColour = word::wdYellow;
   bool wholeWords = false;
   bool matchCase = false;
   bool showFieldCodes = false;
-  bool startAtTop = false;   ///< else at the start of the selection
+  bool startAtTop = true;    ///< else at the start of the selection
   bool confirmEach = false;  ///< in a whole pass: the observer decides about each block
   /// Lifts three limits that are kept inside Word: search points and skipped counts beyond 16 bits; endings
   /// that lie beyond the doubled position of a rejected candidate or beyond the previous block; texts that
