@@ -3,7 +3,6 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QEventLoop>
-#include <chrono>
 #include <future>
 #include <thread>
 #include <utility>
@@ -12,7 +11,6 @@ namespace pluvo::desktop {
 
 namespace {
 
-constexpr auto kWaitedFor = std::chrono::milliseconds(12);
 /// One batch of events may bring others; they do not keep the work waiting for ever.
 constexpr int kLongestBreath = 15;
 
@@ -31,13 +29,16 @@ class During {
 
 }  // namespace
 
-Working::Working(QObject* parent) : QObject(parent) {}
+Working::Working(QObject* parent)
+    : QObject(parent), clock([] {
+        return std::chrono::duration_cast<Milliseconds>(std::chrono::steady_clock::now().time_since_epoch());
+      }) {}
 
 void Working::begin() {
   if (underWay_) return;
   underWay_ = true;
   cancels_ = 0;
-  sinceBreath_.start();
+  lastBreath_ = clock();
   askForEnd();
 }
 
@@ -48,13 +49,13 @@ void Working::show() {
 
 void Working::breathe() {
   begin();
-  if (breathing_ || sinceBreath_.elapsed() < kEvery) return;
+  if (breathing_ || clock() - lastBreath_ < kEvery) return;
   show();
   {
     const During during(breathing_);
     QCoreApplication::processEvents(QEventLoop::AllEvents, kLongestBreath);
   }
-  sinceBreath_.restart();
+  lastBreath_ = clock();
   askForEnd();
 }
 
@@ -68,12 +69,12 @@ void Working::run(const std::function<void()>& work) {
     task();
     QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
   });
-  if (done.wait_for(kWaitedFor) != std::future_status::ready) {
+  if (done.wait_for(waitedFor) != std::future_status::ready) {
     show();
     const During during(breathing_);
     // The call that ends the loop is queued, and so comes even when the work was done before it began.
     loop.exec();
-    sinceBreath_.restart();
+    lastBreath_ = clock();
   }
   thread.join();
   breathe();  // where much work was short, one piece after the other

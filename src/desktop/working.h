@@ -1,7 +1,7 @@
 #pragma once
 
-#include <QElapsedTimer>
 #include <QObject>
+#include <chrono>
 #include <functional>
 
 namespace pluvo::desktop {
@@ -12,7 +12,7 @@ class Working : public QObject {
  public:
   explicit Working(QObject* parent = nullptr);
 
-  /// Deals with the events that wait, if none were for kEvery milliseconds. A breath within a breath does
+  /// Deals with the events that wait, if none were for as long as kEvery. A breath within a breath does
   /// nothing.
   void breathe();
   /// Does the work in another thread while this one deals with events, and returns when it is done; short
@@ -34,7 +34,13 @@ class Working : public QObject {
   std::function<void()> ended = [] {};
   std::function<void()> cancelled = [] {};
 
-  static constexpr int kEvery = 20;
+  using Milliseconds = std::chrono::milliseconds;
+  static constexpr Milliseconds kEvery{20};
+
+  /// The time that breaths are measured by.
+  std::function<Milliseconds()> clock;
+  /// How long work in another thread is waited for before events are dealt with.
+  Milliseconds waitedFor{12};
 
  protected:
   void customEvent(QEvent* event) override;
@@ -44,7 +50,7 @@ class Working : public QObject {
   void show();
   void askForEnd();
 
-  QElapsedTimer sinceBreath_;
+  Milliseconds lastBreath_{};
   bool underWay_ = false;
   bool shown_ = false;
   bool breathing_ = false;

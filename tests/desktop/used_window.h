@@ -19,6 +19,9 @@ namespace pluvo::desktop {
 /// The program's window, and a user who works it: test bodies are given to use().
 class UsedWindow : public testing::Test {
  protected:
+  /// In milliseconds, and gone by only where something never happens.
+  static constexpr int kPatience = 60'000;
+
   UsedWindow() {
     QSettings().clear();
     // "Ctrl+V inserts what is selected", and a run without boxes, are ticked where a test wants them.
@@ -151,9 +154,16 @@ class UsedWindow : public testing::Test {
     return text(*store::Store().open(path)->document());
   }
   /// The user's own change at the beginning, which the window has heard of.
-  static void change(OpenDocument& document, text::Position until, const char16_t* text) {
+  void change(OpenDocument& document, text::Position until, const char16_t* text) {
     document.document()->model().replace({0, until}, text, text::View::results);
-    QTest::qWait(100);
+    const auto told = [&] {
+      const auto& tabs = *window->findChild<QTabBar*>();
+      for (int i = 0; i < tabs.count(); ++i) {
+        if (tabs.tabText(i) == document.name() + QLatin1Char('*')) return true;
+      }
+      return false;
+    };
+    EXPECT_TRUE(QTest::qWaitFor(told, kPatience));
   }
   std::string selected(OpenDocument& document) {
     return base::utf8(
@@ -163,7 +173,7 @@ class UsedWindow : public testing::Test {
     for (QAction* action : window->findChildren<QAction*>()) {
       if (action->text() != QString::fromUtf8(text)) continue;
       // Behind slow work some come back a moment later.
-      EXPECT_TRUE(QTest::qWaitFor([&] { return action->isEnabled(); }, 5000)) << text;
+      EXPECT_TRUE(QTest::qWaitFor([&] { return action->isEnabled(); }, kPatience)) << text;
       return action->trigger();
     }
     ADD_FAILURE() << "no action " << text;

@@ -102,8 +102,7 @@ TEST_F(UsedWindow, PastesWhatIsSelectedInTheDocument) {
     auto& end = control<QPlainTextEdit>("txtEndText");
     end.setFocus();
     QTest::mouseClick(end.viewport(), Qt::RightButton);
-    QTest::qWait(50);
-    EXPECT_EQ(end.toPlainText(), QStringLiteral("[a]"));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return end.toPlainText() == QStringLiteral("[a]"); }, kPatience));
   });
 }
 

@@ -8,6 +8,7 @@
 #include <QtTest/QtTest>
 
 #include <QtWidgets>
+#include <algorithm>
 #include <functional>
 #include <optional>
 #include <string>
@@ -39,6 +40,8 @@ class User {
   explicit User(MessageBoxes& faults) : host(faults) {}
   User() : User(boxes) {}
 
+  /// In milliseconds, and gone by only where something never happens.
+  static constexpr int kPatience = 60'000;
   static constexpr int kEnter = Qt::Key_Return;
   static constexpr int kTab = Qt::Key_Tab;
   static constexpr int kControlKey = Qt::Key_Control;
@@ -54,7 +57,8 @@ class User {
 
   void open() {
     form->Visible(true);
-    if (!QTest::qWaitForWindowActive(window()->window())) qFatal("the window did not come to the front");
+    if (!QTest::qWaitForWindowActive(window()->window(), kPatience))
+      qFatal("the window did not come to the front");
     settle();
   }
   void focus(const Control& control) {
@@ -76,7 +80,13 @@ class User {
   void keyDown(int key, int shift) {
     QTest::keyPress(keyboard(), Qt::Key(key), modifiers(shift));
     settle();
-    if (shift == kAlt) QTest::qWait(150);  // a button is pressed for a while
+    if (shift != kAlt) return;
+    // A button is pressed for a while.
+    const auto released = [this] {
+      const auto buttons = window()->findChildren<QAbstractButton*>();
+      return std::ranges::none_of(buttons, [](const auto* button) { return button->isDown(); });
+    };
+    if (!QTest::qWaitFor(released, kPatience)) qFatal("a button stays pressed");
   }
   void keyUp(int key, int shift) {
     if (keyboard() != nullptr) QTest::keyRelease(keyboard(), Qt::Key(key), modifiers(shift));
@@ -135,7 +145,12 @@ class User {
   }
 
   void later(std::function<void()> doing) {
-    QTimer::singleShot(50, QApplication::instance(), std::move(doing));
+    QTimer::singleShot(50, QApplication::instance(), [this, doing = std::move(doing)]() mutable {
+      // The window server may take its time to give a box the keyboard.
+      const QWidget* box = QApplication::activeModalWidget();
+      if (box != nullptr && !box->isActiveWindow()) return later(std::move(doing));
+      doing();
+    });
   }
   std::string answerBox(std::optional<Answer> answer) {
     auto& box = dynamic_cast<QMessageBox&>(*QApplication::activeModalWidget());

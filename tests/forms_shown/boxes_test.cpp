@@ -48,8 +48,8 @@ TEST_F(ShownBoxes, GiveWhatIsTypedUnlessTheyAreCancelled) {
 }
 
 TEST_F(ShownBoxes, YieldToWhatWaitsButNotWithinAYield) {
-  const auto yieldUntil = [&](auto done) {
-    for (int wait = 0; wait < 40 && !done(); ++wait) {
+  const auto yieldUntil = [&](auto done, int waits) {
+    for (int wait = 0; wait < waits && !done(); ++wait) {
       std::this_thread::sleep_for(5ms);
       user.yielding.yield();
     }
@@ -57,10 +57,10 @@ TEST_F(ShownBoxes, YieldToWhatWaitsButNotWithinAYield) {
   int done = 0;
   user.later([&] {
     user.later([&] { ++done; });
-    yieldUntil([&] { return done > 0; });
+    yieldUntil([&] { return done > 0; }, 40);
     EXPECT_EQ(done++, 0);
   });
-  yieldUntil([&] { return done == 2; });
+  yieldUntil([&] { return done == 2; }, 12'000);
   EXPECT_EQ(done, 2);
 }
 

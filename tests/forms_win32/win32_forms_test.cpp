@@ -205,7 +205,7 @@ TEST(Win32Launcher, StartsTheSystemsOwnProgramsAndOpensPages) {
     EXPECT_THROW(launcher.launchHidden(wrong), errors::Fault) << base::utf8(wrong);
   EXPECT_THAT(opened, ElementsAre("http://www.pluvo.example/", "http://x.example/"));
   launcher.launchHidden(u"cmd.exe /c mkdir \"" + base::nameText(scratch.path("made")) + u"\"");
-  for (int wait = 0; wait < 200 && scratch.names().empty(); ++wait) Sleep(50);
+  for (int wait = 0; wait < 1'200 && scratch.names().empty(); ++wait) Sleep(50);
   EXPECT_THAT(scratch.names(), ElementsAre("made"));
 }
 

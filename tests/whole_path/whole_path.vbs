@@ -32,7 +32,7 @@ Sub OpenDialog(name)
   outcome = name & ".outcome"
   shell.Run """" & users & "\user.exe"" """ & doings & "\" & name & ".steps"" """ & folder & "\" & outcome & """", 1, False
   pluvo.OpenPLUVO
-  Do While Content(outcome) = "" And waited < 100
+  Do While Content(outcome) = "" And waited < 1200
     control.Sleep 100
     waited = waited + 1
   Loop

@@ -32,6 +32,50 @@ void scan(benchmark::State& state) {
 }
 BENCHMARK(scan)->Unit(benchmark::kMillisecond);
 
+/// What could cost more than its size: names looked up anew behind many declarations, brackets that may end a
+/// section, elements with many attributes.
+std::string worst(int kind, int size) {
+  std::string text = "<a";
+  if (kind == 0) {
+    for (int i = 0; i < 250; ++i) text += " xmlns:p" + std::to_string(i) + "='u" + std::to_string(i) + "'";
+    text += ">";
+    for (int i = 0; i < size; ++i) text += "<p0:b xmlns:q='v' p0:c='' p0:d=''/>";
+  } else if (kind == 1) {
+    text += ">" + std::string(static_cast<std::size_t>(size) * 40, ']');
+  } else {
+    text += ">";
+    for (int tag = 0; tag < size / 500; ++tag) {
+      text += "<b";
+      for (int i = 0; i < 1000; ++i) text += " c" + std::to_string(i) + "=''";
+      text += "/>";
+    }
+  }
+  return text + "</a>";
+}
+
+void worstCase(benchmark::State& state) {
+  const std::string text = worst(static_cast<int>(state.range(0)), static_cast<int>(state.range(1)));
+  const Vocabulary vocabulary(kNamespaces, kNames);
+  for (auto _ : state) {
+    Scanner scanner({reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}, vocabulary, "part");
+    while (scanner.next() != Token::finish) {
+    }
+  }
+  state.SetComplexityN(state.range(1));
+}
+BENCHMARK(worstCase)
+    ->ArgsProduct({{0}, {12'500, 50'000, 200'000}})
+    ->Unit(benchmark::kMillisecond)
+    ->Complexity();
+BENCHMARK(worstCase)
+    ->ArgsProduct({{1}, {12'500, 50'000, 200'000}})
+    ->Unit(benchmark::kMillisecond)
+    ->Complexity();
+BENCHMARK(worstCase)
+    ->ArgsProduct({{2}, {12'500, 50'000, 200'000}})
+    ->Unit(benchmark::kMillisecond)
+    ->Complexity();
+
 /// What a library does for the same: elements with their namespaces, and text.
 void expat(benchmark::State& state) {
   std::size_t elements = 0;

@@ -43,7 +43,7 @@ struct Shown : memory::DocumentObserver {
     sample.document->observer(this);
     view->resize(420, 300);
     view->show();
-    EXPECT_TRUE(QTest::qWaitForWindowExposed(view.get()));
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(view.get(), 60'000));
     view->setFocus();
   }
   ~Shown() override { sample.document->observer(nullptr); }
@@ -136,7 +136,6 @@ TEST(DocumentView, SelectsByMouseAndCopies) {
   shown.key(Qt::Key_C, Qt::ControlModifier);
   EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("one two three\n"));
 
-  QTest::qWait(QApplication::doubleClickInterval() + 50);
   QTest::mousePress(port, Qt::LeftButton, {}, word);
   QTest::mouseMove(port, word + QPoint(40, 0));
   QMouseEvent move(QEvent::MouseMove, word + QPoint(40, 25), port->mapToGlobal(word + QPoint(40, 25)),
