@@ -134,5 +134,32 @@ TEST_F(Choices, AskForTheTextOfAPlace) {
   }
 }
 
+/// Of the procedure that was entered last.
+TEST_F(Choices, FaultsAreReportedWithTheirTags) {
+  const auto entering = [this](const char16_t* name) {
+    return [this, name] { list(name).enter(u"none of these"); };
+  };
+  const auto choosing = [this](const char16_t* name, const char16_t* row) {
+    return [this, name, row] { choose(name, row); };
+  };
+  document("a¶");
+  type(u"txtBeginText", u"b");
+  type(u"txtEndText", u"e");
+  const struct {
+    const char16_t* failing;
+    std::function<void()> doing;
+    const char* report;
+  } cases[] = {{u"boxes", entering(u"cboxUnitDistanceApart"), "7 FF:23"},
+               {u"boxes", entering(u"cboxNumberDistanceApart"), "7 FF:11"},
+               {u"cboxHighlighters", choosing(u"cboxProcOperation1", u"Highlight"), "7 FF:14"},
+               {u"boxes", choosing(u"cboxProcSelection1", u"Inside Text"), "7 FF:18"},
+               {u"txtOperationDisplay", [this] { press(u"cmdViewOperation"); }, "7 FF:22"},
+               {u"txtInsideText1", [this] { type(u"txtBeginText", u""); }, "7 FF:30"},
+               {u"txtInsideText1", [this] { type(u"txtEndText", u""); }, "7 FF:33"},
+               {u"lblPleaseWait", [this] { tick(u"chkQuiteMode"), press(u"cmdExecuteFAR"); }, "7 FF:21"}};
+  for (const auto& it : cases)
+    EXPECT_THAT(reportedWithout(it.failing, it.doing), testing::Contains(it.report)) << it.report;
+}
+
 }  // namespace
 }  // namespace pluvo::host

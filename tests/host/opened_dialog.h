@@ -150,6 +150,25 @@ class OpenedDialog {
     return reports;
   }
 
+  /// What is reported when this fails once during a user's doing: a control that is to look otherwise,
+  /// "word", "boxes" or "painting".
+  std::vector<std::string> reportedWithout(const std::u16string& what, const std::function<void()>& doing) {
+    told();
+    failing_ = what;
+    const auto fails = [this](const std::u16string& now) {
+      if (now == failing_) throw errors::Fault((failing_.clear(), errors::outOfMemory()));
+    };
+    boxes.beforeAnswer = [&] { fails(u"boxes"); };
+    forms.painted = [&](forms::Form&) { fails(u"painting"); };
+    // A handler stays.
+    if (forms::Control* control = dialog().control(what)) control->changed.handledBy([=] { fails(what); });
+    doing();
+    EXPECT_EQ(failing_, u"") << "nothing failed";
+    boxes.beforeAnswer = nullptr;
+    forms.painted = nullptr;
+    return reported();
+  }
+
   files::Scratch folder;
   forms::ScriptedForms forms;
   forms::ScriptedBoxes boxes;
@@ -186,6 +205,7 @@ class OpenedDialog {
   }
 
   forms::Form* dialog_ = nullptr;
+  std::u16string failing_;
   std::function<void()> doing_;
 };
 

@@ -150,8 +150,10 @@ class Links : public testing::Test, protected OpenedDialog {};
 
 TEST_F(Links, OpenTheDocumentsBesideTheProgram) {
   if (!kOpensFiles) GTEST_SKIP();
-  folder.put("program/Readme.txt", "read me");
   open([&] {
+    label(u"lblReadMe").press();
+    EXPECT_THAT(reported(), ElementsAre("5174 FF:27"));
+    folder.put("program/Readme.txt", "read me");
     label(u"lblReadMe").press();
     EXPECT_EQ(word->ActiveDocument()->Name(), u"Readme.txt");
     EXPECT_THAT(reported(), IsEmpty());
@@ -159,6 +161,12 @@ TEST_F(Links, OpenTheDocumentsBesideTheProgram) {
   });
   EXPECT_THAT(reported(), ElementsAre("5174 FF:25"));
   EXPECT_EQ(word->count(), 1);
+}
+
+TEST_F(Links, PagesThatCannotBePaintedAreReported) {
+  open();
+  EXPECT_THAT(reportedWithout(u"painting", [&] { dialog().get<forms::MultiPage>(u"MultiPage1").choose(1); }),
+              ElementsAre("7 FF:29"));
 }
 
 #ifdef PLUVO_PROGRAMS

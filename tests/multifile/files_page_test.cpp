@@ -167,5 +167,21 @@ TEST(Picker, FollowsTheDrive) {
   EXPECT_EQ(picker.path(), u"c:\\");
 }
 
+TEST_F(FilesPage, FaultsAreReportedWithTheirTags) {
+  const std::tuple<const char16_t*, const char16_t*, const char*> cases[] = {
+      {u"txtFilePath", u"cmdBrowse", "7 cpf:40"},
+      {u"lbxPotentialFiles", u"cmdChooseFiles", "7 FF:05"},
+      {u"lblPleaseWait", u"cmdGetPotentialFiles", "7 FF:07"},
+      {u"lbxPotentialFiles", u"cmdRemoveFiles", "7 FF:08"}};
+  answers = [](forms::Form& form) { forms::press(form, u"cmdSelectDirectory"); };
+  for (const auto& [failing, button, report] : cases) {
+    files().items({u"a", u"b"});
+    files().select(0);
+    EXPECT_THAT(reportedWithout(failing, [&, name = button] { press(name); }), ElementsAre(report));
+  }
+  EXPECT_THAT(reportedWithout(u"lbxPotentialFiles", [&] { type(u"txtFilePath", u"/e"); }),
+              ElementsAre("7 FF:36"));
+}
+
 }  // namespace
 }  // namespace pluvo::host

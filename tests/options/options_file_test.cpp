@@ -104,6 +104,14 @@ TEST_F(OptionsFile, MakesTheDataFolderWhenItIsSaved) {
   EXPECT_THAT(told(), IsEmpty());
 }
 
+TEST_F(OptionsFile, WithATickOfAnotherKindIsNotSaved) {
+  open();
+  forms::Label other(u"chkOther", u"");
+  dialog().get<forms::MultiPage>(u"MultiPage1").Pages()[2]->add(other);
+  press(u"cmdSaveOptions");
+  EXPECT_EQ(reported().front(), "91 FF:01");
+}
+
 /// Neither can the log: a line of the report says so.
 TEST_F(OptionsFile, WithoutADataFolderSavingIsTold) {
   folder.put("templates", "no folder");
