@@ -58,6 +58,14 @@ bool hasColorOfItsOwn(const forms::Control& control) {
   return control.BackStyle() == forms::BackStyle::opaque && control.BackColor() != forms::kWhite;
 }
 
+/// Between text and background, and readable all the same.
+QColor faded(const QPalette& palette) {
+  const QColor text = palette.color(QPalette::WindowText);
+  const QColor back = palette.color(QPalette::Window);
+  const auto mixed = [](int one, int other) { return (one * 3 + other * 2) / 5; };
+  return {mixed(text.red(), back.red()), mixed(text.green(), back.green()), mixed(text.blue(), back.blue())};
+}
+
 }  // namespace
 
 void dressBox(QWidget& box, const forms::Control& control) {
@@ -69,7 +77,7 @@ void dressBox(QWidget& box, const forms::Control& control) {
   } else if (control.BackStyle() == forms::BackStyle::transparent) {
     const QPalette usual = QGuiApplication::palette();
     palette.setColor(QPalette::Base, usual.color(QPalette::Window));
-    if (control.Enabled()) palette.setColor(QPalette::Text, usual.color(QPalette::PlaceholderText));
+    if (control.Enabled()) palette.setColor(QPalette::Text, faded(usual));
   }
   box.setPalette(palette);
 }

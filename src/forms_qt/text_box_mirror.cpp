@@ -6,6 +6,7 @@
 #include <QFontMetrics>
 #include <QMouseEvent>
 #include <QProxyStyle>
+#include <QScrollArea>
 #include <QTextBlock>
 #include <QTextDocument>
 
@@ -89,6 +90,13 @@ class LinesEdit final : public QPlainTextEdit {
            margins.bottom();
   }
 };
+
+/// On a page that scrolls: the box has something to show.
+void reveal(QWidget& box) {
+  for (QWidget* around = box.parentWidget(); around != nullptr; around = around->parentWidget()) {
+    if (auto* page = qobject_cast<QScrollArea*>(around)) return page->ensureWidgetVisible(&box);
+  }
+}
 
 }  // namespace
 
@@ -210,6 +218,7 @@ void LinesMirror::refreshKind() {
     all.insertText(text);
     if (box_.ReadOnly()) all.movePosition(QTextCursor::Start);
     shown_->setTextCursor(all);
+    if (box_.ReadOnly() && shown_->isVisible()) reveal(*shown_);
   }
   shown_->setReadOnly(box_.ReadOnly());
   if (box_.ReadOnly())

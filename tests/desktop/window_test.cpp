@@ -481,6 +481,10 @@ TEST_F(UsedWindow, ExecuteIsInSightHoweverLittleRoomThereIs) {
       EXPECT_TRUE(window->rect().contains(there)) << there.bottom();
       EXPECT_EQ(button.visibleRegion().boundingRect(), button.rect()) << size.width();
     }
+    auto& display = control<QPlainTextEdit>("txtOperationDisplay");
+    EXPECT_TRUE(display.visibleRegion().isEmpty());
+    press(*window, "cmdViewOperation");
+    EXPECT_FALSE(display.visibleRegion().isEmpty()) << "it has something to show";
   });
 }
 
