@@ -33,6 +33,8 @@ class Session {
     // Texts are copied from the documents behind them.
     forms_.leavesOthersUsable(u"frmFAR");
     forms_.leavesOthersUsable(u"frmProcessing");
+    forms_.staysInSight(u"cmdViewOperation");
+    forms_.staysInSight(u"cmdExecuteFAR");
   }
 
   void open() {

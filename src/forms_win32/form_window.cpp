@@ -19,7 +19,7 @@ constexpr const wchar_t* kForm = L"PLUVO form";
 constexpr int kTipWidth = 320;
 constexpr int kShowsTipFor = 30000;
 constexpr int kLetters = 60;
-constexpr int kLettersOfPages = 115;
+constexpr int kLettersOfPages = 130;
 
 bool isDown(int key) { return (static_cast<unsigned short>(GetKeyState(key)) & 0x8000U) != 0; }
 
@@ -52,7 +52,7 @@ FormWindow::FormWindow(Win32Forms& host, forms::Form& form)
     : host_(host),
       form_(form),
       stage_{*host.module_, forms::Doings(host.boxes_, [](const forms::Control*) { return true; }),
-             std::make_unique<Look>(96), nullptr} {}
+             std::make_unique<Look>(96), host.kept_, nullptr} {}
 
 FormWindow::~FormWindow() {
   host_.windows_.erase(&form_);
@@ -218,10 +218,13 @@ SIZE FormWindow::around(SIZE inside) const {
   return {frame.right - frame.left, frame.bottom - frame.top};
 }
 
-void FormWindow::setSize() {
-  const HFONT font = stage_.look->font({});
+int FormWindow::widthAtFirst() const {
   const int letters = pages() != nullptr ? kLettersOfPages : kLetters;
-  const int width = std::max(panel_->leastWidth(), stage_.look->letterWidth(font) * letters);
+  return std::max(panel_->leastWidth(), stage_.look->letterWidth(stage_.look->font({})) * letters);
+}
+
+void FormWindow::setSize() {
+  const int width = widthAtFirst();
   RECT now = {};
   GetClientRect(window_, &now);
   if (wasShown_) {
@@ -267,9 +270,8 @@ void FormWindow::putInPlace(SIZE size) {
 void FormWindow::keepLeastSize(MINMAXINFO& limits) const {
   if (!panel_) return;
   const RECT screen = workAreaBeside(window_);
-  const int width = panel_->leastWidth();
-  const SIZE least = around({width, panel_->heightFor(width, true) + statusHeight()});
-  // On a small screen pages scroll.
+  // Its texts need more lines where it is narrower; then, and on a small screen, it scrolls.
+  const SIZE least = around({panel_->leastWidth(), panel_->heightFor(widthAtFirst(), true) + statusHeight()});
   limits.ptMinTrackSize.x = std::min(least.cx, screen.right - screen.left);
   limits.ptMinTrackSize.y = std::min({least.cy, screen.bottom - screen.top, LONG{stage_.look->px(500)}});
 }

@@ -52,6 +52,7 @@ class FormWindow final : public Receiver {
   void placePanel();
   int statusHeight() const;
   void unmake();
+  int widthAtFirst() const;
   void setSize();
   HWND ownerNow() const;
   void putInPlace(SIZE size);

@@ -20,8 +20,9 @@ bool heads(const Mirror& mirror) {
 
 }  // namespace
 
-Grid::Grid(const std::vector<std::unique_ptr<Mirror>>& mirrors, const Look& look)
-    : look_(look), places_(lineUp(mirrors)), grid_(itemsOf(places_), gap(), gap()) {}
+Grid::Grid(const std::vector<std::unique_ptr<Mirror>>& mirrors, const Look& look,
+           const std::set<std::u16string>& without)
+    : look_(look), places_(lineUp(mirrors)), grid_(itemsOf(places_, without), gap(), gap()) {}
 
 std::vector<Grid::Items> Grid::lineUp(const std::vector<std::unique_ptr<Mirror>>& mirrors) {
   std::vector<Items> places;
@@ -33,7 +34,8 @@ std::vector<Grid::Items> Grid::lineUp(const std::vector<std::unique_ptr<Mirror>>
   return places;
 }
 
-std::vector<forms::GridItem> Grid::itemsOf(const std::vector<Items>& places) {
+std::vector<forms::GridItem> Grid::itemsOf(const std::vector<Items>& places,
+                                           const std::set<std::u16string>& without) {
   std::vector<forms::GridItem> all;
   for (const Items& items : places) {
     const Mirror& first = *items.front();
@@ -43,8 +45,9 @@ std::vector<forms::GridItem> Grid::itemsOf(const std::vector<Items>& places) {
         height = std::max(height, least ? item->leastHeightFor(width) : item->heightFor(width));
       return height;
     };
-    const bool shown =
-        std::ranges::any_of(items, [](const Mirror* item) { return item->control().Visible(); });
+    const bool shown = std::ranges::any_of(items, [&](const Mirror* item) {
+      return item->control().Visible() && !without.contains(item->control().Name());
+    });
     all.push_back({first.control().Cell(), shown, first.grows(), heads(first), heightFor});
   }
   return all;

@@ -3,6 +3,8 @@
 #include "forms/cell_grid.h"
 #include "mirror.h"
 
+#include <set>
+#include <string>
 #include <vector>
 
 namespace pluvo::forms_win32 {
@@ -10,7 +12,9 @@ namespace pluvo::forms_win32 {
 /// Where the controls of a page stand: forms' grid, within a margin, in pixels.
 class Grid {
  public:
-  Grid(const std::vector<std::unique_ptr<Mirror>>& mirrors, const Look& look);
+  /// Without the controls of these names, which stand elsewhere.
+  Grid(const std::vector<std::unique_ptr<Mirror>>& mirrors, const Look& look,
+       const std::set<std::u16string>& without);
 
   /// The least width at which no word is cut off.
   int leastWidth() const;
@@ -22,7 +26,8 @@ class Grid {
   using Items = std::vector<Mirror*>;
 
   static std::vector<Items> lineUp(const std::vector<std::unique_ptr<Mirror>>& mirrors);
-  static std::vector<forms::GridItem> itemsOf(const std::vector<Items>& places);
+  static std::vector<forms::GridItem> itemsOf(const std::vector<Items>& places,
+                                              const std::set<std::u16string>& without);
   int gap() const { return look_.px(7); }
   int margin() const { return look_.px(10); }
   void put(const Items& items, const RECT& room) const;

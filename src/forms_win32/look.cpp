@@ -148,6 +148,13 @@ COLORREF textColorOn(COLORREF background) {
   return lightOf(background) > 128 ? RGB(0, 0, 0) : RGB(255, 255, 255);
 }
 
+COLORREF fadedTextColorOn(COLORREF background) {
+  const COLORREF text = textColorOn(background);
+  const auto mixed = [](int one, int other) { return (one * 3 + other * 2) / 5; };
+  return RGB(mixed(GetRValue(text), GetRValue(background)), mixed(GetGValue(text), GetGValue(background)),
+             mixed(GetBValue(text), GetBValue(background)));
+}
+
 COLORREF linkColorOn(COLORREF background) {
   constexpr int kReads = 80;
   const COLORREF own = GetSysColor(COLOR_HOTLIGHT);

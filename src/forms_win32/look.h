@@ -56,6 +56,8 @@ class Look {
 COLORREF boxColor(const forms::Control& control);
 /// Black or white, whichever reads on the color; the system's own on the system's.
 COLORREF textColorOn(COLORREF background);
+/// Between that and the background, and readable all the same; the system's grey need not be.
+COLORREF fadedTextColorOn(COLORREF background);
 /// The system's own where it reads on the color.
 COLORREF linkColorOn(COLORREF background);
 

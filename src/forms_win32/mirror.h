@@ -10,6 +10,7 @@
 
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -20,11 +21,15 @@ struct Stage {
   const Module& module;
   forms::Doings doings;
   std::unique_ptr<Look> look;
+  /// Controls that stay in sight where a page scrolls, by name.
+  const std::set<std::u16string>& kept;
   HWND tips = nullptr;
 };
 
 /// Posted to a panel: its controls are to have their places anew.
 constexpr UINT kArrange = WM_APP + 10;
+/// The same, of the widget in lParam: it has something to show.
+constexpr UINT kReveal = WM_APP + 11;
 
 /// One control and its window, its widget. The widget goes with its parent; from then on nothing arrives.
 class Mirror {

@@ -53,6 +53,9 @@ int MultiPageMirror::heightFor(int width, bool least) const {
   const SIZE frame = this->frame(width);
   int height = 0;
   for (const auto& panel : panels_) height = std::max(height, panel->heightFor(width - frame.cx, least));
+  // The pages scroll, not the form with all of them.
+  constexpr int kLeast = 240;
+  if (least) height = std::min(height, look().px(kLeast));
   return height + frame.cy;
 }
 

@@ -22,27 +22,68 @@ Panel::~Panel() {
   if (window_ != nullptr) DestroyWindow(window_);
 }
 
+std::vector<Mirror*> Panel::kept() const {
+  std::vector<Mirror*> kept;
+  for (const auto& mirror : mirrors_) {
+    if (stage_.kept.contains(mirror->control().Name())) kept.push_back(mirror.get());
+  }
+  return kept;
+}
+
 void Panel::arrange() {
   if (arranging_ || window_ == nullptr) return;
   arranging_ = true;
   const base::AtEnd arranged([this] { arranging_ = false; });
   RECT inside = {};
   GetClientRect(window_, &inside);
+  const std::vector<Mirror*> kept = this->kept();
+  const bool low = !kept.empty() && grid().heightFor(inside.right, true) > inside.bottom;
+  stripHeight_ = 0;
+  for (const Mirror* mirror : kept) {
+    if (!low) break;
+    const int each = static_cast<int>(inside.right) / static_cast<int>(kept.size());
+    stripHeight_ =
+        std::max(stripHeight_, mirror->heightFor(each - stage_.look->px(20)) + stage_.look->px(14));
+  }
+  const Grid grid = this->grid(low ? stage_.kept : std::set<std::u16string>());
   SCROLLINFO bar = {};
   bar.cbSize = sizeof bar;
   bar.fMask = SIF_RANGE | SIF_PAGE | SIF_POS;
+  int room = 0;
   // The bar takes from the width, on which the height depends.
   for (int pass = 0; pass < 2; ++pass) {
-    const int needed = grid().heightFor(inside.right, true);
-    top_ = std::clamp(top_, 0, std::max(0, needed - static_cast<int>(inside.bottom)));
-    bar.nMax = needed > inside.bottom ? needed - 1 : 0;
-    bar.nPage = static_cast<UINT>(inside.bottom);
+    const int needed = grid.heightFor(inside.right, true);
+    room = std::max(0, static_cast<int>(inside.bottom) - stripHeight_);
+    top_ = std::clamp(top_, 0, std::max(0, needed - room));
+    bar.nMax = needed > room ? needed - 1 : 0;
+    bar.nPage = static_cast<UINT>(room);
     bar.nPos = top_;
     SetScrollInfo(window_, SB_VERT, &bar, TRUE);
     GetClientRect(window_, &inside);
   }
-  grid().arrange(inside.right, std::max(static_cast<int>(inside.bottom), bar.nMax + 1), top_);
+  grid.arrange(inside.right, std::max(room, bar.nMax + 1), top_);
+  placeKept({0, room, inside.right, inside.bottom});
   InvalidateRect(window_, nullptr, TRUE);
+}
+
+void Panel::placeKept(const RECT& strip) {
+  if (stripHeight_ == 0) {
+    if (strip_ != nullptr) ShowWindow(strip_, SW_HIDE);
+    return;
+  }
+  if (strip_ == nullptr) strip_ = stage_.module.makeWidget(WC_STATICW, L"", WS_CHILD, 0, window_);
+  const std::vector<Mirror*> kept = this->kept();
+  SetWindowPos(strip_, HWND_TOP, strip.left, strip.top, strip.right - strip.left, strip.bottom - strip.top,
+               SWP_NOACTIVATE | SWP_SHOWWINDOW);
+  const LONG gap = stage_.look->px(7);
+  const auto count = static_cast<LONG>(kept.size());
+  const LONG each = (strip.right - strip.left - (count + 1) * gap) / count;
+  LONG left = strip.left + gap;
+  for (Mirror* mirror : kept) {
+    mirror->place({left, strip.top + gap, left + each, strip.bottom - gap});
+    SetWindowPos(mirror->widget(), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    left += each + gap;
+  }
 }
 
 void Panel::scrollTo(int top) {
@@ -79,6 +120,8 @@ void Panel::reveal(HWND widget) {
   GetWindowRect(widget, &place);
   MapWindowPoints(nullptr, window_, reinterpret_cast<POINT*>(&place), 2);
   GetClientRect(window_, &inside);
+  if (stripHeight_ > 0 && stage_.kept.contains(mirrorOf(widget)->control().Name())) return;
+  inside.bottom -= stripHeight_;
   if (place.top < 0) return scrollTo(top_ + place.top);
   if (place.bottom > inside.bottom) scrollTo(top_ + std::min(place.bottom - inside.bottom, place.top));
 }
@@ -96,6 +139,9 @@ LRESULT Panel::receives(HWND window, UINT message, WPARAM wparam, LPARAM lparam)
       arrange();
       return 0;
     }
+    case kReveal:
+      if (widget() != nullptr) reveal(widget()->widget());
+      return 0;
     case WM_VSCROLL:
       if (lparam == 0) scrolls(LOWORD(wparam));
       return 0;

@@ -9,7 +9,8 @@
 
 namespace pluvo::forms_win32 {
 
-/// Controls that show together, in their grid. Where its window is too low for them it scrolls.
+/// Controls that show together, in their grid. Where its window is too low for them it scrolls, and what is
+/// to stay in sight stands on a strip below.
 class Panel final : public Receiver {
  public:
   Panel(const std::vector<forms::Control*>& controls, Stage& stage, HWND parent);
@@ -28,12 +29,17 @@ class Panel final : public Receiver {
   LRESULT receives(HWND window, UINT message, WPARAM wparam, LPARAM lparam) override;
 
  private:
-  Grid grid() const { return {mirrors_, *stage_.look}; }
+  Grid grid(const std::set<std::u16string>& without = {}) const { return {mirrors_, *stage_.look, without}; }
+  std::vector<Mirror*> kept() const;
+  /// Puts what stays in sight at the bottom, above all else; no room where all has its place.
+  void placeKept(const RECT& strip);
   void scrollTo(int top);
   void scrolls(WORD how);
 
   Stage& stage_;
   HWND window_ = nullptr;
+  HWND strip_ = nullptr;
+  int stripHeight_ = 0;
   int top_ = 0;  ///< what is scrolled out of sight above
   bool arranging_ = false;
   std::vector<std::unique_ptr<Mirror>> mirrors_;

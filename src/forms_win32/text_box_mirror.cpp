@@ -47,9 +47,13 @@ std::u16string TextBoxMirror::lines(const std::u16string& text) { return forms_w
 
 int TextBoxMirror::heightOf(int count) const { return look().lineHeight(font()) * count + look().px(8); }
 
-int TextBoxMirror::heightFor(int /*width*/) const { return heightOf(box_.MultiLine() ? 3 : 1); }
+int TextBoxMirror::heightFor(int /*width*/) const {
+  return heightOf(!box_.MultiLine() ? 1 : box_.ReadOnly() ? 6 : 3);
+}
 
-int TextBoxMirror::leastHeightFor(int /*width*/) const { return heightOf(box_.MultiLine() ? 2 : 1); }
+int TextBoxMirror::leastHeightFor(int /*width*/) const {
+  return heightOf(!box_.MultiLine() ? 1 : box_.ReadOnly() ? 3 : 2);
+}
 
 bool TextBoxMirror::wants(WPARAM key) const {
   const std::int16_t shift = shiftState();
@@ -64,8 +68,10 @@ void TextBoxMirror::commanded(WORD notification) {
 
 HBRUSH TextBoxMirror::colored(HDC surface) {
   const COLORREF color = boxColor(box_);
-  const bool greyed = !box_.Enabled() || box_.BackStyle() == forms::BackStyle::transparent;
-  SetTextColor(surface, greyed ? GetSysColor(COLOR_GRAYTEXT) : textColorOn(color));
+  const bool faded = box_.BackStyle() == forms::BackStyle::transparent;
+  SetTextColor(surface, !box_.Enabled() ? GetSysColor(COLOR_GRAYTEXT)
+                        : faded         ? fadedTextColorOn(color)
+                                        : textColorOn(color));
   SetBkColor(surface, color);
   return look().brush(color);
 }
@@ -139,6 +145,8 @@ void TextBoxMirror::refreshKind() {
     if (!box_.ReadOnly()) send(EM_SETSEL, text.size(), static_cast<LPARAM>(text.size()));
   }
   telling_ = false;
+  if (box_.ReadOnly() && doings().listening())
+    PostMessageW(GetParent(widget()), kReveal, 0, reinterpret_cast<LPARAM>(widget()));
 }
 
 }  // namespace pluvo::forms_win32

@@ -93,6 +93,8 @@ int main(int argc, char** argv) {
   word->add(document.document);
 
   forms::User user;
+  user.host.staysInSight(u"cmdViewOperation");
+  user.host.staysInSight(u"cmdExecuteFAR");
   const auto clock = forms::machineClock();
   const auto random = host::machineRandomSource();
   host::frmFAR dialog({[&] { return word; }, user.host, user.boxes, user.inputs, *clock, user.yielding,

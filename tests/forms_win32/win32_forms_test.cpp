@@ -257,6 +257,7 @@ TEST_F(WholeDialog, CutsNothingOffAtAnyResolution) {
   host::frmFAR dialog(
       {here.application, user.host, boxes, inputs, clock, yielding, launcher, random, here.componentFolder});
   user.form = &dialog;
+  user.host.staysInSight(u"cmdExecuteFAR");
   user.open();
   for (const WORD dots : {WORD{96}, WORD{120}, WORD{144}, WORD{96}}) {
     for (const SIZE size : {SIZE{660, 490}, SIZE{1, 900}}) {  // and as narrow as it gets
@@ -267,6 +268,20 @@ TEST_F(WholeDialog, CutsNothingOffAtAnyResolution) {
       EXPECT_THAT(cutOff(user), testing::IsEmpty()) << dots << " dots per inch, " << size.cx;
     }
   }
+  const auto seen = [&](const char16_t* name) {
+    HWND widget = user.host.widgetOf(dialog, name);
+    RECT place = {};
+    RECT page = {};
+    GetWindowRect(widget, &place);
+    GetWindowRect(GetParent(widget), &page);
+    return place.top >= page.top && place.bottom <= page.bottom;
+  };
+  SetWindowPos(user.window(), nullptr, 0, 0, 800, 400, SWP_NOMOVE | SWP_NOZORDER);
+  user.settle();
+  EXPECT_TRUE(seen(u"cmdExecuteFAR"));
+  EXPECT_FALSE(seen(u"txtOperationDisplay"));
+  user.click(dialog.get<Control>(u"cmdViewOperation"));
+  EXPECT_TRUE(seen(u"txtOperationDisplay")) << "it has something to show";
 }
 
 }  // namespace
