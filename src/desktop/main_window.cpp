@@ -96,7 +96,8 @@ void MainWindow::buildDocuments() {
   auto* text = new QLabel(tr("Open a document, or drop one here."));
   text->setAlignment(Qt::AlignCenter);
   text->setWordWrap(true);
-  auto* button = new QPushButton(tr("&Open a Document …"));
+  // Without a key: Alt+O is the dialog's.
+  auto* button = new QPushButton(tr("Open a Document …"));
   connect(button, &QPushButton::clicked, this, &MainWindow::chooseAndOpen);
   layout->addStretch(2);
   layout->addWidget(text);

@@ -59,6 +59,7 @@ class FocusShown final : public QProxyStyle {
     QProxyStyle::drawControl(element, option, painter, widget);
     if (element == CE_ShapedFrame && qobject_cast<const QAbstractScrollArea*>(widget) != nullptr)
       frame(*option, *painter, option->rect);
+    if (element == CE_TabBarTabShape) frame(*option, *painter, option->rect.adjusted(2, 2, -2, -2));
   }
   void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
                           const QWidget* widget) const override {
