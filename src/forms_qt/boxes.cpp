@@ -55,7 +55,9 @@ void keepOnScreen(QMessageBox& box, QLabel& label) {
   const int highest = room.height() * 2 / 3;
   const int widest = room.width() * 2 / 3;
   const int width = std::min(label.sizeHint().width(), widest);
-  label.setMinimumWidth(std::min(widthForTitle(box), widest));
+  // A least width stands for the text's own, by which the box breaks lines: only where the text is shorter.
+  const int ofTitle = std::min(widthForTitle(box), widest);
+  if (width < ofTitle) label.setMinimumWidth(ofTitle);
   label.setWordWrap(true);
   if (label.heightForWidth(width) <= highest) return;
   auto* const scroll = new QScrollArea;

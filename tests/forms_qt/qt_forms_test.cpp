@@ -271,11 +271,16 @@ TEST(QtBoxes, AreAsWideAsTheirTitlesAndHaveNoIcons) {
       EXPECT_GT(box.width(), box.fontMetrics().horizontalAdvance(box.windowTitle()));
       for (const QAbstractButton* button : box.findChildren<QAbstractButton*>())
         EXPECT_TRUE(button->icon().isNull()) << button->text().toStdString();
+      for (const QLabel* text : box.findChildren<QLabel*>())
+        EXPECT_TRUE(text->wordWrap() || text->width() >= text->fontMetrics().size(0, text->text()).width());
       QTest::keyClick(&box, Qt::Key_Escape);
     });
   };
   look();
   forms_qt::QtMessageBoxes().show(u"?", Buttons::yesNo, u"Right-Click Paste Selection Operation, and on");
+  look();
+  forms_qt::QtMessageBoxes().show(u"a line that is longer than the title is, and goes on\r\n\r\nand another",
+                                  Buttons::ok, u"Title");
   look();
   forms_qt::QtInputBoxes().ask(u"?", u"Right-Click Paste Selection Operation, and on and on");
 }
