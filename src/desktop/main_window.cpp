@@ -207,7 +207,7 @@ bool MainWindow::refusedNow() {
 
 void MainWindow::cancelWork() {
   working_.cancel();
-  statusBar()->showMessage(working_.cancels() == 1
+  statusBar()->showMessage(working_.cancels() == 1 && watch_.runsOverFiles()
                                ? tr("Cancelling. A run over files finishes the document at "
                                     "hand; Cancel again takes its changes back.")
                                : tr("Cancelling …"));
