@@ -1,6 +1,6 @@
+#include "base/utf.h"
 #include "dialog/frmProcessing.h"
 #include "dialog/workplace.h"
-#include "base/utf.h"
 
 #include <gtest/gtest.h>
 

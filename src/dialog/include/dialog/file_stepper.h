@@ -11,7 +11,7 @@ namespace pluvo::dialog {
 
 class clsProcessFind;
 
-/// The engine's way to files, implemented by the multi-file driver on the floor above; the engine's members
+/// The way of a clsProcessFind to files, implemented by the multi-file driver on the floor above; its members
 /// of these names pass through to it, and report the faults that it lets out.
 class FileStepper {
  public:
