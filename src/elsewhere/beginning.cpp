@@ -23,6 +23,13 @@ Beginning::Beginning(const std::u16string& text, const engine::Request& request)
     : length_(static_cast<text::Position>(text.size())),
       search_(text, {request.matchCase, request.wholeWords}) {}
 
+bool Beginning::standsIn(const model::Content& content, bool fieldCodes) const {
+  return search_
+      .find(text::PieceText(content.text), content.visibility,
+            fieldCodes ? text::View::codes : text::View::results, 0, content.text.length())
+      .has_value();
+}
+
 std::int64_t Beginning::countIn(std::u16string_view text) const {
   const auto length = static_cast<text::Position>(text.size());
   if (length < length_) return 0;

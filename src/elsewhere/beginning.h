@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/request.h"
+#include "model/content.h"
 #include "text/search.h"
 
 #include <cstdint>
@@ -18,6 +19,8 @@ class Beginning {
   text::Position length() const { return length_; }
   const text::Search& search() const { return search_; }
 
+  /// Whether the view shows it in a text at all.
+  bool standsIn(const model::Content& content, bool fieldCodes) const;
   /// How often it stands in a text of its own, one behind the other.
   std::int64_t countIn(std::u16string_view text) const;
 

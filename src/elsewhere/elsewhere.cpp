@@ -1,6 +1,8 @@
 #include "elsewhere/elsewhere.h"
 
 #include "beginning.h"
+#include "blocks.h"
+#include "memory/document.h"
 #include "unshown.h"
 
 #include <algorithm>
@@ -22,11 +24,47 @@ Elsewhere& Elsewhere::operator+=(const Elsewhere& other) {
   return *this;
 }
 
-Elsewhere lookElsewhere(const formats::Source& /*source*/, const model::Model& main,
+namespace {
+
+/// Looks through each text as it is told.
+class Looker : public formats::OtherTexts {
+ public:
+  Looker(const engine::Request& request, const Beginning& beginning, Elsewhere& found)
+      : request_(request), beginning_(beginning), found_(found) {}
+
+  void story(formats::Story kind, model::Content content) override {
+    const bool hasBlocks = beginning_.standsIn(content, request_.showFieldCodes);
+    if (!hasBlocks && !hasUnshown(content.visibility)) return;
+    const auto document = memory::MemoryDocument::create(std::move(content));
+    countUnshown(document->model(), beginning_, request_.showFieldCodes, found_);
+    if (hasBlocks) found_.stories[static_cast<std::size_t>(kind)] += countBlocks(document, request_);
+  }
+  void unreached(formats::Unreached kind, std::u16string_view text) override {
+    found_.unreached[static_cast<std::size_t>(kind)] += beginning_.countIn(text);
+  }
+  void notLookedInto(formats::Opaque kind) override {
+    found_.notLookedInto[static_cast<std::size_t>(kind)] = true;
+  }
+  void damaged(std::string_view part, std::string_view why) override {
+    found_.damaged.push_back({std::string(part), std::string(why)});
+  }
+
+ private:
+  const engine::Request& request_;
+  const Beginning& beginning_;
+  Elsewhere& found_;
+};
+
+}  // namespace
+
+Elsewhere lookElsewhere(const formats::Source& source, const model::Model& main,
                         const engine::Request& request) {
   Elsewhere found;
   const Beginning beginning(request);
-  if (!beginning.empty()) countUnshown(main, beginning, request.showFieldCodes, found);
+  if (beginning.empty()) return found;
+  countUnshown(main, beginning, request.showFieldCodes, found);
+  Looker looker(request, beginning, found);
+  source.tellOtherTexts(main, looker);
   return found;
 }
 

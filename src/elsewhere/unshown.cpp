@@ -107,10 +107,12 @@ class Unshown {
 
 }  // namespace
 
+bool hasUnshown(const text::RunMap<Visibility>& visibility) {
+  return visibility.runCount() > 1 || (visibility.length() > 0 && visibility.valueAt(0) != text::kEverywhere);
+}
+
 void countUnshown(const model::Model& model, const Beginning& beginning, bool fieldCodes, Elsewhere& found) {
-  const text::RunMap<Visibility>& visibility = model.visibility();
-  if (visibility.runCount() <= 1 && (visibility.length() == 0 || visibility.valueAt(0) == text::kEverywhere))
-    return;
+  if (!hasUnshown(model.visibility())) return;
   const Unshown unshown(model, beginning, fieldCodes ? text::View::codes : text::View::results);
   const auto add = [&](Unreached kind, Place place) {
     found.unreached[static_cast<std::size_t>(kind)] += unshown.count(place);

@@ -15,8 +15,9 @@ bool isMarker(Name name) { return name >= Name::bookmarkStart && name <= Name::c
 
 }  // namespace
 
-BodyWalker::BodyWalker(files::ByteSpan part, const std::string& partName, BodyEvents& events)
-    : scanner_(part, vocabulary(), partName), events_(events) {}
+BodyWalker::BodyWalker(files::ByteSpan part, const std::string& partName, BodyEvents& events, Reach reach,
+                       xml::Swept swept)
+    : scanner_(part, vocabulary(), partName, {}, swept), events_(events), reach_(reach) {}
 
 void BodyWalker::resumeAt(Offset offset, Position position) {
   scanner_.resumeAt(offset);
@@ -27,7 +28,7 @@ void BodyWalker::resumeAt(Offset offset, Position position) {
 bool BodyWalker::step() {
   const Token token = scanner_.next();
   if (token == Token::finish) {
-    if (!finished_) scanner_.damaged("it has no text body");
+    if (!finished_ && !walksEveryStory()) scanner_.damaged("it has no text body");
     return false;
   }
   if (opens(token)) {
@@ -41,11 +42,13 @@ bool BodyWalker::step() {
 void BodyWalker::startElement(Token token) {
   const Name name = nameOf(scanner_);
   if (stack_.empty()) {
+    if (walksEveryStory() && name != Name::document) return startOutside(name, token);
     if (name != Name::document) scanner_.damaged("it is no WordprocessingML document");
     return push(name, token, Context::root);
   }
   const Context context = stack_.back().within;
   if (context == Context::run) return startInRun(name, token);
+  if (context == Context::outside) return startOutside(name, token);
   if (isMarker(name) && context != Context::root) return marker(name, token);
   switch (name) {
     case Name::body:
@@ -99,6 +102,9 @@ void BodyWalker::startElement(Token token) {
     case Name::rubyBase:
       if (context == Context::ruby) return enter(name, token, Context::inlines);
       break;
+    case Name::guideText:
+      if (context == Context::ruby && walksEveryStory()) return guide(token);
+      break;
     case Name::pPr:
       if (stack_.back().tag.name == Name::p) return readProperties(name, token);
       break;
@@ -131,6 +137,10 @@ void BodyWalker::enter(Name name, Token token, Context within) {
 
 void BodyWalker::leave(Extent endTag) {
   const Open left = stack_.back();
+  if (left.within == Context::outside) {
+    stack_.pop_back();
+    return events_.closeOutside(left.tag);
+  }
   switch (left.tag.name) {
     case Name::p:
       events_.paragraphMark(endTag);
@@ -175,6 +185,7 @@ void BodyWalker::leave(Extent endTag) {
     row->hasCells = true;
   }
   events_.close(left.tag, endTag);
+  if (left.tag.name == Name::body && !suspended_.empty()) leaveStory();
 }
 
 BodyWalker::Open& BodyWalker::blockContainer() {
@@ -193,6 +204,8 @@ void BodyWalker::enterAlternative(Name name, Token token, Context within) {
     alternatives_.back() = true;
     return enter(name, token, within);
   }
+  events_.aside(scanner_.begin());
+  if (walksEveryStory()) return enterOutside(name, token);
   Extent extent = tokenExtent();
   skip(token);
   extent.end = scanner_.end();
@@ -239,12 +252,14 @@ void BodyWalker::readProperties(Name kind, Token token) {
 
 void BodyWalker::readControl(Token token) {
   ControlProperties control;
+  const Offset begin = scanner_.begin();
   const std::size_t depth = scanner_.depth();
   while (token == Token::start) {
     const Token next = scanner_.next();
     if (next == Token::end && scanner_.depth() < depth) break;
     if (!opens(next)) continue;
-    switch (nameOf(scanner_)) {
+    const Name name = nameOf(scanner_);
+    switch (name) {
       case Name::lock: {
         const std::string value = attributeValue(Name::val);
         control.contentLocked = value == "contentLocked" || value == "sdtContentLocked";
@@ -257,6 +272,14 @@ void BodyWalker::readControl(Token token) {
       case Name::dropDownList:
       case Name::checkbox:
         control.plain = true;
+        if (walksEveryStory()) {
+          readBinding(control.binding, name, next);
+          continue;
+        }
+        break;
+      case Name::dataBinding:
+        events_.aside(begin);
+        if (walksEveryStory()) readBinding(control.binding, name, next);
         break;
       default:
         break;

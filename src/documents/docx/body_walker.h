@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace pluvo::docx {
@@ -38,11 +39,22 @@ struct Tag {
   bool empty = false;
 };
 
+/// Data that a content control shows; read in a walk through every story only.
+struct Binding {
+  std::string path;      ///< XPath; empty where it is not bound
+  std::string prefixes;  ///< "xmlns:a='urn:…' …"
+  std::string store;     ///< the id of the part
+  /// Of a choice: values and what it shows for them.
+  std::vector<std::pair<std::string, std::string>> items;
+  bool formatted = false;  ///< a date or a tick: it shows its data otherwise
+};
+
 /// What a content control says of itself.
 struct ControlProperties {
   bool plain = false;  ///< a text, a date or a choice: its content is one paragraph
   bool contentLocked = false;
   bool deletionLocked = false;
+  Binding binding;
 };
 
 /// Text as an element of a run holds it.
@@ -63,7 +75,8 @@ struct Formula {
   Extent extent;
   RunLook look;  ///< of its first run
   std::vector<Extent>
-      runProperties;  ///< the w:rPr of each run and operator; empty ones where they would stand
+      runProperties;    ///< the w:rPr of each run and operator; empty ones where they would stand
+  std::u16string text;  ///< read in a walk through every story only
 };
 
 /// An element without content that only says where something begins or ends.
@@ -89,6 +102,8 @@ class BodyEvents {
   virtual void control(const ControlProperties&) {}
   /// Part of an alternative that was not chosen.
   virtual void passedAlternative(Extent) {}
+  /// At this place something begins that may hold text of another story, or text of none.
+  virtual void aside(Offset) {}
   virtual void marker(const Marker& marker) = 0;
 
   virtual void text(const TextElement& element) = 0;
@@ -104,7 +119,22 @@ class BodyEvents {
   /// The mark of a cell (or of the body) that does not end with a paragraph, just before its close.
   virtual void missingParagraph(Name container, Extent endTag) = 0;
   virtual void rowMark(Extent endTag) = 0;
+
+  // In a walk through every story:
+  /// The next container to open is a story's (header, footer, footnote, endnote, comment, box, entry), which
+  /// ends where that closes.
+  virtual void story(Name /*kind*/) {}
+  /// An element outside stories, and the texts of drawings there.
+  virtual void openOutside(const Tag&) {}
+  virtual void closeOutside(const Tag&) {}
+  virtual void outsideText(std::u16string_view) {}
+  /// A phonetic guide, or a text with one that is one character.
+  virtual void guide(std::u16string_view) {}
 };
+
+/// How far a walk goes: through main text alone, or also through what stands in its drawings, and through
+/// parts that are no main part. A story lies within an element of another and has positions of its own.
+enum class Reach : bool { mainText, everyStory };
 
 /// Walks the body of a main part, and is the one place that knows which of its bytes are characters of the
 /// text.
@@ -115,7 +145,8 @@ class BodyEvents {
 /// that holds nothing else is opened as a run, and opening what is in it (ruby) makes it a container.
 class BodyWalker {
  public:
-  BodyWalker(files::ByteSpan part, const std::string& partName, BodyEvents& events);
+  BodyWalker(files::ByteSpan part, const std::string& partName, BodyEvents& events,
+             Reach reach = Reach::mainText, xml::Swept swept = xml::Swept::no);
 
   /// Takes one token, or a few that belong together; false at the end of the body.
   bool step();
@@ -132,7 +163,7 @@ class BodyWalker {
   const xml::Scanner& scanner() const { return scanner_; }
 
  private:
-  enum class Context : std::uint8_t { root, blocks, table, row, inlines, run, ruby };
+  enum class Context : std::uint8_t { root, blocks, table, row, inlines, run, ruby, outside };
   struct Open {
     Tag tag;
     Context within;
@@ -146,7 +177,20 @@ class BodyWalker {
     bool simple = false;
   };
 
+  /// A story around the one at hand.
+  struct Suspended {
+    Position position;
+    std::vector<OpenField> fields;
+  };
+
   void startElement(xml::Token token);
+  void startOutside(Name name, xml::Token token);
+  void enterOutside(Name name, xml::Token token);
+  void enterStory(Name name, xml::Token token);
+  void leaveStory();
+  void descend(Name name, xml::Token token);
+  void guide(xml::Token token);
+  void readBinding(Binding& binding, Name name, xml::Token token);
   void leave(Extent endTag);
   void enter(Name name, xml::Token token, Context within);
   void startInRun(Name name, xml::Token token);
@@ -182,8 +226,12 @@ class BodyWalker {
   Extent tokenExtent() const { return {scanner_.begin(), scanner_.end()}; }
   void advance(std::size_t count);
 
+  bool walksEveryStory() const { return reach_ == Reach::everyStory; }
+
   xml::Scanner scanner_;
   BodyEvents& events_;
+  Reach reach_;
+  std::vector<Suspended> suspended_;
   Position position_ = 0;
   std::vector<Open> stack_;
   std::vector<OpenField> fields_;

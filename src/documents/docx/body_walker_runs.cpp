@@ -29,10 +29,23 @@ void BodyWalker::startInRun(Name name, Token token) {
       return reference(text::kNoteReference, token, name);
     case Name::commentReference:
       return reference(text::kCommentReference, token, name);
-    case Name::alternateContent:
-      return alternativeInRun();
+    case Name::alternateContent: {
+      const Offset begin = scanner_.begin();
+      events_.aside(begin);
+      if (token == Token::start) alternativeInRun();
+      if (!walksEveryStory()) return;
+      scanner_.resumeAt(begin);
+      return enterOutside(name, scanner_.next());
+    }
     case Name::ruby:
       return ruby(token);
+    case Name::drawing:
+    case Name::pict:
+    case Name::object:
+    case Name::contentPart:
+      events_.aside(scanner_.begin());
+      if (walksEveryStory()) return descend(name, token);
+      [[fallthrough]];
     default: {
       const Offset begin = scanner_.begin();
       if (const char16_t unit = characterOf(name, token); unit != 0)
@@ -200,8 +213,12 @@ void BodyWalker::collectText(Token token) {
 /// The base of text with a phonetic guide is text where its run holds nothing else; otherwise it is one
 /// character.
 void BodyWalker::ruby(Token token) {
+  events_.aside(scanner_.begin());
   if (token == Token::start && rubyStandsAlone()) return enter(Name::ruby, token, Context::ruby);
-  single(text::kPicture, token, Name::ruby);
+  if (!walksEveryStory()) return single(text::kPicture, token, Name::ruby);
+  events_.character(text::kPicture, tokenExtent(), Name::ruby, {});
+  guide(token);
+  advance(1);
 }
 
 bool BodyWalker::rubyStandsAlone() {
@@ -221,7 +238,9 @@ bool BodyWalker::rubyStandsAlone() {
 
 /// Looks for the places of Word's run properties: behind a math run's own ones, and in those of operators.
 void BodyWalker::formula(Token token) {
-  formula_ = {tokenExtent(), {}, {}};
+  events_.aside(scanner_.begin());
+  formula_ = {tokenExtent(), {}, {}, {}};
+  units_.clear();
   const std::size_t depth = scanner_.depth();
   std::size_t inside = 0;  // the depth of the element whose run properties may come next
   for (Token next = token; token == Token::start && (next != Token::end || scanner_.depth() >= depth);
@@ -244,9 +263,14 @@ void BodyWalker::formula(Token token) {
       inside = 0;
     } else {
       inside = 0;
+      if (name == Name::mathText && walksEveryStory()) {
+        collectText(next);
+        widenPlain();
+      }
     }
   }
   formula_.extent.end = scanner_.end();
+  if (walksEveryStory()) formula_.text = units_;
   events_.formula(formula_);
   advance(1);
 }

@@ -27,14 +27,6 @@ bool isPackage(std::string_view bytes) {
          tail.find("word/"sv) != std::string_view::npos;
 }
 
-Styles readStyles(const Package& package) {
-  const archive::Member* const member = package.member(Role::styles);
-  if (member == nullptr) return {};
-  const std::string name(member->name);
-  const xml::Utf8Part part = xml::toUtf8(package.archive.read(*member), name);
-  return {part.utf8.view, name};
-}
-
 }  // namespace
 
 bool DocxFormat::recognises(files::ByteSpan bytes, std::string_view extension) const {
@@ -48,13 +40,13 @@ std::span<const std::string_view> DocxFormat::extensions() const { return kExten
 formats::Opened DocxFormat::read(files::Bytes bytes, const formats::Hint& /*hint*/) const {
   Package package = openPackage(std::move(bytes));
   const std::optional<formats::Protection> protection = protectionOf(package);
-  const Styles styles = readStyles(package);
+  Styles styles = readStyles(package);
   const archive::Member* const member = package.archive.find(package.mainPart);
   xml::Utf8Part part = xml::toUtf8(package.archive.read(*member), package.mainPart);
   ReadBody body = readBody(part.utf8.view, package.mainPart, styles);
   text::RunMap<std::uint8_t> highlight = body.content.highlight;
   auto source = std::make_unique<DocxSource>(std::move(package), std::move(part), std::move(body.map),
-                                             std::move(highlight));
+                                             std::move(highlight), std::move(styles));
   return {std::move(body.content), std::move(source), protection};
 }
 

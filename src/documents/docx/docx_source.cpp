@@ -5,6 +5,7 @@
 #include "base/utf.h"
 #include "departed.h"
 #include "notes.h"
+#include "other_texts.h"
 #include "rewriter.h"
 #include "run_content.h"
 #include "styles.h"
@@ -48,11 +49,13 @@ std::vector<std::uint8_t> joined(const std::vector<files::ByteSpan>& pieces) {
 
 }  // namespace
 
-DocxSource::DocxSource(Package package, xml::Utf8Part part, BodyMap map, text::RunMap<std::uint8_t> highlight)
+DocxSource::DocxSource(Package package, xml::Utf8Part part, BodyMap map, text::RunMap<std::uint8_t> highlight,
+                       Styles styles)
     : package_(std::move(package)),
       part_(std::move(part)),
       map_(std::move(map)),
-      highlight_(std::move(highlight)) {}
+      highlight_(std::move(highlight)),
+      styles_(std::move(styles)) {}
 
 std::optional<std::string> DocxSource::refusesText(std::u16string_view newText) const {
   const auto isPlain = [](char16_t unit) { return unit >= u' ' && unit < 0x7F; };
@@ -107,6 +110,10 @@ std::uint64_t DocxSource::unpackedSize() const {
 
 text::RunMap<formats::Appearance> DocxSource::appearance() const {
   return readAppearance(part_.utf8.view, package_.mainPart, readStyleLooks(package_));
+}
+
+void DocxSource::tellOtherTexts(const model::Model& model, formats::OtherTexts& texts) const {
+  docx::tellOtherTexts({package_, part_.utf8.view, map_, styles_}, model, texts);
 }
 
 }  // namespace pluvo::docx

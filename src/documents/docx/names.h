@@ -71,6 +71,19 @@ enum class Name : xml::NameId {
   dropDownList,
   checkbox,
   rubyBase,
+  guideText,
+  dataBinding,
+  listItem,
+  // Texts beside the body, and what in drawings has text.
+  header,
+  footer,
+  boxContent,
+  entryBody,
+  textPath,
+  pictureName,
+  drawingText,
+  drawingParagraph,
+  mathText,
   // Properties.
   pPr,
   pStyle,
@@ -119,6 +132,10 @@ enum class Name : xml::NameId {
   commentEx,
   commentId,
   commentExtensible,
+  docVar,
+  person,
+  presence,
+  dataItem,
   relationships,
   relationship,
   types,
@@ -161,6 +178,20 @@ enum class Name : xml::NameId {
   idParaId,
   idDurableId,
   extensibleDurableId,
+  author,
+  initials,
+  personAuthor,
+  userId,
+  itemId,
+  xpath,
+  prefixMappings,
+  storeItemId,
+  displayText,
+  value,
+  description,
+  title,
+  alternativeText,
+  pathText,
 };
 
 enum Space : xml::NamespaceId {
@@ -176,6 +207,10 @@ enum Space : xml::NamespaceId {
   kWordCommentIds,
   kWordCommentsExtensible,
   kDrawingKnown,  ///< extensions whose alternative is chosen
+  kDrawing,
+  kPictures,
+  kVml,
+  kCustomXml,
 };
 
 const xml::Vocabulary& vocabulary();

@@ -27,79 +27,11 @@ constexpr std::array<std::pair<std::string_view, Role>, 8> kRoles = {{
 
 DocumentError damaged(const std::string& sentence) { return {Problem::damaged, sentence}; }
 
-std::string_view lastStep(std::string_view type) { return type.substr(type.rfind('/') + 1); }
-
-std::string_view folderOf(std::string_view part) {
-  const std::size_t slash = part.rfind('/');
-  return slash == std::string_view::npos ? std::string_view() : part.substr(0, slash + 1);
-}
-
-std::string relationshipsOf(std::string_view part) {
-  return std::string(folderOf(part)) + "_rels/" + std::string(lastStep(part)) + ".rels";
-}
-
-int hexDigit(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  return c >= 'A' && c <= 'F' ? c - 'A' + 10 : -1;
-}
-
-std::string unescaped(std::string_view target) {
-  std::string result;
-  for (std::size_t i = 0; i < target.size(); ++i) {
-    const int high = target[i] == '%' && i + 2 < target.size() ? hexDigit(target[i + 1]) : -1;
-    const int low = high >= 0 ? hexDigit(target[i + 2]) : -1;
-    if (low >= 0) {
-      result.push_back(static_cast<char>(high * 16 + low));
-      i += 2;
-    } else {
-      result.push_back(target[i] == '\\' ? '/' : target[i]);
-    }
-  }
-  return result;
-}
-
-/// A relationship's target as the name of a part.
-std::string resolve(std::string_view source, std::string_view target) {
-  std::string path = unescaped(target.substr(0, target.find('#')));
-  path = path.starts_with('/') ? path.substr(1) : std::string(folderOf(source)) + path;
-  std::vector<std::string> steps;
-  for (std::size_t at = 0; at <= path.size();) {
-    const std::size_t slash = std::min(path.find('/', at), path.size());
-    const std::string step = path.substr(at, slash - at);
-    if (step == "..") {
-      if (!steps.empty()) steps.pop_back();
-    } else if (!step.empty() && step != ".") {
-      steps.push_back(step);
-    }
-    at = slash + 1;
-  }
-  std::string result;
-  for (const std::string& step : steps) result += (result.empty() ? "" : "/") + step;
-  return result;
-}
-
-struct Relationship {
-  std::string type;
-  std::string part;
-};
-
-std::vector<Relationship> relationshipsIn(const archive::Archive& archive, std::string_view source) {
-  std::vector<Relationship> result;
-  const archive::Member* const member = archive.find(relationshipsOf(source));
-  if (member == nullptr) return result;
-  forEachInRoot(archive, *member, Name::relationship, [&](const xml::Scanner& scanner) {
-    if (valueOf(scanner, Name::targetMode) == "External") return;
-    result.push_back({valueOf(scanner, Name::relationType), resolve(source, valueOf(scanner, Name::target))});
-  });
-  return result;
-}
-
 std::string contentTypeOf(const archive::Archive& archive, const archive::Member& types,
                           std::string_view part) {
   std::string result;
   forEachInRoot(archive, types, Name::typeOverride, [&](const xml::Scanner& scanner) {
-    if (resolve("", valueOf(scanner, Name::partName)) == part) result = valueOf(scanner, Name::contentType);
+    if (resolved("", valueOf(scanner, Name::partName)) == part) result = valueOf(scanner, Name::contentType);
   });
   if (!result.empty()) return result;
   forEachInRoot(archive, types, Name::typeDefault, [&](const xml::Scanner& scanner) {
@@ -139,15 +71,15 @@ bool isStory(std::string_view step) {
 
 bool isSignature(std::string_view type) { return type.ends_with("/digital-signature/origin"); }
 
-std::string findMainPart(const archive::Archive& archive) {
+std::string findMainPart(const std::vector<Relationship>& relationships) {
   std::set<std::string> found;
-  for (const Relationship& relationship : relationshipsIn(archive, "")) {
+  for (const Relationship& relationship : relationships) {
     if (isSignature(relationship.type)) {
       throw DocumentError(Problem::signature,
                           "The document is digitally signed, and a change would make the signature invalid; "
                           "remove the signature in a word processor first.");
     }
-    if (lastStep(relationship.type) == "officeDocument") found.insert(relationship.part);
+    if (relationship.kind() == "officeDocument") found.insert(relationship.part);
   }
   if (found.size() > 1) {
     throw damaged(
@@ -164,11 +96,12 @@ const archive::Member* Package::member(Role role) const {
   return found == parts.end() ? nullptr : archive.find(found->second);
 }
 
-Package openPackage(files::Bytes bytes) {
-  Package package{archive::Archive::open(std::move(bytes)), {}, {}, {}};
+Package openPackage(files::Bytes bytes, const archive::Limits& limits) {
+  Package package{archive::Archive::open(std::move(bytes), limits), {}, {}, {}, {}, {}};
   const archive::Member* const types = package.archive.find("[Content_Types].xml");
   if (types == nullptr) throw otherKind(kindOf(package.archive, {}));
-  package.mainPart = findMainPart(package.archive);
+  package.rootRelationships = relationshipsIn(package.archive, "");
+  package.mainPart = findMainPart(package.rootRelationships);
   const archive::Member* const main = package.archive.find(package.mainPart);
   if (package.mainPart.empty() || main == nullptr) {
     throw damaged("The package lacks its main part, the one with the text; get an intact copy.");
@@ -177,10 +110,11 @@ Package openPackage(files::Bytes bytes) {
   if (type.find("wordprocessingml") == std::string::npos && type.find("ms-word") == std::string::npos) {
     if (const std::string_view kind = kindOf(package.archive, type); !kind.empty()) throw otherKind(kind);
   }
-  for (const Relationship& relationship : relationshipsIn(package.archive, package.mainPart)) {
-    if (isStory(lastStep(relationship.type))) package.stories.push_back(relationship.part);
+  package.mainRelationships = relationshipsIn(package.archive, package.mainPart);
+  for (const Relationship& relationship : package.mainRelationships) {
+    if (isStory(relationship.kind())) package.stories.push_back(relationship.part);
     for (const auto& [step, role] : kRoles) {
-      if (lastStep(relationship.type) != step) continue;
+      if (relationship.kind() != step) continue;
       const auto [place, isNew] = package.parts.emplace(role, relationship.part);
       if (!isNew && place->second != relationship.part) {
         throw damaged("The package has two parts for its " + std::string(step) +

@@ -3,6 +3,7 @@
 #include "archive/archive.h"
 #include "formats/format.h"
 #include "names.h"
+#include "relationships.h"
 
 #include <map>
 #include <optional>
@@ -30,6 +31,8 @@ struct Package {
   std::string mainPart;
   std::map<Role, std::string> parts;
   std::vector<std::string> stories;  ///< headers, footers, notes and comments
+  std::vector<Relationship> rootRelationships = {};
+  std::vector<Relationship> mainRelationships = {};
 
   const archive::Member* member(Role role) const;
 };
@@ -37,6 +40,6 @@ struct Package {
 /// Finds the parts by the relationships, whatever their names. Throws DocumentError: what the archive throws;
 /// damaged for a package of another kind (the message says which) or one that lacks its main part or has two;
 /// signed for one with a digital signature.
-Package openPackage(files::Bytes bytes);
+Package openPackage(files::Bytes bytes, const archive::Limits& limits = {});
 
 }  // namespace pluvo::docx

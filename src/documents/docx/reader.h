@@ -60,6 +60,9 @@ struct BodyMap {
     Position to;
   };
   std::vector<Guide> guides;
+
+  /// What may hold other texts, in order: drawings, formulas, guides, bound controls.
+  std::vector<Offset> asides;
 };
 
 struct ReadBody {

@@ -1,5 +1,8 @@
 #include "styles.h"
 
+#include "package.h"
+#include "xml/encoding.h"
+
 #include <string_view>
 
 namespace pluvo::docx {
@@ -56,6 +59,14 @@ Styles::Styles(files::ByteSpan part, const std::string& partName) {
         break;
     }
   }
+}
+
+Styles readStyles(const Package& package) {
+  const archive::Member* const member = package.member(Role::styles);
+  if (member == nullptr) return {};
+  const std::string name(member->name);
+  const xml::Utf8Part part = xml::toUtf8(package.archive.read(*member), name);
+  return {part.utf8.view, name};
 }
 
 std::string styleNamed(files::ByteSpan part, const std::string& partName, std::string_view name) {

@@ -7,6 +7,8 @@
 
 namespace pluvo::docx {
 
+struct Package;
+
 /// Which text a style sheet hides. A run is hidden when it says so itself; otherwise its paragraph's style
 /// and its own each turn hiding on, and both together off again, as Word reads such properties.
 class Styles {
@@ -28,6 +30,9 @@ class Styles {
   std::string defaultParagraphStyle_;
   bool any_ = false;
 };
+
+/// Those of a package; none where it has no part of styles.
+Styles readStyles(const Package& package);
 
 /// The id of the style that a document knows by this name; empty where it has none.
 std::string styleNamed(files::ByteSpan part, const std::string& partName, std::string_view name);

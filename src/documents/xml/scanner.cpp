@@ -47,7 +47,7 @@ bool sameName(const char* begin, const char* one, const char* other, Offset leng
 }  // namespace
 
 Scanner::Scanner(files::ByteSpan utf8, const Vocabulary& vocabulary, std::string partName,
-                 const Limits& limits)
+                 const Limits& limits, Swept swept)
     : text_(reinterpret_cast<const char*>(utf8.data())),
       size_(static_cast<Offset>(utf8.size())),
       partName_(std::move(partName)),
@@ -55,6 +55,7 @@ Scanner::Scanner(files::ByteSpan utf8, const Vocabulary& vocabulary, std::string
       names_(vocabulary, utf8.size()),
       tags_(utf8.size()) {
   if (utf8.size() > 0xffffffffU) refuseSize("is larger than ", 4, " GiB");
+  if (swept == Swept::yes) return;
   if (const auto bad = findBadCharacter(rest(text_))) {
     fail(text_ + *bad, "there is a byte that is not UTF-8, or a character that XML does not allow");
   }

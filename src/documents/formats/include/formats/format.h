@@ -30,9 +30,9 @@ class Source : public model::Medium {
   virtual std::uint64_t unpackedSize() const = 0;
   /// How each original character looks, made anew at every call. Empty where the format knows no looks.
   virtual text::RunMap<Appearance> appearance() const { return {}; }
-  /// Tells what of the document's text is not main text, as the file has it. What cannot be read is told,
-  /// too.
-  virtual void tellOtherTexts(OtherTexts& /*texts*/) const {}
+  /// Tells what of the document's text is not main text, as the file has it, but for what goes with main text
+  /// that is no longer in the model. A part that cannot be read is told, too.
+  virtual void tellOtherTexts(const model::Model& /*model*/, OtherTexts& /*texts*/) const {}
 };
 
 /// A protection against editing that the document says of itself. The file keeps it as it is.

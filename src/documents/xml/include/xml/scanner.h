@@ -34,6 +34,9 @@ struct Limits {
   std::size_t namespacesInScope = 256;  ///< declarations that hold at one place
 };
 
+/// Whether a scanner has looked through the characters of these bytes before.
+enum class Swept : bool { no, yes };
+
 /// Pulls tokens out of UTF-8 XML and knows the bytes of each. Checks that it is well-formed with namespaces:
 /// one root; tags balanced and named alike; attributes quoted, not repeated, with sound references and no
 /// '<'; prefixes declared; no "--" in comments and no "]]>" in text; only characters XML 1.0 allows. A
@@ -47,8 +50,8 @@ struct Limits {
 class Scanner {
  public:
   /// The bytes and the vocabulary must outlive the scanner. Characters are checked here, in one sweep.
-  Scanner(files::ByteSpan utf8, const Vocabulary& vocabulary, std::string partName,
-          const Limits& limits = {});
+  Scanner(files::ByteSpan utf8, const Vocabulary& vocabulary, std::string partName, const Limits& limits = {},
+          Swept swept = Swept::no);
 
   Token next();
 

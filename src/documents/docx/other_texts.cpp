@@ -1,0 +1,412 @@
+#include "other_texts.h"
+
+#include "archive/compound_file.h"
+#include "imported_text.h"
+#include "part_texts.h"
+#include "root_elements.h"
+#include "story_teller.h"
+#include "text_decoding.h"
+#include "xml/encoding.h"
+
+#include <algorithm>
+#include <array>
+#include <deque>
+#include <functional>
+#include <optional>
+#include <set>
+
+namespace pluvo::docx {
+
+using formats::Opaque;
+using formats::Unreached;
+
+namespace {
+
+using namespace std::string_view_literals;
+
+enum class Kind : std::uint8_t {
+  stories,
+  glossary,
+  chart,
+  diagram,
+  diagramDrawing,
+  chunk,
+  settings,
+  people,
+  core,
+  extended,
+  properties,
+  data,
+  package,
+  object,
+  picture,
+  macros,
+  thumbnail,
+};
+
+/// By the last step of a relationship's type.
+constexpr std::array<std::pair<std::string_view, Kind>, 27> kKinds = {{
+    {"header", Kind::stories},
+    {"footer", Kind::stories},
+    {"footnotes", Kind::stories},
+    {"endnotes", Kind::stories},
+    {"comments", Kind::stories},
+    {"glossaryDocument", Kind::glossary},
+    {"chart", Kind::chart},
+    {"chartEx", Kind::chart},
+    {"chartUserShapes", Kind::chart},
+    {"diagramData", Kind::diagram},
+    {"diagramDrawing", Kind::diagramDrawing},
+    {"aFChunk", Kind::chunk},
+    {"settings", Kind::settings},
+    {"people", Kind::people},
+    {"core-properties", Kind::core},
+    {"extended-properties", Kind::extended},
+    {"custom-properties", Kind::properties},
+    {"customXml", Kind::data},
+    {"package", Kind::package},
+    {"oleObject", Kind::object},
+    {"control", Kind::object},
+    {"activeXControlBinary", Kind::object},
+    {"image", Kind::picture},
+    {"hdphoto", Kind::picture},
+    {"vbaProject", Kind::macros},
+    {"wordVbaData", Kind::macros},
+    {"thumbnail", Kind::thumbnail},
+}};
+
+std::optional<Kind> kindOf(const Relationship& relationship) {
+  const auto found = std::find_if(kKinds.begin(), kKinds.end(),
+                                  [&](const auto& known) { return known.first == relationship.kind(); });
+  return found == kKinds.end() ? std::nullopt : std::optional(found->second);
+}
+
+/// Custom XML and properties come last, when it is known which controls show them; so do drawings of
+/// diagrams, when their data are known.
+bool comesLast(Kind kind) {
+  return kind == Kind::core || kind == Kind::extended || kind == Kind::data || kind == Kind::diagramDrawing;
+}
+
+bool isZip(files::ByteSpan bytes) {
+  return bytes.size() >= 4 && bytes[0] == 'P' && bytes[1] == 'K' && bytes[2] == 3 && bytes[3] == 4;
+}
+
+/// Tells whatever it is told as texts of one kind.
+class AsOneKind : public formats::OtherTexts {
+ public:
+  /// What is damaged lies in the part "within", where that is not empty.
+  AsOneKind(Unreached kind, formats::OtherTexts& texts, std::string_view within = {})
+      : kind_(kind), texts_(texts), within_(within) {}
+  void story(formats::Story /*kind*/, model::Content content) override {
+    std::u16string units(static_cast<std::size_t>(content.text.length()), u'\0');
+    content.text.stretch(0, content.text.length()).copyTo(units.data());
+    texts_.unreached(kind_, units);
+  }
+  void unreached(Unreached /*kind*/, std::u16string_view text) override { texts_.unreached(kind_, text); }
+  void notLookedInto(Opaque kind) override { texts_.notLookedInto(kind); }
+  void damaged(std::string_view part, std::string_view why) override {
+    texts_.damaged(within_.empty() ? std::string(part) : within_ + "/" + std::string(part), why);
+  }
+
+ private:
+  Unreached kind_;
+  formats::OtherTexts& texts_;
+  std::string within_;
+};
+
+/// Keeps what it is told.
+class Gathered : public formats::OtherTexts {
+ public:
+  void story(formats::Story, model::Content) override {}
+  void unreached(Unreached, std::u16string_view text) override { text_ += text; }
+  void notLookedInto(Opaque) override {}
+  void damaged(std::string_view, std::string_view) override {}
+  const std::u16string& text() const { return text_; }
+
+ private:
+  std::u16string text_;
+};
+
+void tellPackage(const ReadDocument& document, const model::Model& model, formats::OtherTexts& texts,
+                 std::uint64_t* budget);
+
+/// A Word document in another one; throws where it is none.
+void tellDocument(const Package& package, formats::OtherTexts& texts) {
+  const Styles styles = readStyles(package);
+  const archive::Member* const main = package.archive.find(package.mainPart);
+  const xml::Utf8Part part = xml::toUtf8(package.archive.read(*main), package.mainPart);
+  ReadBody body = readBody(part.utf8.view, package.mainPart, styles);
+  const model::Model model(std::move(body.content));
+  texts.unreached(Unreached::embedded, model.text().substring(0, model.length()));
+  tellPackage({package, part.utf8.view, body.map, styles}, model, texts, nullptr);
+}
+
+/// Whatever markup a package of another kind holds.
+void tellMarkup(const archive::Archive& archive, formats::OtherTexts& texts) {
+  Pieces pieces(Unreached::embedded, texts);
+  for (const archive::Member& member : archive.members()) {
+    const std::string name(member.name);
+    const bool isMarkup = name.ends_with(".xml") && !name.starts_with("[");
+    if (!isMarkup || name.find("/theme/") != std::string::npos) continue;
+    const bool isOfValues = name.starts_with("docProps/") || name.find('/') == std::string::npos;
+    try {
+      const xml::Utf8Part part = xml::toUtf8(archive.read(member), name);
+      (isOfValues ? addValues : addRuns)(part.utf8.view, name, pieces);
+    } catch (const files::DocumentError& error) {
+      texts.damaged(name, error.what());
+    }
+  }
+  pieces.tell();
+}
+
+/// Goes through a package from relationship to relationship.
+class PackageTeller {
+ public:
+  /// How much the packages in it may still unpack; not to be gone into where null.
+  PackageTeller(const Package& package, const Telling& telling, std::uint64_t* budget)
+      : package_(package), telling_(telling), budget_(budget) {}
+
+  void tell() {
+    seen_.insert(package_.archive.find(package_.mainPart));
+    for (const Relationship& relationship : package_.mainRelationships) add(relationship, false);
+    for (const Relationship& relationship : package_.rootRelationships) add(relationship, false);
+    while (!next_.empty() || !last_.empty()) {
+      std::deque<Part>& queue = next_.empty() ? last_ : next_;
+      const Part part = queue.front();
+      queue.pop_front();
+      guarded(part.member->name, [&] { tell(part); });
+    }
+  }
+
+ private:
+  struct Part {
+    Kind kind;
+    const archive::Member* member;
+    bool inGlossary;
+  };
+
+  void add(const Relationship& relationship, bool inGlossary) {
+    const std::optional<Kind> kind = kindOf(relationship);
+    if (!kind) return;
+    const archive::Member* const member = package_.archive.find(relationship.part);
+    if (member == nullptr || !seen_.insert(member).second) return;
+    (comesLast(*kind) ? last_ : next_).push_back({*kind, member, inGlossary});
+  }
+
+  void addPartsOf(const Part& part) {
+    const bool inGlossary = part.inGlossary || part.kind == Kind::glossary;
+    for (const Relationship& relationship : relationshipsIn(package_.archive, part.member->name))
+      add(relationship, inGlossary);
+  }
+
+  template <class Work>
+  void guarded(std::string_view part, Work work) {
+    try {
+      work();
+    } catch (const files::DocumentError& error) {
+      telling_.texts.damaged(part, error.what());
+    }
+  }
+
+  void tell(const Part& part) {
+    AsOneKind glossary(Unreached::glossary, telling_.texts);
+    formats::OtherTexts& texts = part.kind == Kind::glossary || part.inGlossary
+                                     ? static_cast<formats::OtherTexts&>(glossary)
+                                     : telling_.texts;
+    switch (part.kind) {
+      case Kind::chunk:
+        return tellFile(part, Unreached::chunks, texts);
+      case Kind::package:
+      case Kind::object:
+        return tellFile(part, Unreached::embedded, texts);
+      case Kind::picture:
+        return texts.notLookedInto(Opaque::pictures);
+      case Kind::macros:
+        return texts.notLookedInto(Opaque::macros);
+      case Kind::thumbnail:
+        return texts.notLookedInto(Opaque::thumbnail);
+      default:
+        return tellMarkupOf(part, texts);
+    }
+  }
+
+  void tellMarkupOf(const Part& part, formats::OtherTexts& texts) {
+    const std::string name(part.member->name);
+    const xml::Utf8Part markup = xml::toUtf8(package_.archive.read(*part.member), name);
+    const files::ByteSpan bytes = markup.utf8.view;
+    switch (part.kind) {
+      case Kind::chart:
+        addPartsOf(part);
+        return tellPieces(Unreached::charts, texts, [&](Pieces& pieces) { addRuns(bytes, name, pieces); });
+      case Kind::diagram:
+      case Kind::diagramDrawing:
+        return tellDiagram(part.kind, bytes, name, texts);
+      case Kind::settings:
+        return tellVariables(bytes, name, texts);
+      case Kind::people:
+        return tellPeople(bytes, name, texts);
+      case Kind::core:
+      case Kind::extended:
+      case Kind::properties:
+        if (part.kind != Kind::properties)
+          telling_.bindings.tellOtherwise(
+              bytes, name, part.kind == Kind::core ? kCoreProperties : kExtendedProperties, texts);
+        return tellPieces(Unreached::properties, texts,
+                          [&](Pieces& pieces) { addValues(bytes, name, pieces); });
+      case Kind::data:
+        if (!telling_.bindings.empty()) telling_.bindings.tellOtherwise(bytes, name, storeOf(name), texts);
+        return tellPieces(Unreached::customXml, texts,
+                          [&](Pieces& pieces) { addValues(bytes, name, pieces); });
+      default:
+        addPartsOf(part);
+        return tellStories(part, bytes, name, texts);
+    }
+  }
+
+  void tellStories(const Part& part, files::ByteSpan bytes, const std::string& name,
+                   formats::OtherTexts& texts) {
+    if (part.kind != Kind::glossary && !part.inGlossary) return StoryTeller(bytes, name, telling_).tellPart();
+    DataBindings bindings;
+    StoryTeller(bytes, name, {texts, telling_.styles, bindings}).tellPart();
+  }
+
+  template <class Add>
+  static void tellPieces(Unreached kind, formats::OtherTexts& texts, Add add) {
+    Pieces pieces(kind, texts);
+    try {
+      add(pieces);
+    } catch (const files::DocumentError&) {
+      pieces.tell();
+      throw;
+    }
+    pieces.tell();
+  }
+
+  /// The drawing of a diagram holds the texts of its data once more. What only the drawing holds is told.
+  void tellDiagram(Kind kind, files::ByteSpan bytes, const std::string& name, formats::OtherTexts& texts) {
+    Gathered gathered;
+    tellPieces(Unreached::smartArt, gathered, [&](Pieces& pieces) { addRuns(bytes, name, pieces); });
+    tellPieces(Unreached::smartArt, texts, [&](Pieces& pieces) {
+      std::u16string_view left = gathered.text();
+      while (!left.empty()) {
+        const std::u16string_view piece = left.substr(0, left.find(text::kCellMark));
+        left.remove_prefix(std::min(piece.size() + 1, left.size()));
+        const std::size_t hash = std::hash<std::u16string_view>()(piece);
+        if (kind == Kind::diagram) inDiagrams_.insert(hash);
+        if (kind == Kind::diagramDrawing && inDiagrams_.contains(hash)) continue;
+        pieces.units() += piece;
+        pieces.end();
+      }
+    });
+  }
+
+  static void tellVariables(files::ByteSpan bytes, const std::string& name, formats::OtherTexts& texts) {
+    const std::string_view all(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    if (all.find("docVar") == std::string_view::npos) return;
+    tellPieces(Unreached::variables, texts, [&](Pieces& pieces) {
+      forEachElement(bytes, name, [&](const xml::Scanner& scanner) {
+        if (nameOf(scanner) == Name::docVar) addAttributes(scanner, {Name::name, Name::val}, pieces);
+      });
+    });
+  }
+
+  static void tellPeople(files::ByteSpan bytes, const std::string& name, formats::OtherTexts& texts) {
+    tellPieces(Unreached::people, texts, [&](Pieces& pieces) {
+      forEachElement(bytes, name, [&](const xml::Scanner& scanner) {
+        addAttributes(scanner, {Name::personAuthor, Name::userId}, pieces);
+      });
+    });
+  }
+
+  template <class Visit>
+  static void forEachElement(files::ByteSpan bytes, const std::string& name, Visit visit) {
+    xml::Scanner scanner(bytes, vocabulary(), name);
+    for (xml::Token token = scanner.next(); token != xml::Token::finish; token = scanner.next()) {
+      if (opens(token)) visit(std::as_const(scanner));
+    }
+  }
+
+  static void addAttributes(const xml::Scanner& scanner, std::initializer_list<Name> names, Pieces& pieces) {
+    for (const Name name : names) {
+      appendUtf8(pieces.units(), valueOf(scanner, name));
+      pieces.end();
+    }
+  }
+
+  /// By which controls name a part of custom XML.
+  std::string storeOf(std::string_view part) const {
+    std::string id;
+    for (const Relationship& relationship : relationshipsIn(package_.archive, part)) {
+      const archive::Member* const member = package_.archive.find(relationship.part);
+      if (relationship.kind() != "customXmlProps" || member == nullptr) continue;
+      const std::string name(member->name);
+      const xml::Utf8Part properties = xml::toUtf8(package_.archive.read(*member), name);
+      forEachElement(properties.utf8.view, name, [&](const xml::Scanner& scanner) {
+        if (nameOf(scanner) == Name::dataItem) id = valueOf(scanner, Name::itemId);
+      });
+    }
+    return id;
+  }
+
+  void tellFile(const Part& part, Unreached kind, formats::OtherTexts& texts) {
+    const files::Bytes file = package_.archive.read(*part.member);
+    if (isZip(file.view)) {
+      if (budget_ == nullptr) return texts.notLookedInto(Opaque::objects);
+      AsOneKind inner(kind, texts, part.member->name);
+      return tellPackageIn(file, inner);
+    }
+    if (kind != Unreached::chunks || archive::isCompoundFile(file.view))
+      return texts.notLookedInto(Opaque::objects);
+    texts.unreached(kind, importedText(file.view));
+  }
+
+  void tellPackageIn(const files::Bytes& file, formats::OtherTexts& texts) {
+    archive::Limits limits;
+    limits.totalSize = *budget_;
+    const archive::Archive archive = archive::Archive::open(file, limits);
+    for (const archive::Member& member : archive.members())
+      if (member.method == archive::Method::deflated) *budget_ -= std::min(*budget_, member.size);
+    std::optional<Package> package;
+    try {
+      package.emplace(openPackage(file, limits));
+    } catch (const files::DocumentError&) {
+      return tellMarkup(archive, texts);
+    }
+    tellDocument(*package, texts);
+  }
+
+  const Package& package_;
+  Telling telling_;
+  std::uint64_t* budget_;
+  std::set<const archive::Member*> seen_;
+  std::deque<Part> next_;
+  std::deque<Part> last_;
+  std::set<std::size_t> inDiagrams_;
+};
+
+void tellPackage(const ReadDocument& document, const model::Model& model, formats::OtherTexts& texts,
+                 std::uint64_t* budget) {
+  std::optional<Departed> departed;
+  if (model.changed() && !document.map.references.empty())
+    departed.emplace(document.map, EditScript(model), document.package, document.mainPart);
+  DataBindings bindings;
+  const Telling telling{texts, document.styles, bindings, departed ? &*departed : nullptr};
+  if (!document.map.asides.empty()) {
+    try {
+      StoryTeller(document.mainPart, document.package.mainPart, telling, xml::Swept::yes)
+          .tellBesideMainText(document.map, model);
+    } catch (const files::DocumentError& error) {
+      texts.damaged(document.package.mainPart, error.what());
+    }
+  }
+  PackageTeller(document.package, telling, budget).tell();
+}
+
+}  // namespace
+
+void tellOtherTexts(const ReadDocument& document, const model::Model& model, formats::OtherTexts& texts) {
+  std::uint64_t budget = archive::Limits().totalSize;
+  tellPackage(document, model, texts, &budget);
+}
+
+}  // namespace pluvo::docx
