@@ -108,6 +108,14 @@ def docx_cases():
                    {"pluvo, one job": ("at least", 1.7)} if operation == "find" else {}, changes=operation != "find")
 
 
+def elsewhere_cases():
+    """What a run looks for besides main text costs at most as much as if it were main text."""
+    for name, what in (("notes", "20 headers and 500 notes"), ("embedded", "50 embedded packages"), ("hidden", "hidden text throughout")):
+        yield Case(f".docx with {what}, find", f"{name}.docx",
+                   [pluvo("find", "--quiet", *BLOCK, "{in}"), beside("as main text", f"{name}-main.docx", "find", "--quiet", *BLOCK, "{in}")],
+                   {"pluvo, as main text": ("at most", 1)}, changes=False)
+
+
 def text_cases():
     def perl(operation, *rest):
         return Job("perl", ["perl", str(BENCH / "peers/find.pl"), operation, BEGIN, END, *rest])

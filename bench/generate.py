@@ -61,15 +61,17 @@ class Filler:
         return " ".join(words) + " "
 
 
-def runs_of(rng, text, run_length=46):
-    """text as runs of about run_length characters: which cuts a fifth of the texts searched for."""
+def runs_of(rng, text, run_length=46, second=""):
+    """text as runs of about run_length characters: which cuts a fifth of the texts searched for; second: the
+    properties of every second one."""
     parts, at = [], 0
     while at < len(text):
         length = max(4, int(rng.gauss(run_length, run_length / 4)))
         parts.append(text[at : at + length])
         at += length
     return "".join(
-        '<w:r>%s<w:t xml:space="preserve">%s</w:t></w:r>' % (rng.choice(RUN_STYLES), part) for part in parts
+        '<w:r>%s<w:t xml:space="preserve">%s</w:t></w:r>' % (second if second and n % 2 else rng.choice(RUN_STYLES), part)
+        for n, part in enumerate(parts)
     )
 
 
@@ -119,7 +121,8 @@ def adversarial(rng, filler, characters, beginnings):
     return paragraphs
 
 
-def write_docx(path, seed, paragraphs, tables, pictures):
+def write_docx(path, seed, paragraphs, tables, pictures, hidden="", others=()):
+    """hidden: the properties of every second run; others: (relationship, name, bytes) of other parts."""
     rng = random.Random(seed)
     filler = Filler(random.Random(seed + 1))
     body = []
@@ -127,7 +130,7 @@ def write_docx(path, seed, paragraphs, tables, pictures):
     step_picture = max(1, len(paragraphs) // (pictures + 1)) if pictures else 0
     table_left, picture = tables, 0
     for index, text in enumerate(paragraphs):
-        body.append("<w:p><w:pPr><w:jc w:val=\"both\"/></w:pPr>%s" % runs_of(rng, text))
+        body.append("<w:p><w:pPr><w:jc w:val=\"both\"/></w:pPr>%s" % runs_of(rng, text, second=hidden))
         if step_picture and picture < pictures and index % step_picture == step_picture - 1:
             picture += 1
             body.append(DRAWING.format(id=picture))
@@ -157,6 +160,9 @@ def write_docx(path, seed, paragraphs, tables, pictures):
     relations = "".join(
         '<Relationship Id="rIdPicture%d" Type="%s/image" Target="media/p%d.png"/>' % (n, R, n)
         for n in range(1, pictures + 1)
+    ) + "".join(
+        '<Relationship Id="rIdOther%d" Type="%s/%s" Target="%s"/>' % (n, R, kind, name)
+        for n, (kind, name, _) in enumerate(others)
     )
     package = "http://schemas.openxmlformats.org/package/2006"
     with zipfile.ZipFile(path, "w", zipfile.ZIP_DEFLATED) as archive:
@@ -180,6 +186,42 @@ def write_docx(path, seed, paragraphs, tables, pictures):
             % (package, relations))
         for n in range(1, pictures + 1):
             put("word/media/p%d.png" % n, b"\x89PNG\r\n\x1a\n" + random.Random(seed + 1000 + n).randbytes(100_000))
+        for _, name, content in others:
+            put("word/" + name, content)
+
+
+def part_of(root, inner):
+    return '<?xml version="1.0" encoding="UTF-8" standalone="yes"?>\n<w:%s xmlns:w="%s">%s</w:%s>' % (root, W, inner, root)
+
+
+def write_elsewhere(folder):
+    """Documents with much text beside main text, and each with the same as main text."""
+    rng = random.Random(8)
+    text = lambda blocks: paragraphs_with_blocks(rng, Filler(rng), 12_000, every(blocks), 400)
+    paragraph = lambda words: "<w:p>%s</w:p>" % runs_of(rng, words)
+    body = text(2)
+
+    headers = [text(2) for _ in range(20)]
+    notes = [paragraphs_with_blocks(rng, Filler(rng), 400, every(n % 10 == 0), 400) for n in range(500)]
+    others = [("header", "header%d.xml" % n, part_of("hdr", "".join(map(paragraph, header)))) for n, header in enumerate(headers)]
+    others.append(("footnotes", "footnotes.xml", part_of("footnotes", "".join(
+        '<w:footnote w:id="%d">%s</w:footnote>' % (n + 1, "".join(map(paragraph, note))) for n, note in enumerate(notes)))))
+    write_docx(os.path.join(folder, "notes.docx"), 8, body, 0, 0, others=others)
+    write_docx(os.path.join(folder, "notes-main.docx"), 8, body + sum(headers + notes, []), 0, 0)
+
+    embedded, inner = [text(2) for _ in range(50)], os.path.join(folder, "inner.docx")
+    others = []
+    for n, paragraphs in enumerate(embedded):
+        write_docx(inner, 9 + n, paragraphs, 0, 0)
+        with open(inner, "rb") as file:
+            others.append(("package", "embedded%d.docx" % n, file.read()))
+    os.remove(inner)
+    write_docx(os.path.join(folder, "embedded.docx"), 9, body, 0, 0, others=others)
+    write_docx(os.path.join(folder, "embedded-main.docx"), 9, body + sum(embedded, []), 0, 0)
+
+    paragraphs = paragraphs_with_blocks(rng, Filler(rng), 1_600_000, every(1_200), 400)
+    write_docx(os.path.join(folder, "hidden.docx"), 10, paragraphs, 0, 0, hidden="<w:rPr><w:vanish/></w:rPr>")
+    write_docx(os.path.join(folder, "hidden-main.docx"), 10, paragraphs, 0, 0, hidden="<w:rPr><w:strike/></w:rPr>")
 
 
 def write_text(path, seed, megabytes, blocks):
@@ -220,6 +262,7 @@ def main():
     os.makedirs(os.path.join(folder, "folder"), exist_ok=True)
     for n in range(500):
         docx("folder/%03d.docx" % n, 100 + n, 6_400, 4, 1, 1)
+    write_elsewhere(folder)
     write_text(os.path.join(folder, "sparse.txt"), 7, 200, 1_200)
 
 

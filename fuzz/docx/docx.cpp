@@ -1,12 +1,16 @@
-// A Word document whose body is any markup: read, edited, written and read again. The input is a program of
-// edits and the inside of w:body; the package around it is always the same.
+// A Word document whose body is any markup: read, edited, looked through for what is elsewhere, written and
+// read again. The input is a program of edits, the inside of w:body, and behind zero bytes a header's inside,
+// a part of custom XML, an imported file and an embedded one; the package around them is always the same.
 
 #include "documents/docx/document_builder.h"
 #include "documents/docx/random_edits.h"
 #include "docx/docx_format.h"
+#include "elsewhere/elsewhere.h"
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
+#include <utility>
 
 namespace {
 
@@ -21,15 +25,65 @@ void edit(model::Model& model, files::ByteSpan program) {
   }
 }
 
+docx::Parts partsOf(std::string_view data, std::string_view& body) {
+  const auto next = [&] {
+    const std::string_view one = data.substr(0, data.find('\0'));
+    data.remove_prefix(std::min(one.size() + 1, data.size()));
+    return std::string(one);
+  };
+  body = data.substr(0, data.find('\0'));
+  next();
+  std::string header = docx::mainPartOf(next());
+  for (const auto& [from, to] : {std::pair("<w:body>", ""),
+                                 {"</w:body>", ""},
+                                 {"<w:document", "<w:hdr"},
+                                 {"</w:document", "</w:hdr"}}) {
+    if (const std::size_t at = header.rfind(from); at != std::string::npos)
+      header.replace(at, std::strlen(from), to);
+  }
+  docx::Parts parts = {{"word/header.xml", header}, {"word/item.xml", next()}, {"word/chunk", next()}};
+  parts["word/package"] = std::string(data);
+  parts["word/_rels/item.xml.rels"] = docx::relationships({{"customXmlProps", "props.xml"}});
+  parts["word/props.xml"] =
+      "<ds:datastoreItem ds:itemID=\"i\" "
+      "xmlns:ds=\"http://schemas.openxmlformats.org/officeDocument/2006/customXml\"/>";
+  parts["word/_rels/document.xml.rels"] = docx::relationships({{"header", "header.xml"},
+                                                               {"chart", "item.xml"},
+                                                               {"aFChunk", "chunk"},
+                                                               {"package", "package"},
+                                                               {"footnotes", "footnotes.xml"}});
+  parts["_rels/.rels"] =
+      docx::relationships({{"officeDocument", "word/document.xml"}, {"customXml", "word/item.xml"}});
+  parts["word/footnotes.xml"] =
+      "<w:footnotes xmlns:w=\"http://schemas.openxmlformats.org/wordprocessingml/2006/main\"><w:footnote "
+      "w:id=\"1\">"
+      "<w:p/></w:footnote></w:footnotes>";
+  return parts;
+}
+
+/// Whatever the document is, looking changes nothing: a second look finds the same.
+void lookElsewhere(const docx::Opened& opened, bool fieldCodes) {
+  engine::Request request;
+  request.beginBlock = u"e";
+  request.unitsApart = u"0";
+  request.showFieldCodes = fieldCodes;
+  const elsewhere::Elsewhere once = elsewhere::lookElsewhere(*opened.source, opened.model, request);
+  const elsewhere::Elsewhere again = elsewhere::lookElsewhere(*opened.source, opened.model, request);
+  if (once.stories != again.stories || once.unreached != again.unreached) std::abort();
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size == 0) return 0;
   const std::size_t edits = std::min<std::size_t>(data[0] % 8 * std::size_t{5}, size - 1);
-  const std::string_view body(reinterpret_cast<const char*>(data) + 1 + edits, size - 1 - edits);
+  std::string_view body;
+  const docx::Parts parts =
+      partsOf({reinterpret_cast<const char*>(data) + 1 + edits, size - 1 - edits}, body);
   try {
-    docx::Opened opened = docx::open(docx::documentOf(body));
+    docx::Opened opened = docx::open(docx::documentOf(body, parts));
     edit(opened.model, {data + 1, edits});
+    lookElsewhere(opened, data[0] % 2 != 0);
     const files::Bytes written = opened.written();
     if (shownText(docx::open(written).model) != shownText(opened.model)) std::abort();
   } catch (const files::DocumentError&) {

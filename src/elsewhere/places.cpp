@@ -11,7 +11,10 @@ using text::Visibility;
 
 namespace {
 
-constexpr std::u16string_view kMarks = u"\x05\x13\x14\x15";
+/// The marks of fields, and the anchors of comments.
+bool isMark(char16_t unit) {
+  return unit == text::kCommentReference || (unit >= text::kFieldBegin && unit <= text::kFieldEnd);
+}
 
 /// Tells from a field's code, character by character, where text begins that Word shows: behind the name of
 /// the macro, or of the place, that a press on the text leads to.
@@ -132,18 +135,22 @@ class PlaceReader {
 
   template <class Text, class Mark>
   void readBetweenMarks(Position from, Position to, Text text, Mark mark) {
-    const std::u16string units = model_.text().substring(from, to);
-    for (std::size_t at = 0; at < units.size();) {
-      const std::size_t next = std::min(units.find_first_of(kMarks, at), units.size());
-      if (next > at) text(from + static_cast<Position>(at), from + static_cast<Position>(next));
-      at = next;
-      if (next == units.size()) return;
-      mark(units[next]);
-      const Position place = from + static_cast<Position>(next);
+    Position reached = from;
+    const auto met = [&](Position place, char16_t unit) {
+      if (place > reached) text(reached, place);
+      mark(unit);
       append(place, place + 1,
              text::isVisible(model_.visibility().valueAt(place), view_) ? Place::shown : Place::mark);
-      ++at;
-    }
+      reached = place + 1;
+    };
+    model_.text().forEachStretch(from, to, [&](Position start, const text::Stretch& stretch) {
+      for (Position i = 0; i < stretch.length; ++i) {
+        const char16_t unit = stretch.wide != nullptr ? stretch.wide[i] : stretch.narrow[i];
+        if (isMark(unit)) met(start + i, unit);
+      }
+      return true;
+    });
+    if (to > reached) text(reached, to);
   }
   template <class Text>
   void readBetweenMarks(Position from, Position to, Text text) {

@@ -11,8 +11,7 @@ constexpr std::size_t kMostExpected = std::size_t{32} << 20U;
 
 }  // namespace
 
-ContentReader::ContentReader(std::size_t size, const Styles& styles, const BodyWalker& walker)
-    : styles_(styles), walker_(walker) {
+ContentReader::ContentReader(std::size_t size, const Styles& styles) : styles_(styles) {
   builder_.expect(std::min(size, kMostExpected));
 }
 
@@ -24,7 +23,7 @@ void ContentReader::open(const Tag& tag) {
       flushMark();
       paragraph_ = {};
       inParagraph_ = true;
-      if (walker_.opensBetweenBlocks()) map_.places.push_back({walker_.position(), tag.extent.begin});
+      if (walker_->opensBetweenBlocks()) map_.places.push_back({walker_->position(), tag.extent.begin});
       break;
     case Name::tbl:
       flushMark();
@@ -40,7 +39,7 @@ void ContentReader::open(const Tag& tag) {
       break;
     case Name::ruby:
       openControl(true);
-      map_.guides.push_back({tag.extent.begin, walker_.position(), walker_.position()});
+      map_.guides.push_back({tag.extent.begin, walker_->position(), walker_->position()});
       hidesGuided_ = look_.hidden;
       break;
     case Name::del:
@@ -69,7 +68,7 @@ void ContentReader::close(const Tag& tag, Extent) {
       break;
     case Name::ruby:
       hidesGuided_ = false;
-      map_.guides.back().to = walker_.position();
+      map_.guides.back().to = walker_->position();
       control_ = builder_.control(control_).parent;
       break;
     case Name::sdt:
@@ -85,7 +84,7 @@ void ContentReader::close(const Tag& tag, Extent) {
       break;
     case Name::tbl:
       builder_.endTable();
-      map_.tables[openTables_.back()].end = walker_.position();
+      map_.tables[openTables_.back()].end = walker_->position();
       openTables_.pop_back();
       break;
     default:
@@ -102,7 +101,7 @@ void ContentReader::properties(Name kind, const Properties& properties) {
 }
 
 void ContentReader::marker(const Marker& marker) {
-  const Position position = walker_.position();
+  const Position position = walker_->position();
   if (marker.name == Name::commentRangeStart || marker.name == Name::commentRangeEnd) {
     map_.commentMarkers.push_back({position, marker.id});
   } else if (marker.name == Name::bookmarkStart) {
@@ -123,7 +122,7 @@ void ContentReader::text(const TextElement& element) {
 }
 
 void ContentReader::character(char16_t unit, Extent, Name name, std::string_view reference) {
-  if (!reference.empty()) map_.references.push_back({walker_.position(), name, std::string(reference)});
+  if (!reference.empty()) map_.references.push_back({walker_->position(), name, std::string(reference)});
   if (unit == text::kFieldBegin) {
     builder_.beginField(look_);
   } else if (unit == text::kFieldSeparator) {

@@ -12,8 +12,10 @@ namespace pluvo::docx {
 /// Builds the text of one story from what a walk meets, and the way back to its bytes.
 class ContentReader : public BodyEvents {
  public:
-  /// For a part, or an element, of so many bytes. Styles and walker outlive this.
-  ContentReader(std::size_t size, const Styles& styles, const BodyWalker& walker);
+  /// For a part, or an element, of so many bytes. The styles outlive this.
+  ContentReader(std::size_t size, const Styles& styles);
+  /// Whose walk it is told of; to be called before that begins.
+  void follow(const BodyWalker& walker) { walker_ = &walker; }
 
   /// What was read, after the container of the text has closed.
   ReadBody finish();
@@ -41,7 +43,7 @@ class ContentReader : public BodyEvents {
   void flushMark();
 
   const Styles& styles_;
-  const BodyWalker& walker_;
+  const BodyWalker* walker_ = nullptr;
   model::ContentBuilder builder_;
   BodyMap map_;
   Properties paragraph_;

@@ -127,22 +127,51 @@ class Gathered : public formats::OtherTexts {
   std::u16string text_;
 };
 
+/// How much the parts of a package, and packages in it, may unpack for all that. As with a single part, what
+/// grows many hundredfold is no sound document, unless it is small.
+class Budget {
+ public:
+  explicit Budget(std::size_t packed)
+      : left_(std::min(kLimits.totalSize, std::max(kLimits.freeSize, kLimits.ratio * packed))) {}
+
+  bool spent() const { return spent_; }
+  void take(std::uint64_t size) {
+    spent_ = spent_ || size > left_;
+    if (spent_) {
+      throw files::DocumentError(files::Problem::tooLarge,
+                                 "The parts of the document besides its main text unpack to more than any "
+                                 "sound document's; this one "
+                                 "and those after it are not looked into.");
+    }
+    left_ -= size;
+  }
+
+ private:
+  static constexpr archive::Limits kLimits = {};
+  std::uint64_t left_;
+  bool spent_ = false;
+};
+
+/// How far packages in packages are gone into.
+enum class Depth : bool { outer, inner };
+
 void tellPackage(const ReadDocument& document, const model::Model& model, formats::OtherTexts& texts,
-                 std::uint64_t* budget);
+                 Budget& budget, Depth depth);
 
 /// A Word document in another one; throws where it is none.
-void tellDocument(const Package& package, formats::OtherTexts& texts) {
+void tellDocument(const Package& package, formats::OtherTexts& texts, Budget& budget) {
   const Styles styles = readStyles(package);
   const archive::Member* const main = package.archive.find(package.mainPart);
+  budget.take(main->size);
   const xml::Utf8Part part = xml::toUtf8(package.archive.read(*main), package.mainPart);
   ReadBody body = readBody(part.utf8.view, package.mainPart, styles);
   const model::Model model(std::move(body.content));
   texts.unreached(Unreached::embedded, model.text().substring(0, model.length()));
-  tellPackage({package, part.utf8.view, body.map, styles}, model, texts, nullptr);
+  tellPackage({package, part.utf8.view, body.map, styles}, model, texts, budget, Depth::inner);
 }
 
 /// Whatever markup a package of another kind holds.
-void tellMarkup(const archive::Archive& archive, formats::OtherTexts& texts) {
+void tellMarkup(const archive::Archive& archive, formats::OtherTexts& texts, Budget& budget) {
   Pieces pieces(Unreached::embedded, texts);
   for (const archive::Member& member : archive.members()) {
     const std::string name(member.name);
@@ -150,10 +179,12 @@ void tellMarkup(const archive::Archive& archive, formats::OtherTexts& texts) {
     if (!isMarkup || name.find("/theme/") != std::string::npos) continue;
     const bool isOfValues = name.starts_with("docProps/") || name.find('/') == std::string::npos;
     try {
+      budget.take(member.size);
       const xml::Utf8Part part = xml::toUtf8(archive.read(member), name);
       (isOfValues ? addValues : addRuns)(part.utf8.view, name, pieces);
     } catch (const files::DocumentError& error) {
       texts.damaged(name, error.what());
+      if (budget.spent()) break;
     }
   }
   pieces.tell();
@@ -162,15 +193,14 @@ void tellMarkup(const archive::Archive& archive, formats::OtherTexts& texts) {
 /// Goes through a package from relationship to relationship.
 class PackageTeller {
  public:
-  /// How much the packages in it may still unpack; not to be gone into where null.
-  PackageTeller(const Package& package, const Telling& telling, std::uint64_t* budget)
-      : package_(package), telling_(telling), budget_(budget) {}
+  PackageTeller(const Package& package, const Telling& telling, Budget& budget, Depth depth)
+      : package_(package), telling_(telling), budget_(budget), depth_(depth) {}
 
   void tell() {
     seen_.insert(package_.archive.find(package_.mainPart));
     for (const Relationship& relationship : package_.mainRelationships) add(relationship, false);
     for (const Relationship& relationship : package_.rootRelationships) add(relationship, false);
-    while (!next_.empty() || !last_.empty()) {
+    while (!budget_.spent() && !(next_.empty() && last_.empty())) {
       std::deque<Part>& queue = next_.empty() ? last_ : next_;
       const Part part = queue.front();
       queue.pop_front();
@@ -191,6 +221,11 @@ class PackageTeller {
     const archive::Member* const member = package_.archive.find(relationship.part);
     if (member == nullptr || !seen_.insert(member).second) return;
     (comesLast(*kind) ? last_ : next_).push_back({*kind, member, inGlossary});
+  }
+
+  files::Bytes read(const archive::Member& member) {
+    budget_.take(member.size);
+    return package_.archive.read(member);
   }
 
   void addPartsOf(const Part& part) {
@@ -232,7 +267,7 @@ class PackageTeller {
 
   void tellMarkupOf(const Part& part, formats::OtherTexts& texts) {
     const std::string name(part.member->name);
-    const xml::Utf8Part markup = xml::toUtf8(package_.archive.read(*part.member), name);
+    const xml::Utf8Part markup = xml::toUtf8(read(*part.member), name);
     const files::ByteSpan bytes = markup.utf8.view;
     switch (part.kind) {
       case Kind::chart:
@@ -334,13 +369,13 @@ class PackageTeller {
   }
 
   /// By which controls name a part of custom XML.
-  std::string storeOf(std::string_view part) const {
+  std::string storeOf(std::string_view part) {
     std::string id;
     for (const Relationship& relationship : relationshipsIn(package_.archive, part)) {
       const archive::Member* const member = package_.archive.find(relationship.part);
       if (relationship.kind() != "customXmlProps" || member == nullptr) continue;
       const std::string name(member->name);
-      const xml::Utf8Part properties = xml::toUtf8(package_.archive.read(*member), name);
+      const xml::Utf8Part properties = xml::toUtf8(read(*member), name);
       forEachElement(properties.utf8.view, name, [&](const xml::Scanner& scanner) {
         if (nameOf(scanner) == Name::dataItem) id = valueOf(scanner, Name::itemId);
       });
@@ -349,9 +384,9 @@ class PackageTeller {
   }
 
   void tellFile(const Part& part, Unreached kind, formats::OtherTexts& texts) {
-    const files::Bytes file = package_.archive.read(*part.member);
+    const files::Bytes file = read(*part.member);
     if (isZip(file.view)) {
-      if (budget_ == nullptr) return texts.notLookedInto(Opaque::objects);
+      if (depth_ == Depth::inner) return texts.notLookedInto(Opaque::objects);
       AsOneKind inner(kind, texts, part.member->name);
       return tellPackageIn(file, inner);
     }
@@ -361,23 +396,20 @@ class PackageTeller {
   }
 
   void tellPackageIn(const files::Bytes& file, formats::OtherTexts& texts) {
-    archive::Limits limits;
-    limits.totalSize = *budget_;
-    const archive::Archive archive = archive::Archive::open(file, limits);
-    for (const archive::Member& member : archive.members())
-      if (member.method == archive::Method::deflated) *budget_ -= std::min(*budget_, member.size);
+    const archive::Archive archive = archive::Archive::open(file);
     std::optional<Package> package;
     try {
-      package.emplace(openPackage(file, limits));
+      package.emplace(openPackage(file));
     } catch (const files::DocumentError&) {
-      return tellMarkup(archive, texts);
+      return tellMarkup(archive, texts, budget_);
     }
-    tellDocument(*package, texts);
+    tellDocument(*package, texts, budget_);
   }
 
   const Package& package_;
   Telling telling_;
-  std::uint64_t* budget_;
+  Budget& budget_;
+  Depth depth_;
   std::set<const archive::Member*> seen_;
   std::deque<Part> next_;
   std::deque<Part> last_;
@@ -385,7 +417,7 @@ class PackageTeller {
 };
 
 void tellPackage(const ReadDocument& document, const model::Model& model, formats::OtherTexts& texts,
-                 std::uint64_t* budget) {
+                 Budget& budget, Depth depth) {
   std::optional<Departed> departed;
   if (model.changed() && !document.map.references.empty())
     departed.emplace(document.map, EditScript(model), document.package, document.mainPart);
@@ -399,14 +431,14 @@ void tellPackage(const ReadDocument& document, const model::Model& model, format
       texts.damaged(document.package.mainPart, error.what());
     }
   }
-  PackageTeller(document.package, telling, budget).tell();
+  PackageTeller(document.package, telling, budget, depth).tell();
 }
 
 }  // namespace
 
 void tellOtherTexts(const ReadDocument& document, const model::Model& model, formats::OtherTexts& texts) {
-  std::uint64_t budget = archive::Limits().totalSize;
-  tellPackage(document, model, texts, &budget);
+  Budget budget(document.package.archive.bytes().size());
+  tellPackage(document, model, texts, budget, Depth::outer);
 }
 
 }  // namespace pluvo::docx

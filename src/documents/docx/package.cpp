@@ -96,8 +96,8 @@ const archive::Member* Package::member(Role role) const {
   return found == parts.end() ? nullptr : archive.find(found->second);
 }
 
-Package openPackage(files::Bytes bytes, const archive::Limits& limits) {
-  Package package{archive::Archive::open(std::move(bytes), limits), {}, {}, {}, {}, {}};
+Package openPackage(files::Bytes bytes) {
+  Package package{archive::Archive::open(std::move(bytes)), {}, {}, {}, {}, {}};
   const archive::Member* const types = package.archive.find("[Content_Types].xml");
   if (types == nullptr) throw otherKind(kindOf(package.archive, {}));
   package.rootRelationships = relationshipsIn(package.archive, "");

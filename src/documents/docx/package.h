@@ -40,6 +40,6 @@ struct Package {
 /// Finds the parts by the relationships, whatever their names. Throws DocumentError: what the archive throws;
 /// damaged for a package of another kind (the message says which) or one that lacks its main part or has two;
 /// signed for one with a digital signature.
-Package openPackage(files::Bytes bytes, const archive::Limits& limits = {});
+Package openPackage(files::Bytes bytes);
 
 }  // namespace pluvo::docx

@@ -139,7 +139,8 @@ void StoryTeller::open(const Tag& tag) {
     levels_.emplace_back();
     if (next_) {
       levels_.back().kind = *next_;
-      levels_.back().reader = std::make_unique<ContentReader>(0, telling_.styles, walker_);
+      levels_.back().reader = std::make_unique<ContentReader>(0, telling_.styles);
+      levels_.back().reader->follow(walker_);
     }
     next_.reset();
   }
