@@ -17,14 +17,16 @@ std::u16string searched(std::u16string_view text) {
 
 }  // namespace
 
-Beginning::Beginning(const engine::Request& request) : Beginning(searched(request.begin), request) {}
+Beginning::Beginning(const engine::Request& request)
+    : text_(searched(request.begin)), flags_{request.matchCase, request.wholeWords} {}
 
-Beginning::Beginning(const std::u16string& text, const engine::Request& request)
-    : length_(static_cast<text::Position>(text.size())),
-      search_(text, {request.matchCase, request.wholeWords}) {}
+const text::Search& Beginning::search() const {
+  if (!search_) search_.emplace(text_, flags_);
+  return *search_;
+}
 
 bool Beginning::standsIn(const model::Content& content, bool fieldCodes) const {
-  return search_
+  return search()
       .find(text::PieceText(content.text), content.visibility,
             fieldCodes ? text::View::codes : text::View::results, 0, content.text.length())
       .has_value();
@@ -32,12 +34,12 @@ bool Beginning::standsIn(const model::Content& content, bool fieldCodes) const {
 
 std::int64_t Beginning::countIn(std::u16string_view text) const {
   const auto length = static_cast<text::Position>(text.size());
-  if (length < length_) return 0;
+  if (length < this->length()) return 0;
   const text::PieceText pieces{text::OriginalText(std::span(text.data(), text.size()), nullptr)};
   const text::RunMap<text::Visibility> everywhere(length, text::kEverywhere);
   std::int64_t count = 0;
   text::Position from = 0;
-  while (const auto match = search_.find(pieces, everywhere, text::View::results, from, length)) {
+  while (const auto match = search().find(pieces, everywhere, text::View::results, from, length)) {
     ++count;
     from = match->to;
   }

@@ -5,6 +5,7 @@
 #include "text/search.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -15,9 +16,9 @@ class Beginning {
  public:
   explicit Beginning(const engine::Request& request);
 
-  bool empty() const { return length_ == 0; }
-  text::Position length() const { return length_; }
-  const text::Search& search() const { return search_; }
+  bool empty() const { return text_.empty(); }
+  text::Position length() const { return static_cast<text::Position>(text_.size()); }
+  const text::Search& search() const;
 
   /// Whether the view shows it in a text at all.
   bool standsIn(const model::Content& content, bool fieldCodes) const;
@@ -25,10 +26,9 @@ class Beginning {
   std::int64_t countIn(std::u16string_view text) const;
 
  private:
-  Beginning(const std::u16string& text, const engine::Request& request);
-
-  text::Position length_;
-  text::Search search_;
+  std::u16string text_;
+  text::SearchFlags flags_;
+  mutable std::optional<text::Search> search_;  ///< made when it is first asked for: many documents need none
 };
 
 }  // namespace pluvo::elsewhere

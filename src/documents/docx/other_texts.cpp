@@ -45,7 +45,7 @@ enum class Kind : std::uint8_t {
 };
 
 /// By the last step of a relationship's type.
-constexpr std::array<std::pair<std::string_view, Kind>, 27> kKinds = {{
+constexpr std::array<std::pair<std::string_view, Kind>, 29> kKinds = {{
     {"header", Kind::stories},
     {"footer", Kind::stories},
     {"footnotes", Kind::stories},
@@ -62,7 +62,9 @@ constexpr std::array<std::pair<std::string_view, Kind>, 27> kKinds = {{
     {"people", Kind::people},
     {"core-properties", Kind::core},
     {"extended-properties", Kind::extended},
+    {"extendedProperties", Kind::extended},
     {"custom-properties", Kind::properties},
+    {"customProperties", Kind::properties},
     {"customXml", Kind::data},
     {"package", Kind::package},
     {"oleObject", Kind::object},
@@ -423,10 +425,11 @@ void tellPackage(const ReadDocument& document, const model::Model& model, format
     departed.emplace(document.map, EditScript(model), document.package, document.mainPart);
   DataBindings bindings;
   const Telling telling{texts, document.styles, bindings, departed ? &*departed : nullptr};
-  if (!document.map.asides.empty()) {
+  const std::vector<Offset> places = placesWithText(document.mainPart, document.map);
+  if (!places.empty()) {
     try {
       StoryTeller(document.mainPart, document.package.mainPart, telling, xml::Swept::yes)
-          .tellBesideMainText(document.map, model);
+          .tellBesideMainText(document.map, places, model);
     } catch (const files::DocumentError& error) {
       texts.damaged(document.package.mainPart, error.what());
     }

@@ -3,7 +3,9 @@
 #include "text_decoding.h"
 
 #include <algorithm>
+#include <array>
 #include <functional>
+#include <iterator>
 
 namespace pluvo::docx {
 
@@ -11,6 +13,8 @@ using formats::Story;
 using formats::Unreached;
 
 namespace {
+
+using namespace std::string_view_literals;
 
 std::u16string wide(std::string_view utf8) {
   std::u16string units;
@@ -60,7 +64,32 @@ class NoEvents : public BodyEvents {
   void rowMark(Extent) override {}
 };
 
+bool mayHoldText(std::string_view aside) {
+  constexpr std::size_t kMostLookedAt = std::size_t{1} << 14U;
+  constexpr std::array kPictures = {"drawing"sv, "pict"sv};
+  constexpr std::array kSigns = {"txbxContent"sv, "descr"sv, "title"sv, "textpath"sv, "alt"sv,
+                                 ":t>"sv,         ":t "sv,   "<t>"sv,   "<t "sv};
+  aside = aside.substr(0, kMostLookedAt);
+  const std::string_view name = aside.substr(1, aside.find_first_of(" \t\r\n/>") - 1);
+  const std::string_view local = name.substr(name.find(':') + 1);
+  const std::size_t end = aside.find("</" + std::string(name) + ">");
+  if (end == std::string_view::npos ||
+      std::find(kPictures.begin(), kPictures.end(), local) == kPictures.end())
+    return true;
+  aside = aside.substr(0, end);
+  return std::any_of(kSigns.begin(), kSigns.end(),
+                     [&](std::string_view sign) { return aside.find(sign) != std::string_view::npos; });
+}
+
 }  // namespace
+
+std::vector<Offset> placesWithText(files::ByteSpan mainPart, const BodyMap& map) {
+  const std::string_view bytes(reinterpret_cast<const char*>(mainPart.data()), mainPart.size());
+  std::vector<Offset> places;
+  std::copy_if(map.asides.begin(), map.asides.end(), std::back_inserter(places),
+               [&](Offset aside) { return mayHoldText(bytes.substr(aside)); });
+  return places;
+}
 
 StoryTeller::StoryTeller(files::ByteSpan part, const std::string& partName, const Telling& telling,
                          xml::Swept swept)
@@ -71,15 +100,15 @@ void StoryTeller::tellPart() {
   }
 }
 
-void StoryTeller::tellBesideMainText(const BodyMap& map, const model::Model& model) {
-  if (map.asides.empty()) return;
+void StoryTeller::tellBesideMainText(const BodyMap& map, const std::vector<Offset>& places,
+                                     const model::Model& model) {
   kept_.emplace(model);
   mainText_ = &model.text().original();
   const auto toNextBlock = [&] {
     while (!walker_.betweenBlocks() && walker_.step()) {
     }
   };
-  for (const Offset aside : map.asides) {
+  for (const Offset aside : places) {
     if (walker_.offset() > aside) continue;
     toNextBlock();
     const auto behind =

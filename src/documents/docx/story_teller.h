@@ -23,6 +23,10 @@ struct Telling {
   const Departed* departed = nullptr;  ///< none where nothing was edited
 };
 
+/// Those of a main part's asides that may hold text: a picture without words is none, and looking at its
+/// bytes costs less than a walk to it.
+std::vector<Offset> placesWithText(files::ByteSpan mainPart, const BodyMap& map);
+
 /// Tells the texts that a part of WordprocessingML holds: its stories, also those in the drawings of others,
 /// and beside them formulas, phonetic guides, texts of drawings, alternative texts and the names of
 /// commenters. Notes the controls that are bound to data.
@@ -33,8 +37,9 @@ class StoryTeller : public BodyEvents {
 
   /// Of a part that is no main part.
   void tellPart();
-  /// Of a main part all but its own text. What stood in deleted text is not told.
-  void tellBesideMainText(const BodyMap& map, const model::Model& model);
+  /// Of a main part all but its own text, by the places that may hold any. What stood in deleted text is not
+  /// told.
+  void tellBesideMainText(const BodyMap& map, const std::vector<Offset>& places, const model::Model& model);
 
   void story(Name kind) override;
   void open(const Tag& tag) override;

@@ -14,7 +14,8 @@ namespace pluvo::docx {
 /// is text, unless its run holds something else too: then it is 1. Blanks at the ends of a text element count
 /// only where it, or the nearest element around that says so, preserves them. Text is hidden by its run or by
 /// the styles of run and paragraph; hiding by document defaults or table styles is not looked at. Text boxes,
-/// headers, footers, notes and comments are stories of their own and not part of the text.
+/// headers, footers, notes and comments are stories of their own and not part of the text; the source tells
+/// them, and what else the package holds.
 ///
 /// What a save leaves behind: the relationship and the part of a deleted picture, which nothing shows any
 /// more. What it does not keep: highlight of a simple field's code, which is an attribute.
