@@ -1,11 +1,11 @@
 #include "other_texts.h"
 
 #include "archive/compound_file.h"
+#include "budget.h"
 #include "imported_text.h"
 #include "part_texts.h"
-#include "root_elements.h"
+#include "retold.h"
 #include "story_teller.h"
-#include "text_decoding.h"
 #include "xml/encoding.h"
 
 #include <algorithm>
@@ -16,9 +16,6 @@
 #include <set>
 
 namespace pluvo::docx {
-
-using formats::Opaque;
-using formats::Unreached;
 
 namespace {
 
@@ -93,67 +90,6 @@ bool isZip(files::ByteSpan bytes) {
   return bytes.size() >= 4 && bytes[0] == 'P' && bytes[1] == 'K' && bytes[2] == 3 && bytes[3] == 4;
 }
 
-/// Tells whatever it is told as texts of one kind.
-class AsOneKind : public formats::OtherTexts {
- public:
-  /// What is damaged lies in the part "within", where that is not empty.
-  AsOneKind(Unreached kind, formats::OtherTexts& texts, std::string_view within = {})
-      : kind_(kind), texts_(texts), within_(within) {}
-  void story(formats::Story /*kind*/, model::Content content) override {
-    std::u16string units(static_cast<std::size_t>(content.text.length()), u'\0');
-    content.text.stretch(0, content.text.length()).copyTo(units.data());
-    texts_.unreached(kind_, units);
-  }
-  void unreached(Unreached /*kind*/, std::u16string_view text) override { texts_.unreached(kind_, text); }
-  void notLookedInto(Opaque kind) override { texts_.notLookedInto(kind); }
-  void damaged(std::string_view part, std::string_view why) override {
-    texts_.damaged(within_.empty() ? std::string(part) : within_ + "/" + std::string(part), why);
-  }
-
- private:
-  Unreached kind_;
-  formats::OtherTexts& texts_;
-  std::string within_;
-};
-
-/// Keeps what it is told.
-class Gathered : public formats::OtherTexts {
- public:
-  void story(formats::Story, model::Content) override {}
-  void unreached(Unreached, std::u16string_view text) override { text_ += text; }
-  void notLookedInto(Opaque) override {}
-  void damaged(std::string_view, std::string_view) override {}
-  const std::u16string& text() const { return text_; }
-
- private:
-  std::u16string text_;
-};
-
-/// How much the parts of a package, and packages in it, may unpack for all that. As with a single part, what
-/// grows many hundredfold is no sound document, unless it is small.
-class Budget {
- public:
-  explicit Budget(std::size_t packed)
-      : left_(std::min(kLimits.totalSize, std::max(kLimits.freeSize, kLimits.ratio * packed))) {}
-
-  bool spent() const { return spent_; }
-  void take(std::uint64_t size) {
-    spent_ = spent_ || size > left_;
-    if (spent_) {
-      throw files::DocumentError(files::Problem::tooLarge,
-                                 "The parts of the document besides its main text unpack to more than any "
-                                 "sound document's; this one "
-                                 "and those after it are not looked into.");
-    }
-    left_ -= size;
-  }
-
- private:
-  static constexpr archive::Limits kLimits = {};
-  std::uint64_t left_;
-  bool spent_ = false;
-};
-
 /// How far packages in packages are gone into.
 enum class Depth : bool { outer, inner };
 
@@ -162,6 +98,7 @@ void tellPackage(const ReadDocument& document, const model::Model& model, format
 
 /// A Word document in another one; throws where it is none.
 void tellDocument(const Package& package, formats::OtherTexts& texts, Budget& budget) {
+  if (const archive::Member* const member = package.member(Role::styles)) budget.take(member->size);
   const Styles styles = readStyles(package);
   const archive::Member* const main = package.archive.find(package.mainPart);
   budget.take(main->size);
@@ -230,10 +167,15 @@ class PackageTeller {
     return package_.archive.read(member);
   }
 
+  std::vector<Relationship> relationshipsOf(std::string_view part) {
+    const archive::Member* const member = package_.archive.find(relationshipPartOf(part));
+    if (member != nullptr) budget_.take(member->size);
+    return relationshipsIn(package_.archive, part);
+  }
+
   void addPartsOf(const Part& part) {
     const bool inGlossary = part.inGlossary || part.kind == Kind::glossary;
-    for (const Relationship& relationship : relationshipsIn(package_.archive, part.member->name))
-      add(relationship, inGlossary);
+    for (const Relationship& relationship : relationshipsOf(part.member->name)) add(relationship, inGlossary);
   }
 
   template <class Work>
@@ -279,9 +221,10 @@ class PackageTeller {
       case Kind::diagramDrawing:
         return tellDiagram(part.kind, bytes, name, texts);
       case Kind::settings:
-        return tellVariables(bytes, name, texts);
+        return tellPieces(Unreached::variables, texts,
+                          [&](Pieces& pieces) { addVariables(bytes, name, pieces); });
       case Kind::people:
-        return tellPeople(bytes, name, texts);
+        return tellPieces(Unreached::people, texts, [&](Pieces& pieces) { addPeople(bytes, name, pieces); });
       case Kind::core:
       case Kind::extended:
       case Kind::properties:
@@ -337,50 +280,18 @@ class PackageTeller {
     });
   }
 
-  static void tellVariables(files::ByteSpan bytes, const std::string& name, formats::OtherTexts& texts) {
-    const std::string_view all(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-    if (all.find("docVar") == std::string_view::npos) return;
-    tellPieces(Unreached::variables, texts, [&](Pieces& pieces) {
-      forEachElement(bytes, name, [&](const xml::Scanner& scanner) {
-        if (nameOf(scanner) == Name::docVar) addAttributes(scanner, {Name::name, Name::val}, pieces);
-      });
-    });
-  }
-
-  static void tellPeople(files::ByteSpan bytes, const std::string& name, formats::OtherTexts& texts) {
-    tellPieces(Unreached::people, texts, [&](Pieces& pieces) {
-      forEachElement(bytes, name, [&](const xml::Scanner& scanner) {
-        addAttributes(scanner, {Name::personAuthor, Name::userId}, pieces);
-      });
-    });
-  }
-
-  template <class Visit>
-  static void forEachElement(files::ByteSpan bytes, const std::string& name, Visit visit) {
-    xml::Scanner scanner(bytes, vocabulary(), name);
-    for (xml::Token token = scanner.next(); token != xml::Token::finish; token = scanner.next()) {
-      if (opens(token)) visit(std::as_const(scanner));
-    }
-  }
-
-  static void addAttributes(const xml::Scanner& scanner, std::initializer_list<Name> names, Pieces& pieces) {
-    for (const Name name : names) {
-      appendUtf8(pieces.units(), valueOf(scanner, name));
-      pieces.end();
-    }
-  }
-
   /// By which controls name a part of custom XML.
   std::string storeOf(std::string_view part) {
     std::string id;
-    for (const Relationship& relationship : relationshipsIn(package_.archive, part)) {
+    for (const Relationship& relationship : relationshipsOf(part)) {
       const archive::Member* const member = package_.archive.find(relationship.part);
       if (relationship.kind() != "customXmlProps" || member == nullptr) continue;
       const std::string name(member->name);
       const xml::Utf8Part properties = xml::toUtf8(read(*member), name);
-      forEachElement(properties.utf8.view, name, [&](const xml::Scanner& scanner) {
-        if (nameOf(scanner) == Name::dataItem) id = valueOf(scanner, Name::itemId);
-      });
+      xml::Scanner scanner(properties.utf8.view, vocabulary(), name);
+      for (xml::Token token = scanner.next(); token != xml::Token::finish; token = scanner.next()) {
+        if (opens(token) && nameOf(scanner) == Name::dataItem) id = valueOf(scanner, Name::itemId);
+      }
     }
     return id;
   }
@@ -399,6 +310,8 @@ class PackageTeller {
 
   void tellPackageIn(const files::Bytes& file, formats::OtherTexts& texts) {
     const archive::Archive archive = archive::Archive::open(file);
+    for (const archive::Member& member : archive.members())
+      if (member.name.ends_with(".rels") || member.name.starts_with("[")) budget_.take(member.size);
     std::optional<Package> package;
     try {
       package.emplace(openPackage(file));

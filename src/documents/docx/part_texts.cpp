@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <initializer_list>
 
 namespace pluvo::docx {
 
@@ -39,6 +40,13 @@ bool isTextNumber(const xml::Scanner& scanner) {
                        return scanner.bytes(attribute.nameBegin, attribute.nameEnd) == "t" &&
                               scanner.rawValue(attribute) == "s";
                      });
+}
+
+void addAttributes(const xml::Scanner& scanner, std::initializer_list<Name> names, Pieces& pieces) {
+  for (const Name name : names) {
+    appendUtf8(pieces.units(), valueOf(scanner, name));
+    pieces.end();
+  }
 }
 
 }  // namespace
@@ -92,6 +100,23 @@ void addValues(files::ByteSpan part, const std::string& partName, Pieces& pieces
     }
   }
   pieces.end();
+}
+
+void addVariables(files::ByteSpan part, const std::string& partName, Pieces& pieces) {
+  const std::string_view all(reinterpret_cast<const char*>(part.data()), part.size());
+  if (all.find("docVar") == std::string_view::npos) return;
+  xml::Scanner scanner(part, vocabulary(), partName);
+  for (Token token = scanner.next(); token != Token::finish; token = scanner.next()) {
+    if (opens(token) && nameOf(scanner) == Name::docVar)
+      addAttributes(scanner, {Name::name, Name::val}, pieces);
+  }
+}
+
+void addPeople(files::ByteSpan part, const std::string& partName, Pieces& pieces) {
+  xml::Scanner scanner(part, vocabulary(), partName);
+  for (Token token = scanner.next(); token != Token::finish; token = scanner.next()) {
+    if (opens(token)) addAttributes(scanner, {Name::personAuthor, Name::userId}, pieces);
+  }
 }
 
 }  // namespace pluvo::docx

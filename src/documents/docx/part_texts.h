@@ -40,5 +40,9 @@ class Pieces {
 void addRuns(files::ByteSpan part, const std::string& partName, Pieces& pieces);
 /// All that is no markup: each element's text, and each attribute's value, is a piece.
 void addValues(files::ByteSpan part, const std::string& partName, Pieces& pieces);
+/// Of a part of settings the names and values of variables.
+void addVariables(files::ByteSpan part, const std::string& partName, Pieces& pieces);
+/// Of a part of people their names, and those under which they are known elsewhere.
+void addPeople(files::ByteSpan part, const std::string& partName, Pieces& pieces);
 
 }  // namespace pluvo::docx

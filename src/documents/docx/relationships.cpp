@@ -15,10 +15,6 @@ std::string_view folderOf(std::string_view part) {
   return slash == std::string_view::npos ? std::string_view() : part.substr(0, slash + 1);
 }
 
-std::string relationshipsOf(std::string_view part) {
-  return std::string(folderOf(part)) + "_rels/" + std::string(lastStep(part)) + ".rels";
-}
-
 int hexDigit(char c) {
   if (c >= '0' && c <= '9') return c - '0';
   if (c >= 'a' && c <= 'f') return c - 'a' + 10;
@@ -42,6 +38,10 @@ std::string unescaped(std::string_view target) {
 
 }  // namespace
 
+std::string relationshipPartOf(std::string_view source) {
+  return std::string(folderOf(source)) + "_rels/" + std::string(lastStep(source)) + ".rels";
+}
+
 std::string resolved(std::string_view source, std::string_view target) {
   std::string path = unescaped(target.substr(0, target.find('#')));
   path = path.starts_with('/') ? path.substr(1) : std::string(folderOf(source)) + path;
@@ -63,7 +63,7 @@ std::string resolved(std::string_view source, std::string_view target) {
 
 std::vector<Relationship> relationshipsIn(const archive::Archive& archive, std::string_view source) {
   std::vector<Relationship> result;
-  const archive::Member* const member = archive.find(relationshipsOf(source));
+  const archive::Member* const member = archive.find(relationshipPartOf(source));
   if (member == nullptr) return result;
   forEachInRoot(archive, *member, Name::relationship, [&](const xml::Scanner& scanner) {
     if (valueOf(scanner, Name::targetMode) == "External") return;

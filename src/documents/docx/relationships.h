@@ -20,6 +20,9 @@ struct Relationship {
 /// Those of a part, or, of no part (""), of the package; without those that lead out of the package.
 std::vector<Relationship> relationshipsIn(const archive::Archive& archive, std::string_view source);
 
+/// The part in which they stand.
+std::string relationshipPartOf(std::string_view source);
+
 /// A relationship's target as the name of a part.
 std::string resolved(std::string_view source, std::string_view target);
 
