@@ -242,8 +242,9 @@ def told(path, begin, case, words):
     result = {}
     for line in run.stdout.decode("utf-8", "surrogatepass").splitlines():
         record = json.loads(line)
-        for key in ("elsewhere", "unreached"):
-            result.update(record.get(key, {}))
+        if "file" in record:
+            result.update(record.get("elsewhere", {}))
+            result.update(record.get("unreached", {}))
     return result
 
 
