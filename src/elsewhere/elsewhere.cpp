@@ -6,6 +6,7 @@
 #include "unshown.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace pluvo::elsewhere {
 
@@ -26,21 +27,31 @@ Elsewhere& Elsewhere::operator+=(const Elsewhere& other) {
 
 namespace {
 
-/// Looks through each text as it is told.
+struct Sought {
+  explicit Sought(const engine::Request& sought) : request(sought), beginning(sought) {}
+
+  const engine::Request& request;
+  Beginning beginning;
+};
+
+/// Looks through each text as it is told, for one request after the other.
 class Looker : public formats::OtherTexts {
  public:
-  Looker(const engine::Request& request, const Beginning& beginning, Elsewhere& found)
-      : request_(request), beginning_(beginning), found_(found) {}
+  Looker(const std::vector<Sought>& all, Elsewhere& found) : all_(all), found_(found) {}
 
   void story(formats::Story kind, model::Content content) override {
-    const bool hasBlocks = beginning_.standsIn(content, request_.showFieldCodes);
-    if (!hasBlocks && !hasUnshown(content.visibility)) return;
-    const auto document = memory::MemoryDocument::create(std::move(content));
-    countUnshown(document->model(), beginning_, request_.showFieldCodes, found_);
-    if (hasBlocks) found_.stories[static_cast<std::size_t>(kind)] += countBlocks(document, request_);
+    const bool unshown = hasUnshown(content.visibility);
+    for (const Sought& each : all_) {
+      const bool hasBlocks = each.beginning.standsIn(content, each.request.showFieldCodes);
+      if (!hasBlocks && !unshown) continue;
+      const auto document = memory::MemoryDocument::create(content);
+      countUnshown(document->model(), each.beginning, each.request.showFieldCodes, found_);
+      if (hasBlocks) found_.stories[static_cast<std::size_t>(kind)] += countBlocks(document, each.request);
+    }
   }
   void unreached(formats::Unreached kind, std::u16string_view text) override {
-    found_.unreached[static_cast<std::size_t>(kind)] += beginning_.countIn(text);
+    for (const Sought& each : all_)
+      found_.unreached[static_cast<std::size_t>(kind)] += each.beginning.countIn(text);
   }
   void notLookedInto(formats::Opaque kind) override {
     found_.notLookedInto[static_cast<std::size_t>(kind)] = true;
@@ -50,20 +61,23 @@ class Looker : public formats::OtherTexts {
   }
 
  private:
-  const engine::Request& request_;
-  const Beginning& beginning_;
+  const std::vector<Sought>& all_;
   Elsewhere& found_;
 };
 
 }  // namespace
 
 Elsewhere lookElsewhere(const formats::Source& source, const model::Model& main,
-                        const engine::Request& request) {
+                        std::span<const engine::Request> requests) {
   Elsewhere found;
-  const Beginning beginning(request);
-  if (beginning.empty()) return found;
-  countUnshown(main, beginning, request.showFieldCodes, found);
-  Looker looker(request, beginning, found);
+  std::vector<Sought> all;
+  for (const engine::Request& request : requests) {
+    Sought sought(request);
+    if (!sought.beginning.empty()) all.push_back(std::move(sought));
+  }
+  if (all.empty()) return found;
+  for (const Sought& each : all) countUnshown(main, each.beginning, each.request.showFieldCodes, found);
+  Looker looker(all, found);
   source.tellOtherTexts(main, looker);
   return found;
 }

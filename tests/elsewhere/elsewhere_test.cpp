@@ -39,7 +39,7 @@ engine::Request requestFor(std::u16string begin) {
 const engine::Request kSecret = requestFor(u"SECRET");
 
 std::string look(const docx::Opened& document, const engine::Request& request = kSecret) {
-  return told(lookElsewhere(*document.source, document.model, request));
+  return told(lookElsewhere(*document.source, document.model, {&request, 1}));
 }
 std::string look(const std::string& body, Parts parts = {}, const engine::Request& request = kSecret) {
   return look(docx::open(docx::documentOf(body, std::move(parts))), request);

@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -41,9 +42,10 @@ std::string_view wordsOf(formats::Story kind);
 std::string_view wordsOf(formats::Unreached kind);
 std::string_view wordsOf(formats::Opaque kind);
 
-/// Looks for the request's blocks and its beginning. Called after the pass and before saving, over the model
-/// as the pass left it: what the pass deleted does not count, nor does what it wrote.
+/// Looks for the blocks and the beginnings of requests, which are counted together. Called after the passes
+/// and before saving, over the model as they left it: what they deleted does not count, nor does what they
+/// wrote.
 Elsewhere lookElsewhere(const formats::Source& source, const model::Model& main,
-                        const engine::Request& request);
+                        std::span<const engine::Request> requests);
 
 }  // namespace pluvo::elsewhere
