@@ -1,6 +1,7 @@
 #include "parse.h"
 
 #include "base/suggest.h"
+#include "saved/toml_text.h"
 #include "usage_error.h"
 
 #include <getopt.h>
@@ -98,6 +99,14 @@ void takeSavedCommand(TypedCommandLine& line) {
         "A saved request names no documents; they follow when it is run: pluvo run FILE DOCUMENT...");
 }
 
+/// A saved request is what is done to documents; all else is said where it is run.
+void refuseNotKept(const Option& option) {
+  const bool isKept = isPartOfRequest(option) || namesTextFile(option);
+  if (isKept || (option.commands & setOf(Command::save)) != 0) return;
+  throw UsageError(longName(option) +
+                   " is not kept with a request; give it when the file is run: pluvo run FILE DOCUMENT...");
+}
+
 /// What getopt makes of the arguments: options in the order they were typed, and the rest.
 class Scanner {
  public:
@@ -169,7 +178,10 @@ TypedCommandLine parse(const std::vector<std::string>& arguments) {
   }
   line.command = commandOf(first);
   if (line.command == Command::save && line.paths.size() >= 2) takeSavedCommand(line);
-  for (const Option* option : seen) refuseWrongCommand(*option, *line.command);
+  for (const Option* option : seen) {
+    refuseWrongCommand(*option, *line.command);
+    if (line.saveTo) refuseNotKept(*option);
+  }
   return line;
 }
 
