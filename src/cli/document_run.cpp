@@ -8,12 +8,14 @@
 #include "memory/application.h"
 #include "message_policy.h"
 #include "multifile/file_driver.h"
+#include "not_reached.h"
 #include "pass_watcher.h"
 #include "prompt_answers.h"
 #include "run_opener.h"
 
 #include <memory>
 #include <utility>
+#include <vector>
 
 namespace pluvo::cli {
 
@@ -89,6 +91,7 @@ class DocumentRun {
       pass(request);
       if (outcome_.failure || boxes_.stopped()) break;
     }
+    if (tellsNotReached(around_.plan)) lookElsewhere();
     settle();
     engine_.MultiPLUVO_CloseFile();
   }
@@ -116,6 +119,22 @@ class DocumentRun {
       outcome_.failure = unexplained();
     }
     report_.forget();
+  }
+
+  /// What all requests together did not reach, also of a document in which something failed: it was read.
+  /// What goes wrong meanwhile is told, and keeps nothing from being saved.
+  void lookElsewhere() {
+    const store::StoredDocument& stored = opener_->file()->stored();
+    std::vector<engine::Request> requests;
+    for (const Request& request : around_.plan.requests) {
+      handOver(request, false, engine_);
+      requests.push_back(engine_.request());
+    }
+    Outcome looking;
+    const bool looked = recordingFailure(looking, [&] {
+      outcome_.elsewhere = elsewhere::lookElsewhere(stored.source(), stored.document()->model(), requests);
+    });
+    if (!looked) outcome_.elsewhere.damaged.push_back({"other parts", looking.failure->message});
   }
 
   /// Behind the last pass and before the document is closed, which saves it.

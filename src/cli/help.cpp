@@ -21,7 +21,8 @@ constexpr std::string_view kOverallExamples =
     "  pluvo replace -b 'Smith & Sons' -t 'Smith & Daughters Ltd' -r contracts/ --report changes.html\n";
 
 constexpr std::string_view kExitStatus =
-    "  0 blocks were found   1 none   2 something failed, whatever else succeeded\n";
+    "  0 blocks were found   1 none   2 something failed, whatever else succeeded, or with\n"
+    "  --strict was not reached\n";
 constexpr std::string_view kUndoExitStatus =
     "  0 taken back, or runs to show   1 nothing to do   2 something failed, whatever else succeeded\n";
 constexpr std::string_view kSaveExitStatus = "  0 saved   2 not saved\n";

@@ -1,4 +1,5 @@
 #include "base/json.h"
+#include "not_reached.h"
 #include "printer.h"
 
 namespace pluvo::cli {
@@ -24,14 +25,14 @@ class JsonPrinter : public Printer {
       line += "null";
     }
     line += ",\"encoding\":" + (outcome.encoding.empty() ? "null" : base::jsonQuoted(outcome.encoding));
-    writeOut(line + "}\n");
+    writeOut(line + notReachedInJson(outcome.elsewhere) + "}\n");
   }
 
   void end(const Totals& totals) override {
     writeOut("{\"summary\":{\"files\":" + std::to_string(totals.files) + field("found", totals.found) +
              field("operated", totals.operated) + field("skipped", totals.skipped) +
              field("changed", totals.changed) + field("failed", totals.failed) +
-             field("left_out", totals.leftOut) + "}}\n");
+             field("left_out", totals.leftOut) + notReachedInJson(totals) + "}}\n");
   }
 };
 

@@ -153,6 +153,11 @@ const std::vector<Option>& options() {
       {0, "no-journal", Takes::nothing, "", kSafety, kChangingCommands,
        "do not keep the originals for 'pluvo undo'", raise<&T::noJournal>},
 
+      {0, "strict", Takes::nothing, "", kOutput, kRunCommands,
+       "fail where blocks stand outside the main text, as in\nheaders and notes, where what they begin with "
+       "stands\n"
+       "where no request reaches, or where a part cannot be\nread; documents are saved all the same",
+       raise<&T::strict>},
       {0, "report", Takes::value, "FILE", kOutput, kRunCommands,
        "write a report of documents and blocks into FILE,\nby its name a page (.html), a table (.csv) "
        "or\n.json; a file that is there is replaced if it is\nempty or an earlier report",

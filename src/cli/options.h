@@ -42,6 +42,7 @@ struct TypedOptions {
   bool null = false;
   bool noJournal = false;
   bool overwriteReport = false;
+  bool strict = false;
   bool list = false;
   bool json = false;
   bool quiet = false;

@@ -1,5 +1,7 @@
 #include "outcome.h"
 
+#include "elsewhere/words.h"
+
 namespace pluvo::cli {
 
 void Totals::add(const Outcome& outcome) {
@@ -10,6 +12,8 @@ void Totals::add(const Outcome& outcome) {
   tooFar += outcome.tooFar;
   if (outcome.changed && !outcome.failure) ++changed;
   if (outcome.failure && outcome.failure->problem != files::Problem::temporary) ++failed;
+  elsewhere += outcome.elsewhere;
+  if (needsCare(outcome.elsewhere)) ++notReached;
 }
 
 }  // namespace pluvo::cli

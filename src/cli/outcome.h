@@ -1,5 +1,6 @@
 #pragma once
 
+#include "elsewhere/elsewhere.h"
 #include "excerpt.h"
 #include "files/problem.h"
 #include "files/saving.h"
@@ -29,8 +30,9 @@ struct Outcome {
   std::string savedAs;  ///< the new document with --output, else empty
   std::string backup;   ///< where the original is kept, else empty
   files::NotKept notKept = {};
-  std::string encoding;  ///< by which a plain text was read, else empty
-  bool guessed = false;  ///< the encoding was told from how the text reads
+  std::string encoding;            ///< by which a plain text was read, else empty
+  bool guessed = false;            ///< the encoding was told from how the text reads
+  elsewhere::Elsewhere elsewhere;  ///< what the requests did not reach, all of them together
   std::optional<Failure> failure;
 
   /// What of the operations is in a saved document, or would be after a dry run.
@@ -48,6 +50,8 @@ struct Totals {
   std::int64_t failed = 0;   ///< but for temporary files, which are skipped
   std::int64_t leftOut = 0;  ///< files and folders that were found and not taken
   std::int64_t links = 0;    ///< among them
+  elsewhere::Elsewhere elsewhere;
+  std::int64_t notReached = 0;  ///< documents that it is about
 
   void add(const Outcome& outcome);
 };

@@ -110,6 +110,7 @@ Plan planFrom(const TypedCommandLine& line) {
   plan.overwriteReport = line.options.overwriteReport;
   if (plan.overwriteReport && !plan.report)
     throw UsageError("--overwrite-report goes with --report; name the file there.", "--overwrite-report");
+  plan.strict = line.options.strict;
   plan.json = line.options.json;
   plan.quiet = line.options.quiet;
   plan.selection = selectionFrom(line.options, std::move(paths));

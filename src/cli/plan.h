@@ -32,6 +32,7 @@ struct Plan {
 
   std::optional<std::string> report;
   bool overwriteReport = false;
+  bool strict = false;
   bool json = false;
   bool quiet = false;
   ProgressLine progress = ProgressLine::automatic;

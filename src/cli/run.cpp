@@ -3,6 +3,7 @@
 #include "base/shown.h"
 #include "document_run.h"
 #include "interrupt.h"
+#include "not_reached.h"
 #include "printer.h"
 #include "progress.h"
 #include "report/report.h"
@@ -153,12 +154,13 @@ class Run {
     const bool isTold = told();
     if (recorder_ && recorder_->notKept() > 0) sayNotKept();
     if (totals_.found == 0 && totals_.tooFar > 0) suggestWholeDocument();
+    if (totals_.notReached > 0) sayNotReached(plan_, totals_, listing_.documents.front().path);
     if (Interrupt::requested()) {
       leaveTheRest("Interrupted");
       return kFailed;
     }
     if (isCutShort() && plan_.selection.several()) leaveTheRest("Stopped");
-    if (totals_.failed > 0 || !isTold) return kFailed;
+    if (totals_.failed > 0 || !isTold || failsStrictly(plan_, totals_)) return kFailed;
     return totals_.found > 0 ? kFound : kNoneFound;
   }
 

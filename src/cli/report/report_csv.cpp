@@ -1,3 +1,4 @@
+#include "elsewhere/words.h"
 #include "report/report_file.h"
 #include "report/report_kinds.h"
 
@@ -28,6 +29,11 @@ std::string row(std::initializer_list<std::string> fields) {
   return line + "\r\n";
 }
 
+std::string notReached(const elsewhere::Elsewhere& found) {
+  const std::string damage = damageInWords(found);
+  return inWords(found) + (damage.empty() ? damage : ". " + damage);
+}
+
 class CsvReport final : public Printer {
  public:
   explicit CsvReport(const ReportPlace& place) : file_(place) {}
@@ -40,10 +46,10 @@ class CsvReport final : public Printer {
                               : block.skipped ? "skipped"
                               : block.after   ? "changed"
                                               : "found";
-    file_.addLater(
-        row({field("block"), field(path), field(state), "", "", "", std::to_string(block.paragraph),
-             field(block.before.lead), field(block.before.piece),
-             block.after ? field(block.after->piece) : "", field(block.before.trail), field(message), ""}));
+    file_.addLater(row({field("block"), field(path), field(state), "", "", "",
+                        std::to_string(block.paragraph), field(block.before.lead), field(block.before.piece),
+                        block.after ? field(block.after->piece) : "", field(block.before.trail),
+                        field(message), "", "", ""}));
   }
 
   void document(const Outcome& outcome) override {
@@ -57,16 +63,17 @@ class CsvReport final : public Printer {
     }
     file_.addLater(row({field("document"), field(outcome.path), field(state), std::to_string(outcome.found),
                         std::to_string(outcome.operated), std::to_string(outcome.skipped), "", "", "", "", "",
-                        field(message), field(outcome.encoding)}));
+                        field(message), field(outcome.encoding), field(notReached(outcome.elsewhere)),
+                        field(notLookedIntoInWords(outcome.elsewhere))}));
   }
 
   void leftOut(const LeftOut& leftOut) override {
     file_.addLater(row({field("not taken"), field(leftOut.path), field(leftOut.reason), "", "", "", "", "",
-                        "", "", "", "", ""}));
+                        "", "", "", "", "", "", ""}));
   }
 
   void end(const Totals& /*totals*/) override {
-    file_.finish(std::string(kCsvMark) + "message,encoding\r\n", "");
+    file_.finish(std::string(kCsvMark) + "message,encoding,not reached,not looked into\r\n", "");
   }
 
  private:

@@ -1,4 +1,7 @@
 #include "base/shown.h"
+#include "elsewhere/words.h"
+#include "report/html_text.h"
+#include "report/not_reached_section.h"
 #include "report/report_file.h"
 #include "report/report_kinds.h"
 #include "report/report_page.h"
@@ -7,40 +10,6 @@
 
 namespace pluvo::cli {
 namespace {
-
-/// Text for a page; bytes that are no UTF-8 become U+FFFD.
-std::string escaped(std::string_view bytes) {
-  std::string out;
-  out.reserve(bytes.size());
-  std::size_t sound = base::wellFormedLength(bytes);
-  for (std::size_t i = 0; i < bytes.size(); ++i) {
-    if (i >= sound) {
-      const std::size_t more = base::wellFormedLength(bytes.substr(i));
-      if (more == 0) {
-        out += "\xEF\xBF\xBD";
-        continue;
-      }
-      sound = i + more;
-    }
-    switch (bytes[i]) {
-      case '&':
-        out += "&amp;";
-        break;
-      case '<':
-        out += "&lt;";
-        break;
-      case '>':
-        out += "&gt;";
-        break;
-      case '"':
-        out += "&quot;";
-        break;
-      default:
-        out += static_cast<unsigned char>(bytes[i]) < 0x20 ? ' ' : bytes[i];
-    }
-  }
-  return out;
-}
 
 std::string cell(std::string_view name, std::int64_t number) {
   return "<td class=\"n\" data-name=\"" + std::string(name) + "\">" + std::to_string(number) + "</td>";
@@ -74,6 +43,7 @@ class HtmlReport final : public Printer {
 
   void document(const Outcome& outcome) override {
     row(outcome);
+    notReached_.add(outcome);
     if (!items_.empty()) {
       file_.addLater("<details><summary>" + escaped(base::shown(outcome.path)) + " <span class=\"soft\">" +
                      std::to_string(outcome.found) + (outcome.found == 1 ? " block" : " blocks") +
@@ -98,12 +68,15 @@ class HtmlReport final : public Printer {
     beginning += "<dl class=\"totals\">" + total("Documents", totals.files) +
                  total("Blocks found", totals.found) + total("Operated on", totals.operated) +
                  total("Skipped", totals.skipped) + total("Documents changed", totals.changed) +
-                 total("Failed", totals.failed) + total("Left out", totals.leftOut) + "</dl>\n";
+                 total("Failed", totals.failed) + total("Left out", totals.leftOut) +
+                 total("Not reached", blocksIn(totals.elsewhere) + occurrencesIn(totals.elsewhere)) +
+                 "</dl>\n";
     beginning += table("Documents not processed", failures_, "<th>Reason</th><th>What to do</th>");
     beginning +=
         table("Documents", rows_,
               "<th class=\"n\">Found</th><th class=\"n\">Operated on</th><th class=\"n\">Skipped</th>"
-              "<th>Saved</th><th>Encoding</th>");
+              "<th class=\"n\">Not reached</th><th>Saved</th><th>Encoding</th>");
+    beginning += notReached_.html();
     beginning +=
         "<h2>Blocks</h2>\n<nav aria-label=\"Blocks\"><label for=\"filter\">Show documents named</label>"
         "<input id=\"filter\" type=\"search\"><span id=\"shown\" role=\"status\"></span>"
@@ -128,7 +101,9 @@ class HtmlReport final : public Printer {
     if (!outcome.backup.empty()) saved += ", original kept as " + escaped(base::shown(outcome.backup));
     if (outcome.refused > 0) saved += ", " + std::to_string(outcome.refused) + " refused";
     rows_ += name + cell("Found", outcome.found) + cell("Operated on", outcome.operated) +
-             cell("Skipped", outcome.skipped) + "<td data-name=\"Saved\">" + saved +
+             cell("Skipped", outcome.skipped) +
+             cell("Not reached", blocksIn(outcome.elsewhere) + occurrencesIn(outcome.elsewhere)) +
+             "<td data-name=\"Saved\">" + saved +
              (outcome.encoding.empty() ? "</td><td>" : "</td><td data-name=\"Encoding\">") +
              escaped(outcome.encoding) + "</td></tr>\n";
   }
@@ -145,6 +120,7 @@ class HtmlReport final : public Printer {
   std::string rows_;
   std::string failures_;
   std::string notTaken_;
+  NotReachedSection notReached_;
 };
 
 }  // namespace

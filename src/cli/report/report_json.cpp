@@ -1,4 +1,5 @@
 #include "base/json.h"
+#include "not_reached.h"
 #include "report/report_file.h"
 #include "report/report_kinds.h"
 
@@ -51,7 +52,8 @@ class JsonReport final : public Printer {
         member("saved", outcome.saved ? "true" : "false") + "," +
         member("savedAs", base::jsonQuoted(outcome.savedAs)) + "," +
         member("backup", base::jsonQuoted(outcome.backup)) + "," + member("error", error) + "," +
-        member("encoding", outcome.encoding.empty() ? "null" : base::jsonQuoted(outcome.encoding)) + "}");
+        member("encoding", outcome.encoding.empty() ? "null" : base::jsonQuoted(outcome.encoding)) +
+        notReachedInJson(outcome.elsewhere) + notLookedIntoInJson(outcome.elsewhere) + "}");
     inDocument_ = false;
   }
 
@@ -71,7 +73,7 @@ class JsonReport final : public Printer {
             member("skipped", std::to_string(totals.skipped)) + "," +
             member("changed", std::to_string(totals.changed)) + "," +
             member("failed", std::to_string(totals.failed)) + "," +
-            member("left_out", std::to_string(totals.leftOut)) + "}}\n");
+            member("left_out", std::to_string(totals.leftOut)) + notReachedInJson(totals) + "}}\n");
   }
 
  private:
