@@ -47,6 +47,7 @@ Dialog::Dialog(const std::shared_ptr<memory::MemoryApplication>& application, Wo
                 engine_ = &engine;
               },
           .filesChosen = place_.filesChosen,
+          .notReached = place_.notReached,
           .showDocument = place_.showDocument,
       }) {
   application->defaultFilePath(word::wdDocumentsPath, places.documents);

@@ -26,6 +26,8 @@ struct DialogPlace {
   /// A run over these files is about to begin; takes out those that are not to be worked on. Whether it
   /// begins.
   std::function<bool(std::vector<std::u16string>& files)> filesChosen;
+  /// What the run that has just ended did not reach, in a sentence.
+  std::function<std::u16string()> notReached;
   /// Shows a document of the program's own, by its path. Throws Fault.
   std::function<void(const std::u16string& path)> showDocument;
   /// Has the user choose a folder, beginning at this one; empty where none was chosen.

@@ -44,7 +44,7 @@ MainWindow::MainWindow(const Places& places, Choosers choosers)
   watch_.begun = [this] {
     // The window was closed in the pause before the run: no file is changed.
     while (closeWanted_ && working_.underWay() && working_.cancels() < 2) working_.cancel();
-    if (OpenDocument* document = find(*application_->active())) document->passBegins();
+    passBegins();
   };
   watch_.goesOnAfterRefusal = [this] { return goesOnAfterRefusal(); };
   watch_.takeBack = [this] {
@@ -56,6 +56,7 @@ MainWindow::MainWindow(const Places& places, Choosers choosers)
       DialogPlace{.window = *this,
                   .container = *panel_,
                   .filesChosen = [this](auto& files) { return filesChosen(files); },
+                  .notReached = [this] { return notReached(); },
                   .showDocument = [this](const auto& path) { showHelp(path); },
                   .chooseFolder =
                       [this](const auto& folder) {

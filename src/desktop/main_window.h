@@ -4,6 +4,7 @@
 #include "dialog.h"
 #include "help_window.h"
 #include "memory/application.h"
+#include "not_reached.h"
 #include "open_document.h"
 #include "pass_watch.h"
 #include "places.h"
@@ -61,6 +62,7 @@ class MainWindow final : public QMainWindow, private memory::ApplicationObserver
   // memory::ApplicationObserver
   void opened(const memory::OpenedFile& file) override;
   void activated(const std::shared_ptr<memory::MemoryDocument>& document) override;
+  void leaving(const memory::MemoryDocument& document) override;
   bool keeps(const memory::MemoryDocument& document) override;
   void closing(const std::shared_ptr<memory::MemoryDocument>& document) override;
 
@@ -89,7 +91,9 @@ class MainWindow final : public QMainWindow, private memory::ApplicationObserver
   enum class AboutUnsaved { save, leaveOut, stop };
   bool filesChosen(std::vector<std::u16string>& files);
   AboutUnsaved askAboutUnsaved(const std::vector<OpenDocument*>& unsaved);
+  void passBegins();
   void leftByRun(const OpenDocument& document);
+  std::u16string notReached();
   void undo();
   void redo();
 
@@ -125,6 +129,7 @@ class MainWindow final : public QMainWindow, private memory::ApplicationObserver
 
   Working working_;
   PassWatch watch_{working_};
+  NotReached notReached_{working_};
   Choosers choosers_;
   std::u16string component_;
   std::shared_ptr<store::StoreOpener> opener_;

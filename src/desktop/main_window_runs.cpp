@@ -9,6 +9,26 @@
 /// Runs over files, and the documents that the user has open meanwhile.
 namespace pluvo::desktop {
 
+void MainWindow::passBegins() {
+  const auto document = application_->active();
+  if (OpenDocument* const open = find(*document)) open->passBegins();
+  notReached_.passBegins(document, watch_.request());
+}
+
+/// A run over files closes a document: it is looked through before it is saved.
+void MainWindow::leaving(const memory::MemoryDocument& document) {
+  const OpenDocument* const open = find(document);
+  if (open != nullptr && notReached_.awaits(document)) notReached_.look(*open);
+}
+
+/// The run has ended; its last document is open where it was the only one, or was given up half-way.
+std::u16string MainWindow::notReached() {
+  const auto last = notReached_.awaited();
+  const OpenDocument* const open = last != nullptr ? find(*last) : nullptr;
+  if (open != nullptr) notReached_.look(*open);
+  return notReached_.takeWords();
+}
+
 /// What is half done in a document is neither saved by a run nor lost: the user decides before it begins.
 /// Whether it begins.
 bool MainWindow::filesChosen(std::vector<std::u16string>& files) {

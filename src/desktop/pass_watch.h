@@ -19,6 +19,8 @@ class PassWatch final : public engine::PassObserver {
   void engine(const dialog::clsProcessFind* engine) { engine_ = engine; }
   /// Whether the last run was one over files.
   bool runsOverFiles() const { return engine_ != nullptr && engine_->MultiFileRun(); }
+  /// What the pass that began last looks for; the engine must be there.
+  const engine::Request& request() const { return engine_->request(); }
   /// A pass begins over the active document.
   std::function<void()> begun = [] {};
   /// An operation was refused, which the user has been told; whether the pass goes on all the same. Asked

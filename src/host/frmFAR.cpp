@@ -63,7 +63,7 @@ struct frmFAR::Pages {
         options(form, form.context_, dataFolder),
         links(form, *form.engine_, form.surroundings_.launcher,
               {form.surroundings_.componentFolder, form.surroundings_.showDocument}),
-        status(form, *form.folders_, execution, options) {}
+        status(form, *form.folders_, execution, options, form.surroundings_.notReached) {}
 
   findpanel::Choices choices;
   findpanel::TextBoxes textBoxes;

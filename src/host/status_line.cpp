@@ -33,8 +33,8 @@ bool hasDocument(findpanel::Execution& execution) {
 }  // namespace
 
 StatusLine::StatusLine(forms::Form& form, multifile::Folders& folders, findpanel::Execution& execution,
-                       options::OptionsFile& options)
-    : form_(form), folders_(folders), execution_(execution) {
+                       options::OptionsFile& options, NotReached notReached)
+    : form_(form), folders_(folders), execution_(execution), notReached_(std::move(notReached)) {
   form.get<forms::TextBox>(kPath).Change.handledBy([this] { tellOverWhat(); });
   auto& list = form.get<forms::ListBox>(kList);
   list.changed.handledBy([this, &list] {
@@ -45,11 +45,17 @@ StatusLine::StatusLine(forms::Form& form, multifile::Folders& folders, findpanel
     if (list.ListCount() == 0) tellWhereNothingWasFound();
   });
   form.get<forms::CommandButton>(u"cmdExecuteFAR").Click.handledBy([this] {
-    if (execution_.confirming()) return;
-    tellOverWhat();
+    confirms_ = execution_.confirming();
+    // What was told of the run before is over; of files there is the one at hand.
+    if (confirms_ && path().empty()) tellOverWhat();
+    if (confirms_) return;
+    tellOfRun();
     if (execution_.FilesToProcess().empty()) tellWhereNothingWasFound();
   });
-  execution.Confirmed.handledBy([this] { tellOverWhat(); });
+  // Where nothing awaited a decision, Execute has not returned yet, and tells of the run itself.
+  execution.Confirmed.handledBy([this] {
+    if (std::exchange(confirms_, false)) tellOfRun();
+  });
   form.Activated.handledBy([this] { documentsChanged(); });
   options.Saved.handledBy([this] { form_.StatusText(u"Options saved"); });
   tellOverWhat();
@@ -79,6 +85,12 @@ std::u16string StatusLine::overWhat() const {
   if (listed_ == 0) return u"Execute runs over the files in " + lastName(path());
   return u"Execute runs over " + base::decimal(static_cast<std::int64_t>(listed_)) +
          (listed_ == 1 ? u" file in " : u" files in ") + lastName(path());
+}
+
+void StatusLine::tellOfRun() {
+  const std::u16string notReached = notReached_();
+  if (notReached.empty()) return tellOverWhat();
+  form_.StatusText(notReached);
 }
 
 void StatusLine::tellWhereNothingWasFound() {

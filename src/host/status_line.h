@@ -5,17 +5,21 @@
 #include "multifile/folders.h"
 #include "options/options_file.h"
 
+#include <functional>
 #include <string>
 
 namespace pluvo::host {
 
-/// The dialog's status line: over what Execute would run, or what has come of the last search or save until
-/// the user goes on.
+/// The dialog's status line: over what Execute would run, or what has come of the last run, search or save
+/// until the user goes on.
 class StatusLine {
  public:
+  /// What the last run did not reach; see Surroundings.
+  using NotReached = std::function<std::u16string()>;
+
   /// All outlive it, and have their handlers already.
   StatusLine(forms::Form& form, multifile::Folders& folders, findpanel::Execution& execution,
-             options::OptionsFile& options);
+             options::OptionsFile& options, NotReached notReached);
 
   /// A document was opened or closed.
   void documentsChanged();
@@ -26,14 +30,18 @@ class StatusLine {
  private:
   void tellOverWhat();
   std::u16string overWhat() const;
+  void tellOfRun();
   void tellWhereNothingWasFound();
   const std::u16string& path() const;
 
   forms::Form& form_;
   multifile::Folders& folders_;
   findpanel::Execution& execution_;
+  NotReached notReached_;
   std::size_t listed_ = 0;
   std::u16string toldOverWhat_;
+  /// Execute has returned, and blocks are decided upon.
+  bool confirms_ = false;
 };
 
 }  // namespace pluvo::host

@@ -288,6 +288,43 @@ TEST_F(UsedWindow, ShowsTheFilesThatAreConfirmed) {
   });
 }
 
+/// Confirmed or not, over one document or many.
+TEST_F(UsedWindow, TellsWhatWasNotReached) {
+  for (const char* name : {"a.docx", "b.docx"})
+    scratch.put(name, docx(docx::wml("{[a SECRET]}{[<vanish/>|SECRET]}")));
+  scratch.put("c.docx", docx(docx::wml("{[a SECRET]}")));
+  const std::string rest = "Requests work in main text alone; see to the rest in a word processor.";
+  const std::string one = "a.docx: not reached: the beginning occurs in hidden text (1). " + rest;
+  const std::string many =
+      "Not reached in 2 of 3 documents (a.docx, b.docx): the beginning occurs in hidden text (2). " + rest;
+  use([&] {
+    const auto status = [&] { return control<QLabel>("status").text().toStdString(); };
+    ask("SECRET", "Highlight");
+    tick("chkQuiteMode");
+    open(scratch.path("a.docx"));
+    for (const std::string& told : {one, many}) {
+      tick("chkConfirmEach", false);
+      execute();
+      settle();
+      EXPECT_EQ(status(), told);
+      tick("chkConfirmEach");
+      execute();
+      EXPECT_NE(status(), told);
+      while (confirmation() != nullptr) decide("cmdSkip");
+      EXPECT_EQ(status(), told);
+      menu("&Undo Last Pass");
+      settle();
+      askOver(scratch.path(""));
+      tick("chkFTtxt", false);
+      tick("chkFTdoc");
+    }
+    type("txtFilePath", "");
+    type("txtBeginText", "nowhere");
+    execute();
+    EXPECT_EQ(status(), "Execute runs over this document");
+  });
+}
+
 TEST_F(UsedWindow, KeepsTheTextWhereItsFileIsGone) {
   use([&] {
     OpenDocument& document = open(scratch.put("a.txt", kMinutes));

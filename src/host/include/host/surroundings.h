@@ -38,6 +38,9 @@ struct Surroundings {
   std::function<void(dialog::clsProcessFind&)> engineMade = [](dialog::clsProcessFind&) {};
   /// A run over these files is about to begin; a program may take some out. Whether it begins.
   std::function<bool(std::vector<std::u16string>& files)> filesChosen = [](auto&) { return true; };
+  /// What the run that has just ended did not reach in its documents: a sentence for the status line, empty
+  /// where there is nothing to tell.
+  std::function<std::u16string()> notReached = [] { return std::u16string(); };
   /// Shows a document that lies beside the program, and throws Fault where it cannot; empty where it is
   /// opened in the word processor, as the active document.
   std::function<void(const std::u16string& path)> showDocument = {};

@@ -18,6 +18,8 @@ class ApplicationObserver {
   virtual void opened(const OpenedFile& /*file*/) {}
   /// It came to the front.
   virtual void activated(const std::shared_ptr<MemoryDocument>& /*document*/) {}
+  /// The engine has done with it and closes it; it is not saved yet.
+  virtual void leaving(const MemoryDocument& /*document*/) {}
   /// Whether a document that the engine has done with, and closes, stays open: the user has it open.
   virtual bool keeps(const MemoryDocument& /*document*/) { return false; }
   /// It still has its text.
@@ -59,6 +61,10 @@ class MemoryApplication : public word::Application {
   /// Closes a document without saving; the one that was in front before comes to the front.
   void close(const std::shared_ptr<MemoryDocument>& document);
   bool isReadOnly(const MemoryDocument& document) const;
+  /// The engine is about to close it.
+  void leaving(const MemoryDocument& document) {
+    if (observer_ != nullptr) observer_->leaving(document);
+  }
   /// Whether it stays open when the engine closes it.
   bool keeps(const MemoryDocument& document) const {
     return observer_ != nullptr && observer_->keeps(document);

@@ -1,0 +1,66 @@
+#include "not_reached.h"
+
+#include "base/text.h"
+#include "base/utf.h"
+#include "elsewhere/words.h"
+#include "errors/context.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace pluvo::desktop {
+
+namespace {
+
+std::u16string number(std::size_t value) { return base::decimal(static_cast<std::int64_t>(value)); }
+
+std::u16string namesInWords(const std::vector<std::u16string>& names) {
+  constexpr std::size_t kMostNamed = 3;
+  std::u16string words;
+  for (std::size_t i = 0; i < std::min(names.size(), kMostNamed); ++i)
+    words += (words.empty() ? u"" : u", ") + names[i];
+  if (names.size() > kMostNamed) words += u" and " + number(names.size() - kMostNamed) + u" more";
+  return words;
+}
+
+}  // namespace
+
+void NotReached::passBegins(const std::shared_ptr<memory::MemoryDocument>& document,
+                            engine::Request request) {
+  document_ = document;
+  request_ = std::move(request);
+}
+
+void NotReached::look(const OpenDocument& document) {
+  document_.reset();
+  ++documents_;
+  const store::StoredDocument& stored = document.file().stored();
+  // Plain text, which alone has an encoding, has nothing elsewhere: no work is shown for it.
+  if (!stored.encoding().empty()) return;
+  elsewhere::Elsewhere found;
+  const formats::Source& source = stored.source();
+  const model::Model& model = document.document()->model();
+  try {
+    working_.run([&] { found = elsewhere::lookElsewhere(source, model, {&request_, 1}); });
+  } catch (...) {
+    found.damaged.push_back({"other parts", base::utf8(errors::faultInFlight().description)});
+  }
+  if (!needsCare(found)) return;
+  found_ += found;
+  names_.push_back(document.document()->Name());
+}
+
+std::u16string NotReached::takeWords() {
+  const std::size_t documents = std::exchange(documents_, 0);
+  const auto found = std::exchange(found_, {});
+  const auto names = std::exchange(names_, {});
+  if (names.empty()) return {};
+  const std::u16string where = documents == 1
+                                   ? names.front() + u": not reached: "
+                                   : u"Not reached in " + number(names.size()) + u" of " + number(documents) +
+                                         u" documents (" + namesInWords(names) + u"): ";
+  return where + base::utf16(elsewhere::inWords(found)) +
+         u". Requests work in main text alone; see to the rest in a word processor.";
+}
+
+}  // namespace pluvo::desktop
