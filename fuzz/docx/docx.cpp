@@ -64,8 +64,8 @@ docx::Parts partsOf(std::string_view data, std::string_view& body) {
 /// Whatever the document is, looking changes nothing: a second look finds the same.
 void lookElsewhere(const docx::Opened& opened, bool fieldCodes) {
   engine::Request request;
-  request.beginBlock = u"e";
-  request.unitsApart = u"0";
+  request.begin = u"e";
+  request.distance = 0;
   request.showFieldCodes = fieldCodes;
   const elsewhere::Elsewhere once = elsewhere::lookElsewhere(*opened.source, opened.model, request);
   const elsewhere::Elsewhere again = elsewhere::lookElsewhere(*opened.source, opened.model, request);

@@ -31,9 +31,9 @@ std::string told(const Elsewhere& found) {
 
 engine::Request requestFor(std::u16string begin) {
   engine::Request request;
-  request.beginBlock = std::move(begin);
-  request.unitsApart = u"0";
-  request.unitsApartType = engine::kEntireDocument;
+  request.begin = std::move(begin);
+  request.distance = 0;
+  request.unit = engine::kEntireDocument;
   return request;
 }
 const engine::Request kSecret = requestFor(u"SECRET");
@@ -286,9 +286,9 @@ TEST(Elsewhere, tellsEachPlaceWithItsCount) {
 
 TEST(Elsewhere, countsAsTheRequestDoes) {
   engine::Request blocks = kSecret;
-  blocks.endBlock = u"end";
-  blocks.unitsApart = u"2";
-  blocks.unitsApartType = engine::kWords;
+  blocks.end = u"end";
+  blocks.distance = 2;
+  blocks.unit = engine::kWords;
   engine::Request codes = kSecret;
   codes.showFieldCodes = true;
   engine::Request exact = kSecret;
