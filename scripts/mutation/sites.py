@@ -46,6 +46,7 @@ class Edit:
     mutants: list
     inner: list = field(default_factory=list)  # (start, end, text): what is replaced within
     names: tuple = ()  # of a variable that is constant no more
+    span: tuple = (0, 0)  # and all of its declaration
     order: int = 0
 
 
@@ -316,3 +317,4 @@ class Finder:
         at = start + found.start()
         source.edit("constant", at, start + found.end(), "", "", [], [(at, start + found.end(), word)],
                     names=(cursor.spelling,))
+        source.edits[-1].span = (start, end)

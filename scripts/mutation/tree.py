@@ -21,6 +21,8 @@ class Tree:
         self.root = root
         cache = Path(os.environ.get("XDG_CACHE_HOME") or Path.home() / ".cache")
         self.folder = cache / "pluvo-mutants" / hashlib.sha256(str(root).encode()).hexdigest()[:8]
+        if self.folder.resolve().is_relative_to("/tmp"):
+            raise SystemExit(f"mutants: tests have a /tmp of their own and would not see {self.folder}; set XDG_CACHE_HOME")
         self.sources = self.folder / "tree"
         self.build = self.folder / "build"
         self.sources.mkdir(parents=True, exist_ok=True)
@@ -122,8 +124,13 @@ class Tree:
             dropped = constants or named or headers or {e for edits in kept.values() for e in edits}
             if not dropped:
                 raise SystemExit("mutants: does not build unchanged either:\n" + "\n".join(output.splitlines()[-30:]))
-        for name in kept:
-            kept[name] = [edit for edit in kept[name] if edit not in dropped]
+        for source in sources:
+            # The compiler tells of the first fault only in what it computes itself: that is left alone altogether.
+            kept[source.name] = [edit for edit in kept[source.name] if edit not in dropped]
+            spans = [e.span for e in source.edits if e.names and e not in kept[source.name]]
+            hit = [span for span in spans if any(span[0] <= e.start < span[1] for e in source.edits if e in dropped)]
+            kept[source.name] = [edit for edit in kept[source.name]
+                                 if not any(a <= edit.start < b for a, b in hit)]
 
     def culprit(self, lines, kept, places, changed):
         constants = {name: edit for edits in kept.values() for edit in edits for name in edit.names}
