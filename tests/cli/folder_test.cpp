@@ -415,6 +415,7 @@ class Unfinished : public ::testing::Test {
     ::setenv("LD_PRELOAD", PLUVO_SIGNAL_AT_CALL, 1);
     ::setenv("PLUVO_SIGNAL", std::to_string(signal).c_str(), 1);
     ::setenv("PLUVO_CALL", std::to_string(call).c_str(), 1);
+    ::signal(signal, SIG_DFL);  // a shell has what it starts behind it ignore some
     const pid_t child = sandbox_.start(arguments);
     ::unsetenv("LD_PRELOAD");
     return sandbox_.wait(child);
@@ -446,7 +447,8 @@ TEST_F(Unfinished, RunsAndUndosThatAreKilledAreTakenBack) {
 
 TEST_F(Unfinished, AnInterruptLeavesAListToGoOnWith) {
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-    const Result result = signalled(wordsOf(kReplace + "-r . -j1"), signal, 60);
+    // A few documents are begun by then, and by no means all.
+    const Result result = signalled(wordsOf(kReplace + "-r . -j1"), signal, 12);
     ASSERT_TRUE(isWhole(stateOf(sandbox_)));
     EXPECT_EQ(result.status, 2) << signal;
     const std::size_t at = result.err.find("--files-from ");

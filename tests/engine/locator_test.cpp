@@ -86,6 +86,8 @@ TEST(Locator, ComparesInFullWhatIsTooLongToFind) {
                {"A\vB¶", {.begin = u"A\n\r\nB"}, "[aA\vBa]¶", "A\vB¶"},
                {"A\v¶B¶", {.begin = u"A\n\r\nB"}, "A\v¶B¶", "[aA\v¶Ba]¶"},
                {"AB¶", {.begin = u"A\nB"}, "[aABa]¶", "AB¶"},
+               {"Ax\vyB¶", {.begin = u"A", .end = u"B", .inside = u"x\vy"}, "[aAx\vyBa]¶"},
+               {"AxyB¶", {.begin = u"A", .end = u"B", .inside = u"x\ny"}, "[aAxyBa]¶", "AxyB¶"},
                {"A1b A2B¶c A3B¶C¶",
                 {.begin = u"A", .end = u"B\rC"},
                 "A1b A2B¶c [aA3B¶Ca]¶",
@@ -113,6 +115,12 @@ TEST(Locator, KeepsItsBoundsOnEndings) {
   const std::string lead = std::string(29, 'x') + " A 1 2 B ";
   const std::string near(10, 'y');
   const std::string far(30, 'y');
+  // An ending that begins or ends there, to the character.
+  for (const auto& [fill, within] : {std::pair{20, true}, {21, false}}) {
+    const std::string gap(static_cast<std::size_t>(fill), 'y');
+    const std::string found = lead + "[aA " + gap + " Ba]¶";
+    expectFound({{lead + "A " + gap + " B¶", asked, within ? found : lead + "A " + gap + " B¶", found}});
+  }
   expectFound({{lead + "A " + near + " B AB¶", asked, lead + "[aA " + near + " Ba] [bABb]¶"},
                {lead + "A " + far + " B AB¶", asked, lead + "A " + far + " B AB¶",
                 lead + "[aA " + far + " Ba] [bABb]¶"}});
@@ -127,6 +135,19 @@ TEST(Locator, ExtendsABlockWithoutEndingToItsWholeBeginning) {
   // An ending that cannot be searched for is held against the end range, which behind the first block has an
   // End.
   expectFound({{"A1 A2¶", {.begin = u"A", .end = u"\rB"}, "[aAa]1 A2¶", "A1 A2¶"}});
+}
+
+TEST(Locator, ExtendsABeginningBy16BitsAtMost) {
+  for (const std::size_t size : {33'022U, 33'023U, 33'100U}) {
+    for (const bool lift : {false, true}) {
+      SCOPED_TRACE(size);
+      Desk desk(std::string(size, 'x') + "¶");
+      desk.pass({.begin = std::u16string(size, u'x'), .liftLimits = lift});
+      const bool fits = lift || size <= 255 + 32'767;
+      EXPECT_EQ(desk.watch.faults, fits ? std::vector<std::string>{} : std::vector<std::string>{"6 cpf:38"});
+      EXPECT_EQ(desk.found().size(), size + (fits ? 6 : 2));
+    }
+  }
 }
 
 TEST(Locator, GoesOnWithinABeginningThatReachesBeyondItsBlock) {

@@ -134,6 +134,13 @@ TEST_F(Reporter, WritesTheRecordBeforeTheBox) {
   EXPECT_NE(folder.get("errors.txt"), "");
 }
 
+TEST(Context, WithoutAReporterLetsTheFaultTravelOn) {
+  Context context;
+  EXPECT_THROW(guarded(context, u"tag", [] { throw outOfMemory(); }), Fault);
+  EXPECT_EQ(context.locationTag, u"tag");
+  EXPECT_EQ(context.currentFault.number, outOfMemory().number);
+}
+
 TEST_F(Reporter, TakesAnyExceptionForAFault) {
   const auto reported = [&](auto exception) {
     guarded(context, u"", [&] { throw exception; });

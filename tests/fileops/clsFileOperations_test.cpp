@@ -31,11 +31,13 @@ class ScriptedActions : public FileActions {
 
   Calls calls;
   std::deque<ErrorCode> results;
+  bool fails = false;
   std::optional<std::u16string> system = u"C:\\System";
 
  private:
   ErrorCode called(const std::u16string& call) {
     calls.push_back(base::utf8(call));
+    if (fails) throw errors::outOfMemory();
     if (results.empty()) return kDone;
     const ErrorCode result = results.front();
     results.pop_front();
@@ -129,15 +131,27 @@ TEST(clsFileOperations, WordsItsMessages) {
   EXPECT_EQ(work.boxes.shown[1].buttons, forms::Buttons::ok);
 }
 
+TEST(clsFileOperations, ReportsAFaultWithItsTag) {
+  ScriptedActions actions;
+  actions.fails = true;
+  Workplace work(actions);
+  work.operations.Copy();
+  work.operations.CreateFolder();
+  work.operations.DeleteFile();
+  work.operations.DeleteFolder();
+  work.operations.RegisterDLL(u"a");
+  work.operations.UnRegisterDLL(u"a");
+  EXPECT_EQ(work.watched.reports, (Calls{"7 cfilop:17", "7 cfilop:18", "7 cfilop:19", "7 cfilop:20",
+                                         "7 cfilop:21", "7 cfilop:22"}));
+}
+
 TEST(clsFileOperations, RegistersAndUnregistersWithTheSystemsTool) {
   ScriptedActions actions;
   Workplace work(actions);
   work.operations.DestinationPath(u"C:\\p");
   work.operations.DestinationFile(u"q.dll");
   work.operations.RegisterDLL(u"");
-  EXPECT_EQ(work.watched.context.locationTag, u"cfilop:21");
   work.operations.UnRegisterDLL(u"D:\\x.dll");
-  EXPECT_EQ(work.watched.context.locationTag, u"cfilop:22");
   EXPECT_EQ(actions.calls, (Calls{"C:\\System\\regsvr32.exe /s \"C:\\p\\q.dll\"",
                                   "C:\\System\\regsvr32.exe /u /s \"D:\\x.dll\""}));
   EXPECT_FALSE(work.operations.Failures());

@@ -119,7 +119,10 @@ TEST_F(Execution, ConfirmsBlockByBlock) {
   type(u"txtTextToEnter", u"b");
   tick(u"chkConfirmEach");
   tick(u"chkQuiteMode");
+  std::vector<int> states;
+  forms.changes = [&](forms::Form&) { states.push_back(dialog().WindowState()); };
   execute();
+  EXPECT_THAT(states, ElementsAre(1)) << "before the block is shown";
   EXPECT_EQ(yielding.yields, 0) << "no notice where each is confirmed";
   EXPECT_EQ(dialog().WindowState(), 1) << "out of the way of the block";
   ASSERT_EQ(forms.beside.size(), 1U);

@@ -158,6 +158,10 @@ TEST(clsDirParsing, ReportsAFaultAndGoesOn) {
       if (folder == u"/r/a/") throw errors::outOfMemory();
       return ScriptedFolders::forEachEntry(folder, visit);
     }
+    std::u16string resolved(const std::u16string& path) override {
+      if (path == u"/s/") throw errors::outOfMemory();
+      return ScriptedFolders::resolved(path);
+    }
   } folders({"/r/a/f.txt", "/r/b/g.txt", "/r/c.txt"});
   errors::WatchedContext watched;
   clsDirParsing scanner(watched.context, folders, u"/");
@@ -167,6 +171,9 @@ TEST(clsDirParsing, ReportsAFaultAndGoesOn) {
   scanner.ProcessItems();
   EXPECT_EQ(watched.reports, (Paths{"7 cdpar:14", "7 cdpar:14"})) << "in the walk, and listing its files";
   EXPECT_EQ(joined(scanner.ProcessedItems()), "/r/c.txt");
+  scanner.RootDirectory(u"/s/");
+  scanner.ProcessItems();
+  EXPECT_EQ(watched.reports.back(), "7 cdpar:13") << "before the walk";
 }
 
 TEST(clsDirParsing, ScansTheMachinesFolders) {

@@ -37,6 +37,7 @@ TEST(clsSorting, SortsByCodesOfUpperCaseLetters) {
     EXPECT_TRUE(sorter.Sorted());
     EXPECT_EQ(sorter.Data(), expected);
   }
+  EXPECT_EQ(watched.context.locationTag, u"csort:07");
 }
 
 }  // namespace

@@ -79,14 +79,16 @@ TEST(MultiPLUVO, UnlocksAndProtectsAgain) {
       "password p, unprotect a p, replaced in a, story a 1, protect a 2 p, close a saving";
   const auto all = [&](const std::string& between) { return "open a, activate a, " + between + done; };
   const std::string wrong = "password x, unprotect a x, box Incorrect Password, ";
-  expectStories(locked,
-                {{all(""), "", "-", {}, {"p"}},
-                 {all(wrong), "n", "-", {}, {"x", "p"}},
-                 {(start + "x, unprotect a x, box Incorrect Password, close a"), "y", "-", {}, {"x"}},
-                 {all("password none, box Skip File?, "), "n", "-", {}, {{}, "p"}},
-                 {(start + "none, box Skip File?, close a"), "y", "-", {}, {{}}},
-                 {(start + "p, unprotect a: 4198"), "", "unprotect a", {4198}, {"p"}, "", "a"},
-                 {(start + "p, unprotect a: 4605"), "", "unprotect a", {4605}, {"p"}, "4605 fpass:04", "a"}});
+  expectStories(
+      locked,
+      {{all(""), "", "-", {}, {"p"}},
+       {all(wrong), "n", "-", {}, {"x", "p"}},
+       {(start + "x, unprotect a x, box Incorrect Password, close a"), "y", "-", {}, {"x"}},
+       {all("password none, box Skip File?, "), "n", "-", {}, {{}, "p"}},
+       {(start + "none, box Skip File?, close a"), "y", "-", {}, {{}}},
+       {"open a, activate a, protection a: 4605", "", "protection a", {0, 4605}, {}, "4605 cpf:46", "a"},
+       {(start + "p, unprotect a: 4198"), "", "unprotect a", {4198}, {"p"}, "", "a"},
+       {(start + "p, unprotect a: 4605"), "", "unprotect a", {4605}, {"p"}, "4605 fpass:04", "a"}});
 }
 
 TEST(MultiPLUVO, GoesOnAsClosingIsAnswered) {

@@ -86,6 +86,34 @@ TEST_F(FilesPage, GoesAsDeepAsChosen) {
   EXPECT_THAT(reported(), ElementsAre("13 FF:06"));
 }
 
+struct MockStepper : dialog::FileStepper {
+  using Engine = dialog::clsProcessFind;
+  using Paths = std::vector<std::u16string>;
+  MOCK_METHOD(Paths, GetFiles, (Engine&, bool, std::int16_t), (override));
+  MOCK_METHOD(void, MultiPLUVO, (Engine&, const Paths&), (override));
+  MOCK_METHOD(bool, MultiPLUVO_OpenNextFile, (Engine&, const Paths&, std::int32_t&), (override));
+  MOCK_METHOD(void, MultiPLUVO_CloseFile, (Engine&), (override));
+  MOCK_METHOD(std::u16string, BrowseForFolder, (Engine&, const std::u16string&), (override));
+  MOCK_METHOD(std::shared_ptr<word::Document>, currentDocument, (), (override));
+};
+
+TEST_F(FilesPage, TakesAllLevelsForAsManyAsCanBe) {
+  const auto stepper = std::make_shared<testing::StrictMock<MockStepper>>();
+  dialog::clsProcessFind* engine = nullptr;
+  Surroundings watched = surroundings();
+  watched.engineMade = [&](dialog::clsProcessFind& made) { engine = &made; };
+  restart(watched);
+  open();
+  engine->stepper(stepper);
+  type(u"txtFilePath", u"/d");
+  for (const auto& [text, levels] : {std::pair(u"All", std::int16_t{32000}), {u"9", std::int16_t{9}}}) {
+    choose(u"cboxLevelsDeep", text);
+    EXPECT_CALL(*stepper, GetFiles(testing::_, false, levels))
+        .WillOnce(testing::Return(MockStepper::Paths{u""}));
+    listed();
+  }
+}
+
 TEST_F(FilesPage, ShowsThatItSearches) {
   std::vector<std::u16string> seen;
   forms.painted = [&](forms::Form&) {
@@ -143,7 +171,9 @@ TEST_F(FilesPage, BrowsesForAFolder) {
 }
 
 TEST(Picker, FollowsTheDrive) {
-  multifile::ScriptedFolders folders({"c:\\docs\\a\\x.doc", "d:\\y\\z.doc"}, "\\");
+  multifile::ScriptedFolders folders(
+      {"c:\\docs\\a\\x.doc", "c:\\docs\\hidden\\x.doc", "c:\\docs\\.dotted\\x.doc", "d:\\y\\z.doc"}, "\\");
+  folders.hide("c:\\docs\\hidden");
   folders.driveNames = {u"c:", u"d:", u"e:"};
   forms::ScriptedForms host;
   multifile::frmDirectoryBrowser picker(host, folders, u"\\");
@@ -152,6 +182,9 @@ TEST(Picker, FollowsTheDrive) {
   EXPECT_EQ(picker.path(), u"c:\\") << "no drive path";
   picker.SetStartingDirectory(u"c:\\docs");
   EXPECT_EQ(picker.Drive1.Text(), u"c:");
+  picker.SetStartingDirectory(u"D:\\");
+  EXPECT_EQ(picker.Drive1.Text(), u"d:") << "in whatever case";
+  picker.SetStartingDirectory(u"c:\\docs");
   EXPECT_EQ(rowsOf(picker.Dir1), "c:\\,  docs,    a");
   picker.SetStartingDirectory(u"d:\\nowhere");
   EXPECT_EQ(picker.path(), u"d:\\") << "as far as the drive";

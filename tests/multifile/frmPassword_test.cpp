@@ -32,6 +32,10 @@ TEST(PasswordPrompt, GivesWhatWasTypedWhenTheUserProceeds) {
   forms::ScriptedForms forms;
   frmPassword form(watched.context, forms);
   EXPECT_EQ(form.txtPassword.PasswordChar(), u"*");
+  EXPECT_EQ(form.Caption() + u'|' + form.lblPassword.Caption() + u'|' + form.txtPassword.ControlTipText() +
+                u'|' + form.cmdProceed.Caption() + u'|' + form.cmdCancel.Caption(),
+            u"Enter Password|Password|Enter Password Here|&Proceed|&Cancel");
+  EXPECT_TRUE(form.cmdProceed.Default());
   for (const auto& [prompt, user, proceeded, expected, tag] : cases) {
     forms.user = [&, act = user, wanted = prompt](forms::Form&) {
       EXPECT_EQ(form.txtPassword.Text(), u"");

@@ -49,12 +49,12 @@ TEST_F(OptionsFile, RestoresWhatWasSaved) {
 }
 
 TEST_F(OptionsFile, KeepsTheReservedFields) {
-  options("  \"one\xFF;two;False;False;False;False;False;False;False;False;False;\" rest");
+  options("  \"one,\xFF;two;False;False;False;False;False;False;False;False;False;\" rest");
   open([&] {
     tick(u"chkExtraSpace");
     press(u"cmdSaveOptions");
   });
-  EXPECT_EQ(options(), "one\xFF;two;False;True;False;False;False;False;False;False;False;\r\n");
+  EXPECT_EQ(options(), "one,\xFF;two;False;True;False;False;False;False;False;False;False;\r\n");
 }
 
 TEST_F(OptionsFile, DamagedIsReportedAndLeavesAUsableDialog) {
