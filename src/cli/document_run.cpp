@@ -1,6 +1,7 @@
 #include "document_run.h"
 
 #include "base/names.h"
+#include "base/text.h"
 #include "base/utf.h"
 #include "dialog/clsProcessFind.h"
 #include "errors/clsErrorLogging.h"
@@ -25,40 +26,25 @@ namespace {
 
 constexpr std::int32_t kFullDetail = 4;
 
-std::int32_t operationOf(Command command) {
-  switch (command) {
-    case Command::insert:
-      return engine::kInsert;
-    case Command::replace:
-      return engine::kReplace;
-    case Command::remove:
-      return engine::kDelete;
-    case Command::highlight:
-      return engine::kHighlight;
-    default:
-      return engine::kNone;
-  }
-}
-
-void handOver(const Request& request, bool confirm, dialog::clsProcessFind& find) {
+void handOver(const engine::Request& request, bool confirm, dialog::clsProcessFind& find) {
   find.BeginBlock(request.begin);
   find.EndBlock(request.end);
   find.InsideBlock(request.inside);
-  find.UnitsApart(request.apart);
-  find.UnitsApartType(static_cast<std::int32_t>(request.unit));
-  find.Operation(operationOf(request.command));
-  find.OperationLocation(static_cast<std::int32_t>(request.place));
-  find.BeforeOrAfter(request.after ? engine::kAfter : engine::kBefore);
+  find.UnitsApart(base::decimal(request.distance));
+  find.UnitsApartType(request.unit);
+  find.Operation(request.operation);
+  find.OperationLocation(request.location);
+  find.BeforeOrAfter(request.place);
   find.ReplaceInsertTextString(request.text);
   find.ExtraSpaceSetting(request.extraSpace);
-  find.HighlightColorSetting(static_cast<std::int16_t>(request.color));
+  find.HighlightColorSetting(request.highlightColour);
   find.MatchOnlyWholeWords(request.wholeWords);
   find.MatchTextCaseSetting(request.matchCase);
-  find.ShowFieldCodes(request.fieldCodes);
-  find.StartFindsAtBeginningSetting(true);
+  find.ShowFieldCodes(request.showFieldCodes);
+  find.StartFindsAtBeginningSetting(request.startAtTop);
   find.QuiteModeSetting(true);
-  find.ConfirmEachOperationsetting(confirm && request.command != Command::find);
-  find.LiftLimitsSetting(true);
+  find.ConfirmEachOperationsetting(confirm && request.operation != engine::kNone);
+  find.LiftLimitsSetting(request.liftLimits);
 }
 
 /// One document with an engine of its own: the multi-file driver over a list of one.
@@ -87,7 +73,7 @@ class DocumentRun {
       if (!outcome_.failure) outcome_.failure = unexplained();
       return;
     }
-    for (const Request& request : around_.plan.requests) {
+    for (const engine::Request& request : around_.plan.requests) {
       pass(request);
       if (outcome_.failure || boxes_.stopped()) break;
     }
@@ -101,7 +87,7 @@ class DocumentRun {
   }
 
  private:
-  void pass(const Request& request) {
+  void pass(const engine::Request& request) {
     PassWatcher watcher(*opener_->file(), around_, request, blocks_, outcome_);
     boxes_.watch(&watcher);
     engine_.observer(&watcher);

@@ -2,8 +2,8 @@
 
 #include "base/shown.h"
 #include "base/utf.h"
-#include "colors.h"
 #include "printer.h"
+#include "runs/colors.h"
 
 #include <unistd.h>
 
@@ -27,17 +27,19 @@ std::string quoted(const std::u16string& text) {
   return "'" + base::shown(base::utf8(front)) + "'";
 }
 
-std::string questionFor(const Request& request) {
-  switch (request.command) {
-    case Command::insert:
-      return "Insert " + quoted(request.text) + (request.after ? " after" : " before") + " it";
-    case Command::replace:
+std::string questionFor(const engine::Request& request) {
+  switch (request.operation) {
+    case engine::kInsert:
+      return "Insert " + quoted(request.text) + (request.place == engine::kAfter ? " after" : " before") +
+             " it";
+    case engine::kReplace:
       return "Replace it with " + quoted(request.text);
-    case Command::remove:
+    case engine::kDelete:
       return "Delete it";
-    case Command::highlight:
-      return request.color == word::wdNoHighlight ? "Remove its highlight"
-                                                  : "Highlight it " + nameOf(request.color);
+    case engine::kHighlight:
+      return request.highlightColour == word::wdNoHighlight
+                 ? "Remove its highlight"
+                 : "Highlight it " + runs::nameOf(static_cast<word::WdColorIndex>(request.highlightColour));
     default:
       return "Go on";
   }

@@ -16,11 +16,11 @@ constexpr CommandSet kInsert = setOf(Command::insert);
 constexpr CommandSet kHighlight = setOf(Command::highlight);
 
 // Flags are stored through one shape, values through another; the table stays one line of meaning per option.
-template <bool TypedOptions::*Flag>
+template <auto Flag>
 void raise(TypedOptions& typed, const std::string& /*value*/) {
   typed.*Flag = true;
 }
-template <std::optional<std::string> TypedOptions::*Value>
+template <auto Value>
 void keep(TypedOptions& typed, const std::string& value) {
   typed.*Value = value;
 }

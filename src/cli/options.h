@@ -1,5 +1,7 @@
 #pragma once
 
+#include "runs/written_request.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -8,7 +10,7 @@
 
 namespace pluvo::cli {
 
-/// The first five work on blocks.
+/// The first five work on blocks, and have the values of their operations.
 enum class Command : std::uint8_t { find, insert, replace, remove, highlight, run, save, undo };
 
 struct CommandName {
@@ -19,21 +21,18 @@ struct CommandName {
 
 const std::vector<CommandName>& commandNames();
 std::string_view nameOf(Command command);
+/// Of a command that works on blocks.
+constexpr engine::OperationCode operationOf(Command command) {
+  return static_cast<engine::OperationCode>(command);
+}
 
 /// The command line as it was typed: texts are bytes, numbers are texts, nothing has been looked at. What it
 /// means is request.h's business.
-struct TypedOptions {
-  std::optional<std::string> begin, end, inside, text;
+struct TypedOptions : runs::WrittenRequest {
   std::optional<std::string> beginFile, endFile, insideFile, textFile;
-  std::optional<std::string> apart, unit, on, color, backup, output;
+  std::optional<std::string> backup, output;
   std::optional<std::string> levels, types, mask, exclude, filesFrom, newerThan, passwordFile, encoding;
   std::optional<std::string> jobs, progress, report;
-  bool before = false;
-  bool after = false;
-  bool extraSpace = false;
-  bool wholeWords = false;
-  bool matchCase = false;
-  bool fieldCodes = false;
   bool confirm = false;
   bool dryRun = false;
   bool keepGoing = false;

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "elsewhere/elsewhere.h"
+#include "engine/request.h"
 #include "excerpt.h"
 #include "files/problem.h"
 #include "files/saving.h"
-#include "request.h"
 
 #include <cstdint>
 #include <optional>
@@ -58,7 +58,7 @@ struct Totals {
 
 /// One block as it was found and as an operation left it.
 struct BlockReport {
-  const Request* request = nullptr;
+  const engine::Request* request = nullptr;
   std::int32_t paragraph = 0;  ///< it begins in, from 1, as the document was before the pass
   Excerpt before;
   std::optional<Excerpt> after;  ///< nothing for find

@@ -8,15 +8,15 @@ namespace pluvo::cli {
 
 namespace {
 
-word::Range& placeIn(const engine::Block& block, Place place) {
-  switch (place) {
-    case Place::begin:
+word::Range& placeIn(const engine::Block& block, engine::LocationCode location) {
+  switch (location) {
+    case engine::kBeginning:
       return block.begin;
-    case Place::end:
+    case engine::kEnding:
       return block.end != nullptr ? *block.end : block.begin;
-    case Place::inside:
+    case engine::kInsideText:
       return block.inside != nullptr ? *block.inside : block.whole;
-    case Place::block:
+    case engine::kSelection:
       break;
   }
   return block.whole;
@@ -26,13 +26,13 @@ word::Range& placeIn(const engine::Block& block, Place place) {
 
 engine::PassObserver::Answer PassWatcher::found(const engine::Block& block) {
   ++outcome_.found;
-  if (const auto& obstacle = file_.obstacle(); obstacle && request_.command != Command::find) {
+  if (const auto& obstacle = file_.obstacle(); obstacle && request_.operation != engine::kNone) {
     outcome_.failure = {obstacle->problem(), obstacle->what()};
     return Answer::stop;
   }
   if (!looks()) return Answer::goOn;
 
-  word::Range& place = placeIn(block, request_.place);
+  word::Range& place = placeIn(block, request_.location);
   const std::int32_t start = place.Start();
   const std::int32_t end = place.End();
   lengthBefore_ = end - start;
@@ -41,8 +41,8 @@ engine::PassObserver::Answer PassWatcher::found(const engine::Block& block) {
   current_.paragraph = paragraphs_.numberAt(document_, start);
   current_.deleted = file_.stored().document()->model().isDeleted({start, end});
   // The question shows the block; the preview of an insertion shows where it goes.
-  if (request_.command == Command::insert && around_.interviewer == nullptr) {
-    const std::int32_t where = request_.after ? end : start;
+  if (request_.operation == engine::kInsert && around_.interviewer == nullptr) {
+    const std::int32_t where = request_.place == engine::kAfter ? end : start;
     current_.before = excerpt(where, where);
   } else {
     current_.before = excerpt(start, end);
@@ -60,14 +60,14 @@ engine::PassObserver::Answer PassWatcher::operated(const engine::Block& block, c
       outcome_.failure = failureFrom(*refusal);
       return Answer::stop;
     }
-  } else if (request_.command != Command::find) {
+  } else if (request_.operation != engine::kNone) {
     ++outcome_.operated;
   }
   if (looks()) leave(block);
   if (blocks_) {
     current_.refused = refusal != nullptr;
-    if (refusal == nullptr && request_.command != Command::find) {
-      const auto [start, end] = changedSpan(placeIn(block, request_.place));
+    if (refusal == nullptr && request_.operation != engine::kNone) {
+      const auto [start, end] = changedSpan(placeIn(block, request_.location));
       current_.after = excerpt(start, end);
     }
     blocks_(current_);
@@ -95,8 +95,8 @@ void PassWatcher::leave(const engine::Block& block) {
 std::pair<std::int32_t, std::int32_t> PassWatcher::changedSpan(word::Range& place) const {
   const std::int32_t start = place.Start();
   const std::int32_t end = place.End();
-  if (request_.command != Command::insert) return {start, end};
-  if (request_.after) return {start + lengthBefore_, end};
+  if (request_.operation != engine::kInsert) return {start, end};
+  if (request_.place == engine::kAfter) return {start + lengthBefore_, end};
   return {start, end - lengthBefore_};
 }
 

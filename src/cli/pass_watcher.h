@@ -15,7 +15,7 @@ namespace pluvo::cli {
 /// where going on makes no sense: a document that cannot be saved, a change that was refused.
 class PassWatcher final : public engine::PassObserver {
  public:
-  PassWatcher(const RunFile& file, const Surroundings& around, const Request& request,
+  PassWatcher(const RunFile& file, const Surroundings& around, const engine::Request& request,
               const BlockSink& blocks, Outcome& outcome)
       : file_(file),
         document_(*file.stored().document()),
@@ -46,7 +46,7 @@ class PassWatcher final : public engine::PassObserver {
   const RunFile& file_;
   word::Document& document_;
   const Surroundings& around_;
-  const Request& request_;
+  const engine::Request& request_;
   const BlockSink& blocks_;
   Outcome& outcome_;
   std::int64_t refused_ = 0;

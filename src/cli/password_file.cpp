@@ -20,9 +20,7 @@ namespace {
 constexpr std::string_view kOption = "--password-file";
 constexpr std::size_t kMostBytes = std::size_t{1} << 20U;
 
-[[noreturn]] void refuse(const std::string& why) {
-  throw UsageError(std::string(kOption) + ": " + why, std::string(kOption));
-}
+[[noreturn]] void refuse(const std::string& why) { throw UsageError(std::string(kOption) + ": " + why); }
 
 /// Into memory that is taken once, since growing would leave copies.
 void readInto(std::string& bytes, int file, const std::string& path) {

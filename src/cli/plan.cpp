@@ -2,7 +2,8 @@
 
 #include "files/problem.h"
 #include "numbers.h"
-#include "saved/saved_requests.h"
+#include "request.h"
+#include "runs/saved_requests.h"
 #include "store/encodings.h"
 #include "text_input.h"
 #include "usage_error.h"
@@ -85,7 +86,15 @@ std::string commandFrom(const std::vector<std::string>& words) {
 
 bool Plan::findsOnly() const {
   return std::all_of(requests.begin(), requests.end(),
-                     [](const Request& each) { return each.command == Command::find; });
+                     [](const engine::Request& each) { return each.operation == engine::kNone; });
+}
+
+std::vector<engine::Request> requestsIn(const std::string& path) {
+  try {
+    return runs::savedRequests(bytesOfFile(path, "saved requests"), path);
+  } catch (const runs::RequestError& wrong) {
+    throw UsageError(wrong.what());
+  }
 }
 
 Plan planFrom(const TypedCommandLine& line) {
@@ -93,7 +102,7 @@ Plan planFrom(const TypedCommandLine& line) {
   std::vector<std::string> paths = line.paths;
   if (line.command == Command::run) {
     if (paths.empty()) throw UsageError("Name the file of saved requests: pluvo run FILE.toml DOCUMENT...");
-    plan.requests = savedRequests(paths.front());
+    plan.requests = requestsIn(paths.front());
     paths.erase(paths.begin());
   } else {
     plan.requests = {requestFrom(*line.command, line.options)};
@@ -109,7 +118,7 @@ Plan planFrom(const TypedCommandLine& line) {
   plan.report = line.options.report;
   plan.overwriteReport = line.options.overwriteReport;
   if (plan.overwriteReport && !plan.report)
-    throw UsageError("--overwrite-report goes with --report; name the file there.", "--overwrite-report");
+    throw UsageError("--overwrite-report goes with --report; name the file there.");
   plan.strict = line.options.strict;
   plan.json = line.options.json;
   plan.quiet = line.options.quiet;

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "engine/request.h"
 #include "listing/selection.h"
 #include "parse.h"
 #include "password_file.h"
-#include "request.h"
 
 #include <optional>
 #include <string>
@@ -15,7 +15,7 @@ enum class ProgressLine { automatic, always, never };
 
 /// A run: what is done, to which documents, how, and what is told of it.
 struct Plan {
-  std::vector<Request> requests;  ///< one or more, in the order in which each document gets them
+  std::vector<engine::Request> requests;  ///< one or more, in the order in which each document gets them
   Selection selection;
   /// Lift protections, tried in this order; without any protected documents are left alone.
   PasswordFile passwords;
@@ -43,6 +43,9 @@ struct Plan {
   /// Whether documents are replaced.
   bool changesInPlace() const { return !findsOnly() && !dryRun && !outputFolder; }
 };
+
+/// The requests saved in a file. Throws UsageError.
+std::vector<engine::Request> requestsIn(const std::string& path);
 
 /// What was typed, made out. Reads the files that hold texts or saved requests and nothing else. Throws
 /// UsageError.

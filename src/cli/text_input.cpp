@@ -1,7 +1,6 @@
 #include "text_input.h"
 
 #include "base/shown.h"
-#include "base/utf.h"
 #include "usage_error.h"
 
 #include <fcntl.h>
@@ -24,7 +23,7 @@ namespace {
 constexpr std::size_t kMostBytes = 64U << 20U;
 
 [[noreturn]] void refuse(std::string_view option, const std::string& why) {
-  throw UsageError(std::string(option) + ": " + why, std::string(option));
+  throw UsageError(std::string(option) + ": " + why);
 }
 
 [[noreturn]] void refuseToOpen(std::string_view option, const std::string& path, int error) {
@@ -80,19 +79,6 @@ std::string wholeOf(const File& file, const std::string& path, std::string_view 
   return bytes;
 }
 
-std::u16string withParagraphMarks(const std::u16string& text) {
-  std::u16string marked;
-  marked.reserve(text.size());
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text[i] != u'\n') {
-      marked += text[i];
-    } else if (i == 0 || text[i - 1] != u'\r') {
-      marked += u'\r';
-    }
-  }
-  return marked;
-}
-
 }  // namespace
 
 File openGiven(const std::string& path, std::string_view option) {
@@ -112,20 +98,16 @@ std::string bytesOfFile(const std::string& path, std::string_view option) {
   return wholeOf(openFile(path, option), path, option);
 }
 
-std::u16string textFromArgument(const std::string& bytes, std::string_view option) {
-  const std::size_t sound = base::wellFormedLength(bytes);
-  if (sound < bytes.size()) {
+std::string textFromFile(const std::string& path, std::string_view option) {
+  std::string text = bytesFrom(path, option);
+  if (text.starts_with("\xEF\xBB\xBF")) text.erase(0, 3);
+  const std::size_t sound = base::wellFormedLength(text);
+  if (sound < text.size()) {
     refuse(option, "byte " + std::to_string(sound + 1) +
                        " of the text is not UTF-8; convert it first, with iconv for instance.");
   }
-  return withParagraphMarks(base::utf16(bytes));
-}
-
-std::u16string textFromFile(const std::string& path, std::string_view option) {
-  std::string bytes = bytesFrom(path, option);
-  if (bytes.rfind("\xEF\xBB\xBF", 0) == 0) bytes.erase(0, 3);
-  std::u16string text = textFromArgument(bytes, option);
-  if (!text.empty() && text.back() == u'\r') text.pop_back();
+  if (text.ends_with('\n')) text.pop_back();
+  if (text.ends_with('\r')) text.pop_back();
   return text;
 }
 

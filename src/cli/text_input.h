@@ -24,12 +24,8 @@ std::string bytesFrom(const std::string& path, std::string_view option);
 /// The same of a file and nothing else.
 std::string bytesOfFile(const std::string& path, std::string_view option);
 
-/// A text from the command line: UTF-8 to UTF-16, every line end (CR LF or LF) to one paragraph mark. The
-/// option is named in the UsageError thrown for bytes that are not UTF-8.
-std::u16string textFromArgument(const std::string& bytes, std::string_view option);
-
-/// The same from bytesFrom. A byte-order mark and the one line end at the very
-/// end are not part of the text.
-std::u16string textFromFile(const std::string& path, std::string_view option);
+/// A text in UTF-8 from bytesFrom. A byte-order mark and the one line end at the very end are not part of it.
+/// Throws UsageError for bytes that are not UTF-8.
+std::string textFromFile(const std::string& path, std::string_view option);
 
 }  // namespace pluvo::cli

@@ -1,6 +1,6 @@
 #include "base/shown.h"
-#include "colors.h"
 #include "printer.h"
+#include "runs/colors.h"
 
 namespace pluvo::cli {
 namespace {
@@ -19,7 +19,7 @@ class TextPrinter : public Printer {
     const std::string where = style_.file(base::shown(path)) + ":" +
                               style_.number(std::to_string(block.paragraph)) + ":" +
                               (block.deleted ? " (deleted)" : "");
-    if (block.request->command == Command::find) {
+    if (block.request->operation == engine::kNone) {
       writeOut(where + " " + style_.match(base::shown(block.before.piece)) + "\n");
     } else if (block.refused || !block.after) {
       writeOut(where + " refused\n  " + marked(block.before, "[-", "-]", kRemoved) + "\n");
@@ -64,14 +64,14 @@ class TextPrinter : public Printer {
 
   std::string done() const {
     if (plan_.requests.size() > 1) return "changed";
-    switch (plan_.requests.front().command) {
-      case Command::insert:
+    switch (plan_.requests.front().operation) {
+      case engine::kInsert:
         return "given the text";
-      case Command::replace:
+      case engine::kReplace:
         return "replaced";
-      case Command::remove:
+      case engine::kDelete:
         return "deleted";
-      case Command::highlight:
+      case engine::kHighlight:
         return "highlighted";
       default:
         return "found";
@@ -90,12 +90,12 @@ class TextPrinter : public Printer {
 
   std::string preview(const BlockReport& block) const {
     const Excerpt& before = block.before;
-    if (block.request->command == Command::highlight) {
-      const word::WdColorIndex color = block.request->color;
+    if (block.request->operation == engine::kHighlight) {
+      const auto color = static_cast<word::WdColorIndex>(block.request->highlightColour);
       const std::string text = base::shown(before.piece);
       const std::string piece = style_.colored() ? style_.highlighted(text, color) : "[" + text + "]";
       return "  " + base::shown(before.lead) + piece + base::shown(before.trail) +
-             "\n  highlight: " + nameOf(color) + "\n";
+             "\n  highlight: " + runs::nameOf(color) + "\n";
     }
     return "  - " + marked(before, "[-", "-]", kRemoved) + "\n  + " +
            marked(*block.after, "{+", "+}", kAdded) + "\n";

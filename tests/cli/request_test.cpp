@@ -1,6 +1,7 @@
 #include "plan.h"
 #include "sandbox.h"
 #include "usage_error.h"
+#include "word/enums.h"
 
 namespace pluvo::cli {
 namespace {
@@ -9,7 +10,7 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
 Plan planned(const Words& words) { return planFrom(parse(words)); }
-Request made(const std::string& line) { return planned(wordsOf(line)).requests.front(); }
+engine::Request made(const std::string& line) { return planned(wordsOf(line)).requests.front(); }
 
 std::string refusalOf(const std::string& line) {
   try {
@@ -22,15 +23,15 @@ std::string refusalOf(const std::string& line) {
 
 TEST(Request, TakesOptionsAndPathsInAnyOrder) {
   const Plan plan = planned({"-n", "replace", "a.txt", "-b", "x", "b.txt", "--text=", "--", "-c.txt"});
-  const Request& request = plan.requests.front();
-  EXPECT_EQ(request.command, Command::replace);
+  const engine::Request& request = plan.requests.front();
+  EXPECT_EQ(request.operation, engine::kReplace);
   EXPECT_THAT(plan.selection.paths, ElementsAre("a.txt", "b.txt", "-c.txt"));
   EXPECT_TRUE(plan.dryRun);
   EXPECT_EQ(request.text, u"");
 }
 
 TEST(Request, KeepsTextsToTheCharacter) {
-  const Request request =
+  const engine::Request request =
       planned({"insert", "-b", "-x \"[a]\"", "-e", "caf\xC3\xA9\r\nb\nc", "-t", " \xF0\x9F\x93\x9C", "f"})
           .requests.front();
   EXPECT_EQ(request.begin, u"-x \"[a]\"");
@@ -39,9 +40,9 @@ TEST(Request, KeepsTextsToTheCharacter) {
 }
 
 TEST(Request, SendsABlockWithoutEndingAsItsBeginning) {
-  EXPECT_EQ(made("delete -b x f").place, Place::begin);
-  EXPECT_EQ(made("delete -b x --on block f").place, Place::begin);
-  EXPECT_EQ(made("delete -b x -e y f").place, Place::block);
+  EXPECT_EQ(made("delete -b x f").location, engine::kBeginning);
+  EXPECT_EQ(made("delete -b x --on block f").location, engine::kBeginning);
+  EXPECT_EQ(made("delete -b x -e y f").location, engine::kSelection);
 }
 
 TEST(Request, KnowsEveryColor) {
@@ -55,7 +56,8 @@ TEST(Request, KnowsEveryColor) {
                                                                {"turquoise", word::wdTurquoise},
                                                                {"violet", word::wdViolet}};
   for (const auto& [name, color] : colors) {
-    EXPECT_EQ(planned({"highlight", "-b", "x", "--color", name, "f"}).requests.front().color, color) << name;
+    EXPECT_EQ(planned({"highlight", "-b", "x", "--color", name, "f"}).requests.front().highlightColour, color)
+        << name;
   }
 }
 

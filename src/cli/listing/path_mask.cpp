@@ -10,8 +10,7 @@ namespace pluvo::cli {
 namespace {
 
 [[noreturn]] void refuse(std::string_view option, std::string_view mask, const char* why) {
-  throw UsageError(std::string(option) + ": the mask '" + std::string(mask) + "' can match nothing: " + why,
-                   std::string(option));
+  throw UsageError(std::string(option) + ": the mask '" + std::string(mask) + "' can match nothing: " + why);
 }
 
 constexpr const char* kNoWayUp =

@@ -26,8 +26,7 @@ std::vector<std::string> divided(std::string_view list, const std::string& optio
     if (begin == comma)
       throw UsageError(list.find_first_not_of(kBlanks) == std::string_view::npos
                            ? option + " is empty; leave it out, or say which."
-                           : option + " has nothing between two commas.",
-                       option);
+                           : option + " has nothing between two commas.");
     parts.emplace_back(list.substr(begin, list.find_last_not_of(kBlanks, comma - 1) + 1 - begin));
     from = comma + 1;
   }
@@ -36,8 +35,7 @@ std::vector<std::string> divided(std::string_view list, const std::string& optio
 
 void refuseType(const std::string& typed) {
   throw UsageError("--types takes endings of names such as docx, or * for every kind that is known, not '" +
-                       typed + "'; for other patterns there is --mask.",
-                   "--types");
+                   typed + "'; for other patterns there is --mask.");
 }
 
 /// Those of documents, and all that a format goes by.

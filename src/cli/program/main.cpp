@@ -6,9 +6,8 @@
 #include "help.h"
 #include "parse.h"
 #include "printer.h"
-#include "request.h"
 #include "run.h"
-#include "saved/saved_requests.h"
+#include "save_request.h"
 #include "undo/undo.h"
 #include "usage_error.h"
 
@@ -29,7 +28,7 @@ int carryOut(const cli::TypedCommandLine& line, files::FileSystem& system) {
     throw cli::UsageError(
         "Say where to save and what: pluvo save FILE.toml replace --begin TEXT --text TEXT");
   if (line.saveTo) {
-    cli::saveRequest(system, *line.saveTo, cli::requestFrom(*line.command, line.options));
+    cli::saveRequest(line, system);
     return cli::kFound;
   }
   return cli::run(cli::planFrom(line), system);

@@ -2,6 +2,7 @@
 #include "not_reached.h"
 #include "report/report_file.h"
 #include "report/report_kinds.h"
+#include "runs/written_request.h"
 
 #include <utility>
 
@@ -19,7 +20,7 @@ std::string object(const Excerpt& excerpt) {
 }
 
 std::string object(const BlockReport& block) {
-  return "{" + member("command", base::jsonQuoted(nameOf(block.request->command))) + "," +
+  return "{" + member("command", base::jsonQuoted(runs::nameOf(block.request->operation))) + "," +
          member("paragraph", std::to_string(block.paragraph)) + "," + member("before", object(block.before)) +
          "," + member("after", block.after ? object(*block.after) : "null") + "," +
          member("deleted", block.deleted ? "true" : "false") + "," +

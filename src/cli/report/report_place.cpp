@@ -15,7 +15,7 @@
 namespace pluvo::cli {
 namespace {
 
-[[noreturn]] void refuse(const std::string& why) { throw UsageError("--report: " + why, "--report"); }
+[[noreturn]] void refuse(const std::string& why) { throw UsageError("--report: " + why); }
 
 /// Without links; a file that is still to be made has none.
 std::string resolved(const std::string& path) {
@@ -34,8 +34,7 @@ ReportKind kindOf(const std::string& path) {
   if (type == ".csv") return ReportKind::csv;
   if (type == ".json") return ReportKind::json;
   throw UsageError(
-      "--report writes a page, a table or JSON: give it a name that ends in .html, .csv or .json.",
-      "--report");
+      "--report writes a page, a table or JSON: give it a name that ends in .html, .csv or .json.");
 }
 
 /// What cannot be read is taken for something else.

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-namespace pluvo::cli {
+namespace pluvo::runs {
 
 /// The highlight colour of that name: one of the six short names (green is Word's dark green, as its dialog
 /// has it) or one of Word's sixteen. Capitals, blanks, hyphens and "grey" make no difference.
@@ -19,4 +19,4 @@ std::string nameOf(word::WdColorIndex color);
 /// Names to suggest from.
 const std::vector<std::string_view>& colorNames();
 
-}  // namespace pluvo::cli
+}  // namespace pluvo::runs

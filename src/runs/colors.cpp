@@ -1,8 +1,8 @@
-#include "colors.h"
+#include "runs/colors.h"
 
 #include <algorithm>
 
-namespace pluvo::cli {
+namespace pluvo::runs {
 namespace {
 
 struct ColorName {
@@ -66,4 +66,4 @@ const std::vector<std::string_view>& colorNames() {
   return names;
 }
 
-}  // namespace pluvo::cli
+}  // namespace pluvo::runs
