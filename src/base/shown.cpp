@@ -45,4 +45,8 @@ std::string shown(std::string_view bytes) {
   return text;
 }
 
+std::string counted(std::int64_t count, std::string_view noun) {
+  return std::to_string(count) + " " + std::string(noun) + (count == 1 ? "" : "s");
+}
+
 }  // namespace pluvo::base

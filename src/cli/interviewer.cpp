@@ -54,18 +54,19 @@ Interviewer::Interviewer(std::size_t documents)
 
 bool Interviewer::canAsk() { return isTerminal(STDIN_FILENO) && isTerminal(STDERR_FILENO); }
 
-Answer Interviewer::ask(const std::string& path, const BlockReport& block) {
-  if (all_) return Answer::yes;
+Reply Interviewer::ask(const runs::Asked& asked) {
+  if (all_) return Reply::yes;
   (void)std::fflush(stdout);
-  const Excerpt& excerpt = block.before;
+  const runs::BlockReport& block = *asked.block;
+  const runs::Excerpt& excerpt = block.before;
   const std::string text = base::shown(excerpt.piece);
   const std::string piece = style_.colored() ? style_.match(text) : "[" + text + "]";
   const std::string which =
-      documents_ > 1 ? " (" + std::to_string(document_) + " of " + std::to_string(documents_) + " files)"
+      documents_ > 1 ? " (" + std::to_string(asked.number) + " of " + std::to_string(documents_) + " files)"
                      : "";
   const std::string question = questionFor(*block.request) + " [y,n,a,s,q]? ";
-  show(style_.file(base::shown(path)) + ":" + style_.number(std::to_string(block.paragraph)) + ":" + which +
-       "\n  " + base::shown(excerpt.lead) + piece + base::shown(excerpt.trail) + "\n");
+  show(style_.file(base::shown(asked.path)) + ":" + style_.number(std::to_string(block.paragraph)) + ":" +
+       which + "\n  " + base::shown(excerpt.lead) + piece + base::shown(excerpt.trail) + "\n");
   while (true) {
     show(style_.heading(question));
     std::string line;
@@ -73,14 +74,11 @@ Answer Interviewer::ask(const std::string& path, const BlockReport& block) {
     const bool answered = static_cast<bool>(std::getline(std::cin, line));
     if (!answered) show("\n");  // the question's line is still open
     const char key = line.empty() ? '?' : static_cast<char>(line[0] | 0x20);
-    if (!answered || key == 'q') {
-      stopped_ = true;
-      return Answer::stop;
-    }
+    if (!answered || key == 'q') return Reply::stop;
     if (key == 'a') all_ = true;
-    if (key == 'y' || key == 'a') return Answer::yes;
-    if (key == 'n') return Answer::no;
-    if (key == 's') return Answer::restOfDocument;
+    if (key == 'y' || key == 'a') return Reply::yes;
+    if (key == 'n') return Reply::no;
+    if (key == 's') return Reply::restUnchanged;
     show(kHelp);
   }
 }

@@ -1,5 +1,5 @@
 #include "base/json.h"
-#include "not_reached.h"
+#include "runs/not_reached_json.h"
 #include "printer.h"
 
 namespace pluvo::cli {
@@ -9,12 +9,9 @@ std::string field(const char* name, std::int64_t value) {
   return ",\"" + std::string(name) + "\":" + std::to_string(value);
 }
 
-class JsonPrinter : public Printer {
+class JsonPrinter : public runs::Observer {
  public:
-  bool wantsBlocks() const override { return false; }
-  void block(const std::string& /*path*/, const BlockReport& /*block*/) override {}
-
-  void document(const Outcome& outcome) override {
+  void document(const runs::Outcome& outcome) override {
     std::string line = "{\"file\":" + base::jsonQuoted(outcome.path) + field("found", outcome.found) +
                        field("operated", outcome.operated) + field("skipped", outcome.skipped) +
                        ",\"saved\":" + (outcome.saved ? "true" : "false") + ",\"error\":";
@@ -28,7 +25,7 @@ class JsonPrinter : public Printer {
     writeOut(line + notReachedInJson(outcome.elsewhere) + "}\n");
   }
 
-  void end(const Totals& totals) override {
+  void ends(const runs::Totals& totals) override {
     writeOut("{\"summary\":{\"files\":" + std::to_string(totals.files) + field("found", totals.found) +
              field("operated", totals.operated) + field("skipped", totals.skipped) +
              field("changed", totals.changed) + field("failed", totals.failed) +
@@ -38,6 +35,6 @@ class JsonPrinter : public Printer {
 
 }  // namespace
 
-std::unique_ptr<Printer> jsonPrinter() { return std::make_unique<JsonPrinter>(); }
+std::unique_ptr<runs::Observer> jsonPrinter() { return std::make_unique<JsonPrinter>(); }
 
 }  // namespace pluvo::cli

@@ -1,8 +1,6 @@
 #include "options.h"
 
-#include "formats/registry.h"
-
-#include <span>
+#include "runs/selection.h"
 
 namespace pluvo::cli {
 namespace {
@@ -25,9 +23,9 @@ void keep(TypedOptions& typed, const std::string& value) {
   typed.*Value = value;
 }
 
-std::string joined(std::span<const std::string_view> words) {
+std::string joined(const std::vector<std::string>& words) {
   std::string list;
-  for (const std::string_view word : words) list += (list.empty() ? "" : ",") + std::string(word);
+  for (const std::string& word : words) list += (list.empty() ? "" : ",") + word;
   return list;
 }
 
@@ -53,7 +51,7 @@ const std::vector<Option>& options() {
   using T = TypedOptions;
   static const std::string typesHelp =
       "kinds of files to take from folders; * stands for all\nthat can be worked on (default:\n" +
-      joined(formats::kDocumentExtensions) + ")";
+      joined(runs::documentTypes()) + ")";
   static const std::vector<Option> table = {
       {'b', "begin", Takes::value, "TEXT", kBlockGroup, kBlockCommands,
        "the text a block begins with\n(a line end in TEXT is a paragraph mark)", keep<&T::begin>},

@@ -4,7 +4,7 @@
 #include "numbers.h"
 #include "request.h"
 #include "runs/saved_requests.h"
-#include "store/encodings.h"
+#include "selection.h"
 #include "text_input.h"
 #include "usage_error.h"
 
@@ -58,7 +58,7 @@ ProgressLine progressFrom(const TypedOptions& typed) {
 std::string encodingFrom(const TypedOptions& typed) {
   if (!typed.encoding) return {};
   try {
-    return store::encodingNamed(*typed.encoding);
+    return runs::knownEncoding(*typed.encoding);
   } catch (const files::DocumentError& refused) {
     throw UsageError(std::string("--encoding: ") + refused.what());
   }
@@ -84,11 +84,6 @@ std::string commandFrom(const std::vector<std::string>& words) {
 
 }  // namespace
 
-bool Plan::findsOnly() const {
-  return std::all_of(requests.begin(), requests.end(),
-                     [](const engine::Request& each) { return each.operation == engine::kNone; });
-}
-
 std::vector<engine::Request> requestsIn(const std::string& path) {
   try {
     return runs::savedRequests(bytesOfFile(path, "saved requests"), path);
@@ -108,9 +103,13 @@ Plan planFrom(const TypedCommandLine& line) {
     plan.requests = {requestFrom(*line.command, line.options)};
   }
   readSafety(line.options, plan);
+  for (engine::Request& request : plan.requests)
+    request.confirmEach = plan.confirm && request.operation != engine::kNone;
   if (line.options.passwordFile) {
     plan.passwordFile = *line.options.passwordFile;
-    plan.passwords = passwordsFrom(plan.passwordFile);
+    PasswordFile read = passwordsFrom(plan.passwordFile);
+    plan.passwords = std::move(read.passwords);
+    plan.othersMayReadPasswords = read.othersMayRead;
   }
   plan.encoding = encodingFrom(line.options);
   plan.jobs = jobsFrom(line.options);
@@ -122,6 +121,9 @@ Plan planFrom(const TypedCommandLine& line) {
   plan.strict = line.options.strict;
   plan.json = line.options.json;
   plan.quiet = line.options.quiet;
+  plan.looksElsewhere = !plan.quiet || plan.json || plan.strict || plan.report;
+  plan.filesFrom = line.options.filesFrom;
+  plan.nullEnded = line.options.null;
   plan.selection = selectionFrom(line.options, std::move(paths));
   plan.command = commandFrom(line.words);
   return plan;

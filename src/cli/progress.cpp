@@ -1,6 +1,6 @@
 #include "progress.h"
 
-#include "printer.h"
+#include "base/shown.h"
 #include "terminal.h"
 
 #include <unistd.h>
@@ -61,19 +61,19 @@ void Progress::show() {
   drawnAt_ = Clock::now();
 }
 
-void Progress::add(const BlockReport& /*block*/) {
+void Progress::add(const runs::BlockReport& /*block*/) {
   ++blocks_;
   ++blocksAtHand_;
 }
 
-void Progress::add(const Outcome& outcome) {
+void Progress::add(const runs::Outcome& outcome) {
   ++done_;
   // Where nobody wants the blocks they are not told one by one.
   blocks_ += outcome.found - std::exchange(blocksAtHand_, 0);
   if (outcome.failure) ++failures_[std::string(files::nameOf(outcome.failure->problem))];
 }
 
-void Progress::end(const Totals& totals) {
+void Progress::end(const runs::Totals& totals) {
   clear();
   if (!table_) return;
   (void)std::fflush(stdout);
@@ -90,8 +90,8 @@ double Progress::seconds() const { return std::chrono::duration<double>(Clock::n
 
 std::string Progress::line() const {
   std::string line = std::to_string(done_) + " of " +
-                     counted(static_cast<std::int64_t>(documents_), "document") + ", " +
-                     counted(blocks_, "block");
+                     base::counted(static_cast<std::int64_t>(documents_), "document") + ", " +
+                     base::counted(blocks_, "block");
   const double passed = seconds();
   if (passed < kSecondsToJudge || done_ == 0) return line;
   const double rate = static_cast<double>(done_) / passed;

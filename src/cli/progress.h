@@ -1,7 +1,7 @@
 #pragma once
 
-#include "outcome.h"
 #include "plan.h"
+#include "runs/outcome.h"
 
 #include <chrono>
 #include <cstddef>
@@ -20,10 +20,10 @@ class Progress {
   /// Puts it back, or brings it up to date; not more often than anybody can read.
   void show();
 
-  void add(const BlockReport& block);
-  void add(const Outcome& outcome);
+  void add(const runs::BlockReport& block);
+  void add(const runs::Outcome& outcome);
   /// The table: what became of how many documents.
-  void end(const Totals& totals);
+  void end(const runs::Totals& totals);
 
  private:
   using Clock = std::chrono::steady_clock;

@@ -12,6 +12,6 @@ enum ExitStatus : int { kFound = 0, kNoneFound = 1, kFailed = 2 };
 /// order. A document that fails is reported and the rest go on. After an interrupt the documents at hand are
 /// finished and the others left in a list. Throws UsageError before anything is opened, std::system_error
 /// when standard output takes no more.
-ExitStatus run(const Plan& plan, files::FileSystem& system);
+ExitStatus run(Plan plan, files::FileSystem& system);
 
 }  // namespace pluvo::cli

@@ -8,13 +8,13 @@ namespace {
 /// The original is kept beside the document.
 std::string_view fileName(std::string_view path) { return path.substr(path.rfind('/') + 1); }
 
-class TextPrinter : public Printer {
+class TextPrinter : public runs::Observer {
  public:
   TextPrinter(const Plan& plan, const Style& style) : plan_(plan), style_(style) {}
 
   bool wantsBlocks() const override { return finds() || plan_.dryRun; }
 
-  void block(const std::string& path, const BlockReport& block) override {
+  void block(const std::string& path, const runs::BlockReport& block) override {
     if (block.skipped) return;
     const std::string where = style_.file(base::shown(path)) + ":" +
                               style_.number(std::to_string(block.paragraph)) + ":" +
@@ -28,11 +28,12 @@ class TextPrinter : public Printer {
     }
   }
 
-  void document(const Outcome& outcome) override {
+  void document(const runs::Outcome& outcome) override {
     const bool alone = !plan_.selection.several();
     if (alone && !outcome.failure && outcome.found == 0) sayNote(outcome.path + ": 0 blocks");
     if (finds() || outcome.failure || outcome.found == 0) return;
-    std::string line = style_.file(base::shown(outcome.path)) + ": " + counted(outcome.found, "block") + ", ";
+    std::string line =
+        style_.file(base::shown(outcome.path)) + ": " + base::counted(outcome.found, "block") + ", ";
     line += std::to_string(outcome.lasting()) + (plan_.dryRun ? " would be " : " ") + done();
     if (outcome.skipped > 0 || plan_.confirm) line += ", " + std::to_string(outcome.skipped) + " skipped";
     if (!outcome.savedAs.empty()) line += "; saved as " + base::shown(outcome.savedAs);
@@ -42,16 +43,17 @@ class TextPrinter : public Printer {
     writeOut(line + "\n");
   }
 
-  void end(const Totals& totals) override {
+  void ends(const runs::Totals& totals) override {
     if (!plan_.selection.several() && totals.leftOut == 0) return;
-    std::string line = counted(totals.files, "document") + ": " + counted(totals.found, "block");
+    std::string line = base::counted(totals.files, "document") + ": " + base::counted(totals.found, "block");
     if (!finds()) {
       line += ", " + std::to_string(totals.operated) + (plan_.dryRun ? " would be " : " ") + done();
-      line += ", " + counted(totals.changed, "document") + (plan_.dryRun ? " would change" : " changed");
+      line +=
+          ", " + base::counted(totals.changed, "document") + (plan_.dryRun ? " would change" : " changed");
     }
     if (totals.failed > 0) line += ", " + std::to_string(totals.failed) + " failed";
     if (totals.leftOut > 0) line += ", " + std::to_string(totals.leftOut) + " left out";
-    if (totals.links > 0) line += " (" + counted(totals.links, "link") + "; --follow takes them)";
+    if (totals.links > 0) line += " (" + base::counted(totals.links, "link") + "; --follow takes them)";
     sayNote(line);
   }
 
@@ -79,7 +81,7 @@ class TextPrinter : public Printer {
   }
 
   /// The piece in its context, told apart by colour, or by signs where there are no colours.
-  std::string marked(const Excerpt& excerpt, std::string_view open, std::string_view close,
+  std::string marked(const runs::Excerpt& excerpt, std::string_view open, std::string_view close,
                      Paint paint) const {
     std::string piece = (style_.*paint)(base::shown(excerpt.piece));
     if (!style_.colored() && !excerpt.piece.empty()) {
@@ -88,8 +90,8 @@ class TextPrinter : public Printer {
     return base::shown(excerpt.lead) + piece + base::shown(excerpt.trail);
   }
 
-  std::string preview(const BlockReport& block) const {
-    const Excerpt& before = block.before;
+  std::string preview(const runs::BlockReport& block) const {
+    const runs::Excerpt& before = block.before;
     if (block.request->operation == engine::kHighlight) {
       const auto color = static_cast<word::WdColorIndex>(block.request->highlightColour);
       const std::string text = base::shown(before.piece);
@@ -107,7 +109,7 @@ class TextPrinter : public Printer {
 
 }  // namespace
 
-std::unique_ptr<Printer> textPrinter(const Plan& plan, const Style& style) {
+std::unique_ptr<runs::Observer> textPrinter(const Plan& plan, const Style& style) {
   return std::make_unique<TextPrinter>(plan, style);
 }
 

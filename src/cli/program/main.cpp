@@ -8,7 +8,7 @@
 #include "printer.h"
 #include "run.h"
 #include "save_request.h"
-#include "undo/undo.h"
+#include "undo.h"
 #include "usage_error.h"
 
 #include <cstdio>

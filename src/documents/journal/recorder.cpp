@@ -305,6 +305,11 @@ void Recorder::append(const Record& record) {
   torn_ = false;
 }
 
+std::string Recorder::name() const {
+  const std::lock_guard guard(mutex_);
+  return replaced_ > notKept_ ? name_ : std::string();
+}
+
 std::uint64_t Recorder::notKept() const {
   const std::lock_guard guard(mutex_);
   return notKept_;

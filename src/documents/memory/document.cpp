@@ -72,10 +72,14 @@ void MemoryDocument::Unprotect(const std::u16string& password) {
     open();
     if (protection_ == word::wdNoProtection)
       throw Fault(word::kNotAvailable, u"The document is not protected.");
-    if (passwordCheck_ && !passwordCheck_(password))
-      throw Fault(word::kProtectionPasswordWrong, u"The password is incorrect.");
-    protect(word::wdNoProtection);
+    if (!unprotect(password)) throw Fault(word::kProtectionPasswordWrong, u"The password is incorrect.");
   });
+}
+
+bool MemoryDocument::unprotect(const std::u16string& password) {
+  if (passwordCheck_ && !passwordCheck_(password)) return false;
+  protect(word::wdNoProtection);
+  return true;
 }
 
 void MemoryDocument::Protect(word::WdProtectionType type, const std::u16string& password) {
@@ -153,22 +157,25 @@ void MemoryDocument::requirePosition(std::int32_t position) {
 void MemoryDocument::requireEditable(std::u16string_view newText) {
   if (protection_ != word::wdNoProtection) {
     throw Fault(word::kProtectedSelection,
-                u"You are not allowed to edit this selection because it is protected.");
+                u"You are not allowed to edit this selection because it is protected.")
+        .with(errors::Problem::protection);
   }
   if (medium_ == nullptr || newText.empty()) return;
   if (const auto reason = medium_->refusesText(newText)) {
-    throw Fault(word::kParameterOutOfRange, base::utf16(*reason));
+    throw Fault(word::kParameterOutOfRange, base::utf16(*reason)).with(errors::Problem::encoding);
   }
 }
 
 void MemoryDocument::requireHighlightable(std::int32_t colour) {
   requireEditable({});
   if (colour < word::wdNoHighlight || colour > word::wdGray25) {
-    throw Fault(word::kParameterOutOfRange, u"There is no highlight colour with this index.");
+    throw Fault(word::kParameterOutOfRange, u"There is no highlight colour with this index.")
+        .with(errors::Problem::encoding);
   }
   if (medium_ != nullptr && !medium_->holdsHighlight()) {
     throw Fault(word::kNotAvailable,
-                u"A document of this kind has no place for highlighting; save it as .docx first.");
+                u"A document of this kind has no place for highlighting; save it as .docx first.")
+        .with(errors::Problem::unsupported);
   }
 }
 

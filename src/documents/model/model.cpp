@@ -27,7 +27,8 @@ void requireText(std::u16string_view text) {
   throw errors::Fault(
       word::kParameterOutOfRange,
       u"The text holds a control character that stands for a table cell, a field, a picture or a "
-      u"note; remove it from the text.");
+      u"note; remove it from the text.")
+      .with(errors::Problem::encoding);
 }
 
 void requireRoom(Position length, std::u16string_view text) {
@@ -96,7 +97,8 @@ void Model::requireRoomForParts() const {
   if (parts() < mostParts_) return;
   throw errors::Fault(errors::kOutOfMemory,
                       u"These are more changes than one document can take, about sixteen million; divide the "
-                      u"document, or look for a longer text.");
+                      u"document, or look for a longer text.")
+      .with(errors::Problem::tooLarge);
 }
 
 std::u16string Model::visibleText(Span span, View view) const {

@@ -60,7 +60,7 @@ void StoredDocument::protect(const formats::Protection& protection) {
   auto check = protection.isLiftedBy;
   if (!protection.obstacle.empty()) {
     check = [obstacle = protection.obstacle](const std::u16string&) -> bool {
-      throw errors::Fault(word::kNotAvailable, base::utf16(obstacle));
+      throw errors::Fault(word::kNotAvailable, base::utf16(obstacle)).with(Problem::unsupported);
     };
   }
   document_->protect(protection.type, std::move(check));

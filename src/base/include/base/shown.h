@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -16,5 +17,8 @@ bool isControl(char32_t code);
 /// Bytes as a message or a list may show them to a person, be it at a terminal: controls as ?, bytes that are
 /// no UTF-8 as U+FFFD. Whatever comes from a name, a document, an argument or a file goes through this.
 std::string shown(std::string_view bytes);
+
+/// "1 block", "2 blocks"
+std::string counted(std::int64_t count, std::string_view noun);
 
 }  // namespace pluvo::base

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "errors/problem.h"
+
 #include <cstdint>
 #include <exception>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -34,6 +37,12 @@ struct Fault : std::exception {
   std::u16string source;
   std::u16string helpFile;
   std::int32_t helpContext = 0;
+
+  /// What it is for whoever works on documents, where that is known; a word processor tells only the number.
+  std::optional<Problem> problem;
+
+  /// The same with its problem.
+  Fault with(Problem known) &&;
 
   const char* what() const noexcept override { return "pluvo::errors::Fault"; }
 };

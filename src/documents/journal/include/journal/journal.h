@@ -54,6 +54,8 @@ class Recorder {
   /// outlive this.
   std::unique_ptr<files::Keeping> keep(const files::Replacement& replacement);
 
+  /// The name of the run, by which it is taken back; empty while no original is kept.
+  std::string name() const;
   /// Documents replaced without being kept, since the limit was reached.
   std::uint64_t notKept() const;
 

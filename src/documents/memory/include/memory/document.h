@@ -87,6 +87,8 @@ class MemoryDocument : public word::Document, public std::enable_shared_from_thi
   /// the protection.
   word::WdProtectionType protection() const { return protection_; }
   void protect(word::WdProtectionType type, PasswordCheck check = {});
+  /// Lifts the protection where the password does; whether it did.
+  bool unprotect(const std::u16string& password);
 
   /// The span a pair of positions makes in this text: start is set first, then end.
   text::Span spanOf(std::int32_t start, std::int32_t end);

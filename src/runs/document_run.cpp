@@ -1,0 +1,197 @@
+#include "document_run.h"
+
+#include "asking.h"
+#include "elsewhere/elsewhere.h"
+#include "engine/engine.h"
+#include "memory/application.h"
+#include "pass_watcher.h"
+#include "passwords.h"
+
+#include <functional>
+#include <new>
+#include <utility>
+#include <variant>
+
+namespace pluvo::runs {
+
+using files::DocumentError;
+using files::Problem;
+
+namespace {
+
+template <class Value>
+using OrFailure = std::variant<Value, Failure>;
+
+using Stored = std::unique_ptr<store::StoredDocument>;
+using Version = std::unique_ptr<files::Pending>;
+
+/// Does a part of the work; what went wrong with it, if anything did.
+std::optional<Failure> failureOf(const std::function<void()>& work) {
+  try {
+    work();
+    return std::nullopt;
+  } catch (const DocumentError& error) {
+    return Failure{error.problem(), error.what()};
+  } catch (const errors::Fault& fault) {
+    return failureFrom(fault);
+  } catch (const std::bad_alloc&) {
+    return Failure{Problem::tooLarge,
+                   "There is not enough memory for it; close other programs, or divide it."};
+  }
+}
+
+/// The document, its protection lifted, where the answers about it allow that.
+OrFailure<Stored> opened(const NamedDocument& named, const Surroundings& around, Asking& asking) {
+  const Plan& plan = around.plan;
+  store::Also also{.protectedDocuments = !plan.passwords.empty(),
+                   .forReading = plan.findsOnly(),
+                   .hint = {.encoding = plan.encoding},
+                   .folderLength = named.folderLength};
+  std::optional<base::SecretText> password;
+  Stored stored;
+  while (const auto failure = failureOf([&] { stored = around.store.open(named.path, also); })) {
+    if (failure->problem == Problem::temporary && !also.temporaryFiles) {
+      also.temporaryFiles = asking.ask(Question::temporary).reply == Asking::Reply::yes;
+      if (!also.temporaryFiles) return *failure;
+    } else if (failure->problem == Problem::protection && !also.protectedDocuments) {
+      Answer answer = asking.ask(Question::password);
+      also.protectedDocuments = answer.reply == Asking::Reply::yes;
+      if (!also.protectedDocuments) return *failure;
+      password = std::move(answer.password);
+    } else {
+      return *failure;
+    }
+  }
+  if (const auto failure = liftProtection(*stored, around, asking, std::move(password))) return *failure;
+  return stored;
+}
+
+/// Makes a pass for each request, as far as the run goes on. What made the document fail, if anything did.
+std::optional<Failure> passed(const store::StoredDocument& stored, const std::optional<Failure>& obstacle,
+                              const Surroundings& around, Asking& asking, const BlockSink& blocks,
+                              Outcome& outcome) {
+  memory::MemoryApplication application;
+  application.add(stored.document());
+  std::int64_t refused = 0;
+  std::optional<Failure> firstRefusal;
+  for (const engine::Request& request : around.plan.requests) {
+    PassWatcher watcher(*stored.document(), request, obstacle, around.plan.keepGoing, asking, blocks);
+    const engine::PassResult result = engine::Engine(application, watcher).pass(request);
+    outcome.found += result.found;
+    if (request.operation != engine::kNone) outcome.operated += result.operated - result.refused;
+    outcome.skipped += result.skipped;
+    outcome.tooFar += result.tooFar;
+    refused += result.refused;
+    if (!firstRefusal) firstRefusal = watcher.firstRefusal();
+    if (watcher.failure()) return watcher.failure();
+    if (refused > 0 && !around.plan.keepGoing) return firstRefusal;
+    if (asking.endsHere()) break;
+  }
+  if (refused > 0 && outcome.operated == 0) return firstRefusal;
+  outcome.refused = refused;
+  return std::nullopt;
+}
+
+/// What all requests together did not reach. What goes wrong meanwhile is told, and keeps nothing from being
+/// saved.
+elsewhere::Elsewhere notReached(const store::StoredDocument& stored, const Plan& plan) {
+  elsewhere::Elsewhere found;
+  const auto failure = failureOf([&] {
+    found = elsewhere::lookElsewhere(stored.source(), stored.document()->model(), plan.requests);
+  });
+  if (failure) found.damaged.push_back({"other parts", failure->message});
+  return found;
+}
+
+/// Where the new version goes, if not into the document's place.
+std::optional<std::string> otherPath(const NamedDocument& named, const Plan& plan,
+                                     const std::optional<Failure>& obstacle, Asking& asking) {
+  if (plan.outputFolder) return *plan.outputFolder + "/" + named.place;
+  if (!obstacle) return std::nullopt;
+  Answer answer = asking.ask(Question::saveAs);
+  if (answer.reply != Asking::Reply::yes) return std::nullopt;
+  return std::move(answer.path);
+}
+
+/// Begins to save a document that was changed.
+OrFailure<Version> beginSaving(const store::StoredDocument& stored, const Surroundings& around,
+                               const std::optional<std::string>& otherPath) {
+  store::SaveOptions options;
+  options.backupSuffix = around.plan.backupSuffix;
+  options.otherPath = otherPath;
+  options.otherRoot = around.plan.outputFolder.value_or("");
+  if (around.journal != nullptr)
+    options.beforeReplacing = [journal = around.journal](const auto& replacement) {
+      return journal->keep(replacement);
+    };
+  Version version;
+  if (const auto failure = failureOf([&] { version = stored.beginSave(options); })) return *failure;
+  return version;
+}
+
+/// A document from its path to its new version. What made it fail, if anything did.
+std::optional<Failure> workOn(const NamedDocument& named, const Surroundings& around, Asking& asking,
+                              const BlockSink& blocks, Worked& worked) {
+  const Plan& plan = around.plan;
+  Outcome& outcome = worked.outcome;
+  const auto document = opened(named, around, asking);
+  if (const auto* failure = std::get_if<Failure>(&document)) return *failure;
+  const store::StoredDocument& stored = *std::get<Stored>(document);
+  outcome.encoding = stored.encoding();
+  outcome.guessed = stored.isEncodingGuessed();
+
+  std::optional<Failure> obstacle;
+  if (plan.changesInPlace()) {
+    if (const auto found = stored.obstacle()) obstacle = Failure{found->problem(), found->what()};
+  }
+  const bool goesOn = obstacle && asking.ask(Question::readOnly).reply == Asking::Reply::yes;
+  const auto failure = passed(stored, goesOn ? std::nullopt : obstacle, around, asking, blocks, outcome);
+  // A document in which something failed was read all the same.
+  if (plan.looksElsewhere) outcome.elsewhere = notReached(stored, plan);
+  if (failure) return failure;
+  if (asking.isCancelled()) return std::nullopt;
+
+  outcome.changed = stored.document()->model().changed();
+  // A large text lies in its file; what was found in it counts only if nobody wrote there meanwhile.
+  if (!outcome.changed) return failureOf([&] { stored.requireUnchangedFile(); });
+  if (plan.dryRun) return std::nullopt;
+  const auto savedAs = otherPath(named, plan, obstacle, asking);
+  if (obstacle && !savedAs) return obstacle;
+  auto version = beginSaving(stored, around, savedAs);
+  if (const auto* failure = std::get_if<Failure>(&version)) return *failure;
+  worked.version = std::move(std::get<Version>(version));
+  if (worked.version) outcome.savedAs = savedAs.value_or("");
+  return std::nullopt;
+}
+
+}  // namespace
+
+Worked runOn(const NamedDocument& named, std::size_t number, const Surroundings& around,
+             const BlockSink& blocks) {
+  Worked worked;
+  worked.outcome.path = named.path;
+  worked.outcome.failure = named.failure;
+  if (named.failure) return worked;
+  Asking asking(around.face, named.path, number);
+  const auto thrown =
+      failureOf([&] { worked.outcome.failure = workOn(named, around, asking, blocks, worked); });
+  if (thrown) worked.outcome.failure = thrown;
+  worked.outcome.cutShort = asking.endsHere();
+  return worked;
+}
+
+Outcome finished(Worked worked) {
+  Outcome& outcome = worked.outcome;
+  if (worked.version == nullptr) return std::move(outcome);
+  outcome.failure = failureOf([&] {
+    files::Saved version = worked.version->finish();
+    outcome.backup = std::move(version.backup);
+    // A copy elsewhere is the user's.
+    if (outcome.savedAs.empty()) outcome.notKept = version.notKept;
+    outcome.saved = true;
+  });
+  if (outcome.failure) outcome.savedAs.clear();
+  return std::move(outcome);
+}
+
+}  // namespace pluvo::runs

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "journal/journal.h"
+#include "password_budget.h"
+#include "runs/face.h"
+#include "runs/plan.h"
+#include "store/store.h"
+
+#include <functional>
+#include <memory>
+
+namespace pluvo::runs {
+
+/// What the documents of a run share.
+struct Surroundings {
+  const Plan& plan;
+  const store::Store& store;
+  Face& face;
+  journal::Recorder* journal;  ///< nullptr: originals are not kept
+  PasswordBudget& passwordBudget;
+};
+
+/// Takes the blocks of a document as they come; empty where nobody wants them, since reading them costs.
+using BlockSink = std::function<void(const BlockReport&)>;
+
+/// What became of a document, and where it is to be saved, its new version.
+struct Worked {
+  Outcome outcome;
+  std::unique_ptr<files::Pending> version;
+};
+
+/// Opens a document, makes a pass over it for each request, and begins to save it. Whatever goes wrong is in
+/// the outcome. The number is that of the document in the list, from 1. May be called from several threads
+/// where nobody is asked.
+Worked runOn(const NamedDocument& document, std::size_t number, const Surroundings& around,
+             const BlockSink& blocks);
+
+/// Saves what is to be saved: checks a small version, and waits for the disk.
+Outcome finished(Worked worked);
+
+}  // namespace pluvo::runs

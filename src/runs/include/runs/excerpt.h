@@ -1,0 +1,21 @@
+#pragma once
+
+#include "word/word_processor.h"
+
+#include <cstdint>
+#include <string>
+
+namespace pluvo::runs {
+
+/// A piece of a document for people to read, on one line: marks and breaks are shown as signs, what is long
+/// is shortened in its middle.
+struct Excerpt {
+  std::string lead;  ///< what stands before it in its paragraph
+  std::string piece;
+  std::string trail;  ///< what stands behind it, in the paragraph it ends in
+};
+
+/// What stands at [start, end). No more of the document is read than is shown, however long the piece is.
+Excerpt excerptOf(word::Document& document, std::int32_t start, std::int32_t end);
+
+}  // namespace pluvo::runs

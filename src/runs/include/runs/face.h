@@ -1,0 +1,60 @@
+#pragma once
+
+#include "base/secret_text.h"
+#include "runs/observer.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace pluvo::runs {
+
+/// What a run asks about a document. The words are the face's.
+enum class Question : std::uint8_t {
+  perform,    ///< is the operation to be carried out on this block?
+  temporary,  ///< is it to be worked on, though its name is that of a word processor's temporary file?
+  readOnly,   ///< is it to be worked on, though it may not be replaced? Before it is saved, saveAs is asked
+  password,   ///< by which password is its protection lifted?
+  saveAs,     ///< where is the new version of a document to go that may not be replaced?
+};
+
+struct Asked {
+  Question question;
+  const std::string& path;
+  std::size_t number;                  ///< of the document in the list, from 1
+  std::size_t tries = 0;               ///< of password: how many were wrong
+  const BlockReport* block = nullptr;  ///< of perform
+};
+
+struct Answer {
+  enum class Reply : std::uint8_t {
+    yes,
+    no,             ///< the block stays; the document has the problem that was asked about
+    restUnchanged,  ///< no to this block and to all that are left in the document
+    stop,           ///< the run ends with the changes made so far in this document
+  };
+  Reply reply = Reply::no;
+  base::SecretText password = {};  ///< with a yes to password
+  std::string path = {};           ///< with a yes to saveAs; its name must be free
+};
+
+enum class Cancelled : std::uint8_t {
+  no,
+  afterDocuments,  ///< those at hand are finished, and no other is begun
+  atOnce,          ///< those at hand are left as they were
+};
+
+/// Whoever has documents worked on: is told of the run, answers its questions, and may end it.
+class Face : public Observer {
+ public:
+  /// Whether there is somebody to answer. Then one document is worked on after the other; else nothing is
+  /// asked, and each answer is no.
+  virtual bool answers() const { return false; }
+  virtual Answer answer(const Asked& /*asked*/) { return {}; }
+  /// Asked very often, before every search, from every thread that works on a document.
+  virtual Cancelled cancelled() { return Cancelled::no; }
+  /// A sentence for the user: of folderRefused what to do, without a capital; of others what is wrong, too.
+  virtual std::string sentenceFor(Trouble trouble) const = 0;
+};
+
+}  // namespace pluvo::runs

@@ -1,0 +1,82 @@
+#pragma once
+
+#include "elsewhere/elsewhere.h"
+#include "engine/request.h"
+#include "files/problem.h"
+#include "files/saving.h"
+#include "runs/excerpt.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace pluvo::runs {
+
+/// What is wrong with a document or folder that only the face has advice for.
+enum class Trouble : std::uint8_t {
+  noName,            ///< its path is empty
+  isFolder,          ///< it is a folder, and folders are not looked through
+  placeTaken,        ///< an earlier document goes to the same place in the output folder
+  folderRefused,     ///< the user may not read a folder
+  wrongPasswords,    ///< none of the plan's passwords lifts its protection
+  documentsHashing,  ///< trying more passwords would cost more than one document may
+  runsHashing,       ///< trying passwords has cost as much as a run may
+};
+
+struct Failure {
+  files::Problem problem = files::Problem::io;
+  std::string message;  ///< a sentence for the user, without the document's name
+};
+
+/// What became of one document.
+struct Outcome {
+  std::string path;  ///< bytes, as the user named it
+  std::int64_t found = 0;
+  std::int64_t operated = 0;  ///< operations carried out; 0 for find
+  std::int64_t skipped = 0;
+  std::int64_t refused = 0;  ///< operations refused and passed over
+  std::int64_t tooFar = 0;   ///< beginnings with an ending that was too far away
+  bool changed = false;      ///< an operation made a difference
+  bool cutShort = false;     ///< the run was ended in it, so that it is not done with
+  bool saved = false;
+  std::string savedAs;  ///< the new document, where the original stays; else empty
+  std::string backup;   ///< where the original is kept, else empty
+  files::NotKept notKept = {};
+  std::string encoding;            ///< by which a plain text was read, else empty
+  bool guessed = false;            ///< the encoding was told from how the text reads
+  elsewhere::Elsewhere elsewhere;  ///< what the requests did not reach, all of them together
+  std::optional<Failure> failure;
+
+  /// What of the operations is in a saved document, or would be after a dry run.
+  std::int64_t lasting() const { return changed && !failure ? operated : 0; }
+};
+
+/// What became of all of them.
+struct Totals {
+  std::int64_t files = 0;
+  std::int64_t found = 0;
+  std::int64_t operated = 0;  ///< in the documents that are counted as changed
+  std::int64_t skipped = 0;
+  std::int64_t tooFar = 0;
+  std::int64_t changed = 0;  ///< documents saved; with --dry-run, those that would be
+  std::int64_t failed = 0;   ///< but for temporary files, which are skipped
+  std::int64_t leftOut = 0;  ///< files and folders that were found and not taken
+  std::int64_t links = 0;    ///< among them
+  elsewhere::Elsewhere elsewhere;
+  std::int64_t notReached = 0;  ///< documents that it is about
+
+  void add(const Outcome& outcome);
+};
+
+/// One block as it was found and as an operation left it.
+struct BlockReport {
+  const engine::Request* request = nullptr;  ///< one of the plan's
+  std::int32_t paragraph = 0;                ///< it begins in, from 1, as the document was before the pass
+  Excerpt before;
+  std::optional<Excerpt> after;  ///< nothing for find
+  bool deleted = false;          ///< it lies in tracked deletions
+  bool refused = false;
+  bool skipped = false;  ///< the user had it left as it is
+};
+
+}  // namespace pluvo::runs

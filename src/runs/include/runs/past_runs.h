@@ -1,0 +1,55 @@
+#pragma once
+
+#include "files/file_system.h"
+#include "runs/outcome.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace pluvo::runs {
+
+/// A run whose originals are kept.
+struct PastRun {
+  std::string name;  ///< "20261121-142233-0": the time it began (UTC), and a number among those of one second
+  std::string command;
+  std::uint64_t documents = 0;  ///< whose originals are kept
+  std::uint64_t notKept = 0;    ///< changed too, but not to be taken back
+  std::uint64_t bytes = 0;
+  bool going = false;    ///< still running
+  bool refused = false;  ///< others may write what is kept; nothing else is known of it
+};
+
+/// What came of a document when its run was taken back.
+struct TakenBack {
+  std::string path;
+  bool asBefore = false;  ///< it was already
+  std::optional<Failure> failure = std::nullopt;
+};
+
+/// The user's runs that can be taken back, or are refused.
+class PastRuns {
+ public:
+  /// Throws DocumentError; CannotBegin (stateFolder) where nobody knows where they are.
+  explicit PastRuns(files::FileSystem& system);
+
+  /// The oldest first.
+  const std::vector<PastRun>& all() const { return runs_; }
+  /// The last one that is over; none where there is none.
+  const PastRun* last() const;
+  /// The last one that is over among those before it: what to try where it cannot be put back, or not whole.
+  const PastRun* before(const std::string& name) const;
+
+  /// Takes a run back, the last document first, and tells of each. A document that changed since is left as
+  /// it is. What could not be put back, and nothing else, can be tried again. Throws DocumentError.
+  void takeBack(const std::string& name, const std::function<void(const TakenBack&)>& tell);
+
+ private:
+  files::FileSystem& system_;
+  std::string folder_;
+  std::vector<PastRun> runs_;
+};
+
+}  // namespace pluvo::runs

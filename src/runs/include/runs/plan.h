@@ -1,0 +1,44 @@
+#pragma once
+
+#include "base/secret_text.h"
+#include "engine/request.h"
+#include "runs/selection.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace pluvo::runs {
+
+/// A run: what is done, to which documents, and how.
+struct Plan {
+  std::vector<engine::Request> requests;  ///< one or more, in the order in which each document gets them
+  Selection selection;
+  /// Lift protections, tried in this order; without any protected documents are left alone.
+  std::vector<base::SecretText> passwords;
+  std::string
+      encoding;  ///< of plain texts that do not say it, as knownEncoding gives it; empty: told from the text
+
+  bool dryRun = false;
+  bool keepGoing = false;  ///< changes that are refused are left out, and the others are saved
+  bool journal = true;     ///< originals are kept for an undo
+  std::optional<std::string> backupSuffix;
+  std::optional<std::string> outputFolder;
+  int jobs = 1;
+
+  bool looksElsewhere = true;  ///< for what the requests do not reach; it costs, and is told in the outcomes
+
+  std::optional<std::string> report;  ///< a file whose name ends in .html, .htm, .csv or .json
+  bool overwriteReport = false;       ///< whatever lies there
+
+  std::string command;  ///< what the run is called in its report and its journal
+
+  bool findsOnly() const;
+  /// Whether documents are replaced.
+  bool changesInPlace() const { return !findsOnly() && !dryRun && !outputFolder; }
+};
+
+/// The encoding's name as a Plan has it. Throws files::DocumentError where it is not known.
+std::string knownEncoding(const std::string& name);
+
+}  // namespace pluvo::runs

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "files/file_system.h"
+#include "multifile/folders.h"
+#include "runs/listing.h"
+
+#include <set>
+#include <unordered_map>
+#include <utility>
+
+namespace pluvo::runs {
+
+using Identity = multifile::FileIdentity;
+inline Identity identityOf(const files::Stamp& stamp) { return {stamp.device, stamp.inode}; }
+
+/// The machine's folders as a scan is to see them: without what is excluded, each read from the disk once
+/// though a scan asks twice, and with a word about what the scan does not see.
+class TreeFolders final : public multifile::Folders {
+ public:
+  /// All of them outlive it.
+  /// The length is that of the root's path, with the slash.
+  TreeFolders(files::FileSystem& system, const Selection& selection, std::size_t rootLength,
+              const std::set<Identity>& avoided, const Sentences& sentences, Listing& listing);
+
+  std::error_code forEachEntry(const std::u16string& folder, const Visit& visit) override;
+  std::u16string resolved(const std::u16string& folder) override;
+  bool isFolder(const std::u16string& path) override { return machine_->isFolder(path); }
+  std::vector<std::u16string> drives() override { return machine_->drives(); }
+
+ private:
+  std::vector<multifile::Entry> read(const std::u16string& folder);
+  /// None for what is taken.
+  std::optional<Reason> reasonToLeaveOut(const std::u16string& folder, const multifile::Entry& entry) const;
+  void noteUnreadable(const std::string& folder, std::error_code error, bool inPart);
+
+  files::FileSystem& system_;
+  const Selection& selection_;
+  const std::size_t rootLength_;
+  const std::set<Identity>& avoided_;
+  const Sentences& sentences_;
+  Listing& listing_;
+  std::unique_ptr<multifile::Folders> machine_ = multifile::machineFolders();
+  std::unordered_map<std::u16string, std::vector<multifile::Entry>> read_;
+};
+
+}  // namespace pluvo::runs

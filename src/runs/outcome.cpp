@@ -1,0 +1,19 @@
+#include "runs/outcome.h"
+
+#include "elsewhere/words.h"
+
+namespace pluvo::runs {
+
+void Totals::add(const Outcome& outcome) {
+  ++files;
+  found += outcome.found;
+  operated += outcome.lasting();
+  skipped += outcome.skipped;
+  tooFar += outcome.tooFar;
+  if (outcome.changed && !outcome.failure) ++changed;
+  if (outcome.failure && outcome.failure->problem != files::Problem::temporary) ++failed;
+  elsewhere += outcome.elsewhere;
+  if (needsCare(outcome.elsewhere)) ++notReached;
+}
+
+}  // namespace pluvo::runs

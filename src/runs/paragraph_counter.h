@@ -1,0 +1,25 @@
+#pragma once
+
+#include "word/word_processor.h"
+
+#include <cstdint>
+
+namespace pluvo::runs {
+
+/// Numbers the paragraphs of a document as they were before it was edited, for positions that only go
+/// forward; a whole pass reads the document once. Edits lie between the position numbered last and the one
+/// given to resumeAt.
+class ParagraphCounter {
+ public:
+  /// The number of the paragraph that holds the position, from 1.
+  std::int32_t numberAt(word::Document& document, std::int32_t position);
+
+  /// What stood behind the edit's end before the edit has this position now, and this number.
+  void resumeAt(std::int32_t position, std::int32_t number);
+
+ private:
+  std::int32_t position_ = 0;
+  std::int32_t number_ = 1;
+};
+
+}  // namespace pluvo::runs

@@ -1,0 +1,125 @@
+#include "pass_watcher.h"
+
+#include "base/utf.h"
+#include "errors/fault.h"
+
+#include <utility>
+
+namespace pluvo::runs {
+
+namespace {
+
+word::Range& placeIn(const engine::Block& block, engine::LocationCode location) {
+  switch (location) {
+    case engine::kBeginning:
+      return block.begin;
+    case engine::kEnding:
+      return block.end != nullptr ? *block.end : block.begin;
+    case engine::kInsideText:
+      return block.inside != nullptr ? *block.inside : block.whole;
+    case engine::kSelection:
+      break;
+  }
+  return block.whole;
+}
+
+}  // namespace
+
+Failure failureFrom(const errors::Fault& fault) {
+  return {fault.problem.value_or(files::Problem::refused), base::utf8(fault.description)};
+}
+
+engine::PassObserver::Answer PassWatcher::found(const engine::Block& block) {
+  if (obstacle_ && request_.operation != engine::kNone) {
+    failure_ = obstacle_;
+    return Answer::stop;
+  }
+  if (!looks()) return Answer::goOn;
+
+  word::Range& place = placeIn(block, request_.location);
+  const std::int32_t start = place.Start();
+  const std::int32_t end = place.End();
+  lengthBefore_ = end - start;
+  current_ = {};
+  current_.request = &request_;
+  current_.paragraph = paragraphs_.numberAt(document_, start);
+  current_.deleted = document_.model().isDeleted({start, end});
+  // The question shows the block; the preview of an insertion shows where it goes.
+  if (request_.operation == engine::kInsert && !request_.confirmEach) {
+    const std::int32_t where = request_.place == engine::kAfter ? end : start;
+    current_.before = excerptOf(document_, where, where);
+  } else {
+    current_.before = excerptOf(document_, start, end);
+  }
+  paragraphBehind_ = paragraphs_.numberAt(document_, block.whole.End());
+  return Answer::goOn;
+}
+
+engine::Observer::Decision PassWatcher::decide(const engine::Block& /*block*/) {
+  if (asking_.isRestLeft()) return Decision::skip;
+  switch (asking_.ask(Question::perform, 0, &current_).reply) {
+    case Asking::Reply::yes:
+      return Decision::operate;
+    case Asking::Reply::restUnchanged:
+      asking_.leaveTheRest();
+      return Decision::skip;
+    case Asking::Reply::no:
+      return Decision::skip;
+    case Asking::Reply::stop:
+      break;
+  }
+  return Decision::stop;
+}
+
+engine::PassObserver::Answer PassWatcher::operated(const engine::Block& block, const errors::Fault* refusal) {
+  if (refusal != nullptr) {
+    const Failure failure = failureFrom(*refusal);
+    lastFault_.reset();
+    if (!firstRefusal_) firstRefusal_ = failure;
+    // From here on every change would be refused.
+    if (failure.problem == files::Problem::tooLarge) {
+      failure_ = failure;
+      return Answer::stop;
+    }
+  }
+  if (looks()) leave(block);
+  if (blocks_) {
+    current_.refused = refusal != nullptr;
+    if (refusal == nullptr && request_.operation != engine::kNone) {
+      const auto [start, end] = changedSpan(placeIn(block, request_.location));
+      current_.after = excerptOf(document_, start, end);
+    }
+    blocks_(current_);
+  }
+  return refusal != nullptr && !keepGoing_ ? Answer::stop : Answer::goOn;
+}
+
+engine::PassObserver::Answer PassWatcher::skipped(const engine::Block& block) {
+  if (looks()) leave(block);
+  if (blocks_) {
+    current_.skipped = true;
+    blocks_(current_);
+  }
+  return Answer::goOn;
+}
+
+/// The fault of a refused change comes here before the change is told of.
+void PassWatcher::failed(const errors::Fault& fault, errors::Tag /*tag*/) {
+  if (lastFault_ && !failure_) failure_ = lastFault_;
+  lastFault_ = failureFrom(fault);
+}
+
+void PassWatcher::leave(const engine::Block& block) {
+  paragraphs_.resumeAt(block.whole.End(), paragraphBehind_);
+}
+
+/// What is new at the place: all of it, or what was inserted before or behind what was there.
+std::pair<std::int32_t, std::int32_t> PassWatcher::changedSpan(word::Range& place) const {
+  const std::int32_t start = place.Start();
+  const std::int32_t end = place.End();
+  if (request_.operation != engine::kInsert) return {start, end};
+  if (request_.place == engine::kAfter) return {start + lengthBefore_, end};
+  return {start, end - lengthBefore_};
+}
+
+}  // namespace pluvo::runs

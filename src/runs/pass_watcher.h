@@ -1,0 +1,64 @@
+#pragma once
+
+#include "asking.h"
+#include "document_run.h"
+#include "engine/observer.h"
+#include "memory/document.h"
+#include "paragraph_counter.h"
+
+#include <optional>
+#include <utility>
+
+namespace pluvo::runs {
+
+/// A refusal by the word processor as a run tells of it.
+Failure failureFrom(const errors::Fault& fault);
+
+/// Hears of every block of a pass over one document: hands blocks on, has questions about them answered, and
+/// stops the pass where going on makes no sense: a document that cannot be saved, a change that was refused.
+class PassWatcher final : public engine::Observer {
+ public:
+  /// All of them outlive it. The obstacle is why the document may not be replaced, where it would be.
+  PassWatcher(memory::MemoryDocument& document, const engine::Request& request,
+              const std::optional<Failure>& obstacle, bool keepGoing, Asking& asking, const BlockSink& blocks)
+      : document_(document),
+        request_(request),
+        obstacle_(obstacle),
+        keepGoing_(keepGoing),
+        asking_(asking),
+        blocks_(blocks) {}
+
+  Answer searching() override { return asking_.isCancelled() ? Answer::stop : Answer::goOn; }
+  Answer found(const engine::Block& block) override;
+  Decision decide(const engine::Block& block) override;
+  Answer operated(const engine::Block& block, const errors::Fault* refusal) override;
+  Answer skipped(const engine::Block& block) override;
+  void failed(const errors::Fault& fault, errors::Tag tag) override;
+
+  /// Why the first change was refused, if one was.
+  const std::optional<Failure>& firstRefusal() const { return firstRefusal_; }
+  /// What ended the pass otherwise, before all blocks were found.
+  const std::optional<Failure>& failure() const { return failure_ ? failure_ : lastFault_; }
+
+ private:
+  std::pair<std::int32_t, std::int32_t> changedSpan(word::Range& place) const;
+  /// Whether anybody is shown the blocks; reading them costs.
+  bool looks() const { return blocks_ != nullptr || request_.confirmEach; }
+  void leave(const engine::Block& block);
+
+  memory::MemoryDocument& document_;
+  const engine::Request& request_;
+  const std::optional<Failure>& obstacle_;
+  const bool keepGoing_;
+  Asking& asking_;
+  const BlockSink& blocks_;
+  std::optional<Failure> firstRefusal_;
+  std::optional<Failure> failure_;
+  std::optional<Failure> lastFault_;  ///< unless it was that of a refused change
+  ParagraphCounter paragraphs_;
+  BlockReport current_;
+  std::int32_t paragraphBehind_ = 0;  ///< at the block's end
+  std::int32_t lengthBefore_ = 0;     ///< of the place, before the operation
+};
+
+}  // namespace pluvo::runs

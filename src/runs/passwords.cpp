@@ -1,0 +1,46 @@
+#include "passwords.h"
+
+#include <utility>
+
+namespace pluvo::runs {
+
+Tried tryPasswords(const std::vector<base::SecretText>& passwords, std::uint64_t cost, PasswordBudget& ofRun,
+                   const std::function<bool(const base::SecretText&)>& lifts) {
+  PasswordBudget ofDocument(PasswordBudget::kForDocument);
+  for (const base::SecretText& each : passwords) {
+    if (!ofDocument.take(cost)) return Tried::documentSpent;
+    if (!ofRun.take(cost)) return Tried::runSpent;
+    if (lifts(each)) return Tried::lifted;
+  }
+  return Tried::wrong;
+}
+
+std::optional<Failure> liftProtection(const store::StoredDocument& stored, const Surroundings& around,
+                                      Asking& asking, std::optional<base::SecretText> answered) {
+  memory::MemoryDocument& document = *stored.document();
+  if (document.protection() == word::wdNoProtection) return std::nullopt;
+  const auto failure = [&](Trouble trouble) {
+    return Failure{files::Problem::password, around.face.sentenceFor(trouble)};
+  };
+  switch (tryPasswords(around.plan.passwords, stored.hashesForPassword(), around.passwordBudget,
+                       [&](const base::SecretText& each) { return document.unprotect(each.text()); })) {
+    case Tried::lifted:
+      return std::nullopt;
+    case Tried::documentSpent:
+      return failure(Trouble::documentsHashing);
+    case Tried::runSpent:
+      return failure(Trouble::runsHashing);
+    case Tried::wrong:
+      break;
+  }
+  std::size_t tries = 0;
+  while (true) {
+    if (answered && document.unprotect(answered->text())) return std::nullopt;
+    if (answered) ++tries;
+    Answer answer = asking.ask(Question::password, tries);
+    if (answer.reply != Answer::Reply::yes) return failure(Trouble::wrongPasswords);
+    answered = std::move(answer.password);
+  }
+}
+
+}  // namespace pluvo::runs

@@ -1,0 +1,88 @@
+#include "base/shown.h"
+#include "elsewhere/words.h"
+#include "reports/report_file.h"
+#include "reports/report_kinds.h"
+
+#include <algorithm>
+#include <array>
+#include <initializer_list>
+
+namespace pluvo::runs {
+namespace {
+
+/// What begins a formula in spreadsheets, some of which read the full-width signs as the plain ones.
+constexpr std::array<std::string_view, 11> kFormulaSigns = {"=",  "+",      "-",      "@",      "\t",    "\r",
+                                                            "\n", "\uFF1D", "\uFF0B", "\uFF0D", "\uFF20"};
+
+/// A field. What a spreadsheet would take for a formula gets an apostrophe, which it shows as text.
+std::string field(std::string_view text) {
+  std::string guarded(text);
+  if (std::ranges::any_of(kFormulaSigns, [&](std::string_view sign) { return text.starts_with(sign); }))
+    guarded.insert(0, 1, '\'');
+  std::string quoted = "\"";
+  for (const char c : guarded) quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
+  return quoted + "\"";
+}
+
+std::string row(std::initializer_list<std::string> fields) {
+  std::string line;
+  for (const std::string& each : fields) line += (line.empty() ? "" : ",") + each;
+  return line + "\r\n";
+}
+
+std::string notReached(const elsewhere::Elsewhere& found) {
+  const std::string damage = damageInWords(found);
+  return inWords(found) + (damage.empty() ? damage : ". " + damage);
+}
+
+class CsvReport final : public Observer {
+ public:
+  explicit CsvReport(const ReportPlace& place) : file_(place) {}
+
+  bool wantsBlocks() const override { return true; }
+
+  void block(const std::string& path, const BlockReport& block) override {
+    const std::string message = block.deleted ? "in deleted text" : "";
+    const char* const state = block.refused   ? "refused"
+                              : block.skipped ? "skipped"
+                              : block.after   ? "changed"
+                                              : "found";
+    file_.addLater(row({field("block"), field(path), field(state), "", "", "",
+                        std::to_string(block.paragraph), field(block.before.lead), field(block.before.piece),
+                        block.after ? field(block.after->piece) : "", field(block.before.trail),
+                        field(message), "", "", ""}));
+  }
+
+  void document(const Outcome& outcome) override {
+    std::string state = outcome.saved ? "saved" : "not saved";
+    std::string message;
+    if (outcome.failure) {
+      state = files::nameOf(outcome.failure->problem);
+      message = outcome.failure->message;
+    } else if (outcome.refused > 0) {
+      message = base::counted(outcome.refused, "change") + " refused";
+    }
+    file_.addLater(row({field("document"), field(outcome.path), field(state), std::to_string(outcome.found),
+                        std::to_string(outcome.operated), std::to_string(outcome.skipped), "", "", "", "", "",
+                        field(message), field(outcome.encoding), field(notReached(outcome.elsewhere)),
+                        field(notLookedIntoInWords(outcome.elsewhere))}));
+  }
+
+  void leftOut(const LeftOut& leftOut) override {
+    file_.addLater(row({field("not taken"), field(leftOut.path), field(wordsOf(leftOut.reason)), "", "", "",
+                        "", "", "", "", "", "", "", "", ""}));
+  }
+
+  void ends(const Totals& /*totals*/) override {
+    file_.finish(std::string(kCsvMark) + "message,encoding,not reached,not looked into\r\n", "");
+  }
+
+ private:
+  ReportFile file_;
+};
+
+}  // namespace
+
+std::unique_ptr<Observer> csvReport(const ReportPlace& place) { return std::make_unique<CsvReport>(place); }
+
+}  // namespace pluvo::runs

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <sys/stat.h>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace pluvo::runs {
+
+/// What the first line of a report begins with, by which a later run knows that it may replace the file.
+inline constexpr std::string_view kHtmlMark = "<!DOCTYPE html><!-- PLUVO report -->";
+inline constexpr std::string_view kJsonMark = "{\"report\":\"PLUVO\",";
+/// No row of its own, which spreadsheets would show: the names of the first columns and the mark for UTF-8.
+inline constexpr std::string_view kCsvMark =
+    "\xEF\xBB\xBFkind,file,state,found,operated,skipped,paragraph,text before,block,block changed,text "
+    "behind,";
+
+enum class ReportKind : std::uint8_t { html, csv, json };
+
+/// Where a report goes, as it was found before the run.
+struct ReportPlace {
+  ReportKind kind;
+  std::string path;                   ///< without links
+  std::optional<struct stat> before;  ///< of the file there, if there is one
+  bool isForeign = false;             ///< that file is not empty and no report
+};
+
+/// Throws CannotBegin where the ending says no kind of report, where the path leads to something else than a
+/// file, and, unless it may be overwritten, where it leads to a file that is not empty and no report.
+ReportPlace reportPlace(const std::string& path, bool overwrite);
+
+}  // namespace pluvo::runs

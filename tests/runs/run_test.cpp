@@ -1,0 +1,128 @@
+#include "runs/run.h"
+
+#include "documents/docx/document_builder.h"
+#include "documents/files/scratch.h"
+#include "runs/past_runs.h"
+#include "runs/written_request.h"
+
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+
+#include <cstdlib>
+#include <functional>
+
+namespace pluvo::runs {
+namespace {
+
+using Reply = Answer::Reply;
+using ::testing::ElementsAre;
+
+/// Answers as it is told to, and keeps what it hears.
+class ScriptedFace final : public Face {
+ public:
+  bool answers() const override { return answering != nullptr; }
+  Answer answer(const Asked& asked) override {
+    asked_.push_back(asked.question);
+    return answering(asked);
+  }
+  Cancelled cancelled() override { return cancelling ? cancelling() : Cancelled::no; }
+  void document(const Outcome& outcome) override { outcomes.push_back(outcome); }
+  std::string sentenceFor(Trouble /*trouble*/) const override { return "Trouble."; }
+
+  std::function<Answer(const Asked&)> answering;
+  std::function<Cancelled()> cancelling;
+  std::vector<Question> asked_;
+  std::vector<Outcome> outcomes;
+};
+
+class Runs : public ::testing::Test {
+ protected:
+  void SetUp() override { ::setenv("XDG_STATE_HOME", state_.path("").c_str(), 1); }
+
+  Plan planFor(const std::vector<std::string>& names) const {
+    WrittenRequest words;
+    words.begin = "draft";
+    words.text = "final";
+    Plan plan;
+    plan.requests = {requestFrom(engine::kReplace, words)};
+    for (const std::string& name : names) plan.selection.paths.push_back(folder_.path(name));
+    return plan;
+  }
+  Ended made(const Plan& plan) { return run(plan, face_, files::machineFileSystem()); }
+
+  files::Scratch folder_;
+  files::Scratch state_;
+  ScriptedFace face_;
+};
+
+TEST_F(Runs, AskAboutADocumentWhatOnlyAPersonKnows) {
+  const std::string locked = docx::fileOf(
+      "draft", docx::settingsOf("<w:documentProtection w:edit=\"readOnly\" w:enforcement=\"1\"/>"));
+  const std::string other = folder_.path("other.txt");
+  const struct {
+    const char* name;
+    Question question;
+    std::optional<files::Problem> refused;  ///< where the answer is no
+    std::string changed;                    ///< the file that a yes writes
+  } cases[] = {{"~a.txt", Question::temporary, files::Problem::temporary, "~a.txt"},
+               {"kept.txt", Question::readOnly, files::Problem::readOnly, "other.txt"},
+               {"locked.docx", Question::password, files::Problem::protection, "locked.docx"}};
+  for (const auto& [name, question, refused, changed] : cases) {
+    folder_.put(name, question == Question::password ? locked : "draft\n");
+    if (question == Question::readOnly) ::chmod(folder_.path(name).c_str(), 0444);
+    for (const Reply reply : {Reply::no, Reply::yes}) {
+      face_ = {};
+      face_.answering = [&, q = question](const Asked& asked) {
+        EXPECT_TRUE(asked.question == q || asked.question == Question::saveAs);
+        Answer answer{reply};
+        answer.path = other;
+        return answer;
+      };
+      const Ended ended = made(planFor({name}));
+      ASSERT_EQ(face_.outcomes.size(), 1U);
+      const Outcome& outcome = face_.outcomes.front();
+      EXPECT_EQ(face_.asked_.front(), question) << name;
+      if (reply == Reply::no) {
+        ASSERT_TRUE(outcome.failure) << name;
+        EXPECT_EQ(outcome.failure->problem, refused) << name;
+      } else {
+        EXPECT_FALSE(outcome.failure) << name << outcome.failure->message;
+        EXPECT_TRUE(outcome.saved) << name;
+        EXPECT_NE(folder_.get(changed).find(question == Question::password ? "PK" : "final"),
+                  std::string::npos);
+      }
+    }
+  }
+}
+
+TEST_F(Runs, EndAfterTheDocumentAtHandOrLeaveItAsItWas) {
+  for (const Cancelled how : {Cancelled::afterDocuments, Cancelled::atOnce}) {
+    for (const char* const name : {"a.txt", "b.txt", "c.txt"}) folder_.put(name, "draft, draft\n");
+    face_ = {};
+    Cancelled now = Cancelled::no;
+    face_.cancelling = [&] { return now; };
+    face_.answering = [&](const Asked& asked) {
+      if (asked.number == 2) now = how;  // at the first of its two blocks
+      return Answer{Reply::yes};
+    };
+    Plan plan = planFor({"a.txt", "b.txt", "c.txt"});
+    plan.requests.front().confirmEach = true;
+    const Ended ended = made(plan);
+    const bool isFinished = how == Cancelled::afterDocuments;
+    EXPECT_TRUE(ended.isCancelled);
+    EXPECT_EQ(folder_.get("a.txt"), "final, final\n");
+    EXPECT_EQ(folder_.get("b.txt"), isFinished ? "final, final\n" : "draft, draft\n");
+    EXPECT_EQ(folder_.get("c.txt"), "draft, draft\n");
+    ASSERT_TRUE(ended.unfinished);
+    EXPECT_EQ(ended.unfinished->documents, isFinished ? 1U : 2U);
+
+    PastRuns past(files::machineFileSystem());
+    ASSERT_NE(past.last(), nullptr);
+    EXPECT_EQ(past.last()->name, ended.undoName);
+    past.takeBack(ended.undoName, [](const TakenBack& taken) { EXPECT_FALSE(taken.failure); });
+    EXPECT_EQ(folder_.get("a.txt"), "draft, draft\n");
+  }
+}
+
+}  // namespace
+}  // namespace pluvo::runs
