@@ -1,6 +1,6 @@
 #pragma once
 
-#include "multifile/folders.h"
+#include "scanner/folders.h"
 #include "working.h"
 
 #include <memory>
@@ -8,12 +8,12 @@
 namespace pluvo::desktop {
 
 /// The machine's folders, with a breath at each entry; a search that was cancelled finds no more.
-class BreathingFolders final : public multifile::Folders {
+class BreathingFolders final : public scanner::Folders {
  public:
   explicit BreathingFolders(Working& working) : working_(working) {}
 
   std::error_code forEachEntry(const std::u16string& folder, const Visit& visit) override {
-    return folders_->forEachEntry(folder, [&](const multifile::Entry& entry) {
+    return folders_->forEachEntry(folder, [&](const scanner::Entry& entry) {
       working_.breathe();
       if (working_.cancels() == 0) visit(entry);
     });
@@ -24,7 +24,7 @@ class BreathingFolders final : public multifile::Folders {
 
  private:
   Working& working_;
-  std::unique_ptr<multifile::Folders> folders_ = multifile::machineFolders();
+  std::unique_ptr<scanner::Folders> folders_ = scanner::machineFolders();
 };
 
 }  // namespace pluvo::desktop

@@ -32,7 +32,7 @@ bool hasDocument(findpanel::Execution& execution) {
 
 }  // namespace
 
-StatusLine::StatusLine(forms::Form& form, multifile::Folders& folders, findpanel::Execution& execution,
+StatusLine::StatusLine(forms::Form& form, scanner::Folders& folders, findpanel::Execution& execution,
                        options::OptionsFile& options, NotReached notReached)
     : form_(form), folders_(folders), execution_(execution), notReached_(std::move(notReached)) {
   form.get<forms::TextBox>(kPath).Change.handledBy([this] { tellOverWhat(); });

@@ -2,8 +2,8 @@
 
 #include "findpanel/execution.h"
 #include "forms/form.h"
-#include "multifile/folders.h"
 #include "options/options_file.h"
+#include "scanner/folders.h"
 
 #include <functional>
 #include <string>
@@ -18,7 +18,7 @@ class StatusLine {
   using NotReached = std::function<std::u16string()>;
 
   /// All outlive it, and have their handlers already.
-  StatusLine(forms::Form& form, multifile::Folders& folders, findpanel::Execution& execution,
+  StatusLine(forms::Form& form, scanner::Folders& folders, findpanel::Execution& execution,
              options::OptionsFile& options, NotReached notReached);
 
   /// A document was opened or closed.
@@ -35,7 +35,7 @@ class StatusLine {
   const std::u16string& path() const;
 
   forms::Form& form_;
-  multifile::Folders& folders_;
+  scanner::Folders& folders_;
   findpanel::Execution& execution_;
   NotReached notReached_;
   std::size_t listed_ = 0;

@@ -1,6 +1,6 @@
 #include "multifile/clsSorting.h"
 
-#include "letter_case.h"
+#include "scanner/letter_case.h"
 
 #include <utility>
 
@@ -20,7 +20,7 @@ void clsSorting::ExchangeSort() {
   errors::guarded(context_, u"csort:07", [&] {
     std::vector<std::u16string> keys;
     keys.reserve(data_.size());
-    for (const std::u16string& path : data_) keys.push_back(upperCase(path));
+    for (const std::u16string& path : data_) keys.push_back(scanner::upperCase(path));
     for (std::size_t i = 0; i < data_.size(); ++i) {
       for (std::size_t j = i + 1; j < data_.size(); ++j) {
         if (keys[i] <= keys[j]) continue;

@@ -4,9 +4,9 @@
 #include "errors/context.h"
 #include "errors/fault.h"
 #include "host_faults.h"
-#include "letter_case.h"
 #include "multifile/clsSorting.h"
 #include "questions.h"
+#include "scanner/letter_case.h"
 #include "word/faults.h"
 
 #include <algorithm>
@@ -36,7 +36,7 @@ std::u16string withKin(std::u16string_view masks) {
     if (at > 0) all += u',';
     all += mask;
     for (const Kin& kin : kKin) {
-      if (upperCase(mask) == upperCase(kin.mask)) all += kin.others;
+      if (scanner::upperCase(mask) == scanner::upperCase(kin.mask)) all += kin.others;
     }
     at = end + 1;
   }
@@ -57,7 +57,7 @@ bool isTemporary(const std::u16string& path, const std::u16string& separator) {
 
 }  // namespace
 
-FileDriver::FileDriver(std::unique_ptr<Folders> folders, PickerMaker makePicker)
+FileDriver::FileDriver(std::unique_ptr<scanner::Folders> folders, PickerMaker makePicker)
     : folders_(std::move(folders)), makePicker_(std::move(makePicker)) {}
 
 FileDriver::~FileDriver() { base::wipe(protectionPassword_); }
@@ -65,8 +65,8 @@ FileDriver::~FileDriver() { base::wipe(protectionPassword_); }
 std::vector<std::u16string> FileDriver::GetFiles(dialog::clsProcessFind& engine, bool subFolders,
                                                  std::int16_t depth) {
   if (!scanner_) {
-    scanner_ =
-        std::make_unique<clsDirParsing>(engine.context(), *folders_, engine.application().PathSeparator());
+    scanner_ = std::make_unique<scanner::clsDirParsing>(engine.context(), *folders_,
+                                                        engine.application().PathSeparator());
   }
   scanner_->RootDirectory(engine.StartingDirectory());
   scanner_->MasksCSstr(withKin(engine.Masks()));

@@ -6,7 +6,7 @@
 
 namespace pluvo::multifile {
 
-FolderList::FolderList(std::u16string name, Folders& folders, std::u16string separator)
+FolderList::FolderList(std::u16string name, scanner::Folders& folders, std::u16string separator)
     : ListBox(std::move(name)), folders_(folders), separator_(std::move(separator)) {
   DblClick.handledBy([this](std::size_t row) {
     if (folders_.isFolder(paths_.at(row))) Path(std::u16string(paths_[row]));
@@ -36,7 +36,7 @@ void FolderList::Refresh() {
   }
   if (from < path_.size()) addRow(texts, path_, std::u16string_view(path_).substr(from), depth++);
   const std::u16string inside = path_.ends_with(separator_) ? path_ : path_ + separator_;
-  folders_.forEachEntry(path_, [&](const Entry& entry) {
+  folders_.forEachEntry(path_, [&](const scanner::Entry& entry) {
     if (entry.isFolder && !entry.isHidden && !entry.name.starts_with(u'.'))
       addRow(texts, inside + entry.name, entry.name, depth);
   });

@@ -22,7 +22,7 @@ bool hasDrive(const std::u16string& path) { return path.size() >= 3 && path.subs
 
 }  // namespace
 
-frmDirectoryBrowser::frmDirectoryBrowser(forms::FormHost& host, Folders& folders,
+frmDirectoryBrowser::frmDirectoryBrowser(forms::FormHost& host, scanner::Folders& folders,
                                          const std::u16string& separator)
     : Form(host, u"frmDirectoryBrowser", u"Choose a Folder"),
       Dir1(u"Dir1", folders, separator),

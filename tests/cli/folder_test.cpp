@@ -493,6 +493,11 @@ TEST(SavedRequests, AreRunInOrderInOneSaving) {
   EXPECT_EQ(run.out, "d.txt: 2 blocks, 2 changed; original kept as d.txt.bak\n") << run.err;
   EXPECT_EQ(sandbox.get("d.txt"), "\n");
   EXPECT_EQ(sandbox.get("d.txt.bak"), "one two\n");
+  sandbox.put("e.txt", "a b\n");
+  sandbox.run("save e.toml insert -b a -t 1 --extra-space");
+  sandbox.run("save e.toml insert -b b -t 2");
+  sandbox.run("run e.toml e.txt");
+  EXPECT_EQ(sandbox.get("e.txt"), "1 a 2b\n") << "the extra space is the first request's alone";
 }
 
 TEST(SavedRequests, SayWhereTheyAreWrong) {

@@ -54,7 +54,7 @@ TEST_F(StartUp, FaultBeforeTheReporterIsTheCallers) {
 /// Folders fail where the reporter is there already.
 TEST_F(StartUp, FaultBehindTheReporterIsReportedAndLeavesTheDialog) {
   Surroundings without = surroundings();
-  without.folders = []() -> std::unique_ptr<multifile::Folders> {
+  without.folders = []() -> std::unique_ptr<scanner::Folders> {
     throw errors::Fault(errors::kOutOfMemory, u"Out of memory");
   };
   restart(without);

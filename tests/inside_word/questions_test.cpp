@@ -1,7 +1,7 @@
 #include "base/utf.h"
 #include "dialog/workplace.h"
 #include "multifile/file_driver.h"
-#include "multifile/scripted_folders.h"
+#include "scanner/scripted_folders.h"
 #include "word_stand_in/word_session.h"
 
 #include <gtest/gtest.h>
@@ -26,7 +26,7 @@ class FileRun {
   FileRun() {
     for (const auto* name : {u"one", u"two"}) file(name).text = u"A form";
     work.engine.stepper(std::make_shared<multifile::FileDriver>(
-        std::make_unique<multifile::ScriptedFolders>(std::vector<std::string>(), "\\")));
+        std::make_unique<scanner::ScriptedFolders>(std::vector<std::string>(), "\\")));
     work.engine.MultiFileRun(true);
     work.ask({.begin = u"A", .operation = engine::kReplace, .text = u"B"});
     work.forms.user = [this](forms::Form& form) { typePassword(form); };

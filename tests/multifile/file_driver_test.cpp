@@ -198,7 +198,7 @@ TEST(GetFiles, SortsUpTo301Files) {
     std::vector<std::string> files{"C:\\f\\B.txt", "C:\\f\\a.txt"};
     while (files.size() < count) files.push_back("C:\\f\\0" + std::to_string(files.size()) + ".txt");
     FileRun run;
-    *run.folders = ScriptedFolders(files, "\\");
+    *run.folders = scanner::ScriptedFolders(files, "\\");
     run.engine().StartingDirectory(u"C:\\f\\");
     run.engine().Masks(u"*.txt");
     const auto found = run.engine().GetFiles(false, 1);
@@ -211,8 +211,8 @@ TEST(GetFiles, SortsUpTo301Files) {
 
 TEST(GetFiles, HandsOverTheRequestOfTheMoment) {
   FileRun run;
-  *run.folders =
-      ScriptedFolders({"C:\\f\\a.txt", "C:\\f\\g\\b.txt", "C:\\f\\g\\h\\c.txt", "C:\\f\\g\\d.doc"}, "\\");
+  *run.folders = scanner::ScriptedFolders(
+      {"C:\\f\\a.txt", "C:\\f\\g\\b.txt", "C:\\f\\g\\h\\c.txt", "C:\\f\\g\\d.doc"}, "\\");
   run.engine().StartingDirectory(u"C:\\f\\");
   run.engine().Masks(u"*.txt");
   EXPECT_THAT(run.engine().GetFiles(false, 9), ElementsAre(u"C:\\f\\a.txt"));
@@ -235,10 +235,10 @@ TEST(GetFiles, TakesTheKinOfAMaskAndNoOther) {
                {u"*.txt,*.*,*", "a.doc a.docm a.docs a.dotm a.dotx a.htm a.txt a.xdoc b.DOCX b.html"},
                {u"*.txt", "a.txt"}};
   FileRun run;
-  *run.folders =
-      ScriptedFolders({"C:\\f\\a.doc", "C:\\f\\a.docm", "C:\\f\\b.DOCX", "C:\\f\\a.docs", "C:\\f\\a.xdoc",
-                       "C:\\f\\a.dotx", "C:\\f\\a.dotm", "C:\\f\\a.htm", "C:\\f\\b.html", "C:\\f\\a.txt"},
-                      "\\");
+  *run.folders = scanner::ScriptedFolders(
+      {"C:\\f\\a.doc", "C:\\f\\a.docm", "C:\\f\\b.DOCX", "C:\\f\\a.docs", "C:\\f\\a.xdoc", "C:\\f\\a.dotx",
+       "C:\\f\\a.dotm", "C:\\f\\a.htm", "C:\\f\\b.html", "C:\\f\\a.txt"},
+      "\\");
   run.engine().StartingDirectory(u"C:\\f\\");
   for (const auto& each : cases) {
     run.engine().Masks(each.masks);
@@ -261,8 +261,8 @@ TEST(BrowseForFolder, GivesTheFolderThatTheUserSelects) {
   };
   for (const bool selects : {true, false}) {
     FileRun run;
-    run.engine().stepper(
-        std::make_shared<FileDriver>(machineFolders(), [&] { return std::make_unique<Picker>(selects); }));
+    run.engine().stepper(std::make_shared<FileDriver>(scanner::machineFolders(),
+                                                      [&] { return std::make_unique<Picker>(selects); }));
     run.engine().BrowseStart(u"C:\\start");
     EXPECT_EQ(run.engine().BrowseForFolder(), selects ? u"C:\\start\\chosen" : u"");
     EXPECT_EQ(run.work.context.locationTag, u"cpf:40");

@@ -5,7 +5,7 @@
 #include "dialog/frmProcessing.h"
 #include "dialog/workplace.h"
 #include "multifile/file_driver.h"
-#include "scripted_folders.h"
+#include "scanner/scripted_folders.h"
 #include "scripted_word.h"
 
 #include <gtest/gtest.h>
@@ -27,7 +27,7 @@ using Story = std::vector<std::string>;
 class FileRun : private engine::PassObserver {
  public:
   FileRun() : word(story), work(std::shared_ptr<word::Application>(std::shared_ptr<void>(), &word)) {
-    auto listed = std::make_unique<ScriptedFolders>(std::vector<std::string>(), "\\");
+    auto listed = std::make_unique<scanner::ScriptedFolders>(std::vector<std::string>(), "\\");
     folders = listed.get();
     engine().stepper(std::make_shared<FileDriver>(std::move(listed)));
     engine().observer(this);
@@ -66,7 +66,7 @@ class FileRun : private engine::PassObserver {
   Story story;
   ScriptedWord word;
   dialog::Workplace work;
-  ScriptedFolders* folders;
+  scanner::ScriptedFolders* folders;
   /// What is typed at each question for a password; nothing is Cancel.
   std::deque<std::optional<std::string>> typed;
   /// What happens behind each replacement.

@@ -1,7 +1,7 @@
 #include "base/utf.h"
 #include "host/opened_dialog.h"
 #include "multifile/frmDirectoryBrowser.h"
-#include "scripted_folders.h"
+#include "scanner/scripted_folders.h"
 
 #include <algorithm>
 
@@ -23,7 +23,7 @@ class FilesPage : public testing::Test, protected OpenedDialog {
   FilesPage() {
     Surroundings scripted = surroundings();
     scripted.folders = [] {
-      return std::make_unique<multifile::ScriptedFolders>(
+      return std::make_unique<scanner::ScriptedFolders>(
           std::vector<std::string>{"/d/a.doc", "/d/b.DOT", "/d/c.txt", "/d/d.rtf", "/d/e.htm", "/d/f.bat",
                                    "/d/sub/g.doc", "/d/sub/deep/h.doc", "/here/now/x.doc"});
     };
@@ -171,7 +171,7 @@ TEST_F(FilesPage, BrowsesForAFolder) {
 }
 
 TEST(Picker, FollowsTheDrive) {
-  multifile::ScriptedFolders folders(
+  scanner::ScriptedFolders folders(
       {"c:\\docs\\a\\x.doc", "c:\\docs\\hidden\\x.doc", "c:\\docs\\.dotted\\x.doc", "d:\\y\\z.doc"}, "\\");
   folders.hide("c:\\docs\\hidden");
   folders.driveNames = {u"c:", u"d:", u"e:"};

@@ -3,7 +3,7 @@
 #include "base/names.h"
 #include "errors/context.h"
 #include "listing/tree_folders.h"
-#include "multifile/clsDirParsing.h"
+#include "scanner/clsDirParsing.h"
 
 #include <algorithm>
 #include <array>
@@ -121,7 +121,7 @@ class Lister {
     const std::u16string baseText = base::nameText(base);
     TreeFolders folders(system_, selection_, baseText.size(), avoided_, sentences_, listing_);
     errors::Context context;
-    multifile::clsDirParsing scanner(context, folders, u"/");
+    scanner::clsDirParsing scanner(context, folders, u"/");
     scanner.RootDirectory(baseText);
     scanner.MasksCSstr(u"");
     scanner.ProcessSubDirectories(selection_.levels > 0);

@@ -43,11 +43,11 @@ PathMask::PathMask(std::string_view text) {
     if (step == "**") {
       steps_.emplace_back(std::nullopt);
     } else {
-      steps_.emplace_back(multifile::Mask(base::nameText(step)));
+      steps_.emplace_back(scanner::Mask(base::nameText(step)));
     }
   }
   if (steps_.empty()) refuse(text, kNoFolderItself);
-  if (!steps_.back()) steps_.insert(steps_.end() - 1, multifile::Mask(u"*"));
+  if (!steps_.back()) steps_.insert(steps_.end() - 1, scanner::Mask(u"*"));
 }
 
 bool PathMask::matches(std::u16string_view path, bool isFolder) const {

@@ -27,11 +27,11 @@ std::error_code TreeFolders::forEachEntry(const std::u16string& folder, const Vi
   return {};  // what went wrong is in the listing
 }
 
-std::vector<multifile::Entry> TreeFolders::read(const std::u16string& folder) {
+std::vector<scanner::Entry> TreeFolders::read(const std::u16string& folder) {
   const std::string path = base::nameBytes(folder);
-  std::vector<multifile::Entry> entries;
+  std::vector<scanner::Entry> entries;
   bool any = false;
-  const std::error_code error = machine_->forEachEntry(folder, [&](const multifile::Entry& entry) {
+  const std::error_code error = machine_->forEachEntry(folder, [&](const scanner::Entry& entry) {
     any = true;
     if (const auto reason = reasonToLeaveOut(folder, entry)) {
       listing_.leftOut.push_back({path + base::nameBytes(entry.name), *reason});
@@ -54,7 +54,7 @@ std::u16string TreeFolders::resolved(const std::u16string& folder) {
 }
 
 std::optional<Reason> TreeFolders::reasonToLeaveOut(const std::u16string& folder,
-                                                    const multifile::Entry& entry) const {
+                                                    const scanner::Entry& entry) const {
   if (!selection_.excluded.empty()) {
     const std::u16string below = folder.substr(rootLength_) + entry.name;
     if (std::ranges::any_of(selection_.excluded,

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "files/file_system.h"
-#include "multifile/folders.h"
 #include "runs/listing.h"
+#include "scanner/folders.h"
 
 #include <set>
 #include <unordered_map>
@@ -10,12 +10,12 @@
 
 namespace pluvo::runs {
 
-using Identity = multifile::FileIdentity;
+using Identity = scanner::FileIdentity;
 inline Identity identityOf(const files::Stamp& stamp) { return {stamp.device, stamp.inode}; }
 
 /// The machine's folders as a scan is to see them: without what is excluded, each read from the disk once
 /// though a scan asks twice, and with a word about what the scan does not see.
-class TreeFolders final : public multifile::Folders {
+class TreeFolders final : public scanner::Folders {
  public:
   /// All of them outlive it.
   /// The length is that of the root's path, with the slash.
@@ -28,9 +28,9 @@ class TreeFolders final : public multifile::Folders {
   std::vector<std::u16string> drives() override { return machine_->drives(); }
 
  private:
-  std::vector<multifile::Entry> read(const std::u16string& folder);
+  std::vector<scanner::Entry> read(const std::u16string& folder);
   /// None for what is taken.
-  std::optional<Reason> reasonToLeaveOut(const std::u16string& folder, const multifile::Entry& entry) const;
+  std::optional<Reason> reasonToLeaveOut(const std::u16string& folder, const scanner::Entry& entry) const;
   void noteUnreadable(const std::string& folder, std::error_code error, bool inPart);
 
   files::FileSystem& system_;
@@ -39,8 +39,8 @@ class TreeFolders final : public multifile::Folders {
   const std::set<Identity>& avoided_;
   const Sentences& sentences_;
   Listing& listing_;
-  std::unique_ptr<multifile::Folders> machine_ = multifile::machineFolders();
-  std::unordered_map<std::u16string, std::vector<multifile::Entry>> read_;
+  std::unique_ptr<scanner::Folders> machine_ = scanner::machineFolders();
+  std::unordered_map<std::u16string, std::vector<scanner::Entry>> read_;
 };
 
 }  // namespace pluvo::runs

@@ -43,7 +43,7 @@ class frmFAR final : public forms::Form {
   std::vector<std::unique_ptr<forms::Control>> controls_;
   forms::ReportBoxes reports_;
   errors::Context context_;
-  std::unique_ptr<multifile::Folders> folders_;
+  std::unique_ptr<scanner::Folders> folders_;
   std::unique_ptr<dialog::clsProcessFind> engine_;
   struct Pages;
   std::unique_ptr<Pages> pages_;

@@ -6,7 +6,7 @@
 #include "forms/machine.h"
 #include "forms/message_boxes.h"
 #include "host/tips.h"
-#include "multifile/folders.h"
+#include "scanner/folders.h"
 #include "word/word_processor.h"
 
 #include <functional>
@@ -29,7 +29,7 @@ struct Surroundings {
   RandomSource& random;
   /// Where the program lies, and beside it its documents; without a separator at the end.
   std::u16string componentFolder;
-  std::function<std::unique_ptr<multifile::Folders>()> folders = multifile::machineFolders;
+  std::function<std::unique_ptr<scanner::Folders>()> folders = scanner::machineFolders;
   /// Has the user choose a folder, beginning at this one: the one typed, or the user's documents. Empty: none
   /// was chosen. Without it the dialog has a picker of its own, which begins at the user's documents.
   std::function<std::u16string(const std::u16string& folder)> chooseFolder = {};

@@ -2,10 +2,10 @@
 
 #include "dialog/clsProcessFind.h"
 #include "dialog/file_stepper.h"
-#include "multifile/clsDirParsing.h"
 #include "multifile/folder_picker.h"
-#include "multifile/folders.h"
 #include "multifile/frmPassword.h"
+#include "scanner/clsDirParsing.h"
+#include "scanner/folders.h"
 
 #include <cstdint>
 #include <functional>
@@ -24,7 +24,8 @@ class FileDriver final : public dialog::FileStepper {
  public:
   using PickerMaker = std::function<std::unique_ptr<FolderPicker>()>;
 
-  explicit FileDriver(std::unique_ptr<Folders> folders = machineFolders(), PickerMaker makePicker = {});
+  explicit FileDriver(std::unique_ptr<scanner::Folders> folders = scanner::machineFolders(),
+                      PickerMaker makePicker = {});
   ~FileDriver() override;
 
   /// Sorted, where there are not more than 301.
@@ -60,9 +61,9 @@ class FileDriver final : public dialog::FileStepper {
   void protectAgain();
   void closeCurrentFile(dialog::clsProcessFind& engine);
 
-  std::unique_ptr<Folders> folders_;
+  std::unique_ptr<scanner::Folders> folders_;
   PickerMaker makePicker_;
-  std::unique_ptr<clsDirParsing> scanner_;
+  std::unique_ptr<scanner::clsDirParsing> scanner_;
   std::unique_ptr<frmPassword> passwordPrompt_;
 
   Document document_;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "forms/list_box.h"
-#include "multifile/folders.h"
+#include "scanner/folders.h"
 
 #include <string>
 #include <vector>
@@ -13,7 +13,7 @@ namespace pluvo::multifile {
 class FolderList final : public forms::ListBox {
  public:
   /// The folders outlive it. The separator stands between the folders of a path.
-  FolderList(std::u16string name, Folders& folders, std::u16string separator);
+  FolderList(std::u16string name, scanner::Folders& folders, std::u16string separator);
 
   /// The folder shown, with a separator behind it only where it is a root.
   const std::u16string& Path() const { return path_; }
@@ -25,7 +25,7 @@ class FolderList final : public forms::ListBox {
   void addRow(std::vector<std::u16string>& texts, std::u16string path, std::u16string_view name,
               std::size_t depth);
 
-  Folders& folders_;
+  scanner::Folders& folders_;
   std::u16string separator_;
   std::u16string path_;
   /// Of the rows, in their order.

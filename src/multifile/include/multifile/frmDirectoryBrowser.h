@@ -3,7 +3,7 @@
 #include "forms/form.h"
 #include "multifile/folder_list.h"
 #include "multifile/folder_picker.h"
-#include "multifile/folders.h"
+#include "scanner/folders.h"
 
 #include <string>
 
@@ -14,7 +14,7 @@ namespace pluvo::multifile {
 class frmDirectoryBrowser final : public forms::Form, public FolderPicker {
  public:
   /// Both outlive it. The list shows the root of the first drive, or of all folders, at first.
-  frmDirectoryBrowser(forms::FormHost& host, Folders& folders, const std::u16string& separator);
+  frmDirectoryBrowser(forms::FormHost& host, scanner::Folders& folders, const std::u16string& separator);
 
   /// A path with a drive sets both lists. Where there are no drives, any absolute path sets the folders.
   void SetStartingDirectory(const std::u16string& folder) override;

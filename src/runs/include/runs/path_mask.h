@@ -1,6 +1,6 @@
 #pragma once
 
-#include "multifile/mask.h"
+#include "scanner/mask.h"
 
 #include <optional>
 #include <stdexcept>
@@ -18,7 +18,7 @@ class MaskError : public std::runtime_error {
 
 /// A mask over what lies below a folder. Letter case is ignored.
 ///
-///     *.bak        names, at whatever depth (see multifile/mask.h)
+///     *.bak        names, at whatever depth (see scanner/mask.h)
 ///     old/*.txt    a slash: the path below the folder, step by step, so that * and ? stand for no slash
 ///     a/**/b       a step **: any number of steps; at the end at least one
 ///     ./old        what lies right in the folder
@@ -39,7 +39,7 @@ class PathMask {
   bool foldersOnly_ = false;
   bool anywhere_ = true;  ///< a name alone, at whatever depth
   /// Nothing for a step **.
-  std::vector<std::optional<multifile::Mask>> steps_;
+  std::vector<std::optional<scanner::Mask>> steps_;
 };
 
 }  // namespace pluvo::runs

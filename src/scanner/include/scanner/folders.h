@@ -11,7 +11,7 @@
 #include <tuple>
 #include <vector>
 
-namespace pluvo::multifile {
+namespace pluvo::scanner {
 
 /// What a file has in common with itself under another name, and with no other file.
 struct FileIdentity {
@@ -51,4 +51,4 @@ class Folders {
 /// The machine's own. No search stays open behind a call.
 std::unique_ptr<Folders> machineFolders();
 
-}  // namespace pluvo::multifile
+}  // namespace pluvo::scanner

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "errors/context.h"
-#include "multifile/folder_collection.h"
-#include "multifile/folders.h"
+#include "scanner/folder_collection.h"
+#include "scanner/folders.h"
 
 #include <cstdint>
 #include <functional>
@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-namespace pluvo::multifile {
+namespace pluvo::scanner {
 
 /// Lists the files below a folder whose names match one of a set of masks (see mask.h), folder by folder and
 /// mask by mask: a file that two masks match is listed twice.
@@ -79,4 +79,4 @@ class clsDirParsing {
   std::vector<std::optional<FileIdentity>> identities_;
 };
 
-}  // namespace pluvo::multifile
+}  // namespace pluvo::scanner

@@ -3,7 +3,7 @@
 #include <string_view>
 #include <vector>
 
-namespace pluvo::multifile {
+namespace pluvo::scanner {
 
 /// A mask over file names, as Windows reads it, but never over a second, short name. Letter case is ignored.
 ///
@@ -31,4 +31,4 @@ class Mask {
   bool takesAll_ = false;
 };
 
-}  // namespace pluvo::multifile
+}  // namespace pluvo::scanner

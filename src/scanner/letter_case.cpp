@@ -1,4 +1,4 @@
-#include "letter_case.h"
+#include "scanner/letter_case.h"
 
 #ifdef _WIN32
 #include <windows.h>
@@ -7,7 +7,7 @@
 #include <cwctype>
 #endif
 
-namespace pluvo::multifile {
+namespace pluvo::scanner {
 
 #ifdef _WIN32
 
@@ -39,4 +39,4 @@ std::u16string upperCase(std::u16string_view text) {
 
 #endif
 
-}  // namespace pluvo::multifile
+}  // namespace pluvo::scanner

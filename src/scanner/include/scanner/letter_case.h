@@ -3,9 +3,9 @@
 #include <string>
 #include <string_view>
 
-namespace pluvo::multifile {
+namespace pluvo::scanner {
 
 /// Every unit by itself, so that the length stays; the same whatever the user's locale.
 std::u16string upperCase(std::u16string_view text);
 
-}  // namespace pluvo::multifile
+}  // namespace pluvo::scanner

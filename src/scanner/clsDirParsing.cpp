@@ -1,11 +1,11 @@
-#include "multifile/clsDirParsing.h"
+#include "scanner/clsDirParsing.h"
 
-#include "multifile/mask.h"
+#include "scanner/mask.h"
 
 #include <algorithm>
 #include <utility>
 
-namespace pluvo::multifile {
+namespace pluvo::scanner {
 
 clsDirParsing::clsDirParsing(errors::Context& context, Folders& folders, std::u16string separator)
     : context_(context), folders_(folders), separator_(std::move(separator)) {}
@@ -107,4 +107,4 @@ void clsDirParsing::forEachMatching(const std::u16string& pattern, const Folders
   });
 }
 
-}  // namespace pluvo::multifile
+}  // namespace pluvo::scanner

@@ -1,11 +1,11 @@
-#include "multifile/clsDirParsing.h"
+#include "scanner/clsDirParsing.h"
 
 #include "base/names.h"
 #include "base/utf.h"
 #include "documents/files/scratch.h"
 #include "errors/reports.h"
-#include "multifile/mask.h"
-#include "scripted_folders.h"
+#include "scanner/mask.h"
+#include "scanner/scripted_folders.h"
 
 #if __has_include("files/file_system.h")
 #include "files/file_system.h"
@@ -16,7 +16,7 @@
 #include <algorithm>
 #include <filesystem>
 
-namespace pluvo::multifile {
+namespace pluvo::scanner {
 namespace {
 
 using Paths = std::vector<std::string>;
@@ -232,4 +232,4 @@ TEST(clsDirParsing, KnowsFilesUnderSeveralNames) {
 #endif
 
 }  // namespace
-}  // namespace pluvo::multifile
+}  // namespace pluvo::scanner

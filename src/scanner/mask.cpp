@@ -1,11 +1,11 @@
-#include "multifile/mask.h"
+#include "scanner/mask.h"
 
-#include "letter_case.h"
+#include "scanner/letter_case.h"
 
 #include <optional>
 #include <string>
 
-namespace pluvo::multifile {
+namespace pluvo::scanner {
 
 namespace {
 
@@ -79,4 +79,4 @@ bool Mask::fits(std::u16string_view name) const {
   return true;
 }
 
-}  // namespace pluvo::multifile
+}  // namespace pluvo::scanner

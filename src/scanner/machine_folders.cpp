@@ -1,7 +1,7 @@
 #ifndef _WIN32
 
 #include "base/names.h"
-#include "multifile/folders.h"
+#include "scanner/folders.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -14,7 +14,7 @@
 #include <system_error>
 #include <utility>
 
-namespace pluvo::multifile {
+namespace pluvo::scanner {
 
 namespace {
 
@@ -131,6 +131,6 @@ class MachineFolders : public Folders {
 
 std::unique_ptr<Folders> machineFolders() { return std::make_unique<MachineFolders>(); }
 
-}  // namespace pluvo::multifile
+}  // namespace pluvo::scanner
 
 #endif

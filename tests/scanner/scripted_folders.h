@@ -1,13 +1,13 @@
 #pragma once
 
 #include "base/names.h"
-#include "multifile/folders.h"
+#include "scanner/folders.h"
 
 #include <map>
 #include <string>
 #include <vector>
 
-namespace pluvo::multifile {
+namespace pluvo::scanner {
 
 /// Folders that are written down: every path of a file makes the folders it lies in.
 class ScriptedFolders : public Folders {
@@ -69,4 +69,4 @@ class ScriptedFolders : public Folders {
   std::map<std::string, std::string> links_;
 };
 
-}  // namespace pluvo::multifile
+}  // namespace pluvo::scanner

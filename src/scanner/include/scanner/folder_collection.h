@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace pluvo::multifile {
+namespace pluvo::scanner {
 
 /// The folders of a scan in the order of its walk, none twice through whatever links it is reached.
 class FolderCollection {
@@ -29,4 +29,4 @@ class FolderCollection {
   std::map<std::u16string, std::int32_t> levels_;
 };
 
-}  // namespace pluvo::multifile
+}  // namespace pluvo::scanner

@@ -1,7 +1,7 @@
 #ifdef _WIN32
 
 #include "base/names.h"
-#include "multifile/folders.h"
+#include "scanner/folders.h"
 
 #include <windows.h>
 
@@ -9,7 +9,7 @@
 #include <filesystem>
 #include <string>
 
-namespace pluvo::multifile {
+namespace pluvo::scanner {
 
 namespace {
 
@@ -110,6 +110,6 @@ class WindowsFolders : public Folders {
 
 std::unique_ptr<Folders> machineFolders() { return std::make_unique<WindowsFolders>(); }
 
-}  // namespace pluvo::multifile
+}  // namespace pluvo::scanner
 
 #endif
