@@ -1,6 +1,6 @@
 #include "base/json.h"
-#include "runs/not_reached_json.h"
 #include "printer.h"
+#include "runs/not_reached_json.h"
 
 namespace pluvo::cli {
 namespace {
@@ -22,14 +22,14 @@ class JsonPrinter : public runs::Observer {
       line += "null";
     }
     line += ",\"encoding\":" + (outcome.encoding.empty() ? "null" : base::jsonQuoted(outcome.encoding));
-    writeOut(line + notReachedInJson(outcome.elsewhere) + "}\n");
+    writeOut(line + runs::notReachedInJson(outcome.elsewhere) + "}\n");
   }
 
   void ends(const runs::Totals& totals) override {
     writeOut("{\"summary\":{\"files\":" + std::to_string(totals.files) + field("found", totals.found) +
              field("operated", totals.operated) + field("skipped", totals.skipped) +
              field("changed", totals.changed) + field("failed", totals.failed) +
-             field("left_out", totals.leftOut) + notReachedInJson(totals) + "}}\n");
+             field("left_out", totals.leftOut) + runs::notReachedInJson(totals) + "}}\n");
   }
 };
 

@@ -1,7 +1,6 @@
 #include "parse.h"
 
 #include "base/suggest.h"
-#include "saved/toml_text.h"
 #include "usage_error.h"
 
 #include <getopt.h>
@@ -101,7 +100,8 @@ void takeSavedCommand(TypedCommandLine& line) {
 
 /// A saved request is what is done to documents; all else is said where it is run.
 void refuseNotKept(const Option& option) {
-  const bool isKept = isPartOfRequest(option) || namesTextFile(option);
+  const bool isKept =
+      option.group == kBlockGroup || option.group == kChangeGroup || option.group == kMatchingGroup;
   if (isKept || (option.commands & setOf(Command::save)) != 0) return;
   throw UsageError(longName(option) +
                    " is not kept with a request; give it when the file is run: pluvo run FILE DOCUMENT...");

@@ -96,9 +96,8 @@ std::optional<Failure> passed(const store::StoredDocument& stored, const std::op
 /// saved.
 elsewhere::Elsewhere notReached(const store::StoredDocument& stored, const Plan& plan) {
   elsewhere::Elsewhere found;
-  const auto failure = failureOf([&] {
-    found = elsewhere::lookElsewhere(stored.source(), stored.document()->model(), plan.requests);
-  });
+  const auto failure = failureOf(
+      [&] { found = elsewhere::lookElsewhere(stored.source(), stored.document()->model(), plan.requests); });
   if (failure) found.damaged.push_back({"other parts", failure->message});
   return found;
 }
@@ -145,10 +144,10 @@ std::optional<Failure> workOn(const NamedDocument& named, const Surroundings& ar
     if (const auto found = stored.obstacle()) obstacle = Failure{found->problem(), found->what()};
   }
   const bool goesOn = obstacle && asking.ask(Question::readOnly).reply == Asking::Reply::yes;
-  const auto failure = passed(stored, goesOn ? std::nullopt : obstacle, around, asking, blocks, outcome);
+  const auto ended = passed(stored, goesOn ? std::nullopt : obstacle, around, asking, blocks, outcome);
   // A document in which something failed was read all the same.
   if (plan.looksElsewhere) outcome.elsewhere = notReached(stored, plan);
-  if (failure) return failure;
+  if (ended) return ended;
   if (asking.isCancelled()) return std::nullopt;
 
   outcome.changed = stored.document()->model().changed();
