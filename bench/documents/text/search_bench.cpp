@@ -26,7 +26,7 @@ void search(benchmark::State& state, const PieceText& text, std::u16string_view 
     const Search search(needle, flags);
     benchmark::DoNotOptimize(search.find(text, visibility, View::results, 0, text.length()));
   }
-  const auto bytes = static_cast<std::int64_t>(text.length()) * (text.stretchAt(0).wide != nullptr ? 2 : 1);
+  const auto bytes = static_cast<std::int64_t>(text.length()) * (text.original().stretch(0, 1).wide != nullptr ? 2 : 1);
   state.SetBytesProcessed(state.iterations() * bytes);
 }
 
@@ -42,7 +42,7 @@ void repetitive(benchmark::State& state) {
 }
 /// What reading the memory alone takes.
 void narrowLibraryByte(benchmark::State& state) {
-  const Stretch all = narrowText().stretchAt(0);
+  const Stretch all = narrowText().original().stretch(0, kLength);
   for (auto _ : state) benchmark::DoNotOptimize(std::memchr(all.narrow, '#', kLength));
   state.SetBytesProcessed(state.iterations() * kLength);
 }

@@ -29,6 +29,7 @@ void ByteMap::addNote(Position position, std::size_t offset) {
 }
 
 ByteMap::Place ByteMap::placeOf(Position position) const {
+  if (utf8_ != nullptr) return utf8_->placeOf(position);
   if (!decoded_) return {static_cast<std::size_t>(position), false};
   const auto behind = std::ranges::upper_bound(notes_, position, {}, &Note::position);
   const Note from = behind == notes_.begin() ? Note{0, 0} : *(behind - 1);

@@ -3,7 +3,9 @@
 #include "encoding.h"
 #include "files/bytes.h"
 #include "text/positions.h"
+#include "text/utf8_text.h"
 
+#include <memory>
 #include <vector>
 
 namespace pluvo::plain {
@@ -12,13 +14,12 @@ namespace pluvo::plain {
 /// bytes are read again.
 class ByteMap {
  public:
-  struct Place {
-    std::size_t offset = 0;
-    bool insidePair = false;  ///< the second half of a character whose bytes begin there
-  };
+  using Place = text::Utf8Text::Place;
 
   /// Of a text that lies in its bytes, each unit in one.
   ByteMap() = default;
+  /// Of a text that lies in its bytes as UTF-8.
+  explicit ByteMap(std::shared_ptr<const text::Utf8Text> utf8) : utf8_(std::move(utf8)) {}
   ByteMap(const Coding& coding, files::ByteSpan bytes) : decoded_(true), coding_(coding), bytes_(bytes) {}
 
   bool isDecoded() const { return decoded_; }
@@ -41,6 +42,7 @@ class ByteMap {
   void addNote(text::Position position, std::size_t offset);
 
   bool decoded_ = false;
+  std::shared_ptr<const text::Utf8Text> utf8_;
   Coding coding_;
   files::ByteSpan bytes_;
   std::vector<Note> notes_;

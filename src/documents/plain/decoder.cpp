@@ -139,10 +139,9 @@ bool narrowUtf16(ByteSpan bytes, Encoding encoding) {
 
 /// Whether every unit is below 256.
 bool isNarrow(ByteSpan bytes, const Storage& storage) {
-  constexpr std::uint8_t kLastLeadBelow256 = 0xC3;
   switch (storage.coding.encoding) {
     case Encoding::utf8:
-      return storage.survey.highest <= kLastLeadBelow256 && !storage.strayBytes;
+      return false;  // it holds bytes that are none
     case Encoding::windows1252:
       return !storage.survey.specials;
     case Encoding::codePage:
@@ -159,6 +158,7 @@ bool liesAsText(ByteSpan bytes, const Storage& storage) {
                                ? storage.survey.highest < 0x80
                                : storage.coding.encoding == Encoding::windows1252 && !storage.survey.specials;
   if (!oneByteEach) return false;
+  if (storage.utf8.valid) return storage.utf8.pairs == 0;
   if (!storage.survey.carriageReturns) return true;
   constexpr std::array<std::uint8_t, 2> kPair = {'\r', '\n'};
   return std::search(bytes.begin(), bytes.end(), kPair.begin(), kPair.end()) == bytes.end();

@@ -23,17 +23,18 @@ bool startsWith(ByteSpan bytes, std::initializer_list<std::uint8_t> mark) {
   return bytes.size() >= mark.size() && std::ranges::equal(bytes.first(mark.size()), mark);
 }
 
-bool isUtf8(ByteSpan bytes) {
-  while (!bytes.empty()) {
-    const std::size_t run = bytes[0] < 0x80 ? std::max<std::size_t>(plainRun(bytes), 1) : 0;
-    bytes = bytes.subspan(run);
-    while (!bytes.empty() && bytes[0] >= 0x80) {
-      const Character character = firstOfUtf8(bytes);
-      if (!character.valid) return false;
-      bytes = bytes.subspan(character.bytes);
-    }
+/// Looks over the bytes as UTF-8, and where they are none as any bytes.
+void lookOver(ByteSpan bytes, const files::Bytes& file, Storage& storage) {
+  storage.utf8 = text::Utf8Text::survey(bytes, file.owner);
+  if (!storage.utf8.valid) {
+    storage.survey = surveyOf(bytes);
+    return;
   }
-  return true;
+  constexpr std::uint8_t kLastAscii = 0x7F;
+  constexpr std::uint8_t kLastLead = 0xF4;
+  storage.survey.lowest = storage.utf8.zeros ? 0 : 1;
+  storage.survey.highest = storage.utf8.ascii ? kLastAscii : kLastLead;
+  storage.survey.carriageReturns = storage.utf8.carriageReturns + storage.utf8.pairs > 0;
 }
 
 /// Whether these are characters of a text, most of them Latin, in 16-bit units.
@@ -110,21 +111,26 @@ void requireDecodes(ByteSpan bytes, const Named& named) {
 }
 
 /// Without a mark.
-Storage storageOf(ByteSpan bytes, const formats::Hint& hint) {
+Storage storageOf(const files::Bytes& file, const formats::Hint& hint) {
+  const ByteSpan bytes = file.view;
   Storage storage;
-  storage.survey = surveyOf(bytes);
-  const auto as = [&](const Named& named) {
-    storage.coding = named.coding;
-    storage.name = named.name;
-    return storage;
-  };
-  const auto said = [&](const Named& named) {
-    storage.strayBytes = named.coding.encoding == Encoding::utf8 && !isUtf8(bytes);
-    requireDecodes(bytes, named);
-    return as(named);
-  };
   std::optional<Named> named;
   if (!hint.encoding.empty()) named = encodingOf(hint.encoding);
+  if (named && hint.certain && named->coding.encoding != Encoding::utf8) {
+    storage.survey = surveyOf(bytes);
+  } else {
+    lookOver(bytes, file, storage);
+  }
+  const auto as = [&](const Named& which) {
+    storage.coding = which.coding;
+    storage.name = which.name;
+    return storage;
+  };
+  const auto said = [&](const Named& which) {
+    storage.strayBytes = which.coding.encoding == Encoding::utf8 && !storage.utf8.valid;
+    requireDecodes(bytes, which);
+    return as(which);
+  };
   const bool zeros = storage.survey.lowest == 0;  // as every Latin letter in UTF-16 has it
   if (named && (hint.certain || (zeros && isUtf16(named->coding.encoding)))) return said(*named);
   if (zeros && readsAsUtf16<Encoding::utf16Little>(bytes)) return as({{Encoding::utf16Little}, "UTF-16LE"});
@@ -134,7 +140,7 @@ Storage storageOf(ByteSpan bytes, const formats::Hint& hint) {
     requireNoShifts(bytes);
     return as(utf8Named());
   }
-  if (isUtf8(bytes)) return as(utf8Named());
+  if (storage.utf8.valid) return as(utf8Named());
   const Utf8Share share = utf8ShareOf(bytes);
   if (isUtf8ButForAFew(share)) {
     storage.strayBytes = storage.guessed = true;
@@ -157,7 +163,8 @@ void requireReachable(ByteSpan bytes, std::size_t bytesPerUnit) {
 
 }  // namespace
 
-Storage detect(ByteSpan bytes, const formats::Hint& hint) {
+Storage detect(const files::Bytes& file, const formats::Hint& hint) {
+  const ByteSpan bytes = file.view;
   const bool wholeUtf32 = bytes.size() % 4 == 0;
   if (wholeUtf32 && (startsWith(bytes, {0xFF, 0xFE, 0, 0}) || startsWith(bytes, {0, 0, 0xFE, 0xFF})))
     throw DocumentError(Problem::unsupported,
@@ -165,13 +172,22 @@ Storage detect(ByteSpan bytes, const formats::Hint& hint) {
   const bool little = startsWith(bytes, {0xFF, 0xFE});
   const bool big = startsWith(bytes, {0xFE, 0xFF});
   requireReachable(bytes, little || big ? 2 : 1);
-  if (little) return {{Encoding::utf16Little}, 2, surveyOf(bytes.subspan(2)), false, "UTF-16LE"};
-  if (big) return {{Encoding::utf16Big}, 2, surveyOf(bytes.subspan(2)), false, "UTF-16BE"};
-  if (startsWith(bytes, {0xEF, 0xBB, 0xBF})) {
-    const ByteSpan content = bytes.subspan(3);
-    return {{Encoding::utf8}, 3, surveyOf(content), !isUtf8(content), "UTF-8"};
+  if (little || big) {
+    Storage storage;
+    storage.coding.encoding = little ? Encoding::utf16Little : Encoding::utf16Big;
+    storage.markLength = 2;
+    storage.name = little ? "UTF-16LE" : "UTF-16BE";
+    return storage;
   }
-  return storageOf(bytes, hint);
+  if (startsWith(bytes, {0xEF, 0xBB, 0xBF})) {
+    Storage storage;
+    storage.markLength = 3;
+    storage.name = "UTF-8";
+    lookOver(bytes.subspan(storage.markLength), file, storage);
+    storage.strayBytes = !storage.utf8.valid;
+    return storage;
+  }
+  return storageOf(file, hint);
 }
 
 }  // namespace pluvo::plain

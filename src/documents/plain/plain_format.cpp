@@ -16,8 +16,10 @@ namespace {
 
 constexpr std::array<std::string_view, 8> kExtensions = {"", "txt", "text", "asc", "log", "md", "csv", "tsv"};
 
-/// Of a text that lies in its bytes, so without CR LF.
+/// Of a text that lies in its bytes.
 LineEnd commonLineEndOf(ByteSpan bytes, const Storage& storage) {
+  if (storage.utf8.valid)
+    return commonLineEnd({storage.utf8.lineFeeds, storage.utf8.pairs, storage.utf8.carriageReturns}, storage);
   if (!storage.survey.carriageReturns && std::ranges::find(bytes, '\n') != bytes.end())
     return LineEnd::lineFeed;
   const auto count = [&](char end) { return static_cast<std::size_t>(std::ranges::count(bytes, end)); };
@@ -33,7 +35,7 @@ bool PlainFormat::recognises(ByteSpan bytes, std::string_view extension) const {
 std::span<const std::string_view> PlainFormat::extensions() const { return kExtensions; }
 
 formats::Opened PlainFormat::read(files::Bytes bytes, const formats::Hint& hint) const {
-  const Storage storage = detect(bytes.view, hint);
+  const Storage storage = detect(bytes, hint);
   const ByteSpan content = bytes.view.subspan(storage.markLength);
   const auto opened = [&](text::OriginalText text, LineEnd lineEnd, ByteMap map) {
     return formats::Opened{model::plainContent(std::move(text)),
@@ -43,8 +45,12 @@ formats::Opened PlainFormat::read(files::Bytes bytes, const formats::Hint& hint)
                            storage.guessed,
                            storage.guessed ? formats::Hint{storage.name} : hint};
   };
+  static_assert(files::Bytes::kBehind == text::kParagraphMark);
+  if (storage.utf8.text != nullptr && storage.coding.encoding == Encoding::utf8) {
+    return opened(text::OriginalText(storage.utf8.text), commonLineEndOf(content, storage),
+                  ByteMap(storage.utf8.text));
+  }
   if (liesAsText(content, storage)) {
-    static_assert(files::Bytes::kBehind == text::kParagraphMark);
     text::OriginalText text(ByteSpan(content.data(), content.size() + 1), true, bytes.owner);
     const LineEnd lineEnd = commonLineEndOf(content, storage);
     return opened(std::move(text), lineEnd, ByteMap());

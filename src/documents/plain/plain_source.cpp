@@ -30,8 +30,11 @@ void PlainSource::copyPiece(const text::OriginalText& original, Position from, P
     const char16_t unit = original[position];
     writer.encode(std::u16string_view(&unit, 1));
   };
-  if (map_.placeOf(from).insidePair) encodeUnitAt(from++);
-  const ByteMap::Place begin = map_.placeOf(from);
+  ByteMap::Place begin = map_.placeOf(from);
+  if (begin.insidePair) {
+    encodeUnitAt(from);
+    begin = map_.placeOf(++from);
+  }
   const ByteMap::Place end = map_.placeOf(to);
   const files::ByteSpan content = bytes_.view.subspan(storage_.markLength);
   if (begin.offset < end.offset) {

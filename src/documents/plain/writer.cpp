@@ -13,6 +13,9 @@ using files::Problem;
 
 namespace {
 
+/// So many bytes go out together.
+constexpr std::size_t kGathered = std::size_t{16} * 1024;
+
 bool isFirstHalf(char16_t unit) { return unit >= 0xD800 && unit < 0xDC00; }
 bool isSecondHalf(char16_t unit) { return unit >= 0xDC00 && unit < 0xE000; }
 
@@ -35,6 +38,9 @@ bool hasPlace(const Coding& coding, char32_t point) {
 
 std::optional<char32_t> firstWithoutPlace(const Coding& coding, std::u16string_view text) {
   if (isUtf16(coding.encoding)) return std::nullopt;
+  const auto isHalf = [](char16_t unit) { return (unit & 0xF800) == 0xD800; };
+  if (coding.encoding == Encoding::utf8 && std::none_of(text.begin(), text.end(), isHalf))
+    return std::nullopt;
   for (std::size_t i = 0; i < text.size(); ++i) {
     const bool pair = isFirstHalf(text[i]) && i + 1 < text.size() && isSecondHalf(text[i + 1]);
     const char32_t point = pair ? joined(text[i], text[i + 1]) : text[i];
@@ -69,6 +75,12 @@ void Writer::copy(ByteSpan bytes, const std::function<void()>& pause) {
   if (bytes.empty()) return;
   keepLineEndsApart(unitAt(bytes, 0));
   requireWholeCharacter();
+  afterCarriageReturn_ = unitAt(bytes, bytes.size() - unitSize(coding_.encoding)) == u'\r';
+  if (bytes.size() <= kGathered) {
+    encoded_.insert(encoded_.end(), bytes.begin(), bytes.end());
+    if (encoded_.size() > kGathered) flush();
+    return;
+  }
   flush();
   constexpr std::size_t kAtOnce = std::size_t{8} * 1024 * 1024;
   for (ByteSpan rest = bytes; !rest.empty();) {
@@ -77,12 +89,21 @@ void Writer::copy(ByteSpan bytes, const std::function<void()>& pause) {
     rest = rest.subspan(part.size());
     if (part.size() == kAtOnce) pause();
   }
-  afterCarriageReturn_ = unitAt(bytes, bytes.size() - unitSize(coding_.encoding)) == u'\r';
 }
 
 void Writer::encode(std::u16string_view text) {
-  for (const char16_t unit : text) encode(unit);
-  constexpr std::size_t kGathered = 4096;
+  // A pass puts the same text in at every block.
+  const bool dependsOnNothing = isBetweenCharacters();
+  if (dependsOnNothing && text == known_) {
+    encoded_.insert(encoded_.end(), knownBytes_.begin(), knownBytes_.end());
+  } else {
+    const std::size_t before = encoded_.size();
+    for (const char16_t unit : text) encode(unit);
+    if (dependsOnNothing && isBetweenCharacters()) {
+      known_ = text;
+      knownBytes_.assign(encoded_.begin() + static_cast<std::ptrdiff_t>(before), encoded_.end());
+    }
+  }
   if (encoded_.size() > kGathered) flush();
 }
 

@@ -31,6 +31,7 @@ class Writer {
 
  private:
   void encode(char16_t unit);
+  bool isBetweenCharacters() const { return firstHalf_ == 0 && !afterCarriageReturn_; }
   void putLineEnd();
   void putPoint(char32_t point);
   void putInCodePage(char32_t point);
@@ -49,8 +50,10 @@ class Writer {
   LineEnd lineEnd_;
   files::Output& out_;
   std::vector<std::uint8_t> encoded_;
-  char16_t firstHalf_ = 0;            ///< of a surrogate pair, waiting for the second
-  bool afterCarriageReturn_ = false;  ///< that is a whole line end
+  std::u16string known_;                  ///< the text encoded last …
+  std::vector<std::uint8_t> knownBytes_;  ///< … and its bytes, which depend on nothing in front of it
+  char16_t firstHalf_ = 0;                ///< of a surrogate pair, waiting for the second
+  bool afterCarriageReturn_ = false;      ///< that is a whole line end
 };
 
 }  // namespace pluvo::plain

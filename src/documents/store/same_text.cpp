@@ -1,12 +1,16 @@
 #include "same_text.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
+#include <optional>
 
 namespace pluvo::store {
 
+using text::Piece;
 using text::Position;
 using text::Stretch;
+using text::Utf8Text;
 
 namespace {
 
@@ -14,10 +18,85 @@ bool equal(const Stretch& a, const Stretch& b) {
   const auto length = static_cast<std::size_t>(a.length);
   const bool bytesTell = a.narrow != nullptr && b.narrow != nullptr && a.lineFeedIsMark == b.lineFeedIsMark;
   if (bytesTell && std::memcmp(a.narrow, b.narrow, length) == 0) return true;
-  for (Position i = 0; i < a.length; ++i)
-    if (a[i] != b[i]) return false;
+  constexpr Position kAtOnce = 1024;
+  std::array<char16_t, kAtOnce> left;
+  std::array<char16_t, kAtOnce> right;
+  for (Position at = 0; at < a.length; at += kAtOnce) {
+    const Position to = std::min(a.length, at + kAtOnce);
+    a.part(at, to).copyTo(left.data());
+    b.part(at, to).copyTo(right.data());
+    if (!std::equal(left.begin(), left.begin() + (to - at), right.begin())) return false;
+  }
   return true;
 }
+
+/// Compares front to back. Where the original and what was read back lie in UTF-8, kept pieces are the same
+/// text when they are the same bytes and begin and end where characters do.
+class Comparison {
+ public:
+  Comparison(const text::PieceText& edited, const text::OriginalText& readBack)
+      : edited_(edited), readBack_(readBack), from_(edited.original().utf8()), to_(readBack.utf8()) {}
+
+  bool isSame(Position start, const Piece& piece) {
+    if (to_ != nullptr && piece.isNew() && isKnown(piece)) return true;
+    if (from_ != nullptr && to_ != nullptr && !piece.isNew() && sameBytes(start, piece)) return true;
+    const bool same = sameUnits(start, piece);
+    if (same && to_ != nullptr && piece.isNew()) note(start, piece);
+    return same;
+  }
+
+ private:
+  bool sameUnits(Position start, const Piece& piece) {
+    reached_.reset();
+    return edited_.visitStretches(start, piece, [&](Position at, const Stretch& stretch) {
+      return readBack_.forEachStretch(at, at + stretch.length, [&](Position offset, const Stretch& back) {
+        return equal(stretch.part(offset, offset + back.length), back);
+      });
+    });
+  }
+
+  /// Where the bytes of a new text lie, which many pieces hold.
+  void note(Position start, const Piece& piece) {
+    const Utf8Text::Place begin = to_->placeOf(start);
+    const Utf8Text::Place end = to_->placeOf(start + piece.length);
+    if (begin.insidePair || end.insidePair || begin.offset > end.offset) return;
+    known_ = piece;
+    knownBytes_ = to_->bytes().subspan(begin.offset, end.offset - begin.offset);
+    reached_ = end.offset;
+  }
+  bool isKnown(const Piece& piece) {
+    const bool known = piece.added == known_.added && piece.length == known_.length;
+    return known && reached_ && sameBytes(knownBytes_);
+  }
+
+  bool sameBytes(Position start, const Piece& piece) {
+    const Utf8Text::Place begin = from_->placeOf(piece.original);
+    const Utf8Text::Place end = from_->placeOf(piece.original + piece.length);
+    if (begin.insidePair || end.insidePair || begin.offset > end.offset) return false;
+    if (!reached_) {
+      const Utf8Text::Place place = to_->placeOf(start);
+      if (place.insidePair) return false;
+      reached_ = place.offset;
+    }
+    return sameBytes(from_->bytes().subspan(begin.offset, end.offset - begin.offset));
+  }
+
+  bool sameBytes(Utf8Text::Bytes wanted) {
+    const std::size_t behind = *reached_ + wanted.size();
+    if (behind > to_->bytes().size() || !to_->beginsUnit(*reached_) || !to_->beginsUnit(behind)) return false;
+    if (std::memcmp(wanted.data(), to_->bytes().data() + *reached_, wanted.size()) != 0) return false;
+    reached_ = behind;
+    return true;
+  }
+
+  const text::PieceText& edited_;
+  const text::OriginalText& readBack_;
+  const Utf8Text* from_;
+  const Utf8Text* to_;
+  Piece known_;  ///< the new text read back last
+  Utf8Text::Bytes knownBytes_;
+  std::optional<std::size_t> reached_;  ///< where in the bytes read back the next piece begins
+};
 
 }  // namespace
 
@@ -26,12 +105,11 @@ bool sameText(const text::PieceText& edited, const text::OriginalText& readBack,
   constexpr Position kWindow = 4 * 1024 * 1024;
   if (edited.length() != readBack.length()) return false;
   bool same = true;
+  Comparison comparison(edited, readBack);
   for (Position from = 0, to = 0; same && from < edited.length(); from = to) {
     to = from + std::min(kWindow, edited.length() - from);
-    edited.forEachStretch(from, to, [&](Position start, const Stretch& stretch) {
-      same = equal(stretch, readBack.stretch(start, start + stretch.length));
-      return same;
-    });
+    edited.forEachPiece(
+        from, to, [&](Position start, const Piece& piece) { return same = comparison.isSame(start, piece); });
     pause();
   }
   return same;

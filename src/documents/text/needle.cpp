@@ -1,14 +1,12 @@
 #include "needle.h"
 
 #include "characters.h"
+#include "probing.h"
 
 #include <algorithm>
 
 namespace pluvo::text {
 namespace {
-
-/// Probes are chosen among so many units at the front.
-constexpr std::size_t kProbed = 256;
 
 char16_t canonical(char16_t unit, bool matchCase) { return asLineEnd(matchCase ? unit : foldCase(unit)); }
 
@@ -29,12 +27,6 @@ Needle::NarrowForms canonicalBytes(bool lineFeedIsMark, bool matchCase) {
     forms[byte] = isMark ? kParagraphMark : canonical(static_cast<char16_t>(byte), matchCase);
   }
   return forms;
-}
-
-/// Larger for units that are rarer in ordinary text.
-std::size_t rarity(char16_t unit) {
-  static constexpr std::u16string_view kCommonFirst = u" etaoinsrhldcumfpgwybvk,.\r\n-0123456789";
-  return std::min(kCommonFirst.find(foldCase(unit)), kCommonFirst.size());
 }
 
 /// For each unit of a needle those that match it.
@@ -65,30 +57,6 @@ Forms<std::uint8_t> narrowFormsOf(const Forms<char16_t>& wide, bool lineFeedIsMa
     }
   }
   return forms;
-}
-
-/// A test that all forms pass, or nothing when they have more than two values under every mask of one bit.
-template <class Unit>
-std::optional<Probe<Unit>> probeFor(const std::vector<Unit>& forms, std::size_t offset) {
-  std::vector<Unit> masks;
-  for (const Unit form : forms) {
-    const auto difference = static_cast<Unit>(form ^ forms.front());
-    if (difference != 0 && (difference & (difference - 1)) == 0) masks.push_back(difference);
-  }
-  masks.push_back(0);
-  for (const Unit mask : masks) {
-    Probe<Unit> probe{offset, mask, static_cast<Unit>(forms.front() | mask), 0};
-    probe.other = probe.value;
-    bool serves = true;
-    for (const Unit form : forms) {
-      const auto masked = static_cast<Unit>(form | mask);
-      if (masked == probe.value || masked == probe.other) continue;
-      serves = serves && probe.other == probe.value;
-      probe.other = masked;
-    }
-    if (serves) return probe;
-  }
-  return std::nullopt;
 }
 
 enum class Prefer { front, back };
@@ -132,6 +100,14 @@ Needle::Needle(std::u16string_view text, bool matchCase) : matchCase_(matchCase)
   for (const bool lineFeedIsMark : {false, true})
     narrow_[lineFeedIsMark ? 1 : 0] = shapeOf(probed, narrowFormsOf(forms, lineFeedIsMark));
   wide_ = shapeOf(probed, forms);
+}
+
+const Utf8Needle& Needle::makeUtf8() const {
+  std::call_once(utf8Once_, [this] {
+    utf8_ = std::make_unique<const Utf8Needle>(units_, matchCase_, narrowForms(true));
+    utf8Made_.store(utf8_.get(), std::memory_order_release);
+  });
+  return *utf8_;
 }
 
 const Needle::NarrowForms& Needle::narrowForms(bool lineFeedIsMark) const {

@@ -16,14 +16,16 @@ std::u16string PieceText::substring(Position from, Position to) const {
 }
 
 void PieceText::copy(Position from, Position to, char16_t* out) const {
-  forEachStretch(from, to, [&](Position, const Stretch& stretch) {
-    stretch.copyTo(out);
-    out += stretch.length;
+  forEachPiece(from, to, [&](Position, const Piece& piece) {
+    if (piece.isNew()) {
+      addedText(piece).copy(out, static_cast<std::size_t>(piece.length));
+    } else {
+      original_.copy(piece.original, piece.original + piece.length, out);
+    }
+    out += piece.length;
     return true;
   });
 }
-
-Stretch PieceText::stretchAt(Position position) const { return stretch(pieceAt(position)); }
 
 Piece PieceText::pieceAt(Position position) const {
   const auto part = pieces_.part(pieces_.indexAt(position));
@@ -83,11 +85,6 @@ bool PieceText::check() const {
     if (part.value.place() > room - (part.to - part.from)) return false;
   }
   return true;
-}
-
-Stretch PieceText::stretch(const Piece& piece) const {
-  if (piece.isNew()) return {nullptr, added_.data() + piece.added, piece.length, false};
-  return original_.stretch(piece.original, piece.original + piece.length);
 }
 
 std::u16string_view PieceText::addedText(const Piece& piece) const {

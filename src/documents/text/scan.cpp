@@ -17,7 +17,7 @@ Hits nextHitsAnywhere(const char16_t* text, std::size_t from, std::size_t end,
 #if defined(__x86_64__)
 
 bool hasAvx2() {
-  static const bool has = __builtin_cpu_supports("avx2") != 0;
+  static const bool has = __builtin_cpu_supports("avx2") != 0 && __builtin_cpu_supports("popcnt") != 0;
   return has;
 }
 

@@ -5,46 +5,10 @@
 // that no code made for a newer processor is linked into the rest.
 
 #include "scan.h"
-
-#if defined(__SSE2__)
-#include <immintrin.h>
-#endif
+#include "vectors.h"
 
 namespace pluvo::text {
 namespace {
-
-#if defined(__AVX2__)
-
-using Vector = __m256i;
-
-Vector load(const void* place) { return _mm256_loadu_si256(static_cast<const __m256i*>(place)); }
-Vector both(Vector a, Vector b) { return _mm256_and_si256(a, b); }
-Vector either(Vector a, Vector b) { return _mm256_or_si256(a, b); }
-bool isZero(Vector a) { return _mm256_testz_si256(a, a) != 0; }
-Vector fill(std::uint8_t unit) { return _mm256_set1_epi8(static_cast<char>(unit)); }
-Vector fill(char16_t unit) { return _mm256_set1_epi16(static_cast<short>(unit)); }
-Vector equal(Vector a, Vector b, std::uint8_t) { return _mm256_cmpeq_epi8(a, b); }
-Vector equal(Vector a, Vector b, char16_t) { return _mm256_cmpeq_epi16(a, b); }
-std::uint64_t bits(Vector a) { return static_cast<std::uint32_t>(_mm256_movemask_epi8(a)); }
-/// One byte for every 16-bit unit of two vectors.
-Vector narrowed(Vector a, Vector b) { return _mm256_permute4x64_epi64(_mm256_packs_epi16(a, b), 0xD8); }
-
-#elif defined(__SSE2__)
-
-using Vector = __m128i;
-
-Vector load(const void* place) { return _mm_loadu_si128(static_cast<const __m128i*>(place)); }
-Vector both(Vector a, Vector b) { return _mm_and_si128(a, b); }
-Vector either(Vector a, Vector b) { return _mm_or_si128(a, b); }
-bool isZero(Vector a) { return _mm_movemask_epi8(a) == 0; }
-Vector fill(std::uint8_t unit) { return _mm_set1_epi8(static_cast<char>(unit)); }
-Vector fill(char16_t unit) { return _mm_set1_epi16(static_cast<short>(unit)); }
-Vector equal(Vector a, Vector b, std::uint8_t) { return _mm_cmpeq_epi8(a, b); }
-Vector equal(Vector a, Vector b, char16_t) { return _mm_cmpeq_epi16(a, b); }
-std::uint64_t bits(Vector a) { return static_cast<std::uint32_t>(_mm_movemask_epi8(a)); }
-Vector narrowed(Vector a, Vector b) { return _mm_packs_epi16(a, b); }
-
-#endif
 
 template <class Unit>
 bool passes(const Probe<Unit>& probe, const Unit* place) {

@@ -62,11 +62,9 @@ class Gathered {
   std::size_t length() const { return units_.size(); }
   Stretch stretch() const { return {nullptr, units_.data(), static_cast<Position>(units_.size()), false}; }
 
-  void add(Position start, const Stretch& stretch) {
-    origins_.push_back({units_.size(), start});
-    const std::size_t length = units_.size();
-    units_.resize(length + static_cast<std::size_t>(stretch.length));
-    stretch.copyTo(units_.data() + length);
+  void add(Position start, const Stretch& stretch) { stretch.copyTo(room(start, stretch.length)); }
+  void add(Position start, const OriginalText& text, Position from, Position to) {
+    text.copy(from, to, room(start, to - from));
   }
 
   void clear() { keepLast(0); }
@@ -100,6 +98,13 @@ class Gathered {
     std::size_t offset;
     Position position;
   };
+
+  char16_t* room(Position start, Position length) {
+    origins_.push_back({units_.size(), start});
+    units_.resize(units_.size() + static_cast<std::size_t>(length));
+    return units_.data() + units_.size() - length;
+  }
+
   std::u16string units_;
   std::vector<Origin> origins_;
 };
@@ -136,8 +141,8 @@ class Execution {
   std::optional<Span> run(Position from, Position to) {
     for (const auto& run : haystack_.visibility.runs(from, to)) {
       if (isVisible(run.value, haystack_.view)) {
-        haystack_.text.forEachStretch(run.from, run.to, [&](Position start, const Stretch& stretch) {
-          take(start, stretch);
+        haystack_.text.forEachPiece(run.from, run.to, [&](Position start, const Piece& piece) {
+          take(start, piece);
           return !found_;
         });
       } else if (gathered_.length() > 0) {
@@ -157,9 +162,64 @@ class Execution {
   /// Never more than the needle's length, which is a position.
   Position overlap() const { return static_cast<Position>(needle_.length()) - 1; }
 
+  void take(Position start, const Piece& piece) {
+    const Utf8Text* const utf8 = haystack_.text.original().utf8();
+    if (!piece.isNew() && utf8 != nullptr && !isShort(piece.length) && needle_.utf8().probes())
+      return takeUtf8(start, *utf8, {piece.original, piece.original + piece.length});
+    haystack_.text.visitStretches(start, piece, [&](Position from, const Stretch& stretch) {
+      take(from, stretch);
+      return !found_;
+    });
+  }
+
+  /// Better gathered than searched by itself.
+  bool isShort(Position length) const {
+    return length < kSearchedInPlace || static_cast<std::size_t>(length) < 4 * needle_.length();
+  }
+
+  /// A part of the original that lies in bytes is searched in them.
+  void takeUtf8(Position start, const Utf8Text& utf8, Span part) {
+    const OriginalText& original = haystack_.text.original();
+    const Position shift = start - part.from;
+    if (gathered_.length() > 0) {
+      gathered_.add(start, original, part.from, part.from + overlap());
+      searchGathered();
+      gathered_.clear();
+      if (found_) return;
+    }
+    searchBytes(utf8, part, shift);
+    if (found_ || overlap() == 0) return;
+    const Position rest = part.to - overlap();
+    gathered_.add(rest + shift, original, rest, part.to);
+  }
+
+  /// Half of a pair at either end lies in no bytes; what begins or ends with one is searched for elsewhere.
+  void searchBytes(const Utf8Text& utf8, Span part, Position shift) {
+    const std::size_t end = utf8.placeOf(part.to).offset;
+    Utf8Text::Place begin = utf8.placeOf(part.from);
+    if (begin.insidePair) begin = utf8.placeOf(part.from + 1);
+    if (end <= begin.offset) return;
+    Utf8Matcher matcher(needle_.utf8(), utf8.bytes().subspan(begin.offset, end - begin.offset));
+    while (const auto match = matcher.next()) {
+      const Position from = utf8.positionAt(begin.offset + match->from) + shift;
+      const Span span{from, from + static_cast<Position>(needle_.length())};
+      if (!isWholeWord(span)) continue;
+      found_ = span;
+      return;
+    }
+    if (!matcher.gaveUpAt()) return;
+    const Position reached =
+        std::max(part.from, utf8.positionAt(begin.offset + *matcher.gaveUpAt()) - overlap());
+    haystack_.text.original().forEachStretch(reached, part.to, [&](Position offset, const Stretch& stretch) {
+      gather(reached + offset + shift, stretch);
+      return !found_;
+    });
+    searchGathered();
+    gathered_.clear();
+  }
+
   void take(Position start, const Stretch& stretch) {
-    const auto length = static_cast<std::size_t>(stretch.length);
-    if (stretch.length < kSearchedInPlace || length < 4 * needle_.length()) return gather(start, stretch);
+    if (isShort(stretch.length)) return gather(start, stretch);
     if (gathered_.length() > 0) {
       gathered_.add(start, stretch.part(0, overlap()));
       searchGathered();

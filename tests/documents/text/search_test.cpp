@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -149,17 +150,20 @@ TEST(Search, StaysLinearOnRepetitiveTexts) {
   EXPECT_EQ(find(needle, kWords, haystack), std::nullopt);
 }
 
+enum class Lies { narrow, wide, utf8 };
+
 class Generator : public Dice {
  public:
   using Dice::Dice;
 
   /// Long stretches, of few patterns, with short pieces between.
-  PieceText pieces(std::u16string_view alphabet, bool narrow) {
+  PieceText pieces(std::u16string_view alphabet, Lies lies) {
     std::u16string units = text(oneIn(3) ? upTo(9000) : upTo(60), alphabet);
     if (oneIn(2))
       std::fill(units.begin(), units.begin() + static_cast<Position>(units.size()) / 2, alphabet[0]);
-    PieceText made = narrow ? PieceText(OriginalText(bytes_ = {units.begin(), units.end()}, true, nullptr))
-                            : PieceText(OriginalText(units));
+    PieceText made(lies == Lies::narrow ? OriginalText(bytes_ = {units.begin(), units.end()}, true, nullptr)
+                   : lies == Lies::utf8 ? inUtf8(units)
+                                        : OriginalText(units));
     for (Position edits = upTo(12); edits > 0; --edits) {
       const Position from = upTo(made.length());
       made.replace(from, from + upTo(std::min(made.length() - from, 3)), text(upTo(4), alphabet), {});
@@ -178,17 +182,39 @@ class Generator : public Dice {
   }
 
  private:
+  /// With each half of a pair as a pair.
+  static OriginalText inUtf8(const std::u16string& units) {
+    auto bytes = std::make_shared<std::string>("ü");
+    for (const char16_t unit : units) {
+      const char32_t point = isHighSurrogate(unit) || isLowSurrogate(unit) ? 0x10400 : unit;
+      if (point < 0x80) {
+        *bytes += static_cast<char>(point);
+      } else if (point < 0x800) {
+        *bytes += {static_cast<char>(0xC0 | point >> 6), static_cast<char>(0x80 | (point & 0x3F))};
+      } else {
+        *bytes += point > 0xFFFF ? "𐐀" : "\u212A";
+      }
+    }
+    *bytes += '\r';
+    const auto* const data = reinterpret_cast<const std::uint8_t*>(bytes->data());
+    return OriginalText(Utf8Text::survey({data, bytes->size() - 1}, bytes).text);
+  }
+
   std::vector<std::uint8_t> bytes_;
 };
 
 TEST(Search, FindsWhatReadingEveryCharacterFinds) {
   Generator generate(3);
   const std::u16string_view narrowUnits = u"aAb\r\n\v\u00B5";
+  const std::u16string_view utf8Units = u"aAbkK\u212A\u03BC\u00B5\u03A1\u03C1\r\n\v\a\xD801\xDC00";
   const std::u16string_view wideUnits = u"aAbkK\u212A\u03BC\u00B5\u03A1\u03C1\r\v\a\xD801\xDC00";
-  for (int round = 0; round < 3000; ++round) {
-    const bool narrow = generate.oneIn(2);
-    const auto alphabet = (narrow ? narrowUnits : wideUnits).substr(generate.oneIn(3) ? 2 : 0);
-    const PieceText text = generate.pieces(alphabet.substr(0, generate.oneIn(2) ? 2 : alphabet.npos), narrow);
+  for (int round = 0; round < 4500; ++round) {
+    const Lies lies = static_cast<Lies>(generate.upTo(2));
+    const auto alphabet = (lies == Lies::narrow ? narrowUnits
+                           : lies == Lies::wide ? wideUnits
+                                                : utf8Units)
+                              .substr(generate.oneIn(3) ? 2 : 0);
+    const PieceText text = generate.pieces(alphabet.substr(0, generate.oneIn(2) ? 2 : alphabet.npos), lies);
     const Visibilities visibility = generate.visibilities(text.length());
     const View view = generate.oneIn(2) ? View::results : View::codes;
     const Position from = generate.upTo(text.length());

@@ -24,8 +24,8 @@ namespace pluvo::plain {
 /// meaning it has in a document with structure. What the encoding cannot hold is refused. There is no
 /// highlight.
 ///
-/// A text of one byte a character that has no CR LF is searched in the bytes of the file; any other is
-/// decoded once.
+/// UTF-8 is searched in the bytes of the file, and so is any text of one byte a character that has no CR LF;
+/// any other is decoded once.
 class PlainFormat final : public formats::Format {
  public:
   std::string_view name() const override { return "txt"; }

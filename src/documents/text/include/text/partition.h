@@ -18,14 +18,19 @@ class Partition {
  public:
   std::size_t count() const { return front_.size() + back_.size(); }
   Position length() const { return length_; }
+  bool isOne() const { return count() == 1; }
 
   /// The part that holds position, which must lie in the text.
   std::size_t indexAt(Position position) const {
     assert(0 <= position && position < length_);
+    if (isOne()) return 0;
     if (position < gap()) {
       return front_.countWhile([&](const Part& part) { return part.place <= position; }) - 1;
     }
     const Position distance = length_ - position;
+    const std::size_t behind = back_.size();
+    // Mostly it is the part behind the last edit.
+    if (behind == 1 || back_[behind - 2].place < distance) return front_.size();
     return count() - 1 - back_.countWhile([&](const Part& part) { return part.place < distance; });
   }
 
@@ -95,6 +100,12 @@ class Partition {
   void append(Position length, Value value) {
     moveGap(length_);
     insert(length, std::move(value));
+  }
+  /// Gives the only part another length.
+  void resizeOne(Position length) {
+    assert(isOne() && length > 0);
+    if (front_.empty()) back_.back().place = length;
+    length_ = length;
   }
   /// Gives the first part behind the gap to the one in front of it.
   void join() {

@@ -46,13 +46,13 @@ class PieceText {
 
   Position length() const { return pieces_.length(); }
   const OriginalText& original() const { return original_; }
-  char16_t at(Position position) const { return stretchAt(position)[0]; }
+  char16_t at(Position position) const {
+    const Piece piece = pieceAt(position);
+    return piece.isNew() ? added_[static_cast<std::size_t>(piece.added)] : original_[piece.original];
+  }
   std::u16string substring(Position from, Position to) const;
   void copy(Position from, Position to, char16_t* out) const;
 
-  /// The contiguous stretch that begins at position and runs to the end of its piece. Valid until the next
-  /// edit.
-  Stretch stretchAt(Position position) const;
   /// The piece that holds position, cut to begin there.
   Piece pieceAt(Position position) const;
   std::size_t pieceCount() const { return pieces_.count(); }
@@ -81,16 +81,32 @@ class PieceText {
     }
   }
 
-  /// The stretches that make up [from, to) in order: visit(Position start, const Stretch&), which returns
-  /// false to stop.
+  /// The pieces of [from, to) in order, cut to it: visit(Position start, const Piece&), which returns false
+  /// to stop.
   template <class Visit>
-  void forEachStretch(Position from, Position to, Visit visit) const {
+  void forEachPiece(Position from, Position to, Visit visit) const {
     for (std::size_t i = from < to ? pieces_.indexAt(from) : 0; from < to; ++i) {
       const auto part = pieces_.part(i);
       const Position end = std::min(part.to, to);
-      if (!visit(from, stretch(cut(part, from, end)))) return;
+      if (!visit(from, cut(part, from, end))) return;
       from = end;
     }
+  }
+
+  /// The stretches that make up [from, to) in order: visit(Position start, const Stretch&), which returns
+  /// false to stop. A stretch lasts as long as the call.
+  template <class Visit>
+  void forEachStretch(Position from, Position to, Visit visit) const {
+    forEachPiece(from, to,
+                 [&](Position start, const Piece& piece) { return visitStretches(start, piece, visit); });
+  }
+  template <class Visit>
+  bool visitStretches(Position start, const Piece& piece, Visit visit) const {
+    if (piece.isNew())
+      return visit(start, Stretch{nullptr, added_.data() + piece.added, piece.length, false});
+    return original_.forEachStretch(
+        piece.original, piece.original + piece.length,
+        [&](Position offset, const Stretch& stretch) { return visit(start + offset, stretch); });
   }
 
   /// Whether the pieces cover the text and lie in what they refer to. For tests.
@@ -145,7 +161,6 @@ class PieceText {
     const Anchor anchor = source.anchor();
     return {to - from, Piece::kNone, place, anchor.original, anchor.behind};
   }
-  Stretch stretch(const Piece& piece) const;
 
   OriginalText original_;
   std::u16string added_;

@@ -36,7 +36,10 @@ class RunMap {
 
   Value valueAt(Position position) const { return parts_.value(parts_.indexAt(position)); }
   /// The maximal run that holds position.
-  Run runAt(Position position) const { return run(parts_.indexAt(position)); }
+  Run runAt(Position position) const {
+    if (parts_.isOne()) return {0, parts_.length(), parts_.value(0)};
+    return run(parts_.indexAt(position));
+  }
   Position runStart(Position position) const { return parts_.start(parts_.indexAt(position)); }
   Position runEnd(Position position) const { return parts_.end(parts_.indexAt(position)); }
 
@@ -50,6 +53,9 @@ class RunMap {
 
   /// Puts newLength positions of one value in the place of [from, to).
   void replace(Position from, Position to, Position newLength, const Value& value) {
+    const Position newLengthOfAll = length() - (to - from) + newLength;
+    if (parts_.isOne() && newLengthOfAll > 0 && (newLength == 0 || parts_.value(0) == value))
+      return parts_.resizeOne(newLengthOfAll);
     parts_.erase(from, to, [](const Value& cut, Position) { return cut; });
     if (newLength > 0) {
       const Value* before = parts_.beforeGap();

@@ -1,0 +1,81 @@
+#pragma once
+
+#include "text/positions.h"
+
+#include <array>
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+
+namespace pluvo::text {
+
+/// A text as it lies in its UTF-8 bytes: which unit begins where. CR LF, LF and CR are one paragraph mark
+/// each.
+///
+/// Where every 512th unit begins is noted; what lies between is counted when it is asked for. Asking for
+/// places one after the other costs no more than walking from one to the next. May be used by several
+/// threads.
+///
+/// The bytes may lie in a file that somebody else writes into. What is read then is no longer the text, but
+/// it lies within the bytes, and as many units are given as were asked for.
+class Utf8Text {
+ public:
+  using Bytes = std::span<const std::uint8_t>;
+
+  /// What is known of bytes once they were looked at as UTF-8.
+  struct Survey {
+    bool valid = false;  ///< they are UTF-8; what follows is known only then
+    bool ascii = false;
+    bool zeros = false;
+    std::size_t lineFeeds = 0;  ///< alone
+    std::size_t carriageReturns = 0;
+    std::size_t pairs = 0;  ///< CR LF
+    /// One paragraph mark more than the bytes hold lies behind them. Null where each unit is a byte.
+    std::shared_ptr<const Utf8Text> text;
+  };
+  /// Behind the bytes lies one more, a carriage return. Below 2^31 bytes.
+  static Survey survey(Bytes bytes, const std::shared_ptr<const void>& owner);
+
+  Utf8Text(const Utf8Text&) = delete;
+  Utf8Text& operator=(const Utf8Text&) = delete;
+
+  Position length() const { return length_; }
+  /// Those of the last mark included.
+  Bytes bytes() const { return bytes_; }
+
+  struct Place {
+    std::size_t offset = 0;   ///< of the character's first byte
+    bool insidePair = false;  ///< the unit is the second half of the character that begins there
+  };
+  /// Where a unit lies; behind all bytes for the end of the text.
+  Place placeOf(Position position) const;
+  /// Which unit begins at an offset, where one does.
+  Position positionAt(std::size_t offset) const;
+  /// Whether a unit begins there: not in the middle of a character or a CR LF.
+  bool beginsUnit(std::size_t offset) const;
+
+  char16_t operator[](Position position) const;
+  /// The units [from, to).
+  void copy(Position from, Position to, char16_t* out) const;
+
+ private:
+  Utf8Text(Bytes bytes, std::shared_ptr<const void> owner) : bytes_(bytes), owner_(std::move(owner)) {}
+
+  /// A unit, and the first byte of the character that begins with it.
+  struct Known {
+    std::uint32_t position = 0;
+    std::uint32_t offset = 0;
+  };
+  void remember(Known known) const { recent_.store(known, std::memory_order_relaxed); }
+
+  Bytes bytes_;
+  std::shared_ptr<const void> owner_;
+  std::unique_ptr<std::uint32_t[]> notes_;
+  std::size_t noted_ = 0;
+  Position length_ = 0;
+  mutable std::atomic<Known> recent_{};  ///< mostly near what is asked for next
+};
+
+}  // namespace pluvo::text

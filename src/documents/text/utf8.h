@@ -1,0 +1,44 @@
+#pragma once
+
+#include "text/positions.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+/// Single characters of valid UTF-8, in which CR LF is one.
+namespace pluvo::text {
+
+constexpr bool isFollower(std::uint8_t byte) { return (byte & 0xC0) == 0x80; }
+
+struct Utf8Character {
+  char32_t point = 0;  ///< 13 for every line end
+  std::size_t bytes = 1;
+};
+
+/// The character at an offset, which lies in the bytes; whatever they are, it does too.
+inline Utf8Character utf8At(std::span<const std::uint8_t> bytes, std::size_t offset) {
+  const std::uint8_t* const at = bytes.data() + offset;
+  const std::size_t left = bytes.size() - offset;
+  const char32_t lead = *at;
+  if (lead < 0x80) {
+    if (lead == U'\n') return {kParagraphMark, 1};
+    if (lead == U'\r' && left > 1 && at[1] == '\n') return {kParagraphMark, 2};
+    return {lead, 1};
+  }
+  const auto follower = [&](std::size_t i) { return static_cast<char32_t>(at[i] & 0x3F); };
+  if (lead < 0xE0 && left >= 2) return {(lead & 0x1F) << 6 | follower(1), 2};
+  if (lead < 0xF0 && left >= 3) return {(lead & 0x0F) << 12 | follower(1) << 6 | follower(2), 3};
+  if (left >= 4) return {(lead & 0x07) << 18 | follower(1) << 12 | follower(2) << 6 | follower(3), 4};
+  return {0xFFFD, 1};  // somebody wrote into the file
+}
+
+/// Where the character in front of an offset begins, none in front of from. from < offset.
+inline std::size_t utf8Before(std::span<const std::uint8_t> bytes, std::size_t from, std::size_t offset) {
+  std::size_t at = offset - 1;
+  if (bytes[at] == '\n' && at > from && bytes[at - 1] == '\r') return at - 1;
+  while (at > from && offset - at < 4 && isFollower(bytes[at])) --at;
+  return at;
+}
+
+}  // namespace pluvo::text

@@ -1,0 +1,23 @@
+// Compiled with -mavx2 -mpopcnt; see CMakeLists.txt.
+
+#include "utf8_scan.h"
+
+#if defined(__AVX2__)
+
+#include "utf8_kernel.h"
+
+namespace pluvo::text {
+
+bool surveyUtf8Avx2(const std::uint8_t* bytes, std::size_t size, Utf8Scan& scan) {
+  return survey(bytes, size, scan);
+}
+Utf8Step walkUtf8Avx2(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t units) {
+  return walk(bytes, size, from, units);
+}
+std::size_t countUtf8Avx2(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t to) {
+  return count(bytes, size, from, to);
+}
+
+}  // namespace pluvo::text
+
+#endif

@@ -1,0 +1,83 @@
+#pragma once
+
+#include "scan.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pluvo::text {
+
+/// A text searched for as it looks in UTF-8 bytes, where a sign may have forms of several lengths: k, K and
+/// the sign for kelvin, or CR LF and LF.
+///
+/// Probes are of bytes that lie at fixed distances from one sign, the anchor; the signs on both its sides are
+/// compared from there.
+class Utf8Needle {
+ public:
+  /// The canonical form of each byte; see Needle.
+  using NarrowForms = std::array<char16_t, 256>;
+  using Bytes = std::span<const std::uint8_t>;
+
+  /// Units in canonical form; forms must outlive this.
+  Utf8Needle(std::u16string_view units, bool matchCase, const NarrowForms& forms);
+
+  /// None where it cannot be searched for in bytes: it holds half of a pair
+  /// or a line feed that is no line end, or has too many forms.
+  const std::optional<ProbePair<std::uint8_t>>& probes() const { return probes_; }
+  /// How many bytes lie behind the anchor's first, that one included, at the least.
+  std::size_t leastFromAnchor() const { return leastFromAnchor_; }
+
+  /// Where the match lies whose anchor stands at an offset, if there is one; adds to work how many signs were
+  /// compared.
+  struct Match {
+    std::size_t from;
+    std::size_t to;
+  };
+  std::optional<Match> matchAt(Bytes bytes, std::size_t anchor, std::size_t& work) const;
+
+ private:
+  struct Sign;
+  static std::vector<Sign> signsOf(std::u16string_view units, bool matchCase);
+  void choose(const std::vector<Sign>& signs);
+  bool is(char32_t point, std::size_t sign) const;
+
+  bool matchCase_;
+  const NarrowForms& forms_;
+  std::u32string signs_;  ///< canonical
+  /// The bytes, where there is but one way to write it; and of them those in front of the anchor.
+  std::string exact_;
+  std::size_t exactBefore_ = 0;
+  std::size_t anchor_ = 0;  ///< index of the sign
+  std::size_t leastFromAnchor_ = 0;
+  std::optional<ProbePair<std::uint8_t>> probes_;
+};
+
+/// Finds the matches in bytes one after the other.
+class Utf8Matcher {
+ public:
+  Utf8Matcher(const Utf8Needle& needle, Utf8Needle::Bytes bytes)
+      : needle_(needle),
+        bytes_(bytes),
+        places_(bytes.size() < needle.leastFromAnchor() ? 0 : bytes.size() - needle.leastFromAnchor() + 1) {}
+
+  std::optional<Utf8Needle::Match> next();
+  /// Whether comparing made much more work than reading on, so that it stopped in front of a place.
+  std::optional<std::size_t> gaveUpAt() const { return gaveUpAt_; }
+
+ private:
+  const Utf8Needle& needle_;
+  Utf8Needle::Bytes bytes_;
+  std::size_t places_;  ///< where an anchor could stand: [0, places_)
+  std::size_t position_ = 0;
+  Hits hits_;
+  std::size_t work_ = 0;
+  std::optional<std::size_t> gaveUpAt_;
+};
+
+}  // namespace pluvo::text

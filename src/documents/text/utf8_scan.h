@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace pluvo::text {
+
+/// What one look over bytes that may be UTF-8 tells, and what it writes.
+struct Utf8Scan {
+  /// Where every kInterval-th unit lies, from the first on; see Utf8Text. Room for each that bytes could
+  /// make.
+  std::uint32_t* notes = nullptr;
+  std::size_t noted = 0;
+  std::uint64_t units = 0;
+  std::uint64_t lineFeeds = 0;        ///< in all
+  std::uint64_t carriageReturns = 0;  ///< in all
+  std::uint64_t pairs = 0;            ///< of the two
+  bool ascii = true;
+  bool zeros = false;
+};
+
+inline constexpr std::uint32_t kNoteInterval = 512;
+/// In a note: the unit is the second half of the character that lies there.
+inline constexpr std::uint32_t kInsidePair = 0x80000000;
+
+/// A walk over units: where it arrived, and how many units were left to go there. One is left where that is
+/// the second half of the character that lies there.
+struct Utf8Step {
+  std::size_t offset = 0;
+  std::size_t left = 0;
+};
+
+// Everywhere, size is that of all bytes; none behind is read.
+
+/// False where the bytes are no UTF-8. Below 2^31 bytes.
+bool surveyUtf8(const std::uint8_t* bytes, std::size_t size, Utf8Scan& scan);
+/// Walks over so many units from a unit's first byte on. At the end of the bytes it stops.
+Utf8Step walkUtf8(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t units);
+/// How many units begin in [from, to), from being where one does.
+std::size_t countUtf8(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t to);
+
+/// The same, for every processor and for those with AVX2; the ones above choose.
+bool surveyUtf8Anywhere(const std::uint8_t* bytes, std::size_t size, Utf8Scan& scan);
+Utf8Step walkUtf8Anywhere(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t units);
+std::size_t countUtf8Anywhere(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t to);
+bool surveyUtf8Avx2(const std::uint8_t* bytes, std::size_t size, Utf8Scan& scan);
+Utf8Step walkUtf8Avx2(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t units);
+std::size_t countUtf8Avx2(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t to);
+
+}  // namespace pluvo::text

@@ -1,0 +1,146 @@
+#include "text/utf8_text.h"
+
+#include "characters.h"
+#include "utf8.h"
+#include "utf8_scan.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+#include <utility>
+
+namespace pluvo::text {
+namespace {
+
+using Bytes = Utf8Text::Bytes;
+
+constexpr char16_t highHalf(char32_t point) { return static_cast<char16_t>(0xD7C0 + (point >> 10)); }
+constexpr char16_t lowHalf(char32_t point) { return static_cast<char16_t>(0xDC00 + (point & 0x3FF)); }
+
+using Word = std::uint64_t;
+constexpr Word kOnes = ~Word{0} / 0xFF;
+
+/// The high bit of every byte that is above 7F, a line feed or a carriage return, and perhaps of bytes behind
+/// the first such one.
+constexpr Word unlikeText(Word word) {
+  constexpr Word kHigh = kOnes * 0x80;
+  const Word feeds = word ^ (kOnes * '\n');
+  const Word returns = word ^ (kOnes * '\r');
+  return (word | ((feeds - kOnes) & ~feeds) | ((returns - kOnes) & ~returns)) & kHigh;
+}
+
+/// Writes units until so many are written or the bytes end; returns the offset behind. A pair that does not
+/// fit is cut in two.
+std::size_t decode(Bytes bytes, std::size_t offset, char16_t*& out, const char16_t* end) {
+  while (out < end && offset < bytes.size()) {
+    while (end - out >= 8 && bytes.size() - offset >= 8) {
+      Word word = 0;
+      std::memcpy(&word, bytes.data() + offset, sizeof word);
+      const Word unlike = unlikeText(word);
+      for (std::size_t i = 0; i < 8; ++i) out[i] = bytes[offset + i];
+      static_assert(std::endian::native == std::endian::little, "the first byte is the lowest");
+      const std::size_t alike = unlike == 0 ? 8 : static_cast<std::size_t>(std::countr_zero(unlike)) / 8;
+      out += alike;
+      offset += alike;
+      if (alike < 8) break;
+    }
+    if (out == end) break;
+    const Utf8Character character = utf8At(bytes, offset);
+    if (character.point > 0xFFFF) {
+      *out++ = highHalf(character.point);
+      if (out == end) break;
+      *out++ = lowHalf(character.point);
+    } else {
+      *out++ = static_cast<char16_t>(character.point);
+    }
+    offset += character.bytes;
+  }
+  return offset;
+}
+
+}  // namespace
+
+Utf8Text::Survey Utf8Text::survey(Bytes bytes, const std::shared_ptr<const void>& owner) {
+  // Of addresses only, where nothing is noted.
+  auto notes = std::make_unique_for_overwrite<std::uint32_t[]>(bytes.size() / kNoteInterval + 2);
+  Utf8Scan scan;
+  scan.notes = notes.get();
+  Survey survey;
+  survey.valid = surveyUtf8(bytes.data(), bytes.size(), scan);
+  if (!survey.valid) return survey;
+  survey.ascii = scan.ascii;
+  survey.zeros = scan.zeros;
+  survey.pairs = scan.pairs;
+  survey.lineFeeds = scan.lineFeeds - scan.pairs;
+  survey.carriageReturns = scan.carriageReturns - scan.pairs;
+  if (scan.noted == 0) return survey;
+  std::shared_ptr<Utf8Text> text(new Utf8Text(Bytes(bytes.data(), bytes.size() + 1), owner));
+  text->notes_ = std::move(notes);
+  text->noted_ = scan.noted;
+  text->length_ = static_cast<Position>(scan.units) + 1;
+  survey.text = std::move(text);
+  return survey;
+}
+
+Utf8Text::Place Utf8Text::placeOf(Position position) const {
+  if (position >= length_) return {bytes_.size(), false};
+  const auto wanted = static_cast<std::uint32_t>(position);
+  Known from = recent_.load(std::memory_order_relaxed);
+  if (wanted - from.position >= kNoteInterval) {  // in front of it too
+    const std::size_t note = std::min<std::size_t>(wanted / kNoteInterval, noted_ - 1);
+    const bool inside = (notes_[note] & kInsidePair) != 0;
+    from = {static_cast<std::uint32_t>(note) * kNoteInterval - (inside ? 1 : 0), notes_[note] & ~kInsidePair};
+  }
+  const Utf8Step at = walkUtf8(bytes_.data(), bytes_.size(), from.offset, wanted - from.position);
+  if (at.left == 0) remember({wanted, static_cast<std::uint32_t>(at.offset)});
+  return {at.offset, at.left != 0};
+}
+
+Position Utf8Text::positionAt(std::size_t offset) const {
+  const auto wanted = static_cast<std::uint32_t>(offset);
+  constexpr std::uint32_t kFar = 2 * kNoteInterval;
+  Known from = recent_.load(std::memory_order_relaxed);
+  if (wanted - from.offset >= kFar) {
+    const std::uint32_t* const first = notes_.get();
+    const auto* const behind =
+        std::upper_bound(first, first + noted_, wanted,
+                         [](std::uint32_t o, std::uint32_t note) { return o < (note & ~kInsidePair); });
+    const auto note = static_cast<std::uint32_t>(behind - first) - (behind == first ? 0 : 1);
+    const bool inside = (notes_[note] & kInsidePair) != 0;
+    from = {note * kNoteInterval - (inside ? 1 : 0), notes_[note] & ~kInsidePair};
+  }
+  const std::size_t units = countUtf8(bytes_.data(), bytes_.size(), from.offset, offset);
+  const auto position = from.position + static_cast<std::uint32_t>(units);
+  remember({position, wanted});
+  return static_cast<Position>(position);
+}
+
+bool Utf8Text::beginsUnit(std::size_t offset) const {
+  if (offset == 0 || offset >= bytes_.size()) return true;
+  const bool joined = bytes_[offset] == '\n' && bytes_[offset - 1] == '\r';
+  return !joined && !isFollower(bytes_[offset]);
+}
+
+char16_t Utf8Text::operator[](Position position) const {
+  const Place place = placeOf(position);
+  if (place.offset >= bytes_.size()) return u'\uFFFD';  // somebody wrote into the file
+  const char32_t point = utf8At(bytes_, place.offset).point;
+  if (place.insidePair) return lowHalf(point);
+  return point > 0xFFFF ? highHalf(point) : static_cast<char16_t>(point);
+}
+
+void Utf8Text::copy(Position from, Position to, char16_t* out) const {
+  char16_t* const end = out + (to - from);
+  Place place = placeOf(from);
+  if (place.insidePair && out < end) {
+    const Utf8Character character = utf8At(bytes_, place.offset);
+    *out++ = lowHalf(character.point);
+    place.offset += character.bytes;
+  }
+  const std::size_t behind = decode(bytes_, place.offset, out, end);
+  std::fill(out, end, u'\uFFFD');  // somebody wrote into the file
+  if (from < to && !isHighSurrogate(end[-1]))
+    remember({static_cast<std::uint32_t>(to), static_cast<std::uint32_t>(behind)});
+}
+
+}  // namespace pluvo::text
