@@ -16,13 +16,13 @@ void MemoryFind::Text(const std::u16string& text) {
 
 bool MemoryFind::Execute() {
   return member(u"Find.Execute", [&] {
-    MemoryDocument& document = range_->document();
+    MemoryDocument& document = range_.document();
     model::Model& model = document.model();
-    const text::Span span = range_->span();
+    const text::Span span = range_.span();
     const text::Position end = span.empty() ? model.length() : span.to;
-    if (!text_) return false;
-    const auto match = model.find({text_, flags_}, {span.from, end}, document.view());
-    if (match) range_->set(*match);
+    if (query_.text == nullptr) return false;
+    const auto match = model.find(query_, {span.from, end}, document.view());
+    if (match) range_.set(*match);
     return match.has_value();
   });
 }

@@ -14,15 +14,19 @@ namespace pluvo::memory {
 /// (wildcards, sounds, word forms, backwards, going round) is a Fault 5843 when it is asked for.
 class MemoryFind : public word::Find {
  public:
-  explicit MemoryFind(std::shared_ptr<MemoryRange> range) : range_(std::move(range)) {}
+  /// Of the range that holds it.
+  explicit MemoryFind(MemoryRange& range) : range_(range) {}
+
+  /// As when nothing has been set yet.
+  void reset() { query_ = {}; }
 
   void ClearFormatting() override {}  // there are no formatting conditions to clear
   /// Fault 5854 for more than 255 characters.
   void Text(const std::u16string& text) override;
-  void WholeText(std::shared_ptr<const std::u16string> text) override { text_ = std::move(text); }
+  void WholeText(std::shared_ptr<const std::u16string> text) override { query_.text = std::move(text); }
   void Forward(bool value) override { requireOnly(u"Find.Forward", value, true); }
-  void MatchCase(bool value) override { flags_.matchCase = value; }
-  void MatchWholeWord(bool value) override { flags_.wholeWord = value; }
+  void MatchCase(bool value) override { query_.flags.matchCase = value; }
+  void MatchWholeWord(bool value) override { query_.flags.wholeWord = value; }
   void MatchWildcards(bool value) override { requireOnly(u"Find.MatchWildcards", value, false); }
   void MatchSoundsLike(bool value) override { requireOnly(u"Find.MatchSoundsLike", value, false); }
   void MatchAllWordForms(bool value) override { requireOnly(u"Find.MatchAllWordForms", value, false); }
@@ -34,9 +38,8 @@ class MemoryFind : public word::Find {
  private:
   static void requireOnly(const char16_t* criterion, bool value, bool possible);
 
-  std::shared_ptr<MemoryRange> range_;
-  std::shared_ptr<const std::u16string> text_;
-  text::SearchFlags flags_;
+  MemoryRange& range_;
+  model::Query query_;  ///< its text null where none was set
 };
 
 }  // namespace pluvo::memory

@@ -15,6 +15,8 @@ using text::Span;
 MemoryRange::MemoryRange(std::shared_ptr<MemoryDocument> document, Span span)
     : document_(std::move(document)), range_(document_->model().liveRanges(), span) {}
 
+MemoryRange::~MemoryRange() = default;
+
 Span MemoryRange::span() {
   document_->model();  // a closed document has no positions
   return range_.span();
@@ -108,7 +110,11 @@ void MemoryRange::HighlightColorIndex(std::int32_t colour) {
   });
 }
 
-std::shared_ptr<word::Find> MemoryRange::Find() { return std::make_shared<MemoryFind>(shared_from_this()); }
+std::shared_ptr<word::Find> MemoryRange::Find() {
+  if (find_ == nullptr) find_ = std::make_unique<MemoryFind>(*this);
+  find_->reset();
+  return {shared_from_this(), find_.get()};
+}
 
 std::int32_t MemoryRange::countOf(word::WdUnits unit) {
   return member(countOfUnit(unit), [&] { return document_->model().count(span(), unit, document_->view()); });
@@ -116,7 +122,8 @@ std::int32_t MemoryRange::countOf(word::WdUnits unit) {
 
 Model& MemoryRange::editable(const std::u16string& newText) {
   Model& model = document_->model();
-  document_->requireEditable(base::withParagraphMarks(newText));
+  const bool converts = newText.find(u'\n') != newText.npos;
+  document_->requireEditable(converts ? base::withParagraphMarks(newText) : newText);
   return model;
 }
 

@@ -8,9 +8,12 @@
 
 namespace pluvo::memory {
 
+class MemoryFind;
+
 class MemoryRange : public word::Range, public std::enable_shared_from_this<MemoryRange> {
  public:
   MemoryRange(std::shared_ptr<MemoryDocument> document, text::Span span);
+  ~MemoryRange() override;
 
   std::int32_t Start() override;
   void Start(std::int32_t position) override;
@@ -31,6 +34,7 @@ class MemoryRange : public word::Range, public std::enable_shared_from_this<Memo
   std::int32_t Delete() override;
   void HighlightColorIndex(std::int32_t colour) override;
 
+  /// The same at each call, with nothing set.
   std::shared_ptr<word::Find> Find() override;
 
   MemoryDocument& document() { return *document_; }
@@ -46,6 +50,7 @@ class MemoryRange : public word::Range, public std::enable_shared_from_this<Memo
 
   std::shared_ptr<MemoryDocument> document_;
   model::LiveRange range_;
+  std::unique_ptr<MemoryFind> find_;
 };
 
 }  // namespace pluvo::memory

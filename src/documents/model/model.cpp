@@ -31,6 +31,13 @@ void requireText(std::u16string_view text) {
       .with(errors::Problem::encoding);
 }
 
+/// Without a copy where there is nothing to convert.
+std::u16string_view withParagraphMarks(std::u16string_view text, std::u16string& converted) {
+  if (text.find(u'\n') == text.npos) return text;
+  converted = base::withParagraphMarks(text);
+  return converted;
+}
+
 void requireRoom(Position length, std::u16string_view text) {
   if (text.size() <= static_cast<std::size_t>(text::kMaxLength - length)) return;
   throw errors::Fault(word::kStringTooLong, u"The text would make the document too long.");
@@ -143,7 +150,8 @@ Landing Model::landingOf(const Removal& removal, std::u16string_view newText) co
 }
 
 Span Model::replace(Span span, std::u16string_view text, View view) {
-  std::u16string newText = base::withParagraphMarks(text);
+  std::u16string converted;
+  const std::u16string_view newText = withParagraphMarks(text, converted);
   requireText(newText);
   requireRoom(length(), newText);
   requireRoomForParts();
@@ -151,7 +159,7 @@ Span Model::replace(Span span, std::u16string_view text, View view) {
   if (controls_.empty() || newText.empty()) return exchange(removal, newText);
 
   const Landing landing = landingOf(removal, newText);
-  const std::u16string fit = fitted(*this, landing, removal, newText);
+  const std::u16string fit = fitted(*this, landing, removal, std::u16string(newText));
   const auto keptMark = static_cast<Position>(newText.size() - fit.size());
   if (keptMark == 0 && fit.back() != newText.back()) removal = removalOf(*this, span, fit, view);
   Span placed = exchange(removal, fit);

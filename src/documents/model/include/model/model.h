@@ -47,6 +47,11 @@ class Model {
   const std::vector<Field>& fields() const { return fields_; }
   const std::vector<Control>& controls() const { return controls_; }
   text::Position length() const { return text_.length(); }
+  /// Whether it is nothing but text, all of it visible.
+  bool isPlain() const {
+    const bool isOne = structure_.runCount() == 1 && visibility_.runCount() == 1;
+    return isOne && visibility_.valueAt(0) == text::kEverywhere && structure_.valueAt(0) == Structure{};
+  }
 
   /// The text of a span so far as the view shows it.
   std::u16string visibleText(text::Span span, text::View view) const;
