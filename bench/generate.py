@@ -21,6 +21,13 @@ WORDS = (
     "within after before upon until whereas hereby thereof herein under over between with without and or of in on "
     "at by for from to as is are be been not no any all each every other such same further reasonable ordinary"
 ).split()
+# Of Latin letters with marks, of Greek, Cyrillic, Hebrew, Arabic, Hindi, Chinese and Japanese letters, and one sign
+# beyond the first 65,536 characters.
+FOREIGN_WORDS = (
+    "Grundstücksübergabe Mietverhältnis für Gebäude Schlüssel façade loyer résilié señal año vizinhança żółć příloha "
+    "μίσθωση ακινήτου και όρος договор аренды помещение срок оплата сторона подпись חוזה שכירות דירה عقد الإيجار المؤجر "
+    "किराया समझौता पक्ष 租赁合同 房屋 租金 押金 条款 当事人 賃貸借契約 建物 敷金 の について 임대차 계약 보증금 𝒜"
+).split()
 RUN_STYLES = (
     "",
     "<w:rPr><w:b/></w:rPr>",
@@ -224,21 +231,46 @@ def write_elsewhere(folder):
     write_docx(os.path.join(folder, "hidden-main.docx"), 10, paragraphs, 0, 0, hidden="<w:rPr><w:strike/></w:rPr>")
 
 
-def write_text(path, seed, megabytes, blocks):
+class MixedFiller(Filler):
+    """Prose in which a share of the letters is not ASCII: words of several scripts among the others."""
+
+    def __init__(self, rng, share):
+        super().__init__(rng)
+        self.share, self.letters, self.foreign = share, 0, 0
+
+    def text(self, length):
+        words, size = [], 0
+        while size < length:
+            wanted = self.foreign < self.share * self.letters
+            word = self.rng.choice(FOREIGN_WORDS if wanted else WORDS)
+            self.letters += len(word)
+            self.foreign += sum(letter > "\x7f" for letter in word)
+            size += len(word) + 1
+            if self.rng.random() < 0.08:
+                word += self.rng.choice((".", ",", ";"))
+            words.append(word)
+        return " ".join(words) + " "
+
+
+def write_text(path, seed, megabytes, blocks, share=0.0, encoding="utf-8", filler=None):
+    """share: of the letters that are not ASCII."""
     rng = random.Random(seed)
-    filler = Filler(rng)
+    filler = filler or (MixedFiller(rng, share) if share else Filler(rng))
+    target = megabytes * 1_000_000
+    dense = blocks > 1_000_000
     # A megabyte of prose, reused in a different order each time: what costs time is the searching, not the prose.
-    stock = [filler.text(rng.randrange(300, 500)) + "\n" for _ in range(2500)]
-    written, planted, target = 0, 0, megabytes * 1_000_000
-    with open(path, "w", encoding="ascii") as file:
+    stock = [filler.text(rng.randrange(*((8, 20) if dense else (300, 500)))) + "\n" for _ in range(25_000 if dense else 2500)]
+    inner = [filler.text(12 if not dense else 6) for _ in range(1000)]
+    written, planted = 0, 0
+    with open(path, "wb") as file:
         while written < target:
             text = rng.choice(stock)
             if planted < blocks and written >= planted * target // blocks:
                 split = "\n" if rng.random() < 0.25 else ""
-                text = text[:100] + BEGIN + " " + filler.text(12) + split + END + " " + text[100:]
+                at = min(100, len(text) // 2)
+                text = text[:at] + BEGIN + " " + (filler.text(12) if not dense else rng.choice(inner)) + split + END + " " + text[at:]
                 planted += 1
-            file.write(text)
-            written += len(text)
+            written += file.write(text.encode(encoding))
 
 
 def main():
@@ -264,6 +296,9 @@ def main():
         docx("folder/%03d.docx" % n, 100 + n, 6_400, 4, 1, 1)
     write_elsewhere(folder)
     write_text(os.path.join(folder, "sparse.txt"), 7, 200, 1_200)
+    for name, share in (("ascii", 0.0), ("few", 0.015), ("many", 0.6)):
+        for kind, blocks in (("", 64_000), ("-dense", 2_950_000)):
+            write_text(os.path.join(folder, f"{name}{kind}.txt"), 8, 200, blocks, share)
 
 
 if __name__ == "__main__":

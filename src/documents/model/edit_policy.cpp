@@ -258,14 +258,6 @@ Landing landingAt(const Model& model, Position position, bool behind, std::u16st
 
 Landing landingInsteadOf(const Model& model, const Removal& removal, std::u16string_view newText) {
   const Span span = removal.spans.front();
-  if (model.isPlain()) {
-    Landing plain;
-    plain.at = span.from;
-    plain.anchor = model.text().anchorAt(span.from, false);
-    plain.visibility = text::kEverywhere;
-    plain.highlight = model.highlight().valueAt(span.from);
-    return plain;
-  }
   const std::int32_t joined = tableAt(model, span.to);
   const std::int32_t table =
       endsWithMark(newText) ? commonOf(model.tables(), tableAt(model, span.from), joined) : joined;

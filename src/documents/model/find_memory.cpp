@@ -25,7 +25,11 @@ std::optional<Span> FindMemory::find(const Query& query, Span span, View view) {
   Entry& entry = entryOf(query, view);
   const bool usable = entry.known && span.from <= entry.known->clear &&
                       (span.from >= entry.known->from || reachBack(entry, span));
-  if (!usable) entry.known = Known{span.from, span.from, std::nullopt};
+  if (!usable) {
+    Known& known = entry.known ? *entry.known : entry.known.emplace();
+    known.from = known.clear = span.from;
+    known.match.reset();
+  }
   if (!entry.known->match && entry.known->clear < span.to) searchOn(entry, span.to);
 
   const auto& match = entry.known->match;

@@ -155,6 +155,9 @@ Span Model::replace(Span span, std::u16string_view text, View view) {
   requireText(newText);
   requireRoom(length(), newText);
   requireRoomForParts();
+  const Position finalMark = length() - 1;
+  if (span.from < std::min(span.to, finalMark) && isPlain())
+    return replacePlain({span.from, std::min(span.to, finalMark)}, newText);
   Removal removal = removalOf(*this, span, newText, view);
   if (controls_.empty() || newText.empty()) return exchange(removal, newText);
 
@@ -165,6 +168,19 @@ Span Model::replace(Span span, std::u16string_view text, View view) {
   Span placed = exchange(removal, fit);
   placed.to += keptMark;
   return placed;
+}
+
+/// Of a document of nothing but text all of a span goes, and has no surroundings but its highlight.
+Span Model::replacePlain(Span span, std::u16string_view newText) {
+  const auto newLength = static_cast<Position>(newText.size());
+  if (span.length() == newLength && text_.substring(span.from, span.to) == newText) return span;
+  Landing landing;
+  landing.at = span.from;
+  landing.anchor = text_.anchorAt(span.from, false);
+  landing.highlight = highlight_.valueAt(span.from);
+  put(span, newText, landing);
+  ++stamp_;
+  return {span.from, span.from + newLength};
 }
 
 /// Lets go what a removal takes, and puts text in its place.

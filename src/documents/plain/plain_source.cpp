@@ -11,8 +11,8 @@ namespace pluvo::plain {
 using text::Position;
 
 std::optional<std::string> PlainSource::refusesText(std::u16string_view newText) const {
+  if (holdsAll(storage_.coding, newText)) return std::nullopt;
   const auto point = firstWithoutPlace(storage_.coding, newText);
-  if (!point) return std::nullopt;
   std::array<char, 16> name = {};
   std::snprintf(name.data(), name.size(), "U+%04X", static_cast<unsigned>(*point));
   if (*point >= 0xD800 && *point < 0xE000)

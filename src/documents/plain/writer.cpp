@@ -36,11 +36,14 @@ bool hasPlace(const Coding& coding, char32_t point) {
 
 }  // namespace
 
+bool holdsAll(const Coding& coding, std::u16string_view text) {
+  const auto isHalf = [](char16_t unit) { return (unit & 0xF800) == 0xD800; };
+  if (coding.encoding == Encoding::utf8 && std::none_of(text.begin(), text.end(), isHalf)) return true;
+  return !firstWithoutPlace(coding, text);
+}
+
 std::optional<char32_t> firstWithoutPlace(const Coding& coding, std::u16string_view text) {
   if (isUtf16(coding.encoding)) return std::nullopt;
-  const auto isHalf = [](char16_t unit) { return (unit & 0xF800) == 0xD800; };
-  if (coding.encoding == Encoding::utf8 && std::none_of(text.begin(), text.end(), isHalf))
-    return std::nullopt;
   for (std::size_t i = 0; i < text.size(); ++i) {
     const bool pair = isFirstHalf(text[i]) && i + 1 < text.size() && isSecondHalf(text[i + 1]);
     const char32_t point = pair ? joined(text[i], text[i + 1]) : text[i];

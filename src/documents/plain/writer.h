@@ -14,6 +14,8 @@ namespace pluvo::plain {
 /// The first character of a text that the encoding cannot hold.
 std::optional<char32_t> firstWithoutPlace(const Coding& coding, std::u16string_view text);
 
+bool holdsAll(const Coding& coding, std::u16string_view text);
+
 /// Writes a text made of new units and of bytes that are copied, in one encoding.
 class Writer {
  public:

@@ -123,7 +123,8 @@ class Checkpoints {
   /// So much is looked through first.
   static constexpr Position kNearby = kRead / 16;
   /// So much mostly tells in which state reading arrives behind it.
-  static constexpr Position kGlance = std::min(32, kRead);
+  static constexpr Position kGlance = std::min(8, kRead);
+  static constexpr Position kLongGlance = std::min(32, kRead);
   static constexpr std::size_t kGroupBits = 4;
   static constexpr std::size_t kGroup = 1U << kGroupBits;
 
@@ -172,10 +173,12 @@ class Checkpoints {
   /// The state in which reading from the start of the text arrives at position.
   std::uint8_t stateAt(Position position) {
     if constexpr (Rule::kStates == 1) return 0;
-    const Position glanced = std::max(position - kGlance, 0);
-    const Summary glance = rule_.summarise(glanced, position);
-    if (glanced == 0) return glance.outcomes[Rule::kFirstState];
-    if (glance.isOneOutcome()) return glance.outcomes[0];
+    for (const Position reach : {kGlance, kLongGlance}) {
+      const Position glanced = std::max(position - reach, 0);
+      const Summary glance = rule_.summarise(glanced, position);
+      if (glanced == 0) return glance.outcomes[Rule::kFirstState];
+      if (glance.isOneOutcome()) return glance.outcomes[0];
+    }
     build();
     const std::size_t last = chunkAt(position - 1);
     const Summary nearest = rule_.summarise(start(last), position);

@@ -36,8 +36,10 @@ class Matcher {
  public:
   using Unit = typename Units::Unit;
 
-  Matcher(const Needle& needle, const Shape<Unit>& shape, Units units, std::size_t length)
-      : needle_(needle), units_(units), length_(length) {
+  /// From what Units are made of.
+  template <class... Parts>
+  Matcher(const Needle& needle, const Shape<Unit>& shape, std::size_t length, Parts... parts)
+      : needle_(needle), units_{parts...}, length_(length) {
     if (shape.impossible || needle.length() > length) {
       length_ = 0;
     } else {
@@ -115,13 +117,13 @@ template <class Search>
 auto withMatcher(const Needle& needle, const Stretch& stretch, Search search) {
   const auto length = static_cast<std::size_t>(stretch.length);
   if (stretch.wide == nullptr) {
-    const NarrowUnits units{stretch.narrow, needle.narrowForms(stretch.lineFeedIsMark).data()};
-    return search(Matcher<NarrowUnits>(needle, needle.narrow(stretch.lineFeedIsMark), units, length));
+    return search(Matcher<NarrowUnits>(needle, needle.narrow(stretch.lineFeedIsMark), length, stretch.narrow,
+                                       needle.narrowForms(stretch.lineFeedIsMark).data()));
   }
   if (needle.matchCase()) {
-    return search(Matcher<WideUnits>(needle, needle.wide(), WideUnits{stretch.wide}, length));
+    return search(Matcher<WideUnits>(needle, needle.wide(), length, stretch.wide));
   }
-  return search(Matcher<FoldedWideUnits>(needle, needle.wide(), FoldedWideUnits{stretch.wide}, length));
+  return search(Matcher<FoldedWideUnits>(needle, needle.wide(), length, stretch.wide));
 }
 
 }  // namespace pluvo::text

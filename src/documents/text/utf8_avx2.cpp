@@ -14,6 +14,9 @@ bool surveyUtf8Avx2(const std::uint8_t* bytes, std::size_t size, Utf8Scan& scan)
 Utf8Step walkUtf8Avx2(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t units) {
   return walk(bytes, size, from, units);
 }
+Utf8Step walkBackUtf8Avx2(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t units) {
+  return walkBack(bytes, size, from, units);
+}
 std::size_t countUtf8Avx2(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t to) {
   return count(bytes, size, from, to);
 }

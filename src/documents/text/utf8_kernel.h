@@ -77,15 +77,16 @@ std::size_t ones(Mask mask) { return static_cast<std::size_t>(__builtin_popcount
 /// So far on as n bytes, the last ones before coming in.
 Mask later(Mask mask, Mask before, unsigned n) { return mask << n | before >> (64 - n); }
 
-/// The place of the n-th bit, from 0, of those that are set.
+/// The place of the n-th bit, from 0, of those that are set. Without branches, which nothing could foretell.
 std::size_t placeOfBit(Mask mask, std::size_t n) {
+  if (mask == ~Mask{0}) return n;
   std::size_t at = 0;
   for (unsigned width = 32; width > 0; width /= 2) {
     const std::size_t low = ones(mask & ((Mask{1} << width) - 1));
-    if (n < low) continue;
-    n -= low;
-    mask >>= width;
-    at += width;
+    const std::size_t beyond = n >= low ? 1 : 0;
+    n -= low & (0 - beyond);
+    mask >>= width * beyond;
+    at += width * beyond;
   }
   return at;
 }
@@ -245,6 +246,26 @@ Utf8Step walk(const std::uint8_t* bytes, std::size_t size, std::size_t from, std
     units -= count;
   }
   return walkInRest(bytes, size, from, units, returnBefore);
+}
+
+Utf8Step walkBack(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t units) {
+  while (from >= kBlock) {
+    from -= kBlock;
+    Mask returnBefore = from > 0 && bytes[from - 1] == '\r' ? 1 : 0;
+    const Starts starts = startsOf(Bytes64(bytes + from), returnBefore);
+    const std::size_t count = starts.count();
+    if (units <= count) {
+      const Utf8Step at = starts.unit(count - units);
+      return {from + at.offset, at.left};
+    }
+    units -= count;
+  }
+  Mask returnBefore = 0;
+  const Rest rest(bytes, from);
+  Starts starts = startsOf(Bytes64(rest.bytes), returnBefore);
+  starts.starts &= rest.inside;
+  const std::size_t count = starts.count();
+  return walk(bytes, size, 0, count < units ? 0 : count - units);
 }
 
 __attribute__((noinline)) std::size_t countInRest(const std::uint8_t* bytes, std::size_t from, std::size_t to,

@@ -11,6 +11,10 @@ bool surveyUtf8Anywhere(const std::uint8_t* bytes, std::size_t size, Utf8Scan& s
 Utf8Step walkUtf8Anywhere(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t units) {
   return walk(bytes, size, from, units);
 }
+Utf8Step walkBackUtf8Anywhere(const std::uint8_t* bytes, std::size_t size, std::size_t from,
+                              std::size_t units) {
+  return walkBack(bytes, size, from, units);
+}
 std::size_t countUtf8Anywhere(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t to) {
   return count(bytes, size, from, to);
 }
@@ -23,6 +27,9 @@ bool surveyUtf8Avx2(const std::uint8_t* bytes, std::size_t size, Utf8Scan& scan)
 Utf8Step walkUtf8Avx2(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t units) {
   return walk(bytes, size, from, units);
 }
+Utf8Step walkBackUtf8Avx2(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t units) {
+  return walkBack(bytes, size, from, units);
+}
 std::size_t countUtf8Avx2(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t to) {
   return count(bytes, size, from, to);
 }
@@ -34,6 +41,10 @@ bool surveyUtf8(const std::uint8_t* bytes, std::size_t size, Utf8Scan& scan) {
 }
 Utf8Step walkUtf8(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t units) {
   return hasAvx2() ? walkUtf8Avx2(bytes, size, from, units) : walkUtf8Anywhere(bytes, size, from, units);
+}
+Utf8Step walkBackUtf8(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t units) {
+  return hasAvx2() ? walkBackUtf8Avx2(bytes, size, from, units)
+                   : walkBackUtf8Anywhere(bytes, size, from, units);
 }
 std::size_t countUtf8(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t to) {
   return hasAvx2() ? countUtf8Avx2(bytes, size, from, to) : countUtf8Anywhere(bytes, size, from, to);

@@ -36,15 +36,20 @@ struct Utf8Step {
 bool surveyUtf8(const std::uint8_t* bytes, std::size_t size, Utf8Scan& scan);
 /// Walks over so many units from a unit's first byte on. At the end of the bytes it stops.
 Utf8Step walkUtf8(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t units);
+/// Walks back over so many units, of which there are at least one and at the most those in front.
+Utf8Step walkBackUtf8(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t units);
 /// How many units begin in [from, to), from being where one does.
 std::size_t countUtf8(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t to);
 
 /// The same, for every processor and for those with AVX2; the ones above choose.
 bool surveyUtf8Anywhere(const std::uint8_t* bytes, std::size_t size, Utf8Scan& scan);
 Utf8Step walkUtf8Anywhere(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t units);
+Utf8Step walkBackUtf8Anywhere(const std::uint8_t* bytes, std::size_t size, std::size_t from,
+                              std::size_t units);
 std::size_t countUtf8Anywhere(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t to);
 bool surveyUtf8Avx2(const std::uint8_t* bytes, std::size_t size, Utf8Scan& scan);
 Utf8Step walkUtf8Avx2(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t units);
+Utf8Step walkBackUtf8Avx2(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t units);
 std::size_t countUtf8Avx2(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t to);
 
 }  // namespace pluvo::text

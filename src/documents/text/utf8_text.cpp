@@ -86,6 +86,12 @@ Utf8Text::Place Utf8Text::placeOf(Position position) const {
   if (position >= length_) return {bytes_.size(), false};
   const auto wanted = static_cast<std::uint32_t>(position);
   Known from = recent_.load(std::memory_order_relaxed);
+  constexpr std::uint32_t kNear = kNoteInterval / 2;
+  if (wanted < from.position && from.position - wanted < kNear) {
+    const Utf8Step at = walkBackUtf8(bytes_.data(), bytes_.size(), from.offset, from.position - wanted);
+    if (at.left == 0) remember({wanted, static_cast<std::uint32_t>(at.offset)});
+    return {at.offset, at.left != 0};
+  }
   if (wanted - from.position >= kNoteInterval) {  // in front of it too
     const std::size_t note = std::min<std::size_t>(wanted / kNoteInterval, noted_ - 1);
     const bool inside = (notes_[note] & kInsidePair) != 0;

@@ -135,6 +135,13 @@ TEST(Utf8Text, EveryKindOfProcessorSeesTheSame) {
     const Utf8Step other = walkUtf8Avx2(bytes, text.size(), 0, units);
     ASSERT_EQ(std::tie(step.offset, step.left), std::tie(other.offset, other.left));
     ASSERT_EQ(countUtf8Anywhere(bytes, text.size(), 0, step.offset), units - step.left);
+    const auto back = static_cast<std::size_t>(generate.upTo(static_cast<int>(units - step.left)));
+    if (back == 0) continue;
+    const Utf8Step there = walkUtf8Anywhere(bytes, text.size(), 0, units - step.left - back);
+    for (const auto walk : {walkBackUtf8Anywhere, walkBackUtf8Avx2}) {
+      const Utf8Step reached = walk(bytes, text.size(), step.offset, back);
+      ASSERT_EQ(std::tie(reached.offset, reached.left), std::tie(there.offset, there.left));
+    }
     ASSERT_EQ(countUtf8Avx2(bytes, text.size(), 0, step.offset), units - step.left);
   }
 }

@@ -50,7 +50,8 @@ class Model {
   /// Whether it is nothing but text, all of it visible.
   bool isPlain() const {
     const bool isOne = structure_.runCount() == 1 && visibility_.runCount() == 1;
-    return isOne && visibility_.valueAt(0) == text::kEverywhere && structure_.valueAt(0) == Structure{};
+    return isOne && controls_.empty() && visibility_.valueAt(0) == text::kEverywhere &&
+           structure_.valueAt(0) == Structure{};
   }
 
   /// The text of a span so far as the view shows it.
@@ -127,6 +128,7 @@ class Model {
   text::Span insert(text::Position position, bool behind, std::u16string_view text);
   bool besideText(text::Position position) const;
   Landing landingOf(const Removal& removal, std::u16string_view newText) const;
+  text::Span replacePlain(text::Span span, std::u16string_view newText);
   text::Span exchange(const Removal& removal, std::u16string_view newText);
   std::size_t parts() const;
   void requireRoomForParts() const;

@@ -27,9 +27,12 @@ class ChunkedStack {
   Element& back() { return top_.back(); }
   const Element& back() const { return top_.back(); }
 
-  void push(Element element) {
+  void push(Element element) { emplace(std::move(element)); }
+  /// Made where it stays.
+  template <class... Parts>
+  void emplace(Parts&&... parts) {
     if (top_.size() == 2 * kChunk) sink();
-    top_.push_back(std::move(element));
+    top_.emplace_back(std::forward<Parts>(parts)...);
   }
   void pop() {
     top_.pop_back();

@@ -80,15 +80,15 @@ class Partition {
     }
     if (tail > 0 && (back_.empty() || back_.back().place != tail)) {
       assert(last != nullptr);
-      back_.push({tail, remainder(last->value, to - lastStart)});
+      back_.emplace(tail, remainder(last->value, to - lastStart));
     }
     length_ -= to - from;
   }
 
   /// Puts a part in at the gap, which comes to lie behind it.
-  void insert(Position length, Value value) {
+  void insert(Position length, const Value& value) {
     assert(length > 0);
-    front_.push({gap(), std::move(value)});
+    front_.emplace(gap(), value);
     length_ += length;
   }
   /// Makes the part in front of the gap longer.
@@ -130,6 +130,9 @@ class Partition {
 
  private:
   struct Part {
+    Part() = default;
+    Part(Position at, const Value& valued) : place(at), value(valued) {}
+
     /// In front_ its start, in back_ the distance of its start from the end of the text.
     Position place = 0;
     Value value{};
@@ -138,13 +141,11 @@ class Partition {
   /// Puts every part that starts before position in front of the gap.
   void moveGap(Position position) {
     while (!front_.empty() && front_.back().place >= position) {
-      front_.back().place = length_ - front_.back().place;
-      back_.push(std::move(front_.back()));
+      back_.emplace(length_ - front_.back().place, front_.back().value);
       front_.pop();
     }
     while (!back_.empty() && length_ - back_.back().place < position) {
-      back_.back().place = length_ - back_.back().place;
-      front_.push(std::move(back_.back()));
+      front_.emplace(length_ - back_.back().place, back_.back().value);
       back_.pop();
     }
   }
