@@ -148,14 +148,6 @@ void CodePage::noteReverse(std::uint32_t point, unsigned bytes) {
   if (value == bytes) place = static_cast<std::uint16_t>(bytes);
 }
 
-Character CodePage::firstOfSeveral(ByteSpan bytes) const {
-  const std::uint32_t single = singles_[bytes[0]];
-  if (single < kLead || bytes.size() < 2) return strayByte(bytes[0]);
-  const std::uint32_t pair = pairs_[single - kLead][bytes[1]];
-  if (pair < kFirstMark) return {pair, 2};
-  return pair == kLonger ? firstOfMany(bytes) : strayByte(bytes[0]);
-}
-
 Character CodePage::firstOfMany(ByteSpan bytes) const {
   const std::lock_guard lock(mutex_);
   for (std::size_t count = 3; count <= std::min<std::size_t>(bytes.size(), 4); ++count) {

@@ -58,7 +58,13 @@ class CodePage {
 
   explicit CodePage(std::unique_ptr<Converter> converter);
   Kind makeOut();
-  Character firstOfSeveral(files::ByteSpan bytes) const;
+  Character firstOfSeveral(files::ByteSpan bytes) const {
+    const std::uint32_t single = singles_[bytes[0]];
+    if (single < kLead || bytes.size() < 2) return strayByte(bytes[0]);
+    const std::uint32_t pair = pairs_[single - kLead][bytes[1]];
+    if (pair < kFirstMark) return {pair, 2};
+    return pair == kLonger ? firstOfMany(bytes) : strayByte(bytes[0]);
+  }
   Character firstOfMany(files::ByteSpan bytes) const;
   void noteReverse(std::uint32_t point, unsigned bytes);
   std::optional<Encoded> encodedByConverter(char32_t point) const;

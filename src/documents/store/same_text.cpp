@@ -18,6 +18,8 @@ bool equal(const Stretch& a, const Stretch& b) {
   const auto length = static_cast<std::size_t>(a.length);
   const bool bytesTell = a.narrow != nullptr && b.narrow != nullptr && a.lineFeedIsMark == b.lineFeedIsMark;
   if (bytesTell && std::memcmp(a.narrow, b.narrow, length) == 0) return true;
+  if (a.wide != nullptr && b.wide != nullptr)
+    return std::memcmp(a.wide, b.wide, length * sizeof(char16_t)) == 0;
   constexpr Position kAtOnce = 1024;
   std::array<char16_t, kAtOnce> left;
   std::array<char16_t, kAtOnce> right;
