@@ -135,3 +135,32 @@ def text_cases():
                 limit("text", "{in}", "{out}", BEGIN), perl("replace", TEXT, "{in}")],
                {"perl": ("at least", 2)}, memory=240,
                right=lambda original, result: check.check_text(original, result, BEGIN, END, TEXT))
+    yield from script_cases(perl, whole)
+
+
+def script_cases(perl, whole):
+    """Texts of three shares of letters that are not ASCII, with 64,000 blocks and with one at every other line."""
+    exact = ["--match-case", *whole, *BLOCK]
+    ripgrep = Job("ripgrep", ["rg", "-U", "--multiline-dotall", "-c", f"{BEGIN}.*?{END}", "{in}"])
+    for kind, blocks, quicker in (("sparse", 64_000, 2), ("dense", 2_950_000, 1)):
+        suffix = "-dense" if kind == "dense" else ""
+        for name, letters in (("ascii", "ASCII"), ("few", "1.5 % not ASCII"), ("many", "60 % not ASCII")):
+            title, source = f".txt 200 MB, {letters}, {kind}", f"{name}{suffix}.txt"
+            ascii_ = [] if name == "ascii" else [beside("ASCII", f"ascii{suffix}.txt", "find", "--quiet", *exact, "{in}")]
+            yield Case(f"{title}, find", source,
+                       [pluvo("find", "--quiet", *exact, "{in}"), *ascii_, perl("find", "{in}"), ripgrep],
+                       {"perl": ("at least", 1), "ripgrep": ("at least", 1), "pluvo, ASCII": ("at most", 1.3)},
+                       changes=False, memory=210, right=found("--match-case", *whole))
+            yield Case(f"{title}, find, any case", source,
+                       [pluvo("find", "--quiet", *whole, *BLOCK, "{in}"),
+                        beside("match case", "", "find", "--quiet", *exact, "{in}")],
+                       {"pluvo, match case": ("at most", 1.5)}, changes=False, right=found(*whole, flags=re.IGNORECASE))
+            for unit in ("word", "sentence"):
+                yield Case(f"{title}, find, {unit}s", source,
+                           [pluvo("find", "--quiet", "--match-case", "--unit", unit, "--apart", "30", *BLOCK, "{in}"),
+                            beside("document", "", "find", "--quiet", *exact, "{in}")],
+                           {"pluvo, document": ("at most", 2)}, changes=False)
+            yield Case(f"{title}, replace", source,
+                       [pluvo("replace", *exact, "--text", TEXT, "{in}"), perl("replace", TEXT, "{in}")],
+                       {"perl": ("at least", quicker)}, memory=210 + 64 * blocks / 1e6,
+                       right=lambda original, result: check.check_text(original, result, BEGIN, END, TEXT))

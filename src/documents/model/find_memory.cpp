@@ -26,7 +26,8 @@ std::optional<Span> FindMemory::find(const Query& query, Span span, View view) {
   const bool usable = entry.known && span.from <= entry.known->clear &&
                       (span.from >= entry.known->from || reachBack(entry, span));
   if (!usable) {
-    Known& known = entry.known ? *entry.known : entry.known.emplace();
+    if (!entry.known) entry.known = Known{};
+    Known& known = *entry.known;
     known.from = known.clear = span.from;
     known.match.reset();
   }
@@ -131,7 +132,12 @@ FindMemory::Entry& FindMemory::entryOf(const Query& query, View view) {
   return *found;
 }
 
+bool FindMemory::showsAll(View view) const {
+  return visibility_.runCount() == 1 && text::isVisible(visibility_.valueAt(0), view);
+}
+
 Position FindMemory::back(View view, Position position, Position n) const {
+  if (showsAll(view)) return position - std::min(n, position);
   while (n > 0 && position > 0) {
     const auto run = visibility_.runAt(position - 1);
     const bool visible = text::isVisible(run.value, view);
@@ -143,6 +149,7 @@ Position FindMemory::back(View view, Position position, Position n) const {
 }
 
 Position FindMemory::onward(View view, Position position, Position n) const {
+  if (showsAll(view)) return position + std::min(n, text_.length() - position);
   while (n > 0 && position < text_.length()) {
     const auto run = visibility_.runAt(position);
     const bool visible = text::isVisible(run.value, view);

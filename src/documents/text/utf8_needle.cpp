@@ -1,5 +1,6 @@
 #include "utf8_needle.h"
 
+#include "base/utf.h"
 #include "characters.h"
 #include "probing.h"
 #include "utf8.h"
@@ -14,11 +15,9 @@ namespace pluvo::text {
 namespace {
 
 std::string utf8Of(char32_t point) {
-  const auto follower = [&](unsigned shift) { return static_cast<char>(0x80 | (point >> shift & 0x3F)); };
-  if (point < 0x80) return {static_cast<char>(point)};
-  if (point < 0x800) return {static_cast<char>(0xC0 | point >> 6), follower(0)};
-  if (point < 0x10000) return {static_cast<char>(0xE0 | point >> 12), follower(6), follower(0)};
-  return {static_cast<char>(0xF0 | point >> 18), follower(12), follower(6), follower(0)};
+  std::string bytes;
+  base::appendUtf8(bytes, point);
+  return bytes;
 }
 
 /// Leads are as frequent as characters of their script, followers about as letters.

@@ -1,5 +1,6 @@
 #include "text/utf8_text.h"
 
+#include "base/utf.h"
 #include "characters.h"
 #include "utf8.h"
 #include "utf8_scan.h"
@@ -13,9 +14,6 @@ namespace pluvo::text {
 namespace {
 
 using Bytes = Utf8Text::Bytes;
-
-constexpr char16_t highHalf(char32_t point) { return static_cast<char16_t>(0xD7C0 + (point >> 10)); }
-constexpr char16_t lowHalf(char32_t point) { return static_cast<char16_t>(0xDC00 + (point & 0x3FF)); }
 
 using Word = std::uint64_t;
 constexpr Word kOnes = ~Word{0} / 0xFF;
@@ -47,9 +45,9 @@ std::size_t decode(Bytes bytes, std::size_t offset, char16_t*& out, const char16
     if (out == end) break;
     const Utf8Character character = utf8At(bytes, offset);
     if (character.point > 0xFFFF) {
-      *out++ = highHalf(character.point);
+      *out++ = base::highSurrogateOf(character.point);
       if (out == end) break;
-      *out++ = lowHalf(character.point);
+      *out++ = base::lowSurrogateOf(character.point);
     } else {
       *out++ = static_cast<char16_t>(character.point);
     }
@@ -131,8 +129,8 @@ char16_t Utf8Text::operator[](Position position) const {
   const Place place = placeOf(position);
   if (place.offset >= bytes_.size()) return u'\uFFFD';  // somebody wrote into the file
   const char32_t point = utf8At(bytes_, place.offset).point;
-  if (place.insidePair) return lowHalf(point);
-  return point > 0xFFFF ? highHalf(point) : static_cast<char16_t>(point);
+  if (place.insidePair) return base::lowSurrogateOf(point);
+  return point > 0xFFFF ? base::highSurrogateOf(point) : static_cast<char16_t>(point);
 }
 
 void Utf8Text::copy(Position from, Position to, char16_t* out) const {
@@ -140,7 +138,7 @@ void Utf8Text::copy(Position from, Position to, char16_t* out) const {
   Place place = placeOf(from);
   if (place.insidePair && out < end) {
     const Utf8Character character = utf8At(bytes_, place.offset);
-    *out++ = lowHalf(character.point);
+    *out++ = base::lowSurrogateOf(character.point);
     place.offset += character.bytes;
   }
   const std::size_t behind = decode(bytes_, place.offset, out, end);

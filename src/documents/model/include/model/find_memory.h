@@ -64,6 +64,8 @@ class FindMemory {
   void followEdit(Entry& entry, text::Span replaced, text::Position newLength) const;
   void keepBefore(Entry& entry, text::Position edit) const;
 
+  /// Whether no character is hidden.
+  bool showsAll(text::View view) const;
   /// The start of the n-th visible character in front of position.
   text::Position back(text::View view, text::Position position, text::Position n) const;
   /// The end of the n-th visible character from position on.
