@@ -83,7 +83,7 @@ Utf8Text::Survey Utf8Text::survey(Bytes bytes, const std::shared_ptr<const void>
 Utf8Text::Place Utf8Text::placeOf(Position position) const {
   if (position >= length_) return {bytes_.size(), false};
   const auto wanted = static_cast<std::uint32_t>(position);
-  Known from = recent_.load(std::memory_order_relaxed);
+  Known from = recent();
   constexpr std::uint32_t kNear = kNoteInterval / 2;
   if (wanted < from.position && from.position - wanted < kNear) {
     const Utf8Step at = walkBackUtf8(bytes_.data(), bytes_.size(), from.offset, from.position - wanted);
@@ -103,7 +103,7 @@ Utf8Text::Place Utf8Text::placeOf(Position position) const {
 Position Utf8Text::positionAt(std::size_t offset) const {
   const auto wanted = static_cast<std::uint32_t>(offset);
   constexpr std::uint32_t kFar = 2 * kNoteInterval;
-  Known from = recent_.load(std::memory_order_relaxed);
+  Known from = recent();
   if (wanted - from.offset >= kFar) {
     const std::uint32_t* const first = notes_.get();
     const auto* const behind =

@@ -68,14 +68,21 @@ class Utf8Text {
     std::uint32_t position = 0;
     std::uint32_t offset = 0;
   };
-  void remember(Known known) const { recent_.store(known, std::memory_order_relaxed); }
+  Known recent() const {
+    const std::uint64_t both = recent_.load(std::memory_order_relaxed);
+    return {static_cast<std::uint32_t>(both >> 32U), static_cast<std::uint32_t>(both)};
+  }
+  void remember(Known known) const {
+    recent_.store(std::uint64_t{known.position} << 32U | known.offset, std::memory_order_relaxed);
+  }
 
   Bytes bytes_;
   std::shared_ptr<const void> owner_;
   std::unique_ptr<std::uint32_t[]> notes_;
   std::size_t noted_ = 0;
   Position length_ = 0;
-  mutable std::atomic<Known> recent_{};  ///< mostly near what is asked for next
+  /// A Known, mostly near what is asked for next; one number, so that threads see both of its halves.
+  mutable std::atomic<std::uint64_t> recent_ = 0;
 };
 
 }  // namespace pluvo::text
