@@ -13,12 +13,13 @@ constexpr std::string_view kIntroduction =
     "A block begins with one text, ends with another a bounded distance away, and may have\n"
     "to contain a third. A document is saved completely or not at all.\n";
 
+// Examples work as they stand in samples/, where a test goes through all of them.
 constexpr std::string_view kOverallExamples =
     "  pluvo find --begin 'The Lessor' --end 'the Lessee' lease.txt\n"
     "  pluvo replace -b 'DRAFT' -t 'FINAL' --match-case *.txt\n"
-    "  pluvo delete -b '[begin note]' -e '[end note]' --unit document -n minutes.txt\n"
-    "  pluvo highlight -b 'confidential' --color pink --confirm lease.docx\n"
-    "  pluvo replace -b 'Smith & Sons' -t 'Smith & Daughters Ltd' -r contracts/ --report changes.html\n";
+    "  pluvo delete -b '[Note to file:' -e ']' -n lease.txt\n"
+    "  pluvo highlight -b 'the Lessor' --color pink --confirm lease.docx\n"
+    "  pluvo replace -b 'Harbour Estates' -t 'Harbour Holdings' -r . --report changes.html\n";
 
 constexpr std::string_view kExitStatus =
     "  0 blocks were found   1 none   2 something failed, whatever else succeeded, or with\n"
@@ -27,41 +28,37 @@ constexpr std::string_view kUndoExitStatus =
     "  0 taken back, or runs to show   1 nothing to do   2 something failed, whatever else succeeded\n";
 constexpr std::string_view kSaveExitStatus = "  0 saved   2 not saved\n";
 
-struct Story {
-  std::string_view what;
-  std::string_view examples;
-};
-
 // In the order of Command.
 constexpr std::array<Story, 8> kStories = {{
     {"Lists the blocks: document, number of the paragraph, text. Changes nothing.\n",
      "  pluvo find -b 'The Lessor' -e 'the Lessee' lease.txt\n"
      "      from 'The Lessor' to the next 'the Lessee' in the same or the next paragraph\n"
-     "  pluvo find -b 'Whereas' -e 'Now, therefore' -i 'option to buy' --unit document *.txt\n"
-     "      recitals that mention an option, however long\n"
-     "  pluvo find -b 'Clause' -e 'void' --apart 20 --unit word --on end contract.txt\n"
-     "      lists each 'void' at most 20 words behind a 'Clause'\n"},
+     "  pluvo find -b 'Insurance' -e 'Notices' -i 'fire' --unit document *.txt\n"
+     "      what is insured, where fire is mentioned, however long\n"
+     "  pluvo find -b 'assign' -e 'consent' --apart 20 --unit word --on end lease.txt\n"
+     "      lists each 'consent' at most 20 words behind an 'assign'\n"},
     {"Inserts a text before or after each block, or its beginning, ending or inside text.\n",
-     "  pluvo insert -b 'the Agreement' -t 'amended' --extra-space --on begin lease.txt\n"
-     "      'the Agreement' becomes 'amended the Agreement'\n"
-     "  pluvo insert -b 'Schedule A' -e 'Total:' --unit document -t ' (see note)' --after --on end *.txt\n"},
+     "  pluvo insert -b 'the premises' -t 'all of' --extra-space --on begin lease.txt\n"
+     "      'the premises' becomes 'all of the premises'\n"
+     "  pluvo insert -b 'Rent.' -e 'a year' -t ' (net)' --after --on end *.txt\n"},
     {"Puts a text in the place of each block, or of its beginning, ending or inside text.\n",
-     "  pluvo replace -b 'Smith & Sons' -t 'Smith & Daughters Ltd' --match-case *.txt\n"
-     "  pluvo replace -b 'ARTICLE 7' -e 'ARTICLE 8' --unit document --text-file article7.txt lease.txt\n"
-     "  pluvo replace -b 'DRAFT' -t 'FINAL' --dry-run minutes.txt\n"
+     "  pluvo replace -b 'Harbour Estates' -t 'Harbour Holdings' --match-case *.txt\n"
+     "  pluvo replace -b '[begin confidential]' -e '[end confidential]' --unit document -t '[withheld]' "
+     "minutes.txt\n"
+     "  pluvo replace -b 'DRAFT' -t 'FINAL' --dry-run lease.txt\n"
      "      shows each block before and after and saves nothing\n"},
     {"Deletes each block, or its beginning, ending or inside text.\n",
-     "  pluvo delete -b '[begin note]' -e '[end note]' --unit document --backup minutes.txt\n"
-     "      keeps the original as minutes.txt.bak\n"
-     "  pluvo delete -b 'Privileged:' -e '.' --confirm *.txt\n"},
+     "  pluvo delete -b '[Note to file:' -e ']' --unit document --backup lease.txt\n"
+     "      keeps the original as lease.txt.bak\n"
+     "  pluvo delete -b 'Apologies:' -e 'Lindqvist' --confirm *.txt\n"},
     {"Highlights each block, or its beginning, ending or inside text; --color none removes.\n"
      "Plain text has no place for highlighting.\n",
-     "  pluvo highlight -b 'shall not' -e '.' --color yellow lease.docx\n"
-     "  pluvo highlight -b 'Clause 12' --color none --output clean/ *.docx\n"},
+     "  pluvo highlight -b 'shall' -e '.' --color yellow lease.docx\n"
+     "  pluvo highlight -b 'the Lessor' --color none --output clean/ *.docx\n"},
     {"Works through the requests saved in a file: each document gets them in their order, in one\n"
      "opening and one saving. 'pluvo save' writes such files.\n",
-     "  pluvo run house-style.toml -r contracts/ --report changes.html\n"
-     "  pluvo run house-style.toml --dry-run lease.docx\n"},
+     "  pluvo run house-style.toml --dry-run lease.docx\n"
+     "  pluvo run house-style.toml -r . --report changes.html\n"},
     {"Saves a request in a file, behind those that are there. The options are those of COMMAND;\n"
      "documents are named when the file is run. The file is TOML and may be edited and commented.\n",
      "  pluvo save house-style.toml replace -b 'Smith & Sons' -t 'Smith & Daughters Ltd'\n"
@@ -72,7 +69,8 @@ constexpr std::array<Story, 8> kStories = {{
      "no more than 4 GiB; beyond that the oldest runs are forgotten.\n",
      "  pluvo undo --list\n"
      "  pluvo undo\n"
-     "  pluvo undo 20261121-142233-0\n"},
+     "  pluvo undo 20261121-142233-0\n"
+     "      a run by the name that the list gives it\n"},
 }};
 
 std::string optionNames(const Option& option) {
@@ -119,24 +117,31 @@ std::string commandList() {
   return list;
 }
 
-std::string usageOf(std::optional<Command> command) {
-  if (command == Command::run) return " FILE [OPTIONS] DOCUMENT...";
-  if (command == Command::save) return " FILE COMMAND [OPTIONS]";
-  if (command == Command::undo) return " [RUN] [OPTIONS]";
-  return " [OPTIONS] DOCUMENT...";
-}
-
 std::string section(std::string_view heading, std::string_view text, const Style& style) {
   return '\n' + style.heading(heading) + '\n' + std::string(text);
 }
 
 }  // namespace
 
+const Story& storyOf(Command command) { return kStories[static_cast<std::size_t>(command)]; }
+
+std::string_view usageOf(std::optional<Command> command) {
+  if (command == Command::run) return " FILE [OPTIONS] DOCUMENT...";
+  if (command == Command::save) return " FILE COMMAND [OPTIONS]";
+  if (command == Command::undo) return " [RUN] [OPTIONS]";
+  return " [OPTIONS] DOCUMENT...";
+}
+
+std::string_view exitStatusOf(std::optional<Command> command) {
+  if (command == Command::undo) return kUndoExitStatus;
+  return command == Command::save ? kSaveExitStatus : kExitStatus;
+}
+
 std::string helpText(std::optional<Command> command, const Style& style) {
   const std::string name = command ? std::string(nameOf(*command)) : "COMMAND";
-  std::string text = style.heading("pluvo " + name) + usageOf(command) + "\n\n";
+  std::string text = style.heading("pluvo " + name) + std::string(usageOf(command)) + "\n\n";
   if (command) {
-    const Story& story = kStories[static_cast<std::size_t>(*command)];
+    const Story& story = storyOf(*command);
     text += std::string(story.what) + optionList(setOf(*command), style);
     text += section("Examples", story.examples, style);
   } else {
@@ -144,12 +149,9 @@ std::string helpText(std::optional<Command> command, const Style& style) {
     text += "  'pluvo COMMAND --help' tells of one command, with examples.\n";
     text += optionList(kEveryCommand, style) + section("Examples", kOverallExamples, style);
   }
-  const std::string_view exits = command == Command::undo   ? kUndoExitStatus
-                                 : command == Command::save ? kSaveExitStatus
-                                                            : kExitStatus;
-  return text + section("Exit status", exits, style);
+  return text + section("Exit status", exitStatusOf(command), style);
 }
 
-std::string versionText() { return "pluvo " PLUVO_VERSION "\n"; }
+std::string versionText() { return "pluvo " PLUVO_VERSION "\n" PLUVO_BUILT_WITH "\n"; }
 
 }  // namespace pluvo::cli

@@ -1,6 +1,10 @@
 #include "options.h"
 
+#include "runs/colors.h"
 #include "runs/selection.h"
+#include "formats/registry.h"
+
+#include <span>
 
 namespace pluvo::cli {
 namespace {
@@ -62,21 +66,36 @@ const std::vector<Option>& options() {
       {0, "begin-file", Takes::value, "FILE", kBlockGroup, kBlockCommands,
        "read TEXT from FILE (UTF-8; - is standard input);\nthe line end at its very end is not part of it",
        keep<&T::beginFile>},
-      {0, "end-file", Takes::value, "FILE", kBlockGroup, kBlockCommands, "likewise", keep<&T::endFile>},
-      {0, "inside-file", Takes::value, "FILE", kBlockGroup, kBlockCommands, "likewise", keep<&T::insideFile>},
+      {0, "end-file", Takes::value, "FILE", kBlockGroup, kBlockCommands, "the same for the ending",
+       keep<&T::endFile>},
+      {0, "inside-file", Takes::value, "FILE", kBlockGroup, kBlockCommands,
+       "the same for the text between the two", keep<&T::insideFile>},
       {0, "apart", Takes::value, "N|same", kBlockGroup, kBlockCommands,
        "beginning and ending are no more than N units\napart, 0 to 32767; same is 0 (default: same)",
        keep<&T::apart>},
-      {0, "unit", Takes::value, "UNIT", kBlockGroup, kBlockCommands,
-       "word, sentence, paragraph or document; document\nsets no limit (default: paragraph)", keep<&T::unit>},
+      {0,
+       "unit",
+       Takes::value,
+       "UNIT",
+       kBlockGroup,
+       kBlockCommands,
+       "word, sentence, paragraph or document; document\nsets no limit (default: paragraph)",
+       keep<&T::unit>,
+       {"word", "sentence", "paragraph", "document"}},
 
-      {0, "on", Takes::value, "PLACE", kChangeGroup, kBlockCommands,
+      {0,
+       "on",
+       Takes::value,
+       "PLACE",
+       kChangeGroup,
+       kBlockCommands,
        "what is listed or changed of each block: block,\nbegin, end or inside (default: block)",
-       keep<&T::on>},
+       keep<&T::on>,
+       {"block", "begin", "end", "inside"}},
       {'t', "text", Takes::value, "TEXT", kChangeGroup, kTextCommands, "what to insert or to replace with",
        keep<&T::text>},
-      {0, "text-file", Takes::value, "FILE", kChangeGroup, kTextCommands, "read TEXT from FILE, as above",
-       keep<&T::textFile>},
+      {0, "text-file", Takes::value, "FILE", kChangeGroup, kTextCommands,
+       "read TEXT from FILE, as --begin-file does", keep<&T::textFile>},
       {0, "before", Takes::nothing, "", kChangeGroup, kInsert, "insert before (default)", raise<&T::before>},
       {0, "after", Takes::nothing, "", kChangeGroup, kInsert, "insert after", raise<&T::after>},
       {0, "extra-space", Takes::nothing, "", kChangeGroup, kInsert,
@@ -85,7 +104,7 @@ const std::vector<Option>& options() {
        "yellow, pink, green, blue, red or none, or one of\n"
        "black, turquoise, bright-green, white, dark-blue,\n"
        "teal, violet, dark-red, dark-yellow, gray-50, gray-25\n(default: yellow)",
-       keep<&T::color>},
+       keep<&T::color>, colorNames()},
 
       {0, "match-case", Takes::nothing, "", kMatchingGroup, kBlockCommands, "capital letters must agree",
        raise<&T::matchCase>},
@@ -102,7 +121,15 @@ const std::vector<Option>& options() {
       {0, "levels", Takes::value, "N", kDocuments, kRunCommands,
        "go down no more than N levels of folders; 0 stays\nin the folders named (default: all)",
        keep<&T::levels>},
-      {0, "types", Takes::value, "TYPE,...", kDocuments, kRunCommands, typesHelp, keep<&T::types>},
+      {0,
+       "types",
+       Takes::value,
+       "TYPE,...",
+       kDocuments,
+       kRunCommands,
+       typesHelp,
+       keep<&T::types>,
+       {formats::kDocumentExtensions.begin(), formats::kDocumentExtensions.end()}},
       {0, "mask", Takes::value, "MASK,...", kDocuments, kRunCommands,
        "take only files of such names from folders: * and ?\nstand for any characters, and for one. A mask "
        "with a\n"
@@ -162,9 +189,15 @@ const std::vector<Option>& options() {
        keep<&T::report>},
       {0, "overwrite-report", Takes::nothing, "", kOutput, kRunCommands,
        "replace FILE even where it holds something else than\nan earlier report", raise<&T::overwriteReport>},
-      {0, "progress", Takes::value, "WHEN", kOutput, kRunCommands,
+      {0,
+       "progress",
+       Takes::value,
+       "WHEN",
+       kOutput,
+       kRunCommands,
        "a line that tells how far the run has come: auto\n(at a terminal), always or never",
-       keep<&T::progress>},
+       keep<&T::progress>,
+       {"auto", "always", "never"}},
       {0, "list", Takes::nothing, "", kOutput, setOf(Command::undo), "show the runs that can be taken back",
        raise<&T::list>},
       {0, "json", Takes::nothing, "", kOutput, kRunCommands,

@@ -71,6 +71,7 @@ struct Option {
   CommandSet commands;
   std::string_view help;  ///< lines; a line feed separates them
   void (*store)(TypedOptions& typed, const std::string& value);
+  std::vector<std::string_view> choices = {};  ///< the values there are, for shells to propose
 };
 
 /// The headings whose options make a request.

@@ -122,5 +122,15 @@ TEST(Request, RefusesWithASentenceThatSaysWhatToDo) {
   }
 }
 
+TEST(Request, TakesEveryValueThatShellsPropose) {
+  for (const Option& option : options()) {
+    if (option.choices.empty()) continue;
+    const std::string command = option.commands == setOf(Command::highlight) ? "highlight" : "find";
+    const std::string line = command + " -r -b x -e y -i z d --" + option.name + " ";
+    for (const std::string_view choice : option.choices)
+      EXPECT_EQ(refusalOf(line + std::string(choice)), "") << option.name << ' ' << choice;
+  }
+}
+
 }  // namespace
 }  // namespace pluvo::cli

@@ -1,5 +1,6 @@
 #include "choosers.h"
 #include "main_window.h"
+#include "options.h"
 #include "places.h"
 #include "theme.h"
 
@@ -15,16 +16,27 @@ namespace {
 
 using namespace pluvo;
 
-constexpr const char* kHelp =
-    "Usage: pluvo-desktop [OPTION…] [DOCUMENT…]\n"
-    "\n"
-    "Finds blocks of text in documents, and inserts, replaces, deletes or highlights on them.\n"
-    "\n"
-    "  -h, --help     show this\n"
-    "  -v, --version  show the version\n"
-    "      --         what follows is documents, whatever it begins with\n"
-    "\n"
-    "Options of the windowing system, such as -platform and -style, are taken as well.\n";
+std::string helpText() {
+  std::string text =
+      "Usage: pluvo-desktop [OPTION…] [DOCUMENT…]\n"
+      "\n"
+      "Finds blocks of text in documents, and inserts, replaces, deletes or highlights on them.\n"
+      "\n";
+  constexpr std::size_t kTextColumn = 17;
+  for (const desktop::Option& option : desktop::kOptions) {
+    std::string line = "  -" + std::string(1, option.letter) + ", --" + std::string(option.name);
+    line.resize(kTextColumn, ' ');
+    text += line + std::string(option.help) + '\n';
+  }
+  return text +
+         "      --         what follows is documents, whatever it begins with\n"
+         "\n"
+         "Options of the windowing system, such as -platform and -style, are taken as well.\n";
+}
+
+std::string versionText() {
+  return "pluvo-desktop " PLUVO_VERSION "\n" PLUVO_BUILT_WITH "\nQt here: " + std::string(qVersion()) + "\n";
+}
 
 struct CommandLine {
   std::vector<std::string> documents;
@@ -43,9 +55,9 @@ CommandLine parse(int count, char** words) {
       line.documents.emplace_back(word);
     } else if (word == "--") {
       onlyDocuments = true;
-    } else if (word == "-h" || word == "--help") {
+    } else if (isTyped(desktop::kOptions[0], word)) {
       line.help = true;
-    } else if (word == "-v" || word == "--version") {
+    } else if (isTyped(desktop::kOptions[1], word)) {
       line.version = true;
     } else {
       line.unknown = word;
@@ -56,8 +68,8 @@ CommandLine parse(int count, char** words) {
 
 /// Whether help or the version is all that is asked for: that needs no screen.
 bool answered(const CommandLine& line) {
-  if (line.help) std::fputs(kHelp, stdout);
-  if (!line.help && line.version) std::puts("pluvo-desktop " PLUVO_VERSION);
+  if (line.help) std::fputs(helpText().c_str(), stdout);
+  if (!line.help && line.version) std::fputs(versionText().c_str(), stdout);
   return line.help || line.version;
 }
 
