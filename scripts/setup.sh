@@ -4,8 +4,10 @@
 # To build and run the command line.
 RUN_PACKAGES=(ca-certificates cmake g++ ninja-build libdeflate-dev libtomlplusplus-dev libuchardet-dev nettle-dev)
 # To test it as well.
-TEST_PACKAGES=(ccache clang clang-format clang-tidy libclang-rt-dev libexpat1-dev libgmock-dev libgtest-dev python3
-  libpugixml-dev fonts-dejavu-core qt6-base-dev xauth xvfb)
+TEST_PACKAGES=(bash-completion ccache clang clang-format clang-tidy devscripts fish libclang-rt-dev libexpat1-dev
+  libgmock-dev libgtest-dev python3 libpugixml-dev fonts-dejavu-core qt6-base-dev xauth xvfb zsh)
+# To make Debian packages, and to check them.
+PACKAGE_PACKAGES=(appstream ccache desktop-file-utils devscripts dpkg-dev git gzip lintian man-db python3 qt6-base-dev)
 # To build the component for Word.
 WINDOWS_PACKAGES=(ccache cmake googletest g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix libwine-dev mingw-w64-tools
   ninja-build python3)

@@ -8,7 +8,12 @@ if(READELF)
   told(headers ${READELF} -hlWd ${FILE})
   told(symbols ${READELF} -sWd --dyn-syms ${FILE})
   set(all "${headers}${symbols}")
-  set(rows
+  if(headers MATCHES "Machine: +Advanced Micro Devices X86-64")
+    told(code ${DISASSEMBLER} -d --no-show-raw-insn --disassemble=main ${FILE})
+    string(APPEND all "${code}")
+    set(rows "<main>:[ \t\n]+[0-9a-f]+:[ \t]+endbr64" "marked targets of branches")
+  endif()
+  list(APPEND rows
     "Type: +DYN" "an address that changes (PIE)"
     "GNU_RELRO" "tables that are read-only (RELRO)"
     "Flags: NOW|BIND_NOW" "names bound at the start (-z now)"
