@@ -104,7 +104,7 @@ const std::vector<Option>& options() {
        "yellow, pink, green, blue, red or none, or one of\n"
        "black, turquoise, bright-green, white, dark-blue,\n"
        "teal, violet, dark-red, dark-yellow, gray-50, gray-25\n(default: yellow)",
-       keep<&T::color>, colorNames()},
+       keep<&T::color>, runs::colorNames()},
 
       {0, "match-case", Takes::nothing, "", kMatchingGroup, kBlockCommands, "capital letters must agree",
        raise<&T::matchCase>},
