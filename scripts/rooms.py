@@ -25,6 +25,7 @@ def seen(room, folders, shown):
     """What the room's files include, through public headers to the end."""
     folder = folders[room]
     inner = {other for other in folders.values() if other != folder and folder in other.parents}
+    inner |= {main.parent for main in folder.rglob("main.cpp")}  # programs name for themselves what they see
     files = [file for file in folder.rglob("*") if file.suffix in (".h", ".cpp")
              and not any(other in file.parents for other in inner)]
     todo = included(files, folders)

@@ -79,6 +79,19 @@ inline constexpr std::string_view kBlockGroup = "The block";
 inline constexpr std::string_view kChangeGroup = "The change";
 inline constexpr std::string_view kMatchingGroup = "Matching";
 
+/// Whether an option gives the text of a request in a file.
+inline bool namesTextFile(const Option& option) {
+  return option.valueName == "FILE" && (option.group == kBlockGroup || option.group == kChangeGroup);
+}
+
+/// Whether an option is kept with a request: what is looked for and what is done, not to which documents.
+/// A text is kept itself, whatever file it came from.
+inline bool isPartOfRequest(const Option& option) {
+  const bool isAbout =
+      option.group == kBlockGroup || option.group == kChangeGroup || option.group == kMatchingGroup;
+  return isAbout && !namesTextFile(option);
+}
+
 const std::vector<Option>& options();
 
 }  // namespace pluvo::cli

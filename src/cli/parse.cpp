@@ -100,8 +100,7 @@ void takeSavedCommand(TypedCommandLine& line) {
 
 /// A saved request is what is done to documents; all else is said where it is run.
 void refuseNotKept(const Option& option) {
-  const bool isKept =
-      option.group == kBlockGroup || option.group == kChangeGroup || option.group == kMatchingGroup;
+  const bool isKept = isPartOfRequest(option) || namesTextFile(option);
   if (isKept || (option.commands & setOf(Command::save)) != 0) return;
   throw UsageError(longName(option) +
                    " is not kept with a request; give it when the file is run: pluvo run FILE DOCUMENT...");

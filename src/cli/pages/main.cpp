@@ -2,9 +2,9 @@
 // made from.
 #include "formats/registry.h"
 #include "help.h"
+#include "options.h"
 #include "pages/files.h"
 #include "pages/manual.h"
-#include "saved/toml_text.h"
 
 #include <cstdio>
 #include <exception>
