@@ -35,6 +35,8 @@ void sayNotReached(const Plan& plan, const runs::Totals& totals) {
   plan.strict ? sayError(line) : sayNote(line);
 }
 
-bool failsStrictly(const Plan& plan, const runs::Totals& totals) { return plan.strict && totals.notReached > 0; }
+bool failsStrictly(const Plan& plan, const runs::Totals& totals) {
+  return plan.strict && totals.notReached > 0;
+}
 
 }  // namespace pluvo::cli

@@ -1,8 +1,8 @@
 #include "options.h"
 
+#include "formats/registry.h"
 #include "runs/colors.h"
 #include "runs/selection.h"
-#include "formats/registry.h"
 
 #include <span>
 

@@ -49,8 +49,7 @@ class Design : public testing::Test, protected OpenedDialog {
 TEST_F(Design, ShowsTheControlsOfTheManual) {
   std::string shown;
   for (const auto& page : pages()) {
-    shown +=
-        '\n' + base::utf8(page->Name() + u'|' + page->Caption() + u'|' + page->ControlTipText()) + '\n';
+    shown += '\n' + base::utf8(page->Name() + u'|' + page->Caption() + u'|' + page->ControlTipText()) + '\n';
     for (const forms::Control* control : page->controls()) shown += shownOf(*control);
   }
   std::erase(shown, '\r');

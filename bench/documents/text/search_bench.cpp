@@ -26,7 +26,8 @@ void search(benchmark::State& state, const PieceText& text, std::u16string_view 
     const Search search(needle, flags);
     benchmark::DoNotOptimize(search.find(text, visibility, View::results, 0, text.length()));
   }
-  const auto bytes = static_cast<std::int64_t>(text.length()) * (text.original().stretch(0, 1).wide != nullptr ? 2 : 1);
+  const auto bytes =
+      static_cast<std::int64_t>(text.length()) * (text.original().stretch(0, 1).wide != nullptr ? 2 : 1);
   state.SetBytesProcessed(state.iterations() * bytes);
 }
 

@@ -30,8 +30,8 @@ struct GridPlace {
 };
 
 /// The cells where the grid is too narrow for two halves: the right one below the left, each of all twelve
-/// columns. Where nothing is of several rows, each row is divided by itself; one in which a cell stands across
-/// the middle is divided at that cell, which stays with what is right of it.
+/// columns. Where nothing is of several rows, each row is divided by itself; one in which a cell stands
+/// across the middle is divided at that cell, which stays with what is right of it.
 std::vector<Cell> inOneColumn(std::vector<Cell> cells);
 
 /// The arithmetic of forms' grid, the same for all renderers: twelve columns of equal width, rows as high as

@@ -4,7 +4,8 @@
 
 #include <string>
 
-/// What requests did not reach, for programs: members that end an object, each where there is something to tell.
+/// What requests did not reach, for programs: members that end an object, each where there is something to
+/// tell.
 namespace pluvo::runs {
 
 /// `,"elsewhere":{...},"unreached":{...},"unreadable":[...]`
