@@ -57,17 +57,18 @@ prove_packages() {
   ((EUID == 0)) || fail 'root runs this, since it makes a root of its own'
   [[ -z ${CI:-} ]] || fail 'this is not for CI: it downloads and unpacks a Debian'
   need debootstrap util-linux
-  local folder
+  local folder root
   folder=$(mktemp -d "${TMPDIR:-/tmp}/pluvo-packages-XXXXXX")
+  root=$folder/debian
   # shellcheck disable=SC2064 # the folder of now
   trap "rm -rf --one-file-system '$folder'" EXIT
-  printf 'An empty Debian 12 in %s ...\n' "$folder/root"
-  make_root "$folder/root"
-  mkdir -p "$folder/root/packages/new" "$folder/root/packages/old"
-  cp build/debian/*.deb "$folder/root/packages/new"
-  make_earlier "$folder/root/packages/old"
-  cp -r packaging/prove_in_root.sh tests/pages/examples.sh samples "$folder/root/packages"
-  in_root "$folder/root" bash /packages/prove_in_root.sh
+  printf 'An empty Debian 12 in %s ...\n' "$root"
+  make_root "$root"
+  mkdir -p "$root/packages/new" "$root/packages/old"
+  cp build/debian/*.deb "$root/packages/new"
+  make_earlier "$root/packages/old"
+  cp -r packaging/prove_in_root.sh tests/pages/examples.sh samples "$root/packages"
+  in_root "$root" bash /packages/prove_in_root.sh
 }
 
 # Two clones with names of different lengths; a compiler cache would give the second what the first has compiled.

@@ -15,11 +15,15 @@ root=$folder/root
 printf 'An empty Debian 12 in %s ...\n' "$root"
 make_root "$root"
 git clone -q . "$root/pluvo"
-if [[ -n ${CCACHE_DIR:-} ]]; then export ROOT_BINDS=$CCACHE_DIR:/root/.cache/ccache; fi
+cache=()
+if [[ -n ${CCACHE_DIR:-} ]]; then
+  export ROOT_BINDS=$CCACHE_DIR:/ccache
+  cache=(env CCACHE_DIR=/ccache)
+fi
 printf '== ./run\n'
-in_root "$root" /pluvo/run
+in_root "$root" "${cache[@]}" /pluvo/run
 printf '== ./run --version\n'
-in_root "$root" /pluvo/run --version
+in_root "$root" "${cache[@]}" /pluvo/run --version
 printf '== ./test %s\n' "$*"
-in_root "$root" /pluvo/test "$@"
+in_root "$root" "${cache[@]}" /pluvo/test "$@"
 echo './run and ./test work in an empty Debian 12.'

@@ -77,7 +77,7 @@ std::u16string ofUtf16(std::string_view bytes, bool bigEndian) {
   return units;
 }
 
-/// A character of a web page that is written by its name or number; the place behind it.
+/// Appends the character that a reference stands for. Returns the place after it.
 std::size_t appendReference(std::u16string& units, std::string_view page, std::size_t at) {
   constexpr std::array<std::pair<std::string_view, char16_t>, 6> kNamed = {{{"amp;", u'&'},
                                                                             {"lt;", u'<'},

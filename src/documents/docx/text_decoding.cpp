@@ -74,7 +74,7 @@ void appendUtf8(std::u16string& units, std::string_view bytes) {
       const base::Utf8Character next = base::firstOfUtf8(bytes.data() + i, bytes.size() - i);
       if (next.point > 0xFFFF) *out++ = base::highSurrogateOf(next.point);
       *out++ = next.point > 0xFFFF ? base::lowSurrogateOf(next.point) : static_cast<char16_t>(next.point);
-      i += next.bytes;
+      i += std::max<std::size_t>(next.bytes, 1);  // whatever the bytes are, this ends
     }
   }
   units.resize(static_cast<std::size_t>(out - units.data()));

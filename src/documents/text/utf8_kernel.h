@@ -62,7 +62,7 @@ struct Bytes64 {
 #endif
 };
 
-/// What is left behind the last whole block, filled up with zeros.
+/// The bytes after the last whole block, filled up with zeros.
 struct Rest {
   std::uint8_t bytes[kBlock];
   Mask inside;  ///< the bits of bytes that are there
@@ -120,7 +120,7 @@ inline Starts startsOf(const Bytes64& bytes, Mask& returnBefore) {
   return {~(followers | feeds), pairs};
 }
 
-/// What a block tells of whether these are characters, for the one behind it too.
+/// The first bytes of longer characters in a block. The block after it needs them as well.
 struct Leads {
   Mask leads = 0;  ///< of characters of two bytes at least
   Mask three = 0;  ///< of three at least

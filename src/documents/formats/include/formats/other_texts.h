@@ -35,7 +35,7 @@ enum class Unreached : std::uint8_t {
 };
 inline constexpr std::size_t kUnreached = 17;
 
-/// What is not looked into at all.
+/// Parts that the search leaves out.
 enum class Opaque : std::uint8_t { objects, pictures, macros, thumbnail };
 inline constexpr std::size_t kOpaque = 4;
 

@@ -29,7 +29,7 @@ class Partition {
     }
     const Position distance = length_ - position;
     const std::size_t behind = back_.size();
-    // Mostly it is the part behind the last edit.
+    // Mostly it is the part after the last edit.
     if (behind == 1 || back_[behind - 2].place < distance) return front_.size();
     return count() - 1 - back_.countWhile([&](const Part& part) { return part.place < distance; });
   }

@@ -32,10 +32,10 @@ class Utf8Text {
     std::size_t lineFeeds = 0;  ///< alone
     std::size_t carriageReturns = 0;
     std::size_t pairs = 0;  ///< CR LF
-    /// One paragraph mark more than the bytes hold lies behind them. Null where each unit is a byte.
+    /// The text has one paragraph mark after its bytes. Null where each unit is a byte.
     std::shared_ptr<const Utf8Text> text;
   };
-  /// Behind the bytes lies one more, a carriage return. Below 2^31 bytes.
+  /// One more byte, a carriage return, lies after these. There are fewer than 2^31.
   static Survey survey(Bytes bytes, const std::shared_ptr<const void>& owner);
 
   Utf8Text(const Utf8Text&) = delete;
