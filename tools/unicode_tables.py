@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Writes src/documents/text/unicode_tables.h from Python's character data. Run it from the root of the tree."""
+"""Writes src/text/unicode_tables.h from Python's character data. Run it from the root of the tree."""
 
 import subprocess
 import unicodedata
 
-OUT = "src/documents/text/unicode_tables.h"
+OUT = "src/text/unicode_tables.h"
 
 
 def is_word(code):

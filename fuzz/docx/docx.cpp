@@ -2,10 +2,10 @@
 // read again. The input is a program of edits, the inside of w:body, and behind zero bytes a header's inside,
 // a part of custom XML, an imported file and an embedded one; the package around them is always the same.
 
-#include "documents/docx/document_builder.h"
-#include "documents/docx/random_edits.h"
 #include "docx/docx_format.h"
 #include "elsewhere/elsewhere.h"
+#include "formats/docx/document_builder.h"
+#include "formats/docx/random_edits.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -16,9 +16,9 @@ namespace {
 
 using namespace pluvo;
 
-std::u16string shownText(const model::Model& model) { return model.text().substring(0, model.length()); }
+std::u16string shownText(const document::Model& model) { return model.text().substring(0, model.length()); }
 
-void edit(model::Model& model, files::ByteSpan program) {
+void edit(document::Model& model, base::ByteSpan program) {
   for (; program.size() >= 5; program = program.subspan(5)) {
     const auto place = static_cast<std::uint32_t>(program[0] | program[1] << 8U);
     docx::editBySeed(model, {place, program[2], program[3], program[4]});
@@ -84,9 +84,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     docx::Opened opened = docx::open(docx::documentOf(body, parts));
     edit(opened.model, {data + 1, edits});
     lookElsewhere(opened, data[0] % 2 != 0);
-    const files::Bytes written = opened.written();
+    const base::Bytes written = opened.written();
     if (shownText(docx::open(written).model) != shownText(opened.model)) std::abort();
-  } catch (const files::DocumentError&) {
+  } catch (const errors::DocumentError&) {
   }
   return 0;
 }

@@ -9,20 +9,20 @@
 namespace {
 
 using namespace pluvo;
-using files::ByteSpan;
+using base::ByteSpan;
 using text::Position;
 
 void require(bool condition) {
   if (!condition) std::abort();
 }
 
-std::vector<std::uint8_t> written(const formats::Opened& opened, const model::Model& model) {
-  files::MemoryOutput out;
+std::vector<std::uint8_t> written(const formats::Opened& opened, const document::Model& model) {
+  base::MemoryOutput out;
   opened.source->write(model, out);
   return out.bytes();
 }
 
-std::u16string textOf(const model::Model& model) { return model.text().substring(0, model.length()); }
+std::u16string textOf(const document::Model& model) { return model.text().substring(0, model.length()); }
 
 /// Whether a byte order mark says how the text is stored, whatever the rest of it is.
 bool hasMark(ByteSpan bytes) {
@@ -43,7 +43,7 @@ formats::Hint hintOf(std::uint8_t choice) {
 }
 
 /// Four bytes make an edit: where (two), how many go, what comes.
-void edit(model::Model& model, const formats::Source& source, ByteSpan program) {
+void edit(document::Model& model, const formats::Source& source, ByteSpan program) {
   static const std::u16string texts[] = {u"",   u"\r",         u"\n",     u"x",     u"é\r",
                                          u"→",  u"\U0001F4DC", u"\xDC00", u"\r\rZ", u"Ж",
                                          u"表", u"\xDC81",     u"\xD83D"};
@@ -66,18 +66,18 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::vector<std::uint8_t> file(data + 2 + edits, data + size);
   const plain::PlainFormat format;
   try {
-    const formats::Opened opened = format.read(files::Bytes::of(file), hint);
-    model::Model model(opened.content);
+    const formats::Opened opened = format.read(base::Bytes::of(file), hint);
+    document::Model model(opened.content);
     require(written(opened, model) == file);
     edit(model, *opened.source, program);
     const std::vector<std::uint8_t> edited = written(opened, model);
     const std::u16string again =
-        textOf(model::Model(format.read(files::Bytes::of(edited), opened.again).content));
+        textOf(document::Model(format.read(base::Bytes::of(edited), opened.again).content));
     // Bytes that are no UTF-8 may meet and be a character.
     const bool said = hint.certain && !hint.encoding.empty() && opened.encoding != "UTF-8" &&
                       !hasMark(edited) && !hasUtf8Mark(edited);
     require(!(said || hasMark(file)) || again == textOf(model));
-  } catch (const files::DocumentError&) {
+  } catch (const errors::DocumentError&) {
     // Refused: an encoding that is not known, UTF-32, or half of a character.
   }
   return 0;

@@ -1,4 +1,4 @@
-#include "documents/xml/events.h"
+#include "containers/xml/events.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -16,7 +16,7 @@ class JsonPrinter : public runs::Observer {
                        field("operated", outcome.operated) + field("skipped", outcome.skipped) +
                        ",\"saved\":" + (outcome.saved ? "true" : "false") + ",\"error\":";
     if (outcome.failure) {
-      line += "{\"code\":" + base::jsonQuoted(files::nameOf(outcome.failure->problem)) +
+      line += "{\"code\":" + base::jsonQuoted(errors::nameOf(outcome.failure->problem)) +
               ",\"message\":" + base::jsonQuoted(outcome.failure->message) + "}";
     } else {
       line += "null";

@@ -1,6 +1,6 @@
 #include "plan.h"
 
-#include "files/problem.h"
+#include "errors/document_error.h"
 #include "numbers.h"
 #include "request.h"
 #include "runs/saved_requests.h"
@@ -59,7 +59,7 @@ std::string encodingFrom(const TypedOptions& typed) {
   if (!typed.encoding) return {};
   try {
     return runs::knownEncoding(*typed.encoding);
-  } catch (const files::DocumentError& refused) {
+  } catch (const errors::DocumentError& refused) {
     throw UsageError(std::string("--encoding: ") + refused.what());
   }
 }

@@ -70,7 +70,7 @@ void Progress::add(const runs::Outcome& outcome) {
   ++done_;
   // Where nobody wants the blocks they are not told one by one.
   blocks_ += outcome.found - std::exchange(blocksAtHand_, 0);
-  if (outcome.failure) ++failures_[std::string(files::nameOf(outcome.failure->problem))];
+  if (outcome.failure) ++failures_[std::string(errors::nameOf(outcome.failure->problem))];
 }
 
 void Progress::end(const runs::Totals& totals) {

@@ -1,6 +1,6 @@
 #include "save_request.h"
 
-#include "files/problem.h"
+#include "errors/document_error.h"
 #include "plan.h"
 #include "request.h"
 #include "runs/saved_requests.h"
@@ -17,7 +17,7 @@ void saveRequest(const TypedCommandLine& line, files::FileSystem& system) {
     // A request behind others that are wrong would never be reached.
     if (system.exists(path)) (void)requestsIn(path);
     runs::addRequest(system, path, request);
-  } catch (const files::DocumentError& refused) {
+  } catch (const errors::DocumentError& refused) {
     throw UsageError(path + ": " + refused.what());
   } catch (const std::system_error& refused) {
     throw UsageError(path + " cannot be written: " + refused.code().message() + ".");

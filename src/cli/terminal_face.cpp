@@ -5,8 +5,8 @@ namespace {
 
 void sayFailure(const runs::Outcome& outcome) {
   const runs::Failure& failure = *outcome.failure;
-  sayError((outcome.path.empty() ? "''" : outcome.path) + ": " + std::string(files::nameOf(failure.problem)) +
-           ": " + failure.message);
+  sayError((outcome.path.empty() ? "''" : outcome.path) + ": " +
+           std::string(errors::nameOf(failure.problem)) + ": " + failure.message);
 }
 
 void sayRefused(const runs::Outcome& outcome) {

@@ -51,7 +51,7 @@ ExitStatus takeBack(runs::PastRuns& past, const std::string& run, bool quiet) {
   past.takeBack(run, [&](const runs::TakenBack& taken) {
     if (taken.failure) {
       ++failed;
-      sayError(taken.path + ": " + std::string(files::nameOf(taken.failure->problem)) + ": " +
+      sayError(taken.path + ": " + std::string(errors::nameOf(taken.failure->problem)) + ": " +
                taken.failure->message);
     } else if (taken.asBefore) {
       ++asBefore;
@@ -84,7 +84,7 @@ ExitStatus undoLast(runs::PastRuns& past, bool quiet) {
     const ExitStatus status = takeBack(past, last->name, quiet);
     if (status == kFailed && before != nullptr) sayNote(next);
     return status;
-  } catch (const files::DocumentError& refused) {
+  } catch (const errors::DocumentError& refused) {
     throw UsageError(refused.what() + (before == nullptr ? "" : "\n" + next));
   }
 }
@@ -107,7 +107,7 @@ ExitStatus undo(const TypedCommandLine& line, files::FileSystem& system) {
         "Neither XDG_STATE_HOME nor HOME names a folder, so no runs were kept; set them as they were when "
         "the "
         "run was made.");
-  } catch (const files::DocumentError& refused) {
+  } catch (const errors::DocumentError& refused) {
     throw UsageError(refused.what());
   }
 }

@@ -1,6 +1,6 @@
 #include "encoding_dialog.h"
 
-#include "files/problem.h"
+#include "errors/document_error.h"
 #include "store/encodings.h"
 
 #include <QCoreApplication>
@@ -70,7 +70,7 @@ class EncodingDialog final : public QDialog {
   void showSample() {
     try {
       shown_->setPlainText(QString::fromStdU16String(sample_.in(chosen())));
-    } catch (const files::DocumentError& unusable) {
+    } catch (const errors::DocumentError& unusable) {
       shown_->setPlainText(QString::fromUtf8(unusable.what()));
     }
   }

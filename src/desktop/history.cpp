@@ -4,7 +4,7 @@
 
 namespace pluvo::desktop {
 
-void History::keep(const model::Model& model) {
+void History::keep(const document::Model& model) {
   if (!std::exchange(awaited_, false)) return;
   if (undo_.size() == kMost) undo_.erase(undo_.begin());
   undo_.push_back(model.snapshot());
@@ -12,10 +12,10 @@ void History::keep(const model::Model& model) {
   changed_ = true;
 }
 
-void History::move(model::Model& model, Snapshots& from, Snapshots& to) {
+void History::move(document::Model& model, Snapshots& from, Snapshots& to) {
   awaited_ = false;
   changed_ = false;
-  model::Model::Snapshot snapshot = std::move(from.back());
+  document::Model::Snapshot snapshot = std::move(from.back());
   from.pop_back();
   to.push_back(model.snapshot());
   model.restore(std::move(snapshot));

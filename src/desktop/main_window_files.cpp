@@ -99,7 +99,7 @@ void MainWindow::reopenInEncoding() {
   try {
     const QString asNow = tr("The text is now read as %1.").arg(QString::fromStdString(encoding));
     chosen = askForEncoding(this, path, asNow, encoding);
-  } catch (const files::DocumentError& unreadable) {
+  } catch (const errors::DocumentError& unreadable) {
     trouble = QString::fromUtf8(unreadable.what());
   }
   if (!trouble.isEmpty()) Question(this, tr("The document could not be opened."), trouble).exec();

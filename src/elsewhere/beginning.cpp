@@ -25,7 +25,7 @@ const text::Search& Beginning::search() const {
   return *search_;
 }
 
-bool Beginning::standsIn(const model::Content& content, bool fieldCodes) const {
+bool Beginning::standsIn(const document::Content& content, bool fieldCodes) const {
   return search()
       .find(text::PieceText(content.text), content.visibility,
             fieldCodes ? text::View::codes : text::View::results, 0, content.text.length())

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "document/content.h"
 #include "engine/request.h"
-#include "model/content.h"
 #include "text/search.h"
 
 #include <cstdint>
@@ -21,7 +21,7 @@ class Beginning {
   const text::Search& search() const;
 
   /// Whether the view shows it in a text at all.
-  bool standsIn(const model::Content& content, bool fieldCodes) const;
+  bool standsIn(const document::Content& content, bool fieldCodes) const;
   /// How often it stands in a text of its own, one behind the other.
   std::int64_t countIn(std::u16string_view text) const;
 

@@ -39,7 +39,7 @@ class Looker : public formats::OtherTexts {
  public:
   Looker(const std::vector<Sought>& all, Elsewhere& found) : all_(all), found_(found) {}
 
-  void story(formats::Story kind, model::Content content) override {
+  void story(formats::Story kind, document::Content content) override {
     const bool unshown = hasUnshown(content.visibility);
     for (const Sought& each : all_) {
       const bool hasBlocks = each.beginning.standsIn(content, each.request.showFieldCodes);
@@ -67,7 +67,7 @@ class Looker : public formats::OtherTexts {
 
 }  // namespace
 
-Elsewhere lookElsewhere(const formats::Source& source, const model::Model& main,
+Elsewhere lookElsewhere(const formats::Source& source, const document::Model& main,
                         std::span<const engine::Request> requests) {
   Elsewhere found;
   std::vector<Sought> all;

@@ -64,12 +64,12 @@ class ButtonCode {
 
 class PlaceReader {
  public:
-  PlaceReader(const model::Model& model, text::View view)
+  PlaceReader(const document::Model& model, text::View view)
       : model_(model), view_(view), fields_(model.fields().size()) {}
 
   text::RunMap<Place> read() {
     for (const auto& run : model_.structure().runs()) {
-      if (run.value.field == model::kNone) {
+      if (run.value.field == document::kNone) {
         readOutside(run.from, run.to);
       } else {
         readField(static_cast<std::size_t>(run.value.field), run.from, run.to);
@@ -106,7 +106,7 @@ class PlaceReader {
     if (!field.met) {
       field.met = true;
       const std::int32_t parent = model_.fields()[index].parent;
-      if (parent != model::kNone) field.around = fields_[static_cast<std::size_t>(parent)].here();
+      if (parent != document::kNone) field.around = fields_[static_cast<std::size_t>(parent)].here();
     }
     readBetweenMarks(
         from, to, [&](Position begin, Position end) { readFieldText(field, begin, end); },
@@ -161,7 +161,7 @@ class PlaceReader {
     if (to > from) places_.append(to - from, place);
   }
 
-  const model::Model& model_;
+  const document::Model& model_;
   text::View view_;
   std::vector<Field> fields_;
   text::RunMap<Place> places_;
@@ -169,7 +169,7 @@ class PlaceReader {
 
 }  // namespace
 
-text::RunMap<Place> placesOf(const model::Model& model, text::View view) {
+text::RunMap<Place> placesOf(const document::Model& model, text::View view) {
   return PlaceReader(model, view).read();
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/model.h"
+#include "document/model.h"
 #include "text/run_map.h"
 #include "text/visible.h"
 
@@ -16,6 +16,6 @@ enum class Place : std::uint8_t {
 };
 
 /// The place of every character. Not to be asked of a text that the view shows wholly, since it costs.
-text::RunMap<Place> placesOf(const model::Model& model, text::View view);
+text::RunMap<Place> placesOf(const document::Model& model, text::View view);
 
 }  // namespace pluvo::elsewhere

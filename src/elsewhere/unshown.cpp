@@ -16,7 +16,7 @@ namespace {
 
 class Unshown {
  public:
-  Unshown(const model::Model& model, const Beginning& beginning, text::View view)
+  Unshown(const document::Model& model, const Beginning& beginning, text::View view)
       : model_(model),
         beginning_(beginning),
         other_(view == text::View::results ? text::View::codes : text::View::results),
@@ -98,7 +98,7 @@ class Unshown {
     return false;
   }
 
-  const model::Model& model_;
+  const document::Model& model_;
   const Beginning& beginning_;
   text::View other_;
   text::RunMap<Place> places_;
@@ -111,7 +111,8 @@ bool hasUnshown(const text::RunMap<Visibility>& visibility) {
   return visibility.runCount() > 1 || (visibility.length() > 0 && visibility.valueAt(0) != text::kEverywhere);
 }
 
-void countUnshown(const model::Model& model, const Beginning& beginning, bool fieldCodes, Elsewhere& found) {
+void countUnshown(const document::Model& model, const Beginning& beginning, bool fieldCodes,
+                  Elsewhere& found) {
   if (!hasUnshown(model.visibility())) return;
   const Unshown unshown(model, beginning, fieldCodes ? text::View::codes : text::View::results);
   const auto add = [&](Unreached kind, Place place) {

@@ -14,8 +14,8 @@
 
 namespace pluvo::runs {
 
-using files::DocumentError;
-using files::Problem;
+using errors::DocumentError;
+using errors::Problem;
 
 namespace {
 

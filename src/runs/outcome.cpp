@@ -11,7 +11,7 @@ void Totals::add(const Outcome& outcome) {
   skipped += outcome.skipped;
   tooFar += outcome.tooFar;
   if (outcome.changed && !outcome.failure) ++changed;
-  if (outcome.failure && outcome.failure->problem != files::Problem::temporary) ++failed;
+  if (outcome.failure && outcome.failure->problem != errors::Problem::temporary) ++failed;
   elsewhere += outcome.elsewhere;
   if (needsCare(outcome.elsewhere)) ++notReached;
 }

@@ -26,7 +26,7 @@ word::Range& placeIn(const engine::Block& block, engine::LocationCode location) 
 }  // namespace
 
 Failure failureFrom(const errors::Fault& fault) {
-  return {fault.problem.value_or(files::Problem::refused), base::utf8(fault.description)};
+  return {fault.problem.value_or(errors::Problem::refused), base::utf8(fault.description)};
 }
 
 engine::PassObserver::Answer PassWatcher::found(const engine::Block& block) {
@@ -77,7 +77,7 @@ engine::PassObserver::Answer PassWatcher::operated(const engine::Block& block, c
     lastFault_.reset();
     if (!firstRefusal_) firstRefusal_ = failure;
     // From here on every change would be refused.
-    if (failure.problem == files::Problem::tooLarge) {
+    if (failure.problem == errors::Problem::tooLarge) {
       failure_ = failure;
       return Answer::stop;
     }

@@ -20,7 +20,7 @@ std::optional<Failure> liftProtection(const store::StoredDocument& stored, const
   memory::MemoryDocument& document = *stored.document();
   if (document.protection() == word::wdNoProtection) return std::nullopt;
   const auto failure = [&](Trouble trouble) {
-    return Failure{files::Problem::password, around.face.sentenceFor(trouble)};
+    return Failure{errors::Problem::password, around.face.sentenceFor(trouble)};
   };
   switch (tryPasswords(around.plan.passwords, stored.hashesForPassword(), around.passwordBudget,
                        [&](const base::SecretText& each) { return document.unprotect(each.text()); })) {

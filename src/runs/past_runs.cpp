@@ -16,8 +16,8 @@ std::string folderOfJournal() {
 }
 
 /// Other than a run, an undo cannot put a document elsewhere.
-Failure failureFrom(const files::DocumentError& problem) {
-  if (problem.problem() != files::Problem::readOnly || problem.happened().empty())
+Failure failureFrom(const errors::DocumentError& problem) {
+  if (problem.problem() != errors::Problem::readOnly || problem.happened().empty())
     return {problem.problem(), problem.what()};
   return {problem.problem(),
           problem.happened() + " Mend that, or ask for permission, and undo the run again."};

@@ -43,7 +43,7 @@ std::unique_ptr<journal::Recorder> recorderFor(const Plan& plan, files::FileSyst
         "Neither XDG_STATE_HOME nor HOME names a folder, so there is no place to keep the originals.");
   try {
     return std::make_unique<journal::Recorder>(system, *folder, plan.command);
-  } catch (const files::DocumentError& refused) {
+  } catch (const errors::DocumentError& refused) {
     throw CannotBegin(CannotBeginFor::journal, refused.what());
   }
 }
@@ -53,7 +53,7 @@ void refuseSharedPlaces(std::vector<NamedDocument>& documents, const Face& face)
   std::set<std::string> taken;
   for (NamedDocument& document : documents) {
     if (document.failure || taken.insert(document.place).second) continue;
-    document.failure = {files::Problem::io, face.sentenceFor(Trouble::placeTaken)};
+    document.failure = {errors::Problem::io, face.sentenceFor(Trouble::placeTaken)};
   }
 }
 
@@ -108,7 +108,7 @@ class Run {
       tellAll([&](Observer& observer) { observer.leftOut({listing_.documents[i].path, Reason::stopped}); });
     try {
       if (report_) report_->ends(ended_.totals);
-    } catch (const files::DocumentError& unwritten) {
+    } catch (const errors::DocumentError& unwritten) {
       ended_.reportProblem = unwritten.what();
     }
     face_.ends(ended_.totals);
@@ -219,7 +219,7 @@ class Run {
     if (documents.empty()) return left;
     try {
       left.list = writeUnfinished(system_, documents);
-    } catch (const files::DocumentError& unwritten) {
+    } catch (const errors::DocumentError& unwritten) {
       left.problem = unwritten.what();
     }
     return left;

@@ -1,6 +1,6 @@
 #include "unfinished.h"
 
-#include "files/problem.h"
+#include "errors/document_error.h"
 #include "journal/journal.h"
 
 #include <unistd.h>
@@ -32,12 +32,12 @@ std::string writeUnfinished(files::FileSystem& system, const std::vector<const N
   std::string path = runs ? runs->substr(0, runs->rfind('/') + 1) + name : "./" + name;
   try {
     files::OpenFile file(system, runs ? journal::createBeside(system, *runs, name) : system.createNew(path));
-    files::ByteSpan bytes(reinterpret_cast<const std::uint8_t*>(names.data()), names.size());
+    base::ByteSpan bytes(reinterpret_cast<const std::uint8_t*>(names.data()), names.size());
     while (!bytes.empty()) bytes = bytes.subspan(system.write(file.handle(), bytes));
     file.close();
   } catch (const std::system_error& failure) {
-    throw files::DocumentError(files::Problem::io, "The list of what is left cannot be written to \"" + path +
-                                                       "\" (" + failure.code().message() + ").");
+    throw errors::DocumentError(errors::Problem::io, "The list of what is left cannot be written to \"" +
+                                                         path + "\" (" + failure.code().message() + ").");
   }
   return path;
 }

@@ -1,7 +1,7 @@
-#include "documents/archive/zip_builder.h"
-#include "documents/docx/document_builder.h"
-#include "documents/files/as_text.h"
+#include "containers/zip/zip_builder.h"
+#include "formats/docx/document_builder.h"
 #include "sandbox.h"
+#include "storage/files/as_text.h"
 
 #include <signal.h>
 #include <sys/stat.h>

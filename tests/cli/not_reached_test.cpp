@@ -1,6 +1,6 @@
-#include "documents/docx/document_builder.h"
-#include "documents/files/as_text.h"
+#include "formats/docx/document_builder.h"
 #include "sandbox.h"
+#include "storage/files/as_text.h"
 
 #include <sys/stat.h>
 

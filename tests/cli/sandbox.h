@@ -1,6 +1,6 @@
 #pragma once
 
-#include "documents/files/scratch.h"
+#include "storage/files/scratch.h"
 
 #include <sys/stat.h>
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "base/utf.h"
-#include "documents/files/scratch.h"
 #include "main_window.h"
+#include "storage/files/scratch.h"
 
 #include <QtTest/QtTest>
 #include <gtest/gtest.h>

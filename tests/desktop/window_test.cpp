@@ -17,7 +17,7 @@ using testing::HasSubstr;
 constexpr const char* kMinutes = "one [a]secret[b] two\n[a]more[b]\nlast [a]x[b]\n";
 
 std::string docx(std::string_view body) {
-  const files::Bytes bytes = docx::documentOf(body);
+  const base::Bytes bytes = docx::documentOf(body);
   return {reinterpret_cast<const char*>(bytes.view.data()), bytes.view.size()};
 }
 

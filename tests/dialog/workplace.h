@@ -62,7 +62,7 @@ class Workplace : public errors::WatchedContext {
   clsProcessFind engine;
 };
 
-/// A workplace with one document, written in the notation of documents/support.
+/// A workplace with one document, written in the notation of support.
 class Desk {
  public:
   explicit Desk(std::string_view notation)

@@ -1,7 +1,7 @@
 #include "elsewhere/elsewhere.h"
 
-#include "documents/docx/document_builder.h"
-#include "documents/files/as_text.h"
+#include "formats/docx/document_builder.h"
+#include "storage/files/as_text.h"
 
 #include <gtest/gtest.h>
 

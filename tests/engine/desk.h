@@ -1,8 +1,8 @@
 #pragma once
 
-#include "documents/support/notation.h"
 #include "engine/engine.h"
 #include "memory/application.h"
+#include "support/notation.h"
 
 #include <gtest/gtest.h>
 
@@ -63,7 +63,7 @@ struct BatchingApplication : memory::MemoryApplication {
   std::string told;
 };
 
-/// An engine before one document, which is written in the notation of documents/support.
+/// An engine before one document, which is written in the notation of support.
 template <class Application>
 struct DeskOver {
   explicit DeskOver(std::string_view notation) : sample(notation) { application.add(sample.document); }

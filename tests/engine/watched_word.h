@@ -1,8 +1,8 @@
 #pragma once
 
-#include "documents/support/notation.h"
 #include "errors/fault.h"
 #include "memory/application.h"
+#include "support/notation.h"
 #include "word/faults.h"
 
 #include <algorithm>

@@ -1,9 +1,9 @@
 #include "base/names.h"
 #include "base/text.h"
-#include "documents/files/scratch.h"
 #include "errors/clsErrorLogging.h"
 #include "errors/context.h"
 #include "report_text.h"
+#include "storage/files/scratch.h"
 
 #include <gtest/gtest.h>
 

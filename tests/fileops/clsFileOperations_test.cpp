@@ -2,9 +2,9 @@
 
 #include "base/names.h"
 #include "base/utf.h"
-#include "documents/files/scratch.h"
 #include "errors/reports.h"
 #include "forms/doubles.h"
+#include "storage/files/scratch.h"
 
 #include <gtest/gtest.h>
 

@@ -3,13 +3,13 @@
 //     forms_qt_gallery | forms_win32_gallery
 //     [find|filled|changed|highlight|files|options|about|stats|picker|password
 //                                              |confirm|question|more|report]
-#include "documents/files/scratch.h"
-#include "documents/support/notation.h"
 #include "errors/context.h"
 #include "host/frmFAR.h"
 #include "host/tips.h"
 #include "memory/application.h"
 #include "multifile/frmPassword.h"
+#include "storage/files/scratch.h"
+#include "support/notation.h"
 #include "user.h"
 
 #include <memory>

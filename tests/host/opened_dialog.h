@@ -2,11 +2,11 @@
 
 #include "base/names.h"
 #include "base/utf.h"
-#include "documents/files/scratch.h"
-#include "documents/support/notation.h"
 #include "forms/doubles.h"
 #include "host/clsOpenPLUVO.h"
 #include "memory/application.h"
+#include "storage/files/scratch.h"
+#include "support/notation.h"
 #if __has_include("store/opener.h")
 #include "store/opener.h"
 #endif
@@ -84,7 +84,7 @@ class OpenedDialog {
   static constexpr bool kOpensFiles = false;
 #endif
 
-  /// Puts a document in the notation of documents/support before the user.
+  /// Puts a document in the notation of support before the user.
   void document(std::string_view notation) {
     sample = std::make_unique<notation::Sample>(notation);
     word->add(sample->document);

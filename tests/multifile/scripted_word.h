@@ -2,9 +2,9 @@
 
 #include "base/names.h"
 #include "base/utf.h"
-#include "documents/support/notation.h"
 #include "errors/fault.h"
 #include "memory/application.h"
+#include "support/notation.h"
 #include "word/faults.h"
 #include "word/word_processor.h"
 

@@ -1,9 +1,9 @@
 #include "runs/run.h"
 
-#include "documents/docx/document_builder.h"
-#include "documents/files/scratch.h"
+#include "formats/docx/document_builder.h"
 #include "runs/past_runs.h"
 #include "runs/written_request.h"
+#include "storage/files/scratch.h"
 
 #include <gmock/gmock.h>
 #include <sys/stat.h>
@@ -62,11 +62,11 @@ TEST_F(Runs, AskAboutADocumentWhatOnlyAPersonKnows) {
   const struct {
     const char* name;
     Question question;
-    std::optional<files::Problem> refused;  ///< where the answer is no
-    std::string changed;                    ///< the file that a yes writes
-  } cases[] = {{"~a.txt", Question::temporary, files::Problem::temporary, "~a.txt"},
-               {"kept.txt", Question::readOnly, files::Problem::readOnly, "other.txt"},
-               {"locked.docx", Question::password, files::Problem::protection, "locked.docx"}};
+    std::optional<errors::Problem> refused;  ///< where the answer is no
+    std::string changed;                     ///< the file that a yes writes
+  } cases[] = {{"~a.txt", Question::temporary, errors::Problem::temporary, "~a.txt"},
+               {"kept.txt", Question::readOnly, errors::Problem::readOnly, "other.txt"},
+               {"locked.docx", Question::password, errors::Problem::protection, "locked.docx"}};
   for (const auto& [name, question, refused, changed] : cases) {
     folder_.put(name, question == Question::password ? locked : "draft\n");
     if (question == Question::readOnly) ::chmod(folder_.path(name).c_str(), 0444);

@@ -2,10 +2,10 @@
 
 #include "base/names.h"
 #include "base/utf.h"
-#include "documents/files/scratch.h"
 #include "errors/reports.h"
 #include "scanner/mask.h"
 #include "scanner/scripted_folders.h"
+#include "storage/files/scratch.h"
 
 #if __has_include("files/file_system.h")
 #include "files/file_system.h"

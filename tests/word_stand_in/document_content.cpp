@@ -1,6 +1,6 @@
 #include "base/text.h"
-#include "model/content_builder.h"
-#include "model/model.h"
+#include "document/content_builder.h"
+#include "document/model.h"
 #include "open_document.h"
 
 namespace pluvo::stand_in {
@@ -17,11 +17,11 @@ bool beginsRow(std::u16string_view rest) {
 
 }  // namespace
 
-model::Content documentContent(const std::u16string& text) {
+document::Content documentContent(const std::u16string& text) {
   std::u16string units = base::withParagraphMarks(text);
   if (units.empty() || units.back() != kParagraphMark) units += kParagraphMark;
 
-  model::ContentBuilder builder;
+  document::ContentBuilder builder;
   const std::u16string_view all = units;
   bool atStart = true;
   for (std::size_t i = 0; i < all.size(); ++i) {

@@ -18,7 +18,7 @@ OpenDocument::OpenDocument(std::u16string documentPath, StoredFile stored)
   selection_ = std::make_unique<Place>(*this, Span{});
 }
 
-model::Model& OpenDocument::model() {
+document::Model& OpenDocument::model() {
   if (!model_) throw refusal(word::kObjectDeleted);
   return *model_;
 }
@@ -95,7 +95,7 @@ std::u16string OpenDocument::visibleText(Span span) {
   return text;
 }
 
-std::u16string highlights(const model::Model& model) {
+std::u16string highlights(const document::Model& model) {
   std::u16string all;
   for (const auto& run : model.highlight().runs()) {
     if (run.value == 0) continue;

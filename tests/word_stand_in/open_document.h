@@ -1,7 +1,7 @@
 #pragma once
 
-#include "model/live_ranges.h"
-#include "model/model.h"
+#include "document/live_ranges.h"
+#include "document/model.h"
 #include "text/positions.h"
 #include "text/visible.h"
 
@@ -28,10 +28,10 @@ struct StoredFile {
 
 /// A text file's text as Word takes it: every kind of line end is a paragraph mark, one more at the end where
 /// it lacks, fields and tables by their characters. A table's cells are of one paragraph and not empty.
-model::Content documentContent(const std::u16string& text);
+document::Content documentContent(const std::u16string& text);
 
 /// "7:0-5 2:8-9": colour, start and end of each highlighted run.
-std::u16string highlights(const model::Model& model);
+std::u16string highlights(const document::Model& model);
 
 /// A document that is open: text in memory, edited and followed by its ranges in Word's way.
 ///
@@ -46,7 +46,7 @@ class OpenDocument {
   OpenDocument& operator=(const OpenDocument&) = delete;
 
   /// Error 5825 once the document is closed.
-  model::Model& model();
+  document::Model& model();
   text::Position length() { return model().length(); }
   void close() { model_.reset(); }
 
@@ -82,7 +82,7 @@ class OpenDocument {
   void insert(Place& place, const std::u16string& newText, bool inFront);
   void follow(Place& editor, const Before& before, text::Span replaced, text::Span now);
 
-  std::optional<model::Model> model_;
+  std::optional<document::Model> model_;
   std::vector<Place*> places_;
   std::unique_ptr<Place> selection_;
 };
@@ -105,7 +105,7 @@ class Place {
  private:
   OpenDocument& document_;
   /// Stands where the model says, which is right where an edit left marks of fields or tables behind.
-  model::LiveRange live_;
+  document::LiveRange live_;
 };
 
 }  // namespace pluvo::stand_in

@@ -1,8 +1,8 @@
+#include "base/fresh_memory.h"
 #include "base/utf.h"
+#include "errors/document_error.h"
 #include "errors/fault.h"
 #include "files/file_system.h"
-#include "files/fresh_memory.h"
-#include "files/problem.h"
 #include "help.h"
 #include "parse.h"
 #include "printer.h"
@@ -53,7 +53,7 @@ int runProgram(const std::vector<std::string>& arguments) {
 }  // namespace
 
 int main(int count, char** words) {
-  files::prepareHeap();
+  base::prepareHeap();
   try {
     const int status = runProgram({words + 1, words + count});
     cli::flushOut();
@@ -63,7 +63,7 @@ int main(int count, char** words) {
   } catch (const std::system_error& failed) {
     cli::sayError(std::string("Cannot write to standard output: ") + std::strerror(failed.code().value()) +
                   ".");
-  } catch (const files::DocumentError& failed) {
+  } catch (const errors::DocumentError& failed) {
     cli::sayError(failed.what());
   } catch (const std::bad_alloc&) {
     cli::sayError("Not enough memory.");

@@ -9,13 +9,13 @@ namespace pluvo::view {
 
 namespace {
 
-bool isOutermost(const model::Model& model, std::int32_t table) {
-  return model.tables()[static_cast<std::size_t>(table)].parent == model::kNone;
+bool isOutermost(const document::Model& model, std::int32_t table) {
+  return model.tables()[static_cast<std::size_t>(table)].parent == document::kNone;
 }
 
 }  // namespace
 
-BlockIndex::BlockIndex(const model::Model& model, Estimate estimate)
+BlockIndex::BlockIndex(const document::Model& model, Estimate estimate)
     : model_(model), estimate_(std::move(estimate)), length_(model.length()) {
   scan(0, length_, blocks_);
 }
@@ -103,8 +103,8 @@ void BlockIndex::keep(std::size_t first, std::size_t last, Position growth, std:
 void BlockIndex::scan(Position from, Position to, std::vector<Block>& found) const {
   Position start = from;
   for (const auto& run : model_.structure().runs(from, to)) {
-    const model::Structure& structure = run.value;
-    if (structure.table != model::kNone) {
+    const document::Structure& structure = run.value;
+    if (structure.table != document::kNone) {
       if (!structure.rowMark || !isOutermost(model_, structure.table)) continue;
       for (Position mark = run.from; mark < run.to; ++mark) {
         add(start, mark + 1, true, found);
@@ -145,8 +145,8 @@ Position BlockIndex::cut(Position from, Position to) const {
 }
 
 bool BlockIndex::endsBlock(Position position) const {
-  const model::Structure structure = model_.structure().valueAt(position);
-  if (structure.table != model::kNone) return structure.rowMark && isOutermost(model_, structure.table);
+  const document::Structure structure = model_.structure().valueAt(position);
+  if (structure.table != document::kNone) return structure.rowMark && isOutermost(model_, structure.table);
   return model_.endsParagraph(position);
 }
 

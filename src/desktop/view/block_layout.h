@@ -1,7 +1,7 @@
 #pragma once
 
+#include "document/model.h"
 #include "looks.h"
-#include "model/model.h"
 #include "shown_text.h"
 
 #include <QPainter>
@@ -20,7 +20,7 @@ namespace pluvo::view {
 /// Coordinates are the block's own, in pixels from its top left corner.
 class BlockLayout {
  public:
-  BlockLayout(const model::Model& model, Span block, bool isRow, text::View view, const Looks& looks,
+  BlockLayout(const document::Model& model, Span block, bool isRow, text::View view, const Looks& looks,
               qreal width);
 
   int height() const { return height_; }
@@ -82,7 +82,7 @@ class BlockLayout {
   qreal addCell(Span cell, std::int32_t table, Column column, qreal top, int depth);
   qreal addRow(Span row, std::int32_t table, Column column, qreal top, int depth);
 
-  const model::Model& model_;
+  const document::Model& model_;
   text::View view_;
   const Looks& looks_;
   std::vector<Fragment> fragments_;

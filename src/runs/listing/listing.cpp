@@ -177,7 +177,7 @@ class Lister {
 
   void leaveOut(const std::string& path, Reason reason) { listing_.leftOut.push_back({path, reason}); }
 
-  Failure failure(Trouble trouble) const { return {files::Problem::io, sentences_(trouble)}; }
+  Failure failure(Trouble trouble) const { return {errors::Problem::io, sentences_(trouble)}; }
 
   files::FileSystem& system_;
   const Selection& selection_;

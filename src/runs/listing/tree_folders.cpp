@@ -86,7 +86,7 @@ void TreeFolders::noteUnreadable(const std::string& folder, std::error_code erro
   const std::string reason = " (" + error.message() + "), so ";
   listing_.documents.push_back(
       {folder, "",
-       Failure{files::Problem::io,
+       Failure{errors::Problem::io,
                (inPart ? "The folder cannot be read to its end" + reason + "documents in it may be missing; "
                        : "The folder cannot be read" + reason + "nothing in it was looked at; ") +
                    advice}});

@@ -57,7 +57,7 @@ class CsvReport final : public Observer {
     std::string state = outcome.saved ? "saved" : "not saved";
     std::string message;
     if (outcome.failure) {
-      state = files::nameOf(outcome.failure->problem);
+      state = errors::nameOf(outcome.failure->problem);
       message = outcome.failure->message;
     } else if (outcome.refused > 0) {
       message = base::counted(outcome.refused, "change") + " refused";

@@ -1,6 +1,6 @@
 #include "reports/report_file.h"
 
-#include "files/problem.h"
+#include "errors/document_error.h"
 #include "runs/run.h"
 
 #include <fcntl.h>
@@ -54,8 +54,8 @@ ReportFile::~ReportFile() {
 
 void ReportFile::require(bool good) const {
   if (good) return;
-  throw files::DocumentError(
-      files::Problem::io, "The report " + place_.path + " cannot be written: " + std::strerror(errno) + ".");
+  throw errors::DocumentError(
+      errors::Problem::io, "The report " + place_.path + " cannot be written: " + std::strerror(errno) + ".");
 }
 
 void ReportFile::writeTo(std::FILE* file, std::string_view text) const {
@@ -92,10 +92,10 @@ void ReportFile::moveToPlace() {
   }
   if (asBefore && errno != EEXIST) return require(std::rename(temporary_.c_str(), place_.path.c_str()) == 0);
   file_.reset();
-  throw files::DocumentError(files::Problem::io,
-                             "Another program put a file at " + place_.path +
-                                 " while the run went on, and it was left there. The report is in " +
-                                 temporary_ + ".");
+  throw errors::DocumentError(errors::Problem::io,
+                              "Another program put a file at " + place_.path +
+                                  " while the run went on, and it was left there. The report is in " +
+                                  temporary_ + ".");
 }
 
 }  // namespace pluvo::runs

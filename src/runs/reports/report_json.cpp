@@ -41,7 +41,7 @@ class JsonReport final : public Observer {
   void document(const Outcome& outcome) override {
     std::string error = "null";
     if (outcome.failure) {
-      error = "{" + member("code", base::jsonQuoted(files::nameOf(outcome.failure->problem))) + "," +
+      error = "{" + member("code", base::jsonQuoted(errors::nameOf(outcome.failure->problem))) + "," +
               member("message", base::jsonQuoted(outcome.failure->message)) + "}";
     }
     file_.addLater(

@@ -1,6 +1,6 @@
 #include "block_index.h"
 
-#include "documents/support/notation.h"
+#include "support/notation.h"
 
 #include <gtest/gtest.h>
 
@@ -48,7 +48,7 @@ TEST(BlockIndex, DividesADocumentIntoParagraphsAndRows) {
 }
 
 /// Tells the index what the model tells.
-struct Follower : model::Observer {
+struct Follower : document::Observer {
   explicit Follower(BlockIndex& followed) : index(followed) {}
   void replaced(Span span, Position newLength) override { index.edited(span, newLength); }
   BlockIndex& index;
@@ -60,11 +60,11 @@ TEST(BlockIndex, FollowsAnyEdits) {
   for (int round = 0; round < 300; ++round) {
     notation::Sample sample("one¶two three¶⟦a¦b¶c¦‖d¦⟦e¦‖⟧¶¦‖⟧four {code|result}¶¶five§six¶" +
                             std::string(round % 3 == 0 ? 9000 : 5, 'z') + "¶");
-    model::Model& model = sample.model();
+    document::Model& model = sample.model();
     BlockIndex index(model, guess);
     Follower follower(index);
     model.observer(&follower);
-    std::vector<model::Model::Snapshot> snapshots{model.snapshot()};
+    std::vector<document::Model::Snapshot> snapshots{model.snapshot()};
     for (int edits = 1 + below(8); edits > 0; --edits) {
       const Position from = below(model.length());
       const Position to = std::min(model.length(), from + (below(4) == 0 ? below(3000) : below(6)));

@@ -1,8 +1,8 @@
 #include "view/document_view.h"
 
 #include "block_layout.h"
-#include "documents/support/notation.h"
 #include "shown_text.h"
+#include "support/notation.h"
 
 #include <QtTest/QtTest>
 #include <gtest/gtest.h>

@@ -1,11 +1,11 @@
 #include "base/names.h"
 #include "base/utf.h"
+#include "containers/zip/compound_builder.h"
 #include "dialog/workplace.h"
-#include "documents/archive/compound_builder.h"
-#include "documents/docx/document_builder.h"
-#include "documents/files/scratch.h"
+#include "formats/docx/document_builder.h"
 #include "memory/application.h"
 #include "multifile/file_driver.h"
+#include "storage/files/scratch.h"
 #include "store/opener.h"
 
 #include <gmock/gmock.h>
@@ -42,7 +42,7 @@ class RealFiles : public testing::Test {
   void run() { work.engine.MultiPLUVO(found()); }
   std::string part(const std::string& file, const char* name = "word/document.xml") const {
     const std::string bytes = scratch.get(file);
-    return docx::part(files::Bytes::of({bytes.begin(), bytes.end()}), name);
+    return docx::part(base::Bytes::of({bytes.begin(), bytes.end()}), name);
   }
   /// The titles of the boxes shown.
   std::vector<std::string> titles() const {
@@ -93,7 +93,7 @@ TEST_F(RealFiles, ThatMayNotBeWrittenAreSavedUnderAnotherName) {
 
 TEST_F(RealFiles, ThatCannotBeOpenedDoNotStopTheRun) {
   scratch.put("a.docx", "no package");
-  scratch.put("b.docx", archive::compoundFile({"EncryptionInfo", "EncryptedPackage"}));
+  scratch.put("b.docx", zip::compoundFile({"EncryptionInfo", "EncryptedPackage"}));
   scratch.put("~$c.txt", "A");
   scratch.put("z.txt", "A");
   work.boxes.answer("y");

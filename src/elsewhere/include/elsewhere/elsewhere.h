@@ -1,9 +1,9 @@
 #pragma once
 
+#include "document/model.h"
 #include "engine/request.h"
 #include "formats/format.h"
 #include "formats/other_texts.h"
-#include "model/model.h"
 
 #include <array>
 #include <cstdint>
@@ -45,7 +45,7 @@ std::string_view wordsOf(formats::Opaque kind);
 /// Looks for the blocks and the beginnings of requests, which are counted together. Called after the passes
 /// and before saving, over the model as they left it: what they deleted does not count, nor does what they
 /// wrote.
-Elsewhere lookElsewhere(const formats::Source& source, const model::Model& main,
+Elsewhere lookElsewhere(const formats::Source& source, const document::Model& main,
                         std::span<const engine::Request> requests);
 
 }  // namespace pluvo::elsewhere

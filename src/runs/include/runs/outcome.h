@@ -2,7 +2,7 @@
 
 #include "elsewhere/elsewhere.h"
 #include "engine/request.h"
-#include "files/problem.h"
+#include "errors/document_error.h"
 #include "files/saving.h"
 #include "runs/excerpt.h"
 
@@ -24,7 +24,7 @@ enum class Trouble : std::uint8_t {
 };
 
 struct Failure {
-  files::Problem problem = files::Problem::io;
+  errors::Problem problem = errors::Problem::io;
   std::string message;  ///< a sentence for the user, without the document's name
 };
 

@@ -38,7 +38,7 @@ struct Plan {
   bool changesInPlace() const { return !findsOnly() && !dryRun && !outputFolder; }
 };
 
-/// The encoding's name as a Plan has it. Throws files::DocumentError where it is not known.
+/// The encoding's name as a Plan has it. Throws errors::DocumentError where it is not known.
 std::string knownEncoding(const std::string& name);
 
 }  // namespace pluvo::runs

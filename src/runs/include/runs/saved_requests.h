@@ -14,7 +14,7 @@ namespace pluvo::runs {
 std::vector<engine::Request> savedRequests(const std::string& toml, const std::string& path);
 
 /// Adds a request to the file, which is made where it is missing; what is there stays as it is, comments
-/// included. Throws files::DocumentError and std::system_error.
+/// included. Throws errors::DocumentError and std::system_error.
 void addRequest(files::FileSystem& system, const std::string& path, const engine::Request& request);
 
 }  // namespace pluvo::runs

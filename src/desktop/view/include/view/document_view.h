@@ -83,7 +83,7 @@ class DocumentView : public QAbstractScrollArea {
   static constexpr int kTopMargin = 24;
 
   // Layout and scrolling.
-  model::Model& model() const { return document_->model(); }
+  document::Model& model() const { return document_->model(); }
   void measure();
   void forgetLayouts();
   qreal columnWidth() const;

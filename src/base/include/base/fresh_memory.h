@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+
+namespace pluvo::base {
+
+/// Memory to be written once, front to back: not cleared, and taken from the system only as far as it is
+/// written. A large block asks for large pages, since first touching small ones costs more than most work on
+/// them.
+std::shared_ptr<std::uint8_t[]> freshMemory(std::size_t size);
+
+/// For a program at its start: what one document gives back serves the next one and does not go to the system
+/// and back, and a heap that grows large does so in large pages. Only a hint.
+void prepareHeap();
+
+}  // namespace pluvo::base

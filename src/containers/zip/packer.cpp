@@ -1,0 +1,103 @@
+#include "packer.h"
+
+#include "base/fresh_memory.h"
+#include "zip/rewrite.h"
+
+#include <libdeflate.h>
+
+#include <algorithm>
+#include <new>
+#include <optional>
+
+namespace pluvo::zip {
+
+namespace {
+
+struct Compressor {
+  explicit Compressor(int ofLevel) : level(ofLevel), handle(libdeflate_alloc_compressor(ofLevel)) {
+    if (handle == nullptr) throw std::bad_alloc();
+  }
+  ~Compressor() { libdeflate_free_compressor(handle); }
+  Compressor(const Compressor&) = delete;
+  Compressor& operator=(const Compressor&) = delete;
+  int level;
+  libdeflate_compressor* handle;
+};
+
+/// The thread's own, for the next part too: making one takes longer than deflating a small part.
+libdeflate_compressor* compressorOf(int level) {
+  thread_local std::optional<Compressor> kept;
+  if (!kept || kept->level != level) kept.emplace(level);
+  return kept->handle;
+}
+
+constexpr std::uint64_t kSmall = std::uint64_t{16} << 10U;
+constexpr int kLevelOfSmall = 6;
+constexpr int kLevelOfLarge = 1;
+
+/// The most bytes that a stored block holds, and what stands before them.
+constexpr std::size_t kStoredBlock = 0xFFFF;
+constexpr std::size_t kStoredHeader = 5;
+
+/// Writes bytes as blocks that are stored and not the last of their stream; returns where they end.
+std::uint8_t* storeBlocks(base::ByteSpan bytes, std::uint8_t* to) {
+  while (!bytes.empty()) {
+    const std::size_t size = std::min(bytes.size(), kStoredBlock);
+    const auto low = static_cast<std::uint8_t>(size & 0xFFU);
+    const auto high = static_cast<std::uint8_t>(size >> 8U);
+    for (const std::uint8_t byte :
+         {std::uint8_t{0}, low, high, static_cast<std::uint8_t>(~low), static_cast<std::uint8_t>(~high)})
+      *to++ = byte;
+    to = std::copy_n(bytes.begin(), size, to);
+    bytes = bytes.subspan(size);
+  }
+  return to;
+}
+
+}  // namespace
+
+Packed pack(std::span<const base::ByteSpan> pieces, Method method, int level) {
+  Packed packed;
+  for (const base::ByteSpan piece : pieces) {
+    if (piece.empty()) continue;  // of a null pointer the library gives the CRC to begin with
+    packed.size += piece.size();
+    packed.crc = libdeflate_crc32(packed.crc, piece.data(), piece.size());
+  }
+  if (method == Method::stored) {
+    packed.bytes.assign(pieces.begin(), pieces.end());
+    packed.packedSize = packed.size;
+    return packed;
+  }
+
+  // The compressor sees one buffer only.
+  base::ByteSpan whole = pieces.empty() ? base::ByteSpan() : pieces.front();
+  std::shared_ptr<std::uint8_t[]> gathered;
+  if (pieces.size() > 1) {
+    gathered = base::freshMemory(packed.size);
+    std::uint8_t* to = gathered.get();
+    for (const base::ByteSpan piece : pieces) to = std::copy(piece.begin(), piece.end(), to);
+    whole = {gathered.get(), static_cast<std::size_t>(packed.size)};
+  }
+  if (level == kLevelBySize) level = packed.size <= kSmall ? kLevelOfSmall : kLevelOfLarge;
+  libdeflate_compressor* const compressor = compressorOf(level);
+  const std::size_t bound = libdeflate_deflate_compress_bound(compressor, whole.size());
+  packed.owner = base::freshMemory(bound);
+  packed.packedSize =
+      libdeflate_deflate_compress(compressor, whole.data(), whole.size(), packed.owner.get(), bound);
+  // What shrinks so much that the limits refuse it is stored in part, so that it can be opened again.
+  constexpr Limits kLimits;
+  if (packed.size > kLimits.freeSize && packed.size / kLimits.ratio > packed.packedSize) {
+    const auto front = static_cast<std::size_t>(packed.size / kLimits.ratio);
+    const base::ByteSpan rest = whole.subspan(front);
+    const std::size_t room = front + (front / kStoredBlock + 1) * kStoredHeader;
+    const std::size_t restBound = libdeflate_deflate_compress_bound(compressor, rest.size());
+    packed.owner = base::freshMemory(room + restBound);
+    std::uint8_t* const to = storeBlocks(whole.first(front), packed.owner.get());
+    packed.packedSize = static_cast<std::uint64_t>(to - packed.owner.get()) +
+                        libdeflate_deflate_compress(compressor, rest.data(), rest.size(), to, restBound);
+  }
+  packed.bytes = {base::ByteSpan(packed.owner.get(), packed.packedSize)};
+  return packed;
+}
+
+}  // namespace pluvo::zip

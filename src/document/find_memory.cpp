@@ -1,0 +1,163 @@
+#include "document/find_memory.h"
+
+#include <algorithm>
+
+namespace pluvo::document {
+
+using text::Position;
+using text::Span;
+using text::View;
+
+namespace {
+
+/// How far a whole word depends on what is beside it: one character, which may be a surrogate pair.
+constexpr Position kNeighbour = 2;
+
+/// A pass looks for three texts; a preview and a second pass may add theirs.
+constexpr std::size_t kMostEntries = 8;
+
+}  // namespace
+
+std::optional<Span> FindMemory::find(const Query& query, Span span, View view) {
+  if (query.text->empty() || span.empty() || query.text->size() > static_cast<std::size_t>(span.length())) {
+    return std::nullopt;
+  }
+  Entry& entry = entryOf(query, view);
+  const bool usable = entry.known && span.from <= entry.known->clear &&
+                      (span.from >= entry.known->from || reachBack(entry, span));
+  if (!usable) {
+    if (!entry.known) entry.known = Known{};
+    Known& known = *entry.known;
+    known.from = known.clear = span.from;
+    known.match.reset();
+  }
+  if (!entry.known->match && entry.known->clear < span.to) searchOn(entry, span.to);
+
+  const auto& match = entry.known->match;
+  return match && match->to <= span.to ? match : std::nullopt;
+}
+
+/// Extends what is known to the front, so that it begins where the span does, unless the span ends before it.
+bool FindMemory::reachBack(Entry& entry, Span span) const {
+  Known& known = *entry.known;
+  if (span.to < known.from) return false;
+  // Any match that begins in the gap ends before this.
+  const Position to = onward(entry.view, known.from, entry.query.length() - 1);
+  const auto match = search(entry, span.from, to);
+  if (match && match->from < known.from) {
+    known.clear = match->from;
+    known.match = match;
+  }
+  known.from = span.from;
+  return true;
+}
+
+void FindMemory::searchOn(Entry& entry, Position to) const {
+  Known& known = *entry.known;
+  known.match = search(entry, known.clear, to);
+  if (known.match) {
+    known.clear = known.match->from;
+  } else if (to == text_.length()) {
+    known.clear = to;
+  } else {
+    // What begins later may end behind the bound.
+    known.clear = std::max(known.clear, back(entry.view, to, entry.query.length() - 1));
+  }
+}
+
+std::optional<Span> FindMemory::search(const Entry& entry, Position from, Position to) const {
+  return entry.search.find(text_, visibility_, entry.view, from, to);
+}
+
+void FindMemory::edited(Span replaced, Position newLength) {
+  for (Entry& entry : entries_) {
+    if (!entry.known) continue;
+    if (replaced.to <= entry.known->clear) {
+      followEdit(entry, replaced, newLength);
+    } else {
+      keepBefore(entry, replaced.from);
+    }
+  }
+}
+
+/// After an edit in front of clear: what is known moves along, and the place of the edit is searched anew.
+void FindMemory::followEdit(Entry& entry, Span replaced, Position newLength) const {
+  Known& known = *entry.known;
+  const Position shift = newLength - replaced.length();
+  const Position behind = replaced.from + newLength;
+  if (known.from >= replaced.to) {
+    known.from += shift;
+  } else if (known.from > replaced.from) {
+    known.from = behind;
+  }
+  known.clear += shift;
+  if (known.match) known.match = Span{known.match->from + shift, known.match->to + shift};
+
+  const Position reach = entry.query.length() + kNeighbour;
+  const Position from = std::max(known.from, back(entry.view, replaced.from, reach));
+  const auto match = search(entry, from, onward(entry.view, behind, reach));
+  if (match && match->from <= known.clear) {
+    known.clear = match->from;
+    known.match = match;
+  } else if (known.clear < onward(entry.view, behind, kNeighbour)) {
+    known.match.reset();  // its neighbour is another now
+  }
+}
+
+/// After an edit at or behind clear: what ends in front of it stays known, and so does the match if the
+/// character behind it stays.
+void FindMemory::keepBefore(Entry& entry, Position edit) const {
+  Known& known = *entry.known;
+  if (known.match && back(entry.view, edit, kNeighbour) >= known.match->to) return;
+  known.match.reset();
+  known.clear = std::min(known.clear, back(entry.view, edit, entry.query.length() + kNeighbour));
+  if (known.from > known.clear) entry.known.reset();
+}
+
+FindMemory::Entry& FindMemory::entryOf(const Query& query, View view) {
+  ++uses_;
+  // Two queries of a pass often begin alike, and seldom end alike.
+  auto found = std::find_if(entries_.begin(), entries_.end(), [&](const Entry& entry) {
+    return entry.query.text->back() == query.text->back() && entry.view == view && entry.query == query;
+  });
+  if (found == entries_.end()) {
+    if (entries_.size() == kMostEntries) {
+      entries_.erase(std::min_element(entries_.begin(), entries_.end(),
+                                      [](const Entry& a, const Entry& b) { return a.lastUse < b.lastUse; }));
+    }
+    entries_.push_back({query, view, text::Search(*query.text, query.flags), 0, std::nullopt});
+    found = entries_.end() - 1;
+  }
+  found->lastUse = uses_;
+  return *found;
+}
+
+bool FindMemory::showsAll(View view) const {
+  return visibility_.runCount() == 1 && text::isVisible(visibility_.valueAt(0), view);
+}
+
+Position FindMemory::back(View view, Position position, Position n) const {
+  if (showsAll(view)) return position - std::min(n, position);
+  while (n > 0 && position > 0) {
+    const auto run = visibility_.runAt(position - 1);
+    const bool visible = text::isVisible(run.value, view);
+    const Position step = visible ? std::min(n, position - run.from) : position - run.from;
+    position -= step;
+    if (visible) n -= step;
+  }
+  return position;
+}
+
+Position FindMemory::onward(View view, Position position, Position n) const {
+  if (showsAll(view)) return position + std::min(n, text_.length() - position);
+  while (n > 0 && position < text_.length()) {
+    const auto run = visibility_.runAt(position);
+    const bool visible = text::isVisible(run.value, view);
+    const Position step = visible ? std::min(n, run.to - position) : run.to - position;
+    position += step;
+    if (visible) n -= step;
+  }
+  return position;
+}
+
+}  // namespace pluvo::document

@@ -1,0 +1,79 @@
+#pragma once
+
+#include "text/original.h"
+#include "text/run_map.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace pluvo::document {
+
+inline constexpr std::int32_t kNone = -1;
+
+/// A table, known by its index in Content::tables. A table inside a cell of another has that one as parent,
+/// and a higher index.
+struct Table {
+  std::int32_t parent = kNone;
+};
+
+/// A field, known by its index in Content::fields: character 19, its code, and where it has a result
+/// character 20 and the result, then character 21. A field inside another has that one as parent, and a
+/// higher index.
+struct Field {
+  std::int32_t parent = kNone;
+  /// The views that show the place where the field stands.
+  text::Visibility around = text::kEverywhere;
+};
+
+/// A content control, or text with a phonetic guide, known by its index in Content::controls. A control
+/// inside another has that one as parent, and a higher index.
+struct Control {
+  std::int32_t parent = kNone;
+  /// The innermost table around it; kNone outside tables.
+  std::int32_t table = kNone;
+  /// It lies in a paragraph; otherwise it holds paragraphs, cells or rows.
+  bool inlined = false;
+  /// Text with a guide: what is put beside its ends stays outside.
+  bool isGuided = false;
+  /// A line end put into it is a line break and no paragraph mark; true for what lies in such a control.
+  bool takesLineBreaks = false;
+  /// Its content may not be changed; true for what lies in such a control.
+  bool contentLocked = false;
+  /// It may not be deleted.
+  bool deletionLocked = false;
+};
+
+/// What the edit policy must know of a character besides the character itself.
+struct Structure {
+  /// The innermost table it lies in, cell and row marks included; kNone outside tables.
+  std::int32_t table = kNone;
+  /// The innermost field it lies in, the field's own marks included; kNone outside fields.
+  std::int32_t field = kNone;
+  /// The innermost control it lies in; kNone outside controls.
+  std::int32_t control = kNone;
+  /// It lies in a tracked deletion.
+  bool deleted = false;
+  /// Character 12 only: it ends a section, and with it its paragraph.
+  bool sectionMark = false;
+  /// Character 7 only: it ends a row, not a cell.
+  bool rowMark = false;
+  bool operator==(const Structure&) const = default;
+};
+
+/// A document as a reader hands it over. The maps are as long as the text. The text ends with a paragraph
+/// mark outside tables and fields that no edit removes. Characters 7, 12 and 19 to 21 are marks only where
+/// the structure says so.
+struct Content {
+  text::OriginalText text;
+  text::RunMap<text::Visibility> visibility;
+  text::RunMap<std::uint8_t> highlight;  ///< Word's colour index, 0 for none
+  text::RunMap<Structure> structure;
+  std::vector<Table> tables;
+  std::vector<Field> fields;
+  std::vector<Control> controls;
+};
+
+/// A document without any structure, all of it visible. The text must end with a paragraph mark.
+Content plainContent(text::OriginalText text);
+
+}  // namespace pluvo::document

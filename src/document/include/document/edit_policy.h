@@ -1,0 +1,62 @@
+#pragma once
+
+#include "document/model.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// What an edit may remove and where new text goes; the same for every format.
+///
+/// A deletion takes its span but for:
+/// - the marks of a field that the span covers only partly, and what the view does not show of that field (a
+///   field inside it that is covered wholly goes, where the view shows the place it stands in);
+/// - the cell and row marks of a table that the span covers only partly;
+/// - a paragraph mark (or section mark) without which the text or the table before it would run into a table;
+/// - the final paragraph mark.
+///
+/// A control whose content is locked is not changed, and one that is locked against deletion does not go:
+/// such an edit is refused. Where a paragraph mark would divide a control that is one paragraph, or lies in
+/// one, it is a line break.
+///
+/// New text joins the paragraph it is put into: it lies in the table in which that paragraph lies. Text that
+/// ends with a paragraph mark of its own stays outside a table that begins behind it. It is shown where the
+/// text around it is, and is hidden and highlighted as the character it is put beside. It is deleted where
+/// the characters it stands for, or both of its neighbours, are.
+namespace pluvo::document {
+
+struct Removal {
+  /// Where the deletion begins and text that replaces it goes.
+  text::Position at = 0;
+  /// What goes, in order; no two touch.
+  std::vector<text::Span> spans;
+};
+
+/// What a deletion of the span takes when newText is put in its place.
+Removal removalOf(const Model& model, text::Span span, std::u16string_view newText, text::View view);
+
+/// What text put into a document takes from its surroundings.
+struct Landing {
+  text::Position at = 0;
+  text::Anchor anchor;
+  Structure structure;
+  text::Visibility visibility = text::kEverywhere;
+  std::uint8_t highlight = 0;
+};
+
+/// Where text inserted at position stands, and beside which character: the one before it (behind) or the one
+/// behind it.
+Landing landingAt(const Model& model, text::Position position, bool behind, std::u16string_view newText);
+/// Where text that replaces the first span of a removal stands.
+Landing landingInsteadOf(const Model& model, const Removal& removal, std::u16string_view newText);
+
+/// The text with line breaks where the control it lands in takes no paragraph marks. A removal that takes a
+/// paragraph mark which the text brings anew leaves it, and it goes from the text.
+std::u16string fitted(const Model& model, const Landing& landing, Removal& removal, std::u16string text);
+
+/// Throws a Fault where a lock forbids the edit; no landing when no text is put in.
+void requireUnlocked(const Model& model, const Removal& removal, const Landing* landing,
+                     std::u16string_view newText);
+void requireUnlocked(const Model& model, text::Span highlighted);
+
+}  // namespace pluvo::document

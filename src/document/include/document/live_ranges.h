@@ -1,0 +1,58 @@
+#pragma once
+
+#include "text/positions.h"
+
+#include <cstddef>
+#include <vector>
+
+namespace pluvo::document {
+
+class LiveRanges;
+
+/// A pair start <= end over the text of a model that follows its text through every edit. A copy is a live
+/// range of its own. Loses its model when that goes.
+class LiveRange {
+ public:
+  LiveRange(LiveRanges& ranges, text::Span span);
+  LiveRange(const LiveRange& other);
+  LiveRange& operator=(const LiveRange&) = delete;
+  ~LiveRange();
+
+  bool attached() const { return ranges_ != nullptr; }
+  text::Span span() const { return span_; }
+  void set(text::Span span) { span_ = span; }
+
+ private:
+  friend class LiveRanges;
+  void moveWith(text::Span replaced, text::Position newLength);
+
+  LiveRanges* ranges_;
+  std::size_t place_ = 0;
+  text::Span span_;
+};
+
+/// All live ranges of one model.
+///
+/// When n characters are inserted at p, a start behind p moves, one at p stays; an end behind p moves, one at
+/// p moves unless the range is empty. When a span is replaced, what lies behind it moves; strictly inside it
+/// a start goes to the start of the new text, an end to its end, an empty range to its end. So a range over
+/// exactly the old text then covers exactly the new.
+class LiveRanges {
+ public:
+  LiveRanges() = default;
+  LiveRanges(const LiveRanges&) = delete;
+  LiveRanges& operator=(const LiveRanges&) = delete;
+  ~LiveRanges();
+
+  void moveWith(text::Span replaced, text::Position newLength);
+  std::size_t count() const { return ranges_.size(); }
+
+ private:
+  friend class LiveRange;
+  void add(LiveRange& range);
+  void drop(const LiveRange& range);
+
+  std::vector<LiveRange*> ranges_;
+};
+
+}  // namespace pluvo::document

@@ -1,0 +1,154 @@
+#pragma once
+
+#include "document/content.h"
+#include "document/find_memory.h"
+#include "document/live_ranges.h"
+#include "document/measures.h"
+#include "document/observer.h"
+#include "text/pieces.h"
+#include "text/positions.h"
+#include "text/search.h"
+#include "word/enums.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pluvo::document {
+
+struct Landing;
+struct Removal;
+
+/// A document in memory: its text, what each character looks like and belongs to, and the live ranges over
+/// it. All edits go through here, under one policy for every format (edit_policy.h). Knows no file and no
+/// format.
+///
+/// A span that does not lie in the text is a bug in the caller. An edit is refused with a Fault, and nothing
+/// has happened, when its text holds a character that stands for something other than text (marks of cells
+/// and fields, pictures, references: 5843), when positions would no longer suffice (5854), when a control is
+/// locked (4198), or when the edits would divide the document into too many parts (7).
+class Model {
+ public:
+  /// How many parts, pieces of text and runs of a layer, edits may bring in: about 400 MB. Sixteen million
+  /// replaced words make as many.
+  static constexpr std::size_t kMostParts = std::size_t{1} << 25U;
+
+  explicit Model(Content content, std::size_t mostParts = kMostParts);
+  Model(const Model&) = delete;
+  Model& operator=(const Model&) = delete;
+
+  const text::PieceText& text() const { return text_; }
+  const text::RunMap<text::Visibility>& visibility() const { return visibility_; }
+  const text::RunMap<std::uint8_t>& highlight() const { return highlight_; }
+  const text::RunMap<Structure>& structure() const { return structure_; }
+  const std::vector<Table>& tables() const { return tables_; }
+  const std::vector<Field>& fields() const { return fields_; }
+  const std::vector<Control>& controls() const { return controls_; }
+  text::Position length() const { return text_.length(); }
+  /// Whether it is nothing but text, all of it visible.
+  bool isPlain() const {
+    const bool isOne = structure_.runCount() == 1 && visibility_.runCount() == 1;
+    return isOne && controls_.empty() && visibility_.valueAt(0) == text::kEverywhere &&
+           structure_.valueAt(0) == Structure{};
+  }
+
+  /// The text of a span so far as the view shows it.
+  std::u16string visibleText(text::Span span, text::View view) const;
+
+  /// The first match that lies in the span wholly; see text::Search.
+  std::optional<text::Span> find(const Query& query, text::Span span, text::View view) {
+    return finds_.find(query, span, view);
+  }
+  text::Position count(text::Span span, word::WdUnits unit, text::View view) const {
+    return measures_.count(span, unit, view);
+  }
+  text::Move move(text::Position position, word::WdUnits unit, text::Position count, text::View view) const {
+    return measures_.move(position, unit, count, view);
+  }
+
+  /// Whether the character ends a paragraph: a paragraph, cell, row or section mark.
+  bool endsParagraph(text::Position position) const;
+  bool isRowMark(text::Position position) const { return structure_.valueAt(position).rowMark; }
+  bool isCellMark(text::Position position) const;
+  bool isFieldMark(text::Position position) const;
+
+  /// Whether all of a span lies in tracked deletions; not for an empty one.
+  bool isDeleted(text::Span span) const;
+
+  // Every line end in text that is put in is one paragraph mark, or one line break where a control takes no
+  // paragraph marks.
+
+  /// Puts text in the place of a span, so far as the policy lets the span go, or deletes it (text empty). The
+  /// text inherits from the first character replaced. Returns where the text stands now (empty: where the
+  /// deletion began).
+  text::Span replace(text::Span span, std::u16string_view text, text::View view);
+  /// Inserts text that inherits from the character behind it, or from the one before it; returns where it
+  /// stands. Text behind a cell mark goes before it; text behind the final paragraph mark goes before that.
+  text::Span insertBefore(text::Position position, std::u16string_view text);
+  text::Span insertBehind(text::Position position, std::u16string_view text);
+
+  /// Gives a span a highlight colour (0 removes it). A row mark, which no file has a colour for, stays as it
+  /// is.
+  void highlight(text::Span span, std::uint8_t colour);
+
+  /// Whether anything was edited since the document was read or last saved. An edit that leaves everything as
+  /// it was is none.
+  bool changed() const { return changed_; }
+  /// For whoever wrote the document into its file.
+  void saved() {
+    changed_ = false;
+    ++saves_;
+  }
+  /// Grows with every edit of the text (not of the highlight).
+  std::uint64_t stamp() const { return stamp_; }
+
+  LiveRanges& liveRanges() { return liveRanges_; }
+
+  /// What edits change, as it was at one moment. Costs memory for the edits so far; the original text is
+  /// shared.
+  struct Snapshot {
+    text::PieceText text;
+    text::RunMap<text::Visibility> visibility;
+    text::RunMap<std::uint8_t> highlight;
+    text::RunMap<Structure> structure;
+    bool changed = false;
+    std::uint64_t saves = 0;
+  };
+  Snapshot snapshot() const { return {text_, visibility_, highlight_, structure_, changed_, saves_}; }
+  /// Goes back (or forth) to a snapshot of this model. Live ranges behind the first difference end up there.
+  /// The model then counts as changed, unless nothing was changed at the snapshot nor saved since.
+  void restore(Snapshot snapshot);
+
+  /// None where null. Outlives the model or is taken away first.
+  void observer(Observer* observer) { observer_ = observer; }
+
+ private:
+  text::Span insert(text::Position position, bool behind, std::u16string_view text);
+  bool besideText(text::Position position) const;
+  Landing landingOf(const Removal& removal, std::u16string_view newText) const;
+  text::Span replacePlain(text::Span span, std::u16string_view newText);
+  text::Span exchange(const Removal& removal, std::u16string_view newText);
+  std::size_t parts() const;
+  void requireRoomForParts() const;
+  text::Span put(text::Span replaced, std::u16string_view text, const Landing& landing);
+
+  text::PieceText text_;
+  text::RunMap<text::Visibility> visibility_;
+  text::RunMap<std::uint8_t> highlight_;
+  text::RunMap<Structure> structure_;
+  std::vector<Table> tables_;
+  std::vector<Field> fields_;
+  std::vector<Control> controls_;
+  LiveRanges liveRanges_;
+  FindMemory finds_{text_, visibility_};
+  Measures measures_{text_, visibility_, [this](text::Position position) { return endsParagraph(position); }};
+  Observer* observer_ = nullptr;
+  std::size_t mostParts_;  ///< those the document was read with included
+  bool changed_ = false;
+  std::uint64_t saves_ = 0;
+  std::uint64_t stamp_ = 0;
+};
+
+}  // namespace pluvo::document

@@ -1,0 +1,292 @@
+#include "document/model.h"
+
+#include "base/text.h"
+#include "document/edit_policy.h"
+#include "errors/fault.h"
+#include "word/faults.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace pluvo::document {
+
+using text::Position;
+using text::Span;
+using text::View;
+
+namespace {
+
+constexpr std::array kReserved = {text::kPicture,        text::kNoteReference,   text::kCommentReference,
+                                  text::kCellMark,       text::kFloatingPicture, text::kFieldBegin,
+                                  text::kFieldSeparator, text::kFieldEnd};
+
+void requireText(std::u16string_view text) {
+  if (std::all_of(text.begin(), text.end(), [](char16_t unit) { return unit >= u' '; })) return;
+  if (text.find_first_of(std::u16string_view(kReserved.data(), kReserved.size())) == text.npos) return;
+  throw errors::Fault(
+      word::kParameterOutOfRange,
+      u"The text holds a control character that stands for a table cell, a field, a picture or a "
+      u"note; remove it from the text.")
+      .with(errors::Problem::encoding);
+}
+
+/// Without a copy where there is nothing to convert.
+std::u16string_view withParagraphMarks(std::u16string_view text, std::u16string& converted) {
+  if (text.find(u'\n') == text.npos) return text;
+  converted = base::withParagraphMarks(text);
+  return converted;
+}
+
+void requireRoom(Position length, std::u16string_view text) {
+  if (text.size() <= static_cast<std::size_t>(text::kMaxLength - length)) return;
+  throw errors::Fault(word::kStringTooLong, u"The text would make the document too long.");
+}
+
+struct Difference {
+  Span gone;
+  Position come = 0;
+};
+
+/// Where two edits of one original differ, in document order. Each is to be replaced when those in front of
+/// it have been.
+std::vector<Difference> differences(const text::PieceText& from, const text::PieceText& to) {
+  std::vector<Difference> found;
+  const auto pastNew = [](const text::PieceText& in, Position at) {
+    while (at < in.length() && in.pieceAt(at).isNew()) at += in.pieceAt(at).length;
+    return at;
+  };
+  Position sameFrom = 0;
+  Position sameTo = 0;
+  const auto takeUpTo = [&](Position atFrom, Position atTo) {
+    if (atFrom > sameFrom || atTo > sameTo)
+      found.push_back({{sameTo, sameTo + (atFrom - sameFrom)}, atTo - sameTo});
+  };
+  Position atFrom = pastNew(from, 0);
+  Position atTo = pastNew(to, 0);
+  while (atFrom < from.length() && atTo < to.length()) {
+    const text::Piece left = from.pieceAt(atFrom);
+    const text::Piece right = to.pieceAt(atTo);
+    if (left.original == right.original) {
+      takeUpTo(atFrom, atTo);
+      const Position length = std::min(left.length, right.length);
+      atFrom = sameFrom = atFrom + length;
+      atTo = sameTo = atTo + length;
+    } else if (left.original < right.original) {
+      atFrom += std::min(left.length, right.original - left.original);
+    } else {
+      atTo += std::min(right.length, left.original - right.original);
+    }
+    atFrom = pastNew(from, atFrom);
+    atTo = pastNew(to, atTo);
+  }
+  takeUpTo(from.length(), to.length());
+  return found;
+}
+
+}  // namespace
+
+Model::Model(Content content, std::size_t mostParts)
+    : text_(std::move(content.text)),
+      visibility_(std::move(content.visibility)),
+      highlight_(std::move(content.highlight)),
+      structure_(std::move(content.structure)),
+      tables_(std::move(content.tables)),
+      fields_(std::move(content.fields)),
+      controls_(std::move(content.controls)),
+      mostParts_(parts() + mostParts) {}
+
+std::size_t Model::parts() const {
+  return text_.pieceCount() + visibility_.runCount() + highlight_.runCount() + structure_.runCount();
+}
+
+void Model::requireRoomForParts() const {
+  if (parts() < mostParts_) return;
+  throw errors::Fault(errors::kOutOfMemory,
+                      u"These are more changes than one document can take, about sixteen million; divide the "
+                      u"document, or look for a longer text.")
+      .with(errors::Problem::tooLarge);
+}
+
+std::u16string Model::visibleText(Span span, View view) const {
+  return text::visibleText(text_, visibility_, view, span.from, span.to);
+}
+
+bool Model::endsParagraph(Position position) const {
+  switch (text_.at(position)) {
+    case text::kParagraphMark:
+      return true;
+    case text::kCellMark:
+      return structure_.valueAt(position).table != kNone;
+    case text::kPageBreak:
+      return structure_.valueAt(position).sectionMark;
+    default:
+      return false;
+  }
+}
+
+bool Model::isCellMark(Position position) const {
+  if (text_.at(position) != text::kCellMark) return false;
+  const Structure structure = structure_.valueAt(position);
+  return structure.table != kNone && !structure.rowMark;
+}
+
+bool Model::isFieldMark(Position position) const {
+  const char16_t unit = text_.at(position);
+  return unit >= text::kFieldBegin && unit <= text::kFieldEnd && structure_.valueAt(position).field != kNone;
+}
+
+bool Model::isDeleted(Span span) const {
+  for (const auto& run : structure_.runs(span.from, span.to)) {
+    if (!run.value.deleted) return false;
+  }
+  return !span.empty();
+}
+
+Landing Model::landingOf(const Removal& removal, std::u16string_view newText) const {
+  const bool instead = !removal.spans.empty() && removal.spans.front().from == removal.at;
+  return instead ? landingInsteadOf(*this, removal, newText)
+                 : landingAt(*this, removal.at, besideText(removal.at), newText);
+}
+
+Span Model::replace(Span span, std::u16string_view text, View view) {
+  std::u16string converted;
+  const std::u16string_view newText = withParagraphMarks(text, converted);
+  requireText(newText);
+  requireRoom(length(), newText);
+  requireRoomForParts();
+  const Position finalMark = length() - 1;
+  if (span.from < std::min(span.to, finalMark) && isPlain())
+    return replacePlain({span.from, std::min(span.to, finalMark)}, newText);
+  Removal removal = removalOf(*this, span, newText, view);
+  if (controls_.empty() || newText.empty()) return exchange(removal, newText);
+
+  const Landing landing = landingOf(removal, newText);
+  const std::u16string fit = fitted(*this, landing, removal, std::u16string(newText));
+  const auto keptMark = static_cast<Position>(newText.size() - fit.size());
+  if (keptMark == 0 && fit.back() != newText.back()) removal = removalOf(*this, span, fit, view);
+  Span placed = exchange(removal, fit);
+  placed.to += keptMark;
+  return placed;
+}
+
+/// Of a document of nothing but text all of a span goes, and has no surroundings but its highlight.
+Span Model::replacePlain(Span span, std::u16string_view newText) {
+  const auto newLength = static_cast<Position>(newText.size());
+  if (span.length() == newLength && text_.substring(span.from, span.to) == newText) return span;
+  Landing landing;
+  landing.at = span.from;
+  landing.anchor = text_.anchorAt(span.from, false);
+  landing.highlight = highlight_.valueAt(span.from);
+  put(span, newText, landing);
+  ++stamp_;
+  return {span.from, span.from + newLength};
+}
+
+/// Lets go what a removal takes, and puts text in its place.
+Span Model::exchange(const Removal& removal, std::u16string_view newText) {
+  Span first{removal.at, removal.at};
+  std::size_t next = 0;
+  if (!removal.spans.empty() && removal.spans.front().from == removal.at) first = removal.spans[next++];
+  const bool leavesRest = next == removal.spans.size();
+  const bool sameText = static_cast<std::size_t>(first.length()) == newText.size() &&
+                        text_.substring(first.from, first.to) == newText;
+  if (leavesRest && sameText) return first;
+  const Landing landing = landingOf(removal, newText);
+  requireUnlocked(*this, removal, newText.empty() ? nullptr : &landing, newText);
+
+  Span placed{removal.at, removal.at};
+  Position shift = 0;
+  if (!sameText) {
+    placed = put({landing.at, landing.at + first.length()}, newText, landing);
+    shift = placed.length() - first.length();
+  } else {
+    placed = first;
+  }
+  for (; next < removal.spans.size(); ++next) {
+    const Span gone{removal.spans[next].from + shift, removal.spans[next].to + shift};
+    put(gone, {}, {});
+    shift -= gone.length();
+  }
+  ++stamp_;
+  return placed;
+}
+
+Span Model::insertBefore(Position position, std::u16string_view text) {
+  return insert(position, false, text);
+}
+
+Span Model::insertBehind(Position position, std::u16string_view text) { return insert(position, true, text); }
+
+Span Model::insert(Position position, bool behind, std::u16string_view text) {
+  std::u16string newText = base::withParagraphMarks(text);
+  requireText(newText);
+  requireRoom(length(), newText);
+  requireRoomForParts();
+  if (newText.empty()) return {position, position};
+  Landing landing = landingAt(*this, position, behind, newText);
+  if (!controls_.empty()) {
+    Removal none{position, {}};
+    newText = fitted(*this, landing, none, newText);
+    landing = landingAt(*this, position, behind, newText);
+    requireUnlocked(*this, none, &landing, newText);
+  }
+  ++stamp_;
+  return put({landing.at, landing.at}, newText, landing);
+}
+
+bool Model::besideText(Position position) const { return position > 0 && !endsParagraph(position - 1); }
+
+Span Model::put(Span replaced, std::u16string_view text, const Landing& landing) {
+  if (observer_ != nullptr) observer_->aboutToChange();
+  const auto length = static_cast<Position>(text.size());
+  text_.replace(replaced.from, replaced.to, text, landing.anchor);
+  visibility_.replace(replaced.from, replaced.to, length, landing.visibility);
+  highlight_.replace(replaced.from, replaced.to, length, landing.highlight);
+  structure_.replace(replaced.from, replaced.to, length, landing.structure);
+  liveRanges_.moveWith(replaced, length);
+  finds_.edited(replaced, length);
+  measures_.edited(replaced, length);
+  changed_ = true;
+  if (observer_ != nullptr) observer_->replaced(replaced, length);
+  return {replaced.from, replaced.from + length};
+}
+
+void Model::highlight(Span span, std::uint8_t colour) {
+  requireUnlocked(*this, span);
+  bool changes = false;
+  for (const auto& run : structure_.runs(span.from, span.to)) {
+    const auto coloured = highlight_.runAt(run.from);
+    if (run.value.rowMark || (coloured.value == colour && run.to <= coloured.to)) continue;
+    if (!changes) requireRoomForParts();
+    if (!changes && observer_ != nullptr) observer_->aboutToChange();
+    changes = true;
+    highlight_.set(run.from, run.to, colour);
+  }
+  changed_ = changed_ || changes;
+  if (changes && observer_ != nullptr) observer_->highlighted(span);
+}
+
+void Model::restore(Snapshot snapshot) {
+  if (observer_ != nullptr) observer_->aboutToChange();
+  const std::vector<Difference> changes = differences(text_, snapshot.text);
+  const Position before = length();
+  text_ = std::move(snapshot.text);
+  visibility_ = std::move(snapshot.visibility);
+  highlight_ = std::move(snapshot.highlight);
+  structure_ = std::move(snapshot.structure);
+  if (!changes.empty()) {
+    const Position same = changes.front().gone.from;
+    finds_.edited({same, before}, length() - same);
+    measures_.edited({same, before}, length() - same);
+  }
+  ++stamp_;
+  changed_ = snapshot.changed || snapshot.saves != saves_;
+  for (const Difference& change : changes) {
+    liveRanges_.moveWith(change.gone, change.come);
+    if (observer_ != nullptr) observer_->replaced(change.gone, change.come);
+  }
+  if (observer_ != nullptr) observer_->highlighted({0, length()});
+}
+
+}  // namespace pluvo::document

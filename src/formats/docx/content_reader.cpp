@@ -1,0 +1,194 @@
+#include "content_reader.h"
+
+#include <algorithm>
+
+namespace pluvo::docx {
+
+namespace {
+
+/// A part has more bytes than its text characters; a text that is longer than this costs a few copies.
+constexpr std::size_t kMostExpected = std::size_t{32} << 20U;
+
+}  // namespace
+
+ContentReader::ContentReader(std::size_t size, const Styles& styles) : styles_(styles) {
+  builder_.expect(std::min(size, kMostExpected));
+}
+
+ReadBody ContentReader::finish() { return {builder_.finish(), std::move(map_)}; }
+
+void ContentReader::open(const Tag& tag) {
+  switch (tag.name) {
+    case Name::p:
+      flushMark();
+      paragraph_ = {};
+      inParagraph_ = true;
+      if (walker_->opensBetweenBlocks()) map_.places.push_back({walker_->position(), tag.extent.begin});
+      break;
+    case Name::tbl:
+      flushMark();
+      builder_.beginTable();
+      openTables_.push_back(map_.tables.size());
+      map_.tables.push_back({tag.extent.begin, 0});
+      break;
+    case Name::r:
+      look_ = lookOf({});
+      break;
+    case Name::sdt:
+      openControl(false);
+      break;
+    case Name::ruby:
+      openControl(true);
+      map_.guides.push_back({tag.extent.begin, walker_->position(), walker_->position()});
+      hidesGuided_ = look_.hidden;
+      break;
+    case Name::del:
+    case Name::moveFrom:
+      ++deletions_;
+      map_.hasDeletions = true;
+      break;
+    default:
+      break;
+  }
+}
+
+void ContentReader::control(const ControlProperties& properties) {
+  document::Control& control = builder_.control(control_);
+  control.takesLineBreaks = control.takesLineBreaks || properties.plain;
+  control.contentLocked = control.contentLocked || properties.contentLocked;
+  control.deletionLocked = properties.deletionLocked;
+}
+
+void ContentReader::close(const Tag& tag, Extent) {
+  switch (tag.name) {
+    case Name::body:
+      // The last mark is a paragraph's, even where the last paragraph ends a section.
+      paragraph_.hasSection = false;
+      flushMark();
+      break;
+    case Name::ruby:
+      hidesGuided_ = false;
+      map_.guides.back().to = walker_->position();
+      control_ = builder_.control(control_).parent;
+      break;
+    case Name::sdt:
+      control_ = builder_.control(control_).parent;
+      break;
+    case Name::del:
+    case Name::moveFrom:
+      --deletions_;
+      break;
+    case Name::tc:
+      if (markPending_) builder_.cellMark(markLook_);
+      markPending_ = false;
+      break;
+    case Name::tbl:
+      builder_.endTable();
+      map_.tables[openTables_.back()].end = walker_->position();
+      openTables_.pop_back();
+      break;
+    default:
+      break;
+  }
+}
+
+void ContentReader::properties(Name kind, const Properties& properties) {
+  if (kind == Name::pPr) {
+    paragraph_ = properties;
+  } else {
+    look_ = lookOf(properties.look);
+  }
+}
+
+void ContentReader::marker(const Marker& marker) {
+  const Position position = walker_->position();
+  if (marker.name == Name::commentRangeStart || marker.name == Name::commentRangeEnd) {
+    map_.commentMarkers.push_back({position, marker.id});
+  } else if (marker.name == Name::bookmarkStart) {
+    openBookmarks_[marker.id] = map_.bookmarks.size();
+    map_.bookmarks.push_back({marker.id, marker.label, position, position, false});
+  } else if (marker.name == Name::bookmarkEnd) {
+    const auto found = openBookmarks_.find(marker.id);
+    if (found == openBookmarks_.end()) return;
+    map_.bookmarks[found->second].to = position;
+    map_.bookmarks[found->second].closed = true;
+    openBookmarks_.erase(found);
+  }
+}
+
+void ContentReader::text(const TextElement& element) {
+  if (element.units.empty()) return builder_.appendAscii(element.bytes, look_);
+  builder_.append(element.units, look_);
+}
+
+void ContentReader::character(char16_t unit, Extent, Name name, std::string_view reference) {
+  if (!reference.empty()) map_.references.push_back({walker_->position(), name, std::string(reference)});
+  if (unit == text::kFieldBegin) {
+    builder_.beginField(look_);
+  } else if (unit == text::kFieldSeparator) {
+    builder_.separateField(look_);
+  } else if (unit == text::kFieldEnd) {
+    builder_.endField(look_);
+  } else {
+    document::Look look = look_;
+    // Nobody sees where a comment is anchored, so a text is found across it.
+    look.hidden = look.hidden || unit == text::kCommentReference;
+    builder_.append(unit, look);
+  }
+}
+
+void ContentReader::formula(const Formula& formula) { builder_.append(text::kPicture, lookOf(formula.look)); }
+
+void ContentReader::simpleField(const Tag&, std::u16string_view instruction) {
+  look_ = lookOf({});
+  builder_.beginField(look_);
+  builder_.append(instruction, look_);
+  builder_.separateField(look_);
+}
+
+void ContentReader::endSimpleField(Extent) { builder_.endField(lookOf({})); }
+
+void ContentReader::paragraphMark(Extent) {
+  markPending_ = true;
+  markLook_ = lookOf(paragraph_.look);
+  inParagraph_ = false;
+  map_.hasDeletions = map_.hasDeletions || markLook_.deleted;
+}
+
+void ContentReader::missingParagraph(Name container, Extent) {
+  flushMark();
+  if (container == Name::tc) {
+    builder_.cellMark(plainLook());
+  } else {
+    builder_.append(text::kParagraphMark);
+  }
+}
+
+void ContentReader::rowMark(Extent) { builder_.rowMark(plainLook()); }
+
+document::Look ContentReader::lookOf(const RunLook& look) const {
+  return {styles_.hides(look, paragraph_.style) || hidesGuided_, look.highlight,
+          deletions_ > 0 || look.deleted, control_};
+}
+
+document::Look ContentReader::plainLook() const { return {false, 0, false, control_}; }
+
+void ContentReader::openControl(bool isGuided) {
+  document::Control control;
+  control.parent = control_;
+  control.inlined = control.takesLineBreaks = inParagraph_;
+  control.isGuided = isGuided;
+  control_ = builder_.addControl(control);
+}
+
+void ContentReader::flushMark() {
+  if (!markPending_) return;
+  markPending_ = false;
+  if (paragraph_.hasSection) {
+    builder_.sectionMark(markLook_);
+  } else {
+    builder_.append(text::kParagraphMark, markLook_);
+  }
+}
+
+}  // namespace pluvo::docx

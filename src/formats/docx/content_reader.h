@@ -1,0 +1,61 @@
+#pragma once
+
+#include "document/content_builder.h"
+#include "reader.h"
+
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace pluvo::docx {
+
+/// Builds the text of one story from what a walk meets, and the way back to its bytes.
+class ContentReader : public BodyEvents {
+ public:
+  /// For a part, or an element, of so many bytes. The styles outlive this.
+  ContentReader(std::size_t size, const Styles& styles);
+  /// Whose walk it is told of; to be called before that begins.
+  void follow(const BodyWalker& walker) { walker_ = &walker; }
+
+  /// What was read, after the container of the text has closed.
+  ReadBody finish();
+
+  void open(const Tag& tag) override;
+  void control(const ControlProperties& properties) override;
+  void close(const Tag& tag, Extent) override;
+  void properties(Name kind, const Properties& properties) override;
+  void aside(Offset place) override { map_.asides.push_back(place); }
+  void marker(const Marker& marker) override;
+  void text(const TextElement& element) override;
+  void character(char16_t unit, Extent, Name name, std::string_view reference) override;
+  void formula(const Formula& formula) override;
+  void simpleField(const Tag&, std::u16string_view instruction) override;
+  void endSimpleField(Extent) override;
+  void paragraphMark(Extent) override;
+  void missingParagraph(Name container, Extent) override;
+  void rowMark(Extent) override;
+
+ private:
+  document::Look lookOf(const RunLook& look) const;
+  document::Look plainLook() const;
+  /// A control within a paragraph takes line breaks, since a mark would divide it.
+  void openControl(bool isGuided);
+  void flushMark();
+
+  const Styles& styles_;
+  const BodyWalker* walker_ = nullptr;
+  document::ContentBuilder builder_;
+  BodyMap map_;
+  Properties paragraph_;
+  document::Look look_;
+  document::Look markLook_;
+  bool markPending_ = false;
+  bool inParagraph_ = false;
+  bool hidesGuided_ = false;
+  int deletions_ = 0;
+  std::int32_t control_ = document::kNone;  ///< the innermost open one
+  std::vector<std::size_t> openTables_;
+  std::unordered_map<std::string, std::size_t> openBookmarks_;
+};
+
+}  // namespace pluvo::docx

@@ -1,0 +1,85 @@
+#include "departed.h"
+
+#include "references.h"
+
+#include <algorithm>
+#include <map>
+
+namespace pluvo::docx {
+
+using text::Span;
+
+Departed::Departed(const BodyMap& map, const EditScript& script, const Package& package,
+                   base::ByteSpan mainPart) {
+  if (map.references.empty() && map.commentMarkers.empty() && map.bookmarks.empty()) return;
+  script.forEachStep([&](const Step& step) {
+    if (step.kind != Step::Kind::drop) return;
+    const Span span{step.original, step.original + step.length};
+    if (!dropped_.empty() && dropped_.back().to == span.from) {
+      dropped_.back().to = span.to;
+    } else {
+      dropped_.push_back(span);
+    }
+  });
+  if (dropped_.empty()) return;
+  findNotes(map);
+  findBookmarks(map, package, mainPart);
+}
+
+bool Departed::isDropped(Span span) const {
+  const auto behind = std::upper_bound(dropped_.begin(), dropped_.end(), span.from,
+                                       [](Position p, const Span& s) { return p < s.from; });
+  return behind != dropped_.begin() && span.to <= (behind - 1)->to;
+}
+
+void Departed::findNotes(const BodyMap& map) {
+  std::map<std::pair<Name, std::string>, bool> allGo;
+  for (const BodyMap::Reference& reference : map.references) {
+    const bool goes = isDropped({reference.position, reference.position + 1});
+    const auto [place, isNew] = allGo.emplace(std::pair(reference.kind, reference.id), goes);
+    if (!isNew) place->second = place->second && goes;
+  }
+  for (const auto& [reference, goes] : allGo) {
+    if (!goes) continue;
+    const auto& [kind, id] = reference;
+    (kind == Name::footnoteReference  ? footnotes_
+     : kind == Name::endnoteReference ? endnotes_
+                                      : comments_)
+        .insert(id);
+  }
+  for (const BodyMap::CommentMarker& marker : map.commentMarkers) {
+    if (comments_.contains(marker.id)) places_.push_back(marker.position);
+  }
+}
+
+void Departed::findBookmarks(const BodyMap& map, const Package& package, base::ByteSpan mainPart) {
+  std::map<std::string, int> uses;
+  std::vector<const BodyMap::Bookmark*> candidates;
+  for (const BodyMap::Bookmark& bookmark : map.bookmarks) {
+    ++uses[bookmark.id];
+    // A bookmark between two characters lay in the deleted text when both of them go.
+    const bool isPlace = bookmark.from == bookmark.to;
+    const Span around{bookmark.from - (isPlace ? 1 : 0), bookmark.to + (isPlace ? 1 : 0)};
+    if (bookmark.closed && isDropped(around)) candidates.push_back(&bookmark);
+  }
+  if (candidates.empty()) return;
+  const BookmarkReferences references(package, mainPart);
+  for (const BodyMap::Bookmark* bookmark : candidates) {
+    if (uses[bookmark->id] == 1 && !references.contain(bookmark->name)) bookmarks_.insert(bookmark->id);
+  }
+}
+
+bool Departed::goes(const Marker& marker) const {
+  switch (marker.name) {
+    case Name::bookmarkStart:
+    case Name::bookmarkEnd:
+      return bookmarks_.contains(marker.id);
+    case Name::commentRangeStart:
+    case Name::commentRangeEnd:
+      return comments_.contains(marker.id);
+    default:
+      return false;
+  }
+}
+
+}  // namespace pluvo::docx

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "formats/format.h"
+
+namespace pluvo::docx {
+
+/// Word documents as packages of XML: .docx, .docm, .dotx and .dotm, transitional and strict.
+///
+/// The text is the main part's: paragraphs and tables, nested ones too, with what stands in hyperlinks,
+/// content controls, smart tags and tracked changes (deletions too). A link is no field and has no characters
+/// of its own. A field, simple or complex, is character 19, its code, 20, its result and 21; a note's
+/// reference 2, a comment's 5 (hidden, so that a text is found across it), a picture in the line 1 and a
+/// floating one 8; a formula (highlighted in its runs) is 1 as well. The base of text with a phonetic guide
+/// is text, unless its run holds something else too: then it is 1. Blanks at the ends of a text element count
+/// only where it, or the nearest element around that says so, preserves them. Text is hidden by its run or by
+/// the styles of run and paragraph; hiding by document defaults or table styles is not looked at. Text boxes,
+/// headers, footers, notes and comments are stories of their own and not part of the text; the source tells
+/// them, and what else the package holds.
+///
+/// What a save leaves behind: the relationship and the part of a deleted picture, which nothing shows any
+/// more. What it does not keep: highlight of a simple field's code, which is an attribute.
+class DocxFormat : public formats::Format {
+ public:
+  std::string_view name() const override { return "docx"; }
+  bool recognises(base::ByteSpan bytes, std::string_view extension) const override;
+  std::span<const std::string_view> extensions() const override;
+  using formats::Format::read;
+  formats::Opened read(base::Bytes bytes, const formats::Hint& hint) const override;
+};
+
+}  // namespace pluvo::docx

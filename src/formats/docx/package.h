@@ -1,0 +1,45 @@
+#pragma once
+
+#include "formats/format.h"
+#include "names.h"
+#include "relationships.h"
+#include "zip/archive.h"
+
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pluvo::docx {
+
+/// What the parts beside the main one are to it.
+enum class Role : std::uint8_t {
+  styles,
+  settings,
+  footnotes,
+  endnotes,
+  comments,
+  commentsExtended,
+  commentsIds,
+  commentsExtensible,
+};
+
+/// The package of a document: the archive and where in it what is.
+struct Package {
+  zip::Archive archive;
+  std::string mainPart;
+  std::map<Role, std::string> parts;
+  std::vector<std::string> stories;  ///< headers, footers, notes and comments
+  std::vector<Relationship> rootRelationships = {};
+  std::vector<Relationship> mainRelationships = {};
+
+  const zip::Member* member(Role role) const;
+};
+
+/// Finds the parts by the relationships, whatever their names. Throws DocumentError: what the archive throws;
+/// damaged for a package of another kind (the message says which) or one that lacks its main part or has two;
+/// signed for one with a digital signature.
+Package openPackage(base::Bytes bytes);
+
+}  // namespace pluvo::docx

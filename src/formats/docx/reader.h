@@ -1,0 +1,76 @@
+#pragma once
+
+#include "body_walker.h"
+#include "document/content.h"
+#include "styles.h"
+
+#include <string>
+#include <vector>
+
+namespace pluvo::docx {
+
+/// The way back from the text to the bytes of the main part. It is coarse, since a walk from the nearest
+/// place finds every character again.
+struct BodyMap {
+  /// Places from which a walk can start: paragraphs directly in the body, in no field.
+  struct Place {
+    Position position;
+    Offset offset;
+  };
+  std::vector<Place> places;
+
+  /// Tables in the order of their start tags; end is the position behind the last row mark.
+  struct Table {
+    Offset offset;
+    Position end;
+  };
+  std::vector<Table> tables;
+
+  /// Notes and comments referred to.
+  struct Reference {
+    Position position;
+    Name kind;
+    std::string id;
+  };
+  std::vector<Reference> references;
+
+  /// Where the ranges of comments begin and end: just before these positions.
+  struct CommentMarker {
+    Position position;
+    std::string id;
+  };
+  std::vector<CommentMarker> commentMarkers;
+
+  struct Bookmark {
+    std::string id;
+    std::string name;
+    Position from;
+    Position to;
+    bool closed;
+  };
+  std::vector<Bookmark> bookmarks;
+
+  /// Whether anything lies in a tracked deletion.
+  bool hasDeletions = false;
+
+  /// Phonetic guides in the order of their start tags, each with the text it guides.
+  struct Guide {
+    Offset offset;
+    Position from;
+    Position to;
+  };
+  std::vector<Guide> guides;
+
+  /// What may hold other texts, in order: drawings, formulas, guides, bound controls.
+  std::vector<Offset> asides;
+};
+
+struct ReadBody {
+  document::Content content;
+  BodyMap map;
+};
+
+/// Reads the main part, which must be UTF-8.
+ReadBody readBody(base::ByteSpan part, const std::string& partName, const Styles& styles);
+
+}  // namespace pluvo::docx

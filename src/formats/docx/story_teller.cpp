@@ -1,0 +1,340 @@
+#include "story_teller.h"
+
+#include "text_decoding.h"
+
+#include <algorithm>
+#include <array>
+#include <functional>
+#include <iterator>
+
+namespace pluvo::docx {
+
+using formats::Story;
+using formats::Unreached;
+
+namespace {
+
+using namespace std::string_view_literals;
+
+std::u16string wide(std::string_view utf8) {
+  std::u16string units;
+  appendUtf8(units, utf8);
+  return units;
+}
+
+std::u16string unitsOf(const text::OriginalText& text, text::Span span) {
+  std::u16string units(static_cast<std::size_t>(span.length()), u'\0');
+  text.stretch(span.from, span.to).copyTo(units.data());
+  return units;
+}
+
+std::optional<Story> storyOf(Name kind) {
+  switch (kind) {
+    case Name::header:
+      return Story::headers;
+    case Name::footer:
+      return Story::footers;
+    case Name::footnote:
+      return Story::footnotes;
+    case Name::endnote:
+      return Story::endnotes;
+    case Name::comment:
+      return Story::comments;
+    case Name::boxContent:
+      return Story::boxes;
+    default:
+      return std::nullopt;
+  }
+}
+
+/// Takes the place of a reader where a text is not wanted.
+class NoEvents : public BodyEvents {
+ public:
+  void open(const Tag&) override {}
+  void close(const Tag&, Extent) override {}
+  void properties(Name, const Properties&) override {}
+  void marker(const Marker&) override {}
+  void text(const TextElement&) override {}
+  void character(char16_t, Extent, Name, std::string_view) override {}
+  void formula(const Formula&) override {}
+  void simpleField(const Tag&, std::u16string_view) override {}
+  void endSimpleField(Extent) override {}
+  void paragraphMark(Extent) override {}
+  void missingParagraph(Name, Extent) override {}
+  void rowMark(Extent) override {}
+};
+
+bool mayHoldText(std::string_view aside) {
+  constexpr std::size_t kMostLookedAt = std::size_t{1} << 14U;
+  constexpr std::array kPictures = {"drawing"sv, "pict"sv};
+  constexpr std::array kSigns = {"txbxContent"sv, "descr"sv, "title"sv, "textpath"sv, "alt"sv,
+                                 ":t>"sv,         ":t "sv,   "<t>"sv,   "<t "sv};
+  aside = aside.substr(0, kMostLookedAt);
+  const std::string_view name = aside.substr(1, aside.find_first_of(" \t\r\n/>") - 1);
+  const std::string_view local = name.substr(name.find(':') + 1);
+  const std::size_t end = aside.find("</" + std::string(name) + ">");
+  if (end == std::string_view::npos ||
+      std::find(kPictures.begin(), kPictures.end(), local) == kPictures.end())
+    return true;
+  aside = aside.substr(0, end);
+  return std::any_of(kSigns.begin(), kSigns.end(),
+                     [&](std::string_view sign) { return aside.find(sign) != std::string_view::npos; });
+}
+
+}  // namespace
+
+std::vector<Offset> placesWithText(base::ByteSpan mainPart, const BodyMap& map) {
+  const std::string_view bytes(reinterpret_cast<const char*>(mainPart.data()), mainPart.size());
+  std::vector<Offset> places;
+  std::copy_if(map.asides.begin(), map.asides.end(), std::back_inserter(places),
+               [&](Offset aside) { return mayHoldText(bytes.substr(aside)); });
+  return places;
+}
+
+StoryTeller::StoryTeller(base::ByteSpan part, const std::string& partName, const Telling& telling,
+                         xml::Swept swept)
+    : telling_(telling), walker_(part, partName, *this, Reach::everyStory, swept) {}
+
+void StoryTeller::tellPart() {
+  while (walker_.step()) {
+  }
+}
+
+void StoryTeller::tellBesideMainText(const BodyMap& map, const std::vector<Offset>& places,
+                                     const document::Model& model) {
+  kept_.emplace(model);
+  mainText_ = &model.text().original();
+  const auto toNextBlock = [&] {
+    while (!walker_.betweenBlocks() && walker_.step()) {
+    }
+  };
+  for (const Offset aside : places) {
+    if (walker_.offset() > aside) continue;
+    toNextBlock();
+    const auto behind =
+        std::upper_bound(map.places.begin(), map.places.end(), aside,
+                         [](Offset offset, const BodyMap::Place& place) { return offset < place.offset; });
+    if (behind != map.places.begin() && walker_.betweenBlocks() && (behind - 1)->offset > walker_.offset())
+      walker_.resumeAt((behind - 1)->offset, (behind - 1)->position);
+    while (walker_.offset() <= aside && walker_.step()) {
+    }
+  }
+  toNextBlock();
+}
+
+BodyEvents& StoryTeller::reader() {
+  static NoEvents none;
+  return levels_.empty() || levels_.back().reader == nullptr ? static_cast<BodyEvents&>(none)
+                                                             : *levels_.back().reader;
+}
+
+bool StoryTeller::isGone(Position position) const {
+  return gone_ || goneNote_ || (isMainText() && kept_ && !kept_->holds(position));
+}
+
+bool StoryTeller::isNoteGone(Name kind) const {
+  if (telling_.departed == nullptr) return false;
+  const std::string id = valueOf(walker_.scanner(), Name::id);
+  switch (kind) {
+    case Name::footnote:
+      return telling_.departed->footnotes().contains(id);
+    case Name::endnote:
+      return telling_.departed->endnotes().contains(id);
+    case Name::comment:
+      return telling_.departed->comments().contains(id);
+    default:
+      return false;
+  }
+}
+
+/// An alternative that was passed goes with the one that was chosen.
+bool StoryTeller::isElementGone(const Tag& tag) const {
+  if (tag.name != Name::choice && tag.name != Name::fallback)
+    return lastElement_ == tag.extent.begin && isGone(lastPosition_);
+  const Position from = alternatives_.empty() ? walker_.position() : alternatives_.back().from;
+  return walker_.position() > from && isGone(walker_.position() - 1);
+}
+
+void StoryTeller::story(Name kind) {
+  next_ = kind;
+  if (levels_.empty()) goneNote_ = isNoteGone(kind);
+  if (kind != Name::comment) return;
+  for (const Name name : {Name::author, Name::initials})
+    tell(Unreached::people, wide(valueOf(walker_.scanner(), name)));
+}
+
+void StoryTeller::open(const Tag& tag) {
+  if (tag.name == Name::body) {
+    levels_.emplace_back();
+    if (next_) {
+      levels_.back().kind = *next_;
+      levels_.back().reader = std::make_unique<ContentReader>(0, telling_.styles);
+      levels_.back().reader->follow(walker_);
+    }
+    next_.reset();
+  }
+  if (tag.name == Name::sdt) levels_.back().controls.push_back({{}, walker_.position()});
+  openAlternatives(tag.name);
+  reader().open(tag);
+}
+
+void StoryTeller::close(const Tag& tag, Extent endTag) {
+  reader().close(tag, endTag);
+  closeAlternatives(tag.name);
+  if (tag.name == Name::sdt) closeControl();
+  if (tag.name != Name::body) return;
+  Level level = std::move(levels_.back());
+  levels_.pop_back();
+  if (level.reader == nullptr) return;
+  if (!gone_ && !goneNote_) tellStory(std::move(level));
+  if (levels_.empty()) goneNote_ = false;
+}
+
+void StoryTeller::tellStory(Level level) {
+  document::Content content = level.reader->finish().content;
+  for (const BoundControl& bound : level.bound) bind(bound.binding, content.text, bound.span);
+  const std::optional<Story> kind = storyOf(level.kind);
+  const bool canBeTwin = !alternatives_.empty();
+  if (!kind || canBeTwin) {
+    const std::u16string units = unitsOf(content.text, {0, content.text.length()});
+    if (!kind) return tell(Unreached::glossary, units);
+    if (isTwin(units)) return;
+  }
+  telling_.texts.story(*kind, std::move(content));
+}
+
+void StoryTeller::openOutside(const Tag& tag) {
+  if (!levels_.empty() && levels_.back().outside++ == 0 && isMainText()) gone_ = isElementGone(tag);
+  if (tag.name == Name::drawing) pictureText_ = pictureTitle_ = {};
+  openAlternatives(tag.name);
+  const xml::Scanner& scanner = walker_.scanner();
+  if (tag.name == Name::drawingParagraph) tellDrawn();
+  if (tag.name == Name::pictureName || scanner.space() == kVml) tellPictureTexts(tag);
+  if (tag.name == Name::textPath) tell(Unreached::wordArt, wide(valueOf(scanner, Name::pathText)));
+}
+
+void StoryTeller::closeOutside(const Tag& tag) {
+  closeAlternatives(tag.name);
+  if (tag.name == Name::drawingParagraph) tellDrawn();
+  if (!levels_.empty() && --levels_.back().outside == 0 && isMainText()) gone_ = false;
+}
+
+void StoryTeller::tellDrawn() {
+  tell(Unreached::wordArt, drawn_);
+  drawn_.clear();
+}
+
+/// Many programs give a picture the texts of its frame once more.
+void StoryTeller::tellPictureTexts(const Tag& tag) {
+  const xml::Scanner& scanner = walker_.scanner();
+  if (tag.name != Name::pictureName) {
+    tell(Unreached::pictureTexts, wide(valueOf(scanner, Name::alternativeText)));
+    return tell(Unreached::pictureTexts, wide(valueOf(scanner, Name::title)));
+  }
+  const std::string text = valueOf(scanner, Name::description);
+  const std::string title = valueOf(scanner, Name::title);
+  const bool isFrame = scanner.space() == kWordDrawing;
+  if (isFrame || text != pictureText_) tell(Unreached::pictureTexts, wide(text));
+  if (isFrame || title != pictureTitle_) tell(Unreached::pictureTexts, wide(title));
+  if (!isFrame) return;
+  pictureText_ = text;
+  pictureTitle_ = title;
+}
+
+void StoryTeller::openAlternatives(Name name) {
+  if (name == Name::alternateContent) alternatives_.push_back({walker_.position(), 0, {}});
+  if ((name == Name::choice || name == Name::fallback) && !alternatives_.empty())
+    ++alternatives_.back().number;
+}
+
+void StoryTeller::closeAlternatives(Name name) {
+  if (name == Name::alternateContent) alternatives_.pop_back();
+}
+
+/// Whether an alternative before this one held the same. Few alternatives around it are asked, since a
+/// document may nest them deeply.
+bool StoryTeller::isTwin(std::u16string_view text) {
+  constexpr std::size_t kMostAsked = 4;
+  std::u16string key;
+  for (const char16_t unit : text) {
+    if (unit != text::kPicture && unit != text::kFloatingPicture) key.push_back(unit);
+  }
+  while (!key.empty() && key.back() == text::kParagraphMark) key.pop_back();
+  const std::size_t hash = std::hash<std::u16string>()(key);
+  const auto begin =
+      alternatives_.end() - static_cast<std::ptrdiff_t>(std::min(alternatives_.size(), kMostAsked));
+  const bool twin = std::any_of(begin, alternatives_.end(), [&](const Alternatives& around) {
+    return around.number > 1 && around.told.contains(hash);
+  });
+  if (!twin)
+    std::for_each(begin, alternatives_.end(), [&](Alternatives& around) { around.told.insert(hash); });
+  return twin;
+}
+
+void StoryTeller::tell(Unreached kind, std::u16string_view text) {
+  if (text.empty() || gone_ || goneNote_ || (!alternatives_.empty() && isTwin(text))) return;
+  telling_.texts.unreached(kind, text);
+}
+
+void StoryTeller::guide(std::u16string_view text) {
+  if (!isGone(walker_.position())) tell(Unreached::guides, text);
+}
+
+void StoryTeller::formula(const Formula& formula) {
+  if (!isGone(walker_.position())) tell(Unreached::formulas, formula.text);
+  reader().formula(formula);
+}
+
+void StoryTeller::control(const ControlProperties& properties) {
+  levels_.back().controls.back().binding = properties.binding;
+  reader().control(properties);
+}
+
+void StoryTeller::closeControl() {
+  Level& level = levels_.back();
+  const OpenControl control = std::move(level.controls.back());
+  level.controls.pop_back();
+  if (control.binding.path.empty()) return;
+  const text::Span span{control.from, walker_.position()};
+  if (level.reader != nullptr) {
+    level.bound.push_back({control.binding, span});
+  } else if (kept_ && kept_->holdsWhole(span)) {
+    bind(control.binding, *mainText_, span);
+  }
+}
+
+void StoryTeller::bind(const Binding& binding, const text::OriginalText& text, text::Span span) {
+  telling_.bindings.add(binding, unitsOf(text, span));
+}
+
+void StoryTeller::character(char16_t unit, Extent extent, Name name, std::string_view reference) {
+  if (isMainText()) {
+    lastElement_ = extent.begin;
+    lastPosition_ = walker_.position();
+  }
+  reader().character(unit, extent, name, reference);
+}
+
+void StoryTeller::text(const TextElement& element) {
+  if (isMainText()) {
+    lastElement_ = element.extent.begin;
+    lastPosition_ = walker_.position();
+  }
+  reader().text(element);
+}
+
+void StoryTeller::properties(Name kind, const Properties& properties) {
+  reader().properties(kind, properties);
+}
+void StoryTeller::marker(const Marker& marker) { reader().marker(marker); }
+void StoryTeller::simpleField(const Tag& tag, std::u16string_view instruction) {
+  reader().simpleField(tag, instruction);
+}
+void StoryTeller::endSimpleField(Extent endTag) { reader().endSimpleField(endTag); }
+void StoryTeller::paragraphMark(Extent endTag) { reader().paragraphMark(endTag); }
+void StoryTeller::missingParagraph(Name container, Extent endTag) {
+  reader().missingParagraph(container, endTag);
+}
+void StoryTeller::rowMark(Extent endTag) { reader().rowMark(endTag); }
+
+}  // namespace pluvo::docx

@@ -1,0 +1,84 @@
+#pragma once
+
+#include "base/bytes.h"
+#include "document/content.h"
+#include "document/medium.h"
+#include "document/model.h"
+#include "errors/document_error.h"
+#include "formats/appearance.h"
+#include "formats/other_texts.h"
+#include "word/enums.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace pluvo::formats {
+
+/// What stays of the file a document was read from. It knows which bytes stand for each original character,
+/// and so writes an edited document in place: what was not touched keeps its bytes.
+class Source : public document::Medium {
+ public:
+  /// Writes the whole document as it stands in the model. Throws errors::DocumentError.
+  virtual void write(const document::Model& model, base::Output& out) const = 0;
+  /// How many bytes reading it may take at the most, unpacked, whatever the file's size.
+  virtual std::uint64_t unpackedSize() const = 0;
+  /// How each original character looks, made anew at every call. Empty where the format knows no looks.
+  virtual text::RunMap<Appearance> appearance() const { return {}; }
+  /// Tells what of the document's text is not main text, as the file has it, but for what goes with main text
+  /// that is no longer in the model. A part that cannot be read is told, too.
+  virtual void tellOtherTexts(const document::Model& /*model*/, OtherTexts& /*texts*/) const {}
+};
+
+/// A protection against editing that the document says of itself. The file keeps it as it is.
+struct Protection {
+  word::WdProtectionType type = word::wdAllowOnlyReading;
+  /// Whether this is the password that lifts it; empty where anybody may.
+  std::function<bool(const std::u16string&)> isLiftedBy = {};
+  /// How many hashes each password costs.
+  std::uint64_t hashes = 0;
+  /// Why no password can lift it: a sentence for the user. Empty where one can.
+  std::string obstacle = {};
+};
+
+/// What is known of a file besides its bytes.
+struct Hint {
+  /// Of a plain text, where bytes do not tell it for certain; empty where nobody knows.
+  std::string encoding = {};
+  /// The encoding holds whatever the bytes seem to be, but for a byte order mark.
+  bool certain = false;
+};
+
+struct Opened {
+  document::Content content;
+  std::unique_ptr<Source> source;
+  std::optional<Protection> protection = std::nullopt;
+  /// By which a plain text was read; empty where the format leaves no choice.
+  std::string encoding = {};
+  bool isEncodingGuessed = false;
+  /// What is to be known when a new version is read.
+  Hint again = {};
+};
+
+/// One way of storing documents in files. Readers treat every byte as hostile: bounds, sizes, depths and
+/// ratios are checked, and what cannot be read is a errors::DocumentError.
+class Format {
+ public:
+  virtual ~Format() = default;
+  /// Short and for users: "docx", "txt".
+  virtual std::string_view name() const = 0;
+  /// Whether the bytes look like this format; the extension (lower case, no dot) may decide where bytes
+  /// cannot.
+  virtual bool recognises(base::ByteSpan bytes, std::string_view extension) const = 0;
+  /// The extensions that it goes by where bytes cannot tell; "" for names without one.
+  virtual std::span<const std::string_view> extensions() const { return {}; }
+  virtual Opened read(base::Bytes bytes, const Hint& hint) const = 0;
+  Opened read(base::Bytes bytes) const { return read(std::move(bytes), {}); }
+};
+
+}  // namespace pluvo::formats

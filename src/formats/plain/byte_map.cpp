@@ -1,0 +1,41 @@
+#include "byte_map.h"
+
+#include "token.h"
+
+#include <algorithm>
+
+namespace pluvo::plain {
+
+using text::Position;
+
+namespace {
+
+template <Encoding kEncoding>
+ByteMap::Place walk(base::ByteSpan bytes, const CodePage* page, std::size_t offset, Position units) {
+  while (units > 0 && bytes.size() - offset >= unitSize(kEncoding)) {
+    const Token token = firstToken<kEncoding>(bytes.subspan(offset), page);
+    if (token.units() > units) return {offset, true};
+    units -= token.units();
+    offset += token.bytes;
+  }
+  return {offset, false};
+}
+
+}  // namespace
+
+void ByteMap::addNote(Position position, std::size_t offset) {
+  notes_.push_back({position, offset});
+  nextNote_ = position + kInterval;
+}
+
+ByteMap::Place ByteMap::placeOf(Position position) const {
+  if (utf8_ != nullptr) return utf8_->placeOf(position);
+  if (!decoded_) return {static_cast<std::size_t>(position), false};
+  const auto behind = std::ranges::upper_bound(notes_, position, {}, &Note::position);
+  const Note from = behind == notes_.begin() ? Note{0, 0} : *(behind - 1);
+  return withEncoding(coding_.encoding, [&]<Encoding kEncoding>() {
+    return walk<kEncoding>(bytes_, coding_.page, from.offset, position - from.position);
+  });
+}
+
+}  // namespace pluvo::plain

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "base/bytes.h"
+#include "encoding.h"
+#include "text/positions.h"
+#include "text/utf8_text.h"
+
+#include <memory>
+#include <vector>
+
+namespace pluvo::plain {
+
+/// Where the bytes of every position of a text begin. Noted every so many units only; in between the
+/// bytes are read again.
+class ByteMap {
+ public:
+  using Place = text::Utf8Text::Place;
+
+  /// Of a text that lies in its bytes, each unit in one.
+  ByteMap() = default;
+  /// Of a text that lies in its bytes as UTF-8.
+  explicit ByteMap(std::shared_ptr<const text::Utf8Text> utf8) : utf8_(std::move(utf8)) {}
+  ByteMap(const Coding& coding, base::ByteSpan bytes) : decoded_(true), coding_(coding), bytes_(bytes) {}
+
+  bool isDecoded() const { return decoded_; }
+
+  /// To be called front to back, at the start of a token.
+  void note(text::Position position, std::size_t offset) {
+    if (position >= nextNote_) addNote(position, offset);
+  }
+  /// Up to this many units go between two notes.
+  static constexpr text::Position kInterval = 1024;
+
+  Place placeOf(text::Position position) const;
+
+ private:
+  struct Note {
+    text::Position position;
+    std::size_t offset;
+  };
+
+  void addNote(text::Position position, std::size_t offset);
+
+  bool decoded_ = false;
+  std::shared_ptr<const text::Utf8Text> utf8_;
+  Coding coding_;
+  base::ByteSpan bytes_;
+  std::vector<Note> notes_;
+  text::Position nextNote_ = 0;
+};
+
+}  // namespace pluvo::plain

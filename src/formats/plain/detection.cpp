@@ -1,0 +1,193 @@
+#include "detection.h"
+
+#include "errors/document_error.h"
+#include "guess.h"
+#include "names.h"
+#include "sample.h"
+#include "shifts.h"
+#include "text/positions.h"
+#include "token.h"
+
+#include <algorithm>
+#include <initializer_list>
+
+namespace pluvo::plain {
+
+namespace {
+
+using base::ByteSpan;
+using errors::DocumentError;
+using errors::Problem;
+
+bool startsWith(ByteSpan bytes, std::initializer_list<std::uint8_t> mark) {
+  return bytes.size() >= mark.size() && std::ranges::equal(bytes.first(mark.size()), mark);
+}
+
+/// Looks over the bytes as UTF-8, and where they are none as any bytes.
+void lookOver(ByteSpan bytes, const base::Bytes& file, Storage& storage) {
+  storage.utf8 = text::Utf8Text::survey(bytes, file.owner);
+  if (!storage.utf8.valid) {
+    storage.survey = surveyOf(bytes);
+    return;
+  }
+  constexpr std::uint8_t kLastAscii = 0x7F;
+  constexpr std::uint8_t kLastLead = 0xF4;
+  storage.survey.lowest = storage.utf8.zeros ? 0 : 1;
+  storage.survey.highest = storage.utf8.ascii ? kLastAscii : kLastLead;
+  storage.survey.carriageReturns = storage.utf8.carriageReturns + storage.utf8.pairs > 0;
+}
+
+/// Whether these are characters of a text, most of them Latin, in 16-bit units.
+template <Encoding kEncoding>
+bool readsAsUtf16(ByteSpan bytes) {
+  constexpr std::size_t kFewestUnits = 4;
+  const std::size_t count = bytes.size() / 2;
+  if (bytes.size() % 2 != 0 || count < kFewestUnits) return false;
+  std::size_t latin = 0;
+  bool pairOpen = false;
+  for (std::size_t i = 0; i < count; ++i) {
+    const char16_t unit = utf16UnitAt<kEncoding>(bytes, 2 * i);
+    const bool control = unit < 0x20 && (unit < u'\t' || unit > u'\r');
+    const bool second = unit >= 0xDC00 && unit < 0xE000;
+    if (control || unit >= 0xFFFE || second != pairOpen) return false;
+    pairOpen = unit >= 0xD800 && unit < 0xDC00;
+    if (unit < 0x100) ++latin;
+  }
+  return !pairOpen && latin >= count / 2;
+}
+
+/// How much of a text is UTF-8, up to the point where it is certainly not.
+struct Utf8Share {
+  std::size_t characters = 0;  ///< of several bytes
+  std::size_t strays = 0;
+};
+
+Utf8Share utf8ShareOf(ByteSpan bytes) {
+  constexpr std::size_t kMany = 1000;
+  Utf8Share share;
+  while (!bytes.empty()) {
+    if (share.strays >= kMany && share.characters / 10 < share.strays) break;
+    const std::size_t run = bytes[0] < 0x80 ? std::max<std::size_t>(plainRun(bytes), 1) : 0;
+    bytes = bytes.subspan(run);
+    while (!bytes.empty() && bytes[0] >= 0x80) {
+      const Character character = firstOfUtf8(bytes);
+      ++(character.valid ? share.characters : share.strays);
+      bytes = bytes.subspan(character.bytes);
+    }
+  }
+  return share;
+}
+
+/// In other encodings hardly one character in ten looks like UTF-8, so ten to one the other way are certain.
+bool isUtf8ButForAFew(const Utf8Share& share) { return share.characters / 10 >= share.strays; }
+
+/// No text is this in another encoding, and the detector would not know.
+bool isMixedWithUtf8(const Utf8Share& share) {
+  return share.characters >= 2 && share.characters >= share.strays;
+}
+
+DocumentError untold(bool mixed) {
+  if (mixed)
+    return {Problem::encoding, "The text is partly UTF-8 and partly not, so its encoding cannot be told.",
+            "Mend it, or say how to read it with --encoding NAME (as UTF-8, bytes that are none stay as they "
+            "are)."};
+  return {Problem::encoding, "The encoding of this text cannot be told for certain from the text alone.",
+          "Say which one it is with --encoding NAME, for instance --encoding Windows-1252."};
+}
+
+/// Throws where a byte means nothing in the encoding.
+void requireDecodes(ByteSpan bytes, const Named& named) {
+  if (named.coding.encoding != Encoding::codePage) return;
+  std::size_t line = 1;
+  forEachToken(bytes, named.coding, [&](const Token& token) {
+    if (isStray(token.codePoint))
+      throw DocumentError(Problem::encoding,
+                          "The text is not " + named.name + ": line " + std::to_string(line) +
+                              " holds a byte that means nothing in it.",
+                          "Give another --encoding NAME, or leave the option out where the text tells its "
+                          "encoding.");
+    if (token.lineEnd) ++line;
+  });
+}
+
+/// Without a mark.
+Storage storageOf(const base::Bytes& file, const formats::Hint& hint) {
+  const ByteSpan bytes = file.view;
+  Storage storage;
+  std::optional<Named> named;
+  if (!hint.encoding.empty()) named = encodingOf(hint.encoding);
+  if (named && hint.certain && named->coding.encoding != Encoding::utf8) {
+    storage.survey = surveyOf(bytes);
+  } else {
+    lookOver(bytes, file, storage);
+  }
+  const auto as = [&](const Named& which) {
+    storage.coding = which.coding;
+    storage.name = which.name;
+    return storage;
+  };
+  const auto said = [&](const Named& which) {
+    storage.strayBytes = which.coding.encoding == Encoding::utf8 && !storage.utf8.valid;
+    requireDecodes(bytes, which);
+    return as(which);
+  };
+  const bool zeros = storage.survey.lowest == 0;  // as every Latin letter in UTF-16 has it
+  if (named && (hint.certain || (zeros && isUtf16(named->coding.encoding)))) return said(*named);
+  if (zeros && readsAsUtf16<Encoding::utf16Little>(bytes)) return as({{Encoding::utf16Little}, "UTF-16LE"});
+  if (zeros && readsAsUtf16<Encoding::utf16Big>(bytes)) return as({{Encoding::utf16Big}, "UTF-16BE"});
+  if (storage.survey.highest < 0x80 && named) return said(*named);
+  if (storage.survey.highest < 0x80) {
+    requireNoShifts(bytes);
+    return as(utf8Named());
+  }
+  if (storage.utf8.valid) return as(utf8Named());
+  const Utf8Share share = utf8ShareOf(bytes);
+  if (isUtf8ButForAFew(share)) {
+    storage.strayBytes = storage.guessed = true;
+    return as(utf8Named());
+  }
+  if (named) return said(*named);
+  if (zeros || isMixedWithUtf8(share)) throw untold(!zeros);
+  const auto guess = guessed(bytes, storage.survey);
+  if (!guess) throw untold(false);
+  storage.guessed = true;
+  return as(*guess);
+}
+
+/// Before anything looks at all of the bytes.
+void requireReachable(ByteSpan bytes, std::size_t bytesPerUnit) {
+  if (bytes.size() / bytesPerUnit >= static_cast<std::size_t>(text::kMaxLength))
+    throw DocumentError(Problem::tooLarge,
+                        "The text has more than two thousand million characters; split the file.");
+}
+
+}  // namespace
+
+Storage detect(const base::Bytes& file, const formats::Hint& hint) {
+  const ByteSpan bytes = file.view;
+  const bool wholeUtf32 = bytes.size() % 4 == 0;
+  if (wholeUtf32 && (startsWith(bytes, {0xFF, 0xFE, 0, 0}) || startsWith(bytes, {0, 0, 0xFE, 0xFF})))
+    throw DocumentError(Problem::unsupported,
+                        "The text is stored as UTF-32, which is not read here; save it as UTF-8 first.");
+  const bool little = startsWith(bytes, {0xFF, 0xFE});
+  const bool big = startsWith(bytes, {0xFE, 0xFF});
+  requireReachable(bytes, little || big ? 2 : 1);
+  if (little || big) {
+    Storage storage;
+    storage.coding.encoding = little ? Encoding::utf16Little : Encoding::utf16Big;
+    storage.markLength = 2;
+    storage.name = little ? "UTF-16LE" : "UTF-16BE";
+    return storage;
+  }
+  if (startsWith(bytes, {0xEF, 0xBB, 0xBF})) {
+    Storage storage;
+    storage.markLength = 3;
+    storage.name = "UTF-8";
+    lookOver(bytes.subspan(storage.markLength), file, storage);
+    storage.strayBytes = !storage.utf8.valid;
+    return storage;
+  }
+  return storageOf(file, hint);
+}
+
+}  // namespace pluvo::plain

@@ -1,0 +1,62 @@
+#include "plain/plain_format.h"
+
+#include "decoder.h"
+#include "formats/signature.h"
+#include "plain_source.h"
+
+#include <algorithm>
+#include <array>
+#include <memory>
+
+namespace pluvo::plain {
+
+using base::ByteSpan;
+
+namespace {
+
+constexpr std::array<std::string_view, 8> kExtensions = {"", "txt", "text", "asc", "log", "md", "csv", "tsv"};
+
+/// Of a text that lies in its bytes.
+LineEnd commonLineEndOf(ByteSpan bytes, const Storage& storage) {
+  if (storage.utf8.valid)
+    return commonLineEnd({storage.utf8.lineFeeds, storage.utf8.pairs, storage.utf8.carriageReturns}, storage);
+  if (!storage.survey.carriageReturns && std::ranges::find(bytes, '\n') != bytes.end())
+    return LineEnd::lineFeed;
+  const auto count = [&](char end) { return static_cast<std::size_t>(std::ranges::count(bytes, end)); };
+  return commonLineEnd({count('\n'), 0, count('\r')}, storage);
+}
+
+}  // namespace
+
+bool PlainFormat::recognises(ByteSpan bytes, std::string_view extension) const {
+  return std::ranges::find(kExtensions, extension) != kExtensions.end() && !formats::signatureOf(bytes);
+}
+
+std::span<const std::string_view> PlainFormat::extensions() const { return kExtensions; }
+
+formats::Opened PlainFormat::read(base::Bytes bytes, const formats::Hint& hint) const {
+  const Storage storage = detect(bytes, hint);
+  const ByteSpan content = bytes.view.subspan(storage.markLength);
+  const auto opened = [&](text::OriginalText text, LineEnd lineEnd, ByteMap map) {
+    return formats::Opened{document::plainContent(std::move(text)),
+                           std::make_unique<PlainSource>(std::move(bytes), storage, lineEnd, std::move(map)),
+                           std::nullopt,
+                           storage.name,
+                           storage.guessed,
+                           storage.guessed ? formats::Hint{storage.name} : hint};
+  };
+  static_assert(base::Bytes::kBehind == text::kParagraphMark);
+  if (storage.utf8.text != nullptr && storage.coding.encoding == Encoding::utf8) {
+    return opened(text::OriginalText(storage.utf8.text), commonLineEndOf(content, storage),
+                  ByteMap(storage.utf8.text));
+  }
+  if (liesAsText(content, storage)) {
+    text::OriginalText text(ByteSpan(content.data(), content.size() + 1), true, bytes.owner);
+    const LineEnd lineEnd = commonLineEndOf(content, storage);
+    return opened(std::move(text), lineEnd, ByteMap());
+  }
+  Decoded decoded = decode(content, storage, bytes);
+  return opened(std::move(decoded.text), decoded.commonLineEnd, std::move(decoded.map));
+}
+
+}  // namespace pluvo::plain

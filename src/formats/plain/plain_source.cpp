@@ -1,0 +1,66 @@
+#include "plain_source.h"
+
+#include "writer.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+
+namespace pluvo::plain {
+
+using text::Position;
+
+std::optional<std::string> PlainSource::refusesText(std::u16string_view newText) const {
+  if (holdsAll(storage_.coding, newText)) return std::nullopt;
+  const auto point = firstWithoutPlace(storage_.coding, newText);
+  std::array<char, 16> name = {};
+  std::snprintf(name.data(), name.size(), "U+%04X", static_cast<unsigned>(*point));
+  if (*point >= 0xD800 && *point < 0xE000)
+    return std::string("The new text holds half of a character (") + name.data() + "), which " +
+           storage_.name + ", the encoding of this file, has no place for; give whole characters.";
+  return std::string("The new text holds the character ") + name.data() + ", which " + storage_.name +
+         ", the encoding of this file, does not have; save the file as UTF-8 first, or leave the character "
+         "out.";
+}
+
+void PlainSource::copyPiece(const text::OriginalText& original, Position from, Position to,
+                            Writer& writer) const {
+  // Half of a character whose bytes stand for two units is written as a unit.
+  const auto encodeUnitAt = [&](Position position) {
+    const char16_t unit = original[position];
+    writer.encode(std::u16string_view(&unit, 1));
+  };
+  ByteMap::Place begin = map_.placeOf(from);
+  if (begin.insidePair) {
+    encodeUnitAt(from);
+    begin = map_.placeOf(++from);
+  }
+  const ByteMap::Place end = map_.placeOf(to);
+  const base::ByteSpan content = bytes_.view.subspan(storage_.markLength);
+  if (begin.offset < end.offset) {
+    writer.copy(content.subspan(begin.offset, end.offset - begin.offset), [this] {
+      if (map_.isDecoded()) bytes_.release();  // the text itself does not lie there
+    });
+  }
+  if (end.insidePair) encodeUnitAt(to - 1);
+}
+
+void PlainSource::write(const document::Model& model, base::Output& out) const {
+  out.write(bytes_.view.first(storage_.markLength));
+  Writer writer(storage_.coding, storage_.name, lineEnd_, out);
+  Position left = model.length() - 1;  // the last paragraph mark has no bytes
+  model.text().forEachPiece([&](const text::Piece& piece, std::u16string_view newText) {
+    const Position length = std::min(piece.length, left);
+    if (length <= 0) return;
+    left -= length;
+    if (piece.isNew())
+      writer.encode(newText.substr(0, static_cast<std::size_t>(length)));
+    else
+      copyPiece(model.text().original(), piece.original, piece.original + length, writer);
+  });
+  writer.finish();
+  const std::size_t odd = (bytes_.view.size() - storage_.markLength) % unitSize(storage_.coding.encoding);
+  out.write(bytes_.view.last(odd));  // half of a unit at the end of the file
+}
+
+}  // namespace pluvo::plain

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "base/bytes.h"
+#include "decoder.h"
+#include "formats/format.h"
+
+namespace pluvo::plain {
+
+class Writer;
+
+/// What stays of a text file: its bytes, and where each position's bytes lie.
+class PlainSource final : public formats::Source {
+ public:
+  /// The map is of the bytes behind the byte order mark.
+  PlainSource(base::Bytes bytes, const Storage& storage, LineEnd lineEnd, ByteMap map)
+      : bytes_(std::move(bytes)), storage_(storage), lineEnd_(lineEnd), map_(std::move(map)) {}
+
+  std::optional<std::string> refusesText(std::u16string_view newText) const override;
+  bool holdsHighlight() const override { return false; }
+  void write(const document::Model& model, base::Output& out) const override;
+  std::uint64_t unpackedSize() const override { return bytes_.view.size(); }
+
+ private:
+  /// Writes [from, to) of the original text.
+  void copyPiece(const text::OriginalText& original, text::Position from, text::Position to,
+                 Writer& writer) const;
+
+  base::Bytes bytes_;
+  Storage storage_;
+  LineEnd lineEnd_;
+  ByteMap map_;
+};
+
+}  // namespace pluvo::plain

@@ -1,0 +1,126 @@
+#pragma once
+
+#include "document/content.h"
+#include "document/live_ranges.h"
+#include "document/medium.h"
+#include "document/model.h"
+#include "document/observer.h"
+#include "text/positions.h"
+#include "word/enums.h"
+#include "word/word_processor.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace pluvo::memory {
+
+class MemoryApplication;
+
+/// Is told what becomes of a document, for whoever shows it.
+class DocumentObserver : public document::Observer {
+ public:
+  virtual void selected(text::Span /*span*/) {}
+  /// Field codes show instead of results, or the reverse.
+  virtual void viewChanged() {}
+};
+
+/// A word-processor document that lives in memory. Its ranges, find objects and windows keep it alive, but
+/// not its text: once it is closed, whatever asks for that is a Fault 5825.
+///
+/// Positions outside the text are a Fault 4608.
+class MemoryDocument : public word::Document, public std::enable_shared_from_this<MemoryDocument> {
+ public:
+  /// Without a medium the document holds everything. The name is for reports; the path, bytes as the file
+  /// system has them, is the opener's.
+  static std::shared_ptr<MemoryDocument> create(document::Content content,
+                                                std::shared_ptr<const document::Medium> medium = nullptr,
+                                                std::u16string name = {}, std::string path = {});
+
+  std::shared_ptr<word::Range> Range(std::int32_t start, std::int32_t end) override;
+  std::u16string Name() override { return name_; }
+  std::u16string Path() override;
+  std::shared_ptr<word::Window> ActiveWindow() override;
+  /// Fault 5941 where the document is open in no word processor; so also Close.
+  void Activate() override;
+
+  bool ReadOnly() override;
+  /// Documents in memory have no password for changing them: clearing it leaves them as they are, and setting
+  /// one is a Fault 4605.
+  void WritePassword(const std::u16string& password) override;
+  word::WdProtectionType ProtectionType() override;
+  /// Fault 4605 when the document is not protected.
+  void Unprotect(const std::u16string& password) override;
+  /// Resets no form field. Fault 4605 when the document is protected already.
+  void Protect(word::WdProtectionType type, const std::u16string& password) override;
+  std::shared_ptr<word::Range> StoryRanges(word::WdStoryType story) override;
+
+  bool Saved() override;
+  void Close(bool saveChanges) override;
+
+  const std::string& path() const { return path_; }
+  const std::shared_ptr<const document::Medium>& medium() const { return medium_; }
+
+  bool isOpen() const { return open_.has_value(); }
+  /// Gives the text back. Saving comes before, and is the opener's.
+  void close() { open_.reset(); }
+
+  document::Model& model() { return open().model; }
+  /// What the user has selected, or the insertion point.
+  text::Span selection() { return open().selection.span(); }
+  /// Sets the start, then the end: an inverted pair collapses at its end.
+  void select(text::Span span);
+
+  /// What finds, texts and counts see.
+  text::View view() const { return view_; }
+  void showFieldCodes(bool value);
+
+  /// None where null. Outlives the document or is taken away first.
+  void observer(DocumentObserver* observer);
+  /// The document has gone on under another path, bytes as the file system has them.
+  void moveTo(std::string path);
+
+  /// Whether a password lifts the protection.
+  using PasswordCheck = std::function<bool(const std::u16string& password)>;
+  /// A document protected in whatever way refuses every edit (Fault 6124). Without a check any password lifts
+  /// the protection.
+  word::WdProtectionType protection() const { return protection_; }
+  void protect(word::WdProtectionType type, PasswordCheck check = {});
+  /// Lifts the protection where the password does; whether it did.
+  bool unprotect(const std::u16string& password);
+
+  /// The span a pair of positions makes in this text: start is set first, then end.
+  text::Span spanOf(std::int32_t start, std::int32_t end);
+  void requirePosition(std::int32_t position);
+  /// Whether the document takes an edit that brings this text. A text the file cannot hold is a Fault 5843.
+  void requireEditable(std::u16string_view newText);
+  /// Whether it takes highlighting. An unknown colour is a Fault 5843, a file without a place for it 4605.
+  void requireHighlightable(std::int32_t colour);
+
+ private:
+  friend class MemoryApplication;
+
+  struct Open {
+    explicit Open(document::Content content) : model(std::move(content)) {}
+    document::Model model;
+    document::LiveRange selection{model.liveRanges(), {}};
+  };
+
+  MemoryDocument() = default;
+  Open& open();
+  MemoryApplication& application() const;
+
+  std::optional<Open> open_;
+  std::shared_ptr<const document::Medium> medium_;
+  std::u16string name_;
+  std::string path_;
+  text::View view_ = text::View::results;
+  word::WdProtectionType protection_ = word::wdNoProtection;
+  PasswordCheck passwordCheck_;
+  DocumentObserver* observer_ = nullptr;
+  /// The word processor it is open in.
+  MemoryApplication* application_ = nullptr;
+};
+
+}  // namespace pluvo::memory

@@ -1,0 +1,128 @@
+#pragma once
+
+#include "files/saving.h"
+
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+/// What makes a run undoable: the bytes of every document it replaced, and which version it put there.
+///
+/// A journal is a folder of runs, each a folder of its own named after the time it began: "journal", a text
+/// of one record a line, "lock", held while the run lasts, and the originals, numbered. Only the user may
+/// enter: a journal that belongs to somebody else, or that others may write, is refused. On the disk of the
+/// journal an original is the document's own file: swapped with the new version and then moved here, so that
+/// its record also says where it lies between the two; from elsewhere it is a copy. Record and copy are on
+/// disk before the document is replaced; so whatever moment a run or an undo is killed at, an undo puts back
+/// exactly what was replaced. What lies beside a document is on record as well, and the undo, or the next run
+/// that changes something, removes what a killed program left there.
+namespace pluvo::journal {
+
+/// Where the journal is: "pluvo/runs" in $XDG_STATE_HOME, by default in ~/.local/state. Nothing where neither
+/// that variable nor HOME is set.
+std::optional<std::string> defaultFolder();
+
+/// A new file beside the folder of runs, in a folder that is made where it is missing and refused as a
+/// journal is. Throws DocumentError (io) and std::system_error.
+files::Handle createBeside(files::FileSystem& system, const std::string& folder, const std::string& name);
+
+/// The originals of all runs together take no more than this: the oldest runs go first, and a run that needs
+/// more by itself keeps what fits.
+inline constexpr std::uint64_t kDefaultLimit = std::uint64_t{4} * 1024 * 1024 * 1024;
+
+class OwnFolder;
+struct Record;
+
+/// The journal of the run that is going on. May be used from several threads.
+class Recorder {
+ public:
+  /// Makes the folder where it is missing. The command is what undo's list shows. Throws DocumentError (io).
+  Recorder(files::FileSystem& system, std::string folder, std::string command,
+           std::uint64_t limit = kDefaultLimit);
+  Recorder(const Recorder&) = delete;
+  Recorder& operator=(const Recorder&) = delete;
+  /// A run that replaced nothing leaves nothing.
+  ~Recorder();
+
+  /// To be called before each document is replaced (files::NewVersion::beforeReplacing). Throws DocumentError
+  /// where the original cannot be kept, so that the document is not replaced. What is returned must not
+  /// outlive this.
+  std::unique_ptr<files::Keeping> keep(const files::Replacement& replacement);
+
+  /// The name of the run, by which it is taken back; empty while no original is kept.
+  std::string name() const;
+  /// Documents replaced without being kept, since the limit was reached.
+  std::uint64_t notKept() const;
+
+ private:
+  class Kept;
+  class Dropped;
+  struct Other {
+    std::string name;
+    std::uint64_t size = 0;
+  };
+  void append(const Record& record);
+  void forgetUnlessReplaced(const files::Replacement& replacement, std::uint64_t number);
+  bool makeRoom(std::uint64_t size);
+  bool forget(const std::string& name, const OwnFolder& run);
+  void weighOthers();
+
+  files::FileSystem& system_;
+  std::string folder_;
+  std::unique_ptr<OwnFolder> runs_;
+  std::string name_;  ///< the run's
+  std::unique_ptr<OwnFolder> run_;
+  std::uint64_t limit_;
+  std::unique_ptr<files::OpenFile> lock_;
+  std::optional<files::OpenFile> journal_;
+  mutable std::mutex mutex_;
+  bool torn_ = false;           ///< the journal's last line may lack its end
+  bool namesOnDisk_ = false;    ///< of the run's folder and the journal in it
+  std::uint64_t numbers_ = 0;   ///< given to originals
+  std::uint64_t replaced_ = 0;  ///< documents, kept or not
+  std::uint64_t notKept_ = 0;
+  std::uint64_t size_ = 0;                   ///< of this run's originals
+  std::optional<std::deque<Other>> others_;  ///< the other runs, the oldest first, weighed when first needed
+  std::uint64_t othersSize_ = 0;
+};
+
+/// A run as undo's list shows it.
+struct Run {
+  std::string name;  ///< "20261121-142233-0": the time it began (UTC), and a number among those of one second
+  std::string command;
+  std::uint64_t documents = 0;
+  std::uint64_t notKept = 0;
+  std::uint64_t bytes = 0;
+  bool going = false;  ///< still running
+  /// undo refuses it, since its folder or journal is not the user's alone; nothing else is known of it.
+  bool refused = false;
+};
+
+/// The runs that can be taken back, or are refused, the oldest first.
+std::vector<Run> runs(files::FileSystem& system, const std::string& folder);
+
+enum class Outcome {
+  restored,
+  asBefore,  ///< the run never came to replace it, or an earlier undo put it back
+  failed,
+};
+
+struct Undone {
+  std::string path;
+  Outcome outcome = Outcome::restored;
+  std::optional<errors::DocumentError> problem = std::nullopt;  ///< where it failed
+};
+
+/// Takes a run back, the last document first: bytes, permissions and time of last change; the document's own
+/// file comes back where it was kept. A document that changed since is left as it is (DocumentError changed).
+/// A run that was taken back whole is forgotten; what could not be put back, and nothing else, can be tried
+/// again.
+void undo(files::FileSystem& system, const std::string& folder, const std::string& run,
+          const std::function<void(const Undone&)>& report);
+
+}  // namespace pluvo::journal

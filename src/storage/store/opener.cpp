@@ -1,0 +1,117 @@
+#include "store/opener.h"
+
+#include "base/names.h"
+#include "base/utf.h"
+#include "errors/fault.h"
+#include "word/faults.h"
+
+#include <utility>
+
+namespace pluvo::store {
+
+using errors::DocumentError;
+using errors::Problem;
+
+namespace {
+
+/// Of whoever has the document open.
+constexpr const char* kWhatToDo = " Save the text under another name, or close it and open the file again.";
+
+/// Of whoever works on files that nobody opened.
+constexpr const char* kChooseThere = " Open it by itself, and choose its encoding there.";
+
+std::string withoutAdvice(const DocumentError& error) {
+  return error.happened().empty() ? error.what() : error.happened();
+}
+
+errors::Fault faultOf(std::int32_t number, const std::string& path, const std::string& trouble) {
+  const std::string name = path.substr(path.rfind('/') + 1);
+  return {number, base::nameText(name) + u": " + base::utf16(trouble)};
+}
+
+bool mayNot(Problem problem) { return problem == Problem::readOnly || problem == Problem::locked; }
+
+std::int32_t openingFault(Problem problem) {
+  // Not "wrong password": nobody is asked for one here, so that asking again would come to the same.
+  if (problem == Problem::password) return word::kNotAvailable;
+  if (problem == Problem::io) return word::kFileNotFound;
+  return word::kFileCorrupted;
+}
+
+std::int32_t savingFault(Problem problem) {
+  return mayNot(problem) ? word::kFileReadOnly : word::kCannotSave;
+}
+
+}  // namespace
+
+StoredFile::StoredFile(std::unique_ptr<StoredDocument> stored, SaveAsChooser chooser, Running running)
+    : stored_(std::move(stored)), chooser_(std::move(chooser)), running_(std::move(running)) {}
+
+std::optional<errors::Fault> StoredFile::obstacle() const {
+  std::optional<DocumentError> obstacle;
+  running_([&] { obstacle = stored_->obstacle(); });  // a busy disk takes its time for this, too
+  if (!obstacle || !mayNot(obstacle->problem())) return std::nullopt;
+  return faultOf(word::kFileReadOnly, stored_->path(), obstacle->what());
+}
+
+void StoredFile::save() {
+  SaveOptions options;
+  if (const auto mayNotBeWritten = obstacle()) {
+    if (chooser_) options.otherPath = chooser_(stored_->path());
+    if (!options.otherPath) throw errors::Fault(*mayNotBeWritten);
+  }
+  run(options.otherPath.value_or(stored_->path()), [&] { notKept_ = stored_->save(options).notKept; });
+}
+
+void StoredFile::saveAs(const std::string& path) {
+  run(path, [&] { stored_->saveAs(path); });
+  notKept_ = {};  // a file under another name is the user's
+  stored_->document()->moveTo(path);
+}
+
+void StoredFile::run(const std::string& path, const std::function<void()>& work) const {
+  try {
+    running_(work);
+  } catch (const DocumentError& error) {
+    const std::string trouble = error.happened().empty() ? error.what() : error.happened() + kWhatToDo;
+    throw faultOf(savingFault(error.problem()), path, trouble);
+  }
+}
+
+StoreOpener::StoreOpener(Store store, SaveAsChooser chooser, Running running)
+    : store_(std::move(store)), chooser_(std::move(chooser)), running_(std::move(running)) {}
+
+std::unique_ptr<StoredDocument> StoreOpener::openStored(const std::string& path) {
+  std::string encoding = readAs_;
+  for (;;) {
+    try {
+      std::unique_ptr<StoredDocument> stored;
+      running_([&] {
+        stored = store_.open(path, {.temporaryFiles = true,
+                                    .protectedDocuments = true,
+                                    .lockedForGood = true,
+                                    .hint = {.encoding = encoding, .certain = !encoding.empty()}});
+      });
+      return stored;
+    } catch (const DocumentError& error) {
+      if (error.problem() != Problem::encoding || !encodingChooser_) throw;
+      const auto chosen = encodingChooser_(path, withoutAdvice(error));
+      if (!chosen) throw;
+      encoding = *chosen;
+    }
+  }
+}
+
+memory::OpenedFile StoreOpener::open(const std::string& path) {
+  try {
+    auto stored = openStored(path);
+    const auto document = stored->document();
+    return {document, std::make_shared<StoredFile>(std::move(stored), chooser_, running_)};
+  } catch (const DocumentError& error) {
+    const bool untold = error.problem() == Problem::encoding;
+    throw faultOf(openingFault(error.problem()), path,
+                  untold ? withoutAdvice(error) + kChooseThere : error.what());
+  }
+}
+
+}  // namespace pluvo::store

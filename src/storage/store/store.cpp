@@ -1,0 +1,175 @@
+#include "store/store.h"
+
+#include "base/names.h"
+#include "base/utf.h"
+#include "errors/fault.h"
+#include "files/reading.h"
+#include "known_formats.h"
+#include "same_text.h"
+#include "word/faults.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace pluvo::store {
+
+using errors::DocumentError;
+using errors::Problem;
+
+namespace {
+
+/// A version that is not checked yet keeps its document's bytes and text in memory, and is then read as a
+/// whole. Of larger documents, unpacked, no more are to be there than are worked on.
+constexpr std::uint64_t kMostUnchecked = std::uint64_t{512} << 10U;
+
+std::string_view nameIn(std::string_view path) { return path.substr(path.rfind('/') + 1); }
+
+void requireWhole(const base::Bytes& bytes) {
+  if (bytes.vanished())
+    throw DocumentError(
+        Problem::changed,
+        "Part of the file could not be read any more: another program cut it short, or the disk "
+        "failed. Nothing was written; open it again.");
+}
+
+DocumentError otherText() {
+  return {Problem::encoding,
+          "Read back, the new version would not be the same text, because its kind or encoding "
+          "could no longer be told; nothing was changed. Save the original as UTF-8 with a byte "
+          "order mark, or as .docx, first."};
+}
+
+formats::Opened readAgain(const formats::Format& format, const base::Bytes& written,
+                          const formats::Hint& hint) {
+  try {
+    return format.read(written, hint);
+  } catch (const DocumentError& unreadable) {
+    if (unreadable.problem() == Problem::encoding) throw otherText();
+    throw;
+  }
+}
+
+}  // namespace
+
+std::optional<DocumentError> StoredDocument::obstacle() const {
+  return files::obstacleToSaving(*system_, path_);
+}
+
+void StoredDocument::protect(const formats::Protection& protection) {
+  hashesForPassword_ = protection.hashes;
+  auto check = protection.isLiftedBy;
+  if (!protection.obstacle.empty()) {
+    check = [obstacle = protection.obstacle](const std::u16string&) -> bool {
+      throw errors::Fault(word::kNotAvailable, base::utf16(obstacle)).with(Problem::unsupported);
+    };
+  }
+  document_->protect(protection.type, std::move(check));
+}
+
+bool StoredDocument::isAt(const std::string& path) const {
+  return path == path_ || files::isSameFile(*system_, path, path_);
+}
+
+void StoredDocument::requireUnchangedFile() const {
+  requireWhole(bytes_);
+  files::requireUnchanged(*system_, path_, stamp_);
+}
+
+StoredDocument::Outcome StoredDocument::save(const SaveOptions& options) {
+  const auto pending = beginSave(options);
+  if (pending == nullptr) return {};
+  files::Saved saved = pending->finish();
+  if (!options.otherPath) {
+    stamp_ = saved.stamp;
+    document_->model().saved();
+  }
+  return {true, std::move(saved.backup), saved.notKept};
+}
+
+std::unique_ptr<files::Pending> StoredDocument::beginSave(const SaveOptions& options) const {
+  if (!document_->model().changed()) return nullptr;
+  const files::NewVersion version = newVersion(path_, options);
+  if (!options.otherPath && path_ != readPath_) requireFileNotOverwritten();
+  auto pending =
+      options.otherPath
+          ? files::beginCreatingFile(*system_, *options.otherPath, path_, stamp_, version, options.otherRoot)
+          : files::beginReplacingFile(*system_, path_, stamp_, version, options.backupSuffix);
+  const auto length = static_cast<std::uint64_t>(document_->model().length());
+  if (std::max(source_->unpackedSize(), length) > kMostUnchecked) pending->check();
+  return pending;
+}
+
+void StoredDocument::saveAs(const std::string& path) {
+  requireFileNotOverwritten();
+  stamp_ = files::writeElsewhere(*system_, path, path_, newVersion(path)).stamp;
+  path_ = path;
+  document_->model().saved();
+}
+
+/// A large text lies in its file: one that was written over in place is no longer the text on screen.
+void StoredDocument::requireFileNotOverwritten() const {
+  if (bytes_.file == nullptr || !bytes_.file->overwritten()) return;
+  throw DocumentError(Problem::changed,
+                      "Another program wrote into the file while it was open here, and the text is no longer "
+                      "known; nothing was written. Open the file again.");
+}
+
+files::NewVersion StoredDocument::newVersion(const std::string& path, const SaveOptions& options) const {
+  return {[this](base::Output& out) {
+            source_->write(document_->model(), out);
+            requireWhole(bytes_);
+          },
+          [registry = registry_, format = format_, bytes = bytes_, text = document_->model().text(),
+           extension = std::string(formats::extensionOf(path)), hint = again_](const base::Bytes& written) {
+            if (registry->find(written.view, extension) != format) throw otherText();
+            // So that never more than one of the two files is in memory.
+            bytes.release();
+            const formats::Opened again = readAgain(*format, written, hint);
+            const auto release = [&] {
+              bytes.release();
+              written.release();
+            };
+            if (!sameText(text, again.content.text, release)) throw otherText();
+          },
+          options.beforeReplacing};
+}
+
+Store::Store(files::FileSystem& system)
+    : system_(&system), registry_(std::make_shared<const formats::Registry>(knownFormats())) {}
+
+std::unique_ptr<StoredDocument> Store::open(const std::string& path, const Also& also) const {
+  const std::string_view name = nameIn(path);
+  if (!also.temporaryFiles && name.starts_with('~'))
+    throw DocumentError(
+        Problem::temporary,
+        "The name begins with \"~\": this is a word processor's temporary file. It was skipped; "
+        "rename it if it is a document.");
+  files::FileContent file = also.folderLength ? files::readFileBelow(*system_, path, *also.folderLength)
+                                              : files::readFile(*system_, path);
+  auto opened = std::unique_ptr<StoredDocument>(new StoredDocument);
+  opened->system_ = system_;
+  opened->registry_ = registry_;
+  opened->format_ = &registry_->formatOf(file.bytes.view, formats::extensionOf(path));
+  formats::Opened read = opened->format_->read(file.bytes, also.hint);
+  if (also.forReading) read.protection.reset();
+  if (read.protection && !read.protection->obstacle.empty() && !also.lockedForGood)
+    throw DocumentError(Problem::unsupported, read.protection->obstacle);
+  if (read.protection && !also.protectedDocuments)
+    throw DocumentError(
+        Problem::protection,
+        "The document is protected against editing; lift the protection in a word processor, or "
+        "give its password with --password-file (an empty file where it has none).");
+  opened->source_ = std::move(read.source);
+  opened->encoding_ = std::move(read.encoding);
+  opened->isEncodingGuessed_ = read.isEncodingGuessed;
+  opened->again_ = std::move(read.again);
+  opened->document_ =
+      memory::MemoryDocument::create(std::move(read.content), opened->source_, base::nameText(name), path);
+  if (read.protection) opened->protect(*read.protection);
+  opened->path_ = opened->readPath_ = path;
+  opened->stamp_ = file.stamp;
+  opened->bytes_ = std::move(file.bytes);
+  return opened;
+}
+
+}  // namespace pluvo::store

@@ -1,0 +1,46 @@
+#include "document/model.h"
+
+#include <gtest/gtest.h>
+
+namespace pluvo::document {
+namespace {
+
+using text::Position;
+using text::Span;
+using text::View;
+
+/// A hundred thousand beginnings and one ending behind them all, with an edit at each beginning, at the
+/// ending, and with a text between them that is not there: a search to the ending for each would take
+/// minutes.
+class FarEnding : public ::testing::TestWithParam<bool> {};
+
+TEST_P(FarEnding, IsSearchedForOnce) {
+  const bool editsBeginnings = GetParam();
+  constexpr int kBeginnings = 100'000;
+  std::u16string text;
+  for (int i = 0; i < kBeginnings; ++i) text += u"begin some text ";
+  text += u"end.\r";
+  Model model(plainContent(text::OriginalText(text)));
+  const auto find = [&](const char16_t* what, Span span) {
+    return model.find({std::make_shared<const std::u16string>(what), {false, true}}, span, View::results);
+  };
+  int found = 0;
+  for (Position from = 0; const auto begin = find(u"begin", {from, model.length()}); ++found) {
+    const auto end = find(u"end", {begin->to, model.length()});
+    ASSERT_TRUE(end);
+    EXPECT_FALSE(find(u"inside", {begin->to, end->from}));
+    EXPECT_FALSE(find(u"end", {begin->to, end->from}));
+    from = begin->to;
+    if (editsBeginnings) {
+      from = model.insertBehind(from, u" x").to;
+    } else {
+      model.insertBefore(end->from, u"!");
+    }
+  }
+  EXPECT_EQ(found, kBeginnings);
+}
+
+INSTANTIATE_TEST_SUITE_P(FindMemory, FarEnding, ::testing::Bool());
+
+}  // namespace
+}  // namespace pluvo::document

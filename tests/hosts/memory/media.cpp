@@ -1,0 +1,146 @@
+#include "hosts/memory/media.h"
+
+#ifdef PLUVO_TESTS_DOCX
+#include "base/utf.h"
+#include "docx/docx_format.h"
+#include "formats/docx/document_builder.h"
+#include "formats/docx/package_check.h"
+#include "support/notation_parser.h"
+
+#include <map>
+#endif
+
+namespace pluvo::memory {
+
+namespace {
+
+Kept inMemory(std::string_view notation) { return {notation::Sample(notation)}; }
+
+#ifdef PLUVO_TESTS_DOCX
+using document::Look;
+
+/// Makes a notation the body of a main part: has the calls of document::ContentBuilder.
+class BodyBuilder {
+ public:
+  void append(char16_t unit, Look look = {}) {
+    if (unit == text::kParagraphMark) return paragraph(look);
+    static const std::map<char16_t, std::string> kElements = {{u'\t', "<w:tab/>"},
+                                                              {u'\v', "<w:br/>"},
+                                                              {u'\f', "<w:br w:type='page'/>"},
+                                                              {14, "<w:br w:type='column'/>"},
+                                                              {30, "<w:noBreakHyphen/>"},
+                                                              {31, "<w:softHyphen/>"}};
+    const auto element = kElements.find(unit);
+    const std::string name = !inCode_.empty() && inCode_.back() ? "w:instrText" : "w:t";
+    run(element != kElements.end()
+            ? element->second
+            : "<" + name + " xml:space='preserve'>" + base::utf8({&unit, 1}) + "</" + name + ">",
+        look);
+  }
+  bool beginField(Look look) { return inCode_.push_back(true), fieldMark("begin", look); }
+  bool separateField(Look look) { return inCode_.back() = false, fieldMark("separate", look); }
+  bool endField(Look look) { return inCode_.pop_back(), fieldMark("end", look); }
+  void beginTable() {
+    intoCell();
+    cells_.push_back(Cell::noRow);
+    body_ += "<w:tbl><w:tblPr/><w:tblGrid/>";
+  }
+  void cellMark(Look look) {
+    paragraph(look);
+    body_ += "</w:tc>";
+    cells_.back() = Cell::betweenCells;
+  }
+  void rowMark(Look) {
+    ++length_;
+    body_ += "</w:tr>";
+    cells_.back() = Cell::noRow;
+  }
+  void endTable() {
+    body_ += "</w:tbl>";
+    cells_.pop_back();
+  }
+  void sectionMark(Look look) { paragraph(look, "<w:sectPr/>"); }
+
+  text::Position length() const { return length_; }
+  std::size_t openFields() const { return inCode_.size(); }
+  std::size_t openTables() const { return cells_.size(); }
+  const std::string& body() const { return body_; }
+
+ private:
+  enum class Cell { noRow, betweenCells, open };
+
+  static std::string propertiesOf(Look look, const std::string& more = "") {
+    static const char* const kColours[] = {"", "black", "blue", "cyan", "green", "magenta", "red", "yellow"};
+    std::string result = look.hidden ? "<w:vanish/>" : "";
+    if (look.highlight != 0) result += "<w:highlight w:val='" + std::string(kColours[look.highlight]) + "'/>";
+    return (result.empty() ? result : "<w:rPr>" + result + "</w:rPr>") + more;
+  }
+
+  void paragraph(Look look, const std::string& properties = "") {
+    intoCell();
+    ++length_;
+    const std::string all = propertiesOf(look, properties);
+    body_ += "<w:p>" + (all.empty() ? "" : "<w:pPr>" + all + "</w:pPr>") + runs_ + "</w:p>";
+    runs_.clear();
+  }
+
+  void intoCell() {
+    if (cells_.empty() || cells_.back() == Cell::open) return;
+    body_ += cells_.back() == Cell::noRow ? "<w:tr><w:tc>" : "<w:tc>";
+    cells_.back() = Cell::open;
+  }
+
+  /// Joins the run before where that looks the same.
+  void run(const std::string& content, Look look) {
+    ++length_;
+    const std::string properties = propertiesOf(look);
+    if (!runs_.empty() && properties == lastProperties_) {
+      runs_.insert(runs_.rfind("</w:r>"), content);
+    } else {
+      runs_ += "<w:r>" + properties + content + "</w:r>";
+    }
+    lastProperties_ = properties;
+  }
+
+  bool fieldMark(const std::string& type, Look look) {
+    run("<w:fldChar w:fldCharType='" + type + "'/>", look);
+    return true;
+  }
+
+  std::string body_;
+  std::string runs_;  ///< of the paragraph at hand
+  std::string lastProperties_;
+  std::vector<Cell> cells_;
+  std::vector<bool> inCode_;
+  text::Position length_ = 0;
+};
+
+Kept asDocx(std::string_view notation) {
+  BodyBuilder builder;
+  notation::Ranges ranges = notation::Parser(notation, builder).parse();
+  const base::Bytes file = docx::documentOf(builder.body());
+  formats::Opened opened = docx::DocxFormat().read(file);
+  const std::shared_ptr<const formats::Source> source = std::move(opened.source);
+  const auto save = [file, source](const document::Model& model) {
+    base::MemoryOutput out;
+    source->write(model, out);
+    const base::Bytes written = base::Bytes::of(std::move(out.bytes()));
+    EXPECT_EQ(notation::print(docx::open(written).model), notation::print(model));
+    EXPECT_EQ(docx::worsened(docx::faultsOf(file), docx::faultsOf(written)), "");
+  };
+  return {notation::Sample({std::move(opened.content), std::move(ranges)}, source), save};
+}
+#endif
+
+}  // namespace
+
+const std::vector<Medium>& media() {
+#ifdef PLUVO_TESTS_DOCX
+  static const std::vector<Medium> all = {inMemory, asDocx};
+#else
+  static const std::vector<Medium> all = {inMemory};
+#endif
+  return all;
+}
+
+}  // namespace pluvo::memory

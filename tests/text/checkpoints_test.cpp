@@ -1,0 +1,125 @@
+#include "checkpoints.h"
+
+#include "plain_units.h"
+#include "support/dice.h"
+#include "unit_rules.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace pluvo::text {
+namespace {
+
+constexpr Position kSmallChunk = 8;
+
+Dice dice(17);
+Position upTo(Position n) { return dice.upTo(n); }
+
+/// Words, long runs of one unit, and everything that a rule treats in its own way.
+std::u16string someText(Position length) {
+  static constexpr std::u16string_view kUnits =
+      u"aab1  ...,,''?)\u201D\r\r\a\f\f\t\v\x02\x1F\u00A0\u2003\xD835\xDC00\xD83D\xDE00\u0301-";
+  std::u16string text;
+  while (static_cast<Position>(text.size()) < length) {
+    text.append(static_cast<std::size_t>(upTo(12) == 0 ? upTo(300) : 1), dice.of(kUnits));
+  }
+  text.resize(static_cast<std::size_t>(length));
+  return text;
+}
+
+template <class Rule>
+class Compared {
+ public:
+  Compared(Unit unit, const UnitText& text) : unit_(unit), checkpoints_(Rule(&text)) {}
+
+  void edited(Position from, Position to, Position newLength) { checkpoints_.edited(from, to, newLength); }
+
+  void ask(const PlainUnits& plain, Position length) {
+    const auto starts = plain.starts(unit_);
+    for (int i = 0; i < 4; ++i) {
+      const Position from = upTo(length);
+      const Position to = from + upTo(length - from);
+      const auto begin = std::lower_bound(starts.begin(), starts.end(), from);
+      const auto end = std::lower_bound(starts.begin(), starts.end(), to);
+      ASSERT_EQ(checkpoints_.count(from, to), end - begin) << from << ' ' << to;
+      const Position n = 1 + upTo(upTo(length));
+      const auto ahead = checkpoints_.forward(from, n);
+      ASSERT_EQ(ahead.count, std::min<std::ptrdiff_t>(n, starts.end() - begin));
+      if (ahead.count == n) {
+        ASSERT_EQ(ahead.position, begin[n - 1]);
+      }
+      const auto behind = checkpoints_.backward(to, n);
+      ASSERT_EQ(behind.count, std::min<std::ptrdiff_t>(n, end - starts.begin()));
+      if (behind.count == n) {
+        ASSERT_EQ(behind.position, end[-n]);
+      }
+    }
+  }
+
+ private:
+  Unit unit_;
+  Checkpoints<Rule, kSmallChunk> checkpoints_;
+};
+
+TEST(Checkpoints, TellUnitsThroughAllEdits) {
+  for (int round = 0; round < 40; ++round) {
+    std::u16string twin = someText(upTo(round % 4 == 0 ? 6000 : 300));
+    PieceText pieces{OriginalText(twin)};
+    const UnitText text{&pieces, isTestMark};
+    Compared<WordRule> words(Unit::word, text);
+    Compared<SentenceRule> sentences(Unit::sentence, text);
+    Compared<ParagraphRule> paragraphs(Unit::paragraph, text);
+    Position at = 0;
+    for (int step = 0; step < 50; ++step) {
+      const PlainUnits plain(twin);
+      ASSERT_NO_FATAL_FAILURE(words.ask(plain, pieces.length())) << round;
+      ASSERT_NO_FATAL_FAILURE(sentences.ask(plain, pieces.length())) << round;
+      ASSERT_NO_FATAL_FAILURE(paragraphs.ask(plain, pieces.length())) << round;
+      const Position length = pieces.length();
+      const Position from = upTo(3) == 0 ? upTo(length) : std::min(at, length);
+      const Position to = from + upTo(std::min(length - from, upTo(9) == 0 ? 500 : 6));
+      // Characters 7 and 12 keep their parity, by which the test tells marks.
+      std::u16string added = someText(upTo(upTo(9) == 0 ? 200 : 3));
+      if ((static_cast<Position>(added.size()) - (to - from)) % 2 != 0) added += u'x';
+      twin.replace(static_cast<std::size_t>(from), static_cast<std::size_t>(to - from), added);
+      pieces.replace(from, to, added, {});
+      const auto newLength = static_cast<Position>(added.size());
+      words.edited(from, to, newLength);
+      sentences.edited(from, to, newLength);
+      paragraphs.edited(from, to, newLength);
+      at = from + newLength + upTo(40);
+    }
+  }
+}
+
+TEST(Checkpoints, TellVisibleCharactersThroughAllEdits) {
+  for (int round = 0; round < 40; ++round) {
+    std::u16string twin(static_cast<std::size_t>(upTo(3000)), u'v');
+    RunMap<Visibility> map(static_cast<Position>(twin.size()), kEverywhere);
+    Checkpoints<VisibleRule, kSmallChunk> characters(VisibleRule(&map, View::codes));
+    for (int step = 0; step < 60; ++step) {
+      const Position length = map.length();
+      const Position from = upTo(length);
+      const Position to = from + upTo(std::min(length - from, 60));
+      const Position newLength = upTo(60);
+      const bool shown = upTo(1) == 0;
+      map.replace(from, to, newLength, shown ? kInCodes : kInResults);
+      twin.replace(static_cast<std::size_t>(from), static_cast<std::size_t>(to - from),
+                   static_cast<std::size_t>(newLength), shown ? u'v' : u'h');
+      characters.edited(from, to, newLength);
+      const Position begin = upTo(map.length());
+      const Position end = begin + upTo(map.length() - begin);
+      ASSERT_EQ(characters.count(begin, end), std::count(twin.begin() + begin, twin.begin() + end, u'v'));
+      const Position n = 1 + upTo(upTo(map.length()));
+      const auto found = characters.forward(begin, n);
+      ASSERT_EQ(found.count, std::min<std::ptrdiff_t>(n, std::count(twin.begin() + begin, twin.end(), u'v')));
+      if (found.count < n) continue;
+      ASSERT_EQ(twin[static_cast<std::size_t>(found.position)], u'v');
+      ASSERT_EQ(std::count(twin.begin() + begin, twin.begin() + found.position, u'v'), n - 1);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace pluvo::text

@@ -1,0 +1,150 @@
+#include "text/utf8_text.h"
+
+#include "scan.h"
+#include "support/dice.h"
+#include "utf8_scan.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace pluvo::text {
+namespace {
+
+/// The bytes read one at a time: the units, and for each where its character begins.
+struct PlainUtf8 {
+  bool valid = true;
+  std::u16string units;
+  std::vector<Utf8Text::Place> places;
+
+  explicit PlainUtf8(const std::string& bytes) {
+    for (std::size_t at = 0; valid && at < bytes.size();) {
+      const auto byte = [&](std::size_t i) -> char32_t {
+        return at + i < bytes.size() ? static_cast<std::uint8_t>(bytes[at + i]) : 0;
+      };
+      const std::size_t length = byte(0) < 0x80 ? 1 : byte(0) < 0xE0 ? 2 : byte(0) < 0xF0 ? 3 : 4;
+      char32_t point = length == 1 ? byte(0) : byte(0) & (0x7FU >> length);
+      valid = byte(0) < 0x80 || byte(0) >= 0xC0;
+      for (std::size_t i = 1; i < length; ++i) {
+        valid = valid && (byte(i) & 0xC0) == 0x80;
+        point = point << 6 | (byte(i) & 0x3F);
+      }
+      constexpr char32_t kLeast[] = {0, 0x80, 0x800, 0x10000};
+      valid = valid && point >= kLeast[length - 1] && point <= 0x10FFFF &&
+              (point < 0xD800 || point > 0xDFFF) && byte(0) < 0xF8;
+      const bool pair = point == U'\r' && byte(1) == U'\n';
+      if (point == U'\n') point = U'\r';
+      if (point > 0xFFFF) add(static_cast<char16_t>(0xD7C0 + (point >> 10)), {at, false});
+      if (point > 0xFFFF) point = 0xDC00 + (point & 0x3FF);
+      add(static_cast<char16_t>(point), {at, length == 4});
+      at += pair ? 2 : length;
+    }
+  }
+  void add(char16_t unit, Utf8Text::Place place) {
+    units += unit;
+    places.push_back(place);
+  }
+};
+
+class Generator : public Dice {
+ public:
+  using Dice::Dice;
+  std::string bytes() {
+    static const std::string parts[] = {"a",
+                                        "plain text without anything ",
+                                        "\r",
+                                        "\n",
+                                        "\r\n",
+                                        "ü",
+                                        "Ж",
+                                        "和",
+                                        "\uE000",
+                                        "\uD7FF",
+                                        "𝒜",
+                                        "\U0010FFFF",
+                                        std::string(1, '\0')};
+    static const std::string wrong[] = {
+        "\x80",         "\xC0\x80",         "\xC1\xBF",         "\xE0\x9F\xBF",
+        "\xED\xA0\x80", "\xF0\x8F\xBF\xBF", "\xF4\x90\x80\x80", "\xF5\x80\x80\x80",
+        "\xC3",         "\xE2\x82",         "\xF0\x9F\x98"};
+    std::string all;
+    const int kinds = oneIn(3) ? 2 : static_cast<int>(std::size(parts));
+    for (int left = upTo(oneIn(2) ? 20 : 1500); left > 0; --left) all += parts[upTo(kinds - 1)];
+    if (oneIn(3)) all.insert(static_cast<std::size_t>(upTo(std::ssize(all))), of(wrong));
+    return all;
+  }
+};
+
+TEST(Utf8Text, IsWhatReadingEveryByteTells) {
+  Generator generate(11);
+  for (int round = 0; round < 1500; ++round) {
+    const std::string bytes = generate.bytes();
+    const PlainUtf8 expected(bytes);
+    const auto held = std::make_shared<const std::string>(bytes + '\r');
+    const Utf8Text::Bytes span(reinterpret_cast<const std::uint8_t*>(held->data()), bytes.size());
+    const auto survey = Utf8Text::survey(span, held);
+    ASSERT_EQ(survey.valid, expected.valid) << "round " << round;
+    if (survey.text == nullptr) {
+      EXPECT_TRUE(!survey.valid || expected.units.size() == bytes.size());
+      continue;
+    }
+    const Utf8Text& text = *survey.text;
+    ASSERT_EQ(static_cast<std::size_t>(text.length()), expected.units.size() + 1);
+    const int step = 1 + generate.upTo(40);
+    for (int turn = 0, at = 0; turn < 200 && at < text.length(); ++turn, at += step) {
+      const Position position = generate.oneIn(3) ? generate.upTo(text.length() - 1) : at;
+      const auto index = static_cast<std::size_t>(position);
+      const auto place = text.placeOf(position);
+      const bool last = index == expected.units.size();
+      const Utf8Text::Place wanted = last ? Utf8Text::Place{bytes.size(), false} : expected.places[index];
+      ASSERT_EQ(place.offset, wanted.offset) << "round " << round << ", " << position;
+      ASSERT_EQ(place.insidePair, wanted.insidePair);
+      ASSERT_EQ(text[position], last ? u'\r' : expected.units[index]);
+      ASSERT_EQ(text.positionAt(place.offset) + (place.insidePair ? 1 : 0), position);
+      ASSERT_TRUE(text.beginsUnit(place.offset));
+      const Position to = position + generate.upTo(std::min(text.length() - position, 700));
+      std::u16string copy(static_cast<std::size_t>(to - position), u' ');
+      text.copy(position, to, copy.data());
+      ASSERT_EQ(copy, (expected.units + u'\r').substr(index, copy.size()));
+    }
+  }
+}
+
+TEST(Utf8Text, EveryKindOfProcessorSeesTheSame) {
+  if (!hasAvx2()) GTEST_SKIP();
+  Generator generate(12);
+  for (int round = 0; round < 1000; ++round) {
+    const std::string text = generate.bytes();
+    const auto* const bytes = reinterpret_cast<const std::uint8_t*>(text.data());
+    std::vector<std::uint32_t> notes[2];
+    Utf8Scan scans[2];
+    for (int i : {0, 1}) {
+      notes[i].resize(text.size() / kNoteInterval + 2);
+      scans[i].notes = notes[i].data();
+    }
+    const bool valid = surveyUtf8Anywhere(bytes, text.size(), scans[0]);
+    ASSERT_EQ(valid, surveyUtf8Avx2(bytes, text.size(), scans[1]));
+    if (!valid) continue;
+    ASSERT_EQ(notes[0], notes[1]);
+    ASSERT_EQ(std::tie(scans[0].units, scans[0].pairs, scans[0].zeros),
+              std::tie(scans[1].units, scans[1].pairs, scans[1].zeros));
+    const auto units = static_cast<std::size_t>(generate.upTo(static_cast<int>(scans[0].units)));
+    const Utf8Step step = walkUtf8Anywhere(bytes, text.size(), 0, units);
+    const Utf8Step other = walkUtf8Avx2(bytes, text.size(), 0, units);
+    ASSERT_EQ(std::tie(step.offset, step.left), std::tie(other.offset, other.left));
+    ASSERT_EQ(countUtf8Anywhere(bytes, text.size(), 0, step.offset), units - step.left);
+    const auto back = static_cast<std::size_t>(generate.upTo(static_cast<int>(units - step.left)));
+    if (back == 0) continue;
+    const Utf8Step there = walkUtf8Anywhere(bytes, text.size(), 0, units - step.left - back);
+    for (const auto walk : {walkBackUtf8Anywhere, walkBackUtf8Avx2}) {
+      const Utf8Step reached = walk(bytes, text.size(), step.offset, back);
+      ASSERT_EQ(std::tie(reached.offset, reached.left), std::tie(there.offset, there.left));
+    }
+    ASSERT_EQ(countUtf8Avx2(bytes, text.size(), 0, step.offset), units - step.left);
+  }
+}
+
+}  // namespace
+}  // namespace pluvo::text
