@@ -1,3 +1,6 @@
+// No program for Windows asks for this.
+#ifndef _WIN32
+
 #include "base/fresh_memory.h"
 
 #include <malloc.h>
@@ -49,3 +52,5 @@ void prepareHeap() {
 }
 
 }  // namespace pluvo::base
+
+#endif
