@@ -2,7 +2,6 @@
 
 #include "references.h"
 
-#include <algorithm>
 #include <map>
 
 namespace pluvo::docx {
@@ -12,30 +11,16 @@ using text::Span;
 Departed::Departed(const BodyMap& map, const EditScript& script, const Package& package,
                    base::ByteSpan mainPart) {
   if (map.references.empty() && map.commentMarkers.empty() && map.bookmarks.empty()) return;
-  script.forEachStep([&](const Step& step) {
-    if (step.kind != Step::Kind::drop) return;
-    const Span span{step.original, step.original + step.length};
-    if (!dropped_.empty() && dropped_.back().to == span.from) {
-      dropped_.back().to = span.to;
-    } else {
-      dropped_.push_back(span);
-    }
-  });
+  dropped_ = document::Dropped(script);
   if (dropped_.empty()) return;
   findNotes(map);
   findBookmarks(map, package, mainPart);
 }
 
-bool Departed::isDropped(Span span) const {
-  const auto behind = std::upper_bound(dropped_.begin(), dropped_.end(), span.from,
-                                       [](Position p, const Span& s) { return p < s.from; });
-  return behind != dropped_.begin() && span.to <= (behind - 1)->to;
-}
-
 void Departed::findNotes(const BodyMap& map) {
   std::map<std::pair<Name, std::string>, bool> allGo;
   for (const BodyMap::Reference& reference : map.references) {
-    const bool goes = isDropped({reference.position, reference.position + 1});
+    const bool goes = dropped_.hold({reference.position, reference.position + 1});
     const auto [place, isNew] = allGo.emplace(std::pair(reference.kind, reference.id), goes);
     if (!isNew) place->second = place->second && goes;
   }
@@ -60,7 +45,7 @@ void Departed::findBookmarks(const BodyMap& map, const Package& package, base::B
     // A bookmark between two characters lay in the deleted text when both of them go.
     const bool isPlace = bookmark.from == bookmark.to;
     const Span around{bookmark.from - (isPlace ? 1 : 0), bookmark.to + (isPlace ? 1 : 0)};
-    if (bookmark.closed && isDropped(around)) candidates.push_back(&bookmark);
+    if (bookmark.closed && dropped_.hold(around)) candidates.push_back(&bookmark);
   }
   if (candidates.empty()) return;
   const BookmarkReferences references(package, mainPart);

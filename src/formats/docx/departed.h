@@ -1,6 +1,6 @@
 #pragma once
 
-#include "edit_script.h"
+#include "document/kept.h"
 #include "package.h"
 #include "reader.h"
 #include "rewriter.h"
@@ -26,9 +26,8 @@ class Departed : public Casualties {
  private:
   void findNotes(const BodyMap& map);
   void findBookmarks(const BodyMap& map, const Package& package, base::ByteSpan mainPart);
-  bool isDropped(text::Span span) const;
 
-  std::vector<text::Span> dropped_;
+  document::Dropped dropped_;
   std::vector<Position> places_;
   std::set<std::string> footnotes_;
   std::set<std::string> endnotes_;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "body_walker.h"
-#include "edit_script.h"
+#include "document/edit_script.h"
 #include "identifiers.h"
 #include "part_output.h"
 #include "properties.h"
@@ -14,6 +14,9 @@
 #include <vector>
 
 namespace pluvo::docx {
+
+using document::EditScript;
+using document::Step;
 
 /// What a deletion takes with it besides text: markers of bookmarks and comments, by kind and id.
 class Casualties {

@@ -298,7 +298,7 @@ void StoryTeller::closeControl() {
   const text::Span span{control.from, walker_.position()};
   if (level.reader != nullptr) {
     level.bound.push_back({control.binding, span});
-  } else if (kept_ && kept_->holdsWhole(span)) {
+  } else if (kept_ && kept_->hold(span)) {
     bind(control.binding, *mainText_, span);
   }
 }

@@ -3,8 +3,8 @@
 #include "content_reader.h"
 #include "data_bindings.h"
 #include "departed.h"
+#include "document/kept.h"
 #include "formats/other_texts.h"
-#include "kept.h"
 #include "styles.h"
 
 #include <memory>
@@ -108,7 +108,7 @@ class StoryTeller : public BodyEvents {
   std::vector<Alternatives> alternatives_;
   std::u16string drawn_;
   std::string pictureText_, pictureTitle_;
-  std::optional<Kept> kept_;
+  std::optional<document::Kept> kept_;
   const text::OriginalText* mainText_ = nullptr;
   /// Of main text, the element that was met last as a character.
   Offset lastElement_ = 0;

@@ -1,13 +1,14 @@
-#include "edit_script.h"
+#include "document/edit_script.h"
 
 #include <algorithm>
 #include <optional>
 
-namespace pluvo::docx {
+namespace pluvo::document {
+
+using text::Position;
+using text::Span;
 
 namespace {
-
-using text::Span;
 
 /// Hands spans on, joined where they touch.
 class Joined {
@@ -141,7 +142,7 @@ Span EditScript::keptOf(Span original) const {
   return kept;
 }
 
-void forEachTouchedSpan(const EditScript& script, const document::Model& model,
+void forEachTouchedSpan(const EditScript& script, const Model& model,
                         const text::RunMap<std::uint8_t>& originalHighlight,
                         const std::function<void(Span)>& visit) {
   Joined spans(visit);
@@ -168,4 +169,4 @@ void forEachTouchedSpan(const EditScript& script, const document::Model& model,
   spans.flush();
 }
 
-}  // namespace pluvo::docx
+}  // namespace pluvo::document

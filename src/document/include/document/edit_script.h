@@ -8,9 +8,7 @@
 #include <string_view>
 #include <utility>
 
-namespace pluvo::docx {
-
-using text::Position;
+namespace pluvo::document {
 
 /// One step from the original text to the edited one, in document order.
 struct Step {
@@ -18,10 +16,10 @@ struct Step {
   Kind kind = Kind::keep;
   /// keep and drop: the first original character. put: the original character beside which the new text
   /// stands.
-  Position original = 0;
-  Position length = 0;
-  Position at = 0;      ///< keep and put: where it stands in the edited text
-  bool behind = false;  ///< put: behind its character instead of before it
+  text::Position original = 0;
+  text::Position length = 0;
+  text::Position at = 0;  ///< keep and put: where it stands in the edited text
+  bool behind = false;    ///< put: behind its character instead of before it
   std::u16string_view units{};
 };
 
@@ -35,33 +33,33 @@ class StepReader {
 
  private:
   void enterGap();
-  bool dropTo(Position end, Step& step);
+  bool dropTo(text::Position end, Step& step);
 
   const text::PieceText* text_;
   std::size_t piece_ = 0;
-  Position at_ = 0;       ///< of the piece in the edited text
-  Position reached_ = 0;  ///< original characters kept or dropped
+  text::Position at_ = 0;       ///< of the piece in the edited text
+  text::Position reached_ = 0;  ///< original characters kept or dropped
   // New text between two kept pieces, and what is dropped there:
   bool inGap_ = false;
-  text::Piece put_;         ///< piece_, where that is new
-  text::Piece kept_;        ///< the next kept piece; an empty one at the end of the text
-  std::size_t gapEnd_ = 0;  ///< its number
-  Position least_ = 0;      ///< where new text may stand at the earliest
+  text::Piece put_;           ///< piece_, where that is new
+  text::Piece kept_;          ///< the next kept piece; an empty one at the end of the text
+  std::size_t gapEnd_ = 0;    ///< its number
+  text::Position least_ = 0;  ///< where new text may stand at the earliest
 };
 
 /// How the edited text comes from the original one, as steps a walk over the original can follow. New text
 /// stands beside a character that is its neighbour, in the order of the text.
 class EditScript {
  public:
-  explicit EditScript(const document::Model& model) : text_(&model.text()), reader_(*text_) { advance(); }
+  explicit EditScript(const Model& model) : text_(&model.text()), reader_(*text_) { advance(); }
 
   /// Takes the steps that concern original characters up to end, the new text behind the last of them
   /// included: visit(const Step&), cut to them.
   template <class Visit>
-  void take(Position end, Visit visit);
+  void take(text::Position end, Visit visit);
 
   /// Whether all of the original characters from the place reached up to end go.
-  bool dropsAllTo(Position end) const;
+  bool dropsAllTo(text::Position end) const;
 
   /// From the first to behind the last of these original characters that stay, none of which was taken; empty
   /// where none does.
@@ -84,17 +82,17 @@ class EditScript {
   StepReader reader_;
   Step step_;
   bool hasStep_ = false;
-  Position taken_ = 0;  ///< original characters taken of the step
+  text::Position taken_ = 0;  ///< original characters taken of the step
 };
 
 /// The stretches of the original text that an edit or a change of highlight touches, in order; no two touch
 /// each other.
-void forEachTouchedSpan(const EditScript& script, const document::Model& model,
+void forEachTouchedSpan(const EditScript& script, const Model& model,
                         const text::RunMap<std::uint8_t>& originalHighlight,
                         const std::function<void(text::Span)>& visit);
 
 template <class Visit>
-void EditScript::take(Position end, Visit visit) {
+void EditScript::take(text::Position end, Visit visit) {
   for (; hasStep_; advance()) {
     if (step_.original >= end) return;
     if (step_.kind == Step::Kind::put) {
@@ -116,4 +114,4 @@ void EditScript::take(Position end, Visit visit) {
   }
 }
 
-}  // namespace pluvo::docx
+}  // namespace pluvo::document

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "document/edit_script.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace pluvo::document {
+
+/// Stretches of the original text, in order.
+class OriginalSpans {
+ public:
+  /// Whether one of them holds all of a span.
+  bool hold(text::Span original) const {
+    const auto behind = std::upper_bound(spans_.begin(), spans_.end(), original.from,
+                                         [](text::Position p, const text::Span& s) { return p < s.from; });
+    return behind != spans_.begin() && original.to <= (behind - 1)->to;
+  }
+  bool empty() const { return spans_.empty(); }
+
+ protected:
+  std::vector<text::Span> spans_;
+};
+
+/// What edits have left of the original text. Two stretches that touch have new text between them.
+class Kept : public OriginalSpans {
+ public:
+  explicit Kept(const Model& model) {
+    model.text().forEachPiece([&](const text::Piece& piece, std::u16string_view) {
+      if (!piece.isNew()) spans_.push_back({piece.original, piece.original + piece.length});
+    });
+  }
+
+  /// Whether an original character is still there.
+  bool holds(text::Position original) const { return hold({original, original + 1}); }
+};
+
+/// What edits have taken of the original text, whatever was put there. No two stretches touch.
+class Dropped : public OriginalSpans {
+ public:
+  Dropped() = default;
+  explicit Dropped(const EditScript& script) {
+    script.forEachStep([&](const Step& step) {
+      if (step.kind != Step::Kind::drop) return;
+      const text::Span span{step.original, step.original + step.length};
+      if (!spans_.empty() && spans_.back().to == span.from) {
+        spans_.back().to = span.to;
+      } else {
+        spans_.push_back(span);
+      }
+    });
+  }
+};
+
+}  // namespace pluvo::document
