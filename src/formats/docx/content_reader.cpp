@@ -23,7 +23,7 @@ void ContentReader::open(const Tag& tag) {
       flushMark();
       paragraph_ = {};
       inParagraph_ = true;
-      if (walker_->opensBetweenBlocks()) map_.places.push_back({walker_->position(), tag.extent.begin});
+      if (walker_->opensBetweenBlocks()) map_.places.note(walker_->position(), tag.extent.begin);
       break;
     case Name::tbl:
       flushMark();

@@ -1,84 +1,19 @@
 #pragma once
 
-#include "base/bytes.h"
 #include "body_walker.h"
+#include "formats/spliced_bytes.h"
 
-#include <string>
 #include <string_view>
-#include <vector>
 
 namespace pluvo::docx {
 
-/// A part under change, front to back: stretches of its old bytes and new text. What is not yet settled can
-/// be taken back.
-class PartOutput {
+/// A part under change.
+class PartOutput : public formats::SplicedBytes<Offset> {
  public:
-  explicit PartOutput(base::ByteSpan source) : source_(source) {}
-  PartOutput(const PartOutput&) = delete;
-  PartOutput& operator=(const PartOutput&) = delete;
+  using SplicedBytes::source;
+  using SplicedBytes::SplicedBytes;
 
-  std::string_view source(Offset from, Offset to) const {
-    return {reinterpret_cast<const char*>(source_.data()) + from, std::size_t{to} - from};
-  }
   std::string_view source(Extent extent) const { return source(extent.begin, extent.end); }
-
-  /// The old bytes up to here were copied or left out.
-  Offset copied() const { return copied_; }
-  void copyTo(Offset to) {
-    if (to <= copied_) return;
-    into_->append(source(copied_, to));
-    copied_ = to;
-  }
-  void leaveOutTo(Offset to) { copied_ = std::max(copied_, to); }
-  /// New text, and old bytes copied since the last settling.
-  std::string& text() { return *into_; }
-
-  /// To be called first where so much is new that the old bytes between are better gathered with it.
-  void gatherAll(std::size_t expected) {
-    gathersAll_ = true;
-    text_.reserve(expected);
-  }
-
-  /// From here on text and copied bytes go into another buffer.
-  void divertTo(std::string& buffer) { into_ = &buffer; }
-  void comeBack() { into_ = &text_; }
-
-  /// Copies the old bytes up to here, as a rule without gathering them, for good.
-  void settle(Offset to) {
-    if (gathersAll_) return copyTo(to);
-    if (text_.size() > settled_) pieces_.push_back({true, settled_, text_.size()});
-    settled_ = text_.size();
-    if (to > copied_) pieces_.push_back({false, copied_, to});
-    copied_ = std::max(copied_, to);
-  }
-
-  /// The new part. The spans hold as long as this and the old part.
-  std::vector<base::ByteSpan> finish() {
-    settle(static_cast<Offset>(source_.size()));
-    if (gathersAll_) pieces_.push_back({true, 0, text_.size()});
-    std::vector<base::ByteSpan> spans;
-    for (const Piece& piece : pieces_) {
-      const auto* const bytes =
-          piece.isNew ? reinterpret_cast<const std::uint8_t*>(text_.data()) : source_.data();
-      spans.emplace_back(bytes + piece.from, piece.to - piece.from);
-    }
-    return spans;
-  }
-
- private:
-  struct Piece {
-    bool isNew;
-    std::size_t from;
-    std::size_t to;
-  };
-
-  base::ByteSpan source_;
-  Offset copied_ = 0;
-  std::string text_;
-  std::string* into_ = &text_;
-  bool gathersAll_ = false;
-  std::size_t settled_ = 0;
-  std::vector<Piece> pieces_;
 };
 
 }  // namespace pluvo::docx

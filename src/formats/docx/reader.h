@@ -2,6 +2,7 @@
 
 #include "body_walker.h"
 #include "document/content.h"
+#include "formats/place_map.h"
 #include "styles.h"
 
 #include <string>
@@ -12,12 +13,8 @@ namespace pluvo::docx {
 /// The way back from the text to the bytes of the main part. It is coarse, since a walk from the nearest
 /// place finds every character again.
 struct BodyMap {
-  /// Places from which a walk can start: paragraphs directly in the body, in no field.
-  struct Place {
-    Position position;
-    Offset offset;
-  };
-  std::vector<Place> places;
+  /// From which a walk can start: paragraphs directly in the body, in no field.
+  formats::PlaceMap<Offset> places;
 
   /// Tables in the order of their start tags; end is the position behind the last row mark.
   struct Table {

@@ -67,12 +67,10 @@ std::vector<base::ByteSpan> Rewriter::rewrite() {
 /// Touched stretches between which no jump would be made are visited as one.
 Rewriter::Visits Rewriter::placesToVisit() const {
   Visits visits;
-  auto behind = map_.places.begin();
   Offset first = 0;  // of the last visit: where a walk to it starts
   forEachTouchedSpan(script_, model_, originalHighlight_, [&](Span span) {
     ++visits.touches;
-    while (behind != map_.places.end() && behind->position <= span.from) ++behind;
-    const Offset start = behind == map_.places.begin() ? 0 : (behind - 1)->offset;
+    const Offset start = map_.places.before(span.from).offset;
     if (!visits.spans.empty() && start < first + kWorthJumping) {
       visits.spans.back().to = span.to;
     } else {
@@ -96,11 +94,7 @@ bool Rewriter::idle() const {
 
 void Rewriter::jumpTowards(Position position) {
   if (walker_.position() > position) return;
-  const auto behind =
-      std::upper_bound(map_.places.begin(), map_.places.end(), position,
-                       [](Position p, const BodyMap::Place& place) { return p < place.position; });
-  if (behind == map_.places.begin()) return;
-  const BodyMap::Place& place = *(behind - 1);
+  const auto place = map_.places.before(position);
   if (place.offset < walker_.offset() + kWorthJumping) return;
   while (!walker_.betweenBlocks() && walker_.step()) {
   }

@@ -111,11 +111,9 @@ void StoryTeller::tellBesideMainText(const BodyMap& map, const std::vector<Offse
   for (const Offset aside : places) {
     if (walker_.offset() > aside) continue;
     toNextBlock();
-    const auto behind =
-        std::upper_bound(map.places.begin(), map.places.end(), aside,
-                         [](Offset offset, const BodyMap::Place& place) { return offset < place.offset; });
-    if (behind != map.places.begin() && walker_.betweenBlocks() && (behind - 1)->offset > walker_.offset())
-      walker_.resumeAt((behind - 1)->offset, (behind - 1)->position);
+    const auto place = map.places.beforeOffset(aside);
+    if (walker_.betweenBlocks() && place.offset > walker_.offset())
+      walker_.resumeAt(place.offset, place.position);
     while (walker_.offset() <= aside && walker_.step()) {
     }
   }

@@ -2,8 +2,6 @@
 
 #include "token.h"
 
-#include <algorithm>
-
 namespace pluvo::plain {
 
 using text::Position;
@@ -23,16 +21,10 @@ ByteMap::Place walk(base::ByteSpan bytes, const CodePage* page, std::size_t offs
 
 }  // namespace
 
-void ByteMap::addNote(Position position, std::size_t offset) {
-  notes_.push_back({position, offset});
-  nextNote_ = position + kInterval;
-}
-
 ByteMap::Place ByteMap::placeOf(Position position) const {
   if (utf8_ != nullptr) return utf8_->placeOf(position);
   if (!decoded_) return {static_cast<std::size_t>(position), false};
-  const auto behind = std::ranges::upper_bound(notes_, position, {}, &Note::position);
-  const Note from = behind == notes_.begin() ? Note{0, 0} : *(behind - 1);
+  const auto from = places_.before(position);
   return withEncoding(coding_.encoding, [&]<Encoding kEncoding>() {
     return walk<kEncoding>(bytes_, coding_.page, from.offset, position - from.position);
   });

@@ -2,11 +2,11 @@
 
 #include "base/bytes.h"
 #include "encoding.h"
+#include "formats/place_map.h"
 #include "text/positions.h"
 #include "text/utf8_text.h"
 
 #include <memory>
-#include <vector>
 
 namespace pluvo::plain {
 
@@ -20,33 +20,24 @@ class ByteMap {
   ByteMap() = default;
   /// Of a text that lies in its bytes as UTF-8.
   explicit ByteMap(std::shared_ptr<const text::Utf8Text> utf8) : utf8_(std::move(utf8)) {}
-  ByteMap(const Coding& coding, base::ByteSpan bytes) : decoded_(true), coding_(coding), bytes_(bytes) {}
+  ByteMap(const Coding& coding, base::ByteSpan bytes)
+      : decoded_(true), coding_(coding), bytes_(bytes), places_(kInterval) {}
 
   bool isDecoded() const { return decoded_; }
 
   /// To be called front to back, at the start of a token.
-  void note(text::Position position, std::size_t offset) {
-    if (position >= nextNote_) addNote(position, offset);
-  }
+  void note(text::Position position, std::size_t offset) { places_.note(position, offset); }
   /// Up to this many units go between two notes.
   static constexpr text::Position kInterval = 1024;
 
   Place placeOf(text::Position position) const;
 
  private:
-  struct Note {
-    text::Position position;
-    std::size_t offset;
-  };
-
-  void addNote(text::Position position, std::size_t offset);
-
   bool decoded_ = false;
   std::shared_ptr<const text::Utf8Text> utf8_;
   Coding coding_;
   base::ByteSpan bytes_;
-  std::vector<Note> notes_;
-  text::Position nextNote_ = 0;
+  formats::PlaceMap<std::size_t> places_;
 };
 
 }  // namespace pluvo::plain

@@ -1,5 +1,6 @@
 #include "plain_source.h"
 
+#include "document/edit_script.h"
 #include "writer.h"
 
 #include <algorithm>
@@ -48,15 +49,14 @@ void PlainSource::copyPiece(const text::OriginalText& original, Position from, P
 void PlainSource::write(const document::Model& model, base::Output& out) const {
   out.write(bytes_.view.first(storage_.markLength));
   Writer writer(storage_.coding, storage_.name, lineEnd_, out);
-  Position left = model.length() - 1;  // the last paragraph mark has no bytes
-  model.text().forEachPiece([&](const text::Piece& piece, std::u16string_view newText) {
-    const Position length = std::min(piece.length, left);
+  const Position end = model.length() - 1;  // the last paragraph mark has no bytes
+  document::EditScript(model).forEachStep([&](const document::Step& step) {
+    const Position length = std::min(step.length, end - step.at);
     if (length <= 0) return;
-    left -= length;
-    if (piece.isNew())
-      writer.encode(newText.substr(0, static_cast<std::size_t>(length)));
-    else
-      copyPiece(model.text().original(), piece.original, piece.original + length, writer);
+    if (step.kind == document::Step::Kind::keep)
+      copyPiece(model.text().original(), step.original, step.original + length, writer);
+    if (step.kind == document::Step::Kind::put)
+      writer.encode(step.units.substr(0, static_cast<std::size_t>(length)));
   });
   writer.finish();
   const std::size_t odd = (bytes_.view.size() - storage_.markLength) % unitSize(storage_.coding.encoding);
