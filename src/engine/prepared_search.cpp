@@ -3,6 +3,7 @@
 #include "base/text.h"
 #include "errors/fault.h"
 #include "errors/numbers.h"
+#include "word/word_processor.h"
 
 #include <algorithm>
 #include <utility>
@@ -54,7 +55,7 @@ SearchText::SearchText(std::u16string normalizedText, bool liftLimits) {
     return;
   }
   full = std::move(normalizedText);
-  search = full.substr(0, std::min(full.size(), kMostForFind));
+  search = full.substr(0, std::min(full.size(), word::Find::kLongestText));
   if (const std::size_t mark = search.find(kParagraphMark); mark != std::u16string::npos) search.resize(mark);
   cut = search.size() < full.size();
 }

@@ -16,11 +16,9 @@ std::u16string NormalizeSearchText(Trail& trail, std::u16string_view text);
 /// How many paragraph marks the text holds. No pass asks for it.
 std::int16_t CountParagraphMarks(Trail& trail, std::u16string_view text);
 
-/// A text as it is searched for: whole, where the limits are lifted. Else neither more than 255 characters of
-/// it nor a paragraph mark; what was cut off is compared where the rest was found.
+/// A text as it is searched for: whole, where the limits are lifted. Else neither more of it than the
+/// word processor finds nor a paragraph mark; what was cut off is compared where the rest was found.
 struct SearchText {
-  static constexpr std::size_t kMostForFind = 255;
-
   SearchText() = default;
   SearchText(std::u16string normalizedText, bool liftLimits);
 

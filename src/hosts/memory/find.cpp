@@ -7,9 +7,8 @@
 namespace pluvo::memory {
 
 void MemoryFind::Text(const std::u16string& text) {
-  constexpr std::size_t kMost = 255;
   member(u"Find.Text", [&] {
-    if (text.size() > kMost) throw errors::Fault(word::kStringTooLong, u"String parameter too long.");
+    if (text.size() > kLongestText) throw errors::Fault(word::kStringTooLong, u"String parameter too long.");
     WholeText(std::make_shared<const std::u16string>(text));
   });
 }

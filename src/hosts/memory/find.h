@@ -21,7 +21,7 @@ class MemoryFind : public word::Find {
   void reset() { query_ = {}; }
 
   void ClearFormatting() override {}  // there are no formatting conditions to clear
-  /// Fault 5854 for more than 255 characters.
+  /// Fault 5854 for more than kLongestText.
   void Text(const std::u16string& text) override;
   void WholeText(std::shared_ptr<const std::u16string> text) override { query_.text = std::move(text); }
   void Forward(bool value) override { requireOnly(u"Find.Forward", value, true); }

@@ -14,9 +14,6 @@ namespace pluvo::word_com {
 
 namespace {
 
-/// What Word's find takes, codes as they are written.
-constexpr std::size_t kMostForFind = 255;
-
 /// What a search dialog may have left behind, and how it is for a literal search.
 struct Sticky {
   const wchar_t* property;
@@ -71,7 +68,7 @@ ComFind::Proposal ComFind::beginningOf(std::u16string_view line) {
   Proposal proposal;
   for (const char16_t unit : line) {
     const std::size_t length = unit == u'^' ? 2 : 1;
-    if (proposal.written.size() + length > kMostForFind) break;
+    if (proposal.written.size() + length > word::Find::kLongestText) break;
     proposal.written.append(length, unit);
     ++proposal.given;
   }

@@ -42,8 +42,11 @@ class Find {
  public:
   virtual ~Find() = default;
 
+  /// In characters, codes as they are written.
+  static constexpr std::size_t kLongestText = 255;
+
   virtual void ClearFormatting() = 0;
-  /// Fault 5854 for more than 255 characters. A text of one line.
+  /// Fault 5854 for more than kLongestText. A text of one line.
   virtual void Text(const std::u16string& text) = 0;
   /// Beyond Word's own members: a text of any length and any number of lines, in the place of Text. A
   /// paragraph mark in it is found as a paragraph mark or a manual line break. Shared, because it is given
