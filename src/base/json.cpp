@@ -23,7 +23,7 @@ std::string jsonQuoted(std::string_view bytes) {
   for (std::size_t at = 0; at < bytes.size();) {
     const Utf8Character next = firstOfUtf8(bytes.substr(at));
     if (next.bytes == 0) {
-      json += escaped(0xDC00U + static_cast<unsigned char>(bytes[at]));
+      json += escaped(standInOf(static_cast<std::uint8_t>(bytes[at])));
     } else if (isControl(next.point)) {
       json += escaped(next.point);
     } else {

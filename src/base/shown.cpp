@@ -6,16 +6,6 @@
 
 namespace pluvo::base {
 
-std::size_t wellFormedLength(std::string_view bytes) {
-  std::size_t length = 0;
-  while (length < bytes.size()) {
-    const std::size_t next = firstOfUtf8(bytes.substr(length)).bytes;
-    if (next == 0) break;
-    length += next;
-  }
-  return length;
-}
-
 bool isControl(char32_t code) {
   if (code < 0x20 || (code >= 0x7F && code <= 0x9F)) return true;
   return code == 0x061C || code == 0x200E || code == 0x200F || (code >= 0x202A && code <= 0x202E) ||

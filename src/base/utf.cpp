@@ -6,10 +6,7 @@ namespace pluvo::base {
 
 namespace {
 
-/// Stand for single bytes 0x80 to 0xFF that are no part of a UTF-8 character.
-constexpr char32_t kByteEscapes = 0xDC00;
-
-bool isByteEscape(char32_t unit) { return unit >= kByteEscapes + 0x80 && unit <= kByteEscapes + 0xFF; }
+bool standsForByte(char32_t unit) { return unit >= standInOf(0x80) && unit <= standInOf(0xFF); }
 
 /// Appends what stands for a lone surrogate.
 using OnSurrogate = void (*)(std::string& out, char32_t unit);
@@ -46,6 +43,16 @@ std::u16string decoded(std::string_view text, OnByte onByte) {
 
 }  // namespace
 
+std::size_t wellFormedLength(std::string_view bytes) {
+  std::size_t length = 0;
+  while (length < bytes.size()) {
+    const std::size_t next = firstOfUtf8(bytes.substr(length)).bytes;
+    if (next == 0) break;
+    length += next;
+  }
+  return length;
+}
+
 std::string utf8(std::u16string_view text) {
   return encoded(text, [](std::string& out, char32_t) { appendUtf8(out, kReplacement); });
 }
@@ -56,7 +63,7 @@ std::u16string utf16(std::string_view text) {
 
 std::string nameBytes(std::u16string_view name) {
   return encoded(name, [](std::string& out, char32_t unit) {
-    if (isByteEscape(unit)) {
+    if (standsForByte(unit)) {
       out += static_cast<char>(unit & 0xFF);
     } else {
       appendUtf8(out, unit);
@@ -65,8 +72,7 @@ std::string nameBytes(std::u16string_view name) {
 }
 
 std::u16string nameText(std::string_view bytes) {
-  return decoded(bytes,
-                 [](char byte) -> char32_t { return kByteEscapes + static_cast<unsigned char>(byte); });
+  return decoded(bytes, [](char byte) { return standInOf(static_cast<std::uint8_t>(byte)); });
 }
 
 }  // namespace pluvo::base

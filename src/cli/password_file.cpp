@@ -2,7 +2,6 @@
 
 #include "base/at_end.h"
 #include "base/secret_text.h"
-#include "base/shown.h"
 #include "base/utf.h"
 #include "text_input.h"
 #include "usage_error.h"

@@ -1,9 +1,9 @@
 #include "selection.h"
 
+#include "base/ascii.h"
 #include "numbers.h"
 #include "usage_error.h"
 
-#include <cctype>
 #include <charconv>
 #include <ctime>
 #include <utility>
@@ -44,10 +44,10 @@ std::vector<std::string> typesFrom(std::string_view list) {
       types.insert(types.end(), every.begin(), every.end());
       continue;
     }
-    std::string type = typed.substr(typed.starts_with("*.") ? 2 : typed.starts_with('.') ? 1 : 0);
+    const std::size_t front = typed.starts_with("*.") ? 2 : typed.starts_with('.') ? 1 : 0;
+    const std::string type = base::asciiLower(typed.substr(front));
     if (type.find_first_of("*?/.") != std::string::npos) refuseType(typed);
-    for (char& c : type) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    types.push_back(std::move(type));
+    types.push_back(type);
   }
   return types;
 }

@@ -1,6 +1,6 @@
 #include "text_input.h"
 
-#include "base/shown.h"
+#include "base/utf.h"
 #include "usage_error.h"
 
 #include <fcntl.h>

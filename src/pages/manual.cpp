@@ -1,5 +1,7 @@
 #include "pages/manual.h"
 
+#include "base/ascii.h"
+
 #include <algorithm>
 #include <set>
 #include <stdexcept>
@@ -83,8 +85,7 @@ std::string sentence(const Option& option) {
   std::string help = option.help;
   std::ranges::replace(help, '\n', ' ');
   const std::string first = help.substr(0, help.find_first_of(" ,"));
-  if (std::ranges::find(option.choices, first) == option.choices.end() && help[0] >= 'a' && help[0] <= 'z')
-    help[0] = static_cast<char>(help[0] - 'a' + 'A');
+  if (std::ranges::find(option.choices, first) == option.choices.end()) help[0] = base::asciiUpper(help[0]);
   return help + (help.ends_with('.') ? "" : ".");
 }
 

@@ -1,5 +1,7 @@
 #include "runs/colors.h"
 
+#include "base/ascii.h"
+
 #include <algorithm>
 
 namespace pluvo::runs {
@@ -33,8 +35,7 @@ constexpr ColorName kColors[] = {
 /// Small letters and digits alone, spelled the American way.
 std::string plain(std::string_view name) {
   std::string plain;
-  for (const char c : name) {
-    if (c >= 'A' && c <= 'Z') plain += static_cast<char>(c - 'A' + 'a');
+  for (const char c : base::asciiLower(name)) {
     if ((c >= 'a' && c <= 'z') || (c >= '0' && c <= '9')) plain += c;
   }
   if (plain.rfind("grey", 0) == 0) plain[2] = 'a';

@@ -40,8 +40,8 @@ std::u16string readable(const std::u16string& text) {
 /// Without the halves of surrogate pairs that the ends cut off.
 std::u16string textAt(word::Document& document, std::int32_t start, std::int32_t end) {
   std::u16string text = document.Range(start, end)->Text();
-  if (!text.empty() && (text.back() & 0xFC00U) == 0xD800U) text.pop_back();
-  if (!text.empty() && (text.front() & 0xFC00U) == 0xDC00U) text.erase(0, 1);
+  if (!text.empty() && base::isHighSurrogate(text.back())) text.pop_back();
+  if (!text.empty() && base::isLowSurrogate(text.front())) text.erase(0, 1);
   return text;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/utf.h"
 #include "text/positions.h"
 
 #include <cstddef>
@@ -8,8 +9,6 @@
 
 /// Single characters of valid UTF-8, in which CR LF is one.
 namespace pluvo::text {
-
-constexpr bool isFollower(std::uint8_t byte) { return (byte & 0xC0) == 0x80; }
 
 struct Utf8Character {
   char32_t point = 0;  ///< 13 for every line end
@@ -26,18 +25,17 @@ inline Utf8Character utf8At(std::span<const std::uint8_t> bytes, std::size_t off
     if (lead == U'\r' && left > 1 && at[1] == '\n') return {kParagraphMark, 2};
     return {lead, 1};
   }
-  const auto follower = [&](std::size_t i) { return static_cast<char32_t>(at[i] & 0x3F); };
-  if (lead < 0xE0 && left >= 2) return {(lead & 0x1F) << 6 | follower(1), 2};
-  if (lead < 0xF0 && left >= 3) return {(lead & 0x0F) << 12 | follower(1) << 6 | follower(2), 3};
-  if (left >= 4) return {(lead & 0x07) << 18 | follower(1) << 12 | follower(2) << 6 | follower(3), 4};
-  return {0xFFFD, 1};  // somebody wrote into the file
+  if (lead < 0xE0 && left >= 2) return {base::pointOfUtf8<2>(at), 2};
+  if (lead < 0xF0 && left >= 3) return {base::pointOfUtf8<3>(at), 3};
+  if (left >= 4) return {base::pointOfUtf8<4>(at), 4};
+  return {base::kReplacement, 1};  // somebody wrote into the file
 }
 
 /// Where the character in front of an offset begins, none in front of from. from < offset.
 inline std::size_t utf8Before(std::span<const std::uint8_t> bytes, std::size_t from, std::size_t offset) {
   std::size_t at = offset - 1;
   if (bytes[at] == '\n' && at > from && bytes[at - 1] == '\r') return at - 1;
-  while (at > from && offset - at < 4 && isFollower(bytes[at])) --at;
+  while (at > from && offset - at < 4 && base::isUtf8Follower(bytes[at])) --at;
   return at;
 }
 

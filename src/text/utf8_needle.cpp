@@ -23,7 +23,7 @@ std::string utf8Of(char32_t point) {
 /// Leads are as frequent as characters of their script, followers about as letters.
 std::size_t rarityOfByte(std::uint8_t byte, std::size_t length) {
   if (byte < 0x80) return rarity(byte);
-  if (isFollower(byte)) return 12 + length;
+  if (base::isUtf8Follower(byte)) return 12 + length;
   return length == 4 ? 20 : 2;
 }
 
@@ -145,7 +145,7 @@ std::optional<Utf8Needle::Match> Utf8Needle::matchAt(Bytes bytes, std::size_t an
       return std::nullopt;
     return Match{from, from + exact_.size()};
   }
-  if (isFollower(bytes[anchor])) return std::nullopt;
+  if (base::isUtf8Follower(bytes[anchor])) return std::nullopt;
   if (bytes[anchor] == '\n' && anchor > 0 && bytes[anchor - 1] == '\r') return std::nullopt;
   std::size_t to = anchor;
   for (std::size_t sign = anchor_; sign < signs_.size(); ++sign) {

@@ -21,7 +21,7 @@ std::string shown(std::string_view name) {
   constexpr std::size_t kLongest = 100;
   if (name.size() <= kLongest) return "<" + std::string(name) + ">";
   std::size_t cut = kLongest;
-  while ((static_cast<unsigned char>(name[cut]) & 0xC0U) == 0x80) --cut;  // not within a character
+  while (base::isUtf8Follower(name[cut])) --cut;  // not within a character
   return "<" + std::string(name.substr(0, cut)) + "…>";
 }
 

@@ -1,5 +1,6 @@
 #include "zip/archive.h"
 
+#include "base/ascii.h"
 #include "base/fresh_memory.h"
 #include "damage.h"
 #include "names.h"
@@ -15,10 +16,7 @@ namespace pluvo::zip {
 
 namespace {
 
-char folded(char c) {
-  if (c >= 'A' && c <= 'Z') return static_cast<char>(c - 'A' + 'a');
-  return c == '\\' ? '/' : c;
-}
+char folded(char c) { return c == '\\' ? '/' : base::asciiLower(c); }
 
 std::string_view withoutSlash(std::string_view name) {
   if (!name.empty() && folded(name.front()) == '/') name.remove_prefix(1);

@@ -1,5 +1,6 @@
 #include "zip/compound_file.h"
 
+#include "base/ascii.h"
 #include "fields.h"
 
 #include <algorithm>
@@ -73,15 +74,13 @@ class Sectors {
   unsigned shift_;
 };
 
-char small(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
 bool isNamed(base::ByteSpan directoryEntry, std::string_view name) {
   const std::uint8_t type = directoryEntry[entry::kType];
   if (type != entry::kStorage && type != entry::kStream) return false;
   if (get16(directoryEntry, entry::kNameSize) != (name.size() + 1) * 2) return false;
   for (std::size_t i = 0; i < name.size(); ++i) {
     const std::uint16_t unit = get16(directoryEntry, i * 2);
-    if (unit > 0x7F || small(static_cast<char>(unit)) != small(name[i])) return false;
+    if (unit > 0x7F || base::asciiLower(static_cast<char>(unit)) != base::asciiLower(name[i])) return false;
   }
   return true;
 }

@@ -1,5 +1,6 @@
 #include "zip/looks_like.h"
 
+#include "base/ascii.h"
 #include "zip/compound_file.h"
 
 #include <algorithm>
@@ -48,18 +49,12 @@ bool isText(std::string_view bytes) {
   });
 }
 
-bool startsWithIgnoringCase(std::string_view bytes, std::string_view lower) {
-  return bytes.size() >= lower.size() &&
-         std::equal(lower.begin(), lower.end(), bytes.begin(), [](char l, char b) {
-           return l == (b >= 'A' && b <= 'Z' ? static_cast<char>(b - 'A' + 'a') : b);
-         });
-}
-
 std::string_view markupOrText(std::string_view bytes) {
   std::string_view text = bytes;
   if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
   text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
-  if (startsWithIgnoringCase(text, "<!doctype html") || startsWithIgnoringCase(text, "<html")) {
+  if (base::startsWithIgnoringAsciiCase(text, "<!doctype html") ||
+      base::startsWithIgnoringAsciiCase(text, "<html")) {
     return "a web page (.html)";
   }
   if (text.starts_with("<?xml")) return "an XML document";

@@ -1,4 +1,5 @@
 // What stands in runs: text, the elements that are characters, and fields.
+#include "base/utf.h"
 #include "body_walker.h"
 #include "document/content_builder.h"
 #include "text_decoding.h"
@@ -81,7 +82,7 @@ char16_t BodyWalker::characterOf(Name name, Token token) {
       const std::string code = attributeValue(Name::charCode);
       unsigned unit = 0;
       std::from_chars(code.data(), code.data() + code.size(), unit, 16);
-      const bool fit = unit >= 0x20 && unit < 0xFFFE && (unit < 0xD800 || unit > 0xDFFF);
+      const bool fit = unit >= 0x20 && unit < 0xFFFE && !base::isSurrogate(unit);
       return fit ? static_cast<char16_t>(unit) : u'(';
     }
     case Name::drawing:

@@ -1,5 +1,7 @@
 #include "imported_text.h"
 
+#include "base/ascii.h"
+#include "base/utf.h"
 #include "text/positions.h"
 #include "text_decoding.h"
 
@@ -18,18 +20,15 @@ using namespace std::string_view_literals;
 
 bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
-char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
 
 int hexDigit(char c) {
   if (isDigit(c)) return c - '0';
-  const char letter = lower(c);
+  const char letter = base::asciiLower(c);
   return letter >= 'a' && letter <= 'f' ? letter - 'a' + 10 : -1;
 }
 
 bool matches(std::string_view bytes, std::size_t at, std::string_view wanted) {
-  return bytes.size() - at >= wanted.size() &&
-         std::equal(wanted.begin(), wanted.end(), bytes.begin() + static_cast<std::ptrdiff_t>(at),
-                    [](char a, char b) { return a == lower(b); });
+  return base::startsWithIgnoringAsciiCase(bytes.substr(at), wanted);
 }
 
 std::size_t findAnyCase(std::string_view bytes, std::string_view wanted, std::size_t from) {
@@ -39,31 +38,9 @@ std::size_t findAnyCase(std::string_view bytes, std::string_view wanted, std::si
   return std::string_view::npos;
 }
 
-/// The length of the character in UTF-8 that begins there; 0 where none does.
-std::size_t utf8Length(std::string_view bytes, std::size_t at) {
-  const auto byte = [&](std::size_t i) { return static_cast<std::uint8_t>(bytes[i]); };
-  const std::uint8_t first = byte(at);
-  if (first < 0x80) return 1;
-  const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
-  if (first < 0xC2 || first > 0xF4 || at + length > bytes.size()) return 0;
-  for (std::size_t i = 1; i < length; ++i) {
-    if ((byte(at + i) & 0xC0U) != 0x80) return 0;
-  }
-  const std::uint8_t second = byte(at + 1);
-  const bool isSound = (first != 0xE0 || second >= 0xA0) && (first != 0xED || second < 0xA0) &&
-                       (first != 0xF0 || second >= 0x90) && (first != 0xF4 || second < 0x90);
-  return isSound ? length : 0;
-}
-
 /// As UTF-8 where the bytes are, and else a byte a character.
 void appendBytes(std::u16string& units, std::string_view bytes) {
-  std::size_t sound = 0;
-  while (sound < bytes.size()) {
-    const std::size_t length = utf8Length(bytes, sound);
-    if (length == 0) break;
-    sound += length;
-  }
-  if (sound == bytes.size()) return appendUtf8(units, bytes);
+  if (base::wellFormedLength(bytes) == bytes.size()) return appendUtf8(units, bytes);
   for (const char c : bytes) units.push_back(static_cast<std::uint8_t>(c));
 }
 

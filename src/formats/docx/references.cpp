@@ -1,5 +1,6 @@
 #include "references.h"
 
+#include "base/ascii.h"
 #include "xml/encoding.h"
 
 #include <algorithm>
@@ -10,17 +11,9 @@ using xml::Token;
 
 namespace {
 
-char small(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
 bool belongsToName(char c) {
   return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_' ||
          static_cast<unsigned char>(c) >= 0x80;
-}
-
-std::string inSmallLetters(std::string_view name) {
-  std::string result(name);
-  std::transform(result.begin(), result.end(), result.begin(), small);
-  return result;
 }
 
 }  // namespace
@@ -34,7 +27,7 @@ BookmarkReferences::BookmarkReferences(const Package& package, base::ByteSpan ma
 }
 
 bool BookmarkReferences::contain(std::string_view bookmark) const {
-  return names_.contains(inSmallLetters(bookmark));
+  return names_.contains(base::asciiLower(bookmark));
 }
 
 void BookmarkReferences::addPart(base::ByteSpan part, const std::string& name) {
@@ -57,7 +50,7 @@ void BookmarkReferences::addPart(base::ByteSpan part, const std::string& name) {
         addWords(valueOf(scanner, Name::instr));
         break;
       case Name::hyperlink:
-        names_.insert(inSmallLetters(valueOf(scanner, Name::anchor)));
+        names_.insert(base::asciiLower(valueOf(scanner, Name::anchor)));
         break;
       default:
         break;
@@ -68,7 +61,7 @@ void BookmarkReferences::addPart(base::ByteSpan part, const std::string& name) {
 /// Any word of a field's instruction may be a bookmark's name.
 void BookmarkReferences::addWords(std::string_view instruction) {
   std::string word;
-  for (const char c : inSmallLetters(instruction) + " ") {
+  for (const char c : base::asciiLower(instruction) + " ") {
     if (belongsToName(c)) {
       word += c;
     } else if (!word.empty()) {

@@ -1,11 +1,11 @@
 #include "style_looks.h"
 
+#include "base/ascii.h"
 #include "fragment.h"
 #include "names.h"
 #include "xml/encoding.h"
 
 #include <algorithm>
-#include <cctype>
 
 namespace pluvo::docx {
 
@@ -54,9 +54,7 @@ std::uint8_t listLevelOf(const Fragment& numbering) {
 
 /// Built-in styles have these names in every language.
 std::optional<std::uint8_t> headingOfName(std::string_view name) {
-  std::string lower(name);
-  std::transform(lower.begin(), lower.end(), lower.begin(),
-                 [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
+  const std::string lower = base::asciiLower(name);
   if (lower == "title") return std::uint8_t{1};
   constexpr std::string_view kHeading = "heading ";
   if (!lower.starts_with(kHeading) || lower.size() != kHeading.size() + 1) return std::nullopt;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/utf.h"
+
 #include <cstdint>
 
 namespace pluvo::plain {
@@ -14,8 +16,9 @@ struct Character {
 
 /// A byte that is no character stands in the text as the lone surrogate DC80 to DCFF. No text that is
 /// inserted may hold one, so that such a unit is always that byte of the file.
-constexpr char32_t strayUnit(std::uint8_t byte) { return 0xDC00U + byte; }
-constexpr bool isStray(char32_t point) { return point >= strayUnit(0) && point <= strayUnit(0xFF); }
-constexpr Character strayByte(std::uint8_t byte) { return {strayUnit(byte), 1, false}; }
+constexpr bool isStray(char32_t point) {
+  return point >= base::standInOf(0) && point <= base::standInOf(0xFF);
+}
+constexpr Character strayByte(std::uint8_t byte) { return {base::standInOf(byte), 1, false}; }
 
 }  // namespace pluvo::plain

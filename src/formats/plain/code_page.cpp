@@ -1,5 +1,7 @@
 #include "code_page.h"
 
+#include "base/utf.h"
+
 #include <iconv.h>
 
 #include <algorithm>
@@ -44,8 +46,7 @@ class CodePage::Converter {
     if (count == 0) return {What::silent};
     const char32_t point =
         out[0] | static_cast<char32_t>(out[1]) << 8U | static_cast<char32_t>(out[2]) << 16U;
-    const bool surrogate = point >= 0xD800 && point < 0xE000;
-    if (count > 1 || surrogate || point >= kFirstMark) return {};
+    if (count > 1 || base::isSurrogate(point) || point >= kFirstMark) return {};
     return {What::character, point};
   }
 

@@ -1,5 +1,6 @@
 #include "decoder.h"
 
+#include "base/utf.h"
 #include "token.h"
 
 #include <algorithm>
@@ -105,11 +106,8 @@ class Decoder {
   }
 
   void add(char32_t point) {
-    if (point > 0xFFFF) {
-      put(static_cast<char16_t>(0xD7C0 + (point >> 10)));
-      point = 0xDC00 + (point & 0x3FF);
-    }
-    put(static_cast<char16_t>(point));
+    if (point > 0xFFFF) put(base::highSurrogateOf(point));
+    put(point > 0xFFFF ? base::lowSurrogateOf(point) : static_cast<char16_t>(point));
   }
 
   void put(char16_t unit) { units_[length_++] = static_cast<Unit>(unit); }

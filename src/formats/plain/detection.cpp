@@ -1,5 +1,6 @@
 #include "detection.h"
 
+#include "base/utf.h"
 #include "errors/document_error.h"
 #include "guess.h"
 #include "names.h"
@@ -48,9 +49,9 @@ bool readsAsUtf16(ByteSpan bytes) {
   for (std::size_t i = 0; i < count; ++i) {
     const char16_t unit = utf16UnitAt<kEncoding>(bytes, 2 * i);
     const bool control = unit < 0x20 && (unit < u'\t' || unit > u'\r');
-    const bool second = unit >= 0xDC00 && unit < 0xE000;
+    const bool second = base::isLowSurrogate(unit);
     if (control || unit >= 0xFFFE || second != pairOpen) return false;
-    pairOpen = unit >= 0xD800 && unit < 0xDC00;
+    pairOpen = base::isHighSurrogate(unit);
     if (unit < 0x100) ++latin;
   }
   return !pairOpen && latin >= count / 2;

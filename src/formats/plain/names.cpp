@@ -1,5 +1,7 @@
 #include "names.h"
 
+#include "base/ascii.h"
+#include "base/utf.h"
 #include "errors/document_error.h"
 #include "plain/encodings.h"
 #include "sample.h"
@@ -53,16 +55,9 @@ std::string simplified(std::string_view name) {
   std::string simple;
   for (const char c : name) {
     if (c == '-' || c == '_' || c == ' ') continue;
-    simple.push_back(c >= 'a' && c <= 'z' ? static_cast<char>(c - ('a' - 'A')) : c);
+    simple.push_back(base::asciiUpper(c));
   }
   return simple;
-}
-
-std::string upper(std::string_view name) {
-  std::string capitals(name);
-  for (char& c : capitals)
-    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - ('a' - 'A'));
-  return capitals;
 }
 
 /// iconv takes instructions after a slash, and its own configuration more than names.
@@ -89,8 +84,8 @@ bool isStatefulByName(std::string_view simple) {
 DocumentError notUsable(std::string_view name, CodePage::Kind kind) {
   if (kind == CodePage::Kind::stateful) return statefulEncoding(name);
   if (kind == CodePage::Kind::notByBytes)
-    return {Problem::encoding,
-            "Texts in the encoding " + upper(name) + " are not read here; save them as UTF-8 first."};
+    return {Problem::encoding, "Texts in the encoding " + base::asciiUpper(name) +
+                                   " are not read here; save them as UTF-8 first."};
   const std::string shown = looksLikeName(name) ? "There is no encoding \"" + std::string(name) + "\""
                                                 : std::string("There is no encoding of that name");
   return {Problem::encoding, shown +
@@ -111,7 +106,7 @@ Coding codingOf(const Known& known) {
 }  // namespace
 
 DocumentError statefulEncoding(std::string_view name) {
-  return {Problem::encoding, "In the encoding " + upper(name) +
+  return {Problem::encoding, "In the encoding " + base::asciiUpper(name) +
                                  " the meaning of bytes depends on what stands before them, so a text cannot "
                                  "be changed in place; save it as UTF-8 first."};
 }
@@ -127,9 +122,9 @@ Named encodingOf(std::string_view name) {
                                                "\" does not tell the order of bytes; say UTF-16LE or "
                                                "UTF-16BE.");
   if (isStatefulByName(simple)) throw statefulEncoding(name);
-  const auto answer = CodePage::named(upper(name));
+  const auto answer = CodePage::named(base::asciiUpper(name));
   if (answer.page == nullptr) throw notUsable(name, answer.kind);
-  return {{Encoding::codePage, answer.page}, upper(name)};
+  return {{Encoding::codePage, answer.page}, base::asciiUpper(name)};
 }
 
 std::optional<Named> knownEncoding(std::string_view name) {
@@ -186,9 +181,7 @@ std::u16string sampleOf(base::ByteSpan bytes, std::string_view encoding) {
   forEachToken(taken, coding, [&](const Token& token) {
     char32_t point = token.codePoint;
     if (point == U'\r') point = U'\n';
-    if (isStray(point)) point = 0xFFFD;
-    if (point > 0xFFFF) text.push_back(static_cast<char16_t>(0xD7C0 + (point >> 10)));
-    text.push_back(static_cast<char16_t>(point > 0xFFFF ? 0xDC00 + (point & 0x3FF) : point));
+    base::appendUtf16(text, isStray(point) ? base::kReplacement : point);
   });
   return text;
 }

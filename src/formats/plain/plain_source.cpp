@@ -1,5 +1,6 @@
 #include "plain_source.h"
 
+#include "base/utf.h"
 #include "document/edit_script.h"
 #include "writer.h"
 
@@ -16,7 +17,7 @@ std::optional<std::string> PlainSource::refusesText(std::u16string_view newText)
   const auto point = firstWithoutPlace(storage_.coding, newText);
   std::array<char, 16> name = {};
   std::snprintf(name.data(), name.size(), "U+%04X", static_cast<unsigned>(*point));
-  if (*point >= 0xD800 && *point < 0xE000)
+  if (base::isSurrogate(*point))
     return std::string("The new text holds half of a character (") + name.data() + "), which " +
            storage_.name + ", the encoding of this file, has no place for; give whole characters.";
   return std::string("The new text holds the character ") + name.data() + ", which " + storage_.name +

@@ -22,26 +22,8 @@ char16_t utf16UnitAt(base::ByteSpan bytes, std::size_t at) {
 }
 
 inline Character firstOfUtf8(base::ByteSpan bytes) {
-  const char32_t lead = bytes[0];
-  if (lead < 0x80) return {lead, 1};
-  const Character stray = strayByte(bytes[0]);
-  bool sound = true;
-  const auto follower = [&](std::size_t i) -> char32_t {
-    const std::uint8_t byte = i < bytes.size() ? bytes[i] : 0;
-    sound = sound && (byte & 0xC0) == 0x80;
-    return byte & 0x3F;
-  };
-  if (lead < 0xE0) {
-    const char32_t point = (lead & 0x1F) << 6 | follower(1);
-    return sound && lead >= 0xC2 ? Character{point, 2} : stray;
-  }
-  if (lead < 0xF0) {
-    const char32_t point = (lead & 0x0F) << 12 | follower(1) << 6 | follower(2);
-    const bool surrogate = point >= 0xD800 && point < 0xE000;
-    return sound && point >= 0x800 && !surrogate ? Character{point, 3} : stray;
-  }
-  const char32_t point = (lead & 0x07) << 18 | follower(1) << 12 | follower(2) << 6 | follower(3);
-  return sound && lead < 0xF5 && point >= 0x10000 && point < 0x110000 ? Character{point, 4} : stray;
+  const base::Utf8Character first = base::firstOfUtf8(bytes.data(), bytes.size());
+  return first.bytes == 0 ? strayByte(bytes[0]) : Character{first.point, first.bytes};
 }
 
 template <Encoding kEncoding>

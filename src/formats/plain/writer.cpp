@@ -1,5 +1,6 @@
 #include "writer.h"
 
+#include "base/utf.h"
 #include "errors/document_error.h"
 #include "token.h"
 
@@ -16,13 +17,6 @@ namespace {
 /// So many bytes go out together.
 constexpr std::size_t kGathered = std::size_t{16} * 1024;
 
-bool isFirstHalf(char16_t unit) { return unit >= 0xD800 && unit < 0xDC00; }
-bool isSecondHalf(char16_t unit) { return unit >= 0xDC00 && unit < 0xE000; }
-
-char32_t joined(char16_t first, char16_t second) {
-  return 0x10000 + (static_cast<char32_t>(first - 0xD800) << 10) + (second - 0xDC00);
-}
-
 bool hasPlace(const Coding& coding, char32_t point) {
   switch (coding.encoding) {
     case Encoding::windows1252:
@@ -37,20 +31,17 @@ bool hasPlace(const Coding& coding, char32_t point) {
 }  // namespace
 
 bool holdsAll(const Coding& coding, std::u16string_view text) {
-  const auto isHalf = [](char16_t unit) { return (unit & 0xF800) == 0xD800; };
-  if (coding.encoding == Encoding::utf8 && std::none_of(text.begin(), text.end(), isHalf)) return true;
+  if (coding.encoding == Encoding::utf8 && std::ranges::none_of(text, base::isSurrogate)) return true;
   return !firstWithoutPlace(coding, text);
 }
 
 std::optional<char32_t> firstWithoutPlace(const Coding& coding, std::u16string_view text) {
   if (isUtf16(coding.encoding)) return std::nullopt;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const bool pair = isFirstHalf(text[i]) && i + 1 < text.size() && isSecondHalf(text[i + 1]);
-    const char32_t point = pair ? joined(text[i], text[i + 1]) : text[i];
-    const bool half = !pair && (isFirstHalf(text[i]) || isSecondHalf(text[i]));
+  while (!text.empty()) {
+    const auto [point, units] = base::firstOfUtf16(text);
     const bool isMark = point == U'\r' || point == U'\n';  // written as a line end, whatever it is
-    if (half || (!isMark && !hasPlace(coding, point))) return point;
-    if (pair) ++i;
+    if (base::isSurrogate(point) || (!isMark && !hasPlace(coding, point))) return point;
+    text.remove_prefix(units);
   }
   return std::nullopt;
 }
@@ -112,14 +103,14 @@ void Writer::encode(std::u16string_view text) {
 
 void Writer::encode(char16_t unit) {
   if (isUtf16() && unit != u'\r' && unit != u'\n') return putUnit(unit);
-  if (firstHalf_ != 0 && isSecondHalf(unit)) {
-    putPoint(joined(firstHalf_, unit));
+  if (firstHalf_ != 0 && base::isLowSurrogate(unit)) {
+    putPoint(base::joinSurrogates(firstHalf_, unit));
     firstHalf_ = 0;
     return;
   }
   requireWholeCharacter();
-  if (!isUtf16() && isSecondHalf(unit)) throw cutInTwo();
-  if (!isUtf16() && isFirstHalf(unit)) {
+  if (!isUtf16() && base::isLowSurrogate(unit)) throw cutInTwo();
+  if (!isUtf16() && base::isHighSurrogate(unit)) {
     firstHalf_ = unit;
   } else if (unit == u'\r' || unit == u'\n') {
     putLineEnd();
@@ -143,18 +134,7 @@ void Writer::putLineEnd() {
 void Writer::putPoint(char32_t point) {
   afterCarriageReturn_ = false;
   if (coding_.encoding != Encoding::utf8) return putInCodePage(point);
-  if (point < 0x80) return putByte(point);
-  if (point < 0x800) {
-    putByte(0xC0 | point >> 6);
-  } else if (point < 0x10000) {
-    putByte(0xE0 | point >> 12);
-    putByte(0x80 | (point >> 6 & 0x3F));
-  } else {
-    putByte(0xF0 | point >> 18);
-    putByte(0x80 | (point >> 12 & 0x3F));
-    putByte(0x80 | (point >> 6 & 0x3F));
-  }
-  putByte(0x80 | (point & 0x3F));
+  base::encodeUtf8(point, [this](std::uint8_t byte) { encoded_.push_back(byte); });
 }
 
 void Writer::putInCodePage(char32_t point) {

@@ -1,5 +1,6 @@
 #include "runs/listing.h"
 
+#include "base/ascii.h"
 #include "base/names.h"
 #include "errors/context.h"
 #include "listing/tree_folders.h"
@@ -7,7 +8,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <functional>
 #include <system_error>
 #include <unordered_set>
@@ -21,9 +21,7 @@ std::string nameIn(const std::string& path) { return path.substr(path.rfind('/')
 
 std::string typeOf(const std::string& path) {
   const std::size_t dot = path.find_last_of("./");
-  std::string type = dot == std::string::npos || path[dot] == '/' ? "" : path.substr(dot + 1);
-  for (char& c : type) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-  return type;
+  return dot == std::string::npos || path[dot] == '/' ? "" : base::asciiLower(path.substr(dot + 1));
 }
 
 std::string withoutSeparators(std::string path) {

@@ -1,6 +1,6 @@
 #include "reports/html_text.h"
 
-#include "base/shown.h"
+#include "base/utf.h"
 
 namespace pluvo::runs {
 

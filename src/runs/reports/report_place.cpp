@@ -1,5 +1,6 @@
 #include "reports/report_place.h"
 
+#include "base/ascii.h"
 #include "runs/run.h"
 
 #include <fcntl.h>
@@ -7,7 +8,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
@@ -30,8 +30,7 @@ std::string resolved(const std::string& path) {
 }
 
 ReportKind kindOf(const std::string& path) {
-  std::string type = path.substr(std::min(path.rfind('.'), path.size()));
-  std::ranges::transform(type, type.begin(), [](unsigned char c) { return std::tolower(c); });
+  const std::string type = base::asciiLower(path.substr(std::min(path.rfind('.'), path.size())));
   if (type == ".html" || type == ".htm") return ReportKind::html;
   if (type == ".csv") return ReportKind::csv;
   if (type == ".json") return ReportKind::json;

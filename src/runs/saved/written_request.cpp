@@ -1,6 +1,5 @@
 #include "runs/written_request.h"
 
-#include "base/shown.h"
 #include "base/suggest.h"
 #include "base/text.h"
 #include "base/utf.h"

@@ -19,9 +19,8 @@ std::size_t charactersIn(std::string_view name) { return base::nameText(name).si
 
 /// Without its first character, which may be several bytes.
 std::string_view withoutFirst(std::string_view name) {
-  const auto continues = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; };
   std::size_t length = name.empty() ? 0 : 1;
-  while (length < name.size() && continues(name[length])) ++length;
+  while (length < name.size() && base::isUtf8Follower(name[length])) ++length;
   return name.substr(length);
 }
 

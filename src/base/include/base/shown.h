@@ -1,15 +1,10 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
 
 namespace pluvo::base {
-
-/// How many of the first bytes are well-formed UTF-8 (overlong forms, surrogates and values beyond U+10FFFF
-/// are not). For what is well-formed, base/utf.h converts.
-std::size_t wellFormedLength(std::string_view bytes);
 
 /// Whether a terminal acts on it, or shows what follows in another order: C0, C1 and bidirectional controls.
 bool isControl(char32_t code);

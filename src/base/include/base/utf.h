@@ -40,6 +40,22 @@ constexpr Utf16Character firstOfUtf16(std::u16string_view text) {
   return {text[0], 1};
 }
 
+/// Whether a byte goes on with a character that began in front of it.
+template <class Byte>
+constexpr bool isUtf8Follower(Byte byte) {
+  return (static_cast<std::uint8_t>(byte) & 0xC0U) == 0x80;
+}
+
+/// The code point that so many bytes, 1 to 4, make; they are a character.
+template <std::size_t kBytes, class Byte>
+constexpr char32_t pointOfUtf8(const Byte* bytes) {
+  constexpr char32_t kOfLead = kBytes == 1 ? 0x7F : 0x7FU >> kBytes;
+  char32_t point = static_cast<std::uint8_t>(bytes[0]) & kOfLead;
+  for (std::size_t i = 1; i < kBytes; ++i)
+    point = point << 6U | (static_cast<std::uint8_t>(bytes[i]) & 0x3FU);
+  return point;
+}
+
 /// A code point at the front of a text and how many bytes it takes; no bytes where there is none.
 struct Utf8Character {
   char32_t point = 0;
@@ -49,22 +65,20 @@ struct Utf8Character {
 /// Of bytes that are not empty. Overlong forms, surrogates and values beyond U+10FFFF are no characters.
 template <class Byte>
 constexpr Utf8Character firstOfUtf8(const Byte* bytes, std::size_t size) {
-  const auto at = [&](std::size_t i) -> char32_t { return static_cast<std::uint8_t>(bytes[i]); };
-  const auto isFollower = [&](std::size_t i) { return (at(i) & 0xC0U) == 0x80; };
-  const char32_t lead = at(0);
+  const auto isFollower = [&](std::size_t i) { return isUtf8Follower(bytes[i]); };
+  const auto lead = static_cast<std::uint8_t>(bytes[0]);
   if (lead < 0x80) return {lead, 1};
   if (lead < 0xE0) {
     if (lead < 0xC2 || size < 2 || !isFollower(1)) return {};
-    return {(lead & 0x1FU) << 6U | (at(1) & 0x3FU), 2};
+    return {pointOfUtf8<2>(bytes), 2};
   }
   if (lead < 0xF0) {
     if (size < 3 || !isFollower(1) || !isFollower(2)) return {};
-    const char32_t point = (lead & 0x0FU) << 12U | (at(1) & 0x3FU) << 6U | (at(2) & 0x3FU);
+    const char32_t point = pointOfUtf8<3>(bytes);
     return point < 0x800 || isSurrogate(point) ? Utf8Character{} : Utf8Character{point, 3};
   }
   if (lead > 0xF4 || size < 4 || !isFollower(1) || !isFollower(2) || !isFollower(3)) return {};
-  const char32_t point =
-      (lead & 0x07U) << 18U | (at(1) & 0x3FU) << 12U | (at(2) & 0x3FU) << 6U | (at(3) & 0x3FU);
+  const char32_t point = pointOfUtf8<4>(bytes);
   return point < 0x10000 || point > 0x10FFFF ? Utf8Character{} : Utf8Character{point, 4};
 }
 
@@ -93,6 +107,13 @@ constexpr void encodeUtf8(char32_t point, Put put) {
 inline void appendUtf8(std::string& bytes, char32_t point) {
   encodeUtf8(point, [&](std::uint8_t byte) { bytes.push_back(static_cast<char>(byte)); });
 }
+
+/// How many of the first bytes are well-formed UTF-8 (overlong forms, surrogates and values beyond U+10FFFF
+/// are not).
+std::size_t wellFormedLength(std::string_view bytes);
+
+/// The lone surrogate that stands for a byte which is no part of a character, U+DC00 plus the byte.
+constexpr char32_t standInOf(std::uint8_t byte) { return 0xDC00U + byte; }
 
 /// UTF-8; lone surrogates become U+FFFD.
 std::string utf8(std::u16string_view text);
