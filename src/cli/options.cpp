@@ -1,6 +1,6 @@
 #include "options.h"
 
-#include "formats/registry.h"
+#include "base/document_types.h"
 #include "runs/colors.h"
 #include "runs/selection.h"
 
@@ -129,7 +129,7 @@ const std::vector<Option>& options() {
        kRunCommands,
        typesHelp,
        keep<&T::types>,
-       {formats::kDocumentExtensions.begin(), formats::kDocumentExtensions.end()}},
+       {base::kDocumentTypes.begin(), base::kDocumentTypes.end()}},
       {0, "mask", Takes::value, "MASK,...", kDocuments, kRunCommands,
        "take only files of such names from folders: * and ?\nstand for any characters, and for one. A mask "
        "with a\n"

@@ -1,6 +1,6 @@
 #include "choosers.h"
 
-#include "formats/registry.h"
+#include "base/document_types.h"
 
 #include <QCoreApplication>
 #include <QFileDialog>
@@ -14,7 +14,7 @@ QString text(const char* source) { return QCoreApplication::translate("Choosers"
 
 QString documentMasks() {
   QStringList masks;
-  for (const std::string_view extension : formats::kDocumentExtensions)
+  for (const std::string_view extension : base::kDocumentTypes)
     masks << "*." + QString::fromLatin1(extension.data(), static_cast<qsizetype>(extension.size()));
   return masks.join(' ');
 }

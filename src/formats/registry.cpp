@@ -1,5 +1,7 @@
 #include "formats/registry.h"
 
+#include "base/ascii.h"
+#include "base/document_types.h"
 #include "formats/signature.h"
 
 #include <algorithm>
@@ -13,7 +15,8 @@ using errors::Problem;
 
 /// Whether a name with the extension promises more than a text.
 bool promisesDocument(std::string_view extension) {
-  return extension != "txt" && std::ranges::find(kDocumentExtensions, extension) != kDocumentExtensions.end();
+  return extension != "txt" &&
+         std::ranges::find(base::kDocumentTypes, extension) != base::kDocumentTypes.end();
 }
 
 std::string quoted(std::string_view extension) { return "\"." + std::string(extension) + "\""; }
@@ -44,11 +47,7 @@ std::string extensionOf(std::string_view path) {
   const std::string_view name = path.substr(path.rfind('/') + 1);
   const std::size_t dot = name.rfind('.');
   if (dot == std::string_view::npos || dot == 0) return {};
-  std::string extension(name.substr(dot + 1));
-  std::ranges::transform(extension, extension.begin(), [](char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-  });
-  return extension;
+  return base::asciiLower(name.substr(dot + 1));
 }
 
 const Format* Registry::find(base::ByteSpan bytes, std::string_view extension) const {

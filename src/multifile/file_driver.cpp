@@ -1,12 +1,14 @@
 #include "multifile/file_driver.h"
 
+#include "base/document_types.h"
 #include "base/secret_text.h"
+#include "base/utf.h"
 #include "errors/context.h"
 #include "errors/fault.h"
 #include "host_faults.h"
 #include "multifile/clsSorting.h"
 #include "questions.h"
-#include "scanner/letter_case.h"
+#include "text/folding.h"
 #include "word/faults.h"
 
 #include <algorithm>
@@ -21,12 +23,17 @@ namespace {
 /// Sorting costs the square of this.
 constexpr std::size_t kMostSorted = 301;
 
-struct Kin {
-  std::u16string_view mask;
-  std::u16string_view others;
-};
-/// What Windows takes with these masks by short names.
-constexpr Kin kKin[] = {{u"*.doc", u",*.docx,*.docm"}, {u"*.dot", u",*.dotx,*.dotm"}, {u"*.htm", u",*.html"}};
+/// The types that Windows takes with a mask as "*.doc" by short names, which keep three letters of a type.
+std::u16string kinOf(std::u16string_view mask) {
+  constexpr std::size_t kKept = 3;
+  const std::u16string folded = text::foldCase(mask);
+  std::u16string kin;
+  for (const std::string_view type : base::kDocumentTypes) {
+    const std::u16string all = base::utf16(type);
+    if (all.size() > kKept && folded == u"*." + all.substr(0, kKept)) kin += u",*." + all;
+  }
+  return kin;
+}
 
 std::u16string withKin(std::u16string_view masks) {
   std::u16string all;
@@ -35,9 +42,7 @@ std::u16string withKin(std::u16string_view masks) {
     const std::u16string_view mask = masks.substr(at, end - at);
     if (at > 0) all += u',';
     all += mask;
-    for (const Kin& kin : kKin) {
-      if (scanner::upperCase(mask) == scanner::upperCase(kin.mask)) all += kin.others;
-    }
+    all += kinOf(mask);
     at = end + 1;
   }
   return all;

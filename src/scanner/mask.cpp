@@ -1,6 +1,6 @@
 #include "scanner/mask.h"
 
-#include "scanner/letter_case.h"
+#include "text/folding.h"
 
 #include <optional>
 #include <string>
@@ -13,10 +13,10 @@ bool isWildcard(char16_t unit) { return unit == u'*' || unit == u'?'; }
 
 }  // namespace
 
-Mask::Mask(std::u16string_view text) {
-  const std::u16string upper = upperCase(text);
-  for (std::size_t i = 0; i < upper.size(); ++i) {
-    const std::u16string_view rest = std::u16string_view(upper).substr(i);
+Mask::Mask(std::u16string_view mask) {
+  const std::u16string folded = text::foldCase(mask);
+  for (std::size_t i = 0; i < folded.size(); ++i) {
+    const std::u16string_view rest = std::u16string_view(folded).substr(i);
     if (rest == u"*.") {
       tokens_.push_back({Kind::restWithoutDot, 0});
       return;
@@ -29,15 +29,15 @@ Mask::Mask(std::u16string_view text) {
     tokens_.push_back({kind, rest[0]});
   }
   if (tokens_.empty()) tokens_.push_back({Kind::anyUnits, 0});
-  takesAll_ = text.empty() || text == u"*" || text == u"*.*";
+  takesAll_ = mask.empty() || mask == u"*" || mask == u"*.*";
 }
 
 bool Mask::fits(std::u16string_view name) const {
-  const std::u16string upper = upperCase(name);
-  const auto isDot = [&](std::size_t at) { return at < upper.size() && upper[at] == u'.'; };
+  const std::u16string folded = text::foldCase(name);
+  const auto isDot = [&](std::size_t at) { return at < folded.size() && folded[at] == u'.'; };
   /// Where the name goes on behind a token that is matched at a place.
   const auto behind = [&](const Token& token, std::size_t at) -> std::optional<std::size_t> {
-    const bool ended = at == upper.size();
+    const bool ended = at == folded.size();
     switch (token.kind) {
       case Kind::oneUnit:
         return ended || isDot(at) ? at : at + 1;
@@ -45,10 +45,10 @@ bool Mask::fits(std::u16string_view name) const {
         if (ended || isDot(at)) return ended ? at : at + 1;
         return std::nullopt;
       case Kind::restWithoutDot:
-        if (const std::size_t dot = upper.find(u'.', at); dot >= upper.size() - 1) return upper.size();
+        if (const std::size_t dot = folded.find(u'.', at); dot >= folded.size() - 1) return folded.size();
         return std::nullopt;
       default:
-        if (!ended && upper[at] == token.unit) return at + 1;
+        if (!ended && folded[at] == token.unit) return at + 1;
         return std::nullopt;
     }
   };
@@ -60,7 +60,7 @@ bool Mask::fits(std::u16string_view name) const {
   std::optional<Star> star;
   std::size_t at = 0;
   std::size_t next = 0;
-  while (next < tokens_.size() || at < upper.size()) {
+  while (next < tokens_.size() || at < folded.size()) {
     if (next < tokens_.size() && tokens_[next].kind == Kind::anyUnits) {
       star = Star{next++, at};
       continue;
@@ -72,7 +72,7 @@ bool Mask::fits(std::u16string_view name) const {
       continue;
     }
     // The last star takes one unit more.
-    if (!star || star->end == upper.size()) return false;
+    if (!star || star->end == folded.size()) return false;
     at = ++star->end;
     next = star->token + 1;
   }

@@ -73,6 +73,12 @@ char16_t foldCase(char16_t unit) {
   return static_cast<char16_t>(unit + range->distance);
 }
 
+std::u16string foldCase(std::u16string_view text) {
+  std::u16string folded(text);
+  for (char16_t& unit : folded) unit = foldCase(unit);
+  return folded;
+}
+
 FoldVariants foldVariants(char16_t unit) {
   const char16_t folded = foldCase(unit);
   return folded < kAsciiVariants.size() ? kAsciiVariants[folded] : variantsOf(folded);

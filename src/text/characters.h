@@ -1,15 +1,13 @@
 #pragma once
 
 #include "base/utf.h"
+#include "text/folding.h"
 #include "text/positions.h"
 
 #include <array>
 #include <cstdint>
 
 namespace pluvo::text {
-
-/// What a unit folds to when case does not matter (Unicode's simple case folding).
-char16_t foldCase(char16_t unit);
 
 /// The units that fold to the same unit as a given one, that one among them.
 struct FoldVariants {

@@ -1,6 +1,6 @@
 // Writes the manual pages and the completions of the command line, from the table of options that --help is
 // made from.
-#include "formats/registry.h"
+#include "base/document_types.h"
 #include "help.h"
 #include "options.h"
 #include "pages/files.h"
@@ -48,8 +48,7 @@ pages::Option pageOf(const cli::Option& option) {
 }
 
 pages::Program commandLine() {
-  pages::Program program = {
-      "pluvo", {}, {}, {formats::kDocumentExtensions.begin(), formats::kDocumentExtensions.end()}};
+  pages::Program program = {"pluvo", {}, {}, {base::kDocumentTypes.begin(), base::kDocumentTypes.end()}};
   for (const cli::CommandName& each : cli::commandNames()) {
     const cli::Story& story = cli::storyOf(each.command);
     program.commands.push_back({std::string(each.name), std::string(each.summary),

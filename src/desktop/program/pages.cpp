@@ -1,6 +1,6 @@
 // Writes the manual page and the completions of the desktop program, from the table of options that --help is
 // made from.
-#include "formats/registry.h"
+#include "base/document_types.h"
 #include "options.h"
 #include "pages/files.h"
 #include "pages/manual.h"
@@ -14,7 +14,7 @@ using namespace pluvo;
 
 pages::Program desktopProgram() {
   pages::Program program = {
-      "pluvo-desktop", {}, {}, {formats::kDocumentExtensions.begin(), formats::kDocumentExtensions.end()}};
+      "pluvo-desktop", {}, {}, {base::kDocumentTypes.begin(), base::kDocumentTypes.end()}};
   for (const desktop::Option& each : desktop::kOptions) {
     pages::Option option;
     option.letter = each.letter;

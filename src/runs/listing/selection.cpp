@@ -1,12 +1,12 @@
 #include "runs/selection.h"
 
-#include "formats/registry.h"
+#include "base/document_types.h"
 #include "store/store.h"
 
 namespace pluvo::runs {
 
 std::vector<std::string> documentTypes() {
-  return {formats::kDocumentExtensions.begin(), formats::kDocumentExtensions.end()};
+  return {base::kDocumentTypes.begin(), base::kDocumentTypes.end()};
 }
 
 std::vector<std::string> everyType() {

@@ -2,17 +2,12 @@
 
 #include "formats/format.h"
 
-#include <array>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace pluvo::formats {
-
-/// The endings that names of documents have, in whatever program they were written.
-inline constexpr std::array<std::string_view, 10> kDocumentExtensions = {
-    "doc", "docx", "docm", "dot", "dotx", "dotm", "txt", "rtf", "htm", "html"};
 
 /// "txt" of "folder/Letter.TXT"; nothing for a name without one.
 std::string extensionOf(std::string_view path);

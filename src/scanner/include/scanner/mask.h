@@ -15,7 +15,7 @@ namespace pluvo::scanner {
 /// So *.* takes every name, and so does the empty mask.
 class Mask {
  public:
-  explicit Mask(std::u16string_view text);
+  explicit Mask(std::u16string_view mask);
   bool matches(std::u16string_view name) const { return takesAll_ || fits(name); }
 
  private:
