@@ -234,8 +234,7 @@ void fillWithEverything(const Sandbox& sandbox) {
   sandbox.put("good.docx", docx::fileOf("a draft"));
   sandbox.put("sub/good.txt", "a draft\r\n");
   sandbox.put("truncated.docx", docx::fileOf("draft").substr(0, 300));
-  sandbox.put("encrypted.docx",
-              archive::build({{{"word/document.xml", "draft", true, false, false, 1}}}).bytes);
+  sandbox.put("encrypted.docx", zip::build({{{"word/document.xml", "draft", true, false, false, 1}}}).bytes);
   sandbox.put("protected.docx",
               docx::fileOf("draft", docx::settingsOf(
                                         "<w:documentProtection w:edit=\"readOnly\" w:enforcement=\"1\"/>")));
@@ -308,8 +307,7 @@ TEST(Passwords, LiftProtectionsThatStay) {
   sandbox.put("free.docx", docx::fileOf("draft", settings("w:enforcement=\"1\"")));
   sandbox.put("locked.docx", docx::fileOf("draft", settings(kept)));
   sandbox.put("plain.docx", docx::fileOf("draft"));
-  sandbox.put("encrypted.docx",
-              archive::build({{{"word/document.xml", "draft", true, false, false, 1}}}).bytes);
+  sandbox.put("encrypted.docx", zip::build({{{"word/document.xml", "draft", true, false, false, 1}}}).bytes);
   const std::string run = kReplace + "-r . ";
 
   EXPECT_THAT(sandbox.run(run + "-n").err,
