@@ -40,6 +40,7 @@ template <Encoding kEncoding>
 Token firstToken(base::ByteSpan bytes, const CodePage* page) {
   const Character character = firstCharacter<kEncoding>(bytes, page);
   Token token = {character.codePoint, character.bytes};
+  if (token.codePoint > U'\r') return token;
   if (token.codePoint == U'\n') {
     token.lineEnd = LineEnd::lineFeed;
     token.codePoint = U'\r';
