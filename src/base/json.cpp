@@ -35,4 +35,15 @@ std::string jsonQuoted(std::string_view bytes) {
   return json + '"';
 }
 
+JsonObject& JsonObject::json(std::string_view name, std::string_view value) {
+  if (!members_.empty()) members_ += ',';
+  members_.append("\"").append(name).append("\":").append(value);
+  return *this;
+}
+
+void JsonArray::add(std::string_view value) {
+  if (!values_.empty()) values_ += ',';
+  values_ += value;
+}
+
 }  // namespace pluvo::base

@@ -1,7 +1,7 @@
 #include "base/json.h"
 #include "reports/report_file.h"
 #include "reports/report_kinds.h"
-#include "runs/not_reached_json.h"
+#include "runs/outcome_json.h"
 #include "runs/written_request.h"
 
 #include <utility>
@@ -9,23 +9,24 @@
 namespace pluvo::runs {
 namespace {
 
-std::string member(std::string_view name, const std::string& value) {
-  return "\"" + std::string(name) + "\":" + value;
-}
-
 std::string object(const Excerpt& excerpt) {
-  return "{" + member("lead", base::jsonQuoted(excerpt.lead)) + "," +
-         member("text", base::jsonQuoted(excerpt.piece)) + "," +
-         member("trail", base::jsonQuoted(excerpt.trail)) + "}";
+  return base::JsonObject()
+      .text("lead", excerpt.lead)
+      .text("text", excerpt.piece)
+      .text("trail", excerpt.trail)
+      .str();
 }
 
 std::string object(const BlockReport& block) {
-  return "{" + member("command", base::jsonQuoted(nameOf(block.request->operation))) + "," +
-         member("paragraph", std::to_string(block.paragraph)) + "," + member("before", object(block.before)) +
-         "," + member("after", block.after ? object(*block.after) : "null") + "," +
-         member("deleted", block.deleted ? "true" : "false") + "," +
-         member("refused", block.refused ? "true" : "false") + "," +
-         member("skipped", block.skipped ? "true" : "false") + "}";
+  return base::JsonObject()
+      .text("command", nameOf(block.request->operation))
+      .number("paragraph", block.paragraph)
+      .json("before", object(block.before))
+      .json("after", block.after ? object(*block.after) : "null")
+      .truth("deleted", block.deleted)
+      .truth("refused", block.refused)
+      .truth("skipped", block.skipped)
+      .str();
 }
 
 class JsonReport final : public Observer {
@@ -39,42 +40,30 @@ class JsonReport final : public Observer {
   }
 
   void document(const Outcome& outcome) override {
-    std::string error = "null";
-    if (outcome.failure) {
-      error = "{" + member("code", base::jsonQuoted(errors::nameOf(outcome.failure->problem))) + "," +
-              member("message", base::jsonQuoted(outcome.failure->message)) + "}";
-    }
-    file_.addLater(
-        (inDocument_ ? "" : opening(outcome.path)) + "],\n  " +
-        member("found", std::to_string(outcome.found)) + "," +
-        member("operated", std::to_string(outcome.operated)) + "," +
-        member("skipped", std::to_string(outcome.skipped)) + "," +
-        member("refused", std::to_string(outcome.refused)) + "," +
-        member("saved", outcome.saved ? "true" : "false") + "," +
-        member("savedAs", base::jsonQuoted(outcome.savedAs)) + "," +
-        member("backup", base::jsonQuoted(outcome.backup)) + "," + member("error", error) + "," +
-        member("encoding", outcome.encoding.empty() ? "null" : base::jsonQuoted(outcome.encoding)) +
-        notReachedInJson(outcome.elsewhere) + notLookedIntoInJson(outcome.elsewhere) + "}");
+    base::JsonObject members;
+    members.number("found", outcome.found)
+        .number("operated", outcome.operated)
+        .number("skipped", outcome.skipped)
+        .number("refused", outcome.refused)
+        .truth("saved", outcome.saved)
+        .text("savedAs", outcome.savedAs)
+        .text("backup", outcome.backup);
+    addErrorAndEncoding(members, outcome);
+    addNotReached(members, outcome.elsewhere);
+    addNotLookedInto(members, outcome.elsewhere);
+    file_.addLater((inDocument_ ? "" : opening(outcome.path)) + "],\n  " + members.members() + "}");
     inDocument_ = false;
   }
 
   void leftOut(const LeftOut& leftOut) override {
     notTaken_ += (notTaken_.empty() ? "\n " : ",\n ") +
-                 ("{" + member("file", base::jsonQuoted(leftOut.path))) + "," +
-                 member("reason", base::jsonQuoted(wordsOf(leftOut.reason))) + "}";
+                 base::JsonObject().text("file", leftOut.path).text("reason", wordsOf(leftOut.reason)).str();
   }
 
   void ends(const Totals& totals) override {
-    file_.finish(
-        std::string(kJsonMark) + "\n" + member("command", base::jsonQuoted(command_)) + ",\n\"documents\":[",
-        "],\n\"notTaken\":[" + notTaken_ + "],\n\"summary\":{" +
-            member("files", std::to_string(totals.files)) + "," +
-            member("found", std::to_string(totals.found)) + "," +
-            member("operated", std::to_string(totals.operated)) + "," +
-            member("skipped", std::to_string(totals.skipped)) + "," +
-            member("changed", std::to_string(totals.changed)) + "," +
-            member("failed", std::to_string(totals.failed)) + "," +
-            member("left_out", std::to_string(totals.leftOut)) + notReachedInJson(totals) + "}}\n");
+    file_.finish(std::string(kJsonMark) + "\n" + base::JsonObject().text("command", command_).members() +
+                     ",\n\"documents\":[",
+                 "],\n\"notTaken\":[" + notTaken_ + "],\n\"summary\":" + summaryInJson(totals) + "}\n");
   }
 
  private:
@@ -82,7 +71,7 @@ class JsonReport final : public Observer {
   std::string opening(const std::string& path) {
     inDocument_ = true;
     return std::string(std::exchange(first_, false) ? "\n " : ",\n ") + "{" +
-           member("file", base::jsonQuoted(path)) + ",\"blocks\":[";
+           base::JsonObject().text("file", path).members() + ",\"blocks\":[";
   }
 
   ReportFile file_;
