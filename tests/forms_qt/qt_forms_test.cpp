@@ -236,12 +236,9 @@ TEST_F(ShownForm, KeepsTheRowWhereTheUserWasAndSelectsManyAtOnce) {
 }
 
 TEST(QtMessageBoxes, ShowLetterForLetterAndCanBeCopied) {
-  const auto then = [](auto does) {
-    QTimer::singleShot(50, [=] { does(*QApplication::activeModalWidget()); });
-  };
   bool placed = false;
   forms_qt::QtMessageBoxes boxes({.owner = {}, .placing = [&](QWidget& box) { placed = box.height() > 0; }});
-  then([](QWidget& box) {
+  whenShown([](QWidget& box) {
     EXPECT_EQ(static_cast<QMessageBox&>(box).text(), u"<b>R&D</b>\n\nnext");
     EXPECT_EQ(static_cast<QMessageBox&>(box).textFormat(), Qt::PlainText);
     QTest::keyClick(&box, Qt::Key_C, Qt::ControlModifier);
@@ -253,7 +250,7 @@ TEST(QtMessageBoxes, ShowLetterForLetterAndCanBeCopied) {
 
   std::u16string many;
   for (int i = 0; i < 400; ++i) many += u"a line like others\r\n";
-  then([](QWidget& box) {
+  whenShown([](QWidget& box) {
     EXPECT_LT(box.height(), box.screen()->availableGeometry().height());
     const QWidget* button = box.findChild<QPushButton*>();
     EXPECT_TRUE(box.rect().contains(QRect(button->mapTo(&box, QPoint()), button->size()))) << "in sight";
@@ -266,8 +263,7 @@ TEST(QtMessageBoxes, ShowLetterForLetterAndCanBeCopied) {
 
 TEST(QtBoxes, AreAsWideAsTheirTitlesAndHaveNoIcons) {
   const auto look = [] {
-    QTimer::singleShot(50, [] {
-      QWidget& box = *QApplication::activeModalWidget();
+    whenShown([](QWidget& box) {
       EXPECT_GT(box.width(), box.fontMetrics().horizontalAdvance(box.windowTitle()));
       for (const QAbstractButton* button : box.findChildren<QAbstractButton*>())
         EXPECT_TRUE(button->icon().isNull()) << button->text().toStdString();

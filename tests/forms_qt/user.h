@@ -33,6 +33,17 @@ struct Toolkit {
   QApplication application;
 };
 
+/// Does something to the next box, once it is on screen, laid out and has the keyboard, however long that
+/// takes.
+inline void whenShown(std::function<void(QWidget& box)> doing) {
+  QTimer::singleShot(10, QApplication::instance(), [doing = std::move(doing)]() mutable {
+    QWidget* const box = QApplication::activeModalWidget();
+    if (box == nullptr || !box->isActiveWindow() || !box->windowHandle()->isExposed())
+      return whenShown(std::move(doing));
+    QTimer::singleShot(0, box, [box, doing = std::move(doing)] { doing(*box); });
+  });
+}
+
 /// See forms_shown/shown_form.h.
 class User {
  public:
