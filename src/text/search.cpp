@@ -5,12 +5,25 @@
 #include "needle.h"
 
 #include <algorithm>
+#include <array>
+#include <cstring>
 #include <vector>
 
 namespace pluvo::text {
 namespace {
 
 constexpr Position kNowhereFound = -1;
+
+Position cellMarkIn(const Stretch& stretch) {
+  const auto length = static_cast<std::size_t>(stretch.length);
+  if (stretch.wide != nullptr) {
+    const std::size_t at = std::u16string_view(stretch.wide, length).find(kCellMark);
+    return at == std::u16string_view::npos ? kNowhereFound : static_cast<Position>(at);
+  }
+  const void* const at = std::memchr(stretch.narrow, kCellMark, length);
+  return at == nullptr ? kNowhereFound
+                       : static_cast<Position>(static_cast<const std::uint8_t*>(at) - stretch.narrow);
+}
 
 /// A find under way: the text, how it is looked at, and what counts as a match.
 struct Haystack {
@@ -139,12 +152,17 @@ class Execution {
         gatherLimit_(kFirstGather + 2 * needle.length()) {}
 
   std::optional<Span> run(Position from, Position to) {
+    const bool isOnePiece = haystack_.text.pieceCount() == 1;
     for (const auto& run : haystack_.visibility.runs(from, to)) {
       if (isVisible(run.value, haystack_.view)) {
-        haystack_.text.forEachPiece(run.from, run.to, [&](Position start, const Piece& piece) {
-          take(start, piece);
-          return !found_;
-        });
+        if (isOnePiece) {
+          take(run.from, haystack_.text.piece(0).part(run.from, run.to));
+        } else {
+          haystack_.text.forEachPiece(run.from, run.to, [&](Position start, const Piece& piece) {
+            take(start, piece);
+            return !found_;
+          });
+        }
       } else if (gathered_.length() > 0) {
         passOver(run.from, run.to);
       }
@@ -243,12 +261,10 @@ class Execution {
   /// A hidden cell mark parts what lies on both sides of it.
   void passOver(Position from, Position to) {
     haystack_.text.forEachStretch(from, to, [&](Position start, const Stretch& stretch) {
-      for (Position i = 0; i < stretch.length; ++i) {
-        if (stretch[i] != kCellMark) continue;
-        gathered_.add(start + i, stretch.part(i, i + 1));
-        return false;
-      }
-      return true;
+      const Position mark = cellMarkIn(stretch);
+      if (mark == kNowhereFound) return true;
+      gathered_.add(start + mark, stretch.part(mark, mark + 1));
+      return false;
     });
   }
 
@@ -282,16 +298,41 @@ class Execution {
 
 }  // namespace
 
+/// The texts searched for last. A document has many texts besides its main one, and a folder has many
+/// documents; preparing costs more than searching a short one.
+class Search::Memory {
+ public:
+  std::shared_ptr<const Prepared> prepared(std::u16string_view needle, SearchFlags flags) {
+    const auto found = std::find_if(known_.begin(), known_.end(), [&](const Known& known) {
+      return known.prepared != nullptr && known.flags == flags && known.needle == needle;
+    });
+    if (found != known_.end()) return found->prepared;
+    const WordEnds wholeWord = flags.wholeWord ? WordEnds::of(needle) : WordEnds{};
+    std::shared_ptr<const Prepared> made(new Prepared{Needle(needle, flags.matchCase), wholeWord});
+    if (needle.size() > kLongest) return made;
+    known_[next_] = {std::u16string(needle), flags, made};
+    next_ = (next_ + 1) % known_.size();
+    return made;
+  }
+
+ private:
+  static constexpr std::size_t kLongest = 1024;
+
+  struct Known {
+    std::u16string needle;
+    SearchFlags flags;
+    std::shared_ptr<const Prepared> prepared;
+  };
+  std::array<Known, 8> known_;
+  std::size_t next_ = 0;
+};
+
 Search::Search(std::u16string_view needle, SearchFlags flags) {
   const bool findable = !needle.empty() && needle.find(kCellMark) == std::u16string_view::npos;
   if (!findable) return;
-  const WordEnds wholeWord = flags.wholeWord ? WordEnds::of(needle) : WordEnds{};
-  prepared_.reset(new Prepared{Needle(needle, flags.matchCase), wholeWord});
+  thread_local Memory memory;
+  prepared_ = memory.prepared(needle, flags);
 }
-
-Search::~Search() = default;
-Search::Search(Search&&) noexcept = default;
-Search& Search::operator=(Search&&) noexcept = default;
 
 std::optional<Span> Search::find(const PieceText& text, const RunMap<Visibility>& visibility, View view,
                                  Position from, Position to) const {

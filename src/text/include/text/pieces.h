@@ -23,6 +23,13 @@ struct Piece {
   bool behindAnchor = false;
 
   bool isNew() const { return original == kNone; }
+  /// Its units [from, to).
+  Piece part(Position from, Position to) const {
+    Piece part = *this;
+    part.length = to - from;
+    (isNew() ? part.added : part.original) += from;
+    return part;
+  }
   static constexpr Position kNone = -1;
 };
 

@@ -29,9 +29,10 @@ class RunMap {
   std::size_t runCount() const { return parts_.count(); }
 
   void append(Position length, const Value& value) {
-    const bool atEnd = parts_.beforeGap() != nullptr && parts_.behindGap() == nullptr;
-    if (atEnd && *parts_.beforeGap() == value) return parts_.extend(length);
-    replace(this->length(), this->length(), length, value);
+    if (parts_.behindGap() != nullptr) return replace(this->length(), this->length(), length, value);
+    if (length == 0) return;
+    if (parts_.beforeGap() != nullptr && *parts_.beforeGap() == value) return parts_.extend(length);
+    parts_.insert(length, value);
   }
 
   Value valueAt(Position position) const { return parts_.value(parts_.indexAt(position)); }

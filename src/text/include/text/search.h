@@ -14,6 +14,7 @@ namespace pluvo::text {
 struct SearchFlags {
   bool matchCase = false;
   bool wholeWord = false;
+  bool operator==(const SearchFlags&) const = default;
 };
 
 /// A literal search for one text, prepared once and used as often as wanted, also by several threads at once.
@@ -39,10 +40,8 @@ struct SearchFlags {
 /// searched for.
 class Search {
  public:
+  /// What a thread searched for last is prepared once.
   Search(std::u16string_view needle, SearchFlags flags);
-  ~Search();
-  Search(Search&&) noexcept;
-  Search& operator=(Search&&) noexcept;
 
   /// The first match that lies in [from, to) wholly.
   std::optional<Span> find(const PieceText& text, const RunMap<Visibility>& visibility, View view,
@@ -50,7 +49,8 @@ class Search {
 
  private:
   struct Prepared;
-  std::unique_ptr<const Prepared> prepared_;
+  class Memory;
+  std::shared_ptr<const Prepared> prepared_;
 };
 
 }  // namespace pluvo::text
