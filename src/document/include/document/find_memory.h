@@ -22,8 +22,7 @@ struct Query {
 
   text::Position length() const { return static_cast<text::Position>(text->size()); }
   bool operator==(const Query& other) const {
-    return flags.matchCase == other.flags.matchCase && flags.wholeWord == other.flags.wholeWord &&
-           (text == other.text || *text == *other.text);
+    return flags == other.flags && (text == other.text || *text == *other.text);
   }
 };
 
