@@ -3,6 +3,8 @@
 #include "characters.h"
 #include "words.h"
 
+#include <atomic>
+
 namespace pluvo::xml {
 
 namespace {
@@ -13,10 +15,18 @@ constexpr std::string_view kXmlnsUri = "http://www.w3.org/2000/xmlns/";
 /// The binding of what has no namespace; it comes first.
 constexpr std::uint16_t kNothing = 0;
 
+Scope newScope() {
+  static std::atomic<Scope> last = 0;
+  return last.fetch_add(1, std::memory_order_relaxed) + 1;
+}
+
 }  // namespace
 
 NameResolver::NameResolver(const Vocabulary& vocabulary, std::size_t textSize)
-    : vocabulary_(&vocabulary), elements_(slotsFor(textSize)), attributes_(slotsFor(textSize)) {
+    : vocabulary_(&vocabulary),
+      scope_(newScope()),
+      elements_(slotsFor(textSize)),
+      attributes_(slotsFor(textSize)) {
   bindings_.push_back({"", "", kNoNamespace, scope_});
   bindings_.push_back({"xml", kXmlUri, kXmlNamespace, scope_});
   bindings_.push_back({"xmlns", kXmlnsUri, kOtherNamespace, scope_});
@@ -28,7 +38,7 @@ const char* NameResolver::declare(std::string_view prefix, std::string_view uri)
     return "a reserved namespace is declared anew";
   }
   if (uri.empty() && !prefix.empty()) return "a namespace prefix is declared without a namespace";
-  scope_ = ++lastScope_;
+  scope_ = newScope();
   bindings_.push_back({prefix, uri, uri.empty() ? kNoNamespace : vocabulary_->findNamespace(uri), scope_});
   return nullptr;
 }

@@ -30,7 +30,7 @@ std::size_t TagMemory::slotFor(std::string_view tag) const {
   return slotOf(headOf(tag), tailOf(tag), tag.size(), slots_.size());
 }
 
-const KnownTag* TagMemory::recall(std::string_view bytes, std::uint32_t scope) const {
+const KnownTag* TagMemory::recall(std::string_view bytes, Scope scope) const {
   const std::string_view tag = cutTag(bytes);
   if (tag.empty()) return nullptr;
   const std::size_t slot = slotFor(tag);
@@ -43,7 +43,7 @@ const KnownTag* TagMemory::recall(std::string_view bytes, std::uint32_t scope) c
 }
 
 void TagMemory::remember(std::string_view tag, Offset begin, KnownTag::Name name,
-                         const std::vector<Attribute>& attributes, std::uint32_t scope) {
+                         const std::vector<Attribute>& attributes, Scope scope) {
   if (attributes.size() > KnownTag::kMostAttributes || cutTag(tag).size() != tag.size()) return;
   const std::size_t slot = slotFor(tag);
   KnownTag& known = slots_[slot];

@@ -30,8 +30,8 @@ inline std::uint64_t tailOf(std::string_view bytes) {
   return bytes.size() >= 8 ? load<std::uint64_t>(bytes.data() + bytes.size() - 8) : 0;
 }
 
-/// How many slots a memory of tags or names is to have for a text of so many bytes: a power of two, since
-/// most parts are small, and clearing more memory than they have bytes would cost more than reading them.
+/// How many slots a memory of tags or names is to have for a text of so many bytes: a power of two. Most
+/// parts are small, and clearing more memory than they have bytes would cost more than reading them.
 inline std::size_t slotsFor(std::size_t textSize) {
   return std::clamp<std::size_t>(std::bit_ceil(textSize / 256), 16, 256);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "xml/slots.h"
 #include "xml/vocabulary.h"
 
 #include <cstddef>
@@ -10,6 +11,9 @@
 #include <vector>
 
 namespace pluvo::xml {
+
+/// The declarations in scope as a number that no other text has: the same number, the same declarations.
+using Scope = std::uint64_t;
 
 struct ResolvedName {
   NameId id = kOtherName;
@@ -30,8 +34,7 @@ class NameResolver {
   /// must outlive the resolver.
   const char* declare(std::string_view prefix, std::string_view uri);
   std::size_t declared() const { return bindings_.size(); }
-  /// The declarations in scope as a number: the same number, the same declarations.
-  std::uint32_t scope() const { return scope_; }
+  Scope scope() const { return scope_; }
   /// Forgets the declarations after the first `count`.
   void forget(std::size_t count);
 
@@ -48,16 +51,16 @@ class NameResolver {
     std::string_view prefix;
     std::string_view uri;
     NamespaceId space;
-    std::uint32_t scope;  ///< the scope that this binding opened
+    Scope scope;  ///< the scope that this binding opened
   };
   /// Names of up to 16 bytes are known by their length, first and last eight bytes.
   struct Slot {
     std::uint64_t head = 0, tail = 0;
     std::string_view name;
-    std::uint32_t scope = 0;  ///< 0: nothing here yet
+    Scope scope = 0;  ///< 0: nothing here yet
     ResolvedName resolved;
   };
-  using Table = std::vector<Slot>;
+  using Table = Slots<Slot>;  // names of other texts have other scopes
 
   const ResolvedName& find(std::string_view name, Table& table, bool isElement);
   ResolvedName resolve(std::string_view name, bool isElement) const;
@@ -65,8 +68,7 @@ class NameResolver {
 
   const Vocabulary* vocabulary_;
   std::vector<Binding> bindings_;
-  std::uint32_t scope_ = 1;  ///< changes with the bindings, and comes back when they do
-  std::uint32_t lastScope_ = 1;
+  Scope scope_;  ///< changes with the bindings, and comes back when they do
   Table elements_;
   Table attributes_;
   ResolvedName unsound_;

@@ -89,7 +89,7 @@ class Scanner {
   /// The namespace itself, as it is declared; empty where it is not.
   std::string_view uriOf(std::string_view prefix) const { return names_.uriOf(prefix); }
   /// The declarations in scope as a number: under the same number the same bytes are the same tokens.
-  std::uint32_t scope() const { return names_.scope(); }
+  Scope scope() const { return names_.scope(); }
   /// The bytes behind the last token.
   std::string_view ahead() const { return rest(text_ + end_); }
   /// Goes on at another place of these bytes, where a token begins and the same elements are open as after

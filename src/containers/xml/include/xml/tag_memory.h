@@ -1,6 +1,8 @@
 #pragma once
 
 #include "xml/attribute.h"
+#include "xml/name_resolver.h"
+#include "xml/slots.h"
 
 #include <array>
 #include <cstddef>
@@ -19,8 +21,8 @@ struct KnownTag {
   };
   static constexpr std::size_t kMostAttributes = 4;
 
-  std::string_view bytes;   ///< where they were first met
-  std::uint32_t scope = 0;  ///< as NameResolver::scope() numbers it; 0: no tag
+  std::string_view bytes;  ///< where they were first met
+  Scope scope = 0;         ///< 0: no tag
   Name name;
   std::uint8_t attributeCount = 0;
   std::array<Attribute, kMostAttributes> attributes;  ///< here and in the name offsets are those from the '<'
@@ -34,16 +36,16 @@ class TagMemory {
   explicit TagMemory(std::size_t textSize);
 
   /// The tag that the bytes begin with, or null.
-  const KnownTag* recall(std::string_view bytes, std::uint32_t scope) const;
+  const KnownTag* recall(std::string_view bytes, Scope scope) const;
   /// A long tag, or one with many attributes or a '>' within, is forgotten at once. The bytes must outlive
   /// this; the other offsets are those of the scanned bytes, in which the tag begins at `begin`.
   void remember(std::string_view tag, Offset begin, KnownTag::Name name,
-                const std::vector<Attribute>& attributes, std::uint32_t scope);
+                const std::vector<Attribute>& attributes, Scope scope);
 
  private:
   std::size_t slotFor(std::string_view tag) const;
 
-  std::vector<KnownTag> slots_;
+  Slots<KnownTag> slots_;  ///< tags of other texts have other scopes
 };
 
 }  // namespace pluvo::xml
