@@ -16,6 +16,23 @@ bool isMark(char16_t unit) {
   return unit == text::kCommentReference || (unit >= text::kFieldBegin && unit <= text::kFieldEnd);
 }
 
+/// Looks at each unit, since that can be done for many at a time.
+template <class Unit>
+bool holdsMark(const Unit* units, Position length) {
+  constexpr Unit kFieldMarks = text::kFieldEnd - text::kFieldBegin;
+  Unit any = 0;
+  for (Position i = 0; i < length; ++i) {
+    const auto fromBegin = static_cast<Unit>(units[i] - text::kFieldBegin);
+    any |=
+        static_cast<Unit>(units[i] == text::kCommentReference) | static_cast<Unit>(fromBegin <= kFieldMarks);
+  }
+  return any != 0;
+}
+bool holdsMark(const text::Stretch& stretch) {
+  return stretch.wide != nullptr ? holdsMark(stretch.wide, stretch.length)
+                                 : holdsMark(stretch.narrow, stretch.length);
+}
+
 /// Tells from a field's code, character by character, where text begins that Word shows: behind the name of
 /// the macro, or of the place, that a press on the text leads to.
 class ButtonCode {
@@ -144,6 +161,7 @@ class PlaceReader {
       reached = place + 1;
     };
     model_.text().forEachStretch(from, to, [&](Position start, const text::Stretch& stretch) {
+      if (!holdsMark(stretch)) return true;
       for (Position i = 0; i < stretch.length; ++i) {
         const char16_t unit = stretch.wide != nullptr ? stretch.wide[i] : stretch.narrow[i];
         if (isMark(unit)) met(start + i, unit);
@@ -168,6 +186,13 @@ class PlaceReader {
 };
 
 }  // namespace
+
+bool hasMarks(const document::Model& model) {
+  bool any = false;
+  model.text().forEachStretch(
+      0, model.length(), [&](Position, const text::Stretch& stretch) { return !(any = holdsMark(stretch)); });
+  return any;
+}
 
 text::RunMap<Place> placesOf(const document::Model& model, text::View view) {
   return PlaceReader(model, view).read();

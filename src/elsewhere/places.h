@@ -15,6 +15,10 @@ enum class Place : std::uint8_t {
   mark,       ///< not shown, and no text: the marks of fields, the anchors of comments
 };
 
+/// Whether a text has marks of fields or anchors of comments. Of one without, what a view does not show is
+/// hidden.
+bool hasMarks(const document::Model& model);
+
 /// The place of every character. Not to be asked of a text that the view shows wholly, since it costs.
 text::RunMap<Place> placesOf(const document::Model& model, text::View view);
 

@@ -14,6 +14,68 @@ using Shown = text::RunMap<Visibility>;
 
 namespace {
 
+/// Counts matches, in a text shown so, in which a character of the file stands at a place that is sought.
+template <class Places, class IsSought>
+class Touching {
+ public:
+  Touching(const document::Model& model, const Beginning& beginning, const Shown& shown, const Places& places,
+           IsSought isSought)
+      : model_(model), beginning_(beginning), shown_(shown), places_(places), isSought_(isSought) {}
+
+  std::int64_t count() const {
+    std::int64_t count = 0;
+    Position from = 0;
+    while (const auto next = nextSought(from)) {
+      from = std::max(from, before(*next));
+      const auto match =
+          beginning_.search().find(model_.text(), shown_, text::View::results, from, model_.length());
+      if (!match) break;
+      if (touches(*match)) ++count;
+      from = match->to;
+    }
+    return count;
+  }
+
+ private:
+  std::optional<Position> nextSought(Position from) const {
+    for (const auto& run : places_.runs(from, places_.length())) {
+      if (isSought_(run.value)) return run.from;
+    }
+    return std::nullopt;
+  }
+
+  /// The first position from which a match can reach the one given.
+  Position before(Position position) const {
+    Position left = beginning_.length() - 1;
+    while (position > 0 && left > 0) {
+      const auto run = shown_.runAt(position - 1);
+      const Position length = position - run.from;
+      if (run.value != text::kNowhere && length >= left) return position - left;
+      if (run.value != text::kNowhere) left -= length;
+      position = run.from;
+    }
+    return position;
+  }
+
+  bool touches(text::Span match) const {
+    for (const auto& run : places_.runs(match.from, match.to)) {
+      if (!isSought_(run.value)) continue;
+      for (Position at = run.from; at < run.to;) {
+        const text::Piece piece = model_.text().pieceAt(at);
+        if (!piece.isNew()) return true;
+        at += piece.length;
+      }
+    }
+    return false;
+  }
+
+  const document::Model& model_;
+  const Beginning& beginning_;
+  const Shown& shown_;
+  const Places& places_;
+  IsSought isSought_;
+};
+
 class Unshown {
  public:
   Unshown(const document::Model& model, const Beginning& beginning, text::View view)
@@ -27,17 +89,7 @@ class Unshown {
   std::int64_t count(Place sought) const {
     if (!met_[static_cast<std::size_t>(sought)]) return 0;
     const Shown shown = sought == Place::otherSide ? shownOnOtherSide() : shownWith(sought);
-    std::int64_t count = 0;
-    Position from = 0;
-    while (const auto next = nextOf(sought, from)) {
-      from = std::max(from, before(shown, *next));
-      const auto match =
-          beginning_.search().find(model_.text(), shown, text::View::results, from, model_.length());
-      if (!match) break;
-      if (touches(*match, sought)) ++count;
-      from = match->to;
-    }
-    return count;
+    return Touching(model_, beginning_, shown, places_, [&](Place place) { return place == sought; }).count();
   }
 
  private:
@@ -65,39 +117,6 @@ class Unshown {
     return shown;
   }
 
-  std::optional<Position> nextOf(Place sought, Position from) const {
-    for (const auto& run : places_.runs(from, places_.length())) {
-      if (run.value == sought) return run.from;
-    }
-    return std::nullopt;
-  }
-
-  /// The first position from which a match can reach the one given.
-  Position before(const Shown& shown, Position position) const {
-    Position left = beginning_.length() - 1;
-    while (position > 0 && left > 0) {
-      const auto run = shown.runAt(position - 1);
-      const Position length = position - run.from;
-      if (run.value != text::kNowhere && length >= left) return position - left;
-      if (run.value != text::kNowhere) left -= length;
-      position = run.from;
-    }
-    return position;
-  }
-
-  /// Whether a character of the file that stands at such a place lies in the match.
-  bool touches(text::Span match, Place sought) const {
-    for (const auto& run : places_.runs(match.from, match.to)) {
-      if (run.value != sought) continue;
-      for (Position at = run.from; at < run.to;) {
-        const text::Piece piece = model_.text().pieceAt(at);
-        if (!piece.isNew()) return true;
-        at += piece.length;
-      }
-    }
-    return false;
-  }
-
   const document::Model& model_;
   const Beginning& beginning_;
   text::View other_;
@@ -114,7 +133,15 @@ bool hasUnshown(const text::RunMap<Visibility>& visibility) {
 void countUnshown(const document::Model& model, const Beginning& beginning, bool fieldCodes,
                   Elsewhere& found) {
   if (!hasUnshown(model.visibility())) return;
-  const Unshown unshown(model, beginning, fieldCodes ? text::View::codes : text::View::results);
+  const text::View view = fieldCodes ? text::View::codes : text::View::results;
+  if (!hasMarks(model)) {
+    const Shown everything(model.length(), text::kEverywhere);
+    const auto isHidden = [&](Visibility shown) { return !text::isVisible(shown, view); };
+    found.unreached[static_cast<std::size_t>(Unreached::hidden)] +=
+        Touching(model, beginning, everything, model.visibility(), isHidden).count();
+    return;
+  }
+  const Unshown unshown(model, beginning, view);
   const auto add = [&](Unreached kind, Place place) {
     found.unreached[static_cast<std::size_t>(kind)] += unshown.count(place);
   };
