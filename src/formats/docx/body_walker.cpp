@@ -31,6 +31,7 @@ bool BodyWalker::step() {
     if (!finished_ && !walksEveryStory()) scanner_.damaged("it has no text body");
     return false;
   }
+  if (followed_ != Followed::none) follow(token);
   if (opens(token)) {
     startElement(token);
   } else if (token == Token::end && !stack_.empty()) {
@@ -297,7 +298,7 @@ void BodyWalker::readLook(RunLook& look, Token token) {
     scanner_.next();
     return;
   }
-  const std::uint32_t scope = scanner_.scope();
+  const xml::Scope scope = scanner_.scope();
   const Offset begin = scanner_.end();
   look = {};
   scanLook(look);

@@ -2,6 +2,7 @@
 
 #include "look_memory.h"
 #include "names.h"
+#include "run_memory.h"
 #include "text/positions.h"
 #include "xml/scanner.h"
 
@@ -105,6 +106,12 @@ class BodyEvents {
   /// At this place something begins that may hold text of another story, or text of none.
   virtual void aside(Offset) {}
   virtual void marker(const Marker& marker) = 0;
+  /// A run closes, and at once the next one opens, with properties or none (null).
+  virtual void nextRun(const Tag& left, Extent endTag, const Tag& tag, const Properties* properties) {
+    close(left, endTag);
+    open(tag);
+    if (properties != nullptr) this->properties(Name::rPr, *properties);
+  }
 
   virtual void text(const TextElement& element) = 0;
   /// One character that is an element; reference is a note's or comment's id.
@@ -198,6 +205,11 @@ class BodyWalker {
   void openField(OpenField field);
   void enterSimpleField(xml::Token token);
   void textElement(xml::Token token);
+  void readText(xml::Token token);
+  void tellText(TextElement element, bool preserved, std::string_view inner);
+  void follow(xml::Token token);
+  void rememberWay(xml::Token token);
+  bool passToNextRun();
   void alternativeInRun();
   void ruby(xml::Token token);
   bool rubyStandsAlone();
@@ -236,6 +248,25 @@ class BodyWalker {
   std::vector<Open> stack_;
   std::vector<OpenField> fields_;
   std::vector<bool> alternatives_;  ///< per open alternative content: one was chosen
+  /// From a text to the text of the next run. Offsets are those from the first of the bytes.
+  struct Way {
+    std::string_view bytes;  ///< from behind the end tag of the one to behind the start tag of the other
+    xml::Scope scope = 0;    ///< 0: none
+    bool preservesAround = false;  ///< of the paragraph, or what else holds the runs
+    bool preservesInRun = false;
+    bool preserves = false;  ///< of the text
+    bool hasProperties = false;
+    Extent endTag;
+    Extent run;   ///< its start tag
+    Extent text;  ///< the text's start tag
+    std::string_view textName;
+    Properties properties;
+  };
+  /// How far the way is followed that begins behind the text met last.
+  enum class Followed : std::uint8_t { none, text, runClosed, runOpen, properties };
+  Followed followed_ = Followed::none;
+  Way way_;
+  RunMemory<Way> ways_;
   std::u16string units_;
   std::string_view plain_;  ///< text collected in the place of units_
   std::size_t textTokens_ = 0;

@@ -160,7 +160,15 @@ void BodyWalker::enterSimpleField(Token token) {
   if (token == Token::empty) leave({scanner_.end(), scanner_.end()});
 }
 
+/// And those of the runs that follow, so far as the way to them is known.
 void BodyWalker::textElement(Token token) {
+  if (followed_ != Followed::none) rememberWay(token);
+  readText(token);
+  while (passToNextRun()) {
+  }
+}
+
+void BodyWalker::readText(Token token) {
   TextElement element;
   element.tag = scanner_.qualifiedName();
   const bool preserved = preserves();
@@ -179,10 +187,13 @@ void BodyWalker::textElement(Token token) {
     if (!preserved) trimBlanks(units_, element.bytes);
     element.units = units_;
   }
+  tellText(element, preserved, scanner_.bytes(inner, scanner_.begin()));
+}
+
+void BodyWalker::tellText(TextElement element, bool preserved, std::string_view inner) {
   if (element.length() == 0) return;
   // Where an element around preserves blanks, they could not be written without becoming text.
-  if (!preserved && !stack_.back().preserves)
-    outerBlanks(scanner_.bytes(inner, scanner_.begin()), element.leading, element.trailing);
+  if (!preserved && !stack_.back().preserves) outerBlanks(inner, element.leading, element.trailing);
   events_.text(element);
   advance(element.length());
 }

@@ -116,6 +116,10 @@ void ContentReader::marker(const Marker& marker) {
   }
 }
 
+void ContentReader::nextRun(const Tag&, Extent, const Tag&, const Properties* properties) {
+  look_ = lookOf(properties == nullptr ? RunLook{} : properties->look);
+}
+
 void ContentReader::text(const TextElement& element) {
   if (element.units.empty()) return builder_.appendAscii(element.bytes, look_);
   builder_.append(element.units, look_);

@@ -26,6 +26,7 @@ class ContentReader : public BodyEvents {
   void properties(Name kind, const Properties& properties) override;
   void aside(Offset place) override { map_.asides.push_back(place); }
   void marker(const Marker& marker) override;
+  void nextRun(const Tag&, Extent, const Tag&, const Properties* properties) override;
   void text(const TextElement& element) override;
   void character(char16_t unit, Extent, Name name, std::string_view reference) override;
   void formula(const Formula& formula) override;

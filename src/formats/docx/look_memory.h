@@ -1,5 +1,7 @@
 #pragma once
 
+#include "xml/name_resolver.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -23,14 +25,14 @@ struct RunLook {
 class LookMemory {
  public:
   struct Known {
-    std::string_view bytes;   ///< behind the start tag, end tag included
-    std::size_t inner = 0;    ///< without the end tag
-    std::uint32_t scope = 0;  ///< as the scanner numbers it; 0: nothing yet
+    std::string_view bytes;  ///< behind the start tag, end tag included
+    std::size_t inner = 0;   ///< without the end tag
+    xml::Scope scope = 0;    ///< as the scanner numbers it; 0: nothing yet
     RunLook look;
   };
 
   /// What the bytes begin with, or null.
-  const Known* recall(std::string_view bytes, std::uint32_t scope) const {
+  const Known* recall(std::string_view bytes, xml::Scope scope) const {
     for (const Known& known : known_) {
       if (known.scope == scope && bytes.starts_with(known.bytes)) return &known;
     }

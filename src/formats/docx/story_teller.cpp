@@ -325,6 +325,9 @@ void StoryTeller::properties(Name kind, const Properties& properties) {
   reader().properties(kind, properties);
 }
 void StoryTeller::marker(const Marker& marker) { reader().marker(marker); }
+void StoryTeller::nextRun(const Tag& left, Extent endTag, const Tag& tag, const Properties* properties) {
+  reader().nextRun(left, endTag, tag, properties);
+}
 void StoryTeller::simpleField(const Tag& tag, std::u16string_view instruction) {
   reader().simpleField(tag, instruction);
 }

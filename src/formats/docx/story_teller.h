@@ -56,6 +56,7 @@ class StoryTeller : public BodyEvents {
 
   void properties(Name kind, const Properties& properties) override;
   void marker(const Marker& marker) override;
+  void nextRun(const Tag& left, Extent endTag, const Tag& tag, const Properties* properties) override;
   void simpleField(const Tag& tag, std::u16string_view instruction) override;
   void endSimpleField(Extent endTag) override;
   void paragraphMark(Extent endTag) override;

@@ -14,24 +14,44 @@ bool isBlank(char16_t unit) { return unit == u' ' || unit == u'\t'; }
 
 constexpr std::size_t kBlock = 8;
 
-/// Most text, a block at a time.
-bool isPrintableBlock(const char* block) {
-  constexpr std::uint64_t kEach = 0x0101010101010101;
+constexpr std::uint64_t kEach = 0x0101010101010101;
+
+std::uint64_t load(const char* block) {
   std::uint64_t bytes = 0;
   std::memcpy(&bytes, block, kBlock);
+  return bytes;
+}
+
+/// Most text, a block at a time.
+bool isPrintableBlock(const char* block) {
+  const std::uint64_t bytes = load(block);
   return ((bytes | (bytes - kEach * 0x20)) & (kEach * 0x80)) == 0;
 }
 
+bool isPlainBlock(const char* block) {
+  const std::uint64_t bytes = load(block);
+  const std::uint64_t ands = (bytes ^ kEach * '&') - kEach;
+  const std::uint64_t brackets = (bytes ^ kEach * ']') - kEach;
+  return ((bytes | (bytes - kEach * 0x20) | ands | brackets) & (kEach * 0x80)) == 0;
+}
+
+template <class OfBlock, class OfByte>
+bool isAll(std::string_view bytes, OfBlock ofBlock, OfByte ofByte) {
+  if (bytes.size() < kBlock) return std::all_of(bytes.begin(), bytes.end(), ofByte);
+  for (std::size_t i = 0; i + kBlock < bytes.size(); i += kBlock) {
+    if (!ofBlock(bytes.data() + i)) return false;
+  }
+  return ofBlock(bytes.data() + bytes.size() - kBlock);
+}
+
+bool isPrintable(char c) { return static_cast<std::uint8_t>(c - 0x20) < 0x60; }
+
 }  // namespace
 
-bool isPrintableAscii(std::string_view bytes) {
-  if (bytes.size() < kBlock)
-    return std::all_of(bytes.begin(), bytes.end(),
-                       [](char c) { return static_cast<std::uint8_t>(c - 0x20) < 0x60; });
-  for (std::size_t i = 0; i + kBlock < bytes.size(); i += kBlock) {
-    if (!isPrintableBlock(bytes.data() + i)) return false;
-  }
-  return isPrintableBlock(bytes.data() + bytes.size() - kBlock);
+bool isPrintableAscii(std::string_view bytes) { return isAll(bytes, isPrintableBlock, isPrintable); }
+
+bool isPlainAscii(std::string_view bytes) {
+  return isAll(bytes, isPlainBlock, [](char c) { return isPrintable(c) && c != '&' && c != ']'; });
 }
 
 std::string_view withoutOuterBlanks(std::string_view printable) {

@@ -13,6 +13,8 @@ void appendUtf8(std::u16string& units, std::string_view bytes);
 
 /// Whether each byte is a visible character or a blank.
 bool isPrintableAscii(std::string_view bytes);
+/// The same, and none is a character that could mean more to XML: '&' or ']'.
+bool isPlainAscii(std::string_view bytes);
 
 /// Without the blanks at both ends.
 std::string_view withoutOuterBlanks(std::string_view printable);
