@@ -16,9 +16,9 @@ namespace {
 
 using namespace pluvo;
 
-std::u16string shownText(const document::Model& model) { return model.text().substring(0, model.length()); }
+std::u16string shownText(const document::Story& model) { return model.text().substring(0, model.length()); }
 
-void edit(document::Model& model, base::ByteSpan program) {
+void edit(document::Story& model, base::ByteSpan program) {
   for (; program.size() >= 5; program = program.subspan(5)) {
     const auto place = static_cast<std::uint32_t>(program[0] | program[1] << 8U);
     docx::editBySeed(model, {place, program[2], program[3], program[4]});

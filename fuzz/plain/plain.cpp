@@ -16,13 +16,13 @@ void require(bool condition) {
   if (!condition) std::abort();
 }
 
-std::vector<std::uint8_t> written(const formats::Opened& opened, const document::Model& model) {
+std::vector<std::uint8_t> written(const formats::Opened& opened, const document::Document& document) {
   base::MemoryOutput out;
-  opened.source->write(model, out);
+  opened.source->write(document, out);
   return out.bytes();
 }
 
-std::u16string textOf(const document::Model& model) { return model.text().substring(0, model.length()); }
+std::u16string textOf(const document::Story& model) { return model.text().substring(0, model.length()); }
 
 /// Whether a byte order mark says how the text is stored, whatever the rest of it is.
 bool hasMark(ByteSpan bytes) {
@@ -43,7 +43,7 @@ formats::Hint hintOf(std::uint8_t choice) {
 }
 
 /// Four bytes make an edit: where (two), how many go, what comes.
-void edit(document::Model& model, const formats::Source& source, ByteSpan program) {
+void edit(document::Story& model, const formats::Source& source, ByteSpan program) {
   static const std::u16string texts[] = {u"",   u"\r",         u"\n",     u"x",     u"é\r",
                                          u"→",  u"\U0001F4DC", u"\xDC00", u"\r\rZ", u"Ж",
                                          u"表", u"\xDC81",     u"\xD83D"};
@@ -67,12 +67,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const plain::PlainFormat format;
   try {
     const formats::Opened opened = format.read(base::Bytes::of(file), hint);
-    document::Model model(opened.content);
-    require(written(opened, model) == file);
+    document::Document document(opened.stories);
+    document::Story& model = document.mainText();
+    require(written(opened, document) == file);
     edit(model, *opened.source, program);
-    const std::vector<std::uint8_t> edited = written(opened, model);
+    const std::vector<std::uint8_t> edited = written(opened, document);
     const std::u16string again =
-        textOf(document::Model(format.read(base::Bytes::of(edited), opened.again).content));
+        textOf(document::Story(format.read(base::Bytes::of(edited), opened.again).stories.front()));
     // Bytes that are no UTF-8 may meet and be a character.
     const bool said = hint.certain && !hint.encoding.empty() && opened.encoding != "UTF-8" &&
                       !hasMark(edited) && !hasUtf8Mark(edited);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "document/model.h"
+#include "document/document.h"
 
 #include <cstddef>
 #include <string>
@@ -18,21 +18,21 @@ class History {
     changed_ = false;
   }
   /// The document is about to change.
-  void keep(const document::Model& model);
+  void keep(const document::Document& document);
 
   /// Whether the pass that began last has changed it, and nothing was taken back since.
   bool passChanged() const { return changed_; }
   bool canUndo() const { return !undo_.empty(); }
   bool canRedo() const { return !redo_.empty(); }
   /// Takes the last pass back, or makes it again; one of the two above must hold.
-  void undo(document::Model& model) { move(model, undo_, redo_); }
-  void redo(document::Model& model) { move(model, redo_, undo_); }
+  void undo(document::Document& document) { move(document, undo_, redo_); }
+  void redo(document::Document& document) { move(document, redo_, undo_); }
 
  private:
-  using Snapshots = std::vector<document::Model::Snapshot>;
+  using Snapshots = std::vector<document::Document::Snapshot>;
   static constexpr std::size_t kMost = 20;
 
-  void move(document::Model& model, Snapshots& from, Snapshots& to);
+  void move(document::Document& document, Snapshots& from, Snapshots& to);
 
   Snapshots undo_;
   Snapshots redo_;

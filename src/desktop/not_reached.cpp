@@ -39,7 +39,7 @@ void NotReached::look(const OpenDocument& document) {
   if (!stored.encoding().empty()) return;
   elsewhere::Elsewhere found;
   const formats::Source& source = stored.source();
-  const document::Model& model = document.document()->model();
+  const document::Story& model = document.document()->mainText();
   try {
     working_.run([&] { found = elsewhere::lookElsewhere(source, model, {&request_, 1}); });
   } catch (...) {

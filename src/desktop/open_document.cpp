@@ -16,22 +16,22 @@ QString OpenDocument::name() const { return QString::fromStdU16String(document_-
 
 QString OpenDocument::path() const { return QString::fromStdString(document_->path()); }
 
-void OpenDocument::undo() { history_.undo(document_->model()); }
+void OpenDocument::undo() { history_.undo(document_->stories()); }
 
-void OpenDocument::redo() { history_.redo(document_->model()); }
+void OpenDocument::redo() { history_.redo(document_->stories()); }
 
-void OpenDocument::replaced(text::Span span, text::Position newLength) {
-  if (view_) view_->textReplaced(span, newLength);
+void OpenDocument::replaced(const document::Story& story, text::Span span, text::Position newLength) {
+  if (isShown(story)) view_->textReplaced(span, newLength);
   edited();
 }
 
-void OpenDocument::highlighted(text::Span span) {
-  if (view_) view_->highlightChanged(span);
+void OpenDocument::highlighted(const document::Story& story, text::Span span) {
+  if (isShown(story)) view_->highlightChanged(span);
   edited();
 }
 
-void OpenDocument::selected(text::Span span) {
-  if (view_) view_->selectionChanged(span);
+void OpenDocument::selected(const document::Story& story, text::Span span) {
+  if (isShown(story)) view_->selectionChanged(span);
 }
 
 void OpenDocument::viewChanged() {

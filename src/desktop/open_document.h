@@ -23,7 +23,7 @@ class OpenDocument final : public memory::DocumentObserver {
   QString name() const;
   /// For people; a byte that is no character shows as one that stands for it.
   QString path() const;
-  bool changed() const { return document_->model().changed(); }
+  bool changed() const { return document_->stories().changed(); }
 
   /// Whether it is open for the user, and not only for a run over files.
   bool isUsers() const { return isUsers_; }
@@ -44,13 +44,16 @@ class OpenDocument final : public memory::DocumentObserver {
   /// Called where the document has changed.
   std::function<void()> edited = [] {};
 
-  void aboutToChange() override { history_.keep(document_->model()); }
-  void replaced(text::Span span, text::Position newLength) override;
-  void highlighted(text::Span span) override;
-  void selected(text::Span span) override;
+  void aboutToChange() override { history_.keep(document_->stories()); }
+  void replaced(const document::Story& story, text::Span span, text::Position newLength) override;
+  void highlighted(const document::Story& story, text::Span span) override;
+  void selected(const document::Story& story, text::Span span) override;
   void viewChanged() override;
 
  private:
+  /// Whether the view shows it.
+  bool isShown(const document::Story& story) const { return view_ && &story == &document_->mainText(); }
+
   std::shared_ptr<memory::MemoryDocument> document_;
   std::shared_ptr<store::StoredFile> file_;
   QPointer<view::DocumentView> view_;

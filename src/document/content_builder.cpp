@@ -1,6 +1,7 @@
 #include "document/content_builder.h"
 
 #include <cassert>
+#include <limits>
 #include <utility>
 
 namespace pluvo::document {
@@ -39,8 +40,8 @@ void ContentBuilder::appendAscii(std::string_view text, Look look) {
 void ContentBuilder::beginField(Look look) {
   const Visibility around = look.hidden ? text::kNowhere : here();
   const std::int32_t parent = fields_.empty() ? kNone : fields_.back().field;
-  content_.fields.push_back({parent, around});
-  fields_.push_back({static_cast<std::int32_t>(content_.fields.size()) - 1, false});
+  content_.nesting.fields.push_back({parent, around});
+  fields_.push_back({static_cast<std::int32_t>(content_.nesting.fields.size()) - 1, false});
   add(std::u16string_view(&text::kFieldBegin, 1), look, both(around, text::kInCodes), structureHere(look));
 }
 
@@ -54,15 +55,15 @@ bool ContentBuilder::separateField(Look look) {
 bool ContentBuilder::endField(Look look) {
   if (fields_.empty()) return false;
   const Structure structure = structureHere(look);
-  const Visibility around = content_.fields[static_cast<std::size_t>(fields_.back().field)].around;
+  const Visibility around = content_.nesting.fields[static_cast<std::size_t>(fields_.back().field)].around;
   fields_.pop_back();
   add(std::u16string_view(&text::kFieldEnd, 1), look, both(around, text::kInCodes), structure);
   return true;
 }
 
 void ContentBuilder::beginTable() {
-  content_.tables.push_back({parentOf(tables_)});
-  tables_.push_back(static_cast<std::int32_t>(content_.tables.size()) - 1);
+  content_.nesting.tables.push_back({parentOf(tables_)});
+  tables_.push_back(static_cast<std::int32_t>(content_.nesting.tables.size()) - 1);
 }
 
 void ContentBuilder::cellMark(Look look) {
@@ -89,8 +90,15 @@ std::int32_t ContentBuilder::addControl(Control control) {
     control.takesLineBreaks = control.takesLineBreaks || around.takesLineBreaks;
     control.contentLocked = control.contentLocked || around.contentLocked;
   }
-  content_.controls.push_back(control);
-  return static_cast<std::int32_t>(content_.controls.size()) - 1;
+  content_.nesting.controls.push_back(control);
+  return static_cast<std::int32_t>(content_.nesting.controls.size()) - 1;
+}
+
+std::int8_t ContentBuilder::addRestriction(Restriction restriction) {
+  auto& restrictions = content_.nesting.restrictions;
+  assert(restrictions.size() < std::numeric_limits<std::int8_t>::max());
+  restrictions.push_back(std::move(restriction));
+  return static_cast<std::int8_t>(restrictions.size() - 1);
 }
 
 void ContentBuilder::sectionMark(Look look) {
@@ -111,7 +119,7 @@ Content ContentBuilder::finish() {
 Visibility ContentBuilder::here() const {
   if (fields_.empty()) return text::kEverywhere;
   const OpenField& open = fields_.back();
-  const Visibility around = content_.fields[static_cast<std::size_t>(open.field)].around;
+  const Visibility around = content_.nesting.fields[static_cast<std::size_t>(open.field)].around;
   return both(around, open.inResult ? text::kInResults : text::kInCodes);
 }
 
@@ -119,6 +127,7 @@ Structure ContentBuilder::structureHere(const Look& look) const {
   Structure structure;
   structure.control = look.control;
   structure.deleted = look.deleted;
+  structure.restriction = look.restriction;
   structure.table = parentOf(tables_);
   structure.field = fields_.empty() ? kNone : fields_.back().field;
   return structure;

@@ -14,12 +14,12 @@ using text::Visibility;
 
 namespace {
 
-std::int32_t tableAt(const Model& model, Position position) {
-  return position < 0 ? kNone : model.structure().valueAt(position).table;
+std::int32_t tableAt(const Story& story, Position position) {
+  return position < 0 ? kNone : story.structure().valueAt(position).table;
 }
 
-std::int32_t fieldAt(const Model& model, Position position) {
-  return position < 0 ? kNone : model.structure().valueAt(position).field;
+std::int32_t fieldAt(const Story& story, Position position) {
+  return position < 0 ? kNone : story.structure().valueAt(position).field;
 }
 
 bool endsWithMark(std::u16string_view text) { return !text.empty() && text.back() == text::kParagraphMark; }
@@ -27,14 +27,14 @@ bool endsWithMark(std::u16string_view text) { return !text.empty() && text.back(
 /// The parts of a span that go by the rules for fields and tables.
 class Cover {
  public:
-  Cover(const Model& model, Span span, text::View view)
-      : model_(model),
+  Cover(const Story& story, Span span, text::View view)
+      : story_(story),
         view_(view),
-        tables_(model.tables(), over(model.tables(), tableAt, span.from),
-                over(model.tables(), tableAt, span.to)),
-        fields_(model.fields(), over(model.fields(), fieldAt, span.from),
-                over(model.fields(), fieldAt, span.to)) {
-    for (const auto& run : model.structure().runs(span.from, span.to)) {
+        tables_(story.tables(), over(story.tables(), tableAt, span.from),
+                over(story.tables(), tableAt, span.to)),
+        fields_(story.fields(), over(story.fields(), fieldAt, span.from),
+                over(story.fields(), fieldAt, span.to)) {
+    for (const auto& run : story.structure().runs(span.from, span.to)) {
       take({run.from, run.to}, run.value);
     }
   }
@@ -44,9 +44,9 @@ class Cover {
  private:
   /// What reaches over a position: the innermost table (or field) on both sides of it.
   template <class Nested>
-  std::int32_t over(const std::vector<Nested>& all, std::int32_t (*innermostAt)(const Model&, Position),
+  std::int32_t over(const std::vector<Nested>& all, std::int32_t (*innermostAt)(const Story&, Position),
                     Position position) const {
-    return commonOf(all, innermostAt(model_, position - 1), innermostAt(model_, position));
+    return commonOf(all, innermostAt(story_, position - 1), innermostAt(story_, position));
   }
 
   void take(Span run, const Structure& structure) {
@@ -58,18 +58,18 @@ class Cover {
       if (goes && !keepsCellMarks) add(run);
       return;
     }
-    for (const auto& shown : model_.visibility().runs(run.from, run.to)) {
+    for (const auto& shown : story_.visibility().runs(run.from, run.to)) {
       if (!text::isVisible(shown.value, view_)) continue;
       takeAllBut({shown.from, shown.to}, text::kFieldBegin, text::kFieldEnd, keepsCellMarks);
     }
   }
 
   Visibility aroundOf(std::int32_t field) const {
-    return model_.fields()[static_cast<std::size_t>(field)].around;
+    return story_.fields()[static_cast<std::size_t>(field)].around;
   }
 
   void takeAllBut(Span span, char16_t first, char16_t last, bool orCellMark = false) {
-    model_.text().forEachStretch(span.from, span.to, [&](Position start, const text::Stretch& stretch) {
+    story_.text().forEachStretch(span.from, span.to, [&](Position start, const text::Stretch& stretch) {
       for (Position i = 0; i < stretch.length; ++i) {
         const char16_t unit = stretch[i];
         const bool stays = (unit >= first && unit <= last) || (orCellMark && unit == text::kCellMark);
@@ -87,19 +87,19 @@ class Cover {
     }
   }
 
-  const Model& model_;
+  const Story& story_;
   text::View view_;
   PartlyCovered<Table> tables_;
   PartlyCovered<Field> fields_;
 };
 
 /// The last paragraph mark in a span that lies directly in a table (or outside all).
-std::optional<Position> lastMarkIn(const Model& model, Span span, std::int32_t table) {
+std::optional<Position> lastMarkIn(const Story& story, Span span, std::int32_t table) {
   std::optional<Position> found;
-  for (const auto& run : model.structure().runs(span.from, span.to)) {
+  for (const auto& run : story.structure().runs(span.from, span.to)) {
     if (run.value.table != table) continue;
     for (Position i = run.to; i > run.from; --i) {
-      if (!model.endsParagraph(i - 1)) continue;
+      if (!story.endsParagraph(i - 1)) continue;
       found = i - 1;
       break;
     }
@@ -109,12 +109,12 @@ std::optional<Position> lastMarkIn(const Model& model, Span span, std::int32_t t
 
 /// The paragraph mark to be kept lest the text or the table in front of a removed span run into a table
 /// behind it.
-std::optional<Position> keptMark(const Model& model, Span removed, bool textInFront) {
-  const std::int32_t inFront = tableAt(model, removed.from - 1);
-  const std::int32_t behind = tableAt(model, removed.to);
-  const std::int32_t gap = commonOf(model.tables(), inFront, behind);
+std::optional<Position> keptMark(const Story& story, Span removed, bool textInFront) {
+  const std::int32_t inFront = tableAt(story, removed.from - 1);
+  const std::int32_t behind = tableAt(story, removed.to);
+  const std::int32_t gap = commonOf(story.tables(), inFront, behind);
   if (behind == gap || (inFront == gap && !textInFront)) return std::nullopt;
-  return lastMarkIn(model, removed, gap);
+  return lastMarkIn(story, removed, gap);
 }
 
 /// The field a piece of new text lies in, and which views show it.
@@ -128,36 +128,36 @@ bool isOrdinary(char16_t unit) {
   return unit != text::kCommentReference && (unit < text::kFieldBegin || unit > text::kFieldEnd);
 }
 
-Context plainContext(const Model& model, Position position) {
-  return {fieldAt(model, position), model.visibility().valueAt(position)};
+Context plainContext(const Story& story, Position position) {
+  return {fieldAt(story, position), story.visibility().valueAt(position)};
 }
 
 /// The anchor of a comment is never shown, but that says nothing of text beside it.
-Position pastCommentReferences(const Model& model, Position position) {
-  while (position > 0 && model.text().at(position) == text::kCommentReference) --position;
+Position pastCommentReferences(const Story& story, Position position) {
+  while (position > 0 && story.text().at(position) == text::kCommentReference) --position;
   return position;
 }
 
-Context contextBehind(const Model& model, Position position) {
-  if (isOrdinary(model.text().at(position))) return plainContext(model, position);
-  position = pastCommentReferences(model, position);
-  const std::int32_t field = fieldAt(model, position);
-  if (model.text().at(position) == text::kCommentReference) return {field, text::kEverywhere};
-  if (!model.isFieldMark(position)) return {field, model.visibility().valueAt(position)};
-  const Field& marked = model.fields()[static_cast<std::size_t>(field)];
-  const char16_t mark = model.text().at(position);
+Context contextBehind(const Story& story, Position position) {
+  if (isOrdinary(story.text().at(position))) return plainContext(story, position);
+  position = pastCommentReferences(story, position);
+  const std::int32_t field = fieldAt(story, position);
+  if (story.text().at(position) == text::kCommentReference) return {field, text::kEverywhere};
+  if (!story.isFieldMark(position)) return {field, story.visibility().valueAt(position)};
+  const Field& marked = story.fields()[static_cast<std::size_t>(field)];
+  const char16_t mark = story.text().at(position);
   if (mark == text::kFieldEnd) return {marked.parent, marked.around};
   const Visibility part = mark == text::kFieldBegin ? text::kInCodes : text::kInResults;
   return {field, static_cast<Visibility>(marked.around & part)};
 }
 
-Context contextBefore(const Model& model, Position position) {
-  if (isOrdinary(model.text().at(position))) return plainContext(model, position);
-  if (model.text().at(position) == text::kCommentReference) return contextBehind(model, position);
-  const std::int32_t field = fieldAt(model, position);
-  if (!model.isFieldMark(position)) return {field, model.visibility().valueAt(position)};
-  const Field& marked = model.fields()[static_cast<std::size_t>(field)];
-  switch (model.text().at(position)) {
+Context contextBefore(const Story& story, Position position) {
+  if (isOrdinary(story.text().at(position))) return plainContext(story, position);
+  if (story.text().at(position) == text::kCommentReference) return contextBehind(story, position);
+  const std::int32_t field = fieldAt(story, position);
+  if (!story.isFieldMark(position)) return {field, story.visibility().valueAt(position)};
+  const Field& marked = story.fields()[static_cast<std::size_t>(field)];
+  switch (story.text().at(position)) {
     case text::kFieldBegin:
       return {marked.parent, marked.around};
     case text::kFieldSeparator:
@@ -167,30 +167,31 @@ Context contextBefore(const Model& model, Position position) {
   }
   // Hidden text in front says nothing of the place; the field's own marks do.
   for (Position front = position - 1;; --front) {
-    const Context context = contextBehind(model, front);
-    const bool ownMark = model.isFieldMark(front) && fieldAt(model, front) == field;
+    const Context context = contextBehind(story, front);
+    const bool ownMark = story.isFieldMark(front) && fieldAt(story, front) == field;
     if (ownMark || (context.field == field && context.visibility != text::kNowhere)) return context;
   }
 }
 
-bool isDeleted(const Model& model, Position position) { return model.structure().valueAt(position).deleted; }
+bool isDeleted(const Story& story, Position position) { return story.structure().valueAt(position).deleted; }
 
-Landing landing(const Model& model, Position at, Position anchor, bool behind, std::int32_t table) {
-  const Context context = behind ? contextBehind(model, anchor) : contextBefore(model, anchor);
+Landing landing(const Story& story, Position at, Position anchor, bool behind, std::int32_t table) {
+  const Context context = behind ? contextBehind(story, anchor) : contextBefore(story, anchor);
   Landing result;
   result.at = at;
-  result.anchor = model.text().anchorAt(anchor, behind);
+  result.beside = anchor;
+  result.anchor = story.text().anchorAt(anchor, behind);
   result.structure.table = table;
   result.structure.field = context.field;
   result.visibility = context.visibility;
-  result.highlight = model.highlight().valueAt(anchor);
+  result.highlight = story.highlight().valueAt(anchor);
   return result;
 }
 
-bool allDeleted(const Model& model, const std::vector<Span>& spans) {
-  if (!isDeleted(model, spans.front().from)) return false;
+bool allDeleted(const Story& story, const std::vector<Span>& spans) {
+  if (!isDeleted(story, spans.front().from)) return false;
   return std::all_of(spans.begin(), spans.end(), [&](const Span& span) {
-    for (const auto& run : model.structure().runs(span.from, span.to)) {
+    for (const auto& run : story.structure().runs(span.from, span.to)) {
       if (!run.value.deleted) return false;
     }
     return true;
@@ -198,8 +199,8 @@ bool allDeleted(const Model& model, const std::vector<Span>& spans) {
 }
 
 /// Whether there is neither table, field nor control within the span nor on its sides: then all of it goes.
-bool liesAmidPlainText(const Model& model, Span span) {
-  const auto around = model.structure().runAt(span.from);
+bool liesAmidPlainText(const Story& story, Span span) {
+  const auto around = story.structure().runAt(span.from);
   const bool reachesBeyond = (span.from == 0 || around.from < span.from) && span.to < around.to;
   return reachesBeyond && around.value.table == kNone && around.value.field == kNone &&
          around.value.control == kNone;
@@ -207,25 +208,25 @@ bool liesAmidPlainText(const Model& model, Span span) {
 
 }  // namespace
 
-Removal removalOf(const Model& model, Span span, std::u16string_view newText, text::View view) {
-  const Position finalMark = model.length() - 1;
+Removal removalOf(const Story& story, Span span, std::u16string_view newText, text::View view) {
+  const Position finalMark = story.length() - 1;
   span = {std::min(span.from, finalMark), std::min(span.to, finalMark)};
   Removal removal{span.from, {}};
   if (span.empty()) return removal;
-  if (liesAmidPlainText(model, span)) {
+  if (liesAmidPlainText(story, span)) {
     removal.spans.push_back(span);
     return removal;
   }
 
   bool first = true;
-  for (const Span& covered : Cover(model, span, view).spans) {
-    const bool textKept = covered.from > 0 && !model.endsParagraph(covered.from - 1);
+  for (const Span& covered : Cover(story, span, view).spans) {
+    const bool textKept = covered.from > 0 && !story.endsParagraph(covered.from - 1);
     const bool newInFront = first && !newText.empty();
     if (first) removal.at = covered.from;
     first = false;
     Span rest = covered;
     const auto kept =
-        newInFront && endsWithMark(newText) ? std::nullopt : keptMark(model, covered, newInFront || textKept);
+        newInFront && endsWithMark(newText) ? std::nullopt : keptMark(story, covered, newInFront || textKept);
     if (kept) {
       if (*kept > covered.from) removal.spans.push_back({covered.from, *kept});
       rest.from = *kept + 1;
@@ -235,35 +236,35 @@ Removal removalOf(const Model& model, Span span, std::u16string_view newText, te
   return removal;
 }
 
-Landing landingAt(const Model& model, Position position, bool behind, std::u16string_view newText) {
-  Position at = std::min(position, model.length() - 1);
-  if (behind && at > 0 && model.isCellMark(at - 1)) --at;
-  while (at > 0 && model.isRowMark(at)) --at;
+Landing landingAt(const Story& story, Position position, bool behind, std::u16string_view newText) {
+  Position at = std::min(position, story.length() - 1);
+  if (behind && at > 0 && story.isCellMark(at - 1)) --at;
+  while (at > 0 && story.isRowMark(at)) --at;
 
-  const std::int32_t joined = tableAt(model, at);
-  const std::int32_t inFront = tableAt(model, at - 1);
+  const std::int32_t joined = tableAt(story, at);
+  const std::int32_t inFront = tableAt(story, at - 1);
   bool besideLeft = false;
   if (at != position) {
-    besideLeft = at > 0 && !model.endsParagraph(at - 1);
+    besideLeft = at > 0 && !story.endsParagraph(at - 1);
   } else if (behind && at > 0) {
-    besideLeft = !model.isRowMark(at - 1) && (endsWithMark(newText) || inFront == joined);
+    besideLeft = !story.isRowMark(at - 1) && (endsWithMark(newText) || inFront == joined);
   }
   const bool ownParagraph = besideLeft && endsWithMark(newText);
-  const std::int32_t table = ownParagraph ? commonOf(model.tables(), inFront, joined) : joined;
-  Landing result = landing(model, at, besideLeft ? at - 1 : at, besideLeft, table);
-  result.structure.control = controlFor(model, {at, at}, besideLeft, result.structure, newText);
-  result.structure.deleted = isDeleted(model, at) && (at == 0 || isDeleted(model, at - 1));
+  const std::int32_t table = ownParagraph ? commonOf(story.tables(), inFront, joined) : joined;
+  Landing result = landing(story, at, besideLeft ? at - 1 : at, besideLeft, table);
+  result.structure.control = controlFor(story, {at, at}, besideLeft, result.structure, newText);
+  result.structure.deleted = isDeleted(story, at) && (at == 0 || isDeleted(story, at - 1));
   return result;
 }
 
-Landing landingInsteadOf(const Model& model, const Removal& removal, std::u16string_view newText) {
+Landing landingInsteadOf(const Story& story, const Removal& removal, std::u16string_view newText) {
   const Span span = removal.spans.front();
-  const std::int32_t joined = tableAt(model, span.to);
+  const std::int32_t joined = tableAt(story, span.to);
   const std::int32_t table =
-      endsWithMark(newText) ? commonOf(model.tables(), tableAt(model, span.from), joined) : joined;
-  Landing result = landing(model, span.from, span.from, false, table);
-  result.structure.control = controlFor(model, span, false, result.structure, newText);
-  result.structure.deleted = allDeleted(model, removal.spans);
+      endsWithMark(newText) ? commonOf(story.tables(), tableAt(story, span.from), joined) : joined;
+  Landing result = landing(story, span.from, span.from, false, table);
+  result.structure.control = controlFor(story, span, false, result.structure, newText);
+  result.structure.deleted = allDeleted(story, removal.spans);
   return result;
 }
 

@@ -142,11 +142,11 @@ Span EditScript::keptOf(Span original) const {
   return kept;
 }
 
-void forEachTouchedSpan(const EditScript& script, const Model& model,
+void forEachTouchedSpan(const EditScript& script, const Story& story,
                         const text::RunMap<std::uint8_t>& originalHighlight,
                         const std::function<void(Span)>& visit) {
   Joined spans(visit);
-  LastRun now(model.highlight());
+  LastRun now(story.highlight());
   LastRun before(originalHighlight);
   script.forEachStep([&](const Step& step) {
     switch (step.kind) {
@@ -156,7 +156,7 @@ void forEachTouchedSpan(const EditScript& script, const Model& model,
           if (run.value != was.value) spans.add({step.original, step.original + step.length});
           break;
         }
-        addRecoloured(spans, step, model.highlight(), originalHighlight);
+        addRecoloured(spans, step, story.highlight(), originalHighlight);
         break;
       case Step::Kind::drop:
         spans.add({step.original, step.original + step.length});

@@ -39,13 +39,13 @@ class Looker : public formats::OtherTexts {
  public:
   Looker(const std::vector<Sought>& all, Elsewhere& found) : all_(all), found_(found) {}
 
-  void story(formats::Story kind, document::Content content) override {
+  void story(formats::OtherStory kind, document::Content content) override {
     const bool unshown = hasUnshown(content.visibility);
     for (const Sought& each : all_) {
       const bool hasBlocks = each.beginning.standsIn(content, each.request.showFieldCodes);
       if (!hasBlocks && !unshown) continue;
       const auto document = memory::MemoryDocument::create(content);
-      countUnshown(document->model(), each.beginning, each.request.showFieldCodes, found_);
+      countUnshown(document->mainText(), each.beginning, each.request.showFieldCodes, found_);
       if (hasBlocks) found_.stories[static_cast<std::size_t>(kind)] += countBlocks(document, each.request);
     }
   }
@@ -67,7 +67,7 @@ class Looker : public formats::OtherTexts {
 
 }  // namespace
 
-Elsewhere lookElsewhere(const formats::Source& source, const document::Model& main,
+Elsewhere lookElsewhere(const formats::Source& source, const document::Story& main,
                         std::span<const engine::Request> requests) {
   Elsewhere found;
   std::vector<Sought> all;

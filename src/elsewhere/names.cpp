@@ -9,7 +9,7 @@ struct Named {
   std::string_view words;
 };
 
-constexpr std::array<Named, formats::kStories> kStoryNames = {{
+constexpr std::array<Named, formats::kOtherStories> kStoryNames = {{
     {"headers", "headers"},
     {"footers", "footers"},
     {"footnotes", "footnotes"},
@@ -52,10 +52,10 @@ const Named& named(const Names& names, Kind kind) {
 
 }  // namespace
 
-std::string_view keyOf(formats::Story kind) { return named(kStoryNames, kind).key; }
+std::string_view keyOf(formats::OtherStory kind) { return named(kStoryNames, kind).key; }
 std::string_view keyOf(formats::Unreached kind) { return named(kUnreachedNames, kind).key; }
 std::string_view keyOf(formats::Opaque kind) { return named(kOpaqueNames, kind).key; }
-std::string_view wordsOf(formats::Story kind) { return named(kStoryNames, kind).words; }
+std::string_view wordsOf(formats::OtherStory kind) { return named(kStoryNames, kind).words; }
 std::string_view wordsOf(formats::Unreached kind) { return named(kUnreachedNames, kind).words; }
 std::string_view wordsOf(formats::Opaque kind) { return named(kOpaqueNames, kind).words; }
 

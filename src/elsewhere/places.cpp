@@ -81,7 +81,7 @@ class ButtonCode {
 
 class PlaceReader {
  public:
-  PlaceReader(const document::Model& model, text::View view)
+  PlaceReader(const document::Story& model, text::View view)
       : model_(model), view_(view), fields_(model.fields().size()) {}
 
   text::RunMap<Place> read() {
@@ -179,7 +179,7 @@ class PlaceReader {
     if (to > from) places_.append(to - from, place);
   }
 
-  const document::Model& model_;
+  const document::Story& model_;
   text::View view_;
   std::vector<Field> fields_;
   text::RunMap<Place> places_;
@@ -187,14 +187,14 @@ class PlaceReader {
 
 }  // namespace
 
-bool hasMarks(const document::Model& model) {
+bool hasMarks(const document::Story& model) {
   bool any = false;
   model.text().forEachStretch(
       0, model.length(), [&](Position, const text::Stretch& stretch) { return !(any = holdsMark(stretch)); });
   return any;
 }
 
-text::RunMap<Place> placesOf(const document::Model& model, text::View view) {
+text::RunMap<Place> placesOf(const document::Story& model, text::View view) {
   return PlaceReader(model, view).read();
 }
 

@@ -18,7 +18,7 @@ namespace {
 template <class Places, class IsSought>
 class Touching {
  public:
-  Touching(const document::Model& model, const Beginning& beginning, const Shown& shown, const Places& places,
+  Touching(const document::Story& model, const Beginning& beginning, const Shown& shown, const Places& places,
            IsSought isSought)
       : model_(model), beginning_(beginning), shown_(shown), places_(places), isSought_(isSought) {}
 
@@ -69,7 +69,7 @@ class Touching {
     return false;
   }
 
-  const document::Model& model_;
+  const document::Story& model_;
   const Beginning& beginning_;
   const Shown& shown_;
   const Places& places_;
@@ -78,7 +78,7 @@ class Touching {
 
 class Unshown {
  public:
-  Unshown(const document::Model& model, const Beginning& beginning, text::View view)
+  Unshown(const document::Story& model, const Beginning& beginning, text::View view)
       : model_(model),
         beginning_(beginning),
         other_(view == text::View::results ? text::View::codes : text::View::results),
@@ -117,7 +117,7 @@ class Unshown {
     return shown;
   }
 
-  const document::Model& model_;
+  const document::Story& model_;
   const Beginning& beginning_;
   text::View other_;
   text::RunMap<Place> places_;
@@ -130,7 +130,7 @@ bool hasUnshown(const text::RunMap<Visibility>& visibility) {
   return visibility.runCount() > 1 || (visibility.length() > 0 && visibility.valueAt(0) != text::kEverywhere);
 }
 
-void countUnshown(const document::Model& model, const Beginning& beginning, bool fieldCodes,
+void countUnshown(const document::Story& model, const Beginning& beginning, bool fieldCodes,
                   Elsewhere& found) {
   if (!hasUnshown(model.visibility())) return;
   const text::View view = fieldCodes ? text::View::codes : text::View::results;

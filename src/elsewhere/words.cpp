@@ -38,7 +38,7 @@ std::string blocksInWords(const Elsewhere& found) {
     if (count == 0) continue;
     const std::string noun = !items.empty() ? "" : count == 1 ? " block" : " blocks";
     items.push_back(std::to_string(count) + noun + " in " +
-                    std::string(wordsOf(static_cast<formats::Story>(i))));
+                    std::string(wordsOf(static_cast<formats::OtherStory>(i))));
   }
   return listed(items);
 }

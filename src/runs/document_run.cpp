@@ -96,8 +96,9 @@ std::optional<Failure> passed(const store::StoredDocument& stored, const std::op
 /// saved.
 elsewhere::Elsewhere notReached(const store::StoredDocument& stored, const Plan& plan) {
   elsewhere::Elsewhere found;
-  const auto failure = failureOf(
-      [&] { found = elsewhere::lookElsewhere(stored.source(), stored.document()->model(), plan.requests); });
+  const auto failure = failureOf([&] {
+    found = elsewhere::lookElsewhere(stored.source(), stored.document()->mainText(), plan.requests);
+  });
   if (failure) found.damaged.push_back({"other parts", failure->message});
   return found;
 }
@@ -150,7 +151,7 @@ std::optional<Failure> workOn(const NamedDocument& named, const Surroundings& ar
   if (ended) return ended;
   if (asking.isCancelled()) return std::nullopt;
 
-  outcome.changed = stored.document()->model().changed();
+  outcome.changed = stored.document()->stories().changed();
   // A large text lies in its file; what was found in it counts only if nobody wrote there meanwhile.
   if (!outcome.changed) return failureOf([&] { stored.requireUnchangedFile(); });
   if (plan.dryRun) return std::nullopt;

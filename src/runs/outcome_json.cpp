@@ -18,7 +18,7 @@ void addCounts(base::JsonObject& object, std::string_view name, const Counts& co
 }
 
 void addCounts(base::JsonObject& object, const elsewhere::Elsewhere& found) {
-  addCounts<formats::Story>(object, "elsewhere", found.stories);
+  addCounts<formats::OtherStory>(object, "elsewhere", found.stories);
   addCounts<formats::Unreached>(object, "unreached", found.unreached);
 }
 

@@ -43,7 +43,7 @@ engine::PassObserver::Answer PassWatcher::found(const engine::Block& block) {
   current_ = {};
   current_.request = &request_;
   current_.paragraph = paragraphs_.numberAt(document_, start);
-  current_.deleted = document_.model().isDeleted({start, end});
+  current_.deleted = document_.mainText().isDeleted({start, end});
   // The question shows the block; the preview of an insertion shows where it goes.
   if (request_.operation == engine::kInsert && !request_.confirmEach) {
     const std::int32_t where = request_.place == engine::kAfter ? end : start;

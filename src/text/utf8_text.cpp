@@ -148,4 +148,12 @@ void Utf8Text::copy(Position from, Position to, char16_t* out) const {
     remember({static_cast<std::uint32_t>(to), static_cast<std::uint32_t>(behind)});
 }
 
+Utf8Text::Place Utf8Walk::to(Position position) {
+  const auto units = static_cast<std::size_t>(position - position_);
+  const Utf8Step at = walkUtf8(bytes_.data(), bytes_.size(), offset_, units);
+  position_ = position - static_cast<Position>(at.left);
+  offset_ = at.offset;
+  return {at.offset, at.left != 0};
+}
+
 }  // namespace pluvo::text

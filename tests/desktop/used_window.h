@@ -147,7 +147,7 @@ class UsedWindow : public testing::Test {
     return *window->current();
   }
   static std::string text(memory::MemoryDocument& document) {
-    return base::utf8(document.model().text().substring(0, document.model().length()));
+    return base::utf8(document.mainText().text().substring(0, document.mainText().length()));
   }
   static std::string text(const OpenDocument& document) { return text(*document.document()); }
   static std::string textInFile(const std::string& path) {
@@ -155,7 +155,7 @@ class UsedWindow : public testing::Test {
   }
   /// The user's own change at the beginning, which the window has heard of.
   void change(OpenDocument& document, text::Position until, const char16_t* text) {
-    document.document()->model().replace({0, until}, text, text::View::results);
+    document.document()->mainText().replace({0, until}, text, text::View::results);
     const auto told = [&] {
       const auto& tabs = *window->findChild<QTabBar*>();
       for (int i = 0; i < tabs.count(); ++i) {
@@ -167,7 +167,7 @@ class UsedWindow : public testing::Test {
   }
   std::string selected(OpenDocument& document) {
     return base::utf8(
-        document.document()->model().visibleText(document.document()->selection(), text::View::results));
+        document.document()->mainText().visibleText(document.document()->selection(), text::View::results));
   }
   void menu(const char* text) {
     for (QAction* action : window->findChildren<QAction*>()) {

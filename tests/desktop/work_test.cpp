@@ -130,7 +130,7 @@ class WorkInTheWindow : public UsedWindow {
 TEST_F(WorkInTheWindow, KeepsItAliveAndCanBeCancelled) {
   use([&] {
     OpenDocument& document = open(scratch.put("many.txt", manyBlocks(2'000)));
-    const auto length = [&] { return document.document()->model().length(); };
+    const auto length = [&] { return document.document()->mainText().length(); };
     const int before = length();
     askForReplacement();
     bool secondRefused = false;

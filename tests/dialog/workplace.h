@@ -70,7 +70,7 @@ class Desk {
     application->add(sample.document);
   }
 
-  std::string text() { return notation::print(sample.model()); }
+  std::string text() { return notation::print(sample.mainText()); }
 
   notation::Sample sample;
   std::shared_ptr<engine::BatchingApplication> application;

@@ -1,4 +1,4 @@
-#include "document/model.h"
+#include "document/story.h"
 #include "errors/fault.h"
 
 #include <gtest/gtest.h>
@@ -8,7 +8,7 @@ namespace {
 
 /// Every edit that would bring in one more part is refused, and nothing has happened.
 TEST(Bounds, OfPartsRefuseFurtherEdits) {
-  Model model(plainContent(text::OriginalText(std::u16string(u"a b c d e\r"))), 3);
+  Story model(plainContent(text::OriginalText(std::u16string(u"a b c d e\r"))), nullptr, 3);
   model.replace({0, 1}, u"x", text::View::results);
   model.replace({2, 3}, u"x", text::View::results);
   const auto numberOf = [](const auto& edit) {

@@ -1,4 +1,4 @@
-#include "document/model.h"
+#include "document/story.h"
 
 #include <gtest/gtest.h>
 
@@ -20,7 +20,7 @@ TEST_P(FarEnding, IsSearchedForOnce) {
   std::u16string text;
   for (int i = 0; i < kBeginnings; ++i) text += u"begin some text ";
   text += u"end.\r";
-  Model model(plainContent(text::OriginalText(text)));
+  Story model(plainContent(text::OriginalText(text)));
   const auto find = [&](const char16_t* what, Span span) {
     return model.find({std::make_shared<const std::u16string>(what), {false, true}}, span, View::results);
   };

@@ -20,7 +20,7 @@ std::string told(const Elsewhere& found) {
         (result.empty() ? "" : ", ") + std::string(key) + (count < 0 ? "" : " " + std::to_string(count));
   };
   for (std::size_t i = 0; i < found.stories.size(); ++i)
-    add(keyOf(static_cast<formats::Story>(i)), found.stories[i]);
+    add(keyOf(static_cast<formats::OtherStory>(i)), found.stories[i]);
   for (std::size_t i = 0; i < found.unreached.size(); ++i)
     add(keyOf(static_cast<formats::Unreached>(i)), found.unreached[i]);
   for (std::size_t i = 0; i < found.notLookedInto.size(); ++i)

@@ -69,12 +69,12 @@ struct DeskOver {
   explicit DeskOver(std::string_view notation) : sample(notation) { application.add(sample.document); }
 
   PassResult pass(const Request& request) { return engine.pass(request); }
-  std::string text() { return notation::print(sample.model()); }
+  std::string text() { return notation::print(sample.mainText()); }
   /// The document, with the blocks found marked a, b, c … as they were found.
   std::string found() {
     notation::Ranges ranges;
     for (const text::Span& block : watch.blocks) ranges[static_cast<char>('a' + ranges.size())] = block;
-    return notation::print(sample.model(), ranges);
+    return notation::print(sample.mainText(), ranges);
   }
 
   notation::Sample sample;

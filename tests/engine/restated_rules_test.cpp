@@ -28,10 +28,10 @@ class RestatedRules {
 
   void pass() {
     text::Position from = 0;
-    while (find(asked_.begin, {from, document.model().length()}, begin_)) {
+    while (find(asked_.begin, {from, document.mainText().length()}, begin_)) {
       block_ = begin_;
       if (!asked_.end.empty()) {
-        if (!find(asked_.end, {begin_.to, document.model().length()}, end_)) return;
+        if (!find(asked_.end, {begin_.to, document.mainText().length()}, end_)) return;
         block_.to = end_.to;
       }
       if (tooFar()) {
@@ -53,7 +53,7 @@ class RestatedRules {
 
   /// The whole of the text, at the first place where it stands.
   bool find(const std::u16string& text, Place within, Place& match) {
-    const std::u16string all = document.model().text().substring(0, document.model().length());
+    const std::u16string all = document.mainText().text().substring(0, document.mainText().length());
     const auto comparable = [&](char16_t c) {
       if (!asked_.matchCase && u'A' <= c && c <= u'Z') return static_cast<char16_t>(c + 32);
       return c == u'\v' ? u'\r' : c;

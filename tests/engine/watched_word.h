@@ -99,6 +99,8 @@ class WatchedRange final : public word::Range {
   std::shared_ptr<word::Find> Find() override {
     return std::make_shared<WatchedFind>(called_, range_->Find());
   }
+  word::WdStoryType StoryType() override { return range_->StoryType(); }
+  std::shared_ptr<word::Range> NextStoryRange() override { return range_->NextStoryRange(); }
 
  private:
   std::int32_t countOf(word::WdUnits unit) override {

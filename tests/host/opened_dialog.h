@@ -89,7 +89,7 @@ class OpenedDialog {
     sample = std::make_unique<notation::Sample>(notation);
     word->add(sample->document);
   }
-  std::string document() { return notation::print(sample->model()); }
+  std::string document() { return notation::print(sample->mainText()); }
   void select(std::int32_t from, std::int32_t to) { word->Selection()->SetRange(from, to); }
 
   /// What PLUVO.cfg holds.

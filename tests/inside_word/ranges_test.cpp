@@ -24,7 +24,7 @@ class Twins {
 
   /// Does one thing at random to both, and returns what.
   std::string step(Dice& dice) {
-    const auto length = static_cast<std::size_t>(memory_->model().length());
+    const auto length = static_cast<std::size_t>(memory_->mainText().length());
     const Step step = {.from = static_cast<std::int32_t>(dice.upTo(length)),
                        .to = static_cast<std::int32_t>(dice.upTo(length)),
                        .unit = static_cast<word::WdUnits>(1 + dice.upTo(3)),
@@ -45,7 +45,7 @@ class Twins {
       all += " " + std::to_string(count);
     }
     const std::u16string text =
-        i == 0 ? memory_->model().text().substring(0, memory_->model().length()) : inWord_->allText();
+        i == 0 ? memory_->mainText().text().substring(0, memory_->mainText().length()) : inWord_->allText();
     return all + " in \"" + base::utf8(text) + "\"";
   }
 

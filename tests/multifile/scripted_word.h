@@ -87,7 +87,7 @@ class ScriptedDocument : public word::Document, public std::enable_shared_from_t
     called("story", std::to_string(story));
     return sample_.document->StoryRanges(story);
   }
-  bool Saved() override { return !file_.unsaved && !sample_.model().changed(); }
+  bool Saved() override { return !file_.unsaved && !sample_.mainText().changed(); }
   void Close(bool saveChanges) override {
     called("close", saveChanges ? "saving" : "");
     if (saveChanges) file_.text = sample_.print();

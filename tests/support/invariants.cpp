@@ -6,14 +6,14 @@
 namespace pluvo::notation {
 
 using document::kNone;
-using document::Model;
+using document::Story;
 using text::Position;
 
 namespace {
 
 class Inspector {
  public:
-  explicit Inspector(const Model& model) : model_(model) {}
+  explicit Inspector(const Story& model) : model_(model) {}
 
   std::string run() {
     const Position length = model_.length();
@@ -108,7 +108,7 @@ class Inspector {
     return inner == outer;
   }
 
-  const Model& model_;
+  const Story& model_;
   std::string damage_;
   std::int32_t table_ = kNone;
   bool left_ = false;
@@ -119,6 +119,6 @@ class Inspector {
 
 }  // namespace
 
-std::string damageOf(const Model& model) { return Inspector(model).run(); }
+std::string damageOf(const Story& model) { return Inspector(model).run(); }
 
 }  // namespace pluvo::notation

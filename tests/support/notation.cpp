@@ -10,7 +10,7 @@
 
 namespace pluvo::notation {
 
-using document::Model;
+using document::Story;
 using text::Position;
 
 namespace {
@@ -19,7 +19,7 @@ constexpr std::u16string_view kSpecial = u"¶{|}⟦¦‖⟧§<>[]\\";
 
 class Printer {
  public:
-  Printer(const Model& model, const Ranges& ranges) : model_(model), ranges_(ranges) {}
+  Printer(const Story& model, const Ranges& ranges) : model_(model), ranges_(ranges) {}
 
   std::string print() {
     for (Position position = 0; position < model_.length(); ++position) {
@@ -139,7 +139,7 @@ class Printer {
     }
   }
 
-  const Model& model_;
+  const Story& model_;
   const Ranges& ranges_;
   std::u16string out_;
   Look look_;
@@ -155,7 +155,7 @@ Parsed parse(std::string_view notation) {
   return {builder.finish(), std::move(ranges)};
 }
 
-std::string print(const Model& model, const Ranges& ranges) { return Printer(model, ranges).print(); }
+std::string print(const Story& model, const Ranges& ranges) { return Printer(model, ranges).print(); }
 
 Sample::Sample(std::string_view notation, std::shared_ptr<const document::Medium> medium)
     : Sample(parse(notation), std::move(medium)) {}
@@ -168,7 +168,7 @@ Sample::Sample(Parsed parsed, std::shared_ptr<const document::Medium> medium) {
 std::string Sample::print() {
   Ranges spans;
   for (const auto& [name, range] : ranges) spans[name] = {range->Start(), range->End()};
-  return notation::print(model(), spans);
+  return notation::print(mainText(), spans);
 }
 
 }  // namespace pluvo::notation

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "document/content.h"
-#include "document/model.h"
+#include "document/story.h"
 #include "memory/document.h"
 #include "text/positions.h"
 
@@ -35,14 +35,14 @@ struct Parsed {
 Parsed parse(std::string_view notation);
 
 /// The same notation for a document, with the ranges given.
-std::string print(const document::Model& model, const Ranges& ranges = {});
+std::string print(const document::Story& model, const Ranges& ranges = {});
 
 /// A document in memory, and live ranges for those of the notation.
 struct Sample {
   explicit Sample(std::string_view notation, std::shared_ptr<const document::Medium> medium = nullptr);
   Sample(Parsed parsed, std::shared_ptr<const document::Medium> medium);
 
-  document::Model& model() { return document->model(); }
+  document::Story& mainText() { return document->mainText(); }
   word::Range& range(char name) { return *ranges.at(name); }
   std::string print();
 

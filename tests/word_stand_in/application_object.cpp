@@ -110,7 +110,7 @@ Handle application() {
 
 Handle documentObject(const Document& document) {
   // Error 5825 once it is closed.
-  const auto open = [document]() -> OpenDocument& { return document->model(), *document; };
+  const auto open = [document]() -> OpenDocument& { return document->mainText(), *document; };
   std::vector<Member> members = {
       {u"call Range",
        [=](const Arguments& given) {
@@ -158,7 +158,7 @@ Handle documentObject(const Document& document) {
 }
 
 Handle windowObject(const Document& document) {
-  document->model();
+  document->mainText();
   const auto show = [document](const Arguments& given) {
     document->view = given.flag(0) ? text::View::codes : text::View::results;
   };

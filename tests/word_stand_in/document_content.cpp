@@ -1,6 +1,6 @@
 #include "base/text.h"
 #include "document/content_builder.h"
-#include "document/model.h"
+#include "document/story.h"
 #include "open_document.h"
 
 namespace pluvo::stand_in {

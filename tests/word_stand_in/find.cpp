@@ -38,7 +38,7 @@ struct Visible {
   std::vector<Position> positions;
 
   explicit Visible(OpenDocument& document) {
-    const document::Model& model = document.model();
+    const document::Story& model = document.mainText();
     text::forEachVisibleStretch(model.text(), model.visibility(), document.view, 0, model.length(),
                                 [&](Position start, const text::Stretch& stretch) {
                                   for (Position i = 0; i < stretch.length; ++i) {

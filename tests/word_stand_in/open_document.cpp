@@ -18,7 +18,7 @@ OpenDocument::OpenDocument(std::u16string documentPath, StoredFile stored)
   selection_ = std::make_unique<Place>(*this, Span{});
 }
 
-document::Model& OpenDocument::model() {
+document::Story& OpenDocument::mainText() {
   if (!model_) throw refusal(word::kObjectDeleted);
   return *model_;
 }
@@ -44,7 +44,7 @@ void OpenDocument::replace(Place& place, const std::u16string& newText) {
   requireEditable();
   const Before before(*this);
   const Span replaced = place.span();
-  const Span now = model().replace(replaced, newText, view);
+  const Span now = mainText().replace(replaced, newText, view);
   follow(place, before, replaced, now);
   place.set(now.empty() ? Span{replaced.from, replaced.from} : now);
 }
@@ -58,7 +58,8 @@ void OpenDocument::insert(Place& place, const std::u16string& newText, bool inFr
   if (old.empty()) return replace(place, newText);
   requireEditable();
   const Before before(*this);
-  const Span now = inFront ? model().insertBefore(old.from, newText) : model().insertBehind(old.to, newText);
+  const Span now =
+      inFront ? mainText().insertBefore(old.from, newText) : mainText().insertBehind(old.to, newText);
   follow(place, before, {now.from, now.from}, now);
   place.set({std::min(old.from, now.from), old.to + now.length()});
 }
@@ -82,20 +83,20 @@ void OpenDocument::follow(Place& editor, const Before& before, Span replaced, Sp
 
 void OpenDocument::highlight(Span span, std::int32_t colour) {
   if (file.protection > 0) throw refusal(word::kNotAvailable);
-  model().highlight(span, static_cast<std::uint8_t>(colour));
+  mainText().highlight(span, static_cast<std::uint8_t>(colour));
   saved = false;
 }
 
 std::u16string OpenDocument::visibleText(Span span) {
   std::u16string text;
-  for (const char16_t unit : model().visibleText(span, view)) {
+  for (const char16_t unit : mainText().visibleText(span, view)) {
     if (unit == text::kCellMark) text += text::kParagraphMark;
     text += unit;
   }
   return text;
 }
 
-std::u16string highlights(const document::Model& model) {
+std::u16string highlights(const document::Story& model) {
   std::u16string all;
   for (const auto& run : model.highlight().runs()) {
     if (run.value == 0) continue;
@@ -106,7 +107,7 @@ std::u16string highlights(const document::Model& model) {
 }
 
 Place::Place(OpenDocument& document, Span span)
-    : document_(document), live_(document.model().liveRanges(), span) {
+    : document_(document), live_(document.mainText().liveRanges(), span) {
   document_.places_.push_back(this);
 }
 

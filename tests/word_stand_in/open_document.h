@@ -1,7 +1,7 @@
 #pragma once
 
 #include "document/live_ranges.h"
-#include "document/model.h"
+#include "document/story.h"
 #include "text/positions.h"
 #include "text/visible.h"
 
@@ -31,7 +31,7 @@ struct StoredFile {
 document::Content documentContent(const std::u16string& text);
 
 /// "7:0-5 2:8-9": colour, start and end of each highlighted run.
-std::u16string highlights(const document::Model& model);
+std::u16string highlights(const document::Story& model);
 
 /// A document that is open: text in memory, edited and followed by its ranges in Word's way.
 ///
@@ -46,8 +46,8 @@ class OpenDocument {
   OpenDocument& operator=(const OpenDocument&) = delete;
 
   /// Error 5825 once the document is closed.
-  document::Model& model();
-  text::Position length() { return model().length(); }
+  document::Story& mainText();
+  text::Position length() { return mainText().length(); }
   void close() { model_.reset(); }
 
   /// Error 4608 outside the text.
@@ -63,8 +63,8 @@ class OpenDocument {
   /// The text with its paragraph marks, cell marks as Word gives them: 13 and 7.
   std::u16string visibleText(text::Span span);
   /// Every character, whatever the view shows.
-  std::u16string allText() { return model().text().substring(0, length()); }
-  std::u16string highlights() { return stand_in::highlights(model()); }
+  std::u16string allText() { return mainText().text().substring(0, length()); }
+  std::u16string highlights() { return stand_in::highlights(mainText()); }
 
   std::u16string name() const { return path.substr(path.rfind(u'\\') + 1); }
 
@@ -82,7 +82,7 @@ class OpenDocument {
   void insert(Place& place, const std::u16string& newText, bool inFront);
   void follow(Place& editor, const Before& before, text::Span replaced, text::Span now);
 
-  std::optional<document::Model> model_;
+  std::optional<document::Story> model_;
   std::vector<Place*> places_;
   std::unique_ptr<Place> selection_;
 };
@@ -97,7 +97,7 @@ class Place {
 
   /// Error 5825 once the document is closed.
   text::Span span() const {
-    document_.model();
+    document_.mainText();
     return live_.span();
   }
   void set(text::Span span) { live_.set(span); }

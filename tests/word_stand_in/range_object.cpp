@@ -24,7 +24,7 @@ struct Stretch {
   std::unique_ptr<Place> own;  ///< none for the selection, which is the document's
   FindSettings find = world().dialogFind;
 
-  OpenDocument& open() const { return document->model(), *document; }
+  OpenDocument& open() const { return document->mainText(), *document; }
   Place& place() const { return own ? *own : open().selection(); }
   Span span() const { return place().span(); }
   void set(Span span) const { place().set(span); }
@@ -38,7 +38,7 @@ struct Stretch {
     set({std::min(position, span().from), position});
   }
   text::Move moved(Position from, std::int32_t unit, std::int32_t count) const {
-    return open().model().move(from, unitOf(unit), count, open().view);
+    return open().mainText().move(from, unitOf(unit), count, open().view);
   }
 
   /// The span that the selection's text and counts speak of: an insertion point's is the character behind it.
@@ -47,7 +47,7 @@ struct Stretch {
     return {span().from, moved(span().from, word::wdCharacter, 1).position};
   }
   std::int32_t count(word::WdUnits unit) const {
-    const std::int32_t count = open().model().count(spoken(), unit, open().view);
+    const std::int32_t count = open().mainText().count(spoken(), unit, open().view);
     return span().empty() ? std::max(count, 1) : count;
   }
 

@@ -48,7 +48,7 @@ Document World::active() {
 }
 
 void World::activate(const Document& document) {
-  document->model();
+  document->mainText();
   active_ = document;
 }
 

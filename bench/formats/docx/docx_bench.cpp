@@ -1,5 +1,5 @@
 #include "containers/zip/zip_builder.h"
-#include "document/model.h"
+#include "document/story.h"
 #include "docx/docx_format.h"
 #include "markup.h"
 
@@ -34,7 +34,7 @@ const base::Bytes& document() {
 void read(benchmark::State& state) {
   const docx::DocxFormat format;
   const base::Bytes& bytes = document();
-  for (auto _ : state) benchmark::DoNotOptimize(format.read(bytes).content.text.length());
+  for (auto _ : state) benchmark::DoNotOptimize(format.read(bytes).stories.front().text.length());
 }
 BENCHMARK(read)->Unit(benchmark::kMillisecond);
 
@@ -50,18 +50,19 @@ void save(benchmark::State& state, Edit edit) {
   const docx::DocxFormat format;
   formats::Opened opened = format.read(document());
   const std::shared_ptr<const formats::Source> source = std::move(opened.source);
-  document::Model model(std::move(opened.content));
+  document::Document edited(std::move(opened.stories));
+  document::Story& model = edited.mainText();
   const auto places = static_cast<text::Position>(state.range(0));
   constexpr text::Position kLength = 12;
   const text::Position step = model.length() / places;
   for (text::Position i = places; i-- > 0;) edit(model, text::Span{i * step, i * step + kLength});
   CountingOutput out;
-  for (auto _ : state) source->write(model, out);
+  for (auto _ : state) source->write(edited, out);
   state.counters["bytes"] = static_cast<double>(out.size) / static_cast<double>(state.iterations());
 }
 
 void saveReplaced(benchmark::State& state) {
-  save(state, [](document::Model& model, text::Span span) {
+  save(state, [](document::Story& model, text::Span span) {
     model.replace(span, u"the parties", text::View::results);
   });
 }
@@ -69,7 +70,7 @@ BENCHMARK(saveReplaced)->Arg(1'200)->Arg(50'000)->Unit(benchmark::kMillisecond);
 
 void saveHighlighted(benchmark::State& state) {
   constexpr std::uint8_t kYellow = 7;
-  save(state, [](document::Model& model, text::Span span) { model.highlight(span, kYellow); });
+  save(state, [](document::Story& model, text::Span span) { model.highlight(span, kYellow); });
 }
 BENCHMARK(saveHighlighted)->Arg(1'200)->Arg(50'000)->Unit(benchmark::kMillisecond);
 

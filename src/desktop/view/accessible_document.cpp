@@ -27,19 +27,19 @@ bool AccessibleDocument::isThere() const {
   return true;
 }
 
-int AccessibleDocument::inText(int offset) const { return std::clamp(offset, 0, view_.model().length()); }
+int AccessibleDocument::inText(int offset) const { return std::clamp(offset, 0, view_.mainText().length()); }
 
-int AccessibleDocument::characterCount() const { return isThere() ? view_.model().length() : 0; }
+int AccessibleDocument::characterCount() const { return isThere() ? view_.mainText().length() : 0; }
 
 QString AccessibleDocument::text(int from, int to) const {
   if (!isThere()) return {};
   const Span span{inText(from), inText(to)};
-  return span.from < span.to ? spokenText(view_.model(), span, view_.document_->view()) : QString();
+  return span.from < span.to ? spokenText(view_.mainText(), span, view_.document_->view()) : QString();
 }
 
 /// The character, word, line or paragraph at an offset; sentences are not told apart from paragraphs.
 text::Span AccessibleDocument::unitAt(int offset, QAccessible::TextBoundaryType type) const {
-  const Position length = view_.model().length();
+  const Position length = view_.mainText().length();
   const Position at = std::clamp(offset, 0, length - 1);
   if (type == QAccessible::NoBoundary) return {0, length};
   const auto place = view_.placeOf(at);
@@ -77,7 +77,7 @@ QString AccessibleDocument::textAfterOffset(int offset, QAccessible::TextBoundar
   *from = *to = -1;
   if (!isThere()) return {};
   const Span here = unitAt(offset, type);
-  return here.to >= view_.model().length() ? QString() : textOf(unitAt(here.to, type), from, to);
+  return here.to >= view_.mainText().length() ? QString() : textOf(unitAt(here.to, type), from, to);
 }
 
 QString AccessibleDocument::attributes(int offset, int* from, int* to) const {
@@ -113,7 +113,7 @@ QRect AccessibleDocument::characterRect(int offset) const {
   const Position at = inText(offset);
   const QRectF here = view_.seenCaret(at);
   const QRectF next = view_.seenCaret(inText(at + 1));
-  const bool sameLine = at + 1 < view_.model().length() && next.top() == here.top();
+  const bool sameLine = at + 1 < view_.mainText().length() && next.top() == here.top();
   const qreal width = sameLine ? std::abs(next.left() - here.left()) : here.height() / 2;
   const qreal left = sameLine ? std::min(here.left(), next.left()) : here.left();
   const QRect rect = QRectF(left, here.top(), width, here.height()).toAlignedRect();

@@ -9,13 +9,13 @@ namespace pluvo::view {
 
 namespace {
 
-bool isOutermost(const document::Model& model, std::int32_t table) {
+bool isOutermost(const document::Story& model, std::int32_t table) {
   return model.tables()[static_cast<std::size_t>(table)].parent == document::kNone;
 }
 
 }  // namespace
 
-BlockIndex::BlockIndex(const document::Model& model, Estimate estimate)
+BlockIndex::BlockIndex(const document::Story& model, Estimate estimate)
     : model_(model), estimate_(std::move(estimate)), length_(model.length()) {
   scan(0, length_, blocks_);
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "document/model.h"
+#include "document/story.h"
 #include "text/positions.h"
 
 #include <cstddef>
@@ -27,7 +27,7 @@ class BlockIndex {
   using Estimate = std::function<int(Span block, bool isRow)>;
 
   /// The model outlives the index.
-  BlockIndex(const document::Model& model, Estimate estimate);
+  BlockIndex(const document::Story& model, Estimate estimate);
 
   /// A span of the model's text was replaced.
   void edited(Span span, Position newLength);
@@ -77,7 +77,7 @@ class BlockIndex {
   void keep(std::size_t first, std::size_t last, Position growth, std::vector<Block>& in) const;
   void stale(std::size_t i) { stale_ = stale_ < i ? stale_ : i; }
 
-  const document::Model& model_;
+  const document::Story& model_;
   Estimate estimate_;
   std::vector<Block> blocks_;
   Position length_ = 0;

@@ -31,7 +31,7 @@ QTextOption optionOf(const formats::Appearance& look, bool rightToLeft, const QF
 
 }  // namespace
 
-BlockLayout::BlockLayout(const document::Model& model, Span block, bool isRow, text::View view,
+BlockLayout::BlockLayout(const document::Story& model, Span block, bool isRow, text::View view,
                          const Looks& looks, qreal width)
     : model_(model), view_(view), looks_(looks), end_(block.to) {
   qreal bottom = 0;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "document/model.h"
+#include "document/story.h"
 #include "looks.h"
 #include "shown_text.h"
 
@@ -20,7 +20,7 @@ namespace pluvo::view {
 /// Coordinates are the block's own, in pixels from its top left corner.
 class BlockLayout {
  public:
-  BlockLayout(const document::Model& model, Span block, bool isRow, text::View view, const Looks& looks,
+  BlockLayout(const document::Story& model, Span block, bool isRow, text::View view, const Looks& looks,
               qreal width);
 
   int height() const { return height_; }
@@ -82,7 +82,7 @@ class BlockLayout {
   qreal addCell(Span cell, std::int32_t table, Column column, qreal top, int depth);
   qreal addRow(Span row, std::int32_t table, Column column, qreal top, int depth);
 
-  const document::Model& model_;
+  const document::Story& model_;
   text::View view_;
   const Looks& looks_;
   std::vector<Fragment> fragments_;

@@ -45,7 +45,7 @@ DocumentView::DocumentView(std::shared_ptr<memory::MemoryDocument> document,
   measure();
   std::unique_ptr<BlockIndex> index;
   running([&] {
-    index = std::make_unique<BlockIndex>(model(), [this](text::Span block, bool isRow) {
+    index = std::make_unique<BlockIndex>(mainText(), [this](text::Span block, bool isRow) {
       const double lines = isRow ? 1 : std::max(std::ceil(block.length() / charactersInLine_), 1.0);
       return static_cast<int>(lineHeight_ * (lines * 1.12 + 0.4));
     });

@@ -162,12 +162,12 @@ bool DocumentView::hasSelection() const {
 }
 
 void DocumentView::selectAll() {
-  if (index_) select(0, model().length());
+  if (index_) select(0, mainText().length());
 }
 
 void DocumentView::copy() const {
   if (!hasSelection()) return;
-  QApplication::clipboard()->setText(copiedText(model(), document_->selection(), document_->view()));
+  QApplication::clipboard()->setText(copiedText(mainText(), document_->selection(), document_->view()));
 }
 
 // Keys.
@@ -217,7 +217,7 @@ bool DocumentView::moveByKey(QKeyEvent& event) {
       to = control ? 0 : atLineEnd(caret_, false);
       break;
     case Qt::Key_End:
-      to = control ? std::max(model().length() - 1, 0) : atLineEnd(caret_, true);
+      to = control ? std::max(mainText().length() - 1, 0) : atLineEnd(caret_, true);
       break;
     default:
       return false;

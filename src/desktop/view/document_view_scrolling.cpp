@@ -40,8 +40,8 @@ const BlockLayout& DocumentView::layoutOf(std::size_t block) {
 
 const BlockLayout& DocumentView::layOut(std::size_t block) {
   const text::Span span = index_->span(block);
-  auto layout = std::make_unique<BlockLayout>(model(), span, index_->isRow(block), document_->view(), *looks_,
-                                              columnWidth());
+  auto layout = std::make_unique<BlockLayout>(mainText(), span, index_->isRow(block), document_->view(),
+                                              *looks_, columnWidth());
   index_->setHeight(block, layout->height());
   if (layout->end() != span.to) {
     layouts_.erase(span.to);
@@ -53,7 +53,7 @@ const BlockLayout& DocumentView::layOut(std::size_t block) {
 
 void DocumentView::settle() {
   index_->settle();
-  topBlock_ = index_->span(index_->at(std::min(topBlock_, model().length()))).from;
+  topBlock_ = index_->span(index_->at(std::min(topBlock_, mainText().length()))).from;
 }
 
 std::int64_t DocumentView::anchorTop() {

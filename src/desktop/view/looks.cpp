@@ -19,7 +19,7 @@ void put(QTextCharFormat& format, const formats::Appearance& look) {
 
 }  // namespace
 
-formats::Appearance Looks::of(const document::Model& model, Position position) const {
+formats::Appearance Looks::of(const document::Story& model, Position position) const {
   if (appearance.length() == 0 || position >= model.length()) return {};
   const text::Piece piece = model.text().pieceAt(position);
   const Position original = piece.isNew() ? piece.anchor : piece.original;
@@ -35,7 +35,7 @@ QFont Looks::paragraphFont(const formats::Appearance& paragraph) const {
   return result;
 }
 
-QList<QTextLayout::FormatRange> Looks::formats(const document::Model& model, const ShownText& shown,
+QList<QTextLayout::FormatRange> Looks::formats(const document::Story& model, const ShownText& shown,
                                                const formats::Appearance& paragraph) const {
   QList<QTextLayout::FormatRange> ranges;
   const auto add = [&](int from, int length, const QTextCharFormat& format) {

@@ -41,7 +41,7 @@ char16_t glyphOf(char16_t unit) {
 
 }  // namespace
 
-ShownText::ShownText(const document::Model& model, Span span, text::View view) {
+ShownText::ShownText(const document::Story& model, Span span, text::View view) {
   end_ = span.to;
   if (!span.empty() && model.endsParagraph(span.to - 1)) end_ = span.to - 1;
   text::forEachVisibleStretch(model.text(), model.visibility(), view, span.from, end_,
@@ -70,7 +70,7 @@ int ShownText::shown(Position position) const {
   return static_cast<int>(text_.size());
 }
 
-QString spokenText(const document::Model& model, Span span, text::View view) {
+QString spokenText(const document::Story& model, Span span, text::View view) {
   constexpr char16_t kNoWidth = 0x200B;
   QString spoken(span.length(), QChar(kNoWidth));
   text::forEachVisibleStretch(
@@ -88,7 +88,7 @@ QString spokenText(const document::Model& model, Span span, text::View view) {
   return spoken;
 }
 
-QString copiedText(const document::Model& model, Span span, text::View view) {
+QString copiedText(const document::Story& model, Span span, text::View view) {
   QString copied;
   text::forEachVisibleStretch(
       model.text(), model.visibility(), view, span.from, span.to,

@@ -144,13 +144,13 @@ void ContentReader::character(char16_t unit, Extent, Name name, std::string_view
 void ContentReader::formula(const Formula& formula) { builder_.append(text::kPicture, lookOf(formula.look)); }
 
 void ContentReader::simpleField(const Tag&, std::u16string_view instruction) {
-  look_ = lookOf({});
+  look_ = inAttribute();
   builder_.beginField(look_);
   builder_.append(instruction, look_);
   builder_.separateField(look_);
 }
 
-void ContentReader::endSimpleField(Extent) { builder_.endField(lookOf({})); }
+void ContentReader::endSimpleField(Extent) { builder_.endField(inAttribute()); }
 
 void ContentReader::paragraphMark(Extent) {
   markPending_ = true;
@@ -173,6 +173,14 @@ void ContentReader::rowMark(Extent) { builder_.rowMark(plainLook()); }
 document::Look ContentReader::lookOf(const RunLook& look) const {
   return {styles_.hides(look, paragraph_.style) || hidesGuided_, look.highlight,
           deletions_ > 0 || look.deleted, control_};
+}
+
+document::Look ContentReader::inAttribute() {
+  if (inAttribute_ == document::kNone)
+    inAttribute_ = builder_.addRestriction({document::Restriction::Of::highlight, {}});
+  document::Look look = lookOf({});
+  look.restriction = inAttribute_;
+  return look;
 }
 
 document::Look ContentReader::plainLook() const { return {false, 0, false, control_}; }

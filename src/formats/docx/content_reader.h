@@ -39,6 +39,8 @@ class ContentReader : public BodyEvents {
  private:
   document::Look lookOf(const RunLook& look) const;
   document::Look plainLook() const;
+  /// Of a simple field's code and marks, which have no run to be highlighted in.
+  document::Look inAttribute();
   /// A control within a paragraph takes line breaks, since a mark would divide it.
   void openControl(bool isGuided);
   void flushMark();
@@ -55,6 +57,7 @@ class ContentReader : public BodyEvents {
   bool hidesGuided_ = false;
   int deletions_ = 0;
   std::int32_t control_ = document::kNone;  ///< the innermost open one
+  std::int8_t inAttribute_ = document::kNone;
   std::vector<std::size_t> openTables_;
   std::unordered_map<std::string, std::size_t> openBookmarks_;
 };

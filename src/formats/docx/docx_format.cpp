@@ -47,7 +47,11 @@ formats::Opened DocxFormat::read(base::Bytes bytes, const formats::Hint& /*hint*
   text::RunMap<std::uint8_t> highlight = body.content.highlight;
   auto source = std::make_unique<DocxSource>(std::move(package), std::move(part), std::move(body.map),
                                              std::move(highlight), std::move(styles));
-  return {std::move(body.content), std::move(source), protection};
+  formats::Opened opened;
+  opened.stories.push_back(std::move(body.content));
+  opened.source = std::move(source);
+  opened.protection = protection;
+  return opened;
 }
 
 }  // namespace pluvo::docx

@@ -70,7 +70,8 @@ std::optional<std::string> DocxSource::refusesText(std::u16string_view newText) 
   return std::nullopt;
 }
 
-void DocxSource::write(const document::Model& model, base::Output& out) const {
+void DocxSource::write(const document::Document& document, base::Output& out) const {
+  const document::Story& model = document.mainText();
   requireRoomInMemory(model.text());
   EditScript script(model);
   const Departed departed(map_, script, package_, part_.utf8.view);
@@ -112,7 +113,7 @@ text::RunMap<formats::Appearance> DocxSource::appearance() const {
   return readAppearance(part_.utf8.view, package_.mainPart, readStyleLooks(package_));
 }
 
-void DocxSource::tellOtherTexts(const document::Model& model, formats::OtherTexts& texts) const {
+void DocxSource::tellOtherTexts(const document::Story& model, formats::OtherTexts& texts) const {
   docx::tellOtherTexts({package_, part_.utf8.view, map_, styles_}, model, texts);
 }
 

@@ -16,10 +16,10 @@ class DocxSource : public formats::Source {
 
   std::optional<std::string> refusesText(std::u16string_view newText) const override;
   bool holdsHighlight() const override { return true; }
-  void write(const document::Model& model, base::Output& out) const override;
+  void write(const document::Document& document, base::Output& out) const override;
   std::uint64_t unpackedSize() const override;
   text::RunMap<formats::Appearance> appearance() const override;
-  void tellOtherTexts(const document::Model& model, formats::OtherTexts& texts) const override;
+  void tellOtherTexts(const document::Story& model, formats::OtherTexts& texts) const override;
 
  private:
   std::string placeholderStyle() const;

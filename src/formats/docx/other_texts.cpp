@@ -93,7 +93,7 @@ bool isZip(base::ByteSpan bytes) {
 /// How far packages in packages are gone into.
 enum class Depth : bool { outer, inner };
 
-void tellPackage(const ReadDocument& document, const document::Model& model, formats::OtherTexts& texts,
+void tellPackage(const ReadDocument& document, const document::Story& model, formats::OtherTexts& texts,
                  Budget& budget, Depth depth);
 
 /// A Word document in another one; throws where it is none.
@@ -104,7 +104,7 @@ void tellDocument(const Package& package, formats::OtherTexts& texts, Budget& bu
   budget.take(main->size);
   const xml::Utf8Part part = xml::toUtf8(package.archive.read(*main), package.mainPart);
   ReadBody body = readBody(part.utf8.view, package.mainPart, styles);
-  const document::Model model(std::move(body.content));
+  const document::Story model(std::move(body.content));
   texts.unreached(Unreached::embedded, model.text().substring(0, model.length()));
   tellPackage({package, part.utf8.view, body.map, styles}, model, texts, budget, Depth::inner);
 }
@@ -331,7 +331,7 @@ class PackageTeller {
   std::set<std::size_t> inDiagrams_;
 };
 
-void tellPackage(const ReadDocument& document, const document::Model& model, formats::OtherTexts& texts,
+void tellPackage(const ReadDocument& document, const document::Story& model, formats::OtherTexts& texts,
                  Budget& budget, Depth depth) {
   std::optional<Departed> departed;
   if (model.changed() && !document.map.references.empty())
@@ -352,7 +352,7 @@ void tellPackage(const ReadDocument& document, const document::Model& model, for
 
 }  // namespace
 
-void tellOtherTexts(const ReadDocument& document, const document::Model& model, formats::OtherTexts& texts) {
+void tellOtherTexts(const ReadDocument& document, const document::Story& model, formats::OtherTexts& texts) {
   Budget budget(document.package.archive.bytes().size());
   tellPackage(document, model, texts, budget, Depth::outer);
 }

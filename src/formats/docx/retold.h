@@ -16,7 +16,7 @@ class AsOneKind : public formats::OtherTexts {
   /// What is damaged lies in the part "within", where that is not empty.
   AsOneKind(Unreached kind, formats::OtherTexts& texts, std::string_view within = {})
       : kind_(kind), texts_(texts), within_(within) {}
-  void story(formats::Story /*kind*/, document::Content content) override {
+  void story(formats::OtherStory /*kind*/, document::Content content) override {
     std::u16string units(static_cast<std::size_t>(content.text.length()), u'\0');
     content.text.stretch(0, content.text.length()).copyTo(units.data());
     texts_.unreached(kind_, units);
@@ -36,7 +36,7 @@ class AsOneKind : public formats::OtherTexts {
 /// Keeps what it is told.
 class Gathered : public formats::OtherTexts {
  public:
-  void story(formats::Story, document::Content) override {}
+  void story(formats::OtherStory, document::Content) override {}
   void unreached(Unreached, std::u16string_view text) override { text_ += text; }
   void notLookedInto(Opaque) override {}
   void damaged(std::string_view, std::string_view) override {}

@@ -31,7 +31,7 @@ bool isInline(Name name) {
 }  // namespace
 
 Rewriter::Rewriter(base::ByteSpan part, const std::string& partName, const BodyMap& map,
-                   const document::Model& model, const text::RunMap<std::uint8_t>& originalHighlight,
+                   const document::Story& model, const text::RunMap<std::uint8_t>& originalHighlight,
                    const Casualties& casualties, std::function<std::string()> placeholderStyle,
                    EditScript script)
     : part_(part),

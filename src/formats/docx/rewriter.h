@@ -42,7 +42,7 @@ class Casualties {
 /// between.
 class Rewriter : private BodyEvents {
  public:
-  Rewriter(base::ByteSpan part, const std::string& partName, const BodyMap& map, const document::Model& model,
+  Rewriter(base::ByteSpan part, const std::string& partName, const BodyMap& map, const document::Story& model,
            const text::RunMap<std::uint8_t>& originalHighlight, const Casualties& casualties,
            std::function<std::string()> placeholderStyle, EditScript script);
 
@@ -215,7 +215,7 @@ class Rewriter : private BodyEvents {
 
   base::ByteSpan part_;
   const BodyMap& map_;
-  const document::Model& model_;
+  const document::Story& model_;
   const text::RunMap<std::uint8_t>& originalHighlight_;
   const Casualties& casualties_;
   std::function<std::string()> placeholderStyle_;

@@ -9,7 +9,7 @@
 
 namespace pluvo::docx {
 
-using formats::Story;
+using formats::OtherStory;
 using formats::Unreached;
 
 namespace {
@@ -28,20 +28,20 @@ std::u16string unitsOf(const text::OriginalText& text, text::Span span) {
   return units;
 }
 
-std::optional<Story> storyOf(Name kind) {
+std::optional<OtherStory> storyOf(Name kind) {
   switch (kind) {
     case Name::header:
-      return Story::headers;
+      return OtherStory::headers;
     case Name::footer:
-      return Story::footers;
+      return OtherStory::footers;
     case Name::footnote:
-      return Story::footnotes;
+      return OtherStory::footnotes;
     case Name::endnote:
-      return Story::endnotes;
+      return OtherStory::endnotes;
     case Name::comment:
-      return Story::comments;
+      return OtherStory::comments;
     case Name::boxContent:
-      return Story::boxes;
+      return OtherStory::boxes;
     default:
       return std::nullopt;
   }
@@ -101,7 +101,7 @@ void StoryTeller::tellPart() {
 }
 
 void StoryTeller::tellBesideMainText(const BodyMap& map, const std::vector<Offset>& places,
-                                     const document::Model& model) {
+                                     const document::Story& model) {
   kept_.emplace(model);
   mainText_ = &model.text().original();
   const auto toNextBlock = [&] {
@@ -191,7 +191,7 @@ void StoryTeller::close(const Tag& tag, Extent endTag) {
 void StoryTeller::tellStory(Level level) {
   document::Content content = level.reader->finish().content;
   for (const BoundControl& bound : level.bound) bind(bound.binding, content.text, bound.span);
-  const std::optional<Story> kind = storyOf(level.kind);
+  const std::optional<OtherStory> kind = storyOf(level.kind);
   const bool canBeTwin = !alternatives_.empty();
   if (!kind || canBeTwin) {
     const std::u16string units = unitsOf(content.text, {0, content.text.length()});

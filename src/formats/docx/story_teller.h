@@ -40,7 +40,7 @@ class StoryTeller : public BodyEvents {
   /// Of a main part all but its own text, by the places that may hold any. What stood in deleted text is not
   /// told.
   void tellBesideMainText(const BodyMap& map, const std::vector<Offset>& places,
-                          const document::Model& model);
+                          const document::Story& model);
 
   void story(Name kind) override;
   void open(const Tag& tag) override;

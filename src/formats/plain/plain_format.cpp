@@ -38,12 +38,13 @@ formats::Opened PlainFormat::read(base::Bytes bytes, const formats::Hint& hint) 
   const Storage storage = detect(bytes, hint);
   const ByteSpan content = bytes.view.subspan(storage.markLength);
   const auto opened = [&](text::OriginalText text, LineEnd lineEnd, ByteMap map) {
-    return formats::Opened{document::plainContent(std::move(text)),
-                           std::make_unique<PlainSource>(std::move(bytes), storage, lineEnd, std::move(map)),
-                           std::nullopt,
-                           storage.name,
-                           storage.guessed,
-                           storage.guessed ? formats::Hint{storage.name} : hint};
+    formats::Opened result;
+    result.stories.push_back(document::plainContent(std::move(text)));
+    result.source = std::make_unique<PlainSource>(std::move(bytes), storage, lineEnd, std::move(map));
+    result.encoding = storage.name;
+    result.isEncodingGuessed = storage.guessed;
+    result.again = storage.guessed ? formats::Hint{storage.name} : hint;
+    return result;
   };
   static_assert(base::Bytes::kBehind == text::kParagraphMark);
   if (storage.utf8.text != nullptr && storage.coding.encoding == Encoding::utf8) {

@@ -47,15 +47,16 @@ void PlainSource::copyPiece(const text::OriginalText& original, Position from, P
   if (end.insidePair) encodeUnitAt(to - 1);
 }
 
-void PlainSource::write(const document::Model& model, base::Output& out) const {
+void PlainSource::write(const document::Document& document, base::Output& out) const {
+  const document::Story& story = document.mainText();
   out.write(bytes_.view.first(storage_.markLength));
   Writer writer(storage_.coding, storage_.name, lineEnd_, out);
-  const Position end = model.length() - 1;  // the last paragraph mark has no bytes
-  document::EditScript(model).forEachStep([&](const document::Step& step) {
+  const Position end = story.length() - 1;  // the last paragraph mark has no bytes
+  document::EditScript(story).forEachStep([&](const document::Step& step) {
     const Position length = std::min(step.length, end - step.at);
     if (length <= 0) return;
     if (step.kind == document::Step::Kind::keep)
-      copyPiece(model.text().original(), step.original, step.original + length, writer);
+      copyPiece(story.text().original(), step.original, step.original + length, writer);
     if (step.kind == document::Step::Kind::put)
       writer.encode(step.units.substr(0, static_cast<std::size_t>(length)));
   });

@@ -17,20 +17,48 @@ namespace pluvo::memory {
 
 using errors::Fault;
 
-std::shared_ptr<MemoryDocument> MemoryDocument::create(document::Content content,
+namespace {
+
+void requirePosition(const document::Story& story, std::int32_t position) {
+  if (position < 0 || position > story.length()) throw Fault(word::kValueOutOfRange, u"Value out of range.");
+}
+
+}  // namespace
+
+text::Span spanOf(const document::Story& story, std::int32_t start, std::int32_t end) {
+  requirePosition(story, start);
+  requirePosition(story, end);
+  return {std::min(start, end), end};
+}
+
+MemoryDocument::Open::Open(std::vector<document::Content> contents,
+                           std::shared_ptr<const document::Medium> medium)
+    : stories(std::move(contents), std::move(medium)) {
+  selection.emplace(stories.mainText().liveRanges(), text::Span{});
+}
+
+std::shared_ptr<MemoryDocument> MemoryDocument::create(document::Content mainText,
+                                                       std::shared_ptr<const document::Medium> medium,
+                                                       std::u16string name, std::string path) {
+  std::vector<document::Content> stories;
+  stories.push_back(std::move(mainText));
+  return create(std::move(stories), std::move(medium), std::move(name), std::move(path));
+}
+
+std::shared_ptr<MemoryDocument> MemoryDocument::create(std::vector<document::Content> stories,
                                                        std::shared_ptr<const document::Medium> medium,
                                                        std::u16string name, std::string path) {
   std::shared_ptr<MemoryDocument> document(new MemoryDocument());
-  document->open_.emplace(std::move(content));
-  document->medium_ = std::move(medium);
+  document->open_.emplace(std::move(stories), std::move(medium));
   document->name_ = std::move(name);
   document->path_ = std::move(path);
   return document;
 }
 
 std::shared_ptr<word::Range> MemoryDocument::Range(std::int32_t start, std::int32_t end) {
-  return member(u"Document.Range",
-                [&] { return std::make_shared<MemoryRange>(shared_from_this(), spanOf(start, end)); });
+  return member(u"Document.Range", [&] {
+    return std::make_shared<MemoryRange>(shared_from_this(), 0, spanOf(mainText(), start, end));
+  });
 }
 
 std::shared_ptr<word::Window> MemoryDocument::ActiveWindow() {
@@ -101,15 +129,23 @@ void MemoryDocument::protect(word::WdProtectionType type, PasswordCheck check) {
   passwordCheck_ = std::move(check);
 }
 
-std::shared_ptr<word::Range> MemoryDocument::StoryRanges(word::WdStoryType story) {
+std::shared_ptr<word::Range> MemoryDocument::StoryRanges(word::WdStoryType kind) {
   return member(u"StoryRanges.Item", [&] {
-    if (story != word::wdMainTextStory) throw Fault(word::kMemberMissing, u"The document has no such story.");
-    return Range(0, model().length());
+    auto range = storyRange(kind, 0);
+    if (range == nullptr) throw Fault(word::kMemberMissing, u"The document has no such story.");
+    return range;
   });
 }
 
+std::shared_ptr<word::Range> MemoryDocument::storyRange(word::WdStoryType kind, std::size_t from) {
+  const std::size_t index = stories().firstOf(kind, from);
+  if (index == stories().count()) return nullptr;
+  const text::Span whole{0, stories().story(index).length()};
+  return std::make_shared<MemoryRange>(shared_from_this(), index, whole);
+}
+
 bool MemoryDocument::Saved() {
-  return member(u"Document.Saved", [&] { return !model().changed(); });
+  return member(u"Document.Saved", [&] { return !stories().changed(); });
 }
 
 void MemoryDocument::Close(bool saveChanges) {
@@ -121,9 +157,15 @@ void MemoryDocument::Close(bool saveChanges) {
   });
 }
 
-void MemoryDocument::select(text::Span span) {
-  open().selection.set(spanOf(span.from, span.to));
-  if (observer_ != nullptr) observer_->selected(selection());
+void MemoryDocument::select(std::size_t story, text::Span span) {
+  document::Story& selected = stories().story(story);
+  span = spanOf(selected, span.from, span.to);
+  if (story != selectedStory()) {
+    open().selection.emplace(selected.liveRanges(), span);
+    open().selectedStory = story;
+  }
+  open().selection->set(span);
+  if (observer_ != nullptr) observer_->selected(selected, span);
 }
 
 void MemoryDocument::showFieldCodes(bool value) {
@@ -135,7 +177,7 @@ void MemoryDocument::showFieldCodes(bool value) {
 
 void MemoryDocument::observer(DocumentObserver* observer) {
   observer_ = observer;
-  if (open_) open_->model.observer(observer);
+  if (open_) open_->stories.observer(observer);
 }
 
 void MemoryDocument::moveTo(std::string path) {
@@ -143,36 +185,22 @@ void MemoryDocument::moveTo(std::string path) {
   name_ = base::nameText(path_.substr(path_.rfind('/') + 1));
 }
 
-text::Span MemoryDocument::spanOf(std::int32_t start, std::int32_t end) {
-  requirePosition(start);
-  requirePosition(end);
-  return {std::min(start, end), end};
-}
-
-void MemoryDocument::requirePosition(std::int32_t position) {
-  if (position < 0 || position > model().length())
-    throw Fault(word::kValueOutOfRange, u"Value out of range.");
-}
-
-void MemoryDocument::requireEditable(std::u16string_view newText) {
+void MemoryDocument::requireEditable() {
   if (protection_ != word::wdNoProtection) {
     throw Fault(word::kProtectedSelection,
                 u"You are not allowed to edit this selection because it is protected.")
         .with(errors::Problem::protection);
   }
-  if (medium_ == nullptr || newText.empty()) return;
-  if (const auto reason = medium_->refusesText(newText)) {
-    throw Fault(word::kParameterOutOfRange, base::utf16(*reason)).with(errors::Problem::encoding);
-  }
 }
 
 void MemoryDocument::requireHighlightable(std::int32_t colour) {
-  requireEditable({});
+  requireEditable();
   if (colour < word::wdNoHighlight || colour > word::wdGray25) {
     throw Fault(word::kParameterOutOfRange, u"There is no highlight colour with this index.")
         .with(errors::Problem::encoding);
   }
-  if (medium_ != nullptr && !medium_->holdsHighlight()) {
+  const document::Medium* const medium = stories().medium().get();
+  if (medium != nullptr && !medium->holdsHighlight()) {
     throw Fault(word::kNotAvailable,
                 u"A document of this kind has no place for highlighting; save it as .docx first.")
         .with(errors::Problem::unsupported);

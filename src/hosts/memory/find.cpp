@@ -16,11 +16,11 @@ void MemoryFind::Text(const std::u16string& text) {
 bool MemoryFind::Execute() {
   return member(u"Find.Execute", [&] {
     MemoryDocument& document = range_.document();
-    document::Model& model = document.model();
+    document::Story& story = range_.story();
     const text::Span span = range_.span();
-    const text::Position end = span.empty() ? model.length() : span.to;
+    const text::Position end = span.empty() ? story.length() : span.to;
     if (query_.text == nullptr) return false;
-    const auto match = model.find(query_, {span.from, end}, document.view());
+    const auto match = story.find(query_, {span.from, end}, document.view());
     if (match) range_.set(*match);
     return match.has_value();
   });

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "document/model.h"
+#include "document/story.h"
 #include "range.h"
 #include "word/word_processor.h"
 

@@ -1,6 +1,5 @@
 #include "range.h"
 
-#include "base/text.h"
 #include "find.h"
 #include "member.h"
 
@@ -9,16 +8,17 @@
 
 namespace pluvo::memory {
 
-using document::Model;
+using document::Story;
+using text::Position;
 using text::Span;
 
-MemoryRange::MemoryRange(std::shared_ptr<MemoryDocument> document, Span span)
-    : document_(std::move(document)), range_(document_->model().liveRanges(), span) {}
+MemoryRange::MemoryRange(std::shared_ptr<MemoryDocument> document, std::size_t story, Span span)
+    : document_(std::move(document)), story_(story), range_(this->story().liveRanges(), span) {}
 
 MemoryRange::~MemoryRange() = default;
 
 Span MemoryRange::span() {
-  document_->model();  // a closed document has no positions
+  document_->stories();  // a closed document has no positions
   return range_.span();
 }
 
@@ -28,8 +28,8 @@ std::int32_t MemoryRange::Start() {
 
 void MemoryRange::Start(std::int32_t position) {
   member(u"Range.Start", [&] {
-    document_->requirePosition(position);
-    set({position, std::max(position, span().to)});
+    const Position start = spanOf(story(), position, position).from;
+    set({start, std::max(start, span().to)});
   });
 }
 
@@ -39,29 +39,26 @@ std::int32_t MemoryRange::End() {
 
 void MemoryRange::End(std::int32_t position) {
   member(u"Range.End", [&] {
-    document_->requirePosition(position);
-    set({std::min(position, span().from), position});
+    const Position end = spanOf(story(), position, position).to;
+    set({std::min(end, span().from), end});
   });
 }
 
 void MemoryRange::SetRange(std::int32_t start, std::int32_t end) {
-  member(u"Range.SetRange", [&] { set(document_->spanOf(start, end)); });
+  member(u"Range.SetRange", [&] { set(spanOf(story(), start, end)); });
 }
 
 std::u16string MemoryRange::Text() {
-  return member(u"Range.Text", [&] { return document_->model().visibleText(span(), document_->view()); });
+  return member(u"Range.Text", [&] { return story().visibleText(span(), document_->view()); });
 }
 
 void MemoryRange::Text(const std::u16string& text) {
-  member(u"Range.Text", [&] {
-    Model& model = editable(text);
-    set(model.replace(span(), text, document_->view()));
-  });
+  member(u"Range.Text", [&] { set(editable().replace(span(), text, document_->view())); });
 }
 
 std::int32_t MemoryRange::MoveStart(word::WdUnits unit, word::MoveCount count) {
   return member(u"Range.MoveStart", [&] {
-    const auto moved = document_->model().move(span().from, unit, word::valueOf(count), document_->view());
+    const auto moved = story().move(span().from, unit, word::valueOf(count), document_->view());
     Start(moved.position);
     return moved.moved;
   });
@@ -69,44 +66,44 @@ std::int32_t MemoryRange::MoveStart(word::WdUnits unit, word::MoveCount count) {
 
 std::int32_t MemoryRange::MoveEnd(word::WdUnits unit, word::MoveCount count) {
   return member(u"Range.MoveEnd", [&] {
-    const auto moved = document_->model().move(span().to, unit, word::valueOf(count), document_->view());
+    const auto moved = story().move(span().to, unit, word::valueOf(count), document_->view());
     End(moved.position);
     return moved.moved;
   });
 }
 
 void MemoryRange::Select() {
-  member(u"Range.Select", [&] { document_->select(span()); });
+  member(u"Range.Select", [&] { document_->select(story_, span()); });
 }
 
 void MemoryRange::InsertBefore(const std::u16string& text) {
   member(u"Range.InsertBefore", [&] {
     if (span().empty()) return Text(text);
-    growOver(editable(text).insertBefore(span().from, text));
+    growOver(editable().insertBefore(span().from, text));
   });
 }
 
 void MemoryRange::InsertAfter(const std::u16string& text) {
   member(u"Range.InsertAfter", [&] {
     if (span().empty()) return Text(text);
-    growOver(editable(text).insertBehind(span().to, text));
+    growOver(editable().insertBehind(span().to, text));
   });
 }
 
 std::int32_t MemoryRange::Delete() {
   return member(u"Range.Delete", [&] {
     if (span().empty()) return 0;
-    Model& model = editable({});
-    const auto before = model.stamp();
-    model.replace(span(), {}, document_->view());
-    return model.stamp() != before ? 1 : 0;
+    Story& edited = editable();
+    const auto before = edited.stamp();
+    edited.replace(span(), {}, document_->view());
+    return edited.stamp() != before ? 1 : 0;
   });
 }
 
 void MemoryRange::HighlightColorIndex(std::int32_t colour) {
   member(u"Range.HighlightColorIndex", [&] {
     document_->requireHighlightable(colour);
-    document_->model().highlight(span(), static_cast<std::uint8_t>(colour));
+    story().highlight(span(), static_cast<std::uint8_t>(colour));
   });
 }
 
@@ -117,14 +114,20 @@ std::shared_ptr<word::Find> MemoryRange::Find() {
 }
 
 std::int32_t MemoryRange::countOf(word::WdUnits unit) {
-  return member(countOfUnit(unit), [&] { return document_->model().count(span(), unit, document_->view()); });
+  return member(countOfUnit(unit), [&] { return story().count(span(), unit, document_->view()); });
 }
 
-Model& MemoryRange::editable(const std::u16string& newText) {
-  Model& model = document_->model();
-  const bool converts = newText.find(u'\n') != newText.npos;
-  document_->requireEditable(converts ? base::withParagraphMarks(newText) : newText);
-  return model;
+word::WdStoryType MemoryRange::StoryType() {
+  return member(u"Range.StoryType", [&] { return story().kind(); });
+}
+
+std::shared_ptr<word::Range> MemoryRange::NextStoryRange() {
+  return member(u"Range.NextStoryRange", [&] { return document_->storyRange(story().kind(), story_ + 1); });
+}
+
+Story& MemoryRange::editable() {
+  document_->requireEditable();
+  return story();
 }
 
 void MemoryRange::growOver(Span inserted) {

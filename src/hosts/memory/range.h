@@ -10,9 +10,13 @@ namespace pluvo::memory {
 
 class MemoryFind;
 
+/// The span a pair of positions makes in a text: start is set first, then end. Fault 4608 outside it.
+text::Span spanOf(const document::Story& story, std::int32_t start, std::int32_t end);
+
 class MemoryRange : public word::Range, public std::enable_shared_from_this<MemoryRange> {
  public:
-  MemoryRange(std::shared_ptr<MemoryDocument> document, text::Span span);
+  /// Over the story of that number.
+  MemoryRange(std::shared_ptr<MemoryDocument> document, std::size_t story, text::Span span);
   ~MemoryRange() override;
 
   std::int32_t Start() override;
@@ -37,7 +41,11 @@ class MemoryRange : public word::Range, public std::enable_shared_from_this<Memo
   /// The same at each call, with nothing set.
   std::shared_ptr<word::Find> Find() override;
 
+  word::WdStoryType StoryType() override;
+  std::shared_ptr<word::Range> NextStoryRange() override;
+
   MemoryDocument& document() { return *document_; }
+  document::Story& story() { return document_->stories().story(story_); }
   text::Span span();
   void set(text::Span span) { range_.set(span); }
 
@@ -45,10 +53,11 @@ class MemoryRange : public word::Range, public std::enable_shared_from_this<Memo
   std::int32_t countOf(word::WdUnits unit) override;
 
  private:
-  document::Model& editable(const std::u16string& newText);
+  document::Story& editable();
   void growOver(text::Span inserted);
 
   std::shared_ptr<MemoryDocument> document_;
+  std::size_t story_;
   document::LiveRange range_;
   std::unique_ptr<MemoryFind> find_;
 };

@@ -7,8 +7,12 @@ namespace pluvo::memory {
 text::Span MemorySelection::selected() const {
   const text::Span selection = document_->selection();
   if (!selection.empty()) return selection;
-  const auto next = document_->model().move(selection.from, word::wdCharacter, 1, document_->view());
+  const auto next = story().move(selection.from, word::wdCharacter, 1, document_->view());
   return {selection.from, next.position};
+}
+
+document::Story& MemorySelection::story() const {
+  return document_->stories().story(document_->selectedStory());
 }
 
 std::int32_t MemorySelection::Start() {
@@ -16,8 +20,7 @@ std::int32_t MemorySelection::Start() {
 }
 
 std::u16string MemorySelection::Text() {
-  return member(u"Selection.Text",
-                [&] { return document_->model().visibleText(selected(), document_->view()); });
+  return member(u"Selection.Text", [&] { return story().visibleText(selected(), document_->view()); });
 }
 
 void MemorySelection::SetRange(std::int32_t start, std::int32_t end) {
@@ -25,8 +28,7 @@ void MemorySelection::SetRange(std::int32_t start, std::int32_t end) {
 }
 
 std::int32_t MemorySelection::countOf(word::WdUnits unit) {
-  return member(countOfUnit(unit),
-                [&] { return document_->model().count(selected(), unit, document_->view()); });
+  return member(countOfUnit(unit), [&] { return story().count(selected(), unit, document_->view()); });
 }
 
 }  // namespace pluvo::memory

@@ -41,6 +41,7 @@ class MemorySelection : public word::Selection {
  private:
   /// What is selected, or the character behind the insertion point.
   text::Span selected() const;
+  document::Story& story() const;
 
   std::shared_ptr<MemoryDocument> document_;
 };

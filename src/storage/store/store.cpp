@@ -2,10 +2,10 @@
 
 #include "base/names.h"
 #include "base/utf.h"
+#include "document/same_document.h"
 #include "errors/fault.h"
 #include "files/reading.h"
 #include "known_formats.h"
-#include "same_text.h"
 #include "word/faults.h"
 
 #include <algorithm>
@@ -32,11 +32,19 @@ void requireWhole(const base::Bytes& bytes) {
         "failed. Nothing was written; open it again.");
 }
 
-DocumentError otherText() {
+/// Of a text that tells its encoding by how it reads.
+DocumentError otherKind() {
   return {Problem::encoding,
           "Read back, the new version would not be the same text, because its kind or encoding "
           "could no longer be told; nothing was changed. Save the original as UTF-8 with a byte "
           "order mark, or as .docx, first."};
+}
+
+DocumentError notAsMeant(std::string_view what) {
+  return {Problem::unsupported,
+          "Read back, the new version would not have the same " + std::string(what) +
+              " as was meant, so that nothing was changed. Make this change in a word processor, and please "
+              "report what it was."};
 }
 
 formats::Opened readAgain(const formats::Format& format, const base::Bytes& written,
@@ -44,7 +52,7 @@ formats::Opened readAgain(const formats::Format& format, const base::Bytes& writ
   try {
     return format.read(written, hint);
   } catch (const DocumentError& unreadable) {
-    if (unreadable.problem() == Problem::encoding) throw otherText();
+    if (unreadable.problem() == Problem::encoding) throw otherKind();
     throw;
   }
 }
@@ -81,20 +89,20 @@ StoredDocument::Outcome StoredDocument::save(const SaveOptions& options) {
   files::Saved saved = pending->finish();
   if (!options.otherPath) {
     stamp_ = saved.stamp;
-    document_->model().saved();
+    document_->stories().saved();
   }
   return {true, std::move(saved.backup), saved.notKept};
 }
 
 std::unique_ptr<files::Pending> StoredDocument::beginSave(const SaveOptions& options) const {
-  if (!document_->model().changed()) return nullptr;
+  if (!document_->stories().changed()) return nullptr;
   const files::NewVersion version = newVersion(path_, options);
   if (!options.otherPath && path_ != readPath_) requireFileNotOverwritten();
   auto pending =
       options.otherPath
           ? files::beginCreatingFile(*system_, *options.otherPath, path_, stamp_, version, options.otherRoot)
           : files::beginReplacingFile(*system_, path_, stamp_, version, options.backupSuffix);
-  const auto length = static_cast<std::uint64_t>(document_->model().length());
+  const auto length = static_cast<std::uint64_t>(document_->mainText().length());
   if (std::max(source_->unpackedSize(), length) > kMostUnchecked) pending->check();
   return pending;
 }
@@ -103,7 +111,7 @@ void StoredDocument::saveAs(const std::string& path) {
   requireFileNotOverwritten();
   stamp_ = files::writeElsewhere(*system_, path, path_, newVersion(path)).stamp;
   path_ = path;
-  document_->model().saved();
+  document_->stories().saved();
 }
 
 /// A large text lies in its file: one that was written over in place is no longer the text on screen.
@@ -116,12 +124,12 @@ void StoredDocument::requireFileNotOverwritten() const {
 
 files::NewVersion StoredDocument::newVersion(const std::string& path, const SaveOptions& options) const {
   return {[this](base::Output& out) {
-            source_->write(document_->model(), out);
+            source_->write(document_->stories(), out);
             requireWhole(bytes_);
           },
-          [registry = registry_, format = format_, bytes = bytes_, text = document_->model().text(),
+          [registry = registry_, format = format_, bytes = bytes_, meant = document_->stories().snapshot(),
            extension = std::string(formats::extensionOf(path)), hint = again_](const base::Bytes& written) {
-            if (registry->find(written.view, extension) != format) throw otherText();
+            if (registry->find(written.view, extension) != format) throw otherKind();
             // So that never more than one of the two files is in memory.
             bytes.release();
             const formats::Opened again = readAgain(*format, written, hint);
@@ -129,7 +137,8 @@ files::NewVersion StoredDocument::newVersion(const std::string& path, const Save
               bytes.release();
               written.release();
             };
-            if (!sameText(text, again.content.text, release)) throw otherText();
+            if (const auto what = document::differenceOf(meant, again.stories, release); !what.empty())
+              throw again.encoding.empty() ? notAsMeant(what) : otherKind();
           },
           options.beforeReplacing};
 }
@@ -164,7 +173,7 @@ std::unique_ptr<StoredDocument> Store::open(const std::string& path, const Also&
   opened->isEncodingGuessed_ = read.isEncodingGuessed;
   opened->again_ = std::move(read.again);
   opened->document_ =
-      memory::MemoryDocument::create(std::move(read.content), opened->source_, base::nameText(name), path);
+      memory::MemoryDocument::create(std::move(read.stories), opened->source_, base::nameText(name), path);
   if (read.protection) opened->protect(*read.protection);
   opened->path_ = opened->readPath_ = path;
   opened->stamp_ = file.stamp;

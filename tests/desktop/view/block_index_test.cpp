@@ -37,20 +37,22 @@ TEST(BlockIndex, DividesADocumentIntoParagraphsAndRows) {
   };
   for (const auto& it : cases) {
     notation::Sample sample(it.notation);
-    EXPECT_EQ(print(BlockIndex(sample.model(), guess)), it.blocks) << it.notation;
+    EXPECT_EQ(print(BlockIndex(sample.mainText(), guess)), it.blocks) << it.notation;
   }
   // A long paragraph is cut behind a blank, where it has one.
   std::string words;
   for (int i = 0; i < 2000; ++i) words += "word ";
-  EXPECT_EQ(print(BlockIndex(notation::Sample(words + "¶").model(), guess)), "0-8190 8190-10001 ");
-  EXPECT_EQ(print(BlockIndex(notation::Sample(std::string(20000, 'x') + "¶").model(), guess)),
+  EXPECT_EQ(print(BlockIndex(notation::Sample(words + "¶").mainText(), guess)), "0-8190 8190-10001 ");
+  EXPECT_EQ(print(BlockIndex(notation::Sample(std::string(20000, 'x') + "¶").mainText(), guess)),
             "0-8192 8192-16384 16384-20001 ");
 }
 
 /// Tells the index what the model tells.
 struct Follower : document::Observer {
   explicit Follower(BlockIndex& followed) : index(followed) {}
-  void replaced(Span span, Position newLength) override { index.edited(span, newLength); }
+  void replaced(const document::Story&, Span span, Position newLength) override {
+    index.edited(span, newLength);
+  }
   BlockIndex& index;
 };
 
@@ -60,11 +62,11 @@ TEST(BlockIndex, FollowsAnyEdits) {
   for (int round = 0; round < 300; ++round) {
     notation::Sample sample("one¶two three¶⟦a¦b¶c¦‖d¦⟦e¦‖⟧¶¦‖⟧four {code|result}¶¶five§six¶" +
                             std::string(round % 3 == 0 ? 9000 : 5, 'z') + "¶");
-    document::Model& model = sample.model();
+    document::Story& model = sample.mainText();
     BlockIndex index(model, guess);
     Follower follower(index);
     model.observer(&follower);
-    std::vector<document::Model::Snapshot> snapshots{model.snapshot()};
+    std::vector<document::Story::Snapshot> snapshots{model.snapshot()};
     for (int edits = 1 + below(8); edits > 0; --edits) {
       const Position from = below(model.length());
       const Position to = std::min(model.length(), from + (below(4) == 0 ? below(3000) : below(6)));
@@ -95,7 +97,7 @@ TEST(BlockIndex, FollowsAnyEdits) {
 
 TEST(BlockIndex, KnowsHeights) {
   notation::Sample sample("a¶bb¶ccc¶");
-  BlockIndex index(sample.model(), [](Span, bool) { return 10; });
+  BlockIndex index(sample.mainText(), [](Span, bool) { return 10; });
   EXPECT_EQ(index.top(index.count()), 30);
   index.setHeight(1, 50);
   EXPECT_EQ(index.top(2), 60);
@@ -104,9 +106,9 @@ TEST(BlockIndex, KnowsHeights) {
   EXPECT_EQ(index.atHeight(1000), 2U);
   EXPECT_TRUE(index.exact(1));
   Follower follower(index);
-  sample.model().observer(&follower);
-  sample.model().insertBefore(3, u"1234");
-  sample.model().observer(nullptr);
+  sample.mainText().observer(&follower);
+  sample.mainText().insertBefore(3, u"1234");
+  sample.mainText().observer(nullptr);
   index.settle();
   EXPECT_EQ(index.at(6), 1U);
   EXPECT_EQ(index.top(2), 60) << "a height that was known is still the better guess";

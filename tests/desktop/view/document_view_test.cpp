@@ -19,12 +19,12 @@ namespace {
 
 TEST(ShownText, KnowsWhichCharacterStandsWhere) {
   notation::Sample sample("a<h:hid>b{code|re}c¶");
-  const ShownText results(sample.model(), {0, sample.model().length()}, text::View::results);
+  const ShownText results(sample.mainText(), {0, sample.mainText().length()}, text::View::results);
   EXPECT_EQ(results.text(), QStringLiteral("abrec"));
   EXPECT_EQ(results.position(1), 4);
   EXPECT_EQ(results.shown(2), 1) << "hidden: the next that shows";
-  EXPECT_EQ(results.position(5), sample.model().length() - 1) << "before the mark";
-  const ShownText codes(sample.model(), {0, sample.model().length()}, text::View::codes);
+  EXPECT_EQ(results.position(5), sample.mainText().length() - 1) << "before the mark";
+  const ShownText codes(sample.mainText(), {0, sample.mainText().length()}, text::View::codes);
   EXPECT_EQ(codes.text(), QStringLiteral("ab{code}c"));
   for (int place = 0; place <= codes.text().size(); ++place)
     EXPECT_EQ(codes.shown(codes.position(place)), place);
@@ -32,7 +32,7 @@ TEST(ShownText, KnowsWhichCharacterStandsWhere) {
 
 TEST(CopiedText, IsAsOtherProgramsTakeIt) {
   notation::Sample sample("one¶⟦a¦b¦‖c¦d¦‖⟧two<h: hidden>\u000Bthree¶");
-  EXPECT_EQ(copiedText(sample.model(), {0, sample.model().length()}, text::View::results),
+  EXPECT_EQ(copiedText(sample.mainText(), {0, sample.mainText().length()}, text::View::results),
             QStringLiteral("one\na\tb\nc\td\ntwo\nthree\n"));
 }
 
@@ -47,9 +47,11 @@ struct Shown : memory::DocumentObserver {
     view->setFocus();
   }
   ~Shown() override { sample.document->observer(nullptr); }
-  void replaced(Span span, Position newLength) override { view->textReplaced(span, newLength); }
-  void highlighted(Span span) override { view->highlightChanged(span); }
-  void selected(Span span) override { view->selectionChanged(span); }
+  void replaced(const document::Story&, Span span, Position newLength) override {
+    view->textReplaced(span, newLength);
+  }
+  void highlighted(const document::Story&, Span span) override { view->highlightChanged(span); }
+  void selected(const document::Story&, Span span) override { view->selectionChanged(span); }
   void viewChanged() override { view->viewChanged(); }
 
   void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
@@ -57,7 +59,7 @@ struct Shown : memory::DocumentObserver {
   }
   Span selection() { return sample.document->selection(); }
   std::string selected() {
-    const std::u16string text = sample.model().visibleText(selection(), sample.document->view());
+    const std::u16string text = sample.mainText().visibleText(selection(), sample.document->view());
     return QString::fromStdU16String(text).toStdString();
   }
 
@@ -157,8 +159,8 @@ std::string longDocument(int paragraphs) {
 TEST(DocumentView, ShowsAFoundBlockWhereverItIs) {
   Shown shown(longDocument(2000));
   const auto find = [&](const char16_t* text) {
-    return *shown.sample.model().find({std::make_shared<const std::u16string>(text), {}},
-                                      {0, shown.sample.model().length()}, text::View::results);
+    return *shown.sample.mainText().find({std::make_shared<const std::u16string>(text), {}},
+                                         {0, shown.sample.mainText().length()}, text::View::results);
   };
   for (const char16_t* text : {u"paragraph 1500", u"paragraph 3 ", u"paragraph 1999", u"paragraph 0"}) {
     shown.sample.document->select(find(text));
@@ -173,7 +175,7 @@ TEST(DocumentView, ShowsAFoundBlockWhereverItIs) {
   EXPECT_EQ(shown.view->verticalScrollBar()->value(), top) << "it is in sight";
   // What an edit puts in front of it moves it along.
   const int before = shown.view->selectionRect().top();
-  shown.sample.model().insertBefore(0, u"one\rmore\r");
+  shown.sample.mainText().insertBefore(0, u"one\rmore\r");
   EXPECT_NEAR(shown.view->selectionRect().top(), before, 40);
 }
 
@@ -223,7 +225,8 @@ TEST(DocumentView, ShowsTheLineItJumpedTo) {
       shown.key(Qt::Key_Home, control);
       shown.key(Qt::Key_End, shift);
       seen("to the beginning");
-      shown.sample.document->select({shown.sample.model().length() - 3, shown.sample.model().length() - 1});
+      shown.sample.document->select(
+          {shown.sample.mainText().length() - 3, shown.sample.mainText().length() - 1});
       seen("to what was found");
       shown.key(Qt::Key_Home, control);
       shown.view->verticalScrollBar()->setValue(shown.view->verticalScrollBar()->maximum());
@@ -239,7 +242,7 @@ TEST(DocumentView, BreaksNoLineWithinAGiantParagraph) {
   for (int i = 0; i < 8000; ++i) giant += "word ";
   Shown shown(giant + "¶end¶");
   QAccessibleTextInterface& text = *QAccessible::queryAccessibleInterface(shown.view.get())->textInterface();
-  const Position last = shown.sample.model().length() - 6;
+  const Position last = shown.sample.mainText().length() - 6;
   for (const Qt::Key start : {Qt::Key_Home, Qt::Key_End}) {
     shown.view->setZoom(shown.view->zoom() * 1.2);  // laid out anew
     shown.key(start, Qt::ControlModifier);
@@ -300,12 +303,12 @@ TEST(DocumentView, ScrollsThroughTheWholeDocumentWithoutGapsOrJumps) {
   QScrollBar& bar = *shown.view->verticalScrollBar();
   shown.key(Qt::Key_Home, Qt::ControlModifier);
   Position last = 0;
-  for (int page = 0; page < 400 && shown.selection().from < shown.sample.model().length() - 1; ++page) {
+  for (int page = 0; page < 400 && shown.selection().from < shown.sample.mainText().length() - 1; ++page) {
     shown.key(Qt::Key_PageDown);
     ASSERT_GE(shown.selection().from, last);
     last = shown.selection().from;
   }
-  EXPECT_GT(last, shown.sample.model().length() - 200);
+  EXPECT_GT(last, shown.sample.mainText().length() - 200);
   bar.setValue(bar.maximum());
   shown.view->grab();
   EXPECT_EQ(bar.value(), bar.maximum());
@@ -317,8 +320,8 @@ TEST(DocumentView, ScrollsThroughTheWholeDocumentWithoutGapsOrJumps) {
 TEST(DocumentView, KeepsWhatIsSeenWhenTheTextIsShownLarger) {
   Shown shown(longDocument(300));
   const Span wanted =
-      *shown.sample.model().find({std::make_shared<const std::u16string>(u"paragraph 200"), {}},
-                                 {0, shown.sample.model().length()}, text::View::results);
+      *shown.sample.mainText().find({std::make_shared<const std::u16string>(u"paragraph 200"), {}},
+                                    {0, shown.sample.mainText().length()}, text::View::results);
   shown.sample.document->select(wanted);
   const int height = shown.view->selectionRect().height();
   shown.view->setZoom(2);

@@ -140,12 +140,12 @@ std::string wml(std::string_view text) {
 
 Opened open(base::Bytes bytes) {
   formats::Opened opened = DocxFormat().read(std::move(bytes));
-  return {document::Model(std::move(opened.content)), std::move(opened.source)};
+  return {document::Document(std::move(opened.stories)), std::move(opened.source)};
 }
 
 base::Bytes Opened::written() const {
   base::MemoryOutput out;
-  source->write(model, out);
+  source->write(document, out);
   return base::Bytes::of(std::move(out.bytes()));
 }
 

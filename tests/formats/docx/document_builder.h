@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/bytes.h"
-#include "document/model.h"
+#include "document/story.h"
 #include "formats/format.h"
 
 #include <initializer_list>
@@ -43,8 +43,9 @@ std::string wml(std::string_view text);
 
 /// A document as the rest of the program has it.
 struct Opened {
-  document::Model model;
+  document::Document document;
   std::unique_ptr<formats::Source> source;
+  document::Story& model = document.mainText();
 
   base::Bytes written() const;
   std::u16string text() const { return model.text().substring(0, model.length()); }

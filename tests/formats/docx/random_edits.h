@@ -1,6 +1,6 @@
 #pragma once
 
-#include "document/model.h"
+#include "document/story.h"
 #include "errors/fault.h"
 #include "word/faults.h"
 
@@ -20,7 +20,7 @@ struct EditSeed {
 
 /// An edit of a document as those numbers say. It begins at a place that is shown, and cuts no character in
 /// two.
-inline void editBySeed(document::Model& model, const EditSeed& seed) {
+inline void editBySeed(document::Story& model, const EditSeed& seed) {
   static const std::u16string texts[] = {u"new",          u" the Lessee ", u"one\rtwo", u"line\r",
                                          u"a\tb",         u"x\u000By",     u"\r",       u"A & B < C > \"D\"",
                                          u"\U0001F600 ok"};

@@ -15,7 +15,7 @@
 namespace pluvo::plain {
 namespace {
 
-using document::Model;
+using document::Story;
 using files::bytesOf;
 using formats::Opened;
 using text::Position;
@@ -105,14 +105,14 @@ std::string joined(const Kind& kind, const Cells& cells) {
   return all;
 }
 
-std::u16string textOf(const Model& model) { return model.text().substring(0, model.length()); }
+std::u16string textOf(const Story& model) { return model.text().substring(0, model.length()); }
 std::u16string textOf(const std::string& file, const formats::Hint& hint) {
-  return textOf(Model(PlainFormat().read(bytesOf(file), hint).content));
+  return textOf(Story(PlainFormat().read(bytesOf(file), hint).stories.front()));
 }
 
-std::string written(const Opened& opened, const Model& model) {
+std::string written(const Opened& opened, const document::Document& document) {
   base::MemoryOutput out;
-  opened.source->write(model, out);
+  opened.source->write(document, out);
   return files::textOf(out.bytes());
 }
 
@@ -169,9 +169,10 @@ TEST(PlainFormat, EveryEncodingAndLineEndSurvivesEdits) {
         Sample sample = sampleOf(kind, ends, endsWithLine);
         const std::string file = joined(kind, sample.cells);
         const Opened opened = PlainFormat().read(bytesOf(file), {kind.hint});
-        Model model(opened.content);
+        document::Document document(opened.stories);
+        Story& model = document.mainText();
         ASSERT_EQ(textOf(model), sample.text + u'\r');
-        ASSERT_EQ(written(opened, model), file);
+        ASSERT_EQ(written(opened, document), file);
 
         const std::u16string fresh = kind.beside + u"\r" + kind.beside;
         Cells freshCells = cellsOf(kind, kind.beside);
@@ -200,7 +201,7 @@ TEST(PlainFormat, EveryEncodingAndLineEndSurvivesEdits) {
           sample.text.insert(from, fresh);
         }
         ASSERT_EQ(textOf(model), sample.text + u'\r');
-        const std::string saved = written(opened, model);
+        const std::string saved = written(opened, document);
         ASSERT_EQ(saved, joined(kind, sample.cells));
         EXPECT_EQ(textOf(saved, opened.again), textOf(model)) << "read back";
       }
@@ -228,11 +229,12 @@ TEST(PlainFormat, ShortFiles) {
                {std::string("n\0o\0t\0 \0", 8), u"not \r"}};
   for (const auto& [bytes, text] : cases) {
     const Opened opened = PlainFormat().read(bytesOf(bytes));
-    Model model(opened.content);
+    document::Document document(opened.stories);
+    Story& model = document.mainText();
     EXPECT_EQ(textOf(model), text) << testing::PrintToString(bytes);
-    EXPECT_EQ(written(opened, model), bytes);
+    EXPECT_EQ(written(opened, document), bytes);
     model.insertBefore(0, u"X");
-    EXPECT_EQ(textOf(written(opened, model), opened.again), u"X" + text) << testing::PrintToString(bytes);
+    EXPECT_EQ(textOf(written(opened, document), opened.again), u"X" + text) << testing::PrintToString(bytes);
   }
 }
 
@@ -287,7 +289,7 @@ TEST(PlainFormat, TellsTheEncodingOrRefuses) {
     try {
       const Opened opened = PlainFormat().read(bytesOf(bytes), hint);
       EXPECT_EQ(opened.encoding, told);
-      EXPECT_EQ(written(opened, Model(opened.content)), bytes);
+      EXPECT_EQ(written(opened, document::Document(opened.stories)), bytes);
     } catch (const errors::DocumentError& refused) {
       EXPECT_EQ(refused.problem(), errors::Problem::encoding);
       EXPECT_EQ(told, "") << refused.what();
@@ -327,14 +329,14 @@ TEST(PlainFormat, TextWithoutPlaceIsRefused) {
 TEST(PlainFormat, ACharacterCutInTwoIsRefusedUnlessItsHalvesMeetAgain) {
   const Opened opened = PlainFormat().read(bytesOf("a\U0001F4DC\U0001F58Bz"));
   const std::u16string text = u"a\U0001F4DC\U0001F58Bz";
-  Model cut(opened.content);
-  cut.replace({1, 2}, u"", text::View::results);
+  document::Document cut(opened.stories);
+  cut.mainText().replace({1, 2}, u"", text::View::results);
   EXPECT_THROW(written(opened, cut), errors::DocumentError);
-  Model last(opened.content);
-  last.replace({4, 6}, u"", text::View::results);
+  document::Document last(opened.stories);
+  last.mainText().replace({4, 6}, u"", text::View::results);
   EXPECT_THROW(written(opened, last), errors::DocumentError);
-  Model met(opened.content);
-  met.replace({2, 4}, u"", text::View::results);  // the first half of one, the second of the other
+  document::Document met(opened.stories);
+  met.mainText().replace({2, 4}, u"", text::View::results);  // the first half of one, the second of the other
   EXPECT_EQ(textOf(written(opened, met), {}), u"a" + text.substr(1, 1) + text.substr(4, 1) + u"z\r");
 }
 

@@ -39,7 +39,7 @@ inline void expectEdits(std::initializer_list<EditCase> cases) {
       Kept kept = medium(before);
       edit(kept.sample);
       EXPECT_EQ(kept.sample.print(), notation::Sample(after).print());
-      EXPECT_EQ(notation::damageOf(kept.sample.model()), "");
+      EXPECT_EQ(notation::damageOf(kept.sample.mainText()), "");
       kept.expectToSurviveASave();
     }
   }

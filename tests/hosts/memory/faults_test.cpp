@@ -56,6 +56,8 @@ TEST(Faults, NameTheMember) {
       {"Range.InsertBefore", [&] { range->InsertBefore(u"x"); }},
       {"Range.InsertAfter", [&] { range->InsertAfter(u"x"); }},
       {"Range.Delete", [&] { range->Delete(); }},
+      {"Range.StoryType", [&] { range->StoryType(); }},
+      {"Range.NextStoryRange", [&] { range->NextStoryRange(); }},
       {"Range.HighlightColorIndex", [&] { range->HighlightColorIndex(word::wdYellow); }},
       {"Find.Text", [&] { find->Text(text); }},
       {"Find.Forward", [&] { find->Forward(false); }},

@@ -16,17 +16,17 @@ using text::Span;
 
 /// Keeps a copy of the text by what it is told alone.
 struct Follower : DocumentObserver {
-  explicit Follower(document::Model& model) : followed(model), length(model.length()) {}
+  explicit Follower(document::Story& model) : followed(model), length(model.length()) {}
   void aboutToChange() override { ++announced; }
-  void replaced(Span span, Position newLength) override {
+  void replaced(const document::Story&, Span span, Position newLength) override {
     length += newLength - span.length();
     untouched = std::min(untouched, span.from);
     ++changes;
   }
-  void highlighted(Span span) override { coloured.push_back(span); }
-  void selected(Span span) override { selection = span; }
+  void highlighted(const document::Story&, Span span) override { coloured.push_back(span); }
+  void selected(const document::Story&, Span span) override { selection = span; }
 
-  document::Model& followed;
+  document::Story& followed;
   Position length;
   Position untouched = 1 << 20;
   int announced = 0;
@@ -38,10 +38,10 @@ struct Follower : DocumentObserver {
 TEST(GoingBack, BringsBackWhatWasThereAndTellsWhoWatches) {
   constexpr std::string_view kBefore = "one <7:two> {code|result} three¶⟦a¦b¦‖⟧four¶";
   notation::Sample sample(kBefore);
-  document::Model& model = sample.model();
+  document::Story& model = sample.mainText();
   Follower follower(model);
   sample.document->observer(&follower);
-  const document::Model::Snapshot before = model.snapshot();
+  const document::Story::Snapshot before = model.snapshot();
 
   model.highlight({4, 7}, 7);
   EXPECT_EQ(follower.announced, 0) << "nothing changes";
@@ -51,7 +51,7 @@ TEST(GoingBack, BringsBackWhatWasThereAndTellsWhoWatches) {
   model.replace({0, 3}, {}, text::View::results);
   model.highlight({0, 2}, 3);
   const std::string after = sample.print();
-  const document::Model::Snapshot changed = model.snapshot();
+  const document::Story::Snapshot changed = model.snapshot();
 
   model.restore(before);
   EXPECT_EQ(sample.print(), kBefore);
@@ -73,9 +73,9 @@ TEST(GoingBack, BringsBackWhatWasThereAndTellsWhoWatches) {
 
 TEST(GoingBack, LeavesRangesInFrontOfTheFirstDifferenceAlone) {
   notation::Sample sample("[aonea] two [bthreeb] four¶");
-  const document::Model::Snapshot before = sample.model().snapshot();
+  const document::Story::Snapshot before = sample.mainText().snapshot();
   sample.range('b').Text(u"3");
-  sample.model().restore(before);
+  sample.mainText().restore(before);
   EXPECT_EQ(sample.print(), "[aonea] two [bthreeb] four¶");
 }
 

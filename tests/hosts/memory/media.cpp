@@ -121,14 +121,14 @@ Kept asDocx(std::string_view notation) {
   const base::Bytes file = docx::documentOf(builder.body());
   formats::Opened opened = docx::DocxFormat().read(file);
   const std::shared_ptr<const formats::Source> source = std::move(opened.source);
-  const auto save = [file, source](const document::Model& model) {
+  const auto save = [file, source](const document::Document& document) {
     base::MemoryOutput out;
-    source->write(model, out);
+    source->write(document, out);
     const base::Bytes written = base::Bytes::of(std::move(out.bytes()));
-    EXPECT_EQ(notation::print(docx::open(written).model), notation::print(model));
+    EXPECT_EQ(notation::print(docx::open(written).model), notation::print(document.mainText()));
     EXPECT_EQ(docx::worsened(docx::faultsOf(file), docx::faultsOf(written)), "");
   };
-  return {notation::Sample({std::move(opened.content), std::move(ranges)}, source), save};
+  return {notation::Sample({std::move(opened.stories.front()), std::move(ranges)}, source), save};
 }
 #endif
 

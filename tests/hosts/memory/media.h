@@ -13,9 +13,9 @@ struct Kept {
   notation::Sample sample;
   /// Saves the document where it is kept in a file, and reads that again: the test fails unless it is the
   /// same document in a sound file.
-  std::function<void(const document::Model&)> save = [](const document::Model&) {};
+  std::function<void(const document::Document&)> save = [](const document::Document&) {};
 
-  void expectToSurviveASave() { save(sample.model()); }
+  void expectToSurviveASave() { save(sample.document->stories()); }
 };
 
 /// What the documents of these tests are kept in: nothing but memory, or files they are read from and saved

@@ -19,7 +19,7 @@ Span spanIn(Dice& dice, Position length) {
   return {a, std::min(length, a + (dice.oneIn(3) ? dice.upTo(length) : dice.upTo(3)))};
 }
 
-std::u16string textOf(const document::Model& model) { return model.text().substring(0, model.length()); }
+std::u16string textOf(const document::Story& model) { return model.text().substring(0, model.length()); }
 
 /// The rules for plain text, restated over one string.
 struct OneString {
@@ -140,7 +140,7 @@ class PlainProgram {
   }
 
   void expectSame() {
-    const document::Model& model = kept_.sample.model();
+    const document::Story& model = kept_.sample.mainText();
     ASSERT_EQ(notation::damageOf(model), "");
     ASSERT_EQ(textOf(model), simple_.text);
     for (Position i = 0; i < model.length(); ++i) {
@@ -252,7 +252,7 @@ class StructuredProgram {
   void step() {
     if (dice_.oneIn(8)) sample_.document->showFieldCodes(dice_.oneIn(2));
     word::Range& range = *dice_.of(ranges_);
-    const Span span = spanIn(dice_, sample_.model().length());
+    const Span span = spanIn(dice_, sample_.mainText().length());
     range.SetRange(span.from, span.to);
     SCOPED_TRACE(sample_.print() + " " + std::to_string(span.from) + "-" + std::to_string(span.to));
     const std::u16string text = dice_.text(dice_.upTo(3), u"xyz\r");
@@ -262,16 +262,16 @@ class StructuredProgram {
     if (kind == 2) replace(range, text);
     if (kind == 3) range.HighlightColorIndex(dice_.upTo(4));
     if (kind > 3) find(span);
-    ASSERT_EQ(notation::damageOf(sample_.model()), "") << sample_.print();
+    ASSERT_EQ(notation::damageOf(sample_.mainText()), "") << sample_.print();
   }
   void save() { kept_.expectToSurviveASave(); }
 
  private:
   template <class Insert>
   void insert(word::Range& range, const std::u16string& text, Insert work) {
-    const std::u16string before = textOf(sample_.model());
+    const std::u16string before = textOf(sample_.mainText());
     work();
-    const std::u16string after = textOf(sample_.model());
+    const std::u16string after = textOf(sample_.mainText());
     ASSERT_EQ(after.size(), before.size() + text.size());
     const auto from = static_cast<std::size_t>(
         std::mismatch(before.begin(), before.end(), after.begin()).first - before.begin());
@@ -287,7 +287,7 @@ class StructuredProgram {
   }
 
   void replace(word::Range& range, const std::u16string& text) {
-    document::Model& model = sample_.model();
+    document::Story& model = sample_.mainText();
     const Span span{range.Start(), range.End()};
     const Position length = model.length();
     const std::u16string before = textOf(model);
@@ -313,8 +313,8 @@ class StructuredProgram {
     static const std::u16string kTexts[] = {u"a", u"xa", u"b a"};
     const document::Query query{std::make_shared<const std::u16string>(dice_.of(kTexts)),
                                 {true, dice_.oneIn(2)}};
-    if (dice_.oneIn(2)) span.to = sample_.model().length();
-    document::Model& model = sample_.model();
+    if (dice_.oneIn(2)) span.to = sample_.mainText().length();
+    document::Story& model = sample_.mainText();
     const auto view = sample_.document->view();
     const text::Search search(*query.text, query.flags);
     ASSERT_EQ(model.find(query, span, view),

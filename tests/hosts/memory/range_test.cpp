@@ -158,10 +158,10 @@ TEST(Edits, ThatChangeNothingLeaveTheDocumentUnchanged) {
   for (const auto& [before, edit, changes] : cases) {
     SCOPED_TRACE(before);
     Sample sample(before);
-    const auto stamp = sample.model().stamp();
+    const auto stamp = sample.mainText().stamp();
     edit(sample);
-    EXPECT_EQ(sample.model().changed(), changes);
-    EXPECT_EQ(sample.model().stamp() == stamp, !changes);
+    EXPECT_EQ(sample.mainText().changed(), changes);
+    EXPECT_EQ(sample.mainText().stamp() == stamp, !changes);
   }
 }
 
@@ -213,7 +213,7 @@ TEST(Faults, HaveTheWordProcessorsNumbers) {
        {setText(u"x"), insertAfter(u"x"), insertBefore(u"x"), Edit(remove), highlight(7)}) {
     EXPECT_EQ(faultOf([&] { edit(sample); }), word::kProtectedSelection);
   }
-  EXPECT_FALSE(sample.model().changed());
+  EXPECT_FALSE(sample.mainText().changed());
 
   document.close();
   EXPECT_EQ(faultOf([&] { a.Start(); }), word::kObjectDeleted);
@@ -231,7 +231,7 @@ TEST(Faults, SayWhatTheFileCannotHold) {
     EXPECT_EQ(fault.description, u"No digits \u2013 not here.");
   }
   EXPECT_EQ(faultOf([&] { sample.range('a').HighlightColorIndex(7); }), word::kNotAvailable);
-  EXPECT_FALSE(sample.model().changed());
+  EXPECT_FALSE(sample.mainText().changed());
   EXPECT_EQ(faultOf([&] { sample.range('a').Text(u"x\n"); }), 0);  // a line feed comes in as a paragraph mark
 }
 

@@ -21,8 +21,8 @@ using files::Scratch;
 using testing::ElementsAre;
 using testing::StartsWith;
 
-document::Model& modelOf(const std::unique_ptr<StoredDocument>& opened) {
-  return opened->document()->model();
+document::Story& modelOf(const std::unique_ptr<StoredDocument>& opened) {
+  return opened->document()->mainText();
 }
 
 TEST(Store, SavesWhatChangedAndNothingElse) {

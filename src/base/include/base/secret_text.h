@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace pluvo::base {
 
@@ -17,26 +19,32 @@ void wipe(Characters& characters) {
   characters.clear();
 }
 
-/// A password, whose memory is wiped when it goes. It moves and is not copied.
-class SecretText {
+/// A text or row of bytes whose memory is wiped when it goes. It moves and is not copied.
+template <class Characters>
+class Secret {
  public:
-  SecretText() = default;
-  /// Wipes the text it is given.
-  explicit SecretText(std::u16string&& text) : text_(std::move(text)) { wipe(text); }
-  SecretText(SecretText&& other) noexcept : text_(std::move(other.text_)) { wipe(other.text_); }
-  SecretText& operator=(SecretText&& other) noexcept {
+  Secret() = default;
+  /// Wipes what it is given.
+  explicit Secret(Characters&& characters) : characters_(std::move(characters)) { wipe(characters); }
+  Secret(Secret&& other) noexcept : characters_(std::move(other.characters_)) { wipe(other.characters_); }
+  Secret& operator=(Secret&& other) noexcept {
     if (this == &other) return *this;
-    wipe(text_);
-    text_ = std::move(other.text_);
-    wipe(other.text_);
+    wipe(characters_);
+    characters_ = std::move(other.characters_);
+    wipe(other.characters_);
     return *this;
   }
-  ~SecretText() { wipe(text_); }
+  ~Secret() { wipe(characters_); }
 
-  const std::u16string& text() const { return text_; }
+  const Characters& text() const { return characters_; }
 
  private:
-  std::u16string text_;
+  Characters characters_;
 };
+
+/// A password.
+using SecretText = Secret<std::u16string>;
+/// What is derived from one.
+using SecretBytes = Secret<std::vector<std::uint8_t>>;
 
 }  // namespace pluvo::base

@@ -2,8 +2,10 @@
 
 #include "text/original.h"
 #include "text/run_map.h"
+#include "word/enums.h"
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 namespace pluvo::document {
@@ -43,6 +45,19 @@ struct Control {
   bool deletionLocked = false;
 };
 
+/// What a format cannot do to a character in place, known by its index in Nesting::restrictions.
+struct Restriction {
+  enum class Of : std::uint8_t {
+    highlight,  ///< it keeps its colour, and passes edits of the highlight by: nobody would see it
+    removal,    ///< it does not go; text beside it may come and go
+    change,     ///< it does not go nor get a highlight, and no text is put beside it that takes after it
+    part,       ///< it goes with all of the field it lies in or not at all, and no text is put into that
+  };
+  Of of = Of::change;
+  /// Why an edit is refused, and what to do, for the user; UTF-8.
+  std::string sentence;
+};
+
 /// What the edit policy must know of a character besides the character itself.
 struct Structure {
   /// The innermost table it lies in, cell and row marks included; kNone outside tables.
@@ -57,23 +72,32 @@ struct Structure {
   bool sectionMark = false;
   /// Character 7 only: it ends a row, not a cell.
   bool rowMark = false;
+  /// What may not be done to it; kNone where all may.
+  std::int8_t restriction = kNone;
   bool operator==(const Structure&) const = default;
 };
 
-/// A document as a reader hands it over. The maps are as long as the text. The text ends with a paragraph
-/// mark outside tables and fields that no edit removes. Characters 7, 12 and 19 to 21 are marks only where
-/// the structure says so.
+/// What the structure of a text names by index. No edit changes it.
+struct Nesting {
+  std::vector<Table> tables;
+  std::vector<Field> fields;
+  std::vector<Control> controls;
+  std::vector<Restriction> restrictions;
+};
+
+/// A story as a reader hands it over: a text and its layers. The maps are as long as the text. The text ends
+/// with a paragraph mark outside tables and fields that no edit removes. Characters 7, 12 and 19 to 21 are
+/// marks only where the structure says so.
 struct Content {
+  word::WdStoryType kind = word::wdMainTextStory;
   text::OriginalText text;
   text::RunMap<text::Visibility> visibility;
   text::RunMap<std::uint8_t> highlight;  ///< Word's colour index, 0 for none
   text::RunMap<Structure> structure;
-  std::vector<Table> tables;
-  std::vector<Field> fields;
-  std::vector<Control> controls;
+  Nesting nesting;
 };
 
-/// A document without any structure, all of it visible. The text must end with a paragraph mark.
+/// A story without any structure, all of it visible. The text must end with a paragraph mark.
 Content plainContent(text::OriginalText text);
 
 }  // namespace pluvo::document

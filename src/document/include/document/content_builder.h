@@ -14,6 +14,7 @@ struct Look {
   std::uint8_t highlight = 0;  ///< Word's colour index, 0 for none
   bool deleted = false;        ///< in a tracked deletion
   std::int32_t control = kNone;
+  std::int8_t restriction = kNone;
 };
 
 /// Builds a document front to back for the readers of structured formats. Every call that adds characters
@@ -54,7 +55,10 @@ class ContentBuilder {
   /// lies in it.
   std::int32_t addControl(Control control);
   /// For what becomes known of a control before anything in it is added.
-  Control& control(std::int32_t index) { return content_.controls[static_cast<std::size_t>(index)]; }
+  Control& control(std::int32_t index) { return content_.nesting.controls[static_cast<std::size_t>(index)]; }
+
+  /// For looks; there are 127 at the most.
+  std::int8_t addRestriction(Restriction restriction);
 
   /// Character 12 that ends a section.
   void sectionMark(Look look = {});

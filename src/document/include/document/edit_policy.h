@@ -1,6 +1,6 @@
 #pragma once
 
-#include "document/model.h"
+#include "document/story.h"
 
 #include <string>
 #include <string_view>
@@ -19,6 +19,8 @@
 /// such an edit is refused. Where a paragraph mark would divide a control that is one paragraph, or lies in
 /// one, it is a line break.
 ///
+/// What the format cannot do in place (Restriction) is refused, too.
+///
 /// New text joins the paragraph it is put into: it lies in the table in which that paragraph lies. Text that
 /// ends with a paragraph mark of its own stays outside a table that begins behind it. It is shown where the
 /// text around it is, and is hidden and highlighted as the character it is put beside. It is deleted where
@@ -33,11 +35,13 @@ struct Removal {
 };
 
 /// What a deletion of the span takes when newText is put in its place.
-Removal removalOf(const Model& model, text::Span span, std::u16string_view newText, text::View view);
+Removal removalOf(const Story& story, text::Span span, std::u16string_view newText, text::View view);
 
 /// What text put into a document takes from its surroundings.
 struct Landing {
   text::Position at = 0;
+  /// The character it is put beside, and that as the original text has it.
+  text::Position beside = 0;
   text::Anchor anchor;
   Structure structure;
   text::Visibility visibility = text::kEverywhere;
@@ -46,17 +50,21 @@ struct Landing {
 
 /// Where text inserted at position stands, and beside which character: the one before it (behind) or the one
 /// behind it.
-Landing landingAt(const Model& model, text::Position position, bool behind, std::u16string_view newText);
+Landing landingAt(const Story& story, text::Position position, bool behind, std::u16string_view newText);
 /// Where text that replaces the first span of a removal stands.
-Landing landingInsteadOf(const Model& model, const Removal& removal, std::u16string_view newText);
+Landing landingInsteadOf(const Story& story, const Removal& removal, std::u16string_view newText);
 
 /// The text with line breaks where the control it lands in takes no paragraph marks. A removal that takes a
 /// paragraph mark which the text brings anew leaves it, and it goes from the text.
-std::u16string fitted(const Model& model, const Landing& landing, Removal& removal, std::u16string text);
+std::u16string fitted(const Story& story, const Landing& landing, Removal& removal, std::u16string text);
 
 /// Throws a Fault where a lock forbids the edit; no landing when no text is put in.
-void requireUnlocked(const Model& model, const Removal& removal, const Landing* landing,
+void requireUnlocked(const Story& story, const Removal& removal, const Landing* landing,
                      std::u16string_view newText);
-void requireUnlocked(const Model& model, text::Span highlighted);
+void requireUnlocked(const Story& story, text::Span highlighted);
+
+/// Throws a Fault where the file cannot hold the edit in place; no landing when no text is put in.
+void requirePossible(const Story& story, const Removal& removal, const Landing* landing);
+void requirePossible(const Story& story, text::Span highlighted);
 
 }  // namespace pluvo::document

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "document/model.h"
+#include "document/story.h"
 #include "text/positions.h"
 
 #include <cstdint>
@@ -51,7 +51,7 @@ class StepReader {
 /// stands beside a character that is its neighbour, in the order of the text.
 class EditScript {
  public:
-  explicit EditScript(const Model& model) : text_(&model.text()), reader_(*text_) { advance(); }
+  explicit EditScript(const Story& story) : text_(&story.text()), reader_(*text_) { advance(); }
 
   /// Takes the steps that concern original characters up to end, the new text behind the last of them
   /// included: visit(const Step&), cut to them.
@@ -87,7 +87,7 @@ class EditScript {
 
 /// The stretches of the original text that an edit or a change of highlight touches, in order; no two touch
 /// each other.
-void forEachTouchedSpan(const EditScript& script, const Model& model,
+void forEachTouchedSpan(const EditScript& script, const Story& story,
                         const text::RunMap<std::uint8_t>& originalHighlight,
                         const std::function<void(text::Span)>& visit);
 

@@ -25,8 +25,8 @@ class OriginalSpans {
 /// What edits have left of the original text. Two stretches that touch have new text between them.
 class Kept : public OriginalSpans {
  public:
-  explicit Kept(const Model& model) {
-    model.text().forEachPiece([&](const text::Piece& piece, std::u16string_view) {
+  explicit Kept(const Story& story) {
+    story.text().forEachPiece([&](const text::Piece& piece, std::u16string_view) {
       if (!piece.isNew()) spans_.push_back({piece.original, piece.original + piece.length});
     });
   }

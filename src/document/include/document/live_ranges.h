@@ -9,8 +9,8 @@ namespace pluvo::document {
 
 class LiveRanges;
 
-/// A pair start <= end over the text of a model that follows its text through every edit. A copy is a live
-/// range of its own. Loses its model when that goes.
+/// A pair start <= end over the text of a story that follows its text through every edit. A copy is a live
+/// range of its own. Loses its story when that goes.
 class LiveRange {
  public:
   LiveRange(LiveRanges& ranges, text::Span span);
@@ -31,7 +31,7 @@ class LiveRange {
   text::Span span_;
 };
 
-/// All live ranges of one model.
+/// All live ranges of one story.
 ///
 /// When n characters are inserted at p, a start behind p moves, one at p stays; an end behind p moves, one at
 /// p moves unless the range is empty. When a span is replaced, what lies behind it moves; strictly inside it

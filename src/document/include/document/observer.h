@@ -4,14 +4,16 @@
 
 namespace pluvo::document {
 
-/// Is told of every change of a model, whoever makes it.
+class Story;
+
+/// Is told of every change of a document's stories, whoever makes it.
 class Observer {
  public:
   virtual ~Observer() = default;
   /// The text or the highlight is about to change. May come several times for one edit.
   virtual void aboutToChange() {}
-  virtual void replaced(text::Span /*span*/, text::Position /*newLength*/) {}
-  virtual void highlighted(text::Span /*span*/) {}
+  virtual void replaced(const Story& /*story*/, text::Span /*span*/, text::Position /*newLength*/) {}
+  virtual void highlighted(const Story& /*story*/, text::Span /*span*/) {}
 };
 
 }  // namespace pluvo::document

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "document/model.h"
+#include "document/story.h"
 #include "engine/request.h"
 #include "formats/format.h"
 #include "formats/other_texts.h"
@@ -22,7 +22,7 @@ struct Damage {
 
 /// What a request would have met where it did not work.
 struct Elsewhere {
-  std::array<std::int64_t, formats::kStories> stories{};  ///< whole blocks, by formats::Story
+  std::array<std::int64_t, formats::kOtherStories> stories{};  ///< whole blocks, by formats::OtherStory
   std::array<std::int64_t, formats::kUnreached>
       unreached{};  ///< occurrences of the beginning, by formats::Unreached
   std::array<bool, formats::kOpaque> notLookedInto{};
@@ -34,18 +34,18 @@ struct Elsewhere {
 };
 
 /// Names that scripts rely on: "headers", "hidden", "objects".
-std::string_view keyOf(formats::Story kind);
+std::string_view keyOf(formats::OtherStory kind);
 std::string_view keyOf(formats::Unreached kind);
 std::string_view keyOf(formats::Opaque kind);
 /// Words that follow a number and "in": "headers", "hidden text"; of what is not looked into: "pictures".
-std::string_view wordsOf(formats::Story kind);
+std::string_view wordsOf(formats::OtherStory kind);
 std::string_view wordsOf(formats::Unreached kind);
 std::string_view wordsOf(formats::Opaque kind);
 
 /// Looks for the blocks and the beginnings of requests, which are counted together. Called after the passes
 /// and before saving, over the model as they left it: what they deleted does not count, nor does what they
 /// wrote.
-Elsewhere lookElsewhere(const formats::Source& source, const document::Model& main,
+Elsewhere lookElsewhere(const formats::Source& source, const document::Story& main,
                         std::span<const engine::Request> requests);
 
 }  // namespace pluvo::elsewhere

@@ -2,10 +2,11 @@
 
 #include "base/bytes.h"
 #include "document/content.h"
+#include "document/document.h"
 #include "document/medium.h"
-#include "document/model.h"
 #include "errors/document_error.h"
 #include "formats/appearance.h"
+#include "formats/key.h"
 #include "formats/other_texts.h"
 #include "word/enums.h"
 
@@ -17,6 +18,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace pluvo::formats {
 
@@ -24,15 +26,16 @@ namespace pluvo::formats {
 /// and so writes an edited document in place: what was not touched keeps its bytes.
 class Source : public document::Medium {
  public:
-  /// Writes the whole document as it stands in the model. Throws errors::DocumentError.
-  virtual void write(const document::Model& model, base::Output& out) const = 0;
+  /// Writes the whole document as its stories stand. Throws errors::DocumentError.
+  virtual void write(const document::Document& document, base::Output& out) const = 0;
   /// How many bytes reading it may take at the most, unpacked, whatever the file's size.
   virtual std::uint64_t unpackedSize() const = 0;
-  /// How each original character looks, made anew at every call. Empty where the format knows no looks.
+  /// How each original character of main text looks, made anew at every call. Empty where the format knows no
+  /// looks.
   virtual text::RunMap<Appearance> appearance() const { return {}; }
   /// Tells what of the document's text is not main text, as the file has it, but for what goes with main text
-  /// that is no longer in the model. A part that cannot be read is told, too.
-  virtual void tellOtherTexts(const document::Model& /*model*/, OtherTexts& /*texts*/) const {}
+  /// that is no longer there. A part that cannot be read is told, too.
+  virtual void tellOtherTexts(const document::Story& /*mainText*/, OtherTexts& /*texts*/) const {}
 };
 
 /// A protection against editing that the document says of itself. The file keeps it as it is.
@@ -52,16 +55,18 @@ struct Hint {
   std::string encoding = {};
   /// The encoding holds whatever the bytes seem to be, but for a byte order mark.
   bool certain = false;
+  /// Of an encrypted document. Without one it is refused, and with a wrong one (Problem::password).
+  SharedKey key = {};
 };
 
 struct Opened {
-  document::Content content;
-  std::unique_ptr<Source> source;
+  std::vector<document::Content> stories;  ///< main text first
+  std::unique_ptr<Source> source = {};
   std::optional<Protection> protection = std::nullopt;
   /// By which a plain text was read; empty where the format leaves no choice.
   std::string encoding = {};
   bool isEncodingGuessed = false;
-  /// What is to be known when a new version is read.
+  /// What is to be known when a new version is read, its key included.
   Hint again = {};
 };
 

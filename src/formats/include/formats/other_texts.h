@@ -9,8 +9,8 @@
 namespace pluvo::formats {
 
 /// Texts of a document that lie beside its main text and are read as it is.
-enum class Story : std::uint8_t { headers, footers, footnotes, endnotes, comments, boxes };
-inline constexpr std::size_t kStories = 6;
+enum class OtherStory : std::uint8_t { headers, footers, footnotes, endnotes, comments, boxes };
+inline constexpr std::size_t kOtherStories = 6;
 
 /// Places no request can reach. Those up to fieldResults a source does not tell: they lie in texts and show
 /// in their layers.
@@ -44,7 +44,7 @@ class OtherTexts {
  public:
   virtual ~OtherTexts() = default;
   /// One header, one note, one box.
-  virtual void story(Story kind, document::Content content) = 0;
+  virtual void story(OtherStory kind, document::Content content) = 0;
   virtual void unreached(Unreached kind, std::u16string_view text) = 0;
   virtual void notLookedInto(Opaque kind) = 0;
   /// A part that could not be read: its name in the package, and why (for the user).

@@ -85,4 +85,18 @@ class Utf8Text {
   mutable std::atomic<std::uint64_t> recent_ = 0;
 };
 
+/// Walks through the bytes of a text front to back, counting every unit anew: what a text has noted is not
+/// asked.
+class Utf8Walk {
+ public:
+  explicit Utf8Walk(Utf8Text::Bytes bytes) : bytes_(bytes) {}
+  /// Where a unit lies, which is not in front of the last one asked for; behind all bytes beyond the end.
+  Utf8Text::Place to(Position position);
+
+ private:
+  Utf8Text::Bytes bytes_;
+  Position position_ = 0;  ///< of a unit that begins a character
+  std::size_t offset_ = 0;
+};
+
 }  // namespace pluvo::text

@@ -40,6 +40,18 @@ enum WdProtectionType : std::int32_t {
 
 enum WdDefaultFilePath : std::int32_t { wdDocumentsPath = 0, wdUserTemplatesPath = 2 };
 
-enum WdStoryType : std::int32_t { wdMainTextStory = 1 };
+enum WdStoryType : std::int32_t {
+  wdMainTextStory = 1,
+  wdFootnotesStory = 2,
+  wdEndnotesStory = 3,
+  wdCommentsStory = 4,
+  wdTextFrameStory = 5,  ///< text boxes
+  wdEvenPagesHeaderStory = 6,
+  wdPrimaryHeaderStory = 7,
+  wdEvenPagesFooterStory = 8,
+  wdPrimaryFooterStory = 9,
+  wdFirstPageHeaderStory = 10,
+  wdFirstPageFooterStory = 11,
+};
 
 }  // namespace pluvo::word

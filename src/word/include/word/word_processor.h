@@ -10,7 +10,8 @@
 /// The word processor as the engine sees it: the members of Word's object model that are used, under Word's
 /// own names. A property is an overload pair: `Start()` reads, `Start(value)` writes.
 ///
-/// Positions are signed 32-bit UTF-16 offsets into the main text; 0 is before the first character. The
+/// Positions are signed 32-bit UTF-16 offsets into a story, most often main text; 0 is before the first
+/// character. The
 /// paragraph mark is the single character 13. Every member may throw errors::Fault with one of the numbers in
 /// faults.h.
 namespace pluvo::word {
@@ -77,7 +78,7 @@ class UnitCollection {
   WdUnits unit_;
 };
 
-/// A live pair Start <= End over the main text; it follows its text when the document is edited elsewhere.
+/// A live pair Start <= End over one story; it follows its text when the document is edited elsewhere.
 class Range : public Counted {
  public:
   virtual std::int32_t Start() = 0;
@@ -106,6 +107,10 @@ class Range : public Counted {
   virtual void HighlightColorIndex(std::int32_t colour) = 0;
 
   virtual std::shared_ptr<word::Find> Find() = 0;
+
+  virtual WdStoryType StoryType() = 0;
+  /// The whole of the next story of the same kind; null after the last.
+  virtual std::shared_ptr<Range> NextStoryRange() = 0;
 };
 
 class View {
@@ -133,6 +138,7 @@ class Selection : public Counted {
 class Document {
  public:
   virtual ~Document() = default;
+  /// In main text.
   virtual std::shared_ptr<word::Range> Range(std::int32_t start, std::int32_t end) = 0;
   virtual std::u16string Name() = 0;
   /// The folder, without a separator behind it unless it is a root.
@@ -150,7 +156,8 @@ class Document {
   virtual void Unprotect(const std::u16string& password) = 0;
   /// With the word processor's default for resetting form fields.
   virtual void Protect(WdProtectionType type, const std::u16string& password) = 0;
-  virtual std::shared_ptr<word::Range> StoryRanges(WdStoryType story) = 0;
+  /// The whole of the first story of a kind; Fault 5941 where the document has none.
+  virtual std::shared_ptr<word::Range> StoryRanges(WdStoryType kind) = 0;
 
   /// Whether there are no unsaved changes.
   virtual bool Saved() = 0;

@@ -83,7 +83,7 @@ class DocumentView : public QAbstractScrollArea {
   static constexpr int kTopMargin = 24;
 
   // Layout and scrolling.
-  document::Model& model() const { return document_->model(); }
+  document::Story& mainText() const { return document_->mainText(); }
   void measure();
   void forgetLayouts();
   qreal columnWidth() const;

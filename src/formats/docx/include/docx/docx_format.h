@@ -18,7 +18,7 @@ namespace pluvo::docx {
 /// them, and what else the package holds.
 ///
 /// What a save leaves behind: the relationship and the part of a deleted picture, which nothing shows any
-/// more. What it does not keep: highlight of a simple field's code, which is an attribute.
+/// more. A simple field's code, which is an attribute, takes no highlight.
 class DocxFormat : public formats::Format {
  public:
   std::string_view name() const override { return "docx"; }

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "document/content.h"
+#include "document/document.h"
 #include "document/live_ranges.h"
 #include "document/medium.h"
-#include "document/model.h"
 #include "document/observer.h"
 #include "text/positions.h"
 #include "word/enums.h"
@@ -13,6 +13,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace pluvo::memory {
 
@@ -21,7 +22,7 @@ class MemoryApplication;
 /// Is told what becomes of a document, for whoever shows it.
 class DocumentObserver : public document::Observer {
  public:
-  virtual void selected(text::Span /*span*/) {}
+  virtual void selected(const document::Story& /*story*/, text::Span /*span*/) {}
   /// Field codes show instead of results, or the reverse.
   virtual void viewChanged() {}
 };
@@ -32,9 +33,13 @@ class DocumentObserver : public document::Observer {
 /// Positions outside the text are a Fault 4608.
 class MemoryDocument : public word::Document, public std::enable_shared_from_this<MemoryDocument> {
  public:
-  /// Without a medium the document holds everything. The name is for reports; the path, bytes as the file
-  /// system has them, is the opener's.
-  static std::shared_ptr<MemoryDocument> create(document::Content content,
+  /// Main text comes first. Without a medium the document holds everything. The name is for reports; the
+  /// path, bytes as the file system has them, is the opener's.
+  static std::shared_ptr<MemoryDocument> create(std::vector<document::Content> stories,
+                                                std::shared_ptr<const document::Medium> medium = nullptr,
+                                                std::u16string name = {}, std::string path = {});
+  /// The same of main text alone.
+  static std::shared_ptr<MemoryDocument> create(document::Content mainText,
                                                 std::shared_ptr<const document::Medium> medium = nullptr,
                                                 std::u16string name = {}, std::string path = {});
 
@@ -54,23 +59,28 @@ class MemoryDocument : public word::Document, public std::enable_shared_from_thi
   void Unprotect(const std::u16string& password) override;
   /// Resets no form field. Fault 4605 when the document is protected already.
   void Protect(word::WdProtectionType type, const std::u16string& password) override;
-  std::shared_ptr<word::Range> StoryRanges(word::WdStoryType story) override;
+  /// The whole of the first story of that kind; Fault 5941 where there is none.
+  std::shared_ptr<word::Range> StoryRanges(word::WdStoryType kind) override;
+  /// The whole of the first story of a kind, from a number on; null where there is none.
+  std::shared_ptr<word::Range> storyRange(word::WdStoryType kind, std::size_t from);
 
   bool Saved() override;
   void Close(bool saveChanges) override;
 
   const std::string& path() const { return path_; }
-  const std::shared_ptr<const document::Medium>& medium() const { return medium_; }
 
   bool isOpen() const { return open_.has_value(); }
   /// Gives the text back. Saving comes before, and is the opener's.
   void close() { open_.reset(); }
 
-  document::Model& model() { return open().model; }
-  /// What the user has selected, or the insertion point.
-  text::Span selection() { return open().selection.span(); }
+  document::Document& stories() { return open().stories; }
+  document::Story& mainText() { return stories().mainText(); }
+  /// What the user has selected, or the insertion point, and the story it lies in.
+  text::Span selection() { return open().selection->span(); }
+  std::size_t selectedStory() { return open().selectedStory; }
   /// Sets the start, then the end: an inverted pair collapses at its end.
-  void select(text::Span span);
+  void select(text::Span span) { select(selectedStory(), span); }
+  void select(std::size_t story, text::Span span);
 
   /// What finds, texts and counts see.
   text::View view() const { return view_; }
@@ -90,11 +100,8 @@ class MemoryDocument : public word::Document, public std::enable_shared_from_thi
   /// Lifts the protection where the password does; whether it did.
   bool unprotect(const std::u16string& password);
 
-  /// The span a pair of positions makes in this text: start is set first, then end.
-  text::Span spanOf(std::int32_t start, std::int32_t end);
-  void requirePosition(std::int32_t position);
-  /// Whether the document takes an edit that brings this text. A text the file cannot hold is a Fault 5843.
-  void requireEditable(std::u16string_view newText);
+  /// Whether the document takes edits now.
+  void requireEditable();
   /// Whether it takes highlighting. An unknown colour is a Fault 5843, a file without a place for it 4605.
   void requireHighlightable(std::int32_t colour);
 
@@ -102,9 +109,10 @@ class MemoryDocument : public word::Document, public std::enable_shared_from_thi
   friend class MemoryApplication;
 
   struct Open {
-    explicit Open(document::Content content) : model(std::move(content)) {}
-    document::Model model;
-    document::LiveRange selection{model.liveRanges(), {}};
+    Open(std::vector<document::Content> contents, std::shared_ptr<const document::Medium> medium);
+    document::Document stories;
+    std::size_t selectedStory = 0;
+    std::optional<document::LiveRange> selection;
   };
 
   MemoryDocument() = default;
@@ -112,7 +120,6 @@ class MemoryDocument : public word::Document, public std::enable_shared_from_thi
   MemoryApplication& application() const;
 
   std::optional<Open> open_;
-  std::shared_ptr<const document::Medium> medium_;
   std::u16string name_;
   std::string path_;
   text::View view_ = text::View::results;

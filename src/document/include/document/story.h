@@ -4,6 +4,7 @@
 #include "document/find_memory.h"
 #include "document/live_ranges.h"
 #include "document/measures.h"
+#include "document/medium.h"
 #include "document/observer.h"
 #include "text/pieces.h"
 #include "text/positions.h"
@@ -11,6 +12,7 @@
 #include "word/enums.h"
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -21,36 +23,40 @@ namespace pluvo::document {
 struct Landing;
 struct Removal;
 
-/// A document in memory: its text, what each character looks like and belongs to, and the live ranges over
-/// it. All edits go through here, under one policy for every format (edit_policy.h). Knows no file and no
-/// format.
+/// A text of a document under edit, main text or another, with its layers: what each character looks like
+/// and belongs to, and the live ranges and finds over it. All edits go through here, under one policy for
+/// every format (edit_policy.h). Knows no file and no format.
 ///
 /// A span that does not lie in the text is a bug in the caller. An edit is refused with a Fault, and nothing
 /// has happened, when its text holds a character that stands for something other than text (marks of cells
-/// and fields, pictures, references: 5843), when positions would no longer suffice (5854), when a control is
-/// locked (4198), or when the edits would divide the document into too many parts (7).
-class Model {
+/// and fields, pictures, references) or that the file cannot hold (5843), when positions would no longer
+/// suffice (5854), when a control is locked or the file cannot be edited so at that place (4198), or when the
+/// edits would divide the text into too many parts (7).
+class Story {
  public:
   /// How many parts, pieces of text and runs of a layer, edits may bring in: about 400 MB. Sixteen million
   /// replaced words make as many.
   static constexpr std::size_t kMostParts = std::size_t{1} << 25U;
 
-  explicit Model(Content content, std::size_t mostParts = kMostParts);
-  Model(const Model&) = delete;
-  Model& operator=(const Model&) = delete;
+  /// Without a medium the file holds everything. The medium outlives the story.
+  explicit Story(Content content, const Medium* medium = nullptr, std::size_t mostParts = kMostParts);
+  Story(const Story&) = delete;
+  Story& operator=(const Story&) = delete;
 
+  word::WdStoryType kind() const { return kind_; }
   const text::PieceText& text() const { return text_; }
   const text::RunMap<text::Visibility>& visibility() const { return visibility_; }
   const text::RunMap<std::uint8_t>& highlight() const { return highlight_; }
   const text::RunMap<Structure>& structure() const { return structure_; }
-  const std::vector<Table>& tables() const { return tables_; }
-  const std::vector<Field>& fields() const { return fields_; }
-  const std::vector<Control>& controls() const { return controls_; }
+  const std::vector<Table>& tables() const { return nesting_->tables; }
+  const std::vector<Field>& fields() const { return nesting_->fields; }
+  const std::vector<Control>& controls() const { return nesting_->controls; }
+  const std::vector<Restriction>& restrictions() const { return nesting_->restrictions; }
   text::Position length() const { return text_.length(); }
   /// Whether it is nothing but text, all of it visible.
   bool isPlain() const {
     const bool isOne = structure_.runCount() == 1 && visibility_.runCount() == 1;
-    return isOne && controls_.empty() && visibility_.valueAt(0) == text::kEverywhere &&
+    return isOne && controls().empty() && visibility_.valueAt(0) == text::kEverywhere &&
            structure_.valueAt(0) == Structure{};
   }
 
@@ -89,8 +95,8 @@ class Model {
   text::Span insertBefore(text::Position position, std::u16string_view text);
   text::Span insertBehind(text::Position position, std::u16string_view text);
 
-  /// Gives a span a highlight colour (0 removes it). A row mark, which no file has a colour for, stays as it
-  /// is.
+  /// Gives a span a highlight colour (0 removes it). What the file has no colour for, row marks above all,
+  /// stays as it is.
   void highlight(text::Span span, std::uint8_t colour);
 
   /// Whether anything was edited since the document was read or last saved. An edit that leaves everything as
@@ -106,41 +112,46 @@ class Model {
 
   LiveRanges& liveRanges() { return liveRanges_; }
 
-  /// What edits change, as it was at one moment. Costs memory for the edits so far; the original text is
-  /// shared.
+  /// The story as it was at one moment. Costs memory for the edits so far; the original text is shared.
   struct Snapshot {
+    word::WdStoryType kind = word::wdMainTextStory;
     text::PieceText text;
     text::RunMap<text::Visibility> visibility;
     text::RunMap<std::uint8_t> highlight;
     text::RunMap<Structure> structure;
+    std::shared_ptr<const Nesting> nesting;
     bool changed = false;
     std::uint64_t saves = 0;
   };
-  Snapshot snapshot() const { return {text_, visibility_, highlight_, structure_, changed_, saves_}; }
-  /// Goes back (or forth) to a snapshot of this model. Live ranges behind the first difference end up there.
-  /// The model then counts as changed, unless nothing was changed at the snapshot nor saved since.
+  Snapshot snapshot() const {
+    return {kind_, text_, visibility_, highlight_, structure_, nesting_, changed_, saves_};
+  }
+  /// Goes back (or forth) to a snapshot of this story. Live ranges behind the first difference end up there.
+  /// The story then counts as changed, unless nothing was changed at the snapshot nor saved since.
   void restore(Snapshot snapshot);
 
-  /// None where null. Outlives the model or is taken away first.
+  /// None where null. Outlives the story or is taken away first.
   void observer(Observer* observer) { observer_ = observer; }
 
  private:
   text::Span insert(text::Position position, bool behind, std::u16string_view text);
+  bool isColourless(const Structure& structure) const;
   bool besideText(text::Position position) const;
   Landing landingOf(const Removal& removal, std::u16string_view newText) const;
   text::Span replacePlain(text::Span span, std::u16string_view newText);
   text::Span exchange(const Removal& removal, std::u16string_view newText);
+  void requireText(std::u16string_view newText) const;
   std::size_t parts() const;
   void requireRoomForParts() const;
   text::Span put(text::Span replaced, std::u16string_view text, const Landing& landing);
 
+  word::WdStoryType kind_;
+  const Medium* medium_;
   text::PieceText text_;
   text::RunMap<text::Visibility> visibility_;
   text::RunMap<std::uint8_t> highlight_;
   text::RunMap<Structure> structure_;
-  std::vector<Table> tables_;
-  std::vector<Field> fields_;
-  std::vector<Control> controls_;
+  std::shared_ptr<const Nesting> nesting_;
   LiveRanges liveRanges_;
   FindMemory finds_{text_, visibility_};
   Measures measures_{text_, visibility_, [this](text::Position position) { return endsParagraph(position); }};

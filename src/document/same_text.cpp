@@ -5,7 +5,7 @@
 #include <cstring>
 #include <optional>
 
-namespace pluvo::store {
+namespace pluvo::document {
 
 using text::Piece;
 using text::Position;
@@ -33,15 +33,21 @@ bool equal(const Stretch& a, const Stretch& b) {
 }
 
 /// Compares front to back. Where the original and what was read back lie in UTF-8, kept pieces are the same
-/// text when they are the same bytes and begin and end where characters do.
+/// text when they are the same bytes and begin and end where characters do. Where they lie in the original is
+/// counted anew: the writer went by what that has noted.
 class Comparison {
  public:
   Comparison(const text::PieceText& edited, const text::OriginalText& readBack)
-      : edited_(edited), readBack_(readBack), from_(edited.original().utf8()), to_(readBack.utf8()) {}
+      : edited_(edited), readBack_(readBack), to_(readBack.utf8()) {
+    if (const Utf8Text* const original = edited.original().utf8(); original != nullptr && to_ != nullptr) {
+      originalBytes_ = original->bytes();
+      walk_.emplace(originalBytes_);
+    }
+  }
 
   bool isSame(Position start, const Piece& piece) {
     if (to_ != nullptr && piece.isNew() && isKnown(piece)) return true;
-    if (from_ != nullptr && to_ != nullptr && !piece.isNew() && sameBytes(start, piece)) return true;
+    if (walk_ && !piece.isNew() && sameBytes(start, piece)) return true;
     const bool same = sameUnits(start, piece);
     if (same && to_ != nullptr && piece.isNew()) note(start, piece);
     return same;
@@ -72,15 +78,15 @@ class Comparison {
   }
 
   bool sameBytes(Position start, const Piece& piece) {
-    const Utf8Text::Place begin = from_->placeOf(piece.original);
-    const Utf8Text::Place end = from_->placeOf(piece.original + piece.length);
+    const Utf8Text::Place begin = walk_->to(piece.original);
+    const Utf8Text::Place end = walk_->to(piece.original + piece.length);
     if (begin.insidePair || end.insidePair || begin.offset > end.offset) return false;
     if (!reached_) {
       const Utf8Text::Place place = to_->placeOf(start);
       if (place.insidePair) return false;
       reached_ = place.offset;
     }
-    return sameBytes(from_->bytes().subspan(begin.offset, end.offset - begin.offset));
+    return sameBytes(originalBytes_.subspan(begin.offset, end.offset - begin.offset));
   }
 
   bool sameBytes(Utf8Text::Bytes wanted) {
@@ -93,8 +99,9 @@ class Comparison {
 
   const text::PieceText& edited_;
   const text::OriginalText& readBack_;
-  const Utf8Text* from_;
   const Utf8Text* to_;
+  std::optional<text::Utf8Walk> walk_;  ///< through the original, where both lie in UTF-8
+  Utf8Text::Bytes originalBytes_;
   Piece known_;  ///< the new text read back last
   Utf8Text::Bytes knownBytes_;
   std::optional<std::size_t> reached_;  ///< where in the bytes read back the next piece begins
@@ -117,4 +124,4 @@ bool sameText(const text::PieceText& edited, const text::OriginalText& readBack,
   return same;
 }
 
-}  // namespace pluvo::store
+}  // namespace pluvo::document

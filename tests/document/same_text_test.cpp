@@ -6,7 +6,7 @@
 
 #include <string>
 
-namespace pluvo::store {
+namespace pluvo::document {
 namespace {
 
 text::OriginalText inUtf8(const std::string& text) {
@@ -42,4 +42,4 @@ TEST(SameText, IsToldFromBytesOnlyWhereTheseBeginAndEndWithCharacters) {
 }
 
 }  // namespace
-}  // namespace pluvo::store
+}  // namespace pluvo::document

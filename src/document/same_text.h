@@ -5,10 +5,10 @@
 
 #include <functional>
 
-namespace pluvo::store {
+namespace pluvo::document {
 
 /// Calls pause every few megabytes.
 bool sameText(const text::PieceText& edited, const text::OriginalText& readBack,
               const std::function<void()>& pause);
 
-}  // namespace pluvo::store
+}  // namespace pluvo::document

@@ -1,6 +1,7 @@
-#include "document/model.h"
+#include "document/story.h"
 
 #include "base/text.h"
+#include "base/utf.h"
 #include "document/edit_policy.h"
 #include "errors/fault.h"
 #include "word/faults.h"
@@ -21,7 +22,7 @@ constexpr std::array kReserved = {text::kPicture,        text::kNoteReference,  
                                   text::kCellMark,       text::kFloatingPicture, text::kFieldBegin,
                                   text::kFieldSeparator, text::kFieldEnd};
 
-void requireText(std::u16string_view text) {
+void requireNoMarks(std::u16string_view text) {
   if (std::all_of(text.begin(), text.end(), [](char16_t unit) { return unit >= u' '; })) return;
   if (text.find_first_of(std::u16string_view(kReserved.data(), kReserved.size())) == text.npos) return;
   throw errors::Fault(
@@ -86,21 +87,29 @@ std::vector<Difference> differences(const text::PieceText& from, const text::Pie
 
 }  // namespace
 
-Model::Model(Content content, std::size_t mostParts)
-    : text_(std::move(content.text)),
+Story::Story(Content content, const Medium* medium, std::size_t mostParts)
+    : kind_(content.kind),
+      medium_(medium),
+      text_(std::move(content.text)),
       visibility_(std::move(content.visibility)),
       highlight_(std::move(content.highlight)),
       structure_(std::move(content.structure)),
-      tables_(std::move(content.tables)),
-      fields_(std::move(content.fields)),
-      controls_(std::move(content.controls)),
+      nesting_(std::make_shared<const Nesting>(std::move(content.nesting))),
       mostParts_(parts() + mostParts) {}
 
-std::size_t Model::parts() const {
+void Story::requireText(std::u16string_view newText) const {
+  if (medium_ != nullptr && !newText.empty()) {
+    if (const auto reason = medium_->refusesText(newText))
+      throw errors::Fault(word::kParameterOutOfRange, base::utf16(*reason)).with(errors::Problem::encoding);
+  }
+  requireNoMarks(newText);
+}
+
+std::size_t Story::parts() const {
   return text_.pieceCount() + visibility_.runCount() + highlight_.runCount() + structure_.runCount();
 }
 
-void Model::requireRoomForParts() const {
+void Story::requireRoomForParts() const {
   if (parts() < mostParts_) return;
   throw errors::Fault(errors::kOutOfMemory,
                       u"These are more changes than one document can take, about sixteen million; divide the "
@@ -108,11 +117,11 @@ void Model::requireRoomForParts() const {
       .with(errors::Problem::tooLarge);
 }
 
-std::u16string Model::visibleText(Span span, View view) const {
+std::u16string Story::visibleText(Span span, View view) const {
   return text::visibleText(text_, visibility_, view, span.from, span.to);
 }
 
-bool Model::endsParagraph(Position position) const {
+bool Story::endsParagraph(Position position) const {
   switch (text_.at(position)) {
     case text::kParagraphMark:
       return true;
@@ -125,31 +134,31 @@ bool Model::endsParagraph(Position position) const {
   }
 }
 
-bool Model::isCellMark(Position position) const {
+bool Story::isCellMark(Position position) const {
   if (text_.at(position) != text::kCellMark) return false;
   const Structure structure = structure_.valueAt(position);
   return structure.table != kNone && !structure.rowMark;
 }
 
-bool Model::isFieldMark(Position position) const {
+bool Story::isFieldMark(Position position) const {
   const char16_t unit = text_.at(position);
   return unit >= text::kFieldBegin && unit <= text::kFieldEnd && structure_.valueAt(position).field != kNone;
 }
 
-bool Model::isDeleted(Span span) const {
+bool Story::isDeleted(Span span) const {
   for (const auto& run : structure_.runs(span.from, span.to)) {
     if (!run.value.deleted) return false;
   }
   return !span.empty();
 }
 
-Landing Model::landingOf(const Removal& removal, std::u16string_view newText) const {
+Landing Story::landingOf(const Removal& removal, std::u16string_view newText) const {
   const bool instead = !removal.spans.empty() && removal.spans.front().from == removal.at;
   return instead ? landingInsteadOf(*this, removal, newText)
                  : landingAt(*this, removal.at, besideText(removal.at), newText);
 }
 
-Span Model::replace(Span span, std::u16string_view text, View view) {
+Span Story::replace(Span span, std::u16string_view text, View view) {
   std::u16string converted;
   const std::u16string_view newText = withParagraphMarks(text, converted);
   requireText(newText);
@@ -159,7 +168,7 @@ Span Model::replace(Span span, std::u16string_view text, View view) {
   if (span.from < std::min(span.to, finalMark) && isPlain())
     return replacePlain({span.from, std::min(span.to, finalMark)}, newText);
   Removal removal = removalOf(*this, span, newText, view);
-  if (controls_.empty() || newText.empty()) return exchange(removal, newText);
+  if (controls().empty() || newText.empty()) return exchange(removal, newText);
 
   const Landing landing = landingOf(removal, newText);
   const std::u16string fit = fitted(*this, landing, removal, std::u16string(newText));
@@ -171,7 +180,7 @@ Span Model::replace(Span span, std::u16string_view text, View view) {
 }
 
 /// Of a document of nothing but text all of a span goes, and has no surroundings but its highlight.
-Span Model::replacePlain(Span span, std::u16string_view newText) {
+Span Story::replacePlain(Span span, std::u16string_view newText) {
   const auto newLength = static_cast<Position>(newText.size());
   if (span.length() == newLength && text_.substring(span.from, span.to) == newText) return span;
   Landing landing;
@@ -184,7 +193,7 @@ Span Model::replacePlain(Span span, std::u16string_view newText) {
 }
 
 /// Lets go what a removal takes, and puts text in its place.
-Span Model::exchange(const Removal& removal, std::u16string_view newText) {
+Span Story::exchange(const Removal& removal, std::u16string_view newText) {
   Span first{removal.at, removal.at};
   std::size_t next = 0;
   if (!removal.spans.empty() && removal.spans.front().from == removal.at) first = removal.spans[next++];
@@ -193,7 +202,9 @@ Span Model::exchange(const Removal& removal, std::u16string_view newText) {
                         text_.substring(first.from, first.to) == newText;
   if (leavesRest && sameText) return first;
   const Landing landing = landingOf(removal, newText);
-  requireUnlocked(*this, removal, newText.empty() ? nullptr : &landing, newText);
+  const Landing* const landed = newText.empty() ? nullptr : &landing;
+  requirePossible(*this, removal, landed);
+  requireUnlocked(*this, removal, landed, newText);
 
   Span placed{removal.at, removal.at};
   Position shift = 0;
@@ -212,32 +223,38 @@ Span Model::exchange(const Removal& removal, std::u16string_view newText) {
   return placed;
 }
 
-Span Model::insertBefore(Position position, std::u16string_view text) {
+Span Story::insertBefore(Position position, std::u16string_view text) {
   return insert(position, false, text);
 }
 
-Span Model::insertBehind(Position position, std::u16string_view text) { return insert(position, true, text); }
+Span Story::insertBehind(Position position, std::u16string_view text) { return insert(position, true, text); }
 
-Span Model::insert(Position position, bool behind, std::u16string_view text) {
+Span Story::insert(Position position, bool behind, std::u16string_view text) {
   std::u16string newText = base::withParagraphMarks(text);
   requireText(newText);
   requireRoom(length(), newText);
   requireRoomForParts();
   if (newText.empty()) return {position, position};
   Landing landing = landingAt(*this, position, behind, newText);
-  if (!controls_.empty()) {
+  if (!controls().empty()) {
     Removal none{position, {}};
     newText = fitted(*this, landing, none, newText);
     landing = landingAt(*this, position, behind, newText);
     requireUnlocked(*this, none, &landing, newText);
   }
+  requirePossible(*this, {position, {}}, &landing);
   ++stamp_;
   return put({landing.at, landing.at}, newText, landing);
 }
 
-bool Model::besideText(Position position) const { return position > 0 && !endsParagraph(position - 1); }
+bool Story::isColourless(const Structure& structure) const {
+  if (structure.rowMark || structure.restriction == kNone) return structure.rowMark;
+  return restrictions()[static_cast<std::size_t>(structure.restriction)].of == Restriction::Of::highlight;
+}
 
-Span Model::put(Span replaced, std::u16string_view text, const Landing& landing) {
+bool Story::besideText(Position position) const { return position > 0 && !endsParagraph(position - 1); }
+
+Span Story::put(Span replaced, std::u16string_view text, const Landing& landing) {
   if (observer_ != nullptr) observer_->aboutToChange();
   const auto length = static_cast<Position>(text.size());
   text_.replace(replaced.from, replaced.to, text, landing.anchor);
@@ -248,26 +265,27 @@ Span Model::put(Span replaced, std::u16string_view text, const Landing& landing)
   finds_.edited(replaced, length);
   measures_.edited(replaced, length);
   changed_ = true;
-  if (observer_ != nullptr) observer_->replaced(replaced, length);
+  if (observer_ != nullptr) observer_->replaced(*this, replaced, length);
   return {replaced.from, replaced.from + length};
 }
 
-void Model::highlight(Span span, std::uint8_t colour) {
+void Story::highlight(Span span, std::uint8_t colour) {
   requireUnlocked(*this, span);
+  requirePossible(*this, span);
   bool changes = false;
   for (const auto& run : structure_.runs(span.from, span.to)) {
     const auto coloured = highlight_.runAt(run.from);
-    if (run.value.rowMark || (coloured.value == colour && run.to <= coloured.to)) continue;
+    if (isColourless(run.value) || (coloured.value == colour && run.to <= coloured.to)) continue;
     if (!changes) requireRoomForParts();
     if (!changes && observer_ != nullptr) observer_->aboutToChange();
     changes = true;
     highlight_.set(run.from, run.to, colour);
   }
   changed_ = changed_ || changes;
-  if (changes && observer_ != nullptr) observer_->highlighted(span);
+  if (changes && observer_ != nullptr) observer_->highlighted(*this, span);
 }
 
-void Model::restore(Snapshot snapshot) {
+void Story::restore(Snapshot snapshot) {
   if (observer_ != nullptr) observer_->aboutToChange();
   const std::vector<Difference> changes = differences(text_, snapshot.text);
   const Position before = length();
@@ -284,9 +302,9 @@ void Model::restore(Snapshot snapshot) {
   changed_ = snapshot.changed || snapshot.saves != saves_;
   for (const Difference& change : changes) {
     liveRanges_.moveWith(change.gone, change.come);
-    if (observer_ != nullptr) observer_->replaced(change.gone, change.come);
+    if (observer_ != nullptr) observer_->replaced(*this, change.gone, change.come);
   }
-  if (observer_ != nullptr) observer_->highlighted({0, length()});
+  if (observer_ != nullptr) observer_->highlighted(*this, {0, length()});
 }
 
 }  // namespace pluvo::document
