@@ -172,6 +172,8 @@ Handle stretchObject(std::u16string_view name, const std::shared_ptr<Stretch>& o
       {u"put HighlightColorIndex",
        [=](const Arguments& given) { on->open().highlight(on->span(), given.number(0)); }},
       {u"get Find", [=] { return findObject(on); }},
+      {u"get StoryType", [] { return std::int32_t{word::wdMainTextStory}; }},
+      {u"get NextStoryRange", [] { return Handle(); }},
   };
   constexpr std::pair<const char16_t*, word::WdUnits> kUnits[] = {{u"Characters", word::wdCharacter},
                                                                   {u"Words", word::wdWord},

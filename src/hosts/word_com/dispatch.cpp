@@ -80,6 +80,12 @@ Object Object::getObject(const wchar_t* property, const wchar_t* interfaceName,
   return related(get(property, arguments), interfaceName);
 }
 
+std::optional<Object> Object::findObject(const wchar_t* property, const wchar_t* interfaceName) const {
+  const Variant found = get(property);
+  if (found.toObject() == nullptr) return std::nullopt;
+  return related(found, interfaceName);
+}
+
 Object Object::callObject(const wchar_t* method, const wchar_t* interfaceName,
                           const Arguments& arguments) const {
   return related(call(method, arguments), interfaceName);

@@ -7,6 +7,7 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -34,6 +35,8 @@ class Object {
   /// The same, where an object comes back. Throw Fault kObjectNotSet where none does.
   Object getObject(const wchar_t* property, const wchar_t* interfaceName,
                    const Arguments& arguments = {}) const;
+  /// The same where there may be none.
+  std::optional<Object> findObject(const wchar_t* property, const wchar_t* interfaceName) const;
   Object callObject(const wchar_t* method, const wchar_t* interfaceName,
                     const Arguments& arguments = {}) const;
 

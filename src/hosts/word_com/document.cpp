@@ -34,10 +34,10 @@ void ComDocument::Protect(word::WdProtectionType type, const std::u16string& pas
   document_.call(L"Protect", Arguments().integer(type).missing().text(password).missing(2));
 }
 
-std::shared_ptr<word::Range> ComDocument::StoryRanges(word::WdStoryType story) {
+std::shared_ptr<word::Range> ComDocument::StoryRanges(word::WdStoryType kind) {
   const Object stories = document_.getObject(L"StoryRanges", L"StoryRanges");
-  return std::make_shared<ComRange>(stories.callObject(L"Item", L"Range", Arguments().integer(story)),
-                                    document_);
+  return std::make_shared<ComRange>(stories.callObject(L"Item", L"Range", Arguments().integer(kind)),
+                                    document_, kind == word::wdMainTextStory);
 }
 
 /// Left out: OriginalFormat and RouteDocument.

@@ -43,7 +43,7 @@ class ComDocument final : public word::Document {
   word::WdProtectionType ProtectionType() override;
   void Unprotect(const std::u16string& password) override;
   void Protect(word::WdProtectionType type, const std::u16string& password) override;
-  std::shared_ptr<word::Range> StoryRanges(word::WdStoryType story) override;
+  std::shared_ptr<word::Range> StoryRanges(word::WdStoryType kind) override;
 
   bool Saved() override { return document_.get(L"Saved").toBoolean(); }
   void Close(bool saveChanges) override;

@@ -6,6 +6,7 @@
 #include "units.h"
 #include "word/faults.h"
 
+#include <optional>
 #include <variant>
 
 namespace pluvo::word_com {
@@ -55,11 +56,22 @@ std::shared_ptr<word::Find> ComRange::Find() {
   return std::make_shared<ComFind>(range_.getObject(L"Find", L"Find"), shared_from_this());
 }
 
+word::WdStoryType ComRange::StoryType() {
+  return static_cast<word::WdStoryType>(range_.get(L"StoryType").toInteger());
+}
+
+std::shared_ptr<word::Range> ComRange::NextStoryRange() {
+  const std::optional<Object> next = range_.findObject(L"NextStoryRange", L"Range");
+  return next ? std::make_shared<ComRange>(*next, document_, false) : nullptr;
+}
+
 std::u16string ComRange::textAt(Span span) const {
+  const Arguments ends = Arguments().integer(span.start).integer(span.end);
   try {
-    return document_.callObject(L"Range", L"Range", Arguments().integer(span.start).integer(span.end))
-        .get(L"Text")
-        .toText();
+    if (inMainText_) return document_.callObject(L"Range", L"Range", ends).get(L"Text").toText();
+    const Object copy = range_.getObject(L"Duplicate", L"Range");
+    copy.call(L"SetRange", ends);
+    return copy.get(L"Text").toText();
   } catch (const errors::Fault& fault) {
     if (fault.number != word::kValueOutOfRange) throw;
     return {};

@@ -20,7 +20,8 @@ struct Span {
 
 class ComRange final : public word::Range, public std::enable_shared_from_this<ComRange> {
  public:
-  ComRange(Object range, Object document) : range_(std::move(range)), document_(std::move(document)) {}
+  ComRange(Object range, Object document, bool inMainText = true)
+      : range_(std::move(range)), document_(std::move(document)), inMainText_(inMainText) {}
 
   std::int32_t Start() override { return range_.get(L"Start").toInteger(); }
   void Start(std::int32_t position) override { range_.put(L"Start", Arguments().integer(position)); }
@@ -43,9 +44,12 @@ class ComRange final : public word::Range, public std::enable_shared_from_this<C
 
   std::shared_ptr<word::Find> Find() override;
 
+  word::WdStoryType StoryType() override;
+  std::shared_ptr<word::Range> NextStoryRange() override;
+
   Span span() { return {Start(), End()}; }
   void set(Span span) { SetRange(span.start, span.end); }
-  /// The text of that stretch of its document; none where it lies outside.
+  /// The text of that stretch of its story; none where it lies outside.
   std::u16string textAt(Span span) const;
 
  protected:
@@ -56,6 +60,7 @@ class ComRange final : public word::Range, public std::enable_shared_from_this<C
 
   Object range_;
   Object document_;
+  bool inMainText_;  ///< Document.Range knows no other
 };
 
 }  // namespace pluvo::word_com

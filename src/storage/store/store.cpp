@@ -144,7 +144,7 @@ files::NewVersion StoredDocument::newVersion(const std::string& path, const Save
 }
 
 Store::Store(files::FileSystem& system)
-    : system_(&system), registry_(std::make_shared<const formats::Registry>(knownFormats())) {}
+    : Store(system, std::make_shared<const formats::Registry>(knownFormats())) {}
 
 std::unique_ptr<StoredDocument> Store::open(const std::string& path, const Also& also) const {
   const std::string_view name = nameIn(path);

@@ -79,6 +79,8 @@ TEST(Calls, HaveTheTypesThatWordDeclares) {
        },
        "call Document.Unprotect(VT_BSTR \"\")"},
       {[](Reached& r) { r.document->StoryRanges(word::wdMainTextStory); }, "call StoryRanges.Item(VT_I4 1)"},
+      {[](Reached& r) { EXPECT_EQ(r.range->StoryType(), word::wdMainTextStory); }, "get Range.StoryType()"},
+      {[](Reached& r) { EXPECT_EQ(r.range->NextStoryRange(), nullptr); }, "get Range.NextStoryRange()"},
       {[](Reached& r) { r.document->Activate(); }, "call Document.Activate()"},
       {[](Reached& r) { r.document->Close(true); }, "call Document.Close(VT_BOOL -1, missing, missing)"},
       {[](Reached& r) { r.document->ActiveWindow()->View()->ShowFieldCodes(true); },

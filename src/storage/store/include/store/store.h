@@ -12,6 +12,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace pluvo::store {
@@ -127,6 +128,9 @@ std::vector<std::string_view> knownExtensions();
 class Store {
  public:
   explicit Store(files::FileSystem& system = files::machineFileSystem());
+  /// Of other formats than those known here.
+  Store(files::FileSystem& system, std::shared_ptr<const formats::Registry> registry)
+      : system_(&system), registry_(std::move(registry)) {}
 
   /// Throws errors::DocumentError; temporary and protected for those that are not also opened. A file that
   /// may not be written opens all the same.
