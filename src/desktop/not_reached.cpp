@@ -39,9 +39,9 @@ void NotReached::look(const OpenDocument& document) {
   if (!stored.encoding().empty()) return;
   elsewhere::Elsewhere found;
   const formats::Source& source = stored.source();
-  const document::Story& model = document.document()->mainText();
+  const document::Story& story = document.document()->mainText();
   try {
-    working_.run([&] { found = elsewhere::lookElsewhere(source, model, {&request_, 1}); });
+    working_.run([&] { found = elsewhere::lookElsewhere(source, story, {&request_, 1}); });
   } catch (...) {
     found.damaged.push_back({"other parts", base::utf8(errors::faultInFlight().description)});
   }

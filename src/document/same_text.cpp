@@ -34,15 +34,12 @@ bool equal(const Stretch& a, const Stretch& b) {
 
 /// Compares front to back. Where the original and what was read back lie in UTF-8, kept pieces are the same
 /// text when they are the same bytes and begin and end where characters do. Where they lie in the original is
-/// counted anew: the writer went by what that has noted.
+/// counted anew, since the writer went by what that has noted.
 class Comparison {
  public:
   Comparison(const text::PieceText& edited, const text::OriginalText& readBack)
-      : edited_(edited), readBack_(readBack), to_(readBack.utf8()) {
-    if (const Utf8Text* const original = edited.original().utf8(); original != nullptr && to_ != nullptr) {
-      originalBytes_ = original->bytes();
-      walk_.emplace(originalBytes_);
-    }
+      : edited_(edited), readBack_(readBack), original_(edited.original().utf8()), to_(readBack.utf8()) {
+    if (original_ != nullptr && to_ != nullptr) walk_.emplace(original_->bytes());
   }
 
   bool isSame(Position start, const Piece& piece) {
@@ -77,16 +74,19 @@ class Comparison {
     return known && reached_ && sameBytes(knownBytes_);
   }
 
+  /// How long a piece is what was read back tells, and where it begins what went before it.
   bool sameBytes(Position start, const Piece& piece) {
     const Utf8Text::Place begin = walk_->to(piece.original);
-    const Utf8Text::Place end = walk_->to(piece.original + piece.length);
-    if (begin.insidePair || end.insidePair || begin.offset > end.offset) return false;
-    if (!reached_) {
-      const Utf8Text::Place place = to_->placeOf(start);
-      if (place.insidePair) return false;
-      reached_ = place.offset;
-    }
-    return sameBytes(originalBytes_.subspan(begin.offset, end.offset - begin.offset));
+    const Utf8Text::Place place = reached_ ? Utf8Text::Place{*reached_} : to_->placeOf(start);
+    const Utf8Text::Place end = to_->placeOf(start + piece.length);
+    if (begin.insidePair || place.insidePair || end.insidePair || end.offset < place.offset) return false;
+    const std::size_t length = end.offset - place.offset;
+    const Utf8Text::Bytes bytes = original_->bytes();
+    if (length > bytes.size() - begin.offset || !original_->beginsUnit(begin.offset + length)) return false;
+    reached_ = place.offset;
+    if (!sameBytes(bytes.subspan(begin.offset, length))) return false;
+    walk_->from(piece.original + piece.length, begin.offset + length);
+    return true;
   }
 
   bool sameBytes(Utf8Text::Bytes wanted) {
@@ -99,10 +99,10 @@ class Comparison {
 
   const text::PieceText& edited_;
   const text::OriginalText& readBack_;
+  const Utf8Text* original_;
   const Utf8Text* to_;
   std::optional<text::Utf8Walk> walk_;  ///< through the original, where both lie in UTF-8
-  Utf8Text::Bytes originalBytes_;
-  Piece known_;  ///< the new text read back last
+  Piece known_;                         ///< the new text read back last
   Utf8Text::Bytes knownBytes_;
   std::optional<std::size_t> reached_;  ///< where in the bytes read back the next piece begins
 };

@@ -270,6 +270,11 @@ Span Story::put(Span replaced, std::u16string_view text, const Landing& landing)
 }
 
 void Story::highlight(Span span, std::uint8_t colour) {
+  if (medium_ != nullptr && !medium_->holdsHighlight()) {
+    throw errors::Fault(word::kNotAvailable,
+                        u"A document of this kind has no place for highlighting; save it as .docx first.")
+        .with(errors::Problem::unsupported);
+  }
   requireUnlocked(*this, span);
   requirePossible(*this, span);
   bool changes = false;

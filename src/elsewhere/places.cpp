@@ -81,11 +81,11 @@ class ButtonCode {
 
 class PlaceReader {
  public:
-  PlaceReader(const document::Story& model, text::View view)
-      : model_(model), view_(view), fields_(model.fields().size()) {}
+  PlaceReader(const document::Story& story, text::View view)
+      : story_(story), view_(view), fields_(story.fields().size()) {}
 
   text::RunMap<Place> read() {
-    for (const auto& run : model_.structure().runs()) {
+    for (const auto& run : story_.structure().runs()) {
       if (run.value.field == document::kNone) {
         readOutside(run.from, run.to);
       } else {
@@ -108,7 +108,7 @@ class PlaceReader {
   };
 
   void readOutside(Position from, Position to) {
-    for (const auto& run : model_.visibility().runs(from, to)) {
+    for (const auto& run : story_.visibility().runs(from, to)) {
       if (text::isVisible(run.value, view_)) {
         append(run.from, run.to, Place::shown);
       } else {
@@ -122,7 +122,7 @@ class PlaceReader {
     Field& field = fields_[index];
     if (!field.met) {
       field.met = true;
-      const std::int32_t parent = model_.fields()[index].parent;
+      const std::int32_t parent = story_.fields()[index].parent;
       if (parent != document::kNone) field.around = fields_[static_cast<std::size_t>(parent)].here();
     }
     readBetweenMarks(
@@ -132,7 +132,7 @@ class PlaceReader {
 
   void readFieldText(Field& field, Position from, Position to) {
     if (!field.inResult && view_ == text::View::results) {
-      const Position name = from + static_cast<Position>(field.code.read(model_.text().substring(from, to)));
+      const Position name = from + static_cast<Position>(field.code.read(story_.text().substring(from, to)));
       readSide(field, from, name, Place::otherSide);
       readSide(field, name, to, Place::computed);
     } else {
@@ -141,7 +141,7 @@ class PlaceReader {
   }
 
   void readSide(const Field& field, Position from, Position to, Place side) {
-    for (const auto& run : model_.visibility().runs(from, to)) {
+    for (const auto& run : story_.visibility().runs(from, to)) {
       const bool hidden = run.value == text::kNowhere && field.here() != text::kNowhere;
       append(run.from, run.to,
              text::isVisible(run.value, view_) ? Place::shown
@@ -157,10 +157,10 @@ class PlaceReader {
       if (place > reached) text(reached, place);
       mark(unit);
       append(place, place + 1,
-             text::isVisible(model_.visibility().valueAt(place), view_) ? Place::shown : Place::mark);
+             text::isVisible(story_.visibility().valueAt(place), view_) ? Place::shown : Place::mark);
       reached = place + 1;
     };
-    model_.text().forEachStretch(from, to, [&](Position start, const text::Stretch& stretch) {
+    story_.text().forEachStretch(from, to, [&](Position start, const text::Stretch& stretch) {
       if (!holdsMark(stretch)) return true;
       for (Position i = 0; i < stretch.length; ++i) {
         const char16_t unit = stretch.wide != nullptr ? stretch.wide[i] : stretch.narrow[i];
@@ -179,7 +179,7 @@ class PlaceReader {
     if (to > from) places_.append(to - from, place);
   }
 
-  const document::Story& model_;
+  const document::Story& story_;
   text::View view_;
   std::vector<Field> fields_;
   text::RunMap<Place> places_;
@@ -187,15 +187,15 @@ class PlaceReader {
 
 }  // namespace
 
-bool hasMarks(const document::Story& model) {
+bool hasMarks(const document::Story& story) {
   bool any = false;
-  model.text().forEachStretch(
-      0, model.length(), [&](Position, const text::Stretch& stretch) { return !(any = holdsMark(stretch)); });
+  story.text().forEachStretch(
+      0, story.length(), [&](Position, const text::Stretch& stretch) { return !(any = holdsMark(stretch)); });
   return any;
 }
 
-text::RunMap<Place> placesOf(const document::Story& model, text::View view) {
-  return PlaceReader(model, view).read();
+text::RunMap<Place> placesOf(const document::Story& story, text::View view) {
+  return PlaceReader(story, view).read();
 }
 
 }  // namespace pluvo::elsewhere

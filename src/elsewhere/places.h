@@ -17,9 +17,9 @@ enum class Place : std::uint8_t {
 
 /// Whether a text has marks of fields or anchors of comments. Of one without, what a view does not show is
 /// hidden.
-bool hasMarks(const document::Story& model);
+bool hasMarks(const document::Story& story);
 
 /// The place of every character. Not to be asked of a text that the view shows wholly, since it costs.
-text::RunMap<Place> placesOf(const document::Story& model, text::View view);
+text::RunMap<Place> placesOf(const document::Story& story, text::View view);
 
 }  // namespace pluvo::elsewhere

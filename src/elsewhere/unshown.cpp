@@ -18,9 +18,9 @@ namespace {
 template <class Places, class IsSought>
 class Touching {
  public:
-  Touching(const document::Story& model, const Beginning& beginning, const Shown& shown, const Places& places,
+  Touching(const document::Story& story, const Beginning& beginning, const Shown& shown, const Places& places,
            IsSought isSought)
-      : model_(model), beginning_(beginning), shown_(shown), places_(places), isSought_(isSought) {}
+      : story_(story), beginning_(beginning), shown_(shown), places_(places), isSought_(isSought) {}
 
   std::int64_t count() const {
     std::int64_t count = 0;
@@ -28,7 +28,7 @@ class Touching {
     while (const auto next = nextSought(from)) {
       from = std::max(from, before(*next));
       const auto match =
-          beginning_.search().find(model_.text(), shown_, text::View::results, from, model_.length());
+          beginning_.search().find(story_.text(), shown_, text::View::results, from, story_.length());
       if (!match) break;
       if (touches(*match)) ++count;
       from = match->to;
@@ -61,7 +61,7 @@ class Touching {
     for (const auto& run : places_.runs(match.from, match.to)) {
       if (!isSought_(run.value)) continue;
       for (Position at = run.from; at < run.to;) {
-        const text::Piece piece = model_.text().pieceAt(at);
+        const text::Piece piece = story_.text().pieceAt(at);
         if (!piece.isNew()) return true;
         at += piece.length;
       }
@@ -69,7 +69,7 @@ class Touching {
     return false;
   }
 
-  const document::Story& model_;
+  const document::Story& story_;
   const Beginning& beginning_;
   const Shown& shown_;
   const Places& places_;
@@ -78,18 +78,18 @@ class Touching {
 
 class Unshown {
  public:
-  Unshown(const document::Story& model, const Beginning& beginning, text::View view)
-      : model_(model),
+  Unshown(const document::Story& story, const Beginning& beginning, text::View view)
+      : story_(story),
         beginning_(beginning),
         other_(view == text::View::results ? text::View::codes : text::View::results),
-        places_(placesOf(model, view)) {
+        places_(placesOf(story, view)) {
     for (const auto& run : places_.runs()) met_[static_cast<std::size_t>(run.value)] = true;
   }
 
   std::int64_t count(Place sought) const {
     if (!met_[static_cast<std::size_t>(sought)]) return 0;
     const Shown shown = sought == Place::otherSide ? shownOnOtherSide() : shownWith(sought);
-    return Touching(model_, beginning_, shown, places_, [&](Place place) { return place == sought; }).count();
+    return Touching(story_, beginning_, shown, places_, [&](Place place) { return place == sought; }).count();
   }
 
  private:
@@ -110,14 +110,14 @@ class Unshown {
         shown.append(run.to - run.from, text::kEverywhere);
         continue;
       }
-      for (const auto& part : model_.visibility().runs(run.from, run.to))
+      for (const auto& part : story_.visibility().runs(run.from, run.to))
         shown.append(part.to - part.from,
                      text::isVisible(part.value, other_) ? text::kEverywhere : text::kNowhere);
     }
     return shown;
   }
 
-  const document::Story& model_;
+  const document::Story& story_;
   const Beginning& beginning_;
   text::View other_;
   text::RunMap<Place> places_;
@@ -130,18 +130,18 @@ bool hasUnshown(const text::RunMap<Visibility>& visibility) {
   return visibility.runCount() > 1 || (visibility.length() > 0 && visibility.valueAt(0) != text::kEverywhere);
 }
 
-void countUnshown(const document::Story& model, const Beginning& beginning, bool fieldCodes,
+void countUnshown(const document::Story& story, const Beginning& beginning, bool fieldCodes,
                   Elsewhere& found) {
-  if (!hasUnshown(model.visibility())) return;
+  if (!hasUnshown(story.visibility())) return;
   const text::View view = fieldCodes ? text::View::codes : text::View::results;
-  if (!hasMarks(model)) {
-    const Shown everything(model.length(), text::kEverywhere);
+  if (!hasMarks(story)) {
+    const Shown everything(story.length(), text::kEverywhere);
     const auto isHidden = [&](Visibility shown) { return !text::isVisible(shown, view); };
     found.unreached[static_cast<std::size_t>(Unreached::hidden)] +=
-        Touching(model, beginning, everything, model.visibility(), isHidden).count();
+        Touching(story, beginning, everything, story.visibility(), isHidden).count();
     return;
   }
-  const Unshown unshown(model, beginning, view);
+  const Unshown unshown(story, beginning, view);
   const auto add = [&](Unreached kind, Place place) {
     found.unreached[static_cast<std::size_t>(kind)] += unshown.count(place);
   };

@@ -9,14 +9,14 @@ namespace pluvo::view {
 
 namespace {
 
-bool isOutermost(const document::Story& model, std::int32_t table) {
-  return model.tables()[static_cast<std::size_t>(table)].parent == document::kNone;
+bool isOutermost(const document::Story& story, std::int32_t table) {
+  return story.tables()[static_cast<std::size_t>(table)].parent == document::kNone;
 }
 
 }  // namespace
 
-BlockIndex::BlockIndex(const document::Story& model, Estimate estimate)
-    : model_(model), estimate_(std::move(estimate)), length_(model.length()) {
+BlockIndex::BlockIndex(const document::Story& story, Estimate estimate)
+    : story_(story), estimate_(std::move(estimate)), length_(story.length()) {
   scan(0, length_, blocks_);
 }
 
@@ -48,7 +48,7 @@ void BlockIndex::settle() {
   if (dirty_.empty()) return;
   const std::vector<Dirty> edits = std::exchange(dirty_, {});
   const auto startsBefore = [](const Block& block, Position position) { return block.from < position; };
-  const Position oldLength = std::exchange(length_, model_.length());
+  const Position oldLength = std::exchange(length_, story_.length());
   std::vector<Block> settled;
   settled.reserve(blocks_.size() + edits.size());
   std::size_t done = 0;  // of the blocks as they were
@@ -102,17 +102,17 @@ void BlockIndex::keep(std::size_t first, std::size_t last, Position growth, std:
 /// Takes in blocks that together are [from, to).
 void BlockIndex::scan(Position from, Position to, std::vector<Block>& found) const {
   Position start = from;
-  for (const auto& run : model_.structure().runs(from, to)) {
+  for (const auto& run : story_.structure().runs(from, to)) {
     const document::Structure& structure = run.value;
     if (structure.table != document::kNone) {
-      if (!structure.rowMark || !isOutermost(model_, structure.table)) continue;
+      if (!structure.rowMark || !isOutermost(story_, structure.table)) continue;
       for (Position mark = run.from; mark < run.to; ++mark) {
         add(start, mark + 1, true, found);
         start = mark + 1;
       }
       continue;
     }
-    model_.text().forEachStretch(run.from, run.to, [&](Position at, const text::Stretch& stretch) {
+    story_.text().forEachStretch(run.from, run.to, [&](Position at, const text::Stretch& stretch) {
       for (Position i = 0; i < stretch.length; ++i) {
         if (stretch[i] != text::kParagraphMark && !structure.sectionMark) continue;
         add(start, at + i + 1, false, found);
@@ -138,16 +138,16 @@ Position BlockIndex::cut(Position from, Position to) const {
   constexpr Position kSearched = 512;
   Position end = std::min(from + kLongest, to);
   for (Position at = end; at > end - kSearched; --at) {
-    if (model_.text().at(at - 1) == u' ') return at;
+    if (story_.text().at(at - 1) == u' ') return at;
   }
-  while (end > from + 1 && base::isLowSurrogate(model_.text().at(end))) --end;
+  while (end > from + 1 && base::isLowSurrogate(story_.text().at(end))) --end;
   return end;
 }
 
 bool BlockIndex::endsBlock(Position position) const {
-  const document::Structure structure = model_.structure().valueAt(position);
-  if (structure.table != document::kNone) return structure.rowMark && isOutermost(model_, structure.table);
-  return model_.endsParagraph(position);
+  const document::Structure structure = story_.structure().valueAt(position);
+  if (structure.table != document::kNone) return structure.rowMark && isOutermost(story_, structure.table);
+  return story_.endsParagraph(position);
 }
 
 Span BlockIndex::span(std::size_t i) const {

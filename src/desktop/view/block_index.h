@@ -26,10 +26,10 @@ class BlockIndex {
   /// Guesses a block's height in pixels.
   using Estimate = std::function<int(Span block, bool isRow)>;
 
-  /// The model outlives the index.
-  BlockIndex(const document::Story& model, Estimate estimate);
+  /// The story outlives the index.
+  BlockIndex(const document::Story& story, Estimate estimate);
 
-  /// A span of the model's text was replaced.
+  /// A span of the story's text was replaced.
   void edited(Span span, Position newLength);
   void settle();
 
@@ -77,7 +77,7 @@ class BlockIndex {
   void keep(std::size_t first, std::size_t last, Position growth, std::vector<Block>& in) const;
   void stale(std::size_t i) { stale_ = stale_ < i ? stale_ : i; }
 
-  const document::Story& model_;
+  const document::Story& story_;
   Estimate estimate_;
   std::vector<Block> blocks_;
   Position length_ = 0;

@@ -31,14 +31,14 @@ QTextOption optionOf(const formats::Appearance& look, bool rightToLeft, const QF
 
 }  // namespace
 
-BlockLayout::BlockLayout(const document::Story& model, Span block, bool isRow, text::View view,
+BlockLayout::BlockLayout(const document::Story& story, Span block, bool isRow, text::View view,
                          const Looks& looks, qreal width)
-    : model_(model), view_(view), looks_(looks), end_(block.to) {
+    : story_(story), view_(view), looks_(looks), end_(block.to) {
   qreal bottom = 0;
   if (isRow) {
-    std::int32_t table = model.structure().valueAt(block.to - 1).table;
+    std::int32_t table = story.structure().valueAt(block.to - 1).table;
     bottom = addRow(block, table, {0, width}, 0, 0);
-    const bool isLast = block.to == model.length() || model.structure().valueAt(block.to).table != table;
+    const bool isLast = block.to == story.length() || story.structure().valueAt(block.to).table != table;
     if (isLast) bottom += gapBelow();
   } else {
     if (goesOn(block)) end_ = lineStartAtEnd(block, {0, width});
@@ -50,19 +50,19 @@ BlockLayout::BlockLayout(const document::Story& model, Span block, bool isRow, t
 qreal BlockLayout::gapBelow() const { return QFontMetricsF(looks_.font).height() * 0.4; }
 
 /// Whether the paragraph has begun before it.
-bool BlockLayout::continues(Span span) const { return span.from > 0 && !model_.endsParagraph(span.from - 1); }
+bool BlockLayout::continues(Span span) const { return span.from > 0 && !story_.endsParagraph(span.from - 1); }
 
 /// Whether the paragraph goes on after it.
 bool BlockLayout::goesOn(Span span) const {
-  return !model_.endsParagraph(span.to - 1) && span.to < model_.length();
+  return !story_.endsParagraph(span.to - 1) && span.to < story_.length();
 }
 
 /// Where the line begins that holds the end of a part of a paragraph. What follows decides where lines break.
 Position BlockLayout::lineStartAtEnd(Span part, Column column) const {
   constexpr Position kAhead = 1024;
-  const Position most = std::min(part.to + kAhead, model_.length());
+  const Position most = std::min(part.to + kAhead, story_.length());
   Position to = part.to;
-  while (to < most && !model_.endsParagraph(to)) ++to;
+  while (to < most && !story_.endsParagraph(to)) ++to;
   const std::optional<Fragment> ahead = inLines({part.from, to}, column);
   if (!ahead) return part.to;
   const QTextLine line = ahead->layout->lineForTextPosition(ahead->shown.shown(part.to));
@@ -72,20 +72,20 @@ Position BlockLayout::lineStartAtEnd(Span part, Column column) const {
 
 /// A paragraph, or a part of one, in lines from the top; nothing where none of it is shown.
 std::optional<BlockLayout::Fragment> BlockLayout::inLines(Span span, Column column) const {
-  const bool hasMark = model_.endsParagraph(span.to - 1);
-  ShownText shown(model_, span, view_);
+  const bool hasMark = story_.endsParagraph(span.to - 1);
+  ShownText shown(story_, span, view_);
   const bool endShown =
-      hasMark ? text::isVisible(model_.visibility().valueAt(span.to - 1), view_) : !goesOn(span);
+      hasMark ? text::isVisible(story_.visibility().valueAt(span.to - 1), view_) : !goesOn(span);
   if (shown.text().isEmpty() && !endShown) return std::nullopt;
 
-  const formats::Appearance look = looks_.of(model_, span.to - 1);
+  const formats::Appearance look = looks_.of(story_, span.to - 1);
   const QFont font = looks_.paragraphFont(look);
   auto layout = std::make_unique<QTextLayout>(shown.text(), font);
   layout->setCacheEnabled(true);
   // Where the format does not tell, the text does.
   const bool byText = looks_.appearance.length() == 0 && shown.text().isRightToLeft();
   layout->setTextOption(optionOf(look, look.rightToLeft || byText, font));
-  layout->setFormats(looks_.formats(model_, shown, look));
+  layout->setFormats(looks_.formats(story_, shown, look));
   const QFontMetricsF metrics(font);
   const qreal indent = look.heading == 0 ? look.listLevel * metrics.averageCharWidth() * 3 : 0;
   column.width -= indent;
@@ -114,7 +114,7 @@ qreal BlockLayout::addParagraph(Span span, Column column, qreal top) {
   fragment->at = fragment->rect.topLeft();
   const qreal bottom = fragment->rect.bottom();
   fragments_.push_back(std::move(*fragment));
-  return bottom + (model_.endsParagraph(span.to - 1) ? gapBelow() : 0);
+  return bottom + (story_.endsParagraph(span.to - 1) ? gapBelow() : 0);
 }
 
 /// As the document has them, so far as it tells of every cell; the row takes all the room there is.
@@ -123,7 +123,7 @@ std::vector<qreal> BlockLayout::widthsOf(const std::vector<Span>& cells, qreal r
   qreal all = 0;
   bool told = true;
   for (const Span& cell : cells) {
-    widths.push_back(looks_.of(model_, cell.to - 1).cellWidth);
+    widths.push_back(looks_.of(story_, cell.to - 1).cellWidth);
     told = told && widths.back() > 0;
     all += widths.back();
   }
@@ -135,10 +135,10 @@ std::vector<qreal> BlockLayout::widthsOf(const std::vector<Span>& cells, qreal r
 qreal BlockLayout::addRow(Span row, std::int32_t table, Column column, qreal top, int depth) {
   std::vector<Span> cells;
   Position from = row.from;
-  for (const auto& run : model_.structure().runs(row.from, row.to)) {
+  for (const auto& run : story_.structure().runs(row.from, row.to)) {
     if (run.value.table != table || run.value.rowMark) continue;
     for (Position at = run.from; at < run.to; ++at) {
-      if (!model_.isCellMark(at)) continue;
+      if (!story_.isCellMark(at)) continue;
       cells.push_back({from, at + 1});
       from = at + 1;
     }
@@ -166,23 +166,23 @@ qreal BlockLayout::addCell(Span cell, std::int32_t table, Column column, qreal t
   Position from = cell.from;
   const auto paragraphsTo = [&](Position to) {
     for (Position at = from; at < to; ++at) {
-      if (!model_.endsParagraph(at)) continue;
+      if (!story_.endsParagraph(at)) continue;
       top = addParagraph({from, at + 1}, column, top);
       from = at + 1;
     }
     if (from < to) top = addParagraph({from, to}, column, top);
     from = to;
   };
-  const auto& tables = model_.tables();
-  for (const auto& run : model_.structure().runs(cell.from, cell.to)) {
+  const auto& tables = story_.tables();
+  for (const auto& run : story_.structure().runs(cell.from, cell.to)) {
     if (depth >= kDeepest || !run.value.rowMark) continue;
     const std::int32_t inner = run.value.table;
     if (inner == table || tables[static_cast<std::size_t>(inner)].parent != table) continue;
     for (Position mark = run.from; mark < run.to; ++mark) {
       // Paragraphs in front of the inner table's row lie in this cell itself.
       Position rowStart = from;
-      while (rowStart < mark && model_.structure().valueAt(rowStart).table == table)
-        rowStart = std::min(model_.structure().runEnd(rowStart), mark);
+      while (rowStart < mark && story_.structure().valueAt(rowStart).table == table)
+        rowStart = std::min(story_.structure().runEnd(rowStart), mark);
       paragraphsTo(rowStart);
       top = addRow({rowStart, mark + 1}, inner, column, top, depth + 1);
       from = mark + 1;
@@ -216,7 +216,7 @@ void BlockLayout::paint(QPainter& painter, QPointF at, const QRectF& clip, Span 
     }
     fragment.layout->draw(&painter, at + fragment.at, chosen, clip);
     const Position mark = fragment.span.to - 1;
-    if (touches && selection.to > mark && selection.from <= mark && model_.endsParagraph(mark)) {
+    if (touches && selection.to > mark && selection.from <= mark && story_.endsParagraph(mark)) {
       const QRectF caretRect = caret(mark).translated(at);
       painter.fillRect(
           QRectF(caretRect.left(), caretRect.top(), caretRect.height() * 0.3, caretRect.height()),

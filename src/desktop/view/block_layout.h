@@ -20,7 +20,7 @@ namespace pluvo::view {
 /// Coordinates are the block's own, in pixels from its top left corner.
 class BlockLayout {
  public:
-  BlockLayout(const document::Story& model, Span block, bool isRow, text::View view, const Looks& looks,
+  BlockLayout(const document::Story& story, Span block, bool isRow, text::View view, const Looks& looks,
               qreal width);
 
   int height() const { return height_; }
@@ -82,7 +82,7 @@ class BlockLayout {
   qreal addCell(Span cell, std::int32_t table, Column column, qreal top, int depth);
   qreal addRow(Span row, std::int32_t table, Column column, qreal top, int depth);
 
-  const document::Story& model_;
+  const document::Story& story_;
   text::View view_;
   const Looks& looks_;
   std::vector<Fragment> fragments_;

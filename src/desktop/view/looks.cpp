@@ -19,9 +19,9 @@ void put(QTextCharFormat& format, const formats::Appearance& look) {
 
 }  // namespace
 
-formats::Appearance Looks::of(const document::Story& model, Position position) const {
-  if (appearance.length() == 0 || position >= model.length()) return {};
-  const text::Piece piece = model.text().pieceAt(position);
+formats::Appearance Looks::of(const document::Story& story, Position position) const {
+  if (appearance.length() == 0 || position >= story.length()) return {};
+  const text::Piece piece = story.text().pieceAt(position);
   const Position original = piece.isNew() ? piece.anchor : piece.original;
   if (original < 0 || original >= appearance.length()) return {};
   return appearance.valueAt(original);
@@ -35,7 +35,7 @@ QFont Looks::paragraphFont(const formats::Appearance& paragraph) const {
   return result;
 }
 
-QList<QTextLayout::FormatRange> Looks::formats(const document::Story& model, const ShownText& shown,
+QList<QTextLayout::FormatRange> Looks::formats(const document::Story& story, const ShownText& shown,
                                                const formats::Appearance& paragraph) const {
   QList<QTextLayout::FormatRange> ranges;
   const auto add = [&](int from, int length, const QTextCharFormat& format) {
@@ -44,7 +44,7 @@ QList<QTextLayout::FormatRange> Looks::formats(const document::Story& model, con
   for (const ShownText::Part& part : shown.parts()) {
     const Position end = part.position + part.length;
     for (Position at = part.position; at < end && appearance.length() != 0;) {
-      const text::Piece piece = model.text().pieceAt(at);
+      const text::Piece piece = story.text().pieceAt(at);
       const Position original = piece.isNew() ? piece.anchor : piece.original;
       if (original < 0 || original >= appearance.length()) {
         at += piece.length;
@@ -65,14 +65,14 @@ QList<QTextLayout::FormatRange> Looks::formats(const document::Story& model, con
       at = to;
     }
     // Later ones count: an insertion that was deleted looks deleted, under highlight of its own.
-    for (const auto& run : model.structure().runs(part.position, end)) {
+    for (const auto& run : story.structure().runs(part.position, end)) {
       if (!run.value.deleted) continue;
       QTextCharFormat format;
       format.setFontStrikeOut(true);
       format.setForeground(deleted);
       add(part.shown + (run.from - part.position), run.to - run.from, format);
     }
-    for (const auto& run : model.highlight().runs(part.position, end)) {
+    for (const auto& run : story.highlight().runs(part.position, end)) {
       const QColor colour = highlightColour(run.value);
       if (!colour.isValid()) continue;
       QTextCharFormat format;

@@ -21,11 +21,11 @@ struct Looks {
   QColor inserted;
 
   /// New text looks as the character it takes its formatting from.
-  formats::Appearance of(const document::Story& model, Position position) const;
+  formats::Appearance of(const document::Story& story, Position position) const;
   /// The paragraph's own: its size, alignment and direction.
   QFont paragraphFont(const formats::Appearance& paragraph) const;
   /// Bold, highlight and so on of the text shown, in a paragraph that looks like this.
-  QList<QTextLayout::FormatRange> formats(const document::Story& model, const ShownText& shown,
+  QList<QTextLayout::FormatRange> formats(const document::Story& story, const ShownText& shown,
                                           const formats::Appearance& paragraph) const;
 };
 

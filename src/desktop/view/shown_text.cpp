@@ -41,10 +41,10 @@ char16_t glyphOf(char16_t unit) {
 
 }  // namespace
 
-ShownText::ShownText(const document::Story& model, Span span, text::View view) {
+ShownText::ShownText(const document::Story& story, Span span, text::View view) {
   end_ = span.to;
-  if (!span.empty() && model.endsParagraph(span.to - 1)) end_ = span.to - 1;
-  text::forEachVisibleStretch(model.text(), model.visibility(), view, span.from, end_,
+  if (!span.empty() && story.endsParagraph(span.to - 1)) end_ = span.to - 1;
+  text::forEachVisibleStretch(story.text(), story.visibility(), view, span.from, end_,
                               [&](Position at, const text::Stretch& stretch) {
                                 parts_.push_back({static_cast<int>(text_.size()), at, stretch.length});
                                 for (Position i = 0; i < stretch.length; ++i)
@@ -70,17 +70,17 @@ int ShownText::shown(Position position) const {
   return static_cast<int>(text_.size());
 }
 
-QString spokenText(const document::Story& model, Span span, text::View view) {
+QString spokenText(const document::Story& story, Span span, text::View view) {
   constexpr char16_t kNoWidth = 0x200B;
   QString spoken(span.length(), QChar(kNoWidth));
   text::forEachVisibleStretch(
-      model.text(), model.visibility(), view, span.from, span.to,
+      story.text(), story.visibility(), view, span.from, span.to,
       [&](Position at, const text::Stretch& stretch) {
         for (Position i = 0; i < stretch.length; ++i) {
           const char16_t glyph = glyphOf(stretch[i]);
-          const bool ends = model.endsParagraph(at + i);
+          const bool ends = story.endsParagraph(at + i);
           const bool endsCell = ends && stretch[i] == text::kCellMark;
-          const bool isTab = endsCell && !model.isRowMark(at + i);
+          const bool isTab = endsCell && !story.isRowMark(at + i);
           spoken[at + i - span.from] = QChar(isTab ? u'\t' : ends || glyph == 0x2028 ? u'\n' : glyph);
         }
         return true;
@@ -88,15 +88,15 @@ QString spokenText(const document::Story& model, Span span, text::View view) {
   return spoken;
 }
 
-QString copiedText(const document::Story& model, Span span, text::View view) {
+QString copiedText(const document::Story& story, Span span, text::View view) {
   QString copied;
   text::forEachVisibleStretch(
-      model.text(), model.visibility(), view, span.from, span.to,
+      story.text(), story.visibility(), view, span.from, span.to,
       [&](Position at, const text::Stretch& stretch) {
         for (Position i = 0; i < stretch.length; ++i) {
           const char16_t unit = stretch[i];
-          if (unit == text::kCellMark && model.endsParagraph(at + i)) {
-            if (model.isRowMark(at + i)) {
+          if (unit == text::kCellMark && story.endsParagraph(at + i)) {
+            if (story.isRowMark(at + i)) {
               if (copied.endsWith(u'\t')) copied.chop(1);
               copied += u'\n';
             } else {

@@ -16,7 +16,7 @@ using text::Span;
 class ShownText {
  public:
   /// The span may end with the paragraph's mark, which is not shown.
-  ShownText(const document::Story& model, Span span, text::View view);
+  ShownText(const document::Story& story, Span span, text::View view);
 
   const QString& text() const { return text_; }
   /// The document's position of a place in the text shown; behind the last unit, that of the mark, or the
@@ -40,9 +40,9 @@ class ShownText {
 
 /// The text of a span for a screen reader, a unit for each of the document's: what is hidden is blanks
 /// without width, paragraphs and rows end in line feeds, cells in tabs.
-QString spokenText(const document::Story& model, Span span, text::View view);
+QString spokenText(const document::Story& story, Span span, text::View view);
 
 /// The visible text of a span as other programs take it: paragraphs end in line feeds, cells in tabs.
-QString copiedText(const document::Story& model, Span span, text::View view);
+QString copiedText(const document::Story& story, Span span, text::View view);
 
 }  // namespace pluvo::view

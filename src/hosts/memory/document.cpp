@@ -199,12 +199,6 @@ void MemoryDocument::requireHighlightable(std::int32_t colour) {
     throw Fault(word::kParameterOutOfRange, u"There is no highlight colour with this index.")
         .with(errors::Problem::encoding);
   }
-  const document::Medium* const medium = stories().medium().get();
-  if (medium != nullptr && !medium->holdsHighlight()) {
-    throw Fault(word::kNotAvailable,
-                u"A document of this kind has no place for highlighting; save it as .docx first.")
-        .with(errors::Problem::unsupported);
-  }
 }
 
 MemoryApplication& MemoryDocument::application() const {

@@ -102,7 +102,9 @@ std::unique_ptr<files::Pending> StoredDocument::beginSave(const SaveOptions& opt
       options.otherPath
           ? files::beginCreatingFile(*system_, *options.otherPath, path_, stamp_, version, options.otherRoot)
           : files::beginReplacingFile(*system_, path_, stamp_, version, options.backupSuffix);
-  const auto length = static_cast<std::uint64_t>(document_->mainText().length());
+  std::uint64_t length = 0;
+  for (std::size_t i = 0; i < document_->stories().count(); ++i)
+    length += static_cast<std::uint64_t>(document_->stories().story(i).length());
   if (std::max(source_->unpackedSize(), length) > kMostUnchecked) pending->check();
   return pending;
 }

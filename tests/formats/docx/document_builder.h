@@ -44,7 +44,7 @@ std::string wml(std::string_view text);
 /// A document as the rest of the program has it.
 struct Opened {
   document::Document document;
-  std::unique_ptr<formats::Source> source;
+  std::shared_ptr<const formats::Source> source;
   document::Story& model = document.mainText();
 
   base::Bytes written() const;

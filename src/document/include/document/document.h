@@ -24,8 +24,6 @@ class Document {
   /// The number of the first story of a kind, from i on; count() where there is none.
   std::size_t firstOf(word::WdStoryType kind, std::size_t i = 0) const;
 
-  const std::shared_ptr<const Medium>& medium() const { return medium_; }
-
   /// Whether any story was edited since the document was read or last saved.
   bool changed() const;
   /// For whoever wrote the document into its file.

@@ -30,8 +30,8 @@ struct Removal;
 /// A span that does not lie in the text is a bug in the caller. An edit is refused with a Fault, and nothing
 /// has happened, when its text holds a character that stands for something other than text (marks of cells
 /// and fields, pictures, references) or that the file cannot hold (5843), when positions would no longer
-/// suffice (5854), when a control is locked or the file cannot be edited so at that place (4198), or when the
-/// edits would divide the text into too many parts (7).
+/// suffice (5854), when the file has no place for highlighting (4605), when a control is locked or the file
+/// cannot be edited so at that place (4198), or when the edits would divide the text into too many parts (7).
 class Story {
  public:
   /// How many parts, pieces of text and runs of a layer, edits may bring in: about 400 MB. Sixteen million

@@ -43,7 +43,7 @@ std::string_view wordsOf(formats::Unreached kind);
 std::string_view wordsOf(formats::Opaque kind);
 
 /// Looks for the blocks and the beginnings of requests, which are counted together. Called after the passes
-/// and before saving, over the model as they left it: what they deleted does not count, nor does what they
+/// and before saving, over main text as they left it: what they deleted does not count, nor does what they
 /// wrote.
 Elsewhere lookElsewhere(const formats::Source& source, const document::Story& main,
                         std::span<const engine::Request> requests);

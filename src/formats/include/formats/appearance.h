@@ -13,7 +13,7 @@ struct Appearance {
   bool italic = false;
   bool underlined = false;
   bool struck = false;
-  bool inserted = false;     ///< in a tracked insertion; deletions are told by the model
+  bool inserted = false;     ///< in a tracked insertion; deletions are told by the story
   std::uint8_t heading = 0;  ///< 1 to 9; 0 for none
   Alignment alignment = Alignment::start;
   bool rightToLeft = false;

@@ -61,7 +61,7 @@ struct Hint {
 
 struct Opened {
   std::vector<document::Content> stories;  ///< main text first
-  std::unique_ptr<Source> source = {};
+  std::shared_ptr<const Source> source = {};
   std::optional<Protection> protection = std::nullopt;
   /// By which a plain text was read; empty where the format leaves no choice.
   std::string encoding = {};

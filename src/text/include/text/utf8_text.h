@@ -92,6 +92,11 @@ class Utf8Walk {
   explicit Utf8Walk(Utf8Text::Bytes bytes) : bytes_(bytes) {}
   /// Where a unit lies, which is not in front of the last one asked for; behind all bytes beyond the end.
   Utf8Text::Place to(Position position);
+  /// Goes on from a unit that is known to begin there.
+  void from(Position position, std::size_t offset) {
+    position_ = position;
+    offset_ = offset;
+  }
 
  private:
   Utf8Text::Bytes bytes_;

@@ -102,7 +102,7 @@ class MemoryDocument : public word::Document, public std::enable_shared_from_thi
 
   /// Whether the document takes edits now.
   void requireEditable();
-  /// Whether it takes highlighting. An unknown colour is a Fault 5843, a file without a place for it 4605.
+  /// The same of highlighting. An unknown colour is a Fault 5843.
   void requireHighlightable(std::int32_t colour);
 
  private:
