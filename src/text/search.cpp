@@ -152,17 +152,19 @@ class Execution {
         gatherLimit_(kFirstGather + 2 * needle.length()) {}
 
   std::optional<Span> run(Position from, Position to) {
-    const bool isOnePiece = haystack_.text.pieceCount() == 1;
+    const std::optional<Stretch> whole = haystack_.text.wholeStretch();
     for (const auto& run : haystack_.visibility.runs(from, to)) {
       if (isVisible(run.value, haystack_.view)) {
-        if (isOnePiece) {
-          take(run.from, haystack_.text.piece(0).part(run.from, run.to));
+        if (whole) {
+          take(run.from, whole->part(run.from, run.to));
         } else {
           haystack_.text.forEachPiece(run.from, run.to, [&](Position start, const Piece& piece) {
             take(start, piece);
             return !found_;
           });
         }
+      } else if (whole && gathered_.length() > 0) {
+        passOver(run.from, whole->part(run.from, run.to));
       } else if (gathered_.length() > 0) {
         passOver(run.from, run.to);
       }
@@ -260,12 +262,14 @@ class Execution {
 
   /// A hidden cell mark parts what lies on both sides of it.
   void passOver(Position from, Position to) {
-    haystack_.text.forEachStretch(from, to, [&](Position start, const Stretch& stretch) {
-      const Position mark = cellMarkIn(stretch);
-      if (mark == kNowhereFound) return true;
-      gathered_.add(start + mark, stretch.part(mark, mark + 1));
-      return false;
-    });
+    haystack_.text.forEachStretch(
+        from, to, [&](Position start, const Stretch& stretch) { return passOver(start, stretch); });
+  }
+  bool passOver(Position start, const Stretch& stretch) {
+    const Position mark = cellMarkIn(stretch);
+    if (mark == kNowhereFound) return true;
+    gathered_.add(start + mark, stretch.part(mark, mark + 1));
+    return false;
   }
 
   void searchGathered() {

@@ -63,6 +63,8 @@ class OriginalText {
         owner_(std::move(owner)) {}
   OriginalText(std::span<const char16_t> units, std::shared_ptr<const void> owner)
       : whole_{nullptr, units.data(), static_cast<Position>(units.size()), false}, owner_(std::move(owner)) {}
+  OriginalText(const Stretch& units, std::shared_ptr<const void> owner)
+      : whole_(units), owner_(std::move(owner)) {}
   explicit OriginalText(std::shared_ptr<const Utf8Text> text)
       : whole_{nullptr, nullptr, text->length(), false}, utf8_(std::move(text)) {}
 

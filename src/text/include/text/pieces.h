@@ -5,6 +5,7 @@
 #include "text/positions.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -23,13 +24,6 @@ struct Piece {
   bool behindAnchor = false;
 
   bool isNew() const { return original == kNone; }
-  /// Its units [from, to).
-  Piece part(Position from, Position to) const {
-    Piece part = *this;
-    part.length = to - from;
-    (isNew() ? part.added : part.original) += from;
-    return part;
-  }
   static constexpr Position kNone = -1;
 };
 
@@ -67,6 +61,13 @@ class PieceText {
   Piece piece(std::size_t i) const {
     const auto part = pieces_.part(i);
     return cut(part, part.from, part.to);
+  }
+  /// The text as one stretch, where nothing was edited and it lies in units.
+  std::optional<Stretch> wholeStretch() const {
+    const bool isOriginal =
+        pieces_.count() == 1 && !pieces_.value(0).isNew() && length() == original_.length();
+    if (!isOriginal || original_.utf8() != nullptr) return std::nullopt;
+    return original_.stretch(0, length());
   }
   /// The units of a new piece. Valid until the next edit.
   std::u16string_view addedText(const Piece& piece) const;
