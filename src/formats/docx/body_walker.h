@@ -208,7 +208,7 @@ class BodyWalker {
   void readText(xml::Token token);
   void tellText(TextElement element, bool preserved, std::string_view inner);
   void follow(xml::Token token);
-  void rememberWay(xml::Token token);
+  void rememberWay();
   bool passToNextRun();
   void alternativeInRun();
   void ruby(xml::Token token);
@@ -260,6 +260,7 @@ class BodyWalker {
     Extent run;   ///< its start tag
     Extent text;  ///< the text's start tag
     std::string_view textName;
+    Extent whole;  ///< of its properties
     Properties properties;
   };
   /// How far the way is followed that begins behind the text met last.

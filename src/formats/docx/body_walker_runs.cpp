@@ -162,7 +162,7 @@ void BodyWalker::enterSimpleField(Token token) {
 
 /// And those of the runs that follow, so far as the way to them is known.
 void BodyWalker::textElement(Token token) {
-  if (followed_ != Followed::none) rememberWay(token);
+  if (followed_ != Followed::none) rememberWay();
   readText(token);
   while (passToNextRun()) {
   }

@@ -32,7 +32,7 @@ void BodyWalker::follow(Token token) {
 }
 
 /// Called where a text begins.
-void BodyWalker::rememberWay(Token /*token*/) {
+void BodyWalker::rememberWay() {
   const bool isWhole = followed_ == Followed::runOpen || followed_ == Followed::properties;
   if (!isWhole || scanner_.scope() != way_.scope || stack_.size() < 2) return;
   const Offset begin = way_.text.begin;
@@ -50,7 +50,7 @@ void BodyWalker::rememberWay(Token /*token*/) {
   way.textName = scanner_.qualifiedName();
   if (way.hasProperties) {
     way.properties = properties_;
-    way.properties.whole = shifted(properties_.whole);
+    way.whole = shifted(properties_.whole);
   }
   ways_.remember(std::move(way));
 }
@@ -60,7 +60,7 @@ bool BodyWalker::passToNextRun() {
   followed_ = Followed::text;
   const Offset begin = way_.text.begin = scanner_.end();
   way_.scope = scanner_.scope();
-  const Way* const way = ways_.recall(scanner_.ahead(), way_.scope);
+  Way* const way = ways_.recall(scanner_.ahead(), way_.scope);
   Open& run = stack_.back();
   if (way == nullptr || run.tag.name != Name::r ||
       stack_[stack_.size() - 2].preserves != way->preservesAround)
@@ -71,11 +71,8 @@ bool BodyWalker::passToNextRun() {
   run.preserves = way->preservesInRun;
   run.from = position_;
   const Tag tag = run.tag;
-  if (way->hasProperties) {
-    properties_ = way->properties;
-    properties_.whole = placed(way->properties.whole);
-  }
-  events_.nextRun(left, placed(way->endTag), tag, way->hasProperties ? &properties_ : nullptr);
+  way->properties.whole = placed(way->whole);
+  events_.nextRun(left, placed(way->endTag), tag, way->hasProperties ? &way->properties : nullptr);
 
   const Extent start = placed(way->text);
   const std::string_view ahead = scanner_.ahead().substr(way->bytes.size());

@@ -6,13 +6,15 @@ namespace pluvo::docx {
 
 namespace {
 
+/// Most notes and comments are shorter.
+constexpr std::size_t kLeastExpected = 512;
 /// A part has more bytes than its text characters; a text that is longer than this costs a few copies.
 constexpr std::size_t kMostExpected = std::size_t{32} << 20U;
 
 }  // namespace
 
 ContentReader::ContentReader(std::size_t size, const Styles& styles) : styles_(styles) {
-  builder_.expect(std::min(size, kMostExpected));
+  builder_.expect(std::clamp(size, kLeastExpected, kMostExpected));
 }
 
 ReadBody ContentReader::finish() { return {builder_.finish(), std::move(map_)}; }

@@ -15,8 +15,8 @@ template <class Way>
 class RunMemory {
  public:
   /// Of the ways that the bytes begin with, the one remembered last, or null.
-  const Way* recall(std::string_view bytes, xml::Scope scope) const {
-    for (const Way& way : ways_) {
+  Way* recall(std::string_view bytes, xml::Scope scope) {
+    for (Way& way : ways_) {
       if (way.scope == scope && endsAlike(way.bytes, bytes) && bytes.starts_with(way.bytes)) return &way;
     }
     return nullptr;
