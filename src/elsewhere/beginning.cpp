@@ -32,10 +32,10 @@ bool Beginning::standsIn(const document::Content& content, bool fieldCodes) cons
       .has_value();
 }
 
-std::int64_t Beginning::countIn(std::u16string_view text) const {
-  const auto length = static_cast<text::Position>(text.size());
+std::int64_t Beginning::countIn(const text::Stretch& text) const {
+  const text::Position length = text.length;
   if (length < this->length()) return 0;
-  const text::PieceText pieces{text::OriginalText(std::span(text.data(), text.size()), nullptr)};
+  const text::PieceText pieces{text::OriginalText(text, nullptr)};
   const text::RunMap<text::Visibility> everywhere(length, text::kEverywhere);
   std::int64_t count = 0;
   text::Position from = 0;

@@ -23,7 +23,7 @@ class Beginning {
   /// Whether the view shows it in a text at all.
   bool standsIn(const document::Content& content, bool fieldCodes) const;
   /// How often it stands in a text of its own, one behind the other.
-  std::int64_t countIn(std::u16string_view text) const;
+  std::int64_t countIn(const text::Stretch& text) const;
 
  private:
   std::u16string text_;

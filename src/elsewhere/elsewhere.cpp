@@ -50,6 +50,9 @@ class Looker : public formats::OtherTexts {
     }
   }
   void unreached(formats::Unreached kind, std::u16string_view text) override {
+    unreached(kind, text::Stretch{nullptr, text.data(), static_cast<text::Position>(text.size()), false});
+  }
+  void unreached(formats::Unreached kind, const text::Stretch& text) override {
     for (const Sought& each : all_)
       found_.unreached[static_cast<std::size_t>(kind)] += each.beginning.countIn(text);
   }

@@ -98,14 +98,13 @@ void tellPackage(const ReadDocument& document, const document::Story& model, for
 
 /// A Word document in another one; throws where it is none.
 void tellDocument(const Package& package, formats::OtherTexts& texts, Budget& budget) {
-  if (const zip::Member* const member = package.member(Role::styles)) budget.take(member->size);
-  const Styles styles = readStyles(package);
+  const Styles styles;  // whether a text is hidden makes no difference
   const zip::Member* const main = package.archive.find(package.mainPart);
   budget.take(main->size);
   const xml::Utf8Part part = xml::toUtf8(package.archive.read(*main), package.mainPart);
   ReadBody body = readBody(part.utf8.view, package.mainPart, styles);
   const document::Story model(std::move(body.content));
-  texts.unreached(Unreached::embedded, model.text().substring(0, model.length()));
+  texts.unreached(Unreached::embedded, model.text().original().stretch(0, model.length()));
   tellPackage({package, part.utf8.view, body.map, styles}, model, texts, budget, Depth::inner);
 }
 

@@ -17,11 +17,10 @@ class AsOneKind : public formats::OtherTexts {
   AsOneKind(Unreached kind, formats::OtherTexts& texts, std::string_view within = {})
       : kind_(kind), texts_(texts), within_(within) {}
   void story(formats::OtherStory /*kind*/, document::Content content) override {
-    std::u16string units(static_cast<std::size_t>(content.text.length()), u'\0');
-    content.text.stretch(0, content.text.length()).copyTo(units.data());
-    texts_.unreached(kind_, units);
+    texts_.unreached(kind_, content.text.stretch(0, content.text.length()));
   }
   void unreached(Unreached /*kind*/, std::u16string_view text) override { texts_.unreached(kind_, text); }
+  void unreached(Unreached /*kind*/, const text::Stretch& text) override { texts_.unreached(kind_, text); }
   void notLookedInto(Opaque kind) override { texts_.notLookedInto(kind); }
   void damaged(std::string_view part, std::string_view why) override {
     texts_.damaged(within_.empty() ? std::string(part) : within_ + "/" + std::string(part), why);

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace pluvo::formats {
@@ -46,6 +47,12 @@ class OtherTexts {
   /// One header, one note, one box.
   virtual void story(OtherStory kind, document::Content content) = 0;
   virtual void unreached(Unreached kind, std::u16string_view text) = 0;
+  /// The same, of a text as it lies in memory.
+  virtual void unreached(Unreached kind, const text::Stretch& text) {
+    std::u16string units(static_cast<std::size_t>(text.length), u'\0');
+    text.copyTo(units.data());
+    unreached(kind, units);
+  }
   virtual void notLookedInto(Opaque kind) = 0;
   /// A part that could not be read: its name in the package, and why (for the user).
   virtual void damaged(std::string_view part, std::string_view why) = 0;
