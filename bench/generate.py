@@ -279,15 +279,18 @@ def main():
     folder = sys.argv[1]
     os.makedirs(folder, exist_ok=True)
 
-    def docx(name, seed, characters, blocks, tables, pictures, length=400):
+    def docx(name, seed, characters, blocks, tables, pictures, length=400, share=0.0):
         rng = random.Random(seed)
-        paragraphs = paragraphs_with_blocks(rng, Filler(rng), characters, every(blocks), length)
+        filler = MixedFiller(rng, share) if share else Filler(rng)
+        paragraphs = paragraphs_with_blocks(rng, filler, characters, every(blocks), length)
         write_docx(os.path.join(folder, name), seed, paragraphs, tables, pictures)
 
     docx("pages-2.docx", 1, 6_400, 4, 1, 1)
     docx("pages-50.docx", 2, 160_000, 60, 10, 5)
     docx("sparse.docx", 3, 3_200_000, 1_200, 200, 100)
     docx("dense.docx", 4, 3_200_000, 50_200, 200, 100, length=256)
+    docx("foreign.docx", 3, 3_200_000, 1_200, 200, 100, share=0.6)
+    docx("foreign-dense.docx", 4, 3_200_000, 50_200, 200, 100, length=256, share=0.6)
     docx("none.docx", 6, 3_200_000, 0, 200, 100)
     rng = random.Random(5)
     write_docx(os.path.join(folder, "adversarial.docx"), 5, adversarial(rng, Filler(rng), 3_200_000, 100_000), 200, 100)

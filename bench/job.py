@@ -20,6 +20,7 @@ class Job:
 
     over_result: bool = False  # runs over the bytes PLUVO wrote, not over those it read
     other: str = ""  # runs over this document instead of the case's
+    statuses: tuple = (0, 1)  # with which it may end
 
     def run(self, source, scratch, keep_input):
         if self.other:
@@ -47,7 +48,7 @@ class Job:
         _, status, usage = os.wait4(process.pid, 0)
         self.times.append(time.perf_counter() - start)
         self.memory.append(usage.ru_maxrss / 1024)
-        if os.waitstatus_to_exitcode(status) not in (0, 1):
+        if os.waitstatus_to_exitcode(status) not in self.statuses:
             sys.exit(f"{self.name} failed: {errors.decode(errors='replace')[-500:]}")
         return inside
 

@@ -45,6 +45,21 @@ bool isPlainBlock(const char* block, std::size_t size) {
   return odd == 0;
 }
 
+bool isContinuation(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80; }
+
+/// How many bytes the first character has; 0 for one that is not allowed. Most are told by a look at a byte
+/// or two.
+std::size_t lengthOfCharacter(std::string_view bytes) {
+  const auto lead = static_cast<unsigned char>(bytes[0]);
+  if (lead >= 0x20 && lead < 0x80) return 1;
+  if (lead >= 0xC2 && lead < 0xE0) return bytes.size() > 1 && isContinuation(bytes[1]) ? 2 : 0;
+  // Those that are too long by a byte, surrogates, and what the last lead stands for need a closer look.
+  const bool isOrdinary = lead > 0xE0 && lead < 0xEF && lead != 0xED;
+  if (isOrdinary && bytes.size() > 2) return isContinuation(bytes[1]) && isContinuation(bytes[2]) ? 3 : 0;
+  const base::Utf8Character next = base::firstOfUtf8(bytes);
+  return isCharacter(next.point) ? next.bytes : 0;
+}
+
 }  // namespace
 
 bool isCharacter(char32_t c) {
@@ -72,9 +87,9 @@ std::optional<std::size_t> findBadCharacter(std::string_view bytes) {
     }
     const std::size_t blockEnd = std::min(i + kBlock, bytes.size());
     while (i < blockEnd) {
-      const base::Utf8Character next = base::firstOfUtf8(bytes.substr(i));
-      if (next.bytes == 0 || !isCharacter(next.point)) return i;
-      i += next.bytes;
+      const std::size_t length = lengthOfCharacter(bytes.substr(i));
+      if (length == 0) return i;
+      i += length;
     }
   }
   return std::nullopt;

@@ -42,7 +42,7 @@ Rewriter::Rewriter(base::ByteSpan part, const std::string& partName, const BodyM
       placeholderStyle_(std::move(placeholderStyle)),
       script_(std::move(script)),
       output_(part),
-      walker_(part, partName, *this),
+      walker_(part, partName, *this, Reach::mainText, xml::Swept::yes),
       identifiers_(part, partName) {}
 
 std::vector<base::ByteSpan> Rewriter::rewrite() {

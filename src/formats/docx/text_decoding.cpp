@@ -44,6 +44,8 @@ bool isAll(std::string_view bytes, OfBlock ofBlock, OfByte ofByte) {
   return ofBlock(bytes.data() + bytes.size() - kBlock);
 }
 
+unsigned trailing(char c) { return static_cast<unsigned char>(c) & 0x3FU; }
+
 bool isPrintable(char c) { return static_cast<std::uint8_t>(c - 0x20) < 0x60; }
 
 }  // namespace
@@ -90,6 +92,13 @@ void appendUtf8(std::u16string& units, std::string_view bytes) {
       const bool pair = lead == '\r' && i + 1 < bytes.size() && bytes[i + 1] == '\n';
       *out++ = lead == '\t' ? u'\t' : u' ';
       i += pair ? 2 : 1;
+    } else if (lead < 0xE0 && i + 1 < bytes.size()) {
+      *out++ = static_cast<char16_t>((lead & 0x1FU) << 6U | trailing(bytes[i + 1]));
+      i += 2;
+    } else if (lead < 0xF0 && i + 2 < bytes.size()) {
+      *out++ =
+          static_cast<char16_t>((lead & 0xFU) << 12U | trailing(bytes[i + 1]) << 6U | trailing(bytes[i + 2]));
+      i += 3;
     } else {
       const base::Utf8Character next = base::firstOfUtf8(bytes.data() + i, bytes.size() - i);
       if (next.point > 0xFFFF) *out++ = base::highSurrogateOf(next.point);

@@ -45,6 +45,23 @@ TEST(Reading, textIsWhatStandsInRuns) {
                {"text outside [runs]{is<t>no</t>[text]}", "text¶"}});
 }
 
+TEST(Reading, runsLikeTheOnesBeforeThem) {
+  expectTexts(
+      {{"{[<vanish/>|a][b][<vanish/>|c][d][<vanish/>|e][f]}{[<vanish/>|g][h]}", "<h:a>b<h:c>d<h:e>f¶<h:g>h¶"},
+       {"{<r><t> a </t></r><r><t> b </t></r><r><t> c </t></r>}<sdt xml:space='preserve'><sdtContent>{<r><t> "
+        "a "
+        "</t></r><r><t> b </t></r><r><t> c </t></r>}</sdtContent></sdt>",
+        "abc¶ a  b  c ¶"},
+       {"{[a][b][c][d&amp;e][f][é€😀][g][h<!--no-->i][j]<r><t/></r><r/>[k][l]<r><tab/></r>[m][n]}",
+        "abcd&ef"
+        "é€😀"
+        "ghijkl\tmn¶"},
+       {"{<r><t>a</t></r><r><t>b</t></r><r xmlns:q='urn:q'><t>c</t></r><r xmlns:q='urn:q'><t>d</t></r>"
+        "<r><t>e</t></r>}",
+        "abcde¶"},
+       {"{[a][b][c]<del>[d][e][f]</del>[g]}", "abc<d:def>g¶"}});
+}
+
 TEST(Reading, seesThroughWhatHoldsRuns) {
   expectTexts(
       {{"{<hyperlink "
