@@ -1,9 +1,12 @@
 #include "characters.h"
 
 #include "base/utf.h"
+#include "words.h"
 #include "xml/escape.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstdint>
 
 namespace pluvo::xml {
 
@@ -60,6 +63,19 @@ std::size_t lengthOfCharacter(std::string_view bytes) {
   return isCharacter(next.point) ? next.bytes : 0;
 }
 
+/// Whether the next eight bytes are printable ASCII, or four characters of two bytes, as most words of Greek,
+/// Cyrillic, Hebrew and Arabic have.
+bool isEasyWord(const char* at) {
+  if constexpr (std::endian::native != std::endian::little) return false;
+  constexpr std::uint64_t kBytes = 0x0101010101010101;
+  constexpr std::uint64_t kPairs = 0x0001000100010001;
+  const auto word = load<std::uint64_t>(at);
+  if (((word | (word - kBytes * 0x20)) & kBytes * 0x80) == 0) return true;
+  if ((word & kPairs * 0xC0E0) != kPairs * 0x80C0) return false;
+  // A lead of C0 or C1 stands for less than two bytes hold.
+  return (((word & kPairs * 0x1E) - kPairs) & kPairs * 0x8000) == 0;
+}
+
 }  // namespace
 
 bool isCharacter(char32_t c) {
@@ -87,9 +103,16 @@ std::optional<std::size_t> findBadCharacter(std::string_view bytes) {
     }
     const std::size_t blockEnd = std::min(i + kBlock, bytes.size());
     while (i < blockEnd) {
-      const std::size_t length = lengthOfCharacter(bytes.substr(i));
-      if (length == 0) return i;
-      i += length;
+      if (bytes.size() - i >= sizeof(std::uint64_t) && isEasyWord(bytes.data() + i)) {
+        i += sizeof(std::uint64_t);
+        continue;
+      }
+      std::size_t length = 0;
+      do {
+        length = lengthOfCharacter(bytes.substr(i));
+        if (length == 0) return i;
+        i += length;
+      } while (length == 3 && i < blockEnd);  // these stand together
     }
   }
   return std::nullopt;

@@ -84,7 +84,7 @@ void appendUtf8(std::u16string& units, std::string_view bytes) {
       i += kBlock;
     }
     if (i == bytes.size()) break;
-    const auto lead = static_cast<std::uint8_t>(bytes[i]);
+    auto lead = static_cast<std::uint8_t>(bytes[i]);
     if (lead >= 0x20 && lead < 0x80) {
       *out++ = lead;
       ++i;
@@ -93,12 +93,18 @@ void appendUtf8(std::u16string& units, std::string_view bytes) {
       *out++ = lead == '\t' ? u'\t' : u' ';
       i += pair ? 2 : 1;
     } else if (lead < 0xE0 && i + 1 < bytes.size()) {
-      *out++ = static_cast<char16_t>((lead & 0x1FU) << 6U | trailing(bytes[i + 1]));
-      i += 2;
+      do {
+        *out++ = static_cast<char16_t>((lead & 0x1FU) << 6U | trailing(bytes[i + 1]));
+        i += 2;
+        lead = i + 1 < bytes.size() ? static_cast<std::uint8_t>(bytes[i]) : 0;
+      } while (lead >= 0xC0 && lead < 0xE0);
     } else if (lead < 0xF0 && i + 2 < bytes.size()) {
-      *out++ =
-          static_cast<char16_t>((lead & 0xFU) << 12U | trailing(bytes[i + 1]) << 6U | trailing(bytes[i + 2]));
-      i += 3;
+      do {
+        *out++ = static_cast<char16_t>((lead & 0xFU) << 12U | trailing(bytes[i + 1]) << 6U |
+                                       trailing(bytes[i + 2]));
+        i += 3;
+        lead = i + 2 < bytes.size() ? static_cast<std::uint8_t>(bytes[i]) : 0;
+      } while (lead >= 0xE0 && lead < 0xF0);
     } else {
       const base::Utf8Character next = base::firstOfUtf8(bytes.data() + i, bytes.size() - i);
       if (next.point > 0xFFFF) *out++ = base::highSurrogateOf(next.point);

@@ -185,6 +185,20 @@ TEST(Scanner, SaysWhatIsWrongAndWhere) {
     EXPECT_THAT(refusal(text), AllOf(StartsWith("damaged: "), HasSubstr(said))) << text;
 }
 
+TEST(Scanner, LooksAtEveryCharacterWhereverItStands) {
+  const std::string bad[] = {"\x01",         "\x80",     "\xC0\x80",     "\xC1\xBF",    "\xD0",
+                             "\xE0\x80\x80", "\xE4\xB8", "\xED\xA0\x80", "\xEF\xBF\xBE"};
+  for (const std::string filler : {"a", "д", "中"}) {
+    std::string before = "<a>";
+    for (int i = 0; i < 70; ++i, before += filler) {
+      for (const std::string& each : bad)
+        EXPECT_THAT(refusal(before + each + filler + filler + "</a>"),
+                    HasSubstr("byte " + std::to_string(before.size()) + ":"));
+      EXPECT_EQ(refusal(before + "é\x7F\xEF\xBF\xBD😀" + filler + "</a>"), "");
+    }
+  }
+}
+
 TEST(Scanner, KeepsItsLimits) {
   const auto nested = [](std::size_t depth) {
     std::string text;
