@@ -23,7 +23,6 @@ class Style {
   std::string number(std::string_view text) const { return paint("32", text); }
   std::string match(std::string_view text) const { return paint("1;31", text); }
   std::string added(std::string_view text) const { return paint("1;32", text); }
-  std::string faint(std::string_view text) const { return paint("2", text); }
   std::string error(std::string_view text) const { return paint("1;31", text); }
   /// Black or white on the highlight's colour.
   std::string highlighted(std::string_view text, word::WdColorIndex color) const;

@@ -19,12 +19,9 @@ std::shared_ptr<word::Range> Operations::operated() const {
 }
 
 Block Operations::block() const {
-  return {required(ranges_.block),
-          required(ranges_.begin),
-          search_.end.empty() ? nullptr : ranges_.end.get(),
+  return {required(ranges_.block), required(ranges_.begin), search_.end.empty() ? nullptr : ranges_.end.get(),
           search_.inside.empty() ? nullptr : ranges_.inside.get(),
-          search_.operates() ? operated().get() : nullptr,
-          search_.request.operation};
+          search_.operates() ? operated().get() : nullptr};
 }
 
 std::optional<errors::Fault> Operations::perform() const {

@@ -60,13 +60,6 @@ Move Units::backward(Unit unit, Position position, Position n) const {
   });
 }
 
-Span Units::unitAt(Unit unit, Position position) const {
-  const Position length = state_->text.text->length();
-  if (length == 0) return {0, 0};
-  const Position start = backward(unit, std::min(position, length - 1) + 1, 1).position;
-  return {start, forward(unit, start, 1).position};
-}
-
 void Units::edited(Position from, Position to, Position newLength) {
   state_->words.edited(from, to, newLength);
   state_->sentences.edited(from, to, newLength);

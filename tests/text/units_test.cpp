@@ -65,8 +65,6 @@ TEST(Units, CountsOfPartlyCoveredAndEmptySpans) {
   EXPECT_EQ(units.count(Unit::word, 0, text.length()), 8);
   EXPECT_EQ(units.count(Unit::sentence, 11, 14), 2);
   EXPECT_EQ(units.count(Unit::paragraph, 3, 3), 1);
-  EXPECT_EQ(units.unitAt(Unit::word, 5), (Span{4, 8}));
-  EXPECT_EQ(units.unitAt(Unit::paragraph, text.length()), (Span{0, 21}));
   EXPECT_EQ(units.forward(Unit::word, 19, 9), (Move{21, 2}));
   EXPECT_EQ(units.backward(Unit::sentence, 14, 9), (Move{0, 2}));
   EXPECT_EQ(units.backward(Unit::word, 5, 1), (Move{4, 1}));

@@ -37,14 +37,6 @@ std::string_view Fragment::prefix() const { return name().substr(0, name().find(
 
 std::string_view Fragment::local() const { return name().substr(prefix().size()); }
 
-std::string_view Fragment::attribute(std::string_view wanted) const {
-  std::string_view found;
-  forEachAttribute(startTag, [&](std::string_view name, std::string_view value, std::size_t, std::size_t) {
-    if (name == wanted) found = value;
-  });
-  return found;
-}
-
 std::string_view Fragment::value(std::string_view wanted) const {
   std::string_view found;
   forEachAttribute(startTag, [&](std::string_view name, std::string_view value, std::size_t, std::size_t) {

@@ -17,9 +17,7 @@ struct Fragment {
   std::string_view name() const;    ///< as written, with its prefix
   std::string_view prefix() const;  ///< with the colon; empty when there is none
   std::string_view local() const;
-  /// The value of an attribute by its name as written; empty when it is missing. References stay as they are.
-  std::string_view attribute(std::string_view name) const;
-  /// The value of an attribute by its local name.
+  /// The value of an attribute by its local name; empty when it is missing. References stay as they are.
   std::string_view value(std::string_view local) const;
 };
 

@@ -278,7 +278,7 @@ TEST(Saving, AVersionHasNoNameWhileItIsWritten) {
   for (int n = 1; failed; ++n) {
     FailingFileSystem killed(n, FailingFileSystem::From::on);
     try {
-      createFile(killed, scratch.path("b.txt"), path, stampOf(path), versionOf(kNew));
+      beginCreatingFile(killed, scratch.path("b.txt"), path, stampOf(path), versionOf(kNew))->finish();
     } catch (const errors::DocumentError&) {
     }
     failed = killed.calls() >= n;
@@ -296,10 +296,12 @@ TEST(Saving, ANewFileTakesAFreeNameOnly) {
   const Scratch scratch;
   const std::string original = scratch.put("a.txt", kOld);
   chmod(original.c_str(), 0604);
-  createFile(machineFileSystem(), scratch.path("b.txt"), original, stampOf(original), versionOf(kNew));
+  beginCreatingFile(machineFileSystem(), scratch.path("b.txt"), original, stampOf(original), versionOf(kNew))
+      ->finish();
   EXPECT_EQ(scratch.get("b.txt"), kNew);
   EXPECT_EQ(machineFileSystem().statusAt(scratch.path("b.txt")).permissions, 0604U);
-  EXPECT_THROW(createFile(machineFileSystem(), original, original, stampOf(original), versionOf(kNew)),
+  EXPECT_THROW(beginCreatingFile(machineFileSystem(), original, original, stampOf(original), versionOf(kNew))
+                   ->finish(),
                errors::DocumentError);
   EXPECT_EQ(scratch.get("a.txt"), kOld);
   EXPECT_THAT(scratch.names(), ElementsAre("a.txt", "b.txt"));

@@ -18,7 +18,6 @@ class LiveRange {
   LiveRange& operator=(const LiveRange&) = delete;
   ~LiveRange();
 
-  bool attached() const { return ranges_ != nullptr; }
   text::Span span() const { return span_; }
   void set(text::Span span) { span_ = span; }
 
@@ -45,7 +44,6 @@ class LiveRanges {
   ~LiveRanges();
 
   void moveWith(text::Span replaced, text::Position newLength);
-  std::size_t count() const { return ranges_.size(); }
 
  private:
   friend class LiveRange;

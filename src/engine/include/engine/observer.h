@@ -4,8 +4,6 @@
 #include "errors/guarded.h"
 #include "word/word_processor.h"
 
-#include <cstdint>
-
 namespace pluvo::engine {
 
 /// A block as a pass stands at it. The ranges are the pass's own, to be read only; a text is read only where
@@ -16,7 +14,6 @@ struct Block {
   word::Range* end;       ///< none where the request has no ending
   word::Range* inside;    ///< none where the request has no inside text
   word::Range* operated;  ///< the one the operation acts on; none where it changes nothing
-  std::int32_t operation;
 };
 
 /// Is told of every block of a pass, before and after what is done with it.

@@ -27,7 +27,6 @@ class ComboBox : public Control {
   explicit ComboBox(std::u16string name, Bound bound = Bound::code)
       : Control(ControlKind::comboBox, std::move(name)), bound_(bound) {}
 
-  Bound bound() const { return bound_; }
   /// Whether the user may type a text that is not in the list; a handler may refuse it all the same.
   bool TypingAllowed() const { return typingAllowed_; }
   void TypingAllowed(bool value) { set(typingAllowed_, value); }

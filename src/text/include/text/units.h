@@ -57,8 +57,6 @@ class Units {
   Move forward(Unit unit, Position position, Position n) const;
   /// To the n-th start of a unit in front of position; n >= 0.
   Move backward(Unit unit, Position position, Position n) const;
-  /// The unit that holds the character at position; at the end of the text, the last one.
-  Span unitAt(Unit unit, Position position) const;
 
   /// To be called when [from, to) has been replaced by newLength characters, or when the marks among them
   /// changed.

@@ -9,10 +9,8 @@ namespace pluvo::xml {
 /// cannot.
 bool isCharacter(char32_t c);
 
-/// Appends text as UTF-8 character data or as a double-quoted attribute's value: '&', '<' and '>' become
-/// references, and so does CR, which a reader would otherwise take for a line end; in an attribute also the
-/// double quote, tab and LF. The caller has seen to it that isCharacter holds throughout.
+/// Appends text as UTF-8 character data: '&', '<' and '>' become references, and so does CR, which a reader
+/// would otherwise take for a line end. The caller has seen to it that isCharacter holds throughout.
 void appendEscapedText(std::string& out, std::u16string_view text);
-void appendEscapedAttribute(std::string& out, std::u16string_view text);
 
 }  // namespace pluvo::xml

@@ -136,10 +136,6 @@ bool swapFile(FileSystem& system, const std::string& path, const Stamp& found, c
 std::unique_ptr<Pending> beginCreatingFile(FileSystem& system, const std::string& path,
                                            const std::string& original, const Stamp& opened,
                                            const NewVersion& version, const std::string& root = {});
-inline Saved createFile(FileSystem& system, const std::string& path, const std::string& original,
-                        const Stamp& opened, const NewVersion& version) {
-  return beginCreatingFile(system, path, original, opened, version)->finish();
-}
 
 /// Saves a document under another name, in the place of the file that has it; the document's own file may
 /// have changed or gone. The new file has the permissions of the file it replaces, else those of the

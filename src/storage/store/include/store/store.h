@@ -36,10 +36,6 @@ class StoredDocument {
  public:
   const std::shared_ptr<memory::MemoryDocument>& document() const { return document_; }
   const std::string& path() const { return path_; }
-  /// Bytes of the file.
-  std::uint64_t size() const { return stamp_.size; }
-  /// "txt", "docx"
-  std::string_view format() const { return format_->name(); }
   /// By which a plain text was read; empty for other formats.
   const std::string& encoding() const { return encoding_; }
   /// Whether that was told from how the text reads.
