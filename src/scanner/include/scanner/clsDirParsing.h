@@ -36,10 +36,6 @@ class clsDirParsing {
   /// 0 for the files; with any other value ProcessItems gives GetDirs.
   std::int32_t ItemsToProcess() const { return itemsToProcess_; }
   void ItemsToProcess(std::int32_t kind) { itemsToProcess_ = kind; }
-  /// Kept; the scan does not read it.
-  void FileTypes(std::u16string types) { fileTypes_ = std::move(types); }
-  /// One empty entry from the first scan on: no walk fills this list.
-  std::vector<std::u16string> GetDirs() const { return dirs_; }
   /// What the last scan found.
   const std::vector<std::u16string>& ProcessedItems() const { return items_; }
   /// Of each of them that is a file, where the scan came to know it; see Entry.
@@ -51,8 +47,14 @@ class clsDirParsing {
   /// maximum depth minus 1. Folders whose names begin with a dot are left out.
   void GetSubdirs(const std::u16string& folder, FolderCollection& folders, std::int16_t& level,
                   std::int16_t& maximumDepth);
+
+  // Kept for their names; no scan uses them.
+
+  void FileTypes(std::u16string types) { fileTypes_ = std::move(types); }
+  /// One empty entry from the first scan on: no walk fills this list.
+  std::vector<std::u16string> GetDirs() const { return dirs_; }
   /// The older walk: it goes one level deeper for the same depth and enters folders whose names begin with a
-  /// dot, but not those hidden by attribute. No scan uses it.
+  /// dot, but not those hidden by attribute.
   void GetSubdirsOld2(const std::u16string& folder, FolderCollection& folders, std::int16_t& level,
                       std::int16_t& maximumDepth);
 
