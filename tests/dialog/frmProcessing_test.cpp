@@ -39,6 +39,32 @@ TEST_F(Processing, StepsThroughTheActiveDocument) {
   EXPECT_EQ(desk.work.lastSummary(), "   2");
 }
 
+TEST_F(Processing, TellsInWordsWhatAwaits) {
+  const std::u16string sixty(60, u'x');
+  const std::pair<Request, std::u16string> cases[] = {
+      {{.operation = engine::kInsert,
+        .location = engine::kBeginning,
+        .place = engine::kAfter,
+        .text = u"a\rb\x1F"},
+       u"Insert After Beginning: \"a b \""},
+      {{.operation = engine::kInsert, .text = sixty}, u"Insert Before Selection: \"" + sixty + u"\""},
+      {{.operation = engine::kReplace, .text = sixty + u"y"}, u"Replace Selection: \"" + sixty + u"\u2026\""},
+      {{.operation = engine::kDelete, .location = engine::kEnding}, u"Delete Ending"},
+      {{.operation = engine::kHighlight, .location = engine::kInsideText}, u"Highlight Inside Text"},
+      {{.operation = engine::kNone}, u"None"},
+      {{.operation = static_cast<engine::OperationCode>(9),
+        .location = static_cast<engine::LocationCode>(-1)},
+       u" "}};
+  for (auto [asked, words] : cases) {
+    asked.begin = u"A";
+    asked.confirmEach = true;
+    desk.work.ask(asked);
+    dialog.SingleProcess();
+    EXPECT_EQ(dialog.lblOperation.Caption(), words);
+    EXPECT_EQ(dialog.lblFile.Caption(), desk.sample.document->Name());
+  }
+}
+
 TEST_F(Processing, OfFilesNeedsAWayToThem) {
   dialog.MultiProcess({u"A"});
   EXPECT_FALSE(dialog.Visible());

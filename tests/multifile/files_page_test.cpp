@@ -18,6 +18,13 @@ std::string rowsOf(const forms::ListBox& list) {
   return rows;
 }
 
+struct WordWithoutOptions : memory::MemoryApplication {
+  std::shared_ptr<word::Options> Options() override {
+    return without ? nullptr : MemoryApplication::Options();
+  }
+  bool without = false;
+};
+
 class FilesPage : public testing::Test, protected OpenedDialog {
  protected:
   FilesPage() {
@@ -214,6 +221,14 @@ TEST_F(FilesPage, FaultsAreReportedWithTheirTags) {
   }
   EXPECT_THAT(reportedWithout(u"lbxPotentialFiles", [&] { type(u"txtFilePath", u"/e"); }),
               ElementsAre("7 FF:36"));
+  const auto forgetful = std::make_shared<WordWithoutOptions>();
+  forgetful->defaultFilePath(word::wdUserTemplatesPath, u16(folder.path("templates")));
+  word = forgetful;
+  restart();
+  open();
+  forgetful->without = true;
+  press(u"cmdBrowse");
+  EXPECT_THAT(reported(), ElementsAre("91 FF:04"));
 }
 
 }  // namespace
