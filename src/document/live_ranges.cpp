@@ -7,10 +7,6 @@ using text::Span;
 
 LiveRange::LiveRange(LiveRanges& ranges, Span span) : ranges_(&ranges), span_(span) { ranges.add(*this); }
 
-LiveRange::LiveRange(const LiveRange& other) : ranges_(other.ranges_), span_(other.span_) {
-  if (ranges_ != nullptr) ranges_->add(*this);
-}
-
 LiveRange::~LiveRange() {
   if (ranges_ != nullptr) ranges_->drop(*this);
 }

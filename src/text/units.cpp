@@ -34,8 +34,6 @@ struct Units::State {
 Units::Units(const PieceText& text, std::function<bool(Position)> endsParagraph)
     : state_(std::make_unique<State>(text, std::move(endsParagraph))) {}
 Units::~Units() = default;
-Units::Units(Units&&) noexcept = default;
-Units& Units::operator=(Units&&) noexcept = default;
 
 Position Units::count(Unit unit, Position from, Position to) const {
   if (from >= to) return 1;
@@ -81,8 +79,6 @@ struct VisibleCharacters::State {
 VisibleCharacters::VisibleCharacters(const RunMap<Visibility>& visibility, View view)
     : state_(new State{&visibility, view}) {}
 VisibleCharacters::~VisibleCharacters() = default;
-VisibleCharacters::VisibleCharacters(VisibleCharacters&&) noexcept = default;
-VisibleCharacters& VisibleCharacters::operator=(VisibleCharacters&&) noexcept = default;
 
 Position VisibleCharacters::count(Position from, Position to) const {
   if (from >= to) return 0;

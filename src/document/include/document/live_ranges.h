@@ -9,12 +9,12 @@ namespace pluvo::document {
 
 class LiveRanges;
 
-/// A pair start <= end over the text of a story that follows its text through every edit. A copy is a live
-/// range of its own. Loses its story when that goes.
+/// A pair start <= end over the text of a story that follows its text through every edit. Loses its story
+/// when that goes.
 class LiveRange {
  public:
   LiveRange(LiveRanges& ranges, text::Span span);
-  LiveRange(const LiveRange& other);
+  LiveRange(const LiveRange&) = delete;
   LiveRange& operator=(const LiveRange&) = delete;
   ~LiveRange();
 

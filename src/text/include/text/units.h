@@ -48,8 +48,6 @@ class Units {
   /// Both must outlive this object. endsParagraph is asked at characters 7 and 12 only.
   Units(const PieceText& text, std::function<bool(Position)> endsParagraph);
   ~Units();
-  Units(Units&&) noexcept;
-  Units& operator=(Units&&) noexcept;
 
   /// How many units [from, to) touches; an empty span touches one.
   Position count(Unit unit, Position from, Position to) const;
@@ -73,8 +71,6 @@ class VisibleCharacters {
   /// The map must outlive this object.
   VisibleCharacters(const RunMap<Visibility>& visibility, View view);
   ~VisibleCharacters();
-  VisibleCharacters(VisibleCharacters&&) noexcept;
-  VisibleCharacters& operator=(VisibleCharacters&&) noexcept;
 
   Position count(Position from, Position to) const;
   /// To the end of the n-th visible character behind position, or to the end of the text.
