@@ -104,6 +104,17 @@ TEST_F(Choices, SwitchWithTheOperation) {
   EXPECT_EQ(box(u"txtTextToEnter").Text(), u"kept");
   EXPECT_EQ(list(u"cboxProcRelativePosition1").Value(), u"1");
   EXPECT_EQ(list(u"cboxProcSelection1").Text(), u"Selection");
+
+  // Values that are none, which code may set, leave all as it is but the colours.
+  for (const auto& [operation, ons] : {std::pair{u"Insert", "+++-"}, std::pair{u"Highlight", "--+-"}}) {
+    choose(u"cboxProcOperation1", operation);
+    for (const char16_t* code : {u"5", u"-1", u""}) {
+      list(u"cboxProcOperation1").Value(code);
+      EXPECT_EQ(on(dialog()), ons) << base::utf8(code);
+    }
+  }
+  for (const char16_t* code : {u"4", u"-1", u""}) list(u"cboxProcSelection1").Value(code);
+  EXPECT_THAT(told(), IsEmpty()) << "no text is missing";
 }
 
 TEST_F(Choices, AskForTheTextOfAPlace) {
