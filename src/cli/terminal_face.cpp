@@ -3,11 +3,7 @@
 namespace pluvo::cli {
 namespace {
 
-void sayFailure(const runs::Outcome& outcome) {
-  const runs::Failure& failure = *outcome.failure;
-  sayError((outcome.path.empty() ? "''" : outcome.path) + ": " +
-           std::string(errors::nameOf(failure.problem)) + ": " + failure.message);
-}
+void sayFailure(const runs::Outcome& outcome) { sayError(runs::failureLine(outcome.path, *outcome.failure)); }
 
 void sayRefused(const runs::Outcome& outcome) {
   sayNote(outcome.path + ": " + std::to_string(outcome.refused) +
@@ -58,10 +54,7 @@ void TerminalFace::ends(const runs::Totals& totals) {
   flushOut();
 }
 
-/// Questions about a document as a whole are no's: the outcome tells what to do.
-runs::Answer TerminalFace::answer(const runs::Asked& asked) {
-  return {asked.question == runs::Question::perform ? interviewer_->ask(asked) : Reply::no};
-}
+runs::Answer TerminalFace::answer(const runs::Asked& asked) { return {interviewer_->ask(asked)}; }
 
 runs::Cancelled TerminalFace::cancelled() {
   return Interrupt::requested() ? runs::Cancelled::afterDocuments : runs::Cancelled::no;

@@ -27,7 +27,10 @@ class TerminalFace final : public runs::Face {
   void leftOut(const runs::LeftOut& leftOut) override { printer_->leftOut(leftOut); }
   void ends(const runs::Totals& totals) override;
 
-  bool answers() const override { return plan_.confirm; }
+  /// Of a document as a whole the outcome tells what to do.
+  bool answers(runs::Question question) const override {
+    return plan_.confirm && question == runs::Question::perform;
+  }
   runs::Answer answer(const runs::Asked& asked) override;
   runs::Cancelled cancelled() override;
   std::string sentenceFor(runs::Trouble trouble) const override;

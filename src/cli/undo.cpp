@@ -51,8 +51,7 @@ ExitStatus takeBack(runs::PastRuns& past, const std::string& run, bool quiet) {
   past.takeBack(run, [&](const runs::TakenBack& taken) {
     if (taken.failure) {
       ++failed;
-      sayError(taken.path + ": " + std::string(errors::nameOf(taken.failure->problem)) + ": " +
-               taken.failure->message);
+      sayError(runs::failureLine(taken.path, *taken.failure));
     } else if (taken.asBefore) {
       ++asBefore;
     } else {

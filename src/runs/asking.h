@@ -15,12 +15,19 @@ class Asking {
   Asking(Face& face, const std::string& path, std::size_t number)
       : face_(face), path_(path), number_(number) {}
 
+  bool answers(Question question) const { return face_.answers(question); }
   /// No where nobody answers. The tries are those of password, the block is that of perform.
   Answer ask(Question question, std::size_t tries = 0, const BlockReport* block = nullptr) {
-    if (!face_.answers() || isStopped_) return {};
+    if (!answers(question) || isStopped_) return {};
     Answer answer = face_.answer({question, path_, number_, tries, block});
     if (answer.reply == Reply::stop) isStopped_ = true;
     return answer;
+  }
+
+  /// The pass that the face made, if it did.
+  std::optional<engine::PassResult> pass(const std::shared_ptr<store::StoredDocument>& stored,
+                                         const engine::Request& request, engine::PassObserver& watcher) {
+    return face_.pass({stored, request, number_, watcher});
   }
 
   /// Whether the document is to be left as it is, at once.

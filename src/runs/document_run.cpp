@@ -22,7 +22,7 @@ namespace {
 template <class Value>
 using OrFailure = std::variant<Value, Failure>;
 
-using Stored = std::unique_ptr<store::StoredDocument>;
+using Stored = std::shared_ptr<store::StoredDocument>;
 using Version = std::unique_ptr<files::Pending>;
 
 /// Does a part of the work; what went wrong with it, if anything did.
@@ -31,7 +31,7 @@ std::optional<Failure> failureOf(const std::function<void()>& work) {
     work();
     return std::nullopt;
   } catch (const DocumentError& error) {
-    return Failure{error.problem(), error.what()};
+    return failureFrom(error);
   } catch (const errors::Fault& fault) {
     return failureFrom(fault);
   } catch (const std::bad_alloc&) {
@@ -40,48 +40,41 @@ std::optional<Failure> failureOf(const std::function<void()>& work) {
   }
 }
 
-/// The document, its protection lifted, where the answers about it allow that.
+/// The document, still protected where somebody may lift that.
 OrFailure<Stored> opened(const NamedDocument& named, const Surroundings& around, Asking& asking) {
   const Plan& plan = around.plan;
-  store::Also also{.protectedDocuments = !plan.passwords.empty(),
+  store::Also also{.protectedDocuments = !plan.passwords.empty() || asking.answers(Question::password),
                    .forReading = plan.findsOnly(),
                    .hint = {.encoding = plan.encoding},
                    .folderLength = named.folderLength};
-  std::optional<base::SecretText> password;
   Stored stored;
   while (const auto failure = failureOf([&] { stored = around.store.open(named.path, also); })) {
-    if (failure->problem == Problem::temporary && !also.temporaryFiles) {
-      also.temporaryFiles = asking.ask(Question::temporary).reply == Asking::Reply::yes;
-      if (!also.temporaryFiles) return *failure;
-    } else if (failure->problem == Problem::protection && !also.protectedDocuments) {
-      Answer answer = asking.ask(Question::password);
-      also.protectedDocuments = answer.reply == Asking::Reply::yes;
-      if (!also.protectedDocuments) return *failure;
-      password = std::move(answer.password);
-    } else {
-      return *failure;
-    }
+    if (failure->problem != Problem::temporary || also.temporaryFiles) return *failure;
+    also.temporaryFiles = asking.ask(Question::temporary).reply == Asking::Reply::yes;
+    if (!also.temporaryFiles) return *failure;
   }
-  if (const auto failure = liftProtection(*stored, around, asking, std::move(password))) return *failure;
   return stored;
 }
 
 /// Makes a pass for each request, as far as the run goes on. What made the document fail, if anything did.
-std::optional<Failure> passed(const store::StoredDocument& stored, const std::optional<Failure>& obstacle,
+std::optional<Failure> passed(const Stored& stored, const std::optional<Failure>& obstacle,
                               const Surroundings& around, Asking& asking, const BlockSink& blocks,
                               Outcome& outcome) {
-  memory::MemoryApplication application;
-  application.add(stored.document());
   std::int64_t refused = 0;
   std::optional<Failure> firstRefusal;
   for (const engine::Request& request : around.plan.requests) {
-    PassWatcher watcher(*stored.document(), request, obstacle, around.plan.keepGoing, asking, blocks);
-    const engine::PassResult result = engine::Engine(application, watcher).pass(request);
-    outcome.found += result.found;
-    if (request.operation != engine::kNone) outcome.operated += result.operated - result.refused;
-    outcome.skipped += result.skipped;
-    outcome.tooFar += result.tooFar;
-    refused += result.refused;
+    PassWatcher watcher(*stored->document(), request, obstacle, around.plan.keepGoing, asking, blocks);
+    auto result = asking.pass(stored, request, watcher);
+    if (!result) {
+      memory::MemoryApplication application;
+      application.add(stored->document());
+      result = engine::Engine(application, watcher).pass(request);
+    }
+    outcome.found += result->found;
+    if (request.operation != engine::kNone) outcome.operated += result->operated - result->refused;
+    outcome.skipped += result->skipped;
+    outcome.tooFar += result->tooFar;
+    refused += result->refused;
     if (!firstRefusal) firstRefusal = watcher.firstRefusal();
     if (watcher.failure()) return watcher.failure();
     if (refused > 0 && !around.plan.keepGoing) return firstRefusal;
@@ -136,20 +129,23 @@ std::optional<Failure> workOn(const NamedDocument& named, const Surroundings& ar
   Outcome& outcome = worked.outcome;
   const auto document = opened(named, around, asking);
   if (const auto* failure = std::get_if<Failure>(&document)) return *failure;
-  const store::StoredDocument& stored = *std::get<Stored>(document);
+  const Stored& shared = std::get<Stored>(document);
+  const store::StoredDocument& stored = *shared;
   outcome.encoding = stored.encoding();
   outcome.guessed = stored.isEncodingGuessed();
 
   std::optional<Failure> obstacle;
   if (plan.changesInPlace()) {
-    if (const auto found = stored.obstacle()) obstacle = Failure{found->problem(), found->what()};
+    if (const auto found = stored.obstacle()) obstacle = failureFrom(*found);
   }
   const bool goesOn = obstacle && asking.ask(Question::readOnly).reply == Asking::Reply::yes;
-  const auto ended = passed(stored, goesOn ? std::nullopt : obstacle, around, asking, blocks, outcome);
+  if (obstacle && !goesOn && asking.answers(Question::readOnly)) return obstacle;
+  if (const auto failure = liftProtection(stored, around, asking)) return failure;
+  const auto ended = passed(shared, goesOn ? std::nullopt : obstacle, around, asking, blocks, outcome);
+  if (asking.isCancelled()) return std::nullopt;
   // A document in which something failed was read all the same.
   if (plan.looksElsewhere) outcome.elsewhere = notReached(stored, plan);
   if (ended) return ended;
-  if (asking.isCancelled()) return std::nullopt;
 
   outcome.changed = stored.document()->stories().changed();
   // A large text lies in its file; what was found in it counts only if nobody wrote there meanwhile.

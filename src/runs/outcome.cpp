@@ -4,6 +4,11 @@
 
 namespace pluvo::runs {
 
+std::string failureLine(const std::string& path, const Failure& failure) {
+  return (path.empty() ? "''" : path) + ": " + std::string(errors::nameOf(failure.problem)) + ": " +
+         failure.message;
+}
+
 void Totals::add(const Outcome& outcome) {
   ++files;
   found += outcome.found;

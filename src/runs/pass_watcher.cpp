@@ -29,6 +29,10 @@ Failure failureFrom(const errors::Fault& fault) {
   return {fault.problem.value_or(errors::Problem::refused), base::utf8(fault.description)};
 }
 
+Failure failureFrom(const errors::DocumentError& error) {
+  return {error.problem(), error.what(), error.happened()};
+}
+
 engine::PassObserver::Answer PassWatcher::found(const engine::Block& block) {
   if (obstacle_ && request_.operation != engine::kNone) {
     failure_ = obstacle_;

@@ -13,6 +13,7 @@ namespace pluvo::runs {
 
 /// A refusal by the word processor as a run tells of it.
 Failure failureFrom(const errors::Fault& fault);
+Failure failureFrom(const errors::DocumentError& error);
 
 /// Hears of every block of a pass over one document: hands blocks on, has questions about them answered, and
 /// stops the pass where going on makes no sense: a document that cannot be saved, a change that was refused.

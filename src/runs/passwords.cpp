@@ -1,5 +1,7 @@
 #include "passwords.h"
 
+#include "pass_watcher.h"
+
 #include <utility>
 
 namespace pluvo::runs {
@@ -16,7 +18,7 @@ Tried tryPasswords(const std::vector<base::SecretText>& passwords, std::uint64_t
 }
 
 std::optional<Failure> liftProtection(const store::StoredDocument& stored, const Surroundings& around,
-                                      Asking& asking, std::optional<base::SecretText> answered) {
+                                      Asking& asking) {
   memory::MemoryDocument& document = *stored.document();
   if (document.protection() == word::wdNoProtection) return std::nullopt;
   const auto failure = [&](Trouble trouble) {
@@ -33,13 +35,12 @@ std::optional<Failure> liftProtection(const store::StoredDocument& stored, const
     case Tried::wrong:
       break;
   }
-  std::size_t tries = 0;
-  while (true) {
-    if (answered && document.unprotect(answered->text())) return std::nullopt;
-    if (answered) ++tries;
-    Answer answer = asking.ask(Question::password, tries);
-    if (answer.reply != Answer::Reply::yes) return failure(Trouble::wrongPasswords);
-    answered = std::move(answer.password);
+  for (std::size_t tries = 0;; ++tries) {
+    const Answer answer = asking.ask(Question::password, tries);
+    if (answer.reply != Answer::Reply::yes)
+      return tries > 0 || !around.plan.passwords.empty() ? failure(Trouble::wrongPasswords)
+                                                         : failureFrom(store::protectedAgainstEditing());
+    if (document.unprotect(answer.password.text())) return std::nullopt;
   }
 }
 

@@ -44,7 +44,7 @@ std::unique_ptr<journal::Recorder> recorderFor(const Plan& plan, files::FileSyst
   try {
     return std::make_unique<journal::Recorder>(system, *folder, plan.command);
   } catch (const errors::DocumentError& refused) {
-    throw CannotBegin(CannotBeginFor::journal, refused.what());
+    throw CannotBegin(CannotBeginFor::journal, refused);
   }
 }
 
@@ -90,7 +90,7 @@ class Run {
         listing_(std::move(listing)),
         report_(report ? reportPrinter(*report, plan.command) : nullptr),
         recorder_(recorderFor(plan, system)),
-        jobs_(face.answers() ? 1 : plan.jobs),
+        jobs_(face.oneByOne() ? 1 : plan.jobs),
         results_(listing_.documents.size(), jobs_,
                  {[this](std::size_t document, const BlockReport& block) { tell(document, block); },
                   [this](std::size_t document, const Outcome& outcome) { tell(document, outcome); }}) {}
@@ -131,12 +131,12 @@ class Run {
     results_.rethrow();
   }
 
-  /// How many documents may wait for the disk while others are worked on. Whoever is asked about the next one
-  /// knows what became of the one before.
+  /// How many documents may wait for the disk while others are worked on. Whoever works on one by one knows
+  /// what became of the one before.
   std::size_t waiting() const {
     constexpr std::size_t kWaiting = 15;
     const bool saves = plan_.changesInPlace() || plan_.outputFolder;
-    return saves && !face_.answers() && listing_.documents.size() > 1 ? kWaiting : 0;
+    return saves && !face_.oneByOne() && listing_.documents.size() > 1 ? kWaiting : 0;
   }
 
   void job(Waiters& waiters) {

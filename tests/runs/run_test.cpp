@@ -20,7 +20,7 @@ using ::testing::ElementsAre;
 /// Answers as it is told to, and keeps what it hears.
 class ScriptedFace final : public Face {
  public:
-  bool answers() const override { return answering != nullptr; }
+  bool answers(Question) const override { return answering != nullptr; }
   Answer answer(const Asked& asked) override {
     asked_.push_back(asked.question);
     return answering(asked);

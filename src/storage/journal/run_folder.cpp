@@ -107,6 +107,10 @@ OwnFolder openRuns(files::FileSystem& system, const std::string& folder, Missing
   return {system, own.at(runs), folder};
 }
 
+std::string folderBeside(files::FileSystem& system, const std::string& folder, bool isMade) {
+  return openProgram(system, folder, isMade ? Missing::isMade : Missing::fails).path();
+}
+
 files::Handle createBeside(files::FileSystem& system, const std::string& folder, const std::string& name) {
   return system.createNew(openProgram(system, folder, Missing::isMade).at(name));
 }
@@ -256,10 +260,11 @@ void removeRun(files::FileSystem& system, const OwnFolder& runs, const std::stri
 
 errors::DocumentError journalFailed(const std::system_error& failure, const std::string& folder) {
   const bool isFull = failure.code().value() == ENOSPC || failure.code().value() == EDQUOT;
-  return {errors::Problem::io, "The originals for \"pluvo undo\" cannot be kept in \"" + folder + "\" (" +
-                                   failure.code().message() + "), so nothing was changed; " +
-                                   (isFull ? "make room there" : "make it a folder that you may write") +
-                                   ", or add --no-journal to change documents without a way back."};
+  return {errors::Problem::io,
+          "The originals for an undo cannot be kept in \"" + folder + "\" (" + failure.code().message() +
+              "), so nothing was changed.",
+          std::string(isFull ? "Make room there" : "Make it a folder that you may write") +
+              ", or add --no-journal to change documents without a way back."};
 }
 
 }  // namespace pluvo::journal

@@ -148,6 +148,12 @@ files::NewVersion StoredDocument::newVersion(const std::string& path, const Save
 Store::Store(files::FileSystem& system)
     : Store(system, std::make_shared<const formats::Registry>(knownFormats())) {}
 
+errors::DocumentError protectedAgainstEditing() {
+  return {Problem::protection,
+          "The document is protected against editing; lift the protection in a word processor, or give its "
+          "password with --password-file (an empty file where it has none)."};
+}
+
 std::unique_ptr<StoredDocument> Store::open(const std::string& path, const Also& also) const {
   const std::string_view name = nameIn(path);
   if (!also.temporaryFiles && name.starts_with('~'))
@@ -165,11 +171,7 @@ std::unique_ptr<StoredDocument> Store::open(const std::string& path, const Also&
   if (also.forReading) read.protection.reset();
   if (read.protection && !read.protection->obstacle.empty() && !also.lockedForGood)
     throw DocumentError(Problem::unsupported, read.protection->obstacle);
-  if (read.protection && !also.protectedDocuments)
-    throw DocumentError(
-        Problem::protection,
-        "The document is protected against editing; lift the protection in a word processor, or "
-        "give its password with --password-file (an empty file where it has none).");
+  if (read.protection && !also.protectedDocuments) throw protectedAgainstEditing();
   opened->source_ = std::move(read.source);
   opened->encoding_ = std::move(read.encoding);
   opened->isEncodingGuessed_ = read.isEncodingGuessed;

@@ -1,11 +1,20 @@
 #pragma once
 
 #include "base/secret_text.h"
+#include "engine/observer.h"
+#include "engine/pass_result.h"
+#include "engine/request.h"
 #include "runs/observer.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
+#include <optional>
 #include <string>
+
+namespace pluvo::store {
+class StoredDocument;
+}
 
 namespace pluvo::runs {
 
@@ -38,6 +47,14 @@ struct Answer {
   std::string path = {};           ///< with a yes to saveAs; its name must be free
 };
 
+/// A document that is open, and may be changed and saved, for a face that makes passes itself.
+struct OpenForPass {
+  const std::shared_ptr<store::StoredDocument>& stored;
+  const engine::Request& request;
+  std::size_t number;             ///< of the document in the list, from 1
+  engine::PassObserver& watcher;  ///< to be told of every block, for reports; it may end the pass
+};
+
 enum class Cancelled : std::uint8_t {
   no,
   afterDocuments,  ///< those at hand are finished, and no other is begun
@@ -47,10 +64,15 @@ enum class Cancelled : std::uint8_t {
 /// Whoever has documents worked on: is told of the run, answers its questions, and may end it.
 class Face : public Observer {
  public:
-  /// Whether there is somebody to answer. Then one document is worked on after the other; else nothing is
-  /// asked, and each answer is no.
-  virtual bool answers() const { return false; }
+  /// Whether there is somebody to answer such questions. Others are not asked: the document has the problem,
+  /// and of one that may not be replaced only where it would be.
+  virtual bool answers(Question /*question*/) const { return false; }
+  /// Whether one document is worked on after the other, so that what became of one is known before anything
+  /// is asked about the next. Else answer() is called by several threads.
+  virtual bool oneByOne() const { return answers(Question::perform); }
   virtual Answer answer(const Asked& /*asked*/) { return {}; }
+  /// Makes a pass over the document; nothing where the run is to make it.
+  virtual std::optional<engine::PassResult> pass(const OpenForPass& /*open*/) { return std::nullopt; }
   /// Asked very often, before every search, from every thread that works on a document.
   virtual Cancelled cancelled() { return Cancelled::no; }
   /// A sentence for the user: of folderRefused what to do, without a capital; of others what is wrong, too.

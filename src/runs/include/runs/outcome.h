@@ -26,6 +26,8 @@ enum class Trouble : std::uint8_t {
 struct Failure {
   errors::Problem problem = errors::Problem::io;
   std::string message;  ///< a sentence for the user, without the document's name
+  /// The message without what to do, where that is worded for a command line; else empty.
+  std::string happened = {};
 };
 
 /// What became of one document.
@@ -50,6 +52,9 @@ struct Outcome {
   /// What of the operations is in a saved document, or would be after a dry run.
   std::int64_t lasting() const { return changed && !failure ? operated : 0; }
 };
+
+/// What is wrong with a document, as every face tells it: "letter.docx: locked: " and the sentence.
+std::string failureLine(const std::string& path, const Failure& failure);
 
 /// What became of all of them.
 struct Totals {

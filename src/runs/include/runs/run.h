@@ -27,12 +27,17 @@ class CannotBegin : public std::runtime_error {
   };
   CannotBegin(Reason reason, const std::string& sentence, std::string path = {})
       : std::runtime_error(sentence), reason_(reason), path_(std::move(path)) {}
+  CannotBegin(Reason reason, const errors::DocumentError& error)
+      : std::runtime_error(error.what()), reason_(reason), happened_(error.happened()) {}
   Reason reason() const { return reason_; }
   const std::string& path() const { return path_; }
+  /// See Failure.
+  const std::string& happened() const { return happened_; }
 
  private:
   Reason reason_;
   std::string path_;
+  std::string happened_;
 };
 
 /// The documents that a run did not work on to their end.

@@ -31,6 +31,10 @@ std::optional<std::string> defaultFolder();
 /// journal is. Throws DocumentError (io) and std::system_error.
 files::Handle createBeside(files::FileSystem& system, const std::string& folder, const std::string& name);
 
+/// The folder that the folder of runs lies in, and that is the user's alone; made where it is missing, if so
+/// wanted. Throws DocumentError (io) and std::system_error.
+std::string folderBeside(files::FileSystem& system, const std::string& folder, bool isMade);
+
 /// The originals of all runs together take no more than this: the oldest runs go first, and a run that needs
 /// more by itself keeps what fits.
 inline constexpr std::uint64_t kDefaultLimit = std::uint64_t{4} * 1024 * 1024 * 1024;

@@ -120,6 +120,9 @@ struct Also {
 /// The extensions that any known format goes by, "" for none among them.
 std::vector<std::string_view> knownExtensions();
 
+/// What is wrong with a document whose protection nobody lifts.
+errors::DocumentError protectedAgainstEditing();
+
 /// Opens documents of every known format, told by their content. May be used from several threads.
 class Store {
  public:
