@@ -152,11 +152,15 @@ std::u16string clsProcessFind::documentName() {
 
 void clsProcessFind::ChangesSummary() {
   errors::guarded(context(), u"cpf:27f", [&] {
-    const engine::PassResult done = pass_ ? pass_->result() : engine::PassResult();
+    const engine::PassResult done = result();
     context().runSummary +=
         summaryLine(done, multiFileRun_ ? std::optional<std::u16string>(documentName()) : std::nullopt);
     if (!quiet_) showSummary(done, boxes(), forms(), cancelOperation_);
   });
+}
+
+void clsProcessFind::summarize(const engine::PassResult& done, const std::u16string& documentName) {
+  context().runSummary += summaryLine(done, documentName);
 }
 
 FileStepper& clsProcessFind::requiredStepper() const {
@@ -180,6 +184,10 @@ bool clsProcessFind::MultiPLUVO_OpenNextFile(const std::vector<std::u16string>& 
 
 void clsProcessFind::MultiPLUVO_CloseFile() {
   errors::guarded(context(), u"cpf:45a", [&] { requiredStepper().MultiPLUVO_CloseFile(*this); });
+}
+
+void clsProcessFind::abandonFiles() {
+  errors::guarded(context(), u"cpf:45a", [&] { requiredStepper().abandon(*this); });
 }
 
 std::u16string clsProcessFind::BrowseForFolder() {

@@ -12,7 +12,8 @@ std::u16string wordFor(const char16_t* const (&words)[Count], std::int16_t code)
   return code >= 0 && static_cast<std::size_t>(code) < Count ? words[code] : std::u16string();
 }
 
-/// In the words of the lists it was chosen from: "Insert Before Selection: "text"".
+}  // namespace
+
 std::u16string operationInWords(const engine::Request& request) {
   constexpr const char16_t* kOperations[] = {u"None", u"Insert", u"Replace", u"Delete", u"Highlight"};
   constexpr const char16_t* kLocations[] = {u"Selection", u"Beginning", u"Ending", u"Inside Text"};
@@ -30,8 +31,6 @@ std::u16string operationInWords(const engine::Request& request) {
   return words + u": \"" + text + u'"';
 }
 
-}  // namespace
-
 frmProcessing::frmProcessing(clsProcessFind& engine)
     : Form(engine.forms(), u"frmProcessing", u"Confirm Operation"), engine_(engine) {
   cmdPerform.Default(true);
@@ -41,7 +40,12 @@ frmProcessing::frmProcessing(clsProcessFind& engine)
   add(cmdSkip);
   cmdPerform.Click.handledBy([this] { cmdPerform_Click(); });
   cmdSkip.Click.handledBy([this] { cmdSkip_Click(); });
-  Closed.handledBy([this] { engine_.endPass(); });
+  Closed.handledBy([this] { endRun(); });
+}
+
+void frmProcessing::endRun() {
+  engine_.endPass();
+  if (multi_) engine_.abandonFiles();
 }
 
 void frmProcessing::SingleProcess() {
@@ -97,7 +101,7 @@ void frmProcessing::awaitDecision() {
     Visible(true);
   } catch (...) {
     // Without a window nobody can decide about the block, nor close the form.
-    engine_.endPass();
+    endRun();
     Finished.raise();
     throw;
   }

@@ -97,6 +97,7 @@ bool Engine::FindNextItem(bool selects) {
     if (!state.ranges.placed()) return false;
     moveSelectionToTop(state.application);
     if (!state.locator.next(state.observer, state.result)) return false;
+    if (state.observer.found(state.operations.block()) == PassObserver::Answer::stop) return false;
     if (selects) required(state.ranges.block).Select();
     return true;
   });

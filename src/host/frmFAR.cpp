@@ -144,12 +144,12 @@ void frmFAR::createReporter(const std::u16string& dataFolder) {
 void frmFAR::connectPages(const std::u16string& dataFolder) {
   const std::u16string separator = engine_->application().PathSeparator();
   folders_ = surroundings_.folders();
-  const auto driver = std::make_shared<multifile::FileDriver>(
-      surroundings_.folders(), [this, separator] { return makePicker(separator); });
-  engine_->stepper(driver);
+  const auto stepper = surroundings_.runsOverFiles(std::make_shared<multifile::FileDriver>(
+      surroundings_.folders(), [this, separator] { return makePicker(separator); }));
+  engine_->stepper(stepper);
   mirrorNotice(*this);
   pages_ = std::make_unique<Pages>(*this, dataFolder);
-  driver->fileBegins = [this](const auto& path, std::size_t number, std::size_t count) {
+  stepper->fileBegins = [this](const auto& path, std::size_t number, std::size_t count) {
     pages_->status.tellFile(path, number, count);
   };
 }
@@ -170,6 +170,10 @@ void frmFAR::showTip() {
 
 void frmFAR::documentsChanged() {
   if (pages_) pages_->status.documentsChanged();
+}
+
+void frmFAR::listFiles(const std::vector<std::u16string>& files) {
+  if (pages_) pages_->files.show(files);
 }
 
 void frmFAR::UserForm_Activate() { Repaint(); }

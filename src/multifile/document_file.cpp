@@ -1,7 +1,7 @@
 #include "errors/context.h"
 #include "host_faults.h"
 #include "multifile/file_driver.h"
-#include "questions.h"
+#include "multifile/questions.h"
 #include "word/faults.h"
 
 namespace pluvo::multifile {
@@ -62,10 +62,7 @@ bool FileDriver::UnlockProtectedDocument(dialog::clsProcessFind& engine, Documen
     protectionType = static_cast<std::int16_t>(document->ProtectionType());
     if (!passwordPrompt_) passwordPrompt_ = std::make_unique<frmPassword>(engine.context(), engine.forms());
     for (;;) {
-      if (!passwordPrompt_->RetrievePassword(password, u"Input Password to Unlock Form.")) {
-        if (skipLockedFile(engine.boxes())) break;
-        continue;
-      }
+      if (!passwordForForm(*passwordPrompt_, engine.boxes(), password)) break;
       const auto fault = attempt([&] { document->Unprotect(password); });
       if (!fault) return true;
       if (fault->number == word::kCommandFailed) return false;

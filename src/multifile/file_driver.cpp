@@ -7,7 +7,7 @@
 #include "errors/fault.h"
 #include "host_faults.h"
 #include "multifile/clsSorting.h"
-#include "questions.h"
+#include "multifile/questions.h"
 #include "text/folding.h"
 #include "word/faults.h"
 

@@ -4,6 +4,7 @@
 #include "errors/context.h"
 #include "errors/numbers.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace pluvo::multifile {
@@ -109,6 +110,20 @@ std::int16_t FilesPage::depth() const {
 std::vector<std::u16string> FilesPage::LocateFilesForRun() {
   ListPotentialFiles();
   return isNothing(potentialFiles_) ? std::vector<std::u16string>() : potentialFiles_;
+}
+
+void FilesPage::show(const std::vector<std::u16string>& files) {
+  const std::u16string separator = engine_.application().PathSeparator();
+  std::u16string common = files.empty() ? std::u16string() : files.front();
+  for (const std::u16string& file : files) {
+    const auto end = std::mismatch(common.begin(), common.end(), file.begin(), file.end()).first;
+    common.erase(end, common.end());
+  }
+  common.resize(std::min(common.rfind(separator), common.size()));
+  potentialFiles_ = files;
+  form_.get<TextBox>(u"txtFilePath").Text(common.empty() ? separator : common);
+  form_.get<ListBox>(u"lbxPotentialFiles").items(potentialFiles_);
+  showCount(base::decimal(static_cast<std::int64_t>(files.size())));
 }
 
 void FilesPage::cmdRemoveFiles_Click() {

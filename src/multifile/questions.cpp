@@ -1,4 +1,4 @@
-#include "questions.h"
+#include "multifile/questions.h"
 
 namespace pluvo::multifile {
 
@@ -35,8 +35,11 @@ bool openAgain(forms::MessageBoxes& boxes) {
              u"Incorrect Open/Modify Password");
 }
 
-bool skipLockedFile(forms::MessageBoxes& boxes) {
-  return ask(boxes, u"Would you like to Skip this file?", u"Skip File?");
+bool passwordForForm(frmPassword& prompt, forms::MessageBoxes& boxes, std::u16string& password) {
+  while (!prompt.RetrievePassword(password, u"Input Password to Unlock Form.")) {
+    if (ask(boxes, u"Would you like to Skip this file?", u"Skip File?")) return false;
+  }
+  return true;
 }
 
 bool cancelSaveAs(forms::MessageBoxes& boxes) {

@@ -73,12 +73,15 @@ class clsProcessFind {
   void MatchTextCaseSetting(bool value) { request_.matchCase = value; }
   void StartFindsAtBeginningSetting(bool value) { request_.startAtTop = value; }
   void HighlightColorSetting(std::int16_t index) { request_.highlightColour = index; }
+  bool QuiteModeSetting() const { return quiet_; }
   void QuiteModeSetting(bool value) { quiet_ = value; }
   bool ConfirmEachOperationsetting() const { return request_.confirmEach; }
   void ConfirmEachOperationsetting(bool value) { request_.confirmEach = value; }
   void LiftLimitsSetting(bool value) { request_.liftLimits = value; }
   /// What was set; texts and distance are as the last pass took them.
   const engine::Request& request() const { return request_; }
+  /// The request as the next pass takes it. Throws Fault where the distance is no number, or none of 16 bits.
+  engine::Request preparedRequest();
   /// What a pass would make of this text.
   engine::SearchedText searched(std::u16string_view text) const {
     return engine::searchedText(text, request_.liftLimits);
@@ -102,6 +105,8 @@ class clsProcessFind {
   void endPass();
   /// Adds the pass's line to the run summary, and unless quiet shows what the pass did.
   void ChangesSummary();
+  /// What the pass did so far; nothing where none could be prepared.
+  engine::PassResult result() const { return pass_ ? pass_->result() : engine::PassResult(); }
 
   // A whole pass over the active document.
   void GoGetEmFARBOT();
@@ -111,6 +116,10 @@ class clsProcessFind {
   void MultiPLUVO(const std::vector<std::u16string>& files);
   bool MultiPLUVO_OpenNextFile(const std::vector<std::u16string>& files, std::int32_t& index);
   void MultiPLUVO_CloseFile();
+  /// The user goes on with the run no more.
+  void abandonFiles();
+  /// Adds a document's line to the run summary, of a pass that was made elsewhere.
+  void summarize(const engine::PassResult& done, const std::u16string& documentName);
   std::u16string BrowseForFolder();
 
   /// Is told of every block of GoGetEmFARBOT, MakeChanges and SkipChanges; none where null.
@@ -127,8 +136,6 @@ class clsProcessFind {
  private:
   class Client;
 
-  /// The request of the next pass. Throws Fault where the distance is no number, or none of 16 bits.
-  engine::Request preparedRequest();
   template <class Step>
   auto step(errors::Tag tag, Step step);
   void ProcessAllBlocks();

@@ -9,6 +9,9 @@
 
 namespace pluvo::dialog {
 
+/// What a request does, in the words of the lists it was chosen from: "Insert Before Selection: "text"".
+std::u16string operationInWords(const engine::Request& request);
+
 /// Runs a pass one block at a time: the found block is selected, and the user has it operated on or passed
 /// by. In a multi-file run it steps from file to file.
 ///
@@ -31,6 +34,8 @@ class frmProcessing final : public forms::Form {
   forms::CommandButton cmdSkip{u"cmdSkip", u"&Skip Operation"};
 
  private:
+  /// The user goes on with the pass no more, nor with the run that it is part of.
+  void endRun();
   void cmdPerform_Click();
   void cmdSkip_Click();
   void showNextBlock();

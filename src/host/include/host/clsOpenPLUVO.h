@@ -4,6 +4,8 @@
 #include "host/surroundings.h"
 
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace pluvo::host {
 
@@ -19,6 +21,10 @@ class clsOpenPLUVO {
   /// See frmFAR.
   void documentsChanged() {
     if (dialog_) dialog_->documentsChanged();
+  }
+  /// See frmFAR.
+  void listFiles(const std::vector<std::u16string>& files) {
+    if (dialog_) dialog_->listFiles(files);
   }
 
  private:

@@ -25,6 +25,8 @@ class frmFAR final : public forms::Form {
 
   /// A document was opened or closed in the word processor, whose window is the dialog's too.
   void documentsChanged();
+  /// Has the files page show these files, whose folder it names, for a run over them.
+  void listFiles(const std::vector<std::u16string>& files);
 
  private:
   void build();

@@ -36,6 +36,9 @@ struct Surroundings {
   /// The dialog's engine was made: a program sets what it alone decides, its limits and who watches it. The
   /// engine lives as long as the dialog.
   std::function<void(dialog::clsProcessFind&)> engineMade = [](dialog::clsProcessFind&) {};
+  /// The way of a run over files, made of that through the word processor, which finds them.
+  std::function<std::shared_ptr<dialog::FileStepper>(std::shared_ptr<dialog::FileStepper> driver)>
+      runsOverFiles = [](auto driver) { return driver; };
   /// A run over these files is about to begin; a program may take some out. Whether it begins.
   std::function<bool(std::vector<std::u16string>& files)> filesChosen = [](auto&) { return true; };
   /// What the run that has just ended did not reach in its documents: a sentence for the status line, empty

@@ -36,9 +36,6 @@ class FileDriver final : public dialog::FileStepper {
                                std::int32_t& index) override;
   void MultiPLUVO_CloseFile(dialog::clsProcessFind& engine) override;
   std::u16string BrowseForFolder(dialog::clsProcessFind& engine, const std::u16string& start) override;
-  /// Told of each file before it is opened: its path, and which it is of how many, counted from 1.
-  std::function<void(const std::u16string& path, std::size_t number, std::size_t count)> fileBegins =
-      [](const std::u16string&, std::size_t, std::size_t) {};
   std::shared_ptr<word::Document> currentDocument() override { return document_; }
 
  private:

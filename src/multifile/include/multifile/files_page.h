@@ -17,6 +17,8 @@ class FilesPage {
 
   /// The files that the choices select, whatever is in the list; none where there are none.
   std::vector<std::u16string> LocateFilesForRun();
+  /// Lists these files, whatever the choices select, and the folder that they all lie in or below.
+  void show(const std::vector<std::u16string>& files);
 
  private:
   void cmdBrowse_Click();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "forms/message_boxes.h"
+#include "multifile/frmPassword.h"
 
 #include <string>
 
@@ -11,7 +12,8 @@ bool skipTemporaryFile(forms::MessageBoxes& boxes);
 bool goOnReadOnly(forms::MessageBoxes& boxes);
 bool skipWithWrongPassword(forms::MessageBoxes& boxes);
 bool openAgain(forms::MessageBoxes& boxes);
-bool skipLockedFile(forms::MessageBoxes& boxes);
+/// By which password the document's protection is lifted; false: the file is skipped.
+bool passwordForForm(frmPassword& prompt, forms::MessageBoxes& boxes, std::u16string& password);
 bool cancelSaveAs(forms::MessageBoxes& boxes);
 void tellOfDifficultiesClosing(forms::MessageBoxes& boxes, const std::u16string& fileName);
 
