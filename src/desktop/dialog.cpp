@@ -46,6 +46,11 @@ Dialog::Dialog(const std::shared_ptr<memory::MemoryApplication>& application, Wo
                 watch.engine(&engine);
                 engine_ = &engine;
               },
+          .runsOverFiles =
+              [this](auto driver) {
+                run_ = std::make_shared<FolderRun>(std::move(driver), place_.run);
+                return run_;
+              },
           .filesChosen = place_.filesChosen,
           .notReached = place_.notReached,
           .showDocument = place_.showDocument,
@@ -68,6 +73,7 @@ Dialog::Dialog(const std::shared_ptr<memory::MemoryApplication>& application, Wo
   forms_.confirmingChanged = [this] { place_.confirmingChanged(); };
   working_.cancelled = [this] {
     if (engine_ != nullptr) engine_->CancelOperation(true);
+    if (run_) run_->cancel();
   };
 }
 
@@ -87,6 +93,8 @@ void Dialog::open() {
 }
 
 void Dialog::close() { forms_.end(); }
+
+void Dialog::listFiles(const std::vector<std::u16string>& files) { opener_.listFiles(files); }
 
 bool Dialog::admits(const forms::Form& form, const forms::Control* control) {
   const bool closes = control == nullptr;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "desktop_forms.h"
+#include "folder_run.h"
 #include "forms_qt/boxes.h"
 #include "forms_qt/forms.h"
 #include "forms_qt/machine.h"
@@ -23,6 +24,8 @@ namespace pluvo::desktop {
 struct DialogPlace {
   QWidget& window;
   QWidget& container;
+  /// What a run over files needs; the dialog adds the driver.
+  FolderRun::Place run;
   /// A run over these files is about to begin; takes out those that are not to be worked on. Whether it
   /// begins.
   std::function<bool(std::vector<std::u16string>& files)> filesChosen;
@@ -60,6 +63,12 @@ class Dialog {
   bool pauses() const { return yielding_.yields(); }
   /// Whether a block awaits the user's decision.
   bool confirming() const { return forms_.confirming(); }
+  /// Whether a run over files has the document open.
+  bool runWorks(const memory::MemoryDocument& document) const { return run_ && run_->works(document); }
+  /// Has the files page show these files, to be run over by Execute.
+  void listFiles(const std::vector<std::u16string>& files);
+  /// Opens a file with the program that the desktop has for it. Throws Fault.
+  void openFile(const QString& path) { launcher_.openFile(path); }
   /// Ends a confirmation under way, as closing its window does.
   void endConfirmation() { forms_.endConfirmation(); }
 
@@ -78,6 +87,7 @@ class Dialog {
   std::unique_ptr<forms::Clock> clock_ = forms::machineClock();
   std::unique_ptr<host::RandomSource> random_ = host::machineRandomSource();
   dialog::clsProcessFind* engine_ = nullptr;
+  std::shared_ptr<FolderRun> run_;
   host::clsOpenPLUVO opener_;
 };
 

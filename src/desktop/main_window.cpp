@@ -42,8 +42,8 @@ MainWindow::MainWindow(const Places& places, Choosers choosers)
   working_.changed = [this](bool underWay) { workChanged(underWay); };
   working_.ended = [this] { workEnded(); };
   watch_.begun = [this] {
-    // The window was closed in the pause before the run: no file is changed.
-    while (closeWanted_ && working_.underWay() && working_.cancels() < 2) working_.cancel();
+    // The window was closed in the pause before the run.
+    if (closeWanted_) working_.cancel();
     passBegins();
   };
   watch_.goesOnAfterRefusal = [this] { return goesOnAfterRefusal(); };
@@ -55,6 +55,7 @@ MainWindow::MainWindow(const Places& places, Choosers choosers)
       application_, working_, watch_, places,
       DialogPlace{.window = *this,
                   .container = *panel_,
+                  .run = placeOfRuns(),
                   .filesChosen = [this](auto& files) { return filesChosen(files); },
                   .notReached = [this] { return notReached(); },
                   .showDocument = [this](const auto& path) { showHelp(path); },
@@ -69,6 +70,18 @@ MainWindow::MainWindow(const Places& places, Choosers choosers)
                       [this] {
                         if (current() != nullptr) current()->view()->setFocus();
                       }});
+  runs_ = std::make_unique<RunsMenu>(
+      *runsMenu_, RunsMenu::Place{.window = *this,
+                                  .working = working_,
+                                  .refusedNow = [this] { return refusedNow(); },
+                                  .openFile = [this](const QString& path) { dialog_->openFile(path); },
+                                  .listFiles = [this](const auto& files) { dialog_->listFiles(files); },
+                                  .changed = [this](const std::string& path) { fileChanged(path); },
+                                  .note =
+                                      [this](const QString& text) {
+                                        note_ = text;
+                                        if (!working_.underWay()) workEnded();
+                                      }});
   restorePlace();
   updateActions();
 }
@@ -168,7 +181,9 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     return;
   }
   closeWanted_ = false;
+  closing_ = true;
   dialog_->endConfirmation();
+  closing_ = false;
   // All questions first: who stays after all finds everything as it was.
   for (std::size_t i = 0; i < documents_.size(); ++i) {
     if (!mayClose(*documents_[i])) return;
@@ -207,6 +222,7 @@ bool MainWindow::refusedNow() {
 }
 
 void MainWindow::cancelWork() {
+  if (runs_->takesBack()) return statusBar()->showMessage(tr("An undo is finished once it has begun."));
   working_.cancel();
   statusBar()->showMessage(working_.cancels() == 1 && watch_.runsOverFiles()
                                ? tr("Cancelling. A run over files finishes the document at "
@@ -230,6 +246,7 @@ void MainWindow::workChanged(bool underWay) {
 
 void MainWindow::workEnded() {
   syncTabs();
+  if (!note_.isEmpty()) statusBar()->showMessage(std::exchange(note_, {}), kMessageTime);
   if (closeWanted_) QTimer::singleShot(0, this, &QWidget::close);
 }
 

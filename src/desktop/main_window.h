@@ -8,6 +8,7 @@
 #include "open_document.h"
 #include "pass_watch.h"
 #include "places.h"
+#include "runs_menu.h"
 #include "working.h"
 
 #include <QLabel>
@@ -62,8 +63,6 @@ class MainWindow final : public QMainWindow, private memory::ApplicationObserver
   // memory::ApplicationObserver
   void opened(const memory::OpenedFile& file) override;
   void activated(const std::shared_ptr<memory::MemoryDocument>& document) override;
-  void leaving(const memory::MemoryDocument& document) override;
-  bool keeps(const memory::MemoryDocument& document) override;
   void closing(const std::shared_ptr<memory::MemoryDocument>& document) override;
 
   // Set-up.
@@ -91,8 +90,14 @@ class MainWindow final : public QMainWindow, private memory::ApplicationObserver
   enum class AboutUnsaved { save, leaveOut, stop };
   bool filesChosen(std::vector<std::u16string>& files);
   AboutUnsaved askAboutUnsaved(const std::vector<OpenDocument*>& unsaved);
+  FolderRun::Place placeOfRuns();
+  bool goesOnWithoutOriginals(const std::string& why);
+  void savedByRun(const std::string& path);
+  void leftOpenByRun(const std::string& path);
+  void fileChanged(const std::string& path);
+  void reload(OpenDocument& document);
+  void runEnded(const RunOverFiles& run);
   void passBegins();
-  void leftByRun(const OpenDocument& document);
   std::u16string notReached();
   void undo();
   void redo();
@@ -109,7 +114,8 @@ class MainWindow final : public QMainWindow, private memory::ApplicationObserver
   OpenDocument* find(const memory::MemoryDocument& document) const;
   OpenDocument* inTab(int index) const;
   void syncTabs();
-  void makeTab(OpenDocument& document);
+  void makeTab(OpenDocument& document, int index = -1);
+  void showOneTabForEach();
   void tabChosen();
   void updateTitles();
   void updateActions();
@@ -146,6 +152,9 @@ class MainWindow final : public QMainWindow, private memory::ApplicationObserver
   bool filesChanged_ = false;
   bool syncing_ = false;
   bool closeWanted_ = false;
+  bool closing_ = false;
+  /// To be shown when the work under way has ended.
+  QString note_;
 
   QStackedWidget* documentsOrWelcome_ = nullptr;
   QTabWidget* tabs_ = nullptr;
@@ -154,10 +163,12 @@ class MainWindow final : public QMainWindow, private memory::ApplicationObserver
   QLabel* zoom_ = nullptr;
   QPushButton* cancel_ = nullptr;
   QMenu* recent_ = nullptr;
+  QMenu* runsMenu_ = nullptr;
   QTimer titles_;
   QPointer<QWidget> focusBefore_;
   std::unique_ptr<Actions> actions_;
   std::unique_ptr<Dialog> dialog_;
+  std::unique_ptr<RunsMenu> runs_;
 };
 
 }  // namespace pluvo::desktop

@@ -46,6 +46,8 @@ void MainWindow::buildMenus() {
   edit.addSeparator();
   actions_->cancel = action(edit, tr("Ca&ncel"), QKeySequence(Qt::Key_Escape), &MainWindow::cancelWork);
 
+  runsMenu_ = menuBar()->addMenu(tr("&Runs"));
+
   QMenu& view = *menuBar()->addMenu(tr("&View"));
   buildViewMenu(view);
 
@@ -137,6 +139,7 @@ void MainWindow::updateActions() {
   actions_->fieldCodes->setEnabled(open && !held);
   actions_->fieldCodes->setChecked(open && document->document()->view() == text::View::codes);
   actions_->cancel->setEnabled(breathing);
+  if (runs_) runs_->update(held);
 }
 
 void MainWindow::updateRecent() {

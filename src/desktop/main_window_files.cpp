@@ -69,7 +69,6 @@ bool MainWindow::openOne(const std::string& path) {
   const auto noLonger = qScopeGuard([this] { opensForUser_ = false; });
   try {
     const auto document = application_->open(path);
-    if (OpenDocument* opened = find(*document)) opened->isUsers(true);
     wanted_ = document;
     syncTabs();
     if (current() != nullptr) current()->view()->setFocus();

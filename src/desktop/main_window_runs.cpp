@@ -9,19 +9,67 @@
 /// Runs over files, and the documents that the user has open meanwhile.
 namespace pluvo::desktop {
 
+FolderRun::Place MainWindow::placeOfRuns() {
+  return {.application = application_,
+          .working = working_,
+          .watch = watch_,
+          .freeName = [this](const std::string& path) { return freeName(path); },
+          .goesOnWithoutOriginals = [this](const std::string& why) { return goesOnWithoutOriginals(why); },
+          .told =
+              [this](const runs::Outcome& outcome) {
+                notReached_.add(base::nameText(outcome.path.substr(outcome.path.rfind('/') + 1)),
+                                outcome.elsewhere);
+              },
+          .saved = [this](const std::string& path) { savedByRun(path); },
+          .leftOpen = [this](const std::string& path) { leftOpenByRun(path); },
+          .ended = [this](const RunOverFiles& run) { runEnded(run); }};
+}
+
+bool MainWindow::goesOnWithoutOriginals(const std::string& why) {
+  Question box(this, tr("The run cannot be taken back. Run all the same?"), QString::fromStdString(why));
+  QAbstractButton* const run = box.addButton(tr("&Run without an Undo"), QMessageBox::DestructiveRole);
+  box.setDefaultButton(box.addButton(QMessageBox::Cancel));
+  box.exec();
+  return box.clickedButton() == run;
+}
+
+/// Passes from before the run are taken back no more: that would look like an undo of the run.
+void MainWindow::savedByRun(const std::string& path) {
+  filesChanged_ = true;
+  for (const auto& open : documents_) open->forgetPasses();
+  fileChanged(path);
+}
+
+void MainWindow::fileChanged(const std::string& path) {
+  for (std::size_t i = 0; i < documents_.size(); ++i) {
+    OpenDocument& open = *documents_[i];
+    if (dialog_->runWorks(*open.document()) || open.view() == nullptr || !open.file().isAt(path)) continue;
+    // What is not saved stays; saving it will say that the file has changed.
+    if (!open.changed()) reload(open);
+    return;
+  }
+}
+
+/// The document is the user's from now on. What the user had of it is its file.
+void MainWindow::leftOpenByRun(const std::string& path) {
+  const auto left = application_->active();
+  for (std::size_t i = 0; i < documents_.size(); ++i) {
+    OpenDocument& open = *documents_[i];
+    if (open.document() == left || open.changed() || !open.file().isAt(path)) continue;
+    application_->close(open.document());
+    break;
+  }
+}
+
+void MainWindow::runEnded(const RunOverFiles& run) { runs_->runEnded(run, closing_ || closeWanted_); }
+
 void MainWindow::passBegins() {
   const auto document = application_->active();
   if (OpenDocument* const open = find(*document)) open->passBegins();
-  notReached_.passBegins(document, watch_.request());
+  if (!watch_.runsOverFiles()) notReached_.passBegins(document, watch_.request());
 }
 
-/// A run over files closes a document: it is looked through before it is saved.
-void MainWindow::leaving(const memory::MemoryDocument& document) {
-  const OpenDocument* const open = find(document);
-  if (open != nullptr && notReached_.awaits(document)) notReached_.look(*open);
-}
-
-/// The run has ended; its last document is open where it was the only one, or was given up half-way.
+/// A run over one document has ended, or one over files.
 std::u16string MainWindow::notReached() {
   const auto last = notReached_.awaited();
   const OpenDocument* const open = last != nullptr ? find(*last) : nullptr;
@@ -32,6 +80,7 @@ std::u16string MainWindow::notReached() {
 /// What is half done in a document is neither saved by a run nor lost: the user decides before it begins.
 /// Whether it begins.
 bool MainWindow::filesChosen(std::vector<std::u16string>& files) {
+  if (closeWanted_) return false;  // the window was closed in the pause before the run
   std::vector<OpenDocument*> unsaved;
   std::vector<bool> isUnsaved(files.size(), false);
   for (const auto& document : documents_) {
@@ -84,20 +133,13 @@ MainWindow::AboutUnsaved MainWindow::askAboutUnsaved(const std::vector<OpenDocum
   return box.clickedButton() == leave ? AboutUnsaved::leaveOut : AboutUnsaved::stop;
 }
 
-/// A run over files is done with the document. What it wrote to disk is not taken back here, nor is anything
-/// from before it: that would look like it.
-void MainWindow::leftByRun(const OpenDocument& document) {
-  if (!watch_.runsOverFiles() || !document.passChanged() || document.changed()) return;
-  filesChanged_ = true;
-  for (const auto& open : documents_) open->forgetPasses();
-}
-
 void MainWindow::undo() {
   if (refusedNow()) return;
   if (current() == nullptr || !current()->canUndo()) {
     if (filesChanged_)
-      statusBar()->showMessage(
-          tr("Nothing was taken back: what the run over files changed on disk stays changed."), kMessageTime);
+      statusBar()->showMessage(tr("Nothing was taken back. What the run over files changed is taken back by "
+                                  "Runs > Undo Last Run."),
+                               kMessageTime);
     return;
   }
   current()->undo();

@@ -1,6 +1,7 @@
 #include "main_window.h"
 
-#include <QApplication>
+#include <QScopeGuard>
+#include <QScrollBar>
 #include <QTabBar>
 #include <algorithm>
 #include <utility>
@@ -36,12 +37,6 @@ void MainWindow::activated(const std::shared_ptr<memory::MemoryDocument>& docume
   if (!syncing_) wanted_ = document;
 }
 
-bool MainWindow::keeps(const memory::MemoryDocument& document) {
-  const OpenDocument* const open = find(document);
-  if (open != nullptr) leftByRun(*open);
-  return open != nullptr && open->isUsers();
-}
-
 void MainWindow::closing(const std::shared_ptr<memory::MemoryDocument>& document) {
   OpenDocument* const closed = find(*document);
   if (closed == nullptr) return;
@@ -50,18 +45,64 @@ void MainWindow::closing(const std::shared_ptr<memory::MemoryDocument>& document
   if (!view) return;
   tabs_->removeTab(tabs_->indexOf(view));
   view->deleteLater();
+  for (int i = 0; i < tabs_->count(); ++i) {
+    if (tabs_->isTabVisible(i)) continue;
+    tabs_->setTabVisible(i, true);
+    tabs_->setCurrentIndex(i);
+  }
+}
+
+/// Of a document that a run has open, and the user, too, that of the run is shown.
+void MainWindow::showOneTabForEach() {
+  for (const auto& ofRun : documents_) {
+    if (!dialog_ || !dialog_->runWorks(*ofRun->document())) continue;
+    for (const auto& open : documents_) {
+      if (open != ofRun && open->view() != nullptr && open->file().isAt(ofRun->document()->path()))
+        tabs_->setTabVisible(tabs_->indexOf(open->view()), false);
+    }
+  }
+}
+
+/// Its file has another version: that is shown in its place.
+void MainWindow::reload(OpenDocument& document) {
+  const std::string path = document.document()->path();
+  const text::Span selected = document.document()->selection();
+  const int index = tabs_->indexOf(document.view());
+  const bool isFront = tabs_->currentIndex() == index;
+  const double zoom = document.view()->zoom();
+  const int scrolled = document.view()->verticalScrollBar()->value();
+  memory::OpenedFile again;
+  try {
+    opener_->readAs(document.file().stored().encoding());
+    const auto noLonger = qScopeGuard([this] { opener_->readAs({}); });
+    again = opener_->open(path);
+  } catch (const errors::Fault&) {
+    return;  // what was there is still to be read
+  }
+  const bool synced = std::exchange(syncing_, true);
+  application_->close(document.document());
+  application_->add(again.document, again.file);
+  OpenDocument& now = *find(*again.document);
+  makeTab(now, index);
+  const text::Position end = again.document->model().length();
+  again.document->select({std::min(selected.from, end), std::min(selected.to, end)});
+  now.view()->setZoom(zoom);
+  now.view()->verticalScrollBar()->setValue(scrolled);
+  if (isFront) tabs_->setCurrentWidget(now.view());
+  if (current() != nullptr) application_->activate(current()->document());
+  syncing_ = synced;
+  wanted_.reset();
+  updateTitles();
 }
 
 /// Gives every open document a tab, and brings together which is in front here and in the engine's eyes. Not
 /// while the engine works: it opens and closes documents that nobody needs to see.
 void MainWindow::syncTabs() {
   if (std::exchange(syncing_, true)) return;
-  // What a run over files has left open is the user's from then on.
-  const bool noRun = !atWork() && QApplication::activeModalWidget() == nullptr;
   for (std::size_t i = 0; i < documents_.size(); ++i) {
     if (documents_[i]->view() == nullptr) makeTab(*documents_[i]);
-    if (noRun) documents_[i]->isUsers(true);
   }
+  showOneTabForEach();
   const auto wanted = std::exchange(wanted_, {}).lock();
   const OpenDocument* const front = wanted ? find(*wanted) : nullptr;
   if (front != nullptr && front->view() != nullptr) tabs_->setCurrentWidget(front->view());
@@ -72,7 +113,7 @@ void MainWindow::syncTabs() {
   if (dialog_) dialog_->documentsChanged();
 }
 
-void MainWindow::makeTab(OpenDocument& document) {
+void MainWindow::makeTab(OpenDocument& document, int index) {
   text::RunMap<formats::Appearance> appearance;
   const formats::Source& source = document.file().stored().source();
   try {
@@ -86,7 +127,7 @@ void MainWindow::makeTab(OpenDocument& document) {
   view->zoomed = [this] { updateTitles(); };
   view->setAcceptDrops(false);
   document.shownBy(view);
-  tabs_->addTab(view, document.name());
+  tabs_->insertTab(index, view, document.name());
 }
 
 void MainWindow::tabChosen() {

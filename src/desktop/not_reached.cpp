@@ -33,10 +33,9 @@ void NotReached::passBegins(const std::shared_ptr<memory::MemoryDocument>& docum
 
 void NotReached::look(const OpenDocument& document) {
   document_.reset();
-  ++documents_;
   const store::StoredDocument& stored = document.file().stored();
   // Plain text, which alone has an encoding, has nothing elsewhere: no work is shown for it.
-  if (!stored.encoding().empty()) return;
+  if (!stored.encoding().empty()) return add(document.document()->Name(), {});
   elsewhere::Elsewhere found;
   const formats::Source& source = stored.source();
   const document::Story& story = document.document()->mainText();
@@ -45,9 +44,14 @@ void NotReached::look(const OpenDocument& document) {
   } catch (...) {
     found.damaged.push_back({"other parts", base::utf8(errors::faultInFlight().description)});
   }
+  add(document.document()->Name(), found);
+}
+
+void NotReached::add(std::u16string name, const elsewhere::Elsewhere& found) {
+  ++documents_;
   if (!needsCare(found)) return;
   found_ += found;
-  names_.push_back(document.document()->Name());
+  names_.push_back(std::move(name));
 }
 
 std::u16string NotReached::takeWords() {

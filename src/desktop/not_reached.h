@@ -12,19 +12,19 @@
 
 namespace pluvo::desktop {
 
-/// Looks where the requests of passes did not work, and keeps what it finds until the run has ended: a run is
-/// one pass over one document, or one over each of many files.
+/// Looks where the request of a pass did not work, and keeps what it finds, or is told of the files of a run,
+/// until the run has ended.
 class NotReached {
  public:
   explicit NotReached(Working& working) : working_(working) {}
 
   void passBegins(const std::shared_ptr<memory::MemoryDocument>& document, engine::Request request);
-  /// Whether the pass that began last was made over this document, and nothing was looked for since.
-  bool awaits(const memory::MemoryDocument& document) const { return document_.lock().get() == &document; }
   /// The document of the pass that nothing was looked for since; null where there is none or it is closed.
   std::shared_ptr<memory::MemoryDocument> awaited() const { return document_.lock(); }
   /// Looks in the document that is awaited, in another thread.
   void look(const OpenDocument& document);
+  /// What a run over files found in one of them.
+  void add(std::u16string name, const elsewhere::Elsewhere& found);
 
   /// A sentence about the run that has ended, which is forgotten; empty where everything was reached.
   std::u16string takeWords();

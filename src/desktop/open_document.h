@@ -25,10 +25,6 @@ class OpenDocument final : public memory::DocumentObserver {
   QString path() const;
   bool changed() const { return document_->stories().changed(); }
 
-  /// Whether it is open for the user, and not only for a run over files.
-  bool isUsers() const { return isUsers_; }
-  void isUsers(bool value) { isUsers_ = value; }
-
   view::DocumentView* view() const { return view_; }
   void shownBy(view::DocumentView* view) { view_ = view; }
 
@@ -58,7 +54,6 @@ class OpenDocument final : public memory::DocumentObserver {
   std::shared_ptr<store::StoredFile> file_;
   QPointer<view::DocumentView> view_;
   History history_;
-  bool isUsers_ = false;
 };
 
 }  // namespace pluvo::desktop

@@ -5,26 +5,24 @@
 namespace pluvo::desktop {
 
 void PassWatch::begins() {
-  takenBack_ = false;
   refused_ = false;
+  run().begins();
   begun();
 }
 
-engine::PassObserver::Answer PassWatch::operated(const engine::Block&, const errors::Fault* refusal) {
+engine::PassObserver::Answer PassWatch::operated(const engine::Block& block, const errors::Fault* refusal) {
+  const Answer ofRun = run().operated(block, refusal);
   const bool asks = refusal != nullptr && engine_ != nullptr && !engine_->ConfirmEachOperationsetting();
-  if (asks && !std::exchange(refused_, true) && !goesOnAfterRefusal()) return stop();
-  return breathe();
+  if (asks && !std::exchange(refused_, true) && !goesOnAfterRefusal()) {
+    if (run_ != nullptr) takeBack();
+    return Answer::stop;
+  }
+  return breathe(ofRun);
 }
 
-engine::PassObserver::Answer PassWatch::breathe() {
+engine::PassObserver::Answer PassWatch::breathe(Answer ofRun) {
   working_.breathe();
-  return working_.cancels() < (runsOverFiles() ? 2 : 1) ? Answer::goOn : stop();
-}
-
-/// Of a document that is saved at once, all changes are made or none.
-engine::PassObserver::Answer PassWatch::stop() {
-  if (runsOverFiles() && !std::exchange(takenBack_, true)) takeBack();
-  return Answer::stop;
+  return run_ == nullptr && working_.cancels() > 0 ? Answer::stop : ofRun;
 }
 
 }  // namespace pluvo::desktop

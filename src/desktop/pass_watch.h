@@ -9,14 +9,15 @@
 namespace pluvo::desktop {
 
 /// Breathes while a pass is at work, and ends it where the user wants that: a pass over one document at once;
-/// in a run over files the document at hand is finished first, and at a second cancel taken back. Where an
-/// operation is refused, the others mostly are too, and each refusal is told in a box: so the user may end
-/// the pass.
+/// one of a run over files where the run wants it. Where an operation is refused, the others mostly are too,
+/// and each refusal is told in a box: so the user may end the pass.
 class PassWatch final : public engine::PassObserver {
  public:
   explicit PassWatch(Working& working) : working_(working) {}
 
   void engine(const dialog::clsProcessFind* engine) { engine_ = engine; }
+  /// The watcher of the run over files that the passes are made for; none where null.
+  void run(engine::PassObserver* run) { run_ = run; }
   /// Whether the last run was one over files.
   bool runsOverFiles() const { return engine_ != nullptr && engine_->MultiFileRun(); }
   /// What the pass that began last looks for; the engine must be there.
@@ -26,22 +27,25 @@ class PassWatch final : public engine::PassObserver {
   /// An operation was refused, which the user has been told; whether the pass goes on all the same. Asked
   /// once a pass.
   std::function<bool()> goesOnAfterRefusal = [] { return true; };
-  /// What was done to the active document so far is to be undone: the run over files is cancelled.
+  /// What was done to the active document so far is to be undone: of one that is saved at once, all changes
+  /// are made or none.
   std::function<void()> takeBack = [] {};
 
   void begins() override;
-  Answer searching() override { return breathe(); }
-  Answer found(const engine::Block&) override { return breathe(); }
+  Answer searching() override { return breathe(run().searching()); }
+  void tooFar() override { run().tooFar(); }
+  Answer found(const engine::Block& block) override { return breathe(run().found(block)); }
   Answer operated(const engine::Block&, const errors::Fault* refusal) override;
-  Answer skipped(const engine::Block&) override { return breathe(); }
+  Answer skipped(const engine::Block& block) override { return breathe(run().skipped(block)); }
 
  private:
-  Answer breathe();
-  Answer stop();
+  engine::PassObserver& run() { return run_ != nullptr ? *run_ : nobody_; }
+  Answer breathe(Answer ofRun);
 
   Working& working_;
   const dialog::clsProcessFind* engine_ = nullptr;
-  bool takenBack_ = false;
+  engine::PassObserver* run_ = nullptr;
+  engine::PassObserver nobody_;
   bool refused_ = false;
 };
 

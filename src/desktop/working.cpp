@@ -2,7 +2,6 @@
 
 #include <QCoreApplication>
 #include <QEvent>
-#include <QEventLoop>
 #include <future>
 #include <thread>
 #include <utility>
@@ -62,24 +61,49 @@ void Working::breathe() {
 void Working::run(const std::function<void()>& work) {
   if (breathing_) return work();
   begin();
-  QEventLoop loop;
+  Alarm done;
   std::packaged_task<void()> task(work);
-  std::future<void> done = task.get_future();
+  std::future<void> result = task.get_future();
   std::thread thread([&] {
     task();
-    QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
+    done.ring();
   });
-  if (done.wait_for(waitedFor) != std::future_status::ready) {
-    show();
-    const During during(breathing_);
-    // The call that ends the loop is queued, and so comes even when the work was done before it began.
-    loop.exec();
-    lastBreath_ = clock();
-  }
+  waitFor(done);
   thread.join();
   breathe();  // where much work was short, one piece after the other
   askForEnd();
-  done.get();
+  result.get();
+}
+
+void Working::waitFor(Alarm& alarm) {
+  begin();
+  QEventLoop loop;
+  {
+    std::unique_lock lock(alarm.mutex_);
+    if (alarm.rings_.wait_for(lock, waitedFor, [&] { return alarm.rung_; })) {
+      alarm.rung_ = false;
+      return;
+    }
+    alarm.loop_ = &loop;
+  }
+  show();
+  {
+    const During during(breathing_);
+    // The call that ends the loop is queued, and so comes even when the alarm rang before it began.
+    loop.exec();
+    lastBreath_ = clock();
+  }
+  askForEnd();
+  const std::lock_guard lock(alarm.mutex_);
+  alarm.loop_ = nullptr;
+  alarm.rung_ = false;
+}
+
+void Alarm::ring() {
+  const std::lock_guard lock(mutex_);
+  rung_ = true;
+  rings_.notify_one();
+  if (loop_ != nullptr) QMetaObject::invokeMethod(loop_, &QEventLoop::quit, Qt::QueuedConnection);
 }
 
 void Working::cancel() {

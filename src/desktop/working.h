@@ -1,10 +1,28 @@
 #pragma once
 
+#include <QEventLoop>
 #include <QObject>
 #include <chrono>
+#include <condition_variable>
 #include <functional>
+#include <mutex>
 
 namespace pluvo::desktop {
+
+/// What the window's thread waits for, and another gives.
+class Alarm {
+ public:
+  /// From any thread. Rung before it is waited for, it ends the wait at once.
+  void ring();
+
+ private:
+  friend class Working;
+
+  std::mutex mutex_;
+  std::condition_variable rings_;
+  bool rung_ = false;
+  QEventLoop* loop_ = nullptr;
+};
 
 /// Keeps the windows alive while the one thread works. Whoever works calls breathe() often; what waits in a
 /// file is done in another thread. The work has ended when the event loop has control again.
@@ -18,6 +36,8 @@ class Working : public QObject {
   /// Does the work in another thread while this one deals with events, and returns when it is done; short
   /// work is waited for. The caller gets what the work throws.
   void run(const std::function<void()>& work);
+  /// Deals with events until the alarm rings; one that comes soon is waited for.
+  void waitFor(Alarm& alarm);
 
   /// Whether something is at work: from the first breath until the event loop has control again.
   bool underWay() const { return underWay_; }

@@ -50,4 +50,8 @@ void QtLauncher::launchHidden(const std::u16string& commandLine) {
   if (page.isEmpty() || !opener_(QUrl(page, QUrl::StrictMode))) throw notOpened(page.isEmpty() ? line : page);
 }
 
+void QtLauncher::openFile(const QString& path) {
+  if (!opener_(QUrl::fromLocalFile(path))) throw notOpened(path);
+}
+
 }  // namespace pluvo::forms_qt

@@ -14,7 +14,7 @@ int main(int argc, char** argv) {
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   // Nobody's settings and data are touched.
   const QTemporaryDir home;
-  for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR"})
+  for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME", "XDG_RUNTIME_DIR"})
     qputenv(name, home.path().toUtf8());
   const QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("PLUVO"));

@@ -191,7 +191,7 @@ class UsedWindow : public testing::Test {
  private:
   void answer() {
     QWidget* const box = QApplication::activeModalWidget();
-    if (box == nullptr || box == answered_) return;
+    if (box == nullptr || box == answered_ || window->working().breathing()) return;
     answered_ = box;
     QObject::connect(box, &QObject::destroyed, [this, box] {
       if (answered_ == box) answered_ = nullptr;

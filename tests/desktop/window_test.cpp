@@ -154,7 +154,7 @@ TEST_F(UsedWindow, TakesNothingBackThatARunLeftOnDisk) {
     const auto refuses = [&] {
       const std::string before = text(document);
       menu("&Undo Last Pass");
-      EXPECT_THAT(window->statusBar()->currentMessage().toStdString(), HasSubstr("stays changed"));
+      EXPECT_THAT(window->statusBar()->currentMessage().toStdString(), HasSubstr("Undo Last Run"));
       EXPECT_EQ(text(document), before);
     };
     refuses();
@@ -185,14 +185,14 @@ TEST_F(UsedWindow, AsksAboutDocumentsOfARunThatAreHalfDone) {
     askOver(scratch.path("link"));
     for (const auto& each : cases) {
       SCOPED_TRACE(each.answer);
-      OpenDocument& document = open(scratch.put("dir/a.txt", kMinutes));
       scratch.put("dir/b.txt", kMinutes);
-      change(document, 3, u"1");
+      change(open(scratch.put("dir/a.txt", kMinutes)), 3, u"1");
       expectChoice(QLatin1String(each.answer));
       execute();
       settle();
       EXPECT_EQ(scratch.get("dir/a.txt"), each.open);
       EXPECT_EQ(scratch.get("dir/b.txt"), each.other);
+      const OpenDocument& document = *window->current();
       EXPECT_EQ(text(document).substr(0, 5), "1 [a]") << "nothing of it is lost";
       EXPECT_EQ(document.changed(), std::string(each.open) == kMinutes);
       if (document.changed()) expectAnswer(QMessageBox::Discard);

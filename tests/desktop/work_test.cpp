@@ -185,8 +185,12 @@ TEST_P(WorkOverFiles, LeavesEachWholeOrUntouched) {
   for (const char* name : {"a.txt", "b.txt", "c.txt"}) scratch.put(name, before);
   use([&] {
     askForReplacement();
+    tick("chkQuiteMode", false);
     askOver(scratch.path(""));
     click("cmdGetPotentialFiles");
+    for (int statistics = 0; statistics < 2; ++statistics)
+      expectBox([](QWidget& box) { press(box, "cmdContinue"); });
+    expectSaying(GetParam() == 1 ? "1 document is left" : "2 documents are left");
     meanwhile([&] {
       if (window->application()->count() == 0) return false;
       const auto document = window->application()->active();
@@ -216,9 +220,12 @@ TEST_F(WorkInTheWindow, TakesBackNothingFromBeforeTheRun) {
     settle();
     ASSERT_FALSE(document.changed());
     askForReplacement();
+    tick("chkQuiteMode", false);
     askOver(scratch.path(""));
     click("cmdGetPotentialFiles");
     settle();
+    expectSaying("unable to find");
+    expectSaying("1 document is left");
     meanwhile([&] { return cancel(), cancels == 2; });
     execute();
     settle();

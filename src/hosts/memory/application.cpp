@@ -74,9 +74,13 @@ void MemoryApplication::save(const MemoryDocument& document) {
 }
 
 void MemoryApplication::close(const std::shared_ptr<MemoryDocument>& document) {
+  remove(document);
+  document->close();
+}
+
+void MemoryApplication::remove(const std::shared_ptr<MemoryDocument>& document) {
   const OpenedFile taken = take(document);
   if (observer_ != nullptr) observer_->closing(document);
-  taken.document->close();
 }
 
 bool MemoryApplication::isReadOnly(const MemoryDocument& document) const {

@@ -151,9 +151,8 @@ bool MemoryDocument::Saved() {
 void MemoryDocument::Close(bool saveChanges) {
   member(u"Document.Close", [&] {
     const auto kept = shared_from_this();
-    application().leaving(*this);
     if (saveChanges && !Saved()) application().save(*this);
-    if (!application().keeps(*this)) application().close(kept);
+    application().close(kept);
   });
 }
 

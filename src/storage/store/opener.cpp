@@ -31,6 +31,8 @@ errors::Fault faultOf(std::int32_t number, const std::string& path, const std::s
 
 bool mayNot(Problem problem) { return problem == Problem::readOnly || problem == Problem::locked; }
 
+}  // namespace
+
 std::int32_t openingFault(Problem problem) {
   // Not "wrong password": nobody is asked for one here, so that asking again would come to the same.
   if (problem == Problem::password) return word::kNotAvailable;
@@ -42,9 +44,7 @@ std::int32_t savingFault(Problem problem) {
   return mayNot(problem) ? word::kFileReadOnly : word::kCannotSave;
 }
 
-}  // namespace
-
-StoredFile::StoredFile(std::unique_ptr<StoredDocument> stored, SaveAsChooser chooser, Running running)
+StoredFile::StoredFile(std::shared_ptr<StoredDocument> stored, SaveAsChooser chooser, Running running)
     : stored_(std::move(stored)), chooser_(std::move(chooser)), running_(std::move(running)) {}
 
 std::optional<errors::Fault> StoredFile::obstacle() const {

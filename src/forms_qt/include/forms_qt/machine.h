@@ -32,6 +32,8 @@ class QtLauncher final : public forms::Launcher {
   /// "start ADDRESS", also behind a shell ("cmd.exe /c start ADDRESS"). Throws Fault kFileNotFound, which
   /// tells what could not be opened; so for any other command line.
   void launchHidden(const std::u16string& commandLine) override;
+  /// Opens a file with the program the desktop has for it. Throws Fault kFileNotFound.
+  void openFile(const QString& path);
 
  private:
   Opener opener_;

@@ -18,10 +18,6 @@ class ApplicationObserver {
   virtual void opened(const OpenedFile& /*file*/) {}
   /// It came to the front.
   virtual void activated(const std::shared_ptr<MemoryDocument>& /*document*/) {}
-  /// The engine has done with it and closes it; it is not saved yet.
-  virtual void leaving(const MemoryDocument& /*document*/) {}
-  /// Whether a document that the engine has done with, and closes, stays open: the user has it open.
-  virtual bool keeps(const MemoryDocument& /*document*/) { return false; }
   /// It still has its text.
   virtual void closing(const std::shared_ptr<MemoryDocument>& /*document*/) {}
 };
@@ -60,15 +56,9 @@ class MemoryApplication : public word::Application {
   void save(const MemoryDocument& document);
   /// Closes a document without saving; the one that was in front before comes to the front.
   void close(const std::shared_ptr<MemoryDocument>& document);
+  /// The same, but the document keeps its text, for whoever else has it.
+  void remove(const std::shared_ptr<MemoryDocument>& document);
   bool isReadOnly(const MemoryDocument& document) const;
-  /// The engine is about to close it.
-  void leaving(const MemoryDocument& document) {
-    if (observer_ != nullptr) observer_->leaving(document);
-  }
-  /// Whether it stays open when the engine closes it.
-  bool keeps(const MemoryDocument& document) const {
-    return observer_ != nullptr && observer_->keeps(document);
-  }
 
   /// None where null. Outlives this or is taken away first.
   void observer(ApplicationObserver* observer) { observer_ = observer; }

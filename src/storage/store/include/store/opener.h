@@ -24,11 +24,15 @@ using EncodingChooser =
 /// reads the document meanwhile must not change it.
 using Running = std::function<void(const std::function<void()>& work)>;
 
+/// The number that a word processor has for what keeps a document from being opened, or from being saved.
+std::int32_t openingFault(errors::Problem problem);
+std::int32_t savingFault(errors::Problem problem);
+
 /// The stored document behind an open one. What goes wrong on saving is a Fault: 5155 (may not be written)
 /// and 5356 (could not be written). Its description says what to do.
 class StoredFile : public memory::DocumentFile {
  public:
-  StoredFile(std::unique_ptr<StoredDocument> stored, SaveAsChooser chooser, Running running);
+  StoredFile(std::shared_ptr<StoredDocument> stored, SaveAsChooser chooser, Running running);
 
   bool readOnly() const override { return obstacle().has_value(); }
   bool isAt(const std::string& path) const override { return stored_->isAt(path); }
@@ -46,7 +50,7 @@ class StoredFile : public memory::DocumentFile {
  private:
   void run(const std::string& path, const std::function<void()>& work) const;
 
-  std::unique_ptr<StoredDocument> stored_;
+  std::shared_ptr<StoredDocument> stored_;
   files::NotKept notKept_;
   SaveAsChooser chooser_;
   Running running_;
