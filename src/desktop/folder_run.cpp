@@ -226,7 +226,7 @@ void FolderRun::tellFailure(const runs::Outcome& outcome, const std::shared_ptr<
     engine_->context().enter(tag);
     engine_->context().report(errors::Fault(number, line).with(outcome.failure->problem));
   };
-  const bool staysOpen = was && was->document()->model().changed();
+  const bool staysOpen = was && was->document()->stories().changed();
   if (!was && !isDeclined) report(u"cpf:44", store::openingFault(outcome.failure->problem));
   if (!staysOpen) return;
   if (!isDeclined) {

@@ -66,7 +66,8 @@ void MainWindow::showOneTabForEach() {
 /// Its file has another version: that is shown in its place.
 void MainWindow::reload(OpenDocument& document) {
   const std::string path = document.document()->path();
-  const text::Span selected = document.document()->selection();
+  const bool inMainText = document.document()->selectedStory() == 0;
+  const text::Span selected = inMainText ? document.document()->selection() : text::Span{};
   const int index = tabs_->indexOf(document.view());
   const bool isFront = tabs_->currentIndex() == index;
   const double zoom = document.view()->zoom();
@@ -84,7 +85,7 @@ void MainWindow::reload(OpenDocument& document) {
   application_->add(again.document, again.file);
   OpenDocument& now = *find(*again.document);
   makeTab(now, index);
-  const text::Position end = again.document->model().length();
+  const text::Position end = again.document->mainText().length();
   again.document->select({std::min(selected.from, end), std::min(selected.to, end)});
   now.view()->setZoom(zoom);
   now.view()->verticalScrollBar()->setValue(scrolled);
