@@ -17,7 +17,7 @@ bool isMarker(Name name) { return name >= Name::bookmarkStart && name <= Name::c
 
 BodyWalker::BodyWalker(base::ByteSpan part, const std::string& partName, BodyEvents& events, Reach reach,
                        xml::Swept swept)
-    : scanner_(part, vocabulary(), partName, {}, swept), events_(events), reach_(reach) {}
+    : scanner_(part, vocabulary(), partName, {}, swept), events_(&events), reach_(reach) {}
 
 void BodyWalker::resumeAt(Offset offset, Position position) {
   scanner_.resumeAt(offset);
@@ -132,7 +132,7 @@ bool BodyWalker::preserves() const {
 
 void BodyWalker::enter(Name name, Token token, Context within) {
   push(name, token, within);
-  events_.open(stack_.back().tag);
+  events_->open(stack_.back().tag);
   if (token == Token::empty) leave({scanner_.end(), scanner_.end()});
 }
 
@@ -140,31 +140,31 @@ void BodyWalker::leave(Extent endTag) {
   const Open left = stack_.back();
   if (left.within == Context::outside) {
     stack_.pop_back();
-    return events_.closeOutside(left.tag);
+    return events_->closeOutside(left.tag);
   }
   switch (left.tag.name) {
     case Name::p:
-      events_.paragraphMark(endTag);
+      events_->paragraphMark(endTag);
       advance(1);
       break;
     case Name::body:
     case Name::tc:
       if (!left.endsWithParagraph) {
-        events_.missingParagraph(left.tag.name, endTag);
+        events_->missingParagraph(left.tag.name, endTag);
         advance(1);
       }
       finished_ = finished_ || left.tag.name == Name::body;
       break;
     case Name::tr:
       if (left.hasCells) {
-        events_.rowMark(endTag);
+        events_->rowMark(endTag);
         advance(1);
       }
       break;
     case Name::fldSimple:
       if (!fields_.empty()) {
         fields_.pop_back();
-        events_.endSimpleField(endTag);
+        events_->endSimpleField(endTag);
         advance(1);
       }
       break;
@@ -185,7 +185,7 @@ void BodyWalker::leave(Extent endTag) {
                                   [](const Open& open) { return open.tag.name == Name::tr; });
     row->hasCells = true;
   }
-  events_.close(left.tag, endTag);
+  events_->close(left.tag, endTag);
   if (left.tag.name == Name::body && !suspended_.empty()) leaveStory();
 }
 
@@ -205,12 +205,12 @@ void BodyWalker::enterAlternative(Name name, Token token, Context within) {
     alternatives_.back() = true;
     return enter(name, token, within);
   }
-  events_.aside(scanner_.begin());
+  events_->aside(scanner_.begin());
   if (walksEveryStory()) return enterOutside(name, token);
   Extent extent = tokenExtent();
   skip(token);
   extent.end = scanner_.end();
-  events_.passedAlternative(extent);
+  events_->passedAlternative(extent);
 }
 
 bool BodyWalker::understood(std::string_view prefixes) const {
@@ -248,7 +248,7 @@ void BodyWalker::readProperties(Name kind, Token token) {
     }
   }
   properties_.whole.end = scanner_.end();
-  events_.properties(kind, properties_);
+  events_->properties(kind, properties_);
 }
 
 void BodyWalker::readControl(Token token) {
@@ -279,7 +279,7 @@ void BodyWalker::readControl(Token token) {
         }
         break;
       case Name::dataBinding:
-        events_.aside(begin);
+        events_->aside(begin);
         if (walksEveryStory()) readBinding(control.binding, name, next);
         break;
       default:
@@ -287,7 +287,7 @@ void BodyWalker::readControl(Token token) {
     }
     skip(next);
   }
-  events_.control(control);
+  events_->control(control);
 }
 
 void BodyWalker::readLook(RunLook& look, Token token) {
@@ -341,7 +341,7 @@ void BodyWalker::marker(Name name, Token token) {
   Marker met{name, tokenExtent(), attributeValue(Name::id), attributeValue(Name::name)};
   skip(token);
   met.extent.end = scanner_.end();
-  events_.marker(met);
+  events_->marker(met);
 }
 
 std::string BodyWalker::attributeValue(Name name) const {

@@ -168,6 +168,8 @@ class BodyWalker {
   void resumeAt(Offset offset, Position position);
 
   const xml::Scanner& scanner() const { return scanner_; }
+  /// From here on the walk tells this of what it meets.
+  void tell(BodyEvents& events) { events_ = &events; }
 
  private:
   enum class Context : std::uint8_t { root, blocks, table, row, inlines, run, ruby, outside };
@@ -241,7 +243,7 @@ class BodyWalker {
   bool walksEveryStory() const { return reach_ == Reach::everyStory; }
 
   xml::Scanner scanner_;
-  BodyEvents& events_;
+  BodyEvents* events_;
   Reach reach_;
   std::vector<Suspended> suspended_;
   Position position_ = 0;

@@ -32,7 +32,7 @@ void BodyWalker::startInRun(Name name, Token token) {
       return reference(text::kCommentReference, token, name);
     case Name::alternateContent: {
       const Offset begin = scanner_.begin();
-      events_.aside(begin);
+      events_->aside(begin);
       if (token == Token::start) alternativeInRun();
       if (!walksEveryStory()) return;
       scanner_.resumeAt(begin);
@@ -44,7 +44,7 @@ void BodyWalker::startInRun(Name name, Token token) {
     case Name::pict:
     case Name::object:
     case Name::contentPart:
-      events_.aside(scanner_.begin());
+      events_->aside(scanner_.begin());
       if (walksEveryStory()) return descend(name, token);
       [[fallthrough]];
     default: {
@@ -114,7 +114,7 @@ void BodyWalker::single(char16_t unit, Token token, Name name, std::string_view 
 
 void BodyWalker::singleFrom(Offset begin, char16_t unit, Token token, Name name, std::string_view reference) {
   skip(token);
-  events_.character(unit, {begin, scanner_.end()}, name, reference);
+  events_->character(unit, {begin, scanner_.end()}, name, reference);
   advance(1);
 }
 
@@ -154,9 +154,9 @@ void BodyWalker::enterSimpleField(Token token) {
   openField({true, true});
   push(Name::fldSimple, token, Context::inlines);
   const Tag tag = stack_.back().tag;
-  events_.simpleField(tag, units_);
+  events_->simpleField(tag, units_);
   advance(units_.size() + 2);
-  events_.open(tag);
+  events_->open(tag);
   if (token == Token::empty) leave({scanner_.end(), scanner_.end()});
 }
 
@@ -194,7 +194,7 @@ void BodyWalker::tellText(TextElement element, bool preserved, std::string_view 
   if (element.length() == 0) return;
   // Where an element around preserves blanks, they could not be written without becoming text.
   if (!preserved && !stack_.back().preserves) outerBlanks(inner, element.leading, element.trailing);
-  events_.text(element);
+  events_->text(element);
   advance(element.length());
 }
 
@@ -226,10 +226,10 @@ void BodyWalker::collectText(Token token) {
 /// The base of text with a phonetic guide is text where its run holds nothing else; otherwise it is one
 /// character.
 void BodyWalker::ruby(Token token) {
-  events_.aside(scanner_.begin());
+  events_->aside(scanner_.begin());
   if (token == Token::start && rubyStandsAlone()) return enter(Name::ruby, token, Context::ruby);
   if (!walksEveryStory()) return single(text::kPicture, token, Name::ruby);
-  events_.character(text::kPicture, tokenExtent(), Name::ruby, {});
+  events_->character(text::kPicture, tokenExtent(), Name::ruby, {});
   guide(token);
   advance(1);
 }
@@ -251,7 +251,7 @@ bool BodyWalker::rubyStandsAlone() {
 
 /// Looks for the places of Word's run properties: behind a math run's own ones, and in those of operators.
 void BodyWalker::formula(Token token) {
-  events_.aside(scanner_.begin());
+  events_->aside(scanner_.begin());
   formula_ = {tokenExtent(), {}, {}, {}};
   units_.clear();
   const std::size_t depth = scanner_.depth();
@@ -284,7 +284,7 @@ void BodyWalker::formula(Token token) {
   }
   formula_.extent.end = scanner_.end();
   if (walksEveryStory()) formula_.text = units_;
-  events_.formula(formula_);
+  events_->formula(formula_);
   advance(1);
 }
 
@@ -331,11 +331,11 @@ void BodyWalker::alternativeInRun() {
   }
   element.extent.end = scanner_.end();
   if (picture != 0) {
-    events_.character(picture, element.extent, Name::drawing, {});
+    events_->character(picture, element.extent, Name::drawing, {});
     advance(1);
   } else if (!units_.empty()) {
     element.units = units_;
-    events_.text(element);
+    events_->text(element);
     advance(units_.size());
   }
 }

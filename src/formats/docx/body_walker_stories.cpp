@@ -42,12 +42,12 @@ void BodyWalker::startOutside(Name name, Token token) {
   units_.clear();
   collectText(token);
   widenPlain();
-  events_.outsideText(units_);
+  events_->outsideText(units_);
 }
 
 void BodyWalker::enterOutside(Name name, Token token) {
   push(name, token, Context::outside);
-  events_.openOutside(stack_.back().tag);
+  events_->openOutside(stack_.back().tag);
   if (token == Token::empty) leave({scanner_.end(), scanner_.end()});
 }
 
@@ -55,7 +55,7 @@ void BodyWalker::enterStory(Name name, Token token) {
   suspended_.push_back({position_, std::move(fields_)});
   position_ = 0;
   fields_.clear();
-  events_.story(name);
+  events_->story(name);
   enter(Name::body, token, Context::blocks);
 }
 
@@ -69,7 +69,7 @@ void BodyWalker::leaveStory() {
 void BodyWalker::descend(Name name, Token token) {
   const bool floats =
       name == Name::drawing && token == Token::start && beginsWith(scanner_.ahead(), "anchor");
-  events_.character(floats ? text::kFloatingPicture : text::kPicture, tokenExtent(), name, {});
+  events_->character(floats ? text::kFloatingPicture : text::kPicture, tokenExtent(), name, {});
   advance(1);
   enterOutside(name, token);
 }
@@ -84,7 +84,7 @@ void BodyWalker::guide(Token token) {
     collectText(next);
     widenPlain();
   }
-  events_.guide(units_);
+  events_->guide(units_);
 }
 
 /// Of a child of the control's properties; goes to the end of one that is a choice.

@@ -72,7 +72,7 @@ bool BodyWalker::passToNextRun() {
   run.from = position_;
   const Tag tag = run.tag;
   way->properties.whole = placed(way->whole);
-  events_.nextRun(left, placed(way->endTag), tag, way->hasProperties ? &way->properties : nullptr);
+  events_->nextRun(left, placed(way->endTag), tag, way->hasProperties ? &way->properties : nullptr);
 
   const Extent start = placed(way->text);
   const std::string_view ahead = scanner_.ahead().substr(way->bytes.size());

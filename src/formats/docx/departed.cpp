@@ -8,7 +8,7 @@ namespace pluvo::docx {
 
 using text::Span;
 
-Departed::Departed(const BodyMap& map, const EditScript& script, const Package& package,
+Departed::Departed(const BodyMap& map, const document::EditScript& script, const Package& package,
                    base::ByteSpan mainPart) {
   if (map.references.empty() && map.commentMarkers.empty() && map.bookmarks.empty()) return;
   dropped_ = document::Dropped(script);

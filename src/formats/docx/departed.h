@@ -3,7 +3,6 @@
 #include "document/kept.h"
 #include "package.h"
 #include "reader.h"
-#include "rewriter.h"
 
 #include <set>
 #include <string>
@@ -12,12 +11,15 @@ namespace pluvo::docx {
 
 /// What an edit takes along because its place in the text goes: notes and comments that are referred to
 /// nowhere else, and bookmarks that lay in the deleted text and that no field or link refers to.
-class Departed : public Casualties {
+class Departed {
  public:
-  Departed(const BodyMap& map, const EditScript& script, const Package& package, base::ByteSpan mainPart);
+  Departed(const BodyMap& map, const document::EditScript& script, const Package& package,
+           base::ByteSpan mainPart);
 
-  bool goes(const Marker& marker) const override;
-  const std::vector<Position>& places() const override { return places_; }
+  /// Of the markers of bookmarks and comments.
+  bool goes(const Marker& marker) const;
+  /// Places outside the deleted text where such markers stand, just before these positions.
+  const std::vector<Position>& places() const { return places_; }
 
   const std::set<std::string>& footnotes() const { return footnotes_; }
   const std::set<std::string>& endnotes() const { return endnotes_; }

@@ -334,7 +334,7 @@ void tellPackage(const ReadDocument& document, const document::Story& model, for
                  Budget& budget, Depth depth) {
   std::optional<Departed> departed;
   if (model.changed() && !document.map.references.empty())
-    departed.emplace(document.map, EditScript(model), document.package, document.mainPart);
+    departed.emplace(document.map, document::EditScript(model), document.package, document.mainPart);
   DataBindings bindings;
   const Telling telling{texts, document.styles, bindings, departed ? &*departed : nullptr};
   const std::vector<Offset> places = placesWithText(document.mainPart, document.map);

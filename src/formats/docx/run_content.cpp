@@ -91,4 +91,18 @@ void appendContent(std::string& out, std::u16string_view units, std::string_view
   }
 }
 
+std::string fieldMark(std::string_view type, const Markup& markup) {
+  return markup.tag("r") + ">" + markup.with("fldChar", "fldCharType", type) + markup.endTag("r");
+}
+
+std::string fieldBeginning(std::u16string_view instruction, const Markup& markup) {
+  std::string result = fieldMark("begin", markup);
+  if (!instruction.empty()) {
+    result += markup.tag("r") + ">";
+    appendContent(result, instruction, markup.element + "instrText", markup);
+    result += markup.endTag("r");
+  }
+  return result + fieldMark("separate", markup);
+}
+
 }  // namespace pluvo::docx

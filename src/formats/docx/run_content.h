@@ -22,6 +22,11 @@ void appendTextElement(std::string& out, std::string_view tag, std::string_view 
                        std::string_view leading = {}, std::string_view trailing = {});
 void appendBlankElement(std::string& out, std::string_view tag, std::string_view blanks);
 
+/// A run with a mark of a complex field: begin, separate or end.
+std::string fieldMark(std::string_view type, const Markup& markup);
+/// The complex field that says the same as the start tag of a simple one with this instruction.
+std::string fieldBeginning(std::u16string_view instruction, const Markup& markup);
+
 /// Everything a run holds for this text, which has no paragraph marks.
 void appendContent(std::string& out, std::u16string_view units, std::string_view tag, const Markup& markup);
 

@@ -1,0 +1,100 @@
+#pragma once
+
+#include "open_elements.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace pluvo::docx {
+
+/// Writes the run at hand. Leaves its bytes as they are until something in it is touched, and from there on
+/// writes it anew; divides it only where its highlight changes. A run that lost everything goes.
+class RunWriter {
+ public:
+  RunWriter(EditedPart& part, OpenElements& opens) : part_(part), opens_(opens) {}
+
+  void begin(const Tag& tag);
+  void properties(const Properties& properties);
+  void end(Extent endTag);
+  /// The run turns out to be a container of others; returns its tag.
+  Tag becomesContainer();
+  /// No run is open any more.
+  void forget();
+
+  /// A run for new text that is beside none.
+  void beginNew(std::string_view runProperties);
+  void endNew();
+  /// New text beside what the run at hand holds, but in a run with other properties.
+  template <class Put>
+  void beside(std::string_view runProperties, Put put);
+
+  /// The w:rPr of the run at hand.
+  std::string_view properties() const { return run_.properties; }
+
+  void touch();
+  /// What stands as an element in the run, and has this colour now.
+  void keep(Extent extent, std::uint8_t colour);
+  void drop(Extent extent);
+
+  /// A text element is written anew: what is written next takes its place.
+  void beginText(const TextElement& element);
+  void endText(const TextElement& element);
+  /// The qualified name of that element.
+  std::string_view textTag() const { return textTag_; }
+
+  /// Text without paragraph marks, in elements of that name.
+  void write(std::u16string_view units, std::uint8_t colour, std::string_view tag);
+  /// Text of the document as it stands there, a byte a unit.
+  void writeBytes(std::string_view bytes, Position at, std::string_view tag);
+  void flush();
+  /// Closes the run in the output. What is written next opens it again.
+  void interrupt();
+  /// From here on each run is written into a tracked deletion of its own, or no longer.
+  void deleteEach(bool deletes) { deletesEach_ = deletes; }
+
+ private:
+  struct Run {
+    bool isNew = false;    ///< made for new text that is beside no run
+    bool touched = false;  ///< written anew from here on
+    Tag tag;
+    std::string_view properties;
+    std::string ownProperties;  ///< of new text
+    Offset headerEnd = 0;
+    Offset rawEnd = 0;  ///< behind what was left as it is
+    std::uint8_t colour = 0;
+    bool numbered = false;                   ///< the properties hold a number that no other run may have
+    std::optional<std::uint8_t> openColour;  ///< of the run now open in the output
+    bool headerWritten = false;
+    std::string gap;  ///< what stands between elements, until the run is open
+  };
+
+  void open(std::uint8_t colour);
+  void append(std::uint8_t colour, std::string_view tag);
+  void passBytesBefore(Extent extent);
+
+  EditedPart& part_;
+  OpenElements& opens_;
+  Run run_;
+  std::string pendingText_;  ///< as it is written
+  std::string pendingTag_;
+  std::string textTag_;
+  std::string_view leadingBlanks_;  ///< of the element at hand, not yet written
+  std::string_view trailingBlanks_;
+  bool deletesEach_ = false;
+  HighlightedProperties highlighted_{withHighlight};
+};
+
+template <class Put>
+void RunWriter::beside(std::string_view runProperties, Put put) {
+  interrupt();
+  const Run atHand = run_;
+  beginNew(runProperties);
+  put();
+  endNew();
+  run_ = atHand;
+  opens_.enterRun(run_.tag);
+}
+
+}  // namespace pluvo::docx

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "new_markup.h"
+#include "open_elements.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pluvo::docx {
+
+/// What is under way to the next paragraph: what is left of one that lost its mark, markers met since, and
+/// new text behind a mark. Text with marks of its own comes as paragraphs before it.
+class UnderWay {
+ public:
+  UnderWay(EditedPart& part, OpenElements& opens) : part_(part), opens_(opens) {}
+
+  bool empty() const { return content_.empty() && blocks_.empty() && waiting_.empty(); }
+  bool waits() const { return !waiting_.empty(); }
+  bool hasBlocks() const { return !blocks_.empty(); }
+  /// Text is under way, and not only markers.
+  bool hasText() const { return hasText_; }
+
+  /// New text is to stand at the beginning of the next paragraph. The paragraphs it consists of begin as
+  /// given, or like that paragraph.
+  void wait(const Step& put, std::string runProperties = {}, ParagraphStart start = {});
+  /// Makes markup of what waits.
+  void place(const ParagraphStart& start);
+  void place() { place(plainStart()); }
+  /// Text that ends with a mark of its own stays outside a table or control that follows it; other text joins
+  /// its first paragraph.
+  void placeBefore(const Tag& tableOrControl);
+
+  /// The content for the next paragraph, to be added to.
+  std::string& content() { return content_; }
+  /// What is left of a paragraph joined the content.
+  void join(const OpenElement& paragraph);
+  void writeBlocks();
+  void writeContent();
+  /// At the end of a container without a paragraph, a mark: gives what is under way a paragraph there, where
+  /// anything is or the container lost its own.
+  void writeLastParagraph(Extent endTag);
+
+ private:
+  struct Waiting {
+    Step put;
+    std::string runProperties;
+    ParagraphStart start;
+    std::string_view deletion;  ///< the one to take after
+  };
+
+  ParagraphStart plainStart() const { return {opens_.markup().tag("p") + ">", {}}; }
+
+  EditedPart& part_;
+  OpenElements& opens_;
+  std::string blocks_;
+  std::string content_;
+  bool hasText_ = false;
+  bool hasBreak_ = false;
+  std::vector<Waiting> waiting_;
+};
+
+}  // namespace pluvo::docx
