@@ -58,16 +58,6 @@ class AppearanceReader : public BodyEvents {
     }
   }
 
-  void marker(const Marker&) override {}
-  void text(const TextElement&) override {}
-  void character(char16_t, Extent, Name, std::string_view) override {}
-  void formula(const Formula&) override {}
-  void simpleField(const Tag&, std::u16string_view) override {}
-  void endSimpleField(Extent) override {}
-  void paragraphMark(Extent) override {}
-  void missingParagraph(Name, Extent) override {}
-  void rowMark(Extent) override {}
-
  private:
   static bool isInsertion(Name name) { return name == Name::ins || name == Name::moveTo; }
 

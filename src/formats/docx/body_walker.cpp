@@ -1,9 +1,9 @@
 #include "body_walker.h"
 
-#include "document/content_builder.h"
+#include "text_decoding.h"
 
 #include <algorithm>
-#include <string>
+#include <utility>
 
 namespace pluvo::docx {
 
@@ -13,43 +13,57 @@ namespace {
 
 bool isMarker(Name name) { return name >= Name::bookmarkStart && name <= Name::customXmlMoveToRangeEnd; }
 
+bool isStory(Name name) {
+  switch (name) {
+    case Name::header:
+    case Name::footer:
+    case Name::footnote:
+    case Name::endnote:
+    case Name::comment:
+    case Name::boxContent:
+    case Name::entryBody:
+      return true;
+    default:
+      return false;
+  }
+}
+
 }  // namespace
 
 BodyWalker::BodyWalker(base::ByteSpan part, const std::string& partName, BodyEvents& events, Reach reach,
                        xml::Swept swept)
-    : scanner_(part, vocabulary(), partName, {}, swept), events_(&events), reach_(reach) {}
+    : walk_{xml::Scanner(part, vocabulary(), partName, {}, swept), &events, reach} {}
 
 void BodyWalker::resumeAt(Offset offset, Position position) {
-  scanner_.resumeAt(offset);
-  position_ = position;
-  stack_.back().endsWithParagraph = false;
+  walk_.scanner.resumeAt(offset);
+  walk_.position = position;
+  walk_.stack.back().endsWithParagraph = false;
 }
 
 bool BodyWalker::step() {
-  const Token token = scanner_.next();
+  const Token token = walk_.scanner.next();
   if (token == Token::finish) {
-    if (!finished_ && !walksEveryStory()) scanner_.damaged("it has no text body");
+    if (!finished_ && !walk_.throughEveryStory()) walk_.scanner.damaged("it has no text body");
     return false;
   }
-  if (followed_ != Followed::none) follow(token);
+  runs_.follow(token);
   if (opens(token)) {
-    startElement(token);
-  } else if (token == Token::end && !stack_.empty()) {
-    leave(tokenExtent());
+    const bool inRun = !walk_.stack.empty() && walk_.stack.back().within == Context::run;
+    inRun ? takeInRun(nameOf(walk_.scanner), token) : take(nameOf(walk_.scanner), token);
+  } else if (token == Token::end && !walk_.stack.empty()) {
+    leave(walk_.tokenExtent());
   }
   return true;
 }
 
-void BodyWalker::startElement(Token token) {
-  const Name name = nameOf(scanner_);
-  if (stack_.empty()) {
-    if (walksEveryStory() && name != Name::document) return startOutside(name, token);
-    if (name != Name::document) scanner_.damaged("it is no WordprocessingML document");
-    return push(name, token, Context::root);
+void BodyWalker::take(Name name, Token token) {
+  if (walk_.stack.empty()) {
+    if (walk_.throughEveryStory() && name != Name::document) return takeOutside(name, token);
+    if (name != Name::document) walk_.scanner.damaged("it is no WordprocessingML document");
+    return walk_.push(name, token, Context::root);
   }
-  const Context context = stack_.back().within;
-  if (context == Context::run) return startInRun(name, token);
-  if (context == Context::outside) return startOutside(name, token);
+  const Context context = walk_.stack.back().within;
+  if (context == Context::outside) return takeOutside(name, token);
   if (isMarker(name) && context != Context::root) return marker(name, token);
   switch (name) {
     case Name::body:
@@ -98,101 +112,80 @@ void BodyWalker::startElement(Token token) {
       if (context == Context::inlines) return formula(token);
       break;
     case Name::sdtPr:
-      if (stack_.back().tag.name == Name::sdt) return readControl(token);
+      if (walk_.stack.back().tag.name == Name::sdt) return control(token);
       break;
     case Name::rubyBase:
       if (context == Context::ruby) return enter(name, token, Context::inlines);
       break;
     case Name::guideText:
-      if (context == Context::ruby && walksEveryStory()) return guide(token);
+      if (context == Context::ruby && walk_.throughEveryStory())
+        return walk_.events->guide(text_.readGuide(token));
       break;
     case Name::pPr:
-      if (stack_.back().tag.name == Name::p) return readProperties(name, token);
+      if (walk_.stack.back().tag.name == Name::p)
+        return walk_.events->properties(name, properties_.read(name, token));
       break;
     default:
       break;
   }
-  skip(token);
+  walk_.skip(token);
 }
 
-void BodyWalker::push(Name name, Token token, Context within) {
-  const bool keepsBlanks = preserves();
-  stack_.push_back(
-      {{name, tokenExtent(), token == Token::empty}, within, false, false, keepsBlanks, position_});
-}
-
-/// Blanks at the ends of text, by the element at hand or else by the nearest one around it that says so.
-bool BodyWalker::preserves() const {
-  if (!scanner_.attributes().empty()) {
-    const xml::Attribute* const space = attribute(scanner_, Name::space);
-    if (space != nullptr) return scanner_.rawValue(*space) == "preserve";
+void BodyWalker::takeInRun(Name name, Token token) {
+  switch (runs_.take(name, token)) {
+    case RunWalker::Enters::nothing:
+      return;
+    case RunWalker::Enters::guidedText:
+      return enter(name, token, Context::ruby);
+    case RunWalker::Enters::outside:
+      return enterOutside(name, token);
   }
-  return !stack_.empty() && stack_.back().preserves;
+}
+
+void BodyWalker::takeOutside(Name name, Token token) {
+  if (isStory(name)) return enterStory(name, token);
+  if (name != Name::drawingText) return enterOutside(name, token);
+  text_.clear();
+  text_.add(token);
+  walk_.events->outsideText(text_.units());
+}
+
+void BodyWalker::enterOutside(Name name, Token token) {
+  walk_.push(name, token, Context::outside);
+  walk_.events->openOutside(walk_.stack.back().tag);
+  if (token == Token::empty) leave({walk_.scanner.end(), walk_.scanner.end()});
+}
+
+void BodyWalker::enterStory(Name name, Token token) {
+  suspended_.push_back({walk_.position, std::move(walk_.fields)});
+  walk_.position = 0;
+  walk_.fields = {};
+  walk_.events->story(name);
+  enter(Name::body, token, Context::blocks);
+}
+
+void BodyWalker::leaveStory() {
+  walk_.position = suspended_.back().position;
+  walk_.fields = std::move(suspended_.back().fields);
+  suspended_.pop_back();
 }
 
 void BodyWalker::enter(Name name, Token token, Context within) {
-  push(name, token, within);
-  events_->open(stack_.back().tag);
-  if (token == Token::empty) leave({scanner_.end(), scanner_.end()});
+  walk_.push(name, token, within);
+  walk_.events->open(walk_.stack.back().tag);
+  if (token == Token::empty) leave({walk_.scanner.end(), walk_.scanner.end()});
 }
 
-void BodyWalker::leave(Extent endTag) {
-  const Open left = stack_.back();
-  if (left.within == Context::outside) {
-    stack_.pop_back();
-    return events_->closeOutside(left.tag);
-  }
-  switch (left.tag.name) {
-    case Name::p:
-      events_->paragraphMark(endTag);
-      advance(1);
-      break;
-    case Name::body:
-    case Name::tc:
-      if (!left.endsWithParagraph) {
-        events_->missingParagraph(left.tag.name, endTag);
-        advance(1);
-      }
-      finished_ = finished_ || left.tag.name == Name::body;
-      break;
-    case Name::tr:
-      if (left.hasCells) {
-        events_->rowMark(endTag);
-        advance(1);
-      }
-      break;
-    case Name::fldSimple:
-      if (!fields_.empty()) {
-        fields_.pop_back();
-        events_->endSimpleField(endTag);
-        advance(1);
-      }
-      break;
-    case Name::alternateContent:
-      alternatives_.pop_back();
-      break;
-    case Name::document:
-      stack_.pop_back();
-      return;
-    default:
-      break;
-  }
-  stack_.pop_back();
-  if (left.tag.name == Name::p || left.tag.name == Name::tbl) {
-    blockContainer().endsWithParagraph = left.tag.name == Name::p;
-  } else if (left.tag.name == Name::tc) {
-    const auto row = std::find_if(stack_.rbegin(), stack_.rend(),
-                                  [](const Open& open) { return open.tag.name == Name::tr; });
-    row->hasCells = true;
-  }
-  events_->close(left.tag, endTag);
-  if (left.tag.name == Name::body && !suspended_.empty()) leaveStory();
-}
-
-BodyWalker::Open& BodyWalker::blockContainer() {
-  return *std::find_if(stack_.rbegin(), stack_.rend(), [](const Open& open) {
-    return open.tag.name == Name::tc || open.tag.name == Name::body;
-  });
+void BodyWalker::enterSimpleField(Token token) {
+  std::u16string instruction;
+  appendUtf8(instruction, valueOf(walk_.scanner, Name::instr));
+  walk_.fields.begin(true);
+  walk_.push(Name::fldSimple, token, Context::inlines);
+  const Tag tag = walk_.stack.back().tag;
+  walk_.events->simpleField(tag, instruction);
+  walk_.advance(instruction.size() + 2);
+  walk_.events->open(tag);
+  if (token == Token::empty) leave({walk_.scanner.end(), walk_.scanner.end()});
 }
 
 void BodyWalker::enterAlternative(Name name, Token token, Context within) {
@@ -200,165 +193,97 @@ void BodyWalker::enterAlternative(Name name, Token token, Context within) {
     alternatives_.push_back(false);
     return enter(name, token, within);
   }
-  if (stack_.back().tag.name != Name::alternateContent) return skip(token);
-  if (!alternatives_.back() && (name == Name::fallback || understood(attributeValue(Name::requires_)))) {
+  if (walk_.stack.back().tag.name != Name::alternateContent) return walk_.skip(token);
+  if (!alternatives_.back() &&
+      (name == Name::fallback || understood(walk_.scanner, valueOf(walk_.scanner, Name::requires_)))) {
     alternatives_.back() = true;
     return enter(name, token, within);
   }
-  events_->aside(scanner_.begin());
-  if (walksEveryStory()) return enterOutside(name, token);
-  Extent extent = tokenExtent();
-  skip(token);
-  extent.end = scanner_.end();
-  events_->passedAlternative(extent);
+  walk_.events->aside(walk_.scanner.begin());
+  if (walk_.throughEveryStory()) return enterOutside(name, token);
+  Extent extent = walk_.tokenExtent();
+  walk_.skip(token);
+  extent.end = walk_.scanner.end();
+  walk_.events->passedAlternative(extent);
 }
 
-bool BodyWalker::understood(std::string_view prefixes) const {
-  bool any = false;
-  while (!prefixes.empty()) {
-    const std::size_t blank = prefixes.find(' ');
-    const std::string_view prefix = prefixes.substr(0, blank);
-    prefixes = blank == std::string_view::npos ? std::string_view() : prefixes.substr(blank + 1);
-    if (prefix.empty()) continue;
-    const xml::NamespaceId space = scanner_.namespaceOf(prefix);
-    if (space != kWord14 && space != kWord15 && space != kDrawingKnown) return false;
-    any = true;
-  }
-  return any;
+void BodyWalker::control(Token token) {
+  const Offset begin = walk_.scanner.begin();
+  const ControlProperties control = properties_.readControl(token);
+  if (control.bound) walk_.events->aside(begin);
+  walk_.events->control(control);
 }
 
-void BodyWalker::readProperties(Name kind, Token token) {
-  properties_ = {};
-  properties_.whole = tokenExtent();
-  if (token == Token::start && kind == Name::rPr) {
-    readLook(properties_.look, token);
-  } else if (token == Token::start) {
-    const std::size_t depth = scanner_.depth();
-    for (Token next = scanner_.next(); next != Token::end || scanner_.depth() >= depth;
-         next = scanner_.next()) {
-      if (!opens(next)) continue;
-      const Name name = nameOf(scanner_);
-      if (name == Name::pStyle) properties_.style = attributeValue(Name::val);
-      properties_.hasSection = properties_.hasSection || name == Name::sectPr;
-      if (name == Name::rPr) {
-        readLook(properties_.look, next);
-      } else {
-        skip(next);
-      }
-    }
-  }
-  properties_.whole.end = scanner_.end();
-  events_->properties(kind, properties_);
-}
-
-void BodyWalker::readControl(Token token) {
-  ControlProperties control;
-  const Offset begin = scanner_.begin();
-  const std::size_t depth = scanner_.depth();
-  while (token == Token::start) {
-    const Token next = scanner_.next();
-    if (next == Token::end && scanner_.depth() < depth) break;
-    if (!opens(next)) continue;
-    const Name name = nameOf(scanner_);
-    switch (name) {
-      case Name::lock: {
-        const std::string value = attributeValue(Name::val);
-        control.contentLocked = value == "contentLocked" || value == "sdtContentLocked";
-        control.deletionLocked = value == "sdtLocked" || value == "sdtContentLocked";
-        break;
-      }
-      case Name::textControl:
-      case Name::dateControl:
-      case Name::comboBox:
-      case Name::dropDownList:
-      case Name::checkbox:
-        control.plain = true;
-        if (walksEveryStory()) {
-          readBinding(control.binding, name, next);
-          continue;
-        }
-        break;
-      case Name::dataBinding:
-        events_->aside(begin);
-        if (walksEveryStory()) readBinding(control.binding, name, next);
-        break;
-      default:
-        break;
-    }
-    skip(next);
-  }
-  events_->control(control);
-}
-
-void BodyWalker::readLook(RunLook& look, Token token) {
-  if (token != Token::start) return;
-  if (const LookMemory::Known* known = looks_.recall(scanner_.ahead(), scanner_.scope())) {
-    look = known->look;
-    scanner_.resumeAt(scanner_.end() + static_cast<Offset>(known->inner));
-    scanner_.next();
-    return;
-  }
-  const xml::Scope scope = scanner_.scope();
-  const Offset begin = scanner_.end();
-  look = {};
-  scanLook(look);
-  looks_.remember({scanner_.bytes(begin, scanner_.end()), scanner_.begin() - begin, scope, look});
-}
-
-/// To the end of the element just begun.
-void BodyWalker::scanLook(RunLook& look) {
-  const std::size_t depth = scanner_.depth();
-  for (Token next = scanner_.next(); next != Token::end || scanner_.depth() >= depth;
-       next = scanner_.next()) {
-    if (!opens(next)) continue;
-    switch (nameOf(scanner_)) {
-      case Name::highlight:
-        look.highlight = highlightIndex(attributeValue(Name::val));
-        break;
-      case Name::vanish:
-        look.hidden = attribute(scanner_, Name::val) == nullptr || isOn(attributeValue(Name::val))
-                          ? RunLook::Hidden::yes
-                          : RunLook::Hidden::no;
-        break;
-      case Name::rStyle:
-        look.style = attributeValue(Name::val);
-        break;
-      case Name::rPrChange:
-        look.numbered = true;
-        break;
-      case Name::del:
-      case Name::moveFrom:
-        look.deleted = true;
-        break;
-      default:
-        break;
-    }
-    skip(next);
-  }
+void BodyWalker::formula(Token token) {
+  walk_.events->aside(walk_.scanner.begin());
+  walk_.events->formula(properties_.readFormula(token, text_));
+  walk_.advance(1);
 }
 
 void BodyWalker::marker(Name name, Token token) {
-  Marker met{name, tokenExtent(), attributeValue(Name::id), attributeValue(Name::name)};
-  skip(token);
-  met.extent.end = scanner_.end();
-  events_->marker(met);
+  Marker met{name, walk_.tokenExtent(), valueOf(walk_.scanner, Name::id), valueOf(walk_.scanner, Name::name)};
+  walk_.skip(token);
+  met.extent.end = walk_.scanner.end();
+  walk_.events->marker(met);
 }
 
-std::string BodyWalker::attributeValue(Name name) const {
-  const xml::Attribute* const found = attribute(scanner_, name);
-  return found == nullptr ? std::string() : scanner_.value(*found);
-}
-
-void BodyWalker::skip(Token token) {
-  if (token == Token::start) scanner_.skipElement();
-}
-
-void BodyWalker::advance(std::size_t count) {
-  if (count > static_cast<std::size_t>(text::kMaxLength - position_)) {
-    throw errors::DocumentError(errors::Problem::tooLarge,
-                                "The document's text is too long to be worked on.");
+void BodyWalker::leave(Extent endTag) {
+  const Walk::Open left = walk_.stack.back();
+  if (left.within == Context::outside) {
+    walk_.stack.pop_back();
+    return walk_.events->closeOutside(left.tag);
   }
-  position_ += static_cast<Position>(count);
+  switch (left.tag.name) {
+    case Name::p:
+      walk_.events->paragraphMark(endTag);
+      walk_.advance(1);
+      break;
+    case Name::body:
+    case Name::tc:
+      if (!left.endsWithParagraph) {
+        walk_.events->missingParagraph(left.tag.name, endTag);
+        walk_.advance(1);
+      }
+      finished_ = finished_ || left.tag.name == Name::body;
+      break;
+    case Name::tr:
+      if (left.hasCells) {
+        walk_.events->rowMark(endTag);
+        walk_.advance(1);
+      }
+      break;
+    case Name::fldSimple:
+      if (!walk_.fields.empty()) {
+        walk_.fields.end();
+        walk_.events->endSimpleField(endTag);
+        walk_.advance(1);
+      }
+      break;
+    case Name::alternateContent:
+      alternatives_.pop_back();
+      break;
+    case Name::document:
+      walk_.stack.pop_back();
+      return;
+    default:
+      break;
+  }
+  walk_.stack.pop_back();
+  if (left.tag.name == Name::p || left.tag.name == Name::tbl) {
+    blockContainer().endsWithParagraph = left.tag.name == Name::p;
+  } else if (left.tag.name == Name::tc) {
+    const auto row = std::find_if(walk_.stack.rbegin(), walk_.stack.rend(),
+                                  [](const Walk::Open& open) { return open.tag.name == Name::tr; });
+    row->hasCells = true;
+  }
+  walk_.events->close(left.tag, endTag);
+  if (left.tag.name == Name::body && !suspended_.empty()) leaveStory();
+}
+
+Walk::Open& BodyWalker::blockContainer() {
+  return *std::find_if(walk_.stack.rbegin(), walk_.stack.rend(), [](const Walk::Open& open) {
+    return open.tag.name == Name::tc || open.tag.name == Name::body;
+  });
 }
 
 }  // namespace pluvo::docx

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "body_walker.h"
+#include "body_events.h"
 #include "formats/spliced_bytes.h"
 
 #include <string_view>

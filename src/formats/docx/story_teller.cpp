@@ -47,23 +47,6 @@ std::optional<OtherStory> storyOf(Name kind) {
   }
 }
 
-/// Takes the place of a reader where a text is not wanted.
-class NoEvents : public BodyEvents {
- public:
-  void open(const Tag&) override {}
-  void close(const Tag&, Extent) override {}
-  void properties(Name, const Properties&) override {}
-  void marker(const Marker&) override {}
-  void text(const TextElement&) override {}
-  void character(char16_t, Extent, Name, std::string_view) override {}
-  void formula(const Formula&) override {}
-  void simpleField(const Tag&, std::u16string_view) override {}
-  void endSimpleField(Extent) override {}
-  void paragraphMark(Extent) override {}
-  void missingParagraph(Name, Extent) override {}
-  void rowMark(Extent) override {}
-};
-
 bool mayHoldText(std::string_view aside) {
   constexpr std::size_t kMostLookedAt = std::size_t{1} << 14U;
   constexpr std::array kPictures = {"drawing"sv, "pict"sv};
@@ -121,9 +104,8 @@ void StoryTeller::tellBesideMainText(const BodyMap& map, const std::vector<Offse
 }
 
 BodyEvents& StoryTeller::reader() {
-  static NoEvents none;
-  return levels_.empty() || levels_.back().reader == nullptr ? static_cast<BodyEvents&>(none)
-                                                             : *levels_.back().reader;
+  static BodyEvents nobody;
+  return levels_.empty() || levels_.back().reader == nullptr ? nobody : *levels_.back().reader;
 }
 
 bool StoryTeller::isGone(Position position) const {
