@@ -241,8 +241,6 @@ TEST(Editing, aCharacterOfTwoUnitsIsNotCut) {
   Opened opened = open(documentOf(p(run("x😀y"))));
   highlight(u"\xDE00y", 7)(opened);
   EXPECT_EQ(bodyOf(opened.written()), expanded("{[x😀][~|y]}", {}));
-  replace(u"\xDE00", u"z")(opened);
-  EXPECT_THROW(opened.written(), errors::DocumentError);
 }
 
 TEST(Editing, severalEditsInOneRun) {

@@ -108,41 +108,6 @@ TEST(Samples, soIsWhateverIsDoneToControlsAndDeletions) {
   }
 }
 
-/// Each operation at each place of a block whose beginning lies in five runs with a link, a comment and
-/// tracked changes in it, and of one that begins before a table and ends in it.
-TEST(Samples, everyOperationAtEveryPlaceOfABlock) {
-  struct Block {
-    const char* sample;
-    std::u16string begin, end;
-  };
-  const Block blocks[] = {{"lease.docx", u"The Lessor", u"the Lessee\x0005"},
-                          {"lease.docx", u"[Note to file: ask", u"April.]"},
-                          {"settlement.docx", u"Without prejudice", u"until signature."},
-                          {"settlement.docx", u"Without prejudice", u"£840"},
-                          {"settlement.docx", u"Sums due", u"in all £12,840"},
-                          {"settlement.docx", u"Begin confidential", u"End confidential"},
-                          {"catalogue.docx", u"[restricted: \rnames", u"end]"}};
-  for (const Block& block : blocks) {
-    const base::Bytes document = sample(block.sample);
-    for (int operation = 0; operation < 5; ++operation) {
-      for (int place = 0; place < 3; ++place) {
-        SCOPED_TRACE(testing::Message() << block.sample << " " << operation << " at " << place);
-        Opened opened = open(document);
-        const text::Span begin = opened.find(block.begin);
-        const text::Span end = opened.find(block.end);
-        const text::Span span = place == 0 ? text::Span{begin.from, end.to} : place == 1 ? begin : end;
-        if (operation == 0) opened.model.highlight(span, 11);
-        if (operation == 1) opened.model.replace(span, u"1\r2", View::results);
-        if (operation == 2) opened.model.replace(span, {}, View::results);
-        if (operation == 3) opened.model.insertBefore(span.from, u"new\r");
-        if (operation == 4) opened.model.insertBehind(span.to, u" new");
-        EXPECT_EQ(notation::damageOf(opened.model), "");
-        expectSound(document, opened);
-      }
-    }
-  }
-}
-
 TEST(Samples, noTruncatedOneIsOpened) {
   for (const char* name : {"lease.docx", "settlement.docx", "deed.docx"}) {
     const base::Bytes whole = sample(name);

@@ -326,18 +326,11 @@ TEST(PlainFormat, TextWithoutPlaceIsRefused) {
   }
 }
 
-TEST(PlainFormat, ACharacterCutInTwoIsRefusedUnlessItsHalvesMeetAgain) {
+TEST(PlainFormat, HalvesOfTwoCharactersMayMeet) {
   const Opened opened = PlainFormat().read(bytesOf("a\U0001F4DC\U0001F58Bz"));
-  const std::u16string text = u"a\U0001F4DC\U0001F58Bz";
-  document::Document cut(opened.stories);
-  cut.mainText().replace({1, 2}, u"", text::View::results);
-  EXPECT_THROW(written(opened, cut), errors::DocumentError);
-  document::Document last(opened.stories);
-  last.mainText().replace({4, 6}, u"", text::View::results);
-  EXPECT_THROW(written(opened, last), errors::DocumentError);
   document::Document met(opened.stories);
-  met.mainText().replace({2, 4}, u"", text::View::results);  // the first half of one, the second of the other
-  EXPECT_EQ(textOf(written(opened, met), {}), u"a" + text.substr(1, 1) + text.substr(4, 1) + u"z\r");
+  met.mainText().replace({2, 4}, u"", text::View::results);
+  EXPECT_EQ(textOf(written(opened, met), {}), u"a\U0001F58Bz\r");
 }
 
 TEST(PlainFormat, UnsuitableFilesAreRefused) {

@@ -1,5 +1,5 @@
 #include "errors/fault.h"
-#include "hosts/memory/edits.h"
+#include "formats/media/edits.h"
 #include "memory/application.h"
 #include "word/faults.h"
 
@@ -8,6 +8,7 @@
 namespace pluvo::memory {
 namespace {
 
+using namespace formats;
 using notation::Sample;
 
 TEST(Range, SetsItsEnds) {

@@ -1,22 +1,17 @@
-#include "hosts/memory/media.h"
-
-#ifdef PLUVO_TESTS_DOCX
 #include "base/utf.h"
 #include "docx/docx_format.h"
 #include "formats/docx/document_builder.h"
 #include "formats/docx/package_check.h"
+#include "formats/media/media.h"
 #include "support/notation_parser.h"
 
 #include <map>
-#endif
+#include <utility>
 
-namespace pluvo::memory {
+namespace pluvo::formats {
 
 namespace {
 
-Kept inMemory(std::string_view notation) { return {notation::Sample(notation)}; }
-
-#ifdef PLUVO_TESTS_DOCX
 using document::Look;
 
 /// Makes a notation the body of a main part: has the calls of document::ContentBuilder.
@@ -24,6 +19,12 @@ class BodyBuilder {
  public:
   void append(char16_t unit, Look look = {}) {
     if (unit == text::kParagraphMark) return paragraph(look);
+    // A character of two units is one in UTF-8.
+    if (base::isHighSurrogate(unit)) {
+      ++length_;
+      firstHalf_ = unit;
+      return;
+    }
     static const std::map<char16_t, std::string> kElements = {{u'\t', "<w:tab/>"},
                                                               {u'\v', "<w:br/>"},
                                                               {u'\f', "<w:br w:type='page'/>"},
@@ -32,9 +33,9 @@ class BodyBuilder {
                                                               {31, "<w:softHyphen/>"}};
     const auto element = kElements.find(unit);
     const std::string name = !inCode_.empty() && inCode_.back() ? "w:instrText" : "w:t";
-    run(element != kElements.end()
-            ? element->second
-            : "<" + name + " xml:space='preserve'>" + base::utf8({&unit, 1}) + "</" + name + ">",
+    run(element != kElements.end() ? element->second
+                                   : "<" + name + " xml:space='preserve'>" +
+                                         base::utf8(std::exchange(firstHalf_, {}) + unit) + "</" + name + ">",
         look);
   }
   bool beginField(Look look) { return inCode_.push_back(true), fieldMark("begin", look); }
@@ -110,37 +111,24 @@ class BodyBuilder {
   std::string body_;
   std::string runs_;  ///< of the paragraph at hand
   std::string lastProperties_;
+  std::u16string firstHalf_;
   std::vector<Cell> cells_;
   std::vector<bool> inCode_;
   text::Position length_ = 0;
 };
 
-Kept asDocx(std::string_view notation) {
+std::optional<base::Bytes> asDocx(std::string_view notation, notation::Ranges& ranges) {
   BodyBuilder builder;
-  notation::Ranges ranges = notation::Parser(notation, builder).parse();
-  const base::Bytes file = docx::documentOf(builder.body());
-  formats::Opened opened = docx::DocxFormat().read(file);
-  const std::shared_ptr<const formats::Source> source = std::move(opened.source);
-  const auto save = [file, source](const document::Document& document) {
-    base::MemoryOutput out;
-    source->write(document, out);
-    const base::Bytes written = base::Bytes::of(std::move(out.bytes()));
-    EXPECT_EQ(notation::print(docx::open(written).model), notation::print(document.mainText()));
-    EXPECT_EQ(docx::worsened(docx::faultsOf(file), docx::faultsOf(written)), "");
-  };
-  return {notation::Sample({std::move(opened.stories.front()), std::move(ranges)}, source), save};
+  ranges = notation::Parser(notation, builder).parse();
+  return docx::documentOf(builder.body());
 }
-#endif
+
+std::string damage(const base::Bytes& before, const base::Bytes& after) {
+  return docx::worsened(docx::faultsOf(before), docx::faultsOf(after));
+}
 
 }  // namespace
 
-const std::vector<Medium>& media() {
-#ifdef PLUVO_TESTS_DOCX
-  static const std::vector<Medium> all = {inMemory, asDocx};
-#else
-  static const std::vector<Medium> all = {inMemory};
-#endif
-  return all;
-}
+Medium docxMedium() { return {"docx", std::make_shared<docx::DocxFormat>(), asDocx, damage}; }
 
-}  // namespace pluvo::memory
+}  // namespace pluvo::formats

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "formats/format.h"
+#include "support/notation.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pluvo::formats {
+
+/// What documents of a notation are kept in: a kind of file, or nothing but memory. A format joins the tests
+/// of edits by one of these.
+struct Medium {
+  std::string name;
+  std::shared_ptr<const Format> format;  ///< none: memory
+  /// A file of a notation, which also says where its ranges lie; nothing where no such file can hold it.
+  std::optional<base::Bytes> (*file)(std::string_view notation, notation::Ranges& ranges) = nullptr;
+  /// What is wrong with a new version of a file and was not with the old one.
+  std::string (*damage)(const base::Bytes& before, const base::Bytes& after) = nullptr;
+  bool holdsHalves = false;  ///< of characters of two units
+};
+
+Medium docxMedium();
+/// Plain text in UTF-8 with LF, and in UTF-16 with CR LF.
+Medium utf8Medium();
+Medium utf16Medium();
+
+/// Memory, and every format.
+const std::vector<Medium>& media();
+
+/// A document of a notation.
+struct Kept {
+  notation::Sample sample;
+  /// Saves the document where it is kept in a file, and reads that again: the test fails unless it is the
+  /// same document in a sound file.
+  std::function<void(const document::Document&)> save = [](const document::Document&) {};
+  bool holdsHighlight = true;
+
+  void expectToSurviveASave() { save(sample.document->stories()); }
+};
+
+/// Nothing where the medium cannot hold such a document.
+std::optional<Kept> keptIn(const Medium& medium, std::string_view notation);
+
+}  // namespace pluvo::formats
