@@ -1,9 +1,9 @@
+#include "declaration.h"
+
 #include "characters.h"
-#include "xml/scanner.h"
 
 #include <algorithm>
 
-/// The scanner's check of the XML declaration.
 namespace pluvo::xml {
 
 namespace {
@@ -37,14 +37,13 @@ bool isVersion(std::string_view value) {
 
 }  // namespace
 
-void Scanner::checkDeclaration() {
-  std::string_view text = bytes(innerBegin_ + 3, innerEnd_);
+bool isDeclaration(std::string_view text) {
   std::string_view value;
   bool sound = takeField(text, "version", value) && isVersion(value);
   if (sound && takeField(text, "encoding", value)) sound = !value.empty();
   if (sound && takeField(text, "standalone", value)) sound = value == "yes" || value == "no";
   skipBlanks(text);
-  if (!sound || !text.empty()) fail(here(), "its XML declaration is not one");
+  return sound && text.empty();
 }
 
 }  // namespace pluvo::xml

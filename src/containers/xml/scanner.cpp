@@ -2,6 +2,8 @@
 
 #include "base/utf.h"
 #include "characters.h"
+#include "declaration.h"
+#include "tag_reader.h"
 #include "words.h"
 
 #include <algorithm>
@@ -108,6 +110,39 @@ Token Scanner::scanReference() {
   return Token::reference;
 }
 
+Token Scanner::scanTag() {
+  const auto declared = static_cast<std::uint32_t>(names_.declared());
+  declares_ = false;
+  if (!recallTag()) TagReader(*this).read();
+
+  if (open_.empty()) {
+    if (rootSeen_) fail(here(), "there is a second outermost element");
+    rootSeen_ = true;
+  }
+  if (text_[end_ - 2] == '/') {
+    declaredOutside_ = declared;
+    leaving_ = declares_;
+    return Token::empty;
+  }
+  if (open_.size() >= limits_.depth) refuseSize("has elements nested ", limits_.depth, " deep");
+  open_.push_back({nameBegin_, nameEnd_, name_, space_, declared});
+  return Token::start;
+}
+
+bool Scanner::recallTag() {
+  const KnownTag* const known = tags_.recall(rest(here()), names_.scope());
+  if (known == nullptr) return false;
+  nameBegin_ = begin_ + 1;
+  nameEnd_ = begin_ + known->name.end;
+  end_ = begin_ + static_cast<Offset>(known->bytes.size());
+  name_ = known->name.id;
+  space_ = known->name.space;
+  attributes_.clear();
+  for (std::size_t i = 0; i < known->attributeCount; ++i)
+    attributes_.emplace_back(known->attributes[i]).moveBy(begin_);
+  return true;
+}
+
 Token Scanner::scanEndTag() {
   if (open_.empty()) fail(here(), "an end tag closes nothing");
   const OpenElement& element = open_.back();
@@ -185,7 +220,7 @@ Token Scanner::scanInstruction() {
   if (reserved) {
     if (begin_ != 0 || target != "xml")
       fail(here(), "there is an XML declaration that is not at the beginning");
-    checkDeclaration();
+    if (!isDeclaration(bytes(innerBegin_ + 3, innerEnd_))) fail(here(), "its XML declaration is not one");
   }
   return Token::instruction;
 }

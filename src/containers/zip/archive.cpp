@@ -3,7 +3,7 @@
 #include "base/ascii.h"
 #include "base/fresh_memory.h"
 #include "damage.h"
-#include "names.h"
+#include "opener.h"
 
 #include <libdeflate.h>
 
@@ -11,6 +11,7 @@
 #include <memory>
 #include <new>
 #include <string>
+#include <utility>
 
 namespace pluvo::zip {
 
@@ -58,6 +59,10 @@ int compareNames(std::string_view a, std::string_view b) {
     if (const int difference = folded(a[i]) - folded(b[i]); difference != 0) return difference;
   }
   return a.size() == b.size() ? 0 : (a.size() < b.size() ? -1 : 1);
+}
+
+Archive Archive::open(base::Bytes bytes, const Limits& limits) {
+  return openArchive(std::move(bytes), limits);
 }
 
 const Member* Archive::find(std::string_view name) const {

@@ -1,9 +1,9 @@
+#include "opener.h"
+
 #include "damage.h"
 #include "end_record.h"
 #include "extra.h"
 #include "fields.h"
-#include "names.h"
-#include "zip/archive.h"
 #include "zip/looks_like.h"
 
 #include <algorithm>
@@ -174,7 +174,7 @@ class Opener {
   std::uint64_t directory_ = 0;
 };
 
-Archive Archive::open(base::Bytes bytes, const Limits& limits) {
+Archive openArchive(base::Bytes bytes, const Limits& limits) {
   return Opener(std::move(bytes), limits).open();
 }
 

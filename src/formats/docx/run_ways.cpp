@@ -51,7 +51,7 @@ void RunWays::remember(const Properties& properties) {
   way.textName = scanner_.qualifiedName();
   if (way.hasProperties) {
     way.properties = properties;
-    way.properties.whole = shifted(properties.whole);
+    way.whole = shifted(properties.whole);
   }
   ways_.remember(std::move(way));
 }
@@ -60,7 +60,7 @@ const TextElement* RunWays::next(TextReader& reader) {
   followed_ = Followed::text;
   const Offset begin = way_.text.begin = scanner_.end();
   way_.scope = scanner_.scope();
-  const Way* const way = ways_.recall(scanner_.ahead(), way_.scope);
+  Way* const way = ways_.recall(scanner_.ahead(), way_.scope);
   const std::vector<Walk::Open>& stack = walk_.stack;
   if (way == nullptr || stack.back().tag.name != Name::r ||
       stack[stack.size() - 2].preserves != way->preservesAround)
@@ -89,7 +89,7 @@ const TextElement* RunWays::next(TextReader& reader) {
   return &element_;
 }
 
-void RunWays::enterRun(const Way& way, Offset begin) {
+void RunWays::enterRun(Way& way, Offset begin) {
   const auto placed = [begin](Extent extent) { return Extent{extent.begin + begin, extent.end + begin}; };
   Walk::Open& run = walk_.stack.back();
   const Tag left = run.tag;
@@ -97,11 +97,8 @@ void RunWays::enterRun(const Way& way, Offset begin) {
   run.preserves = way.preservesInRun;
   run.from = walk_.position;
   const Tag tag = run.tag;
-  if (way.hasProperties) {
-    properties_ = way.properties;
-    properties_.whole = placed(way.properties.whole);
-  }
-  walk_.events->nextRun(left, placed(way.endTag), tag, way.hasProperties ? &properties_ : nullptr);
+  way.properties.whole = placed(way.whole);
+  walk_.events->nextRun(left, placed(way.endTag), tag, way.hasProperties ? &way.properties : nullptr);
 }
 
 }  // namespace pluvo::docx

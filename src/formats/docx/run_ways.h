@@ -36,20 +36,20 @@ class RunWays {
     Extent run;   ///< its start tag
     Extent text;  ///< the text's start tag
     std::string_view textName;
+    Extent whole;  ///< of its properties
     Properties properties;
   };
   /// How far the way is followed that begins behind the text met last.
   enum class Followed : std::uint8_t { none, text, runClosed, runOpen, properties };
 
   void step(xml::Token token);
-  void enterRun(const Way& way, Offset begin);
+  void enterRun(Way& way, Offset begin);
 
   Walk& walk_;
   xml::Scanner& scanner_;
   Followed followed_ = Followed::none;
   Way way_;
   RunMemory<Way> ways_;
-  Properties properties_;
   TextElement element_;
 };
 

@@ -105,6 +105,8 @@ class Scanner {
   [[noreturn]] void damaged(std::string_view what) const;
 
  private:
+  friend class TagReader;
+
   struct OpenElement {
     Offset nameBegin, nameEnd;
     NameId name;
@@ -120,19 +122,8 @@ class Scanner {
   Token scanInstruction();
   Token finish();
 
-  void readTag();
   bool recallTag();
-  void scanAttributes(const char* at);
-  const char* scanAttribute(const char* at);
-  const char* scanValue(const char* at, Attribute& attribute);
-  void declareNamespaces();
-  void declare(const Attribute& attribute, std::string_view prefix);
-  void resolveNames();
-  void refuseTwins();
-  void refuseTwinsAmongMany();
-  std::string_view localName(const Attribute& attribute) const;
   std::string_view uriOf(const Attribute& attribute) const { return names_.uri(attribute.binding); }
-  void checkDeclaration();
 
   const char* here() const { return text_ + begin_; }
   const char* limit() const { return text_ + size_; }
