@@ -1,7 +1,9 @@
 #include "other_texts.h"
 
+#include "asides.h"
 #include "budget.h"
 #include "imported_text.h"
+#include "part_kinds.h"
 #include "part_texts.h"
 #include "retold.h"
 #include "story_teller.h"
@@ -9,7 +11,6 @@
 #include "zip/compound_file.h"
 
 #include <algorithm>
-#include <array>
 #include <deque>
 #include <functional>
 #include <optional>
@@ -18,73 +19,6 @@
 namespace pluvo::docx {
 
 namespace {
-
-using namespace std::string_view_literals;
-
-enum class Kind : std::uint8_t {
-  stories,
-  glossary,
-  chart,
-  diagram,
-  diagramDrawing,
-  chunk,
-  settings,
-  people,
-  core,
-  extended,
-  properties,
-  data,
-  package,
-  object,
-  picture,
-  macros,
-  thumbnail,
-};
-
-/// By the last step of a relationship's type.
-constexpr std::array<std::pair<std::string_view, Kind>, 29> kKinds = {{
-    {"header", Kind::stories},
-    {"footer", Kind::stories},
-    {"footnotes", Kind::stories},
-    {"endnotes", Kind::stories},
-    {"comments", Kind::stories},
-    {"glossaryDocument", Kind::glossary},
-    {"chart", Kind::chart},
-    {"chartEx", Kind::chart},
-    {"chartUserShapes", Kind::chart},
-    {"diagramData", Kind::diagram},
-    {"diagramDrawing", Kind::diagramDrawing},
-    {"aFChunk", Kind::chunk},
-    {"settings", Kind::settings},
-    {"people", Kind::people},
-    {"core-properties", Kind::core},
-    {"extended-properties", Kind::extended},
-    {"extendedProperties", Kind::extended},
-    {"custom-properties", Kind::properties},
-    {"customProperties", Kind::properties},
-    {"customXml", Kind::data},
-    {"package", Kind::package},
-    {"oleObject", Kind::object},
-    {"control", Kind::object},
-    {"activeXControlBinary", Kind::object},
-    {"image", Kind::picture},
-    {"hdphoto", Kind::picture},
-    {"vbaProject", Kind::macros},
-    {"wordVbaData", Kind::macros},
-    {"thumbnail", Kind::thumbnail},
-}};
-
-std::optional<Kind> kindOf(const Relationship& relationship) {
-  const auto found = std::find_if(kKinds.begin(), kKinds.end(),
-                                  [&](const auto& known) { return known.first == relationship.kind(); });
-  return found == kKinds.end() ? std::nullopt : std::optional(found->second);
-}
-
-/// Custom XML and properties come last, when it is known which controls show them; so do drawings of
-/// diagrams, when their data are known.
-bool comesLast(Kind kind) {
-  return kind == Kind::core || kind == Kind::extended || kind == Kind::data || kind == Kind::diagramDrawing;
-}
 
 bool isZip(base::ByteSpan bytes) {
   return bytes.size() >= 4 && bytes[0] == 'P' && bytes[1] == 'K' && bytes[2] == 3 && bytes[3] == 4;
@@ -148,13 +82,13 @@ class PackageTeller {
 
  private:
   struct Part {
-    Kind kind;
+    PartKind kind;
     const zip::Member* member;
     bool inGlossary;
   };
 
   void add(const Relationship& relationship, bool inGlossary) {
-    const std::optional<Kind> kind = kindOf(relationship);
+    const std::optional<PartKind> kind = kindOf(relationship);
     if (!kind) return;
     const zip::Member* const member = package_.archive.find(relationship.part);
     if (member == nullptr || !seen_.insert(member).second) return;
@@ -173,7 +107,7 @@ class PackageTeller {
   }
 
   void addPartsOf(const Part& part) {
-    const bool inGlossary = part.inGlossary || part.kind == Kind::glossary;
+    const bool inGlossary = part.inGlossary || part.kind == PartKind::glossary;
     for (const Relationship& relationship : relationshipsOf(part.member->name)) add(relationship, inGlossary);
   }
 
@@ -188,20 +122,20 @@ class PackageTeller {
 
   void tell(const Part& part) {
     AsOneKind glossary(Unreached::glossary, telling_.texts);
-    formats::OtherTexts& texts = part.kind == Kind::glossary || part.inGlossary
+    formats::OtherTexts& texts = part.kind == PartKind::glossary || part.inGlossary
                                      ? static_cast<formats::OtherTexts&>(glossary)
                                      : telling_.texts;
     switch (part.kind) {
-      case Kind::chunk:
+      case PartKind::chunk:
         return tellFile(part, Unreached::chunks, texts);
-      case Kind::package:
-      case Kind::object:
+      case PartKind::package:
+      case PartKind::object:
         return tellFile(part, Unreached::embedded, texts);
-      case Kind::picture:
+      case PartKind::picture:
         return texts.notLookedInto(Opaque::pictures);
-      case Kind::macros:
+      case PartKind::macros:
         return texts.notLookedInto(Opaque::macros);
-      case Kind::thumbnail:
+      case PartKind::thumbnail:
         return texts.notLookedInto(Opaque::thumbnail);
       default:
         return tellMarkupOf(part, texts);
@@ -213,26 +147,26 @@ class PackageTeller {
     const xml::Utf8Part markup = xml::toUtf8(read(*part.member), name);
     const base::ByteSpan bytes = markup.utf8.view;
     switch (part.kind) {
-      case Kind::chart:
+      case PartKind::chart:
         addPartsOf(part);
         return tellPieces(Unreached::charts, texts, [&](Pieces& pieces) { addRuns(bytes, name, pieces); });
-      case Kind::diagram:
-      case Kind::diagramDrawing:
+      case PartKind::diagram:
+      case PartKind::diagramDrawing:
         return tellDiagram(part.kind, bytes, name, texts);
-      case Kind::settings:
+      case PartKind::settings:
         return tellPieces(Unreached::variables, texts,
                           [&](Pieces& pieces) { addVariables(bytes, name, pieces); });
-      case Kind::people:
+      case PartKind::people:
         return tellPieces(Unreached::people, texts, [&](Pieces& pieces) { addPeople(bytes, name, pieces); });
-      case Kind::core:
-      case Kind::extended:
-      case Kind::properties:
-        if (part.kind != Kind::properties)
+      case PartKind::core:
+      case PartKind::extended:
+      case PartKind::properties:
+        if (part.kind != PartKind::properties)
           telling_.bindings.tellOtherwise(
-              bytes, name, part.kind == Kind::core ? kCoreProperties : kExtendedProperties, texts);
+              bytes, name, part.kind == PartKind::core ? kCoreProperties : kExtendedProperties, texts);
         return tellPieces(Unreached::properties, texts,
                           [&](Pieces& pieces) { addValues(bytes, name, pieces); });
-      case Kind::data:
+      case PartKind::data:
         if (!telling_.bindings.empty()) telling_.bindings.tellOtherwise(bytes, name, storeOf(name), texts);
         return tellPieces(Unreached::customXml, texts,
                           [&](Pieces& pieces) { addValues(bytes, name, pieces); });
@@ -244,7 +178,8 @@ class PackageTeller {
 
   void tellStories(const Part& part, base::ByteSpan bytes, const std::string& name,
                    formats::OtherTexts& texts) {
-    if (part.kind != Kind::glossary && !part.inGlossary) return StoryTeller(bytes, name, telling_).tellPart();
+    if (part.kind != PartKind::glossary && !part.inGlossary)
+      return StoryTeller(bytes, name, telling_).tellPart();
     DataBindings bindings;
     StoryTeller(bytes, name, {texts, telling_.styles, bindings}).tellPart();
   }
@@ -262,7 +197,7 @@ class PackageTeller {
   }
 
   /// The drawing of a diagram holds the texts of its data once more. What only the drawing holds is told.
-  void tellDiagram(Kind kind, base::ByteSpan bytes, const std::string& name, formats::OtherTexts& texts) {
+  void tellDiagram(PartKind kind, base::ByteSpan bytes, const std::string& name, formats::OtherTexts& texts) {
     Gathered gathered;
     tellPieces(Unreached::smartArt, gathered, [&](Pieces& pieces) { addRuns(bytes, name, pieces); });
     tellPieces(Unreached::smartArt, texts, [&](Pieces& pieces) {
@@ -271,8 +206,8 @@ class PackageTeller {
         const std::u16string_view piece = left.substr(0, left.find(text::kCellMark));
         left.remove_prefix(std::min(piece.size() + 1, left.size()));
         const std::size_t hash = std::hash<std::u16string_view>()(piece);
-        if (kind == Kind::diagram) inDiagrams_.insert(hash);
-        if (kind == Kind::diagramDrawing && inDiagrams_.contains(hash)) continue;
+        if (kind == PartKind::diagram) inDiagrams_.insert(hash);
+        if (kind == PartKind::diagramDrawing && inDiagrams_.contains(hash)) continue;
         pieces.units() += piece;
         pieces.end();
       }

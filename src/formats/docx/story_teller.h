@@ -23,10 +23,6 @@ struct Telling {
   const Departed* departed = nullptr;  ///< none where nothing was edited
 };
 
-/// Those of a main part's asides that may hold text: a picture without words is none, and looking at its
-/// bytes costs less than a walk to it.
-std::vector<Offset> placesWithText(base::ByteSpan mainPart, const BodyMap& map);
-
 /// Tells the texts that a part of WordprocessingML holds: its stories, also those in the drawings of others,
 /// and beside them formulas, phonetic guides, texts of drawings, alternative texts and the names of
 /// commenters. Notes the controls that are bound to data.
