@@ -3,7 +3,7 @@
 #include "base/names.h"
 #include "base/utf.h"
 #include "files/reading.h"
-#include "paths.h"
+#include "located.h"
 
 #include <array>
 #include <string_view>
