@@ -265,6 +265,10 @@ class MachineFileSystem final : public FileSystem {
     return setLock(file, F_WRLCK) || setLock(file, F_RDLCK);
   }
 
+  bool tryHold(Handle file, Hold hold) override {
+    return setLock(file, hold == Hold::alone ? F_WRLCK : F_RDLCK);
+  }
+
  private:
   static int renameAs(const Place& from, const Place& to, unsigned flags) {
     return renameat2(from.folder, from.name.c_str(), to.folder, to.name.c_str(), flags);

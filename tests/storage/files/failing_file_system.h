@@ -72,6 +72,7 @@ class FailingFileSystem : public FileSystem {
   std::vector<std::string> names(const Place& folder) override { return count(), real_.names(folder); }
   void removeFolder(const Place& place) override { count(), real_.removeFolder(place); }
   bool tryLock(Handle file) override { return count(), real_.tryLock(file); }
+  bool tryHold(Handle file, Hold hold) override { return count(), real_.tryHold(file, hold); }
 
  private:
   void count() {

@@ -49,6 +49,8 @@ struct Place {
   std::string name;
 };
 
+enum class Hold : std::uint8_t { shared, alone };
+
 /// Every call that the program makes on files goes through here, so that tests can make any one of them fail.
 /// A call that fails throws std::system_error with the generic
 /// category (an errno value) and has changed nothing.
@@ -129,6 +131,8 @@ class FileSystem {
   /// ends. Another program's lock is in the way only where that program may write the file, too: who may only
   /// read it keeps nobody from saving it.
   virtual bool tryLock(Handle file) = 0;
+  /// The same of a file that only the user may open: held by one, or by any number of those who share it.
+  virtual bool tryHold(Handle file, Hold hold) = 0;
 };
 
 /// The machine's own. It has no state and may be used from several threads.
