@@ -15,6 +15,11 @@ constexpr std::string_view kCommand = "command";
 constexpr std::string_view kKept = "kept";
 constexpr std::string_view kNotKept = "not-kept";
 constexpr std::string_view kTakenBack = "taken-back";
+constexpr std::string_view kBegun = "begun";
+constexpr std::string_view kEnded = "ended";
+constexpr std::string_view kListed = "listed";
+constexpr std::string_view kIntended = "intended";
+constexpr std::string_view kResult = "result";
 
 bool plain(char c) { return c > ' ' && c < 0x7F && c != '%'; }
 
@@ -63,6 +68,38 @@ std::vector<std::string_view> wordsOf(std::string_view line) {
   return words;
 }
 
+/// Ends the lines that only slices have: of one that was not written whole, what is there could be another
+/// document's name.
+constexpr std::string_view kEnd = ".";
+
+bool readOfSlice(const std::vector<std::string_view>& words, Record& record) {
+  if (words.back() != kEnd) return false;
+  const auto moreIn = [&](std::size_t at) {
+    auto more = unescaped(words[at]);
+    if (more) record.more = *std::move(more);
+    return more.has_value();
+  };
+  if (words[0] == kBegun) {
+    record.kind = Record::Kind::begun;
+    return words.size() == 5 && parse(words[1], record.time) && parse(words[2], record.number);
+  }
+  if (words[0] == kEnded) {
+    record.kind = Record::Kind::ended;
+    return words.size() == 4 && parse(words[1], record.time);
+  }
+  if (words[0] == kListed || words[0] == kResult) {
+    record.kind = words[0] == kListed ? Record::Kind::listed : Record::Kind::result;
+    return words.size() == 4 && moreIn(1);
+  }
+  files::Stamp& old = record.before.stamp;
+  files::Stamp& now = record.after;
+  record.kind = Record::Kind::intended;
+  return words[0] == kIntended && words.size() == 11 && parse(words[1], old.size) &&
+         parse(words[2], old.modifiedSeconds) && parse(words[3], old.modifiedNanoseconds) &&
+         parse(words[4], now.inode) && parse(words[5], now.size) && parse(words[6], now.modifiedSeconds) &&
+         parse(words[7], now.modifiedNanoseconds) && moreIn(8);
+}
+
 }  // namespace
 
 std::string lineOf(const Record& record) {
@@ -75,6 +112,26 @@ std::string lineOf(const Record& record) {
     case Record::Kind::notKept:
       line += std::string(kNotKept) + " ";
       break;
+    case Record::Kind::begun:
+      line += std::string(kBegun) + " " + number(record.time) + number(record.number);
+      break;
+    case Record::Kind::ended:
+      line += std::string(kEnded) + " " + number(record.time);
+      break;
+    case Record::Kind::listed:
+      line += std::string(kListed) + " " + escaped(record.more) + " ";
+      break;
+    case Record::Kind::result:
+      line += std::string(kResult) + " " + escaped(record.more) + " ";
+      break;
+    case Record::Kind::intended: {
+      const files::Stamp& old = record.before.stamp;
+      const files::Stamp& now = record.after;
+      line += std::string(kIntended) + " " + number(old.size) + number(old.modifiedSeconds) +
+              number(old.modifiedNanoseconds) + number(now.inode) + number(now.size) +
+              number(now.modifiedSeconds) + number(now.modifiedNanoseconds) + escaped(record.more) + " ";
+      break;
+    }
     case Record::Kind::takenBack:
       line += std::string(kTakenBack) + " " + number(record.number);
       break;
@@ -89,7 +146,9 @@ std::string lineOf(const Record& record) {
       break;
     }
   }
-  return line + escaped(record.text) + "\n";
+  line += escaped(record.text);
+  if (record.kind >= Record::Kind::begun) line += " " + std::string(kEnd);
+  return line + "\n";
 }
 
 std::optional<Record> recordOf(std::string_view line) {
@@ -126,10 +185,11 @@ std::optional<Record> recordOf(std::string_view line) {
   } else if (words[0] == kTakenBack) {
     record.kind = Record::Kind::takenBack;
     if (words.size() != 3 || !parse(words[1], record.number)) return std::nullopt;
-  } else {
+  } else if (!readOfSlice(words, record)) {
     return std::nullopt;
   }
-  auto text = unescaped(words.back());
+  const bool isOfSlice = record.kind >= Record::Kind::begun;
+  auto text = unescaped(words[words.size() - (isOfSlice ? 2 : 1)]);
   if (!text) return std::nullopt;
   record.text = *std::move(text);
   return record;
@@ -145,12 +205,16 @@ std::vector<Record> keptOf(const std::vector<Record>& records) {
   return kept;
 }
 
-std::vector<Record> recordsOf(std::string_view journal) {
-  std::vector<Record> records;
+void forEachRecord(std::string_view journal, const std::function<void(Record)>& visit) {
   for (std::size_t end = 0; (end = journal.find('\n')) != std::string_view::npos;
        journal.remove_prefix(end + 1)) {
-    if (auto record = recordOf(journal.substr(0, end))) records.push_back(*std::move(record));
+    if (auto record = recordOf(journal.substr(0, end))) visit(*std::move(record));
   }
+}
+
+std::vector<Record> recordsOf(std::string_view journal) {
+  std::vector<Record> records;
+  forEachRecord(journal, [&](Record record) { records.push_back(std::move(record)); });
   return records;
 }
 

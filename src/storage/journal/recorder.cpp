@@ -1,11 +1,12 @@
 #include "journal/journal.h"
-#include "run_folder.h"
+#include "slice_folder.h"
 
 #include <array>
 #include <cerrno>
 #include <charconv>
 #include <cstdlib>
 #include <ctime>
+#include <filesystem>
 #include <future>
 #include <system_error>
 #include <utility>
@@ -22,12 +23,14 @@ std::string utcNow() {
   return {text.data(), std::strftime(text.data(), text.size(), "%Y%m%d-%H%M%S", &parts)};
 }
 
-/// The name of a new run, whose folder it makes: behind those of this second, even where an earlier one is
-/// gone.
+/// The name of a new run, whose folder it makes: after those of this second, even where an earlier one is
+/// gone, and after those of a clock that was ahead of this one.
 std::string createRun(files::FileSystem& system, const OwnFolder& runs) {
-  const std::string start = utcNow() + "-";
+  const std::vector<std::string> names = runNames(system, runs);
+  std::string start = utcNow() + "-";
+  if (!names.empty()) start = std::max(start, names.back().substr(0, start.size()));
   unsigned number = 0;
-  for (const std::string& name : runNames(system, runs)) {
+  for (const std::string& name : names) {
     unsigned taken = 0;
     if (name.starts_with(start) &&
         std::from_chars(name.data() + start.size(), name.data() + name.size(), taken).ec == std::errc())
@@ -197,7 +200,7 @@ class Recorder::Kept final : public files::Keeping {
   Flushes flushes_;
 };
 
-/// An original that there is no room for.
+/// An original that there is no room for, or that nobody wants.
 class Recorder::Dropped final : public files::Keeping {
  public:
   explicit Dropped(Recorder& recorder) : recorder_(recorder), flushes_(recorder.system_) {
@@ -212,7 +215,7 @@ class Recorder::Dropped final : public files::Keeping {
   void replaced() override {
     const std::lock_guard guard(recorder_.mutex_);
     ++recorder_.replaced_;
-    ++recorder_.notKept_;
+    if (recorder_.keepsOriginals_) ++recorder_.notKept_;
   }
 
  private:
@@ -228,6 +231,12 @@ std::optional<std::string> defaultFolder() {
   return std::string(home) + "/.local/state/pluvo/runs";
 }
 
+std::string folderBelow(const std::string& folder) {
+  std::string path = std::filesystem::absolute(folder).lexically_normal().native();
+  while (path.ends_with('/')) path.pop_back();
+  return path + "/pluvo/runs";
+}
+
 Recorder::Recorder(files::FileSystem& system, std::string folder, std::string command, std::uint64_t limit)
     : system_(system), folder_(std::move(folder)), limit_(limit) {
   try {
@@ -241,6 +250,7 @@ Recorder::Recorder(files::FileSystem& system, std::string folder, std::string co
     journal_.emplace(system_, system_.openToAppend(run_->at(kJournal)));
     // Flushed with the first document: without one there is nothing to take back.
     append({Record::Kind::command, std::move(command), 0, {}, {}, {}});
+    undoName_ = name_;
   } catch (const std::system_error& failure) {
     throw journalFailed(failure, folder_);
   }
@@ -248,7 +258,7 @@ Recorder::Recorder(files::FileSystem& system, std::string folder, std::string co
 
 Recorder::~Recorder() {
   try {
-    if (replaced_ > 0) {
+    if (replaced_ > 0 || progress_) {
       system_.remove(run_->at(kLock));
     } else {
       removeRun(system_, *runs_, name_, *run_);
@@ -258,12 +268,15 @@ Recorder::~Recorder() {
   }
 }
 
-std::unique_ptr<files::Keeping> Recorder::keep(const files::Replacement& replacement) {
+std::unique_ptr<files::Keeping> Recorder::keep(const files::Replacement& replacement,
+                                               const std::string& outcome) {
   const std::lock_guard guard(mutex_);
   std::unique_ptr<files::Keeping> keeping;
   guarded(folder_, [&] {
     const files::FileStatus& before = replacement.before;
-    if (!makeRoom(before.stamp.size)) {
+    if (progress_)
+      append({Record::Kind::intended, replacement.path, 0, {}, before, replacement.after, outcome});
+    if (!keepsOriginals_ || !makeRoom(before.stamp.size)) {
       append({Record::Kind::notKept, replacement.path, 0, {}, {}, {}});
       keeping = std::make_unique<Dropped>(*this);
       return;
@@ -297,17 +310,19 @@ void Recorder::forgetUnlessReplaced(const files::Replacement& replacement, std::
   }
 }
 
-/// A line that was not written whole is ended, lest the next one be taken for its rest.
-void Recorder::append(const Record& record) {
-  const std::string line = (torn_ ? "\n" : "") + lineOf(record);
+/// Of a line that was not written whole nothing is read.
+void Recorder::append(const std::string& lines) {
+  const std::string whole = (torn_ ? kUnlessWhole : "") + lines;
   torn_ = true;
-  writeAll(system_, journal_->handle(), {reinterpret_cast<const std::uint8_t*>(line.data()), line.size()});
+  writeAll(system_, journal_->handle(), {reinterpret_cast<const std::uint8_t*>(whole.data()), whole.size()});
   torn_ = false;
 }
 
+void Recorder::append(const Record& record) { append(lineOf(record)); }
+
 std::string Recorder::name() const {
   const std::lock_guard guard(mutex_);
-  return replaced_ > notKept_ ? name_ : std::string();
+  return keepsOriginals_ && replaced_ > notKept_ ? undoName_ : std::string();
 }
 
 std::uint64_t Recorder::notKept() const {
@@ -317,6 +332,7 @@ std::uint64_t Recorder::notKept() const {
 
 /// Whether size more bytes can be kept, be it by forgetting the oldest runs.
 bool Recorder::makeRoom(std::uint64_t size) {
+  if (progress_) return true;
   if (!others_) weighOthers();
   while (!others_->empty() && size_ + size + othersSize_ > limit_) {
     const Other oldest = others_->front();

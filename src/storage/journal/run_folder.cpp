@@ -119,6 +119,19 @@ OwnFolder openRun(files::FileSystem& system, const OwnFolder& runs, const std::s
   return {system, runs.at(name), pathIn(runs.path(), name)};
 }
 
+OwnFolder openAllNamed(files::FileSystem& system, const std::string& folder, Missing missing) {
+  const OwnFolder own = openProgram(system, folder, missing);
+  const std::string name = "named";
+  if (missing == Missing::isMade) makeFolder(system, own.at(name));
+  return {system, own.at(name), pathIn(own.path(), name)};
+}
+
+OwnFolder openNamed(files::FileSystem& system, const OwnFolder& named, const std::string& name,
+                    Missing missing) {
+  if (missing == Missing::isMade) makeFolder(system, named.at(name));
+  return {system, named.at(name), pathIn(named.path(), name)};
+}
+
 bool isRunName(std::string_view name) {
   constexpr std::string_view kForm = "00000000-000000-0";
   if (name.size() < kForm.size()) return false;
@@ -154,6 +167,33 @@ std::optional<std::vector<Record>> recordsIn(files::FileSystem& system, const Ow
     }
   } catch (const std::system_error&) {
     return std::nullopt;
+  }
+}
+
+void forEachRecordIn(files::FileSystem& system, const OwnFolder& run,
+                     const std::function<void(Record)>& visit) {
+  const files::Place journal = run.at(kJournal);
+  try {
+    if (!system.exists(journal)) return;
+    if (!isOwn(system, system.statusAt(journal))) throw notTrusted(pathIn(run.path(), kJournal));
+    // Others may be adding to it: what is there now is read.
+    const files::OpenFile file(system, system.openToRead(journal));
+    const std::uint64_t size = system.status(file.handle()).stamp.size;
+    std::vector<std::uint8_t> buffer(std::size_t{1024} * 1024);
+    std::string text;
+    for (std::uint64_t from = 0; from < size;) {
+      const std::size_t count = system.read(file.handle(), from, buffer);
+      if (count == 0) break;
+      from += count;
+      text.append(reinterpret_cast<const char*>(buffer.data()), count);
+      const std::size_t end = text.rfind('\n') + 1;
+      forEachRecord(std::string_view(text).substr(0, end), visit);
+      text.erase(0, end);
+    }
+  } catch (const std::system_error& failure) {
+    throw errors::DocumentError(errors::Problem::io, "The journal \"" + pathIn(run.path(), kJournal) +
+                                                         "\" cannot be read (" + failure.code().message() +
+                                                         ").");
   }
 }
 

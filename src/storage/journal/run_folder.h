@@ -4,6 +4,7 @@
 #include "files/file_system.h"
 #include "record.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -38,6 +39,12 @@ enum class Missing { fails, isMade };
 OwnFolder openRuns(files::FileSystem& system, const std::string& folder, Missing missing = Missing::fails);
 OwnFolder openRun(files::FileSystem& system, const OwnFolder& runs, const std::string& name);
 
+/// The folder of the runs with names, beside the folder of runs, and one in it.
+OwnFolder openAllNamed(files::FileSystem& system, const std::string& folder,
+                       Missing missing = Missing::fails);
+OwnFolder openNamed(files::FileSystem& system, const OwnFolder& named, const std::string& name,
+                    Missing missing = Missing::fails);
+
 /// The names of files in a run's folder.
 inline constexpr const char* kJournal = "journal";
 inline constexpr const char* kLock = "lock";
@@ -53,6 +60,10 @@ std::vector<std::string> runNames(files::FileSystem& system, const OwnFolder& ru
 /// journal cannot be read: of such a run nothing may be removed. Throws DocumentError where the journal is
 /// another's.
 std::optional<std::vector<Record>> recordsIn(files::FileSystem& system, const OwnFolder& run);
+
+/// The same, record by record. Throws DocumentError also where the journal cannot be read.
+void forEachRecordIn(files::FileSystem& system, const OwnFolder& run,
+                     const std::function<void(Record)>& visit);
 
 /// The lock of a run that no program holds, now held here; nothing while it is going on, and
 /// where another program has just removed it.

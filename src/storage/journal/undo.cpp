@@ -1,6 +1,6 @@
 #include "files/reading.h"
 #include "journal/journal.h"
-#include "run_folder.h"
+#include "taking_back.h"
 
 #include <algorithm>
 #include <map>
@@ -102,7 +102,8 @@ void restore(const Source& source, const Record& record, const files::FileStatus
 /// Which run a document was left by; read when it is first asked for.
 class Changes {
  public:
-  Changes(files::FileSystem& system, const OwnFolder& runs) : system_(system), runs_(runs) {}
+  /// The folder of runs; nullptr where there is none.
+  Changes(files::FileSystem& system, const OwnFolder* runs) : system_(system), runs_(runs) {}
 
   /// The run after which the document was as it is found; empty where none is known.
   std::string lastRunOn(const std::string& document, const files::Stamp& found) {
@@ -116,9 +117,10 @@ class Changes {
  private:
   void read() {
     byDocument_.emplace();
-    for (const std::string& name : runNames(system_, runs_)) {
+    if (runs_ == nullptr) return;
+    for (const std::string& name : runNames(system_, *runs_)) {
       try {
-        const auto records = recordsIn(system_, openRun(system_, runs_, name));
+        const auto records = recordsIn(system_, openRun(system_, *runs_, name));
         if (!records) continue;
         for (Record& record : keptOf(*records))
           byDocument_->emplace(std::move(record.text), std::pair(record.after, name));
@@ -128,7 +130,7 @@ class Changes {
   }
 
   files::FileSystem& system_;
-  const OwnFolder& runs_;
+  const OwnFolder* runs_;
   std::optional<std::multimap<std::string, std::pair<files::Stamp, std::string>>> byDocument_;
 };
 
@@ -179,8 +181,8 @@ Undone undoOne(const Source& source, const Record& record, const std::optional<f
 void noteTakenBack(const Source& source, const files::OpenFile& journal, const Record& record,
                    const std::optional<files::OpenFolder>& folder) {
   files::FileSystem& system = source.system;
-  // The line before may lack its end.
-  const std::string line = "\n" + lineOf({Record::Kind::takenBack, record.text, record.number, {}, {}, {}});
+  const std::string line =
+      kUnlessWhole + lineOf({Record::Kind::takenBack, record.text, record.number, {}, {}, {}});
   try {
     base::ByteSpan bytes(reinterpret_cast<const std::uint8_t*>(line.data()), line.size());
     while (!bytes.empty()) bytes = bytes.subspan(system.write(journal.handle(), bytes));
@@ -206,6 +208,23 @@ Run summaryOf(const std::string& name, const std::vector<Record>& records) {
 }
 
 }  // namespace
+
+bool takeBack(files::FileSystem& system, const OwnFolder& run, const std::vector<Record>& kept,
+              const OwnFolder* runs, const std::function<void(const Undone&)>& report) {
+  const files::OpenFile journal(system, system.openToAppend(run.at(kJournal)));
+  const Source source{system, run};
+  Changes changes(system, runs);
+  bool whole = true;
+  for (auto record = kept.rbegin(); record != kept.rend(); ++record) {
+    const auto documents = folderOf(system, *record);
+    clearBeside(system, run, *record, documents);
+    const Undone undone = undoOne(source, *record, documents, changes);
+    if (undone.outcome != Outcome::failed) noteTakenBack(source, journal, *record, documents);
+    whole &= undone.outcome != Outcome::failed;
+    report(undone);
+  }
+  return whole;
+}
 
 std::vector<Run> runs(files::FileSystem& system, const std::string& folder) {
   std::vector<Run> found;
@@ -249,20 +268,7 @@ void undo(files::FileSystem& system, const std::string& folder, const std::strin
       throw DocumentError(Problem::io, "The journal of the run, \"" + pathIn(run.path(), kJournal) +
                                            "\", cannot be read, so nothing was changed; check the disk it is "
                                            "on, and who may read it.");
-    const std::vector<Record> kept = keptOf(*records);
-    const files::OpenFile journal(system, system.openToAppend(run.at(kJournal)));
-    const Source source{system, run};
-    Changes changes(system, all);
-    bool whole = true;
-    for (auto record = kept.rbegin(); record != kept.rend(); ++record) {
-      const auto documents = folderOf(system, *record);
-      clearBeside(system, run, *record, documents);
-      const Undone undone = undoOne(source, *record, documents, changes);
-      if (undone.outcome != Outcome::failed) noteTakenBack(source, journal, *record, documents);
-      whole &= undone.outcome != Outcome::failed;
-      report(undone);
-    }
-    if (whole) removeRun(system, all, name, run);
+    if (takeBack(system, run, keptOf(*records), &all, report)) removeRun(system, all, name, run);
   } catch (const std::system_error& failure) {
     throw DocumentError(Problem::io, "The journal of the run in \"" + pathIn(folder, name) +
                                          "\" cannot be read or cleared (" + failure.code().message() +

@@ -27,6 +27,9 @@ namespace pluvo::journal {
 /// that variable nor HOME is set.
 std::optional<std::string> defaultFolder();
 
+/// The same in a folder of the user's choice, as an absolute path.
+std::string folderBelow(const std::string& folder);
+
 /// A new file beside the folder of runs, in a folder that is made where it is missing and refused as a
 /// journal is. Throws DocumentError (io) and std::system_error.
 files::Handle createBeside(files::FileSystem& system, const std::string& folder, const std::string& name);
@@ -40,7 +43,10 @@ std::string folderBeside(files::FileSystem& system, const std::string& folder, b
 inline constexpr std::uint64_t kDefaultLimit = std::uint64_t{4} * 1024 * 1024 * 1024;
 
 class OwnFolder;
+class SliceProgress;
 struct Record;
+struct SliceDocument;
+struct SliceToBegin;
 
 /// The journal of the run that is going on. May be used from several threads.
 class Recorder {
@@ -48,6 +54,10 @@ class Recorder {
   /// Makes the folder where it is missing. The command is what undo's list shows. Throws DocumentError (io).
   Recorder(files::FileSystem& system, std::string folder, std::string command,
            std::uint64_t limit = kDefaultLimit);
+  /// A new attempt at a slice of a run with a name (journal/named_runs.h), which has no such limit. Throws
+  /// DocumentError also where the name is that of another request, and (locked) where the slice is going on
+  /// or the run is being taken back.
+  Recorder(files::FileSystem& system, std::string folder, const SliceToBegin& slice, std::string command);
   Recorder(const Recorder&) = delete;
   Recorder& operator=(const Recorder&) = delete;
   /// A run that replaced nothing leaves nothing.
@@ -55,8 +65,21 @@ class Recorder {
 
   /// To be called before each document is replaced (files::NewVersion::beforeReplacing). Throws DocumentError
   /// where the original cannot be kept, so that the document is not replaced. What is returned must not
-  /// outlive this.
-  std::unique_ptr<files::Keeping> keep(const files::Replacement& replacement);
+  /// outlive this. In a slice the outcome, which is on disk before then, is what will have come of it.
+  std::unique_ptr<files::Keeping> keep(const files::Replacement& replacement,
+                                       const std::string& outcome = {});
+
+  // Of slices. A document is known by its absolute path without links.
+  /// Its documents are known.
+  void list(const std::vector<SliceDocument>& documents);
+  /// What earlier attempts left of a document, before this one began; nothing where it is to be worked on.
+  std::optional<SliceDocument> earlier(const std::string& key) const;
+  /// What will have come of one that is saved elsewhere. Throws std::system_error.
+  void intend(const std::string& key, const std::string& outcome);
+  /// What came of a document. Throws std::system_error.
+  void result(const std::string& key, const std::string& outcome);
+  /// All documents have results.
+  void end();
 
   /// The name of the run, by which it is taken back; empty while no original is kept.
   std::string name() const;
@@ -71,6 +94,10 @@ class Recorder {
     std::uint64_t size = 0;
   };
   void append(const Record& record);
+  void append(const std::string& lines);
+  void beginSlice(const SliceToBegin& slice, const std::string& command);
+  void removeUnrecorded();
+  void settle();
   void forgetUnlessReplaced(const files::Replacement& replacement, std::uint64_t number);
   bool makeRoom(std::uint64_t size);
   bool forget(const std::string& name, const OwnFolder& run);
@@ -85,10 +112,14 @@ class Recorder {
   std::unique_ptr<files::OpenFile> lock_;
   std::optional<files::OpenFile> journal_;
   mutable std::mutex mutex_;
-  bool torn_ = false;           ///< the journal's last line may lack its end
-  bool namesOnDisk_ = false;    ///< of the run's folder and the journal in it
-  std::uint64_t numbers_ = 0;   ///< given to originals
-  std::uint64_t replaced_ = 0;  ///< documents, kept or not
+  std::string undoName_;  ///< of the run that it is taken back with
+  bool keepsOriginals_ = true;
+  std::unique_ptr<files::OpenFile> shared_;  ///< lock of the named run
+  std::unique_ptr<SliceProgress> progress_;  ///< of a slice, as earlier attempts left it
+  bool torn_ = false;                        ///< the journal's last line may lack its end
+  bool namesOnDisk_ = false;                 ///< of the run's folder and the journal in it
+  std::uint64_t numbers_ = 0;                ///< given to originals
+  std::uint64_t replaced_ = 0;               ///< documents, kept or not
   std::uint64_t notKept_ = 0;
   std::uint64_t size_ = 0;                   ///< of this run's originals
   std::optional<std::deque<Other>> others_;  ///< the other runs, the oldest first, weighed when first needed
