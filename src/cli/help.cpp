@@ -26,10 +26,12 @@ constexpr std::string_view kExitStatus =
     "  --strict was not reached\n";
 constexpr std::string_view kUndoExitStatus =
     "  0 taken back, or runs to show   1 nothing to do   2 something failed, whatever else succeeded\n";
+constexpr std::string_view kReportExitStatus =
+    "  0 blocks were found   1 none   2 something failed, or was not worked on\n";
 constexpr std::string_view kSaveExitStatus = "  0 saved   2 not saved\n";
 
 // In the order of Command.
-constexpr std::array<Story, 8> kStories = {{
+constexpr std::array<Story, 9> kStories = {{
     {"Lists the blocks: document, number of the paragraph, text. Changes nothing.\n",
      "  pluvo find -b 'The Lessor' -e 'the Lessee' lease.txt\n"
      "      from 'The Lessor' to the next 'the Lessee' in the same or the next paragraph\n"
@@ -66,11 +68,20 @@ constexpr std::array<Story, 8> kStories = {{
     {"Takes back what a run changed, the last run where none is named: bytes, permissions and\n"
      "time of every document. A document that was changed since is left as it is and named.\n"
      "The originals are kept for you alone in $XDG_STATE_HOME/pluvo/runs (else ~/.local/state),\n"
-     "no more than 4 GiB; beyond that the oldest runs are forgotten.\n",
+     "no more than 4 GiB; beyond that the oldest runs are forgotten. A run that has a name of its\n"
+     "own (--run-name) is taken back with all its slices; until then, or --forget, it is kept.\n",
      "  pluvo undo --list\n"
      "  pluvo undo\n"
      "  pluvo undo 20261121-142233-0\n"
      "      a run by the name that the list gives it\n"},
+    {"Tells what became of the slices of a run: which documents failed or were not worked on, and\n"
+     "which slices were broken off or never begun. The results are in the journal under the run's\n"
+     "name, or in files that runs printed with --json; several make one report, of one request.\n"
+     "With --files-from it also tells of documents in that list that no slice knows.\n",
+     "  pluvo insert -b Lessor -t ' (net)' --after lease.txt deed.docx --run-name net --slice 1/1\n"
+     "      all documents as one slice; for two, 1/2 and 2/2, on two machines perhaps\n"
+     "  pluvo report net --report net.html\n"
+     "  pluvo report net --rest again.list\n"},
 }};
 
 std::string optionNames(const Option& option) {
@@ -129,11 +140,13 @@ std::string_view usageOf(std::optional<Command> command) {
   if (command == Command::run) return " FILE [OPTIONS] DOCUMENT...";
   if (command == Command::save) return " FILE COMMAND [OPTIONS]";
   if (command == Command::undo) return " [RUN] [OPTIONS]";
+  if (command == Command::report) return " RUN|FILE... [OPTIONS]";
   return " [OPTIONS] DOCUMENT...";
 }
 
 std::string_view exitStatusOf(std::optional<Command> command) {
   if (command == Command::undo) return kUndoExitStatus;
+  if (command == Command::report) return kReportExitStatus;
   return command == Command::save ? kSaveExitStatus : kExitStatus;
 }
 

@@ -45,6 +45,7 @@ const std::vector<CommandName>& commandNames() {
       {Command::run, "run", "work through the requests saved in a file"},
       {Command::save, "save", "save a request in a file for run"},
       {Command::undo, "undo", "take back what a run changed"},
+      {Command::report, "report", "tell what became of a run in slices"},
   };
   return names;
 }
@@ -145,10 +146,15 @@ const std::vector<Option>& options() {
        "take only documents changed since: a day as\n2026-11-30, with a time as 2026-11-30T14:30, or an\n"
        "age as 90m, 12h or 7d",
        keep<&T::newerThan>},
-      {0, "files-from", Takes::value, "FILE", kDocuments, kRunCommands,
+      {0, "files-from", Takes::value, "FILE", kDocuments, kRunCommands | setOf(Command::report),
        "take the documents named in FILE, one a line (- is\nstandard input)", keep<&T::filesFrom>},
-      {'0', "null", Takes::nothing, "", kDocuments, kRunCommands,
+      {'0', "null", Takes::nothing, "", kDocuments, kRunCommands | setOf(Command::report),
        "names in FILE end with a zero byte, not with a line", raise<&T::null>},
+      {0, "slice", Takes::value, "K/N", kDocuments, kRunCommands,
+       "take the K-th of N parts of the documents, 1/4 to 4/4\nfor instance; which part a document is in "
+       "hangs on\n"
+       "its path alone",
+       keep<&T::slice>},
       {0, "password-file", Takes::value, "FILE", kDocuments, kRunCommands,
        "work on protected documents too, with a password\nfrom FILE, one a line; they stay protected",
        keep<&T::passwordFile>},
@@ -175,6 +181,14 @@ const std::vector<Option>& options() {
 
       {'j', "jobs", Takes::value, "N", kSafety, kRunCommands,
        "documents worked on at the same time (default: one\nfor each processor)", keep<&T::jobs>},
+      {0, "run-name", Takes::value, "NAME", kSafety, kRunCommands,
+       "slices of one name are one run, for 'pluvo undo NAME'\nand 'pluvo report NAME'; a slice that is run "
+       "again\nleaves out what it has done",
+       keep<&T::runName>},
+      {0, "journal-dir", Takes::value, "DIR", kSafety, kRunCommands | kJournalCommands,
+       "keep the originals and the results of slices in DIR,\nwhich is one that all machines see (default:\n"
+       "$XDG_STATE_HOME, else ~/.local/state)",
+       keep<&T::journalDir>},
       {0, "no-journal", Takes::nothing, "", kSafety, kChangingCommands,
        "do not keep the originals for 'pluvo undo'", raise<&T::noJournal>},
 
@@ -183,12 +197,16 @@ const std::vector<Option>& options() {
        "stands\n"
        "where no request reaches, or where a part cannot be\nread; documents are saved all the same",
        raise<&T::strict>},
-      {0, "report", Takes::value, "FILE", kOutput, kRunCommands,
+      {0, "report", Takes::value, "FILE", kOutput, kRunCommands | setOf(Command::report),
        "write a report of documents and blocks into FILE,\nby its name a page (.html), a table (.csv) "
        "or\n.json; a file that is there is replaced if it is\nempty or an earlier report",
        keep<&T::report>},
-      {0, "overwrite-report", Takes::nothing, "", kOutput, kRunCommands,
+      {0, "overwrite-report", Takes::nothing, "", kOutput, kRunCommands | setOf(Command::report),
        "replace FILE even where it holds something else than\nan earlier report", raise<&T::overwriteReport>},
+      {0, "rest", Takes::value, "FILE", kOutput, setOf(Command::report),
+       "write the names of the documents that failed or were\nnot worked on into FILE, which must be new; "
+       "with --null\nthey end with a zero byte",
+       keep<&T::rest>},
       {0,
        "progress",
        Takes::value,
@@ -200,9 +218,11 @@ const std::vector<Option>& options() {
        {"auto", "always", "never"}},
       {0, "list", Takes::nothing, "", kOutput, setOf(Command::undo), "show the runs that can be taken back",
        raise<&T::list>},
-      {0, "json", Takes::nothing, "", kOutput, kRunCommands,
+      {0, "forget", Takes::nothing, "", kOutput, setOf(Command::undo),
+       "take nothing back, and remove what is kept of a run\nthat has a name", raise<&T::forget>},
+      {0, "json", Takes::nothing, "", kOutput, kRunCommands | setOf(Command::report),
        "one JSON object a line: each document, then a summary", raise<&T::json>},
-      {'q', "quiet", Takes::nothing, "", kOutput, kRunCommands | setOf(Command::undo),
+      {'q', "quiet", Takes::nothing, "", kOutput, kRunCommands | kJournalCommands,
        "print nothing but errors (and JSON)", raise<&T::quiet>},
       {'h', "help", Takes::nothing, "", kOutput, kEveryCommand, "show this help", raise<&T::help>},
       {'V', "version", Takes::nothing, "", kOutput, kEveryCommand, "show the version", raise<&T::version>},

@@ -11,7 +11,7 @@
 namespace pluvo::cli {
 
 /// The first five work on blocks, and have the values of their operations.
-enum class Command : std::uint8_t { find, insert, replace, remove, highlight, run, save, undo };
+enum class Command : std::uint8_t { find, insert, replace, remove, highlight, run, save, undo, report };
 
 struct CommandName {
   Command command;
@@ -33,6 +33,7 @@ struct TypedOptions : runs::WrittenRequest {
   std::optional<std::string> backup, output;
   std::optional<std::string> levels, types, mask, exclude, filesFrom, newerThan, passwordFile, encoding;
   std::optional<std::string> jobs, progress, report;
+  std::optional<std::string> slice, runName, journalDir, rest;
   bool confirm = false;
   bool dryRun = false;
   bool keepGoing = false;
@@ -43,6 +44,7 @@ struct TypedOptions : runs::WrittenRequest {
   bool overwriteReport = false;
   bool strict = false;
   bool list = false;
+  bool forget = false;
   bool json = false;
   bool quiet = false;
   bool help = false;
@@ -54,12 +56,14 @@ enum class Takes : std::uint8_t { nothing, value, maybeValue };
 /// Which commands an option belongs to.
 using CommandSet = unsigned;
 constexpr CommandSet setOf(Command command) { return 1U << static_cast<unsigned>(command); }
-inline constexpr CommandSet kEveryCommand = 0xFF;
+inline constexpr CommandSet kEveryCommand = 0x1FF;
 /// Those that say what a block is.
 inline constexpr CommandSet kBlockCommands = 0x1F;
 /// Those that go over documents.
 inline constexpr CommandSet kRunCommands = kBlockCommands | setOf(Command::run);
 inline constexpr CommandSet kChangingCommands = kRunCommands & ~setOf(Command::find);
+/// Those that read the journal of runs.
+inline constexpr CommandSet kJournalCommands = setOf(Command::undo) | setOf(Command::report);
 
 /// One option: all that the parser and the help know of it.
 struct Option {

@@ -70,10 +70,11 @@ Command commandOf(std::string_view typed) {
     candidates.push_back(each.name);
   }
   const std::string hint = base::didYouMean(typed, candidates);
-  throw UsageError("There is no command " + quoted(typed) + "." +
-                   (hint.empty()
-                        ? " The commands are find, insert, replace, delete, highlight, run, save and undo."
-                        : hint));
+  throw UsageError(
+      "There is no command " + quoted(typed) + "." +
+      (hint.empty()
+           ? " The commands are find, insert, replace, delete, highlight, run, save, undo and report."
+           : hint));
 }
 
 void refuseWrongCommand(const Option& option, Command command) {

@@ -4,11 +4,13 @@
 #include "numbers.h"
 #include "request.h"
 #include "runs/saved_requests.h"
+#include "runs/sliced.h"
 #include "selection.h"
 #include "text_input.h"
 #include "usage_error.h"
 
 #include <algorithm>
+#include <charconv>
 #include <climits>
 #include <thread>
 
@@ -36,6 +38,34 @@ void readSafety(const TypedOptions& typed, Plan& plan) {
   plan.dryRun = typed.dryRun;
   plan.keepGoing = typed.keepGoing;
   plan.journal = !typed.noJournal;
+}
+
+/// "3/8"
+runs::Slice sliceFrom(const std::string& typed) {
+  constexpr std::uint32_t kMostSlices = 1'000'000;
+  runs::Slice slice{0, 0};
+  const char* const last = typed.data() + typed.size();
+  const auto number = std::from_chars(typed.data(), last, slice.number);
+  const bool hasCount = number.ec == std::errc{} && number.ptr != last && *number.ptr == '/';
+  const auto count = std::from_chars(hasCount ? number.ptr + 1 : last, last, slice.count);
+  if (hasCount && count.ec == std::errc{} && count.ptr == last && slice.number >= 1 &&
+      slice.number <= slice.count && slice.count <= kMostSlices)
+    return slice;
+  throw UsageError("--slice is K/N, the K-th of N parts, as 1/4 to 4/4, not '" + typed + "'.");
+}
+
+void readSlice(const TypedOptions& typed, Plan& plan) {
+  if (typed.slice) plan.selection.slice = sliceFrom(*typed.slice);
+  if (typed.journalDir && typed.journalDir->empty())
+    throw UsageError("--journal-dir needs the name of a folder.");
+  plan.journalFolder = typed.journalDir;
+  if (!typed.runName) return;
+  if (!runs::isRunName(*typed.runName))
+    throw UsageError(
+        "--run-name takes letters, digits, '.', '-' and '_', no more than 100, and begins with a "
+        "letter or digit; and it is no time, as the names that runs get by themselves are.");
+  plan.runName = *typed.runName;
+  if (!plan.selection.slice) plan.selection.slice.emplace();
 }
 
 int jobsFrom(const TypedOptions& typed) {
@@ -125,6 +155,7 @@ Plan planFrom(const TypedCommandLine& line) {
   plan.filesFrom = line.options.filesFrom;
   plan.nullEnded = line.options.null;
   plan.selection = selectionFrom(line.options, std::move(paths));
+  readSlice(line.options, plan);
   plan.command = commandFrom(line.words);
   return plan;
 }

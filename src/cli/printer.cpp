@@ -30,7 +30,7 @@ void requireReader() {
 }  // namespace
 
 std::unique_ptr<runs::Observer> printerFor(const Plan& plan) {
-  if (plan.json) return jsonPrinter();
+  if (plan.json) return jsonPrinter(plan);
   if (plan.quiet) return std::make_unique<runs::Observer>();
   return textPrinter(plan, Style::forStream(fileno(stdout)));
 }

@@ -15,7 +15,7 @@ std::unique_ptr<runs::Observer> printerFor(const Plan& plan);
 
 /// Text as grep prints it: path, number, block; with --dry-run each block before and after.
 std::unique_ptr<runs::Observer> textPrinter(const Plan& plan, const Style& style);
-std::unique_ptr<runs::Observer> jsonPrinter();
+std::unique_ptr<runs::Observer> jsonPrinter(const Plan& plan);
 
 /// Writes to standard output. A stream that takes no more (a full disk) is a std::system_error; a closed pipe
 /// ends the program by its signal, as it does every filter; what a closed terminal does not take is lost.

@@ -2,11 +2,17 @@
 
 #include "files/file_system.h"
 #include "plan.h"
+#include "runs/run.h"
+
+#include <string>
 
 namespace pluvo::cli {
 
 /// Status with which the program ends.
 enum ExitStatus : int { kFound = 0, kNoneFound = 1, kFailed = 2 };
+
+/// What the user is told of a run that cannot begin.
+std::string sentenceFor(const runs::CannotBegin& refused);
 
 /// Works on every document of the plan, several at the same time, and prints what came of each in their
 /// order. A document that fails is reported and the rest go on. After an interrupt the documents at hand are

@@ -22,12 +22,17 @@ void sayOwner(const runs::Outcome& outcome) {
 TerminalFace::TerminalFace(const Plan& plan) : plan_(plan), printer_(printerFor(plan)) {}
 
 void TerminalFace::begins(std::size_t documents) {
+  printer_->begins(documents);
   if (plan_.othersMayReadPasswords && !plan_.quiet)
     sayNote("Note: other users can read the passwords in " + plan_.passwordFile +
             "; keep them to yourself with chmod 600.");
   if (plan_.confirm) interviewer_.emplace(documents);
   progress_.emplace(plan_, documents);
   interrupt_.emplace(plan_.confirm);
+}
+
+void TerminalFace::warns(const std::string& sentence) {
+  if (!plan_.quiet) sayNote("Note: " + sentence);
 }
 
 void TerminalFace::block(const std::string& path, const runs::BlockReport& block) {

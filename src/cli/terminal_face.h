@@ -27,6 +27,7 @@ class TerminalFace final : public runs::Face {
   void leftOut(const runs::LeftOut& leftOut) override { printer_->leftOut(leftOut); }
   void ends(const runs::Totals& totals) override;
 
+  void warns(const std::string& sentence) override;
   /// Of a document as a whole the outcome tells what to do.
   bool answers(runs::Question question) const override {
     return plan_.confirm && question == runs::Question::perform;

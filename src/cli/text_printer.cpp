@@ -31,7 +31,7 @@ class TextPrinter : public runs::Observer {
   void document(const runs::Outcome& outcome) override {
     const bool alone = !plan_.selection.several();
     if (alone && !outcome.failure && outcome.found == 0) sayNote(outcome.path + ": 0 blocks");
-    if (finds() || outcome.failure || outcome.found == 0) return;
+    if (finds() || outcome.failure || outcome.found == 0 || outcome.earlier) return;
     std::string line =
         style_.file(base::shown(outcome.path)) + ": " + base::counted(outcome.found, "block") + ", ";
     line += std::to_string(outcome.lasting()) + (plan_.dryRun ? " would be " : " ") + done();
@@ -51,6 +51,7 @@ class TextPrinter : public runs::Observer {
       line +=
           ", " + base::counted(totals.changed, "document") + (plan_.dryRun ? " would change" : " changed");
     }
+    if (totals.earlier > 0) line += ", " + base::counted(totals.earlier, "document") + " done before";
     if (totals.failed > 0) line += ", " + std::to_string(totals.failed) + " failed";
     if (totals.leftOut > 0) line += ", " + std::to_string(totals.leftOut) + " left out";
     if (totals.links > 0) line += " (" + base::counted(totals.links, "link") + "; --follow takes them)";

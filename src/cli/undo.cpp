@@ -4,6 +4,7 @@
 #include "printer.h"
 #include "runs/past_runs.h"
 #include "runs/run.h"
+#include "runs/sliced.h"
 #include "usage_error.h"
 
 #include <array>
@@ -31,6 +32,7 @@ ExitStatus list(const std::vector<runs::PastRun>& all) {
     std::string line = run.name + "  " + base::counted(static_cast<std::int64_t>(run.documents), "document") +
                        ", " + sizeText(run.bytes);
     if (run.notKept > 0) line += ", " + std::to_string(run.notKept) + " more not kept";
+    if (run.slices > 0) line += ", " + base::counted(run.slices, "slice");
     if (run.going) line += ", still going on";
     writeOut(line + "\n    " + base::shown(run.command) + "\n");
   }
@@ -88,6 +90,14 @@ ExitStatus undoLast(runs::PastRuns& past, bool quiet) {
   }
 }
 
+ExitStatus forget(runs::PastRuns& past, const std::vector<std::string>& paths, bool quiet) {
+  if (paths.empty() || !runs::isRunName(paths.front()))
+    throw UsageError("--forget is about a run that has a name of its own; name it.");
+  past.forget(paths.front());
+  if (!quiet) sayNote("the run " + paths.front() + " is forgotten; its documents stay as they are");
+  return kFound;
+}
+
 }  // namespace
 
 ExitStatus undo(const TypedCommandLine& line, files::FileSystem& system) {
@@ -96,8 +106,9 @@ ExitStatus undo(const TypedCommandLine& line, files::FileSystem& system) {
     throw UsageError("--list shows all runs; leave the name out.");
   const bool quiet = line.options.quiet;
   try {
-    runs::PastRuns past(system);
+    runs::PastRuns past(system, line.options.journalDir);
     if (line.options.list) return list(past.all());
+    if (line.options.forget) return forget(past, line.paths, quiet);
     if (line.paths.empty()) return undoLast(past, quiet);
     if (!quiet) sayWhich(past.all(), line.paths.front());
     return takeBack(past, line.paths.front(), quiet);

@@ -6,6 +6,7 @@
 #include "memory/application.h"
 #include "pass_watcher.h"
 #include "passwords.h"
+#include "runs/outcome_json.h"
 
 #include <functional>
 #include <new>
@@ -106,16 +107,27 @@ std::optional<std::string> otherPath(const NamedDocument& named, const Plan& pla
   return std::move(answer.path);
 }
 
+/// What the journal of a slice is told before a document is saved; empty elsewhere.
+std::string intendedOf(const NamedDocument& named, const Surroundings& around, Outcome outcome,
+                       const std::string& savedAs) {
+  if (named.key.empty() || around.journal == nullptr) return {};
+  outcome.saved = true;
+  outcome.savedAs = savedAs;
+  const std::string intended = inJson(outcome);
+  if (!savedAs.empty()) around.journal->intend(named.key, intended);
+  return intended;
+}
+
 /// Begins to save a document that was changed.
 OrFailure<Version> beginSaving(const store::StoredDocument& stored, const Surroundings& around,
-                               const std::optional<std::string>& otherPath) {
+                               const std::optional<std::string>& otherPath, const std::string& intended) {
   store::SaveOptions options;
   options.backupSuffix = around.plan.backupSuffix;
   options.otherPath = otherPath;
   options.otherRoot = around.plan.outputFolder.value_or("");
   if (around.journal != nullptr)
-    options.beforeReplacing = [journal = around.journal](const auto& replacement) {
-      return journal->keep(replacement);
+    options.beforeReplacing = [journal = around.journal, outcome = intended](const auto& replacement) {
+      return journal->keep(replacement, outcome);
     };
   Version version;
   if (const auto failure = failureOf([&] { version = stored.beginSave(options); })) return *failure;
@@ -153,7 +165,8 @@ std::optional<Failure> workOn(const NamedDocument& named, const Surroundings& ar
   if (plan.dryRun) return std::nullopt;
   const auto savedAs = otherPath(named, plan, obstacle, asking);
   if (obstacle && !savedAs) return obstacle;
-  auto version = beginSaving(stored, around, savedAs);
+  const std::string intended = intendedOf(named, around, outcome, savedAs.value_or(""));
+  auto version = beginSaving(stored, around, savedAs, intended);
   if (const auto* failure = std::get_if<Failure>(&version)) return *failure;
   worked.version = std::move(std::get<Version>(version));
   if (worked.version) outcome.savedAs = savedAs.value_or("");

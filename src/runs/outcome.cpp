@@ -17,6 +17,7 @@ void Totals::add(const Outcome& outcome) {
   tooFar += outcome.tooFar;
   if (outcome.changed && !outcome.failure) ++changed;
   if (outcome.failure && outcome.failure->problem != errors::Problem::temporary) ++failed;
+  if (outcome.earlier) ++earlier;
   elsewhere += outcome.elsewhere;
   if (needsCare(outcome.elsewhere)) ++notReached;
 }

@@ -2,6 +2,7 @@
 
 #include "elsewhere/words.h"
 
+#include <algorithm>
 #include <string_view>
 
 namespace pluvo::runs {
@@ -20,6 +21,32 @@ void addCounts(base::JsonObject& object, std::string_view name, const Counts& co
 void addCounts(base::JsonObject& object, const elsewhere::Elsewhere& found) {
   addCounts<formats::OtherStory>(object, "elsewhere", found.stories);
   addCounts<formats::Unreached>(object, "unreached", found.unreached);
+}
+
+constexpr int kProblems = static_cast<int>(errors::Problem::io) + 1;
+
+errors::Problem problemNamed(const std::string& name) {
+  for (int i = 0; i < kProblems; ++i)
+    if (errors::nameOf(static_cast<errors::Problem>(i)) == name) return static_cast<errors::Problem>(i);
+  return errors::Problem::io;
+}
+
+/// Counts or marks by the names of their kinds.
+template <class Kind, class Counts, class Value>
+void readKinds(Counts& counts, Value value) {
+  for (std::size_t i = 0; i < counts.size(); ++i)
+    counts.at(i) = value(elsewhere::keyOf(static_cast<Kind>(i)));
+}
+
+void readElsewhere(const base::JsonValue& json, elsewhere::Elsewhere& found) {
+  using Key = std::string_view;
+  readKinds<formats::OtherStory>(found.stories, [&](Key key) { return json["elsewhere"][key].number(); });
+  readKinds<formats::Unreached>(found.unreached, [&](Key key) { return json["unreached"][key].number(); });
+  for (const base::JsonValue& each : json["unreadable"].items())
+    found.damaged.push_back({each["part"].text(), each["message"].text()});
+  readKinds<formats::Opaque>(found.notLookedInto, [&](Key key) {
+    return std::ranges::any_of(json["notLookedInto"].items(), [&](auto& each) { return each.text() == key; });
+  });
 }
 
 }  // namespace
@@ -56,7 +83,7 @@ void addNotLookedInto(base::JsonObject& object, const elsewhere::Elsewhere& foun
   if (!names.empty()) object.json("notLookedInto", names.str());
 }
 
-std::string summaryInJson(const Totals& totals) {
+base::JsonObject summaryInJson(const Totals& totals) {
   base::JsonObject summary;
   summary.number("files", totals.files)
       .number("found", totals.found)
@@ -69,7 +96,64 @@ std::string summaryInJson(const Totals& totals) {
     addCounts(summary, totals.elsewhere);
     summary.number("not_reached", totals.notReached);
   }
-  return summary.str();
+  if (totals.earlier != 0) summary.number("earlier", totals.earlier);
+  return summary;
+}
+
+std::string inJson(const Outcome& outcome) {
+  base::JsonObject line;
+  line.text("file", outcome.path)
+      .number("found", outcome.found)
+      .number("operated", outcome.operated)
+      .number("skipped", outcome.skipped)
+      .truth("saved", outcome.saved);
+  addErrorAndEncoding(line, outcome);
+  addNotReached(line, outcome.elsewhere);
+  addNotLookedInto(line, outcome.elsewhere);
+  if (outcome.refused > 0) line.number("refused", outcome.refused);
+  if (outcome.tooFar > 0) line.number("too_far", outcome.tooFar);
+  if (outcome.changed && !outcome.saved) line.truth("changed", true);
+  if (outcome.guessed) line.truth("guessed", true);
+  if (!outcome.savedAs.empty()) line.text("saved_as", outcome.savedAs);
+  if (!outcome.backup.empty()) line.text("backup", outcome.backup);
+  if (outcome.earlier) line.truth("earlier", true);
+  return line.str();
+}
+
+std::optional<Outcome> outcomeFrom(const base::JsonValue& json) {
+  if (!json["file"].isText() || !json.has("found")) return std::nullopt;
+  Outcome outcome;
+  outcome.path = json["file"].text();
+  outcome.found = json["found"].number();
+  outcome.operated = json["operated"].number();
+  outcome.skipped = json["skipped"].number();
+  outcome.saved = json["saved"].isTrue();
+  if (json["error"].isObject())
+    outcome.failure = {problemNamed(json["error"]["code"].text()), json["error"]["message"].text()};
+  outcome.encoding = json["encoding"].text();
+  readElsewhere(json, outcome.elsewhere);
+  outcome.refused = json["refused"].number();
+  outcome.tooFar = json["too_far"].number();
+  outcome.changed = outcome.saved || json["changed"].isTrue();
+  outcome.guessed = json["guessed"].isTrue();
+  outcome.savedAs = json["saved_as"].text();
+  outcome.backup = json["backup"].text();
+  return outcome;
+}
+
+std::string inJson(const SliceTold& slice) {
+  return base::JsonObject()
+      .text("run", slice.run)
+      .number("number", slice.number)
+      .number("of", slice.count)
+      .text("stage", wordsOf(slice.stage))
+      .text("machines", slice.machines)
+      .number("attempts", slice.attempts)
+      .number("documents", slice.documents)
+      .number("done", slice.done)
+      .number("failed", slice.failed)
+      .number("missing", slice.missing)
+      .str();
 }
 
 }  // namespace pluvo::runs

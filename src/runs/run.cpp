@@ -3,6 +3,7 @@
 #include "document_run.h"
 #include "reports/report.h"
 #include "results.h"
+#include "slices/slice_run.h"
 #include "unfinished.h"
 #include "waiters.h"
 
@@ -34,14 +35,19 @@ void makeOutputFolder(const Plan& plan, files::FileSystem& system) {
   }
 }
 
+std::optional<std::string> journalOf(const Plan& plan) {
+  return plan.journalFolder ? journal::folderBelow(*plan.journalFolder) : journal::defaultFolder();
+}
+
 std::unique_ptr<journal::Recorder> recorderFor(const Plan& plan, files::FileSystem& system) {
-  if (!plan.journal || !plan.changesInPlace()) return nullptr;
-  const auto folder = journal::defaultFolder();
+  if (plan.runName.empty() && (!plan.journal || !plan.changesInPlace())) return nullptr;
+  const auto folder = journalOf(plan);
   if (!folder)
     throw CannotBegin(
         CannotBeginFor::stateFolder,
         "Neither XDG_STATE_HOME nor HOME names a folder, so there is no place to keep the originals.");
   try {
+    if (!plan.runName.empty()) return beginSlice(plan, system, *folder);
     return std::make_unique<journal::Recorder>(system, *folder, plan.command);
   } catch (const errors::DocumentError& refused) {
     throw CannotBegin(CannotBeginFor::journal, refused);
@@ -93,12 +99,18 @@ class Run {
         jobs_(face.oneByOne() ? 1 : plan.jobs),
         results_(listing_.documents.size(), jobs_,
                  {[this](std::size_t document, const BlockReport& block) { tell(document, block); },
-                  [this](std::size_t document, const Outcome& outcome) { tell(document, outcome); }}) {}
+                  [this](std::size_t document, const Outcome& outcome) { tell(document, outcome); }}) {
+    if (plan.runName.empty()) return;
+    slice_.emplace(system, listing_.documents, *recorder_);
+    for (const std::string& warning : lockWarnings(plan, *journalOf(plan), listing_.documents))
+      face.warns(warning);
+  }
 
   Ended all() {
     face_.begins(listing_.documents.size());
     try {
       work();
+      if (slice_ && cutShort_.empty() && results_.handedOut() == listing_.documents.size()) slice_->end();
     } catch (const std::exception&) {
       ended_.thrown = std::current_exception();
       return ended();
@@ -143,20 +155,33 @@ class Run {
     guarded([&] {
       const bool wantsBlocks = report_ || face_.wantsBlocks();
       while (const auto document = nextDocument()) {
+        if (auto earlier = slice_ ? slice_->earlier(*document) : std::nullopt) {
+          results_.done(*document, *std::move(earlier));
+          continue;
+        }
         BlockSink blocks;
         if (wantsBlocks) blocks = [&](const BlockReport& block) { results_.block(*document, block); };
         Worked worked = runOn(listing_.documents[*document], *document + 1,
                               {plan_, store_, face_, recorder_.get(), passwordBudget_}, blocks);
         if (worked.outcome.cutShort) results_.stop();
         if (worked.version == nullptr) {
-          results_.done(*document, std::move(worked.outcome));
+          done(*document, std::move(worked.outcome));
           continue;
         }
         waiters.add(Waiters::Work([this, document = *document, worked = std::move(worked)]() mutable {
-          guarded([&] { results_.done(document, finished(std::move(worked))); });
+          guarded([&] {
+            // By then the journal has forgotten an original that was not replaced.
+            Outcome outcome = finished(std::move(worked));
+            done(document, std::move(outcome));
+          });
         }));
       }
     });
+  }
+
+  void done(std::size_t document, Outcome outcome) {
+    if (slice_) slice_->result(document, outcome);
+    results_.done(document, std::move(outcome));
   }
 
   /// Stops the run where something is thrown.
@@ -216,7 +241,7 @@ class Run {
     for (std::size_t i = results_.handedOut(); i < listing_.documents.size(); ++i)
       documents.push_back(&listing_.documents[i]);
     Unfinished left{documents.size()};
-    if (documents.empty()) return left;
+    if (documents.empty() || slice_) return left;
     try {
       left.list = writeUnfinished(system_, documents);
     } catch (const errors::DocumentError& unwritten) {
@@ -232,6 +257,7 @@ class Run {
   Listing listing_;
   std::unique_ptr<Observer> report_;
   std::unique_ptr<journal::Recorder> recorder_;
+  std::optional<SliceRun> slice_;
   PasswordBudget passwordBudget_;
   int jobs_;
   Ended ended_;

@@ -407,19 +407,6 @@ class Unfinished : public ::testing::Test {
     return state.size() == before_.size();
   }
 
-#ifdef PLUVO_SIGNAL_AT_CALL
-  /// The program gets the signal before its so manieth call that changes the file system.
-  Result signalled(const Words& arguments, int signal, int call) const {
-    ::setenv("LD_PRELOAD", PLUVO_SIGNAL_AT_CALL, 1);
-    ::setenv("PLUVO_SIGNAL", std::to_string(signal).c_str(), 1);
-    ::setenv("PLUVO_CALL", std::to_string(call).c_str(), 1);
-    ::signal(signal, SIG_DFL);  // a shell has what it starts behind it ignore some
-    const pid_t child = sandbox_.start(arguments);
-    ::unsetenv("LD_PRELOAD");
-    return sandbox_.wait(child);
-  }
-#endif
-
   Sandbox sandbox_{Sandbox::Disk::memory};
   Words run_ = wordsOf(kReplace + "-r . -q --jobs 2");
   State before_;
@@ -431,11 +418,11 @@ TEST_F(Unfinished, RunsAndUndosThatAreKilledAreTakenBack) {
   int partly = 0;
   // Each step ends at other calls of a document's; the last run is over before its signal.
   for (int call = 1, status = 0; status != 0 || call == 1; call += 3) {
-    status = signalled(run_, SIGKILL, call).status;
+    status = sandbox_.runSignalled(run_, SIGKILL, call).status;
     const State killed = stateOf(sandbox_);
     ASSERT_TRUE(isWhole(killed)) << call;
     if (killed != before_ && status != 0) ++partly;
-    if (call % 2 == 0) signalled(wordsOf("undo -q"), SIGKILL, call / 2);
+    if (call % 2 == 0) sandbox_.runSignalled(wordsOf("undo -q"), SIGKILL, call / 2);
     ASSERT_TRUE(isWhole(stateOf(sandbox_))) << call;
     const Result undo = sandbox_.run("undo -q");
     ASSERT_TRUE(stateOf(sandbox_) == before_) << call << undo.err;
@@ -446,7 +433,7 @@ TEST_F(Unfinished, RunsAndUndosThatAreKilledAreTakenBack) {
 TEST_F(Unfinished, AnInterruptLeavesAListToGoOnWith) {
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
     // A few documents are begun by then, and by no means all.
-    const Result result = signalled(wordsOf(kReplace + "-r . -j1"), signal, 12);
+    const Result result = sandbox_.runSignalled(wordsOf(kReplace + "-r . -j1"), signal, 12);
     ASSERT_TRUE(isWhole(stateOf(sandbox_)));
     EXPECT_EQ(result.status, 2) << signal;
     const std::size_t at = result.err.find("--files-from ");

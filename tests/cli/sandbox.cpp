@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <pty.h>
+#include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -86,6 +87,18 @@ Result Sandbox::wait(pid_t child, const std::string& name) const {
   const int status = statusOf(child);
   return {status, streams_.get("out" + name), streams_.get("err" + name)};
 }
+
+#ifdef PLUVO_SIGNAL_AT_CALL
+Result Sandbox::runSignalled(const Words& arguments, int signal, int call) const {
+  ::setenv("LD_PRELOAD", PLUVO_SIGNAL_AT_CALL, 1);
+  ::setenv("PLUVO_SIGNAL", std::to_string(signal).c_str(), 1);
+  ::setenv("PLUVO_CALL", std::to_string(call).c_str(), 1);
+  ::signal(signal, SIG_DFL);  // a shell has what it starts behind it ignore some
+  const pid_t child = start(arguments);
+  ::unsetenv("LD_PRELOAD");
+  return wait(child);
+}
+#endif
 
 bool Sandbox::hasTerminals() {
   const int terminal = ::posix_openpt(O_RDWR | O_NOCTTY);

@@ -36,6 +36,10 @@ class Sandbox : public files::Scratch {
   /// Standard input is empty, no stream is a terminal.
   Result run(const Words& arguments) const { return wait(start(arguments)); }
   Result run(const std::string& line) const { return run(wordsOf(line)); }
+#ifdef PLUVO_SIGNAL_AT_CALL
+  /// The program gets the signal before its so manieth call that changes the file system.
+  Result runSignalled(const Words& arguments, int signal, int call) const;
+#endif
   /// The same, not waited for; its streams are called after the name.
   pid_t start(const Words& arguments, const std::string& name = "") const;
   Result wait(pid_t child, const std::string& name = "") const;

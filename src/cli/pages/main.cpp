@@ -31,7 +31,7 @@ std::vector<pages::Operand> operandsOf(cli::Command command) {
   using pages::Operand;
   if (command == cli::Command::run) return {Operand::requests, Operand::document};
   if (command == cli::Command::save) return {Operand::requests, Operand::command};
-  if (command == cli::Command::undo) return {Operand::run};
+  if (command == cli::Command::undo || command == cli::Command::report) return {Operand::run};
   return {Operand::document};
 }
 

@@ -6,6 +6,7 @@
 #include "help.h"
 #include "parse.h"
 #include "printer.h"
+#include "report.h"
 #include "run.h"
 #include "save_request.h"
 #include "undo.h"
@@ -23,6 +24,7 @@ namespace {
 using namespace pluvo;
 
 int carryOut(const cli::TypedCommandLine& line, files::FileSystem& system) {
+  if (line.command == cli::Command::report) return cli::report(line, system);
   if (line.command == cli::Command::undo) return cli::undo(line, system);
   if (line.command == cli::Command::save)
     throw cli::UsageError(

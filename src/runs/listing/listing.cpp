@@ -4,6 +4,7 @@
 #include "base/names.h"
 #include "errors/context.h"
 #include "listing/tree_folders.h"
+#include "runs/slice_keys.h"
 #include "scanner/clsDirParsing.h"
 
 #include <algorithm>
@@ -62,6 +63,7 @@ class Lister {
   Lister(files::FileSystem& system, const Selection& selection, const std::vector<std::string>& avoided,
          const Sentences& sentences)
       : system_(system), selection_(selection), sentences_(sentences) {
+    if (selection.slice) keys_.emplace(system, *selection.slice);
     for (const std::string& path : avoided) {
       try {
         avoided_.insert(identityOf(system.statusAt(path).stamp));
@@ -76,6 +78,7 @@ class Lister {
     if (selection_.listed) {
       for (const std::string& path : *selection_.listed) addNamed(path, placeOfListed(path));
     }
+    if (keys_) leaveToOtherSlices();
     return std::move(listing_);
   }
 
@@ -162,6 +165,17 @@ class Lister {
   void addFile(NamedDocument document, const Identity& identity,
                std::optional<std::int64_t> modifiedSeconds) {
     const std::string& path = document.path;
+    if (keys_) {
+      document.key = keys_->keyOf(path);
+      if (!keys_->takes(document.key)) return;
+      if (keys_->isLink(path, document.key)) {
+        document.failure = {errors::Problem::io,
+                            "It is a link, and what it leads to may belong to another slice; name the "
+                            "document itself."};
+        listing_.documents.push_back(std::move(document));
+        return;
+      }
+    }
     if (avoided_.contains(identity)) {
       leaveOut(path, Reason::writtenByRun);
     } else if (selection_.newerThan && modifiedSeconds < selection_.newerThan) {
@@ -171,6 +185,14 @@ class Lister {
     } else {
       listing_.documents.push_back(std::move(document));
     }
+  }
+
+  /// What is no document, or is not there, has a slice, too.
+  void leaveToOtherSlices() {
+    std::erase_if(listing_.leftOut, [&](auto& each) { return !keys_->takes(keys_->keyOf(each.path)); });
+    for (NamedDocument& each : listing_.documents)
+      if (each.key.empty()) each.key = keys_->keyOf(each.path);
+    std::erase_if(listing_.documents, [&](auto& each) { return !keys_->takes(each.key); });
   }
 
   void leaveOut(const std::string& path, Reason reason) { listing_.leftOut.push_back({path, reason}); }
@@ -184,6 +206,7 @@ class Lister {
   std::unordered_set<Identity, HashOfIdentity> seen_;
   std::set<std::string> seenMissing_;
   Listing listing_;
+  std::optional<SliceKeys> keys_;
 };
 
 }  // namespace
@@ -217,6 +240,8 @@ std::string_view wordsOf(Reason reason) {
       return "below the levels asked for";
     case Reason::stopped:
       return "not opened before the run was stopped";
+    case Reason::missing:
+      return "not worked on yet";
   }
   return {};
 }

@@ -4,16 +4,17 @@
 
 namespace pluvo::runs {
 
-std::unique_ptr<Observer> reportPrinter(const ReportPlace& place, const std::string& command) {
+std::unique_ptr<Observer> reportPrinter(const ReportPlace& place, const std::string& command,
+                                        const std::vector<SliceTold>* slices) {
   switch (place.kind) {
     case ReportKind::html:
-      return htmlReport(place, command);
+      return htmlReport(place, command, slices);
     case ReportKind::csv:
-      return csvReport(place);
+      return csvReport(place, slices);
     case ReportKind::json:
       break;
   }
-  return jsonReport(place, command);
+  return jsonReport(place, command, slices);
 }
 
 }  // namespace pluvo::runs

@@ -2,9 +2,11 @@
 
 #include "reports/report_place.h"
 #include "runs/observer.h"
+#include "runs/slice_report.h"
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace pluvo::runs {
 
@@ -12,7 +14,9 @@ namespace pluvo::runs {
 /// ".csv" a row for each document and block, ".json" an object with all of them. It stands whole in its place
 /// when the run ends; until then its parts are in temporary files.
 ///
-/// The command is what the report says was run. Throws CannotBegin where the file cannot be made.
-std::unique_ptr<Observer> reportPrinter(const ReportPlace& place, const std::string& command);
+/// The command is what the report says was run; the slices, if any, are those that it is made of, known at
+/// its end. Throws CannotBegin where the file cannot be made.
+std::unique_ptr<Observer> reportPrinter(const ReportPlace& place, const std::string& command,
+                                        const std::vector<SliceTold>* slices = nullptr);
 
 }  // namespace pluvo::runs

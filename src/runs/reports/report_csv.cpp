@@ -37,7 +37,7 @@ std::string notReached(const elsewhere::Elsewhere& found) {
 
 class CsvReport final : public Observer {
  public:
-  explicit CsvReport(const ReportPlace& place) : file_(place) {}
+  CsvReport(const ReportPlace& place, const std::vector<SliceTold>* slices) : file_(place), slices_(slices) {}
 
   bool wantsBlocks() const override { return true; }
 
@@ -74,15 +74,30 @@ class CsvReport final : public Observer {
   }
 
   void ends(const Totals& /*totals*/) override {
+    if (slices_ != nullptr) std::ranges::for_each(*slices_, [&](auto& slice) { addSlice(slice); });
     file_.finish(std::string(kCsvMark) + "message,encoding,not reached,not looked into\r\n", "");
   }
 
  private:
+  void addSlice(const SliceTold& slice) {
+    const std::string name =
+        slice.run + " " + std::to_string(slice.number) + "/" + std::to_string(slice.count);
+    const std::string message = base::counted(slice.documents, "document") + ", " +
+                                std::to_string(slice.done) + " done, " + std::to_string(slice.failed) +
+                                " failed, " + std::to_string(slice.missing) + " missing" +
+                                (slice.machines.empty() ? "" : "; " + slice.machines);
+    file_.addLater(row({field("slice"), field(name), field(wordsOf(slice.stage)), "", "", "", "", "", "", "",
+                        "", field(message), "", "", ""}));
+  }
+
   ReportFile file_;
+  const std::vector<SliceTold>* slices_;
 };
 
 }  // namespace
 
-std::unique_ptr<Observer> csvReport(const ReportPlace& place) { return std::make_unique<CsvReport>(place); }
+std::unique_ptr<Observer> csvReport(const ReportPlace& place, const std::vector<SliceTold>* slices) {
+  return std::make_unique<CsvReport>(place, slices);
+}
 
 }  // namespace pluvo::runs

@@ -35,7 +35,8 @@ std::string item(const BlockReport& block) {
 
 class HtmlReport final : public Observer {
  public:
-  HtmlReport(const ReportPlace& place, std::string command) : file_(place), command_(std::move(command)) {}
+  HtmlReport(const ReportPlace& place, std::string command, const std::vector<SliceTold>* slices)
+      : file_(place), command_(std::move(command)), slices_(slices) {}
 
   bool wantsBlocks() const override { return true; }
 
@@ -65,30 +66,53 @@ class HtmlReport final : public Observer {
     beginning += kReportHead;
     beginning += "<header><h1>PLUVO report</h1><p><code>" + escaped(base::shown(command_)) +
                  "</code></p></header>\n<main>\n";
-    beginning += "<dl class=\"totals\">" + total("Documents", totals.files) +
-                 total("Blocks found", totals.found) + total("Operated on", totals.operated) +
-                 total("Skipped", totals.skipped) + total("Documents changed", totals.changed) +
-                 total("Failed", totals.failed) + total("Left out", totals.leftOut) +
-                 total("Not reached", blocksIn(totals.elsewhere) + occurrencesIn(totals.elsewhere)) +
-                 "</dl>\n";
+    beginning +=
+        "<dl class=\"totals\">" + total("Documents", totals.files) + total("Blocks found", totals.found) +
+        total("Operated on", totals.operated) + total("Skipped", totals.skipped) +
+        total("Documents changed", totals.changed) + total("Failed", totals.failed) +
+        total(slices_ != nullptr ? "Not worked on" : "Left out", totals.leftOut) +
+        total("Not reached", blocksIn(totals.elsewhere) + occurrencesIn(totals.elsewhere)) + "</dl>\n";
+    beginning += slices();
     beginning += table("Documents not processed", failures_, "<th>Reason</th><th>What to do</th>");
     beginning +=
         table("Documents", rows_,
               "<th class=\"n\">Found</th><th class=\"n\">Operated on</th><th class=\"n\">Skipped</th>"
               "<th class=\"n\">Not reached</th><th>Saved</th><th>Encoding</th>");
     beginning += notReached_.html();
-    beginning +=
-        "<h2>Blocks</h2>\n<nav aria-label=\"Blocks\"><label for=\"filter\">Show documents named</label>"
-        "<input id=\"filter\" type=\"search\"><span id=\"shown\" role=\"status\"></span>"
-        "<button id=\"open\" type=\"button\">Open all</button><button id=\"close\" type=\"button\">Close "
-        "all</button>"
-        "<span class=\"soft\">Keys: / to the names, j and k from document to document, Enter "
-        "opens</span></nav>\n";
-    file_.finish(beginning, table("Files not taken", notTaken_, "<th>Reason</th>") + "</main>" +
-                                std::string(kReportTail));
+    if (slices_ == nullptr) beginning += kBlocksHead;
+    file_.finish(beginning,
+                 (slices_ == nullptr ? table("Files not taken", notTaken_, "<th>Reason</th>")
+                                     : table("Documents not worked on", notTaken_, "<th>Reason</th>")) +
+                     "</main>" + std::string(slices_ == nullptr ? kReportTail : kPageTail));
   }
 
  private:
+  static constexpr std::string_view kBlocksHead =
+      "<h2>Blocks</h2>\n<nav aria-label=\"Blocks\"><label for=\"filter\">Show documents named</label>"
+      "<input id=\"filter\" type=\"search\"><span id=\"shown\" role=\"status\"></span>"
+      "<button id=\"open\" type=\"button\">Open all</button><button id=\"close\" type=\"button\">Close "
+      "all</button>"
+      "<span class=\"soft\">Keys: / to the names, j and k from document to document, Enter "
+      "opens</span></nav>\n";
+
+  std::string slices() const {
+    if (slices_ == nullptr) return {};
+    std::string rows;
+    for (const SliceTold& each : *slices_) {
+      const bool isOver = each.stage == SliceTold::Stage::ended;
+      rows += "<tr><td>" + escaped(base::shown(each.run)) + " " + std::to_string(each.number) + "/" +
+              std::to_string(each.count) + "</td><td data-name=\"State\"" +
+              (isOver ? ">" : " class=\"bad\">") + std::string(wordsOf(each.stage)) + "</td>" +
+              cell("Documents", each.documents) + cell("Done", each.done) + cell("Failed", each.failed) +
+              cell("Not worked on", each.missing) + "<td data-name=\"Machines\">" +
+              escaped(base::shown(each.machines)) + "</td></tr>\n";
+    }
+    return "<h2>Slices</h2>\n<table><thead><tr><th>Slice</th><th>State</th><th class=\"n\">Documents</th>"
+           "<th class=\"n\">Done</th><th class=\"n\">Failed</th><th class=\"n\">Not worked on</th>"
+           "<th>Machines</th></tr></thead><tbody>\n" +
+           rows + "</tbody></table>\n";
+  }
+
   void row(const Outcome& outcome) {
     const std::string name = "<tr><td>" + escaped(base::shown(outcome.path)) + "</td>";
     if (outcome.failure) {
@@ -116,6 +140,7 @@ class HtmlReport final : public Observer {
 
   ReportFile file_;
   std::string command_;
+  const std::vector<SliceTold>* slices_;
   std::string items_;
   std::string rows_;
   std::string failures_;
@@ -125,8 +150,9 @@ class HtmlReport final : public Observer {
 
 }  // namespace
 
-std::unique_ptr<Observer> htmlReport(const ReportPlace& place, const std::string& command) {
-  return std::make_unique<HtmlReport>(place, command);
+std::unique_ptr<Observer> htmlReport(const ReportPlace& place, const std::string& command,
+                                     const std::vector<SliceTold>* slices) {
+  return std::make_unique<HtmlReport>(place, command, slices);
 }
 
 }  // namespace pluvo::runs

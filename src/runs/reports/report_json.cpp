@@ -31,7 +31,8 @@ std::string object(const BlockReport& block) {
 
 class JsonReport final : public Observer {
  public:
-  JsonReport(const ReportPlace& place, std::string command) : file_(place), command_(std::move(command)) {}
+  JsonReport(const ReportPlace& place, std::string command, const std::vector<SliceTold>* slices)
+      : file_(place), command_(std::move(command)), slices_(slices) {}
 
   bool wantsBlocks() const override { return true; }
 
@@ -63,10 +64,18 @@ class JsonReport final : public Observer {
   void ends(const Totals& totals) override {
     file_.finish(std::string(kJsonMark) + "\n" + base::JsonObject().text("command", command_).members() +
                      ",\n\"documents\":[",
-                 "],\n\"notTaken\":[" + notTaken_ + "],\n\"summary\":" + summaryInJson(totals) + "}\n");
+                 "],\n\"notTaken\":[" + notTaken_ + "]," + slices() +
+                     "\n\"summary\":" + summaryInJson(totals).str() + "}\n");
   }
 
  private:
+  std::string slices() const {
+    if (slices_ == nullptr) return {};
+    std::string list;
+    for (const SliceTold& each : *slices_) list += (list.empty() ? "\n " : ",\n ") + inJson(each);
+    return "\n\"slices\":[" + list + "],";
+  }
+
   /// Of a document, as far as its first block.
   std::string opening(const std::string& path) {
     inDocument_ = true;
@@ -76,6 +85,7 @@ class JsonReport final : public Observer {
 
   ReportFile file_;
   std::string command_;
+  const std::vector<SliceTold>* slices_;
   std::string notTaken_;
   bool first_ = true;
   bool inDocument_ = false;
@@ -83,8 +93,9 @@ class JsonReport final : public Observer {
 
 }  // namespace
 
-std::unique_ptr<Observer> jsonReport(const ReportPlace& place, const std::string& command) {
-  return std::make_unique<JsonReport>(place, command);
+std::unique_ptr<Observer> jsonReport(const ReportPlace& place, const std::string& command,
+                                     const std::vector<SliceTold>* slices) {
+  return std::make_unique<JsonReport>(place, command, slices);
 }
 
 }  // namespace pluvo::runs

@@ -62,6 +62,9 @@ mark { color: inherit; background: var(--mark); text-decoration: underline dotte
 <body>
 )html";
 
+/// Of a page without blocks.
+inline constexpr std::string_view kPageTail = "\n</body>\n</html>\n";
+
 inline constexpr std::string_view kReportTail = R"html(
 <script>
 "use strict";

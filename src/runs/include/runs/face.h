@@ -75,6 +75,8 @@ class Face : public Observer {
   virtual std::optional<engine::PassResult> pass(const OpenForPass& /*open*/) { return std::nullopt; }
   /// Asked very often, before every search, from every thread that works on a document.
   virtual Cancelled cancelled() { return Cancelled::no; }
+  /// Before any document is opened: what the user has to see to for the run to be safe, a sentence.
+  virtual void warns(const std::string& /*sentence*/) {}
   /// A sentence for the user: of folderRefused what to do, without a capital; of others what is wrong, too.
   virtual std::string sentenceFor(Trouble trouble) const = 0;
 };

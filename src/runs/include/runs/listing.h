@@ -20,6 +20,7 @@ struct NamedDocument {
   std::optional<Failure> failure;
   /// Of the folder that its path begins with, where links below that are not to be followed.
   std::optional<std::size_t> folderLength = std::nullopt;
+  std::string key = {};  ///< its absolute path without links, in a slice
 };
 
 enum class Reason : std::uint8_t {
@@ -34,6 +35,7 @@ enum class Reason : std::uint8_t {
   hiddenFolder,
   tooDeep,
   stopped,
+  missing,  ///< in a report on slices
 };
 /// As it stands in lists: "a link".
 std::string_view wordsOf(Reason reason);

@@ -41,8 +41,9 @@ struct Outcome {
   bool changed = false;      ///< an operation made a difference
   bool cutShort = false;     ///< the run was ended in it, so that it is not done with
   bool saved = false;
-  std::string savedAs;  ///< the new document, where the original stays; else empty
-  std::string backup;   ///< where the original is kept, else empty
+  bool earlier = false;  ///< it was done with by an earlier attempt at this slice, and was left alone now
+  std::string savedAs;   ///< the new document, where the original stays; else empty
+  std::string backup;    ///< where the original is kept, else empty
   files::NotKept notKept = {};
   std::string encoding;            ///< by which a plain text was read, else empty
   bool guessed = false;            ///< the encoding was told from how the text reads
@@ -67,6 +68,7 @@ struct Totals {
   std::int64_t failed = 0;   ///< but for temporary files, which are skipped
   std::int64_t leftOut = 0;  ///< files and folders that were found and not taken
   std::int64_t links = 0;    ///< among them
+  std::int64_t earlier = 0;  ///< documents done with by earlier attempts at this slice
   elsewhere::Elsewhere elsewhere;
   std::int64_t notReached = 0;  ///< documents that it is about
 

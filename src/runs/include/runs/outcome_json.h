@@ -1,8 +1,11 @@
 #pragma once
 
 #include "base/json.h"
+#include "base/json_value.h"
 #include "runs/outcome.h"
+#include "runs/slice_report.h"
 
+#include <optional>
 #include <string>
 
 /// Outcomes for programs.
@@ -14,7 +17,15 @@ void addErrorAndEncoding(base::JsonObject& object, const Outcome& outcome);
 void addNotReached(base::JsonObject& object, const elsewhere::Elsewhere& found);
 /// `"notLookedInto":["pictures"]`, where there is something.
 void addNotLookedInto(base::JsonObject& object, const elsewhere::Elsewhere& found);
+/// All that became of a document: an object. What few documents have stands at its end, where there is any.
+std::string inJson(const Outcome& outcome);
+/// The same read back. Nothing for what is no such object.
+std::optional<Outcome> outcomeFrom(const base::JsonValue& json);
+
+/// `{"run":"NAME","number":3,"of":8,"stage":"ended",...}`
+std::string inJson(const SliceTold& slice);
+
 /// `{"files":3,...,"not_reached":1}`: what became of all documents.
-std::string summaryInJson(const Totals& totals);
+base::JsonObject summaryInJson(const Totals& totals);
 
 }  // namespace pluvo::runs

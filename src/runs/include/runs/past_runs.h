@@ -18,8 +18,10 @@ struct PastRun {
   std::uint64_t documents = 0;  ///< whose originals are kept
   std::uint64_t notKept = 0;    ///< changed too, but not to be taken back
   std::uint64_t bytes = 0;
-  bool going = false;    ///< still running
-  bool refused = false;  ///< others may write what is kept; nothing else is known of it
+  bool going = false;        ///< still running
+  bool refused = false;      ///< others may write what is kept; nothing else is known of it
+  std::uint32_t slices = 0;  ///< of a run with a name of its own; 0 for others
+  std::int64_t begun = 0;    ///< in seconds since 1970
 };
 
 /// What came of a document when its run was taken back.
@@ -33,7 +35,9 @@ struct TakenBack {
 class PastRuns {
  public:
   /// Throws DocumentError; CannotBegin (stateFolder) where nobody knows where they are.
-  explicit PastRuns(files::FileSystem& system);
+  /// The folder is where the journal is, if not in the user's folder for states.
+  explicit PastRuns(files::FileSystem& system,
+                    const std::optional<std::string>& journalFolder = std::nullopt);
 
   /// The oldest first.
   const std::vector<PastRun>& all() const { return runs_; }
@@ -42,11 +46,17 @@ class PastRuns {
   /// The last one that is over among those before it: what to try where it cannot be put back, or not whole.
   const PastRun* before(const std::string& name) const;
 
-  /// Takes a run back, the last document first, and tells of each. A document that changed since is left as
-  /// it is. What could not be put back, and nothing else, can be tried again. Throws DocumentError.
+  /// Takes a run back, the last document first, and tells of each; of a run in slices all of them. A document
+  /// that changed since is left as it is. What could not be put back, and nothing else, can be tried again.
+  /// Throws DocumentError.
   void takeBack(const std::string& name, const std::function<void(const TakenBack&)>& tell);
 
+  /// Leaves the documents as they are, and what is kept of them goes. Of runs with names of their own.
+  void forget(const std::string& name);
+
  private:
+  void addNamed(const std::string& name);
+
   files::FileSystem& system_;
   std::string folder_;
   std::vector<PastRun> runs_;

@@ -10,6 +10,13 @@
 
 namespace pluvo::runs {
 
+/// A list of documents, whatever the order of its names.
+struct ListDigest {
+  std::uint64_t count = 0;
+  std::uint64_t names = 0;  ///< of the names as they were listed
+  std::uint64_t keys = 0;   ///< of the files that they lead to
+};
+
 /// A run: what is done, to which documents, and how.
 struct Plan {
   std::vector<engine::Request> requests;  ///< one or more, in the order in which each document gets them
@@ -22,6 +29,10 @@ struct Plan {
   bool dryRun = false;
   bool keepGoing = false;  ///< changes that are refused are left out, and the others are saved
   bool journal = true;     ///< originals are kept for an undo
+  std::optional<std::string> journalFolder;  ///< where, below "pluvo"; else the user's folder for states
+  /// Of a run whose slices, of which the selection has one, are one run for the journal; empty for none.
+  std::string runName;
+  std::optional<ListDigest> list;  ///< what the documents of all slices were listed by
   std::optional<std::string> backupSuffix;
   std::optional<std::string> outputFolder;
   int jobs = 1;

@@ -24,6 +24,7 @@ class CannotBegin : public std::runtime_error {
     reportKind,     ///< its name has no ending that says what kind of report it is
     reportForeign,  ///< its place is taken by something that is no report
     report,
+    rest,  ///< the list of documents to run again
   };
   CannotBegin(Reason reason, const std::string& sentence, std::string path = {})
       : std::runtime_error(sentence), reason_(reason), path_(std::move(path)) {}
@@ -40,7 +41,8 @@ class CannotBegin : public std::runtime_error {
   std::string happened_;
 };
 
-/// The documents that a run did not work on to their end.
+/// The documents that a run did not work on to their end. Of a slice there is no list: when it is run again,
+/// the journal knows them.
 struct Unfinished {
   std::size_t documents = 0;
   std::string list = {};  ///< a file with their paths, each ended by a zero byte; empty where there is none

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "files/file_system.h"
+#include "journal/named_runs.h"
+#include "runs/listing.h"
+#include "runs/plan.h"
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace pluvo::runs {
+
+/// What the journal has of a slice: what was done with before, and what is done with now.
+class SliceRun {
+ public:
+  /// All of them outlive it.
+  SliceRun(files::FileSystem& system, const std::vector<NamedDocument>& documents,
+           journal::Recorder& recorder);
+
+  /// What came of a document before, where it is not to be worked on.
+  std::optional<Outcome> earlier(std::size_t document) const;
+  /// May be called from several threads.
+  void result(std::size_t document, const Outcome& outcome);
+  /// All documents were worked on.
+  void end() { recorder_.end(); }
+
+ private:
+  const std::vector<NamedDocument>& documents_;
+  journal::Recorder& recorder_;
+  std::unordered_map<std::size_t, Outcome> earlier_;
+};
+
+/// What came of a document as the journal has it; nothing for one that was not worked on.
+std::optional<Outcome> knownOutcome(files::FileSystem& system, const journal::SliceDocument& known);
+
+/// Begins a slice of the plan's run in the journal.
+std::unique_ptr<journal::Recorder> beginSlice(const Plan& plan, files::FileSystem& system,
+                                              const std::string& folder);
+
+/// What slices on several machines have to be told about the locks of the journal in the folder, and of the
+/// documents: sentences.
+std::vector<std::string> lockWarnings(const Plan& plan, const std::string& folder,
+                                      const std::vector<NamedDocument>& documents);
+
+}  // namespace pluvo::runs
