@@ -47,6 +47,8 @@ struct Engine::State {
   Operations operations{trail, search, ranges};
   /// Of a pass that is made block by block, from its first change on.
   std::unique_ptr<word::Batch> undoStep;
+  /// The view is as it was when this goes, with the pass.
+  std::unique_ptr<word::Batch> view;
 };
 
 Engine::Engine(word::Application& application, Observer& observer)
@@ -75,13 +77,15 @@ void Engine::InitializeFind(const Request& request) {
     const auto document = state.application.ActiveDocument();
     const auto window = required(document).ActiveWindow();
     const auto view = required(window).View();
-    required(view).ShowFieldCodes(request.showFieldCodes);
+    state.view = required(view).keepFieldCodes();
+    view->ShowFieldCodes(request.showFieldCodes);
     state.ranges.place(state.application, request.startAtTop);
     state.observer.begins();
   });
 }
 
 void Engine::ProcessAllBlocks() {
+  const auto view = std::move(state_->view);
   guarded(state_->trail, u"cpf:27", [&] {
     const auto undoStep = state_->application.beginUndoStep();
     const auto edits = state_->search.request.confirmEach ? nullptr : state_->application.beginEdits(false);
@@ -93,6 +97,7 @@ bool Engine::FindNextItem(bool selects) {
   State& state = *state_;
   // Ends with the pass, unless there is another block.
   std::unique_ptr<word::Batch> undoStep = std::move(state.undoStep);
+  std::unique_ptr<word::Batch> view = std::move(state.view);
   const bool found = guarded(state.trail, u"cpf:27a", [&] {
     if (!state.ranges.placed()) return false;
     moveSelectionToTop(state.application);
@@ -101,8 +106,10 @@ bool Engine::FindNextItem(bool selects) {
     if (selects) required(state.ranges.block).Select();
     return true;
   });
-  if (found) state.undoStep = std::move(undoStep);
-  return found;
+  if (!found) return false;
+  state.undoStep = std::move(undoStep);
+  state.view = std::move(view);
+  return true;
 }
 
 void Engine::MakeChanges() {
@@ -111,7 +118,8 @@ void Engine::MakeChanges() {
     if (!state.ranges.placed()) return;
     if (!state.undoStep) state.undoStep = state.application.beginUndoStep();
     const auto edits = state.application.beginEdits(true);
-    const TextBehind behind(state.application, state.search, required(state.ranges.begin));
+    const TextBehind behind(state.application, state.search, required(state.ranges.begin),
+                            state.operations.block().operated);
     const std::optional<Fault> refusal = state.operate();
     state.observer.operated(state.operations.block(), refusal ? &*refusal : nullptr);
     state.moveSearchPoint(behind.start());
@@ -128,7 +136,10 @@ void Engine::SkipChanges() {
   });
 }
 
-void Engine::endPass() { state_->undoStep.reset(); }
+void Engine::endPass() {
+  state_->undoStep.reset();
+  state_->view.reset();
+}
 
 /// The search resumes behind each block as it stands then, so that what was put there is not found again.
 void Engine::State::processAllBlocks() {
@@ -141,7 +152,8 @@ void Engine::State::processAllBlocks() {
     if (observer.found(block) == Answer::stop) return;
     const Decision decision = confirmEach ? confirm(block) : Decision::operate;
     if (decision == Decision::stop) return;
-    const TextBehind behind(application, search, block.whole);
+    const TextBehind behind(application, search, block.whole,
+                            decision == Decision::operate ? block.operated : nullptr);
     if (decision == Decision::skip) {
       countSkipped();
       if (observer.skipped(block) == Answer::stop) return;

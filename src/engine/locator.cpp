@@ -22,20 +22,25 @@ std::int32_t missing(const std::u16string& fullText, word::Range& match) {
   return difference(static_cast<std::int64_t>(fullText.size()), match.Characters().Count());
 }
 
-using UnitCount = std::int32_t (*)(word::Range&);
+using Units = word::UnitCollection (*)(word::Range&);
 
 /// None for a code that is no unit.
-UnitCount unitCount(UnitCode unit) {
+Units unitsOf(UnitCode unit) {
   switch (unit) {
     case kWords:
-      return [](word::Range& range) { return range.Words().Count(); };
+      return [](word::Range& range) { return range.Words(); };
     case kSentences:
-      return [](word::Range& range) { return range.Sentences().Count(); };
+      return [](word::Range& range) { return range.Sentences(); };
     case kParagraphs:
-      return [](word::Range& range) { return range.Paragraphs().Count(); };
+      return [](word::Range& range) { return range.Paragraphs(); };
     default:
       return nullptr;
   }
+}
+
+std::int32_t sum(std::int64_t left, std::int64_t right) {
+  return static_cast<std::int32_t>(
+      std::min<std::int64_t>(left + right, std::numeric_limits<std::int32_t>::max()));
 }
 
 }  // namespace
@@ -51,7 +56,7 @@ void WorkingRanges::place(word::Application& application, bool atTop) {
     std::int32_t position = 0;
     if (!atTop) {
       const auto selection = application.Selection();
-      position = required(selection).Start();
+      if (required(selection).StoryType() == word::wdMainTextStory) position = selection->Start();
     }
     const auto document = application.ActiveDocument();
     *range = required(document).Range(position, position);
@@ -59,7 +64,8 @@ void WorkingRanges::place(word::Application& application, bool atTop) {
   *this = std::move(placed);
 }
 
-bool Locator::find(word::Range& range, const SearchText& text) {
+bool Locator::find(word::Range& range, std::shared_ptr<word::Find>& prepared, const SearchText& text) {
+  if (prepared) return prepared->Execute();
   const auto object = range.Find();
   word::Find& find = required(object);
   find.ClearFormatting();
@@ -75,6 +81,7 @@ bool Locator::find(word::Range& range, const SearchText& text) {
   find.MatchSoundsLike(false);
   find.MatchAllWordForms(false);
   find.Wrap(word::wdFindStop);
+  if (search_.request.liftLimits) prepared = object;
   return find.Execute();
 }
 
@@ -82,20 +89,21 @@ bool Locator::FindBeginAndEnd() {
   return errors::guarded(trail_, u"cpf:35", [&] {
     word::Range& block = required(ranges_.block);
     word::Range& begin = required(ranges_.begin);
-    if (!find(begin, search_.begin)) return false;
+    if (!find(begin, ranges_.beginFind, search_.begin)) return false;
+    const std::int32_t start = begin.Start();
+    const std::int32_t from = begin.End();
     // A host may say that it found an empty text, and would say so for ever.
-    if (begin.Start() == begin.End()) return false;
-    block.SetRange(begin.Start(), begin.End());
+    if (start == from) return false;
+    block.SetRange(start, from);
     if (!hasEnding()) return true;
 
     word::Range& end = required(ranges_.end);
-    const std::int32_t from = block.End();
     if (search_.request.liftLimits) {
       end.SetRange(from, from);
     } else {
       end.Start(from);  // where its End lies beyond, left there by an earlier block, the find stops at it
     }
-    if (!find(end, search_.end)) return false;
+    if (!find(end, ranges_.endFind, search_.end)) return false;
     block.End(end.End());
     return true;
   });
@@ -104,11 +112,16 @@ bool Locator::FindBeginAndEnd() {
 bool Locator::CheckUnitsApart() {
   return errors::guarded(trail_, u"cpf:34", [&] {
     if (search_.request.unit == kEntireDocument) return true;
-    const auto count = unitCount(search_.request.unit);
-    if (count == nullptr) return false;
-    const std::int32_t behindBegin =
-        difference(count(required(ranges_.block)), count(required(ranges_.begin)));
-    return difference(behindBegin, count(required(ranges_.end))) <= search_.request.distance;
+    const auto of = unitsOf(search_.request.unit);
+    if (of == nullptr) return false;
+    word::Range& block = required(ranges_.block);
+    word::Range& begin = required(ranges_.begin);
+    word::Range& end = required(ranges_.end);
+    // A long block is counted no farther than matters.
+    if (search_.request.liftLimits)
+      return of(block).isAtMost(sum(sum(of(begin).Count(), of(end).Count()), search_.request.distance));
+    const std::int32_t behindBegin = difference(of(block).Count(), of(begin).Count());
+    return difference(behindBegin, of(end).Count()) <= search_.request.distance;
   });
 }
 
@@ -120,7 +133,7 @@ bool Locator::FindInsideText() {
     if (from >= to) return false;
     word::Range& inside = required(ranges_.inside);
     inside.SetRange(from, to);
-    return find(inside, search_.inside);
+    return find(inside, ranges_.insideFind, search_.inside);
   });
 }
 

@@ -19,9 +19,16 @@ struct WorkingRanges {
   std::shared_ptr<word::Range> end;
   std::shared_ptr<word::Range> inside;
 
+  // The finds of the texts, each prepared once for the pass. None with the limits kept, where each find is
+  // prepared anew.
+  std::shared_ptr<word::Find> beginFind;
+  std::shared_ptr<word::Find> endFind;
+  std::shared_ptr<word::Find> insideFind;
+
   /// Whether there are any: not where a pass could not be prepared.
   bool placed() const { return block != nullptr; }
-  /// New ranges, collapsed where the search starts: at the top, or at the start of the selection.
+  /// New ranges, collapsed where the search starts: at the top, or at the start of the selection. A selection
+  /// elsewhere than in the main text has no place there; then it is the top.
   void place(word::Application& application, bool atTop);
 };
 
@@ -53,7 +60,7 @@ class Locator {
   enum class Verdict { block, mismatch, tooFar };
 
   bool hasEnding() const { return !search_.end.empty(); }
-  bool find(word::Range& range, const SearchText& text);
+  bool find(word::Range& range, std::shared_ptr<word::Find>& prepared, const SearchText& text);
   bool FindBeginAndEnd();
   bool CheckUnitsApart();
   bool FindInsideText();

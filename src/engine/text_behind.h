@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/text.h"
 #include "locator.h"
 #include "prepared_search.h"
 #include "word/word_processor.h"
@@ -9,20 +10,41 @@
 
 namespace pluvo::engine {
 
-/// The text behind a block, before which the search must not resume once the block was operated on. A word
-/// processor keeps some paragraph marks whatever is done to them, the last of the document always; a
-/// beginning with a line end would be found there again and again. Other beginnings need no such care, and
-/// cost nothing.
+/// The text behind a block, or behind its beginning, before which the search must not resume once the block
+/// was operated on. A word processor keeps some text whatever is done to it, and a beginning there would be
+/// found again and again: the last paragraph mark of a document always, and where changes are tracked all
+/// that is deleted. Where neither can be it costs nothing.
 class TextBehind {
  public:
-  TextBehind(word::Application& application, const PreparedSearch& search, word::Range& block)
-      : application_(application) {
-    if (search.begin.wholeHasLineEnd) length_ = documentEnd() - block.End();
+  /// The operation acts on the other range; on none where it is null.
+  TextBehind(word::Application& application, const PreparedSearch& search, word::Range& range,
+             word::Range* operated)
+      : application_(application), isAlwaysKept_(search.begin.wholeHasLineEnd) {
+    const std::int16_t operation = search.request.operation;
+    const bool deletes = operated != nullptr && (operation == kReplace || operation == kDelete);
+    const bool mayStay = deletes && application.mayKeepDeletedText();
+    if (!isAlwaysKept_ && !mayStay) return;
+    const std::int32_t rangeEnd = range.End();
+    end_ = documentEnd();
+    if (mayStay) {
+      const std::int32_t start = operated->Start();
+      // What goes behind the beginning is not found before it.
+      if (!isAlwaysKept_ && start >= rangeEnd) return;
+      expected_ = end_ - (operated->End() - start);
+      if (operation == kReplace)
+        expected_ += static_cast<std::int32_t>(base::withParagraphMarks(search.request.text).size());
+    }
+    length_ = end_ - rangeEnd;
   }
 
   bool isNone() const { return length_ == 0; }
   /// Where it begins now; 0 where that does not matter.
-  std::int32_t start() const { return length_ ? documentEnd() - *length_ : 0; }
+  std::int32_t start() const {
+    if (!length_) return 0;
+    const std::int32_t now = documentEnd();
+    const bool isGone = !isAlwaysKept_ && now <= expected_;
+    return isGone ? 0 : now - *length_;
+  }
 
  private:
   std::int32_t documentEnd() const {
@@ -32,6 +54,10 @@ class TextBehind {
   }
 
   word::Application& application_;
+  bool isAlwaysKept_;
+  std::int32_t end_ = 0;
+  /// Where the document ends once all that should go has gone.
+  std::int32_t expected_ = 0;
   std::optional<std::int32_t> length_;
 };
 

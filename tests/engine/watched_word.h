@@ -133,6 +133,7 @@ class WatchedDocument final : public word::Document {
     return document_.StoryRanges(story);
   }
   bool Saved() override { unused(); }
+  void Saved(bool) override { unused(); }
   void Close(bool) override { unused(); }
 
  private:

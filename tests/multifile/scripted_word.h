@@ -88,6 +88,10 @@ class ScriptedDocument : public word::Document, public std::enable_shared_from_t
     return sample_.document->StoryRanges(story);
   }
   bool Saved() override { return !file_.unsaved && !sample_.mainText().changed(); }
+  void Saved(bool saved) override {
+    called("saved", saved ? "true" : "false");
+    file_.unsaved = !saved;
+  }
   void Close(bool saveChanges) override {
     called("close", saveChanges ? "saving" : "");
     if (saveChanges) file_.text = sample_.print();

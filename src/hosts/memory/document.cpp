@@ -148,6 +148,11 @@ bool MemoryDocument::Saved() {
   return member(u"Document.Saved", [&] { return !stories().changed(); });
 }
 
+void MemoryDocument::Saved(bool /*saved*/) {
+  throw Fault(word::kNotAvailable, u"Whether this document is saved goes by its changes alone.",
+              u"Document.Saved");
+}
+
 void MemoryDocument::Close(bool saveChanges) {
   member(u"Document.Close", [&] {
     const auto kept = shared_from_this();

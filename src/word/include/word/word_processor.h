@@ -18,6 +18,12 @@ namespace pluvo::word {
 
 class Range;
 
+/// Something the word processor does for a while: until this goes.
+class Batch {
+ public:
+  virtual ~Batch() = default;
+};
+
 /// What counts its characters, words and so on.
 class Counted {
  public:
@@ -27,6 +33,8 @@ class Counted {
   friend class UnitCollection;
   /// How many units it touches, as Word counts them; a partial unit counts as one.
   virtual std::int32_t countOf(WdUnits unit) = 0;
+  /// Whether there are no more than so many, where that is known sooner than the count.
+  virtual bool isAtMost(WdUnits unit, std::int32_t most) { return countOf(unit) <= most; }
 };
 
 /// The count given to MoveStart and MoveEnd: a 32-bit value, or a reference to a 16-bit one. A binding passes
@@ -72,6 +80,7 @@ class UnitCollection {
  public:
   UnitCollection(Counted& counted, WdUnits unit) : counted_(counted), unit_(unit) {}
   std::int32_t Count() const { return counted_.countOf(unit_); }
+  bool isAtMost(std::int32_t most) const { return counted_.isAtMost(unit_, most); }
 
  private:
   Counted& counted_;
@@ -118,6 +127,8 @@ class View {
   virtual ~View() = default;
   /// True: finds see field codes; false: they see field results.
   virtual void ShowFieldCodes(bool value) = 0;
+  /// What is shown now is shown again when the result goes; null where the view is not given back.
+  virtual std::unique_ptr<Batch> keepFieldCodes() { return nullptr; }
 };
 
 class Window {
@@ -129,6 +140,8 @@ class Window {
 class Selection : public Counted {
  public:
   virtual std::int32_t Start() = 0;
+  /// Which of the document's texts it stands in; its positions are of that text.
+  virtual WdStoryType StoryType() { return wdMainTextStory; }
   /// An insertion point has the text of the character behind it, and counts as one character.
   virtual std::u16string Text() = 0;
   UnitCollection Characters() { return {*this, wdCharacter}; }
@@ -161,6 +174,9 @@ class Document {
 
   /// Whether there are no unsaved changes.
   virtual bool Saved() = 0;
+  virtual void Saved(bool saved) = 0;
+  /// Whether text that is deleted stays, marked as deleted.
+  virtual bool TrackRevisions() { return false; }
   /// Fault 5155 when it should be saved and cannot be under its name, and the user gave no other; the
   /// document is then still open.
   virtual void Close(bool saveChanges) = 0;
@@ -185,11 +201,8 @@ class Options {
   virtual std::u16string DefaultFilePath(WdDefaultFilePath kind) = 0;
 };
 
-/// Something the word processor does for a while: until this goes.
-class Batch {
- public:
-  virtual ~Batch() = default;
-};
+/// Why the document in front can neither be searched nor changed, as the user looks at it.
+enum class Obstacle { none, protectedView, readingView };
 
 /// The word processor's global object.
 class Application {
@@ -201,6 +214,9 @@ class Application {
   virtual std::shared_ptr<word::Options> Options() = 0;
   /// What stands between the folders of a path.
   virtual std::u16string PathSeparator() = 0;
+  virtual Obstacle obstacle() { return Obstacle::none; }
+  /// Whether text may still be there after it was deleted or replaced, as where changes are tracked.
+  virtual bool mayKeepDeletedText() { return false; }
 
   // Each holds until its result goes and throws nothing; null where the word processor has nothing of the
   // kind.

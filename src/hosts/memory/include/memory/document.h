@@ -65,6 +65,8 @@ class MemoryDocument : public word::Document, public std::enable_shared_from_thi
   std::shared_ptr<word::Range> storyRange(word::WdStoryType kind, std::size_t from);
 
   bool Saved() override;
+  /// Goes by the changes alone: Fault 4605.
+  void Saved(bool saved) override;
   void Close(bool saveChanges) override;
 
   const std::string& path() const { return path_; }
