@@ -51,10 +51,7 @@ dialog::frmProcessing& Execution::confirmation() {
 
 void Execution::cmdExecuteFAR_Click() {
   errors::guarded(engine_.context(), u"FF:21", [&] {
-    if (form_.get<TextBox>(u"txtFilePath").Text().empty() && !hasDocument()) {
-      engine_.boxes().show(u"Open a document first", forms::Buttons::ok, u"Pluvorama");
-      return;
-    }
+    if (form_.get<TextBox>(u"txtFilePath").Text().empty() && !documentIsReady()) return;
     if (form_.get<CheckBox>(u"chkQuiteMode").Value() && !form_.get<CheckBox>(u"chkConfirmEach").Value()) {
       showNotice(u"Non-Confirmation Quiet Mode.  Please Wait while your requests are processed...");
       pause();
@@ -64,6 +61,46 @@ void Execution::cmdExecuteFAR_Click() {
     form_.get<forms::Label>(u"lblPleaseWait").Visible(false);
     form_.WindowState(confirmation().Visible() ? 1 : 0);
   });
+}
+
+/// Whether the document in front can be worked on; the user is told why it cannot, and what to know before.
+bool Execution::documentIsReady() {
+  const word::Obstacle obstacle = engine_.application().obstacle();
+  const char16_t* const wrong =
+      obstacle == word::Obstacle::protectedView
+          ? u"Word shows this document in Protected View.  Click Enable Editing there, and try again."
+      : obstacle == word::Obstacle::readingView
+          ? u"Word shows this document in reading view, where it cannot be searched.  Choose another view, "
+            u"and try again."
+      : hasDocument() ? nullptr
+                      : u"Open a document first";
+  if (wrong == nullptr) {
+    tellBefore();
+    return true;
+  }
+  engine_.boxes().show(wrong, forms::Buttons::ok, u"Pluvorama");
+  return false;
+}
+
+void Execution::tellBefore() {
+  std::u16string notes;
+  try {
+    word::Application& word = engine_.application();
+    if (word.ActiveDocument()->TrackRevisions())
+      notes =
+          u"Changes are tracked in this document.  What is deleted stays in the text, marked as deleted, "
+          u"until "
+          u"the changes are accepted.";
+    if (!form_.get<CheckBox>(u"chkStartFindsFromBeginning").Value() &&
+        word.Selection()->StoryType() != word::wdMainTextStory)
+      notes +=
+          std::u16string(notes.empty() ? u"" : u"\r\n\r\n") +
+          u"The insertion point is in a header, a footer, a note or a text box.  The search starts at the "
+          u"top of the document.";
+  } catch (const errors::Fault&) {
+    return;  // whatever is wrong is met and told by the run itself
+  }
+  if (!notes.empty()) engine_.boxes().show(notes, forms::Buttons::ok, u"Pluvorama");
 }
 
 bool Execution::hasDocument() {

@@ -52,7 +52,8 @@ class ProgramPicker final : public multifile::FolderPicker {
 
 /// What the pages do, each part in its own room.
 struct frmFAR::Pages {
-  Pages(frmFAR& form, const std::u16string& dataFolder)
+  /// What of a run is told in the status line.
+  Pages(frmFAR& form, const std::u16string& dataFolder, std::function<std::u16string()> told)
       : choices(form, form.context_, form.surroundings_.boxes, form.surroundings_.inputs),
         textBoxes(form, form.context_, form.surroundings_.boxes,
                   [&form]() -> word::Application& { return form.engine_->application(); }),
@@ -63,7 +64,7 @@ struct frmFAR::Pages {
         options(form, form.context_, dataFolder),
         links(form, *form.engine_, form.surroundings_.launcher,
               {form.surroundings_.componentFolder, form.surroundings_.showDocument}),
-        status(form, *form.folders_, execution, options, form.surroundings_.notReached) {}
+        status(form, *form.folders_, execution, options, std::move(told)) {}
 
   findpanel::Choices choices;
   findpanel::TextBoxes textBoxes;
@@ -144,11 +145,18 @@ void frmFAR::createReporter(const std::u16string& dataFolder) {
 void frmFAR::connectPages(const std::u16string& dataFolder) {
   const std::u16string separator = engine_->application().PathSeparator();
   folders_ = surroundings_.folders();
-  const auto stepper = surroundings_.runsOverFiles(std::make_shared<multifile::FileDriver>(
-      surroundings_.folders(), [this, separator] { return makePicker(separator); }));
+  const auto driver = std::make_shared<multifile::FileDriver>(
+      surroundings_.folders(), [this, separator] { return makePicker(separator); });
+  if (surroundings_.keepsOriginals)
+    driver->keepOriginals(
+        std::make_unique<multifile::Originals>(context_, surroundings_.boxes, dataFolder, separator));
+  const auto stepper = surroundings_.runsOverFiles(driver);
   engine_->stepper(stepper);
   mirrorNotice(*this);
-  pages_ = std::make_unique<Pages>(*this, dataFolder);
+  pages_ = std::make_unique<Pages>(*this, dataFolder, [this, driver] {
+    const std::u16string originals = engine_->MultiFileRun() ? driver->toldOfOriginals() : std::u16string();
+    return originals.empty() ? surroundings_.notReached() : originals;
+  });
   stepper->fileBegins = [this](const auto& path, std::size_t number, std::size_t count) {
     pages_->status.tellFile(path, number, count);
   };

@@ -2,12 +2,25 @@
 #include "host_faults.h"
 #include "multifile/file_driver.h"
 #include "multifile/questions.h"
+#include "saved_state.h"
 #include "word/faults.h"
 
 namespace pluvo::multifile {
 
 using errors::Fault;
 using errors::guarded;
+
+bool isSaved(word::Document& document) {
+  bool saved = false;
+  attempt([&] { saved = document.Saved(); });
+  return saved;
+}
+
+void keepSaved(word::Document& document) {
+  attempt([&] {
+    if (!document.Saved()) document.Saved(true);
+  });
+}
 
 bool FileDriver::OpenDocumentFile(dialog::clsProcessFind& engine, Document& document,
                                   const std::u16string& path) {
@@ -63,7 +76,9 @@ bool FileDriver::UnlockProtectedDocument(dialog::clsProcessFind& engine, Documen
     if (!passwordPrompt_) passwordPrompt_ = std::make_unique<frmPassword>(engine.context(), engine.forms());
     for (;;) {
       if (!passwordForForm(*passwordPrompt_, engine.boxes(), password)) break;
+      const bool wasSaved = isSaved(*document);
       const auto fault = attempt([&] { document->Unprotect(password); });
+      if (!fault && wasSaved) keepSaved(*document);
       if (!fault) return true;
       if (fault->number == word::kCommandFailed) return false;
       if (fault->number != word::kProtectionPasswordWrong) throw Fault(*fault);

@@ -1,13 +1,16 @@
 #include "multifile/file_driver.h"
 
+#include "base/at_end.h"
 #include "base/document_types.h"
 #include "base/secret_text.h"
+#include "base/text.h"
 #include "base/utf.h"
 #include "errors/context.h"
 #include "errors/fault.h"
 #include "host_faults.h"
 #include "multifile/clsSorting.h"
 #include "multifile/questions.h"
+#include "saved_state.h"
 #include "text/folding.h"
 #include "word/faults.h"
 
@@ -91,12 +94,29 @@ std::vector<std::u16string> FileDriver::GetFiles(dialog::clsProcessFind& engine,
 
 void FileDriver::MultiPLUVO(dialog::clsProcessFind& engine, const std::vector<std::u16string>& files) {
   engine.CancelOperation(false);
+  beginRun(engine);
+  const base::AtEnd told([&] { summarize(engine); });
   for (std::size_t i = 0; i < files.size(); ++i) {
     if (engine.CancelOperation()) return;
     fileBegins(files[i], i + 1, files.size());
     processFile(engine, files[i]);
     document_.reset();
   }
+}
+
+void FileDriver::beginRun(dialog::clsProcessFind& engine) {
+  tracked_ = 0;
+  if (originals_) originals_->begin(engine.StartingDirectory());
+}
+
+/// What the summary says below its lines of files.
+void FileDriver::summarize(dialog::clsProcessFind& engine) const {
+  std::u16string& summary = engine.context().runSummary;
+  if (tracked_ > 0)
+    summary += u"\r\n\r\nChanges are tracked in " + base::decimal(tracked_) +
+               (tracked_ == 1 ? u" file" : u" files") + u": what was deleted there is still in the text.";
+  if (const std::u16string originals = toldOfOriginals(); !originals.empty())
+    summary += u"\r\n\r\n" + originals;
 }
 
 void FileDriver::processFile(dialog::clsProcessFind& engine, const std::u16string& path) {
@@ -114,6 +134,7 @@ bool FileDriver::makeReady(dialog::clsProcessFind& engine, const std::u16string&
   if (isTemporary(path, engine.application().PathSeparator()) && skipTemporaryFile(engine.boxes()))
     return false;
   protectionType_ = word::wdNoProtection;
+  path_ = path;
   if (!OpenDocumentFile(engine, document_, path)) return false;
   if (!step([&] { fileName_ = document_->Path() + joint + document_->Name(); })) return false;
   if (!step([&] { readOnly_ = document_->ReadOnly(); })) return false;
@@ -127,16 +148,26 @@ bool FileDriver::makeReady(dialog::clsProcessFind& engine, const std::u16string&
   if (!step([&] { document_->Activate(); })) return false;
   bool isProtected = false;
   if (!step([&] { isProtected = document_->ProtectionType() != word::wdNoProtection; })) return false;
-  return !isProtected || UnlockProtectedDocument(engine, document_, protectionPassword_, protectionType_);
+  if (isProtected && !UnlockProtectedDocument(engine, document_, protectionPassword_, protectionType_))
+    return false;
+  attempt([&] { tracked_ += document_->TrackRevisions() ? 1 : 0; });
+  return true;
 }
 
 void FileDriver::protectAgain() {
   if (protectionType_ == word::wdNoProtection) return;
   document_->StoryRanges(word::wdMainTextStory)->Select();
+  const bool isUnchanged = !readOnly_ && isSaved(*document_);
   document_->Protect(static_cast<word::WdProtectionType>(protectionType_), protectionPassword_);
+  if (isUnchanged) keepSaved(*document_);
 }
 
 void FileDriver::closeCurrentFile(dialog::clsProcessFind& engine) {
+  // A read-only file is saved elsewhere.
+  if (originals_ && !readOnly_ && !isSaved(*document_) && !originals_->keep(path_)) {
+    document_->Close(false);
+    return;
+  }
   if (!CloseDocumentFile(engine, document_, readOnly_, fileName_))
     tellOfDifficultiesClosing(engine.boxes(), fileName_);
 }
@@ -147,6 +178,7 @@ bool FileDriver::MultiPLUVO_OpenNextFile(dialog::clsProcessFind& engine,
     work();
     return true;
   };
+  if (index == 0) beginRun(engine);
   for (; index < static_cast<std::int64_t>(files.size()); ++index) {
     const std::u16string& path = files.at(static_cast<std::size_t>(index));
     fileBegins(path, static_cast<std::size_t>(index) + 1, files.size());
@@ -157,6 +189,7 @@ bool FileDriver::MultiPLUVO_OpenNextFile(dialog::clsProcessFind& engine,
     if (ready) return true;
     if (fault) giveUp(engine, path);
   }
+  summarize(engine);
   return false;
 }
 

@@ -46,6 +46,14 @@ bool cancelSaveAs(forms::MessageBoxes& boxes) {
   return ask(boxes, u"Are you sure you want cancel the Save As?", u"Save As Cancelled.");
 }
 
+bool saveWithoutOriginal(forms::MessageBoxes& boxes, const std::u16string& path) {
+  return ask(
+      boxes,
+      u"The original of this file could not be copied:\r\n" + path +
+          u"\r\n\r\nWould you like to save the changed file all the same?  If not, it stays as it was.",
+      u"Original Not Copied");
+}
+
 void tellOfDifficultiesClosing(forms::MessageBoxes& boxes, const std::u16string& fileName) {
   boxes.show(u"Difficulties closing file:" + fileName + u"\r\n\r\nYou may need to manually close this file.",
              forms::Buttons::ok, u"Difficulties Closing Current File.");

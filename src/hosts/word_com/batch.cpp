@@ -1,5 +1,7 @@
 #include "batch.h"
 
+#include "fault.h"
+
 #include <utility>
 
 namespace pluvo::word_com {
@@ -8,6 +10,7 @@ namespace {
 
 /// What the list of steps to undo shows.
 constexpr const char16_t* kStepName = u"P.L.U.V.O.";
+constexpr const wchar_t* kSecurity = L"AutomationSecurity";
 
 /// Whether it could be done; it is done without else.
 template <class Work>
@@ -55,6 +58,28 @@ ComSwitched::ComSwitched(Object owner, const wchar_t* property, bool value)
 // Also where it could not be set for certain: what it was does no harm.
 ComSwitched::~ComSwitched() {
   if (isOther_) giveBack([&] { owner_.put(property_, Arguments().boolean(!value_)); });
+}
+
+ComSwitched::ComSwitched(Object owner, const wchar_t* property)
+    : owner_(std::move(owner)), property_(property), value_(false) {
+  isOther_ = tryTo([&] { value_ = !owner_.get(property_).toBoolean(); });
+}
+
+ComMacrosOff::ComMacrosOff(const Object& application) : application_(application) {
+  constexpr std::int32_t kForceDisable = 3;
+  try {
+    const std::int32_t before = application_.get(kSecurity).toInteger();
+    if (before == kForceDisable) return;
+    application_.put(kSecurity, Arguments().integer(kForceDisable));
+    before_ = before;
+  } catch (const errors::Fault& fault) {
+    if (fault.number != kNoSuchMember) throw;
+    application_.session().log.line(u"macros of opened files cannot be kept from running here");
+  }
+}
+
+ComMacrosOff::~ComMacrosOff() {
+  if (before_) giveBack([&] { application_.put(kSecurity, Arguments().integer(*before_)); });
 }
 
 ComEdits::ComEdits(const Object& application, bool seen, std::shared_ptr<bool> hidden)

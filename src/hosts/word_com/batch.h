@@ -3,6 +3,7 @@
 #include "dispatch.h"
 #include "word/word_processor.h"
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 
@@ -26,6 +27,8 @@ class ComSwitched final : public word::Batch {
  public:
   /// The property is looked at and set where it is not so already; its name is a literal.
   ComSwitched(Object owner, const wchar_t* property, bool value);
+  /// It is as it is now when this goes, whatever is set meanwhile.
+  ComSwitched(Object owner, const wchar_t* property);
   ComSwitched(const ComSwitched&) = delete;
   ComSwitched& operator=(const ComSwitched&) = delete;
   ~ComSwitched() override;
@@ -37,6 +40,20 @@ class ComSwitched final : public word::Batch {
   const wchar_t* property_;
   bool value_;
   bool isOther_ = false;
+};
+
+/// No macro of a file runs that is opened meanwhile. A Word without such a setting opens it all the same; one
+/// that refuses it throws its Fault.
+class ComMacrosOff final {
+ public:
+  explicit ComMacrosOff(const Object& application);
+  ComMacrosOff(const ComMacrosOff&) = delete;
+  ComMacrosOff& operator=(const ComMacrosOff&) = delete;
+  ~ComMacrosOff();
+
+ private:
+  const Object& application_;
+  std::optional<std::int32_t> before_;
 };
 
 /// Word takes no blank that is left over beside what is deleted and, unless the edits are to be seen, does

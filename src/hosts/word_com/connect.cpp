@@ -133,8 +133,8 @@ ComPtr<IDispatch> application() {
 
 }  // namespace
 
-std::shared_ptr<word::Application> connectToWord() {
-  if (const ComPtr<IDispatch> found = application()) return applicationOf(found.Get());
+std::shared_ptr<word::Application> connectToWord(const Manner& manner) {
+  if (const ComPtr<IDispatch> found = application()) return applicationOf(found.Get(), manner);
   throw errors::Fault(kCannotCreateObject,
                       u"Microsoft Word is not running, or does not answer. Start Word and try again.");
 }

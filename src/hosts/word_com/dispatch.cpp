@@ -58,8 +58,8 @@ DISPID MemberIds::of(IDispatch& object, const wchar_t* interfaceName, const wcha
 }
 
 Object::Object(Microsoft::WRL::ComPtr<IDispatch> object, const wchar_t* interfaceName,
-               std::shared_ptr<MemberIds> ids)
-    : object_(std::move(object)), interface_(interfaceName), ids_(std::move(ids)) {
+               std::shared_ptr<Session> session)
+    : object_(std::move(object)), interface_(interfaceName), session_(std::move(session)) {
   if (!object_) throw errors::objectNotSet();
 }
 
@@ -92,11 +92,17 @@ Object Object::callObject(const wchar_t* method, const wchar_t* interfaceName,
 }
 
 Object Object::related(const Variant& object, const wchar_t* interfaceName) const {
-  return {object.toObject(), interfaceName, ids_};
+  return {object.toObject(), interfaceName, session_};
 }
 
 Variant Object::invoke(WORD kind, const wchar_t* member, const Arguments& arguments) const {
-  const DISPID id = ids_->of(*object_.Get(), interface_, member);
+  DISPID id = DISPID_UNKNOWN;
+  try {
+    id = session_->ids.of(*object_.Get(), interface_, member);
+  } catch (const errors::Fault&) {
+    session_->log.refused(qualified(interface_, member), DISP_E_UNKNOWNNAME);
+    throw;
+  }
   std::vector<VARIANT> values = arguments.reversed();
   DISPID assigned = DISPID_PROPERTYPUT;
   const bool isPut = kind == DISPATCH_PROPERTYPUT;
@@ -109,7 +115,12 @@ Variant Object::invoke(WORD kind, const wchar_t* member, const Arguments& argume
     return object_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, kind, &parameters,
                            isPut ? nullptr : result.out(), &exception, &wrong);
   });
-  if (FAILED(status)) throw faultOf(status, exception, *object_.Get(), qualified(interface_, member));
+  if (FAILED(status)) {
+    const errors::Fault fault = faultOf(status, exception, *object_.Get(), qualified(interface_, member));
+    const bool isRaised = status == DISP_E_EXCEPTION && fault.number > 0;
+    session_->log.refused(qualified(interface_, member), isRaised ? kFirstNumbered + fault.number : status);
+    throw errors::Fault(fault);
+  }
   return result;
 }
 

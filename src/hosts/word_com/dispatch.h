@@ -1,6 +1,8 @@
 #pragma once
 
 #include "variant.h"
+#include "word_com/application.h"
+#include "word_log.h"
 
 #include <oaidl.h>
 #include <wrl/client.h>
@@ -8,6 +10,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string_view>
 #include <utility>
 
@@ -22,11 +25,22 @@ class MemberIds {
   std::map<std::pair<std::wstring_view, std::wstring_view>, DISPID> ids_;
 };
 
+/// What all objects of one Word share.
+struct Session {
+  explicit Session(const Manner& theManner) : manner(theManner), log(theManner.logging) {}
+
+  Manner manner;
+  MemberIds ids;
+  WordLog log;
+  /// Flags of Find that this Word does not let be set to what they are anyway.
+  std::set<std::wstring_view> unsetFlags;
+};
+
 /// An object of Word, of the interface named. Names are literals.
 class Object {
  public:
   Object(Microsoft::WRL::ComPtr<IDispatch> object, const wchar_t* interfaceName,
-         std::shared_ptr<MemberIds> ids);
+         std::shared_ptr<Session> session);
 
   Variant get(const wchar_t* property, const Arguments& arguments = {}) const;
   void put(const wchar_t* property, const Arguments& value) const;
@@ -40,13 +54,15 @@ class Object {
   Object callObject(const wchar_t* method, const wchar_t* interfaceName,
                     const Arguments& arguments = {}) const;
 
+  Session& session() const { return *session_; }
+
  private:
   Variant invoke(WORD kind, const wchar_t* member, const Arguments& arguments) const;
   Object related(const Variant& object, const wchar_t* interfaceName) const;
 
   Microsoft::WRL::ComPtr<IDispatch> object_;
   const wchar_t* interface_;
-  std::shared_ptr<MemberIds> ids_;
+  std::shared_ptr<Session> session_;
 };
 
 }  // namespace pluvo::word_com

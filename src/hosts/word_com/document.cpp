@@ -1,8 +1,14 @@
 #include "document.h"
 
+#include "batch.h"
 #include "range.h"
 
 namespace pluvo::word_com {
+
+std::unique_ptr<word::Batch> ComView::keepFieldCodes() {
+  if (!view_.session().manner.careful) return nullptr;
+  return std::make_unique<ComSwitched>(view_, L"ShowFieldCodes");
+}
 
 std::shared_ptr<word::View> ComWindow::View() {
   return std::make_shared<ComView>(window_.getObject(L"View", L"View"));
@@ -31,6 +37,10 @@ void ComDocument::Unprotect(const std::u16string& password) {
 
 /// Left out: NoReset, and behind the password UseIRM and EnforceStyleLock.
 void ComDocument::Protect(word::WdProtectionType type, const std::u16string& password) {
+  if (document_.session().manner.careful) {
+    document_.call(L"Protect", Arguments().integer(type).boolean(true).text(password));
+    return;
+  }
   document_.call(L"Protect", Arguments().integer(type).missing().text(password).missing(2));
 }
 

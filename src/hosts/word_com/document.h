@@ -14,6 +14,7 @@ class ComView final : public word::View {
  public:
   explicit ComView(Object view) : view_(std::move(view)) {}
   void ShowFieldCodes(bool value) override { view_.put(L"ShowFieldCodes", Arguments().boolean(value)); }
+  std::unique_ptr<word::Batch> keepFieldCodes() override;
 
  private:
   Object view_;
@@ -46,6 +47,8 @@ class ComDocument final : public word::Document {
   std::shared_ptr<word::Range> StoryRanges(word::WdStoryType kind) override;
 
   bool Saved() override { return document_.get(L"Saved").toBoolean(); }
+  void Saved(bool saved) override { document_.put(L"Saved", Arguments().boolean(saved)); }
+  bool TrackRevisions() override { return document_.get(L"TrackRevisions").toBoolean(); }
   void Close(bool saveChanges) override;
 
  private:

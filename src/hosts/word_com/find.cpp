@@ -1,5 +1,6 @@
 #include "find.h"
 
+#include "base/text.h"
 #include "batch.h"
 #include "fault.h"
 #include "text.h"
@@ -48,8 +49,25 @@ bool isPartOfWord(const std::u16string& neighbour) {
 void ComFind::ClearFormatting() {
   find_.call(L"ClearFormatting");
   for (const Sticky& sticky : kSticky) {
-    if (is(sticky.property, sticky.value)) continue;
-    put(sticky.property, sticky.value);
+    if (!is(sticky.property, sticky.value)) set(sticky.property, sticky.value, sticky.value);
+  }
+}
+
+ComFind::~ComFind() {
+  if (alike_ > 0) find_.session().log.line(base::decimal(alike_) + u" looked alike");
+}
+
+/// A flag at its resting value asks for nothing: where Word does not let it be set, the search goes on
+/// without.
+void ComFind::set(const wchar_t* flag, bool value, bool resting) const {
+  Session& session = find_.session();
+  if (value == resting && session.unsetFlags.contains(flag)) return;
+  try {
+    find_.put(flag, Arguments().boolean(value));
+  } catch (const errors::Fault& fault) {
+    if (value != resting || fault.number == kServerGone || isBusy(static_cast<HRESULT>(fault.number))) throw;
+    session.unsetFlags.insert(flag);
+    session.log.line(u"Find." + std::u16string(utf16(flag)) + u" is left as it is from now on");
   }
 }
 
@@ -110,7 +128,7 @@ void ComFind::lookFor(std::shared_ptr<const std::u16string> text, Proposal propo
 }
 
 void ComFind::MatchCase(bool value) {
-  put(L"MatchCase", value);
+  set(L"MatchCase", value, false);
   matchCase_ = value;
 }
 
@@ -118,7 +136,7 @@ void ComFind::MatchCase(bool value) {
 /// of a shortened text is inside a word perhaps.
 void ComFind::MatchWholeWord(bool value) {
   wordSeesToWords_ = value && !isShortened() && isOneWord(*text_);
-  put(L"MatchWholeWord", wordSeesToWords_);
+  set(L"MatchWholeWord", wordSeesToWords_, false);
   wholeWord_ = value;
 }
 
@@ -147,13 +165,24 @@ bool ComFind::findsWithin(Span asked) {
     const bool found = executeInWord();
     const Span match = found ? range_->span() : within;
     const bool ranOn = asked.spans() && match.end > asked.end;
-    if (!found || ranOn || match.start < within.start) {
+    const bool isBefore = match.start < within.start;
+    if (found && isBefore && !ranOn && match.end > within.start) {
+      // Word began farther up than it was told, in the middle of a field perhaps.
+      find_.session().log.line(u"a match began before its search");
+      within.start = match.end;
+      if (asked.spans() && !within.spans()) return false;
+      if (!asked.spans()) within.end = within.start;
+      range_->set(within);
+      continue;
+    }
+    if (!found || ranOn || isBefore) {
       // Hidden text makes a range longer than what is read of it.
       if (!asked.spans()) return false;
       range_->set(within);
       return isText() && (!wholeWord_ || isWholeWord(within));
     }
     if (extendsToText(match, asked)) return true;
+    tellRejected(match);
     within.start = match.start + 1;
     if (asked.spans() && !within.spans()) return false;
     if (!asked.spans()) within.end = within.start;
@@ -164,9 +193,22 @@ bool ComFind::findsWithin(Span asked) {
 
 /// Whether the range's text is the text asked for.
 bool ComFind::isText() {
-  std::u16string text = range_->Text();
-  std::ranges::replace(text, kLineBreak, kParagraphMark);
-  return sameText(text, *text_, matchCase_);
+  read_ = range_->Text();
+  std::ranges::replace(read_, kLineBreak, kParagraphMark);
+  return sameText(read_, *text_, matchCase_);
+}
+
+/// Such as words with an optional hyphen, or characters of a symbol's font.
+void ComFind::tellRejected(Span match) {
+  ++alike_;
+  const WordLog& log = find_.session().log;
+  if (!log.isOn()) return;
+  std::u16string line = u"a match of " + base::decimal(match.end - match.start) + u" positions, read as " +
+                        base::decimal(static_cast<std::int64_t>(read_.size())) +
+                        u" characters, is not the text of " +
+                        base::decimal(static_cast<std::int64_t>(text_->size()));
+  if (log.hasTexts()) line += u": \"" + read_ + u"\" for \"" + *text_ + u"\"";
+  find_.session().log.line(line);
 }
 
 /// Whether the range covers the text and nothing else.

@@ -20,16 +20,19 @@ namespace pluvo::word_com {
 class ComFind final : public word::Find {
  public:
   ComFind(Object find, std::shared_ptr<ComRange> range) : find_(std::move(find)), range_(std::move(range)) {}
+  ComFind(const ComFind&) = delete;
+  ComFind& operator=(const ComFind&) = delete;
+  ~ComFind() override;
 
   void ClearFormatting() override;
   void Text(const std::u16string& text) override;
   void WholeText(std::shared_ptr<const std::u16string> text) override;
-  void Forward(bool value) override { put(L"Forward", value); }
+  void Forward(bool value) override { set(L"Forward", value, true); }
   void MatchCase(bool value) override;
   void MatchWholeWord(bool value) override;
-  void MatchWildcards(bool value) override { put(L"MatchWildcards", value); }
-  void MatchSoundsLike(bool value) override { put(L"MatchSoundsLike", value); }
-  void MatchAllWordForms(bool value) override { put(L"MatchAllWordForms", value); }
+  void MatchWildcards(bool value) override { set(L"MatchWildcards", value, false); }
+  void MatchSoundsLike(bool value) override { set(L"MatchSoundsLike", value, false); }
+  void MatchAllWordForms(bool value) override { set(L"MatchAllWordForms", value, false); }
   void Wrap(word::WdFindWrap value) override { find_.put(L"Wrap", Arguments().integer(value)); }
 
   /// Not found: the range is as it was.
@@ -46,13 +49,14 @@ class ComFind final : public word::Find {
   static Proposal beginningOf(std::u16string_view line);
   static Proposal longestLineOf(std::u16string_view text);
 
-  void put(const wchar_t* property, bool value) const { find_.put(property, Arguments().boolean(value)); }
+  void set(const wchar_t* flag, bool value, bool resting) const;
   bool is(const wchar_t* property, bool value) const;
   void lookFor(std::shared_ptr<const std::u16string> text, Proposal proposal);
   bool isShortened() const { return proposal_.given < text_->size(); }
   bool executeInWord() const;
   bool findsWithin(Span asked);
   bool isText();
+  void tellRejected(Span match);
   bool isWholeMatch(Span span);
   bool extendsToText(Span match, Span asked);
   bool isWholeWord(Span span) const;
@@ -64,6 +68,9 @@ class ComFind final : public word::Find {
   bool matchCase_ = false;
   bool wholeWord_ = false;
   bool wordSeesToWords_ = false;
+  /// What was read last, and how many matches were not the text.
+  std::u16string read_;
+  std::int32_t alike_ = 0;
 };
 
 }  // namespace pluvo::word_com

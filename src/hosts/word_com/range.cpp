@@ -11,6 +11,37 @@
 
 namespace pluvo::word_com {
 
+void ComRange::Start(std::int32_t position) {
+  const auto put = [&](std::int32_t place) { range_.put(L"Start", Arguments().integer(place)); };
+  put(position);
+  if (Start() >= position) return;
+  range_.session().log.line(u"a start was moved back by " + base::decimal(position - Start()));
+  // Whatever holds the place ends somewhere: steps that double find a place behind it, half steps the first.
+  std::int32_t inside = position;
+  std::int32_t step = 1;
+  bool isThere = true;
+  const auto isBehind = [&](std::int32_t place) {
+    try {
+      put(place);
+      isThere = true;
+      return Start() >= position;
+    } catch (const errors::Fault& fault) {
+      if (fault.number != word::kValueOutOfRange) throw;
+      isThere = false;
+      return true;
+    }
+  };
+  while (!isBehind(inside + step)) {
+    inside += step;
+    step *= 2;
+  }
+  for (; step > 1; step /= 2)
+    if (!isBehind(inside + step / 2)) inside += step / 2;
+  isBehind(inside + 1);
+  // At the end of the document Word stays before its last mark.
+  if (!isThere) put(position);
+}
+
 void ComRange::SetRange(std::int32_t start, std::int32_t end) {
   range_.call(L"SetRange", Arguments().integer(start).integer(end));
 }
@@ -76,6 +107,17 @@ std::u16string ComRange::textAt(Span span) const {
     if (fault.number != word::kValueOutOfRange) throw;
     return {};
   }
+}
+
+/// A range that begins with this one and has so many units reaches its end, or does not.
+bool ComRange::isAtMost(word::WdUnits unit, std::int32_t most) {
+  const Span whole = span();
+  if (!whole.spans()) return countOf(unit) <= most;
+  if (most <= 0) return false;
+  const Object reach =
+      document_.callObject(L"Range", L"Range", Arguments().integer(whole.start).integer(whole.start));
+  reach.call(L"MoveEnd", Arguments().integer(unit).integer(most));
+  return reach.get(L"End").toInteger() >= whole.end;
 }
 
 /// Word's units include the one that an insertion point is in; an empty range has no characters all the same.

@@ -24,7 +24,9 @@ class ComRange final : public word::Range, public std::enable_shared_from_this<C
       : range_(std::move(range)), document_(std::move(document)), inMainText_(inMainText) {}
 
   std::int32_t Start() override { return range_.get(L"Start").toInteger(); }
-  void Start(std::int32_t position) override { range_.put(L"Start", Arguments().integer(position)); }
+  /// Where Word moves it back, out of a field perhaps, it is the first place behind that Word takes: a search
+  /// that goes on from there must not meet again what it met.
+  void Start(std::int32_t position) override;
   std::int32_t End() override { return range_.get(L"End").toInteger(); }
   void End(std::int32_t position) override { range_.put(L"End", Arguments().integer(position)); }
   void SetRange(std::int32_t start, std::int32_t end) override;
@@ -54,6 +56,7 @@ class ComRange final : public word::Range, public std::enable_shared_from_this<C
 
  protected:
   std::int32_t countOf(word::WdUnits unit) override;
+  bool isAtMost(word::WdUnits unit, std::int32_t most) override;
 
  private:
   std::int32_t move(const wchar_t* method, word::WdUnits unit, word::MoveCount count) const;

@@ -40,6 +40,8 @@ class Execution {
 
  private:
   void cmdExecuteFAR_Click();
+  bool documentIsReady();
+  void tellBefore();
   void RunFindRequest();
   void copyRequest();
   void runOverDocument();

@@ -44,6 +44,8 @@ struct Surroundings {
   /// What the run that has just ended did not reach in its documents: a sentence for the status line, empty
   /// where there is nothing to tell.
   std::function<std::u16string()> notReached = [] { return std::u16string(); };
+  /// Whether runs over files keep copies of the originals, in the data folder.
+  bool keepsOriginals = false;
   /// Shows a document that lies beside the program, and throws Fault where it cannot; empty where it is
   /// opened in the word processor, as the active document.
   std::function<void(const std::u16string& path)> showDocument = {};

@@ -4,6 +4,7 @@
 #include "dialog/file_stepper.h"
 #include "multifile/folder_picker.h"
 #include "multifile/frmPassword.h"
+#include "multifile/originals.h"
 #include "scanner/clsDirParsing.h"
 #include "scanner/folders.h"
 
@@ -11,6 +12,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace pluvo::multifile {
@@ -37,6 +39,11 @@ class FileDriver final : public dialog::FileStepper {
   void MultiPLUVO_CloseFile(dialog::clsProcessFind& engine) override;
   std::u16string BrowseForFolder(dialog::clsProcessFind& engine, const std::u16string& start) override;
   std::shared_ptr<word::Document> currentDocument() override { return document_; }
+  /// From now on the original of each file is copied before the changed one is saved, and the summary of the
+  /// run names their folder.
+  void keepOriginals(std::unique_ptr<Originals> originals) { originals_ = std::move(originals); }
+  /// A sentence about those of the last run; empty where there are none.
+  std::u16string toldOfOriginals() const { return originals_ ? originals_->told() : std::u16string(); }
 
  private:
   using Document = std::shared_ptr<word::Document>;
@@ -57,6 +64,8 @@ class FileDriver final : public dialog::FileStepper {
   bool stepWith(dialog::clsProcessFind& engine, Document& document, const Work& work);
   void protectAgain();
   void closeCurrentFile(dialog::clsProcessFind& engine);
+  void beginRun(dialog::clsProcessFind& engine);
+  void summarize(dialog::clsProcessFind& engine) const;
 
   std::unique_ptr<scanner::Folders> folders_;
   PickerMaker makePicker_;
@@ -64,12 +73,17 @@ class FileDriver final : public dialog::FileStepper {
   std::unique_ptr<frmPassword> passwordPrompt_;
 
   Document document_;
+  std::u16string path_;
   /// For messages, and to find the document again.
   std::u16string fileName_;
   bool readOnly_ = false;
   std::int16_t protectionType_ = word::wdNoProtection;
   /// Kept from file to file.
   std::u16string protectionPassword_;
+
+  std::unique_ptr<Originals> originals_;
+  /// In how many files of the run changes are tracked.
+  std::int64_t tracked_ = 0;
 };
 
 }  // namespace pluvo::multifile

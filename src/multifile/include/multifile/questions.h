@@ -15,6 +15,8 @@ bool openAgain(forms::MessageBoxes& boxes);
 /// By which password the document's protection is lifted; false: the file is skipped.
 bool passwordForForm(frmPassword& prompt, forms::MessageBoxes& boxes, std::u16string& password);
 bool cancelSaveAs(forms::MessageBoxes& boxes);
+/// The original could not be copied: whether the changed file is saved all the same.
+bool saveWithoutOriginal(forms::MessageBoxes& boxes, const std::u16string& path);
 void tellOfDifficultiesClosing(forms::MessageBoxes& boxes, const std::u16string& fileName);
 
 }  // namespace pluvo::multifile

@@ -16,13 +16,25 @@
 /// All of it belongs to the thread it was made on, which is in a single-threaded apartment.
 namespace pluvo::word_com {
 
+/// Whether Word's version, what it refuses, and matches that are not the text asked for, are written into
+/// `word.log` in the data folder; texts of documents only where they are to be.
+enum class Logging { off, on, withTexts };
+
+/// How Word is driven, as its user wants it.
+struct Manner {
+  /// Protection put back keeps what was filled into a form; files that are opened are not entered in the list
+  /// of recent files and not asked about; a view is given back after a pass.
+  bool careful = false;
+  Logging logging = Logging::off;
+};
+
 /// The Word whose process this code runs in: by its windows on this thread, by the class it offers inside
 /// itself, or as it has entered itself in the table of running objects; never another. Outside Word, that of
 /// the foremost window that shows a document, which is the Word that the user had before him last; where none
 /// shows one, the first in that table. Throws Fault 429 where there is none.
-std::shared_ptr<word::Application> connectToWord();
+std::shared_ptr<word::Application> connectToWord(const Manner& manner = {});
 
 /// Word as given by its `Application` object.
-std::shared_ptr<word::Application> applicationOf(IDispatch* object);
+std::shared_ptr<word::Application> applicationOf(IDispatch* object, const Manner& manner = {});
 
 }  // namespace pluvo::word_com
