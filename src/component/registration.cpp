@@ -247,17 +247,27 @@ bool isRegisteredFor(Audience audience) {
   return classes.status() == ERROR_SUCCESS && classes.has(Place().classKey);
 }
 
-/// Whether COM finds this DLL. Not every system looks at the user's classes: Wine does not before 9.
+/// Whether COM looks at what was just written for the user. Not every system does: Wine does not before 9.
+/// The same may stand there for the machine, so that it is asked for a value that does not.
 bool isSeen() {
-  const std::wstring path = modulePath();
-  std::wstring found(path.size() + 1, L'\0');
-  auto size = static_cast<DWORD>(found.size() * sizeof(wchar_t));
-  const std::wstring key = Place().classKey + L"\\InprocServer32";
-  if (RegGetValueW(HKEY_CLASSES_ROOT, key.c_str(), nullptr, RRF_RT_REG_SZ, nullptr, found.data(), &size) !=
-      ERROR_SUCCESS)
-    return false;
-  found.resize(size / sizeof(wchar_t) - 1);
-  return found == path;
+  const Classes classes(Audience::user, KEY_READ | KEY_WRITE);
+  const Value probe = {Place().classKey, L"Seen", L""};
+  if (classes.status() != ERROR_SUCCESS || classes.write(probe) != ERROR_SUCCESS) return false;
+  const bool seen = RegGetValueW(HKEY_CLASSES_ROOT, probe.key.c_str(), probe.name.c_str(), RRF_RT_REG_SZ,
+                                 nullptr, nullptr, nullptr) == ERROR_SUCCESS;
+  classes.removeValue(probe);
+  return seen;
+}
+
+/// Whether this DLL is what is registered there.
+bool isOwnFor(Audience audience) {
+  const Classes classes(audience, KEY_QUERY_VALUE);
+  if (classes.status() != ERROR_SUCCESS) return false;
+  const auto server = classes.read({Place().classKey + L"\\InprocServer32", L"", L""});
+  if (!server || server->type != REG_SZ) return false;
+  const std::wstring path(reinterpret_cast<const wchar_t*>(server->bytes.data()),
+                          server->bytes.size() / sizeof(wchar_t));
+  return lstrcmpiW(path.c_str(), modulePath().c_str()) == 0;
 }
 
 }  // namespace
@@ -277,8 +287,15 @@ HRESULT registerClass(Audience audience) {
 }
 
 HRESULT unregisterClass(Audience audience) {
-  if (audience == Audience::machine || isRegisteredFor(Audience::user)) return unregisterFor(audience);
-  return isRegisteredFor(Audience::machine) ? unregisterFor(Audience::machine) : S_OK;
+  if (audience == Audience::machine) return unregisterFor(audience);
+  const bool wasUsers = isRegisteredFor(Audience::user);
+  const HRESULT status = wasUsers ? unregisterFor(Audience::user) : S_OK;
+  // Registered for the machine as the user's classes are not looked at, or by an earlier version in both
+  // places. What an administrator registered for all, a user has no right to remove.
+  if (FAILED(status) || !(wasUsers ? isOwnFor(Audience::machine) : isRegisteredFor(Audience::machine)))
+    return status;
+  const HRESULT machine = unregisterFor(Audience::machine);
+  return wasUsers ? status : machine;
 }
 
 }  // namespace pluvo::component

@@ -10,6 +10,7 @@
 #include "host/clsOpenPLUVO.h"
 #include "host/tips.h"
 #include "module.h"
+#include "settings.h"
 #include "word/faults.h"
 #include "word_com/application.h"
 #include "word_window.h"
@@ -29,6 +30,7 @@ class Session {
  public:
   Session() {
     forms_.owner = wordWindow;
+    forms_.isOwner = isWordWindow;
     systemBoxes_.owner = wordWindow;
     // Texts are copied from the documents behind them.
     forms_.leavesOthersUsable(u"frmFAR");
@@ -38,7 +40,7 @@ class Session {
   }
 
   void open() {
-    if (opens_) return;
+    if (opens_) return forms_.bringForward(u"frmFAR");
     opens_ = true;
     const base::AtEnd closed([this] { opens_ = false; });
     way_.OpenPLUVO();
@@ -51,7 +53,7 @@ class Session {
 
  private:
   std::shared_ptr<word::Application> connect() {
-    std::shared_ptr<word::Application> word = word_com::connectToWord();
+    std::shared_ptr<word::Application> word = word_com::connectToWord(manner_);
     word_ = word;
     return word;
   }
@@ -65,6 +67,7 @@ class Session {
   bool opens_ = false;
   bool wasUp_ = false;
 
+  word_com::Manner manner_ = mannerOfUser();
   std::weak_ptr<word::Application> word_;
   forms_win32::Win32MessageBoxes systemBoxes_{u"P.L.U.V.O."};
   BoxesOverEdits boxes_{systemBoxes_, [this] { return word_.lock(); }};
@@ -74,15 +77,18 @@ class Session {
   forms_win32::Win32Launcher launcher_;
   std::unique_ptr<forms::Clock> clock_ = forms::machineClock();
   std::unique_ptr<host::RandomSource> random_ = host::machineRandomSource();
-  host::clsOpenPLUVO way_{host::Surroundings{.application = [this] { return connect(); },
-                                             .forms = forms_,
-                                             .boxes = boxes_,
-                                             .inputs = inputs_,
-                                             .clock = *clock_,
-                                             .yielding = yielding_,
-                                             .launcher = launcher_,
-                                             .random = *random_,
-                                             .componentFolder = folder()}};
+  host::clsOpenPLUVO way_{host::Surroundings{
+      .application = [this] { return connect(); },
+      .forms = forms_,
+      .boxes = boxes_,
+      .inputs = inputs_,
+      .clock = *clock_,
+      .yielding = yielding_,
+      .launcher = launcher_,
+      .random = *random_,
+      .componentFolder = folder(),
+      .engineMade = [this](dialog::clsProcessFind& engine) { engine.LiftLimitsSetting(manner_.careful); },
+      .keepsOriginals = manner_.careful}};
 };
 
 /// The process's one session. Never taken down with the process: by then Word's objects and windows have

@@ -127,6 +127,27 @@ void FormWindow::show() {
   isShown_ = true;
   isThere = true;
   focus();
+  host_.listen();
+}
+
+void FormWindow::bringForward() {
+  if (!isShown_ || window_ == nullptr) return;
+  form_.WindowState(0);
+  if (IsIconic(window_) != 0) ShowWindow(window_, SW_RESTORE);
+  if (host_.owner) standAbove(host_.owner());
+  SetForegroundWindow(window_);
+  focus();
+}
+
+void FormWindow::follow(HWND document) {
+  const bool goes = isShown_ && window_ != nullptr && host_.modeless_.contains(form_.Name());
+  if (goes && host_.isOwner && host_.isOwner(document)) standAbove(document);
+}
+
+void FormWindow::standAbove(HWND document) {
+  if (document == nullptr || GetWindow(window_, GW_OWNER) == document) return;
+  SetWindowLongPtrW(window_, GWLP_HWNDPARENT, reinterpret_cast<LONG_PTR>(document));
+  SetWindowPos(window_, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
 
 void FormWindow::hide() {
@@ -136,6 +157,7 @@ void FormWindow::hide() {
   isShown_ = false;
   // First, or the window that is to come to the front cannot.
   waits_.reset();
+  host_.listen();
   if (window_ == nullptr) return;
   ShowWindow(window_, SW_HIDE);
   // The window above which it stands may go before it does.
@@ -152,7 +174,7 @@ void FormWindow::run() {
   if (!host_.modeless_.contains(form_.Name())) waits_.emplace(window_);
   MSG message = {};
   while (form_.Visible()) {
-    const BOOL got = GetMessageW(&message, nullptr, 0, 0);
+    const BOOL got = host_.pull([&] { return GetMessageW(&message, nullptr, 0, 0); });
     if (got <= 0) {
       // The program is to end: whoever waits further out has to hear of it.
       PostQuitMessage(static_cast<int>(message.wParam));
@@ -213,8 +235,7 @@ MultiPageMirror* FormWindow::pages() const {
 // Size and place
 
 SIZE FormWindow::around(SIZE inside) const {
-  RECT frame = {0, 0, inside.cx, inside.cy};
-  AdjustWindowRectEx(&frame, kStyle, FALSE, kExtended);
+  const RECT frame = stage_.look->framed({0, 0, inside.cx, inside.cy}, kStyle, kExtended);
   return {frame.right - frame.left, frame.bottom - frame.top};
 }
 

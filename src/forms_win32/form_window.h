@@ -36,6 +36,12 @@ class FormWindow final : public Receiver {
   static FormWindow* of(HWND window);
   /// Whether the form is shown, and nobody waits for it.
   bool isBeside() const { return isShown_ && loops_ == 0; }
+  bool isShown() const { return isShown_; }
+  /// In front of all, as it was before it was out of the way, above the window its user works in.
+  void bringForward();
+  /// The user works in that window now, which may be a document's.
+  void follow(HWND document);
+  Win32Forms& host() const { return host_; }
   /// Whether the form is shown but its window went with the one it stood above: Word's go with their
   /// documents.
   bool isLost() const { return isShown_ && window_ == nullptr; }
@@ -55,6 +61,7 @@ class FormWindow final : public Receiver {
   int widthAtFirst() const;
   void setSize();
   HWND ownerNow() const;
+  void standAbove(HWND document);
   void putInPlace(SIZE size);
   void refreshWindowState();
   void focus();

@@ -11,28 +11,62 @@ namespace pluvo::forms_win32 {
 Win32Forms::Win32Forms(forms::MessageBoxes& boxes) : boxes_(boxes), module_(std::make_unique<Module>()) {}
 
 Win32Forms::~Win32Forms() {
-  if (keys_ != nullptr) UnhookWindowsHookEx(keys_);
+  for (HHOOK hook : {keys_, activations_}) {
+    if (hook != nullptr) UnhookWindowsHookEx(hook);
+  }
 }
 
-/// As long as a form is shown for which nobody waits: whose loop its messages come through is not known.
-void Win32Forms::hearKeys() {
-  const bool needed = std::ranges::any_of(windows_, [](const auto& each) { return each.second->isBeside(); });
-  if (needed && keys_ == nullptr)
-    keys_ = SetWindowsHookExW(WH_GETMESSAGE, heard, nullptr, GetCurrentThreadId());
-  if (!needed && keys_ != nullptr) UnhookWindowsHookEx(std::exchange(keys_, nullptr));
+/// As long as a form is shown: whose loop its messages come through is not known, nor which window the user
+/// goes to.
+void Win32Forms::listen() {
+  const bool needed = std::ranges::any_of(windows_, [](const auto& each) { return each.second->isShown(); });
+  const auto hook = [needed](HHOOK& held, int kind, HOOKPROC procedure) {
+    if (needed && held == nullptr) held = SetWindowsHookExW(kind, procedure, nullptr, GetCurrentThreadId());
+    if (!needed && held != nullptr) UnhookWindowsHookEx(std::exchange(held, nullptr));
+  };
+  hook(keys_, WH_GETMESSAGE, heard);
+  hook(activations_, WH_CBT, activated);
 }
 
 LRESULT CALLBACK Win32Forms::heard(int code, WPARAM wparam, LPARAM data) {
   auto& message = *reinterpret_cast<MSG*>(data);
   if (code == HC_ACTION && wparam == PM_REMOVE && message.hwnd != nullptr) {
     FormWindow* window = FormWindow::of(GetAncestor(message.hwnd, GA_ROOT));
+    const bool isOthers = window != nullptr && (window->isBeside() || !window->host().pulls_);
+    const bool isKey = message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST;
     try {
-      if (window != nullptr && window->takes(message)) message.message = WM_NULL;
+      if (isOthers && isKey) {
+        // Not left to the loop, which may take keys for its own before it asks whose they are.
+        MSG key = std::exchange(message, MSG{});
+        if (!window->takes(key)) {
+          TranslateMessage(&key);
+          DispatchMessageW(&key);
+        }
+      }
     } catch (...) {  // nothing may leave for the system
       message.message = WM_NULL;
     }
   }
   return CallNextHookEx(nullptr, code, wparam, data);
+}
+
+LRESULT CALLBACK Win32Forms::activated(int code, WPARAM wparam, LPARAM lparam) {
+  if (code == HCBT_ACTIVATE)
+    EnumThreadWindows(
+        GetCurrentThreadId(),
+        [](HWND window, LPARAM document) -> BOOL {
+          // NOLINTNEXTLINE(performance-no-int-to-ptr): Windows passes it on so
+          if (FormWindow* form = FormWindow::of(window)) form->follow(reinterpret_cast<HWND>(document));
+          return TRUE;
+        },
+        static_cast<LPARAM>(wparam));
+  return CallNextHookEx(nullptr, code, wparam, lparam);
+}
+
+void Win32Forms::bringForward(std::u16string_view form) {
+  for (const auto& [each, window] : windows_) {
+    if (each->Name() == form) return window->bringForward();
+  }
 }
 
 FormWindow& Win32Forms::shownBy(forms::Form& form) {
@@ -51,7 +85,6 @@ void Win32Forms::visibleChanged(forms::Form& form) {
   } else if (const auto there = windows_.find(&form); there != windows_.end()) {
     there->second->hide();
   }
-  hearKeys();
 }
 
 void Win32Forms::repaint(forms::Form& form) {

@@ -24,6 +24,13 @@ class Chosen {
   HGDIOBJ before_;
 };
 
+/// What Windows has since version 10; null before.
+template <class Function>
+Function newer(const char* name) {
+  return reinterpret_cast<Function>(
+      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"user32"), name)));
+}
+
 int CALLBACK isThere(const LOGFONTW*, const TEXTMETRICW*, DWORD, LPARAM found) {
   *reinterpret_cast<bool*>(found) = true;
   return 0;
@@ -55,10 +62,7 @@ LOGFONTW systemFont() {
 }  // namespace
 
 UINT Look::dotsPerInch(HWND window) {
-  // Not there before Windows 10.
-  using Asks = UINT(WINAPI*)(HWND);
-  const auto ask = reinterpret_cast<Asks>(
-      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"user32"), "GetDpiForWindow")));
+  const auto ask = newer<UINT(WINAPI*)(HWND)>("GetDpiForWindow");
   if (ask != nullptr) {
     if (const UINT dots = ask(window); dots != 0) return dots;
   }
@@ -66,6 +70,13 @@ UINT Look::dotsPerInch(HWND window) {
   const int dots = GetDeviceCaps(screen, LOGPIXELSY);
   ReleaseDC(nullptr, screen);
   return static_cast<UINT>(dots);
+}
+
+RECT Look::framed(RECT inside, DWORD style, DWORD extended) const {
+  const auto frame = newer<BOOL(WINAPI*)(RECT*, DWORD, BOOL, DWORD, UINT)>("AdjustWindowRectExForDpi");
+  if (frame == nullptr || frame(&inside, style, FALSE, extended, dotsPerInch_) == 0)
+    AdjustWindowRectEx(&inside, style, FALSE, extended);
+  return inside;
 }
 
 HFONT Look::font(const forms::Font& font, bool underlined) {

@@ -28,6 +28,9 @@ class Look {
   /// Of the screen the window is on, as far as the process cares.
   static UINT dotsPerInch(HWND window);
 
+  /// A window of that style around what is inside, at this resolution.
+  RECT framed(RECT inside, DWORD style, DWORD extended) const;
+
   /// From 1/96 of an inch.
   int px(int length) const { return MulDiv(length, static_cast<int>(dotsPerInch_), 96); }
 

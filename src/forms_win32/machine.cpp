@@ -64,7 +64,8 @@ void Win32Yielding::yield() {
   const base::AtEnd yielded([this] { yields_ = false; });
   const ULONGLONG end = GetTickCount64() + kLongestYield;
   MSG message = {};
-  while (GetTickCount64() < end && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != 0) {
+  const auto fetch = [&] { return PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE); };
+  while (GetTickCount64() < end && host_.pull(fetch) != 0) {
     if (message.message == WM_QUIT) {
       // Whoever runs the program's loop has to hear of it.
       PostQuitMessage(static_cast<int>(message.wParam));

@@ -18,18 +18,23 @@ std::vector<Member> flag(const std::u16string& name, bool& value) {
 }
 
 Handle documents() {
-  return object(
-      u"Documents",
-      {
-          {u"get Count", [] { return static_cast<std::int32_t>(world().documents.size()); }},
-          {u"call Item",
-           [](const Arguments& given) {
-             const auto index = static_cast<std::size_t>(given.number(0)) - 1;
-             if (index >= world().documents.size()) throw refusal(word::kMemberMissing);
-             return documentObject(world().documents[index]);
-           }},
-          {u"call Open", [](const Arguments& given) { return documentObject(world().open(given.text(0))); }},
-      });
+  return object(u"Documents",
+                {
+                    {u"get Count", [] { return static_cast<std::int32_t>(world().documents.size()); }},
+                    {u"call Item",
+                     [](const Arguments& given) {
+                       const auto index = static_cast<std::size_t>(given.number(0)) - 1;
+                       if (index >= world().documents.size()) throw refusal(word::kMemberMissing);
+                       return documentObject(world().documents[index]);
+                     }},
+                    {u"call Open",
+                     [](const Arguments& given) {
+                       constexpr UINT kAddToRecentFiles = 3;
+                       const Document opened = world().open(given.text(0));
+                       if (given.flag(kAddToRecentFiles, true)) world().recentFiles.push_back(opened->name());
+                       return documentObject(opened);
+                     }},
+                });
 }
 
 Handle options() {
@@ -98,6 +103,15 @@ Handle application() {
       {u"get Documents", documents},
       {u"get Options", options},
       {u"get UndoRecord", undoRecord},
+      {u"get Version", [] { return std::u16string(u"0.0"); }},
+      {u"get AutomationSecurity", [] { return world().automationSecurity; }},
+      {u"put AutomationSecurity",
+       [](const Arguments& given) { world().automationSecurity = given.number(0); }},
+      {u"get ActiveWindow", [] { return windowObject(world().active()); }},
+      {u"get ProtectedViewWindows",
+       [] {
+         return object(u"ProtectedViewWindows", {{u"get Count", [] { return ways().protectedViews; }}});
+       }},
       {u"get PathSeparator", [entry] { return std::u16string(u"\\"); }},
       {u"put Visible",
        [](const Arguments& given) { ShowWindow(world().window(), given.flag(0) ? SW_SHOW : SW_HIDE); }},
@@ -133,6 +147,12 @@ Handle documentObject(const Document& document) {
        [=](const Arguments& given) {
          if (open().file.protection != word::wdNoProtection) throw refusal(word::kNotAvailable);
          document->file.protection = given.number(0);
+         if (ways().resetsForms && !given.flag(1, false)) {
+           Place all(*document, {0, document->length()});
+           document->file.protection = word::wdNoProtection;
+           document->replace(all, document->file.blank);
+           document->file.protection = given.number(0);
+         }
          document->file.protectionPassword = given.text(2);
          document->saved = false;
        }},
@@ -146,6 +166,8 @@ Handle documentObject(const Document& document) {
        }},
       {u"get StoryRanges", [=] { return stories(document); }},
       {u"get Saved", [=] { return open().saved; }},
+      {u"put Saved", [=](const Arguments& given) { open().saved = given.flag(0); }},
+      {u"get TrackRevisions", [=] { return open(), ways().keepsDeleted; }},
       {u"call Close",
        [=](const Arguments& given) {
          if (given.flag(0) && !open().saved) world().save(*document);
@@ -162,7 +184,11 @@ Handle windowObject(const Document& document) {
   const auto show = [document](const Arguments& given) {
     document->view = given.flag(0) ? text::View::codes : text::View::results;
   };
-  const auto view = [show] { return object(u"View", {{u"put ShowFieldCodes", show}}); };
+  const auto view = [=] {
+    return object(u"View", {{u"put ShowFieldCodes", show},
+                            {u"get ShowFieldCodes", [=] { return document->view == text::View::codes; }},
+                            {u"get ReadingLayout", [] { return ways().reads; }}});
+  };
   return object(u"Window", {{u"get View", view}, {u"get Application", application}});
 }
 

@@ -56,6 +56,11 @@ class Arguments {
   std::int32_t number(UINT i, std::int32_t ifMissing) const {
     return i < given_.cArgs ? number(i) : ifMissing;
   }
+  UINT count() const { return given_.cArgs; }
+  bool flag(UINT i, bool ifMissing) const { return isMissing(i) ? ifMissing : flag(i); }
+  bool isMissing(UINT i) const {
+    return i >= given_.cArgs || given_.rgvarg[given_.cArgs - 1 - i].vt == VT_ERROR;
+  }
   bool flag(UINT i) const { return changed(i, VT_BOOL).boolVal != VARIANT_FALSE; }
   std::u16string text(UINT i) const;
   /// As they were given, in words: `VT_I4 0, missing`.

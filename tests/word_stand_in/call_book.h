@@ -25,6 +25,8 @@ class CallBook {
   void lack(const std::u16string& member) { lacking_.insert(member); }
   bool lacks(const std::u16string& member);
   void allowAll();
+  /// More arguments are too many for this Word.
+  void atMost(const std::u16string& call, UINT arguments) { most_[call] = arguments; }
 
   /// One a call: `call Range.SetRange(VT_I4 0, VT_I4 5)`.
   const std::vector<std::u16string>& lines() const { return lines_; }
@@ -44,6 +46,7 @@ class CallBook {
  private:
   std::map<std::u16string, Script> scripts_;
   std::set<std::u16string> lacking_;
+  std::map<std::u16string, UINT> most_;
   std::vector<std::u16string> lines_;
   bool writing_ = true;
 };

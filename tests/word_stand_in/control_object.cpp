@@ -25,6 +25,7 @@ void sleep(DWORD milliseconds) {
   for (ULONGLONG now = GetTickCount64(); now < end; now = GetTickCount64()) {
     MsgWaitForMultipleObjects(0, nullptr, FALSE, static_cast<DWORD>(end - now), QS_ALLINPUT);
     for (MSG message; PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != 0;) {
+      if (ways().eatsKeys && message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST) continue;
       TranslateMessage(&message);
       DispatchMessageW(&message);
     }
@@ -53,6 +54,9 @@ Handle controlObject() {
       {u"get Log", [] { return joined(world().calls.lines()); }},
       {u"call ClearLog", [] { world().calls.clear(); }},
       {u"put Logging", [](const A& given) { world().calls.writing(given.flag(0)); }},
+      // A way of Word's own: each document has a window; its loop eats keys.
+      {u"put HasWindows", [](const A& given) { ways().hasWindows = given.flag(0); }},
+      {u"put EatsKeys", [](const A& given) { ways().eatsKeys = given.flag(0); }},
       {u"call SetDefaultPath", [](const A& given) { world().defaultPaths[given.number(0)] = given.text(1); }},
       // What scripts under Wine cannot do themselves: files on the disk (no text where there is none), and
       // waiting.

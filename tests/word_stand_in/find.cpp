@@ -42,6 +42,7 @@ struct Visible {
     text::forEachVisibleStretch(model.text(), model.visibility(), document.view, 0, model.length(),
                                 [&](Position start, const text::Stretch& stretch) {
                                   for (Position i = 0; i < stretch.length; ++i) {
+                                    if (stretch[i] == kUnseen) continue;
                                     units += stretch[i];
                                     positions.push_back(start + i);
                                   }

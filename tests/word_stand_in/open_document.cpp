@@ -44,6 +44,13 @@ void OpenDocument::replace(Place& place, const std::u16string& newText) {
   requireEditable();
   const Before before(*this);
   const Span replaced = place.span();
+  if (ways().keepsDeleted && !replaced.empty()) {
+    // The new text stands before what is marked as deleted.
+    place.set({replaced.from, replaced.from});
+    if (!newText.empty()) replace(place, newText);
+    saved = false;
+    return;
+  }
   const Span now = mainText().replace(replaced, newText, view);
   follow(place, before, replaced, now);
   place.set(now.empty() ? Span{replaced.from, replaced.from} : now);
@@ -90,6 +97,7 @@ void OpenDocument::highlight(Span span, std::int32_t colour) {
 std::u16string OpenDocument::visibleText(Span span) {
   std::u16string text;
   for (const char16_t unit : mainText().visibleText(span, view)) {
+    if (unit == kUnseen) continue;
     if (unit == text::kCellMark) text += text::kParagraphMark;
     text += unit;
   }

@@ -5,6 +5,8 @@
 #include "text/positions.h"
 #include "text/visible.h"
 
+#include <windows.h>
+
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -15,6 +17,24 @@ namespace pluvo::stand_in {
 
 class Place;
 
+/// A place that Text and finds leave out: hidden text, or where a content control begins or ends.
+inline constexpr char16_t kUnseen = 0xE000;
+
+/// What not every Word does, or not always.
+struct Ways {
+  bool runsMacros = false;        ///< of a file that is opened, unless it is told not to
+  bool opensChanged = false;      ///< a file that was just opened has changes
+  bool resetsForms = false;       ///< fields of a form that is protected again, unless told not to
+  bool keepsDeleted = false;      ///< changes are tracked; ranges and finds see what was deleted
+  bool snapsOutOfFields = false;  ///< a range that is to begin in a field begins before it
+  bool hasWindows = false;        ///< one for each document, which goes with it
+  bool eatsKeys = false;          ///< the loop of its own leaves no keys to others
+  bool reads = false;             ///< documents are in reading view
+  std::int32_t protectedViews = 0;
+  std::int32_t story = 1;  ///< in which the selection stands
+};
+Ways& ways();
+
 /// A file as Word would find it.
 struct StoredFile {
   std::u16string text = {};
@@ -23,7 +43,8 @@ struct StoredFile {
   std::int32_t protection = -1;
   std::u16string protectionPassword = {};
   bool readOnly = false;
-  bool onDisk = false;  ///< the text is the disk's; the rest holds for it
+  bool onDisk = false;        ///< the text is the disk's; the rest holds for it
+  std::u16string blank = {};  ///< of a form: what a reset of its fields leaves
 };
 
 /// A text file's text as Word takes it: every kind of line end is a paragraph mark, one more at the end where
@@ -71,6 +92,7 @@ class OpenDocument {
   const std::u16string path;
   StoredFile file;
   bool saved = true;
+  HWND window = nullptr;  ///< its own, where documents have such
   text::View view = text::View::results;
   std::vector<std::u16string> undoRecords;
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <memory>
 #include <utility>
+#include <vector>
 
 namespace pluvo::stand_in {
 namespace {
@@ -31,7 +32,20 @@ struct Stretch {
 
   void setStart(Position position) const {
     open().requirePosition(position);
-    set({position, std::max(position, span().to)});
+    const Position start = snapped(position);
+    set({start, std::max(start, span().to)});
+  }
+  /// Before the field that the position is in, where this Word does so.
+  Position snapped(Position position) const {
+    if (!ways().snapsOutOfFields) return position;
+    const std::u16string all = open().allText();
+    std::vector<Position> fields;
+    for (Position at = 0; at < position; ++at) {
+      const char16_t unit = all[static_cast<std::size_t>(at)];
+      if (unit == text::kFieldBegin) fields.push_back(at);
+      if (unit == text::kFieldEnd && !fields.empty()) fields.pop_back();
+    }
+    return fields.empty() ? position : fields.front();
   }
   void setEnd(Position position) const {
     open().requirePosition(position);
@@ -142,13 +156,14 @@ Handle stretchObject(std::u16string_view name, const std::shared_ptr<Stretch>& o
        [=](const Arguments& given) {
          on->open().requirePosition(given.number(0));
          on->open().requirePosition(given.number(1));
-         on->set({std::min(given.number(0), given.number(1)), given.number(1)});
+         on->set({on->snapped(std::min(given.number(0), given.number(1))), given.number(1)});
        }},
       {u"get Text", [=] { return on->open().visibleText(on->spoken()); }},
+      {u"get StoryType", [=] { return ways().story; }},
       {u"put Text",
        [=](const Arguments& given) {
          on->open().requireEditable();
-         if (given.text(0).empty()) on->takeLeftOverBlank();
+         if (given.text(0).empty() && !ways().keepsDeleted) on->takeLeftOverBlank();
          on->open().replace(on->place(), given.text(0));
        }},
       {u"call InsertBefore",

@@ -27,7 +27,9 @@ class WordSession {
   WordSession& operator=(const WordSession&) = delete;
 
   /// What an engine works with.
-  std::shared_ptr<word::Application> word() const { return word_com::applicationOf(application_.Get()); }
+  std::shared_ptr<word::Application> word(const word_com::Manner& manner = {}) const {
+    return word_com::applicationOf(application_.Get(), manner);
+  }
 
   static World& world() { return World::instance(); }
   static CallBook& calls() { return world().calls; }

@@ -34,7 +34,15 @@ HWND create(const wchar_t* name, WNDPROC procedure, DWORD style, const RECT& at,
                          at.bottom - at.top, parent, nullptr, kind.hInstance, nullptr);
 }
 
+HWND documentWindow() {
+  HWND window = create(L"OpusApp", DefWindowProcW, WS_OVERLAPPEDWINDOW, {20, 20, 920, 720}, nullptr);
+  create(L"_WwG", pane, WS_CHILD, {40, 40, 840, 640}, window);
+  return window;
+}
+
 }  // namespace
+
+Ways& ways() { return World::instance().ways; }
 
 World& World::instance() {
   // Never destroyed: objects that a script forgot may be released after this library's own statics are gone.
@@ -76,11 +84,16 @@ Document World::open(const std::u16string& path) {
   const StoredFile file = load(path);
   askPassword(file.openPassword);
   askPassword(file.writePassword);
-  return add(path, file);
+  constexpr std::int32_t kForceDisable = 3;
+  if (ways.runsMacros && automationSecurity != kForceDisable) ++macrosRun;
+  const Document opened = add(path, file);
+  opened->saved = !ways.opensChanged;
+  return opened;
 }
 
 Document World::add(const std::u16string& path, const StoredFile& file) {
   documents.push_back(std::make_shared<OpenDocument>(path, file));
+  if (ways.hasWindows) documents.back()->window = documentWindow();
   return active_ = documents.back();
 }
 
@@ -90,11 +103,13 @@ void World::save(OpenDocument& document) {
   if (document.file.readOnly || (document.file.onDisk && !writeFile(document.path, document.file.text)))
     throw refusal(word::kFileReadOnly);
   fileAt(document.path) = document.file;
+  savedFiles.push_back(document.name());
   document.saved = true;
 }
 
 void World::close(const Document& document) {
   document->close();
+  if (document->window != nullptr) DestroyWindow(document->window);
   std::erase(documents, document);
   if (active_ == document) active_ = documents.empty() ? nullptr : documents.back();
 }
@@ -109,6 +124,11 @@ void World::reset() {
   calls.writing(true);
   screenUpdating = true;
   smartCutPaste = true;
+  ways = {};
+  automationSecurity = 1;
+  macrosRun = 0;
+  savedFiles.clear();
+  recentFiles.clear();
   undoRecord.clear();
   undoLevel = 0;
   dialogFind = {};
@@ -116,8 +136,7 @@ void World::reset() {
 
 HWND World::window() {
   if (window_ == nullptr || !IsWindow(window_)) {
-    window_ = create(L"OpusApp", DefWindowProcW, WS_OVERLAPPEDWINDOW, {20, 20, 920, 720}, nullptr);
-    create(L"_WwG", pane, WS_CHILD, {40, 40, 840, 640}, window_);
+    window_ = documentWindow();
   }
   return window_;
 }

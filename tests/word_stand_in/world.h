@@ -52,6 +52,12 @@ class World {
 
   bool screenUpdating = true;
   bool smartCutPaste = true;
+  Ways ways;
+  std::int32_t automationSecurity = 1;
+  std::int32_t macrosRun = 0;
+  /// The files that were saved, and those in the list of recent ones.
+  std::vector<std::u16string> savedFiles;
+  std::vector<std::u16string> recentFiles;
   std::map<std::int32_t, std::u16string> defaultPaths;
 
   /// What the user answers when Word asks for a password to a file; without an answer he cancels.

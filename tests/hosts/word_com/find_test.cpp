@@ -79,7 +79,7 @@ TEST(ComFind, TakesOfWordsMatchesThoseThatAreTheText) {
       {"nothing", u"one two", u"six", {2, 2}, {}, {}, 1},
       {"curly quotes are not straight", quotes, u"\"a\"", {0, 0}, {{4, 7}, {11, 14}}, {{11, 14}}, 2},
       {"there are no straight ones", quotes, u"\"b\"", {3, 3}, {{4, 7}}, {}, 2},
-      {"a find that stands still", quotes, u"\"a\"", {0, 0}, {{4, 7}, {4, 7}, {4, 7}}, {}, 2},
+      {"a find that stands still", quotes, u"\"a\"", {0, 0}, {{4, 7}, {4, 7}, {4, 7}}, {}, 3},
       {"within a range", u"a b a b", u"b", {0, 5}, {{2, 3}}, {{2, 3}}, 1},
       {"a range that is the text needs no find", u"a b a b", u"b", {2, 3}, {{6, 7}}, {{2, 3}}, 0},
       {"a match outside the range", u"a b a b", u"b", {3, 5}, {{6, 7}}, {}, 1},

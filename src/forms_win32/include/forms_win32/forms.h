@@ -11,6 +11,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace pluvo::forms_win32 {
 
@@ -39,6 +40,11 @@ class Win32Forms final : public forms::FormHost {
 
   /// Windows of forms stand above this one, the word processor's; asked for when a form is first shown.
   std::function<HWND()> owner;
+  /// Whether that is such a window: the forms that leave others usable go along where the user goes to
+  /// another of them. Without it they stay where they are.
+  std::function<bool(HWND)> isOwner;
+  /// The form of that name, where it is shown, comes to the front, also where it was out of the way.
+  void bringForward(std::u16string_view form);
   /// The user goes to and fro between this form and the documents. To be said before it is first shown.
   void leavesOthersUsable(std::u16string form) { modeless_.insert(std::move(form)); }
 
@@ -46,6 +52,14 @@ class Win32Forms final : public forms::FormHost {
   /// place. To be said before its form is first shown.
   void staysInSight(std::u16string control) { kept_.insert(std::move(control)); }
 
+  /// Has a message fetched in a loop of this host's own.
+  template <class Fetch>
+  BOOL pull(Fetch&& fetch) {
+    const bool before = std::exchange(pulls_, true);
+    const BOOL got = std::forward<Fetch>(fetch)();
+    pulls_ = before;
+    return got;
+  }
   /// Deals with a message of the thread: keys mean something to a form as a whole.
   void dispatch(MSG& message);
 
@@ -57,9 +71,10 @@ class Win32Forms final : public forms::FormHost {
   friend class FormWindow;
   FormWindow& shownBy(forms::Form& form);
   bool isForm(HWND window) const;
-  void hearKeys();
+  void listen();
   void bringBack();
   static LRESULT CALLBACK heard(int code, WPARAM wparam, LPARAM message);
+  static LRESULT CALLBACK activated(int code, WPARAM wparam, LPARAM lparam);
 
   forms::MessageBoxes& boxes_;
   std::set<std::u16string> modeless_;
@@ -67,6 +82,8 @@ class Win32Forms final : public forms::FormHost {
   std::unique_ptr<Module> module_;
   /// While forms are shown: keys that come through loops of others, the word processor's.
   HHOOK keys_ = nullptr;
+  HHOOK activations_ = nullptr;
+  bool pulls_ = false;
   /// Each is owned by its form's changed event, and so lives as long as the form.
   std::map<const forms::Form*, FormWindow*> windows_;
 };
