@@ -72,15 +72,33 @@ class Barrier {
   std::wstring path_;
 };
 
+std::wstring braced(REFGUID id) {
+  wchar_t text[40] = {};
+  StringFromGUID2(id, text, 40);
+  return text;
+}
+
+/// What stands there for the machine stands there for the user as well, as an earlier version left it that
+/// was registered twice.
+void copyToUser() {
+  for (const std::wstring& key :
+       {L"CLSID\\" + braced(CLSID_clsOpenPLUVO), L"TypeLib\\" + braced(LIBID_PLUVO),
+        L"Interface\\" + braced(IID__clsOpenPLUVO), std::wstring(L"PLUVO.clsOpenPLUVO")}) {
+    const std::wstring path = L"Software\\Classes\\" + key;
+    HKEY to = nullptr;
+    RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &to, nullptr);
+    EXPECT_EQ(RegCopyTreeW(HKEY_LOCAL_MACHINE, path.c_str(), to), ERROR_SUCCESS);
+    RegCloseKey(to);
+  }
+}
+
 TEST(Registration, ThatFailsLeavesTheOneBefore) {
   const LoadedComponent component;
   for (const wchar_t* all : {L"user", L"machine"}) component.install(false, all);
   const Keys before = classKeys();
   const std::wstring classes = L"Software\\Classes\\";
-  wchar_t classId[40] = {};
-  wchar_t interfaceId[40] = {};
-  StringFromGUID2(CLSID_clsOpenPLUVO, classId, 40);
-  StringFromGUID2(IID__clsOpenPLUVO, interfaceId, 40);
+  const std::wstring classId = braced(CLSID_clsOpenPLUVO);
+  const std::wstring interfaceId = braced(IID__clsOpenPLUVO);
   // In the midst of what is written: what comes behind it could be.
   const std::wstring interfaceKey = classes + L"Interface\\" + interfaceId;
   const std::wstring server = classes + L"CLSID\\" + classId + L"\\InprocServer32";
@@ -108,23 +126,32 @@ TEST(Registration, ThatFailsLeavesTheOneBefore) {
   EXPECT_THAT(left(before), testing::IsEmpty());
 }
 
+/// How often it was registered does not matter, nor where an earlier version in the same place wrote.
 TEST(Registration, LeavesNoKey) {
   const LoadedComponent component;
   for (const wchar_t* all : {L"user", L"machine"}) component.install(false, all);
   const Keys before = classKeys();
-  for (const wchar_t* wanted : {L"user", L"machine", L""}) {
-    EXPECT_EQ(component.install(true, wanted), S_OK);
-    EXPECT_TRUE(canBeCreated());
-    EXPECT_TRUE(hasTypeLibrary());
-    EXPECT_EQ(component.install(false, wanted), S_OK);
-    EXPECT_FALSE(canBeCreated());
-    EXPECT_THAT(left(before), testing::IsEmpty());
+  constexpr const wchar_t* kRows[][2] = {
+      {L"user", L""}, {L"", L"user"}, {L"machine", L"machine"}, {L"user", L"again"}};
+  for (const auto& [first, second] : kRows) {
+    for (const int times : {1, 2}) {
+      EXPECT_EQ(component.install(true, first), S_OK);
+      if (second == std::wstring_view(L"again")) {
+        copyToUser();
+      } else if (times == 2) {
+        EXPECT_EQ(component.install(true, second), S_OK);
+      }
+      EXPECT_TRUE(canBeCreated());
+      EXPECT_TRUE(hasTypeLibrary());
+      EXPECT_EQ(component.install(false, first), S_OK);
+      EXPECT_FALSE(canBeCreated());
+      EXPECT_THAT(left(before), testing::IsEmpty()) << times;
+    }
   }
-  EXPECT_EQ(component.registerServer(), S_OK);
   EXPECT_EQ(component.registerServer(), S_OK);
   EXPECT_TRUE(canBeCreated());
   EXPECT_EQ(component.unregisterServer(), S_OK);
-  EXPECT_EQ(component.unregisterServer(), S_OK);
+  EXPECT_EQ(component.unregisterServer(), S_OK) << "which does nothing";
   EXPECT_EQ(component.install(true, L"everybody"), E_INVALIDARG);
   EXPECT_THAT(left(before), testing::IsEmpty());
 }
