@@ -8,6 +8,16 @@
 
 namespace pluvo::forms_win32 {
 
+namespace {
+
+BOOL CALLBACK tell(HWND window, LPARAM document) {
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): Windows passes it on so
+  if (FormWindow* form = FormWindow::of(window)) form->follow(reinterpret_cast<HWND>(document));
+  return TRUE;
+}
+
+}  // namespace
+
 Win32Forms::Win32Forms(forms::MessageBoxes& boxes) : boxes_(boxes), module_(std::make_unique<Module>()) {}
 
 Win32Forms::~Win32Forms() {
@@ -51,15 +61,7 @@ LRESULT CALLBACK Win32Forms::heard(int code, WPARAM wparam, LPARAM data) {
 }
 
 LRESULT CALLBACK Win32Forms::activated(int code, WPARAM wparam, LPARAM lparam) {
-  if (code == HCBT_ACTIVATE)
-    EnumThreadWindows(
-        GetCurrentThreadId(),
-        [](HWND window, LPARAM document) -> BOOL {
-          // NOLINTNEXTLINE(performance-no-int-to-ptr): Windows passes it on so
-          if (FormWindow* form = FormWindow::of(window)) form->follow(reinterpret_cast<HWND>(document));
-          return TRUE;
-        },
-        static_cast<LPARAM>(wparam));
+  if (code == HCBT_ACTIVATE) EnumThreadWindows(GetCurrentThreadId(), tell, static_cast<LPARAM>(wparam));
   return CallNextHookEx(nullptr, code, wparam, lparam);
 }
 

@@ -43,7 +43,7 @@ void Panel::arrange() {
     if (!low) break;
     const int each = static_cast<int>(inside.right) / static_cast<int>(kept.size());
     stripHeight_ =
-        std::max(stripHeight_, mirror->heightFor(each - stage_.look->px(20)) + stage_.look->px(14));
+        std::max(stripHeight_, mirror->heightFor(each - stage_.look->px(20)) + 2 * stage_.look->px(7));
   }
   const Grid grid = this->grid(low ? stage_.kept : std::set<std::u16string>());
   SCROLLINFO bar = {};

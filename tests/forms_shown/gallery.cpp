@@ -2,7 +2,9 @@
 //
 //     forms_qt_gallery | forms_win32_gallery
 //     [find|filled|changed|highlight|files|options|about|stats|picker|password
-//                                              |confirm|question|more|report]
+//                                              |confirm|question|more|report] [long]
+//
+// With `long`, captions are far longer than there is a place for in one line.
 #include "errors/context.h"
 #include "host/frmFAR.h"
 #include "host/tips.h"
@@ -99,6 +101,13 @@ int main(int argc, char** argv) {
   const auto random = host::machineRandomSource();
   host::frmFAR dialog({[&] { return word; }, user.host, user.boxes, user.inputs, *clock, user.yielding,
                        user.launcher, *random, path("program")});
+  if (argc > 2) {
+    for (const char16_t* name :
+         {u"cmdViewOperation", u"chkConfirmEach", u"chkQuiteMode", u"cmdBrowse", u"lblReadMe"}) {
+      auto& control = dialog.get<forms::Control>(name);
+      control.Caption(control.Caption() + u" with many more words than there is a place for in one line");
+    }
+  }
   user.later([&] { show(argc > 1 ? argv[1] : "find", path("Documents/Contracts"), dialog, user); });
   dialog.ShowModal();
 }

@@ -18,9 +18,9 @@
 
 namespace pluvo::forms {
 
-/// What there must be before a user is: nothing.
+/// What there must be before a user is: windows at the screen's own resolution, as Word's are.
 struct Toolkit {
-  Toolkit(int, char**) {}
+  Toolkit(int, char**) { SetProcessDPIAware(); }
 };
 
 /// By window messages; see forms_shown/shown_form.h.
