@@ -144,6 +144,11 @@ void FormWindow::follow(HWND document) {
   if (goes && host_.isOwner && host_.isOwner(document)) standAbove(document);
 }
 
+void FormWindow::leave(HWND document) {
+  if (!isShown_ || window_ == nullptr || GetWindow(window_, GW_OWNER) != document) return;
+  if (host_.isOwner && host_.isOwner(document)) SetWindowLongPtrW(window_, GWLP_HWNDPARENT, 0);
+}
+
 void FormWindow::standAbove(HWND document) {
   if (document == nullptr || GetWindow(window_, GW_OWNER) == document) return;
   SetWindowLongPtrW(window_, GWLP_HWNDPARENT, reinterpret_cast<LONG_PTR>(document));

@@ -41,6 +41,8 @@ class FormWindow final : public Receiver {
   void bringForward();
   /// The user works in that window now, which may be a document's.
   void follow(HWND document);
+  /// That window goes, and would take along what stands above it.
+  void leave(HWND document);
   Win32Forms& host() const { return host_; }
   /// Whether the form is shown but its window went with the one it stood above: Word's go with their
   /// documents.

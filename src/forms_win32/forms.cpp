@@ -16,6 +16,12 @@ BOOL CALLBACK tell(HWND window, LPARAM document) {
   return TRUE;
 }
 
+BOOL CALLBACK tellGone(HWND window, LPARAM document) {
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): Windows passes it on so
+  if (FormWindow* form = FormWindow::of(window)) form->leave(reinterpret_cast<HWND>(document));
+  return TRUE;
+}
+
 }  // namespace
 
 Win32Forms::Win32Forms(forms::MessageBoxes& boxes) : boxes_(boxes), module_(std::make_unique<Module>()) {}
@@ -61,7 +67,9 @@ LRESULT CALLBACK Win32Forms::heard(int code, WPARAM wparam, LPARAM data) {
 }
 
 LRESULT CALLBACK Win32Forms::activated(int code, WPARAM wparam, LPARAM lparam) {
-  if (code == HCBT_ACTIVATE) EnumThreadWindows(GetCurrentThreadId(), tell, static_cast<LPARAM>(wparam));
+  const auto document = static_cast<LPARAM>(wparam);
+  if (code == HCBT_ACTIVATE) EnumThreadWindows(GetCurrentThreadId(), tell, document);
+  if (code == HCBT_DESTROYWND) EnumThreadWindows(GetCurrentThreadId(), tellGone, document);
   return CallNextHookEx(nullptr, code, wparam, lparam);
 }
 

@@ -123,7 +123,10 @@ int ButtonMirror::width() const {
 }
 
 int ButtonMirror::heightFor(int width) const {
-  const int text = look().size(marked(button_.Caption()), font(), width - look().px(kButtonFrame), true).cy;
+  int text = look().size(marked(button_.Caption()), font(), width - look().px(kButtonFrame), true).cy;
+  // The system may break one line more than it makes room for in the middle.
+  const int line = look().lineHeight(font());
+  if (text >= 2 * line) text += line;
   return std::max(text + look().px(10), look().px(kButtonHeight));
 }
 

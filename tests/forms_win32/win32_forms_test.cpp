@@ -181,6 +181,9 @@ TEST_F(ShownForm, GoesWhereTheUserGoesAndComesToTheFront) {
   User::later([&] {
     SetActiveWindow(documents[1]);
     EXPECT_EQ(GetWindow(user.window(), GW_OWNER), documents[1]);
+    HWND shown = user.window();
+    DestroyWindow(documents[1]);
+    EXPECT_EQ(user.window(), shown) << "it does not go with the document";
     form.WindowState(1);
     EXPECT_TRUE(IsIconic(user.window()));
     user.host.bringForward(u"frmSample");
@@ -190,7 +193,7 @@ TEST_F(ShownForm, GoesWhereTheUserGoesAndComesToTheFront) {
     form.close();
   });
   form.ShowModal();
-  for (HWND document : documents) DestroyWindow(document);
+  DestroyWindow(documents[0]);
 }
 
 TEST_F(ShownForm, EndsWithTheProgram) {

@@ -92,6 +92,10 @@ Set word = CreateObject("Word.Application")
 Set control = CreateObject("PLUVO.StandIn")
 control.Reset
 control.DeleteFolder folder
+' Care is taken, each document has a window that goes with it, and Word's own loop eats keys.
+shell.RegWrite "HKCU\Software\PLUVO\Careful", 1, "REG_DWORD"
+control.HasWindows = True
+control.EatsKeys = True
 control.WriteFile folder & "\PLUVO\readme.txt", "the data folder"
 control.SetDefaultPath 2, folder
 word.Visible = True
@@ -103,6 +107,7 @@ Confirmed: Done "Confirmed"
 ManyFiles: Done "ManyFiles"
 
 Expect "errors reported", Content("PLUVO\errors.txt"), ""
+shell.RegDelete "HKCU\Software\PLUVO\"
 Set pluvo = Nothing
 control.Reset
 control.DeleteFolder folder

@@ -53,8 +53,10 @@ BOOL CALLBACK takeNativeObject(HWND window, LPARAM found) {
 }
 
 BOOL CALLBACK takeObjectInside(HWND window, LPARAM found) {
-  // One that hangs would have us wait.
-  if (isWords(window) && IsHungAppWindow(window) == 0) EnumChildWindows(window, takeNativeObject, found);
+  // One that hangs would have us wait. This thread's own does not, however long a macro has run.
+  const bool answers =
+      GetWindowThreadProcessId(window, nullptr) == GetCurrentThreadId() || IsHungAppWindow(window) == 0;
+  if (isWords(window) && answers) EnumChildWindows(window, takeNativeObject, found);
   return *place(found) == nullptr;
 }
 
