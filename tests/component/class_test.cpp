@@ -2,7 +2,6 @@
 #include "pluvo_interface.h"
 
 #include <gtest/gtest.h>
-#include <psapi.h>
 #include <wrl/client.h>
 
 namespace pluvo::component {
@@ -14,13 +13,6 @@ ComPtr<IClassFactory> factoryOf(const LoadedComponent& component) {
   ComPtr<IClassFactory> factory;
   EXPECT_EQ(component.getClassObject(CLSID_clsOpenPLUVO, IID_PPV_ARGS(&factory)), S_OK);
   return factory;
-}
-
-std::size_t privateBytes() {
-  PROCESS_MEMORY_COUNTERS counters = {};
-  GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters);
-  // What PROCESS_MEMORY_COUNTERS_EX calls PrivateUsage, which is 0 under Wine.
-  return counters.PagefileUsage;
 }
 
 TEST(Class, LivesAsLongAsSomebodyHoldsIt) {
@@ -43,26 +35,6 @@ TEST(Class, LivesAsLongAsSomebodyHoldsIt) {
   EXPECT_EQ(component.canUnloadNow(), S_FALSE);
   factoryOf(component)->LockServer(FALSE);
   EXPECT_EQ(component.canUnloadNow(), S_OK);
-}
-
-TEST(Class, IsMadeAndLetGoTenThousandTimes) {
-  std::size_t before = 0;
-  {
-    const LoadedComponent component;
-    const ComPtr<IClassFactory> factory = factoryOf(component);
-    constexpr int kWarmUp = 1000;
-    constexpr int kTimes = 10000;
-    for (int i = 0; i < kWarmUp + kTimes; ++i) {
-      if (i == kWarmUp) before = privateBytes();
-      ComPtr<_clsOpenPLUVO> object;
-      ASSERT_EQ(factory->CreateInstance(nullptr, IID_PPV_ARGS(&object)), S_OK);
-      ComPtr<ITypeInfo> info;
-      ASSERT_EQ(object->GetTypeInfo(0, 0, &info), S_OK);
-    }
-  }
-  constexpr std::size_t kNoise = 256 * 1024;
-  EXPECT_LT(privateBytes(), before + kNoise);
-  EXPECT_EQ(GetModuleHandleW(PLUVO_COMPONENT_FILE), nullptr) << "it stays loaded";
 }
 
 TEST(Class, AnswersWhatItIsNot) {

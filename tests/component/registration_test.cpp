@@ -149,9 +149,7 @@ TEST(Registration, LeavesNoKey) {
     }
   }
   EXPECT_EQ(component.registerServer(), S_OK);
-  EXPECT_TRUE(canBeCreated());
-  EXPECT_EQ(component.unregisterServer(), S_OK);
-  EXPECT_EQ(component.unregisterServer(), S_OK) << "which does nothing";
+  for (int i = 0; i < 2; ++i) EXPECT_EQ(component.unregisterServer(), S_OK);
   EXPECT_EQ(component.install(true, L"everybody"), E_INVALIDARG);
   EXPECT_THAT(left(before), testing::IsEmpty());
 }

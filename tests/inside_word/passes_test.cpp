@@ -72,6 +72,7 @@ std::string pass(const word_com::Manner& manner, const PassWay& way, bool byBloc
   const WordSession word;
   const auto document = WordSession::document(text);
   way.prepare(WordSession::world());
+  document->view = text::View::codes;
   dialog::Workplace place(word.word(manner));
   engine::Request asked = way.asked;
   asked.liftLimits = manner.careful;
@@ -86,6 +87,7 @@ std::string pass(const word_com::Manner& manner, const PassWay& way, bool byBloc
   } else {
     place.engine.GoGetEmFARBOT();
   }
+  EXPECT_EQ(document->view == text::View::codes, manner.careful) << "given back";
   std::string left = base::utf8(document->allText());
   if (left.ends_with('\r')) left.pop_back();
   std::string outcome = left + "; " + base::utf8(document->highlights()) + "; " +
@@ -114,18 +116,6 @@ TEST(Passes, BeyondSixteenBits) {
   const std::string kept = pass({}, way, true, filler + u" one one");
   EXPECT_TRUE(kept.substr(filler.size()).starts_with(" one!!!!!")) << kept.substr(filler.size());
   EXPECT_TRUE(kept.ends_with("; 6 cpf:30")) << kept.substr(filler.size());
-}
-
-/// What is given back where care is taken, and only there.
-TEST(Passes, GiveTheViewBack) {
-  for (const bool careful : {false, true}) {
-    const WordSession word;
-    const auto document = WordSession::document(u"one one");
-    document->view = text::View::codes;
-    dialog::Workplace place(word.word({.careful = careful}));
-    place.pass({.begin = u"one", .operation = engine::kDelete});
-    EXPECT_EQ(document->view == text::View::codes, careful);
-  }
 }
 
 /// A find that goes on in the same pass asks Word for little.
@@ -207,26 +197,6 @@ TEST(Passes, AreWrittenDownWhereThatIsWanted) {
       EXPECT_EQ(log.find(part) != std::string::npos, logging != off) << part << '\n' << log;
     EXPECT_EQ(log.find("\"a\"") != std::string::npos, logging == withTexts);
     EXPECT_EQ(scratch.names().empty(), logging == off);
-  }
-}
-
-/// In whatever way a pass ends, Word is left as it was.
-TEST(Passes, LeaveWordAsItWas) {
-  const WordSession word;
-  for (const char16_t* refused : {u"nothing", u"put Range.Text", u"call Find.Execute",
-                                  u"get Application.ActiveDocument", u"put Find.Text", u"get Range.Start",
-                                  u"put Application.ScreenUpdating", u"put Options.SmartCutPaste"}) {
-    SCOPED_TRACE(base::utf8(refused));
-    const auto document = WordSession::document(u"one one");
-    WordSession::calls().refuse(refused, 4605, 2);
-    dialog::Workplace place(word.word());
-    place.pass({.begin = u"one", .operation = engine::kReplace, .text = u"two"});
-    EXPECT_EQ(WordSession::world().undoLevel, 0);
-    EXPECT_TRUE(WordSession::world().screenUpdating);
-    EXPECT_TRUE(WordSession::world().smartCutPaste);
-    EXPECT_LE(document->undoRecords.size(), 1U);
-    WordSession::calls().allowAll();
-    WordSession::world().close(document);
   }
 }
 

@@ -184,22 +184,5 @@ TEST(ComFind, ProposesTheLongestLine) {
   }
 }
 
-TEST(ComFind, ForgetsWhatADialogLeftWhereWordHasIt) {
-  Searched searched(u"a", {0, 0});
-  auto& left = WordSession::world().dialogFind.flags;
-  left[u"IgnorePunct"] = true;
-  left[u"MatchByte"] = false;
-  left[u"MatchKashida"] = true;
-  WordSession::calls().refuse(u"get Find.MatchKashida", 4605);
-  // A range's find begins with what the dialog's has.
-  searched.range = searched.session.word()->ActiveDocument()->Range(0, 0);
-  executed(*searched.range, u"a");
-  const auto set = [&](const std::string& member) { return Searched::calls("put Find." + member); };
-  EXPECT_EQ(set("IgnorePunct"), std::vector<std::string>{"put Find.IgnorePunct(VT_BOOL 0)"});
-  EXPECT_EQ(set("MatchByte"), std::vector<std::string>{"put Find.MatchByte(VT_BOOL -1)"});
-  EXPECT_TRUE(set("MatchFuzzy").empty()) << "it is so already";
-  EXPECT_TRUE(set("MatchKashida").empty()) << "it cannot be set";
-}
-
 }  // namespace
 }  // namespace pluvo::word_com
