@@ -1,6 +1,6 @@
 #pragma once
 
-#include "code_page.h"
+#include "code_pages/code_page.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -9,6 +9,12 @@
 #include <string_view>
 
 namespace pluvo::plain {
+
+using code_pages::Character;
+using code_pages::CodePage;
+using code_pages::isStray;
+using code_pages::strayByte;
+using code_pages::strayUnit;
 
 enum class Encoding : std::uint8_t { utf8, utf16Little, utf16Big, windows1252, codePage };
 

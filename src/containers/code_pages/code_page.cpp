@@ -1,4 +1,4 @@
-#include "code_page.h"
+#include "code_pages/code_page.h"
 
 #include "base/utf.h"
 
@@ -9,7 +9,7 @@
 #include <map>
 #include <utility>
 
-namespace pluvo::plain {
+namespace pluvo::code_pages {
 
 using base::ByteSpan;
 
@@ -179,4 +179,4 @@ std::optional<CodePage::Encoded> CodePage::encodedByConverter(char32_t point) co
   return same ? encoded : std::nullopt;
 }
 
-}  // namespace pluvo::plain
+}  // namespace pluvo::code_pages

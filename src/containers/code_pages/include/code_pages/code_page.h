@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-namespace pluvo::plain {
+namespace pluvo::code_pages {
 
 /// The smallest piece of a text that has bytes of its own, but for line ends: a character, or half of a
 /// surrogate pair in UTF-16.
@@ -91,4 +91,4 @@ class CodePage {
   std::unique_ptr<Converter> converter_;  ///< under the mutex
 };
 
-}  // namespace pluvo::plain
+}  // namespace pluvo::code_pages
