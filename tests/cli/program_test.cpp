@@ -204,13 +204,13 @@ TEST(Program, CountsAsChangedWhatWasSaved) {
 TEST(Program, SaysWhatIsWrongWithAName) {
   const Sandbox sandbox;
   sandbox.put("a.txt", "y\n");
-  sandbox.put("b.rtf", "{\\rtf1 y}");
+  sandbox.put("b.pdf", "%PDF-1.4");
   const std::string longName(300, 'n');
   const std::pair<Words, const char*> cases[] = {
       {{""}, "pluvo: '': io: The name is empty"},
       {{longName}, ": io: Its path is longer than"},
-      {{"a.txt", "--output", "b.rtf/c"}, "cannot make the folder b.rtf/c: what lies above it is a file"},
-      {{"b.rtf"}, "b.rtf: unsupported: The file is an RTF document and cannot be worked on"},
+      {{"a.txt", "--output", "b.pdf/c"}, "cannot make the folder b.pdf/c: what lies above it is a file"},
+      {{"b.pdf"}, "b.pdf: unsupported: The file is a PDF and cannot be worked on"},
       {{"a.txt", "--backup=" + std::string(252, 'n')}, "io: A name that would be made for it is longer"}};
   for (const auto& [words, sentence] : cases) {
     const Result result = sandbox.run(Words{"delete", "-b", "y"} + words);

@@ -2,6 +2,7 @@
 
 #include "docx/docx_format.h"
 #include "plain/plain_format.h"
+#include "rtf/rtf_format.h"
 #include "store/store.h"
 
 #include <memory>
@@ -11,6 +12,7 @@ namespace pluvo::store {
 formats::Registry knownFormats() {
   formats::Registry registry;
   registry.add(std::make_unique<docx::DocxFormat>());
+  registry.add(std::make_unique<rtf::RtfFormat>());
   registry.add(std::make_unique<plain::PlainFormat>());
   return registry;
 }

@@ -4,6 +4,7 @@
 #include "formats/docx/document_builder.h"
 #include "formats/docx/package_check.h"
 #include "formats/docx/random_edits.h"
+#include "formats/left.h"
 #include "storage/store/corpus.h"
 #include "support/invariants.h"
 #include "support/notation.h"
@@ -118,30 +119,6 @@ TEST(Samples, noTruncatedOneIsOpened) {
   }
 }
 
-/// For libreoffice.py, where PLUVO_EDITED names a folder: the file, and beside it the text with field results
-/// that it should have, hidden text too.
-void leave(const std::string& name, const base::Bytes& written, const document::Story& model) {
-  const char* const folder = std::getenv("PLUVO_EDITED");
-  if (folder == nullptr) return;
-  std::u16string shown;
-  std::vector<bool> inCode;
-  for (text::Position i = 0; i < model.length(); ++i) {
-    const char16_t unit = model.text().at(i);
-    if (!model.isFieldMark(i)) {
-      if (std::ranges::count(inCode, true) == 0) shown += unit;
-    } else if (unit == text::kFieldBegin) {
-      inCode.push_back(true);
-    } else if (unit == text::kFieldSeparator) {
-      inCode.back() = false;
-    } else {
-      inCode.pop_back();
-    }
-  }
-  const std::filesystem::path path = std::filesystem::path(folder) / name;
-  std::ofstream(path, std::ios::binary) << std::string(written.view.begin(), written.view.end());
-  std::ofstream(path.string() + ".txt", std::ios::binary) << base::utf8(shown);
-}
-
 bool isLocked(const document::Story& model, text::Position position) {
   const std::int32_t control = model.structure().valueAt(position).control;
   return control != document::kNone && model.controls()[static_cast<std::size_t>(control)].contentLocked;
@@ -169,7 +146,7 @@ TEST(Corpus, isReadBackAsItWasMeantUnchangedHighlightedAndEdited) {
       }
       if (treatment == 2) editAtRandom(model, 1);
       const base::Bytes written = expectSound(document, *opened);
-      if (treatment == 2) leave(file.filename(), written, model);
+      if (treatment == 2) formats::leave(file.filename(), written, model);
     }
   }
   EXPECT_GT(count, corpus.size());

@@ -1,15 +1,16 @@
 #!/usr/bin/env python3
-"""Compares what LibreOffice reads from edited Word documents with the text that they should have.
+"""Compares what LibreOffice reads from edited documents with the text that they should have.
 
-    PLUVO_EDITED=FOLDER docx_tests --gtest_filter='Corpus.*'; libreoffice.py FOLDER
+    PLUVO_EDITED=FOLDER docx_tests --gtest_filter='Corpus.*'; libreoffice.py FOLDER  (or rtf_tests)
 
-LibreOffice is given copies in which content controls are unwrapped and nothing floats: it repeats or drops text in
+LibreOffice is given copies of Word documents in which content controls are unwrapped and nothing floats: it repeats or drops text in
 the former and moves frames and floating tables out of the text. Left out: notes, annotations, drawings, list labels,
 phonetic guides. Deleted text that is tracked stands where it was deleted.
 """
 
 import os
 import re
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -71,7 +72,10 @@ def main(folder):
     work = Path(tempfile.mkdtemp(prefix="docx-libreoffice-"))
     copies = []
     for document in sorted(p for p in folder.iterdir() if p.suffix != ".txt"):
-        copies.append((document, work / f"{len(copies)}.docx"))
+        copies.append((document, work / f"{len(copies)}{'.rtf' if document.suffix == '.rtf' else '.docx'}"))
+        if document.suffix == ".rtf":
+            shutil.copy(document, copies[-1][1])
+            continue
         with zipfile.ZipFile(document) as old, zipfile.ZipFile(copies[-1][1], "w", zipfile.ZIP_DEFLATED) as new:
             for info in old.infolist():
                 data = old.read(info)

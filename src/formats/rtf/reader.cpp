@@ -1,0 +1,229 @@
+#include "reader.h"
+
+#include "damage.h"
+
+#include <algorithm>
+
+namespace pluvo::rtf {
+
+using document::ContentBuilder;
+using document::Look;
+using Kind = Character::Kind;
+
+namespace {
+
+constexpr std::size_t kMostExpected = std::size_t{32} << 20U;
+
+bool isParagraphEnd(Kind kind) { return kind == Kind::paragraph || kind == Kind::cell || kind == Kind::row; }
+
+}  // namespace
+
+TextReader::TextReader(std::string_view bytes, std::size_t size) : bytes_(bytes) {
+  builder_.expect(std::min(size, kMostExpected));
+}
+
+Look TextReader::look() const {
+  const State& state = walker_->state();
+  return {state.hidden, state.highlight, state.deleted};
+}
+
+void TextReader::text(Extent bytes) {
+  const Look now = look();
+  const std::string_view ascii = bytes_.substr(bytes.begin, bytes.end - bytes.begin);
+  count(ascii.size());
+  add({}, now);
+  units_.append(ascii.begin(), ascii.end());
+  pieces_.back().count += ascii.size();
+}
+
+void TextReader::add(std::u16string_view units, const Look& look) {
+  const bool goesOn = !pieces_.empty() && pieces_.back().kind == Kind::ordinary &&
+                      pieces_.back().look.hidden == look.hidden &&
+                      pieces_.back().look.highlight == look.highlight &&
+                      pieces_.back().look.deleted == look.deleted;
+  if (!goesOn) pieces_.push_back({Kind::ordinary, look, 0, units_.size(), 0});
+  units_ += units;
+  pieces_.back().count += units.size();
+  count(units.size());
+}
+
+void TextReader::addPiece(Kind kind, std::size_t place, std::uint16_t depth) {
+  pieces_.push_back({kind, look(), depth, place, 0});
+  count(1);
+}
+
+void TextReader::count(std::size_t units) {
+  constexpr std::size_t kMost = static_cast<std::size_t>(text::kMaxLength) / 2;
+  length_ += units;
+  if (length_ <= kMost) return;
+  throw errors::DocumentError(errors::Problem::tooLarge,
+                              "The document has more than 1,073,741,823 characters; divide it.");
+}
+
+void TextReader::character(const Character& character) {
+  if (character.kind == Kind::ordinary) {
+    Look now = look();
+    // Nobody sees where a comment is anchored, so a text is found across it.
+    if (character.unit == text::kCommentReference && character.group == Word::annotation) {
+      now.hidden = true;
+      if (character.comment) comments_.push_back({units_.size(), *character.comment});
+    }
+    const char16_t units[] = {character.unit, character.second};
+    return add({units, static_cast<std::size_t>(character.units())}, now);
+  }
+  addPiece(character.kind, character.bytes.begin, character.depth);
+  switch (character.kind) {
+    case Kind::paragraph:
+      if (character.depth == 0) settle();
+      break;
+    case Kind::section:
+      settle();
+      break;
+    case Kind::row:
+      if (character.depth == 1) settle();
+      break;
+    default:
+      break;
+  }
+}
+
+/// Hands on what is kept.
+void TextReader::settle() {
+  settleMarks();
+  play();
+}
+
+/// From the end to the front: a paragraph lies in the deepest table of which a row ends after it. Cells of
+/// which no row ends are paragraphs, and depths in which none ends are passed over.
+void TextReader::settleMarks() {
+  std::vector<std::uint16_t> ending;
+  for (auto piece = pieces_.rbegin(); piece != pieces_.rend(); ++piece) {
+    if (!isParagraphEnd(piece->kind)) continue;
+    while (!ending.empty() && ending.back() > piece->depth) ending.pop_back();
+    if (piece->kind == Kind::row) {
+      if (ending.empty() || ending.back() < piece->depth) ending.push_back(piece->depth);
+    } else if (ending.empty() || ending.back() != piece->depth) {
+      piece->kind = Kind::paragraph;
+    }
+    piece->depth = static_cast<std::uint16_t>(ending.size());
+  }
+}
+
+/// Text goes where its paragraph's end goes.
+void TextReader::play() {
+  std::size_t from = 0;
+  for (std::size_t i = 0; i < pieces_.size(); ++i) {
+    const Piece& last = pieces_[i];
+    if (!isParagraphEnd(last.kind) && last.kind != Kind::section) continue;
+    const bool isEmptyRowEnd = last.kind == Kind::row && from == i;
+    if (!isEmptyRowEnd) goToDepth(last.kind == Kind::section ? 0 : last.depth);
+    for (; from < i; ++from) play(pieces_[from]);
+    playMark(last);
+    from = i + 1;
+  }
+  if (from < pieces_.size()) goToDepth(0);
+  for (; from < pieces_.size(); ++from) play(pieces_[from]);
+  pieces_.clear();
+  units_.clear();
+  comments_.clear();
+  nextComment_ = 0;
+}
+
+void TextReader::goToDepth(std::size_t depth) {
+  while (levels_.size() > depth) {
+    builder_.endTable();
+    levels_.pop_back();
+  }
+  while (levels_.size() < depth) {
+    if (levels_.size() == ContentBuilder::kDeepest) throw damaged("nests tables more than 1,000 deep");
+    if (!levels_.empty()) levels_.back().hasContent = true;
+    builder_.beginTable();
+    levels_.push_back({builder_.length(), false, false});
+  }
+}
+
+void TextReader::play(const Piece& piece) {
+  endsInMark_ = false;
+  switch (piece.kind) {
+    case Kind::fieldBegin:
+      return builder_.beginField(piece.look);
+    case Kind::fieldSeparator:
+      builder_.separateField(piece.look);
+      break;
+    case Kind::fieldEnd:
+      builder_.endField(piece.look);
+      break;
+    default:
+      for (; nextComment_ < comments_.size() && comments_[nextComment_].unit < piece.from + piece.count;
+           ++nextComment_) {
+        const auto offset = static_cast<text::Position>(comments_[nextComment_].unit - piece.from);
+        map_.comments.emplace(builder_.length() + offset, comments_[nextComment_].number);
+      }
+      builder_.append(std::u16string_view(units_).substr(piece.from, piece.count), piece.look);
+  }
+  if (!levels_.empty()) levels_.back().hasContent = true;
+}
+
+void TextReader::playMark(const Piece& piece) {
+  switch (piece.kind) {
+    case Kind::section:
+      goToDepth(0);
+      builder_.sectionMark(piece.look);
+      endsInMark_ = false;
+      break;
+    case Kind::cell:
+      builder_.cellMark(piece.look);
+      levels_.back().hasCell = true;
+      levels_.back().hasContent = false;
+      break;
+    case Kind::row:
+      playRowMark(piece);
+      break;
+    default:
+      builder_.append(text::kParagraphMark, piece.look);
+      endsInMark_ = levels_.empty();
+      if (!levels_.empty()) levels_.back().hasContent = true;
+  }
+}
+
+void TextReader::playRowMark(const Piece& piece) {
+  if (levels_.size() > piece.depth) goToDepth(piece.depth);
+  const bool isOpen = levels_.size() == piece.depth;
+  const bool endsCell = isOpen && levels_.back().hasContent;
+  if (!isOpen || (!endsCell && !levels_.back().hasCell)) {
+    map_.oddities.push_back({piece.from, Oddity::Kind::noRow});
+    return;
+  }
+  if (endsCell) {
+    map_.oddities.push_back({piece.from, Oddity::Kind::cellEnds});
+    builder_.cellMark(piece.look);
+  }
+  builder_.rowMark(piece.look);
+  map_.rows.push_back({levels_.back().rowFrom, builder_.length()});
+  levels_.back() = {builder_.length(), false, false};
+}
+
+void TextReader::end(std::size_t) {
+  settle();
+  goToDepth(0);
+  if (endsInMark_) return;
+  builder_.append(text::kParagraphMark, look());
+  map_.endsWithoutBytes = true;
+}
+
+void TextReader::word(const Token& token) {
+  if (isBetween(token.word, Word::formprot, Word::enforceprot)) protection_.word(token);
+}
+
+void TextReader::group(const SkippedGroup& group) { protection_.group(group); }
+
+ReadDocument readDocument(std::string_view bytes) {
+  TextReader reader(bytes, bytes.size());
+  Walker walker(bytes, reader);
+  reader.follow(walker);
+  walker.walk();
+  ReadText read = reader.finish();
+  return {std::move(read.content), std::move(read.map), walker.tables(), reader.protection()};
+}
+
+}  // namespace pluvo::rtf

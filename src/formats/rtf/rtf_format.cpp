@@ -1,0 +1,38 @@
+#include "rtf/rtf_format.h"
+
+#include "protection.h"
+#include "reader.h"
+#include "rtf_source.h"
+
+#include <array>
+#include <memory>
+
+namespace pluvo::rtf {
+
+namespace {
+
+using namespace std::string_view_literals;
+
+constexpr std::array kExtensions = {"rtf"sv};
+
+std::string_view viewOf(base::ByteSpan bytes) {
+  return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
+
+}  // namespace
+
+bool RtfFormat::recognises(base::ByteSpan bytes, std::string_view /*extension*/) const {
+  return Walker::beginningOf(viewOf(bytes)).has_value();
+}
+
+std::span<const std::string_view> RtfFormat::extensions() const { return kExtensions; }
+
+formats::Opened RtfFormat::read(base::Bytes bytes, const formats::Hint& /*hint*/) const {
+  ReadDocument document = readDocument(viewOf(bytes.view));
+  text::RunMap<std::uint8_t> highlight = document.content.highlight;
+  auto source = std::make_unique<RtfSource>(std::move(bytes), std::move(document.tables),
+                                            std::move(document.map), std::move(highlight));
+  return {std::move(document.content), std::move(source), document.protection};
+}
+
+}  // namespace pluvo::rtf

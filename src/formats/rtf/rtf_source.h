@@ -1,0 +1,34 @@
+#pragma once
+
+#include "formats/format.h"
+#include "reader.h"
+#include "walker.h"
+
+namespace pluvo::rtf {
+
+/// What stays of an RTF document: its bytes.
+class RtfSource final : public formats::Source {
+ public:
+  RtfSource(base::Bytes bytes, Tables tables, TextMap map, text::RunMap<std::uint8_t> highlight)
+      : bytes_(std::move(bytes)),
+        tables_(std::move(tables)),
+        map_(std::move(map)),
+        highlight_(std::move(highlight)) {}
+
+  std::optional<std::string> refusesText(std::u16string_view newText) const override;
+  bool holdsHighlight() const override { return true; }
+  void write(const document::Model& model, base::Output& out) const override;
+  std::uint64_t unpackedSize() const override { return bytes_.view.size(); }
+
+ private:
+  std::string_view text() const {
+    return {reinterpret_cast<const char*>(bytes_.view.data()), bytes_.view.size()};
+  }
+
+  base::Bytes bytes_;
+  Tables tables_;
+  TextMap map_;
+  text::RunMap<std::uint8_t> highlight_;
+};
+
+}  // namespace pluvo::rtf

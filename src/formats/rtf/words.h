@@ -1,0 +1,132 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace pluvo::rtf {
+
+/// What a control word is to this program. Those between two of the comments are told apart by order.
+enum class Word : std::uint8_t {
+  unknown,
+  character,  ///< stands for the unit that its entry has
+  // Marks and breaks.
+  par,
+  cell,
+  nestcell,
+  row,
+  nestrow,
+  sect,
+  lbr,
+  u,
+  chftn,
+  // Groups of main text.
+  field,
+  fldinst,
+  fldrslt,
+  fieldFlag,
+  upr,
+  ud,
+  nesttableprops,
+  // Groups that are one character.
+  pict,
+  shppict,
+  object,
+  mmath,
+  shp,
+  footnote,
+  annotation,
+  // Groups that are skipped.
+  skipped,
+  fonttbl,
+  colortbl,
+  stylesheet,
+  info,
+  header,
+  footer,
+  atnid,
+  atnauthor,
+  atrfstart,
+  atrfend,
+  label,  ///< of an item in a list
+  nonesttables,
+  nonshppict,
+  passwordhash,
+  docvar,
+  lastGroup = docvar,
+  // The look of characters.
+  f,
+  plain,
+  v,
+  deleted,
+  revised,
+  highlight,
+  b,
+  i,
+  strike,
+  ul,
+  ulnone,
+  rtlch,
+  ltrch,
+  uc,
+  // Properties of paragraphs and tables.
+  pard,
+  intbl,
+  itap,
+  ql,
+  qc,
+  qr,
+  qj,
+  rtlpar,
+  ltrpar,
+  outlinelevel,
+  s,
+  ls,
+  ilvl,
+  trowd,
+  cellx,
+  trleft,
+  // The document's.
+  rtf,
+  ansi,
+  mac,
+  pc,
+  pca,
+  ansicpg,
+  deff,
+  formprot,
+  revprot,
+  annotprot,
+  readprot,
+  enforceprot,
+  // Found only inside groups that are skipped.
+  fcharset,
+  cpg,
+  red,
+  green,
+  blue,
+  password,
+  writereservhash,
+  writereservation,
+  atnref,
+  ftnalt,
+  shptxt,
+  pnlvl,
+  chatn,
+  bin,
+};
+
+struct KnownWord {
+  std::string_view text;
+  Word word = Word::unknown;
+  char16_t unit = 0;  ///< of a character
+};
+
+/// The entry of a word, whose case counts; one for unknown words where it is not known.
+const KnownWord& wordNamed(std::string_view text);
+
+constexpr bool isBetween(Word word, Word first, Word last) { return word >= first && word <= last; }
+/// Whether a group that begins with the word is no text that goes on in the one around it.
+constexpr bool isSkipped(Word word) { return isBetween(word, Word::skipped, Word::lastGroup); }
+constexpr bool isOneCharacter(Word word) { return isBetween(word, Word::pict, Word::annotation); }
+
+}  // namespace pluvo::rtf
