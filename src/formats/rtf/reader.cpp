@@ -48,7 +48,8 @@ void TextReader::add(std::u16string_view units, const Look& look) {
 }
 
 void TextReader::addPiece(Kind kind, std::size_t place, std::uint16_t depth) {
-  pieces_.push_back({kind, look(), depth, place, 0});
+  // The end of a row is nothing that has a look.
+  pieces_.push_back({kind, kind == Kind::row ? Look{} : look(), depth, place, 0});
   count(1);
 }
 

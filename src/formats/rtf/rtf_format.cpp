@@ -29,9 +29,8 @@ std::span<const std::string_view> RtfFormat::extensions() const { return kExtens
 
 formats::Opened RtfFormat::read(base::Bytes bytes, const formats::Hint& /*hint*/) const {
   ReadDocument document = readDocument(viewOf(bytes.view));
-  text::RunMap<std::uint8_t> highlight = document.content.highlight;
-  auto source = std::make_unique<RtfSource>(std::move(bytes), std::move(document.tables),
-                                            std::move(document.map), std::move(highlight));
+  auto source =
+      std::make_unique<RtfSource>(std::move(bytes), std::move(document.tables), std::move(document.map));
   return {std::move(document.content), std::move(source), document.protection};
 }
 

@@ -1,5 +1,7 @@
 #include "rtf_source.h"
 
+#include "writer.h"
+
 #include <array>
 #include <cstdio>
 
@@ -23,11 +25,7 @@ std::optional<std::string> RtfSource::refusesText(std::u16string_view newText) c
 }
 
 void RtfSource::write(const document::Model& model, base::Output& out) const {
-  if (model.changed())
-    throw errors::DocumentError(errors::Problem::unsupported,
-                                "RTF documents can be searched, but not changed yet; save it as .docx in a "
-                                "word processor and change that.");
-  out.write(bytes_.view);
+  Writer(text(), tables_, map_, model).write(out);
 }
 
 }  // namespace pluvo::rtf

@@ -9,11 +9,8 @@ namespace pluvo::rtf {
 /// What stays of an RTF document: its bytes.
 class RtfSource final : public formats::Source {
  public:
-  RtfSource(base::Bytes bytes, Tables tables, TextMap map, text::RunMap<std::uint8_t> highlight)
-      : bytes_(std::move(bytes)),
-        tables_(std::move(tables)),
-        map_(std::move(map)),
-        highlight_(std::move(highlight)) {}
+  RtfSource(base::Bytes bytes, Tables tables, TextMap map)
+      : bytes_(std::move(bytes)), tables_(std::move(tables)), map_(std::move(map)) {}
 
   std::optional<std::string> refusesText(std::u16string_view newText) const override;
   bool holdsHighlight() const override { return true; }
@@ -28,7 +25,6 @@ class RtfSource final : public formats::Source {
   base::Bytes bytes_;
   Tables tables_;
   TextMap map_;
-  text::RunMap<std::uint8_t> highlight_;
 };
 
 }  // namespace pluvo::rtf

@@ -12,7 +12,6 @@ using Kind = Token::Kind;
 
 namespace {
 
-constexpr std::size_t kNowhere = static_cast<std::size_t>(-1);
 constexpr char16_t kNoCharacter = 0xFFFD;
 
 bool isOn(const Token& token) { return !token.hasNumber || token.number != 0; }
@@ -37,12 +36,12 @@ void Walker::walk() {
   }
   frames_.reserve(64);
   frames_.push_back({});
-  state().decoder = tables_.fonts.decoderOf(tables_.fonts.standard());
+  current().decoder = tables_.fonts.decoderOf(tables_.fonts.standard());
   while (!frames_.empty()) {
     const Token token = tokens_.next();
     if (token.kind == Kind::end) {
       // Word processors close what text has left open.
-      while (frames_.size() > 1) close(token.extent.begin);
+      while (openFields_ > 0) close(token.extent.begin);
       events_.end(token.extent.begin);
       return;
     }
@@ -50,7 +49,7 @@ void Walker::walk() {
       events_.end(token.extent.begin);
       return;
     }
-    openEnd_ = token.isOpenEnded ? token.extent.end : kNowhere;
+    if (token.isOpenEnded) noteOpenEnd(token.extent.end);
     step(token);
   }
 }
@@ -78,19 +77,27 @@ bool Walker::isText() const {
   return frames_.back().role != Role::alternatives && frames_.back().role != Role::rows;
 }
 
-void Walker::push(Role role) {
+void Walker::push(Role role, std::size_t begin) {
   if (frames_.size() >= kDeepest) throw damaged("nests groups more than 10,000 deep");
   Frame frame;
   frame.state = state();
   frame.role = role;
   if (role == Role::code || role == Role::result) frame.state.inCode = role == Role::code;
   frames_.push_back(frame);
-  events_.open();
+  events_.open(begin);
 }
 
-void Walker::pop() {
+void Walker::pop(std::size_t end) {
+  events_.close(end);
   frames_.pop_back();
-  events_.close();
+}
+
+/// Goes on behind the first word of a group.
+void Walker::enter(Role role, std::size_t begin, const Opening& opening) {
+  push(role, begin);
+  const std::size_t inside = opening.first.end;
+  tokens_.goTo(inside);
+  if (tokens_.bytes()[inside - 1] != ' ') noteOpenEnd(inside);
 }
 
 Walker::Opening Walker::opening(Tokens& tokens) const {
@@ -123,21 +130,17 @@ void Walker::open(std::size_t begin) {
   if (isOneCharacter(group.word)) return oneCharacter(group, begin);
   if (group.word == Word::field && field(group, begin)) return;
   if (group.word == Word::upr) {
-    if (!alternatives(group)) skip(group, begin);
+    if (!alternatives(group, begin)) skip(group, begin);
     return;
   }
-  if (group.word == Word::nesttableprops) {
-    push(Role::rows);
-    return tokens_.goTo(group.first.end);
-  }
+  if (group.word == Word::nesttableprops) return enter(Role::rows, begin, group);
   if (around == Role::field && group.word == Word::fldrslt && !frames_.back().hasSeparator) {
     frames_.back().hasSeparator = true;
     mark(Character::Kind::fieldSeparator, text::kFieldSeparator, {begin, group.first.end});
-    push(Role::result);
-    return tokens_.goTo(group.first.end);
+    return enter(Role::result, begin, group);
   }
   if (group.isStarred && group.word != Word::ud) return skip(group, begin);
-  push(Role::plain);
+  push(Role::plain, begin);
 }
 
 void Walker::skip(const Opening& opening, std::size_t begin) {
@@ -145,11 +148,10 @@ void Walker::skip(const Opening& opening, std::size_t begin) {
   tokens_.goTo(inside);
   if (!tokens_.skipGroup()) throw damaged("ends inside a group that is not text");
   const Extent bytes{begin, tokens_.at()};
-  openEnd_ = kNowhere;
   const Extent content{std::min(opening.first.end, bytes.end - 1), bytes.end - 1};
   if (opening.word == Word::fonttbl && !isStory_) {
     tables_.fonts.read(tokens_.bytes(), content);
-    state().decoder = tables_.fonts.decoderOf(tables_.fonts.standard());
+    current().decoder = tables_.fonts.decoderOf(tables_.fonts.standard());
     if (!tables_.hasColours && inHeader_) tables_.coloursAt = bytes.end;
   } else if (opening.word == Word::colortbl && !isStory_) {
     tables_.colours.read(tokens_.bytes(), content);
@@ -172,7 +174,6 @@ void Walker::oneCharacter(const Opening& opening, std::size_t begin) {
   Character character;
   character.group = opening.word;
   character.bytes = {begin, tokens_.at()};
-  openEnd_ = kNowhere;
   switch (opening.word) {
     case Word::shp:
       character.unit = 8;
@@ -262,24 +263,20 @@ bool Walker::field(const Opening& opening, std::size_t begin) {
   if (code.word != Word::fldinst) return false;
   if (++openFields_ > State::kDeepest) throw damaged("nests fields more than 1,000 deep");
   mark(Character::Kind::fieldBegin, text::kFieldBegin, {begin, code.first.end});
-  push(Role::field);
-  push(Role::code);
-  tokens_.goTo(code.first.end);
-  openEnd_ = tokens_.bytes()[code.first.end - 1] == ' ' ? kNowhere : code.first.end;
+  push(Role::field, begin);
+  enter(Role::code, begin, code);
   return true;
 }
 
 /// Text in the code page, and the same in Unicode, which counts.
-bool Walker::alternatives(const Opening& opening) {
+bool Walker::alternatives(const Opening& opening, std::size_t begin) {
   Tokens ahead(tokens_.bytes(), opening.first.end);
   if (ahead.nextThing().kind != Kind::open || !ahead.skipGroup()) return false;
   if (ahead.nextThing().kind != Kind::open) return false;
   const Opening unicode = this->opening(ahead);
   if (unicode.word != Word::ud) return false;
-  push(Role::alternatives);
-  push(Role::plain);
-  tokens_.goTo(unicode.first.end);
-  openEnd_ = tokens_.bytes()[unicode.first.end - 1] == ' ' ? kNowhere : unicode.first.end;
+  push(Role::alternatives, begin);
+  enter(Role::plain, begin, unicode);
   return true;
 }
 
@@ -299,9 +296,9 @@ void Walker::close(std::size_t begin) {
     std::size_t end = behind;
     if (isClosing(ahead, end) && frames_.size() > 2) {
       field.hasEnd = true;
-      endField({begin, end});
-      pop();
-      pop();
+      endField({begin, end}, 2);
+      pop(behind);
+      pop(end);
       return tokens_.goTo(end);
     }
     if (frame.role == Role::code) {
@@ -311,23 +308,25 @@ void Walker::close(std::size_t begin) {
         if (result.word == Word::fldrslt) {
           field.hasSeparator = true;
           mark(Character::Kind::fieldSeparator, text::kFieldSeparator, {begin, result.first.end});
-          pop();
-          push(Role::result);
-          tokens_.goTo(result.first.end);
-          openEnd_ = tokens_.bytes()[result.first.end - 1] == ' ' ? kNowhere : result.first.end;
-          return;
+          pop(behind);
+          return enter(Role::result, behind, result);
         }
       }
     }
   } else if (frame.role == Role::field && !frame.hasEnd) {
-    endField({begin, behind});
+    endField({begin, behind}, 1);
   }
-  pop();
+  pop(behind);
 }
 
-void Walker::endField(Extent bytes) {
+void Walker::endField(Extent bytes, std::uint8_t closes) {
   --openFields_;
-  mark(Character::Kind::fieldEnd, text::kFieldEnd, bytes);
+  Character character;
+  character.kind = Character::Kind::fieldEnd;
+  character.unit = text::kFieldEnd;
+  character.bytes = bytes;
+  character.closes = bytes.empty() ? std::uint8_t{0} : closes;
+  tell(character);
 }
 
 /// A word that should begin a group, and does not.
@@ -335,7 +334,6 @@ void Walker::restIsSkipped(const Token& token) {
   const std::optional<Extent> rest = tokens_.restOfGroup();
   if (!rest) throw damaged("ends inside a group that is not text");
   const Extent bytes{token.extent.begin, rest->end};
-  openEnd_ = kNowhere;
   if (isOneCharacter(token.word)) {
     Character character;
     character.unit = text::kPicture;
@@ -413,14 +411,14 @@ void Walker::header(const Token& token) {
     default:
       return;
   }
-  state().decoder = tables_.fonts.decoderOf(tables_.fonts.standard());
+  current().decoder = tables_.fonts.decoderOf(tables_.fonts.standard());
   const bool followsOthers = token.word == Word::rtf ? frames_.size() == 1 && tables_.coloursAt == 0
                                                      : tables_.coloursAt == token.extent.begin;
   if (followsOthers && !tables_.hasColours) tables_.coloursAt = token.extent.end;
 }
 
 void Walker::apply(const Token& token) {
-  State& state = this->state();
+  State& state = current();
   const auto small = [&](std::int32_t most) {
     return static_cast<std::uint16_t>(std::clamp(token.number, 0, most));
   };
@@ -603,7 +601,6 @@ void Walker::severalBytes(const Token& token, const Decoder& decoder) {
     character.second = static_cast<char16_t>(0xDC00 + (point & 0x3FFU));
   }
   tokens_.goTo(end);
-  openEnd_ = kNowhere;
   tell(character);
 }
 
@@ -629,7 +626,7 @@ void Walker::numbered(const Token& token) {
     }
     tokens_.goTo(end);
     character.bytes.end = end;
-    openEnd_ = next.isOpenEnded ? end : kNowhere;
+    if (next.isOpenEnded) noteOpenEnd(end);
   }
   character.missingFallback = left;
   if (token.number < -32768 || token.number > 65535) return;

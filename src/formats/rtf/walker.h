@@ -5,6 +5,7 @@
 #include "state.h"
 #include "tokens.h"
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -39,6 +40,8 @@ struct Character {
   std::uint16_t missingFallback = 0;
   /// The first byte of two, without the second.
   bool isHalf = false;
+  /// How many groups its last bytes close.
+  std::uint8_t closes = 0;
   /// The group that it is, if it is one.
   Word group = Word::unknown;
 
@@ -60,8 +63,9 @@ class Events {
   /// Characters of ASCII, each of one byte.
   virtual void text(Extent bytes) = 0;
   virtual void character(const Character& character) = 0;
-  virtual void open() {}
-  virtual void close() {}
+  virtual void open(std::size_t /*begin*/) {}
+  /// The state is still that of the group.
+  virtual void close(std::size_t /*end*/) {}
   /// A word that is no character, when the state has it.
   virtual void word(const Token& /*token*/) {}
   virtual void group(const SkippedGroup& /*group*/) {}
@@ -93,8 +97,9 @@ class Walker {
 
   const State& state() const { return frames_.back().state; }
   const Tables& tables() const { return tables_; }
-  /// Where the bytes read last end in a word that the next byte may change; nowhere otherwise.
-  std::size_t openEnd() const { return openEnd_; }
+  /// Whether the bytes end there in a word that the next byte may change; of places at the ends of what is
+  /// told now.
+  bool isOpenEnd(std::size_t at) const { return at == openEnds_[0] || at == openEnds_[1]; }
 
   /// Where "{\rtf" stands in a file, behind a byte order mark and blanks; nothing where it does not.
   static std::optional<std::size_t> beginningOf(std::string_view bytes);
@@ -114,14 +119,16 @@ class Walker {
     Extent first;  ///< the word's
   };
 
-  State& state() { return frames_.back().state; }
+  State& current() { return frames_.back().state; }
   static constexpr std::size_t kDeepest = 10'000;
 
   void step(const Token& token);
   void open(std::size_t begin);
   void close(std::size_t begin);
-  void push(Role role);
-  void pop();
+  void push(Role role, std::size_t begin);
+  void pop(std::size_t end);
+  void enter(Role role, std::size_t begin, const Opening& opening);
+  void noteOpenEnd(std::size_t end) { openEnds_ = {openEnds_[1], end}; }
   Opening opening() const;
   Opening opening(Tokens& tokens) const;
   bool isClosing(Tokens& tokens, std::size_t& end) const;
@@ -131,8 +138,8 @@ class Walker {
   bool comment(std::size_t begin);
   bool noteBehind(const Token& mark);
   bool field(const Opening& opening, std::size_t begin);
-  bool alternatives(const Opening& opening);
-  void endField(Extent bytes);
+  bool alternatives(const Opening& opening, std::size_t begin);
+  void endField(Extent bytes, std::uint8_t closes);
   void restIsSkipped(const Token& token);
   std::optional<std::int32_t> commentNumber(Extent group) const;
 
@@ -156,7 +163,8 @@ class Walker {
   bool inHeader_ = true;
   std::vector<Frame> frames_;
   std::size_t openFields_ = 0;
-  std::size_t openEnd_ = static_cast<std::size_t>(-1);
+  /// The last two.
+  std::array<std::size_t, 2> openEnds_ = {static_cast<std::size_t>(-1), static_cast<std::size_t>(-1)};
   std::size_t noteAt_ = static_cast<std::size_t>(-1);  ///< a note that was told with its mark
 };
 

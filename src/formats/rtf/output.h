@@ -1,0 +1,71 @@
+#pragma once
+
+#include "base/bytes.h"
+#include "formats/spliced_bytes.h"
+#include "new_text.h"
+#include "tokens.h"
+
+#include <string_view>
+#include <vector>
+
+namespace pluvo::rtf {
+
+/// Old bytes and new ones, joined so that no control word runs into what is put after it.
+class SplicedTokens {
+ public:
+  explicit SplicedTokens(std::string_view source)
+      : source_(source), bytes_({reinterpret_cast<const std::uint8_t*>(source.data()), source.size()}) {}
+
+  std::size_t copied() const { return bytes_.copied(); }
+  /// Whether new bytes, and none of the old ones, came last.
+  bool endsInNew() const { return endsInNew_; }
+
+  /// Copies the old bytes up to there. Whether they end in a word without a blank, and in what a following
+  /// byte would be taken for a part of.
+  void copyTo(std::size_t to, bool isOpenEnded) {
+    if (to <= bytes_.copied()) return;
+    if (isSeam_) join(source_[bytes_.copied()]);
+    isSeam_ = false;
+    constexpr std::size_t kWorthAPiece = 1024;
+    if (to - bytes_.copied() >= kWorthAPiece) {
+      bytes_.settle(to);
+    } else {
+      bytes_.copyTo(to);
+    }
+    isOpenEnded_ = isOpenEnded;
+    endsInNew_ = isHalf_ = false;
+  }
+  void leaveOutTo(std::size_t to) {
+    isSeam_ = isSeam_ || to > bytes_.copied();
+    bytes_.leaveOutTo(to);
+  }
+  /// The bytes copied last were half of a character, to which nothing may be added.
+  void isHalf() { isHalf_ = true; }
+
+  /// New bytes. What they end in is complete.
+  void put(std::string_view text) {
+    if (text.empty()) return;
+    join(text.front());
+    bytes_.text() += text;
+    isOpenEnded_ = false;
+    isSeam_ = endsInNew_ = true;
+  }
+
+  std::vector<base::ByteSpan> finish() { return bytes_.finish(); }
+
+ private:
+  void join(char next) {
+    if (isOpenEnded_ && goesOnInWord(next)) bytes_.text() += ' ';
+    if (isHalf_) bytes_.text() += "{}";
+    isOpenEnded_ = isHalf_ = false;
+  }
+
+  std::string_view source_;
+  formats::SplicedBytes<std::size_t> bytes_;
+  bool isSeam_ = false;
+  bool isOpenEnded_ = false;
+  bool isHalf_ = false;
+  bool endsInNew_ = false;
+};
+
+}  // namespace pluvo::rtf
