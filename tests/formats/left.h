@@ -2,7 +2,7 @@
 
 #include "base/bytes.h"
 #include "base/utf.h"
-#include "document/model.h"
+#include "document/story.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -15,7 +15,7 @@ namespace pluvo::formats {
 
 /// For libreoffice.py, where PLUVO_EDITED names a folder: the file, and beside it the text with field results
 /// that it should have, hidden text too.
-inline void leave(const std::string& name, const base::Bytes& written, const document::Model& model) {
+inline void leave(const std::string& name, const base::Bytes& written, const document::Story& model) {
   const char* const folder = std::getenv("PLUVO_EDITED");
   if (folder == nullptr) return;
   std::u16string shown;

@@ -14,7 +14,6 @@ using code_pages::Character;
 using code_pages::CodePage;
 using code_pages::isStray;
 using code_pages::strayByte;
-using code_pages::strayUnit;
 
 enum class Encoding : std::uint8_t { utf8, utf16Little, utf16Big, windows1252, codePage };
 

@@ -166,11 +166,11 @@ void TextReader::play(const Piece& piece) {
 }
 
 void TextReader::playMark(const Piece& piece) {
+  endsInMark_ = false;
   switch (piece.kind) {
     case Kind::section:
       goToDepth(0);
       builder_.sectionMark(piece.look);
-      endsInMark_ = false;
       break;
     case Kind::cell:
       builder_.cellMark(piece.look);

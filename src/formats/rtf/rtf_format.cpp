@@ -31,7 +31,11 @@ formats::Opened RtfFormat::read(base::Bytes bytes, const formats::Hint& /*hint*/
   ReadDocument document = readDocument(viewOf(bytes.view));
   auto source =
       std::make_unique<RtfSource>(std::move(bytes), std::move(document.tables), std::move(document.map));
-  return {std::move(document.content), std::move(source), document.protection};
+  formats::Opened opened;
+  opened.stories.push_back(std::move(document.content));
+  opened.source = std::move(source);
+  opened.protection = document.protection;
+  return opened;
 }
 
 }  // namespace pluvo::rtf

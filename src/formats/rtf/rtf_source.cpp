@@ -1,5 +1,7 @@
 #include "rtf_source.h"
 
+#include "appearance_reader.h"
+#include "other_texts.h"
 #include "writer.h"
 
 #include <array>
@@ -24,8 +26,14 @@ std::optional<std::string> RtfSource::refusesText(std::u16string_view newText) c
   return std::nullopt;
 }
 
-void RtfSource::write(const document::Model& model, base::Output& out) const {
-  Writer(text(), tables_, map_, model).write(out);
+void RtfSource::write(const document::Document& document, base::Output& out) const {
+  Writer(text(), tables_, map_, document.mainText()).write(out);
 }
+
+void RtfSource::tellOtherTexts(const document::Story& mainText, formats::OtherTexts& texts) const {
+  rtf::tellOtherTexts(text(), tables_, mainText, texts);
+}
+
+text::RunMap<formats::Appearance> RtfSource::appearance() const { return readAppearance(text(), map_); }
 
 }  // namespace pluvo::rtf

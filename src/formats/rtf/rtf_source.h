@@ -14,7 +14,9 @@ class RtfSource final : public formats::Source {
 
   std::optional<std::string> refusesText(std::u16string_view newText) const override;
   bool holdsHighlight() const override { return true; }
-  void write(const document::Model& model, base::Output& out) const override;
+  void write(const document::Document& document, base::Output& out) const override;
+  void tellOtherTexts(const document::Story& mainText, formats::OtherTexts& texts) const override;
+  text::RunMap<formats::Appearance> appearance() const override;
   std::uint64_t unpackedSize() const override { return bytes_.view.size(); }
 
  private:

@@ -88,10 +88,12 @@ struct Tables {
 class Walker {
  public:
   /// Over the main text.
-  Walker(std::string_view bytes, Events& events) : tokens_(bytes), events_(events) {}
+  Walker(std::string_view bytes, Events& events) : tokens_(bytes), events_(events), tables_(own_) {}
   /// Over the text of a group that main text skips, from behind its first word.
-  Walker(std::string_view bytes, std::size_t from, Tables tables, Events& events)
-      : tokens_(bytes, from), events_(events), tables_(std::move(tables)), isStory_(true) {}
+  Walker(std::string_view bytes, std::size_t from, Tables& tables, Events& events)
+      : tokens_(bytes, from), events_(events), tables_(tables), isStory_(true) {}
+  Walker(const Walker&) = delete;
+  Walker& operator=(const Walker&) = delete;
 
   void walk();
 
@@ -158,7 +160,8 @@ class Walker {
 
   Tokens tokens_;
   Events& events_;
-  Tables tables_;
+  Tables own_;
+  Tables& tables_;  ///< those, or the document's
   bool isStory_ = false;
   bool inHeader_ = true;
   std::vector<Frame> frames_;

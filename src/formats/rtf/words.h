@@ -109,6 +109,8 @@ enum class Word : std::uint8_t {
   writereservation,
   atnref,
   ftnalt,
+  shprslt,
+  mr,
   shptxt,
   pnlvl,
   chatn,

@@ -33,12 +33,12 @@ std::int32_t numberIn(std::string_view text) {
 
 }  // namespace
 
-Writer::Writer(std::string_view file, const Tables& tables, const TextMap& map, const document::Model& model)
+Writer::Writer(std::string_view file, const Tables& tables, const TextMap& map, const document::Story& story)
     : file_(file),
       tables_(tables),
       map_(map),
-      model_(model),
-      script_(model),
+      story_(story),
+      script_(story),
       walker_(file, *this),
       head_(file.substr(0, tables.coloursAt)),
       rest_(file) {
@@ -100,7 +100,7 @@ std::string Writer::newColours() const {
 }
 
 std::uint8_t Writer::wanted(Position at) {
-  if (at < highlight_.from || at >= highlight_.to) highlight_ = model_.highlight().runAt(at);
+  if (at < highlight_.from || at >= highlight_.to) highlight_ = story_.highlight().runAt(at);
   return highlight_.value;
 }
 
@@ -160,7 +160,7 @@ void Writer::group(const SkippedGroup& group) {
   bool goes = false;
   switch (group.word) {
     case Word::label: {
-      const bool beginsParagraph = written_ == 0 || model_.endsParagraph(written_ - 1);
+      const bool beginsParagraph = written_ == 0 || story_.endsParagraph(written_ - 1);
       goes = afterDropped && (!beginsParagraph || labelAt_ == written_);
       if (!goes) labelAt_ = written_;
       break;
@@ -288,7 +288,7 @@ void Writer::put(const Step& step, const Character& character) {
     waiting_.push_back(step);
     return;
   }
-  const document::Structure structure = model_.structure().valueAt(step.at);
+  const document::Structure structure = story_.structure().valueAt(step.at);
   const bool leavesDeleted = walker_.state().deleted && !structure.deleted;
   if (!step.behind) return write(step, inFront(character, step));
   const bool isMark = character.kind == Kind::paragraph || character.kind == Kind::cell ||
@@ -345,7 +345,7 @@ void Writer::missingCell(const Character& rowMark) {
 void Writer::end(std::size_t at) {
   if (map_.endsWithoutBytes) {
     const bool isInTable = walker_.state().tableDepth() > 0;
-    const Position last = model_.length() - 1;
+    const Position last = story_.length() - 1;
     std::vector<Step> texts = std::move(waiting_);
     waiting_.clear();
     script_.take(position_ + 1, [&](const Step& step) {
@@ -367,8 +367,8 @@ void Writer::end(std::size_t at) {
       write(part, {at, state, levels_.size() - 1});
     }
     // A paragraph's end in front of the document's would be the last one.
-    const bool wouldBeLast = last > 0 && model_.text().at(last - 1) == text::kParagraphMark &&
-                             model_.structure().valueAt(last - 1).table == document::kNone;
+    const bool wouldBeLast = last > 0 && story_.text().at(last - 1) == text::kParagraphMark &&
+                             story_.structure().valueAt(last - 1).table == document::kNone;
     const std::uint8_t colour = wanted(last);
     if (wouldBeLast || colour != levels_.back().highlight) {
       copyTo(at);
@@ -387,7 +387,7 @@ Writer::Place Writer::here(std::size_t at) const { return {at, walker_.state(), 
 /// In front of a character; of a living text in front of a group that is deleted, of paragraphs that do not
 /// lie in the table in front of its row.
 Writer::Place Writer::inFront(const Character& character, const Step& text) const {
-  const document::Structure structure = model_.structure().valueAt(text.at);
+  const document::Structure structure = story_.structure().valueAt(text.at);
   Place place = here(character.bytes.begin);
   if (place.state.deleted && !structure.deleted) {
     std::size_t level = levels_.size() - 1;
@@ -412,17 +412,17 @@ void Writer::flushAt(const Place& place) {
 
 std::uint16_t Writer::depthOf(Position at) const {
   std::uint16_t depth = 0;
-  for (std::int32_t table = model_.structure().valueAt(at).table; table != document::kNone;
-       table = model_.tables()[static_cast<std::size_t>(table)].parent)
+  for (std::int32_t table = story_.structure().valueAt(at).table; table != document::kNone;
+       table = story_.tables()[static_cast<std::size_t>(table)].parent)
     ++depth;
   return depth;
 }
 
 /// Whether a character that no view shows is so by its own look, and not by the field it lies in.
 bool Writer::hidesItself(Position at) const {
-  const std::int32_t field = model_.structure().valueAt(at).field;
+  const std::int32_t field = story_.structure().valueAt(at).field;
   return field == document::kNone ||
-         model_.fields()[static_cast<std::size_t>(field)].around == text::kEverywhere;
+         story_.fields()[static_cast<std::size_t>(field)].around == text::kEverywhere;
 }
 
 void Writer::write(const Step& text, const Place& place) {
@@ -471,8 +471,8 @@ void Writer::write(const Step& text, const Place& place) {
 void Writer::writeRuns(const Step& text, std::size_t from, std::size_t to, const State& state) {
   if (from >= to) return;
   const Position first = text.at + static_cast<Position>(from);
-  const bool isHidden = model_.visibility().valueAt(first) == text::kNowhere;
-  const bool isDeleted = model_.structure().valueAt(first).deleted;
+  const bool isHidden = story_.visibility().valueAt(first) == text::kNowhere;
+  const bool isDeleted = story_.structure().valueAt(first).deleted;
   std::string look;
   if (isHidden != state.hidden && (state.hidden || hidesItself(first))) look += isHidden ? "\\v" : "\\v0";
   if (isDeleted != state.deleted) look += isDeleted ? "\\deleted" : "\\deleted0";

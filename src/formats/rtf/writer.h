@@ -1,7 +1,7 @@
 #pragma once
 
 #include "document/edit_script.h"
-#include "document/model.h"
+#include "document/story.h"
 #include "output.h"
 #include "reader.h"
 #include "walker.h"
@@ -19,7 +19,7 @@ namespace pluvo::rtf {
 /// those of what goes as a whole.
 class Writer final : public Events {
  public:
-  Writer(std::string_view file, const Tables& tables, const TextMap& map, const document::Model& model);
+  Writer(std::string_view file, const Tables& tables, const TextMap& map, const document::Story& story);
 
   void write(base::Output& out);
 
@@ -71,7 +71,7 @@ class Writer final : public Events {
   std::string_view file_;
   const Tables& tables_;
   const TextMap& map_;
-  const document::Model& model_;
+  const document::Story& story_;
   document::EditScript script_;
   std::vector<text::Span> droppedRows_;
   std::size_t nextDroppedRow_ = 0;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "document/model.h"
+#include "document/document.h"
 #include "formats/format.h"
 #include "rtf/rtf_format.h"
 
@@ -16,17 +16,18 @@ inline base::Bytes bytesOf(std::string_view text) { return base::Bytes::of({text
 /// A document read from a file, to be edited and written.
 struct Opened {
   explicit Opened(formats::Opened opened)
-      : model(std::move(opened.content)),
+      : document(std::move(opened.stories)),
         source(std::move(opened.source)),
         protection(std::move(opened.protection)) {}
 
   std::string written() const {
     base::MemoryOutput out;
-    source->write(model, out);
+    source->write(document, out);
     return {out.bytes().begin(), out.bytes().end()};
   }
 
-  document::Model model;
+  document::Document document;
+  document::Story& model = document.mainText();
   std::unique_ptr<formats::Source> source;
   std::optional<formats::Protection> protection;
 };
