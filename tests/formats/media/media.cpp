@@ -6,7 +6,7 @@ namespace pluvo::formats {
 
 const std::vector<Medium>& media() {
   static const std::vector<Medium> all = {
-      {"memory", nullptr, nullptr, nullptr, true}, docxMedium(), utf8Medium(), utf16Medium()};
+      {"memory", nullptr, nullptr, nullptr, true}, docxMedium(), rtfMedium(), utf8Medium(), utf16Medium()};
   return all;
 }
 

@@ -25,6 +25,7 @@ struct Medium {
 };
 
 Medium docxMedium();
+Medium rtfMedium();
 /// Plain text in UTF-8 with LF, and in UTF-16 with CR LF.
 Medium utf8Medium();
 Medium utf16Medium();
