@@ -51,7 +51,10 @@ class SplicedTokens {
     isSeam_ = endsInNew_ = true;
   }
 
-  std::vector<base::ByteSpan> finish() { return bytes_.finish(); }
+  std::vector<base::ByteSpan> finish() {
+    copyTo(source_.size(), false);
+    return bytes_.finish();
+  }
 
  private:
   void join(char next) {

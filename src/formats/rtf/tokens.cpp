@@ -2,7 +2,9 @@
 
 #include "damage.h"
 
+#include <algorithm>
 #include <array>
+#include <charconv>
 #include <limits>
 
 namespace pluvo::rtf {
@@ -34,6 +36,13 @@ int hexDigit(char c) {
 }
 
 }  // namespace
+
+std::int32_t numberIn(std::string_view text) {
+  while (text.starts_with(' ')) text.remove_prefix(1);
+  std::int32_t number = -1;
+  std::from_chars(text.data(), text.data() + text.size(), number);
+  return number;
+}
 
 Token Tokens::next() {
   Token token;

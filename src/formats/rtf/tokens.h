@@ -67,4 +67,7 @@ class Tokens {
   std::size_t at_;
 };
 
+/// The number that a text begins with; -1 for none.
+std::int32_t numberIn(std::string_view text);
+
 }  // namespace pluvo::rtf

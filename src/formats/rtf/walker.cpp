@@ -225,9 +225,8 @@ std::optional<std::int32_t> Walker::commentNumber(Extent group) const {
   for (int i = 0; i < kNear; ++i) {
     const Token token = tokens.next();
     if (token.kind == Kind::end) break;
-    if (token.kind == Kind::word && token.word == Word::atnref) return token.number;
-    // The number may be text of its group.
-    if (token.kind == Kind::word) continue;
+    if (token.kind != Kind::word || token.word != Word::atnref) continue;
+    return numberIn(tokens_.bytes().substr(token.extent.end, group.end - token.extent.end));
   }
   return std::nullopt;
 }

@@ -4,7 +4,6 @@
 #include "errors/document_error.h"
 
 #include <algorithm>
-#include <charconv>
 
 namespace pluvo::rtf {
 
@@ -22,13 +21,6 @@ bool definesRows(std::string_view word) {
   return word.starts_with("cellx") || std::ranges::any_of(kBeginnings, [&](std::string_view beginning) {
            return word.starts_with(beginning);
          });
-}
-
-std::int32_t numberIn(std::string_view text) {
-  while (text.starts_with(' ')) text.remove_prefix(1);
-  std::int32_t number = -1;
-  std::from_chars(text.data(), text.data() + text.size(), number);
-  return number;
 }
 
 }  // namespace

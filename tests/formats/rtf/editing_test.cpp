@@ -22,6 +22,83 @@ std::string savedAndTheSame(const Opened& opened) {
   return file;
 }
 
+/// What an edit of the first place of a text makes of a document's bytes. A text of "7" is a highlight.
+TEST(RtfFormat, IsEditedBySplices) {
+  const struct {
+    const char* before;
+    std::u16string place;
+    std::u16string text;
+    const char* after;
+  } cases[] = {
+      // No word runs into what is put after it.
+      {"\\b\\'e9x\\par", u"\u00E9", u"", "\\b x\\par"},
+      {"\\b\\'e9 x\\par", u"\u00E9", u"", "\\b  x\\par"},
+      {"\\b\\'e9{\\i x}\\par", u"\u00E9", u"", "\\b{\\i x}\\par"},
+      {"\\b\nax\\par", u"a", u"", "\\b\nx\\par"},
+      {"\\b\\'e9x\\par", u"\u00E9", u"a", "\\b ax\\par"},
+      // Any text, in ASCII.
+      {"axb\\par", u"x", u"{\\}\t\u0416\u20AC\U0001F600\u00A0\u001E\r\v",
+       "a\\{\\\\\\}\\tab \\u1046?\\u8364?\\u-10179?\\u-8704?\\~\\_\\par \\line b\\par"},
+      {"{\\uc0 axb}{\\uc2 cd}\\par", u"x", u"\u0416", "{\\uc0 a\\u1046 b}{\\uc2 cd}\\par"},
+      {"{\\uc2 axb}\\par", u"x", u"\u0416", "{\\uc2 a\\u1046??b}\\par"},
+      {"{\\u1046}x\\par", u"\u0416x", u"yz", "{yz}\\par"},
+      {"{\\f3 axb}\\par", u"\uF078", u"y", "{\\f3 a{\\f0 y}b}\\par"},
+      {"{\\f2\\'83}x{\\f2 A}\\par", u"x", u"", "{\\f2\\'83}{\\f2 A}\\par"},
+      {"{\\f2\\'83\\u1046?A}\\par", u"\u0416", u"", "{\\f2\\'83{}A}\\par"},
+      // What goes as a whole.
+      {"a{\\field{\\*\\fldinst X}{\\fldrslt b}}c\\par", u"a\u0013X\u0014b\u0015c", u"d", "d\\par"},
+      {"a{\\super\\chftn}{\\footnote n}c\\par", u"\u0002", u"", "a{\\super}c\\par"},
+      {"{\\*\\atrfstart 1}ab{\\*\\atrfend 1}{\\*\\atnid i}{\\*\\annotation{\\*\\atnref 1}n}c\\par",
+       u"b\u0005", u"", "ac\\par"},
+      {"a\\par\\trowd\\cellx1\\pard\\intbl b\\cell{\\trowd\\cellx1\\row }\\trowd\\cellx2\\pard\\intbl "
+       "c\\cell\\row\\pard d\\par",
+       u"b\a\ac\a\a", u"", "a\\par\\pard\\intbl {}\\pard\\intbl \\pard d\\par"},
+      {"{\\listtext 1}a\\par{\\listtext 2}b\\par", u"\r", u"", "{\\listtext 1}ab\\par"},
+      {"a\\par b", u"b", u"", "a\\par \\par "},
+      // Highlight.
+      {"a b c\\par", u"b", u"7", "a \\highlight2 b\\highlight0  c\\par"},
+      {"a{\\highlight2 b c}d\\par", u"b", u"", "a{\\highlight2  c}d\\par"},
+      {"{\\deleted a}b\\par", u"b", u"", "{\\deleted a}\\par"},
+  };
+  for (const auto& [before, place, text, after] : cases) {
+    SCOPED_TRACE(before);
+    Opened opened = open(head() + before + "}");
+    const std::u16string all = opened.model.text().substring(0, opened.model.length());
+    const std::size_t at = all.find(place);
+    ASSERT_NE(at, all.npos);
+    const text::Span span{static_cast<text::Position>(at), static_cast<text::Position>(at + place.size())};
+    if (text == u"7") {
+      opened.model.highlight(span, 7);
+    } else {
+      opened.model.replace(span, text, text::View::results);
+    }
+    EXPECT_EQ(savedAndTheSame(opened), head() + after + "}");
+  }
+}
+
+TEST(RtfFormat, AddsColoursWhereTheDocumentHasThem) {
+  const struct {
+    const char* before;
+    const char* after;
+  } cases[] = {
+      {"{\\rtf1\\ansi a}",
+       "{\\rtf1\\ansi {\\colortbl;\\red255\\green255\\blue0;}\\highlight1 a\\highlight0 }"},
+      {"{\\rtf1{\\fonttbl}\\pard a\\par}",
+       "{\\rtf1{\\fonttbl}{\\colortbl;\\red255\\green255\\blue0;}\\pard \\highlight1 a\\highlight0 \\par}"},
+      {"{\\rtf1{\\colortbl;\\red1;}a\\par}",
+       "{\\rtf1{\\colortbl;\\red1;\\red255\\green255\\blue0;}\\highlight2 a\\highlight0 \\par}"},
+      {"{\\rtf1{\\colortbl\\red1}a\\par}",
+       "{\\rtf1{\\colortbl\\red1;\\red255\\green255\\blue0;}\\highlight1 a\\highlight0 \\par}"},
+      {"{\\rtf1{\\colortbl}a\\par}",
+       "{\\rtf1{\\colortbl;\\red255\\green255\\blue0;}\\highlight1 a\\highlight0 \\par}"},
+  };
+  for (const auto& [before, after] : cases) {
+    Opened opened = open(before);
+    opened.model.highlight({0, 1}, 7);
+    EXPECT_EQ(savedAndTheSame(opened), after);
+  }
+}
+
 void editAtRandom(Opened& opened, std::mt19937& random, int edits) {
   const auto number = [&] { return static_cast<std::uint32_t>(random()); };
   for (int i = 0; i < edits; ++i) docx::editBySeed(opened.model, {number(), number(), number(), number()});

@@ -109,6 +109,24 @@ TEST(RtfFormat, RefusesWhatIsNoWholeDocument) {
   EXPECT_THAT(refusalOf(fields), testing::ContainsRegex("damaged: .*fields"));
 }
 
+TEST(RtfFormat, ReadsOrRefusesEveryBeginningOfADocument) {
+  const std::string whole =
+      head() + R"(a\par\'e9{\f2\'83\'41}\u1046?{\field{\*\fldinst A}{\fldrslt {\b B}}}\trowd\cellx9)"
+               R"(\intbl c\cell\row\pard{\footnote n}{\*\atnid i}{\*\annotation n}{\upr{x}{\*\ud y}})"
+               R"({\pict\bin3 }}}}{\*\shppict{\pict}}{\nonshppict}{\header h}{\info{\title t}}d\par})";
+  for (std::size_t size = 5 + 1; size <= whole.size(); ++size) {
+    const std::string part = whole.substr(0, size);
+    try {
+      const Opened opened = open(part);
+      EXPECT_EQ(opened.written(), part);
+      EXPECT_EQ(notation::damageOf(opened.model), "");
+      EXPECT_EQ(opened.source->appearance().length(), opened.model.length());
+    } catch (const errors::DocumentError&) {
+      EXPECT_LT(size, whole.size());
+    }
+  }
+}
+
 TEST(RtfFormat, TellsProtectionAndItsPassword) {
   const std::string hash =
       "{\\*\\passwordhash 01000000"
