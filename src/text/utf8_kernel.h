@@ -206,7 +206,7 @@ struct Surveyor {
   void note(const Starts& units, std::size_t offset) {
     const std::uint64_t reached = scan.units + units.count();
     for (; nextNote < reached; nextNote += kNoteInterval) {
-      const Utf8Step at = units.unit(nextNote - scan.units);
+      const Utf8Step at = units.unit(static_cast<std::size_t>(nextNote - scan.units));
       scan.notes[scan.noted++] =
           static_cast<std::uint32_t>(offset + at.offset) | (at.left != 0 ? kInsidePair : 0);
     }

@@ -68,9 +68,9 @@ Utf8Text::Survey Utf8Text::survey(Bytes bytes, const std::shared_ptr<const void>
   if (!survey.valid) return survey;
   survey.ascii = scan.ascii;
   survey.zeros = scan.zeros;
-  survey.pairs = scan.pairs;
-  survey.lineFeeds = scan.lineFeeds - scan.pairs;
-  survey.carriageReturns = scan.carriageReturns - scan.pairs;
+  survey.pairs = static_cast<std::size_t>(scan.pairs);
+  survey.lineFeeds = static_cast<std::size_t>(scan.lineFeeds - scan.pairs);
+  survey.carriageReturns = static_cast<std::size_t>(scan.carriageReturns - scan.pairs);
   if (scan.noted == 0) return survey;
   std::shared_ptr<Utf8Text> text(new Utf8Text(Bytes(bytes.data(), bytes.size() + 1), owner));
   text->notes_ = std::move(notes);
