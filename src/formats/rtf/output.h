@@ -25,6 +25,9 @@ class SplicedTokens {
   void copyTo(std::size_t to, bool isOpenEnded) {
     if (to <= bytes_.copied()) return;
     if (isSeam_) join(source_[bytes_.copied()]);
+    // What went stood in front of a word that says what a group is where it comes first.
+    if (isSeam_ && endsInBrace_ && beginsGroup(source_.substr(bytes_.copied()))) bytes_.text() += "{}";
+    endsInBrace_ = source_[to - 1] == '{';
     isSeam_ = false;
     constexpr std::size_t kWorthAPiece = 1024;
     if (to - bytes_.copied() >= kWorthAPiece) {
@@ -47,7 +50,7 @@ class SplicedTokens {
     if (text.empty()) return;
     join(text.front());
     bytes_.text() += text;
-    isOpenEnded_ = false;
+    isOpenEnded_ = endsInBrace_ = false;
     isSeam_ = endsInNew_ = true;
   }
 
@@ -69,6 +72,7 @@ class SplicedTokens {
   bool isOpenEnded_ = false;
   bool isHalf_ = false;
   bool endsInNew_ = false;
+  bool endsInBrace_ = false;
 };
 
 }  // namespace pluvo::rtf

@@ -37,6 +37,14 @@ int hexDigit(char c) {
 
 }  // namespace
 
+bool beginsGroup(std::string_view bytes) {
+  if (!bytes.starts_with('\\')) return false;
+  std::size_t end = 1;
+  while (end < bytes.size() && isLetter(bytes[end])) ++end;
+  const Word word = wordNamed(bytes.substr(1, end - 1)).word;
+  return bytes.starts_with("\\*") || isBetween(word, Word::field, Word::lastGroup);
+}
+
 std::int32_t numberIn(std::string_view text) {
   while (text.starts_with(' ')) text.remove_prefix(1);
   std::int32_t number = -1;

@@ -67,6 +67,8 @@ class Tokens {
   std::size_t at_;
 };
 
+/// Whether a group that begins so is more than text with a look of its own.
+bool beginsGroup(std::string_view bytes);
 /// The number that a text begins with; -1 for none.
 std::int32_t numberIn(std::string_view text);
 

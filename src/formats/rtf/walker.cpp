@@ -338,6 +338,7 @@ void Walker::restIsSkipped(const Token& token) {
     character.unit = text::kPicture;
     character.bytes = bytes;
     character.group = token.word;
+    character.fillsGroup = true;
     tell(character);
   }
   events_.group({token.word, token.extent.end, bytes});

@@ -40,6 +40,8 @@ struct Character {
   std::uint16_t missingFallback = 0;
   /// The first byte of two, without the second.
   bool isHalf = false;
+  /// All up to the brace that closes its group is its own.
+  bool fillsGroup = false;
   /// How many groups its last bytes close.
   std::uint8_t closes = 0;
   /// The group that it is, if it is one.

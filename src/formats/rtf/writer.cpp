@@ -266,6 +266,10 @@ void Writer::drop(const Step& step, const Character& character) {
   if (droppedFields_ > 0) return;
   if (step.length < character.units()) return;
   copyTo(character.bytes.begin);
+  // The text after it would stand for the character before it.
+  if (missingFallback_ > 0 && missingAt_ == character.bytes.begin)
+    out_->put(std::string(missingFallback_, '?'));
+  missingFallback_ = 0;
   // The bytes of a field go when its end does.
   if (character.kind == Kind::fieldBegin) return;
   if (!character.kept.empty()) {
@@ -286,7 +290,7 @@ void Writer::put(const Step& step, const Character& character) {
   const bool isMark = character.kind == Kind::paragraph || character.kind == Kind::cell ||
                       character.kind == Kind::row || character.kind == Kind::section;
   const bool opensGroup = character.kind == Kind::fieldBegin || character.kind == Kind::fieldSeparator;
-  if (opensGroup || !character.kept.empty() || leavesDeleted) {
+  if (opensGroup || character.fillsGroup || !character.kept.empty() || leavesDeleted) {
     waitsForLiving_ = leavesDeleted;
     waiting_.push_back(step);
     return;

@@ -45,6 +45,9 @@ TEST(RtfFormat, IsEditedBySplices) {
       {"{\\f3 axb}\\par", u"\uF078", u"y", "{\\f3 a{\\f0 y}b}\\par"},
       {"{\\f2\\'83}x{\\f2 A}\\par", u"x", u"", "{\\f2\\'83}{\\f2 A}\\par"},
       {"{\\f2\\'83\\u1046?A}\\par", u"\u0416", u"", "{\\f2\\'83{}A}\\par"},
+      {"{x\\footnote y}\\u1046\\par z\\par", u"x", u"", "{{}\\footnote y}\\u1046\\par z\\par"},
+      {"a\\u1046\\par z\\par", u"\r", u"", "a\\u1046?z\\par"},
+      {"{\\qc\\pict 00}xy\\par", u"x", u"z", "{\\qc\\pict 00}zy\\par"},
       // What goes as a whole.
       {"a{\\field{\\*\\fldinst X}{\\fldrslt b}}c\\par", u"a\u0013X\u0014b\u0015c", u"d", "d\\par"},
       {"a{\\super\\chftn}{\\footnote n}c\\par", u"\u0002", u"", "a{\\super}c\\par"},
