@@ -194,6 +194,7 @@ bool FolderRun::goesOnWithout(const runs::CannotBegin& refused) {
       plan_.journal = false;
       return place_.goesOnWithoutOriginals(why);
     case Reason::outputFolder:
+    case Reason::rest:
       break;
   }
   return false;

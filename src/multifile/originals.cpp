@@ -3,7 +3,7 @@
 #include "base/text.h"
 #include "base/utf.h"
 #include "fileops/clsFileOperations.h"
-#include "questions.h"
+#include "multifile/questions.h"
 
 #include <algorithm>
 #include <array>

@@ -28,7 +28,7 @@ struct Opened {
 
   document::Document document;
   document::Story& model = document.mainText();
-  std::unique_ptr<formats::Source> source;
+  std::shared_ptr<const formats::Source> source;
   std::optional<formats::Protection> protection;
 };
 

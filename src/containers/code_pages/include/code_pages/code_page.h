@@ -53,6 +53,7 @@ class CodePage {
   }
   /// Whether bytes below 80 at the start of a character are ASCII, and no others are.
   bool keepsAscii() const { return keepsAscii_; }
+  bool isSingleByte() const { return pairs_.empty(); }
 
   struct Encoded {
     std::array<std::uint8_t, 4> bytes = {};
