@@ -74,8 +74,9 @@ void MemoryApplication::save(const MemoryDocument& document) {
 }
 
 void MemoryApplication::close(const std::shared_ptr<MemoryDocument>& document) {
-  remove(document);
-  document->close();
+  const std::shared_ptr<MemoryDocument> held = document;  // whose owner may let go of it on closing
+  remove(held);
+  held->close();
 }
 
 void MemoryApplication::remove(const std::shared_ptr<MemoryDocument>& document) {

@@ -10,12 +10,13 @@ namespace {
 std::optional<base::Bytes> asRtf(std::string_view notation, notation::Ranges& ranges) {
   const base::Bytes file = rtf::fileOf(notation, ranges);
   const document::Story read(rtf::RtfFormat().read(file).stories.front());
-  if (notation::print(read) != notation::Sample(notation).print()) return std::nullopt;
+  const document::Story meant(notation::parse(notation).content);
+  if (notation::print(read) != notation::print(meant)) return std::nullopt;
   return file;
 }
 
 }  // namespace
 
-Medium rtfMedium() { return {"rtf", std::make_shared<rtf::RtfFormat>(), asRtf}; }
+Medium rtfMedium() { return {"rtf", std::make_shared<rtf::RtfFormat>(), asRtf, nullptr, true}; }
 
 }  // namespace pluvo::formats

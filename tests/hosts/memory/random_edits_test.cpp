@@ -246,10 +246,16 @@ std::u16string lettersOf(std::u16string text) {
   return text;
 }
 
+/// A random document that the medium can hold.
+Kept thatHolds(const Medium& medium, Dice& dice) {
+  for (;;) {
+    if (std::optional<Kept> kept = keptIn(medium, RandomDocument(dice).blocks(2))) return *std::move(kept);
+  }
+}
+
 class StructuredProgram {
  public:
-  StructuredProgram(unsigned seed, const Medium& medium)
-      : dice_(seed), kept_(*keptIn(medium, RandomDocument(dice_).blocks(2))) {
+  StructuredProgram(unsigned seed, const Medium& medium) : dice_(seed), kept_(thatHolds(medium, dice_)) {
     for (int i = 0; i < 3; ++i) ranges_.push_back(sample_.document->Range(0, 0));
   }
 
