@@ -30,7 +30,6 @@ TEST(Check, ReadsEveryLayerOfEveryStoryAnew) {
                {"two", "twO", "text"},
                {"<7:", "<6:", "highlighting"},
                {"<7:two>", "two", "highlighting"},
-               {"<h:hidden>", "hidden", "hidden text"},
                {"⟧⟦", "", "structure"},
                {"note", "Note", "text"},
                {"{x|y}", "\\{x\\|y\\}", "text"},

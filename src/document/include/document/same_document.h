@@ -9,8 +9,9 @@
 namespace pluvo::document {
 
 /// What of a document is not as it was meant, where what was written is read anew: a noun for a sentence;
-/// empty where story by story and layer by layer all is the same. Asks nothing that the writer went by. Calls
-/// pause every few megabytes.
+/// empty where text, highlight and structure are the same in every story. Visibility is not compared: text
+/// that joins another paragraph may be shown or hidden by that paragraph's style. Asks nothing that the
+/// writer went by. Calls pause every few megabytes.
 std::string_view differenceOf(const Document::Snapshot& meant, const std::vector<Content>& readBack,
                               const std::function<void()>& pause);
 
