@@ -27,11 +27,9 @@ class ReportPrinter final : public runs::Observer {
 
   static void sum(const runs::SliceReport& report) {
     std::int64_t ended = 0;
-    std::int64_t begun = 0;
     for (const runs::SliceTold& slice : report.slices()) {
       const bool isOver = slice.stage == runs::SliceTold::Stage::ended;
       ended += isOver ? 1 : 0;
-      begun += slice.stage != runs::SliceTold::Stage::neverBegun ? 1 : 0;
       if (isOver) continue;
       std::string line = base::shown(slice.run) + ": slice " + std::to_string(slice.number) + " of " +
                          std::to_string(slice.count) + " " + std::string(wordsOf(slice.stage));

@@ -165,7 +165,8 @@ void RunsMenu::showUnfinished() {
     if (!list) return look();
     QStringList names;
     for (const std::string& path : list->documents) names += text(path);
-    Question box(&place_.window, tr("A run was ended before it came to %1.").arg(counted(names.size())),
+    Question box(&place_.window,
+                 tr("A run was ended before it came to %1.").arg(counted(list->documents.size())),
                  listed(names) + tr("\n\nTo go on with them, say in the dialog what is to be done, and click "
                                     "Execute."));
     if (names.size() > 10) box.setDetailedText(names.join(u'\n'));
