@@ -71,7 +71,7 @@ Outcome inMemory(const Task& task) {
   const auto application = std::make_shared<memory::MemoryApplication>();
   application->add(document);
   auto said = pass(application, task);
-  const document::MainText& model = document->mainText();
+  const document::Story& model = document->mainText();
   return {model.text().substring(0, model.length()), stand_in::highlights(model), std::move(said)};
 }
 
