@@ -5,6 +5,7 @@
 #include "new_text.h"
 #include "tokens.h"
 
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -13,8 +14,13 @@ namespace pluvo::rtf {
 /// Old bytes and new ones, joined so that no control word runs into what is put after it.
 class SplicedTokens {
  public:
-  explicit SplicedTokens(std::string_view source)
-      : source_(source), bytes_({reinterpret_cast<const std::uint8_t*>(source.data()), source.size()}) {}
+  /// From there on.
+  explicit SplicedTokens(std::string_view source, std::size_t from = 0)
+      : source_(source),
+        bytes_({reinterpret_cast<const std::uint8_t*>(source.data()), source.size()}),
+        from_(from) {
+    leaveOutTo(from);
+  }
 
   std::size_t copied() const { return bytes_.copied(); }
   /// Whether new bytes, and none of the old ones, came last.
@@ -24,6 +30,7 @@ class SplicedTokens {
   /// byte would be taken for a part of.
   void copyTo(std::size_t to, bool isOpenEnded) {
     if (to <= bytes_.copied()) return;
+    if (!first_) first_ = bytes_.copied() == from_ ? '{' : source_[bytes_.copied()];
     if (isSeam_) join(source_[bytes_.copied()]);
     // What went stood in front of a word that says what a group is where it comes first.
     if (isSeam_ && endsInBrace_ && beginsGroup(source_.substr(bytes_.copied()))) bytes_.text() += "{}";
@@ -48,11 +55,15 @@ class SplicedTokens {
   /// New bytes. What they end in is complete.
   void put(std::string_view text) {
     if (text.empty()) return;
+    if (!first_) first_ = text.front();
     join(text.front());
     bytes_.text() += text;
     isOpenEnded_ = endsInBrace_ = false;
     isSeam_ = endsInNew_ = true;
   }
+
+  /// Whether the first byte is another than before, and would be taken for a part of a word in front of it.
+  bool continuesWord() const { return first_ && goesOnInWord(*first_); }
 
   std::vector<base::ByteSpan> finish() {
     copyTo(source_.size(), false);
@@ -68,6 +79,8 @@ class SplicedTokens {
 
   std::string_view source_;
   formats::SplicedBytes<std::size_t> bytes_;
+  std::size_t from_;
+  std::optional<char> first_;
   bool isSeam_ = false;
   bool isOpenEnded_ = false;
   bool isHalf_ = false;

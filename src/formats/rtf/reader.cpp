@@ -166,7 +166,7 @@ void TextReader::play(const Piece& piece) {
 }
 
 void TextReader::playMark(const Piece& piece) {
-  endsInMark_ = false;
+  if (piece.kind != Kind::row) endsInMark_ = false;
   switch (piece.kind) {
     case Kind::section:
       goToDepth(0);
@@ -195,6 +195,7 @@ void TextReader::playRowMark(const Piece& piece) {
     map_.oddities.push_back({piece.from, Oddity::Kind::noRow});
     return;
   }
+  endsInMark_ = false;
   if (endsCell) {
     map_.oddities.push_back({piece.from, Oddity::Kind::cellEnds});
     builder_.cellMark(piece.look);

@@ -99,7 +99,12 @@ Token Tokens::control(std::size_t begin) {
   Token token;
   token.extent.begin = begin;
   token.kind = Token::Kind::symbol;
-  if (at_ == bytes_.size()) return token;
+  const std::string_view rest = bytes_.substr(at_, 3);
+  if (rest.empty() || rest == "'" || (rest.size() == 2 && rest[0] == '\'' && hexDigit(rest[1]) >= 0)) {
+    at_ = begin;
+    token.kind = Token::Kind::end;
+    return token;
+  }
   const char first = bytes_[at_];
   if (isLetter(first)) {
     const std::size_t letters = at_;

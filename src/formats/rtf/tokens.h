@@ -17,7 +17,7 @@ struct Extent {
 
 struct Token {
   enum class Kind : std::uint8_t {
-    end,      ///< of the bytes
+    end,      ///< of the bytes, or a half of \'hh there
     open,     ///< {
     close,    ///< }
     text,     ///< characters of ASCII that stand for themselves

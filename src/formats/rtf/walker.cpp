@@ -40,6 +40,7 @@ void Walker::walk() {
   while (!frames_.empty()) {
     const Token token = tokens_.next();
     if (token.kind == Kind::end) {
+      if (!isText()) throw damaged("ends inside a group that is not text");
       // Word processors close what text has left open.
       while (openFields_ > 0) close(token.extent.begin);
       events_.end(token.extent.begin);
@@ -622,6 +623,7 @@ void Walker::numbered(const Token& token) {
       --left;
     } else {
       tokens_.goTo(from);
+      character.fallbackAt = {from, next.extent.begin};
       break;
     }
     tokens_.goTo(end);
@@ -629,10 +631,10 @@ void Walker::numbered(const Token& token) {
     if (next.isOpenEnded) noteOpenEnd(end);
   }
   character.missingFallback = left;
-  if (token.number < -32768 || token.number > 65535) return;
   character.unit = static_cast<char16_t>(token.number);
-  if (character.unit < 0x20 && character.unit != u'\t') return;
-  tell(character);
+  const bool isNone = token.number < -32768 || token.number > 65535 || character.unit < 0x20;
+  if (!isNone || token.number == u'\t') return tell(character);
+  if (left > 0) events_.missingFallback(left, character.fallbackAt);
 }
 
 void Walker::put(char16_t unit, Extent bytes) {

@@ -38,6 +38,8 @@ struct Character {
   std::optional<std::int32_t> comment = std::nullopt;
   /// Characters that should stand after it for programs that do not know it, and do not.
   std::uint16_t missingFallback = 0;
+  /// Where those would stand: from its last byte to the next token that is something.
+  Extent fallbackAt = {};
   /// The first byte of two, without the second.
   bool isHalf = false;
   /// All up to the brace that closes its group is its own.
@@ -68,6 +70,8 @@ class Events {
   virtual void open(std::size_t /*begin*/) {}
   /// The state is still that of the group.
   virtual void close(std::size_t /*end*/) {}
+  /// A number that is no character, with what should stand after it and does not.
+  virtual void missingFallback(std::uint16_t /*count*/, Extent /*at*/) {}
   /// A word that is no character, when the state has it.
   virtual void word(const Token& /*token*/) {}
   virtual void group(const SkippedGroup& /*group*/) {}

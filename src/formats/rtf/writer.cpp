@@ -33,8 +33,7 @@ Writer::Writer(std::string_view file, const Tables& tables, const TextMap& map, 
       script_(story),
       walker_(file, *this),
       head_(file.substr(0, tables.coloursAt)),
-      rest_(file) {
-  rest_.leaveOutTo(tables.coloursAt);
+      rest_(file, tables.coloursAt) {
   const document::Dropped dropped(script_);
   for (const Span& row : map.rows) {
     if (!dropped.hold(row)) continue;
@@ -54,13 +53,19 @@ void Writer::write(base::Output& out) {
   for (const base::ByteSpan piece : head_.finish()) out.write(piece);
   const std::string colours = newColours();
   out.write({reinterpret_cast<const std::uint8_t*>(colours.data()), colours.size()});
-  for (const base::ByteSpan piece : rest_.finish()) out.write(piece);
+  const std::vector<base::ByteSpan> rest = rest_.finish();
+  if (colours.empty() && isHeadOpenEnded_ && rest_.continuesWord()) {
+    constexpr std::uint8_t kBlank = ' ';
+    out.write({&kBlank, 1});
+  }
+  for (const base::ByteSpan piece : rest) out.write(piece);
 }
 
 void Writer::copyTo(std::size_t at) {
   if (out_ == &head_ && at >= tables_.coloursAt) {
     head_.copyTo(tables_.coloursAt, false);
     out_ = &rest_;
+    isHeadOpenEnded_ = walker_.isOpenEnd(tables_.coloursAt);
   }
   out_->copyTo(at, walker_.isOpenEnd(at));
 }
@@ -123,6 +128,19 @@ bool Writer::isRowDropped() {
   while (nextDroppedRow_ < droppedRows_.size() && droppedRows_[nextDroppedRow_].to <= position_)
     ++nextDroppedRow_;
   return nextDroppedRow_ < droppedRows_.size() && droppedRows_[nextDroppedRow_].from <= position_;
+}
+
+void Writer::missingFallback(std::uint16_t count, Extent at) {
+  if (droppedFields_ > 0) return;
+  missingFallback_ = count;
+  missingAt_ = at;
+}
+
+/// Puts there what should stand after a numbered character, and would be taken from the text that comes.
+void Writer::fillFallback(std::size_t at) {
+  if (missingFallback_ > 0 && missingAt_.begin <= at && at <= missingAt_.end)
+    out_->put(std::string(missingFallback_, '?'));
+  missingFallback_ = 0;
 }
 
 void Writer::word(const Token& token) {
@@ -209,7 +227,7 @@ void Writer::character(const Character& character) {
   const bool isRow = character.kind == Kind::row;
   if (isRow && nextOddity_ < map_.oddities.size() &&
       map_.oddities[nextOddity_].token == character.bytes.begin) {
-    if (map_.oddities[nextOddity_++].kind == Oddity::Kind::noRow) return;
+    if (map_.oddities[nextOddity_++].kind == Oddity::Kind::noRow) return emptyRow(character);
     missingCell(character);
   }
   flush(character.bytes.begin);
@@ -254,7 +272,7 @@ void Writer::keep(const Step& step, const Character& character) {
   }
   written_ = step.at + step.length;
   missingFallback_ = character.missingFallback;
-  missingAt_ = character.bytes.end;
+  missingAt_ = character.fallbackAt;
   if (character.isHalf) {
     copyTo(character.bytes.end);
     out_->isHalf();
@@ -267,9 +285,7 @@ void Writer::drop(const Step& step, const Character& character) {
   if (step.length < character.units()) return;
   copyTo(character.bytes.begin);
   // The text after it would stand for the character before it.
-  if (missingFallback_ > 0 && missingAt_ == character.bytes.begin)
-    out_->put(std::string(missingFallback_, '?'));
-  missingFallback_ = 0;
+  fillFallback(character.bytes.begin);
   // The bytes of a field go when its end does.
   if (character.kind == Kind::fieldBegin) return;
   if (!character.kept.empty()) {
@@ -317,14 +333,26 @@ void Writer::put(const Step& step, const Character& character) {
   waiting_.push_back(part);
 }
 
+/// The end of a row that had no cells would get one where the paragraph before it runs into it.
+void Writer::emptyRow(const Character& rowMark) {
+  if (droppedFields_ > 0 || droppedTo_ != position_ || position_ == 0) return;
+  copyTo(rowMark.bytes.begin);
+  out_->leaveOutTo(rowMark.bytes.end);
+}
+
 /// A cell that ends where its row does gets a mark of its own where its text may have gone.
 void Writer::missingCell(const Character& rowMark) {
   const Position from = position_;
   const bool isTouched = droppedTo_ == from && from > 0;
-  flush(rowMark.bytes.begin);
+  // A nested row ends in a group of its own, in front of which its cells lie.
+  const bool isNested = rowMark.depth > 1;
+  const Level& group = levels_.back();
+  const Place place =
+      isNested ? Place{group.begin, group.before, levels_.size() - 2} : here(rowMark.bytes.begin);
+  if (!waiting_.empty() && droppedFields_ == 0) flushAt(place);
   position_ = from + 1;
   script_.take(position_, [&](const Step& step) {
-    if (step.kind == Step::Kind::put) return write(step, here(rowMark.bytes.begin));
+    if (step.kind == Step::Kind::put) return write(step, place);
     if (step.kind == Step::Kind::drop) {
       droppedTo_ = position_;
       return;
@@ -332,9 +360,15 @@ void Writer::missingCell(const Character& rowMark) {
     const std::uint8_t colour = wanted(step.at);
     written_ = step.at + 1;
     if (!isTouched && colour == 0) return;
-    copyTo(rowMark.bytes.begin);
+    copyTo(place.at);
+    const Level inner = levels_.back();
+    levels_.resize(place.level + 1);
     highlightTo(colour);
-    out_->put("\\cell ");
+    out_->put(isNested ? "\\nestcell " : "\\cell ");
+    if (isNested) {
+      levels_.push_back(inner);
+      levels_.back().highlight = colour;
+    }
   });
 }
 
@@ -432,8 +466,7 @@ void Writer::write(const Step& text, const Place& place) {
   } else {
     copyTo(place.at);
   }
-  if (missingFallback_ > 0 && missingAt_ == place.at) out_->put(std::string(missingFallback_, '?'));
-  missingFallback_ = 0;
+  fillFallback(place.at);
 
   std::vector<Level> inner;
   while (levels_.size() > place.level + 1) {

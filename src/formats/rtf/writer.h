@@ -27,6 +27,7 @@ class Writer final : public Events {
   void character(const Character& character) override;
   void open(std::size_t begin) override;
   void close(std::size_t end) override;
+  void missingFallback(std::uint16_t count, Extent at) override;
   void word(const Token& token) override;
   void group(const SkippedGroup& group) override;
   void end(std::size_t at) override;
@@ -50,7 +51,9 @@ class Writer final : public Events {
   void keep(const document::Step& step, const Character& character);
   void drop(const document::Step& step, const Character& character);
   void put(const document::Step& step, const Character& character);
+  void emptyRow(const Character& rowMark);
   void missingCell(const Character& rowMark);
+  void fillFallback(std::size_t at);
 
   void copyTo(std::size_t at);
   void highlightTo(std::uint8_t colour);
@@ -82,6 +85,7 @@ class Writer final : public Events {
   SplicedTokens head_;  ///< up to where new colours go …
   SplicedTokens rest_;  ///< … and from there on
   SplicedTokens* out_ = &head_;
+  bool isHeadOpenEnded_ = false;
   std::vector<Level> levels_;
   text::Position position_ = 0;                ///< in the original text
   text::Position droppedTo_ = 0;               ///< the last character that went ends there
@@ -90,8 +94,8 @@ class Writer final : public Events {
   std::size_t droppedFields_ = 0;              ///< open fields that go
   std::size_t runBegin_ = 0;                   ///< bytes of the text at hand …
   text::Position runPosition_ = 0;             ///< … and its first position
-  std::uint16_t missingFallback_ = 0;          ///< of the character written last
-  std::size_t missingAt_ = 0;                  ///< and where that ends
+  std::uint16_t missingFallback_ = 0;          ///< of the character written last …
+  Extent missingAt_;                           ///< … and where it should stand
   std::vector<document::Step> waiting_;        ///< new text for the next place that takes text
   bool waitsForLiving_ = false;                ///< … which must be outside deleted text
   text::RunMap<std::uint8_t>::Run highlight_;  ///< the one looked up last

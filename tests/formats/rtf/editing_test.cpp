@@ -45,6 +45,8 @@ TEST(RtfFormat, IsEditedBySplices) {
       {"{\\f3 axb}\\par", u"\uF078", u"y", "{\\f3 a{\\f0 y}b}\\par"},
       {"{\\f2\\'83}x{\\f2 A}\\par", u"x", u"", "{\\f2\\'83}{\\f2 A}\\par"},
       {"{\\f2\\'83\\u1046?A}\\par", u"\u0416", u"", "{\\f2\\'83{}A}\\par"},
+      {"a\\u0\\par z\\par", u"\r", u"", "a\\u0?z\\par"},
+      {"a\\u1046\n\\par z\\par", u"\r", u"", "a\\u1046\n?z\\par"},
       {"{x\\footnote y}\\u1046\\par z\\par", u"x", u"", "{{}\\footnote y}\\u1046\\par z\\par"},
       {"a\\u1046\\par z\\par", u"\r", u"", "a\\u1046?z\\par"},
       {"{\\qc\\pict 00}xy\\par", u"x", u"z", "{\\qc\\pict 00}zy\\par"},
@@ -56,6 +58,12 @@ TEST(RtfFormat, IsEditedBySplices) {
       {"a\\par\\trowd\\cellx1\\pard\\intbl b\\cell{\\trowd\\cellx1\\row }\\trowd\\cellx2\\pard\\intbl "
        "c\\cell\\row\\pard d\\par",
        u"b\a\ac\a\a", u"", "a\\par\\pard\\intbl {}\\pard\\intbl \\pard d\\par"},
+      {"a\\par\\row b\\par", u"a\r", u"c", "cb\\par"},
+      {"\\intbl\\itap2 a\\nestcell b{\\*\\nesttableprops\\nestrow}c\\cell\\row\\pard d\\par", u"b\a", u"7",
+       "\\intbl\\itap2 a\\nestcell \\highlight2 b\\nestcell {\\*\\nesttableprops\\nestrow}\\highlight0 "
+       "c\\cell\\row\\pard d\\par"},
+      {"\\intbl\\itap2 a\\nestcell b{\\*\\nesttableprops\\nestrow}c\\cell\\row\\pard d\\par", u"b", u"",
+       "\\intbl\\itap2 a\\nestcell \\nestcell {\\*\\nesttableprops\\nestrow}c\\cell\\row\\pard d\\par"},
       {"{\\listtext 1}a\\par{\\listtext 2}b\\par", u"\r", u"", "{\\listtext 1}ab\\par"},
       {"a\\par b", u"b", u"", "a\\par \\par "},
       // Highlight.
@@ -76,6 +84,29 @@ TEST(RtfFormat, IsEditedBySplices) {
       opened.model.replace(span, text, text::View::results);
     }
     EXPECT_EQ(savedAndTheSame(opened), head() + after + "}");
+  }
+}
+
+/// Where a document, or what it says of all its text, ends in the middle of something.
+TEST(RtfFormat, AddsTextAtAnEnd) {
+  const struct {
+    const char* before;
+    text::Span place;
+    const char16_t* text;
+    const char* after;
+  } cases[] = {
+      {"{\\rtf1\\ansi\\'e9x}", {0, 1}, u"", "{\\rtf1\\ansi x}"},
+      {"{\\rtf1\\ansi\\'e9x}", {0, 1}, u"a", "{\\rtf1\\ansi ax}"},
+      {"{\\rtf1 x\\", {0, 1}, u"", "{\\rtf1 \\"},
+      {"{\\rtf1 x\\", {1, 1}, u"a", "{\\rtf1 xa\\"},
+      {"{\\rtf1 x\\'e", {1, 1}, u"a", "{\\rtf1 xa\\'e"},
+      {"{\\rtf1 x\\par\\row", {0, 1}, u"a", "{\\rtf1 a\\par\\row"},
+  };
+  for (const auto& [before, place, text, after] : cases) {
+    Opened opened = open(before);
+    EXPECT_EQ(opened.written(), before);
+    opened.model.replace(place, text, text::View::results);
+    EXPECT_EQ(savedAndTheSame(opened), after);
   }
 }
 
