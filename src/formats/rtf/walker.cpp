@@ -88,8 +88,8 @@ void Walker::push(Role role, std::size_t begin) {
   events_.open(begin);
 }
 
-void Walker::pop(std::size_t end) {
-  events_.close(end);
+void Walker::pop(std::size_t end, bool hasBrace) {
+  events_.close(end, hasBrace);
   frames_.pop_back();
 }
 
@@ -316,7 +316,7 @@ void Walker::close(std::size_t begin) {
   } else if (frame.role == Role::field && !frame.hasEnd) {
     endField({begin, behind}, 1);
   }
-  pop(behind);
+  pop(behind, behind > begin);
 }
 
 void Walker::endField(Extent bytes, std::uint8_t closes) {

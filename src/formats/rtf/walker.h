@@ -68,8 +68,8 @@ class Events {
   virtual void text(Extent bytes) = 0;
   virtual void character(const Character& character) = 0;
   virtual void open(std::size_t /*begin*/) {}
-  /// The state is still that of the group.
-  virtual void close(std::size_t /*end*/) {}
+  /// The state is still that of the group. It has no brace where the document ends in it.
+  virtual void close(std::size_t /*end*/, bool /*hasBrace*/) {}
   /// A number that is no character, with what should stand after it and does not.
   virtual void missingFallback(std::uint16_t /*count*/, Extent /*at*/) {}
   /// A word that is no character, when the state has it.
@@ -134,7 +134,7 @@ class Walker {
   void open(std::size_t begin);
   void close(std::size_t begin);
   void push(Role role, std::size_t begin);
-  void pop(std::size_t end);
+  void pop(std::size_t end, bool hasBrace = true);
   void enter(Role role, std::size_t begin, const Opening& opening);
   void noteOpenEnd(std::size_t end) { openEnds_ = {openEnds_[1], end}; }
   Opening opening() const;

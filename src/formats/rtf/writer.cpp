@@ -116,10 +116,14 @@ void Writer::open(std::size_t begin) {
   levels_.push_back({begin, position_, walker_.state(), levels_.back().highlight});
 }
 
-void Writer::close(std::size_t end) {
+void Writer::close(std::size_t end, bool hasBrace) {
   inRowWords_ = false;
   const Level closed = levels_.back();
   levels_.pop_back();
+  if (!hasBrace) {
+    if (closed.begin < droppedFieldAt_) ++unclosed_;
+    return;
+  }
   if (waitsForLiving_ && !closed.before.deleted && droppedFields_ == 0)
     flushAt({end, closed.before, levels_.size() - 1});
 }
@@ -243,9 +247,13 @@ void Writer::character(const Character& character) {
         return put(step, character);
     }
   });
-  if (character.kind == Kind::fieldBegin && (droppedFields_ > 0 || droppedTo_ == from + 1)) ++droppedFields_;
+  if (character.kind == Kind::fieldBegin && (droppedFields_ > 0 || droppedTo_ == from + 1)) {
+    if (droppedFields_++ == 0) droppedFieldAt_ = character.bytes.begin;
+  }
   if (character.kind == Kind::fieldEnd && droppedFields_ > 0 && --droppedFields_ == 0) {
     out_->leaveOutTo(character.bytes.end);
+    if (character.bytes.empty()) return;
+    droppedFieldAt_ = static_cast<std::size_t>(-1);
     if (!waiting_.empty()) {
       const std::size_t level = levels_.size() - 1 - character.closes;
       flushAt({character.bytes.end, levels_[level + 1].before, level});
@@ -306,7 +314,8 @@ void Writer::put(const Step& step, const Character& character) {
   const bool isMark = character.kind == Kind::paragraph || character.kind == Kind::cell ||
                       character.kind == Kind::row || character.kind == Kind::section;
   const bool opensGroup = character.kind == Kind::fieldBegin || character.kind == Kind::fieldSeparator;
-  if (opensGroup || character.fillsGroup || !character.kept.empty() || leavesDeleted) {
+  const bool endsInDocumentsEnd = character.kind == Kind::fieldEnd && character.bytes.empty();
+  if (opensGroup || endsInDocumentsEnd || character.fillsGroup || !character.kept.empty() || leavesDeleted) {
     waitsForLiving_ = leavesDeleted;
     waiting_.push_back(step);
     return;
@@ -381,6 +390,7 @@ void Writer::end(std::size_t at) {
     script_.take(position_ + 1, [&](const Step& step) {
       if (step.kind == Step::Kind::put) texts.push_back(step);
     });
+    if (!texts.empty()) closeFields(at);
     for (const Step& text : texts) {
       const std::size_t own = text.units.rfind(text::kParagraphMark) + 1;
       Step part = text;
@@ -401,6 +411,7 @@ void Writer::end(std::size_t at) {
                              story_.structure().valueAt(last - 1).table == document::kNone;
     const std::uint8_t colour = wanted(last);
     if (wouldBeLast || colour != levels_.back().highlight) {
+      closeFields(at);
       copyTo(at);
       highlightTo(colour);
     }
@@ -408,6 +419,15 @@ void Writer::end(std::size_t at) {
   } else {
     flush(at);
   }
+}
+
+/// Gives fields that end where the document does their braces, for what comes after them.
+void Writer::closeFields(std::size_t at) {
+  if (unclosed_ == 0) return;
+  copyTo(at);
+  out_->put(std::string(unclosed_, '}'));
+  unclosed_ = 0;
+  missingFallback_ = 0;
 }
 
 // ---- New text ----

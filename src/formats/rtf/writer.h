@@ -26,7 +26,7 @@ class Writer final : public Events {
   void text(Extent bytes) override;
   void character(const Character& character) override;
   void open(std::size_t begin) override;
-  void close(std::size_t end) override;
+  void close(std::size_t end, bool hasBrace) override;
   void missingFallback(std::uint16_t count, Extent at) override;
   void word(const Token& token) override;
   void group(const SkippedGroup& group) override;
@@ -54,6 +54,7 @@ class Writer final : public Events {
   void emptyRow(const Character& rowMark);
   void missingCell(const Character& rowMark);
   void fillFallback(std::size_t at);
+  void closeFields(std::size_t at);
 
   void copyTo(std::size_t at);
   void highlightTo(std::uint8_t colour);
@@ -87,11 +88,13 @@ class Writer final : public Events {
   SplicedTokens* out_ = &head_;
   bool isHeadOpenEnded_ = false;
   std::vector<Level> levels_;
-  text::Position position_ = 0;                ///< in the original text
-  text::Position droppedTo_ = 0;               ///< the last character that went ends there
-  text::Position written_ = 0;                 ///< in the edited text
-  text::Position labelAt_ = -1;                ///< of the edited text: where a label was kept
-  std::size_t droppedFields_ = 0;              ///< open fields that go
+  text::Position position_ = 0;                                ///< in the original text
+  text::Position droppedTo_ = 0;                               ///< the last character that went ends there
+  text::Position written_ = 0;                                 ///< in the edited text
+  text::Position labelAt_ = -1;                                ///< of the edited text: where a label was kept
+  std::size_t droppedFields_ = 0;                              ///< open fields that go
+  std::size_t droppedFieldAt_ = static_cast<std::size_t>(-1);  ///< where the outermost of them begins
+  std::size_t unclosed_ = 0;                   ///< groups that are kept, and that the document ends in
   std::size_t runBegin_ = 0;                   ///< bytes of the text at hand …
   text::Position runPosition_ = 0;             ///< … and its first position
   std::uint16_t missingFallback_ = 0;          ///< of the character written last …

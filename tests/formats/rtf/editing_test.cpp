@@ -100,6 +100,11 @@ TEST(RtfFormat, AddsTextAtAnEnd) {
       {"{\\rtf1 x\\", {0, 1}, u"", "{\\rtf1 \\"},
       {"{\\rtf1 x\\", {1, 1}, u"a", "{\\rtf1 xa\\"},
       {"{\\rtf1 x\\'e", {1, 1}, u"a", "{\\rtf1 xa\\'e"},
+      {"{\\rtf1{\\field{\\*\\fldinst X}{\\fldrslt b",
+       {5, 5},
+       u"a",
+       "{\\rtf1{\\field{\\*\\fldinst X}{\\fldrslt b}}a"},
+      {"{\\rtf1 x{\\field{\\*\\fldinst X}{\\fldrslt b", {0, 6}, u"a", "{\\rtf1 a"},
       {"{\\rtf1 x\\par\\row", {0, 1}, u"a", "{\\rtf1 a\\par\\row"},
   };
   for (const auto& [before, place, text, after] : cases) {
