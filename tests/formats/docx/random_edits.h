@@ -26,7 +26,7 @@ inline void editBySeed(document::Story& model, const EditSeed& seed) {
                                          u"\U0001F600 ok"};
   const auto whole = [&](text::Position p) {
     const char16_t unit = model.text().at(p);
-    return unit >= 0xDC00 && unit <= 0xDFFF ? p - 1 : p;
+    return p > 0 && unit >= 0xDC00 && unit <= 0xDFFF ? p - 1 : p;
   };
   const text::Position last = model.length() - 1;
   const auto from = whole(static_cast<text::Position>(seed.place % static_cast<std::uint32_t>(last + 1)));
