@@ -39,16 +39,19 @@ std::optional<std::string> journalOf(const Plan& plan) {
   return plan.journalFolder ? journal::folderBelow(*plan.journalFolder) : journal::defaultFolder();
 }
 
-std::unique_ptr<journal::Recorder> recorderFor(const Plan& plan, files::FileSystem& system) {
-  if (plan.runName.empty() && (!plan.journal || !plan.changesInPlace())) return nullptr;
-  const auto folder = journalOf(plan);
-  if (!folder)
-    throw CannotBegin(
-        CannotBeginFor::stateFolder,
-        "Neither XDG_STATE_HOME nor HOME names a folder, so there is no place to keep the originals.");
+/// The folder of the runs; throws CannotBegin where there can be none.
+std::string requireJournalOf(const Plan& plan) {
+  if (auto folder = journalOf(plan)) return *std::move(folder);
+  throw CannotBegin(
+      CannotBeginFor::stateFolder,
+      "Neither XDG_STATE_HOME nor HOME names a folder, so there is no place to keep the originals.");
+}
+
+/// Makes a recorder. A journal that is refused becomes CannotBegin.
+template <class Make>
+auto recorderFrom(Make make) {
   try {
-    if (!plan.runName.empty()) return beginSlice(plan, system, *folder);
-    return std::make_unique<journal::Recorder>(system, *folder, plan.command);
+    return make();
   } catch (const errors::DocumentError& refused) {
     throw CannotBegin(CannotBeginFor::journal, refused);
   }
@@ -95,15 +98,16 @@ class Run {
         store_(system),
         listing_(std::move(listing)),
         report_(report ? reportPrinter(*report, plan.command) : nullptr),
-        recorder_(recorderFor(plan, system)),
         jobs_(face.oneByOne() ? 1 : plan.jobs),
         results_(listing_.documents.size(), jobs_,
                  {[this](std::size_t document, const BlockReport& block) { tell(document, block); },
                   [this](std::size_t document, const Outcome& outcome) { tell(document, outcome); }}) {
-    if (plan.runName.empty()) return;
-    slice_.emplace(system, listing_.documents, *recorder_);
-    for (const std::string& warning : lockWarnings(plan, *journalOf(plan), listing_.documents))
-      face.warns(warning);
+    if (!plan.runName.empty()) {
+      beginSliceOfRun();
+    } else if (plan.journal && plan.changesInPlace()) {
+      recorder_ = recorderFrom(
+          [&] { return std::make_unique<journal::Recorder>(system, requireJournalOf(plan), plan.command); });
+    }
   }
 
   Ended all() {
@@ -128,6 +132,14 @@ class Run {
   }
 
  private:
+  void beginSliceOfRun() {
+    const std::string folder = requireJournalOf(plan_);
+    auto recorder = recorderFrom([&] { return beginSlice(plan_, system_, folder); });
+    slice_.emplace(system_, listing_.documents, *recorder);
+    recorder_ = std::move(recorder);
+    for (const std::string& warning : lockWarnings(plan_, folder, listing_.documents)) face_.warns(warning);
+  }
+
   void work() {
     {
       Waiters waiters(waiting());

@@ -39,7 +39,7 @@ std::optional<Outcome> knownOutcome(files::FileSystem& system, const journal::Sl
 }
 
 SliceRun::SliceRun(files::FileSystem& system, const std::vector<NamedDocument>& documents,
-                   journal::Recorder& recorder)
+                   journal::SliceRecorder& recorder)
     : documents_(documents), recorder_(recorder) {
   std::vector<journal::SliceDocument> listed;
   for (std::size_t i = 0; i < documents.size(); ++i) {
@@ -64,15 +64,15 @@ void SliceRun::result(std::size_t document, const Outcome& outcome) {
   recorder_.result(documents_[document].key, inJson(outcome));
 }
 
-std::unique_ptr<journal::Recorder> beginSlice(const Plan& plan, files::FileSystem& system,
-                                              const std::string& folder) {
+std::unique_ptr<journal::SliceRecorder> beginSlice(const Plan& plan, files::FileSystem& system,
+                                                   const std::string& folder) {
   const Slice slice = plan.selection.slice.value_or(Slice{});
   const ListDigest list = plan.list.value_or(ListDigest{});
   const journal::SliceToBegin begun{
       {plan.runName, slice.count, requestTextOf(plan), plan.command, {list.count, list.names, list.keys}},
       slice.number,
       plan.journal && plan.changesInPlace()};
-  return std::make_unique<journal::Recorder>(system, folder, begun, plan.command);
+  return std::make_unique<journal::SliceRecorder>(system, folder, begun, plan.command);
 }
 
 std::vector<std::string> lockWarnings(const Plan& plan, const std::string& folder,

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "files/file_system.h"
-#include "journal/named_runs.h"
+#include "journal/slice_recorder.h"
 #include "runs/listing.h"
 #include "runs/plan.h"
 
@@ -19,7 +19,7 @@ class SliceRun {
  public:
   /// All of them outlive it.
   SliceRun(files::FileSystem& system, const std::vector<NamedDocument>& documents,
-           journal::Recorder& recorder);
+           journal::SliceRecorder& recorder);
 
   /// What came of a document before, where it is not to be worked on.
   std::optional<Outcome> earlier(std::size_t document) const;
@@ -30,7 +30,7 @@ class SliceRun {
 
  private:
   const std::vector<NamedDocument>& documents_;
-  journal::Recorder& recorder_;
+  journal::SliceRecorder& recorder_;
   std::unordered_map<std::size_t, Outcome> earlier_;
 };
 
@@ -38,8 +38,8 @@ class SliceRun {
 std::optional<Outcome> knownOutcome(files::FileSystem& system, const journal::SliceDocument& known);
 
 /// Begins a slice of the plan's run in the journal.
-std::unique_ptr<journal::Recorder> beginSlice(const Plan& plan, files::FileSystem& system,
-                                              const std::string& folder);
+std::unique_ptr<journal::SliceRecorder> beginSlice(const Plan& plan, files::FileSystem& system,
+                                                   const std::string& folder);
 
 /// What slices on several machines have to be told about the locks of the journal in the folder, and of the
 /// documents: sentences.

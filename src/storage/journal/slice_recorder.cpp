@@ -1,4 +1,6 @@
-#include "journal/named_runs.h"
+#include "journal/slice_recorder.h"
+
+#include "run_under_way.h"
 #include "slice_folder.h"
 
 #include <unistd.h>
@@ -40,114 +42,109 @@ std::string sliceInWords(const NamedRequest& of, std::uint32_t number) {
 
 }  // namespace
 
-Recorder::Recorder(files::FileSystem& system, std::string folder, const SliceToBegin& slice,
-                   std::string command)
-    : system_(system),
-      folder_(std::move(folder)),
-      limit_(kDefaultLimit),
-      undoName_(slice.of.run),
-      keepsOriginals_(slice.keepsOriginals) {
-  try {
-    const OwnFolder all = openAllNamed(system_, folder_, Missing::isMade);
+SliceRecorder::SliceRecorder(files::FileSystem& system, std::string folder, const SliceToBegin& slice,
+                             const std::string& command)
+    : Recorder(std::make_unique<RunUnderWay>(system, std::move(folder))) {
+  RunUnderWay& run = underWay();
+  run.undoName = slice.of.run;
+  run.keepsOriginals = slice.keepsOriginals;
+  guarded(run.folder, [&] {
+    const OwnFolder all = openAllNamed(system, run.folder, Missing::isMade);
     // An undo may remove the folder between two of these calls.
-    runs_ = std::make_unique<OwnFolder>(openNamed(system_, all, slice.of.run, Missing::isMade));
-    shared_ = holdNamed(system_, *runs_, files::Hold::shared);
-    if (shared_ == nullptr)
+    run.runs = std::make_unique<OwnFolder>(openNamed(system, all, slice.of.run, Missing::isMade));
+    run.lockOfNamed = holdNamed(system, *run.runs, files::Hold::shared);
+    if (run.lockOfNamed == nullptr)
       throw DocumentError(Problem::locked,
                           "The run \"" + slice.of.run + "\" is being taken back; wait for the end of that.");
-    if (!requestIn(system_, *runs_, slice.of.run)) {
-      putRequest(system_, *runs_, slice.of);
-      system_.flush(all.handle());
+    if (!requestIn(system, *run.runs, slice.of.run)) {
+      putRequest(system, *run.runs, slice.of);
+      system.flush(all.handle());
     }
-    if (const auto there = requestIn(system_, *runs_, slice.of.run)) requireSame(*there, slice.of);
-    beginSlice(slice, command);
-  } catch (const std::system_error& failure) {
-    throw journalFailed(failure, folder_);
-  }
+    if (const auto there = requestIn(system, *run.runs, slice.of.run)) requireSame(*there, slice.of);
+    begin(slice, command);
+  });
 }
 
-void Recorder::beginSlice(const SliceToBegin& slice, const std::string& command) {
-  name_ = sliceName(slice.number, slice.of.slices);
-  run_ = std::make_unique<OwnFolder>(openNamed(system_, *runs_, name_, Missing::isMade));
-  lock_ = holdSlice(system_, *run_, sliceInWords(slice.of, slice.number));
-  progress_ = std::make_unique<SliceProgress>(system_, *run_);
-  numbers_ = progress_->nextNumber();
+SliceRecorder::~SliceRecorder() = default;
+
+void SliceRecorder::begin(const SliceToBegin& slice, const std::string& command) {
+  RunUnderWay& run = underWay();
+  run.name = sliceName(slice.number, slice.of.slices);
+  run.run = std::make_unique<OwnFolder>(openNamed(run.system, *run.runs, run.name, Missing::isMade));
+  run.lock = holdSlice(run.system, *run.run, sliceInWords(slice.of, slice.number));
+  progress_ = std::make_unique<SliceProgress>(run.system, *run.run);
+  run.numbers = progress_->nextNumber();
   removeUnrecorded();
-  torn_ = !progress_->isEmpty();
-  journal_.emplace(system_, system_.openToAppend(run_->at(kJournal)));
-  append(lineOf({Record::Kind::command, command, 0, {}, {}, {}}) +
-         lineOf({Record::Kind::begun,
-                 thisMachine(),
-                 static_cast<std::uint64_t>(::getpid()),
-                 {},
-                 {},
-                 {},
-                 {},
-                 std::time(nullptr)}));
-  settle();
+  run.torn = !progress_->isEmpty();
+  run.journal.emplace(run.system, run.system.openToAppend(run.run->at(kJournal)));
+  const auto process = static_cast<std::uint64_t>(::getpid());
+  run.append(lineOf({Record::Kind::command, command, 0, {}, {}, {}}) +
+             lineOf({Record::Kind::begun, thisMachine(), process, {}, {}, {}, {}, std::time(nullptr)}));
+  findOutOfIntended();
 }
 
 /// A program that was killed may have copied an original and not come to its record.
-void Recorder::removeUnrecorded() {
-  for (const std::string& name : system_.names(run_->at("."))) {
+void SliceRecorder::removeUnrecorded() {
+  RunUnderWay& run = underWay();
+  for (const std::string& name : run.system.names(run.run->at("."))) {
     std::uint64_t number = 0;
     const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), number);
-    if (error == std::errc() && end == name.data() + name.size() && number >= numbers_)
-      system_.remove(run_->at(name));
+    if (error == std::errc() && end == name.data() + name.size() && number >= run.numbers)
+      run.system.remove(run.run->at(name));
   }
 }
 
 /// Finds out of documents that were being replaced when the slice was killed, whether they were.
-void Recorder::settle() {
+void SliceRecorder::findOutOfIntended() {
+  RunUnderWay& run = underWay();
   for (SliceProgress::Document& document : progress_->documents()) {
     if (!document.intended) continue;
-    if (document.kept) clearBeside(system_, *run_, *document.kept, folderOf(system_, *document.kept));
-    const Replaced replaced = isReplaced(system_, *run_, document);
+    if (document.kept)
+      clearBeside(run.system, *run.run, *document.kept, folderOf(run.system, *document.kept));
+    const Replaced replaced = isReplaced(run.system, *run.run, document);
     if (replaced == Replaced::unknown) continue;
     if (replaced == Replaced::yes) {
       document.outcome = document.intended->more;
-      append({Record::Kind::result, document.key, 0, {}, {}, {}, document.outcome});
+      run.append({Record::Kind::result, document.key, 0, {}, {}, {}, document.outcome});
     } else if (document.kept) {
-      append({Record::Kind::takenBack, document.key, document.kept->number, {}, {}, {}});
-      removeIfPossible(system_, run_->at(originalName(document.kept->number)));
+      run.append({Record::Kind::takenBack, document.key, document.kept->number, {}, {}, {}});
+      removeIfPossible(run.system, run.run->at(originalName(document.kept->number)));
     }
     document.intended = nullptr;
   }
 }
 
-void Recorder::list(const std::vector<SliceDocument>& documents) {
+void SliceRecorder::list(const std::vector<SliceDocument>& documents) {
+  RunUnderWay& run = underWay();
   std::string lines;
   for (const SliceDocument& each : documents) {
     if (progress_->find(each.key) != nullptr) continue;
     lines += lineOf({Record::Kind::listed, each.key, 0, {}, {}, {}, each.name == each.key ? "" : each.name});
   }
-  const std::lock_guard guard(mutex_);
-  if (!lines.empty()) append(lines);
+  const std::lock_guard guard(run.mutex);
+  if (!lines.empty()) run.append(lines);
 }
 
-std::optional<SliceDocument> Recorder::earlier(const std::string& key) const {
+std::optional<SliceDocument> SliceRecorder::earlier(const std::string& key) const {
   const SliceProgress::Document* const known = progress_->find(key);
   if (known == nullptr || (known->outcome.empty() && !known->intended)) return std::nullopt;
   const bool isUnclear = known->intended != nullptr;
   return SliceDocument{key, known->name, isUnclear ? known->intended->more : known->outcome, isUnclear};
 }
 
-void Recorder::intend(const std::string& key, const std::string& outcome) {
-  const std::lock_guard guard(mutex_);
-  append({Record::Kind::intended, key, 0, {}, {}, {}, outcome});
+void SliceRecorder::result(const std::string& key, const std::string& outcome) {
+  RunUnderWay& run = underWay();
+  const std::lock_guard guard(run.mutex);
+  run.append({Record::Kind::result, key, 0, {}, {}, {}, outcome});
 }
 
-void Recorder::result(const std::string& key, const std::string& outcome) {
-  const std::lock_guard guard(mutex_);
-  append({Record::Kind::result, key, 0, {}, {}, {}, outcome});
-}
-
-void Recorder::end() {
-  const std::lock_guard guard(mutex_);
-  append({Record::Kind::ended, {}, 0, {}, {}, {}, {}, std::time(nullptr)});
-  system_.flush(journal_->handle());
-  system_.flush(run_->handle());
-  system_.flush(runs_->handle());
+void SliceRecorder::end() {
+  RunUnderWay& run = underWay();
+  const std::lock_guard guard(run.mutex);
+  run.append({Record::Kind::ended, {}, 0, {}, {}, {}, {}, std::time(nullptr)});
+  run.system.flush(run.journal->handle());
+  run.system.flush(run.run->handle());
+  run.system.flush(run.runs->handle());
 }
 
 }  // namespace pluvo::journal

@@ -1,5 +1,5 @@
 #include "files/reading.h"
-#include "journal/named_runs.h"
+#include "journal/slice_recorder.h"
 #include "slice_folder.h"
 #include "storage/files/failing_file_system.h"
 #include "storage/files/scratch.h"
@@ -19,7 +19,7 @@ class SliceJournal : public testing::Test {
 
   /// Works on the documents as a run does, and leaves out what is done.
   void work(files::FileSystem& system) {
-    Recorder recorder(system, folder(), slice(), "pluvo replace");
+    SliceRecorder recorder(system, folder(), slice(), "pluvo replace");
     recorder.list({{first_, first_, {}}, {second_, second_, {}}});
     for (const std::string& path : {first_, second_}) {
       const auto earlier = recorder.earlier(path);

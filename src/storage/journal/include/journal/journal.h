@@ -3,10 +3,8 @@
 #include "files/saving.h"
 
 #include <cstdint>
-#include <deque>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
@@ -42,11 +40,8 @@ std::string folderBeside(files::FileSystem& system, const std::string& folder, b
 /// more by itself keeps what fits.
 inline constexpr std::uint64_t kDefaultLimit = std::uint64_t{4} * 1024 * 1024 * 1024;
 
-class OwnFolder;
-class SliceProgress;
-struct Record;
-struct SliceDocument;
-struct SliceToBegin;
+class OtherRuns;
+struct RunUnderWay;
 
 /// The journal of the run that is going on. May be used from several threads.
 class Recorder {
@@ -54,76 +49,33 @@ class Recorder {
   /// Makes the folder where it is missing. The command is what undo's list shows. Throws DocumentError (io).
   Recorder(files::FileSystem& system, std::string folder, std::string command,
            std::uint64_t limit = kDefaultLimit);
-  /// A new attempt at a slice of a run with a name (journal/named_runs.h), which has no such limit. Throws
-  /// DocumentError also where the name is that of another request, and (locked) where the slice is going on
-  /// or the run is being taken back.
-  Recorder(files::FileSystem& system, std::string folder, const SliceToBegin& slice, std::string command);
   Recorder(const Recorder&) = delete;
   Recorder& operator=(const Recorder&) = delete;
-  /// A run that replaced nothing leaves nothing.
-  ~Recorder();
+  /// A run that replaced nothing leaves nothing, unless it is a slice.
+  virtual ~Recorder();
 
   /// To be called before each document is replaced (files::NewVersion::beforeReplacing). Throws DocumentError
   /// where the original cannot be kept, so that the document is not replaced. What is returned must not
   /// outlive this. In a slice the outcome, which is on disk before then, is what will have come of it.
   std::unique_ptr<files::Keeping> keep(const files::Replacement& replacement,
                                        const std::string& outcome = {});
-
-  // Of slices. A document is known by its absolute path without links.
-  /// Its documents are known.
-  void list(const std::vector<SliceDocument>& documents);
-  /// What earlier attempts left of a document, before this one began; nothing where it is to be worked on.
-  std::optional<SliceDocument> earlier(const std::string& key) const;
-  /// What will have come of one that is saved elsewhere. Throws std::system_error.
+  /// What will have come of a slice's document that is saved elsewhere. Throws std::system_error.
   void intend(const std::string& key, const std::string& outcome);
-  /// What came of a document. Throws std::system_error.
-  void result(const std::string& key, const std::string& outcome);
-  /// All documents have results.
-  void end();
 
   /// The name of the run, by which it is taken back; empty while no original is kept.
   std::string name() const;
   /// Documents replaced without being kept, since the limit was reached.
   std::uint64_t notKept() const;
 
- private:
-  class Kept;
-  class Dropped;
-  struct Other {
-    std::string name;
-    std::uint64_t size = 0;
-  };
-  void append(const Record& record);
-  void append(const std::string& lines);
-  void beginSlice(const SliceToBegin& slice, const std::string& command);
-  void removeUnrecorded();
-  void settle();
-  void forgetUnlessReplaced(const files::Replacement& replacement, std::uint64_t number);
-  bool makeRoom(std::uint64_t size);
-  bool forget(const std::string& name, const OwnFolder& run);
-  void weighOthers();
+ protected:
+  explicit Recorder(std::unique_ptr<RunUnderWay> slice);
+  RunUnderWay& underWay() { return *run_; }
 
-  files::FileSystem& system_;
-  std::string folder_;
-  std::unique_ptr<OwnFolder> runs_;
-  std::string name_;  ///< the run's
-  std::unique_ptr<OwnFolder> run_;
-  std::uint64_t limit_;
-  std::unique_ptr<files::OpenFile> lock_;
-  std::optional<files::OpenFile> journal_;
-  mutable std::mutex mutex_;
-  std::string undoName_;  ///< of the run that it is taken back with
-  bool keepsOriginals_ = true;
-  std::unique_ptr<files::OpenFile> shared_;  ///< lock of the named run
-  std::unique_ptr<SliceProgress> progress_;  ///< of a slice, as earlier attempts left it
-  bool torn_ = false;                        ///< the journal's last line may lack its end
-  bool namesOnDisk_ = false;                 ///< of the run's folder and the journal in it
-  std::uint64_t numbers_ = 0;                ///< given to originals
-  std::uint64_t replaced_ = 0;               ///< documents, kept or not
-  std::uint64_t notKept_ = 0;
-  std::uint64_t size_ = 0;                   ///< of this run's originals
-  std::optional<std::deque<Other>> others_;  ///< the other runs, the oldest first, weighed when first needed
-  std::uint64_t othersSize_ = 0;
+ private:
+  bool isSlice() const { return others_ == nullptr; }
+
+  std::unique_ptr<RunUnderWay> run_;
+  std::unique_ptr<OtherRuns> others_;  ///< those that give way; none where this is a slice
 };
 
 /// A run as undo's list shows it.

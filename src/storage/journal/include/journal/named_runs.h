@@ -20,6 +20,8 @@
 /// killed knows what is done. Earlier versions see no named runs, and read the rest of such a journal.
 namespace pluvo::journal {
 
+class OwnFolder;
+
 /// Letters, digits, ".", "-" and "_", no more than 100, the first a letter or digit; and not like the name
 /// of a run without a name of its own.
 bool isNameForRun(std::string_view name);

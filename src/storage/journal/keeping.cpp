@@ -1,0 +1,203 @@
+#include "keeping.h"
+
+#include <future>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+namespace pluvo::journal {
+
+namespace {
+
+/// Nobody may write, as no document that is replaced has it.
+constexpr std::uint32_t kOfCopies = 0400;
+
+void copyBytes(files::FileSystem& system, files::Handle from, files::Handle to) {
+  std::vector<std::uint8_t> buffer(std::size_t{1024} * 1024);
+  std::uint64_t copied = 0;
+  while (const std::size_t count = system.read(from, copied, buffer)) {
+    writeAll(system, to, base::ByteSpan(buffer).first(count));
+    copied += count;
+    system.startWriting(to);
+  }
+}
+
+/// Flushes that go on together, and the handles they need.
+class Flushes {
+ public:
+  explicit Flushes(files::FileSystem& system) : system_(system) {}
+
+  void addOwn(files::Handle file) {
+    const auto& own = files_.emplace_back(std::make_unique<files::OpenFile>(system_, file));
+    add(own->handle());
+  }
+  void add(files::Handle file) { flushes_.push_back(system_.startFlush(file)); }
+
+  void wait() {
+    for (std::future<void>& flush : flushes_) flush.get();
+    flushes_.clear();
+  }
+
+ private:
+  files::FileSystem& system_;
+  std::vector<std::unique_ptr<files::OpenFile>> files_;
+  std::vector<std::future<void>> flushes_;  // gone before the handles
+};
+
+/// An original on its way into the journal.
+class Kept final : public files::Keeping {
+ public:
+  Kept(RunUnderWay& run, const files::Replacement& replacement, std::uint64_t number)
+      : run_(run),
+        replacement_(replacement),
+        number_(number),
+        place_(run.run->at(originalName(number))),
+        wantsFile_(replacement.before.stamp.device == run.run->device()),
+        flushes_(run.system) {
+    if (!wantsFile_) makeCopy();
+  }
+  Kept(const Kept&) = delete;
+  Kept& operator=(const Kept&) = delete;
+  ~Kept() override {
+    if (recorded_ && !replaced_) forgetUnlessReplaced();
+  }
+
+  /// The record is written. The first document's flushes go on beside that of its new version; later a
+  /// thread for each would cost more than waiting.
+  void begin() {
+    first_ = !run_.namesOnDisk;
+    if (first_) flushes_.add(run_.journal->handle());
+    if (first_) flushes_.add(run_.runs->handle());
+    if (first_ || !wantsFile_) flushes_.add(run_.run->handle());
+    recorded_ = true;
+  }
+
+  void wait() override {
+    guarded(run_.folder, [&] {
+      if (!first_) run_.system.flush(run_.journal->handle());
+      flushes_.wait();
+    });
+    const std::lock_guard guard(run_.mutex);
+    run_.namesOnDisk = true;
+  }
+
+  bool wantsFile() const override { return wantsFile_; }
+
+  /// Where that fails, the original stays where its record says it may be.
+  void take(const files::Place& original) override {
+    files::FileSystem& system = run_.system;
+    try {
+      try {
+        system.rename(original, place_);
+      } catch (const std::system_error&) {  // one disk mounted in two places
+        copy();
+        system.remove(original);
+      }
+    } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): see above
+    }
+  }
+
+  void copy() override {
+    guarded(run_.folder, [&] {
+      try {
+        makeCopy();
+        flushes_.add(run_.run->handle());
+        flushes_.wait();
+      } catch (const std::system_error&) {
+        removeIfPossible(run_.system, place_);
+        throw;
+      }
+    });
+  }
+
+  void replaced() override {
+    replaced_ = true;
+    const std::lock_guard guard(run_.mutex);
+    ++run_.replaced;
+  }
+
+ private:
+  /// Its document is not replaced after all, unless the disk says otherwise.
+  void forgetUnlessReplaced() {
+    files::FileSystem& system = run_.system;
+    try {
+      if (system.statusAt(replacement_.path).stamp != replacement_.before.stamp) return;
+      const std::lock_guard guard(run_.mutex);
+      run_.append({Record::Kind::takenBack, replacement_.path, number_, {}, {}, {}});
+      run_.size -= replacement_.before.stamp.size;
+      removeIfPossible(system, place_);
+    } catch (const std::system_error&) {  // NOLINT(bugprone-empty-catch): undo finds the document as it was
+    }
+  }
+
+  /// With the original's time, but permissions that tell it from the document's own file.
+  void makeCopy() {
+    files::FileSystem& system = run_.system;
+    const files::Stamp& before = replacement_.before.stamp;
+    const files::Handle copy = system.createNew(place_);
+    files::OpenFile guard(system, copy);
+    copyBytes(system, replacement_.original, copy);
+    system.setPermissions(copy, kOfCopies);
+    system.setModified(copy, before.modifiedSeconds, before.modifiedNanoseconds);
+    guard.close();
+    flushes_.addOwn(system.openToRead(place_));
+  }
+
+  RunUnderWay& run_;
+  const files::Replacement replacement_;
+  const std::uint64_t number_;
+  const files::Place place_;
+  const bool wantsFile_;
+  bool first_ = false;
+  bool recorded_ = false;
+  bool replaced_ = false;
+  Flushes flushes_;
+};
+
+/// An original that there is no room for, or that nobody wants.
+class Dropped final : public files::Keeping {
+ public:
+  explicit Dropped(RunUnderWay& run) : run_(run), flushes_(run.system) {
+    flushes_.add(run.journal->handle());
+  }
+  void wait() override {
+    guarded(run_.folder, [&] { flushes_.wait(); });
+  }
+  bool wantsFile() const override { return false; }
+  void take(const files::Place&) override {}
+  void copy() override {}
+  void replaced() override {
+    const std::lock_guard guard(run_.mutex);
+    ++run_.replaced;
+    if (run_.keepsOriginals) ++run_.notKept;
+  }
+
+ private:
+  RunUnderWay& run_;
+  Flushes flushes_;
+};
+
+}  // namespace
+
+std::unique_ptr<files::Keeping> keepOriginal(RunUnderWay& run, const files::Replacement& replacement) {
+  const std::uint64_t number = run.numbers++;
+  try {
+    auto kept = std::make_unique<Kept>(run, replacement, number);
+    run.append({Record::Kind::kept, replacement.path, number, replacement.temporary, replacement.before,
+                replacement.after});
+    kept->begin();
+    run.size += replacement.before.stamp.size;
+    return kept;
+  } catch (const std::system_error&) {
+    // Of a copy that a full disk has no room for, a part would take what room there is.
+    removeIfPossible(run.system, run.run->at(originalName(number)));
+    throw;
+  }
+}
+
+std::unique_ptr<files::Keeping> leaveOriginal(RunUnderWay& run, const files::Replacement& replacement) {
+  run.append({Record::Kind::notKept, replacement.path, 0, {}, {}, {}});
+  return std::make_unique<Dropped>(run);
+}
+
+}  // namespace pluvo::journal
