@@ -20,6 +20,7 @@ Utf8Step walkBackUtf8Avx2(const std::uint8_t* bytes, std::size_t size, std::size
 std::size_t countUtf8Avx2(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t to) {
   return count(bytes, size, from, to);
 }
+std::size_t cleanUtf8Avx2(const std::uint8_t* bytes, std::size_t size) { return cleanBytes(bytes, size); }
 
 }  // namespace pluvo::text
 

@@ -2,65 +2,11 @@
 
 // The looks over UTF-8 for one set of vector instructions; see vectors.h.
 
+#include "utf8_block.h"
 #include "utf8_scan.h"
-#include "vectors.h"
 
 namespace pluvo::text {
 namespace {
-
-constexpr std::size_t kBlock = 64;
-
-/// One bit for each byte of a block that meets a condition.
-using Mask = std::uint64_t;
-
-struct Bytes64 {
-#if defined(__SSE2__)
-  static constexpr std::size_t kVectors = kBlock / sizeof(Vector);
-  Vector vectors[kVectors];
-
-  explicit Bytes64(const std::uint8_t* bytes) {
-    for (std::size_t i = 0; i < kVectors; ++i) vectors[i] = load(bytes + i * sizeof(Vector));
-  }
-  template <class Test>
-  Mask where(Test test) const {
-    Mask mask = 0;
-    for (std::size_t i = 0; i < kVectors; ++i) mask |= bits(test(vectors[i])) << i * sizeof(Vector);
-    return mask;
-  }
-  Mask high() const {
-    return where([](Vector v) { return v; });
-  }
-  Mask equalTo(std::uint8_t byte) const {
-    const Vector wanted = fill(byte);
-    return where([&](Vector v) { return equal(v, wanted, std::uint8_t{}); });
-  }
-  /// Bytes from 80 to byte - 1.
-  Mask highBelow(std::uint8_t byte) const {
-    const Vector bound = fill(byte);
-    return where(
-        [&](Vector v) { return greater(bound, v); });  // as signed numbers, high bytes are below zero
-  }
-#else
-  const std::uint8_t* bytes;
-
-  explicit Bytes64(const std::uint8_t* at) : bytes(at) {}
-  template <class Test>
-  Mask where(Test test) const {
-    Mask mask = 0;
-    for (std::size_t i = 0; i < kBlock; ++i) mask |= static_cast<Mask>(test(bytes[i])) << i;
-    return mask;
-  }
-  Mask high() const {
-    return where([](std::uint8_t b) { return b >= 0x80; });
-  }
-  Mask equalTo(std::uint8_t byte) const {
-    return where([=](std::uint8_t b) { return b == byte; });
-  }
-  Mask highBelow(std::uint8_t byte) const {
-    return where([=](std::uint8_t b) { return b >= 0x80 && b < byte; });
-  }
-#endif
-};
 
 /// The bytes after the last whole block, filled up with zeros.
 struct Rest {
@@ -222,6 +168,42 @@ bool survey(const std::uint8_t* bytes, std::size_t size, Utf8Scan& scan) {
   // Also where there are none left, for a character that the end cuts off.
   const Rest rest(bytes + offset, size - offset);
   return surveyor.take(Bytes64(rest.bytes), offset, rest.inside);
+}
+
+/// What a block leaves for the next one to judge U+FFFE and U+FFFF by: EF BF BE and EF BF BF.
+struct Noncharacters {
+  Mask ef = 0, bf = 0;
+
+  Mask take(const Bytes64& bytes, Mask three) {
+    const Mask efBefore = ef;
+    const Mask bfBefore = bf;
+    ef = three == 0 ? 0 : bytes.equalTo(0xEF);
+    bf = 0;
+    if ((ef | efBefore) == 0) return 0;
+    bf = bytes.equalTo(0xBF);
+    return later(ef, efBefore, 2) & later(bf, bfBefore, 1) & (bf | bytes.equalTo(0xBE));
+  }
+};
+
+std::size_t cleanBytes(const std::uint8_t* bytes, std::size_t size) {
+  Leads before;
+  Noncharacters noncharacters;
+  std::size_t offset = 0;
+  for (; offset + kBlock <= size; offset += kBlock) {
+    const Bytes64 here(bytes + offset);
+    const Mask high = here.high();
+    const Mask controls = here.below(0x20) & ~high;
+    if (controls != 0 && (controls & ~(here.equalTo('\t') | here.equalTo('\n') | here.equalTo('\r'))) != 0)
+      break;
+    if ((high | before.leads) == 0) continue;
+    Leads leads;
+    if ((wrongBytes(here, high, before, leads) | noncharacters.take(here, leads.three)) != 0) break;
+    before = leads;
+  }
+  // Back to where the last character begins: its end may be wrong, or lie further on.
+  while (offset > 0 && bytes[offset - 1] >= 0x80 && bytes[offset - 1] < 0xC0) --offset;
+  if (offset > 0 && bytes[offset - 1] >= 0xC0) --offset;
+  return offset;
 }
 
 __attribute__((noinline)) Utf8Step walkInRest(const std::uint8_t* bytes, std::size_t size, std::size_t from,

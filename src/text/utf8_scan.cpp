@@ -1,6 +1,7 @@
 #include "utf8_scan.h"
 
 #include "scan.h"
+#include "text/clean_utf8.h"
 #include "utf8_kernel.h"
 
 namespace pluvo::text {
@@ -18,6 +19,7 @@ Utf8Step walkBackUtf8Anywhere(const std::uint8_t* bytes, std::size_t size, std::
 std::size_t countUtf8Anywhere(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t to) {
   return count(bytes, size, from, to);
 }
+std::size_t cleanUtf8Anywhere(const std::uint8_t* bytes, std::size_t size) { return cleanBytes(bytes, size); }
 
 #if !defined(__x86_64__)
 
@@ -33,6 +35,7 @@ Utf8Step walkBackUtf8Avx2(const std::uint8_t* bytes, std::size_t size, std::size
 std::size_t countUtf8Avx2(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t to) {
   return count(bytes, size, from, to);
 }
+std::size_t cleanUtf8Avx2(const std::uint8_t* bytes, std::size_t size) { return cleanBytes(bytes, size); }
 
 #endif
 
@@ -48,6 +51,10 @@ Utf8Step walkBackUtf8(const std::uint8_t* bytes, std::size_t size, std::size_t f
 }
 std::size_t countUtf8(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t to) {
   return hasAvx2() ? countUtf8Avx2(bytes, size, from, to) : countUtf8Anywhere(bytes, size, from, to);
+}
+std::size_t cleanUtf8(std::span<const std::uint8_t> bytes) {
+  return hasAvx2() ? cleanUtf8Avx2(bytes.data(), bytes.size())
+                   : cleanUtf8Anywhere(bytes.data(), bytes.size());
 }
 
 }  // namespace pluvo::text

@@ -41,15 +41,17 @@ Utf8Step walkBackUtf8(const std::uint8_t* bytes, std::size_t size, std::size_t f
 /// How many units begin in [from, to), from being where one does.
 std::size_t countUtf8(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t to);
 
-/// The same, for every processor and for those with AVX2; the ones above choose.
+/// The same, for every processor and for those with AVX2; the ones above and cleanUtf8 choose.
 bool surveyUtf8Anywhere(const std::uint8_t* bytes, std::size_t size, Utf8Scan& scan);
 Utf8Step walkUtf8Anywhere(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t units);
 Utf8Step walkBackUtf8Anywhere(const std::uint8_t* bytes, std::size_t size, std::size_t from,
                               std::size_t units);
 std::size_t countUtf8Anywhere(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t to);
+std::size_t cleanUtf8Anywhere(const std::uint8_t* bytes, std::size_t size);
 bool surveyUtf8Avx2(const std::uint8_t* bytes, std::size_t size, Utf8Scan& scan);
 Utf8Step walkUtf8Avx2(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t units);
 Utf8Step walkBackUtf8Avx2(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t units);
 std::size_t countUtf8Avx2(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t to);
+std::size_t cleanUtf8Avx2(const std::uint8_t* bytes, std::size_t size);
 
 }  // namespace pluvo::text

@@ -1,5 +1,6 @@
 #include "text/utf8_text.h"
 
+#include "base/utf.h"
 #include "scan.h"
 #include "support/dice.h"
 #include "utf8_scan.h"
@@ -108,6 +109,31 @@ TEST(Utf8Text, IsWhatReadingEveryByteTells) {
       std::u16string copy(static_cast<std::size_t>(to - position), u' ');
       text.copy(position, to, copy.data());
       ASSERT_EQ(copy, (expected.units + u'\r').substr(index, copy.size()));
+    }
+  }
+}
+
+TEST(CleanUtf8, EndsWhereACharacterBeginsBeforeAllThatIsWrong) {
+  Generator generate(13);
+  static const std::string odd[] = {"\x1F", "\uFFFE", "\uFFFF", "\uFFFD", "\uF900", "\uD55C"};
+  for (int round = 0; round < 1500; ++round) {
+    std::string bytes = generate.bytes();
+    if (generate.oneIn(2))
+      bytes.insert(static_cast<std::size_t>(generate.upTo(std::ssize(bytes))), generate.of(odd));
+    std::size_t good = 0;  // read one at a time
+    while (good < bytes.size()) {
+      const base::Utf8Character next = base::firstOfUtf8(std::string_view(bytes).substr(good));
+      const bool isControl =
+          next.point < 0x20 && next.point != '\t' && next.point != '\n' && next.point != '\r';
+      if (next.bytes == 0 || isControl || next.point == 0xFFFE || next.point == 0xFFFF) break;
+      good += next.bytes;
+    }
+    const auto* const data = reinterpret_cast<const std::uint8_t*>(bytes.data());
+    for (const std::size_t clean :
+         {cleanUtf8Anywhere(data, bytes.size()), hasAvx2() ? cleanUtf8Avx2(data, bytes.size()) : good}) {
+      ASSERT_LE(clean, good) << "round " << round;
+      ASSERT_LT(good - clean, 70U);
+      ASSERT_TRUE(clean == bytes.size() || !base::isUtf8Follower(data[clean]) || clean == good);
     }
   }
 }

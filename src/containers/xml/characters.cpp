@@ -1,11 +1,10 @@
 #include "characters.h"
 
 #include "base/utf.h"
-#include "words.h"
+#include "text/clean_utf8.h"
 #include "xml/escape.h"
 
 #include <algorithm>
-#include <bit>
 #include <cstdint>
 
 namespace pluvo::xml {
@@ -38,44 +37,6 @@ bool continuesName(char32_t c) {
   return startsName(c) || within(c, kNameParts);
 }
 
-/// Whether all are printable ASCII: written so that compilers turn it into vector instructions.
-bool isPlainBlock(const char* block, std::size_t size) {
-  unsigned char odd = 0;
-  for (std::size_t i = 0; i < size; ++i) {
-    const auto byte = static_cast<unsigned char>(block[i]);
-    odd = static_cast<unsigned char>(odd | static_cast<unsigned char>(byte < 0x20) | (byte & 0x80U));
-  }
-  return odd == 0;
-}
-
-bool isContinuation(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80; }
-
-/// How many bytes the first character has; 0 for one that is not allowed. Most are told by a look at a byte
-/// or two.
-std::size_t lengthOfCharacter(std::string_view bytes) {
-  const auto lead = static_cast<unsigned char>(bytes[0]);
-  if (lead >= 0x20 && lead < 0x80) return 1;
-  if (lead >= 0xC2 && lead < 0xE0) return bytes.size() > 1 && isContinuation(bytes[1]) ? 2 : 0;
-  // Those that are too long by a byte, surrogates, and what the last lead stands for need a closer look.
-  const bool isOrdinary = lead > 0xE0 && lead < 0xEF && lead != 0xED;
-  if (isOrdinary && bytes.size() > 2) return isContinuation(bytes[1]) && isContinuation(bytes[2]) ? 3 : 0;
-  const base::Utf8Character next = base::firstOfUtf8(bytes);
-  return isCharacter(next.point) ? next.bytes : 0;
-}
-
-/// Whether the next eight bytes are printable ASCII, or four characters of two bytes, as most words of Greek,
-/// Cyrillic, Hebrew and Arabic have.
-bool isEasyWord(const char* at) {
-  if constexpr (std::endian::native != std::endian::little) return false;
-  constexpr std::uint64_t kBytes = 0x0101010101010101;
-  constexpr std::uint64_t kPairs = 0x0001000100010001;
-  const auto word = load<std::uint64_t>(at);
-  if (((word | (word - kBytes * 0x20)) & kBytes * 0x80) == 0) return true;
-  if ((word & kPairs * 0xC0E0) != kPairs * 0x80C0) return false;
-  // A lead of C0 or C1 stands for less than two bytes hold.
-  return (((word & kPairs * 0x1E) - kPairs) & kPairs * 0x8000) == 0;
-}
-
 }  // namespace
 
 bool isCharacter(char32_t c) {
@@ -94,26 +55,11 @@ bool isNcName(std::string_view name) {
 }
 
 std::optional<std::size_t> findBadCharacter(std::string_view bytes) {
-  constexpr std::size_t kBlock = 64;
-  std::size_t i = 0;
+  std::size_t i = text::cleanUtf8({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
   while (i < bytes.size()) {
-    if (bytes.size() - i >= kBlock && isPlainBlock(bytes.data() + i, kBlock)) {
-      i += kBlock;
-      continue;
-    }
-    const std::size_t blockEnd = std::min(i + kBlock, bytes.size());
-    while (i < blockEnd) {
-      if (bytes.size() - i >= sizeof(std::uint64_t) && isEasyWord(bytes.data() + i)) {
-        i += sizeof(std::uint64_t);
-        continue;
-      }
-      std::size_t length = 0;
-      do {
-        length = lengthOfCharacter(bytes.substr(i));
-        if (length == 0) return i;
-        i += length;
-      } while (length == 3 && i < blockEnd);  // these stand together
-    }
+    const base::Utf8Character next = base::firstOfUtf8(bytes.substr(i));
+    if (next.bytes == 0 || !isCharacter(next.point)) return i;
+    i += next.bytes;
   }
   return std::nullopt;
 }

@@ -1,6 +1,7 @@
 #include "text_decoding.h"
 
 #include "base/utf.h"
+#include "text/utf8_decoding.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -44,8 +45,6 @@ bool isAll(std::string_view bytes, OfBlock ofBlock, OfByte ofByte) {
   return ofBlock(bytes.data() + bytes.size() - kBlock);
 }
 
-unsigned trailing(char c) { return static_cast<unsigned char>(c) & 0x3FU; }
-
 bool isPrintable(char c) { return static_cast<std::uint8_t>(c - 0x20) < 0x60; }
 
 }  // namespace
@@ -78,39 +77,21 @@ void appendUtf8(std::u16string& units, std::string_view bytes) {
   units.resize(start + bytes.size());
   char16_t* out = units.data() + start;
   for (std::size_t i = 0; i < bytes.size();) {
-    while (bytes.size() - i >= kBlock && isPrintableBlock(bytes.data() + i)) {
-      for (std::size_t n = 0; n < kBlock; ++n) out[n] = static_cast<std::uint8_t>(bytes[i + n]);
-      out += kBlock;
-      i += kBlock;
-    }
+    const std::string_view rest = bytes.substr(i);
+    const text::Utf8Decoded decoded =
+        text::decodeUtf8({reinterpret_cast<const std::uint8_t*>(rest.data()), rest.size()}, out);
+    out += decoded.units;
+    i += decoded.bytes;
     if (i == bytes.size()) break;
-    auto lead = static_cast<std::uint8_t>(bytes[i]);
-    if (lead >= 0x20 && lead < 0x80) {
-      *out++ = lead;
-      ++i;
-    } else if (lead < 0x20) {
-      const bool pair = lead == '\r' && i + 1 < bytes.size() && bytes[i + 1] == '\n';
-      *out++ = lead == '\t' ? u'\t' : u' ';
-      i += pair ? 2 : 1;
-    } else if (lead < 0xE0 && i + 1 < bytes.size()) {
-      do {
-        *out++ = static_cast<char16_t>((lead & 0x1FU) << 6U | trailing(bytes[i + 1]));
-        i += 2;
-        lead = i + 1 < bytes.size() ? static_cast<std::uint8_t>(bytes[i]) : 0;
-      } while (lead >= 0xC0 && lead < 0xE0);
-    } else if (lead < 0xF0 && i + 2 < bytes.size()) {
-      do {
-        *out++ = static_cast<char16_t>((lead & 0xFU) << 12U | trailing(bytes[i + 1]) << 6U |
-                                       trailing(bytes[i + 2]));
-        i += 3;
-        lead = i + 2 < bytes.size() ? static_cast<std::uint8_t>(bytes[i]) : 0;
-      } while (lead >= 0xE0 && lead < 0xF0);
+    const base::Utf8Character next = base::firstOfUtf8(bytes.substr(i));
+    if (next.point > 0xFFFF) {
+      *out++ = base::highSurrogateOf(next.point);
+      *out++ = base::lowSurrogateOf(next.point);
     } else {
-      const base::Utf8Character next = base::firstOfUtf8(bytes.data() + i, bytes.size() - i);
-      if (next.point > 0xFFFF) *out++ = base::highSurrogateOf(next.point);
-      *out++ = next.point > 0xFFFF ? base::lowSurrogateOf(next.point) : static_cast<char16_t>(next.point);
-      i += std::max<std::size_t>(next.bytes, 1);  // whatever the bytes are, this ends
+      *out++ = next.point == U'\t' ? u'\t' : u' ';
     }
+    const bool isPair = bytes.substr(i).starts_with("\r\n");
+    i += isPair ? 2 : std::max<std::size_t>(next.bytes, 1);  // whatever the bytes are, this ends
   }
   units.resize(static_cast<std::size_t>(out - units.data()));
 }

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+namespace pluvo::text {
+
+/// How many bytes at the beginning are for certain whole UTF-8 characters that texts are made of: no control
+/// characters but tabs and line ends, neither U+FFFE nor U+FFFF. Of the last bytes, fewer than 70, and of
+/// those before a character of another kind nothing is told: they may be such, too.
+std::size_t cleanUtf8(std::span<const std::uint8_t> bytes);
+
+}  // namespace pluvo::text
