@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cassert>
+#include <string_view>
 #include <utility>
 
 namespace pluvo::document {
@@ -11,12 +12,51 @@ Document::Document(std::vector<Content> stories, std::shared_ptr<const Medium> m
   assert(!stories.empty() && stories.front().kind == word::wdMainTextStory);
   stories_.reserve(stories.size());
   for (Content& content : stories)
-    stories_.push_back(std::make_unique<Story>(std::move(content), medium_.get()));
+    stories_.push_back(std::make_unique<Story>(std::move(content), medium_.get(), &count_));
+  holders_.resize(stories_.size());
+  for (const auto& story : stories_) {
+    for (const StoryAnchor& anchor : story->anchors()) {
+      assert(anchor.story < stories_.size());
+      holders_[anchor.story].anchors.push_back(anchor.position);
+    }
+  }
+  for (Holder& holder : holders_) std::sort(holder.anchors.begin(), holder.anchors.end());
 }
 
 std::size_t Document::firstOf(word::WdStoryType kind, std::size_t i) const {
   while (i < stories_.size() && stories_[i]->kind() != kind) ++i;
   return i;
+}
+
+bool Document::isGone(std::size_t i) const {
+  constexpr std::size_t kDeepest = 1000;  // stories that hang on one another in a ring stay
+  return isGone(i, kDeepest);
+}
+
+bool Document::isGone(std::size_t i, std::size_t depth) const {
+  const std::vector<StoryAnchor>& anchors = stories_[i]->anchors();
+  if (anchors.empty() || depth == 0) return false;
+  return std::all_of(anchors.begin(), anchors.end(), [&](const StoryAnchor& anchor) {
+    return isGone(anchor) || isGone(anchor.story, depth - 1);
+  });
+}
+
+bool Document::isGone(const StoryAnchor& anchor) const {
+  const Story& story = *stories_[anchor.story];
+  Holder& holder = holders_[anchor.story];
+  if (holder.gone.empty() || holder.stamp != story.stamp()) {
+    holder.stamp = story.stamp();
+    holder.gone.assign(holder.anchors.size(), true);
+    std::size_t next = 0;
+    story.text().forEachPiece([&](const text::Piece& piece, std::u16string_view) {
+      if (piece.isNew()) return;
+      while (next < holder.anchors.size() && holder.anchors[next] < piece.original) ++next;
+      for (; next < holder.anchors.size() && holder.anchors[next] < piece.original + piece.length; ++next)
+        holder.gone[next] = false;
+    });
+  }
+  const auto at = std::lower_bound(holder.anchors.begin(), holder.anchors.end(), anchor.position);
+  return holder.gone[static_cast<std::size_t>(at - holder.anchors.begin())];
 }
 
 bool Document::changed() const {
@@ -30,7 +70,10 @@ void Document::saved() {
 Document::Snapshot Document::snapshot() const {
   Snapshot snapshot;
   snapshot.reserve(stories_.size());
-  for (const auto& story : stories_) snapshot.push_back(story->snapshot());
+  for (std::size_t i = 0; i < stories_.size(); ++i) {
+    snapshot.push_back(stories_[i]->snapshot());
+    snapshot.back().gone = isGone(i);
+  }
   return snapshot;
 }
 

@@ -112,14 +112,16 @@ bool sameHighlight(const Story::Snapshot& meant, const Content& readBack) {
 
 std::string_view differenceOf(const Document::Snapshot& meant, const std::vector<Content>& readBack,
                               const std::function<void()>& pause) {
-  if (meant.size() != readBack.size()) return "parts";
-  for (std::size_t i = 0; i < meant.size(); ++i) {
-    if (meant[i].kind != readBack[i].kind) return "parts";
-    if (!sameText(meant[i].text, readBack[i].text, pause)) return "text";
-    if (!sameHighlight(meant[i], readBack[i])) return "highlighting";
-    if (!sameStructure(meant[i], readBack[i])) return "structure";
+  auto read = readBack.begin();
+  for (const Story::Snapshot& story : meant) {
+    if (story.gone) continue;
+    if (read == readBack.end() || story.kind != read->kind) return "parts";
+    if (!sameText(story.text, read->text, pause)) return "text";
+    if (!sameHighlight(story, *read)) return "highlighting";
+    if (!sameStructure(story, *read)) return "structure";
+    ++read;
   }
-  return {};
+  return read == readBack.end() ? std::string_view() : "parts";
 }
 
 }  // namespace pluvo::document

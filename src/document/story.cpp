@@ -87,7 +87,7 @@ std::vector<Difference> differences(const text::PieceText& from, const text::Pie
 
 }  // namespace
 
-Story::Story(Content content, const Medium* medium, std::size_t mostParts)
+Story::Story(Content content, const Medium* medium, PartCount* count)
     : kind_(content.kind),
       medium_(medium),
       text_(std::move(content.text)),
@@ -95,7 +95,9 @@ Story::Story(Content content, const Medium* medium, std::size_t mostParts)
       highlight_(std::move(content.highlight)),
       structure_(std::move(content.structure)),
       nesting_(std::make_shared<const Nesting>(std::move(content.nesting))),
-      mostParts_(parts() + mostParts) {}
+      anchors_(std::move(content.anchors)),
+      count_(count == nullptr ? &ownCount_ : count),
+      counted_(parts()) {}
 
 void Story::requireText(std::u16string_view newText) const {
   if (medium_ != nullptr && !newText.empty()) {
@@ -110,11 +112,17 @@ std::size_t Story::parts() const {
 }
 
 void Story::requireRoomForParts() const {
-  if (parts() < mostParts_) return;
+  if (count_->broughtIn < static_cast<std::int64_t>(count_->most)) return;
   throw errors::Fault(errors::kOutOfMemory,
                       u"These are more changes than one document can take, about sixteen million; divide the "
                       u"document, or look for a longer text.")
       .with(errors::Problem::tooLarge);
+}
+
+void Story::countParts() {
+  const std::size_t now = parts();
+  count_->broughtIn += static_cast<std::int64_t>(now) - static_cast<std::int64_t>(counted_);
+  counted_ = now;
 }
 
 std::u16string Story::visibleText(Span span, View view) const {
@@ -265,6 +273,7 @@ Span Story::put(Span replaced, std::u16string_view text, const Landing& landing)
   finds_.edited(replaced, length);
   measures_.edited(replaced, length);
   changed_ = true;
+  countParts();
   if (observer_ != nullptr) observer_->replaced(*this, replaced, length);
   return {replaced.from, replaced.from + length};
 }
@@ -286,8 +295,10 @@ void Story::highlight(Span span, std::uint8_t colour) {
     changes = true;
     highlight_.set(run.from, run.to, colour);
   }
-  changed_ = changed_ || changes;
-  if (changes && observer_ != nullptr) observer_->highlighted(*this, span);
+  if (!changes) return;
+  changed_ = true;
+  countParts();
+  if (observer_ != nullptr) observer_->highlighted(*this, span);
 }
 
 void Story::restore(Snapshot snapshot) {
@@ -298,6 +309,7 @@ void Story::restore(Snapshot snapshot) {
   visibility_ = std::move(snapshot.visibility);
   highlight_ = std::move(snapshot.highlight);
   structure_ = std::move(snapshot.structure);
+  countParts();
   if (!changes.empty()) {
     const Position same = changes.front().gone.from;
     finds_.edited({same, before}, length() - same);

@@ -1,4 +1,4 @@
-#include "document/story.h"
+#include "document/document.h"
 #include "errors/fault.h"
 
 #include <gtest/gtest.h>
@@ -8,7 +8,12 @@ namespace {
 
 /// Every edit that would bring in one more part is refused, and nothing has happened.
 TEST(Bounds, OfPartsRefuseFurtherEdits) {
-  Story model(plainContent(text::OriginalText(std::u16string(u"a b c d e\r"))), nullptr, 3);
+  const auto content = [] { return plainContent(text::OriginalText(std::u16string(u"a b c d e\r"))); };
+  PartCount count{4};
+  Story model(content(), nullptr, &count);
+  Story other(content(), nullptr, &count);
+  other.replace({0, 2}, u"", text::View::results);
+  other.replace({2, 3}, u"y", text::View::results);
   model.replace({0, 1}, u"x", text::View::results);
   model.replace({2, 3}, u"x", text::View::results);
   const auto numberOf = [](const auto& edit) {

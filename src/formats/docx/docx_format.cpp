@@ -37,7 +37,7 @@ bool DocxFormat::recognises(base::ByteSpan bytes, std::string_view extension) co
 
 std::span<const std::string_view> DocxFormat::extensions() const { return kExtensions; }
 
-formats::Opened DocxFormat::read(base::Bytes bytes, const formats::Hint& /*hint*/) const {
+formats::Opened DocxFormat::read(base::Bytes bytes, const formats::Hint& hint) const {
   Package package = openPackage(std::move(bytes));
   const std::optional<formats::Protection> protection = protectionOf(package);
   Styles styles = readStyles(package);
@@ -51,6 +51,7 @@ formats::Opened DocxFormat::read(base::Bytes bytes, const formats::Hint& /*hint*
   opened.stories.push_back(std::move(body.content));
   opened.source = std::move(source);
   opened.protection = protection;
+  opened.again.allStories = hint.allStories;
   return opened;
 }
 

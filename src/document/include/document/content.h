@@ -4,6 +4,7 @@
 #include "text/run_map.h"
 #include "word/enums.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -85,6 +86,12 @@ struct Nesting {
   std::vector<Restriction> restrictions;
 };
 
+/// What a story hangs on: the reference of a note or comment, the character that a text box is.
+struct StoryAnchor {
+  std::size_t story = 0;        ///< the number of the story it stands in
+  text::Position position = 0;  ///< where the original text of that has it
+};
+
 /// A story as a reader hands it over: a text and its layers. The maps are as long as the text. The text ends
 /// with a paragraph mark outside tables and fields that no edit removes. Characters 7, 12 and 19 to 21 are
 /// marks only where the structure says so.
@@ -95,6 +102,8 @@ struct Content {
   text::RunMap<std::uint8_t> highlight;  ///< Word's colour index, 0 for none
   text::RunMap<Structure> structure;
   Nesting nesting;
+  /// A story goes when all of these have gone; one without any never does.
+  std::vector<StoryAnchor> anchors = {};
 };
 
 /// A story without any structure, all of it visible. The text must end with a paragraph mark.

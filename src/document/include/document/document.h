@@ -3,6 +3,7 @@
 #include "document/story.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -24,6 +25,10 @@ class Document {
   /// The number of the first story of a kind, from i on; count() where there is none.
   std::size_t firstOf(word::WdStoryType kind, std::size_t i = 0) const;
 
+  /// Whether a story went with the text that its anchors stood in: it is no longer shown, found or written.
+  /// Going back brings it back. Costs little where the stories that hold anchors have not changed since.
+  bool isGone(std::size_t i) const;
+
   /// Whether any story was edited since the document was read or last saved.
   bool changed() const;
   /// For whoever wrote the document into its file.
@@ -38,7 +43,18 @@ class Document {
   void observer(Observer* observer);
 
  private:
+  /// The stories that hang on one story, and which of their anchors there were gone when it had this stamp.
+  struct Holder {
+    std::vector<text::Position> anchors;  ///< ascending
+    std::uint64_t stamp = 0;
+    std::vector<bool> gone;
+  };
+  bool isGone(std::size_t i, std::size_t depth) const;
+  bool isGone(const StoryAnchor& anchor) const;
+
   std::shared_ptr<const Medium> medium_;
+  PartCount count_;
+  mutable std::vector<Holder> holders_;  ///< as many as stories
   std::vector<std::unique_ptr<Story>> stories_;
 };
 

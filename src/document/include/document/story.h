@@ -23,6 +23,14 @@ namespace pluvo::document {
 struct Landing;
 struct Removal;
 
+/// The parts, pieces of text and runs of a layer, that edits brought into a document: its stories share one.
+struct PartCount {
+  /// About 400 MB. Sixteen million replaced words make as many.
+  static constexpr std::size_t kMost = std::size_t{1} << 25U;
+  std::size_t most = kMost;
+  std::int64_t broughtIn = 0;  ///< less than none where edits joined what was apart
+};
+
 /// A text of a document under edit, main text or another, with its layers: what each character looks like
 /// and belongs to, and the live ranges and finds over it. All edits go through here, under one policy for
 /// every format (edit_policy.h). Knows no file and no format.
@@ -34,12 +42,8 @@ struct Removal;
 /// cannot be edited so at that place (4198), or when the edits would divide the text into too many parts (7).
 class Story {
  public:
-  /// How many parts, pieces of text and runs of a layer, edits may bring in: about 400 MB. Sixteen million
-  /// replaced words make as many.
-  static constexpr std::size_t kMostParts = std::size_t{1} << 25U;
-
-  /// Without a medium the file holds everything. The medium outlives the story.
-  explicit Story(Content content, const Medium* medium = nullptr, std::size_t mostParts = kMostParts);
+  /// Without a medium the file holds everything, and without a count the story has its own. Both outlive it.
+  explicit Story(Content content, const Medium* medium = nullptr, PartCount* count = nullptr);
   Story(const Story&) = delete;
   Story& operator=(const Story&) = delete;
 
@@ -52,6 +56,7 @@ class Story {
   const std::vector<Field>& fields() const { return nesting_->fields; }
   const std::vector<Control>& controls() const { return nesting_->controls; }
   const std::vector<Restriction>& restrictions() const { return nesting_->restrictions; }
+  const std::vector<StoryAnchor>& anchors() const { return anchors_; }
   text::Position length() const { return text_.length(); }
   /// Whether it is nothing but text, all of it visible.
   bool isPlain() const {
@@ -122,9 +127,10 @@ class Story {
     std::shared_ptr<const Nesting> nesting;
     bool changed = false;
     std::uint64_t saves = 0;
+    bool gone = false;  ///< with all its anchors; known where a whole document is taken
   };
   Snapshot snapshot() const {
-    return {kind_, text_, visibility_, highlight_, structure_, nesting_, changed_, saves_};
+    return {kind_, text_, visibility_, highlight_, structure_, nesting_, changed_, saves_, false};
   }
   /// Goes back (or forth) to a snapshot of this story. Live ranges behind the first difference end up there.
   /// The story then counts as changed, unless nothing was changed at the snapshot nor saved since.
@@ -143,6 +149,7 @@ class Story {
   void requireText(std::u16string_view newText) const;
   std::size_t parts() const;
   void requireRoomForParts() const;
+  void countParts();
   text::Span put(text::Span replaced, std::u16string_view text, const Landing& landing);
 
   word::WdStoryType kind_;
@@ -156,7 +163,10 @@ class Story {
   FindMemory finds_{text_, visibility_};
   Measures measures_{text_, visibility_, [this](text::Position position) { return endsParagraph(position); }};
   Observer* observer_ = nullptr;
-  std::size_t mostParts_;  ///< those the document was read with included
+  std::vector<StoryAnchor> anchors_;
+  PartCount ownCount_;
+  PartCount* count_;
+  std::size_t counted_;  ///< parts of this story so far
   bool changed_ = false;
   std::uint64_t saves_ = 0;
   std::uint64_t stamp_ = 0;

@@ -57,10 +57,14 @@ struct Hint {
   bool certain = false;
   /// Of an encrypted document. Without one it is refused, and with a wrong one (Problem::password).
   SharedKey key = {};
+  /// Headers, footers, notes, comments and text boxes are wanted, too; otherwise main text alone.
+  bool allStories = false;
 };
 
 struct Opened {
-  std::vector<document::Content> stories;  ///< main text first
+  /// Main text first, then headers, footers, footnotes, endnotes, comments and text boxes, each in the
+  /// document's order.
+  std::vector<document::Content> stories;
   std::shared_ptr<const Source> source = {};
   std::optional<Protection> protection = std::nullopt;
   /// By which a plain text was read; empty where the format leaves no choice.
