@@ -23,6 +23,20 @@ void addCounts(base::JsonObject& object, const elsewhere::Elsewhere& found) {
   addCounts<formats::Unreached>(object, "unreached", found.unreached);
 }
 
+void addNotReached(base::JsonObject& object, const elsewhere::Elsewhere& found) {
+  base::JsonArray parts;
+  for (const auto& [part, why] : found.damaged)
+    parts.add(base::JsonObject().text("part", part).text("message", why).str());
+  addCounts(object, found);
+  if (!parts.empty()) object.json("unreadable", parts.str());
+  base::JsonArray opaque;
+  for (std::size_t i = 0; i < found.notLookedInto.size(); ++i) {
+    if (found.notLookedInto.at(i))
+      opaque.add(base::jsonQuoted(elsewhere::keyOf(static_cast<formats::Opaque>(i))));
+  }
+  if (!opaque.empty()) object.json("notLookedInto", opaque.str());
+}
+
 constexpr int kProblems = static_cast<int>(errors::Problem::io) + 1;
 
 errors::Problem problemNamed(const std::string& name) {
@@ -51,7 +65,11 @@ void readElsewhere(const base::JsonValue& json, elsewhere::Elsewhere& found) {
 
 }  // namespace
 
-void addErrorAndEncoding(base::JsonObject& object, const Outcome& outcome) {
+void addResult(base::JsonObject& object, const Outcome& outcome) {
+  object.number("found", outcome.found)
+      .number("operated", outcome.operated)
+      .number("skipped", outcome.skipped)
+      .truth("saved", outcome.saved);
   if (outcome.failure) {
     base::JsonObject error;
     error.text("code", errors::nameOf(outcome.failure->problem)).text("message", outcome.failure->message);
@@ -64,23 +82,7 @@ void addErrorAndEncoding(base::JsonObject& object, const Outcome& outcome) {
   } else {
     object.text("encoding", outcome.encoding);
   }
-}
-
-void addNotReached(base::JsonObject& object, const elsewhere::Elsewhere& found) {
-  base::JsonArray parts;
-  for (const auto& [part, why] : found.damaged)
-    parts.add(base::JsonObject().text("part", part).text("message", why).str());
-  addCounts(object, found);
-  if (!parts.empty()) object.json("unreadable", parts.str());
-}
-
-void addNotLookedInto(base::JsonObject& object, const elsewhere::Elsewhere& found) {
-  base::JsonArray names;
-  for (std::size_t i = 0; i < found.notLookedInto.size(); ++i) {
-    if (found.notLookedInto.at(i))
-      names.add(base::jsonQuoted(elsewhere::keyOf(static_cast<formats::Opaque>(i))));
-  }
-  if (!names.empty()) object.json("notLookedInto", names.str());
+  addNotReached(object, outcome.elsewhere);
 }
 
 base::JsonObject summaryInJson(const Totals& totals) {
@@ -97,19 +99,14 @@ base::JsonObject summaryInJson(const Totals& totals) {
     summary.number("not_reached", totals.notReached);
   }
   if (totals.earlier != 0) summary.number("earlier", totals.earlier);
+  if (totals.unfinished != 0) summary.number("unfinished", totals.unfinished);
   return summary;
 }
 
 std::string inJson(const Outcome& outcome) {
   base::JsonObject line;
-  line.text("file", outcome.path)
-      .number("found", outcome.found)
-      .number("operated", outcome.operated)
-      .number("skipped", outcome.skipped)
-      .truth("saved", outcome.saved);
-  addErrorAndEncoding(line, outcome);
-  addNotReached(line, outcome.elsewhere);
-  addNotLookedInto(line, outcome.elsewhere);
+  line.text("file", outcome.path);
+  addResult(line, outcome);
   if (outcome.refused > 0) line.number("refused", outcome.refused);
   if (outcome.tooFar > 0) line.number("too_far", outcome.tooFar);
   if (outcome.changed && !outcome.saved) line.truth("changed", true);
@@ -117,6 +114,7 @@ std::string inJson(const Outcome& outcome) {
   if (!outcome.savedAs.empty()) line.text("saved_as", outcome.savedAs);
   if (!outcome.backup.empty()) line.text("backup", outcome.backup);
   if (outcome.earlier) line.truth("earlier", true);
+  if (outcome.cutShort) line.truth("unfinished", true);
   return line.str();
 }
 

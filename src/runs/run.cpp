@@ -120,6 +120,8 @@ class Run {
       return ended();
     }
     for (const LeftOut& each : listing_.leftOut) tell(each);
+    ended_.totals.unfinished =
+        static_cast<std::int64_t>(cutShort_.size() + listing_.documents.size() - results_.handedOut());
     for (std::size_t i = results_.handedOut(); i < listing_.documents.size(); ++i)
       tellAll([&](Observer& observer) { observer.leftOut({listing_.documents[i].path, Reason::stopped}); });
     try {
@@ -155,8 +157,8 @@ class Run {
     results_.rethrow();
   }
 
-  /// How many documents may wait for the disk while others are worked on. Whoever works on one by one knows
-  /// what became of the one before.
+  /// How many documents may wait for the disk while others are worked on: none where the face works on one
+  /// after the other, since it is told what became of each before the next.
   std::size_t waiting() const {
     constexpr std::size_t kWaiting = 15;
     const bool saves = plan_.changesInPlace() || plan_.outputFolder;

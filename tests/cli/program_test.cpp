@@ -273,15 +273,17 @@ TEST(Program, AsksBeforeEachChange) {
     const Sandbox sandbox;
     sandbox.put("a.txt", "y y y\n");
     sandbox.put("b.txt", "y\n");
-    const Result result =
-        sandbox.runAtTerminal(wordsOf("replace -b y -t z --confirm --json a.txt b.txt"), keys);
+    const Result result = sandbox.runAtTerminal(
+        wordsOf("replace -b y -t z --confirm --json --report r.html a.txt b.txt"), keys);
     EXPECT_EQ(sandbox.get("a.txt"), a);
     EXPECT_EQ(sandbox.get("b.txt"), b);
     EXPECT_THAT(result.out, HasSubstr(std::string("\"found\":") + counts[0] + ",\"operated\":" + counts[2] +
                                       ",\"skipped\":" + counts[4]));
     EXPECT_EQ(result.status, 0);
-    EXPECT_EQ(result.err.find("Stopped; 2 documents of the run are left") != std::string::npos,
-              keys.find('q') != std::string::npos || keys == "\x04");
+    const bool isCutShort = keys.find('q') != std::string::npos || keys == "\x04";
+    EXPECT_EQ(result.err.find("Stopped; 2 documents of the run are left") != std::string::npos, isCutShort);
+    EXPECT_EQ(result.out.find("\"unfinished\":2}") != std::string::npos, isCutShort);
+    EXPECT_EQ(sandbox.get("r.html").find("<dt>Unfinished</dt><dd>2</dd>") != std::string::npos, isCutShort);
     EXPECT_THAT(result.err,
                 HasSubstr("a.txt:1: (1 of 2 files)\r\n  [y] y y\r\nReplace it with 'z' [y,n,a,s,q]? "));
   }

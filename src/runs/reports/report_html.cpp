@@ -71,6 +71,7 @@ class HtmlReport final : public Observer {
         total("Operated on", totals.operated) + total("Skipped", totals.skipped) +
         total("Documents changed", totals.changed) + total("Failed", totals.failed) +
         total(slices_ != nullptr ? "Not worked on" : "Left out", totals.leftOut) +
+        (totals.unfinished > 0 ? total("Unfinished", totals.unfinished) : "") +
         total("Not reached", blocksIn(totals.elsewhere) + occurrencesIn(totals.elsewhere)) + "</dl>\n";
     beginning += slices();
     beginning += table("Documents not processed", failures_, "<th>Reason</th><th>What to do</th>");

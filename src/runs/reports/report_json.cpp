@@ -42,16 +42,11 @@ class JsonReport final : public Observer {
 
   void document(const Outcome& outcome) override {
     base::JsonObject members;
-    members.number("found", outcome.found)
-        .number("operated", outcome.operated)
-        .number("skipped", outcome.skipped)
-        .number("refused", outcome.refused)
-        .truth("saved", outcome.saved)
+    addResult(members, outcome);
+    members.number("refused", outcome.refused)
         .text("savedAs", outcome.savedAs)
         .text("backup", outcome.backup);
-    addErrorAndEncoding(members, outcome);
-    addNotReached(members, outcome.elsewhere);
-    addNotLookedInto(members, outcome.elsewhere);
+    if (outcome.cutShort) members.truth("unfinished", true);
     file_.addLater((inDocument_ ? "" : opening(outcome.path)) + "],\n  " + members.members() + "}");
     inDocument_ = false;
   }

@@ -64,11 +64,12 @@ struct Totals {
   std::int64_t operated = 0;  ///< in the documents that are counted as changed
   std::int64_t skipped = 0;
   std::int64_t tooFar = 0;
-  std::int64_t changed = 0;  ///< documents saved; with --dry-run, those that would be
-  std::int64_t failed = 0;   ///< but for temporary files, which are skipped
-  std::int64_t leftOut = 0;  ///< files and folders that were found and not taken
-  std::int64_t links = 0;    ///< among them
-  std::int64_t earlier = 0;  ///< documents done with by earlier attempts at this slice
+  std::int64_t changed = 0;     ///< documents saved; with --dry-run, those that would be
+  std::int64_t failed = 0;      ///< but for temporary files, which are skipped
+  std::int64_t leftOut = 0;     ///< files and folders that were found and not taken
+  std::int64_t links = 0;       ///< among them
+  std::int64_t earlier = 0;     ///< documents done with by earlier attempts at this slice
+  std::int64_t unfinished = 0;  ///< documents that a run cut short did not work on to their end
   elsewhere::Elsewhere elsewhere;
   std::int64_t notReached = 0;  ///< documents that it is about
 

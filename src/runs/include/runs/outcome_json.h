@@ -11,12 +11,10 @@
 /// Outcomes for programs.
 namespace pluvo::runs {
 
-/// `"error":{"code":...,"message":...},"encoding":"UTF-8"`, null where there is none.
-void addErrorAndEncoding(base::JsonObject& object, const Outcome& outcome);
-/// `"elsewhere":{...},"unreached":{...},"unreadable":[...]`, each where there is something to tell.
-void addNotReached(base::JsonObject& object, const elsewhere::Elsewhere& found);
-/// `"notLookedInto":["pictures"]`, where there is something.
-void addNotLookedInto(base::JsonObject& object, const elsewhere::Elsewhere& found);
+/// `"found":3,...,"error":{"code":...,"message":...},"encoding":"UTF-8"`, null where there is none; then
+/// `"elsewhere":{...},"unreached":{...},"unreadable":[...],"notLookedInto":["pictures"]`, each where there is
+/// something to tell.
+void addResult(base::JsonObject& object, const Outcome& outcome);
 /// All that became of a document: an object. What few documents have stands at its end, where there is any.
 std::string inJson(const Outcome& outcome);
 /// The same read back. Nothing for what is no such object.
