@@ -45,11 +45,10 @@ std::optional<std::string> lastList(files::FileSystem& system) {
   }
 }
 
-/// See listedPath.
-std::string withoutMark(std::string_view path) {
-  const std::size_t mark = path.find("/./");
-  if (mark == std::string_view::npos) return std::string(path);
-  return std::string(path.substr(0, mark)).append(path.substr(mark + 2));
+/// See listedPath. Such steps that the user typed lead nowhere either, and go too.
+std::string withoutMarks(std::string path) {
+  for (std::size_t mark = 0; (mark = path.find("/./", mark)) != std::string::npos;) path.erase(mark, 2);
+  return path;
 }
 
 }  // namespace
@@ -79,7 +78,7 @@ std::optional<UnfinishedList> lastUnfinished(files::FileSystem& system) {
   UnfinishedList list{std::move(*path), {}};
   for (std::size_t from = 0; from < names.size();) {
     const std::size_t to = std::min(names.find('\0', from), names.size());
-    if (to > from) list.documents.push_back(withoutMark(names.substr(from, to - from)));
+    if (to > from) list.documents.push_back(withoutMarks(std::string(names.substr(from, to - from))));
     from = to + 1;
   }
   return list;

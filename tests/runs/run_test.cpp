@@ -1,6 +1,7 @@
 #include "runs/run.h"
 
 #include "formats/docx/document_builder.h"
+#include "runs/kept.h"
 #include "runs/past_runs.h"
 #include "runs/written_request.h"
 #include "storage/files/scratch.h"
@@ -105,7 +106,7 @@ TEST_F(Runs, EndAfterTheDocumentAtHandOrLeaveItAsItWas) {
       if (asked.number == 2) now = how;  // at the first of its two blocks
       return Answer{Reply::yes};
     };
-    Plan plan = planFor({"a.txt", "b.txt", "c.txt"});
+    Plan plan = planFor({"a.txt", "b.txt", "./c.txt"});
     plan.requests.front().confirmEach = true;
     const Ended ended = made(plan);
     const bool isFinished = how == Cancelled::afterDocuments;
@@ -115,6 +116,9 @@ TEST_F(Runs, EndAfterTheDocumentAtHandOrLeaveItAsItWas) {
     EXPECT_EQ(folder_.get("c.txt"), "draft, draft\n");
     ASSERT_TRUE(ended.unfinished);
     EXPECT_EQ(ended.unfinished->documents, isFinished ? 1U : 2U);
+    const auto list = lastUnfinished(files::machineFileSystem());
+    ASSERT_TRUE(list);
+    EXPECT_EQ(list->documents.back(), folder_.path("c.txt"));
 
     PastRuns past(files::machineFileSystem());
     ASSERT_NE(past.last(), nullptr);
