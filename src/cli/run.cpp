@@ -12,7 +12,7 @@
 namespace pluvo::cli {
 namespace {
 
-/// A script knows what it asks for.
+/// For people at a terminal alone: output that goes to a script is not commented on.
 void suggestWholeDocument(const Plan& plan) {
   if (!plan.findsOnly() || plan.quiet || plan.json || !isTerminal(STDERR_FILENO)) return;
   sayNote(

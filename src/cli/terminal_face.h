@@ -13,8 +13,8 @@
 
 namespace pluvo::cli {
 
-/// The face of a run that somebody started at a terminal, or a script: prints what comes of the documents and
-/// how far it is, puts the questions about blocks to the person, and ends the run after an interrupt.
+/// The face of a run of the command line. It prints what became of each document and how far the run is. It
+/// asks the user about blocks, and ends the run after an interrupt.
 class TerminalFace final : public runs::Face {
  public:
   /// The plan outlives it.

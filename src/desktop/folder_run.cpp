@@ -133,7 +133,7 @@ void FolderRun::begin(dialog::clsProcessFind& engine, const std::vector<std::u16
   plan_.requests.front().confirmEach = false;  // the dialog's own pass sees to that
   plan_.selection.paths.reserve(files.size());
   for (const std::u16string& file : files) plan_.selection.paths.push_back(base::nameBytes(file));
-  // Whoever is told of each refusal has decided.
+  // Where each refusal is shown, its user decides then whether the run goes on.
   plan_.keepGoing = !passesItself_;
   plan_.jobs = static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 1U, 16U));
   plan_.command = commandOf(plan_.requests.front());

@@ -9,7 +9,7 @@
 
 namespace pluvo::base {
 
-/// A value read from JSON. What is asked of it and is not there is empty: no text, 0, false, no member.
+/// A value read from JSON. Where the JSON has no such value, a member is empty: no text, 0, false.
 class JsonValue {
  public:
   /// Nothing for what is not one value of well-formed JSON, or has more than 32 levels.
