@@ -32,6 +32,8 @@ struct Engine::State {
       : application(theApplication), observer(theObserver) {}
 
   void processAllBlocks();
+  bool findNext();
+  bool goToNextStory();
   Observer::Decision confirm(const Block& block);
   std::optional<Fault> operate();
   void countSkipped();
@@ -79,8 +81,9 @@ void Engine::InitializeFind(const Request& request) {
     const auto view = required(window).View();
     state.view = required(view).keepFieldCodes();
     view->ShowFieldCodes(request.showFieldCodes);
-    state.ranges.place(state.application, request.startAtTop);
+    state.ranges.place(state.application, request.stories, request.startAtTop);
     state.observer.begins();
+    if (state.ranges.story != 0) state.observer.enters(state.ranges.story);
   });
 }
 
@@ -101,7 +104,7 @@ bool Engine::FindNextItem(bool selects) {
   const bool found = guarded(state.trail, u"cpf:27a", [&] {
     if (!state.ranges.placed()) return false;
     moveSelectionToTop(state.application);
-    if (!state.locator.next(state.observer, state.result)) return false;
+    if (!state.findNext()) return false;
     if (state.observer.found(state.operations.block()) == PassObserver::Answer::stop) return false;
     if (selects) required(state.ranges.block).Select();
     return true;
@@ -118,7 +121,7 @@ void Engine::MakeChanges() {
     if (!state.ranges.placed()) return;
     if (!state.undoStep) state.undoStep = state.application.beginUndoStep();
     const auto edits = state.application.beginEdits(true);
-    const TextBehind behind(state.application, state.search, required(state.ranges.begin),
+    const TextBehind behind(state.application, state.search, state.ranges.story, required(state.ranges.begin),
                             state.operations.block().operated);
     const std::optional<Fault> refusal = state.operate();
     state.observer.operated(state.operations.block(), refusal ? &*refusal : nullptr);
@@ -147,12 +150,12 @@ void Engine::State::processAllBlocks() {
   using Decision = Observer::Decision;
   const bool confirmEach = search.request.confirmEach;
   moveSelectionToTop(application);
-  while (locator.next(observer, result)) {
+  while (findNext()) {
     const Block block = operations.block();
     if (observer.found(block) == Answer::stop) return;
     const Decision decision = confirmEach ? confirm(block) : Decision::operate;
     if (decision == Decision::stop) return;
-    const TextBehind behind(application, search, block.whole,
+    const TextBehind behind(application, search, ranges.story, block.whole,
                             decision == Decision::operate ? block.operated : nullptr);
     if (decision == Decision::skip) {
       countSkipped();
@@ -166,8 +169,22 @@ void Engine::State::processAllBlocks() {
       const std::int32_t operatedEnd = block.operated != nullptr ? block.operated->End() : 0;
       locator.resumeBehindBlock(std::max(behind.start(), operatedEnd));
     }
-    if (behind.isNone()) return;
+    if (behind.isNone() && !goToNextStory()) return;
   }
+}
+
+/// In one story after the other.
+bool Engine::State::findNext() {
+  while (!locator.next(observer, result)) {
+    if (locator.isStopped() || !goToNextStory()) return false;
+  }
+  return true;
+}
+
+bool Engine::State::goToNextStory() {
+  if (!ranges.placeInNext(application, search.request.stories)) return false;
+  observer.enters(ranges.story);
+  return true;
 }
 
 Observer::Decision Engine::State::confirm(const Block& block) {

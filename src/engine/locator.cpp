@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <optional>
 #include <utility>
 
 namespace pluvo::engine {
@@ -50,18 +51,47 @@ void moveSelectionToTop(word::Application& application) {
   required(selection).SetRange(0, 0);
 }
 
-void WorkingRanges::place(word::Application& application, bool atTop) {
-  WorkingRanges placed;  // all or none
+namespace {
+
+/// All four, collapsed where `position` says.
+template <class Position>
+WorkingRanges rangesAt(word::Application& application, std::int32_t story, Position position) {
+  WorkingRanges placed;
+  placed.story = story;
   for (std::shared_ptr<word::Range>* range : {&placed.block, &placed.begin, &placed.end, &placed.inside}) {
-    std::int32_t position = 0;
-    if (!atTop) {
-      const auto selection = application.Selection();
-      if (required(selection).StoryType() == word::wdMainTextStory) position = selection->Start();
-    }
+    const std::int32_t at = position();
     const auto document = application.ActiveDocument();
-    *range = required(document).Range(position, position);
+    *range = required(document).rangeIn(story, at, at);
   }
-  *this = std::move(placed);
+  return placed;
+}
+
+}  // namespace
+
+void WorkingRanges::place(word::Application& application, word::StoryKinds stories, bool atTop) {
+  const auto isThere = [&](word::Selection& selection) {
+    return !atTop && (word::kindsOf(selection.StoryType()) & stories) != 0;
+  };
+  std::optional<std::int32_t> first = 0;
+  if (stories != word::kMainTextAlone) {
+    const auto document = application.ActiveDocument();
+    const auto selection = application.Selection();
+    first = required(document).nextStory(stories, isThere(required(selection)) ? selection->story() : 0);
+    if (!first) return;
+  }
+  *this = rangesAt(application, *first, [&] {
+    if (atTop) return 0;
+    const auto selection = application.Selection();
+    return isThere(required(selection)) && selection->story() == *first ? selection->Start() : 0;
+  });
+}
+
+bool WorkingRanges::placeInNext(word::Application& application, word::StoryKinds stories) {
+  if (stories == word::kMainTextAlone) return false;
+  const auto document = application.ActiveDocument();
+  const auto next = required(document).nextStory(stories, story + 1);
+  if (next) *this = rangesAt(application, *next, [] { return 0; });
+  return next.has_value();
 }
 
 bool Locator::find(word::Range& range, std::shared_ptr<word::Find>& prepared, const SearchText& text) {
@@ -140,7 +170,7 @@ bool Locator::FindInsideText() {
 bool Locator::MatchFullText(word::Range& range, const std::u16string& fullText) {
   return errors::guarded(trail_, u"cpf:41", [&] {
     const auto document = application_.ActiveDocument();
-    const auto whole = required(document).Range(range.Start(), range.End());
+    const auto whole = required(document).rangeIn(ranges_.story, range.Start(), range.End());
     required(whole).MoveEnd(word::wdCharacter, missing(fullText, range));
     return NormalizeSearchText(trail_, whole->Text()) == fullText;
   });
@@ -181,7 +211,9 @@ Locator::Verdict Locator::judge() {
 }
 
 bool Locator::next(PassObserver& observer, PassResult& result) {
-  while (observer.searching() == PassObserver::Answer::goOn && FindBeginAndEnd()) {
+  while (true) {
+    isStopped_ = observer.searching() == PassObserver::Answer::stop;
+    if (isStopped_ || !FindBeginAndEnd()) return false;
     switch (judge()) {
       case Verdict::block:
         ++result.found;
@@ -196,7 +228,6 @@ bool Locator::next(PassObserver& observer, PassResult& result) {
         break;
     }
   }
-  return false;
 }
 
 void Locator::resumeBehindBlock(std::int32_t atLeast) {

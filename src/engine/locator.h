@@ -25,11 +25,17 @@ struct WorkingRanges {
   std::shared_ptr<word::Find> endFind;
   std::shared_ptr<word::Find> insideFind;
 
-  /// Whether there are any: not where a pass could not be prepared.
+  /// The one they lie in, see word::Document.
+  std::int32_t story = 0;
+
+  /// Whether there are any: not where a pass could not be prepared, nor where the document has no story of
+  /// the kinds asked for.
   bool placed() const { return block != nullptr; }
-  /// New ranges, collapsed where the search starts: at the top, or at the start of the selection. A selection
-  /// elsewhere than in the main text has no place there; then it is the top.
-  void place(word::Application& application, bool atTop);
+  /// New ranges, collapsed where the search starts: at the top of the first of the stories, or at the start
+  /// of the selection. A selection in another story has no place there; then it is the top.
+  void place(word::Application& application, word::StoryKinds stories, bool atTop);
+  /// The same at the top of the next of the stories; false where there is none.
+  bool placeInNext(word::Application& application, word::StoryKinds stories);
 };
 
 /// An object of the word processor, which must be there. Throws Fault kObjectNotSet.
@@ -49,9 +55,11 @@ class Locator {
   Locator(Trail& trail, word::Application& application, const PreparedSearch& search, WorkingRanges& ranges)
       : trail_(trail), application_(application), search_(search), ranges_(ranges) {}
 
-  /// Moves on to the next block, rejecting candidates; false at the end of the document, and where the
+  /// Moves on to the next block, rejecting candidates; false at the end of the story, and where the
   /// observer stops the search. Counts what it finds and rejects. Throws the faults that no step reports.
   bool next(PassObserver& observer, PassResult& result);
+  /// Whether it was the observer that ended the search.
+  bool isStopped() const { return isStopped_; }
 
   /// The next search starts behind the current block, or at this position where that lies farther behind.
   void resumeBehindBlock(std::int32_t atLeast = 0);
@@ -74,6 +82,7 @@ class Locator {
   word::Application& application_;
   const PreparedSearch& search_;
   WorkingRanges& ranges_;
+  bool isStopped_ = false;
 };
 
 }  // namespace pluvo::engine

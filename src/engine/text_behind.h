@@ -12,20 +12,20 @@ namespace pluvo::engine {
 
 /// The text behind a block, or behind its beginning, before which the search must not resume once the block
 /// was operated on. A word processor keeps some text whatever is done to it, and a beginning there would be
-/// found again and again: the last paragraph mark of a document always, and where changes are tracked all
+/// found again and again: the last paragraph mark of a story always, and where changes are tracked all
 /// that is deleted. Where neither can be it costs nothing.
 class TextBehind {
  public:
   /// The operation acts on the other range; on none where it is null.
-  TextBehind(word::Application& application, const PreparedSearch& search, word::Range& range,
-             word::Range* operated)
-      : application_(application), isAlwaysKept_(search.begin.wholeHasLineEnd) {
+  TextBehind(word::Application& application, const PreparedSearch& search, std::int32_t story,
+             word::Range& range, word::Range* operated)
+      : application_(application), story_(story), isAlwaysKept_(search.begin.wholeHasLineEnd) {
     const std::int16_t operation = search.request.operation;
     const bool deletes = operated != nullptr && (operation == kReplace || operation == kDelete);
     const bool mayStay = deletes && application.mayKeepDeletedText();
     if (!isAlwaysKept_ && !mayStay) return;
     const std::int32_t rangeEnd = range.End();
-    end_ = documentEnd();
+    end_ = storyEnd();
     if (mayStay) {
       const std::int32_t start = operated->Start();
       // What goes behind the beginning is not found before it.
@@ -41,22 +41,22 @@ class TextBehind {
   /// Where it begins now; 0 where that does not matter.
   std::int32_t start() const {
     if (!length_) return 0;
-    const std::int32_t now = documentEnd();
+    const std::int32_t now = storyEnd();
     const bool isGone = !isAlwaysKept_ && now <= expected_;
     return isGone ? 0 : now - *length_;
   }
 
  private:
-  std::int32_t documentEnd() const {
+  std::int32_t storyEnd() const {
     const auto document = application_.ActiveDocument();
-    const auto story = required(document).StoryRanges(word::wdMainTextStory);
-    return required(story).End();
+    return required(document).endOf(story_);
   }
 
   word::Application& application_;
+  std::int32_t story_;
   bool isAlwaysKept_;
   std::int32_t end_ = 0;
-  /// Where the document ends once all that should go has gone.
+  /// Where the story ends once all that should go has gone.
   std::int32_t expected_ = 0;
   std::optional<std::int32_t> length_;
 };

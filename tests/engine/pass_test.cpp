@@ -70,6 +70,78 @@ TEST(Pass, CanBeStoppedWhereNoBlockIsFound) {
   }
 }
 
+struct StoryWatch : Watch {
+  void enters(std::int32_t number) override { story = number; }
+  Answer found(const Block& block) override {
+    told += std::to_string(story);
+    return Watch::found(block);
+  }
+  std::int32_t story = 0;
+  std::string told;  ///< the story of each block
+};
+
+TEST(Pass, WorksInOneStoryAfterTheOther) {
+  constexpr auto kNotes = word::kindsOf(word::wdFootnotesStory);
+  constexpr auto kHeaders = static_cast<word::StoryKinds>(word::kindsOf(word::wdFirstPageHeaderStory) |
+                                                          word::kindsOf(word::wdPrimaryHeaderStory));
+  constexpr auto kAll = static_cast<word::StoryKinds>(kNotes | kHeaders | word::kMainTextAlone);
+  struct Case {
+    Request request;
+    std::string texts;  ///< of the stories afterwards
+    std::string blocks;
+    std::size_t selected = 0;  ///< the story in which the selection stands, at 2
+    std::size_t most = 1000;
+  };
+  const Case cases[] = {
+      {{.begin = u"A"}, "1b b|A|A 2A|3 A|B", "00", 2},
+      {{.begin = u"A", .stories = kNotes}, "1A A|A|A 2A|3 b|B", "3"},
+      {{.begin = u"A", .stories = kHeaders}, "1A A|b|b 2b|3 A|B", "122"},
+      {{.begin = u"A", .stories = kAll}, "1b b|b|b 2b|3 b|B", "001223"},
+      {{.begin = u"A", .stories = kAll}, "1b A|A|A 2A|3 A|B", "00", 0, 2},
+      {{.begin = u"A", .stories = kHeaders, .startAtTop = false}, "1A A|A|A 2b|3 A|B", "2", 2},
+      {{.begin = u"A", .stories = kHeaders, .startAtTop = false}, "1A A|b|b 2b|3 A|B", "122", 3},
+      {{.begin = u"A", .end = u"B", .stories = kAll}, "1A A|A|A 2A|3 A|B", ""},
+      {{.begin = u"A\r", .stories = kHeaders, .liftLimits = true}, "1A A|b|A 2b|3 A|B", "12"},
+      {{.begin = u"A", .stories = word::kindsOf(word::wdCommentsStory)}, "1A A|A|A 2A|3 A|B", ""}};
+  for (const auto& [asked, texts, blocks, selected, most] : cases) {
+    for (const bool blockByBlock : {false, true}) {
+      std::vector<document::Content> contents;
+      const std::pair<word::WdStoryType, const char*> stories[] = {{word::wdMainTextStory, "1A A"},
+                                                                   {word::wdFirstPageHeaderStory, "A"},
+                                                                   {word::wdPrimaryHeaderStory, "A 2A"},
+                                                                   {word::wdFootnotesStory, "3 A"},
+                                                                   {word::wdFootnotesStory, "B"}};
+      for (const auto& [kind, text] : stories) {
+        contents.push_back(notation::parse(text).content);
+        contents.back().kind = kind;
+      }
+      const auto document = memory::MemoryDocument::create(std::move(contents));
+      document->select(selected, {2, 2});
+      memory::MemoryApplication application;
+      application.add(document);
+      StoryWatch watch;
+      watch.most = most;
+      Engine engine(application, watch);
+      Request request = asked;
+      request.operation = kReplace;
+      request.text = u"b";
+      if (blockByBlock) {
+        engine.InitializeFind(request);
+        while (engine.FindNextItem(true)) engine.MakeChanges();
+      } else {
+        engine.pass(request);
+      }
+      std::string after;
+      for (std::size_t i = 0; i < document->stories().count(); ++i)
+        after += (i > 0 ? "|" : "") + notation::print(document->stories().story(i));
+      std::erase_if(after, [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
+      EXPECT_EQ(after, texts);
+      EXPECT_EQ(watch.told, blocks) << texts;
+      EXPECT_TRUE(watch.faults.empty()) << texts;
+    }
+  }
+}
+
 TEST(SearchPoint, IsNarrowedTo16BitsUnlessLimitsAreLifted) {
   for (const bool skip : {false, true}) {
     for (const std::size_t before : {32765U, 32766U, 32767U}) {

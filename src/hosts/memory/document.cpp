@@ -56,9 +56,27 @@ std::shared_ptr<MemoryDocument> MemoryDocument::create(std::vector<document::Con
 }
 
 std::shared_ptr<word::Range> MemoryDocument::Range(std::int32_t start, std::int32_t end) {
+  return rangeIn(0, start, end);
+}
+
+std::shared_ptr<word::Range> MemoryDocument::rangeIn(std::int32_t story, std::int32_t start,
+                                                     std::int32_t end) {
   return member(u"Document.Range", [&] {
-    return std::make_shared<MemoryRange>(shared_from_this(), 0, spanOf(mainText(), start, end));
+    const auto number = static_cast<std::size_t>(story);
+    return std::make_shared<MemoryRange>(shared_from_this(), number,
+                                         spanOf(stories().story(number), start, end));
   });
+}
+
+std::optional<std::int32_t> MemoryDocument::nextStory(word::StoryKinds kinds, std::int32_t from) {
+  for (std::size_t i = static_cast<std::size_t>(from); i < stories().count(); ++i) {
+    if ((word::kindsOf(stories().story(i).kind()) & kinds) != 0) return static_cast<std::int32_t>(i);
+  }
+  return std::nullopt;
+}
+
+std::int32_t MemoryDocument::endOf(std::int32_t story) {
+  return stories().story(static_cast<std::size_t>(story)).length();
 }
 
 std::shared_ptr<word::Window> MemoryDocument::ActiveWindow() {

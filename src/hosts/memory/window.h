@@ -32,6 +32,8 @@ class MemorySelection : public word::Selection {
  public:
   explicit MemorySelection(std::shared_ptr<MemoryDocument> document) : document_(std::move(document)) {}
   std::int32_t Start() override;
+  word::WdStoryType StoryType() override;
+  std::int32_t story() override;
   std::u16string Text() override;
   void SetRange(std::int32_t start, std::int32_t end) override;
 
@@ -41,7 +43,7 @@ class MemorySelection : public word::Selection {
  private:
   /// What is selected, or the character behind the insertion point.
   text::Span selected() const;
-  document::Story& story() const;
+  document::Story& selectedStory() const;
 
   std::shared_ptr<MemoryDocument> document_;
 };

@@ -25,6 +25,8 @@ class PassObserver {
 
   /// A pass over the active document is prepared; nothing of it has changed yet.
   virtual void begins() {}
+  /// The pass goes on in the story of that number; see word::Document. It comes to main text untold.
+  virtual void enters(std::int32_t /*story*/) {}
   /// The engine is about to look for a beginning; stop ends the pass as if there were none. This comes often,
   /// also where no block is found, so that a program can answer its windows meanwhile.
   virtual Answer searching() { return Answer::goOn; }

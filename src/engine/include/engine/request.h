@@ -31,6 +31,9 @@ struct Request {
   bool wholeWords = false;
   bool matchCase = false;
   bool showFieldCodes = false;
+  /// Where blocks are looked for: one story after the other, in the document's order. No block crosses from
+  /// one into another.
+  word::StoryKinds stories = word::kMainTextAlone;
   bool startAtTop = true;    ///< else at the start of the selection
   bool confirmEach = false;  ///< in a whole pass: the observer decides about each block
   /// Lifts three limits that are kept inside Word: search points and skipped counts beyond 16 bits; endings

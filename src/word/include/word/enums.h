@@ -54,4 +54,11 @@ enum WdStoryType : std::int32_t {
   wdFirstPageFooterStory = 11,
 };
 
+/// Kinds of stories: of each the bit of its number.
+using StoryKinds = std::uint16_t;
+constexpr StoryKinds kindsOf(WdStoryType kind) {
+  return static_cast<StoryKinds>(1U << static_cast<unsigned>(kind));
+}
+inline constexpr StoryKinds kMainTextAlone = kindsOf(wdMainTextStory);
+
 }  // namespace pluvo::word

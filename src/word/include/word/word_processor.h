@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <variant>
 
@@ -142,6 +143,8 @@ class Selection : public Counted {
   virtual std::int32_t Start() = 0;
   /// Which of the document's texts it stands in; its positions are of that text.
   virtual WdStoryType StoryType() { return wdMainTextStory; }
+  /// Beyond Word's own members: the number of that text in its document, see Document::nextStory.
+  virtual std::int32_t story() { return 0; }
   /// An insertion point has the text of the character behind it, and counts as one character.
   virtual std::u16string Text() = 0;
   UnitCollection Characters() { return {*this, wdCharacter}; }
@@ -171,6 +174,18 @@ class Document {
   virtual void Protect(WdProtectionType type, const std::u16string& password) = 0;
   /// The whole of the first story of a kind; Fault 5941 where the document has none.
   virtual std::shared_ptr<word::Range> StoryRanges(WdStoryType kind) = 0;
+
+  // Beyond Word's own members: stories by their numbers in the document, main text first, which is 0. A word
+  // processor that does not number them has main text alone.
+  /// The first story of these kinds, from a number on; nothing where there is none.
+  virtual std::optional<std::int32_t> nextStory(StoryKinds kinds, std::int32_t from) {
+    return from == 0 && (kinds & kMainTextAlone) != 0 ? std::optional<std::int32_t>(0) : std::nullopt;
+  }
+  virtual std::shared_ptr<word::Range> rangeIn(std::int32_t /*story*/, std::int32_t start, std::int32_t end) {
+    return Range(start, end);
+  }
+  /// The position where it ends.
+  virtual std::int32_t endOf(std::int32_t /*story*/) { return StoryRanges(wdMainTextStory)->End(); }
 
   /// Whether there are no unsaved changes.
   virtual bool Saved() = 0;

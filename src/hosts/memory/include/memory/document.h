@@ -61,6 +61,9 @@ class MemoryDocument : public word::Document, public std::enable_shared_from_thi
   void Protect(word::WdProtectionType type, const std::u16string& password) override;
   /// The whole of the first story of that kind; Fault 5941 where there is none.
   std::shared_ptr<word::Range> StoryRanges(word::WdStoryType kind) override;
+  std::optional<std::int32_t> nextStory(word::StoryKinds kinds, std::int32_t from) override;
+  std::shared_ptr<word::Range> rangeIn(std::int32_t story, std::int32_t start, std::int32_t end) override;
+  std::int32_t endOf(std::int32_t story) override;
   /// The whole of the first story of a kind, from a number on; null where there is none.
   std::shared_ptr<word::Range> storyRange(word::WdStoryType kind, std::size_t from);
 
