@@ -1,127 +1,71 @@
 #include "main_window.h"
 
-#include "main_window_actions.h"
-#include "recent.h"
-#include "theme.h"
+#include "base/names.h"
+#include "errors/context.h"
+#include "question.h"
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QDockWidget>
 #include <QFile>
-#include <QMenuBar>
 #include <QMimeData>
 #include <QScreen>
 #include <QSettings>
 #include <QStatusBar>
-#include <QToolButton>
-#include <QVBoxLayout>
+#include <QTimer>
 #include <algorithm>
 #include <utility>
 
 namespace pluvo::desktop {
 
-MainWindow::MainWindow(const Places& places, Choosers choosers)
-    : choosers_(std::move(choosers)), component_(places.component), actions_(std::make_unique<Actions>()) {
-  const auto chooseFreeName = [this](const std::string& path) { return freeName(path); };
-  opener_ = std::make_shared<store::StoreOpener>(
-      store::Store(), chooseFreeName, [this](const std::function<void()>& work) { working_.run(work); });
-  opener_->encodingChooser([this](const std::string& path, const std::string& sentence) {
-    return opensForUser_ ? chooseEncoding(path, sentence) : std::nullopt;
-  });
-  application_ = std::make_shared<memory::MemoryApplication>(opener_);
-  application_->observer(this);
+MainWindow::MainWindow(const Places& places, const Choosers& choosers) : component_(places.component) {
   setWindowTitle(QGuiApplication::applicationDisplayName());
   setAcceptDrops(true);
-  buildDocuments();
+  buildDocuments(choosers);
   buildPanel();
   buildStatus();
   buildMenus();
-  titles_.setSingleShot(true);
-  titles_.setInterval(60);
-  connect(&titles_, &QTimer::timeout, this, &MainWindow::updateTitles);
   working_.changed = [this](bool underWay) { workChanged(underWay); };
   working_.ended = [this] { workEnded(); };
-  watch_.begun = [this] {
-    // The window was closed in the pause before the run.
-    if (closeWanted_) working_.cancel();
-    passBegins();
-  };
-  watch_.goesOnAfterRefusal = [this] { return goesOnAfterRefusal(); };
-  watch_.takeBack = [this] {
-    OpenDocument* document = find(*application_->active());
-    if (document != nullptr && document->passChanged()) document->undo();
-  };
-  dialog_ = std::make_unique<Dialog>(
-      application_, working_, watch_, places,
-      DialogPlace{.window = *this,
-                  .container = *panel_,
-                  .run = placeOfRuns(),
-                  .filesChosen = [this](auto& files) { return filesChosen(files); },
-                  .notReached = [this] { return notReached(); },
-                  .showDocument = [this](const auto& path) { showHelp(path); },
-                  .chooseFolder =
-                      [this](const auto& folder) {
-                        return choosers_.folder(this, QString::fromStdU16String(folder)).toStdU16String();
-                      },
-                  .blockAwaits = [this] { blockAwaits(); },
-                  .confirmingChanged = [this] { confirmingChanged(); },
-                  .blockRect = [this] { return blockRect(); },
-                  .left =
-                      [this] {
-                        if (current() != nullptr) current()->view()->setFocus();
-                      }});
-  runs_ = std::make_unique<RunsMenu>(
-      *runsMenu_, RunsMenu::Place{.window = *this,
-                                  .working = working_,
-                                  .refusedNow = [this] { return refusedNow(); },
-                                  .openFile = [this](const QString& path) { dialog_->openFile(path); },
-                                  .listFiles = [this](const auto& files) { dialog_->listFiles(files); },
-                                  .changed = [this](const std::string& path) { fileChanged(path); },
-                                  .note =
-                                      [this](const QString& text) {
-                                        note_ = text;
-                                        if (!working_.underWay()) workEnded();
-                                      }});
+  watch_.begun = [this] { passBegins(); };
+  buildDialog(places);
   restorePlace();
   updateActions();
 }
 
 MainWindow::~MainWindow() {
   dialog_.reset();
-  application_->observer(nullptr);
-  documents_.clear();
+  delete std::exchange(documents_, nullptr);
 }
 
-void MainWindow::openDialog() { dialog_->open(); }
-
-void MainWindow::buildDocuments() {
-  tabs_ = new QTabWidget;
-  tabs_->setDocumentMode(true);
-  tabs_->setTabsClosable(true);
-  tabs_->setMovable(true);
-  tabs_->setAccessibleName(tr("Documents"));
-  connect(tabs_, &QTabWidget::currentChanged, this, &MainWindow::tabChosen);
-  connect(tabs_, &QTabWidget::tabCloseRequested, this, [this](int index) {
-    if (OpenDocument* document = inTab(index); document != nullptr && !refusedNow()) closeDocument(*document);
-  });
-
-  auto* welcome = new QWidget;
-  auto* layout = new QVBoxLayout(welcome);
-  auto* text = new QLabel(tr("Open a document, or drop one here."));
-  text->setAlignment(Qt::AlignCenter);
-  text->setWordWrap(true);
-  // Without a key: Alt+O is the dialog's.
-  auto* button = new QPushButton(tr("Open a Document …"));
-  connect(button, &QPushButton::clicked, this, &MainWindow::chooseAndOpen);
-  layout->addStretch(2);
-  layout->addWidget(text);
-  layout->addWidget(button, 0, Qt::AlignHCenter);
-  layout->addStretch(3);
-
-  documentsOrWelcome_ = new QStackedWidget;
-  documentsOrWelcome_->addWidget(welcome);
-  documentsOrWelcome_->addWidget(tabs_);
-  setCentralWidget(documentsOrWelcome_);
+void MainWindow::buildDocuments(const Choosers& choosers) {
+  const auto opener = std::make_shared<store::StoreOpener>(
+      store::Store(), [this](const std::string& path) { return files_->freeName(path); },
+      [this](const std::function<void()>& work) { working_.run(work); });
+  application_ = std::make_shared<memory::MemoryApplication>(opener);
+  documents_ = new Documents(application_, opener, working_);
+  documents_->held = [this] { return atWork(); };
+  documents_->titlesChanged = [this] { updateTitle(); };
+  setCentralWidget(documents_);
+  const auto noteNow = [this](const QString& message) { note(message); };
+  files_ = std::make_unique<DocumentFiles>(choosers,
+                                           DocumentFiles::Place{.window = *this,
+                                                                .working = working_,
+                                                                .documents = *documents_,
+                                                                .application = application_,
+                                                                .opener = opener,
+                                                                .refusedNow = [this] { return refusedNow(); },
+                                                                .note = noteNow});
+  documents_->openAsked = [this] { files_->chooseAndOpen(); };
+  documents_->closeAsked = [this](OpenDocument& document) { files_->close(document); };
+  beside_ = std::make_unique<BesideRuns>(BesideRuns::Place{
+      .window = *this,
+      .working = working_,
+      .watch = watch_,
+      .documents = *documents_,
+      .files = *files_,
+      .application = application_,
+      .note = noteNow,
+      .ended = [this](const RunOverFiles& run) { runs_->runEnded(run, closing_ || closeWanted_); }});
 }
 
 void MainWindow::buildPanel() {
@@ -143,6 +87,55 @@ void MainWindow::buildStatus() {
   zoom_->setAccessibleName(tr("Zoom"));
   statusBar()->addPermanentWidget(cancel_);
   statusBar()->addPermanentWidget(zoom_);
+}
+
+void MainWindow::buildMenus() {
+  menus_ = std::make_unique<Menus>(*menuBar(), Menus::Place{.window = *this,
+                                                            .documents = *documents_,
+                                                            .files = *files_,
+                                                            .panel = *dock_->toggleViewAction(),
+                                                            .undo = [this] { undo(); },
+                                                            .redo = [this] { redo(); },
+                                                            .cancel = [this] { cancelWork(); },
+                                                            .goToPanel = [this] { goToPanel(); },
+                                                            .instructions = [this] { openInstructions(); }});
+}
+
+void MainWindow::buildDialog(const Places& places) {
+  dialog_ = std::make_unique<Dialog>(
+      application_, working_, watch_, places,
+      DialogPlace{.window = *this,
+                  .container = *panel_,
+                  .run = beside_->placeOfRuns(),
+                  // The window may have been closed in the pause before the run.
+                  .filesChosen = [this](auto& files) { return !closeWanted_ && beside_->filesChosen(files); },
+                  .notReached = [this] { return beside_->notReached(); },
+                  .showDocument = [this](const auto& path) { showHelp(path); },
+                  .chooseFolder =
+                      [this](const auto& folder) {
+                        return files_->chooseFolder(QString::fromStdU16String(folder)).toStdU16String();
+                      },
+                  .blockAwaits = [this] { blockAwaits(); },
+                  .confirmingChanged = [this] { confirmingChanged(); },
+                  .blockRect = [this] { return documents_->selectionRect(); },
+                  .left =
+                      [this] {
+                        if (current() != nullptr) current()->view()->setFocus();
+                      }});
+  documents_->runWorks = [this](const auto& document) { return dialog_->runWorks(document); };
+  documents_->synced = [this] { dialog_->documentsChanged(); };
+  runs_ = std::make_unique<RunsMenu>(
+      menus_->runs(), RunsMenu::Place{.window = *this,
+                                      .working = working_,
+                                      .refusedNow = [this] { return refusedNow(); },
+                                      .openFile = [this](const QString& path) { dialog_->openFile(path); },
+                                      .listFiles = [this](const auto& files) { dialog_->listFiles(files); },
+                                      .changed = [this](const auto& path) { beside_->fileChanged(path); },
+                                      .note =
+                                          [this](const QString& text) {
+                                            note_ = text;
+                                            if (!working_.underWay()) workEnded();
+                                          }});
 }
 
 void MainWindow::restorePlace() {
@@ -185,10 +178,10 @@ void MainWindow::closeEvent(QCloseEvent* event) {
   dialog_->endConfirmation();
   closing_ = false;
   // All questions first: who stays after all finds everything as it was.
-  for (std::size_t i = 0; i < documents_.size(); ++i) {
-    if (!mayClose(*documents_[i])) return;
+  for (std::size_t i = 0; i < documents_->all().size(); ++i) {
+    if (!files_->mayClose(*documents_->all()[i])) return;
   }
-  while (!documents_.empty()) application_->close(documents_.back()->document());
+  documents_->closeAll();
   QSettings settings;
   settings.setValue(QStringLiteral("window/geometry"), saveGeometry());
   settings.setValue(QStringLiteral("window/state"), saveState());
@@ -211,13 +204,19 @@ void MainWindow::dropEvent(QDropEvent* event) {
   QTimer::singleShot(0, this, [this, paths] { open(paths); });
 }
 
-// Work and confirmation.
+// Passes and runs.
+
+void MainWindow::passBegins() {
+  // The window was closed in the pause before the run.
+  if (closeWanted_) working_.cancel();
+  beside_->passBegins();
+}
 
 bool MainWindow::atWork() const { return working_.breathing() || (dialog_ && dialog_->confirming()); }
 
 bool MainWindow::refusedNow() {
   if (!atWork()) return false;
-  statusBar()->showMessage(tr("A pass is under way. Finish or cancel it first."), kMessageTime);
+  note(tr("A pass is under way. Finish or cancel it first."));
   return true;
 }
 
@@ -245,32 +244,100 @@ void MainWindow::workChanged(bool underWay) {
 }
 
 void MainWindow::workEnded() {
-  syncTabs();
-  if (!note_.isEmpty()) statusBar()->showMessage(std::exchange(note_, {}), kMessageTime);
+  documents_->sync();
+  if (!note_.isEmpty()) note(std::exchange(note_, {}));
   if (closeWanted_) QTimer::singleShot(0, this, &QWidget::close);
 }
 
 void MainWindow::confirmingChanged() {
   panel_->setEnabled(!dialog_->confirming());
-  if (!dialog_->confirming()) syncTabs();
+  if (!dialog_->confirming()) documents_->sync();
   updateActions();
 }
 
 /// A block awaits the user's decision: its document comes to the front, and the block into sight.
 void MainWindow::blockAwaits() {
-  wanted_ = application_->active();
-  syncTabs();
-  const OpenDocument* const document = find(*application_->active());
+  documents_->want(application_->active());
+  documents_->sync();
+  const OpenDocument* const document = documents_->find(*application_->active());
   if (document == nullptr || document->view() == nullptr) return;
-  tabs_->setCurrentWidget(document->view());
+  documents_->bringToFront(*document);
   document->view()->reveal(document->document()->selection());
 }
 
-QRect MainWindow::blockRect() const {
-  const OpenDocument* const document = current();
-  if (document == nullptr) return {};
-  const QRect rect = document->view()->selectionRect();
-  return rect.isEmpty() ? rect : rect.translated(document->view()->viewport()->mapToGlobal(QPoint(0, 0)));
+void MainWindow::undo() {
+  if (refusedNow()) return;
+  if (current() == nullptr || !current()->canUndo()) {
+    if (beside_->filesChanged())
+      note(
+          tr("Nothing was taken back. What the run over files changed is taken back by "
+             "Runs > Undo Last Run."));
+    return;
+  }
+  current()->undo();
+  documents_->updateTitles();
+  note(tr("The last pass was taken back."));
+}
+
+void MainWindow::redo() {
+  if (current() == nullptr || refusedNow() || !current()->canRedo()) return;
+  current()->redo();
+  documents_->updateTitles();
+  note(tr("The pass was made again."));
+}
+
+// The program's own documents, and what the window says.
+
+void MainWindow::showHelp(const std::u16string& path) {
+  auto& window = help_[path];
+  if (window == nullptr) window = std::make_unique<HelpWindow>(base::nameBytes(path));
+  window->show();
+  window->raise();
+  window->activateWindow();
+}
+
+void MainWindow::openInstructions() {
+  errors::Fault fault;
+  try {
+    return showHelp(component_ + u"/Instructions.doc");
+  } catch (...) {
+    fault = errors::faultInFlight();
+  }
+  Question(this, tr("The instructions could not be opened."), QString::fromStdU16String(fault.description))
+      .exec();
+}
+
+void MainWindow::updateTitle() {
+  const OpenDocument* const shown = current();
+  const QString program = QGuiApplication::applicationDisplayName();
+  setWindowTitle(shown == nullptr ? program : shown->name() + QStringLiteral("[*] – ") + program);
+  setWindowModified(shown != nullptr && shown->changed());
+  const double zoom = shown == nullptr ? 1 : shown->view()->zoom();
+  zoom_->setText(tr("%1 %").arg(qRound(zoom * 100)));
+  updateActions();
+}
+
+void MainWindow::updateActions() {
+  if (!runs_) return;
+  const bool works = working_.breathing() || cancel_->isVisible();
+  const bool confirms = dialog_->confirming();
+  menus_->update({.works = works, .confirms = confirms, .filesChanged = beside_->filesChanged()});
+  runs_->update(works || confirms);
+}
+
+void MainWindow::note(const QString& message) {
+  constexpr int kMilliseconds = 6000;
+  statusBar()->showMessage(message, kMilliseconds);
+}
+
+void MainWindow::goToPanel() {
+  dock_->show();
+  auto* const begin = panel_->findChild<QWidget*>(QStringLiteral("txtBeginText"));
+  if (begin == nullptr) return;
+  if (panel_->isEnabled()) return begin->setFocus(Qt::ShortcutFocusReason);
+  // When the work ends it gets what nobody has.
+  if (QWidget* const now = focusWidget()) now->clearFocus();
+  focusBefore_ = begin;
 }
 
 }  // namespace pluvo::desktop

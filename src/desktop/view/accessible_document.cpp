@@ -1,7 +1,6 @@
 #include "accessible_document.h"
 
-#include "block_index.h"
-#include "block_layout.h"
+#include "column.h"
 #include "shown_text.h"
 
 #include <algorithm>
@@ -22,29 +21,32 @@ QAccessible::State AccessibleDocument::state() const {
 }
 
 bool AccessibleDocument::isThere() const {
-  if (!view_.index_ || !view_.document_->isOpen()) return false;
-  view_.settle();
+  if (!view_.column_->isOpen()) return false;
+  view_.column_->settle();
   return true;
 }
 
-int AccessibleDocument::inText(int offset) const { return std::clamp(offset, 0, view_.mainText().length()); }
+int AccessibleDocument::inText(int offset) const {
+  return std::clamp(offset, 0, view_.column_->mainText().length());
+}
 
-int AccessibleDocument::characterCount() const { return isThere() ? view_.mainText().length() : 0; }
+int AccessibleDocument::characterCount() const { return isThere() ? view_.column_->mainText().length() : 0; }
 
 QString AccessibleDocument::text(int from, int to) const {
   if (!isThere()) return {};
   const Span span{inText(from), inText(to)};
-  return span.from < span.to ? spokenText(view_.mainText(), span, view_.document_->view()) : QString();
+  return span.from < span.to ? spokenText(view_.column_->mainText(), span, view_.column_->document().view())
+                             : QString();
 }
 
 /// The character, word, line or paragraph at an offset; sentences are not told apart from paragraphs.
 text::Span AccessibleDocument::unitAt(int offset, QAccessible::TextBoundaryType type) const {
-  const Position length = view_.mainText().length();
+  const Position length = view_.column_->mainText().length();
   const Position at = std::clamp(offset, 0, length - 1);
   if (type == QAccessible::NoBoundary) return {0, length};
-  const auto place = view_.placeOf(at);
+  const auto place = view_.column_->placeOf(at);
   if (type == QAccessible::CharBoundary || place.layout.empty()) return {at, at + 1};
-  const Span paragraph = view_.paragraphAt(at);
+  const Span paragraph = view_.column_->paragraphAt(at);
   Span unit = paragraph;
   if (type == QAccessible::WordBoundary) unit = place.layout.wordAt(at);
   if (type == QAccessible::LineBoundary)
@@ -77,7 +79,7 @@ QString AccessibleDocument::textAfterOffset(int offset, QAccessible::TextBoundar
   *from = *to = -1;
   if (!isThere()) return {};
   const Span here = unitAt(offset, type);
-  return here.to >= view_.mainText().length() ? QString() : textOf(unitAt(here.to, type), from, to);
+  return here.to >= view_.column_->mainText().length() ? QString() : textOf(unitAt(here.to, type), from, to);
 }
 
 QString AccessibleDocument::attributes(int offset, int* from, int* to) const {
@@ -95,7 +97,7 @@ int AccessibleDocument::selectionCount() const { return view_.hasSelection() ? 1
 
 void AccessibleDocument::selection(int index, int* from, int* to) const {
   const bool is = index == 0 && view_.hasSelection();
-  const Span selected = is ? view_.document_->selection() : Span{};
+  const Span selected = is ? view_.column_->document().selection() : Span{};
   *from = selected.from;
   *to = selected.to;
 }
@@ -111,9 +113,9 @@ void AccessibleDocument::setSelection(int index, int from, int to) {
 QRect AccessibleDocument::characterRect(int offset) const {
   if (!isThere()) return {};
   const Position at = inText(offset);
-  const QRectF here = view_.seenCaret(at);
-  const QRectF next = view_.seenCaret(inText(at + 1));
-  const bool sameLine = at + 1 < view_.mainText().length() && next.top() == here.top();
+  const QRectF here = view_.column_->caretInSight(at);
+  const QRectF next = view_.column_->caretInSight(inText(at + 1));
+  const bool sameLine = at + 1 < view_.column_->mainText().length() && next.top() == here.top();
   const qreal width = sameLine ? std::abs(next.left() - here.left()) : here.height() / 2;
   const qreal left = sameLine ? std::min(here.left(), next.left()) : here.left();
   const QRect rect = QRectF(left, here.top(), width, here.height()).toAlignedRect();
@@ -121,7 +123,7 @@ QRect AccessibleDocument::characterRect(int offset) const {
 }
 
 int AccessibleDocument::offsetAtPoint(const QPoint& point) const {
-  return isThere() ? view_.positionAt(view_.viewport()->mapFromGlobal(point)) : -1;
+  return isThere() ? view_.column_->positionAt(view_.viewport()->mapFromGlobal(point)) : -1;
 }
 
 void AccessibleDocument::scrollToSubstring(int from, int to) {

@@ -1,35 +1,30 @@
 #include "view/document_view.h"
 
 #include "accessible_document.h"
-#include "block_index.h"
-#include "block_layout.h"
-#include "looks.h"
+#include "column.h"
+#include "shown_text.h"
+#include "steps.h"
 
 #include <QApplication>
-#include <QFontDatabase>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QMenu>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QScrollBar>
 #include <algorithm>
 #include <cmath>
 #include <utility>
 
 namespace pluvo::view {
 
-namespace {
-
-constexpr int kSideMargin = 28;
-/// A line longer than this many average characters is hard to read.
-constexpr qreal kColumnCharacters = 92;
-constexpr double kSmallestZoom = 0.4;
-constexpr double kLargestZoom = 5;
-constexpr qreal kFontSize = 11.5;
-
-}  // namespace
+using text::Position;
+using text::Span;
 
 DocumentView::DocumentView(std::shared_ptr<memory::MemoryDocument> document,
                            text::RunMap<formats::Appearance> appearance, const Running& running)
-    : document_(std::move(document)),
-      looks_(std::make_unique<Looks>(Looks{{}, std::move(appearance), {}, {}})) {
+    : column_(std::make_unique<Column>(std::move(document), std::move(appearance))),
+      steps_(std::make_unique<Steps>(*column_)) {
   installAccessibleDocuments();
   setFrameShape(NoFrame);
   setFocusPolicy(Qt::StrongFocus);
@@ -39,82 +34,60 @@ DocumentView::DocumentView(std::shared_ptr<memory::MemoryDocument> document,
   viewport()->setMouseTracking(false);
   setAccessibleName(tr("Document"));
   setAccessibleDescription(tr("The document's text. Shift and the arrow keys select, Ctrl+C copies."));
-  const text::Span selection = document_->selection();
+  const Span selection = column_->document().selection();
   selectionAnchor_ = selection.from;
   caret_ = selection.to;
+  const auto measure = [this] {
+    column_->measure(zoom_, palette().color(QPalette::Base), viewport()->size());
+  };
   measure();
-  std::unique_ptr<BlockIndex> index;
-  running([&] {
-    index = std::make_unique<BlockIndex>(mainText(), [this](text::Span block, bool isRow) {
-      const double lines = isRow ? 1 : std::max(std::ceil(block.length() / charactersInLine_), 1.0);
-      return static_cast<int>(lineHeight_ * (lines * 1.12 + 0.4));
-    });
-  });
-  index_ = std::move(index);
+  column_->makeIndex(running);
   measure();
-  showTop();
+  updateBar();
 }
 
 DocumentView::~DocumentView() = default;
 
 void DocumentView::detach() {
-  layouts_.clear();
-  index_.reset();
-  document_.reset();
+  column_->detach();
   viewport()->update();
-}
-
-void DocumentView::measure() {
-  QFont font = QApplication::font();
-  font.setPointSizeF(kFontSize * zoom_);
-  looks_->font = font;
-  colourChanges(*looks_, palette().color(QPalette::Base));
-  const QFontMetricsF metrics(font);
-  charactersInLine_ = std::max<qreal>(columnWidth() / metrics.averageCharWidth(), 8);
-  lineHeight_ = metrics.height();
-}
-
-qreal DocumentView::columnWidth() const {
-  const qreal room = viewport()->width() - 2 * kSideMargin;
-  const qreal widest = QFontMetricsF(looks_->font).averageCharWidth() * kColumnCharacters;
-  return std::max<qreal>(std::min(room, widest), 120);
-}
-
-qreal DocumentView::columnLeft() const {
-  return std::max<qreal>(std::floor((viewport()->width() - columnWidth()) / 2), kSideMargin / 2.0);
 }
 
 // Changes.
 
-void DocumentView::textReplaced(text::Span span, text::Position newLength) {
-  if (!index_) return;
-  index_->edited(span, newLength);
-  dropLayouts(span.from, text::kMaxLength);
-  if (topBlock_ >= span.to) {
-    topBlock_ += newLength - span.length();
-  } else if (topBlock_ > span.from) {
-    topBlock_ = span.from;
-  }
+void DocumentView::textReplaced(Span span, Position newLength) {
+  if (!column_->isThere()) return;
+  column_->replaced(span, newLength);
   viewport()->update();
 }
 
-void DocumentView::highlightChanged(text::Span span) {
-  if (!index_) return;
-  dropLayouts(span.from, span.to);
+void DocumentView::highlightChanged(Span span) {
+  if (!column_->isThere()) return;
+  column_->highlighted(span);
   viewport()->update();
 }
 
-void DocumentView::selectionChanged(text::Span selection) {
-  if (selectingByUser_ || !index_) return;
+void DocumentView::selectionChanged(Span selection) {
+  if (selectingByUser_ || !column_->isThere()) return;
   selectionAnchor_ = selection.from;
   caret_ = selection.to;
-  preferredX_ = -1;
+  steps_->forgetColumn();
   tellSelection();
   if (!selection.empty()) reveal(selection);
   viewport()->update();
 }
 
-void DocumentView::viewChanged() { forgetLayouts(); }
+void DocumentView::viewChanged() { layOutAnew(); }
+
+/// In another size, or another view of the text.
+void DocumentView::layOutAnew() {
+  // At first another thread looks through the document, with the measures that are there.
+  if (!column_->isThere()) return;
+  column_->measure(zoom_, palette().color(QPalette::Base), viewport()->size());
+  column_->forget();
+  updateBar();
+  viewport()->update();
+}
 
 // Painting.
 
@@ -122,50 +95,40 @@ void DocumentView::paintEvent(QPaintEvent* event) {
   QPainter painter(viewport());
   const QPalette& colours = palette();
   painter.fillRect(event->rect(), colours.color(QPalette::Window));
-  const qreal left = columnLeft();
-  const QRectF paper(left - kSideMargin, 0, columnWidth() + 2 * kSideMargin, viewport()->height());
+  constexpr int kMargin = Column::kSideMargin;
+  const QRectF paper(column_->left() - kMargin, 0, column_->width() + 2 * kMargin, viewport()->height());
   painter.fillRect(paper, colours.color(QPalette::Base));
-  if (!index_ || !document_->isOpen()) return;
-  showTop();
-  const text::Span selection = document_->selection();
+  if (!column_->isOpen()) return;
+  updateBar();
+  const Span selection = column_->document().selection();
+  const bool showsCaret = selection.empty() && hasFocus() && caretOn_;
+  const std::size_t caretBlock = column_->blockAt(caret_);
   const QRectF clip(event->rect());
-  std::size_t block = index_->at(topBlock_);
-  qreal y = kTopMargin - topOffset_;
-  // The margin above the first block scrolls away with it.
-  while (block > 0 && y > 0) {
-    --block;
-    layoutOf(block);
-    y -= index_->height(block);
-  }
-  for (; block < index_->count() && y < viewport()->height(); ++block) {
-    const BlockLayout& layout = layoutOf(block);
-    layout.paint(painter, {left, y}, clip, selection, colours);
-    const text::Span span = index_->span(block);
-    const bool here = caret_ >= span.from && (caret_ < span.to || block + 1 == index_->count());
-    if (here && selection.empty() && hasFocus() && caretOn_ && !layout.empty()) {
-      QRectF caret = layout.caret(caret_).translated(left, y);
-      caret.setWidth(std::max(1.5, zoom_ * 1.5));
-      painter.fillRect(caret, colours.color(QPalette::Text));
-    }
-    y += index_->height(block);
-  }
+  column_->forEachInSight([&](std::size_t block, const BlockLayout& layout, QPointF at) {
+    layout.paint(painter, at, clip, selection, colours);
+    if (showsCaret && block == caretBlock) paintCaret(painter, layout, at);
+  });
 }
 
-void DocumentView::resizeEvent(QResizeEvent* event) {
-  if (event->oldSize().width() != event->size().width()) return forgetLayouts();
-  showTop();
+void DocumentView::paintCaret(QPainter& painter, const BlockLayout& layout, QPointF at) {
+  if (layout.empty()) return;
+  QRectF caret = layout.caret(caret_).translated(at);
+  caret.setWidth(std::max(1.5, zoom_ * 1.5));
+  painter.fillRect(caret, palette().color(QPalette::Text));
 }
 
 void DocumentView::changeEvent(QEvent* event) {
   QAbstractScrollArea::changeEvent(event);
-  if (event->type() == QEvent::PaletteChange) return forgetLayouts();
+  if (event->type() == QEvent::PaletteChange) return layOutAnew();
   if (event->type() != QEvent::FontChange && event->type() != QEvent::StyleChange) return;
   setZoom(zoom_);
 }
 
 void DocumentView::setZoom(double zoom) {
-  zoom_ = std::clamp(zoom, kSmallestZoom, kLargestZoom);
-  forgetLayouts();
+  constexpr double kSmallest = 0.4;
+  constexpr double kLargest = 5;
+  zoom_ = std::clamp(zoom, kSmallest, kLargest);
+  layOutAnew();
   zoomed();
 }
 
@@ -175,12 +138,222 @@ void DocumentView::zoomBy(int steps) {
   setZoom(std::abs(zoom - 1) < 0.04 ? 1 : zoom);
 }
 
+// Scrolling.
+
+/// Brings the scroll bar up to date with what is in sight.
+void DocumentView::updateBar() {
+  if (!column_->isThere() || std::exchange(updatingBar_, true)) return;
+  const Column::Bar now = column_->bar();
+  QScrollBar& bar = *verticalScrollBar();
+  bar.setPageStep(now.page);
+  bar.setSingleStep(now.step);
+  bar.setRange(0, now.last);
+  bar.setValue(now.value);
+  updatingBar_ = false;
+}
+
+void DocumentView::resizeEvent(QResizeEvent* event) {
+  column_->resized(viewport()->size());
+  if (event->oldSize().width() != event->size().width()) return layOutAnew();
+  updateBar();
+}
+
+void DocumentView::scrollContentsBy(int, int) {
+  if (!column_->isThere() || updatingBar_) return;
+  const QScrollBar& bar = *verticalScrollBar();
+  if (bar.value() == bar.maximum()) {
+    column_->scrollToEnd();
+  } else {
+    column_->scrollTo(bar.value());
+  }
+  viewport()->update();
+}
+
+void DocumentView::reveal(Span span) {
+  if (!column_->isThere() || !column_->reveal(span.from)) return;
+  updateBar();
+  viewport()->update();
+}
+
+QRect DocumentView::selectionRect() {
+  return column_->isThere() && hasSelection() ? column_->selectionRect() : QRect();
+}
+
+// Selecting.
+
+bool DocumentView::hasSelection() const { return column_->hasSelection(); }
+
+void DocumentView::select(Position anchor, Position caret) {
+  selectionAnchor_ = anchor;
+  caret_ = caret;
+  selectingByUser_ = true;
+  column_->document().select({std::min(anchor, caret), std::max(anchor, caret)});
+  selectingByUser_ = false;
+  tellSelection();
+  caretOn_ = true;
+  viewport()->update();
+}
+
+void DocumentView::moveCaret(Position position, bool keepsAnchor) {
+  select(keepsAnchor ? selectionAnchor_ : position, position);
+  column_->bringIntoSight(caret_);
+  updateBar();
+}
+
+void DocumentView::selectAll() {
+  if (column_->isThere()) select(0, column_->mainText().length());
+}
+
+void DocumentView::copy() const {
+  if (!hasSelection()) return;
+  memory::MemoryDocument& document = column_->document();
+  QApplication::clipboard()->setText(copiedText(column_->mainText(), document.selection(), document.view()));
+}
+
 void DocumentView::tellSelection() {
   if (!QAccessible::isActive()) return;
   QAccessibleTextSelectionEvent event(this, std::min(selectionAnchor_, caret_),
                                       std::max(selectionAnchor_, caret_));
   event.setCursorPosition(caret_);
   QAccessible::updateAccessibility(&event);
+}
+
+// Keys.
+
+void DocumentView::keyPressEvent(QKeyEvent* event) {
+  if (column_->isThere()) column_->settle();
+  if (!column_->isThere() || !moveByKey(*event)) QAbstractScrollArea::keyPressEvent(event);
+}
+
+bool DocumentView::moveByKey(QKeyEvent& event) {
+  if (event.matches(QKeySequence::Copy)) return copy(), true;
+  if (event.matches(QKeySequence::SelectAll)) return selectAll(), true;
+  if (event.modifiers().testFlag(Qt::AltModifier)) return false;
+  const auto to = stepByKey(event);
+  if (to) moveCaret(*to, event.modifiers().testFlag(Qt::ShiftModifier));
+  return to.has_value();
+}
+
+std::optional<Position> DocumentView::stepByKey(const QKeyEvent& event) {
+  const bool shift = event.modifiers().testFlag(Qt::ShiftModifier);
+  const bool control = event.modifiers().testFlag(Qt::ControlModifier);
+  const int key = event.key();
+  const bool upDown =
+      key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_PageUp || key == Qt::Key_PageDown;
+  if (!upDown) steps_->forgetColumn();
+  const qreal page = std::max(viewport()->height() - 3.0 * column_->caretInBlock(caret_).height(), 1.0);
+  const Span selection = column_->document().selection();
+  switch (key) {
+    case Qt::Key_Left:
+    case Qt::Key_Right: {
+      const bool left = key == Qt::Key_Left;
+      if (!shift && !control && !selection.empty()) return left ? selection.from : selection.to;
+      return control ? steps_->neighbour(caret_, !left, true) : steps_->beside(caret_, left);
+    }
+    case Qt::Key_Up:
+      return steps_->vertical(caret_, -2);
+    case Qt::Key_Down:
+      return steps_->vertical(caret_, 2);
+    case Qt::Key_PageUp:
+      return steps_->vertical(caret_, -page);
+    case Qt::Key_PageDown:
+      return steps_->vertical(caret_, page);
+    case Qt::Key_Home:
+      return control ? 0 : steps_->lineEnd(caret_, false);
+    case Qt::Key_End:
+      return control ? std::max(column_->mainText().length() - 1, 0) : steps_->lineEnd(caret_, true);
+    default:
+      return std::nullopt;
+  }
+}
+
+// Mouse.
+
+void DocumentView::mousePressEvent(QMouseEvent* event) {
+  if (!column_->isThere() || event->button() != Qt::LeftButton)
+    return QAbstractScrollArea::mousePressEvent(event);
+  steps_->forgetColumn();
+  const Position position = column_->positionAt(event->pos());
+  if (tripleClick_.isActive()) {
+    tripleClick_.stop();
+    const Span paragraph = column_->paragraphAt(position);
+    return select(paragraph.from, paragraph.to);
+  }
+  const bool extends = event->modifiers().testFlag(Qt::ShiftModifier);
+  select(extends ? selectionAnchor_ : position, position);
+}
+
+void DocumentView::mouseMoveEvent(QMouseEvent* event) {
+  if (!column_->isThere() || !event->buttons().testFlag(Qt::LeftButton)) return;
+  dragged_ = event->pos();
+  select(selectionAnchor_, column_->positionAt(dragged_));
+  constexpr int kMilliseconds = 40;
+  if (viewport()->rect().contains(dragged_)) {
+    dragTimer_.stop();
+  } else if (!dragTimer_.isActive()) {
+    dragTimer_.start(kMilliseconds, this);
+  }
+}
+
+void DocumentView::mouseReleaseEvent(QMouseEvent* event) {
+  dragTimer_.stop();
+  QAbstractScrollArea::mouseReleaseEvent(event);
+}
+
+void DocumentView::mouseDoubleClickEvent(QMouseEvent* event) {
+  if (!column_->isThere() || event->button() != Qt::LeftButton) return;
+  const Position position = column_->positionAt(event->pos());
+  const Column::Place place = column_->placeOf(position);
+  if (!place.layout.empty()) {
+    const Span word = place.layout.wordAt(position);
+    select(word.from, word.to);
+  }
+  tripleClick_.start(QApplication::doubleClickInterval(), this);
+}
+
+void DocumentView::wheelEvent(QWheelEvent* event) {
+  if (!event->modifiers().testFlag(Qt::ControlModifier)) return QAbstractScrollArea::wheelEvent(event);
+  constexpr int kNotch = 120;
+  const int steps = event->angleDelta().y() / kNotch;
+  if (steps != 0) zoomBy(steps);
+  event->accept();
+}
+
+void DocumentView::contextMenuEvent(QContextMenuEvent* event) {
+  if (!column_->isThere()) return;
+  QMenu menu(this);
+  QAction* const copyAction = menu.addAction(tr("&Copy"), this, &DocumentView::copy);
+  copyAction->setEnabled(hasSelection());
+  menu.addAction(tr("Select &All"), this, &DocumentView::selectAll);
+  menu.exec(event->globalPos());
+}
+
+// Focus and time.
+
+void DocumentView::focusInEvent(QFocusEvent* event) {
+  QAbstractScrollArea::focusInEvent(event);
+  caretOn_ = true;
+  if (QApplication::cursorFlashTime() > 0) caretTimer_.start(QApplication::cursorFlashTime() / 2, this);
+  viewport()->update();
+}
+
+void DocumentView::focusOutEvent(QFocusEvent* event) {
+  QAbstractScrollArea::focusOutEvent(event);
+  caretTimer_.stop();
+  viewport()->update();
+}
+
+void DocumentView::timerEvent(QTimerEvent* event) {
+  if (event->timerId() == tripleClick_.timerId()) return tripleClick_.stop();
+  if (event->timerId() == caretTimer_.timerId()) {
+    caretOn_ = !caretOn_;
+    return viewport()->update();
+  }
+  if (event->timerId() != dragTimer_.timerId() || !column_->isThere())
+    return QAbstractScrollArea::timerEvent(event);
+  const int beyond = dragged_.y() < 0 ? dragged_.y() : std::max(dragged_.y() - viewport()->height(), 0);
+  verticalScrollBar()->setValue(verticalScrollBar()->value() + beyond);
+  select(selectionAnchor_, column_->positionAt(dragged_));
 }
 
 }  // namespace pluvo::view

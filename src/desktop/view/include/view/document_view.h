@@ -8,15 +8,15 @@
 #include <QBasicTimer>
 #include <QPoint>
 #include <functional>
-#include <map>
 #include <memory>
+#include <optional>
 
 namespace pluvo::view {
 
-class BlockIndex;
-class BlockLayout;
 class AccessibleDocument;
-struct Looks;
+class BlockLayout;
+class Column;
+class Steps;
 
 /// Shows a document's text: to be read, searched by eye, selected and copied, not to be typed into. Lays out
 /// what is seen and a little around it, so that a document of any length opens and scrolls at once; heights
@@ -79,72 +79,31 @@ class DocumentView : public QAbstractScrollArea {
 
  private:
   friend class AccessibleDocument;
-  using Position = text::Position;
-  static constexpr int kTopMargin = 24;
 
-  // Layout and scrolling.
-  document::Story& mainText() const { return document_->mainText(); }
-  void measure();
-  void forgetLayouts();
-  qreal columnWidth() const;
-  qreal columnLeft() const;
-  const BlockLayout& layoutOf(std::size_t block);
-  const BlockLayout& layOut(std::size_t block);
-  void dropLayouts(Position from, Position to);
-  void settle();
-  void layOutAround();
-  void showTop();
-  void anchorAt(std::int64_t y);
-  void putAt(std::size_t block, int inBlock, int below);
-  std::int64_t anchorTop();
-  void keepFewLayouts();
+  void layOutAnew();
+  void updateBar();
+  void paintCaret(QPainter& painter, const BlockLayout& layout, QPointF at);
 
   // The insertion point.
-  struct Place {
-    std::size_t block;
-    const BlockLayout& layout;
-  };
-  Place placeOf(Position position);
-  text::Span paragraphAt(Position position);
-  Position positionAt(QPoint point);
-  Position positionAt(std::size_t block, QPointF inBlock);
-  Position neighbour(Position position, bool forward, bool words);
-  Position beside(Position position, bool left);
-  Position vertical(Position position, qreal by);
-  Position atLineEnd(Position position, bool end);
-  Position firstIn(std::size_t block, bool forward);
-  void moveCaret(Position position, bool keepsAnchor);
-  void select(Position anchor, Position caret);
-  void ensureCaretSeen();
+  void moveCaret(text::Position position, bool keepsAnchor);
+  void select(text::Position anchor, text::Position caret);
   /// Tells screen readers where the insertion point is.
   void tellSelection();
-  QRectF caretRect(Position position);
-  QRectF seenCaret(Position position);
   bool moveByKey(QKeyEvent& event);
+  std::optional<text::Position> stepByKey(const QKeyEvent& event);
 
-  std::shared_ptr<memory::MemoryDocument> document_;
-  std::unique_ptr<Looks> looks_;
-  std::unique_ptr<BlockIndex> index_;
-  std::map<Position, std::unique_ptr<BlockLayout>> layouts_;
-  /// What heights are guessed by.
-  double charactersInLine_ = 80;
-  double lineHeight_ = 16;
-
-  /// What stands at the top of the viewport: a block, and how many pixels of it are above.
-  Position topBlock_ = 0;
-  int topOffset_ = 0;
-
-  Position selectionAnchor_ = 0;
-  Position caret_ = 0;
+  std::unique_ptr<Column> column_;
+  std::unique_ptr<Steps> steps_;
+  text::Position selectionAnchor_ = 0;
+  text::Position caret_ = 0;
   bool selectingByUser_ = false;
-  qreal preferredX_ = -1;
   double zoom_ = 1;
   QPoint dragged_;
   QBasicTimer dragTimer_;
   QBasicTimer tripleClick_;
   QBasicTimer caretTimer_;
   bool caretOn_ = true;
-  bool showingTop_ = false;
+  bool updatingBar_ = false;
 };
 
 }  // namespace pluvo::view

@@ -1,21 +1,64 @@
-#include "main_window.h"
+#include "documents.h"
 
+#include <QLabel>
+#include <QPushButton>
 #include <QScopeGuard>
 #include <QScrollBar>
 #include <QTabBar>
+#include <QVBoxLayout>
 #include <algorithm>
 #include <utility>
 
-/// Open documents and their tabs, and which is in front.
 namespace pluvo::desktop {
 
-OpenDocument* MainWindow::find(const memory::MemoryDocument& document) const {
+Documents::Documents(const std::shared_ptr<memory::MemoryApplication>& application,
+                     const std::shared_ptr<store::StoreOpener>& opener, Working& working)
+    : application_(application), opener_(opener), working_(working), tabs_(new QTabWidget) {
+  tabs_->setDocumentMode(true);
+  tabs_->setTabsClosable(true);
+  tabs_->setMovable(true);
+  tabs_->setAccessibleName(tr("Documents"));
+  connect(tabs_, &QTabWidget::currentChanged, this, &Documents::tabChosen);
+  connect(tabs_, &QTabWidget::tabCloseRequested, this, [this](int index) {
+    if (OpenDocument* document = inTab(index); document != nullptr) closeAsked(*document);
+  });
+  addWidget(welcome());
+  addWidget(tabs_);
+  titles_.setSingleShot(true);
+  titles_.setInterval(60);
+  connect(&titles_, &QTimer::timeout, this, &Documents::updateTitles);
+  application_->observer(this);
+}
+
+Documents::~Documents() {
+  tabs_->disconnect(this);
+  application_->observer(nullptr);
+  documents_.clear();
+}
+
+QWidget* Documents::welcome() {
+  auto* const welcome = new QWidget;
+  auto* layout = new QVBoxLayout(welcome);
+  auto* text = new QLabel(tr("Open a document, or drop one here."));
+  text->setAlignment(Qt::AlignCenter);
+  text->setWordWrap(true);
+  // Without a key: Alt+O is the dialog's.
+  auto* button = new QPushButton(tr("Open a Document …"));
+  connect(button, &QPushButton::clicked, this, [this] { openAsked(); });
+  layout->addStretch(2);
+  layout->addWidget(text);
+  layout->addWidget(button, 0, Qt::AlignHCenter);
+  layout->addStretch(3);
+  return welcome;
+}
+
+OpenDocument* Documents::find(const memory::MemoryDocument& document) const {
   const auto found = std::find_if(documents_.begin(), documents_.end(),
                                   [&](const auto& open) { return open->document().get() == &document; });
   return found == documents_.end() ? nullptr : found->get();
 }
 
-OpenDocument* MainWindow::inTab(int index) const {
+OpenDocument* Documents::inTab(int index) const {
   const QWidget* const widget = tabs_->widget(index);
   const auto found = std::find_if(documents_.begin(), documents_.end(), [&](const auto& open) {
     return widget != nullptr && open->view() == widget;
@@ -23,9 +66,13 @@ OpenDocument* MainWindow::inTab(int index) const {
   return found == documents_.end() ? nullptr : found->get();
 }
 
-OpenDocument* MainWindow::current() const { return inTab(tabs_->currentIndex()); }
+void Documents::closeAll() {
+  while (!documents_.empty()) application_->close(documents_.back()->document());
+}
 
-void MainWindow::opened(const memory::OpenedFile& file) {
+// What happens to the application.
+
+void Documents::opened(const memory::OpenedFile& file) {
   documents_.push_back(std::make_unique<OpenDocument>(file));
   documents_.back()->edited = [this] {
     if (!titles_.isActive()) titles_.start();
@@ -33,11 +80,11 @@ void MainWindow::opened(const memory::OpenedFile& file) {
   wanted_ = file.document;
 }
 
-void MainWindow::activated(const std::shared_ptr<memory::MemoryDocument>& document) {
+void Documents::activated(const std::shared_ptr<memory::MemoryDocument>& document) {
   if (!syncing_) wanted_ = document;
 }
 
-void MainWindow::closing(const std::shared_ptr<memory::MemoryDocument>& document) {
+void Documents::closing(const std::shared_ptr<memory::MemoryDocument>& document) {
   OpenDocument* const closed = find(*document);
   if (closed == nullptr) return;
   const QPointer<view::DocumentView> view = closed->view();
@@ -52,10 +99,28 @@ void MainWindow::closing(const std::shared_ptr<memory::MemoryDocument>& document
   }
 }
 
+// Tabs.
+
+void Documents::sync() {
+  if (std::exchange(syncing_, true)) return;
+  for (std::size_t i = 0; i < documents_.size(); ++i) {
+    if (documents_[i]->view() == nullptr) makeTab(*documents_[i]);
+  }
+  showOneTabForEach();
+  const auto wanted = std::exchange(wanted_, {}).lock();
+  const OpenDocument* const front = wanted ? find(*wanted) : nullptr;
+  if (front != nullptr && front->view() != nullptr) tabs_->setCurrentWidget(front->view());
+  if (current() != nullptr && !held()) application_->activate(current()->document());
+  setCurrentIndex(tabs_->count() > 0 ? 1 : 0);
+  syncing_ = false;
+  updateTitles();
+  synced();
+}
+
 /// Of a document that a run has open, and the user, too, that of the run is shown.
-void MainWindow::showOneTabForEach() {
+void Documents::showOneTabForEach() {
   for (const auto& ofRun : documents_) {
-    if (!dialog_ || !dialog_->runWorks(*ofRun->document())) continue;
+    if (!runWorks(*ofRun->document())) continue;
     for (const auto& open : documents_) {
       if (open != ofRun && open->view() != nullptr && open->file().isAt(ofRun->document()->path()))
         tabs_->setTabVisible(tabs_->indexOf(open->view()), false);
@@ -63,8 +128,7 @@ void MainWindow::showOneTabForEach() {
   }
 }
 
-/// Its file has another version: that is shown in its place.
-void MainWindow::reload(OpenDocument& document) {
+void Documents::reload(OpenDocument& document) {
   const std::string path = document.document()->path();
   const bool inMainText = document.document()->selectedStory() == 0;
   const text::Span selected = inMainText ? document.document()->selection() : text::Span{};
@@ -80,7 +144,7 @@ void MainWindow::reload(OpenDocument& document) {
   } catch (const errors::Fault&) {
     return;  // what was there is still to be read
   }
-  const bool synced = std::exchange(syncing_, true);
+  const bool wasSyncing = std::exchange(syncing_, true);
   application_->close(document.document());
   application_->add(again.document, again.file);
   OpenDocument& now = *find(*again.document);
@@ -91,30 +155,12 @@ void MainWindow::reload(OpenDocument& document) {
   now.view()->verticalScrollBar()->setValue(scrolled);
   if (isFront) tabs_->setCurrentWidget(now.view());
   if (current() != nullptr) application_->activate(current()->document());
-  syncing_ = synced;
+  syncing_ = wasSyncing;
   wanted_.reset();
   updateTitles();
 }
 
-/// Gives every open document a tab, and brings together which is in front here and in the engine's eyes. Not
-/// while the engine works: it opens and closes documents that nobody needs to see.
-void MainWindow::syncTabs() {
-  if (std::exchange(syncing_, true)) return;
-  for (std::size_t i = 0; i < documents_.size(); ++i) {
-    if (documents_[i]->view() == nullptr) makeTab(*documents_[i]);
-  }
-  showOneTabForEach();
-  const auto wanted = std::exchange(wanted_, {}).lock();
-  const OpenDocument* const front = wanted ? find(*wanted) : nullptr;
-  if (front != nullptr && front->view() != nullptr) tabs_->setCurrentWidget(front->view());
-  if (current() != nullptr && !atWork()) application_->activate(current()->document());
-  documentsOrWelcome_->setCurrentIndex(tabs_->count() > 0 ? 1 : 0);
-  syncing_ = false;
-  updateTitles();
-  if (dialog_) dialog_->documentsChanged();
-}
-
-void MainWindow::makeTab(OpenDocument& document, int index) {
+void Documents::makeTab(OpenDocument& document, int index) {
   text::RunMap<formats::Appearance> appearance;
   const formats::Source& source = document.file().stored().source();
   try {
@@ -131,9 +177,9 @@ void MainWindow::makeTab(OpenDocument& document, int index) {
   tabs_->insertTab(index, view, document.name());
 }
 
-void MainWindow::tabChosen() {
+void Documents::tabChosen() {
   if (syncing_) return;
-  if (current() != nullptr && !atWork()) {
+  if (current() != nullptr && !held()) {
     syncing_ = true;
     application_->activate(current()->document());
     syncing_ = false;
@@ -141,7 +187,7 @@ void MainWindow::tabChosen() {
   updateTitles();
 }
 
-void MainWindow::updateTitles() {
+void Documents::updateTitles() {
   // A save in another thread is looking at the document.
   if (working_.breathing()) return titles_.start();
   for (int i = 0; i < tabs_->count(); ++i) {
@@ -156,18 +202,19 @@ void MainWindow::updateTitles() {
         close->setAccessibleName(tr("Close %1").arg(document->name()));
     }
   }
-  OpenDocument* const shown = current();
-  const QString program = QGuiApplication::applicationDisplayName();
-  setWindowTitle(shown == nullptr ? program : shown->name() + QStringLiteral("[*] – ") + program);
-  setWindowModified(shown != nullptr && shown->changed());
-  const double zoom = shown == nullptr ? 1 : shown->view()->zoom();
-  zoom_->setText(tr("%1 %").arg(qRound(zoom * 100)));
-  updateActions();
+  titlesChanged();
 }
 
-void MainWindow::nextTab(int step) {
+void Documents::next(int step) {
   const int count = tabs_->count();
   if (count > 0) tabs_->setCurrentIndex((tabs_->currentIndex() + step + count) % count);
+}
+
+QRect Documents::selectionRect() const {
+  const OpenDocument* const document = current();
+  if (document == nullptr) return {};
+  const QRect rect = document->view()->selectionRect();
+  return rect.isEmpty() ? rect : rect.translated(document->view()->viewport()->mapToGlobal(QPoint(0, 0)));
 }
 
 }  // namespace pluvo::desktop

@@ -1,21 +1,18 @@
-#include "base/names.h"
+#include "document_files.h"
+
 #include "encoding_dialog.h"
 #include "errors/context.h"
-#include "main_window.h"
 #include "question.h"
 #include "recent.h"
 
-#include <QApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QScopeGuard>
-#include <QStatusBar>
 #include <algorithm>
 #include <filesystem>
 #include <utility>
 
-/// Opening, saving and closing documents.
 namespace pluvo::desktop {
 
 namespace {
@@ -47,87 +44,96 @@ std::string bytesOf(const QString& path) { return QFile::encodeName(path).toStdS
 
 }  // namespace
 
-void MainWindow::chooseAndOpen() {
-  if (refusedNow()) return;
+DocumentFiles::DocumentFiles(Choosers choosers, Place place)
+    : choosers_(std::move(choosers)), place_(std::move(place)) {
+  place_.opener->encodingChooser([this](const std::string& path, const std::string& sentence) {
+    return opensForUser_ ? chooseEncoding(path, sentence) : std::nullopt;
+  });
+}
+
+void DocumentFiles::chooseAndOpen() {
+  if (place_.refusedNow()) return;
   const QString folder = current() != nullptr ? QFileInfo(current()->path()).path() : QString();
   std::vector<std::string> paths;
-  for (const QString& path : choosers_.open(this, folder)) paths.push_back(bytesOf(path));
+  for (const QString& path : choosers_.open(&place_.window, folder)) paths.push_back(bytesOf(path));
   open(paths);
 }
 
-void MainWindow::open(const std::vector<std::string>& paths) {
-  if (paths.empty() || refusedNow()) return;
+void DocumentFiles::open(const std::vector<std::string>& paths) {
+  if (paths.empty() || place_.refusedNow()) return;
   for (const std::string& path : paths) {
     if (openOne(absolute(path))) rememberRecent(absolute(path));
   }
 }
 
-bool MainWindow::openOne(const std::string& path) {
+bool DocumentFiles::openOne(const std::string& path) {
   errors::Fault fault;
   opensForUser_ = true;
   encodingDeclined_ = false;
   const auto noLonger = qScopeGuard([this] { opensForUser_ = false; });
   try {
-    const auto document = application_->open(path);
-    wanted_ = document;
-    syncTabs();
+    const auto document = place_.application->open(path);
+    place_.documents.want(document);
+    place_.documents.sync();
     if (current() != nullptr) current()->view()->setFocus();
     return true;
   } catch (...) {
     fault = errors::faultInFlight();
   }
   if (encodingDeclined_) return false;
-  Question box(this, tr("The document could not be opened."), qt(fault.description));
+  Question box(&place_.window, QObject::tr("The document could not be opened."), qt(fault.description));
   box.exec();
   return false;
 }
 
-std::optional<std::string> MainWindow::chooseEncoding(const std::string& path, const std::string& sentence) {
-  const auto chosen = askForEncoding(this, path, QString::fromStdString(sentence), {});
+std::optional<std::string> DocumentFiles::chooseEncoding(const std::string& path,
+                                                         const std::string& sentence) {
+  const auto chosen = askForEncoding(&place_.window, path, QString::fromStdString(sentence), {});
   encodingDeclined_ = !chosen;
   return chosen;
 }
 
 /// For a text whose encoding was told wrongly: it goes to the file again.
-void MainWindow::reopenInEncoding() {
-  if (current() == nullptr || refusedNow()) return;
+void DocumentFiles::reopenInEncoding() {
+  if (current() == nullptr || place_.refusedNow()) return;
   const std::string path = current()->document()->path();
   const std::string encoding = current()->file().stored().encoding();
   std::optional<std::string> chosen;
   QString trouble;
   try {
-    const QString asNow = tr("The text is now read as %1.").arg(QString::fromStdString(encoding));
-    chosen = askForEncoding(this, path, asNow, encoding);
+    const QString asNow = QObject::tr("The text is now read as %1.").arg(QString::fromStdString(encoding));
+    chosen = askForEncoding(&place_.window, path, asNow, encoding);
   } catch (const errors::DocumentError& unreadable) {
     trouble = QString::fromUtf8(unreadable.what());
   }
-  if (!trouble.isEmpty()) Question(this, tr("The document could not be opened."), trouble).exec();
+  if (!trouble.isEmpty())
+    Question(&place_.window, QObject::tr("The document could not be opened."), trouble).exec();
   if (!chosen || !closeDocument(*current())) return;
-  opener_->readAs(*chosen);
+  place_.opener->readAs(*chosen);
   openOne(path);
-  opener_->readAs({});
+  place_.opener->readAs({});
 }
 
-void MainWindow::saveCurrent() {
-  if (current() != nullptr && !working_.breathing()) save(*current());
+void DocumentFiles::saveCurrent() {
+  if (current() != nullptr && !place_.working.breathing()) save(*current());
 }
 
-void MainWindow::saveCurrentAs() {
-  if (current() != nullptr && !working_.breathing()) saveAs(*current());
+void DocumentFiles::saveCurrentAs() {
+  if (current() != nullptr && !place_.working.breathing()) saveAs(*current());
 }
 
-void MainWindow::closeCurrent() {
-  if (current() != nullptr && !refusedNow()) closeDocument(*current());
+void DocumentFiles::closeCurrent() {
+  if (current() != nullptr) close(*current());
 }
 
-bool MainWindow::save(OpenDocument& document) {
+bool DocumentFiles::save(OpenDocument& document) {
   if (!document.changed()) return true;
   if (const auto obstacle = document.file().obstacle()) return tellNotSaved(document, *obstacle);
   return saveBy([&] { document.file().save(); }, document);
 }
 
-bool MainWindow::saveAs(OpenDocument& document) {
-  const auto chosen = choosers_.saveAs(this, freePath(document.path()));
+bool DocumentFiles::saveAs(OpenDocument& document) {
+  const auto chosen = choosers_.saveAs(&place_.window, freePath(document.path()));
   if (!chosen) return false;
   QString path = *chosen;
   const QString suffix = QFileInfo(document.path()).suffix();
@@ -135,10 +141,10 @@ bool MainWindow::saveAs(OpenDocument& document) {
       !suffix.isEmpty() && QFileInfo(path).suffix().compare(suffix, Qt::CaseInsensitive) != 0;
   if (addsSuffix) path += QLatin1Char('.') + suffix;
   const std::string name = absolute(bytesOf(path));
-  for (const auto& other : documents_) {
+  for (const auto& other : place_.documents.all()) {
     if (other.get() == &document || !other->file().isAt(name)) continue;
-    Question(this, tr("“%1” is open in another tab.").arg(path),
-             tr("Close it there, or choose another name."))
+    Question(&place_.window, QObject::tr("“%1” is open in another tab.").arg(path),
+             QObject::tr("Close it there, or choose another name."))
         .exec();
     return false;
   }
@@ -151,18 +157,17 @@ bool MainWindow::saveAs(OpenDocument& document) {
   return saveBy(saving, document);
 }
 
-bool MainWindow::saveBy(const std::function<void()>& saving, OpenDocument& document) {
+bool DocumentFiles::saveBy(const std::function<void()>& saving, OpenDocument& document) {
   errors::Fault fault;
   try {
     saving();
-    updateTitles();
+    place_.documents.updateTitles();
     const QString lost = QString::fromStdString(document.file().notKept().words());
-    statusBar()->showMessage(
+    place_.note(
         lost.isEmpty()
-            ? tr("Saved: %1").arg(document.path())
-            : tr("Saved: %1. You may not give the new version the %2 of the original; it has yours.")
-                  .arg(document.path(), lost),
-        kMessageTime);
+            ? QObject::tr("Saved: %1").arg(document.path())
+            : QObject::tr("Saved: %1. You may not give the new version the %2 of the original; it has yours.")
+                  .arg(document.path(), lost));
     return true;
   } catch (...) {
     fault = errors::faultInFlight();
@@ -170,48 +175,44 @@ bool MainWindow::saveBy(const std::function<void()>& saving, OpenDocument& docum
   return tellNotSaved(document, fault);
 }
 
-bool MainWindow::mayReplace(const QString& path, bool keptExtension) {
-  Question box(this, tr("“%1” exists already. Replace it?").arg(path),
-               keptExtension ? tr("A document of this kind keeps its extension. What is in the file is lost.")
-                             : tr("What is in the file is lost."));
-  QAbstractButton* const replace = box.addButton(tr("&Replace"), QMessageBox::AcceptRole);
+bool DocumentFiles::mayReplace(const QString& path, bool keptExtension) {
+  Question box(&place_.window, QObject::tr("“%1” exists already. Replace it?").arg(path),
+               keptExtension
+                   ? QObject::tr("A document of this kind keeps its extension. What is in the file is lost.")
+                   : QObject::tr("What is in the file is lost."));
+  QAbstractButton* const replace = box.addButton(QObject::tr("&Replace"), QMessageBox::AcceptRole);
   box.setDefaultButton(box.addButton(QMessageBox::Cancel));
   box.exec();
   return box.clickedButton() == replace;
 }
 
 /// The text on screen is not lost: it can be saved elsewhere.
-bool MainWindow::tellNotSaved(OpenDocument& document, const errors::Fault& fault) {
-  Question box(this, tr("“%1” was not saved.").arg(document.name()), qt(fault.description));
-  QAbstractButton* const elsewhere = box.addButton(tr("Save &As …"), QMessageBox::AcceptRole);
+bool DocumentFiles::tellNotSaved(OpenDocument& document, const errors::Fault& fault) {
+  Question box(&place_.window, QObject::tr("“%1” was not saved.").arg(document.name()),
+               qt(fault.description));
+  QAbstractButton* const elsewhere = box.addButton(QObject::tr("Save &As …"), QMessageBox::AcceptRole);
   box.addButton(QMessageBox::Cancel);
   box.exec();
   return box.clickedButton() == elsewhere && saveAs(document);
 }
 
 /// For a document of a run over files that may not be written; the name must be free.
-std::optional<std::string> MainWindow::freeName(const std::string& path) {
+std::optional<std::string> DocumentFiles::freeName(const std::string& path) {
   for (;;) {
-    const auto chosen = choosers_.saveAs(this, freePath(QString::fromStdString(path)));
+    const auto chosen = choosers_.saveAs(&place_.window, freePath(QString::fromStdString(path)));
     if (!chosen) return std::nullopt;
     if (!QFileInfo::exists(*chosen)) return bytesOf(*chosen);
-    Question(this, tr("“%1” exists already.").arg(*chosen), tr("Choose a name that is free.")).exec();
+    Question(&place_.window, QObject::tr("“%1” exists already.").arg(*chosen),
+             QObject::tr("Choose a name that is free."))
+        .exec();
   }
 }
 
-bool MainWindow::goesOnAfterRefusal() {
-  Question box(this, tr("Go on with the other blocks?"),
-               tr("They may be refused for the same reason, and each refusal is told."));
-  box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
-  box.setDefaultButton(QMessageBox::No);
-  return box.exec() == QMessageBox::Yes;
-}
-
-bool MainWindow::mayClose(OpenDocument& document) {
+bool DocumentFiles::mayClose(OpenDocument& document) {
   if (!document.changed()) return true;
-  if (document.view() != nullptr) tabs_->setCurrentWidget(document.view());
-  Question box(this, tr("Save the changes to “%1”?").arg(document.name()),
-               tr("Without saving, they are lost."));
+  if (document.view() != nullptr) place_.documents.bringToFront(document);
+  Question box(&place_.window, QObject::tr("Save the changes to “%1”?").arg(document.name()),
+               QObject::tr("Without saving, they are lost."));
   box.setStandardButtons(QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
   box.setDefaultButton(QMessageBox::Save);
   switch (box.exec()) {
@@ -224,30 +225,16 @@ bool MainWindow::mayClose(OpenDocument& document) {
   }
 }
 
-bool MainWindow::closeDocument(OpenDocument& document) {
+void DocumentFiles::close(OpenDocument& document) {
+  if (!place_.refusedNow()) closeDocument(document);
+}
+
+bool DocumentFiles::closeDocument(OpenDocument& document) {
   if (!mayClose(document)) return false;
   const auto closed = document.document();
-  application_->close(closed);
-  syncTabs();
+  place_.application->close(closed);
+  place_.documents.sync();
   return true;
-}
-
-void MainWindow::showHelp(const std::u16string& path) {
-  auto& window = help_[path];
-  if (window == nullptr) window = std::make_unique<HelpWindow>(base::nameBytes(path));
-  window->show();
-  window->raise();
-  window->activateWindow();
-}
-
-void MainWindow::openInstructions() {
-  errors::Fault fault;
-  try {
-    return showHelp(component_ + u"/Instructions.doc");
-  } catch (...) {
-    fault = errors::faultInFlight();
-  }
-  Question(this, tr("The instructions could not be opened."), qt(fault.description)).exec();
 }
 
 }  // namespace pluvo::desktop

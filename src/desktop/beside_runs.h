@@ -1,0 +1,61 @@
+#pragma once
+
+#include "document_files.h"
+#include "documents.h"
+#include "folder_run.h"
+#include "not_reached.h"
+#include "pass_watch.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace pluvo::desktop {
+
+/// Passes and runs over files beside the documents that the user has open: what both mean for each other, and
+/// the questions of that.
+class BesideRuns {
+ public:
+  /// What it needs of the window, which outlives it.
+  struct Place {
+    QWidget& window;
+    Working& working;
+    PassWatch& watch;
+    Documents& documents;
+    DocumentFiles& files;
+    std::shared_ptr<memory::MemoryApplication> application;
+    /// Shows a message for a while.
+    std::function<void(const QString& message)> note;
+    /// A run over files has ended.
+    std::function<void(const RunOverFiles& run)> ended;
+  };
+
+  explicit BesideRuns(Place place);
+
+  FolderRun::Place placeOfRuns();
+  /// What is half done in a document is neither saved by a run nor lost: the user decides before it begins.
+  /// Whether it begins.
+  bool filesChosen(std::vector<std::u16string>& files);
+  void passBegins();
+  /// What the run that has just ended did not reach, over one document or over files.
+  std::u16string notReached();
+  /// The file has another version.
+  void fileChanged(const std::string& path);
+  /// Whether a run changed some on disk.
+  bool filesChanged() const { return filesChanged_; }
+
+ private:
+  enum class AboutUnsaved { save, leaveOut, stop };
+  AboutUnsaved askAboutUnsaved(const std::vector<OpenDocument*>& unsaved);
+  bool goesOnAfterRefusal();
+  bool goesOnWithoutOriginals(const std::string& why);
+  void saved(const std::string& path);
+  void leftOpen(const std::string& path);
+
+  Place place_;
+  NotReached notReached_;
+  bool filesChanged_ = false;
+};
+
+}  // namespace pluvo::desktop

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "choosers.h"
+#include "documents.h"
+#include "memory/application.h"
+#include "store/opener.h"
+
+#include <QString>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace pluvo::desktop {
+
+/// The user opens, saves and closes documents, and is asked what that needs.
+class DocumentFiles {
+ public:
+  /// What it needs of the window, which outlives it.
+  struct Place {
+    QWidget& window;
+    Working& working;
+    Documents& documents;
+    std::shared_ptr<memory::MemoryApplication> application;
+    std::shared_ptr<store::StoreOpener> opener;
+    /// Whether a pass holds the documents, which the user is told.
+    std::function<bool()> refusedNow;
+    /// Shows a message for a while.
+    std::function<void(const QString& message)> note;
+  };
+
+  DocumentFiles(Choosers choosers, Place place);
+
+  /// Opens documents by their paths, bytes as the file system has them.
+  void open(const std::vector<std::string>& paths);
+  void chooseAndOpen();
+  /// For a text whose encoding was told wrongly: it goes to the file again.
+  void reopenInEncoding();
+  void saveCurrent();
+  void saveCurrentAs();
+  void closeCurrent();
+  void close(OpenDocument& document);
+
+  /// Whether it was saved, or had no changes.
+  bool save(OpenDocument& document);
+  /// Whether it may be closed: what the user has not saved is asked about.
+  bool mayClose(OpenDocument& document);
+  /// For a document of a run over files that may not be written; the name must be free.
+  std::optional<std::string> freeName(const std::string& path);
+  QString chooseFolder(const QString& folder) { return choosers_.folder(&place_.window, folder); }
+
+ private:
+  bool openOne(const std::string& path);
+  std::optional<std::string> chooseEncoding(const std::string& path, const std::string& sentence);
+  bool saveAs(OpenDocument& document);
+  bool saveBy(const std::function<void()>& saving, OpenDocument& document);
+  bool mayReplace(const QString& path, bool keptExtension);
+  bool tellNotSaved(OpenDocument& document, const errors::Fault& fault);
+  bool closeDocument(OpenDocument& document);
+  OpenDocument* current() const { return place_.documents.current(); }
+
+  Choosers choosers_;
+  Place place_;
+  /// A run over files asks for no encodings.
+  bool opensForUser_ = false;
+  bool encodingDeclined_ = false;
+};
+
+}  // namespace pluvo::desktop

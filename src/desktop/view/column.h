@@ -1,0 +1,120 @@
+#pragma once
+
+#include "block_index.h"
+#include "block_layout.h"
+#include "looks.h"
+#include "memory/document.h"
+
+#include <QSize>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+
+namespace pluvo::view {
+
+/// A document as a column of blocks, of which those in sight and a little around them are laid out, and which
+/// part of it is in sight. Heights farther away are guesses, so what stands at the top is a block and so many
+/// of its pixels, and better heights above it move nothing.
+///
+/// But for whether it is there, all asks for a document that is open.
+class Column {
+ public:
+  static constexpr int kTopMargin = 24;
+  static constexpr int kSideMargin = 28;
+
+  Column(std::shared_ptr<memory::MemoryDocument> document, text::RunMap<formats::Appearance> appearance);
+
+  /// Looks through the document at first, in another thread perhaps. Nothing is laid out before.
+  void makeIndex(const std::function<void(const std::function<void()>& work)>& running);
+  /// The document closes.
+  void detach();
+  /// Whether there is a document, and it was looked through.
+  bool isThere() const { return index_ != nullptr; }
+  bool isOpen() const { return isThere() && document_->isOpen(); }
+
+  memory::MemoryDocument& document() const { return *document_; }
+  document::Story& mainText() const { return document_->mainText(); }
+  bool hasSelection() const;
+  const QFont& font() const { return looks_.font; }
+
+  /// How it is shown from now on; forget() lays it out anew.
+  void measure(double zoom, const QColor& paper, QSize viewport);
+  void resized(QSize viewport) { viewport_ = viewport; }
+  void forget();
+  // What happened to the document.
+  void replaced(Span span, Position newLength);
+  void highlighted(Span span) { drop(span.from, span.to); }
+
+  // Blocks.
+  std::size_t count() const { return index_->count(); }
+  std::size_t blockAt(Position position) const { return index_->at(position); }
+  int height(std::size_t block) const { return index_->height(block); }
+  /// Lays the block out where it is not.
+  const BlockLayout& layoutOf(std::size_t block);
+  /// The block of a position, laid out.
+  struct Place {
+    std::size_t block;
+    const BlockLayout& layout;
+  };
+  Place placeOf(Position position);
+  /// The whole paragraph, however many blocks it is.
+  Span paragraphAt(Position position);
+  /// Takes edits in.
+  void settle();
+
+  // What is in sight. Points are the viewport's.
+  qreal left() const;
+  qreal width() const;
+  /// The insertion point, in its block, and in the viewport, seen or not.
+  QRectF caretInBlock(Position position);
+  QRectF caretInSight(Position position);
+  /// The insertion point nearest to a point of the viewport, or of a block.
+  Position positionAt(QPoint point);
+  Position positionAt(std::size_t block, QPointF inBlock);
+  /// Where the selection is; empty when it is out of sight.
+  QRect selectionRect();
+  /// From the top, each block in sight, laid out, and where it stands.
+  using Visit = std::function<void(std::size_t block, const BlockLayout& layout, QPointF at)>;
+  void forEachInSight(const Visit& visit);
+
+  // Scrolling.
+  /// What a scroll bar shows, in pixels.
+  struct Bar {
+    int last = 0;
+    int page = 0;
+    int step = 0;
+    int value = 0;
+  };
+  /// Lays out what is in sight, and tells where that is.
+  Bar bar();
+  void scrollTo(int value);
+  void scrollToEnd();
+  /// Scrolls so that a position is seen with some text above it; whether that moved anything.
+  bool reveal(Position position);
+  /// Scrolls no farther than the insertion point is out of sight.
+  void bringIntoSight(Position position);
+
+ private:
+  const BlockLayout& layOut(std::size_t block);
+  void drop(Position from, Position to);
+  void layOutAround();
+  void putAt(std::size_t block, int inBlock, int below);
+  std::int64_t anchorTop();
+  void keepFewLayouts();
+
+  std::shared_ptr<memory::MemoryDocument> document_;
+  Looks looks_;
+  std::unique_ptr<BlockIndex> index_;
+  std::map<Position, std::unique_ptr<BlockLayout>> layouts_;
+  QSize viewport_;
+  /// What heights are guessed by.
+  double charactersInLine_ = 80;
+  double lineHeight_ = 16;
+  /// What stands at the top of the viewport: a block, and how many pixels of it are above.
+  Position topBlock_ = 0;
+  int topOffset_ = 0;
+};
+
+}  // namespace pluvo::view
