@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/bytes.h"
+#include "base/little_endian.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -51,15 +52,10 @@ namespace locator64 {
 inline constexpr std::size_t kRecordDisk = 4, kRecord = 8, kDisks = 16;
 }
 
-template <typename Number>
-Number get(base::ByteSpan bytes, std::size_t at) {
-  std::uint64_t value = 0;
-  for (std::size_t i = 0; i < sizeof(Number); ++i) value |= std::uint64_t{bytes[at + i]} << (8 * i);
-  return static_cast<Number>(value);
-}
-inline std::uint16_t get16(base::ByteSpan bytes, std::size_t at) { return get<std::uint16_t>(bytes, at); }
-inline std::uint32_t get32(base::ByteSpan bytes, std::size_t at) { return get<std::uint32_t>(bytes, at); }
-inline std::uint64_t get64(base::ByteSpan bytes, std::size_t at) { return get<std::uint64_t>(bytes, at); }
+using base::get;
+using base::get16;
+using base::get32;
+using base::get64;
 
 /// A record under construction.
 class Record : public std::vector<std::uint8_t> {
@@ -75,9 +71,7 @@ class Record : public std::vector<std::uint8_t> {
   }
   template <typename Number>
   void set(std::size_t at, Number value) {
-    for (std::size_t i = 0; i < sizeof(Number); ++i) {
-      (*this)[at + i] = static_cast<std::uint8_t>(static_cast<std::uint64_t>(value) >> (8 * i));
-    }
+    base::put(*this, at, value);
   }
 };
 

@@ -1,7 +1,7 @@
 #include "zip/looks_like.h"
 
 #include "base/ascii.h"
-#include "zip/compound_file.h"
+#include "cfb/compound_file.h"
 
 #include <algorithm>
 #include <array>
@@ -65,9 +65,9 @@ std::string_view markupOrText(std::string_view bytes) {
 std::string_view nameOfLook(base::ByteSpan file) {
   const std::string_view bytes(reinterpret_cast<const char*>(file.data()), file.size());
   if (bytes.empty()) return "an empty file";
-  if (isCompoundFile(file)) {
+  if (cfb::isCompoundFile(file)) {
     for (const Look& stream : kStreams) {
-      if (hasStream(file, stream.begin)) return stream.name;
+      if (cfb::hasStream(file, stream.begin)) return stream.name;
     }
     return "an older Office document";
   }
@@ -78,6 +78,10 @@ std::string_view nameOfLook(base::ByteSpan file) {
 }
 
 }  // namespace
+
+bool isEncryptedPackage(base::ByteSpan bytes) {
+  return cfb::hasStream(bytes, "EncryptedPackage") && cfb::hasStream(bytes, "EncryptionInfo");
+}
 
 errors::DocumentError notAnArchive(base::ByteSpan bytes) {
   if (isEncryptedPackage(bytes)) {

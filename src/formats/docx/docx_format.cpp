@@ -3,7 +3,7 @@
 #include "docx_source.h"
 #include "protection.h"
 #include "styles.h"
-#include "zip/compound_file.h"
+#include "zip/looks_like.h"
 
 #include <algorithm>
 #include <array>

@@ -2,13 +2,13 @@
 
 #include "asides.h"
 #include "budget.h"
+#include "cfb/compound_file.h"
 #include "imported_text.h"
 #include "part_kinds.h"
 #include "part_texts.h"
 #include "retold.h"
 #include "story_teller.h"
 #include "xml/encoding.h"
-#include "zip/compound_file.h"
 
 #include <algorithm>
 #include <deque>
@@ -237,7 +237,7 @@ class PackageTeller {
       AsOneKind inner(kind, texts, part.member->name);
       return tellPackageIn(file, inner);
     }
-    if (kind != Unreached::chunks || zip::isCompoundFile(file.view))
+    if (kind != Unreached::chunks || cfb::isCompoundFile(file.view))
       return texts.notLookedInto(Opaque::objects);
     texts.unreached(kind, importedText(file.view));
   }

@@ -1,6 +1,6 @@
 #include "base/names.h"
 #include "base/utf.h"
-#include "containers/zip/compound_builder.h"
+#include "containers/cfb/compound_builder.h"
 #include "dialog/workplace.h"
 #include "formats/docx/document_builder.h"
 #include "memory/application.h"
@@ -93,7 +93,7 @@ TEST_F(RealFiles, ThatMayNotBeWrittenAreSavedUnderAnotherName) {
 
 TEST_F(RealFiles, ThatCannotBeOpenedDoNotStopTheRun) {
   scratch.put("a.docx", "no package");
-  scratch.put("b.docx", zip::compoundFile({"EncryptionInfo", "EncryptedPackage"}));
+  scratch.put("b.docx", cfb::compoundFile({{"EncryptionInfo", ""}, {"EncryptedPackage", ""}}));
   scratch.put("~$c.txt", "A");
   scratch.put("z.txt", "A");
   work.boxes.answer("y");
