@@ -17,7 +17,7 @@ namespace {
 
 Content contentOf(std::string_view file, Tables& tables, const SkippedGroup& group) {
   TextReader reader(file, group.bytes.end - group.inside);
-  Walker walker(file, group.inside, tables, reader);
+  Walker walker(file, {group.inside, 1}, tables, reader);
   reader.follow(walker);
   walker.walk();
   return reader.finish().content;
@@ -83,7 +83,7 @@ class Teller final : public Events {
     if (depth_ == kDeepest) return texts_.damaged("a text within others", "It is nested more than 8 deep.");
     texts_.story(kind, contentOf(file_, tables_, group));
     Teller inner(file_, tables_, nullptr, texts_, depth_ + 1);
-    Walker(file_, group.inside, tables_, inner).walk();
+    Walker(file_, {group.inside, 1}, tables_, inner).walk();
   }
 
   Tokens within(const SkippedGroup& group) const {

@@ -22,7 +22,7 @@ std::string_view viewOf(base::ByteSpan bytes) {
 }  // namespace
 
 bool RtfFormat::recognises(base::ByteSpan bytes, std::string_view /*extension*/) const {
-  return Walker::beginningOf(viewOf(bytes)).has_value();
+  return documentBeginning(viewOf(bytes)).has_value();
 }
 
 std::span<const std::string_view> RtfFormat::extensions() const { return kExtensions; }

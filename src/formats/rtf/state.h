@@ -1,6 +1,7 @@
 #pragma once
 
 #include "formats/appearance.h"
+#include "tables.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -37,6 +38,12 @@ struct State {
 
   /// How many tables a paragraph that ended here would lie in.
   std::uint16_t tableDepth() const { return std::max<std::uint16_t>(depth, inTable ? 1 : 0); }
+
+  /// A word of looks, if it is one.
+  void take(const Token& token, Tables& tables);
+
+ private:
+  void takeOfParagraph(const Token& token);
 };
 
 }  // namespace pluvo::rtf

@@ -52,6 +52,16 @@ std::int32_t numberIn(std::string_view text) {
   return number;
 }
 
+std::optional<std::size_t> documentBeginning(std::string_view bytes) {
+  constexpr std::string_view kMark = "\xEF\xBB\xBF";
+  std::size_t at = bytes.starts_with(kMark) ? kMark.size() : 0;
+  constexpr std::size_t kBlanks = 64;
+  for (const std::size_t most = at + kBlanks; at < std::min(bytes.size(), most); ++at) {
+    if (bytes[at] != ' ' && bytes[at] != '\r' && bytes[at] != '\n' && bytes[at] != '\t') break;
+  }
+  return bytes.substr(std::min(at, bytes.size())).starts_with("{\\rtf") ? std::optional(at) : std::nullopt;
+}
+
 Token Tokens::next() {
   Token token;
   token.extent.begin = at_;

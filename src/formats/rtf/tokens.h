@@ -67,6 +67,8 @@ class Tokens {
   std::size_t at_;
 };
 
+/// Where "{\rtf" stands in a file, after a byte order mark and blanks; nothing where it does not.
+std::optional<std::size_t> documentBeginning(std::string_view bytes);
 /// Whether a group that begins so is more than text with a look of its own.
 bool beginsGroup(std::string_view bytes);
 /// The number that a text begins with; -1 for none.
