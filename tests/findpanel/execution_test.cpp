@@ -75,7 +75,7 @@ TEST_F(Execution, SendsTheRequestAsItStands) {
   execute();
   EXPECT_EQ(engine.request(), (engine::Request{u"a", u"e", u"i", 25, engine::kEntireDocument, engine::kInsert,
                                                engine::kInsideText, engine::kAfter, u"t", true, word::wdGreen,
-                                               true, true, true, false, true, false}));
+                                               true, true, true, word::kMainTextAlone, false, true, false}));
 
   choose(u"cboxProcOperation1", u"Replace");
   execute();
