@@ -17,7 +17,7 @@ using xml::Offset;
 
 inline bool opens(xml::Token token) { return token == xml::Token::start || token == xml::Token::empty; }
 
-/// Bytes of the main part.
+/// Bytes of a part.
 struct Extent {
   Offset begin = 0;
   Offset end = 0;
@@ -117,6 +117,8 @@ class BodyEvents {
   /// One character that is an element; reference is a note's or comment's id.
   virtual void character(char16_t /*unit*/, Extent /*extent*/, Name /*name*/,
                          std::string_view /*reference*/) {}
+  /// The mark that a note or comment begins with: no text, and stays whatever becomes of the text beside it.
+  virtual void ownMark(Extent /*extent*/) {}
   virtual void formula(const Formula& /*formula*/) {}
   /// Characters 19, the instruction and 20 of a simple field, which its start tag stands for.
   virtual void simpleField(const Tag& /*tag*/, std::u16string_view /*instruction*/) {}

@@ -59,6 +59,8 @@ bool BodyWalker::step() {
 void BodyWalker::take(Name name, Token token) {
   if (walk_.stack.empty()) {
     if (walk_.throughEveryStory() && name != Name::document) return takeOutside(name, token);
+    if (walk_.reach == Reach::oneStory)
+      return isStory(name) ? enterBody(token) : walk_.push(Name::document, token, Context::root);
     if (name != Name::document) walk_.scanner.damaged("it is no WordprocessingML document");
     return walk_.push(name, token, Context::root);
   }
@@ -126,6 +128,8 @@ void BodyWalker::take(Name name, Token token) {
         return walk_.events->properties(name, properties_.read(name, token));
       break;
     default:
+      if (context == Context::root && walk_.reach == Reach::oneStory && isStory(name) && !finished_)
+        return enterBody(token);
       break;
   }
   walk_.skip(token);
@@ -157,16 +161,22 @@ void BodyWalker::enterOutside(Name name, Token token) {
 }
 
 void BodyWalker::enterStory(Name name, Token token) {
-  suspended_.push_back({walk_.position, std::move(walk_.fields)});
+  suspended_.push_back({walk_.position, std::move(walk_.fields), blocks_});
   walk_.position = 0;
   walk_.fields = {};
   walk_.events->story(name);
+  enterBody(token);
+}
+
+void BodyWalker::enterBody(Token token) {
+  blocks_ = walk_.stack.size() + 1;
   enter(Name::body, token, Context::blocks);
 }
 
 void BodyWalker::leaveStory() {
   walk_.position = suspended_.back().position;
   walk_.fields = std::move(suspended_.back().fields);
+  blocks_ = suspended_.back().blocks;
   suspended_.pop_back();
 }
 

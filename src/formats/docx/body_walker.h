@@ -7,8 +7,8 @@
 
 namespace pluvo::docx {
 
-/// Walks the body of a main part, and is the one place that knows which of its bytes are characters of the
-/// text.
+/// Walks the body of a main part, or what holds another story, and is the one place that knows which of its
+/// bytes are characters of the text.
 ///
 /// Hyperlinks, content controls, smart tags, tracked changes and the chosen one of alternative contents are
 /// transparent: their runs are text. Text boxes, the inside of drawings, and elements of other vocabularies
@@ -27,9 +27,13 @@ class BodyWalker {
   Position position() const { return walk_.position; }
   Offset offset() const { return walk_.scanner.end(); }
   /// Directly in the body and in no field: from such a place a walk can jump to another.
-  bool betweenBlocks() const { return walk_.stack.size() == 2 && walk_.fields.empty(); }
-  /// While a paragraph opens: whether the place before it is of that kind.
-  bool opensBetweenBlocks() const { return walk_.stack.size() == 3 && walk_.fields.empty(); }
+  bool betweenBlocks() const {
+    return walk_.stack.size() == blocks_ && walk_.fields.empty() && suspended_.empty();
+  }
+  /// While a paragraph opens: whether the place before it is of that kind, in the story at hand.
+  bool opensBetweenBlocks() const { return walk_.stack.size() == blocks_ + 1 && walk_.fields.empty(); }
+  /// Whether text where the walk has come to keeps its blanks.
+  bool preserves() const { return !walk_.stack.empty() && walk_.stack.back().preserves; }
   /// Jumps forward to such a place.
   void resumeAt(Offset offset, Position position);
 
@@ -43,6 +47,7 @@ class BodyWalker {
   struct Suspended {
     Position position;
     OpenFields fields;
+    std::size_t blocks;
   };
 
   void take(Name name, xml::Token token);
@@ -53,6 +58,7 @@ class BodyWalker {
   void enterSimpleField(xml::Token token);
   void enterOutside(Name name, xml::Token token);
   void enterStory(Name name, xml::Token token);
+  void enterBody(xml::Token token);
   void leave(Extent endTag);
   void leaveStory();
   void control(xml::Token token);
@@ -66,6 +72,7 @@ class BodyWalker {
   RunWalker runs_{walk_, properties_, text_};
   std::vector<Suspended> suspended_;
   std::vector<bool> alternatives_;  ///< per open alternative content: one was chosen
+  std::size_t blocks_ = 2;          ///< elements around the blocks of the story at hand
   bool finished_ = false;
 };
 

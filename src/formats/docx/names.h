@@ -56,6 +56,7 @@ enum class Name : xml::NameId {
   footnoteReference,
   endnoteReference,
   commentReference,
+  ownMark,  ///< of a note or comment, in its own text
   drawing,
   pict,
   object,

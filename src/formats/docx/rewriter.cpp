@@ -177,6 +177,8 @@ void Rewriter::character(char16_t unit, Extent extent, Name name, std::string_vi
   inlines_.character(walker_.position(), unit, extent, name);
 }
 
+void Rewriter::ownMark(Extent extent) { runs_.keepAsItIs(extent); }
+
 void Rewriter::formula(const Formula& formula) {
   paragraphs_.enter();
   inlines_.formula(walker_.position(), formula);

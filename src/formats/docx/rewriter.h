@@ -30,6 +30,7 @@ class Rewriter : private BodyEvents {
   void marker(const Marker& marker) override;
   void text(const TextElement& element) override;
   void character(char16_t unit, Extent extent, Name name, std::string_view reference) override;
+  void ownMark(Extent extent) override;
   void formula(const Formula& formula) override;
   void simpleField(const Tag& tag, std::u16string_view instruction) override;
   void endSimpleField(Extent endTag) override;

@@ -49,6 +49,12 @@ RunWalker::Enters RunWalker::take(Name name, Token token) {
     case Name::commentReference:
       reference(text::kCommentReference, token, name);
       return Enters::nothing;
+    case Name::ownMark: {
+      const Offset begin = scanner_.begin();
+      walk_.skip(token);
+      walk_.events->ownMark({begin, scanner_.end()});
+      return Enters::nothing;
+    }
     case Name::alternateContent:
       return alternatives(token);
     case Name::ruby:

@@ -36,6 +36,7 @@ class RunWriter {
   void touch();
   /// What stands as an element in the run, and has this colour now.
   void keep(Extent extent, std::uint8_t colour);
+  void keepAsItIs(Extent extent) { keep(extent, run_.colour); }
   void drop(Extent extent);
 
   /// A text element is written anew: what is written next takes its place.

@@ -47,36 +47,13 @@ std::optional<OtherStory> storyOf(Name kind) {
 
 StoryTeller::StoryTeller(base::ByteSpan part, const std::string& partName, const Telling& telling,
                          xml::Swept swept)
-    : telling_(telling), walker_(part, partName, *this, Reach::everyStory, swept) {}
-
-void StoryTeller::tellPart() {
-  while (walker_.step()) {
-  }
-}
+    : StoryReader(part, partName, telling.styles, swept), telling_(telling) {}
 
 void StoryTeller::tellBesideMainText(const BodyMap& map, const std::vector<Offset>& places,
                                      const document::Story& model) {
   kept_.emplace(model);
   mainText_ = &model.text().original();
-  const auto toNextBlock = [&] {
-    while (!walker_.betweenBlocks() && walker_.step()) {
-    }
-  };
-  for (const Offset aside : places) {
-    if (walker_.offset() > aside) continue;
-    toNextBlock();
-    const auto place = map.places.beforeOffset(aside);
-    if (walker_.betweenBlocks() && place.offset > walker_.offset())
-      walker_.resumeAt(place.offset, place.position);
-    while (walker_.offset() <= aside && walker_.step()) {
-    }
-  }
-  toNextBlock();
-}
-
-BodyEvents& StoryTeller::reader() {
-  static BodyEvents nobody;
-  return levels_.empty() || levels_.back().reader == nullptr ? nobody : *levels_.back().reader;
+  readBesideMainText(map, places);
 }
 
 bool StoryTeller::isGone(Position position) const {
@@ -85,7 +62,7 @@ bool StoryTeller::isGone(Position position) const {
 
 bool StoryTeller::isNoteGone(Name kind) const {
   if (telling_.departed == nullptr) return false;
-  const std::string id = valueOf(walker_.scanner(), Name::id);
+  const std::string id = valueOf(scanner(), Name::id);
   switch (kind) {
     case Name::footnote:
       return telling_.departed->footnotes().contains(id);
@@ -101,49 +78,43 @@ bool StoryTeller::isNoteGone(Name kind) const {
 /// An alternative that was passed goes with the one that was chosen.
 bool StoryTeller::isElementGone(const Tag& tag) const {
   if (tag.name != Name::choice && tag.name != Name::fallback)
-    return lastElement_ == tag.extent.begin && isGone(lastPosition_);
-  const Position from = alternatives_.empty() ? walker_.position() : alternatives_.back().from;
-  return walker_.position() > from && isGone(walker_.position() - 1);
+    return level().lastElement == tag.extent.begin && isGone(level().lastPosition);
+  const Position from = alternatives_.empty() ? walker().position() : alternatives_.back().from;
+  return walker().position() > from && isGone(walker().position() - 1);
 }
 
 void StoryTeller::story(Name kind) {
-  next_ = kind;
-  if (levels_.empty()) goneNote_ = isNoteGone(kind);
+  StoryReader::story(kind);
+  if (!inStory()) goneNote_ = isNoteGone(kind);
   if (kind != Name::comment) return;
   for (const Name name : {Name::author, Name::initials})
-    tell(Unreached::people, wide(valueOf(walker_.scanner(), name)));
+    tell(Unreached::people, wide(valueOf(scanner(), name)));
 }
 
+void StoryTeller::storyBegins(const Level&) { controls_.emplace_back(); }
+
 void StoryTeller::open(const Tag& tag) {
-  if (tag.name == Name::body) {
-    levels_.emplace_back();
-    if (next_) {
-      levels_.back().kind = *next_;
-      levels_.back().reader = std::make_unique<ContentReader>(0, telling_.styles);
-      levels_.back().reader->follow(walker_);
-    }
-    next_.reset();
-  }
-  if (tag.name == Name::sdt) levels_.back().controls.push_back({{}, walker_.position()});
+  StoryReader::open(tag);
+  if (tag.name == Name::sdt) controls_.back().open.push_back({{}, walker().position()});
   openAlternatives(tag.name);
-  reader().open(tag);
 }
 
 void StoryTeller::close(const Tag& tag, Extent endTag) {
-  reader().close(tag, endTag);
   closeAlternatives(tag.name);
   if (tag.name == Name::sdt) closeControl();
-  if (tag.name != Name::body) return;
-  Level level = std::move(levels_.back());
-  levels_.pop_back();
-  if (level.reader == nullptr) return;
-  if (!gone_ && !goneNote_) tellStory(std::move(level));
-  if (levels_.empty()) goneNote_ = false;
+  StoryReader::close(tag, endTag);
 }
 
-void StoryTeller::tellStory(Level level) {
+void StoryTeller::storyEnds(Level level, Offset) {
+  const Controls controls = std::move(controls_.back());
+  controls_.pop_back();
+  if (level.reader != nullptr && !gone_ && !goneNote_) tellStory(std::move(level), controls);
+  if (!inStory()) goneNote_ = false;
+}
+
+void StoryTeller::tellStory(Level level, const Controls& controls) {
   document::Content content = level.reader->finish().content;
-  for (const BoundControl& bound : level.bound) bind(bound.binding, content.text, bound.span);
+  for (const BoundControl& bound : controls.bound) bind(bound.binding, content.text, bound.span);
   const std::optional<OtherStory> kind = storyOf(level.kind);
   const bool canBeTwin = !alternatives_.empty();
   if (!kind || canBeTwin) {
@@ -155,19 +126,20 @@ void StoryTeller::tellStory(Level level) {
 }
 
 void StoryTeller::openOutside(const Tag& tag) {
-  if (!levels_.empty() && levels_.back().outside++ == 0 && isMainText()) gone_ = isElementGone(tag);
+  if (isMainText() && level().outside == 0) gone_ = isElementGone(tag);
+  StoryReader::openOutside(tag);
   if (tag.name == Name::drawing) pictureText_ = pictureTitle_ = {};
   openAlternatives(tag.name);
-  const xml::Scanner& scanner = walker_.scanner();
   if (tag.name == Name::drawingParagraph) tellDrawn();
-  if (tag.name == Name::pictureName || scanner.space() == kVml) tellPictureTexts(tag);
-  if (tag.name == Name::textPath) tell(Unreached::wordArt, wide(valueOf(scanner, Name::pathText)));
+  if (tag.name == Name::pictureName || scanner().space() == kVml) tellPictureTexts(tag);
+  if (tag.name == Name::textPath) tell(Unreached::wordArt, wide(valueOf(scanner(), Name::pathText)));
 }
 
 void StoryTeller::closeOutside(const Tag& tag) {
   closeAlternatives(tag.name);
   if (tag.name == Name::drawingParagraph) tellDrawn();
-  if (!levels_.empty() && --levels_.back().outside == 0 && isMainText()) gone_ = false;
+  StoryReader::closeOutside(tag);
+  if (isMainText() && level().outside == 0) gone_ = false;
 }
 
 void StoryTeller::tellDrawn() {
@@ -177,14 +149,13 @@ void StoryTeller::tellDrawn() {
 
 /// Many programs give a picture the texts of its frame once more.
 void StoryTeller::tellPictureTexts(const Tag& tag) {
-  const xml::Scanner& scanner = walker_.scanner();
   if (tag.name != Name::pictureName) {
-    tell(Unreached::pictureTexts, wide(valueOf(scanner, Name::alternativeText)));
-    return tell(Unreached::pictureTexts, wide(valueOf(scanner, Name::title)));
+    tell(Unreached::pictureTexts, wide(valueOf(scanner(), Name::alternativeText)));
+    return tell(Unreached::pictureTexts, wide(valueOf(scanner(), Name::title)));
   }
-  const std::string text = valueOf(scanner, Name::description);
-  const std::string title = valueOf(scanner, Name::title);
-  const bool isFrame = scanner.space() == kWordDrawing;
+  const std::string text = valueOf(scanner(), Name::description);
+  const std::string title = valueOf(scanner(), Name::title);
+  const bool isFrame = scanner().space() == kWordDrawing;
   if (isFrame || text != pictureText_) tell(Unreached::pictureTexts, wide(text));
   if (isFrame || title != pictureTitle_) tell(Unreached::pictureTexts, wide(title));
   if (!isFrame) return;
@@ -193,7 +164,7 @@ void StoryTeller::tellPictureTexts(const Tag& tag) {
 }
 
 void StoryTeller::openAlternatives(Name name) {
-  if (name == Name::alternateContent) alternatives_.push_back({walker_.position(), 0, {}});
+  if (name == Name::alternateContent) alternatives_.push_back({walker().position(), 0, {}});
   if ((name == Name::choice || name == Name::fallback) && !alternatives_.empty())
     ++alternatives_.back().number;
 }
@@ -228,27 +199,27 @@ void StoryTeller::tell(Unreached kind, std::u16string_view text) {
 }
 
 void StoryTeller::guide(std::u16string_view text) {
-  if (!isGone(walker_.position())) tell(Unreached::guides, text);
+  if (!isGone(walker().position())) tell(Unreached::guides, text);
 }
 
 void StoryTeller::formula(const Formula& formula) {
-  if (!isGone(walker_.position())) tell(Unreached::formulas, formula.text);
-  reader().formula(formula);
+  if (!isGone(walker().position())) tell(Unreached::formulas, formula.text);
+  StoryReader::formula(formula);
 }
 
 void StoryTeller::control(const ControlProperties& properties) {
-  levels_.back().controls.back().binding = properties.binding;
-  reader().control(properties);
+  controls_.back().open.back().binding = properties.binding;
+  StoryReader::control(properties);
 }
 
 void StoryTeller::closeControl() {
-  Level& level = levels_.back();
-  const OpenControl control = std::move(level.controls.back());
-  level.controls.pop_back();
+  Controls& controls = controls_.back();
+  const OpenControl control = std::move(controls.open.back());
+  controls.open.pop_back();
   if (control.binding.path.empty()) return;
-  const text::Span span{control.from, walker_.position()};
-  if (level.reader != nullptr) {
-    level.bound.push_back({control.binding, span});
+  const text::Span span{control.from, walker().position()};
+  if (!isMainText()) {
+    controls.bound.push_back({control.binding, span});
   } else if (kept_ && kept_->hold(span)) {
     bind(control.binding, *mainText_, span);
   }
@@ -257,38 +228,5 @@ void StoryTeller::closeControl() {
 void StoryTeller::bind(const Binding& binding, const text::OriginalText& text, text::Span span) {
   telling_.bindings.add(binding, unitsOf(text, span));
 }
-
-void StoryTeller::character(char16_t unit, Extent extent, Name name, std::string_view reference) {
-  if (isMainText()) {
-    lastElement_ = extent.begin;
-    lastPosition_ = walker_.position();
-  }
-  reader().character(unit, extent, name, reference);
-}
-
-void StoryTeller::text(const TextElement& element) {
-  if (isMainText()) {
-    lastElement_ = element.extent.begin;
-    lastPosition_ = walker_.position();
-  }
-  reader().text(element);
-}
-
-void StoryTeller::properties(Name kind, const Properties& properties) {
-  reader().properties(kind, properties);
-}
-void StoryTeller::marker(const Marker& marker) { reader().marker(marker); }
-void StoryTeller::nextRun(const Tag& left, Extent endTag, const Tag& tag, const Properties* properties) {
-  reader().nextRun(left, endTag, tag, properties);
-}
-void StoryTeller::simpleField(const Tag& tag, std::u16string_view instruction) {
-  reader().simpleField(tag, instruction);
-}
-void StoryTeller::endSimpleField(Extent endTag) { reader().endSimpleField(endTag); }
-void StoryTeller::paragraphMark(Extent endTag) { reader().paragraphMark(endTag); }
-void StoryTeller::missingParagraph(Name container, Extent endTag) {
-  reader().missingParagraph(container, endTag);
-}
-void StoryTeller::rowMark(Extent endTag) { reader().rowMark(endTag); }
 
 }  // namespace pluvo::docx

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "content_reader.h"
 #include "data_bindings.h"
 #include "departed.h"
 #include "document/kept.h"
 #include "formats/other_texts.h"
+#include "story_reader.h"
 #include "styles.h"
 
 #include <memory>
@@ -26,13 +26,13 @@ struct Telling {
 /// Tells the texts that a part of WordprocessingML holds: its stories, also those in the drawings of others,
 /// and beside them formulas, phonetic guides, texts of drawings, alternative texts and the names of
 /// commenters. Notes the controls that are bound to data.
-class StoryTeller : public BodyEvents {
+class StoryTeller : public StoryReader {
  public:
   StoryTeller(base::ByteSpan part, const std::string& partName, const Telling& telling,
               xml::Swept swept = xml::Swept::no);
 
   /// Of a part that is no main part.
-  void tellPart();
+  void tellPart() { readPart(); }
   /// Of a main part all but its own text, by the places that may hold any. What stood in deleted text is not
   /// told.
   void tellBesideMainText(const BodyMap& map, const std::vector<Offset>& places,
@@ -47,17 +47,6 @@ class StoryTeller : public BodyEvents {
   void guide(std::u16string_view text) override;
   void formula(const Formula& formula) override;
   void control(const ControlProperties& properties) override;
-  void character(char16_t unit, Extent extent, Name name, std::string_view reference) override;
-  void text(const TextElement& element) override;
-
-  void properties(Name kind, const Properties& properties) override;
-  void marker(const Marker& marker) override;
-  void nextRun(const Tag& left, Extent endTag, const Tag& tag, const Properties* properties) override;
-  void simpleField(const Tag& tag, std::u16string_view instruction) override;
-  void endSimpleField(Extent endTag) override;
-  void paragraphMark(Extent endTag) override;
-  void missingParagraph(Name container, Extent endTag) override;
-  void rowMark(Extent endTag) override;
 
  private:
   struct OpenControl {
@@ -68,12 +57,10 @@ class StoryTeller : public BodyEvents {
     Binding binding;
     text::Span span;
   };
-  struct Level {
-    Name kind = Name::document;
-    std::unique_ptr<ContentReader> reader;  ///< none for main text
-    std::vector<OpenControl> controls;
+  /// Of a story.
+  struct Controls {
+    std::vector<OpenControl> open;
     std::vector<BoundControl> bound;
-    std::size_t outside = 0;  ///< open elements outside stories, within it
   };
   /// An alternative content: what was told of its alternatives so far.
   struct Alternatives {
@@ -82,8 +69,9 @@ class StoryTeller : public BodyEvents {
     std::unordered_set<std::size_t> told;
   };
 
-  BodyEvents& reader();
-  bool isMainText() const { return !levels_.empty() && levels_.back().reader == nullptr; }
+  void storyBegins(const Level& level) override;
+  void storyEnds(Level level, Offset end) override;
+
   /// Whether the character there stood in text that was deleted.
   bool isGone(Position position) const;
   bool isNoteGone(Name kind) const;
@@ -92,24 +80,19 @@ class StoryTeller : public BodyEvents {
   void closeAlternatives(Name name);
   bool isTwin(std::u16string_view text);
   void tell(formats::Unreached kind, std::u16string_view text);
-  void tellStory(Level level);
+  void tellStory(Level level, const Controls& controls);
   void tellPictureTexts(const Tag& tag);
   void tellDrawn();
   void bind(const Binding& binding, const text::OriginalText& text, text::Span span);
   void closeControl();
 
   Telling telling_;
-  BodyWalker walker_;
-  std::vector<Level> levels_;
-  std::optional<Name> next_;
+  std::vector<Controls> controls_;  ///< of each story around the place that the walk has come to
   std::vector<Alternatives> alternatives_;
   std::u16string drawn_;
   std::string pictureText_, pictureTitle_;
   std::optional<document::Kept> kept_;
   const text::OriginalText* mainText_ = nullptr;
-  /// Of main text, the element that was met last as a character.
-  Offset lastElement_ = 0;
-  Position lastPosition_ = 0;
   bool gone_ = false;      ///< within an element that stood in deleted text
   bool goneNote_ = false;  ///< within a note or comment that goes
 };
