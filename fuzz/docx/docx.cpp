@@ -67,8 +67,8 @@ void lookElsewhere(const docx::Opened& opened, bool fieldCodes) {
   request.begin = u"e";
   request.distance = 0;
   request.showFieldCodes = fieldCodes;
-  const elsewhere::Elsewhere once = elsewhere::lookElsewhere(*opened.source, opened.model, {&request, 1});
-  const elsewhere::Elsewhere again = elsewhere::lookElsewhere(*opened.source, opened.model, {&request, 1});
+  const elsewhere::Elsewhere once = elsewhere::lookElsewhere(*opened.source, opened.document, {&request, 1});
+  const elsewhere::Elsewhere again = elsewhere::lookElsewhere(*opened.source, opened.document, {&request, 1});
   if (once.stories != again.stories || once.unreached != again.unreached) std::abort();
 }
 

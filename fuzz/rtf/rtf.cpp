@@ -53,7 +53,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     engine::Request request;
     request.begin = u"e";
     request.distance = 0;
-    elsewhere::lookElsewhere(*opened.source, opened.model, {&request, 1});
+    elsewhere::lookElsewhere(*opened.source, opened.document, {&request, 1});
     edit(opened.model, {data + 1, edits});
     const std::string edited = opened.written();
     const formats::Opened read = rtf::RtfFormat().read(rtf::bytesOf(edited), {});

@@ -65,8 +65,9 @@ Reply Interviewer::ask(const runs::Asked& asked) {
       documents_ > 1 ? " (" + std::to_string(asked.number) + " of " + std::to_string(documents_) + " files)"
                      : "";
   const std::string question = questionFor(*block.request) + " [y,n,a,s,q]? ";
-  show(style_.file(base::shown(asked.path)) + ":" + style_.number(std::to_string(block.paragraph)) + ":" +
-       which + "\n  " + base::shown(excerpt.lead) + piece + base::shown(excerpt.trail) + "\n");
+  const std::string place = block.place.empty() ? "" : block.place + ":";
+  show(style_.file(base::shown(asked.path)) + ":" + place + style_.number(std::to_string(block.paragraph)) +
+       ":" + which + "\n  " + base::shown(excerpt.lead) + piece + base::shown(excerpt.trail) + "\n");
   while (true) {
     show(style_.heading(question));
     std::string line;

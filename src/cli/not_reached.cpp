@@ -1,19 +1,42 @@
 #include "not_reached.h"
 
 #include "base/shown.h"
+#include "document/place_names.h"
 #include "elsewhere/words.h"
 #include "printer.h"
 
+#include <algorithm>
 #include <string_view>
 
 namespace pluvo::cli {
 namespace {
 
-std::string whatToDo(const elsewhere::Elsewhere& found) {
+/// The places with blocks that some request was not asked to work in, as --in has them.
+std::string placesToAsk(const Plan& plan, const elsewhere::Elsewhere& found) {
+  std::string places;
+  for (const document::Place place : document::kAllPlaces) {
+    const auto isAsked = [&](auto& request) {
+      return (request.stories & document::kindsIn(place)) == document::kindsIn(place);
+    };
+    if (found.stories.at(static_cast<std::size_t>(place)) == 0 || std::ranges::all_of(plan.requests, isAsked))
+      continue;
+    places += (places.empty() ? "" : ",") + std::string(keyOf(place));
+  }
+  return places;
+}
+
+std::string whatToDo(const Plan& plan, const elsewhere::Elsewhere& found) {
   const auto occurs = [&](formats::Unreached kind) {
     return found.unreached.at(static_cast<std::size_t>(kind)) > 0;
   };
-  std::string advice = " Requests work in main text alone; see to the rest in a word processor.";
+  const std::string places = placesToAsk(plan, found);
+  std::string advice = " See to it in a word processor.";
+  if (!places.empty()) {
+    advice = " Requests work there with " +
+             (plan.isOfSavedRequests ? "in = \"" + places + "\"" : "--in " + places);
+    const bool isAll = occurrencesIn(found) == 0 && found.damaged.empty();
+    advice += isAll ? "." : "; see to the rest in a word processor.";
+  }
   if (occurs(formats::Unreached::fieldCodes)) advice += " Field codes are reached with --field-codes.";
   if (occurs(formats::Unreached::fieldResults)) advice += " Field results are reached without --field-codes.";
   return advice;
@@ -31,7 +54,7 @@ void sayNotReached(const Plan& plan, const runs::Totals& totals) {
     line = plan.selection.paths.front() + ": not reached: " + line;
     if (const std::string damage = damageInWords(totals.elsewhere); !damage.empty()) line += " " + damage;
   }
-  line += whatToDo(totals.elsewhere);
+  line += whatToDo(plan, totals.elsewhere);
   plan.strict ? sayError(line) : sayNote(line);
 }
 

@@ -83,6 +83,17 @@ const std::vector<Option>& options() {
        "word, sentence, paragraph or document; document\nsets no limit (default: paragraph)",
        keep<&T::unit>,
        {"word", "sentence", "paragraph", "document"}},
+      {0,
+       "in",
+       Takes::value,
+       "PLACE,...",
+       kBlockGroup,
+       kBlockCommands,
+       "where it stands: main (the main text), headers,\nfooters, footnotes, endnotes, notes (both), "
+       "comments,\n"
+       "boxes (text boxes) or all (default: main)",
+       keep<&T::in>,
+       {"main", "headers", "footers", "footnotes", "endnotes", "notes", "comments", "boxes", "all"}},
 
       {0,
        "on",
@@ -193,7 +204,8 @@ const std::vector<Option>& options() {
        "do not keep the originals for 'pluvo undo'", raise<&T::noJournal>},
 
       {0, "strict", Takes::nothing, "", kOutput, kRunCommands,
-       "fail where blocks stand outside the main text, as in\nheaders and notes, where what they begin with "
+       "fail where blocks stand in places that are not looked\nthrough (see --in), where what they begin "
+       "with "
        "stands\n"
        "where no request reaches, or where a part cannot be\nread; documents are saved all the same",
        raise<&T::strict>},

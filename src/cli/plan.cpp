@@ -128,6 +128,7 @@ Plan planFrom(const TypedCommandLine& line) {
   if (line.command == Command::run) {
     if (paths.empty()) throw UsageError("Name the file of saved requests: pluvo run FILE.toml DOCUMENT...");
     plan.requests = requestsIn(paths.front());
+    plan.isOfSavedRequests = true;
     paths.erase(paths.begin());
   } else {
     plan.requests = {requestFrom(*line.command, line.options)};

@@ -18,6 +18,7 @@ struct Plan : runs::Plan {
   bool othersMayReadPasswords = false;
   std::optional<std::string> filesFrom;  ///< a file with more paths; "-" is standard input
   bool nullEnded = false;                ///< they end with a zero byte, not with a line
+  bool isOfSavedRequests = false;        ///< that were read from a file
   bool confirm = false;                  ///< each block of the requests that change something
 
   bool strict = false;  ///< what requests do not reach makes the run a failure

@@ -43,7 +43,7 @@ class ReportPrinter final : public runs::Observer {
     std::string line = std::to_string(ended) + " of " +
                        base::counted(static_cast<std::int64_t>(report.slices().size()), "slice") +
                        " ended. " + base::counted(totals.files + report.missing(), "document") + ": " +
-                       base::counted(totals.found, "block") + ", " + std::to_string(totals.operated) +
+                       foundInWords(totals.found, totals.places) + ", " + std::to_string(totals.operated) +
                        " operated on, " + base::counted(totals.changed, "document") + " changed, " +
                        std::to_string(totals.failed) + " failed, " + std::to_string(report.missing()) +
                        " not worked on";

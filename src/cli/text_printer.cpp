@@ -16,9 +16,9 @@ class TextPrinter : public runs::Observer {
 
   void block(const std::string& path, const runs::BlockReport& block) override {
     if (block.skipped) return;
-    const std::string where = style_.file(base::shown(path)) + ":" +
-                              style_.number(std::to_string(block.paragraph)) + ":" +
-                              (block.deleted ? " (deleted)" : "");
+    const std::string where =
+        style_.file(base::shown(path)) + ":" + (block.place.empty() ? "" : block.place + ":") +
+        style_.number(std::to_string(block.paragraph)) + ":" + (block.deleted ? " (deleted)" : "");
     if (block.request->operation == engine::kNone) {
       writeOut(where + " " + style_.match(base::shown(block.before.piece)) + "\n");
     } else if (block.refused || !block.after) {
@@ -33,7 +33,7 @@ class TextPrinter : public runs::Observer {
     if (alone && !outcome.failure && outcome.found == 0) sayNote(outcome.path + ": 0 blocks");
     if (finds() || outcome.failure || outcome.found == 0 || outcome.earlier) return;
     std::string line =
-        style_.file(base::shown(outcome.path)) + ": " + base::counted(outcome.found, "block") + ", ";
+        style_.file(base::shown(outcome.path)) + ": " + foundInWords(outcome.found, outcome.places) + ", ";
     line += std::to_string(outcome.lasting()) + (plan_.dryRun ? " would be " : " ") + done();
     if (outcome.skipped > 0 || plan_.confirm) line += ", " + std::to_string(outcome.skipped) + " skipped";
     if (!outcome.savedAs.empty()) line += "; saved as " + base::shown(outcome.savedAs);
@@ -45,7 +45,8 @@ class TextPrinter : public runs::Observer {
 
   void ends(const runs::Totals& totals) override {
     if (!plan_.selection.several() && totals.leftOut == 0) return;
-    std::string line = base::counted(totals.files, "document") + ": " + base::counted(totals.found, "block");
+    std::string line =
+        base::counted(totals.files, "document") + ": " + foundInWords(totals.found, totals.places);
     if (!finds()) {
       line += ", " + std::to_string(totals.operated) + (plan_.dryRun ? " would be " : " ") + done();
       line +=

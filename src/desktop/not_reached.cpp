@@ -38,9 +38,9 @@ void NotReached::look(const OpenDocument& document) {
   if (!stored.encoding().empty()) return add(document.document()->Name(), {});
   elsewhere::Elsewhere found;
   const formats::Source& source = stored.source();
-  const document::Story& story = document.document()->mainText();
+  const document::Document& stories = document.document()->stories();
   try {
-    working_.run([&] { found = elsewhere::lookElsewhere(source, story, {&request_, 1}); });
+    working_.run([&] { found = elsewhere::lookElsewhere(source, stories, {&request_, 1}); });
   } catch (...) {
     found.damaged.push_back({"other parts", base::utf8(errors::faultInFlight().description)});
   }

@@ -25,10 +25,10 @@ const text::Search& Beginning::search() const {
   return *search_;
 }
 
-bool Beginning::standsIn(const document::Content& content, bool fieldCodes) const {
+bool Beginning::standsIn(const text::PieceText& text, const text::RunMap<text::Visibility>& visibility,
+                         bool fieldCodes) const {
   return search()
-      .find(text::PieceText(content.text), content.visibility,
-            fieldCodes ? text::View::codes : text::View::results, 0, content.text.length())
+      .find(text, visibility, fieldCodes ? text::View::codes : text::View::results, 0, text.length())
       .has_value();
 }
 

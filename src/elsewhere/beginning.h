@@ -1,8 +1,10 @@
 #pragma once
 
-#include "document/content.h"
 #include "engine/request.h"
+#include "text/pieces.h"
+#include "text/run_map.h"
 #include "text/search.h"
+#include "text/visible.h"
 
 #include <cstdint>
 #include <optional>
@@ -21,7 +23,8 @@ class Beginning {
   const text::Search& search() const;
 
   /// Whether the view shows it in a text at all.
-  bool standsIn(const document::Content& content, bool fieldCodes) const;
+  bool standsIn(const text::PieceText& text, const text::RunMap<text::Visibility>& visibility,
+                bool fieldCodes) const;
   /// How often it stands in a text of its own, one behind the other.
   std::int64_t countIn(const text::Stretch& text) const;
 

@@ -21,6 +21,7 @@ std::int64_t countBlocks(const std::shared_ptr<memory::MemoryDocument>& document
   application->add(document);
   engine::Request finding = request;
   finding.operation = engine::kNone;
+  finding.stories = word::kMainTextAlone;
   finding.startAtTop = true;
   finding.confirmEach = false;
   finding.liftLimits = true;

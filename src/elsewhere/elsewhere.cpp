@@ -34,19 +34,58 @@ struct Sought {
   Beginning beginning;
 };
 
+document::Place placeOf(formats::OtherStory kind) {
+  static_assert(static_cast<int>(document::Place::headers) ==
+                static_cast<int>(formats::OtherStory::headers) + 1);
+  static_assert(static_cast<int>(document::Place::boxes) == static_cast<int>(formats::OtherStory::boxes) + 1);
+  return static_cast<document::Place>(static_cast<int>(kind) + 1);
+}
+
+/// A text as it stands now, for a document of its own.
+document::Content copyOf(const document::Story& story) {
+  text::OriginalTextBuilder text;
+  text.expect(static_cast<std::size_t>(story.length()));
+  story.text().forEachStretch(0, story.length(), [&](text::Position, const text::Stretch& stretch) {
+    std::u16string units(static_cast<std::size_t>(stretch.length), u'\0');
+    stretch.copyTo(units.data());
+    text.append(units);
+    return true;
+  });
+  document::Content copy;
+  copy.text = text.finish();
+  copy.visibility = story.visibility();
+  copy.highlight = story.highlight();
+  copy.structure = story.structure();
+  copy.nesting = {story.tables(), story.fields(), story.controls(), story.restrictions()};
+  return copy;
+}
+
 /// Looks through each text as it is told, for one request after the other.
 class Looker : public formats::OtherTexts {
  public:
   Looker(const std::vector<Sought>& all, Elsewhere& found) : all_(all), found_(found) {}
 
+  /// The stories that the document has, as they stand now.
+  void lookThrough(const document::Document& document) {
+    for (std::size_t i = 0; i < document.count(); ++i) {
+      const document::Story& story = document.story(i);
+      held_.add(document::placeOf(story.kind()));
+      if (!document.isGone(i)) lookInto(story);
+    }
+  }
+
   void story(formats::OtherStory kind, document::Content content) override {
+    const document::Place place = placeOf(kind);
+    if (held_.has(place)) return;
+    content.kind = word::wdMainTextStory;  // of a document of its own
     const bool unshown = hasUnshown(content.visibility);
     for (const Sought& each : all_) {
-      const bool hasBlocks = each.beginning.standsIn(content, each.request.showFieldCodes);
+      const bool hasBlocks = each.beginning.standsIn(text::PieceText(content.text), content.visibility,
+                                                     each.request.showFieldCodes);
       if (!hasBlocks && !unshown) continue;
       const auto document = memory::MemoryDocument::create(content);
       countUnshown(document->mainText(), each.beginning, each.request.showFieldCodes, found_);
-      if (hasBlocks) found_.stories[static_cast<std::size_t>(kind)] += countBlocks(document, each.request);
+      if (hasBlocks) add(place, document, each.request);
     }
   }
   void unreached(formats::Unreached kind, std::u16string_view text) override {
@@ -64,13 +103,30 @@ class Looker : public formats::OtherTexts {
   }
 
  private:
+  void lookInto(const document::Story& story) {
+    for (const Sought& each : all_) {
+      countUnshown(story, each.beginning, each.request.showFieldCodes, found_);
+      const bool worksThere = (each.request.stories & word::kindsOf(story.kind())) != 0;
+      if (worksThere ||
+          !each.beginning.standsIn(story.text(), story.visibility(), each.request.showFieldCodes))
+        continue;
+      add(document::placeOf(story.kind()), memory::MemoryDocument::create(copyOf(story)), each.request);
+    }
+  }
+
+  void add(document::Place place, const std::shared_ptr<memory::MemoryDocument>& document,
+           const engine::Request& request) {
+    found_.stories[static_cast<std::size_t>(place)] += countBlocks(document, request);
+  }
+
   const std::vector<Sought>& all_;
   Elsewhere& found_;
+  document::Places held_;  ///< the document has stories there
 };
 
 }  // namespace
 
-Elsewhere lookElsewhere(const formats::Source& source, const document::Story& main,
+Elsewhere lookElsewhere(const formats::Source& source, const document::Document& document,
                         std::span<const engine::Request> requests) {
   Elsewhere found;
   std::vector<Sought> all;
@@ -79,9 +135,9 @@ Elsewhere lookElsewhere(const formats::Source& source, const document::Story& ma
     if (!sought.beginning.empty()) all.push_back(std::move(sought));
   }
   if (all.empty()) return found;
-  for (const Sought& each : all) countUnshown(main, each.beginning, each.request.showFieldCodes, found);
   Looker looker(all, found);
-  source.tellOtherTexts(main, looker);
+  looker.lookThrough(document);
+  source.tellOtherTexts(document.mainText(), looker);
   return found;
 }
 

@@ -9,15 +9,6 @@ struct Named {
   std::string_view words;
 };
 
-constexpr std::array<Named, formats::kOtherStories> kStoryNames = {{
-    {"headers", "headers"},
-    {"footers", "footers"},
-    {"footnotes", "footnotes"},
-    {"endnotes", "endnotes"},
-    {"comments", "comments"},
-    {"boxes", "text boxes"},
-}};
-
 constexpr std::array<Named, formats::kUnreached> kUnreachedNames = {{
     {"hidden", "hidden text"},
     {"fieldCodes", "field codes"},
@@ -52,10 +43,8 @@ const Named& named(const Names& names, Kind kind) {
 
 }  // namespace
 
-std::string_view keyOf(formats::OtherStory kind) { return named(kStoryNames, kind).key; }
 std::string_view keyOf(formats::Unreached kind) { return named(kUnreachedNames, kind).key; }
 std::string_view keyOf(formats::Opaque kind) { return named(kOpaqueNames, kind).key; }
-std::string_view wordsOf(formats::OtherStory kind) { return named(kStoryNames, kind).words; }
 std::string_view wordsOf(formats::Unreached kind) { return named(kUnreachedNames, kind).words; }
 std::string_view wordsOf(formats::Opaque kind) { return named(kOpaqueNames, kind).words; }
 

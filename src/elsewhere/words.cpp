@@ -1,5 +1,7 @@
 #include "elsewhere/words.h"
 
+#include "document/place_names.h"
+
 #include <algorithm>
 #include <numeric>
 #include <string_view>
@@ -38,7 +40,7 @@ std::string blocksInWords(const Elsewhere& found) {
     if (count == 0) continue;
     const std::string noun = !items.empty() ? "" : count == 1 ? " block" : " blocks";
     items.push_back(std::to_string(count) + noun + " in " +
-                    std::string(wordsOf(static_cast<formats::OtherStory>(i))));
+                    std::string(wordsOf(static_cast<document::Place>(i))));
   }
   return listed(items);
 }

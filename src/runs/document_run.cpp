@@ -46,7 +46,7 @@ OrFailure<Stored> opened(const NamedDocument& named, const Surroundings& around,
   const Plan& plan = around.plan;
   store::Also also{.protectedDocuments = !plan.passwords.empty() || asking.answers(Question::password),
                    .forReading = plan.findsOnly(),
-                   .hint = {.encoding = plan.encoding},
+                   .hint = {.encoding = plan.encoding, .allStories = plan.worksBeyondMainText()},
                    .folderLength = named.folderLength};
   Stored stored;
   while (const auto failure = failureOf([&] { stored = around.store.open(named.path, also); })) {
@@ -63,8 +63,10 @@ std::optional<Failure> passed(const Stored& stored, const std::optional<Failure>
                               Outcome& outcome) {
   std::int64_t refused = 0;
   std::optional<Failure> firstRefusal;
+  if (around.plan.worksBeyondMainText()) outcome.places.emplace();
   for (const engine::Request& request : around.plan.requests) {
-    PassWatcher watcher(*stored->document(), request, obstacle, around.plan.keepGoing, asking, blocks);
+    PassWatcher watcher(*stored->document(), request, obstacle, around.plan.keepGoing, asking, blocks,
+                        outcome.places ? &*outcome.places : nullptr);
     auto result = asking.pass(stored, request, watcher);
     if (!result) {
       memory::MemoryApplication application;
@@ -91,7 +93,7 @@ std::optional<Failure> passed(const Stored& stored, const std::optional<Failure>
 elsewhere::Elsewhere notReached(const store::StoredDocument& stored, const Plan& plan) {
   elsewhere::Elsewhere found;
   const auto failure = failureOf([&] {
-    found = elsewhere::lookElsewhere(stored.source(), stored.document()->mainText(), plan.requests);
+    found = elsewhere::lookElsewhere(stored.source(), stored.document()->stories(), plan.requests);
   });
   if (failure) found.damaged.push_back({"other parts", failure->message});
   return found;

@@ -15,6 +15,12 @@ constexpr std::int32_t kContext = 60;
 
 constexpr std::u16string_view kGap = u" … ";
 
+/// A story of a document.
+struct In {
+  word::Document& document;
+  std::int32_t story;
+};
+
 bool endsParagraph(char16_t unit) { return unit == u'\r' || unit == u'\a' || unit == u'\f'; }
 
 std::u16string readable(const std::u16string& text) {
@@ -38,30 +44,30 @@ std::u16string readable(const std::u16string& text) {
 }
 
 /// Without the halves of surrogate pairs that the ends cut off.
-std::u16string textAt(word::Document& document, std::int32_t start, std::int32_t end) {
-  std::u16string text = document.Range(start, end)->Text();
+std::u16string textAt(const In& in, std::int32_t start, std::int32_t end) {
+  std::u16string text = in.document.rangeIn(in.story, start, end)->Text();
   if (!text.empty() && base::isHighSurrogate(text.back())) text.pop_back();
   if (!text.empty() && base::isLowSurrogate(text.front())) text.erase(0, 1);
   return text;
 }
 
-std::u16string shortened(word::Document& document, std::int32_t start, std::int32_t end) {
-  if (end - start <= kWholePiece) return readable(textAt(document, start, end));
-  return readable(textAt(document, start, start + kFront)) + std::u16string(kGap) +
-         readable(textAt(document, end - kBack, end));
+std::u16string shortened(const In& in, std::int32_t start, std::int32_t end) {
+  if (end - start <= kWholePiece) return readable(textAt(in, start, end));
+  return readable(textAt(in, start, start + kFront)) + std::u16string(kGap) +
+         readable(textAt(in, end - kBack, end));
 }
 
-std::u16string leadOf(word::Document& document, std::int32_t position) {
+std::u16string leadOf(const In& in, std::int32_t position) {
   const std::int32_t from = position > kContext ? position - kContext : 0;
-  std::u16string text = textAt(document, from, position);
+  std::u16string text = textAt(in, from, position);
   std::size_t begin = text.size();
   while (begin > 0 && !endsParagraph(text[begin - 1])) --begin;
   const bool cut = begin == 0 && from > 0;
   return (cut ? u"…" : u"") + readable(text.substr(begin));
 }
 
-std::u16string trailOf(word::Document& document, std::int32_t position) {
-  const auto range = document.Range(position, position);
+std::u16string trailOf(const In& in, std::int32_t position) {
+  const auto range = in.document.rangeIn(in.story, position, position);
   range->MoveEnd(word::wdCharacter, kContext);
   const std::u16string text = range->Text();
   std::size_t end = 0;
@@ -70,19 +76,20 @@ std::u16string trailOf(word::Document& document, std::int32_t position) {
   return readable(text.substr(0, end)) + (cut ? u"…" : u"");
 }
 
-bool endsWithParagraph(word::Document& document, std::int32_t start, std::int32_t end) {
+bool endsWithParagraph(const In& in, std::int32_t start, std::int32_t end) {
   if (end == start) return false;
-  const std::u16string last = textAt(document, end - 1, end);
+  const std::u16string last = textAt(in, end - 1, end);
   return !last.empty() && endsParagraph(last.back());
 }
 
 }  // namespace
 
-Excerpt excerptOf(word::Document& document, std::int32_t start, std::int32_t end) {
+Excerpt excerptOf(word::Document& document, std::int32_t story, std::int32_t start, std::int32_t end) {
+  const In in{document, story};
   Excerpt excerpt;
-  excerpt.lead = base::utf8(leadOf(document, start));
-  excerpt.piece = base::utf8(shortened(document, start, end));
-  if (!endsWithParagraph(document, start, end)) excerpt.trail = base::utf8(trailOf(document, end));
+  excerpt.lead = base::utf8(leadOf(in, start));
+  excerpt.piece = base::utf8(shortened(in, start, end));
+  if (!endsWithParagraph(in, start, end)) excerpt.trail = base::utf8(trailOf(in, end));
   return excerpt;
 }
 

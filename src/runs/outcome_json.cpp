@@ -1,25 +1,30 @@
 #include "runs/outcome_json.h"
 
+#include "document/place_names.h"
 #include "elsewhere/words.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <string_view>
 
 namespace pluvo::runs {
 namespace {
+
+using document::keyOf;
+using elsewhere::keyOf;
 
 /// An object of what is counted, by the names of the kinds.
 template <class Kind, class Counts>
 void addCounts(base::JsonObject& object, std::string_view name, const Counts& counts) {
   base::JsonObject members;
   for (std::size_t i = 0; i < counts.size(); ++i) {
-    if (counts.at(i) != 0) members.number(elsewhere::keyOf(static_cast<Kind>(i)), counts.at(i));
+    if (counts.at(i) != 0) members.number(keyOf(static_cast<Kind>(i)), counts.at(i));
   }
   if (!members.empty()) object.json(name, members.str());
 }
 
 void addCounts(base::JsonObject& object, const elsewhere::Elsewhere& found) {
-  addCounts<formats::OtherStory>(object, "elsewhere", found.stories);
+  addCounts<document::Place>(object, "elsewhere", found.stories);
   addCounts<formats::Unreached>(object, "unreached", found.unreached);
 }
 
@@ -32,9 +37,39 @@ void addNotReached(base::JsonObject& object, const elsewhere::Elsewhere& found) 
   base::JsonArray opaque;
   for (std::size_t i = 0; i < found.notLookedInto.size(); ++i) {
     if (found.notLookedInto.at(i))
-      opaque.add(base::jsonQuoted(elsewhere::keyOf(static_cast<formats::Opaque>(i))));
+      opaque.add(base::jsonQuoted(keyOf(static_cast<formats::Opaque>(i))));
   }
   if (!opaque.empty()) object.json("notLookedInto", opaque.str());
+}
+
+/// `"places":{"headers":{"found":2,"operated":2,"skipped":0,"stories":{"header 1":2}}}`
+void addPlaces(base::JsonObject& object, const std::optional<CountsByPlace>& places) {
+  if (!places) return;
+  base::JsonObject members;
+  for (const document::Place place : document::kAllPlaces) {
+    const PlaceCounts& counts = places->at(static_cast<std::size_t>(place));
+    if (counts.found == 0) continue;
+    base::JsonObject there;
+    there.number("found", counts.found).number("operated", counts.operated).number("skipped", counts.skipped);
+    base::JsonObject stories;
+    for (const auto& [number, found] : counts.stories) stories.number(wordsOf(document::StoryName{place, number}), found);
+    if (!stories.empty()) there.json("stories", stories.str());
+    members.json(keyOf(place), there.str());
+  }
+  object.json("places", members.str());
+}
+
+std::optional<CountsByPlace> placesFrom(const base::JsonValue& json) {
+  if (!json.isObject()) return std::nullopt;
+  CountsByPlace places;
+  for (const document::Place place : document::kAllPlaces) {
+    const base::JsonValue& there = json[keyOf(place)];
+    PlaceCounts& counts = places.at(static_cast<std::size_t>(place));
+    counts = {there["found"].number(), there["operated"].number(), there["skipped"].number()};
+    for (const auto& [name, found] : there["stories"].members())
+      counts.stories[std::strtoul(name.c_str() + name.rfind(' ') + 1, nullptr, 10)] += found.number();
+  }
+  return places;
 }
 
 constexpr int kProblems = static_cast<int>(errors::Problem::io) + 1;
@@ -48,13 +83,12 @@ errors::Problem problemNamed(const std::string& name) {
 /// Counts or marks by the names of their kinds.
 template <class Kind, class Counts, class Value>
 void readKinds(Counts& counts, Value value) {
-  for (std::size_t i = 0; i < counts.size(); ++i)
-    counts.at(i) = value(elsewhere::keyOf(static_cast<Kind>(i)));
+  for (std::size_t i = 0; i < counts.size(); ++i) counts.at(i) = value(keyOf(static_cast<Kind>(i)));
 }
 
 void readElsewhere(const base::JsonValue& json, elsewhere::Elsewhere& found) {
   using Key = std::string_view;
-  readKinds<formats::OtherStory>(found.stories, [&](Key key) { return json["elsewhere"][key].number(); });
+  readKinds<document::Place>(found.stories, [&](Key key) { return json["elsewhere"][key].number(); });
   readKinds<formats::Unreached>(found.unreached, [&](Key key) { return json["unreached"][key].number(); });
   for (const base::JsonValue& each : json["unreadable"].items())
     found.damaged.push_back({each["part"].text(), each["message"].text()});
@@ -70,6 +104,7 @@ void addResult(base::JsonObject& object, const Outcome& outcome) {
       .number("operated", outcome.operated)
       .number("skipped", outcome.skipped)
       .truth("saved", outcome.saved);
+  addPlaces(object, outcome.places);
   if (outcome.failure) {
     base::JsonObject error;
     error.text("code", errors::nameOf(outcome.failure->problem)).text("message", outcome.failure->message);
@@ -94,6 +129,7 @@ base::JsonObject summaryInJson(const Totals& totals) {
       .number("changed", totals.changed)
       .number("failed", totals.failed)
       .number("left_out", totals.leftOut);
+  addPlaces(summary, totals.places);
   if (totals.notReached != 0) {
     addCounts(summary, totals.elsewhere);
     summary.number("not_reached", totals.notReached);
@@ -126,6 +162,7 @@ std::optional<Outcome> outcomeFrom(const base::JsonValue& json) {
   outcome.operated = json["operated"].number();
   outcome.skipped = json["skipped"].number();
   outcome.saved = json["saved"].isTrue();
+  outcome.places = placesFrom(json["places"]);
   if (json["error"].isObject())
     outcome.failure = {problemNamed(json["error"]["code"].text()), json["error"]["message"].text()};
   outcome.encoding = json["encoding"].text();

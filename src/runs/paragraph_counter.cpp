@@ -4,7 +4,7 @@ namespace pluvo::runs {
 
 std::int32_t ParagraphCounter::numberAt(word::Document& document, std::int32_t position) {
   // With the character at the position, so that the position at a paragraph's very beginning counts as in it.
-  const auto range = document.Range(position_, position);
+  const auto range = document.rangeIn(story_, position_, position);
   range->MoveEnd(word::wdCharacter, 1);
   number_ += range->Paragraphs().Count() - 1;
   position_ = position;

@@ -33,7 +33,26 @@ Failure failureFrom(const errors::DocumentError& error) {
   return {error.problem(), error.what(), error.happened()};
 }
 
+void PassWatcher::enters(std::int32_t story) {
+  story_ = story;
+  paragraphs_ = ParagraphCounter(story);
+  if (names_.empty()) names_ = document::storyNames(document_.stories());
+  name_ = names_[static_cast<std::size_t>(story)];
+  place_ = story == 0 ? std::string() : wordsOf(name_);
+}
+
+/// What went wrong elsewhere than in main text says where.
+Failure PassWatcher::inPlace(const errors::Fault& fault) const {
+  Failure failure = failureFrom(fault);
+  if (!place_.empty()) failure.message = "In " + place_ + ": " + failure.message;
+  return failure;
+}
+
 engine::PassObserver::Answer PassWatcher::found(const engine::Block& block) {
+  if (places_ != nullptr) {
+    ++counts().found;
+    if (!place_.empty()) ++counts().stories[name_.number];
+  }
   if (obstacle_ && request_.operation != engine::kNone) {
     failure_ = obstacle_;
     return Answer::stop;
@@ -46,14 +65,15 @@ engine::PassObserver::Answer PassWatcher::found(const engine::Block& block) {
   lengthBefore_ = end - start;
   current_ = {};
   current_.request = &request_;
+  current_.place = place_;
   current_.paragraph = paragraphs_.numberAt(document_, start);
-  current_.deleted = document_.mainText().isDeleted({start, end});
+  current_.deleted = document_.stories().story(static_cast<std::size_t>(story_)).isDeleted({start, end});
   // The question shows the block; the preview of an insertion shows where it goes.
   if (request_.operation == engine::kInsert && !request_.confirmEach) {
     const std::int32_t where = request_.place == engine::kAfter ? end : start;
-    current_.before = excerptOf(document_, where, where);
+    current_.before = excerptOf(document_, story_, where, where);
   } else {
-    current_.before = excerptOf(document_, start, end);
+    current_.before = excerptOf(document_, story_, start, end);
   }
   paragraphBehind_ = paragraphs_.numberAt(document_, block.whole.End());
   return Answer::goOn;
@@ -77,7 +97,7 @@ engine::Observer::Decision PassWatcher::decide(const engine::Block& /*block*/) {
 
 engine::PassObserver::Answer PassWatcher::operated(const engine::Block& block, const errors::Fault* refusal) {
   if (refusal != nullptr) {
-    const Failure failure = failureFrom(*refusal);
+    const Failure failure = inPlace(*refusal);
     lastFault_.reset();
     if (!firstRefusal_) firstRefusal_ = failure;
     // From here on every change would be refused.
@@ -85,13 +105,15 @@ engine::PassObserver::Answer PassWatcher::operated(const engine::Block& block, c
       failure_ = failure;
       return Answer::stop;
     }
+  } else if (places_ != nullptr && request_.operation != engine::kNone) {
+    ++counts().operated;
   }
   if (looks()) leave(block);
   if (blocks_) {
     current_.refused = refusal != nullptr;
     if (refusal == nullptr && request_.operation != engine::kNone) {
       const auto [start, end] = changedSpan(placeIn(block, request_.location));
-      current_.after = excerptOf(document_, start, end);
+      current_.after = excerptOf(document_, story_, start, end);
     }
     blocks_(current_);
   }
@@ -99,6 +121,7 @@ engine::PassObserver::Answer PassWatcher::operated(const engine::Block& block, c
 }
 
 engine::PassObserver::Answer PassWatcher::skipped(const engine::Block& block) {
+  if (places_ != nullptr) ++counts().skipped;
   if (looks()) leave(block);
   if (blocks_) {
     current_.skipped = true;
@@ -110,7 +133,7 @@ engine::PassObserver::Answer PassWatcher::skipped(const engine::Block& block) {
 /// The fault of a refused change comes here before the change is told of.
 void PassWatcher::failed(const errors::Fault& fault, errors::Tag /*tag*/) {
   if (lastFault_ && !failure_) failure_ = lastFault_;
-  lastFault_ = failureFrom(fault);
+  lastFault_ = inPlace(fault);
 }
 
 void PassWatcher::leave(const engine::Block& block) {

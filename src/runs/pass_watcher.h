@@ -1,13 +1,16 @@
 #pragma once
 
 #include "asking.h"
+#include "document/place_names.h"
 #include "document_run.h"
 #include "engine/observer.h"
 #include "memory/document.h"
 #include "paragraph_counter.h"
 
 #include <optional>
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace pluvo::runs {
 
@@ -19,16 +22,20 @@ Failure failureFrom(const errors::DocumentError& error);
 /// stops the pass where going on makes no sense: a document that cannot be saved, a change that was refused.
 class PassWatcher final : public engine::Observer {
  public:
-  /// All of them outlive it. The obstacle is why the document may not be replaced, where it would be.
+  /// All of them outlive it. The obstacle is why the document may not be replaced, where it would be. Where
+  /// counts by place are wanted it adds to them.
   PassWatcher(memory::MemoryDocument& document, const engine::Request& request,
-              const std::optional<Failure>& obstacle, bool keepGoing, Asking& asking, const BlockSink& blocks)
+              const std::optional<Failure>& obstacle, bool keepGoing, Asking& asking, const BlockSink& blocks,
+              CountsByPlace* places)
       : document_(document),
         request_(request),
         obstacle_(obstacle),
         keepGoing_(keepGoing),
         asking_(asking),
-        blocks_(blocks) {}
+        blocks_(blocks),
+        places_(places) {}
 
+  void enters(std::int32_t story) override;
   Answer searching() override { return asking_.isCancelled() ? Answer::stop : Answer::goOn; }
   Answer found(const engine::Block& block) override;
   Decision decide(const engine::Block& block) override;
@@ -45,6 +52,8 @@ class PassWatcher final : public engine::Observer {
   std::pair<std::int32_t, std::int32_t> changedSpan(word::Range& place) const;
   /// Whether anybody is shown the blocks; reading them costs.
   bool looks() const { return blocks_ != nullptr || request_.confirmEach; }
+  PlaceCounts& counts() const { return places_->at(static_cast<std::size_t>(name_.place)); }
+  Failure inPlace(const errors::Fault& fault) const;
   void leave(const engine::Block& block);
 
   memory::MemoryDocument& document_;
@@ -53,6 +62,11 @@ class PassWatcher final : public engine::Observer {
   const bool keepGoing_;
   Asking& asking_;
   const BlockSink& blocks_;
+  CountsByPlace* places_;
+  std::int32_t story_ = 0;
+  document::StoryName name_;
+  std::string place_;                       ///< the story's name in words; empty for main text
+  std::vector<document::StoryName> names_;  ///< of all stories, once the pass has left main text
   std::optional<Failure> firstRefusal_;
   std::optional<Failure> failure_;
   std::optional<Failure> lastFault_;  ///< unless it was that of a refused change

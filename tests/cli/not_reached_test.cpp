@@ -21,9 +21,9 @@ std::string secretEverywhere() {
 }
 
 const std::string kTold =
-    "1 block in headers; the beginning also occurs in hidden text (1). Requests work in main text alone; see "
-    "to "
-    "the rest in a word processor.";
+    "1 block in headers; the beginning also occurs in hidden text (1). Requests work there with --in "
+    "headers; "
+    "see to the rest in a word processor.";
 
 TEST(NotReached, IsToldAndFailsAStrictRun) {
   const std::string line = "pluvo: d.docx: not reached: " + kTold + "\n";
@@ -81,8 +81,8 @@ TEST(NotReached, IsToldOfAllRequestsInReportsAndWhereADocumentFails) {
                     HasSubstr(">2 blocks in headers</td>"), HasSubstr(">hidden text (2)</td>")));
   EXPECT_THAT(
       sandbox.get("r.csv"),
-      AllOf(HasSubstr(",encoding,not reached,not looked into\r\n"),
-            HasSubstr(",\"2 blocks in headers; the beginning also occurs in hidden text (2)\",\"\"\r\n")));
+      AllOf(HasSubstr(",encoding,not reached,not looked into,place\r\n"),
+            HasSubstr(",\"2 blocks in headers; the beginning also occurs in hidden text (2)\",\"\",\r\n")));
 }
 
 }  // namespace

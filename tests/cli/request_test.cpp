@@ -72,7 +72,11 @@ TEST(Request, RefusesWithASentenceThatSaysWhatToDo) {
       {"find --bgein x f", "'--bgein'. Did you mean --begin?"},
       {"find --mtach-case f", "Did you mean --match-case?"},
       {"find --no-such-thing f", "'pluvo --help' lists"},
-      {"find --in x f", "Did you mean --inside or --inside-file?"},
+      {"find -b x --in headres f",
+       "--in takes main, headers, footers, footnotes, endnotes, comments, boxes, notes or all, several with "
+       "commas between, not 'headres'. Did you mean headers?"},
+      {"find -b x --in main, f", "--in takes main, headers"},
+      {"run --in main f.toml d", "--in has no meaning with run"},
       {"find -x f", "no option '-x'"},
       {"find --json=yes f", "--json takes no value"},
       {"find -b x -b y f", "--begin is given twice"},

@@ -1,5 +1,6 @@
 #include "elsewhere/elsewhere.h"
 
+#include "document/place_names.h"
 #include "formats/docx/document_builder.h"
 #include "storage/files/as_text.h"
 
@@ -20,7 +21,7 @@ std::string told(const Elsewhere& found) {
         (result.empty() ? "" : ", ") + std::string(key) + (count < 0 ? "" : " " + std::to_string(count));
   };
   for (std::size_t i = 0; i < found.stories.size(); ++i)
-    add(keyOf(static_cast<formats::OtherStory>(i)), found.stories[i]);
+    add(keyOf(static_cast<document::Place>(i)), found.stories[i]);
   for (std::size_t i = 0; i < found.unreached.size(); ++i)
     add(keyOf(static_cast<formats::Unreached>(i)), found.unreached[i]);
   for (std::size_t i = 0; i < found.notLookedInto.size(); ++i)
@@ -39,7 +40,7 @@ engine::Request requestFor(std::u16string begin) {
 const engine::Request kSecret = requestFor(u"SECRET");
 
 std::string look(const docx::Opened& document, const engine::Request& request = kSecret) {
-  return told(lookElsewhere(*document.source, document.model, {&request, 1}));
+  return told(lookElsewhere(*document.source, document.document, {&request, 1}));
 }
 std::string look(const std::string& body, Parts parts = {}, const engine::Request& request = kSecret) {
   return look(docx::open(docx::documentOf(body, std::move(parts))), request);

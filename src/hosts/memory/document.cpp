@@ -70,7 +70,8 @@ std::shared_ptr<word::Range> MemoryDocument::rangeIn(std::int32_t story, std::in
 
 std::optional<std::int32_t> MemoryDocument::nextStory(word::StoryKinds kinds, std::int32_t from) {
   for (std::size_t i = static_cast<std::size_t>(from); i < stories().count(); ++i) {
-    if ((word::kindsOf(stories().story(i).kind()) & kinds) != 0) return static_cast<std::int32_t>(i);
+    const bool isWanted = (word::kindsOf(stories().story(i).kind()) & kinds) != 0;
+    if (isWanted && !stories().isGone(i)) return static_cast<std::int32_t>(i);
   }
   return std::nullopt;
 }

@@ -9,9 +9,9 @@ namespace {
 
 constexpr std::string_view kNotReached =
     "<h2>Not reached</h2>\n"
-    "<p class=\"soft\">Requests work in main text alone. These documents hold blocks elsewhere, or the "
-    "beginning "
-    "of a block in places that no request reaches; see to them in a word processor.</p>\n"
+    "<p class=\"soft\">These documents hold blocks in places that the requests did not work in, which --in "
+    "names, or the beginning of a block in places that no request reaches; see to those in a word "
+    "processor.</p>\n"
     "<table><thead><tr><th>Document</th><th>Blocks elsewhere</th><th>The beginning occurs in</th>"
     "<th>Could not be read</th></tr></thead><tbody>\n";
 constexpr std::string_view kNotLookedInto =

@@ -1,4 +1,5 @@
 #include "base/shown.h"
+#include "document/place_names.h"
 #include "elsewhere/words.h"
 #include "reports/report_file.h"
 #include "reports/report_kinds.h"
@@ -50,7 +51,7 @@ class CsvReport final : public Observer {
     file_.addLater(row({field("block"), field(path), field(state), "", "", "",
                         std::to_string(block.paragraph), field(block.before.lead), field(block.before.piece),
                         block.after ? field(block.after->piece) : "", field(block.before.trail),
-                        field(message), "", "", ""}));
+                        field(message), "", "", "", field(block.place.empty() ? "main text" : block.place)}));
   }
 
   void document(const Outcome& outcome) override {
@@ -66,20 +67,32 @@ class CsvReport final : public Observer {
     file_.addLater(row({field("document"), field(outcome.path), field(state), std::to_string(outcome.found),
                         std::to_string(outcome.operated), std::to_string(outcome.skipped), "", "", "", "", "",
                         field(message), field(outcome.encoding), field(notReached(outcome.elsewhere)),
-                        field(notLookedIntoInWords(outcome.elsewhere))}));
+                        field(notLookedIntoInWords(outcome.elsewhere)), ""}));
+    if (outcome.places) addPlaces(outcome.path, *outcome.places);
   }
 
   void leftOut(const LeftOut& leftOut) override {
     file_.addLater(row({field("not taken"), field(leftOut.path), field(wordsOf(leftOut.reason)), "", "", "",
-                        "", "", "", "", "", "", "", "", ""}));
+                        "", "", "", "", "", "", "", "", "", ""}));
   }
 
   void ends(const Totals& /*totals*/) override {
     if (slices_ != nullptr) std::ranges::for_each(*slices_, [&](auto& slice) { addSlice(slice); });
-    file_.finish(std::string(kCsvMark) + "message,encoding,not reached,not looked into\r\n", "");
+    file_.finish(std::string(kCsvMark) + "message,encoding,not reached,not looked into,place\r\n", "");
   }
 
  private:
+  /// What was done in each place of a document.
+  void addPlaces(const std::string& path, const CountsByPlace& places) {
+    for (const document::Place place : document::kAllPlaces) {
+      const PlaceCounts& counts = places.at(static_cast<std::size_t>(place));
+      if (counts.found == 0) continue;
+      file_.addLater(
+          row({field("place"), field(path), "", std::to_string(counts.found), std::to_string(counts.operated),
+               std::to_string(counts.skipped), "", "", "", "", "", "", "", "", "", field(wordsOf(place))}));
+    }
+  }
+
   void addSlice(const SliceTold& slice) {
     const std::string name =
         slice.run + " " + std::to_string(slice.number) + "/" + std::to_string(slice.count);
@@ -88,7 +101,7 @@ class CsvReport final : public Observer {
                                 " failed, " + std::to_string(slice.missing) + " missing" +
                                 (slice.machines.empty() ? "" : "; " + slice.machines);
     file_.addLater(row({field("slice"), field(name), field(wordsOf(slice.stage)), "", "", "", "", "", "", "",
-                        "", field(message), "", "", ""}));
+                        "", field(message), "", "", "", ""}));
   }
 
   ReportFile file_;

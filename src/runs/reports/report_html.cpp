@@ -1,4 +1,6 @@
+#include "base/ascii.h"
 #include "base/shown.h"
+#include "document/place_names.h"
 #include "elsewhere/words.h"
 #include "reports/html_text.h"
 #include "reports/not_reached_section.h"
@@ -22,7 +24,9 @@ std::string line(std::string_view kind, const Excerpt& excerpt, std::string_view
 }
 
 std::string item(const BlockReport& block) {
-  std::string html = "<li><p class=\"soft\">Paragraph " + std::to_string(block.paragraph);
+  std::string where = block.place.empty() ? "Paragraph " : block.place + ", paragraph ";
+  where.front() = base::asciiUpper(where.front());
+  std::string html = "<li><p class=\"soft\">" + where + std::to_string(block.paragraph);
   if (block.deleted) html += ", in deleted text";
   if (block.refused)
     return html + ": <span class=\"bad\">refused</span></p>" + line("", block.before, "mark") + "</li>\n";
@@ -47,8 +51,8 @@ class HtmlReport final : public Observer {
     notReached_.add(outcome);
     if (!items_.empty()) {
       file_.addLater("<details><summary>" + escaped(base::shown(outcome.path)) + " <span class=\"soft\">" +
-                     std::to_string(outcome.found) + (outcome.found == 1 ? " block" : " blocks") +
-                     "</span></summary><ol>\n" + items_ + "</ol></details>\n");
+                     foundInWords(outcome.found, outcome.places) + "</span></summary><ol>\n" + items_ +
+                     "</ol></details>\n");
     }
     items_.clear();
   }
@@ -73,7 +77,7 @@ class HtmlReport final : public Observer {
         total(slices_ != nullptr ? "Not worked on" : "Left out", totals.leftOut) +
         (totals.unfinished > 0 ? total("Unfinished", totals.unfinished) : "") +
         total("Not reached", blocksIn(totals.elsewhere) + occurrencesIn(totals.elsewhere)) + "</dl>\n";
-    beginning += slices();
+    beginning += places(totals) + slices();
     beginning += table("Documents not processed", failures_, "<th>Reason</th><th>What to do</th>");
     beginning +=
         table("Documents", rows_,
@@ -95,6 +99,23 @@ class HtmlReport final : public Observer {
       "all</button>"
       "<span class=\"soft\">Keys: / to the names, j and k from document to document, Enter "
       "opens</span></nav>\n";
+
+  static std::string places(const Totals& totals) {
+    if (!totals.places) return {};
+    std::string rows;
+    for (const document::Place place : document::kAllPlaces) {
+      const PlaceCounts& counts = totals.places->at(static_cast<std::size_t>(place));
+      if (counts.found == 0) continue;
+      std::string name(wordsOf(place));
+      name.front() = base::asciiUpper(name.front());
+      rows += "<tr><td>" + name + "</td>" + cell("Found", counts.found) +
+              cell("Operated on", counts.operated) + cell("Skipped", counts.skipped) + "</tr>\n";
+    }
+    if (rows.empty()) return {};
+    return "<h2>Places</h2>\n<table><thead><tr><th>Place</th><th class=\"n\">Found</th>"
+           "<th class=\"n\">Operated on</th><th class=\"n\">Skipped</th></tr></thead><tbody>\n" +
+           rows + "</tbody></table>\n";
+  }
 
   std::string slices() const {
     if (slices_ == nullptr) return {};

@@ -20,6 +20,7 @@ std::string object(const Excerpt& excerpt) {
 std::string object(const BlockReport& block) {
   return base::JsonObject()
       .text("command", nameOf(block.request->operation))
+      .text("place", block.place.empty() ? "main text" : block.place)
       .number("paragraph", block.paragraph)
       .json("before", object(block.before))
       .json("after", block.after ? object(*block.after) : "null")

@@ -33,6 +33,7 @@ constexpr std::array kKeys = {
     Key{"inside", &W::inside, nullptr, kAll},
     Key{"apart", &W::apart, nullptr, kAll},
     Key{"unit", &W::unit, nullptr, kAll},
+    Key{"in", &W::in, nullptr, kAll},
     Key{"on", &W::on, nullptr, kAll},
     Key{"text", &W::text, nullptr, setOf(engine::kInsert) | setOf(engine::kReplace)},
     Key{"before", nullptr, &W::before, setOf(engine::kInsert)},

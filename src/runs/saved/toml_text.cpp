@@ -51,6 +51,7 @@ std::string tomlOf(const engine::Request& request) {
   line(!request.inside.empty(), "inside", quoted(request.inside));
   line(request.distance != 0, "apart", std::to_string(request.distance));
   line(request.unit != engine::kParagraphs, "unit", word(kUnitNames[request.unit]));
+  line(request.stories != word::kMainTextAlone, "in", word(placesIn(request)));
   line(request.location != engine::kSelection && !request.end.empty(), "on",
        word(kLocationNames[request.location]));
   line(inserts || request.operation == engine::kReplace, "text", quoted(request.text));

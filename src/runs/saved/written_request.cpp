@@ -3,10 +3,12 @@
 #include "base/suggest.h"
 #include "base/text.h"
 #include "base/utf.h"
+#include "document/place_names.h"
 #include "runs/colors.h"
 
 #include <charconv>
 #include <span>
+#include <vector>
 
 namespace pluvo::runs {
 namespace {
@@ -84,6 +86,34 @@ void readBlock(const WrittenRequest& written, engine::Request& request) {
                        "apart");
 }
 
+/// Without blanks around it.
+std::string_view trimmed(std::string_view word) {
+  const std::size_t from = word.find_first_not_of(" \t");
+  if (from == std::string_view::npos) return {};
+  return word.substr(from, word.find_last_not_of(" \t") + 1 - from);
+}
+
+document::Places placesNamed(std::string_view word) {
+  if (word == "all") return document::Places::all();
+  if (word == "notes") return {document::Place::footnotes, document::Place::endnotes};
+  if (const auto place = document::placeNamed(word)) return {*place};
+  std::vector<std::string_view> names;
+  for (const document::Place place : document::kAllPlaces) names.push_back(document::keyOf(place));
+  names.insert(names.end(), {"notes", "all"});
+  refuse("in", " takes " + base::joinedWithOr(names) + ", several with commas between, not '" +
+                   std::string(word) + "'." + base::didYouMean(word, names));
+}
+
+word::StoryKinds storiesFrom(std::string_view written) {
+  unsigned kinds = 0;
+  while (true) {
+    const std::size_t comma = written.find(',');
+    kinds |= document::kindsIn(placesNamed(trimmed(written.substr(0, comma))));
+    if (comma == std::string_view::npos) return static_cast<word::StoryKinds>(kinds);
+    written.remove_prefix(comma + 1);
+  }
+}
+
 void readLocation(const WrittenRequest& written, engine::Request& request) {
   if (written.on) request.location = codeNamed<engine::LocationCode>(*written.on, "on", kLocationNames);
   if (request.location == engine::kEnding && request.end.empty())
@@ -115,6 +145,7 @@ engine::Request requestFrom(engine::OperationCode operation, const WrittenReques
   engine::Request request;
   request.operation = operation;
   readBlock(written, request);
+  if (written.in) request.stories = storiesFrom(*written.in);
   readLocation(written, request);
   readChange(written, request);
   request.wholeWords = written.wholeWords;
@@ -123,6 +154,16 @@ engine::Request requestFrom(engine::OperationCode operation, const WrittenReques
   request.startAtTop = true;
   request.liftLimits = true;
   return request;
+}
+
+std::string placesIn(const engine::Request& request) {
+  const document::Places places = document::placesOf(request.stories);
+  if (places == document::Places::all()) return "all";
+  std::string words;
+  for (const document::Place place : document::kAllPlaces) {
+    if (places.has(place)) words += (words.empty() ? "" : ",") + std::string(document::keyOf(place));
+  }
+  return words;
 }
 
 std::string_view nameOf(engine::OperationCode operation) {

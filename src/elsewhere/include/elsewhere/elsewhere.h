@@ -1,6 +1,7 @@
 #pragma once
 
-#include "document/story.h"
+#include "document/document.h"
+#include "document/place.h"
 #include "engine/request.h"
 #include "formats/format.h"
 #include "formats/other_texts.h"
@@ -22,7 +23,7 @@ struct Damage {
 
 /// What a request would have met where it did not work.
 struct Elsewhere {
-  std::array<std::int64_t, formats::kOtherStories> stories{};  ///< whole blocks, by formats::OtherStory
+  std::array<std::int64_t, document::kPlaces> stories{};  ///< whole blocks, by document::Place
   std::array<std::int64_t, formats::kUnreached>
       unreached{};  ///< occurrences of the beginning, by formats::Unreached
   std::array<bool, formats::kOpaque> notLookedInto{};
@@ -33,19 +34,18 @@ struct Elsewhere {
   Elsewhere& operator+=(const Elsewhere& other);
 };
 
-/// Names that scripts rely on: "headers", "hidden", "objects".
-std::string_view keyOf(formats::OtherStory kind);
+/// Names that scripts rely on: "hidden", "objects".
 std::string_view keyOf(formats::Unreached kind);
 std::string_view keyOf(formats::Opaque kind);
-/// Words that follow a number and "in": "headers", "hidden text"; of what is not looked into: "pictures".
-std::string_view wordsOf(formats::OtherStory kind);
+/// Words that follow a number and "in": "hidden text"; of what is not looked into: "pictures".
 std::string_view wordsOf(formats::Unreached kind);
 std::string_view wordsOf(formats::Opaque kind);
 
-/// Looks for the blocks and the beginnings of requests, which are counted together. Called after the passes
-/// and before saving, over main text as they left it: what they deleted does not count, nor does what they
-/// wrote.
-Elsewhere lookElsewhere(const formats::Source& source, const document::Story& main,
+/// Looks for the blocks and the beginnings of requests, which are counted together. In the stories that a
+/// request works in only the beginning counts, where its view does not show it. Called after the passes and
+/// before saving, over the stories as they left them: what they deleted does not count. The source tells of
+/// the places in which the document has no story.
+Elsewhere lookElsewhere(const formats::Source& source, const document::Document& document,
                         std::span<const engine::Request> requests);
 
 }  // namespace pluvo::elsewhere

@@ -15,7 +15,8 @@ struct Excerpt {
   std::string trail;  ///< what stands behind it, in the paragraph it ends in
 };
 
-/// What stands at [start, end). No more of the document is read than is shown, however long the piece is.
-Excerpt excerptOf(word::Document& document, std::int32_t start, std::int32_t end);
+/// What stands at [start, end) in a story, see word::Document. No more of the document is read than is shown,
+/// however long the piece is.
+Excerpt excerptOf(word::Document& document, std::int32_t story, std::int32_t start, std::int32_t end);
 
 }  // namespace pluvo::runs

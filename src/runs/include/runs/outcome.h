@@ -1,12 +1,16 @@
 #pragma once
 
+#include "document/place.h"
 #include "elsewhere/elsewhere.h"
 #include "engine/request.h"
 #include "errors/document_error.h"
 #include "files/saving.h"
 #include "runs/excerpt.h"
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 
@@ -30,6 +34,18 @@ struct Failure {
   std::string happened = {};
 };
 
+/// What was done in one place of a document, or of all documents.
+struct PlaceCounts {
+  std::int64_t found = 0;
+  std::int64_t operated = 0;
+  std::int64_t skipped = 0;
+  /// Of one document: how many blocks were found in each story there, by its number (see
+  /// document::StoryName). Empty for main text.
+  std::map<std::size_t, std::int64_t> stories = {};
+};
+/// By document::Place.
+using CountsByPlace = std::array<PlaceCounts, document::kPlaces>;
+
 /// What became of one document.
 struct Outcome {
   std::string path;  ///< bytes, as the user named it
@@ -38,8 +54,10 @@ struct Outcome {
   std::int64_t skipped = 0;
   std::int64_t refused = 0;  ///< operations refused and passed over
   std::int64_t tooFar = 0;   ///< beginnings with an ending that was too far away
-  bool changed = false;      ///< an operation made a difference
-  bool cutShort = false;     ///< the run was ended in it, so that it is not done with
+  /// The same of each place; only where requests work elsewhere than in main text.
+  std::optional<CountsByPlace> places = std::nullopt;
+  bool changed = false;   ///< an operation made a difference
+  bool cutShort = false;  ///< the run was ended in it, so that it is not done with
   bool saved = false;
   bool earlier = false;  ///< it was done with by an earlier attempt at this slice, and was left alone now
   std::string savedAs;   ///< the new document, where the original stays; else empty
@@ -64,21 +82,26 @@ struct Totals {
   std::int64_t operated = 0;  ///< in the documents that are counted as changed
   std::int64_t skipped = 0;
   std::int64_t tooFar = 0;
-  std::int64_t changed = 0;     ///< documents saved; with --dry-run, those that would be
-  std::int64_t failed = 0;      ///< but for temporary files, which are skipped
-  std::int64_t leftOut = 0;     ///< files and folders that were found and not taken
-  std::int64_t links = 0;       ///< among them
-  std::int64_t earlier = 0;     ///< documents done with by earlier attempts at this slice
-  std::int64_t unfinished = 0;  ///< documents that a run cut short did not work on to their end
+  std::optional<CountsByPlace> places;  ///< as in an Outcome, without stories
+  std::int64_t changed = 0;             ///< documents saved; with --dry-run, those that would be
+  std::int64_t failed = 0;              ///< but for temporary files, which are skipped
+  std::int64_t leftOut = 0;             ///< files and folders that were found and not taken
+  std::int64_t links = 0;               ///< among them
+  std::int64_t earlier = 0;             ///< documents done with by earlier attempts at this slice
+  std::int64_t unfinished = 0;          ///< documents that a run cut short did not work on to their end
   elsewhere::Elsewhere elsewhere;
   std::int64_t notReached = 0;  ///< documents that it is about
 
   void add(const Outcome& outcome);
 };
 
+/// "5 blocks", and where requests work elsewhere than in main text "5 blocks (3 in main text, 2 in headers)".
+std::string foundInWords(std::int64_t found, const std::optional<CountsByPlace>& places);
+
 /// One block as it was found and as an operation left it.
 struct BlockReport {
   const engine::Request* request = nullptr;  ///< one of the plan's
+  std::string place;                         ///< "header 2", "footnote 4"; empty for main text
   std::int32_t paragraph = 0;                ///< it begins in, from 1, as the document was before the pass
   Excerpt before;
   std::optional<Excerpt> after;  ///< nothing for find

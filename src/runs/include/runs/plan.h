@@ -45,6 +45,8 @@ struct Plan {
   std::string command;  ///< what the run is called in its report and its journal
 
   bool findsOnly() const;
+  /// Whether some request works elsewhere than in main text.
+  bool worksBeyondMainText() const;
   /// Whether documents are replaced.
   bool changesInPlace() const { return !findsOnly() && !dryRun && !outputFolder; }
 };

@@ -14,7 +14,7 @@ namespace pluvo::runs {
 /// texts, nothing has been looked at.
 struct WrittenRequest {
   std::optional<std::string> begin, end, inside, text;
-  std::optional<std::string> apart, unit, on, color;
+  std::optional<std::string> apart, unit, in, on, color;
   bool before = false;
   bool after = false;
   bool extraSpace = false;
@@ -41,6 +41,9 @@ engine::Request requestFrom(engine::OperationCode operation, const WrittenReques
 
 /// "find", "insert", "replace", "delete" and "highlight".
 std::string_view nameOf(engine::OperationCode operation);
+
+/// The places of a request, as "in" has them: "main", "headers,footers", "all".
+std::string placesIn(const engine::Request& request);
 
 // The words for the codes of a request, by their values.
 inline constexpr std::string_view kUnitNames[] = {"word", "sentence", "paragraph", "document"};

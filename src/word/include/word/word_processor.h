@@ -177,7 +177,7 @@ class Document {
 
   // Beyond Word's own members: stories by their numbers in the document, main text first, which is 0. A word
   // processor that does not number them has main text alone.
-  /// The first story of these kinds, from a number on; nothing where there is none.
+  /// The first story of these kinds that is still there, from a number on; nothing where there is none.
   virtual std::optional<std::int32_t> nextStory(StoryKinds kinds, std::int32_t from) {
     return from == 0 && (kinds & kMainTextAlone) != 0 ? std::optional<std::int32_t>(0) : std::nullopt;
   }
