@@ -1,10 +1,10 @@
-#include "encoding.h"
+#include "code_pages/coding.h"
 
 #include <algorithm>
 #include <array>
 #include <cstring>
 
-namespace pluvo::plain {
+namespace pluvo::code_pages {
 
 namespace {
 
@@ -42,4 +42,4 @@ bool isAssignedInWindows1252(base::ByteSpan bytes) {
   return true;
 }
 
-}  // namespace pluvo::plain
+}  // namespace pluvo::code_pages
