@@ -33,7 +33,9 @@ void requireRemovable(const Story& story, Span span) {
   const PartlyCovered<Field> partly(story.fields(), over(span.from), over(span.to));
   for (const auto& run : story.structure().runs(span.from, span.to)) {
     const Restriction* const restriction = restrictionOf(story, run.value);
-    if (restriction == nullptr || restriction->of == Restriction::Of::highlight) continue;
+    if (restriction == nullptr || restriction->of == Restriction::Of::highlight ||
+        restriction->of == Restriction::Of::colour)
+      continue;
     if (restriction->of == Restriction::Of::part && !partly.holds(run.value.field)) continue;
     refuse(*restriction);
   }
@@ -59,7 +61,9 @@ void requirePossible(const Story& story, Span highlighted) {
   if (story.restrictions().empty()) return;
   for (const auto& run : story.structure().runs(highlighted.from, highlighted.to)) {
     const Restriction* const restriction = restrictionOf(story, run.value);
-    if (restriction != nullptr && restriction->of == Restriction::Of::change) refuse(*restriction);
+    if (restriction == nullptr) continue;
+    if (restriction->of == Restriction::Of::change || restriction->of == Restriction::Of::colour)
+      refuse(*restriction);
   }
 }
 

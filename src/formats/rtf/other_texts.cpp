@@ -1,7 +1,8 @@
 #include "other_texts.h"
 
 #include "document/kept.h"
-#include "reader.h"
+#include "document/place.h"
+#include "document_reader.h"
 
 #include <optional>
 #include <string>
@@ -16,7 +17,7 @@ using formats::Unreached;
 namespace {
 
 Content contentOf(std::string_view file, Tables& tables, const SkippedGroup& group) {
-  TextReader reader(file, group.bytes.end - group.inside);
+  TextReader reader(file, {group.bytes.end - group.inside});
   Walker walker(file, {group.inside, 1}, tables, reader);
   reader.follow(walker);
   walker.walk();
@@ -31,6 +32,11 @@ std::u16string unitsOf(const Content& content) {
   return units;
 }
 
+OtherStory otherStoryOf(word::WdStoryType kind) {
+  // Both are in the same order, and one has main text before the others.
+  return static_cast<OtherStory>(static_cast<int>(document::placeOf(kind)) - 1);
+}
+
 /// Tells the groups that a walk over main text, or another story, skips.
 class Teller final : public Events {
  public:
@@ -42,17 +48,8 @@ class Teller final : public Events {
   void text(Extent bytes) override { position_ += static_cast<text::Position>(bytes.end - bytes.begin); }
   void character(const Character& character) override { position_ += character.units(); }
   void group(const SkippedGroup& group) override {
+    if (holdsStories(group.word)) return stories(group);
     switch (group.word) {
-      case Word::header:
-        return story(OtherStory::headers, group);
-      case Word::footer:
-        return story(OtherStory::footers, group);
-      case Word::footnote:
-        return storyOfCharacter(isEndnote(group) ? OtherStory::endnotes : OtherStory::footnotes, group);
-      case Word::annotation:
-        return storyOfCharacter(OtherStory::comments, group);
-      case Word::shp:
-        return goes() ? void() : boxes(group);
       case Word::mmath:
         return goes() ? void() : formula(group);
       case Word::info:
@@ -70,47 +67,33 @@ class Teller final : public Events {
   }
 
  private:
-  static constexpr int kDeepest = 8;
-
   /// Whether the character that was told last went from main text.
   bool goes() const { return kept_ != nullptr && position_ > 0 && !kept_->holds(position_ - 1); }
 
-  void storyOfCharacter(OtherStory kind, const SkippedGroup& group) {
-    if (!goes()) story(kind, group);
-  }
-
-  void story(OtherStory kind, const SkippedGroup& group) {
-    if (depth_ == kDeepest) return texts_.damaged("a text within others", "It is nested more than 8 deep.");
-    texts_.story(kind, contentOf(file_, tables_, group));
-    Teller inner(file_, tables_, nullptr, texts_, depth_ + 1);
-    Walker(file_, {group.inside, 1}, tables_, inner).walk();
+  void stories(const SkippedGroup& group) {
+    if (isOneCharacter(group.word) && goes()) return;
+    if (group.word == Word::shp) pictures(group);
+    for (const StoryGroup& found : storyGroupsIn(file_, group).stories) {
+      if (depth_ == kDeepestStory)
+        return texts_.damaged("a text within others", "It is nested more than 8 deep.");
+      const SkippedGroup story{group.word, found.inside, found.bytes};
+      texts_.story(otherStoryOf(found.kind), contentOf(file_, tables_, story));
+      Teller inner(file_, tables_, nullptr, texts_, depth_ + 1);
+      Walker(file_, {found.inside, 1}, tables_, inner).walk();
+    }
   }
 
   Tokens within(const SkippedGroup& group) const {
     return Tokens(file_.substr(0, group.bytes.end), group.inside);
   }
 
-  bool isEndnote(const SkippedGroup& group) const {
-    constexpr int kNear = 16;
-    Tokens tokens = within(group);
-    for (int i = 0; i < kNear; ++i) {
-      const Token token = tokens.next();
-      if (token.kind == Token::Kind::word && token.word == Word::ftnalt) return true;
-      if (token.kind == Token::Kind::text || token.kind == Token::Kind::end) return false;
-    }
-    return false;
-  }
-
-  /// The texts of a shape, but for those of its picture for older programs.
-  void boxes(const SkippedGroup& group) {
-    Tokens tokens = within(group);
+  /// Of a shape, but for those of what it is to older programs.
+  void pictures(const SkippedGroup& shape) {
+    Tokens tokens = within(shape);
     for (Token token = tokens.next(); token.kind != Token::Kind::end; token = tokens.next()) {
       if (token.kind != Token::Kind::word) continue;
       if (token.word == Word::pict) texts_.notLookedInto(Opaque::pictures);
-      if (token.word != Word::shptxt && token.word != Word::shprslt) continue;
-      const std::size_t inside = tokens.at();
-      if (!tokens.skipGroup()) return;
-      if (token.word == Word::shptxt) story(OtherStory::boxes, {token.word, inside, {inside, tokens.at()}});
+      if ((token.word == Word::shptxt || token.word == Word::shprslt) && !tokens.skipGroup()) return;
     }
   }
 

@@ -18,17 +18,26 @@ bool isParagraphEnd(Kind kind) { return kind == Kind::paragraph || kind == Kind:
 
 }  // namespace
 
-TextReader::TextReader(std::string_view bytes, std::size_t size) : bytes_(bytes) {
-  builder_.expect(std::min(size, kMostExpected));
+TextReader::TextReader(std::string_view bytes, const ReadFor& what) : bytes_(bytes), what_(what) {
+  builder_.expect(std::min(what.size, kMostExpected));
+  if (what.uncolouredTo == 0) return;
+  colourless_ = builder_.addRestriction(
+      {document::Restriction::Of::colour,
+       "The document names its colours after this text, which can therefore not be highlighted; save the "
+       "document in a word processor first."});
 }
 
-Look TextReader::look() const {
+/// Of the character that begins there.
+Look TextReader::lookAt(std::size_t begin) {
   const State& state = walker_->state();
-  return {state.hidden, state.highlight, state.deleted};
+  Look look{state.hidden, state.highlight, state.deleted};
+  if (begin < what_.uncolouredTo) look.restriction = colourless_;
+  if (length_ == 0) firstAt_ = begin;
+  return look;
 }
 
 void TextReader::text(Extent bytes) {
-  const Look now = look();
+  const Look now = lookAt(bytes.begin);
   const std::string_view ascii = bytes_.substr(bytes.begin, bytes.end - bytes.begin);
   count(ascii.size());
   add({}, now);
@@ -37,19 +46,21 @@ void TextReader::text(Extent bytes) {
 }
 
 void TextReader::add(std::u16string_view units, const Look& look) {
-  const bool goesOn = !pieces_.empty() && pieces_.back().kind == Kind::ordinary &&
-                      pieces_.back().look.hidden == look.hidden &&
-                      pieces_.back().look.highlight == look.highlight &&
-                      pieces_.back().look.deleted == look.deleted;
+  const bool goesOn =
+      !pieces_.empty() && pieces_.back().kind == Kind::ordinary &&
+      pieces_.back().look.hidden == look.hidden && pieces_.back().look.highlight == look.highlight &&
+      pieces_.back().look.deleted == look.deleted && pieces_.back().look.restriction == look.restriction;
   if (!goesOn) pieces_.push_back({Kind::ordinary, look, 0, units_.size(), 0});
   units_ += units;
   pieces_.back().count += units.size();
   count(units.size());
 }
 
-void TextReader::addPiece(Kind kind, std::size_t place, std::uint16_t depth) {
+void TextReader::addPiece(const Character& character) {
   // The end of a row is nothing that has a look.
-  pieces_.push_back({kind, kind == Kind::row ? Look{} : look(), depth, place, 0});
+  const bool isRow = character.kind == Kind::row;
+  const std::size_t place = character.bytes.begin;
+  pieces_.push_back({character.kind, isRow ? Look{} : lookAt(place), character.depth, place, 0});
   count(1);
 }
 
@@ -63,16 +74,16 @@ void TextReader::count(std::size_t units) {
 
 void TextReader::character(const Character& character) {
   if (character.kind == Kind::ordinary) {
-    Look now = look();
+    Look now = lookAt(character.bytes.begin);
     // Nobody sees where a comment is anchored, so a text is found across it.
     if (character.unit == text::kCommentReference && character.group == Word::annotation) {
       now.hidden = true;
-      if (character.comment) comments_.push_back({units_.size(), *character.comment});
+      if (character.comment) waiting_.push_back({units_.size(), character.comment});
     }
     const char16_t units[] = {character.unit, character.second};
     return add({units, static_cast<std::size_t>(character.units())}, now);
   }
-  addPiece(character.kind, character.bytes.begin, character.depth);
+  addPiece(character);
   switch (character.kind) {
     case Kind::paragraph:
       if (character.depth == 0) settle();
@@ -126,8 +137,8 @@ void TextReader::play() {
   for (; from < pieces_.size(); ++from) play(pieces_[from]);
   pieces_.clear();
   units_.clear();
-  comments_.clear();
-  nextComment_ = 0;
+  waiting_.clear();
+  nextWaiting_ = 0;
 }
 
 void TextReader::goToDepth(std::size_t depth) {
@@ -155,10 +166,16 @@ void TextReader::play(const Piece& piece) {
       builder_.endField(piece.look);
       break;
     default:
-      for (; nextComment_ < comments_.size() && comments_[nextComment_].unit < piece.from + piece.count;
-           ++nextComment_) {
-        const auto offset = static_cast<text::Position>(comments_[nextComment_].unit - piece.from);
-        map_.comments.emplace(builder_.length() + offset, comments_[nextComment_].number);
+      for (; nextWaiting_ < waiting_.size() && waiting_[nextWaiting_].unit < piece.from + piece.count;
+           ++nextWaiting_) {
+        const Waiting& waiting = waiting_[nextWaiting_];
+        const auto offset = static_cast<text::Position>(waiting.unit - piece.from);
+        const text::Position position = builder_.length() + offset;
+        if (waiting.comment) {
+          map_.comments.emplace(position, *waiting.comment);
+        } else {
+          groups_[waiting.group].anchor = position;
+        }
       }
       builder_.append(std::u16string_view(units_).substr(piece.from, piece.count), piece.look);
   }
@@ -205,11 +222,11 @@ void TextReader::playRowMark(const Piece& piece) {
   levels_.back() = {builder_.length(), false, false};
 }
 
-void TextReader::end(std::size_t) {
+void TextReader::end(std::size_t at) {
   settle();
   goToDepth(0);
   if (endsInMark_) return;
-  builder_.append(text::kParagraphMark, look());
+  builder_.append(text::kParagraphMark, lookAt(at));
   map_.endsWithoutBytes = true;
 }
 
@@ -217,15 +234,11 @@ void TextReader::word(const Token& token) {
   if (isBetween(token.word, Word::formprot, Word::enforceprot)) protection_.word(token);
 }
 
-void TextReader::group(const SkippedGroup& group) { protection_.group(group); }
-
-ReadDocument readDocument(std::string_view bytes) {
-  TextReader reader(bytes, bytes.size());
-  Walker walker(bytes, reader);
-  reader.follow(walker);
-  walker.walk();
-  ReadText read = reader.finish();
-  return {std::move(read.content), std::move(read.map), walker.tables(), reader.protection()};
+void TextReader::group(const SkippedGroup& group) {
+  protection_.group(group);
+  if (!what_.groups || !holdsStories(group.word)) return;
+  if (isOneCharacter(group.word)) waiting_.push_back({units_.size() - 1, std::nullopt, groups_.size()});
+  groups_.push_back({group, walker_->state().fallback});
 }
 
 }  // namespace pluvo::rtf

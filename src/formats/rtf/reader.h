@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -33,17 +34,32 @@ struct TextMap {
   bool endsWithoutBytes = false;
 };
 
+/// A group that a text skips, which may hold other stories.
+struct GroupInText {
+  SkippedGroup group;
+  std::uint16_t fallback = 1;  ///< in force there
+  /// Of the character that it is; none where it goes with no character.
+  std::optional<text::Position> anchor = std::nullopt;
+};
+
 struct ReadText {
   document::Content content;
   TextMap map;
+  std::vector<GroupInText> groups;  ///< where they were asked for
+};
+
+/// What a text is read for.
+struct ReadFor {
+  std::size_t size = 0;          ///< of its bytes, about
+  bool groups = false;           ///< what may hold other stories is wanted, too
+  std::size_t uncolouredTo = 0;  ///< text in front of that place takes no other highlight
 };
 
 /// Builds a text from what a walk over it meets. What is in a table, and in which, is known only at its end:
 /// a row is kept until then.
 class TextReader final : public Events {
  public:
-  /// Of a text of so many bytes.
-  TextReader(std::string_view bytes, std::size_t size);
+  TextReader(std::string_view bytes, const ReadFor& what);
   void follow(const Walker& walker) { walker_ = &walker; }
 
   void text(Extent bytes) override;
@@ -53,7 +69,9 @@ class TextReader final : public Events {
   void end(std::size_t at) override;
 
   std::optional<formats::Protection> protection() const { return protection_.finish(); }
-  ReadText finish() { return {builder_.finish(), std::move(map_)}; }
+  /// Where the first character stands.
+  std::size_t firstAt() const { return firstAt_; }
+  ReadText finish() { return {builder_.finish(), std::move(map_), std::move(groups_)}; }
 
  private:
   /// Characters that look the same, or one that is a mark.
@@ -65,9 +83,9 @@ class TextReader final : public Events {
     std::size_t count = 0;
   };
 
-  document::Look look() const;
+  document::Look lookAt(std::size_t begin);
   void add(std::u16string_view units, const document::Look& look);
-  void addPiece(Character::Kind kind, std::size_t place, std::uint16_t depth);
+  void addPiece(const Character& character);
   void settle();
   void settleMarks();
   void play();
@@ -85,31 +103,27 @@ class TextReader final : public Events {
   };
 
   std::string_view bytes_;
+  ReadFor what_;
+  std::int8_t colourless_ = document::kNone;
   ProtectionReader protection_{bytes_};
   const Walker* walker_ = nullptr;
   document::ContentBuilder builder_;
   TextMap map_;
   std::vector<Piece> pieces_;  ///< of the row, or the paragraph, at hand
   std::u16string units_;
-  struct CommentPlace {
+  /// What is to know the position of a character that is kept.
+  struct Waiting {
     std::size_t unit = 0;
-    std::int32_t number = 0;
+    std::optional<std::int32_t> comment = std::nullopt;
+    std::size_t group = 0;  ///< or that one's number
   };
-  std::vector<CommentPlace> comments_;
-  std::size_t nextComment_ = 0;
+  std::vector<Waiting> waiting_;
+  std::size_t nextWaiting_ = 0;
+  std::vector<GroupInText> groups_;
   std::vector<Level> levels_;
   bool endsInMark_ = false;
   std::size_t length_ = 0;  ///< of the whole text
+  std::size_t firstAt_ = static_cast<std::size_t>(-1);
 };
-
-struct ReadDocument {
-  document::Content content;
-  TextMap map;
-  Tables tables;
-  std::optional<formats::Protection> protection;
-};
-
-/// Reads main text, and what the document says of all its texts.
-ReadDocument readDocument(std::string_view bytes);
 
 }  // namespace pluvo::rtf

@@ -1,7 +1,6 @@
 #include "rtf/rtf_format.h"
 
-#include "protection.h"
-#include "reader.h"
+#include "document_reader.h"
 #include "rtf_source.h"
 
 #include <array>
@@ -27,14 +26,14 @@ bool RtfFormat::recognises(base::ByteSpan bytes, std::string_view /*extension*/)
 
 std::span<const std::string_view> RtfFormat::extensions() const { return kExtensions; }
 
-formats::Opened RtfFormat::read(base::Bytes bytes, const formats::Hint& /*hint*/) const {
-  ReadDocument document = readDocument(viewOf(bytes.view));
-  auto source =
-      std::make_unique<RtfSource>(std::move(bytes), std::move(document.tables), std::move(document.map));
+formats::Opened RtfFormat::read(base::Bytes bytes, const formats::Hint& hint) const {
+  ReadDocument document = readDocument(viewOf(bytes.view), hint.allStories);
   formats::Opened opened;
-  opened.stories.push_back(std::move(document.content));
-  opened.source = std::move(source);
+  opened.stories = std::move(document.stories);
+  opened.source =
+      std::make_unique<RtfSource>(std::move(bytes), std::move(document.tables), std::move(document.places));
   opened.protection = document.protection;
+  opened.again.allStories = hint.allStories;
   return opened;
 }
 

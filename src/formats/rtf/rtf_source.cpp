@@ -27,13 +27,15 @@ std::optional<std::string> RtfSource::refusesText(std::u16string_view newText) c
 }
 
 void RtfSource::write(const document::Document& document, base::Output& out) const {
-  Writer(text(), tables_, map_, document.mainText()).write(out);
+  writeDocument(text(), tables_, places_, document, out);
 }
 
 void RtfSource::tellOtherTexts(const document::Story& mainText, formats::OtherTexts& texts) const {
   rtf::tellOtherTexts(text(), tables_, mainText, texts);
 }
 
-text::RunMap<formats::Appearance> RtfSource::appearance() const { return readAppearance(text(), map_); }
+text::RunMap<formats::Appearance> RtfSource::appearance() const {
+  return readAppearance(text(), places_.front().map);
+}
 
 }  // namespace pluvo::rtf

@@ -1,16 +1,17 @@
 #pragma once
 
+#include "document_reader.h"
 #include "formats/format.h"
-#include "reader.h"
-#include "walker.h"
+
+#include <vector>
 
 namespace pluvo::rtf {
 
 /// What stays of an RTF document: its bytes.
 class RtfSource final : public formats::Source {
  public:
-  RtfSource(base::Bytes bytes, Tables tables, TextMap map)
-      : bytes_(std::move(bytes)), tables_(std::move(tables)), map_(std::move(map)) {}
+  RtfSource(base::Bytes bytes, Tables tables, std::vector<StoryPlace> places)
+      : bytes_(std::move(bytes)), tables_(std::move(tables)), places_(std::move(places)) {}
 
   std::optional<std::string> refusesText(std::u16string_view newText) const override;
   bool holdsHighlight() const override { return true; }
@@ -26,7 +27,7 @@ class RtfSource final : public formats::Source {
 
   base::Bytes bytes_;
   Tables tables_;
-  TextMap map_;
+  std::vector<StoryPlace> places_;
 };
 
 }  // namespace pluvo::rtf

@@ -42,7 +42,11 @@ enum class Word : std::uint8_t {
   stylesheet,
   info,
   header,
+  headerLeft,
+  headerFirst,
   footer,
+  footerLeft,
+  footerFirst,
   atnid,
   atnauthor,
   atrfstart,
@@ -130,5 +134,9 @@ constexpr bool isBetween(Word word, Word first, Word last) { return word >= firs
 /// Whether a group that begins with the word is no text that goes on in the one around it.
 constexpr bool isSkipped(Word word) { return isBetween(word, Word::skipped, Word::lastGroup); }
 constexpr bool isOneCharacter(Word word) { return isBetween(word, Word::pict, Word::annotation); }
+/// Whether a group that begins with the word may hold text of another story.
+constexpr bool holdsStories(Word word) {
+  return isBetween(word, Word::shp, Word::annotation) || isBetween(word, Word::header, Word::footerFirst);
+}
 
 }  // namespace pluvo::rtf

@@ -13,11 +13,22 @@
 namespace pluvo::rtf {
 namespace {
 
+/// What there is of each story, in its notation.
+std::vector<std::string> storiesOf(const Opened& opened) {
+  std::vector<std::string> all;
+  for (std::size_t i = 0; i < opened.document.count(); ++i) {
+    const document::Story& story = opened.document.story(i);
+    if (!opened.document.isGone(i))
+      all.push_back(std::to_string(story.kind()) + ": " + notation::print(story));
+  }
+  return all;
+}
+
 /// Writes what stands in memory, and reads it again: the same document, that is written as it was read.
 std::string savedAndTheSame(const Opened& opened) {
   std::string file = opened.written();
   const Opened again = open(file);
-  EXPECT_EQ(notation::print(again.model), notation::print(opened.model)) << file.substr(0, 4000);
+  EXPECT_EQ(storiesOf(again), storiesOf(opened)) << file.substr(0, 4000);
   EXPECT_EQ(again.written(), file);
   return file;
 }
@@ -140,7 +151,10 @@ TEST(RtfFormat, AddsColoursWhereTheDocumentHasThem) {
 
 void editAtRandom(Opened& opened, std::mt19937& random, int edits) {
   const auto number = [&] { return static_cast<std::uint32_t>(random()); };
-  for (int i = 0; i < edits; ++i) docx::editBySeed(opened.model, {number(), number(), number(), number()});
+  for (int i = 0; i < edits; ++i) {
+    const std::size_t story = number() % 2 == 0 ? 0 : number() % opened.document.count();
+    docx::editBySeed(opened.document.story(story), {number(), number(), number(), number()});
+  }
 }
 
 TEST(Corpus, takesRandomEditsThatAreReadBack) {

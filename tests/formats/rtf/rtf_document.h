@@ -32,7 +32,12 @@ struct Opened {
   std::optional<formats::Protection> protection;
 };
 
-inline Opened open(std::string_view file) { return Opened(RtfFormat().read(bytesOf(file))); }
+/// With all its stories.
+inline Opened open(std::string_view file) {
+  formats::Hint hint;
+  hint.allStories = true;
+  return Opened(RtfFormat().read(bytesOf(file), hint));
+}
 
 /// What a document begins with: a font for Greek, one for Japanese, one of symbols and one in UTF-8; red and
 /// yellow.

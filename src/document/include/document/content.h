@@ -50,6 +50,7 @@ struct Control {
 struct Restriction {
   enum class Of : std::uint8_t {
     highlight,  ///< it keeps its colour, and passes edits of the highlight by: nobody would see it
+    colour,     ///< it keeps its colour, and edits of the highlight are refused
     removal,    ///< it does not go; text beside it may come and go
     change,     ///< it does not go nor get a highlight, and no text is put beside it that takes after it
     part,       ///< it goes with all of the field it lies in or not at all, and no text is put into that

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "reader.h"
+#include "story_groups.h"
+
+#include <optional>
+#include <string_view>
+#include <vector>
+
+namespace pluvo::rtf {
+
+/// Where a story stands in the bytes, and what is to be known of it when it is written.
+struct StoryPlace {
+  word::WdStoryType kind = word::wdMainTextStory;
+  Extent bytes;
+  StoryBeginning beginning;  ///< nothing of main text
+  TextMap map;
+  /// Groups that show the same to older programs. They go when the story is edited.
+  std::vector<Extent> forOlder;
+};
+
+struct ReadDocument {
+  std::vector<document::Content> stories;
+  std::vector<StoryPlace> places;  ///< of each of them
+  Tables tables;
+  std::optional<formats::Protection> protection;
+};
+
+/// Reads main text, all other stories if asked to, and what the document says of all its texts.
+ReadDocument readDocument(std::string_view file, bool allStories);
+
+/// Stories lie in one another no deeper.
+inline constexpr int kDeepestStory = 8;
+
+}  // namespace pluvo::rtf
