@@ -1,14 +1,11 @@
 #include "encryption/kept_password.h"
 
 #include "base/secret_text.h"
-
-#include <nettle/base64.h>
-#include <nettle/nettle-meta.h>
+#include "base64.h"
+#include "hashing.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
-#include <optional>
 #include <span>
 #include <utility>
 
@@ -66,75 +63,15 @@ std::uint16_t lowWord(std::span<const std::uint8_t> bytes) {
   return static_cast<std::uint16_t>(word ^ static_cast<unsigned>(bytes.size()) ^ kLast);
 }
 
-const nettle_hash* algorithmNamed(std::string_view name) {
-  static constexpr std::array kKnown = {std::pair{std::string_view("MD5"), &nettle_md5},
-                                        std::pair{std::string_view("SHA-1"), &nettle_sha1},
-                                        std::pair{std::string_view("SHA-256"), &nettle_sha256},
-                                        std::pair{std::string_view("SHA-384"), &nettle_sha384},
-                                        std::pair{std::string_view("SHA-512"), &nettle_sha512}};
-  const auto* const found =
-      std::find_if(kKnown.begin(), kKnown.end(), [&](const auto& each) { return each.first == name; });
-  return found == kKnown.end() ? nullptr : found->second;
-}
-
-using Octets = std::vector<std::uint8_t>;
-
-std::optional<Octets> decoded(const std::string& base64) {
-  base64_decode_ctx context = {};
-  base64_decode_init(&context);
-  Octets bytes(BASE64_DECODE_LENGTH(base64.size()));
-  std::size_t size = bytes.size();
-  if (base64_decode_update(&context, &size, bytes.data(), base64.size(), base64.data()) == 0 ||
-      base64_decode_final(&context) == 0)
-    return std::nullopt;
-  bytes.resize(size);
-  return bytes;
-}
-
-void append(Octets& bytes, char16_t unit) {
-  bytes.push_back(static_cast<std::uint8_t>(unit & 0xFFU));
-  bytes.push_back(static_cast<std::uint8_t>(unit >> 8U));
-}
-
-/// The key's bytes, the lowest first, in hexadecimal digits of two bytes each.
-Octets textOf(std::uint32_t key) {
-  Octets bytes;
-  bytes.reserve(16);
+/// The key's bytes, the lowest first, in hexadecimal digits.
+base::SecretText textOf(std::uint32_t key) {
+  std::u16string digits;
+  digits.reserve(8);
   for (unsigned byte = 0; byte < 4; ++byte, key >>= 8U) {
-    for (const unsigned digit : {key >> 4U & 15U, key & 15U}) append(bytes, u"0123456789ABCDEF"[digit]);
+    for (const unsigned digit : {key >> 4U & 15U, key & 15U}) digits += u"0123456789ABCDEF"[digit];
   }
-  return bytes;
+  return base::SecretText(std::move(digits));
 }
-
-Octets textOf(std::u16string_view password) {
-  Octets bytes;
-  bytes.reserve(password.size() * 2);
-  for (const char16_t unit : password) append(bytes, unit);
-  return bytes;
-}
-
-/// A hash in the making.
-class Hashing {
- public:
-  explicit Hashing(const nettle_hash& algorithm) : algorithm_(algorithm), state_(algorithm.context_size) {}
-
-  Hashing(const Hashing&) = delete;
-  Hashing& operator=(const Hashing&) = delete;
-  ~Hashing() { base::wipe(state_); }
-
-  /// The digest may be what is hashed.
-  void of(std::span<const std::uint8_t> first, std::span<const std::uint8_t> second, Octets& digest) {
-    algorithm_.init(state_.data());
-    algorithm_.update(state_.data(), first.size(), first.data());
-    algorithm_.update(state_.data(), second.size(), second.data());
-    digest.resize(algorithm_.digest_size);
-    algorithm_.digest(state_.data(), digest.size(), digest.data());
-  }
-
- private:
-  const nettle_hash& algorithm_;
-  std::vector<std::uint8_t> state_;
-};
 
 }  // namespace
 
@@ -147,24 +84,14 @@ std::uint32_t keyOf(std::u16string_view password) {
 }
 
 bool KeptPassword::is(std::u16string_view given) const {
-  const nettle_hash* const known = algorithmNamed(algorithm);
+  const nettle_hash* const known = hashNamed(algorithm);
   const auto saltBytes = decoded(salt);
   const auto expected = decoded(hash);
   if (known == nullptr || !saltBytes || !expected || turns > kMostTurns) return false;
-  Hashing hashing(*known);
-  Octets secret = of == Of::key ? textOf(keyOf(given)) : textOf(given);
-  Octets digest;
-  hashing.of(*saltBytes, secret, digest);
-  base::wipe(secret);
-  for (std::uint32_t turn = 0; turn < turns; ++turn) {
-    const std::array counted = {static_cast<std::uint8_t>(turn), static_cast<std::uint8_t>(turn >> 8U),
-                                static_cast<std::uint8_t>(turn >> 16U),
-                                static_cast<std::uint8_t>(turn >> 24U)};
-    hashing.of(digest, counted, digest);
-  }
-  const bool isSame = digest == *expected;
-  base::wipe(digest);
-  return isSame;
+  const base::SecretBytes secret = of == Of::key ? bytesOf(textOf(keyOf(given)).text()) : bytesOf(given);
+  Digest digest;
+  Hashing(*known).turned(*saltBytes, secret.text(), turns, Hashing::Counter::last, digest);
+  return std::ranges::equal(digest.bytes(), *expected);
 }
 
 }  // namespace pluvo::encryption
