@@ -11,8 +11,15 @@ Document::Document(std::vector<Content> stories, std::shared_ptr<const Medium> m
     : medium_(std::move(medium)) {
   assert(!stories.empty() && stories.front().kind == word::wdMainTextStory);
   stories_.reserve(stories.size());
-  for (Content& content : stories)
+  for (Content& content : stories) {
+    rivals_.push_back(std::move(content.rivals));
     stories_.push_back(std::make_unique<Story>(std::move(content), medium_.get(), &count_));
+  }
+  for (std::size_t i = 0; i < stories_.size(); ++i) {
+    std::vector<const Story*> others;
+    for (const std::size_t rival : rivals_[i]) others.push_back(stories_[rival].get());
+    stories_[i]->rivals(std::move(others));
+  }
   holders_.resize(stories_.size());
   for (const auto& story : stories_) {
     for (const StoryAnchor& anchor : story->anchors()) {
@@ -73,6 +80,9 @@ Document::Snapshot Document::snapshot() const {
   for (std::size_t i = 0; i < stories_.size(); ++i) {
     snapshot.push_back(stories_[i]->snapshot());
     snapshot.back().gone = isGone(i);
+    snapshot.back().twin = std::any_of(rivals_[i].begin(), rivals_[i].end(), [&](std::size_t rival) {
+      return rival < i && stories_[rival]->hasText(*stories_[i]);
+    });
   }
   return snapshot;
 }

@@ -119,6 +119,36 @@ void Story::requireRoomForParts() const {
       .with(errors::Problem::tooLarge);
 }
 
+void Story::requireOnlyHere(Span span) const {
+  if (rivals_.empty()) return;
+  const std::u16string text = text_.substring(span.from, span.to);
+  const bool isOnlyHere = std::none_of(rivals_.begin(), rivals_.end(), [&](const Story* rival) {
+    return rival->text_.substring(0, rival->length()).find(text) != text.npos;
+  });
+  if (isOnlyHere) return;
+  throw errors::Fault(
+      word::kCommandFailed,
+      u"The document holds this text box in two versions, for newer and for older word processors. They "
+      u"differ, and both hold the text that was to be changed, so that nothing was. Open the document in "
+      u"Word and save it there, which makes them alike.")
+      .with(errors::Problem::unsupported);
+}
+
+/// The word that text put there stands in or beside.
+Span Story::wordBeside(Position position, bool behind) const {
+  if (rivals_.empty()) return {position, position};
+  const auto isInWord = [&](Position at) { return at >= 0 && at < length() && text_.at(at) > u' '; };
+  const Position beside = behind ? position - 1 : position;
+  Span word{std::max(beside, 0), std::min(beside + 1, length())};
+  while (isInWord(word.from) && isInWord(word.from - 1)) --word.from;
+  while (isInWord(word.to - 1) && isInWord(word.to)) ++word.to;
+  return word;
+}
+
+bool Story::hasText(const Story& other) const {
+  return length() == other.length() && text_.substring(0, length()) == other.text_.substring(0, length());
+}
+
 void Story::countParts() {
   const std::size_t now = parts();
   count_->broughtIn += static_cast<std::int64_t>(now) - static_cast<std::int64_t>(counted_);
@@ -172,6 +202,7 @@ Span Story::replace(Span span, std::u16string_view text, View view) {
   requireText(newText);
   requireRoom(length(), newText);
   requireRoomForParts();
+  requireOnlyHere(span);
   const Position finalMark = length() - 1;
   if (span.from < std::min(span.to, finalMark) && isPlain())
     return replacePlain({span.from, std::min(span.to, finalMark)}, newText);
@@ -243,6 +274,7 @@ Span Story::insert(Position position, bool behind, std::u16string_view text) {
   requireRoom(length(), newText);
   requireRoomForParts();
   if (newText.empty()) return {position, position};
+  requireOnlyHere(wordBeside(position, behind));
   Landing landing = landingAt(*this, position, behind, newText);
   if (!controls().empty()) {
     Removal none{position, {}};
@@ -286,6 +318,7 @@ void Story::highlight(Span span, std::uint8_t colour) {
   }
   requireUnlocked(*this, span);
   requirePossible(*this, span);
+  requireOnlyHere(span);
   bool changes = false;
   for (const auto& run : structure_.runs(span.from, span.to)) {
     const auto coloured = highlight_.runAt(run.from);

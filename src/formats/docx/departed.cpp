@@ -1,43 +1,43 @@
 #include "departed.h"
 
-#include "references.h"
-
-#include <map>
-
 namespace pluvo::docx {
 
 using text::Span;
 
-Departed::Departed(const BodyMap& map, const document::EditScript& script, const Package& package,
-                   base::ByteSpan mainPart) {
-  if (map.references.empty() && map.commentMarkers.empty() && map.bookmarks.empty()) return;
-  dropped_ = document::Dropped(script);
-  if (dropped_.empty()) return;
-  findNotes(map);
-  findBookmarks(map, package, mainPart);
+void NoteFates::add(const BodyMap& map, const document::Dropped& dropped) {
+  for (const BodyMap::Reference& reference : map.references)
+    add(reference, dropped.hold({reference.position, reference.position + 1}));
 }
 
-void Departed::findNotes(const BodyMap& map) {
-  std::map<std::pair<Name, std::string>, bool> allGo;
-  for (const BodyMap::Reference& reference : map.references) {
-    const bool goes = dropped_.hold({reference.position, reference.position + 1});
-    const auto [place, isNew] = allGo.emplace(std::pair(reference.kind, reference.id), goes);
-    if (!isNew) place->second = place->second && goes;
-  }
-  for (const auto& [reference, goes] : allGo) {
+void NoteFates::addGone(const BodyMap& map) {
+  for (const BodyMap::Reference& reference : map.references) add(reference, true);
+}
+
+void NoteFates::add(const BodyMap::Reference& reference, bool goes) {
+  const auto [place, isNew] = allGo_.emplace(std::pair(reference.kind, reference.id), goes);
+  if (!isNew) place->second = place->second && goes;
+}
+
+DepartedNotes NoteFates::departed() const {
+  DepartedNotes notes;
+  for (const auto& [reference, goes] : allGo_) {
     if (!goes) continue;
     const auto& [kind, id] = reference;
-    (kind == Name::footnoteReference  ? footnotes_
-     : kind == Name::endnoteReference ? endnotes_
-                                      : comments_)
+    (kind == Name::footnoteReference  ? notes.footnotes
+     : kind == Name::endnoteReference ? notes.endnotes
+                                      : notes.comments)
         .insert(id);
   }
-  for (const BodyMap::CommentMarker& marker : map.commentMarkers) {
-    if (comments_.contains(marker.id)) places_.push_back(marker.position);
-  }
+  return notes;
 }
 
-void Departed::findBookmarks(const BodyMap& map, const Package& package, base::ByteSpan mainPart) {
+Departed::Departed(const BodyMap& map, const document::Dropped& dropped, const DepartedNotes& notes,
+                   const std::function<const BookmarkReferences&()>& references)
+    : notes_(notes) {
+  for (const BodyMap::CommentMarker& marker : map.commentMarkers)
+    if (notes.comments.contains(marker.id)) places_.push_back(marker.position);
+  if (dropped.empty()) return;
+
   std::map<std::string, int> uses;
   std::vector<const BodyMap::Bookmark*> candidates;
   for (const BodyMap::Bookmark& bookmark : map.bookmarks) {
@@ -45,12 +45,10 @@ void Departed::findBookmarks(const BodyMap& map, const Package& package, base::B
     // A bookmark between two characters lay in the deleted text when both of them go.
     const bool isPlace = bookmark.from == bookmark.to;
     const Span around{bookmark.from - (isPlace ? 1 : 0), bookmark.to + (isPlace ? 1 : 0)};
-    if (bookmark.closed && dropped_.hold(around)) candidates.push_back(&bookmark);
+    if (bookmark.closed && dropped.hold(around)) candidates.push_back(&bookmark);
   }
-  if (candidates.empty()) return;
-  const BookmarkReferences references(package, mainPart);
   for (const BodyMap::Bookmark* bookmark : candidates) {
-    if (uses[bookmark->id] == 1 && !references.contain(bookmark->name)) bookmarks_.insert(bookmark->id);
+    if (uses[bookmark->id] == 1 && !references().contain(bookmark->name)) bookmarks_.insert(bookmark->id);
   }
 }
 
@@ -61,7 +59,7 @@ bool Departed::goes(const Marker& marker) const {
       return bookmarks_.contains(marker.id);
     case Name::commentRangeStart:
     case Name::commentRangeEnd:
-      return comments_.contains(marker.id);
+      return notes_.comments.contains(marker.id);
     default:
       return false;
   }

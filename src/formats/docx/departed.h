@@ -1,39 +1,56 @@
 #pragma once
 
 #include "document/kept.h"
-#include "package.h"
 #include "reader.h"
+#include "references.h"
 
+#include <functional>
+#include <map>
 #include <set>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace pluvo::docx {
 
-/// What an edit takes along because its place in the text goes: notes and comments that are referred to
-/// nowhere else, and bookmarks that lay in the deleted text and that no field or link refers to.
+/// The ids of notes and comments that went with the last of their references.
+struct DepartedNotes {
+  std::set<std::string> footnotes = {};
+  std::set<std::string> endnotes = {};
+  std::set<std::string> comments = {};
+};
+
+/// Finds them in the texts that may refer to them.
+class NoteFates {
+ public:
+  /// A text, and what edits took of it.
+  void add(const BodyMap& map, const document::Dropped& dropped);
+  /// A text that went as a whole.
+  void addGone(const BodyMap& map);
+  DepartedNotes departed() const;
+
+ private:
+  void add(const BodyMap::Reference& reference, bool goes);
+
+  std::map<std::pair<Name, std::string>, bool> allGo_;
+};
+
+/// The markers that an edit of one text takes along: those of comments that go, and of bookmarks that lay in
+/// the deleted text and that no field or link refers to.
 class Departed {
  public:
-  Departed(const BodyMap& map, const document::EditScript& script, const Package& package,
-           base::ByteSpan mainPart);
+  /// Only where any bookmark goes, asks what bookmarks the document refers to.
+  Departed(const BodyMap& map, const document::Dropped& dropped, const DepartedNotes& notes,
+           const std::function<const BookmarkReferences&()>& references);
 
   /// Of the markers of bookmarks and comments.
   bool goes(const Marker& marker) const;
   /// Places outside the deleted text where such markers stand, just before these positions.
   const std::vector<Position>& places() const { return places_; }
 
-  const std::set<std::string>& footnotes() const { return footnotes_; }
-  const std::set<std::string>& endnotes() const { return endnotes_; }
-  const std::set<std::string>& comments() const { return comments_; }
-
  private:
-  void findNotes(const BodyMap& map);
-  void findBookmarks(const BodyMap& map, const Package& package, base::ByteSpan mainPart);
-
-  document::Dropped dropped_;
+  const DepartedNotes& notes_;
   std::vector<Position> places_;
-  std::set<std::string> footnotes_;
-  std::set<std::string> endnotes_;
-  std::set<std::string> comments_;
   std::set<std::string> bookmarks_;
 };
 

@@ -43,13 +43,13 @@ formats::Opened DocxFormat::read(base::Bytes bytes, const formats::Hint& hint) c
   Styles styles = readStyles(package);
   const zip::Member* const member = package.archive.find(package.mainPart);
   xml::Utf8Part part = xml::toUtf8(package.archive.read(*member), package.mainPart);
-  ReadBody body = readBody(part.utf8.view, package.mainPart, styles);
-  text::RunMap<std::uint8_t> highlight = body.content.highlight;
-  auto source = std::make_unique<DocxSource>(std::move(package), std::move(part), std::move(body.map),
-                                             std::move(highlight), std::move(styles));
+  ReadBody mainText = readBody(part.utf8.view, package.mainPart, styles);
+  Stories stories = hint.allStories
+                        ? withAllStories(package, std::move(part), std::move(mainText), styles)
+                        : withMainTextAlone(package.mainPart, std::move(part), std::move(mainText));
   formats::Opened opened;
-  opened.stories.push_back(std::move(body.content));
-  opened.source = std::move(source);
+  opened.stories = std::move(stories.contents);
+  opened.source = std::make_unique<DocxSource>(std::move(package), std::move(stories), std::move(styles));
   opened.protection = protection;
   opened.again.allStories = hint.allStories;
   return opened;

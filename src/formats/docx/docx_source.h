@@ -2,17 +2,15 @@
 
 #include "formats/format.h"
 #include "package.h"
-#include "reader.h"
+#include "stories.h"
 #include "styles.h"
-#include "xml/encoding.h"
 
 namespace pluvo::docx {
 
-/// A document's package and the way from its text to the bytes of the main part.
+/// A document's package and the way from its texts to the bytes of its parts.
 class DocxSource : public formats::Source {
  public:
-  DocxSource(Package package, xml::Utf8Part part, BodyMap map, text::RunMap<std::uint8_t> highlight,
-             Styles styles);
+  DocxSource(Package package, Stories stories, Styles styles);
 
   std::optional<std::string> refusesText(std::u16string_view newText) const override;
   bool holdsHighlight() const override { return true; }
@@ -23,11 +21,10 @@ class DocxSource : public formats::Source {
 
  private:
   std::string placeholderStyle() const;
+  base::ByteSpan mainPart() const { return stories_.parts.front().part.utf8.view; }
 
   Package package_;
-  xml::Utf8Part part_;
-  BodyMap map_;
-  text::RunMap<std::uint8_t> highlight_;  ///< as it was read
+  Stories stories_;  ///< without their contents
   Styles styles_;
 };
 

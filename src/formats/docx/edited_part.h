@@ -46,17 +46,17 @@ class FieldsUnderEdit {
   std::vector<Field> open_;
 };
 
-/// A main part under edit: what is known of it, what is to be done to it, and what has become of it so far.
-/// The writers of its runs, paragraphs, fields and tables share it.
+/// A part under edit, or what of it holds one story: what is known of it, what is to be done to it, and what
+/// has become of it so far. The writers of its runs, paragraphs, fields and tables share it.
 struct EditedPart {
-  EditedPart(base::ByteSpan bytes, const std::string& name, const BodyMap& bodyMap,
-             const document::Story& edited, EditScript steps)
+  EditedPart(base::ByteSpan bytes, const BodyMap& bodyMap, const document::Story& edited, EditScript steps,
+             Identifiers& ids)
       : size(bytes.size()),
         map(bodyMap),
         model(edited),
         script(std::move(steps)),
         output(bytes),
-        identifiers(bytes, name) {}
+        identifiers(ids) {}
 
   std::uint8_t colourAt(Position at) const { return model.highlight().valueAt(at); }
 
@@ -65,7 +65,7 @@ struct EditedPart {
   const document::Story& model;
   EditScript script;
   PartOutput output;
-  Identifiers identifiers;
+  Identifiers& identifiers;  ///< of all of the part
   FieldsUnderEdit fields;
   std::string_view deletion;  ///< the tag of the tracked deletion met last
 };

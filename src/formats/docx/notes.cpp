@@ -1,8 +1,7 @@
 #include "notes.h"
 
-#include "xml/encoding.h"
-
 #include <functional>
+#include <vector>
 
 namespace pluvo::docx {
 
@@ -17,16 +16,26 @@ enum class Fate : std::uint8_t { stays, goes, losesParent };
 /// Walks the elements in a part's root; inside(scanner) sees every element within one that goes.
 class PartFilter {
  public:
-  PartFilter(const Package& package, Role role) : member_(package.member(role)) {
-    if (member_ != nullptr) part_ = xml::toUtf8(package.archive.read(*member_), std::string(member_->name));
+  PartFilter(const Package& package, Role role, ChangedParts& changed) : changed_(changed) {
+    const zip::Member* const member = package.member(role);
+    if (member == nullptr) return;
+    name_ = member->name;
+    const auto known = changed.find(name_);
+    if (known != changed.end()) {
+      utf8_ = known->second.utf8;
+      encoding_ = known->second.encoding;
+      return;
+    }
+    const xml::Utf8Part part = xml::toUtf8(package.archive.read(*member), name_);
+    utf8_.assign(part.utf8.view.begin(), part.utf8.view.end());
+    encoding_ = part.encoding;
   }
 
-  bool exists() const { return member_ != nullptr; }
-
   void filter(const std::function<Fate(const xml::Scanner&)>& decide,
-              const std::function<void(const xml::Scanner&)>& inside, std::vector<ChangedPart>& changed) {
-    if (!exists()) return;
-    xml::Scanner scanner(part_.utf8.view, vocabulary(), std::string(member_->name));
+              const std::function<void(const xml::Scanner&)>& inside) {
+    if (name_.empty()) return;
+    xml::Scanner scanner(base::ByteSpan(reinterpret_cast<const std::uint8_t*>(utf8_.data()), utf8_.size()),
+                         vocabulary(), name_);
     for (Token token = scanner.next(); token != Token::finish; token = scanner.next()) {
       if (token != Token::start && token != Token::empty) continue;
       const bool isChild = scanner.depth() == (token == Token::start ? 2U : 1U);
@@ -36,7 +45,7 @@ class PartFilter {
       if (fate == Fate::goes) cutElement(scanner, token, inside);
     }
     if (cuts_.empty()) return;
-    changed.push_back({std::string(member_->name), xml::fromUtf8(rest(), part_.encoding)});
+    changed_[name_] = {rest(), encoding_};
   }
 
  private:
@@ -56,37 +65,35 @@ class PartFilter {
     if (parent != nullptr) cuts_.push_back({parent->nameBegin - 1, parent->valueEnd + 1});
   }
 
-  std::vector<std::uint8_t> rest() const {
-    std::vector<std::uint8_t> result;
-    const auto bytes = part_.utf8.view;
+  std::string rest() const {
+    std::string result;
     std::size_t copied = 0;
     for (const Extent& cut : cuts_) {
-      result.insert(result.end(), bytes.begin() + static_cast<std::ptrdiff_t>(copied),
-                    bytes.begin() + cut.begin);
+      result.append(utf8_, copied, cut.begin - copied);
       copied = cut.end;
     }
-    result.insert(result.end(), bytes.begin() + static_cast<std::ptrdiff_t>(copied), bytes.end());
-    return result;
+    return result.append(utf8_, copied);
   }
 
-  const zip::Member* member_;
-  xml::Utf8Part part_;
+  ChangedParts& changed_;
+  std::string name_;  ///< empty where there is no such part
+  std::string utf8_;
+  xml::Encoding encoding_;
   std::vector<Extent> cuts_;
 };
 
-void removeNotes(const Package& package, Role role, Name element, const Ids& ids,
-                 std::vector<ChangedPart>& changed) {
+void removeNotes(const Package& package, Role role, Name element, const Ids& ids, ChangedParts& changed) {
   if (ids.empty()) return;
-  PartFilter(package, role)
+  PartFilter(package, role, changed)
       .filter(
           [&](const xml::Scanner& scanner) {
             const bool goes = nameOf(scanner) == element && ids.contains(valueOf(scanner, Name::id));
             return goes ? Fate::goes : Fate::stays;
           },
-          nullptr, changed);
+          nullptr);
 }
 
-void removeComments(const Package& package, const Ids& ids, std::vector<ChangedPart>& changed) {
+void removeComments(const Package& package, const Ids& ids, ChangedParts& changed) {
   if (ids.empty()) return;
   Ids paragraphs;
   Ids durable;
@@ -94,7 +101,7 @@ void removeComments(const Package& package, const Ids& ids, std::vector<ChangedP
     const std::string value = valueOf(scanner, name);
     return !value.empty() && among.contains(value);
   };
-  PartFilter(package, Role::comments)
+  PartFilter(package, Role::comments, changed)
       .filter(
           [&](const xml::Scanner& scanner) {
             const bool goes = nameOf(scanner) == Name::comment && isAmong(scanner, Name::id, ids);
@@ -102,39 +109,36 @@ void removeComments(const Package& package, const Ids& ids, std::vector<ChangedP
           },
           [&](const xml::Scanner& scanner) {
             if (nameOf(scanner) == Name::p) paragraphs.insert(valueOf(scanner, Name::paraId));
-          },
-          changed);
-  PartFilter(package, Role::commentsExtended)
+          });
+  PartFilter(package, Role::commentsExtended, changed)
       .filter(
           [&](const xml::Scanner& scanner) {
             if (isAmong(scanner, Name::exParaId, paragraphs)) return Fate::goes;
             return isAmong(scanner, Name::exParaIdParent, paragraphs) ? Fate::losesParent : Fate::stays;
           },
-          nullptr, changed);
-  PartFilter(package, Role::commentsIds)
+          nullptr);
+  PartFilter(package, Role::commentsIds, changed)
       .filter(
           [&](const xml::Scanner& scanner) {
             if (!isAmong(scanner, Name::idParaId, paragraphs)) return Fate::stays;
             durable.insert(valueOf(scanner, Name::idDurableId));
             return Fate::goes;
           },
-          nullptr, changed);
-  PartFilter(package, Role::commentsExtensible)
+          nullptr);
+  PartFilter(package, Role::commentsExtensible, changed)
       .filter(
           [&](const xml::Scanner& scanner) {
             return isAmong(scanner, Name::extensibleDurableId, durable) ? Fate::goes : Fate::stays;
           },
-          nullptr, changed);
+          nullptr);
 }
 
 }  // namespace
 
-std::vector<ChangedPart> partsWithoutDeparted(const Package& package, const Departed& departed) {
-  std::vector<ChangedPart> changed;
-  removeNotes(package, Role::footnotes, Name::footnote, departed.footnotes(), changed);
-  removeNotes(package, Role::endnotes, Name::endnote, departed.endnotes(), changed);
-  removeComments(package, departed.comments(), changed);
-  return changed;
+void removeDeparted(const Package& package, const DepartedNotes& notes, ChangedParts& changed) {
+  removeNotes(package, Role::footnotes, Name::footnote, notes.footnotes, changed);
+  removeNotes(package, Role::endnotes, Name::endnote, notes.endnotes, changed);
+  removeComments(package, notes.comments, changed);
 }
 
 }  // namespace pluvo::docx

@@ -2,21 +2,23 @@
 
 #include "departed.h"
 #include "package.h"
+#include "xml/encoding.h"
 
-#include <cstdint>
+#include <map>
 #include <string>
-#include <vector>
 
 namespace pluvo::docx {
 
-/// A part with new contents, in its own encoding.
+/// A part with new contents.
 struct ChangedPart {
-  std::string name;
-  std::vector<std::uint8_t> bytes;
+  std::string utf8;
+  xml::Encoding encoding;
 };
+/// By their names in the package.
+using ChangedParts = std::map<std::string, ChangedPart>;
 
-/// The parts of notes and comments without those that went with their references; parts that stay as they are
-/// are not among them. What other parts say of a comment that goes, goes too.
-std::vector<ChangedPart> partsWithoutDeparted(const Package& package, const Departed& departed);
+/// Takes from the parts of notes and comments, as they are changed so far, those that went with their
+/// references. What other parts say of a comment that goes, goes too.
+void removeDeparted(const Package& package, const DepartedNotes& notes, ChangedParts& changed);
 
 }  // namespace pluvo::docx

@@ -267,9 +267,12 @@ class PackageTeller {
 
 void tellPackage(const ReadDocument& document, const document::Story& model, formats::OtherTexts& texts,
                  Budget& budget, Depth depth) {
-  std::optional<Departed> departed;
-  if (model.changed() && !document.map.references.empty())
-    departed.emplace(document.map, document::EditScript(model), document.package, document.mainPart);
+  std::optional<DepartedNotes> departed;
+  if (model.changed() && !document.map.references.empty()) {
+    NoteFates fates;
+    fates.add(document.map, document::Dropped(document::EditScript(model)));
+    departed = fates.departed();
+  }
   DataBindings bindings;
   const Telling telling{texts, document.styles, bindings, departed ? &*departed : nullptr};
   const std::vector<Offset> places = placesWithText(document.mainPart, document.map);

@@ -10,7 +10,7 @@
 
 namespace pluvo::docx {
 
-/// The way back from the text to the bytes of the main part. It is coarse, since a walk from the nearest
+/// The way back from a text to the bytes of its part. It is coarse, since a walk from the nearest
 /// place finds every character again.
 struct BodyMap {
   /// From which a walk can start: paragraphs directly in the body, in no field.
@@ -60,6 +60,14 @@ struct BodyMap {
 
   /// What may hold other texts, in order: drawings, formulas, guides, bound controls.
   std::vector<Offset> asides;
+
+  /// For bytes that were moved; asides are not looked at.
+  template <class Moved>
+  void moveOffsets(Moved moved) {
+    places.moveOffsets(moved);
+    for (Table& table : tables) table.offset = moved(table.offset);
+    for (Guide& guide : guides) guide.offset = moved(guide.offset);
+  }
 };
 
 struct ReadBody {

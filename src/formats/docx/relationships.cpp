@@ -67,8 +67,8 @@ std::vector<Relationship> relationshipsIn(const zip::Archive& archive, std::stri
   if (member == nullptr) return result;
   forEachInRoot(archive, *member, Name::relationship, [&](const xml::Scanner& scanner) {
     if (valueOf(scanner, Name::targetMode) == "External") return;
-    result.push_back(
-        {valueOf(scanner, Name::relationType), resolved(source, valueOf(scanner, Name::target))});
+    result.push_back({valueOf(scanner, Name::relationType), resolved(source, valueOf(scanner, Name::target)),
+                      valueOf(scanner, Name::relationId)});
   });
   return result;
 }

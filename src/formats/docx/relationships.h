@@ -12,6 +12,7 @@ namespace pluvo::docx {
 struct Relationship {
   std::string type;  ///< a URI
   std::string part;  ///< its name in the package, though it may not be there
+  std::string id;    ///< by which the part refers to it
 
   /// The last step of the type: "header".
   std::string_view kind() const;

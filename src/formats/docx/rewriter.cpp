@@ -26,13 +26,14 @@ bool isBlock(Name name) {
 
 }  // namespace
 
-Rewriter::Rewriter(base::ByteSpan part, const std::string& partName, const BodyMap& map,
+Rewriter::Rewriter(base::ByteSpan bytes, const std::string& partName, Reach reach, const BodyMap& map,
                    const document::Story& model, const text::RunMap<std::uint8_t>& originalHighlight,
-                   const Departed& departed, std::function<std::string()> placeholderStyle, EditScript script)
+                   const Departed& departed, std::function<std::string()> placeholderStyle, EditScript script,
+                   Identifiers& identifiers)
     : originalHighlight_(originalHighlight),
       departed_(departed),
-      part_(part, partName, map, model, std::move(script)),
-      walker_(part, partName, *this, Reach::mainText, xml::Swept::yes),
+      part_(bytes, map, model, std::move(script), identifiers),
+      walker_(bytes, partName, *this, reach, xml::Swept::yes),
       opens_(part_, walker_.scanner(), std::move(placeholderStyle)),
       runs_(part_, opens_),
       underWay_(part_, opens_),

@@ -10,16 +10,18 @@
 
 namespace pluvo::docx {
 
-/// Carries an edit over to the main part: walks the touched paragraphs once more, each from the nearest place
-/// known, and leaves every byte where nothing is touched. The writers of runs, paragraphs, fields and tables
-/// write what is.
+/// Carries an edit of one story over to its bytes: walks the touched paragraphs once more, each from the
+/// nearest place known, and leaves every byte where nothing is touched. The writers of runs, paragraphs,
+/// fields and tables write what is.
 class Rewriter : private BodyEvents {
  public:
-  Rewriter(base::ByteSpan part, const std::string& partName, const BodyMap& map, const document::Story& model,
-           const text::RunMap<std::uint8_t>& originalHighlight, const Departed& departed,
-           std::function<std::string()> placeholderStyle, EditScript script);
+  /// The bytes hold the story and no other, but for those in its drawings; all must outlive this.
+  Rewriter(base::ByteSpan bytes, const std::string& partName, Reach reach, const BodyMap& map,
+           const document::Story& model, const text::RunMap<std::uint8_t>& originalHighlight,
+           const Departed& departed, std::function<std::string()> placeholderStyle, EditScript script,
+           Identifiers& identifiers);
 
-  /// The new part; the spans hold as long as this.
+  /// The new bytes; the spans hold as long as this.
   std::vector<base::ByteSpan> rewrite();
 
  private:

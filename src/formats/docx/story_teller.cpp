@@ -65,11 +65,11 @@ bool StoryTeller::isNoteGone(Name kind) const {
   const std::string id = valueOf(scanner(), Name::id);
   switch (kind) {
     case Name::footnote:
-      return telling_.departed->footnotes().contains(id);
+      return telling_.departed->footnotes.contains(id);
     case Name::endnote:
-      return telling_.departed->endnotes().contains(id);
+      return telling_.departed->endnotes.contains(id);
     case Name::comment:
-      return telling_.departed->comments().contains(id);
+      return telling_.departed->comments.contains(id);
     default:
       return false;
   }

@@ -20,7 +20,7 @@ struct Telling {
   formats::OtherTexts& texts;
   const Styles& styles;
   DataBindings& bindings;
-  const Departed* departed = nullptr;  ///< none where nothing was edited
+  const DepartedNotes* departed = nullptr;  ///< none where nothing was edited
 };
 
 /// Tells the texts that a part of WordprocessingML holds: its stories, also those in the drawings of others,

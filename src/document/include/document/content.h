@@ -105,6 +105,9 @@ struct Content {
   Nesting nesting;
   /// A story goes when all of these have gone; one without any never does.
   std::vector<StoryAnchor> anchors = {};
+  /// The numbers of other versions of the same text, which the file holds for programs of another age. What
+  /// one of them holds, too, is not edited here alone.
+  std::vector<std::size_t> rivals = {};
 };
 
 /// A story without any structure, all of it visible. The text must end with a paragraph mark.

@@ -54,7 +54,8 @@ class Document {
 
   std::shared_ptr<const Medium> medium_;
   PartCount count_;
-  mutable std::vector<Holder> holders_;  ///< as many as stories
+  std::vector<std::vector<std::size_t>> rivals_;  ///< of each story, the other versions of its text
+  mutable std::vector<Holder> holders_;           ///< as many as stories
   std::vector<std::unique_ptr<Story>> stories_;
 };
 

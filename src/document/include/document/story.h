@@ -16,6 +16,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace pluvo::document {
@@ -57,6 +58,9 @@ class Story {
   const std::vector<Control>& controls() const { return nesting_->controls; }
   const std::vector<Restriction>& restrictions() const { return nesting_->restrictions; }
   const std::vector<StoryAnchor>& anchors() const { return anchors_; }
+  /// The other versions of this text, which outlive all edits of it.
+  void rivals(std::vector<const Story*> rivals) { rivals_ = std::move(rivals); }
+  bool hasText(const Story& other) const;
   text::Position length() const { return text_.length(); }
   /// Whether it is nothing but text, all of it visible.
   bool isPlain() const {
@@ -127,10 +131,12 @@ class Story {
     std::shared_ptr<const Nesting> nesting;
     bool changed = false;
     std::uint64_t saves = 0;
-    bool gone = false;  ///< with all its anchors; known where a whole document is taken
+    // Known where a whole document is taken:
+    bool gone = false;  ///< with all its anchors
+    bool twin = false;  ///< an earlier version of the same text has become like it
   };
   Snapshot snapshot() const {
-    return {kind_, text_, visibility_, highlight_, structure_, nesting_, changed_, saves_, false};
+    return {kind_, text_, visibility_, highlight_, structure_, nesting_, changed_, saves_, false, false};
   }
   /// Goes back (or forth) to a snapshot of this story. Live ranges behind the first difference end up there.
   /// The story then counts as changed, unless nothing was changed at the snapshot nor saved since.
@@ -149,6 +155,8 @@ class Story {
   void requireText(std::u16string_view newText) const;
   std::size_t parts() const;
   void requireRoomForParts() const;
+  void requireOnlyHere(text::Span span) const;
+  text::Span wordBeside(text::Position position, bool behind) const;
   void countParts();
   text::Span put(text::Span replaced, std::u16string_view text, const Landing& landing);
 
@@ -164,6 +172,7 @@ class Story {
   Measures measures_{text_, visibility_, [this](text::Position position) { return endsParagraph(position); }};
   Observer* observer_ = nullptr;
   std::vector<StoryAnchor> anchors_;
+  std::vector<const Story*> rivals_;
   PartCount ownCount_;
   PartCount* count_;
   std::size_t counted_;  ///< parts of this story so far

@@ -30,6 +30,12 @@ class PlaceMap {
   /// The same by bytes.
   Place beforeOffset(Offset offset) const { return lastUpTo(offset, &Place::offset); }
 
+  /// For bytes that were moved: moved(offset) is where they lie now, in the same order.
+  template <class Moved>
+  void moveOffsets(Moved moved) {
+    for (Place& place : places_) place.offset = moved(place.offset);
+  }
+
  private:
   void add(Place place) {
     places_.push_back(place);

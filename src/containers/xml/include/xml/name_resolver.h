@@ -45,8 +45,14 @@ class NameResolver {
   /// What a prefix is declared as; empty where it is not.
   std::string_view uriOf(std::string_view prefix) const { return uri(bindingOf(prefix)); }
   std::string_view uri(std::uint16_t binding) const { return bindings_[binding].uri; }
+  /// The declarations in scope, the outermost first: visit(prefix, uri). An inner one may stand for another.
+  template <class Visit>
+  void forEachDeclaration(Visit visit) const {
+    for (std::size_t i = kBuiltIn; i < bindings_.size(); ++i) visit(bindings_[i].prefix, bindings_[i].uri);
+  }
 
  private:
+  static constexpr std::size_t kBuiltIn = 3;  ///< bindings that no text declares
   struct Binding {
     std::string_view prefix;
     std::string_view uri;

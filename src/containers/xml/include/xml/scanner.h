@@ -88,6 +88,11 @@ class Scanner {
   NamespaceId namespaceOf(std::string_view prefix) const { return names_.namespaceOf(prefix); }
   /// The namespace itself, as it is declared; empty where it is not.
   std::string_view uriOf(std::string_view prefix) const { return names_.uriOf(prefix); }
+  /// See NameResolver::forEachDeclaration.
+  template <class Visit>
+  void forEachDeclaration(Visit visit) const {
+    names_.forEachDeclaration(visit);
+  }
   /// The declarations in scope as a number: under the same number the same bytes are the same tokens.
   Scope scope() const { return names_.scope(); }
   /// The bytes behind the last token.
