@@ -1,11 +1,12 @@
-# pluvo_room(NAME [DEPENDS room…] [LIBRARIES target…] [PRIVATE_LIBRARIES target…])
+# pluvo_room(NAME [FOLDERS folder…] [DEPENDS room…] [LIBRARIES target…] [PRIVATE_LIBRARIES target…])
 #
 # One room of the house: the folder it is called in becomes the library pluvo_NAME. Its public headers
 # lie in include/NAME/, and only rooms named in DEPENDS can be included, not what those depend on, so that an
-# include across a wall fails to build.
+# include across a wall fails to build. Its sources lie in it and in FOLDERS, if it has parts.
 function(pluvo_room NAME)
-  cmake_parse_arguments(ROOM "" "" "DEPENDS;LIBRARIES;PRIVATE_LIBRARIES" ${ARGN})
-  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  cmake_parse_arguments(ROOM "" "" "FOLDERS;DEPENDS;LIBRARIES;PRIVATE_LIBRARIES" ${ARGN})
+  list(TRANSFORM ROOM_FOLDERS REPLACE "(.+)" "${CMAKE_CURRENT_SOURCE_DIR}/\\1/*.cpp" OUTPUT_VARIABLE parts)
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp ${parts})
   list(TRANSFORM ROOM_DEPENDS PREPEND pluvo_ OUTPUT_VARIABLE rooms)
   set_property(GLOBAL APPEND PROPERTY PLUVO_ROOMS ${CMAKE_CURRENT_SOURCE_DIR}/include)
   if(sources)

@@ -11,7 +11,7 @@ import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 INCLUDE = re.compile(r'^\s*#\s*include "([a-z0-9_]+)/', re.M)
-DEPENDS = re.compile(r'(pluvo_room\((\w+))( DEPENDS((?:\s+[a-z0-9_]+)+))?', re.M)
+DEPENDS = re.compile(r'(pluvo_room\((\w+)(?: FOLDERS(?: [a-z_]+_page)+)?)( DEPENDS((?:\s+[a-z0-9_]+)+))?', re.M)
 
 
 def included(files, rooms):

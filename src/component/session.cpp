@@ -2,14 +2,16 @@
 
 #include "base/at_end.h"
 #include "boxes_over_edits.h"
+#include "dialog/clsOpenPLUVO.h"
+#include "dialog/frmProcessing.h"
+#include "dialog/tips.h"
 #include "errors/fault.h"
 #include "forms/machine.h"
 #include "forms_win32/boxes.h"
 #include "forms_win32/forms.h"
 #include "forms_win32/machine.h"
-#include "host/clsOpenPLUVO.h"
-#include "host/tips.h"
 #include "module.h"
+#include "multifile/file_driver.h"
 #include "settings.h"
 #include "word/faults.h"
 #include "word_com/application.h"
@@ -33,14 +35,12 @@ class Session {
     forms_.isOwner = isWordWindow;
     systemBoxes_.owner = wordWindow;
     // Texts are copied from the documents behind them.
-    forms_.leavesOthersUsable(u"frmFAR");
-    forms_.leavesOthersUsable(u"frmProcessing");
-    forms_.staysInSight(u"cmdViewOperation");
-    forms_.staysInSight(u"cmdExecuteFAR");
+    forms_.leavesOthersUsable(dialog::frmFAR::kName);
+    forms_.leavesOthersUsable(dialog::frmProcessing::kName);
   }
 
   void open() {
-    if (opens_) return forms_.bringForward(u"frmFAR");
+    if (opens_) return forms_.bringForward(dialog::frmFAR::kName);
     opens_ = true;
     const base::AtEnd closed([this] { opens_ = false; });
     way_.OpenPLUVO();
@@ -56,6 +56,13 @@ class Session {
     std::shared_ptr<word::Application> word = word_com::connectToWord(manner_);
     word_ = word;
     return word;
+  }
+  std::shared_ptr<dialog::FileStepper> filesOf(const dialog::RunPlace& place) const {
+    auto driver = std::make_shared<multifile::FileDriver>(place.folders(), place.makePicker);
+    if (manner_.careful)
+      driver->keepOriginals(std::make_unique<multifile::Originals>(place.context, place.boxes,
+                                                                   place.dataFolder, place.separator));
+    return driver;
   }
   static std::u16string folder() {
     const std::wstring folder = moduleFolder();
@@ -76,8 +83,8 @@ class Session {
   forms_win32::Win32Yielding yielding_{forms_};
   forms_win32::Win32Launcher launcher_;
   std::unique_ptr<forms::Clock> clock_ = forms::machineClock();
-  std::unique_ptr<host::RandomSource> random_ = host::machineRandomSource();
-  host::clsOpenPLUVO way_{host::Surroundings{
+  std::unique_ptr<dialog::RandomSource> random_ = dialog::machineRandomSource();
+  dialog::clsOpenPLUVO way_{dialog::Surroundings{
       .application = [this] { return connect(); },
       .forms = forms_,
       .boxes = boxes_,
@@ -88,7 +95,7 @@ class Session {
       .random = *random_,
       .componentFolder = folder(),
       .engineMade = [this](dialog::clsProcessFind& engine) { engine.LiftLimitsSetting(manner_.careful); },
-      .keepsOriginals = manner_.careful}};
+      .stepper = [this](const dialog::RunPlace& place) { return filesOf(place); }}};
 };
 
 /// The process's one session. Never taken down with the process: by then Word's objects and windows have

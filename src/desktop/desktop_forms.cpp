@@ -1,5 +1,8 @@
 #include "desktop_forms.h"
 
+#include "dialog/frmFAR.h"
+#include "dialog/frmProcessing.h"
+
 #include <QCoreApplication>
 #include <QEvent>
 #include <utility>
@@ -8,8 +11,8 @@ namespace pluvo::desktop {
 
 namespace {
 
-constexpr std::u16string_view kDialog = u"frmFAR";
-constexpr std::u16string_view kConfirmation = u"frmProcessing";
+constexpr std::u16string_view kDialog = dialog::frmFAR::kName;
+constexpr std::u16string_view kConfirmation = dialog::frmProcessing::kName;
 
 }  // namespace
 

@@ -1,7 +1,9 @@
 #include "dialog.h"
 
 #include "breathing_folders.h"
+#include "dialog/frmProcessing.h"
 #include "errors/context.h"
+#include "multifile/file_driver.h"
 
 #include <QFileDialog>
 #include <QGuiApplication>
@@ -14,8 +16,8 @@ namespace pluvo::desktop {
 
 namespace {
 
-constexpr std::u16string_view kDialog = u"frmFAR";
-constexpr std::u16string_view kConfirmation = u"frmProcessing";
+constexpr std::u16string_view kDialog = dialog::frmFAR::kName;
+constexpr std::u16string_view kConfirmation = dialog::frmProcessing::kName;
 
 }  // namespace
 
@@ -27,7 +29,7 @@ Dialog::Dialog(const std::shared_ptr<memory::MemoryApplication>& application, Wo
       inputs_({.owner = [this] { return &place_.window; }, .placing = {}}),
       qtForms_(boxes_),
       forms_(qtForms_),
-      opener_(host::Surroundings{
+      opener_(dialog::Surroundings{
           .application = [application] { return application; },
           .forms = forms_,
           .boxes = boxes_,
@@ -46,8 +48,9 @@ Dialog::Dialog(const std::shared_ptr<memory::MemoryApplication>& application, Wo
                 watch.engine(&engine);
                 engine_ = &engine;
               },
-          .runsOverFiles =
-              [this](auto driver) {
+          .stepper =
+              [this](const dialog::RunPlace& runs) {
+                auto driver = std::make_shared<multifile::FileDriver>(runs.folders(), runs.makePicker);
                 run_ = std::make_shared<FolderRun>(std::move(driver), place_.run);
                 return run_;
               },
@@ -60,9 +63,6 @@ Dialog::Dialog(const std::shared_ptr<memory::MemoryApplication>& application, Wo
   qtForms_.owner(&place_.window);
   qtForms_.standsIn(std::u16string(kDialog), place_.container);
   qtForms_.leavesOthersUsable(std::u16string(kConfirmation));
-  qtForms_.helpIs(u"lblInstructions");
-  qtForms_.staysInSight(u"cmdViewOperation");
-  qtForms_.staysInSight(u"cmdExecuteFAR");
   qtForms_.admits = [this](const forms::Form& form, const forms::Control* control) {
     return admits(form, control);
   };

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "desktop_forms.h"
+#include "dialog/clsOpenPLUVO.h"
 #include "folder_run.h"
 #include "forms_qt/boxes.h"
 #include "forms_qt/forms.h"
 #include "forms_qt/machine.h"
-#include "host/clsOpenPLUVO.h"
 #include "memory/application.h"
 #include "pass_watch.h"
 #include "places.h"
@@ -85,10 +85,10 @@ class Dialog {
   forms_qt::QtYielding yielding_;
   forms_qt::QtLauncher launcher_;
   std::unique_ptr<forms::Clock> clock_ = forms::machineClock();
-  std::unique_ptr<host::RandomSource> random_ = host::machineRandomSource();
+  std::unique_ptr<dialog::RandomSource> random_ = dialog::machineRandomSource();
   dialog::clsProcessFind* engine_ = nullptr;
   std::shared_ptr<FolderRun> run_;
-  host::clsOpenPLUVO opener_;
+  dialog::clsOpenPLUVO opener_;
 };
 
 }  // namespace pluvo::desktop

@@ -267,7 +267,7 @@ runs::Answer FolderRun::answered(const runs::Asked& asked) {
 
 runs::Answer FolderRun::passwordFor(const runs::Asked& asked) {
   if (asked.tries > 0 && multifile::skipWithWrongPassword(engine_->boxes())) return {};
-  if (!prompt_) prompt_ = std::make_unique<multifile::frmPassword>(engine_->context(), engine_->forms());
+  if (!prompt_) prompt_ = std::make_unique<dialog::frmPassword>(engine_->context(), engine_->forms());
   std::u16string password;
   if (!multifile::passwordForForm(*prompt_, engine_->boxes(), password)) return {};
   return {Reply::yes, base::SecretText(std::move(password))};

@@ -2,8 +2,8 @@
 
 #include "dialog/clsProcessFind.h"
 #include "dialog/file_stepper.h"
+#include "dialog/frmPassword.h"
 #include "memory/application.h"
-#include "multifile/frmPassword.h"
 #include "pass_watch.h"
 #include "runs/face.h"
 #include "runs/run.h"
@@ -101,7 +101,7 @@ class FolderRun final : public dialog::FileStepper, private runs::Face {
   Place place_;
   Worker worker_;
   dialog::clsProcessFind* engine_ = nullptr;
-  std::unique_ptr<multifile::frmPassword> prompt_;
+  std::unique_ptr<dialog::frmPassword> prompt_;
 
   runs::Plan plan_;
   runs::Ended ended_;

@@ -32,7 +32,7 @@ std::u16string operationInWords(const engine::Request& request) {
 }
 
 frmProcessing::frmProcessing(clsProcessFind& engine)
-    : Form(engine.forms(), u"frmProcessing", u"Confirm Operation"), engine_(engine) {
+    : Form(engine.forms(), kName, u"Confirm Operation"), engine_(engine) {
   cmdPerform.Default(true);
   add(lblOperation);
   add(lblFile);

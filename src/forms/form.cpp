@@ -4,22 +4,6 @@
 
 namespace pluvo::forms {
 
-namespace {
-
-Control* find(const std::vector<Control*>& controls, std::u16string_view name) {
-  for (Control* control : controls) {
-    if (control->Name() == name) return control;
-    const auto* pages = dynamic_cast<const MultiPage*>(control);
-    if (pages == nullptr) continue;
-    for (const auto& page : pages->Pages()) {
-      if (Control* found = find(page->controls(), name)) return found;
-    }
-  }
-  return nullptr;
-}
-
-}  // namespace
-
 void Form::Visible(bool value) {
   if (visible_ == value) return;
   visible_ = value;
@@ -37,6 +21,16 @@ void Form::ShowModal() {
   host_.runModal(*this);
 }
 
-Control* Form::control(std::u16string_view name) const { return find(controls_, name); }
+Control* Form::control(std::u16string_view name) const {
+  for (Control* control : controls_) {
+    if (control->Name() == name) return control;
+    const auto* pages = dynamic_cast<const MultiPage*>(control);
+    if (pages == nullptr) continue;
+    for (const Page* page : pages->Pages()) {
+      if (Control* found = page->control(name)) return found;
+    }
+  }
+  return nullptr;
+}
 
 }  // namespace pluvo::forms

@@ -1,17 +1,12 @@
 #include "forms/multi_page.h"
 
+#include <algorithm>
+
 namespace pluvo::forms {
 
-Page& MultiPage::add(std::u16string name, std::u16string caption, std::u16string tip) {
-  pages_.push_back(std::make_unique<Page>(std::move(name), std::move(caption), std::move(tip)));
-  return *pages_.back();
-}
-
-Page* MultiPage::page(std::u16string_view name) const {
-  for (const auto& page : pages_) {
-    if (page->Name() == name) return page.get();
-  }
-  return nullptr;
+Control* Page::control(std::u16string_view name) const {
+  const auto found = std::ranges::find(controls_, name, &Control::Name);
+  return found == controls_.end() ? nullptr : *found;
 }
 
 void MultiPage::Value(std::size_t page) {

@@ -119,7 +119,7 @@ void FormWindow::build() {
   std::vector<Mirror*> mirrors;
   for (const auto& mirror : panel_->mirrors()) mirrors.push_back(mirror.get());
   giveKeys(mirrors, taken);
-  for (Mirror* mirror : mirrors) mirror->keepInSight(host_.kept_);
+  for (Mirror* mirror : mirrors) mirror->keepInSight();
   auto* listener = new Listener(*this, panel_);
   listener->setObjectName(QStringLiteral("listener"));
   panel_->installEventFilter(listener);
@@ -297,7 +297,7 @@ bool FormWindow::pressed(const QKeyEvent& key) {
       return true;
     }
     case Qt::Key_F1: {
-      Mirror* help = find([&](const Mirror& mirror) { return mirror.control().Name() == host_.help_; });
+      Mirror* help = find([&](const Mirror& mirror) { return &mirror.control() == form_.Help(); });
       return help != nullptr && help->press();
     }
     default:

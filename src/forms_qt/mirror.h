@@ -37,8 +37,8 @@ class Mirror : public QObject {
   }
   /// The same for what is on it.
   virtual void giveInnerKeys(std::set<QChar>& /*taken*/) {}
-  /// What is on it under these names is seen however low it is.
-  virtual void keepInSight(const std::set<std::u16string>& /*names*/) {}
+  /// What is on it and stays in sight is seen however low it is.
+  virtual void keepInSight() {}
   /// The mirrors of the controls on it.
   virtual std::vector<Mirror*> inner() const { return {}; }
   /// A label says what the control is for.

@@ -42,7 +42,7 @@ class PageView final : public QWidget {
     panel.setAutoFillBackground(false);
     scroll_.viewport()->setAutoFillBackground(false);
   }
-  void keepInSight(const std::set<std::u16string>& names) { kept_ = panel_.lend(names, *this); }
+  void keepInSight() { kept_ = panel_.lendKept(*this); }
   QSize sizeHint() const override { return scroll_.sizeHint(); }
   QSize minimumSizeHint() const override { return scroll_.minimumSizeHint() + QSize(0, stripHeight(0)); }
 
@@ -133,8 +133,8 @@ void MultiPageMirror::giveInnerKeys(std::set<QChar>& taken) {
   }
 }
 
-void MultiPageMirror::keepInSight(const std::set<std::u16string>& names) {
-  for (PageView* view : views_) view->keepInSight(names);
+void MultiPageMirror::keepInSight() {
+  for (PageView* view : views_) view->keepInSight();
 }
 
 bool MultiPageMirror::eventFilter(QObject* /*watched*/, QEvent* event) {

@@ -19,7 +19,7 @@ class MultiPageMirror final : public Mirror {
   bool eventFilter(QObject* watched, QEvent* event) override;
   std::vector<Mirror*> inner() const override;
   void giveInnerKeys(std::set<QChar>& taken) override;
-  void keepInSight(const std::set<std::u16string>& names) override;
+  void keepInSight() override;
 
  private:
   void refreshKind() override;

@@ -99,10 +99,10 @@ void PagePanel::tieLabels() {
 
 CellLayout& PagePanel::cells() const { return static_cast<CellLayout&>(*layout()); }
 
-std::vector<QWidget*> PagePanel::lend(const std::set<std::u16string>& names, QWidget& parent) {
+std::vector<QWidget*> PagePanel::lendKept(QWidget& parent) {
   std::vector<QWidget*> lent;
   for (const auto& mirror : mirrors_) {
-    if (!names.contains(mirror->control().Name())) continue;
+    if (!mirror->control().StaysInSight()) continue;
     lent.push_back(mirror->widget());
     cells().lend(*mirror->widget(), parent);
     mirror->refresh();

@@ -21,8 +21,8 @@ class PagePanel final : public QWidget {
   /// The controls are about to go: the widgets mirror them no more.
   void release() { mirrors_.clear(); }
   const std::vector<std::unique_ptr<Mirror>>& mirrors() const { return mirrors_; }
-  /// Gives controls of these names another parent, which sees to them while there is no room for all.
-  std::vector<QWidget*> lend(const std::set<std::u16string>& names, QWidget& parent);
+  /// Gives controls that stay in sight another parent, which sees to them while there is no room for all.
+  std::vector<QWidget*> lendKept(QWidget& parent);
   CellLayout& cells() const;
 
  private:

@@ -52,7 +52,7 @@ FormWindow::FormWindow(Win32Forms& host, forms::Form& form)
     : host_(host),
       form_(form),
       stage_{*host.module_, forms::Doings(host.boxes_, [](const forms::Control*) { return true; }),
-             std::make_unique<Look>(96), host.kept_, nullptr} {}
+             std::make_unique<Look>(96), nullptr} {}
 
 FormWindow::~FormWindow() {
   host_.windows_.erase(&form_);

@@ -20,9 +20,8 @@ bool heads(const Mirror& mirror) {
 
 }  // namespace
 
-Grid::Grid(const std::vector<std::unique_ptr<Mirror>>& mirrors, const Look& look,
-           const std::set<std::u16string>& without)
-    : look_(look), places_(lineUp(mirrors)), grid_(itemsOf(places_, without), gap(), gap()) {}
+Grid::Grid(const std::vector<std::unique_ptr<Mirror>>& mirrors, const Look& look, bool withoutKept)
+    : look_(look), places_(lineUp(mirrors)), grid_(itemsOf(places_, withoutKept), gap(), gap()) {}
 
 std::vector<Grid::Items> Grid::lineUp(const std::vector<std::unique_ptr<Mirror>>& mirrors) {
   std::vector<Items> places;
@@ -34,8 +33,7 @@ std::vector<Grid::Items> Grid::lineUp(const std::vector<std::unique_ptr<Mirror>>
   return places;
 }
 
-std::vector<forms::GridItem> Grid::itemsOf(const std::vector<Items>& places,
-                                           const std::set<std::u16string>& without) {
+std::vector<forms::GridItem> Grid::itemsOf(const std::vector<Items>& places, bool withoutKept) {
   std::vector<forms::GridItem> all;
   for (const Items& items : places) {
     const Mirror& first = *items.front();
@@ -46,7 +44,7 @@ std::vector<forms::GridItem> Grid::itemsOf(const std::vector<Items>& places,
       return height;
     };
     const bool shown = std::ranges::any_of(items, [&](const Mirror* item) {
-      return item->control().Visible() && !without.contains(item->control().Name());
+      return item->control().Visible() && !(withoutKept && item->control().StaysInSight());
     });
     all.push_back({first.control().Cell(), shown, first.grows(), heads(first), heightFor});
   }

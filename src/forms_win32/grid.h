@@ -3,8 +3,7 @@
 #include "forms/cell_grid.h"
 #include "mirror.h"
 
-#include <set>
-#include <string>
+#include <memory>
 #include <vector>
 
 namespace pluvo::forms_win32 {
@@ -12,9 +11,8 @@ namespace pluvo::forms_win32 {
 /// Where the controls of a page stand: forms' grid, within a margin, in pixels.
 class Grid {
  public:
-  /// Without the controls of these names, which stand elsewhere.
-  Grid(const std::vector<std::unique_ptr<Mirror>>& mirrors, const Look& look,
-       const std::set<std::u16string>& without);
+  /// Without the controls that stay in sight, where these stand elsewhere.
+  Grid(const std::vector<std::unique_ptr<Mirror>>& mirrors, const Look& look, bool withoutKept);
 
   /// The least width at which no word is cut off.
   int leastWidth() const;
@@ -26,8 +24,7 @@ class Grid {
   using Items = std::vector<Mirror*>;
 
   static std::vector<Items> lineUp(const std::vector<std::unique_ptr<Mirror>>& mirrors);
-  static std::vector<forms::GridItem> itemsOf(const std::vector<Items>& places,
-                                              const std::set<std::u16string>& without);
+  static std::vector<forms::GridItem> itemsOf(const std::vector<Items>& places, bool withoutKept);
   int gap() const { return look_.px(7); }
   int margin() const { return look_.px(10); }
   void put(const Items& items, const RECT& room) const;

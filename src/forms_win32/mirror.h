@@ -21,8 +21,6 @@ struct Stage {
   const Module& module;
   forms::Doings doings;
   std::unique_ptr<Look> look;
-  /// Controls that stay in sight where a page scrolls, by name.
-  const std::set<std::u16string>& kept;
   HWND tips = nullptr;
 };
 

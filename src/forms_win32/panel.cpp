@@ -25,7 +25,7 @@ Panel::~Panel() {
 std::vector<Mirror*> Panel::kept() const {
   std::vector<Mirror*> kept;
   for (const auto& mirror : mirrors_) {
-    if (stage_.kept.contains(mirror->control().Name())) kept.push_back(mirror.get());
+    if (mirror->control().StaysInSight()) kept.push_back(mirror.get());
   }
   return kept;
 }
@@ -45,7 +45,7 @@ void Panel::arrange() {
     stripHeight_ =
         std::max(stripHeight_, mirror->heightFor(each - stage_.look->px(20)) + 2 * stage_.look->px(7));
   }
-  const Grid grid = this->grid(low ? stage_.kept : std::set<std::u16string>());
+  const Grid grid = this->grid(low);
   SCROLLINFO bar = {};
   bar.cbSize = sizeof bar;
   bar.fMask = SIF_RANGE | SIF_PAGE | SIF_POS;
@@ -120,7 +120,7 @@ void Panel::reveal(HWND widget) {
   GetWindowRect(widget, &place);
   MapWindowPoints(nullptr, window_, reinterpret_cast<POINT*>(&place), 2);
   GetClientRect(window_, &inside);
-  if (stripHeight_ > 0 && stage_.kept.contains(mirrorOf(widget)->control().Name())) return;
+  if (stripHeight_ > 0 && mirrorOf(widget)->control().StaysInSight()) return;
   inside.bottom -= stripHeight_;
   if (place.top < 0) return scrollTo(top_ + place.top);
   if (place.bottom > inside.bottom) scrollTo(top_ + std::min(place.bottom - inside.bottom, place.top));

@@ -29,7 +29,7 @@ class Panel final : public Receiver {
   LRESULT receives(HWND window, UINT message, WPARAM wparam, LPARAM lparam) override;
 
  private:
-  Grid grid(const std::set<std::u16string>& without = {}) const { return {mirrors_, *stage_.look, without}; }
+  Grid grid(bool withoutKept = false) const { return {mirrors_, *stage_.look, withoutKept}; }
   std::vector<Mirror*> kept() const;
   /// Puts what stays in sight at the bottom, above all else; no room where all has its place.
   void placeKept(const RECT& strip);

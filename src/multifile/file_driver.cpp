@@ -115,7 +115,7 @@ void FileDriver::summarize(dialog::clsProcessFind& engine) const {
   if (tracked_ > 0)
     summary += u"\r\n\r\nChanges are tracked in " + base::decimal(tracked_) +
                (tracked_ == 1 ? u" file" : u" files") + u": what was deleted there is still in the text.";
-  if (const std::u16string originals = toldOfOriginals(); !originals.empty())
+  if (const std::u16string originals = toldOfRun(); !originals.empty())
     summary += u"\r\n\r\n" + originals;
 }
 
@@ -210,7 +210,7 @@ void FileDriver::MultiPLUVO_CloseFile(dialog::clsProcessFind& engine) {
 }
 
 std::u16string FileDriver::BrowseForFolder(dialog::clsProcessFind& /*engine*/, const std::u16string& start) {
-  const std::unique_ptr<FolderPicker> picker = makePicker_ ? makePicker_() : nullptr;
+  const std::unique_ptr<dialog::FolderPicker> picker = makePicker_ ? makePicker_() : nullptr;
   if (!picker) throw errors::objectNotSet();
   picker->SetStartingDirectory(start);
   picker->choose();
@@ -268,7 +268,8 @@ bool FileDriver::UnlockProtectedDocument(dialog::clsProcessFind& engine, Documen
                                          std::u16string& password, std::int16_t& protectionType) {
   return guarded(engine.context(), u"cpf:46", [&] {
     protectionType = static_cast<std::int16_t>(document->ProtectionType());
-    if (!passwordPrompt_) passwordPrompt_ = std::make_unique<frmPassword>(engine.context(), engine.forms());
+    if (!passwordPrompt_)
+      passwordPrompt_ = std::make_unique<dialog::frmPassword>(engine.context(), engine.forms());
     for (;;) {
       if (!passwordForForm(*passwordPrompt_, engine.boxes(), password)) break;
       const bool wasSaved = isSaved(*document);

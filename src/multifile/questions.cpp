@@ -35,7 +35,7 @@ bool openAgain(forms::MessageBoxes& boxes) {
              u"Incorrect Open/Modify Password");
 }
 
-bool passwordForForm(frmPassword& prompt, forms::MessageBoxes& boxes, std::u16string& password) {
+bool passwordForForm(dialog::frmPassword& prompt, forms::MessageBoxes& boxes, std::u16string& password) {
   while (!prompt.RetrievePassword(password, u"Input Password to Unlock Form.")) {
     if (ask(boxes, u"Would you like to Skip this file?", u"Skip File?")) return false;
   }

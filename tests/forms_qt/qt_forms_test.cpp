@@ -36,7 +36,7 @@ class OwnForm : public ShownForm {
 TEST_F(ShownForm, DoesWhatTheProgramAdmits) {
   bool admitted = false;
   user.host.admits = [&](const Form&, const Control*) { return admitted; };
-  user.host.helpIs(u"link");
+  form.Help(form.link);
   user.open();
   const auto doesAll = [&] {
     user.click(form.button);

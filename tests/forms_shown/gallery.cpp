@@ -5,11 +5,12 @@
 //                                              |confirm|question|more|report] [long]
 //
 // With `long`, captions are far longer than there is a place for in one line.
+#include "dialog/frmFAR.h"
+#include "dialog/frmPassword.h"
+#include "dialog/tips.h"
 #include "errors/context.h"
-#include "host/frmFAR.h"
-#include "host/tips.h"
 #include "memory/application.h"
-#include "multifile/frmPassword.h"
+#include "multifile/file_driver.h"
 #include "storage/files/scratch.h"
 #include "support/notation.h"
 #include "user.h"
@@ -28,7 +29,8 @@ struct Word final : memory::MemoryApplication {
   }
 };
 
-void show(std::string_view scene, const std::u16string& documents, host::frmFAR& dialog, forms::User& user) {
+void show(std::string_view scene, const std::u16string& documents, dialog::frmFAR& dialog,
+          forms::User& user) {
   const auto press = [&](const char16_t* button) { dialog.get<forms::CommandButton>(button).press(); };
   const auto page = [&](std::size_t number) { dialog.get<forms::MultiPage>(u"MultiPage1").choose(number); };
   const auto type = [&](const char16_t* box, const std::u16string& text) {
@@ -64,7 +66,7 @@ void show(std::string_view scene, const std::u16string& documents, host::frmFAR&
   if (scene == "password") {
     errors::Context context;
     std::u16string password;
-    multifile::frmPassword(context, user.host).RetrievePassword(password, u"Input Password to Unlock Form.");
+    dialog::frmPassword(context, user.host).RetrievePassword(password, u"Input Password to Unlock Form.");
   }
   if (scene == "question")
     user.boxes.show(u"Insert Highlighted Data?", forms::Buttons::yesNo,
@@ -95,12 +97,14 @@ int main(int argc, char** argv) {
   word->add(document.document);
 
   forms::User user;
-  user.host.staysInSight(u"cmdViewOperation");
-  user.host.staysInSight(u"cmdExecuteFAR");
   const auto clock = forms::machineClock();
-  const auto random = host::machineRandomSource();
-  host::frmFAR dialog({[&] { return word; }, user.host, user.boxes, user.inputs, *clock, user.yielding,
-                       user.launcher, *random, path("program")});
+  const auto random = dialog::machineRandomSource();
+  dialog::Surroundings here{[&] { return word; }, user.host,     user.boxes, user.inputs,    *clock,
+                            user.yielding,        user.launcher, *random,    path("program")};
+  here.stepper = [](const dialog::RunPlace& place) {
+    return std::make_shared<multifile::FileDriver>(place.folders(), place.makePicker);
+  };
+  dialog::frmFAR dialog(here);
   if (argc > 2) {
     for (const char16_t* name :
          {u"cmdViewOperation", u"chkConfirmEach", u"chkQuiteMode", u"cmdBrowse", u"lblReadMe"}) {

@@ -16,11 +16,12 @@ namespace pluvo::forms {
 class SampleForm final : public Form {
  public:
   explicit SampleForm(FormHost& host) : Form(host, u"frmSample", u"A & B") {
-    Page& first = pages.add(u"pgOne", u"One & Two", u"Tip && so");
+    pages.add(first);
     for (Control* control :
          std::vector<Control*>{&label, &line, &lines, &check, &combo, &list, &link, &picture})
       first.add(*control);
-    pages.add(u"pgTwo", u"&More", u"").add(other);
+    pages.add(second);
+    second.add(other);
     int row = 0;
     for (Control* control : first.controls()) control->Cell({row++, 0, 1, 12});
     lines.MultiLine(true);
@@ -34,6 +35,8 @@ class SampleForm final : public Form {
   }
 
   MultiPage pages{u"pages"};
+  Page first{u"pgOne", u"One & Two", u"Tip && so"};
+  Page second{u"pgTwo", u"&More", u""};
   Label label{u"label", u"Find & Replace"};
   TextBox line{u"line"};
   TextBox lines{u"lines"};

@@ -2,10 +2,10 @@
 #include "base/at_end.h"
 #include "base/names.h"
 #include "base/utf.h"
+#include "dialog/frmFAR.h"
+#include "dialog/opened_dialog.h"
 #include "errors/fault.h"
 #include "forms_shown/shown_form.h"
-#include "host/frmFAR.h"
-#include "host/opened_dialog.h"
 
 namespace pluvo::forms {
 namespace {
@@ -282,15 +282,14 @@ std::vector<std::string> cutOff(const User& user) {
   return faults;
 }
 
-class WholeDialog : public host::OpenedDialog, public testing::Test {};
+class WholeDialog : public dialog::OpenedDialog, public testing::Test {};
 
 TEST_F(WholeDialog, CutsNothingOffAtAnyResolution) {
   User user(boxes);
-  host::Surroundings here = surroundings();
-  host::frmFAR dialog(
+  dialog::Surroundings here = surroundings();
+  dialog::frmFAR dialog(
       {here.application, user.host, boxes, inputs, clock, yielding, launcher, random, here.componentFolder});
   user.form = &dialog;
-  user.host.staysInSight(u"cmdExecuteFAR");
   // Captions are longer in some faces, and in other words.
   for (const char16_t* name : {u"cmdViewOperation", u"chkConfirmEach", u"lblInstructions", u"cmdBrowse"}) {
     auto& control = dialog.get<Control>(name);

@@ -1,6 +1,6 @@
 #include "base/utf.h"
+#include "dialog/opened_dialog.h"
 #include "dialog/workplace.h"
-#include "host/opened_dialog.h"
 #include "word_stand_in/word_session.h"
 
 #include <gtest/gtest.h>
@@ -156,8 +156,8 @@ TEST(Passes, AreNotBegunWhereWordKeepsTheUserFromIt) {
     SCOPED_TRACE(each.told);
     const WordSession word;
     const auto document = WordSession::document(u"one");
-    host::OpenedDialog opened;
-    host::Surroundings here = opened.surroundings();
+    dialog::OpenedDialog opened;
+    dialog::Surroundings here = opened.surroundings();
     here.application = [&] { return word.word(); };
     WordSession::world().defaultPaths[word::wdUserTemplatesPath] =
         opened.u16(opened.folder.path("templates"));

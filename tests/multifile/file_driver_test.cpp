@@ -250,7 +250,7 @@ TEST(GetFiles, TakesTheKinOfAMaskAndNoOther) {
 }
 
 TEST(BrowseForFolder, GivesTheFolderThatTheUserSelects) {
-  struct Picker : FolderPicker {
+  struct Picker : dialog::FolderPicker {
     explicit Picker(bool selects) : selects_(selects) {}
     void SetStartingDirectory(const std::u16string& folder) override { folder_ = folder; }
     void choose() override { folder_ += u"\\chosen"; }

@@ -21,15 +21,6 @@ namespace pluvo::dialog {
 /// The distance that stands for none.
 inline constexpr const char16_t* kSame = u"Same";
 
-/// What the class works with. All of it outlives the object.
-struct Surroundings {
-  /// Makes the word processor's global object; called at its first use, and then never again.
-  std::function<std::shared_ptr<word::Application>()> application;
-  errors::Context& context;
-  forms::MessageBoxes& boxes;
-  forms::FormHost& forms;
-};
-
 /// The engine as dialogs and scripts drive it: a request is given property by property, questions are asked
 /// in boxes, and faults are reported.
 ///
@@ -39,6 +30,15 @@ struct Surroundings {
 /// cannot be written, reaches the caller.
 class clsProcessFind {
  public:
+  /// What it works with. All of it outlives the object.
+  struct Surroundings {
+    /// Makes the word processor's global object; called at its first use, and then never again.
+    std::function<std::shared_ptr<word::Application>()> application;
+    errors::Context& context;
+    forms::MessageBoxes& boxes;
+    forms::FormHost& forms;
+  };
+
   explicit clsProcessFind(Surroundings surroundings);
   ~clsProcessFind();
   clsProcessFind(const clsProcessFind&) = delete;

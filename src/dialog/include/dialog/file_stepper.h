@@ -31,6 +31,9 @@ class FileStepper {
   virtual void abandon(clsProcessFind& /*engine*/) {}
   virtual std::u16string BrowseForFolder(clsProcessFind& engine, const std::u16string& start) = 0;
 
+  /// A sentence about what the last run leaves besides the files; empty where there is nothing to tell.
+  virtual std::u16string toldOfRun() const { return {}; }
+
   /// The document of the file being processed; none between files.
   virtual std::shared_ptr<word::Document> currentDocument() = 0;
 

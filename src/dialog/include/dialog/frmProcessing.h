@@ -19,6 +19,8 @@ std::u16string operationInWords(const engine::Request& request);
 /// its buttons cannot be pressed then. SingleProcess and MultiProcess return while it awaits the first one.
 class frmProcessing final : public forms::Form {
  public:
+  static constexpr const char16_t* kName = u"frmProcessing";
+
   explicit frmProcessing(clsProcessFind& engine);
 
   void SingleProcess();

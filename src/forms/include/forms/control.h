@@ -69,6 +69,10 @@ class Control {
   const forms::Cell& Cell() const { return cell_; }
   void Cell(forms::Cell cell) { set(cell_, cell); }
 
+  /// Whether it stays below a page that is too high for its window and scrolls; decided before it is shown.
+  bool StaysInSight() const { return staysInSight_; }
+  void StaysInSight(bool value) { staysInSight_ = value; }
+
   /// The Tab key goes by this number; among equals by the order in which controls were added.
   int TabIndex() const { return tabIndex_; }
   void TabIndex(int index) { tabIndex_ = index; }
@@ -97,6 +101,7 @@ class Control {
   Color backColor_ = kWhite;
   forms::Font font_;
   forms::Cell cell_;
+  bool staysInSight_ = false;
   int tabIndex_ = 0;
 };
 

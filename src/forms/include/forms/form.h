@@ -88,6 +88,10 @@ class Form {
     changed.raise();
   }
 
+  /// The label that F1 presses, wherever the keyboard is; none at first.
+  const Label* Help() const { return help_; }
+  void Help(const Label& link) { help_ = &link; }
+
   /// Those that stand on the form itself, in the order in which they were added.
   const std::vector<Control*>& controls() const { return controls_; }
   /// Also one on a page. Nothing where there is none of that name.
@@ -115,6 +119,7 @@ class Form {
   bool visible_ = false;
   int windowState_ = 0;
   Control* activeControl_ = nullptr;
+  const Label* help_ = nullptr;
   std::vector<Control*> controls_;
 };
 

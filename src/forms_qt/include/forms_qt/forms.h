@@ -43,12 +43,6 @@ class QtForms final : public forms::FormHost {
   /// The form fills this widget of the program, which gets a layout if it has none, and has no window of its
   /// own. The container is shown and hidden with the form; it may go before the form does.
   void standsIn(std::u16string form, QWidget& container) { containers_[std::move(form)] = &container; }
-  /// F1 presses the link or button of that name, on forms that have it.
-  void helpIs(std::u16string control) { help_ = std::move(control); }
-
-  /// The control of that name on a page stays in sight, below the page, where the page is too high for its
-  /// place.
-  void staysInSight(std::u16string control) { kept_.insert(std::move(control)); }
 
   /// Called with a form's own window when it is about to be shown and has its size; may move it.
   std::function<void(const forms::Form&, QWidget& window)> placing;
@@ -71,8 +65,6 @@ class QtForms final : public forms::FormHost {
   QPointer<QWidget> owner_;
   std::set<std::u16string> modeless_;
   std::map<std::u16string, QPointer<QWidget>> containers_;
-  std::u16string help_;
-  std::set<std::u16string> kept_;
   /// Each is owned by its form's changed event, and so lives as long as the form.
   std::map<const forms::Form*, FormWindow*> windows_;
 };

@@ -48,10 +48,6 @@ class Win32Forms final : public forms::FormHost {
   /// The user goes to and fro between this form and the documents. To be said before it is first shown.
   void leavesOthersUsable(std::u16string form) { modeless_.insert(std::move(form)); }
 
-  /// The control of that name on a page stays in sight, below the page, where the page is too high for its
-  /// place. To be said before its form is first shown.
-  void staysInSight(std::u16string control) { kept_.insert(std::move(control)); }
-
   /// Has a message fetched in a loop of this host's own.
   template <class Fetch>
   BOOL pull(Fetch&& fetch) {
@@ -78,7 +74,6 @@ class Win32Forms final : public forms::FormHost {
 
   forms::MessageBoxes& boxes_;
   std::set<std::u16string> modeless_;
-  std::set<std::u16string> kept_;
   std::unique_ptr<Module> module_;
   /// While forms are shown: keys that come through loops of others, the word processor's.
   HHOOK keys_ = nullptr;

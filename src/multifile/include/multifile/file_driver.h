@@ -2,8 +2,8 @@
 
 #include "dialog/clsProcessFind.h"
 #include "dialog/file_stepper.h"
-#include "multifile/folder_picker.h"
-#include "multifile/frmPassword.h"
+#include "dialog/folder_picker.h"
+#include "dialog/frmPassword.h"
 #include "multifile/originals.h"
 #include "scanner/clsDirParsing.h"
 #include "scanner/folders.h"
@@ -24,7 +24,7 @@ namespace pluvo::multifile {
 /// file is left out.
 class FileDriver final : public dialog::FileStepper {
  public:
-  using PickerMaker = std::function<std::unique_ptr<FolderPicker>()>;
+  using PickerMaker = std::function<std::unique_ptr<dialog::FolderPicker>()>;
 
   explicit FileDriver(std::unique_ptr<scanner::Folders> folders = scanner::machineFolders(),
                       PickerMaker makePicker = {});
@@ -43,7 +43,7 @@ class FileDriver final : public dialog::FileStepper {
   /// run names their folder.
   void keepOriginals(std::unique_ptr<Originals> originals) { originals_ = std::move(originals); }
   /// A sentence about those of the last run; empty where there are none.
-  std::u16string toldOfOriginals() const { return originals_ ? originals_->told() : std::u16string(); }
+  std::u16string toldOfRun() const override { return originals_ ? originals_->told() : std::u16string(); }
 
  private:
   using Document = std::shared_ptr<word::Document>;
@@ -70,7 +70,7 @@ class FileDriver final : public dialog::FileStepper {
   std::unique_ptr<scanner::Folders> folders_;
   PickerMaker makePicker_;
   std::unique_ptr<scanner::clsDirParsing> scanner_;
-  std::unique_ptr<frmPassword> passwordPrompt_;
+  std::unique_ptr<dialog::frmPassword> passwordPrompt_;
 
   Document document_;
   std::u16string path_;

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "dialog/frmPassword.h"
 #include "forms/message_boxes.h"
-#include "multifile/frmPassword.h"
 
 #include <string>
 
@@ -13,7 +13,7 @@ bool goOnReadOnly(forms::MessageBoxes& boxes);
 bool skipWithWrongPassword(forms::MessageBoxes& boxes);
 bool openAgain(forms::MessageBoxes& boxes);
 /// By which password the document's protection is lifted; false: the file is skipped.
-bool passwordForForm(frmPassword& prompt, forms::MessageBoxes& boxes, std::u16string& password);
+bool passwordForForm(dialog::frmPassword& prompt, forms::MessageBoxes& boxes, std::u16string& password);
 bool cancelSaveAs(forms::MessageBoxes& boxes);
 /// The original could not be copied: whether the changed file is saved all the same.
 bool saveWithoutOriginal(forms::MessageBoxes& boxes, const std::u16string& path);

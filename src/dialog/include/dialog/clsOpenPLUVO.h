@@ -1,0 +1,39 @@
+#pragma once
+
+#include "dialog/frmFAR.h"
+#include "dialog/surroundings.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace pluvo::dialog {
+
+/// The way in: one dialog, made at its first use and kept.
+class clsOpenPLUVO {
+ public:
+  explicit clsOpenPLUVO(Surroundings surroundings);
+
+  /// Shows the dialog, and returns when the user closes it. Throws the Fault of a start-up that could not be
+  /// reported, as the word processor does not answer perhaps; the next call starts anew.
+  void OpenPLUVO();
+
+  /// See frmFAR.
+  void documentsChanged() {
+    if (dialog_) dialog_->documentsChanged();
+  }
+  /// See frmFAR.
+  void listFiles(const std::vector<std::u16string>& files) {
+    if (dialog_) dialog_->listFiles(files);
+  }
+  /// See frmFAR.
+  void goToBeginning() {
+    if (dialog_) dialog_->goToBeginning();
+  }
+
+ private:
+  Surroundings surroundings_;
+  std::unique_ptr<frmFAR> dialog_;
+};
+
+}  // namespace pluvo::dialog

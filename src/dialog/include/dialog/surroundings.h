@@ -1,0 +1,63 @@
+#pragma once
+
+#include "dialog/clsProcessFind.h"
+#include "dialog/folder_picker.h"
+#include "dialog/tips.h"
+#include "forms/form.h"
+#include "forms/input_boxes.h"
+#include "forms/machine.h"
+#include "forms/message_boxes.h"
+#include "scanner/folders.h"
+#include "word/word_processor.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace pluvo::dialog {
+
+/// What the way of a run over files takes from the dialog.
+struct RunPlace {
+  errors::Context& context;
+  forms::MessageBoxes& boxes;
+  /// Where the dialog keeps what is its own; ends with the separator that stands between folders.
+  std::u16string dataFolder;
+  std::u16string separator;
+  std::function<std::unique_ptr<scanner::Folders>()> folders;
+  std::function<std::unique_ptr<FolderPicker>()> makePicker;
+};
+
+/// What the dialog works with. All of it outlives the dialog.
+struct Surroundings {
+  /// Makes the word processor's global object; called once.
+  std::function<std::shared_ptr<word::Application>()> application;
+  forms::FormHost& forms;
+  forms::MessageBoxes& boxes;
+  forms::InputBoxes& inputs;
+  forms::Clock& clock;
+  forms::Yielding& yielding;
+  forms::Launcher& launcher;
+  RandomSource& random;
+  /// Where the program lies, and beside it its documents; without a separator at the end.
+  std::u16string componentFolder;
+  std::function<std::unique_ptr<scanner::Folders>()> folders = scanner::machineFolders;
+  /// Has the user choose a folder, beginning at this one: the one typed, or the user's documents. Empty: none
+  /// was chosen. Without it the dialog has a picker of its own, which begins at the user's documents.
+  std::function<std::u16string(const std::u16string& folder)> chooseFolder = {};
+  /// The dialog's engine was made: a program sets what it alone decides, its limits and who watches it. The
+  /// engine lives as long as the dialog.
+  std::function<void(clsProcessFind&)> engineMade = [](clsProcessFind&) {};
+  /// Makes the way of runs over files, without which there are none.
+  std::function<std::shared_ptr<FileStepper>(const RunPlace& place)> stepper = {};
+  /// A run over these files is about to begin; a program may take some out. Whether it begins.
+  std::function<bool(std::vector<std::u16string>& files)> filesChosen = [](auto&) { return true; };
+  /// What the run that has just ended did not reach in its documents: a sentence for the status line, empty
+  /// where there is nothing to tell.
+  std::function<std::u16string()> notReached = [] { return std::u16string(); };
+  /// Shows a document that lies beside the program, and throws Fault where it cannot; empty where it is
+  /// opened in the word processor, as the active document.
+  std::function<void(const std::u16string& path)> showDocument = {};
+};
+
+}  // namespace pluvo::dialog
