@@ -1,7 +1,7 @@
-// Rich Text of any bytes: read, looked through for what is elsewhere, written back unchanged, edited, written
-// and read again. The first byte counts the edits, of five bytes each, that follow it; then comes the file,
-// to which the beginning that makes it one is added. A new version that the comparison with what was meant
-// refuses is not saved, and so no fault here, unless PLUVO_FUZZ_STRICT is set.
+// Rich Text of any bytes: all its stories read, looked through for what is elsewhere, written back unchanged,
+// edited, written and read again. The first byte counts the edits, of five bytes each, that follow it; then
+// comes the file, to which the beginning that makes it one is added. A new version that the comparison with
+// what was meant refuses is not saved, and so no fault here, unless PLUVO_FUZZ_STRICT is set.
 
 #include "document/same_document.h"
 #include "elsewhere/elsewhere.h"
@@ -12,7 +12,9 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace {
 
@@ -24,10 +26,12 @@ void require(bool condition, const char* what) {
   std::abort();
 }
 
-void edit(document::Story& story, base::ByteSpan program) {
+/// Half of the edits are those of main text.
+void edit(document::Document& document, base::ByteSpan program) {
   for (; program.size() >= 5; program = program.subspan(5)) {
     const auto place = static_cast<std::uint32_t>(program[0] | program[1] << 8U);
-    docx::editBySeed(story, {place, program[2], program[3], program[4]});
+    const std::size_t story = program[4] < 0x80 ? 0 : program[4] / 5U % document.count();
+    docx::editBySeed(document.story(story), {place, program[2], program[3], program[4]});
   }
 }
 
@@ -36,7 +40,14 @@ int refused(std::string_view what) {
   return 0;
 }
 
-std::u16string textOf(const document::Story& story) { return story.text().substring(0, story.length()); }
+std::vector<std::u16string> textsOf(const document::Document& document) {
+  std::vector<std::u16string> texts;
+  for (std::size_t i = 0; i < document.count(); ++i) {
+    const document::Story& story = document.story(i);
+    if (!document.isGone(i)) texts.push_back(story.text().substring(0, story.length()));
+  }
+  return texts;
+}
 
 }  // namespace
 
@@ -47,20 +58,23 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   file.append(reinterpret_cast<const char*>(data) + 1 + edits, size - 1 - edits);
   try {
     rtf::Opened opened = rtf::open(file);
-    require(notation::damageOf(opened.model).empty(), "a sound text");
+    for (std::size_t i = 0; i < opened.document.count(); ++i)
+      require(notation::damageOf(opened.document.story(i)).empty(), "a sound text");
     require(opened.written() == file, "written as read");
     require(opened.source->appearance().length() == opened.model.length(), "looks of all the text");
     engine::Request request;
     request.begin = u"e";
     request.distance = 0;
     elsewhere::lookElsewhere(*opened.source, opened.document, {&request, 1});
-    edit(opened.model, {data + 1, edits});
+    edit(opened.document, {data + 1, edits});
     const std::string edited = opened.written();
-    const formats::Opened read = rtf::RtfFormat().read(rtf::bytesOf(edited), {});
+    formats::Hint hint;
+    hint.allStories = true;
+    const formats::Opened read = rtf::RtfFormat().read(rtf::bytesOf(edited), hint);
     const auto what = document::differenceOf(opened.document.snapshot(), read.stories, [] {});
     if (!what.empty()) return refused(what);
     const rtf::Opened again = rtf::open(edited);
-    require(textOf(again.model) == textOf(opened.model), "the text that was meant");
+    require(textsOf(again.document) == textsOf(opened.document), "the texts that were meant");
     require(again.written() == edited, "written again as read again");
   } catch (const errors::DocumentError&) {
     // Refused: no whole document, or no place for a colour.

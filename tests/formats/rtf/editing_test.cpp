@@ -33,7 +33,19 @@ std::string savedAndTheSame(const Opened& opened) {
   return file;
 }
 
-/// What an edit of the first place of a text makes of a document's bytes. A text of "7" is a highlight.
+/// Of the first place of a text. A new text of "7" is a highlight.
+void edit(document::Story& story, std::u16string_view place, std::u16string_view text) {
+  const std::size_t at = story.text().substring(0, story.length()).find(place);
+  ASSERT_NE(at, std::u16string::npos);
+  const text::Span span{static_cast<text::Position>(at), static_cast<text::Position>(at + place.size())};
+  if (text == u"7") {
+    story.highlight(span, 7);
+  } else {
+    story.replace(span, text, text::View::results);
+  }
+}
+
+/// What an edit makes of a document's bytes.
 TEST(RtfFormat, IsEditedBySplices) {
   const struct {
     const char* before;
@@ -85,17 +97,57 @@ TEST(RtfFormat, IsEditedBySplices) {
   for (const auto& [before, place, text, after] : cases) {
     SCOPED_TRACE(before);
     Opened opened = open(head() + before + "}");
-    const std::u16string all = opened.model.text().substring(0, opened.model.length());
-    const std::size_t at = all.find(place);
-    ASSERT_NE(at, all.npos);
-    const text::Span span{static_cast<text::Position>(at), static_cast<text::Position>(at + place.size())};
-    if (text == u"7") {
-      opened.model.highlight(span, 7);
-    } else {
-      opened.model.replace(span, text, text::View::results);
-    }
+    edit(opened.model, place, text);
     EXPECT_EQ(savedAndTheSame(opened), head() + after + "}");
   }
+}
+
+/// What an edit of a story makes of a document's bytes.
+TEST(RtfFormat, EditsStoriesWhereTheyStand) {
+  const struct {
+    const char* before;
+    std::size_t story;
+    std::u16string place;
+    std::u16string text;
+    const char* after;
+  } cases[] = {
+      {"{\\headerl x\\par}{\\header{\\b y}\\par}{\\footerf z}a\\par", 2, u"y", u"\u0416n",
+       "{\\headerl x\\par}{\\header{\\b \\u1046?n}\\par}{\\footerf z}a\\par"},
+      {"{\\uc0{\\header y\\par}}a\\par", 1, u"y", u"\u0416", "{\\uc0{\\header \\u1046 \\par}}a\\par"},
+      {"{\\header y\\par}{\\header z\\par}a\\par", 2, u"z", u"7",
+       "{\\header y\\par}{\\header \\highlight2 z\\highlight0 \\par}a\\par"},
+      {"a\\chftn{\\footnote\\chftn y}{\\footnote\\ftnalt z}b\\par", 1, u"y", u"n",
+       "a\\chftn{\\footnote\\chftn n}{\\footnote\\ftnalt z}b\\par"},
+      {"a{\\super\\chftn}{\\footnote y}{\\footnote\\ftnalt z}b\\par", 0, u"\u0002", u"",
+       "a{\\super}{\\footnote\\ftnalt z}b\\par"},
+      {"a{\\*\\atnid i}{\\*\\annotation{\\*\\atnref 1}y\\par}\\par", 1, u"y", u"1\r2",
+       "a{\\*\\atnid i}{\\*\\annotation{\\*\\atnref 1}1\\par 2\\par}\\par"},
+      {"{\\header{\\shp{\\*\\shpinst{\\shptxt y{\\pict 00}}}{\\shprslt{\\*\\do{\\dptxbxtext y}}}}}a\\par", 2,
+       u"y", u"n", "{\\header{\\shp{\\*\\shpinst{\\shptxt n{\\pict 00}}}}}a\\par"},
+      {"{\\shp{\\*\\shpinst{\\sp x}}{\\shprslt{\\*\\do{\\dptxbxtext y\\par}}}}a\\par", 1, u"y", u"n",
+       "{\\shp{\\*\\shpinst{\\sp x}}{\\shprslt{\\*\\do{\\dptxbxtext n\\par}}}}a\\par"},
+      {"{\\upr{axb}{\\*\\ud a{\\b x}b}}{\\upr{c}{\\*\\ud c}}\\par", 0, u"x", u"",
+       "{\\upr{}{\\*\\ud a{\\b }b}}{\\upr{c}{\\*\\ud c}}\\par"},
+      {"{\\field{\\*\\fldinst X}{\\fldrslt b{\\header h\\par}c}}d\\par", 0, u"\u0013X\u0014bc\u0015", u"",
+       "{\\header h\\par}d\\par"},
+  };
+  for (const auto& [before, number, place, text, after] : cases) {
+    SCOPED_TRACE(before);
+    Opened opened = open(head() + before + "}");
+    ASSERT_LT(number, opened.document.count());
+    edit(opened.document.story(number), place, text);
+    EXPECT_EQ(savedAndTheSame(opened), head() + after + "}");
+  }
+}
+
+TEST(RtfFormat, TakesNoHighlightInFrontOfItsColours) {
+  Opened opened = open("{\\rtf1{\\header h}a{\\colortbl;\\red255\\green255\\blue0;}b\\par}");
+  EXPECT_THROW(opened.model.highlight({0, 1}, 7), errors::Fault);
+  EXPECT_THROW(opened.document.story(1).highlight({0, 1}, 7), errors::Fault);
+  opened.model.replace({0, 1}, u"n", text::View::results);
+  opened.model.highlight({1, 2}, 7);
+  EXPECT_EQ(savedAndTheSame(opened),
+            "{\\rtf1{\\header h}n{\\colortbl;\\red255\\green255\\blue0;}\\highlight1 b\\highlight0 \\par}");
 }
 
 /// Where a document, or what it says of all its text, ends in the middle of something.
