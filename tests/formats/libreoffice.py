@@ -20,6 +20,7 @@ from pathlib import Path
 from lxml import etree
 
 TEXT, OFFICE, DRAW, TABLE = (f"{{urn:oasis:names:tc:opendocument:xmlns:{x}:1.0}}" for x in ("text", "office", "drawing", "table"))
+STYLE = "urn:oasis:names:tc:opendocument:xmlns:style:1.0"
 EXTENSION = "{urn:org:documentfoundation:names:experimental:office:xmlns:loext:1.0}"
 SKIPPED = {OFFICE + x for x in "annotation annotation-end forms event-listeners".split()} | {TABLE + "table-header-columns"}
 SKIPPED |= {TEXT + x for x in "note ruby-text tracked-changes sequence-decls variable-decls user-field-decls".split()}
@@ -62,6 +63,55 @@ def text_of(path):
     return "".join(out)
 
 
+def stories_of(path):
+    """The texts beside main text, each with the number of its kind."""
+    tree = etree.parse(str(path), etree.XMLParser(huge_tree=True))
+    kinds = [(f"{{{STYLE}}}header", "7"), (f"{{{STYLE}}}header-left", "6"), (f"{{{STYLE}}}header-first", "10"),
+             (f"{{{STYLE}}}footer", "9"), (f"{{{STYLE}}}footer-left", "8"), (f"{{{STYLE}}}footer-first", "11"),
+             (OFFICE + "annotation", "4"), (DRAW + "text-box", "5"), (DRAW + "custom-shape", "5")]  # fmt: skip
+    found = []
+    for name, kind in kinds:
+        for node in tree.iter(name):
+            found.append((kind, normal("".join(paragraph_texts(node)))))
+    for node in tree.iter(TEXT + "note"):
+        kind = "3" if node.get(TEXT + "note-class") == "endnote" else "2"
+        found.append((kind, normal("".join(paragraph_texts(node.find(TEXT + "note-body"))))))
+    return [story for story in found if story[1]]
+
+
+def paragraph_texts(node):
+    for child in node:
+        if not isinstance(child.tag, str) or child.tag.startswith(DRAW) or child.tag in SKIPPED:
+            continue
+        if child.tag in (TEXT + "p", TEXT + "h"):
+            yield inline_text(child) + "\n"
+        else:
+            yield from paragraph_texts(child)
+
+
+def inline_text(node):
+    text = node.text or ""
+    for child in node:
+        if isinstance(child.tag, str) and not child.tag.startswith(DRAW) and child.tag not in SKIPPED:
+            text += " " * int(child.get(TEXT + "c", "1")) if child.tag == TEXT + "s" else ""
+            text += "\t" if child.tag == TEXT + "tab" else inline_text(child)
+        text += child.tail or ""
+    return text
+
+
+def missing(ours, theirs):
+    """Stories of ours that LibreOffice does not have. It repeats headers for each of its page styles."""
+    rest = list(theirs)
+    lacking = []
+    for story in ours:
+        if story in rest:
+            if int(story[0]) < 6:
+                rest.remove(story)
+        elif story[1]:
+            lacking.append(story)
+    return lacking
+
+
 def normal(text):
     """What two programs can agree on: no anchors and marks, hyphens alike, blanks of any kind and number one."""
     text = re.sub("[\u0001\u000b\u0002\u0005\u0008\u00ad\u001f\u200b-\u200f\u202a-\u202e\u2060\ufeff\ufffc]", "", text)
@@ -84,7 +134,7 @@ def main(folder):
         subprocess.run(["soffice", f"-env:UserInstallation=file://{work}/profile", "--headless", "--convert-to", "fodt",
                         "--outdir", work, *(copy for _, copy in copies[start : start + 15])],
                        capture_output=True, timeout=300, check=False)  # fmt: skip
-    differ = 0
+    differ = stories = lacking = 0
     for document, copy in copies:
         ours = normal(Path(f"{document}.txt").read_text("utf-8", "replace"))
         flat = copy.with_suffix(".fodt")
@@ -93,7 +143,17 @@ def main(folder):
             differ += 1
             at = max(0, len(os.path.commonprefix([ours, theirs])) - 30)
             print(f"differs: {document.name}\n  ours   {ours[at : at + 80]!r}\n  theirs {theirs[at : at + 80]!r}")
-    print(f"{differ} of {len(copies)} differ from what LibreOffice reads")
+        listed = Path(f"{document}.stories.txt")
+        if not listed.exists() or not flat.exists():
+            continue
+        lines = (line.partition(" ") for line in listed.read_text("utf-8", "replace").split("\n") if line)
+        ours = [(kind, normal(text)) for kind, _, text in lines]
+        theirs = stories_of(flat)
+        stories += len(ours)
+        for story in missing(ours, theirs):
+            lacking += 1
+            print(f"lacks: {document.name}\n  ours   {story!r}\n  theirs {[x[1][:60] for x in theirs if x[0] == story[0]]!r}")
+    print(f"{differ} of {len(copies)} differ from what LibreOffice reads; of {stories} other stories it lacks {lacking}")
 
 
 if __name__ == "__main__":

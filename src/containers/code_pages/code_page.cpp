@@ -1,6 +1,7 @@
 #include "code_pages/code_page.h"
 
 #include "base/utf.h"
+#include "own_tables.h"
 
 #include <iconv.h>
 
@@ -94,10 +95,12 @@ CodePage::Answer CodePage::named(const std::string& iconvName) {
   if (const auto found = all.find(iconvName); found != all.end())
     return {found->second.kind, found->second.page.get()};
   auto converter = std::make_unique<Converter>(iconvName);
-  if (!converter->exists()) return {};
-  std::unique_ptr<CodePage> page(new CodePage(std::move(converter)));
+  const auto* const own = std::ranges::find(kOwnTables, iconvName, &OwnTable::name);
+  if (!converter->exists() && own == kOwnTables.end()) return {};
+  const bool isOurs = !converter->exists();
+  std::unique_ptr<CodePage> page(new CodePage(isOurs ? nullptr : std::move(converter)));
   Made& made = all[iconvName];
-  made.kind = page->makeOut();
+  made.kind = isOurs ? page->takeOver(own->upper) : page->makeOut();
   if (made.kind == Kind::usable) made.page = std::move(page);
   return {made.kind, made.page.get()};
 }
@@ -135,13 +138,22 @@ CodePage::Kind CodePage::makeOut() {
   return singles_[0] == 0 ? Kind::usable : Kind::notByBytes;
 }
 
+CodePage::Kind CodePage::takeOver(std::u16string_view upper) {
+  reverse_.resize(0x10000);
+  for (unsigned byte = 0; byte < 256; ++byte) {
+    singles_[byte] = byte < 0x80 ? byte : upper[byte - 0x80U];
+    noteReverse(singles_[byte], byte);
+  }
+  return Kind::usable;
+}
+
 /// Of several ways to write a character the encoding's own is taken.
 void CodePage::noteReverse(std::uint32_t point, unsigned bytes) {
   if (point > 0xFFFF) return;
   std::uint16_t& place = reverse_[point];
   const bool first = place == 0;
   if (first) place = static_cast<std::uint16_t>(bytes);
-  if (first) return;
+  if (first || converter_ == nullptr) return;
   const auto own = converter_->encode(point);
   if (!own || own->count > 2) return;
   const unsigned value =
@@ -168,6 +180,7 @@ std::optional<CodePage::Encoded> CodePage::encoded(char32_t point) const {
 }
 
 std::optional<CodePage::Encoded> CodePage::encodedByConverter(char32_t point) const {
+  if (converter_ == nullptr) return std::nullopt;
   std::optional<Encoded> encoded;
   {
     const std::lock_guard lock(mutex_);

@@ -41,7 +41,7 @@ class DocumentReader {
     ReadText text = reader.finish();
     groups_ = std::move(text.groups);
     read_.stories.push_back(std::move(text.content));
-    read_.places.push_back({word::wdMainTextStory, {0, file_.size()}, {}, std::move(text.map), {}});
+    read_.places.push_back({word::wdMainTextStory, {0, file_.size()}, {}, std::move(text.map), {}, {}});
     read_.tables = walker.tables();
     read_.protection = reader.protection();
     return reader.firstAt();
@@ -51,20 +51,36 @@ class DocumentReader {
     if (depth > kDeepestStory) return;
     for (const GroupInText& group : groups) {
       const StoryGroups found = storyGroupsIn(file_, group.group);
+      const std::size_t first = read_.stories.size();
+      std::vector<std::vector<GroupInText>> inner;
       for (const StoryGroup& story : found.stories) {
         if (read_.stories.size() == kMostStories) {
           throw errors::DocumentError(errors::Problem::tooLarge,
                                       "The document has more than 65,535 headers, footers, notes, comments "
                                       "and text boxes; divide it.");
         }
-        readStory(story, group, found.forOlder, holder, depth);
+        auto [content, place, groupsIn] = readStory(story, group.fallback);
+        if (group.anchor) {
+          content.anchors.push_back({holder, *group.anchor});
+        } else {
+          content.anchors = read_.stories[holder].anchors;
+        }
+        read_.stories.push_back(std::move(content));
+        read_.places.push_back(std::move(place));
+        inner.push_back(std::move(groupsIn));
       }
+      pairWithOlder(found, first, group.fallback);
+      for (std::size_t i = 0; i < inner.size(); ++i) readStoriesIn(inner[i], first + i, depth + 1);
     }
   }
 
-  void readStory(const StoryGroup& story, const GroupInText& group, const std::vector<Extent>& forOlder,
-                 std::size_t holder, int depth) {
-    const StoryBeginning beginning{story.inside, group.fallback};
+  struct ReadStory {
+    Content content;
+    StoryPlace place;
+    std::vector<GroupInText> groups;
+  };
+  ReadStory readStory(const StoryGroup& story, std::uint16_t fallback) {
+    const StoryBeginning beginning{story.inside, fallback};
     const std::size_t uncolouredTo = story.inside < uncolouredTo_ ? uncolouredTo_ : 0;
     TextReader reader(file_, {story.bytes.end - story.inside, true, uncolouredTo});
     Walker walker(file_, beginning, read_.tables, reader);
@@ -72,11 +88,45 @@ class DocumentReader {
     walker.walk();
     ReadText text = reader.finish();
     text.content.kind = story.kind;
-    if (group.anchor) text.content.anchors.push_back({holder, *group.anchor});
-    const std::size_t number = read_.stories.size();
-    read_.stories.push_back(std::move(text.content));
-    read_.places.push_back({story.kind, story.bytes, beginning, std::move(text.map), forOlder});
-    readStoriesIn(text.groups, number, depth + 1);
+    return {std::move(text.content),
+            {story.kind, story.bytes, beginning, std::move(text.map), {}, {}},
+            std::move(text.groups)};
+  }
+
+  /// Boxes from a number on, and what older programs see in their place.
+  void pairWithOlder(const StoryGroups& found, std::size_t first, std::uint16_t fallback) {
+    if (found.forOlder.empty()) return;
+    bool areSame = found.older.size() == found.stories.size();
+    std::vector<StoryPlace> twins;
+    for (std::size_t i = 0; areSame && i < found.older.size(); ++i) {
+      ReadStory twin = readStory(found.older[i], fallback);
+      areSame = isSame(twin.content, read_.stories[first + i]);
+      twins.push_back(std::move(twin.place));
+    }
+    for (std::size_t i = 0; i < found.stories.size(); ++i) {
+      StoryPlace& place = read_.places[first + i];
+      if (areSame) {
+        place.twins.push_back(std::move(twins[i]));
+      } else {
+        place.forOlder = found.forOlder;
+      }
+    }
+  }
+
+  static bool isSame(const Content& a, const Content& b) {
+    const auto unitsOf = [](const Content& content) {
+      std::u16string units(static_cast<std::size_t>(content.text.length()), u'\0');
+      content.text.copy(0, content.text.length(), units.data());
+      return units;
+    };
+    const auto sameRuns = [](const auto& x, const auto& y) {
+      for (const auto& run : x.runs()) {
+        if (y.runAt(run.from) != run) return false;
+      }
+      return true;
+    };
+    return unitsOf(a) == unitsOf(b) && sameRuns(a.structure, b.structure) &&
+           sameRuns(a.visibility, b.visibility);
   }
 
   /// By place, and there by where they stand.

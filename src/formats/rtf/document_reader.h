@@ -15,7 +15,9 @@ struct StoryPlace {
   Extent bytes;
   StoryBeginning beginning;  ///< nothing of main text
   TextMap map;
-  /// Groups that show the same to older programs. They go when the story is edited.
+  /// The same text for older programs, which is edited in step …
+  std::vector<StoryPlace> twins;
+  /// … or groups that show them another: they go when the story is edited.
   std::vector<Extent> forOlder;
 };
 

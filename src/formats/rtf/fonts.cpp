@@ -31,15 +31,19 @@ std::int32_t codePageOfCharset(std::int32_t charset) {
 /// By the name that iconv has for a code page. Those of the Macintosh are read as their likes where the
 /// system does not know them.
 std::string iconvName(std::int32_t codePage) {
-  constexpr std::array<std::pair<std::int32_t, const char*>, 11> kNames = {{{10000, "MACINTOSH"},
+  constexpr std::array<std::pair<std::int32_t, const char*>, 15> kNames = {{{10000, "MACINTOSH"},
                                                                             {10001, "CP932"},
                                                                             {10002, "CP950"},
                                                                             {10003, "CP949"},
+                                                                            {10004, "MACARABIC"},
+                                                                            {10005, "MACHEBREW"},
+                                                                            {10006, "MACGREEK"},
                                                                             {10007, "MAC-CYRILLIC"},
                                                                             {10008, "CP936"},
                                                                             {10017, "MAC-UK"},
                                                                             {10021, "CP874"},
                                                                             {10029, "MAC-CENTRALEUROPE"},
+                                                                            {10081, "MACTURKISH"},
                                                                             {20866, "KOI8-R"},
                                                                             {kUtf8, "UTF-8"}}};
   const auto* const found = std::ranges::find(kNames, codePage, &std::pair<std::int32_t, const char*>::first);

@@ -1,5 +1,7 @@
 #include "story_groups.h"
 
+#include <utility>
+
 namespace pluvo::rtf {
 
 namespace {
@@ -22,7 +24,6 @@ bool isEndnote(std::string_view file, const SkippedGroup& group) {
 /// The texts of a shape. Those of what it is to older programs count only where it has no others.
 StoryGroups boxesIn(std::string_view file, const SkippedGroup& shape) {
   StoryGroups found;
-  std::vector<StoryGroup> older;
   Tokens tokens = within(file, shape);
   std::size_t brace = shape.bytes.begin;
   std::size_t olderTo = 0;
@@ -35,22 +36,22 @@ StoryGroups boxesIn(std::string_view file, const SkippedGroup& shape) {
     if (!tokens.skipGroup()) break;
     const StoryGroup box{word::wdTextFrameStory, {brace, tokens.at()}, inside};
     if (token.word == Word::shptxt) {
-      (inside < olderTo ? older : found.stories).push_back(box);
+      (inside < olderTo ? found.older : found.stories).push_back(box);
     } else {
       found.forOlder.push_back(box.bytes);
       olderTo = box.bytes.end;
       tokens.goTo(inside);
     }
   }
-  if (!found.stories.empty()) return found;
-  return {older, {}};
+  if (found.stories.empty()) return {std::move(found.older), {}, {}};
+  return found;
 }
 
 }  // namespace
 
 StoryGroups storyGroupsIn(std::string_view file, const SkippedGroup& group) {
   const auto all = [&](word::WdStoryType kind) {
-    return StoryGroups{{{kind, group.bytes, group.inside}}, {}};
+    return StoryGroups{{{kind, group.bytes, group.inside}}, {}, {}};
   };
   switch (group.word) {
     case Word::header:

@@ -18,8 +18,9 @@ struct StoryGroup {
 /// The stories that a group is, or holds.
 struct StoryGroups {
   std::vector<StoryGroup> stories;
-  /// Groups that show the same to older programs.
+  /// Groups that show the same to older programs, and the texts in them.
   std::vector<Extent> forOlder;
+  std::vector<StoryGroup> older;
 };
 StoryGroups storyGroupsIn(std::string_view file, const SkippedGroup& group);
 

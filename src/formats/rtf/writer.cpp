@@ -13,11 +13,13 @@ class DocumentWriter {
  public:
   DocumentWriter(std::string_view file, const Tables& tables, const std::vector<StoryPlace>& places,
                  const document::Document& document)
-      : file_(file), tables_(tables), places_(places), document_(document), out_(file, tables) {
+      : file_(file), tables_(tables), out_(file, tables) {
     for (std::size_t i = 0; i < places.size(); ++i) {
       if (!document.story(i).changed() || document.isGone(i)) continue;
-      tasks_.push_back({places[i].bytes, i});
-      for (const Extent& bytes : places[i].forOlder) tasks_.push_back({bytes, kNone});
+      tasks_.push_back({places[i].bytes, &places[i], &document.story(i)});
+      for (const StoryPlace& twin : places[i].twins)
+        tasks_.push_back({twin.bytes, &twin, &document.story(i)});
+      for (const Extent& bytes : places[i].forOlder) tasks_.push_back({bytes, nullptr, nullptr});
     }
     std::ranges::sort(tasks_, {}, [](const Task& task) { return task.bytes.begin; });
   }
@@ -28,10 +30,10 @@ class DocumentWriter {
   }
 
  private:
-  static constexpr auto kNone = static_cast<std::size_t>(-1);
   struct Task {
     Extent bytes;
-    std::size_t story = kNone;  ///< none where the bytes go
+    const StoryPlace* place;  ///< none where the bytes go
+    const document::Story* story;
   };
 
   /// What there is to be done in bytes that stay, front to back.
@@ -39,15 +41,13 @@ class DocumentWriter {
     skipTo(bytes.begin);
     while (next_ < tasks_.size() && tasks_[next_].bytes.begin < bytes.end) {
       const Task task = tasks_[next_++];
-      if (task.story == kNone) {
+      if (task.place == nullptr) {
         out_.copyTo(task.bytes.begin, *this);
         out_.leaveOutTo(task.bytes.end);
       } else {
-        const StoryPlace& place = places_[task.story];
-        const OldStory old{place.map, task.story == 0 ? nullptr : &place.beginning};
-        StoryWriter(file_, tables_, old, document_.story(task.story), out_, [this](Extent stays) {
-          writeIn(stays);
-        }).write();
+        const bool isMainText = task.place->kind == word::wdMainTextStory;
+        const OldStory old{task.place->map, isMainText ? nullptr : &task.place->beginning};
+        StoryWriter(file_, tables_, old, *task.story, out_, [this](Extent stays) { writeIn(stays); }).write();
       }
       skipTo(task.bytes.end);
     }
@@ -60,8 +60,6 @@ class DocumentWriter {
 
   std::string_view file_;
   Tables tables_;
-  const std::vector<StoryPlace>& places_;
-  const document::Document& document_;
   NewDocument out_;
   std::vector<Task> tasks_;
   std::size_t next_ = 0;

@@ -183,7 +183,7 @@ TEST(Corpus, isWrittenAsItWasRead) {
     const Opened opened = open(before);
     EXPECT_EQ(notation::damageOf(opened.model), "");
     EXPECT_EQ(opened.written(), before);
-    formats::leave(path.filename(), file, opened.model);
+    formats::leave(path.filename(), file, opened.document);
   }
 }
 

@@ -9,6 +9,7 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace pluvo::code_pages {
@@ -28,7 +29,8 @@ constexpr bool isStray(char32_t point) {
 }
 constexpr Character strayByte(std::uint8_t byte) { return {base::standInOf(byte), 1, false}; }
 
-/// An encoding that the system's iconv knows, without shift states, of up to four bytes a character. What
+/// An encoding that the system's iconv knows, without shift states, of up to four bytes a character; or one
+/// of the Macintosh's for Arabic, Greek, Hebrew and Turkish, which few systems know. What
 /// single bytes and pairs stand for is made out once; longer ones are asked for one by one. May be used from
 /// several threads.
 class CodePage {
@@ -73,6 +75,7 @@ class CodePage {
 
   explicit CodePage(std::unique_ptr<Converter> converter);
   Kind makeOut();
+  Kind takeOver(std::u16string_view upper);
   Character firstOfSeveral(base::ByteSpan bytes) const {
     const std::uint32_t single = singles_[bytes[0]];
     if (single < kLead || bytes.size() < 2) return strayByte(bytes[0]);
@@ -89,7 +92,7 @@ class CodePage {
   std::vector<std::uint16_t> reverse_;  ///< one or two bytes for each character below 10000; 0 for none
   bool keepsAscii_ = true;
   mutable std::mutex mutex_;
-  std::unique_ptr<Converter> converter_;  ///< under the mutex
+  std::unique_ptr<Converter> converter_;  ///< under the mutex; null where the table is ours
 };
 
 }  // namespace pluvo::code_pages
