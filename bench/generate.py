@@ -298,6 +298,8 @@ def main():
     for n in range(500):
         docx("folder/%03d.docx" % n, 100 + n, 6_400, 4, 1, 1)
     write_elsewhere(folder)
+    rng = random.Random(7)
+    write_rtf(os.path.join(folder, "sparse.rtf"), rng, paragraphs_with_blocks(rng, Filler(rng), 18_700_000, every(10_000), 400))
     write_text(os.path.join(folder, "sparse.txt"), 7, 200, 1_200)
     for name, share in (("ascii", 0.0), ("few", 0.015), ("many", 0.6)):
         for kind, blocks in (("", 64_000), ("-dense", 2_950_000)):

@@ -16,4 +16,8 @@ constexpr bool goesOnInWord(char next) {
          next == '-' || next == ' ';
 }
 
+constexpr bool isHexDigit(char c) {
+  return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+}
+
 }  // namespace pluvo::rtf

@@ -106,19 +106,35 @@ void TextReader::settle() {
 }
 
 /// From the end to the front: a paragraph lies in the deepest table of which a row ends after it. Cells of
-/// which no row ends are paragraphs, and depths in which none ends are passed over.
+/// which no row ends are paragraphs. Depths in which none ends are passed over; what is new there could not
+/// say in which table it lies.
 void TextReader::settleMarks() {
   std::vector<std::uint16_t> ending;
+  bool isGapped = false;
   for (auto piece = pieces_.rbegin(); piece != pieces_.rend(); ++piece) {
     if (!isParagraphEnd(piece->kind)) continue;
     while (!ending.empty() && ending.back() > piece->depth) ending.pop_back();
     if (piece->kind == Kind::row) {
-      if (ending.empty() || ending.back() < piece->depth) ending.push_back(piece->depth);
+      const int around = ending.empty() ? 0 : ending.back();
+      isGapped = isGapped || piece->depth > around + 1;
+      if (around < piece->depth) ending.push_back(piece->depth);
     } else if (ending.empty() || ending.back() != piece->depth) {
       piece->kind = Kind::paragraph;
     }
     piece->depth = static_cast<std::uint16_t>(ending.size());
   }
+  if (isGapped) lock();
+}
+
+/// Lets nothing be edited in what is kept.
+void TextReader::lock() {
+  if (locked_ == document::kNone) {
+    locked_ = builder_.addRestriction(
+        {document::Restriction::Of::change,
+         "The rows of a table lie here in a row that the document does not have. Open it in a word processor "
+         "and save it again, or leave this place out."});
+  }
+  for (Piece& piece : pieces_) piece.look.restriction = locked_;
 }
 
 /// Text goes where its paragraph's end goes.

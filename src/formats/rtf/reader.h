@@ -88,6 +88,7 @@ class TextReader final : public Events {
   void addPiece(const Character& character);
   void settle();
   void settleMarks();
+  void lock();
   void play();
   void play(const Piece& piece);
   void goToDepth(std::size_t depth);
@@ -105,6 +106,7 @@ class TextReader final : public Events {
   std::string_view bytes_;
   ReadFor what_;
   std::int8_t colourless_ = document::kNone;
+  std::int8_t locked_ = document::kNone;
   ProtectionReader protection_{bytes_};
   const Walker* walker_ = nullptr;
   document::ContentBuilder builder_;

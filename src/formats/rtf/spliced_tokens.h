@@ -11,6 +11,14 @@
 
 namespace pluvo::rtf {
 
+/// Whether bytes end in a \'hh that lacks digits, which stands for nothing.
+inline bool endsInCutByte(std::string_view bytes) {
+  if (!bytes.empty() && isHexDigit(bytes.back())) bytes.remove_suffix(1);
+  if (!bytes.ends_with('\'')) return false;
+  const std::size_t slashes = bytes.size() - 1 - (bytes.find_last_not_of('\\', bytes.size() - 2) + 1);
+  return slashes % 2 == 1;
+}
+
 /// Old bytes and new ones, joined so that no control word runs into what is put after it.
 class SplicedTokens {
  public:
@@ -35,6 +43,7 @@ class SplicedTokens {
     // What went stood in front of a word that says what a group is where it comes first.
     if (isSeam_ && endsInBrace_ && beginsGroup(source_.substr(bytes_.copied()))) bytes_.text() += "{}";
     endsInBrace_ = source_[to - 1] == '{';
+    left_ = source_.substr(0, to);
     isSeam_ = false;
     constexpr std::size_t kWorthAPiece = 1024;
     if (to - bytes_.copied() >= kWorthAPiece) {
@@ -59,6 +68,7 @@ class SplicedTokens {
     join(text.front());
     bytes_.text() += text;
     isOpenEnded_ = endsInBrace_ = false;
+    left_ = {};
     isSeam_ = endsInNew_ = true;
   }
 
@@ -73,7 +83,7 @@ class SplicedTokens {
  private:
   void join(char next) {
     if (isOpenEnded_ && goesOnInWord(next)) bytes_.text() += ' ';
-    if (isHalf_) bytes_.text() += "{}";
+    if (isHalf_ || (isHexDigit(next) && endsInCutByte(left_))) bytes_.text() += "{}";
     isOpenEnded_ = isHalf_ = false;
   }
 
@@ -81,6 +91,7 @@ class SplicedTokens {
   formats::SplicedBytes<std::size_t> bytes_;
   std::size_t from_;
   std::optional<char> first_;
+  std::string_view left_;  ///< the old bytes up to those copied last; nothing where new ones came after them
   bool isSeam_ = false;
   bool isOpenEnded_ = false;
   bool isHalf_ = false;
