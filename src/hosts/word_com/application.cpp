@@ -105,6 +105,13 @@ class ComApplication final : public word::Application {
     if (!*editsHidden_) return nullptr;
     return std::make_unique<ComSwitched>(application_, L"ScreenUpdating", true);
   }
+  void letGo() {
+    try {
+      if (*editsHidden_) application_.put(L"ScreenUpdating", Arguments().boolean(true));
+    } catch (const errors::Fault&) {  // it draws no more
+    }
+    application_.session().letGo();
+  }
 
  private:
   Object application_;
@@ -166,6 +173,10 @@ std::shared_ptr<word::Application> applicationOf(IDispatch* object, const Manner
   Object application(object, L"Application", std::make_shared<Session>(manner));
   introduce(application);
   return std::make_shared<ComApplication>(std::move(application));
+}
+
+void letGoOf(word::Application& word) {
+  if (auto* com = dynamic_cast<ComApplication*>(&word)) com->letGo();
 }
 
 }  // namespace pluvo::word_com

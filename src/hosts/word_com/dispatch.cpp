@@ -57,10 +57,22 @@ DISPID MemberIds::of(IDispatch& object, const wchar_t* interfaceName, const wcha
   return id;
 }
 
+void Session::letGo() {
+  // What goes with an object may be another of these.
+  std::vector<Microsoft::WRL::ComPtr<IDispatch>> all;
+  for (Held* each : held) all.push_back(std::move(each->object));
+}
+
+Held::Held(Microsoft::WRL::ComPtr<IDispatch> theObject, std::shared_ptr<Session> theSession)
+    : object(std::move(theObject)), session(std::move(theSession)) {
+  session->held.insert(this);
+}
+
 Object::Object(Microsoft::WRL::ComPtr<IDispatch> object, const wchar_t* interfaceName,
                std::shared_ptr<Session> session)
-    : object_(std::move(object)), interface_(interfaceName), session_(std::move(session)) {
-  if (!object_) throw errors::objectNotSet();
+    : interface_(interfaceName) {
+  if (!object) throw errors::objectNotSet();
+  held_ = std::make_shared<Held>(std::move(object), std::move(session));
 }
 
 Variant Object::get(const wchar_t* property, const Arguments& arguments) const {
@@ -92,15 +104,17 @@ Object Object::callObject(const wchar_t* method, const wchar_t* interfaceName,
 }
 
 Object Object::related(const Variant& object, const wchar_t* interfaceName) const {
-  return {object.toObject(), interfaceName, session_};
+  return {object.toObject(), interfaceName, held_->session};
 }
 
 Variant Object::invoke(WORD kind, const wchar_t* member, const Arguments& arguments) const {
+  const Microsoft::WRL::ComPtr<IDispatch> object = held_->object;
+  if (!object) throw errors::Fault(kServerGone, u"Microsoft Word has been closed.");
   DISPID id = DISPID_UNKNOWN;
   try {
-    id = session_->ids.of(*object_.Get(), interface_, member);
+    id = session().ids.of(*object.Get(), interface_, member);
   } catch (const errors::Fault&) {
-    session_->log.refused(qualified(interface_, member), DISP_E_UNKNOWNNAME);
+    session().log.refused(qualified(interface_, member), DISP_E_UNKNOWNNAME);
     throw;
   }
   std::vector<VARIANT> values = arguments.reversed();
@@ -112,13 +126,13 @@ Variant Object::invoke(WORD kind, const wchar_t* member, const Arguments& argume
   EXCEPINFO exception = {};
   UINT wrong = 0;
   const HRESULT status = untilTaken([&] {
-    return object_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, kind, &parameters,
-                           isPut ? nullptr : result.out(), &exception, &wrong);
+    return object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, kind, &parameters,
+                          isPut ? nullptr : result.out(), &exception, &wrong);
   });
   if (FAILED(status)) {
-    const errors::Fault fault = faultOf(status, exception, *object_.Get(), qualified(interface_, member));
+    const errors::Fault fault = faultOf(status, exception, *object.Get(), qualified(interface_, member));
     const bool isRaised = status == DISP_E_EXCEPTION && fault.number > 0;
-    session_->log.refused(qualified(interface_, member), isRaised ? kFirstNumbered + fault.number : status);
+    session().log.refused(qualified(interface_, member), isRaised ? kFirstNumbered + fault.number : status);
     throw errors::Fault(fault);
   }
   return result;

@@ -12,6 +12,7 @@
 #include <optional>
 #include <set>
 #include <string_view>
+#include <unordered_set>
 #include <utility>
 
 namespace pluvo::word_com {
@@ -25,15 +26,31 @@ class MemberIds {
   std::map<std::pair<std::wstring_view, std::wstring_view>, DISPID> ids_;
 };
 
+struct Held;
+
 /// What all objects of one Word share.
 struct Session {
   explicit Session(const Manner& theManner) : manner(theManner), log(theManner.logging) {}
+  /// Releases all that is held of this Word. A call that is being made keeps its own object until it returns.
+  void letGo();
 
   Manner manner;
   MemberIds ids;
   WordLog log;
   /// Flags of Find that this Word does not let be set to what they are anyway.
   std::set<std::wstring_view> unsetFlags;
+  std::unordered_set<Held*> held;
+};
+
+/// A reference to an object of Word, of which its session knows; none once the session has let go.
+struct Held {
+  Held(Microsoft::WRL::ComPtr<IDispatch> theObject, std::shared_ptr<Session> theSession);
+  Held(const Held&) = delete;
+  Held& operator=(const Held&) = delete;
+  ~Held() { session->held.erase(this); }
+
+  Microsoft::WRL::ComPtr<IDispatch> object;
+  std::shared_ptr<Session> session;
 };
 
 /// An object of Word, of the interface named. Names are literals.
@@ -54,15 +71,14 @@ class Object {
   Object callObject(const wchar_t* method, const wchar_t* interfaceName,
                     const Arguments& arguments = {}) const;
 
-  Session& session() const { return *session_; }
+  Session& session() const { return *held_->session; }
 
  private:
   Variant invoke(WORD kind, const wchar_t* member, const Arguments& arguments) const;
   Object related(const Variant& object, const wchar_t* interfaceName) const;
 
-  Microsoft::WRL::ComPtr<IDispatch> object_;
+  std::shared_ptr<Held> held_;
   const wchar_t* interface_;
-  std::shared_ptr<Session> session_;
 };
 
 }  // namespace pluvo::word_com

@@ -37,4 +37,9 @@ std::shared_ptr<word::Application> connectToWord(const Manner& manner = {});
 /// Word as given by its `Application` object.
 std::shared_ptr<word::Application> applicationOf(IDispatch* object, const Manner& manner = {});
 
+/// Word is to be closed, or has nothing to do with this program any longer: it draws its windows again, and
+/// each object of it that is held anywhere, the application and all that came of it, is released. A call to
+/// one of them throws Fault 462 from now on.
+void letGoOf(word::Application& word);
+
 }  // namespace pluvo::word_com
