@@ -29,7 +29,7 @@ class Reading {
     if (stream_ && fstat(descriptor(), &status) == 0) device_ = status.st_dev;
   }
 
-  /// Null behind the last, and where the folder cannot be read on.
+  /// Null after the last one, and where the folder cannot be read on.
   const dirent* next() {
     if (!stream_) return nullptr;
     errno = 0;

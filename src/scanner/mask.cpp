@@ -35,7 +35,7 @@ Mask::Mask(std::u16string_view mask) {
 bool Mask::fits(std::u16string_view name) const {
   const std::u16string folded = text::foldCase(name);
   const auto isDot = [&](std::size_t at) { return at < folded.size() && folded[at] == u'.'; };
-  /// Where the name goes on behind a token that is matched at a place.
+  /// Where the name goes on after a token that is matched at a place.
   const auto behind = [&](const Token& token, std::size_t at) -> std::optional<std::size_t> {
     const bool ended = at == folded.size();
     switch (token.kind) {

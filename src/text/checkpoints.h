@@ -11,7 +11,7 @@
 namespace pluvo::text {
 
 /// What reading a stretch of text comes to, for every state in which reading may arrive at it: how many of
-/// the things counted it holds, and the state behind it.
+/// the things counted it holds, and the state after it.
 template <std::size_t kStates>
 struct Summary {
   std::array<Position, kStates> counts{};
@@ -24,7 +24,7 @@ struct Summary {
     return summary;
   }
 
-  /// Of the stretch that this is of and the one behind it.
+  /// Of the stretch that this is of and the one after it.
   Summary then(const Summary& next) const {
     Summary summary;
     for (std::size_t state = 0; state < kStates; ++state) {
@@ -43,7 +43,7 @@ struct Summary {
 /// and of groups of chunks, each made when first needed.
 ///
 /// As in a Partition there is a gap at the last edit: chunks in front of it know where they start, chunks
-/// behind it how far from the end. On each side chunks form a stack with its top at the gap, and a group is
+/// after it how far from the end. On each side chunks form a stack with its top at the gap, and a group is
 /// sixteen neighbours from an index divisible by sixteen (256, 4096 …), so that an edit spoils only the
 /// groups at the tops.
 ///
@@ -69,7 +69,7 @@ class Checkpoints {
     Position position = 0;  ///< of the n-th thing, if there are so many
     Position count = 0;     ///< n, or how many there are
   };
-  /// The n-th thing at or behind from.
+  /// The n-th thing at or after from.
   Found forward(Position from, Position n) {
     const Position length = rule_.length();
     Found found;
@@ -122,7 +122,7 @@ class Checkpoints {
   static constexpr Position kRead = 2 * kChunk;
   /// So much is looked through first.
   static constexpr Position kNearby = kRead / 16;
-  /// So much mostly tells in which state reading arrives behind it.
+  /// So much mostly tells in which state reading arrives after it.
   static constexpr Position kGlance = std::min(8, kRead);
   static constexpr Position kLongGlance = std::min(32, kRead);
   static constexpr std::size_t kGroupBits = 4;
@@ -338,7 +338,7 @@ class Checkpoints {
   Position gap() const { return length_ - (back_.chunks.empty() ? 0 : back_.chunks.back().place); }
   Position endOfFirstBehind() const { return start(front_.chunks.size() + 1); }
 
-  /// Where chunk i starts, in order of the text; the length for the one behind the last.
+  /// Where chunk i starts, in order of the text; the length for the one after the last.
   Position start(std::size_t i) const {
     if (i < front_.chunks.size()) return front_.chunks[i].place;
     return i >= chunkCount() ? length_ : length_ - back_.chunks[chunkCount() - 1 - i].place;

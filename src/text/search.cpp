@@ -31,7 +31,7 @@ struct Haystack {
   const RunMap<Visibility>& visibility;
   View view;
 
-  /// The nearest visible position in front of (or at or behind) position; kNowhereFound if there is none.
+  /// The nearest visible position in front of (or at or after) position; kNowhereFound if there is none.
   Position visibleBefore(Position position) const {
     while (position > 0) {
       const auto run = visibility.runAt(position - 1);

@@ -7,7 +7,7 @@ namespace {
 
 enum Kind : std::uint8_t {
   kOther,
-  kCloser,  ///< may stand between a stop and the blanks behind it
+  kCloser,  ///< may stand between a stop and the blanks after it
   kBlank,
   kStop,
   kMark,

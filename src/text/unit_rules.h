@@ -59,7 +59,7 @@ class SentenceRule {
   const UnitText* text_;
 };
 
-/// A paragraph starts behind every mark.
+/// A paragraph starts after every mark.
 class ParagraphRule {
  public:
   static constexpr std::size_t kStates = 1;

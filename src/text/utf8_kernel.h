@@ -55,7 +55,7 @@ struct Starts {
   }
 };
 
-/// For a block behind another, which ended with a carriage return perhaps; tells whether this one does.
+/// Of a block whose predecessor may have ended with a carriage return; tells whether this one does.
 inline Starts startsOf(const Bytes64& bytes, Mask& returnBefore) {
   const Mask high = bytes.high();
   const Mask returns = bytes.equalTo('\r');

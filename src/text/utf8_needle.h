@@ -30,7 +30,7 @@ class Utf8Needle {
   /// None where it cannot be searched for in bytes: it holds half of a pair
   /// or a line feed that is no line end, or has too many forms.
   const std::optional<ProbePair<std::uint8_t>>& probes() const { return probes_; }
-  /// How many bytes lie behind the anchor's first, that one included, at the least.
+  /// How many bytes lie after the anchor's first, that one included, at the least.
   std::size_t leastFromAnchor() const { return leastFromAnchor_; }
 
   /// Where the match lies whose anchor stands at an offset, if there is one; adds to work how many signs were

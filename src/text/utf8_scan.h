@@ -30,7 +30,7 @@ struct Utf8Step {
   std::size_t left = 0;
 };
 
-// Everywhere, size is that of all bytes; none behind is read.
+// Everywhere, size is that of all bytes; none after them is read.
 
 /// False where the bytes are no UTF-8. Below 2^31 bytes.
 bool surveyUtf8(const std::uint8_t* bytes, std::size_t size, Utf8Scan& scan);

@@ -18,7 +18,7 @@ using Bytes = Utf8Text::Bytes;
 using Word = std::uint64_t;
 constexpr Word kOnes = ~Word{0} / 0xFF;
 
-/// The high bit of every byte that is above 7F, a line feed or a carriage return, and perhaps of bytes behind
+/// The high bit of every byte that is above 7F, a line feed or a carriage return, and perhaps of bytes after
 /// the first such one.
 constexpr Word unlikeText(Word word) {
   constexpr Word kHigh = kOnes * 0x80;
@@ -27,8 +27,8 @@ constexpr Word unlikeText(Word word) {
   return (word | ((feeds - kOnes) & ~feeds) | ((returns - kOnes) & ~returns)) & kHigh;
 }
 
-/// Writes units until so many are written or the bytes end; returns the offset behind. A pair that does not
-/// fit is cut in two.
+/// Writes units until so many are written or the bytes end; returns the offset after them. A pair that does
+/// not fit is cut in two.
 std::size_t decode(Bytes bytes, std::size_t offset, char16_t*& out, const char16_t* end) {
   while (out < end && offset < bytes.size()) {
     while (end - out >= 8 && bytes.size() - offset >= 8) {

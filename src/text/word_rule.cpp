@@ -9,7 +9,7 @@ enum Kind : std::uint8_t {
   kWord,
   kBlank,
   kOther,
-  kAlone,  ///< a word by itself, with the blanks behind it
+  kAlone,  ///< a word by itself, with the blanks after it
   kMark,
   kMarkOrAlone = UnitReader::kUnresolved,
   kJoinsWords,

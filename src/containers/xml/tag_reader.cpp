@@ -76,7 +76,7 @@ const char* TagReader::scanAttribute(const char* at) {
   return at;
 }
 
-/// From the opening quote to behind the closing one.
+/// From the opening quote to after the closing one.
 const char* TagReader::scanValue(const char* at, Attribute& attribute) {
   const char* const last = scanner_.limit();
   const char quote = *at++;

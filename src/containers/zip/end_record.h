@@ -13,7 +13,7 @@ struct EndRecord {
   std::uint64_t directorySize = 0;
   std::uint64_t begin =
       0;  ///< of the ZIP64 record where there is one, else of the end record; the directory's end
-  std::uint64_t record = 0;  ///< the end record; the archive's comment behind it ends the file
+  std::uint64_t record = 0;  ///< the end record; the archive's comment after it ends the file
   bool zip64 = false;
 };
 

@@ -54,7 +54,7 @@ class ComDocuments final : public word::Documents {
   }
 
  private:
-  /// Behind the name: ConfirmConversions, ReadOnly, AddToRecentFiles and twelve more.
+  /// After the name: ConfirmConversions, ReadOnly, AddToRecentFiles and twelve more.
   Arguments opening(const std::u16string& fileName) const {
     constexpr int kBehindFileName = 15;
     if (!documents_.session().manner.careful) return Arguments().text(fileName).missing(kBehindFileName);

@@ -35,7 +35,7 @@ void ComDocument::Unprotect(const std::u16string& password) {
   document_.call(L"Unprotect", Arguments().text(password));
 }
 
-/// Left out: NoReset, and behind the password UseIRM and EnforceStyleLock.
+/// Left out: NoReset, and after the password UseIRM and EnforceStyleLock.
 void ComDocument::Protect(word::WdProtectionType type, const std::u16string& password) {
   if (document_.session().manner.careful) {
     document_.call(L"Protect", Arguments().integer(type).boolean(true).text(password));

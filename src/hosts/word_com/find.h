@@ -13,7 +13,7 @@ namespace pluvo::word_com {
 
 /// A literal search, which Word's find is not by itself: `^` begins a code there, straight and typographic
 /// quotes are one, a range that is its own match is not found, and the search then leaves the range. Whatever
-/// Word finds is compared with the text asked for, and the search goes on behind a wrong match.
+/// Word finds is compared with the text asked for, and the search goes on after a wrong match.
 ///
 /// Nor does Word take a long text or one of several lines. Its longest line proposes places then (a line end,
 /// where no line holds a character), around which the whole text is compared.

@@ -16,7 +16,7 @@ void ComRange::Start(std::int32_t position) {
   put(position);
   if (Start() >= position) return;
   range_.session().log.line(u"a start was moved back by " + base::decimal(position - Start()));
-  // Whatever holds the place ends somewhere: steps that double find a place behind it, half steps the first.
+  // Whatever holds the place ends somewhere: steps that double find a place after it, half steps the first.
   std::int32_t inside = position;
   std::int32_t step = 1;
   bool isThere = true;

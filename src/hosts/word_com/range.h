@@ -24,7 +24,7 @@ class ComRange final : public word::Range, public std::enable_shared_from_this<C
       : range_(std::move(range)), document_(std::move(document)), inMainText_(inMainText) {}
 
   std::int32_t Start() override { return range_.get(L"Start").toInteger(); }
-  /// Where Word moves it back, out of a field perhaps, it is the first place behind that Word takes: a search
+  /// Where Word moves it back, out of a field perhaps, it is the first later place that Word takes: a search
   /// that goes on from there must not meet again what it met.
   void Start(std::int32_t position) override;
   std::int32_t End() override { return range_.get(L"End").toInteger(); }
@@ -40,7 +40,7 @@ class ComRange final : public word::Range, public std::enable_shared_from_this<C
   void Select() override { range_.call(L"Select"); }
   void InsertBefore(const std::u16string& text) override;
   void InsertAfter(const std::u16string& text) override;
-  /// An empty range deletes nothing; Word would delete the character behind it.
+  /// An empty range deletes nothing; Word would delete the character after it.
   std::int32_t Delete() override;
   void HighlightColorIndex(std::int32_t colour) override;
 

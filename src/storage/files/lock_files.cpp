@@ -45,7 +45,7 @@ bool isOfAnother(FileSystem& system, const OpenFolder& folder, std::string_view 
          system.exists(folder.at(std::string(whole)));
 }
 
-/// The owner's name as UTF-16 behind that in the code page of the machine, each after its length.
+/// The owner's name as UTF-16 after that in the code page of the machine, each after its length.
 std::string ownerForWord(base::ByteSpan bytes) {
   constexpr std::size_t kLengthAt = 54;
   constexpr std::size_t kLongest = 52;

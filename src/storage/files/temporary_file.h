@@ -63,7 +63,7 @@ class FileOutput final : public base::Output {
  public:
   FileOutput(FileSystem& system, Handle file) : system_(system), file_(file) {}
   void write(base::ByteSpan bytes) override;
-  /// To be called behind the last write.
+  /// To be called after the last write.
   void finish();
   /// Has the disk begin with a file that is worth it.
   void startWriting();

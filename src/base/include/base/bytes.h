@@ -26,7 +26,7 @@ class MappedFile {
 
 /// The bytes of a file, held for as long as somebody refers to them: mapped, read, or made by a test.
 ///
-/// Behind a whole file one byte more, kBehind, lies in the same memory: a text whose last line has no end is
+/// After a whole file one byte more, kBehind, lies in the same memory: a text whose last line has no end is
 /// given a paragraph mark where it lies.
 struct Bytes {
   static constexpr std::uint8_t kBehind = '\r';

@@ -15,7 +15,7 @@ namespace pluvo::fileops {
 /// Copies a file, creates and deletes folders, deletes a file, registers a component library. Nothing returns
 /// a result: what fails sets Failures.
 ///
-/// A full name is the folder's text followed by the file's; a folder that is given without a separator behind
+/// A full name is the folder's text followed by the file's; a folder that is given without a separator after
 /// it gets one.
 class clsFileOperations {
  public:
@@ -44,7 +44,7 @@ class clsFileOperations {
   const std::u16string& DestinationPath() const { return destinationPath_; }
   void DestinationPath(std::u16string_view folder) { destinationPath_ = asFolder(folder); }
 
-  /// Tries at most twice, the second time behind a folder creation.
+  /// Tries at most twice, the second time after a folder creation.
   void Copy();
   /// Creates DestinationPath.
   void CreateFolder();

@@ -10,7 +10,7 @@ namespace pluvo::scanner {
 /// The folders of a scan in the order of its walk, none twice through whatever links it is reached.
 class FolderCollection {
  public:
-  /// With the folder separator behind each.
+  /// With the folder separator after each.
   const std::vector<std::u16string>& paths() const { return paths_; }
 
   /// The walk came upon a folder, so many levels below the root. Adds it where it is new, and returns whether

@@ -10,7 +10,7 @@
 namespace pluvo::text {
 
 /// A text divided into consecutive parts, none of them empty, each with a value. There is a gap between two
-/// parts: parts in front of it know where they start, parts behind it how far their start lies from the end
+/// parts: parts in front of it know where they start, parts after it how far their start lies from the end
 /// of the text. An edit at the gap therefore touches no other part; the gap moves to the edit, so edits that
 /// move forward cost O(1) amortised. Look-ups are O(log parts).
 template <class Value>
@@ -62,7 +62,7 @@ class Partition {
     return i < front_.size() ? front_[i].value : back_[count() - 1 - i].value;
   }
 
-  /// Takes out [from, to) and puts the gap there. Of a part that is cut, the piece behind the cut gets
+  /// Takes out [from, to) and puts the gap there. Of a part that is cut, the piece after the cut gets
   /// remainder(value, units cut off its front).
   template <class Remainder>
   void erase(Position from, Position to, Remainder remainder) {
@@ -85,7 +85,7 @@ class Partition {
     length_ -= to - from;
   }
 
-  /// Puts a part in at the gap, which comes to lie behind it.
+  /// Puts a part in at the gap, which comes to lie after it.
   void insert(Position length, const Value& value) {
     assert(length > 0);
     front_.emplace(gap(), value);
@@ -107,7 +107,7 @@ class Partition {
     if (front_.empty()) back_.back().place = length;
     length_ = length;
   }
-  /// Gives the first part behind the gap to the one in front of it.
+  /// Gives the first part after the gap to the one in front of it.
   void join() {
     assert(!front_.empty() && !back_.empty());
     back_.pop();

@@ -20,7 +20,7 @@ struct Piece {
   Position added = 0;
   /// … the original character whose formatting it takes …
   Position anchor = kNone;
-  /// … and whether it stands behind that character (true) or before or instead of it (false).
+  /// … and whether it stands after that character (true) or before or instead of it (false).
   bool behindAnchor = false;
 
   bool isNew() const { return original == kNone; }
@@ -76,7 +76,7 @@ class PieceText {
   /// leaving the text as it was.
   void replace(Position from, Position to, std::u16string_view text, Anchor anchor);
 
-  /// The anchor that text put before (or behind) the character at position inherits from it: the character's
+  /// The anchor that text put before (or after) the character at position inherits from it: the character's
   /// own original position, or, for new text, that of its anchor.
   Anchor anchorAt(Position position, bool behind) const;
 

@@ -23,21 +23,21 @@ struct Move {
 /// first starts at 0. All characters of the text take part, hidden ones and field codes too.
 ///
 /// *Marks* are the paragraph mark, and the cell and section marks among the characters 7 and 12, which
-/// endsParagraph tells. A **paragraph** ends behind its mark.
+/// endsParagraph tells. A **paragraph** ends after its mark.
 ///
-/// **Words.** A word is one of these, with the blanks behind it (a mark has none):
+/// **Words.** A word is one of these, with the blanks after it (a mark has none):
 /// - letters, digits and combining marks in a row, an apostrophe (' or ’), an optional hyphen or a zero-width
 ///   joiner between two of them, and a full stop or comma between two of the digits 0 to 9: don't, 3.14 and
 ///   1,000 are one word, well-known is three;
 /// - other characters in a row: a full stop, an ellipsis of three full stops and ?!” are one word each;
 /// - a mark; a tab, a line, page or column break, a picture, a note or comment reference, a field mark;
-/// - blanks behind a mark or at the start of the text.
+/// - blanks after a mark or at the start of the text.
 /// Blanks are the space, the non-breaking space and Unicode's other space characters.
 ///
-/// **Sentences.** A sentence ends behind its mark, and behind a full stop, question mark or exclamation mark,
-/// the closing marks behind that (quotes, brackets, note and comment references, field marks, further full
+/// **Sentences.** A sentence ends after its mark, and after a full stop, question mark or exclamation mark,
+/// the closing marks after that (quotes, brackets, note and comment references, field marks, further full
 /// stops …) and then at least one blank: the blanks belong to the sentence. For this, tab and breaks are
-/// blanks too. A sentence does not begin with a full stop, question or exclamation mark except behind a mark.
+/// blanks too. A sentence does not begin with a full stop, question or exclamation mark except after a mark.
 /// No list of abbreviations is used: "Dr. Who" is two sentences.
 ///
 /// Costs: a span of a few thousand characters is read; for longer ones there are summaries of pieces of text,
@@ -51,7 +51,7 @@ class Units {
 
   /// How many units [from, to) touches; an empty span touches one.
   Position count(Unit unit, Position from, Position to) const;
-  /// To the n-th start of a unit (or the end of the text) behind position; n >= 0.
+  /// To the n-th start of a unit (or the end of the text) after position; n >= 0.
   Move forward(Unit unit, Position position, Position n) const;
   /// To the n-th start of a unit in front of position; n >= 0.
   Move backward(Unit unit, Position position, Position n) const;
@@ -73,7 +73,7 @@ class VisibleCharacters {
   ~VisibleCharacters();
 
   Position count(Position from, Position to) const;
-  /// To the end of the n-th visible character behind position, or to the end of the text.
+  /// To the end of the n-th visible character after position, or to the end of the text.
   Move forward(Position position, Position n) const;
   /// To the start of the n-th visible character in front of position, or to the start of the text.
   Move backward(Position position, Position n) const;

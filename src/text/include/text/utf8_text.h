@@ -49,7 +49,7 @@ class Utf8Text {
     std::size_t offset = 0;   ///< of the character's first byte
     bool insidePair = false;  ///< the unit is the second half of the character that begins there
   };
-  /// Where a unit lies; behind all bytes for the end of the text.
+  /// Where a unit lies; after all bytes for the end of the text.
   Place placeOf(Position position) const;
   /// Which unit begins at an offset, where one does.
   Position positionAt(std::size_t offset) const;
@@ -90,7 +90,7 @@ class Utf8Text {
 class Utf8Walk {
  public:
   explicit Utf8Walk(Utf8Text::Bytes bytes) : bytes_(bytes) {}
-  /// Where a unit lies, which is not in front of the last one asked for; behind all bytes beyond the end.
+  /// Where a unit lies, which is not in front of the last one asked for; after all bytes beyond the end.
   Utf8Text::Place to(Position position);
   /// Goes on from a unit that is known to begin there.
   void from(Position position, std::size_t offset) {

@@ -145,7 +145,7 @@ class Selection : public Counted {
   virtual WdStoryType StoryType() { return wdMainTextStory; }
   /// Beyond Word's own members: the number of that text in its document, see Document::nextStory.
   virtual std::int32_t story() { return 0; }
-  /// An insertion point has the text of the character behind it, and counts as one character.
+  /// An insertion point has the text of the character after it, and counts as one character.
   virtual std::u16string Text() = 0;
   UnitCollection Characters() { return {*this, wdCharacter}; }
   virtual void SetRange(std::int32_t start, std::int32_t end) = 0;
@@ -157,7 +157,7 @@ class Document {
   /// In main text.
   virtual std::shared_ptr<word::Range> Range(std::int32_t start, std::int32_t end) = 0;
   virtual std::u16string Name() = 0;
-  /// The folder, without a separator behind it unless it is a root.
+  /// The folder, without a separator after it unless it is a root.
   virtual std::u16string Path() = 0;
   virtual std::shared_ptr<Window> ActiveWindow() = 0;
   virtual void Activate() = 0;
@@ -212,7 +212,7 @@ class Documents {
 class Options {
  public:
   virtual ~Options() = default;
-  /// The folder, without a separator behind it unless it is a root.
+  /// The folder, without a separator after it unless it is a root.
   virtual std::u16string DefaultFilePath(WdDefaultFilePath kind) = 0;
 };
 

@@ -95,7 +95,7 @@ class Scanner {
   }
   /// The declarations in scope as a number: under the same number the same bytes are the same tokens.
   Scope scope() const { return names_.scope(); }
-  /// The bytes behind the last token.
+  /// The bytes after the last token.
   std::string_view ahead() const { return rest(text_ + end_); }
   /// Goes on at another place of these bytes, where a token begins and the same elements are open as after
   /// the last token.
@@ -151,7 +151,7 @@ class Scanner {
   NameId name_ = kOtherName;
   NamespaceId space_ = kNoNamespace;
   char32_t codePoint_ = 0;
-  Offset nextMarkup_ = 0;  ///< the first '<' behind the last text, or the end
+  Offset nextMarkup_ = 0;  ///< the first '<' after the last text, or the end
 
   std::vector<Attribute> attributes_;
   std::vector<OpenElement> open_;

@@ -69,7 +69,7 @@ class Archive {
   std::span<const std::uint32_t> membersByPlace() const { return byPlace_; }
   /// The member of this name, compared as above; null when there is none. A leading slash does not count.
   const Member* find(std::string_view name) const;
-  /// Its contents, checked against size and CRC. A stored member is not copied (and so the byte behind
+  /// Its contents, checked against size and CRC. A stored member is not copied (and so the byte after
   /// it is the archive's), a deflated one is inflated anew at each call. Throws DocumentError: damaged,
   /// unsupported (a method other than stored and deflated).
   base::Bytes read(const Member& member) const;

@@ -52,8 +52,8 @@ class StoredDocument {
   void requireUnchangedFile() const;
 
   /// Saves the document, which must be open. A document without changes is not written. Returns where the old
-  /// version is kept, if it is. Behind it the document counts as saved, except when only a copy elsewhere was
-  /// written; it may be edited and saved again. Throws DocumentError; then the original is untouched and
+  /// version is kept, if it is. Afterwards the document counts as saved, except when only a copy elsewhere
+  /// was written; it may be edited and saved again. Throws DocumentError; then the original is untouched and
   /// there is no new file.
   struct Outcome {
     bool written = false;
