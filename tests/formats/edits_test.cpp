@@ -53,7 +53,7 @@ TEST(Edits, AtEveryKindOfPlaceAreTheSameInEveryFormat) {
           operations[which](kept.sample);
         }
         EXPECT_EQ(kept.sample.print(), expected.print());
-        EXPECT_EQ(notation::damageOf(kept.sample.mainText()), "");
+        EXPECT_EQ(notation::damageOf(kept.sample.story()), "");
         kept.expectToSurviveASave();
         if (HasFailure()) return;
       }
@@ -68,7 +68,7 @@ TEST(Edits, ThatCutACharacterInTwoAreRefused) {
     for (const text::Span half : {text::Span{1, 2}, text::Span{4, 6}}) {
       SCOPED_TRACE(medium.name);
       std::optional<Kept> kept = keptIn(medium, "a\U0001F4DC\U0001F58Bz");
-      kept->sample.mainText().replace(half, u"", text::View::results);
+      kept->sample.story().replace(half, u"", text::View::results);
       EXPECT_THROW(kept->expectToSurviveASave(), errors::DocumentError);
     }
   }

@@ -5,6 +5,7 @@
 #include "support/notation_parser.h"
 
 #include <optional>
+#include <stdexcept>
 #include <utility>
 #include <vector>
 
@@ -165,10 +166,21 @@ Sample::Sample(Parsed parsed, std::shared_ptr<const document::Medium> medium) {
   for (const auto& [name, span] : parsed.ranges) ranges[name] = document->Range(span.from, span.to);
 }
 
+Sample::Sample(std::vector<document::Content> stories, document::Place place, const Ranges& positions,
+               std::shared_ptr<const document::Medium> medium) {
+  while (number < stories.size() && document::placeOf(stories[number].kind) != place) ++number;
+  if (number == stories.size()) throw std::invalid_argument("the document has no such story");
+  document = memory::MemoryDocument::create(std::move(stories), std::move(medium), u"sample");
+  for (const auto& [name, span] : positions) {
+    ranges[name] = document->StoryRanges(story().kind());
+    ranges[name]->SetRange(span.from, span.to);
+  }
+}
+
 std::string Sample::print() {
   Ranges spans;
   for (const auto& [name, range] : ranges) spans[name] = {range->Start(), range->End()};
-  return notation::print(mainText(), spans);
+  return notation::print(story(), spans);
 }
 
 }  // namespace pluvo::notation

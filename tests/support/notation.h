@@ -1,6 +1,7 @@
 #pragma once
 
 #include "document/content.h"
+#include "document/place.h"
 #include "document/story.h"
 #include "memory/document.h"
 #include "text/positions.h"
@@ -9,6 +10,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// Documents in one line of UTF-8:
 ///
@@ -41,12 +43,17 @@ std::string print(const document::Story& model, const Ranges& ranges = {});
 struct Sample {
   explicit Sample(std::string_view notation, std::shared_ptr<const document::Medium> medium = nullptr);
   Sample(Parsed parsed, std::shared_ptr<const document::Medium> medium);
+  /// With the ranges in the first story of a place.
+  Sample(std::vector<document::Content> stories, document::Place place, const Ranges& ranges,
+         std::shared_ptr<const document::Medium> medium);
 
   document::Story& mainText() { return document->mainText(); }
+  document::Story& story() { return document->stories().story(number); }
   word::Range& range(char name) { return *ranges.at(name); }
   std::string print();
 
   std::shared_ptr<memory::MemoryDocument> document;
+  std::size_t number = 0;  ///< of the story that the ranges are in
   std::map<char, std::shared_ptr<word::Range>> ranges;
 };
 

@@ -231,6 +231,8 @@ std::vector<base::ByteSpan> DocumentWriter::rewrite(const StoryPart& part, const
       const auto& [from, to] = *(behind == moved.begin() ? behind : behind - 1);
       return to + (offset - from);
     });
+    if (document_.story(site.story).kind() == word::wdCommentsStory)
+      edited.map.lastParagraph = edited.map.places.before(text::kMaxLength).offset;
     bytes = spanOf(edited.bytes);
     map = &edited.map;
   }

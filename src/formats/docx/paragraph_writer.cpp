@@ -18,8 +18,14 @@ void ParagraphWriter::properties(const Properties& properties) {
   opens_.paragraph().inner = properties.whole.end;
 }
 
-std::string ParagraphWriter::startWith(const std::string& properties) const {
-  return paragraphTag(part_, opens_.markup(), tag_, splitOff_) + properties;
+/// What is split off has no identity, but of a comment's last paragraph the last part keeps it.
+std::string ParagraphWriter::startWith(const std::string& properties, Part part) const {
+  const bool isNew = keepsIdentityAtEnd() ? part == Part::front : splitOff_;
+  return paragraphTag(part_, opens_.markup(), tag_, isNew) + properties;
+}
+
+bool ParagraphWriter::keepsIdentityAtEnd() const {
+  return part_.map.lastParagraph != 0 && part_.map.lastParagraph == tag_.extent.begin;
 }
 
 std::string ParagraphWriter::runProperties() const {
@@ -66,7 +72,7 @@ void ParagraphWriter::divide(std::uint8_t markColour, bool markDeleted) {
   const std::string properties(part_.output.source(properties_.whole));
   const std::string front = withNewMark(part_, opens_.markup(), forSplitOffParagraph(properties), markColour,
                                         markDeleted, runs_.properties());
-  if (front != properties) replaceStart(startWith(front));
+  if (front != properties || keepsIdentityAtEnd()) replaceStart(startWith(front, Part::front));
   opens_.writeEndTag(open);
   splitOff_ = true;
   open.outBegin = out.size();

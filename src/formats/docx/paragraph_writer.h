@@ -28,7 +28,9 @@ class ParagraphWriter {
   void close(Extent endTag);
 
  private:
-  std::string startWith(const std::string& properties) const;
+  enum class Part : bool { front, rest };  // of a paragraph that is divided
+  std::string startWith(const std::string& properties, Part part = Part::rest) const;
+  bool keepsIdentityAtEnd() const;
   void replaceStart(const std::string& start);
   void writeWhatCame();
   void keep(Extent endTag);

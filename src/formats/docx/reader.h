@@ -58,6 +58,10 @@ struct BodyMap {
   };
   std::vector<Guide> guides;
 
+  /// Of a comment under edit, the paragraph by which other parts know it: its last one, also when it is
+  /// divided.
+  Offset lastParagraph = 0;
+
   /// What may hold other texts, in order: drawings, formulas, guides, bound controls.
   std::vector<Offset> asides;
 

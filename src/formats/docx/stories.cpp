@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <map>
-#include <optional>
 #include <set>
 #include <string_view>
 #include <tuple>
@@ -46,28 +45,31 @@ WdStoryType kindOf(Name element, std::string_view pages) {
 struct PagePart {
   std::string part;
   std::string pages;  ///< "first", "even", "default"
+  std::string id;     ///< of the relationship
 };
 
-/// The parts of headers and footers in the order in which sections have them, and then those that none has.
+/// The parts of headers and footers by their names, which word processors give in the order of the sections;
+/// what an edit makes of the sections does not change it. The pages are those of the first section that has
+/// the part.
 std::vector<PagePart> pageParts(const Package& package, base::ByteSpan mainPart) {
   std::vector<PagePart> found;
-  std::set<std::string> seen;
-  const auto add = [&](const Relationship& relationship, std::string_view pages) {
-    const std::string_view kind = relationship.kind();
-    if ((kind == "header" || kind == "footer") && seen.insert(relationship.part).second)
-      found.push_back({relationship.part, std::string(pages)});
-  };
+  for (const Relationship& relationship : package.mainRelationships)
+    if (relationship.kind() == "header" || relationship.kind() == "footer")
+      found.push_back({relationship.part, {}, relationship.id});
+  std::sort(found.begin(), found.end(), [](const PagePart& a, const PagePart& b) {
+    return std::pair(a.part.size(), a.part) < std::pair(b.part.size(), b.part);
+  });
+  if (found.empty()) return found;
   const std::string_view bytes(reinterpret_cast<const char*>(mainPart.data()), mainPart.size());
   constexpr std::string_view kSign = "erReference";
   for (std::size_t at = bytes.find(kSign); at != bytes.npos; at = bytes.find(kSign, at + 1)) {
     const std::size_t begin = bytes.rfind('<', at);
     const std::size_t end = bytes.find('>', at);
     if (begin == bytes.npos || end == bytes.npos || bytes.find_first_of(" \t\r\n/>", begin) < at) continue;
-    const Fragment tag = startOf(bytes.substr(begin));
-    for (const Relationship& relationship : package.mainRelationships)
-      if (relationship.id == tag.value("id")) add(relationship, tag.value("type"));
+    const Fragment tag = startOf(bytes.substr(begin, end + 1 - begin));
+    for (PagePart& part : found)
+      if (part.id == tag.value("id") && part.pages.empty()) part.pages = tag.value("type");
   }
-  for (const Relationship& relationship : package.mainRelationships) add(relationship, {});
   return found;
 }
 
@@ -262,7 +264,7 @@ Stories withAllStories(const Package& package, xml::Utf8Part part, ReadBody main
   std::vector<PagePart> others = pageParts(package, part.utf8.view);
   for (const Role role : {Role::footnotes, Role::endnotes, Role::comments})
     if (const zip::Member* const member = package.member(role))
-      others.push_back({std::string(member->name), {}});
+      others.push_back({std::string(member->name), {}, {}});
 
   Stories stories;
   Assembly assembly(stories);

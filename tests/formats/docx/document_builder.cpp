@@ -138,8 +138,14 @@ std::string wml(std::string_view text) {
   return out;
 }
 
+formats::Hint allStories() {
+  formats::Hint hint;
+  hint.allStories = true;
+  return hint;
+}
+
 Opened open(base::Bytes bytes) {
-  formats::Opened opened = DocxFormat().read(std::move(bytes));
+  formats::Opened opened = DocxFormat().read(std::move(bytes), allStories());
   return {document::Document(std::move(opened.stories)), std::move(opened.source)};
 }
 

@@ -41,7 +41,7 @@ std::string p(std::string_view content);
 /// without prefix get w:, and ' stands for ".
 std::string wml(std::string_view text);
 
-/// A document as the rest of the program has it.
+/// A document with all its stories as the rest of the program has it.
 struct Opened {
   document::Document document;
   std::shared_ptr<const formats::Source> source;
@@ -53,6 +53,7 @@ struct Opened {
   text::Span find(std::u16string_view wanted) const;
 };
 Opened open(base::Bytes bytes);
+formats::Hint allStories();
 
 std::string part(const base::Bytes& document, std::string_view name);
 /// What stands between the tags of w:body.

@@ -5,6 +5,7 @@
 #include <pugixml.hpp>
 
 #include <algorithm>
+#include <deque>
 #include <iterator>
 #include <set>
 #include <sstream>
@@ -46,7 +47,9 @@ const std::pair<const char*, const char*> kForbidden[] = {
      "(//t | //delText | //instrText | //delInstrText)[not(@space = 'preserve')]"
      "[starts-with(., ' ') or substring(., string-length(.)) = ' ']"},
     {"plain text in a tracked deletion", "//del[not(parent::rPr or parent::trPr)]//t"},
-    {"deleted text outside a deletion", "//delText[not(ancestor::del)]"}};
+    {"deleted text outside a deletion", "//delText[not(ancestor::del)]"},
+    {"a story without paragraph",
+     "(/hdr | /ftr | /txbxContent | //footnote | //endnote | //comment)[not(.//p)]"}};
 
 const std::pair<const char*, const char*> kUnique[] = {
     {"id given twice: paragraph", "//p/@paraId"},
@@ -109,10 +112,13 @@ class Checker {
 
   Faults check() {
     for (const zip::Member& member : archive_.members()) {
-      if (!member.name.ends_with("document.xml")) continue;
+      if (!member.name.ends_with(".xml") || !member.name.starts_with("word/")) continue;
       const pugi::xml_document story = parsed(std::string(member.name));
-      if (story.select_node("/document")) checkStory(story, std::string(member.name));
+      if (story.select_node("/document")) checkReferences(story, std::string(member.name));
+      if (story.select_node("/document | /hdr | /ftr | /footnotes | /endnotes | /comments"))
+        checkStory(story);
     }
+    for (std::size_t i = 0; i < boxes_.size(); ++i) checkStory(boxes_[i]);
     return faults_;
   }
 
@@ -127,8 +133,24 @@ class Checker {
     if (!part.load_buffer(bytes.view.data(), bytes.view.size(), pugi::parse_default | pugi::parse_ws_pcdata))
       fault("not well-formed: " + name);
     part.document_element().set_name(localOf(part.document_element().name()).c_str());
+    takeBoxes(part.document_element());
     simplify(part.document_element());
     return part;
+  }
+
+  /// What stands in drawings is checked by itself.
+  void takeBoxes(xml_node node) {
+    for (xml_node child : node.children()) {
+      takeBoxes(child);
+      if (localOf(child.name()) != "txbxContent") continue;
+      xml_node box = boxes_.emplace_back().append_copy(child);
+      box.set_name("txbxContent");
+      for (xml_node block : box.children()) {
+        simplify(block);
+        block.set_name(localOf(block.name()).c_str());
+      }
+      child.remove_children();
+    }
   }
 
   static pugi::xpath_node_set inOrder(const xml_node& part, const std::string& wanted) {
@@ -144,7 +166,7 @@ class Checker {
     return values;
   }
 
-  void checkStory(const xml_node& story, const std::string& name) {
+  void checkStory(const xml_node& story) {
     for (const auto& [what, where] : kForbidden) {
       for (std::size_t i = story.select_nodes(where).size(); i > 0; --i) fault(what);
     }
@@ -159,7 +181,6 @@ class Checker {
     checkFields(story);
     for (const char* kind : {"bookmark", "commentRange", "perm", "moveFromRange", "moveToRange"})
       checkMarkers(story, kind);
-    checkReferences(story, name);
   }
 
   void checkOrder(const xml_node& node, const Names& order, bool tailOnly) {
@@ -225,11 +246,14 @@ class Checker {
     const pugi::xml_document extended = parsed(folder + "commentsExtended.xml");
     const Names paragraphs = valuesOf(parsed(folder + "comments.xml"), "//p/@paraId");
     checkLead("an extension without comment", valuesOf(extended, "//@paraId"), paragraphs);
+    checkLead("an extension of no comment's last paragraph", valuesOf(extended, "//@paraId"),
+              valuesOf(parsed(folder + "comments.xml"), "//comment/p[last()]/@paraId"));
     checkLead("a reply without comment", valuesOf(extended, "//@paraIdParent"), paragraphs);
   }
 
   zip::Archive archive_;
   Faults faults_;
+  std::deque<pugi::xml_document> boxes_;
 };
 
 }  // namespace

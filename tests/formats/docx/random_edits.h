@@ -1,6 +1,6 @@
 #pragma once
 
-#include "document/story.h"
+#include "document/document.h"
 #include "errors/fault.h"
 #include "word/faults.h"
 
@@ -59,6 +59,12 @@ inline void editBySeed(document::Story& model, const EditSeed& seed) {
   } catch (const errors::Fault& refusal) {
     if (refusal.number != word::kCommandFailed) throw;
   }
+}
+
+/// The same in the story that the kind of edit says.
+inline void editBySeed(document::Document& document, const EditSeed& seed) {
+  const std::size_t story = seed.kind / 5 % document.count();
+  if (!document.isGone(story)) editBySeed(document.story(story), seed);
 }
 
 }  // namespace pluvo::docx

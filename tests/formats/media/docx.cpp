@@ -123,6 +123,32 @@ std::optional<base::Bytes> asDocx(std::string_view notation, notation::Ranges& r
   return docx::documentOf(builder.body());
 }
 
+std::optional<base::Bytes> asDocxNote(std::string_view notation, notation::Ranges& ranges) {
+  BodyBuilder builder;
+  ranges = notation::Parser(notation, builder).parse();
+  const auto note = [](int id, const std::string& inner) {
+    return "<w:footnote w:id='" + std::to_string(id) + "'>" + inner + "</w:footnote>";
+  };
+  const auto reference = [](int id) {
+    return "<w:r><w:footnoteReference w:id='" + std::to_string(id) + "'/></w:r>";
+  };
+  return docx::documentOf(
+      docx::p(reference(2) + reference(3)),
+      {{"word/footnotes.xml",
+        "<w:footnotes xmlns:w='http://schemas.openxmlformats.org/wordprocessingml/2006/main'>" +
+            note(3, docx::p(docx::run("three"))) + note(2, builder.body()) + "</w:footnotes>"}});
+}
+
+std::optional<base::Bytes> asDocxBox(std::string_view notation, notation::Ranges& ranges) {
+  BodyBuilder builder;
+  ranges = notation::Parser(notation, builder).parse();
+  const std::string box = "<w:txbxContent>" + builder.body() + "</w:txbxContent>";
+  return docx::documentOf(docx::p(docx::run("one") +
+                                  "<w:r><mc:AlternateContent><mc:Choice Requires='wps'><w:drawing>" + box +
+                                  "</w:drawing></mc:Choice><mc:Fallback><w:pict>" + box +
+                                  "</w:pict></mc:Fallback></mc:AlternateContent></w:r>" + docx::run("two")));
+}
+
 std::string damage(const base::Bytes& before, const base::Bytes& after) {
   return docx::worsened(docx::faultsOf(before), docx::faultsOf(after));
 }
@@ -130,5 +156,15 @@ std::string damage(const base::Bytes& before, const base::Bytes& after) {
 }  // namespace
 
 Medium docxMedium() { return {"docx", std::make_shared<docx::DocxFormat>(), asDocx, damage}; }
+Medium docxNoteMedium() {
+  Medium medium = {"docx note", std::make_shared<docx::DocxFormat>(), asDocxNote, damage};
+  medium.place = document::Place::footnotes;
+  return medium;
+}
+Medium docxBoxMedium() {
+  Medium medium = {"docx box", std::make_shared<docx::DocxFormat>(), asDocxBox, damage};
+  medium.place = document::Place::boxes;
+  return medium;
+}
 
 }  // namespace pluvo::formats

@@ -41,7 +41,7 @@ inline void expectEdits(std::initializer_list<EditCase> cases) {
       if (!kept) continue;
       edit(kept->sample);
       EXPECT_EQ(kept->sample.print(), notation::Sample(after).print());
-      EXPECT_EQ(notation::damageOf(kept->sample.mainText()), "");
+      EXPECT_EQ(notation::damageOf(kept->sample.story()), "");
       kept->expectToSurviveASave();
     }
   }

@@ -22,9 +22,14 @@ struct Medium {
   /// What is wrong with a new version of a file and was not with the old one.
   std::string (*damage)(const base::Bytes& before, const base::Bytes& after) = nullptr;
   bool holdsHalves = false;  ///< of characters of two units
+  /// Where in the file the document of the notation stands.
+  document::Place place = document::Place::main;
 };
 
+/// In main text, in a footnote beside others, and in a text box that two alternatives hold.
 Medium docxMedium();
+Medium docxNoteMedium();
+Medium docxBoxMedium();
 Medium rtfMedium();
 /// Plain text in UTF-8 with LF, and in UTF-16 with CR LF.
 Medium utf8Medium();
