@@ -1,6 +1,7 @@
-// A Word document whose body is any markup: read, edited, looked through for what is elsewhere, written and
-// read again. The input is a program of edits, the inside of w:body, and behind zero bytes a header's inside,
-// a part of custom XML, an imported file and an embedded one; the package around them is always the same.
+// A Word document whose body is any markup: read with all its stories, edited in any of them, looked through
+// for what is elsewhere, written and read again. The input is a program of edits, the inside of w:body, and
+// behind zero bytes that of a header, of footnotes and of comments, a part of custom XML, an imported file
+// and an embedded one; the package around them is always the same.
 
 #include "docx/docx_format.h"
 #include "elsewhere/elsewhere.h"
@@ -10,18 +11,28 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <set>
 #include <utility>
 
 namespace {
 
 using namespace pluvo;
 
-std::u16string shownText(const document::Story& model) { return model.text().substring(0, model.length()); }
+std::u16string textOf(const document::Story& story) { return story.text().substring(0, story.length()); }
 
-void edit(document::Story& model, base::ByteSpan program) {
+/// The texts of all stories that are there, but of versions that are alike one.
+std::multiset<std::u16string> textsOf(const document::Document& document) {
+  std::multiset<std::u16string> texts;
+  const document::Document::Snapshot snapshot = document.snapshot();
+  for (std::size_t i = 0; i < document.count(); ++i)
+    if (!snapshot[i].gone && !snapshot[i].twin) texts.insert(textOf(document.story(i)));
+  return texts;
+}
+
+void edit(document::Document& document, base::ByteSpan program) {
   for (; program.size() >= 5; program = program.subspan(5)) {
     const auto place = static_cast<std::uint32_t>(program[0] | program[1] << 8U);
-    docx::editBySeed(model, {place, program[2], program[3], program[4]});
+    docx::editBySeed(document, {place, program[2], program[3], program[4]});
   }
 }
 
@@ -33,15 +44,18 @@ docx::Parts partsOf(std::string_view data, std::string_view& body) {
   };
   body = data.substr(0, data.find('\0'));
   next();
-  std::string header = docx::mainPartOf(next());
-  for (const auto& [from, to] : {std::pair("<w:body>", ""),
-                                 {"</w:body>", ""},
-                                 {"<w:document", "<w:hdr"},
-                                 {"</w:document", "</w:hdr"}}) {
-    if (const std::size_t at = header.rfind(from); at != std::string::npos)
-      header.replace(at, std::strlen(from), to);
-  }
-  docx::Parts parts = {{"word/header.xml", header}, {"word/item.xml", next()}, {"word/chunk", next()}};
+  // With the declarations of a main part.
+  const auto partOf = [](const std::string& root, const std::string& inner) {
+    std::string part = docx::mainPartOf({});
+    part.replace(part.find("<w:body>"), std::string::npos, inner + "</w:" + root + ">");
+    return part.replace(part.find("w:document"), std::strlen("w:document"), "w:" + root);
+  };
+  docx::Parts parts = {
+      {"word/header.xml", partOf("hdr", next())},
+      {"word/footnotes.xml", partOf("footnotes", "<w:footnote w:id='1'>" + next() + "</w:footnote>")},
+      {"word/comments.xml", partOf("comments", "<w:comment w:id='1'>" + next() + "</w:comment>")},
+      {"word/item.xml", next()},
+      {"word/chunk", next()}};
   parts["word/package"] = std::string(data);
   parts["word/_rels/item.xml.rels"] = docx::relationships({{"customXmlProps", "props.xml"}});
   parts["word/props.xml"] =
@@ -51,13 +65,10 @@ docx::Parts partsOf(std::string_view data, std::string_view& body) {
                                                                {"chart", "item.xml"},
                                                                {"aFChunk", "chunk"},
                                                                {"package", "package"},
-                                                               {"footnotes", "footnotes.xml"}});
+                                                               {"footnotes", "footnotes.xml"},
+                                                               {"comments", "comments.xml"}});
   parts["_rels/.rels"] =
       docx::relationships({{"officeDocument", "word/document.xml"}, {"customXml", "word/item.xml"}});
-  parts["word/footnotes.xml"] =
-      "<w:footnotes xmlns:w=\"http://schemas.openxmlformats.org/wordprocessingml/2006/main\"><w:footnote "
-      "w:id=\"1\">"
-      "<w:p/></w:footnote></w:footnotes>";
   return parts;
 }
 
@@ -82,10 +93,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       partsOf({reinterpret_cast<const char*>(data) + 1 + edits, size - 1 - edits}, body);
   try {
     docx::Opened opened = docx::open(docx::documentOf(body, parts));
-    edit(opened.model, {data + 1, edits});
+    edit(opened.document, {data + 1, edits});
     lookElsewhere(opened, data[0] % 2 != 0);
     const base::Bytes written = opened.written();
-    if (shownText(docx::open(written).model) != shownText(opened.model)) std::abort();
+    const docx::Opened again = docx::open(written);
+    if (textOf(again.model) != textOf(opened.model)) std::abort();
+    if (textsOf(again.document) != textsOf(opened.document)) std::abort();
   } catch (const errors::DocumentError&) {
   }
   return 0;

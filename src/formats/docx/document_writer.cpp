@@ -238,8 +238,11 @@ std::vector<base::ByteSpan> DocumentWriter::rewrite(const StoryPart& part, const
   }
   if (!isToBeWritten(site)) return {bytes};
   const document::Story& model = document_.story(site.story);
-  edited.departed = std::make_unique<const Departed>(
-      *map, dropped(site.story), notes_, [this]() -> const BookmarkReferences& { return references(); });
+  const document::Dropped nothing;
+  const bool hasMarkers = !map->bookmarks.empty() || !map->commentMarkers.empty();
+  edited.departed =
+      std::make_unique<const Departed>(*map, hasMarkers ? dropped(site.story) : nothing, notes_,
+                                       [this]() -> const BookmarkReferences& { return references(); });
   edited.rewriter = std::make_unique<Rewriter>(
       bytes, part.name, site.scope == nullptr ? Reach::mainText : Reach::oneStory, *map, model,
       site.highlight, *edited.departed, placeholderStyle_, EditScript(model), *identifiers_);
