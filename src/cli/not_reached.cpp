@@ -11,31 +11,31 @@
 namespace pluvo::cli {
 namespace {
 
-/// The places with blocks that some request was not asked to work in, as --in has them.
-std::string placesToAsk(const Plan& plan, const elsewhere::Elsewhere& found) {
-  std::string places;
-  for (const document::Place place : document::kAllPlaces) {
-    const auto isAsked = [&](auto& request) {
-      return (request.stories & document::kindsIn(place)) == document::kindsIn(place);
-    };
-    if (found.stories.at(static_cast<std::size_t>(place)) == 0 || std::ranges::all_of(plan.requests, isAsked))
-      continue;
-    places += (places.empty() ? "" : ",") + std::string(keyOf(place));
-  }
-  return places;
+/// Whether --in would have some request work there.
+bool canBeAsked(const Plan& plan, document::Place place) {
+  const word::StoryKinds kinds = document::kindsIn(place);
+  return std::ranges::any_of(plan.requests,
+                             [kinds](auto& request) { return (request.stories & kinds) != kinds; });
 }
 
 std::string whatToDo(const Plan& plan, const elsewhere::Elsewhere& found) {
   const auto occurs = [&](formats::Unreached kind) {
     return found.unreached.at(static_cast<std::size_t>(kind)) > 0;
   };
-  const std::string places = placesToAsk(plan, found);
+  std::string names;
+  std::int64_t rest =
+      occurrencesIn(found) + static_cast<std::int64_t>(found.damaged.size()) + blocksIn(found);
+  for (const document::Place place : document::kAllPlaces) {
+    const std::int64_t blocks = found.stories.at(static_cast<std::size_t>(place));
+    if (blocks == 0 || !canBeAsked(plan, place)) continue;
+    names += (names.empty() ? "" : ",") + std::string(keyOf(place));
+    rest -= blocks;
+  }
   std::string advice = " See to it in a word processor.";
-  if (!places.empty()) {
-    advice = " Requests work there with " +
-             (plan.isOfSavedRequests ? "in = \"" + places + "\"" : "--in " + places);
-    const bool isAll = occurrencesIn(found) == 0 && found.damaged.empty();
-    advice += isAll ? "." : "; see to the rest in a word processor.";
+  if (!names.empty()) {
+    advice =
+        " Requests work there with " + (plan.isOfSavedRequests ? "in = \"" + names + "\"" : "--in " + names);
+    advice += rest == 0 ? "." : "; see to the rest in a word processor.";
   }
   if (occurs(formats::Unreached::fieldCodes)) advice += " Field codes are reached with --field-codes.";
   if (occurs(formats::Unreached::fieldResults)) advice += " Field results are reached without --field-codes.";

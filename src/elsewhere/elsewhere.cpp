@@ -6,6 +6,10 @@
 #include "unshown.h"
 
 #include <algorithm>
+#include <array>
+#include <functional>
+#include <string>
+#include <unordered_set>
 #include <utility>
 
 namespace pluvo::elsewhere {
@@ -41,14 +45,22 @@ document::Place placeOf(formats::OtherStory kind) {
   return static_cast<document::Place>(static_cast<int>(kind) + 1);
 }
 
+std::u16string unitsOf(const text::Stretch& stretch) {
+  std::u16string units(static_cast<std::size_t>(stretch.length), u'\0');
+  stretch.copyTo(units.data());
+  return units;
+}
+
+std::size_t hashOf(const text::OriginalText& text) {
+  return std::hash<std::u16string>()(unitsOf(text.stretch(0, text.length())));
+}
+
 /// A text as it stands now, for a document of its own.
 document::Content copyOf(const document::Story& story) {
   text::OriginalTextBuilder text;
   text.expect(static_cast<std::size_t>(story.length()));
   story.text().forEachStretch(0, story.length(), [&](text::Position, const text::Stretch& stretch) {
-    std::u16string units(static_cast<std::size_t>(stretch.length), u'\0');
-    stretch.copyTo(units.data());
-    text.append(units);
+    text.append(unitsOf(stretch));
     return true;
   });
   document::Content copy;
@@ -69,14 +81,19 @@ class Looker : public formats::OtherTexts {
   void lookThrough(const document::Document& document) {
     for (std::size_t i = 0; i < document.count(); ++i) {
       const document::Story& story = document.story(i);
-      held_.add(document::placeOf(story.kind()));
+      const text::OriginalText& original = story.text().original();
+      if (i > 0) heldAt(document::placeOf(story.kind())).insert(hashOf(original));
       if (!document.isGone(i)) lookInto(story);
     }
   }
 
   void story(formats::OtherStory kind, document::Content content) override {
     const document::Place place = placeOf(kind);
-    if (held_.has(place)) return;
+    auto& held = heldAt(place);
+    if (const auto known = held.empty() ? held.end() : held.find(hashOf(content.text)); known != held.end()) {
+      held.erase(known);
+      return;
+    }
     content.kind = word::wdMainTextStory;  // of a document of its own
     const bool unshown = hasUnshown(content.visibility);
     for (const Sought& each : all_) {
@@ -119,9 +136,13 @@ class Looker : public formats::OtherTexts {
     found_.stories[static_cast<std::size_t>(place)] += countBlocks(document, request);
   }
 
+  using Texts = std::unordered_multiset<std::size_t>;
+  Texts& heldAt(document::Place place) { return held_.at(static_cast<std::size_t>(place)); }
+
   const std::vector<Sought>& all_;
   Elsewhere& found_;
-  document::Places held_;  ///< the document has stories there
+  /// Of the stories that the document has, by their place: what the file has, as hashes.
+  std::array<Texts, document::kPlaces> held_;
 };
 
 }  // namespace

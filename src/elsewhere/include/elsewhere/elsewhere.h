@@ -44,7 +44,7 @@ std::string_view wordsOf(formats::Opaque kind);
 /// Looks for the blocks and the beginnings of requests, which are counted together. In the stories that a
 /// request works in only the beginning counts, where its view does not show it. Called after the passes and
 /// before saving, over the stories as they left them: what they deleted does not count. The source tells of
-/// the places in which the document has no story.
+/// the stories that the document does not have.
 Elsewhere lookElsewhere(const formats::Source& source, const document::Document& document,
                         std::span<const engine::Request> requests);
 
