@@ -114,6 +114,14 @@ def docx_cases():
                    {"pluvo, one job": ("at least", 1.7)} if operation == "find" else {}, changes=operation != "find")
 
 
+def rtf_cases():
+    yield Case(".rtf 53 MB, 10,000 blocks, highlight", "sparse.rtf",
+               [pluvo("highlight", *BLOCK, "{in}"), limit("text", "{in}", "{out}", BEGIN, over_result=True),
+                libreoffice("highlight", "{in}")],
+               {"limit": ("at most", 6), "LibreOffice": ("at least", 40)},
+               right=lambda original, result: check.check_rtf(original, result, BEGIN, END), memory=200)
+
+
 def elsewhere_cases():
     """What is looked for besides main text, beside the same text as main text."""
     # Without --strict a quiet find has nobody to tell of other texts, and does not look.

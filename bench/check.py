@@ -75,6 +75,35 @@ def check_folder(original, changed, begin, end):
         check(path, changed / path.name, "highlight", begin, end)
 
 
+RTF = re.compile(rb"\\(?:u(-?\d+) ?\\'..|'(..)|([a-z]+)(-?\d*) ?)|([{}])|([^\\{}\r\n]+)")
+
+
+def rtf_characters(file):
+    """The main text that generate_rtf.py wrote, and the highlight of each character."""
+    text, colours, colour, outer = [], [], 0, []
+    for unit, byte, word, number, brace, plain in RTF.findall(file[file.index(rb"\sectd ") :]):
+        if brace:
+            outer.append(colour) if brace == b"{" else None
+            colour = outer.pop() if brace == b"}" and outer else colour
+        elif word in (b"highlight", b"plain"):
+            colour = int(number or 0)
+        shown = chr(int(unit)) if unit else chr(int(byte, 16)) if byte else "\n" if word == b"par" else plain.decode()
+        text.append(shown)
+        colours.append(bytes([colour]) * len(shown))
+    return "".join(text), b"".join(colours)
+
+
+def check_rtf(original, changed, begin, end):
+    before, after = original.read_bytes(), changed.read_bytes()
+    text, colours = rtf_characters(after)
+    expected = bytearray(len(text))
+    for start, stop in find(text, begin, end):
+        expected[start:stop] = b"\3" * (stop - start)
+    assert expected.count(3) > 0 and bytes(expected) == colours, "other characters are highlighted"
+    after = re.sub(rb"\\highlight\d ", b"", after).replace(rb"\red255\green255\blue0;", b"")
+    assert before == after, "other bytes differ"
+
+
 def pattern(begin, end, flags=0):
     return re.compile(re.escape(begin.encode()) + b".*?" + re.escape(end.encode()), re.DOTALL | flags)
 

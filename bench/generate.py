@@ -13,6 +13,8 @@ import random
 import sys
 import zipfile
 
+from generate_rtf import write_rtf
+
 BEGIN, END = "the Lessor", "the Lessee"
 WORDS = (
     "agreement premises tenant clause notice rent deposit term building garden cellar window door street number "
@@ -299,7 +301,7 @@ def main():
         docx("folder/%03d.docx" % n, 100 + n, 6_400, 4, 1, 1)
     write_elsewhere(folder)
     rng = random.Random(7)
-    write_rtf(os.path.join(folder, "sparse.rtf"), rng, paragraphs_with_blocks(rng, Filler(rng), 18_700_000, every(10_000), 400))
+    write_rtf(os.path.join(folder, "sparse.rtf"), rng, paragraphs_with_blocks(rng, Filler(rng), 21_000_000, every(10_000), 400))
     write_text(os.path.join(folder, "sparse.txt"), 7, 200, 1_200)
     for name, share in (("ascii", 0.0), ("few", 0.015), ("many", 0.6)):
         for kind, blocks in (("", 64_000), ("-dense", 2_950_000)):

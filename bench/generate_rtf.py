@@ -20,12 +20,14 @@ def write_rtf(path, rng, paragraphs):
 
 
 def runs_of(rng, text):
-    """Runs of about 46 characters, some of which end in one that is not ASCII."""
+    """Runs of about 46 characters, some of which end in one that is not ASCII after a blank."""
     parts, at = [], 0
     while at < len(text):
         length = max(4, int(rng.gauss(46, 12)))
+        part = text[at : at + length]
         extra = rng.choice((r"\'e9", r"\u8211\'96", "", "", ""))
-        parts.append(r"{\rtlch\fcs1 \af0 \ltrch\fcs0 %s\insrsid%d %s%s}"
-                     % (rng.choice(LOOKS), rng.randrange(10**7), text[at : at + length], extra if text[at + length - 1 : at + length] == " " else ""))
+        if not part.endswith(" ") or part.endswith("the "):
+            extra = ""
+        parts.append(r"{\rtlch\fcs1 \af0 \ltrch\fcs0 %s\insrsid%d %s%s}" % (rng.choice(LOOKS), rng.randrange(10**7), part, extra))
         at += length
     return "".join(parts)

@@ -30,6 +30,22 @@ CONTROLS = re.compile(rb"</?w:sdt>|</?w:sdtContent>|<w:sdtPr>.*?</w:sdtPr>|<w:sd
                       rb"<w:sdtEndPr/>|<w:(?:framePr|tblpPr)\b[^>]*/>", re.S)  # fmt: skip
 
 
+# Where the two differ for a known cause, by the end of the name.
+SETTLED = {
+    "3a0c3c-image.rtf": "LibreOffice does not open it: binary data without a number",
+    "testBinControlWord.rtf": "LibreOffice does not open it: a group is not closed",
+    "60e2ec-table_simple.rtf": "LibreOffice drops cells for which no width is given",
+    "testRTFTableCellSeparation2.rtf": "a cell outside all rows ends a paragraph, as in Word",
+    "testRTFHyperlinkAndStyles.rtf": "bytes of a font without a code page are the system's in LibreOffice",
+    "testRTFTIKA_2899.rtf": "LibreOffice numbers the pages",
+    "testGitHubIssue6.rtf": "LibreOffice adds the label of a list",
+    "60293.rtf": "LibreOffice drops the header of a first page that is not set apart",
+    "Comment015.rtf": "LibreOffice puts frames and comments in text boxes into one another",
+    "coverpage2.rtf": "LibreOffice drops a line break in a box",
+    "Field-Create_date.rtf": "LibreOffice makes out a date anew",
+}
+
+
 def text_of(path):
     tree = etree.parse(str(path), etree.XMLParser(huge_tree=True))
     body = tree.find(f".//{OFFICE}body/{OFFICE}text")
@@ -134,17 +150,19 @@ def main(folder):
         subprocess.run(["soffice", f"-env:UserInstallation=file://{work}/profile", "--headless", "--convert-to", "fodt",
                         "--outdir", work, *(copy for _, copy in copies[start : start + 15])],
                        capture_output=True, timeout=300, check=False)  # fmt: skip
-    differ = stories = lacking = 0
+    differ = stories = lacking = known = 0
     for document, copy in copies:
         ours = normal(Path(f"{document}.txt").read_text("utf-8", "replace"))
         flat = copy.with_suffix(".fodt")
         theirs = normal(text_of(flat)) if flat.exists() else "(not converted)"
-        if ours != theirs:
+        settled = any(document.name.endswith(name) for name in SETTLED)
+        known += settled
+        if ours != theirs and not settled:
             differ += 1
             at = max(0, len(os.path.commonprefix([ours, theirs])) - 30)
             print(f"differs: {document.name}\n  ours   {ours[at : at + 80]!r}\n  theirs {theirs[at : at + 80]!r}")
         listed = Path(f"{document}.stories.txt")
-        if not listed.exists() or not flat.exists():
+        if not listed.exists() or not flat.exists() or settled:
             continue
         lines = (line.partition(" ") for line in listed.read_text("utf-8", "replace").split("\n") if line)
         ours = [(kind, normal(text)) for kind, _, text in lines]
@@ -153,7 +171,8 @@ def main(folder):
         for story in missing(ours, theirs):
             lacking += 1
             print(f"lacks: {document.name}\n  ours   {story!r}\n  theirs {[x[1][:60] for x in theirs if x[0] == story[0]]!r}")
-    print(f"{differ} of {len(copies)} differ from what LibreOffice reads; of {stories} other stories it lacks {lacking}")
+    print(f"{differ} of {len(copies)} differ from what LibreOffice reads; of {stories} other stories it lacks {lacking}; "
+          f"{known} differ for known causes and are left out")
 
 
 if __name__ == "__main__":

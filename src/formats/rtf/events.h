@@ -38,6 +38,8 @@ struct Character {
   bool isHalf = false;
   /// All up to the brace that closes its group is its own.
   bool fillsGroup = false;
+  /// The same, and that brace ends the document or story: no text can come after it.
+  bool fillsStory = false;
   /// How many groups its last bytes close.
   std::uint8_t closes = 0;
   /// The group that it is, if it is one.

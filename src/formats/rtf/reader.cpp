@@ -47,10 +47,10 @@ void TextReader::text(Extent bytes) {
 
 void TextReader::add(std::u16string_view units, const Look& look) {
   const bool goesOn =
-      !pieces_.empty() && pieces_.back().kind == Kind::ordinary &&
+      !pieces_.empty() && pieces_.back().kind == Kind::ordinary && !pieces_.back().bookmark &&
       pieces_.back().look.hidden == look.hidden && pieces_.back().look.highlight == look.highlight &&
       pieces_.back().look.deleted == look.deleted && pieces_.back().look.restriction == look.restriction;
-  if (!goesOn) pieces_.push_back({Kind::ordinary, look, 0, units_.size(), 0});
+  if (!goesOn) pieces_.push_back({Kind::ordinary, look, 0, units_.size(), 0, std::nullopt});
   units_ += units;
   pieces_.back().count += units.size();
   count(units.size());
@@ -60,7 +60,8 @@ void TextReader::addPiece(const Character& character) {
   // The end of a row is nothing that has a look.
   const bool isRow = character.kind == Kind::row;
   const std::size_t place = character.bytes.begin;
-  pieces_.push_back({character.kind, isRow ? Look{} : lookAt(place), character.depth, place, 0});
+  pieces_.push_back(
+      {character.kind, isRow ? Look{} : lookAt(place), character.depth, place, 0, std::nullopt});
   count(1);
 }
 
@@ -79,6 +80,11 @@ void TextReader::character(const Character& character) {
     if (character.unit == text::kCommentReference && character.group == Word::annotation) {
       now.hidden = true;
       if (character.comment) waiting_.push_back({units_.size(), character.comment});
+    }
+    if (character.fillsStory) {
+      now.restriction = lockFor(fillsStory_,
+                                "A picture without a group of its own takes all that comes here. Open the "
+                                "document in a word processor and save it again, or leave this place out.");
     }
     const char16_t units[] = {character.unit, character.second};
     return add({units, static_cast<std::size_t>(character.units())}, now);
@@ -128,13 +134,17 @@ void TextReader::settleMarks() {
 
 /// Lets nothing be edited in what is kept.
 void TextReader::lock() {
-  if (locked_ == document::kNone) {
-    locked_ = builder_.addRestriction(
-        {document::Restriction::Of::change,
-         "The rows of a table lie here in a row that the document does not have. Open it in a word processor "
-         "and save it again, or leave this place out."});
-  }
-  for (Piece& piece : pieces_) piece.look.restriction = locked_;
+  const std::int8_t restriction =
+      lockFor(rows_,
+              "The rows of a table lie here in a row that the document does not have. Open it in a word "
+              "processor and save it again, or leave this place out.");
+  for (Piece& piece : pieces_) piece.look.restriction = restriction;
+}
+
+std::int8_t TextReader::lockFor(std::int8_t& restriction, const char* sentence) {
+  if (restriction == document::kNone)
+    restriction = builder_.addRestriction({document::Restriction::Of::change, sentence});
+  return restriction;
 }
 
 /// Text goes where its paragraph's end goes.
@@ -143,7 +153,10 @@ void TextReader::play() {
   for (std::size_t i = 0; i < pieces_.size(); ++i) {
     const Piece& last = pieces_[i];
     if (!isParagraphEnd(last.kind) && last.kind != Kind::section) continue;
-    const bool isEmptyRowEnd = last.kind == Kind::row && from == i;
+    const bool isEmptyRowEnd =
+        last.kind == Kind::row && std::all_of(pieces_.begin() + static_cast<std::ptrdiff_t>(from),
+                                              pieces_.begin() + static_cast<std::ptrdiff_t>(i),
+                                              [](const Piece& piece) { return piece.bookmark.has_value(); });
     if (!isEmptyRowEnd) goToDepth(last.kind == Kind::section ? 0 : last.depth);
     for (; from < i; ++from) play(pieces_[from]);
     playMark(last);
@@ -171,6 +184,10 @@ void TextReader::goToDepth(std::size_t depth) {
 }
 
 void TextReader::play(const Piece& piece) {
+  if (piece.bookmark) {
+    map_.bookmarks[*piece.bookmark].position = builder_.length();
+    return;
+  }
   endsInMark_ = false;
   switch (piece.kind) {
     case Kind::fieldBegin:
@@ -242,7 +259,9 @@ void TextReader::end(std::size_t at) {
   settle();
   goToDepth(0);
   if (endsInMark_) return;
-  builder_.append(text::kParagraphMark, lookAt(at));
+  Look look = lookAt(at);
+  if (fillsStory_ != document::kNone) look.restriction = fillsStory_;
+  builder_.append(text::kParagraphMark, look);
   map_.endsWithoutBytes = true;
 }
 
@@ -252,6 +271,10 @@ void TextReader::word(const Token& token) {
 
 void TextReader::group(const SkippedGroup& group) {
   protection_.group(group);
+  if (group.word == Word::bkmkstart || group.word == Word::bkmkend) {
+    pieces_.push_back({Kind::ordinary, Look{}, 0, units_.size(), 0, map_.bookmarks.size()});
+    map_.bookmarks.push_back({group.word == Word::bkmkend, 0, {group.inside, group.bytes.end}});
+  }
   if (!what_.groups || !holdsStories(group.word)) return;
   if (isOneCharacter(group.word)) waiting_.push_back({units_.size() - 1, std::nullopt, groups_.size()});
   groups_.push_back({group, walker_->state().fallback});

@@ -30,6 +30,13 @@ struct TextMap {
   std::vector<Oddity> oddities;
   /// Where comments stand, by their numbers.
   std::multimap<text::Position, std::int32_t> comments;
+  /// An end of a bookmark, the character that it stands before, and the bytes of its name.
+  struct Bookmark {
+    bool isEnd = false;
+    text::Position position = 0;
+    Extent name;
+  };
+  std::vector<Bookmark> bookmarks;
   /// The last mark stands for no bytes.
   bool endsWithoutBytes = false;
 };
@@ -81,6 +88,8 @@ class TextReader final : public Events {
     std::uint16_t depth = 0;  ///< of marks that end a paragraph
     std::size_t from = 0;     ///< in units_; of a mark the place of its token
     std::size_t count = 0;
+    /// It is no character, but an end of a bookmark of that number.
+    std::optional<std::size_t> bookmark = std::nullopt;
   };
 
   document::Look lookAt(std::size_t begin);
@@ -89,6 +98,7 @@ class TextReader final : public Events {
   void settle();
   void settleMarks();
   void lock();
+  std::int8_t lockFor(std::int8_t& restriction, const char* sentence);
   void play();
   void play(const Piece& piece);
   void goToDepth(std::size_t depth);
@@ -106,7 +116,9 @@ class TextReader final : public Events {
   std::string_view bytes_;
   ReadFor what_;
   std::int8_t colourless_ = document::kNone;
-  std::int8_t locked_ = document::kNone;
+  // Of places that nothing can be done at:
+  std::int8_t rows_ = document::kNone;
+  std::int8_t fillsStory_ = document::kNone;
   ProtectionReader protection_{bytes_};
   const Walker* walker_ = nullptr;
   document::ContentBuilder builder_;

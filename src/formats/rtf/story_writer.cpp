@@ -17,7 +17,8 @@ StoryWriter::StoryWriter(std::string_view file, Tables& tables, const OldStory& 
       script_(story),
       dropped_(script_),
       rows_(splicer_, map_.rows, dropped_),
-      newText_(splicer_, rows_) {
+      newText_(splicer_, rows_),
+      departed_(file, map_.bookmarks, dropped_) {
   for (const auto& [position, number] : map_.comments) {
     if (dropped_.hold({position, position + 1})) droppedComments_.insert(number);
   }
@@ -63,6 +64,9 @@ bool StoryWriter::goes(const SkippedGroup& group) {
     }
     case Word::nonesttables:
       return afterDropped;
+    case Word::bkmkstart:
+    case Word::bkmkend:
+      return departed_.contain(splicer_.bytes({group.inside, group.bytes.end}));
     case Word::atrfstart:
     case Word::atrfend:
       return !droppedComments_.empty() &&

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "bookmarks.h"
 #include "document/edit_script.h"
 #include "new_text_writer.h"
 #include "reader.h"
@@ -66,6 +67,7 @@ class StoryWriter final : public Events {
   document::Dropped dropped_;
   RowDefinitions rows_;
   NewTextWriter newText_;
+  DepartedBookmarks departed_;
   std::set<std::int32_t> droppedComments_;
   std::size_t nextOddity_ = 0;
 

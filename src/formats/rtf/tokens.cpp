@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <charconv>
+#include <cstring>
 #include <limits>
 
 namespace pluvo::rtf {
@@ -27,6 +29,41 @@ std::uint8_t classOf(char c) { return kClasses[static_cast<std::uint8_t>(c)]; }
 
 bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
+
+constexpr std::uint64_t kOnes = 0x0101010101010101U;
+constexpr std::uint64_t kHighs = kOnes * 0x80U;
+constexpr std::size_t kAtOnce = 8;
+
+/// Eight bytes as a number, the first in its lowest byte. What lies after the end is 0.
+std::uint64_t eightAt(std::string_view bytes, std::size_t at) {
+  std::uint64_t eight = 0;
+  if (bytes.size() - at < kAtOnce) return headOf(bytes.substr(at));
+  std::memcpy(&eight, bytes.data() + at, kAtOnce);
+  return std::endian::native == std::endian::little ? eight : __builtin_bswap64(eight);
+}
+
+/// How many of the bytes in front have no mark in their highest bit.
+std::size_t unmarked(std::uint64_t marks) {
+  return marks == 0 ? kAtOnce : static_cast<std::size_t>(std::countr_zero(marks)) / 8;
+}
+
+/// How many bytes in front are letters.
+std::size_t lettersIn(std::uint64_t eight) {
+  const std::uint64_t small = (eight | kOnes * 0x20U) & ~kHighs;
+  const std::uint64_t fromA = small + kOnes * (0x80U - 'a');
+  const std::uint64_t afterZ = small + kOnes * (0x80U - '{');
+  return unmarked(~(fromA & ~afterZ & ~eight) & kHighs);
+}
+
+/// How many bytes in front are of the class of plain text.
+std::size_t plainIn(std::uint64_t eight) {
+  const auto is = [&](char c) {
+    const std::uint64_t other = eight ^ kOnes * static_cast<std::uint8_t>(c);
+    return (other - kOnes) & ~other;
+  };
+  const std::uint64_t low = (eight - kOnes * 0x20U) & ~eight;
+  return unmarked((eight | low | is('{') | is('}') | is('\\') | is('\x7F')) & kHighs);
+}
 
 int hexDigit(char c) {
   if (isDigit(c)) return c - '0';
@@ -71,18 +108,21 @@ Token Tokens::next() {
   }
   const char first = bytes_[at_];
   switch (classOf(first)) {
-    case kPlain:
+    case kPlain: {
       token.kind = Token::Kind::text;
-      while (++at_ < bytes_.size() && classOf(bytes_[at_]) == kPlain) {
-      }
+      std::size_t count = kAtOnce;
+      std::size_t at = at_;
+      for (; count == kAtOnce; at += count) count = plainIn(eightAt(bytes_, at));
+      at_ = at;
       break;
+    }
     case kBrace:
       token.kind = first == '{' ? Token::Kind::open : Token::Kind::close;
       ++at_;
       break;
     case kBackslash:
       ++at_;
-      token = control(token.extent.begin);
+      control(token);
       break;
     case kTabulator:
       token.kind = Token::Kind::word;
@@ -104,36 +144,18 @@ Token Tokens::next() {
   return token;
 }
 
-/// What the backslash at `begin` begins.
-Token Tokens::control(std::size_t begin) {
-  Token token;
-  token.extent.begin = begin;
-  token.kind = Token::Kind::symbol;
+/// What follows a backslash.
+void Tokens::control(Token& token) {
   const std::string_view rest = bytes_.substr(at_, 3);
   if (rest.empty() || rest == "'" || (rest.size() == 2 && rest[0] == '\'' && hexDigit(rest[1]) >= 0)) {
-    at_ = begin;
     token.kind = Token::Kind::end;
-    return token;
+    --at_;
+    return;
   }
+  token.kind = Token::Kind::symbol;
+  const std::uint64_t eight = eightAt(bytes_, at_);
+  if (const std::size_t letters = lettersIn(eight); letters > 0) return word(token, eight, letters);
   const char first = bytes_[at_];
-  if (isLetter(first)) {
-    const std::size_t letters = at_;
-    while (at_ < bytes_.size() && isLetter(bytes_[at_])) ++at_;
-    const KnownWord& known = wordNamed(bytes_.substr(letters, at_ - letters));
-    token.kind = Token::Kind::word;
-    token.word = known.word;
-    token.unit = known.unit;
-    takeNumber(token);
-    token.isOpenEnded = at_ == bytes_.size() || bytes_[at_] != ' ';
-    if (!token.isOpenEnded) ++at_;
-    if (token.word == Word::bin && token.number > 0) {
-      const auto data = static_cast<std::size_t>(token.number);
-      if (data > bytes_.size() - at_) throw damaged("ends inside binary data");
-      at_ += data;
-      token.isOpenEnded = false;
-    }
-    return token;
-  }
   ++at_;
   if (first == '\'') {
     const int high = at_ + 1 < bytes_.size() ? hexDigit(bytes_[at_]) : -1;
@@ -153,7 +175,29 @@ Token Tokens::control(std::size_t begin) {
   } else {
     token.unit = static_cast<std::uint8_t>(first);
   }
-  return token;
+}
+
+void Tokens::word(Token& token, std::uint64_t eight, std::size_t letters) {
+  const std::size_t begin = at_;
+  at_ += letters;
+  std::uint64_t head = eight;
+  if (letters < kAtOnce) {
+    head &= ~(~std::uint64_t{0} << 8U * letters);
+  } else {
+    while (at_ < bytes_.size() && isLetter(bytes_[at_])) ++at_;
+  }
+  const KnownWord& known = wordNamed(bytes_.substr(begin, at_ - begin), head);
+  token.kind = Token::Kind::word;
+  token.word = known.word;
+  token.unit = known.unit;
+  takeNumber(token);
+  token.isOpenEnded = at_ == bytes_.size() || bytes_[at_] != ' ';
+  if (!token.isOpenEnded) ++at_;
+  if (token.word != Word::bin || token.number <= 0) return;
+  const auto data = static_cast<std::size_t>(token.number);
+  if (data > bytes_.size() - at_) throw damaged("ends inside binary data");
+  at_ += data;
+  token.isOpenEnded = false;
 }
 
 /// A hyphen counts only before a digit. What is too large is the largest number.
@@ -161,14 +205,17 @@ void Tokens::takeNumber(Token& token) {
   std::size_t at = at_;
   const bool isNegative = at < bytes_.size() && bytes_[at] == '-';
   if (isNegative) ++at;
-  std::int64_t number = 0;
+  const std::size_t first = at;
+  std::uint64_t number = 0;
   for (; at < bytes_.size() && isDigit(bytes_[at]); ++at) {
-    token.hasNumber = true;
-    constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
-    number = std::min(number * 10 + (bytes_[at] - '0'), kMost);
+    constexpr std::uint64_t kEnough = std::uint64_t{1} << 40U;
+    if (number < kEnough) number = number * 10 + static_cast<std::uint64_t>(bytes_[at] - '0');
   }
+  token.hasNumber = at > first;
   if (!token.hasNumber) return;
-  token.number = static_cast<std::int32_t>(isNegative ? -number : number);
+  constexpr std::uint64_t kMost = std::numeric_limits<std::int32_t>::max();
+  const auto least = static_cast<std::int32_t>(std::min(number, kMost));
+  token.number = isNegative ? -least : least;
   at_ = at;
 }
 

@@ -60,7 +60,8 @@ class Tokens {
   std::optional<Extent> restOfGroup();
 
  private:
-  Token control(std::size_t begin);
+  void control(Token& token);
+  void word(Token& token, std::uint64_t eight, std::size_t letters);
   void takeNumber(Token& token);
 
   std::string_view bytes_;

@@ -149,6 +149,7 @@ void Walker::restIsSkipped(const Token& token) {
     Character character = characterAt(bytes, text::kPicture);
     character.group = token.word;
     character.fillsGroup = true;
+    character.fillsStory = frames_.size() == 1;
     tell(character);
   }
   events_.group({token.word, token.extent.end, bytes});

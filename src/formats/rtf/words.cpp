@@ -100,8 +100,8 @@ constexpr KnownWord kWords[] = {
     {"aftnsep", Word::skipped},
     {"aftnsepc", Word::skipped},
     {"aftncn", Word::skipped},
-    {"bkmkstart", Word::skipped},
-    {"bkmkend", Word::skipped},
+    {"bkmkstart", Word::bkmkstart},
+    {"bkmkend", Word::bkmkend},
     {"atntime", Word::skipped},
     {"atnicn", Word::skipped},
     {"xe", Word::skipped},
@@ -210,45 +210,45 @@ constexpr KnownWord kWords[] = {
 };
 
 constexpr KnownWord kUnknown;
-constexpr std::size_t kLongest = 20;
 
-constexpr std::size_t hashOf(std::string_view text) {
-  std::uint32_t hash = 2166136261U;
-  for (const char c : text) hash = (hash ^ static_cast<std::uint8_t>(c)) * 16777619U;
-  return hash ^ hash >> 15U;
-}
-
-/// Places by hash, the next free one where that is taken.
+/// Places by hash of the first eight letters, the next free one where that is taken.
 class Places {
  public:
   constexpr Places() {
     for (std::size_t i = 0; i < std::size(kWords); ++i) {
-      std::size_t place = hashOf(kWords[i].text) % kCount;
-      while (entries_[place] != 0) place = (place + 1) % kCount;
-      entries_[place] = static_cast<std::uint8_t>(i + 1);
+      std::size_t place = placeOf(headOf(kWords[i].text));
+      while (entries_[place].word != 0) place = (place + 1) % kCount;
+      entries_[place] = {headOf(kWords[i].text), static_cast<std::uint16_t>(i + 1)};
     }
   }
 
-  constexpr const KnownWord& find(std::string_view text) const {
-    for (std::size_t place = hashOf(text) % kCount; entries_[place] != 0; place = (place + 1) % kCount) {
-      const KnownWord& known = kWords[entries_[place] - 1];
-      if (known.text == text) return known;
+  constexpr const KnownWord& find(std::string_view text, std::uint64_t head) const {
+    for (std::size_t place = placeOf(head); entries_[place].word != 0; place = (place + 1) % kCount) {
+      if (entries_[place].head != head) continue;
+      const KnownWord& known = kWords[entries_[place].word - 1];
+      if (text.size() == known.text.size() && (text.size() <= kHead || text == known.text)) return known;
     }
     return kUnknown;
   }
 
  private:
-  static constexpr std::size_t kCount = 1024;
-  static_assert(std::size(kWords) < 256);
-  std::array<std::uint8_t, kCount> entries_ = {};
+  static constexpr unsigned kBits = 11;
+  static constexpr std::size_t kCount = std::size_t{1} << kBits;
+  static constexpr std::size_t placeOf(std::uint64_t head) {
+    return static_cast<std::size_t>(head * 0x9E3779B97F4A7C15U >> (64U - kBits));
+  }
+
+  struct Entry {
+    std::uint64_t head = 0;
+    std::uint16_t word = 0;
+  };
+  std::array<Entry, kCount> entries_ = {};
 };
 
 constexpr Places kPlaces;
 
 }  // namespace
 
-const KnownWord& wordNamed(std::string_view text) {
-  return text.size() > kLongest ? kUnknown : kPlaces.find(text);
-}
+const KnownWord& wordNamed(std::string_view text, std::uint64_t head) { return kPlaces.find(text, head); }
 
 }  // namespace pluvo::rtf

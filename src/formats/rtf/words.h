@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -49,6 +50,8 @@ enum class Word : std::uint8_t {
   footerFirst,
   atnid,
   atnauthor,
+  bkmkstart,
+  bkmkend,
   atrfstart,
   atrfend,
   label,  ///< of an item in a list
@@ -127,8 +130,18 @@ struct KnownWord {
   char16_t unit = 0;  ///< of a character
 };
 
+/// The first letters of a word as a number, the first in its lowest byte.
+inline constexpr std::size_t kHead = 8;
+constexpr std::uint64_t headOf(std::string_view text) {
+  std::uint64_t head = 0;
+  for (std::size_t i = 0; i < text.size() && i < kHead; ++i)
+    head |= std::uint64_t{static_cast<std::uint8_t>(text[i])} << 8U * i;
+  return head;
+}
+
 /// The entry of a word, whose case counts; one for unknown words where it is not known.
-const KnownWord& wordNamed(std::string_view text);
+const KnownWord& wordNamed(std::string_view text, std::uint64_t head);
+inline const KnownWord& wordNamed(std::string_view text) { return wordNamed(text, headOf(text)); }
 
 constexpr bool isBetween(Word word, Word first, Word last) { return word >= first && word <= last; }
 /// Whether a group that begins with the word is no text that goes on in the one around it.

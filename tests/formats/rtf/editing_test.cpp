@@ -83,6 +83,9 @@ TEST(RtfFormat, IsEditedBySplices) {
       {"a\\par\\trowd\\cellx1\\pard\\intbl b\\cell{\\trowd\\cellx1\\row }\\trowd\\cellx2\\pard\\intbl "
        "c\\cell\\row\\pard d\\par",
        u"b\a\ac\a\a", u"", "a\\par\\pard\\intbl {}\\pard\\intbl \\pard d\\par"},
+      {"a{\\*\\bkmkstart B}b{\\*\\bkmkend B}c{\\*\\bkmkstart D}d{\\*\\bkmkend D}{\\field{\\*\\fldinst REF "
+       "d}}\\par",
+       u"bcd", u"", "a{\\*\\bkmkstart D}{\\*\\bkmkend D}{\\field{\\*\\fldinst REF d}}\\par"},
       {"a\\par\\row b\\par", u"a\r", u"c", "cb\\par"},
       {"\\intbl\\itap2 a\\nestcell b{\\*\\nesttableprops\\nestrow}c\\cell\\row\\pard d\\par", u"b\a", u"7",
        "\\intbl\\itap2 a\\nestcell \\highlight2 b\\nestcell {\\*\\nesttableprops\\nestrow}\\highlight0 "
@@ -142,6 +145,19 @@ TEST(RtfFormat, EditsStoriesWhereTheyStand) {
     ASSERT_LT(number, opened.document.count());
     edit(opened.document.story(number), place, text);
     EXPECT_EQ(savedAndTheSame(opened), head() + after + "}");
+  }
+}
+
+TEST(RtfFormat, RefusesBeforehandWhatItCouldNotWrite) {
+  const struct {
+    const char* body;
+    text::Position at;
+  } cases[] = {
+      {"a{\\*\\nesttableprops\\trowd\\nestrow}b\\par c\\par", 0}, {"a\\pict 00", 1}, {"a\\pict 00", 2}};
+  for (const auto& [body, at] : cases) {
+    Opened opened = open(head() + body + "}");
+    EXPECT_THROW(opened.model.insertBefore(at, u"n"), errors::Fault) << body;
+    EXPECT_FALSE(opened.document.changed());
   }
 }
 

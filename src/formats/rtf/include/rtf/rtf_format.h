@@ -8,8 +8,9 @@ namespace pluvo::rtf {
 ///
 /// Text is what a word processor shows: bytes in the code page of the font in force, characters by number in
 /// place of what stands for them in older programs, fields with code and result, hidden text, tables. A
-/// picture, formula or object is one character, a shape, note or comment as well. What the document's tables,
-/// headers and unknown groups hold is no main text.
+/// picture, formula or object is one character, a shape, note or comment as well; headers, footers, notes,
+/// comments and text boxes are stories of their own. What the document's tables and unknown groups hold is no
+/// text.
 ///
 /// A document is edited by splices: no brace or control word that stands between characters is moved or
 /// removed but for those of rows, fields, notes, comments and pictures that go. New text is ASCII with
