@@ -19,30 +19,37 @@ class DocumentReader {
   ReadDocument read() {
     const std::size_t firstAt = readMainText();
     // A table of colours after text holds for what follows it.
-    if (read_.tables.hasColours && firstAt < read_.tables.coloursAt) {
-      uncolouredTo_ = read_.tables.coloursAt;
+    if (read_.old.tables.hasColours && firstAt < read_.old.tables.coloursAt) {
+      uncolouredTo_ = read_.old.tables.coloursAt;
       read_ = {};
       readMainText();
     }
-    const std::vector<GroupInText> groups = std::move(groups_);
+    if (!allStories_) return std::move(read_);
+    if (read_.old.hasMoreGroups) tooMany();
+    const std::vector<GroupInText> groups = read_.old.groups;
     readStoriesIn(groups, 0, 1);
     sort();
     return std::move(read_);
   }
 
  private:
-  static constexpr std::size_t kMostStories = 65'536;
+  [[noreturn]] static void tooMany() {
+    throw errors::DocumentError(errors::Problem::tooLarge,
+                                "The document has more than 65,535 headers, footers, notes, comments and "
+                                "text boxes; divide it.");
+  }
 
   std::size_t readMainText() {
-    TextReader reader(file_, {file_.size(), allStories_, uncolouredTo_});
+    TextReader reader(file_, {file_.size(), uncolouredTo_});
     Walker walker(file_, reader);
     reader.follow(walker);
     walker.walk();
     ReadText text = reader.finish();
-    groups_ = std::move(text.groups);
+    read_.old.groups = std::move(text.groups);
+    read_.old.hasMoreGroups = text.hasMoreGroups;
     read_.stories.push_back(std::move(text.content));
-    read_.places.push_back({word::wdMainTextStory, {0, file_.size()}, {}, std::move(text.map), {}, {}});
-    read_.tables = walker.tables();
+    read_.old.places.push_back({word::wdMainTextStory, {0, file_.size()}, {}, std::move(text.map), {}, {}});
+    read_.old.tables = walker.tables();
     read_.protection = reader.protection();
     return reader.firstAt();
   }
@@ -54,11 +61,7 @@ class DocumentReader {
       const std::size_t first = read_.stories.size();
       std::vector<std::vector<GroupInText>> inner;
       for (const StoryGroup& story : found.stories) {
-        if (read_.stories.size() == kMostStories) {
-          throw errors::DocumentError(errors::Problem::tooLarge,
-                                      "The document has more than 65,535 headers, footers, notes, comments "
-                                      "and text boxes; divide it.");
-        }
+        if (read_.stories.size() > kMostGroups) tooMany();
         auto [content, place, groupsIn] = readStory(story, group.fallback);
         if (group.anchor) {
           content.anchors.push_back({holder, *group.anchor});
@@ -66,7 +69,7 @@ class DocumentReader {
           content.anchors = read_.stories[holder].anchors;
         }
         read_.stories.push_back(std::move(content));
-        read_.places.push_back(std::move(place));
+        read_.old.places.push_back(std::move(place));
         inner.push_back(std::move(groupsIn));
       }
       pairWithOlder(found, first, group.fallback);
@@ -82,8 +85,8 @@ class DocumentReader {
   ReadStory readStory(const StoryGroup& story, std::uint16_t fallback) {
     const StoryBeginning beginning{story.inside, fallback};
     const std::size_t uncolouredTo = story.inside < uncolouredTo_ ? uncolouredTo_ : 0;
-    TextReader reader(file_, {story.bytes.end - story.inside, true, uncolouredTo});
-    Walker walker(file_, beginning, read_.tables, reader);
+    TextReader reader(file_, {story.bytes.end - story.inside, uncolouredTo});
+    Walker walker(file_, beginning, read_.old.tables, reader);
     reader.follow(walker);
     walker.walk();
     ReadText text = reader.finish();
@@ -104,7 +107,7 @@ class DocumentReader {
       twins.push_back(std::move(twin.place));
     }
     for (std::size_t i = 0; i < found.stories.size(); ++i) {
-      StoryPlace& place = read_.places[first + i];
+      StoryPlace& place = read_.old.places[first + i];
       if (areSame) {
         place.twins.push_back(std::move(twins[i]));
       } else {
@@ -131,7 +134,7 @@ class DocumentReader {
 
   /// By place, and there by where they stand.
   void sort() {
-    const auto& places = read_.places;
+    const std::vector<StoryPlace>& places = read_.old.places;
     std::vector<std::size_t> order(places.size());
     std::iota(order.begin(), order.end(), 0U);
     std::ranges::sort(order, {}, [&](std::size_t i) {
@@ -139,21 +142,21 @@ class DocumentReader {
     });
     std::vector<std::size_t> numbers(order.size());
     for (std::size_t i = 0; i < order.size(); ++i) numbers[order[i]] = i;
-    ReadDocument sorted;
+    std::vector<Content> stories;
+    std::vector<StoryPlace> sorted;
     for (const std::size_t i : order) {
       for (document::StoryAnchor& anchor : read_.stories[i].anchors) anchor.story = numbers[anchor.story];
-      sorted.stories.push_back(std::move(read_.stories[i]));
-      sorted.places.push_back(std::move(read_.places[i]));
+      stories.push_back(std::move(read_.stories[i]));
+      sorted.push_back(std::move(read_.old.places[i]));
     }
-    read_.stories = std::move(sorted.stories);
-    read_.places = std::move(sorted.places);
+    read_.stories = std::move(stories);
+    read_.old.places = std::move(sorted);
   }
 
   std::string_view file_;
   bool allStories_;
   std::size_t uncolouredTo_ = 0;
   ReadDocument read_;
-  std::vector<GroupInText> groups_;
 };
 
 }  // namespace

@@ -21,10 +21,17 @@ struct StoryPlace {
   std::vector<Extent> forOlder;
 };
 
+/// What is to be known of a document's bytes after they were read.
+struct OldDocument {
+  Tables tables;
+  std::vector<StoryPlace> places;   ///< of each story
+  std::vector<GroupInText> groups;  ///< of main text
+  bool hasMoreGroups = false;
+};
+
 struct ReadDocument {
   std::vector<document::Content> stories;
-  std::vector<StoryPlace> places;  ///< of each of them
-  Tables tables;
+  OldDocument old;
   std::optional<formats::Protection> protection;
 };
 

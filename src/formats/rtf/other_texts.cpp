@@ -4,8 +4,8 @@
 #include "document/place.h"
 #include "document_reader.h"
 
-#include <optional>
 #include <string>
+#include <utility>
 
 namespace pluvo::rtf {
 
@@ -16,12 +16,12 @@ using formats::Unreached;
 
 namespace {
 
-Content contentOf(std::string_view file, Tables& tables, const SkippedGroup& group) {
+ReadText textOf(std::string_view file, Tables& tables, const SkippedGroup& group, std::uint16_t fallback) {
   TextReader reader(file, {group.bytes.end - group.inside});
-  Walker walker(file, {group.inside, 1}, tables, reader);
+  Walker walker(file, {group.inside, fallback}, tables, reader);
   reader.follow(walker);
   walker.walk();
-  return reader.finish().content;
+  return reader.finish();
 }
 
 std::u16string unitsOf(const Content& content) {
@@ -37,21 +37,27 @@ OtherStory otherStoryOf(word::WdStoryType kind) {
   return static_cast<OtherStory>(static_cast<int>(document::placeOf(kind)) - 1);
 }
 
-/// Tells the groups that a walk over main text, or another story, skips.
-class Teller final : public Events {
+/// Tells what lies in groups that main text, or another story, skips.
+class Teller {
  public:
-  /// Kept is null in other stories, of which all is told.
-  Teller(std::string_view file, Tables& tables, const document::Kept* kept, formats::OtherTexts& texts,
-         int depth)
-      : file_(file), tables_(tables), kept_(kept), texts_(texts), depth_(depth) {}
+  Teller(std::string_view file, Tables& tables, formats::OtherTexts& texts)
+      : file_(file), tables_(tables), texts_(texts) {}
 
-  void text(Extent bytes) override { position_ += static_cast<text::Position>(bytes.end - bytes.begin); }
-  void character(const Character& character) override { position_ += character.units(); }
-  void group(const SkippedGroup& group) override {
-    if (holdsStories(group.word)) return stories(group);
+  /// What of main text is kept is null where all is, and in other stories.
+  void tell(const std::vector<GroupInText>& groups, bool hasMore, const document::Kept* kept, int depth) {
+    for (const GroupInText& group : groups) {
+      if (group.anchor && kept != nullptr && !kept->holds(*group.anchor)) continue;
+      tell(group, depth);
+    }
+    if (hasMore) texts_.damaged("texts beside others", "There are more than 65,535.");
+  }
+
+ private:
+  void tell(const GroupInText& told, int depth) {
+    const SkippedGroup& group = told.group;
     switch (group.word) {
       case Word::mmath:
-        return goes() ? void() : formula(group);
+        return formula(group);
       case Word::info:
         return properties(group);
       case Word::docvar:
@@ -62,24 +68,18 @@ class Teller final : public Events {
       case Word::shppict:
         return texts_.notLookedInto(Opaque::pictures);
       default:
-        return;
+        return stories(told, depth);
     }
   }
 
- private:
-  /// Whether the character that was told last went from main text.
-  bool goes() const { return kept_ != nullptr && position_ > 0 && !kept_->holds(position_ - 1); }
-
-  void stories(const SkippedGroup& group) {
-    if (isOneCharacter(group.word) && goes()) return;
-    if (group.word == Word::shp) pictures(group);
-    for (const StoryGroup& found : storyGroupsIn(file_, group).stories) {
-      if (depth_ == kDeepestStory)
+  void stories(const GroupInText& told, int depth) {
+    if (told.group.word == Word::shp) pictures(told.group);
+    for (const StoryGroup& found : storyGroupsIn(file_, told.group).stories) {
+      if (depth == kDeepestStory)
         return texts_.damaged("a text within others", "It is nested more than 8 deep.");
-      const SkippedGroup story{group.word, found.inside, found.bytes};
-      texts_.story(otherStoryOf(found.kind), contentOf(file_, tables_, story));
-      Teller inner(file_, tables_, nullptr, texts_, depth_ + 1);
-      Walker(file_, {found.inside, 1}, tables_, inner).walk();
+      ReadText story = textOf(file_, tables_, {told.group.word, found.inside, found.bytes}, told.fallback);
+      texts_.story(otherStoryOf(found.kind), std::move(story.content));
+      tell(story.groups, story.hasMoreGroups, nullptr, depth + 1);
     }
   }
 
@@ -104,7 +104,7 @@ class Teller final : public Events {
       if (token.kind != Token::Kind::word || token.word != Word::mr) continue;
       const std::size_t inside = tokens.at();
       if (!tokens.skipGroup()) break;
-      all += unitsOf(contentOf(file_, tables_, {token.word, inside, {inside, tokens.at()}}));
+      all += unitsOf(textOf(file_, tables_, {token.word, inside, {inside, tokens.at()}}, 1).content);
     }
     texts_.unreached(Unreached::formulas, all);
   }
@@ -129,7 +129,7 @@ class Teller final : public Events {
   void properties(const SkippedGroup& group) {
     forEachGroup(group, [&](const SkippedGroup& property) {
       if (property.word == Word::password) return;
-      const std::u16string units = unitsOf(contentOf(file_, tables_, property));
+      const std::u16string units = unitsOf(textOf(file_, tables_, property, 1).content);
       if (!units.empty()) texts_.unreached(Unreached::properties, units);
     });
   }
@@ -137,26 +137,23 @@ class Teller final : public Events {
   void variable(const SkippedGroup& group) {
     bool isName = true;
     forEachGroup(group, [&](const SkippedGroup& part) {
-      if (!isName) texts_.unreached(Unreached::variables, unitsOf(contentOf(file_, tables_, part)));
+      if (!isName) texts_.unreached(Unreached::variables, unitsOf(textOf(file_, tables_, part, 1).content));
       isName = false;
     });
   }
 
   std::string_view file_;
   Tables& tables_;
-  const document::Kept* kept_;
   formats::OtherTexts& texts_;
-  int depth_;
-  text::Position position_ = 0;
 };
 
 }  // namespace
 
-void tellOtherTexts(std::string_view file, Tables tables, const document::Story& mainText,
+void tellOtherTexts(std::string_view file, const OldDocument& old, const document::Story& mainText,
                     formats::OtherTexts& texts) {
   const document::Kept kept(mainText);
-  Teller teller(file, tables, mainText.changed() ? &kept : nullptr, texts, 0);
-  Walker(file, teller).walk();
+  Tables tables = old.tables;
+  Teller(file, tables, texts).tell(old.groups, old.hasMoreGroups, mainText.changed() ? &kept : nullptr, 0);
 }
 
 }  // namespace pluvo::rtf

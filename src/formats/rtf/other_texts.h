@@ -1,8 +1,8 @@
 #pragma once
 
 #include "document/story.h"
+#include "document_reader.h"
 #include "formats/other_texts.h"
-#include "walker.h"
 
 #include <string_view>
 
@@ -10,7 +10,7 @@ namespace pluvo::rtf {
 
 /// Tells headers, notes, comments and boxes, and what no request reaches: formulas, properties, variables.
 /// What went from main text takes its notes, comments and boxes along.
-void tellOtherTexts(std::string_view file, Tables tables, const document::Story& mainText,
+void tellOtherTexts(std::string_view file, const OldDocument& old, const document::Story& mainText,
                     formats::OtherTexts& texts);
 
 }  // namespace pluvo::rtf

@@ -3,6 +3,7 @@
 #include "damage.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace pluvo::rtf {
 
@@ -275,9 +276,18 @@ void TextReader::group(const SkippedGroup& group) {
     pieces_.push_back({Kind::ordinary, Look{}, 0, units_.size(), 0, map_.bookmarks.size()});
     map_.bookmarks.push_back({group.word == Word::bkmkend, 0, {group.inside, group.bytes.end}});
   }
-  if (!what_.groups || !holdsStories(group.word)) return;
+  if (!isTold(group.word)) return;
+  if (groups_.size() == kMostGroups) {
+    hasMoreGroups_ = true;
+    return;
+  }
   if (isOneCharacter(group.word)) waiting_.push_back({units_.size() - 1, std::nullopt, groups_.size()});
   groups_.push_back({group, walker_->state().fallback});
+}
+
+bool TextReader::isTold(Word group) {
+  if (isOpaque(group)) return !std::exchange(group == Word::object ? hasObject_ : hasPicture_, true);
+  return holdsStories(group) || group == Word::mmath || group == Word::info || group == Word::docvar;
 }
 
 }  // namespace pluvo::rtf

@@ -41,7 +41,8 @@ struct TextMap {
   bool endsWithoutBytes = false;
 };
 
-/// A group that a text skips, which may hold other stories.
+/// A group that a text skips, which may hold text that is to be told: other stories, a formula, properties.
+/// Of pictures and objects the first is one.
 struct GroupInText {
   SkippedGroup group;
   std::uint16_t fallback = 1;  ///< in force there
@@ -52,13 +53,14 @@ struct GroupInText {
 struct ReadText {
   document::Content content;
   TextMap map;
-  std::vector<GroupInText> groups;  ///< where they were asked for
+  std::vector<GroupInText> groups;  ///< as many as kMostGroups …
+  bool hasMoreGroups = false;       ///< … of more
 };
+inline constexpr std::size_t kMostGroups = 65'535;
 
 /// What a text is read for.
 struct ReadFor {
   std::size_t size = 0;          ///< of its bytes, about
-  bool groups = false;           ///< what may hold other stories is wanted, too
   std::size_t uncolouredTo = 0;  ///< text in front of that place takes no other highlight
 };
 
@@ -78,7 +80,7 @@ class TextReader final : public Events {
   std::optional<formats::Protection> protection() const { return protection_.finish(); }
   /// Where the first character stands.
   std::size_t firstAt() const { return firstAt_; }
-  ReadText finish() { return {builder_.finish(), std::move(map_), std::move(groups_)}; }
+  ReadText finish() { return {builder_.finish(), std::move(map_), std::move(groups_), hasMoreGroups_}; }
 
  private:
   /// Characters that look the same, or one that is a mark.
@@ -93,6 +95,7 @@ class TextReader final : public Events {
   };
 
   document::Look lookAt(std::size_t begin);
+  bool isTold(Word group);
   void add(std::u16string_view units, const document::Look& look);
   void addPiece(const Character& character);
   void settle();
@@ -134,6 +137,9 @@ class TextReader final : public Events {
   std::vector<Waiting> waiting_;
   std::size_t nextWaiting_ = 0;
   std::vector<GroupInText> groups_;
+  bool hasMoreGroups_ = false;
+  bool hasPicture_ = false;
+  bool hasObject_ = false;
   std::vector<Level> levels_;
   bool endsInMark_ = false;
   std::size_t length_ = 0;  ///< of the whole text

@@ -30,8 +30,7 @@ formats::Opened RtfFormat::read(base::Bytes bytes, const formats::Hint& hint) co
   ReadDocument document = readDocument(viewOf(bytes.view), hint.allStories);
   formats::Opened opened;
   opened.stories = std::move(document.stories);
-  opened.source =
-      std::make_unique<RtfSource>(std::move(bytes), std::move(document.tables), std::move(document.places));
+  opened.source = std::make_unique<RtfSource>(std::move(bytes), std::move(document.old));
   opened.protection = document.protection;
   opened.again.allStories = hint.allStories;
   return opened;

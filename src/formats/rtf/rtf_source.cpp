@@ -27,15 +27,15 @@ std::optional<std::string> RtfSource::refusesText(std::u16string_view newText) c
 }
 
 void RtfSource::write(const document::Document& document, base::Output& out) const {
-  writeDocument(text(), tables_, places_, document, out);
+  writeDocument(text(), old_.tables, old_.places, document, out);
 }
 
 void RtfSource::tellOtherTexts(const document::Story& mainText, formats::OtherTexts& texts) const {
-  rtf::tellOtherTexts(text(), tables_, mainText, texts);
+  rtf::tellOtherTexts(text(), old_, mainText, texts);
 }
 
 text::RunMap<formats::Appearance> RtfSource::appearance() const {
-  return readAppearance(text(), places_.front().map);
+  return readAppearance(text(), old_.places.front().map);
 }
 
 }  // namespace pluvo::rtf

@@ -10,8 +10,7 @@ namespace pluvo::rtf {
 /// What stays of an RTF document: its bytes.
 class RtfSource final : public formats::Source {
  public:
-  RtfSource(base::Bytes bytes, Tables tables, std::vector<StoryPlace> places)
-      : bytes_(std::move(bytes)), tables_(std::move(tables)), places_(std::move(places)) {}
+  RtfSource(base::Bytes bytes, OldDocument old) : bytes_(std::move(bytes)), old_(std::move(old)) {}
 
   std::optional<std::string> refusesText(std::u16string_view newText) const override;
   bool holdsHighlight() const override { return true; }
@@ -26,8 +25,7 @@ class RtfSource final : public formats::Source {
   }
 
   base::Bytes bytes_;
-  Tables tables_;
-  std::vector<StoryPlace> places_;
+  OldDocument old_;
 };
 
 }  // namespace pluvo::rtf

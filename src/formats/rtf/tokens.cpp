@@ -78,7 +78,7 @@ bool beginsGroup(std::string_view bytes) {
   if (!bytes.starts_with('\\')) return false;
   std::size_t end = 1;
   while (end < bytes.size() && isLetter(bytes[end])) ++end;
-  const Word word = wordNamed(bytes.substr(1, end - 1)).word;
+  const Word word = meaningOf(bytes.substr(1, end - 1)).word;
   return bytes.starts_with("\\*") || isBetween(word, Word::field, Word::lastGroup);
 }
 
@@ -122,7 +122,11 @@ Token Tokens::next() {
       break;
     case kBackslash:
       ++at_;
-      control(token);
+      if (at_ < bytes_.size() && isLetter(bytes_[at_])) {
+        word(token);
+      } else {
+        symbol(token);
+      }
       break;
     case kTabulator:
       token.kind = Token::Kind::word;
@@ -144,8 +148,49 @@ Token Tokens::next() {
   return token;
 }
 
-/// What follows a backslash.
-void Tokens::control(Token& token) {
+/// The letters after a backslash, a number and a blank; of \bin the data. A hyphen counts only before a
+/// digit. A number that is too large is the largest.
+void Tokens::word(Token& token) {
+  const char* const end = bytes_.data() + bytes_.size();
+  const char* const letters = bytes_.data() + at_;
+  std::uint64_t head = eightAt(bytes_, at_);
+  const std::size_t first = lettersIn(head);
+  const char* at = letters + first;
+  if (first < kAtOnce) {
+    head &= ~(~std::uint64_t{0} << 8U * first);
+  } else {
+    while (at < end && isLetter(*at)) ++at;
+  }
+  const Meaning meaning = meaningOf({letters, static_cast<std::size_t>(at - letters)}, head);
+  token.kind = Token::Kind::word;
+  token.word = meaning.word;
+  token.unit = meaning.unit;
+  const bool isNegative = at + 1 < end && *at == '-' && isDigit(at[1]);
+  if (isNegative) ++at;
+  if (at < end && isDigit(*at)) {
+    constexpr std::uint64_t kMost = std::numeric_limits<std::int32_t>::max();
+    std::uint64_t number = 0;
+    for (; at < end && isDigit(*at); ++at) {
+      number = number * 10 + static_cast<std::uint64_t>(*at - '0');
+      if (number > kMost) number = kMost;
+    }
+    token.hasNumber = true;
+    token.number = static_cast<std::int32_t>(number);
+    if (isNegative) token.number = -token.number;
+  }
+  token.isOpenEnded = at == end || *at != ' ';
+  if (!token.isOpenEnded) ++at;
+  at_ = static_cast<std::size_t>(at - bytes_.data());
+  if (token.word == Word::bin && token.number > 0) {
+    const auto data = static_cast<std::size_t>(token.number);
+    if (data > bytes_.size() - at_) throw damaged("ends inside binary data");
+    at_ += data;
+    token.isOpenEnded = false;
+  }
+}
+
+/// What else may follow a backslash.
+void Tokens::symbol(Token& token) {
   const std::string_view rest = bytes_.substr(at_, 3);
   if (rest.empty() || rest == "'" || (rest.size() == 2 && rest[0] == '\'' && hexDigit(rest[1]) >= 0)) {
     token.kind = Token::Kind::end;
@@ -153,8 +198,6 @@ void Tokens::control(Token& token) {
     return;
   }
   token.kind = Token::Kind::symbol;
-  const std::uint64_t eight = eightAt(bytes_, at_);
-  if (const std::size_t letters = lettersIn(eight); letters > 0) return word(token, eight, letters);
   const char first = bytes_[at_];
   ++at_;
   if (first == '\'') {
@@ -175,48 +218,6 @@ void Tokens::control(Token& token) {
   } else {
     token.unit = static_cast<std::uint8_t>(first);
   }
-}
-
-void Tokens::word(Token& token, std::uint64_t eight, std::size_t letters) {
-  const std::size_t begin = at_;
-  at_ += letters;
-  std::uint64_t head = eight;
-  if (letters < kAtOnce) {
-    head &= ~(~std::uint64_t{0} << 8U * letters);
-  } else {
-    while (at_ < bytes_.size() && isLetter(bytes_[at_])) ++at_;
-  }
-  const KnownWord& known = wordNamed(bytes_.substr(begin, at_ - begin), head);
-  token.kind = Token::Kind::word;
-  token.word = known.word;
-  token.unit = known.unit;
-  takeNumber(token);
-  token.isOpenEnded = at_ == bytes_.size() || bytes_[at_] != ' ';
-  if (!token.isOpenEnded) ++at_;
-  if (token.word != Word::bin || token.number <= 0) return;
-  const auto data = static_cast<std::size_t>(token.number);
-  if (data > bytes_.size() - at_) throw damaged("ends inside binary data");
-  at_ += data;
-  token.isOpenEnded = false;
-}
-
-/// A hyphen counts only before a digit. What is too large is the largest number.
-void Tokens::takeNumber(Token& token) {
-  std::size_t at = at_;
-  const bool isNegative = at < bytes_.size() && bytes_[at] == '-';
-  if (isNegative) ++at;
-  const std::size_t first = at;
-  std::uint64_t number = 0;
-  for (; at < bytes_.size() && isDigit(bytes_[at]); ++at) {
-    constexpr std::uint64_t kEnough = std::uint64_t{1} << 40U;
-    if (number < kEnough) number = number * 10 + static_cast<std::uint64_t>(bytes_[at] - '0');
-  }
-  token.hasNumber = at > first;
-  if (!token.hasNumber) return;
-  constexpr std::uint64_t kMost = std::numeric_limits<std::int32_t>::max();
-  const auto least = static_cast<std::int32_t>(std::min(number, kMost));
-  token.number = isNegative ? -least : least;
-  at_ = at;
 }
 
 bool Tokens::skipGroup() {

@@ -60,9 +60,8 @@ class Tokens {
   std::optional<Extent> restOfGroup();
 
  private:
-  void control(Token& token);
-  void word(Token& token, std::uint64_t eight, std::size_t letters);
-  void takeNumber(Token& token);
+  void word(Token& token);
+  void symbol(Token& token);
 
   std::string_view bytes_;
   std::size_t at_;

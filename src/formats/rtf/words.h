@@ -124,8 +124,7 @@ enum class Word : std::uint8_t {
   bin,
 };
 
-struct KnownWord {
-  std::string_view text;
+struct Meaning {
   Word word = Word::unknown;
   char16_t unit = 0;  ///< of a character
 };
@@ -139,14 +138,16 @@ constexpr std::uint64_t headOf(std::string_view text) {
   return head;
 }
 
-/// The entry of a word, whose case counts; one for unknown words where it is not known.
-const KnownWord& wordNamed(std::string_view text, std::uint64_t head);
-inline const KnownWord& wordNamed(std::string_view text) { return wordNamed(text, headOf(text)); }
+/// What a word means, whose case counts, by its letters and its head.
+Meaning meaningOf(std::string_view word, std::uint64_t head);
+inline Meaning meaningOf(std::string_view word) { return meaningOf(word, headOf(word)); }
 
 constexpr bool isBetween(Word word, Word first, Word last) { return word >= first && word <= last; }
 /// Whether a group that begins with the word is no text that goes on in the one around it.
 constexpr bool isSkipped(Word word) { return isBetween(word, Word::skipped, Word::lastGroup); }
 constexpr bool isOneCharacter(Word word) { return isBetween(word, Word::pict, Word::annotation); }
+/// Whether a group that begins with the word is a picture or an object, whose text nobody looks for.
+constexpr bool isOpaque(Word word) { return isBetween(word, Word::pict, Word::object); }
 /// Whether a group that begins with the word may hold text of another story.
 constexpr bool holdsStories(Word word) {
   return isBetween(word, Word::shp, Word::annotation) || isBetween(word, Word::header, Word::footerFirst);
