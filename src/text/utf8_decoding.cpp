@@ -34,13 +34,15 @@ struct Block {
   const std::uint8_t* bytes;
   Mask odd;  ///< controls and first bytes of characters of two units
   Mask starts;
+  bool isAscii;
 
   explicit Block(const std::uint8_t* at) : bytes(at) {
     const Bytes64 block(at);
     const Mask high = block.high();
     odd = block.below(0x20) & ~high;
     starts = ~Mask{0};
-    if (high == 0) return;
+    isAscii = high == 0;
+    if (isAscii) return;
     odd |= high & ~block.highBelow(0xF0);
     starts = ~block.highBelow(0xC0);
   }
@@ -49,7 +51,7 @@ struct Block {
 
   /// Writes the units before the first odd one, and tells how many.
   std::size_t decode(char16_t* units) const {
-    if (starts == ~Mask{0}) {
+    if (isAscii) {
       for (std::size_t i = 0; i < kBlock; ++i) units[i] = bytes[i];
       return even();
     }

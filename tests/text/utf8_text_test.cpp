@@ -3,6 +3,7 @@
 #include "base/utf.h"
 #include "scan.h"
 #include "support/dice.h"
+#include "text/utf8_decoding.h"
 #include "utf8_scan.h"
 
 #include <gtest/gtest.h>
@@ -134,6 +135,19 @@ TEST(CleanUtf8, EndsWhereACharacterBeginsBeforeAllThatIsWrong) {
       ASSERT_LE(clean, good) << "round " << round;
       ASSERT_LT(good - clean, 70U);
       ASSERT_TRUE(clean == bytes.size() || !base::isUtf8Follower(data[clean]) || clean == good);
+    }
+  }
+}
+
+TEST(Utf8Decoding, ReadsCharactersThatBeginInOneBlockAndEndInTheNext) {
+  for (const std::string& character : {std::string("é"), std::string("’"), std::string("中")}) {
+    for (std::size_t front = 0; front < 140; ++front) {
+      const std::string bytes = std::string(front, 'a') + character + std::string(140, 'b');
+      std::u16string units(bytes.size(), u'\0');
+      const Utf8Decoded decoded =
+          decodeUtf8({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()}, units.data());
+      units.resize(decoded.units);
+      ASSERT_EQ(units, base::utf16(bytes)) << character << " behind " << front;
     }
   }
 }
