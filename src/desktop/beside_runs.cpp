@@ -8,17 +8,21 @@
 
 namespace pluvo::desktop {
 
-BesideRuns::BesideRuns(Place place) : place_(std::move(place)), notReached_(place_.working) {
+BesideRuns::BesideRuns(Place place) : place_(std::move(place)), notReached_(place_.work) {
+  place_.watch.begun = [this] { passBegins(); };
+  place_.watch.comesOn = [this] { place_.documents.progress(); };
   place_.watch.goesOnAfterRefusal = [this] { return goesOnAfterRefusal(); };
   place_.watch.takeBack = [this] {
     OpenDocument* document = place_.documents.find(*place_.application->active());
-    if (document != nullptr && document->passChanged()) document->undo();
+    if (document == nullptr) return;
+    document->refresh();
+    if (document->passChanged()) document->undo();
   };
 }
 
 FolderRun::Place BesideRuns::placeOfRuns() {
   return {.application = place_.application,
-          .working = place_.working,
+          .work = place_.work,
           .watch = place_.watch,
           .freeName = [this](const std::string& path) { return place_.files.freeName(path); },
           .goesOnWithoutOriginals = [this](const std::string& why) { return goesOnWithoutOriginals(why); },
@@ -85,17 +89,19 @@ void BesideRuns::passBegins() {
   if (!place_.watch.runsOverFiles()) notReached_.passBegins(document, place_.watch.request());
 }
 
-std::u16string BesideRuns::notReached() {
+void BesideRuns::notReached(const std::function<void(const std::u16string& sentence)>& told) {
   const auto last = notReached_.awaited();
   const OpenDocument* const open = last != nullptr ? place_.documents.find(*last) : nullptr;
-  if (open != nullptr) notReached_.look(*open);
-  return notReached_.takeWords();
+  const auto tell = [this, told] { told(notReached_.takeWords()); };
+  if (open == nullptr) return tell();
+  notReached_.look(*open, tell);
 }
 
-bool BesideRuns::filesChosen(std::vector<std::u16string>& files) {
+void BesideRuns::filesChosen(std::vector<std::u16string>& files, const DocumentFiles::Then& then) {
   std::vector<OpenDocument*> unsaved;
   std::vector<bool> isUnsaved(files.size(), false);
   for (const auto& document : place_.documents.all()) {
+    document->refresh();
     if (!document->changed()) continue;
     for (std::size_t i = 0; i < files.size(); ++i) {
       if (!document->file().isAt(base::nameBytes(files[i]))) continue;
@@ -103,24 +109,34 @@ bool BesideRuns::filesChosen(std::vector<std::u16string>& files) {
       if (unsaved.empty() || unsaved.back() != document.get()) unsaved.push_back(document.get());
     }
   }
-  if (unsaved.empty()) return true;
+  if (unsaved.empty()) return then(true);
+  std::vector<std::shared_ptr<memory::MemoryDocument>> documents;
   switch (askAboutUnsaved(unsaved)) {
     case AboutUnsaved::save:
-      // One that was saved elsewhere is not what the file holds.
-      return std::all_of(unsaved.begin(), unsaved.end(), [this](OpenDocument* document) {
-        const std::string path = document->document()->path();
-        return place_.files.save(*document) && document->document()->path() == path;
-      });
+      for (const OpenDocument* document : unsaved) documents.push_back(document->document());
+      return saveAll(std::move(documents), then);
     case AboutUnsaved::leaveOut: {
       std::size_t at = 0;
       std::erase_if(files, [&](const std::u16string&) { return isUnsaved[at++]; });
-      return true;
+      return then(true);
     }
     case AboutUnsaved::stop:
-      break;
+      place_.note(QObject::tr("The run was not begun."));
+      then(false);
   }
-  place_.note(QObject::tr("The run was not begun."));
-  return false;
+}
+
+/// Whether all were saved where they were; one that was saved elsewhere is not what the file holds.
+void BesideRuns::saveAll(std::vector<std::shared_ptr<memory::MemoryDocument>> unsaved,
+                         const DocumentFiles::Then& then) {
+  if (unsaved.empty()) return then(true);
+  const auto document = unsaved.back();
+  unsaved.pop_back();
+  place_.files.save(*place_.documents.find(*document),
+                    [this, document, path = document->path(), rest = std::move(unsaved), then](bool saved) {
+                      if (!saved || document->path() != path) return then(false);
+                      saveAll(rest, then);
+                    });
 }
 
 BesideRuns::AboutUnsaved BesideRuns::askAboutUnsaved(const std::vector<OpenDocument*>& unsaved) {

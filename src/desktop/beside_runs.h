@@ -20,7 +20,7 @@ class BesideRuns {
   /// What it needs of the window, which outlives it.
   struct Place {
     QWidget& window;
-    Working& working;
+    Work& work;
     PassWatch& watch;
     Documents& documents;
     DocumentFiles& files;
@@ -35,11 +35,11 @@ class BesideRuns {
 
   FolderRun::Place placeOfRuns();
   /// What is half done in a document is neither saved by a run nor lost: the user decides before it begins.
-  /// Whether it begins.
-  bool filesChosen(std::vector<std::u16string>& files);
+  /// Then is told whether it begins.
+  void filesChosen(std::vector<std::u16string>& files, const DocumentFiles::Then& then);
   void passBegins();
-  /// What the run that has just ended did not reach, over one document or over files.
-  std::u16string notReached();
+  /// Tells what the run that has just ended did not reach, over one document or over files.
+  void notReached(const std::function<void(const std::u16string& sentence)>& told);
   /// The file has another version.
   void fileChanged(const std::string& path);
   /// Whether a run changed some on disk.
@@ -48,6 +48,7 @@ class BesideRuns {
  private:
   enum class AboutUnsaved { save, leaveOut, stop };
   AboutUnsaved askAboutUnsaved(const std::vector<OpenDocument*>& unsaved);
+  void saveAll(std::vector<std::shared_ptr<memory::MemoryDocument>> unsaved, const DocumentFiles::Then& then);
   bool goesOnAfterRefusal();
   bool goesOnWithoutOriginals(const std::string& why);
   void saved(const std::string& path);

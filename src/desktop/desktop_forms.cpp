@@ -3,8 +3,7 @@
 #include "dialog/frmFAR.h"
 #include "dialog/frmProcessing.h"
 
-#include <QCoreApplication>
-#include <QEvent>
+#include <QTimer>
 #include <utility>
 
 namespace pluvo::desktop {
@@ -25,11 +24,8 @@ void DesktopForms::runModal(forms::Form& form) {
 
 void DesktopForms::visibleChanged(forms::Form& form) {
   if (form.Name() != kConfirmation || ended_) return shown_.visibleChanged(form);
-  if (!form.Visible()) {
-    // The next block may be found before anybody sees the window go.
-    QCoreApplication::postEvent(this, new QEvent(QEvent::User));
-    return;
-  }
+  // The next block is being looked for before anybody sees the window go.
+  if (!form.Visible()) return static_cast<void>(QTimer::singleShot(0, this, &DesktopForms::settle));
   const bool first = confirmation_ == nullptr;
   confirmation_ = &form;
   blockAwaits();
@@ -37,8 +33,8 @@ void DesktopForms::visibleChanged(forms::Form& form) {
   if (first) confirmingChanged();
 }
 
-void DesktopForms::customEvent(QEvent*) {
-  if (confirmation_ == nullptr || confirmation_->Visible()) return;
+void DesktopForms::settle() {
+  if (confirmation_ == nullptr || confirmation_->Visible() || isWorking()) return;
   shown_.visibleChanged(*std::exchange(confirmation_, nullptr));
   confirmingChanged();
 }

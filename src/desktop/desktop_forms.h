@@ -19,14 +19,15 @@ class DesktopForms final : public QObject, public forms::FormHost {
 
   bool confirming() const { return confirmation_ != nullptr; }
   void endConfirmation();
+  /// Work has ended: where it has put no other block before the user, the confirmation goes.
+  void settle();
   /// Hides the dialog, so that whoever runs it returns.
   void end();
 
+  /// Whether another block may come of what is under way.
+  std::function<bool()> isWorking = [] { return false; };
   std::function<void()> blockAwaits = [] {};
   std::function<void()> confirmingChanged = [] {};
-
- protected:
-  void customEvent(QEvent* event) override;
 
  private:
   forms_qt::QtForms& shown_;

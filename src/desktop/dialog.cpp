@@ -1,8 +1,9 @@
 #include "dialog.h"
 
-#include "breathing_folders.h"
+#include "cancelled_folders.h"
 #include "dialog/frmProcessing.h"
 #include "errors/context.h"
+#include "forms/unreported.h"
 #include "multifile/file_driver.h"
 
 #include <QFileDialog>
@@ -21,13 +22,14 @@ constexpr std::u16string_view kConfirmation = dialog::frmProcessing::kName;
 
 }  // namespace
 
-Dialog::Dialog(const std::shared_ptr<memory::MemoryApplication>& application, Working& working,
-               PassWatch& watch, const Places& places, DialogPlace place)
-    : working_(working),
+Dialog::Dialog(const std::shared_ptr<memory::MemoryApplication>& application, Work& work, PassWatch& watch,
+               const Places& places, DialogPlace place)
+    : work_(work),
       place_(std::move(place)),
-      boxes_({.owner = [this] { return &place_.window; }, .placing = {}}),
+      qtBoxes_({.owner = [this] { return &place_.window; }, .placing = {}}),
+      boxes_(work, qtBoxes_),
       inputs_({.owner = [this] { return &place_.window; }, .placing = {}}),
-      qtForms_(boxes_),
+      qtForms_(qtBoxes_),
       forms_(qtForms_),
       opener_(dialog::Surroundings{
           .application = [application] { return application; },
@@ -39,7 +41,7 @@ Dialog::Dialog(const std::shared_ptr<memory::MemoryApplication>& application, Wo
           .launcher = launcher_,
           .random = *random_,
           .componentFolder = places.component,
-          .folders = [&working] { return std::make_unique<BreathingFolders>(working); },
+          .folders = [&work] { return std::make_unique<CancelledFolders>(work); },
           .chooseFolder = place_.chooseFolder,
           .engineMade =
               [this, &watch](dialog::clsProcessFind& engine) {
@@ -56,6 +58,8 @@ Dialog::Dialog(const std::shared_ptr<memory::MemoryApplication>& application, Wo
               },
           .filesChosen = place_.filesChosen,
           .notReached = place_.notReached,
+          .shown = [this]() -> word::Application& { return place_.shown(); },
+          .labour = &work,
           .showDocument = place_.showDocument,
       }) {
   application->defaultFilePath(word::wdDocumentsPath, places.documents);
@@ -69,9 +73,11 @@ Dialog::Dialog(const std::shared_ptr<memory::MemoryApplication>& application, Wo
   qtForms_.placing = [this](const forms::Form& form, QWidget& window) { placeWindow(form, window); };
   // The dialog stands beside the document and is in nobody's way.
   qtForms_.windowStateChanged = [](const forms::Form&) {};
+  forms_.isWorking = [this] { return work_.underWay(); };
   forms_.blockAwaits = [this] { place_.blockAwaits(); };
   forms_.confirmingChanged = [this] { place_.confirmingChanged(); };
-  working_.cancelled = [this] {
+  work_.guarded = [this](const auto& doing) { forms::userDid(qtBoxes_, doing); };
+  work_.cancelled = [this] {
     if (engine_ != nullptr) engine_->CancelOperation(true);
     if (run_) run_->cancel();
   };
@@ -79,7 +85,8 @@ Dialog::Dialog(const std::shared_ptr<memory::MemoryApplication>& application, Wo
 
 Dialog::~Dialog() {
   close();
-  working_.cancelled = [] {};
+  work_.cancelled = [] {};
+  work_.guarded = [](const auto& doing) { doing(); };
 }
 
 void Dialog::open() {
@@ -96,15 +103,21 @@ void Dialog::close() { forms_.end(); }
 
 void Dialog::listFiles(const std::vector<std::u16string>& files) { opener_.listFiles(files); }
 
+/// While something is under way the dialog can be typed into, and presses nothing.
 bool Dialog::admits(const forms::Form& form, const forms::Control* control) {
   const bool closes = control == nullptr;
-  if (working_.breathing() || yielding_.yields()) {
-    if (closes && form.Name() == kConfirmation) working_.cancel();
-    return false;
+  if (form.Name() == kConfirmation) {
+    if (closes) work_.cancel();
+    return !work_.underWay();
   }
   if (form.Name() != kDialog) return true;
   if (closes) place_.left();
-  return !closes && !confirming();
+  return !closes && !work_.underWay() && !confirming();
+}
+
+void Dialog::workChanged() {
+  qtForms_.admissionChanged();
+  forms_.settle();
 }
 
 /// The confirmation stands near its block and not over it; other windows stand where they would.

@@ -9,7 +9,8 @@
 #include "memory/application.h"
 #include "pass_watch.h"
 #include "places.h"
-#include "working.h"
+#include "work.h"
+#include "work_boxes.h"
 
 #include <QRect>
 #include <QWidget>
@@ -26,13 +27,15 @@ struct DialogPlace {
   QWidget& container;
   /// What a run over files needs; the dialog adds the driver.
   FolderRun::Place run;
-  /// A run over these files is about to begin; takes out those that are not to be worked on. Whether it
-  /// begins.
-  std::function<bool(std::vector<std::u16string>& files)> filesChosen;
-  /// What the run that has just ended did not reach, in a sentence.
-  std::function<std::u16string()> notReached;
+  /// A run over these files is about to begin; takes out those that are not to be worked on. Then is
+  /// told whether it begins.
+  std::function<void(std::vector<std::u16string>& files, const std::function<void(bool)>& then)> filesChosen;
+  /// Tells what the run that has just ended did not reach, in a sentence.
+  std::function<void(const std::function<void(const std::u16string& sentence)>& told)> notReached;
   /// Shows a document of the program's own, by its path. Throws Fault.
   std::function<void(const std::u16string& path)> showDocument;
+  /// The document in front, as it is shown.
+  std::function<word::Application&()> shown;
   /// Has the user choose a folder, beginning at this one; empty where none was chosen.
   std::function<std::u16string(const std::u16string& folder)> chooseFolder;
   /// Before a block awaits the user's decision: it is to be seen.
@@ -48,7 +51,7 @@ struct DialogPlace {
 /// The product's dialog beside the documents, and all it works with.
 class Dialog {
  public:
-  Dialog(const std::shared_ptr<memory::MemoryApplication>& application, Working& working, PassWatch& watch,
+  Dialog(const std::shared_ptr<memory::MemoryApplication>& application, Work& work, PassWatch& watch,
          const Places& places, DialogPlace place);
   ~Dialog();
 
@@ -59,8 +62,10 @@ class Dialog {
   /// A document was opened or closed.
   void documentsChanged() { opener_.documentsChanged(); }
 
-  /// Whether it stands in the pause before a run.
-  bool pauses() const { return yielding_.yields(); }
+  /// What is under way has changed, and with it what the user may press.
+  void workChanged();
+  /// The keyboard goes to where a request begins.
+  void goToBeginning() { opener_.goToBeginning(); }
   /// Whether a block awaits the user's decision.
   bool confirming() const { return forms_.confirming(); }
   /// Whether a run over files has the document open.
@@ -76,13 +81,14 @@ class Dialog {
   bool admits(const forms::Form& form, const forms::Control* control);
   void placeWindow(const forms::Form& form, QWidget& window) const;
 
-  Working& working_;
+  Work& work_;
   DialogPlace place_;
-  forms_qt::QtMessageBoxes boxes_;
+  forms_qt::QtMessageBoxes qtBoxes_;
+  WorkBoxes boxes_;
   forms_qt::QtInputBoxes inputs_;
   forms_qt::QtForms qtForms_;
   DesktopForms forms_;
-  forms_qt::QtYielding yielding_;
+  WorkYielding yielding_;
   forms_qt::QtLauncher launcher_;
   std::unique_ptr<forms::Clock> clock_ = forms::machineClock();
   std::unique_ptr<dialog::RandomSource> random_ = dialog::machineRandomSource();

@@ -42,12 +42,22 @@ QString freePath(const QString& path) {
 
 std::string bytesOf(const QString& path) { return QFile::encodeName(path).toStdString(); }
 
+errors::Fault faultOf(const std::exception_ptr& thrown) {
+  try {
+    std::rethrow_exception(thrown);
+  } catch (...) {
+    return errors::faultInFlight();
+  }
+}
+
 }  // namespace
 
 DocumentFiles::DocumentFiles(Choosers choosers, Place place)
     : choosers_(std::move(choosers)), place_(std::move(place)) {
   place_.opener->encodingChooser([this](const std::string& path, const std::string& sentence) {
-    return opensForUser_ ? chooseEncoding(path, sentence) : std::nullopt;
+    std::optional<std::string> chosen;
+    if (opensForUser_) place_.work.show([&] { chosen = chooseEncoding(path, sentence); });
+    return chosen;
   });
 }
 
@@ -61,29 +71,44 @@ void DocumentFiles::chooseAndOpen() {
 
 void DocumentFiles::open(const std::vector<std::string>& paths) {
   if (paths.empty() || place_.refusedNow()) return;
-  for (const std::string& path : paths) {
-    if (openOne(absolute(path))) rememberRecent(absolute(path));
-  }
+  openOne(absolute(paths.front()),
+          [this, rest = std::vector(paths.begin() + 1, paths.end())] { open(rest); });
 }
 
-bool DocumentFiles::openOne(const std::string& path) {
-  errors::Fault fault;
-  opensForUser_ = true;
-  encodingDeclined_ = false;
-  const auto noLonger = qScopeGuard([this] { opensForUser_ = false; });
-  try {
-    const auto document = place_.application->open(path);
-    place_.documents.want(document);
+void DocumentFiles::openOne(const std::string& path, const std::function<void()>& then) {
+  const auto comesToFront = [this, path, then] {
+    rememberRecent(path);
     place_.documents.sync();
     if (current() != nullptr) current()->view()->setFocus();
-    return true;
-  } catch (...) {
-    fault = errors::faultInFlight();
+    then();
+  };
+  for (const auto& open : place_.documents.all()) {
+    if (!open->file().isAt(path)) continue;
+    place_.application->activate(open->document());
+    return comesToFront();
   }
-  if (encodingDeclined_) return false;
-  Question box(&place_.window, QObject::tr("The document could not be opened."), qt(fault.description));
-  box.exec();
-  return false;
+  opensForUser_ = true;
+  encodingDeclined_ = false;
+  const auto opened = std::make_shared<std::unique_ptr<OpenDocument>>();
+  place_.work.run(
+      [this, opened, path] {
+        *opened = std::make_unique<OpenDocument>(place_.opener->open(path));
+        (*opened)->prepare();
+      },
+      [this, opened, comesToFront, then](std::exception_ptr thrown) {
+        opensForUser_ = false;
+        place_.opener->readAs({});
+        if (!thrown) {
+          place_.documents.add(std::move(*opened));
+          return comesToFront();
+        }
+        if (!encodingDeclined_) {
+          Question(&place_.window, QObject::tr("The document could not be opened."),
+                   qt(faultOf(thrown).description))
+              .exec();
+        }
+        then();
+      });
 }
 
 std::optional<std::string> DocumentFiles::chooseEncoding(const std::string& path,
@@ -108,33 +133,40 @@ void DocumentFiles::reopenInEncoding() {
   }
   if (!trouble.isEmpty())
     Question(&place_.window, QObject::tr("The document could not be opened."), trouble).exec();
-  if (!chosen || !closeDocument(*current())) return;
-  place_.opener->readAs(*chosen);
-  openOne(path);
-  place_.opener->readAs({});
+  if (!chosen) return;
+  closeDocument(*current(), [this, path, encoding = *chosen](bool closed) {
+    if (!closed) return;
+    place_.opener->readAs(encoding);
+    openOne(path, [] {});
+  });
 }
 
 void DocumentFiles::saveCurrent() {
-  if (current() != nullptr && !place_.working.breathing()) save(*current());
+  if (current() != nullptr && !place_.work.underWay()) save(*current(), [](bool) {});
 }
 
 void DocumentFiles::saveCurrentAs() {
-  if (current() != nullptr && !place_.working.breathing()) saveAs(*current());
+  if (current() != nullptr && !place_.work.underWay()) saveAs(*current(), [](bool) {});
 }
 
 void DocumentFiles::closeCurrent() {
   if (current() != nullptr) close(*current());
 }
 
-bool DocumentFiles::save(OpenDocument& document) {
-  if (!document.changed()) return true;
-  if (const auto obstacle = document.file().obstacle()) return tellNotSaved(document, *obstacle);
-  return saveBy([&] { document.file().save(); }, document);
+void DocumentFiles::save(OpenDocument& document, const Then& then) {
+  document.refresh();
+  if (!document.changed()) return then(true);
+  saveBy(
+      [file = document.sharedFile()] {
+        if (const auto obstacle = file->obstacle()) throw errors::Fault(*obstacle);
+        file->save();
+      },
+      document, then);
 }
 
-bool DocumentFiles::saveAs(OpenDocument& document) {
+void DocumentFiles::saveAs(OpenDocument& document, const Then& then) {
   const auto chosen = choosers_.saveAs(&place_.window, freePath(document.path()));
-  if (!chosen) return false;
+  if (!chosen) return then(false);
   QString path = *chosen;
   const QString suffix = QFileInfo(document.path()).suffix();
   const bool addsSuffix =
@@ -146,33 +178,34 @@ bool DocumentFiles::saveAs(OpenDocument& document) {
     Question(&place_.window, QObject::tr("“%1” is open in another tab.").arg(path),
              QObject::tr("Close it there, or choose another name."))
         .exec();
-    return false;
+    return then(false);
   }
   const bool takesPlaceOfOther = QFileInfo::exists(path) && !document.file().isAt(name);
-  if (takesPlaceOfOther && !mayReplace(path, addsSuffix)) return false;
-  const auto saving = [&] {
-    document.file().saveAs(name);
-    rememberRecent(document.document()->path());
-  };
-  return saveBy(saving, document);
+  if (takesPlaceOfOther && !mayReplace(path, addsSuffix)) return then(false);
+  saveBy([file = document.sharedFile(), name] { file->saveAs(name); }, document,
+         [name, then](bool saved) {
+           if (saved) rememberRecent(name);
+           then(saved);
+         });
 }
 
-bool DocumentFiles::saveBy(const std::function<void()>& saving, OpenDocument& document) {
-  errors::Fault fault;
-  try {
-    saving();
-    place_.documents.updateTitles();
-    const QString lost = QString::fromStdString(document.file().notKept().words());
-    place_.note(
-        lost.isEmpty()
-            ? QObject::tr("Saved: %1").arg(document.path())
-            : QObject::tr("Saved: %1. You may not give the new version the %2 of the original; it has yours.")
-                  .arg(document.path(), lost));
-    return true;
-  } catch (...) {
-    fault = errors::faultInFlight();
-  }
-  return tellNotSaved(document, fault);
+void DocumentFiles::saveBy(std::function<void()> saving, OpenDocument& document, const Then& then) {
+  place_.work.run(std::move(saving), [this, saved = document.document(), then](std::exception_ptr thrown) {
+    OpenDocument& open = *place_.documents.find(*saved);
+    if (thrown) return tellNotSaved(open, faultOf(thrown), then);
+    tellSaved(open);
+    then(true);
+  });
+}
+
+void DocumentFiles::tellSaved(const OpenDocument& document) {
+  place_.documents.updateTitles();
+  const QString lost = QString::fromStdString(document.file().notKept().words());
+  place_.note(
+      lost.isEmpty()
+          ? QObject::tr("Saved: %1").arg(document.path())
+          : QObject::tr("Saved: %1. You may not give the new version the %2 of the original; it has yours.")
+                .arg(document.path(), lost));
 }
 
 bool DocumentFiles::mayReplace(const QString& path, bool keptExtension) {
@@ -187,13 +220,14 @@ bool DocumentFiles::mayReplace(const QString& path, bool keptExtension) {
 }
 
 /// The text on screen is not lost: it can be saved elsewhere.
-bool DocumentFiles::tellNotSaved(OpenDocument& document, const errors::Fault& fault) {
+void DocumentFiles::tellNotSaved(OpenDocument& document, const errors::Fault& fault, const Then& then) {
   Question box(&place_.window, QObject::tr("“%1” was not saved.").arg(document.name()),
                qt(fault.description));
   QAbstractButton* const elsewhere = box.addButton(QObject::tr("Save &As …"), QMessageBox::AcceptRole);
   box.addButton(QMessageBox::Cancel);
   box.exec();
-  return box.clickedButton() == elsewhere && saveAs(document);
+  if (box.clickedButton() != elsewhere) return then(false);
+  saveAs(document, then);
 }
 
 /// For a document of a run over files that may not be written; the name must be free.
@@ -208,8 +242,9 @@ std::optional<std::string> DocumentFiles::freeName(const std::string& path) {
   }
 }
 
-bool DocumentFiles::mayClose(OpenDocument& document) {
-  if (!document.changed()) return true;
+void DocumentFiles::mayClose(OpenDocument& document, const Then& then) {
+  document.refresh();
+  if (!document.changed()) return then(true);
   if (document.view() != nullptr) place_.documents.bringToFront(document);
   Question box(&place_.window, QObject::tr("Save the changes to “%1”?").arg(document.name()),
                QObject::tr("Without saving, they are lost."));
@@ -217,24 +252,41 @@ bool DocumentFiles::mayClose(OpenDocument& document) {
   box.setDefaultButton(QMessageBox::Save);
   switch (box.exec()) {
     case QMessageBox::Save:
-      return save(document);
+      return save(document, then);
     case QMessageBox::Discard:
-      return true;
+      return then(true);
     default:
-      return false;
+      return then(false);
   }
 }
 
-void DocumentFiles::close(OpenDocument& document) {
-  if (!place_.refusedNow()) closeDocument(document);
+void DocumentFiles::mayCloseAll(const Then& then) {
+  std::vector<std::shared_ptr<memory::MemoryDocument>> documents;
+  for (const auto& open : place_.documents.all()) documents.push_back(open->document());
+  mayClose(std::move(documents), then);
 }
 
-bool DocumentFiles::closeDocument(OpenDocument& document) {
-  if (!mayClose(document)) return false;
-  const auto closed = document.document();
-  place_.application->close(closed);
-  place_.documents.sync();
-  return true;
+void DocumentFiles::mayClose(std::vector<std::shared_ptr<memory::MemoryDocument>> documents,
+                             const Then& then) {
+  if (documents.empty()) return then(true);
+  OpenDocument& first = *place_.documents.find(*documents.front());
+  documents.erase(documents.begin());
+  mayClose(first, [this, rest = std::move(documents), then](bool may) {
+    if (!may) return then(false);
+    mayClose(rest, then);
+  });
+}
+
+void DocumentFiles::close(OpenDocument& document) {
+  if (!place_.refusedNow()) closeDocument(document, [](bool) {});
+}
+
+void DocumentFiles::closeDocument(OpenDocument& document, const Then& then) {
+  mayClose(document, [this, closed = document.document(), then](bool may) {
+    if (may) place_.application->close(closed);
+    if (may) place_.documents.sync();
+    then(may);
+  });
 }
 
 }  // namespace pluvo::desktop

@@ -20,7 +20,7 @@ class DocumentFiles {
   /// What it needs of the window, which outlives it.
   struct Place {
     QWidget& window;
-    Working& working;
+    Work& work;
     Documents& documents;
     std::shared_ptr<memory::MemoryApplication> application;
     std::shared_ptr<store::StoreOpener> opener;
@@ -42,22 +42,27 @@ class DocumentFiles {
   void closeCurrent();
   void close(OpenDocument& document);
 
+  /// What goes on from there; called in the end.
+  using Then = std::function<void(bool done)>;
   /// Whether it was saved, or had no changes.
-  bool save(OpenDocument& document);
-  /// Whether it may be closed: what the user has not saved is asked about.
-  bool mayClose(OpenDocument& document);
+  void save(OpenDocument& document, const Then& then);
+  /// Whether all may be closed: what the user has not saved is asked about, document by document.
+  void mayCloseAll(const Then& then);
   /// For a document of a run over files that may not be written; the name must be free.
   std::optional<std::string> freeName(const std::string& path);
   QString chooseFolder(const QString& folder) { return choosers_.folder(&place_.window, folder); }
 
  private:
-  bool openOne(const std::string& path);
+  void openOne(const std::string& path, const std::function<void()>& then);
   std::optional<std::string> chooseEncoding(const std::string& path, const std::string& sentence);
-  bool saveAs(OpenDocument& document);
-  bool saveBy(const std::function<void()>& saving, OpenDocument& document);
+  void saveAs(OpenDocument& document, const Then& then);
+  void saveBy(std::function<void()> saving, OpenDocument& document, const Then& then);
   bool mayReplace(const QString& path, bool keptExtension);
-  bool tellNotSaved(OpenDocument& document, const errors::Fault& fault);
-  bool closeDocument(OpenDocument& document);
+  void tellSaved(const OpenDocument& document);
+  void tellNotSaved(OpenDocument& document, const errors::Fault& fault, const Then& then);
+  void mayClose(OpenDocument& document, const Then& then);
+  void mayClose(std::vector<std::shared_ptr<memory::MemoryDocument>> documents, const Then& then);
+  void closeDocument(OpenDocument& document, const Then& then);
   OpenDocument* current() const { return place_.documents.current(); }
 
   Choosers choosers_;

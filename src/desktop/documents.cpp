@@ -12,8 +12,8 @@
 namespace pluvo::desktop {
 
 Documents::Documents(const std::shared_ptr<memory::MemoryApplication>& application,
-                     const std::shared_ptr<store::StoreOpener>& opener, Working& working)
-    : application_(application), opener_(opener), working_(working), tabs_(new QTabWidget) {
+                     const std::shared_ptr<store::StoreOpener>& opener, Work& work)
+    : application_(application), opener_(opener), work_(work), tabs_(new QTabWidget) {
   tabs_->setDocumentMode(true);
   tabs_->setTabsClosable(true);
   tabs_->setMovable(true);
@@ -26,13 +26,20 @@ Documents::Documents(const std::shared_ptr<memory::MemoryApplication>& applicati
   addWidget(tabs_);
   titles_.setSingleShot(true);
   titles_.setInterval(60);
-  connect(&titles_, &QTimer::timeout, this, &Documents::updateTitles);
+  connect(&titles_, &QTimer::timeout, this, [this] {
+    if (!work_.underWay())
+      for (const auto& open : documents_) open->refresh();
+    updateTitles();
+  });
+  work_.done = [this] { workDone(); };
+  work_.finishing = [this] { finish(); };
   application_->observer(this);
 }
 
 Documents::~Documents() {
   tabs_->disconnect(this);
   application_->observer(nullptr);
+  work_.done = work_.finishing = [] {};
   documents_.clear();
 }
 
@@ -73,10 +80,13 @@ void Documents::closeAll() {
 // What happens to the application.
 
 void Documents::opened(const memory::OpenedFile& file) {
-  documents_.push_back(std::make_unique<OpenDocument>(file));
-  documents_.back()->edited = [this] {
+  const auto later = [this] {
     if (!titles_.isActive()) titles_.start();
   };
+  documents_.push_back(added_ ? std::move(added_) : std::make_unique<OpenDocument>(file));
+  documents_.back()->edited = later;
+  documents_.back()->changedHere = later;
+  documents_.back()->isWorkedOn = [this] { return work_.underWay(); };
   wanted_ = file.document;
 }
 
@@ -128,53 +138,103 @@ void Documents::showOneTabForEach() {
   }
 }
 
-void Documents::reload(OpenDocument& document) {
-  const std::string path = document.document()->path();
-  const bool inMainText = document.document()->selectedStory() == 0;
-  const text::Span selected = inMainText ? document.document()->selection() : text::Span{};
-  const int index = tabs_->indexOf(document.view());
-  const bool isFront = tabs_->currentIndex() == index;
-  const double zoom = document.view()->zoom();
-  const int scrolled = document.view()->verticalScrollBar()->value();
-  memory::OpenedFile again;
-  try {
-    opener_->readAs(document.file().stored().encoding());
-    const auto noLonger = qScopeGuard([this] { opener_->readAs({}); });
-    again = opener_->open(path);
-  } catch (const errors::Fault&) {
-    return;  // what was there is still to be read
+void Documents::add(std::unique_ptr<OpenDocument> opened) {
+  const auto document = opened->document();
+  const auto file = opened->sharedFile();
+  added_ = std::move(opened);
+  application_->add(document, file);
+}
+
+void Documents::makeTab(OpenDocument& document, int index) {
+  view::DocumentView* const view = document.makeView();
+  view->zoomed = [this] { updateTitles(); };
+  view->setAcceptDrops(false);
+  tabs_->insertTab(index, view, document.name());
+}
+
+// Other versions of files.
+
+void Documents::reload(const OpenDocument& document) {
+  stale_.push_back(document.document()->path());
+  if (!work_.underWay()) reloadStale();
+}
+
+void Documents::reloadStale() {
+  while (!stale_.empty()) {
+    const std::string path = std::move(stale_.back());
+    stale_.pop_back();
+    const auto old = std::ranges::find_if(documents_, [&](const auto& open) {
+      return open->view() != nullptr && !open->changed() && open->document()->path() == path;
+    });
+    if (old == documents_.end()) continue;
+    const auto read = std::make_shared<std::unique_ptr<OpenDocument>>();
+    const auto encoding = (*old)->file().stored().encoding();
+    return work_.run(
+        [this, read, path, encoding] {
+          opener_->readAs(encoding);
+          const auto noLonger = qScopeGuard([this] { opener_->readAs({}); });
+          *read = std::make_unique<OpenDocument>(opener_->open(path));
+          (*read)->prepare();
+        },
+        [this, read, was = (*old)->document()](std::exception_ptr thrown) {
+          // What was there is still to be read where the file is not.
+          if (OpenDocument* const open = find(*was); !thrown && open != nullptr) put(*open, std::move(*read));
+          reloadStale();
+        });
   }
+}
+
+/// In the place of the tab that shows an earlier version.
+void Documents::put(OpenDocument& old, std::unique_ptr<OpenDocument> now) {
+  const bool inMainText = old.shown().selectedStory() == 0;
+  const text::Span selected = inMainText ? old.shown().selection() : text::Span{};
+  const int index = tabs_->indexOf(old.view());
+  const bool isFront = tabs_->currentIndex() == index;
+  const double zoom = old.view()->zoom();
+  const int scrolled = old.view()->verticalScrollBar()->value();
   const bool wasSyncing = std::exchange(syncing_, true);
-  application_->close(document.document());
-  application_->add(again.document, again.file);
-  OpenDocument& now = *find(*again.document);
-  makeTab(now, index);
-  const text::Position end = again.document->mainText().length();
-  again.document->select({std::min(selected.from, end), std::min(selected.to, end)});
-  now.view()->setZoom(zoom);
-  now.view()->verticalScrollBar()->setValue(scrolled);
-  if (isFront) tabs_->setCurrentWidget(now.view());
+  application_->close(old.document());
+  OpenDocument& open = *now;
+  add(std::move(now));
+  makeTab(open, index);
+  const text::Position end = open.document()->mainText().length();
+  open.document()->select({std::min(selected.from, end), std::min(selected.to, end)});
+  open.refresh();
+  open.view()->setZoom(zoom);
+  open.view()->verticalScrollBar()->setValue(scrolled);
+  if (isFront) tabs_->setCurrentWidget(open.view());
   if (current() != nullptr) application_->activate(current()->document());
   syncing_ = wasSyncing;
   wanted_.reset();
   updateTitles();
 }
 
-void Documents::makeTab(OpenDocument& document, int index) {
-  text::RunMap<formats::Appearance> appearance;
-  const formats::Source& source = document.file().stored().source();
-  try {
-    working_.run([&] { appearance = source.appearance(); });
-  } catch (const std::exception&) {
-    appearance = {};  // the text is shown without
+// Work.
+
+/// A snapshot is as large as what was edited: it is made the more seldom.
+void Documents::progress() {
+  const auto now = std::chrono::steady_clock::now();
+  if (now < progressed_) return;
+  OpenDocument* const open = find(*application_->active());
+  if (open == nullptr || !open->hasView()) return;
+  open->publish();
+  const auto took = std::chrono::steady_clock::now() - now;
+  progressed_ =
+      now + std::max<std::chrono::steady_clock::duration>(std::chrono::milliseconds(100), 20 * took);
+  work_.tell([this] {
+    for (const auto& each : documents_) each->receive();
+  });
+}
+
+void Documents::finish() {
+  for (const auto& open : documents_) {
+    if (!open->hasView()) open->prepare();
+    open->publish();
   }
-  auto* const view =
-      new view::DocumentView(document.document(), std::move(appearance),
-                             [this](const std::function<void()>& work) { working_.run(work); });
-  view->zoomed = [this] { updateTitles(); };
-  view->setAcceptDrops(false);
-  document.shownBy(view);
-  tabs_->insertTab(index, view, document.name());
+}
+
+void Documents::workDone() {
+  for (const auto& open : documents_) open->takeBack();
 }
 
 void Documents::tabChosen() {
@@ -188,8 +248,6 @@ void Documents::tabChosen() {
 }
 
 void Documents::updateTitles() {
-  // A save in another thread is looking at the document.
-  if (working_.breathing()) return titles_.start();
   for (int i = 0; i < tabs_->count(); ++i) {
     const OpenDocument* const document = inTab(i);
     if (document == nullptr) continue;

@@ -3,12 +3,13 @@
 #include "memory/application.h"
 #include "open_document.h"
 #include "store/opener.h"
-#include "working.h"
+#include "work.h"
 
 #include <QRect>
 #include <QStackedWidget>
 #include <QTabWidget>
 #include <QTimer>
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <string>
@@ -21,7 +22,7 @@ namespace pluvo::desktop {
 class Documents final : public QStackedWidget, private memory::ApplicationObserver {
  public:
   Documents(const std::shared_ptr<memory::MemoryApplication>& application,
-            const std::shared_ptr<store::StoreOpener>& opener, Working& working);
+            const std::shared_ptr<store::StoreOpener>& opener, Work& work);
   ~Documents() override;
 
   const std::vector<std::unique_ptr<OpenDocument>>& all() const { return documents_; }
@@ -32,18 +33,28 @@ class Documents final : public QStackedWidget, private memory::ApplicationObserv
   /// Gives every open document a tab, and brings together which is in front here and in the engine's eyes.
   /// Not while the engine works: it opens and closes documents that nobody needs to see.
   void sync();
+  /// A document that was opened, and looked through in whichever thread.
+  void add(std::unique_ptr<OpenDocument> opened);
   /// The next sync() brings this one to the front.
   void want(const std::shared_ptr<memory::MemoryDocument>& document) { wanted_ = document; }
   void bringToFront(const OpenDocument& document) { tabs_->setCurrentWidget(document.view()); }
   void next(int step);
-  /// Its file has another version: that is shown in its place.
-  void reload(OpenDocument& document);
+  /// Its file has another version, which is shown in its place once no work is under way.
+  void reload(const OpenDocument& document);
+  /// No work is under way.
+  void reloadStale();
   /// Tabs say names, and what is not saved.
   void updateTitles();
   /// Where on the screen the selection of the one in front is; empty when it is out of sight.
   QRect selectionRect() const;
   /// Closes all, without a question.
   void closeAll();
+
+  // Of the thread that works.
+  /// The pass has come some way, which the window may show.
+  void progress();
+  /// The work is done but for this.
+  void finish();
 
   /// Whether a pass holds the documents.
   std::function<bool()> held = [] { return false; };
@@ -66,16 +77,23 @@ class Documents final : public QStackedWidget, private memory::ApplicationObserv
   QWidget* welcome();
   OpenDocument* inTab(int index) const;
   void makeTab(OpenDocument& document, int index = -1);
+  void workDone();
+  void put(OpenDocument& old, std::unique_ptr<OpenDocument> now);
   void showOneTabForEach();
   void tabChosen();
 
   std::shared_ptr<memory::MemoryApplication> application_;
   std::shared_ptr<store::StoreOpener> opener_;
-  Working& working_;
+  Work& work_;
   std::vector<std::unique_ptr<OpenDocument>> documents_;
   /// What the engine brought to the front and no tab shows yet.
   std::weak_ptr<memory::MemoryDocument> wanted_;
   bool syncing_ = false;
+  /// Paths of those whose files have other versions.
+  std::vector<std::string> stale_;
+  /// The one that the application is about to tell of.
+  std::unique_ptr<OpenDocument> added_;
+  std::chrono::steady_clock::time_point progressed_;
   QTabWidget* tabs_;
   QTimer titles_;
 };

@@ -6,7 +6,6 @@
 #include "errors/context.h"
 #include "multifile/questions.h"
 #include "runs/kept.h"
-#include "store/opener.h"
 
 #include <algorithm>
 #include <utility>
@@ -44,9 +43,21 @@ std::string commandOf(const engine::Request& request) {
 }  // namespace
 
 FolderRun::FolderRun(std::shared_ptr<dialog::FileStepper> driver, Place place)
-    : driver_(std::move(driver)), place_(std::move(place)), worker_(place_.working) {}
+    : driver_(std::move(driver)), place_(std::move(place)) {}
 
 FolderRun::~FolderRun() = default;
+
+/// The user may save it from its tab, too.
+std::shared_ptr<store::StoredFile> FolderRun::fileOf(const std::shared_ptr<store::StoredDocument>& stored) {
+  return std::make_shared<store::StoredFile>(
+      stored,
+      [this](const std::string& path) {
+        std::optional<std::string> name;
+        place_.work.show([&] { name = place_.freeName(path); });
+        return name;
+      },
+      [](const auto& work) { work(); });
+}
 
 std::vector<std::u16string> FolderRun::GetFiles(dialog::clsProcessFind& engine, bool subFolders,
                                                 std::int16_t depth) {
@@ -90,12 +101,11 @@ bool FolderRun::MultiPLUVO_OpenNextFile(dialog::clsProcessFind& engine,
   const std::u16string path = base::nameText(current_->path());
   const auto from = files.begin() + std::min<std::ptrdiff_t>(index, std::ssize(files));
   index = static_cast<std::int32_t>(std::find(from, files.end(), path) - files.begin());
-  fileBegins(path, number_, documents_);
-  const auto document = current_->document();
   place_.watch.run(watcher_);
-  place_.application->add(
-      document, std::make_shared<store::StoredFile>(current_, place_.freeName,
-                                                    [this](const auto& work) { place_.working.run(work); }));
+  place_.work.show([&] {
+    fileBegins(path, number_, documents_);
+    place_.application->add(current_->document(), fileOf(current_));
+  });
   isShown_ = true;
   return true;
 }
@@ -106,8 +116,8 @@ void FolderRun::MultiPLUVO_CloseFile(dialog::clsProcessFind& engine) {
   result_ = engine.result();
   place_.watch.run(nullptr);
   isShown_ = false;
-  place_.application->remove(current_->document());
-  worker_.goOn();
+  place_.work.show([this] { place_.application->remove(current_->document()); });
+  thread_.goOn();
   advance();
 }
 
@@ -119,12 +129,12 @@ void FolderRun::abandon(dialog::clsProcessFind& engine) {
   isShown_ = false;
   const std::string path = current_->path();
   current_.reset();
-  place_.leftOpen(path);
-  worker_.goOn();
+  place_.work.show([&] { place_.leftOpen(path); });
+  thread_.goOn();
   advance();
 }
 
-// The run itself, seen from the window's thread.
+// The run itself.
 
 void FolderRun::begin(dialog::clsProcessFind& engine, const std::vector<std::u16string>& files) {
   engine_ = &engine;
@@ -153,7 +163,7 @@ void FolderRun::begin(dialog::clsProcessFind& engine, const std::vector<std::u16
 
 void FolderRun::start() {
   ended_ = {};
-  worker_.begin([this] { ended_ = runs::run(plan_, *this, files::machineFileSystem()); });
+  thread_.begin([this] { ended_ = runs::run(plan_, *this, files::machineFileSystem()); });
   advance();
 }
 
@@ -162,7 +172,7 @@ void FolderRun::advance() {
   std::string trouble;
   bool isBegun = true;
   try {
-    if (worker_.wait()) {
+    if (thread_.wait()) {
       current_ = std::move(awaited_);
       return;
     }
@@ -175,13 +185,14 @@ void FolderRun::advance() {
     trouble = base::utf8(errors::faultInFlight().description);
   }
   if (!ended_.reportProblem && !noReport_.empty()) ended_.reportProblem = noReport_;
-  place_.ended({ended_, trouble, isBegun, plan_.selection.paths});
+  place_.work.show([&] { place_.ended({ended_, trouble, isBegun, plan_.selection.paths}); });
 }
 
 /// Whether the run can do without what keeps it from beginning.
 bool FolderRun::goesOnWithout(const runs::CannotBegin& refused) {
   using Reason = runs::CannotBegin::Reason;
   const std::string why = refused.happened().empty() ? refused.what() : refused.happened();
+  bool goesOn = false;
   switch (refused.reason()) {
     case Reason::report:
     case Reason::reportForeign:
@@ -192,7 +203,8 @@ bool FolderRun::goesOnWithout(const runs::CannotBegin& refused) {
     case Reason::journal:
     case Reason::stateFolder:
       plan_.journal = false;
-      return place_.goesOnWithoutOriginals(why);
+      place_.work.show([&] { goesOn = place_.goesOnWithoutOriginals(why); });
+      return goesOn;
     case Reason::outputFolder:
     case Reason::rest:
       break;
@@ -236,9 +248,7 @@ void FolderRun::tellFailure(const runs::Outcome& outcome, const std::shared_ptr<
   } else if (!staysOpen_) {
     return;
   }
-  place_.application->add(was->document(),
-                          std::make_shared<store::StoredFile>(
-                              was, place_.freeName, [this](const auto& work) { place_.working.run(work); }));
+  place_.application->add(was->document(), fileOf(was));
   place_.leftOpen(outcome.path);
 }
 
@@ -287,14 +297,14 @@ runs::Answer FolderRun::placeFor(const runs::Asked& asked) {
 // The face of the run, in its threads.
 
 void FolderRun::begins(std::size_t documents) {
-  worker_.tell([this, documents] { documents_ = documents; });
+  place_.work.show([this, documents] { documents_ = documents; });
 }
 
 bool FolderRun::answers(runs::Question question) const { return question != runs::Question::perform; }
 
 runs::Answer FolderRun::answer(const runs::Asked& asked) {
   runs::Answer answer;
-  worker_.call([&] { answer = answered(asked); });
+  place_.work.show([&] { answer = answered(asked); });
   return answer;
 }
 
@@ -303,12 +313,12 @@ std::optional<engine::PassResult> FolderRun::pass(const runs::OpenForPass& open)
   awaited_ = open.stored;
   watcher_ = &open.watcher;
   number_ = open.number;
-  worker_.pause();
+  thread_.pause();
   return result_;
 }
 
 void FolderRun::document(const runs::Outcome& outcome) {
-  worker_.tell([this, outcome] { tell(outcome); });
+  place_.work.show([&] { tell(outcome); });
 }
 
 runs::Cancelled FolderRun::cancelled() {

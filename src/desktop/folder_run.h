@@ -5,10 +5,12 @@
 #include "dialog/frmPassword.h"
 #include "memory/application.h"
 #include "pass_watch.h"
+#include "pausing_thread.h"
 #include "runs/face.h"
 #include "runs/run.h"
+#include "store/opener.h"
 #include "store/store.h"
-#include "worker.h"
+#include "work.h"
 
 #include <atomic>
 #include <functional>
@@ -28,18 +30,18 @@ struct RunOverFiles {
   const std::vector<std::string>& files;
 };
 
-/// A run over files as the dialog drives it: a run of runs/, which opens, saves and journals documents in a
-/// thread of its own.
+/// A run over files as the dialog drives it, from the thread of its work: a run of runs/, which opens, saves
+/// and journals documents.
 ///
-/// In Quiet Mode without confirmation it makes the passes too, over several documents at once. Else it hands
-/// one document after the other to the word processor of the window, where the dialog's engine makes the
-/// pass, in one call or block by block; the run stands still meanwhile.
+/// In Quiet Mode without confirmation it makes the passes too, over several documents at once. Else it has a
+/// thread of its own, and hands one document after the other to the word processor of the window, where the
+/// dialog's engine makes the pass, in one call or block by block; the run stands still meanwhile.
 class FolderRun final : public dialog::FileStepper, private runs::Face {
  public:
   /// What it needs of the window. All of it outlives the run; but for answers, these are calls of no work.
   struct Place {
     std::shared_ptr<memory::MemoryApplication> application;
-    Working& working;
+    Work& work;
     PassWatch& watch;
     /// Where a document is to be saved that may not be replaced; the name must be free.
     std::function<std::optional<std::string>(const std::string& path)> freeName;
@@ -86,11 +88,15 @@ class FolderRun final : public dialog::FileStepper, private runs::Face {
   runs::Cancelled cancelled() override;
   std::string sentenceFor(runs::Trouble trouble) const override;
 
-  // Of the window's thread.
+  std::shared_ptr<store::StoredFile> fileOf(const std::shared_ptr<store::StoredDocument>& stored);
+
+  // Of the work's thread.
   void begin(dialog::clsProcessFind& engine, const std::vector<std::u16string>& files);
   void start();
   void advance();
   bool goesOnWithout(const runs::CannotBegin& refused);
+
+  // Of the window's thread, while others wait.
   runs::Answer answered(const runs::Asked& asked);
   runs::Answer passwordFor(const runs::Asked& asked);
   runs::Answer placeFor(const runs::Asked& asked);
@@ -99,7 +105,7 @@ class FolderRun final : public dialog::FileStepper, private runs::Face {
 
   std::shared_ptr<dialog::FileStepper> driver_;
   Place place_;
-  Worker worker_;
+  PausingThread thread_;
   dialog::clsProcessFind* engine_ = nullptr;
   std::unique_ptr<dialog::frmPassword> prompt_;
 

@@ -16,9 +16,7 @@ memory::OpenedFile opened(const std::string& path) {
 }  // namespace
 
 HelpWindow::HelpWindow(const std::string& path) : document_(opened(path)) {
-  auto* const view =
-      new view::DocumentView(document_.document(), document_.file().stored().source().appearance());
-  document_.shownBy(view);
+  view::DocumentView* const view = document_.makeView();
   setCentralWidget(view);
   setWindowTitle(document_.name() + QStringLiteral(" – ") + QGuiApplication::applicationDisplayName());
   constexpr QSize kSize(760, 800);

@@ -3,7 +3,7 @@
 #include "document/document.h"
 
 #include <cstddef>
-#include <string>
+#include <utility>
 #include <vector>
 
 namespace pluvo::desktop {
@@ -12,13 +12,11 @@ namespace pluvo::desktop {
 /// text and holds what was edited.
 class History {
  public:
-  /// A pass begins; the document is kept when the pass first changes it.
-  void passBegins() {
-    awaited_ = true;
-    changed_ = false;
-  }
-  /// The document is about to change.
-  void keep(const document::Document& document);
+  using Snapshot = document::Document::Snapshot;
+
+  void passBegins() { changed_ = false; }
+  /// The pass changed the document, which was so before.
+  void keep(Snapshot before);
 
   /// Whether the pass that began last has changed it, and nothing was taken back since.
   bool passChanged() const { return changed_; }
@@ -29,14 +27,13 @@ class History {
   void redo(document::Document& document) { move(document, redo_, undo_); }
 
  private:
-  using Snapshots = std::vector<document::Document::Snapshot>;
+  using Snapshots = std::vector<Snapshot>;
   static constexpr std::size_t kMost = 20;
 
   void move(document::Document& document, Snapshots& from, Snapshots& to);
 
   Snapshots undo_;
   Snapshots redo_;
-  bool awaited_ = false;
   bool changed_ = false;
 };
 

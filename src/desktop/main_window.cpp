@@ -24,32 +24,35 @@ MainWindow::MainWindow(const Places& places, const Choosers& choosers) : compone
   buildPanel();
   buildStatus();
   buildMenus();
-  working_.changed = [this](bool underWay) { workChanged(underWay); };
-  working_.ended = [this] { workEnded(); };
-  watch_.begun = [this] { passBegins(); };
+  work_.changed = [this](bool underWay) { workChanged(underWay); };
+  work_.ended = [this] { workEnded(); };
   buildDialog(places);
   restorePlace();
   updateActions();
 }
 
 MainWindow::~MainWindow() {
+  work_.cancel();
+  work_.wait();
   dialog_.reset();
   delete std::exchange(documents_, nullptr);
 }
 
 void MainWindow::buildDocuments(const Choosers& choosers) {
-  const auto opener = std::make_shared<store::StoreOpener>(
-      store::Store(), [this](const std::string& path) { return files_->freeName(path); },
-      [this](const std::function<void()>& work) { working_.run(work); });
+  const auto opener = std::make_shared<store::StoreOpener>(store::Store(), [this](const std::string& path) {
+    std::optional<std::string> name;
+    work_.show([&] { name = files_->freeName(path); });
+    return name;
+  });
   application_ = std::make_shared<memory::MemoryApplication>(opener);
-  documents_ = new Documents(application_, opener, working_);
+  documents_ = new Documents(application_, opener, work_);
   documents_->held = [this] { return atWork(); };
   documents_->titlesChanged = [this] { updateTitle(); };
   setCentralWidget(documents_);
   const auto noteNow = [this](const QString& message) { note(message); };
   files_ = std::make_unique<DocumentFiles>(choosers,
                                            DocumentFiles::Place{.window = *this,
-                                                                .working = working_,
+                                                                .work = work_,
                                                                 .documents = *documents_,
                                                                 .application = application_,
                                                                 .opener = opener,
@@ -57,15 +60,15 @@ void MainWindow::buildDocuments(const Choosers& choosers) {
                                                                 .note = noteNow});
   documents_->openAsked = [this] { files_->chooseAndOpen(); };
   documents_->closeAsked = [this](OpenDocument& document) { files_->close(document); };
-  beside_ = std::make_unique<BesideRuns>(BesideRuns::Place{
-      .window = *this,
-      .working = working_,
-      .watch = watch_,
-      .documents = *documents_,
-      .files = *files_,
-      .application = application_,
-      .note = noteNow,
-      .ended = [this](const RunOverFiles& run) { runs_->runEnded(run, closing_ || closeWanted_); }});
+  beside_ = std::make_unique<BesideRuns>(
+      BesideRuns::Place{.window = *this,
+                        .work = work_,
+                        .watch = watch_,
+                        .documents = *documents_,
+                        .files = *files_,
+                        .application = application_,
+                        .note = noteNow,
+                        .ended = [this](const RunOverFiles& run) { runs_->runEnded(run, closeWanted_); }});
 }
 
 void MainWindow::buildPanel() {
@@ -103,14 +106,19 @@ void MainWindow::buildMenus() {
 
 void MainWindow::buildDialog(const Places& places) {
   dialog_ = std::make_unique<Dialog>(
-      application_, working_, watch_, places,
+      application_, work_, watch_, places,
       DialogPlace{.window = *this,
                   .container = *panel_,
                   .run = beside_->placeOfRuns(),
                   // The window may have been closed in the pause before the run.
-                  .filesChosen = [this](auto& files) { return !closeWanted_ && beside_->filesChosen(files); },
-                  .notReached = [this] { return beside_->notReached(); },
+                  .filesChosen =
+                      [this](auto& files, const auto& then) {
+                        if (closeWanted_) return then(false);
+                        beside_->filesChosen(files, then);
+                      },
+                  .notReached = [this](const auto& told) { beside_->notReached(told); },
                   .showDocument = [this](const auto& path) { showHelp(path); },
+                  .shown = [this]() -> word::Application& { return shown(); },
                   .chooseFolder =
                       [this](const auto& folder) {
                         return files_->chooseFolder(QString::fromStdU16String(folder)).toStdU16String();
@@ -126,7 +134,7 @@ void MainWindow::buildDialog(const Places& places) {
   documents_->synced = [this] { dialog_->documentsChanged(); };
   runs_ = std::make_unique<RunsMenu>(
       menus_->runs(), RunsMenu::Place{.window = *this,
-                                      .working = working_,
+                                      .work = work_,
                                       .refusedNow = [this] { return refusedNow(); },
                                       .openFile = [this](const QString& path) { dialog_->openFile(path); },
                                       .listFiles = [this](const auto& files) { dialog_->listFiles(files); },
@@ -134,7 +142,7 @@ void MainWindow::buildDialog(const Places& places) {
                                       .note =
                                           [this](const QString& text) {
                                             note_ = text;
-                                            if (!working_.underWay()) workEnded();
+                                            if (!work_.underWay()) workEnded();
                                           }});
 }
 
@@ -164,22 +172,18 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     closeWanted_ = true;
     return;
   }
-  if (working_.breathing()) {
+  if (dialog_->confirming() && !work_.underWay()) dialog_->endConfirmation();
+  if (work_.underWay()) {
     closeWanted_ = true;
-    cancelWork();
-    return;
+    return cancelWork();
   }
-  if (dialog_->pauses()) {
-    closeWanted_ = true;
-    return;
-  }
-  closeWanted_ = false;
-  closing_ = true;
-  dialog_->endConfirmation();
-  closing_ = false;
-  // All questions first: who stays after all finds everything as it was.
-  for (std::size_t i = 0; i < documents_->all().size(); ++i) {
-    if (!files_->mayClose(*documents_->all()[i])) return;
+  if (!std::exchange(closes_, false)) {
+    closeWanted_ = false;
+    // All questions first: who stays after all finds everything as it was.
+    return files_->mayCloseAll([this](bool may) {
+      closes_ = may;
+      if (may) QTimer::singleShot(0, this, &QWidget::close);
+    });
   }
   documents_->closeAll();
   QSettings settings;
@@ -206,13 +210,7 @@ void MainWindow::dropEvent(QDropEvent* event) {
 
 // Passes and runs.
 
-void MainWindow::passBegins() {
-  // The window was closed in the pause before the run.
-  if (closeWanted_) working_.cancel();
-  beside_->passBegins();
-}
-
-bool MainWindow::atWork() const { return working_.breathing() || (dialog_ && dialog_->confirming()); }
+bool MainWindow::atWork() const { return work_.underWay() || (dialog_ && dialog_->confirming()); }
 
 bool MainWindow::refusedNow() {
   if (!atWork()) return false;
@@ -222,28 +220,36 @@ bool MainWindow::refusedNow() {
 
 void MainWindow::cancelWork() {
   if (runs_->takesBack()) return statusBar()->showMessage(tr("An undo is finished once it has begun."));
-  working_.cancel();
-  statusBar()->showMessage(working_.cancels() == 1 && watch_.runsOverFiles()
+  work_.cancel();
+  statusBar()->showMessage(work_.cancels() == 1 && watch_.runsOverFiles()
                                ? tr("Cancelling. A run over files finishes the document at "
                                     "hand; Cancel again takes its changes back.")
                                : tr("Cancelling …"));
 }
 
+/// It has lasted so long that the user is to see it, or that has ended.
 void MainWindow::workChanged(bool underWay) {
   cancel_->setVisible(underWay);
+  QWidget* const focus = QApplication::focusWidget();
   if (underWay) {
-    focusBefore_ = QApplication::focusWidget();
     statusBar()->showMessage(tr("Working …"));
   } else {
     statusBar()->clearMessage();
   }
-  panel_->setEnabled(!underWay && !dialog_->confirming());
-  updateActions();
-  if (!underWay && focusBefore_ && focusBefore_->isVisible() && QApplication::focusWidget() == nullptr)
+  dialog_->workChanged();
+  if (underWay) {
+    focusBefore_ = focus;
+    focusMeanwhile_ = QApplication::focusWidget();
+  } else if (focusBefore_ && focusMeanwhile_ != focusBefore_ && focus == focusMeanwhile_) {
     focusBefore_->setFocus();
+  }
+  updateActions();
 }
 
 void MainWindow::workEnded() {
+  documents_->reloadStale();
+  if (work_.underWay()) return;
+  dialog_->workChanged();
   documents_->sync();
   if (!note_.isEmpty()) note(std::exchange(note_, {}));
   if (closeWanted_) QTimer::singleShot(0, this, &QWidget::close);
@@ -251,8 +257,18 @@ void MainWindow::workEnded() {
 
 void MainWindow::confirmingChanged() {
   panel_->setEnabled(!dialog_->confirming());
+  dialog_->workChanged();
   if (!dialog_->confirming()) documents_->sync();
   updateActions();
+}
+
+word::Application& MainWindow::shown() {
+  while (shown_.count() > 0) shown_.remove(shown_.active());
+  OpenDocument* const document = current();
+  if (document == nullptr) return shown_;
+  if (!work_.underWay()) document->refresh();
+  shown_.add(document->shown().shared_from_this());
+  return shown_;
 }
 
 /// A block awaits the user's decision: its document comes to the front, and the block into sight.
@@ -262,7 +278,7 @@ void MainWindow::blockAwaits() {
   const OpenDocument* const document = documents_->find(*application_->active());
   if (document == nullptr || document->view() == nullptr) return;
   documents_->bringToFront(*document);
-  document->view()->reveal(document->document()->selection());
+  document->view()->reveal(document->shown().selection());
 }
 
 void MainWindow::undo() {
@@ -319,7 +335,7 @@ void MainWindow::updateTitle() {
 
 void MainWindow::updateActions() {
   if (!runs_) return;
-  const bool works = working_.breathing() || cancel_->isVisible();
+  const bool works = work_.underWay();
   const bool confirms = dialog_->confirming();
   menus_->update({.works = works, .confirms = confirms, .filesChanged = beside_->filesChanged()});
   runs_->update(works || confirms);
@@ -332,12 +348,7 @@ void MainWindow::note(const QString& message) {
 
 void MainWindow::goToPanel() {
   dock_->show();
-  auto* const begin = panel_->findChild<QWidget*>(QStringLiteral("txtBeginText"));
-  if (begin == nullptr) return;
-  if (panel_->isEnabled()) return begin->setFocus(Qt::ShortcutFocusReason);
-  // When the work ends it gets what nobody has.
-  if (QWidget* const now = focusWidget()) now->clearFocus();
-  focusBefore_ = begin;
+  dialog_->goToBeginning();
 }
 
 }  // namespace pluvo::desktop

@@ -11,7 +11,7 @@
 #include "pass_watch.h"
 #include "places.h"
 #include "runs_menu.h"
-#include "working.h"
+#include "work.h"
 
 #include <QDockWidget>
 #include <QLabel>
@@ -43,7 +43,8 @@ class MainWindow final : public QMainWindow {
   const std::shared_ptr<memory::MemoryApplication>& application() const { return application_; }
   /// The one in front; null where none is open.
   OpenDocument* current() const { return documents_->current(); }
-  Working& working() { return working_; }
+  Work& work() { return work_; }
+  PassWatch& watch() { return watch_; }
   Dialog& dialog() { return *dialog_; }
 
  protected:
@@ -62,7 +63,6 @@ class MainWindow final : public QMainWindow {
   void restorePlace();
 
   // Passes and runs.
-  void passBegins();
   void blockAwaits();
   void confirmingChanged();
   void workChanged(bool underWay);
@@ -78,12 +78,13 @@ class MainWindow final : public QMainWindow {
   /// Shows a document of the program's own. Throws Fault.
   void showHelp(const std::u16string& path);
   void openInstructions();
+  word::Application& shown();
   void updateTitle();
   void updateActions();
   void note(const QString& message);
 
-  Working working_;
-  PassWatch watch_{working_};
+  Work work_;
+  PassWatch watch_{work_};
   std::u16string component_;
   std::shared_ptr<memory::MemoryApplication> application_;
   Documents* documents_ = nullptr;
@@ -92,8 +93,10 @@ class MainWindow final : public QMainWindow {
   std::unique_ptr<Menus> menus_;
   /// The program's own documents, by their paths.
   std::map<std::u16string, std::unique_ptr<HelpWindow>> help_;
+  /// The document in front as it is shown, in a word processor of its own, for whoever reads the selection.
+  memory::MemoryApplication shown_;
   bool closeWanted_ = false;
-  bool closing_ = false;
+  bool closes_ = false;
   /// To be shown when the work under way has ended.
   QString note_;
 
@@ -101,7 +104,9 @@ class MainWindow final : public QMainWindow {
   QWidget* panel_ = nullptr;
   QLabel* zoom_ = nullptr;
   QPushButton* cancel_ = nullptr;
+  /// Where the keyboard was before buttons went off, and where it went.
   QPointer<QWidget> focusBefore_;
+  QPointer<QWidget> focusMeanwhile_;
   std::unique_ptr<Dialog> dialog_;
   std::unique_ptr<RunsMenu> runs_;
 };

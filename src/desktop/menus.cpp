@@ -63,8 +63,10 @@ void Menus::buildView(QMenu& view) {
   view.addSeparator();
   fieldCodes_ = view.addAction(tr("&Field Codes"));
   fieldCodes_->setCheckable(true);
-  connect(fieldCodes_, &QAction::triggered, this,
-          [this](bool on) { place_.documents.current()->document()->showFieldCodes(on); });
+  connect(fieldCodes_, &QAction::triggered, this, [this](bool on) {
+    place_.documents.current()->document()->showFieldCodes(on);
+    place_.documents.current()->refresh();
+  });
   buildColours(*view.addMenu(tr("&Colours")));
   view.addSeparator();
   place_.panel.setText(tr("&Panel"));
@@ -108,7 +110,7 @@ void Menus::update(const State& state) {
   copy_->setEnabled(open);
   selectAll_->setEnabled(open);
   fieldCodes_->setEnabled(open && !held);
-  fieldCodes_->setChecked(open && document->document()->view() == text::View::codes);
+  fieldCodes_->setChecked(open && document->shown().view() == text::View::codes);
   cancel_->setEnabled(works);
 }
 

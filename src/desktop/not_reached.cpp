@@ -31,20 +31,30 @@ void NotReached::passBegins(const std::shared_ptr<memory::MemoryDocument>& docum
   request_ = std::move(request);
 }
 
-void NotReached::look(const OpenDocument& document) {
+void NotReached::look(const OpenDocument& document, std::function<void()> then) {
   document_.reset();
-  const store::StoredDocument& stored = document.file().stored();
+  const std::u16string name = document.shown().Name();
   // Plain text, which alone has an encoding, has nothing elsewhere: no work is shown for it.
-  if (!stored.encoding().empty()) return add(document.document()->Name(), {});
-  elsewhere::Elsewhere found;
-  const formats::Source& source = stored.source();
-  const document::Document& stories = document.document()->stories();
-  try {
-    working_.run([&] { found = elsewhere::lookElsewhere(source, stories, {&request_, 1}); });
-  } catch (...) {
-    found.damaged.push_back({"other parts", base::utf8(errors::faultInFlight().description)});
+  if (!document.file().stored().encoding().empty()) {
+    add(name, {});
+    return then();
   }
-  add(document.document()->Name(), found);
+  const auto found = std::make_shared<elsewhere::Elsewhere>();
+  const formats::Source& source = document.file().stored().source();
+  const document::Document& stories = document.document()->stories();
+  work_.run(
+      [this, found, &source, &stories] {
+        *found = elsewhere::lookElsewhere(source, stories, {&request_, 1});
+      },
+      [this, found, name, then = std::move(then)](std::exception_ptr thrown) {
+        try {
+          if (thrown) std::rethrow_exception(thrown);
+        } catch (...) {
+          found->damaged.push_back({"other parts", base::utf8(errors::faultInFlight().description)});
+        }
+        add(name, *found);
+        then();
+      });
 }
 
 void NotReached::add(std::u16string name, const elsewhere::Elsewhere& found) {

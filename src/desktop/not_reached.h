@@ -3,9 +3,10 @@
 #include "elsewhere/elsewhere.h"
 #include "engine/request.h"
 #include "open_document.h"
-#include "working.h"
+#include "work.h"
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -16,13 +17,13 @@ namespace pluvo::desktop {
 /// until the run has ended.
 class NotReached {
  public:
-  explicit NotReached(Working& working) : working_(working) {}
+  explicit NotReached(Work& work) : work_(work) {}
 
   void passBegins(const std::shared_ptr<memory::MemoryDocument>& document, engine::Request request);
   /// The document of the pass that nothing was looked for since; null where there is none or it is closed.
   std::shared_ptr<memory::MemoryDocument> awaited() const { return document_.lock(); }
-  /// Looks in the document that is awaited, in another thread.
-  void look(const OpenDocument& document);
+  /// Looks in the document that is awaited; then is called in the end.
+  void look(const OpenDocument& document, std::function<void()> then);
   /// What a run over files found in one of them.
   void add(std::u16string name, const elsewhere::Elsewhere& found);
 
@@ -30,7 +31,7 @@ class NotReached {
   std::u16string takeWords();
 
  private:
-  Working& working_;
+  Work& work_;
   std::weak_ptr<memory::MemoryDocument> document_;
   engine::Request request_;
   elsewhere::Elsewhere found_;

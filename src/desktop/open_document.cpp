@@ -1,9 +1,16 @@
 #include "open_document.h"
 
+#include <QCoreApplication>
+#include <QThread>
+#include <utility>
+
 namespace pluvo::desktop {
 
 OpenDocument::OpenDocument(const memory::OpenedFile& opened)
-    : document_(opened.document), file_(std::dynamic_pointer_cast<store::StoredFile>(opened.file)) {
+    : document_(opened.document),
+      file_(std::dynamic_pointer_cast<store::StoredFile>(opened.file)),
+      shown_(document_->copy()),
+      changed_(document_->stories().changed()) {
   document_->observer(this);
 }
 
@@ -12,30 +19,153 @@ OpenDocument::~OpenDocument() {
   if (view_) view_->detach();
 }
 
-QString OpenDocument::name() const { return QString::fromStdU16String(document_->Name()); }
+QString OpenDocument::name() const { return QString::fromStdU16String(shown_->Name()); }
 
-QString OpenDocument::path() const { return QString::fromStdString(document_->path()); }
+QString OpenDocument::path() const { return QString::fromStdString(shown_->path()); }
 
-void OpenDocument::undo() { history_.undo(document_->stories()); }
+// The thread that works on it.
 
-void OpenDocument::redo() { history_.redo(document_->stories()); }
+void OpenDocument::prepare() {
+  publish();
+  Prepared made{document_->copy(), nullptr};
+  text::RunMap<formats::Appearance> appearance;
+  try {
+    appearance = file_->stored().source().appearance();
+  } catch (const std::exception&) {
+    appearance = {};  // the text is shown without
+  }
+  made.view = view::DocumentView::prepare(made.document, std::move(appearance));
+  prepared_ = std::move(made);
+}
+
+void OpenDocument::happened() {
+  news_.isAny = true;
+  if (QThread::currentThread() == QCoreApplication::instance()->thread()) changedHere();
+}
+
+void OpenDocument::aboutToChange() {
+  if (awaitsChange_.exchange(false)) news_.before = document_->stories().snapshot();
+  happened();
+}
 
 void OpenDocument::replaced(const document::Story& story, text::Span span, text::Position newLength) {
-  if (isShown(story)) view_->textReplaced(span, newLength);
-  edited();
+  if (isMainText(story)) news_.edits.push_back({span, newLength});
+  happened();
 }
 
 void OpenDocument::highlighted(const document::Story& story, text::Span span) {
-  if (isShown(story)) view_->highlightChanged(span);
-  edited();
+  if (isMainText(story)) news_.edits.push_back({span, std::nullopt});
+  happened();
 }
 
 void OpenDocument::selected(const document::Story& story, text::Span span) {
-  if (isShown(story)) view_->selectionChanged(span);
+  if (selecting_) return;
+  for (std::size_t i = 0; i < document_->stories().count(); ++i) {
+    if (&document_->stories().story(i) == &story) news_.selection = {i, span};
+  }
+  happened();
 }
 
-void OpenDocument::viewChanged() {
-  if (view_) view_->viewChanged();
+void OpenDocument::viewChanged() { happened(); }
+
+void OpenDocument::publish() {
+  if (!std::exchange(news_.isAny, false)) return;
+  News news = std::exchange(news_, {});
+  news.now = document_->stories().snapshot();
+  const std::lock_guard lock(mutex_);
+  if (!published_.isAny) {
+    published_ = std::move(news);
+  } else {
+    if (!published_.before) published_.before = std::move(news.before);
+    published_.now = std::move(news.now);
+    published_.edits.insert(published_.edits.end(), news.edits.begin(), news.edits.end());
+    if (news.selection) published_.selection = news.selection;
+  }
+  published_.isAny = true;
+}
+
+// The window's thread.
+
+view::DocumentView* OpenDocument::makeView() {
+  if (!prepared_) prepare();
+  receive();
+  Prepared made = *std::exchange(prepared_, std::nullopt);
+  shown_ = std::move(made.document);
+  view_ = new view::DocumentView(std::move(made.view));
+  hasView_ = true;
+  view_->userSelected = [this](text::Span selection) {
+    if (isWorkedOn()) {
+      userSelected_ = true;
+      return;
+    }
+    selecting_ = true;
+    document_->select(0, selection);
+    selecting_ = false;
+  };
+  return view_;
+}
+
+void OpenDocument::receive() {
+  News news;
+  {
+    const std::lock_guard lock(mutex_);
+    news = std::exchange(published_, {});
+  }
+  if (news.isAny) show(std::move(news));
+}
+
+void OpenDocument::show(News news) {
+  if (news.before) history_.keep(*std::move(news.before));
+  shown_->stories().restore(std::move(news.now));
+  if (view_) {
+    for (const Edit& edit : news.edits) {
+      if (edit.newLength) {
+        view_->textReplaced(edit.span, *edit.newLength);
+      } else {
+        view_->highlightChanged(edit.span);
+      }
+    }
+  }
+  if (news.selection) {
+    userSelected_ = false;
+    const auto& [story, span] = *news.selection;
+    shown_->select(story, span);
+    if (view_ && story == 0) view_->selectionChanged(span);
+  }
+  edited();
+}
+
+void OpenDocument::takeBack() {
+  publish();
+  receive();
+  if (shown_->path() != document_->path()) shown_->moveTo(document_->path());
+  if (shown_->view() != document_->view()) {
+    shown_->showFieldCodes(document_->view() == text::View::codes);
+    if (view_) view_->viewChanged();
+  }
+  if (const bool now = document_->stories().changed(); std::exchange(changed_, now) != now) edited();
+  if (!std::exchange(userSelected_, false)) return;
+  selecting_ = true;
+  document_->select(shown_->selectedStory(), shown_->selection());
+  selecting_ = false;
+}
+
+void OpenDocument::refresh() { takeBack(); }
+
+void OpenDocument::passBegins() {
+  history_.passBegins();
+  awaitsChange_ = true;
+}
+
+void OpenDocument::forgetPasses() {
+  history_ = {};
+  awaitsChange_ = false;
+}
+
+void OpenDocument::move(void (History::*way)(document::Document&)) {
+  awaitsChange_ = false;
+  (history_.*way)(document_->stories());
+  refresh();
 }
 
 }  // namespace pluvo::desktop

@@ -7,53 +7,117 @@
 
 #include <QPointer>
 #include <QString>
+#include <atomic>
 #include <functional>
 #include <memory>
+#include <mutex>
+#include <optional>
+#include <vector>
 
 namespace pluvo::desktop {
 
-/// One open document: its file, its view where it is shown, and what its passes can be taken back to.
+/// One open document, twice: as whoever works on it has it, and as the window shows it. Work in another
+/// thread edits the one and publishes it now and then; the window's thread alone has the other, its view, and
+/// what its passes can be taken back to.
 class OpenDocument final : public memory::DocumentObserver {
  public:
   explicit OpenDocument(const memory::OpenedFile& opened);
   ~OpenDocument() override;
 
+  /// That of the work, or of the window where none is under way.
   const std::shared_ptr<memory::MemoryDocument>& document() const { return document_; }
   store::StoredFile& file() const { return *file_; }
+  const std::shared_ptr<store::StoredFile>& sharedFile() const { return file_; }
+
+  // Of the window's thread: as it is shown.
+  memory::MemoryDocument& shown() const { return *shown_; }
   QString name() const;
   /// For people; a byte that is no character shows as one that stands for it.
   QString path() const;
-  bool changed() const { return document_->stories().changed(); }
+  bool changed() const { return changed_; }
 
   view::DocumentView* view() const { return view_; }
-  void shownBy(view::DocumentView* view) { view_ = view; }
+  /// Makes its view, out of what prepare() made where that was called.
+  view::DocumentView* makeView();
 
-  void passBegins() { history_.passBegins(); }
-  /// Whether the pass that began last has changed the document.
+  /// What was published is shown.
+  void receive();
+  /// The same when the work has ended; the document is the window's again.
+  void takeBack();
+  /// A change by the window itself is shown.
+  void refresh();
+
+  void passBegins();
+  /// Whether the pass that began last has changed the document; refresh() tells of the latest.
   bool passChanged() const { return history_.passChanged(); }
   bool canUndo() const { return history_.canUndo(); }
   bool canRedo() const { return history_.canRedo(); }
-  void forgetPasses() { history_ = {}; }
-  void undo();
-  void redo();
+  void forgetPasses();
+  // Only while no work is under way, or that waits.
+  void undo() { move(&History::undo); }
+  void redo() { move(&History::redo); }
 
-  /// Called where the document has changed.
+  /// Called where the document that is shown has changed.
   std::function<void()> edited = [] {};
+  /// Called where the window's thread itself has changed the document, before that is shown.
+  std::function<void()> changedHere = [] {};
+  /// Whether work has the document.
+  std::function<bool()> isWorkedOn = [] { return false; };
 
-  void aboutToChange() override { history_.keep(document_->stories()); }
+  // Of the thread that works on it.
+  /// Looks through it for a view, which is what takes time.
+  void prepare();
+  bool hasView() const { return hasView_; }
+  /// What it is like now can be shown.
+  void publish();
+
+  // memory::DocumentObserver
+  void aboutToChange() override;
   void replaced(const document::Story& story, text::Span span, text::Position newLength) override;
   void highlighted(const document::Story& story, text::Span span) override;
   void selected(const document::Story& story, text::Span span) override;
   void viewChanged() override;
 
  private:
-  /// Whether the view shows it.
-  bool isShown(const document::Story& story) const { return view_ && &story == &document_->mainText(); }
+  /// An edit of main text: of its characters, or of their highlight.
+  struct Edit {
+    text::Span span;
+    std::optional<text::Position> newLength;
+  };
+  struct News {
+    std::optional<History::Snapshot> before;  ///< the pass changed it
+    History::Snapshot now;
+    std::vector<Edit> edits;
+    std::optional<std::pair<std::size_t, text::Span>> selection;
+    bool isAny = false;
+  };
+
+  void happened();
+  void show(News news);
+  void move(void (History::*way)(document::Document&));
+  bool isMainText(const document::Story& story) const { return &story == &document_->mainText(); }
 
   std::shared_ptr<memory::MemoryDocument> document_;
   std::shared_ptr<store::StoredFile> file_;
+  std::atomic<bool> awaitsChange_ = false;
+  std::atomic<bool> hasView_ = false;
+  News news_;  ///< of the thread that works on it
+  struct Prepared {
+    std::shared_ptr<memory::MemoryDocument> document;
+    view::DocumentView::Prepared view;
+  };
+  std::optional<Prepared> prepared_;
+
+  std::mutex mutex_;
+  News published_;  ///< from one thread to the other
+
+  std::shared_ptr<memory::MemoryDocument> shown_;
   QPointer<view::DocumentView> view_;
   History history_;
+  bool changed_ = false;
+  /// Meanwhile the user has selected something in what is shown.
+  bool userSelected_ = false;
+  bool selecting_ = false;
 };
 
 }  // namespace pluvo::desktop

@@ -7,22 +7,26 @@ namespace pluvo::desktop {
 void PassWatch::begins() {
   refused_ = false;
   run().begins();
-  begun();
+  work_.show([this] { begun(); });
 }
 
 engine::PassObserver::Answer PassWatch::operated(const engine::Block& block, const errors::Fault* refusal) {
   const Answer ofRun = run().operated(block, refusal);
   const bool asks = refusal != nullptr && engine_ != nullptr && !engine_->ConfirmEachOperationsetting();
-  if (asks && !std::exchange(refused_, true) && !goesOnAfterRefusal()) {
-    if (run_ != nullptr) takeBack();
-    return Answer::stop;
+  if (asks && !std::exchange(refused_, true)) {
+    bool goesOnNow = true;
+    work_.show([&] {
+      goesOnNow = goesOnAfterRefusal();
+      if (!goesOnNow && run_ != nullptr) takeBack();
+    });
+    if (!goesOnNow) return Answer::stop;
   }
-  return breathe(ofRun);
+  return goesOn(ofRun);
 }
 
-engine::PassObserver::Answer PassWatch::breathe(Answer ofRun) {
-  working_.breathe();
-  return run_ == nullptr && working_.cancels() > 0 ? Answer::stop : ofRun;
+engine::PassObserver::Answer PassWatch::goesOn(Answer ofRun) {
+  comesOn();
+  return run_ == nullptr && work_.cancels() > 0 ? Answer::stop : ofRun;
 }
 
 }  // namespace pluvo::desktop

@@ -2,18 +2,18 @@
 
 #include "dialog/clsProcessFind.h"
 #include "engine/observer.h"
-#include "working.h"
+#include "work.h"
 
 #include <functional>
 
 namespace pluvo::desktop {
 
-/// Breathes while a pass is at work, and ends it where the user wants that: a pass over one document at once;
-/// one of a run over files where the run wants it. Where an operation is refused, the others mostly are too,
-/// and each refusal is told in a box: so the user may end the pass.
+/// Watches a pass in the thread that makes it, and ends it where the user wants that: a pass over one
+/// document at once; one of a run over files where the run wants it. Where an operation is refused, the
+/// others mostly are too, and each refusal is told in a box: so the user may end the pass.
 class PassWatch final : public engine::PassObserver {
  public:
-  explicit PassWatch(Working& working) : working_(working) {}
+  explicit PassWatch(Work& work) : work_(work) {}
 
   void engine(const dialog::clsProcessFind* engine) { engine_ = engine; }
   /// The watcher of the run over files that the passes are made for; none where null.
@@ -22,6 +22,10 @@ class PassWatch final : public engine::PassObserver {
   bool runsOverFiles() const { return engine_ != nullptr && engine_->MultiFileRun(); }
   /// What the pass that began last looks for; the engine must be there.
   const engine::Request& request() const { return engine_->request(); }
+  /// The pass has come on, in its own thread.
+  std::function<void()> comesOn = [] {};
+
+  // Of the window's thread, while the pass waits.
   /// A pass begins over the active document.
   std::function<void()> begun = [] {};
   /// An operation was refused, which the user has been told; whether the pass goes on all the same. Asked
@@ -32,17 +36,17 @@ class PassWatch final : public engine::PassObserver {
   std::function<void()> takeBack = [] {};
 
   void begins() override;
-  Answer searching() override { return breathe(run().searching()); }
+  Answer searching() override { return goesOn(run().searching()); }
   void tooFar() override { run().tooFar(); }
-  Answer found(const engine::Block& block) override { return breathe(run().found(block)); }
+  Answer found(const engine::Block& block) override { return goesOn(run().found(block)); }
   Answer operated(const engine::Block&, const errors::Fault* refusal) override;
-  Answer skipped(const engine::Block& block) override { return breathe(run().skipped(block)); }
+  Answer skipped(const engine::Block& block) override { return goesOn(run().skipped(block)); }
 
  private:
   engine::PassObserver& run() { return run_ != nullptr ? *run_ : nobody_; }
-  Answer breathe(Answer ofRun);
+  Answer goesOn(Answer ofRun);
 
-  Working& working_;
+  Work& work_;
   const dialog::clsProcessFind* engine_ = nullptr;
   engine::PassObserver* run_ = nullptr;
   engine::PassObserver nobody_;

@@ -43,7 +43,7 @@ files::FileSystem& machine() { return files::machineFileSystem(); }
 
 }  // namespace
 
-RunsMenu::RunsMenu(QMenu& menu, Place place) : place_(std::move(place)), worker_(place_.working) {
+RunsMenu::RunsMenu(QMenu& menu, Place place) : place_(std::move(place)) {
   const auto entry = [&](const QString& name, void (RunsMenu::*chosen)()) {
     QAction* const action = menu.addAction(name);
     connect(action, &QAction::triggered, this, chosen);
@@ -87,15 +87,15 @@ void RunsMenu::tell(const QString& what, const QString& more) { Question(&place_
 void RunsMenu::undoLast() {
   if (place_.refusedNow()) return;
   try {
-    runs::PastRuns past(machine());
-    const runs::PastRun* const last = past.last();
+    const auto past = std::make_shared<runs::PastRuns>(machine());
+    const runs::PastRun* const last = past->last();
     if (last == nullptr) {
       tell(tr("There is no run to take back."), {});
     } else if (last->refused) {
       tell(tr("The last run cannot be taken back."),
            tr("Other users may write what is kept of it, so that it is not relied on."));
     } else if (confirmsUndo(*last)) {
-      takeBack(past, *last);
+      takeBack(past, last->name);
     }
   } catch (...) {
     tell(tr("The last run cannot be taken back."),
@@ -117,25 +117,42 @@ bool RunsMenu::confirmsUndo(const runs::PastRun& run) {
   return box.clickedButton() == undo;
 }
 
-void RunsMenu::takeBack(runs::PastRuns& past, const runs::PastRun& run) {
-  std::size_t restored = 0;
-  std::size_t asBefore = 0;
-  QStringList left;
-  worker_.begin([&] {
-    past.takeBack(run.name, [&](const runs::TakenBack& taken) {
-      worker_.tell([&, taken] {
+void RunsMenu::takeBack(const std::shared_ptr<runs::PastRuns>& past, const std::string& run) {
+  struct Counts {
+    std::size_t restored = 0;
+    std::size_t asBefore = 0;
+    QStringList left;
+  };
+  const auto counts = std::make_shared<Counts>();
+  takesBack_ = true;
+  const auto work = [this, past, run, counts] {
+    past->takeBack(run, [&](const runs::TakenBack& taken) {
+      place_.work.show([&] {
         if (taken.failure) {
-          left += text(runs::failureLine(taken.path, *taken.failure));
+          counts->left += text(runs::failureLine(taken.path, *taken.failure));
         } else if (taken.asBefore) {
-          ++asBefore;
+          ++counts->asBefore;
         } else {
-          ++restored;
+          ++counts->restored;
           place_.changed(taken.path);
         }
       });
     });
+  };
+  place_.work.run(work, [this, counts](std::exception_ptr thrown) {
+    takesBack_ = false;
+    try {
+      if (thrown) std::rethrow_exception(thrown);
+      tellTakenBack(counts->restored, counts->asBefore, counts->left);
+    } catch (...) {
+      tell(tr("The last run cannot be taken back."),
+           QString::fromStdU16String(errors::faultInFlight().description));
+    }
+    look();
   });
-  worker_.wait();
+}
+
+void RunsMenu::tellTakenBack(std::size_t restored, std::size_t asBefore, const QStringList& left) {
   QString line = tr("%1 put back").arg(counted(restored));
   if (asBefore > 0) line += tr(", %1 already as before").arg(asBefore);
   if (left.isEmpty()) return place_.note(line + u'.');

@@ -3,7 +3,7 @@
 #include "folder_run.h"
 #include "runs/kept.h"
 #include "runs/past_runs.h"
-#include "worker.h"
+#include "work.h"
 
 #include <QAction>
 #include <QMenu>
@@ -22,7 +22,7 @@ class RunsMenu final : public QObject {
   /// What it needs of the window, which outlives it.
   struct Place {
     QWidget& window;
-    Working& working;
+    Work& work;
     /// Whether a pass is under way, which the user is told.
     std::function<bool()> refusedNow;
     /// Opens a file with the program for it. Throws Fault.
@@ -42,12 +42,13 @@ class RunsMenu final : public QObject {
   /// A run has ended: what of that the user has to know. Silent where the window closes.
   void runEnded(const RunOverFiles& run, bool silently);
   /// Whether an undo is under way, which nothing ends.
-  bool takesBack() const { return worker_.isUnderWay(); }
+  bool takesBack() const { return takesBack_; }
 
  private:
   void undoLast();
   bool confirmsUndo(const runs::PastRun& run);
-  void takeBack(runs::PastRuns& past, const runs::PastRun& run);
+  void takeBack(const std::shared_ptr<runs::PastRuns>& past, const std::string& run);
+  void tellTakenBack(std::size_t restored, std::size_t asBefore, const QStringList& left);
   void showReport();
   void showUnfinished();
   void goOn(const runs::UnfinishedList& list);
@@ -58,7 +59,7 @@ class RunsMenu final : public QObject {
   void tell(const QString& what, const QString& more);
 
   Place place_;
-  Worker worker_;
+  bool takesBack_ = false;
   QAction* undo_ = nullptr;
   QAction* report_ = nullptr;
   QAction* unfinished_ = nullptr;

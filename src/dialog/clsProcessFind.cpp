@@ -155,7 +155,10 @@ void clsProcessFind::ChangesSummary() {
     const engine::PassResult done = result();
     context().runSummary +=
         summaryLine(done, multiFileRun_ ? std::optional<std::u16string>(documentName()) : std::nullopt);
-    if (!quiet_) showSummary(done, boxes(), forms(), cancelOperation_);
+    if (quiet_) return;
+    bool cancel = cancelOperation_;
+    labour().show([&] { showSummary(done, boxes(), forms(), cancel); });
+    cancelOperation_ = cancel;
   });
 }
 

@@ -54,19 +54,26 @@ struct frmFAR::Rules {
       : choices(form.pages_->pgFindAndReplace, form.context_, form.surroundings_.boxes,
                 form.surroundings_.inputs),
         textBoxes(*form.pages_, form.context_, form.surroundings_.boxes,
-                  [&form]() -> word::Application& { return form.engine_->application(); }),
+                  [&form]() -> word::Application& {
+                    return form.surroundings_.shown ? form.surroundings_.shown()
+                                                    : form.engine_->application();
+                  }),
         preview(*form.pages_, *form.engine_, choices),
-        files(form, form.pages_->pgMultiFiles, *form.engine_),
-        execution(form, *form.pages_, *form.engine_, form.surroundings_.clock, form.surroundings_.yielding,
-                  {[this] { return files.LocateFilesForRun(); }, form.surroundings_.filesChosen}),
+        files(form, form.pages_->pgMultiFiles, *form.engine_, form.context_),
+        execution(
+            form, *form.pages_, *form.engine_, form.surroundings_.clock, form.surroundings_.yielding,
+            {[this](const auto& then) { files.LocateFilesForRun(then); }, form.surroundings_.filesChosen}),
         options(form.pages_->Options, form.context_, dataFolder),
         links(*form.pages_, *form.engine_, form.surroundings_.launcher,
               {form.surroundings_.componentFolder, form.surroundings_.showDocument}),
-        status(form, *form.pages_, form.MultiPage1, *form.folders_, execution, options, [&form] {
-          const std::u16string told =
-              form.engine_->MultiFileRun() && form.stepper_ ? form.stepper_->toldOfRun() : std::u16string();
-          return told.empty() ? form.surroundings_.notReached() : told;
-        }) {}
+        status(form, *form.pages_, form.MultiPage1, *form.folders_, files, execution, options,
+               [&form](const auto& told) {
+                 const std::u16string ofRun = form.engine_->MultiFileRun() && form.stepper_
+                                                  ? form.stepper_->toldOfRun()
+                                                  : std::u16string();
+                 if (!ofRun.empty()) return told(ofRun);
+                 form.surroundings_.notReached(told);
+               }) {}
 
   Choices choices;
   TextBoxes textBoxes;
@@ -100,8 +107,10 @@ void frmFAR::UserForm_Initialize() {
   errors::guarded(context_, kTag, [&] {
     createEngine();
     const std::u16string dataFolder = findDataFolder();
-    createReporter(dataFolder);
-    context_.stopPreface = kStopPreface;
+    for (errors::Context* context : {&context_, &workContext_}) {
+      createReporter(*context, dataFolder);
+      context->stopPreface = kStopPreface;
+    }
     connectRules(dataFolder);
     pages_->Options.setProductTips();
     pages_->pgAbout.setNotice();
@@ -115,8 +124,10 @@ void frmFAR::UserForm_Initialize() {
 }
 
 void frmFAR::createEngine() {
-  engine_ = std::make_unique<clsProcessFind>(clsProcessFind::Surroundings{
-      surroundings_.application, context_, surroundings_.boxes, surroundings_.forms});
+  const bool isElsewhere = surroundings_.labour != nullptr && surroundings_.labour->isElsewhere();
+  engine_ = std::make_unique<clsProcessFind>(
+      clsProcessFind::Surroundings{surroundings_.application, isElsewhere ? workContext_ : context_,
+                                   surroundings_.boxes, surroundings_.forms, surroundings_.labour});
   surroundings_.engineMade(*engine_);
 }
 
@@ -128,13 +139,13 @@ std::u16string frmFAR::findDataFolder() {
          application.PathSeparator();
 }
 
-void frmFAR::createReporter(const std::u16string& dataFolder) {
-  auto reporter = std::make_shared<errors::clsErrorLogging>(context_.currentFault, reports_);
+void frmFAR::createReporter(errors::Context& context, const std::u16string& dataFolder) {
+  auto reporter = std::make_shared<errors::clsErrorLogging>(context.currentFault, reports_);
   reporter->ErrorDetailLevel(3);
   reporter->ErrorTitleCaption(u"An error has occured in P.L.U.V.O.");
   reporter->SendErrors_ToScreen(true);
   reporter->SendErrors_ToTxtFile(dataFolder + u"errors.txt");
-  context_.reporter = std::move(reporter);
+  context.reporter = std::move(reporter);
 }
 
 void frmFAR::connectRules(const std::u16string& dataFolder) {

@@ -3,6 +3,9 @@
 #include "base/text.h"
 #include "errors/context.h"
 
+#include <memory>
+#include <utility>
+
 namespace pluvo::dialog {
 
 namespace {
@@ -45,54 +48,96 @@ frmProcessing::frmProcessing(clsProcessFind& engine)
 
 void frmProcessing::endRun() {
   engine_.endPass();
-  if (multi_) engine_.abandonFiles();
+  if (!multi_) return Finished.raise();
+  engine_.labour().run([this] { engine_.abandonFiles(); },
+                       [this](const std::exception_ptr& thrown) {
+                         Finished.raise();
+                         if (thrown) std::rethrow_exception(thrown);
+                       });
 }
 
-void frmProcessing::SingleProcess() {
+void frmProcessing::SingleProcess(Then then) {
+  then_ = std::move(then);
   errors::guarded(engine_.context(), u"fproc:02", [&] {
     multi_ = false;
-    engine_.InitializeFind();
-    showNextBlock();
+    proceed([this] { engine_.InitializeFind(); });
   });
 }
 
-void frmProcessing::MultiProcess(const std::vector<std::u16string>& files) {
+void frmProcessing::MultiProcess(const std::vector<std::u16string>& files, Then then) {
+  then_ = std::move(then);
+  bool begins = false;
   errors::guarded(engine_.context(), u"fproc:01", [&] {
     multi_ = true;
     Visible(false);
     files_ = files;
     index_ = 0;
     engine_.CancelOperation(false);
-    if (!startNextFile()) return;
-    if (engine_.FindNextItem()) {
-      awaitDecision();
-    } else {
-      finish();
-    }
+    begins = true;
   });
+  if (!begins) return std::exchange(then_, [] {})();
+  const auto found = std::make_shared<bool>(false);
+  const auto opened = std::make_shared<bool>(false);
+  engine_.labour().run(
+      [this, found, opened] {
+        *opened = startNextFile();
+        *found = *opened && findNext();
+      },
+      [this, found, opened](const std::exception_ptr& thrown) {
+        if (*opened || thrown) return proceeded(thrown, *found);
+        std::exchange(then_, [] {})();
+      });
 }
 
 void frmProcessing::cmdPerform_Click() {
-  errors::guarded(engine_.context(), u"fproc:04", [&] {
-    engine_.MakeChanges();
-    showNextBlock();
-  });
+  errors::guarded(engine_.context(), u"fproc:04", [&] { proceed([this] { engine_.MakeChanges(); }); });
 }
 
 void frmProcessing::cmdSkip_Click() {
-  errors::guarded(engine_.context(), u"fproc:05", [&] {
-    engine_.SkipChanges();
-    showNextBlock();
+  errors::guarded(engine_.context(), u"fproc:05", [&] { proceed([this] { engine_.SkipChanges(); }); });
+}
+
+void frmProcessing::proceed(std::function<void()> step) {
+  Visible(false);
+  const auto found = std::make_shared<bool>(false);
+  engine_.labour().run(
+      [this, found, step = std::move(step)] {
+        step();
+        *found = findNext();
+      },
+      [this, found](const std::exception_ptr& thrown) { proceeded(thrown, *found); });
+}
+
+/// In the thread of work. Whether a block awaits a decision.
+bool frmProcessing::findNext() { return engine_.FindNextItem() || findInLaterFiles(); }
+
+bool frmProcessing::findInLaterFiles() {
+  return errors::guarded(engine_.context(), u"fproc:03", [&] {
+    engine_.ChangesSummary();
+    while (multi_) {
+      engine_.MultiPLUVO_CloseFile();
+      if (engine_.CancelOperation()) break;
+      ++index_;
+      if (!startNextFile()) break;
+      if (engine_.FindNextItem()) return true;
+      engine_.context().locationTag = u"fproc:03";
+      engine_.ChangesSummary();
+    }
+    return false;
   });
 }
 
-void frmProcessing::showNextBlock() {
-  Visible(false);
-  if (engine_.FindNextItem()) {
-    awaitDecision();
-  } else {
-    finish();
-  }
+void frmProcessing::proceeded(const std::exception_ptr& thrown, bool found) {
+  errors::guardedOn(engine_.context(), [&] {
+    if (thrown) std::rethrow_exception(thrown);
+    if (found) {
+      awaitDecision();
+    } else {
+      Hide();
+    }
+  });
+  if (!found && !Visible()) Finished.raise();
+  std::exchange(then_, [] {})();
 }
 
 void frmProcessing::awaitDecision() {
@@ -102,26 +147,8 @@ void frmProcessing::awaitDecision() {
   } catch (...) {
     // Without a window nobody can decide about the block, nor close the form.
     endRun();
-    Finished.raise();
     throw;
   }
-}
-
-void frmProcessing::finish() {
-  errors::guarded(engine_.context(), u"fproc:03", [&] {
-    engine_.ChangesSummary();
-    while (multi_) {
-      engine_.MultiPLUVO_CloseFile();
-      if (engine_.CancelOperation()) break;
-      ++index_;
-      if (!startNextFile()) break;
-      if (engine_.FindNextItem()) return awaitDecision();
-      engine_.context().locationTag = u"fproc:03";
-      engine_.ChangesSummary();
-    }
-    Hide();
-  });
-  if (!Visible()) Finished.raise();
 }
 
 void frmProcessing::tellWhatAwaits() {

@@ -30,7 +30,7 @@ bool hasDocument(Execution& execution) {
 }  // namespace
 
 StatusLine::StatusLine(forms::Form& form, Pages& pages, forms::MultiPage& tabs, scanner::Folders& folders,
-                       Execution& execution, OptionsFile& options, NotReached notReached)
+                       FileChoice& files, Execution& execution, OptionsFile& options, NotReached notReached)
     : form_(form),
       files_(pages.pgMultiFiles),
       folders_(folders),
@@ -42,16 +42,14 @@ StatusLine::StatusLine(forms::Form& form, Pages& pages, forms::MultiPage& tabs, 
     if (std::exchange(listed_, list.ListCount()) != list.ListCount()) tellOverWhat();
   });
   tabs.Change.handledBy([this] { tellOverWhat(); });
-  files_.cmdGetPotentialFiles.Click.handledBy([this, &list] {
+  files.Listed.handledBy([this, &list] {
     if (list.ListCount() == 0) tellWhereNothingWasFound();
   });
-  pages.pgFindAndReplace.cmdExecuteFAR.Click.handledBy([this] {
+  execution.Executed.handledBy([this] {
     confirms_ = execution_.confirming();
     // What was told of the run before is over; of files there is the one at hand.
     if (confirms_ && path().empty()) tellOverWhat();
-    if (confirms_) return;
-    tellOfRun();
-    if (execution_.FilesToProcess().empty()) tellWhereNothingWasFound();
+    if (!confirms_) tellOfRun();
   });
   // Where nothing awaited a decision, Execute has not returned yet, and tells of the run itself.
   execution.Confirmed.handledBy([this] {
@@ -89,9 +87,14 @@ std::u16string StatusLine::overWhat() const {
 }
 
 void StatusLine::tellOfRun() {
-  const std::u16string notReached = notReached_();
-  if (notReached.empty()) return tellOverWhat();
-  form_.StatusText(notReached);
+  notReached_([this](const std::u16string& sentence) {
+    if (sentence.empty()) {
+      tellOverWhat();
+    } else {
+      form_.StatusText(sentence);
+    }
+    if (execution_.FilesToProcess().empty()) tellWhereNothingWasFound();
+  });
 }
 
 void StatusLine::tellWhereNothingWasFound() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "files_page/file_choice.h"
 #include "find_page/execution.h"
 #include "forms/form.h"
 #include "options_page/options_file.h"
@@ -16,11 +17,11 @@ namespace pluvo::dialog {
 class StatusLine {
  public:
   /// What the last run did not reach; see Surroundings.
-  using NotReached = std::function<std::u16string()>;
+  using NotReached = std::function<void(const std::function<void(const std::u16string& sentence)>& told)>;
 
   /// All outlive it, and have their handlers already.
   StatusLine(forms::Form& form, Pages& pages, forms::MultiPage& tabs, scanner::Folders& folders,
-             Execution& execution, OptionsFile& options, NotReached notReached);
+             FileChoice& files, Execution& execution, OptionsFile& options, NotReached notReached);
 
   /// A document was opened or closed.
   void documentsChanged();

@@ -30,6 +30,12 @@ Document::Document(std::vector<Content> stories, std::shared_ptr<const Medium> m
   for (Holder& holder : holders_) std::sort(holder.anchors.begin(), holder.anchors.end());
 }
 
+Document::Document(Snapshot snapshot) {
+  stories_.reserve(snapshot.size());
+  for (Story::Snapshot& story : snapshot) stories_.push_back(std::make_unique<Story>(std::move(story)));
+  holders_.resize(stories_.size());
+}
+
 std::size_t Document::firstOf(word::WdStoryType kind, std::size_t i) const {
   while (i < stories_.size() && stories_[i]->kind() != kind) ++i;
   return i;

@@ -99,6 +99,19 @@ Story::Story(Content content, const Medium* medium, PartCount* count)
       count_(count == nullptr ? &ownCount_ : count),
       counted_(parts()) {}
 
+Story::Story(Snapshot snapshot)
+    : kind_(snapshot.kind),
+      medium_(nullptr),
+      text_(std::move(snapshot.text)),
+      visibility_(std::move(snapshot.visibility)),
+      highlight_(std::move(snapshot.highlight)),
+      structure_(std::move(snapshot.structure)),
+      nesting_(std::move(snapshot.nesting)),
+      count_(&ownCount_),
+      counted_(parts()),
+      changed_(snapshot.changed),
+      saves_(snapshot.saves) {}
+
 void Story::requireText(std::u16string_view newText) const {
   if (medium_ != nullptr && !newText.empty()) {
     if (const auto reason = medium_->refusesText(newText))

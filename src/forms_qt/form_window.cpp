@@ -316,6 +316,10 @@ void FormWindow::activated() {
   doings_.does([this] { form_.activate(); });
 }
 
+void FormWindow::admissionChanged() {
+  for (Mirror* mirror : all()) mirror->admissionChanged();
+}
+
 void FormWindow::looksChanged() {
   for (Mirror* mirror : all()) mirror->refresh();
 }

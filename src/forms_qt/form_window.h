@@ -40,6 +40,7 @@ class FormWindow {
   void closed();
   void activated();
   void looksChanged();
+  void admissionChanged();
 
  private:
   void build();

@@ -32,4 +32,8 @@ QWidget* QtForms::windowOf(const forms::Form& form) const {
   return there == windows_.end() ? nullptr : there->second->window();
 }
 
+void QtForms::admissionChanged() {
+  for (const auto& [form, window] : windows_) window->admissionChanged();
+}
+
 }  // namespace pluvo::forms_qt

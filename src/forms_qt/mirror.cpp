@@ -10,6 +10,7 @@
 #include "texts.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace pluvo::forms_qt {
 
@@ -49,7 +50,7 @@ void Mirror::mirrors(QWidget& widget) {
 
 void Mirror::refresh() {
   if (!widget_) return;
-  widget_->setEnabled(control_.Enabled());
+  widget_->setEnabled(control_.Enabled() && isOffered_);
   widget_->setVisible(control_.Visible());
   widget_->setToolTip(toolTip(control_.ControlTipText()));
   widget_->setAccessibleName(spokenName_.isEmpty() ? spokenName(control_) : spokenName_);
@@ -58,6 +59,13 @@ void Mirror::refresh() {
   setFont(*widget_, control_.Font());
   dress();
   refreshKind();
+}
+
+void Mirror::admissionChanged() {
+  const auto* label = dynamic_cast<const forms::Label*>(&control_);
+  const bool isPressed = control_.kind() == forms::ControlKind::commandButton || (label && label->IsLink());
+  const bool offered = !isPressed || doings_.offers(control_);
+  if (std::exchange(isOffered_, offered) != offered) refresh();
 }
 
 QString Mirror::keyed() const { return withKey(keyText(), key_); }

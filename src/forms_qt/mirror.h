@@ -45,6 +45,8 @@ class Mirror : public QObject {
   void namedBy(const forms::Control& label);
   /// Shows the control's values anew.
   void refresh();
+  /// A button or a link is off while the program would not admit its press.
+  void admissionChanged();
 
  protected:
   Mirror(forms::Control& control, Doings& doings) : control_(control), doings_(doings) {}
@@ -63,6 +65,7 @@ class Mirror : public QObject {
  private:
   forms::Control& control_;
   Doings& doings_;
+  bool isOffered_ = true;
   QPointer<QWidget> widget_;
   QString spokenName_;
   QChar key_;

@@ -107,7 +107,11 @@ class UsedWindow : public testing::Test {
     auto& tick = control<QCheckBox>(box);
     if (tick.isChecked() != on) tick.click();
   }
-  void click(const char* button) { control<QPushButton>(button).click(); }
+  void click(const char* button) {
+    control<QPushButton>(button).click();
+    settle();
+  }
+  /// Execute, and what comes of it until the window has nothing under way.
   void execute() { click("cmdExecuteFAR"); }
   void ask(const char* beginning, const char* operation) {
     type("txtBeginText", beginning);
@@ -132,19 +136,27 @@ class UsedWindow : public testing::Test {
     return nullptr;
   }
   /// The user decides upon the block that awaits it.
-  static void decide(const char* button) {
+  void decide(const char* button) {
     ASSERT_NE(confirmation(), nullptr);
     press(*confirmation(), button);
     settle();
   }
-  static void settle() {
-    for (int rounds = 0; rounds < 5; ++rounds) QCoreApplication::processEvents();
+  /// Until no work is under way, and nothing comes of the last.
+  void settle() {
+    const auto idle = [this] { return !window->work().underWay(); };
+    for (int rounds = 0; rounds < 5; ++rounds) {
+      ASSERT_TRUE(QTest::qWaitFor(idle, kPatience));
+      QCoreApplication::processEvents();
+    }
   }
 
   OpenDocument& open(const std::string& path) {
-    window->open(std::vector<std::string>{path});
-    settle();
+    openAll({path});
     return *window->current();
+  }
+  void openAll(const std::vector<std::string>& paths) {
+    window->open(paths);
+    settle();
   }
   static std::string text(memory::MemoryDocument& document) {
     return base::utf8(document.mainText().text().substring(0, document.mainText().length()));
@@ -169,7 +181,8 @@ class UsedWindow : public testing::Test {
     return base::utf8(
         document.document()->mainText().visibleText(document.document()->selection(), text::View::results));
   }
-  void menu(const char* text) {
+  /// In the midst of work, too.
+  void trigger(const char* text) {
     for (QAction* action : window->findChildren<QAction*>()) {
       if (action->text() != QString::fromUtf8(text)) continue;
       // Behind slow work some come back a moment later.
@@ -177,6 +190,10 @@ class UsedWindow : public testing::Test {
       return action->trigger();
     }
     ADD_FAILURE() << "no action " << text;
+  }
+  void menu(const char* text) {
+    trigger(text);
+    settle();
   }
 
   files::Scratch scratch;
@@ -191,7 +208,7 @@ class UsedWindow : public testing::Test {
  private:
   void answer() {
     QWidget* const box = QApplication::activeModalWidget();
-    if (box == nullptr || box == answered_ || window->working().breathing()) return;
+    if (box == nullptr || box == answered_) return;
     answered_ = box;
     QObject::connect(box, &QObject::destroyed, [this, box] {
       if (answered_ == box) answered_ = nullptr;

@@ -53,7 +53,7 @@ TEST_F(UsedWindow, ServesAUsersWholePath) {
     execute();
     awaits("[a]secret[b]");
     EXPECT_FALSE(control<QPushButton>("cmdExecuteFAR").isEnabled()) << "a second run";
-    window->open({path});
+    openAll({path});
     EXPECT_THAT(window->statusBar()->currentMessage().toStdString(), HasSubstr("under way"));
 
     decide("cmdPerform");
@@ -398,6 +398,7 @@ TEST_F(UsedWindow, AsksBeforeChangesAreLost) {
     change(document, 1, u"O");
     expectAnswer(QMessageBox::Cancel);
     window->close();
+    settle();
     EXPECT_TRUE(window->isVisible());
     EXPECT_EQ(window->current(), &document) << "the one that is asked about";
     expectAnswer(QMessageBox::Discard);
@@ -424,9 +425,8 @@ TEST_F(UsedWindow, ClosesOnlyWhenNothingIsAsked) {
       EXPECT_EQ(QApplication::activeModalWidget(), &box) << "one question at a time";
       static_cast<QDialog&>(box).reject();
     });
-    menu("&Save");
     expectAnswer(QMessageBox::Cancel);
-    settle();
+    menu("&Save");
     EXPECT_TRUE(window->isVisible());
     EXPECT_EQ(window->current(), &document);
   });
@@ -457,10 +457,10 @@ TEST_F(UsedWindow, AsksForTheEncodingOfAText) {
   };
   use([&] {
     expectBox(choose("Windows-1251", "дПЗ 1", false));
-    window->open({path});
+    openAll({path});
     EXPECT_EQ(window->current(), nullptr);
     expectBox(choose("KOI8-R", "Дог 1", true));
-    window->open({path});
+    openAll({path});
     EXPECT_EQ(text(*window->current()), "Дог 1\r");
     expectBox(choose("Windows-1251", "дПЗ 1", true));
     menu("Reopen in Another &Encoding …");
@@ -474,7 +474,7 @@ TEST_F(UsedWindow, AsksForTheEncodingOfAText) {
 TEST_F(UsedWindow, OpensWhatIsThereAndSaysWhatIsNot) {
   use([&] {
     expectSaying("no such file");
-    window->open({scratch.path("none.txt")});
+    openAll({scratch.path("none.txt")});
     EXPECT_EQ(window->current(), nullptr);
     toOpen = {QString::fromStdString(scratch.put("b.txt", "b\n")),
               QString::fromStdString(scratch.put("a.txt", "a\n"))};

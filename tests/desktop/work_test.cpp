@@ -1,5 +1,6 @@
+#include "work.h"
+
 #include "used_window.h"
-#include "working.h"
 
 #include <QtTest/QtTest>
 #include <gtest/gtest.h>
@@ -15,52 +16,48 @@ namespace {
 using namespace std::chrono_literals;
 
 TEST(Work, InAnotherThreadLeavesThisOneAlive) {
-  Working working;
-  working.waitedFor = 0ms;
+  Work work;
   std::vector<bool> told;
-  working.changed = [&](bool underWay) { told.push_back(underWay); };
-  // The work lasts until this thread has dealt with so many events, one after the other.
-  std::promise<void> alive;
-  int ticks = 0;
-  QTimer timer;
-  timer.callOnTimeout([&] {
-    if (++ticks == 20) alive.set_value();
-  });
-  timer.start(0);
+  std::promise<void> isSeen;
+  work.changed = [&](bool isShown) {
+    told.push_back(isShown);
+    if (isShown) isSeen.set_value();
+  };
   std::thread::id worker;
-  working.run([&] {
-    worker = std::this_thread::get_id();
-    EXPECT_EQ(alive.get_future().wait_for(5min), std::future_status::ready);
-  });
-  timer.stop();
+  std::thread::id shower;
+  bool goesOn = false;
+  work.run(
+      [&] {
+        worker = std::this_thread::get_id();
+        EXPECT_EQ(isSeen.get_future().wait_for(5min), std::future_status::ready);
+        work.show([&] { shower = std::this_thread::get_id(); });
+        EXPECT_THROW(work.show([] { throw std::runtime_error("no"); }), std::runtime_error);
+      },
+      [&](const std::exception_ptr& thrown) { goesOn = !thrown; });
+  EXPECT_TRUE(work.underWay());
+  work.wait();
+  EXPECT_TRUE(goesOn);
   EXPECT_NE(worker, std::this_thread::get_id());
-  EXPECT_GE(ticks, 20);
-  EXPECT_TRUE(working.underWay()) << "until the event loop has control";
-  QCoreApplication::processEvents();
-  EXPECT_FALSE(working.underWay());
+  EXPECT_EQ(shower, std::this_thread::get_id());
   EXPECT_EQ(told, (std::vector<bool>{true, false}));
-
-  EXPECT_THROW(working.run([] { throw std::runtime_error("no"); }), std::runtime_error);
-  std::promise<void> within;  // work within work is done at once
-  QTimer::singleShot(0, [&] { working.run([&] { within.set_value(); }); });
-  working.run([&] { EXPECT_EQ(within.get_future().wait_for(5min), std::future_status::ready); });
 }
 
 TEST(Work, ThatIsShortShowsNothing) {
-  Working working;
-  working.waitedFor = 5min;
-  auto now = 0ms;
-  working.clock = [&] { return now; };
+  Work work;
   std::vector<bool> told;
-  working.changed = [&](bool underWay) { told.push_back(underWay); };
-  for (const auto& [took, shown] : {std::pair{Working::kEvery - 1ms, 0U}, {Working::kEvery, 2U}}) {
-    working.run([] {});
-    now += took;
-    working.breathe();
-    QCoreApplication::processEvents();
-    EXPECT_FALSE(working.underWay());
-    EXPECT_EQ(told.size(), shown);
-  }
+  work.changed = [&](bool isShown) { told.push_back(isShown); };
+  int ended = 0;
+  work.ended = [&] { ++ended; };
+  bool threw = false;
+  work.run([] {},
+           [&](const std::exception_ptr&) {
+             work.run([] { throw std::runtime_error("no"); },
+                      [&](const std::exception_ptr& thrown) { threw = thrown != nullptr; });
+           });
+  work.wait();
+  EXPECT_TRUE(threw);
+  EXPECT_EQ(ended, 1) << "one work follows the other";
+  EXPECT_TRUE(told.empty());
 }
 
 std::string manyBlocks(int count) {
@@ -84,46 +81,35 @@ class WorkInTheWindow : public UsedWindow {
     type("txtTextToEnter", "X");
     tick("chkQuiteMode");
   }
-  /// While the engine is at work, does this in every breath until it says that it was done often enough.
-  /// A millisecond goes by between two questions of the engine's, however long they take.
+  /// While the engine is at work, does this at each of its questions, which wait for it, until it says that
+  /// it was done often enough.
   void meanwhile(std::function<bool()> done) {
     done_ = std::move(done);
-    window->working().clock = [this] {
+    window->watch().comesOn = [this, before = window->watch().comesOn] {
+      before();
       ++asked;
       asking();
-      if (done_ && !std::exchange(queued_, true))
-        QMetaObject::invokeMethod(
-            window.get(), [this] { breath(); }, Qt::QueuedConnection);
-      return Working::Milliseconds(asked);
+      if (!done_) return;
+      window->work().show([this] {
+        if (done_()) done_ = nullptr;
+      });
     };
   }
   void cancel() {
-    menu("Ca&ncel");
+    trigger("Ca&ncel");
     ++cancels;
     askedAtCancel = asked;
   }
-  /// After a cancel the engine asks once more, and not at all about another block.
-  void expectSoonEnded() const { EXPECT_LE(asked - askedAtCancel, 3); }
+  /// After a cancel the engine asks nothing more, so that another block is neither sought nor touched.
+  void expectSoonEnded() const { EXPECT_EQ(asked, askedAtCancel); }
 
   std::function<void()> asking = [] {};
   int asked = 0;
   int askedAtCancel = 0;
   int cancels = 0;
-  int longestGap = 0;  ///< the most questions between two breaths
 
  private:
-  /// Events before the first breath are none: the notice in front of the run breathes too.
-  void breath() {
-    queued_ = false;
-    if (!window->working().breathing()) return;
-    if (lastBreath_ > 0) longestGap = std::max(longestGap, asked - lastBreath_);
-    lastBreath_ = asked;
-    if (done_ && done_()) done_ = nullptr;
-  }
-
   std::function<bool()> done_;
-  bool queued_ = false;
-  int lastBreath_ = 0;
 };
 
 TEST_F(WorkInTheWindow, KeepsItAliveAndCanBeCancelled) {
@@ -132,12 +118,18 @@ TEST_F(WorkInTheWindow, KeepsItAliveAndCanBeCancelled) {
     const auto length = [&] { return document.document()->mainText().length(); };
     const int before = length();
     askForReplacement();
-    bool secondRefused = false;
+    auto& button = control<QPushButton>("cmdExecuteFAR");
     meanwhile([&] {
       if (length() >= before - 1000) return false;
-      execute();
+      button.click();
       window->open({scratch.path("other.txt")});
-      secondRefused = !control<QPushButton>("cmdExecuteFAR").isEnabled();
+      EXPECT_TRUE(QTest::qWaitFor([&] { return !button.isEnabled(); }, kPatience)) << "a second run";
+      type("txtTextToEnter", "typed meanwhile");
+      auto& bar = *document.view()->verticalScrollBar();
+      bar.setValue(bar.maximum());
+      document.view()->selectAll();
+      document.view()->grab();
+      EXPECT_GT(document.shown().mainText().length(), length()) << "what is shown is a text of its own";
       cancel();
       return true;
     });
@@ -149,13 +141,13 @@ TEST_F(WorkInTheWindow, KeepsItAliveAndCanBeCancelled) {
     };
     execute();
     asking = [] {};
-    ASSERT_EQ(cancels, 1) << "the pass never breathed";
+    ASSERT_EQ(cancels, 1) << "the pass asked nothing";
     expectSoonEnded();
-    EXPECT_LE(longestGap, Working::kEvery.count() + 2);
     EXPECT_EQ(longestStep, 11) << "the engine asks at every block";
-    EXPECT_TRUE(secondRefused);
-    settle();
+    EXPECT_EQ(control<QPlainTextEdit>("txtTextToEnter").toPlainText(), QStringLiteral("typed meanwhile"));
+    EXPECT_TRUE(button.isEnabled());
     EXPECT_LT(length(), before);
+    EXPECT_EQ(document.shown().mainText().length(), length());
     EXPECT_NE(text(document).find("[a]secret[b]"), std::string::npos) << "it ended before the end";
     menu("&Undo Last Pass");
     EXPECT_EQ(length(), before);

@@ -33,7 +33,7 @@ TEST_F(Execution, SendsTheRequestAsItStands) {
   errors::WatchedContext watched;
   clsProcessFind engine({[this] { return word; }, watched.context, boxes, forms});
   const dialog::Execution second(dialog(), dynamic_cast<frmFAR&>(dialog()).pages(), engine, clock, yielding,
-                                 {[] { return std::vector<std::u16string>(); }});
+                                 {[](const auto& then) { then({}); }});
   engine::Request expected;
   expected.begin = u"a";
   expected.unit = engine::kParagraphs;

@@ -16,18 +16,12 @@ constexpr qreal kFontSize = 11.5;
 }  // namespace
 
 Column::Column(std::shared_ptr<memory::MemoryDocument> document, text::RunMap<formats::Appearance> appearance)
-    : document_(std::move(document)), looks_({{}, std::move(appearance), {}, {}}) {}
-
-void Column::makeIndex(const std::function<void(const std::function<void()>& work)>& running) {
-  std::unique_ptr<BlockIndex> index;
-  running([&] {
-    index = std::make_unique<BlockIndex>(mainText(), [this](Span block, bool isRow) {
-      const double lines = isRow ? 1 : std::max(std::ceil(block.length() / charactersInLine_), 1.0);
-      return static_cast<int>(lineHeight_ * (lines * 1.12 + 0.4));
-    });
-  });
-  index_ = std::move(index);
-}
+    : document_(std::move(document)),
+      looks_({{}, std::move(appearance), {}, {}}),
+      index_(std::make_unique<BlockIndex>(mainText(), [this](Span block, bool isRow) {
+        const double lines = isRow ? 1 : std::max(std::ceil(block.length() / charactersInLine_), 1.0);
+        return static_cast<int>(lineHeight_ * (lines * 1.12 + 0.4));
+      })) {}
 
 void Column::detach() {
   layouts_.clear();

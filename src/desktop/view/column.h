@@ -24,13 +24,11 @@ class Column {
   static constexpr int kTopMargin = 24;
   static constexpr int kSideMargin = 28;
 
+  /// Looks through the document, in whichever thread. Nothing is laid out before measure().
   Column(std::shared_ptr<memory::MemoryDocument> document, text::RunMap<formats::Appearance> appearance);
 
-  /// Looks through the document at first, in another thread perhaps. Nothing is laid out before.
-  void makeIndex(const std::function<void(const std::function<void()>& work)>& running);
   /// The document closes.
   void detach();
-  /// Whether there is a document, and it was looked through.
   bool isThere() const { return index_ != nullptr; }
   bool isOpen() const { return isThere() && document_->isOpen(); }
 

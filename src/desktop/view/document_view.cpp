@@ -21,10 +21,13 @@ namespace pluvo::view {
 using text::Position;
 using text::Span;
 
-DocumentView::DocumentView(std::shared_ptr<memory::MemoryDocument> document,
-                           text::RunMap<formats::Appearance> appearance, const Running& running)
-    : column_(std::make_unique<Column>(std::move(document), std::move(appearance))),
-      steps_(std::make_unique<Steps>(*column_)) {
+DocumentView::Prepared DocumentView::prepare(std::shared_ptr<memory::MemoryDocument> document,
+                                             text::RunMap<formats::Appearance> appearance) {
+  return std::make_shared<Column>(std::move(document), std::move(appearance));
+}
+
+DocumentView::DocumentView(Prepared prepared)
+    : column_(std::move(prepared)), steps_(std::make_unique<Steps>(*column_)) {
   installAccessibleDocuments();
   setFrameShape(NoFrame);
   setFocusPolicy(Qt::StrongFocus);
@@ -37,13 +40,7 @@ DocumentView::DocumentView(std::shared_ptr<memory::MemoryDocument> document,
   const Span selection = column_->document().selection();
   selectionAnchor_ = selection.from;
   caret_ = selection.to;
-  const auto measure = [this] {
-    column_->measure(zoom_, palette().color(QPalette::Base), viewport()->size());
-  };
-  measure();
-  column_->makeIndex(running);
-  measure();
-  updateBar();
+  layOutAnew();
 }
 
 DocumentView::~DocumentView() = default;
@@ -81,7 +78,6 @@ void DocumentView::viewChanged() { layOutAnew(); }
 
 /// In another size, or another view of the text.
 void DocumentView::layOutAnew() {
-  // At first another thread looks through the document, with the measures that are there.
   if (!column_->isThere()) return;
   column_->measure(zoom_, palette().color(QPalette::Base), viewport()->size());
   column_->forget();
@@ -187,8 +183,10 @@ void DocumentView::select(Position anchor, Position caret) {
   selectionAnchor_ = anchor;
   caret_ = caret;
   selectingByUser_ = true;
-  column_->document().select({std::min(anchor, caret), std::max(anchor, caret)});
+  const Span selection{std::min(anchor, caret), std::max(anchor, caret)};
+  column_->document().select(selection);
   selectingByUser_ = false;
+  userSelected(selection);
   tellSelection();
   caretOn_ = true;
   viewport()->update();

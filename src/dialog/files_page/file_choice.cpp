@@ -31,8 +31,8 @@ bool isNothing(const std::vector<std::u16string>& files) {
 
 }  // namespace
 
-FileChoice::FileChoice(forms::Form& form, FilesPage& page, clsProcessFind& engine)
-    : form_(form), page_(page), engine_(engine) {
+FileChoice::FileChoice(forms::Form& form, FilesPage& page, clsProcessFind& engine, errors::Context& context)
+    : form_(form), page_(page), context_(context), engine_(engine) {
   page_.cmdBrowse.Click.handledBy([this] { cmdBrowse_Click(); });
   page_.cmdChooseFiles.Click.handledBy([this] { cmdChooseFiles_Click(); });
   page_.cmdGetPotentialFiles.Click.handledBy([this] { cmdGetPotentialFiles_Click(); });
@@ -51,32 +51,48 @@ void FileChoice::cmdBrowse_Click() {
 }
 
 void FileChoice::cmdGetPotentialFiles_Click() {
+  bool searches = false;
   errors::guarded(engine_.context(), u"FF:07", [&] {
     if (page_.txtFilePath.Text().empty()) return;
-    auto& notice = page_.lblPleaseWait;
-    auto& list = page_.lbxPotentialFiles;
-    notice.Caption(u"\r\n\r\nSearching through Directories...");
-    notice.Visible(true);
-    list.Clear();
+    page_.lblPleaseWait.Caption(u"\r\n\r\nSearching through Directories...");
+    page_.lblPleaseWait.Visible(true);
+    page_.lbxPotentialFiles.Clear();
     showCount({});
     form_.Repaint();
-    ListPotentialFiles();
-    if (!isNothing(potentialFiles_)) list.items(potentialFiles_);
-    notice.Visible(false);
-    showCount(base::decimal(static_cast<std::int64_t>(list.ListCount())));
+    searches = true;
+  });
+  if (!searches) return Listed.raise();
+  ListPotentialFiles([this] {
+    errors::guardedOn(engine_.context(), [this] {
+      if (!isNothing(potentialFiles_)) page_.lbxPotentialFiles.items(potentialFiles_);
+      page_.lblPleaseWait.Visible(false);
+      showCount(base::decimal(static_cast<std::int64_t>(page_.lbxPotentialFiles.ListCount())));
+    });
+    Listed.raise();
   });
 }
 
 void FileChoice::showCount(const std::u16string& count) { page_.lblFound.Caption(u"Files Found: " + count); }
 
-void FileChoice::ListPotentialFiles() {
+void FileChoice::ListPotentialFiles(const std::function<void()>& then) {
+  bool searches = false;
+  const bool subFolders = page_.chkSubDirectories.Value();
+  std::int16_t levels = 0;
   errors::guarded(engine_.context(), u"FF:06", [&] {
     potentialFiles_.clear();  // no run may take the files of an earlier search
     engine_.StartingDirectory(folder());
     engine_.Masks(masks());
-    const std::int16_t levels = depth();
-    potentialFiles_ = engine_.GetFiles(page_.chkSubDirectories.Value(), levels);
+    levels = depth();
+    searches = true;
   });
+  if (!searches) return then();
+  engine_.labour().run([this, subFolders, levels] { potentialFiles_ = engine_.GetFiles(subFolders, levels); },
+                       [this, then](const std::exception_ptr& thrown) {
+                         errors::guardedOn(engine_.context(), [&] {
+                           if (thrown) std::rethrow_exception(thrown);
+                         });
+                         then();
+                       });
 }
 
 std::u16string FileChoice::folder() {
@@ -100,9 +116,9 @@ std::int16_t FileChoice::depth() const {
   return text == kAllLevels ? kMostLevels : errors::toInteger(text);
 }
 
-std::vector<std::u16string> FileChoice::LocateFilesForRun() {
-  ListPotentialFiles();
-  return isNothing(potentialFiles_) ? std::vector<std::u16string>() : potentialFiles_;
+void FileChoice::LocateFilesForRun(const std::function<void(std::vector<std::u16string> files)>& then) {
+  ListPotentialFiles(
+      [this, then] { then(isNothing(potentialFiles_) ? std::vector<std::u16string>() : potentialFiles_); });
 }
 
 void FileChoice::show(const std::vector<std::u16string>& files) {
@@ -120,17 +136,17 @@ void FileChoice::show(const std::vector<std::u16string>& files) {
 }
 
 void FileChoice::cmdRemoveFiles_Click() {
-  errors::guarded(engine_.context(), u"FF:08",
+  errors::guarded(context_, u"FF:08",
                   [&] { page_.lbxPotentialFiles.retain([](bool selected) { return !selected; }); });
 }
 
 void FileChoice::cmdChooseFiles_Click() {
-  errors::guarded(engine_.context(), u"FF:05",
+  errors::guarded(context_, u"FF:05",
                   [&] { page_.lbxPotentialFiles.retain([](bool selected) { return selected; }); });
 }
 
 void FileChoice::txtFilePath_Change() {
-  errors::guarded(engine_.context(), u"FF:36", [&] {
+  errors::guarded(context_, u"FF:36", [&] {
     page_.lbxPotentialFiles.Clear();
     // As file managers copy a path.
     auto& box = page_.txtFilePath;

@@ -3,6 +3,7 @@
 #include "dialog/clsProcessFind.h"
 #include "page.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -13,12 +14,15 @@ namespace pluvo::dialog {
 class FileChoice {
  public:
   /// All outlive it. The form is redrawn before a search.
-  FileChoice(forms::Form& form, FilesPage& page, clsProcessFind& engine);
+  FileChoice(forms::Form& form, FilesPage& page, clsProcessFind& engine, errors::Context& context);
 
-  /// The files that the choices select, whatever is in the list; none where there are none.
-  std::vector<std::u16string> LocateFilesForRun();
+  /// Tells the files that the choices select, whatever is in the list; none where there are none.
+  void LocateFilesForRun(const std::function<void(std::vector<std::u16string> files)>& then);
   /// Lists these files, whatever the choices select, and the folder that they all lie in or below.
   void show(const std::vector<std::u16string>& files);
+
+  /// A search that the user asked for has come to its end.
+  forms::Event<> Listed;
 
  private:
   void cmdBrowse_Click();
@@ -26,7 +30,7 @@ class FileChoice {
   void cmdGetPotentialFiles_Click();
   void cmdRemoveFiles_Click();
   void txtFilePath_Change();
-  void ListPotentialFiles();
+  void ListPotentialFiles(const std::function<void()>& then);
   std::u16string folder();
   std::u16string masks() const;
   std::int16_t depth() const;
@@ -34,6 +38,7 @@ class FileChoice {
 
   forms::Form& form_;
   FilesPage& page_;
+  errors::Context& context_;
   clsProcessFind& engine_;
   std::vector<std::u16string> potentialFiles_;
 };

@@ -42,28 +42,50 @@ frmProcessing& Execution::confirmation() {
   if (!confirmation_) {
     confirmation_ = std::make_unique<frmProcessing>(engine_);
     // Nothing is left to be out of the way of.
-    const auto ended = [this] {
+    confirmation_->Finished.handledBy([this] {
       form_.WindowState(0);
       Confirmed.raise();
-    };
-    confirmation_->Finished.handledBy(ended);
-    confirmation_->Closed.handledBy(ended);
+    });
   }
   return *confirmation_;
 }
 
 void Execution::cmdExecuteFAR_Click() {
+  bool begins = false;
+  bool waits = false;
   errors::guarded(engine_.context(), u"FF:21", [&] {
     if (pages_.pgMultiFiles.txtFilePath.Text().empty() && !documentIsReady()) return;
-    if (pages_.Options.chkQuiteMode.Value() && !pages_.Options.chkConfirmEach.Value()) {
-      showNotice(u"Non-Confirmation Quiet Mode.  Please Wait while your requests are processed...");
-      pause();
-    }
-    RunFindRequest();
+    waits = pages_.Options.chkQuiteMode.Value() && !pages_.Options.chkConfirmEach.Value();
+    if (waits) showNotice(u"Non-Confirmation Quiet Mode.  Please Wait while your requests are processed...");
+    begins = true;
+  });
+  if (!begins) return Executed.raise();
+  if (!waits) return RunFindRequest();
+  engine_.labour().run([this] { pause(); },
+                       [this](const std::exception_ptr& thrown) {
+                         if (!went([] {}, thrown)) return Executed.raise();
+                         RunFindRequest();
+                       });
+}
+
+/// Whether the step went well, and the work before it; its fault is reported.
+bool Execution::went(const std::function<void()>& step, const std::exception_ptr& thrown) {
+  bool well = false;
+  errors::guardedOn(engine_.context(), [&] {
+    if (thrown) std::rethrow_exception(thrown);
+    step();
+    well = true;
+  });
+  return well;
+}
+
+void Execution::finish() {
+  went([this] {
     form_.Repaint();
     pages_.pgMultiFiles.lblPleaseWait.Visible(false);
     form_.WindowState(confirmation().Visible() ? 1 : 0);
   });
+  Executed.raise();
 }
 
 /// Whether the document in front can be worked on; the user is told why it cannot, and what to know before.
@@ -132,16 +154,19 @@ void Execution::pause() {
 }
 
 void Execution::RunFindRequest() {
+  bool begins = false;
   errors::guarded(engine_.context(), u"FF:20", [&] {
     engine_.context().runSummary = kSummaryHead;
     if (pages_.Options.chkConfirmEach.Value()) form_.WindowState(1);
     copyRequest();
-    if (pages_.pgMultiFiles.txtFilePath.Text().empty()) {
-      runOverDocument();
-    } else {
-      runOverFiles();
-    }
+    begins = true;
   });
+  if (!begins) return finish();
+  if (pages_.pgMultiFiles.txtFilePath.Text().empty()) {
+    runOverDocument();
+  } else {
+    runOverFiles();
+  }
 }
 
 void Execution::copyRequest() {
@@ -170,38 +195,64 @@ void Execution::copyRequest() {
 void Execution::runOverDocument() {
   engine_.MultiFileRun(false);
   if (engine_.ConfirmEachOperationsetting()) {
-    confirmation().SingleProcess();
-  } else {
-    engine_.GoGetEmFARBOT();
+    if (!went([this] { confirmation().SingleProcess([this] { finish(); }); })) finish();
+    return;
   }
+  engine_.labour().run([this] { engine_.GoGetEmFARBOT(); },
+                       [this](const std::exception_ptr& thrown) {
+                         went([] {}, thrown);
+                         finish();
+                       });
 }
 
 void Execution::runOverFiles() {
   engine_.MultiFileRun(true);
-  takeFilesToProcess();
-  if (!files_.chosen(filesToProcess_)) return;
-  if (engine_.ConfirmEachOperationsetting()) {
-    confirmation().MultiProcess(filesToProcess_);
-    return;
-  }
-  engine_.MultiPLUVO(filesToProcess_);
-  auto& display = pages_.pgFindAndReplace.txtOperationDisplay;
-  display.Text(engine_.context().runSummary);
-  display.BackColor(forms::kWhite);
+  takeFilesToProcess([this] {
+    files_.chosen(filesToProcess_, [this](bool begins) {
+      if (!begins) return finish();
+      MultiRun();
+    });
+  });
 }
 
-void Execution::takeFilesToProcess() {
-  const auto& listed = pages_.pgMultiFiles.lbxPotentialFiles;
-  if (listed.ListCount() == 0) {
-    showNotice(u"Please wait while Locating files...");
-    form_.Repaint();
-    filesToProcess_ = files_.LocateFilesForRun();
-    pages_.pgMultiFiles.lblPleaseWait.Visible(false);
-    form_.Repaint();
+void Execution::MultiRun() {
+  if (engine_.ConfirmEachOperationsetting()) {
+    if (!went([this] { confirmation().MultiProcess(filesToProcess_, [this] { finish(); }); })) finish();
     return;
+  }
+  engine_.labour().run([this] { engine_.MultiPLUVO(filesToProcess_); },
+                       [this](const std::exception_ptr& thrown) {
+                         const auto show = [this] {
+                           forms::TextBox& display = pages_.pgFindAndReplace.txtOperationDisplay;
+                           display.Text(engine_.context().runSummary);
+                           display.BackColor(forms::kWhite);
+                         };
+                         went(show, thrown);
+                         finish();
+                       });
+}
+
+void Execution::takeFilesToProcess(const std::function<void()>& then) {
+  const forms::ListBox& listed = pages_.pgMultiFiles.lbxPotentialFiles;
+  if (listed.ListCount() == 0) {
+    const auto showSearch = [this] {
+      showNotice(u"Please wait while Locating files...");
+      form_.Repaint();
+    };
+    if (!went(showSearch)) return finish();
+    return files_.LocateFilesForRun([this, then](std::vector<std::u16string> files) {
+      filesToProcess_ = std::move(files);
+      const auto showEnd = [this] {
+        pages_.pgMultiFiles.lblPleaseWait.Visible(false);
+        form_.Repaint();
+      };
+      if (!went(showEnd)) return finish();
+      then();
+    });
   }
   filesToProcess_.clear();
   for (std::size_t row = 0; row < listed.ListCount(); ++row) filesToProcess_.push_back(listed.List(row));
+  then();
 }
 
 }  // namespace pluvo::dialog

@@ -5,6 +5,7 @@
 #include "forms/machine.h"
 #include "pages.h"
 
+#include <exception>
 #include <functional>
 #include <memory>
 #include <string>
@@ -18,10 +19,11 @@ class Execution {
  public:
   /// The files of a run.
   struct Files {
-    /// What the files page finds in its folder.
-    std::function<std::vector<std::u16string>()> LocateFilesForRun;
-    /// They are about to be worked on, but for those that it takes out. Whether they are.
-    std::function<bool(std::vector<std::u16string>& files)> chosen = [](auto&) { return true; };
+    /// Tells what the files page finds in its folder.
+    std::function<void(const std::function<void(std::vector<std::u16string> files)>& then)> LocateFilesForRun;
+    /// They are about to be worked on, but for those that it takes out. Tells whether they are.
+    std::function<void(std::vector<std::u16string>& files, const std::function<void(bool)>& then)> chosen =
+        [](auto&, const auto& then) { then(true); };
   };
 
   /// All outlive it. The form is the dialog.
@@ -30,6 +32,9 @@ class Execution {
 
   /// Whether there is a document to run over. Throws Fault where the word processor does not answer.
   bool hasDocument();
+
+  /// What Execute began has come to its end, or to the first block that awaits a decision.
+  forms::Event<> Executed;
 
   /// Whether a block awaits the user's decision, and what comes when none does any more.
   bool confirming() const { return confirmation_ != nullptr && confirmation_->Visible(); }
@@ -46,7 +51,10 @@ class Execution {
   void copyRequest();
   void runOverDocument();
   void runOverFiles();
-  void takeFilesToProcess();
+  void takeFilesToProcess(const std::function<void()>& then);
+  void MultiRun();
+  bool went(const std::function<void()>& step, const std::exception_ptr& thrown = nullptr);
+  void finish();
   void showNotice(const std::u16string& text);
   /// Half a second, for the notice to be drawn.
   void pause();

@@ -55,6 +55,20 @@ std::shared_ptr<MemoryDocument> MemoryDocument::create(std::vector<document::Con
   return document;
 }
 
+MemoryDocument::Open::Open(document::Document::Snapshot snapshot) : stories(std::move(snapshot)) {
+  selection.emplace(stories.mainText().liveRanges(), text::Span{});
+}
+
+std::shared_ptr<MemoryDocument> MemoryDocument::copy() {
+  std::shared_ptr<MemoryDocument> copy(new MemoryDocument());
+  copy->open_.emplace(stories().snapshot());
+  copy->name_ = name_;
+  copy->path_ = path_;
+  copy->view_ = view_;
+  copy->select(selectedStory(), selection());
+  return copy;
+}
+
 std::shared_ptr<word::Range> MemoryDocument::Range(std::int32_t start, std::int32_t end) {
   return rangeIn(0, start, end);
 }

@@ -39,7 +39,7 @@ TEST(CopiedText, IsAsOtherProgramsTakeIt) {
 /// A view on a document in a window, observed as the program does.
 struct Shown : memory::DocumentObserver {
   explicit Shown(std::string_view notation) : sample(notation) {
-    view = std::make_unique<DocumentView>(sample.document, text::RunMap<formats::Appearance>());
+    view = std::make_unique<DocumentView>(DocumentView::prepare(sample.document, {}));
     sample.document->observer(this);
     view->resize(420, 300);
     view->show();
@@ -278,7 +278,7 @@ TEST(DocumentView, MarksTrackedChanges) {
   came.inserted = true;
   appearance.append(4, came);
   appearance.append(1, {});
-  DocumentView view(sample.document, appearance);
+  DocumentView view(DocumentView::prepare(sample.document, appearance));
   for (const QColor& paper : {QColor(Qt::white), QColor(0x1E1F22)}) {
     QPalette palette;
     palette.setColor(QPalette::Base, paper);

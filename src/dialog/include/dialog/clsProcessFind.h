@@ -1,6 +1,7 @@
 #pragma once
 
 #include "dialog/file_stepper.h"
+#include "dialog/labour.h"
 #include "engine/engine.h"
 #include "engine/observer.h"
 #include "engine/request.h"
@@ -9,6 +10,7 @@
 #include "forms/message_boxes.h"
 #include "word/word_processor.h"
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -37,6 +39,8 @@ class clsProcessFind {
     errors::Context& context;
     forms::MessageBoxes& boxes;
     forms::FormHost& forms;
+    /// Has what takes long done; null where the callers do it themselves, at once.
+    Labour* labour = nullptr;
   };
 
   explicit clsProcessFind(Surroundings surroundings);
@@ -55,6 +59,7 @@ class clsProcessFind {
   const std::u16string& Masks() const { return masks_; }
   void Masks(std::u16string masks) { masks_ = std::move(masks); }
   /// Stops a multi-file run after the current document.
+  /// It may be set from any thread.
   bool CancelOperation() const { return cancelOperation_; }
   void CancelOperation(bool value) { cancelOperation_ = value; }
   bool ShowFieldCodes() const { return request_.showFieldCodes; }
@@ -130,6 +135,8 @@ class clsProcessFind {
   errors::Context& context() const { return surroundings_.context; }
   forms::MessageBoxes& boxes() const { return surroundings_.boxes; }
   forms::FormHost& forms() const { return surroundings_.forms; }
+  /// Callers have it done what takes long: passes, runs and searches for files.
+  Labour& labour() { return surroundings_.labour != nullptr ? *surroundings_.labour : atOnce_; }
   /// The word processor. Throws Fault kObjectNotSet where there is none.
   word::Application& application();
 
@@ -143,6 +150,7 @@ class clsProcessFind {
   std::u16string documentName();
 
   Surroundings surroundings_;
+  Labour atOnce_;
   std::shared_ptr<word::Application> application_;
   std::shared_ptr<FileStepper> stepper_;
   engine::PassObserver* observer_ = nullptr;
@@ -154,7 +162,7 @@ class clsProcessFind {
   bool keepsExtraSpace_ = false;
   bool quiet_ = false;
   bool multiFileRun_ = false;
-  bool cancelOperation_ = false;
+  std::atomic<bool> cancelOperation_ = false;
   std::u16string startingDirectory_;
   std::u16string masks_;
   std::u16string browseStart_;

@@ -42,7 +42,7 @@ class frmFAR final : public forms::Form {
   void MultiPage1_Change();
   void createEngine();
   std::u16string findDataFolder();
-  void createReporter(const std::u16string& dataFolder);
+  void createReporter(errors::Context& context, const std::u16string& dataFolder);
   void connectRules(const std::u16string& dataFolder);
   void connectRuns(const std::u16string& dataFolder, const std::u16string& separator);
   std::unique_ptr<FolderPicker> makePicker(const std::u16string& separator);
@@ -53,6 +53,8 @@ class frmFAR final : public forms::Form {
   forms::MultiPage MultiPage1{u"MultiPage1"};
   forms::ReportBoxes reports_;
   errors::Context context_;
+  /// That of work in another thread, beside which the pages go on.
+  errors::Context workContext_;
   std::unique_ptr<scanner::Folders> folders_;
   std::unique_ptr<clsProcessFind> engine_;
   std::shared_ptr<FileStepper> stepper_;

@@ -4,6 +4,8 @@
 #include "forms/form.h"
 
 #include <cstdint>
+#include <exception>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -16,17 +18,21 @@ std::u16string operationInWords(const engine::Request& request);
 /// by. In a multi-file run it steps from file to file.
 ///
 /// The dialog is visible while a block awaits the user's decision, and hidden while the engine works, so that
-/// its buttons cannot be pressed then. SingleProcess and MultiProcess return while it awaits the first one.
+/// its buttons cannot be pressed then. SingleProcess and MultiProcess may return before it awaits the first
+/// one.
 class frmProcessing final : public forms::Form {
  public:
   static constexpr const char16_t* kName = u"frmProcessing";
 
   explicit frmProcessing(clsProcessFind& engine);
 
-  void SingleProcess();
-  void MultiProcess(const std::vector<std::u16string>& files);
+  /// Called when the first block awaits the user's decision, or none does.
+  using Then = std::function<void()>;
+  void SingleProcess(Then then = [] {});
+  void MultiProcess(
+      const std::vector<std::u16string>& files, Then then = [] {});
 
-  /// The last block was dealt with, and what was done has been told.
+  /// The last block was dealt with, and what was done has been told; or the user goes on no more.
   forms::Event<> Finished;
 
   /// What is to be done, and in which file of how many.
@@ -40,10 +46,12 @@ class frmProcessing final : public forms::Form {
   void endRun();
   void cmdPerform_Click();
   void cmdSkip_Click();
-  void showNextBlock();
+  /// Does the step, finds the next block, or that of a later file, and puts it before the user, or ends.
+  void proceed(std::function<void()> step);
+  bool findNext();
+  bool findInLaterFiles();
   void awaitDecision();
-  /// Puts the next block, or that of a later file, before the user, or ends the run.
-  void finish();
+  void proceeded(const std::exception_ptr& thrown, bool found);
   bool startNextFile();
   void tellWhatAwaits();
 
@@ -51,6 +59,7 @@ class frmProcessing final : public forms::Form {
   bool multi_ = false;
   std::vector<std::u16string> files_;
   std::int32_t index_ = 0;
+  Then then_ = [] {};
 };
 
 }  // namespace pluvo::dialog

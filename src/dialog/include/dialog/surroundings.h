@@ -2,6 +2,7 @@
 
 #include "dialog/clsProcessFind.h"
 #include "dialog/folder_picker.h"
+#include "dialog/labour.h"
 #include "dialog/tips.h"
 #include "forms/form.h"
 #include "forms/input_boxes.h"
@@ -50,11 +51,18 @@ struct Surroundings {
   std::function<void(clsProcessFind&)> engineMade = [](clsProcessFind&) {};
   /// Makes the way of runs over files, without which there are none.
   std::function<std::shared_ptr<FileStepper>(const RunPlace& place)> stepper = {};
-  /// A run over these files is about to begin; a program may take some out. Whether it begins.
-  std::function<bool(std::vector<std::u16string>& files)> filesChosen = [](auto&) { return true; };
-  /// What the run that has just ended did not reach in its documents: a sentence for the status line, empty
-  /// where there is nothing to tell.
-  std::function<std::u16string()> notReached = [] { return std::u16string(); };
+  /// A run over these files is about to begin; a program may take some out. Then is told whether it begins.
+  std::function<void(std::vector<std::u16string>& files, const std::function<void(bool)>& then)> filesChosen =
+      [](auto&, const auto& then) { then(true); };
+  /// Tells what the run that has just ended did not reach in its documents: a sentence for the status line,
+  /// empty where there is nothing to tell.
+  std::function<void(const std::function<void(const std::u16string& sentence)>& told)> notReached =
+      [](const auto& told) { told({}); };
+  /// The word processor as the user sees it now, whose selection is pasted; empty where it is that of the
+  /// engine.
+  std::function<word::Application&()> shown = {};
+  /// Has what takes long done; null where the dialog does it itself, at once.
+  Labour* labour = nullptr;
   /// Shows a document that lies beside the program, and throws Fault where it cannot; empty where it is
   /// opened in the word processor, as the active document.
   std::function<void(const std::u16string& path)> showDocument = {};

@@ -14,6 +14,9 @@ class Document {
  public:
   /// At least main text, which comes first. Without a medium the file holds everything.
   explicit Document(std::vector<Content> stories, std::shared_ptr<const Medium> medium = nullptr);
+  using Snapshot = std::vector<Story::Snapshot>;
+  /// Another document, to be read: see Story.
+  explicit Document(Snapshot snapshot);
   Document(const Document&) = delete;
   Document& operator=(const Document&) = delete;
 
@@ -34,7 +37,6 @@ class Document {
   /// For whoever wrote the document into its file.
   void saved();
 
-  using Snapshot = std::vector<Story::Snapshot>;
   Snapshot snapshot() const;
   /// See Story::restore.
   void restore(Snapshot snapshot);

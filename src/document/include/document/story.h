@@ -45,6 +45,9 @@ class Story {
  public:
   /// Without a medium the file holds everything, and without a count the story has its own. Both outlive it.
   explicit Story(Content content, const Medium* medium = nullptr, PartCount* count = nullptr);
+  struct Snapshot;
+  /// Another story, to be read: as this one was then, without a file, and with nothing hanging on another.
+  explicit Story(Snapshot snapshot);
   Story(const Story&) = delete;
   Story& operator=(const Story&) = delete;
 

@@ -39,6 +39,18 @@ auto guarded(Trail& trail, Tag tag, Work&& work) -> decltype(work()) {
   return decltype(work())();
 }
 
+/// The same for a procedure that goes on where it left off: under the tag entered last.
+template <class Trail, class Work>
+void guardedOn(Trail& trail, Work&& work) {
+  std::optional<Fault> fault;
+  try {
+    return std::forward<Work>(work)();
+  } catch (...) {
+    fault = faultInFlight();
+  }
+  trail.report(*fault);
+}
+
 /// The same for a procedure whose caller must know how it went: the fault, already reported.
 template <class Trail, class Work>
 std::optional<Fault> attempt(Trail& trail, Tag tag, Work&& work) {

@@ -33,6 +33,9 @@ class Doings {
   /// Whether the program lets this happen now; without a control, the form's closing.
   bool admits(const Control* control) const { return listening_ && admits_(control); }
 
+  /// Whether a press would be admitted, for whoever shows that.
+  bool offers(const Control& control) const { return admits_(&control); }
+
   /// An edit has begun; the call ends it, and tells whether it stands.
   void begun(std::function<bool()> end) { end_ = std::move(end); }
   /// Ends the edit under way, if there is one.

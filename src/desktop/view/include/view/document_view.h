@@ -25,14 +25,15 @@ class Steps;
 /// The selection is the document's own. Whoever observes the document passes on what happens to it.
 class DocumentView : public QAbstractScrollArea {
  public:
-  /// Does work that reads the document, in another thread perhaps, and returns when it is done.
-  using Running = std::function<void(const std::function<void()>& work)>;
+  /// A document that was looked through.
+  using Prepared = std::shared_ptr<Column>;
+  /// Looks through a document, in whichever thread: the work that grows with it. The map of looks is by
+  /// original position; empty where the format tells of none. The document is open, and stays so until
+  /// detach().
+  static Prepared prepare(std::shared_ptr<memory::MemoryDocument> document,
+                          text::RunMap<formats::Appearance> appearance);
 
-  /// The map of looks is by original position; empty where the format tells of none. The document is open,
-  /// and stays so until detach(). Looking through it at first is left to running.
-  DocumentView(
-      std::shared_ptr<memory::MemoryDocument> document, text::RunMap<formats::Appearance> appearance,
-      const Running& running = [](const auto& work) { work(); });
+  explicit DocumentView(Prepared prepared);
   ~DocumentView() override;
 
   /// The document closes: nothing of it is looked at any more.
@@ -58,6 +59,8 @@ class DocumentView : public QAbstractScrollArea {
   /// Where the selection is, in the viewport; empty when it is out of sight.
   QRect selectionRect();
 
+  /// Called when the user has selected.
+  std::function<void(text::Span selection)> userSelected = [](auto) {};
   /// Called when the zoom changed.
   std::function<void()> zoomed = [] {};
 
@@ -92,7 +95,7 @@ class DocumentView : public QAbstractScrollArea {
   bool moveByKey(QKeyEvent& event);
   std::optional<text::Position> stepByKey(const QKeyEvent& event);
 
-  std::unique_ptr<Column> column_;
+  std::shared_ptr<Column> column_;
   std::unique_ptr<Steps> steps_;
   text::Position selectionAnchor_ = 0;
   text::Position caret_ = 0;

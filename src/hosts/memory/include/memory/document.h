@@ -43,6 +43,10 @@ class MemoryDocument : public word::Document, public std::enable_shared_from_thi
                                                 std::shared_ptr<const document::Medium> medium = nullptr,
                                                 std::u16string name = {}, std::string path = {});
 
+  /// Another document of the same name, in no word processor, with a text as this one had it then and the same
+  /// selection. It is for whoever shows it while another thread edits this one.
+  std::shared_ptr<MemoryDocument> copy();
+
   std::shared_ptr<word::Range> Range(std::int32_t start, std::int32_t end) override;
   std::u16string Name() override { return name_; }
   std::u16string Path() override;
@@ -115,6 +119,7 @@ class MemoryDocument : public word::Document, public std::enable_shared_from_thi
 
   struct Open {
     Open(std::vector<document::Content> contents, std::shared_ptr<const document::Medium> medium);
+    explicit Open(document::Document::Snapshot snapshot);
     document::Document stories;
     std::size_t selectedStory = 0;
     std::optional<document::LiveRange> selection;

@@ -1,21 +1,20 @@
 #pragma once
 
 #include "scanner/folders.h"
-#include "working.h"
+#include "work.h"
 
 #include <memory>
 
 namespace pluvo::desktop {
 
-/// The machine's folders, with a breath at each entry; a search that was cancelled finds no more.
-class BreathingFolders final : public scanner::Folders {
+/// The machine's folders, in which a search that was cancelled finds no more.
+class CancelledFolders final : public scanner::Folders {
  public:
-  explicit BreathingFolders(Working& working) : working_(working) {}
+  explicit CancelledFolders(const Work& work) : work_(work) {}
 
   std::error_code forEachEntry(const std::u16string& folder, const Visit& visit) override {
     return folders_->forEachEntry(folder, [&](const scanner::Entry& entry) {
-      working_.breathe();
-      if (working_.cancels() == 0) visit(entry);
+      if (work_.cancels() == 0) visit(entry);
     });
   }
   std::u16string resolved(const std::u16string& folder) override { return folders_->resolved(folder); }
@@ -23,7 +22,7 @@ class BreathingFolders final : public scanner::Folders {
   std::vector<std::u16string> drives() override { return folders_->drives(); }
 
  private:
-  Working& working_;
+  const Work& work_;
   std::unique_ptr<scanner::Folders> folders_ = scanner::machineFolders();
 };
 

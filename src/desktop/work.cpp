@@ -1,0 +1,78 @@
+#include "work.h"
+
+#include <QCoreApplication>
+#include <QThread>
+#include <future>
+#include <utility>
+
+namespace pluvo::desktop {
+
+namespace {
+
+/// What is done sooner is not shown.
+constexpr int kShownAfter = 50;
+
+}  // namespace
+
+Work::Work() {
+  shows_.setSingleShot(true);
+  shows_.setInterval(kShownAfter);
+  connect(&shows_, &QTimer::timeout, this, [this] {
+    isShown_ = true;
+    changed(true);
+  });
+}
+
+Work::~Work() { wait(); }
+
+void Work::wait() {
+  while (underWay()) QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+}
+
+void Work::run(std::function<void()> work, Then then) {
+  Q_ASSERT(!underWay());
+  cancels_ = 0;
+  if (!isShown_) shows_.start();
+  thread_ = std::thread([this, work = std::move(work), then = std::move(then)]() mutable {
+    std::exception_ptr thrown;
+    try {
+      work();
+      finishing();
+    } catch (...) {
+      thrown = std::current_exception();
+    }
+    work = nullptr;
+    tell([this, thrown = std::move(thrown), then = std::move(then)] { end(thrown, then); });
+  });
+}
+
+/// Where one work follows another, nothing blinks between them.
+void Work::end(std::exception_ptr thrown, const Then& then) {
+  thread_.join();
+  done();
+  guarded([&] { then(thrown); });
+  if (underWay()) return;
+  shows_.stop();
+  if (std::exchange(isShown_, false)) changed(false);
+  if (!underWay()) ended();
+}
+
+void Work::cancel() {
+  if (!underWay()) return;
+  ++cancels_;
+  cancelled();
+}
+
+void Work::show(const std::function<void()>& doing) {
+  if (QThread::currentThread() == thread()) return doing();
+  std::packaged_task<void()> task(doing);
+  std::future<void> result = task.get_future();
+  tell([&task] { task(); });
+  result.get();
+}
+
+void Work::tell(std::function<void()> doing) {
+  QMetaObject::invokeMethod(this, std::move(doing), Qt::QueuedConnection);
+}
+
+}  // namespace pluvo::desktop

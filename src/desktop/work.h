@@ -1,0 +1,64 @@
+#pragma once
+
+#include "dialog/labour.h"
+
+#include <QObject>
+#include <QTimer>
+#include <atomic>
+#include <exception>
+#include <functional>
+#include <thread>
+
+namespace pluvo::desktop {
+
+/// What takes long, in a thread of its own: one work at a time. The window's thread goes on with its events,
+/// and has nothing to do with what the work has in hand until it is done.
+class Work final : public QObject, public dialog::Labour {
+ public:
+  Work();
+  /// Waits for the work under way, and does what that wants done.
+  ~Work() override;
+
+  // Of the window's thread.
+  /// Begins the work; then is called from the event loop when it is done. None is under way.
+  void run(std::function<void()> work, Then then) override;
+  bool isElsewhere() const override { return true; }
+  bool underWay() const { return thread_.joinable(); }
+  /// The user wants an end of the work under way.
+  void cancel();
+  /// Returns when no work is under way, and nothing goes on from there.
+  void wait();
+
+  /// Called where the work has lasted so long that the user is to see it (true), and when that has ended.
+  std::function<void(bool)> changed = [](bool) {};
+  /// Called when work is done, before anything that goes on from there: the window has again what the work
+  /// had in hand.
+  std::function<void()> done = [] {};
+  /// Called when work has ended and nothing goes on from there.
+  std::function<void()> ended = [] {};
+  std::function<void()> cancelled = [] {};
+  /// Goes on from there, and lets no fault out.
+  std::function<void(const std::function<void()>& doing)> guarded = [](const auto& doing) { doing(); };
+
+  // Of any thread.
+  /// How often the user has asked for an end of the work under way.
+  int cancels() const { return cancels_; }
+  /// Has the window's thread do this, and returns when it has, with what it throws.
+  void show(const std::function<void()>& doing) override;
+  /// Has the window's thread do this, some time.
+  void tell(std::function<void()> doing);
+
+  // Of the work's thread.
+  /// Called at the end of each work.
+  std::function<void()> finishing = [] {};
+
+ private:
+  void end(std::exception_ptr thrown, const Then& then);
+
+  std::thread thread_;
+  QTimer shows_;
+  bool isShown_ = false;
+  std::atomic<int> cancels_ = 0;
+};
+
+}  // namespace pluvo::desktop

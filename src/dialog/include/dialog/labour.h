@@ -1,0 +1,32 @@
+#pragma once
+
+#include <exception>
+#include <functional>
+
+namespace pluvo::dialog {
+
+/// Has what takes long done. This one does it at once, as inside Word, where everything is on Word's thread;
+/// a program with windows of its own does it in another thread, and its windows live on.
+class Labour {
+ public:
+  /// Is given what the work threw, if anything.
+  using Then = std::function<void(std::exception_ptr thrown)>;
+
+  virtual ~Labour() = default;
+  /// Does the work, and then, in the caller's thread, what goes on from there; may return before either.
+  virtual void run(std::function<void()> work, Then then) {
+    std::exception_ptr thrown;
+    try {
+      work();
+    } catch (...) {
+      thrown = std::current_exception();
+    }
+    then(thrown);
+  }
+  /// For work: has the thread of forms and boxes do this, and returns when it has.
+  virtual void show(const std::function<void()>& doing) { doing(); }
+  /// Whether work is in another thread than the dialog.
+  virtual bool isElsewhere() const { return false; }
+};
+
+}  // namespace pluvo::dialog
