@@ -171,10 +171,13 @@ Sample::Sample(std::vector<document::Content> stories, document::Place place, co
   while (number < stories.size() && document::placeOf(stories[number].kind) != place) ++number;
   if (number == stories.size()) throw std::invalid_argument("the document has no such story");
   document = memory::MemoryDocument::create(std::move(stories), std::move(medium), u"sample");
-  for (const auto& [name, span] : positions) {
-    ranges[name] = document->StoryRanges(story().kind());
-    ranges[name]->SetRange(span.from, span.to);
-  }
+  for (const auto& [name, span] : positions) ranges[name] = rangeAt(span);
+}
+
+std::shared_ptr<word::Range> Sample::rangeAt(text::Span span) {
+  const auto range = document->StoryRanges(story().kind());
+  range->SetRange(span.from, span.to);
+  return range;
 }
 
 std::string Sample::print() {

@@ -49,6 +49,8 @@ struct Sample {
 
   document::Story& mainText() { return document->mainText(); }
   document::Story& story() { return document->stories().story(number); }
+  /// In the story that the ranges are in.
+  std::shared_ptr<word::Range> rangeAt(text::Span span);
   word::Range& range(char name) { return *ranges.at(name); }
   std::string print();
 

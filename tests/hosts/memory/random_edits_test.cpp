@@ -102,7 +102,7 @@ class PlainProgram {
     for (int i = 0; i < 6; ++i) {
       const Span span = spanIn(dice_, simple_.length());
       simple_.ranges.push_back(span);
-      ranges_.push_back(kept_.sample.document->Range(span.from, span.to));
+      ranges_.push_back(kept_.sample.rangeAt({span.from, span.to}));
     }
   }
 
@@ -144,7 +144,7 @@ class PlainProgram {
   }
 
   void expectSame() {
-    const document::Story& model = kept_.sample.mainText();
+    const document::Story& model = kept_.sample.story();
     ASSERT_EQ(notation::damageOf(model), "");
     ASSERT_EQ(textOf(model), simple_.text);
     for (Position i = 0; i < model.length(); ++i) {
@@ -256,13 +256,13 @@ Kept thatHolds(const Medium& medium, Dice& dice) {
 class StructuredProgram {
  public:
   StructuredProgram(unsigned seed, const Medium& medium) : dice_(seed), kept_(thatHolds(medium, dice_)) {
-    for (int i = 0; i < 3; ++i) ranges_.push_back(sample_.document->Range(0, 0));
+    for (int i = 0; i < 3; ++i) ranges_.push_back(sample_.rangeAt({0, 0}));
   }
 
   void step() {
     if (dice_.oneIn(8)) sample_.document->showFieldCodes(dice_.oneIn(2));
     word::Range& range = *dice_.of(ranges_);
-    const Span span = spanIn(dice_, sample_.mainText().length());
+    const Span span = spanIn(dice_, sample_.story().length());
     range.SetRange(span.from, span.to);
     SCOPED_TRACE(sample_.print() + " " + std::to_string(span.from) + "-" + std::to_string(span.to));
     const std::u16string text = dice_.text(dice_.upTo(3), u"xyz\r");
@@ -272,16 +272,16 @@ class StructuredProgram {
     if (kind == 2) replace(range, text);
     if (kind == 3) range.HighlightColorIndex(dice_.upTo(4));
     if (kind > 3) find(span);
-    ASSERT_EQ(notation::damageOf(sample_.mainText()), "") << sample_.print();
+    ASSERT_EQ(notation::damageOf(sample_.story()), "") << sample_.print();
   }
   void save() { kept_.expectToSurviveASave(); }
 
  private:
   template <class Insert>
   void insert(word::Range& range, const std::u16string& text, Insert work) {
-    const std::u16string before = textOf(sample_.mainText());
+    const std::u16string before = textOf(sample_.story());
     work();
-    const std::u16string after = textOf(sample_.mainText());
+    const std::u16string after = textOf(sample_.story());
     ASSERT_EQ(after.size(), before.size() + text.size());
     const auto from = static_cast<std::size_t>(
         std::mismatch(before.begin(), before.end(), after.begin()).first - before.begin());
@@ -297,7 +297,7 @@ class StructuredProgram {
   }
 
   void replace(word::Range& range, const std::u16string& text) {
-    document::Story& model = sample_.mainText();
+    document::Story& model = sample_.story();
     const Span span{range.Start(), range.End()};
     const Position length = model.length();
     const std::u16string before = textOf(model);
@@ -323,8 +323,8 @@ class StructuredProgram {
     static const std::u16string kTexts[] = {u"a", u"xa", u"b a"};
     const document::Query query{std::make_shared<const std::u16string>(dice_.of(kTexts)),
                                 {true, dice_.oneIn(2)}};
-    if (dice_.oneIn(2)) span.to = sample_.mainText().length();
-    document::Story& model = sample_.mainText();
+    if (dice_.oneIn(2)) span.to = sample_.story().length();
+    document::Story& model = sample_.story();
     const auto view = sample_.document->view();
     const text::Search search(*query.text, query.flags);
     ASSERT_EQ(model.find(query, span, view),
