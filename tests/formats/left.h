@@ -34,7 +34,8 @@ inline std::string shownText(const document::Story& model) {
 
 inline const char* leftIn() { return std::getenv("PLUVO_EDITED"); }
 
-/// For libreoffice.py, where PLUVO_EDITED names a folder: the file, and beside it the text that it should have.
+/// For libreoffice.py, where PLUVO_EDITED names a folder: the file, and beside it the text that it should
+/// have.
 inline void leave(const std::string& name, const base::Bytes& written, const document::Story& model) {
   if (leftIn() == nullptr) return;
   const std::filesystem::path path = std::filesystem::path(leftIn()) / name;
