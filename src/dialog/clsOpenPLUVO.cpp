@@ -6,9 +6,15 @@ namespace pluvo::dialog {
 
 clsOpenPLUVO::clsOpenPLUVO(Surroundings surroundings) : surroundings_(std::move(surroundings)) {}
 
-void clsOpenPLUVO::OpenPLUVO() {
+frmFAR& clsOpenPLUVO::needDialog() {
   if (!dialog_) dialog_ = std::make_unique<frmFAR>(surroundings_);
-  if (!dialog_->Visible()) dialog_->ShowModal();
+  return *dialog_;
 }
+
+void clsOpenPLUVO::OpenPLUVO() {
+  if (!needDialog().Visible()) needDialog().ShowModal();
+}
+
+void clsOpenPLUVO::show() { needDialog().Visible(true); }
 
 }  // namespace pluvo::dialog

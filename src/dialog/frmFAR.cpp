@@ -190,6 +190,13 @@ void frmFAR::documentsChanged() {
   if (rules_) rules_->status.documentsChanged();
 }
 
+void frmFAR::wordCloses() {
+  if (engine_) engine_->CancelOperation(true);
+  for (errors::Context* context : {&context_, &workContext_}) {
+    if (context->reporter) context->reporter->SendErrors_ToTxtFile({});
+  }
+}
+
 void frmFAR::listFiles(const std::vector<std::u16string>& files) {
   if (rules_) rules_->files.show(files);
 }

@@ -7,6 +7,7 @@
 #include <commctrl.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace pluvo::forms_win32 {
 
@@ -78,15 +79,24 @@ BOOL CALLBACK movesButton(HWND child, LPARAM by) {
   return TRUE;
 }
 
-/// While it is there, the thread's message boxes are as wide as their titles: Windows makes them as wide as
-/// their texts.
-class WidthForTitles {
+/// The message box that comes up while this is there: as wide as its title, where Windows makes it as wide as
+/// its text.
+class ShownBox {
  public:
-  WidthForTitles() : hook_(SetWindowsHookExW(WH_CBT, told, nullptr, GetCurrentThreadId())) {}
-  WidthForTitles(const WidthForTitles&) = delete;
-  WidthForTitles& operator=(const WidthForTitles&) = delete;
-  ~WidthForTitles() {
+  ShownBox()
+      : hook_(SetWindowsHookExW(WH_CBT, told, nullptr, GetCurrentThreadId())),
+        outer_(std::exchange(innermost, this)) {}
+  ShownBox(const ShownBox&) = delete;
+  ShownBox& operator=(const ShownBox&) = delete;
+  ~ShownBox() {
+    innermost = outer_;
     if (hook_ != nullptr) UnhookWindowsHookEx(hook_);
+  }
+
+  static void closeAll() {
+    for (const ShownBox* each = innermost; each != nullptr; each = each->outer_) {
+      if (each->box_ != nullptr) EndDialog(each->box_, IDCANCEL);
+    }
   }
 
  private:
@@ -95,7 +105,10 @@ class WidthForTitles {
       HWND window = reinterpret_cast<HWND>(wparam);
       wchar_t kind[8] = {};
       GetClassNameW(window, kind, 8);
-      if (lstrcmpW(kind, L"#32770") == 0) widen(window);
+      if (lstrcmpW(kind, L"#32770") == 0 && innermost != nullptr && innermost->box_ == nullptr) {
+        innermost->box_ = window;
+        widen(window);
+      }
     }
     return CallNextHookEx(nullptr, code, wparam, lparam);
   }
@@ -112,7 +125,12 @@ class WidthForTitles {
     EnumChildWindows(box, movesButton, more / 2);
   }
 
+  /// All boxes are shown on one thread.
+  static inline ShownBox* innermost = nullptr;
+
   HHOOK hook_;
+  ShownBox* outer_;
+  HWND box_ = nullptr;
 };
 
 }  // namespace
@@ -123,7 +141,7 @@ forms::Answer Win32MessageBoxes::show(const std::u16string& text, forms::Buttons
   if (above == nullptr && owner) above = owner();
   const std::u16string& caption = title ? *title : title_;
   const ThreadWindows others(above);
-  const WidthForTitles widened;
+  const ShownBox shown;
   switch (MessageBoxW(above, wide(text), wide(caption), kindOf(buttons) | MB_SETFOREGROUND)) {
     case IDYES:
       return forms::Answer::yes;
@@ -135,9 +153,10 @@ forms::Answer Win32MessageBoxes::show(const std::u16string& text, forms::Buttons
       break;
   }
   // Closed, or there is no box to be had.
-  if (buttons == forms::Buttons::ok) return forms::Answer::ok;
-  return buttons == forms::Buttons::yesNo ? forms::Answer::no : forms::Answer::cancel;
+  return forms::closedAnswer(buttons);
 }
+
+void Win32MessageBoxes::closeAll() { ShownBox::closeAll(); }
 
 std::u16string Win32InputBoxes::ask(const std::u16string& prompt, const std::u16string& title) {
   InputForm form(host_, prompt, title);

@@ -131,7 +131,8 @@ void FormWindow::show() {
 }
 
 void FormWindow::bringForward() {
-  if (!isShown_ || window_ == nullptr) return;
+  if (!isShown_) return;
+  if (window_ == nullptr) return show();
   form_.WindowState(0);
   if (IsIconic(window_) != 0) ShowWindow(window_, SW_RESTORE);
   if (host_.owner) standAbove(host_.owner());
@@ -283,8 +284,9 @@ void FormWindow::putInPlace(SIZE size) {
   size.cy = std::min(size.cy, screen.bottom - screen.top);
   LONG left = (around.left + around.right - size.cx) / 2;
   LONG top = (around.top + around.bottom - size.cy) / 2;
-  if (loops_ == 0) {
-    // A form that nobody waits for is beside what it is about: below, to the right.
+  const auto isOther = [this](const auto& each) { return each.second != this && each.second->isShown(); };
+  if (loops_ == 0 && std::ranges::any_of(host_.windows_, isOther)) {
+    // What another form shows is beside what it is about: below, to the right.
     left = around.right - size.cx - stage_.look->px(40);
     top = around.bottom - size.cy - stage_.look->px(40);
   }
@@ -403,6 +405,11 @@ bool FormWindow::pressEnter(Mirror* mirror) {
 void FormWindow::closed() {
   // An edit that is refused is undone, and the form goes all the same.
   stage_.doings.settle();
+  stage_.doings.does([this] { form_.close(); });
+}
+
+void FormWindow::closeUnasked() {
+  stage_.doings.begun({});
   stage_.doings.does([this] { form_.close(); });
 }
 

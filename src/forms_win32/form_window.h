@@ -37,6 +37,9 @@ class FormWindow final : public Receiver {
   /// Whether the form is shown, and nobody waits for it.
   bool isBeside() const { return isShown_ && loops_ == 0; }
   bool isShown() const { return isShown_; }
+  bool isBusy() const { return loops_ > 0 || stage_.doings.isDoing(); }
+  /// Without a word about what was being typed.
+  void closeUnasked();
   /// In front of all, as it was before it was out of the way, above the window its user works in.
   void bringForward();
   /// The user works in that window now, which may be a document's.

@@ -22,6 +22,14 @@ BOOL CALLBACK tellGone(HWND window, LPARAM document) {
   return TRUE;
 }
 
+BOOL CALLBACK tellOfEnd(HWND window, LPARAM found) {
+  const FormWindow* form = FormWindow::of(window);
+  if (form == nullptr) return TRUE;
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): Windows passes it on so
+  *reinterpret_cast<Win32Forms**>(found) = &form->host();
+  return FALSE;
+}
+
 }  // namespace
 
 Win32Forms::Win32Forms(forms::MessageBoxes& boxes) : boxes_(boxes), module_(std::make_unique<Module>()) {}
@@ -46,6 +54,13 @@ void Win32Forms::listen() {
 
 LRESULT CALLBACK Win32Forms::heard(int code, WPARAM wparam, LPARAM data) {
   auto& message = *reinterpret_cast<MSG*>(data);
+  if (code == HC_ACTION && wparam == PM_REMOVE && message.message == WM_QUIT) {
+    Win32Forms* host = nullptr;
+    EnumThreadWindows(GetCurrentThreadId(), tellOfEnd, reinterpret_cast<LPARAM>(&host));
+    // Not called where it lies: it may have the host go.
+    if (const auto ends = host == nullptr ? nullptr : host->programEnds) ends();
+    return CallNextHookEx(nullptr, code, wparam, data);
+  }
   if (code == HC_ACTION && wparam == PM_REMOVE && message.hwnd != nullptr) {
     FormWindow* window = FormWindow::of(GetAncestor(message.hwnd, GA_ROOT));
     const bool isOthers = window != nullptr && (window->isBeside() || !window->host().pulls_);
@@ -77,6 +92,20 @@ void Win32Forms::bringForward(std::u16string_view form) {
   for (const auto& [each, window] : windows_) {
     if (each->Name() == form) return window->bringForward();
   }
+}
+
+void Win32Forms::closeAll() {
+  const auto isShown = [](const auto& each) { return each.second->isShown(); };
+  // A form that is closed may have others come and go.
+  for (std::size_t left = windows_.size(); left > 0; --left) {
+    const auto shown = std::ranges::find_if(windows_, isShown);
+    if (shown == windows_.end()) return;
+    shown->second->closeUnasked();
+  }
+}
+
+bool Win32Forms::isBusy() const {
+  return std::ranges::any_of(windows_, [](const auto& each) { return each.second->isBusy(); });
 }
 
 FormWindow& Win32Forms::shownBy(forms::Form& form) {

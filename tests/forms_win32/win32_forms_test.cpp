@@ -16,6 +16,7 @@ TEST_F(ShownForm, ChoosesWhereTheListClosesAndHearsOfTheMouseOverItsBoxesOnly) {
   std::vector<int> buttons;
   form.lines.MouseUp.handledBy([&](std::int16_t button) { buttons.push_back(button); });
   user.open();
+  SetCursorPos(0, 0);  // over the list it would choose
   HWND combo = user.widget(form.combo);
   User::send(combo, CB_SHOWDROPDOWN, TRUE);
   User::send(combo, CB_SETCURSEL, 1);

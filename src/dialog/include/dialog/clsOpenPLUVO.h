@@ -17,6 +17,13 @@ class clsOpenPLUVO {
   /// Shows the dialog, and returns when the user closes it. Throws the Fault of a start-up that could not be
   /// reported, as the word processor does not answer perhaps; the next call starts anew.
   void OpenPLUVO();
+  /// The same, but returns at once: whoever runs the thread's loop has the dialog's messages dealt with.
+  void show();
+  bool isShown() const { return dialog_ && dialog_->Visible(); }
+  /// See frmFAR.
+  void wordCloses() {
+    if (dialog_) dialog_->wordCloses();
+  }
 
   /// See frmFAR.
   void documentsChanged() {
@@ -32,6 +39,8 @@ class clsOpenPLUVO {
   }
 
  private:
+  frmFAR& needDialog();
+
   Surroundings surroundings_;
   std::unique_ptr<frmFAR> dialog_;
 };

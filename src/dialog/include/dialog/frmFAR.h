@@ -29,6 +29,9 @@ class frmFAR final : public forms::Form {
 
   /// A document was opened or closed in the word processor, whose window is the dialog's too.
   void documentsChanged();
+  /// The word processor is about to close: a run under way ends at its next step, and what fails of it then
+  /// is kept nowhere.
+  void wordCloses();
   /// Has the files page show these files, whose folder it names, for a run over them.
   void listFiles(const std::vector<std::u16string>& files);
   /// The keyboard goes to where a request begins.

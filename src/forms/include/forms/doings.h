@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/at_end.h"
 #include "forms/control.h"
 #include "forms/message_boxes.h"
 #include "forms/unreported.h"
@@ -22,8 +23,13 @@ class Doings {
   /// Something that needs no edit to be done with: typing, a key, the mouse.
   template <class Doing>
   void does(Doing&& doing) {
-    if (listening_) userDid(boxes_, std::forward<Doing>(doing));
+    if (!listening_) return;
+    ++doing_;
+    const base::AtEnd done([this] { --doing_; });
+    userDid(boxes_, std::forward<Doing>(doing));
   }
+  /// Whether something that the user did is being dealt with.
+  bool isDoing() const { return doing_ > 0; }
   /// A press or a choice. An edit that was begun elsewhere is ended first; where that is refused, nothing
   /// comes of it.
   template <class Doing>
@@ -48,6 +54,7 @@ class Doings {
   MessageBoxes& boxes_;
   Admits admits_;
   bool listening_ = false;
+  int doing_ = 0;
   std::function<bool()> end_;
 };
 

@@ -10,6 +10,12 @@ namespace pluvo::forms {
 enum class Buttons { ok, yesNo, yesNoCancel };
 enum class Answer { ok, yes, no, cancel };
 
+/// What is taken for the answer to a box that is closed without one.
+inline Answer closedAnswer(Buttons buttons) {
+  if (buttons == Buttons::ok) return Answer::ok;
+  return buttons == Buttons::yesNo ? Answer::no : Answer::cancel;
+}
+
 /// Boxes with a text and a few buttons, in which the user must answer before anything else.
 class MessageBoxes {
  public:

@@ -21,6 +21,9 @@ class Win32MessageBoxes final : public forms::MessageBoxes {
   forms::Answer show(const std::u16string& text, forms::Buttons buttons,
                      const std::optional<std::u16string>& title) override;
 
+  /// The boxes that are up go unanswered, as if they were closed.
+  static void closeAll();
+
   /// The window a box stands above where none of the thread's windows is active.
   std::function<HWND()> owner;
 

@@ -45,6 +45,14 @@ class Win32Forms final : public forms::FormHost {
   std::function<bool(HWND)> isOwner;
   /// The form of that name, where it is shown, comes to the front, also where it was out of the way.
   void bringForward(std::u16string_view form);
+  /// Each form that is shown is closed as its user would close it, and nothing is asked about an edit in it.
+  void closeAll();
+  /// Whether forms are waited for, or something that the user did is being dealt with: the host may not go
+  /// then.
+  bool isBusy() const;
+  /// The loop that runs this thread was told to end.
+  std::function<void()> programEnds;
+
   /// The user goes to and fro between this form and the documents. To be said before it is first shown.
   void leavesOthersUsable(std::u16string form) { modeless_.insert(std::move(form)); }
 
