@@ -19,14 +19,20 @@ class BoxesOverEdits final : public forms::MessageBoxes {
   BoxesOverEdits(forms::MessageBoxes& boxes, std::function<std::shared_ptr<word::Application>()> application)
       : boxes_(boxes), application_(std::move(application)) {}
 
+  /// Nobody is there to read them: no box is shown from now on, and each answer is that of one that is
+  /// closed.
+  void silence() { silent_ = true; }
+
   forms::Answer show(const std::u16string& text, forms::Buttons buttons,
                      const std::optional<std::u16string>& title) override {
+    if (silent_) return forms::closedAnswer(buttons);
     const std::shared_ptr<word::Application> application = application_();
     const auto shown = application ? application->showEdits() : nullptr;
     return boxes_.show(text, buttons, title);
   }
 
  private:
+  bool silent_ = false;
   forms::MessageBoxes& boxes_;
   std::function<std::shared_ptr<word::Application>()> application_;
 };

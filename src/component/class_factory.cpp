@@ -1,9 +1,5 @@
 #include "class_factory.h"
 
-#include "open_pluvo.h"
-
-#include <new>
-
 namespace pluvo::component {
 
 STDMETHODIMP ClassFactory::QueryInterface(REFIID interfaceId, void** object) noexcept {
@@ -27,7 +23,7 @@ STDMETHODIMP ClassFactory::CreateInstance(IUnknown* outer, REFIID interfaceId, v
   if (object == nullptr) return E_POINTER;
   *object = nullptr;
   if (outer != nullptr) return CLASS_E_NOAGGREGATION;
-  auto* made = new (std::nothrow) OpenPluvo;
+  IUnknown* made = maker_();
   if (made == nullptr) return E_OUTOFMEMORY;
   const HRESULT status = made->QueryInterface(interfaceId, object);
   made->Release();

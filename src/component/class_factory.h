@@ -8,9 +8,13 @@
 
 namespace pluvo::component {
 
-/// Makes objects of the automation class.
+/// Makes an object; null where there is no memory.
+using Maker = IUnknown* (*)();
+
+/// Makes objects of one class.
 class ClassFactory final : public IClassFactory {
  public:
+  explicit ClassFactory(Maker maker) : maker_(maker) {}
   STDMETHODIMP QueryInterface(REFIID interfaceId, void** object) noexcept override;
   STDMETHODIMP_(ULONG) AddRef() noexcept override;
   STDMETHODIMP_(ULONG) Release() noexcept override;
@@ -20,6 +24,7 @@ class ClassFactory final : public IClassFactory {
  private:
   ~ClassFactory() = default;
 
+  Maker maker_;
   Alive alive_;
   std::atomic<ULONG> references_ = 1;
 };

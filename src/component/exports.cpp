@@ -1,5 +1,7 @@
+#include "add_in.h"
 #include "class_factory.h"
 #include "module.h"
+#include "open_pluvo.h"
 #include "pluvo_interface.h"
 #include "registration.h"
 #include "status.h"
@@ -12,6 +14,25 @@
 using pluvo::component::Audience;
 using pluvo::component::ClassFactory;
 using pluvo::component::guardedStatus;
+using pluvo::component::Maker;
+using pluvo::component::Widths;
+
+namespace {
+
+template <class Object, class Default>
+IUnknown* make() {
+  return static_cast<Default*>(new (std::nothrow) Object);
+}
+
+/// Null where the class is another's.
+Maker makerOf(REFCLSID classId) {
+  using namespace pluvo::component;
+  if (classId == CLSID_clsOpenPLUVO) return make<OpenPluvo, _clsOpenPLUVO>;
+  if (classId == CLSID_Connect) return make<AddIn, _Connect>;
+  return nullptr;
+}
+
+}  // namespace
 
 BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* /*reserved*/) {
   if (reason == DLL_PROCESS_ATTACH) pluvo::component::module(instance);
@@ -21,8 +42,9 @@ BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* /*reserved*/) {
 STDAPI DllGetClassObject(REFCLSID classId, REFIID interfaceId, void** object) {
   if (object == nullptr) return E_POINTER;
   *object = nullptr;
-  if (classId != CLSID_clsOpenPLUVO) return CLASS_E_CLASSNOTAVAILABLE;
-  auto* factory = new (std::nothrow) ClassFactory;
+  const Maker maker = makerOf(classId);
+  if (maker == nullptr) return CLASS_E_CLASSNOTAVAILABLE;
+  auto* factory = new (std::nothrow) ClassFactory(maker);
   if (factory == nullptr) return E_OUTOFMEMORY;
   const HRESULT status = factory->QueryInterface(interfaceId, object);
   factory->Release();
@@ -40,10 +62,13 @@ STDAPI DllUnregisterServer() {
   return guardedStatus([] { return unregisterClass(Audience::user); });
 }
 
-/// `regsvr32 /n /i:user`, the same, or `/i:machine`.
+/// `regsvr32 /n /i:user`, the same; `/i:machine`, for all users; `/i:both`, for the user and in both widths,
+/// which the installer does.
 STDAPI DllInstall(BOOL install, const wchar_t* commandLine) {
   const std::wstring_view wanted = commandLine == nullptr ? L"" : commandLine;
-  if (!wanted.empty() && wanted != L"user" && wanted != L"machine") return E_INVALIDARG;
+  if (!wanted.empty() && wanted != L"user" && wanted != L"machine" && wanted != L"both") return E_INVALIDARG;
   const Audience audience = wanted == L"machine" ? Audience::machine : Audience::user;
-  return guardedStatus([&] { return install ? registerClass(audience) : unregisterClass(audience); });
+  const Widths widths = wanted == L"both" ? Widths::both : Widths::own;
+  return guardedStatus(
+      [&] { return install ? registerClass(audience, widths) : unregisterClass(audience, widths); });
 }

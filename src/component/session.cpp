@@ -18,14 +18,24 @@
 #include "word_window.h"
 
 #include <windows.h>
+#include <wrl/client.h>
 
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace pluvo::component {
 
 namespace {
+
+using Microsoft::WRL::ComPtr;
+
+/// What the add-in was given, on Word's thread; null while it is not connected.
+ComPtr<IDispatch>& givenWord() {
+  static auto* const given = new ComPtr<IDispatch>;
+  return *given;
+}
 
 /// The dialog and what it works with.
 class Session {
@@ -37,23 +47,39 @@ class Session {
     // Texts are copied from the documents behind them.
     forms_.leavesOthersUsable(dialog::frmFAR::kName);
     forms_.leavesOthersUsable(dialog::frmProcessing::kName);
+    forms_.programEnds = endDialog;
   }
 
   void open() {
-    if (opens_) return forms_.bringForward(dialog::frmFAR::kName);
+    if (opens_ || way_.isShown()) return forms_.bringForward(dialog::frmFAR::kName);
     opens_ = true;
     const base::AtEnd closed([this] { opens_ = false; });
-    way_.OpenPLUVO();
+    if (manner_.careful && (givenWord() || wordWindow() != nullptr)) {
+      way_.show();
+    } else {
+      way_.OpenPLUVO();
+    }
     // There are windows that call this code.
     if (!std::exchange(wasUp_, true)) stayLoaded();
   }
   bool isOfThisThread() const { return GetCurrentThreadId() == thread_; }
   /// Whether the dialog is up, or was.
   bool isUp() const { return opens_ || wasUp_; }
+  /// Whether code of the dialog's is being executed; it may not go then.
+  bool isBusy() const { return opens_ || forms_.isBusy(); }
+
+  void end() {
+    boxes_.silence();
+    way_.wordCloses();
+    forms_win32::Win32MessageBoxes::closeAll();
+    forms_.closeAll();
+    if (const auto word = word_.lock()) word_com::letGoOf(*word);
+  }
 
  private:
   std::shared_ptr<word::Application> connect() {
-    std::shared_ptr<word::Application> word = word_com::connectToWord(manner_);
+    std::shared_ptr<word::Application> word =
+        givenWord() ? word_com::applicationOf(givenWord().Get(), manner_) : word_com::connectToWord(manner_);
     word_ = word;
     return word;
   }
@@ -103,6 +129,8 @@ class Session {
 struct Sessions {
   SRWLOCK lock = SRWLOCK_INIT;
   std::shared_ptr<Session> one;
+  /// Those that were ended while they were busy, on the thread that all dialogs are on.
+  std::vector<std::shared_ptr<Session>> ended;
 };
 
 Sessions& sessions() {
@@ -127,7 +155,30 @@ void forget(const std::shared_ptr<Session>& session) {
   if (all.one == session) all.one.reset();
 }
 
+/// Takes down what was ended, when it has come to its end.
+void CALLBACK takeDown(HWND /*window*/, UINT /*message*/, UINT_PTR timer, DWORD /*now*/) {
+  auto& ended = sessions().ended;
+  std::erase_if(ended, [](const auto& session) { return !session->isBusy(); });
+  if (ended.empty()) KillTimer(nullptr, timer);
+}
+
 }  // namespace
+
+void connectTo(IDispatch* word) { givenWord() = word; }
+
+void endDialog() {
+  constexpr UINT kInAWhile = 50;  // milliseconds
+  Sessions& all = sessions();
+  AcquireSRWLockShared(&all.lock);
+  const std::shared_ptr<Session> session = all.one;
+  ReleaseSRWLockShared(&all.lock);
+  if (!session || !session->isOfThisThread()) return;
+  forget(session);
+  session->end();
+  if (!session->isBusy()) return;
+  all.ended.push_back(session);
+  SetTimer(nullptr, 0, kInAWhile, takeDown);
+}
 
 void openDialog() {
   const std::shared_ptr<Session> session = sharedSession();

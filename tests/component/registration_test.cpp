@@ -5,6 +5,8 @@
 #include <wrl/client.h>
 
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
 #include <set>
 #include <string>
 #include <vector>
@@ -14,13 +16,16 @@ namespace {
 
 using Keys = std::set<std::wstring>;
 
-/// The keys right below the parts of the registry where classes are.
+/// The keys right below the parts of the registry where classes and add-ins are.
 Keys classKeys() {
   Keys keys;
   for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
-    for (const wchar_t* part : {L"", L"\\CLSID", L"\\Interface", L"\\TypeLib"}) {
+    for (const wchar_t* part :
+         {L"Classes", L"Classes\\CLSID", L"Classes\\Interface", L"Classes\\TypeLib", L"Classes\\Wow6432Node",
+          L"Classes\\Wow6432Node\\CLSID", L"Classes\\Wow6432Node\\Interface", L"Microsoft",
+          L"Microsoft\\Office\\Word\\Addins"}) {
       HKEY key = nullptr;
-      const std::wstring path = std::wstring(L"Software\\Classes") + part;
+      const std::wstring path = std::wstring(L"Software\\") + part;
       if (RegOpenKeyExW(root, path.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) continue;
       constexpr DWORD kMost = 256;
       wchar_t name[kMost];
@@ -126,13 +131,57 @@ TEST(Registration, ThatFailsLeavesTheOneBefore) {
   EXPECT_THAT(left(before), testing::IsEmpty());
 }
 
+bool isThere(const std::wstring& path) {
+  HKEY key = nullptr;
+  for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
+    if (RegOpenKeyExW(root, (L"Software\\" + path).c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) continue;
+    RegCloseKey(key);
+    return true;
+  }
+  return false;
+}
+
+/// The DLL of the other width lies beside it, and is not loaded.
+class OtherWidth {
+ public:
+  OtherWidth() { std::ofstream(path_).put(' '); }
+  OtherWidth(const OtherWidth&) = delete;
+  OtherWidth& operator=(const OtherWidth&) = delete;
+  ~OtherWidth() { std::filesystem::remove(path_); }
+
+ private:
+  std::filesystem::path path_ = std::filesystem::path(LoadedComponent::path())
+                                    .replace_filename(sizeof(void*) == 8 ? L"pluvo32.dll" : L"pluvo64.dll");
+};
+
+#ifdef _WIN64
+TEST(Registration, OfBothWidthsKeepsWhatTheOtherNeeds) {
+  const LoadedComponent component;
+  component.install(false, L"both");
+  EXPECT_EQ(component.install(true, L"both"), HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND)) << "half of it";
+  const OtherWidth other;
+  const std::wstring addIn = L"Microsoft\\Office\\Word\\Addins\\PLUVO.Connect";
+  const std::wstring otherClass = L"Classes\\Wow6432Node\\CLSID\\" + braced(CLSID_Connect);
+  const Keys before = classKeys();
+  EXPECT_EQ(component.install(true, L"both"), S_OK);
+  EXPECT_TRUE(isThere(otherClass));
+  EXPECT_EQ(component.install(false, L"user"), S_OK);
+  for (const std::wstring& left : {otherClass, addIn, std::wstring(L"Classes\\PLUVO.Connect")})
+    EXPECT_TRUE(isThere(left)) << testing::PrintToString(left);
+  EXPECT_FALSE(canBeCreated());
+  EXPECT_EQ(component.install(false, L"both"), S_OK);
+  EXPECT_THAT(left(before), testing::IsEmpty());
+}
+#endif
+
 /// How often it was registered does not matter, nor where an earlier version in the same place wrote.
 TEST(Registration, LeavesNoKey) {
   const LoadedComponent component;
+  const OtherWidth other;
   for (const wchar_t* all : {L"user", L"machine"}) component.install(false, all);
   const Keys before = classKeys();
-  constexpr const wchar_t* kRows[][2] = {
-      {L"user", L""}, {L"", L"user"}, {L"machine", L"machine"}, {L"user", L"again"}};
+  constexpr const wchar_t* kRows[][2] = {{L"user", L""},      {L"", L"user"},     {L"machine", L"machine"},
+                                         {L"user", L"again"}, {L"both", L"both"}, {L"both", L"user"}};
   for (const auto& [first, second] : kRows) {
     for (const int times : {1, 2}) {
       EXPECT_EQ(component.install(true, first), S_OK);

@@ -7,8 +7,11 @@
 //   type|LABEL|TEXT        into the text box or list behind a label; what is there goes
 //   choose|LABEL|TEXT      an entry of that list
 //   page|NUMBER            a page of the tabs, counted from 0
+//   strike|KEY             Tab, Return, Escape, Delete, or a letter with Ctrl, "Ctrl+C"
+//   holds|LABEL|TEXT       waits until the text box or list behind a label holds this
 //   read|TEXT              waits until the window says this
 //   close                  the window by its cross
+//   shut|TITLE             closes a window as another program would, also one that waits for another
 //
 // Names between percent signs are the environment's.
 //
@@ -133,6 +136,9 @@ class User {
     if (verb == L"choose") return choose(field(step.at(1)), step.at(2));
     if (verb == L"page") return page(std::stoi(step.at(1)));
     if (verb == L"read") return read(step.at(1));
+    if (verb == L"strike") return strike(step.at(1));
+    if (verb == L"holds") return holds(step.at(1), step.at(2));
+    if (verb == L"shut") return post(windowWith(step.at(1)), WM_CLOSE, 0, 0);
     if (verb == L"close") return post(window_, WM_SYSCOMMAND, SC_CLOSE, 0);
     throw std::runtime_error("no such step");
   }
@@ -221,6 +227,38 @@ class User {
       if (!step(VK_DOWN, rows - 1)) throw std::runtime_error("the list has no such entry");
     }
     key(edit, VK_TAB);
+  }
+
+  /// By the keyboard itself, since only that tells the system which keys are held; it goes to what is in
+  /// front.
+  void strike(const std::wstring& name) const {
+    await([&] { return GetForegroundWindow() == window_; });
+    const bool control = name.starts_with(L"Ctrl+");
+    const WORD code = name == L"Tab"      ? VK_TAB
+                      : name == L"Return" ? VK_RETURN
+                      : name == L"Escape" ? VK_ESCAPE
+                      : name == L"Delete" ? VK_DELETE
+                                          : static_cast<WORD>(name.back());
+    std::vector<INPUT> events;
+    const auto add = [&](WORD key, DWORD flags) {
+      INPUT event{};
+      event.type = INPUT_KEYBOARD;
+      event.ki.wVk = key;
+      event.ki.wScan = static_cast<WORD>(MapVirtualKeyW(key, MAPVK_VK_TO_VSC));
+      event.ki.dwFlags = flags;
+      events.push_back(event);
+    };
+    if (control) add(VK_CONTROL, 0);
+    add(code, 0);
+    add(code, KEYEVENTF_KEYUP);
+    if (control) add(VK_CONTROL, KEYEVENTF_KEYUP);
+    SendInput(static_cast<UINT>(events.size()), events.data(), sizeof(INPUT));
+    Sleep(kPause);
+  }
+
+  void holds(const std::wstring& label, const std::wstring& text) const {
+    const HWND held = field(label);
+    await([&] { return textOf(held) == text; });
   }
 
   void page(int number) const {

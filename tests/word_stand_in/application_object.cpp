@@ -78,12 +78,12 @@ class InTable {
  public:
   explicit InTable(IDispatch* application) {
     running = application;
-    RegisterActiveObject(application, kWordClass, ACTIVEOBJECT_WEAK, &registration_);
+    if (ways().entersTable) RegisterActiveObject(application, kWordClass, ACTIVEOBJECT_WEAK, &registration_);
   }
   InTable(const InTable&) = delete;
   InTable& operator=(const InTable&) = delete;
   ~InTable() {
-    RevokeActiveObject(registration_, nullptr);
+    if (registration_ != 0) RevokeActiveObject(registration_, nullptr);
     running = nullptr;
   }
 

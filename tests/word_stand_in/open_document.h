@@ -29,6 +29,7 @@ struct Ways {
   bool snapsOutOfFields = false;  ///< a range that is to begin in a field begins before it
   bool hasWindows = false;        ///< one for each document, which goes with it
   bool eatsKeys = false;          ///< the loop of its own leaves no keys to others
+  bool entersTable = true;        ///< of running objects, which Word does when it first loses the focus
   bool reads = false;             ///< documents are in reading view
   std::int32_t protectedViews = 0;
   std::int32_t story = 1;  ///< in which the selection stands
