@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
 # packaging/windows.sh: builds the component for 64-bit and 32-bit Word and gathers what ships, the two DLLs and
-# the two documents, into build/windows and build/pluvo-VERSION-windows.zip.
+# the two documents, in build/windows. Makes build/pluvo-VERSION-windows.zip of them, and the installer,
+# build/pluvo-VERSION-setup.exe.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 source scripts/setup.sh
 
-need "${WINDOWS_PACKAGES[@]}"
+need "${WINDOWS_PACKAGES[@]}" nsis
 version=$(sed -n 's/^project(pluvo VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
 rm -rf build/windows
 for preset in mingw64 mingw32; do
@@ -14,4 +15,6 @@ for preset in mingw64 mingw32; do
   cmake --install "build/$preset" --prefix build/windows --strip >/dev/null
 done
 (cd build/windows && cmake -E tar cf "../pluvo-$version-windows.zip" --format=zip -- *)
-ls -l build/windows "build/pluvo-$version-windows.zip"
+quietly build/nsis.log makensis -V2 -WX "-DVERSION=$version" "-DFILES=$PWD/build/windows" \
+  "-DOUTPUT=$PWD/build/pluvo-$version-setup.exe" packaging/windows.nsi
+ls -l build/windows "build/pluvo-$version-windows.zip" "build/pluvo-$version-setup.exe"
