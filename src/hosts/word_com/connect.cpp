@@ -102,7 +102,8 @@ ComPtr<IDispatch> running(bool ownOnly) {
   for (ComPtr<IMoniker> each; all->Next(1, each.ReleaseAndGetAddressOf(), nullptr) == S_OK;) {
     ComPtr<IUnknown> object;
     ComPtr<IDispatch> application;
-    if (each->IsEqual(wanted.Get()) == S_OK && SUCCEEDED(table->GetObject(each.Get(), &object)) &&
+    // One whose program is going may be told as found, and not be there.
+    if (each->IsEqual(wanted.Get()) == S_OK && SUCCEEDED(table->GetObject(each.Get(), &object)) && object &&
         (!ownOnly || isOfThisProcess(object)) && SUCCEEDED(object.As(&application)))
       return application;
   }
