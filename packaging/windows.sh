@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # packaging/windows.sh: builds the component for 64-bit and 32-bit Word and gathers what ships, the two DLLs and
 # the two documents, in build/windows. Makes build/pluvo-VERSION-windows.zip of them, and the installer,
-# build/pluvo-VERSION-setup.exe.
+# build/pluvo-VERSION-setup.exe. "packaging/windows.sh prove" then installs, uses, updates and takes it out under Wine.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 source scripts/setup.sh
@@ -18,3 +18,4 @@ done
 quietly build/nsis.log makensis -V2 -WX "-DVERSION=$version" "-DFILES=$PWD/build/windows" \
   "-DOUTPUT=$PWD/build/pluvo-$version-setup.exe" packaging/windows.nsi
 ls -l build/windows "build/pluvo-$version-windows.zip" "build/pluvo-$version-setup.exe"
+[[ ${1-} != prove ]] || exec xvfb-run -a -s '-screen 0 1280x960x24' packaging/prove_windows.sh "$version"

@@ -2,9 +2,9 @@
 // connects them, shows the buttons of their ribbons, and runs a loop that keeps keys for itself. Closed, it
 // disconnects them, in the midst of whatever they do, and says what is left of them.
 //
-//   word_host [COMPONENT STEPS]    registers the DLL beside it for as long as it runs, and has a user do what
-//   the
-//                                  file says
+//   word_host STEPS [COMPONENT]    has a user do what the file says; registers the DLL beside it for as long
+//   as
+//                                  it runs, or goes by what is installed
 
 #include "pluvo_interface.h"
 #include "word_stand_in/objects.h"
@@ -49,6 +49,7 @@ struct Button {
 
 struct Host {
   ComPtr<IDispatch> word = application();
+  ULONG heldBefore = 0;
   ComPtr<IDispatch> addIn;
   ComPtr<IDTExtensibility2> extensibility;
   SAFEARRAY* custom = SafeArrayCreateVector(VT_VARIANT, 0, 0);
@@ -116,6 +117,11 @@ void press(const Button& button) {
   expect(GetTickCount64() - begun < 20000, "the callback waits for the user");
 }
 
+ULONG holders() {
+  host->word->AddRef();
+  return host->word->Release();
+}
+
 /// What Word does at its start with the keys of add-ins.
 bool connect() {
   HKEY keys = nullptr;
@@ -140,6 +146,7 @@ bool connect() {
       expect(SUCCEEDED(host->addIn.As(&host->extensibility)) && SUCCEEDED(host->addIn.As(&ribbon)),
              "it has not both interfaces");
   if (!isThere) return false;
+  host->heldBefore = holders();
   expect(host->extensibility->OnConnection(host->word.Get(), ext_cm_Startup, nullptr, &host->custom) == S_OK,
          "connection");
   expect(ribbon->GetCustomUI(const_cast<BSTR>(L"Microsoft.Word.Document"), &markup.text) == S_OK, "ribbon");
@@ -168,8 +175,8 @@ void disconnect() {
   expect(host->extensibility->OnDisconnection(ext_dm_HostShutdown, &host->custom) == S_OK, "disconnection");
   host->extensibility.Reset();
   expect(host->addIn.Reset() == 0, "the add-in is held");
-  host->word.Reset();
-  expect(world().calls.alive == 0, "objects of Word are held: " + std::to_string(world().calls.alive));
+  expect(world().calls.alive == 1, "objects of Word are held: " + std::to_string(world().calls.alive - 1));
+  expect(holders() == host->heldBefore, "Word is held");
 }
 
 LRESULT CALLBACK frame(HWND window, UINT message, WPARAM wide, LPARAM parameter) {
@@ -260,12 +267,13 @@ void waitALittle() {
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR, int) {
   int count = 0;
   LPWSTR* const arguments = CommandLineToArgvW(GetCommandLineW(), &count);
+  if (count < 2) return 2;
   const bool isTest = count == 3;
   CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
   // What is set for a test is taken back behind it; an installed component is as it is.
   HMODULE component = nullptr;
   if (isTest) {
-    component = LoadLibraryW((ownFolder() / arguments[1]).c_str());
+    component = LoadLibraryW((ownFolder() / arguments[2]).c_str());
     expect(entry(component, "DllRegisterServer") == S_OK, "it cannot be registered");
     const DWORD careful = 1;
     RegSetKeyValueW(HKEY_CURRENT_USER, kSettings, L"Careful", REG_DWORD, &careful, sizeof careful);
@@ -273,28 +281,32 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR, int) {
   const auto folder = std::filesystem::temp_directory_path() / L"pluvo_add_in";
   std::filesystem::create_directories(folder / L"PLUVO");
   world().reset();
-  ways().entersTable = false;  // as Word is when it has just been started
+  ways().entersTable = false;
   world().defaultPaths[2] = folder.u16string();
   host = new Host;
   const Document document =
       world().add(u"C:\\Letters\\one.doc", {.text = u"A cat sat. The cat ran. No Cat."});
   makeWindow();
+  // Scripts find it there; where it is not, the add-in has nothing but what it is given.
+  DWORD inTable = 0;
+  if (!isTest) RegisterActiveObject(host->word.Get(), kWordClass, ACTIVEOBJECT_STRONG, &inTable);
   if (connect()) {
-    if (isTest) startUser(arguments[2], folder / L"outcome");
+    startUser(arguments[1], folder / L"outcome");
     loop();
     waitALittle();
+    if (!isTest) RevokeActiveObject(inTable, nullptr);
   }
   expect(windowsLeft() == 0, "windows are left: " + std::to_string(windowsLeft()));
+  WaitForSingleObject(host->user.hProcess, 40000);
+  const std::string outcome = textOf(folder / L"outcome");
+  expect(outcome == "done", "what the user did: " + outcome);
+  expect(!std::filesystem::exists(folder / L"PLUVO" / L"errors.txt"), "errors are reported");
+  expect(world().screenUpdating, "Word does not draw");
+  std::filesystem::remove_all(folder);
   if (isTest) {
-    WaitForSingleObject(host->user.hProcess, 40000);
-    const std::string outcome = textOf(folder / L"outcome");
-    expect(outcome == "done", "what the user did: " + outcome);
-    expect(!std::filesystem::exists(folder / L"PLUVO" / L"errors.txt"), "errors are reported");
-    expect(world().screenUpdating, "Word does not draw");
     expect(entry(component, "DllCanUnloadNow") == S_OK, "it has something that lives");
     entry(component, "DllUnregisterServer");
     RegDeleteTreeW(HKEY_CURRENT_USER, kSettings);
-    std::filesystem::remove_all(folder);
   }
   if (failures == 0) std::puts("all as wanted");
   std::fflush(stdout);

@@ -11,6 +11,7 @@
 //   holds|LABEL|TEXT       waits until the text box or list behind a label holds this
 //   read|TEXT              waits until the window says this
 //   close                  the window by its cross
+//   wait|MILLISECONDS      does nothing
 //   shut|TITLE             closes a window as another program would, also one that waits for another
 //
 // Names between percent signs are the environment's.
@@ -139,6 +140,7 @@ class User {
     if (verb == L"strike") return strike(step.at(1));
     if (verb == L"holds") return holds(step.at(1), step.at(2));
     if (verb == L"shut") return post(windowWith(step.at(1)), WM_CLOSE, 0, 0);
+    if (verb == L"wait") return Sleep(static_cast<DWORD>(std::stoi(step.at(1))));
     if (verb == L"close") return post(window_, WM_SYSCOMMAND, SC_CLOSE, 0);
     throw std::runtime_error("no such step");
   }
