@@ -46,6 +46,7 @@ Dialog::Dialog(const std::shared_ptr<memory::MemoryApplication>& application, Wo
           .engineMade =
               [this, &watch](dialog::clsProcessFind& engine) {
                 engine.LiftLimitsSetting(true);
+                engine.StoriesSetting(stories_);
                 engine.observer(&watch);
                 watch.engine(&engine);
                 engine_ = &engine;
@@ -100,6 +101,11 @@ void Dialog::open() {
 }
 
 void Dialog::close() { forms_.end(); }
+
+void Dialog::worksIn(word::StoryKinds stories) {
+  stories_ = stories;
+  if (engine_ != nullptr) engine_->StoriesSetting(stories);
+}
 
 void Dialog::listFiles(const std::vector<std::u16string>& files) { opener_.listFiles(files); }
 

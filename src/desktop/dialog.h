@@ -59,6 +59,8 @@ class Dialog {
   void open();
   /// The program ends: open() returns, and no box is shown any more.
   void close();
+  /// The kinds of stories in which the next run works; main text alone at first.
+  void worksIn(word::StoryKinds stories);
   /// A document was opened or closed.
   void documentsChanged() { opener_.documentsChanged(); }
 
@@ -93,6 +95,7 @@ class Dialog {
   std::unique_ptr<forms::Clock> clock_ = forms::machineClock();
   std::unique_ptr<dialog::RandomSource> random_ = dialog::machineRandomSource();
   dialog::clsProcessFind* engine_ = nullptr;
+  word::StoryKinds stories_ = word::kMainTextAlone;
   std::shared_ptr<FolderRun> run_;
   dialog::clsOpenPLUVO opener_;
 };

@@ -186,8 +186,8 @@ void Documents::reloadStale() {
 
 /// In the place of the tab that shows an earlier version.
 void Documents::put(OpenDocument& old, std::unique_ptr<OpenDocument> now) {
-  const bool inMainText = old.shown().selectedStory() == 0;
-  const text::Span selected = inMainText ? old.shown().selection() : text::Span{};
+  const std::size_t story = old.shown().selectedStory();
+  const text::Span selected = story == 0 ? old.shown().selection() : text::Span{};
   const int index = tabs_->indexOf(old.view());
   const bool isFront = tabs_->currentIndex() == index;
   const double zoom = old.view()->zoom();
@@ -200,6 +200,7 @@ void Documents::put(OpenDocument& old, std::unique_ptr<OpenDocument> now) {
   const text::Position end = open.document()->mainText().length();
   open.document()->select({std::min(selected.from, end), std::min(selected.to, end)});
   open.refresh();
+  if (story < open.shown().stories().count()) open.lookAt(story);
   open.view()->setZoom(zoom);
   open.view()->verticalScrollBar()->setValue(scrolled);
   if (isFront) tabs_->setCurrentWidget(open.view());
@@ -249,8 +250,9 @@ void Documents::tabChosen() {
 
 void Documents::updateTitles() {
   for (int i = 0; i < tabs_->count(); ++i) {
-    const OpenDocument* const document = inTab(i);
+    OpenDocument* const document = inTab(i);
     if (document == nullptr) continue;
+    document->leaveGoneStory();
     QString title = document->name();
     title.replace(QLatin1Char('&'), QStringLiteral("&&"));
     tabs_->setTabText(i, document->changed() ? title + QLatin1Char('*') : title);

@@ -6,6 +6,7 @@
 #include "errors/context.h"
 #include "multifile/questions.h"
 #include "runs/kept.h"
+#include "runs/written_request.h"
 
 #include <algorithm>
 #include <utility>
@@ -37,7 +38,9 @@ std::string commandOf(const engine::Request& request) {
       u"Execute: " + dialog::operationInWords(request) + u"; begins with \"" + request.begin;
   if (!request.end.empty()) words += u"\", ends with \"" + request.end;
   if (!request.inside.empty()) words += u"\", inside \"" + request.inside;
-  return base::utf8(words + u'"');
+  words += u'"';
+  if (request.stories != word::kMainTextAlone) words += u"; in " + base::utf16(runs::placesIn(request));
+  return base::utf8(words);
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "main_window.h"
 
 #include "base/names.h"
+#include "document/place_names.h"
 #include "errors/context.h"
 #include "question.h"
 
@@ -22,6 +23,7 @@ MainWindow::MainWindow(const Places& places, const Choosers& choosers) : compone
   setAcceptDrops(true);
   buildDocuments(choosers);
   buildPanel();
+  buildPlaces();
   buildStatus();
   buildMenus();
   work_.changed = [this](bool underWay) { workChanged(underWay); };
@@ -80,6 +82,15 @@ void MainWindow::buildPanel() {
   addDockWidget(Qt::RightDockWidgetArea, dock_);
 }
 
+void MainWindow::buildPlaces() {
+  placeList_ = new PlaceList;
+  placeList_->chosen = [this] { placesChosen(); };
+  placesDock_ = new QDockWidget(tr("Places"), this);
+  placesDock_->setObjectName(QStringLiteral("places"));
+  placesDock_->setWidget(placeList_);
+  addDockWidget(Qt::LeftDockWidgetArea, placesDock_);
+}
+
 void MainWindow::buildStatus() {
   cancel_ = new QPushButton(tr("Cancel"));
   cancel_->setToolTip(tr("Ends what is under way (Esc)"));
@@ -97,6 +108,7 @@ void MainWindow::buildMenus() {
                                                             .documents = *documents_,
                                                             .files = *files_,
                                                             .panel = *dock_->toggleViewAction(),
+                                                            .places = *placesDock_->toggleViewAction(),
                                                             .undo = [this] { undo(); },
                                                             .redo = [this] { redo(); },
                                                             .cancel = [this] { cancelWork(); },
@@ -281,6 +293,15 @@ void MainWindow::blockAwaits() {
   document->view()->reveal(document->shown().selection());
 }
 
+/// The first text of the place comes into sight.
+void MainWindow::placesChosen() {
+  const document::Places& places = placeList_->places();
+  dialog_->worksIn(document::kindsIn(places));
+  if (current() == nullptr) return;
+  if (const auto first = current()->shown().nextStory(document::kindsIn(places), 0))
+    current()->lookAt(static_cast<std::size_t>(*first));
+}
+
 void MainWindow::undo() {
   if (refusedNow()) return;
   if (current() == nullptr || !current()->canUndo()) {
@@ -330,6 +351,7 @@ void MainWindow::updateTitle() {
   setWindowModified(shown != nullptr && shown->changed());
   const double zoom = shown == nullptr ? 1 : shown->view()->zoom();
   zoom_->setText(tr("%1 %").arg(qRound(zoom * 100)));
+  placeList_->update(shown == nullptr ? nullptr : &shown->shown().stories());
   updateActions();
 }
 
@@ -337,6 +359,7 @@ void MainWindow::updateActions() {
   if (!runs_) return;
   const bool works = work_.underWay();
   const bool confirms = dialog_->confirming();
+  placeList_->setEnabled(!works && !confirms);
   menus_->update({.works = works, .confirms = confirms, .filesChanged = beside_->filesChanged()});
   runs_->update(works || confirms);
 }

@@ -9,6 +9,7 @@
 #include "memory/application.h"
 #include "menus.h"
 #include "pass_watch.h"
+#include "place_list.h"
 #include "places.h"
 #include "runs_menu.h"
 #include "work.h"
@@ -24,7 +25,7 @@
 
 namespace pluvo::desktop {
 
-/// The program's window: documents in tabs, and the dialog beside them.
+/// The program's window: documents in tabs, and beside them the dialog and the places where it works.
 ///
 /// While the engine works or a block awaits the user's decision, documents can be looked at, and nothing is
 /// opened, closed or taken back. Closing the window then ends the pass first.
@@ -57,6 +58,7 @@ class MainWindow final : public QMainWindow {
   // Set-up.
   void buildDocuments(const Choosers& choosers);
   void buildPanel();
+  void buildPlaces();
   void buildStatus();
   void buildMenus();
   void buildDialog(const Places& places);
@@ -68,6 +70,7 @@ class MainWindow final : public QMainWindow {
   void workChanged(bool underWay);
   void workEnded();
   void cancelWork();
+  void placesChosen();
   void undo();
   void redo();
   /// Whether a pass holds the documents: at work, or awaiting a decision.
@@ -100,6 +103,8 @@ class MainWindow final : public QMainWindow {
   /// To be shown when the work under way has ended.
   QString note_;
 
+  PlaceList* placeList_ = nullptr;
+  QDockWidget* placesDock_ = nullptr;
   QDockWidget* dock_ = nullptr;
   QWidget* panel_ = nullptr;
   QLabel* zoom_ = nullptr;

@@ -72,6 +72,8 @@ void Menus::buildView(QMenu& view) {
   place_.panel.setText(tr("&Panel"));
   place_.panel.setShortcut(QKeySequence(Qt::Key_F9));
   view.addAction(&place_.panel);
+  place_.places.setText(tr("P&laces"));
+  view.addAction(&place_.places);
   add(view, tr("Go to the P&anel"), Qt::Key_F6, [this] {
     const bool isElsewhere = place_.documents.current() != nullptr && !this->view().hasFocus();
     if (isElsewhere) return this->view().setFocus();

@@ -22,7 +22,8 @@ class Menus final : public QObject {
     QWidget& window;
     Documents& documents;
     DocumentFiles& files;
-    QAction& panel;  ///< shows and hides the panel
+    QAction& panel;   ///< shows and hides the panel
+    QAction& places;  ///< the same of the list of places
     std::function<void()> undo;
     std::function<void()> redo;
     std::function<void()> cancel;

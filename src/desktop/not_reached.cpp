@@ -34,8 +34,9 @@ void NotReached::passBegins(const std::shared_ptr<memory::MemoryDocument>& docum
 void NotReached::look(const OpenDocument& document, std::function<void()> then) {
   document_.reset();
   const std::u16string name = document.shown().Name();
-  // Plain text, which alone has an encoding, has nothing elsewhere: no work is shown for it.
-  if (!document.file().stored().encoding().empty()) {
+  // Plain text, which alone has an encoding, has nothing but main text: no work is shown for it.
+  const bool worksInMainText = (request_.stories & word::kMainTextAlone) != 0;
+  if (!document.file().stored().encoding().empty() && worksInMainText) {
     add(name, {});
     return then();
   }
@@ -73,8 +74,13 @@ std::u16string NotReached::takeWords() {
                                    ? names.front() + u": not reached: "
                                    : u"Not reached in " + number(names.size()) + u" of " + number(documents) +
                                          u" documents (" + namesInWords(names) + u"): ";
-  return where + base::utf16(elsewhere::inWords(found)) +
-         u". Requests work in main text alone; see to the rest in a word processor.";
+  const bool isAll = occurrencesIn(found) == 0 && found.damaged.empty();
+  std::u16string advice = u" See to it in a word processor.";
+  if (blocksIn(found) > 0) {
+    advice = u" The list of places beside the document says where a run works";
+    advice += isAll ? u"." : u"; see to the rest in a word processor.";
+  }
+  return where + base::utf16(elsewhere::inWords(found)) + u"." + advice;
 }
 
 }  // namespace pluvo::desktop

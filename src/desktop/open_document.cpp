@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QThread>
+#include <algorithm>
 #include <utility>
 
 namespace pluvo::desktop {
@@ -11,6 +12,8 @@ OpenDocument::OpenDocument(const memory::OpenedFile& opened)
       file_(std::dynamic_pointer_cast<store::StoredFile>(opened.file)),
       shown_(document_->copy()),
       changed_(document_->stories().changed()) {
+  document::Document& stories = document_->stories();
+  for (std::size_t i = 0; i < stories.count(); ++i) numbers_.emplace(&stories.story(i), i);
   document_->observer(this);
 }
 
@@ -49,20 +52,18 @@ void OpenDocument::aboutToChange() {
 }
 
 void OpenDocument::replaced(const document::Story& story, text::Span span, text::Position newLength) {
-  if (isMainText(story)) news_.edits.push_back({span, newLength});
+  news_.edits.push_back({numbers_.at(&story), span, newLength});
   happened();
 }
 
 void OpenDocument::highlighted(const document::Story& story, text::Span span) {
-  if (isMainText(story)) news_.edits.push_back({span, std::nullopt});
+  news_.edits.push_back({numbers_.at(&story), span, std::nullopt});
   happened();
 }
 
 void OpenDocument::selected(const document::Story& story, text::Span span) {
   if (selecting_) return;
-  for (std::size_t i = 0; i < document_->stories().count(); ++i) {
-    if (&document_->stories().story(i) == &story) news_.selection = {i, span};
-  }
+  news_.selection = {numbers_.at(&story), span};
   happened();
 }
 
@@ -93,16 +94,34 @@ view::DocumentView* OpenDocument::makeView() {
   shown_ = std::move(made.document);
   view_ = new view::DocumentView(std::move(made.view));
   hasView_ = true;
-  view_->userSelected = [this](text::Span selection) {
-    if (isWorkedOn()) {
-      userSelected_ = true;
-      return;
-    }
-    selecting_ = true;
-    document_->select(0, selection);
-    selecting_ = false;
-  };
+  view_->userSelected = [this](text::Span selection) { userSelects(shown_->selectedStory(), selection); };
+  view_->storyAsked = [this](std::size_t story) { lookAt(story); };
   return view_;
+}
+
+void OpenDocument::userSelects(std::size_t story, text::Span selection) {
+  if (isWorkedOn()) {
+    userSelected_ = true;
+    return;
+  }
+  selecting_ = true;
+  document_->select(story, selection);
+  selecting_ = false;
+}
+
+void OpenDocument::lookAt(std::size_t story) {
+  if (story == shown_->selectedStory()) return;
+  if (shown_->selectedStory() == 0) selectionBefore_ = shown_->selection();
+  const text::Position end = shown_->stories().story(story).length();
+  const text::Span before = story == 0 ? selectionBefore_ : text::Span{};
+  const text::Span selection{std::min(before.from, end), std::min(before.to, end)};
+  shown_->select(story, selection);
+  if (view_) view_->selectionChanged(selection);
+  userSelects(story, selection);
+}
+
+void OpenDocument::leaveGoneStory() {
+  if (shown_->stories().isGone(shown_->selectedStory())) lookAt(0);
 }
 
 void OpenDocument::receive() {
@@ -120,9 +139,9 @@ void OpenDocument::show(News news) {
   if (view_) {
     for (const Edit& edit : news.edits) {
       if (edit.newLength) {
-        view_->textReplaced(edit.span, *edit.newLength);
+        view_->textReplaced(edit.story, edit.span, *edit.newLength);
       } else {
-        view_->highlightChanged(edit.span);
+        view_->highlightChanged(edit.story, edit.span);
       }
     }
   }
@@ -130,7 +149,7 @@ void OpenDocument::show(News news) {
     userSelected_ = false;
     const auto& [story, span] = *news.selection;
     shown_->select(story, span);
-    if (view_ && story == 0) view_->selectionChanged(span);
+    if (view_) view_->selectionChanged(span);
   }
   edited();
 }

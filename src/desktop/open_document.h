@@ -12,6 +12,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <unordered_map>
 #include <vector>
 
 namespace pluvo::desktop {
@@ -53,6 +54,10 @@ class OpenDocument final : public memory::DocumentObserver {
   bool canUndo() const { return history_.canUndo(); }
   bool canRedo() const { return history_.canRedo(); }
   void forgetPasses();
+  /// The user goes to the story of that number: to its top, in main text to where the selection was.
+  void lookAt(std::size_t story);
+  /// To main text, where the story in sight went with the text that it stood in.
+  void leaveGoneStory();
   // Only while no work is under way, or that waits.
   void undo() { move(&History::undo); }
   void redo() { move(&History::redo); }
@@ -79,8 +84,9 @@ class OpenDocument final : public memory::DocumentObserver {
   void viewChanged() override;
 
  private:
-  /// An edit of main text: of its characters, or of their highlight.
+  /// An edit of a story: of its characters, or of their highlight.
   struct Edit {
+    std::size_t story;
     text::Span span;
     std::optional<text::Position> newLength;
   };
@@ -95,9 +101,10 @@ class OpenDocument final : public memory::DocumentObserver {
   void happened();
   void show(News news);
   void move(void (History::*way)(document::Document&));
-  bool isMainText(const document::Story& story) const { return &story == &document_->mainText(); }
+  void userSelects(std::size_t story, text::Span selection);
 
   std::shared_ptr<memory::MemoryDocument> document_;
+  std::unordered_map<const document::Story*, std::size_t> numbers_;  ///< of its stories
   std::shared_ptr<store::StoredFile> file_;
   std::atomic<bool> awaitsChange_ = false;
   std::atomic<bool> hasView_ = false;
@@ -118,6 +125,8 @@ class OpenDocument final : public memory::DocumentObserver {
   /// Meanwhile the user has selected something in what is shown.
   bool userSelected_ = false;
   bool selecting_ = false;
+  /// In main text, as it was when the user left that.
+  text::Span selectionBefore_;
 };
 
 }  // namespace pluvo::desktop

@@ -36,6 +36,7 @@ class PassWatch final : public engine::PassObserver {
   std::function<void()> takeBack = [] {};
 
   void begins() override;
+  void enters(std::int32_t story) override { run().enters(story); }
   Answer searching() override { return goesOn(run().searching()); }
   void tooFar() override { run().tooFar(); }
   Answer found(const engine::Block& block) override { return goesOn(run().found(block)); }

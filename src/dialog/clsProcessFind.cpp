@@ -24,6 +24,7 @@ class clsProcessFind::Client final : public engine::Observer {
   explicit Client(clsProcessFind& owner) : owner_(owner) {}
 
   void begins() override { observing().begins(); }
+  void enters(std::int32_t story) override { observing().enters(story); }
   Answer searching() override { return observing().searching(); }
   void tooFar() override { observing().tooFar(); }
   Answer found(const engine::Block& block) override { return observing().found(block); }

@@ -32,7 +32,10 @@ Document::Document(std::vector<Content> stories, std::shared_ptr<const Medium> m
 
 Document::Document(Snapshot snapshot) {
   stories_.reserve(snapshot.size());
-  for (Story::Snapshot& story : snapshot) stories_.push_back(std::make_unique<Story>(std::move(story)));
+  for (Story::Snapshot& story : snapshot) {
+    gone_.push_back(story.gone);
+    stories_.push_back(std::make_unique<Story>(std::move(story)));
+  }
   holders_.resize(stories_.size());
 }
 
@@ -42,6 +45,7 @@ std::size_t Document::firstOf(word::WdStoryType kind, std::size_t i) const {
 }
 
 bool Document::isGone(std::size_t i) const {
+  if (!gone_.empty()) return gone_[i];
   constexpr std::size_t kDeepest = 1000;  // stories that hang on one another in a ring stay
   return isGone(i, kDeepest);
 }
@@ -95,6 +99,7 @@ Document::Snapshot Document::snapshot() const {
 
 void Document::restore(Snapshot snapshot) {
   assert(snapshot.size() == stories_.size());
+  for (std::size_t i = 0; i < gone_.size(); ++i) gone_[i] = snapshot[i].gone;
   for (std::size_t i = 0; i < stories_.size(); ++i) stories_[i]->restore(std::move(snapshot[i]));
 }
 

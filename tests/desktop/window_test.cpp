@@ -1,4 +1,5 @@
 #include "document_builder.h"
+#include "storage/files/as_text.h"
 #include "used_window.h"
 
 #include <QtTest/QtTest>
@@ -289,11 +290,91 @@ TEST_F(UsedWindow, ShowsTheFilesThatAreConfirmed) {
 }
 
 /// Confirmed or not, over one document or many.
+TEST_F(UsedWindow, WorksInThePlaceChosenAndShowsIt) {
+  const std::string note =
+      "<w:footnotes xmlns:w=\"http://schemas.openxmlformats.org/wordprocessingml/2006/main\">"
+      "<w:footnote w:id=\"1\">" +
+      docx::p(docx::run("note SECRET")) + "</w:footnote></w:footnotes>";
+  const base::Bytes bytes = docx::documentOf(
+      docx::wml("{[a SECRET][here]<r><footnoteReference w:id='1'/></r>[there]<sectPr><headerReference "
+                "type='default' r:id='rId1'/></sectPr>}"),
+      {{"word/header1.xml", docx::headerOf(docx::run("head SECRET"))},
+       {"word/footnotes.xml", note},
+       {"word/_rels/document.xml.rels",
+        docx::relationships({{"header", "header1.xml"}, {"footnotes", "footnotes.xml"}})}});
+  const std::string path = scratch.put("a.docx", files::textOf(bytes.view));
+  const auto secretsInFile = [&] {
+    const base::Bytes file = files::bytesOf(scratch.get("a.docx"));
+    std::string parts;
+    for (const char* const part : {"word/document.xml", "word/header1.xml", "word/footnotes.xml"})
+      parts += docx::part(file, part).find("SECRET") != std::string::npos ? part[5] : '-';
+    return parts;
+  };
+  use([&] {
+    auto& list = *window->findChild<PlaceList*>();
+    const auto places = [&] {
+      std::string rows;
+      for (int i = 0; i < list.count(); ++i) rows += list.item(i)->text().toStdString() + "|";
+      return rows;
+    };
+    const auto choosePlace = [&](const char* row) {
+      list.setCurrentItem(list.findItems(QLatin1String(row), Qt::MatchStartsWith).front());
+    };
+    EXPECT_THAT(places(), HasSubstr("Main text|All places|Headers|Footers|"));
+    OpenDocument& document = open(path);
+    EXPECT_EQ(places(), "Main text|All places|Headers (1)|Footnotes (1)|");
+    const auto shown = [&] { return document.view()->accessibleName().toStdString(); };
+    ask("SECRET", "Replace");
+    type("txtTextToEnter", "x");
+    tick("chkQuiteMode");
+    tick("chkConfirmEach");
+    choosePlace("All places");
+    execute();
+    EXPECT_EQ(shown(), "Document");
+    decide("cmdSkip");
+    EXPECT_EQ(shown(), "Header 1 of 1");
+    EXPECT_FALSE(document.view()->selectionRect().isEmpty());
+    EXPECT_FALSE(list.isEnabled());
+    decide("cmdPerform");
+    EXPECT_EQ(shown(), "Footnote 1 of 1");
+    decide("cmdPerform");
+    menu("&Undo Last Pass");
+    settle();
+    EXPECT_FALSE(document.changed());
+
+    tick("chkConfirmEach", false);
+    choosePlace("Headers");
+    EXPECT_EQ(shown(), "Header 1 of 1");
+    execute();
+    menu("&Save");
+    settle();
+    EXPECT_EQ(secretsInFile(), "d-f");
+    choosePlace("Footnotes");
+    askOver(scratch.path(""));
+    tick("chkFTtxt", false);
+    tick("chkFTdoc");
+    execute();
+    settle();
+    EXPECT_EQ(secretsInFile(), "d--");
+
+    // A note goes with its reference.
+    type("txtFilePath", "");
+    ask("here", "Delete");
+    type("txtEndText", "there");
+    choosePlace("All places");
+    OpenDocument& again = *window->current();
+    again.lookAt(2);
+    execute();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return places() == "Main text|All places|Headers (1)|"; }, kPatience));
+    EXPECT_EQ(again.view()->accessibleName().toStdString(), "Document");
+  });
+}
+
 TEST_F(UsedWindow, TellsWhatWasNotReached) {
   for (const char* name : {"a.docx", "b.docx"})
     scratch.put(name, docx(docx::wml("{[a SECRET]}{[<vanish/>|SECRET]}")));
   scratch.put("c.docx", docx(docx::wml("{[a SECRET]}")));
-  const std::string rest = "Requests work in main text alone; see to the rest in a word processor.";
+  const std::string rest = "See to it in a word processor.";
   const std::string one = "a.docx: not reached: the beginning occurs in hidden text (1). " + rest;
   const std::string many =
       "Not reached in 2 of 3 documents (a.docx, b.docx): the beginning occurs in hidden text (2). " + rest;

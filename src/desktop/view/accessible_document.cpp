@@ -27,21 +27,21 @@ bool AccessibleDocument::isThere() const {
 }
 
 int AccessibleDocument::inText(int offset) const {
-  return std::clamp(offset, 0, view_.column_->mainText().length());
+  return std::clamp(offset, 0, view_.column_->story().length());
 }
 
-int AccessibleDocument::characterCount() const { return isThere() ? view_.column_->mainText().length() : 0; }
+int AccessibleDocument::characterCount() const { return isThere() ? view_.column_->story().length() : 0; }
 
 QString AccessibleDocument::text(int from, int to) const {
   if (!isThere()) return {};
   const Span span{inText(from), inText(to)};
-  return span.from < span.to ? spokenText(view_.column_->mainText(), span, view_.column_->document().view())
+  return span.from < span.to ? spokenText(view_.column_->story(), span, view_.column_->document()->view())
                              : QString();
 }
 
 /// The character, word, line or paragraph at an offset; sentences are not told apart from paragraphs.
 text::Span AccessibleDocument::unitAt(int offset, QAccessible::TextBoundaryType type) const {
-  const Position length = view_.column_->mainText().length();
+  const Position length = view_.column_->story().length();
   const Position at = std::clamp(offset, 0, length - 1);
   if (type == QAccessible::NoBoundary) return {0, length};
   const auto place = view_.column_->placeOf(at);
@@ -79,7 +79,7 @@ QString AccessibleDocument::textAfterOffset(int offset, QAccessible::TextBoundar
   *from = *to = -1;
   if (!isThere()) return {};
   const Span here = unitAt(offset, type);
-  return here.to >= view_.column_->mainText().length() ? QString() : textOf(unitAt(here.to, type), from, to);
+  return here.to >= view_.column_->story().length() ? QString() : textOf(unitAt(here.to, type), from, to);
 }
 
 QString AccessibleDocument::attributes(int offset, int* from, int* to) const {
@@ -97,7 +97,7 @@ int AccessibleDocument::selectionCount() const { return view_.hasSelection() ? 1
 
 void AccessibleDocument::selection(int index, int* from, int* to) const {
   const bool is = index == 0 && view_.hasSelection();
-  const Span selected = is ? view_.column_->document().selection() : Span{};
+  const Span selected = is ? view_.column_->document()->selection() : Span{};
   *from = selected.from;
   *to = selected.to;
 }
@@ -115,7 +115,7 @@ QRect AccessibleDocument::characterRect(int offset) const {
   const Position at = inText(offset);
   const QRectF here = view_.column_->caretInSight(at);
   const QRectF next = view_.column_->caretInSight(inText(at + 1));
-  const bool sameLine = at + 1 < view_.column_->mainText().length() && next.top() == here.top();
+  const bool sameLine = at + 1 < view_.column_->story().length() && next.top() == here.top();
   const qreal width = sameLine ? std::abs(next.left() - here.left()) : here.height() / 2;
   const qreal left = sameLine ? std::min(here.left(), next.left()) : here.left();
   const QRect rect = QRectF(left, here.top(), width, here.height()).toAlignedRect();

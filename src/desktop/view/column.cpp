@@ -15,10 +15,12 @@ constexpr qreal kFontSize = 11.5;
 
 }  // namespace
 
-Column::Column(std::shared_ptr<memory::MemoryDocument> document, text::RunMap<formats::Appearance> appearance)
+Column::Column(std::shared_ptr<memory::MemoryDocument> document, std::size_t number,
+               text::RunMap<formats::Appearance> appearance)
     : document_(std::move(document)),
+      number_(number),
       looks_({{}, std::move(appearance), {}, {}}),
-      index_(std::make_unique<BlockIndex>(mainText(), [this](Span block, bool isRow) {
+      index_(std::make_unique<BlockIndex>(story(), [this](Span block, bool isRow) {
         const double lines = isRow ? 1 : std::max(std::ceil(block.length() / charactersInLine_), 1.0);
         return static_cast<int>(lineHeight_ * (lines * 1.12 + 0.4));
       })) {}
@@ -92,8 +94,8 @@ const BlockLayout& Column::layoutOf(std::size_t block) {
 
 const BlockLayout& Column::layOut(std::size_t block) {
   const Span span = index_->span(block);
-  auto layout = std::make_unique<BlockLayout>(mainText(), span, index_->isRow(block), document_->view(),
-                                              looks_, width());
+  auto layout =
+      std::make_unique<BlockLayout>(story(), span, index_->isRow(block), document_->view(), looks_, width());
   index_->setHeight(block, layout->height());
   if (layout->end() != span.to) {
     layouts_.erase(span.to);
@@ -125,7 +127,7 @@ Span Column::paragraphAt(Position position) {
 
 void Column::settle() {
   index_->settle();
-  topBlock_ = index_->span(index_->at(std::min(topBlock_, mainText().length()))).from;
+  topBlock_ = index_->span(index_->at(std::min(topBlock_, story().length()))).from;
 }
 
 /// Makes the heights of what is seen exact, and of half a page above and below, so that scrolling is smooth.

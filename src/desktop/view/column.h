@@ -14,9 +14,9 @@
 
 namespace pluvo::view {
 
-/// A document as a column of blocks, of which those in sight and a little around them are laid out, and which
-/// part of it is in sight. Heights farther away are guesses, so what stands at the top is a block and so many
-/// of its pixels, and better heights above it move nothing.
+/// A story of a document as a column of blocks, of which those in sight and a little around them are laid
+/// out, and which part of it is in sight. Heights farther away are guesses, so what stands at the top is a
+/// block and so many of its pixels, and better heights above it move nothing.
 ///
 /// But for whether it is there, all asks for a document that is open.
 class Column {
@@ -25,15 +25,18 @@ class Column {
   static constexpr int kSideMargin = 28;
 
   /// Looks through the document, in whichever thread. Nothing is laid out before measure().
-  Column(std::shared_ptr<memory::MemoryDocument> document, text::RunMap<formats::Appearance> appearance);
+  Column(std::shared_ptr<memory::MemoryDocument> document, std::size_t number,
+         text::RunMap<formats::Appearance> appearance);
 
   /// The document closes.
   void detach();
   bool isThere() const { return index_ != nullptr; }
   bool isOpen() const { return isThere() && document_->isOpen(); }
 
-  memory::MemoryDocument& document() const { return *document_; }
-  document::Story& mainText() const { return document_->mainText(); }
+  const std::shared_ptr<memory::MemoryDocument>& document() const { return document_; }
+  /// Of the story.
+  std::size_t number() const { return number_; }
+  document::Story& story() const { return document_->stories().story(number_); }
   bool hasSelection() const;
   const QFont& font() const { return looks_.font; }
 
@@ -103,6 +106,7 @@ class Column {
   void keepFewLayouts();
 
   std::shared_ptr<memory::MemoryDocument> document_;
+  std::size_t number_;
   Looks looks_;
   std::unique_ptr<BlockIndex> index_;
   std::map<Position, std::unique_ptr<BlockLayout>> layouts_;

@@ -4,6 +4,7 @@
 #include "column.h"
 #include "shown_text.h"
 #include "steps.h"
+#include "story_bar.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -23,11 +24,11 @@ using text::Span;
 
 DocumentView::Prepared DocumentView::prepare(std::shared_ptr<memory::MemoryDocument> document,
                                              text::RunMap<formats::Appearance> appearance) {
-  return std::make_shared<Column>(std::move(document), std::move(appearance));
+  return std::make_shared<Column>(std::move(document), 0, std::move(appearance));
 }
 
 DocumentView::DocumentView(Prepared prepared)
-    : column_(std::move(prepared)), steps_(std::make_unique<Steps>(*column_)) {
+    : column_(std::move(prepared)), steps_(std::make_unique<Steps>(*column_)), storyBar_(new StoryBar(this)) {
   installAccessibleDocuments();
   setFrameShape(NoFrame);
   setFocusPolicy(Qt::StrongFocus);
@@ -37,9 +38,8 @@ DocumentView::DocumentView(Prepared prepared)
   viewport()->setMouseTracking(false);
   setAccessibleName(tr("Document"));
   setAccessibleDescription(tr("The document's text. Shift and the arrow keys select, Ctrl+C copies."));
-  const Span selection = column_->document().selection();
-  selectionAnchor_ = selection.from;
-  caret_ = selection.to;
+  storyBar_->asked = [this](std::size_t story) { storyAsked(story); };
+  followSelection();
   layOutAnew();
 }
 
@@ -47,27 +47,54 @@ DocumentView::~DocumentView() = default;
 
 void DocumentView::detach() {
   column_->detach();
+  if (mainText_) mainText_->detach();
   viewport()->update();
+}
+
+void DocumentView::measure() { column_->measure(zoom_, palette().color(QPalette::Base), viewport()->size()); }
+
+/// Shows the story that the selection stands in. Main text, which may be long, is kept as it was laid out.
+void DocumentView::followSelection() {
+  const Span selection = column_->document()->selection();
+  selectionAnchor_ = selection.from;
+  caret_ = selection.to;
+  const std::size_t story = column_->document()->selectedStory();
+  if (story == column_->number()) return;
+  std::shared_ptr<Column> next =
+      story == 0 ? std::move(mainText_)
+                 : std::make_shared<Column>(column_->document(), story, text::RunMap<formats::Appearance>());
+  if (column_->number() == 0) mainText_ = std::move(column_);
+  column_ = std::move(next);
+  steps_ = std::make_unique<Steps>(*column_);
+  storyBar_->tell(column_->document()->stories(), story);
+  setAccessibleName(story == 0 ? tr("Document") : storyBar_->text());
+  setViewportMargins(0, story == 0 ? 0 : storyBar_->sizeHint().height(), 0, 0);
+  layOutAnew();
 }
 
 // Changes.
 
-void DocumentView::textReplaced(Span span, Position newLength) {
-  if (!column_->isThere()) return;
-  column_->replaced(span, newLength);
+/// That shows the story, or none.
+Column* DocumentView::columnOf(std::size_t story) const {
+  for (Column* const column : {column_.get(), mainText_.get()}) {
+    if (column != nullptr && column->isThere() && column->number() == story) return column;
+  }
+  return nullptr;
+}
+
+void DocumentView::textReplaced(std::size_t story, Span span, Position newLength) {
+  if (Column* const column = columnOf(story)) column->replaced(span, newLength);
   viewport()->update();
 }
 
-void DocumentView::highlightChanged(Span span) {
-  if (!column_->isThere()) return;
-  column_->highlighted(span);
+void DocumentView::highlightChanged(std::size_t story, Span span) {
+  if (Column* const column = columnOf(story)) column->highlighted(span);
   viewport()->update();
 }
 
 void DocumentView::selectionChanged(Span selection) {
   if (selectingByUser_ || !column_->isThere()) return;
-  selectionAnchor_ = selection.from;
-  caret_ = selection.to;
+  followSelection();
   steps_->forgetColumn();
   tellSelection();
   if (!selection.empty()) reveal(selection);
@@ -79,7 +106,7 @@ void DocumentView::viewChanged() { layOutAnew(); }
 /// In another size, or another view of the text.
 void DocumentView::layOutAnew() {
   if (!column_->isThere()) return;
-  column_->measure(zoom_, palette().color(QPalette::Base), viewport()->size());
+  measure();
   column_->forget();
   updateBar();
   viewport()->update();
@@ -96,7 +123,7 @@ void DocumentView::paintEvent(QPaintEvent* event) {
   painter.fillRect(paper, colours.color(QPalette::Base));
   if (!column_->isOpen()) return;
   updateBar();
-  const Span selection = column_->document().selection();
+  const Span selection = column_->document()->selection();
   const bool showsCaret = selection.empty() && hasFocus() && caretOn_;
   const std::size_t caretBlock = column_->blockAt(caret_);
   const QRectF clip(event->rect());
@@ -149,6 +176,8 @@ void DocumentView::updateBar() {
 }
 
 void DocumentView::resizeEvent(QResizeEvent* event) {
+  const QRect text = viewport()->geometry();
+  storyBar_->setGeometry(text.left(), 0, text.width(), text.top());
   column_->resized(viewport()->size());
   if (event->oldSize().width() != event->size().width()) return layOutAnew();
   updateBar();
@@ -184,7 +213,7 @@ void DocumentView::select(Position anchor, Position caret) {
   caret_ = caret;
   selectingByUser_ = true;
   const Span selection{std::min(anchor, caret), std::max(anchor, caret)};
-  column_->document().select(selection);
+  column_->document()->select(selection);
   selectingByUser_ = false;
   userSelected(selection);
   tellSelection();
@@ -199,13 +228,13 @@ void DocumentView::moveCaret(Position position, bool keepsAnchor) {
 }
 
 void DocumentView::selectAll() {
-  if (column_->isThere()) select(0, column_->mainText().length());
+  if (column_->isThere()) select(0, column_->story().length());
 }
 
 void DocumentView::copy() const {
   if (!hasSelection()) return;
-  memory::MemoryDocument& document = column_->document();
-  QApplication::clipboard()->setText(copiedText(column_->mainText(), document.selection(), document.view()));
+  memory::MemoryDocument& document = *column_->document();
+  QApplication::clipboard()->setText(copiedText(column_->story(), document.selection(), document.view()));
 }
 
 void DocumentView::tellSelection() {
@@ -240,7 +269,7 @@ std::optional<Position> DocumentView::stepByKey(const QKeyEvent& event) {
       key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_PageUp || key == Qt::Key_PageDown;
   if (!upDown) steps_->forgetColumn();
   const qreal page = std::max(viewport()->height() - 3.0 * column_->caretInBlock(caret_).height(), 1.0);
-  const Span selection = column_->document().selection();
+  const Span selection = column_->document()->selection();
   switch (key) {
     case Qt::Key_Left:
     case Qt::Key_Right: {
@@ -259,7 +288,7 @@ std::optional<Position> DocumentView::stepByKey(const QKeyEvent& event) {
     case Qt::Key_Home:
       return control ? 0 : steps_->lineEnd(caret_, false);
     case Qt::Key_End:
-      return control ? std::max(column_->mainText().length() - 1, 0) : steps_->lineEnd(caret_, true);
+      return control ? std::max(column_->story().length() - 1, 0) : steps_->lineEnd(caret_, true);
     default:
       return std::nullopt;
   }

@@ -117,11 +117,15 @@ void Execution::tellBefore() {
           u"until "
           u"the changes are accepted.";
     if (!pages_.Options.chkStartFindsFromBeginning.Value() &&
-        word.Selection()->StoryType() != word::wdMainTextStory)
+        (word::kindsOf(word.Selection()->StoryType()) & engine_.request().stories) == 0) {
+      const bool inMainText = engine_.request().stories == word::kMainTextAlone;
       notes +=
           std::u16string(notes.empty() ? u"" : u"\r\n\r\n") +
-          u"The insertion point is in a header, a footer, a note or a text box.  The search starts at the "
-          u"top of the document.";
+          (inMainText ? u"The insertion point is in a header, a footer, a note or a text box.  The search "
+                        u"starts at the top of the document."
+                      : u"The insertion point is in no place where the run works.  The search starts at the "
+                        u"first of them.");
+    }
   } catch (const errors::Fault&) {
     return;  // whatever is wrong is met and told by the run itself
   }

@@ -87,10 +87,11 @@ std::unique_ptr<StoredDocument> StoreOpener::openStored(const std::string& path)
     try {
       std::unique_ptr<StoredDocument> stored;
       running_([&] {
-        stored = store_.open(path, {.temporaryFiles = true,
-                                    .protectedDocuments = true,
-                                    .lockedForGood = true,
-                                    .hint = {.encoding = encoding, .certain = !encoding.empty()}});
+        stored = store_.open(
+            path, {.temporaryFiles = true,
+                   .protectedDocuments = true,
+                   .lockedForGood = true,
+                   .hint = {.encoding = encoding, .certain = !encoding.empty(), .allStories = true}});
       });
       return stored;
     } catch (const DocumentError& error) {

@@ -48,9 +48,9 @@ struct Shown : memory::DocumentObserver {
   }
   ~Shown() override { sample.document->observer(nullptr); }
   void replaced(const document::Story&, Span span, Position newLength) override {
-    view->textReplaced(span, newLength);
+    view->textReplaced(0, span, newLength);
   }
-  void highlighted(const document::Story&, Span span) override { view->highlightChanged(span); }
+  void highlighted(const document::Story&, Span span) override { view->highlightChanged(0, span); }
   void selected(const document::Story&, Span span) override { view->selectionChanged(span); }
   void viewChanged() override { view->viewChanged(); }
 

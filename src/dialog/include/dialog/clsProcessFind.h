@@ -83,6 +83,8 @@ class clsProcessFind {
   bool ConfirmEachOperationsetting() const { return request_.confirmEach; }
   void ConfirmEachOperationsetting(bool value) { request_.confirmEach = value; }
   void LiftLimitsSetting(bool value) { request_.liftLimits = value; }
+  /// The kinds of stories in which passes work; main text alone at first.
+  void StoriesSetting(word::StoryKinds stories) { request_.stories = stories; }
   /// What was set; texts and distance are as the last pass took them.
   const engine::Request& request() const { return request_; }
   /// The request as the next pass takes it. Throws Fault where the distance is no number, or none of 16 bits.

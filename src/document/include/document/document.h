@@ -58,6 +58,7 @@ class Document {
   PartCount count_;
   std::vector<std::vector<std::size_t>> rivals_;  ///< of each story, the other versions of its text
   mutable std::vector<Holder> holders_;           ///< as many as stories
+  std::vector<bool> gone_;                        ///< of a copy, which stories have gone; else empty
   std::vector<std::unique_ptr<Story>> stories_;
 };
 

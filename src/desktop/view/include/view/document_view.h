@@ -17,12 +17,14 @@ class AccessibleDocument;
 class BlockLayout;
 class Column;
 class Steps;
+class StoryBar;
 
 /// Shows a document's text: to be read, searched by eye, selected and copied, not to be typed into. Lays out
 /// what is seen and a little around it, so that a document of any length opens and scrolls at once; heights
 /// farther away are estimates.
 ///
-/// The selection is the document's own. Whoever observes the document passes on what happens to it.
+/// The selection is the document's own, and the story that it stands in is the one that is shown. Whoever
+/// observes the document passes on what happens to it.
 class DocumentView : public QAbstractScrollArea {
  public:
   /// A document that was looked through.
@@ -40,9 +42,9 @@ class DocumentView : public QAbstractScrollArea {
   void detach();
 
   // What happened to the document.
-  void textReplaced(text::Span span, text::Position newLength);
-  void highlightChanged(text::Span span);
-  /// A selection that is not empty is scrolled to.
+  void textReplaced(std::size_t story, text::Span span, text::Position newLength);
+  void highlightChanged(std::size_t story, text::Span span);
+  /// The story that it stands in is shown from now on. A selection that is not empty is scrolled to.
   void selectionChanged(text::Span selection);
   void viewChanged();
 
@@ -61,6 +63,8 @@ class DocumentView : public QAbstractScrollArea {
 
   /// Called when the user has selected.
   std::function<void(text::Span selection)> userSelected = [](auto) {};
+  /// Called when the user wants to see another story.
+  std::function<void(std::size_t story)> storyAsked = [](std::size_t) {};
   /// Called when the zoom changed.
   std::function<void()> zoomed = [] {};
 
@@ -83,6 +87,9 @@ class DocumentView : public QAbstractScrollArea {
  private:
   friend class AccessibleDocument;
 
+  void measure();
+  void followSelection();
+  Column* columnOf(std::size_t story) const;
   void layOutAnew();
   void updateBar();
   void paintCaret(QPainter& painter, const BlockLayout& layout, QPointF at);
@@ -95,8 +102,10 @@ class DocumentView : public QAbstractScrollArea {
   bool moveByKey(QKeyEvent& event);
   std::optional<text::Position> stepByKey(const QKeyEvent& event);
 
-  std::shared_ptr<Column> column_;
+  std::shared_ptr<Column> column_;    ///< of the story that is shown
+  std::shared_ptr<Column> mainText_;  ///< while another story is shown
   std::unique_ptr<Steps> steps_;
+  StoryBar* storyBar_;
   text::Position selectionAnchor_ = 0;
   text::Position caret_ = 0;
   bool selectingByUser_ = false;

@@ -56,7 +56,8 @@ class StoredFile : public memory::DocumentFile {
   Running running_;
 };
 
-/// Opens stored documents for the word processor of documents in memory; the file of each is a StoredFile.
+/// Opens stored documents, with all their stories, for the word processor of documents in memory; the file of
+/// each is a StoredFile.
 /// What goes wrong with a file is a Fault: 5174 (no such file, or unreadable), 4605 (encrypted), 5792 (no
 /// sound document of a known kind). Its description says what to do.
 class StoreOpener : public memory::DocumentOpener {
