@@ -31,6 +31,7 @@ class NewDocument {
   /// The bytes copied last are half of a character.
   void isHalf() { out_->isHalf(); }
 
+  bool takesColours(std::size_t at) const { return at >= coloursAt_; }
   /// The word that sets a highlight. Throws a DocumentError (unsupported) in front of the table of colours.
   void putHighlight(std::uint8_t colour);
 

@@ -62,18 +62,22 @@ class Teller {
         return properties(group);
       case Word::docvar:
         return variable(group);
+      case Word::indexEntry:
+        return tellAll(Unreached::fieldCodes, group);
+      case Word::revtbl:
+        return tellAll(Unreached::people, group);
       case Word::object:
         return texts_.notLookedInto(Opaque::objects);
       case Word::pict:
       case Word::shppict:
-        return texts_.notLookedInto(Opaque::pictures);
+        return drawing(group);
       default:
         return stories(told, depth);
     }
   }
 
   void stories(const GroupInText& told, int depth) {
-    if (told.group.word == Word::shp) pictures(told.group);
+    if (told.group.word == Word::shp) drawing(told.group);
     for (const StoryGroup& found : storyGroupsIn(file_, told.group).stories) {
       if (depth == kDeepestStory)
         return texts_.damaged("a text within others", "It is nested more than 8 deep.");
@@ -87,15 +91,31 @@ class Teller {
     return Tokens(file_.substr(0, group.bytes.end), group.inside);
   }
 
-  /// Of a shape, but for those of what it is to older programs.
-  void pictures(const SkippedGroup& shape) {
+  void tellAll(Unreached kind, const SkippedGroup& group) {
+    const std::u16string units = unitsOf(textOf(file_, tables_, group, 1).content);
+    if (!units.empty()) texts_.unreached(kind, units);
+  }
+
+  /// What a picture or shape says besides its boxes, and not that of what it is to older programs: what it
+  /// shows in words, and text that is drawn.
+  void drawing(const SkippedGroup& shape) {
+    if (isOpaque(shape.word)) texts_.notLookedInto(Opaque::pictures);
     Tokens tokens = within(shape);
+    std::string_view name;
     for (Token token = tokens.next(); token.kind != Token::Kind::end; token = tokens.next()) {
       if (token.kind != Token::Kind::word) continue;
       if (token.word == Word::pict) texts_.notLookedInto(Opaque::pictures);
-      if ((token.word == Word::shptxt || token.word == Word::shprslt) && !tokens.skipGroup()) return;
+      if (token.word == Word::sn) name = file_.substr(token.extent.end, kLongestName);
+      const bool isValue = token.word == Word::sv;
+      const std::size_t inside = tokens.at();
+      if (!isValue && token.word != Word::shptxt && token.word != Word::shprslt) continue;
+      if (!tokens.skipGroup()) return;
+      const SkippedGroup value{Word::sv, inside, {inside, tokens.at()}};
+      if (isValue && name.starts_with("wzDescription")) tellAll(Unreached::pictureTexts, value);
+      if (isValue && name.starts_with("gtextUNICODE")) tellAll(Unreached::wordArt, value);
     }
   }
+  static constexpr std::size_t kLongestName = 16;
 
   void formula(const SkippedGroup& group) {
     std::u16string all;
@@ -129,8 +149,7 @@ class Teller {
   void properties(const SkippedGroup& group) {
     forEachGroup(group, [&](const SkippedGroup& property) {
       if (property.word == Word::password) return;
-      const std::u16string units = unitsOf(textOf(file_, tables_, property, 1).content);
-      if (!units.empty()) texts_.unreached(Unreached::properties, units);
+      tellAll(Unreached::properties, property);
     });
   }
 

@@ -278,7 +278,7 @@ void TextReader::group(const SkippedGroup& group) {
   }
   if (!isTold(group.word)) return;
   if (groups_.size() == kMostGroups) {
-    hasMoreGroups_ = true;
+    hasMoreGroups_ = hasMoreGroups_ || !isOpaque(group.word);
     return;
   }
   if (isOneCharacter(group.word)) waiting_.push_back({units_.size() - 1, std::nullopt, groups_.size()});
@@ -286,8 +286,19 @@ void TextReader::group(const SkippedGroup& group) {
 }
 
 bool TextReader::isTold(Word group) {
-  if (isOpaque(group)) return !std::exchange(group == Word::object ? hasObject_ : hasPicture_, true);
-  return holdsStories(group) || group == Word::mmath || group == Word::info || group == Word::docvar;
+  if (group == Word::object) return !std::exchange(hasObject_, true);
+  switch (group) {
+    case Word::pict:
+    case Word::shppict:
+    case Word::mmath:
+    case Word::info:
+    case Word::docvar:
+    case Word::indexEntry:
+    case Word::revtbl:
+      return true;
+    default:
+      return holdsStories(group);
+  }
 }
 
 }  // namespace pluvo::rtf

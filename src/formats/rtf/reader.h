@@ -42,7 +42,7 @@ struct TextMap {
 };
 
 /// A group that a text skips, which may hold text that is to be told: other stories, a formula, properties.
-/// Of pictures and objects the first is one.
+/// Of objects the first is one.
 struct GroupInText {
   SkippedGroup group;
   std::uint16_t fallback = 1;  ///< in force there
@@ -138,7 +138,6 @@ class TextReader final : public Events {
   std::size_t nextWaiting_ = 0;
   std::vector<GroupInText> groups_;
   bool hasMoreGroups_ = false;
-  bool hasPicture_ = false;
   bool hasObject_ = false;
   std::vector<Level> levels_;
   bool endsInMark_ = false;

@@ -6,6 +6,15 @@ using document::Step;
 using text::Position;
 using Kind = Character::Kind;
 
+namespace {
+
+/// A field that the document ends in has no bytes for its end.
+bool isCutOff(const Character& character) {
+  return character.kind == Kind::fieldEnd && character.bytes.empty();
+}
+
+}  // namespace
+
 StoryWriter::StoryWriter(std::string_view file, Tables& tables, const OldStory& old,
                          const document::Story& story, NewDocument& out, std::function<void(Extent)> others)
     : map_(old.map),
@@ -164,7 +173,10 @@ void StoryWriter::keep(const Step& step, const Character& character) {
     half.units = {&unit, 1};
     return newText_.write(half, newText_.here(character.bytes.end));
   }
-  if (character.kind != Kind::row) splicer_.highlightTo(splicer_.wanted(step.at), character.bytes.begin);
+  const std::uint8_t colour = splicer_.wanted(step.at);
+  // Groups that are left open would keep the colour for themselves.
+  if (isCutOff(character) && colour != splicer_.level().highlight) closeFields(character.bytes.begin);
+  if (character.kind != Kind::row) splicer_.highlightTo(colour, character.bytes.begin);
   newText_.written(step.at + step.length);
   splicer_.lacksFallback(character.missingFallback, character.fallbackAt);
   if (holdsStories(character.group)) others_(character.bytes);
@@ -197,14 +209,16 @@ void StoryWriter::put(const Step& step, const Character& character) {
   const bool isMark = character.kind == Kind::paragraph || character.kind == Kind::cell ||
                       character.kind == Kind::row || character.kind == Kind::section;
   const bool opensGroup = character.kind == Kind::fieldBegin || character.kind == Kind::fieldSeparator;
-  const bool endsInDocumentsEnd = character.kind == Kind::fieldEnd && character.bytes.empty();
-  if (opensGroup || endsInDocumentsEnd || character.fillsGroup || !character.kept.empty())
+  if (opensGroup || isCutOff(character) || character.fillsGroup || !character.kept.empty())
     return newText_.wait(step);
   Place place = newText_.here(character.bytes.end);
   if (character.closes > 0) {
     place.level -= character.closes;
     place.state = splicer_.levels()[place.level + 1].before;
   }
+  // In front of the table of colours none can be named.
+  if (!out_.takesColours(place.at) && splicer_.wanted(step.at) != splicer_.level().highlight)
+    return newText_.wait(step);
   if (isMark) return newText_.writeAfterMark(step, place);
   newText_.write(step, place);
 }

@@ -58,6 +58,8 @@ enum class Word : std::uint8_t {
   nonesttables,
   nonshppict,
   passwordhash,
+  indexEntry,  ///< a text for an index or a table of contents
+  revtbl,
   docvar,
   lastGroup = docvar,
   // The look of characters.
@@ -119,6 +121,8 @@ enum class Word : std::uint8_t {
   shprslt,
   mr,
   shptxt,
+  sn,
+  sv,
   pnlvl,
   chatn,
   bin,

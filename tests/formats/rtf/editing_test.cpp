@@ -148,6 +148,19 @@ TEST(RtfFormat, EditsStoriesWhereTheyStand) {
   }
 }
 
+TEST(RtfFormat, HighlightsAtTheEndsOfWhatIsOdd) {
+  Opened cut = open("{\\rtf1{\\field{\\*\\fldinst X}{\\fldrslt {b");
+  cut.model.highlight({4, 5}, 7);
+  EXPECT_EQ(
+      savedAndTheSame(cut),
+      "{\\rtf1{\\colortbl;\\red255\\green255\\blue0;}{\\field{\\*\\fldinst X}{\\fldrslt {b}}\\highlight1 ");
+  Opened early = open("{\\rtf1 {\\fonttbl} {\\colortbl;\\red255\\green255\\blue0;}\\pard}");
+  early.model.highlight({1, 2}, 7);
+  early.model.insertBefore(1, u"n");
+  EXPECT_EQ(savedAndTheSame(early),
+            "{\\rtf1 {\\fonttbl} {\\colortbl;\\red255\\green255\\blue0;}\\pard\\highlight1 n}");
+}
+
 TEST(RtfFormat, RefusesBeforehandWhatItCouldNotWrite) {
   const struct {
     const char* body;

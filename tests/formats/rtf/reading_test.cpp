@@ -1,3 +1,4 @@
+#include "base/utf.h"
 #include "errors/document_error.h"
 #include "formats/left.h"
 #include "formats/rtf/rtf_document.h"
@@ -171,6 +172,46 @@ TEST(RtfFormat, TellsProtectionAndItsPassword) {
   }
   const Opened opened = open("{\\rtf1\\readprot" + hash + " a}");
   EXPECT_FALSE(opened.protection->isLiftedBy(u""));
+}
+
+/// Takes down what is told: the number of a kind and the text.
+class Told final : public formats::OtherTexts {
+ public:
+  void story(formats::OtherStory kind, document::Content content) override {
+    const document::Story story(std::move(content));
+    add("story " + std::to_string(static_cast<int>(kind)), notation::print(story));
+  }
+  using OtherTexts::unreached;
+  void unreached(formats::Unreached kind, std::u16string_view text) override {
+    add(kind == formats::Unreached::fieldCodes     ? "code"
+        : kind == formats::Unreached::pictureTexts ? "picture"
+        : kind == formats::Unreached::wordArt      ? "art"
+        : kind == formats::Unreached::people       ? "people"
+                                                   : "other",
+        base::utf8(text));
+  }
+  void notLookedInto(formats::Opaque /*kind*/) override { all += "opaque\n"; }
+  void damaged(std::string_view part, std::string_view /*why*/) override {
+    add("damaged", std::string(part));
+  }
+
+  std::string all;
+
+ private:
+  void add(const std::string& kind, const std::string& text) { all += kind + ": " + text + "\n"; }
+};
+
+TEST(RtfFormat, TellsTextsBesideMainText) {
+  const Opened opened =
+      open(head() +
+           "{\\*\\revtbl{Unknown;}{A B;}}{\\info{\\title T}}{\\header h\\par}{\\xe{x}}{\\*\\docvar{n}{v}}"
+           "{\\shp{\\*\\shpinst{\\sp{\\sn gtextUNICODE}{\\sv art}}{\\shptxt b{\\footnote in}\\par}}}"
+           "{\\*\\shppict{\\pict{\\*\\picprop{\\sp{\\sn wzDescription}{\\sv d\\u1046?}}}00}}\\par}");
+  Told told;
+  opened.source->tellOtherTexts(opened.model, told);
+  EXPECT_EQ(told.all,
+            "people: Unknown;A B;\nother: T\nstory 0: h¶\ncode: x\nother: v\nart: art\nstory 5: b\x02¶\n"
+            "story 2: in¶\nopaque\nopaque\npicture: dЖ\n");
 }
 
 TEST(Corpus, isWrittenAsItWasRead) {
