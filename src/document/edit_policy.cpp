@@ -185,6 +185,14 @@ Landing landing(const Story& story, Position at, Position anchor, bool behind, s
   result.structure.field = context.field;
   result.visibility = context.visibility;
   result.highlight = story.highlight().valueAt(anchor);
+  // Beside text that keeps its colour there is none to be had either.
+  if (!story.restrictions().empty()) {
+    const std::int8_t restriction = story.structure().valueAt(anchor).restriction;
+    const bool keepsColour =
+        restriction != kNone &&
+        story.restrictions()[static_cast<std::size_t>(restriction)].of == Restriction::Of::colour;
+    if (keepsColour) result.structure.restriction = restriction;
+  }
   return result;
 }
 

@@ -179,6 +179,7 @@ TEST(RtfFormat, TakesNoHighlightInFrontOfItsColours) {
   EXPECT_THROW(opened.model.highlight({0, 1}, 7), errors::Fault);
   EXPECT_THROW(opened.document.story(1).highlight({0, 1}, 7), errors::Fault);
   opened.model.replace({0, 1}, u"n", text::View::results);
+  EXPECT_THROW(opened.model.highlight({0, 1}, 7), errors::Fault);
   opened.model.highlight({1, 2}, 7);
   EXPECT_EQ(savedAndTheSame(opened),
             "{\\rtf1{\\header h}n{\\colortbl;\\red255\\green255\\blue0;}\\highlight1 b\\highlight0 \\par}");
