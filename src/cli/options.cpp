@@ -167,7 +167,7 @@ const std::vector<Option>& options() {
        "its path alone",
        keep<&T::slice>},
       {0, "password-file", Takes::value, "FILE", kDocuments, kRunCommands,
-       "work on protected documents too, with a password\nfrom FILE, one a line; they stay protected",
+       "work on encrypted and protected documents too, with\npasswords from FILE, one a line; they stay so",
        keep<&T::passwordFile>},
       {0, "encoding", Takes::value, "NAME", kDocuments, kRunCommands,
        "read plain texts that are not UTF-8 and have no byte\norder mark as NAME, such as Windows-1252 or "

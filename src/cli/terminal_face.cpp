@@ -76,10 +76,11 @@ std::string TerminalFace::sentenceFor(runs::Trouble trouble) const {
              "--output, or take both from their folder with --recursive, which keeps folders apart.";
     case runs::Trouble::folderRefused:
       return "ask its owner, or leave it out with --exclude.";
+    case runs::Trouble::notOpened:
+      return "No password in the file of --password-file opens it; add the right one, on a line of its own.";
     case runs::Trouble::wrongPasswords:
       return "No password in the file of --password-file lifts its protection; add the right one, on a line "
-             "of "
-             "its own.";
+             "of its own.";
     case runs::Trouble::documentsHashing:
       return "The passwords that were tried are not its own, and trying all of them would cost more hashing "
              "than one document may; put the right one among the first in the file of --password-file.";
@@ -87,8 +88,7 @@ std::string TerminalFace::sentenceFor(runs::Trouble trouble) const {
       break;
   }
   return "Trying passwords has cost this run as much hashing as a run may; run again on the documents that "
-         "are "
-         "left, with the right passwords first in the file of --password-file.";
+         "are left, with the right passwords first in the file of --password-file.";
 }
 
 }  // namespace pluvo::cli

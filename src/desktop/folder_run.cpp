@@ -340,6 +340,8 @@ std::string FolderRun::sentenceFor(runs::Trouble trouble) const {
     case runs::Trouble::folderRefused:
       return "ask its owner, or leave it out.";
     case runs::Trouble::placeTaken:
+    case runs::Trouble::notOpened:
+      return "No password that was given opens it.";
     case runs::Trouble::wrongPasswords:
     case runs::Trouble::documentsHashing:
     case runs::Trouble::runsHashing:

@@ -42,11 +42,14 @@ std::optional<Failure> failureOf(const std::function<void()>& work) {
 }
 
 /// The document, still protected where somebody may lift that.
-OrFailure<Stored> opened(const NamedDocument& named, const Surroundings& around, Asking& asking) {
+OrFailure<Stored> opened(const NamedDocument& named, const Surroundings& around, Asking& asking,
+                         Passwords& passwords) {
   const Plan& plan = around.plan;
   store::Also also{.protectedDocuments = !plan.passwords.empty() || asking.answers(Question::password),
                    .forReading = plan.findsOnly(),
-                   .hint = {.encoding = plan.encoding, .allStories = plan.worksBeyondMainText()},
+                   .hint = {.encoding = plan.encoding,
+                            .allStories = plan.worksBeyondMainText(),
+                            .findKey = [&](const formats::Lock& lock) { return passwords.keyOf(lock); }},
                    .folderLength = named.folderLength};
   Stored stored;
   while (const auto failure = failureOf([&] { stored = around.store.open(named.path, also); })) {
@@ -141,7 +144,8 @@ std::optional<Failure> workOn(const NamedDocument& named, const Surroundings& ar
                               const BlockSink& blocks, Worked& worked) {
   const Plan& plan = around.plan;
   Outcome& outcome = worked.outcome;
-  const auto document = opened(named, around, asking);
+  Passwords passwords(around, asking);
+  const auto document = opened(named, around, asking, passwords);
   if (const auto* failure = std::get_if<Failure>(&document)) return *failure;
   const Stored& shared = std::get<Stored>(document);
   const store::StoredDocument& stored = *shared;
@@ -154,7 +158,7 @@ std::optional<Failure> workOn(const NamedDocument& named, const Surroundings& ar
   }
   const bool goesOn = obstacle && asking.ask(Question::readOnly).reply == Asking::Reply::yes;
   if (obstacle && !goesOn && asking.answers(Question::readOnly)) return obstacle;
-  if (const auto failure = liftProtection(stored, around, asking)) return failure;
+  if (const auto failure = passwords.liftProtection(stored)) return failure;
   const auto ended = passed(shared, goesOn ? std::nullopt : obstacle, around, asking, blocks, outcome);
   if (asking.isCancelled()) return std::nullopt;
   // A document in which something failed was read all the same.

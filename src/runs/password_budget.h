@@ -37,7 +37,8 @@ enum class Tried : std::uint8_t { lifted, wrong, documentSpent, runSpent };
 
 /// Tries passwords in their order, each for so many hashes, as long as the budgets of the document and of the
 /// run last.
-Tried tryPasswords(const std::vector<base::SecretText>& passwords, std::uint64_t cost, PasswordBudget& ofRun,
+Tried tryPasswords(const std::vector<base::SecretText>& passwords, std::uint64_t cost,
+                   PasswordBudget& ofDocument, PasswordBudget& ofRun,
                    const std::function<bool(const base::SecretText&)>& lifts);
 
 }  // namespace pluvo::runs

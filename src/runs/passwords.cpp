@@ -6,9 +6,9 @@
 
 namespace pluvo::runs {
 
-Tried tryPasswords(const std::vector<base::SecretText>& passwords, std::uint64_t cost, PasswordBudget& ofRun,
+Tried tryPasswords(const std::vector<base::SecretText>& passwords, std::uint64_t cost,
+                   PasswordBudget& ofDocument, PasswordBudget& ofRun,
                    const std::function<bool(const base::SecretText&)>& lifts) {
-  PasswordBudget ofDocument(PasswordBudget::kForDocument);
   for (const base::SecretText& each : passwords) {
     if (!ofDocument.take(cost)) return Tried::documentSpent;
     if (!ofRun.take(cost)) return Tried::runSpent;
@@ -17,15 +17,13 @@ Tried tryPasswords(const std::vector<base::SecretText>& passwords, std::uint64_t
   return Tried::wrong;
 }
 
-std::optional<Failure> liftProtection(const store::StoredDocument& stored, const Surroundings& around,
-                                      Asking& asking) {
-  memory::MemoryDocument& document = *stored.document();
-  if (document.protection() == word::wdNoProtection) return std::nullopt;
+std::optional<Failure> Passwords::tryAll(Question question, std::uint64_t hashes,
+                                         const std::function<bool(const base::SecretText&)>& fits) {
   const auto failure = [&](Trouble trouble) {
-    return Failure{errors::Problem::password, around.face.sentenceFor(trouble)};
+    return Failure{errors::Problem::password, around_.face.sentenceFor(trouble)};
   };
-  switch (tryPasswords(around.plan.passwords, stored.hashesForPassword(), around.passwordBudget,
-                       [&](const base::SecretText& each) { return document.unprotect(each.text()); })) {
+  const bool isOpening = question == Question::openPassword;
+  switch (tryPasswords(around_.plan.passwords, hashes, ofDocument_, around_.passwordBudget, fits)) {
     case Tried::lifted:
       return std::nullopt;
     case Tried::documentSpent:
@@ -36,12 +34,32 @@ std::optional<Failure> liftProtection(const store::StoredDocument& stored, const
       break;
   }
   for (std::size_t tries = 0;; ++tries) {
-    const Answer answer = asking.ask(Question::password, tries);
-    if (answer.reply != Answer::Reply::yes)
-      return tries > 0 || !around.plan.passwords.empty() ? failure(Trouble::wrongPasswords)
-                                                         : failureFrom(store::protectedAgainstEditing());
-    if (document.unprotect(answer.password.text())) return std::nullopt;
+    const Answer answer = asking_.ask(question, tries);
+    if (answer.reply == Answer::Reply::yes) {
+      if (fits(answer.password)) return std::nullopt;
+      continue;
+    }
+    if (tries > 0 || !around_.plan.passwords.empty())
+      return failure(isOpening ? Trouble::notOpened : Trouble::wrongPasswords);
+    return failureFrom(isOpening ? formats::encryptedDocument() : store::protectedAgainstEditing());
   }
+}
+
+formats::SharedKey Passwords::keyOf(const formats::Lock& lock) {
+  formats::SharedKey key;
+  const auto failure = tryAll(Question::openPassword, lock.hashes(), [&](const base::SecretText& password) {
+    key = lock.keyBy(password);
+    return key != nullptr;
+  });
+  if (failure) throw errors::DocumentError(failure->problem, failure->message);
+  return key;
+}
+
+std::optional<Failure> Passwords::liftProtection(const store::StoredDocument& stored) {
+  memory::MemoryDocument& document = *stored.document();
+  if (document.protection() == word::wdNoProtection) return std::nullopt;
+  return tryAll(Question::password, stored.hashesForPassword(),
+                [&](const base::SecretText& password) { return document.unprotect(password.text()); });
 }
 
 }  // namespace pluvo::runs

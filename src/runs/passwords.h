@@ -2,15 +2,32 @@
 
 #include "asking.h"
 #include "document_run.h"
+#include "formats/key.h"
 
 #include <optional>
 
 namespace pluvo::runs {
 
-/// Lifts the protection of a document, where it has one, by one of the plan's passwords, else by one that is
-/// answered. Where none does, what to tell. The budgets of the document and of the run, which its jobs share,
-/// end the trying of the plan's.
-std::optional<Failure> liftProtection(const store::StoredDocument& stored, const Surroundings& around,
-                                      Asking& asking);
+/// Tries passwords on one document: first each of the plan's once, then those that are answered. The budgets
+/// of the document and of the run, which its jobs share, end the trying of the plan's.
+class Passwords {
+ public:
+  /// All outlive it.
+  Passwords(const Surroundings& around, Asking& asking) : around_(around), asking_(asking) {}
+
+  /// The key of an encrypted document. Throws errors::DocumentError where nobody gives its password.
+  formats::SharedKey keyOf(const formats::Lock& lock);
+  /// Lifts the protection of a document, where it has one. Where no password does, what to tell.
+  std::optional<Failure> liftProtection(const store::StoredDocument& stored);
+
+ private:
+  /// Whether one of the passwords fits; else what to tell.
+  std::optional<Failure> tryAll(Question question, std::uint64_t hashes,
+                                const std::function<bool(const base::SecretText&)>& fits);
+
+  const Surroundings& around_;
+  Asking& asking_;
+  PasswordBudget ofDocument_{PasswordBudget::kForDocument};
+};
 
 }  // namespace pluvo::runs

@@ -1,5 +1,7 @@
+#include "base/utf.h"
 #include "containers/zip/zip_builder.h"
 #include "formats/docx/document_builder.h"
+#include "formats/docx/encrypted.h"
 #include "sandbox.h"
 #include "storage/files/as_text.h"
 
@@ -340,6 +342,39 @@ TEST(Passwords, LiftProtectionsThatStay) {
     const std::string err = sandbox.run("find -b draft --password-file passwords plain.docx").err;
     EXPECT_EQ(err.find(note) != std::string::npos, isNoted) << err;
   }
+}
+
+TEST(Passwords, OpenDocumentsThatStayEncrypted) {
+  const Sandbox sandbox;
+  const std::string kept =
+      "<w:documentProtection w:edit=\"readOnly\" w:cryptAlgorithmSid=\"4\" w:cryptSpinCount=\"100000\" "
+      "w:hash=\"MUHbcmpC9AnlLsd9v3lW0j30y6E=\" w:salt=\"2Z+i7o/0EZyUNakVeWzU/w==\"/>";
+  const std::string file = docx::encrypted(docx::fileOf("draft", docx::settingsOf(kept)));
+  sandbox.put("a.docx", file);
+  sandbox.put("passwords", "guess\n" + base::utf8(encryption::kVectorPassword) + "\nExample\n");
+  EXPECT_THAT(sandbox.run("find -b draft a.docx").err,
+              HasSubstr("a.docx: password: The document is encrypted"));
+  EXPECT_THAT(sandbox.run("find -b draft --password-file /dev/null a.docx").err,
+              HasSubstr("a.docx: password: No password in the file of --password-file opens it"));
+  const Result done = sandbox.run(kReplace + "a.docx --backup --password-file passwords --report " +
+                                  sandbox.beside("r.json"));
+  EXPECT_EQ(done.status, 0) << done.err;
+  const std::string changed = sandbox.get("a.docx");
+  EXPECT_THAT(docx::part(docx::bytesIn(docx::decrypted(changed)), "word/document.xml"), HasSubstr("final"));
+  EXPECT_EQ(docx::streamOf(changed, "Beside"), docx::streamOf(file, "Beside"));
+  EXPECT_EQ(sandbox.get("a.docx.bak"), file);
+  std::vector<fs::directory_entry> written;
+  for (const std::string& folder : {sandbox.path(""), sandbox.path(sandbox.beside(""))})
+    for (const auto& entry : fs::recursive_directory_iterator(folder)) written.push_back(entry);
+  EXPECT_GT(written.size(), 5U) << "the document, its two copies, the report, the journal";
+  for (const auto& entry : written) {
+    if (!entry.is_regular_file() || entry.path().filename() == "passwords") continue;
+    const std::string bytes = sandbox.get(fs::relative(entry.path(), sandbox.path("")));
+    EXPECT_EQ(bytes.find("PK\3\4"), std::string::npos) << entry.path() << ": a package in plain";
+    EXPECT_EQ(bytes.find("Example"), std::string::npos) << entry.path();
+  }
+  EXPECT_EQ(sandbox.run("undo -q").status, 0);
+  EXPECT_EQ(sandbox.get("a.docx"), file);
 }
 
 TEST(Undo, LeavesWhatWasChangedSince) {

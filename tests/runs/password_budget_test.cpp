@@ -20,9 +20,10 @@ TEST(PasswordBudget, EndsTheTryingForADocumentOrTheRun) {
   for (const Case& it : cases) {
     PasswordBudget run(it.ofRun);
     std::size_t tried = 0;
-    EXPECT_EQ(
-        tryPasswords(passwords, it.cost, run, [&](const auto& each) { return &each != &passwords[tried++]; }),
-        it.how)
+    PasswordBudget document(PasswordBudget::kForDocument);
+    EXPECT_EQ(tryPasswords(passwords, it.cost, document, run,
+                           [&](const auto& each) { return &each != &passwords[tried++]; }),
+              it.how)
         << it.cost;
     EXPECT_EQ(tried, static_cast<std::size_t>(it.tried)) << it.cost;
   }

@@ -1,6 +1,7 @@
 #include "runs/run.h"
 
 #include "formats/docx/document_builder.h"
+#include "formats/docx/encrypted.h"
 #include "runs/kept.h"
 #include "runs/past_runs.h"
 #include "runs/written_request.h"
@@ -28,7 +29,9 @@ class ScriptedFace final : public Face {
   }
   Cancelled cancelled() override { return cancelling ? cancelling() : Cancelled::no; }
   void document(const Outcome& outcome) override { outcomes.push_back(outcome); }
-  std::string sentenceFor(Trouble /*trouble*/) const override { return "Trouble."; }
+  std::string sentenceFor(Trouble trouble) const override {
+    return trouble == Trouble::notOpened ? "Not opened." : "Trouble.";
+  }
 
   std::function<Answer(const Asked&)> answering;
   std::function<Cancelled()> cancelling;
@@ -93,6 +96,47 @@ TEST_F(Runs, AskAboutADocumentWhatOnlyAPersonKnows) {
                   std::string::npos);
       }
     }
+  }
+}
+
+TEST_F(Runs, OpenADocumentByPasswordsThatTheyHaveOrAskFor) {
+  const std::string locked = docx::encrypted(
+      docx::fileOf("draft", docx::settingsOf("<w:documentProtection w:edit=\"readOnly\" w:enforcement=\"1\" "
+                                             "w:hashValue=\"c2VjcmV0\"/>")));
+  const std::string file = docx::encrypted(docx::fileOf("draft"));
+  const std::u16string right(encryption::kVectorPassword);
+  const struct {
+    const std::string& file;
+    std::vector<std::u16string> given, answered;
+    std::vector<Question> asked;
+    std::string refused;
+  } cases[] = {
+      {file, {u"a", right}, {}, {}, ""},
+      {file, {u"a"}, {u"b", right}, {2, Question::openPassword}, ""},
+      {file, {}, {right}, {Question::openPassword}, ""},
+      {file, {}, {}, {Question::openPassword}, "The document is encrypted with a password."},
+      {file, {u"a"}, {}, {Question::openPassword}, "Not opened."},
+      {file, {}, {u"b"}, {2, Question::openPassword}, "Not opened."},
+      {locked, {right}, {u"b"}, {2, Question::password}, "Trouble."},
+  };
+  for (const auto& [bytes, given, answered, questions, refused] : cases) {
+    folder_.put("a.docx", bytes);
+    face_ = {};
+    face_.answering = [&, answers = &answered](const Asked& asked) {
+      if (asked.tries == answers->size()) return Answer{};
+      return Answer{Reply::yes, base::SecretText(std::u16string((*answers)[asked.tries]))};
+    };
+    Plan plan = planFor({"a.docx"});
+    for (const std::u16string& each : given) plan.passwords.emplace_back(std::u16string(each));
+    made(plan);
+    EXPECT_EQ(face_.asked_, questions);
+    const auto& failure = face_.outcomes.at(0).failure;
+    EXPECT_THAT(failure ? failure->message : "", ::testing::StartsWith(refused));
+    EXPECT_EQ(failure.has_value(), !refused.empty());
+    EXPECT_EQ(folder_.get("a.docx") == bytes, failure.has_value());
+    if (failure) continue;
+    const base::Bytes package = docx::bytesIn(docx::decrypted(folder_.get("a.docx")));
+    EXPECT_THAT(docx::part(package, "word/document.xml"), ::testing::HasSubstr("final"));
   }
 }
 

@@ -77,11 +77,11 @@ std::string_view nameOfLook(base::ByteSpan file) {
   return markupOrText(bytes);
 }
 
-}  // namespace
-
 bool isEncryptedPackage(base::ByteSpan bytes) {
   return cfb::hasStream(bytes, "EncryptedPackage") && cfb::hasStream(bytes, "EncryptionInfo");
 }
+
+}  // namespace
 
 errors::DocumentError notAnArchive(base::ByteSpan bytes) {
   if (isEncryptedPackage(bytes)) {

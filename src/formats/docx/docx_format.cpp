@@ -1,9 +1,9 @@
 #include "docx/docx_format.h"
 
 #include "docx_source.h"
+#include "encrypted_package.h"
 #include "protection.h"
 #include "styles.h"
-#include "zip/looks_like.h"
 
 #include <algorithm>
 #include <array>
@@ -32,12 +32,18 @@ bool isPackage(std::string_view bytes) {
 bool DocxFormat::recognises(base::ByteSpan bytes, std::string_view extension) const {
   if (std::find(kExtensions.begin(), kExtensions.end(), extension) != kExtensions.end()) return true;
   const std::string_view view(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-  return isPackage(view) || zip::isEncryptedPackage(bytes);
+  return isPackage(view) || EncryptedPackage::isOne(bytes);
 }
 
 std::span<const std::string_view> DocxFormat::extensions() const { return kExtensions; }
 
 formats::Opened DocxFormat::read(base::Bytes bytes, const formats::Hint& hint) const {
+  std::unique_ptr<const EncryptedPackage> around;
+  if (EncryptedPackage::isOne(bytes.view)) {
+    around = std::make_unique<EncryptedPackage>(std::move(bytes), hint);
+    bytes = around->decrypted();
+  }
+  const formats::SharedKey key = around ? around->key() : nullptr;
   Package package = openPackage(std::move(bytes));
   const std::optional<formats::Protection> protection = protectionOf(package);
   Styles styles = readStyles(package);
@@ -49,9 +55,11 @@ formats::Opened DocxFormat::read(base::Bytes bytes, const formats::Hint& hint) c
                         : withMainTextAlone(package.mainPart, std::move(part), std::move(mainText));
   formats::Opened opened;
   opened.stories = std::move(stories.contents);
-  opened.source = std::make_unique<DocxSource>(std::move(package), std::move(stories), std::move(styles));
+  opened.source = std::make_unique<DocxSource>(std::move(package), std::move(stories), std::move(styles),
+                                               std::move(around));
   opened.protection = protection;
   opened.again.allStories = hint.allStories;
+  opened.again.key = key;
   return opened;
 }
 

@@ -25,8 +25,12 @@ std::string codeOf(char16_t unit) {
 
 }  // namespace
 
-DocxSource::DocxSource(Package package, Stories stories, Styles styles)
-    : package_(std::move(package)), stories_(std::move(stories)), styles_(std::move(styles)) {}
+DocxSource::DocxSource(Package package, Stories stories, Styles styles,
+                       std::unique_ptr<const EncryptedPackage> around)
+    : package_(std::move(package)),
+      stories_(std::move(stories)),
+      styles_(std::move(styles)),
+      around_(std::move(around)) {}
 
 std::optional<std::string> DocxSource::refusesText(std::u16string_view newText) const {
   const auto isPlain = [](char16_t unit) { return unit >= u' ' && unit < 0x7F; };
@@ -42,7 +46,11 @@ std::optional<std::string> DocxSource::refusesText(std::u16string_view newText) 
 }
 
 void DocxSource::write(const document::Document& document, base::Output& out) const {
-  DocumentWriter(package_, stories_, document, [this] { return placeholderStyle(); }).write(out);
+  DocumentWriter writer(package_, stories_, document, [this] { return placeholderStyle(); });
+  if (around_ == nullptr) return writer.write(out);
+  base::MemoryOutput package;
+  writer.write(package);
+  around_->write(package.bytes(), out);
 }
 
 std::string DocxSource::placeholderStyle() const {
@@ -55,7 +63,7 @@ std::string DocxSource::placeholderStyle() const {
 }
 
 std::uint64_t DocxSource::unpackedSize() const {
-  std::uint64_t size = 0;
+  std::uint64_t size = around_ == nullptr ? 0 : package_.archive.bytes().size();
   for (const zip::Member& member : package_.archive.members())
     size += std::min(member.size, std::numeric_limits<std::uint64_t>::max() - size);
   return size;

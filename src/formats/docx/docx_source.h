@@ -1,16 +1,20 @@
 #pragma once
 
+#include "encrypted_package.h"
 #include "formats/format.h"
 #include "package.h"
 #include "stories.h"
 #include "styles.h"
+
+#include <memory>
 
 namespace pluvo::docx {
 
 /// A document's package and the way from its texts to the bytes of its parts.
 class DocxSource : public formats::Source {
  public:
-  DocxSource(Package package, Stories stories, Styles styles);
+  /// What is around the package is null where nothing is.
+  DocxSource(Package package, Stories stories, Styles styles, std::unique_ptr<const EncryptedPackage> around);
 
   std::optional<std::string> refusesText(std::u16string_view newText) const override;
   bool holdsHighlight() const override { return true; }
@@ -26,6 +30,7 @@ class DocxSource : public formats::Source {
   Package package_;
   Stories stories_;  ///< without their contents
   Styles styles_;
+  std::unique_ptr<const EncryptedPackage> around_;
 };
 
 }  // namespace pluvo::docx

@@ -55,10 +55,13 @@ struct Hint {
   std::string encoding = {};
   /// The encoding holds whatever the bytes seem to be, but for a byte order mark.
   bool certain = false;
-  /// Of an encrypted document. Without one it is refused, and with a wrong one (Problem::password).
+  /// Of an encrypted document, where it is known.
   SharedKey key = {};
   /// Headers, footers, notes, comments and text boxes are wanted, too; otherwise main text alone.
   bool allStories = false;
+  /// Else this is asked for it. Without a key the document is refused, as with a wrong one
+  /// (Problem::password).
+  KeyFinder findKey = {};
 };
 
 struct Opened {

@@ -22,6 +22,7 @@ enum class Trouble : std::uint8_t {
   isFolder,          ///< it is a folder, and folders are not looked through
   placeTaken,        ///< an earlier document goes to the same place in the output folder
   folderRefused,     ///< the user may not read a folder
+  notOpened,         ///< it is encrypted, and none of the passwords opens it
   wrongPasswords,    ///< none of the plan's passwords lifts its protection
   documentsHashing,  ///< trying more passwords would cost more than one document may
   runsHashing,       ///< trying passwords has cost as much as a run may

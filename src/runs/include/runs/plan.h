@@ -21,7 +21,8 @@ struct ListDigest {
 struct Plan {
   std::vector<engine::Request> requests;  ///< one or more, in the order in which each document gets them
   Selection selection;
-  /// Lift protections, tried in this order; without any protected documents are left alone.
+  /// Open encrypted documents and lift protections, tried in this order; without any, such documents are left
+  /// alone.
   std::vector<base::SecretText> passwords;
   std::string
       encoding;  ///< of plain texts that do not say it, as knownEncoding gives it; empty: told from the text

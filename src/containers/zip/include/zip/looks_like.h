@@ -5,9 +5,6 @@
 
 namespace pluvo::zip {
 
-/// Whether the bytes are a compound file with an encrypted package in it: a .docx with a password to open it.
-bool isEncryptedPackage(base::ByteSpan bytes);
-
 /// The error for bytes that should have been a package but are no ZIP archive: password for an encrypted
 /// package, otherwise damaged, with a sentence that says what they look like (an older Word document, RTF,
 /// PDF, a web page, plain text, a cut-off archive, nothing at all).

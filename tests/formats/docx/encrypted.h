@@ -1,0 +1,39 @@
+#pragma once
+
+#include "cfb/compound_file.h"
+#include "containers/cfb/compound_builder.h"
+#include "containers/encryption/vectors.h"
+#include "encryption/package_encryption.h"
+
+#include <string>
+
+namespace pluvo::docx {
+
+inline base::Bytes bytesIn(const std::string& text) { return base::Bytes::of({text.begin(), text.end()}); }
+
+/// The package, encrypted for encryption::kVectorPassword, and somebody else's stream beside it.
+inline std::string encrypted(const std::string& package) {
+  const auto encryption = encryption::PackageEncryption::from(bytesIn(encryption::vectors().front().info));
+  const auto key = encryption->keyBy(encryption::kVectorPassword);
+  const auto made = encryption->encrypted(key->text(), bytesIn(package).view);
+  return cfb::compoundFile({{"Beside", "what others keep here"},
+                            {"EncryptionInfo", {made.info.begin(), made.info.end()}},
+                            {"EncryptedPackage", {made.package.begin(), made.package.end()}}});
+}
+
+/// A stream of a compound file.
+inline std::string streamOf(const std::string& file, const char* name) {
+  const cfb::CompoundFile opened = cfb::CompoundFile::open(bytesIn(file));
+  const base::Bytes stream = opened.read(*opened.stream(name));
+  return {stream.view.begin(), stream.view.end()};
+}
+
+/// The way back.
+inline std::string decrypted(const std::string& file) {
+  const auto encryption = encryption::PackageEncryption::from(bytesIn(streamOf(file, "EncryptionInfo")));
+  const auto key = encryption->keyBy(encryption::kVectorPassword);
+  const auto package = encryption->decrypted(key->text(), bytesIn(streamOf(file, "EncryptedPackage")).view);
+  return {package.view.begin(), package.view.end()};
+}
+
+}  // namespace pluvo::docx
