@@ -24,6 +24,7 @@ FolderRun::Place BesideRuns::placeOfRuns() {
   return {.application = place_.application,
           .work = place_.work,
           .watch = place_.watch,
+          .passwords = place_.files.passwords(),
           .freeName = [this](const std::string& path) { return place_.files.freeName(path); },
           .goesOnWithoutOriginals = [this](const std::string& why) { return goesOnWithoutOriginals(why); },
           .told =

@@ -1,5 +1,6 @@
 #include "dialog.h"
 
+#include "base/names.h"
 #include "cancelled_folders.h"
 #include "dialog/frmProcessing.h"
 #include "errors/context.h"
@@ -105,6 +106,14 @@ void Dialog::close() { forms_.end(); }
 void Dialog::worksIn(word::StoryKinds stories) {
   stories_ = stories;
   if (engine_ != nullptr) engine_->StoriesSetting(stories);
+}
+
+std::optional<base::SecretText> Dialog::passwordToOpen(const std::string& path) {
+  dialog::frmPassword prompt(context_, forms_);
+  std::u16string password;
+  const std::u16string name = base::nameText(path.substr(path.rfind('/') + 1));
+  if (!multifile::passwordToOpen(prompt, name, password)) return std::nullopt;
+  return base::SecretText(std::move(password));
 }
 
 void Dialog::listFiles(const std::vector<std::u16string>& files) { opener_.listFiles(files); }

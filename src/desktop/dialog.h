@@ -7,6 +7,7 @@
 #include "forms_qt/forms.h"
 #include "forms_qt/machine.h"
 #include "memory/application.h"
+#include "multifile/questions.h"
 #include "pass_watch.h"
 #include "places.h"
 #include "work.h"
@@ -16,6 +17,7 @@
 #include <QWidget>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -76,6 +78,10 @@ class Dialog {
   void listFiles(const std::vector<std::u16string>& files);
   /// Opens a file with the program that the desktop has for it. Throws Fault.
   void openFile(const QString& path) { launcher_.openFile(path); }
+  /// Asks for the password of an encrypted document; nothing where the user gives none.
+  std::optional<base::SecretText> passwordToOpen(const std::string& path);
+  /// It was wrong: whether the user would give another.
+  bool opensAgain() { return multifile::openAgain(boxes_); }
   /// Ends a confirmation under way, as closing its window does.
   void endConfirmation() { forms_.endConfirmation(); }
 
@@ -96,6 +102,7 @@ class Dialog {
   std::unique_ptr<dialog::RandomSource> random_ = dialog::machineRandomSource();
   dialog::clsProcessFind* engine_ = nullptr;
   word::StoryKinds stories_ = word::kMainTextAlone;
+  errors::Context context_;
   std::shared_ptr<FolderRun> run_;
   dialog::clsOpenPLUVO opener_;
 };

@@ -4,6 +4,7 @@
 #include "errors/context.h"
 #include "question.h"
 #include "recent.h"
+#include "word/faults.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -59,6 +60,11 @@ DocumentFiles::DocumentFiles(Choosers choosers, Place place)
     if (opensForUser_) place_.work.show([&] { chosen = chooseEncoding(path, sentence); });
     return chosen;
   });
+  place_.opener->passwordChooser([this](const std::string& path) {
+    std::optional<base::SecretText> password;
+    place_.work.show([&] { password = place_.password(path); });
+    return password;
+  });
 }
 
 void DocumentFiles::chooseAndOpen() {
@@ -95,16 +101,18 @@ void DocumentFiles::openOne(const std::string& path, const std::function<void()>
         *opened = std::make_unique<OpenDocument>(place_.opener->open(path));
         (*opened)->prepare();
       },
-      [this, opened, comesToFront, then](std::exception_ptr thrown) {
+      [this, path, opened, comesToFront, then](std::exception_ptr thrown) {
         opensForUser_ = false;
         place_.opener->readAs({});
         if (!thrown) {
           place_.documents.add(std::move(*opened));
           return comesToFront();
         }
-        if (!encodingDeclined_) {
-          Question(&place_.window, QObject::tr("The document could not be opened."),
-                   qt(faultOf(thrown).description))
+        const errors::Fault fault = faultOf(thrown);
+        if (fault.number == word::kOpenPasswordWrong && place_.opensAgain()) return openOne(path, then);
+        if (!encodingDeclined_ && fault.number != word::kCommandFailed &&
+            fault.number != word::kOpenPasswordWrong) {
+          Question(&place_.window, QObject::tr("The document could not be opened."), qt(fault.description))
               .exec();
         }
         then();

@@ -28,6 +28,10 @@ class DocumentFiles {
     std::function<bool()> refusedNow;
     /// Shows a message for a while.
     std::function<void(const QString& message)> note;
+    /// The password of an encrypted document; nothing where the user gives none.
+    std::function<std::optional<base::SecretText>(const std::string& path)> password;
+    /// The password was wrong: whether the user would give another.
+    std::function<bool()> opensAgain;
   };
 
   DocumentFiles(Choosers choosers, Place place);
@@ -50,6 +54,7 @@ class DocumentFiles {
   void mayCloseAll(const Then& then);
   /// For a document of a run over files that may not be written; the name must be free.
   std::optional<std::string> freeName(const std::string& path);
+  const std::shared_ptr<store::KnownPasswords>& passwords() const { return place_.opener->passwords(); }
   QString chooseFolder(const QString& folder) { return choosers_.folder(&place_.window, folder); }
 
  private:

@@ -46,7 +46,7 @@ std::string commandOf(const engine::Request& request) {
 }  // namespace
 
 FolderRun::FolderRun(std::shared_ptr<dialog::FileStepper> driver, Place place)
-    : driver_(std::move(driver)), place_(std::move(place)) {}
+    : driver_(std::move(driver)), place_(std::move(place)), passwords_(place_.passwords) {}
 
 FolderRun::~FolderRun() = default;
 
@@ -143,6 +143,7 @@ void FolderRun::begin(dialog::clsProcessFind& engine, const std::vector<std::u16
   engine_ = &engine;
   plan_ = {};
   plan_.requests = {engine.preparedRequest()};
+  plan_.passwords = passwords_.begin();
   plan_.requests.front().confirmEach = false;  // the dialog's own pass sees to that
   plan_.selection.paths.reserve(files.size());
   for (const std::u16string& file : files) plan_.selection.paths.push_back(base::nameBytes(file));
@@ -218,6 +219,7 @@ bool FolderRun::goesOnWithout(const runs::CannotBegin& refused) {
 void FolderRun::tell(const runs::Outcome& outcome) {
   ++done_;
   const auto was = std::exchange(current_, nullptr);
+  passwords_.told(outcome);
   if (outcome.saved && outcome.savedAs.empty()) place_.saved(outcome.path);
   place_.told(outcome);
   if (passesItself_) fileBegins(base::nameText(outcome.path), done_, documents_);
@@ -265,6 +267,7 @@ runs::Answer FolderRun::answered(const runs::Asked& asked) {
     case runs::Question::readOnly:
       answer.reply = multifile::goOnReadOnly(engine_->boxes()) ? Reply::yes : Reply::no;
       break;
+    case runs::Question::openPassword:
     case runs::Question::password:
       answer = passwordFor(asked);
       break;
@@ -279,11 +282,19 @@ runs::Answer FolderRun::answered(const runs::Asked& asked) {
 }
 
 runs::Answer FolderRun::passwordFor(const runs::Asked& asked) {
-  if (asked.tries > 0 && multifile::skipWithWrongPassword(engine_->boxes())) return {};
+  const bool opens = asked.question == runs::Question::openPassword;
+  const bool wasWrong = passwords_.wasWrong(asked);
+  if (auto password = passwords_.next(asked)) return {Reply::yes, *std::move(password)};
+  forms::MessageBoxes& boxes = engine_->boxes();
+  if (wasWrong && (opens ? !multifile::openAgain(boxes) : multifile::skipWithWrongPassword(boxes))) return {};
   if (!prompt_) prompt_ = std::make_unique<dialog::frmPassword>(engine_->context(), engine_->forms());
-  std::u16string password;
-  if (!multifile::passwordForForm(*prompt_, engine_->boxes(), password)) return {};
-  return {Reply::yes, base::SecretText(std::move(password))};
+  std::u16string typed;
+  const bool isGiven = opens ? multifile::passwordToOpen(*prompt_, nameIn(asked.path), typed)
+                             : multifile::passwordForForm(*prompt_, boxes, typed);
+  if (!isGiven) return {};
+  base::SecretText password(std::move(typed));
+  passwords_.typed(asked, password);
+  return {Reply::yes, std::move(password)};
 }
 
 /// Of several documents that are worked on at once none can stay open: the user is asked again.

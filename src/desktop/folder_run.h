@@ -6,6 +6,7 @@
 #include "memory/application.h"
 #include "pass_watch.h"
 #include "pausing_thread.h"
+#include "run_passwords.h"
 #include "runs/face.h"
 #include "runs/run.h"
 #include "store/opener.h"
@@ -43,6 +44,8 @@ class FolderRun final : public dialog::FileStepper, private runs::Face {
     std::shared_ptr<memory::MemoryApplication> application;
     Work& work;
     PassWatch& watch;
+    /// Those that were right so far.
+    std::shared_ptr<store::KnownPasswords> passwords;
     /// Where a document is to be saved that may not be replaced; the name must be free.
     std::function<std::optional<std::string>(const std::string& path)> freeName;
     /// The originals cannot be kept, for this reason; whether the run goes on without a way back.
@@ -108,6 +111,7 @@ class FolderRun final : public dialog::FileStepper, private runs::Face {
   PausingThread thread_;
   dialog::clsProcessFind* engine_ = nullptr;
   std::unique_ptr<dialog::frmPassword> prompt_;
+  RunPasswords passwords_;
 
   runs::Plan plan_;
   runs::Ended ended_;

@@ -52,14 +52,17 @@ void MainWindow::buildDocuments(const Choosers& choosers) {
   documents_->titlesChanged = [this] { updateTitle(); };
   setCentralWidget(documents_);
   const auto noteNow = [this](const QString& message) { note(message); };
-  files_ = std::make_unique<DocumentFiles>(choosers,
-                                           DocumentFiles::Place{.window = *this,
-                                                                .work = work_,
-                                                                .documents = *documents_,
-                                                                .application = application_,
-                                                                .opener = opener,
-                                                                .refusedNow = [this] { return refusedNow(); },
-                                                                .note = noteNow});
+  files_ = std::make_unique<DocumentFiles>(
+      choosers, DocumentFiles::Place{
+                    .window = *this,
+                    .work = work_,
+                    .documents = *documents_,
+                    .application = application_,
+                    .opener = opener,
+                    .refusedNow = [this] { return refusedNow(); },
+                    .note = noteNow,
+                    .password = [this](const std::string& path) { return dialog_->passwordToOpen(path); },
+                    .opensAgain = [this] { return dialog_->opensAgain(); }});
   documents_->openAsked = [this] { files_->chooseAndOpen(); };
   documents_->closeAsked = [this](OpenDocument& document) { files_->close(document); };
   beside_ = std::make_unique<BesideRuns>(

@@ -178,6 +178,9 @@ void LineMirror::refreshKind() {
   const QString text = qt(box_.Text());
   if (shown_->text() != text) {
     if (hides) {
+      QString before = shown_->text();  // which shares its memory with the box
+      base::wipe(const_cast<QChar*>(before.constData()),
+                 static_cast<std::size_t>(before.size()) * sizeof(QChar));
       shown_->setText(text);  // no password is to be had back
     } else {
       shown_->selectAll();  // so that the user can undo it

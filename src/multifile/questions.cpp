@@ -42,6 +42,10 @@ bool passwordForForm(dialog::frmPassword& prompt, forms::MessageBoxes& boxes, st
   return true;
 }
 
+bool passwordToOpen(dialog::frmPassword& prompt, const std::u16string& name, std::u16string& password) {
+  return prompt.RetrievePassword(password, u"Input Password to Open " + name + u".");
+}
+
 bool cancelSaveAs(forms::MessageBoxes& boxes) {
   return ask(boxes, u"Are you sure you want cancel the Save As?", u"Save As Cancelled.");
 }

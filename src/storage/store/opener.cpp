@@ -34,7 +34,7 @@ bool mayNot(Problem problem) { return problem == Problem::readOnly || problem ==
 }  // namespace
 
 std::int32_t openingFault(Problem problem) {
-  // Not "wrong password": nobody is asked for one here, so that asking again would come to the same.
+  // Not "wrong password": nobody was asked for one, so that asking again would come to the same.
   if (problem == Problem::password) return word::kNotAvailable;
   if (problem == Problem::io) return word::kFileNotFound;
   return word::kFileCorrupted;
@@ -81,20 +81,54 @@ void StoredFile::run(const std::string& path, const std::function<void()>& work)
 StoreOpener::StoreOpener(Store store, SaveAsChooser chooser, Running running)
     : store_(std::move(store)), chooser_(std::move(chooser)), running_(std::move(running)) {}
 
+std::unique_ptr<StoredDocument> StoreOpener::opened(const std::string& path, const std::string& encoding,
+                                                    const formats::KeyFinder& findKey) {
+  std::unique_ptr<StoredDocument> stored;
+  running_([&] {
+    stored = store_.open(
+        path,
+        {.temporaryFiles = true,
+         .protectedDocuments = true,
+         .lockedForGood = true,
+         .hint = {
+             .encoding = encoding, .certain = !encoding.empty(), .findKey = findKey, .allStories = true}});
+  });
+  return stored;
+}
+
+std::unique_ptr<StoredDocument> StoreOpener::openBy(const base::SecretText& password,
+                                                    const std::string& path) {
+  bool isWrong = false;
+  try {
+    auto stored = opened(path, readAs_, [&](const formats::Lock& lock) {
+      auto key = lock.keyBy(password);
+      isWrong = key == nullptr;
+      return key;
+    });
+    passwords_->add(password);
+    return stored;
+  } catch (const DocumentError&) {
+    if (isWrong) throw faultOf(word::kOpenPasswordWrong, path, "The password is incorrect.");
+    throw;
+  }
+}
+
 std::unique_ptr<StoredDocument> StoreOpener::openStored(const std::string& path) {
   std::string encoding = readAs_;
+  bool isLocked = false;
   for (;;) {
     try {
-      std::unique_ptr<StoredDocument> stored;
-      running_([&] {
-        stored = store_.open(
-            path, {.temporaryFiles = true,
-                   .protectedDocuments = true,
-                   .lockedForGood = true,
-                   .hint = {.encoding = encoding, .certain = !encoding.empty(), .allStories = true}});
+      return opened(path, encoding, [&](const formats::Lock& lock) {
+        auto key = passwords_->keyOf(lock);
+        isLocked = key == nullptr;
+        return key;
       });
-      return stored;
     } catch (const DocumentError& error) {
+      if (isLocked && passwordChooser_) {
+        const auto password = passwordChooser_(path);
+        if (!password) throw faultOf(word::kCommandFailed, path, "No password was given.");
+        return openBy(*password, path);
+      }
       if (error.problem() != Problem::encoding || !encodingChooser_) throw;
       const auto chosen = encodingChooser_(path, withoutAdvice(error));
       if (!chosen) throw;

@@ -1,8 +1,8 @@
 #include "base/names.h"
 #include "base/utf.h"
-#include "containers/cfb/compound_builder.h"
 #include "dialog/workplace.h"
 #include "formats/docx/document_builder.h"
+#include "formats/docx/encrypted.h"
 #include "memory/application.h"
 #include "multifile/file_driver.h"
 #include "storage/files/scratch.h"
@@ -93,7 +93,7 @@ TEST_F(RealFiles, ThatMayNotBeWrittenAreSavedUnderAnotherName) {
 
 TEST_F(RealFiles, ThatCannotBeOpenedDoNotStopTheRun) {
   scratch.put("a.docx", "no package");
-  scratch.put("b.docx", cfb::compoundFile({{"EncryptionInfo", ""}, {"EncryptedPackage", ""}}));
+  scratch.put("b.docx", docx::encrypted(docx::fileOf("A")));
   scratch.put("~$c.txt", "A");
   scratch.put("z.txt", "A");
   work.boxes.answer("y");
@@ -106,6 +106,49 @@ TEST_F(RealFiles, ThatCannotBeOpenedDoNotStopTheRun) {
   work.boxes.answer("n");
   run();
   EXPECT_EQ(scratch.get("~$c.txt"), "B") << "the user said to process it";
+}
+
+/// What the word processor's own question is answered with; at the end, or for a "-", with Cancel.
+TEST_F(RealFiles, ThatAreEncryptedAreOpenedWithTheirPassword) {
+  const std::string file = docx::encrypted(docx::fileOf("A"));
+  const std::u16string right(encryption::kVectorPassword);
+  const struct {
+    std::deque<std::u16string> typed;
+    const char* answers;
+    int boxes;
+    std::string changed;                             ///< of the two files
+  } cases[] = {{{right}, "", 0, "ab"},               // which the second has, too
+               {{u"x", right}, "y", 1, "ab"},        // wrong; try again: yes
+               {{u"x", u"y", right}, "yn", 2, "b"},  // again wrong; try again: no
+               {{u"-", right}, "", 0, "b"},          // cancelled: skipped without a word
+               {{}, "", 0, ""}};
+  for (const auto& [passwords, answers, boxes, changed] : cases) {
+    for (const char* name : {"a.docx", "b.docx"}) scratch.put(name, file);
+    auto opener = std::make_shared<store::StoreOpener>(store::Store(), nullptr);
+    opener->passwordChooser(
+        [typed = passwords](const std::string&) mutable -> std::optional<base::SecretText> {
+          if (typed.empty()) return std::nullopt;
+          const std::u16string next = std::exchange(typed.front(), {});
+          typed.pop_front();
+          if (next == u"-") return std::nullopt;
+          return base::SecretText(std::u16string(next));
+        });
+    dialog::Workplace place(std::make_shared<memory::MemoryApplication>(opener));
+    place.engine.stepper(std::make_shared<FileDriver>());
+    place.engine.MultiFileRun(true);
+    place.ask({.begin = u"A", .operation = engine::kReplace, .text = u"B"});
+    place.boxes.answer(answers);
+    place.engine.MultiPLUVO({base::nameText(scratch.path("a.docx")), base::nameText(scratch.path("b.docx"))});
+    EXPECT_EQ(place.boxes.shown.size(), static_cast<std::size_t>(boxes));
+    for (const auto& box : place.boxes.shown) EXPECT_EQ(box.title, u"Incorrect Open/Modify Password");
+    EXPECT_THAT(place.reports, IsEmpty());
+    for (const std::string name : {"a", "b"}) {
+      const std::string now = scratch.get(name + ".docx");
+      EXPECT_EQ(now != file, changed.find(name) != std::string::npos) << name;
+      EXPECT_THAT(docx::part(docx::bytesIn(docx::decrypted(now)), "word/document.xml"),
+                  HasSubstr(now == file ? "<w:t>A</w:t>" : "<w:t>B</w:t>"));
+    }
+  }
 }
 
 TEST_F(RealFiles, ThatAreProtectedAreUnlockedWhereThereIsNoPassword) {

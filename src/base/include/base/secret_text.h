@@ -19,7 +19,17 @@ void wipe(Characters& characters) {
   characters.clear();
 }
 
-/// A text or row of bytes whose memory is wiped when it goes. It moves and is not copied.
+/// As long as there is one, a crash of the program leaves no image of its memory on a disk.
+class NoMemoryImage {
+ public:
+  NoMemoryImage();
+  NoMemoryImage(const NoMemoryImage& /*other*/) : NoMemoryImage() {}
+  NoMemoryImage& operator=(const NoMemoryImage&) = default;
+  ~NoMemoryImage();
+};
+
+/// A text or row of bytes whose memory is wiped when it goes, and that is in no image of a crash. It moves
+/// and is copied by name alone.
 template <class Characters>
 class Secret {
  public:
@@ -37,8 +47,10 @@ class Secret {
   ~Secret() { wipe(characters_); }
 
   const Characters& text() const { return characters_; }
+  Secret copy() const { return Secret(Characters(characters_)); }
 
  private:
+  NoMemoryImage noImage_;
   Characters characters_;
 };
 

@@ -4,6 +4,7 @@
 #include "forms/control.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -33,6 +34,8 @@ class TextBox final : public Control {
     if (isSecret) base::wipe(text_);
     text_ = std::move(text);
     if (isSecret) base::wipe(text);
+    noImage_.reset();
+    if (isSecret && !text_.empty()) noImage_.emplace();
     changed.raise();
     Change.raise();
   }
@@ -71,6 +74,7 @@ class TextBox final : public Control {
  private:
   std::u16string text_;
   std::u16string passwordChar_;
+  std::optional<base::NoMemoryImage> noImage_;
   bool multiLine_ = false;
   bool readOnly_ = false;
 };

@@ -2,6 +2,7 @@
 
 #include "errors/fault.h"
 #include "memory/opener.h"
+#include "store/known_passwords.h"
 #include "store/store.h"
 
 #include <functional>
@@ -19,6 +20,9 @@ using SaveAsChooser = std::function<std::optional<std::string>(const std::string
 /// the sentence says so. A name that encodingNamed takes, or nothing where the text is not to be opened.
 using EncodingChooser =
     std::function<std::optional<std::string>(const std::string& path, const std::string& sentence)>;
+
+/// Asks for the password of an encrypted document; nothing where it is not to be opened.
+using PasswordChooser = std::function<std::optional<base::SecretText>(const std::string& path)>;
 
 /// Does the work and returns when it is done, in another thread perhaps; the caller gets what it throws. What
 /// reads the document meanwhile must not change it.
@@ -58,8 +62,9 @@ class StoredFile : public memory::DocumentFile {
 
 /// Opens stored documents, with all their stories, for the word processor of documents in memory; the file of
 /// each is a StoredFile.
-/// What goes wrong with a file is a Fault: 5174 (no such file, or unreadable), 4605 (encrypted), 5792 (no
-/// sound document of a known kind). Its description says what to do.
+/// What goes wrong with a file is a Fault: 5174 (no such file, or unreadable), 4605 (encrypted, and nobody is
+/// asked for the password), 4198 (nobody gave one), 5408 (it was wrong), 5792 (no sound document of a known
+/// kind). Its description says what to do.
 class StoreOpener : public memory::DocumentOpener {
  public:
   StoreOpener(
@@ -69,15 +74,24 @@ class StoreOpener : public memory::DocumentOpener {
 
   /// Without one, texts of which nobody knows the encoding are not opened.
   void encodingChooser(EncodingChooser chooser) { encodingChooser_ = std::move(chooser); }
+  /// Who is asked for the password of each encrypted document that none of the known ones opens. One that is
+  /// right is known from then on. Without one, such documents are not opened.
+  void passwordChooser(PasswordChooser chooser) { passwordChooser_ = std::move(chooser); }
+  const std::shared_ptr<KnownPasswords>& passwords() const { return passwords_; }
   /// Files opened from now on are read in this encoding, unless they have a byte order mark; empty: as they
   /// tell.
   void readAs(std::string encoding) { readAs_ = std::move(encoding); }
 
  private:
   std::unique_ptr<StoredDocument> openStored(const std::string& path);
+  std::unique_ptr<StoredDocument> openBy(const base::SecretText& password, const std::string& path);
+  std::unique_ptr<StoredDocument> opened(const std::string& path, const std::string& encoding,
+                                         const formats::KeyFinder& findKey);
 
   Store store_;
   EncodingChooser encodingChooser_;
+  PasswordChooser passwordChooser_;
+  std::shared_ptr<KnownPasswords> passwords_ = std::make_shared<KnownPasswords>();
   std::string readAs_;
   SaveAsChooser chooser_;
   Running running_;
