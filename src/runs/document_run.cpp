@@ -48,8 +48,8 @@ OrFailure<Stored> opened(const NamedDocument& named, const Surroundings& around,
   store::Also also{.protectedDocuments = !plan.passwords.empty() || asking.answers(Question::password),
                    .forReading = plan.findsOnly(),
                    .hint = {.encoding = plan.encoding,
-                            .allStories = plan.worksBeyondMainText(),
-                            .findKey = [&](const formats::Lock& lock) { return passwords.keyOf(lock); }},
+                            .findKey = [&](const formats::Lock& lock) { return passwords.keyOf(lock); },
+                            .allStories = plan.worksBeyondMainText()},
                    .folderLength = named.folderLength};
   Stored stored;
   while (const auto failure = failureOf([&] { stored = around.store.open(named.path, also); })) {

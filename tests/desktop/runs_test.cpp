@@ -1,3 +1,5 @@
+#include "formats/docx/document_builder.h"
+#include "formats/docx/encrypted.h"
 #include "used_window.h"
 
 #include <gmock/gmock.h>
@@ -57,6 +59,46 @@ class RunsOverFiles : public UsedWindow {
 
   files::Scratch state_;
 };
+
+TEST_F(RunsOverFiles, AndTheWindowKnowAPasswordThatWasRightOnce) {
+  const std::string file = docx::encrypted(docx::fileOf("[a]secret[b]"));
+  for (const char* name : {"a.docx", "b.docx", "c.docx"}) scratch.put(name, file);
+  const auto typing = [this](const std::u16string& password, const char* button) {
+    expectBox([password, button](QWidget& box) {
+      EXPECT_EQ(box.windowTitle(), QLatin1String("Enter Password"));
+      auto* edit = box.findChild<QLineEdit*>();
+      ASSERT_NE(edit, nullptr);
+      EXPECT_EQ(edit->echoMode(), QLineEdit::Password);
+      edit->insert(QString::fromStdU16String(password));  // what has no key, too
+      press(box, button);
+    });
+  };
+  const std::u16string right(encryption::kVectorPassword);
+  use([&] {
+    typing(u"", "cmdCancel");
+    window->open(std::vector<std::string>{scratch.path("a.docx")});
+    typing(u"wrong", "cmdProceed");
+    expectAnswer(QMessageBox::No);
+    window->open(std::vector<std::string>{scratch.path("a.docx")});
+    EXPECT_EQ(window->current(), nullptr);
+
+    ask("[a]", "Delete");
+    type("txtEndText", "[b]");
+    tick("chkQuiteMode");
+    type("txtFilePath", scratch.path("").c_str());
+    typing(u"wrong", "cmdProceed");
+    expectAnswer(QMessageBox::Yes);
+    typing(right, "cmdProceed");
+    execute();
+    settle();
+    for (const char* name : {"a.docx", "b.docx", "c.docx"})
+      EXPECT_EQ(
+          docx::part(docx::bytesIn(docx::decrypted(scratch.get(name))), "word/document.xml").find("secret"),
+          std::string::npos)
+          << name;
+    EXPECT_EQ(text(open(scratch.path("c.docx"))), "\r");
+  });
+}
 
 TEST_F(RunsOverFiles, AreTakenBackAfterARestart) {
   put(4);

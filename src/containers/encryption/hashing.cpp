@@ -80,6 +80,17 @@ base::SecretBytes bytesOf(std::u16string_view text) {
   return base::SecretBytes(std::move(bytes));
 }
 
+Octets bytesCounted(std::u16string_view text) {
+  constexpr std::size_t kMostCharacters = 15;
+  Octets bytes;
+  bytes.reserve(kMostCharacters + 1);
+  for (const char16_t unit : text.substr(0, kMostCharacters)) {
+    const auto low = static_cast<std::uint8_t>(unit & 0xFFU);
+    bytes.push_back(low != 0 ? low : static_cast<std::uint8_t>(unit >> 8U));
+  }
+  return bytes;
+}
+
 Octets randomBytes(std::size_t size) {
   constexpr std::size_t kMostAtOnce = 256;
   Octets bytes(size);

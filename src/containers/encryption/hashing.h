@@ -69,6 +69,9 @@ std::array<std::uint8_t, 4> littleEndian(std::uint32_t number);
 /// A text as two bytes a unit, the lower first.
 base::SecretBytes bytesOf(std::u16string_view text);
 
+/// The same of the oldest formats: one byte of each of the first fifteen characters, of which none is 0.
+Octets bytesCounted(std::u16string_view text);
+
 /// Bytes that nobody can foretell.
 Octets randomBytes(std::size_t size);
 

@@ -13,8 +13,6 @@ namespace pluvo::encryption {
 
 namespace {
 
-constexpr std::size_t kMostCharacters = 15;
-
 /// The next of a row of 16-bit numbers, each a shift of the one before with feedback.
 constexpr std::uint16_t shifted(std::uint16_t number, int times = 1) {
   for (int i = 0; i < times; ++i) {
@@ -23,17 +21,6 @@ constexpr std::uint16_t shifted(std::uint16_t number, int times = 1) {
     number = static_cast<std::uint16_t>(twice > 0xFFFF ? twice ^ kFeedback : twice);
   }
   return number;
-}
-
-/// The bytes that the key is made of, of which none is 0.
-std::vector<std::uint8_t> keyBytes(std::u16string_view password) {
-  std::vector<std::uint8_t> bytes;
-  bytes.reserve(kMostCharacters);
-  for (const char16_t unit : password.substr(0, kMostCharacters)) {
-    const auto low = static_cast<std::uint8_t>(unit & 0xFFU);
-    bytes.push_back(low != 0 ? low : static_cast<std::uint8_t>(unit >> 8U));
-  }
-  return bytes;
 }
 
 /// Each of the seven low bits of a byte brings in a number of its own, eight to a byte, counted from the
@@ -76,7 +63,7 @@ base::SecretText textOf(std::uint32_t key) {
 }  // namespace
 
 std::uint32_t keyOf(std::u16string_view password) {
-  std::vector<std::uint8_t> bytes = keyBytes(password);
+  std::vector<std::uint8_t> bytes = bytesCounted(password);
   if (bytes.empty()) return 0;
   const std::uint32_t key = static_cast<std::uint32_t>(highWord(bytes)) << 16U | lowWord(bytes);
   base::wipe(bytes);

@@ -57,11 +57,11 @@ struct Hint {
   bool certain = false;
   /// Of an encrypted document, where it is known.
   SharedKey key = {};
-  /// Headers, footers, notes, comments and text boxes are wanted, too; otherwise main text alone.
-  bool allStories = false;
   /// Else this is asked for it. Without a key the document is refused, as with a wrong one
   /// (Problem::password).
   KeyFinder findKey = {};
+  /// Headers, footers, notes, comments and text boxes are wanted, too; otherwise main text alone.
+  bool allStories = false;
 };
 
 struct Opened {
