@@ -151,6 +151,7 @@ void FolderRun::begin(dialog::clsProcessFind& engine, const std::vector<std::u16
   plan_.keepGoing = !passesItself_;
   plan_.jobs = static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 1U, 16U));
   plan_.command = commandOf(plan_.requests.front());
+  plan_.reportsEncrypted = false;  // nobody asked for it
   noReport_.clear();
   try {
     plan_.report = runs::placeOfLastReport(files::machineFileSystem());

@@ -159,7 +159,8 @@ std::optional<Failure> workOn(const NamedDocument& named, const Surroundings& ar
   const bool goesOn = obstacle && asking.ask(Question::readOnly).reply == Asking::Reply::yes;
   if (obstacle && !goesOn && asking.answers(Question::readOnly)) return obstacle;
   if (const auto failure = passwords.liftProtection(stored)) return failure;
-  const auto ended = passed(shared, goesOn ? std::nullopt : obstacle, around, asking, blocks, outcome);
+  const BlockSink told = plan.reportsEncrypted || !stored.isEncrypted() ? blocks : BlockSink();
+  const auto ended = passed(shared, goesOn ? std::nullopt : obstacle, around, asking, told, outcome);
   if (asking.isCancelled()) return std::nullopt;
   // A document in which something failed was read all the same.
   if (plan.looksElsewhere) outcome.elsewhere = notReached(stored, plan);

@@ -36,8 +36,7 @@ void addNotReached(base::JsonObject& object, const elsewhere::Elsewhere& found) 
   if (!parts.empty()) object.json("unreadable", parts.str());
   base::JsonArray opaque;
   for (std::size_t i = 0; i < found.notLookedInto.size(); ++i) {
-    if (found.notLookedInto.at(i))
-      opaque.add(base::jsonQuoted(keyOf(static_cast<formats::Opaque>(i))));
+    if (found.notLookedInto.at(i)) opaque.add(base::jsonQuoted(keyOf(static_cast<formats::Opaque>(i))));
   }
   if (!opaque.empty()) object.json("notLookedInto", opaque.str());
 }
@@ -52,7 +51,8 @@ void addPlaces(base::JsonObject& object, const std::optional<CountsByPlace>& pla
     base::JsonObject there;
     there.number("found", counts.found).number("operated", counts.operated).number("skipped", counts.skipped);
     base::JsonObject stories;
-    for (const auto& [number, found] : counts.stories) stories.number(wordsOf(document::StoryName{place, number}), found);
+    for (const auto& [number, found] : counts.stories)
+      stories.number(wordsOf(document::StoryName{place, number}), found);
     if (!stories.empty()) there.json("stories", stories.str());
     members.json(keyOf(place), there.str());
   }

@@ -127,6 +127,9 @@ TEST_F(Runs, OpenADocumentByPasswordsThatTheyHaveOrAskFor) {
       return Answer{Reply::yes, base::SecretText(std::u16string((*answers)[asked.tries]))};
     };
     Plan plan = planFor({"a.docx"});
+    plan.report = state_.path("report.json");
+    plan.overwriteReport = true;
+    plan.reportsEncrypted = !answered.empty();
     for (const std::u16string& each : given) plan.passwords.emplace_back(std::u16string(each));
     made(plan);
     EXPECT_EQ(face_.asked_, questions);
@@ -134,6 +137,8 @@ TEST_F(Runs, OpenADocumentByPasswordsThatTheyHaveOrAskFor) {
     EXPECT_THAT(failure ? failure->message : "", ::testing::StartsWith(refused));
     EXPECT_EQ(failure.has_value(), !refused.empty());
     EXPECT_EQ(folder_.get("a.docx") == bytes, failure.has_value());
+    EXPECT_EQ(state_.get("report.json").find("\"before\"") != std::string::npos,
+              !failure && plan.reportsEncrypted);
     if (failure) continue;
     const base::Bytes package = docx::bytesIn(docx::decrypted(folder_.get("a.docx")));
     EXPECT_THAT(docx::part(package, "word/document.xml"), ::testing::HasSubstr("final"));

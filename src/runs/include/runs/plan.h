@@ -41,6 +41,7 @@ struct Plan {
   bool looksElsewhere = true;  ///< for what the requests do not reach; it costs, and is told in the outcomes
 
   std::optional<std::string> report;  ///< a file whose name ends in .html, .htm, .csv or .json
+  bool reportsEncrypted = true;       ///< it has the blocks of encrypted documents, too: their text in plain
   bool overwriteReport = false;       ///< whatever lies there
 
   std::string command;  ///< what the run is called in its report and its journal

@@ -36,6 +36,8 @@ class StoredDocument {
  public:
   const std::shared_ptr<memory::MemoryDocument>& document() const { return document_; }
   const std::string& path() const { return path_; }
+  /// Whether its file keeps it from whoever has no password.
+  bool isEncrypted() const { return again_.key != nullptr; }
   /// By which a plain text was read; empty for other formats.
   const std::string& encoding() const { return encoding_; }
   /// Whether that was told from how the text reads.
