@@ -65,6 +65,8 @@ void Work::cancel() {
 
 void Work::show(const std::function<void()>& doing) {
   if (QThread::currentThread() == thread()) return doing();
+  // A box that asks one job's question lets events through: another job's has to wait until it is answered.
+  const std::lock_guard oneAtATime(showing_);
   std::packaged_task<void()> task(doing);
   std::future<void> result = task.get_future();
   tell([&task] { task(); });

@@ -7,6 +7,7 @@
 #include <atomic>
 #include <exception>
 #include <functional>
+#include <mutex>
 #include <thread>
 
 namespace pluvo::desktop {
@@ -59,6 +60,7 @@ class Work final : public QObject, public dialog::Labour {
   QTimer shows_;
   bool isShown_ = false;
   std::atomic<int> cancels_ = 0;
+  std::mutex showing_;
 };
 
 }  // namespace pluvo::desktop

@@ -76,10 +76,10 @@ TEST_F(RunsOverFiles, AndTheWindowKnowAPasswordThatWasRightOnce) {
   const std::u16string right(encryption::kVectorPassword);
   use([&] {
     typing(u"", "cmdCancel");
-    window->open(std::vector<std::string>{scratch.path("a.docx")});
+    openAll({scratch.path("a.docx")});
     typing(u"wrong", "cmdProceed");
     expectAnswer(QMessageBox::No);
-    window->open(std::vector<std::string>{scratch.path("a.docx")});
+    openAll({scratch.path("a.docx")});
     EXPECT_EQ(window->current(), nullptr);
 
     ask("[a]", "Delete");
