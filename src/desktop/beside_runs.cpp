@@ -9,7 +9,6 @@
 namespace pluvo::desktop {
 
 BesideRuns::BesideRuns(Place place) : place_(std::move(place)), notReached_(place_.work) {
-  place_.watch.begun = [this] { passBegins(); };
   place_.watch.comesOn = [this] { place_.documents.progress(); };
   place_.watch.goesOnAfterRefusal = [this] { return goesOnAfterRefusal(); };
   place_.watch.takeBack = [this] {
@@ -114,7 +113,7 @@ void BesideRuns::filesChosen(std::vector<std::u16string>& files, const DocumentF
   std::vector<std::shared_ptr<memory::MemoryDocument>> documents;
   switch (askAboutUnsaved(unsaved)) {
     case AboutUnsaved::save:
-      for (const OpenDocument* document : unsaved) documents.push_back(document->document());
+      for (const OpenDocument* document : unsaved) documents.insert(documents.begin(), document->document());
       return saveAll(std::move(documents), then);
     case AboutUnsaved::leaveOut: {
       std::size_t at = 0;

@@ -158,7 +158,7 @@ void FolderRun::begin(dialog::clsProcessFind& engine, const std::vector<std::u16
   } catch (const errors::DocumentError& none) {
     noReport_ = none.what();
   }
-  cancels_ = 0;
+  cancels_ = place_.work.cancels();
   documents_ = files.size();
   done_ = 0;
   declined_.clear();

@@ -29,6 +29,11 @@ MainWindow::MainWindow(const Places& places, const Choosers& choosers) : compone
   work_.changed = [this](bool underWay) { workChanged(underWay); };
   work_.ended = [this] { workEnded(); };
   buildDialog(places);
+  watch_.begun = [this] {
+    // The window was closed in the pause before the run.
+    if (closeWanted_) work_.cancel();
+    beside_->passBegins();
+  };
   restorePlace();
   updateActions();
 }

@@ -64,6 +64,7 @@ void Menus::buildView(QMenu& view) {
   fieldCodes_ = view.addAction(tr("&Field Codes"));
   fieldCodes_->setCheckable(true);
   connect(fieldCodes_, &QAction::triggered, this, [this](bool on) {
+    if (place_.documents.held()) return;
     place_.documents.current()->document()->showFieldCodes(on);
     place_.documents.current()->refresh();
   });

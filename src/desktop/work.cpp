@@ -31,7 +31,7 @@ void Work::wait() {
 
 void Work::run(std::function<void()> work, Then then) {
   Q_ASSERT(!underWay());
-  cancels_ = 0;
+  if (!goesOn_) cancels_ = 0;
   if (!isShown_) shows_.start();
   thread_ = std::thread([this, work = std::move(work), then = std::move(then)]() mutable {
     std::exception_ptr thrown;
@@ -47,10 +47,12 @@ void Work::run(std::function<void()> work, Then then) {
 }
 
 /// Where one work follows another, nothing blinks between them.
-void Work::end(std::exception_ptr thrown, const Then& then) {
+void Work::end(const std::exception_ptr& thrown, const Then& then) {
   thread_.join();
   done();
+  goesOn_ = true;
   guarded([&] { then(thrown); });
+  goesOn_ = false;
   if (underWay()) return;
   shows_.stop();
   if (std::exchange(isShown_, false)) changed(false);
@@ -74,7 +76,22 @@ void Work::show(const std::function<void()>& doing) {
 }
 
 void Work::tell(std::function<void()> doing) {
-  QMetaObject::invokeMethod(this, std::move(doing), Qt::QueuedConnection);
+  {
+    const std::lock_guard lock(mutex_);
+    wanted_.push_back(std::move(doing));
+  }
+  QMetaObject::invokeMethod(
+      this, [this] { doNext(); }, Qt::QueuedConnection);
+}
+
+void Work::doNext() {
+  std::function<void()> doing;
+  {
+    const std::lock_guard lock(mutex_);
+    doing = std::move(wanted_.front());
+    wanted_.pop_front();
+  }
+  doing();
 }
 
 }  // namespace pluvo::desktop

@@ -5,6 +5,7 @@
 #include <QObject>
 #include <QTimer>
 #include <atomic>
+#include <deque>
 #include <exception>
 #include <functional>
 #include <mutex>
@@ -42,7 +43,7 @@ class Work final : public QObject, public dialog::Labour {
   std::function<void(const std::function<void()>& doing)> guarded = [](const auto& doing) { doing(); };
 
   // Of any thread.
-  /// How often the user has asked for an end of the work under way.
+  /// How often the user has asked for an end of the work under way, and of what that goes on from.
   int cancels() const { return cancels_; }
   /// Has the window's thread do this, and returns when it has, with what it throws.
   void show(const std::function<void()>& doing) override;
@@ -54,11 +55,15 @@ class Work final : public QObject, public dialog::Labour {
   std::function<void()> finishing = [] {};
 
  private:
-  void end(std::exception_ptr thrown, const Then& then);
+  void end(const std::exception_ptr& thrown, const Then& then);
+  void doNext();
 
   std::thread thread_;
+  std::mutex mutex_;
+  std::deque<std::function<void()>> wanted_;  ///< of the window's thread
   QTimer shows_;
   bool isShown_ = false;
+  bool goesOn_ = false;
   std::atomic<int> cancels_ = 0;
   std::mutex showing_;
 };

@@ -3,10 +3,7 @@
 #include "errors/fault.h"
 #include "texts.h"
 
-#include <QCoreApplication>
 #include <QDesktopServices>
-#include <QEventLoop>
-#include <QScopedValueRollback>
 
 namespace pluvo::forms_qt {
 
@@ -34,13 +31,6 @@ errors::Fault notOpened(const QString& what) {
 }
 
 }  // namespace
-
-void QtYielding::yield() {
-  if (yields_) return;
-  const QScopedValueRollback yields(yields_, true);
-  constexpr int kMilliseconds = 20;
-  QCoreApplication::processEvents(QEventLoop::AllEvents, kMilliseconds);
-}
 
 QtLauncher::QtLauncher() : opener_([](const QUrl& address) { return QDesktopServices::openUrl(address); }) {}
 

@@ -1,30 +1,22 @@
 #include "multifile/originals.h"
 
 #include "base/text.h"
-#include "base/utf.h"
+#include "errors/clsErrorLogging.h"
 #include "fileops/clsFileOperations.h"
 #include "multifile/questions.h"
 
 #include <algorithm>
-#include <array>
-#include <ctime>
 #include <utility>
 
 namespace pluvo::multifile {
 
 namespace {
 
-/// A name that sorts by time.
+/// A name that sorts by time; not every system has colons in names.
 std::u16string timeName() {
-  const std::time_t now = std::time(nullptr);
-  std::tm parts = {};
-#ifdef _WIN32
-  localtime_s(&parts, &now);
-#else
-  localtime_r(&now, &parts);
-#endif
-  std::array<char, 32> text = {};
-  return base::utf16({text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%d %H.%M.%S", &parts)});
+  std::u16string name = errors::dateAndTime();
+  std::ranges::replace(name, u':', u'.');
+  return name;
 }
 
 /// A whole path as a way below a folder: without what only its beginning may have.

@@ -168,6 +168,19 @@ TEST_F(WorkInTheWindow, CanBeCancelledWhereNothingIsFound) {
   });
 }
 
+/// The work that comes after the pause is of what was cancelled.
+TEST_F(WorkInTheWindow, CanBeCancelledInThePauseBeforeIt) {
+  use([&] {
+    const OpenDocument& document = open(scratch.put("many.txt", manyBlocks(2)));
+    const std::string before = text(document);
+    askForReplacement();
+    control<QPushButton>("cmdExecuteFAR").click();
+    trigger("Ca&ncel");
+    settle();
+    EXPECT_EQ(text(document), before);
+  });
+}
+
 class WorkOverFiles : public WorkInTheWindow, public testing::WithParamInterface<int> {};
 INSTANTIATE_TEST_SUITE_P(Cancelled, WorkOverFiles, testing::Values(1, 2));
 

@@ -184,7 +184,9 @@ class User {
   Form* form = nullptr;
   forms_qt::QtMessageBoxes boxes;
   forms_qt::QtInputBoxes inputs;
-  forms_qt::QtYielding yielding;
+  struct : Yielding {
+    void yield() override { QCoreApplication::processEvents(QEventLoop::AllEvents, 20); }
+  } yielding;
   forms_qt::QtLauncher launcher;
   forms_qt::QtForms host;
 

@@ -8,18 +8,6 @@
 
 namespace pluvo::forms_qt {
 
-/// Deals with the events that wait. A yield from within a yield does nothing, so that what one of those
-/// events starts is not cut into by the next.
-class QtYielding final : public forms::Yielding {
- public:
-  void yield() override;
-  /// Whether one is under way.
-  bool yields() const { return yields_; }
-
- private:
-  bool yields_ = false;
-};
-
 /// Opens through the desktop the web page that a command line gives to "start". It starts no program of its
 /// own, so that nothing in the current folder is taken for one.
 class QtLauncher final : public forms::Launcher {
