@@ -285,8 +285,9 @@ void FormWindow::putInPlace(SIZE size) {
   LONG left = (around.left + around.right - size.cx) / 2;
   LONG top = (around.top + around.bottom - size.cy) / 2;
   const auto isOther = [this](const auto& each) { return each.second != this && each.second->isShown(); };
-  if (loops_ == 0 && std::ranges::any_of(host_.windows_, isOther)) {
-    // What another form shows is beside what it is about: below, to the right.
+  const bool isMain = host_.modeless_.contains(form_.Name()) && std::ranges::none_of(host_.windows_, isOther);
+  if (loops_ == 0 && !isMain) {
+    // A form that nobody waits for is beside what it is about: below, to the right.
     left = around.right - size.cx - stage_.look->px(40);
     top = around.bottom - size.cy - stage_.look->px(40);
   }

@@ -16,7 +16,6 @@ TEST_F(ShownForm, ChoosesWhereTheListClosesAndHearsOfTheMouseOverItsBoxesOnly) {
   std::vector<int> buttons;
   form.lines.MouseUp.handledBy([&](std::int16_t button) { buttons.push_back(button); });
   user.open();
-  SetCursorPos(0, 0);  // over the list it would choose
   HWND combo = user.widget(form.combo);
   User::send(combo, CB_SHOWDROPDOWN, TRUE);
   User::send(combo, CB_SETCURSEL, 1);
@@ -198,8 +197,11 @@ TEST_F(ShownForm, GoesWhereTheUserGoesAndComesToTheFront) {
 }
 
 TEST_F(ShownForm, EndsWithTheProgram) {
+  int told = 0;
+  user.host.programEnds = [&] { ++told; };
   User::later([] { PostQuitMessage(3); });
   form.ShowModal();
+  EXPECT_EQ(told, 1);
   EXPECT_FALSE(form.Visible());
   MSG message = {};
   EXPECT_TRUE(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE)) << "so that Word ends too";
