@@ -8,7 +8,6 @@ source scripts/setup.sh
 source scripts/windows.sh
 
 version=$1
-need wine wine64 xvfb xauth imagemagick
 build mingw64 word_host -DPLUVO_TESTS=ON
 root=$PWD
 trap '[[ -z ${filming-} ]] || kill "$filming" 2>/dev/null || true' EXIT

@@ -55,6 +55,18 @@ and so do copies of originals."
   Abort "${text}"
 !macroend
 
+!macro RemoveFiles
+  Delete "$INSTDIR\*.old"
+  Delete "$INSTDIR\*.new"
+  Delete "$INSTDIR\pluvo64.dll"
+  Delete "$INSTDIR\pluvo32.dll"
+  Delete "$INSTDIR\Instructions.doc"
+  Delete "$INSTDIR\Readme.txt"
+  Delete "$INSTDIR\uninstall.exe"
+  SetOutPath $TEMP
+  RMDir $INSTDIR
+!macroend
+
 ; The folder of the user's templates, as Word is told of it, into $0. PLUVO's data folder lies in it.
 !macro FindTemplates
   StrCpy $0 ""
@@ -120,8 +132,12 @@ Section
 
   ExecWait '"$SYSDIR\regsvr32.exe" /s /n /i:both "$INSTDIR\pluvo64.dll"' $0
   ${If} $0 != 0
-    !insertmacro Fail "PLUVO cannot be registered for Word: regsvr32 ended with $0. Its files are in $INSTDIR; Readme.txt \
-there says where to ask."
+    ReadRegStr $1 HKCU "${ENTRY}" "InstallLocation"
+    ${If} $1 == ""
+      !insertmacro RemoveFiles
+    ${EndIf}
+    !insertmacro Fail "PLUVO cannot be registered for Word: regsvr32 ended with $0. Programs that are not signed may be \
+forbidden on this computer; ask its administrator."
   ${EndIf}
 
   ; Set unless the user has decided otherwise; taken back where it was set here.
@@ -200,15 +216,7 @@ $\r$\n$0" /SD IDCANCEL IDRETRY again
   ${If} $0 != 0
     !insertmacro Fail "PLUVO's entries cannot be taken out of the registry: regsvr32 ended with $0."
   ${EndIf}
-  Delete "$INSTDIR\*.old"
-  Delete "$INSTDIR\*.new"
-  Delete "$INSTDIR\pluvo64.dll"
-  Delete "$INSTDIR\pluvo32.dll"
-  Delete "$INSTDIR\Instructions.doc"
-  Delete "$INSTDIR\Readme.txt"
-  Delete "$INSTDIR\uninstall.exe"
-  SetOutPath $TEMP
-  RMDir $INSTDIR
+  !insertmacro RemoveFiles
 
   ; Logs are PLUVO's. Options and copies of originals are the user's, and keep the folder.
   ReadRegStr $0 HKCU "${ENTRY}" "DataFolder"

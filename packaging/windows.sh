@@ -18,4 +18,6 @@ done
 quietly build/nsis.log makensis -V2 -WX "-DVERSION=$version" "-DFILES=$PWD/build/windows" \
   "-DOUTPUT=$PWD/build/pluvo-$version-setup.exe" packaging/windows.nsi
 ls -l build/windows "build/pluvo-$version-windows.zip" "build/pluvo-$version-setup.exe"
-[[ ${1-} != prove ]] || exec xvfb-run -a -s '-screen 0 1280x960x24' packaging/prove_windows.sh "$version"
+[[ ${1-} == prove ]] || exit 0
+need wine wine64 xvfb xauth imagemagick
+exec xvfb-run -a -s '-screen 0 1280x960x24' packaging/prove_windows.sh "$version"
