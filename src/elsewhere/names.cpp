@@ -27,6 +27,11 @@ constexpr std::array<Named, formats::kUnreached> kUnreachedNames = {{
     {"glossary", "glossary entries"},
     {"people", "names of people"},
     {"embedded", "embedded documents"},
+    {"pageComments", "comments of the page's source"},
+    {"scripts", "scripts"},
+    {"styleSheets", "style sheets"},
+    {"templates", "templates"},
+    {"formFields", "form fields"},
 }};
 
 constexpr std::array<Named, formats::kOpaque> kOpaqueNames = {{
@@ -34,6 +39,7 @@ constexpr std::array<Named, formats::kOpaque> kOpaqueNames = {{
     {"pictures", "pictures"},
     {"macros", "macros"},
     {"thumbnail", "the thumbnail"},
+    {"scriptedText", "text that scripts write"},
 }};
 
 template <class Names, class Kind>

@@ -27,10 +27,6 @@ DocumentError notRecognised(base::ByteSpan bytes, std::string_view extension) {
                                       (goesWith(*signature, extension) ? "" : ", whatever its name says,") +
                                       " and cannot be worked on; open it in the program it "
                                       "is for and save it as .docx, .rtf or .txt."};
-  if (!bytes.empty() && extension.starts_with("htm"))
-    return {Problem::unsupported,
-            "Web pages (" + quoted(extension) +
-                ") are not worked on; open it in a word processor and save it as .docx, .rtf or .txt."};
   if (bytes.empty() || promisesDocument(extension))
     return {Problem::damaged,
             "The name says " + quoted(extension) +

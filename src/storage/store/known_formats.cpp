@@ -1,6 +1,7 @@
 #include "known_formats.h"
 
 #include "docx/docx_format.h"
+#include "html/html_format.h"
 #include "plain/plain_format.h"
 #include "rtf/rtf_format.h"
 #include "store/store.h"
@@ -13,6 +14,7 @@ formats::Registry knownFormats() {
   formats::Registry registry;
   registry.add(std::make_unique<docx::DocxFormat>());
   registry.add(std::make_unique<rtf::RtfFormat>());
+  registry.add(std::make_unique<formats::html::HtmlFormat>());
   registry.add(std::make_unique<plain::PlainFormat>());
   return registry;
 }

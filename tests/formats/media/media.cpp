@@ -12,6 +12,7 @@ const std::vector<Medium>& media() {
                                           docxNoteMedium(),
                                           docxBoxMedium(),
                                           rtfMedium(),
+                                          htmlMedium(),
                                           utf8Medium(),
                                           utf16Medium()};
   return all;

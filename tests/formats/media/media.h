@@ -31,6 +31,7 @@ Medium docxMedium();
 Medium docxNoteMedium();
 Medium docxBoxMedium();
 Medium rtfMedium();
+Medium htmlMedium();
 /// Plain text in UTF-8 with LF, and in UTF-16 with CR LF.
 Medium utf8Medium();
 Medium utf16Medium();

@@ -33,12 +33,17 @@ enum class Unreached : std::uint8_t {
   glossary,
   people,
   embedded,
+  pageComments,
+  scripts,
+  styleSheets,
+  templates,
+  formFields,  ///< what they say, and what can be chosen in them
 };
-inline constexpr std::size_t kUnreached = 17;
+inline constexpr std::size_t kUnreached = 22;
 
 /// Parts that the search leaves out.
-enum class Opaque : std::uint8_t { objects, pictures, macros, thumbnail };
-inline constexpr std::size_t kOpaque = 4;
+enum class Opaque : std::uint8_t { objects, pictures, macros, thumbnail, scriptedText };
+inline constexpr std::size_t kOpaque = 5;
 
 /// Takes the texts of a document that its main text does not hold, one at a time.
 class OtherTexts {

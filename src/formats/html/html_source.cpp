@@ -1,0 +1,48 @@
+#include "html_source.h"
+
+#include "appearance_reader.h"
+#include "base/utf.h"
+#include "other_texts.h"
+#include "writer.h"
+
+#include <array>
+#include <cstdio>
+
+namespace pluvo::formats::html {
+
+namespace {
+
+/// HTML has no numbers for controls, but for those that are elements or blanks here.
+bool hasPlace(char32_t point) {
+  if (base::isSurrogate(point) || point == 0xFFFE || point == 0xFFFF) return false;
+  if (point < 0x20) return point == 9 || (point >= 11 && point <= 14);
+  return point < 0x7F || point > 0x9F;
+}
+
+}  // namespace
+
+std::optional<std::string> HtmlSource::refusesText(std::u16string_view newText) const {
+  while (!newText.empty()) {
+    const base::Utf16Character first = base::firstOfUtf16(newText);
+    newText.remove_prefix(first.units);
+    if (hasPlace(first.point)) continue;
+    std::array<char, 12> code{};
+    std::snprintf(code.data(), code.size(), "U+%04X", static_cast<unsigned>(first.point));
+    return std::string("A page cannot hold the character ") + code.data() + "; leave it out of the text.";
+  }
+  return std::nullopt;
+}
+
+void HtmlSource::write(const document::Document& document, base::Output& out) const {
+  Writer(*page_, map_, document.mainText()).write(out);
+}
+
+void HtmlSource::tellOtherTexts(const document::Story& mainText, formats::OtherTexts& texts) const {
+  html::tellOtherTexts(*page_, mainText, texts);
+}
+
+text::RunMap<formats::Appearance> HtmlSource::appearance() const {
+  return readAppearance(*page_, map_.endsWithoutBytes);
+}
+
+}  // namespace pluvo::formats::html

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "formats/format.h"
+#include "reader.h"
+
+#include <memory>
+
+namespace pluvo::formats::html {
+
+/// What stays of a page: its bytes.
+class HtmlSource final : public formats::Source {
+ public:
+  HtmlSource(std::unique_ptr<const Page> page, TextMap map) : page_(std::move(page)), map_(std::move(map)) {}
+
+  std::optional<std::string> refusesText(std::u16string_view newText) const override;
+  bool holdsHighlight() const override { return true; }
+  void write(const document::Document& document, base::Output& out) const override;
+  void tellOtherTexts(const document::Story& mainText, formats::OtherTexts& texts) const override;
+  text::RunMap<formats::Appearance> appearance() const override;
+  std::uint64_t unpackedSize() const override { return page_->fileSize(); }
+
+ private:
+  std::unique_ptr<const Page> page_;
+  TextMap map_;
+};
+
+}  // namespace pluvo::formats::html

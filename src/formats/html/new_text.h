@@ -1,0 +1,26 @@
+#pragma once
+
+#include "charset.h"
+
+#include <string>
+#include <string_view>
+
+namespace pluvo::formats::html {
+
+/// Adds a character of text: itself where it has no meaning and the encoding is known to have it, otherwise a
+/// reference. In a comment no "-" is put, which could end it.
+void appendCharacter(std::string& bytes, char32_t point, const Charset& charset, bool isInComment);
+
+/// A tag without its id and name, so that there are no two of them.
+std::string copyOf(std::string_view tag);
+
+/// A tag without what says of a highlight; where a rule gives it one, the copy says otherwise. Empty where
+/// nothing would be left.
+std::string withoutHighlight(std::string_view tag, std::string_view name, bool isByRule);
+
+/// What a span for a highlight begins with. More is what is to be said against the document's own rules.
+std::string highlightTag(std::uint8_t colour, std::string_view more);
+/// The same of a span that hides what it holds; 0 for no colour.
+std::string hiddenTag(std::uint8_t colour);
+
+}  // namespace pluvo::formats::html

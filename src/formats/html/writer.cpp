@@ -1,0 +1,290 @@
+#include "writer.h"
+
+#include "errors/document_error.h"
+
+#include <algorithm>
+
+namespace pluvo::formats::html {
+
+using document::Step;
+using text::Position;
+using text::Span;
+using Kind = Piece::Kind;
+
+namespace {
+
+errors::DocumentError brokenTable() {
+  return {errors::Problem::unsupported,
+          "A table that is to go has text between its cells, or a caption; save the page in a word processor "
+          "first."};
+}
+
+}  // namespace
+
+Writer::Writer(const Page& page, const TextMap& map, const document::Story& story)
+    : page_(page),
+      map_(map),
+      story_(story),
+      script_(story),
+      dropped_(script_),
+      walker_(page, *this),
+      markup_(page, walker_),
+      paragraphs_(markup_, page, walker_) {
+  document::forEachTouchedSpan(script_, story, map.highlight, [&](Span span) { touched_.push_back(span); });
+}
+
+void Writer::write(base::Output& out) {
+  walker_.walk();
+  settleCuts();
+  page_.write(markup_.finish(), out);
+}
+
+// ---- What the walk meets ----
+
+Writer::Item Writer::itemHere(Kind kind, Extent bytes) const {
+  return {
+      kind, walker_.isPreformatted(), walker_.state().colour, walker_.inlines().top(), bytes, position_, 0,
+      0};
+}
+
+void Writer::between(Kind kind, Extent bytes) { items_.push_back(itemHere(kind, bytes)); }
+
+void Writer::text(Extent bytes) {
+  items_.push_back(itemHere(Kind::text, bytes));
+  items_.back().count = static_cast<Position>(bytes.size());
+  position_ += items_.back().count;
+}
+
+void Writer::character(const Character& character) {
+  items_.push_back(itemHere(Kind::character, character.bytes));
+  items_.back().count = character.count;
+  items_.back().character = characters_.size();
+  characters_.push_back(character);
+  position_ += character.count;
+  hasFields_ = hasFields_ || character.kind >= Character::Kind::fieldBegin;
+  if (character.kind == Character::Kind::ordinary && character.count == 1) noteAnchor(character);
+}
+
+void Writer::aside(Aside kind, Extent bytes) {
+  if (kind == Aside::footnotes || kind == Aside::endnotes || kind == Aside::comments)
+    return cutNotes(kind, bytes);
+  between(Kind::aside, bytes);
+}
+
+void Writer::beginAt(std::size_t at) {
+  contentFrom_ = at;
+  inlinesFrom_ = walker_.inlines().top();
+  paragraphFrom_ = position_;
+  clearItems();
+}
+
+void Writer::clearItems() {
+  items_.clear();
+  hasFields_ = false;
+  if (pieces_.empty()) characters_.clear();
+  walker_.keepInlines(!pieces_.empty());
+}
+
+void Writer::blockBegins(const Block& block) {
+  isBoundaryLost_ = false;
+  holdsParagraph_.push_back(false);
+  beginAt(block.tag.end);
+}
+
+/// A block that would be an empty paragraph where its own went into another goes with it.
+void Writer::blockEnds(const Block& block, Extent endTag) {
+  const bool holds = holdsParagraph_.back();
+  holdsParagraph_.pop_back();
+  holdsParagraph_.back() = holdsParagraph_.back() || holds;
+  const bool goes = (traitsOf(block.name) & kExistsEmpty) != 0 && block.hasParagraph && !holds;
+  if (goes) {
+    cuts_.push_back(block.tag);
+    cuts_.push_back(endTag);
+  }
+  isBoundaryLost_ = goes || endsDroppedTable_;
+  endsDroppedTable_ = false;
+  if (block.name == Name::table && endTag.empty()) {
+    unclosedTables_ = endTag.begin == lastTableEnd_ ? unclosedTables_ + 1 : 1;
+    lastTableEnd_ = endTag.begin;
+  }
+  beginAt(endTag.end);
+}
+
+void Writer::divides(Extent bytes) {
+  isBoundaryLost_ = false;
+  beginAt(bytes.end);
+}
+
+/// What is to go is left out before anything behind it is written: a block's tag is met before it is known.
+void Writer::settleCuts() {
+  std::ranges::sort(cuts_, {}, &Extent::begin);
+  for (const Extent& cut : cuts_) {
+    markup_.copyTo(cut.begin);
+    markup_.leaveOutTo(cut.end);
+  }
+  cuts_.clear();
+}
+
+bool Writer::isTouched(Position from, Position to) {
+  while (nextTouched_ < touched_.size() && touched_[nextTouched_].to <= from) ++nextTouched_;
+  return nextTouched_ < touched_.size() && touched_[nextTouched_].from < to;
+}
+
+/// Whether within the length of the longest reference another text stands behind it than before.
+bool Writer::isNearEdit(Position at) {
+  constexpr Position kReach = 40;
+  const auto next = std::ranges::lower_bound(touched_, at, {}, &Span::to);
+  return next != touched_.end() && next->from <= at + kReach;
+}
+
+void Writer::paragraphEnds(const Paragraph& paragraph) {
+  const Position from = paragraphFrom_;
+  if (paragraph.hasMark) ++position_;
+  if (droppedTable_ == 0 && pieces_.empty() && !isBoundaryLost_ && !isTouched(from, position_)) {
+    if (paragraph.hasMark) holdsParagraph_.back() = true;
+    if (hasFields_)
+      for (const Item& item : items_) passField(item);
+    return clearItems();
+  }
+  // What was not touched was passed by.
+  script_.take(from, [](const Step&) {});
+  takeItems();
+  takeMark(position_ - (paragraph.hasMark ? 1 : 0), paragraph.at, paragraph.hasMark, walker_.markColour());
+  if (droppedTable_ > 0) return clearItems();
+  const Block& block = walker_.block();
+  const unsigned traits = traitsOf(block.name);
+  Place place;
+  place.from = contentFrom_;
+  place.to = paragraph.at;
+  place.inlinesFrom = inlinesFrom_;
+  place.inlinesTo = walker_.inlines().top();
+  place.block = block;
+  const bool endsCell = isCell(block.name) && paragraph.endsBlock && paragraph.isFirst;
+  place.existsEmpty = (paragraph.isOwned && paragraph.endsBlock) || paragraph.isCell || endsCell;
+  place.onlyAlone = paragraph.isCell || endsCell;
+  const bool isAlone = (traits & kDivision) != 0 && paragraph.isFirst && paragraph.endsBlock;
+  place.dividesBlock = (paragraph.isOwned && (traits & kPreformatted) == 0) || isAlone;
+  place.lacksBoundary = isBoundaryLost_;
+  writePieces(place);
+  clearItems();
+}
+
+/// The paragraphs that end here are written; what follows the last end goes on in the next paragraph.
+void Writer::writePieces(const Place& place) {
+  const auto ends = [](const Piece& piece) {
+    if (piece.kind == Kind::mark) return true;
+    if (piece.kind == Kind::put) return piece.units.find(text::kParagraphMark) != piece.units.npos;
+    return piece.kind == Kind::character && (piece.character.kind == Character::Kind::paragraph ||
+                                             piece.character.kind == Character::Kind::section);
+  };
+  const auto last = std::find_if(pieces_.rbegin(), pieces_.rend(), ends);
+  if (last == pieces_.rend()) return vanish(place);
+  // A piece of new text may have an end within.
+  auto count = static_cast<std::size_t>(pieces_.rend() - last);
+  Piece& piece = pieces_[count - 1];
+  if (piece.kind == Kind::put) {
+    const std::size_t own = piece.units.rfind(text::kParagraphMark) + 1;
+    if (own < piece.units.size()) {
+      Piece rest = piece;
+      rest.units = piece.units.substr(own);
+      piece.units = piece.units.substr(0, own);
+      pieces_.insert(pieces_.begin() + static_cast<std::ptrdiff_t>(count), rest);
+    }
+  }
+  const bool carriesText = std::any_of(pieces_.begin() + static_cast<std::ptrdiff_t>(count), pieces_.end(),
+                                       [](const Piece& rest) { return rest.holdsText(); });
+  if (!carriesText) count = pieces_.size();
+  std::vector<Piece> rest(pieces_.begin() + static_cast<std::ptrdiff_t>(count), pieces_.end());
+  if (carriesText) {
+    pieces_.resize(count);
+    pieces_.emplace_back();  // the bytes of the rest go
+  }
+  settleCuts();
+  paragraphs_.write(place, pieces_);
+  if (carriesText) markup_.leaveOutTo(place.to);
+  isBoundaryLost_ = false;
+  holdsParagraph_.back() = true;
+  pieces_ = std::move(rest);
+  carry();
+}
+
+/// No paragraph ends here any more: what is left goes on in the next. Tags that reach beyond it stay.
+void Writer::vanish(const Place& place) {
+  const bool isBalanced = place.inlinesFrom == place.inlinesTo;
+  std::size_t from = place.from;
+  for (const Item& item : items_) {
+    if (item.kind != Kind::aside && (isBalanced || item.kind != Kind::tag)) continue;
+    cuts_.push_back({from, item.bytes.begin});
+    from = item.bytes.end;
+  }
+  if (!items_.empty()) cuts_.push_back({from, place.to});
+  carry();
+}
+
+/// Keeps of the pieces what goes on in the next paragraph.
+void Writer::carry() {
+  std::erase_if(pieces_, [](const Piece& piece) { return !piece.holdsText(); });
+  for (Piece& piece : pieces_) piece.isOld = false;
+}
+
+// ---- Tables ----
+
+void Writer::tableBegins(const Block& table) {
+  const Span span = map_.tables[tablesMet_++];
+  if (droppedTable_ == 0 && dropped_.hold(span)) {
+    if (table.hasParagraph) throw brokenTable();
+    droppedTable_ = openTables_ + 1;
+    cutFrom_ = table.tag.begin;
+  }
+  ++openTables_;
+}
+
+void Writer::rowEnds() {
+  ++position_;
+  if (droppedTable_ == 0 && !isTouched(position_ - 1, position_)) return;
+  script_.take(position_ - 1, [](const Step&) {});
+  Item item = itemHere(Kind::gap, {cutFrom_, cutFrom_});
+  item.from = position_ - 1;
+  script_.take(position_, [&](const Step& step) {
+    if (step.kind == Step::Kind::put) put(step, item);
+  });
+}
+
+void Writer::tableEnds(Extent endTag, bool isBroken) {
+  --openTables_;
+  if (droppedTable_ != openTables_ + 1) return;
+  if (isBroken) throw brokenTable();
+  droppedTable_ = 0;
+  cuts_.push_back({cutFrom_, endTag.end});
+  carry();
+  endsDroppedTable_ = true;
+}
+
+// ---- The end ----
+
+void Writer::end(std::size_t at) {
+  if (!map_.endsWithoutBytes) return;
+  script_.take(position_, [](const Step&) {});
+  const bool hasCarried = !pieces_.empty();
+  clearItems();
+  takeMark(position_, at, true, 0);
+  ++position_;
+  const bool hasText = std::ranges::any_of(pieces_, &Piece::holdsText);
+  if (!hasText) return;
+  if (walker_.endsUnfinished() && hasCarried)
+    throw errors::DocumentError(errors::Problem::unsupported,
+                                "The page ends within markup, and no text can be put behind that; save it in "
+                                "a word processor first.");
+  Place place;
+  place.from = place.to = at;
+  place.inlinesFrom = place.inlinesTo = walker_.inlines().top();
+  place.block = walker_.block();
+  place.lacksBoundary = isBoundaryLost_;
+  settleCuts();
+  markup_.copyTo(at);
+  if (lastTableEnd_ == at)
+    for (std::size_t i = 0; i < unclosedTables_; ++i) markup_.put("</table>");
+  paragraphs_.write(place, pieces_);
+}
+
+}  // namespace pluvo::formats::html

@@ -1,0 +1,166 @@
+#include "base/utf.h"
+#include "formats/html/html_document.h"
+#include "formats/media/media.h"
+#include "support/notation_parser.h"
+
+#include <algorithm>
+#include <map>
+#include <vector>
+
+namespace pluvo::formats {
+
+namespace {
+
+using document::Look;
+
+/// Makes a notation a page as Word writes one: has the calls of document::ContentBuilder.
+class PageBuilder {
+ public:
+  void append(char16_t unit, Look look = {}) {
+    if (unit == text::kParagraphMark) return mark(look, "</p>");
+    static const std::map<char16_t, std::string> kElements = {
+        {u'\t', "<span style='mso-tab-count:1'>&nbsp; </span>"},
+        {u'\v', "<br>"},
+        {u'\f', "<br style='mso-special-character:line-break;page-break-before:always'>"},
+        {14, "<br style='mso-column-break-before:always'>"},
+        {u'<', "&lt;"},
+        {u'&', "&amp;"}};
+    if (base::isHighSurrogate(unit)) {
+      ++length_;
+      firstHalf_ = unit;
+      return;
+    }
+    const auto element = kElements.find(unit);
+    if (unit == u' ' && folds_) {
+      put("<span style='mso-spacerun:yes'>&nbsp;</span>", look);
+    } else {
+      put(element != kElements.end() ? element->second : base::utf8(firstHalf_ + unit), look);
+    }
+    folds_ = unit == u' ' || unit == u'\v' || unit == u'\f' || unit == 14;
+    firstHalf_.clear();
+  }
+  bool beginField(Look look) { return inCode_.push_back(true), field("begin", look); }
+  bool separateField(Look look) {
+    field("separator", look);
+    return inCode_.back() = false, true;
+  }
+  bool endField(Look look) {
+    inCode_.back() = true;
+    field("end", look);
+    return inCode_.pop_back(), true;
+  }
+  void beginTable() {
+    close();
+    ++tables_;
+    body_ += "<table><tr>";
+    cells_.push_back(false);
+  }
+  void cellMark(Look look) {
+    openCell();
+    mark(look, "</p></td>");
+    cells_.back() = false;
+  }
+  void rowMark(Look) {
+    ++length_;
+    body_ += "</tr><tr>";
+  }
+  void endTable() {
+    body_ += "</tr></table>";
+    --tables_;
+    cells_.pop_back();
+  }
+  void sectionMark(Look look) {
+    put("<br style='page-break-before:always;mso-break-type:section-break'>", look);
+    close();
+    folds_ = true;
+  }
+
+  text::Position length() const { return length_; }
+  std::size_t openFields() const { return inCode_.size(); }
+  std::size_t openTables() const { return tables_; }
+  std::string page() const { return "<html><meta charset=utf-8><body>" + body_ + "</body></html>"; }
+
+ private:
+  static std::string tagFor(Look look) {
+    static const char* const kColours[] = {"", "black", "blue", "aqua", "lime", "fuchsia", "red", "yellow"};
+    std::string style = look.hidden ? "display:none;" : "";
+    const std::string colour = kColours[look.highlight];
+    if (look.highlight != 0) style += "background:" + colour + ";mso-highlight:" + colour;
+    return style.empty() ? "" : "<span style=\"" + style + "\">";
+  }
+
+  void openCell() {
+    if (!cells_.empty() && !cells_.back()) {
+      body_ += "<td>";
+      cells_.back() = true;
+    }
+    if (!isOpen_) body_ += "<p>";
+    if (!isOpen_) folds_ = true;
+    isOpen_ = true;
+  }
+  void put(const std::string& content, Look look) {
+    openCell();
+    ++length_;
+    const bool inCode = std::ranges::count(inCode_, true) > 0;
+    std::string begin = inCode ? "<!--[if supportFields]>" : "";
+    std::string end = inCode ? "<![endif]-->" : "";
+    const std::string tag = tagFor(look);
+    begin += tag;
+    if (!tag.empty()) end = "</span>" + end;
+    // Joins what stands in the same elements.
+    if (begin == lastBegin_ && !end.empty() && body_.ends_with(end)) {
+      body_.insert(body_.size() - end.size(), content);
+    } else {
+      body_ += begin + content + end;
+    }
+    lastBegin_ = begin;
+  }
+  bool field(const std::string& kind, Look look) {
+    put("<span style='mso-element:field-" + kind + "'></span>", look);
+    folds_ = false;
+    return true;
+  }
+  void mark(Look look, const std::string& end) {
+    openCell();
+    ++length_;
+    const std::string tag = tagFor({look.hidden, look.highlight});
+    if (!tag.empty()) body_ += tag + "<o:p></o:p></span>";
+    body_ += end;
+    isOpen_ = false;
+  }
+  void close() {
+    if (isOpen_) body_ += "</p>";
+    isOpen_ = false;
+    if (!cells_.empty() && !cells_.back()) {
+      body_ += "<td>";
+      cells_.back() = true;
+    }
+  }
+
+  std::string body_;
+  std::string lastBegin_;
+  std::u16string firstHalf_;
+  std::vector<bool> inCode_;
+  std::vector<bool> cells_;  ///< of each table: whether one is open
+  text::Position length_ = 0;
+  std::size_t tables_ = 0;
+  bool isOpen_ = false;
+  bool folds_ = true;
+};
+
+/// Nothing where the paragraph before a table would have to be in it, and the like.
+std::optional<base::Bytes> asHtml(std::string_view notation, notation::Ranges& ranges) {
+  PageBuilder builder;
+  ranges = notation::Parser(notation, builder).parse();
+  const base::Bytes file = html::bytesOf(builder.page());
+  const document::Story read(html::HtmlFormat().read(file).stories.front());
+  const document::Story meant(notation::parse(notation).content);
+  if (notation::print(read) != notation::print(meant)) return std::nullopt;
+  return file;
+}
+
+}  // namespace
+
+Medium htmlMedium() { return {"html", std::make_shared<html::HtmlFormat>(), asHtml}; }
+
+}  // namespace pluvo::formats
