@@ -10,6 +10,8 @@ namespace pluvo::formats::html {
 void Markup::begin(std::size_t at, std::int32_t number, bool keepsBlanks) {
   copyTo(at);
   keepsBlanks_ = keepsBlanks;
+  begin_ = at;
+  sizeAtBegin_ = out_.text().size();
   isAsBefore_ = true;
   number_ = number;
   open_.clear();
@@ -75,6 +77,17 @@ Markup::Wraps Markup::wrapsFor(std::int32_t number, std::uint8_t colour) const {
   if (natural != colour && colour != 0 && shown != colour)
     wraps.push_back({Wrap::Kind::colour, -1, colour, false});
   return wraps;
+}
+
+bool Markup::addsTo(std::int32_t number, std::uint8_t colour) const {
+  if (colour == (number < 0 ? 0 : walker_.inlines()[number].state.colour)) return true;
+  const Wraps wraps = wrapsFor(number, colour);
+  const std::vector<std::int32_t> chain = walker_.inlines().chainOf(number);
+  if (wraps.size() != chain.size() + 1) return false;
+  for (std::size_t i = 0; i < chain.size(); ++i)
+    if (wraps[i].kind != Wrap::Kind::old || wraps[i].number != chain[i]) return false;
+  // A highlight that is open goes on.
+  return number_ < 0 || walker_.inlines()[number_].state.colour != colour;
 }
 
 void Markup::lead(const Wraps& wanted) {

@@ -38,6 +38,9 @@ class Markup {
   /// Whether the old tags that follow lead to what is wanted by themselves.
   bool isAsBefore() const { return isAsBefore_; }
 
+  /// Whether nothing was written since it began.
+  bool isAtBegin() { return out_.copied() == begin_ && out_.text().size() == sizeAtBegin_; }
+
   std::size_t copied() const { return out_.copied(); }
   void copyTo(std::size_t to);
   void leaveOutTo(std::size_t to) { out_.leaveOutTo(to); }
@@ -55,6 +58,9 @@ class Markup {
       if (is(walker_.inlines()[at])) number = walker_.inlines()[at].parent;
     return number;
   }
+
+  /// Whether old tags that lead to an element are of use where a character in it gets a colour.
+  bool addsTo(std::int32_t number, std::uint8_t colour) const;
 
   /// Closes and opens what differs.
   void lead(const Wraps& wanted);
@@ -84,6 +90,8 @@ class Markup {
   Wraps open_;              ///< unless the next is true …
   bool isAsBefore_ = true;  ///< … and these are open:
   std::int32_t number_ = -1;
+  std::size_t begin_ = 0;
+  std::size_t sizeAtBegin_ = 0;
   bool keepsBlanks_ = false;      ///< the block around
   std::set<std::size_t> opened_;  ///< in the paragraph at hand: where their tags begin
   std::size_t tagBytes_ = 0;      ///< put for one character

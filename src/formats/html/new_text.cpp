@@ -81,10 +81,13 @@ std::string withoutHighlight(std::string_view tag, std::string_view name, bool i
   return std::string(tag.substr(0, styleAt.begin)) + attribute + std::string(tag.substr(styleAt.end));
 }
 
-std::string hiddenTag(std::uint8_t colour) {
+std::string markLook(std::uint8_t colour, bool isHidden, bool isDeleted) {
+  std::string style = isHidden ? "display:none;mso-hide:all" : "";
   const std::string name(colour == 0 ? "" : nameOfColour(colour));
-  return "<span style=\"display:none;mso-hide:all" +
-         (colour == 0 ? std::string() : ";background:" + name + ";mso-highlight:" + name) + "\">";
+  if (colour != 0) style += (style.empty() ? "" : ";") + ("background:" + name) + ";mso-highlight:" + name;
+  std::string look = "<o:p></o:p>";
+  if (!style.empty()) look = "<span style=\"" + style + "\">" + look + "</span>";
+  return isDeleted ? "<del>" + look + "</del>" : look;
 }
 
 std::string highlightTag(std::uint8_t colour, std::string_view more) {

@@ -20,7 +20,7 @@ std::string withoutHighlight(std::string_view tag, std::string_view name, bool i
 
 /// What a span for a highlight begins with. More is what is to be said against the document's own rules.
 std::string highlightTag(std::uint8_t colour, std::string_view more);
-/// The same of a span that hides what it holds; 0 for no colour.
-std::string hiddenTag(std::uint8_t colour);
+/// The element for a paragraph's mark, in elements that say how it looks; 0 for no colour.
+std::string markLook(std::uint8_t colour, bool isHidden, bool isDeleted);
 
 }  // namespace pluvo::formats::html

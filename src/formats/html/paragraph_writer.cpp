@@ -18,6 +18,9 @@ bool isLineEnd(const Piece& piece) {
   return piece.kind == Kind::character && piece.character.kind == Character::Kind::paragraph;
 }
 bool hasBytes(const Piece& mark) { return mark.kind == Kind::character; }
+bool hasLook(const Piece& mark) { return mark.colour != 0 || mark.isHidden || mark.isDeleted; }
+/// Of a mark: its bytes can stay.
+bool isAsItWas(const Piece& mark) { return hasBytes(mark) && mark.isOld && mark.colour == mark.colourWas; }
 
 }  // namespace
 
@@ -29,7 +32,7 @@ void ParagraphWriter::write(const Place& place, const std::vector<Piece>& pieces
   isBeside_ = !place.lacksBoundary;
   const bool isPre = place.block.name == Name::pre || place.block.name == Name::listing;
   atPreStart_ = isPre && place.from == place.block.tag.end;
-  afterInvalid_ = endsInLineEnd_ = isMarkDue_ = afterSection_ = wasDivided_ = isOpen_ = false;
+  afterInvalid_ = endsInLineEnd_ = isHeld_ = isMarkDue_ = afterSection_ = wasDivided_ = isOpen_ = false;
   holdsText_ = std::ranges::any_of(pieces, &Piece::holdsText);
   for (const Piece& piece : pieces) {
     switch (piece.kind) {
@@ -69,12 +72,19 @@ void ParagraphWriter::write(const Place& place, const std::vector<Piece>& pieces
 
 /// White space that folds stays where it still does.
 void ParagraphWriter::passGap(const Piece& piece) {
-  if (!isClean_ && folds_ && piece.isOld) {
+  if (piece.keepsBlanks && !atPreStart_) {
+    // In front of an end tag: it would count were anything put behind it.
+    isHeld_ = isClean_;
+    return;
+  }
+  if (isClean_ && (isBeside_ || folds_)) {
+    atPreStart_ = endsInLineEnd_ = false;
+    if (piece.bytes.begin == markup_.copied()) copyThrough(piece);
+  } else if (folds_ && piece.isOld) {
     markup_.leaveOutTo(piece.bytes.begin);
     markup_.copyTo(piece.bytes.end);
     atPreStart_ = false;
-  } else if (isClean_ && (isBeside_ || folds_)) {
-    atPreStart_ = false;
+    isClean_ = false;
   } else {
     isClean_ = false;
   }
@@ -82,9 +92,9 @@ void ParagraphWriter::passGap(const Piece& piece) {
 
 /// An element to which something may refer stays where its text goes.
 void ParagraphWriter::passTag(const Piece& piece) {
-  if (isClean_ || piece.here < 0) return;
+  if (piece.here < 0) return;
   const Inline& element = walker_.inlines()[piece.here];
-  if (!element.stands || element.tag.begin != piece.bytes.begin) return;
+  if (!element.stands || element.tag.begin != piece.bytes.begin || copyThrough(piece)) return;
   markup_.leaveOutTo(piece.bytes.end);
   markup_.leadBack(piece.here);
   isClean_ = true;
@@ -92,10 +102,26 @@ void ParagraphWriter::passTag(const Piece& piece) {
 }
 
 void ParagraphWriter::passAside(const Piece& piece) {
-  if (!piece.isOld) return markup_.put(markup_.old(piece.bytes));
-  if (isClean_) return;
+  if (copyThrough(piece)) return;
+  markup_.closeTo(piece.here);
   markup_.leaveOutTo(piece.bytes.begin);
   markup_.copyTo(piece.bytes.end);
+  isClean_ = false;
+}
+
+/// Copies all up to the end of a piece, where nothing has changed; false where something has.
+bool ParagraphWriter::copyThrough(const Piece& piece) {
+  isClean_ = isClean_ && !isHeld_;
+  isHeld_ = false;
+  const bool isMarkOld = isMarkDue_ && isAsItWas(dueMark_);
+  if (!canCopy() || (isMarkDue_ && !isMarkOld)) return false;
+  if (isMarkOld) {
+    wrote(false);
+    endsInLineEnd_ = true;
+  }
+  isMarkDue_ = false;
+  markup_.copyWithTags(piece.bytes.end, piece.here);
+  return true;
 }
 
 // ---- What stays ----
@@ -119,9 +145,8 @@ void ParagraphWriter::wrote(bool folds) {
 
 /// Copies what is to be as it was, with the tags in front of it; false where it is not.
 bool ParagraphWriter::copies(const Piece& piece) {
-  const bool isAsItWas = piece.isOld && piece.colour == piece.colourWas && piece.partCount == 0;
-  const bool isMarkOld = !isMarkDue_ || (hasBytes(dueMark_) && dueMark_.isOld);
-  if (!isAsItWas || !isMarkOld || !canCopy()) return false;
+  const bool isSame = piece.isOld && piece.colour == piece.colourWas && piece.partCount == 0;
+  if (!isSame || (isMarkDue_ && !isAsItWas(dueMark_)) || !canCopy()) return false;
   const Character& character = piece.character;
   const bool isCharacter = piece.kind == Kind::character;
   const bool isBareBlank =
@@ -142,25 +167,21 @@ bool ParagraphWriter::copies(const Piece& piece) {
 
 /// Leads to the place of a piece, with the old tags up to there where they can stay.
 void ParagraphWriter::arriveAt(const Piece& piece) {
-  const bool isMarkOld = isMarkDue_ && hasBytes(dueMark_) && dueMark_.isOld;
-  if (piece.isOld && canCopy() && (!isMarkDue_ || isMarkOld)) {
-    if (isMarkOld) {
-      wrote(false);
-      endsInLineEnd_ = true;
-    }
-    isMarkDue_ = false;
-    markup_.copyWithTags(piece.bytes.begin, piece.here);
-  } else {
+  Piece before = piece;
+  before.bytes.end = piece.bytes.begin;
+  const bool leadsThere = piece.inlines == piece.here && markup_.addsTo(piece.here, piece.colour);
+  if (!piece.isOld || !leadsThere || !copyThrough(before)) {
     settleMark();
     if (piece.isOld) markup_.leaveOutTo(piece.bytes.begin);
   }
   const std::uint8_t natural = piece.here < 0 ? 0 : walker_.inlines()[piece.here].state.colour;
   if (piece.isOld && piece.inlines == piece.here && piece.colour == natural) {
     markup_.leadBack(piece.here);
+    isClean_ = true;
   } else {
     markup_.leadTo(piece.inlines, piece.colour);
+    isClean_ = isClean_ && !piece.isOld;
   }
-  isClean_ = true;
 }
 
 void ParagraphWriter::writeText(const Piece& piece) {
@@ -249,7 +270,11 @@ void ParagraphWriter::writeNew(const Piece& piece) {
     const std::size_t mark = std::min(rest.find(text::kParagraphMark), rest.size());
     if (mark > 0) {
       arriveAt(piece);
+      const bool isDeletedHere = piece.inlines >= 0 && walker_.inlines()[piece.inlines].state.deleted;
+      const bool isDeletedAnew = piece.isDeleted && !isDeletedHere;
+      if (isDeletedAnew) markup_.put("<del>");
       putUnits(rest.substr(0, mark), piece);
+      if (isDeletedAnew) markup_.put("</del>");
       isBeside_ = false;
     }
     if (mark == rest.size()) return;
@@ -340,6 +365,7 @@ void ParagraphWriter::settleMark() {
 
 void ParagraphWriter::settleLineEnd() {
   const bool isOld = hasBytes(dueMark_) && dueMark_.isOld;
+  const bool wasClean = isClean_;
   if (isOld && canCopy()) {
     markup_.copyWithTags(dueMark_.bytes.begin, dueMark_.here);
   } else if (isOld) {
@@ -348,12 +374,12 @@ void ParagraphWriter::settleLineEnd() {
   const std::uint8_t natural = dueMark_.here < 0 ? 0 : walker_.inlines()[dueMark_.here].state.colour;
   if (isOld && dueMark_.colour == natural) {
     markup_.leadBack(dueMark_.here);
-    isClean_ = true;
+    isClean_ = wasClean;
   } else {
     markup_.leadTo(dueMark_.inlines, dueMark_.colour);
-    isClean_ = isOld;
+    isClean_ = isOld && wasClean;
   }
-  if (atPreStart_) markup_.put("\n");
+  if (atPreStart_ && markup_.isAtBegin()) markup_.put("\n");
   if (isOld) {
     markup_.copyTo(dueMark_.bytes.end);
   } else {
@@ -366,24 +392,21 @@ void ParagraphWriter::settleLineEnd() {
 
 /// What tells the look of a mark: an empty element of Word's, which programs pass by.
 void ParagraphWriter::putMarkLook(std::int32_t inlines) {
-  if (dueMark_.colour == 0 && !dueMark_.isHidden) return;
-  const bool isHidden = inlines >= 0 && walker_.inlines()[inlines].state.hidden;
-  if (isHidden || !dueMark_.isHidden) {
+  if (!hasLook(dueMark_)) return;
+  const State state = inlines < 0 ? State() : walker_.inlines()[inlines].state;
+  if (state.hidden == dueMark_.isHidden && state.deleted == dueMark_.isDeleted) {
     markup_.leadTo(inlines, dueMark_.colour);
-    return markup_.put("<o:p></o:p>");
+    markup_.put("<o:p></o:p>");
+  } else {
+    markup_.put(markLook(dueMark_.colour, dueMark_.isHidden, dueMark_.isDeleted));
   }
-  markup_.put(hiddenTag(dueMark_.colour) + "<o:p></o:p></span>");
 }
 
 /// A paragraph without text where there would be none.
 void ParagraphWriter::putEmpty() {
   markup_.closeTo(place_.inlinesFrom);
   markup_.put("<p style=\"margin:0\">");
-  if (dueMark_.isHidden) {
-    markup_.put(hiddenTag(dueMark_.colour) + "<o:p></o:p></span>");
-  } else if (dueMark_.colour != 0) {
-    markup_.put(highlightTag(dueMark_.colour, markup_.against()) + "<o:p></o:p></span>");
-  }
+  if (hasLook(dueMark_)) markup_.put(markLook(dueMark_.colour, dueMark_.isHidden, dueMark_.isDeleted));
   markup_.put("</p>");
 }
 
@@ -418,7 +441,7 @@ void ParagraphWriter::finish() {
   const bool isThere = isOpen_ || (place_.existsEmpty && isAlone && !afterSection_);
   const bool isOldEnd =
       dueMark_.kind == Kind::mark && dueMark_.isOld && dueMark_.colour == dueMark_.colourWas;
-  const bool keepsColour = (dueMark_.colour == 0 && !dueMark_.isHidden) || isBeside_;
+  const bool keepsColour = !hasLook(dueMark_) || isBeside_;
   if (isThere && isOldEnd && keepsColour && canCopy() && !endsInLineEnd_) return;
   if (!isThere) {
     putEmpty();

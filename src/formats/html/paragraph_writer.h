@@ -41,6 +41,7 @@ class ParagraphWriter {
   void passGap(const Piece& piece);
 
   bool copies(const Piece& piece);
+  bool copyThrough(const Piece& piece);
   void arriveAt(const Piece& piece);
   void settleMark();
   void settleLineEnd();
@@ -67,6 +68,7 @@ class ParagraphWriter {
   bool afterInvalid_ = false;
   bool atPreStart_ = false;  ///< a line end here would not count
   bool endsInLineEnd_ = false;
+  bool isHeld_ = false;     ///< a line end that does not count is among the bytes that are to stay
   bool isMarkDue_ = false;  ///< a paragraph has ended, and nothing has come after it yet
   Piece dueMark_;
   bool afterSection_ = false;

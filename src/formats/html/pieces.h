@@ -27,6 +27,7 @@ struct Piece {
   bool keepsBlanks = false;  ///< how its bytes were read
   bool isNearEdit = false;   ///< behind it stands another text than before
   bool isHidden = false;     ///< of the end of a paragraph: by itself
+  bool isDeleted = false;    ///< the same: in a tracked deletion
   std::uint8_t colour = 0;   ///< that it is to have
   std::uint8_t colourWas = 0;
   std::uint8_t partFrom = 0;  ///< of a character of which only some units stay …

@@ -43,7 +43,8 @@ class TextReader final : public Events {
     if (!paragraph.hasMark) return;
     settleMark();
     isMarkDue_ = true;
-    dueLook_ = {walker_.isMarkHidden(), walker_.markColour(), false, document::kNone, lockHere()};
+    dueLook_ = {walker_.isMarkHidden(), walker_.markState().colour, walker_.markState().deleted,
+                document::kNone, lockHere()};
     count(1);
   }
   void blockEnds(const Block& block, Extent /*endTag*/) override {

@@ -126,8 +126,8 @@ class Walker {
                                                     : state_.blanks == State::Blanks::count;
   }
   /// The look of the paragraph's mark: that of an element of Word's for it which ends the text at hand.
-  std::uint8_t markColour() const { return markColour_; }
-  bool isMarkHidden() const { return markHidden_ || block().hidden || rowIsHidden(); }
+  const State& markState() const { return markState_; }
+  bool isMarkHidden() const { return markState_.hidden || block().hidden || rowIsHidden(); }
   /// Between the tags of a table, or within an element of raw text.
   bool isLocked() const { return isRaw_ || isBetweenCells(); }
   /// After the walk: no text can be put behind the last one, since the bytes end within a tag, a comment or a
@@ -230,8 +230,7 @@ class Walker {
   bool endedSection_ = false;     ///< since the last block's tag
   bool hadText_ = false;          ///< since the last block's tag
   bool folds_ = true;             ///< a blank here is no text
-  std::uint8_t markColour_ = 0;
-  bool markHidden_ = false;
+  State markState_;
   bool isRaw_ = false;
   bool keepsInlines_ = false;
   std::size_t lineFeedAt_ = static_cast<std::size_t>(-1);  ///< one that does not count

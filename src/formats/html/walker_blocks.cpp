@@ -34,8 +34,7 @@ void Walker::endParagraph(std::size_t at, bool endsBlock) {
   isOpen_ = hadText_ = endedSection_ = false;
   folds_ = true;
   if (isTold) events_.paragraphEnds(paragraph);
-  markColour_ = 0;
-  markHidden_ = false;
+  markState_ = {};
 }
 
 void Walker::pushBlock(const Token& token, const Style& style, const Attributes& attributes) {
@@ -208,8 +207,7 @@ void Walker::endTablePart(const Token& token) {
 
 void Walker::closeCell(std::size_t at, Extent endTag) {
   closeTo(scopes_.back().block + 1, at);
-  const std::uint8_t colour = markColour_;
-  const bool isHidden = markHidden_;
+  const State markState = markState_;
   endParagraph(at, true);
   const Scope cell = scopes_.back();
   if (isCell(cell.name) && !cell.endsInParagraph) {
@@ -217,11 +215,9 @@ void Walker::closeCell(std::size_t at, Extent endTag) {
     paragraph.at = at;
     paragraph.hasMark = paragraph.isCell = paragraph.endsBlock = true;
     blocks_.back().hasParagraph = true;
-    markColour_ = colour;
-    markHidden_ = isHidden;
+    markState_ = markState;
     events_.paragraphEnds(paragraph);
-    markColour_ = 0;
-    markHidden_ = false;
+    markState_ = {};
   }
   const Block closed = blocks_.back();
   scopes_.pop_back();

@@ -89,10 +89,7 @@ void Walker::openInline(const Token& token, const Style& style, const Attributes
   }
   inlines_.push(element);
   applyState();
-  if (token.name == Name::oP) {
-    markColour_ = state_.colour;
-    markHidden_ = state_.hidden;
-  }
+  if (token.name == Name::oP) markState_ = state_;
   events_.inlineTag(token.extent);
   if (Extent filler; token.name == Name::oP && !isOpen_ && isFiller(token, filler)) {
     events_.filler(filler);

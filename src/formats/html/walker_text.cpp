@@ -40,8 +40,7 @@ void Walker::text(Extent bytes) {
 void Walker::beginParagraph() {
   endAt_ = kNowhere;
   hadText_ = true;
-  markColour_ = 0;
-  markHidden_ = false;
+  markState_ = {};
   if (isOpen_) return;
   if (isBetweenCells()) interruptTable();
   isOpen_ = true;

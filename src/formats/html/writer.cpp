@@ -3,6 +3,7 @@
 #include "errors/document_error.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace pluvo::formats::html {
 
@@ -86,22 +87,23 @@ void Writer::clearItems() {
 }
 
 void Writer::blockBegins(const Block& block) {
-  isBoundaryLost_ = false;
-  holdsParagraph_.push_back(false);
+  open_.push_back({false, isDivided_});
+  isDivided_ = true;
   beginAt(block.tag.end);
 }
 
 /// A block that would be an empty paragraph where its own went into another goes with it.
 void Writer::blockEnds(const Block& block, Extent endTag) {
-  const bool holds = holdsParagraph_.back();
-  holdsParagraph_.pop_back();
-  holdsParagraph_.back() = holdsParagraph_.back() || holds;
-  const bool goes = (traitsOf(block.name) & kExistsEmpty) != 0 && block.hasParagraph && !holds;
+  const Open closed = open_.back();
+  open_.pop_back();
+  open_.back().holdsParagraph = open_.back().holdsParagraph || closed.holdsParagraph;
+  const bool goes =
+      (traitsOf(block.name) & kExistsEmpty) != 0 && block.hasParagraph && !closed.holdsParagraph;
   if (goes) {
     cuts_.push_back(block.tag);
     cuts_.push_back(endTag);
   }
-  isBoundaryLost_ = goes || endsDroppedTable_;
+  isDivided_ = goes || endsDroppedTable_ ? closed.wasDivided : true;
   endsDroppedTable_ = false;
   if (block.name == Name::table && endTag.empty()) {
     unclosedTables_ = endTag.begin == lastTableEnd_ ? unclosedTables_ + 1 : 1;
@@ -111,7 +113,7 @@ void Writer::blockEnds(const Block& block, Extent endTag) {
 }
 
 void Writer::divides(Extent bytes) {
-  isBoundaryLost_ = false;
+  isDivided_ = true;
   beginAt(bytes.end);
 }
 
@@ -140,8 +142,9 @@ bool Writer::isNearEdit(Position at) {
 void Writer::paragraphEnds(const Paragraph& paragraph) {
   const Position from = paragraphFrom_;
   if (paragraph.hasMark) ++position_;
-  if (droppedTable_ == 0 && pieces_.empty() && !isBoundaryLost_ && !isTouched(from, position_)) {
-    if (paragraph.hasMark) holdsParagraph_.back() = true;
+  if (droppedTable_ == 0 && pieces_.empty() && isDivided_ && !isTouched(from, position_)) {
+    open_.back().holdsParagraph = true;
+    isDivided_ = isDivided_ && !paragraph.hasMark;
     if (hasFields_)
       for (const Item& item : items_) passField(item);
     return clearItems();
@@ -149,7 +152,8 @@ void Writer::paragraphEnds(const Paragraph& paragraph) {
   // What was not touched was passed by.
   script_.take(from, [](const Step&) {});
   takeItems();
-  takeMark(position_ - (paragraph.hasMark ? 1 : 0), paragraph.at, paragraph.hasMark, walker_.markColour());
+  takeMark(position_ - (paragraph.hasMark ? 1 : 0), paragraph.at, paragraph.hasMark,
+           walker_.markState().colour);
   if (droppedTable_ > 0) return clearItems();
   const Block& block = walker_.block();
   const unsigned traits = traitsOf(block.name);
@@ -164,7 +168,7 @@ void Writer::paragraphEnds(const Paragraph& paragraph) {
   place.onlyAlone = paragraph.isCell || endsCell;
   const bool isAlone = (traits & kDivision) != 0 && paragraph.isFirst && paragraph.endsBlock;
   place.dividesBlock = (paragraph.isOwned && (traits & kPreformatted) == 0) || isAlone;
-  place.lacksBoundary = isBoundaryLost_;
+  place.lacksBoundary = !isDivided_;
   writePieces(place);
   clearItems();
 }
@@ -198,12 +202,14 @@ void Writer::writePieces(const Place& place) {
   if (carriesText) {
     pieces_.resize(count);
     pieces_.emplace_back();  // the bytes of the rest go
+    std::ranges::copy_if(rest, std::back_inserter(pieces_),
+                         [](const Piece& each) { return each.kind == Kind::aside; });
   }
   settleCuts();
   paragraphs_.write(place, pieces_);
   if (carriesText) markup_.leaveOutTo(place.to);
-  isBoundaryLost_ = false;
-  holdsParagraph_.back() = true;
+  isDivided_ = false;
+  open_.back().holdsParagraph = true;
   pieces_ = std::move(rest);
   carry();
 }
@@ -269,8 +275,11 @@ void Writer::end(std::size_t at) {
   clearItems();
   takeMark(position_, at, true, 0);
   ++position_;
-  const bool hasText = std::ranges::any_of(pieces_, &Piece::holdsText);
-  if (!hasText) return;
+  // Of an empty paragraph behind another one nothing would be seen but that one's end.
+  const Position last = story_.length() - 1;
+  const bool wouldBeLost = last > 0 && story_.text().at(last - 1) == text::kParagraphMark &&
+                           story_.structure().valueAt(last - 1).table == document::kNone;
+  if (!wouldBeLost && std::ranges::none_of(pieces_, &Piece::holdsText)) return;
   if (walker_.endsUnfinished() && hasCarried)
     throw errors::DocumentError(errors::Problem::unsupported,
                                 "The page ends within markup, and no text can be put behind that; save it in "
@@ -279,7 +288,7 @@ void Writer::end(std::size_t at) {
   place.from = place.to = at;
   place.inlinesFrom = place.inlinesTo = walker_.inlines().top();
   place.block = walker_.block();
-  place.lacksBoundary = isBoundaryLost_;
+  place.lacksBoundary = !isDivided_;
   settleCuts();
   markup_.copyTo(at);
   if (lastTableEnd_ == at)

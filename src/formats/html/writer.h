@@ -66,6 +66,7 @@ class Writer final : public Events {
   void put(const document::Step& step, const Item& item);
   void putPieces(const document::Step& step, Piece piece);
   void takeMark(text::Position at, std::size_t bytes, bool hasMark, std::uint8_t colourWas);
+  void lookOfMark(Piece& piece, text::Position at) const;
   std::int32_t placeFor(const document::Step& step, const Item& item) const;
   void passField(const Item& item);
   template <class Visit>
@@ -97,12 +98,17 @@ class Writer final : public Events {
   std::int32_t inlinesFrom_ = -1;
   std::vector<Item> items_;
   std::vector<Character> characters_;
-  std::vector<Piece> pieces_;    ///< those carried on from earlier paragraphs first
-  bool isBoundaryLost_ = false;  ///< nothing divides the next paragraph from the text in front of it
-  std::vector<Extent> cuts_;     ///< what is to be left out, behind all that is written
-  std::vector<bool> holdsParagraph_{false};  ///< of each open block, in what is written
-  std::vector<bool> inResult_;               ///< of the fields that are open
-  bool hasFields_ = false;                   ///< among the items
+  std::vector<Piece> pieces_;  ///< those carried on from earlier paragraphs first
+  std::vector<Extent> cuts_;   ///< what is to be left out, behind all that is written
+  /// A block that is open, in what is written.
+  struct Open {
+    bool holdsParagraph = false;
+    bool wasDivided = false;  ///< before it
+  };
+  std::vector<Open> open_{{}};
+  bool isDivided_ = true;       ///< a block's tag lies between the text written last and what comes
+  std::vector<bool> inResult_;  ///< of the fields that are open
+  bool hasFields_ = false;      ///< among the items
 
   std::size_t tablesMet_ = 0;
   std::size_t droppedTable_ = 0;  ///< one more than how many tables were open around it; 0 outside

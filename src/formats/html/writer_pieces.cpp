@@ -38,6 +38,7 @@ void Writer::takeItem(const Item& item) {
     piece.kind = item.kind;
     piece.bytes = item.bytes;
     piece.here = piece.inlines = item.inlines;
+    piece.keepsBlanks = item.keepsBlanks;
     pieces_.push_back(piece);
     return;
   }
@@ -123,12 +124,18 @@ void Writer::put(const Step& step, const Item& item) {
 }
 
 void Writer::putPieces(const Step& step, Piece piece) {
-  piece.isHidden = !walker_.block().hidden && story_.visibility().valueAt(step.at) == text::kNowhere;
+  lookOfMark(piece, step.at);
   forEachColour(step.at, step.length, [&](Position from, Position to, std::uint8_t colour) {
     piece.colour = colour;
     piece.units = step.units.substr(static_cast<std::size_t>(from), static_cast<std::size_t>(to - from));
     pieces_.push_back(piece);
   });
+}
+
+/// What the end of a paragraph is besides its colour.
+void Writer::lookOfMark(Piece& piece, Position at) const {
+  piece.isHidden = !walker_.block().hidden && story_.visibility().valueAt(at) == text::kNowhere;
+  piece.isDeleted = story_.structure().valueAt(at).deleted;
 }
 
 /// The end of the paragraph at hand, which has no bytes of its own.
@@ -146,7 +153,7 @@ void Writer::takeMark(Position at, std::size_t bytes, bool hasMark, std::uint8_t
     Piece piece;
     piece.kind = Kind::mark;
     piece.colour = story_.highlight().valueAt(step.at);
-    piece.isHidden = !walker_.block().hidden && story_.visibility().valueAt(step.at) == text::kNowhere;
+    lookOfMark(piece, step.at);
     piece.colourWas = colourWas;
     piece.bytes = item.bytes;
     piece.here = item.inlines;
