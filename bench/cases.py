@@ -133,6 +133,14 @@ def elsewhere_cases():
                    {"pluvo, as main text": ("at most", factor)}, changes=False)
 
 
+def page_cases():
+    # The limit goes through the page once, from tag to tag, and writes it.
+    yield Case(".html 30 MB, 10,000 blocks, highlight", "page.html",
+               [pluvo("highlight", *BLOCK, "{in}"), limit("text", "{in}", "{out}", "<"), libreoffice("highlight", "{in}")],
+               {"limit": ("at most", 6), "LibreOffice": ("at least", 40)},
+               right=lambda original, result: check.check_page(original, result, 10_000), memory=90)
+
+
 def text_cases():
     def perl(operation, *rest):
         return Job("perl", ["perl", str(BENCH / "peers/find.pl"), operation, BEGIN, END, *rest])

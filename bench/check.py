@@ -122,3 +122,15 @@ def check_found(command, original, begin, end, flags=0):
     lines = subprocess.run([*command, "--json", original], capture_output=True, text=True).stdout.splitlines()
     found = json.loads(lines[-1])["summary"]["found"]
     assert found == expected, f"{found} blocks found instead of {expected}"
+
+
+def check_page(original, changed, blocks):
+    """Without the spans of the highlight the page is the old one, byte for byte."""
+    mark = b'<span style="background:yellow;mso-highlight:yellow">'
+    with open(original, "rb") as old, open(changed, "rb") as new:
+        before, after = old.read(), new.read()
+    spans = re.compile(re.escape(mark) + rb"([^<]*)</span>")
+    assert spans.sub(rb"\1", after) == before, "other bytes differ"
+    marked = re.sub(rb"<[^>]*>", b"", b"".join(m.group(1) for m in spans.finditer(after))).decode()
+    assert marked.count("the Lessee") == blocks, f"{marked.count('the Lessee')} blocks instead of {blocks}"
+    return blocks

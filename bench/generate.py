@@ -275,6 +275,27 @@ def write_text(path, seed, megabytes, blocks, share=0.0, encoding="utf-8", fille
             written += file.write(text.encode(encoding))
 
 
+def write_page(path, seed, megabytes, blocks):
+    """A page as word processors write them; two of three blocks reach over inline tags."""
+    rng = random.Random(seed)
+    filler = Filler(rng)
+    tags = ("b", "i", "u", 'span style="font-family:Arial"', 'span lang="en-GB"')
+    length = (megabytes << 20) // blocks
+    with open(path, "w", encoding="utf-8") as page:
+        page.write('<html><head><meta charset="utf-8"><title>Page</title></head>\n<body>\n')
+        for _ in range(blocks):
+            size = 0
+            while size < length - 400:
+                tag = rng.choice(tags)
+                text = '<p class="MsoNormal">%s<%s>%s</%s>%s</p>\n' % (
+                    filler.text(120), tag, filler.text(60).strip(), tag.split()[0], " " + filler.text(120).strip())
+                page.write(text)
+                size += len(text)
+            begin = rng.choice((BEGIN, "the <b>Lessor</b>", "the <i>Les</i>sor"))
+            page.write("<p>%s%s %s%s</p>\n" % (filler.text(60), begin, filler.text(80), END))
+        page.write("</body></html>\n")
+
+
 def main():
     if len(sys.argv) != 2 or sys.argv[1].startswith("-"):
         sys.exit(__doc__)
@@ -302,6 +323,7 @@ def main():
     write_elsewhere(folder)
     rng = random.Random(7)
     write_rtf(os.path.join(folder, "sparse.rtf"), rng, paragraphs_with_blocks(rng, Filler(rng), 21_000_000, every(10_000), 400))
+    write_page(os.path.join(folder, "page.html"), 9, 30, 10_000)
     write_text(os.path.join(folder, "sparse.txt"), 7, 200, 1_200)
     for name, share in (("ascii", 0.0), ("few", 0.015), ("many", 0.6)):
         for kind, blocks in (("", 64_000), ("-dense", 2_950_000)):

@@ -19,7 +19,7 @@ import time
 from pathlib import Path
 
 import scaling
-from cases import ROOT, docx_cases, elsewhere_cases, rtf_cases, text_cases
+from cases import ROOT, docx_cases, elsewhere_cases, page_cases, rtf_cases, text_cases
 
 
 def verdict(case, ours, peer):
@@ -113,7 +113,7 @@ def main():
     print("\n".join(head))
     rows, good = [], True
     load, flush = os.getloadavg()[0], flush_cost(options.data)
-    for case in [*docx_cases(), *rtf_cases(), *elsewhere_cases(), *text_cases()]:
+    for case in [*docx_cases(), *rtf_cases(), *page_cases(), *elsewhere_cases(), *text_cases()]:
         if options.only in case.name:
             lines, holds = run(case, options.data, options.repeat)
             rows += lines

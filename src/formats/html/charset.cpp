@@ -273,11 +273,11 @@ bool appendEncoded(std::string& bytes, char32_t point, const Charset& charset) {
   }
 }
 
-Likeness likenessOf(base::ByteSpan file) {
-  constexpr std::size_t kLooked = std::size_t{1} << 16U;
+Likeness likenessOf(base::ByteSpan file, bool isNamedSo) {
+  const std::size_t looked = isNamedSo ? file.size() : std::size_t{1} << 16U;
   constexpr std::size_t kHead = 4096;
   if (signatureOf(file)) return Likeness::none;
-  std::string_view bytes = viewOf(file.first(std::min(file.size(), kLooked)));
+  std::string_view bytes = viewOf(file.first(std::min(file.size(), looked)));
   std::string converted;
   if (bytes.starts_with(kLittleMark) || bytes.starts_with(kBigMark)) {
     converted = utf8Of(bytes.substr(2), bytes.starts_with(kLittleMark));

@@ -57,6 +57,7 @@ class Page {
 
 /// How a file begins: as a page does whatever its name, or as one could under the name of one.
 enum class Likeness : std::uint8_t { none, byName, certain, webArchive };
-Likeness likenessOf(base::ByteSpan file);
+/// Named so, it is looked through to its first tag.
+Likeness likenessOf(base::ByteSpan file, bool isNamedSo);
 
 }  // namespace pluvo::formats::html

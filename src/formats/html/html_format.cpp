@@ -25,7 +25,7 @@ bool isAmong(std::span<const std::string_view> names, std::string_view extension
 }  // namespace
 
 bool HtmlFormat::recognises(base::ByteSpan bytes, std::string_view extension) const {
-  switch (likenessOf(bytes)) {
+  switch (likenessOf(bytes, isAmong(kExtensions, extension))) {
     case Likeness::certain:
       return true;
     case Likeness::byName:
@@ -40,7 +40,7 @@ bool HtmlFormat::recognises(base::ByteSpan bytes, std::string_view extension) co
 std::span<const std::string_view> HtmlFormat::extensions() const { return kExtensions; }
 
 formats::Opened HtmlFormat::read(base::Bytes bytes, const formats::Hint& /*hint*/) const {
-  if (likenessOf(bytes.view) == Likeness::webArchive)
+  if (likenessOf(bytes.view, false) == Likeness::webArchive)
     throw errors::DocumentError(
         errors::Problem::unsupported,
         "The file is a web archive (.mht), which holds a page and its pictures in one; "

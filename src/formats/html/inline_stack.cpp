@@ -68,18 +68,24 @@ void InlineStack::closeThrough(Name name) {
 
 void InlineStack::endBlock(std::int32_t topAtBegin, bool isCell) {
   if (top() == topAtBegin) return;
+  const auto isFormatting = [&](const Inline& element) {
+    return element.name == Name::conditional || (!isCell && (traitsOf(element.name) & kFormatting) != 0);
+  };
+  // As a rule what was open when the block began still is.
+  const auto around = std::find(open_.rbegin(), open_.rend(), topAtBegin);
+  const bool isOpen = around != open_.rend() || topAtBegin < 0;
   std::vector<std::size_t> before;
-  for (std::int32_t at = topAtBegin; at >= 0; at = (*this)[at].parent)
-    before.push_back((*this)[at].tag.begin);
-  std::ranges::sort(before);
+  if (!isOpen) {
+    for (std::int32_t at = topAtBegin; at >= 0; at = (*this)[at].parent)
+      before.push_back((*this)[at].tag.begin);
+    std::ranges::sort(before);
+  }
   const auto stays = [&](std::int32_t number) {
     const Inline& element = (*this)[number];
-    const bool isOlder = std::ranges::binary_search(before, element.tag.begin);
-    return isOlder || element.name == Name::conditional ||
-           (!isCell && (traitsOf(element.name) & kFormatting) != 0);
+    return isFormatting(element) || std::ranges::binary_search(before, element.tag.begin);
   };
-  const auto firstGone = std::ranges::find_if_not(open_, stays);
-  const std::vector<std::int32_t> rest(firstGone, open_.end());
+  const auto from = isOpen ? around.base() : open_.begin();
+  const std::vector<std::int32_t> rest(std::find_if_not(from, open_.end(), stays), open_.end());
   for (std::size_t i = 0; i < rest.size(); ++i) pop();
   for (const std::int32_t number : rest)
     if (stays(number)) reopen(number);

@@ -145,6 +145,8 @@ void ParagraphWriter::wrote(bool folds) {
 
 /// Copies what is to be as it was, with the tags in front of it; false where it is not.
 bool ParagraphWriter::copies(const Piece& piece) {
+  isClean_ = isClean_ && !isHeld_;
+  isHeld_ = false;
   const bool isSame = piece.isOld && piece.colour == piece.colourWas && piece.partCount == 0;
   if (!isSame || (isMarkDue_ && !isAsItWas(dueMark_)) || !canCopy()) return false;
   const Character& character = piece.character;

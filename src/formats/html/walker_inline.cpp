@@ -85,7 +85,8 @@ void Walker::openInline(const Token& token, const Style& style, const Attributes
     element.state.colour = *colour;
     element.carriesColour = true;
     element.isOurs = token.name == Name::span && !attributes.hasOthers && *colour != 0 &&
-                     style.highlight == style.background && !styleOf(attributes.style).hasOthers;
+                     !style.preformatted && style.highlight == style.background &&
+                     !styleOf(attributes.style).hasOthers;
   }
   inlines_.push(element);
   applyState();

@@ -52,14 +52,13 @@ void Walker::foldedText(Extent bytes) {
   while (at < bytes.end) {
     std::size_t end = at;
     bool endsInBlank = folds_;
-    for (; end < bytes.end; ++end) {
-      if (isSimple(bytes_[end])) {
-        endsInBlank = false;
-      } else if (bytes_[end] == ' ' && !endsInBlank) {
-        endsInBlank = true;
-      } else {
-        break;
-      }
+    for (;;) {
+      const std::size_t from = end;
+      while (end < bytes.end && isSimple(bytes_[end])) ++end;
+      endsInBlank = endsInBlank && end == from;
+      if (end == bytes.end || bytes_[end] != ' ' || endsInBlank) break;
+      endsInBlank = true;
+      ++end;
     }
     if (end > at) {
       beginParagraph();
