@@ -27,9 +27,8 @@ bool isAsItWas(const Piece& mark) { return hasBytes(mark) && mark.isOld && mark.
 void ParagraphWriter::write(const Place& place, const std::vector<Piece>& pieces) {
   place_ = place;
   markup_.begin(place.from, place.inlinesFrom, place.block.preformatted);
-  if (place.lacksBoundary) markup_.put("<div></div>");
   isClean_ = folds_ = true;
-  isBeside_ = !place.lacksBoundary;
+  isBeside_ = true;
   const bool isPre = place.block.name == Name::pre || place.block.name == Name::listing;
   atPreStart_ = isPre && place.from == place.block.tag.end;
   afterInvalid_ = endsInLineEnd_ = isHeld_ = isMarkDue_ = afterSection_ = wasDivided_ = isOpen_ = false;

@@ -14,11 +14,10 @@ struct Place {
   std::size_t to = 0;
   std::int32_t inlinesFrom = -1;  ///< that are open there
   std::int32_t inlinesTo = -1;
-  Block block;                 ///< the innermost one
-  bool existsEmpty = false;    ///< the paragraph is there without text …
-  bool onlyAlone = false;      ///< … unless another was put in front of it
-  bool dividesBlock = false;   ///< a new paragraph in front of it gets a block of its own, like this one
-  bool lacksBoundary = false;  ///< what divided it from the text in front of it is gone
+  Block block;                ///< the innermost one
+  bool existsEmpty = false;   ///< the paragraph is there without text …
+  bool onlyAlone = false;     ///< … unless another was put in front of it
+  bool dividesBlock = false;  ///< a new paragraph in front of it gets a block of its own, like this one
 };
 
 /// Writes the pieces of a paragraph, each so that it is read as it is meant: what would fold is protected,

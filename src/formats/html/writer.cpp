@@ -100,11 +100,10 @@ void Writer::blockEnds(const Block& block, Extent endTag) {
   const bool goes =
       (traitsOf(block.name) & kExistsEmpty) != 0 && block.hasParagraph && !closed.holdsParagraph;
   if (goes) {
-    cuts_.push_back(block.tag);
-    cuts_.push_back(endTag);
+    cuts_.push_back({block.tag, !closed.wasDivided});
+    cuts_.push_back({endTag, false});
   }
-  isDivided_ = goes || endsDroppedTable_ ? closed.wasDivided : true;
-  endsDroppedTable_ = false;
+  isDivided_ = true;
   if (block.name == Name::table && endTag.empty()) {
     unclosedTables_ = endTag.begin == lastTableEnd_ ? unclosedTables_ + 1 : 1;
     lastTableEnd_ = endTag.begin;
@@ -119,10 +118,11 @@ void Writer::divides(Extent bytes) {
 
 /// What is to go is left out before anything behind it is written: a block's tag is met before it is known.
 void Writer::settleCuts() {
-  std::ranges::sort(cuts_, {}, &Extent::begin);
-  for (const Extent& cut : cuts_) {
-    markup_.copyTo(cut.begin);
-    markup_.leaveOutTo(cut.end);
+  std::ranges::sort(cuts_, {}, [](const Cut& cut) { return cut.bytes.begin; });
+  for (const Cut& cut : cuts_) {
+    markup_.copyTo(cut.bytes.begin);
+    if (cut.divides) markup_.put("<div></div>");
+    markup_.leaveOutTo(cut.bytes.end);
   }
   cuts_.clear();
 }
@@ -142,7 +142,7 @@ bool Writer::isNearEdit(Position at) {
 void Writer::paragraphEnds(const Paragraph& paragraph) {
   const Position from = paragraphFrom_;
   if (paragraph.hasMark) ++position_;
-  if (droppedTable_ == 0 && pieces_.empty() && isDivided_ && !isTouched(from, position_)) {
+  if (droppedTable_ == 0 && pieces_.empty() && !isTouched(from, position_)) {
     open_.back().holdsParagraph = true;
     isDivided_ = isDivided_ && !paragraph.hasMark;
     if (hasFields_)
@@ -168,7 +168,6 @@ void Writer::paragraphEnds(const Paragraph& paragraph) {
   place.onlyAlone = paragraph.isCell || endsCell;
   const bool isAlone = (traits & kDivision) != 0 && paragraph.isFirst && paragraph.endsBlock;
   place.dividesBlock = (paragraph.isOwned && (traits & kPreformatted) == 0) || isAlone;
-  place.lacksBoundary = !isDivided_;
   writePieces(place);
   clearItems();
 }
@@ -220,10 +219,10 @@ void Writer::vanish(const Place& place) {
   std::size_t from = place.from;
   for (const Item& item : items_) {
     if (item.kind != Kind::aside && (isBalanced || item.kind != Kind::tag)) continue;
-    cuts_.push_back({from, item.bytes.begin});
+    cuts_.push_back({{from, item.bytes.begin}, false});
     from = item.bytes.end;
   }
-  if (!items_.empty()) cuts_.push_back({from, place.to});
+  if (!items_.empty()) cuts_.push_back({{from, place.to}, false});
   carry();
 }
 
@@ -261,9 +260,8 @@ void Writer::tableEnds(Extent endTag, bool isBroken) {
   if (droppedTable_ != openTables_ + 1) return;
   if (isBroken) throw brokenTable();
   droppedTable_ = 0;
-  cuts_.push_back({cutFrom_, endTag.end});
+  cuts_.push_back({{cutFrom_, endTag.end}, !open_.back().wasDivided});
   carry();
-  endsDroppedTable_ = true;
 }
 
 // ---- The end ----
@@ -288,7 +286,6 @@ void Writer::end(std::size_t at) {
   place.from = place.to = at;
   place.inlinesFrom = place.inlinesTo = walker_.inlines().top();
   place.block = walker_.block();
-  place.lacksBoundary = !isDivided_;
   settleCuts();
   markup_.copyTo(at);
   if (lastTableEnd_ == at)

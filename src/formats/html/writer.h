@@ -99,7 +99,12 @@ class Writer final : public Events {
   std::vector<Item> items_;
   std::vector<Character> characters_;
   std::vector<Piece> pieces_;  ///< those carried on from earlier paragraphs first
-  std::vector<Extent> cuts_;   ///< what is to be left out, behind all that is written
+  /// What is to be left out, behind all that is written.
+  struct Cut {
+    Extent bytes;
+    bool divides = false;  ///< text in front of it from what comes: something has to stand for it
+  };
+  std::vector<Cut> cuts_;
   /// A block that is open, in what is written.
   struct Open {
     bool holdsParagraph = false;
@@ -114,7 +119,6 @@ class Writer final : public Events {
   std::size_t droppedTable_ = 0;  ///< one more than how many tables were open around it; 0 outside
   std::size_t openTables_ = 0;
   std::size_t cutFrom_ = 0;
-  bool endsDroppedTable_ = false;
   std::size_t unclosedTables_ = 0;
   std::size_t lastTableEnd_ = 0;
 

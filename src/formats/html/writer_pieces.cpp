@@ -193,7 +193,7 @@ void Writer::cutNotes(Aside kind, Extent list) {
     if (token.name != Name::div) continue;
     if (token.kind == Token::Kind::endTag) {
       if (begin != 0 && depth == beginDepth) {
-        cuts_.push_back({begin, token.extent.end});
+        cuts_.push_back({{begin, token.extent.end}, false});
         begin = 0;
       }
       --depth;
