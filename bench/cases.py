@@ -75,6 +75,9 @@ def docx_cases():
     yield Case(".docx 1,000 pages, sparse, find", "sparse.docx",
                [pluvo("find", "--quiet", *BLOCK, "{in}"), limit("docx-find", "{in}", BEGIN), lxml("find")],
                {"limit": ("at most", 2.2), "lxml": ("at least", 5)}, changes=False, right=found())
+    yield Case(".doc 28 MB, 1,000 pages, find", "binary.doc",
+               [pluvo("find", "--quiet", *BLOCK, "{in}"), limit("text-find", "{in}", BEGIN)],
+               {"limit": ("at most", 4)}, changes=False, right=found())
     # Of the beginnings that share the one ending the first is taken that is near enough to it.
     for name, right in (("adversarial", lambda original, result: check.check_only_block(original, result, BEGIN, END)),
                         ("none", changed("highlight"))):

@@ -10,7 +10,9 @@ of the blocks end in a later paragraph.
 
 import os
 import random
+import subprocess
 import sys
+import tempfile
 import zipfile
 
 from generate_rtf import write_rtf
@@ -314,6 +316,11 @@ def main():
     docx("dense.docx", 4, 3_200_000, 50_200, 200, 100, length=256)
     docx("foreign.docx", 3, 3_200_000, 1_200, 200, 100, share=0.6)
     docx("foreign-dense.docx", 4, 3_200_000, 50_200, 200, 100, length=256, share=0.6)
+    # 28 MB as a binary document, which LibreOffice makes of it.
+    docx("binary.docx", 3, 3_200_000, 1_200, 200, 200)
+    with tempfile.TemporaryDirectory() as home:
+        subprocess.run(["soffice", "--headless", "--norestore", "-env:UserInstallation=file://" + home, "--convert-to", "doc",
+                        "--outdir", folder, os.path.join(folder, "binary.docx")], check=True, stdout=subprocess.DEVNULL)
     docx("none.docx", 6, 3_200_000, 0, 200, 100)
     rng = random.Random(5)
     write_docx(os.path.join(folder, "adversarial.docx"), 5, adversarial(rng, Filler(rng), 3_200_000, 100_000), 200, 100)

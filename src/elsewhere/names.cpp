@@ -32,6 +32,7 @@ constexpr std::array<Named, formats::kUnreached> kUnreachedNames = {{
     {"styleSheets", "style sheets"},
     {"templates", "templates"},
     {"formFields", "form fields"},
+    {"earlier", "text of earlier versions"},
 }};
 
 constexpr std::array<Named, formats::kOpaque> kOpaqueNames = {{

@@ -16,6 +16,16 @@ namespace {
 
 constexpr std::array<std::string_view, 8> kExtensions = {"", "txt", "text", "asc", "log", "md", "csv", "tsv"};
 
+/// Under a name of Word's a text is one only without the bytes that documents of other programs have.
+bool isNothingButText(ByteSpan bytes) {
+  const std::string_view front(reinterpret_cast<const char*>(bytes.data()),
+                               std::min<std::size_t>(bytes.size(), 2));
+  const bool isUtf16 = front == "\xFF\xFE" || front == "\xFE\xFF";
+  return !bytes.empty() && (isUtf16 || std::ranges::none_of(bytes, [](std::uint8_t byte) {
+                              return byte < 0x20 && (byte < '\t' || byte > '\r') && byte != 0x1A;
+                            }));
+}
+
 /// Of a text that lies in its bytes.
 LineEnd commonLineEndOf(ByteSpan bytes, const Storage& storage) {
   if (storage.utf8.valid)
@@ -29,7 +39,9 @@ LineEnd commonLineEndOf(ByteSpan bytes, const Storage& storage) {
 }  // namespace
 
 bool PlainFormat::recognises(ByteSpan bytes, std::string_view extension) const {
-  return std::ranges::find(kExtensions, extension) != kExtensions.end() && !formats::signatureOf(bytes);
+  if (formats::signatureOf(bytes)) return false;
+  const bool isOfWord = extension == "doc" || extension == "dot";
+  return isOfWord ? isNothingButText(bytes) : std::ranges::find(kExtensions, extension) != kExtensions.end();
 }
 
 std::span<const std::string_view> PlainFormat::extensions() const { return kExtensions; }

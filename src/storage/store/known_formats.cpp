@@ -1,5 +1,6 @@
 #include "known_formats.h"
 
+#include "doc/doc_format.h"
 #include "docx/docx_format.h"
 #include "html/html_format.h"
 #include "plain/plain_format.h"
@@ -15,6 +16,7 @@ formats::Registry knownFormats() {
   registry.add(std::make_unique<docx::DocxFormat>());
   registry.add(std::make_unique<rtf::RtfFormat>());
   registry.add(std::make_unique<formats::html::HtmlFormat>());
+  registry.add(std::make_unique<doc::DocFormat>());
   registry.add(std::make_unique<plain::PlainFormat>());
   return registry;
 }

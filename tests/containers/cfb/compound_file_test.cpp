@@ -18,7 +18,7 @@ using testing::HasSubstr;
 
 std::string repeated(std::size_t length, char first) {
   std::string text(length, first);
-  for (std::size_t i = 0; i < length; ++i) text[i] = static_cast<char>(first + i % 23);
+  for (std::size_t i = 0; i < length; ++i) text[i] = static_cast<char>(first + static_cast<int>(i % 23));
   return text;
 }
 

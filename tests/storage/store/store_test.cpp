@@ -120,7 +120,9 @@ TEST(Store, RefusesWhatItCannotOpen) {
   const auto refusal = [&](const std::string& path) { return refusalOf([&] { store.open(path); }); };
   EXPECT_THAT(refusal(scratch.put("~$letter.txt", "x")), StartsWith("temporary: "));
   EXPECT_THAT(refusal(scratch.put("zip.txt", "PK\x03\x04")), StartsWith("unsupported: "));
-  EXPECT_THAT(refusal(scratch.put("plain.doc", "text")), StartsWith("damaged: "));
+  EXPECT_EQ(refusal(scratch.put("plain.doc", "text")), "");
+  EXPECT_THAT(refusal(scratch.put("other.doc", std::string("text\0", 5))), StartsWith("damaged: "));
+  EXPECT_THAT(refusal(scratch.put("old.dot", std::string("\xDB\xA5\x2D\0", 4))), StartsWith("unsupported: "));
   EXPECT_THAT(refusal(scratch.path("missing.txt")), StartsWith("io: "));
   std::filesystem::resize_file(scratch.put("large.txt", ""), 0x80000000);  // of holes only
   EXPECT_THAT(refusal(scratch.path("large.txt")), StartsWith("too-large: "));

@@ -1,0 +1,64 @@
+// Word's binary documents of any bytes: every story read, looked at, and looked through for what is
+// elsewhere. The first byte says whether the rest is a file, or its streams; of these the next two bytes say
+// how long the one with the text is, and two more how long that of tables is.
+
+#include "containers/cfb/compound_builder.h"
+#include "doc/doc_format.h"
+#include "document/document.h"
+#include "elsewhere/elsewhere.h"
+#include "support/invariants.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <string_view>
+
+namespace {
+
+using namespace pluvo;
+
+void require(bool condition, const char* what) {
+  if (condition) return;
+  std::fprintf(stderr, "not so: %s\n", what);
+  std::abort();
+}
+
+std::string fileOf(std::string_view rest) {
+  if (rest.size() < 4) return {};
+  const base::ByteSpan sizes(reinterpret_cast<const std::uint8_t*>(rest.data()), 4);
+  const std::string_view document = rest.substr(4, base::get16(sizes, 0));
+  const std::string_view behind = rest.substr(4 + document.size());
+  const std::string_view tables = behind.substr(0, base::get16(sizes, 2));
+  return cfb::compoundFile({{"WordDocument", std::string(document)},
+                            {"1Table", std::string(tables)},
+                            {"Data", std::string(behind.substr(tables.size()))}});
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  if (size == 0) return 0;
+  const std::string_view rest(reinterpret_cast<const char*>(data) + 1, size - 1);
+  const std::string file = data[0] % 2 == 0 ? fileOf(rest) : std::string(rest);
+  try {
+    formats::Hint hint;
+    hint.allStories = true;
+    formats::Opened opened = doc::DocFormat().read(base::Bytes::of({file.begin(), file.end()}), hint);
+    const document::Document document(std::move(opened.stories), opened.source);
+    for (std::size_t i = 0; i < document.count(); ++i)
+      require(notation::damageOf(document.story(i)).empty(), "a sound story");
+    require(opened.source->appearance().length() == document.mainText().length(), "looks of all the text");
+    engine::Request request;
+    request.begin = u"e";
+    request.distance = 0;
+    elsewhere::lookElsewhere(*opened.source, document, {&request, 1});
+    base::MemoryOutput out;
+    opened.source->write(document, out);
+    require(
+        std::ranges::equal(out.bytes(), file, {}, {}, [](char c) { return static_cast<std::uint8_t>(c); }),
+        "written as read");
+  } catch (const errors::DocumentError&) {
+    // Refused.
+  }
+  return 0;
+}

@@ -1,0 +1,51 @@
+#include "doc/doc_format.h"
+
+#include "cfb/compound_file.h"
+#include "doc_source.h"
+#include "old_kinds.h"
+#include "protection.h"
+#include "reader.h"
+#include "stories.h"
+
+#include <array>
+#include <memory>
+
+namespace pluvo::doc {
+
+namespace {
+
+using namespace std::string_view_literals;
+
+constexpr std::array kExtensions = {"doc"sv, "dot"sv};
+
+}  // namespace
+
+bool DocFormat::recognises(base::ByteSpan bytes, std::string_view extension) const {
+  return cfb::isCompoundFile(bytes) || otherKindOf(bytes, extension);
+}
+
+std::span<const std::string_view> DocFormat::extensions() const { return kExtensions; }
+
+formats::Opened DocFormat::read(base::Bytes bytes, const formats::Hint& hint) const {
+  if (!cfb::isCompoundFile(bytes.view)) {
+    const auto kind = otherKindOf(bytes.view, "doc");
+    throw unsupportedKind(kind ? *kind : "no document of Word's");
+  }
+  const auto document = std::make_shared<const Opened>(std::move(bytes));
+  Walker walker(document->text);
+  const std::vector<StoryPlace> stories = storiesOf(document->text);
+  formats::Opened opened;
+  for (const StoryPlace& place : stories) {
+    if (!hint.allStories && !opened.stories.empty()) break;
+    document::Content content = TextReader(walker, &DocSource::restriction()).read(place.from, place.to);
+    content.kind = place.kind;
+    if (place.anchor) content.anchors.push_back(*place.anchor);
+    opened.stories.push_back(std::move(content));
+  }
+  opened.again.allStories = hint.allStories;
+  opened.source = std::make_unique<DocSource>(document, opened.stories.front().text.length());
+  opened.protection = protectionOf(document->text);
+  return opened;
+}
+
+}  // namespace pluvo::doc

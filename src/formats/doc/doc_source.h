@@ -1,0 +1,39 @@
+#pragma once
+
+#include "formats/format.h"
+#include "word_file.h"
+
+#include <memory>
+
+namespace pluvo::doc {
+
+/// What stays of a document: its streams, and where its text lies in them.
+struct Opened {
+  explicit Opened(base::Bytes bytes) : streams(Streams::open(std::move(bytes))) {}
+
+  Streams streams;
+  Text text{streams, 0};
+};
+
+class DocSource final : public formats::Source {
+ public:
+  /// Of a main text of so many characters.
+  DocSource(std::shared_ptr<const Opened> opened, text::Position length)
+      : opened_(std::move(opened)), length_(length) {}
+
+  std::optional<std::string> refusesText(std::u16string_view newText) const override;
+  bool holdsHighlight() const override { return true; }
+  void write(const document::Document& document, base::Output& out) const override;
+  std::uint64_t unpackedSize() const override { return opened_->streams.file.bytes().size(); }
+  text::RunMap<formats::Appearance> appearance() const override;
+  void tellOtherTexts(const document::Story& mainText, formats::OtherTexts& texts) const override;
+
+  /// Why nothing of it can be changed.
+  static const document::Restriction& restriction();
+
+ private:
+  std::shared_ptr<const Opened> opened_;
+  text::Position length_;
+};
+
+}  // namespace pluvo::doc

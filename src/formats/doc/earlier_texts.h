@@ -1,0 +1,14 @@
+#pragma once
+
+#include "word_file.h"
+
+#include <functional>
+#include <string_view>
+
+namespace pluvo::doc {
+
+/// Text that no piece uses any more, as saving only what changed leaves behind: what was deleted, and what
+/// was replaced.
+void forEachEarlierText(const Text& text, const std::function<void(std::u16string_view)>& visit);
+
+}  // namespace pluvo::doc

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "base/bytes.h"
+#include "cfb/compound_file.h"
+#include "errors/document_error.h"
+
+#include <optional>
+#include <string_view>
+
+namespace pluvo::doc {
+
+/// What a file that is no compound file is, where it is of a kind that goes by the name .doc and nobody here
+/// reads: "a Word 2 document". Only under such a name what is no document of its own beginning.
+std::optional<std::string_view> otherKindOf(base::ByteSpan bytes, std::string_view extension);
+
+errors::DocumentError unsupportedKind(std::string_view kind);
+
+/// Of a compound file without a document of Word's.
+errors::DocumentError notWord(const cfb::CompoundFile& file);
+/// Of a document whose information block is of an earlier version.
+errors::DocumentError beforeWord97(base::ByteSpan document);
+
+}  // namespace pluvo::doc

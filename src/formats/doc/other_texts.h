@@ -1,0 +1,14 @@
+#pragma once
+
+#include "doc_source.h"
+#include "document/story.h"
+#include "formats/other_texts.h"
+
+namespace pluvo::doc {
+
+/// Tells headers, notes, comments and boxes, and what no request reaches: properties, variables, WordArt,
+/// descriptions of pictures, the glossary of a template, what earlier versions left behind. What went from
+/// main text takes its notes, comments and boxes along.
+void tellOtherTexts(const Opened& opened, const document::Story& mainText, formats::OtherTexts& texts);
+
+}  // namespace pluvo::doc

@@ -1,0 +1,68 @@
+#include "word_file.h"
+
+#include "base/little_endian.h"
+#include "damage.h"
+#include "old_kinds.h"
+
+namespace pluvo::doc {
+
+using errors::DocumentError;
+using errors::Problem;
+
+namespace {
+
+constexpr std::uint16_t kWord97 = 0xA5EC;
+constexpr std::uint16_t kFirstVersion = 0xC1;
+
+DocumentError encrypted() {
+  return {Problem::password,
+          "The document is encrypted with a password; open it in a word processor and save it without one."};
+}
+
+}  // namespace
+
+Streams Streams::open(base::Bytes bytes) {
+  Streams streams{cfb::CompoundFile::open(std::move(bytes)), {}, {}, {}};
+  const auto stream = streams.file.stream("WordDocument");
+  if (!stream) throw notWord(streams.file);
+  if (streams.file.find("\x06"
+                        "DataSpaces") ||
+      streams.file.find("\x09"
+                        "DRMContent"))
+    throw DocumentError(
+        Problem::unsupported,
+        "Rights management protects the document, and its text cannot be read; open it in Word with "
+        "an account that may, and save it without restrictions.");
+  streams.document = streams.file.read(*stream);
+  if (streams.document.view.size() < 0x20) throw damaged("information block is cut off");
+  const base::ByteSpan document = streams.document.view;
+  if (base::get16(document, 0) != kWord97 || base::get16(document, 2) < kFirstVersion)
+    throw beforeWord97(document);
+  const std::uint16_t flags = base::get16(document, 0x0A);
+  if ((flags & Fib::kEncrypted) != 0) throw encrypted();
+  const auto tables = streams.file.stream((flags & Fib::kTableOne) != 0 ? "1Table" : "0Table");
+  if (!tables) throw damaged("stream of tables is missing");
+  streams.tables = streams.file.read(*tables);
+  if (const auto data = streams.file.stream("Data")) streams.data = streams.file.read(*data);
+  return streams;
+}
+
+Text::Text(const Streams& streams, std::size_t fibAt)
+    : fib(Fib::read(streams.document.view, fibAt)),
+      document(streams.document.view),
+      tables(streams.tables.view),
+      data(streams.data.view),
+      pieces(PieceTable::read(in(Table::pieces), document)),
+      characters(FormattedPages::Of::characters, document, in(Table::characterPages)),
+      paragraphs(FormattedPages::Of::paragraphs, document, in(Table::paragraphPages)),
+      styles(Styles::read(in(Table::styles), data)) {
+  if (pieces.length() != fib.lengthOfAll()) throw damaged("texts are not as long as it says");
+  // Pieces may share their bytes, where text was copied, but not many of them.
+  constexpr std::size_t kMostShared = 16;
+  if (static_cast<std::size_t>(pieces.length()) / kMostShared > document.size())
+    throw damaged("pieces stand for the same text too often");
+  if (pieces.length() > text::kMaxLength / 2)
+    throw DocumentError(Problem::tooLarge, "The document has more than 1,073,741,823 characters; divide it.");
+}
+
+}  // namespace pluvo::doc

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "base/bytes.h"
+#include "cfb/compound_file.h"
+#include "fib.h"
+#include "formatted_pages.h"
+#include "piece_table.h"
+#include "styles.h"
+
+#include <cstddef>
+#include <memory>
+
+namespace pluvo::doc {
+
+/// The streams of a document.
+struct Streams {
+  cfb::CompoundFile file;
+  base::Bytes document;
+  base::Bytes tables;
+  base::Bytes data;  ///< empty where there is none
+
+  /// Throws DocumentError: what the file is where it is no document that can be read; password where it is
+  /// encrypted.
+  static Streams open(base::Bytes bytes);
+};
+
+/// All that a walk over a text of a document asks: main text and its companions, or those of the glossary.
+struct Text {
+  /// Throws DocumentError: damaged. The streams outlive it.
+  Text(const Streams& streams, std::size_t fibAt);
+
+  Fib fib;
+  base::ByteSpan document;
+  base::ByteSpan tables;
+  base::ByteSpan data;
+  PieceTable pieces;
+  FormattedPages characters;
+  FormattedPages paragraphs;
+  Styles styles;
+
+  base::ByteSpan in(Table table) const { return fib.in(tables, table); }
+};
+
+}  // namespace pluvo::doc
