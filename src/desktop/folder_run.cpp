@@ -333,6 +333,8 @@ std::optional<engine::PassResult> FolderRun::pass(const runs::OpenForPass& open)
 }
 
 void FolderRun::document(const runs::Outcome& outcome) {
+  // Of a run that asks nobody the jobs go on meanwhile; what the window is shown later comes after it.
+  if (passesItself_) return place_.work.tell([this, outcome] { tell(outcome); });
   place_.work.show([&] { tell(outcome); });
 }
 

@@ -1,17 +1,12 @@
-/// Boxes, yielding and launching, by whatever toolkit.
+/// Boxes and launching, by whatever toolkit.
 #include "errors/fault.h"
 #include "user.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <chrono>
-#include <thread>
-
 namespace pluvo::forms {
 namespace {
-
-using namespace std::chrono_literals;
 
 class ShownBoxes : public testing::Test {
  protected:
@@ -45,23 +40,6 @@ TEST_F(ShownBoxes, GiveWhatIsTypedUnlessTheyAreCancelled) {
     });
     EXPECT_EQ(user.inputs.ask(u"a number", u"How far?"), end == User::kEnter ? u"12" : u"");
   }
-}
-
-TEST_F(ShownBoxes, YieldToWhatWaitsButNotWithinAYield) {
-  const auto yieldUntil = [&](auto done, int waits) {
-    for (int wait = 0; wait < waits && !done(); ++wait) {
-      std::this_thread::sleep_for(5ms);
-      user.yielding.yield();
-    }
-  };
-  int done = 0;
-  user.later([&] {
-    user.later([&] { ++done; });
-    yieldUntil([&] { return done > 0; }, 40);
-    EXPECT_EQ(done++, 0);
-  });
-  yieldUntil([&] { return done == 2; }, 12'000);
-  EXPECT_EQ(done, 2);
 }
 
 TEST_F(ShownBoxes, TellWhatCannotBeStarted) {

@@ -7,6 +7,9 @@
 #include "errors/fault.h"
 #include "forms_shown/shown_form.h"
 
+#include <chrono>
+#include <thread>
+
 namespace pluvo::forms {
 namespace {
 
@@ -206,6 +209,23 @@ TEST_F(ShownForm, EndsWithTheProgram) {
   MSG message = {};
   EXPECT_TRUE(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE)) << "so that Word ends too";
   EXPECT_EQ(message.wParam, 3U);
+}
+
+TEST_F(ShownForm, YieldsToWhatWaitsButNotWithinAYield) {
+  const auto yieldUntil = [&](auto done, int waits) {
+    for (int wait = 0; wait < waits && !done(); ++wait) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(5));
+      user.yielding.yield();
+    }
+  };
+  int done = 0;
+  user.later([&] {
+    user.later([&] { ++done; });
+    yieldUntil([&] { return done > 0; }, 40);
+    EXPECT_EQ(done++, 0);
+  });
+  yieldUntil([&] { return done == 2; }, 12'000);
+  EXPECT_EQ(done, 2);
 }
 
 TEST_F(ShownForm, YieldsAgainAfterAFaultInTheMidstOfIt) {

@@ -399,6 +399,8 @@ void ParagraphWriter::putMarkLook(std::int32_t inlines) {
     markup_.leadTo(inlines, dueMark_.colour);
     markup_.put("<o:p></o:p>");
   } else {
+    // Within a highlight it would have its colour.
+    markup_.leadTo(inlines, 0);
     markup_.put(markLook(dueMark_.colour, dueMark_.isHidden, dueMark_.isDeleted));
   }
 }

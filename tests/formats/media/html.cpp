@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
+#include <utility>
 #include <vector>
 
 namespace pluvo::formats {
@@ -31,7 +33,11 @@ class PageBuilder {
       return;
     }
     const auto element = kElements.find(unit);
-    if (unit == u' ' && folds_) {
+    if (unit == u' ' && !folds_ && !blank_) {
+      blank_ = look;
+      return;
+    }
+    if (unit == u' ' && (folds_ || blank_)) {
       put("<span style='mso-spacerun:yes'>&nbsp;</span>", look);
     } else {
       put(element != kElements.end() ? element->second : base::utf8(firstHalf_ + unit), look);
@@ -75,7 +81,7 @@ class PageBuilder {
     folds_ = true;
   }
 
-  text::Position length() const { return length_; }
+  text::Position length() const { return length_ + (blank_ ? 1 : 0); }
   std::size_t openFields() const { return inCode_.size(); }
   std::size_t openTables() const { return tables_; }
   std::string page() const { return "<html><meta charset=utf-8><body>" + body_ + "</body></html>"; }
@@ -98,7 +104,15 @@ class PageBuilder {
     if (!isOpen_) folds_ = true;
     isOpen_ = true;
   }
+  /// A blank folds at the end of its paragraph, so how it is written shows when something follows.
+  void putBlank(bool isLast) {
+    if (!blank_) return;
+    const Look look = *std::exchange(blank_, std::nullopt);
+    put(isLast ? "<span style='mso-spacerun:yes'>&nbsp;</span>" : " ", look);
+    folds_ = true;
+  }
   void put(const std::string& content, Look look) {
+    putBlank(content.starts_with("<br"));
     openCell();
     ++length_;
     const bool inCode = std::ranges::count(inCode_, true) > 0;
@@ -121,14 +135,17 @@ class PageBuilder {
     return true;
   }
   void mark(Look look, const std::string& end) {
+    putBlank(true);
     openCell();
     ++length_;
     const std::string tag = tagFor({look.hidden, look.highlight});
     if (!tag.empty()) body_ += tag + "<o:p></o:p></span>";
     body_ += end;
     isOpen_ = false;
+    folds_ = true;
   }
   void close() {
+    putBlank(true);
     if (isOpen_) body_ += "</p>";
     isOpen_ = false;
     if (!cells_.empty() && !cells_.back()) {
@@ -139,6 +156,7 @@ class PageBuilder {
 
   std::string body_;
   std::string lastBegin_;
+  std::optional<Look> blank_;
   std::u16string firstHalf_;
   std::vector<bool> inCode_;
   std::vector<bool> cells_;  ///< of each table: whether one is open

@@ -52,8 +52,13 @@ TEST(Selections, HaveTheTextTheyShow) {
 
 TEST(Edits, TakeLineEndsOfAnyKind) {
   expectEdits({{"x[ay\\\na]¶", setText(u"1\r\n2\n3\r4\n\r"), "x[a1¶2¶3¶4¶¶a]¶"},
-               {"x[aya]¶", insertAfter(u"\t\v\f\x0E\x1E\x1F"),
-                "x[ay\t\v\f\x0E\x1E\x1F"
+               {"x[aya]¶", insertAfter(u"\t\v\f\x0E"),
+                "x[ay\t\v\f\x0E"
+                "a]¶"},
+               {"x[ay\x1E\x1F"
+                "a]¶",
+                insertAfter(u"\x1F\x1E"),
+                "x[ay\x1E\x1F\x1F\x1E"
                 "a]¶"}});
 }
 
