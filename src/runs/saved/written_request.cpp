@@ -98,6 +98,7 @@ document::Places placesNamed(std::string_view word) {
   if (word == "notes") return {document::Place::footnotes, document::Place::endnotes};
   if (const auto place = document::placeNamed(word)) return {*place};
   std::vector<std::string_view> names;
+  names.reserve(document::kPlaces + 2);
   for (const document::Place place : document::kAllPlaces) names.push_back(document::keyOf(place));
   names.insert(names.end(), {"notes", "all"});
   refuse("in", " takes " + base::joinedWithOr(names) + ", several with commas between, not '" +
