@@ -62,7 +62,7 @@ class RunsOverFiles : public UsedWindow {
 
 TEST_F(RunsOverFiles, AndTheWindowKnowAPasswordThatWasRightOnce) {
   const std::string file = docx::encrypted(docx::fileOf("[a]secret[b]"));
-  for (const char* name : {"a.docx", "b.docx", "c.docx"}) scratch.put(name, file);
+  scratch.put("a.docx", file);
   const auto typing = [this](const std::u16string& password, const char* button) {
     expectBox([password, button](QWidget& box) {
       EXPECT_EQ(box.windowTitle(), QLatin1String("Enter Password"));
@@ -89,6 +89,9 @@ TEST_F(RunsOverFiles, AndTheWindowKnowAPasswordThatWasRightOnce) {
     typing(u"wrong", "cmdProceed");
     expectAnswer(QMessageBox::Yes);
     typing(right, "cmdProceed");
+    execute();
+    settle();
+    for (const char* name : {"b.docx", "c.docx"}) scratch.put(name, file);
     execute();
     settle();
     for (const char* name : {"a.docx", "b.docx", "c.docx"})

@@ -216,7 +216,9 @@ class UsedWindow : public testing::Test {
     if (!answers_.empty()) {
       const auto doing = answers_.front();
       answers_.pop_front();
+      const QPointer<QWidget> there = box;
       doing(*box);
+      if (there && !there->isVisible()) answered_ = nullptr;  // the same form may ask again
     } else if (auto* message = qobject_cast<QMessageBox*>(box)) {
       if (!discarding_)
         ADD_FAILURE() << message->text().toStdString() << message->informativeText().toStdString();
