@@ -1,7 +1,7 @@
-// A web page of any bytes: read, looked through for what is elsewhere, written back unchanged, edited, written
-// and read again. The first byte counts the edits, of five bytes each, that follow it; then comes the file. A
-// new version that the comparison with what was meant refuses is not saved, and so no fault here, unless
-// PLUVO_FUZZ_STRICT is set.
+// A web page of any bytes: read, looked through for what is elsewhere, written back unchanged, edited,
+// written and read again. The first byte counts the edits, of five bytes each, that follow it; then comes the
+// file. A new version that the comparison with what was meant refuses is not saved, and so no fault here,
+// unless PLUVO_FUZZ_STRICT is set.
 
 #include "document/same_document.h"
 #include "elsewhere/elsewhere.h"

@@ -115,8 +115,7 @@ void FileDriver::summarize(dialog::clsProcessFind& engine) const {
   if (tracked_ > 0)
     summary += u"\r\n\r\nChanges are tracked in " + base::decimal(tracked_) +
                (tracked_ == 1 ? u" file" : u" files") + u": what was deleted there is still in the text.";
-  if (const std::u16string originals = toldOfRun(); !originals.empty())
-    summary += u"\r\n\r\n" + originals;
+  if (const std::u16string originals = toldOfRun(); !originals.empty()) summary += u"\r\n\r\n" + originals;
 }
 
 void FileDriver::processFile(dialog::clsProcessFind& engine, const std::u16string& path) {

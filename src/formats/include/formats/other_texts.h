@@ -38,7 +38,7 @@ enum class Unreached : std::uint8_t {
   styleSheets,
   templates,
   formFields,  ///< what they say, and what can be chosen in them
-  earlier,  ///< what a program that saves changes alone left in the file of text that was deleted
+  earlier,     ///< what a program that saves changes alone left in the file of text that was deleted
 };
 inline constexpr std::size_t kUnreached = 23;
 

@@ -43,8 +43,8 @@ class MemoryDocument : public word::Document, public std::enable_shared_from_thi
                                                 std::shared_ptr<const document::Medium> medium = nullptr,
                                                 std::u16string name = {}, std::string path = {});
 
-  /// Another document of the same name, in no word processor, with a text as this one had it then and the same
-  /// selection. It is for whoever shows it while another thread edits this one.
+  /// Another document of the same name, in no word processor, with a text as this one had it then and the
+  /// same selection. It is for whoever shows it while another thread edits this one.
   std::shared_ptr<MemoryDocument> copy();
 
   std::shared_ptr<word::Range> Range(std::int32_t start, std::int32_t end) override;
