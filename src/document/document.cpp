@@ -46,16 +46,24 @@ std::size_t Document::firstOf(word::WdStoryType kind, std::size_t i) const {
 
 bool Document::isGone(std::size_t i) const {
   if (!gone_.empty()) return gone_[i];
-  constexpr std::size_t kDeepest = 1000;  // stories that hang on one another in a ring stay
-  return isGone(i, kDeepest);
+  constexpr std::size_t kDeepest = 1000;  // stories that hang deeper stay
+  Fates fates;
+  return isGone(i, fates, kDeepest);
 }
 
-bool Document::isGone(std::size_t i, std::size_t depth) const {
+/// Each story is judged once, however many anchors lead to it.
+bool Document::isGone(std::size_t i, Fates& fates, std::size_t depth) const {
   const std::vector<StoryAnchor>& anchors = stories_[i]->anchors();
   if (anchors.empty() || depth == 0) return false;
-  return std::all_of(anchors.begin(), anchors.end(), [&](const StoryAnchor& anchor) {
-    return isGone(anchor) || isGone(anchor.story, depth - 1);
-  });
+  // Stories that hang on one another in a ring stay: the one at hand counts as there meanwhile.
+  const auto [known, isFirst] = fates.emplace(i, false);
+  bool& fate = known->second;
+  if (isFirst) {
+    fate = std::all_of(anchors.begin(), anchors.end(), [&](const StoryAnchor& anchor) {
+      return isGone(anchor) || isGone(anchor.story, fates, depth - 1);
+    });
+  }
+  return fate;
 }
 
 bool Document::isGone(const StoryAnchor& anchor) const {

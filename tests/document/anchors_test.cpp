@@ -53,5 +53,19 @@ TEST(Anchors, takeTheirStoriesAlongAndBringThemBack) {
   EXPECT_EQ(goneOf(document), u"");
 }
 
+/// Each note has two references to the next one: to judge them one by one would double with each note.
+TEST(Anchors, ofNotesInNotesCostNoMoreThanTheNotes) {
+  std::vector<Content> all;
+  all.push_back(content(word::wdMainTextStory, u"a\x02\r", {}));
+  constexpr std::size_t kNotes = 100;
+  for (std::size_t i = 0; i < kNotes; ++i)
+    all.push_back(
+        content(word::wdFootnotesStory, u"n\x02\x02\r",
+                i == 0 ? std::vector<StoryAnchor>{{0, 1}} : std::vector<StoryAnchor>{{i, 1}, {i, 2}}));
+  Document document(std::move(all));
+  document.mainText().replace({1, 2}, u"", text::View::results);
+  EXPECT_EQ(goneOf(document).size(), kNotes);
+}
+
 }  // namespace
 }  // namespace pluvo::document

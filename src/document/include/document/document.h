@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <unordered_map>
 #include <vector>
 
 namespace pluvo::document {
@@ -51,7 +52,8 @@ class Document {
     std::uint64_t stamp = 0;
     std::vector<bool> gone;
   };
-  bool isGone(std::size_t i, std::size_t depth) const;
+  using Fates = std::unordered_map<std::size_t, bool>;  ///< of stories: whether they are gone
+  bool isGone(std::size_t i, Fates& fates, std::size_t depth) const;
   bool isGone(const StoryAnchor& anchor) const;
 
   std::shared_ptr<const Medium> medium_;
