@@ -2,6 +2,7 @@
 // elsewhere. The first byte says whether the rest is a file, or its streams; of these the next two bytes say
 // how long the one with the text is, and two more how long that of tables is.
 
+#include "checks.h"
 #include "containers/cfb/compound_builder.h"
 #include "doc/doc_format.h"
 #include "document/document.h"
@@ -9,19 +10,13 @@
 #include "support/invariants.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
+#include <string>
 #include <string_view>
 
 namespace {
 
 using namespace pluvo;
-
-void require(bool condition, const char* what) {
-  if (condition) return;
-  std::fprintf(stderr, "not so: %s\n", what);
-  std::abort();
-}
+using fuzz::require;
 
 std::string fileOf(std::string_view rest) {
   if (rest.size() < 4) return {};

@@ -3,38 +3,18 @@
 // file. A new version that the comparison with what was meant refuses is not saved, and so no fault here,
 // unless PLUVO_FUZZ_STRICT is set.
 
+#include "checks.h"
 #include "document/same_document.h"
 #include "elsewhere/elsewhere.h"
 #include "errors/document_error.h"
-#include "formats/docx/random_edits.h"
 #include "formats/html/html_document.h"
 #include "support/invariants.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
 #include <string_view>
 
-namespace {
-
 using namespace pluvo;
-
-void require(bool condition, const char* what) {
-  if (condition) return;
-  std::fprintf(stderr, "not so: %s\n", what);
-  std::abort();
-}
-
-void edit(document::Story& story, base::ByteSpan program) {
-  for (; program.size() >= 5; program = program.subspan(5)) {
-    const auto place = static_cast<std::uint32_t>(program[0] | program[1] << 8U);
-    docx::editBySeed(story, {place, program[2], program[3], program[4]});
-  }
-}
-
-std::u16string textOf(const document::Story& story) { return story.text().substring(0, story.length()); }
-
-}  // namespace
+using namespace pluvo::fuzz;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size == 0) return 0;
@@ -48,17 +28,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     engine::Request request;
     request.begin = u"e";
     request.distance = 0;
-    elsewhere::lookElsewhere(*opened.source, opened.model, {&request, 1});
-    edit(opened.model, {data + 1, edits});
+    elsewhere::lookElsewhere(*opened.source, opened.document, {&request, 1});
+    edit(opened.document, {data + 1, edits});
     const std::string edited = opened.written();
     const formats::Opened read = formats::html::HtmlFormat().read(formats::html::bytesOf(edited), {});
     const auto what = document::differenceOf(opened.document.snapshot(), read.stories, [] {});
-    if (!what.empty()) {
-      require(std::getenv("PLUVO_FUZZ_STRICT") == nullptr, what.data());
-      return 0;
-    }
+    if (!what.empty()) return refused(what);
     const formats::html::OpenedPage again = formats::html::open(edited);
-    require(textOf(again.model) == textOf(opened.model), "the text that was meant");
+    require(textsOf(again.document) == textsOf(opened.document), "the text that was meant");
     require(again.written() == edited, "written again as read again");
   } catch (const errors::DocumentError&) {
     // Refused: an encoding, a depth, half of a character.

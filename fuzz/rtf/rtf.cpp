@@ -3,53 +3,19 @@
 // comes the file, to which the beginning that makes it one is added. A new version that the comparison with
 // what was meant refuses is not saved, and so no fault here, unless PLUVO_FUZZ_STRICT is set.
 
+#include "checks.h"
 #include "document/same_document.h"
 #include "elsewhere/elsewhere.h"
-#include "formats/docx/random_edits.h"
 #include "formats/rtf/rtf_document.h"
 #include "support/invariants.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 #include <vector>
 
-namespace {
-
 using namespace pluvo;
-
-void require(bool condition, const char* what) {
-  if (condition) return;
-  std::fprintf(stderr, "not so: %s\n", what);
-  std::abort();
-}
-
-/// Half of the edits are those of main text.
-void edit(document::Document& document, base::ByteSpan program) {
-  for (; program.size() >= 5; program = program.subspan(5)) {
-    const auto place = static_cast<std::uint32_t>(program[0] | program[1] << 8U);
-    const std::size_t story = program[4] < 0x80 ? 0 : program[4] / 5U % document.count();
-    docx::editBySeed(document.story(story), {place, program[2], program[3], program[4]});
-  }
-}
-
-int refused(std::string_view what) {
-  require(std::getenv("PLUVO_FUZZ_STRICT") == nullptr, what.data());
-  return 0;
-}
-
-std::vector<std::u16string> textsOf(const document::Document& document) {
-  std::vector<std::u16string> texts;
-  for (std::size_t i = 0; i < document.count(); ++i) {
-    const document::Story& story = document.story(i);
-    if (!document.isGone(i)) texts.push_back(story.text().substring(0, story.length()));
-  }
-  return texts;
-}
-
-}  // namespace
+using namespace pluvo::fuzz;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size == 0) return 0;
