@@ -20,7 +20,7 @@ void suggestWholeDocument(const Plan& plan) {
       "document without --apart.");
 }
 
-/// A slice needs no list of what is left, since the journal knows what is done.
+/// A slice needs no list of unfinished documents, since the journal knows which are done.
 bool goesOnByItself(const Plan& plan) { return !plan.runName.empty(); }
 
 void sayUnfinished(const Plan& plan, const runs::Ended& ended) {

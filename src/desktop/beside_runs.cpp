@@ -66,7 +66,7 @@ void BesideRuns::fileChanged(const std::string& path) {
     OpenDocument& open = *place_.documents.all()[i];
     if (place_.documents.runWorks(*open.document()) || open.view() == nullptr || !open.file().isAt(path))
       continue;
-    // What is not saved stays; saving it will say that the file has changed.
+    // Unsaved changes stay; saving them will say that the file has changed.
     if (!open.changed()) place_.documents.reload(open);
     return;
   }

@@ -43,7 +43,7 @@ class Documents final : public QStackedWidget, private memory::ApplicationObserv
   void reload(const OpenDocument& document);
   /// No work is under way.
   void reloadStale();
-  /// Tabs say names, and what is not saved.
+  /// Tabs show names, and mark documents with unsaved changes.
   void updateTitles();
   /// Where on the screen the selection of the one in front is; empty when it is out of sight.
   QRect selectionRect() const;

@@ -96,7 +96,8 @@ class MainWindow final : public QMainWindow {
   std::unique_ptr<Menus> menus_;
   /// The program's own documents, by their paths.
   std::map<std::u16string, std::unique_ptr<HelpWindow>> help_;
-  /// The document in front as it is shown, in a word processor of its own, for whoever reads the selection.
+  /// The document in front as the window shows it, in a word processor of its own: its selection is read
+  /// here.
   memory::MemoryApplication shown_;
   bool closeWanted_ = false;
   bool closes_ = false;

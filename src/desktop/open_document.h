@@ -17,9 +17,8 @@
 
 namespace pluvo::desktop {
 
-/// One open document, twice: as whoever works on it has it, and as the window shows it. Work in another
-/// thread edits the one and publishes it now and then; the window's thread alone has the other, its view, and
-/// what its passes can be taken back to.
+/// One open document in two copies. Work in another thread edits the first and publishes it now and then. The
+/// window's thread alone has the second, its view, and the states that undo goes back to.
 class OpenDocument final : public memory::DocumentObserver {
  public:
   explicit OpenDocument(const memory::OpenedFile& opened);

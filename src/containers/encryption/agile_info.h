@@ -31,7 +31,7 @@ struct PasswordLock {
   Octets verifier, verifierHash, key;  ///< encrypted
 };
 
-/// What the stream "EncryptionInfo" of agile encryption says behind its version: XML.
+/// The XML after the version in the stream "EncryptionInfo" of agile encryption.
 class AgileInfo {
  public:
   /// Throws errors::DocumentError: damaged, unsupported.

@@ -12,7 +12,7 @@ namespace pluvo::base {
 /// A value read from JSON. Where the JSON has no such value, a member is empty: no text, 0, false.
 class JsonValue {
  public:
-  /// Nothing for what is not one value of well-formed JSON, or has more than 32 levels.
+  /// Reads one JSON value. Nothing where the text is not well-formed, or nests deeper than 32 levels.
   static std::optional<JsonValue> from(std::string_view json);
 
   const JsonValue& operator[](std::string_view member) const;
