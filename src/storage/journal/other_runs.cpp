@@ -27,7 +27,8 @@ bool forget(files::FileSystem& system, const OwnFolder& runs, const std::string&
   } catch (const std::system_error& failure) {
     // A program that has just made the folder came back to it.
     if (failure.code().value() == ENOTEMPTY) return false;
-    throw;
+    // Another program that forgets it, too, was ahead.
+    if (failure.code().value() != ENOENT) throw;
   }
   return true;
 }
@@ -39,8 +40,8 @@ bool OtherRuns::makeRoomIn(const RunUnderWay& run, std::uint64_t bytes) {
   while (!others_->empty() && run.size + bytes + size_ > limit_) {
     const Other oldest = std::move(others_->front());
     others_->pop_front();
-    if (forget(run.system, *run.runs, oldest.name, openRun(run.system, *run.runs, oldest.name)))
-      size_ -= oldest.size;
+    const auto other = openRunIfThere(run.system, *run.runs, oldest.name);
+    if (!other || forget(run.system, *run.runs, oldest.name, *other)) size_ -= oldest.size;
   }
   return run.size + bytes + size_ <= limit_;
 }
@@ -50,13 +51,13 @@ void OtherRuns::weigh(const RunUnderWay& run) {
   for (const std::string& name : runNames(run.system, *run.runs)) {
     if (name == run.name) continue;
     try {
-      const OwnFolder other = openRun(run.system, *run.runs, name);
-      const auto records = recordsIn(run.system, other);
+      const auto other = openRunIfThere(run.system, *run.runs, name);
+      const auto records = other ? recordsIn(run.system, *other) : std::nullopt;
       if (!records) continue;
       const std::vector<Record> kept = keptOf(*records);
-      clearUp(run.system, other, kept);
+      clearUp(run.system, *other, kept);
       // A run that was killed before it replaced anything.
-      if (kept.empty() && forget(run.system, *run.runs, name, other)) continue;
+      if (kept.empty() && forget(run.system, *run.runs, name, *other)) continue;
       const std::uint64_t size = sizeOf(kept);
       others_->push_back({name, size});
       size_ += size;

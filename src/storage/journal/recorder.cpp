@@ -24,8 +24,8 @@ std::string utcNow() {
   return {text.data(), std::strftime(text.data(), text.size(), "%Y%m%d-%H%M%S", &parts)};
 }
 
-/// The name of a new run, whose folder it makes: after those of this second, even where an earlier one is
-/// gone, and after those of a clock that was ahead of this one.
+/// The name of a new run, whose folder it makes. It comes after the names of this second, even where an
+/// earlier run is gone, and after those of a clock that was ahead.
 std::string createRun(files::FileSystem& system, const OwnFolder& runs) {
   const std::vector<std::string> names = runNames(system, runs);
   std::string start = utcNow() + "-";
@@ -73,7 +73,9 @@ Recorder::Recorder(files::FileSystem& system, std::string folder, std::string co
     // Until it is locked, another program may take the new folder for one that was left behind.
     do {
       run.name = createRun(system, *run.runs);
-      run.run = std::make_unique<OwnFolder>(openRun(system, *run.runs, run.name));
+      auto opened = openRunIfThere(system, *run.runs, run.name);
+      if (!opened) continue;
+      run.run = std::make_unique<OwnFolder>(std::move(*opened));
       run.lock = lockRun(system, *run.run);
     } while (run.lock == nullptr);
     run.journal.emplace(system, system.openToAppend(run.run->at(kJournal)));
@@ -95,7 +97,7 @@ Recorder::~Recorder() {
       removeRun(run.system, *run.runs, run.name, *run.run);
     }
   } catch (const std::system_error&) {
-    // An empty run in the list harms nobody, and one with a lock is looked through once more.
+    // An empty run in the list does no harm, and one with a lock is looked through once more.
   }
 }
 

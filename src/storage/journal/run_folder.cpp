@@ -27,7 +27,7 @@ errors::DocumentError notTrusted(const std::string& path) {
   return {errors::Problem::io,
           "\"" + path +
               "\" is a link, or belongs to another user, or other users may write there, so nothing is put "
-              "there, and what is there is not relied on. Make it yours alone, or set XDG_STATE_HOME to a "
+              "there, and its contents are not relied on. Make it yours alone, or set XDG_STATE_HOME to a "
               "folder of your "
               "own (with sudo, the option -H does)."};
 }
@@ -119,6 +119,16 @@ OwnFolder openRun(files::FileSystem& system, const OwnFolder& runs, const std::s
   return {system, runs.at(name), pathIn(runs.path(), name)};
 }
 
+std::optional<OwnFolder> openRunIfThere(files::FileSystem& system, const OwnFolder& runs,
+                                        const std::string& name) {
+  try {
+    return openRun(system, runs, name);
+  } catch (const std::system_error& failure) {
+    if (failure.code().value() == ENOENT) return std::nullopt;
+    throw;
+  }
+}
+
 OwnFolder openAllNamed(files::FileSystem& system, const std::string& folder, Missing missing) {
   const OwnFolder own = openProgram(system, folder, missing);
   const std::string name = "named";
@@ -176,7 +186,7 @@ void forEachRecordIn(files::FileSystem& system, const OwnFolder& run,
   try {
     if (!system.exists(journal)) return;
     if (!isOwn(system, system.statusAt(journal))) throw notTrusted(pathIn(run.path(), kJournal));
-    // Others may be adding to it: what is there now is read.
+    // Others may be adding to it: the present contents are read.
     const files::OpenFile file(system, system.openToRead(journal));
     const std::uint64_t size = system.status(file.handle()).stamp.size;
     std::vector<std::uint8_t> buffer(std::size_t{1024} * 1024);

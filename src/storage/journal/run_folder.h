@@ -38,6 +38,9 @@ enum class Missing { fails, isMade };
 /// The folder of runs, and one in it.
 OwnFolder openRuns(files::FileSystem& system, const std::string& folder, Missing missing = Missing::fails);
 OwnFolder openRun(files::FileSystem& system, const OwnFolder& runs, const std::string& name);
+/// Nothing where another program has removed the run since it was listed.
+std::optional<OwnFolder> openRunIfThere(files::FileSystem& system, const OwnFolder& runs,
+                                        const std::string& name);
 
 /// The folder of the runs with names, beside the folder of runs, and one in it.
 OwnFolder openAllNamed(files::FileSystem& system, const std::string& folder,
@@ -56,7 +59,7 @@ bool isRunName(std::string_view name);
 /// The names of the runs, the oldest first.
 std::vector<std::string> runNames(files::FileSystem& system, const OwnFolder& runs);
 
-/// What the run recorded, in order; none where it did not come to begin its journal. Nothing where the
+/// The run's records, in order; none where it did not begin its journal. Nothing where the
 /// journal cannot be read: of such a run nothing may be removed. Throws DocumentError where the journal is
 /// another's.
 std::optional<std::vector<Record>> recordsIn(files::FileSystem& system, const OwnFolder& run);
@@ -75,19 +78,19 @@ bool isVersion(const files::Stamp& found, const files::Stamp& version);
 /// Whether it is the very file that the run put there. Its disk may have another number since.
 bool isFileOf(const files::Stamp& found, const files::Stamp& version);
 
-/// Whether what is kept in the run's folder is the original, whole. A copy on another disk than the document
+/// Whether the run's folder has the original, whole. A copy on another disk than the document
 /// may have another time.
 bool isOriginal(files::FileSystem& system, const OwnFolder& run, const files::FileStatus& found,
                 const Record& kept, const files::Stamp& document);
 
-/// The same of what lies beside the document, where others may have put it. Only files of the journal's own
+/// The same of a file beside the document, where others may have put it. Only files of the journal's own
 /// disk come to lie there.
 bool isOriginalBeside(const OwnFolder& run, const files::FileStatus& found, const Record& kept);
 
 /// The folder of the document; nothing where there is none.
 std::optional<files::OpenFolder> folderOf(files::FileSystem& system, const Record& kept);
 
-/// What a killed program left beside the document, in its folder: the original goes into the run's folder,
+/// Clears a killed program's files beside the document: the original goes into the run's folder,
 /// all else goes. Where that fails it stays.
 void clearBeside(files::FileSystem& system, const OwnFolder& run, const Record& kept,
                  const std::optional<files::OpenFolder>& folder);
@@ -98,7 +101,7 @@ void clearUp(files::FileSystem& system, const OwnFolder& run, const std::vector<
 /// Nothing hangs on it any more.
 void removeIfPossible(files::FileSystem& system, const files::Place& place);
 
-/// Forgets the run. Its journal goes last of its files, so that what is left of an interrupted call is seen.
+/// Forgets the run. Its journal goes last of its files, so that the rest of an interrupted call is seen.
 void removeRun(files::FileSystem& system, const OwnFolder& runs, const std::string& name,
                const OwnFolder& run);
 

@@ -54,9 +54,10 @@ void requireSameOriginal(const Source& source, const Record& record, const files
   const bool isBeside = original.place.folder != source.run.handle();
   if (isBeside ? !isOriginalBeside(source.run, kept, record)
                : !isOriginal(source.system, source.run, kept, record, document))
-    throw DocumentError(Problem::damaged, "What is kept of this document, \"" + original.path +
-                                              "\", is no longer what was replaced, so the document was left "
-                                              "as it is.");
+    throw DocumentError(Problem::damaged,
+                        "The kept original of this document, \"" + original.path +
+                            "\", is no longer the version that was replaced, so the document was left "
+                            "as it is.");
 }
 
 /// Another user could read the original in the place of a file of theirs.
@@ -93,7 +94,7 @@ void restore(const Source& source, const Record& record, const files::FileStatus
     version.as->owner = found.owner;
     version.as->group = found.group;
   }
-  // Not on record is what lies beside a document that was moved and left a link.
+  // The file beside a document that was moved and left a link is not on record.
   if (original.path == source.pathOf(record) && system.resolve(record.text) == record.text)
     version.temporary = record.beside;
   files::replaceFile(system, record.text, found.stamp, version);
@@ -120,7 +121,8 @@ class Changes {
     if (runs_ == nullptr) return;
     for (const std::string& name : runNames(system_, *runs_)) {
       try {
-        const auto records = recordsIn(system_, openRun(system_, *runs_, name));
+        const auto run = openRunIfThere(system_, *runs_, name);
+        const auto records = run ? recordsIn(system_, *run) : std::nullopt;
         if (!records) continue;
         for (Record& record : keptOf(*records))
           byDocument_->emplace(std::move(record.text), std::pair(record.after, name));
@@ -158,7 +160,7 @@ Undone undoOne(const Source& source, const Record& record, const std::optional<f
     if (!isAsBefore && original && isVersion(found.stamp, record.after)) {
       restore(source, record, found, *original);
     } else if (!isAsBefore && isVersion(found.stamp, record.after)) {
-      throw DocumentError(Problem::damaged, "What was kept of this document, \"" + source.pathOf(record) +
+      throw DocumentError(Problem::damaged, "The kept original of this document, \"" + source.pathOf(record) +
                                                 "\", is gone, so the document was left as it is.");
     } else if (isAsBefore || !original) {
       undone.outcome = Outcome::asBefore;
@@ -233,12 +235,12 @@ std::vector<Run> runs(files::FileSystem& system, const std::string& folder) {
     const OwnFolder all = openRuns(system, folder);
     for (const std::string& name : runNames(system, all)) {
       try {
-        const OwnFolder run = openRun(system, all, name);
-        const auto records = recordsIn(system, run);
+        const auto run = openRunIfThere(system, all, name);
+        const auto records = run ? recordsIn(system, *run) : std::nullopt;
         if (!records) continue;
         Run summary = summaryOf(name, *records);
         if (summary.documents == 0) continue;
-        summary.going = system.exists(run.at(kLock)) && lockRun(system, run) == nullptr;
+        summary.going = system.exists(run->at(kLock)) && lockRun(system, *run) == nullptr;
         found.push_back(std::move(summary));
       } catch (const DocumentError&) {
         Run& refused = found.emplace_back();

@@ -555,6 +555,36 @@ TEST_F(Journal, ForgetsDocumentsThatWereNotReplacedAfterAll) {
   EXPECT_THAT(takeBack(listed().at(0).name), ElementsAre(Pair("b.txt", Outcome::restored)));
 }
 
+/// Before one of the calls of a run, another run ends and a third one clears the journal of empty runs.
+TEST_F(Journal, KeepsOriginalsWhileOtherRunsComeAndGo) {
+  class Busy : public files::FailingFileSystem {
+   public:
+    Busy(int n, std::function<void()> others) : FailingFileSystem(n), others_(std::move(others)) {}
+    void strike() override { others_(); }
+
+   private:
+    std::function<void()> others_;
+  };
+  const std::string path = documents_.put("a.txt", "old");
+  bool struck = true;
+  for (int n = 1; struck; ++n) {
+    struck = false;
+    auto ending = std::make_unique<Recorder>(machineFileSystem(), folder(), "run", kDefaultLimit);
+    Busy busy(n, [&] {
+      struck = true;
+      ending = nullptr;
+      Recorder third(machineFileSystem(), folder(), "run", kDefaultLimit);
+      change(machineFileSystem(), third, documents_.put("c.txt", "old"), "new");
+    });
+    EXPECT_NO_THROW({
+      Recorder recorder(busy, folder(), "run", kDefaultLimit);
+      change(machineFileSystem(), recorder, path, "new");
+      runs(busy, folder());
+    }) << n;
+    std::filesystem::remove_all(folder());
+  }
+}
+
 TEST(Record, SurvivesItsLine) {
   Record record{Record::Kind::kept, "/a b/%\xFF\n", 7, "~pluvo-0123456789abcdef.tmp", {}, {1, 2, 3, -4, 5}};
   record.before = {files::FileKind::regular, {7, 8, 9, 10, 11}, 1, 0640, 12, 13};
