@@ -7,7 +7,7 @@
 
 namespace pluvo::base {
 
-/// Reads from the front of a text. Each function is false where there is none of what it reads.
+/// Reads from the front of a text. Each function is false where the text begins with something else.
 class JsonValue::Reader {
  public:
   explicit Reader(std::string_view json) : rest_(json) {}
@@ -51,7 +51,7 @@ class JsonValue::Reader {
     return true;
   }
 
-  /// What stands between brackets, with commas between.
+  /// The values between brackets, with commas between.
   template <class Item>
   bool list(char end, Item item) {
     rest_.remove_prefix(1);

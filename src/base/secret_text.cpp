@@ -33,7 +33,7 @@ class Crashes {
   }
   rlimit before_ = {};
 #else
-  /// Windows asks its user what a report of a crash may hold.
+  /// Windows asks its user about the contents of a crash report.
   void set(bool /*keep*/) {}
 #endif
 

@@ -13,7 +13,7 @@ bool isControl(char32_t code) {
 }
 
 std::string shown(std::string_view bytes) {
-  // Most of what is shown is plain ASCII, and goes as it is.
+  // Most text is plain ASCII, and is shown as it is.
   const auto plain = [](char c) { return c >= 0x20 && c < 0x7F; };
   std::string text;
   for (std::size_t at = 0; at < bytes.size();) {

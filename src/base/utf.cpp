@@ -8,7 +8,7 @@ namespace {
 
 bool standsForByte(char32_t unit) { return unit >= standInOf(0x80) && unit <= standInOf(0xFF); }
 
-/// Appends what stands for a lone surrogate.
+/// Appends the replacement for a lone surrogate.
 using OnSurrogate = void (*)(std::string& out, char32_t unit);
 
 std::string encoded(std::u16string_view text, OnSurrogate onSurrogate) {
@@ -26,7 +26,7 @@ std::string encoded(std::u16string_view text, OnSurrogate onSurrogate) {
   return out;
 }
 
-/// What stands for a byte that is no UTF-8.
+/// The unit that stands for a byte that is no UTF-8.
 using OnByte = char32_t (*)(char byte);
 
 std::u16string decoded(std::string_view text, OnByte onByte) {

@@ -36,9 +36,9 @@ constexpr std::array<Story, 9> kStories = {{
      "  pluvo find -b 'The Lessor' -e 'the Lessee' lease.txt\n"
      "      from 'The Lessor' to the next 'the Lessee' in the same or the next paragraph\n"
      "  pluvo find -b 'Insurance' -e 'Notices' -i 'fire' --unit document *.txt\n"
-     "      what is insured, where fire is mentioned, however long\n"
+     "      passages on insurance that mention fire, however long\n"
      "  pluvo find -b 'assign' -e 'consent' --apart 20 --unit word --on end lease.txt\n"
-     "      lists each 'consent' at most 20 words behind an 'assign'\n"},
+     "      lists each 'consent' at most 20 words after an 'assign'\n"},
     {"Inserts a text before or after each block, or its beginning, ending or inside text.\n",
      "  pluvo insert -b 'the premises' -t 'all of' --extra-space --on begin lease.txt\n"
      "      'the premises' becomes 'all of the premises'\n"
@@ -61,11 +61,11 @@ constexpr std::array<Story, 9> kStories = {{
      "opening and one saving. 'pluvo save' writes such files.\n",
      "  pluvo run house-style.toml --dry-run lease.docx\n"
      "  pluvo run house-style.toml -r . --report changes.html\n"},
-    {"Saves a request in a file, behind those that are there. The options are those of COMMAND;\n"
+    {"Saves a request in a file, after those that are there. The options are those of COMMAND;\n"
      "documents are named when the file is run. The file is TOML and may be edited and commented.\n",
      "  pluvo save house-style.toml replace -b 'Smith & Sons' -t 'Smith & Daughters Ltd'\n"
      "  pluvo save house-style.toml highlight -b 'to be confirmed' --color pink\n"},
-    {"Takes back what a run changed, the last run where none is named: bytes, permissions and\n"
+    {"Takes back the changes of a run, the last one where none is named: bytes, permissions and\n"
      "time of every document. A document that was changed since is left as it is and named.\n"
      "The originals are kept for you alone in $XDG_STATE_HOME/pluvo/runs (else ~/.local/state),\n"
      "no more than 4 GiB; beyond that the oldest runs are forgotten. A run that has a name of its\n"

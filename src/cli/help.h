@@ -9,7 +9,7 @@
 
 namespace pluvo::cli {
 
-/// What a command's help tells beside its options. Lines end with a line feed; examples are indented.
+/// The help of a command beside its options. Lines end with a line feed; examples are indented.
 struct Story {
   std::string_view what;
   std::string_view examples;
@@ -18,7 +18,7 @@ const Story& storyOf(Command command);
 
 /// What follows the command's name where it is typed.
 std::string_view usageOf(std::optional<Command> command);
-/// What the exit statuses of a command mean, in one indented line.
+/// The exit statuses of a command, in one indented line.
 std::string_view exitStatusOf(std::optional<Command> command);
 
 /// The whole program's help, or one command's.

@@ -18,7 +18,7 @@ Interrupt::Interrupt(bool endsReading) {
   action.sa_handler = noteInterrupt;
   action.sa_flags = static_cast<int>(SA_RESETHAND) | (endsReading ? 0 : SA_RESTART);
   sigemptyset(&action.sa_mask);
-  // Whoever started this in the background had interrupts ignored, and nohup has the loss.
+  // A shell ignores interrupts for programs in the background, and nohup the loss of the terminal.
   sigaction(SIGINT, nullptr, &forInterrupt_);
   if (forInterrupt_.sa_handler != SIG_IGN) sigaction(SIGINT, &action, nullptr);
   sigaction(SIGTERM, &action, &forEnd_);

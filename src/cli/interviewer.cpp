@@ -71,7 +71,7 @@ Reply Interviewer::ask(const runs::Asked& asked) {
   while (true) {
     show(style_.heading(question));
     std::string line;
-    // The end of the input is a "stop": nobody is there to answer any more.
+    // The end of the input is a "stop": no answers can follow.
     const bool answered = static_cast<bool>(std::getline(std::cin, line));
     if (!answered) show("\n");  // the question's line is still open
     const char key = line.empty() ? '?' : static_cast<char>(line[0] | 0x20);

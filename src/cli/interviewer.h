@@ -9,14 +9,14 @@ namespace pluvo::cli {
 
 using Reply = runs::Answer::Reply;
 
-/// Asks a person at a terminal what to do with a block: y yes, n no, a yes to all the rest, s no to the rest
-/// of the document, q stop. Remembers an "all" for the documents that follow.
+/// Asks a person at a terminal what to do with a block. The answers: y yes, n no, a yes to all the rest, s no
+/// to the rest of the document, q stop. Remembers an "all" for the documents that follow.
 class Interviewer {
  public:
   /// The number of the documents of the run.
   explicit Interviewer(std::size_t documents);
 
-  /// Whether there is somebody to ask.
+  /// Whether a person can be asked.
   static bool canAsk();
 
   Reply ask(const runs::Asked& asked);

@@ -10,7 +10,7 @@ class JsonPrinter : public runs::Observer {
  public:
   explicit JsonPrinter(const Plan& plan) : plan_(plan), request_(requestDigestOf(plan)) {}
 
-  /// A slice tells what it is of before its documents, so that one that was killed has told it.
+  /// A slice names its run before its documents, so that a killed one has named it.
   void begins(std::size_t /*documents*/) override {
     if (!plan_.selection.slice) return;
     base::JsonObject slice;

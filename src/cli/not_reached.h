@@ -5,8 +5,8 @@
 
 namespace pluvo::cli {
 
-/// Says what the requests of a run did not reach, and what to do about it: with --strict as an error, which
-/// also a quiet run says, and otherwise to people alone.
+/// Says what the requests of a run did not reach, and what to do about it. With --strict it is an error,
+/// which also a quiet run prints.
 void sayNotReached(const Plan& plan, const runs::Totals& totals);
 
 /// Whether that makes the run a failure.

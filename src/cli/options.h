@@ -26,7 +26,7 @@ constexpr engine::OperationCode operationOf(Command command) {
   return static_cast<engine::OperationCode>(command);
 }
 
-/// The command line as it was typed: texts are bytes, numbers are texts, nothing has been looked at. What it
+/// The command line as it was typed: texts are bytes, numbers are texts, nothing has been checked. What it
 /// means is request.h's business.
 struct TypedOptions : runs::WrittenRequest {
   std::optional<std::string> beginFile, endFile, insideFile, textFile;
@@ -57,7 +57,7 @@ enum class Takes : std::uint8_t { nothing, value, maybeValue };
 using CommandSet = unsigned;
 constexpr CommandSet setOf(Command command) { return 1U << static_cast<unsigned>(command); }
 inline constexpr CommandSet kEveryCommand = 0x1FF;
-/// Those that say what a block is.
+/// Those that define a block.
 inline constexpr CommandSet kBlockCommands = 0x1F;
 /// Those that go over documents.
 inline constexpr CommandSet kRunCommands = kBlockCommands | setOf(Command::run);
@@ -88,7 +88,7 @@ inline bool namesTextFile(const Option& option) {
   return option.valueName == "FILE" && (option.group == kBlockGroup || option.group == kChangeGroup);
 }
 
-/// Whether an option is kept with a request: what is looked for and what is done, not to which documents.
+/// Whether an option is kept with a request: the search and the operation are, the documents are not.
 /// A text is kept itself, whatever file it came from.
 inline bool isPartOfRequest(const Option& option) {
   const bool isAbout =

@@ -99,7 +99,7 @@ void takeSavedCommand(TypedCommandLine& line) {
         "A saved request names no documents; they follow when it is run: pluvo run FILE DOCUMENT...");
 }
 
-/// A saved request is what is done to documents; all else is said where it is run.
+/// A saved request holds the operation; all other options are given where it is run.
 void refuseNotKept(const Option& option) {
   const bool isKept = isPartOfRequest(option) || namesTextFile(option);
   if (isKept || (option.commands & setOf(Command::save)) != 0) return;
@@ -122,7 +122,7 @@ class Scanner {
   const Option* next() {
     const int code = getopt_long(count(), pointers_.data(), letters_.c_str(), longs_.data(), nullptr);
     if (code == -1) return nullptr;
-    if (code == ':') throw UsageError(longName(*optionOf(optopt)) + " needs a value behind it.");
+    if (code == ':') throw UsageError(longName(*optionOf(optopt)) + " needs a value after it.");
     if (code == '?') refuse();
     return optionOf(code);
   }

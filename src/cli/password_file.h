@@ -15,7 +15,7 @@ struct PasswordFile {
 };
 
 /// Reads the file, or standard input for "-". An empty file is one empty password. Leaves no copy in memory.
-/// Throws UsageError for what cannot be read, is no UTF-8, or is over 1 MiB.
+/// Throws UsageError for a file that cannot be read, is no UTF-8, or is over 1 MiB.
 PasswordFile passwordsFrom(const std::string& path);
 
 }  // namespace pluvo::cli

@@ -27,7 +27,7 @@ void readSafety(const TypedOptions& typed, Plan& plan) {
   if (typed.backup) {
     plan.backupSuffix = typed.backup->empty() ? ".bak" : *typed.backup;
     if (plan.backupSuffix->find('/') != std::string::npos) {
-      throw UsageError("--backup takes what to put behind a file's name; it cannot hold a /.");
+      throw UsageError("--backup takes what to put after a file's name; it cannot hold a /.");
     }
     if (plan.backupSuffix->size() >= NAME_MAX)
       throw UsageError("--backup: no name can be as long as that suffix; give a shorter one.");
@@ -94,7 +94,7 @@ std::string encodingFrom(const TypedOptions& typed) {
   }
 }
 
-/// What a shell would take for the same words.
+/// The command line quoted for a shell.
 std::string quotedForShell(const std::string& word) {
   const bool plain = !word.empty() && std::all_of(word.begin(), word.end(), [](char c) {
     return std::isalnum(static_cast<unsigned char>(c)) != 0 ||

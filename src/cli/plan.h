@@ -12,7 +12,7 @@ namespace pluvo::cli {
 
 enum class ProgressLine { automatic, always, never };
 
-/// A run, what it reads from files that are named to it, and what is told of it.
+/// A run, the contents of files named for it, and its output.
 struct Plan : runs::Plan {
   std::string passwordFile;  ///< where the passwords are from
   bool othersMayReadPasswords = false;
@@ -30,8 +30,8 @@ struct Plan : runs::Plan {
 /// The requests saved in a file. Throws UsageError.
 std::vector<engine::Request> requestsIn(const std::string& path);
 
-/// What was typed, made out. Reads the files that hold texts or saved requests and nothing else. Throws
-/// UsageError.
+/// The plan that the command line means. Reads the files that hold texts or saved requests and nothing else.
+/// Throws UsageError.
 Plan planFrom(const TypedCommandLine& line);
 
 }  // namespace pluvo::cli

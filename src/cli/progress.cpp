@@ -54,7 +54,7 @@ void Progress::show() {
   if (!shown_ || Clock::now() - drawnAt_ < kBetweenLines) return;
   (void)std::fflush(stdout);
   std::string shown = line();
-  // What goes on in another row cannot be taken away.
+  // Text that goes on in another row cannot be erased.
   if (const auto columns = columnsOf(STDERR_FILENO)) shown.resize(std::min(shown.size(), *columns - 1));
   put("\r" + shown + "\033[K");
   drawn_ = true;
@@ -68,7 +68,7 @@ void Progress::add(const runs::BlockReport& /*block*/) {
 
 void Progress::add(const runs::Outcome& outcome) {
   ++done_;
-  // Where nobody wants the blocks they are not told one by one.
+  // Blocks are told one by one only on request.
   blocks_ += outcome.found - std::exchange(blocksAtHand_, 0);
   if (outcome.failure) ++failures_[std::string(errors::nameOf(outcome.failure->problem))];
 }

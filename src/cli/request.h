@@ -5,7 +5,7 @@
 
 namespace pluvo::cli {
 
-/// What was typed about the blocks and the change, made out. Reads the files that hold texts and nothing
+/// The request that the options mean. Reads the files that hold texts and nothing
 /// else. The command is one that works on blocks. Throws UsageError.
 engine::Request requestFrom(Command command, const TypedOptions& typed);
 

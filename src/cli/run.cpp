@@ -39,7 +39,7 @@ void sayUnfinished(const Plan& plan, const runs::Ended& ended) {
            left.list);
 }
 
-/// Of a list that may name folders to be searched, only what they hold belongs to slices.
+/// Where a list names folders, their documents belong to slices, not they.
 void readNames(Plan& plan, files::FileSystem& system) {
   if (!plan.filesFrom) return;
   if (!plan.selection.slice || plan.selection.recursive) {

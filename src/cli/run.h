@@ -11,7 +11,7 @@ namespace pluvo::cli {
 /// Status with which the program ends.
 enum ExitStatus : int { kFound = 0, kNoneFound = 1, kFailed = 2 };
 
-/// What the user is told of a run that cannot begin.
+/// The message on a run that cannot begin.
 std::string sentenceFor(const runs::CannotBegin& refused);
 
 /// Works on every document of the plan, several at the same time, and prints what came of each in their

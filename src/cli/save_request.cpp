@@ -14,7 +14,7 @@ void saveRequest(const TypedCommandLine& line, files::FileSystem& system) {
   const engine::Request request = requestFrom(*line.command, line.options);
   const std::string& path = *line.saveTo;
   try {
-    // A request behind others that are wrong would never be reached.
+    // A request after others that are wrong would never be reached.
     if (system.exists(path)) (void)requestsIn(path);
     runs::addRequest(system, path, request);
   } catch (const errors::DocumentError& refused) {

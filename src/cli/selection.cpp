@@ -13,7 +13,7 @@ namespace {
 
 constexpr int kMostLevels = 32000;
 
-/// What stands between commas, without blanks around it.
+/// The items between commas, without blanks around them.
 std::vector<std::string> divided(std::string_view list, const std::string& option) {
   constexpr std::string_view kBlanks = " \t";
   std::vector<std::string> parts;
@@ -127,7 +127,7 @@ runs::Selection selectionFrom(const TypedOptions& typed, std::vector<std::string
   selection.excluded = masksFrom(typed.exclude, "--exclude");
   if (typed.newerThan) selection.newerThan = newerThanFrom(*typed.newerThan);
   if (selection.paths.empty() && !typed.filesFrom) {
-    throw UsageError("Name the documents to work on, behind the options.");
+    throw UsageError("Name the documents to work on, after the options.");
   }
   return selection;
 }

@@ -28,7 +28,7 @@ class TerminalFace final : public runs::Face {
   void ends(const runs::Totals& totals) override;
 
   void warns(const std::string& sentence) override;
-  /// Of a document as a whole the outcome tells what to do.
+  /// For a document as a whole the outcome has the advice.
   bool answers(runs::Question question) const override {
     return plan_.confirm && question == runs::Question::perform;
   }

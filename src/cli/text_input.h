@@ -14,12 +14,12 @@ struct CloseFile {
 };
 using File = std::unique_ptr<std::FILE, CloseFile>;
 
-/// Opens what bytesFrom reads, and refuses what it refuses.
+/// Opens the input that bytesFrom reads, with the same refusals.
 File openGiven(const std::string& path, std::string_view option);
 
-/// A file's bytes, or those of what is open already: standard input for "-", and "/dev/fd/63", which a shell
-/// puts for what another command prints. Throws UsageError, which names the option, for what cannot be read,
-/// for pipes and devices, which may never end, and for what is over 64 MiB.
+/// A file's bytes, or those of an open input: standard input for "-", and "/dev/fd/63", which a shell
+/// passes for another command's output. Throws UsageError, which names the option, for unreadable files,
+/// for pipes and devices, which may never end, and for input over 64 MiB.
 std::string bytesFrom(const std::string& path, std::string_view option);
 /// The same of a file and nothing else.
 std::string bytesOfFile(const std::string& path, std::string_view option);

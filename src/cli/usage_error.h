@@ -4,7 +4,7 @@
 
 namespace pluvo::cli {
 
-/// The command line asks for something that cannot be done: one sentence that says what to do instead.
+/// The command line asks for something that cannot be done: one sentence, with the remedy.
 /// Nothing has been read or written when it is thrown.
 class UsageError : public std::runtime_error {
  public:

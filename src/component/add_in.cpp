@@ -23,7 +23,7 @@ constexpr const wchar_t* kRibbon =
     LR"(highlights, in this document or in all files of a folder." onAction="ButtonPressed"/>)"
     LR"(</group></tab></tabs></ribbon></customUI>)";
 
-/// Nobody reads what a callback answers.
+/// Office ignores the answer of a callback.
 void tellFailure(const errors::Fault& fault) {
   const std::u16string text = u"PLUVO could not be opened.\r\n\r\n" + fault.description;
   MessageBoxW(wordWindow(), reinterpret_cast<const wchar_t*>(text.c_str()), L"P.L.U.V.O.",

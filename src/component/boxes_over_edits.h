@@ -19,7 +19,7 @@ class BoxesOverEdits final : public forms::MessageBoxes {
   BoxesOverEdits(forms::MessageBoxes& boxes, std::function<std::shared_ptr<word::Application>()> application)
       : boxes_(boxes), application_(std::move(application)) {}
 
-  /// Nobody is there to read them: no box is shown from now on, and each answer is that of one that is
+  /// Word is closing: no box is shown from now on, and each answer is that of a box that is
   /// closed.
   void silence() { silent_ = true; }
 

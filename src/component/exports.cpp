@@ -53,7 +53,7 @@ STDAPI DllGetClassObject(REFCLSID classId, REFIID interfaceId, void** object) {
 
 STDAPI DllCanUnloadNow() { return pluvo::component::anythingLives() ? S_FALSE : S_OK; }
 
-/// For the user alone, so that nobody needs rights.
+/// For the user alone, so no rights are needed.
 STDAPI DllRegisterServer() {
   return guardedStatus([] { return registerClass(Audience::user); });
 }

@@ -22,7 +22,7 @@ constexpr DWORD kLoadAtStart = 3;
 constexpr const wchar_t* kClasses = L"Classes";
 constexpr const wchar_t* kAddIns = L"Microsoft\\Office\\Word\\Addins";
 
-/// What is kept by width: the classes and interfaces that its programs see. Names, type libraries and the
+/// Keys for one width: the classes and interfaces that its programs see. Names, type libraries and the
 /// user's add-ins are the same for both.
 struct Width {
   REGSAM view;
@@ -158,7 +158,7 @@ HRESULT unregisterAddIn(Audience audience, const std::vector<Width>& widths) {
   return HRESULT_FROM_WIN32(static_cast<DWORD>(status));
 }
 
-/// Whether COM looks at what was just written for the user. Not every system does: Wine does not before 9.
+/// Whether COM reads the keys just written for the user. Not every system does: Wine does not before 9.
 /// The same may stand there for the machine, so that it is asked for a value that does not.
 bool isSeen() {
   const Software software(HKEY_CURRENT_USER);
@@ -171,7 +171,7 @@ bool isSeen() {
   return seen;
 }
 
-/// Whether this DLL is what is registered there.
+/// Whether this DLL is registered there.
 bool isOwnFor(Audience audience) {
   const auto server =
       Software(rootOf(audience)).read(below(classKey(kOwn, classes().front()), L"InprocServer32"), L"");

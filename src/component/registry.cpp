@@ -34,7 +34,7 @@ class Open {
   HKEY key_ = nullptr;
 };
 
-/// The key in which it lies, and its name there. What is opened by a name alone lies in no other view.
+/// The key in which it lies, and its name there. A key opened by a name alone lies in no other view.
 std::pair<Key, std::wstring> divided(const Key& key) {
   const std::size_t end = key.path.rfind(L'\\');
   if (end == std::wstring::npos) return {{key.view, L""}, key.path};

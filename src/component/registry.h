@@ -49,7 +49,7 @@ class Software {
   HKEY root_;
 };
 
-/// Values as they are written: all of them, or what was there before stays.
+/// Writes all values, or leaves all as they were.
 class Writing {
  public:
   explicit Writing(HKEY root) : software_(root) {}

@@ -37,7 +37,7 @@ ComPtr<IDispatch>& givenWord() {
   return *given;
 }
 
-/// The dialog and what it works with.
+/// The dialog and the objects it works with.
 class Session {
  public:
   Session() {
@@ -155,7 +155,7 @@ void forget(const std::shared_ptr<Session>& session) {
   if (all.one == session) all.one.reset();
 }
 
-/// Takes down what was ended, when it has come to its end.
+/// Destroys the ended dialog once its code has returned.
 void CALLBACK takeDown(HWND /*window*/, UINT /*message*/, UINT_PTR timer, DWORD /*now*/) {
   auto& ended = sessions().ended;
   std::erase_if(ended, [](const auto& session) { return !session->isBusy(); });

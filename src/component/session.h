@@ -10,16 +10,16 @@ namespace pluvo::component {
 /// to the front, and this returns at once. Throws the Fault of a start-up that could not be reported, after
 /// which the next call starts anew.
 ///
-/// The dialog, once made, stays until Word closes, and Word's objects with it: they belong to the thread of
-/// the first call, and a call on another one is refused with Fault kNotAvailable.
+/// The dialog, once made, stays until Word closes, and Word's objects with it. They belong to the thread of
+/// the first call; a call on another one is refused with Fault kNotAvailable.
 void openDialog();
 
 /// The Word that dialogs are made for from now on; null for the one that this process or thread shows.
 void connectTo(IDispatch* word);
 
-/// Word closes, or wants no more of this: the dialog goes with all that stands above it, a run under way
-/// ends, and no object of Word is held when this returns, but by calls to Word that are being made. To be
-/// called on the dialog's thread; does nothing on another one. The next call of openDialog starts anew.
+/// Word closes, or wants no more of this. The dialog is destroyed with all windows above it, and a run under
+/// way ends. When this returns, only calls to Word under way hold an object of Word. To be called on the
+/// dialog's thread; does nothing on another one. The next call of openDialog starts anew.
 void endDialog();
 
 }  // namespace pluvo::component

@@ -4,9 +4,8 @@
 
 namespace pluvo::component {
 
-/// What the user has set in HKEY_CURRENT_USER\Software\PLUVO, as numbers: `Careful` 1; `Log` 1, or 2 with
-/// texts of documents, for which the environment's PLUVO_LOG stands as well. A value that is not set counts
-/// as 0.
+/// The user's settings in HKEY_CURRENT_USER\Software\PLUVO, as numbers. `Careful` is 1. `Log` is 1, or 2 with
+/// texts of documents; the environment's PLUVO_LOG means the same. A value that is not set counts as 0.
 word_com::Manner mannerOfUser();
 
 }  // namespace pluvo::component

@@ -16,7 +16,7 @@ FolderList::FolderList(std::u16string name, scanner::Folders& folders, std::u16s
 void FolderList::Path(const std::u16string& folder) {
   if (!folders_.isFolder(folder)) throw errors::Fault(errors::kPathNotFound, u"Path not found");
   std::u16string path = folder;
-  // What is left of a root without its separator is no folder of its own.
+  // A root without its separator names no folder.
   while (path.ends_with(separator_) && path.find(separator_) + separator_.size() < path.size())
     path.resize(path.size() - separator_.size());
   path_ = std::move(path);

@@ -47,7 +47,7 @@ StatusLine::StatusLine(forms::Form& form, Pages& pages, forms::MultiPage& tabs, 
   });
   execution.Executed.handledBy([this] {
     confirms_ = execution_.confirming();
-    // What was told of the run before is over; of files there is the one at hand.
+    // The message on the run before is over; the file at hand takes its place.
     if (confirms_ && path().empty()) tellOverWhat();
     if (!confirms_) tellOfRun();
   });

@@ -99,7 +99,7 @@ void requireMarkStays(const Story& story, Span span, const Landing* landing, boo
   }
 }
 
-/// What goes: controls that are covered wholly go themselves, of others the content changes.
+/// Controls covered wholly go; the content of others changes.
 void requireRemovable(const Story& story, Span span, const Landing* landing, bool textHasMark) {
   const auto over = [&](Position position) {
     return commonOf(story.controls(), controlAt(story, position - 1), controlAt(story, position));
@@ -168,7 +168,7 @@ void requireUnlocked(const Story& story, const Removal& removal, const Landing* 
     const Landing* const landed = &span == removal.spans.data() ? landing : nullptr;
     requireRemovable(story, span, landed, textHasMark);
     requireMarkStays(story, span, landed, textHasMark);
-    // A paragraph of which the mark in front goes takes in what is left there.
+    // A paragraph whose preceding mark goes takes in the text left there.
     const bool startsParagraph = span.from == 0 || story.endsParagraph(span.from - 1);
     const bool leavesNothing = newText.empty() ? startsParagraph : endsWithMark(newText);
     if (!leavesNothing && holdsMark(story, span))

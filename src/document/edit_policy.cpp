@@ -108,7 +108,7 @@ std::optional<Position> lastMarkIn(const Story& story, Span span, std::int32_t t
 }
 
 /// The paragraph mark to be kept lest the text or the table in front of a removed span run into a table
-/// behind it.
+/// after it.
 std::optional<Position> keptMark(const Story& story, Span removed, bool textInFront) {
   const std::int32_t inFront = tableAt(story, removed.from - 1);
   const std::int32_t behind = tableAt(story, removed.to);

@@ -66,13 +66,13 @@ void addRecoloured(Joined& spans, const Step& kept, const Highlight& now, const 
   }
 }
 
-/// The place of new text among original characters: before or behind each of them.
+/// The place of new text among original characters: before or after each of them.
 Position placeOf(const text::Piece& put) { return put.anchor * 2 + (put.behindAnchor ? 1 : 0); }
 
 }  // namespace
 
-/// New text of a gap stands beside the characters that it has as neighbours there: the kept ones on its sides
-/// and the dropped ones within.
+/// New text of a gap stands beside its neighbours: the kept characters on its sides and the dropped ones
+/// within.
 bool StepReader::next(Step& step) {
   if (!inGap_) enterGap();
   if (piece_ < gapEnd_) {

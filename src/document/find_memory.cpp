@@ -10,7 +10,7 @@ using text::View;
 
 namespace {
 
-/// How far a whole word depends on what is beside it: one character, which may be a surrogate pair.
+/// How far a whole word depends on its neighbours: one character, which may be a surrogate pair.
 constexpr Position kNeighbour = 2;
 
 /// A pass looks for three texts; a preview and a second pass may add theirs.
@@ -37,7 +37,8 @@ std::optional<Span> FindMemory::find(const Query& query, Span span, View view) {
   return match && match->to <= span.to ? match : std::nullopt;
 }
 
-/// Extends what is known to the front, so that it begins where the span does, unless the span ends before it.
+/// Extends the known stretch to the front, so that it begins where the span does, unless the span ends before
+/// it.
 bool FindMemory::reachBack(Entry& entry, Span span) const {
   Known& known = *entry.known;
   if (span.to < known.from) return false;
@@ -60,7 +61,7 @@ void FindMemory::searchOn(Entry& entry, Position to) const {
   } else if (to == text_.length()) {
     known.clear = to;
   } else {
-    // What begins later may end behind the bound.
+    // What begins later may end after the bound.
     known.clear = std::max(known.clear, back(entry.view, to, entry.query.length() - 1));
   }
 }
@@ -80,7 +81,8 @@ void FindMemory::edited(Span replaced, Position newLength) {
   }
 }
 
-/// After an edit in front of clear: what is known moves along, and the place of the edit is searched anew.
+/// After an edit in front of clear: the known stretch moves along, and the place of the edit is searched
+/// anew.
 void FindMemory::followEdit(Entry& entry, Span replaced, Position newLength) const {
   Known& known = *entry.known;
   const Position shift = newLength - replaced.length();
@@ -104,8 +106,8 @@ void FindMemory::followEdit(Entry& entry, Span replaced, Position newLength) con
   }
 }
 
-/// After an edit at or behind clear: what ends in front of it stays known, and so does the match if the
-/// character behind it stays.
+/// After an edit at or after clear: matches that end in front of it stay known. So does the match, if the
+/// character after it stays.
 void FindMemory::keepBefore(Entry& entry, Position edit) const {
   Known& known = *entry.known;
   if (known.match && back(entry.view, edit, kNeighbour) >= known.match->to) return;

@@ -34,8 +34,8 @@ bool sameRuns(const RunMap<Value>& a, const RunMap<Value>& b, Same same) {
   return true;
 }
 
-/// Controls of whole paragraphs are not looked at, nor guided text. A paragraph lies where its mark does, and
-/// new text goes out of a guide that has nothing left on one side of it: memory leaves both as they were.
+/// Controls of whole paragraphs are not looked at, nor guided text. A paragraph lies where its mark does. New
+/// text goes out of a guide that has nothing left on one side of it. Memory leaves both as they were.
 std::int32_t lookedAt(const std::vector<Control>& all, std::int32_t index) {
   const auto at = [&](std::int32_t i) -> const Control& { return all[static_cast<std::size_t>(i)]; };
   while (index != kNone && at(index).isGuided) index = at(index).parent;

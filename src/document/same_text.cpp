@@ -32,9 +32,9 @@ bool equal(const Stretch& a, const Stretch& b) {
   return true;
 }
 
-/// Compares front to back. Where the original and what was read back lie in UTF-8, kept pieces are the same
-/// text when they are the same bytes and begin and end where characters do. Where they lie in the original is
-/// counted anew, since the writer went by what that has noted.
+/// Compares front to back. Where both versions lie in UTF-8, kept pieces with the same bytes are the same
+/// text, if they begin and end where characters do. Where they lie in the original is counted anew, since the
+/// writer went by what that has noted.
 class Comparison {
  public:
   Comparison(const text::PieceText& edited, const text::OriginalText& readBack)
@@ -74,7 +74,7 @@ class Comparison {
     return known && reached_ && sameBytes(knownBytes_);
   }
 
-  /// How long a piece is what was read back tells, and where it begins what went before it.
+  /// The new bytes tell the length of a piece, and the pieces before it tell where it begins.
   bool sameBytes(Position start, const Piece& piece) {
     const Utf8Text::Place begin = walk_->to(piece.original);
     const Utf8Text::Place place = reached_ ? Utf8Text::Place{*reached_} : to_->placeOf(start);

@@ -25,7 +25,7 @@ class Beginning {
   /// Whether the view shows it in a text at all.
   bool standsIn(const text::PieceText& text, const text::RunMap<text::Visibility>& visibility,
                 bool fieldCodes) const;
-  /// How often it stands in a text of its own, one behind the other.
+  /// How often it stands in a text of its own, one after the other.
   std::int64_t countIn(const text::Stretch& text) const;
 
  private:

@@ -33,8 +33,8 @@ bool holdsMark(const text::Stretch& stretch) {
                                  : holdsMark(stretch.narrow, stretch.length);
 }
 
-/// Tells from a field's code, character by character, where text begins that Word shows: behind the name of
-/// the macro, or of the place, that a press on the text leads to.
+/// Tells from a field's code, character by character, where text begins that Word shows. It begins after the
+/// name of the macro, or of the place, that a press on the text leads to.
 class ButtonCode {
  public:
   /// How many of the units are read before that place; all, where it is not reached.

@@ -9,9 +9,9 @@ namespace pluvo::elsewhere {
 /// Whether there is anything that some view does not show.
 bool hasUnshown(const text::RunMap<text::Visibility>& visibility);
 
-/// Counts the beginning where a text holds it and the view does not show it: matches, in the text as it would
-/// be with that shown, of which a character is not. A character that an edit brought in does not count.
-/// Costs nothing where the view shows all.
+/// Counts the beginning where a text holds it and the view does not show it. The search sees hidden
+/// characters too, and counts matches with at least one of them. A character that an edit brought in does not
+/// count. Costs nothing where the view shows all.
 void countUnshown(const document::Story& story, const Beginning& beginning, bool fieldCodes,
                   Elsewhere& found);
 

@@ -144,7 +144,7 @@ void Engine::endPass() {
   state_->view.reset();
 }
 
-/// The search resumes behind each block as it stands then, so that what was put there is not found again.
+/// The search resumes after each block as it stands then, so that new text is not found again.
 void Engine::State::processAllBlocks() {
   using Answer = PassObserver::Answer;
   using Decision = Observer::Decision;
@@ -206,8 +206,8 @@ void Engine::State::countSkipped() {
   result.skipped = search.request.liftLimits ? next : errors::narrow(next);
 }
 
-/// The next search starts behind the block's beginning as it stands now, or at this position where that lies
-/// farther behind.
+/// The next search starts after the block's beginning as it stands now, or at this position where that lies
+/// later.
 void Engine::State::moveSearchPoint(std::int32_t atLeast) {
   word::Range& begin = required(ranges.begin);
   const std::int32_t end = std::max(atLeast, begin.End());

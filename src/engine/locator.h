@@ -61,7 +61,7 @@ class Locator {
   /// Whether it was the observer that ended the search.
   bool isStopped() const { return isStopped_; }
 
-  /// The next search starts behind the current block, or at this position where that lies farther behind.
+  /// The next search starts after the current block, or at this position where that lies later.
   void resumeBehindBlock(std::int32_t atLeast = 0);
 
  private:

@@ -9,7 +9,7 @@
 
 namespace pluvo::engine {
 
-/// What is done with a found block. Each routine works under its own tag, on the range that the location code
+/// The operations on a found block. Each routine works under its own tag, on the range that the location code
 /// names; a code unknown does nothing.
 class Operations {
  public:

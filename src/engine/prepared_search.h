@@ -17,7 +17,7 @@ std::u16string NormalizeSearchText(Trail& trail, std::u16string_view text);
 std::int16_t CountParagraphMarks(Trail& trail, std::u16string_view text);
 
 /// A text as it is searched for: whole, where the limits are lifted. Else neither more of it than the
-/// word processor finds nor a paragraph mark; what was cut off is compared where the rest was found.
+/// word processor finds nor a paragraph mark; the part cut off is compared where the rest was found.
 struct SearchText {
   SearchText() = default;
   SearchText(std::u16string normalizedText, bool liftLimits);

@@ -10,10 +10,10 @@
 
 namespace pluvo::engine {
 
-/// The text behind a block, or behind its beginning, before which the search must not resume once the block
-/// was operated on. A word processor keeps some text whatever is done to it, and a beginning there would be
-/// found again and again: the last paragraph mark of a story always, and where changes are tracked all
-/// that is deleted. Where neither can be it costs nothing.
+/// The text after a block, or after its beginning, before which the search must not resume once the block was
+/// operated on. A word processor keeps some text whatever is done to it, and a beginning there would be found
+/// again and again. It keeps the last paragraph mark of a story, and all deleted text where changes are
+/// tracked. Where neither can be it costs nothing.
 class TextBehind {
  public:
   /// The operation acts on the other range; on none where it is null.
@@ -28,7 +28,7 @@ class TextBehind {
     end_ = storyEnd();
     if (mayStay) {
       const std::int32_t start = operated->Start();
-      // What goes behind the beginning is not found before it.
+      // Text put after the beginning is not found before it.
       if (!isAlwaysKept_ && start >= rangeEnd) return;
       expected_ = end_ - (operated->End() - start);
       if (operation == kReplace)

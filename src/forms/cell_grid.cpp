@@ -16,8 +16,8 @@ std::size_t lastRow(const Cell& cell) { return at(cell.row + cell.rows - 1); }
 bool isLeft(const Cell& cell) { return cell.column + cell.columns <= kColumns / 2; }
 bool isRight(const Cell& cell) { return cell.column >= kColumns / 2; }
 
-/// Where a row is divided in which a cell stands across the middle: before that cell, or after it where it
-/// is the first; nowhere where it is the last.
+/// Where to divide a row in which a cell stands across the middle. Before that cell, or after it where it is
+/// the first; nowhere where it is the last.
 int middleOf(const std::vector<Cell>& cells, int row) {
   int middle = kColumns;
   bool isFirst = true;
@@ -204,7 +204,7 @@ std::vector<GridPlace> CellGrid::arranged(int width, int height) const {
     const int line = item.cell.rows == 1 ? rows[first].line : room;
     place.height = std::min(line, heightOf(item, width, false));
     const int over = line - place.height;
-    // What is above a box stands close to it.
+    // A label above a box stands close to it.
     place.top += rows[first].heading ? over : over / 2;
   }
   return places;

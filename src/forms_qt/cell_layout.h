@@ -16,13 +16,13 @@ class CellLayout final : public QLayout {
   explicit CellLayout(QWidget* parent) : QLayout(parent) {}
   ~CellLayout() override;
 
-  /// A cell without columns is a line of its own below what is there.
+  /// A cell without columns is a line of its own, below the others.
   void add(QWidget& widget, forms::Cell cell, bool grows, bool heads);
   /// The widget gets another parent, above this layout's, and its place here all the same, while held is
   /// false.
   void lend(QWidget& widget, QWidget& parent);
   void holdLent(bool held);
-  /// The height wished for with what was lent.
+  /// The height wished for, with the height that was lent.
   int wholeHeightFor(int width) const;
 
   void addItem(QLayoutItem* item) override;

@@ -39,7 +39,7 @@ void ComboMirror::typed(const QString& text) {
 bool ComboMirror::commit() {
   bool stands = true;
   doings().does([&] {
-    // The widget may have completed what was typed, and "insert" is the row "Insert".
+    // The widget may have completed the typed text, and "insert" is the row "Insert".
     const int row = shown_->findText(shown_->currentText(), Qt::MatchFixedString);
     box_.type(row >= 0 ? box_.List(static_cast<std::size_t>(row), 0) : u16(shown_->currentText()));
     stands = box_.commit();
@@ -62,7 +62,7 @@ void ComboMirror::chosen(int row) {
 bool ComboMirror::eventFilter(QObject* /*watched*/, QEvent* event) {
   switch (event->type()) {
     case QEvent::FocusOut:
-      // What comes of it, a message perhaps, is for after the focus has gone its way.
+      // Its consequences, a message perhaps, wait until the focus has moved.
       if (leavesForOtherControl(*event)) QTimer::singleShot(0, this, [this] { doings().settle(); });
       return false;
     case QEvent::KeyPress: {
@@ -76,7 +76,7 @@ bool ComboMirror::eventFilter(QObject* /*watched*/, QEvent* event) {
       return false;
     }
     case QEvent::Wheel:
-      // A page that is scrolled under the pointer must not change what was chosen.
+      // A page that is scrolled under the pointer must not change the choice.
       if (shown_->hasFocus()) return false;
       event->ignore();
       return true;

@@ -51,7 +51,7 @@ class FormWindow {
   void moveOn();
   /// As large as all of it needs, if the screen is.
   QSize wholeSize() const;
-  /// Puts what is marked in a label, or all that labels tell, on the clipboard.
+  /// Copies the marked text of a label, or the text of all labels, to the clipboard.
   bool copies() const;
   std::vector<Mirror*> all() const;
   template <class Passes>

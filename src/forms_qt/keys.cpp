@@ -51,7 +51,7 @@ void giveKeys(const std::vector<Mirror*>& mirrors, TakenKeys taken) {
   for (const Mirror* mirror : mirrors) {
     if (const QChar key = markedKey(mirror->keyText()); !key.isNull()) taken.insert(key);
   }
-  // Boxes and buttons are used more often than what is ticked once.
+  // Boxes and buttons are used more often than ticks.
   for (const bool ticks : {false, true}) {
     for (Mirror* mirror : mirrors) {
       if ((mirror->control().kind() == forms::ControlKind::checkBox) == ticks && !mirror->keyText().isEmpty())

@@ -13,7 +13,7 @@ namespace pluvo::forms_qt {
 
 using TakenKeys = std::set<QChar>;
 
-/// The letter behind the mark, as a capital; nothing where there is no mark.
+/// The letter after the mark, as a capital; nothing where there is no mark.
 QChar markedKey(const QString& marked);
 /// With a mark before the first such letter, unless there is a mark already.
 QString withKey(const QString& marked, QChar key);

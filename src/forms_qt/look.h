@@ -9,7 +9,7 @@
 /// Colours and fonts of controls, such that they go with the desktop's own, light or dark.
 namespace pluvo::forms_qt {
 
-/// White is whatever the desktop has for text boxes, and transparent what it has for windows. Any other
+/// White is the desktop's colour for text boxes, transparent that of its windows. Any other
 /// colour is shown as it is, under text that can be read on it.
 void dressBox(QWidget& box, const forms::Control& control);
 /// Labels and their like stand on the window; only a colour of their own is shown.

@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::int32_t kFileNotFound = 53;
 
-/// The address that a command line gives to "start", itself or behind a shell; empty where there is none.
+/// The address that a command line gives to "start", itself or after a shell; empty where there is none.
 QString started(const QString& commandLine) {
   for (const QString& starter : {QStringLiteral("start "), QStringLiteral("cmd.exe /c start "),
                                  QStringLiteral("command.com /c start ")}) {

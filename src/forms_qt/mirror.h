@@ -35,9 +35,9 @@ class Mirror : public QObject {
     key_ = letter;
     refresh();
   }
-  /// The same for what is on it.
+  /// The same for the controls on it.
   virtual void giveInnerKeys(std::set<QChar>& /*taken*/) {}
-  /// What is on it and stays in sight is seen however low it is.
+  /// Controls on it that stay in sight are seen however low it is.
   virtual void keepInSight() {}
   /// The mirrors of the controls on it.
   virtual std::vector<Mirror*> inner() const { return {}; }

@@ -13,7 +13,7 @@ namespace pluvo::forms_qt {
 
 namespace {
 
-/// Scrolls up and down; it asks for the width of what it shows.
+/// Scrolls up and down; it asks for the width of its contents.
 class Scroll final : public QScrollArea {
  public:
   explicit Scroll(QWidget* parent) : QScrollArea(parent) {

@@ -33,7 +33,7 @@ LabelMirror::LabelMirror(forms::Label& label, Doings& doings, QWidget& parent)
   shown_->setWordWrap(true);
   // The places to break words at are not to be copied; the form's Ctrl+C leaves them out.
   shown_->setContextMenuPolicy(Qt::NoContextMenu);
-  // One that has hardly any room stands close to what it is before.
+  // A label with hardly any room stands close to its box.
   if (label.Cell().columns == 1) shown_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   shown_->installEventFilter(this);
   connect(shown_, &QLabel::linkActivated, this, [this] { press(); });

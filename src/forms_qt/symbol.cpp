@@ -34,8 +34,8 @@ void drawPage(QPainter& painter) {
   for (const double line : {8.0, 10.5}) painter.drawLine(QPointF(5.5, line), QPointF(10.5, line));
 }
 
-/// What the usual symbols look like, in the colour and weight of the text beside them: a face may have them
-/// in colours of its own, or not at all.
+/// The usual symbols, drawn in the colour and weight of the text beside them. A face may have them in colours
+/// of its own, or not at all.
 constexpr Drawing kDrawings[] = {{u"\U0001F50D", drawLens}, {u"\U0001F4C4", drawPage}};
 
 }  // namespace

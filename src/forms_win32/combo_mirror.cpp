@@ -51,7 +51,7 @@ void ComboMirror::commanded(WORD notification) {
       return;
     case CBN_SELENDOK:
     case CBN_SELCHANGE: {
-      // In a list that is open the choice is made when it closes. What comes of it is for after the widget is
+      // In a list that is open the choice is made when it closes. Its consequences wait until the widget is
       // done with it.
       if (notification == CBN_SELCHANGE && isDropped()) return;
       const LRESULT row = send(CB_GETCURSEL);

@@ -8,7 +8,7 @@
 
 namespace pluvo::forms_win32 {
 
-/// Shows the texts of the rows; their codes are nobody's business.
+/// Shows the texts of the rows; their codes are not shown.
 class ComboMirror final : public Mirror {
  public:
   ComboMirror(forms::ComboBox& box, Stage& stage, HWND parent);

@@ -110,7 +110,7 @@ void FormWindow::unmake() {
 }
 
 void FormWindow::show() {
-  // What was made for it goes again where not all can be: the next showing begins anew.
+  // Where not all of it can be made, the rest is destroyed: the next showing begins anew.
   bool isThere = window_ != nullptr;
   const base::AtEnd undone([&] {
     if (!isThere) unmake();
@@ -182,7 +182,7 @@ void FormWindow::run() {
   while (form_.Visible()) {
     const BOOL got = host_.pull([&] { return GetMessageW(&message, nullptr, 0, 0); });
     if (got <= 0) {
-      // The program is to end: whoever waits further out has to hear of it.
+      // The program is to end: the loops further out have to hear of it.
       PostQuitMessage(static_cast<int>(message.wParam));
       break;
     }
@@ -255,7 +255,7 @@ void FormWindow::setSize() {
   RECT now = {};
   GetClientRect(window_, &now);
   if (wasShown_) {
-    // What the form says may have grown; the size is the user's otherwise.
+    // The form's texts may have grown; the size is the user's otherwise.
     const int height = panel_->heightFor(now.right, true) + statusHeight();
     if (height <= now.bottom || IsIconic(window_) != 0 || IsZoomed(window_) != 0) return;
     const SIZE size = around({now.right, height});
@@ -265,8 +265,8 @@ void FormWindow::setSize() {
   putInPlace(around({width, panel_->heightFor(width, false) + statusHeight()}));
 }
 
-/// A form that is waited for stands above the form that is in front, any other above the word processor, so
-/// that it does not go where that form goes.
+/// A form that is waited for stands above the form in front. Any other stands above the word processor, so
+/// that it does not follow that form.
 HWND FormWindow::ownerNow() const {
   HWND front = GetActiveWindow();
   if (loops_ > 0 && front != window_ && host_.isForm(front) && IsWindowVisible(front) != 0 &&
@@ -287,7 +287,7 @@ void FormWindow::putInPlace(SIZE size) {
   const auto isOther = [this](const auto& each) { return each.second != this && each.second->isShown(); };
   const bool isMain = host_.modeless_.contains(form_.Name()) && std::ranges::none_of(host_.windows_, isOther);
   if (loops_ == 0 && !isMain) {
-    // A form that nobody waits for is beside what it is about: below, to the right.
+    // A form without a waiting caller stands beside its subject: below, to the right.
     left = around.right - size.cx - stage_.look->px(40);
     top = around.bottom - size.cy - stage_.look->px(40);
   }
@@ -353,7 +353,7 @@ void FormWindow::moveFocus(bool back) {
 bool FormWindow::takes(MSG& message) {
   const bool repeated = (message.lParam & (LPARAM{1} << 30)) != 0;
   if (message.message == WM_KEYDOWN && pressed(message.wParam, repeated)) return true;
-  // Keys in captions; the rest of what a dialog does with keys is done above.
+  // Keys in captions; other keys of a dialog are handled above.
   const bool forDialog = message.message == WM_SYSCHAR || message.message == WM_SYSKEYDOWN;
   return forDialog && IsDialogMessageW(window_, &message) != 0;
 }

@@ -34,17 +34,17 @@ class FormWindow final : public Receiver {
   HWND window() const { return window_; }
   /// The form whose window it is; nothing for any other.
   static FormWindow* of(HWND window);
-  /// Whether the form is shown, and nobody waits for it.
+  /// Whether the form is shown without a caller that waits for it.
   bool isBeside() const { return isShown_ && loops_ == 0; }
   bool isShown() const { return isShown_; }
   bool isBusy() const { return loops_ > 0 || stage_.doings.isDoing(); }
-  /// Without a word about what was being typed.
+  /// Without ending the edit under way.
   void closeUnasked();
   /// In front of all, as it was before it was out of the way, above the window its user works in.
   void bringForward();
   /// The user works in that window now, which may be a document's.
   void follow(HWND document);
-  /// That window goes, and would take along what stands above it.
+  /// That window is destroyed, and would take along windows above it.
   void leave(HWND document);
   Win32Forms& host() const { return host_; }
   /// Whether the form is shown but its window went with the one it stood above: Word's go with their

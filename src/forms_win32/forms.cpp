@@ -142,7 +142,7 @@ void Win32Forms::dispatch(MSG& message) {
   bringBack();
 }
 
-/// Whoever waits for a form would wait for ever.
+/// A caller that waits for a form would wait for ever.
 void Win32Forms::bringBack() {
   const auto lost = std::ranges::find_if(windows_, [](const auto& each) { return each.second->isLost(); });
   if (lost != windows_.end()) lost->second->show();

@@ -17,7 +17,7 @@ void ListMirror::commanded(WORD notification) {
   if (notification != LBN_SELCHANGE) return;
   telling_ = true;
   doings().does([this] {
-    for (const bool value : {false, true}) {  // what is no longer selected comes first
+    for (const bool value : {false, true}) {  // rows no longer selected come first
       for (std::size_t row = 0; row < std::min(rows_.size(), box_.ListCount()); ++row) {
         if (isShownSelected(row) == value && box_.Selected(row) != value) box_.select(row, value);
       }

@@ -28,7 +28,7 @@ class Look {
   /// Of the screen the window is on, as far as the process cares.
   static UINT dotsPerInch(HWND window);
 
-  /// A window of that style around what is inside, at this resolution.
+  /// A window of that style around its contents, at this resolution.
   RECT framed(RECT inside, DWORD style, DWORD extended) const;
 
   /// From 1/96 of an inch.
@@ -55,7 +55,7 @@ class Look {
   std::map<COLORREF, Owned<HBRUSH>> brushes_;
 };
 
-/// White is what the system has for boxes.
+/// White is the system's colour for boxes.
 COLORREF boxColor(const forms::Control& control);
 /// Black or white, whichever reads on the color; the system's own on the system's.
 COLORREF textColorOn(COLORREF background);

@@ -67,7 +67,7 @@ void Win32Yielding::yield() {
   const auto fetch = [&] { return PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE); };
   while (GetTickCount64() < end && host_.pull(fetch) != 0) {
     if (message.message == WM_QUIT) {
-      // Whoever runs the program's loop has to hear of it.
+      // The program's loop has to hear of it.
       PostQuitMessage(static_cast<int>(message.wParam));
       break;
     }

@@ -23,7 +23,7 @@ TTTOOLINFOW toolFor(HWND window, HWND parent) {
   return tool;
 }
 
-/// The same place on what the window stands on, which is told of the pointer while the window is off.
+/// The same place in the window's parent, which gets the pointer's messages while the window is off.
 TTTOOLINFOW toolUnder(HWND window) {
   TTTOOLINFOW tool = toolFor(window, GetParent(window));
   tool.uFlags = TTF_SUBCLASS;

@@ -16,7 +16,7 @@
 
 namespace pluvo::forms_win32 {
 
-/// What the controls of one form share.
+/// The state that controls of one form share.
 struct Stage {
   const Module& module;
   forms::Doings doings;
@@ -62,13 +62,13 @@ class Mirror {
   /// The stage's look is another.
   virtual void lookChanged();
 
-  // What the widget's parent is told of it.
+  // Messages to the widget's parent about it.
   virtual void commanded(WORD /*notification*/) {}
   virtual LRESULT notified(NMHDR& /*notification*/) { return 0; }
   virtual void draws(const DRAWITEMSTRUCT& /*item*/) {}
   /// Sets colours for the widget; its background.
   virtual HBRUSH colored(HDC surface);
-  /// What the widget itself is told, before it is. Without a result, it is told.
+  /// A message to the widget, before the widget gets it. Without a result, it gets it.
   virtual std::optional<LRESULT> received(UINT /*message*/, WPARAM /*wparam*/, LPARAM /*lparam*/) {
     return std::nullopt;
   }
@@ -77,7 +77,7 @@ class Mirror {
   Mirror(forms::Control& control, Stage& stage) : control_(control), stage_(stage) {}
   /// To be called once, at the beginning of the constructor of the kind.
   void mirrors(const wchar_t* kind, DWORD style, DWORD extended, HWND parent);
-  /// What the kind has besides what all have.
+  /// The style of the kind, beside that of all.
   virtual void refreshKind() = 0;
   Stage& stage() const { return stage_; }
   forms::Doings& doings() const { return stage_.doings; }

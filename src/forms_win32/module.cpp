@@ -15,7 +15,7 @@ LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wparam, LPARAM lpar
   auto* receiver = reinterpret_cast<Receiver*>(GetWindowLongPtrW(window, GWLP_USERDATA));
   if (receiver == nullptr) return DefWindowProcW(window, message, wparam, lparam);
   if (message == WM_NCDESTROY) SetWindowLongPtrW(window, GWLP_USERDATA, 0);
-  // Nothing may leave for the system; receivers pass on what the user can be told.
+  // Nothing may leave for the system; receivers pass on messages for the user.
   try {
     return receiver->receives(window, message, wparam, lparam);
   } catch (...) {

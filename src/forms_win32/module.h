@@ -8,15 +8,15 @@ namespace pluvo::forms_win32 {
 
 errors::Fault noMoreWindows();
 
-/// What a window of this module is told; each kind keeps itself in its window's user data.
+/// Messages to a window of this module; each kind keeps itself in its window's user data.
 class Receiver {
  public:
   virtual ~Receiver() = default;
   virtual LRESULT receives(HWND window, UINT message, WPARAM wparam, LPARAM lparam) = 0;
 };
 
-/// The program or DLL that this code is part of: its window classes, there as long as this is, and its choice
-/// of the system's controls.
+/// The program or DLL that this code is part of. It holds its window classes, and its choice of the system's
+/// controls.
 class Module {
  public:
   Module();

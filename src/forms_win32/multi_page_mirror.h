@@ -30,7 +30,7 @@ class MultiPageMirror final : public Mirror {
  private:
   void refreshKind() override;
   int heightFor(int width, bool least) const;
-  /// What the tabs take, at this width.
+  /// The room that the tabs take, at this width.
   SIZE frame(int width) const;
   void chosen(std::size_t page);
   TTTOOLINFOW tipOf(std::size_t page) const;

@@ -40,7 +40,7 @@ class Panel final : public Receiver {
   HWND window_ = nullptr;
   HWND strip_ = nullptr;
   int stripHeight_ = 0;
-  int top_ = 0;  ///< what is scrolled out of sight above
+  int top_ = 0;  ///< pixels scrolled out of sight above
   bool arranging_ = false;
   std::vector<std::unique_ptr<Mirror>> mirrors_;
 };

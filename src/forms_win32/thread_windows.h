@@ -28,7 +28,7 @@ class ThreadWindows {
     if (window == windows.open_ || IsWindowVisible(window) == 0 || IsWindowEnabled(window) == 0) return TRUE;
     try {
       windows.shut_.push_back(window);
-    } catch (...) {  // one that nobody would open again stays open
+    } catch (...) {  // a window that would not open again stays open
       return FALSE;
     }
     EnableWindow(window, FALSE);

@@ -109,7 +109,7 @@ void FileDriver::beginRun(dialog::clsProcessFind& engine) {
   if (originals_) originals_->begin(engine.StartingDirectory());
 }
 
-/// What the summary says below its lines of files.
+/// The part of the summary below its lines of files.
 void FileDriver::summarize(dialog::clsProcessFind& engine) const {
   std::u16string& summary = engine.context().runSummary;
   if (tracked_ > 0)

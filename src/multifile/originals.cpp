@@ -60,7 +60,7 @@ std::u16string Originals::told() const {
          run_;
 }
 
-/// One that nobody has yet: what lies in another is of another run.
+/// A folder that does not exist yet: an existing one is another run's.
 bool Originals::makeRunFolder() {
   constexpr int kMostTries = 100;
   const std::u16string all = folder_ + u"Originals" + separator_;
@@ -75,7 +75,7 @@ bool Originals::makeRunFolder() {
   return false;
 }
 
-/// Those on the way to the last separator that are missing. What cannot be made is found out by the copy.
+/// Those on the way to the last separator that are missing. The copy reports a folder that cannot be made.
 void Originals::makeFolders(const std::u16string& path) {
   for (std::size_t at = path.find(separator_, 1); at != std::u16string::npos;
        at = path.find(separator_, at + 1))

@@ -6,7 +6,7 @@
 
 namespace pluvo::runs {
 
-/// What the face wants done with one document. Remembers what is about more than one block.
+/// The face's decisions on one document. Remembers those on more than one block.
 class Asking {
  public:
   using Reply = Answer::Reply;
@@ -16,7 +16,7 @@ class Asking {
       : face_(face), path_(path), number_(number) {}
 
   bool answers(Question question) const { return face_.answers(question); }
-  /// No where nobody answers. The tries are those of passwords, the block is that of perform.
+  /// No where the face gives no answers. The tries are those of passwords, the block is that of perform.
   Answer ask(Question question, std::size_t tries = 0, const BlockReport* block = nullptr) {
     if (!answers(question) || isStopped_) return {};
     Answer answer = face_.answer({question, path_, number_, tries, block});

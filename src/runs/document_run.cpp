@@ -41,7 +41,7 @@ std::optional<Failure> failureOf(const std::function<void()>& work) {
   }
 }
 
-/// The document, still protected where somebody may lift that.
+/// The document, still protected where the run may lift that.
 OrFailure<Stored> opened(const NamedDocument& named, const Surroundings& around, Asking& asking,
                          Passwords& passwords) {
   const Plan& plan = around.plan;
@@ -91,7 +91,7 @@ std::optional<Failure> passed(const Stored& stored, const std::optional<Failure>
   return std::nullopt;
 }
 
-/// What all requests together did not reach. What goes wrong meanwhile is told, and keeps nothing from being
+/// Texts that no request reached. A failure meanwhile is told, and keeps nothing from being
 /// saved.
 elsewhere::Elsewhere notReached(const store::StoredDocument& stored, const Plan& plan) {
   elsewhere::Elsewhere found;
@@ -112,7 +112,7 @@ std::optional<std::string> otherPath(const NamedDocument& named, const Plan& pla
   return std::move(answer.path);
 }
 
-/// What the journal of a slice is told before a document is saved; empty elsewhere.
+/// The record for a slice's journal, written before a document is saved; empty elsewhere.
 std::string intendedOf(const NamedDocument& named, const Surroundings& around, Outcome outcome,
                        const std::string& savedAs) {
   if (named.key.empty() || around.journal == nullptr) return {};
@@ -167,7 +167,7 @@ std::optional<Failure> workOn(const NamedDocument& named, const Surroundings& ar
   if (ended) return ended;
 
   outcome.changed = stored.document()->stories().changed();
-  // A large text lies in its file; what was found in it counts only if nobody wrote there meanwhile.
+  // A large text lies in its file; blocks found in it count only if no program wrote there meanwhile.
   if (!outcome.changed) return failureOf([&] { stored.requireUnchangedFile(); });
   if (plan.dryRun) return std::nullopt;
   const auto savedAs = otherPath(named, plan, obstacle, asking);

@@ -11,7 +11,7 @@
 
 namespace pluvo::runs {
 
-/// What the documents of a run share.
+/// The state that documents of a run share.
 struct Surroundings {
   const Plan& plan;
   const store::Store& store;
@@ -20,7 +20,7 @@ struct Surroundings {
   PasswordBudget& passwordBudget;
 };
 
-/// Takes the blocks of a document as they come; empty where nobody wants them, since reading them costs.
+/// Takes the blocks of a document as they come; empty where they are not wanted, since reading them costs.
 using BlockSink = std::function<void(const BlockReport&)>;
 
 /// What became of a document, and where it is to be saved, its new version.
@@ -31,11 +31,11 @@ struct Worked {
 
 /// Opens a document, makes a pass over it for each request, and begins to save it. Whatever goes wrong is in
 /// the outcome. The number is that of the document in the list, from 1. May be called from several threads
-/// where nobody is asked.
+/// where no questions are asked.
 Worked runOn(const NamedDocument& document, std::size_t number, const Surroundings& around,
              const BlockSink& blocks);
 
-/// Saves what is to be saved: checks a small version, and waits for the disk.
+/// Saves a new version: checks it if it is small, and waits for the disk.
 Outcome finished(Worked worked);
 
 }  // namespace pluvo::runs

@@ -13,7 +13,7 @@ namespace {
 using document::keyOf;
 using elsewhere::keyOf;
 
-/// An object of what is counted, by the names of the kinds.
+/// An object of counts, by the names of their kinds.
 template <class Kind, class Counts>
 void addCounts(base::JsonObject& object, std::string_view name, const Counts& counts) {
   base::JsonObject members;

@@ -6,9 +6,9 @@
 
 namespace pluvo::runs {
 
-/// Numbers the paragraphs of a story as they were before it was edited, for positions that only go forward; a
-/// whole pass reads the story once. Edits lie between the position numbered last and the one
-/// given to resumeAt.
+/// Numbers the paragraphs of a story as they were before it was edited. Positions must only go forward; a
+/// whole pass reads the story once. Edits lie between the position numbered last and the one given to
+/// resumeAt.
 class ParagraphCounter {
  public:
   /// Of the story of that number, see word::Document.
@@ -17,7 +17,7 @@ class ParagraphCounter {
   /// The number of the paragraph that holds the position, from 1.
   std::int32_t numberAt(word::Document& document, std::int32_t position);
 
-  /// What stood behind the edit's end before the edit has this position now, and this number.
+  /// What stood after the edit's end before the edit has this position now, and this number.
   void resumeAt(std::int32_t position, std::int32_t number);
 
  private:

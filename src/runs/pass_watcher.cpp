@@ -140,7 +140,7 @@ void PassWatcher::leave(const engine::Block& block) {
   paragraphs_.resumeAt(block.whole.End(), paragraphBehind_);
 }
 
-/// What is new at the place: all of it, or what was inserted before or behind what was there.
+/// The new text at the place: all of it, or the part inserted before or after the old text.
 std::pair<std::int32_t, std::int32_t> PassWatcher::changedSpan(word::Range& place) const {
   const std::int32_t start = place.Start();
   const std::int32_t end = place.End();

@@ -18,8 +18,8 @@ namespace pluvo::runs {
 Failure failureFrom(const errors::Fault& fault);
 Failure failureFrom(const errors::DocumentError& error);
 
-/// Hears of every block of a pass over one document: hands blocks on, has questions about them answered, and
-/// stops the pass where going on makes no sense: a document that cannot be saved, a change that was refused.
+/// Hears of every block of a pass over one document. It hands blocks on and has questions about them
+/// answered. It stops the pass where a change was refused, or the document cannot be saved.
 class PassWatcher final : public engine::Observer {
  public:
   /// All of them outlive it. The obstacle is why the document may not be replaced, where it would be. Where

@@ -15,13 +15,13 @@ class Passwords {
   /// All outlive it.
   Passwords(const Surroundings& around, Asking& asking) : around_(around), asking_(asking) {}
 
-  /// The key of an encrypted document. Throws errors::DocumentError where nobody gives its password.
+  /// The key of an encrypted document. Throws errors::DocumentError where its password is not known.
   formats::SharedKey keyOf(const formats::Lock& lock);
-  /// Lifts the protection of a document, where it has one. Where no password does, what to tell.
+  /// Lifts the protection of a document, where it has one. Where no password fits, the message.
   std::optional<Failure> liftProtection(const store::StoredDocument& stored);
 
  private:
-  /// Whether one of the passwords fits; else what to tell.
+  /// Whether one of the passwords fits; else the message.
   std::optional<Failure> tryAll(Question question, std::uint64_t hashes,
                                 const std::function<bool(const base::SecretText&)>& fits);
 

@@ -26,7 +26,7 @@ void Results::block(std::size_t document, const BlockReport& block) {
   std::unique_lock lock(mutex_);
   Lane& lane = lanes_[document];
   lane.blocks.push_back(block);
-  // The first document waits for nobody, so that this ends.
+  // The first document never waits, so that this ends.
   if (lane.blocks.size() >= kMostBlocks) moved_.wait(lock, [&] { return first_ == document || error_; });
   if (error_) return lane.blocks.clear();
   if (first_ == document) passOn(document, lane);

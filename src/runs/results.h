@@ -15,9 +15,9 @@ namespace pluvo::runs {
 
 /// Hands out the documents of a list to jobs and brings their results into the order of the list.
 ///
-/// What a document prints goes straight on when all before it are done, and waits until then otherwise. No
-/// job runs far ahead, neither by documents nor by blocks, so that what waits is bounded by the number of
-/// jobs and not by the list.
+/// The output of a document goes straight on when all before it are done, and waits until then otherwise. No
+/// job runs far ahead, neither by documents nor by blocks. So the number of jobs bounds the waiting outcomes,
+/// not the list.
 class Results {
  public:
   /// Calls for one document follow another, also from different jobs.
@@ -28,17 +28,17 @@ class Results {
 
   Results(std::size_t documents, int jobs, Sink sink);
 
-  /// The next document to work on; none at the end of the list or behind a stop. Waits while it is too far
+  /// The next document to work on; none at the end of the list or after a stop. Waits while it is too far
   /// ahead of the first that is not done.
   std::optional<std::size_t> next();
   void block(std::size_t document, const BlockReport& block);
   void done(std::size_t document, Outcome outcome);
 
-  /// No document is handed out any more. What the jobs have at hand may still come.
+  /// No document is handed out any more. The documents at hand may still come.
   void stop();
-  /// A job cannot go on: stops all and keeps what was thrown.
+  /// A job cannot go on: stops all and keeps the exception.
   void fail(std::exception_ptr error);
-  /// Throws what a job failed with.
+  /// Throws the exception of a failed job.
   void rethrow() const;
 
   /// How many of the first documents were handed out.

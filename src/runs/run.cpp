@@ -28,7 +28,7 @@ void makeOutputFolder(const Plan& plan, files::FileSystem& system) {
   } catch (const std::system_error& refused) {
     const int error = refused.code().value();
     refuse("cannot make the folder " + folder + ": " +
-           (error == ENOTDIR  ? "what lies above it is a file; name another folder"
+           (error == ENOTDIR  ? "a part of its path is a file; name another folder"
             : error == ENOENT ? "the folder above it is missing; make that first"
                               : std::strerror(error)) +
            ".");
@@ -157,8 +157,8 @@ class Run {
     results_.rethrow();
   }
 
-  /// How many documents may wait for the disk while others are worked on: none where the face works on one
-  /// after the other, since it is told what became of each before the next.
+  /// How many documents may wait for the disk while others are worked on. None where the face works on one
+  /// after the other: it is told the outcome of each before the next.
   std::size_t waiting() const {
     constexpr std::size_t kWaiting = 15;
     const bool saves = plan_.changesInPlace() || plan_.outputFolder;

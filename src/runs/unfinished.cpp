@@ -36,8 +36,9 @@ std::string writeUnfinished(files::FileSystem& system, const std::vector<const N
     while (!bytes.empty()) bytes = bytes.subspan(system.write(file.handle(), bytes));
     file.close();
   } catch (const std::system_error& failure) {
-    throw errors::DocumentError(errors::Problem::io, "The list of what is left cannot be written to \"" +
-                                                         path + "\" (" + failure.code().message() + ").");
+    throw errors::DocumentError(errors::Problem::io,
+                                "The list of unfinished documents cannot be written to \"" + path + "\" (" +
+                                    failure.code().message() + ").");
   }
   return path;
 }

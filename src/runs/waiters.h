@@ -10,11 +10,11 @@
 
 namespace pluvo::runs {
 
-/// Threads that check what was written and wait for the disk, so that those who work need not. What they are
+/// Threads that check new versions and wait for the disk, so that working threads need not. What they are
 /// given must not throw.
 class Waiters {
  public:
-  /// Of 0, or where the machine has none to give, whoever gives something does it.
+  /// With no threads, add() runs the work itself.
   explicit Waiters(std::size_t count);
   Waiters(const Waiters&) = delete;
   Waiters& operator=(const Waiters&) = delete;

@@ -97,7 +97,7 @@ void clsDirParsing::addSubFolders(const std::u16string& folder, FolderCollection
   });
 }
 
-/// As a search of the file system takes a pattern: what stands after the last separator is the mask.
+/// As a search of the file system takes a pattern: the part after the last separator is the mask.
 void clsDirParsing::forEachMatching(const std::u16string& pattern, const Folders::Visit& visit) {
   const std::size_t separator = pattern.rfind(separator_);
   const std::size_t name = separator == std::u16string::npos ? 0 : separator + separator_.size();

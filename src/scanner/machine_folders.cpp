@@ -44,7 +44,7 @@ class Reading {
     if (entry.d_type == DT_DIR) return true;
     if (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN) return false;
     const mode_t mode = modeOf(entry, 0);
-    // What a failing disk cannot tell is walked as a folder, so that the walk tells of it.
+    // An entry of unknown kind, on a failing disk, is walked as a folder, so that the walk tells of it.
     return mode != 0 ? S_ISDIR(mode) : entry.d_type == DT_UNKNOWN && errno != ENOENT && errno != ELOOP;
   }
 

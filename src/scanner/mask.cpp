@@ -55,7 +55,7 @@ bool Mask::fits(std::u16string_view name) const {
 
   struct Star {
     std::size_t token;
-    std::size_t end;  ///< of what it takes
+    std::size_t end;  ///< of the characters it takes
   };
   std::optional<Star> star;
   std::size_t at = 0;

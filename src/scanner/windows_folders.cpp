@@ -35,7 +35,7 @@ class Search {
   HANDLE handle_;
 };
 
-/// What a path leads to, through links; closed when it goes.
+/// The target of a path, through links; closed when it is destroyed.
 class Opened {
  public:
   explicit Opened(const std::filesystem::path& path)

@@ -10,8 +10,8 @@
 
 namespace pluvo::text {
 
-/// What reading a stretch of text comes to, for every state in which reading may arrive at it: how many of
-/// the things counted it holds, and the state after it.
+/// The result of reading a stretch of text, for every state in which reading may arrive at it: how many
+/// things it holds, and the state after it.
 template <std::size_t kStates>
 struct Summary {
   std::array<Position, kStates> counts{};
@@ -39,15 +39,15 @@ struct Summary {
   }
 };
 
-/// Counts things in spans of a text, and finds the n-th, in O(log length), by summaries of chunks of the text
-/// and of groups of chunks, each made when first needed.
+/// Counts things in spans of a text, and finds the n-th, in O(log length). It uses summaries of chunks of the
+/// text and of groups of chunks, each made when first needed.
 ///
-/// As in a Partition there is a gap at the last edit: chunks in front of it know where they start, chunks
-/// after it how far from the end. On each side chunks form a stack with its top at the gap, and a group is
-/// sixteen neighbours from an index divisible by sixteen (256, 4096 …), so that an edit spoils only the
-/// groups at the tops.
+/// As in a Partition there is a gap at the last edit. Chunks in front of it know where they start, chunks
+/// after it how far from the end. On each side chunks form a stack with its top at the gap. A group is
+/// sixteen neighbours from an index divisible by sixteen (256, 4096 …). So an edit spoils only the groups at
+/// the tops.
 ///
-/// Rule tells what is counted:
+/// Rule says which units count:
 /// - kStates, kFirstState: the states of reading, and the one at the start of the text;
 /// - summarise(from, to): reads [from, to);
 /// - nth(from, to, state, n): the position of the n-th thing in [from, to), which holds it; n > 0;

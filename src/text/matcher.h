@@ -106,13 +106,13 @@ class Matcher {
   std::size_t length_;
   std::size_t places_ = 0;  ///< where a match could start: [0, places_)
   std::optional<ProbePair<Unit>> probes_;
-  std::size_t position_ = 0;  ///< what has not been read yet
+  std::size_t position_ = 0;  ///< of the first unit not read yet
   Hits hits_;
   std::size_t work_ = 0;
   std::size_t matched_ = 0;  ///< linear method: so many units in front of position_ match
 };
 
-/// Calls search with the matcher that suits the stretch, and returns what it returns.
+/// Calls search with the matcher that suits the stretch, and returns its result.
 template <class Search>
 auto withMatcher(const Needle& needle, const Stretch& stretch, Search search) {
   const auto length = static_cast<std::size_t>(stretch.length);

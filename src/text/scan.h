@@ -29,8 +29,8 @@ struct Hits {
 
 inline constexpr std::size_t kHitsWidth = 64;
 
-/// The first hits at or after from among the places [from, end), all probed units lying in the text; start
-/// is end or more when there are none. The places after the hits begin at start + kHitsWidth.
+/// The first hits at or after from among the places [from, end). All probed units must lie in the text. start
+/// is end or more where there are none. The places after the hits begin at start + kHitsWidth.
 Hits nextHits(const std::uint8_t* text, std::size_t from, std::size_t end,
               const ProbePair<std::uint8_t>& probes);
 Hits nextHits(const char16_t* text, std::size_t from, std::size_t end, const ProbePair<char16_t>& probes);

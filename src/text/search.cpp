@@ -260,7 +260,7 @@ class Execution {
     gatherLimit_ = std::max(gatherLimit_, std::min(2 * gatherLimit_, kLargestGather));
   }
 
-  /// A hidden cell mark parts what lies on both sides of it.
+  /// A hidden cell mark parts the text on both sides of it.
   void passOver(Position from, Position to) {
     haystack_.text.forEachStretch(
         from, to, [&](Position start, const Stretch& stretch) { return passOver(start, stretch); });

@@ -29,7 +29,7 @@ class UnitReader {
   /// it.
   const std::uint8_t* kindsFrom(Position i) const { return kinds_.data() + 1 + i; }
 
-  /// A kind with this bit set depends on what stands beside the unit.
+  /// A kind with this bit set depends on the units beside it.
   static constexpr std::uint8_t kUnresolved = 8;
 
   /// Gives each unit the kind that the table or kindOf tells, and then those that are unresolved the kind

@@ -28,7 +28,7 @@ inline Utf8Character utf8At(std::span<const std::uint8_t> bytes, std::size_t off
   if (lead < 0xE0 && left >= 2) return {base::pointOfUtf8<2>(at), 2};
   if (lead < 0xF0 && left >= 3) return {base::pointOfUtf8<3>(at), 3};
   if (left >= 4) return {base::pointOfUtf8<4>(at), 4};
-  return {base::kReplacement, 1};  // somebody wrote into the file
+  return {base::kReplacement, 1};  // another program wrote into the file
 }
 
 /// Where the character in front of an offset begins, none in front of from. from < offset.

@@ -39,7 +39,7 @@ struct Utf8Needle::Sign {
     for (const std::string& form : forms) least = std::min(least, form.size());
     return least;
   }
-  /// Whether what lies after it lies at the same distance whatever the form.
+  /// Whether the characters after it lie at the same distance in every form.
   bool isFixed() const {
     return !isMark && std::all_of(forms.begin(), forms.end(), [&](const std::string& form) {
       return form.size() == forms.front().size();

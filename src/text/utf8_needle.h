@@ -13,8 +13,8 @@
 
 namespace pluvo::text {
 
-/// A text searched for as it looks in UTF-8 bytes, where a sign may have forms of several lengths: k, K and
-/// the sign for kelvin, or CR LF and LF.
+/// A text searched for as it looks in UTF-8 bytes. A sign may have forms of several lengths: k, K and the
+/// sign for kelvin, or CR LF and LF.
 ///
 /// Probes are of bytes that lie at fixed distances from one sign, the anchor; the signs on both its sides are
 /// compared from there.
@@ -27,8 +27,8 @@ class Utf8Needle {
   /// Units in canonical form; forms must outlive this.
   Utf8Needle(std::u16string_view units, bool matchCase, const NarrowForms& forms);
 
-  /// None where it cannot be searched for in bytes: it holds half of a pair
-  /// or a line feed that is no line end, or has too many forms.
+  /// None where it cannot be searched for in bytes. It holds half of a pair or a line feed that is no line
+  /// end, or has too many forms.
   const std::optional<ProbePair<std::uint8_t>>& probes() const { return probes_; }
   /// How many bytes lie after the anchor's first, that one included, at the least.
   std::size_t leastFromAnchor() const { return leastFromAnchor_; }

@@ -5,7 +5,7 @@
 
 namespace pluvo::text {
 
-/// What one look over bytes that may be UTF-8 tells, and what it writes.
+/// The results of one look over bytes that may be UTF-8.
 struct Utf8Scan {
   /// Where every kInterval-th unit lies, from the first on; see Utf8Text. Room for each that bytes could
   /// make.

@@ -128,7 +128,7 @@ bool Utf8Text::beginsUnit(std::size_t offset) const {
 char16_t Utf8Text::operator[](Position position) const {
   const Place place = placeOf(position);
   if (place.offset >= bytes_.size())
-    return static_cast<char16_t>(base::kReplacement);  // somebody wrote into the file
+    return static_cast<char16_t>(base::kReplacement);  // another program wrote into the file
   const char32_t point = utf8At(bytes_, place.offset).point;
   if (place.insidePair) return base::lowSurrogateOf(point);
   return point > 0xFFFF ? base::highSurrogateOf(point) : static_cast<char16_t>(point);
@@ -143,7 +143,7 @@ void Utf8Text::copy(Position from, Position to, char16_t* out) const {
     place.offset += character.bytes;
   }
   const std::size_t behind = decode(bytes_, place.offset, out, end);
-  std::fill(out, end, static_cast<char16_t>(base::kReplacement));  // somebody wrote into the file
+  std::fill(out, end, static_cast<char16_t>(base::kReplacement));  // another program wrote into the file
   if (from < to && !isHighSurrogate(end[-1]))
     remember({static_cast<std::uint32_t>(to), static_cast<std::uint32_t>(behind)});
 }

@@ -209,7 +209,7 @@ TEST(Program, SaysWhatIsWrongWithAName) {
   const std::pair<Words, const char*> cases[] = {
       {{""}, "pluvo: '': io: The name is empty"},
       {{longName}, ": io: Its path is longer than"},
-      {{"a.txt", "--output", "b.pdf/c"}, "cannot make the folder b.pdf/c: what lies above it is a file"},
+      {{"a.txt", "--output", "b.pdf/c"}, "cannot make the folder b.pdf/c: a part of its path is a file"},
       {{"b.pdf"}, "b.pdf: unsupported: The file is a PDF and cannot be worked on"},
       {{"a.txt", "--backup=" + std::string(252, 'n')}, "io: A name that would be made for it is longer"}};
   for (const auto& [words, sentence] : cases) {

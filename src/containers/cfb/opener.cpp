@@ -132,7 +132,7 @@ void Opener::readTree() {
   }
 }
 
-/// What is missing here is missed when a small stream is read.
+/// A gap here is noticed when a small stream is read.
 void Opener::readSmallOnes() {
   const base::ByteSpan bytes = file_.bytes_.view;
   const Entry& root = file_.entries_[kRoot];

@@ -21,7 +21,7 @@ std::uint64_t sizeOf(std::span<const base::ByteSpan> pieces) {
                          [](std::uint64_t sum, base::ByteSpan piece) { return sum + piece.size(); });
 }
 
-/// A table of followers in the making: chains without gaps, one behind the other.
+/// A table of followers in the making: chains without gaps, one after the other.
 class Followers {
  public:
   std::uint32_t next() const { return static_cast<std::uint32_t>(numbers_.size()); }
@@ -60,8 +60,8 @@ TableSize tableFor(std::uint64_t sectors, unsigned shift) {
 
 }  // namespace
 
-/// Lays all sectors out, and then writes them one after the other: streams, small streams and their table,
-/// the directory, the lists and the table of sectors.
+/// Lays all sectors out, then writes them: streams, small streams and their table, the directory, the lists
+/// and the table of sectors.
 class Rewriter {
  public:
   Rewriter(const CompoundFile& file, std::span<const Change> changes, base::Output& out)
@@ -132,7 +132,7 @@ class Rewriter {
     return std::span(directory_).subspan(id * entry::kSize, entry::kSize);
   }
 
-  /// What entries that are not in use, and the rest of names, may still hold of what was deleted goes.
+  /// Clears unused entries and the rest of names: they may still hold deleted text.
   void tidyDirectory() {
     directory_.resize(sectorsOf(directory_.size()) << file_.shift_);
     for (Id id = 0; id < directory_.size() / entry::kSize; ++id) {

@@ -69,7 +69,7 @@ class CodePage::Converter {
  private:
   static iconv_t none() { return reinterpret_cast<iconv_t>(-1); }  // NOLINT(performance-no-int-to-ptr)
 
-  /// Converts from the initial state, and has what is held back come out. Returns an error or 0.
+  /// Converts from the initial state, and flushes characters held back. Returns an error or 0.
   static int convert(iconv_t converter, char* in, std::size_t& inLeft, char* out, std::size_t& outLeft) {
     constexpr auto kFailed = static_cast<std::size_t>(-1);
     iconv(converter, nullptr, nullptr, nullptr, nullptr);

@@ -12,7 +12,7 @@ void skipBlanks(std::string_view& text) {
   while (!text.empty() && is(text.front(), kBlank)) text.remove_prefix(1);
 }
 
-/// Takes ` name = "value"` from the front; false, and nothing taken, when that is not what stands there.
+/// Takes ` name = "value"` from the front; false, and nothing taken, where something else stands there.
 bool takeField(std::string_view& text, std::string_view name, std::string_view& value) {
   std::string_view left = text;
   skipBlanks(left);

@@ -12,7 +12,7 @@ namespace {
 constexpr std::string_view kXmlUri = "http://www.w3.org/XML/1998/namespace";
 constexpr std::string_view kXmlnsUri = "http://www.w3.org/2000/xmlns/";
 
-/// The binding of what has no namespace; it comes first.
+/// The binding of names without a namespace; it comes first.
 constexpr std::uint16_t kNothing = 0;
 
 Scope newScope() {

@@ -6,7 +6,7 @@
 
 namespace pluvo::zip {
 
-/// What stands at the end of an archive. Offsets count bytes of the archive.
+/// The record at the end of an archive. Offsets count bytes of the archive.
 struct EndRecord {
   std::uint64_t entries = 0;
   std::uint64_t directory = 0;

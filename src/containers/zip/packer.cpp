@@ -35,7 +35,7 @@ constexpr std::uint64_t kSmall = std::uint64_t{16} << 10U;
 constexpr int kLevelOfSmall = 6;
 constexpr int kLevelOfLarge = 1;
 
-/// The most bytes that a stored block holds, and what stands before them.
+/// The most bytes that a stored block holds, and the size of its header.
 constexpr std::size_t kStoredBlock = 0xFFFF;
 constexpr std::size_t kStoredHeader = 5;
 

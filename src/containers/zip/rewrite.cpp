@@ -60,7 +60,7 @@ class Rewriter {
     written_ += bytes.size();
   }
 
-  /// Copies what lies in the old archive, and keeps no more of it in memory than a little.
+  /// Copies from the old archive in small steps, to keep memory small.
   void copy(std::uint64_t from, std::uint64_t to) {
     while (from < to) {
       const std::uint64_t size = std::min(to - from, kCopied);

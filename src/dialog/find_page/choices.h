@@ -10,8 +10,8 @@
 
 namespace pluvo::dialog {
 
-/// What can be chosen on the find page: refuses what is in no list, switches what an operation does not need
-/// off, and asks for the text that a place to operate on needs. Keeps nothing: it reads the controls afresh.
+/// The choices of the find page. They refuse values in no list, switch off what an operation does not need,
+/// and ask for the text that a place to operate on needs. Keeps nothing: it reads the controls afresh.
 class Choices {
  public:
   /// All outlive it.

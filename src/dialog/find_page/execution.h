@@ -36,7 +36,7 @@ class Execution {
   /// What Execute began has come to its end, or to the first block that awaits a decision.
   forms::Event<> Executed;
 
-  /// Whether a block awaits the user's decision, and what comes when none does any more.
+  /// Whether a block awaits the user's decision, and the steps that follow the last decision.
   bool confirming() const { return confirmation_ != nullptr && confirmation_->Visible(); }
   forms::Event<> Confirmed;
 

@@ -4,7 +4,7 @@
 
 namespace pluvo::dialog {
 
-/// Texts to search for on the left, what is to be done with them on the right, and below what would come of
+/// Texts to search for on the left, the operation on the right, and below a preview of
 /// it.
 struct FindPage final : forms::Page {
   FindPage();

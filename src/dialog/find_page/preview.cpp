@@ -113,7 +113,7 @@ std::u16string obstacle(const Request& request) {
 std::u16string distanceSentence(const Request& request) {
   const std::int16_t unit = codeOf(request.find.cboxUnitDistanceApart);
   if (unit < engine::kWords || unit >= engine::kEntireDocument)
-    return u"The ending may be anywhere behind the beginning.";
+    return u"The ending may be anywhere after the beginning.";
   const std::u16string noun = std::array{u"word", u"sentence", u"paragraph"}[static_cast<std::size_t>(unit)];
   const std::int16_t distance = distanceOf(request).value_or(0);
   if (distance < 0) return u"The beginning and the ending are in the same " + noun + u'.';

@@ -8,8 +8,8 @@
 
 namespace pluvo::dialog {
 
-/// The request as it stands on the find page, as a sample of what it finds and of what it makes of it, with
-/// the sentences a user needs to understand them. What is missing is said, and what to do about it. The
+/// The request as it stands on the find page: a sample of the text it finds and of the result. Sentences
+/// below say what a user needs to understand them. It says what is missing, and what to do about it. The
 /// engine is the one that would run.
 std::u16string previewOf(const Pages& pages, const clsProcessFind& engine);
 
@@ -29,7 +29,7 @@ class Preview {
   clsProcessFind& engine_;
   Choices& choices_;
   forms::TextBox& display_;
-  /// Whether the preview is what is shown.
+  /// Whether the preview is shown.
   bool shown_ = false;
 };
 

@@ -11,7 +11,7 @@
 
 namespace pluvo::dialog {
 
-/// The find page's text boxes: bring in what is selected in the document, with Ctrl+V where the user wants
+/// The find page's text boxes: bring in the document's selection, with Ctrl+V where the user wants
 /// that, or with the right mouse button. The inside text can be used where beginning and ending are there.
 class TextBoxes {
  public:

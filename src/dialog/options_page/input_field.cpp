@@ -12,7 +12,7 @@ namespace pluvo::dialog {
 
 namespace {
 
-/// No options are longer; what lies behind is not read.
+/// No options are longer; the rest is not read.
 constexpr std::size_t kMostBytes = 65536;
 
 std::string_view fieldIn(std::string_view bytes) {

@@ -66,7 +66,7 @@ void OptionsFile::load() {
       forms::CheckBox* const box = kept(control);
       if (box == nullptr) continue;
       ++k;
-      // The test is of k, one less than what is read: a line that is short by one value is a fault.
+      // The test is of k, one less than the value read: a line that is short by one value is a fault.
       if (k < fields.size()) box->valueText(fieldAt(fields, k + 1));
     }
   });

@@ -19,7 +19,7 @@ class OptionsFile {
   /// when the options are first saved.
   OptionsFile(OptionsPage& page, errors::Context& context, const std::u16string& dataFolder);
 
-  /// Sets the boxes. Without a file they stay as they are; a fault in it is reported, and the boxes behind
+  /// Sets the boxes. Without a file they stay as they are; a fault in it is reported, and the boxes after
   /// stay as they are.
   void load();
   void save();

@@ -26,8 +26,8 @@ std::size_t runOf(ByteSpan bytes, const CodePage* page) {
   return count;
 }
 
-/// Whatever the bytes are, and even if somebody writes into the file meanwhile, there are no more units than
-/// the bytes have room for, so none is written outside.
+/// There are no more units than the bytes have room for, whatever the bytes are, and even if another program
+/// writes into the file meanwhile. So none is written outside.
 template <Encoding kEncoding, class Unit>
 class Decoder {
  public:
@@ -55,7 +55,7 @@ class Decoder {
  private:
   static constexpr std::size_t kUnitSize = unitSize(kEncoding);
 
-  /// What is decoded is not looked at again soon.
+  /// Decoded text is not looked at again soon.
   void releaseSometimes() {
     constexpr std::size_t kHeld = std::size_t{8} * 1024 * 1024;
     if (offset_ - released_ < kHeld) return;

@@ -9,7 +9,7 @@
 
 namespace pluvo::plain {
 
-/// A text in memory and the way back to its bytes (those behind the byte order mark). The text has one
+/// A text in memory and the way back to its bytes (those after the byte order mark). The text has one
 /// paragraph mark more than the bytes, at its end.
 struct Decoded {
   text::OriginalText text;

@@ -34,7 +34,7 @@ std::string detectorsAnswer(ByteSpan sample) {
 struct Trust {
   std::string_view answer;                  ///< the detector's
   std::size_t least;                        ///< letters and signs that fit
-  std::array<std::string_view, 2> as = {};  ///< what is read in its place, the first that has every byte
+  std::array<std::string_view, 2> as = {};  ///< encodings read in its place, the first that has every byte
 };
 
 constexpr std::size_t kFewLatin = 4;
@@ -96,7 +96,7 @@ bool readAlike(ByteSpan sample, const Coding& one, const Coding& other) {
   return texts[0] == texts[1];
 }
 
-/// What is to be read in the place of an encoding, where that has all the bytes.
+/// The encoding read in the place of another, where it has all the bytes.
 std::optional<Named> readAs(const Trust& trust, ByteSpan bytes, bool windows1252) {
   for (const std::string_view name : trust.as) {
     if (name.empty()) continue;

@@ -11,7 +11,7 @@ class Writer;
 /// What stays of a text file: its bytes, and where each position's bytes lie.
 class PlainSource final : public formats::Source {
  public:
-  /// The map is of the bytes behind the byte order mark.
+  /// The map is of the bytes after the byte order mark.
   PlainSource(base::Bytes bytes, const Storage& storage, LineEnd lineEnd, ByteMap map)
       : bytes_(std::move(bytes)), storage_(storage), lineEnd_(lineEnd), map_(std::move(map)) {}
 

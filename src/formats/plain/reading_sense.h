@@ -8,8 +8,8 @@
 
 namespace pluvo::plain {
 
-/// How a text reads: what there is beyond ASCII that stands as in words and sentences, and what does not, as
-/// in a text read in the wrong encoding.
+/// How a text reads: how many characters beyond ASCII stand as in words and sentences, and how many do not,
+/// as in a wrong encoding.
 struct Sense {
   std::size_t fits = 0;
   std::size_t jars = 0;

@@ -4,7 +4,7 @@
 
 namespace pluvo::plain {
 
-/// Throws errors::DocumentError (encoding) where bytes below 80 are a text in ISO-2022 or HZ: there an edit
+/// Throws errors::DocumentError (encoding) where bytes below 80 are a text in ISO-2022 or HZ. There an edit
 /// of letters could cut a character of another script. Looks at the first mebibyte, so that it costs a large
 /// file nothing.
 void requireNoShifts(base::ByteSpan bytes);

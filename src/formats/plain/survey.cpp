@@ -12,7 +12,7 @@ using Word = std::uint64_t;
 constexpr Word kOnes = ~Word{0} / 0xFF;
 constexpr Word kHighBits = kOnes * 0x80;
 
-/// The high bit of every byte that is zero, and perhaps of bytes behind the first one.
+/// The high bit of every byte that is zero, and perhaps of bytes after the first one.
 constexpr Word zeroBytes(Word word) { return (word - kOnes) & ~word & kHighBits; }
 
 constexpr Word endsOfRun(Word word) {

@@ -159,7 +159,7 @@ void Writer::putUnit(char16_t unit) {
   putByte(little ? unit >> 8 : unit & 0xFF);
 }
 
-/// A line feed that comes to stand behind the carriage return of another line would make one line end of two.
+/// A line feed that comes to stand after the carriage return of another line would make one line end of two.
 /// A second line feed keeps them two.
 void Writer::keepLineEndsApart(char16_t next) {
   if (afterCarriageReturn_ && next == u'\n') putUnit(u'\n');

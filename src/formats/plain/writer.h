@@ -28,7 +28,7 @@ class Writer {
   /// A character may be split between calls. Throws errors::DocumentError (encoding) for one that has no
   /// place.
   void encode(std::u16string_view text);
-  /// To be called behind the last unit.
+  /// To be called after the last unit.
   void finish();
 
  private:

@@ -10,7 +10,7 @@ namespace pluvo::memory {
 /// Elsewhere than where members do their work, which stays small by that.
 void tellMember(errors::Fault& fault, const char16_t* name);
 
-/// Does what a member of the word processor does ("Range.Text"). A fault has the member in its source, as
+/// Runs a member of the word processor ("Range.Text"). A fault has the member in its source, as
 /// Word's have; of members that use one another, that which was called first.
 /// The name is no view, whose length would be counted at every call.
 template <class Work>

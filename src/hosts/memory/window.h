@@ -41,7 +41,7 @@ class MemorySelection : public word::Selection {
   std::int32_t countOf(word::WdUnits unit) override;
 
  private:
-  /// What is selected, or the character behind the insertion point.
+  /// The selected text, or the character after the insertion point.
   text::Span selected() const;
   document::Story& selectedStory() const;
 

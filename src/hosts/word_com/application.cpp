@@ -163,7 +163,7 @@ void introduce(const Object& application) {
             .toText();
     log.beginIn(templates + told(L"PathSeparator") + u"PLUVO");
   } catch (const errors::Fault&) {
-    return;  // what it would hold has no place
+    return;  // its contents would have no place
   }
 }
 

@@ -8,7 +8,7 @@ namespace pluvo::word_com {
 
 namespace {
 
-/// What the list of steps to undo shows.
+/// The name in the list of steps to undo.
 constexpr const char16_t* kStepName = u"P.L.U.V.O.";
 constexpr const wchar_t* kSecurity = L"AutomationSecurity";
 
@@ -23,7 +23,7 @@ bool tryTo(Work&& work) {
   }
 }
 
-/// What is not given back stays with the user.
+/// A setting that is not given back stays changed for the user.
 template <class Work>
 void giveBack(Work&& work) {
   constexpr int kAttempts = 3;
@@ -55,7 +55,7 @@ ComSwitched::ComSwitched(Object owner, const wchar_t* property, bool value)
   });
 }
 
-// Also where it could not be set for certain: what it was does no harm.
+// Also where setting it may have failed: the old value does no harm.
 ComSwitched::~ComSwitched() {
   if (isOther_) giveBack([&] { owner_.put(property_, Arguments().boolean(!value_)); });
 }

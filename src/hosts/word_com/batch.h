@@ -56,7 +56,7 @@ class ComMacrosOff final {
   std::optional<std::int32_t> before_;
 };
 
-/// Word takes no blank that is left over beside what is deleted and, unless the edits are to be seen, does
+/// Word removes no extra blank beside deleted text and, unless the edits are to be seen, does
 /// not draw its windows.
 class ComEdits final : public word::Batch {
  public:

@@ -41,7 +41,7 @@ ComPtr<IDispatch> applicationBehind(const ComPtr<IDispatch>& object) {
   return result.toObject();
 }
 
-/// What is passed to the enumeration of windows.
+/// The argument of the enumeration of windows.
 IDispatch** place(LPARAM found) {
   return reinterpret_cast<IDispatch**>(found);  // NOLINT(performance-no-int-to-ptr): Windows passes it on so
 }

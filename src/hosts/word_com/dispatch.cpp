@@ -15,7 +15,8 @@ std::wstring qualified(const wchar_t* interfaceName, const wchar_t* member) {
   return std::wstring(interfaceName) + L"." + member;
 }
 
-/// Lets calls and messages of the apartment in meanwhile, as whoever rejects ours may be waiting for one.
+/// Lets calls and messages of the apartment in meanwhile, as the program that rejects ours may be waiting for
+/// one.
 void pause(DWORD milliseconds) {
   HANDLE never = CreateEventW(nullptr, TRUE, FALSE, nullptr);
   if (never == nullptr) return Sleep(milliseconds);
@@ -32,7 +33,7 @@ HRESULT untilTaken(Call&& call) {
   constexpr DWORD kLongestPause = 1300;
   HRESULT status = S_OK;
   for (DWORD wait = kFirstPause;; wait *= 2) {
-    // So that what is there afterwards is of this call.
+    // So an error object found afterwards is of this call.
     SetErrorInfo(0, nullptr);
     status = call();
     if (!isBusy(status) || wait > kLongestPause) return status;
@@ -58,7 +59,7 @@ DISPID MemberIds::of(IDispatch& object, const wchar_t* interfaceName, const wcha
 }
 
 void Session::letGo() {
-  // What goes with an object may be another of these.
+  // Releasing an object may release another of these.
   std::vector<Microsoft::WRL::ComPtr<IDispatch>> all;
   for (Held* each : held) all.push_back(std::move(each->object));
 }

@@ -64,7 +64,7 @@ std::u16string systemMessage(HRESULT status) {
   return message;
 }
 
-/// What the callee left on its thread for the caller, where it does such a thing.
+/// The error object that the callee left on its thread, if any.
 std::optional<errors::Fault> leftBehind(IDispatch& object) {
   Microsoft::WRL::ComPtr<ISupportErrorInfo> support;
   if (FAILED(object.QueryInterface(IID_PPV_ARGS(&support))) ||

@@ -21,8 +21,8 @@ enum AutomationFault : std::int32_t {
 };
 
 /// What a failing status of that object's member ("Range.Delete") says. Takes the exception's texts over, and
-/// has them filled in first where that was put off. What the thread's error object says is believed only of
-/// an object that says it leaves such behind; it is to be cleared before the call.
+/// has them filled in first where that was put off. The thread's error object is believed only where the
+/// called object says that it sets one. It is to be cleared before the call.
 errors::Fault faultOf(HRESULT status, EXCEPINFO& exception, IDispatch& object, std::wstring_view member);
 
 /// Word did not take the call, because it is at something else, a box of its own perhaps.

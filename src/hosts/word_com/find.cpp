@@ -15,7 +15,7 @@ namespace pluvo::word_com {
 
 namespace {
 
-/// What a search dialog may have left behind, and how it is for a literal search.
+/// Criteria that a search dialog may have left, and their values for a literal search.
 struct Sticky {
   const wchar_t* property;
   bool value;
@@ -71,7 +71,7 @@ void ComFind::set(const wchar_t* flag, bool value, bool resting) const {
   }
 }
 
-/// What cannot be looked at is not there to matter.
+/// A property that cannot be read does not matter.
 bool ComFind::is(const wchar_t* property, bool value) const {
   try {
     return find_.get(property).toBoolean() == value;
@@ -147,7 +147,7 @@ bool ComFind::executeInWord() const {
 
 bool ComFind::Execute() {
   const Span asked = range_->span();
-  // Only meanwhile: what the last search had stays in Word's own dialog.
+  // Only meanwhile: Word's own dialog keeps its last search.
   std::optional<ComSwitched> pattern;
   if (proposal_.isLineEnd) pattern.emplace(find_, L"MatchWildcards", true);
   const bool found = findsWithin(asked);
@@ -160,7 +160,7 @@ bool ComFind::findsWithin(Span asked) {
   if (text_->empty()) return executeInWord() && !range_->span().spans();
 
   Span within = asked;
-  // Word does not find what is the whole range.
+  // Word does not find a text that is the whole range.
   while (!(asked.spans() && isWholeMatch(within))) {
     const bool found = executeInWord();
     const Span match = found ? range_->span() : within;
@@ -176,7 +176,7 @@ bool ComFind::findsWithin(Span asked) {
       continue;
     }
     if (!found || ranOn || isBefore) {
-      // Hidden text makes a range longer than what is read of it.
+      // Hidden text makes a range longer than its text as read.
       if (!asked.spans()) return false;
       range_->set(within);
       return isText() && (!wholeWord_ || isWholeWord(within));

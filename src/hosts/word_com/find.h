@@ -11,9 +11,10 @@
 
 namespace pluvo::word_com {
 
-/// A literal search, which Word's find is not by itself: `^` begins a code there, straight and typographic
-/// quotes are one, a range that is its own match is not found, and the search then leaves the range. Whatever
-/// Word finds is compared with the text asked for, and the search goes on after a wrong match.
+/// A literal search, which Word's find is not by itself. There `^` begins a code, and straight and
+/// typographic quotes are one. A range that is its own match is not found, and the search then leaves the
+/// range. Whatever Word finds is compared with the text asked for, and the search goes on after a wrong
+/// match.
 ///
 /// Nor does Word take a long text or one of several lines. Its longest line proposes places then (a line end,
 /// where no line holds a character), around which the whole text is compared.
@@ -68,7 +69,7 @@ class ComFind final : public word::Find {
   bool matchCase_ = false;
   bool wholeWord_ = false;
   bool wordSeesToWords_ = false;
-  /// What was read last, and how many matches were not the text.
+  /// The text read last, and the number of false matches.
   std::u16string read_;
   std::int32_t alike_ = 0;
 };

@@ -24,8 +24,8 @@ class ComRange final : public word::Range, public std::enable_shared_from_this<C
       : range_(std::move(range)), document_(std::move(document)), inMainText_(inMainText) {}
 
   std::int32_t Start() override { return range_.get(L"Start").toInteger(); }
-  /// Where Word moves it back, out of a field perhaps, it is the first later place that Word takes: a search
-  /// that goes on from there must not meet again what it met.
+  /// Where Word moves it back, out of a field perhaps, it is the first later place that Word takes. So a
+  /// search that goes on from there does not find the same text again.
   void Start(std::int32_t position) override;
   std::int32_t End() override { return range_.get(L"End").toInteger(); }
   void End(std::int32_t position) override { range_.put(L"End", Arguments().integer(position)); }

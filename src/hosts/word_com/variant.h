@@ -10,7 +10,7 @@
 
 namespace pluvo::word_com {
 
-/// A VARIANT and what it owns.
+/// A VARIANT, owning its value.
 class Variant {
  public:
   Variant() noexcept { VariantInit(&value_); }
@@ -21,7 +21,7 @@ class Variant {
   }
   ~Variant() { VariantClear(&value_); }
 
-  /// What a caller leaves out: VT_ERROR holding DISP_E_PARAMNOTFOUND.
+  /// An argument left out: VT_ERROR holding DISP_E_PARAMNOTFOUND.
   static Variant missing();
   static Variant integer(std::int32_t value);
   /// VT_BYREF|VT_I2, which stays the caller's.
@@ -47,7 +47,7 @@ class Variant {
   VARIANT value_;
 };
 
-/// What a member is called with, in the order in which Word declares its parameters.
+/// The arguments of a call, in the order in which Word declares its parameters.
 class Arguments {
  public:
   Arguments() = default;

@@ -30,8 +30,8 @@ std::string withoutSeparators(std::string path) {
   return path;
 }
 
-/// The place in an output folder of a path that came in a list: what stands behind "/./", else all of it, in
-/// both without what would lead out of the folder.
+/// The place in an output folder of a path that came in a list: the part after "/./", else all of it. Steps
+/// that would lead out of the folder are left out.
 std::string placeOfListed(const std::string& path) {
   const std::size_t mark = path.find("/./");
   const std::string kept = mark == std::string::npos ? path : path.substr(mark + 3);
@@ -97,7 +97,7 @@ class Lister {
       }
     } catch (const std::system_error&) {
       if (!seenMissing_.insert(path).second) return;
-      // Opening it will say what is wrong with any other.
+      // Opening it will tell the fault of any other.
       listing_.documents.push_back(
           {path, place, path.empty() ? std::optional(failure(Trouble::noName)) : std::nullopt});
     }
@@ -187,7 +187,7 @@ class Lister {
     }
   }
 
-  /// What is no document, or is not there, has a slice, too.
+  /// A name that is no document, or is missing, has a slice, too.
   void leaveToOtherSlices() {
     std::erase_if(listing_.leftOut, [&](auto& each) { return !keys_->takes(keys_->keyOf(each.path)); });
     for (NamedDocument& each : listing_.documents)

@@ -65,7 +65,7 @@ bool PathMask::takesFile(std::u16string_view path) const {
 bool PathMask::matchesSteps(std::u16string_view path) const {
   const std::vector<std::u16string_view> names = stepsOf(path);
   std::optional<std::size_t> any;  ///< the last ** that was passed
-  std::size_t anyEnd = 0;          ///< of what it takes
+  std::size_t anyEnd = 0;          ///< of the characters it takes
   std::size_t next = 0;
   std::size_t at = 0;
   while (next < steps_.size() || at < names.size()) {

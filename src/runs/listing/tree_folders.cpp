@@ -71,7 +71,7 @@ std::optional<Reason> TreeFolders::reasonToLeaveOut(const std::u16string& folder
   try {
     if (avoided_.contains(identityOf(system_.statusAt(base::nameBytes(folder + entry.name)).stamp)))
       return Reason::writtenByRun;
-  } catch (const std::system_error&) {  // NOLINT(bugprone-empty-catch): what is not there was not written
+  } catch (const std::system_error&) {  // NOLINT(bugprone-empty-catch): a missing file was not written
   }
   return std::nullopt;
 }

@@ -13,8 +13,8 @@ namespace pluvo::runs {
 using Identity = scanner::FileIdentity;
 inline Identity identityOf(const files::Stamp& stamp) { return {stamp.device, stamp.inode}; }
 
-/// The machine's folders as a scan is to see them: without what is excluded, each read from the disk once
-/// though a scan asks twice, and with a word about what the scan does not see.
+/// The machine's folders as a scan is to see them, without excluded entries. Each is read from the disk once
+/// though a scan asks twice. Entries that the scan does not see are told.
 class TreeFolders final : public scanner::Folders {
  public:
   /// All of them outlive it.
@@ -29,7 +29,7 @@ class TreeFolders final : public scanner::Folders {
 
  private:
   std::vector<scanner::Entry> read(const std::u16string& folder);
-  /// None for what is taken.
+  /// None for an entry that is taken.
   std::optional<Reason> reasonToLeaveOut(const std::u16string& folder, const scanner::Entry& entry) const;
   void noteUnreadable(const std::string& folder, std::error_code error, bool inPart);
 

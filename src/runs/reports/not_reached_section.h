@@ -6,8 +6,8 @@
 
 namespace pluvo::runs {
 
-/// The part of the page that tells, document by document, what requests did not reach and what was not looked
-/// into.
+/// The part of the page that tells, document by document, what requests did not reach and which parts were
+/// not looked into.
 class NotReachedSection {
  public:
   void add(const Outcome& outcome);

@@ -10,11 +10,11 @@
 
 namespace pluvo::runs {
 
-/// A report of the whole run in a file, of the kind that the name's ending says: ".html" a page for people,
+/// A report of the whole run in a file. The ending of its name says its kind: ".html" a page for people,
 /// ".csv" a row for each document and block, ".json" an object with all of them. It stands whole in its place
 /// when the run ends; until then its parts are in temporary files.
 ///
-/// The command is what the report says was run; the slices, if any, are those that it is made of, known at
+/// The command is the one that the report names; the slices, if any, are those that it is made of, known at
 /// its end. Throws CannotBegin where the file cannot be made.
 std::unique_ptr<Observer> reportPrinter(const ReportPlace& place, const std::string& command,
                                         const std::vector<SliceTold>* slices = nullptr);

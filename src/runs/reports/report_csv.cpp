@@ -15,7 +15,7 @@ namespace {
 constexpr std::array<std::string_view, 11> kFormulaSigns = {"=",  "+",      "-",      "@",      "\t",    "\r",
                                                             "\n", "\uFF1D", "\uFF0B", "\uFF0D", "\uFF20"};
 
-/// A field. What a spreadsheet would take for a formula gets an apostrophe, which it shows as text.
+/// A field. Text that a spreadsheet would take for a formula gets an apostrophe, which it shows as text.
 std::string field(std::string_view text) {
   std::string guarded(text);
   if (std::ranges::any_of(kFormulaSigns, [&](std::string_view sign) { return text.starts_with(sign); }))
@@ -82,7 +82,7 @@ class CsvReport final : public Observer {
   }
 
  private:
-  /// What was done in each place of a document.
+  /// The counts of each place of a document.
   void addPlaces(const std::string& path, const CountsByPlace& places) {
     for (const document::Place place : document::kAllPlaces) {
       const PlaceCounts& counts = places.at(static_cast<std::size_t>(place));

@@ -21,7 +21,7 @@ class ReportFile {
 
   /// Adds to the part that comes last. A failure to write, here and below, is a DocumentError (io).
   void addLater(std::string_view text);
-  /// Writes the beginning, what was added, and the end, and gives the file its name. Where another program
+  /// Writes the beginning, the added parts, and the end, and gives the file its name. Where another program
   /// put something there meanwhile that stays, and the report keeps the name it has.
   void finish(std::string_view beginning, std::string_view end);
 

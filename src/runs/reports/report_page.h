@@ -6,10 +6,10 @@
 /// read.
 namespace pluvo::runs {
 
-/// Sizes are in rem, so that the reader's own text size holds; where the page is narrow for it, as on a small
-/// screen or at a large zoom, rows of tables stand as lines below each other, each value with its name. Old
-/// and new text are told apart by line and sign as well as by colour. Blocks out of sight cost nothing until
-/// they are scrolled to, which keeps ten thousand quick.
+/// Sizes are in rem, so that the reader's own text size holds. Where the page is narrow, rows of tables stand
+/// as lines below each other, each value with its name. Old and new text are told apart by line and sign as
+/// well as by colour. Blocks out of sight cost nothing until they are scrolled to, which keeps ten thousand
+/// quick.
 inline constexpr std::string_view kReportHead = R"html(
 <html lang="en">
 <head>

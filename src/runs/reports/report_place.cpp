@@ -39,7 +39,7 @@ ReportKind kindOf(const std::string& path) {
                     path);
 }
 
-/// What cannot be read is taken for something else.
+/// A file that cannot be read counts as no report.
 bool isReport(const std::string& path) {
   const int file = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
   if (file < 0) return false;
@@ -56,7 +56,7 @@ bool isReport(const std::string& path) {
 ReportPlace reportPlace(const std::string& path, bool overwrite) {
   ReportPlace place{kindOf(path), resolved(path), std::nullopt};
   struct stat found = {};
-  if (::stat(place.path.c_str(), &found) != 0) return place;  // making it will say what is wrong
+  if (::stat(place.path.c_str(), &found) != 0) return place;  // making it will tell the fault
   if (!S_ISREG(found.st_mode)) refuse(path + " is not a file.");
   place.before = found;
   place.isForeign = found.st_size > 0 && !isReport(place.path);

@@ -9,7 +9,7 @@
 
 namespace pluvo::runs {
 
-/// What the first line of a report begins with, by which a later run knows that it may replace the file.
+/// The beginning of a report's first line, by which a later run knows that it may replace the file.
 inline constexpr std::string_view kHtmlMark = "<!DOCTYPE html><!-- PLUVO report -->";
 inline constexpr std::string_view kJsonMark = "{\"report\":\"PLUVO\",";
 /// No row of its own, which spreadsheets would show: the names of the first columns and the mark for UTF-8.
@@ -27,8 +27,8 @@ struct ReportPlace {
   bool isForeign = false;             ///< that file is not empty and no report
 };
 
-/// Throws CannotBegin where the ending says no kind of report, where the path leads to something else than a
-/// file, and, unless it may be overwritten, where it leads to a file that is not empty and no report.
+/// Throws CannotBegin where the ending names no kind of report, or where the path leads to something else
+/// than a file. A file that is neither empty nor a report is refused, too, unless it may be overwritten.
 ReportPlace reportPlace(const std::string& path, bool overwrite);
 
 }  // namespace pluvo::runs

@@ -59,7 +59,7 @@ toml::table parsed(const std::string& text, const std::string& path) {
   }
 }
 
-/// A file of requests may come from somebody else, so it names no files of its user's.
+/// A file of requests may come from another person, so it names no files of its user's.
 void refuseFileKey(const std::string& place, std::string_view key) {
   if (std::ranges::find(kFileWords, key) == kFileWords.end()) return;
   const std::string text(key.substr(0, key.rfind('-')));

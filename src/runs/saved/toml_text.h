@@ -6,7 +6,7 @@
 
 namespace pluvo::runs {
 
-/// The request as it stands in a file, with what is not as by default.
+/// The request as it stands in a file, omitting defaults.
 std::string tomlOf(const engine::Request& request);
 
 }  // namespace pluvo::runs

@@ -40,7 +40,7 @@ class RestFile final : public Observer {
     if (going != slices.slices().end())
       throw SlicesRefused(
           "Slice " + std::to_string(going->number) + " of " + std::to_string(going->count) +
-          " is still going on, so what is left is not known; make the list when it has ended.");
+          " is still going on, so its unfinished documents are not known; make the list when it has ended.");
     require(std::fflush(file_.get()) == 0);
     isWhole_ = true;
   }

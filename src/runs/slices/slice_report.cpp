@@ -39,7 +39,7 @@ std::uint64_t rankOf(const std::optional<Outcome>& outcome, std::size_t source, 
 /// Without what became of it, which may change while slices are going on.
 std::uint64_t placeOf(std::uint64_t rank) { return rank << 2U; }
 
-/// Attempts at one slice are one, and slices that nobody told of were never begun.
+/// Attempts at one slice count as one, and slices without a record were never begun.
 std::vector<SliceTold> combined(const std::vector<SliceTold>& read) {
   using Key = std::tuple<std::string, std::uint32_t, std::uint32_t>;
   std::vector<SliceTold> slices;

@@ -14,7 +14,7 @@
 
 namespace pluvo::runs {
 
-/// What the journal has of a slice: what was done with before, and what is done with now.
+/// The journal's view of a slice: documents done before, and documents done now.
 class SliceRun {
  public:
   /// All of them outlive it.

@@ -30,7 +30,7 @@ class SliceReport::Source {
 
 std::unique_ptr<SliceReport::Source> sourceInJournal(files::FileSystem& system, const std::string& folder,
                                                      const std::string& name);
-/// What a run printed with --json; runs that were printed one after the other are read, too.
+/// The output of a run with --json; outputs one after the other are read, too.
 std::unique_ptr<SliceReport::Source> sourceInFile(files::FileSystem& system, const std::string& path);
 
 }  // namespace pluvo::runs

@@ -37,7 +37,7 @@ std::size_t droppedOf(std::string_view name) {
   return length <= kAllKept ? 0 : length == kOneDropped ? 1 : 2;
 }
 
-/// Other versions and other programs drop other numbers of characters than Word does. What they leave may
+/// Other versions and other programs drop other numbers of characters than Word does. The rest may
 /// then be the lock file of the document that has the whole name.
 bool isOfAnother(FileSystem& system, const OpenFolder& folder, std::string_view name, std::size_t dropped) {
   const std::string_view whole = withoutFirst(name, dropped);

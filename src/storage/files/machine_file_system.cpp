@@ -61,7 +61,7 @@ bool mustBeKept(std::string_view attribute) {
 /// Where a file without a name can be reached, for as long as it is open.
 std::string pathOf(Handle unnamed) { return "/proc/self/fd/" + std::to_string(unnamed); }
 
-/// What the system vouches for the contents with, or lets a program do that has them.
+/// Attributes by which the system vouches for the contents, or grants rights to a program.
 bool isOfContents(std::string_view attribute) {
   return attribute == "security.capability" || attribute == "security.ima" || attribute == "security.evm";
 }
@@ -176,7 +176,7 @@ class MachineFileSystem final : public FileSystem {
   }
 
   std::future<void> startFlush(Handle file) override {
-    // Where there can be no more threads, whoever waits flushes.
+    // Where there can be no more threads, the waiting thread flushes.
     return std::async(std::launch::async | std::launch::deferred, [this, file] { flush(file); });
   }
 

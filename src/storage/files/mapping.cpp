@@ -43,7 +43,7 @@ Slot* slotOf(std::uintptr_t address) {
   return nullptr;
 }
 
-/// Lets the signal do what it would have done without us.
+/// Gives the signal its usual effect.
 void passOn(int number, siginfo_t* info, void* context) {
   if ((previousAction.sa_flags & SA_SIGINFO) != 0) return previousAction.sa_sigaction(number, info, context);
   if (previousAction.sa_handler != SIG_DFL && previousAction.sa_handler != SIG_IGN)
@@ -88,9 +88,9 @@ class Mapping final : public base::MappedFile {
       : size_(size), length_((size / pageSize() + 1) * pageSize()), slot_(takeSlot()) {
     file_ = fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
     if (file_ < 0 || fstat(file_, &mapped_) != 0) fail();
-    // Memory for one byte more than the file, then the file's whole pages over it. What is left of the file
-    // is copied: the byte after it lies in no page that comes back from the file without it, as one does
-    // that was cut off and is there again.
+    // Memory for one byte more than the file, then the file's whole pages over it. The rest of the file is
+    // copied. The byte after it must not lie in a page of the file: a file cut off and restored would give
+    // that page back without it.
     void* start = mmap(nullptr, length_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (start == MAP_FAILED) fail();
     start_ = static_cast<std::uint8_t*>(start);

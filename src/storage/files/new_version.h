@@ -21,11 +21,12 @@ struct Original {
   FileStatus status;
 };
 
-/// Writes the version, with what the original has where there is one. It need not be on disk yet.
+/// Writes the version, with the original's permissions and attributes where there is one. It need not be on
+/// disk yet.
 NotKept writeVersion(FileSystem& system, TemporaryFile& file, const std::optional<Original>& original,
                      const NewVersion& version);
 
-/// Reads what was written back and has it checked; the stamp is the finished file's.
+/// Reads the version back and has it checked; the stamp is the finished file's.
 Stamp checkVersion(FileSystem& system, Handle written, const std::function<void(const base::Bytes&)>& check);
 
 /// The version is in its place; what fails now cannot be taken back.

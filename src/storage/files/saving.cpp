@@ -15,7 +15,7 @@ errors::DocumentError lockedBy(const LockFile& lock) {
   const std::string who = lock.owner.empty() ? "a word processor" : lock.owner;
   return {errors::Problem::locked,
           "The file \"" + lock.name + "\" beside the document says that " + who +
-              " has it open; close it there. If nobody has it open, delete that file."};
+              " has it open; close it there. If it is not open anywhere, delete that file."};
 }
 
 void requireReplaceable(FileSystem& system, const Located& document, const FileStatus& status) {
@@ -83,8 +83,8 @@ FileStatus statusToReplace(FileSystem& system, const Located& document, const St
   return status;
 }
 
-/// The document, open to be replaced. Until this goes it is this program's alone to save, and it is the one
-/// that was opened: another program may have put a new version there, before or after this one opened it.
+/// The document, open to be replaced. Until this is destroyed only this program may save the document. It is
+/// also the version that was opened: another program may have put a new one there since.
 class Held {
  public:
   Held(FileSystem& system, const Located& document, const Stamp& opened)
@@ -103,7 +103,7 @@ class Held {
   const OpenFile file_;
 };
 
-/// Whether what is at the place is another file than the one that was opened.
+/// Whether the file at the place is another than the one that was opened.
 bool isAnother(FileSystem& system, const Place& place, const Stamp& opened) {
   try {
     return system.statusAt(place).stamp != opened;

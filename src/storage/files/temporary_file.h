@@ -17,7 +17,7 @@ class TemporaryFile {
   TemporaryFile& operator=(const TemporaryFile&) = delete;
   ~TemporaryFile();
 
-  /// What it has from the time it is flushed, renamed or not.
+  /// Its stamp from the time it is flushed, renamed or not.
   const std::string& name() const { return name_; }
   Place place() const { return folder_.at(name_); }
   Handle handle() const { return file_.handle(); }
@@ -32,7 +32,8 @@ class TemporaryFile {
 
   /// Takes the place of whatever has the name, and stays.
   void replace(const std::string& name);
-  /// The same, but what had the name is at place() then, and stays too. False where the disk cannot do it.
+  /// The same, but the file that had the name is at place() then, and stays too. False where the disk cannot
+  /// do it.
   bool swap(const std::string& name);
   /// Takes a name; it still goes with this object unless it is kept. Throws std::system_error with EEXIST
   /// where the name is taken.

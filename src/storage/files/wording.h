@@ -7,7 +7,7 @@
 
 namespace pluvo::files {
 
-/// What a failed call means to the user.
+/// The message on a failed call.
 errors::DocumentError readingFailed(const std::system_error& failure);
 /// The original is untouched.
 errors::DocumentError savingFailed(const std::system_error& failure);

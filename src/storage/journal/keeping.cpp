@@ -9,7 +9,7 @@ namespace pluvo::journal {
 
 namespace {
 
-/// Nobody may write, as no document that is replaced has it.
+/// Permissions without writing, which no replaced document has.
 constexpr std::uint32_t kOfCopies = 0400;
 
 void copyBytes(files::FileSystem& system, files::Handle from, files::Handle to) {
@@ -154,7 +154,7 @@ class Kept final : public files::Keeping {
   Flushes flushes_;
 };
 
-/// An original that there is no room for, or that nobody wants.
+/// An original without room in the journal, or that the run does not keep.
 class Dropped final : public files::Keeping {
  public:
   explicit Dropped(RunUnderWay& run) : run_(run), flushes_(run.system) {

@@ -8,10 +8,10 @@
 namespace pluvo::journal {
 
 /// Keeps the original of a document that is being replaced, and records it. Throws std::system_error. The
-/// run's mutex is held here; what is returned must not outlive the run.
+/// run's mutex is held here; the result must not outlive the run.
 std::unique_ptr<files::Keeping> keepOriginal(RunUnderWay& run, const files::Replacement& replacement);
 
-/// Records that the original is not kept: there is no room for it, or nobody wants it.
+/// Records that the original is not kept: there is no room for it, or the run keeps none.
 std::unique_ptr<files::Keeping> leaveOriginal(RunUnderWay& run, const files::Replacement& replacement);
 
 }  // namespace pluvo::journal

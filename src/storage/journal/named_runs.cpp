@@ -203,7 +203,7 @@ void NamedRun::forget() {
   });
 }
 
-/// On a file server a folder may keep the name of a lock that is still open; what is left is empty.
+/// On a file server a folder may keep the name of a lock that is still open; that folder is empty.
 void NamedRun::remove(const Held& slice) const {
   try {
     removeRun(system_, *folder_, slice.name(), slice.folder());
@@ -217,7 +217,7 @@ void NamedRun::removeIfEmpty() const {
     if (name.starts_with("request") || name == kLock) system_.remove(folder_->at(name));
   try {
     system_.removeFolder(openAllNamed(system_, runs_).at(request_.run));
-  } catch (const std::system_error&) {  // NOLINT(bugprone-empty-catch): an empty folder harms nobody
+  } catch (const std::system_error&) {  // NOLINT(bugprone-empty-catch): an empty folder does no harm
   }
 }
 

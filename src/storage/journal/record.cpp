@@ -68,7 +68,7 @@ std::vector<std::string_view> wordsOf(std::string_view line) {
   return words;
 }
 
-/// Ends the lines that only slices have: of one that was not written whole, what is there could be another
+/// Ends the lines that only slices have: the beginning of an incomplete one could be another
 /// document's name.
 constexpr std::string_view kEnd = ".";
 

@@ -28,7 +28,7 @@ struct Record {
   Kind kind = Kind::command;
   std::string text;          ///< the command, or the document's path
   std::uint64_t number = 0;  ///< kept, takenBack: the name of the original; begun: of the process
-  /// kept: the name of what lies beside the document meanwhile, be it the original or a version
+  /// kept: the name of the file beside the document meanwhile, be it the original or a version
   std::string beside;
   files::FileStatus before;  ///< kept: owner, group, permissions and stamp of the original
   files::Stamp after;        ///< kept, intended: of the version that took its place
@@ -43,8 +43,8 @@ struct Record {
 /// with a line feed, without which a line was not written whole.
 std::string lineOf(const Record& record);
 
-/// Put before a line where the one before it may lack its end: no record ends like this, and what is there of
-/// a name could be another document's.
+/// Put before a line where the one before it may lack its end. No record ends like this, and half a name
+/// could be another document's.
 inline constexpr const char* kUnlessWhole = "%\n";
 
 /// Nothing for a line that is none of ours.

@@ -123,7 +123,7 @@ std::unique_ptr<files::OpenFile> holdNamed(files::FileSystem& system, const OwnF
 
 std::unique_ptr<files::OpenFile> holdSlice(files::FileSystem& system, const OwnFolder& slice,
                                            const std::string& what) {
-  // Whoever only looks whether it is going on holds it for a moment.
+  // A program that only asks whether the slice is going on holds it for a moment.
   constexpr int kTries = 20;
   std::unique_ptr<files::OpenFile> lock;
   for (int i = 0; i < kTries && lock == nullptr; ++i) {

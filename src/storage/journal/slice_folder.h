@@ -13,7 +13,7 @@ namespace pluvo::journal {
 /// "3-of-8"
 std::string sliceName(std::uint32_t number, std::uint32_t slices);
 
-/// What the slices have in common, as it stands in the run's folder; nothing where there is none.
+/// The facts that slices share, from the run's folder; nothing where there are none.
 std::optional<NamedRequest> requestIn(files::FileSystem& system, const OwnFolder& run,
                                       const std::string& name);
 /// Puts it there, unless another program came first.
@@ -31,7 +31,7 @@ bool isGoing(files::FileSystem& system, const OwnFolder& slice);
 
 std::string thisMachine();
 
-/// What the journal of a slice has of its documents.
+/// The documents in a slice's journal.
 class SliceProgress {
  public:
   struct Document {

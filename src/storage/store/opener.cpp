@@ -14,10 +14,10 @@ using errors::Problem;
 
 namespace {
 
-/// Of whoever has the document open.
+/// Of the user who has the document open.
 constexpr const char* kWhatToDo = " Save the text under another name, or close it and open the file again.";
 
-/// Of whoever works on files that nobody opened.
+/// Of a run over files that no window shows.
 constexpr const char* kChooseThere = " Open it by itself, and choose its encoding there.";
 
 std::string withoutAdvice(const DocumentError& error) {
@@ -34,7 +34,7 @@ bool mayNot(Problem problem) { return problem == Problem::readOnly || problem ==
 }  // namespace
 
 std::int32_t openingFault(Problem problem) {
-  // Not "wrong password": nobody was asked for one, so that asking again would come to the same.
+  // Not "wrong password": no password was asked for, so asking again would end the same.
   if (problem == Problem::password) return word::kNotAvailable;
   if (problem == Problem::io) return word::kFileNotFound;
   return word::kFileCorrupted;

@@ -15,7 +15,7 @@ using ByteSpan = std::span<const std::uint8_t>;
 class MappedFile {
  public:
   virtual ~MappedFile() = default;
-  /// Whether part of the file went missing under the bytes (somebody cut it short, the disk failed); such a
+  /// Whether part of the file went missing under the bytes (it was cut short, the disk failed); such a
   /// part reads as zeros.
   virtual bool vanished() const = 0;
   /// Whether anybody wrote into the file since it was mapped, wherever it lies now.
@@ -24,10 +24,10 @@ class MappedFile {
   virtual void release() const = 0;
 };
 
-/// The bytes of a file, held for as long as somebody refers to them: mapped, read, or made by a test.
+/// The bytes of a file, held as long as references exist: mapped, read, or made by a test.
 ///
-/// After a whole file one byte more, kBehind, lies in the same memory: a text whose last line has no end is
-/// given a paragraph mark where it lies.
+/// After a whole file one byte more, kBehind, lies in the same memory. A last line without an end gets its
+/// paragraph mark there.
 struct Bytes {
   static constexpr std::uint8_t kBehind = '\r';
 
@@ -54,7 +54,7 @@ class Output {
   virtual void write(ByteSpan bytes) = 0;
 };
 
-/// An output that keeps what it is given.
+/// An output that keeps its bytes in memory.
 class MemoryOutput : public Output {
  public:
   void write(ByteSpan bytes) override { bytes_.insert(bytes_.end(), bytes.begin(), bytes.end()); }

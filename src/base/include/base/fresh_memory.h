@@ -11,8 +11,8 @@ namespace pluvo::base {
 /// them.
 std::shared_ptr<std::uint8_t[]> freshMemory(std::size_t size);
 
-/// For a program at its start: what one document gives back serves the next one and does not go to the system
-/// and back, and a heap that grows large does so in large pages. Only a hint.
+/// For a program at its start. Memory that one document gives back serves the next one without a call to the
+/// system. A large heap grows in large pages. Only a hint.
 void prepareHeap();
 
 }  // namespace pluvo::base

@@ -7,8 +7,8 @@
 namespace pluvo::base {
 
 /// A JSON string, controls of every kind escaped. A byte that is not part of well-formed UTF-8 becomes the
-/// escape of the lone surrogate U+DC00 plus the byte, which Python's os.fsencode, among others, turns back
-/// into the byte: a name survives whole.
+/// escape of the lone surrogate U+DC00 plus the byte. Python's os.fsencode, among others, turns it back, so a
+/// name survives whole.
 std::string jsonQuoted(std::string_view bytes);
 
 /// Members of a JSON object, in the order in which they are added. Names are ASCII without quotes.

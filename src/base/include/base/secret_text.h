@@ -34,7 +34,7 @@ template <class Characters>
 class Secret {
  public:
   Secret() = default;
-  /// Wipes what it is given.
+  /// Wipes its argument.
   explicit Secret(Characters&& characters) : characters_(std::move(characters)) { wipe(characters); }
   Secret(Secret&& other) noexcept : characters_(std::move(other.characters_)) { wipe(other.characters_); }
   Secret& operator=(Secret&& other) noexcept {
@@ -56,7 +56,7 @@ class Secret {
 
 /// A password.
 using SecretText = Secret<std::u16string>;
-/// What is derived from one.
+/// A key derived from a password.
 using SecretBytes = Secret<std::vector<std::uint8_t>>;
 
 }  // namespace pluvo::base

@@ -6,9 +6,8 @@
 
 namespace pluvo::base {
 
-/// The candidates that a mistyped word may stand for: those that it begins, else those that are at most two
-/// slips of the keyboard away (a letter too many, too few, wrong, or swapped with its neighbour), nearest
-/// first.
+/// The candidates that a mistyped word may stand for, nearest first. Those that it begins, else those at most
+/// two slips away: a letter too many, too few, wrong, or swapped with its neighbour.
 std::vector<std::string_view> suggestionsFor(std::string_view typed,
                                              const std::vector<std::string_view>& candidates);
 

@@ -8,7 +8,7 @@
 /// The one coder between code points, UTF-8 and UTF-16.
 namespace pluvo::base {
 
-constexpr char32_t kReplacement = 0xFFFD;  ///< what stands for bytes or units that are no character
+constexpr char32_t kReplacement = 0xFFFD;  ///< stands for bytes or units that are no character
 
 constexpr bool isHighSurrogate(char32_t unit) { return (unit & 0xFFFFFC00U) == 0xD800; }
 constexpr bool isLowSurrogate(char32_t unit) { return (unit & 0xFFFFFC00U) == 0xDC00; }

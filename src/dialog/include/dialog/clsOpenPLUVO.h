@@ -17,7 +17,7 @@ class clsOpenPLUVO {
   /// Shows the dialog, and returns when the user closes it. Throws the Fault of a start-up that could not be
   /// reported, as the word processor does not answer perhaps; the next call starts anew.
   void OpenPLUVO();
-  /// The same, but returns at once: whoever runs the thread's loop has the dialog's messages dealt with.
+  /// The same, but returns at once: the owner of the thread's loop dispatches the dialog's messages.
   void show();
   bool isShown() const { return dialog_ && dialog_->Visible(); }
   /// See frmFAR.

@@ -32,7 +32,7 @@ inline constexpr const char16_t* kSame = u"Same";
 /// cannot be written, reaches the caller.
 class clsProcessFind {
  public:
-  /// What it works with. All of it outlives the object.
+  /// The objects it works with. All outlive it.
   struct Surroundings {
     /// Makes the word processor's global object; called at its first use, and then never again.
     std::function<std::shared_ptr<word::Application>()> application;
@@ -85,7 +85,7 @@ class clsProcessFind {
   void LiftLimitsSetting(bool value) { request_.liftLimits = value; }
   /// The kinds of stories in which passes work; main text alone at first.
   void StoriesSetting(word::StoryKinds stories) { request_.stories = stories; }
-  /// What was set; texts and distance are as the last pass took them.
+  /// The values set; texts and distance are as the last pass took them.
   const engine::Request& request() const { return request_; }
   /// The request as the next pass takes it. Throws Fault where the distance is no number, or none of 16 bits.
   engine::Request preparedRequest();
@@ -93,13 +93,13 @@ class clsProcessFind {
   engine::SearchedText searched(std::u16string_view text) const {
     return engine::searchedText(text, request_.liftLimits);
   }
-  /// Whether insertions have the extra space although it is not asked for any more: once a pass had it, it
-  /// stays for the life of this object.
+  /// Whether insertions have the extra space although it is no longer asked for. Once a pass had it, it stays
+  /// for the life of this object.
   bool keepsExtraSpace() const { return keepsExtraSpace_; }
   /// The folder in which the folder picker opens.
   void BrowseStart(std::u16string folder) { browseStart_ = std::move(folder); }
 
-  // One block at a time. All that such a pass changes is one step to undo; it ends where FindNextItem finds
+  // One block at a time. All that such a pass changes is one step to undo. It ends where FindNextItem finds
   // no other block, with the next InitializeFind, and with endPass. Where InitializeFind reports a fault
   // there is nothing to find, make or skip.
   void InitializeFind();

@@ -15,9 +15,9 @@ class FolderList final : public forms::ListBox {
   /// The folders outlive it. The separator stands between the folders of a path.
   FolderList(std::u16string name, scanner::Folders& folders, std::u16string separator);
 
-  /// The folder shown, with a separator behind it only where it is a root.
+  /// The folder shown, with a separator after it only where it is a root.
   const std::u16string& Path() const { return path_; }
-  /// Throws Fault kPathNotFound for what is no folder; the list then stays as it is.
+  /// Throws Fault kPathNotFound where the path is no folder; the list then stays as it is.
   void Path(const std::u16string& folder);
   void Refresh();
 

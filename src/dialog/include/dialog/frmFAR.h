@@ -15,7 +15,7 @@ namespace pluvo::dialog {
 
 struct Pages;
 
-/// The main dialog: pages, each a struct of its controls, and what they do.
+/// The main dialog: pages, each a struct of its controls, and their handlers.
 ///
 /// No fault leaves its handlers but those of the reporter itself.
 class frmFAR final : public forms::Form {

@@ -32,10 +32,10 @@ class frmProcessing final : public forms::Form {
   void MultiProcess(
       const std::vector<std::u16string>& files, Then then = [] {});
 
-  /// The last block was dealt with, and what was done has been told; or the user goes on no more.
+  /// The last block was dealt with, and its outcome told; or the user has stopped.
   forms::Event<> Finished;
 
-  /// What is to be done, and in which file of how many.
+  /// The operation, and the number of the file among all.
   forms::Label lblOperation{u"lblOperation"};
   forms::Label lblFile{u"lblFile"};
   forms::CommandButton cmdPerform{u"cmdPerform", u"&Perform Operation"};

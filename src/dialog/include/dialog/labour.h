@@ -5,15 +5,15 @@
 
 namespace pluvo::dialog {
 
-/// Has what takes long done. This one does it at once, as inside Word, where everything is on Word's thread;
-/// a program with windows of its own does it in another thread, and its windows live on.
+/// Has what takes long done. This one does it at once, as inside Word, where everything is on Word's thread.
+/// A program with windows of its own does it in another thread.
 class Labour {
  public:
   /// Is given what the work threw, if anything.
   using Then = std::function<void(std::exception_ptr thrown)>;
 
   virtual ~Labour() = default;
-  /// Does the work, and then, in the caller's thread, what goes on from there; may return before either.
+  /// Does the work, then the continuation in the caller's thread; may return before either.
   virtual void run(std::function<void()> work, Then then) {
     std::exception_ptr thrown;
     try {

@@ -22,7 +22,7 @@ namespace pluvo::dialog {
 struct RunPlace {
   errors::Context& context;
   forms::MessageBoxes& boxes;
-  /// Where the dialog keeps what is its own; ends with the separator that stands between folders.
+  /// The folder for the dialog's own files; ends with the separator that stands between folders.
   std::u16string dataFolder;
   std::u16string separator;
   std::function<std::unique_ptr<scanner::Folders>()> folders;
@@ -54,8 +54,7 @@ struct Surroundings {
   /// A run over these files is about to begin; a program may take some out. Then is told whether it begins.
   std::function<void(std::vector<std::u16string>& files, const std::function<void(bool)>& then)> filesChosen =
       [](auto&, const auto& then) { then(true); };
-  /// Tells what the run that has just ended did not reach in its documents: a sentence for the status line,
-  /// empty where there is nothing to tell.
+  /// Tells what the last run did not reach in its documents: a sentence for the status line, or nothing.
   std::function<void(const std::function<void(const std::u16string& sentence)>& told)> notReached =
       [](const auto& told) { told({}); };
   /// The word processor as the user sees it now, whose selection is pasted; empty where it is that of the
@@ -63,8 +62,8 @@ struct Surroundings {
   std::function<word::Application&()> shown = {};
   /// Has what takes long done; null where the dialog does it itself, at once.
   Labour* labour = nullptr;
-  /// Shows a document that lies beside the program, and throws Fault where it cannot; empty where it is
-  /// opened in the word processor, as the active document.
+  /// Shows a document that lies beside the program, and throws Fault where it cannot. Empty where the word
+  /// processor opens it as the active document.
   std::function<void(const std::u16string& path)> showDocument = {};
 };
 

@@ -19,9 +19,8 @@ struct Table {
   std::int32_t parent = kNone;
 };
 
-/// A field, known by its index in Content::fields: character 19, its code, and where it has a result
-/// character 20 and the result, then character 21. A field inside another has that one as parent, and a
-/// higher index.
+/// A field, known by its index in Content::fields: character 19, its code, character 20 and the result where
+/// it has one, then character 21. A field inside another has that one as parent, and a higher index.
 struct Field {
   std::int32_t parent = kNone;
   /// The views that show the place where the field stands.
@@ -36,11 +35,11 @@ struct Control {
   std::int32_t table = kNone;
   /// It lies in a paragraph; otherwise it holds paragraphs, cells or rows.
   bool inlined = false;
-  /// Text with a guide: what is put beside its ends stays outside.
+  /// Text with a guide: text put beside its ends stays outside.
   bool isGuided = false;
-  /// A line end put into it is a line break and no paragraph mark; true for what lies in such a control.
+  /// A line end put into it is a line break and no paragraph mark; true for controls within such a one, too.
   bool takesLineBreaks = false;
-  /// Its content may not be changed; true for what lies in such a control.
+  /// Its content may not be changed; true for controls within such a one, too.
   bool contentLocked = false;
   /// It may not be deleted.
   bool deletionLocked = false;
@@ -49,7 +48,7 @@ struct Control {
 /// What a format cannot do to a character in place, known by its index in Nesting::restrictions.
 struct Restriction {
   enum class Of : std::uint8_t {
-    highlight,  ///< it keeps its colour, and passes edits of the highlight by: nobody would see it
+    highlight,  ///< it keeps its colour, and ignores edits of the highlight, which would not be seen
     colour,     ///< it keeps its colour, and edits of the highlight are refused
     removal,    ///< it does not go; text beside it may come and go
     change,     ///< it does not go nor get a highlight, and no text is put beside it that takes after it

@@ -20,9 +20,9 @@ struct Look {
 /// Builds a document front to back for the readers of structured formats. Every call that adds characters
 /// adds them at length(), so that a reader can note there which bytes they came from.
 ///
-/// Decides which view shows what: a field's code is in the view with codes, its result in the one with
-/// results, the marks 19 and 21 in the one with codes (a match does not run from a code into the text beside
-/// it), the separator in none; and each only where the text around the field is.
+/// Decides which view shows which characters. The view with codes shows a field's code and the marks 19 and
+/// 21, so that no match runs from a code into the text beside it. The view with results shows its result. No
+/// view shows the separator. Each shows only what the text around the field shows.
 class ContentBuilder {
  public:
   /// How many characters may come at most, so far as that is known.
@@ -51,7 +51,7 @@ class ContentBuilder {
   void endTable();
   std::size_t openTables() const { return tables_.size(); }
 
-  /// A control; what it passes on to those within it is taken from its parent. A look says which character
+  /// A control; it takes from its parent what holds for all within. A look says which character
   /// lies in it.
   std::int32_t addControl(Control control);
   /// For what becomes known of a control before anything in it is added.

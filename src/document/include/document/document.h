@@ -35,7 +35,7 @@ class Document {
 
   /// Whether any story was edited since the document was read or last saved.
   bool changed() const;
-  /// For whoever wrote the document into its file.
+  /// Called after the document was written into its file.
   void saved();
 
   Snapshot snapshot() const;

@@ -22,7 +22,7 @@
 /// What the format cannot do in place (Restriction) is refused, too.
 ///
 /// New text joins the paragraph it is put into: it lies in the table in which that paragraph lies. Text that
-/// ends with a paragraph mark of its own stays outside a table that begins behind it. It is shown where the
+/// ends with a paragraph mark of its own stays outside a table that begins after it. It is shown where the
 /// text around it is, and is hidden and highlighted as the character it is put beside. It is deleted where
 /// the characters it stands for, or both of its neighbours, are.
 namespace pluvo::document {
@@ -30,7 +30,7 @@ namespace pluvo::document {
 struct Removal {
   /// Where the deletion begins and text that replaces it goes.
   text::Position at = 0;
-  /// What goes, in order; no two touch.
+  /// The spans that go, in order; no two touch.
   std::vector<text::Span> spans;
 };
 
@@ -49,7 +49,7 @@ struct Landing {
 };
 
 /// Where text inserted at position stands, and beside which character: the one before it (behind) or the one
-/// behind it.
+/// after it.
 Landing landingAt(const Story& story, text::Position position, bool behind, std::u16string_view newText);
 /// Where text that replaces the first span of a removal stands.
 Landing landingInsteadOf(const Story& story, const Removal& removal, std::u16string_view newText);

@@ -19,7 +19,7 @@ struct Step {
   text::Position original = 0;
   text::Position length = 0;
   text::Position at = 0;  ///< keep and put: where it stands in the edited text
-  bool behind = false;    ///< put: behind its character instead of before it
+  bool behind = false;    ///< put: after its character instead of before it
   std::u16string_view units{};
 };
 
@@ -39,7 +39,7 @@ class StepReader {
   std::size_t piece_ = 0;
   text::Position at_ = 0;       ///< of the piece in the edited text
   text::Position reached_ = 0;  ///< original characters kept or dropped
-  // New text between two kept pieces, and what is dropped there:
+  // New text between two kept pieces, and the text dropped there:
   bool inGap_ = false;
   text::Piece put_;           ///< piece_, where that is new
   text::Piece kept_;          ///< the next kept piece; an empty one at the end of the text
@@ -53,7 +53,7 @@ class EditScript {
  public:
   explicit EditScript(const Story& story) : text_(&story.text()), reader_(*text_) { advance(); }
 
-  /// Takes the steps that concern original characters up to end, the new text behind the last of them
+  /// Takes the steps that concern original characters up to end, the new text after the last of them
   /// included: visit(const Step&), cut to them.
   template <class Visit>
   void take(text::Position end, Visit visit);
@@ -61,7 +61,7 @@ class EditScript {
   /// Whether all of the original characters from the place reached up to end go.
   bool dropsAllTo(text::Position end) const;
 
-  /// From the first to behind the last of these original characters that stay, none of which was taken; empty
+  /// From the first to after the last of these original characters that stay, none of which was taken; empty
   /// where none does.
   text::Span keptOf(text::Span original) const;
 

@@ -26,10 +26,9 @@ struct Query {
   }
 };
 
-/// Finds that remember. Of each of the last few queries it is known that no match begins in [from, clear),
-/// and, where one was found, that one begins at clear. A find that begins in there needs no search up to
-/// clear, whatever its bound, so that many finds of one far ending cost one search. An edit costs a search of
-/// its own place only.
+/// Finds that remember. Of each of the last few queries it knows that no match begins in [from, clear). Where
+/// one was found, it begins at clear. A find that begins in there needs no search up to clear, whatever its
+/// bound. So many finds of one far ending cost one search. An edit costs a search of its own place only.
 class FindMemory {
  public:
   /// Both must outlive this object.

@@ -32,9 +32,9 @@ class LiveRange {
 
 /// All live ranges of one story.
 ///
-/// When n characters are inserted at p, a start behind p moves, one at p stays; an end behind p moves, one at
-/// p moves unless the range is empty. When a span is replaced, what lies behind it moves; strictly inside it
-/// a start goes to the start of the new text, an end to its end, an empty range to its end. So a range over
+/// When n characters are inserted at p, a start after p moves, and one at p stays. An end after p moves, and
+/// so does one at p unless the range is empty. When a span is replaced, positions after it move. Strictly
+/// inside it a start goes to the start of the new text, an end and an empty range to its end. So a range over
 /// exactly the old text then covers exactly the new.
 class LiveRanges {
  public:

@@ -6,7 +6,7 @@ namespace pluvo::document {
 
 class Story;
 
-/// Is told of every change of a document's stories, whoever makes it.
+/// Is told of every change of a document's stories.
 class Observer {
  public:
   virtual ~Observer() = default;

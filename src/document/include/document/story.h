@@ -32,9 +32,9 @@ struct PartCount {
   std::int64_t broughtIn = 0;  ///< less than none where edits joined what was apart
 };
 
-/// A text of a document under edit, main text or another, with its layers: what each character looks like
-/// and belongs to, and the live ranges and finds over it. All edits go through here, under one policy for
-/// every format (edit_policy.h). Knows no file and no format.
+/// A text of a document under edit, main text or another. Its layers say what each character looks like and
+/// belongs to. Live ranges and finds work over it. All edits go through here, under one policy for every
+/// format (edit_policy.h). Knows no file and no format.
 ///
 /// A span that does not lie in the text is a bug in the caller. An edit is refused with a Fault, and nothing
 /// has happened, when its text holds a character that stands for something other than text (marks of cells
@@ -102,8 +102,8 @@ class Story {
   /// text inherits from the first character replaced. Returns where the text stands now (empty: where the
   /// deletion began).
   text::Span replace(text::Span span, std::u16string_view text, text::View view);
-  /// Inserts text that inherits from the character behind it, or from the one before it; returns where it
-  /// stands. Text behind a cell mark goes before it; text behind the final paragraph mark goes before that.
+  /// Inserts text that inherits from the character after it, or from the one before it; returns where it
+  /// stands. Text after a cell mark goes before it; text after the final paragraph mark goes before that.
   text::Span insertBefore(text::Position position, std::u16string_view text);
   text::Span insertBehind(text::Position position, std::u16string_view text);
 
@@ -114,7 +114,7 @@ class Story {
   /// Whether anything was edited since the document was read or last saved. An edit that leaves everything as
   /// it was is none.
   bool changed() const { return changed_; }
-  /// For whoever wrote the document into its file.
+  /// Called after the document was written into its file.
   void saved() {
     changed_ = false;
     ++saves_;
@@ -141,7 +141,7 @@ class Story {
   Snapshot snapshot() const {
     return {kind_, text_, visibility_, highlight_, structure_, nesting_, changed_, saves_, false, false};
   }
-  /// Goes back (or forth) to a snapshot of this story. Live ranges behind the first difference end up there.
+  /// Goes back (or forth) to a snapshot of this story. Live ranges after the first difference end up there.
   /// The story then counts as changed, unless nothing was changed at the snapshot nor saved since.
   void restore(Snapshot snapshot);
 

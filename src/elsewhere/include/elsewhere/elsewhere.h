@@ -37,7 +37,7 @@ struct Elsewhere {
 /// Names that scripts rely on: "hidden", "objects".
 std::string_view keyOf(formats::Unreached kind);
 std::string_view keyOf(formats::Opaque kind);
-/// Words that follow a number and "in": "hidden text"; of what is not looked into: "pictures".
+/// Words that follow a number and "in": "hidden text"; of parts not looked into: "pictures".
 std::string_view wordsOf(formats::Unreached kind);
 std::string_view wordsOf(formats::Opaque kind);
 

@@ -11,7 +11,7 @@ namespace pluvo::elsewhere {
 std::int64_t blocksIn(const Elsewhere& found);
 std::int64_t occurrencesIn(const Elsewhere& found);
 
-/// Whether somebody has to look: something is counted, or a part could not be read and may hold anything.
+/// Whether the user has to look: something is counted, or a part could not be read and may hold anything.
 bool needsCare(const Elsewhere& found);
 
 // Parts of sentences, for the user; empty where there is nothing to say.
@@ -23,8 +23,8 @@ std::string occurrencesInWords(const Elsewhere& found);
 std::string notLookedIntoInWords(const Elsewhere& found);
 /// Which parts could not be read, and why, in whole sentences.
 std::string damageInWords(const Elsewhere& found);
-/// All of it but what is not looked into: "2 blocks in headers; the beginning also occurs in hidden text (1);
-/// 3 parts could not be read".
+/// All of it but the parts not looked into, as "2 blocks in headers; the beginning also occurs in hidden text
+/// (1)".
 std::string inWords(const Elsewhere& found);
 
 }  // namespace pluvo::elsewhere

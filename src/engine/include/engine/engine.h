@@ -28,11 +28,11 @@ class Engine {
 
   /// Prepares a pass. Where that fails there is nothing to find, make or skip.
   void InitializeFind(const Request& request);
-  /// Makes the prepared pass over all blocks that are left; the search resumes behind each block.
+  /// Makes the prepared pass over all blocks that are left; the search resumes after each block.
   void ProcessAllBlocks();
 
-  // One block at a time; the search resumes behind its beginning. All that such a pass changes is one step to
-  // undo, which ends where FindNextItem finds no other block, with the next InitializeFind, and with endPass.
+  // One block at a time; the search resumes after its beginning. All that such a pass changes is one step to
+  // undo. It ends where FindNextItem finds no other block, with the next InitializeFind, and with endPass.
   /// Finds the next block, and selects it where that is asked for. The request's confirmEach does not matter.
   bool FindNextItem(bool selects = false);
   void MakeChanges();

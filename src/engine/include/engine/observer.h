@@ -6,8 +6,8 @@
 
 namespace pluvo::engine {
 
-/// A block as a pass stands at it. The ranges are the pass's own, to be read only; a text is read only where
-/// it is wanted, since a block may be as long as the document.
+/// A block as a pass stands at it. The ranges are the pass's own, to be read only. A text is read only on
+/// demand, since a block may be as long as the document.
 struct Block {
   word::Range& whole;
   word::Range& begin;
@@ -16,7 +16,7 @@ struct Block {
   word::Range* operated;  ///< the one the operation acts on; none where it changes nothing
 };
 
-/// Is told of every block of a pass, before and after what is done with it.
+/// Is told of every block of a pass, before and after the operation.
 class PassObserver {
  public:
   enum class Answer { goOn, stop };
@@ -50,7 +50,7 @@ class Observer : public PassObserver {
  public:
   enum class Decision { operate, skip, stop };
 
-  /// What is to be done with the block, which is selected meanwhile. Asked where each is to be confirmed.
+  /// The decision on the block, which is selected meanwhile. Asked where each is to be confirmed.
   virtual Decision decide(const Block&) { return Decision::stop; }
   /// A procedure ended with a fault, and its caller goes on. The tag is that of the procedure entered last.
   /// What this throws counts as a fault of that caller, and leaves the engine where there is none.

@@ -8,8 +8,8 @@
 
 namespace pluvo::engine {
 
-// A code may have any value of 16 bits: one that names no operation or no location has nothing done, one that
-// names no place is kBefore, and under one that names no unit every ending is too far.
+// A code may have any value of 16 bits. One that names no operation or no location does nothing. One that
+// names no place is kBefore. Under one that names no unit every ending is too far.
 enum OperationCode : std::int16_t { kNone = 0, kInsert = 1, kReplace = 2, kDelete = 3, kHighlight = 4 };
 enum LocationCode : std::int16_t { kSelection = 0, kBeginning = 1, kEnding = 2, kInsideText = 3 };
 enum PlaceCode : std::int16_t { kBefore = 0, kAfter = 1 };
@@ -36,9 +36,9 @@ struct Request {
   word::StoryKinds stories = word::kMainTextAlone;
   bool startAtTop = true;    ///< else at the start of the selection
   bool confirmEach = false;  ///< in a whole pass: the observer decides about each block
-  /// Lifts three limits that are kept inside Word: search points and skipped counts beyond 16 bits; endings
-  /// that lie beyond the doubled position of a rejected candidate or beyond the previous block; texts that
-  /// are searched for by their first line or 255 characters, and else found whole.
+  /// Lifts three limits that are kept inside Word. Search points and skipped counts have 16 bits. Endings lie
+  /// before the doubled position of a rejected candidate, and before the previous block. Texts are searched
+  /// for by their first line or 255 characters; without the limit they are found whole.
   bool liftLimits = false;
 
   bool operator==(const Request&) const = default;

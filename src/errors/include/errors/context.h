@@ -10,7 +10,7 @@ namespace pluvo::errors {
 
 class clsErrorLogging;
 
-/// What the procedures of one dialog share. There are no globals, so that documents can be worked on in
+/// The state that procedures of one dialog share. There are no globals, so that documents can be worked on in
 /// parallel, each with its own context.
 struct Context {
   Context() = default;

@@ -16,7 +16,7 @@ enum FaultNumber : std::int32_t {
   kOutOfMemory = 7,
   kSubscriptOutOfRange = 9,
   kTypeMismatch = 13,  ///< a text that should be a number is not one
-  kInputPastEnd = 62,  ///< a file ends before what is read of it
+  kInputPastEnd = 62,  ///< a file ends before the value that is read
   kPathFileAccess = 75,
   kPathNotFound = 76,
   kObjectNotSet = 91,      ///< a member of an object that is not there
@@ -38,7 +38,8 @@ struct Fault : std::exception {
   std::u16string helpFile;
   std::int32_t helpContext = 0;
 
-  /// What it is for whoever works on documents, where that is known; a word processor tells only the number.
+  /// The problem of a document that it stands for, where that is known; a word processor tells only the
+  /// number.
   std::optional<Problem> problem;
 
   /// The same with its problem.

@@ -13,7 +13,7 @@ enum class Problem : std::uint8_t {
   protection,   ///< protected against editing ("protected")
   signature,    ///< digitally signed ("signed")
   damaged,      ///< not a sound document of its kind, or of another kind
-  unsupported,  ///< the format has no place for what was asked
+  unsupported,  ///< the format cannot hold the change
   encoding,     ///< text that the file's encoding cannot hold
   tooLarge,
   temporary,  ///< a word processor's own temporary file

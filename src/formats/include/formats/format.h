@@ -23,7 +23,7 @@
 namespace pluvo::formats {
 
 /// What stays of the file a document was read from. It knows which bytes stand for each original character,
-/// and so writes an edited document in place: what was not touched keeps its bytes.
+/// and so writes an edited document in place: untouched text keeps its bytes.
 class Source : public document::Medium {
  public:
   /// Writes the whole document as its stories stand. Throws errors::DocumentError.
@@ -33,8 +33,8 @@ class Source : public document::Medium {
   /// How each original character of main text looks, made anew at every call. Empty where the format knows no
   /// looks.
   virtual text::RunMap<Appearance> appearance() const { return {}; }
-  /// Tells what of the document's text is not main text, as the file has it, but for what goes with main text
-  /// that is no longer there. A part that cannot be read is told, too.
+  /// Tells the document's texts that are not main text, as the file has them. Text that went with deleted
+  /// main text is left out. A part that cannot be read is told, too.
   virtual void tellOtherTexts(const document::Story& /*mainText*/, OtherTexts& /*texts*/) const {}
 };
 
@@ -49,9 +49,9 @@ struct Protection {
   std::string obstacle = {};
 };
 
-/// What is known of a file besides its bytes.
+/// Facts about a file besides its bytes.
 struct Hint {
-  /// Of a plain text, where bytes do not tell it for certain; empty where nobody knows.
+  /// Of a plain text, where bytes do not tell it for certain; empty where it is unknown.
   std::string encoding = {};
   /// The encoding holds whatever the bytes seem to be, but for a byte order mark.
   bool certain = false;
@@ -73,7 +73,7 @@ struct Opened {
   /// By which a plain text was read; empty where the format leaves no choice.
   std::string encoding = {};
   bool isEncodingGuessed = false;
-  /// What is to be known when a new version is read, its key included.
+  /// The hint for reading the new version, its key included.
   Hint again = {};
 };
 

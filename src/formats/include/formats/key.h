@@ -29,7 +29,7 @@ class Lock {
   virtual SharedKey keyBy(const base::SecretText& password) const = 0;
 };
 
-/// Tries passwords on a lock, those of a list or those that somebody is asked for. Null where none fits. It
+/// Tries passwords on a lock: those of a list, or those a user is asked for. Null where none fits. It
 /// may throw errors::DocumentError, to say more than that.
 using KeyFinder = std::function<SharedKey(const Lock& lock)>;
 
@@ -38,7 +38,7 @@ using KeyFinder = std::function<SharedKey(const Lock& lock)>;
 /// there is none, or where it is wrong.
 SharedKey keyOf(const Lock& lock, const SharedKey& known, const KeyFinder& finder);
 
-/// For a document whose password nobody gave.
+/// For a document without a known password.
 errors::DocumentError encryptedDocument();
 
 }  // namespace pluvo::formats

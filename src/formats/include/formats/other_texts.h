@@ -37,7 +37,7 @@ enum class Unreached : std::uint8_t {
   scripts,
   styleSheets,
   templates,
-  formFields,  ///< what they say, and what can be chosen in them
+  formFields,  ///< their texts and their choices
   earlier,     ///< what a program that saves changes alone left in the file of text that was deleted
 };
 inline constexpr std::size_t kUnreached = 23;

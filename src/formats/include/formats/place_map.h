@@ -8,7 +8,7 @@
 namespace pluvo::formats {
 
 /// The way from an original text back to its bytes: where some of its positions begin. A reader notes them
-/// front to back; what lies between is found by reading on from the nearest one in front.
+/// front to back; places between are found by reading on from the nearest one in front.
 template <class Offset>
 class PlaceMap {
  public:

@@ -10,10 +10,10 @@
 
 namespace pluvo::forms {
 
-/// A text with a list of rows to choose it from. A row is its text, and behind it, unseen, a code.
+/// A text with a list of rows to choose it from. A row is its text, and after it, unseen, a code.
 ///
-/// A list that shows a row's text has that row's code: the code is looked up when it is read, so that it does
-/// not matter whether the text or the rows came first.
+/// A list that shows a row's text has that row's code. The code is looked up when it is read, so text and
+/// rows may come in any order.
 class ComboBox : public Control {
  public:
   struct Row {

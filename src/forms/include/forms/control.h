@@ -24,7 +24,7 @@ struct Font {
 };
 
 /// Where a control stands on its page, in a grid of twelve columns of equal width and as many rows as are
-/// used. Rows are as high as their controls ask for; those with multi-line text or a list share what is left.
+/// used. Rows are as high as their controls ask for; those with multi-line text or a list share the rest.
 /// Without columns: on a line of its own, below the control before it.
 struct Cell {
   int row = 0;

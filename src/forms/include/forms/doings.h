@@ -10,7 +10,7 @@
 
 namespace pluvo::forms {
 
-/// The way of what the user does from the widgets of one form to its controls.
+/// Carries the user's actions from the widgets of one form to its controls.
 class Doings {
  public:
   using Admits = std::function<bool(const Control*)>;
@@ -39,7 +39,7 @@ class Doings {
   /// Whether the program lets this happen now; without a control, the form's closing.
   bool admits(const Control* control) const { return listening_ && admits_(control); }
 
-  /// Whether a press would be admitted, for whoever shows that.
+  /// Whether a press would be admitted, so that a renderer can show it.
   bool offers(const Control& control) const { return admits_(&control); }
 
   /// An edit has begun; the call ends it, and tells whether it stands.

@@ -65,7 +65,7 @@ class Form {
   void activate() { Activated.raise(); }
   Event<> Activated;
 
-  /// Whether the form is out of the way, so that what lies behind it is seen: 1, else 0.
+  /// Whether the form is out of the way, so that the document behind it is seen: 1, else 0.
   int WindowState() const { return windowState_; }
   void WindowState(int state) {
     if (windowState_ == state) return;

@@ -3,7 +3,7 @@
 #include <memory>
 #include <string>
 
-/// What a dialog needs of the machine besides its own window.
+/// The machine's services to a dialog.
 namespace pluvo::forms {
 
 class Clock {

@@ -10,7 +10,7 @@ namespace pluvo::forms {
 enum class Buttons { ok, yesNo, yesNoCancel };
 enum class Answer { ok, yes, no, cancel };
 
-/// What is taken for the answer to a box that is closed without one.
+/// The answer that counts when a box is closed without one.
 inline Answer closedAnswer(Buttons buttons) {
   if (buttons == Buttons::ok) return Answer::ok;
   return buttons == Buttons::yesNo ? Answer::no : Answer::cancel;

@@ -39,7 +39,7 @@ class TextBox final : public Control {
     changed.raise();
     Change.raise();
   }
-  /// What is shown in the place of every character typed; empty: the character itself.
+  /// The character shown for every one typed; empty: the one typed.
   const std::u16string& PasswordChar() const { return passwordChar_; }
   void PasswordChar(std::u16string character) { set(passwordChar_, std::move(character)); }
   bool MultiLine() const { return multiLine_; }

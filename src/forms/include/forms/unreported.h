@@ -8,8 +8,8 @@
 
 namespace pluvo::forms {
 
-/// For renderers: passes on what the user did. A fault arrives here only where the reporter itself failed,
-/// memory having run out perhaps; the user is told all the same, and the dialog goes on.
+/// For renderers: passes on the user's actions. A fault arrives here only where the reporter itself failed,
+/// perhaps for want of memory. The user is told all the same, and the dialog goes on.
 template <class Doing>
 void userDid(MessageBoxes& boxes, Doing&& doing) {
   errors::Fault fault;

@@ -14,7 +14,8 @@ namespace pluvo::forms_qt {
 struct BoxSurroundings {
   /// The window a box belongs to; without it, or where it says nothing, the one that is active.
   std::function<QWidget*()> owner;
-  /// Called with a box that is about to be shown and has its size; may move it, away from what it asks about.
+  /// Called with a box that is about to be shown and has its size; may move it, away from the text it asks
+  /// about.
   std::function<void(QWidget& box)> placing;
 };
 

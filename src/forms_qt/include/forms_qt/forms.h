@@ -15,8 +15,8 @@ namespace pluvo::forms_qt {
 
 class FormWindow;
 
-/// Shows forms as Qt windows, by kind of control: what the form's values say is shown, and what the user does
-/// arrives as calls on the controls. A widget's objectName is its control's name.
+/// Shows forms as Qt windows, by kind of control. It shows the form's values, and passes the user's actions
+/// on as calls on the controls. A widget's objectName is its control's name.
 ///
 /// A form that was shown keeps its window, hidden between showings, until the form goes. All forms go before
 /// this host, and this host before the QApplication.
@@ -53,7 +53,7 @@ class QtForms final : public forms::FormHost {
   /// again.
   void admissionChanged();
   /// A form's WindowState was set. For a window of its own 1 makes an icon of it unless this is here, which
-  /// then does what is to be done.
+  /// then acts.
   std::function<void(const forms::Form&)> windowStateChanged;
 
   /// The window of a form, or, where it stands in a container, what was put in there. Nothing before the form

@@ -17,7 +17,7 @@ class QtLauncher final : public forms::Launcher {
   QtLauncher();
   explicit QtLauncher(Opener opener) : opener_(std::move(opener)) {}
 
-  /// "start ADDRESS", also behind a shell ("cmd.exe /c start ADDRESS"). Throws Fault kFileNotFound, which
+  /// "start ADDRESS", also after a shell ("cmd.exe /c start ADDRESS"). Throws Fault kFileNotFound, which
   /// tells what could not be opened; so for any other command line.
   void launchHidden(const std::u16string& commandLine) override;
   /// Opens a file with the program the desktop has for it. Throws Fault kFileNotFound.

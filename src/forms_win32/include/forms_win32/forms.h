@@ -18,7 +18,7 @@ namespace pluvo::forms_win32 {
 class FormWindow;
 class Module;
 
-/// Shows forms as windows, by kind of control: what the form's values say is shown, and what the user does
+/// Shows forms as windows, by kind of control: the form's values are shown, and what the user does
 /// arrives as calls on the controls. All of it happens on one thread, the word processor's.
 ///
 /// A form that was shown keeps its window, hidden between showings, until the form goes. All forms go before

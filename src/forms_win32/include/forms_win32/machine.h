@@ -21,17 +21,17 @@ class Win32Yielding final : public forms::Yielding {
   bool yields_ = false;
 };
 
-/// Starts the system's own programs, from the system's folder and in it, with their windows hidden: whatever
-/// lies in the current folder under such a name is not started.
+/// Starts the system's own programs, from the system's folder and in it, with hidden windows. A program of
+/// the same name in the current folder is not started.
 class Win32Launcher final : public forms::Launcher {
  public:
-  /// Opens a web page with the user's browser; 0, or what the system says of it (GetLastError).
+  /// Opens a web page with the user's browser; 0, or the system's error (GetLastError).
   using Opener = std::function<unsigned long(const std::u16string& address)>;
   Win32Launcher();
   explicit Win32Launcher(Opener opener) : opener_(std::move(opener)) {}
 
   /// "start ADDRESS" opens a web page; any other command line is a program of the system's and its arguments.
-  /// Throws Fault kFileNotFound (53) with the command line and what the system says of it.
+  /// Throws Fault kFileNotFound (53) with the command line and the system's error.
   void launchHidden(const std::u16string& commandLine) override;
 
  private:

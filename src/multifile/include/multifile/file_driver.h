@@ -17,10 +17,10 @@
 
 namespace pluvo::multifile {
 
-/// Takes an engine from file to file: finds the files of a folder, opens each, unlocks it, has it processed,
-/// protects it again, and closes it. It serves one engine.
+/// Takes an engine from file to file: finds the files of a folder, then opens, unlocks, processes, protects
+/// and closes each. It serves one engine.
 ///
-/// What goes wrong with one file does not stop the run: the user is asked, or the fault is reported, and the
+/// A failure with one file does not stop the run: the user is asked, or the fault is reported, and the
 /// file is left out.
 class FileDriver final : public dialog::FileStepper {
  public:

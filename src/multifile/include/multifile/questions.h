@@ -5,7 +5,7 @@
 
 #include <string>
 
-/// What the user is asked, or told, about a file of a run. A question's answer is whether it was yes.
+/// Questions and messages about a file of a run. A question's answer is whether it was yes.
 namespace pluvo::multifile {
 
 bool skipTemporaryFile(forms::MessageBoxes& boxes);

@@ -4,7 +4,7 @@
 
 #include <string>
 
-/// What the shells propose while a command line is typed: commands, the options of the command, values,
+/// The shells' proposals while a command line is typed: commands, the options of the command, values,
 /// documents.
 namespace pluvo::pages {
 

@@ -17,7 +17,7 @@ std::string roff(std::string_view text);
 std::string optionList(const Program& program);
 /// The same for options that are keys of a file.
 std::string keyList(const Program& program);
-/// A paragraph for each command: how it is typed, what it does.
+/// A paragraph for each command: its form and its effect.
 std::string commandList(const Program& program);
 /// The examples of all commands.
 std::string exampleList(const Program& program);

@@ -5,14 +5,14 @@
 
 namespace pluvo::pages {
 
-/// What a shell proposes for the value of an option.
+/// A shell's proposals for the value of an option.
 enum class Completes { nothing, file, folder, choice, choices };
 
 /// Choices are separated by commas where an option takes several.
 struct Option {
   char letter = 0;  ///< 0 for none
   std::string name;
-  std::string value;                  ///< what the value is called; empty: the option takes none
+  std::string value;                  ///< the value's name; empty: the option takes none
   bool valueOnly = true;              ///< false: the value may be missing, and is given after "=" alone
   std::string group;                  ///< the heading it stands under; empty in a program without headings
   std::vector<std::string> commands;  ///< those it goes with; empty in a program without commands
@@ -21,7 +21,7 @@ struct Option {
   std::vector<std::string> choices;
 };
 
-/// What stands after a command, word by word; the last goes on for ever where it is a document.
+/// The words after a command, one by one; the last repeats where it is a document.
 enum class Operand { document, requests, command, run };
 
 struct Command {
@@ -33,7 +33,7 @@ struct Command {
   std::vector<Operand> operands;
 };
 
-/// What a program's --help is made from.
+/// The source of a program's --help.
 struct Program {
   std::string name;
   std::vector<Command> commands;  ///< none: its operands are documents

@@ -9,8 +9,8 @@
 
 namespace pluvo::runs {
 
-/// The highlight colour of that name: one of the six short names (green is Word's dark green, as its dialog
-/// has it) or one of Word's sixteen. Capitals, blanks, hyphens and "grey" make no difference.
+/// The highlight colour of that name: one of six short names, or one of Word's sixteen. The short name green
+/// is Word's dark green, as in its dialog. Capitals, blanks, hyphens and "grey" make no difference.
 std::optional<word::WdColorIndex> colorNamed(std::string_view name);
 
 /// The name that colorNamed takes.

@@ -18,7 +18,7 @@ class StoredDocument;
 
 namespace pluvo::runs {
 
-/// What a run asks about a document. The words are the face's.
+/// A question of a run about a document. The words are the face's.
 enum class Question : std::uint8_t {
   perform,    ///< is the operation to be carried out on this block?
   temporary,  ///< is it to be worked on, though its name is that of a word processor's temporary file?
@@ -62,10 +62,10 @@ enum class Cancelled : std::uint8_t {
   atOnce,          ///< those at hand are left as they were
 };
 
-/// Whoever has documents worked on: is told of the run, answers its questions, and may end it.
+/// The owner of a run: is told of it, answers its questions, and may end it.
 class Face : public Observer {
  public:
-  /// Whether there is somebody to answer such questions. Others are not asked: the document has the problem,
+  /// Whether the face answers such questions. Others are not asked: the document has the problem,
   /// and of one that may not be replaced only where it would be.
   virtual bool answers(Question /*question*/) const { return false; }
   /// Whether one document is worked on after the other, so that what became of one is known before anything
@@ -76,7 +76,7 @@ class Face : public Observer {
   virtual std::optional<engine::PassResult> pass(const OpenForPass& /*open*/) { return std::nullopt; }
   /// Asked very often, before every search, from every thread that works on a document.
   virtual Cancelled cancelled() { return Cancelled::no; }
-  /// Before any document is opened: what the user has to see to for the run to be safe, a sentence.
+  /// Before any document is opened: a sentence on what the user must do for the run to be safe.
   virtual void warns(const std::string& /*sentence*/) {}
   /// A sentence for the user: of folderRefused what to do, without a capital; of others what is wrong, too.
   virtual std::string sentenceFor(Trouble trouble) const = 0;

@@ -6,16 +6,16 @@
 #include <string>
 #include <vector>
 
-/// What runs leave in the folder where PLUVO keeps its state, beside what can be taken back.
+/// Files that runs leave in PLUVO's state folder, beside the originals for undo.
 namespace pluvo::runs {
 
-/// The report that a run writes where nobody names a file for it, in a folder that is made where it is
+/// The report of a run without a file for it, in a folder that is made where it is
 /// missing. Throws DocumentError.
 std::string placeOfLastReport(files::FileSystem& system);
 /// The same, where there is one.
 std::optional<std::string> lastReport(files::FileSystem& system);
 
-/// What a run that was ended before its end did not work on.
+/// The documents that an interrupted run did not work on.
 struct UnfinishedList {
   std::string path;
   std::vector<std::string> documents;  ///< as the user named them: paths may begin in the folder of then

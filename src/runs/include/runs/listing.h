@@ -15,7 +15,7 @@ namespace pluvo::runs {
 
 /// A document to work on, or why there is none under that name.
 struct NamedDocument {
-  std::string path;   ///< as typed, or as found below what was typed
+  std::string path;   ///< as typed, or as found below the folder typed
   std::string place;  ///< in another folder: the file's name, or the tree it was found in
   std::optional<Failure> failure;
   /// Of the folder that its path begins with, where links below that are not to be followed.
@@ -55,8 +55,8 @@ struct Listing {
 };
 
 /// The documents of a selection, in the order of its paths and, below a folder, folder by folder in byte
-/// order; each once, however often and under whatever names it is given. Links below a folder are followed
-/// only where the selection says so. What lies at the avoided paths (the run's own output) is left out.
+/// order. Each comes once, whatever its names. Links below a folder are followed only where the selection
+/// says so. Files at the avoided paths (the run's own output) are left out.
 Listing listDocuments(files::FileSystem& system, const Selection& selection,
                       const std::vector<std::string>& avoided, const Sentences& sentences);
 

@@ -8,8 +8,8 @@
 
 namespace pluvo::runs {
 
-/// Is told what a run does, document by document in the order of its list. Calls follow one another; they may
-/// come from different threads. What one throws ends the run.
+/// Is told the steps of a run, document by document in the order of its list. Calls follow one another; they
+/// may come from different threads. What one throws ends the run.
 class Observer {
  public:
   virtual ~Observer() = default;

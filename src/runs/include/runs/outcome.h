@@ -16,7 +16,7 @@
 
 namespace pluvo::runs {
 
-/// What is wrong with a document or folder that only the face has advice for.
+/// A problem of a document or folder for which only the face has advice.
 enum class Trouble : std::uint8_t {
   noName,            ///< its path is empty
   isFolder,          ///< it is a folder, and folders are not looked through
@@ -31,11 +31,11 @@ enum class Trouble : std::uint8_t {
 struct Failure {
   errors::Problem problem = errors::Problem::io;
   std::string message;  ///< a sentence for the user, without the document's name
-  /// The message without what to do, where that is worded for a command line; else empty.
+  /// The message without its advice, where that is worded for a command line; else empty.
   std::string happened = {};
 };
 
-/// What was done in one place of a document, or of all documents.
+/// The counts of one place, of a document or of all documents.
 struct PlaceCounts {
   std::int64_t found = 0;
   std::int64_t operated = 0;
@@ -66,14 +66,14 @@ struct Outcome {
   files::NotKept notKept = {};
   std::string encoding;            ///< by which a plain text was read, else empty
   bool guessed = false;            ///< the encoding was told from how the text reads
-  elsewhere::Elsewhere elsewhere;  ///< what the requests did not reach, all of them together
+  elsewhere::Elsewhere elsewhere;  ///< texts that no request reached
   std::optional<Failure> failure;
 
   /// What of the operations is in a saved document, or would be after a dry run.
   std::int64_t lasting() const { return changed && !failure ? operated : 0; }
 };
 
-/// What is wrong with a document, as every face tells it: "letter.docx: locked: " and the sentence.
+/// The message on a document, as every face tells it: "letter.docx: locked: " and the sentence.
 std::string failureLine(const std::string& path, const Failure& failure);
 
 /// What became of all of them.

@@ -17,7 +17,7 @@ namespace pluvo::runs {
 void addResult(base::JsonObject& object, const Outcome& outcome);
 /// All that became of a document: an object. What few documents have stands at its end, where there is any.
 std::string inJson(const Outcome& outcome);
-/// The same read back. Nothing for what is no such object.
+/// The same read back. Nothing where the text is no such object.
 std::optional<Outcome> outcomeFrom(const base::JsonValue& json);
 
 /// `{"run":"NAME","number":3,"of":8,"stage":"ended",...}`

@@ -16,12 +16,12 @@ class MaskError : public std::runtime_error {
   using runtime_error::runtime_error;
 };
 
-/// A mask over what lies below a folder. Letter case is ignored.
+/// A mask over paths below a folder. Letter case is ignored.
 ///
 ///     *.bak        names, at whatever depth (see scanner/mask.h)
 ///     old/*.txt    a slash: the path below the folder, step by step, so that * and ? stand for no slash
 ///     a/**/b       a step **: any number of steps; at the end at least one
-///     ./old        what lies right in the folder
+///     ./old        entries right in the folder
 ///     old/         a slash at the end: folders, here those of that name at whatever depth
 class PathMask {
  public:

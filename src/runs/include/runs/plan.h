@@ -17,7 +17,7 @@ struct ListDigest {
   std::uint64_t keys = 0;   ///< of the files that they lead to
 };
 
-/// A run: what is done, to which documents, and how.
+/// A run: its operations, its documents, and its options.
 struct Plan {
   std::vector<engine::Request> requests;  ///< one or more, in the order in which each document gets them
   Selection selection;
@@ -33,18 +33,19 @@ struct Plan {
   std::optional<std::string> journalFolder;  ///< where, below "pluvo"; else the user's folder for states
   /// Of a run whose slices, of which the selection has one, are one run for the journal; empty for none.
   std::string runName;
-  std::optional<ListDigest> list;  ///< what the documents of all slices were listed by
+  std::optional<ListDigest> list;  ///< of the list of all slices' documents
   std::optional<std::string> backupSuffix;
   std::optional<std::string> outputFolder;
   int jobs = 1;
 
-  bool looksElsewhere = true;  ///< for what the requests do not reach; it costs, and is told in the outcomes
+  bool looksElsewhere =
+      true;  ///< for texts that requests do not reach; it costs, and is told in the outcomes
 
   std::optional<std::string> report;  ///< a file whose name ends in .html, .htm, .csv or .json
   bool reportsEncrypted = true;       ///< it has the blocks of encrypted documents, too: their text in plain
   bool overwriteReport = false;       ///< whatever lies there
 
-  std::string command;  ///< what the run is called in its report and its journal
+  std::string command;  ///< the run's name in its report and its journal
 
   bool findsOnly() const;
   /// Whether some request works elsewhere than in main text.

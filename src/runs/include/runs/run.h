@@ -19,7 +19,7 @@ class CannotBegin : public std::runtime_error {
  public:
   enum class Reason : std::uint8_t {
     outputFolder,
-    stateFolder,    ///< nobody knows where the originals are to be kept
+    stateFolder,    ///< there is no known folder for the originals
     journal,        ///< they cannot be kept there
     reportKind,     ///< its name has no ending that says what kind of report it is
     reportForeign,  ///< its place is taken by something that is no report
@@ -61,9 +61,9 @@ struct Ended {
   std::uint64_t notKept = 0;  ///< documents changed whose originals found no room
 };
 
-/// Works on every document of the plan, several at the same time unless somebody is asked, and tells the face
-/// what came of each. A document that fails is told of and the rest go on. Throws CannotBegin before anything
-/// is opened.
+/// Works on every document of the plan, several at the same time unless questions are asked, and tells the
+/// face what came of each. A document that fails is told of and the rest go on. Throws CannotBegin before
+/// anything is opened.
 Ended run(const Plan& plan, Face& face, files::FileSystem& system);
 
 }  // namespace pluvo::runs

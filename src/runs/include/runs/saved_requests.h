@@ -13,7 +13,7 @@ namespace pluvo::runs {
 /// sentence begins with the path and the line.
 std::vector<engine::Request> savedRequests(const std::string& toml, const std::string& path);
 
-/// Adds a request to the file, which is made where it is missing; what is there stays as it is, comments
+/// Adds a request to the file, which is made where it is missing; the rest stays as it is, comments
 /// included. Throws errors::DocumentError and std::system_error.
 void addRequest(files::FileSystem& system, const std::string& path, const engine::Request& request);
 

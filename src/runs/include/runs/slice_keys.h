@@ -9,9 +9,9 @@
 
 namespace pluvo::runs {
 
-/// Tells documents apart by their paths, and which of them belong to a slice. The slice of a document is made
-/// of its absolute path alone, whatever else is listed and in which order; the folder's links are followed,
-/// so that a document has one slice through whatever folders it is named.
+/// Tells documents apart by their paths, and which of them belong to a slice. The slice of a document follows
+/// from its absolute path alone, not from the list. Links of the folder are resolved, so that a document has
+/// one slice through whatever folders it is named.
 class SliceKeys {
  public:
   SliceKeys(files::FileSystem& system, Slice slice) : system_(system), slice_(slice) {}

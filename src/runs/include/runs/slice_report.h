@@ -45,8 +45,9 @@ class SliceReport {
   class Source;
 
   /// Each source is a file or the name of a run in the journal; the list is what all documents were named by.
-  /// Throws SlicesRefused where there is no such source, or where they are of different requests; CannotBegin
-  /// (stateFolder) where nobody knows where the journal is; DocumentError where it cannot be read.
+  /// Throws SlicesRefused where there is no such source, or where sources are of different requests. Throws
+  /// CannotBegin (stateFolder) where the journal's folder is not known, DocumentError where it cannot be
+  /// read.
   SliceReport(files::FileSystem& system, const std::vector<std::string>& sources,
               const std::optional<std::string>& journalFolder,
               std::optional<std::vector<std::string>> list = std::nullopt);
@@ -54,7 +55,7 @@ class SliceReport {
   SliceReport(const SliceReport&) = delete;
   SliceReport& operator=(const SliceReport&) = delete;
 
-  /// Tells what became of each document; what is missing is left out, for the reason missing. Then slices
+  /// Tells what became of each document; missing ones are left out, for the reason missing. Then slices
   /// and totals are known, and then "ends" is told.
   void tell(const std::vector<Observer*>& observers);
 

@@ -6,8 +6,8 @@
 
 namespace pluvo::runs {
 
-/// What a run does to documents, as a text: its requests as they are saved, and the options that make a
-/// difference to what comes of a document. Runs of one text are runs of one request.
+/// The work of a run, as a text: its requests as they are saved, and the options that make a
+/// difference to a document. Runs of one text are runs of one request.
 std::string requestTextOf(const Plan& plan);
 
 /// SHA-256 of it, in hexadecimal digits.

@@ -10,8 +10,8 @@
 
 namespace pluvo::runs {
 
-/// A request in words, as a command line or a file of saved requests has it: texts are bytes, numbers are
-/// texts, nothing has been looked at.
+/// A request in words, as a command line or a file of saved requests has it. Texts are bytes, numbers are
+/// texts, and nothing is checked yet.
 struct WrittenRequest {
   std::optional<std::string> begin, end, inside, text;
   std::optional<std::string> apart, unit, in, on, color;
@@ -23,7 +23,7 @@ struct WrittenRequest {
   bool fieldCodes = false;
 };
 
-/// The words mean no request: one sentence that says what to do instead.
+/// The words mean no request: one sentence, with the remedy.
 class RequestError : public std::runtime_error {
  public:
   /// The key is that of the word that is wrong, as "apart"; none where one is missing.
@@ -35,8 +35,8 @@ class RequestError : public std::runtime_error {
   std::string key_;
 };
 
-/// What the words mean: a pass over the whole document, with no limits on texts. In a text a line end (CR LF
-/// or LF) is one paragraph mark. Throws RequestError, also for texts that are not UTF-8.
+/// The request that the words mean: a pass over the whole document, with no limits on texts. In a text a line
+/// end (CR LF or LF) is one paragraph mark. Throws RequestError, also for texts that are not UTF-8.
 engine::Request requestFrom(engine::OperationCode operation, const WrittenRequest& written);
 
 /// "find", "insert", "replace", "delete" and "highlight".

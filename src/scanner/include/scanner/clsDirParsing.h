@@ -14,7 +14,7 @@
 namespace pluvo::scanner {
 
 /// Lists the files below a folder whose names match one of a set of masks (see mask.h), folder by folder and
-/// mask by mask: a file that two masks match is listed twice.
+/// mask by mask. A file that two masks match is listed twice.
 ///
 /// A list with nothing in it is one empty entry. Texts are joined as they stand, so that every folder must
 /// end with the separator.
@@ -36,7 +36,7 @@ class clsDirParsing {
   /// 0 for the files; with any other value ProcessItems gives GetDirs.
   std::int32_t ItemsToProcess() const { return itemsToProcess_; }
   void ItemsToProcess(std::int32_t kind) { itemsToProcess_ = kind; }
-  /// What the last scan found.
+  /// The files that the last scan found.
   const std::vector<std::u16string>& ProcessedItems() const { return items_; }
   /// Of each of them that is a file, where the scan came to know it; see Entry.
   const std::vector<std::optional<FileIdentity>>& identities() const { return identities_; }
@@ -53,7 +53,7 @@ class clsDirParsing {
   void FileTypes(std::u16string types) { fileTypes_ = std::move(types); }
   /// One empty entry from the first scan on: no walk fills this list.
   std::vector<std::u16string> GetDirs() const { return dirs_; }
-  /// The older walk: it goes one level deeper for the same depth and enters folders whose names begin with a
+  /// The older walk. It goes one level deeper for the same depth, and enters folders whose names begin with a
   /// dot, but not those hidden by attribute.
   void GetSubdirsOld2(const std::u16string& folder, FolderCollection& folders, std::int16_t& level,
                       std::int16_t& maximumDepth);

@@ -14,8 +14,8 @@ class FolderCollection {
   const std::vector<std::u16string>& paths() const { return paths_; }
 
   /// The walk came upon a folder, so many levels below the root. Adds it where it is new, and returns whether
-  /// to walk its sub-folders: where it is new, or nearer to the root than before, so that the walk may now go
-  /// deeper below it.
+  /// to walk its sub-folders. They are walked where it is new, or nearer to the root than before, so that the
+  /// walk may go deeper.
   bool reach(const std::u16string& path, const std::u16string& resolved, std::int32_t level) {
     const auto [at, isNew] = levels_.try_emplace(resolved, level);
     if (isNew) paths_.push_back(path);

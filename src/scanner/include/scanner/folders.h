@@ -13,7 +13,7 @@
 
 namespace pluvo::scanner {
 
-/// What a file has in common with itself under another name, and with no other file.
+/// The identity of a file, the same under all its names.
 struct FileIdentity {
   std::uint64_t device = 0;
   std::uint64_t number = 0;
@@ -37,9 +37,9 @@ class Folders {
  public:
   virtual ~Folders() = default;
   using Visit = std::function<void(const Entry&)>;
-  /// Visits what is in a folder, in byte order of the names, without "." and "..". Nothing for a folder that
-  /// is not there or cannot be read; where reading ends half-way, what was read until then. Returns why it
-  /// could not be read to its end. A visit may enter other folders.
+  /// Visits the entries of a folder, in byte order of the names, without "." and "..". Nothing for a folder
+  /// that is not there or cannot be read; where reading ends half-way, the entries read until then. Returns
+  /// why it could not be read to its end. A visit may enter other folders.
   virtual std::error_code forEachEntry(const std::u16string& folder, const Visit& visit) = 0;
   /// The same text for the same folder, whatever links it is reached through.
   virtual std::u16string resolved(const std::u16string& folder) = 0;
@@ -48,7 +48,7 @@ class Folders {
   virtual std::vector<std::u16string> drives() = 0;
 };
 
-/// The machine's own. No search stays open behind a call.
+/// The machine's own. No search stays open after a call.
 std::unique_ptr<Folders> machineFolders();
 
 }  // namespace pluvo::scanner

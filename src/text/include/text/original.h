@@ -57,7 +57,7 @@ class OriginalText {
       : OriginalText(std::make_shared<const std::u16string>(std::move(units))) {}
   explicit OriginalText(std::vector<std::uint8_t> units)
       : OriginalText(std::make_shared<const std::vector<std::uint8_t>>(std::move(units))) {}
-  /// Units that somebody else holds (a mapped file, say); owner keeps them alive.
+  /// Units held elsewhere (in a mapped file, say); owner keeps them alive.
   OriginalText(std::span<const std::uint8_t> bytes, bool lineFeedIsMark, std::shared_ptr<const void> owner)
       : whole_{bytes.data(), nullptr, static_cast<Position>(bytes.size()), lineFeedIsMark},
         owner_(std::move(owner)) {}

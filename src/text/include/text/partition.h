@@ -10,8 +10,8 @@
 namespace pluvo::text {
 
 /// A text divided into consecutive parts, none of them empty, each with a value. There is a gap between two
-/// parts: parts in front of it know where they start, parts after it how far their start lies from the end
-/// of the text. An edit at the gap therefore touches no other part; the gap moves to the edit, so edits that
+/// parts. Parts in front of it know where they start, parts after it how far their start lies from the end of
+/// the text. An edit at the gap therefore touches no other part; the gap moves to the edit, so edits that
 /// move forward cost O(1) amortised. Look-ups are O(log parts).
 template <class Value>
 class Partition {

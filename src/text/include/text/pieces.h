@@ -76,8 +76,8 @@ class PieceText {
   /// leaving the text as it was.
   void replace(Position from, Position to, std::u16string_view text, Anchor anchor);
 
-  /// The anchor that text put before (or after) the character at position inherits from it: the character's
-  /// own original position, or, for new text, that of its anchor.
+  /// The anchor that text put before (or after) the character at position inherits from it. It is the
+  /// character's own original position, or, for new text, that of its anchor.
   Anchor anchorAt(Position position, bool behind) const;
 
   /// Every piece in order, with the units of new ones: visit(const Piece&, std::u16string_view newText).
@@ -117,7 +117,7 @@ class PieceText {
         [&](Position offset, const Stretch& stretch) { return visit(start + offset, stretch); });
   }
 
-  /// Whether the pieces cover the text and lie in what they refer to. For tests.
+  /// Whether the pieces cover the text and lie within their sources. For tests.
   bool check() const;
 
  private:

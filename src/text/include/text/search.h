@@ -17,7 +17,7 @@ struct SearchFlags {
   bool operator==(const SearchFlags&) const = default;
 };
 
-/// A literal search for one text, prepared once and used as often as wanted, also by several threads at once.
+/// A literal search for one text, prepared once and used as often as wanted, also by several threads at once:
 ///
 /// - No character of the text searched for has a meaning of its own. An empty text is never found, and
 /// neither is
@@ -36,8 +36,7 @@ struct SearchFlags {
 ///   those between its first and last visible character. A hidden cell mark still ends its cell.
 ///
 /// Stretches of the text are searched where they lie. The cost is linear in the span searched and the length
-/// of the text searched for, whatever they hold; memory beside the text is a few times the length of the text
-/// searched for.
+/// of the text searched for, whatever they hold. Memory beside the text is a few times that length.
 class Search {
  public:
   /// What a thread searched for last is prepared once.

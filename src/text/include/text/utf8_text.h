@@ -14,17 +14,17 @@ namespace pluvo::text {
 /// A text as it lies in its UTF-8 bytes: which unit begins where. CR LF, LF and CR are one paragraph mark
 /// each.
 ///
-/// Where every 512th unit begins is noted; what lies between is counted when it is asked for. Asking for
+/// The place of every 512th unit is noted; places between are counted on demand. Asking for
 /// places one after the other costs no more than walking from one to the next. May be used by several
 /// threads.
 ///
-/// The bytes may lie in a file that somebody else writes into. What is read then is no longer the text, but
+/// The bytes may lie in a file that another program writes into. What is read then is no longer the text, but
 /// it lies within the bytes, and as many units are given as were asked for.
 class Utf8Text {
  public:
   using Bytes = std::span<const std::uint8_t>;
 
-  /// What is known of bytes once they were looked at as UTF-8.
+  /// Facts about bytes, from one look at them as UTF-8.
   struct Survey {
     bool valid = false;  ///< they are UTF-8; what follows is known only then
     bool ascii = false;
@@ -81,7 +81,7 @@ class Utf8Text {
   std::unique_ptr<std::uint32_t[]> notes_;
   std::size_t noted_ = 0;
   Position length_ = 0;
-  /// A Known, mostly near what is asked for next; one number, so that threads see both of its halves.
+  /// A Known, mostly near the next question; one number, so that threads see both of its halves.
   mutable std::atomic<std::uint64_t> recent_ = 0;
 };
 

@@ -128,7 +128,7 @@ class View {
   virtual ~View() = default;
   /// True: finds see field codes; false: they see field results.
   virtual void ShowFieldCodes(bool value) = 0;
-  /// What is shown now is shown again when the result goes; null where the view is not given back.
+  /// The view returns when the result is destroyed; null where it is not given back.
   virtual std::unique_ptr<Batch> keepFieldCodes() { return nullptr; }
 };
 
@@ -164,8 +164,8 @@ class Document {
 
   /// Whether it was opened without the right to save it under its name.
   virtual bool ReadOnly() = 0;
-  /// The text property that is cleared before the user is asked about a read-only document: the password for
-  /// changing it, so that a copy saved under another name asks for none.
+  /// The password for changing the document. It is cleared before the user is asked about a read-only
+  /// document, so that a copy saved under another name asks for none.
   virtual void WritePassword(const std::u16string& password) = 0;
   virtual WdProtectionType ProtectionType() = 0;
   /// Fault 5485 when the password is wrong.
@@ -227,7 +227,7 @@ class Application {
   virtual std::shared_ptr<word::Selection> Selection() = 0;
   virtual std::shared_ptr<word::Documents> Documents() = 0;
   virtual std::shared_ptr<word::Options> Options() = 0;
-  /// What stands between the folders of a path.
+  /// The separator between the folders of a path.
   virtual std::u16string PathSeparator() = 0;
   virtual Obstacle obstacle() { return Obstacle::none; }
   /// Whether text may still be there after it was deleted or replaced, as where changes are tracked.
@@ -235,7 +235,7 @@ class Application {
 
   // Each holds until its result goes and throws nothing; null where the word processor has nothing of the
   // kind.
-  /// What is done meanwhile is one step for the user to undo.
+  /// All edits until the result is destroyed are one step to undo.
   virtual std::unique_ptr<Batch> beginUndoStep() { return nullptr; }
   /// The word processor adds nothing of its own to what is edited meanwhile and, unless it is to be seen,
   /// need not draw it.

@@ -32,7 +32,7 @@ struct Entry {
 /// A compound file opened where it lies in memory: versions 3 and 4. Opening reads the tables of sectors and
 /// the directory, whose tree must name each entry once. Streams are followed when they are read.
 ///
-/// An entry that the tree does not reach is unused, whatever it says. The last sector may be cut off behind
+/// An entry that the tree does not reach is unused, whatever it says. The last sector may be cut off after
 /// the bytes in use.
 class CompoundFile {
  public:

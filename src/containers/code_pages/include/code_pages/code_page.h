@@ -29,10 +29,9 @@ constexpr bool isStray(char32_t point) {
 }
 constexpr Character strayByte(std::uint8_t byte) { return {base::standInOf(byte), 1, false}; }
 
-/// An encoding that the system's iconv knows, without shift states, of up to four bytes a character; or one
-/// of the Macintosh's for Arabic, Greek, Hebrew and Turkish, which few systems know. What
-/// single bytes and pairs stand for is made out once; longer ones are asked for one by one. May be used from
-/// several threads.
+/// An encoding that the system's iconv knows, without shift states, of up to four bytes a character. Or one
+/// of the Macintosh's for Arabic, Greek, Hebrew and Turkish, which few systems know. What single bytes and
+/// pairs stand for is made out once; longer ones are asked for one by one. May be used from several threads.
 class CodePage {
  public:
   /// Whether it could be made out, and if not, why.

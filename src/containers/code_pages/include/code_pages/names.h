@@ -15,13 +15,13 @@ struct Named {
   std::string name;
 };
 
-/// For any name it goes by. Throws errors::DocumentError (encoding) for one that is unknown, or changes what
-/// bytes mean on the way (ISO-2022, HZ, UTF-7 and the like): the sentence says so.
+/// For any name it goes by. Throws errors::DocumentError (encoding) for one that is unknown or has shift
+/// states (ISO-2022, HZ, UTF-7 and the like): the sentence says so.
 Named encodingOf(std::string_view name);
 /// The same; nothing where it would throw.
 std::optional<Named> knownEncoding(std::string_view name);
 
-/// What is said of an encoding that changes what bytes mean on the way.
+/// The message on an encoding with shift states.
 errors::DocumentError statefulEncoding(std::string_view name);
 
 inline Named utf8Named() { return {{Encoding::utf8, nullptr}, "UTF-8"}; }

@@ -17,14 +17,14 @@ struct Encoding {
 };
 
 struct Utf8Part {
-  base::Bytes utf8;  ///< without byte order mark; the XML declaration still says what it said
+  base::Bytes utf8;  ///< without byte order mark; the XML declaration is unchanged
   Encoding encoding;
 };
 
-/// A part as UTF-8: by its byte order mark, else by the first bytes of a UTF-16 or UTF-32 declaration, else
-/// by the declared encoding, else as UTF-8. UTF-8 is not copied, nor checked here. Throws DocumentError:
-/// damaged (the bytes do not fit the encoding, or could not be written back the same), unsupported (an
-/// encoding nobody knows).
+/// A part as UTF-8. Its encoding is told by its byte order mark, the first bytes of a UTF-16 or UTF-32
+/// declaration, or the declared encoding, and else is UTF-8. UTF-8 is not copied, nor checked here. Throws
+/// DocumentError: damaged (the bytes do not fit the encoding, or could not be written back the same),
+/// unsupported (an encoding nobody knows).
 Utf8Part toUtf8(const base::Bytes& part, std::string_view partName);
 
 /// The way back: what toUtf8 gave, edited, in the part's own encoding. A character the encoding lacks becomes

@@ -9,8 +9,8 @@ namespace pluvo::xml {
 /// cannot.
 bool isCharacter(char32_t c);
 
-/// Appends text as UTF-8 character data: '&', '<' and '>' become references, and so does CR, which a reader
-/// would otherwise take for a line end. The caller has seen to it that isCharacter holds throughout.
+/// Appends text as UTF-8 character data. '&', '<' and '>' become references. So does CR, which a reader would
+/// take for a line end. The caller has seen to it that isCharacter holds throughout.
 void appendEscapedText(std::string& out, std::u16string_view text);
 
 }  // namespace pluvo::xml

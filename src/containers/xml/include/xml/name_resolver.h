@@ -30,7 +30,7 @@ class NameResolver {
   /// For a text of so many bytes.
   NameResolver(const Vocabulary& vocabulary, std::size_t textSize);
 
-  /// A declaration of the element that is being entered. Gives what is wrong with it, or null. The strings
+  /// A declaration of the element that is being entered. Gives its fault, or null. The strings
   /// must outlive the resolver.
   const char* declare(std::string_view prefix, std::string_view uri);
   std::size_t declared() const { return bindings_.size(); }

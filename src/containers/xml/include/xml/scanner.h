@@ -37,16 +37,16 @@ struct Limits {
 /// Whether a scanner has looked through the characters of these bytes before.
 enum class Swept : bool { no, yes };
 
-/// Pulls tokens out of UTF-8 XML and knows the bytes of each. Checks that it is well-formed with namespaces:
-/// one root; tags balanced and named alike; attributes quoted, not repeated, with sound references and no
-/// '<'; prefixes declared; no "--" in comments and no "]]>" in text; only characters XML 1.0 allows. A
-/// DOCTYPE is refused, and with it every entity but the five predefined ones. The declaration's encoding is
-/// not looked at (see encoding.h).
+/// Pulls tokens out of UTF-8 XML and knows the bytes of each. Checks that it is well-formed with namespaces.
+/// It has one root, and tags are balanced and named alike. Attributes are quoted and not repeated, with sound
+/// references and no '<'. Prefixes are declared. Comments hold no "--", text no "]]>", and all only
+/// characters that XML 1.0 allows. A DOCTYPE is refused, and with it every entity but the five predefined
+/// ones. The declaration's encoding is not looked at (see encoding.h).
 ///
 /// Line ends are left as they are: XML asks that CR LF and a lone CR in the bytes be read as LF.
 ///
-/// Nothing is allocated per token. Whatever is wrong is a errors::DocumentError: damaged, or tooLarge for the
-/// limits and for 4 GiB and more; the message names the part and the byte.
+/// Nothing is allocated per token. A fault is an errors::DocumentError: damaged, or tooLarge beyond the
+/// limits and from 4 GiB. The message names the part and the byte.
 class Scanner {
  public:
   /// The bytes and the vocabulary must outlive the scanner. Characters are checked here, in one sweep.
@@ -83,8 +83,8 @@ class Scanner {
 
   /// Elements open after the last token; a start token counts itself, an end token no longer.
   std::size_t depth() const { return open_.size(); }
-  /// What a prefix means at the last token (within a start or empty tag, with its own declarations);
-  /// kOtherNamespace when it is not declared, kNoNamespace for an empty prefix without default.
+  /// The meaning of a prefix at the last token; within a start or empty tag its own declarations count.
+  /// kOtherNamespace where it is not declared, kNoNamespace for an empty prefix without default.
   NamespaceId namespaceOf(std::string_view prefix) const { return names_.namespaceOf(prefix); }
   /// The namespace itself, as it is declared; empty where it is not.
   std::string_view uriOf(std::string_view prefix) const { return names_.uriOf(prefix); }

@@ -6,9 +6,9 @@
 
 namespace pluvo::xml {
 
-/// The slots of a table, taken over from a table that is gone: a package has many parts, and clearing slots
-/// for each would cost more than reading the small ones. What is in them is of no use to the new owner, who
-/// must be able to tell.
+/// The slots of a table, taken over from a table that is gone. A package has many parts, and clearing slots
+/// for each would cost more than reading the small ones. Their old contents are of no use to the new owner,
+/// who must be able to tell.
 template <class Slot>
 class Slots {
  public:

@@ -28,7 +28,7 @@ struct KnownTag {
   std::array<Attribute, kMostAttributes> attributes;  ///< here and in the name offsets are those from the '<'
 };
 
-/// The tags met before. A document repeats few tags, byte for byte; such a one needs no second reading, since
+/// The tags met before. A document repeats few tags, byte for byte. A repeated tag needs no second reading:
 /// the same bytes under the same declarations mean the same.
 class TagMemory {
  public:

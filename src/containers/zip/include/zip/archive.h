@@ -52,12 +52,11 @@ struct Member {
 /// of
 ///   either case and both slashes taken as equal, as in packages); one disk only.
 ///
-/// Names are only compared, never used as paths. What lies between members is kept by a rewrite.
+/// Names are only compared, never used as paths. A rewrite keeps the bytes between members.
 class Archive {
  public:
-  /// Throws errors::DocumentError: damaged (the message says what the bytes look like when they are no
-  /// archive), password (encrypted members, or an encrypted package, which is no ZIP archive at all),
-  /// tooLarge.
+  /// Throws errors::DocumentError. damaged: the message says what the bytes look like where they are no
+  /// archive. password: encrypted members, or an encrypted package, which is no ZIP archive. tooLarge.
   static Archive open(base::Bytes bytes, const Limits& limits = {});
 
   base::ByteSpan bytes() const { return bytes_.view; }

@@ -5,9 +5,9 @@
 
 namespace pluvo::zip {
 
-/// The error for bytes that should have been a package but are no ZIP archive: password for an encrypted
-/// package, otherwise damaged, with a sentence that says what they look like (an older Word document, RTF,
-/// PDF, a web page, plain text, a cut-off archive, nothing at all).
+/// The error for bytes that should have been a package but are no ZIP archive. It is password for an
+/// encrypted package, else damaged. The sentence says what they look like: an older Word document, RTF, PDF,
+/// a web page, plain text, a cut-off archive, or nothing at all.
 errors::DocumentError notAnArchive(base::ByteSpan bytes);
 
 }  // namespace pluvo::zip

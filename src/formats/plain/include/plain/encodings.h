@@ -8,12 +8,11 @@
 
 namespace pluvo::plain {
 
-/// The encodings that a plain text may be said to be in: UTF-8, UTF-16LE, UTF-16BE, and those of the system's
-/// iconv that have no shift states.
+/// The encodings that a user may name: UTF-8, UTF-16LE, UTF-16BE, and those of the system's iconv without
+/// shift states.
 
 /// The name by which an encoding is told, for any name it goes by. Throws errors::DocumentError (encoding)
-/// for one that is unknown, or changes what bytes mean on the way (ISO-2022, HZ, UTF-7 and the like): the
-/// sentence says so.
+/// for one that is unknown or has shift states (ISO-2022, HZ, UTF-7 and the like): the sentence says so.
 std::string encodingNamed(std::string_view name);
 
 struct LikelyEncoding {
@@ -23,8 +22,8 @@ struct LikelyEncoding {
 /// Those that texts are likely to be in, for a list.
 const std::vector<LikelyEncoding>& likelyEncodings();
 
-/// How the lines of a text that hold bytes over 127 read in an encoding, some at the most; a byte that means
-/// nothing there is U+FFFD. Throws as encodingNamed.
+/// Some lines of a text that hold bytes over 127, as they read in an encoding. A byte without a meaning there
+/// is U+FFFD. Throws as encodingNamed.
 std::u16string sampleOf(base::ByteSpan bytes, std::string_view encoding);
 
 }  // namespace pluvo::plain

@@ -11,7 +11,7 @@
 
 namespace pluvo::memory {
 
-/// Is told which documents are open, for whoever shows them.
+/// Is told which documents are open, in order to show them.
 class ApplicationObserver {
  public:
   virtual ~ApplicationObserver() = default;
@@ -56,7 +56,7 @@ class MemoryApplication : public word::Application {
   void save(const MemoryDocument& document);
   /// Closes a document without saving; the one that was in front before comes to the front.
   void close(const std::shared_ptr<MemoryDocument>& document);
-  /// The same, but the document keeps its text, for whoever else has it.
+  /// The same, but the document keeps its text, for its other owners.
   void remove(const std::shared_ptr<MemoryDocument>& document);
   bool isReadOnly(const MemoryDocument& document) const;
 

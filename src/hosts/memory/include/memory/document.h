@@ -19,7 +19,7 @@ namespace pluvo::memory {
 
 class MemoryApplication;
 
-/// Is told what becomes of a document, for whoever shows it.
+/// Is told what becomes of a document, in order to show it.
 class DocumentObserver : public document::Observer {
  public:
   virtual void selected(const document::Story& /*story*/, text::Span /*span*/) {}
@@ -44,7 +44,7 @@ class MemoryDocument : public word::Document, public std::enable_shared_from_thi
                                                 std::u16string name = {}, std::string path = {});
 
   /// Another document of the same name, in no word processor, with a text as this one had it then and the
-  /// same selection. It is for whoever shows it while another thread edits this one.
+  /// same selection. A window shows it while another thread edits this one.
   std::shared_ptr<MemoryDocument> copy();
 
   std::shared_ptr<word::Range> Range(std::int32_t start, std::int32_t end) override;
@@ -84,7 +84,7 @@ class MemoryDocument : public word::Document, public std::enable_shared_from_thi
 
   document::Document& stories() { return open().stories; }
   document::Story& mainText() { return stories().mainText(); }
-  /// What the user has selected, or the insertion point, and the story it lies in.
+  /// The user's selection, or the insertion point, and the story it lies in.
   text::Span selection() { return open().selection->span(); }
   std::size_t selectedStory() { return open().selectedStory; }
   /// Sets the start, then the end: an inverted pair collapses at its end.

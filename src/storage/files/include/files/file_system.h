@@ -34,11 +34,11 @@ struct FileStatus {
   std::uint32_t group = 0;
 };
 
-/// An open file or folder. Only the file system that gave it knows what it means.
+/// An open file or folder, meaningful to the file system that gave it.
 using Handle = int;
 
-/// Where a file lies: at a path, through whatever links are on it, or under a name in an open folder, where a
-/// link is not followed. Names are bytes, whatever their encoding.
+/// Where a file lies: at a path, through any links, or under a name in an open folder, where no link is
+/// followed. Names are bytes, whatever their encoding.
 struct Place {
   Place(std::string path) : name(std::move(path)) {}
   Place(const char* path) : name(path) {}
@@ -64,7 +64,7 @@ class FileSystem {
   virtual FileStatus statusAt(const Place& place) = 0;
   /// Whether the name is taken, be it by a link that leads nowhere. A name that is too long is not.
   virtual bool exists(const Place& place) = 0;
-  /// Whether the user may write the file or folder, whose status this is. One whose permissions let nobody
+  /// Whether the user may write the file or folder, whose status this is. One whose permissions let no user
   /// write it may not be written, not even by a user whom permissions do not bind.
   virtual bool mayWrite(const Place& place, const FileStatus& status) = 0;
   /// The absolute path without links.
@@ -81,7 +81,7 @@ class FileSystem {
   /// The name must be free.
   virtual void giveName(Handle unnamed, const Place& place) = 0;
   virtual Handle openFolder(const Place& place) = 0;
-  /// A file that only its owner may read, made where there is none; what is written goes to its end. It can
+  /// A file that only its owner may read, made where there is none; writing appends to it. It can
   /// be locked.
   virtual Handle openToAppend(const Place& place) = 0;
   virtual FileStatus status(Handle file) = 0;
@@ -99,7 +99,7 @@ class FileSystem {
   virtual std::future<void> startFlush(Handle file) {
     return std::async(std::launch::deferred, [this, file] { flush(file); });
   }
-  /// Has the disk begin with what was written so far, so that a later flush finds less to do. Only a hint.
+  /// Has the disk begin with the bytes written so far, so that a later flush finds less to do. Only a hint.
   virtual void startWriting(Handle) {}
   /// The handle is gone even when this throws.
   virtual void close(Handle file) = 0;
@@ -128,8 +128,8 @@ class FileSystem {
   /// The folder must be empty.
   virtual void removeFolder(const Place& place) = 0;
   /// Whether the file, open to be read and written, is now locked here, until it is closed or the program
-  /// ends. Another program's lock is in the way only where that program may write the file, too: who may only
-  /// read it keeps nobody from saving it.
+  /// ends. Another program's lock counts only where that program may write the file, too. Readers of a file
+  /// cannot keep it from being saved.
   virtual bool tryLock(Handle file) = 0;
   /// The same of a file that only the user may open: held by one, or by any number of those who share it.
   virtual bool tryHold(Handle file, Hold hold) = 0;
@@ -159,7 +159,7 @@ class OpenFile {
   Handle handle_;
 };
 
-/// A folder held open: its names stay its own, whatever somebody puts where its path leads.
+/// A folder held open: its names stay its own, even where another folder takes its path.
 class OpenFolder {
  public:
   OpenFolder(FileSystem& system, const Place& place)

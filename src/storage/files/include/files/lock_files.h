@@ -15,8 +15,8 @@ struct LockFile {
 };
 
 /// The lock file of a document of that name in the folder: "~$" and the name without its first characters, or
-/// ".~lock.", the name and "#". Nothing when there is none. One that may be of several documents is taken for
-/// that of every one of them, unless one that is there has it by the word processor's rule and this one not.
+/// ".~lock.", the name and "#". Nothing when there is none. One that may be of several documents counts for
+/// each of them, unless the word processor's rule gives it to one that is there.
 std::optional<LockFile> lockFileOf(FileSystem& system, const OpenFolder& folder, const std::string& document);
 
 }  // namespace pluvo::files

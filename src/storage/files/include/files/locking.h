@@ -10,7 +10,7 @@ namespace pluvo::files {
 /// Whom a lock on a file keeps off.
 enum class LockReach : std::uint8_t {
   oneMachine,   ///< a disk of this machine: no other sees the file
-  allMachines,  ///< whoever else the file server serves
+  allMachines,  ///< all clients of the file server
   unsure,       ///< programs of this machine; whether others are kept off is not known, or known not to be so
 };
 
@@ -26,7 +26,7 @@ Locking lockingAt(const std::string& path);
 /// The number under which the file system that the path lies on is mounted; nothing where that is not told.
 std::optional<std::uint64_t> mountOf(const std::string& path);
 
-/// The same from Linux's list of what is mounted (/proc/self/mountinfo) and a number in it.
+/// The same from Linux's list of mounts (/proc/self/mountinfo) and a number in it.
 Locking lockingOf(std::string_view mounts, std::uint64_t number);
 
 }  // namespace pluvo::files

@@ -12,11 +12,11 @@ struct FileContent {
   Stamp stamp;
 };
 
-/// Reads a regular file: a small one into memory, a large one mapped. Whoever keeps mapped bytes sees what
-/// others do to the file meanwhile, and compares the stamps before relying on what was read (see saving.h).
+/// Reads a regular file: a small one into memory, a large one mapped. A user of mapped bytes sees what
+/// others do to the file meanwhile, and compares the stamps before relying on them (see saving.h).
 ///
-/// Throws errors::DocumentError: io for a missing file, a folder, a pipe and the like (which are not waited
-/// for), and for what cannot be read; changed for a file that somebody was writing while it was read.
+/// Throws errors::DocumentError. io: a missing or unreadable file, a folder, a pipe and the like, which are
+/// not waited for. changed: a file that was written while it was read.
 FileContent readFile(FileSystem& system, const Place& place);
 /// The same of a file in a folder or below it, whose path is the path's beginning of that length, with its
 /// "/". A link after that is not followed, as another program may have put it there since the folder was

@@ -10,25 +10,25 @@
 
 namespace pluvo::files {
 
-/// The one way a file comes to be written: into a temporary file in the same folder, with the permissions,
-/// owner, access lists and extended attributes of the original, read back and checked, flushed, renamed into
-/// place, and the folder flushed. At any moment, a power failure included, there is the old version or the
+/// The one way a file is written. A temporary file in the same folder gets the permissions, owner, access
+/// lists and extended attributes of the original. It is read back and checked, flushed, and renamed into
+/// place, and the folder is flushed. At any moment, a power failure included, there is the old version or the
 /// new one, whole.
 ///
 /// When something fails, the original is untouched and the temporary file is gone; a program that is killed
 /// may leave one behind if that happens while the version is flushed and takes its place, or on a disk whose
 /// files must have names: "~pluvo-", sixteen hexadecimal digits and ".tmp", which may be deleted unless the
 /// original was to be kept (Keeping; the journal sees to its own). An owner or group that the user may not
-/// give away becomes the user's own, and then nobody gains rights: a changed group has the rights of
+/// give away becomes the user's own, without new rights for others. A changed group has the rights of
 /// everybody else. What lets a program do more than its user (set-id bits, capabilities) does not pass to a
 /// new version.
 ///
-/// A version is later than the original by its time of last change, be it by the least that the disk can tell
-/// apart; so size and time tell one from the other.
+/// A version is later than the original by its time of last change, if only by the disk's smallest step. So
+/// size and time tell one from the other.
 ///
-/// Links are followed: what they lead to is replaced, and temporary files and backups lie beside that. From
-/// then on all is done by name in the document's folder, which is opened once and must hold the document as
-/// it was opened: whoever exchanges a folder on the way gets no file elsewhere made, read or removed.
+/// Links are followed: their target is replaced, and temporary files and backups lie beside it. From then on
+/// all is done by name in the document's folder, which is opened once and must hold the document as it was
+/// opened. Where a folder on the way is exchanged, no file elsewhere is made, read or removed.
 
 /// Whether that is the name of a temporary file, which may be deleted.
 bool isTemporaryName(std::string_view name);
@@ -44,14 +44,14 @@ struct Replacement {
   std::string temporary;
 };
 
-/// How somebody keeps the original of one replacement.
+/// Keeps the original of one replacement.
 class Keeping {
  public:
   virtual ~Keeping() = default;
   /// Returns when all that has to be on disk before the document is replaced is there. What throws here or in
   /// copy leaves the document as it is.
   virtual void wait() = 0;
-  /// Whether the original is still to be had: its file is swapped with the new version and handed over, or,
+  /// Whether the original can still be kept. Its file is swapped with the new version and handed over, or,
   /// where the disk cannot swap, copied before it is replaced.
   virtual bool wantsFile() const = 0;
   /// The new version is in place, and the original lies here, to be taken from there. Throws nothing.
@@ -62,14 +62,14 @@ class Keeping {
   virtual void replaced() {}
 };
 
-/// What a new version of a document consists of.
+/// The contents of a new version, and their check.
 struct NewVersion {
   std::function<void(base::Output&)> write;
-  /// Given what was written, read back from the disk. Throws errors::DocumentError where that is not what was
+  /// Given the version as read back from the disk. Throws errors::DocumentError where that is not what was
   /// meant. Like what follows, it may be called when the document is closed.
   std::function<void(const base::Bytes&)> check;
-  /// Called when the new version is written and checked, before it takes the place of the original, which
-  /// stays if this throws; null where nothing is kept.
+  /// Called when the new version is written and checked, before it takes the place of the original. The
+  /// original stays if this throws. Null where nothing is kept.
   std::function<std::unique_ptr<Keeping>(const Replacement&)> beforeReplacing = {};
   /// The owner, the permissions and the time of last change it is to have, where they are not to be the
   /// original's and now.
@@ -93,7 +93,7 @@ struct Saved {
   NotKept notKept = {};
 };
 
-/// A new version that is written; what is left is to check it, to wait for the disk, and to put it in its
+/// A new version that is written; it is still to be checked, flushed, and put in its
 /// place. Unless it is finished there is nothing of it.
 class Pending {
  public:
@@ -105,18 +105,17 @@ class Pending {
   virtual Saved finish() = 0;
 };
 
-/// Why the document can be read but not be replaced: locked (open in another program), read-only (its
-/// permissions, its disk or its folder forbid it, or it has several names, of which a rename would leave the
-/// others with the old text).
+/// Why the document can be read but not be replaced. locked: it is open in another program. read-only: its
+/// permissions, disk or folder forbid it, or it has several names, of which a rename would leave the others
+/// with the old text.
 std::optional<errors::DocumentError> obstacleToSaving(FileSystem& system, const std::string& path);
 
 /// Throws errors::DocumentError changed when the document is not as it was when it was opened.
 void requireUnchanged(FileSystem& system, const std::string& path, const Stamp& opened);
 
 /// Replaces the document, which must be as it was when it was opened, else it is errors::DocumentError
-/// changed. With a backup suffix the old version is kept under the document's name and the suffix; where that
-/// name is taken,
-/// ".2", ".3" … is added.
+/// changed. With a backup suffix the old version is kept under the document's name and the suffix. Where that
+/// name is taken, ".2", ".3" … is added.
 std::unique_ptr<Pending> beginReplacingFile(FileSystem& system, const std::string& path, const Stamp& opened,
                                             const NewVersion& version,
                                             const std::optional<std::string>& backupSuffix = std::nullopt);
@@ -130,16 +129,16 @@ inline Saved replaceFile(FileSystem& system, const std::string& path, const Stam
 /// the disk cannot do that.
 bool swapFile(FileSystem& system, const std::string& path, const Stamp& found, const Place& other);
 
-/// Saves a document under another name, which must be free, with the permissions of the original, which must
-/// be as it was when it was opened. With a root, a folder that is there, the path begins with it and a "/";
-/// folders below it are made where they are missing, and no link below it is followed.
+/// Saves a document under another name, which must be free, with the permissions of the original. The
+/// original must be as it was when it was opened. With a root, a folder that exists, the path begins with it
+/// and a "/". Missing folders below it are made, and no link below it is followed.
 std::unique_ptr<Pending> beginCreatingFile(FileSystem& system, const std::string& path,
                                            const std::string& original, const Stamp& opened,
                                            const NewVersion& version, const std::string& root = {});
 
 /// Saves a document under another name, in the place of the file that has it; the document's own file may
 /// have changed or gone. The new file has the permissions of the file it replaces, else those of the
-/// original, of which its owner may write it in any case, and is its owner's alone where there is neither.
+/// original, and its owner may write it in any case. Where there is neither it is its owner's alone.
 Saved writeElsewhere(FileSystem& system, const std::string& path, const std::string& original,
                      const NewVersion& version);
 

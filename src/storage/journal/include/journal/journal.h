@@ -11,14 +11,14 @@
 
 /// What makes a run undoable: the bytes of every document it replaced, and which version it put there.
 ///
-/// A journal is a folder of runs, each a folder of its own named after the time it began: "journal", a text
-/// of one record a line, "lock", held while the run lasts, and the originals, numbered. Only the user may
-/// enter: a journal that belongs to somebody else, or that others may write, is refused. On the disk of the
-/// journal an original is the document's own file: swapped with the new version and then moved here, so that
-/// its record also says where it lies between the two; from elsewhere it is a copy. Record and copy are on
-/// disk before the document is replaced; so whatever moment a run or an undo is killed at, an undo puts back
-/// exactly what was replaced. What lies beside a document is on record as well, and the undo, or the next run
-/// that changes something, removes what a killed program left there.
+/// A journal is a folder of runs, each a folder named after the time it began. It holds "journal", a text of
+/// one record a line; "lock", held while the run lasts; and the originals, numbered. Only the user may enter:
+/// a journal that belongs to another user, or that others may write, is refused. On the journal's disk an
+/// original is the document's own file: swapped with the new version, then moved here. Its record also says
+/// where it lies between the two. From another disk it is a copy. Record and copy are on disk before the
+/// document is replaced. So an undo puts back exactly the version that was replaced, at whatever moment a run
+/// or an undo was killed. Files beside a document are on record as well. The undo, or the next run that
+/// changes something, removes those that a killed program left.
 namespace pluvo::journal {
 
 /// Where the journal is: "pluvo/runs" in $XDG_STATE_HOME, by default in ~/.local/state. Nothing where neither
@@ -36,7 +36,7 @@ files::Handle createBeside(files::FileSystem& system, const std::string& folder,
 /// wanted. Throws DocumentError (io) and std::system_error.
 std::string folderBeside(files::FileSystem& system, const std::string& folder, bool isMade);
 
-/// The originals of all runs together take no more than this: the oldest runs go first, and a run that needs
+/// The originals of all runs together take no more than this. The oldest runs go first, and a run that needs
 /// more by itself keeps what fits.
 inline constexpr std::uint64_t kDefaultLimit = std::uint64_t{4} * 1024 * 1024 * 1024;
 
@@ -55,7 +55,7 @@ class Recorder {
   virtual ~Recorder();
 
   /// To be called before each document is replaced (files::NewVersion::beforeReplacing). Throws DocumentError
-  /// where the original cannot be kept, so that the document is not replaced. What is returned must not
+  /// where the original cannot be kept, so that the document is not replaced. The result must not
   /// outlive this. In a slice the outcome, which is on disk before then, is what will have come of it.
   std::unique_ptr<files::Keeping> keep(const files::Replacement& replacement,
                                        const std::string& outcome = {});
@@ -107,7 +107,7 @@ struct Undone {
 
 /// Takes a run back, the last document first: bytes, permissions and time of last change; the document's own
 /// file comes back where it was kept. A document that changed since is left as it is (DocumentError changed).
-/// A run that was taken back whole is forgotten; what could not be put back, and nothing else, can be tried
+/// A run that was taken back whole is forgotten; only documents that could not be put back can be tried
 /// again.
 void undo(files::FileSystem& system, const std::string& folder, const std::string& run,
           const std::function<void(const Undone&)>& report);

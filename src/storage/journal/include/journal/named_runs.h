@@ -12,21 +12,21 @@
 
 /// Runs that have a name and are made in slices, by as many programs on as many machines as see the journal.
 ///
-/// Beside the folder of runs lies "named", and in it a folder for each run: "request", what all slices have
-/// in common; "lock", shared by the slices that are going on and held alone by an undo; and for each slice
-/// that was begun a folder as a run has it, "3-of-8", to whose journal each attempt at the slice adds. No two
-/// programs write one journal. Beside the records of originals it has the documents of the slice and what
-/// came of them: of a document that is replaced before that happens, so that an attempt after one that was
-/// killed knows what is done. Earlier versions see no named runs, and read the rest of such a journal.
+/// Beside the folder of runs lies "named", and in it a folder for each run. "request" holds the facts that
+/// slices share. Slices under way share "lock"; an undo holds it alone. Each slice that began has a folder as
+/// a run has it, "3-of-8", to whose journal each attempt at the slice adds. No two programs write one
+/// journal. Beside the records of originals it has the documents of the slice and their outcomes. The outcome
+/// of a replaced document is on record before that happens, so that a later attempt knows which documents are
+/// done. Earlier versions see no named runs, and read the rest of such a journal.
 namespace pluvo::journal {
 
 class OwnFolder;
 
-/// Letters, digits, ".", "-" and "_", no more than 100, the first a letter or digit; and not like the name
-/// of a run without a name of its own.
+/// Letters, digits, ".", "-" and "_", no more than 100, the first a letter or digit. It must not look like
+/// the name of a run without a name of its own.
 bool isNameForRun(std::string_view name);
 
-/// What the list of documents was, whatever the order of its names.
+/// The digest of the list of documents, whatever the order of its names.
 struct ListDigest {
   std::uint64_t count = 0;
   std::uint64_t names = 0;  ///< of the names as they were listed
@@ -34,11 +34,11 @@ struct ListDigest {
   bool operator==(const ListDigest&) const = default;
 };
 
-/// What the slices of a run have in common.
+/// The facts that slices of a run share.
 struct NamedRequest {
   std::string run;  ///< its name
   std::uint32_t slices = 1;
-  std::string request;  ///< what is done to documents; equal texts are one request
+  std::string request;  ///< the operations; equal texts are one request
   std::string command;  ///< of the slice that was begun first
   ListDigest list = {};
 };

@@ -16,8 +16,8 @@ class SliceProgress;
 /// no limit. A document is known by its absolute path without links.
 class SliceRecorder final : public Recorder {
  public:
-  /// Throws DocumentError (io) also where the name is that of another request, and (locked) where the slice
-  /// is going on or the run is being taken back.
+  /// Throws DocumentError. io: also where the name is that of another request. locked: the slice is going on,
+  /// or the run is being taken back.
   SliceRecorder(files::FileSystem& system, std::string folder, const SliceToBegin& slice,
                 const std::string& command);
   ~SliceRecorder() override;

@@ -13,7 +13,7 @@ using plain::encodingNamed;
 using plain::LikelyEncoding;
 using plain::likelyEncodings;
 
-/// What tells the encoding of a text file, for somebody to choose by.
+/// The facts about a text file by which a user chooses its encoding.
 class EncodingSample {
  public:
   /// Reads the file. Throws errors::DocumentError.

@@ -24,7 +24,7 @@ using EncodingChooser =
 /// Asks for the password of an encrypted document; nothing where it is not to be opened.
 using PasswordChooser = std::function<std::optional<base::SecretText>(const std::string& path)>;
 
-/// Does the work and returns when it is done, in another thread perhaps; the caller gets what it throws. What
+/// Does the work and returns when it is done, in another thread perhaps; the caller gets its exceptions. What
 /// reads the document meanwhile must not change it.
 using Running = std::function<void(const std::function<void()>& work)>;
 
@@ -32,7 +32,7 @@ using Running = std::function<void(const std::function<void()>& work)>;
 std::int32_t openingFault(errors::Problem problem);
 std::int32_t savingFault(errors::Problem problem);
 
-/// The stored document behind an open one. What goes wrong on saving is a Fault: 5155 (may not be written)
+/// The stored document behind an open one. A failed save is a Fault: 5155 (may not be written)
 /// and 5356 (could not be written). Its description says what to do.
 class StoredFile : public memory::DocumentFile {
  public:
@@ -61,10 +61,9 @@ class StoredFile : public memory::DocumentFile {
 };
 
 /// Opens stored documents, with all their stories, for the word processor of documents in memory; the file of
-/// each is a StoredFile.
-/// What goes wrong with a file is a Fault: 5174 (no such file, or unreadable), 4605 (encrypted, and nobody is
-/// asked for the password), 4198 (nobody gave one), 5408 (it was wrong), 5792 (no sound document of a known
-/// kind). Its description says what to do.
+/// each is a StoredFile. A file that cannot be opened is a Fault. 5174: no such file, or unreadable. 4605:
+/// encrypted, and no user is asked for the password. 4198: no password was given. 5408: it was wrong. 5792:
+/// no sound document of a known kind. Its description says what to do.
 class StoreOpener : public memory::DocumentOpener {
  public:
   StoreOpener(
@@ -72,7 +71,7 @@ class StoreOpener : public memory::DocumentOpener {
   /// Also opens temporary files and protected documents: the user is asked about them.
   memory::OpenedFile open(const std::string& path) override;
 
-  /// Without one, texts of which nobody knows the encoding are not opened.
+  /// Without one, texts of unknown encoding are not opened.
   void encodingChooser(EncodingChooser chooser) { encodingChooser_ = std::move(chooser); }
   /// Who is asked for the password of each encrypted document that none of the known ones opens. One that is
   /// right is known from then on. Without one, such documents are not opened.

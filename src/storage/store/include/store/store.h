@@ -36,7 +36,7 @@ class StoredDocument {
  public:
   const std::shared_ptr<memory::MemoryDocument>& document() const { return document_; }
   const std::string& path() const { return path_; }
-  /// Whether its file keeps it from whoever has no password.
+  /// Whether its file is encrypted.
   bool isEncrypted() const { return again_.key != nullptr; }
   /// By which a plain text was read; empty for other formats.
   const std::string& encoding() const { return encoding_; }
@@ -50,7 +50,7 @@ class StoredDocument {
   std::optional<errors::DocumentError> obstacle() const;
 
   /// Throws DocumentError changed when the file is no longer as it was when it was opened. A large text lies
-  /// in its file, so whoever only read asks this before relying on what was found.
+  /// in its file, so readers ask this before relying on their findings.
   void requireUnchangedFile() const;
 
   /// Saves the document, which must be open. A document without changes is not written. Returns where the old
@@ -64,19 +64,18 @@ class StoredDocument {
   };
   Outcome save(const SaveOptions& options = {});
 
-  /// The same up to where the new version is written, and that of a large document checked; the document may
-  /// be gone when what is returned is finished. Null for a document without changes. It does not count as
-  /// saved.
+  /// The same up to where the new version is written, and that of a large document checked. The document may
+  /// be gone when the result is finished. Null for a document without changes. It does not count as saved.
   std::unique_ptr<files::Pending> beginSave(const SaveOptions& options) const;
 
   /// Saves the document, changed or not, under another path, in the place of the file there, and goes on
-  /// under that path; its own file may have changed or gone. Throws DocumentError; then nothing has happened.
+  /// under that path. Its own file may have changed or gone. Throws DocumentError; then nothing has happened.
   void saveAs(const std::string& path);
 
   /// How many hashes each password costs that is tried on its protection; 0 where it has none.
   std::uint64_t hashesForPassword() const { return hashesForPassword_; }
 
-  /// What the document looks like besides its text and highlight.
+  /// The looks of the document besides its text and highlight.
   const formats::Source& source() const { return *source_; }
 
  private:
@@ -103,7 +102,7 @@ class StoredDocument {
   base::Bytes bytes_;
 };
 
-/// What else is opened than documents that anybody may edit, and what is known of them.
+/// Which documents are opened besides those that anybody may edit, and facts known of them.
 struct Also {
   /// A name that begins with "~" belongs to a word processor at work.
   bool temporaryFiles = false;
@@ -111,7 +110,7 @@ struct Also {
   bool protectedDocuments = false;
   /// Among them those that no password can lift, to be looked at. Else they are unsupported.
   bool lockedForGood = false;
-  /// The same without their protection, by whoever edits nothing: everybody may read them.
+  /// The same without their protection, to be read only: everybody may read them.
   bool forReading = false;
   /// Its encoding is a name that encodingNamed gave, or empty.
   formats::Hint hint = {};
@@ -122,7 +121,7 @@ struct Also {
 /// The extensions that any known format goes by, "" for none among them.
 std::vector<std::string_view> knownExtensions();
 
-/// What is wrong with a document whose protection nobody lifts.
+/// The problem of a document whose protection is not lifted.
 errors::DocumentError protectedAgainstEditing();
 
 /// Opens documents of every known format, told by their content. May be used from several threads.
