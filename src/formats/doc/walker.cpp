@@ -2,6 +2,7 @@
 
 #include "damage.h"
 #include "document/content_builder.h"
+#include "piece_text.h"
 #include "plc.h"
 
 #include <algorithm>
@@ -11,22 +12,6 @@ namespace pluvo::doc {
 using text::Position;
 
 namespace {
-
-constexpr char16_t kControls = 0x20;
-constexpr Position kBlock = 32;
-
-char16_t wideAt(const std::uint8_t* bytes) { return static_cast<char16_t>(bytes[0] | bytes[1] << 8U); }
-
-/// Whether a block of units of so many bytes has a control character; no branch depends on what it has.
-template <std::size_t Width>
-bool hasControl(const std::uint8_t* bytes) {
-  unsigned found = 0;
-  for (std::size_t i = 0; i < kBlock; ++i) {
-    const char16_t unit = Width == 1 ? char16_t{bytes[i]} : wideAt(bytes + i * 2);
-    found |= unit < kControls ? 1U : 0U;
-  }
-  return found != 0;
-}
 
 bool isMarkUnit(char16_t unit) {
   return unit == text::kParagraphMark || unit == text::kCellMark || unit == text::kPageBreak;
@@ -48,30 +33,11 @@ Walker::Walker(const Text& text) : text_(text) {
 template <class Visit>
 void Walker::forEachControl(Position from, Position to, Visit visit) const {
   const auto pieces = text_.pieces.pieces();
-  for (std::size_t i = text_.pieces.indexAt(from); from < to; ++i) {
-    const Piece& piece = pieces[i];
-    const Position end = std::min(to, piece.to);
-    while (from < end) {
-      const std::uint8_t* const bytes = text_.document.data() + piece.offsetOf(from);
-      const Position count = std::min(end - from, kBlock);
-      if (count == kBlock && !(piece.narrow ? hasControl<1>(bytes) : hasControl<2>(bytes))) {
-        from += count;
-        continue;
-      }
-      for (Position unit = 0; unit < count; ++unit) {
-        const char16_t found = piece.narrow ? char16_t{bytes[unit]} : wideAt(bytes + unit * 2);
-        if (found < kControls && visit(from + unit, found)) return;
-      }
-      from += count;
-    }
-  }
+  for (std::size_t i = text_.pieces.indexAt(from); from < to; from = pieces[i++].to)
+    if (doc::forEachControl(pieces[i], text_.document, from, std::min(to, pieces[i].to), visit)) return;
 }
 
-char16_t Walker::unitAt(Position at) const {
-  const Piece& piece = text_.pieces.pieces()[text_.pieces.indexAt(at)];
-  const std::uint8_t* const bytes = text_.document.data() + piece.offsetOf(at);
-  return piece.narrow ? fromNarrow(*bytes) : wideAt(bytes);
-}
+char16_t Walker::unitAt(Position at) const { return doc::unitAt(text_.pieces, text_.document, at); }
 
 bool Walker::endsSection(Position at) const { return std::ranges::binary_search(sectionMarks_, at); }
 

@@ -47,11 +47,12 @@ Streams Streams::open(base::Bytes bytes) {
   return streams;
 }
 
-Text::Text(const Streams& streams, std::size_t fibAt)
-    : fib(Fib::read(streams.document.view, fibAt)),
-      document(streams.document.view),
-      tables(streams.tables.view),
-      data(streams.data.view),
+Text::Text(base::ByteSpan documentStream, base::ByteSpan tableStream, base::ByteSpan dataStream,
+           std::size_t fibAt)
+    : fib(Fib::read(documentStream, fibAt)),
+      document(documentStream),
+      tables(tableStream),
+      data(dataStream),
       pieces(PieceTable::read(in(Table::pieces), document)),
       characters(FormattedPages::Of::characters, document, in(Table::characterPages)),
       paragraphs(FormattedPages::Of::paragraphs, document, in(Table::paragraphPages)),

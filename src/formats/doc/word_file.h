@@ -27,7 +27,9 @@ struct Streams {
 /// All that a walk over a text of a document asks: main text and its companions, or those of the glossary.
 struct Text {
   /// Throws DocumentError: damaged. The streams outlive it.
-  Text(const Streams& streams, std::size_t fibAt);
+  Text(const Streams& streams, std::size_t fibAt)
+      : Text(streams.document.view, streams.tables.view, streams.data.view, fibAt) {}
+  Text(base::ByteSpan document, base::ByteSpan tables, base::ByteSpan data, std::size_t fibAt);
 
   Fib fib;
   base::ByteSpan document;

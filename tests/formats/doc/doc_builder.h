@@ -121,8 +121,8 @@ class DocBuilder {
   }
 
  private:
-  static constexpr std::size_t kText = 1024;
-  static constexpr std::size_t kPairs = 0x5D;
+  static constexpr std::size_t kText = 1536;
+  static constexpr std::size_t kPairs = 0x88;
 
   struct Stretch {
     std::u16string units;
@@ -156,7 +156,6 @@ class DocBuilder {
 
   static void place(Stretch& stretch, bool mayBeNarrow, std::string& document) {
     stretch.narrow = mayBeNarrow && stretch.units.find_first_not_of(kNarrow) == stretch.units.npos;
-    if (document.size() % 2 != 0) document += '\0';
     stretch.offset = static_cast<std::uint32_t>(document.size());
     for (const char16_t unit : stretch.units)
       document += stretch.narrow ? std::string(1, unit == u'\u2019' ? '\x92' : static_cast<char>(unit))
@@ -212,6 +211,7 @@ class DocBuilder {
     set(0x1C, number(end));
     set(0x20, number(std::uint16_t{14}));
     set(0x3E, number(std::uint16_t{22}));
+    set(0x40, number(static_cast<std::uint32_t>(document.size())));
     for (std::size_t i = 0; i < kParts; ++i) set(0x4C + 4 * i, number(lengths_[i]));
     set(0x98, number(static_cast<std::uint16_t>(kPairs)));
     for (const auto& [table, bytes] : tables) {
