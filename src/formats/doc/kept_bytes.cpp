@@ -4,7 +4,6 @@
 #include "word_file.h"
 
 #include <algorithm>
-#include <cstring>
 #include <optional>
 #include <vector>
 
@@ -109,7 +108,8 @@ void forEachDifference(ByteSpan before, ByteSpan after, Visit visit) {
   constexpr std::size_t kAtOnce = 4096;
   for (std::size_t from = 0; from < before.size(); from += kAtOnce) {
     const std::size_t count = std::min(kAtOnce, before.size() - from);
-    if (std::memcmp(before.data() + from, after.data() + from, count) == 0) continue;
+    const std::uint8_t* const block = before.data() + from;
+    if (std::equal(block, block + count, after.data() + from)) continue;
     for (std::size_t at = from; at < from + count; ++at)
       if (before[at] != after[at] && visit(at)) return;
   }

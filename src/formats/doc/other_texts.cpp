@@ -103,12 +103,13 @@ class Teller {
       if (text.empty() || !told.emplace(text).second) return;
       texts_.unreached(Unreached::properties, text);
     };
-    for (const char* const name : {"\005SummaryInformation", "\005DocumentSummaryInformation"}) {
+    for (const char* const name : {kSummary, kDocumentSummary}) {
       const auto stream = opened_.streams.file.stream(name);
       if (!stream) continue;
       try {
         tellPropertySet(opened_.streams.file.read(*stream).view,
-                        {tell, [&] { texts_.notLookedInto(Opaque::thumbnail); }});
+                        {[&](const PropertyText& property) { tell(property.text); },
+                         [&] { texts_.notLookedInto(Opaque::thumbnail); }});
       } catch (const errors::DocumentError& broken) {
         texts_.damaged(name + 1, broken.what());
       }

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace pluvo::doc {
 
@@ -21,6 +22,7 @@ enum Type : std::uint16_t {
   kBytesOfBasic = 0x0008,
   kBytes = 0x001E,
   kUnits = 0x001F,
+  kBlob = 0x0041,
   kClipboard = 0x0047,
   kVector = 0x1000,
 };
@@ -33,7 +35,9 @@ constexpr std::uint32_t kCodePage = 1;
 /// One set of properties of a stream.
 class PropertySet {
  public:
-  PropertySet(ByteSpan bytes, const PropertyTexts& texts) : bytes_(bytes), texts_(texts) {}
+  /// From a place in a stream on.
+  PropertySet(ByteSpan stream, std::size_t from, std::size_t number, const PropertyTexts& texts)
+      : bytes_(stream.subspan(from)), from_(from), number_(number), texts_(texts) {}
 
   void tell() {
     if (bytes_.size() < 8) return;
@@ -44,7 +48,8 @@ class PropertySet {
       if (get32(bytes_, 8 + i * 8) == kCodePage) readCodePage(get32(bytes_, 12 + i * 8));
     for (std::size_t i = 0; i < count; ++i) {
       at_ = get32(bytes_, 12 + i * 8);
-      if (get32(bytes_, 8 + i * 8) == kDictionary) {
+      id_ = get32(bytes_, 8 + i * 8);
+      if (id_ == kDictionary) {
         names();
       } else {
         value();
@@ -77,6 +82,9 @@ class PropertySet {
         return string(1);
       case kUnits:
         return string(2);
+      case kBlob:
+        // Among a document's own properties it holds the document's links.
+        return number_ > 0 && number() && vector(kVariant);
       case kClipboard:
         texts_.thumbnail();
         return false;
@@ -106,10 +114,14 @@ class PropertySet {
     if (!count || !has(*count * width) || *count * width > left_) return false;
     left_ -= *count * width;
     const ByteSpan bytes = bytes_.subspan(at_, *count * width);
+    Decoded decoded{{}, {from_ + at_}};
     at_ += bytes.size();
     // Of wide strings the next thing begins at a multiple of four.
     if (width == 2) at_ += at_ % 4 == 0 ? 0 : 4 - at_ % 4;
-    tell(width == 2 || codePage_ == kUtf16 ? wide(bytes) : decoded(bytes));
+    const bool isWide = width == 2 || codePage_ == kUtf16;
+    decode(bytes, isWide, decoded);
+    if (!decoded.units.empty())
+      texts_.text({decoded.units, number_, id_, id_ == kDictionary, isWide, decoded.places});
     return true;
   }
 
@@ -121,34 +133,37 @@ class PropertySet {
     }
   }
 
-  void tell(std::u16string text) const {
-    text.resize(std::min(text.find(u'\0'), text.size()));
-    if (!text.empty()) texts_.text(text);
-  }
-
-  static std::u16string wide(ByteSpan bytes) {
+  struct Decoded {
     std::u16string units;
-    for (std::size_t i = 0; i + 2 <= bytes.size(); i += 2) units.push_back(get16(bytes, i));
-    return units;
-  }
+    std::vector<std::size_t> places;
+  };
 
-  std::u16string decoded(ByteSpan bytes) const {
-    std::u16string units;
-    if (codePage_ == kUtf8) {
-      std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-      return base::utf16(text.substr(0, base::wellFormedLength(text)));
-    }
+  /// Up to the zero that ends it.
+  void decode(ByteSpan bytes, bool isWide, Decoded& decoded) const {
     const auto page = code_pages::CodePage::named("CP" + std::to_string(codePage_)).page;
+    const auto next = [&]() -> code_pages::Character {
+      if (isWide) return {bytes.size() < 2 ? U'\0' : get16(bytes, 0), 2};
+      if (codePage_ == kUtf8) {
+        const auto character =
+            base::firstOfUtf8(std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
+        return {character.bytes == 0 ? U'\0' : character.point, character.bytes};
+      }
+      return page != nullptr ? page->first(bytes) : code_pages::Character{bytes[0], 1};
+    };
     while (!bytes.empty()) {
-      const auto next = page != nullptr ? page->first(bytes) : code_pages::Character{bytes[0], 1};
-      base::appendUtf16(units, next.codePoint);
-      bytes = bytes.subspan(next.bytes);
+      const code_pages::Character character = next();
+      if (character.codePoint == 0) return;
+      base::appendUtf16(decoded.units, character.codePoint);
+      bytes = bytes.subspan(character.bytes);
+      decoded.places.resize(decoded.units.size() + 1, decoded.places.back() + character.bytes);
     }
-    return units;
   }
 
   ByteSpan bytes_;
+  std::size_t from_;
+  std::size_t number_;
   const PropertyTexts& texts_;
+  std::uint32_t id_ = 0;
   std::size_t at_ = 0;
   std::size_t left_ = 0;
   std::uint16_t codePage_ = 1252;
@@ -162,7 +177,7 @@ void tellPropertySet(ByteSpan stream, const PropertyTexts& texts) {
   const std::size_t sets = std::min<std::size_t>(get32(stream, 24), kMostSets);
   for (std::size_t i = 0; i < sets && kHead + (i + 1) * kSet <= stream.size(); ++i) {
     const std::size_t at = get32(stream, kHead + i * kSet + 16);
-    if (at <= stream.size()) PropertySet(stream.subspan(at), texts).tell();
+    if (at <= stream.size()) PropertySet(stream, at, i, texts).tell();
   }
 }
 
