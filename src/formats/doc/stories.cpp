@@ -1,6 +1,7 @@
 #include "stories.h"
 
 #include "damage.h"
+#include "piece_text.h"
 #include "plc.h"
 
 #include <algorithm>
@@ -47,27 +48,53 @@ class StoryFinder {
 
  private:
   /// The texts that follow each other in a part: visit(number, from, to). What does not lie there, or comes
-  /// before one that was visited, is left out.
-  template <class Visit>
-  void forEachText(Part part, const Plc& places, std::size_t first, Visit visit) const {
-    Position reached = 0;
+  /// before one that was visited, is left out. Then left(from, to) is told of each stretch that the table
+  /// should name and does not, so that a damaged one hides no text.
+  template <class Visit, class Left>
+  void forEachText(Part part, const Plc& places, std::size_t first, Visit visit, Left left) const {
+    const Position begin = text_.fib.begin(part);
+    const Position length = text_.fib.length(part);
+    Position reached = firstPlace(places, first, length);
+    const auto leave = [&](Position to) {
+      if (hasMoreThanMarks(begin + reached, begin + to)) left(begin + reached, begin + to);
+    };
     for (std::size_t i = first; i < places.count(); ++i) {
       const Position from = places.place(i);
       const Position to = places.place(i + 1);
-      if (from < reached || to <= from || to > text_.fib.length(part)) continue;
-      visit(i, text_.fib.begin(part) + from, text_.fib.begin(part) + to);
+      if (from < reached || to <= from || to > length) continue;
+      leave(from);
+      visit(i, begin + from, begin + to);
       reached = to;
     }
+    leave(length);
+  }
+
+  /// Where a text begins, if those in front of it are in order; else 0.
+  static Position firstPlace(const Plc& places, std::size_t number, Position length) {
+    if (number > places.count()) return 0;
+    for (std::size_t i = 0; i < number; ++i)
+      if (places.place(i) < 0 || places.place(i) > places.place(i + 1)) return 0;
+    const Position first = number == 0 ? 0 : places.place(number);
+    return first <= length ? first : 0;
+  }
+
+  bool hasMoreThanMarks(Position from, Position to) const {
+    while (from < to && unitAt(text_.pieces, text_.document, from) == text::kParagraphMark) ++from;
+    return from < to;
   }
 
   /// Six texts of each section; one without text is that of the section before. A mark that nobody sees
-  /// follows each text.
+  /// follows each text. What the table does not name is a header.
   void headers(bool wanted) {
-    forEachText(Part::headers, Plc(text_.in(Table::headerTexts), 0), kSeparators,
-                [&](std::size_t i, Position from, Position to) {
-                  const word::WdStoryType kind = kHeaderKinds[(i - kSeparators) % kHeaderKinds.size()];
-                  if (isHeader(kind) == wanted && to - from > 1) found_.push_back({kind, from, to - 1});
-                });
+    forEachText(
+        Part::headers, Plc(text_.in(Table::headerTexts), 0), kSeparators,
+        [&](std::size_t i, Position from, Position to) {
+          const word::WdStoryType kind = kHeaderKinds[(i - kSeparators) % kHeaderKinds.size()];
+          if (isHeader(kind) == wanted && to - from > 1) found_.push_back({kind, from, to - 1});
+        },
+        [&](Position from, Position to) {
+          if (wanted) found_.push_back({word::wdPrimaryHeaderStory, from, to});
+        });
   }
 
   /// What follows the last one is a mark that nobody sees. Notes whose places are not what they must be would
@@ -83,9 +110,11 @@ class StoryFinder {
       isSound = places.place(i) < places.place(i + 1) && anchors.place(i) >= 0 &&
                 anchors.place(i) < text_.fib.length(Part::main);
     if (!isSound) throw damaged("table of notes or comments is damaged");
-    forEachText(part, places, 0, [&](std::size_t i, Position from, Position to) {
-      if (i < anchors.count()) add({kind, from, to}, anchorAt(Part::main, anchors.place(i)));
-    });
+    for (std::size_t i = 0; i < anchors.count(); ++i) {
+      const Position begin = text_.fib.begin(part);
+      add({kind, begin + places.place(i), begin + places.place(i + 1)},
+          anchorAt(Part::main, anchors.place(i)));
+    }
   }
 
   Position anchorAt(Part part, Position at) const {
@@ -98,14 +127,19 @@ class StoryFinder {
     std::unordered_map<std::uint32_t, Position> anchorOf;
     for (std::size_t i = 0; i < anchors.count(); ++i)
       anchorOf.emplace(base::get32(anchors.element(i), 0), anchorAt(anchorsIn, anchors.place(i)));
-    forEachText(part, places, 0, [&](std::size_t i, Position from, Position to) {
-      constexpr std::size_t kIsSpare = 8, kShape = 14;
-      const base::ByteSpan element = places.element(i);
-      const bool isLast = i + 1 == places.count();
-      if (isLast || base::get16(element, kIsSpare) != 0) return;
-      const auto anchor = anchorOf.find(base::get32(element, kShape));
-      add({word::wdTextFrameStory, from, to}, anchor == anchorOf.end() ? kNowhere : anchor->second);
-    });
+    forEachText(
+        part, places, 0,
+        [&](std::size_t i, Position from, Position to) {
+          constexpr std::size_t kIsSpare = 8, kShape = 14;
+          const base::ByteSpan element = places.element(i);
+          const bool isLast = i + 1 == places.count();
+          if (isLast || base::get16(element, kIsSpare) != 0) return;
+          const auto anchor = anchorOf.find(base::get32(element, kShape));
+          add({word::wdTextFrameStory, from, to}, anchor == anchorOf.end() ? kNowhere : anchor->second);
+        },
+        [&](Position from, Position to) {
+          add({word::wdTextFrameStory, from, to}, kNowhere);
+        });
   }
 
   void add(const StoryPlace& place, Position anchor) {

@@ -181,9 +181,8 @@ DocBuilder withStories() {
   return builder;
 }
 
-TEST(DocFormat, GivesEveryStoryWithItsAnchor) {
-  const std::string file = withStories().build();
-  EXPECT_EQ(open(file).stories.size(), 1U);
+/// Each story with its kind and anchor.
+std::vector<std::string> storiesIn(const std::string& file) {
   formats::Opened opened = open(file, true);
   std::vector<std::string> told;
   for (document::Content& story : opened.stories) {
@@ -194,8 +193,30 @@ TEST(DocFormat, GivesEveryStoryWithItsAnchor) {
     EXPECT_EQ(notation::damageOf(model), "");
     told.push_back(std::to_string(model.kind()) + anchor + " " + notation::print(model));
   }
-  EXPECT_THAT(told, ElementsAre("1  a\2<h:\5>\x08¶", "7  head¶", "9  \x08¶", "2 0:1 note<7:!>¶",
-                                "4 0:2 <h:\5>said¶", "5 0:3 box¶", "5 2:0 ⟦in¦‖⟧¶"));
+  return told;
+}
+
+TEST(DocFormat, GivesEveryStoryWithItsAnchor) {
+  const std::string file = withStories().build();
+  EXPECT_EQ(open(file).stories.size(), 1U);
+  EXPECT_THAT(storiesIn(file), ElementsAre("1  a\2<h:\5>\x08¶", "7  head¶", "9  \x08¶", "2 0:1 note<7:!>¶",
+                                           "4 0:2 <h:\5>said¶", "5 0:3 box¶", "5 2:0 ⟦in¦‖⟧¶"));
+}
+
+TEST(DocFormat, HidesNoTextThatADamagedTableDoesNotName) {
+  const struct {
+    Table table;
+    std::vector<text::Position> places;
+    const char* story;
+  } cases[] = {{Table::headerTexts, {}, "7  head¶¶\x08¶¶"},
+               {Table::headerTexts, {0, 0, 0, 0, 0, 0, 0, 0, -6, 6, 9, 9, 9, 10}, "7  head¶¶"},
+               {Table::headerTexts, {0, 0, 0, 0, 0, 0, 0, 0, 99, 6, 9, 9, 9, 10}, "7  head¶¶"},
+               {Table::boxTexts, {}, "5  box¶spare¶¶"}};
+  for (const auto& [table, places, story] : cases) {
+    DocBuilder builder = withStories();
+    builder.tables[table] = DocBuilder::places(places);
+    EXPECT_THAT(storiesIn(builder.build()), testing::Contains(story));
+  }
 }
 
 TEST(DocFormat, TellsWhatNoRequestReaches) {
