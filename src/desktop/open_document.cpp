@@ -30,14 +30,14 @@ QString OpenDocument::path() const { return QString::fromStdString(shown_->path(
 
 void OpenDocument::prepare() {
   publish();
-  Prepared made{document_->copy(), nullptr};
-  text::RunMap<formats::Appearance> appearance;
+  Prepared made{document_->copy(), {}};
+  view::DocumentView::Appearances appearances;
   try {
-    appearance = file_->stored().source().appearance();
+    appearances = file_->stored().source().appearance();
   } catch (const std::exception&) {
-    appearance = {};  // the text is shown without
+    appearances = {};  // the text is shown without
   }
-  made.view = view::DocumentView::prepare(made.document, std::move(appearance));
+  made.view = view::DocumentView::prepare(made.document, std::move(appearances));
   prepared_ = std::move(made);
 }
 

@@ -23,12 +23,17 @@ using text::Position;
 using text::Span;
 
 DocumentView::Prepared DocumentView::prepare(std::shared_ptr<memory::MemoryDocument> document,
-                                             text::RunMap<formats::Appearance> appearance) {
-  return std::make_shared<Column>(std::move(document), 0, std::move(appearance));
+                                             Appearances appearances) {
+  text::RunMap<formats::Appearance> mainText;
+  if (!appearances.empty()) mainText = std::exchange(appearances.front(), {});
+  return {std::make_shared<Column>(std::move(document), 0, std::move(mainText)), std::move(appearances)};
 }
 
 DocumentView::DocumentView(Prepared prepared)
-    : column_(std::move(prepared)), steps_(std::make_unique<Steps>(*column_)), storyBar_(new StoryBar(this)) {
+    : column_(std::move(prepared.mainText)),
+      appearances_(std::move(prepared.others)),
+      steps_(std::make_unique<Steps>(*column_)),
+      storyBar_(new StoryBar(this)) {
   installAccessibleDocuments();
   setFrameShape(NoFrame);
   setFocusPolicy(Qt::StrongFocus);
@@ -60,9 +65,11 @@ void DocumentView::followSelection() {
   caret_ = selection.to;
   const std::size_t story = column_->document()->selectedStory();
   if (story == column_->number()) return;
-  std::shared_ptr<Column> next =
-      story == 0 ? std::move(mainText_)
-                 : std::make_shared<Column>(column_->document(), story, text::RunMap<formats::Appearance>());
+  text::RunMap<formats::Appearance> looks;
+  if (story < appearances_.size()) looks = appearances_[story];
+  std::shared_ptr<Column> next = story == 0
+                                     ? std::move(mainText_)
+                                     : std::make_shared<Column>(column_->document(), story, std::move(looks));
   if (column_->number() == 0) mainText_ = std::move(column_);
   column_ = std::move(next);
   steps_ = std::make_unique<Steps>(*column_);

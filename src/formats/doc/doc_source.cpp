@@ -24,8 +24,8 @@ void DocSource::write(const document::Document& document, base::Output& out) con
   out.write(opened_->streams.file.bytes());
 }
 
-text::RunMap<formats::Appearance> DocSource::appearance() const {
-  return readAppearance(opened_->text, 0, opened_->text.fib.length(Part::main), length_);
+std::vector<text::RunMap<formats::Appearance>> DocSource::appearance() const {
+  return {readAppearance(opened_->text, 0, opened_->text.fib.length(Part::main), length_)};
 }
 
 void DocSource::tellOtherTexts(const document::Story& mainText, formats::OtherTexts& texts) const {

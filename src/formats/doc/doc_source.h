@@ -25,7 +25,7 @@ class DocSource final : public formats::Source {
   bool holdsHighlight() const override { return true; }
   void write(const document::Document& document, base::Output& out) const override;
   std::uint64_t unpackedSize() const override { return opened_->streams.file.bytes().size(); }
-  text::RunMap<formats::Appearance> appearance() const override;
+  std::vector<text::RunMap<formats::Appearance>> appearance() const override;
   void tellOtherTexts(const document::Story& mainText, formats::OtherTexts& texts) const override;
 
   /// Why nothing of it can be changed.

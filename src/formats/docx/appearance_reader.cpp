@@ -16,10 +16,10 @@ using formats::Appearance;
 /// Characters take the look that is current when the walk has passed them.
 class AppearanceReader : public BodyEvents {
  public:
-  AppearanceReader(base::ByteSpan part, const std::string& partName, const StyleLooks& styles)
+  AppearanceReader(base::ByteSpan part, const std::string& partName, Reach reach, const StyleLooks& styles)
       : part_(reinterpret_cast<const char*>(part.data()), part.size()),
         styles_(styles),
-        walker_(part, partName, *this) {}
+        walker_(part, partName, *this, reach) {}
 
   text::RunMap<Appearance> read() {
     while (walker_.step()) {
@@ -130,9 +130,13 @@ class AppearanceReader : public BodyEvents {
 
 }  // namespace
 
-text::RunMap<Appearance> readAppearance(base::ByteSpan part, const std::string& partName,
-                                        const StyleLooks& styles) {
-  return AppearanceReader(part, partName, styles).read();
+text::RunMap<Appearance> readAppearance(const StoryPart& part, const Site& site, const StyleLooks& styles) {
+  const base::ByteSpan bytes = part.part.utf8.view;
+  if (site.scope == nullptr) return AppearanceReader(bytes, part.name, Reach::mainText, styles).read();
+  const std::string alone = standingAlone(site, bytes);
+  return AppearanceReader({reinterpret_cast<const std::uint8_t*>(alone.data()), alone.size()}, part.name,
+                          Reach::oneStory, styles)
+      .read();
 }
 
 }  // namespace pluvo::docx

@@ -1,16 +1,14 @@
 #pragma once
 
-#include "base/bytes.h"
 #include "formats/appearance.h"
+#include "stories.h"
 #include "style_looks.h"
 #include "text/run_map.h"
 
-#include <string>
-
 namespace pluvo::docx {
 
-/// Reads the looks of a main part that readBody has read; the map is as long as its text.
-text::RunMap<formats::Appearance> readAppearance(base::ByteSpan part, const std::string& partName,
+/// Reads the looks of the story at a site of a part; the map is as long as its text.
+text::RunMap<formats::Appearance> readAppearance(const StoryPart& part, const Site& site,
                                                  const StyleLooks& styles);
 
 }  // namespace pluvo::docx

@@ -10,8 +10,6 @@ namespace pluvo::docx {
 
 namespace {
 
-constexpr std::string_view kScopeEnd = "</x>";
-
 std::string_view viewOf(base::ByteSpan bytes) {
   return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }

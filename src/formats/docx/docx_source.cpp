@@ -69,8 +69,18 @@ std::uint64_t DocxSource::unpackedSize() const {
   return size;
 }
 
-text::RunMap<formats::Appearance> DocxSource::appearance() const {
-  return readAppearance(mainPart(), package_.mainPart, readStyleLooks(package_));
+std::vector<text::RunMap<formats::Appearance>> DocxSource::appearance() const {
+  const StyleLooks styles = readStyleLooks(package_);
+  std::vector<text::RunMap<formats::Appearance>> looks;
+  for (const StoryPart& part : stories_.parts) {
+    for (const Site& site : part.sites) {
+      if (site.story == Site::kNone) continue;
+      if (site.story >= looks.size()) looks.resize(site.story + 1);
+      if (looks[site.story].length() != 0) continue;
+      looks[site.story] = readAppearance(part, site, styles);
+    }
+  }
+  return looks;
 }
 
 void DocxSource::tellOtherTexts(const document::Story& model, formats::OtherTexts& texts) const {

@@ -20,7 +20,7 @@ class DocxSource : public formats::Source {
   bool holdsHighlight() const override { return true; }
   void write(const document::Document& document, base::Output& out) const override;
   std::uint64_t unpackedSize() const override;
-  text::RunMap<formats::Appearance> appearance() const override;
+  std::vector<text::RunMap<formats::Appearance>> appearance() const override;
   void tellOtherTexts(const document::Story& model, formats::OtherTexts& texts) const override;
 
  private:

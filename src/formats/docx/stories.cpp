@@ -247,6 +247,13 @@ FoundStories findInMainPart(const xml::Utf8Part& part, const std::string& name, 
 
 }  // namespace
 
+std::string standingAlone(const Site& site, base::ByteSpan part) {
+  const std::string_view bytes(reinterpret_cast<const char*>(part.data()), part.size());
+  std::string alone = *site.scope;
+  alone += bytes.substr(site.extent.begin, site.extent.end - site.extent.begin);
+  return alone += kScopeEnd;
+}
+
 Stories withMainTextAlone(std::string partName, xml::Utf8Part part, ReadBody mainText) {
   Stories stories;
   Site main;

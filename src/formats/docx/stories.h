@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace pluvo::docx {
@@ -26,6 +27,11 @@ struct Site {
   BodyMap map;                           ///< its offsets are those of the part
   text::RunMap<std::uint8_t> highlight;  ///< as it was read
 };
+
+/// The end tag of Site::scope.
+inline constexpr std::string_view kScopeEnd = "</x>";
+/// The element at a site, within its scope: a document to be walked by itself.
+std::string standingAlone(const Site& site, base::ByteSpan part);
 
 /// A part and what stands in it, in the order of the start tags: what is within another comes after it.
 struct StoryPart {

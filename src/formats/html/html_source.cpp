@@ -41,8 +41,8 @@ void HtmlSource::tellOtherTexts(const document::Story& mainText, formats::OtherT
   html::tellOtherTexts(*page_, mainText, texts);
 }
 
-text::RunMap<formats::Appearance> HtmlSource::appearance() const {
-  return readAppearance(*page_, map_.endsWithoutBytes);
+std::vector<text::RunMap<formats::Appearance>> HtmlSource::appearance() const {
+  return {readAppearance(*page_, map_.endsWithoutBytes)};
 }
 
 }  // namespace pluvo::formats::html

@@ -16,7 +16,7 @@ class HtmlSource final : public formats::Source {
   bool holdsHighlight() const override { return true; }
   void write(const document::Document& document, base::Output& out) const override;
   void tellOtherTexts(const document::Story& mainText, formats::OtherTexts& texts) const override;
-  text::RunMap<formats::Appearance> appearance() const override;
+  std::vector<text::RunMap<formats::Appearance>> appearance() const override;
   std::uint64_t unpackedSize() const override { return page_->fileSize(); }
 
  private:

@@ -34,8 +34,8 @@ void RtfSource::tellOtherTexts(const document::Story& mainText, formats::OtherTe
   rtf::tellOtherTexts(text(), old_, mainText, texts);
 }
 
-text::RunMap<formats::Appearance> RtfSource::appearance() const {
-  return readAppearance(text(), old_.places.front().map);
+std::vector<text::RunMap<formats::Appearance>> RtfSource::appearance() const {
+  return {readAppearance(text(), old_.places.front().map)};
 }
 
 }  // namespace pluvo::rtf

@@ -278,7 +278,7 @@ TEST(DocumentView, MarksTrackedChanges) {
   came.inserted = true;
   appearance.append(4, came);
   appearance.append(1, {});
-  DocumentView view(DocumentView::prepare(sample.document, appearance));
+  DocumentView view(DocumentView::prepare(sample.document, {appearance}));
   for (const QColor& paper : {QColor(Qt::white), QColor(0x1E1F22)}) {
     QPalette palette;
     palette.setColor(QPalette::Base, paper);

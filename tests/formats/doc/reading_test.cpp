@@ -31,7 +31,7 @@ std::string read(const std::string& file) {
   formats::Opened opened = open(file);
   const document::Document document(std::move(opened.stories), opened.source);
   EXPECT_EQ(notation::damageOf(document.mainText()), "");
-  EXPECT_EQ(opened.source->appearance().length(), document.mainText().length());
+  EXPECT_EQ(opened.source->appearance().front().length(), document.mainText().length());
   base::MemoryOutput out;
   opened.source->write(document, out);
   EXPECT_EQ(files::textOf(out.bytes()), file);
@@ -351,7 +351,7 @@ TEST(Corpus, isReadOrRefused) {
     files::refusalOf([&] {
       formats::Opened opened = DocFormat().read(file, {.allStories = true});
       const text::Position length = opened.stories.front().text.length();
-      EXPECT_EQ(opened.source->appearance().length(), length);
+      EXPECT_EQ(opened.source->appearance().front().length(), length);
       const document::Document document(std::move(opened.stories), opened.source);
       for (std::size_t i = 0; i < document.count(); ++i) EXPECT_EQ(notation::damageOf(document.story(i)), "");
       Told told;

@@ -19,9 +19,9 @@ const std::string kStyles =
 
 /// A letter a character: b bold, i italic, u underlined, s struck, + inserted, a digit for a heading, c and e
 /// for centred and at the end, r for right to left, "." for none of these; several in brackets.
-std::string looksOf(const Opened& opened) {
-  const auto map = opened.source->appearance();
-  EXPECT_EQ(map.length(), opened.model.length());
+std::string looksOf(const Opened& opened, std::size_t story = 0) {
+  const auto map = opened.source->appearance().at(story);
+  EXPECT_EQ(map.length(), opened.document.story(story).length());
   std::string result;
   for (text::Position i = 0; i < map.length(); ++i) {
     const formats::Appearance look = map.valueAt(i);
@@ -64,6 +64,18 @@ TEST(Appearance, IsThatOfRunsAndStyles) {
       {"{<fldSimple instr='PAGE'>[<i/>|1]</fldSimple>}", "......i.."}};
   for (const auto& [body, looks] : cases)
     EXPECT_EQ(looksOf(open(documentOf(wml(body), {{"word/styles.xml", kStyles}}))), looks) << body;
+}
+
+TEST(Appearance, IsToldOfEveryStory) {
+  const Opened opened = open(documentOf(
+      wml("{[a]<r><pict><shape><txbxContent>{<pPr><pStyle "
+          "val='Own'/></pPr>[b]}</txbxContent></shape></pict></r>}"),
+      {{"word/styles.xml", kStyles},
+       {"word/_rels/document.xml.rels", relationships({{"header", "h.xml"}, {"styles", "styles.xml"}})},
+       {"word/h.xml", headerOf(wml("[<i/>|c]"))}}));
+  EXPECT_EQ(looksOf(opened), "...");
+  EXPECT_EQ(looksOf(opened, 1), "i.");
+  EXPECT_EQ(looksOf(opened, 2), "(b4c)(b4c)");
 }
 
 TEST(Appearance, DoesWithoutStylesThatCannotBeRead) {

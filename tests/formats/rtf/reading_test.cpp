@@ -121,7 +121,7 @@ TEST(RtfFormat, ReadsOrRefusesEveryBeginningOfADocument) {
       const Opened opened = open(part);
       EXPECT_EQ(opened.written(), part);
       EXPECT_EQ(notation::damageOf(opened.model), "");
-      EXPECT_EQ(opened.source->appearance().length(), opened.model.length());
+      EXPECT_EQ(opened.source->appearance().front().length(), opened.model.length());
     } catch (const errors::DocumentError&) {
       EXPECT_LT(size, whole.size());
     }

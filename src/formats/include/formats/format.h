@@ -30,9 +30,9 @@ class Source : public document::Medium {
   virtual void write(const document::Document& document, base::Output& out) const = 0;
   /// How many bytes reading it may take at the most, unpacked, whatever the file's size.
   virtual std::uint64_t unpackedSize() const = 0;
-  /// How each original character of main text looks, made anew at every call. Empty where the format knows no
-  /// looks.
-  virtual text::RunMap<Appearance> appearance() const { return {}; }
+  /// How each original character of each story looks, by the stories' numbers, made anew at every call. A map
+  /// is empty, or missing at the end, where nothing is known of a story.
+  virtual std::vector<text::RunMap<Appearance>> appearance() const { return {}; }
   /// Tells the document's texts that are not main text, as the file has them. Text that went with deleted
   /// main text is left out. A part that cannot be read is told, too.
   virtual void tellOtherTexts(const document::Story& /*mainText*/, OtherTexts& /*texts*/) const {}

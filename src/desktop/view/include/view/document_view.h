@@ -10,6 +10,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace pluvo::view {
 
@@ -27,13 +28,16 @@ class StoryBar;
 /// observes the document passes on what happens to it.
 class DocumentView : public QAbstractScrollArea {
  public:
+  /// The looks of stories, by their numbers and original positions; see formats::Source.
+  using Appearances = std::vector<text::RunMap<formats::Appearance>>;
   /// A document that was looked through.
-  using Prepared = std::shared_ptr<Column>;
-  /// Looks through a document, in whichever thread: the work that grows with it. The map of looks is by
-  /// original position; empty where the format tells of none. The document is open, and stays so until
-  /// detach().
-  static Prepared prepare(std::shared_ptr<memory::MemoryDocument> document,
-                          text::RunMap<formats::Appearance> appearance);
+  struct Prepared {
+    std::shared_ptr<Column> mainText;
+    Appearances others;  ///< the looks of all stories but main text
+  };
+  /// Looks through a document, in whichever thread: the work that grows with it. The document is open, and
+  /// stays so until detach().
+  static Prepared prepare(std::shared_ptr<memory::MemoryDocument> document, Appearances appearances);
 
   explicit DocumentView(Prepared prepared);
   ~DocumentView() override;
@@ -104,6 +108,7 @@ class DocumentView : public QAbstractScrollArea {
 
   std::shared_ptr<Column> column_;    ///< of the story that is shown
   std::shared_ptr<Column> mainText_;  ///< while another story is shown
+  Appearances appearances_;           ///< of all stories but main text
   std::unique_ptr<Steps> steps_;
   StoryBar* storyBar_;
   text::Position selectionAnchor_ = 0;
