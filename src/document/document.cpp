@@ -1,5 +1,7 @@
 #include "document/document.h"
 
+#include "document/place.h"
+
 #include <algorithm>
 #include <cassert>
 #include <string_view>
@@ -13,6 +15,7 @@ Document::Document(std::vector<Content> stories, std::shared_ptr<const Medium> m
   stories_.reserve(stories.size());
   for (Content& content : stories) {
     rivals_.push_back(std::move(content.rivals));
+    pages_.push_back({std::move(content.uses), std::move(content.part)});
     stories_.push_back(std::make_unique<Story>(std::move(content), medium_.get(), &count_));
   }
   for (std::size_t i = 0; i < stories_.size(); ++i) {
@@ -27,6 +30,8 @@ Document::Document(std::vector<Content> stories, std::shared_ptr<const Medium> m
       holders_[anchor.story].anchors.push_back(anchor.position);
     }
   }
+  for (const Pages& pages : pages_)
+    for (const PageUse& use : pages.uses) holders_.front().anchors.push_back(use.mark);
   for (Holder& holder : holders_) std::sort(holder.anchors.begin(), holder.anchors.end());
 }
 
@@ -92,12 +97,26 @@ void Document::saved() {
   for (const auto& story : stories_) story->saved();
 }
 
+/// That of the first section that is left; one that no section shows is like those of most pages.
+word::WdStoryType Document::kindNow(std::size_t i) const {
+  const std::vector<PageUse>& uses = pages_[i].uses;
+  if (uses.empty()) return stories_[i]->kind();
+  for (const PageUse& use : uses)
+    if (use.mark == text::kMaxLength || !isGone(StoryAnchor{0, use.mark})) return use.kind;
+  return placeOf(stories_[i]->kind()) == Place::headers ? word::wdPrimaryHeaderStory
+                                                        : word::wdPrimaryFooterStory;
+}
+
 Document::Snapshot Document::snapshot() const {
   Snapshot snapshot;
   snapshot.reserve(stories_.size());
   for (std::size_t i = 0; i < stories_.size(); ++i) {
     snapshot.push_back(stories_[i]->snapshot());
     snapshot.back().gone = isGone(i);
+    if (i < pages_.size()) {
+      snapshot.back().kind = kindNow(i);
+      snapshot.back().part = pages_[i].part;
+    }
     snapshot.back().twin = std::any_of(rivals_[i].begin(), rivals_[i].end(), [&](std::size_t rival) {
       return rival < i && stories_[rival]->hasText(*stories_[i]);
     });

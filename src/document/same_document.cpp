@@ -111,27 +111,41 @@ bool sameHighlight(const Story::Snapshot& meant, const Content& readBack) {
 
 std::string_view differenceOf(const Story::Snapshot& meant, const Content& readBack,
                               const std::function<void()>& pause) {
-  // A header of no section, since that went, has the kind of all headers.
-  if (placeOf(meant.kind) != placeOf(readBack.kind)) return "parts";
+  if (meant.kind != readBack.kind) return "parts";
   if (!sameText(meant.text, readBack.text, pause)) return "text";
   if (!sameHighlight(meant, readBack)) return "highlighting";
   return sameStructure(meant, readBack) ? std::string_view() : "structure";
+}
+
+/// The stories as they are compared: headers and footers by their parts, since their numbers hang on the
+/// sections.
+template <class Each>
+std::vector<const Each*> inOrder(const std::vector<Each>& stories) {
+  std::vector<const Each*> order;
+  order.reserve(stories.size());
+  for (const Each& story : stories) order.push_back(&story);
+  std::stable_sort(order.begin(), order.end(), [](const Each* a, const Each* b) {
+    const Place place = placeOf(a->kind);
+    return place == placeOf(b->kind) ? a->part < b->part : place < placeOf(b->kind);
+  });
+  return order;
 }
 
 }  // namespace
 
 std::string_view differenceOf(const Document::Snapshot& meant, const std::vector<Content>& readBack,
                               const std::function<void()>& pause) {
-  auto read = readBack.begin();
-  for (const Story::Snapshot& story : meant) {
-    if (story.gone) continue;
-    const std::string_view difference = read == readBack.end() ? "parts" : differenceOf(story, *read, pause);
+  const std::vector<const Content*> others = inOrder(readBack);
+  auto read = others.begin();
+  for (const Story::Snapshot* const story : inOrder(meant)) {
+    if (story->gone) continue;
+    const std::string_view difference = read == others.end() ? "parts" : differenceOf(*story, **read, pause);
     // Of versions that have become alike there is one.
-    if (!difference.empty() && story.twin) continue;
+    if (!difference.empty() && story->twin) continue;
     if (!difference.empty()) return difference;
     ++read;
   }
-  return read == readBack.end() ? std::string_view() : "parts";
+  return read == others.end() ? std::string_view() : "parts";
 }
 
 }  // namespace pluvo::document

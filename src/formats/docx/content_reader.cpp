@@ -199,6 +199,7 @@ void ContentReader::flushMark() {
   if (!markPending_) return;
   markPending_ = false;
   if (paragraph_.hasSection) {
+    map_.sectionMarks.push_back({paragraph_.whole.end, builder_.length()});
     builder_.sectionMark(markLook_);
   } else {
     builder_.append(text::kParagraphMark, markLook_);

@@ -47,6 +47,13 @@ struct BodyMap {
   };
   std::vector<Bookmark> bookmarks;
 
+  /// Marks of sections, each with the end of the properties that make it one.
+  struct SectionMark {
+    Offset propertiesEnd;
+    Position position;
+  };
+  std::vector<SectionMark> sectionMarks;
+
   /// Whether anything lies in a tracked deletion.
   bool hasDeletions = false;
 

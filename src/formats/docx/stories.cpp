@@ -42,24 +42,36 @@ WdStoryType kindOf(Name element, std::string_view pages) {
                 : word::wdPrimaryFooterStory;
 }
 
-struct PagePart {
+struct OtherPart {
   std::string part;
-  std::string pages;  ///< "first", "even", "default"
-  std::string id;     ///< of the relationship
+  std::vector<document::PageUse> uses;  ///< of headers and footers
 };
 
-/// The parts of headers and footers by their names, which word processors give in the order of the sections;
-/// what an edit makes of the sections does not change it. The pages are those of the first section that has
-/// the part.
-std::vector<PagePart> pageParts(const Package& package, base::ByteSpan mainPart) {
+/// The parts of headers and footers in the order in which a reader meets them: by sections, and in each those
+/// of its first page, of all pages and of even pages. Parts that no section names come last.
+std::vector<OtherPart> pageParts(const Package& package, base::ByteSpan mainPart, const BodyMap& map) {
+  struct Use {
+    std::size_t section = 0;
+    int rank = 0;
+    document::PageUse use;
+    bool operator<(const Use& other) const {
+      return std::tie(section, rank) < std::tie(other.section, other.rank);
+    }
+  };
+  struct PagePart {
+    std::string part;
+    std::vector<Use> uses;
+  };
   std::vector<PagePart> found;
-  for (const Relationship& relationship : package.mainRelationships)
-    if (relationship.kind() == "header" || relationship.kind() == "footer")
-      found.push_back({relationship.part, {}, relationship.id});
-  std::sort(found.begin(), found.end(), [](const PagePart& a, const PagePart& b) {
-    return std::pair(a.part.size(), a.part) < std::pair(b.part.size(), b.part);
-  });
-  if (found.empty()) return found;
+  std::map<std::string, std::size_t> byId;
+  for (const Relationship& relationship : package.mainRelationships) {
+    if (relationship.kind() != "header" && relationship.kind() != "footer") continue;
+    const auto known = std::find_if(found.begin(), found.end(),
+                                    [&](const PagePart& part) { return part.part == relationship.part; });
+    byId[relationship.id] = static_cast<std::size_t>(known - found.begin());
+    if (known == found.end()) found.push_back({relationship.part, {}});
+  }
+  if (found.empty()) return {};
   const std::string_view bytes(reinterpret_cast<const char*>(mainPart.data()), mainPart.size());
   constexpr std::string_view kSign = "erReference";
   for (std::size_t at = bytes.find(kSign); at != bytes.npos; at = bytes.find(kSign, at + 1)) {
@@ -67,10 +79,34 @@ std::vector<PagePart> pageParts(const Package& package, base::ByteSpan mainPart)
     const std::size_t end = bytes.find('>', at);
     if (begin == bytes.npos || end == bytes.npos || bytes.find_first_of(" \t\r\n/>", begin) < at) continue;
     const Fragment tag = startOf(bytes.substr(begin, end + 1 - begin));
-    for (PagePart& part : found)
-      if (part.id == tag.value("id") && part.pages.empty()) part.pages = tag.value("type");
+    const auto part = byId.find(std::string(tag.value("id")));
+    const bool isHeader = tag.local() == "headerReference";
+    if (part == byId.end() || (!isHeader && tag.local() != "footerReference")) continue;
+    const auto mark = std::upper_bound(
+        map.sectionMarks.begin(), map.sectionMarks.end(), begin,
+        [](std::size_t place, const BodyMap::SectionMark& each) { return place < each.propertiesEnd; });
+    const std::string_view pages = tag.value("type");
+    found[part->second].uses.push_back({static_cast<std::size_t>(mark - map.sectionMarks.begin()),
+                                        pages == "first"  ? 0
+                                        : pages == "even" ? 2
+                                                          : 1,
+                                        {mark == map.sectionMarks.end() ? text::kMaxLength : mark->position,
+                                         kindOf(isHeader ? Name::header : Name::footer, pages)}});
   }
-  return found;
+  for (PagePart& part : found) std::stable_sort(part.uses.begin(), part.uses.end());
+  std::sort(found.begin(), found.end(), [](const PagePart& a, const PagePart& b) {
+    if (!a.uses.empty() && !b.uses.empty() &&
+        (a.uses.front() < b.uses.front() || b.uses.front() < a.uses.front()))
+      return a.uses.front() < b.uses.front();
+    return std::tuple(a.uses.empty(), a.part.size(), std::string_view(a.part)) <
+           std::tuple(b.uses.empty(), b.part.size(), std::string_view(b.part));
+  });
+  std::vector<OtherPart> parts;
+  for (PagePart& part : found) {
+    parts.push_back({std::move(part.part), {}});
+    for (const Use& use : part.uses) parts.back().uses.push_back(use.use);
+  }
+  return parts;
 }
 
 /// Brings the stories found in all parts into one order, and says what each hangs on.
@@ -78,11 +114,22 @@ class Assembly {
  public:
   explicit Assembly(Stories& stories) : stories_(stories) {}
 
-  void addPart(std::string name, xml::Utf8Part part, FoundStories found, std::string_view pages) {
+  void addPart(const std::string& name, xml::Utf8Part part, FoundStories found,
+               const std::vector<document::PageUse>& uses) {
     parts_.push_back(std::move(found.sites));
     const std::size_t index = stories_.parts.size();
-    stories_.parts.push_back({std::move(name), std::move(part), {}});
-    for (const FoundStory& story : found.stories) addStory(index, story, pages);
+    stories_.parts.push_back({name, std::move(part), {}});
+    for (const FoundStory& story : found.stories) {
+      const std::size_t first = entries_.size();
+      addStory(index, story, first);
+      Content& content = entries_[first].content;
+      const document::Place place = document::placeOf(content.kind);
+      if (place != document::Place::headers && place != document::Place::footers) continue;
+      content.part = name;
+      for (const document::PageUse& use : uses)
+        if (document::placeOf(use.kind) == place) content.uses.push_back(use);
+      if (!content.uses.empty()) content.kind = content.uses.front().kind;
+    }
   }
 
   void finish() {
@@ -112,18 +159,12 @@ class Assembly {
 
   FoundSite& found(std::size_t part, std::size_t site) { return parts_[part][site]; }
 
-  void addStory(std::size_t part, const FoundStory& story, std::string_view pages) {
-    const std::size_t root = entries_.size();
-    addVersions(part, story, root, pages);
-    for (const FoundStory& inner : story.within) addWithin(part, inner, root);
+  void addStory(std::size_t part, const FoundStory& story, std::size_t root) {
+    addVersions(part, story, root);
+    for (const FoundStory& inner : story.within) addStory(part, inner, root);
   }
 
-  void addWithin(std::size_t part, const FoundStory& story, std::size_t root) {
-    addVersions(part, story, root, {});
-    for (const FoundStory& inner : story.within) addWithin(part, inner, root);
-  }
-
-  void addVersions(std::size_t part, const FoundStory& story, std::size_t root, std::string_view pages) {
+  void addVersions(std::size_t part, const FoundStory& story, std::size_t root) {
     const std::size_t first = entries_.size();
     for (const std::vector<std::size_t>& sites : story.versions) {
       const std::size_t own = entries_.size();
@@ -134,7 +175,7 @@ class Assembly {
       entry.id = shown.id;
       entry.root = root;
       entry.map = &shown.site.map;
-      entry.content.kind = kindOfStory(shown.kind, pages);
+      entry.content.kind = kindOfStory(shown.kind);
       for (std::size_t i = first; story.versions.size() > 1 && i < first + story.versions.size(); ++i)
         if (i != own) entry.content.rivals.push_back(i);
       for (const std::size_t at : sites) {
@@ -147,9 +188,9 @@ class Assembly {
     }
   }
 
-  static WdStoryType kindOfStory(Name element, std::string_view pages) {
+  static WdStoryType kindOfStory(Name element) {
     if (element == Name::document) return word::wdMainTextStory;
-    if (element == Name::header || element == Name::footer) return kindOf(element, pages);
+    if (element == Name::header || element == Name::footer) return kindOf(element, {});
     for (const Kind& kind : kNotes)
       if (kind.element == element) return kind.story;
     return word::wdTextFrameStory;
@@ -268,10 +309,10 @@ Stories withMainTextAlone(std::string partName, xml::Utf8Part part, ReadBody mai
 }
 
 Stories withAllStories(const Package& package, xml::Utf8Part part, ReadBody mainText, const Styles& styles) {
-  std::vector<PagePart> others = pageParts(package, part.utf8.view);
+  std::vector<OtherPart> others = pageParts(package, part.utf8.view, mainText.map);
   for (const Role role : {Role::footnotes, Role::endnotes, Role::comments})
     if (const zip::Member* const member = package.member(role))
-      others.push_back({std::string(member->name), {}, {}});
+      others.push_back({std::string(member->name), {}});
 
   Stories stories;
   Assembly assembly(stories);
@@ -279,14 +320,14 @@ Stories withAllStories(const Package& package, xml::Utf8Part part, ReadBody main
   assembly.addPart(package.mainPart, std::move(part), std::move(inMainPart), {});
   Budget budget(package.archive.bytes().size());
   std::set<std::string_view> seen = {package.mainPart};
-  for (const PagePart& other : others) {
+  for (const OtherPart& other : others) {
     const zip::Member* const member = package.archive.find(other.part);
     if (member == nullptr || !seen.insert(member->name).second) continue;
     try {
       budget.take(member->size);
       xml::Utf8Part read = xml::toUtf8(package.archive.read(*member), other.part);
       FoundStories found = StoryFinder(read.utf8.view, other.part, styles).find();
-      assembly.addPart(other.part, std::move(read), std::move(found), other.pages);
+      assembly.addPart(other.part, std::move(read), std::move(found), other.uses);
     } catch (const errors::DocumentError&) {  // tellOtherTexts says so
     }
   }

@@ -58,6 +58,10 @@ std::vector<Case> cases() {
                   partOf(kind + "s", "<" + kind + " type='separator' id='-1'>{[x]}</" + kind + "><" + kind +
                                          " id='1' author='SEC' date='2026'>" + inner + "</" + kind + ">")}};
   };
+  const auto boxed = [](const std::string& inner) {
+    const std::string table = box("<T><tc>" + inner + "</tc></T>{}");
+    return choices(table, table);
+  };
   const std::string secret = "{[one SE][<b/>|CRET two]}{}";
   return {
       {"headers", Place::headers, "{<pPr>" + section + "</pPr>[a]}{<pPr>" + section + "</pPr>}{}", pages, 4},
@@ -77,6 +81,11 @@ std::vector<Case> cases() {
                box("{[x]}") + box(secret)),
        {},
        3},
+      {"canvases",
+       Place::boxes,
+       choices("<new:wpc><new:wsp>" + box(secret) + "</new:wsp></new:wpc>",
+               "<group><shape>" + box(secret) + "</shape></group>"),
+       {}},
       {"tables", Place::boxes, "<T><tc>" + choices(box(secret), box(secret)) + "</tc></T>{}", {}},
       {"tables in boxes",
        Place::boxes,
@@ -95,6 +104,8 @@ std::vector<Case> cases() {
        {},
        3,
        2},
+      {"comments in boxes in tables in boxes", Place::comments,
+       boxed(boxed("{[n]<r><commentReference id='1'/></r>}")), notes("comment", secret), 5},
       {"boxes in headers", Place::boxes, "{}", header("{<r>" + older(box(secret)) + "</r>}"), 3},
       {"boxes in notes", Place::boxes, "{<r><footnoteReference id='1'/></r>}",
        notes("footnote", "{[n]<r>" + older(box(secret)) + "</r>}"), 3},
@@ -154,6 +165,36 @@ TEST(Stories, areFoundAndChangedInEveryPlace) {
       EXPECT_EQ(expected.find("CRET"), std::string::npos);
     }
   }
+}
+
+/// Headers come as a reader meets them: by sections, first pages first, however their parts are called.
+TEST(Stories, ofPagesComeInTheOrderOfTheirUse) {
+  const auto section = [](const std::string& uses) { return "<sectPr>" + uses + "</sectPr>"; };
+  const auto use = [](const std::string& pages, int id) {
+    return "<headerReference type='" + pages + "' r:id='rId" + std::to_string(id) + "'/>";
+  };
+  Parts parts = {
+      {"word/_rels/document.xml.rels",
+       relationships({{"header", "a.xml"}, {"header", "b.xml"}, {"header", "c.xml"}, {"header", "d.xml"}})}};
+  for (const char name : {'a', 'b', 'c', 'd'})
+    parts[std::string("word/") + name + ".xml"] = partOf("hdr", std::string("{[") + name + "]}");
+  const base::Bytes document =
+      documentOf(wml("{<pPr>" + section(use("even", 4) + use("default", 2)) + "</pPr>[x]}{[y]}" +
+                     section(use("default", 4) + use("first", 3))),
+                 parts);
+  Opened opened = open(document);
+  const auto textsOf = [](const Opened& read) {
+    std::string texts;
+    for (std::size_t i = 1; i < read.document.count(); ++i)
+      texts += static_cast<char>(read.document.story(i).text().at(0)) +
+               std::to_string(read.document.story(i).kind());
+    return texts;
+  };
+  EXPECT_EQ(textsOf(opened), "b7d6c10a7");
+  opened.model.replace({1, 2}, u"", View::results);
+  const base::Bytes written = opened.written();
+  expectReadBack(document, opened, written);
+  EXPECT_EQ(textsOf(open(written)), "c10d7a7b7");
 }
 
 /// What stands for a story takes it along, also when that was changed, and what is emptied stays.

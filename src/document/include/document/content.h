@@ -1,6 +1,7 @@
 #pragma once
 
 #include "text/original.h"
+#include "text/positions.h"
 #include "text/run_map.h"
 #include "word/enums.h"
 
@@ -92,6 +93,13 @@ struct StoryAnchor {
   text::Position position = 0;  ///< where the original text of that has it
 };
 
+/// A section that shows a header or footer, and on which of its pages.
+struct PageUse {
+  /// Where the original main text has the section's mark; kMaxLength of the last section, which has none.
+  text::Position mark = text::kMaxLength;
+  word::WdStoryType kind = word::wdPrimaryHeaderStory;
+};
+
 /// A story as a reader hands it over: a text and its layers. The maps are as long as the text. The text ends
 /// with a paragraph mark outside tables and fields that no edit removes. Characters 7, 12 and 19 to 21 are
 /// marks only where the structure says so.
@@ -107,6 +115,11 @@ struct Content {
   /// The numbers of other versions of the same text, which the file holds for programs of another age. What
   /// one of them holds, too, is not edited here alone.
   std::vector<std::size_t> rivals = {};
+  /// Of a header or footer: the sections that show it, in their order, and the part of the file that it lies
+  /// in. An edit of the sections gives it another kind, and another number when the document is read anew; it
+  /// is known by its part then.
+  std::vector<PageUse> uses = {};
+  std::string part = {};
 };
 
 /// A story without any structure, all of it visible. The text must end with a paragraph mark.

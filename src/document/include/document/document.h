@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <unordered_map>
 #include <vector>
 
@@ -52,6 +53,12 @@ class Document {
     std::uint64_t stamp = 0;
     std::vector<bool> gone;
   };
+  /// What sections make of a header or footer.
+  struct Pages {
+    std::vector<PageUse> uses;
+    std::string part;
+  };
+  word::WdStoryType kindNow(std::size_t i) const;
   using Fates = std::unordered_map<std::size_t, bool>;  ///< of stories: whether they are gone
   bool isGone(std::size_t i, Fates& fates, std::size_t depth) const;
   bool isGone(const StoryAnchor& anchor) const;
@@ -59,6 +66,7 @@ class Document {
   std::shared_ptr<const Medium> medium_;
   PartCount count_;
   std::vector<std::vector<std::size_t>> rivals_;  ///< of each story, the other versions of its text
+  std::vector<Pages> pages_;                      ///< of each story
   mutable std::vector<Holder> holders_;           ///< as many as stories
   std::vector<bool> gone_;                        ///< of a copy, which stories have gone; else empty
   std::vector<std::unique_ptr<Story>> stories_;

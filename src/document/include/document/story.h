@@ -135,11 +135,12 @@ class Story {
     bool changed = false;
     std::uint64_t saves = 0;
     // Known where a whole document is taken:
-    bool gone = false;  ///< with all its anchors
-    bool twin = false;  ///< an earlier version of the same text has become like it
+    bool gone = false;      ///< with all its anchors
+    bool twin = false;      ///< an earlier version of the same text has become like it
+    std::string part = {};  ///< see Content; the kind is what the sections that are left make of it
   };
   Snapshot snapshot() const {
-    return {kind_, text_, visibility_, highlight_, structure_, nesting_, changed_, saves_, false, false};
+    return {kind_, text_, visibility_, highlight_, structure_, nesting_, changed_, saves_, false, false, {}};
   }
   /// Goes back (or forth) to a snapshot of this story. Live ranges after the first difference end up there.
   /// The story then counts as changed, unless nothing was changed at the snapshot nor saved since.
