@@ -132,9 +132,11 @@ void Story::requireRoomForParts() const {
       .with(errors::Problem::tooLarge);
 }
 
-void Story::requireOnlyHere(Span span) const {
+/// Judged is the text that is sought in other versions, unless the edit lies in a block.
+void Story::requireOnlyHere(Span edited, Span judged) const {
   if (rivals_.empty()) return;
-  const std::u16string text = text_.substring(span.from, span.to);
+  if (block_ && block_->from <= edited.from && edited.to <= block_->to) judged = *block_;
+  const std::u16string text = text_.substring(judged.from, judged.to);
   const bool isOnlyHere = std::none_of(rivals_.begin(), rivals_.end(), [&](const Story* rival) {
     return rival->text_.substring(0, rival->length()).find(text) != text.npos;
   });
@@ -215,7 +217,7 @@ Span Story::replace(Span span, std::u16string_view text, View view) {
   requireText(newText);
   requireRoom(length(), newText);
   requireRoomForParts();
-  requireOnlyHere(span);
+  requireOnlyHere(span, span);
   const Position finalMark = length() - 1;
   if (span.from < std::min(span.to, finalMark) && isPlain())
     return replacePlain({span.from, std::min(span.to, finalMark)}, newText);
@@ -287,7 +289,7 @@ Span Story::insert(Position position, bool behind, std::u16string_view text) {
   requireRoom(length(), newText);
   requireRoomForParts();
   if (newText.empty()) return {position, position};
-  requireOnlyHere(wordBeside(position, behind));
+  requireOnlyHere({position, position}, wordBeside(position, behind));
   Landing landing = landingAt(*this, position, behind, newText);
   if (!controls().empty()) {
     Removal none{position, {}};
@@ -331,7 +333,7 @@ void Story::highlight(Span span, std::uint8_t colour) {
   }
   requireUnlocked(*this, span);
   requirePossible(*this, span);
-  requireOnlyHere(span);
+  requireOnlyHere(span, span);
   bool changes = false;
   for (const auto& run : structure_.runs(span.from, span.to)) {
     const auto coloured = highlight_.runAt(run.from);

@@ -195,6 +195,7 @@ Observer::Decision Engine::State::confirm(const Block& block) {
 }
 
 std::optional<Fault> Engine::State::operate() {
+  const auto block = required(ranges.block).beginBlock();
   std::optional<Fault> refusal = operations.perform();
   result.operated = oneMore(result.operated);
   if (refusal) ++result.refused;

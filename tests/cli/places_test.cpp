@@ -115,5 +115,23 @@ TEST(Places, StandInReportsQuestionsAndRefusals) {
   EXPECT_EQ(secretsOf(sandbox.get("d.docx")), "-h-") << "a stop ends all stories";
 }
 
+/// Of versions of a box that differ, the one that holds the block is changed, though its beginning stands in
+/// both.
+TEST(Places, OfTwoVersionsOneMayHoldTheBlock) {
+  const auto box = [](const std::string& text) {
+    return "<pict><shape><txbxContent>{[" + text + "]}</txbxContent></shape></pict>";
+  };
+  const Sandbox sandbox;
+  for (const auto& [other, status, said] : {std::tuple("FROM x", 0, "1 block (1 in text boxes), 1 replaced"),
+                                            std::tuple("or FROM a TO", 2, "")}) {
+    const std::string body = docx::wml("{<r><A><mc:Choice Requires='wps'>" + box("FROM a TO b") +
+                                       "</mc:Choice><mc:Fallback>" + box(other) + "</mc:Fallback></A></r>}");
+    sandbox.put("d.docx", files::textOf(docx::documentOf(body).view));
+    const Result result = sandbox.run("replace -b FROM -e TO --on begin -t x --in boxes d.docx");
+    EXPECT_EQ(result.status, status) << result.err;
+    EXPECT_THAT(result.out, HasSubstr(said));
+  }
+}
+
 }  // namespace
 }  // namespace pluvo::cli

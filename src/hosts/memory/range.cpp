@@ -12,6 +12,25 @@ using document::Story;
 using text::Position;
 using text::Span;
 
+namespace {
+
+class Block final : public word::Batch {
+ public:
+  Block(std::shared_ptr<MemoryDocument> document, Story& story, Span span)
+      : document_(std::move(document)), story_(story) {
+    story_.block(span);
+  }
+  Block(const Block&) = delete;
+  Block& operator=(const Block&) = delete;
+  ~Block() override { story_.block(std::nullopt); }
+
+ private:
+  std::shared_ptr<MemoryDocument> document_;
+  Story& story_;
+};
+
+}  // namespace
+
 MemoryRange::MemoryRange(std::shared_ptr<MemoryDocument> document, std::size_t story, Span span)
     : document_(std::move(document)), story_(story), range_(this->story().liveRanges(), span) {}
 
@@ -111,6 +130,11 @@ std::shared_ptr<word::Find> MemoryRange::Find() {
   if (find_ == nullptr) find_ = std::make_unique<MemoryFind>(*this);
   find_->reset();
   return {shared_from_this(), find_.get()};
+}
+
+std::unique_ptr<word::Batch> MemoryRange::beginBlock() {
+  if (!story().hasVersions()) return nullptr;
+  return std::make_unique<Block>(document_, story(), span());
 }
 
 std::int32_t MemoryRange::countOf(word::WdUnits unit) {

@@ -40,6 +40,7 @@ class MemoryRange : public word::Range, public std::enable_shared_from_this<Memo
 
   /// The same at each call, with nothing set.
   std::shared_ptr<word::Find> Find() override;
+  std::unique_ptr<word::Batch> beginBlock() override;
 
   word::WdStoryType StoryType() override;
   std::shared_ptr<word::Range> NextStoryRange() override;

@@ -242,6 +242,9 @@ TEST(Stories, ofTwoVersionsAreChangedWhereOneHoldsTheText) {
       EXPECT_THROW(opened.document.story(1).highlight({0, 6}, 7), errors::Fault);
       EXPECT_THROW(opened.document.story(2).insertBefore(2, u"x"), errors::Fault);
       EXPECT_FALSE(opened.document.changed());
+      opened.document.story(1).block(text::Span{0, 8});
+      opened.document.story(1).replace({0, 6}, u"N", View::results);
+      EXPECT_EQ(textOf(opened.document.story(1)), u"N x\r") << "no other holds the block that it is part of";
       continue;
     }
     replaceSecrets(opened.document, u"N");

@@ -63,7 +63,11 @@ class Story {
   const std::vector<StoryAnchor>& anchors() const { return anchors_; }
   /// The other versions of this text, which outlive all edits of it.
   void rivals(std::vector<const Story*> rivals) { rivals_ = std::move(rivals); }
+  bool hasVersions() const { return !rivals_.empty(); }
   bool hasText(const Story& other) const;
+  /// An edit within this span is one of all of it: whether another version holds the same is asked of the
+  /// whole. Until none is given.
+  void block(std::optional<text::Span> block) { block_ = block; }
   text::Position length() const { return text_.length(); }
   /// Whether it is nothing but text, all of it visible.
   bool isPlain() const {
@@ -159,7 +163,7 @@ class Story {
   void requireText(std::u16string_view newText) const;
   std::size_t parts() const;
   void requireRoomForParts() const;
-  void requireOnlyHere(text::Span span) const;
+  void requireOnlyHere(text::Span edited, text::Span judged) const;
   text::Span wordBeside(text::Position position, bool behind) const;
   void countParts();
   text::Span put(text::Span replaced, std::u16string_view text, const Landing& landing);
@@ -177,6 +181,7 @@ class Story {
   Observer* observer_ = nullptr;
   std::vector<StoryAnchor> anchors_;
   std::vector<const Story*> rivals_;
+  std::optional<text::Span> block_;
   PartCount ownCount_;
   PartCount* count_;
   std::size_t counted_;  ///< parts of this story so far

@@ -118,6 +118,10 @@ class Range : public Counted {
 
   virtual std::shared_ptr<word::Find> Find() = 0;
 
+  /// Beyond Word's own members: until the result goes, an edit within the range is one of all of it. That
+  /// makes a difference where a text is there in versions that differ.
+  virtual std::unique_ptr<Batch> beginBlock() { return nullptr; }
+
   virtual WdStoryType StoryType() = 0;
   /// The whole of the next story of the same kind; null after the last.
   virtual std::shared_ptr<Range> NextStoryRange() = 0;
