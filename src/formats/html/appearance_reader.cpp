@@ -11,7 +11,7 @@ namespace {
 
 class AppearanceReader final : public Events {
  public:
-  explicit AppearanceReader(const Page& page) : walker_(page, *this) {}
+  AppearanceReader(const Page& page, const Part& part) : walker_(page, *this, part) {}
 
   text::RunMap<Appearance> read(bool endsWithoutBytes) {
     walker_.walk();
@@ -56,8 +56,8 @@ class AppearanceReader final : public Events {
 
 }  // namespace
 
-text::RunMap<formats::Appearance> readAppearance(const Page& page, bool endsWithoutBytes) {
-  return AppearanceReader(page).read(endsWithoutBytes);
+text::RunMap<formats::Appearance> readAppearance(const Page& page, const TextMap& map) {
+  return AppearanceReader(page, map.partOf(page)).read(map.endsWithoutBytes);
 }
 
 }  // namespace pluvo::formats::html

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "formats/appearance.h"
+#include "reader.h"
 #include "text/run_map.h"
-#include "walker.h"
 
 namespace pluvo::formats::html {
 
 /// How each character of main text looks.
-text::RunMap<formats::Appearance> readAppearance(const Page& page, bool endsWithoutBytes);
+text::RunMap<formats::Appearance> readAppearance(const Page& page, const TextMap& map);
 
 }  // namespace pluvo::formats::html

@@ -1,9 +1,9 @@
 #include "html/html_format.h"
 
 #include "charset.h"
+#include "document_reader.h"
 #include "errors/document_error.h"
 #include "html_source.h"
-#include "reader.h"
 
 #include <algorithm>
 #include <array>
@@ -39,17 +39,18 @@ bool HtmlFormat::recognises(base::ByteSpan bytes, std::string_view extension) co
 
 std::span<const std::string_view> HtmlFormat::extensions() const { return kExtensions; }
 
-formats::Opened HtmlFormat::read(base::Bytes bytes, const formats::Hint& /*hint*/) const {
+formats::Opened HtmlFormat::read(base::Bytes bytes, const formats::Hint& hint) const {
   if (likenessOf(bytes.view, false) == Likeness::webArchive)
     throw errors::DocumentError(
         errors::Problem::unsupported,
         "The file is a web archive (.mht), which holds a page and its pictures in one; "
         "open it in a word processor and save it as .docx or .htm.");
   auto page = std::make_unique<const Page>(std::move(bytes));
-  ReadText text = readText(*page, {0, page->bytes().size()});
+  ReadDocument read = readDocument(*page, hint.allStories);
   formats::Opened opened;
-  opened.stories.push_back(std::move(text.content));
-  opened.source = std::make_shared<const HtmlSource>(std::move(page), std::move(text.map));
+  opened.stories = std::move(read.stories);
+  opened.source = std::make_shared<const HtmlSource>(std::move(page), std::move(read.old));
+  opened.again.allStories = hint.allStories;
   return opened;
 }
 

@@ -2,8 +2,8 @@
 
 #include "appearance_reader.h"
 #include "base/utf.h"
+#include "document_writer.h"
 #include "other_texts.h"
-#include "writer.h"
 
 #include <array>
 #include <cstdio>
@@ -34,15 +34,15 @@ std::optional<std::string> HtmlSource::refusesText(std::u16string_view newText) 
 }
 
 void HtmlSource::write(const document::Document& document, base::Output& out) const {
-  Writer(*page_, map_, document.mainText()).write(out);
+  writeDocument(*page_, old_, document, out);
 }
 
 void HtmlSource::tellOtherTexts(const document::Story& mainText, formats::OtherTexts& texts) const {
-  html::tellOtherTexts(*page_, mainText, texts);
+  html::tellOtherTexts(*page_, old_, mainText, texts);
 }
 
 std::vector<text::RunMap<formats::Appearance>> HtmlSource::appearance() const {
-  return {readAppearance(*page_, map_.endsWithoutBytes)};
+  return {readAppearance(*page_, old_.mainText)};
 }
 
 }  // namespace pluvo::formats::html

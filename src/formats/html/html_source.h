@@ -1,7 +1,7 @@
 #pragma once
 
+#include "document_reader.h"
 #include "formats/format.h"
-#include "reader.h"
 
 #include <memory>
 
@@ -10,7 +10,8 @@ namespace pluvo::formats::html {
 /// What stays of a page: its bytes.
 class HtmlSource final : public formats::Source {
  public:
-  HtmlSource(std::unique_ptr<const Page> page, TextMap map) : page_(std::move(page)), map_(std::move(map)) {}
+  HtmlSource(std::unique_ptr<const Page> page, OldDocument old)
+      : page_(std::move(page)), old_(std::move(old)) {}
 
   std::optional<std::string> refusesText(std::u16string_view newText) const override;
   bool holdsHighlight() const override { return true; }
@@ -21,7 +22,7 @@ class HtmlSource final : public formats::Source {
 
  private:
   std::unique_ptr<const Page> page_;
-  TextMap map_;
+  OldDocument old_;
 };
 
 }  // namespace pluvo::formats::html

@@ -18,10 +18,13 @@ namespace pluvo::formats::html {
 /// ones, old tags are copied; otherwise tags are put that lead from what is open to what is wanted.
 class Markup {
  public:
-  Markup(const Page& page, Walker& walker)
+  /// Of what lies in front of the part nothing is written, nor of what lies behind.
+  Markup(const Page& page, Extent part, Walker& walker)
       : page_(page),
         walker_(walker),
-        out_({reinterpret_cast<const std::uint8_t*>(page.bytes().data()), page.bytes().size()}) {}
+        out_({reinterpret_cast<const std::uint8_t*>(page.bytes().data()), part.end}) {
+    out_.leaveOutTo(part.begin);
+  }
 
   /// An inline element that is wanted around a character, or one that is open.
   struct Wrap {

@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <array>
-#include <set>
 #include <string>
 
 namespace pluvo::formats::html {
@@ -30,12 +29,12 @@ bool writesText(std::string_view script) {
 class Teller final : public Events {
  public:
   /// Kept is null where all of the text is there.
-  Teller(const Page& page, const document::Kept* kept, formats::OtherTexts& texts)
-      : page_(page), kept_(kept), texts_(texts), walker_(page, *this) {}
+  Teller(const Page& page, const OldDocument& old, const document::Kept* kept, formats::OtherTexts& texts)
+      : page_(page), old_(old), kept_(kept), texts_(texts), walker_(page, *this, old.mainText.partOf(page)) {}
 
   void tell() {
     walker_.walk();
-    tellNotes();
+    tellStories();
     for (std::size_t i = 0; i < opaque_.size(); ++i)
       if (opaque_[i]) texts_.notLookedInto(static_cast<Opaque>(i));
   }
@@ -49,8 +48,6 @@ class Teller final : public Events {
     position_ += character.count;
     if (character.kind != Character::Kind::ordinary || character.count != 1) return;
     if (character.units[0] == text::kPicture && stays) picture(character.bytes);
-    if (character.units[0] == text::kCommentReference) keptComments_.push_back(stays);
-    if (character.units[0] == text::kNoteReference && !stays) goneNotes_.insert(noteOf(character.bytes));
   }
 
   void aside(Aside kind, Extent bytes) override {
@@ -59,24 +56,15 @@ class Teller final : public Events {
         return unreached(Unreached::pageComments, part(inside(bytes, 4, 3)));
       case Aside::script:
         if (writesText(part(bytes))) set(Opaque::scriptedText);
-        return unreached(Unreached::scripts, part(withinTags(bytes)));
+        return unreached(Unreached::scripts, part(withinTags(page_, bytes)));
       case Aside::style:
-        return unreached(Unreached::styleSheets, part(withinTags(bytes)));
+        return unreached(Unreached::styleSheets, part(withinTags(page_, bytes)));
       case Aside::title:
-        return unreached(Unreached::properties, part(withinTags(bytes)));
+        return unreached(Unreached::properties, part(withinTags(page_, bytes)));
       case Aside::meta:
         return unreached(Unreached::properties, attributesOf(part(bytes)).content);
       case Aside::content:
-        return unreached(Unreached::templates, textIn(withinTags(bytes)));
-      case Aside::header:
-        return story(OtherStory::headers, withinTags(bytes));
-      case Aside::footer:
-        return story(OtherStory::footers, withinTags(bytes));
-      case Aside::footnotes:
-      case Aside::endnotes:
-      case Aside::comments:
-        lists_.push_back({kind, bytes});
-        return;
+        return unreached(Unreached::templates, textIn(withinTags(page_, bytes)));
       default:
         return;
     }
@@ -87,15 +75,6 @@ class Teller final : public Events {
   static Extent inside(Extent bytes, std::size_t front, std::size_t back) {
     return bytes.size() > front + back ? Extent{bytes.begin + front, bytes.end - back} : Extent{};
   }
-  /// An element without its own tags.
-  Extent withinTags(Extent element) const {
-    Tokens tokens(page_.bytes(), element.begin, element.end);
-    const std::size_t begin = tokens.next().extent.end;
-    const std::size_t close = part(element).rfind("</");
-    const bool isClosed = close != std::string_view::npos && element.begin + close >= begin;
-    return {begin, isClosed ? element.begin + close : element.end};
-  }
-
   void set(Opaque kind) { opaque_[static_cast<std::size_t>(kind)] = true; }
 
   void unreached(Unreached kind, std::string_view bytes) {
@@ -146,81 +125,36 @@ class Teller final : public Events {
     }
   }
 
-  void story(OtherStory kind, Extent bytes) {
-    try {
-      texts_.story(kind, readText(page_, bytes).content);
-    } catch (const errors::DocumentError& error) {
-      texts_.damaged("a text beside main text", error.what());
-    }
-  }
-
-  std::string noteOf(Extent reference) const {
-    Tokens tokens(page_.bytes(), reference.begin, reference.end);
-    std::string id;
-    forEachDeclaration(attributesOf(part(tokens.next().extent)).style,
-                       [&](std::string_view, std::string_view name, std::string_view value) {
-                         if (name == "mso-footnote-id" || name == "mso-endnote-id") id = value;
-                       });
-    return id;
-  }
-
-  /// Each of the notes in the lists, of which the page may have what no text refers to any more.
-  void tellNotes() {
-    for (const auto& [kind, bytes] : lists_) {
-      const OtherStory story = kind == Aside::footnotes  ? OtherStory::footnotes
-                               : kind == Aside::endnotes ? OtherStory::endnotes
-                                                         : OtherStory::comments;
-      Tokens tokens(page_.bytes(), bytes.begin, bytes.end);
-      tokens.next();
-      std::size_t met = 0;
-      std::size_t begin = 0;
-      int depth = 0;
-      bool stays = true;
-      for (Token token = tokens.next(); token.kind != Token::Kind::end; token = tokens.next()) {
-        if (token.name != Name::div) continue;
-        if (token.kind == Token::Kind::endTag) {
-          if (begin != 0 && --depth == 0) {
-            if (stays) this->story(story, {begin, token.extent.begin});
-            begin = 0;
-          }
-          continue;
-        }
-        if (begin != 0) {
-          ++depth;
-          continue;
-        }
-        const Attributes attributes = attributesOf(part(token.extent));
-        if (styleOf(attributes.style).special != Style::Special::note) continue;
-        begin = token.extent.end;
-        depth = 1;
-        stays = kind == Aside::comments ? met >= keptComments_.size() || keptComments_[met]
-                                        : !goneNotes_.contains(std::string(attributes.id));
-        ++met;
+  /// Each text of which no program knows what it hangs on, and each whose place is still there.
+  void tellStories() {
+    StyleSheet sheet = old_.sheet;
+    for (const StoryPlace& place : old_.places) {
+      if (kept_ != nullptr && place.anchor && !kept_->holds(*place.anchor)) continue;
+      // Both are in the same order, and one has main text before the others.
+      const auto kind = static_cast<OtherStory>(static_cast<int>(document::placeOf(place.part.kind)) - 1);
+      try {
+        texts_.story(kind, readText(page_, place.partIn(sheet)).content);
+      } catch (const errors::DocumentError& error) {
+        texts_.damaged("a text beside main text", error.what());
       }
     }
   }
 
-  struct List {
-    Aside kind;
-    Extent bytes;
-  };
-
   const Page& page_;
+  const OldDocument& old_;
   const document::Kept* kept_;
   formats::OtherTexts& texts_;
   Walker walker_;
   text::Position position_ = 0;
   std::array<bool, formats::kOpaque> opaque_{};
-  std::vector<List> lists_;
-  std::vector<bool> keptComments_;
-  std::set<std::string> goneNotes_;
 };
 
 }  // namespace
 
-void tellOtherTexts(const Page& page, const document::Story& mainText, formats::OtherTexts& texts) {
+void tellOtherTexts(const Page& page, const OldDocument& old, const document::Story& mainText,
+                    formats::OtherTexts& texts) {
   const document::Kept kept(mainText);
-  Teller(page, mainText.changed() ? &kept : nullptr, texts).tell();
+  Teller(page, old, mainText.changed() ? &kept : nullptr, texts).tell();
 }
 
 }  // namespace pluvo::formats::html

@@ -1,6 +1,8 @@
 #include "reader.h"
 
 #include "errors/document_error.h"
+#include "fields.h"
+#include "story_parts.h"
 
 #include <algorithm>
 
@@ -21,13 +23,17 @@ constexpr std::size_t kMostExpected = std::size_t{256} << 20U;
 /// thing comes.
 class TextReader final : public Events {
  public:
-  TextReader(const Page& page, Extent part) : page_(page), walker_(page, *this, part) {
-    builder_.expect(std::min(part.size() + 1, kMostExpected));
+  TextReader(const Page& page, const Part& part)
+      : page_(page), walker_(page, *this, part), ownsSheet_(part.sheet == nullptr) {
+    builder_.expect(std::min(part.bytes.size() + 1, kMostExpected));
   }
+
+  bool metFields() const { return metFields_; }
 
   ReadText read() {
     walker_.walk();
-    ReadText read{builder_.finish(), std::move(map_)};
+    ReadText read{builder_.finish(), std::move(map_), std::move(beside_), {}};
+    if (ownsSheet_) read.sheet = std::move(walker_.sheet());
     read.map.highlight = read.content.highlight;
     return read;
   }
@@ -39,12 +45,15 @@ class TextReader final : public Events {
     releaseSometimes(bytes.end);
   }
   void character(const Character& character) override;
+  void aside(Aside kind, Extent bytes) override {
+    if (holdsStories(kind)) beside_.holders.emplace_back(kind, bytes);
+  }
   void paragraphEnds(const Paragraph& paragraph) override {
     if (!paragraph.hasMark) return;
     settleMark();
     isMarkDue_ = true;
-    dueLook_ = {walker_.isMarkHidden(), walker_.markState().colour, walker_.markState().deleted,
-                document::kNone, lockHere()};
+    dueLook_ = {walker_.isMarkHidden(), walker_.markState().colour, walker_.isMarkDeleted(), document::kNone,
+                lockHere()};
     count(1);
   }
   void blockEnds(const Block& block, Extent /*endTag*/) override {
@@ -52,7 +61,7 @@ class TextReader final : public Events {
     builder_.cellMark(dueLook_);
     isMarkDue_ = false;
   }
-  void tableBegins(const Block& /*table*/) override {
+  void tableBegins(const Block& /*table*/, std::size_t /*firstCell*/) override {
     settleMark();
     builder_.beginTable();
     openTables_.push_back(map_.tables.size());
@@ -62,7 +71,7 @@ class TextReader final : public Events {
     builder_.rowMark();
     count(1);
   }
-  void tableEnds(Extent /*endTag*/, bool /*isBroken*/) override {
+  void tableEnds(Extent /*endTag*/, bool /*isWhole*/) override {
     builder_.endTable();
     map_.tables[openTables_.back()].to = builder_.length();
     openTables_.pop_back();
@@ -88,6 +97,8 @@ class TextReader final : public Events {
   void settleMark() {
     if (!isMarkDue_) return;
     isMarkDue_ = false;
+    // Nothing may join raw text.
+    if (walker_.isRaw()) dueLook_.restriction = lockHere();
     builder_.append(text::kParagraphMark, dueLook_);
   }
 
@@ -105,19 +116,16 @@ class TextReader final : public Events {
     released_ = at;
   }
 
-  [[noreturn]] static void refuseField() {
-    throw DocumentError(Problem::damaged,
-                        "The page begins a field that does not end where it should; open it in a word "
-                        "processor and save it again.");
-  }
   void field(const Character& character);
 
   const Page& page_;
   Walker walker_;
+  bool ownsSheet_;
+  bool metFields_ = false;
   ContentBuilder builder_;
   TextMap map_;
   std::vector<std::size_t> openTables_;
-  std::vector<std::size_t> fieldDepths_;  ///< how many blocks were open where each field began
+  FoundBeside beside_;
   std::int8_t lock_ = static_cast<std::int8_t>(document::kNone);
   bool isMarkDue_ = false;
   Look dueLook_;
@@ -139,39 +147,53 @@ void TextReader::character(const Character& character) {
       break;
   }
   Look now = look();
-  // Nobody sees where a comment is anchored, so a text is found across it.
-  if (character.units[0] == text::kCommentReference && character.count == 1) now.hidden = true;
+  if (character.count == 1 && character.units[0] == text::kNoteReference)
+    beside_.noteReferences.emplace_back(builder_.length(), character.bytes);
+  if (character.count == 1 && character.units[0] == text::kCommentReference) {
+    // Nobody sees where a comment is anchored, so a text is found across it.
+    now.hidden = true;
+    beside_.commentPlaces.push_back(builder_.length());
+  }
   for (std::size_t i = 0; i < character.count; ++i) builder_.append(character.unit(i), now);
 }
 
 void TextReader::field(const Character& character) {
-  if (character.kind == Kind::fieldBegin) {
-    if (builder_.openFields() == ContentBuilder::kDeepest) refuseField();
-    fieldDepths_.push_back(openTables_.size());
-    return builder_.beginField(look());
+  metFields_ = true;
+  if (character.kind == Kind::fieldSeparator) {
+    builder_.separateField(look());
+  } else if (character.kind == Kind::fieldEnd) {
+    builder_.endField(look());
+  } else {
+    if (builder_.openFields() == ContentBuilder::kDeepest)
+      throw DocumentError(Problem::tooLarge,
+                          "The page nests fields more than 1,000 deep; it cannot be worked on.");
+    builder_.beginField(look());
   }
-  const bool isSeparator = character.kind == Kind::fieldSeparator;
-  if (fieldDepths_.empty() || fieldDepths_.back() != openTables_.size()) refuseField();
-  if (isSeparator ? !builder_.separateField(look()) : !builder_.endField(look())) refuseField();
-  if (!isSeparator) fieldDepths_.pop_back();
 }
 
 void TextReader::end(std::size_t /*at*/) {
-  if (builder_.openFields() > 0) refuseField();
   if (isMarkDue_) return settleMark();
   Look last;
-  const bool isShut = walker_.endsUnfinished();
-  last.restriction = builder_.addRestriction(
-      {isShut ? Restriction::Of::change : Restriction::Of::highlight,
-       isShut ? "The page ends within markup, and no text can be put behind that; save it in a word "
-                "processor first."
-              : "The end of the page has no place for a highlight."});
+  last.restriction = walker_.isLocked()
+                         ? lockHere()
+                         : builder_.addRestriction({Restriction::Of::highlight,
+                                                    "The end of the page has no place for a highlight."});
   builder_.append(text::kParagraphMark, last);
   map_.endsWithoutBytes = true;
 }
 
 }  // namespace
 
-ReadText readText(const Page& page, Extent part) { return TextReader(page, part).read(); }
+ReadText readText(const Page& page, Part part) {
+  TextReader reader(page, part);
+  ReadText read = reader.read();
+  if (!reader.metFields()) return read;
+  std::vector<std::size_t> strays = strayFieldMarks(page, part);
+  if (strays.empty()) return read;
+  part.strays = &strays;
+  read = TextReader(page, part).read();
+  read.map.strays = std::move(strays);
+  return read;
+}
 
 }  // namespace pluvo::formats::html

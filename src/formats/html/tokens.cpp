@@ -48,7 +48,7 @@ Token Tokens::declarationTo(std::size_t inside) {
   Token token{Token::Kind::declaration, Name::unknown, false, {at_, 0}, {inside, 0}};
   token.inside.end = find('>', inside);
   token.extent.end = token.inside.end < to_ ? token.inside.end + 1 : to_;
-  endsUnfinished_ = endsUnfinished_ || token.inside.end >= to_;
+  if (token.inside.end >= to_) unfinished_ = token.extent.begin;
   at_ = token.extent.end;
   return token;
 }
@@ -72,7 +72,7 @@ Token Tokens::comment() {
     token.extent.end = at_;
     return token;
   }
-  endsUnfinished_ = true;
+  unfinished_ = token.extent.begin;
   return token;
 }
 
@@ -126,7 +126,7 @@ Token Tokens::tag(Token::Kind kind) {
   token.inside.end = end;
   const std::size_t close = end < to_ && bytes_[end] == '>' ? end : endOfTag(end);
   if (close >= to_) {
-    endsUnfinished_ = true;
+    unfinished_ = token.extent.begin;
     at_ = to_;
     return {Token::Kind::end, Name::unknown, false, {token.extent.begin, to_}, {}};
   }
@@ -181,7 +181,7 @@ Extent Tokens::skipRaw(const Token& startTag) {
     at_ = find('<', at_);
     while (at_ < to_ && !isEndTagOf(at_, name)) at_ = find('<', at_ + 1);
   }
-  endsUnfinished_ = endsUnfinished_ || at_ >= to_;
+  if (at_ >= to_) unfinished_ = startTag.extent.begin;
   return {begin, at_};
 }
 

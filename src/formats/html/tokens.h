@@ -48,9 +48,9 @@ class Tokens {
   /// To be called after the start tag of a raw element: what it holds, up to its end tag, or to the end of
   /// the bytes where it has none. The end tag is the next token.
   Extent skipRaw(const Token& startTag);
-  /// Whether a tag or a raw element had no end.
-  bool endsUnfinished() const { return endsUnfinished_; }
-  void forgetUnfinished() { endsUnfinished_ = false; }
+  /// Where a tag, a comment or a raw element begins that the bytes end in; the end where there is none.
+  std::size_t unfinished() const { return unfinished_ < to_ ? unfinished_ : to_; }
+  void forgetUnfinished() { unfinished_ = kNowhere; }
 
  private:
   Token tag(Token::Kind kind);
@@ -68,7 +68,8 @@ class Tokens {
   std::string_view bytes_;
   std::size_t at_;
   std::size_t to_;
-  bool endsUnfinished_ = false;
+  static constexpr std::size_t kNowhere = static_cast<std::size_t>(-1);
+  std::size_t unfinished_ = kNowhere;
 };
 
 /// The attributes of a tag that mean something here, as they stand in the file; of equal names the first.

@@ -5,11 +5,13 @@
 
 namespace pluvo::formats::html {
 
-Walker::Walker(const Page& page, Events& events, Extent part)
+Walker::Walker(const Page& page, Events& events, const Part& part)
     : page_(page),
       bytes_(page.bytes()),
       events_(events),
-      tokens_(bytes_, part.begin, part.end),
+      tokens_(bytes_, part.bytes.begin, part.bytes.end),
+      part_(part),
+      sheet_(part.sheet == nullptr ? own_ : *part.sheet),
       inlines_(bytes_) {
   blocks_.emplace_back();
   blocks_.back().name = Name::html;
@@ -36,7 +38,9 @@ void Walker::walk() {
 }
 
 void Walker::finish() {
-  const std::size_t at = endAt_ == kNowhere ? tokens_.end() : endAt_;
+  // What the bytes end in and nobody sees stays behind all text.
+  const std::size_t end = endsWithin_ ? tokens_.end() : tokens_.unfinished();
+  const std::size_t at = endAt_ == kNowhere ? end : endAt_;
   while (!scopes_.empty()) {
     if (scopes_.back().name == Name::table) {
       closeTable(at, {at, at});
@@ -122,7 +126,8 @@ void Walker::endTag(const Token& token) {
 
 void Walker::comment(const Token& token) {
   const Condition condition = conditionOfComment(part(token.inside));
-  if (condition.kind == Condition::Kind::hidden && condition.holds && conditionEnd_ == 0) {
+  const bool isFinished = token.inside.end < token.extent.end;
+  if (condition.kind == Condition::Kind::hidden && condition.holds && isFinished && conditionEnd_ == 0) {
     Inline element;
     element.name = Name::conditional;
     element.tag = {token.extent.begin, token.inside.begin + condition.contentFrom};

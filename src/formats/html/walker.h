@@ -45,6 +45,7 @@ struct Block {
   bool hasParagraph = false;  ///< ended in it
   bool hasBlock = false;      ///< began in it
   bool hidden = false;
+  bool deleted = false;  ///< it lies in a deletion, and so do its paragraphs' marks
   bool preformatted = false;
   Style::Align align = Style::Align::start;
   bool rightToLeft = false;
@@ -100,17 +101,26 @@ class Events {
   /// What divides paragraphs and holds none.
   virtual void divides(Extent /*bytes*/) {}
   // Tables, from the first cell on.
-  virtual void tableBegins(const Block& /*table*/) {}
+  virtual void tableBegins(const Block& /*table*/, std::size_t /*firstCell*/) {}
   virtual void rowEnds() {}
-  virtual void tableEnds(Extent /*endTag*/, bool /*isBroken*/) {}
+  /// The end tag is empty where it is left out, and where text interrupts the table.
+  virtual void tableEnds(Extent /*endTag*/, bool /*isWhole*/) {}
   virtual void end(std::size_t /*at*/) {}
+};
+
+/// What of a page is walked through.
+struct Part {
+  Extent bytes;
+  StyleSheet* sheet = nullptr;  ///< of the page around it; its own where none is given
+  bool isNote = false;          ///< a mark of its own stands in it, which is no text
+  const std::vector<std::size_t>* strays =
+      nullptr;  ///< marks of fields that are no text, by where they begin
 };
 
 /// Goes through a page, or a part of it.
 class Walker {
  public:
-  Walker(const Page& page, Events& events) : Walker(page, events, {0, page.bytes().size()}) {}
-  Walker(const Page& page, Events& events, Extent part);
+  Walker(const Page& page, Events& events, const Part& part);
 
   void walk();
 
@@ -128,11 +138,10 @@ class Walker {
   /// The look of the paragraph's mark: that of an element of Word's for it which ends the text at hand.
   const State& markState() const { return markState_; }
   bool isMarkHidden() const { return markState_.hidden || block().hidden || rowIsHidden(); }
-  /// Between the tags of a table, or within an element of raw text.
-  bool isLocked() const { return isRaw_ || isBetweenCells(); }
-  /// After the walk: no text can be put behind the last one, since the bytes end within a tag, a comment or a
-  /// raw element.
-  bool endsUnfinished() const { return endAt_ == kNowhere && tokens_.endsUnfinished(); }
+  bool isMarkDeleted() const { return markState_.deleted || block().deleted; }
+  bool isRaw() const { return isRaw_; }
+  /// Between the tags of a table, within an element of raw text, or in one without an end.
+  bool isLocked() const { return isRaw_ || isBetweenCells() || endsWithin_; }
   /// While a follower refers to inline elements of earlier paragraphs.
   void keepInlines(bool keep) { keepsInlines_ = keep; }
 
@@ -198,6 +207,7 @@ class Walker {
   void openInline(const Token& token, const Style& style, const Attributes& attributes);
   bool special(const Token& token, const Style& style);
   bool otherStory(const Token& token, const Style& style);
+  void fieldMark(Character::Kind kind, char16_t unit, Extent bytes);
   void putMark(Character::Kind kind, char16_t unit, Extent bytes, std::uint8_t count = 1);
   void picture(const Token& token, const Attributes& attributes);
   void nothing(const Token& token);
@@ -211,7 +221,9 @@ class Walker {
   std::string_view bytes_;
   Events& events_;
   Tokens tokens_;
-  StyleSheet sheet_;
+  Part part_;
+  StyleSheet own_;
+  StyleSheet& sheet_;
   InlineStack inlines_;
   State state_;
   std::vector<Block> blocks_;
@@ -232,6 +244,7 @@ class Walker {
   bool folds_ = true;             ///< a blank here is no text
   State markState_;
   bool isRaw_ = false;
+  bool endsWithin_ = false;  ///< a picture or raw text: nothing can be put behind it
   bool keepsInlines_ = false;
   std::size_t lineFeedAt_ = static_cast<std::size_t>(-1);  ///< one that does not count
 };

@@ -47,6 +47,7 @@ void Walker::pushBlock(const Token& token, const Style& style, const Attributes&
   block.inlineTop = inlines_.top();
   block.inlinesNumbered = inlines_.numbered();
   block.hidden = around.hidden || style.hidden();
+  block.deleted = inlines_.state().deleted;
   block.preformatted =
       style.preformatted.value_or((traitsOf(token.name) & kPreformatted) != 0 || around.preformatted);
   block.align = style.align.value_or(token.name == Name::center ? Style::Align::centre : around.align);
@@ -92,6 +93,7 @@ void Walker::rawBlock(const Token& token) {
   pushBlock(token, {}, {});
   events_.blockBegins(blocks_.back());
   const Extent content = tokens_.skipRaw(token);
+  endsWithin_ = content.end >= tokens_.end();
   rawText(content);
   Token end = tokens_.next();
   if (end.kind == Token::Kind::end) end.extent = {content.end, content.end};
@@ -179,8 +181,10 @@ void Walker::tablePart(const Token& token, const Style& style, const Attributes&
     return events_.divides(token.extent);
   }
   if (isCell(token.name)) {
-    if (!table.hasBegun) events_.tableBegins(blocks_[table.block]);
+    if (!table.hasBegun) events_.tableBegins(blocks_[table.block], at);
     table.hasBegun = table.rowHasCells = true;
+  } else if (table.hasBegun) {
+    interruptTable();
   }
   pushBlock(token, style, attributes);
   scopes_.push_back({token.name, blocks_.size() - 1});
@@ -239,7 +243,7 @@ void Walker::closeTable(std::size_t at, Extent endTag) {
   endParagraph(at, false);
   endRow();
   const Scope table = scopes_.back();
-  if (table.hasBegun) events_.tableEnds(endTag, table.wasBroken);
+  if (table.hasBegun) events_.tableEnds(endTag, !table.wasBroken);
   const Block closed = blocks_.back();
   scopes_.pop_back();
   --tables_;
@@ -248,12 +252,12 @@ void Walker::closeTable(std::size_t at, Extent endTag) {
   events_.blockEnds(closed, endTag);
 }
 
-/// Text between two cells: the table ends in front of it, and what follows is another one.
+/// Text between two cells, or a caption: the table ends in front of it, and what follows is another one.
 void Walker::interruptTable() {
   const Scope before = scopes_.back();
   endRow();
   Scope& table = scopes_.back();
-  if (before.hasBegun) events_.tableEnds({}, true);
+  if (before.hasBegun) events_.tableEnds({}, false);
   table.hasBegun = false;
   table.wasBroken = true;
 }

@@ -3,6 +3,8 @@
 #include "text/positions.h"
 #include "walker.h"
 
+#include <algorithm>
+
 namespace pluvo::formats::html {
 
 using Special = Style::Special;
@@ -110,18 +112,19 @@ bool Walker::special(const Token& token, const Style& style) {
   switch (style.special) {
     case Special::fieldBegin:
       if (!skipElement(token, true, whole)) return false;
-      putMark(Character::Kind::fieldBegin, text::kFieldBegin, whole);
+      fieldMark(Character::Kind::fieldBegin, text::kFieldBegin, whole);
       return true;
     case Special::fieldSeparator:
       if (!skipElement(token, true, whole)) return false;
-      putMark(Character::Kind::fieldSeparator, text::kFieldSeparator, whole);
+      fieldMark(Character::Kind::fieldSeparator, text::kFieldSeparator, whole);
       return true;
     case Special::fieldEnd:
       if (!skipElement(token, true, whole)) return false;
-      putMark(Character::Kind::fieldEnd, text::kFieldEnd, whole);
+      fieldMark(Character::Kind::fieldEnd, text::kFieldEnd, whole);
       return true;
     case Special::commentPlace:
       if (!skipElement(token, true, whole)) return false;
+      if (part_.isNote) return events_.aside(Aside::markup, whole), true;
       putMark(Character::Kind::ordinary, text::kCommentReference, whole);
       return true;
     default:
@@ -132,8 +135,15 @@ bool Walker::special(const Token& token, const Style& style) {
     tokens_.goTo(token.extent.end);
     return false;
   }
+  if (part_.isNote) return events_.aside(Aside::markup, whole), true;
   putMark(Character::Kind::ordinary, text::kNoteReference, whole);
   return true;
+}
+
+void Walker::fieldMark(Character::Kind kind, char16_t unit, Extent bytes) {
+  const bool isStray = part_.strays != nullptr && std::ranges::binary_search(*part_.strays, bytes.begin);
+  if (isStray) return events_.aside(Aside::markup, bytes);
+  putMark(kind, unit, bytes);
 }
 
 /// Lists of notes and comments, headers and footers.
@@ -218,8 +228,8 @@ void Walker::picture(const Token& token, const Attributes& attributes) {
     whole = skipSelect(token);
   } else if ((traits & kRaw) != 0) {
     tokens_.skipRaw(token);
-    const Token end = tokens_.next();
-    whole.end = end.extent.end;
+    endsWithin_ = tokens_.at() >= tokens_.end();
+    whole.end = tokens_.next().extent.end;
   } else if ((traits & kVoid) == 0) {
     const bool isForeign = token.name == Name::svg || token.name == Name::math;
     if (!(isForeign && token.closesItself)) skipElement(token, false, whole);
@@ -240,7 +250,7 @@ void Walker::nothing(const Token& token) {
   }
   switch (token.name) {
     case Name::style:
-      sheet_.add(part(content));
+      if (part_.sheet == nullptr) sheet_.add(part(content));
       return events_.aside(Aside::style, whole);
     case Name::script:
       return events_.aside(Aside::script, whole);

@@ -1,6 +1,7 @@
 #include "writer.h"
 
 #include "errors/document_error.h"
+#include "story_parts.h"
 
 #include <algorithm>
 #include <iterator>
@@ -12,32 +13,25 @@ using text::Position;
 using text::Span;
 using Kind = Piece::Kind;
 
-namespace {
-
-errors::DocumentError brokenTable() {
-  return {errors::Problem::unsupported,
-          "A table that is to go has text between its cells, or a caption; save the page in a word processor "
-          "first."};
-}
-
-}  // namespace
-
-Writer::Writer(const Page& page, const TextMap& map, const document::Story& story)
+Writer::Writer(const Page& page, const Part& part, const TextMap& map, const document::Story& story,
+               std::vector<Cut> others)
     : page_(page),
       map_(map),
       story_(story),
       script_(story),
       dropped_(script_),
-      walker_(page, *this),
-      markup_(page, walker_),
-      paragraphs_(markup_, page, walker_) {
+      walker_(page, *this, part),
+      markup_(page, part.bytes, walker_),
+      paragraphs_(markup_, page, walker_),
+      contentFrom_(part.bytes.begin),
+      others_(std::move(others)) {
   document::forEachTouchedSpan(script_, story, map.highlight, [&](Span span) { touched_.push_back(span); });
 }
 
-void Writer::write(base::Output& out) {
+std::vector<base::ByteSpan> Writer::write() {
   walker_.walk();
   settleCuts();
-  page_.write(markup_.finish(), out);
+  return markup_.finish();
 }
 
 // ---- What the walk meets ----
@@ -63,13 +57,16 @@ void Writer::character(const Character& character) {
   characters_.push_back(character);
   position_ += character.count;
   hasFields_ = hasFields_ || character.kind >= Character::Kind::fieldBegin;
-  if (character.kind == Character::Kind::ordinary && character.count == 1) noteAnchor(character);
 }
 
 void Writer::aside(Aside kind, Extent bytes) {
-  if (kind == Aside::footnotes || kind == Aside::endnotes || kind == Aside::comments)
-    return cutNotes(kind, bytes);
+  if (holdsStories(kind)) return cutIn(bytes);
   between(Kind::aside, bytes);
+}
+
+void Writer::cutIn(Extent holder) {
+  for (Cut& cut : others_)
+    if (cut.bytes.begin >= holder.begin && cut.bytes.end <= holder.end) cuts_.push_back(std::move(cut));
 }
 
 void Writer::beginAt(std::size_t at) {
@@ -103,7 +100,8 @@ void Writer::blockEnds(const Block& block, Extent endTag) {
     cuts_.push_back({block.tag, !closed.wasDivided});
     cuts_.push_back({endTag, false});
   }
-  isDivided_ = true;
+  // An end tag that is left out divides nothing once what follows is gone.
+  isDivided_ = isDivided_ || !endTag.empty();
   if (block.name == Name::table && endTag.empty()) {
     unclosedTables_ = endTag.begin == lastTableEnd_ ? unclosedTables_ + 1 : 1;
     lastTableEnd_ = endTag.begin;
@@ -120,8 +118,10 @@ void Writer::divides(Extent bytes) {
 void Writer::settleCuts() {
   std::ranges::sort(cuts_, {}, [](const Cut& cut) { return cut.bytes.begin; });
   for (const Cut& cut : cuts_) {
+    const bool isInOneBefore = cut.bytes.begin < markup_.copied();
     markup_.copyTo(cut.bytes.begin);
     if (cut.divides) markup_.put("<div></div>");
+    if (!isInOneBefore) markup_.put(cut.in);
     markup_.leaveOutTo(cut.bytes.end);
   }
   cuts_.clear();
@@ -142,15 +142,19 @@ bool Writer::isNearEdit(Position at) {
 void Writer::paragraphEnds(const Paragraph& paragraph) {
   const Position from = paragraphFrom_;
   if (paragraph.hasMark) ++position_;
-  if (droppedTable_ == 0 && pieces_.empty() && !isTouched(from, position_)) {
+  // The end of a cell behind a table that went is a paragraph of its own still.
+  const bool endsBehindTable = paragraph.isCell && open_.back().lostTable && open_.back().holdsParagraph;
+  if (droppedTable_ == 0 && pieces_.empty() && !isTouched(from, position_) && !endsBehindTable) {
     open_.back().holdsParagraph = true;
     isDivided_ = isDivided_ && !paragraph.hasMark;
     if (hasFields_)
       for (const Item& item : items_) passField(item);
     return clearItems();
   }
-  // What was not touched was passed by.
+  // What was not touched was passed by, and what the bytes end in stays behind the text.
   script_.take(from, [](const Step&) {});
+  std::erase_if(items_,
+                [&](const Item& item) { return item.bytes.begin >= paragraph.at && item.count == 0; });
   takeItems();
   takeMark(position_ - (paragraph.hasMark ? 1 : 0), paragraph.at, paragraph.hasMark,
            walker_.markState().colour);
@@ -164,7 +168,8 @@ void Writer::paragraphEnds(const Paragraph& paragraph) {
   place.inlinesTo = walker_.inlines().top();
   place.block = block;
   const bool endsCell = isCell(block.name) && paragraph.endsBlock && paragraph.isFirst;
-  place.existsEmpty = (paragraph.isOwned && paragraph.endsBlock) || paragraph.isCell || endsCell;
+  const bool isEmptyCell = paragraph.isCell && !endsBehindTable;
+  place.existsEmpty = (paragraph.isOwned && paragraph.endsBlock) || isEmptyCell || endsCell;
   place.onlyAlone = paragraph.isCell || endsCell;
   const bool isAlone = (traits & kDivision) != 0 && paragraph.isFirst && paragraph.endsBlock;
   place.dividesBlock = (paragraph.isOwned && (traits & kPreformatted) == 0) || isAlone;
@@ -234,12 +239,12 @@ void Writer::carry() {
 
 // ---- Tables ----
 
-void Writer::tableBegins(const Block& table) {
+void Writer::tableBegins(const Block& table, std::size_t firstCell) {
   const Span span = map_.tables[tablesMet_++];
   if (droppedTable_ == 0 && dropped_.hold(span)) {
-    if (table.hasParagraph) throw brokenTable();
     droppedTable_ = openTables_ + 1;
-    cutFrom_ = table.tag.begin;
+    droppedTag_ = table.hasParagraph ? Extent() : table.tag;
+    droppedCell_ = firstCell;
   }
   ++openTables_;
 }
@@ -248,19 +253,24 @@ void Writer::rowEnds() {
   ++position_;
   if (droppedTable_ == 0 && !isTouched(position_ - 1, position_)) return;
   script_.take(position_ - 1, [](const Step&) {});
-  Item item = itemHere(Kind::gap, {cutFrom_, cutFrom_});
+  Item item = itemHere(Kind::gap, {droppedCell_, droppedCell_});
   item.from = position_ - 1;
   script_.take(position_, [&](const Step& step) {
     if (step.kind == Step::Kind::put) put(step, item);
   });
 }
 
-void Writer::tableEnds(Extent endTag, bool isBroken) {
+/// Where the element holds a caption, or text between its cells, only the cells go.
+void Writer::tableEnds(Extent endTag, bool isWhole) {
   --openTables_;
   if (droppedTable_ != openTables_ + 1) return;
-  if (isBroken) throw brokenTable();
   droppedTable_ = 0;
-  cuts_.push_back({{cutFrom_, endTag.end}, !open_.back().wasDivided});
+  open_[open_.size() - 2].lostTable = true;
+  if (isWhole && !droppedTag_.empty()) {
+    cuts_.push_back({{droppedTag_.begin, endTag.end}, !open_.back().wasDivided});
+  } else {
+    cuts_.push_back({{droppedCell_, contentFrom_}, false});
+  }
   carry();
 }
 
@@ -269,7 +279,6 @@ void Writer::tableEnds(Extent endTag, bool isBroken) {
 void Writer::end(std::size_t at) {
   if (!map_.endsWithoutBytes) return;
   script_.take(position_, [](const Step&) {});
-  const bool hasCarried = !pieces_.empty();
   clearItems();
   takeMark(position_, at, true, 0);
   ++position_;
@@ -278,10 +287,6 @@ void Writer::end(std::size_t at) {
   const bool wouldBeLost = last > 0 && story_.text().at(last - 1) == text::kParagraphMark &&
                            story_.structure().valueAt(last - 1).table == document::kNone;
   if (!wouldBeLost && std::ranges::none_of(pieces_, &Piece::holdsText)) return;
-  if (walker_.endsUnfinished() && hasCarried)
-    throw errors::DocumentError(errors::Problem::unsupported,
-                                "The page ends within markup, and no text can be put behind that; save it in "
-                                "a word processor first.");
   Place place;
   place.from = place.to = at;
   place.inlinesFrom = place.inlinesTo = walker_.inlines().top();

@@ -9,7 +9,6 @@
 #include "reader.h"
 #include "walker.h"
 
-#include <set>
 #include <string>
 #include <vector>
 
@@ -20,9 +19,19 @@ namespace pluvo::formats::html {
 /// and notes that went as a whole.
 class Writer final : public Events {
  public:
-  Writer(const Page& page, const TextMap& map, const document::Story& story);
+  /// What is to be left out, behind all that is written, and what comes in its place.
+  struct Cut {
+    Extent bytes;
+    bool divides = false;  ///< text in front of it from what comes: something has to stand for it
+    std::string in = {};
+  };
 
-  void write(base::Output& out);
+  /// Of the texts in elements that main text passes by, what becomes of them, in order.
+  Writer(const Page& page, const Part& part, const TextMap& map, const document::Story& story,
+         std::vector<Cut> others);
+
+  /// The new bytes of the part. They hold as long as this.
+  std::vector<base::ByteSpan> write();
 
   void text(Extent bytes) override;
   void character(const Character& character) override;
@@ -34,9 +43,9 @@ class Writer final : public Events {
   void blockBegins(const Block& block) override;
   void blockEnds(const Block& block, Extent endTag) override;
   void divides(Extent bytes) override;
-  void tableBegins(const Block& table) override;
+  void tableBegins(const Block& table, std::size_t firstCell) override;
   void rowEnds() override;
-  void tableEnds(Extent endTag, bool isBroken) override;
+  void tableEnds(Extent endTag, bool isWhole) override;
   void end(std::size_t at) override;
 
  private:
@@ -64,7 +73,7 @@ class Writer final : public Events {
   void takeItem(const Item& item);
   void keep(const document::Step& step, const Item& item);
   void put(const document::Step& step, const Item& item);
-  void putPieces(const document::Step& step, Piece piece);
+  void putAlike(const document::Step& step, const Item& item);
   void takeMark(text::Position at, std::size_t bytes, bool hasMark, std::uint8_t colourWas);
   void lookOfMark(Piece& piece, text::Position at) const;
   std::int32_t placeFor(const document::Step& step, const Item& item) const;
@@ -76,9 +85,7 @@ class Writer final : public Events {
   void vanish(const Place& place);
   void carry();
 
-  // What goes as a whole:
-  void cutNotes(Aside kind, Extent list);
-  void noteAnchor(const Character& character);
+  void cutIn(Extent holder);
   void settleCuts();
 
   const Page& page_;
@@ -99,16 +106,13 @@ class Writer final : public Events {
   std::vector<Item> items_;
   std::vector<Character> characters_;
   std::vector<Piece> pieces_;  ///< those carried on from earlier paragraphs first
-  /// What is to be left out, behind all that is written.
-  struct Cut {
-    Extent bytes;
-    bool divides = false;  ///< text in front of it from what comes: something has to stand for it
-  };
   std::vector<Cut> cuts_;
+  std::vector<Cut> others_;
   /// A block that is open, in what is written.
   struct Open {
     bool holdsParagraph = false;
     bool wasDivided = false;  ///< before it
+    bool lostTable = false;   ///< behind which its own end stood
   };
   std::vector<Open> open_{{}};
   bool isDivided_ = true;       ///< a block's tag lies between the text written last and what comes
@@ -118,13 +122,10 @@ class Writer final : public Events {
   std::size_t tablesMet_ = 0;
   std::size_t droppedTable_ = 0;  ///< one more than how many tables were open around it; 0 outside
   std::size_t openTables_ = 0;
-  std::size_t cutFrom_ = 0;
+  Extent droppedTag_;            ///< of the table that goes, empty where its element stays …
+  std::size_t droppedCell_ = 0;  ///< … and its first cell
   std::size_t unclosedTables_ = 0;
   std::size_t lastTableEnd_ = 0;
-
-  std::set<std::string> goneNotes_;  ///< their ids
-  std::set<std::size_t> goneComments_;
-  std::size_t commentsMet_ = 0;
 };
 
 }  // namespace pluvo::formats::html

@@ -1,5 +1,4 @@
-// What edits have made of a paragraph, and of the notes that go with it.
-#include "base/ascii.h"
+// What edits have made of a paragraph.
 #include "writer.h"
 
 #include <algorithm>
@@ -110,7 +109,24 @@ std::int32_t Writer::placeFor(const Step& step, const Item& item) const {
   return markup_.outside(number, [](const Inline& element) { return element.name == Name::conditional; });
 }
 
+/// New text of several edits may be deleted in part.
 void Writer::put(const Step& step, const Item& item) {
+  Step part = step;
+  for (Position from = step.at; from < step.at + step.length; from = part.at + part.length) {
+    const bool isDeleted = story_.structure().valueAt(from).deleted;
+    part.at = from;
+    part.length = 0;
+    for (const auto& run : story_.structure().runs(from, step.at + step.length)) {
+      if (run.value.deleted != isDeleted) break;
+      part.length = run.to - from;
+    }
+    part.units =
+        step.units.substr(static_cast<std::size_t>(from - step.at), static_cast<std::size_t>(part.length));
+    putAlike(part, item);
+  }
+}
+
+void Writer::putAlike(const Step& step, const Item& item) {
   Piece piece;
   piece.kind = Kind::put;
   piece.keepsBlanks = item.keepsBlanks;
@@ -120,10 +136,6 @@ void Writer::put(const Step& step, const Item& item) {
   if (item.kind == Kind::text)
     at = item.bytes.begin + static_cast<std::size_t>(step.original - item.from) + (step.behind ? 1 : 0);
   piece.bytes = {at, at};
-  putPieces(step, piece);
-}
-
-void Writer::putPieces(const Step& step, Piece piece) {
   lookOfMark(piece, step.at);
   forEachColour(step.at, step.length, [&](Position from, Position to, std::uint8_t colour) {
     piece.colour = colour;
@@ -135,7 +147,7 @@ void Writer::putPieces(const Step& step, Piece piece) {
 /// What the end of a paragraph is besides its colour.
 void Writer::lookOfMark(Piece& piece, Position at) const {
   piece.isHidden = !walker_.block().hidden && story_.visibility().valueAt(at) == text::kNowhere;
-  piece.isDeleted = story_.structure().valueAt(at).deleted;
+  piece.isDeleted = !walker_.block().deleted && story_.structure().valueAt(at).deleted;
 }
 
 /// The end of the paragraph at hand, which has no bytes of its own.
@@ -161,55 +173,6 @@ void Writer::takeMark(Position at, std::size_t bytes, bool hasMark, std::uint8_t
     piece.keepsBlanks = item.keepsBlanks;
     pieces_.push_back(piece);
   });
-}
-
-// ---- Notes that go ----
-
-/// The places of notes and comments that go.
-void Writer::noteAnchor(const Character& character) {
-  const bool isGone = dropped_.hold({position_ - 1, position_});
-  if (character.units[0] == text::kCommentReference) {
-    if (isGone) goneComments_.insert(commentsMet_);
-    ++commentsMet_;
-  }
-  if (character.units[0] != text::kNoteReference || !isGone) return;
-  Tokens tokens(page_.bytes(), character.bytes.begin, character.bytes.end);
-  const Attributes attributes = attributesOf(markup_.old(tokens.next().extent));
-  forEachDeclaration(attributes.style, [&](std::string_view, std::string_view name, std::string_view value) {
-    if (name == "mso-footnote-id" || name == "mso-endnote-id") goneNotes_.emplace(value);
-  });
-}
-
-/// Cuts the texts of notes and comments that are gone out of the list of them.
-void Writer::cutNotes(Aside kind, Extent list) {
-  if (goneComments_.empty() && goneNotes_.empty()) return;
-  Tokens tokens(page_.bytes(), list.begin, list.end);
-  tokens.next();
-  std::size_t met = 0;
-  int depth = 0;
-  std::size_t begin = 0;
-  int beginDepth = 0;
-  for (Token token = tokens.next(); token.kind != Token::Kind::end; token = tokens.next()) {
-    if (token.name != Name::div) continue;
-    if (token.kind == Token::Kind::endTag) {
-      if (begin != 0 && depth == beginDepth) {
-        cuts_.push_back({{begin, token.extent.end}, false});
-        begin = 0;
-      }
-      --depth;
-      continue;
-    }
-    if (token.kind != Token::Kind::startTag) continue;
-    ++depth;
-    const Attributes attributes = attributesOf(markup_.old(token.extent));
-    if (begin != 0 || styleOf(attributes.style).special != Style::Special::note) continue;
-    const bool goes = kind == Aside::comments ? goneComments_.contains(met)
-                                              : goneNotes_.contains(std::string(attributes.id));
-    ++met;
-    if (!goes) continue;
-    begin = token.extent.begin;
-    beginDepth = depth;
-  }
 }
 
 }  // namespace pluvo::formats::html

@@ -1,3 +1,4 @@
+#include "document/same_document.h"
 #include "errors/document_error.h"
 #include "formats/docx/random_edits.h"
 #include "formats/html/html_document.h"
@@ -20,6 +21,10 @@ std::string savedAndTheSame(const OpenedPage& opened) {
   std::string file = opened.written();
   const OpenedPage again = open(file);
   EXPECT_EQ(notation::print(again.model), notation::print(opened.model)) << file.substr(0, 4000);
+  formats::Hint all;
+  all.allStories = true;
+  const auto stories = HtmlFormat().read(bytesOf(file), all).stories;
+  EXPECT_EQ(document::differenceOf(opened.document.snapshot(), stories, [] {}), "");
   EXPECT_EQ(again.written(), file);
   return file;
 }
@@ -121,7 +126,60 @@ TEST(HtmlFormat, IsEditedBySplices) {
 
 void editAtRandom(OpenedPage& opened, std::mt19937& random, int edits) {
   const auto number = [&] { return static_cast<std::uint32_t>(random()); };
-  for (int i = 0; i < edits; ++i) docx::editBySeed(opened.model, {number(), number(), number(), number()});
+  for (int i = 0; i < edits; ++i) docx::editBySeed(opened.document, {number(), number(), number(), number()});
+}
+
+/// Whatever is done to pages that are damaged, or have what few pages have.
+TEST(HtmlFormat, TakesRandomEditsOfOddPages) {
+  const auto mark = [](std::string kind) { return "<span style='mso-element:field-" + kind + "'></span>"; };
+  const std::string code = "<!--[if supportFields]>";
+  const std::string end = "<![endif]-->";
+  const std::string note =
+      "<div style='mso-element:footnote' id=f><p>" + noteReference("f", "g") + " n o</p></div>";
+  const std::string pages[] = {
+      // The bytes end in something: text goes in front of what nobody sees.
+      "<p>abc</p><!-- x",
+      "<p>abc</p>d e<scr",
+      "abc <script>x",
+      "<p>abc<textarea>d",
+      "abc<xmp>d e",
+      "a<table><tr><td>b c<script>",
+      "a<!--[if mso]>b<![endif]",
+      // Tables with a caption or text between cells, and what they were the end of.
+      "<table><caption>cap</caption><tr><td>a<td>b</table>c",
+      "x<table><tr><td>a</td></tr><caption>cap</caption><tr><td>b</table>c",
+      "<p>x</p><table><tr><td>a</td>text<td>b</td></table>c",
+      "<p>x</p><table>text<tr><td>a</td><td>b</td></table>c",
+      "<table><tr><td>a<table><caption>q</caption><tr><td>b</table></table>z",
+      "<table><tr><td>a<table><tr><td>b</table></table>z",
+      "<table><tr><td><p>a<table><tr><td>b</table></table>z",
+      "<p>a<p>b</p>c",
+      // Fields that do not end where they should.
+      code + mark("begin") + "X" + end + "<p>b</p><table><tr><td>c" + code + mark("end") + end + "</table>d",
+      "<table><tr><td>" + code + mark("begin") + "X" + end + "b</table>c" + mark("separator") + "d" +
+          mark("end"),
+      "<p>" + code + mark("begin") + "X" + mark("separator") + end + "b c</p><p>d" + mark("end") + "e</p>",
+      // Revisions.
+      "<p>a<del>bcd</del>e</p><p><ins>b<del>c d</del></ins></p><ul><li><del>f g</del><li>h</ul>",
+      // Texts of their own.
+      "<p>a" + noteReference("f", "h") + "b</p><div style='mso-element:footnote-list'>" + note + "</div>c",
+      "<div style='mso-element:header' id=h1><p>a b</div><p>c<div style='mso-element:footer'>d</div>",
+  };
+  std::mt19937 random(1);
+  for (const std::string& page : pages) {
+    SCOPED_TRACE(page);
+    for (int program = 0; program < 300; ++program) {
+      OpenedPage opened = open(page);
+      ASSERT_EQ(notation::damageOf(opened.model), "");
+      editAtRandom(opened, random, 1 + program % 3);
+      try {
+        savedAndTheSame(opened);
+      } catch (const errors::DocumentError& error) {
+        EXPECT_EQ(error.problem(), errors::Problem::encoding) << error.what();
+      }
+      ASSERT_FALSE(HasFailure());
+    }
+  }
 }
 
 TEST(HtmlCorpus, takesRandomEditsThatAreReadBack) {

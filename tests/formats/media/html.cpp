@@ -84,7 +84,7 @@ class PageBuilder {
   text::Position length() const { return length_ + (blank_ ? 1 : 0); }
   std::size_t openFields() const { return inCode_.size(); }
   std::size_t openTables() const { return tables_; }
-  std::string page() const { return "<html><meta charset=utf-8><body>" + body_ + "</body></html>"; }
+  const std::string& body() const { return body_; }
 
  private:
   static std::string tagFor(Look look) {
@@ -166,19 +166,49 @@ class PageBuilder {
   bool folds_ = true;
 };
 
+std::string pageOf(const std::string& body) {
+  return "<html><meta charset=utf-8><body>" + body + "</body></html>";
+}
+
+/// The second note is another's.
+std::string pageWithNotes(const std::string& first) {
+  std::string references;
+  std::string notes;
+  for (const std::string id : {"1", "2"}) {
+    references += html::noteReference("ftn" + id, "ref" + id);
+    const std::string& body = id == "1" ? first : "<p>three</p>";
+    notes += "<div style='mso-element:footnote' id=ftn" + id + "><!-- mark -->" + body + "</div>";
+  }
+  return pageOf("<p>" + references + "</p><div style='mso-element:footnote-list'><hr>" + notes + "</div>");
+}
+
 /// Nothing where the paragraph before a table would have to be in it, and the like.
-std::optional<base::Bytes> asHtml(std::string_view notation, notation::Ranges& ranges) {
+std::optional<base::Bytes> asPage(std::string_view notation, notation::Ranges& ranges, bool isNote) {
   PageBuilder builder;
   ranges = notation::Parser(notation, builder).parse();
-  const base::Bytes file = html::bytesOf(builder.page());
-  const document::Story read(html::HtmlFormat().read(file).stories.front());
+  const base::Bytes file = html::bytesOf(isNote ? pageWithNotes(builder.body()) : pageOf(builder.body()));
+  Hint all;
+  all.allStories = true;
+  const document::Story read(html::HtmlFormat().read(file, all).stories[isNote ? 1 : 0]);
   const document::Story meant(notation::parse(notation).content);
   if (notation::print(read) != notation::print(meant)) return std::nullopt;
   return file;
 }
 
+std::optional<base::Bytes> asHtml(std::string_view notation, notation::Ranges& ranges) {
+  return asPage(notation, ranges, false);
+}
+std::optional<base::Bytes> asHtmlNote(std::string_view notation, notation::Ranges& ranges) {
+  return asPage(notation, ranges, true);
+}
+
 }  // namespace
 
 Medium htmlMedium() { return {"html", std::make_shared<html::HtmlFormat>(), asHtml}; }
+Medium htmlNoteMedium() {
+  Medium medium = {"html note", std::make_shared<html::HtmlFormat>(), asHtmlNote};
+  medium.place = document::Place::footnotes;
+  return medium;
+}
 
 }  // namespace pluvo::formats

@@ -13,6 +13,7 @@ const std::vector<Medium>& media() {
                                           docxBoxMedium(),
                                           rtfMedium(),
                                           htmlMedium(),
+                                          htmlNoteMedium(),
                                           utf8Medium(),
                                           utf16Medium()};
   return all;

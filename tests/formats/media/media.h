@@ -32,6 +32,8 @@ Medium docxNoteMedium();
 Medium docxBoxMedium();
 Medium rtfMedium();
 Medium htmlMedium();
+/// In a footnote beside another.
+Medium htmlNoteMedium();
 /// Plain text in UTF-8 with LF, and in UTF-16 with CR LF.
 Medium utf8Medium();
 Medium utf16Medium();

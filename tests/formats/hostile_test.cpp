@@ -1,0 +1,101 @@
+// Damaged and hostile files: read or refused, at a cost that grows with their size alone.
+#include "errors/document_error.h"
+#include "formats/media/media.h"
+#include "storage/store/corpus.h"
+#include "support/invariants.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <string>
+
+namespace pluvo::formats {
+namespace {
+
+/// Reads a file with all its stories and writes it as it was read.
+void readOrRefuse(const Format& format, const base::Bytes& file) {
+  Hint all;
+  all.allStories = true;
+  try {
+    Opened opened = format.read(file, all);
+    const std::size_t looks = opened.source->appearance().length();
+    const document::Document document(std::move(opened.stories), opened.source);
+    for (std::size_t i = 0; i < document.count(); ++i)
+      EXPECT_EQ(notation::damageOf(document.story(i)), "") << i;
+    EXPECT_EQ(looks, document.mainText().length());
+    base::MemoryOutput out;
+    opened.source->write(document, out);
+    EXPECT_TRUE(std::ranges::equal(out.bytes(), file.view));
+  } catch (const errors::DocumentError&) {
+    // Refused with a sentence.
+  }
+}
+
+/// Every beginning where PLUVO_EVERY_BEGINNING is set; else about 40 of each file.
+TEST(Hostile, EveryBeginningOfAFileIsReadOrRefused) {
+  constexpr std::size_t kLargest = std::size_t{64} << 10U;
+  constexpr std::size_t kSome = 40;
+  for (const Medium& medium : {rtfMedium(), htmlMedium()}) {
+    const auto corpus = store::corpusOf({medium.name.c_str()});
+    if (corpus.empty()) GTEST_SKIP() << store::kNoCorpus;
+    for (const auto& path : corpus) {
+      const base::Bytes whole = store::bytesOf(path);
+      const std::size_t most = std::min(whole.view.size(), kLargest);
+      const std::size_t step = std::getenv("PLUVO_EVERY_BEGINNING") != nullptr ? 1 : most / kSome + 1;
+      for (std::size_t size = 0; size <= most; size += step) {
+        readOrRefuse(*medium.format, base::Bytes::of({whole.view.begin(), whole.view.begin() + size}));
+        ASSERT_FALSE(HasFailure()) << path << " up to " << size;
+      }
+    }
+  }
+}
+
+/// A mebibyte of one thing over and over.
+TEST(Hostile, MebibytesOfMarkupCostLittle) {
+  const struct {
+    Medium medium;
+    std::string begin;
+    std::string again;
+  } cases[] = {
+      {htmlMedium(), "", "<div>"},
+      {htmlMedium(), "", "<font><p>"},
+      {htmlMedium(), "", "<a><p>"},
+      {htmlMedium(), "", "<b><div></b>"},
+      {htmlMedium(), "<p ", "a=b "},
+      {htmlMedium(), "<p ", "style='a:b' "},
+      {htmlMedium(), "<p style='", "a:b;"},
+      {htmlMedium(), "", "&#"},
+      {htmlMedium(), "", "<!--"},
+      {htmlMedium(), "", "<!--[if mso]>"},
+      {htmlMedium(), "", "<![if !mso]>"},
+      {htmlMedium(), "", "</p>"},
+      {htmlMedium(), "", "<table><td>"},
+      {htmlMedium(), "<table><tr><td>a", "<td>b"},
+      {htmlMedium(), "", "<li>"},
+      {htmlMedium(), "", "<select><svg>"},
+      {htmlMedium(), "", "<span style='mso-tab-count:1'>"},
+      {htmlMedium(), "", "<div style='mso-element:footnote-list'>"},
+      {htmlMedium(), "", "<style>p{"},
+      {rtfMedium(), "{\\rtf1", "{"},
+      {rtfMedium(), "{\\rtf1", "{\\footnote "},
+      {rtfMedium(), "{\\rtf1", "\\u1"},
+      {rtfMedium(), "{\\rtf1", "\\trowd\\cellx1 "},
+      {rtfMedium(), "{\\rtf1", "{\\*\\atnid "},
+      {rtfMedium(), "{\\rtf1{\\colortbl", "\\red1;"},
+      {rtfMedium(), "{\\rtf1{\\fonttbl", "{\\f1 A;}"},
+  };
+  for (const auto& [medium, begin, again] : cases) {
+    SCOPED_TRACE(begin + again);
+    std::string file = begin;
+    while (file.size() < std::size_t{1} << 20U) file += again;
+    const auto before = std::chrono::steady_clock::now();
+    readOrRefuse(*medium.format, base::Bytes::of({file.begin(), file.end()}));
+    // A second or less; what grows with the square takes minutes.
+    EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(20));
+  }
+}
+
+}  // namespace
+}  // namespace pluvo::formats
