@@ -1,0 +1,43 @@
+#pragma once
+
+#include "line.h"
+
+namespace pluvo::formats::html {
+
+/// Writes the ends of paragraphs: a line end where those count; otherwise the blocks are divided, or an empty
+/// one is put where a paragraph would not exist. An end waits until something comes behind it, since the last
+/// one is the end that the page has.
+class ParagraphEnds {
+ public:
+  explicit ParagraphEnds(Line& line) : line_(line) {}
+
+  void begin();
+
+  /// What ends a paragraph: a piece of kind mark, or a line end's character.
+  void take(const Piece& mark);
+  /// A section's end, which ends its paragraph by itself.
+  void passSection();
+  bool isDue() const { return isDue_; }
+  /// The end that waits has its bytes in front of what comes next.
+  bool isDueAsItWas() const;
+  /// Those bytes are copied with what is behind them.
+  void copyDue();
+  /// What comes belongs to the next paragraph.
+  void settle();
+  /// The page's own end follows.
+  void finish();
+
+ private:
+  void settleLineEnd();
+  void divide();
+  void putEmpty();
+  void putLook(std::int32_t inlines);
+
+  Line& line_;
+  bool isDue_ = false;
+  Piece due_;
+  bool afterSection_ = false;
+  bool wasDivided_ = false;
+};
+
+}  // namespace pluvo::formats::html
