@@ -17,6 +17,13 @@ int wish(const QLayoutItem& item) {
   return label == nullptr ? item.sizeHint().width() : label->fontMetrics().size(0, label->text()).width();
 }
 
+/// An item that remembers what its widget asks for until that changes. Pages pass on no change of what stands
+/// on them, so that they are asked each time.
+std::unique_ptr<QLayoutItem> itemOf(QWidget& widget) {
+  if (qobject_cast<QTabWidget*>(&widget) != nullptr) return std::make_unique<QWidgetItem>(&widget);
+  return std::make_unique<QWidgetItemV2>(&widget);
+}
+
 /// A layout forgets what leaves its widget; this item it does not know to be a widget's.
 class LentItem final : public QLayoutItem {
  public:
@@ -32,7 +39,7 @@ class LentItem final : public QLayoutItem {
   int heightForWidth(int width) const override { return of_.heightForWidth(width); }
 
  private:
-  QWidgetItem of_;
+  QWidgetItemV2 of_;
 };
 
 }  // namespace
@@ -42,7 +49,7 @@ CellLayout::~CellLayout() = default;
 void CellLayout::add(QWidget& widget, forms::Cell cell, bool grows, bool heads) {
   if (cell.columns > 0) inLines_ = false;
   addChildWidget(&widget);
-  places_.push_back({std::unique_ptr<QLayoutItem>(new QWidgetItem(&widget)), cell, grows, heads});
+  places_.push_back({itemOf(widget), cell, grows, heads});
   invalidate();
 }
 
@@ -155,6 +162,7 @@ void CellLayout::lend(QWidget& widget, QWidget& parent) {
   const auto place =
       std::ranges::find_if(places_, [&](const Place& one) { return one.item->widget() == &widget; });
   if (place == places_.end()) return;
+  place->item.reset();  // a widget has one item that remembers
   place->item = std::make_unique<LentItem>(widget);
   place->lent = &widget;
   widget.setParent(&parent);

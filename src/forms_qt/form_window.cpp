@@ -321,7 +321,7 @@ void FormWindow::admissionChanged() {
 }
 
 void FormWindow::looksChanged() {
-  for (Mirror* mirror : all()) mirror->refresh();
+  for (Mirror* mirror : all()) mirror->looksChanged();
 }
 
 }  // namespace pluvo::forms_qt

@@ -56,9 +56,15 @@ void Mirror::refresh() {
   widget_->setAccessibleName(spokenName_.isEmpty() ? spokenName(control_) : spokenName_);
   const QString tip = qt(control_.ControlTipText());
   widget_->setAccessibleDescription(tip == widget_->accessibleName() ? QString() : tip);
-  setFont(*widget_, control_.Font());
+  // To look for a font costs as much as all else.
+  if (font_ != control_.Font()) setFont(*widget_, font_.emplace(control_.Font()));
   dress();
   refreshKind();
+}
+
+void Mirror::looksChanged() {
+  font_.reset();
+  refresh();
 }
 
 void Mirror::admissionChanged() {

@@ -7,6 +7,7 @@
 #include <QPointer>
 #include <QWidget>
 #include <memory>
+#include <optional>
 #include <set>
 #include <vector>
 
@@ -45,6 +46,8 @@ class Mirror : public QObject {
   void namedBy(const forms::Control& label);
   /// Shows the control's values anew.
   void refresh();
+  /// The system's fonts or colours are others.
+  void looksChanged();
   /// A button or a link is off while the program would not admit its press.
   void admissionChanged();
 
@@ -67,6 +70,7 @@ class Mirror : public QObject {
   Doings& doings_;
   bool isOffered_ = true;
   QPointer<QWidget> widget_;
+  std::optional<forms::Font> font_;  ///< that the widget has
   QString spokenName_;
   QChar key_;
 };

@@ -141,6 +141,36 @@ TEST_F(OwnForm, CutsNoTextAtTheLeastWidth) {
   }
 }
 
+/// Counts how often check boxes are measured.
+class MeasuringStyle final : public QProxyStyle {
+ public:
+  QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
+                         const QWidget* widget) const override {
+    if (type == CT_CheckBox) ++measured;
+    return QProxyStyle::sizeFromContents(type, option, size, widget);
+  }
+  mutable int measured = 0;
+};
+
+TEST_F(OwnForm, MeasuresNothingTwiceForALabelThatSaysSomethingElse) {
+  MeasuringStyle style;
+  auto& label = with<Label>(u"lblTold", u"short");
+  for (char16_t letter = u'a'; letter < u'u'; ++letter)
+    with<CheckBox>(std::u16string(u"chk") + letter, u"A caption of some words");
+  user.open();
+  QWidget& window = *user.window();
+  for (auto* box : window.findChildren<QCheckBox*>()) box->setStyle(&style);
+  window.setUpdatesEnabled(false);
+  QCoreApplication::processEvents();
+  style.measured = 0;
+  label.Caption(
+      u"a text that is longer than the first, so that it takes several lines where it stands, and all "
+      u"that is below it moves down");
+  QCoreApplication::processEvents();
+  EXPECT_LE(style.measured, 2 * 20) << "to measure a box asks the style twice";
+  for (auto* box : window.findChildren<QCheckBox*>()) box->setStyle(nullptr);
+}
+
 TEST_F(OwnForm, CopiesWhatLabelsTellWithPathsWholeThatAreBrokenWhereShown) {
   QString path;
   for (int word = 0; word < 60; ++word)
