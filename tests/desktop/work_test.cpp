@@ -129,7 +129,7 @@ TEST_F(WorkInTheWindow, KeepsItAliveAndCanBeCancelled) {
       bar.setValue(bar.maximum());
       document.view()->selectAll();
       document.view()->grab();
-      EXPECT_GT(document.shown().mainText().length(), length()) << "what is shown is a text of its own";
+      EXPECT_GE(document.shown().mainText().length(), length()) << "the window is never ahead of the work";
       cancel();
       return true;
     });
