@@ -37,14 +37,18 @@ constexpr std::array kByBeginning = {
 
 /// By streams.
 constexpr std::array kByStream = {
+    Kind{"Contents", "a document of Publisher or Works"},
+    Kind{"MatOST", "a document of Works"},
+    Kind{"PerfectOffice_MAIN", "a WordPerfect document"},
+};
+
+/// The same of what no word processor opens.
+constexpr std::array kOfOtherPrograms = {
     Kind{"Workbook", "a spreadsheet of Excel (.xls)"},
     Kind{"Book", "a spreadsheet of Excel (.xls)"},
     Kind{"PowerPoint Document", "a presentation of PowerPoint (.ppt)"},
     Kind{"VisioDocument", "a drawing of Visio (.vsd)"},
-    Kind{"Contents", "a document of Publisher or Works"},
-    Kind{"MatOST", "a document of Works"},
     Kind{"__properties_version1.0", "a message of Outlook (.msg)"},
-    Kind{"PerfectOffice_MAIN", "a WordPerfect document"},
 };
 
 bool isWordName(std::string_view extension) { return extension == "doc" || extension == "dot"; }
@@ -85,6 +89,11 @@ DocumentError unsupportedKind(std::string_view kind) {
 }
 
 DocumentError notWord(const cfb::CompoundFile& file) {
+  for (const Kind& kind : kOfOtherPrograms)
+    if (file.find(kind.mark))
+      return {Problem::unsupported, "The file is " + std::string(kind.name) +
+                                        ", whatever its name says, and cannot be worked on; open it in the "
+                                        "program it is for."};
   for (const Kind& kind : kByStream)
     if (file.find(kind.mark)) return unsupportedKind(kind.name);
   return unsupportedKind("an Office file without a Word document in it");

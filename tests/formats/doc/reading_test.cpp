@@ -117,6 +117,45 @@ TEST(DocFormat, ReadsWhatStandsForOtherThings) {
   }
 }
 
+/// Other readers show something else there: they compute fields anew, number lists and notes, write capitals,
+/// or show what is hidden.
+TEST(DocFormat, ReadsWhatTheFileHoldsWhereOthersMakeItUp) {
+  using B = DocBuilder;
+  const auto as = [](const std::string& look) {
+    return [look](B& b) { b.characters = look, b.append(u'x'), b.characters = "", b.append(u'\r'); };
+  };
+  const auto notation = [](const char* text) { return [text](B& b) { b.notation(text); }; };
+  const struct {
+    const char* cause;
+    std::function<void(B&)> fill;
+    std::u16string text;
+  } cases[] = {
+      {"a file name computed anew", notation("{FILENAME|old.doc}"), u"old.doc"},
+      {"a page number computed anew", notation("- {PAGE|19} -"), u"- 19 -"},
+      {"a date computed anew", notation("{DATE|4/26/2006}"), u"4/26/2006"},
+      {"numbers and contents computed anew", notation("{SEQ x|A}{TOC|1¶2}{REF b|c}"), u"A1\r2c"},
+      {"a text of another file", notation("{INCLUDETEXT \"f\"|kept}"), u"kept"},
+      {"a field that keeps no result", notation("a{MACROBUTTON x y}{EQ z}{TC w}b"), u"ab"},
+      {"half a field", [](B& b) { b.special(0x14), b.append(u'b'), b.special(0x15), b.append(u'\r'); }, u"b"},
+      {"the number of a list",
+       [](B& b) { b.paragraphs = property(code::kList, std::uint16_t{1}), b.append(u'\r'); }, u""},
+      {"the number of a note", [](B& b) { b.special(2), b.append(u'\r'); }, u"\2"},
+      {"capitals", as(on(0x083B)), u"x"},
+      {"hidden text", as(on(code::kHidden)), u""},
+      {"deleted text", as(on(code::kDeleted)), u"x"},
+      {"a symbol", [](B& b) { b.special(u'(', property(code::kSymbol, 0xF0B70001U)), b.append(u'\r'); },
+       u"\uF0B7"},
+  };
+  for (const auto& [cause, fill, text] : cases) {
+    SCOPED_TRACE(cause);
+    DocBuilder builder;
+    fill(builder);
+    formats::Opened opened = open(builder.build());
+    const document::Story story(std::move(opened.stories.front()));
+    EXPECT_EQ(story.visibleText({0, story.length()}, text::View::results), text + u"\r");
+  }
+}
+
 /// Gathers what is told, each in a line.
 class Told final : public formats::OtherTexts {
  public:
@@ -284,7 +323,8 @@ TEST(DocFormat, SaysWhatItRefuses) {
     EXPECT_THAT(refusalOf(builder.build()), testing::ContainsRegex("^" + std::string(says)));
   }
   const std::pair<std::string, const char*> others[] = {
-      {cfb::compoundFile({{"Workbook", ""}, {"MBD", ""}, {"MBD/WordDocument", ""}}), "unsupported: .*Excel"},
+      {cfb::compoundFile({{"Workbook", ""}, {"MBD", ""}, {"MBD/WordDocument", ""}}),
+       "unsupported: .*Excel.*open it in the program"},
       {cfb::compoundFile({{"a", ""}}), "unsupported: .*without a Word document"},
       {std::string("\xDB\xA5\x2D\0", 4), "unsupported: .*Word 2 "},
       {std::string("\x31\xBE\0\0\0\xAB", 6), "unsupported: .*DOS"},
