@@ -23,7 +23,7 @@ std::int32_t fieldAt(const Story& story, Position position) {
 
 [[noreturn]] void refuse(const Restriction& restriction) {
   throw errors::Fault(word::kCommandFailed, base::utf16(restriction.sentence))
-      .with(errors::Problem::unsupported);
+      .with(restriction.problem);
 }
 
 void requireRemovable(const Story& story, Span span) {

@@ -18,6 +18,14 @@ using namespace std::string_view_literals;
 
 constexpr std::array kExtensions = {"doc"sv, "dot"sv};
 
+std::optional<document::Restriction> signatureOf(const cfb::CompoundFile& file) {
+  if (!file.find("_signatures") && !file.find("_xmlsignatures")) return std::nullopt;
+  return document::Restriction{document::Restriction::Of::change,
+                               "The document is digitally signed, and a change would make the signature "
+                               "invalid; remove the signature in a word processor first.",
+                               errors::Problem::signature};
+}
+
 }  // namespace
 
 bool DocFormat::recognises(base::ByteSpan bytes, std::string_view extension) const {
@@ -34,16 +42,19 @@ formats::Opened DocFormat::read(base::Bytes bytes, const formats::Hint& hint) co
   const auto document = std::make_shared<const Opened>(std::move(bytes));
   Walker walker(document->text);
   const std::vector<StoryPlace> stories = storiesOf(document->text);
+  const std::optional<document::Restriction> signed_ = signatureOf(document->streams.file);
+  std::vector<OldStory> old;
   formats::Opened opened;
   for (const StoryPlace& place : stories) {
     if (!hint.allStories && !opened.stories.empty()) break;
-    document::Content content = TextReader(walker, &DocSource::restriction()).read(place.from, place.to);
+    document::Content content = TextReader(walker, signed_ ? &*signed_ : nullptr).read(place);
     content.kind = place.kind;
     if (place.anchor) content.anchors.push_back(*place.anchor);
+    old.push_back({place, content.highlight});
     opened.stories.push_back(std::move(content));
   }
   opened.again.allStories = hint.allStories;
-  opened.source = std::make_unique<DocSource>(document, opened.stories.front().text.length());
+  opened.source = std::make_unique<DocSource>(document, std::move(old));
   opened.protection = protectionOf(document->text);
   return opened;
 }

@@ -1,31 +1,48 @@
 #include "doc_source.h"
 
 #include "appearance_reader.h"
+#include "base/utf.h"
 #include "other_texts.h"
 #include "reader.h"
 
+#include <array>
+#include <cstdio>
+
 namespace pluvo::doc {
 
-const document::Restriction& DocSource::restriction() {
-  static const document::Restriction kRestriction = {document::Restriction::Of::change,
-                                                     "Documents of this kind (.doc) are searched and shown, "
-                                                     "but not changed yet; save this one as .docx in a word "
-                                                     "processor, and change that."};
-  return kRestriction;
-}
-
-/// Its restriction refuses every edit, of any text.
-std::optional<std::string> DocSource::refusesText(std::u16string_view /*newText*/) const {
+std::optional<std::string> DocSource::refusesText(std::u16string_view newText) const {
+  for (std::size_t i = 0; i < newText.size(); ++i) {
+    const char16_t unit = newText[i];
+    const bool isPair =
+        base::isHighSurrogate(unit) && i + 1 < newText.size() && base::isLowSurrogate(newText[i + 1]);
+    const bool isHalf = !isPair && (base::isHighSurrogate(unit) || base::isLowSurrogate(unit));
+    const bool hasPlace = unit >= 0x20 || (unit >= 9 && unit <= 14) || unit == 30 || unit == 31;
+    if (isPair) ++i;
+    if (hasPlace && !isHalf) continue;
+    std::array<char, 8> code{};
+    std::snprintf(code.data(), code.size(), "U+%04X", static_cast<unsigned>(unit));
+    return std::string("A Word document cannot hold the character ") + code.data() +
+           "; leave it out of the text.";
+  }
   return std::nullopt;
 }
 
 void DocSource::write(const document::Document& document, base::Output& out) const {
-  if (document.changed()) throw errors::DocumentError(errors::Problem::unsupported, restriction().sentence);
-  out.write(opened_->streams.file.bytes());
+  const Streams& streams = opened_->streams;
+  bool isEdited = false;
+  for (std::size_t i = 0; i < stories_.size() && !isEdited; ++i)
+    isEdited = doc::isEdited(document.story(i), stories_[i]);
+  if (!isEdited) return out.write(streams.file.bytes());
+  const NewStreams written = edited(opened_->text, stories_, document);
+  const cfb::Change changes[] = {
+      {*streams.file.stream("WordDocument"), {written.document}},
+      {*streams.file.stream(opened_->text.fib.has(Fib::kTableOne) ? "1Table" : "0Table"), {written.tables}}};
+  cfb::rewrite(streams.file, changes, out);
 }
 
 std::vector<text::RunMap<formats::Appearance>> DocSource::appearance() const {
-  return {readAppearance(opened_->text, 0, opened_->text.fib.length(Part::main), length_)};
+  return {readAppearance(opened_->text, 0, opened_->text.fib.length(Part::main),
+                         stories_.front().highlight.length())};
 }
 
 void DocSource::tellOtherTexts(const document::Story& mainText, formats::OtherTexts& texts) const {

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "document_writer.h"
 #include "formats/format.h"
 #include "word_file.h"
 
 #include <memory>
+#include <vector>
 
 namespace pluvo::doc {
 
@@ -17,9 +19,8 @@ struct Opened {
 
 class DocSource final : public formats::Source {
  public:
-  /// Of a main text of so many characters.
-  DocSource(std::shared_ptr<const Opened> opened, text::Position length)
-      : opened_(std::move(opened)), length_(length) {}
+  DocSource(std::shared_ptr<const Opened> opened, std::vector<OldStory> stories)
+      : opened_(std::move(opened)), stories_(std::move(stories)) {}
 
   std::optional<std::string> refusesText(std::u16string_view newText) const override;
   bool holdsHighlight() const override { return true; }
@@ -28,12 +29,9 @@ class DocSource final : public formats::Source {
   std::vector<text::RunMap<formats::Appearance>> appearance() const override;
   void tellOtherTexts(const document::Story& mainText, formats::OtherTexts& texts) const override;
 
-  /// Why nothing of it can be changed.
-  static const document::Restriction& restriction();
-
  private:
   std::shared_ptr<const Opened> opened_;
-  text::Position length_;
+  std::vector<OldStory> stories_;
 };
 
 }  // namespace pluvo::doc

@@ -38,6 +38,8 @@ Fib Fib::read(base::ByteSpan document, std::size_t at) {
   fib.textTo_ = get32(block, kTextTo);
   std::size_t next = kCounts;
   numbers(block, next, 2);
+  fib.sizeAt_ = at + next + 2;
+  fib.lengthsAt_ = fib.sizeAt_ + kFirstLength * 4;
   const base::ByteSpan longs = numbers(block, next, 4);
   if (longs.size() < (kFirstLength + kParts) * 4) throw damaged("information block is too short");
   std::int64_t all = 1;
@@ -47,6 +49,7 @@ Fib Fib::read(base::ByteSpan document, std::size_t at) {
     fib.lengths_[i] = static_cast<text::Position>(length);
     if (all > text::kMaxLength) throw damaged("texts are longer than any could be");
   }
+  fib.extentsAt_ = at + next + 2;
   const base::ByteSpan pairs = numbers(block, next, 8);
   for (std::size_t i = 0; i + 8 <= pairs.size(); i += 8)
     fib.tables_.push_back({get32(pairs, i), get32(pairs, i + 4)});
@@ -62,8 +65,7 @@ text::Position Fib::lengthOfAll() const {
   return all == length(Part::main) ? all : all + 1;
 }
 
-base::ByteSpan Fib::in(base::ByteSpan tables, Table which) const {
-  const auto number = static_cast<std::size_t>(which);
+base::ByteSpan Fib::in(base::ByteSpan tables, std::size_t number) const {
   if (number >= tables_.size() || tables_[number].length == 0) return {};
   const Extent& extent = tables_[number];
   if (extent.at > tables.size() || extent.length > tables.size() - extent.at)

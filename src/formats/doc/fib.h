@@ -50,6 +50,7 @@ class Fib {
   enum Flag : std::uint16_t {
     kTemplate = 0x0001,
     kGlossary = 0x0002,
+    kSavedInParts = 0x0004,
     kEncrypted = 0x0100,
     kTableOne = 0x0200,
     kReadOnlyRecommended = 0x0400,
@@ -70,16 +71,27 @@ class Fib {
   /// Of all parts, with the mark at the very end that there is where any but the first has text.
   text::Position lengthOfAll() const;
 
-  /// The bytes of a table; none where there is no such table. Throws DocumentError: damaged where the stream
-  /// does not hold them.
-  base::ByteSpan in(base::ByteSpan tables, Table which) const;
-
- private:
+  /// Where a table lies in its stream.
   struct Extent {
     std::uint32_t at = 0;
     std::uint32_t length = 0;
   };
+  /// Of all tables, by their numbers.
+  const std::vector<Extent>& extents() const { return tables_; }
+  /// Where in the stream the lengths of texts stand, and the extents.
+  std::size_t lengthsAt() const { return lengthsAt_; }
+  std::size_t extentsAt() const { return extentsAt_; }
+  /// Where the number of bytes in use stands.
+  std::size_t sizeAt() const { return sizeAt_; }
 
+  /// The bytes of a table; none where there is no such table. Throws DocumentError: damaged where the stream
+  /// does not hold them.
+  base::ByteSpan in(base::ByteSpan tables, Table which) const {
+    return in(tables, static_cast<std::size_t>(which));
+  }
+  base::ByteSpan in(base::ByteSpan tables, std::size_t number) const;
+
+ private:
   std::uint16_t flags_ = 0;
   std::uint16_t version_ = 0;
   std::uint16_t glossary_ = 0;
@@ -87,6 +99,9 @@ class Fib {
   std::uint32_t textTo_ = 0;
   std::array<text::Position, kParts> lengths_{};
   std::vector<Extent> tables_;
+  std::size_t lengthsAt_ = 0;
+  std::size_t extentsAt_ = 0;
+  std::size_t sizeAt_ = 0;
 };
 
 }  // namespace pluvo::doc

@@ -53,6 +53,18 @@ FormattedPages::Run FormattedPages::at(std::uint32_t byte, Place& last) const {
   return onPage(byte, last);
 }
 
+bool FormattedPages::isSound(std::uint32_t byte) const {
+  const auto behind = std::ranges::upper_bound(entries_, byte, {}, &Entry::from);
+  if (behind == entries_.begin() || behind == entries_.end()) return false;
+  const base::ByteSpan page = document_.subspan(std::size_t{(behind - 1)->page} * kPage, kPage);
+  const std::size_t count = page[kPage - 1];
+  const std::size_t element = of_ == Of::characters ? 1 : kParagraphElement;
+  if ((count + 1) * 4 + count * element > kPage - 1) return false;
+  for (std::size_t i = 0; i < count; ++i)
+    if (get32(page, i * 4) >= get32(page, (i + 1) * 4)) return false;
+  return get32(page, 0) == (behind - 1)->from && get32(page, count * 4) == behind->from;
+}
+
 FormattedPages::Run FormattedPages::onPage(std::uint32_t byte, Place& place) const {
   const base::ByteSpan page = document_.subspan(std::size_t{entries_[place.entry].page} * kPage, kPage);
   Run run{entries_[place.entry].from, entries_[place.entry + 1].from, 0, {}};

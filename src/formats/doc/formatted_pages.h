@@ -33,6 +33,17 @@ class FormattedPages {
   /// The run of a byte. It is sought where one was found last, and then right after that.
   Run at(std::uint32_t byte, Place& last) const;
 
+  /// From which byte on a page is for the text.
+  struct Entry {
+    std::uint32_t from = 0;
+    std::uint32_t page = 0;
+  };
+  /// Front to back, with one more that says where the last ends; none where there is no table.
+  const std::vector<Entry>& entries() const { return entries_; }
+
+  /// Whether the page of a byte is for the very bytes that the table says.
+  bool isSound(std::uint32_t byte) const;
+
   static constexpr std::size_t kPage = 512;
   /// Calls visit(place) with where each page begins.
   template <class Visit>
@@ -41,11 +52,6 @@ class FormattedPages {
   }
 
  private:
-  struct Entry {
-    std::uint32_t from = 0;
-    std::uint32_t page = 0;
-  };
-
   Run onPage(std::uint32_t byte, Place& place) const;
   Run withProperties(base::ByteSpan page, std::size_t index, Run run) const;
 

@@ -82,7 +82,7 @@ class Teller {
       if (place.kind == word::wdMainTextStory) continue;
       const bool isInMain = place.anchor && place.anchor->story == 0;
       if (isInMain && mainText_.changed() && !kept.holds(place.anchor->position)) continue;
-      texts_.story(kindOf(place.kind), TextReader(walker, nullptr).read(place.from, place.to));
+      texts_.story(kindOf(place.kind), TextReader(walker).read(place));
     }
   }
 

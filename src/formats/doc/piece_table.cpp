@@ -41,6 +41,7 @@ PieceTable PieceTable::read(base::ByteSpan bytes, base::ByteSpan document) {
     piece.narrow = (place & kNarrow) != 0;
     piece.offset = piece.narrow ? (place & ~kNarrow) / 2 : place;
     piece.prm = base::get16(element, 6);
+    piece.flags = base::get16(element, 0);
     const bool isInOrder = piece.from == table.length() && piece.to > piece.from;
     if (!isInOrder) throw brokenTable();
     const auto length = static_cast<std::uint64_t>(piece.to - piece.from) * piece.width();

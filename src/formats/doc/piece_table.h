@@ -16,8 +16,9 @@ struct Piece {
   text::Position from = 0;
   text::Position to = 0;
   std::uint32_t offset = 0;
-  bool narrow = false;    ///< one byte a character, else two
-  std::uint16_t prm = 0;  ///< properties over those of its pages
+  bool narrow = false;      ///< one byte a character, else two
+  std::uint16_t prm = 0;    ///< properties over those of its pages
+  std::uint16_t flags = 0;  ///< what else the table says of it
 
   std::uint32_t width() const { return narrow ? 1 : 2; }
   std::uint32_t offsetOf(text::Position at) const {
@@ -38,6 +39,8 @@ class PieceTable {
 
   std::span<const Piece> pieces() const { return pieces_; }
   text::Position length() const { return pieces_.empty() ? 0 : pieces_.back().to; }
+  /// The groups of properties that prms name.
+  std::span<const base::ByteSpan> groups() const { return groups_; }
   /// The number of the piece in which a character lies.
   std::size_t indexAt(text::Position at) const;
 

@@ -18,16 +18,20 @@ inline constexpr std::uint16_t kDeleted = 0x0800, kInserted = 0x0801, kData = 0x
                                kItalic = 0x0836, kStruck = 0x0837, kHidden = 0x083C, kSpecial = 0x0855,
                                kObject = 0x0856, kHighlight = 0x2A0C, kPlain = 0x2A33, kUnderline = 0x2A3E,
                                kDoublyStruck = 0x2A53, kCharacterStyle = 0x4A30, kSymbol = 0x6A09,
-                               kPicture = 0x6A03;
+                               kPicture = 0x6A03, kOle = 0x080A, kLocation = 0x680E, kField = 0x0802,
+                               kControl = 0x2A90, kInsertedBy = 0x4804, kInsertedAt = 0x6805,
+                               kDeletedBy = 0x4863, kDeletedAt = 0x6864, kLookChanged = 0xCA89,
+                               kLookChanged90 = 0xCA57, kFieldChanged = 0xCA62;
 inline constexpr std::uint16_t kRowDefinition = 0xD608, kTabs = 0xC615;
 }  // namespace code
 
-/// The properties in a row of bytes: visit(code, operand). What is cut off is left out.
+/// The properties in a row of bytes: visit(code, operand, all its bytes). What is cut off is left out.
 template <class Visit>
-void forEachProperty(base::ByteSpan bytes, Visit visit) {
+void forEachWholeProperty(base::ByteSpan bytes, Visit visit) {
   std::size_t at = 0;
   while (at + 2 < bytes.size()) {
     const std::uint16_t property = base::get16(bytes, at);
+    const std::size_t from = at;
     at += 2;
     std::size_t size = 0;
     std::size_t skip = 0;  // a length in front of the operand
@@ -64,9 +68,17 @@ void forEachProperty(base::ByteSpan bytes, Visit visit) {
         size = 2;
     }
     if (skip + size > bytes.size() - at) return;
-    visit(property, bytes.subspan(at + skip, size));
+    visit(property, bytes.subspan(at + skip, size), bytes.subspan(from, at + skip + size - from));
     at += skip + size;
   }
+}
+
+/// The same without all the bytes: visit(code, operand).
+template <class Visit>
+void forEachProperty(base::ByteSpan bytes, Visit visit) {
+  forEachWholeProperty(bytes, [&](std::uint16_t property, base::ByteSpan operand, base::ByteSpan) {
+    visit(property, operand);
+  });
 }
 
 /// The code of a property that a piece has by its short number; 0 for what is of no interest here.

@@ -2,6 +2,9 @@
 
 #include "damage.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace pluvo::doc {
 
 using document::ContentBuilder;
@@ -13,6 +16,27 @@ namespace {
 /// Stands for a mark that belongs to no field.
 constexpr char16_t kStrayMark = 0xFFFD;
 constexpr char16_t kSymbol = u'(';
+constexpr char16_t kShape = 8;
+
+/// What is said of the places that cannot be edited as others, in the order of their kinds.
+constexpr std::array<std::pair<document::Restriction::Of, std::string_view>, 6> kSentences = {
+    {{document::Restriction::Of::removal,
+      "A drawing or a text box is anchored in this text, and would lose its place. Move or delete it in a "
+      "word processor first, or leave this place out."},
+     {document::Restriction::Of::removal,
+      "A comment begins with a mark that it cannot do without. Leave this place out."},
+     {document::Restriction::Of::removal,
+      "The sections on both sides of this break have headers and footers of their own. Delete the break in a "
+      "word processor, or leave this place out."},
+     {document::Restriction::Of::change,
+      "The mark of a field stands here without the rest of the field. Open the document in a word processor "
+      "and save it again, or leave this place out."},
+     {document::Restriction::Of::change,
+      "The mark of a table's cell or row stands here outside all tables. Open the document in a word "
+      "processor and save it again, or leave this place out."},
+     {document::Restriction::Of::change,
+      "The text breaks off without the mark that should end it. Open the document in a word processor and "
+      "save it again."}}};
 
 bool isFieldUnit(char16_t unit) { return unit >= text::kFieldBegin && unit <= text::kFieldEnd; }
 
@@ -26,10 +50,14 @@ bool haveFieldUnit(std::u16string_view units) {
 }  // namespace
 
 TextReader::TextReader(Walker& walker, const document::Restriction* restriction) : walker_(walker) {
+  odd_.fill(document::kNone);
   if (restriction != nullptr) restriction_ = builder_.addRestriction(*restriction);
 }
 
-document::Content TextReader::read(Position from, Position to) {
+document::Content TextReader::read(const StoryPlace& place) {
+  const Position from = place.from;
+  const Position to = place.to;
+  kind_ = place.kind;
   builder_.expect(static_cast<std::size_t>(to - from) + 1);
   fieldMarks_ = walker_.fieldMarks(from, to);
   walker_.walk(from, to, *this);
@@ -40,8 +68,35 @@ document::Content TextReader::read(Position from, Position to) {
   }
   settle();
   goToDepth(0);
-  if (!endsInMark_) builder_.append(text::kParagraphMark, lookOf({}));
-  return builder_.finish();
+  Look last = lookOf({});
+  if (!endsInMark_) restrict(Odd::end, last);
+  if (!endsInMark_) builder_.append(text::kParagraphMark, last);
+  document::Content content = builder_.finish();
+  if (!endsInMark_) restrictAll(content);
+  return content;
+}
+
+/// A restriction of the whole text goes before.
+void TextReader::restrict(Odd odd, Look& look) {
+  if (restriction_ != document::kNone) return;
+  std::int8_t& number = odd_[static_cast<std::size_t>(odd)];
+  if (number == document::kNone) {
+    const auto& [of, sentence] = kSentences[static_cast<std::size_t>(odd)];
+    number = builder_.addRestriction({of, std::string(sentence)});
+  }
+  look.restriction = number;
+}
+
+/// As its last character is.
+void TextReader::restrictAll(document::Content& content) {
+  const std::int8_t restriction = content.structure.valueAt(content.structure.length() - 1).restriction;
+  text::RunMap<document::Structure> all;
+  for (const auto& run : content.structure.runs()) {
+    document::Structure structure = run.value;
+    structure.restriction = restriction;
+    all.append(run.to - run.from, structure);
+  }
+  content.structure = std::move(all);
 }
 
 Look TextReader::lookOf(const CharacterLook& look) const {
@@ -69,13 +124,17 @@ void TextReader::special(Position at, std::u16string_view units, const Character
         ++runsOfParagraph_;
       } else {
         now.hidden = now.hidden || look.special;
+        if (look.special) restrict(Odd::field, now);
         add({&kStrayMark, 1}, now);
       }
     } else if (look.special && unit == kSymbol && look.symbol != 0) {
       add({&look.symbol, 1}, now);
     } else {
       // Nobody sees where a comment is anchored, so a text is found across it.
-      now.hidden = now.hidden || (look.special && unit == text::kCommentReference);
+      const bool isComment = look.special && unit == text::kCommentReference;
+      now.hidden = now.hidden || isComment;
+      if (isComment && kind_ == word::wdCommentsStory) restrict(Odd::comment, now);
+      if (look.special && unit == kShape) restrict(Odd::shape, now);
       add({&unit, 1}, now);
     }
     ++at;
@@ -85,7 +144,8 @@ void TextReader::special(Position at, std::u16string_view units, const Character
 void TextReader::add(std::u16string_view units, const Look& look) {
   const bool goesOn =
       runsOfParagraph_ > 0 && runs_.back().fieldMark == 0 && runs_.back().look.hidden == look.hidden &&
-      runs_.back().look.highlight == look.highlight && runs_.back().look.deleted == look.deleted;
+      runs_.back().look.highlight == look.highlight && runs_.back().look.deleted == look.deleted &&
+      runs_.back().look.restriction == look.restriction;
   if (!goesOn) {
     runs_.push_back({look, 0, 0});
     ++runsOfParagraph_;
@@ -96,7 +156,8 @@ void TextReader::add(std::u16string_view units, const Look& look) {
 
 void TextReader::mark(Position /*at*/, Mark mark, std::int32_t depth, const CharacterLook& look) {
   // The end of a row is nothing that has a look.
-  const Look now = lookOf(mark == Mark::row ? CharacterLook{} : look);
+  Look now = lookOf(mark == Mark::row ? CharacterLook{} : look);
+  if (mark == Mark::section && walker_.haveHeaders()) restrict(Odd::section, now);
   paragraphs_.push_back({mark, now, static_cast<std::size_t>(depth), runsOfParagraph_});
   runsOfParagraph_ = 0;
   const bool endsRow = mark == Mark::row && depth == 1;
@@ -130,9 +191,11 @@ void TextReader::settleMarks() {
       const bool endsCell = i > 0 && paragraphs_[i - 1].mark == Mark::cell &&
                             paragraphs_[i - 1].depth == paragraph.depth && paragraph.runs == 0;
       if (!endsCell) paragraph.mark = Mark::paragraph;
+      if (!endsCell) restrict(Odd::row, paragraph.look);
       if (endsCell && !isWithin) ending.push_back(paragraph.depth);
     } else if (paragraph.mark == Mark::cell && !isWithin) {
       paragraph.mark = Mark::paragraph;
+      restrict(Odd::row, paragraph.look);
     }
     paragraph.depth = ending.size();
   }

@@ -2,8 +2,10 @@
 
 #include "document/content.h"
 #include "document/content_builder.h"
+#include "stories.h"
 #include "walker.h"
 
+#include <array>
 #include <string>
 #include <vector>
 
@@ -14,10 +16,11 @@ namespace pluvo::doc {
 /// ends: a row is kept until then. Marks of cells and rows that make no row are paragraph marks.
 class TextReader final : public Events {
  public:
-  TextReader(Walker& walker, const document::Restriction* restriction);
+  /// A restriction holds for all of the text.
+  explicit TextReader(Walker& walker, const document::Restriction* restriction = nullptr);
 
-  /// The text [from, to) of the file.
-  document::Content read(text::Position from, text::Position to);
+  /// A story of the file.
+  document::Content read(const StoryPlace& place);
 
   void text(text::Position at, std::u16string_view units, const CharacterLook& look) override;
   void mark(text::Position at, Mark mark, std::int32_t depth, const CharacterLook& look) override;
@@ -29,6 +32,8 @@ class TextReader final : public Events {
     char16_t fieldMark = 0;
     std::size_t count = 0;
   };
+  /// What a character is that cannot be edited as others are, with the number of the restriction.
+  enum class Odd : std::uint8_t { shape, comment, section, field, row, end };
   struct Paragraph {
     Mark mark = Mark::paragraph;
     document::Look look;
@@ -37,6 +42,8 @@ class TextReader final : public Events {
   };
 
   document::Look lookOf(const CharacterLook& look) const;
+  void restrict(Odd odd, document::Look& look);
+  void restrictAll(document::Content& content);
   void special(text::Position at, std::u16string_view units, const CharacterLook& look);
   void add(std::u16string_view units, const document::Look& look);
   void settle();
@@ -48,6 +55,8 @@ class TextReader final : public Events {
   Walker& walker_;
   document::ContentBuilder builder_;
   std::int8_t restriction_ = document::kNone;
+  std::array<std::int8_t, 6> odd_;
+  word::WdStoryType kind_ = word::wdMainTextStory;
   std::vector<FieldMark> fieldMarks_;
   std::size_t nextFieldMark_ = 0;
 

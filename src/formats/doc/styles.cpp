@@ -56,7 +56,12 @@ Styles Styles::read(base::ByteSpan sheet, base::ByteSpan data) {
     at += size;
     at += at % 2;
   }
-  for (std::size_t i = 0; i < styles.styles_.size(); ++i) styles.makeReady(i, data, 0);
+  for (std::size_t i = 0; i < styles.styles_.size(); ++i) {
+    styles.makeReady(i, data, 0);
+    CharacterLook own;
+    apply(styles.styles_[i].ofCharacters, own);
+    styles.haveHighlight_ = styles.haveHighlight_ || own.highlight != 0;
+  }
   return styles;
 }
 

@@ -18,6 +18,8 @@ class Styles {
     return at(paragraphStyle).character;
   }
   CharacterLook withCharacterStyle(CharacterLook look, std::uint16_t style) const;
+  /// Whether any of them says how characters are highlighted.
+  bool haveHighlight() const { return haveHighlight_; }
   const ParagraphLook& paragraphLook(std::uint16_t style) const { return at(style).paragraph; }
 
  private:
@@ -38,6 +40,7 @@ class Styles {
   void makeReady(std::size_t style, base::ByteSpan data, int depth);
 
   std::vector<Style> styles_;
+  bool haveHighlight_ = false;
   Style nothing_;
 };
 

@@ -41,11 +41,16 @@ class Walker {
   /// Of the paragraph at hand.
   const ParagraphLook& paragraph() const { return paragraph_; }
 
+  /// The first character of [from, to) that ends a paragraph; `to` where there is none.
+  text::Position nextMark(text::Position from, text::Position to) const;
+
+  /// Whether any section has a header or footer.
+  bool haveHeaders() const { return text_.fib.length(Part::headers) > 0; }
+
   /// The marks of whole fields there. Throws DocumentError: damaged for fields in each other too deep.
   std::vector<FieldMark> fieldMarks(text::Position from, text::Position to);
 
  private:
-  text::Position nextMark(text::Position from, text::Position to) const;
   bool endsSection(text::Position at) const;
   void readParagraphLook(text::Position at);
   CharacterLook lookAt(const Piece& piece, text::Position at);

@@ -52,7 +52,9 @@ class DocBuilder {
   void begin(Part part) { part_ = static_cast<std::size_t>(part); }
   text::Position length() const { return lengths_[part_]; }
   text::Position lengthOf(Part part) const { return lengths_[static_cast<std::size_t>(part)]; }
-  void notation(std::string_view text) { notation::Parser<DocBuilder>(text, *this).parse(); }
+  notation::Ranges notation(std::string_view text) {
+    return notation::Parser<DocBuilder>(text, *this).parse();
+  }
 
   void append(char16_t unit, Look look = {}) {
     add(unit, look, "", unit == text::kParagraphMark ? ofParagraph() : "");
@@ -110,7 +112,8 @@ class DocBuilder {
     tables[Table::characterPages] = pages(document, end, false);
     tables[Table::paragraphPages] = pages(document, end, true);
     if (!sections_.empty())
-      tables[Table::sections] = number(0U) + sections_ + std::string(sections_.size() / 4 * 12, '\0');
+      tables[Table::sections] =
+          number(0U) + sections_ + number(lengths_[0]) + std::string(sections_.size() * 3 + 12, '\0');
     std::string tableStream(8, '\0');
     writeBlock(document, tableStream, end);
     cfb::Streams all_ = streams;

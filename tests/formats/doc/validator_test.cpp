@@ -89,7 +89,7 @@ std::string sound() {
   b.tables[Table::footnoteReferences] = b.places({10, 15}, short_(1));
   b.tables[Table::footnoteTexts] = b.places({0, 5, 6});
   b.begin(Part::headers), b.notation("head¶¶");
-  b.tables[Table::headerTexts] = b.places({0, 0, 0, 0, 0, 0, 0, 6, 6, 6, 6, 6, 6, 7});
+  b.tables[Table::headerTexts] = b.places({0, 0, 0, 0, 0, 0, 0, 6, 6, 6, 6, 6, 6, 6, 6, 6, 6, 6, 6, 7});
   b.begin(Part::comments), b.special(5), b.notation("said¶¶");
   b.tables[Table::commentReferences] = b.places({11, 15}, std::string(30, '\0'));
   b.tables[Table::commentTexts] = b.places({0, 6, 7});

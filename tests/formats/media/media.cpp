@@ -12,6 +12,7 @@ const std::vector<Medium>& media() {
                                           docxNoteMedium(),
                                           docxBoxMedium(),
                                           rtfMedium(),
+                                          docMedium(),
                                           htmlMedium(),
                                           htmlNoteMedium(),
                                           utf8Medium(),

@@ -31,6 +31,7 @@ Medium docxMedium();
 Medium docxNoteMedium();
 Medium docxBoxMedium();
 Medium rtfMedium();
+Medium docMedium();
 Medium htmlMedium();
 /// In a footnote beside another.
 Medium htmlNoteMedium();

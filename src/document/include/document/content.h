@@ -1,5 +1,6 @@
 #pragma once
 
+#include "errors/problem.h"
 #include "text/original.h"
 #include "text/positions.h"
 #include "text/run_map.h"
@@ -58,6 +59,7 @@ struct Restriction {
   Of of = Of::change;
   /// Why an edit is refused, and what to do, for the user; UTF-8.
   std::string sentence;
+  errors::Problem problem = errors::Problem::unsupported;
 };
 
 /// What the edit policy must know of a character besides the character itself.

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "document/document.h"
+#include "stories.h"
+#include "word_file.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace pluvo::doc {
+
+/// A story as it was read.
+struct OldStory {
+  StoryPlace place;
+  text::RunMap<std::uint8_t> highlight;
+};
+
+/// Whether a story is another than it was read.
+bool isEdited(const document::Story& story, const OldStory& old);
+
+/// The streams of a new version.
+struct NewStreams {
+  std::vector<std::uint8_t> document;
+  std::vector<std::uint8_t> tables;
+};
+
+/// Carries the edits of a document over to its streams as a word processor does that saves only what changed:
+/// new text and new pages of formatting come behind what there is, and the table of pieces leads to them.
+/// Bytes that stay in use stay where they are; those of deleted text become zeros.
+///
+/// Throws errors::DocumentError.
+NewStreams edited(const Text& text, const std::vector<OldStory>& stories, const document::Document& document);
+
+}  // namespace pluvo::doc

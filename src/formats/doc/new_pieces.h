@@ -1,0 +1,66 @@
+#pragma once
+
+#include "moved_places.h"
+#include "word_file.h"
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace pluvo::doc {
+
+/// The pieces of the new version in the making, front to back.
+class NewPieces {
+ public:
+  explicit NewPieces(const Text& text) : text_(text) {}
+
+  /// Old text stays, maybe in another highlight.
+  void keep(text::Position from, text::Position to, std::optional<std::uint8_t> colour = std::nullopt);
+  void drop(text::Position from, text::Position to) { places_.add(from, 0, to - from); }
+  /// New text that lies at a byte comes before an old place.
+  void put(text::Position before, std::uint32_t offset, text::Position length, const std::string& properties,
+           bool hasMark);
+
+  const MovedPlaces& places() const { return places_; }
+
+  /// Bytes of old text that get a highlight in the pages of characters.
+  struct Recoloured {
+    std::uint32_t from = 0;
+    std::uint32_t to = 0;
+    std::uint8_t colour = 0;
+  };
+  /// Gives every stretch its highlight, in the properties of its piece where these suffice. What is left to
+  /// the pages comes in the order of its bytes.
+  std::vector<Recoloured> settle();
+
+  /// The table, after settle.
+  std::string table() const;
+  std::vector<Piece> pieces() const;
+
+ private:
+  struct Stretch {
+    Piece piece;                         ///< with its new places
+    std::size_t old = 0;                 ///< the number of the piece it is of
+    std::optional<std::uint8_t> colour;  ///< that it is to get
+  };
+
+  void add(const Stretch& stretch);
+  void join();
+  bool fitsPages(const Stretch& stretch, const std::vector<bool>& shared) const;
+  bool hasMark(const Piece& piece) const;
+  std::vector<bool> sharedPieces() const;
+  void recolour(Stretch& stretch);
+  std::optional<std::uint8_t> colourInPages(const Piece& piece) const;
+  std::uint16_t prmFor(const std::string& properties);
+
+  const Text& text_;
+  MovedPlaces places_;
+  std::vector<Stretch> stretches_;
+  text::Position length_ = 0;
+  std::vector<std::string> newGroups_;
+  std::map<std::string, std::uint16_t> knownGroups_;
+};
+
+}  // namespace pluvo::doc

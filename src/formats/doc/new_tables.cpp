@@ -1,0 +1,61 @@
+#include "new_tables.h"
+
+#include <algorithm>
+
+namespace pluvo::doc {
+
+bool NewTables::overlapsOthers(std::size_t number) const {
+  const auto& extents = fib_.extents();
+  const auto endOf = [](const Fib::Extent& extent) { return std::uint64_t{extent.at} + extent.length; };
+  for (std::size_t i = 0; i < extents.size(); ++i) {
+    if (i == number || extents[i].length == 0) continue;
+    if (extents[i].at < endOf(extents[number]) && extents[number].at < endOf(extents[i])) return true;
+  }
+  return false;
+}
+
+NewTables::Written NewTables::write() const {
+  Written written{{tables_.begin(), tables_.end()}, fib_.extents()};
+  std::vector<std::uint8_t>& stream = written.stream;
+  auto& extents = written.extents;
+  std::vector<std::size_t> waiting;
+  for (const auto& [number, bytes] : changed_) {
+    if (number >= extents.size()) continue;
+    Fib::Extent& extent = extents[number];
+    if (old(number).empty() && bytes.empty()) continue;
+    const bool ownsPlace = extent.length > 0 && !overlapsOthers(number);
+    const bool fits = ownsPlace && bytes.size() <= extent.length;
+    if (ownsPlace) {
+      const auto place = stream.begin() + static_cast<std::ptrdiff_t>(extent.at);
+      std::fill_n(place, extent.length, std::uint8_t{0});
+      if (fits) std::ranges::copy(bytes, place);
+    }
+    if (fits) {
+      extent.length = static_cast<std::uint32_t>(bytes.size());
+    } else if (bytes.empty()) {
+      extent.length = 0;
+    } else {
+      waiting.push_back(number);
+    }
+  }
+  // What lay at the end makes room.
+  for (bool shrank = true; shrank;) {
+    shrank = false;
+    for (const std::size_t number : waiting) {
+      const Fib::Extent& extent = extents[number];
+      const bool isLast = extent.length > 0 && extent.at + std::size_t{extent.length} == stream.size();
+      if (!isLast || overlapsOthers(number)) continue;
+      stream.resize(extent.at);
+      shrank = true;
+    }
+  }
+  for (const std::size_t number : waiting) {
+    const std::string& bytes = changed_.at(number);
+    stream.resize(stream.size() + stream.size() % 2);
+    extents[number] = {static_cast<std::uint32_t>(stream.size()), static_cast<std::uint32_t>(bytes.size())};
+    stream.insert(stream.end(), bytes.begin(), bytes.end());
+  }
+  return written;
+}
+
+}  // namespace pluvo::doc

@@ -1,0 +1,180 @@
+#include "table_mover.h"
+
+#include "damage.h"
+#include "plc.h"
+#include "plc_writer.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <vector>
+
+namespace pluvo::doc {
+
+using text::Position;
+
+namespace {
+
+struct PartTable {
+  std::uint8_t number;
+  Part part;
+  std::uint8_t elementSize;
+};
+
+/// Each element is for a character, and goes with it: marks of fields, anchors of shapes.
+constexpr std::array kOfMarks = {PartTable{16, Part::main, 2},      PartTable{17, Part::headers, 2},
+                                 PartTable{18, Part::footnotes, 2}, PartTable{19, Part::comments, 2},
+                                 PartTable{20, Part::macros, 2},    PartTable{48, Part::endnotes, 2},
+                                 PartTable{57, Part::boxes, 2},     PartTable{59, Part::headerBoxes, 2},
+                                 PartTable{40, Part::main, 26},     PartTable{41, Part::headers, 26}};
+
+/// Each element is for a text that reaches to the next place: headers, boxes and their lines, subdocuments.
+constexpr std::array kOfTexts = {PartTable{11, Part::headers, 0},      PartTable{56, Part::boxes, 22},
+                                 PartTable{58, Part::headerBoxes, 22}, PartTable{75, Part::boxes, 6},
+                                 PartTable{76, Part::headerBoxes, 6},  PartTable{54, Part::main, 12},
+                                 PartTable{89, Part::main, 4}};
+
+/// Where bookmarks of all kinds begin, and where they end: smart tags, repairs, controls, permissions, moves.
+constexpr std::array<std::array<std::uint8_t, 2>, 9> kBookmarks = {{{22, 23},
+                                                                    {115, 117},
+                                                                    {121, 122},
+                                                                    {124, 125},
+                                                                    {138, 139},
+                                                                    {142, 143},
+                                                                    {166, 167},
+                                                                    {169, 170},
+                                                                    {175, 176}}};
+constexpr std::size_t kCommentBegins = 42, kCommentEnds = 43;
+
+/// What programs make out anew: heights of paragraphs, pages, spelling, versions of layout.
+constexpr std::array<std::uint8_t, 58> kMadeAnew = {
+    8,   34,  49,  55,  63,  64,  65,  66,  67,  68,  77,  78,  79,  80,  81,  82,  86,  88,  90,  93,
+    98,  101, 102, 103, 104, 105, 106, 107, 110, 111, 116, 119, 128, 129, 130, 132, 133, 134, 135, 146,
+    147, 148, 149, 150, 151, 152, 153, 154, 155, 156, 157, 158, 159, 160, 161, 162, 163, 164};
+
+constexpr std::size_t kSectionElement = 12, kNoteElement = 2, kCommentElement = 30;
+
+}  // namespace
+
+Position TableMover::begin(Part part) const { return places_.boundary(fib_.begin(part)); }
+
+Position TableMover::newLength(Part part) const {
+  return places_.boundary(fib_.begin(part) + fib_.length(part)) - begin(part);
+}
+
+/// A place in a part, and not that of a character. What lies outside it moves with its end.
+Position TableMover::boundary(Part part, Position place) const {
+  if (place < 0) return place;
+  if (place > fib_.length(part)) return place + newLength(part) - fib_.length(part);
+  return places_.boundary(fib_.begin(part) + place) - begin(part);
+}
+
+/// Nothing where the character goes.
+std::optional<Position> TableMover::character(Part part, Position place) const {
+  if (place < 0 || place >= fib_.length(part)) return boundary(part, place);
+  const Position at = fib_.begin(part) + place;
+  if (places_.isGone(at)) return std::nullopt;
+  return places_.character(at) - begin(part);
+}
+
+Position TableMover::last(Part part, const Plc& plc) const {
+  return plc.place(plc.count()) + newLength(part) - fib_.length(part);
+}
+
+void TableMover::moveMarks(std::size_t number, Part part, std::size_t elementSize) {
+  const Plc plc(tables_.old(number), elementSize);
+  if (plc.count() == 0) return;
+  PlcWriter moved;
+  for (std::size_t i = 0; i < plc.count(); ++i)
+    if (const auto place = character(part, plc.place(i))) moved.add(*place, plc.element(i));
+  tables_.replace(number, moved.bytes(last(part, plc)));
+}
+
+void TableMover::moveTexts(std::size_t number, Part part, std::size_t elementSize) {
+  const Plc plc(tables_.old(number), elementSize);
+  if (plc.count() == 0) return;
+  PlcWriter moved;
+  for (std::size_t i = 0; i < plc.count(); ++i) moved.add(boundary(part, plc.place(i)), plc.element(i));
+  tables_.replace(number, moved.bytes(last(part, plc)));
+}
+
+/// The section whose mark goes joins the next, and takes over how that looks.
+void TableMover::moveSections() {
+  const Plc plc(tables_.old(Table::sections), kSectionElement);
+  if (plc.count() == 0) return;
+  PlcWriter moved;
+  Position begin = boundary(Part::main, plc.place(0));
+  for (std::size_t i = 0; i < plc.count(); ++i) {
+    const auto mark = character(Part::main, plc.place(i + 1) - 1);
+    if (i + 1 < plc.count() && !mark) continue;
+    moved.add(begin, plc.element(i));
+    if (mark) begin = *mark + 1;
+  }
+  tables_.replace(Table::sections, moved.bytes(last(Part::main, plc)));
+}
+
+/// Text that comes where a bookmark begins lies in it, and where it ends behind it. What is bookmarked for a
+/// comment ends at the comment's mark.
+void TableMover::moveBookmarks(std::size_t begins, std::size_t ends, bool endAtMarks) {
+  const base::ByteSpan from = tables_.old(begins);
+  const base::ByteSpan to = tables_.old(ends);
+  if (from.empty() && to.empty()) return;
+  for (const std::size_t size : {0U, 4U}) {
+    const std::size_t beginSize = size == 0 ? 4 : 6;
+    const Plc beginPlc(from, beginSize);
+    const Plc endPlc(to, size);
+    const bool fits = beginPlc.count() == endPlc.count() &&
+                      from.size() == 4 + beginPlc.count() * (4 + beginSize) &&
+                      to.size() == 4 + endPlc.count() * (4 + size);
+    if (!fits) continue;
+    const Position all = fib_.lengthOfAll();
+    const Position longer = places_.boundary(all) - all;
+    const auto moved = [&](Position place, bool isMark) {
+      if (place < 0) return place;
+      if (place > all) return place + longer;
+      return isMark ? places_.character(place) : places_.boundary(place);
+    };
+    PlcWriter movedBegins;
+    PlcWriter movedEnds;
+    for (std::size_t i = 0; i < beginPlc.count(); ++i) {
+      movedBegins.add(moved(beginPlc.place(i), false), beginPlc.element(i));
+      movedEnds.add(moved(endPlc.place(i), endAtMarks), endPlc.element(i));
+    }
+    tables_.replace(begins, movedBegins.bytes(beginPlc.place(beginPlc.count()) + longer));
+    tables_.replace(ends, movedEnds.bytes(endPlc.place(endPlc.count()) + longer));
+    return;
+  }
+  throw damaged("tables of bookmarks do not go together");
+}
+
+/// A note whose mark goes goes with it, and its text went.
+void TableMover::moveNotes(Table references, std::size_t referenceSize, Table texts, Part part) {
+  const Plc marks(tables_.old(references), referenceSize);
+  const Plc places(tables_.old(texts), 0);
+  if (marks.count() == 0 || places.count() == 0) return;
+  PlcWriter movedMarks;
+  PlcWriter movedTexts;
+  for (std::size_t i = 0; i < places.count(); ++i) {
+    const auto mark = i < marks.count() ? character(Part::main, marks.place(i)) : std::nullopt;
+    if (i < marks.count() && !mark) continue;
+    if (mark) movedMarks.add(*mark, marks.element(i));
+    movedTexts.add(boundary(part, places.place(i)), {});
+  }
+  const bool hasNotes = movedMarks.count() > 0;
+  tables_.replace(references, hasNotes ? movedMarks.bytes(last(Part::main, marks)) : "");
+  tables_.replace(texts, hasNotes ? movedTexts.bytes(last(part, places)) : "");
+}
+
+void TableMover::move() {
+  for (const PartTable& table : kOfMarks) moveMarks(table.number, table.part, table.elementSize);
+  for (const PartTable& table : kOfTexts) moveTexts(table.number, table.part, table.elementSize);
+  moveSections();
+  for (const auto& [begins, ends] : kBookmarks) moveBookmarks(begins, ends, false);
+  moveBookmarks(kCommentBegins, kCommentEnds, true);
+  moveNotes(Table::footnoteReferences, kNoteElement, Table::footnoteTexts, Part::footnotes);
+  moveNotes(Table::endnoteReferences, kNoteElement, Table::endnoteTexts, Part::endnotes);
+  moveNotes(Table::commentReferences, kCommentElement, Table::commentTexts, Part::comments);
+  for (const std::uint8_t number : kMadeAnew) tables_.drop(number);
+}
+
+}  // namespace pluvo::doc
