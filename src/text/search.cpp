@@ -155,6 +155,11 @@ class Execution {
     const std::optional<Stretch> whole = haystack_.text.wholeStretch();
     for (const auto& run : haystack_.visibility.runs(from, to)) {
       if (isVisible(run.value, haystack_.view)) {
+        if (whole && run.from == from && run.to == to) {
+          searchIn(whole->part(from, to),
+                   [&](std::size_t offset) { return from + static_cast<Position>(offset); });
+          return found_;  // nothing lies beside it
+        }
         if (whole) {
           take(run.from, whole->part(run.from, run.to));
         } else {
