@@ -5,7 +5,8 @@
 
 LibreOffice is given copies of Word documents in which content controls are unwrapped and nothing floats: it repeats or drops text in
 the former and moves frames and floating tables out of the text. Left out: notes, annotations, drawings, list labels,
-phonetic guides. Deleted text that is tracked stands where it was deleted.
+phonetic guides. Deleted text that is tracked stands where it was deleted. Other stories of Word documents are
+compared by libreoffice_stories.py.
 """
 
 import os
@@ -134,6 +135,13 @@ def normal(text):
     return re.sub("[\\s\u0007\u000c\u000e\u00a0]+", " ", re.sub("[\u001e\u2011]", "-", text)).strip()
 
 
+def unwrapped(document, copy):
+    with zipfile.ZipFile(document) as old, zipfile.ZipFile(copy, "w", zipfile.ZIP_DEFLATED) as new:
+        for info in old.infolist():
+            data = old.read(info)
+            new.writestr(info.filename, CONTROLS.sub(b"", data) if info.filename.endswith(".xml") else data)
+
+
 def main(folder):
     work = Path(tempfile.mkdtemp(prefix="docx-libreoffice-"))
     copies = []
@@ -142,10 +150,7 @@ def main(folder):
         if document.suffix == ".rtf":
             shutil.copy(document, copies[-1][1])
             continue
-        with zipfile.ZipFile(document) as old, zipfile.ZipFile(copies[-1][1], "w", zipfile.ZIP_DEFLATED) as new:
-            for info in old.infolist():
-                data = old.read(info)
-                new.writestr(info.filename, CONTROLS.sub(b"", data) if info.filename.endswith(".xml") else data)
+        unwrapped(document, copies[-1][1])
     for start in range(0, len(copies), 15):
         subprocess.run(["soffice", f"-env:UserInstallation=file://{work}/profile", "--headless", "--convert-to", "fodt",
                         "--outdir", work, *(copy for _, copy in copies[start : start + 15])],
@@ -162,7 +167,7 @@ def main(folder):
             at = max(0, len(os.path.commonprefix([ours, theirs])) - 30)
             print(f"differs: {document.name}\n  ours   {ours[at : at + 80]!r}\n  theirs {theirs[at : at + 80]!r}")
         listed = Path(f"{document}.stories.txt")
-        if not listed.exists() or not flat.exists() or settled:
+        if not listed.exists() or not flat.exists() or settled or document.suffix != ".rtf":
             continue
         lines = (line.partition(" ") for line in listed.read_text("utf-8", "replace").split("\n") if line)
         ours = [(kind, normal(text)) for kind, _, text in lines]

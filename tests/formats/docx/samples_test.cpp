@@ -146,7 +146,8 @@ TEST(Corpus, isReadBackAsItWasMeantUnchangedHighlightedAndEdited) {
       }
       if (treatment == 2) editAtRandom(opened->document, 1);
       const base::Bytes written = expectSound(document, *opened);
-      if (treatment == 2) formats::leave(file.filename(), written, opened->document);
+      const std::string name = file.filename();
+      if (treatment != 1) formats::leave(treatment == 0 ? "read-" + name : name, written, opened->document);
     }
   }
   EXPECT_GT(count, corpus.size());
