@@ -232,7 +232,12 @@ class Walker {
   std::vector<Scope> scopes_;
   std::size_t tables_ = 0;
   std::size_t hiddenRows_ = 0;
-  std::array<std::size_t, static_cast<std::size_t>(Name::count)> unmatchedTo_{};
+  /// Elements of a name that have no end tag, by where they begin, so far as that is known.
+  struct Unmatched {
+    std::size_t to = 0;
+    std::vector<std::size_t> begins;
+  };
+  std::array<Unmatched, static_cast<std::size_t>(Name::count)> unmatched_{};
   std::size_t conditionEnd_ = 0;  ///< of the comment that is walked as markup; 0 outside
   std::size_t outerEnd_ = 0;      ///< of the bytes around it
   bool lacksEndIf_ = false;       ///< there is none any more

@@ -26,6 +26,12 @@ void applyStyle(const Style& style, State& state) {
   if (style.preformatted) state.blanks = *style.preformatted ? State::Blanks::count : State::Blanks::fold;
 }
 
+/// What of an element's style makes it a character, with what it holds.
+bool isOneCharacter(const Style& style) {
+  return style.tabs > 0 || style.special == Special::fieldBegin || style.special == Special::fieldSeparator ||
+         style.special == Special::fieldEnd || style.special == Special::commentPlace;
+}
+
 void applyName(Name name, State& state) {
   switch (name) {
     case Name::b:
@@ -64,6 +70,8 @@ void applyName(Name name, State& state) {
 void Walker::openInline(const Token& token, const Style& style, const Attributes& attributes) {
   if (style.special != Special::none || style.tabs > 0 || style.isNoteReference) {
     if (special(token, style)) return;
+    // Without an end tag it is nothing, and must not get one.
+    if (isOneCharacter(style) && !state_.silent) return events_.aside(Aside::markup, token.extent);
   }
   if (token.name == Name::a) inlines_.close(Name::a, {});
   if (token.name == Name::rt || token.name == Name::rp || token.name == Name::rtc) {
@@ -180,24 +188,28 @@ bool Walker::otherStory(const Token& token, const Style& style) {
 
 /// An element up to its end tag; the walk goes on after it. Within a paragraph none that holds blocks.
 bool Walker::skipElement(const Token& token, bool withinParagraph, Extent& whole) {
-  std::size_t& unmatchedTo = unmatchedTo_[static_cast<std::size_t>(token.name)];
-  if (token.extent.begin < unmatchedTo) return false;
+  const std::size_t begin = token.extent.begin;
+  Unmatched& unmatched = unmatched_[static_cast<std::size_t>(token.name)];
+  if (begin < unmatched.to && std::ranges::binary_search(unmatched.begins, begin)) return false;
   Tokens ahead = tokens_;
-  std::size_t depth = 1;
+  std::vector<std::size_t> open = {begin};
   for (Token next = ahead.next(); next.kind != Token::Kind::end; next = ahead.next()) {
     if (next.kind != Token::Kind::startTag && next.kind != Token::Kind::endTag) continue;
     if (withinParagraph && (traitsOf(next.name) & kBlock) != 0) break;
     if (next.kind == Token::Kind::startTag && (traitsOf(next.name) & kRaw) != 0) ahead.skipRaw(next);
     if (next.name != token.name) continue;
-    if (token.name == Name::a && next.kind == Token::Kind::startTag) break;
-    depth += next.kind == Token::Kind::startTag ? 1 : 0;
-    depth -= next.kind == Token::Kind::endTag ? 1 : 0;
-    if (depth > 0) continue;
-    whole = {token.extent.begin, next.extent.end};
+    if (next.kind == Token::Kind::startTag) {
+      if (token.name == Name::a) break;
+      open.push_back(next.extent.begin);
+      continue;
+    }
+    open.pop_back();
+    if (!open.empty()) continue;
+    whole = {begin, next.extent.end};
     tokens_.goTo(next.extent.end);
     return true;
   }
-  unmatchedTo = ahead.at();
+  unmatched = {ahead.at(), std::move(open)};
   return false;
 }
 

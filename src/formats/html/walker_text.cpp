@@ -194,7 +194,7 @@ void Walker::decoded(std::size_t& at, std::size_t end) {
   Character character;
   character.bytes = bytes;
   character.units[0] = static_cast<char16_t>(base::kReplacement);
-  character.isInvalid = true;
+  character.isInvalid = !first.isValid;
   put(character);
 }
 

@@ -1,4 +1,5 @@
 #include "formats/docx/random_edits.h"
+#include "formats/edits_of_each_kind.h"
 #include "formats/left.h"
 #include "formats/rtf/rtf_document.h"
 #include "storage/store/corpus.h"
@@ -236,85 +237,12 @@ TEST(RtfFormat, AddsColoursWhereTheDocumentHasThem) {
   }
 }
 
-/// Letters at the beginning, in the middle and at the end of a text, so far as it has any.
-std::vector<text::Position> lettersIn(const document::Story& story) {
-  std::vector<text::Position> all;
-  for (text::Position i = 0; i < story.length(); ++i) {
-    const char16_t unit = story.text().at(i);
-    const bool isLetter = (unit >= u'A' && unit <= u'Z') || (unit >= u'a' && unit <= u'z');
-    if (isLetter && (story.visibility().valueAt(i) & text::kInResults) != 0) all.push_back(i);
-  }
-  if (all.size() < 3) return all;
-  return {all.front(), all[all.size() / 2], all.back()};
-}
-
-/// How many of the old bytes are no more, where one stretch of them was changed; nothing went where new ones
-/// came in anywhere.
-std::size_t goneOf(std::string_view before, std::string_view after) {
-  std::size_t found = 0;
-  for (std::size_t at = 0; at < after.size() && found < before.size(); ++at)
-    found += after[at] == before[found] ? 1U : 0U;
-  if (found == before.size()) return 0;
-  const auto front = std::ranges::mismatch(before, after).in1 - before.begin();
-  const auto back =
-      std::mismatch(before.rbegin(), before.rend() - front, after.rbegin(), after.rend() - front);
-  return static_cast<std::size_t>(before.rend() - front - back.first);
-}
-
 TEST(Corpus, keepsAllOtherBytes) {
   const auto corpus = store::corpusOf({"rtf"});
   if (corpus.empty()) GTEST_SKIP() << store::kNoCorpus;
-  using document::Story;
-  using text::Position;
-  const struct {
-    const char* name;
-    void (*edit)(Story&, Position);
-    std::size_t goes;
-    std::size_t comes;
-  } kinds[] = {
-      {"before", [](Story& story, Position at) { story.insertBefore(at, u"N\u0416"); }, 0, 20},
-      {"behind", [](Story& story, Position at) { story.insertBehind(at + 1, u"N\u0416"); }, 0, 20},
-      {"split", [](Story& story, Position at) { story.insertBefore(at, u"\r"); }, 0, 6},
-      {"highlight",
-       [](Story& story, Position at) {
-         story.highlight({at, at + 1}, 7);
-       },
-       0, 70},
-      {"replace",
-       [](Story& story, Position at) {
-         story.replace({at, at + 1}, u"N", text::View::results);
-       },
-       8, 8},
-      {"delete",
-       [](Story& story, Position at) {
-         story.replace({at, at + 1}, u"", text::View::results);
-       },
-       8, 1},
-  };
-  for (const auto& path : corpus) {
-    const base::Bytes bytes = store::bytesOf(path);
-    const std::string before(bytes.view.begin(), bytes.view.end());
-    for (const auto& [name, edit, goes, comes] : kinds) {
-      SCOPED_TRACE(testing::Message() << path << " " << name);
-      Opened all = open(before);
-      for (std::size_t i = 0; i < all.document.count(); ++i) {
-        const std::vector<Position> places = lettersIn(all.document.story(i));
-        for (auto place = places.rbegin(); place != places.rend(); ++place) {
-          edit(all.document.story(i), *place);
-          constexpr std::size_t kEnough = 8;
-          // The same box for older programs is edited in step.
-          if (i > kEnough || all.document.story(i).kind() == word::wdTextFrameStory) continue;
-          Opened one = open(before);
-          edit(one.document.story(i), *place);
-          const std::string after = one.written();
-          EXPECT_LE(goneOf(before, after), goes) << i << " at " << *place;
-          EXPECT_LE(after.size(), before.size() + comes) << i << " at " << *place;
-        }
-      }
-      formats::leave(std::string(name) + "-" + path.filename().string(), bytesOf(savedAndTheSame(all)),
-                     all.document);
-    }
-  }
+  for (const auto& path : corpus)
+    formats::expectOtherBytesKept(path, open, savedAndTheSame,
+                                  {{{0, 20}, {0, 20}, {0, 6}, {0, 70}, {8, 8}, {8, 1}}});
 }
 
 void editAtRandom(Opened& opened, std::mt19937& random, int edits) {
