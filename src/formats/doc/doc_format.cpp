@@ -49,7 +49,7 @@ formats::Opened DocFormat::read(base::Bytes bytes, const formats::Hint& hint) co
     if (!hint.allStories && !opened.stories.empty()) break;
     document::Content content = TextReader(walker, signed_ ? &*signed_ : nullptr).read(place);
     content.kind = place.kind;
-    if (place.anchor) content.anchors.push_back(*place.anchor);
+    content.anchors = place.anchors;
     old.push_back({place, content.highlight});
     opened.stories.push_back(std::move(content));
   }

@@ -33,7 +33,11 @@ void DocSource::write(const document::Document& document, base::Output& out) con
   for (std::size_t i = 0; i < stories_.size() && !isEdited; ++i)
     isEdited = doc::isEdited(document.story(i), stories_[i]);
   if (!isEdited) return out.write(streams.file.bytes());
-  const NewStreams written = edited(opened_->text, stories_, document);
+  const Text& text = opened_->text;
+  std::optional<Text> glossary;
+  if (text.fib.has(Fib::kTemplate) && text.fib.glossary() != 0)
+    glossary.emplace(streams, text.fib.glossary() * FormattedPages::kPage);
+  const NewStreams written = edited(text, glossary ? &*glossary : nullptr, stories_, document);
   const cfb::Change changes[] = {
       {*streams.file.stream("WordDocument"), {written.document}},
       {*streams.file.stream(opened_->text.fib.has(Fib::kTableOne) ? "1Table" : "0Table"), {written.tables}}};

@@ -3,6 +3,7 @@
 #include "base/little_endian.h"
 #include "damage.h"
 #include "document/edit_script.h"
+#include "headers.h"
 #include "new_pieces.h"
 #include "new_properties.h"
 #include "new_tables.h"
@@ -71,8 +72,10 @@ std::string tableOf(const std::vector<FormattedPages::Entry>& entries, std::uint
 
 class DocumentWriter {
  public:
-  DocumentWriter(const Text& text, const std::vector<OldStory>& stories, const document::Document& document)
+  DocumentWriter(const Text& text, const Text* glossary, const std::vector<OldStory>& stories,
+                 const document::Document& document)
       : text_(text),
+        glossary_(glossary),
         stories_(stories),
         document_(document),
         walker_(text),
@@ -81,12 +84,13 @@ class DocumentWriter {
         tables_(text.fib, text.tables) {}
 
   NewStreams write() {
+    requireSharedPages();
     writeStories();
     const std::vector<NewPieces::Recoloured> recoloured = pieces_.settle();
     stream_.assign(text_.document.begin(), text_.document.end());
-    blankUnused(text_, pieces_.places().gone(), pieces_.pieces(), stream_);
+    blankUnused(text_, glossary_, pieces_.places().gone(), pieces_.pieces(), stream_);
     if (!newText_.empty() || !recoloured.empty()) append(recoloured);
-    TableMover mover(text_.fib, pieces_.places(), tables_);
+    TableMover mover(text_, pieces_.places(), tables_);
     mover.move();
     tables_.replace(Table::pieces, pieces_.table());
     NewTables::Written written = tables_.write();
@@ -95,6 +99,21 @@ class DocumentWriter {
   }
 
  private:
+  void requireSharedPages() const {
+    if (glossary_ == nullptr) return;
+    for (const Table shared : {Table::characterPages, Table::paragraphPages}) {
+      const auto number = static_cast<std::size_t>(shared);
+      const auto& own = text_.fib.extents();
+      const auto& others = glossary_->fib.extents();
+      if (number < others.size() && others[number].at == own[number].at &&
+          others[number].length == own[number].length)
+        continue;
+      throw errors::DocumentError(errors::Problem::unsupported,
+                                  "The template's AutoText entries are formatted apart from its text, and "
+                                  "might be lost; change it in a word processor.");
+    }
+  }
+
   /// A text that is written, or that goes.
   struct Task {
     text::Span place;
@@ -110,6 +129,9 @@ class DocumentWriter {
     addGoneNotes(Table::footnoteReferences, 2, Table::footnoteTexts, Part::footnotes, tasks);
     addGoneNotes(Table::endnoteReferences, 2, Table::endnoteTexts, Part::endnotes, tasks);
     addGoneNotes(Table::commentReferences, 30, Table::commentTexts, Part::comments, tasks);
+    const Position headers = text_.fib.begin(Part::headers);
+    if (const auto left = Headers(text_).without([&](Position at) { return pieces_.places().isGone(at); }))
+      for (const text::Span& gone : left->gone) tasks.push_back({{headers + gone.from, headers + gone.to}});
     for (std::size_t i = 1; i < stories_.size(); ++i)
       tasks.push_back({{stories_[i].place.from, stories_[i].place.to}, i});
     std::ranges::stable_sort(tasks, {}, [](const Task& task) { return task.place.from; });
@@ -280,9 +302,14 @@ class DocumentWriter {
       base::put(bytes, fib.extentsAt() + i * 8 + 4, extents[i].length);
     };
     for (std::size_t i = 0; i < extents.size(); ++i) writeExtent(text_.fib, i);
+    if (glossary_ == nullptr) return;
+    base::put(bytes, glossary_->fib.sizeAt(), static_cast<std::uint32_t>(bytes.size()));
+    for (const Table shared : {Table::characterPages, Table::paragraphPages})
+      writeExtent(glossary_->fib, static_cast<std::size_t>(shared));
   }
 
   const Text& text_;
+  const Text* glossary_;
   const std::vector<OldStory>& stories_;
   const document::Document& document_;
   const Walker walker_;
@@ -302,9 +329,9 @@ bool isEdited(const document::Story& story, const OldStory& old) {
   return !isOriginal || !isSame(story.highlight(), old.highlight);
 }
 
-NewStreams edited(const Text& text, const std::vector<OldStory>& stories,
+NewStreams edited(const Text& text, const Text* glossary, const std::vector<OldStory>& stories,
                   const document::Document& document) {
-  return DocumentWriter(text, stories, document).write();
+  return DocumentWriter(text, glossary, stories, document).write();
 }
 
 }  // namespace pluvo::doc

@@ -28,7 +28,9 @@ struct NewStreams {
 /// new text and new pages of formatting come behind what there is, and the table of pieces leads to them.
 /// Bytes that stay in use stay where they are; those of deleted text become zeros.
 ///
-/// Throws errors::DocumentError.
-NewStreams edited(const Text& text, const std::vector<OldStory>& stories, const document::Document& document);
+/// A template's glossary lies in the same streams, and has its formatting in the same pages; null where there
+/// is none. Throws errors::DocumentError.
+NewStreams edited(const Text& text, const Text* glossary, const std::vector<OldStory>& stories,
+                  const document::Document& document);
 
 }  // namespace pluvo::doc

@@ -1,8 +1,15 @@
 #include "new_tables.h"
 
+#include "new_properties.h"
+
 #include <algorithm>
 
 namespace pluvo::doc {
+
+base::ByteSpan NewTables::now(std::size_t number) const {
+  const auto changed = changed_.find(number);
+  return changed == changed_.end() ? old(number) : bytesOf(changed->second);
+}
 
 bool NewTables::overlapsOthers(std::size_t number) const {
   const auto& extents = fib_.extents();

@@ -18,6 +18,8 @@ class NewTables {
   /// A table as it was.
   base::ByteSpan old(std::size_t number) const { return fib_.in(tables_, number); }
   base::ByteSpan old(Table table) const { return fib_.in(tables_, table); }
+  /// The same as it is to be.
+  base::ByteSpan now(std::size_t number) const;
   /// Gives a table other contents; with none it goes.
   void replace(std::size_t number, std::string bytes) { changed_[number] = std::move(bytes); }
   void replace(Table table, std::string bytes) { replace(static_cast<std::size_t>(table), std::move(bytes)); }

@@ -80,8 +80,10 @@ class Teller {
     Walker walker(text_);
     for (const StoryPlace& place : storiesOf(text_)) {
       if (place.kind == word::wdMainTextStory) continue;
-      const bool isInMain = place.anchor && place.anchor->story == 0;
-      if (isInMain && mainText_.changed() && !kept.holds(place.anchor->position)) continue;
+      const bool isGone = std::ranges::all_of(place.anchors, [&](const document::StoryAnchor& anchor) {
+        return anchor.story == 0 && !kept.holds(anchor.position);
+      });
+      if (isGone && !place.anchors.empty()) continue;
       texts_.story(kindOf(place.kind), TextReader(walker).read(place));
     }
   }

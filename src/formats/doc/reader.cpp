@@ -154,10 +154,10 @@ void TextReader::add(std::u16string_view units, const Look& look) {
   units_ += units;
 }
 
-void TextReader::mark(Position /*at*/, Mark mark, std::int32_t depth, const CharacterLook& look) {
+void TextReader::mark(Position at, Mark mark, std::int32_t depth, const CharacterLook& look) {
   // The end of a row is nothing that has a look.
   Look now = lookOf(mark == Mark::row ? CharacterLook{} : look);
-  if (mark == Mark::section && walker_.haveHeaders()) restrict(Odd::section, now);
+  if (mark == Mark::section && !walker_.mayLoseSection(at)) restrict(Odd::section, now);
   paragraphs_.push_back({mark, now, static_cast<std::size_t>(depth), runsOfParagraph_});
   runsOfParagraph_ = 0;
   const bool endsRow = mark == Mark::row && depth == 1;

@@ -1,6 +1,7 @@
 #include "stories.h"
 
 #include "damage.h"
+#include "headers.h"
 #include "piece_text.h"
 #include "plc.h"
 
@@ -15,7 +16,6 @@ using text::Position;
 
 namespace {
 
-constexpr std::size_t kSeparators = 6;  ///< of notes, in front of the headers
 constexpr std::array kHeaderKinds = {word::wdEvenPagesHeaderStory, word::wdPrimaryHeaderStory,
                                      word::wdEvenPagesFooterStory, word::wdPrimaryFooterStory,
                                      word::wdFirstPageHeaderStory, word::wdFirstPageFooterStory};
@@ -29,7 +29,7 @@ bool isHeader(word::WdStoryType kind) {
 /// Finds the stories of one part after the other.
 class StoryFinder {
  public:
-  explicit StoryFinder(const Text& text) : text_(text) {}
+  explicit StoryFinder(const Text& text) : text_(text), headers_(text) {}
 
   std::vector<StoryPlace> find() {
     found_.push_back({word::wdMainTextStory, 0, text_.fib.length(Part::main)});
@@ -87,10 +87,13 @@ class StoryFinder {
   /// follows each text. What the table does not name is a header.
   void headers(bool wanted) {
     forEachText(
-        Part::headers, Plc(text_.in(Table::headerTexts), 0), kSeparators,
+        Part::headers, Plc(text_.in(Table::headerTexts), 0), Headers::kSeparators,
         [&](std::size_t i, Position from, Position to) {
-          const word::WdStoryType kind = kHeaderKinds[(i - kSeparators) % kHeaderKinds.size()];
-          if (isHeader(kind) == wanted && to - from > 1) found_.push_back({kind, from, to - 1});
+          const word::WdStoryType kind = kHeaderKinds[(i - Headers::kSeparators) % kHeaderKinds.size()];
+          if (isHeader(kind) != wanted || to - from <= 1) return;
+          for (const Position sectionBreak : headers_.anchorsOf(i))
+            anchors_.push_back({sectionBreak, found_.size()});
+          found_.push_back({kind, from, to - 1});
         },
         [&](Position from, Position to) {
           if (wanted) found_.push_back({word::wdPrimaryHeaderStory, from, to});
@@ -158,7 +161,7 @@ class StoryFinder {
       if (behind == order.begin()) continue;
       const std::size_t holder = *(behind - 1);
       if (holder != anchor.story && anchor.at < found_[holder].to)
-        found_[anchor.story].anchor = document::StoryAnchor{holder, anchor.at - found_[holder].from};
+        found_[anchor.story].anchors.push_back({holder, anchor.at - found_[holder].from});
     }
   }
 
@@ -170,6 +173,7 @@ class StoryFinder {
   };
 
   const Text& text_;
+  const Headers headers_;
   std::vector<StoryPlace> found_;
   std::vector<Anchor> anchors_;
 };

@@ -15,9 +15,9 @@ struct StoryPlace {
   word::WdStoryType kind = word::wdMainTextStory;
   text::Position from = 0;
   text::Position to = 0;
-  /// The character of another story that refers to it or anchors it; nothing for headers and footers, and
-  /// where the file does not tell.
-  std::optional<document::StoryAnchor> anchor = std::nullopt;
+  /// The characters of other stories with which it goes, once all have gone: what refers to it or anchors it,
+  /// and for headers the section breaks after which it belongs to no section. None where it stays.
+  std::vector<document::StoryAnchor> anchors = {};
 };
 
 /// Main text, headers, footers, footnotes, endnotes, comments, boxes, each kind in its order.

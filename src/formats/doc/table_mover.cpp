@@ -1,6 +1,8 @@
 #include "table_mover.h"
 
+#include "comment_tables.h"
 #include "damage.h"
+#include "headers.h"
 #include "plc.h"
 #include "plc_writer.h"
 
@@ -29,10 +31,9 @@ constexpr std::array kOfMarks = {PartTable{16, Part::main, 2},      PartTable{17
                                  PartTable{40, Part::main, 26},     PartTable{41, Part::headers, 26}};
 
 /// Each element is for a text that reaches to the next place: headers, boxes and their lines, subdocuments.
-constexpr std::array kOfTexts = {PartTable{11, Part::headers, 0},      PartTable{56, Part::boxes, 22},
-                                 PartTable{58, Part::headerBoxes, 22}, PartTable{75, Part::boxes, 6},
-                                 PartTable{76, Part::headerBoxes, 6},  PartTable{54, Part::main, 12},
-                                 PartTable{89, Part::main, 4}};
+constexpr std::array kOfTexts = {PartTable{56, Part::boxes, 22}, PartTable{58, Part::headerBoxes, 22},
+                                 PartTable{75, Part::boxes, 6},  PartTable{76, Part::headerBoxes, 6},
+                                 PartTable{54, Part::main, 12},  PartTable{89, Part::main, 4}};
 
 /// Where bookmarks of all kinds begin, and where they end: smart tags, repairs, controls, permissions, moves.
 constexpr std::array<std::array<std::uint8_t, 2>, 9> kBookmarks = {{{22, 23},
@@ -113,6 +114,24 @@ void TableMover::moveSections() {
   tables_.replace(Table::sections, moved.bytes(last(Part::main, plc)));
 }
 
+/// Texts of sections that go were left out, or belong to the next section.
+void TableMover::moveHeaders() {
+  const auto number = static_cast<std::size_t>(Table::headerTexts);
+  const Headers headers(text_);
+  const auto left = headers.without([&](Position at) { return places_.isGone(at); });
+  if (!left) return moveTexts(number, Part::headers, 0);
+  const Plc plc(tables_.old(number), 0);
+  PlcWriter moved;
+  for (std::size_t i = 0; i < Headers::kSeparators; ++i) moved.add(boundary(Part::headers, plc.place(i)), {});
+  Position reached = boundary(Part::headers, plc.place(Headers::kSeparators));
+  for (const auto& text : left->texts) {
+    moved.add(reached, {});
+    if (text) reached = boundary(Part::headers, text->to);
+  }
+  if (plc.count() > headers.count()) moved.add(reached, {});
+  tables_.replace(number, moved.bytes(last(Part::headers, plc)));
+}
+
 /// Text that comes where a bookmark begins lies in it, and where it ends behind it. What is bookmarked for a
 /// comment ends at the comment's mark.
 void TableMover::moveBookmarks(std::size_t begins, std::size_t ends, bool endAtMarks) {
@@ -154,8 +173,10 @@ void TableMover::moveNotes(Table references, std::size_t referenceSize, Table te
   if (marks.count() == 0 || places.count() == 0) return;
   PlcWriter movedMarks;
   PlcWriter movedTexts;
+  std::vector<bool> gone(marks.count());
   for (std::size_t i = 0; i < places.count(); ++i) {
     const auto mark = i < marks.count() ? character(Part::main, marks.place(i)) : std::nullopt;
+    if (i < marks.count()) gone[i] = !mark;
     if (i < marks.count() && !mark) continue;
     if (mark) movedMarks.add(*mark, marks.element(i));
     movedTexts.add(boundary(part, places.place(i)), {});
@@ -163,12 +184,14 @@ void TableMover::moveNotes(Table references, std::size_t referenceSize, Table te
   const bool hasNotes = movedMarks.count() > 0;
   tables_.replace(references, hasNotes ? movedMarks.bytes(last(Part::main, marks)) : "");
   tables_.replace(texts, hasNotes ? movedTexts.bytes(last(part, places)) : "");
+  if (part == Part::comments) removeComments(gone, tables_);
 }
 
 void TableMover::move() {
   for (const PartTable& table : kOfMarks) moveMarks(table.number, table.part, table.elementSize);
   for (const PartTable& table : kOfTexts) moveTexts(table.number, table.part, table.elementSize);
   moveSections();
+  moveHeaders();
   for (const auto& [begins, ends] : kBookmarks) moveBookmarks(begins, ends, false);
   moveBookmarks(kCommentBegins, kCommentEnds, true);
   moveNotes(Table::footnoteReferences, kNoteElement, Table::footnoteTexts, Part::footnotes);

@@ -3,6 +3,7 @@
 #include "moved_places.h"
 #include "new_tables.h"
 #include "plc.h"
+#include "word_file.h"
 
 #include <cstddef>
 #include <optional>
@@ -12,8 +13,8 @@ namespace pluvo::doc {
 /// Moves the places in a document's tables along with its text.
 class TableMover {
  public:
-  TableMover(const Fib& fib, const MovedPlaces& places, NewTables& tables)
-      : fib_(fib), places_(places), tables_(tables) {}
+  TableMover(const Text& text, const MovedPlaces& places, NewTables& tables)
+      : text_(text), fib_(text.fib), places_(places), tables_(tables) {}
 
   /// Moves all there are, and lets those go that programs make out anew. Throws DocumentError: damaged.
   void move();
@@ -29,9 +30,11 @@ class TableMover {
   void moveMarks(std::size_t number, Part part, std::size_t elementSize);
   void moveTexts(std::size_t number, Part part, std::size_t elementSize);
   void moveSections();
+  void moveHeaders();
   void moveBookmarks(std::size_t begins, std::size_t ends, bool endAtMarks);
   void moveNotes(Table references, std::size_t referenceSize, Table texts, Part part);
 
+  const Text& text_;
   const Fib& fib_;
   const MovedPlaces& places_;
   NewTables& tables_;

@@ -23,7 +23,7 @@ constexpr std::size_t kSectionElement = 12;
 
 }  // namespace
 
-Walker::Walker(const Text& text) : text_(text) {
+Walker::Walker(const Text& text) : text_(text), headers_(text) {
   const Plc sections(text.in(Table::sections), kSectionElement);
   for (std::size_t i = 1; i <= sections.count(); ++i) sectionMarks_.push_back(sections.place(i) - 1);
   std::ranges::sort(sectionMarks_);

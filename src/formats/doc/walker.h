@@ -1,5 +1,6 @@
 #pragma once
 
+#include "headers.h"
 #include "looks.h"
 #include "text/positions.h"
 #include "word_file.h"
@@ -44,8 +45,8 @@ class Walker {
   /// The first character of [from, to) that ends a paragraph; `to` where there is none.
   text::Position nextMark(text::Position from, text::Position to) const;
 
-  /// Whether any section has a header or footer.
-  bool haveHeaders() const { return text_.fib.length(Part::headers) > 0; }
+  /// Whether a section break may be deleted with its section's headers and footers.
+  bool mayLoseSection(text::Position at) const { return headers_.mayGo(at); }
 
   /// The marks of whole fields there. Throws DocumentError: damaged for fields in each other too deep.
   std::vector<FieldMark> fieldMarks(text::Position from, text::Position to);
@@ -63,6 +64,7 @@ class Walker {
   void forEachControl(text::Position from, text::Position to, Visit visit) const;
 
   const Text& text_;
+  Headers headers_;
   std::vector<text::Position> sectionMarks_;
   FormattedPages::Run run_;           ///< of the characters asked for last
   FormattedPages::Run paragraphRun_;  ///< of the paragraph asked for last

@@ -236,4 +236,41 @@ class DocBuilder {
   std::string sections_;
 };
 
+/// A document with a footnote, a header and a footer, a comment, a box and one in the footer.
+inline DocBuilder withStories() {
+  DocBuilder builder;
+  builder.append(u'a');
+  builder.special(2);
+  builder.special(5);
+  builder.special(8);
+  builder.append(u'\r');
+  builder.begin(Part::footnotes);
+  builder.notation("note<7:!>¶");
+  builder.append(u'\r');
+  builder.tables[Table::footnoteReferences] = DocBuilder::places({1, 5}, std::string("\1\0", 2));
+  builder.tables[Table::footnoteTexts] = DocBuilder::places({0, 6, 7});
+  builder.begin(Part::headers);
+  builder.notation("head¶¶");
+  builder.special(8);
+  builder.notation("¶¶");
+  builder.tables[Table::headerTexts] = DocBuilder::places({0, 0, 0, 0, 0, 0, 0, 0, 6, 6, 9, 9, 9, 10});
+  builder.tables[Table::headerShapes] = DocBuilder::places({6, 9}, number(78U) + std::string(22, '\0'));
+  builder.begin(Part::comments);
+  builder.special(5);
+  builder.notation("said¶¶");
+  builder.tables[Table::commentReferences] = DocBuilder::places({2, 5}, std::string(30, '\0'));
+  builder.tables[Table::commentTexts] = DocBuilder::places({0, 6, 7});
+  builder.begin(Part::boxes);
+  builder.notation("box¶spare¶¶");
+  const std::string box = std::string(14, '\0') + number(77U) + std::string(4, '\0');
+  builder.tables[Table::boxTexts] = DocBuilder::places(
+      {0, 4, 10, 11}, box + std::string(8, '\0') + number(std::uint16_t{1}) + std::string(12, '\0') + box);
+  builder.tables[Table::mainShapes] = DocBuilder::places({3, 5}, number(77U) + std::string(22, '\0'));
+  builder.begin(Part::headerBoxes);
+  builder.notation("⟦in¦‖⟧¶¶");
+  builder.tables[Table::headerBoxTexts] =
+      DocBuilder::places({0, 5, 6}, std::string(14, '\0') + number(78U) + std::string(26, '\0'));
+  return builder;
+}
+
 }  // namespace pluvo::doc
