@@ -2,13 +2,29 @@
 
 #include "appearance_reader.h"
 #include "base/utf.h"
+#include "blanked_properties.h"
 #include "other_texts.h"
 #include "reader.h"
+#include "validator.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 
 namespace pluvo::doc {
+
+namespace {
+
+void requireSound(const EditedStreams& original, const EditedStreams& edited) {
+  const std::string defect = firstNewDefect(original, edited);
+  if (defect.empty()) return;
+  throw errors::DocumentError(
+      errors::Problem::unsupported,
+      "The new version would be damaged: " + defect +
+          "; nothing was changed. Make this change in a word processor, and please report what it was.");
+}
+
+}  // namespace
 
 std::optional<std::string> DocSource::refusesText(std::u16string_view newText) const {
   for (std::size_t i = 0; i < newText.size(); ++i) {
@@ -37,10 +53,18 @@ void DocSource::write(const document::Document& document, base::Output& out) con
   std::optional<Text> glossary;
   if (text.fib.has(Fib::kTemplate) && text.fib.glossary() != 0)
     glossary.emplace(streams, text.fib.glossary() * FormattedPages::kPage);
-  const NewStreams written = edited(text, glossary ? &*glossary : nullptr, stories_, document);
-  const cfb::Change changes[] = {
+  NewStreams written = edited(text, glossary ? &*glossary : nullptr, stories_, document);
+  const Text after(written.document, written.tables, text.data, 0);
+  const BlankedProperties blanked = blankedProperties(streams.file, after, written.deleted);
+  if (!blanked.titles.empty())
+    std::ranges::copy(blanked.titles, written.tables.begin() +
+                                          static_cast<std::ptrdiff_t>(after.fib.extent(Table::titles).at));
+  requireSound({text.document, text.tables, text.data}, {written.document, written.tables, text.data});
+  std::vector<cfb::Change> changes = {
       {*streams.file.stream("WordDocument"), {written.document}},
-      {*streams.file.stream(opened_->text.fib.has(Fib::kTableOne) ? "1Table" : "0Table"), {written.tables}}};
+      {*streams.file.stream(text.fib.has(Fib::kTableOne) ? "1Table" : "0Table"), {written.tables}}};
+  for (const BlankedProperties::Stream& stream : blanked.streams)
+    changes.push_back({stream.id, {stream.bytes}});
   cfb::rewrite(streams.file, changes, out);
 }
 

@@ -9,6 +9,7 @@
 #include "new_tables.h"
 #include "new_text.h"
 #include "new_text_writer.h"
+#include "piece_text.h"
 #include "plc.h"
 #include "properties.h"
 #include "table_mover.h"
@@ -95,7 +96,7 @@ class DocumentWriter {
     tables_.replace(Table::pieces, pieces_.table());
     NewTables::Written written = tables_.write();
     writeBlock(mover, written.extents);
-    return {std::move(stream_), std::move(written.stream)};
+    return {std::move(stream_), std::move(written.stream), deletedTexts()};
   }
 
  private:
@@ -283,6 +284,16 @@ class DocumentWriter {
       while (next != recoloured.end() && next->to <= end) ++next;
     }
     writer.endPage();
+  }
+
+  std::vector<std::u16string> deletedTexts() const {
+    std::vector<std::u16string> texts;
+    for (const text::Span& gone : pieces_.places().gone()) {
+      std::u16string text;
+      for (Position at = gone.from; at < gone.to; ++at) text += unitAt(text_.pieces, text_.document, at);
+      texts.push_back(std::move(text));
+    }
+    return texts;
   }
 
   void writeBlock(const TableMover& mover, const std::vector<Fib::Extent>& extents) {

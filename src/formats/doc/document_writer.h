@@ -5,6 +5,7 @@
 #include "word_file.h"
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 namespace pluvo::doc {
@@ -22,6 +23,7 @@ bool isEdited(const document::Story& story, const OldStory& old);
 struct NewStreams {
   std::vector<std::uint8_t> document;
   std::vector<std::uint8_t> tables;
+  std::vector<std::u16string> deleted;  ///< texts that went
 };
 
 /// Carries the edits of a document over to its streams as a word processor does that saves only what changed:

@@ -78,6 +78,7 @@ class Fib {
   };
   /// Of all tables, by their numbers.
   const std::vector<Extent>& extents() const { return tables_; }
+  const Extent& extent(Table which) const { return tables_[static_cast<std::size_t>(which)]; }
   /// Where in the stream the lengths of texts stand, and the extents.
   std::size_t lengthsAt() const { return lengthsAt_; }
   std::size_t extentsAt() const { return extentsAt_; }

@@ -1,6 +1,7 @@
 #include "kept_bytes.h"
 
 #include "base/little_endian.h"
+#include "plc.h"
 #include "word_file.h"
 
 #include <algorithm>
@@ -82,6 +83,17 @@ void addPieces(const Text& text, Stretches& stretches) {
   for (const Piece& piece : text.pieces.pieces()) stretches.add(piece.offset, piece.end());
 }
 
+/// How sections look lies in the stream, too, each with its size in front.
+void addSections(const Text& text, Stretches& stretches) {
+  constexpr std::size_t kElement = 12, kPlace = 2;
+  const Plc sections(text.in(Table::sections), kElement);
+  for (std::size_t i = 0; i < sections.count(); ++i) {
+    const std::size_t at = get32(sections.element(i), kPlace);
+    if (at > text.fib.extentsAt() && at + 2 <= text.document.size())
+      stretches.add(at, at + 2 + get16(text.document, at));
+  }
+}
+
 void addPages(const Text& text, Stretches& stretches) {
   const auto add = [&](std::size_t at) { stretches.add(at, at + FormattedPages::kPage); };
   text.characters.forEachPage(add);
@@ -126,13 +138,11 @@ std::string firstMoved(const Text& original, const Text& edited) {
   if (!keepsLists(original.tables, before, edited.tables, after)) return "table of lists lost its levels";
 
   Stretches used;
-  Stretches texts;
   Stretches blocks;
   blocks.add(0, before.end);
   addPieces(edited, used);
   addPages(edited, used);
-  addPieces(original, texts);
-  texts.add(original.fib.textFrom(), original.fib.textTo());
+  addSections(edited, used);
   if (const auto glossary = glossaryOf(original)) {
     const Text second(edited.document, edited.tables, edited.data, *glossary);
     addPieces(second, used);
@@ -143,10 +153,10 @@ std::string firstMoved(const Text& original, const Text& edited) {
       if (block.table(table) != after.table(table) || block.used != after.used)
         return "second information block does not say what the first one says";
   }
-  for (Stretches* each : {&used, &texts, &blocks}) each->sort();
+  for (Stretches* each : {&used, &blocks}) each->sort();
   std::string moved;
   forEachDifference(original.document, edited.document, [&](std::size_t at) {
-    const bool isBlanked = edited.document[at] == 0 && texts.hold(at) && !used.hold(at);
+    const bool isBlanked = edited.document[at] == 0 && !used.hold(at);
     if (!isBlanked && !blocks.hold(at))
       moved = "stream WordDocument changed where it must not (" + std::to_string(at) + ")";
     return !moved.empty();

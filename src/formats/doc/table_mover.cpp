@@ -78,9 +78,7 @@ std::optional<Position> TableMover::character(Part part, Position place) const {
   return places_.character(at) - begin(part);
 }
 
-Position TableMover::last(Part part, const Plc& plc) const {
-  return plc.place(plc.count()) + newLength(part) - fib_.length(part);
-}
+Position TableMover::last(Part part, const Plc& plc) const { return boundary(part, plc.place(plc.count())); }
 
 void TableMover::moveMarks(std::size_t number, Part part, std::size_t elementSize) {
   const Plc plc(tables_.old(number), elementSize);
@@ -159,8 +157,9 @@ void TableMover::moveBookmarks(std::size_t begins, std::size_t ends, bool endAtM
       movedBegins.add(moved(beginPlc.place(i), false), beginPlc.element(i));
       movedEnds.add(moved(endPlc.place(i), endAtMarks), endPlc.element(i));
     }
-    tables_.replace(begins, movedBegins.bytes(beginPlc.place(beginPlc.count()) + longer));
-    tables_.replace(ends, movedEnds.bytes(endPlc.place(endPlc.count()) + longer));
+    const std::size_t count = beginPlc.count();
+    tables_.replace(begins, movedBegins.bytes(moved(beginPlc.place(count), false)));
+    tables_.replace(ends, movedEnds.bytes(moved(endPlc.place(count), endAtMarks)));
     return;
   }
   throw damaged("tables of bookmarks do not go together");

@@ -1,6 +1,7 @@
 #include "unused_bytes.h"
 
 #include "base/little_endian.h"
+#include "plc.h"
 
 #include <algorithm>
 
@@ -27,6 +28,13 @@ std::vector<Extent> usedBytes(const Text& text, const Text* glossary, std::span<
   if (glossary != nullptr) {
     addBlock(glossary->fib, text.fib.glossary() * FormattedPages::kPage);
     addPieces(glossary->pieces.pieces());
+  }
+  constexpr std::size_t kSection = 12, kPlace = 2;
+  const Plc sections(text.in(Table::sections), kSection);
+  for (std::size_t i = 0; i < sections.count(); ++i) {
+    const std::size_t at = base::get32(sections.element(i), kPlace);
+    if (at > text.fib.extentsAt() && at + 2 <= text.document.size())
+      used.push_back({at, at + 2 + base::get16(text.document, at)});
   }
   const auto addPage = [&](std::size_t at) { used.push_back({at, at + FormattedPages::kPage}); };
   text.characters.forEachPage(addPage);

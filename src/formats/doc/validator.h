@@ -18,7 +18,7 @@ struct EditedStreams {
 ///
 /// Checked are the information block, the pieces, the pages of formatting, the tables that name places in the
 /// text, and that bytes of the original WordDocument and Data streams stay what and where they were: beside
-/// the information block, only text that nothing uses any more may become zeros.
+/// the information block, only what nothing uses any more may become zeros.
 std::string firstNewDefect(const EditedStreams& original, const EditedStreams& edited);
 
 }  // namespace pluvo::doc
