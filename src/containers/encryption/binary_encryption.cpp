@@ -18,7 +18,7 @@ namespace pluvo::encryption {
 
 namespace {
 
-constexpr std::size_t kSalt = 16, kVerifier = 16;
+constexpr std::size_t kSalt = 16, kVerifier = 16, kStretch = 512;
 
 class Obfuscation final : public BinaryEncryption {
  public:
@@ -30,7 +30,9 @@ class Obfuscation final : public BinaryEncryption {
   }
 
   /// What is nothing, or would become nothing, stays: so the gaps of a file cannot tell the key.
-  void apply(base::ByteSpan key, std::uint64_t position, std::span<std::uint8_t> bytes) const override {
+  void applyStretch(base::ByteSpan key, std::uint32_t stretch, std::size_t from,
+                    std::span<std::uint8_t> bytes) const override {
+    std::uint64_t position = std::uint64_t{stretch} * kStretch + from;
     for (std::uint8_t& byte : bytes) {
       const std::uint8_t with = key[position++ % key.size()];
       if (byte != 0 && byte != with) byte ^= with;
@@ -78,21 +80,15 @@ class Rc4 : public BinaryEncryption {
     return key;
   }
 
-  void apply(base::ByteSpan key, std::uint64_t position, std::span<std::uint8_t> bytes) const override {
-    constexpr std::uint64_t kStretch = 512;
+  void applyStretch(base::ByteSpan key, std::uint32_t stretch, std::size_t from,
+                    std::span<std::uint8_t> bytes) const override {
     std::array<std::uint8_t, kStretch> passed{};
-    for (std::size_t at = 0; at < bytes.size();) {
-      const std::uint64_t here = position + at;
-      arcfour_ctx context;
-      const base::SecretBytes its = stretchKey(key, static_cast<std::uint32_t>(here / kStretch));
-      arcfour_set_key(&context, its.text().size(), its.text().data());
-      arcfour_crypt(&context, here % kStretch, passed.data(), passed.data());
-      const std::size_t count =
-          std::min<std::size_t>(bytes.size() - at, static_cast<std::size_t>(kStretch - here % kStretch));
-      arcfour_crypt(&context, count, &bytes[at], &bytes[at]);
-      base::wipe(&context, sizeof context);
-      at += count;
-    }
+    arcfour_ctx context;
+    const base::SecretBytes its = stretchKey(key, stretch);
+    arcfour_set_key(&context, its.text().size(), its.text().data());
+    arcfour_crypt(&context, from, passed.data(), passed.data());
+    arcfour_crypt(&context, bytes.size(), bytes.data(), bytes.data());
+    base::wipe(&context, sizeof context);
   }
 
   Renewed renewed(std::u16string_view password) const override {
@@ -168,6 +164,8 @@ class Rc4ByMd5 final : public Rc4 {
 
 class Rc4BySha1 final : public Rc4 {
  public:
+  bool coversPropertySets() const override { return true; }
+
   /// Where the salt's length stands, after the header that the system's library has.
   Rc4BySha1(base::ByteSpan header, std::size_t saltSize, std::uint32_t bits)
       : Rc4(header.first(saltSize + kBehindSalt), nettle_sha1, saltSize + kBehindSalt - SHA1_DIGEST_SIZE),
@@ -224,6 +222,17 @@ std::unique_ptr<BinaryEncryption> rc4BySha1(base::ByteSpan header) {
 }
 
 }  // namespace
+
+void BinaryEncryption::apply(base::ByteSpan key, std::uint64_t position,
+                             std::span<std::uint8_t> bytes) const {
+  while (!bytes.empty()) {
+    const std::size_t from = position % kStretch;
+    const std::size_t count = std::min(bytes.size(), kStretch - from);
+    applyStretch(key, static_cast<std::uint32_t>(position / kStretch), from, bytes.first(count));
+    position += count;
+    bytes = bytes.subspan(count);
+  }
+}
 
 std::unique_ptr<BinaryEncryption> BinaryEncryption::obfuscation(std::uint32_t number) {
   return std::make_unique<Obfuscation>(number);

@@ -39,7 +39,7 @@ formats::Opened DocFormat::read(base::Bytes bytes, const formats::Hint& hint) co
     const auto kind = otherKindOf(bytes.view, "doc");
     throw unsupportedKind(kind ? *kind : "no document of Word's");
   }
-  const auto document = std::make_shared<const Opened>(std::move(bytes));
+  const auto document = std::make_shared<const Opened>(std::move(bytes), hint);
   Walker walker(document->text);
   const std::vector<StoryPlace> stories = storiesOf(document->text);
   const std::optional<document::Restriction> signed_ = signatureOf(document->streams.file);
@@ -54,6 +54,7 @@ formats::Opened DocFormat::read(base::Bytes bytes, const formats::Hint& hint) co
     opened.stories.push_back(std::move(content));
   }
   opened.again.allStories = hint.allStories;
+  if (document->streams.encrypted) opened.again.key = document->streams.encrypted->key();
   opened.source = std::make_unique<DocSource>(document, std::move(old));
   opened.protection = protectionOf(document->text);
   return opened;

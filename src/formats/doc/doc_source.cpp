@@ -60,12 +60,11 @@ void DocSource::write(const document::Document& document, base::Output& out) con
     std::ranges::copy(blanked.titles, written.tables.begin() +
                                           static_cast<std::ptrdiff_t>(after.fib.extent(Table::titles).at));
   requireSound({text.document, text.tables, text.data}, {written.document, written.tables, text.data});
-  std::vector<cfb::Change> changes = {
-      {*streams.file.stream("WordDocument"), {written.document}},
-      {*streams.file.stream(text.fib.has(Fib::kTableOne) ? "1Table" : "0Table"), {written.tables}}};
+  std::vector<cfb::Change> changes = {{streams.ids.document, {written.document}},
+                                      {streams.ids.tables, {written.tables}}};
   for (const BlankedProperties::Stream& stream : blanked.streams)
     changes.push_back({stream.id, {stream.bytes}});
-  cfb::rewrite(streams.file, changes, out);
+  streams.rewrite(changes, out);
 }
 
 std::vector<text::RunMap<formats::Appearance>> DocSource::appearance() const {

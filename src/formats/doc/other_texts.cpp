@@ -105,16 +105,23 @@ class Teller {
       if (text.empty() || !told.emplace(text).second) return;
       texts_.unreached(Unreached::properties, text);
     };
+    const auto tellSet = [&](base::ByteSpan bytes) {
+      tellPropertySet(bytes, {[&](const PropertyText& property) { tell(property.text); },
+                              [&] { texts_.notLookedInto(Opaque::thumbnail); }});
+    };
+    const Streams& streams = opened_.streams;
     for (const char* const name : {kSummary, kDocumentSummary}) {
-      const auto stream = opened_.streams.file.stream(name);
-      if (!stream) continue;
       try {
-        tellPropertySet(opened_.streams.file.read(*stream).view,
-                        {[&](const PropertyText& property) { tell(property.text); },
-                         [&] { texts_.notLookedInto(Opaque::thumbnail); }});
+        if (const auto stream = streams.file.stream(name)) tellSet(streams.file.read(*stream).view);
       } catch (const errors::DocumentError& broken) {
         texts_.damaged(name + 1, broken.what());
       }
+    }
+    try {
+      if (streams.encrypted)
+        for (const base::Bytes& set : streams.encrypted->propertySets(streams.file)) tellSet(set.view);
+    } catch (const errors::DocumentError& broken) {
+      texts_.damaged("encrypted properties", broken.what());
     }
     // Title, subject, key words and the like a second time; the password among them is nobody's concern.
     constexpr std::size_t kFirst = 2, kBehindLast = 8;

@@ -2,6 +2,7 @@
 
 #include "base/little_endian.h"
 #include "damage.h"
+#include "encryption/package_encryption.h"
 #include "old_kinds.h"
 
 namespace pluvo::doc {
@@ -14,37 +15,42 @@ namespace {
 constexpr std::uint16_t kWord97 = 0xA5EC;
 constexpr std::uint16_t kFirstVersion = 0xC1;
 
-DocumentError encrypted() {
-  return {Problem::password,
-          "The document is encrypted with a password; open it in a word processor and save it without one."};
-}
-
 }  // namespace
 
-Streams Streams::open(base::Bytes bytes) {
-  Streams streams{cfb::CompoundFile::open(std::move(bytes)), {}, {}, {}};
+Streams Streams::open(base::Bytes bytes, const formats::Hint& hint) {
+  Streams streams{cfb::CompoundFile::open(std::move(bytes)), {}, {}, {}, {}};
   const auto stream = streams.file.stream("WordDocument");
   if (!stream) throw notWord(streams.file);
   if (streams.file.find("\x06"
                         "DataSpaces") ||
       streams.file.find("\x09"
                         "DRMContent"))
-    throw DocumentError(
-        Problem::unsupported,
-        "Rights management protects the document, and its text cannot be read; open it in Word with "
-        "an account that may, and save it without restrictions.");
+    throw encryption::rightsManaged();
   streams.document = streams.file.read(*stream);
   if (streams.document.view.size() < 0x20) throw damaged("information block is cut off");
   const base::ByteSpan document = streams.document.view;
   if (base::get16(document, 0) != kWord97 || base::get16(document, 2) < kFirstVersion)
     throw beforeWord97(document);
   const std::uint16_t flags = base::get16(document, 0x0A);
-  if ((flags & Fib::kEncrypted) != 0) throw encrypted();
   const auto tables = streams.file.stream((flags & Fib::kTableOne) != 0 ? "1Table" : "0Table");
   if (!tables) throw damaged("stream of tables is missing");
-  streams.tables = streams.file.read(*tables);
-  if (const auto data = streams.file.stream("Data")) streams.data = streams.file.read(*data);
+  streams.ids = {*stream, *tables, streams.file.stream("Data")};
+  if (EncryptedStreams::areOf(document))
+    streams.encrypted = std::make_shared<const EncryptedStreams>(streams.file, streams.ids, hint);
+  const auto plain = [&](cfb::Id id) {
+    return streams.encrypted ? streams.encrypted->plain(id) : streams.file.read(id);
+  };
+  streams.document = plain(*stream);
+  streams.tables = plain(*tables);
+  if (streams.ids.data) streams.data = plain(*streams.ids.data);
   return streams;
+}
+
+void Streams::rewrite(std::span<const cfb::Change> changes, base::Output& out) const {
+  if (encrypted)
+    encrypted->rewrite(file, changes, out);
+  else
+    cfb::rewrite(file, changes, out);
 }
 
 Text::Text(base::ByteSpan documentStream, base::ByteSpan tableStream, base::ByteSpan dataStream,

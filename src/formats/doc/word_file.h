@@ -2,6 +2,7 @@
 
 #include "base/bytes.h"
 #include "cfb/compound_file.h"
+#include "encrypted_streams.h"
 #include "fib.h"
 #include "formatted_pages.h"
 #include "piece_table.h"
@@ -12,16 +13,21 @@
 
 namespace pluvo::doc {
 
-/// The streams of a document.
+/// The streams of a document, in plain.
 struct Streams {
   cfb::CompoundFile file;
   base::Bytes document;
   base::Bytes tables;
   base::Bytes data;  ///< empty where there is none
+  StreamIds ids;
+  std::shared_ptr<const EncryptedStreams> encrypted = {};  ///< null where nothing is
 
   /// Throws DocumentError: what the file is where it is no document that can be read; password where it is
-  /// encrypted.
-  static Streams open(base::Bytes bytes);
+  /// encrypted, and the key is not known.
+  static Streams open(base::Bytes bytes, const formats::Hint& hint);
+
+  /// Writes the file with new contents for streams, encrypted where they were.
+  void rewrite(std::span<const cfb::Change> changes, base::Output& out) const;
 };
 
 /// All that a walk over a text of a document asks: main text and its companions, or those of the glossary.

@@ -19,30 +19,26 @@ Octets applied(const BinaryEncryption& encryption, const base::SecretBytes& key,
 
 TEST(BinaryEncryption, OpensWhatOthersEncryptedAndRenewsItsSalt) {
   // The header, and the text from position 1,000 of a stream on, encrypted by other programs than ours.
-  const std::pair<const char*, const char*> cases[] = {
-      {"AQABAKVNyhglMLsdbRMs3tYjey4T9rW82+C4PR4R/8KuU6MaovA8wyfKvwtAErzPMFEVLw==",
-       "Q2IVyuGxFWeDvblk8hcJ0ZSfrkAVwUV4LQ93uo+bskRbULkSvXmCkDi5F+U="},
-      {"AgACAAQAAAAqAAAABAAAAAAAAAABaAAABIAAACgAAAABAAAAAAAAAAAAAABQAHIAbwB2AAAAEAAAADRgvjEgHmn+"
-       "2qDu6LmZf1ybFOTcMHmryCYXAiSz4AwxFAAAAMP0e+YisFnHrlVki4ilfHkqFZxC",
-       "QQMS/QM2bfymSxxQ7FbM50SDVl5+aefWpwv2OW/sPVgIMZw8RKqGvs5OGZo="},
-      {"AgACAAQAAAAqAAAABAAAAAAAAAABaAAABIAAAIAAAAABAAAAAAAAAAAAAABQAHIAbwB2AAAAEAAAACegrrP+"
-       "6SMvivIhH57kkcUl4gX+dpzrAF28N23qObTGFAAAABHJOUtoLrtx6oszAQ2aZQRI9bDg",
-       "BU7eOWFW/rtasAznOy8R4pQVaSm4JVDbH34zID5E9o0ee2b6ZPoI4fj+BCg="},
+  const std::pair<std::string_view, const char*> cases[] = {
+      {kRc4Header, "Q2IVyuGxFWeDvblk8hcJ0ZSfrkAVwUV4LQ93uo+bskRbULkSvXmCkDi5F+U="},
+      {kRc4Header40, "QQMS/QM2bfymSxxQ7FbM50SDVl5+aefWpwv2OW/sPVgIMZw8RKqGvs5OGZo="},
+      {kRc4Header128, "BU7eOWFW/rtasAznOy8R4pQVaSm4JVDbH34zID5E9o0ee2b6ZPoI4fj+BCg="},
   };
   const Octets text(kText.begin(), kText.end());
-  for (const auto& [base64, encrypted] : cases) {
-    const Octets header = *decoded(base64);
+  for (const auto& [hex, encrypted] : cases) {
+    const std::string bytes = fromHex(hex);
+    const Octets header(bytes.begin(), bytes.end());
     const auto encryption = BinaryEncryption::from(header);
     EXPECT_FALSE(encryption->keyBy(u"password"));
     const auto key = encryption->keyBy(kVectorPassword);
-    ASSERT_TRUE(key) << base64;
+    ASSERT_TRUE(key) << hex;
     EXPECT_EQ(applied(*encryption, *key, *decoded(encrypted)), text);
 
     const auto renewed = encryption->renewed(kVectorPassword);
     EXPECT_EQ(renewed.header.size(), header.size());
     const auto again = BinaryEncryption::from(renewed.header);
     const auto newKey = again->keyBy(kVectorPassword);
-    ASSERT_TRUE(newKey) << base64;
+    ASSERT_TRUE(newKey) << hex;
     EXPECT_EQ(newKey->text(), renewed.key.text());
     EXPECT_NE(newKey->text(), key->text());
     const Octets now = applied(*again, renewed.key, text);
@@ -52,9 +48,9 @@ TEST(BinaryEncryption, OpensWhatOthersEncryptedAndRenewsItsSalt) {
     for (std::size_t size = 0; size < header.size(); ++size)
       EXPECT_THROW(BinaryEncryption::from(base::ByteSpan(header).first(size)), errors::DocumentError) << size;
   }
-  Octets other = *decoded(cases[1].first);
+  std::string other = fromHex(kRc4Header40);
   other[20] = 2;
-  EXPECT_THROW(BinaryEncryption::from(other), errors::DocumentError);
+  EXPECT_THROW(BinaryEncryption::from(Octets(other.begin(), other.end())), errors::DocumentError);
 }
 
 TEST(BinaryEncryption, ObfuscatesBothWaysButForNothing) {

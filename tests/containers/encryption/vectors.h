@@ -15,6 +15,27 @@ struct Vector {
   const char* package;  ///< in Base64
 };
 
+/// What binary documents tell of their encryption, in hexadecimal: RC4, and that of the system's library with
+/// keys of 40 and 128 bits.
+inline constexpr std::string_view kRc4Header =
+    "01000100a54dca182530bb1d6d132cded6237b2e13f6b5bcdbe0b83d1e11ffc2ae53a31aa2f03cc327cabf0b4012bccf"
+    "3051152f";
+inline constexpr std::string_view kRc4Header40 =
+    "02000200040000002a000000040000000000000001680000048000002800000001000000000000000000000050007200"
+    "6f0076000000100000003460be31201e69fedaa0eee8b9997f5c9b14e4dc3079abc826170224b3e00c3114000000c3f4"
+    "7be622b059c7ae55648b88a57c792a159c42";
+inline constexpr std::string_view kRc4Header128 =
+    "02000200040000002a000000040000000000000001680000048000008000000001000000000000000000000050007200"
+    "6f00760000001000000027a0aeb3fee9232f8af2211f9ee491c525e205fe769ceb005dbc376dea39b4c61400000011c9"
+    "394b682ebb71ea8b33010d9a650448f5b0e0";
+
+inline std::string fromHex(std::string_view text) {
+  std::string bytes;
+  for (; text.size() >= 2; text.remove_prefix(2))
+    bytes += static_cast<char>(std::stoi(std::string(text.substr(0, 2)), nullptr, 16));
+  return bytes;
+}
+
 /// As word processors lay it out.
 inline std::string agileInfo(const std::string& manner, const std::vector<std::string>& values) {
   const auto is = [](const char* name, const std::string& value) {

@@ -8,6 +8,7 @@
 #include "text/positions.h"
 
 #include <array>
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
@@ -45,9 +46,13 @@ class DocBuilder {
   std::uint16_t version = 0xC1;
   std::string groups;  ///< of the table of pieces
   std::string data;
-  std::string earlier;  ///< text that no piece stands for
+  std::string earlier;                       ///< text that no piece stands for
+  std::string front = std::string(8, '\0');  ///< of the table stream
+  std::uint32_t key = 0;
   std::map<Table, std::string> tables;
   cfb::Streams streams;
+  /// What becomes of the streams that a password encrypts.
+  std::function<std::string(const std::string& name, std::string bytes)> eachStream;
 
   void begin(Part part) { part_ = static_cast<std::size_t>(part); }
   text::Position length() const { return lengths_[part_]; }
@@ -114,12 +119,15 @@ class DocBuilder {
     if (!sections_.empty())
       tables[Table::sections] =
           number(0U) + sections_ + number(lengths_[0]) + std::string(sections_.size() * 3 + 12, '\0');
-    std::string tableStream(8, '\0');
+    std::string tableStream = front;
     writeBlock(document, tableStream, end);
     cfb::Streams all_ = streams;
-    all_.emplace_back("WordDocument", document);
-    all_.emplace_back("1Table", tableStream);
-    if (!data.empty()) all_.emplace_back("Data", data);
+    const auto put = [&](const std::string& name, const std::string& bytes) {
+      all_.emplace_back(name, eachStream ? eachStream(name, bytes) : bytes);
+    };
+    put("WordDocument", document);
+    put("1Table", tableStream);
+    if (!data.empty()) put("Data", data);
     return cfb::compoundFile(all_);
   }
 
@@ -210,6 +218,7 @@ class DocBuilder {
     };
     set(0, number(kind) + number(version));
     set(0x0A, number(flags));
+    set(0x0E, number(key));
     set(0x18, number(std::uint32_t{kText}));
     set(0x1C, number(end));
     set(0x20, number(std::uint16_t{14}));

@@ -268,7 +268,6 @@ std::string refusalOf(const std::string& file) {
 TEST(DocFormat, SaysWhatItRefuses) {
   using B = DocBuilder;
   const std::pair<std::function<void(B&)>, const char*> cases[] = {
-      {[](B& b) { b.flags |= Fib::kEncrypted; }, "password: .*encrypted"},
       {[](B& b) { b.flags = 0; }, "damaged: .*stream of tables is missing"},
       {[](B& b) { b.version = 0x65; }, "unsupported: .*Word 6"},
       {[](B& b) { b.kind = 0xA5DC, b.version = 0x68; }, "unsupported: .*Word 95"},

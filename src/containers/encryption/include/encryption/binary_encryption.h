@@ -34,7 +34,12 @@ class BinaryEncryption {
   /// The key of all streams; nothing where the password is another. It costs a few hashes.
   virtual std::optional<base::SecretBytes> keyBy(std::u16string_view password) const = 0;
   /// Decrypts bytes of a stream from a position on, where they lie, or encrypts them: both are one.
-  virtual void apply(base::ByteSpan key, std::uint64_t position, std::span<std::uint8_t> bytes) const = 0;
+  void apply(base::ByteSpan key, std::uint64_t position, std::span<std::uint8_t> bytes) const;
+  /// The same under the key of one stretch, however many bytes there are.
+  virtual void applyStretch(base::ByteSpan key, std::uint32_t stretch, std::size_t from,
+                            std::span<std::uint8_t> bytes) const = 0;
+  /// Whether property sets may be encrypted, too, each as a stretch of its own.
+  virtual bool coversPropertySets() const { return false; }
 
   struct Renewed {
     std::vector<std::uint8_t> header;  ///< in the place of the old one, and as long
