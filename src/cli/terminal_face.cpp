@@ -17,6 +17,12 @@ void sayOwner(const runs::Outcome& outcome) {
           " of the original; it has yours.");
 }
 
+/// Who gives a command to change it needs to change it, so that nobody is asked.
+void sayRecommendation(const runs::Outcome& outcome) {
+  if (outcome.recommendsReading && outcome.saved && outcome.savedAs.empty())
+    sayNote(outcome.path + ": it recommends to be read only, and was changed as you said.");
+}
+
 }  // namespace
 
 TerminalFace::TerminalFace(const Plan& plan) : plan_(plan), printer_(printerFor(plan)) {}
@@ -48,6 +54,7 @@ void TerminalFace::document(const runs::Outcome& outcome) {
   if (outcome.failure) sayFailure(outcome);
   if (outcome.refused > 0) sayRefused(outcome);
   sayOwner(outcome);
+  sayRecommendation(outcome);
   printer_->document(outcome);
   flushOut();
   progress_->show();

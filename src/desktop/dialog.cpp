@@ -21,6 +21,8 @@ namespace {
 constexpr std::u16string_view kDialog = dialog::frmFAR::kName;
 constexpr std::u16string_view kConfirmation = dialog::frmProcessing::kName;
 
+std::u16string nameIn(const std::string& path) { return base::nameText(path.substr(path.rfind('/') + 1)); }
+
 }  // namespace
 
 Dialog::Dialog(const std::shared_ptr<memory::MemoryApplication>& application, Work& work, PassWatch& watch,
@@ -108,13 +110,16 @@ void Dialog::worksIn(word::StoryKinds stories) {
   if (engine_ != nullptr) engine_->StoriesSetting(stories);
 }
 
-std::optional<base::SecretText> Dialog::passwordToOpen(const std::string& path) {
+std::optional<base::SecretText> Dialog::passwordFor(store::PasswordFor what, const std::string& path) {
   dialog::frmPassword prompt(context_, forms_);
   std::u16string password;
-  const std::u16string name = base::nameText(path.substr(path.rfind('/') + 1));
-  if (!multifile::passwordToOpen(prompt, name, password)) return std::nullopt;
+  const auto ask =
+      what == store::PasswordFor::opening ? multifile::passwordToOpen : multifile::passwordToModify;
+  if (!ask(prompt, nameIn(path), password)) return std::nullopt;
   return base::SecretText(std::move(password));
 }
+
+bool Dialog::opensToRead(const std::string& path) { return multifile::openToRead(boxes_, nameIn(path)); }
 
 void Dialog::listFiles(const std::vector<std::u16string>& files) { opener_.listFiles(files); }
 

@@ -79,9 +79,11 @@ class Dialog {
   /// Opens a file with the program that the desktop has for it. Throws Fault.
   void openFile(const QString& path) { launcher_.openFile(path); }
   /// Asks for the password of an encrypted document; nothing where the user gives none.
-  std::optional<base::SecretText> passwordToOpen(const std::string& path);
+  std::optional<base::SecretText> passwordFor(store::PasswordFor what, const std::string& path);
   /// It was wrong: whether the user would give another.
   bool opensAgain() { return multifile::openAgain(boxes_); }
+  /// Of a document that recommends to be read.
+  bool opensToRead(const std::string& path);
   /// Ends a confirmation under way, as closing its window does.
   void endConfirmation() { forms_.endConfirmation(); }
 

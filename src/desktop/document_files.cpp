@@ -60,10 +60,16 @@ DocumentFiles::DocumentFiles(Choosers choosers, Place place)
     if (opensForUser_) place_.work.show([&] { chosen = chooseEncoding(path, sentence); });
     return chosen;
   });
-  place_.opener->passwordChooser([this](const std::string& path) {
+  place_.opener->passwordChooser([this](const std::string& path, store::PasswordFor what) {
     std::optional<base::SecretText> password;
-    place_.work.show([&] { password = place_.password(path); });
+    if (what == store::PasswordFor::changing && !opensForUser_) return password;
+    place_.work.show([&] { password = place_.password(path, what); });
     return password;
+  });
+  place_.opener->readingChooser([this](const std::string& path) {
+    bool reads = false;
+    if (opensForUser_) place_.work.show([&] { reads = place_.opensToRead(path); });
+    return reads;
   });
 }
 

@@ -28,10 +28,12 @@ class DocumentFiles {
     std::function<bool()> refusedNow;
     /// Shows a message for a while.
     std::function<void(const QString& message)> note;
-    /// The password of an encrypted document; nothing where the user gives none.
-    std::function<std::optional<base::SecretText>(const std::string& path)> password;
+    /// A password of a document; nothing where the user gives none.
+    store::PasswordChooser password;
     /// The password was wrong: whether the user would give another.
     std::function<bool()> opensAgain;
+    /// Whether a document is opened to be read, as it recommends.
+    store::ReadingChooser opensToRead;
   };
 
   DocumentFiles(Choosers choosers, Place place);
@@ -72,7 +74,7 @@ class DocumentFiles {
 
   Choosers choosers_;
   Place place_;
-  /// A run over files asks for no encodings.
+  /// Else a document is read again, and of it only its password for opening is asked for.
   bool opensForUser_ = false;
   bool encodingDeclined_ = false;
 };

@@ -266,8 +266,14 @@ runs::Answer FolderRun::answered(const runs::Asked& asked) {
       answer.reply = multifile::skipTemporaryFile(engine_->boxes()) ? Reply::no : Reply::yes;
       break;
     case runs::Question::readOnly:
-      answer.reply = multifile::goOnReadOnly(engine_->boxes()) ? Reply::yes : Reply::no;
+      if (!declined_.contains(asked.path) && multifile::goOnReadOnly(engine_->boxes()))
+        answer.reply = Reply::yes;
       break;
+    case runs::Question::readIt:
+      if (multifile::openToRead(engine_->boxes(), nameIn(asked.path))) answer.reply = Reply::yes;
+      return answer;
+    case runs::Question::changePassword:
+      return passwordFor(asked);
     case runs::Question::openPassword:
     case runs::Question::password:
       answer = passwordFor(asked);
@@ -283,15 +289,21 @@ runs::Answer FolderRun::answered(const runs::Asked& asked) {
 }
 
 runs::Answer FolderRun::passwordFor(const runs::Asked& asked) {
-  const bool opens = asked.question == runs::Question::openPassword;
+  const bool lifts = asked.question == runs::Question::password;
   const bool wasWrong = passwords_.wasWrong(asked);
   if (auto password = passwords_.next(asked)) return {Reply::yes, *std::move(password)};
   forms::MessageBoxes& boxes = engine_->boxes();
-  if (wasWrong && (opens ? !multifile::openAgain(boxes) : multifile::skipWithWrongPassword(boxes))) return {};
+  if (wasWrong && (lifts ? multifile::skipWithWrongPassword(boxes) : !multifile::openAgain(boxes))) {
+    declined_.insert(asked.path);
+    return {};
+  }
   if (!prompt_) prompt_ = std::make_unique<dialog::frmPassword>(engine_->context(), engine_->forms());
   std::u16string typed;
-  const bool isGiven = opens ? multifile::passwordToOpen(*prompt_, nameIn(asked.path), typed)
-                             : multifile::passwordForForm(*prompt_, boxes, typed);
+  const std::u16string name = nameIn(asked.path);
+  const bool isGiven = lifts ? multifile::passwordForForm(*prompt_, boxes, typed)
+                       : asked.question == runs::Question::openPassword
+                           ? multifile::passwordToOpen(*prompt_, name, typed)
+                           : multifile::passwordToModify(*prompt_, name, typed);
   if (!isGiven) return {};
   base::SecretText password(std::move(typed));
   passwords_.typed(asked, password);

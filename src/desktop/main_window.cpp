@@ -58,16 +58,18 @@ void MainWindow::buildDocuments(const Choosers& choosers) {
   setCentralWidget(documents_);
   const auto noteNow = [this](const QString& message) { note(message); };
   files_ = std::make_unique<DocumentFiles>(
-      choosers, DocumentFiles::Place{
-                    .window = *this,
-                    .work = work_,
-                    .documents = *documents_,
-                    .application = application_,
-                    .opener = opener,
-                    .refusedNow = [this] { return refusedNow(); },
-                    .note = noteNow,
-                    .password = [this](const std::string& path) { return dialog_->passwordToOpen(path); },
-                    .opensAgain = [this] { return dialog_->opensAgain(); }});
+      choosers,
+      DocumentFiles::Place{
+          .window = *this,
+          .work = work_,
+          .documents = *documents_,
+          .application = application_,
+          .opener = opener,
+          .refusedNow = [this] { return refusedNow(); },
+          .note = noteNow,
+          .password = [this](const auto& path, auto what) { return dialog_->passwordFor(what, path); },
+          .opensAgain = [this] { return dialog_->opensAgain(); },
+          .opensToRead = [this](const auto& path) { return dialog_->opensToRead(path); }});
   documents_->openAsked = [this] { files_->chooseAndOpen(); };
   documents_->closeAsked = [this](OpenDocument& document) { files_->close(document); };
   beside_ = std::make_unique<BesideRuns>(

@@ -25,6 +25,12 @@ bool goOnReadOnly(forms::MessageBoxes& boxes) {
              u"Read Only File");
 }
 
+bool openToRead(forms::MessageBoxes& boxes, const std::u16string& name) {
+  return ask(boxes,
+             name + u" recommends to be opened as Read Only.\r\n\r\nWould you like to open it as Read Only?",
+             u"Read Only Recommended");
+}
+
 bool skipWithWrongPassword(forms::MessageBoxes& boxes) {
   return ask(boxes, u"The Password supplied was incorrect.  Would you like to Skip this file?",
              u"Incorrect Password");
@@ -44,6 +50,11 @@ bool passwordForForm(dialog::frmPassword& prompt, forms::MessageBoxes& boxes, st
 
 bool passwordToOpen(dialog::frmPassword& prompt, const std::u16string& name, std::u16string& password) {
   return prompt.RetrievePassword(password, u"Input Password to Open " + name + u".");
+}
+
+bool passwordToModify(dialog::frmPassword& prompt, const std::u16string& name, std::u16string& password) {
+  return prompt.RetrievePassword(
+      password, u"Input Password to Modify " + name + u".  Without it the file is Read Only.");
 }
 
 bool cancelSaveAs(forms::MessageBoxes& boxes) {

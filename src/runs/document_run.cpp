@@ -148,13 +148,17 @@ std::optional<Failure> workOn(const NamedDocument& named, const Surroundings& ar
   const auto document = opened(named, around, asking, passwords);
   if (const auto* failure = std::get_if<Failure>(&document)) return *failure;
   const Stored& shared = std::get<Stored>(document);
-  const store::StoredDocument& stored = *shared;
+  store::StoredDocument& stored = *shared;
   outcome.encoding = stored.encoding();
   outcome.guessed = stored.isEncodingGuessed();
 
   std::optional<Failure> obstacle;
+  if (!plan.findsOnly() && !plan.outputFolder) obstacle = passwords.release(stored);
   if (plan.changesInPlace()) {
-    if (const auto found = stored.obstacle()) obstacle = failureFrom(*found);
+    const bool recommends = stored.reserved() == store::Reserved::recommended;
+    if (recommends && asking.ask(Question::readIt).reply == Asking::Reply::yes) stored.keepToReading();
+    outcome.recommendsReading = recommends;
+    if (const auto found = stored.obstacle(); found && !obstacle) obstacle = failureFrom(*found);
   }
   const bool goesOn = obstacle && asking.ask(Question::readOnly).reply == Asking::Reply::yes;
   if (obstacle && !goesOn && asking.answers(Question::readOnly)) return obstacle;

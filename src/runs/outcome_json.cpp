@@ -147,6 +147,7 @@ std::string inJson(const Outcome& outcome) {
   if (outcome.tooFar > 0) line.number("too_far", outcome.tooFar);
   if (outcome.changed && !outcome.saved) line.truth("changed", true);
   if (outcome.guessed) line.truth("guessed", true);
+  if (outcome.recommendsReading) line.truth("recommends_reading", true);
   if (!outcome.savedAs.empty()) line.text("saved_as", outcome.savedAs);
   if (!outcome.backup.empty()) line.text("backup", outcome.backup);
   if (outcome.earlier) line.truth("earlier", true);
@@ -171,6 +172,7 @@ std::optional<Outcome> outcomeFrom(const base::JsonValue& json) {
   outcome.tooFar = json["too_far"].number();
   outcome.changed = outcome.saved || json["changed"].isTrue();
   outcome.guessed = json["guessed"].isTrue();
+  outcome.recommendsReading = json["recommends_reading"].isTrue();
   outcome.savedAs = json["saved_as"].text();
   outcome.backup = json["backup"].text();
   return outcome;

@@ -41,7 +41,9 @@ std::optional<Failure> Passwords::tryAll(Question question, std::uint64_t hashes
     }
     if (tries > 0 || !around_.plan.passwords.empty())
       return failure(isOpening ? Trouble::notOpened : Trouble::wrongPasswords);
-    return failureFrom(isOpening ? formats::encryptedDocument() : store::protectedAgainstEditing());
+    return failureFrom(isOpening                        ? formats::encryptedDocument()
+                       : question == Question::password ? store::protectedAgainstEditing()
+                                                        : store::reservedForChanging());
   }
 }
 
@@ -60,6 +62,12 @@ std::optional<Failure> Passwords::liftProtection(const store::StoredDocument& st
   if (document.protection() == word::wdNoProtection) return std::nullopt;
   return tryAll(Question::password, stored.hashesForPassword(),
                 [&](const base::SecretText& password) { return document.unprotect(password.text()); });
+}
+
+std::optional<Failure> Passwords::release(store::StoredDocument& stored) {
+  if (stored.reserved() != store::Reserved::byPassword) return std::nullopt;
+  return tryAll(Question::changePassword, stored.hashesForChanging(),
+                [&](const base::SecretText& password) { return stored.release(password.text()); });
 }
 
 }  // namespace pluvo::runs

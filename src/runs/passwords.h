@@ -19,6 +19,9 @@ class Passwords {
   formats::SharedKey keyOf(const formats::Lock& lock);
   /// Lifts the protection of a document, where it has one. Where no password fits, the message.
   std::optional<Failure> liftProtection(const store::StoredDocument& stored);
+  /// Lets a document be replaced that reserves that for those who know a password. Where nobody does, what to
+  /// tell.
+  std::optional<Failure> release(store::StoredDocument& stored);
 
  private:
   /// Whether one of the passwords fits; else the message.

@@ -103,6 +103,48 @@ TEST_F(RunsOverFiles, AndTheWindowKnowAPasswordThatWasRightOnce) {
   });
 }
 
+/// Runs over one document: what is typed into the form, if anything, and the answers in the boxes.
+TEST_F(RunsOverFiles, AskWhoMayChangeADocument) {
+  const std::string reserved = docx::reserved("[a]secret[b]");
+  const std::string recommending = docx::recommendingReading("[a]secret[b]");
+  const auto no = QMessageBox::No, yes = QMessageBox::Yes;
+  const struct {
+    const std::string& file;
+    std::vector<const char*> typed;  ///< "" is Cancel
+    std::vector<QMessageBox::StandardButton> answers;
+    bool saves;
+  } cases[] = {
+      {reserved, {"wrong"}, {no}, false},  // try again?
+      {reserved, {""}, {no}, false},       // go on with a read-only file?
+      {reserved, {"wrong", "right"}, {yes}, true},
+      {reserved, {}, {}, true},        // by the password that is known
+      {recommending, {}, {no}, true},  // open to read?
+      {recommending, {}, {yes, no}, false},
+  };
+  use([&] {
+    ask("[a]", "Delete");
+    type("txtEndText", "[b]");
+    tick("chkQuiteMode");
+    type("txtFilePath", scratch.path("").c_str());
+    for (const auto& it : cases) {
+      SCOPED_TRACE(&it - cases);
+      scratch.put("a.docx", it.file);
+      for (std::size_t i = 0; i < std::max(it.typed.size(), it.answers.size()); ++i) {
+        if (i < it.typed.size())
+          expectBox([password = it.typed[i]](QWidget& box) {
+            EXPECT_EQ(box.windowTitle(), QLatin1String("Enter Password"));
+            box.findChild<QLineEdit*>()->insert(QString::fromUtf8(password));
+            press(box, *password == '\0' ? "cmdCancel" : "cmdProceed");
+          });
+        if (i < it.answers.size()) expectAnswer(it.answers[i]);
+      }
+      execute();
+      settle();
+      EXPECT_EQ(scratch.get("a.docx") != it.file, it.saves);
+    }
+  });
+}
+
 TEST_F(RunsOverFiles, AreTakenBackAfterARestart) {
   put(4);
   use([&] {

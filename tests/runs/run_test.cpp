@@ -10,7 +10,9 @@
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cstdlib>
+#include <filesystem>
 #include <functional>
 
 namespace pluvo::runs {
@@ -142,6 +144,85 @@ TEST_F(Runs, OpenADocumentByPasswordsThatTheyHaveOrAskFor) {
     if (failure) continue;
     const base::Bytes package = docx::bytesIn(docx::decrypted(folder_.get("a.docx")));
     EXPECT_THAT(docx::part(package, "word/document.xml"), ::testing::HasSubstr("final"));
+  }
+}
+
+TEST_F(Runs, AskBeforeADocumentIsReplacedThatReservesThat) {
+  using Q = Question;
+  const std::string reserved = docx::reserved("draft"), recommending = docx::recommendingReading("draft");
+  using errors::Problem;
+  const struct {
+    const std::string& file;
+    bool isAsked;
+    std::vector<const char16_t*> given, typed;  ///< a password that is typed
+    std::vector<Q> yes;                         ///< to these
+    std::vector<Q> asked;
+    std::optional<Problem> refused;
+    bool isElsewhere;  ///< the new version
+  } cases[] = {
+      {reserved, false, {}, {}, {}, {}, Problem::protection, false},
+      {reserved, false, {u"wrong"}, {}, {}, {}, Problem::password, false},
+      {reserved, false, {u"wrong", u"right"}, {}, {}, {}, {}, false},
+      {reserved, true, {}, {u"wrong", u"right"}, {}, {2, Q::changePassword}, {}, false},
+      {reserved,
+       true,
+       {},
+       {u"wrong"},
+       {},
+       {Q::changePassword, Q::changePassword, Q::readOnly},
+       Problem::password,
+       false},
+      {reserved, true, {}, {}, {}, {Q::changePassword, Q::readOnly}, Problem::protection, false},
+      {reserved,
+       true,
+       {},
+       {},
+       {Q::readOnly},
+       {Q::changePassword, Q::readOnly, Q::saveAs},
+       Problem::protection,
+       false},
+      {reserved,
+       true,
+       {},
+       {},
+       {Q::readOnly, Q::saveAs},
+       {Q::changePassword, Q::readOnly, Q::saveAs},
+       {},
+       true},
+      {recommending, false, {}, {}, {}, {}, {}, false},
+      {recommending, true, {}, {}, {}, {Q::readIt}, {}, false},
+      {recommending, true, {}, {}, {Q::readIt}, {Q::readIt, Q::readOnly}, Problem::readOnly, false},
+      {recommending,
+       true,
+       {},
+       {},
+       {Q::readIt, Q::readOnly, Q::saveAs},
+       {Q::readIt, Q::readOnly, Q::saveAs},
+       {},
+       true},
+  };
+  const std::string other = folder_.path("other.docx");
+  for (const auto& it : cases) {
+    SCOPED_TRACE(&it - cases);
+    folder_.put("a.docx", it.file);
+    std::filesystem::remove(other);
+    face_ = {};
+    const auto answering = [&](const Asked& asked) {
+      if (asked.question == Q::changePassword && asked.tries < it.typed.size())
+        return Answer{Reply::yes, base::SecretText(it.typed[asked.tries])};
+      return Answer{std::ranges::count(it.yes, asked.question) != 0 ? Reply::yes : Reply::no, {}, other};
+    };
+    if (it.isAsked) face_.answering = answering;
+    Plan plan = planFor({"a.docx"});
+    for (const char16_t* each : it.given) plan.passwords.emplace_back(std::u16string(each));
+    made(plan);
+    EXPECT_EQ(face_.asked_, it.asked);
+    const Outcome& outcome = face_.outcomes.at(0);
+    EXPECT_EQ(outcome.failure ? std::optional(outcome.failure->problem) : std::nullopt, it.refused);
+    EXPECT_EQ(outcome.saved, !it.refused);
+    EXPECT_EQ(outcome.recommendsReading, &it.file == &recommending);
+    EXPECT_EQ(folder_.get("a.docx") == it.file, it.refused || it.isElsewhere);
+    EXPECT_EQ(std::filesystem::exists(other), it.isElsewhere);
   }
 }
 

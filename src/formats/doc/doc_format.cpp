@@ -57,6 +57,7 @@ formats::Opened DocFormat::read(base::Bytes bytes, const formats::Hint& hint) co
   if (document->streams.encrypted) opened.again.key = document->streams.encrypted->key();
   opened.source = std::make_unique<DocSource>(document, std::move(old));
   opened.protection = protectionOf(document->text);
+  opened.reservation = reservationOf(document->text);
   return opened;
 }
 

@@ -33,21 +33,24 @@ std::optional<word::WdProtectionType> typeIn(base::ByteSpan properties) {
 std::optional<formats::Protection> protectionOf(const Text& text) {
   const base::ByteSpan properties = text.in(Table::properties);
   const auto type = typeIn(properties);
-  const std::uint32_t key = type ? base::get32(properties, kKey) : 0;
-  std::u16string forChanging;
+  if (!type) return std::nullopt;
+  formats::Protection protection{*type};
+  if (const std::uint32_t key = base::get32(properties, kKey); key != 0)
+    protection.isLiftedBy = [key](const std::u16string& given) { return encryption::keyOf(given) == key; };
+  return protection;
+}
+
+std::optional<formats::Reservation> reservationOf(const Text& text) {
+  formats::Reservation reservation;
   if (text.fib.has(Fib::kWriteReservation)) {
     const auto strings = stringsIn(text.in(Table::titles));
-    if (strings.size() > kPasswordForChanging) forChanging = strings[kPasswordForChanging];
+    const std::u16string password(strings.size() > kPasswordForChanging ? strings[kPasswordForChanging]
+                                                                        : u"");
+    reservation.isLiftedBy = [password](const std::u16string& given) { return given == password; };
+    if (!password.empty()) return reservation;
   }
-  if (!type && forChanging.empty()) return std::nullopt;
-  formats::Protection protection;
-  if (type) protection.type = *type;
-  if (key != 0 || !forChanging.empty()) {
-    protection.isLiftedBy = [key, forChanging](const std::u16string& given) {
-      return (key == 0 || encryption::keyOf(given) == key) && (forChanging.empty() || given == forChanging);
-    };
-  }
-  return protection;
+  if (!text.fib.has(Fib::kReadOnlyRecommended)) return std::nullopt;
+  return formats::Reservation();
 }
 
 }  // namespace pluvo::doc

@@ -7,7 +7,9 @@
 
 namespace pluvo::doc {
 
-/// What a document says of who may change it. That it recommends to be read alone keeps nobody out.
+/// The protection against editing that a document enforces.
 std::optional<formats::Protection> protectionOf(const Text& text);
+/// Whether whoever changes it is to give a password, which it holds in plain, or to read it only.
+std::optional<formats::Reservation> reservationOf(const Text& text);
 
 }  // namespace pluvo::doc

@@ -45,7 +45,9 @@ formats::Opened DocxFormat::read(base::Bytes bytes, const formats::Hint& hint) c
   }
   const formats::SharedKey key = around ? around->key() : nullptr;
   Package package = openPackage(std::move(bytes));
-  const std::optional<formats::Protection> protection = protectionOf(package);
+  formats::Opened opened;
+  opened.protection = protectionOf(package);
+  opened.reservation = reservationOf(package);
   Styles styles = readStyles(package);
   const zip::Member* const member = package.archive.find(package.mainPart);
   xml::Utf8Part part = xml::toUtf8(package.archive.read(*member), package.mainPart);
@@ -53,11 +55,9 @@ formats::Opened DocxFormat::read(base::Bytes bytes, const formats::Hint& hint) c
   Stories stories = hint.allStories
                         ? withAllStories(package, std::move(part), std::move(mainText), styles)
                         : withMainTextAlone(package.mainPart, std::move(part), std::move(mainText));
-  formats::Opened opened;
   opened.stories = std::move(stories.contents);
   opened.source = std::make_unique<DocxSource>(std::move(package), std::move(stories), std::move(styles),
                                                std::move(around));
-  opened.protection = protection;
   opened.again.allStories = hint.allStories;
   opened.again.key = key;
   return opened;

@@ -185,6 +185,7 @@ constexpr xml::KnownName kNames[] = {
     {kWord, "default", n(Name::defaultStyle)},
     {kWord, "edit", n(Name::edit)},
     {kWord, "enforcement", n(Name::enforcement)},
+    {kWord, "recommended", n(Name::recommended)},
     {kWord, "hash", n(Name::hash)},
     {kWord, "salt", n(Name::salt)},
     {kWord, "cryptAlgorithmSid", n(Name::cryptAlgorithmSid)},

@@ -155,6 +155,7 @@ enum class Name : xml::NameId {
   defaultStyle,
   edit,
   enforcement,
+  recommended,
   hash,
   salt,
   cryptAlgorithmSid,

@@ -3,10 +3,8 @@
 #include "encryption/kept_password.h"
 #include "root_elements.h"
 
-#include <algorithm>
 #include <charconv>
 #include <utility>
-#include <vector>
 
 namespace pluvo::docx {
 
@@ -52,21 +50,18 @@ std::optional<KeptPassword> passwordIn(const xml::Scanner& scanner) {
   return std::nullopt;
 }
 
-/// The protection asks for all of these passwords, that is, for one that is each of them.
-void ask(formats::Protection& protection, std::vector<KeptPassword> passwords) {
-  if (passwords.empty()) return;
-  for (const KeptPassword& each : passwords) protection.hashes += each.turns;
-  if (protection.hashes > encryption::kMostTurns) {
-    protection.obstacle =
+/// A protection or a reservation asks for this password.
+template <class Asking>
+void ask(Asking& asking, KeptPassword password) {
+  asking.hashes = password.turns;
+  if (asking.hashes > encryption::kMostTurns) {
+    asking.obstacle =
         "Each password for its protection would have to be hashed more than 1,000,000 times, ten times as "
-        "often as "
-        "word processors do; that could take seconds or hours, so none is tried. Lift the protection in a "
-        "word "
-        "processor.";
+        "often as word processors do; that could take seconds or hours, so none is tried. Lift the "
+        "protection in a word processor.";
   }
-  protection.isLiftedBy = [passwords = std::move(passwords)](const std::u16string& given) {
-    return std::all_of(passwords.begin(), passwords.end(),
-                       [&](const KeptPassword& each) { return each.is(given); });
+  asking.isLiftedBy = [password = std::move(password)](const std::u16string& given) {
+    return password.is(given);
   };
 }
 
@@ -76,9 +71,8 @@ std::optional<formats::Protection> protectionOf(const Package& package) {
   std::optional<formats::Protection> protection;
   const zip::Member* const settings = package.member(Role::settings);
   if (settings == nullptr) return protection;
-  // One of each kind counts, the last.
-  std::optional<KeptPassword> forEditing;
-  std::optional<KeptPassword> forChanging;
+  // The last one counts.
+  std::optional<KeptPassword> password;
   forEachInRoot(package.archive, *settings, Name::documentProtection, [&](const xml::Scanner& scanner) {
     // Without the attribute Word enforces, whatever the standard says.
     const bool enforced =
@@ -86,17 +80,24 @@ std::optional<formats::Protection> protectionOf(const Package& package) {
     const std::string edit = valueOf(scanner, Name::edit);
     if (!enforced || edit.empty() || edit == "none") return;
     protection = formats::Protection{protectionNamed(edit)};
-    forEditing = passwordIn(scanner);
+    password = passwordIn(scanner);
   });
-  forEachInRoot(package.archive, *settings, Name::writeProtection,
-                [&](const xml::Scanner& scanner) { forChanging = passwordIn(scanner); });
-  if (forChanging && !protection) protection.emplace();
-  std::vector<KeptPassword> passwords;
-  for (std::optional<KeptPassword>* each : {&forEditing, &forChanging}) {
-    if (*each) passwords.push_back(std::move(**each));
-  }
-  if (protection) ask(*protection, std::move(passwords));
+  if (protection && password) ask(*protection, *std::move(password));
   return protection;
+}
+
+std::optional<formats::Reservation> reservationOf(const Package& package) {
+  std::optional<formats::Reservation> reservation;
+  const zip::Member* const settings = package.member(Role::settings);
+  if (settings == nullptr) return reservation;
+  forEachInRoot(package.archive, *settings, Name::writeProtection, [&](const xml::Scanner& scanner) {
+    auto password = passwordIn(scanner);
+    reservation.reset();
+    if (!password && !isOn(valueOf(scanner, Name::recommended))) return;
+    reservation.emplace();
+    if (password) ask(*reservation, *std::move(password));
+  });
+  return reservation;
 }
 
 }  // namespace pluvo::docx

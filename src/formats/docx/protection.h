@@ -7,8 +7,9 @@
 
 namespace pluvo::docx {
 
-/// The protection against editing that the settings enforce. A password that is asked for before the document
-/// is changed at all is taken as one that lifts a protection.
+/// The protection against editing that the settings enforce.
 std::optional<formats::Protection> protectionOf(const Package& package);
+/// Whether whoever changes it is to give a password, or to read it only.
+std::optional<formats::Reservation> reservationOf(const Package& package);
 
 }  // namespace pluvo::docx

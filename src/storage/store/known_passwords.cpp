@@ -20,13 +20,23 @@ void KnownPasswords::add(const base::SecretText& password) {
 }
 
 formats::SharedKey KnownPasswords::keyOf(const formats::Lock& lock) const {
-  std::uint64_t hashes = 0;
+  formats::SharedKey key;
+  fit(lock.hashes(), [&](const base::SecretText& password) {
+    key = lock.keyBy(password);
+    return key != nullptr;
+  });
+  return key;
+}
+
+bool KnownPasswords::fit(std::uint64_t hashes,
+                         const std::function<bool(const base::SecretText&)>& fits) const {
+  std::uint64_t spent = 0;
   for (const base::SecretText& password : all()) {
-    hashes += lock.hashes();
-    if (hashes > kMostHashes) break;
-    if (auto key = lock.keyBy(password)) return key;
+    spent += hashes;
+    if (spent > kMostHashes) break;
+    if (fits(password)) return true;
   }
-  return nullptr;
+  return false;
 }
 
 std::vector<base::SecretText> KnownPasswords::all() const {

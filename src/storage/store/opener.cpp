@@ -29,7 +29,9 @@ errors::Fault faultOf(std::int32_t number, const std::string& path, const std::s
   return {number, base::nameText(name) + u": " + base::utf16(trouble)};
 }
 
-bool mayNot(Problem problem) { return problem == Problem::readOnly || problem == Problem::locked; }
+bool mayNot(Problem problem) {
+  return problem == Problem::readOnly || problem == Problem::locked || problem == Problem::protection;
+}
 
 }  // namespace
 
@@ -125,7 +127,7 @@ std::unique_ptr<StoredDocument> StoreOpener::openStored(const std::string& path)
       });
     } catch (const DocumentError& error) {
       if (isLocked && passwordChooser_) {
-        const auto password = passwordChooser_(path);
+        const auto password = passwordChooser_(path, PasswordFor::opening);
         if (!password) throw faultOf(word::kCommandFailed, path, "No password was given.");
         return openBy(*password, path);
       }
@@ -137,9 +139,31 @@ std::unique_ptr<StoredDocument> StoreOpener::openStored(const std::string& path)
   }
 }
 
+/// As a word processor does when a document is opened.
+void StoreOpener::askAboutChanging(StoredDocument& stored) const {
+  if (stored.reserved() == Reserved::recommended) {
+    if (readingChooser_ && readingChooser_(stored.path())) stored.keepToReading();
+    return;
+  }
+  const auto releases = [&](const base::SecretText& password) {
+    bool isRight = false;
+    running_([&] { isRight = stored.release(password.text()); });
+    return isRight;
+  };
+  if (stored.reserved() == Reserved::no || !passwordChooser_ ||
+      passwords_->fit(stored.hashesForChanging(), releases))
+    return;
+  const auto password = passwordChooser_(stored.path(), PasswordFor::changing);
+  if (!password) return;
+  if (!releases(*password))
+    throw faultOf(word::kOpenPasswordWrong, stored.path(), "The password for changing it is incorrect.");
+  passwords_->add(*password);
+}
+
 memory::OpenedFile StoreOpener::open(const std::string& path) {
   try {
     auto stored = openStored(path);
+    askAboutChanging(*stored);
     const auto document = stored->document();
     return {document, std::make_shared<StoredFile>(std::move(stored), chooser_, running_)};
   } catch (const DocumentError& error) {

@@ -60,7 +60,26 @@ formats::Opened readAgain(const formats::Format& format, const base::Bytes& writ
 }  // namespace
 
 std::optional<DocumentError> StoredDocument::obstacle() const {
-  return files::obstacleToSaving(*system_, path_);
+  if (auto found = files::obstacleToSaving(*system_, path_)) return found;
+  if (reserved_ == Reserved::byPassword) return reservedForChanging();
+  if (isKeptToReading_)
+    return DocumentError(Problem::readOnly,
+                         "The document was opened to be read only, as it recommends; save it under another "
+                         "name, or open it again to change it.");
+  return std::nullopt;
+}
+
+void StoredDocument::reserve(formats::Reservation reservation) {
+  reserved_ = reservation.isLiftedBy ? Reserved::byPassword : Reserved::recommended;
+  reservation_ = std::move(reservation);
+}
+
+bool StoredDocument::release(const std::u16string& password) {
+  if (!reservation_.obstacle.empty())
+    throw errors::Fault(word::kNotAvailable, base::utf16(reservation_.obstacle)).with(Problem::unsupported);
+  if (reserved_ != Reserved::byPassword || !reservation_.isLiftedBy(password)) return false;
+  reserved_ = Reserved::no;
+  return true;
 }
 
 void StoredDocument::protect(const formats::Protection& protection) {
@@ -113,6 +132,8 @@ void StoredDocument::saveAs(const std::string& path) {
   requireFileNotOverwritten();
   stamp_ = files::writeElsewhere(*system_, path, path_, newVersion(path)).stamp;
   path_ = path;
+  reserved_ = Reserved::no;  // whoever made the file may go on with it
+  isKeptToReading_ = false;
   document_->stories().saved();
 }
 
@@ -154,6 +175,13 @@ errors::DocumentError protectedAgainstEditing() {
           "password with --password-file (an empty file where it has none)."};
 }
 
+errors::DocumentError reservedForChanging() {
+  return {Problem::protection,
+          "The document is reserved: whoever changes it has to give a password, and others may only read it "
+          "or save it under another name.",
+          "Give the password with --password-file, or save the new version elsewhere with --output."};
+}
+
 std::unique_ptr<StoredDocument> Store::open(const std::string& path, const Also& also) const {
   const std::string_view name = nameIn(path);
   if (!also.temporaryFiles && name.starts_with('~'))
@@ -179,6 +207,7 @@ std::unique_ptr<StoredDocument> Store::open(const std::string& path, const Also&
   opened->document_ =
       memory::MemoryDocument::create(std::move(read.stories), opened->source_, base::nameText(name), path);
   if (read.protection) opened->protect(*read.protection);
+  if (read.reservation) opened->reserve(*std::move(read.reservation));
   opened->path_ = opened->readPath_ = path;
   opened->stamp_ = file.stamp;
   opened->bytes_ = std::move(file.bytes);

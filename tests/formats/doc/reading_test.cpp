@@ -320,10 +320,22 @@ TEST(DocFormat, TellsProtection) {
     builder.tables[Table::properties] = properties;
     const formats::Opened opened = open(builder.build());
     ASSERT_EQ(opened.protection ? static_cast<int>(opened.protection->type) : -1, type);
+    ASSERT_TRUE(opened.reservation) << "it recommends to be read";
+    EXPECT_FALSE(opened.reservation->isLiftedBy);
     if (stored == 0) continue;
     EXPECT_TRUE(opened.protection->isLiftedBy(u"secret"));
     EXPECT_FALSE(opened.protection->isLiftedBy(u"x"));
   }
+  DocBuilder builder;
+  builder.notation("text¶");
+  builder.flags |= Fib::kWriteReservation;
+  builder.tables[Table::titles] = "\xFF\xFF" + number(std::uint16_t{18}) + number(std::uint16_t{0}) +
+                                  std::string(std::size_t{17} * 2, '\0') + number(std::uint16_t{2}) +
+                                  wide(u"ab");
+  const auto reservation = open(builder.build()).reservation;
+  ASSERT_TRUE(reservation);
+  EXPECT_TRUE(reservation->isLiftedBy(u"ab"));
+  EXPECT_FALSE(reservation->isLiftedBy(u"a"));
 }
 
 TEST(DocFormat, ReadsOrRefusesDamagedDocuments) {

@@ -4,6 +4,7 @@
 #include "containers/cfb/compound_builder.h"
 #include "containers/encryption/vectors.h"
 #include "encryption/package_encryption.h"
+#include "formats/docx/document_builder.h"
 
 #include <string>
 
@@ -19,6 +20,17 @@ inline std::string encrypted(const std::string& package) {
   return cfb::compoundFile({{"Beside", "what others keep here"},
                             {"EncryptionInfo", {made.info.begin(), made.info.end()}},
                             {"EncryptedPackage", {made.package.begin(), made.package.end()}}});
+}
+
+/// A document that only who knows the password "right" may replace.
+inline std::string reserved(const std::string& text) {
+  return fileOf(text, settingsOf("<w:writeProtection w:algorithmName=\"SHA-256\" w:spinCount=\"0\" "
+                                 "w:saltValue=\"AQIDBA==\" "
+                                 "w:hashValue=\"RJfCpIt655peEKSTD8qVd/dzk7t0N4rkEZt+mT+DlxE=\"/>"));
+}
+
+inline std::string recommendingReading(const std::string& text) {
+  return fileOf(text, settingsOf("<w:writeProtection w:recommended=\"1\"/>"));
 }
 
 /// A stream of a compound file.

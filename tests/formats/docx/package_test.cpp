@@ -74,29 +74,37 @@ TEST(Package, protectionIsLiftedByItsPassword) {
       "sB4QFRUiYScKc9awLAg/izghewHia0y3THhcvHYNEfQ9HbUll4Boo8ZrV9N+9z163Exfdz9vZJWFFfgPwFO6mw==\"/>";
   for (const std::string& settings :
        {"<w:documentProtection w:edit=\"comments\" " + kept, "<w:writeProtection " + modern,
-        "<w:documentProtection w:edit=\"forms\" " + modern + "<w:writeProtection " + kept}) {
-    const auto protection = withSettings(settings).protection;
-    ASSERT_TRUE(protection) << settings;
-    EXPECT_TRUE(protection->isLiftedBy(u"Example")) << settings;
-    EXPECT_FALSE(protection->isLiftedBy(u"example")) << settings;
+        "<w:documentProtection w:edit=\"forms\" " + modern + "<w:writeProtection w:recommended=\"1\" " +
+            kept}) {
+    const auto opened = withSettings(settings);
+    EXPECT_EQ(opened.protection.has_value(), settings.find("documentProtection") != std::string::npos);
+    EXPECT_EQ(opened.reservation.has_value(), settings.find("writeProtection") != std::string::npos);
+    const auto check = [&](const auto& asking) {
+      if (!asking) return;
+      EXPECT_TRUE(asking->isLiftedBy(u"Example")) << settings;
+      EXPECT_FALSE(asking->isLiftedBy(u"example")) << settings;
+    };
+    check(opened.protection);
+    check(opened.reservation);
   }
-  // A password that would take long to check is none: one of too many turns, or of two that come to too many.
-  for (const auto& [turns, times, isTried] : {std::tuple{"1000000", 1, true},
-                                              {"1000001", 1, false},
-                                              {"600000", 2, false},
-                                              {"99999999999", 1, false}}) {
+  // A password that would take long to check is none.
+  for (const auto& [turns, isTried] :
+       {std::pair{"1000000", true}, {"1000001", false}, {"99999999999", false}}) {
     const std::string attributes =
         std::string(" w:edit=\"forms\" w:hash=\"eA==\" w:cryptSpinCount=\"") + turns + "\"/>";
-    const auto slow = withSettings("<w:documentProtection" + attributes +
-                                   (times == 2 ? "<w:writeProtection" + attributes : ""))
-                          .protection;
-    ASSERT_TRUE(slow);
-    EXPECT_EQ(slow->obstacle.empty(), isTried) << turns;
+    const auto slow = withSettings("<w:documentProtection" + attributes + "<w:writeProtection" + attributes);
+    ASSERT_TRUE(slow.protection && slow.reservation);
+    EXPECT_EQ(slow.protection->obstacle.empty(), isTried) << turns;
+    EXPECT_EQ(slow.reservation->obstacle.empty(), isTried) << turns;
   }
   const auto free = withSettings("<w:documentProtection w:edit=\"forms\"/>").protection;
   ASSERT_TRUE(free);
   EXPECT_FALSE(free->isLiftedBy);
-  EXPECT_FALSE(withSettings("<w:writeProtection w:recommended=\"1\"/>").protection);
+  const auto recommending = withSettings("<w:writeProtection w:recommended=\"1\"/>");
+  EXPECT_FALSE(recommending.protection);
+  ASSERT_TRUE(recommending.reservation);
+  EXPECT_FALSE(recommending.reservation->isLiftedBy);
+  EXPECT_FALSE(withSettings("<w:writeProtection w:recommended=\"0\"/>").reservation);
 }
 
 TEST(Package, theMainPartIsWhereTheRelationshipsSay) {

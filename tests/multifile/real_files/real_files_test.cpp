@@ -13,6 +13,7 @@
 #include <sys/stat.h>
 
 #include <deque>
+#include <filesystem>
 
 namespace pluvo::multifile {
 namespace {
@@ -126,7 +127,8 @@ TEST_F(RealFiles, ThatAreEncryptedAreOpenedWithTheirPassword) {
     for (const char* name : {"a.docx", "b.docx"}) scratch.put(name, file);
     auto opener = std::make_shared<store::StoreOpener>(store::Store(), nullptr);
     opener->passwordChooser(
-        [typed = passwords](const std::string&) mutable -> std::optional<base::SecretText> {
+        [typed = passwords](const std::string&,
+                            store::PasswordFor) mutable -> std::optional<base::SecretText> {
           if (typed.empty()) return std::nullopt;
           const std::u16string next = std::exchange(typed.front(), {});
           typed.pop_front();
@@ -148,6 +150,54 @@ TEST_F(RealFiles, ThatAreEncryptedAreOpenedWithTheirPassword) {
       EXPECT_THAT(docx::part(docx::bytesIn(docx::decrypted(now)), "word/document.xml"),
                   HasSubstr(now == file ? "<w:t>A</w:t>" : "<w:t>B</w:t>"));
     }
+  }
+}
+
+/// Of each file that asks: what the word processor's questions are answered with, then the boxes of the run.
+TEST_F(RealFiles, ThatReserveChangesAreReadOnlyForWhoDoesNotKnow) {
+  const std::string reserved = docx::reserved("A"), recommending = docx::recommendingReading("A");
+  const struct {
+    const std::string& file;
+    std::deque<std::u16string> typed;  ///< "-" for none
+    bool reads;                        ///< as the file recommends
+    const char* answers;
+    std::vector<std::string> titles;
+    bool saves, savesElsewhere;
+  } cases[] = {
+      {reserved, {u"right"}, false, "", {}, true, false},
+      {reserved, {u"wrong", u"right"}, false, "y", {"Incorrect Open/Modify Password"}, true, false},
+      {reserved, {u"wrong"}, false, "n", {"Incorrect Open/Modify Password"}, false, false},
+      {reserved, {u"-"}, false, "n", {"Read Only File"}, false, false},
+      {reserved, {u"-"}, false, "y", {"Read Only File"}, false, true},
+      {recommending, {}, false, "", {}, true, false},
+      {recommending, {}, true, "n", {"Read Only File"}, false, false},
+      {recommending, {}, true, "y", {"Read Only File"}, false, true},
+  };
+  for (const auto& it : cases) {
+    SCOPED_TRACE(&it - cases);
+    const std::u16string path = base::nameText(scratch.put("a.docx", it.file));
+    std::filesystem::remove(scratch.path("new.docx"));
+    auto opener = std::make_shared<store::StoreOpener>(
+        store::Store(), [this](const std::string&) { return scratch.path("new.docx"); });
+    opener->passwordChooser([typed = it.typed](const std::string&, store::PasswordFor what) mutable {
+      EXPECT_EQ(what, store::PasswordFor::changing);
+      const std::u16string next = typed.empty() ? u"-" : std::exchange(typed.front(), {});
+      if (!typed.empty()) typed.pop_front();
+      return next == u"-" ? std::nullopt : std::optional(base::SecretText(std::u16string(next)));
+    });
+    opener->readingChooser([&](const std::string&) { return it.reads; });
+    dialog::Workplace place(std::make_shared<memory::MemoryApplication>(opener));
+    place.engine.stepper(std::make_shared<FileDriver>());
+    place.engine.MultiFileRun(true);
+    place.ask({.begin = u"A", .operation = engine::kReplace, .text = u"B"});
+    place.boxes.answer(it.answers);
+    place.engine.MultiPLUVO({path});
+    std::vector<std::string> shown;
+    for (const auto& box : place.boxes.shown) shown.push_back(base::utf8(box.title.value_or(u"")));
+    EXPECT_EQ(shown, it.titles);
+    EXPECT_EQ(scratch.get("a.docx") != it.file, it.saves);
+    EXPECT_EQ(std::filesystem::exists(scratch.path("new.docx")), it.savesElsewhere);
+    EXPECT_THAT(place.reports, IsEmpty());
   }
 }
 

@@ -49,6 +49,16 @@ struct Protection {
   std::string obstacle = {};
 };
 
+/// What a document asks of whoever would save it under its own name; everybody may read it, and save it under
+/// another. The file goes on asking.
+struct Reservation {
+  /// Whether this is the password for changing it; empty where it only recommends to be read.
+  std::function<bool(const std::u16string&)> isLiftedBy = {};
+  /// As those of a protection.
+  std::uint64_t hashes = 0;
+  std::string obstacle = {};
+};
+
 /// Facts about a file besides its bytes.
 struct Hint {
   /// Of a plain text, where bytes do not tell it for certain; empty where it is unknown.
@@ -70,6 +80,7 @@ struct Opened {
   std::vector<document::Content> stories;
   std::shared_ptr<const Source> source = {};
   std::optional<Protection> protection = std::nullopt;
+  std::optional<Reservation> reservation = std::nullopt;
   /// By which a plain text was read; empty where the format leaves no choice.
   std::string encoding = {};
   bool isEncodingGuessed = false;

@@ -23,16 +23,18 @@ enum class Question : std::uint8_t {
   perform,    ///< is the operation to be carried out on this block?
   temporary,  ///< is it to be worked on, though its name is that of a word processor's temporary file?
   readOnly,   ///< is it to be worked on, though it may not be replaced? Before it is saved, saveAs is asked
-  openPassword,  ///< by which password is it opened?
-  password,      ///< by which password is its protection lifted?
-  saveAs,        ///< where is the new version of a document to go that may not be replaced?
+  openPassword,    ///< by which password is it opened?
+  password,        ///< by which password is its protection lifted?
+  changePassword,  ///< by which password may it be replaced? Else it may be read, and saved elsewhere
+  readIt,  ///< is it opened to be read, as it recommends? Where nobody answers it is changed all the same
+  saveAs,  ///< where is the new version of a document to go that may not be replaced?
 };
 
 struct Asked {
   Question question;
   const std::string& path;
   std::size_t number;                  ///< of the document in the list, from 1
-  std::size_t tries = 0;               ///< of openPassword and password: how many were wrong
+  std::size_t tries = 0;               ///< of passwords: how many were wrong
   const BlockReport* block = nullptr;  ///< of perform
 };
 
@@ -44,7 +46,7 @@ struct Answer {
     stop,           ///< the run ends with the changes made so far in this document
   };
   Reply reply = Reply::no;
-  base::SecretText password = {};  ///< with a yes to openPassword and password
+  base::SecretText password = {};  ///< with a yes to what asks for one
   std::string path = {};           ///< with a yes to saveAs; its name must be free
 };
 

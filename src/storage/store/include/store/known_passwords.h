@@ -3,6 +3,8 @@
 #include "base/secret_text.h"
 #include "formats/key.h"
 
+#include <cstdint>
+#include <functional>
 #include <mutex>
 #include <vector>
 
@@ -17,6 +19,8 @@ class KnownPasswords {
   /// The key of a lock where one of them opens it; the one given last is tried first. Null where none does,
   /// or where trying goes on for too long.
   formats::SharedKey keyOf(const formats::Lock& lock) const;
+  /// Whether one of them fits; each costs so many hashes. The same order and end.
+  bool fit(std::uint64_t hashes, const std::function<bool(const base::SecretText&)>& fits) const;
   /// All of them, the one given last first.
   std::vector<base::SecretText> all() const;
 

@@ -5,6 +5,7 @@
 #include "store/known_passwords.h"
 #include "store/store.h"
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -21,8 +22,14 @@ using SaveAsChooser = std::function<std::optional<std::string>(const std::string
 using EncodingChooser =
     std::function<std::optional<std::string>(const std::string& path, const std::string& sentence)>;
 
-/// Asks for the password of an encrypted document; nothing where it is not to be opened.
-using PasswordChooser = std::function<std::optional<base::SecretText>(const std::string& path)>;
+/// Asks for the password of an encrypted document, without which it is not opened, or of one that is
+/// reserved, which is then opened to be read.
+enum class PasswordFor : std::uint8_t { opening, changing };
+using PasswordChooser =
+    std::function<std::optional<base::SecretText>(const std::string& path, PasswordFor what)>;
+
+/// Asks whether a document is opened to be read, as it recommends.
+using ReadingChooser = std::function<bool(const std::string& path)>;
 
 /// Does the work and returns when it is done, in another thread perhaps; the caller gets its exceptions. What
 /// reads the document meanwhile must not change it.
@@ -73,9 +80,11 @@ class StoreOpener : public memory::DocumentOpener {
 
   /// Without one, texts of unknown encoding are not opened.
   void encodingChooser(EncodingChooser chooser) { encodingChooser_ = std::move(chooser); }
-  /// Who is asked for the password of each encrypted document that none of the known ones opens. One that is
-  /// right is known from then on. Without one, such documents are not opened.
+  /// Who is asked for the password of each encrypted or reserved document where none of the known ones is
+  /// right. One that is right is known from then on. Without one, encrypted documents are not opened.
   void passwordChooser(PasswordChooser chooser) { passwordChooser_ = std::move(chooser); }
+  /// Without one, documents that recommend to be read are opened to be changed.
+  void readingChooser(ReadingChooser chooser) { readingChooser_ = std::move(chooser); }
   const std::shared_ptr<KnownPasswords>& passwords() const { return passwords_; }
   /// Files opened from now on are read in this encoding, unless they have a byte order mark; empty: as they
   /// tell.
@@ -83,6 +92,7 @@ class StoreOpener : public memory::DocumentOpener {
 
  private:
   std::unique_ptr<StoredDocument> openStored(const std::string& path);
+  void askAboutChanging(StoredDocument& stored) const;
   std::unique_ptr<StoredDocument> openBy(const base::SecretText& password, const std::string& path);
   std::unique_ptr<StoredDocument> opened(const std::string& path, const std::string& encoding,
                                          const formats::KeyFinder& findKey);
@@ -90,6 +100,7 @@ class StoreOpener : public memory::DocumentOpener {
   Store store_;
   EncodingChooser encodingChooser_;
   PasswordChooser passwordChooser_;
+  ReadingChooser readingChooser_;
   std::shared_ptr<KnownPasswords> passwords_ = std::make_shared<KnownPasswords>();
   std::string readAs_;
   SaveAsChooser chooser_;

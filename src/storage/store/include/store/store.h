@@ -30,6 +30,13 @@ struct SaveOptions {
   std::function<std::unique_ptr<files::Keeping>(const files::Replacement&)> beforeReplacing = {};
 };
 
+/// What a document asks before it is changed under its own name; see formats::Reservation.
+enum class Reserved : std::uint8_t {
+  no,
+  recommended,  ///< it would rather be read, but nobody needs a password to change it
+  byPassword,
+};
+
 /// A document in memory with the file it came from. Keeps what saving needs; the document itself knows no
 /// file.
 class StoredDocument {
@@ -45,6 +52,16 @@ class StoredDocument {
 
   /// Whether the path leads to the document's file, under whatever name.
   bool isAt(const std::string& path) const;
+
+  /// What it asks still.
+  Reserved reserved() const { return reserved_; }
+  /// How many hashes each password costs that is tried on that.
+  std::uint64_t hashesForChanging() const { return reservation_.hashes; }
+  /// Whether this is the password for changing it; it may be saved then. Throws errors::Fault where none can
+  /// be tried.
+  bool release(const std::u16string& password);
+  /// It is not saved under its name, whoever may.
+  void keepToReading() { isKeptToReading_ = true; }
 
   /// Why a save in place would be refused, as things are now.
   std::optional<errors::DocumentError> obstacle() const;
@@ -85,6 +102,7 @@ class StoredDocument {
   files::NewVersion newVersion(const std::string& path, const SaveOptions& options = {}) const;
   void requireFileNotOverwritten() const;
   void protect(const formats::Protection& protection);
+  void reserve(formats::Reservation reservation);
 
   files::FileSystem* system_ = nullptr;
   std::shared_ptr<const formats::Registry> registry_;
@@ -95,6 +113,9 @@ class StoredDocument {
   bool isEncodingGuessed_ = false;
   formats::Hint again_;  ///< for reading a new version back
   std::uint64_t hashesForPassword_ = 0;
+  formats::Reservation reservation_;
+  Reserved reserved_ = Reserved::no;
+  bool isKeptToReading_ = false;
   std::string path_;
   files::Stamp stamp_;
   /// The file that was read, and may be mapped still.
@@ -121,8 +142,9 @@ struct Also {
 /// The extensions that any known format goes by, "" for none among them.
 std::vector<std::string_view> knownExtensions();
 
-/// The problem of a document whose protection is not lifted.
+/// The problem of a document whose protection is not lifted, or whose password for changing is not given.
 errors::DocumentError protectedAgainstEditing();
+errors::DocumentError reservedForChanging();
 
 /// Opens documents of every known format, told by their content. May be used from several threads.
 class Store {
