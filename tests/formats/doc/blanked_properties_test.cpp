@@ -63,7 +63,7 @@ TEST(BlankedProperties, LoseWhatStandsNowhereAnyMore) {
     builder.streams = {
         {kSummary,
          sets + set({{1, number(2U) + number(1251U)}, {2, narrowValue(title)}, {4, narrowValue(title)}})}};
-    const Streams streams = Streams::open(files::bytesOf(builder.build()));
+    const Streams streams = Streams::open(files::bytesOf(builder.build()), {});
     const std::u16string all[] = {u"unknown", deleted};
     const BlankedProperties blanked = blankedProperties(streams.file, Text(streams, 0), all);
     const std::string before(files::textOf(streams.file.read(*streams.file.stream(kSummary)).view));
@@ -95,7 +95,7 @@ TEST(BlankedProperties, LoseItInTitlesOfPartsAndLinks) {
                                             number(68U) + std::string(16, '\0') +
                                             number(static_cast<std::uint32_t>(68 + first.size())) + first +
                                             second}};
-  const Streams streams = Streams::open(files::bytesOf(builder.build()));
+  const Streams streams = Streams::open(files::bytesOf(builder.build()), {});
   const std::u16string all[] = {u"secret"};
   const BlankedProperties blanked = blankedProperties(streams.file, Text(streams, 0), all);
   ASSERT_EQ(blanked.streams.size(), 1U);
