@@ -15,7 +15,7 @@ namespace {
 /// The streams of a document, to be changed.
 struct Planted {
   explicit Planted(const std::string& file) {
-    const Streams streams = Streams::open(files::bytesOf(file));
+    const Streams streams = Streams::open(files::bytesOf(file), {});
     document = std::string(files::textOf(streams.document.view));
     tables = std::string(files::textOf(streams.tables.view));
     data = std::string(files::textOf(streams.data.view));
