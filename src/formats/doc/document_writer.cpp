@@ -4,8 +4,8 @@
 #include "damage.h"
 #include "document/edit_script.h"
 #include "headers.h"
+#include "new_pages.h"
 #include "new_pieces.h"
-#include "new_properties.h"
 #include "new_tables.h"
 #include "new_text.h"
 #include "new_text_writer.h"
@@ -60,17 +60,6 @@ std::uint32_t newTextFrom(const Text& text) {
   return static_cast<std::uint32_t>(from);
 }
 
-std::string tableOf(const std::vector<FormattedPages::Entry>& entries, std::uint32_t end) {
-  Octets bytes(entries.size() * 8 + 4);
-  const std::span<std::uint8_t> all(bytes);
-  for (std::size_t i = 0; i < entries.size(); ++i) {
-    base::put(all, i * 4, entries[i].from);
-    base::put(all, (entries.size() + 1) * 4 + i * 4, entries[i].page);
-  }
-  base::put(all, entries.size() * 4, end);
-  return stringOf(bytes);
-}
-
 class DocumentWriter {
  public:
   DocumentWriter(const Text& text, const Text* glossary, const std::vector<OldStory>& stories,
@@ -87,7 +76,7 @@ class DocumentWriter {
   NewStreams write() {
     requireSharedPages();
     writeStories();
-    const std::vector<NewPieces::Recoloured> recoloured = pieces_.settle();
+    const std::vector<Recoloured> recoloured = pieces_.settle();
     stream_.assign(text_.document.begin(), text_.document.end());
     blankUnused(text_, glossary_, pieces_.places().gone(), pieces_.pieces(), stream_);
     if (!newText_.empty() || !recoloured.empty()) append(recoloured);
@@ -217,73 +206,15 @@ class DocumentWriter {
   }
 
   /// Puts new text and new pages behind the stream.
-  void append(const std::vector<NewPieces::Recoloured>& recoloured) {
+  void append(const std::vector<Recoloured>& recoloured) {
     stream_.resize(newText_.from());
     newText_.write(stream_);
     stream_.resize(pagesFor(stream_.size()) * kPage);
-    appendPages(FormattedPages::Of::characters, text_.characters, Table::characterPages, recoloured);
-    if (!newText_.empty())
-      appendPages(FormattedPages::Of::paragraphs, text_.paragraphs, Table::paragraphPages, {});
-  }
-
-  void appendPages(FormattedPages::Of of, const FormattedPages& pages, Table table,
-                   const std::vector<NewPieces::Recoloured>& recoloured) {
-    PageWriter writer(of, stream_);
-    std::vector<FormattedPages::Entry> entries = pages.entries();
-    std::uint32_t end = newText_.from();
-    if (!entries.empty()) {
-      end = entries.back().from;
-      entries.pop_back();
-    }
-    std::vector<bool> replaced(entries.size());
-    recolour(pages, recoloured, writer, replaced);
-    if (!newText_.empty()) {
-      newText_.writePages(of, std::min(end, newText_.from()), writer);
-      end = newText_.end();
-    }
-    std::vector<FormattedPages::Entry> all = writer.entries();
-    for (std::size_t i = 0; i < entries.size(); ++i)
-      if (!replaced[i]) all.push_back(entries[i]);
-    std::ranges::stable_sort(all, {}, &FormattedPages::Entry::from);
-    tables_.replace(table, tableOf(all, end));
-  }
-
-  /// Writes the pages anew on which text gets another highlight.
-  void recolour(const FormattedPages& pages, const std::vector<NewPieces::Recoloured>& recoloured,
-                PageWriter& writer, std::vector<bool>& replaced) const {
-    FormattedPages::Place place;
-    auto next = recoloured.begin();
-    for (std::size_t entry = 0; entry < replaced.size() && next != recoloured.end(); ++entry) {
-      const std::uint32_t end = pages.entries()[entry + 1].from;
-      if (next->from >= end) {
-        writer.endPage();
-        continue;
-      }
-      replaced[entry] = true;
-      for (std::uint32_t at = pages.entries()[entry].from; at < end;) {
-        while (next != recoloured.end() && next->to <= at) ++next;
-        FormattedPages::Run run = pages.at(at, place);
-        run.from = at;
-        run.to = std::min(run.to, end);
-        const bool isWithin = next != recoloured.end() && next->from <= at;
-        if (isWithin) {
-          run.to = std::min(run.to, next->to);
-        } else if (next != recoloured.end()) {
-          run.to = std::min(run.to, next->from);
-        }
-        std::string properties;
-        if (isWithin) {
-          properties = withoutHighlight(run.properties);
-          if (next->colour != 0 || text_.styles.haveHighlight())
-            properties += highlightProperty(next->colour);
-          run.properties = bytesOf(properties);
-        }
-        writer.add(run);
-        at = run.to;
-      }
-      while (next != recoloured.end() && next->to <= end) ++next;
-    }
-    writer.endPage();
+    tables_.replace(Table::characterPages,
+                    NewPages(text_.characters, recoloured, text_.styles, newText_).write(stream_));
+    if (newText_.empty()) return;
+    tables_.replace(Table::paragraphPages,
+                    NewPages(text_.paragraphs, {}, text_.styles, newText_).write(stream_));
   }
 
   std::vector<std::u16string> deletedTexts() const {

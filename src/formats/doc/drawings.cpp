@@ -62,6 +62,23 @@ void tellDrawings(ByteSpan records, const DrawingTexts& texts) {
   }
 }
 
+void forEachShapePicture(ByteSpan records, const std::function<void(std::size_t, std::size_t)>& visit) {
+  constexpr std::uint16_t kStore = 0xF007, kAll = 0xF000;
+  constexpr std::size_t kSize = 20, kPlace = 28, kLeast = 36;
+  for (std::size_t at = 0; at + kHead <= records.size();) {
+    const std::uint16_t type = get16(records, at + 2);
+    const std::size_t size = get32(records, at + 4);
+    at += kHead;
+    if (type == kAll || type == kStores) continue;
+    if (type < kAll || size > records.size() - at) return;
+    if (type == kStore && size >= kLeast) {
+      const std::size_t from = get32(records, at + kPlace);
+      visit(from, from + get32(records, at + kSize));
+    }
+    at += size;
+  }
+}
+
 ByteSpan pictureRecords(ByteSpan data, std::size_t at) {
   constexpr std::size_t kKind = 6, kLinkedFile = 0x66;
   if (at > data.size() || data.size() - at < 8) return {};

@@ -25,6 +25,8 @@ class FormattedPages {
   /// Throws DocumentError: damaged where a page lies outside the stream.
   FormattedPages(Of of, base::ByteSpan document, base::ByteSpan table);
 
+  Of of() const { return of_; }
+
   /// Where a run was found.
   struct Place {
     std::size_t entry = 0;

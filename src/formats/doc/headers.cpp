@@ -4,6 +4,7 @@
 #include "plc.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace pluvo::doc {
 
@@ -28,6 +29,8 @@ Headers::Headers(const Text& text) {
     return;
   }
   sections_.resize(sections.count());
+  using Order = std::vector<std::pair<Position, std::size_t>>;
+  Order order;  // of texts, with their sections
   Position reached = 0;
   for (std::size_t i = 0; i < sections_.size() * kKinds; ++i) {
     const Span span{places.place(kSeparators + i), places.place(kSeparators + i + 1)};
@@ -36,9 +39,12 @@ Headers::Headers(const Text& text) {
     if (!isSound || span.empty()) continue;
     reached = span.to;
     sections_[i / kKinds][i % kKinds] = span;
-    for (std::size_t shape = 0; shape < shapes.count(); ++shape)
-      if (shapes.place(shape) >= span.from && shapes.place(shape) < span.to && i / kKinds < mayGo_.size())
-        mayGo_[i / kKinds] = false;
+    order.emplace_back(span.from, i / kKinds);
+  }
+  for (std::size_t i = 0; i < shapes.count(); ++i) {
+    const auto behind = std::ranges::upper_bound(order, shapes.place(i), {}, &Order::value_type::first);
+    const std::size_t section = behind == order.begin() ? 0 : (behind - 1)->second;
+    if (section < mayGo_.size()) mayGo_[section] = false;
   }
   // A text that a section had from before would come after others of its own.
   Section before;
@@ -64,8 +70,9 @@ std::vector<Position> Headers::anchorsOf(std::size_t number) const {
 }
 
 bool Headers::mayGo(Position sectionBreak) const {
-  const auto found = std::ranges::find(breaks_, sectionBreak);
-  return found == breaks_.end() || mayGo_[static_cast<std::size_t>(found - breaks_.begin())];
+  const auto found = std::ranges::lower_bound(breaks_, sectionBreak);
+  return found == breaks_.end() || *found != sectionBreak ||
+         mayGo_[static_cast<std::size_t>(found - breaks_.begin())];
 }
 
 std::optional<Headers::Left> Headers::without(const std::function<bool(Position)>& isGone) const {

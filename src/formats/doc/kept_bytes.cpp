@@ -1,8 +1,7 @@
 #include "kept_bytes.h"
 
 #include "base/little_endian.h"
-#include "plc.h"
-#include "word_file.h"
+#include "used_bytes.h"
 
 #include <algorithm>
 #include <optional>
@@ -83,21 +82,8 @@ void addPieces(const Text& text, Stretches& stretches) {
   for (const Piece& piece : text.pieces.pieces()) stretches.add(piece.offset, piece.end());
 }
 
-/// How sections look lies in the stream, too, each with its size in front.
-void addSections(const Text& text, Stretches& stretches) {
-  constexpr std::size_t kElement = 12, kPlace = 2;
-  const Plc sections(text.in(Table::sections), kElement);
-  for (std::size_t i = 0; i < sections.count(); ++i) {
-    const std::size_t at = get32(sections.element(i), kPlace);
-    if (at > text.fib.extentsAt() && at + 2 <= text.document.size())
-      stretches.add(at, at + 2 + get16(text.document, at));
-  }
-}
-
-void addPages(const Text& text, Stretches& stretches) {
-  const auto add = [&](std::size_t at) { stretches.add(at, at + FormattedPages::kPage); };
-  text.characters.forEachPage(add);
-  text.paragraphs.forEachPage(add);
+void addOthers(const Text& text, Stretches& stretches) {
+  forEachUsedStretch(text, [&](std::size_t from, std::size_t to) { stretches.add(from, to); });
 }
 
 /// The lists' levels follow their table, where no length tells of them.
@@ -141,12 +127,11 @@ std::string firstMoved(const Text& original, const Text& edited) {
   Stretches blocks;
   blocks.add(0, before.end);
   addPieces(edited, used);
-  addPages(edited, used);
-  addSections(edited, used);
+  addOthers(edited, used);
   if (const auto glossary = glossaryOf(original)) {
     const Text second(edited.document, edited.tables, edited.data, *glossary);
     addPieces(second, used);
-    addPages(second, used);
+    addOthers(second, used);
     const Block block(edited.document, *glossary);
     blocks.add(block.at, block.end);
     for (const Table table : {Table::characterPages, Table::paragraphPages})

@@ -2,6 +2,7 @@
 
 #include "base/little_endian.h"
 #include "new_properties.h"
+#include "piece_text.h"
 #include "properties.h"
 
 #include <algorithm>
@@ -100,9 +101,8 @@ void NewPieces::add(const Stretch& stretch) {
 }
 
 bool NewPieces::hasMark(const Piece& piece) const {
-  for (std::uint32_t at = piece.offset; at < piece.end(); at += piece.width())
-    if (isMark(piece.narrow ? text_.document[at] : base::get16(text_.document, at))) return true;
-  return false;
+  return forEachControl(piece, text_.document, piece.from, piece.to,
+                        [](Position, char16_t unit) { return isMark(unit); });
 }
 
 /// Which of the old pieces stand for bytes that others stand for, too.
@@ -192,7 +192,7 @@ std::uint16_t NewPieces::prmFor(const std::string& properties) {
   return static_cast<std::uint16_t>(known->second << 1U | 1U);
 }
 
-std::vector<NewPieces::Recoloured> NewPieces::settle() {
+std::vector<Recoloured> NewPieces::settle() {
   const std::vector<bool> shared = sharedPieces();
   const bool areMany = stretches_.size() > kManyPieces;
   std::vector<Recoloured> recoloured;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "moved_places.h"
+#include "new_pages.h"
 #include "word_file.h"
 
 #include <cstdint>
@@ -25,12 +26,6 @@ class NewPieces {
 
   const MovedPlaces& places() const { return places_; }
 
-  /// Bytes of old text that get a highlight in the pages of characters.
-  struct Recoloured {
-    std::uint32_t from = 0;
-    std::uint32_t to = 0;
-    std::uint8_t colour = 0;
-  };
   /// Gives every stretch its highlight, in the properties of its piece where these suffice. What is left to
   /// the pages comes in the order of its bytes.
   std::vector<Recoloured> settle();

@@ -1,7 +1,7 @@
 #include "unused_bytes.h"
 
 #include "base/little_endian.h"
-#include "plc.h"
+#include "used_bytes.h"
 
 #include <algorithm>
 
@@ -29,16 +29,7 @@ std::vector<Extent> usedBytes(const Text& text, const Text* glossary, std::span<
     addBlock(glossary->fib, text.fib.glossary() * FormattedPages::kPage);
     addPieces(glossary->pieces.pieces());
   }
-  constexpr std::size_t kSection = 12, kPlace = 2;
-  const Plc sections(text.in(Table::sections), kSection);
-  for (std::size_t i = 0; i < sections.count(); ++i) {
-    const std::size_t at = base::get32(sections.element(i), kPlace);
-    if (at > text.fib.extentsAt() && at + 2 <= text.document.size())
-      used.push_back({at, at + 2 + base::get16(text.document, at)});
-  }
-  const auto addPage = [&](std::size_t at) { used.push_back({at, at + FormattedPages::kPage}); };
-  text.characters.forEachPage(addPage);
-  text.paragraphs.forEachPage(addPage);
+  forEachUsedStretch(text, [&](std::size_t from, std::size_t to) { used.push_back({from, to}); });
   std::ranges::sort(used, {}, &Extent::from);
   return used;
 }
