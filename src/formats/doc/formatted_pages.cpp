@@ -35,6 +35,18 @@ FormattedPages::FormattedPages(Of of, base::ByteSpan document, base::ByteSpan ta
   const std::uint32_t end = get32(table, count * 4);
   if (!entries_.empty() && end < entries_.back().from) throw damaged("table of formatting is damaged");
   entries_.push_back({end, 0});
+  // Some programs write tables that are a little wrong; another table in its place is altogether.
+  std::size_t entry = 0;
+  while (entry < count && !agrees(entry)) ++entry;
+  if (count > 0 && entry == count) throw damaged("table of formatting is damaged");
+}
+
+/// Whether a page and the table tell of some bytes both.
+bool FormattedPages::agrees(std::size_t entry) const {
+  const base::ByteSpan page = document_.subspan(std::size_t{entries_[entry].page} * kPage, kPage);
+  const std::size_t count = page[kPage - 1];
+  return count > 0 && (count + 1) * 4 < kPage && get32(page, 0) < entries_[entry + 1].from &&
+         get32(page, count * 4) > entries_[entry].from;
 }
 
 FormattedPages::Run FormattedPages::at(std::uint32_t byte, Place& last) const {

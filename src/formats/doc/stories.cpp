@@ -54,9 +54,9 @@ class StoryFinder {
   void forEachText(Part part, const Plc& places, std::size_t first, Visit visit, Left left) const {
     const Position begin = text_.fib.begin(part);
     const Position length = text_.fib.length(part);
-    Position reached = firstPlace(places, first, length);
+    Position reached = firstPlace(part, places, first);
     const auto leave = [&](Position to) {
-      if (hasMoreThanMarks(begin + reached, begin + to)) left(begin + reached, begin + to);
+      if (hasText(begin + reached, begin + to)) left(begin + reached, begin + to);
     };
     for (std::size_t i = first; i < places.count(); ++i) {
       const Position from = places.place(i);
@@ -69,17 +69,20 @@ class StoryFinder {
     leave(length);
   }
 
-  /// Where a text begins, if those in front of it are in order; else 0.
-  static Position firstPlace(const Plc& places, std::size_t number, Position length) {
-    if (number > places.count()) return 0;
-    for (std::size_t i = 0; i < number; ++i)
-      if (places.place(i) < 0 || places.place(i) > places.place(i + 1)) return 0;
-    const Position first = number == 0 ? 0 : places.place(number);
-    return first <= length ? first : 0;
+  /// Where a text begins, in a table that can be trusted; else 0.
+  Position firstPlace(Part part, const Plc& places, std::size_t number) const {
+    if (number == 0 || number > places.count() || places.place(0) != 0) return 0;
+    for (std::size_t i = 1; i < places.count(); ++i) {
+      const Position at = places.place(i);
+      if (at < places.place(i - 1) || at > text_.fib.length(part)) return 0;
+      const Position before = text_.fib.begin(part) + at - 1;
+      if (at > 0 && unitAt(text_.pieces, text_.document, before) != text::kParagraphMark) return 0;
+    }
+    return places.place(number);
   }
 
-  bool hasMoreThanMarks(Position from, Position to) const {
-    while (from < to && unitAt(text_.pieces, text_.document, from) == text::kParagraphMark) ++from;
+  bool hasText(Position from, Position to) const {
+    while (from < to && unitAt(text_.pieces, text_.document, from) < kControls) ++from;
     return from < to;
   }
 

@@ -64,6 +64,7 @@ Text::Text(base::ByteSpan documentStream, base::ByteSpan tableStream, base::Byte
       paragraphs(FormattedPages::Of::paragraphs, document, in(Table::paragraphPages)),
       styles(Styles::read(in(Table::styles), data)) {
   if (pieces.length() != fib.lengthOfAll()) throw damaged("texts are not as long as it says");
+  if (characters.entries().size() < 2) throw damaged("table of formatting is missing");
   // Pieces may share their bytes, where text was copied, but not many of them.
   constexpr std::size_t kMostShared = 16;
   if (static_cast<std::size_t>(pieces.length()) / kMostShared > document.size())

@@ -213,6 +213,8 @@ TEST(DocFormat, HidesNoTextThatADamagedTableDoesNotName) {
     const char* story;
   } cases[] = {{Table::headerTexts, {}, "7  head¶¶\x08¶¶"},
                {Table::headerTexts, {0, 0, 0, 0, 0, 0, 0, 0, -6, 6, 9, 9, 9, 10}, "7  head¶¶"},
+               {Table::headerTexts, {0, 0, 0, 0, 0, 0, 3, 3, 6, 6, 9, 9, 9, 10}, "7  hea¶"},
+               {Table::headerTexts, {1, 1, 1, 1, 1, 1, 6, 6, 6, 6, 9, 9, 9, 10}, "7  head¶¶"},
                {Table::headerTexts, {0, 0, 0, 0, 0, 0, 0, 0, 99, 6, 9, 9, 9, 10}, "7  head¶¶"},
                {Table::boxTexts, {}, "5  box¶spare¶¶"}};
   for (const auto& [table, places, story] : cases) {
@@ -285,6 +287,16 @@ TEST(DocFormat, SaysWhatItRefuses) {
     spoil(builder);
     EXPECT_THAT(refusalOf(builder.build()), testing::ContainsRegex("^" + std::string(says)));
   }
+  const auto withByte = [](std::size_t at, char value) {
+    DocBuilder builder;
+    builder.notation("text¶");
+    std::string file = builder.build();
+    file[file.find("\xEC\xA5") + at] = value;
+    return file;
+  };
+  constexpr std::size_t kCharacterPages = 0x9A + 12 * 8;
+  EXPECT_THAT(refusalOf(withByte(kCharacterPages, 12)), testing::HasSubstr("formatting is damaged"));
+  EXPECT_THAT(refusalOf(withByte(kCharacterPages + 4, 4)), testing::HasSubstr("formatting is missing"));
   const std::pair<std::string, const char*> others[] = {
       {cfb::compoundFile({{"Workbook", ""}, {"MBD", ""}, {"MBD/WordDocument", ""}}),
        "unsupported: .*Excel.*open it in the program"},
