@@ -188,6 +188,7 @@ class Checker {
     std::set<std::string> seen;
     for (const xml_node child : node.children()) {
       const std::string name = child.name();
+      if (name.empty()) continue;  // blanks
       const auto place = static_cast<std::size_t>(std::ranges::find(order, name) - order.begin());
       if (place == order.size()) {
         if (tailOnly && reached > 0) fault(name + " behind the end of " + node.name());
