@@ -33,6 +33,7 @@ constexpr std::array<Named, formats::kUnreached> kUnreachedNames = {{
     {"templates", "templates"},
     {"formFields", "form fields"},
     {"earlier", "text of earlier versions"},
+    {"otherPrograms", "data of other programs"},
 }};
 
 constexpr std::array<Named, formats::kOpaque> kOpaqueNames = {{

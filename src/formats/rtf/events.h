@@ -53,6 +53,7 @@ struct SkippedGroup {
   Word word = Word::unknown;  ///< its first
   std::size_t inside = 0;     ///< after that
   Extent bytes;
+  std::size_t goesFrom = 0;  ///< of a comment: where what goes with it begins
 };
 
 /// Is told what a walk meets, front to back. Braces that are part of a character or of a skipped group are

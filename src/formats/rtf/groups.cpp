@@ -78,7 +78,7 @@ std::optional<CharacterGroup> commentAt(const Tokens& tokens, std::size_t begin)
     if (!ahead.skipGroup()) return std::nullopt;
     if (group.word == Word::annotation) {
       CharacterGroup comment = characterOf(tokens, group, token.extent.begin);
-      comment.character.bytes.begin = begin;
+      comment.character.bytes.begin = comment.group.goesFrom = begin;
       return comment;
     }
     if (!isSkipped(group.word) && !group.isStarred) return std::nullopt;

@@ -71,6 +71,14 @@ class Teller {
       case Word::pict:
       case Word::shppict:
         return drawing(group);
+      case Word::userprops:
+        return forEachGroup(group, [&](const SkippedGroup& part) { tellAll(Unreached::properties, part); });
+      case Word::formfield:
+        return forEachGroup(group, [&](const SkippedGroup& field) {
+          forEachGroup(field, [&](const SkippedGroup& part) { tellAll(Unreached::formFields, part); });
+        });
+      case Word::unknown:
+        return tellAll(Unreached::otherPrograms, group);
       default:
         return stories(told, depth);
     }
@@ -78,6 +86,7 @@ class Teller {
 
   void stories(const GroupInText& told, int depth) {
     if (told.group.word == Word::shp) drawing(told.group);
+    if (told.group.word == Word::annotation) authors(told.group);
     for (const StoryGroup& found : storyGroupsIn(file_, told.group).stories) {
       if (depth == kDeepestStory)
         return texts_.damaged("a text within others", "It is nested more than 8 deep.");
@@ -116,6 +125,18 @@ class Teller {
     }
   }
   static constexpr std::size_t kLongestName = 16;
+
+  /// Who wrote a comment, in groups in front of it.
+  void authors(const SkippedGroup& comment) {
+    if (comment.goesFrom == 0) return;
+    Tokens tokens(file_.substr(0, comment.inside), comment.goesFrom);
+    for (Token token = tokens.next(); token.kind != Token::Kind::end; token = tokens.next()) {
+      if (token.word != Word::atnid && token.word != Word::atnauthor) continue;
+      const std::size_t inside = tokens.at();
+      if (!tokens.skipGroup()) return;
+      tellAll(Unreached::people, {token.word, inside, {inside, tokens.at()}});
+    }
+  }
 
   void formula(const SkippedGroup& group) {
     std::u16string all;

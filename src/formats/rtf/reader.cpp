@@ -295,7 +295,11 @@ bool TextReader::isTold(Word group) {
     case Word::docvar:
     case Word::indexEntry:
     case Word::revtbl:
+    case Word::userprops:
       return true;
+    case Word::formfield:
+    case Word::unknown:
+      return ++minorGroups_ <= kMostMinorGroups;
     default:
       return holdsStories(group);
   }

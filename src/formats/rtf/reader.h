@@ -57,6 +57,8 @@ struct ReadText {
   bool hasMoreGroups = false;       ///< … of more
 };
 inline constexpr std::size_t kMostGroups = 65'535;
+/// What is told of form fields and of groups of other programs.
+inline constexpr std::size_t kMostMinorGroups = 4'096;
 
 /// What a text is read for.
 struct ReadFor {
@@ -138,6 +140,7 @@ class TextReader final : public Events {
   std::size_t nextWaiting_ = 0;
   std::vector<GroupInText> groups_;
   bool hasMoreGroups_ = false;
+  std::size_t minorGroups_ = 0;
   bool hasObject_ = false;
   std::vector<Level> levels_;
   bool endsInMark_ = false;

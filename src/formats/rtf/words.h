@@ -61,7 +61,9 @@ enum class Word : std::uint8_t {
   indexEntry,  ///< a text for an index or a table of contents
   revtbl,
   docvar,
-  lastGroup = docvar,
+  userprops,
+  formfield,
+  lastGroup = formfield,
   // The look of characters.
   f,
   plain,

@@ -205,12 +205,16 @@ TEST(RtfFormat, TellsTextsBesideMainText) {
   const Opened opened =
       open(head() +
            "{\\*\\revtbl{Unknown;}{A B;}}{\\info{\\title T}}{\\header h\\par}{\\xe{x}}{\\*\\docvar{n}{v}}"
+           "{\\*\\userprops{\\propname N}\\proptype30{\\staticval P}}{\\*\\other{\\b o}}"
+           "{\\field{\\*\\fldinst FORMTEXT{\\*\\formfield{\\fftype0{\\*\\ffdeftext d}}}}{\\fldrslt r}}"
+           "{\\*\\atnid id}{\\*\\atnauthor A}\\chatn{\\*\\annotation{\\*\\atndate 1}c}"
            "{\\shp{\\*\\shpinst{\\sp{\\sn gtextUNICODE}{\\sv art}}{\\shptxt b{\\footnote in}\\par}}}"
            "{\\*\\shppict{\\pict{\\*\\picprop{\\sp{\\sn wzDescription}{\\sv d\\u1046?}}}00}}\\par}");
   Told told;
   opened.source->tellOtherTexts(opened.model, told);
   EXPECT_EQ(told.all,
-            "people: Unknown;A B;\nother: T\nstory 0: h¶\ncode: x\nother: v\nart: art\nstory 5: b\x02¶\n"
+            "people: Unknown;A B;\nother: T\nstory 0: h¶\ncode: x\nother: v\nother: N\nother: P\nother: o\n"
+            "other: d\npeople: id\npeople: A\nstory 4: c¶\nart: art\nstory 5: b\x02¶\n"
             "story 2: in¶\nopaque\nopaque\npicture: dЖ\n");
 }
 

@@ -37,10 +37,11 @@ enum class Unreached : std::uint8_t {
   scripts,
   styleSheets,
   templates,
-  formFields,  ///< their texts and their choices
-  earlier,     ///< what a program that saves changes alone left in the file of text that was deleted
+  formFields,     ///< their texts and their choices
+  earlier,        ///< what a program that saves changes alone left in the file of text that was deleted
+  otherPrograms,  ///< what they put where nobody else reads it
 };
-inline constexpr std::size_t kUnreached = 23;
+inline constexpr std::size_t kUnreached = 24;
 
 /// Parts that the search leaves out.
 enum class Opaque : std::uint8_t { objects, pictures, macros, thumbnail, scriptedText };
