@@ -71,7 +71,7 @@ class DocumentWriter {
         walker_(text),
         pieces_(text),
         newText_(newTextFrom(text)),
-        tables_(text.fib, text.tables) {}
+        tables_(text.fib, glossary == nullptr ? nullptr : &glossary->fib, text.tables) {}
 
   NewStreams write() {
     requireSharedPages();

@@ -12,13 +12,13 @@ base::ByteSpan NewTables::now(std::size_t number) const {
 }
 
 bool NewTables::overlapsOthers(std::size_t number) const {
-  const auto& extents = fib_.extents();
+  const Fib::Extent& own = fib_.extents()[number];
   const auto endOf = [](const Fib::Extent& extent) { return std::uint64_t{extent.at} + extent.length; };
-  for (std::size_t i = 0; i < extents.size(); ++i) {
-    if (i == number || extents[i].length == 0) continue;
-    if (extents[i].at < endOf(extents[number]) && extents[number].at < endOf(extents[i])) return true;
-  }
-  return false;
+  const auto overlaps = [&](const Fib::Extent& other) {
+    return &other != &own && other.length > 0 && other.at < endOf(own) && own.at < endOf(other);
+  };
+  return std::ranges::any_of(fib_.extents(), overlaps) ||
+         (glossary_ != nullptr && std::ranges::any_of(glossary_->extents(), overlaps));
 }
 
 NewTables::Written NewTables::write() const {

@@ -13,7 +13,9 @@ namespace pluvo::doc {
 /// information block says they end.
 class NewTables {
  public:
-  NewTables(const Fib& fib, base::ByteSpan tables) : fib_(fib), tables_(tables) {}
+  /// The tables of a glossary lie in the same stream; null where there is none.
+  NewTables(const Fib& fib, const Fib* glossary, base::ByteSpan tables)
+      : fib_(fib), glossary_(glossary), tables_(tables) {}
 
   /// A table as it was.
   base::ByteSpan old(std::size_t number) const { return fib_.in(tables_, number); }
@@ -35,6 +37,7 @@ class NewTables {
   bool overlapsOthers(std::size_t number) const;
 
   const Fib& fib_;
+  const Fib* glossary_;
   base::ByteSpan tables_;
   std::map<std::size_t, std::string> changed_;
 };

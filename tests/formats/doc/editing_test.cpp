@@ -4,10 +4,12 @@
 #include "formats/doc/doc_builder.h"
 #include "formats/docx/random_edits.h"
 #include "formats/left.h"
+#include "piece_text.h"
 #include "storage/files/as_text.h"
 #include "storage/store/corpus.h"
 #include "support/invariants.h"
 #include "support/notation.h"
+#include "word_file.h"
 
 #include <gtest/gtest.h>
 
@@ -25,7 +27,8 @@ using text::Position;
 
 /// A document with all its stories.
 struct Opened {
-  explicit Opened(const base::Bytes& file) : Opened(DocFormat().read(file, {.allStories = true})) {}
+  explicit Opened(const base::Bytes& file, bool allStories = true)
+      : Opened(DocFormat().read(file, {.allStories = allStories})) {}
   explicit Opened(formats::Opened opened)
       : source(std::move(opened.source)), document(std::move(opened.stories), source) {}
 
@@ -133,6 +136,41 @@ TEST(DocFormat, EditsTextsBesideMainText) {
   Opened opened(files::bytesOf(withStories().build()));
   EXPECT_FALSE(tryTo([&] { replace(opened, 0, u"\x08"); }));
   EXPECT_FALSE(tryTo([&] { replace(opened, 4, u"\5"); }));
+}
+
+/// What goes with main text goes where main text alone was read, too.
+TEST(DocFormat, LosesNotesOfMainTextAlone) {
+  Opened opened(files::bytesOf(withStories().build()), false);
+  replace(opened, 0, u"\2\5");
+  base::MemoryOutput out;
+  opened.source->write(opened.document, out);
+  EXPECT_EQ(storiesOf(Opened(base::Bytes::of(std::move(out.bytes())))), "a\x08¶ head¶ \x08¶ box¶ ⟦in¦‖⟧¶ ");
+}
+
+/// The glossary of a template has an information block of its own, and its text in the same stream.
+TEST(DocFormat, KeepsTheGlossaryOfATemplate) {
+  DocBuilder builder;
+  builder.notation("entry and text¶");
+  builder.flags |= Fib::kTemplate;
+  const cfb::CompoundFile built = cfb::CompoundFile::open(files::bytesOf(builder.build()));
+  std::string document = files::textOf(built.read(*built.stream("WordDocument")).view);
+  const std::string block =
+      document.substr(0, Fib::read(built.read(*built.stream("WordDocument")).view).textFrom());
+  document.resize((document.size() + 511) / 512 * 512);
+  const auto at = static_cast<std::uint16_t>(document.size() / 512);
+  document += block;
+  document.replace(8, 2, number(at));
+  const auto tables = files::textOf(built.read(*built.stream("1Table")).view);
+  const base::Bytes file =
+      files::bytesOf(cfb::compoundFile({{"WordDocument", document}, {"1Table", tables}}));
+  Opened opened(file);
+  replace(opened, 0, u"entry", u"word");
+  const Streams saved = Streams::open(opened.saved());
+  const Text glossary(saved, at * std::size_t{512});
+  EXPECT_EQ(glossary.pieces.length(), 15);
+  EXPECT_EQ(glossary.fib.extent(Table::characterPages).at,
+            Text(saved, 0).fib.extent(Table::characterPages).at);
+  EXPECT_EQ(unitAt(glossary.pieces, glossary.document, 0), u'e');
 }
 
 /// The headers of a section whose break goes go with it, unless the next section has them from there.
