@@ -81,7 +81,7 @@ class DocumentWriter {
     blankUnused(text_, glossary_, pieces_.places().gone(), pieces_.pieces(), stream_);
     if (!newText_.empty() || !recoloured.empty()) append(recoloured);
     TableMover mover(text_, pieces_.places(), tables_);
-    mover.move();
+    if (!pieces_.places().empty()) mover.move();
     tables_.replace(Table::pieces, pieces_.table());
     NewTables::Written written = tables_.write();
     writeBlock(mover, written.extents);
@@ -178,6 +178,10 @@ class DocumentWriter {
     NewTextWriter newText(text_, walker_, story, place, newText_);
     document::StepReader steps(story.text());
     for (Step step; steps.next(step);) {
+      // The mark that a text breaks off without is not in the file.
+      if (step.original >= place.length()) break;
+      step.length =
+          step.kind == Step::Kind::put ? step.length : std::min(step.length, place.length() - step.original);
       switch (step.kind) {
         case Step::Kind::keep:
           keep(step, story, old);

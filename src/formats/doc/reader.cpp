@@ -35,8 +35,8 @@ constexpr std::array<std::pair<document::Restriction::Of, std::string_view>, 6> 
       "The mark of a table's cell or row stands here outside all tables. Open the document in a word "
       "processor and save it again, or leave this place out."},
      {document::Restriction::Of::change,
-      "The text breaks off without the mark that should end it. Open the document in a word processor and "
-      "save it again."}}};
+      "The text breaks off here without the mark that should end it. Open the document in a word "
+      "processor and save it again, or leave this place out."}}};
 
 bool isFieldUnit(char16_t unit) { return unit >= text::kFieldBegin && unit <= text::kFieldEnd; }
 
@@ -72,7 +72,7 @@ document::Content TextReader::read(const StoryPlace& place) {
   if (!endsInMark_) restrict(Odd::end, last);
   if (!endsInMark_) builder_.append(text::kParagraphMark, last);
   document::Content content = builder_.finish();
-  if (!endsInMark_) restrictAll(content);
+  if (!endsInMark_) restrictEnd(content);
   return content;
 }
 
@@ -87,16 +87,13 @@ void TextReader::restrict(Odd odd, Look& look) {
   look.restriction = number;
 }
 
-/// As its last character is.
-void TextReader::restrictAll(document::Content& content) {
-  const std::int8_t restriction = content.structure.valueAt(content.structure.length() - 1).restriction;
-  text::RunMap<document::Structure> all;
-  for (const auto& run : content.structure.runs()) {
-    document::Structure structure = run.value;
-    structure.restriction = restriction;
-    all.append(run.to - run.from, structure);
-  }
-  content.structure = std::move(all);
+/// As the mark is that the file does not have, so is the character before it.
+void TextReader::restrictEnd(document::Content& content) {
+  const Position mark = content.structure.length() - 1;
+  if (mark == 0) return;
+  document::Structure last = content.structure.valueAt(mark - 1);
+  last.restriction = content.structure.valueAt(mark).restriction;
+  content.structure.set(mark - 1, mark, last);
 }
 
 Look TextReader::lookOf(const CharacterLook& look) const {

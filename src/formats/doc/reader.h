@@ -43,7 +43,7 @@ class TextReader final : public Events {
 
   document::Look lookOf(const CharacterLook& look) const;
   void restrict(Odd odd, document::Look& look);
-  void restrictAll(document::Content& content);
+  void restrictEnd(document::Content& content);
   void special(text::Position at, std::u16string_view units, const CharacterLook& look);
   void add(std::u16string_view units, const document::Look& look);
   void settle();
