@@ -189,7 +189,7 @@ std::uint16_t NewPieces::prmFor(const std::string& properties) {
     }
     newGroups_.push_back(properties);
   }
-  return static_cast<std::uint16_t>(known->second << 1U | 1U);
+  return static_cast<std::uint16_t>(static_cast<unsigned>(known->second) << 1U | 1U);
 }
 
 std::vector<Recoloured> NewPieces::settle() {
