@@ -6,6 +6,9 @@
 #include "walker.h"
 
 #include <array>
+#include <bit>
+#include <cstdint>
+#include <cstring>
 
 namespace pluvo::formats::html {
 
@@ -20,6 +23,34 @@ constexpr std::array<bool, 256> makeSimple() {
   return simple;
 }
 constexpr std::array<bool, 256> kSimple = makeSimple();
+
+constexpr std::uint64_t inEach(std::uint64_t byte) { return byte * 0x0101010101010101U; }
+constexpr std::uint64_t kTop = inEach(0x80);
+
+/// The top bit of each of eight bytes that is a certain one, and perhaps of some behind the first such.
+constexpr std::uint64_t where(std::uint64_t eight, char byte) {
+  const std::uint64_t differs = eight ^ inEach(static_cast<unsigned char>(byte));
+  return (differs - inEach(1)) & ~differs & kTop;
+}
+
+/// As many eights of bytes as are letters with single blanks between them. IsBlank says whether a blank
+/// stands in front, and then whether one ends them.
+std::size_t lettersIn(std::string_view bytes, bool& isBlank) {
+  constexpr std::size_t kEight = sizeof(std::uint64_t);
+  std::size_t taken = 0;
+  if constexpr (std::endian::native != std::endian::little) return taken;
+  for (std::uint64_t eight = 0; bytes.size() - taken >= kEight; taken += kEight) {
+    std::memcpy(&eight, bytes.data() + taken, kEight);
+    const std::uint64_t isControl = (eight - inEach(' ')) & ~eight & kTop;
+    const std::uint64_t isForeign = eight & kTop;
+    if ((isControl | isForeign | where(eight, '&') | where(eight, '<') | where(eight, '\x7F')) != 0) break;
+    // No byte's sum reaches into the next, since all are ASCII.
+    const std::uint64_t blanks = ~((eight ^ inEach(' ')) + inEach(0x7F)) & kTop;
+    if ((blanks & (blanks << 8U | (isBlank ? 0x80U : 0U))) != 0) break;
+    isBlank = (blanks >> 63U) != 0;
+  }
+  return taken;
+}
 
 bool isSimple(char c) { return kSimple[static_cast<unsigned char>(c)]; }
 bool isBlankPoint(char32_t point) {
@@ -52,6 +83,7 @@ void Walker::foldedText(Extent bytes) {
   while (at < bytes.end) {
     std::size_t end = at;
     bool endsInBlank = folds_;
+    end += lettersIn(bytes_.substr(end, bytes.end - end), endsInBlank);
     for (;;) {
       const std::size_t from = end;
       while (end < bytes.end && isSimple(bytes_[end])) ++end;
