@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Compares what LibreOffice reads from edited documents with the text that they should have.
 
-    PLUVO_EDITED=FOLDER docx_tests --gtest_filter='Corpus.*'; libreoffice.py FOLDER  (or rtf_tests, doc_tests)
+    PLUVO_EDITED=FOLDER docx_tests --gtest_filter='Corpus.*'; libreoffice.py FOLDER  (or rtf_tests, doc_tests, html_tests)
 
 LibreOffice is given copies of Word documents in which content controls are unwrapped and nothing floats: it repeats or drops text in
 the former and moves frames and floating tables out of the text. Left out: notes, annotations, drawings, list labels,
@@ -157,9 +157,10 @@ def main(folder):
     work = Path(tempfile.mkdtemp(prefix="docx-libreoffice-"))
     copies = []
     for document in sorted(p for p in folder.iterdir() if p.suffix != ".txt"):
-        binary = document.suffix.lower() in (".rtf", ".doc")
-        copies.append((document, work / f"{len(copies)}{document.suffix.lower() if binary else '.docx'}"))
-        if binary:
+        kind = document.suffix.lower()
+        is_whole = kind in (".rtf", ".doc", ".html")
+        copies.append((document, work / f"{len(copies)}{kind if is_whole else '.docx'}"))
+        if is_whole:
             shutil.copy(document, copies[-1][1])
             continue
         unwrapped(document, copies[-1][1])

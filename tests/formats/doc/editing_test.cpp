@@ -165,7 +165,7 @@ TEST(DocFormat, KeepsTheGlossaryOfATemplate) {
       files::bytesOf(cfb::compoundFile({{"WordDocument", document}, {"1Table", tables}}));
   Opened opened(file);
   replace(opened, 0, u"entry", u"word");
-  const Streams saved = Streams::open(opened.saved());
+  const Streams saved = Streams::open(opened.saved(), {});
   const Text glossary(saved, at * std::size_t{512});
   EXPECT_EQ(glossary.pieces.length(), 15);
   EXPECT_EQ(glossary.fib.extent(Table::characterPages).at,
