@@ -35,18 +35,21 @@ FormattedPages::FormattedPages(Of of, base::ByteSpan document, base::ByteSpan ta
   const std::uint32_t end = get32(table, count * 4);
   if (!entries_.empty() && end < entries_.back().from) throw damaged("table of formatting is damaged");
   entries_.push_back({end, 0});
-  // Some programs write tables that are a little wrong; another table in its place is altogether.
+  // Some programs write tables with other places than the pages have; what is no page is no table of them.
   std::size_t entry = 0;
-  while (entry < count && !agrees(entry)) ++entry;
+  while (entry < count && !isPage(entry)) ++entry;
   if (count > 0 && entry == count) throw damaged("table of formatting is damaged");
 }
 
-/// Whether a page and the table tell of some bytes both.
-bool FormattedPages::agrees(std::size_t entry) const {
+/// Whether there are runs, front to back.
+bool FormattedPages::isPage(std::size_t entry) const {
   const base::ByteSpan page = document_.subspan(std::size_t{entries_[entry].page} * kPage, kPage);
   const std::size_t count = page[kPage - 1];
-  return count > 0 && (count + 1) * 4 < kPage && get32(page, 0) < entries_[entry + 1].from &&
-         get32(page, count * 4) > entries_[entry].from;
+  const std::size_t element = of_ == Of::characters ? 1 : kParagraphElement;
+  if (count == 0 || (count + 1) * 4 + count * element > kPage - 1) return false;
+  for (std::size_t i = 0; i < count; ++i)
+    if (get32(page, i * 4) >= get32(page, (i + 1) * 4)) return false;
+  return true;
 }
 
 FormattedPages::Run FormattedPages::at(std::uint32_t byte, Place& last) const {
@@ -68,13 +71,10 @@ FormattedPages::Run FormattedPages::at(std::uint32_t byte, Place& last) const {
 bool FormattedPages::isSound(std::uint32_t byte) const {
   const auto behind = std::ranges::upper_bound(entries_, byte, {}, &Entry::from);
   if (behind == entries_.begin() || behind == entries_.end()) return false;
-  const base::ByteSpan page = document_.subspan(std::size_t{(behind - 1)->page} * kPage, kPage);
-  const std::size_t count = page[kPage - 1];
-  const std::size_t element = of_ == Of::characters ? 1 : kParagraphElement;
-  if ((count + 1) * 4 + count * element > kPage - 1) return false;
-  for (std::size_t i = 0; i < count; ++i)
-    if (get32(page, i * 4) >= get32(page, (i + 1) * 4)) return false;
-  return get32(page, 0) == (behind - 1)->from && get32(page, count * 4) == behind->from;
+  const auto entry = static_cast<std::size_t>(behind - entries_.begin()) - 1;
+  const base::ByteSpan page = document_.subspan(std::size_t{entries_[entry].page} * kPage, kPage);
+  return isPage(entry) && get32(page, 0) == entries_[entry].from &&
+         get32(page, page[kPage - 1] * std::size_t{4}) == behind->from;
 }
 
 FormattedPages::Run FormattedPages::onPage(std::uint32_t byte, Place& place) const {

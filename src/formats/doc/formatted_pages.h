@@ -22,8 +22,8 @@ class FormattedPages {
     base::ByteSpan properties;
   };
 
-  /// Throws DocumentError: damaged where a page lies outside the stream, or where no page is for bytes near
-  /// those that the table says.
+  /// Throws DocumentError: damaged where a page lies outside the stream, or where none of them is a page of
+  /// formatting.
   FormattedPages(Of of, base::ByteSpan document, base::ByteSpan table);
 
   Of of() const { return of_; }
@@ -55,7 +55,7 @@ class FormattedPages {
   }
 
  private:
-  bool agrees(std::size_t entry) const;
+  bool isPage(std::size_t entry) const;
   Run onPage(std::uint32_t byte, Place& place) const;
   Run withProperties(base::ByteSpan page, std::size_t index, Run run) const;
 
