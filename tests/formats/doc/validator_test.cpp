@@ -175,5 +175,13 @@ TEST(Validator, CatchesEachDefect) {
     EXPECT_THAT(defectAfter(plant), testing::ContainsRegex(says)) << &plant - &cases[0].plant;
 }
 
+TEST(Text, IsReadWhereATableNamesOtherPlacesThanItsPages) {
+  Planted planted(sound());
+  const std::size_t count = (planted.get(planted.document, planted.pair(12) + 4) - 4U) / 8;
+  for (std::size_t i = 0; i <= count; ++i) planted.put(12, i * 4, static_cast<std::uint32_t>(i));
+  const EditedStreams now = planted.streams();
+  EXPECT_EQ(Text(now.document, now.tables, now.data, 0).characters.entries().size(), count + 1);
+}
+
 }  // namespace
 }  // namespace pluvo::doc
