@@ -53,6 +53,13 @@ class Encrypter {
     return builder.build();
   }
 
+  /// A stream of property sets whose list is encrypted where it says that it lies.
+  std::string listed(std::string stream) const {
+    if (stream.size() < 4) return stream;
+    const std::size_t at = std::min<std::size_t>(base::get32(bytesOf(stream), 0), stream.size());
+    return stream.substr(0, at) + under(0, stream.substr(at));
+  }
+
  private:
   static base::ByteSpan bytesOf(const std::string& text) {
     return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
