@@ -88,6 +88,9 @@ std::string TerminalFace::sentenceFor(runs::Trouble trouble) const {
     case runs::Trouble::wrongPasswords:
       return "No password in the file of --password-file lifts its protection; add the right one, on a line "
              "of its own.";
+    case runs::Trouble::notReleased:
+      return "No password in the file of --password-file is the one for changing it; add the right one, on a "
+             "line of its own, or save the new version elsewhere with --output.";
     case runs::Trouble::documentsHashing:
       return "The passwords that were tried are not its own, and trying all of them would cost more hashing "
              "than one document may; put the right one among the first in the file of --password-file.";

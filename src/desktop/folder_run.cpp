@@ -368,6 +368,9 @@ std::string FolderRun::sentenceFor(runs::Trouble trouble) const {
     case runs::Trouble::placeTaken:
     case runs::Trouble::notOpened:
       return "No password that was given opens it.";
+    case runs::Trouble::notReleased:
+      return "No password that was given is the one for changing it; it can be read, and saved under another "
+             "name.";
     case runs::Trouble::wrongPasswords:
     case runs::Trouble::documentsHashing:
     case runs::Trouble::runsHashing:

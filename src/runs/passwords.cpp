@@ -22,7 +22,7 @@ std::optional<Failure> Passwords::tryAll(Question question, std::uint64_t hashes
   const auto failure = [&](Trouble trouble) {
     return Failure{errors::Problem::password, around_.face.sentenceFor(trouble)};
   };
-  const bool isOpening = question == Question::openPassword;
+  const bool isOpening = question == Question::openPassword, lifts = question == Question::password;
   switch (tryPasswords(around_.plan.passwords, hashes, ofDocument_, around_.passwordBudget, fits)) {
     case Tried::lifted:
       return std::nullopt;
@@ -40,10 +40,10 @@ std::optional<Failure> Passwords::tryAll(Question question, std::uint64_t hashes
       continue;
     }
     if (tries > 0 || !around_.plan.passwords.empty())
-      return failure(isOpening ? Trouble::notOpened : Trouble::wrongPasswords);
-    return failureFrom(isOpening                        ? formats::encryptedDocument()
-                       : question == Question::password ? store::protectedAgainstEditing()
-                                                        : store::reservedForChanging());
+      return failure(isOpening ? Trouble::notOpened : lifts ? Trouble::wrongPasswords : Trouble::notReleased);
+    return failureFrom(isOpening ? formats::encryptedDocument()
+                       : lifts   ? store::protectedAgainstEditing()
+                                 : store::reservedForChanging());
   }
 }
 

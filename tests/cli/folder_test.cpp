@@ -361,7 +361,7 @@ TEST(Passwords, OpenDocumentsThatStayEncrypted) {
   EXPECT_EQ(done.status, 0) << done.err;
   const std::string changed = sandbox.get("a.docx");
   EXPECT_THAT(docx::part(docx::bytesIn(docx::decrypted(changed)), "word/document.xml"), HasSubstr("final"));
-  EXPECT_EQ(docx::streamOf(changed, "Beside"), docx::streamOf(file, "Beside"));
+  EXPECT_EQ(docx::streamOf(changed, "WordDocument"), docx::streamOf(file, "WordDocument"));
   EXPECT_EQ(sandbox.get("a.docx.bak"), file);
   std::vector<fs::directory_entry> written;
   for (const std::string& folder : {sandbox.path(""), sandbox.path(sandbox.beside(""))})

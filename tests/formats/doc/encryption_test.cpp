@@ -73,6 +73,15 @@ TEST(Encryption, IsOpenedByItsPasswordAlone) {
       EXPECT_EQ(notation::print(document.mainText()), "a secret text<7: marked>¶");
       hint = opened.again;
     }
+    formats::Opened opened = DocFormat().read(files::bytesOf(file), hint);
+    document::Document document(std::move(opened.stories), opened.source);
+    document.mainText().insertBefore(2, u"very ");
+    base::MemoryOutput out;
+    opened.source->write(document, out);
+    EXPECT_THAT(files::textOf(out.bytes()), Not(HasSubstr("very")));
+    const document::Document again(DocFormat().read(files::bytesOf(files::textOf(out.bytes())), hint).stories,
+                                   opened.source);
+    EXPECT_EQ(notation::print(again.mainText()), "a very secret text<7: marked>¶");
     EXPECT_EQ(right.tried, 1) << "the key of the first reading opens it again";
 
     // The key of another kind of document.

@@ -12,12 +12,13 @@ namespace pluvo::docx {
 
 inline base::Bytes bytesIn(const std::string& text) { return base::Bytes::of({text.begin(), text.end()}); }
 
-/// The package, encrypted for encryption::kVectorPassword, and somebody else's stream beside it.
+/// The package, encrypted for encryption::kVectorPassword, and somebody else's stream beside it, by whose
+/// name another kind of document is known.
 inline std::string encrypted(const std::string& package) {
   const auto encryption = encryption::PackageEncryption::from(bytesIn(encryption::vectors().front().info));
   const auto key = encryption->keyBy(encryption::kVectorPassword);
   const auto made = encryption->encrypted(key->text(), bytesIn(package).view);
-  return cfb::compoundFile({{"Beside", "what others keep here"},
+  return cfb::compoundFile({{"WordDocument", "what others keep here"},
                             {"EncryptionInfo", {made.info.begin(), made.info.end()}},
                             {"EncryptedPackage", {made.package.begin(), made.package.end()}}});
 }

@@ -24,6 +24,7 @@ enum class Trouble : std::uint8_t {
   folderRefused,     ///< the user may not read a folder
   notOpened,         ///< it is encrypted, and none of the passwords opens it
   wrongPasswords,    ///< none of the plan's passwords lifts its protection
+  notReleased,       ///< none of the plan's passwords is that for changing it
   documentsHashing,  ///< trying more passwords would cost more than one document may
   runsHashing,       ///< trying passwords has cost as much as a run may
 };
