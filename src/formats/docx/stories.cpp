@@ -2,7 +2,7 @@
 
 #include "asides.h"
 #include "document/place.h"
-#include "fragment.h"
+#include "page_parts.h"
 #include "story_finder.h"
 
 #include <algorithm>
@@ -28,86 +28,6 @@ struct Kind {
 constexpr Kind kNotes[] = {{Name::footnote, word::wdFootnotesStory, Name::footnoteReference},
                            {Name::endnote, word::wdEndnotesStory, Name::endnoteReference},
                            {Name::comment, word::wdCommentsStory, Name::commentReference}};
-
-/// Headers and footers differ by the pages that they stand on.
-WdStoryType kindOf(Name element, std::string_view pages) {
-  const bool first = pages == "first";
-  const bool even = pages == "even";
-  if (element == Name::header)
-    return first  ? word::wdFirstPageHeaderStory
-           : even ? word::wdEvenPagesHeaderStory
-                  : word::wdPrimaryHeaderStory;
-  return first  ? word::wdFirstPageFooterStory
-         : even ? word::wdEvenPagesFooterStory
-                : word::wdPrimaryFooterStory;
-}
-
-struct OtherPart {
-  std::string part;
-  std::vector<document::PageUse> uses;  ///< of headers and footers
-};
-
-/// The parts of headers and footers in the order in which a reader meets them: by sections, and in each those
-/// of its first page, of all pages and of even pages. Parts that no section names come last.
-std::vector<OtherPart> pageParts(const Package& package, base::ByteSpan mainPart, const BodyMap& map) {
-  struct Use {
-    std::size_t section = 0;
-    int rank = 0;
-    document::PageUse use;
-    bool operator<(const Use& other) const {
-      return std::tie(section, rank) < std::tie(other.section, other.rank);
-    }
-  };
-  struct PagePart {
-    std::string part;
-    std::vector<Use> uses;
-  };
-  std::vector<PagePart> found;
-  std::map<std::string, std::size_t> byId;
-  for (const Relationship& relationship : package.mainRelationships) {
-    if (relationship.kind() != "header" && relationship.kind() != "footer") continue;
-    const auto known = std::find_if(found.begin(), found.end(),
-                                    [&](const PagePart& part) { return part.part == relationship.part; });
-    byId[relationship.id] = static_cast<std::size_t>(known - found.begin());
-    if (known == found.end()) found.push_back({relationship.part, {}});
-  }
-  if (found.empty()) return {};
-  const std::string_view bytes(reinterpret_cast<const char*>(mainPart.data()), mainPart.size());
-  constexpr std::string_view kSign = "erReference";
-  for (std::size_t at = bytes.find(kSign); at != bytes.npos; at = bytes.find(kSign, at + 1)) {
-    const std::size_t begin = bytes.rfind('<', at);
-    const std::size_t end = bytes.find('>', at);
-    if (begin == bytes.npos || end == bytes.npos || bytes.find_first_of(" \t\r\n/>", begin) < at) continue;
-    const Fragment tag = startOf(bytes.substr(begin, end + 1 - begin));
-    const auto part = byId.find(std::string(tag.value("id")));
-    const bool isHeader = tag.local() == "headerReference";
-    if (part == byId.end() || (!isHeader && tag.local() != "footerReference")) continue;
-    const auto mark = std::upper_bound(
-        map.sectionMarks.begin(), map.sectionMarks.end(), begin,
-        [](std::size_t place, const BodyMap::SectionMark& each) { return place < each.propertiesEnd; });
-    const std::string_view pages = tag.value("type");
-    found[part->second].uses.push_back({static_cast<std::size_t>(mark - map.sectionMarks.begin()),
-                                        pages == "first"  ? 0
-                                        : pages == "even" ? 2
-                                                          : 1,
-                                        {mark == map.sectionMarks.end() ? text::kMaxLength : mark->position,
-                                         kindOf(isHeader ? Name::header : Name::footer, pages)}});
-  }
-  for (PagePart& part : found) std::stable_sort(part.uses.begin(), part.uses.end());
-  std::sort(found.begin(), found.end(), [](const PagePart& a, const PagePart& b) {
-    if (!a.uses.empty() && !b.uses.empty() &&
-        (a.uses.front() < b.uses.front() || b.uses.front() < a.uses.front()))
-      return a.uses.front() < b.uses.front();
-    return std::tuple(a.uses.empty(), a.part.size(), std::string_view(a.part)) <
-           std::tuple(b.uses.empty(), b.part.size(), std::string_view(b.part));
-  });
-  std::vector<OtherPart> parts;
-  for (PagePart& part : found) {
-    parts.push_back({std::move(part.part), {}});
-    for (const Use& use : part.uses) parts.back().uses.push_back(use.use);
-  }
-  return parts;
-}
 
 /// Brings the stories found in all parts into one order, and says what each hangs on.
 class Assembly {
@@ -190,7 +110,7 @@ class Assembly {
 
   static WdStoryType kindOfStory(Name element) {
     if (element == Name::document) return word::wdMainTextStory;
-    if (element == Name::header || element == Name::footer) return kindOf(element, {});
+    if (element == Name::header || element == Name::footer) return kindOnPages(element == Name::header, {});
     for (const Kind& kind : kNotes)
       if (kind.element == element) return kind.story;
     return word::wdTextFrameStory;
@@ -309,7 +229,7 @@ Stories withMainTextAlone(std::string partName, xml::Utf8Part part, ReadBody mai
 }
 
 Stories withAllStories(const Package& package, xml::Utf8Part part, ReadBody mainText, const Styles& styles) {
-  std::vector<OtherPart> others = pageParts(package, part.utf8.view, mainText.map);
+  std::vector<PagePart> others = pageParts(package, part.utf8.view, mainText.map);
   for (const Role role : {Role::footnotes, Role::endnotes, Role::comments})
     if (const zip::Member* const member = package.member(role))
       others.push_back({std::string(member->name), {}});
@@ -320,7 +240,7 @@ Stories withAllStories(const Package& package, xml::Utf8Part part, ReadBody main
   assembly.addPart(package.mainPart, std::move(part), std::move(inMainPart), {});
   Budget budget(package.archive.bytes().size());
   std::set<std::string_view> seen = {package.mainPart};
-  for (const OtherPart& other : others) {
+  for (const PagePart& other : others) {
     const zip::Member* const member = package.archive.find(other.part);
     if (member == nullptr || !seen.insert(member->name).second) continue;
     try {

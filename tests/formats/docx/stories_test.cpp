@@ -178,9 +178,11 @@ TEST(Stories, ofPagesComeInTheOrderOfTheirUse) {
        relationships({{"header", "a.xml"}, {"header", "b.xml"}, {"header", "c.xml"}, {"header", "d.xml"}})}};
   for (const char name : {'a', 'b', 'c', 'd'})
     parts[std::string("word/") + name + ".xml"] = partOf("hdr", std::string("{[") + name + "]}");
+  const std::string commented = "<!-- <headerReference a=b> <headerReference a='-->";
   const base::Bytes document =
-      documentOf(wml("{<pPr>" + section(use("even", 4) + use("default", 2)) + "</pPr>[x]}{[y]}" +
-                     section(use("default", 4) + use("first", 3))),
+      documentOf(wml(commented + "{<pPr>" + section(use("even", 4) + use("default", 2)) + "</pPr>[x]}{[y]}") +
+                     "<w:sectPr><w:headerReference w:a=\"x>\" w:type=\"default\" r:id=\"rId4\"/>" +
+                     wml(use("first", 3)) + "</w:sectPr>",
                  parts);
   Opened opened = open(document);
   const auto textsOf = [](const Opened& read) {
