@@ -44,8 +44,23 @@ SETTLED = {
     "60293.rtf": "LibreOffice drops the header of a first page that is not set apart",
     "Comment015.rtf": "LibreOffice puts frames and comments in text boxes into one another",
     "coverpage2.rtf": "LibreOffice drops a line break in a box",
+    "2003_Consumer_Confidence_Report.rtf": "LibreOffice numbers the pages, and drops a first page's footer",
+    "Comment042.rtf": "LibreOffice does not open what it made of its own .docx",
+    "hyperlink-in_shapes.rtf": "LibreOffice adds a letter that the file does not have",
+    "T1000.html": "LibreOffice makes what floats or is positioned a frame",
+    "T1010.html": "LibreOffice makes what floats or is positioned a frame",
+    "T1020.html": "LibreOffice makes what floats or is positioned a frame",
+    "802d24-license.html": "LibreOffice drops a word that browsers show",
+    "c88de1-index.html": "LibreOffice shows what can be chosen in a form",
+    "testHTMLNoisyMetaEncoding_3.html": "LibreOffice reads another encoding than the one declared",
+    "test_ignore_IBM420.html": "LibreOffice reads bytes that the encoding leaves undefined as question marks",
     "Field-Create_date.rtf": "LibreOffice makes out a date anew",
 }
+# Pages that LibreOffice made: its own headers, notes, boxes and numbers are no text for it when it reads them again.
+OWN_PAGES = "2003_Consumer_Confidence_Report 40101_2004.Rules_and_Regulations_of_the_Board_of_Regents " \
+            "Comment015 Comment042 Complex01 FancyFoot " \
+            "hyperlink-in_shapes testWORD_2006ml testWORD_embedded_pics testWORD_numbered_list"
+SETTLED |= {f"{name}.html": "LibreOffice takes what it made out of the text" for name in OWN_PAGES.split()}
 
 
 def text_of(path):
@@ -165,7 +180,9 @@ def main(folder):
             continue
         unwrapped(document, copies[-1][1])
     for start in range(0, len(copies), 15):
-        subprocess.run(["soffice", f"-env:UserInstallation=file://{work}/profile", "--headless", "--convert-to", "fodt",
+        # A page opens as a document for the web, of which LibreOffice makes no .fodt.
+        pages = ["--infilter=HTML (StarWriter)"] if copies[start][1].suffix == ".html" else []
+        subprocess.run(["soffice", f"-env:UserInstallation=file://{work}/profile", "--headless", *pages, "--convert-to", "fodt",
                         "--outdir", work, *(copy for _, copy in copies[start : start + 15])],
                        capture_output=True, timeout=300, check=False)  # fmt: skip
     differ = stories = lacking = known = 0
