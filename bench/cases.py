@@ -78,6 +78,11 @@ def docx_cases():
     yield Case(".doc 28 MB, 1,000 pages, find", "binary.doc",
                [pluvo("find", "--quiet", *BLOCK, "{in}"), limit("text-find", "{in}", BEGIN)],
                {"limit": ("at most", 4)}, changes=False, right=found())
+    for name, title, factor in (("binary", ".doc 28 MB, 1,200 blocks", 6), ("binary-dense", ".doc 17 MB, 50,200 blocks", 20)):
+        yield Case(f"{title}, highlight", f"{name}.doc",
+                   [pluvo("highlight", *BLOCK, "{in}"), limit("text", "{in}", "{out}", BEGIN), libreoffice("highlight", "{in}")],
+                   {"limit": ("at most", factor), "LibreOffice": ("at least", 25)},
+                   right=lambda original, result: check.check_binary(original, result, BEGIN, END))
     # Of the beginnings that share the one ending the first is taken that is near enough to it.
     for name, right in (("adversarial", lambda original, result: check.check_only_block(original, result, BEGIN, END)),
                         ("none", changed("highlight"))):

@@ -316,11 +316,13 @@ def main():
     docx("dense.docx", 4, 3_200_000, 50_200, 200, 100, length=256)
     docx("foreign.docx", 3, 3_200_000, 1_200, 200, 100, share=0.6)
     docx("foreign-dense.docx", 4, 3_200_000, 50_200, 200, 100, length=256, share=0.6)
-    # 28 MB as a binary document, which LibreOffice makes of it.
+    # 28 MB and 17 MB as binary documents, which LibreOffice makes of them.
     docx("binary.docx", 3, 3_200_000, 1_200, 200, 200)
+    docx("binary-dense.docx", 4, 3_200_000, 50_200, 200, 100, length=256)
     with tempfile.TemporaryDirectory() as home:
         subprocess.run(["soffice", "--headless", "--norestore", "-env:UserInstallation=file://" + home, "--convert-to", "doc",
-                        "--outdir", folder, os.path.join(folder, "binary.docx")], check=True, stdout=subprocess.DEVNULL)
+                        "--outdir", folder, *(os.path.join(folder, name) for name in ("binary.docx", "binary-dense.docx"))],
+                       check=True, stdout=subprocess.DEVNULL)
     docx("none.docx", 6, 3_200_000, 0, 200, 100)
     rng = random.Random(5)
     write_docx(os.path.join(folder, "adversarial.docx"), 5, adversarial(rng, Filler(rng), 3_200_000, 100_000), 200, 100)

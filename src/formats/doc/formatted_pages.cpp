@@ -68,13 +68,15 @@ FormattedPages::Run FormattedPages::at(std::uint32_t byte, Place& last) const {
   return onPage(byte, last);
 }
 
-bool FormattedPages::isSound(std::uint32_t byte) const {
+FormattedPages::Extent FormattedPages::soundPageAt(std::uint32_t byte) const {
   const auto behind = std::ranges::upper_bound(entries_, byte, {}, &Entry::from);
-  if (behind == entries_.begin() || behind == entries_.end()) return false;
+  if (behind == entries_.begin() || behind == entries_.end()) return {};
   const auto entry = static_cast<std::size_t>(behind - entries_.begin()) - 1;
+  if (!isPage(entry)) return {};
   const base::ByteSpan page = document_.subspan(std::size_t{entries_[entry].page} * kPage, kPage);
-  return isPage(entry) && get32(page, 0) == entries_[entry].from &&
-         get32(page, page[kPage - 1] * std::size_t{4}) == behind->from;
+  const Extent extent{entries_[entry].from, behind->from};
+  const std::size_t end = page[kPage - 1] * std::size_t{4};
+  return get32(page, 0) == extent.from && get32(page, end) == extent.to ? extent : Extent{};
 }
 
 FormattedPages::Run FormattedPages::onPage(std::uint32_t byte, Place& place) const {

@@ -44,8 +44,14 @@ class FormattedPages {
   /// Front to back, with one more that says where the last ends; none where there is no table.
   const std::vector<Entry>& entries() const { return entries_; }
 
-  /// Whether the page of a byte is for the very bytes that the table says.
-  bool isSound(std::uint32_t byte) const;
+  struct Extent {
+    std::uint32_t from = 0;
+    std::uint32_t to = 0;
+    bool holds(std::uint32_t byte) const { return from <= byte && byte < to; }
+  };
+  /// The bytes that the page of a byte is for; none where the page says otherwise than the table, or its runs
+  /// are in disorder.
+  Extent soundPageAt(std::uint32_t byte) const;
 
   static constexpr std::size_t kPage = 512;
   /// Calls visit(place) with where each page begins.

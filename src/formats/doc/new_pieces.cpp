@@ -123,17 +123,16 @@ std::vector<bool> NewPieces::sharedPieces() const {
   return shared;
 }
 
-bool NewPieces::fitsPages(const Stretch& stretch, const std::vector<bool>& shared) const {
+bool NewPieces::fitsPages(const Stretch& stretch, const std::vector<bool>& shared) {
   constexpr std::size_t kLongest = 255 - 3;
   if (shared[stretch.old]) return false;
   std::array<std::uint8_t, 3> room{};
   const base::ByteSpan own = text_.pieces.properties(stretch.piece.prm, room);
   if (decideHighlight(own) || isUnknown(stretch.piece.prm)) return false;
-  FormattedPages::Place place;
   for (std::uint32_t at = stretch.piece.offset; at < stretch.piece.end();) {
-    const FormattedPages::Run run = text_.characters.at(at, place);
-    const bool isSound = run.to > at && run.properties.size() <= kLongest && text_.characters.isSound(at);
-    if (!isSound) return false;
+    const FormattedPages::Run run = text_.characters.at(at, place_);
+    if (!sound_.holds(at)) sound_ = text_.characters.soundPageAt(at);
+    if (run.to <= at || run.properties.size() > kLongest || !sound_.holds(at)) return false;
     at = run.to;
   }
   return true;

@@ -43,7 +43,7 @@ class NewPieces {
 
   void add(const Stretch& stretch);
   void join();
-  bool fitsPages(const Stretch& stretch, const std::vector<bool>& shared) const;
+  bool fitsPages(const Stretch& stretch, const std::vector<bool>& shared);
   bool hasMark(const Piece& piece) const;
   std::vector<bool> sharedPieces() const;
   void recolour(Stretch& stretch);
@@ -54,6 +54,8 @@ class NewPieces {
   MovedPlaces places_;
   std::vector<Stretch> stretches_;
   text::Position length_ = 0;
+  FormattedPages::Place place_;     ///< where formatting was looked for last …
+  FormattedPages::Extent sound_{};  ///< … and what its page is for, if that is sound
   std::vector<std::string> newGroups_;
   std::map<std::string, std::uint16_t> knownGroups_;
 };
