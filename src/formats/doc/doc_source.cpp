@@ -68,8 +68,11 @@ void DocSource::write(const document::Document& document, base::Output& out) con
 }
 
 std::vector<text::RunMap<formats::Appearance>> DocSource::appearance() const {
-  return {readAppearance(opened_->text, 0, opened_->text.fib.length(Part::main),
-                         stories_.front().highlight.length())};
+  std::vector<text::RunMap<formats::Appearance>> looks;
+  for (const OldStory& story : stories_)
+    looks.push_back(
+        readAppearance(opened_->text, story.place.from, story.place.to, story.highlight.length()));
+  return looks;
 }
 
 void DocSource::tellOtherTexts(const document::Story& mainText, formats::OtherTexts& texts) const {
