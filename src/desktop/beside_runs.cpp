@@ -15,7 +15,7 @@ BesideRuns::BesideRuns(Place place) : place_(std::move(place)), notReached_(plac
     OpenDocument* document = place_.documents.find(*place_.application->active());
     if (document == nullptr) return;
     document->refresh();
-    if (document->passChanged()) document->undo();
+    if (document->passChanged()) document->undoNow();
   };
 }
 

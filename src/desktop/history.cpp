@@ -9,12 +9,11 @@ void History::keep(Snapshot before) {
   changed_ = true;
 }
 
-void History::move(document::Document& document, Snapshots& from, Snapshots& to) {
+History::Snapshot History::take(Way way) {
   changed_ = false;
-  Snapshot snapshot = std::move(from.back());
-  from.pop_back();
-  to.push_back(document.snapshot());
-  document.restore(std::move(snapshot));
+  Snapshot state = std::move(states(way).back());
+  states(way).pop_back();
+  return state;
 }
 
 }  // namespace pluvo::desktop

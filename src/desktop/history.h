@@ -13,6 +13,7 @@ namespace pluvo::desktop {
 class History {
  public:
   using Snapshot = document::Document::Snapshot;
+  enum class Way { back, forth };
 
   void passBegins() { changed_ = false; }
   /// The pass changed the document, which was so before.
@@ -22,15 +23,16 @@ class History {
   bool passChanged() const { return changed_; }
   bool canUndo() const { return !undo_.empty(); }
   bool canRedo() const { return !redo_.empty(); }
-  /// Takes the last pass back, or makes it again; one of the two above must hold.
-  void undo(document::Document& document) { move(document, undo_, redo_); }
-  void redo(document::Document& document) { move(document, redo_, undo_); }
+  /// The document as it was before the last pass, or after the one that was taken back last; there is one.
+  Snapshot take(Way way);
+  /// The document as it was before a step, which the other way leads to again.
+  void put(Way way, Snapshot before) { states(way).push_back(std::move(before)); }
 
  private:
   using Snapshots = std::vector<Snapshot>;
   static constexpr std::size_t kMost = 20;
 
-  void move(document::Document& document, Snapshots& from, Snapshots& to);
+  Snapshots& states(Way way) { return way == Way::back ? undo_ : redo_; }
 
   Snapshots undo_;
   Snapshots redo_;

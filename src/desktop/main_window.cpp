@@ -321,16 +321,12 @@ void MainWindow::undo() {
              "Runs > Undo Last Run."));
     return;
   }
-  current()->undo();
-  documents_->updateTitles();
-  note(tr("The last pass was taken back."));
+  current()->undo(work_, [this] { note_ = tr("The last pass was taken back."); });
 }
 
 void MainWindow::redo() {
   if (current() == nullptr || refusedNow() || !current()->canRedo()) return;
-  current()->redo();
-  documents_->updateTitles();
-  note(tr("The pass was made again."));
+  current()->redo(work_, [this] { note_ = tr("The pass was made again."); });
 }
 
 // The program's own documents, and what the window says.

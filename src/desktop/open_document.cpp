@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QThread>
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace pluvo::desktop {
@@ -37,12 +38,18 @@ void OpenDocument::prepare() {
   } catch (const std::exception&) {
     appearances = {};  // the text is shown without
   }
-  made.view = view::DocumentView::prepare(made.document, std::move(appearances));
+  log_.emplace(document_->stories());
+  {
+    // What was published before is in it.
+    const std::lock_guard lock(mutex_);
+    published_.changes.clear();
+  }
+  made.view = view::DocumentView::prepare(made.document, *log_, std::move(appearances));
   prepared_ = std::move(made);
 }
 
 void OpenDocument::happened() {
-  news_.isAny = true;
+  isNews_ = true;
   if (QThread::currentThread() == QCoreApplication::instance()->thread()) changedHere();
 }
 
@@ -52,12 +59,12 @@ void OpenDocument::aboutToChange() {
 }
 
 void OpenDocument::replaced(const document::Story& story, text::Span span, text::Position newLength) {
-  news_.edits.push_back({numbers_.at(&story), span, newLength});
+  if (log_) log_->replaced(numbers_.at(&story), span, newLength);
   happened();
 }
 
 void OpenDocument::highlighted(const document::Story& story, text::Span span) {
-  news_.edits.push_back({numbers_.at(&story), span, std::nullopt});
+  if (log_) log_->highlighted(numbers_.at(&story), span);
   happened();
 }
 
@@ -70,32 +77,32 @@ void OpenDocument::selected(const document::Story& story, text::Span span) {
 void OpenDocument::viewChanged() { happened(); }
 
 void OpenDocument::publish() {
-  if (!std::exchange(news_.isAny, false)) return;
+  if (!std::exchange(isNews_, false)) return;
   News news = std::exchange(news_, {});
-  news.now = document_->stories().snapshot();
+  news.now = document_->copy();
+  if (log_) news.changes.push_back(log_->take());
   const std::lock_guard lock(mutex_);
-  if (!published_.isAny) {
+  if (published_.now == nullptr) {
     published_ = std::move(news);
-  } else {
-    if (!published_.before) published_.before = std::move(news.before);
-    published_.now = std::move(news.now);
-    published_.edits.insert(published_.edits.end(), news.edits.begin(), news.edits.end());
-    if (news.selection) published_.selection = news.selection;
+    return;
   }
-  published_.isAny = true;
+  if (!published_.before) published_.before = std::move(news.before);
+  published_.now = std::move(news.now);
+  std::ranges::move(news.changes, std::back_inserter(published_.changes));
+  if (news.selection) published_.selection = news.selection;
 }
 
 // The window's thread.
 
 view::DocumentView* OpenDocument::makeView() {
   if (!prepared_) prepare();
-  receive();
   Prepared made = *std::exchange(prepared_, std::nullopt);
   shown_ = std::move(made.document);
   view_ = new view::DocumentView(std::move(made.view));
   hasView_ = true;
   view_->userSelected = [this](text::Span selection) { userSelects(shown_->selectedStory(), selection); };
   view_->storyAsked = [this](std::size_t story) { lookAt(story); };
+  receive();
   return view_;
 }
 
@@ -130,21 +137,15 @@ void OpenDocument::receive() {
     const std::lock_guard lock(mutex_);
     news = std::exchange(published_, {});
   }
-  if (news.isAny) show(std::move(news));
+  if (news.now != nullptr) show(std::move(news));
 }
 
 void OpenDocument::show(News news) {
   if (news.before) history_.keep(*std::move(news.before));
-  shown_->stories().restore(std::move(news.now));
-  if (view_) {
-    for (const Edit& edit : news.edits) {
-      if (edit.newLength) {
-        view_->textReplaced(edit.story, edit.span, *edit.newLength);
-      } else {
-        view_->highlightChanged(edit.story, edit.span);
-      }
-    }
-  }
+  const auto before = std::exchange(shown_, std::move(news.now));
+  if (userSelected_) keepSelection(*before, news.changes);
+  if (view_) view_->take(shown_, news.changes);
+  if (view_ && before->view() != shown_->view()) view_->viewChanged();
   if (news.selection) {
     userSelected_ = false;
     const auto& [story, span] = *news.selection;
@@ -154,14 +155,23 @@ void OpenDocument::show(News news) {
   edited();
 }
 
+/// What the user has selected meanwhile stays so, and moves with the text.
+void OpenDocument::keepSelection(memory::MemoryDocument& before, const std::vector<view::Changes>& changes) {
+  const std::size_t story = before.selectedStory();
+  text::Span selection = before.selection();
+  for (const view::Changes& those : changes) {
+    const auto change = std::ranges::find(those, story, &view::StoryChange::story);
+    if (change == those.end()) continue;
+    selection.from = positionAfter(change->touched, selection.from);
+    selection.to = positionAfter(change->touched, selection.to);
+  }
+  shown_->select(story, selection);
+}
+
 void OpenDocument::takeBack() {
   publish();
   receive();
   if (shown_->path() != document_->path()) shown_->moveTo(document_->path());
-  if (shown_->view() != document_->view()) {
-    shown_->showFieldCodes(document_->view() == text::View::codes);
-    if (view_) view_->viewChanged();
-  }
   if (const bool now = document_->stories().changed(); std::exchange(changed_, now) != now) edited();
   if (!std::exchange(userSelected_, false)) return;
   selecting_ = true;
@@ -181,10 +191,32 @@ void OpenDocument::forgetPasses() {
   awaitsChange_ = false;
 }
 
-void OpenDocument::move(void (History::*way)(document::Document&)) {
+void OpenDocument::undoNow() {
   awaitsChange_ = false;
-  (history_.*way)(document_->stories());
+  History::Snapshot state = history_.take(History::Way::back);
+  exchange(state);
+  history_.put(History::Way::forth, std::move(state));
   refresh();
+}
+
+void OpenDocument::move(Work& work, History::Way way, std::function<void()> then) {
+  awaitsChange_ = false;
+  const auto state = std::make_shared<History::Snapshot>(history_.take(way));
+  work.run([this, state] { exchange(*state); },
+           [this, state, way, then = std::move(then)](const std::exception_ptr& thrown) {
+             if (thrown) std::rethrow_exception(thrown);
+             history_.put(way == History::Way::back ? History::Way::forth : History::Way::back,
+                          std::move(*state));
+             then();
+           });
+}
+
+/// The document is as the state was, and the state as the document was.
+void OpenDocument::exchange(History::Snapshot& state) {
+  document::Document& stories = document_->stories();
+  History::Snapshot now = stories.snapshot();
+  stories.restore(std::move(state));
+  state = std::move(now);
 }
 
 }  // namespace pluvo::desktop

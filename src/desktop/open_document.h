@@ -3,7 +3,9 @@
 #include "history.h"
 #include "memory/application.h"
 #include "store/opener.h"
+#include "view/changes.h"
 #include "view/document_view.h"
+#include "work.h"
 
 #include <QPointer>
 #include <QString>
@@ -57,9 +59,12 @@ class OpenDocument final : public memory::DocumentObserver {
   void lookAt(std::size_t story);
   /// To main text, where the story in sight went with the text that it stood in.
   void leaveGoneStory();
-  // Only while no work is under way, or that waits.
-  void undo() { move(&History::undo); }
-  void redo() { move(&History::redo); }
+  /// Takes the last pass back, or makes it again, as work, and tells when that is done. One of the two above
+  /// holds, and no work is under way.
+  void undo(Work& work, std::function<void()> then) { move(work, History::Way::back, std::move(then)); }
+  void redo(Work& work, std::function<void()> then) { move(work, History::Way::forth, std::move(then)); }
+  /// Takes the last pass back at once; the work under way waits.
+  void undoNow();
 
   /// Called where the document that is shown has changed.
   std::function<void()> edited = [] {};
@@ -83,23 +88,18 @@ class OpenDocument final : public memory::DocumentObserver {
   void viewChanged() override;
 
  private:
-  /// An edit of a story: of its characters, or of their highlight.
-  struct Edit {
-    std::size_t story;
-    text::Span span;
-    std::optional<text::Position> newLength;
-  };
   struct News {
     std::optional<History::Snapshot> before;  ///< the pass changed it
-    History::Snapshot now;
-    std::vector<Edit> edits;
+    std::shared_ptr<memory::MemoryDocument> now;
+    std::vector<view::Changes> changes;  ///< which made this of the one that was published last; for the view
     std::optional<std::pair<std::size_t, text::Span>> selection;
-    bool isAny = false;
   };
 
   void happened();
   void show(News news);
-  void move(void (History::*way)(document::Document&));
+  void keepSelection(memory::MemoryDocument& before, const std::vector<view::Changes>& changes);
+  void move(Work& work, History::Way way, std::function<void()> then);
+  void exchange(History::Snapshot& state);
   void userSelects(std::size_t story, text::Span selection);
 
   std::shared_ptr<memory::MemoryDocument> document_;
@@ -107,7 +107,10 @@ class OpenDocument final : public memory::DocumentObserver {
   std::shared_ptr<store::StoredFile> file_;
   std::atomic<bool> awaitsChange_ = false;
   std::atomic<bool> hasView_ = false;
-  News news_;  ///< of the thread that works on it
+  // Of the thread that works on it.
+  News news_;
+  bool isNews_ = false;
+  std::optional<view::ChangeLog> log_;  ///< for a view that was prepared
   struct Prepared {
     std::shared_ptr<memory::MemoryDocument> document;
     view::DocumentView::Prepared view;

@@ -7,16 +7,9 @@
 
 namespace pluvo::desktop {
 
-namespace {
-
-/// What is done sooner is not shown.
-constexpr int kShownAfter = 50;
-
-}  // namespace
-
-Work::Work() {
+Work::Work(std::chrono::milliseconds shownAfter) {
   shows_.setSingleShot(true);
-  shows_.setInterval(kShownAfter);
+  shows_.setInterval(shownAfter);
   connect(&shows_, &QTimer::timeout, this, [this] {
     isShown_ = true;
     changed(true);

@@ -5,6 +5,7 @@
 #include <QObject>
 #include <QTimer>
 #include <atomic>
+#include <chrono>
 #include <deque>
 #include <exception>
 #include <functional>
@@ -17,7 +18,8 @@ namespace pluvo::desktop {
 /// and has nothing to do with what the work has in hand until it is done.
 class Work final : public QObject, public dialog::Labour {
  public:
-  Work();
+  /// What is done sooner than that is not shown.
+  explicit Work(std::chrono::milliseconds shownAfter = std::chrono::milliseconds(50));
   /// Waits for the work under way, and does what that wants done.
   ~Work() override;
 

@@ -43,7 +43,7 @@ TEST(Work, InAnotherThreadLeavesThisOneAlive) {
 }
 
 TEST(Work, ThatIsShortShowsNothing) {
-  Work work;
+  Work work(24h);
   std::vector<bool> told;
   work.changed = [&](bool isShown) { told.push_back(isShown); };
   int ended = 0;

@@ -20,11 +20,7 @@ QAccessible::State AccessibleDocument::state() const {
   return state;
 }
 
-bool AccessibleDocument::isThere() const {
-  if (!view_.column_->isOpen()) return false;
-  view_.column_->settle();
-  return true;
-}
+bool AccessibleDocument::isThere() const { return view_.column_->isOpen(); }
 
 int AccessibleDocument::inText(int offset) const {
   return std::clamp(offset, 0, view_.column_->story().length());

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "document/story.h"
-#include "text/positions.h"
+#include "view/changes.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -10,35 +9,23 @@
 
 namespace pluvo::view {
 
-using text::Position;
-using text::Span;
-
-/// A document as a column of blocks, each laid out for itself: a paragraph outside tables, or a row of an
-/// outermost table with whatever is in it. A paragraph of more than kLongest characters is several blocks,
-/// cut somewhere until a layout tells where its lines begin (startAt).
-///
-/// A block's height is estimated until somebody lays it out. Edits are noted, and taken in at the next
-/// settle(), at the cost of the text of the blocks they touch.
+/// The blocks of a text in a column, each of a height, which is a guess until somebody lays the block out.
 class BlockIndex {
  public:
-  static constexpr Position kLongest = 8192;
-
   /// Guesses a block's height in pixels.
   using Estimate = std::function<int(Span block, bool isRow)>;
 
-  /// The story outlives the index.
-  BlockIndex(const document::Story& story, Estimate estimate);
+  BlockIndex(const std::vector<Block>& blocks, Position length, Estimate estimate);
 
-  /// A span of the story's text was replaced.
-  void edited(Span span, Position newLength);
-  void settle();
+  /// The text is another one, and so are these of its blocks.
+  void take(const std::vector<Patch>& patches);
 
-  // All of these ask for a settled index.
   std::size_t count() const { return blocks_.size(); }
+  Position length() const { return length_; }
   Span span(std::size_t i) const;
   bool isRow(std::size_t i) const { return blocks_[i].isRow; }
   /// Whether it is not the first block of its paragraph.
-  bool continues(std::size_t i) const { return i > 0 && !isRow(i) && !endsBlock(blocks_[i].from - 1); }
+  bool continues(std::size_t i) const { return blocks_[i].continues; }
   /// The block begins earlier than it was cut, where a line does; within the block before it.
   void startAt(std::size_t i, Position from);
   /// The block that holds a position; the last one for the end of the text.
@@ -55,34 +42,20 @@ class BlockIndex {
   void forgetHeights();
 
  private:
-  struct Block {
-    Position from = 0;
-    int height = 0;
-    std::int64_t top = 0;
+  struct Entry : Block {
     bool exact = false;
-    bool isRow = false;
+    int height = 0;
     Position moved = 0;  ///< so far before its cut it begins
-  };
-  /// A span of the text as it is that was edited since the last settling.
-  struct Dirty {
-    Position from = 0;
-    Position to = 0;
-    Position growth = 0;  ///< against the text it stands for
+    std::int64_t top = 0;
   };
 
-  void scan(Position from, Position to, std::vector<Block>& found) const;
-  void add(Position from, Position to, bool isRow, std::vector<Block>& found) const;
-  Position cut(Position from, Position to) const;
-  bool endsBlock(Position position) const;
-  void keep(std::size_t first, std::size_t last, Position growth, std::vector<Block>& in) const;
+  std::size_t cutAt(Position from) const;
+  int guess(std::size_t i) const { return estimate_(span(i), isRow(i)); }
   void stale(std::size_t i) { stale_ = stale_ < i ? stale_ : i; }
 
-  const document::Story& story_;
   Estimate estimate_;
-  std::vector<Block> blocks_;
-  Position length_ = 0;
-  /// In order, and not touching one another.
-  std::vector<Dirty> dirty_;
+  std::vector<Entry> blocks_;
+  Position length_;
   /// From this block on tops are out of date.
   std::size_t stale_ = 0;
   std::int64_t all_ = 0;

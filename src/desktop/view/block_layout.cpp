@@ -1,195 +1,37 @@
 #include "block_layout.h"
 
 #include <QFontMetricsF>
+#include <QTextBoundaryFinder>
 #include <QTextLine>
 #include <QTextOption>
 #include <algorithm>
-#include <cmath>
-#include <utility>
+#include <limits>
 
 namespace pluvo::view {
 
 namespace {
 
-/// Tables nested deeper than this are shown as plain paragraphs.
-constexpr int kDeepest = 16;
-constexpr qreal kCellPadding = 6;
-constexpr qreal kNarrowest = 24;
-
-QTextOption optionOf(const formats::Appearance& look, bool rightToLeft, const QFont& font) {
-  QTextOption option;
-  option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-  option.setTextDirection(rightToLeft ? Qt::RightToLeft : Qt::LeftToRight);
-  option.setTabStopDistance(QFontMetricsF(font).averageCharWidth() * 8);
-  using Alignment = formats::Appearance::Alignment;
-  const bool atLeft = (look.alignment == Alignment::start) != rightToLeft;
-  option.setAlignment(look.alignment == Alignment::centre ? Qt::AlignHCenter
-                      : atLeft                            ? Qt::AlignLeft
-                                                          : Qt::AlignRight);
-  return option;
+/// A dash before an item of a list, whatever its number or bullet is.
+void paintItemMark(QPainter& painter, const QTextLayout& layout, const QRectF& rect, QPointF at,
+                   const QPalette& palette) {
+  if (layout.lineCount() == 0) return;
+  const QFontMetricsF metrics(layout.font());
+  const qreal step = metrics.averageCharWidth() * 2;
+  const bool rightToLeft = layout.textOption().textDirection() == Qt::RightToLeft;
+  const qreal x = rightToLeft ? rect.right() + step / 2 : rect.left() - step;
+  const qreal y = rect.top() + layout.lineAt(0).ascent() - metrics.strikeOutPos();
+  painter.fillRect(QRectF(x, y, step / 2, std::max(metrics.lineWidth(), 1.0)).translated(at),
+                   palette.color(QPalette::PlaceholderText));
 }
 
 }  // namespace
 
-BlockLayout::BlockLayout(const document::Story& story, Span block, bool isRow, text::View view,
-                         const Looks& looks, qreal width)
-    : story_(story), view_(view), looks_(looks), end_(block.to) {
-  qreal bottom = 0;
-  if (isRow) {
-    std::int32_t table = story.structure().valueAt(block.to - 1).table;
-    bottom = addRow(block, table, {0, width}, 0, 0);
-    const bool isLast = block.to == story.length() || story.structure().valueAt(block.to).table != table;
-    if (isLast) bottom += gapBelow();
-  } else {
-    if (goesOn(block)) end_ = lineStartAtEnd(block, {0, width});
-    bottom = addParagraph({block.from, end_}, {0, width}, 0);
+void BlockLayout::moveBy(Position growth) {
+  for (Fragment& fragment : fragments_) {
+    fragment.span = {fragment.span.from + growth, fragment.span.to + growth};
+    fragment.shown.moveBy(growth);
   }
-  height_ = static_cast<int>(std::ceil(bottom));
-}
-
-qreal BlockLayout::gapBelow() const { return QFontMetricsF(looks_.font).height() * 0.4; }
-
-/// Whether the paragraph has begun before it.
-bool BlockLayout::continues(Span span) const { return span.from > 0 && !story_.endsParagraph(span.from - 1); }
-
-/// Whether the paragraph goes on after it.
-bool BlockLayout::goesOn(Span span) const {
-  return !story_.endsParagraph(span.to - 1) && span.to < story_.length();
-}
-
-/// Where the line begins that holds the end of a part of a paragraph. What follows decides where lines break.
-Position BlockLayout::lineStartAtEnd(Span part, Column column) const {
-  constexpr Position kAhead = 1024;
-  const Position most = std::min(part.to + kAhead, story_.length());
-  Position to = part.to;
-  while (to < most && !story_.endsParagraph(to)) ++to;
-  const std::optional<Fragment> ahead = inLines({part.from, to}, column);
-  if (!ahead) return part.to;
-  const QTextLine line = ahead->layout->lineForTextPosition(ahead->shown.shown(part.to));
-  if (!line.isValid() || line.textStart() == 0) return part.to;
-  return std::min(ahead->shown.position(line.textStart()), part.to);
-}
-
-/// A paragraph, or a part of one, in lines from the top; nothing where none of it is shown.
-std::optional<BlockLayout::Fragment> BlockLayout::inLines(Span span, Column column) const {
-  const bool hasMark = story_.endsParagraph(span.to - 1);
-  ShownText shown(story_, span, view_);
-  const bool endShown =
-      hasMark ? text::isVisible(story_.visibility().valueAt(span.to - 1), view_) : !goesOn(span);
-  if (shown.text().isEmpty() && !endShown) return std::nullopt;
-
-  const formats::Appearance look = looks_.of(story_, span.to - 1);
-  const QFont font = looks_.paragraphFont(look);
-  auto layout = std::make_unique<QTextLayout>(shown.text(), font);
-  layout->setCacheEnabled(true);
-  // Where the format does not tell, the text does.
-  const bool byText = looks_.appearance.length() == 0 && shown.text().isRightToLeft();
-  layout->setTextOption(optionOf(look, look.rightToLeft || byText, font));
-  layout->setFormats(looks_.formats(story_, shown, look));
-  const QFontMetricsF metrics(font);
-  const qreal indent = look.heading == 0 ? look.listLevel * metrics.averageCharWidth() * 3 : 0;
-  column.width -= indent;
-  if (!look.rightToLeft) column.left += indent;
-  const bool begins = !continues(span);
-  const qreal top = look.heading != 0 && begins ? metrics.height() * 0.5 : 0;
-  qreal height = 0;
-  layout->beginLayout();
-  for (QTextLine line = layout->createLine(); line.isValid(); line = layout->createLine()) {
-    line.setLeadingIncluded(true);
-    line.setLineWidth(std::max(column.width, kNarrowest));
-    line.setPosition({0, height});
-    height += line.height() * 1.12;
-  }
-  layout->endLayout();
-  const QRectF rect(column.left, top, column.width, height);
-  const bool isItem = indent > 0 && begins;
-  return Fragment{span, std::move(shown), std::move(layout), rect.topLeft(), rect, isItem};
-}
-
-/// Returns where the next thing goes.
-qreal BlockLayout::addParagraph(Span span, Column column, qreal top) {
-  std::optional<Fragment> fragment = inLines(span, column);
-  if (!fragment) return top;
-  fragment->rect.translate(0, top);
-  fragment->at = fragment->rect.topLeft();
-  const qreal bottom = fragment->rect.bottom();
-  fragments_.push_back(std::move(*fragment));
-  return bottom + (story_.endsParagraph(span.to - 1) ? gapBelow() : 0);
-}
-
-/// As the document has them, so far as it tells of every cell; the row takes all the room there is.
-std::vector<qreal> BlockLayout::widthsOf(const std::vector<Span>& cells, qreal room) const {
-  std::vector<qreal> widths;
-  qreal all = 0;
-  bool told = true;
-  for (const Span& cell : cells) {
-    widths.push_back(looks_.of(story_, cell.to - 1).cellWidth);
-    told = told && widths.back() > 0;
-    all += widths.back();
-  }
-  for (qreal& width : widths)
-    width = std::max(told ? room * width / all : room / static_cast<qreal>(cells.size()), kNarrowest);
-  return widths;
-}
-
-qreal BlockLayout::addRow(Span row, std::int32_t table, Column column, qreal top, int depth) {
-  std::vector<Span> cells;
-  Position from = row.from;
-  for (const auto& run : story_.structure().runs(row.from, row.to)) {
-    if (run.value.table != table || run.value.rowMark) continue;
-    for (Position at = run.from; at < run.to; ++at) {
-      if (!story_.isCellMark(at)) continue;
-      cells.push_back({from, at + 1});
-      from = at + 1;
-    }
-  }
-  if (cells.empty()) cells.push_back({row.from, row.to});
-  const std::vector<qreal> widths = widthsOf(cells, column.width);
-  qreal left = column.left;
-  qreal bottom = top;
-  const std::size_t firstBorder = cells_.size();
-  for (std::size_t i = 0; i < cells.size(); ++i) {
-    cells_.emplace_back(left, top, widths[i], 0);
-    const Column inner{left + kCellPadding, std::max(widths[i] - 2 * kCellPadding, kNarrowest)};
-    left += widths[i];
-    bottom = std::max(bottom, addCell(cells[i], table, inner, top + kCellPadding * 0.7, depth));
-  }
-  std::size_t border = firstBorder;
-  for (; border < cells_.size(); ++border) {
-    if (cells_[border].height() == 0) cells_[border].setHeight(bottom - top);
-  }
-  return bottom;
-}
-
-/// The paragraphs and tables of a cell, one below the other.
-qreal BlockLayout::addCell(Span cell, std::int32_t table, Column column, qreal top, int depth) {
-  Position from = cell.from;
-  const auto paragraphsTo = [&](Position to) {
-    for (Position at = from; at < to; ++at) {
-      if (!story_.endsParagraph(at)) continue;
-      top = addParagraph({from, at + 1}, column, top);
-      from = at + 1;
-    }
-    if (from < to) top = addParagraph({from, to}, column, top);
-    from = to;
-  };
-  const auto& tables = story_.tables();
-  for (const auto& run : story_.structure().runs(cell.from, cell.to)) {
-    if (depth >= kDeepest || !run.value.rowMark) continue;
-    const std::int32_t inner = run.value.table;
-    if (inner == table || tables[static_cast<std::size_t>(inner)].parent != table) continue;
-    for (Position mark = run.from; mark < run.to; ++mark) {
-      // Paragraphs in front of the inner table's row lie in this cell itself.
-      Position rowStart = from;
-      while (rowStart < mark && story_.structure().valueAt(rowStart).table == table)
-        rowStart = std::min(story_.structure().runEnd(rowStart), mark);
-      paragraphsTo(rowStart);
-      top = addRow({rowStart, mark + 1}, inner, column, top, depth + 1);
-      from = mark + 1;
-    }
-  }
-  paragraphsTo(cell.to);
-  return top;
+  end_ += growth;
 }
 
 void BlockLayout::paint(QPainter& painter, QPointF at, const QRectF& clip, Span selection,
@@ -202,40 +44,140 @@ void BlockLayout::paint(QPainter& painter, QPointF at, const QRectF& clip, Span 
   painter.setPen(palette.color(QPalette::Text));
   for (const Fragment& fragment : fragments_) {
     if (!fragment.rect.translated(at).adjusted(0, 0, 0, 1).intersects(clip)) continue;
-    if (fragment.isItem) paintItemMark(painter, fragment, at, palette);
-    QList<QTextLayout::FormatRange> chosen;
-    const int from = fragment.shown.shown(selection.from);
-    const int to = selection.to >= fragment.span.to ? static_cast<int>(fragment.shown.text().size())
-                                                    : fragment.shown.shown(selection.to);
-    const bool touches = selection.from < fragment.span.to && selection.to > fragment.span.from;
-    if (touches && from < to) {
-      QTextCharFormat format;
-      format.setBackground(palette.brush(QPalette::Active, QPalette::Highlight));
-      format.setForeground(palette.brush(QPalette::Active, QPalette::HighlightedText));
-      chosen.push_back({from, to - from, format});
-    }
-    fragment.layout->draw(&painter, at + fragment.at, chosen, clip);
-    const Position mark = fragment.span.to - 1;
-    if (touches && selection.to > mark && selection.from <= mark && story_.endsParagraph(mark)) {
-      const QRectF caretRect = caret(mark).translated(at);
-      painter.fillRect(
-          QRectF(caretRect.left(), caretRect.top(), caretRect.height() * 0.3, caretRect.height()),
-          palette.brush(QPalette::Active, QPalette::Highlight));
-    }
+    if (fragment.isItem) paintItemMark(painter, *fragment.layout, fragment.rect, at, palette);
+    paintText(painter, fragment, at, clip, selection, palette);
   }
 }
 
-/// A dash before an item of a list, whatever its number or bullet is.
-void BlockLayout::paintItemMark(QPainter& painter, const Fragment& fragment, QPointF at,
-                                const QPalette& palette) {
-  if (fragment.layout->lineCount() == 0) return;
-  const QFontMetricsF metrics(fragment.layout->font());
-  const qreal step = metrics.averageCharWidth() * 2;
-  const bool rightToLeft = fragment.layout->textOption().textDirection() == Qt::RightToLeft;
-  const qreal x = rightToLeft ? fragment.rect.right() + step / 2 : fragment.rect.left() - step;
-  const qreal y = fragment.rect.top() + fragment.layout->lineAt(0).ascent() - metrics.strikeOutPos();
-  painter.fillRect(QRectF(x, y, step / 2, std::max(metrics.lineWidth(), 1.0)).translated(at),
-                   palette.color(QPalette::PlaceholderText));
+void BlockLayout::paintText(QPainter& painter, const Fragment& fragment, QPointF at, const QRectF& clip,
+                            Span selection, const QPalette& palette) const {
+  const QBrush& chosen = palette.brush(QPalette::Active, QPalette::Highlight);
+  QList<QTextLayout::FormatRange> ranges;
+  const int from = fragment.shown.shown(selection.from);
+  const int to = selection.to >= fragment.span.to ? static_cast<int>(fragment.shown.text().size())
+                                                  : fragment.shown.shown(selection.to);
+  const bool touches = selection.from < fragment.span.to && selection.to > fragment.span.from;
+  if (touches && from < to) {
+    QTextCharFormat format;
+    format.setBackground(chosen);
+    format.setForeground(palette.brush(QPalette::Active, QPalette::HighlightedText));
+    ranges.push_back({from, to - from, format});
+  }
+  fragment.layout->draw(&painter, at + fragment.at, ranges, clip);
+  const Position mark = fragment.span.to - 1;
+  if (!touches || selection.to <= mark || selection.from > mark || !fragment.hasMark) return;
+  const QRectF there = caret(mark).translated(at);
+  painter.fillRect(QRectF(there.left(), there.top(), there.height() * 0.3, there.height()), chosen);
+}
+
+int BlockLayout::lastPlace(const Fragment& fragment) {
+  const auto end = static_cast<int>(fragment.shown.text().size());
+  return fragment.goesOn ? fragment.layout->previousCursorPosition(end) : end;
+}
+
+Position BlockLayout::lastOf(const Fragment& fragment) {
+  return fragment.shown.position(lastPlace(fragment));
+}
+
+std::size_t BlockLayout::indexOf(Position position) const {
+  std::size_t found = 0;
+  for (std::size_t i = 0; i < fragments_.size(); ++i) {
+    if (fragments_[i].span.from <= position) found = i;
+  }
+  return found;
+}
+
+const BlockLayout::Fragment& BlockLayout::fragmentNear(QPointF point) const {
+  const Fragment* nearest = &fragments_.front();
+  qreal least = std::numeric_limits<qreal>::max();
+  for (const Fragment& fragment : fragments_) {
+    const QRectF& r = fragment.rect;
+    const qreal dx = std::max({r.left() - point.x(), qreal{0}, point.x() - r.right()});
+    const qreal dy = std::max({r.top() - point.y(), qreal{0}, point.y() - r.bottom()});
+    const qreal distance = dx * dx + dy * dy;
+    if (distance >= least) continue;
+    least = distance;
+    nearest = &fragment;
+  }
+  return *nearest;
+}
+
+Position BlockLayout::positionAt(QPointF point) const {
+  const Fragment& fragment = fragmentNear(point);
+  const QPointF local = point - fragment.at;
+  for (int i = 0; i < fragment.layout->lineCount(); ++i) {
+    const QTextLine line = fragment.layout->lineAt(i);
+    const bool last = i + 1 == fragment.layout->lineCount();
+    if (!last && local.y() >= fragment.layout->lineAt(i + 1).y()) continue;
+    return fragment.shown.position(std::min(line.xToCursor(local.x()), lastPlace(fragment)));
+  }
+  return fragment.span.from;
+}
+
+QRectF BlockLayout::caret(Position position) const {
+  const Fragment& fragment = fragmentOf(position);
+  const int place = fragment.shown.shown(position);
+  const QTextLine line = fragment.layout->lineForTextPosition(place);
+  if (!line.isValid()) return {fragment.at, QSizeF(1, QFontMetricsF(fragment.layout->font()).height())};
+  return {fragment.at.x() + line.cursorToX(place), fragment.at.y() + line.y(), 1, line.height()};
+}
+
+Span BlockLayout::wordAt(Position position) const {
+  const Fragment& fragment = fragmentOf(position);
+  const QString text = fragment.shown.text();
+  QTextBoundaryFinder finder(QTextBoundaryFinder::Word, text);
+  const int place = fragment.shown.shown(position);
+  finder.setPosition(std::min(place + 1, static_cast<int>(text.size())));
+  auto from = static_cast<int>(finder.toPreviousBoundary());
+  finder.setPosition(place);
+  auto to = static_cast<int>(finder.toNextBoundary());
+  if (from < 0) from = 0;
+  if (to < 0) to = static_cast<int>(text.size());
+  while (to < text.size() && text[to] == u' ') ++to;
+  return {fragment.shown.position(from), fragment.shown.position(to)};
+}
+
+Position BlockLayout::before(Position position, QTextLayout::CursorMode mode) const {
+  const std::size_t i = indexOf(position);
+  const Fragment& fragment = fragments_[i];
+  const int place = fragment.shown.shown(position);
+  if (place > 0) return fragment.shown.position(fragment.layout->previousCursorPosition(place, mode));
+  return i > 0 ? lastOf(fragments_[i - 1]) : kOutside;
+}
+
+Position BlockLayout::behind(Position position, QTextLayout::CursorMode mode) const {
+  const std::size_t i = indexOf(position);
+  const Fragment& fragment = fragments_[i];
+  const int place = fragment.shown.shown(position);
+  if (place < fragment.shown.text().size())
+    return fragment.shown.position(fragment.layout->nextCursorPosition(place, mode));
+  return i + 1 < fragments_.size() ? fragments_[i + 1].span.from : kOutside;
+}
+
+Position BlockLayout::beside(Position position, bool left) const {
+  const Fragment& fragment = fragmentOf(position);
+  const int place = fragment.shown.shown(position);
+  const int next =
+      left ? fragment.layout->leftCursorPosition(place) : fragment.layout->rightCursorPosition(place);
+  if (next != place) return fragment.shown.position(next);
+  const bool backward = left == (fragment.layout->textOption().textDirection() != Qt::RightToLeft);
+  return backward ? before(position, QTextLayout::SkipCharacters)
+                  : behind(position, QTextLayout::SkipCharacters);
+}
+
+Position BlockLayout::lineStart(Position position) const {
+  const Fragment& fragment = fragmentOf(position);
+  const QTextLine line = fragment.layout->lineForTextPosition(fragment.shown.shown(position));
+  return line.isValid() ? fragment.shown.position(line.textStart()) : fragment.span.from;
+}
+
+Position BlockLayout::lineEnd(Position position) const {
+  const Fragment& fragment = fragmentOf(position);
+  const QTextLine line = fragment.layout->lineForTextPosition(fragment.shown.shown(position));
+  if (!line.isValid()) return lastOf(fragment);
+  const int end = line.textStart() + line.textLength();
+  const bool last = end >= fragment.shown.text().size();
+  return fragment.shown.position(last ? lastPlace(fragment) : end - 1);
 }
 
 }  // namespace pluvo::view

@@ -1,5 +1,8 @@
 #include "column.h"
 
+#include "edits.h"
+#include "layout_maker.h"
+
 #include <QApplication>
 #include <algorithm>
 #include <cmath>
@@ -16,11 +19,11 @@ constexpr qreal kFontSize = 11.5;
 }  // namespace
 
 Column::Column(std::shared_ptr<memory::MemoryDocument> document, std::size_t number,
-               text::RunMap<formats::Appearance> appearance)
+               const std::vector<Block>& blocks, text::RunMap<formats::Appearance> appearance)
     : document_(std::move(document)),
       number_(number),
       looks_({{}, std::move(appearance), {}, {}}),
-      index_(std::make_unique<BlockIndex>(story(), [this](Span block, bool isRow) {
+      index_(std::make_unique<BlockIndex>(blocks, story().length(), [this](Span block, bool isRow) {
         const double lines = isRow ? 1 : std::max(std::ceil(block.length() / charactersInLine_), 1.0);
         return static_cast<int>(lineHeight_ * (lines * 1.12 + 0.4));
       })) {}
@@ -61,26 +64,28 @@ qreal Column::left() const {
 /// Everything is laid out anew: in another size, or another view of the text.
 void Column::forget() {
   layouts_.clear();
-  settle();
   const std::size_t top = index_->at(topBlock_);
   index_->forgetHeights();
   topBlock_ = index_->span(top).from;
 }
 
-void Column::replaced(Span span, Position newLength) {
-  index_->edited(span, newLength);
-  drop(span.from, text::kMaxLength);
-  if (topBlock_ >= span.to) {
-    topBlock_ += newLength - span.length();
-  } else if (topBlock_ > span.from) {
-    topBlock_ = span.from;
+/// Blocks that nothing touched stay laid out.
+void Column::take(const StoryChange& change) {
+  std::vector<Exchange> rescanned;
+  rescanned.reserve(change.patches.size());
+  for (const Patch& patch : change.patches) rescanned.push_back(patch.text);
+  std::map<Position, std::unique_ptr<BlockLayout>> kept;
+  for (auto& [from, layout] : layouts_) {
+    const Span block{from, layout->end()};
+    if (touch(rescanned, block) || touch(change.touched, block)) continue;
+    const Position now = positionAfter(change.touched, from);
+    layout->moveBy(now - from);
+    kept.emplace_hint(kept.end(), now, std::move(layout));
   }
-}
-
-void Column::drop(Position from, Position to) {
-  auto first = layouts_.upper_bound(from);
-  if (first != layouts_.begin()) --first;
-  layouts_.erase(first, layouts_.lower_bound(std::max(to, from + 1)));
+  layouts_ = std::move(kept);
+  index_->take(change.patches);
+  const Position top = std::min(positionAfter(change.touched, topBlock_), index_->length());
+  topBlock_ = index_->span(index_->at(top)).from;
 }
 
 /// The block may begin earlier after it: a part of a paragraph begins where a line of the part before it
@@ -94,8 +99,7 @@ const BlockLayout& Column::layoutOf(std::size_t block) {
 
 const BlockLayout& Column::layOut(std::size_t block) {
   const Span span = index_->span(block);
-  auto layout =
-      std::make_unique<BlockLayout>(story(), span, index_->isRow(block), document_->view(), looks_, width());
+  auto layout = LayoutMaker(story(), document_->view(), looks_).layOut(span, index_->isRow(block), width());
   index_->setHeight(block, layout->height());
   if (layout->end() != span.to) {
     layouts_.erase(span.to);
@@ -123,11 +127,6 @@ Span Column::paragraphAt(Position position) {
   std::size_t last = place.block;
   while (last + 1 < index_->count() && index_->continues(last + 1)) ++last;
   return {index_->span(first).from, index_->span(last).to};
-}
-
-void Column::settle() {
-  index_->settle();
-  topBlock_ = index_->span(index_->at(std::min(topBlock_, story().length()))).from;
 }
 
 /// Makes the heights of what is seen exact, and of half a page above and below, so that scrolling is smooth.
@@ -172,7 +171,6 @@ QRectF Column::caretInSight(Position position) {
 }
 
 Position Column::positionAt(QPoint point) {
-  settle();
   const std::int64_t y = anchorTop() + point.y() - kTopMargin;
   const std::size_t block = index_->atHeight(std::max<std::int64_t>(y, 0));
   return positionAt(block, {point.x() - left(), static_cast<qreal>(y - index_->top(block))});
@@ -184,7 +182,6 @@ Position Column::positionAt(std::size_t block, QPointF inBlock) {
 }
 
 QRect Column::selectionRect() {
-  settle();
   const Span selection = document_->selection();
   const QRectF first = caretInSight(selection.from);
   const QRectF last = caretInSight(selection.to);
@@ -219,7 +216,6 @@ std::int64_t Column::anchorTop() {
 }
 
 Column::Bar Column::bar() {
-  settle();
   layOutAround();
   const int page = viewport_.height();
   const std::size_t last = index_->count() - 1;
@@ -235,7 +231,6 @@ Column::Bar Column::bar() {
 }
 
 void Column::scrollTo(int value) {
-  settle();
   const std::size_t block = index_->atHeight(value);
   topBlock_ = index_->span(block).from;
   topOffset_ = static_cast<int>(value - index_->top(block));
@@ -243,7 +238,6 @@ void Column::scrollTo(int value) {
 
 /// The blocks before the end may be higher than guessed.
 void Column::scrollToEnd() {
-  settle();
   const std::size_t last = index_->count() - 1;
   putAt(last, layoutOf(last).height(), viewport_.height() - 2 * kTopMargin);
 }
@@ -262,7 +256,6 @@ void Column::putAt(std::size_t block, int inBlock, int below) {
 }
 
 bool Column::reveal(Position position) {
-  settle();
   layOutAround();
   const int page = viewport_.height();
   const QRectF line = caretInBlock(position);

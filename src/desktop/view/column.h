@@ -4,6 +4,7 @@
 #include "block_layout.h"
 #include "looks.h"
 #include "memory/document.h"
+#include "view/changes.h"
 
 #include <QSize>
 #include <cstdint>
@@ -11,6 +12,8 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <utility>
+#include <vector>
 
 namespace pluvo::view {
 
@@ -24,9 +27,9 @@ class Column {
   static constexpr int kTopMargin = 24;
   static constexpr int kSideMargin = 28;
 
-  /// Looks through the document, in whichever thread. Nothing is laid out before measure().
+  /// In whichever thread. Nothing is laid out before measure().
   Column(std::shared_ptr<memory::MemoryDocument> document, std::size_t number,
-         text::RunMap<formats::Appearance> appearance);
+         const std::vector<Block>& blocks, text::RunMap<formats::Appearance> appearance);
 
   /// The document closes.
   void detach();
@@ -44,9 +47,9 @@ class Column {
   void measure(double zoom, const QColor& paper, QSize viewport);
   void resized(QSize viewport) { viewport_ = viewport; }
   void forget();
-  // What happened to the document.
-  void replaced(Span span, Position newLength);
-  void highlighted(Span span) { drop(span.from, span.to); }
+  /// The document is another one, as its text will be when all changes are taken.
+  void take(std::shared_ptr<memory::MemoryDocument> document) { document_ = std::move(document); }
+  void take(const StoryChange& change);
 
   // Blocks.
   std::size_t count() const { return index_->count(); }
@@ -62,8 +65,6 @@ class Column {
   Place placeOf(Position position);
   /// The whole paragraph, however many blocks it is.
   Span paragraphAt(Position position);
-  /// Takes edits in.
-  void settle();
 
   // What is in sight. Points are the viewport's.
   qreal left() const;
@@ -99,7 +100,6 @@ class Column {
 
  private:
   const BlockLayout& layOut(std::size_t block);
-  void drop(Position from, Position to);
   void layOutAround();
   void putAt(std::size_t block, int inBlock, int below);
   std::int64_t anchorTop();
@@ -108,12 +108,12 @@ class Column {
   std::shared_ptr<memory::MemoryDocument> document_;
   std::size_t number_;
   Looks looks_;
-  std::unique_ptr<BlockIndex> index_;
-  std::map<Position, std::unique_ptr<BlockLayout>> layouts_;
-  QSize viewport_;
   /// What heights are guessed by.
   double charactersInLine_ = 80;
   double lineHeight_ = 16;
+  std::unique_ptr<BlockIndex> index_;
+  std::map<Position, std::unique_ptr<BlockLayout>> layouts_;
+  QSize viewport_;
   /// What stands at the top of the viewport: a block, and how many pixels of it are above.
   Position topBlock_ = 0;
   int topOffset_ = 0;

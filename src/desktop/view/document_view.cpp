@@ -1,6 +1,7 @@
 #include "view/document_view.h"
 
 #include "accessible_document.h"
+#include "block_finder.h"
 #include "column.h"
 #include "shown_text.h"
 #include "steps.h"
@@ -23,10 +24,11 @@ using text::Position;
 using text::Span;
 
 DocumentView::Prepared DocumentView::prepare(std::shared_ptr<memory::MemoryDocument> document,
-                                             Appearances appearances) {
+                                             const ChangeLog& log, Appearances appearances) {
   text::RunMap<formats::Appearance> mainText;
   if (!appearances.empty()) mainText = std::exchange(appearances.front(), {});
-  return {std::make_shared<Column>(std::move(document), 0, std::move(mainText)), std::move(appearances)};
+  return {std::make_shared<Column>(std::move(document), 0, log.blocks(), std::move(mainText)),
+          std::move(appearances)};
 }
 
 DocumentView::DocumentView(Prepared prepared)
@@ -65,11 +67,13 @@ void DocumentView::followSelection() {
   caret_ = selection.to;
   const std::size_t story = column_->document()->selectedStory();
   if (story == column_->number()) return;
-  text::RunMap<formats::Appearance> looks;
-  if (story < appearances_.size()) looks = appearances_[story];
-  std::shared_ptr<Column> next = story == 0
-                                     ? std::move(mainText_)
-                                     : std::make_shared<Column>(column_->document(), story, std::move(looks));
+  const auto laidOut = [&] {
+    text::RunMap<formats::Appearance> looks;
+    if (story < appearances_.size()) looks = appearances_[story];
+    const BlockFinder found(column_->document()->stories().story(story));
+    return std::make_shared<Column>(column_->document(), story, found.blocks(), std::move(looks));
+  };
+  std::shared_ptr<Column> next = story == 0 ? std::move(mainText_) : laidOut();
   if (column_->number() == 0) mainText_ = std::move(column_);
   column_ = std::move(next);
   steps_ = std::make_unique<Steps>(*column_);
@@ -81,21 +85,20 @@ void DocumentView::followSelection() {
 
 // Changes.
 
-/// That shows the story, or none.
-Column* DocumentView::columnOf(std::size_t story) const {
+void DocumentView::take(const std::shared_ptr<memory::MemoryDocument>& now,
+                        const std::vector<Changes>& changes) {
   for (Column* const column : {column_.get(), mainText_.get()}) {
-    if (column != nullptr && column->isThere() && column->number() == story) return column;
+    if (column == nullptr || !column->isThere()) continue;
+    column->take(now);
+    for (const Changes& those : changes) {
+      const auto change = std::ranges::find(those, column->number(), &StoryChange::story);
+      if (change == those.end()) continue;
+      column->take(*change);
+      if (column != column_.get()) continue;
+      selectionAnchor_ = positionAfter(change->touched, selectionAnchor_);
+      caret_ = positionAfter(change->touched, caret_);
+    }
   }
-  return nullptr;
-}
-
-void DocumentView::textReplaced(std::size_t story, Span span, Position newLength) {
-  if (Column* const column = columnOf(story)) column->replaced(span, newLength);
-  viewport()->update();
-}
-
-void DocumentView::highlightChanged(std::size_t story, Span span) {
-  if (Column* const column = columnOf(story)) column->highlighted(span);
   viewport()->update();
 }
 
@@ -255,7 +258,6 @@ void DocumentView::tellSelection() {
 // Keys.
 
 void DocumentView::keyPressEvent(QKeyEvent* event) {
-  if (column_->isThere()) column_->settle();
   if (!column_->isThere() || !moveByKey(*event)) QAbstractScrollArea::keyPressEvent(event);
 }
 

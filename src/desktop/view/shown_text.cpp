@@ -70,6 +70,11 @@ int ShownText::shown(Position position) const {
   return static_cast<int>(text_.size());
 }
 
+void ShownText::moveBy(Position growth) {
+  for (Part& part : parts_) part.position += growth;
+  end_ += growth;
+}
+
 QString spokenText(const document::Story& story, Span span, text::View view) {
   constexpr char16_t kNoWidth = 0x200B;
   QString spoken(span.length(), QChar(kNoWidth));

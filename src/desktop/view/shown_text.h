@@ -31,6 +31,8 @@ class ShownText {
     int length = 0;
   };
   const std::vector<Part>& parts() const { return parts_; }
+  /// The stretch stands elsewhere in the document.
+  void moveBy(Position growth);
 
  private:
   QString text_;

@@ -39,7 +39,7 @@ TEST(CopiedText, IsAsOtherProgramsTakeIt) {
 /// A view on a document in a window, observed as the program does.
 struct Shown : memory::DocumentObserver {
   explicit Shown(std::string_view notation) : sample(notation) {
-    view = std::make_unique<DocumentView>(DocumentView::prepare(sample.document, {}));
+    view = std::make_unique<DocumentView>(DocumentView::prepare(sample.document, log, {}));
     sample.document->observer(this);
     view->resize(420, 300);
     view->show();
@@ -48,9 +48,13 @@ struct Shown : memory::DocumentObserver {
   }
   ~Shown() override { sample.document->observer(nullptr); }
   void replaced(const document::Story&, Span span, Position newLength) override {
-    view->textReplaced(0, span, newLength);
+    log.replaced(0, span, newLength);
+    view->take(sample.document, {log.take()});
   }
-  void highlighted(const document::Story&, Span span) override { view->highlightChanged(0, span); }
+  void highlighted(const document::Story&, Span span) override {
+    log.highlighted(0, span);
+    view->take(sample.document, {log.take()});
+  }
   void selected(const document::Story&, Span span) override { view->selectionChanged(span); }
   void viewChanged() override { view->viewChanged(); }
 
@@ -64,6 +68,7 @@ struct Shown : memory::DocumentObserver {
   }
 
   notation::Sample sample;
+  ChangeLog log{sample.document->stories()};
   std::unique_ptr<DocumentView> view;
 };
 
@@ -278,7 +283,8 @@ TEST(DocumentView, MarksTrackedChanges) {
   came.inserted = true;
   appearance.append(4, came);
   appearance.append(1, {});
-  DocumentView view(DocumentView::prepare(sample.document, {appearance}));
+  DocumentView view(
+      DocumentView::prepare(sample.document, ChangeLog(sample.document->stories()), {appearance}));
   for (const QColor& paper : {QColor(Qt::white), QColor(0x1E1F22)}) {
     QPalette palette;
     palette.setColor(QPalette::Base, paper);

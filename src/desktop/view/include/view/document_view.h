@@ -3,6 +3,7 @@
 #include "formats/appearance.h"
 #include "memory/document.h"
 #include "text/run_map.h"
+#include "view/changes.h"
 
 #include <QAbstractScrollArea>
 #include <QBasicTimer>
@@ -35,9 +36,10 @@ class DocumentView : public QAbstractScrollArea {
     std::shared_ptr<Column> mainText;
     Appearances others;  ///< the looks of all stories but main text
   };
-  /// Looks through a document, in whichever thread: the work that grows with it. The document is open, and
-  /// stays so until detach().
-  static Prepared prepare(std::shared_ptr<memory::MemoryDocument> document, Appearances appearances);
+  /// Prepares a view, in whichever thread: the work that grows with the document, which is like the one the
+  /// log is of. The document is open, and stays so until detach().
+  static Prepared prepare(std::shared_ptr<memory::MemoryDocument> document, const ChangeLog& log,
+                          Appearances appearances);
 
   explicit DocumentView(Prepared prepared);
   ~DocumentView() override;
@@ -46,8 +48,8 @@ class DocumentView : public QAbstractScrollArea {
   void detach();
 
   // What happened to the document.
-  void textReplaced(std::size_t story, text::Span span, text::Position newLength);
-  void highlightChanged(std::size_t story, text::Span span);
+  /// It goes on as another one, which these changes, one after the other, made of it.
+  void take(const std::shared_ptr<memory::MemoryDocument>& now, const std::vector<Changes>& changes);
   /// The story that it stands in is shown from now on. A selection that is not empty is scrolled to.
   void selectionChanged(text::Span selection);
   void viewChanged();
@@ -93,7 +95,6 @@ class DocumentView : public QAbstractScrollArea {
 
   void measure();
   void followSelection();
-  Column* columnOf(std::size_t story) const;
   void layOutAnew();
   void updateBar();
   void paintCaret(QPainter& painter, const BlockLayout& layout, QPointF at);
