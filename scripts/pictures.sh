@@ -18,7 +18,7 @@ export XDG_RUNTIME_DIR=$home/runtime QT_QPA_PLATFORM=xcb
 chmod 700 "$home/runtime"
 
 # The screen tells its number when it is there.
-exec {told}< <(exec Xvfb -displayfd 1 -screen 0 1366x768x24 2>/dev/null)
+exec {told}< <(exec Xvfb -noreset -displayfd 1 -screen 0 1366x768x24 2>/dev/null)
 screen=$!
 running=("$screen")
 trap 'kill "${running[@]}" 2>/dev/null || true; rm -rf "$home"' EXIT
