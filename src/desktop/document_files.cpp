@@ -57,18 +57,18 @@ DocumentFiles::DocumentFiles(Choosers choosers, Place place)
     : choosers_(std::move(choosers)), place_(std::move(place)) {
   place_.opener->encodingChooser([this](const std::string& path, const std::string& sentence) {
     std::optional<std::string> chosen;
-    if (opensForUser_) place_.work.show([&] { chosen = chooseEncoding(path, sentence); });
+    if (opensForUser_) place_.work.inWindow([&] { chosen = chooseEncoding(path, sentence); });
     return chosen;
   });
   place_.opener->passwordChooser([this](const std::string& path, store::PasswordFor what) {
     std::optional<base::SecretText> password;
     if (what == store::PasswordFor::changing && !opensForUser_) return password;
-    place_.work.show([&] { password = place_.password(path, what); });
+    place_.work.inWindow([&] { password = place_.password(path, what); });
     return password;
   });
   place_.opener->readingChooser([this](const std::string& path) {
     bool reads = false;
-    if (opensForUser_) place_.work.show([&] { reads = place_.opensToRead(path); });
+    if (opensForUser_) place_.work.inWindow([&] { reads = place_.opensToRead(path); });
     return reads;
   });
 }

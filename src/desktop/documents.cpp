@@ -32,6 +32,7 @@ Documents::Documents(const std::shared_ptr<memory::MemoryApplication>& applicati
     updateTitles();
   });
   work_.done = [this] { workDone(); };
+  work_.showing = [this] { showNow(); };
   work_.finishing = [this] { finish(); };
   application_->observer(this);
 }
@@ -39,7 +40,7 @@ Documents::Documents(const std::shared_ptr<memory::MemoryApplication>& applicati
 Documents::~Documents() {
   tabs_->disconnect(this);
   application_->observer(nullptr);
-  work_.done = work_.finishing = [] {};
+  work_.done = work_.showing = work_.finishing = [] {};
   documents_.clear();
 }
 
@@ -212,16 +213,21 @@ void Documents::put(OpenDocument& old, std::unique_ptr<OpenDocument> now) {
 
 // Work.
 
-/// A snapshot is as large as what was edited: it is made the more seldom.
+/// A copy is as large as what was edited: it is made the more seldom.
 void Documents::progress() {
   const auto now = std::chrono::steady_clock::now();
   if (now < progressed_) return;
-  OpenDocument* const open = find(*application_->active());
-  if (open == nullptr || !open->hasView()) return;
-  open->publish();
+  showNow();
   const auto took = std::chrono::steady_clock::now() - now;
   progressed_ =
       now + std::max<std::chrono::steady_clock::duration>(std::chrono::milliseconds(100), 20 * took);
+}
+
+void Documents::showNow() {
+  if (application_->count() == 0) return;
+  OpenDocument* const open = find(*application_->active());
+  if (open == nullptr || !open->hasView()) return;
+  open->publish();
   work_.tell([this] {
     for (const auto& each : documents_) each->receive();
   });

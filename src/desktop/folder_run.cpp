@@ -56,7 +56,7 @@ std::shared_ptr<store::StoredFile> FolderRun::fileOf(const std::shared_ptr<store
       stored,
       [this](const std::string& path) {
         std::optional<std::string> name;
-        place_.work.show([&] { name = place_.freeName(path); });
+        place_.work.inWindow([&] { name = place_.freeName(path); });
         return name;
       },
       [](const auto& work) { work(); });
@@ -105,7 +105,7 @@ bool FolderRun::MultiPLUVO_OpenNextFile(dialog::clsProcessFind& engine,
   const auto from = files.begin() + std::min<std::ptrdiff_t>(index, std::ssize(files));
   index = static_cast<std::int32_t>(std::find(from, files.end(), path) - files.begin());
   place_.watch.run(watcher_);
-  place_.work.show([&] {
+  place_.work.inWindow([&] {
     fileBegins(path, number_, documents_);
     place_.application->add(current_->document(), fileOf(current_));
   });
@@ -119,7 +119,7 @@ void FolderRun::MultiPLUVO_CloseFile(dialog::clsProcessFind& engine) {
   result_ = engine.result();
   place_.watch.run(nullptr);
   isShown_ = false;
-  place_.work.show([this] { place_.application->remove(current_->document()); });
+  place_.work.inWindow([this] { place_.application->remove(current_->document()); });
   thread_.goOn();
   advance();
 }
@@ -132,7 +132,7 @@ void FolderRun::abandon(dialog::clsProcessFind& engine) {
   isShown_ = false;
   const std::string path = current_->path();
   current_.reset();
-  place_.work.show([&] { place_.leftOpen(path); });
+  place_.work.inWindow([&] { place_.leftOpen(path); });
   thread_.goOn();
   advance();
 }
@@ -190,7 +190,7 @@ void FolderRun::advance() {
     trouble = base::utf8(errors::faultInFlight().description);
   }
   if (!ended_.reportProblem && !noReport_.empty()) ended_.reportProblem = noReport_;
-  place_.work.show([&] { place_.ended({ended_, trouble, isBegun, plan_.selection.paths}); });
+  place_.work.inWindow([&] { place_.ended({ended_, trouble, isBegun, plan_.selection.paths}); });
 }
 
 /// Whether the run can do without what keeps it from beginning.
@@ -208,7 +208,7 @@ bool FolderRun::goesOnWithout(const runs::CannotBegin& refused) {
     case Reason::journal:
     case Reason::stateFolder:
       plan_.journal = false;
-      place_.work.show([&] { goesOn = place_.goesOnWithoutOriginals(why); });
+      place_.work.inWindow([&] { goesOn = place_.goesOnWithoutOriginals(why); });
       return goesOn;
     case Reason::outputFolder:
     case Reason::rest:
@@ -324,14 +324,14 @@ runs::Answer FolderRun::placeFor(const runs::Asked& asked) {
 // The face of the run, in its threads.
 
 void FolderRun::begins(std::size_t documents) {
-  place_.work.show([this, documents] { documents_ = documents; });
+  place_.work.inWindow([this, documents] { documents_ = documents; });
 }
 
 bool FolderRun::answers(runs::Question question) const { return question != runs::Question::perform; }
 
 runs::Answer FolderRun::answer(const runs::Asked& asked) {
   runs::Answer answer;
-  place_.work.show([&] { answer = answered(asked); });
+  place_.work.inWindow([&] { answer = answered(asked); });
   return answer;
 }
 
@@ -347,7 +347,7 @@ std::optional<engine::PassResult> FolderRun::pass(const runs::OpenForPass& open)
 void FolderRun::document(const runs::Outcome& outcome) {
   // Of a run that asks nobody the jobs go on meanwhile; what the window is shown later comes after it.
   if (passesItself_) return place_.work.tell([this, outcome] { tell(outcome); });
-  place_.work.show([&] { tell(outcome); });
+  place_.work.inWindow([&] { tell(outcome); });
 }
 
 runs::Cancelled FolderRun::cancelled() {

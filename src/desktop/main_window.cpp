@@ -48,7 +48,7 @@ MainWindow::~MainWindow() {
 void MainWindow::buildDocuments(const Choosers& choosers) {
   const auto opener = std::make_shared<store::StoreOpener>(store::Store(), [this](const std::string& path) {
     std::optional<std::string> name;
-    work_.show([&] { name = files_->freeName(path); });
+    work_.inWindow([&] { name = files_->freeName(path); });
     return name;
   });
   application_ = std::make_shared<memory::MemoryApplication>(opener);

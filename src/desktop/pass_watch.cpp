@@ -7,7 +7,7 @@ namespace pluvo::desktop {
 void PassWatch::begins() {
   refused_ = false;
   run().begins();
-  work_.show([this] { begun(); });
+  work_.inWindow([this] { begun(); });
 }
 
 engine::PassObserver::Answer PassWatch::operated(const engine::Block& block, const errors::Fault* refusal) {
@@ -15,7 +15,7 @@ engine::PassObserver::Answer PassWatch::operated(const engine::Block& block, con
   const bool asks = refusal != nullptr && engine_ != nullptr && !engine_->ConfirmEachOperationsetting();
   if (asks && !std::exchange(refused_, true)) {
     bool goesOnNow = true;
-    work_.show([&] {
+    work_.inWindow([&] {
       goesOnNow = goesOnAfterRefusal();
       if (!goesOnNow && run_ != nullptr) takeBack();
     });

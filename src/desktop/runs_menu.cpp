@@ -127,7 +127,7 @@ void RunsMenu::takeBack(const std::shared_ptr<runs::PastRuns>& past, const std::
   takesBack_ = true;
   const auto work = [this, past, run, counts] {
     past->takeBack(run, [&](const runs::TakenBack& taken) {
-      place_.work.show([&] {
+      place_.work.inWindow([&] {
         if (taken.failure) {
           counts->left += text(runs::failureLine(taken.path, *taken.failure));
         } else if (taken.asBefore) {

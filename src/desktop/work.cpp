@@ -27,6 +27,7 @@ void Work::run(std::function<void()> work, Then then) {
   if (!goesOn_) cancels_ = 0;
   if (!isShown_) shows_.start();
   thread_ = std::thread([this, work = std::move(work), then = std::move(then)]() mutable {
+    worker_ = std::this_thread::get_id();
     std::exception_ptr thrown;
     try {
       work();
@@ -59,6 +60,11 @@ void Work::cancel() {
 }
 
 void Work::show(const std::function<void()>& doing) {
+  if (std::this_thread::get_id() == worker_) showing();
+  inWindow(doing);
+}
+
+void Work::inWindow(const std::function<void()>& doing) {
   if (QThread::currentThread() == thread()) return doing();
   // A box that asks one job's question lets events through: another job's has to wait until it is answered.
   const std::lock_guard oneAtATime(showing_);

@@ -48,12 +48,15 @@ class Work final : public QObject, public dialog::Labour {
   /// How often the user has asked for an end of the work under way, and of what that goes on from.
   int cancels() const { return cancels_; }
   /// Has the window's thread do this, and returns when it has, with what it throws.
+  void inWindow(const std::function<void()>& doing);
+  /// The same of what the user is to see: what the work has done so far is seen by then.
   void show(const std::function<void()>& doing) override;
   /// Has the window's thread do this, some time.
   void tell(std::function<void()> doing);
 
   // Of the work's thread.
-  /// Called at the end of each work.
+  /// Called before the user is shown something for the work, and at the end of each work.
+  std::function<void()> showing = [] {};
   std::function<void()> finishing = [] {};
 
  private:
@@ -61,6 +64,7 @@ class Work final : public QObject, public dialog::Labour {
   void doNext();
 
   std::thread thread_;
+  std::atomic<std::thread::id> worker_;
   std::mutex mutex_;
   std::deque<std::function<void()>> wanted_;  ///< of the window's thread
   QTimer shows_;

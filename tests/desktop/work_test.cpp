@@ -90,7 +90,7 @@ class WorkInTheWindow : public UsedWindow {
       ++asked;
       asking();
       if (!done_) return;
-      window->work().show([this] {
+      window->work().inWindow([this] {
         if (done_()) done_ = nullptr;
       });
     };
@@ -154,6 +154,19 @@ TEST_F(WorkInTheWindow, KeepsItAliveAndCanBeCancelled) {
     EXPECT_FALSE(document.changed());
     execute();
     EXPECT_EQ(text(document).find("[a]secret[b]"), std::string::npos) << "a cancel is for one run";
+  });
+}
+
+TEST_F(WorkInTheWindow, ShowsWhatItsBoxesTellOf) {
+  use([&] {
+    OpenDocument& document = open(scratch.put("few.txt", manyBlocks(2)));
+    askForReplacement();
+    tick("chkQuiteMode", false);
+    expectBox([&](QWidget& statistics) {
+      EXPECT_EQ(text(document.shown()).find("secret"), std::string::npos);
+      press(statistics, "cmdContinue");
+    });
+    execute();
   });
 }
 
