@@ -201,7 +201,7 @@ TEST(DocFormat, LosesHeadersWithTheirSections) {
     builder.tables[Table::headerTexts] = DocBuilder::places(places);
     Opened opened(files::bytesOf(builder.build()));
     if (*stories == 0) {
-      EXPECT_FALSE(tryTo([&] { replace(opened, 0, goes); }));
+      EXPECT_FALSE(tryTo([&, goes = goes] { replace(opened, 0, goes); }));
       continue;
     }
     replace(opened, 0, goes);
@@ -260,7 +260,7 @@ TEST(Corpus, isEditedInEveryStory) {
           Story& story = opened.document.story(i);
           const std::vector<Position> places = lettersIn(story);
           for (auto place = places.rbegin(); place != places.rend(); ++place)
-            tryTo([&] { edit(story, *place); });
+            tryTo([&, edit = edit] { edit(story, *place); });
         }
         current = opened.saved();
         const std::string kind = generation == 0 ? name : std::string(name) + "2";
