@@ -50,7 +50,7 @@ std::string pages(int count) {
   constexpr int kLines = 40;
   std::string text;
   for (int line = 0; line < count * kLines; ++line)
-    text += line % 3 == 0 ? "The words before it, [a]secret[b], and some behind it, to fill the line up.\n"
+    text += line % 3 == 0 ? "The words before it, [a]secret[b], and some after it, to fill the line up.\n"
                           : "A line of a page with nothing in it that anybody would look for, or find.\n";
   return text;
 }

@@ -37,7 +37,7 @@ void countOneParagraph(benchmark::State& state) {
   countToTheEnd(state, text);
 }
 
-/// The same, with an insertion behind each count.
+/// The same, with an insertion after each count.
 void countBetweenEdits(benchmark::State& state) {
   const std::u16string units = prose(kLength);
   const auto unit = static_cast<Unit>(state.range(0));

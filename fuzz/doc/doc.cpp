@@ -25,11 +25,11 @@ std::string fileOf(std::string_view rest) {
   if (rest.size() < 4) return {};
   const base::ByteSpan sizes(reinterpret_cast<const std::uint8_t*>(rest.data()), 4);
   const std::string_view document = rest.substr(4, base::get16(sizes, 0));
-  const std::string_view behind = rest.substr(4 + document.size());
-  const std::string_view tables = behind.substr(0, base::get16(sizes, 2));
+  const std::string_view after = rest.substr(4 + document.size());
+  const std::string_view tables = after.substr(0, base::get16(sizes, 2));
   return cfb::compoundFile({{"WordDocument", std::string(document)},
                             {"1Table", std::string(tables)},
-                            {"Data", std::string(behind.substr(tables.size()))}});
+                            {"Data", std::string(after.substr(tables.size()))}});
 }
 
 }  // namespace

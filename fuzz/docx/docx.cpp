@@ -1,6 +1,6 @@
 // A Word document whose body is any markup: read with all its stories, edited in any of them, looked through
 // for what is elsewhere, written and read again. The input is a program of edits, the inside of w:body, and
-// behind zero bytes that of a header, of footnotes and of comments, a part of custom XML, an imported file
+// after zero bytes that of a header, of footnotes and of comments, a part of custom XML, an imported file
 // and an embedded one; the package around them is always the same.
 
 #include "docx/docx_format.h"

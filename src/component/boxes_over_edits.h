@@ -23,8 +23,8 @@ class BoxesOverEdits final : public forms::MessageBoxes {
   /// closed.
   void silence() { silent_ = true; }
 
-  forms::Answer show(const std::u16string& text, forms::Buttons buttons,
-                     const std::optional<std::u16string>& title) override {
+  forms::BoxAnswer show(const std::u16string& text, forms::Buttons buttons,
+                        const std::optional<std::u16string>& title) override {
     if (silent_) return forms::closedAnswer(buttons);
     const std::shared_ptr<word::Application> application = application_();
     const auto shown = application ? application->showEdits() : nullptr;

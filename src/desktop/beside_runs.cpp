@@ -72,7 +72,7 @@ void BesideRuns::fileChanged(const std::string& path) {
   }
 }
 
-/// The document is the user's from now on. What the user had of it is its file.
+/// The document is the user's from now on. Its file is the user's earlier version.
 void BesideRuns::leftOpen(const std::string& path) {
   const auto left = place_.application->active();
   for (std::size_t i = 0; i < place_.documents.all().size(); ++i) {

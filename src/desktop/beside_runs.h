@@ -17,7 +17,7 @@ namespace pluvo::desktop {
 /// the questions of that.
 class BesideRuns {
  public:
-  /// What it needs of the window, which outlives it.
+  /// The window's services. The window outlives it.
   struct Place {
     QWidget& window;
     Work& work;

@@ -25,7 +25,8 @@ void DesktopForms::runModal(forms::Form& form) {
 void DesktopForms::visibleChanged(forms::Form& form) {
   if (form.Name() != kConfirmation || ended_) return shown_.visibleChanged(form);
   // The next block is being looked for before anybody sees the window go.
-  if (!form.Visible()) return static_cast<void>(QTimer::singleShot(0, this, &DesktopForms::settle));
+  if (!form.Visible())
+    return static_cast<void>(QTimer::singleShot(0, this, &DesktopForms::endFinishedConfirmation));
   const bool first = confirmation_ == nullptr;
   confirmation_ = &form;
   blockAwaits();
@@ -33,7 +34,7 @@ void DesktopForms::visibleChanged(forms::Form& form) {
   if (first) confirmingChanged();
 }
 
-void DesktopForms::settle() {
+void DesktopForms::endFinishedConfirmation() {
   if (confirmation_ == nullptr || confirmation_->Visible() || isWorking()) return;
   shown_.visibleChanged(*std::exchange(confirmation_, nullptr));
   confirmingChanged();

@@ -20,11 +20,11 @@ class DesktopForms final : public QObject, public forms::FormHost {
   bool confirming() const { return confirmation_ != nullptr; }
   void endConfirmation();
   /// Work has ended: where it has put no other block before the user, the confirmation goes.
-  void settle();
-  /// Hides the dialog, so that whoever runs it returns.
+  void endFinishedConfirmation();
+  /// Hides the dialog, so that its caller returns.
   void end();
 
-  /// Whether another block may come of what is under way.
+  /// Whether the work under way may find another block.
   std::function<bool()> isWorking = [] { return false; };
   std::function<void()> blockAwaits = [] {};
   std::function<void()> confirmingChanged = [] {};

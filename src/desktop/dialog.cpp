@@ -75,7 +75,7 @@ Dialog::Dialog(const std::shared_ptr<memory::MemoryApplication>& application, Wo
     return admits(form, control);
   };
   qtForms_.placing = [this](const forms::Form& form, QWidget& window) { placeWindow(form, window); };
-  // The dialog stands beside the document and is in nobody's way.
+  // The dialog stands beside the document and covers nothing.
   qtForms_.windowStateChanged = [](const forms::Form&) {};
   forms_.isWorking = [this] { return work_.underWay(); };
   forms_.blockAwaits = [this] { place_.blockAwaits(); };
@@ -137,7 +137,7 @@ bool Dialog::admits(const forms::Form& form, const forms::Control* control) {
 
 void Dialog::workChanged() {
   qtForms_.admissionChanged();
-  forms_.settle();
+  forms_.endFinishedConfirmation();
 }
 
 /// The confirmation stands near its block and not over it; other windows stand where they would.

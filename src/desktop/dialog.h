@@ -23,11 +23,11 @@
 
 namespace pluvo::desktop {
 
-/// What the dialog stands in.
+/// The dialog's surroundings in the window.
 struct DialogPlace {
   QWidget& window;
   QWidget& container;
-  /// What a run over files needs; the dialog adds the driver.
+  /// The needs of a run over files; the dialog adds the driver.
   FolderRun::Place run;
   /// A run over these files is about to begin; takes out those that are not to be worked on. Then is
   /// told whether it begins.
@@ -66,7 +66,7 @@ class Dialog {
   /// A document was opened or closed.
   void documentsChanged() { opener_.documentsChanged(); }
 
-  /// What is under way has changed, and with it what the user may press.
+  /// The work under way has changed, and with it the buttons that the user may press.
   void workChanged();
   /// The keyboard goes to where a request begins.
   void goToBeginning() { opener_.goToBeginning(); }

@@ -17,7 +17,7 @@ namespace pluvo::desktop {
 /// The user opens, saves and closes documents, and is asked what that needs.
 class DocumentFiles {
  public:
-  /// What it needs of the window, which outlives it.
+  /// The window's services. The window outlives it.
   struct Place {
     QWidget& window;
     Work& work;
@@ -48,11 +48,11 @@ class DocumentFiles {
   void closeCurrent();
   void close(OpenDocument& document);
 
-  /// What goes on from there; called in the end.
+  /// The continuation; called in the end.
   using Then = std::function<void(bool done)>;
   /// Whether it was saved, or had no changes.
   void save(OpenDocument& document, const Then& then);
-  /// Whether all may be closed: what the user has not saved is asked about, document by document.
+  /// Whether all may be closed: the user is asked about unsaved changes, document by document.
   void mayCloseAll(const Then& then);
   /// For a document of a run over files that may not be written; the name must be free.
   std::optional<std::string> freeName(const std::string& path);

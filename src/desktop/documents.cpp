@@ -178,7 +178,7 @@ void Documents::reloadStale() {
           (*read)->prepare();
         },
         [this, read, was = (*old)->document()](std::exception_ptr thrown) {
-          // What was there is still to be read where the file is not.
+          // The old contents can still be read where the file is gone.
           if (OpenDocument* const open = find(*was); !thrown && open != nullptr) put(*open, std::move(*read));
           reloadStale();
         });

@@ -31,7 +31,7 @@ class Documents final : public QStackedWidget, private memory::ApplicationObserv
   OpenDocument* current() const { return inTab(tabs_->currentIndex()); }
 
   /// Gives every open document a tab, and brings together which is in front here and in the engine's eyes.
-  /// Not while the engine works: it opens and closes documents that nobody needs to see.
+  /// Not while the engine works: it opens and closes documents that need not be shown.
   void sync();
   /// A document that was opened, and looked through in whichever thread.
   void add(std::unique_ptr<OpenDocument> opened);
@@ -88,7 +88,7 @@ class Documents final : public QStackedWidget, private memory::ApplicationObserv
   std::shared_ptr<store::StoreOpener> opener_;
   Work& work_;
   std::vector<std::unique_ptr<OpenDocument>> documents_;
-  /// What the engine brought to the front and no tab shows yet.
+  /// The document that the engine brought to the front and no tab shows yet.
   std::weak_ptr<memory::MemoryDocument> wanted_;
   bool syncing_ = false;
   /// Paths of those whose files have other versions.

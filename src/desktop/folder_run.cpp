@@ -19,7 +19,7 @@ using Reply = runs::Answer::Reply;
 
 std::u16string nameIn(const std::string& path) { return base::nameText(path.substr(path.rfind('/') + 1)); }
 
-/// What is wrong, and what to do about it here.
+/// The message on a problem, with the advice of this program.
 std::string sentenceOf(const runs::Failure& failure) {
   if (failure.happened.empty()) return failure.message;
   return failure.problem == errors::Problem::encoding
@@ -32,7 +32,7 @@ std::u16string lineOf(const std::string& path, runs::Failure failure) {
   return base::utf16(runs::failureLine(path, failure));
 }
 
-/// What the run is called where it is taken back, and in its report.
+/// The run's name in the journal, and in its report.
 std::string commandOf(const engine::Request& request) {
   std::u16string words =
       u"Execute: " + dialog::operationInWords(request) + u"; begins with \"" + request.begin;
@@ -151,7 +151,7 @@ void FolderRun::begin(dialog::clsProcessFind& engine, const std::vector<std::u16
   plan_.keepGoing = !passesItself_;
   plan_.jobs = static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 1U, 16U));
   plan_.command = commandOf(plan_.requests.front());
-  plan_.reportsEncrypted = false;  // nobody asked for it
+  plan_.reportsEncrypted = false;  // it was not asked for
   noReport_.clear();
   try {
     plan_.report = runs::placeOfLastReport(files::machineFileSystem());

@@ -39,7 +39,7 @@ struct RunOverFiles {
 /// dialog's engine makes the pass, in one call or block by block; the run stands still meanwhile.
 class FolderRun final : public dialog::FileStepper, private runs::Face {
  public:
-  /// What it needs of the window. All of it outlives the run; but for answers, these are calls of no work.
+  /// The window's services. All of them outlive the run; but for answers, these are calls of no work.
   struct Place {
     std::shared_ptr<memory::MemoryApplication> application;
     Work& work;

@@ -9,7 +9,7 @@
 namespace pluvo::desktop {
 
 /// A document before each of its last passes, to go back to and forth again. A snapshot shares the original
-/// text and holds what was edited.
+/// text and holds the edits.
 class History {
  public:
   using Snapshot = document::Document::Snapshot;

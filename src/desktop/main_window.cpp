@@ -189,7 +189,7 @@ bool MainWindow::event(QEvent* event) {
 
 void MainWindow::closeEvent(QCloseEvent* event) {
   event->ignore();
-  // Whoever asks something goes on with a document when the answer is there.
+  // The asker goes on with a document when the answer is there.
   if (QApplication::activeModalWidget() != nullptr) {
     closeWanted_ = true;
     return;
@@ -329,7 +329,7 @@ void MainWindow::redo() {
   current()->redo(work_, [this] { note_ = tr("The pass was made again."); });
 }
 
-// The program's own documents, and what the window says.
+// The program's own documents, and the window's messages.
 
 void MainWindow::showHelp(const std::u16string& path) {
   auto& window = help_[path];

@@ -14,10 +14,10 @@
 
 namespace pluvo::desktop {
 
-/// The window's menus, whose actions come and go with what is open and under way.
+/// The window's menus, whose actions depend on open documents and work under way.
 class Menus final : public QObject {
  public:
-  /// What the actions are for; all of it outlives the menus.
+  /// The targets of the actions; all outlive the menus.
   struct Place {
     QWidget& window;
     Documents& documents;
@@ -30,7 +30,7 @@ class Menus final : public QObject {
     std::function<void()> goToPanel;
     std::function<void()> instructions;
   };
-  /// What is under way.
+  /// The work under way.
   struct State {
     bool works = false;
     bool confirms = false;

@@ -24,7 +24,7 @@ class NotReached {
   std::shared_ptr<memory::MemoryDocument> awaited() const { return document_.lock(); }
   /// Looks in the document that is awaited; then is called in the end.
   void look(const OpenDocument& document, std::function<void()> then);
-  /// What a run over files found in one of them.
+  /// The findings of a run over files in one of them.
   void add(std::u16string name, const elsewhere::Elsewhere& found);
 
   /// A sentence about the run that has ended, which is forgotten; empty where everything was reached.

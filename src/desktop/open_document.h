@@ -42,7 +42,7 @@ class OpenDocument final : public memory::DocumentObserver {
   /// Makes its view, out of what prepare() made where that was called.
   view::DocumentView* makeView();
 
-  /// What was published is shown.
+  /// The published version is shown.
   void receive();
   /// The same when the work has ended; the document is the window's again.
   void takeBack();
@@ -77,7 +77,7 @@ class OpenDocument final : public memory::DocumentObserver {
   /// Looks through it for a view, which is what takes time.
   void prepare();
   bool hasView() const { return hasView_; }
-  /// What it is like now can be shown.
+  /// Its present state can be shown.
   void publish();
 
   // memory::DocumentObserver
@@ -124,7 +124,7 @@ class OpenDocument final : public memory::DocumentObserver {
   QPointer<view::DocumentView> view_;
   History history_;
   bool changed_ = false;
-  /// Meanwhile the user has selected something in what is shown.
+  /// Meanwhile the user has selected something in the copy shown.
   bool userSelected_ = false;
   bool selecting_ = false;
   /// In main text, as it was when the user left that.

@@ -10,8 +10,8 @@ void PassWatch::begins() {
   work_.inWindow([this] { begun(); });
 }
 
-engine::PassObserver::Answer PassWatch::operated(const engine::Block& block, const errors::Fault* refusal) {
-  const Answer ofRun = run().operated(block, refusal);
+engine::PassObserver::Next PassWatch::operated(const engine::Block& block, const errors::Fault* refusal) {
+  const Next ofRun = run().operated(block, refusal);
   const bool asks = refusal != nullptr && engine_ != nullptr && !engine_->ConfirmEachOperationsetting();
   if (asks && !std::exchange(refused_, true)) {
     bool goesOnNow = true;
@@ -19,14 +19,14 @@ engine::PassObserver::Answer PassWatch::operated(const engine::Block& block, con
       goesOnNow = goesOnAfterRefusal();
       if (!goesOnNow && run_ != nullptr) takeBack();
     });
-    if (!goesOnNow) return Answer::stop;
+    if (!goesOnNow) return Next::stop;
   }
   return goesOn(ofRun);
 }
 
-engine::PassObserver::Answer PassWatch::goesOn(Answer ofRun) {
+engine::PassObserver::Next PassWatch::goesOn(Next ofRun) {
   comesOn();
-  return run_ == nullptr && work_.cancels() > 0 ? Answer::stop : ofRun;
+  return run_ == nullptr && work_.cancels() > 0 ? Next::stop : ofRun;
 }
 
 }  // namespace pluvo::desktop

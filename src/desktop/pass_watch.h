@@ -20,7 +20,7 @@ class PassWatch final : public engine::PassObserver {
   void run(engine::PassObserver* run) { run_ = run; }
   /// Whether the last run was one over files.
   bool runsOverFiles() const { return engine_ != nullptr && engine_->MultiFileRun(); }
-  /// What the pass that began last looks for; the engine must be there.
+  /// The request of the pass that began last; the engine must be there.
   const engine::Request& request() const { return engine_->request(); }
   /// The pass has come on, in its own thread.
   std::function<void()> comesOn = [] {};
@@ -31,21 +31,21 @@ class PassWatch final : public engine::PassObserver {
   /// An operation was refused, which the user has been told; whether the pass goes on all the same. Asked
   /// once a pass.
   std::function<bool()> goesOnAfterRefusal = [] { return true; };
-  /// What was done to the active document so far is to be undone: of one that is saved at once, all changes
+  /// The changes to the active document so far are to be undone: of one that is saved at once, all changes
   /// are made or none.
   std::function<void()> takeBack = [] {};
 
   void begins() override;
   void enters(std::int32_t story) override { run().enters(story); }
-  Answer searching() override { return goesOn(run().searching()); }
+  Next searching() override { return goesOn(run().searching()); }
   void tooFar() override { run().tooFar(); }
-  Answer found(const engine::Block& block) override { return goesOn(run().found(block)); }
-  Answer operated(const engine::Block&, const errors::Fault* refusal) override;
-  Answer skipped(const engine::Block& block) override { return goesOn(run().skipped(block)); }
+  Next found(const engine::Block& block) override { return goesOn(run().found(block)); }
+  Next operated(const engine::Block&, const errors::Fault* refusal) override;
+  Next skipped(const engine::Block& block) override { return goesOn(run().skipped(block)); }
 
  private:
   engine::PassObserver& run() { return run_ != nullptr ? *run_ : nobody_; }
-  Answer goesOn(Answer ofRun);
+  Next goesOn(Next ofRun);
 
   Work& work_;
   const dialog::clsProcessFind* engine_ = nullptr;

@@ -20,7 +20,7 @@ class PausingThread {
   // Of the other thread.
   /// None is under way.
   void begin(std::function<void()> work);
-  /// Waits until the work pauses (true) or is over (false). What it throws comes from here when it is over.
+  /// Waits until the work pauses (true) or is over (false). Its exceptions come from here when it is over.
   bool wait();
   /// Lets work that pauses go on.
   void goOn();

@@ -5,7 +5,7 @@
 
 namespace pluvo::desktop {
 
-/// A box whose answer decides what is done.
+/// A box whose answer decides the next step.
 class Question : public QMessageBox {
  public:
   Question(QWidget* owner, const QString& text, const QString& more)

@@ -173,7 +173,7 @@ void RunsMenu::showReport() {
   look();
 }
 
-// What is unfinished.
+// Unfinished documents.
 
 void RunsMenu::showUnfinished() {
   if (place_.refusedNow()) return;

@@ -14,12 +14,12 @@
 
 namespace pluvo::desktop {
 
-/// The menu of what runs over files leave: what they replaced, so that the last one can be taken back; its
-/// report; and what they did not come to. All of it outlives the program, and is that of the command line,
+/// The menu of past runs over files: their originals, so that the last run can be taken back; its
+/// report; and unfinished documents. All of it outlives the program, and is that of the command line,
 /// too.
 class RunsMenu final : public QObject {
  public:
-  /// What it needs of the window, which outlives it.
+  /// The window's services. The window outlives it.
   struct Place {
     QWidget& window;
     Work& work;
@@ -37,7 +37,7 @@ class RunsMenu final : public QObject {
 
   RunsMenu(QMenu& menu, Place place);
 
-  /// What is kept may have changed; while something is under way all is off.
+  /// The journal may have changed; while something is under way all is off.
   void update(bool held);
   /// A run has ended: what of that the user has to know. Silent where the window closes.
   void runEnded(const RunOverFiles& run, bool silently);

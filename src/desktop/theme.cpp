@@ -42,7 +42,7 @@ QPalette made(const QColor& window, const QColor& base, const QColor& text, cons
   return colours;
 }
 
-/// Among dark colours the system's style shows the focus by a shade that nobody sees: here it has a bright
+/// Among dark colours the system's style shows the focus by an invisible shade: here it has a bright
 /// frame.
 class FocusShown final : public QProxyStyle {
  public:

@@ -15,7 +15,7 @@
 namespace pluvo::desktop {
 
 /// What takes long, in a thread of its own: one work at a time. The window's thread goes on with its events,
-/// and has nothing to do with what the work has in hand until it is done.
+/// and leaves the work's documents alone until it is done.
 class Work final : public QObject, public dialog::Labour {
  public:
   /// What is done sooner than that is not shown.
@@ -47,7 +47,7 @@ class Work final : public QObject, public dialog::Labour {
   // Of any thread.
   /// How often the user has asked for an end of the work under way, and of what that goes on from.
   int cancels() const { return cancels_; }
-  /// Has the window's thread do this, and returns when it has, with what it throws.
+  /// Has the window's thread do this, and returns when it has. Its exceptions come from here.
   void inWindow(const std::function<void()>& doing);
   /// The same of what the user is to see: what the work has done so far is seen by then.
   void show(const std::function<void()>& doing) override;

@@ -16,9 +16,9 @@ class WorkBoxes final : public forms::MessageBoxes {
  public:
   WorkBoxes(Work& work, forms::MessageBoxes& boxes) : work_(work), boxes_(boxes) {}
 
-  forms::Answer show(const std::u16string& text, forms::Buttons buttons,
-                     const std::optional<std::u16string>& title) override {
-    forms::Answer answer{};
+  forms::BoxAnswer show(const std::u16string& text, forms::Buttons buttons,
+                        const std::optional<std::u16string>& title) override {
+    forms::BoxAnswer answer{};
     work_.show([&] { answer = boxes_.show(text, buttons, title); });
     return answer;
   }

@@ -25,20 +25,20 @@ class clsProcessFind::Client final : public engine::Observer {
 
   void begins() override { observing().begins(); }
   void enters(std::int32_t story) override { observing().enters(story); }
-  Answer searching() override { return observing().searching(); }
+  Next searching() override { return observing().searching(); }
   void tooFar() override { observing().tooFar(); }
-  Answer found(const engine::Block& block) override { return observing().found(block); }
-  Answer operated(const engine::Block& block, const errors::Fault* refusal) override {
+  Next found(const engine::Block& block) override { return observing().found(block); }
+  Next operated(const engine::Block& block, const errors::Fault* refusal) override {
     return observing().operated(block, refusal);
   }
-  Answer skipped(const engine::Block& block) override { return observing().skipped(block); }
+  Next skipped(const engine::Block& block) override { return observing().skipped(block); }
 
   Decision decide(const engine::Block&) override {
     switch (owner_.boxes().show(u"Perform Operation on Selected Text?", forms::Buttons::yesNoCancel,
                                 u"Confirm Operation")) {
-      case forms::Answer::yes:
+      case forms::BoxAnswer::yes:
         return Decision::operate;
-      case forms::Answer::no:
+      case forms::BoxAnswer::no:
         return Decision::skip;
       default:
         return Decision::stop;

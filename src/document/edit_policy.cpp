@@ -111,9 +111,9 @@ std::optional<Position> lastMarkIn(const Story& story, Span span, std::int32_t t
 /// after it.
 std::optional<Position> keptMark(const Story& story, Span removed, bool textInFront) {
   const std::int32_t inFront = tableAt(story, removed.from - 1);
-  const std::int32_t behind = tableAt(story, removed.to);
-  const std::int32_t gap = commonOf(story.tables(), inFront, behind);
-  if (behind == gap || (inFront == gap && !textInFront)) return std::nullopt;
+  const std::int32_t after = tableAt(story, removed.to);
+  const std::int32_t gap = commonOf(story.tables(), inFront, after);
+  if (after == gap || (inFront == gap && !textInFront)) return std::nullopt;
   return lastMarkIn(story, removed, gap);
 }
 
@@ -138,7 +138,7 @@ Position pastCommentReferences(const Story& story, Position position) {
   return position;
 }
 
-Context contextBehind(const Story& story, Position position) {
+Context contextAfter(const Story& story, Position position) {
   if (isOrdinary(story.text().at(position))) return plainContext(story, position);
   position = pastCommentReferences(story, position);
   const std::int32_t field = fieldAt(story, position);
@@ -153,7 +153,7 @@ Context contextBehind(const Story& story, Position position) {
 
 Context contextBefore(const Story& story, Position position) {
   if (isOrdinary(story.text().at(position))) return plainContext(story, position);
-  if (story.text().at(position) == text::kCommentReference) return contextBehind(story, position);
+  if (story.text().at(position) == text::kCommentReference) return contextAfter(story, position);
   const std::int32_t field = fieldAt(story, position);
   if (!story.isFieldMark(position)) return {field, story.visibility().valueAt(position)};
   const Field& marked = story.fields()[static_cast<std::size_t>(field)];
@@ -167,7 +167,7 @@ Context contextBefore(const Story& story, Position position) {
   }
   // Hidden text in front says nothing of the place; the field's own marks do.
   for (Position front = position - 1;; --front) {
-    const Context context = contextBehind(story, front);
+    const Context context = contextAfter(story, front);
     const bool ownMark = story.isFieldMark(front) && fieldAt(story, front) == field;
     if (ownMark || (context.field == field && context.visibility != text::kNowhere)) return context;
   }
@@ -175,12 +175,12 @@ Context contextBefore(const Story& story, Position position) {
 
 bool isDeleted(const Story& story, Position position) { return story.structure().valueAt(position).deleted; }
 
-Landing landing(const Story& story, Position at, Position anchor, bool behind, std::int32_t table) {
-  const Context context = behind ? contextBehind(story, anchor) : contextBefore(story, anchor);
+Landing landing(const Story& story, Position at, Position anchor, bool after, std::int32_t table) {
+  const Context context = after ? contextAfter(story, anchor) : contextBefore(story, anchor);
   Landing result;
   result.at = at;
   result.beside = anchor;
-  result.anchor = story.text().anchorAt(anchor, behind);
+  result.anchor = story.text().anchorAt(anchor, after);
   result.structure.table = table;
   result.structure.field = context.field;
   result.visibility = context.visibility;
@@ -244,9 +244,9 @@ Removal removalOf(const Story& story, Span span, std::u16string_view newText, te
   return removal;
 }
 
-Landing landingAt(const Story& story, Position position, bool behind, std::u16string_view newText) {
+Landing landingAt(const Story& story, Position position, bool after, std::u16string_view newText) {
   Position at = std::min(position, story.length() - 1);
-  if (behind && at > 0 && story.isCellMark(at - 1)) --at;
+  if (after && at > 0 && story.isCellMark(at - 1)) --at;
   while (at > 0 && story.isRowMark(at)) --at;
 
   const std::int32_t joined = tableAt(story, at);
@@ -254,7 +254,7 @@ Landing landingAt(const Story& story, Position position, bool behind, std::u16st
   bool besideLeft = false;
   if (at != position) {
     besideLeft = at > 0 && !story.endsParagraph(at - 1);
-  } else if (behind && at > 0) {
+  } else if (after && at > 0) {
     besideLeft = !story.isRowMark(at - 1) && (endsWithMark(newText) || inFront == joined);
   }
   const bool ownParagraph = besideLeft && endsWithMark(newText);

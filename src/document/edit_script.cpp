@@ -67,7 +67,7 @@ void addRecoloured(Joined& spans, const Step& kept, const Highlight& now, const 
 }
 
 /// The place of new text among original characters: before or after each of them.
-Position placeOf(const text::Piece& put) { return put.anchor * 2 + (put.behindAnchor ? 1 : 0); }
+Position placeOf(const text::Piece& put) { return put.anchor * 2 + (put.afterAnchor ? 1 : 0); }
 
 }  // namespace
 
@@ -79,9 +79,9 @@ bool StepReader::next(Step& step) {
     const bool isLast = kept_.original == text_->original().length();
     const Position most = isLast ? (kept_.original - 1) * 2 + 1 : kept_.original * 2;
     const Position place = std::clamp(put_.anchor < 0 ? least_ : placeOf(put_), least_, most);
-    const bool behind = place % 2 == 1;
-    if (dropTo(std::min(place / 2 + (behind ? 1 : 0), kept_.original), step)) return true;
-    step = {Step::Kind::put, place / 2, put_.length, at_, behind, text_->addedText(put_)};
+    const bool after = place % 2 == 1;
+    if (dropTo(std::min(place / 2 + (after ? 1 : 0), kept_.original), step)) return true;
+    step = {Step::Kind::put, place / 2, put_.length, at_, after, text_->addedText(put_)};
     least_ = place;
     if (++piece_ < gapEnd_) put_ = text_->piece(piece_);
   } else {

@@ -86,22 +86,22 @@ void FindMemory::edited(Span replaced, Position newLength) {
 void FindMemory::followEdit(Entry& entry, Span replaced, Position newLength) const {
   Known& known = *entry.known;
   const Position shift = newLength - replaced.length();
-  const Position behind = replaced.from + newLength;
+  const Position after = replaced.from + newLength;
   if (known.from >= replaced.to) {
     known.from += shift;
   } else if (known.from > replaced.from) {
-    known.from = behind;
+    known.from = after;
   }
   known.clear += shift;
   if (known.match) known.match = Span{known.match->from + shift, known.match->to + shift};
 
   const Position reach = entry.query.length() + kNeighbour;
   const Position from = std::max(known.from, back(entry.view, replaced.from, reach));
-  const auto match = search(entry, from, onward(entry.view, behind, reach));
+  const auto match = search(entry, from, onward(entry.view, after, reach));
   if (match && match->from <= known.clear) {
     known.clear = match->from;
     known.match = match;
-  } else if (known.clear < onward(entry.view, behind, kNeighbour)) {
+  } else if (known.clear < onward(entry.view, after, kNeighbour)) {
     known.match.reset();  // its neighbour is another now
   }
 }

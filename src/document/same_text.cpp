@@ -90,10 +90,10 @@ class Comparison {
   }
 
   bool sameBytes(Utf8Text::Bytes wanted) {
-    const std::size_t behind = *reached_ + wanted.size();
-    if (behind > to_->bytes().size() || !to_->beginsUnit(*reached_) || !to_->beginsUnit(behind)) return false;
+    const std::size_t after = *reached_ + wanted.size();
+    if (after > to_->bytes().size() || !to_->beginsUnit(*reached_) || !to_->beginsUnit(after)) return false;
     if (std::memcmp(wanted.data(), to_->bytes().data() + *reached_, wanted.size()) != 0) return false;
-    reached_ = behind;
+    reached_ = after;
     return true;
   }
 

@@ -150,10 +150,10 @@ void Story::requireOnlyHere(Span edited, Span judged) const {
 }
 
 /// The word that text put there stands in or beside.
-Span Story::wordBeside(Position position, bool behind) const {
+Span Story::wordBeside(Position position, bool after) const {
   if (rivals_.empty()) return {position, position};
   const auto isInWord = [&](Position at) { return at >= 0 && at < length() && text_.at(at) > u' '; };
-  const Position beside = behind ? position - 1 : position;
+  const Position beside = after ? position - 1 : position;
   Span word{std::max(beside, 0), std::min(beside + 1, length())};
   while (isInWord(word.from) && isInWord(word.from - 1)) --word.from;
   while (isInWord(word.to - 1) && isInWord(word.to)) ++word.to;
@@ -283,18 +283,18 @@ Span Story::insertBefore(Position position, std::u16string_view text) {
 
 Span Story::insertBehind(Position position, std::u16string_view text) { return insert(position, true, text); }
 
-Span Story::insert(Position position, bool behind, std::u16string_view text) {
+Span Story::insert(Position position, bool after, std::u16string_view text) {
   std::u16string newText = base::withParagraphMarks(text);
   requireText(newText);
   requireRoom(length(), newText);
   requireRoomForParts();
   if (newText.empty()) return {position, position};
-  requireOnlyHere({position, position}, wordBeside(position, behind));
-  Landing landing = landingAt(*this, position, behind, newText);
+  requireOnlyHere({position, position}, wordBeside(position, after));
+  Landing landing = landingAt(*this, position, after, newText);
   if (!controls().empty()) {
     Removal none{position, {}};
     newText = fitted(*this, landing, none, newText);
-    landing = landingAt(*this, position, behind, newText);
+    landing = landingAt(*this, position, after, newText);
     requireUnlocked(*this, none, &landing, newText);
   }
   requirePossible(*this, {position, {}}, &landing);

@@ -4,7 +4,7 @@
 #include "locator.h"
 #include "operations.h"
 #include "prepared_search.h"
-#include "text_behind.h"
+#include "text_after.h"
 #include "trail.h"
 
 #include <algorithm>
@@ -105,7 +105,7 @@ bool Engine::FindNextItem(bool selects) {
     if (!state.ranges.placed()) return false;
     moveSelectionToTop(state.application);
     if (!state.findNext()) return false;
-    if (state.observer.found(state.operations.block()) == PassObserver::Answer::stop) return false;
+    if (state.observer.found(state.operations.block()) == PassObserver::Next::stop) return false;
     if (selects) required(state.ranges.block).Select();
     return true;
   });
@@ -121,11 +121,11 @@ void Engine::MakeChanges() {
     if (!state.ranges.placed()) return;
     if (!state.undoStep) state.undoStep = state.application.beginUndoStep();
     const auto edits = state.application.beginEdits(true);
-    const TextBehind behind(state.application, state.search, state.ranges.story, required(state.ranges.begin),
-                            state.operations.block().operated);
+    const TextAfter after(state.application, state.search, state.ranges.story, required(state.ranges.begin),
+                          state.operations.block().operated);
     const std::optional<Fault> refusal = state.operate();
     state.observer.operated(state.operations.block(), refusal ? &*refusal : nullptr);
-    state.moveSearchPoint(behind.start());
+    state.moveSearchPoint(after.start());
   });
 }
 
@@ -146,30 +146,30 @@ void Engine::endPass() {
 
 /// The search resumes after each block as it stands then, so that new text is not found again.
 void Engine::State::processAllBlocks() {
-  using Answer = PassObserver::Answer;
+  using Next = PassObserver::Next;
   using Decision = Observer::Decision;
   const bool confirmEach = search.request.confirmEach;
   moveSelectionToTop(application);
   while (findNext()) {
     const Block block = operations.block();
-    if (observer.found(block) == Answer::stop) return;
+    if (observer.found(block) == Next::stop) return;
     const Decision decision = confirmEach ? confirm(block) : Decision::operate;
     if (decision == Decision::stop) return;
-    const TextBehind behind(application, search, ranges.story, block.whole,
-                            decision == Decision::operate ? block.operated : nullptr);
+    const TextAfter after(application, search, ranges.story, block.whole,
+                          decision == Decision::operate ? block.operated : nullptr);
     if (decision == Decision::skip) {
       countSkipped();
-      if (observer.skipped(block) == Answer::stop) return;
-      locator.resumeBehindBlock();
+      if (observer.skipped(block) == Next::stop) return;
+      locator.resumeAfterBlock();
     } else {
       const auto edits = confirmEach ? application.beginEdits(true) : nullptr;
       const std::optional<Fault> refusal = operate();
-      if (observer.operated(block, refusal ? &*refusal : nullptr) == Answer::stop) return;
+      if (observer.operated(block, refusal ? &*refusal : nullptr) == Next::stop) return;
       // Not every word processor lets the block's range grow with text inserted at its end.
       const std::int32_t operatedEnd = block.operated != nullptr ? block.operated->End() : 0;
-      locator.resumeBehindBlock(std::max(behind.start(), operatedEnd));
+      locator.resumeAfterBlock(std::max(after.start(), operatedEnd));
     }
-    if (behind.isNone() && !goToNextStory()) return;
+    if (after.isNone() && !goToNextStory()) return;
   }
 }
 

@@ -150,8 +150,8 @@ bool Locator::CheckUnitsApart() {
     // A long block is counted no farther than matters.
     if (search_.request.liftLimits)
       return of(block).isAtMost(sum(sum(of(begin).Count(), of(end).Count()), search_.request.distance));
-    const std::int32_t behindBegin = difference(of(block).Count(), of(begin).Count());
-    return difference(behindBegin, of(end).Count()) <= search_.request.distance;
+    const std::int32_t afterBegin = difference(of(block).Count(), of(begin).Count());
+    return difference(afterBegin, of(end).Count()) <= search_.request.distance;
   });
 }
 
@@ -212,25 +212,25 @@ Locator::Verdict Locator::judge() {
 
 bool Locator::next(PassObserver& observer, PassResult& result) {
   while (true) {
-    isStopped_ = observer.searching() == PassObserver::Answer::stop;
+    isStopped_ = observer.searching() == PassObserver::Next::stop;
     if (isStopped_ || !FindBeginAndEnd()) return false;
     switch (judge()) {
       case Verdict::block:
         ++result.found;
         return true;
       case Verdict::mismatch:
-        resumeBehindBlock();
+        resumeAfterBlock();
         break;
       case Verdict::tooFar:
         ++result.tooFar;
         observer.tooFar();
-        resumeBehindBeginning();
+        resumeAfterBeginning();
         break;
     }
   }
 }
 
-void Locator::resumeBehindBlock(std::int32_t atLeast) {
+void Locator::resumeAfterBlock(std::int32_t atLeast) {
   word::Range& block = required(ranges_.block);
   word::Range& begin = required(ranges_.begin);
   const auto place = [&] { return std::max(atLeast, block.End()); };
@@ -239,7 +239,7 @@ void Locator::resumeBehindBlock(std::int32_t atLeast) {
   required(ranges_.end).Start(place());
 }
 
-void Locator::resumeBehindBeginning() {
+void Locator::resumeAfterBeginning() {
   word::Range& begin = required(ranges_.begin);
   word::Range& end = required(ranges_.end);
   begin.Start(begin.End());

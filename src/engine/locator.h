@@ -62,7 +62,7 @@ class Locator {
   bool isStopped() const { return isStopped_; }
 
   /// The next search starts after the current block, or at this position where that lies later.
-  void resumeBehindBlock(std::int32_t atLeast = 0);
+  void resumeAfterBlock(std::int32_t atLeast = 0);
 
  private:
   enum class Verdict { block, mismatch, tooFar };
@@ -76,7 +76,7 @@ class Locator {
   bool extendsToFullTexts();
   bool holdsInsideText();
   Verdict judge();
-  void resumeBehindBeginning();
+  void resumeAfterBeginning();
 
   Trail& trail_;
   word::Application& application_;

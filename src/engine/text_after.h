@@ -14,11 +14,11 @@ namespace pluvo::engine {
 /// operated on. A word processor keeps some text whatever is done to it, and a beginning there would be found
 /// again and again. It keeps the last paragraph mark of a story, and all deleted text where changes are
 /// tracked. Where neither can be it costs nothing.
-class TextBehind {
+class TextAfter {
  public:
   /// The operation acts on the other range; on none where it is null.
-  TextBehind(word::Application& application, const PreparedSearch& search, std::int32_t story,
-             word::Range& range, word::Range* operated)
+  TextAfter(word::Application& application, const PreparedSearch& search, std::int32_t story,
+            word::Range& range, word::Range* operated)
       : application_(application), story_(story), isAlwaysKept_(search.begin.wholeHasLineEnd) {
     const std::int16_t operation = search.request.operation;
     const bool deletes = operated != nullptr && (operation == kReplace || operation == kDelete);

@@ -48,10 +48,10 @@ bool clsFileOperations::makeDestinationFolder() {
   if (autoCreateFolders_ != kAsk && autoCreateFolders_ != kCreate) return false;
   if (destinationPath_.empty()) return false;
   if (autoCreateFolders_ == kAsk) {
-    const forms::Answer answer =
+    const forms::BoxAnswer answer =
         boxes_.show(u"The Directory " + destinationPath_ + u" does not exist.  Would you like it created?",
                     forms::Buttons::yesNo, kCreateTitle);
-    if (answer != forms::Answer::yes) {
+    if (answer != forms::BoxAnswer::yes) {
       failures_ = true;
       return false;
     }

@@ -20,7 +20,7 @@ namespace pluvo::forms_qt {
 
 namespace {
 
-QWidget* ownerOf(const BoxSurroundings& surroundings) {
+QWidget* ownerOf(const BoxHooks& surroundings) {
   QWidget* owner = surroundings.owner ? surroundings.owner() : nullptr;
   // A box stands above the window that waits already.
   if (QWidget* modal = QApplication::activeModalWidget()) return modal;
@@ -31,7 +31,7 @@ QString titleOf(const std::optional<std::u16string>& title) {
   return title ? qt(*title) : QGuiApplication::applicationDisplayName();
 }
 
-void place(const BoxSurroundings& surroundings, QWidget& box) {
+void place(const BoxHooks& surroundings, QWidget& box) {
   if (!surroundings.placing) return;
   box.adjustSize();
   surroundings.placing(box);
@@ -85,22 +85,22 @@ QMessageBox::StandardButtons standard(forms::Buttons buttons) {
   return QMessageBox::Ok;
 }
 
-forms::Answer lastOf(forms::Buttons buttons) {
+forms::BoxAnswer lastOf(forms::Buttons buttons) {
   switch (buttons) {
     case forms::Buttons::yesNo:
-      return forms::Answer::no;
+      return forms::BoxAnswer::no;
     case forms::Buttons::yesNoCancel:
-      return forms::Answer::cancel;
+      return forms::BoxAnswer::cancel;
     case forms::Buttons::ok:
       break;
   }
-  return forms::Answer::ok;
+  return forms::BoxAnswer::ok;
 }
 
 }  // namespace
 
-forms::Answer QtMessageBoxes::show(const std::u16string& text, forms::Buttons buttons,
-                                   const std::optional<std::u16string>& title) {
+forms::BoxAnswer QtMessageBoxes::show(const std::u16string& text, forms::Buttons buttons,
+                                      const std::optional<std::u16string>& title) {
   QMessageBox box(QMessageBox::NoIcon, titleOf(title), QString(), standard(buttons), ownerOf(surroundings_));
   box.setTextFormat(Qt::PlainText);
   box.setText(breakable(lines(text)));
@@ -119,11 +119,11 @@ forms::Answer QtMessageBoxes::show(const std::u16string& text, forms::Buttons bu
   place(surroundings_, box);
   switch (box.exec()) {
     case QMessageBox::Yes:
-      return forms::Answer::yes;
+      return forms::BoxAnswer::yes;
     case QMessageBox::No:
-      return forms::Answer::no;
+      return forms::BoxAnswer::no;
     case QMessageBox::Ok:
-      return forms::Answer::ok;
+      return forms::BoxAnswer::ok;
     default:
       return lastOf(buttons);
   }

@@ -20,8 +20,8 @@ bool leavesForOtherControl(const QEvent& event) {
 
 }  // namespace
 
-ComboMirror::ComboMirror(forms::ComboBox& box, Doings& doings, QWidget& parent)
-    : Mirror(box, doings), box_(box), shown_(new QComboBox(&parent)) {
+ComboMirror::ComboMirror(forms::ComboBox& box, UserActions& userActions, QWidget& parent)
+    : Mirror(box, userActions), box_(box), shown_(new QComboBox(&parent)) {
   shown_->setEditable(box.TypingAllowed());
   shown_->setInsertPolicy(QComboBox::NoInsert);
   shown_->setFocusPolicy(Qt::StrongFocus);
@@ -32,13 +32,13 @@ ComboMirror::ComboMirror(forms::ComboBox& box, Doings& doings, QWidget& parent)
 }
 
 void ComboMirror::typed(const QString& text) {
-  doings().begun([this] { return commit(); });
-  doings().does([&] { box_.type(u16(text)); });
+  userActions().begun([this] { return commit(); });
+  userActions().does([&] { box_.type(u16(text)); });
 }
 
 bool ComboMirror::commit() {
   bool stands = true;
-  doings().does([&] {
+  userActions().does([&] {
     // The widget may have completed the typed text, and "insert" is the row "Insert".
     const int row = shown_->findText(shown_->currentText(), Qt::MatchFixedString);
     box_.type(row >= 0 ? box_.List(static_cast<std::size_t>(row), 0) : u16(shown_->currentText()));
@@ -54,8 +54,8 @@ bool ComboMirror::commit() {
 
 void ComboMirror::chosen(int row) {
   if (row < 0 || static_cast<std::size_t>(row) >= box_.ListCount()) return;
-  doings().begun({});
-  doings().does([&] { box_.choose(static_cast<std::size_t>(row)); });
+  userActions().begun({});
+  userActions().does([&] { box_.choose(static_cast<std::size_t>(row)); });
   refresh();
 }
 
@@ -63,13 +63,13 @@ bool ComboMirror::eventFilter(QObject* /*watched*/, QEvent* event) {
   switch (event->type()) {
     case QEvent::FocusOut:
       // Its consequences, a message perhaps, wait until the focus has moved.
-      if (leavesForOtherControl(*event)) QTimer::singleShot(0, this, [this] { doings().settle(); });
+      if (leavesForOtherControl(*event)) QTimer::singleShot(0, this, [this] { userActions().settle(); });
       return false;
     case QEvent::KeyPress: {
       const int key = static_cast<QKeyEvent*>(event)->key();
-      if (key == Qt::Key_Tab || key == Qt::Key_Backtab) return !doings().settle();
+      if (key == Qt::Key_Tab || key == Qt::Key_Backtab) return !userActions().settle();
       if (key == Qt::Key_Return || key == Qt::Key_Enter) {
-        if (!doings().settle()) return true;
+        if (!userActions().settle()) return true;
         event->ignore();
         return true;
       }

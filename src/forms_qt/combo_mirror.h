@@ -11,7 +11,7 @@ namespace pluvo::forms_qt {
 /// keeps the focus.
 class ComboMirror final : public Mirror {
  public:
-  ComboMirror(forms::ComboBox& box, Doings& doings, QWidget& parent);
+  ComboMirror(forms::ComboBox& box, UserActions& userActions, QWidget& parent);
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:

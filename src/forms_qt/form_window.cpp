@@ -69,13 +69,13 @@ constexpr Qt::KeyboardModifiers kCommandKeys = Qt::ControlModifier | Qt::AltModi
 }  // namespace
 
 FormWindow::FormWindow(QtForms& host, forms::Form& form)
-    : host_(host), form_(form), doings_(host.boxes_, [this](const forms::Control* control) {
+    : host_(host), form_(form), userActions_(host.boxes_, [this](const forms::Control* control) {
         return !host_.admits || host_.admits(form_, control);
       }) {}
 
 FormWindow::~FormWindow() {
   host_.windows_.erase(&form_);
-  doings_.listening(false);
+  userActions_.listening(false);
   if (panel_) panel_->release();
   if (frame_) static_cast<Frame*>(frame_.data())->release();
   QWidget* widget = frame_ ? frame_.data() : panel_.data();
@@ -91,7 +91,7 @@ void FormWindow::build() {
   const bool standsIn = container != host_.containers_.end() && container->second;
   if (standsIn) {
     container_ = container->second;
-    panel_ = new PagePanel(form_.controls(), doings_, container_);
+    panel_ = new PagePanel(form_.controls(), userActions_, container_);
     if (container_->layout() == nullptr) {
       auto* layout = new QVBoxLayout(container_);
       layout->setContentsMargins(0, 0, 0, 0);
@@ -104,7 +104,7 @@ void FormWindow::build() {
     // A dialog is neither put away nor made as large as the screen.
     frame_->setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                            Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
-    panel_ = new PagePanel(form_.controls(), doings_, frame_);
+    panel_ = new PagePanel(form_.controls(), userActions_, frame_);
     auto* layout = new QVBoxLayout(frame_);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(panel_);
@@ -140,7 +140,7 @@ QWidget* FormWindow::window() const { return frame_ ? frame_.data() : panel_.dat
 
 void FormWindow::show() {
   if (!panel_) build();
-  doings_.listening(true);
+  userActions_.listening(true);
   refresh();
   if (container_) {
     panel_->show();
@@ -173,8 +173,8 @@ QSize FormWindow::wholeSize() const {
 }
 
 void FormWindow::hide() {
-  doings_.listening(false);
-  doings_.begun({});
+  userActions_.listening(false);
+  userActions_.begun({});
   if (loop_) loop_->quit();
   if (container_) container_->hide();
   if (frame_) frame_->hide();
@@ -249,7 +249,7 @@ void FormWindow::focus() {
 /// The focus goes on as by Tab, but stays in the form.
 void FormWindow::moveOn() {
   QWidget* const now = QApplication::focusWidget();
-  if (now == nullptr || !doings_.settle()) return;
+  if (now == nullptr || !userActions_.settle()) return;
   for (QWidget* next = now->nextInFocusChain(); next != now; next = next->nextInFocusChain()) {
     const bool stops = panel_->isAncestorOf(next) && next->isVisible() && next->isEnabled() &&
                        next->focusProxy() == nullptr && (next->focusPolicy() & Qt::TabFocus) == Qt::TabFocus;
@@ -306,14 +306,14 @@ bool FormWindow::pressed(const QKeyEvent& key) {
 }
 
 void FormWindow::closed() {
-  if (!doings_.admits(nullptr)) return;
+  if (!userActions_.admits(nullptr)) return;
   // An edit that is refused is undone, and the form goes all the same.
-  doings_.settle();
-  doings_.does([this] { form_.close(); });
+  userActions_.settle();
+  userActions_.does([this] { form_.close(); });
 }
 
 void FormWindow::activated() {
-  doings_.does([this] { form_.activate(); });
+  userActions_.does([this] { form_.activate(); });
 }
 
 void FormWindow::admissionChanged() {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "forms/doings.h"
 #include "forms/form.h"
+#include "forms/user_actions.h"
 #include "page_panel.h"
 
 #include <QBoxLayout>
@@ -12,7 +12,7 @@
 
 namespace pluvo::forms_qt {
 
-using forms::Doings;
+using forms::UserActions;
 
 class QtForms;
 
@@ -59,7 +59,7 @@ class FormWindow {
 
   QtForms& host_;
   forms::Form& form_;
-  Doings doings_;
+  UserActions userActions_;
   QPointer<QWidget> frame_;      ///< nothing where the form stands in a container
   QPointer<QWidget> container_;  ///< and the reverse
   QPointer<PagePanel> panel_;

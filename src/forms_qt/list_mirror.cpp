@@ -37,8 +37,8 @@ QVariant ListRows::data(const QModelIndex& index, int role) const {
   return qt(box_.List(row));
 }
 
-ListMirror::ListMirror(forms::ListBox& box, Doings& doings, QWidget& parent)
-    : Mirror(box, doings), box_(box), rows_(box), shown_(new RowsView(&parent)) {
+ListMirror::ListMirror(forms::ListBox& box, UserActions& userActions, QWidget& parent)
+    : Mirror(box, userActions), box_(box), rows_(box), shown_(new RowsView(&parent)) {
   shown_->setUniformItemSizes(true);
   shown_->setEditTriggers(QAbstractItemView::NoEditTriggers);
   shown_->setTextElideMode(Qt::ElideNone);
@@ -57,7 +57,7 @@ ListMirror::~ListMirror() {
 
 void ListMirror::open(const QModelIndex& index) {
   if (!index.isValid()) return;
-  doings().decides([&] { box_.open(static_cast<std::size_t>(index.row())); });
+  userActions().decides([&] { box_.open(static_cast<std::size_t>(index.row())); });
 }
 
 bool ListMirror::eventFilter(QObject* /*watched*/, QEvent* event) {
@@ -80,7 +80,7 @@ void ListMirror::selectionChanged(const QItemSelection& selected, const QItemSel
         box_.select(static_cast<std::size_t>(row), value);
     }
   };
-  doings().does([&] {
+  userActions().does([&] {
     tell(deselected, false);
     tell(selected, true);
   });

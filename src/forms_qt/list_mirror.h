@@ -25,7 +25,7 @@ class ListRows final : public QAbstractListModel {
 
 class ListMirror final : public Mirror {
  public:
-  ListMirror(forms::ListBox& box, Doings& doings, QWidget& parent);
+  ListMirror(forms::ListBox& box, UserActions& userActions, QWidget& parent);
   ~ListMirror() override;
   bool eventFilter(QObject* watched, QEvent* event) override;
   bool grows() const override { return true; }

@@ -14,29 +14,29 @@
 
 namespace pluvo::forms_qt {
 
-std::unique_ptr<Mirror> Mirror::of(forms::Control& control, Doings& doings, QWidget& parent) {
+std::unique_ptr<Mirror> Mirror::of(forms::Control& control, UserActions& userActions, QWidget& parent) {
   switch (control.kind()) {
     case forms::ControlKind::label:
-      return std::make_unique<LabelMirror>(static_cast<forms::Label&>(control), doings, parent);
+      return std::make_unique<LabelMirror>(static_cast<forms::Label&>(control), userActions, parent);
     case forms::ControlKind::commandButton:
-      return std::make_unique<ButtonMirror>(static_cast<forms::CommandButton&>(control), doings, parent);
+      return std::make_unique<ButtonMirror>(static_cast<forms::CommandButton&>(control), userActions, parent);
     case forms::ControlKind::textBox: {
       auto& box = static_cast<forms::TextBox&>(control);
-      if (box.MultiLine()) return std::make_unique<LinesMirror>(box, doings, parent);
-      return std::make_unique<LineMirror>(box, doings, parent);
+      if (box.MultiLine()) return std::make_unique<LinesMirror>(box, userActions, parent);
+      return std::make_unique<LineMirror>(box, userActions, parent);
     }
     case forms::ControlKind::checkBox:
-      return std::make_unique<CheckBoxMirror>(static_cast<forms::CheckBox&>(control), doings, parent);
+      return std::make_unique<CheckBoxMirror>(static_cast<forms::CheckBox&>(control), userActions, parent);
     case forms::ControlKind::comboBox:
-      return std::make_unique<ComboMirror>(static_cast<forms::ComboBox&>(control), doings, parent);
+      return std::make_unique<ComboMirror>(static_cast<forms::ComboBox&>(control), userActions, parent);
     case forms::ControlKind::listBox:
-      return std::make_unique<ListMirror>(static_cast<forms::ListBox&>(control), doings, parent);
+      return std::make_unique<ListMirror>(static_cast<forms::ListBox&>(control), userActions, parent);
     case forms::ControlKind::multiPage:
-      return std::make_unique<MultiPageMirror>(static_cast<forms::MultiPage&>(control), doings, parent);
+      return std::make_unique<MultiPageMirror>(static_cast<forms::MultiPage&>(control), userActions, parent);
     case forms::ControlKind::picture:
       break;
   }
-  return std::make_unique<PictureMirror>(static_cast<forms::Picture&>(control), doings, parent);
+  return std::make_unique<PictureMirror>(static_cast<forms::Picture&>(control), userActions, parent);
 }
 
 void Mirror::mirrors(QWidget& widget) {
@@ -70,7 +70,7 @@ void Mirror::looksChanged() {
 void Mirror::admissionChanged() {
   const auto* label = dynamic_cast<const forms::Label*>(&control_);
   const bool isPressed = control_.kind() == forms::ControlKind::commandButton || (label && label->IsLink());
-  const bool offered = !isPressed || doings_.offers(control_);
+  const bool offered = !isPressed || userActions_.offers(control_);
   if (std::exchange(isOffered_, offered) != offered) refresh();
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "forms/control.h"
-#include "forms/doings.h"
+#include "forms/user_actions.h"
 
 #include <QObject>
 #include <QPointer>
@@ -13,7 +13,7 @@
 
 namespace pluvo::forms_qt {
 
-using forms::Doings;
+using forms::UserActions;
 
 /// One control and its widget. The widget belongs to its parent; when the mirror goes first, nothing arrives
 /// from it any more.
@@ -22,7 +22,7 @@ class Mirror : public QObject {
   ~Mirror() override = default;
 
   /// The mirror for the control's kind, its widget a child of the parent.
-  static std::unique_ptr<Mirror> of(forms::Control& control, Doings& doings, QWidget& parent);
+  static std::unique_ptr<Mirror> of(forms::Control& control, UserActions& userActions, QWidget& parent);
 
   forms::Control& control() const { return control_; }
   QWidget* widget() const { return widget_; }
@@ -52,14 +52,14 @@ class Mirror : public QObject {
   void admissionChanged();
 
  protected:
-  Mirror(forms::Control& control, Doings& doings) : control_(control), doings_(doings) {}
+  Mirror(forms::Control& control, UserActions& userActions) : control_(control), userActions_(userActions) {}
   /// To be called once, at the end of the constructor of the kind.
   void mirrors(QWidget& widget);
   /// What the kind has besides what all have.
   virtual void refreshKind() = 0;
   /// Where its colours are shown.
   virtual void dress();
-  Doings& doings() const { return doings_; }
+  UserActions& userActions() const { return userActions_; }
   /// The text as the widget shows it, the key marked.
   QString keyed() const;
   /// The control is being told what its widget shows already.
@@ -67,7 +67,7 @@ class Mirror : public QObject {
 
  private:
   forms::Control& control_;
-  Doings& doings_;
+  UserActions& userActions_;
   bool isOffered_ = true;
   QPointer<QWidget> widget_;
   std::optional<forms::Font> font_;  ///< that the widget has

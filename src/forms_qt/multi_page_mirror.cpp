@@ -90,10 +90,10 @@ class PageView final : public QWidget {
   std::vector<QWidget*> kept_;
 };
 
-MultiPageMirror::MultiPageMirror(forms::MultiPage& pages, Doings& doings, QWidget& parent)
-    : Mirror(pages, doings), pages_(pages), shown_(new QTabWidget(&parent)) {
+MultiPageMirror::MultiPageMirror(forms::MultiPage& pages, UserActions& userActions, QWidget& parent)
+    : Mirror(pages, userActions), pages_(pages), shown_(new QTabWidget(&parent)) {
   for (const auto& page : pages.Pages()) {
-    auto* panel = new PagePanel(page->controls(), doings, nullptr);
+    auto* panel = new PagePanel(page->controls(), userActions, nullptr);
     auto* view = new PageView(*panel, shown_);
     panels_.emplace_back(panel);
     views_.push_back(view);
@@ -147,7 +147,7 @@ bool MultiPageMirror::eventFilter(QObject* /*watched*/, QEvent* event) {
 }
 
 void MultiPageMirror::chosen(int page) {
-  doings().decides([&] { pages_.choose(static_cast<std::size_t>(page)); });
+  userActions().decides([&] { pages_.choose(static_cast<std::size_t>(page)); });
   refresh();
 }
 

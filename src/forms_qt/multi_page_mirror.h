@@ -13,7 +13,7 @@ class PageView;
 /// Pages behind tabs. A page that is larger than its place scrolls.
 class MultiPageMirror final : public Mirror {
  public:
-  MultiPageMirror(forms::MultiPage& pages, Doings& doings, QWidget& parent);
+  MultiPageMirror(forms::MultiPage& pages, UserActions& userActions, QWidget& parent);
   ~MultiPageMirror() override;
   bool grows() const override { return true; }
   bool eventFilter(QObject* watched, QEvent* event) override;

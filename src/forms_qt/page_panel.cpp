@@ -34,9 +34,9 @@ bool isBelow(const Cell& label, const Cell& box) {
 
 }  // namespace
 
-PagePanel::PagePanel(const std::vector<forms::Control*>& controls, Doings& doings, QWidget* parent)
+PagePanel::PagePanel(const std::vector<forms::Control*>& controls, UserActions& userActions, QWidget* parent)
     : QWidget(parent) {
-  for (forms::Control* control : controls) mirrors_.push_back(Mirror::of(*control, doings, *this));
+  for (forms::Control* control : controls) mirrors_.push_back(Mirror::of(*control, userActions, *this));
   tieLabels();
   place();
   orderTabs();

@@ -16,7 +16,7 @@ class CellLayout;
 /// Controls that show together, in their grid, with labels tied to the boxes they name.
 class PagePanel final : public QWidget {
  public:
-  PagePanel(const std::vector<forms::Control*>& controls, Doings& doings, QWidget* parent);
+  PagePanel(const std::vector<forms::Control*>& controls, UserActions& userActions, QWidget* parent);
 
   /// The controls are about to go: the widgets mirror them no more.
   void release() { mirrors_.clear(); }

@@ -28,8 +28,8 @@ class LinkedLabel final : public QLabel {
 
 }  // namespace
 
-LabelMirror::LabelMirror(forms::Label& label, Doings& doings, QWidget& parent)
-    : Mirror(label, doings), label_(label), shown_(new LinkedLabel(&parent)) {
+LabelMirror::LabelMirror(forms::Label& label, UserActions& userActions, QWidget& parent)
+    : Mirror(label, userActions), label_(label), shown_(new LinkedLabel(&parent)) {
   shown_->setWordWrap(true);
   // The places to break words at are not to be copied; the form's Ctrl+C leaves them out.
   shown_->setContextMenuPolicy(Qt::NoContextMenu);
@@ -41,8 +41,8 @@ LabelMirror::LabelMirror(forms::Label& label, Doings& doings, QWidget& parent)
 }
 
 bool LabelMirror::press() {
-  doings().decides([this] {
-    if (doings().admits(&label_)) label_.press();
+  userActions().decides([this] {
+    if (userActions().admits(&label_)) label_.press();
   });
   return true;
 }
@@ -80,8 +80,8 @@ void LabelMirror::refreshKind() {
                                                              : Qt::NoTextInteraction);
 }
 
-ButtonMirror::ButtonMirror(forms::CommandButton& button, Doings& doings, QWidget& parent)
-    : Mirror(button, doings), button_(button), shown_(new Wrapping<QPushButton>(&parent)) {
+ButtonMirror::ButtonMirror(forms::CommandButton& button, UserActions& userActions, QWidget& parent)
+    : Mirror(button, userActions), button_(button), shown_(new Wrapping<QPushButton>(&parent)) {
   shown_->setAutoDefault(false);
   shown_->installEventFilter(this);
   connect(shown_, &QPushButton::clicked, this, &ButtonMirror::press);
@@ -98,8 +98,8 @@ bool ButtonMirror::eventFilter(QObject* /*watched*/, QEvent* event) {
 }
 
 bool ButtonMirror::press() {
-  doings().decides([this] {
-    if (doings().admits(&button_)) button_.press();
+  userActions().decides([this] {
+    if (userActions().admits(&button_)) button_.press();
   });
   return true;
 }
@@ -111,10 +111,10 @@ void ButtonMirror::refreshKind() {
   shown_->setDefault(button_.Default());
 }
 
-CheckBoxMirror::CheckBoxMirror(forms::CheckBox& box, Doings& doings, QWidget& parent)
-    : Mirror(box, doings), box_(box), shown_(new Wrapping<QCheckBox>(&parent)) {
+CheckBoxMirror::CheckBoxMirror(forms::CheckBox& box, UserActions& userActions, QWidget& parent)
+    : Mirror(box, userActions), box_(box), shown_(new Wrapping<QCheckBox>(&parent)) {
   connect(shown_, &QCheckBox::clicked, this, [this](bool value) {
-    this->doings().decides([this, value] { box_.tick(value); });
+    this->userActions().decides([this, value] { box_.tick(value); });
     refresh();
   });
   mirrors(*shown_);
@@ -127,8 +127,8 @@ void CheckBoxMirror::refreshKind() {
   shown_->setChecked(box_.Value());
 }
 
-PictureMirror::PictureMirror(forms::Picture& picture, Doings& doings, QWidget& parent)
-    : Mirror(picture, doings) {
+PictureMirror::PictureMirror(forms::Picture& picture, UserActions& userActions, QWidget& parent)
+    : Mirror(picture, userActions) {
   auto* symbol = new Symbol(qt(picture.Symbol()), &parent);
   mirrors(*symbol);
 }

@@ -11,7 +11,7 @@ namespace pluvo::forms_qt {
 
 class LabelMirror final : public Mirror {
  public:
-  LabelMirror(forms::Label& label, Doings& doings, QWidget& parent);
+  LabelMirror(forms::Label& label, UserActions& userActions, QWidget& parent);
   bool eventFilter(QObject* watched, QEvent* event) override;
   bool press() override;
   QString keyText() const override;
@@ -27,7 +27,7 @@ class LabelMirror final : public Mirror {
 
 class ButtonMirror final : public Mirror {
  public:
-  ButtonMirror(forms::CommandButton& button, Doings& doings, QWidget& parent);
+  ButtonMirror(forms::CommandButton& button, UserActions& userActions, QWidget& parent);
   bool eventFilter(QObject* watched, QEvent* event) override;
   bool press() override;
   QString keyText() const override;
@@ -41,7 +41,7 @@ class ButtonMirror final : public Mirror {
 
 class CheckBoxMirror final : public Mirror {
  public:
-  CheckBoxMirror(forms::CheckBox& box, Doings& doings, QWidget& parent);
+  CheckBoxMirror(forms::CheckBox& box, UserActions& userActions, QWidget& parent);
   QString keyText() const override;
 
  private:
@@ -53,7 +53,7 @@ class CheckBoxMirror final : public Mirror {
 
 class PictureMirror final : public Mirror {
  public:
-  PictureMirror(forms::Picture& picture, Doings& doings, QWidget& parent);
+  PictureMirror(forms::Picture& picture, UserActions& userActions, QWidget& parent);
 
  private:
   void refreshKind() override {}

@@ -123,7 +123,8 @@ bool TextBoxMirror::eventFilter(QObject* watched, QEvent* event) {
         return false;
       // The box is to be done with the button first.
       QMetaObject::invokeMethod(
-          this, [this, button] { doings().does([&] { box_.releaseMouse(button); }); }, Qt::QueuedConnection);
+          this, [this, button] { userActions().does([&] { box_.releaseMouse(button); }); },
+          Qt::QueuedConnection);
       return false;
     }
     default:
@@ -146,9 +147,9 @@ bool TextBoxMirror::pressed(QKeyEvent& key) {
   const char16_t character = isEnter(key) ? u'\r' : text.isEmpty() ? u'\0' : text.front().unicode();
   if (character == 0) return false;
   const QPointer<Mirror> self(this);
-  doings().does([&] { box_.pressKey(static_cast<std::int16_t>(character)); });
+  userActions().does([&] { box_.pressKey(static_cast<std::int16_t>(character)); });
   // The key may have closed the form, and is then no longer for it.
-  if (!self || !doings().listening()) return true;
+  if (!self || !userActions().listening()) return true;
   if (enter) key.ignore();  // the form has a use for it
   return enter;
 }
@@ -160,14 +161,14 @@ void TextBoxMirror::released(const QKeyEvent& key) {
   if (endsPaste) pastes_ = false;
   const std::int16_t code = endsPaste ? std::int16_t{forms::kVKey} : keyCode(key.key());
   const std::int16_t shift = endsPaste ? std::int16_t{forms::kControl} : shiftState(key.modifiers());
-  if (code != 0) doings().does([&] { box_.releaseKey(code, shift); });
+  if (code != 0) userActions().does([&] { box_.releaseKey(code, shift); });
 }
 
-LineMirror::LineMirror(forms::TextBox& box, Doings& doings, QWidget& parent)
-    : TextBoxMirror(box, doings), shown_(new QLineEdit(&parent)) {
+LineMirror::LineMirror(forms::TextBox& box, UserActions& userActions, QWidget& parent)
+    : TextBoxMirror(box, userActions), shown_(new QLineEdit(&parent)) {
   shown_->installEventFilter(this);
   connect(shown_, &QLineEdit::textEdited, this,
-          [this](const QString& text) { this->doings().does([&] { box_.type(u16(text)); }); });
+          [this](const QString& text) { this->userActions().does([&] { box_.type(u16(text)); }); });
   if (!box.PasswordChar().empty()) shown_->setStyle(new Covering(box.PasswordChar().front(), shown_));
   mirrors(*shown_);
 }
@@ -191,13 +192,13 @@ void LineMirror::refreshKind() {
   shown_->setEchoMode(hides ? QLineEdit::Password : QLineEdit::Normal);
 }
 
-LinesMirror::LinesMirror(forms::TextBox& box, Doings& doings, QWidget& parent)
-    : TextBoxMirror(box, doings), shown_(new LinesEdit(&parent)) {
+LinesMirror::LinesMirror(forms::TextBox& box, UserActions& userActions, QWidget& parent)
+    : TextBoxMirror(box, userActions), shown_(new LinesEdit(&parent)) {
   shown_->setTabChangesFocus(true);
   shown_->installEventFilter(this);
   shown_->viewport()->installEventFilter(this);
   connect(shown_, &QPlainTextEdit::textChanged, this,
-          [this] { this->doings().does([this] { box_.type(held()); }); });
+          [this] { this->userActions().does([this] { box_.type(held()); }); });
   mirrors(*shown_);
 }
 

@@ -15,7 +15,7 @@ class TextBoxMirror : public Mirror {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  protected:
-  TextBoxMirror(forms::TextBox& box, Doings& doings) : Mirror(box, doings), box_(box) {}
+  TextBoxMirror(forms::TextBox& box, UserActions& userActions) : Mirror(box, userActions), box_(box) {}
   void dress() override;
   /// The ordinary paste of the box.
   virtual void paste() = 0;
@@ -34,7 +34,7 @@ class TextBoxMirror : public Mirror {
 
 class LineMirror final : public TextBoxMirror {
  public:
-  LineMirror(forms::TextBox& box, Doings& doings, QWidget& parent);
+  LineMirror(forms::TextBox& box, UserActions& userActions, QWidget& parent);
 
  private:
   void refreshKind() override;
@@ -46,7 +46,7 @@ class LineMirror final : public TextBoxMirror {
 
 class LinesMirror final : public TextBoxMirror {
  public:
-  LinesMirror(forms::TextBox& box, Doings& doings, QWidget& parent);
+  LinesMirror(forms::TextBox& box, UserActions& userActions, QWidget& parent);
   bool grows() const override { return true; }
 
  private:

@@ -135,8 +135,8 @@ class ShownBox {
 
 }  // namespace
 
-forms::Answer Win32MessageBoxes::show(const std::u16string& text, forms::Buttons buttons,
-                                      const std::optional<std::u16string>& title) {
+forms::BoxAnswer Win32MessageBoxes::show(const std::u16string& text, forms::Buttons buttons,
+                                         const std::optional<std::u16string>& title) {
   HWND above = GetActiveWindow();
   if (above == nullptr && owner) above = owner();
   const std::u16string& caption = title ? *title : title_;
@@ -144,11 +144,11 @@ forms::Answer Win32MessageBoxes::show(const std::u16string& text, forms::Buttons
   const ShownBox shown;
   switch (MessageBoxW(above, wide(text), wide(caption), kindOf(buttons) | MB_SETFOREGROUND)) {
     case IDYES:
-      return forms::Answer::yes;
+      return forms::BoxAnswer::yes;
     case IDNO:
-      return forms::Answer::no;
+      return forms::BoxAnswer::no;
     case IDOK:
-      return forms::Answer::ok;
+      return forms::BoxAnswer::ok;
     default:
       break;
   }

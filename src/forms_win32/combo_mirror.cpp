@@ -46,8 +46,8 @@ bool ComboMirror::wants(WPARAM key) const { return (key == VK_RETURN || key == V
 void ComboMirror::commanded(WORD notification) {
   switch (notification) {
     case CBN_EDITCHANGE:
-      doings().begun([this] { return commit(); });
-      doings().does([this] { box_.type(textOf(widget())); });
+      userActions().begun([this] { return commit(); });
+      userActions().does([this] { box_.type(textOf(widget())); });
       return;
     case CBN_SELENDOK:
     case CBN_SELCHANGE: {
@@ -73,7 +73,7 @@ std::optional<LRESULT> ComboMirror::received(UINT message, WPARAM wparam, LPARAM
       choose(wparam);
       return 0;
     case kCommit:
-      doings().settle();
+      userActions().settle();
       return 0;
     default:
       return std::nullopt;
@@ -83,8 +83,8 @@ std::optional<LRESULT> ComboMirror::received(UINT message, WPARAM wparam, LPARAM
 void ComboMirror::choose(std::size_t row) {
   // A choice may be told of twice.
   if (row >= box_.ListCount() || box_.List(row, 0) == box_.Text()) return;
-  doings().begun({});
-  doings().does([&] { box_.choose(row); });
+  userActions().begun({});
+  userActions().does([&] { box_.choose(row); });
   refresh();
 }
 
@@ -94,7 +94,7 @@ LRESULT ComboMirror::rowOf(const std::u16string& text) const {
 
 bool ComboMirror::commit() {
   bool stands = true;
-  doings().does([&] {
+  userActions().does([&] {
     // "insert" is the row "Insert".
     const LRESULT row = rowOf(box_.Text());
     if (row >= 0) box_.type(std::u16string(box_.List(static_cast<std::size_t>(row), 0)));

@@ -51,12 +51,12 @@ Mirror* mirrorAround(HWND window) {
 FormWindow::FormWindow(Win32Forms& host, forms::Form& form)
     : host_(host),
       form_(form),
-      stage_{*host.module_, forms::Doings(host.boxes_, [](const forms::Control*) { return true; }),
+      stage_{*host.module_, forms::UserActions(host.boxes_, [](const forms::Control*) { return true; }),
              std::make_unique<Look>(96), nullptr} {}
 
 FormWindow::~FormWindow() {
   host_.windows_.erase(&form_);
-  stage_.doings.listening(false);
+  stage_.userActions.listening(false);
   waits_.reset();
   unmake();
 }
@@ -120,7 +120,7 @@ void FormWindow::show() {
   for (Mirror* mirror : all()) mirror->refresh();
   refresh();
   setSize();
-  stage_.doings.listening(true);
+  stage_.userActions.listening(true);
   ShowWindow(window_, IsIconic(window_) != 0 ? SW_RESTORE : SW_SHOWNORMAL);
   SetForegroundWindow(window_);
   wasShown_ = true;
@@ -157,8 +157,8 @@ void FormWindow::standAbove(HWND document) {
 }
 
 void FormWindow::hide() {
-  stage_.doings.listening(false);
-  stage_.doings.begun({});
+  stage_.userActions.listening(false);
+  stage_.userActions.begun({});
   focused_ = nullptr;
   isShown_ = false;
   // First, or the window that is to come to the front cannot.
@@ -346,7 +346,7 @@ void FormWindow::moveFocus(bool back) {
   if (back) std::ranges::reverse(stops);
   const auto here = std::ranges::find(stops, now);
   if (here != stops.end()) std::rotate(stops.begin(), here + 1, stops.end());
-  if (stops.empty() || stops.front() == now || !stage_.doings.settle()) return;
+  if (stops.empty() || stops.front() == now || !stage_.userActions.settle()) return;
   focusOn(*stops.front());
 }
 
@@ -359,7 +359,7 @@ bool FormWindow::takes(MSG& message) {
 }
 
 bool FormWindow::pressed(WPARAM key, bool repeated) {
-  if (isDown(VK_MENU) || !stage_.doings.listening()) return false;
+  if (isDown(VK_MENU) || !stage_.userActions.listening()) return false;
   Mirror* mirror = mirrorAround(GetFocus());
   if (mirror != nullptr && mirror->wants(key)) return false;
   const bool control = isDown(VK_CONTROL);
@@ -388,12 +388,12 @@ bool FormWindow::pressed(WPARAM key, bool repeated) {
 }
 
 bool FormWindow::pressEnter(Mirror* mirror) {
-  if (!stage_.doings.settle()) return true;
+  if (!stage_.userActions.settle()) return true;
   if (mirror != nullptr) {
     if (auto* box = dynamic_cast<forms::TextBox*>(&mirror->control()))
-      stage_.doings.does([&] { box->pressKey(forms::kEnterKey); });
+      stage_.userActions.does([&] { box->pressKey(forms::kEnterKey); });
   }
-  if (!stage_.doings.listening()) return true;
+  if (!stage_.userActions.listening()) return true;
   for (Mirror* each : all()) {
     if (!forms::isPressedByEnter(each->control()) || IsWindowVisible(each->widget()) == 0) continue;
     each->press();
@@ -405,13 +405,13 @@ bool FormWindow::pressEnter(Mirror* mirror) {
 
 void FormWindow::closed() {
   // An edit that is refused is undone, and the form goes all the same.
-  stage_.doings.settle();
-  stage_.doings.does([this] { form_.close(); });
+  stage_.userActions.settle();
+  stage_.userActions.does([this] { form_.close(); });
 }
 
 void FormWindow::closeUnasked() {
-  stage_.doings.begun({});
-  stage_.doings.does([this] { form_.close(); });
+  stage_.userActions.begun({});
+  stage_.userActions.does([this] { form_.close(); });
 }
 
 void FormWindow::activates(bool on) {
@@ -420,7 +420,7 @@ void FormWindow::activates(bool on) {
     if (focus != nullptr && IsChild(window_, focus) != 0) lastFocus_ = focus;
     return;
   }
-  stage_.doings.does([this] { form_.activate(); });
+  stage_.userActions.does([this] { form_.activate(); });
 }
 
 /// The windows on it go with it, and nothing of theirs is left to be ended.
@@ -428,7 +428,7 @@ void FormWindow::wentAway() {
   window_ = nullptr;
   status_ = nullptr;
   stage_.tips = nullptr;
-  stage_.doings.begun({});
+  stage_.userActions.begun({});
   lastFocus_ = nullptr;
   windowState_ = 0;
   wasShown_ = false;

@@ -37,7 +37,7 @@ class FormWindow final : public Receiver {
   /// Whether the form is shown without a caller that waits for it.
   bool isBeside() const { return isShown_ && loops_ == 0; }
   bool isShown() const { return isShown_; }
-  bool isBusy() const { return loops_ > 0 || stage_.doings.isDoing(); }
+  bool isBusy() const { return loops_ > 0 || stage_.userActions.isDoing(); }
   /// Without ending the edit under way.
   void closeUnasked();
   /// In front of all, as it was before it was out of the way, above the window its user works in.

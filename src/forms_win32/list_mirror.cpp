@@ -16,7 +16,7 @@ void ListMirror::commanded(WORD notification) {
   if (notification == LBN_DBLCLK) PostMessageW(widget(), kOpened, 0, 0);
   if (notification != LBN_SELCHANGE) return;
   telling_ = true;
-  doings().does([this] {
+  userActions().does([this] {
     for (const bool value : {false, true}) {  // rows no longer selected come first
       for (std::size_t row = 0; row < std::min(rows_.size(), box_.ListCount()); ++row) {
         if (isShownSelected(row) == value && box_.Selected(row) != value) box_.select(row, value);
@@ -28,7 +28,7 @@ void ListMirror::commanded(WORD notification) {
 
 void ListMirror::open() {
   const LRESULT row = send(LB_GETCARETINDEX);
-  if (row >= 0) doings().decides([&] { box_.open(static_cast<std::size_t>(row)); });
+  if (row >= 0) userActions().decides([&] { box_.open(static_cast<std::size_t>(row)); });
 }
 
 std::optional<LRESULT> ListMirror::received(UINT message, WPARAM wparam, LPARAM /*lparam*/) {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "forms/control.h"
-#include "forms/doings.h"
+#include "forms/user_actions.h"
 #include "look.h"
 #include "module.h"
 
@@ -19,7 +19,7 @@ namespace pluvo::forms_win32 {
 /// The state that controls of one form share.
 struct Stage {
   const Module& module;
-  forms::Doings doings;
+  forms::UserActions userActions;
   std::unique_ptr<Look> look;
   HWND tips = nullptr;
 };
@@ -80,7 +80,7 @@ class Mirror {
   /// The style of the kind, beside that of all.
   virtual void refreshKind() = 0;
   Stage& stage() const { return stage_; }
-  forms::Doings& doings() const { return stage_.doings; }
+  forms::UserActions& userActions() const { return stage_.userActions; }
   Look& look() const { return *stage_.look; }
   HFONT font() const { return look().font(control_.Font()); }
   /// Sets the widget's text where it is another.

@@ -83,7 +83,7 @@ std::vector<Mirror*> MultiPageMirror::inner() const {
 }
 
 LRESULT MultiPageMirror::notified(NMHDR& notification) {
-  if (notification.code == TCN_SELCHANGE && doings().listening())
+  if (notification.code == TCN_SELCHANGE && userActions().listening())
     chosen(static_cast<std::size_t>(send(TCM_GETCURSEL)));
   return 0;
 }
@@ -94,7 +94,7 @@ void MultiPageMirror::turn(int by) {
 }
 
 void MultiPageMirror::chosen(std::size_t page) {
-  doings().decides([&] { pages_.choose(page); });
+  userActions().decides([&] { pages_.choose(page); });
   refresh();
 }
 

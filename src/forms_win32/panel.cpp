@@ -150,7 +150,7 @@ LRESULT Panel::receives(HWND window, UINT message, WPARAM wparam, LPARAM lparam)
       scrollTo(top_ - GET_WHEEL_DELTA_WPARAM(wparam) * stage_.look->px(60) / WHEEL_DELTA);
       return 0;
     case WM_COMMAND:
-      if (Mirror* mirror = widget(); mirror != nullptr && stage_.doings.listening())
+      if (Mirror* mirror = widget(); mirror != nullptr && stage_.userActions.listening())
         mirror->commanded(HIWORD(wparam));
       return 0;
     case WM_NOTIFY: {

@@ -38,7 +38,8 @@ int LabelMirror::heightFor(int width) const {
 }
 
 void LabelMirror::commanded(WORD notification) {
-  if (notification == STN_CLICKED && label_.Click.isHandled()) doings().decides([this] { label_.press(); });
+  if (notification == STN_CLICKED && label_.Click.isHandled())
+    userActions().decides([this] { label_.press(); });
 }
 
 void LabelMirror::refreshKind() {
@@ -61,8 +62,8 @@ int LinkMirror::heightFor(int width) const {
 }
 
 bool LinkMirror::press() {
-  doings().decides([this] {
-    if (doings().admits(&label_)) label_.press();
+  userActions().decides([this] {
+    if (userActions().admits(&label_)) label_.press();
   });
   return true;
 }
@@ -131,8 +132,8 @@ int ButtonMirror::heightFor(int width) const {
 }
 
 bool ButtonMirror::press() {
-  doings().decides([this] {
-    if (doings().admits(&button_)) button_.press();
+  userActions().decides([this] {
+    if (userActions().admits(&button_)) button_.press();
   });
   return true;
 }
@@ -168,7 +169,7 @@ int CheckBoxMirror::heightFor(int width) const {
 
 void CheckBoxMirror::commanded(WORD notification) {
   if (notification != BN_CLICKED) return;
-  doings().decides([this] { box_.tick(send(BM_GETCHECK) == BST_CHECKED); });
+  userActions().decides([this] { box_.tick(send(BM_GETCHECK) == BST_CHECKED); });
   refresh();
 }
 

@@ -63,7 +63,7 @@ bool TextBoxMirror::wants(WPARAM key) const {
 
 void TextBoxMirror::commanded(WORD notification) {
   if (notification != EN_CHANGE || telling_) return;
-  doings().does([this] { box_.type(textOf(widget())); });
+  userActions().does([this] { box_.type(textOf(widget())); });
 }
 
 HBRUSH TextBoxMirror::colored(HDC surface) {
@@ -101,7 +101,7 @@ std::optional<LRESULT> TextBoxMirror::received(UINT message, WPARAM wparam, LPAR
       if (lparam != -1 && box_.MouseUp.isHandled()) return 0;
       return std::nullopt;
     case kMouseReleased:
-      doings().does([&] { box_.releaseMouse(static_cast<std::int16_t>(wparam)); });
+      userActions().does([&] { box_.releaseMouse(static_cast<std::int16_t>(wparam)); });
       return 0;
     default:
       return std::nullopt;
@@ -113,9 +113,9 @@ std::optional<LRESULT> TextBoxMirror::typed(char16_t character) {
     send(EM_SETSEL, 0, -1);
     return 0;
   }
-  doings().does([&] { box_.pressKey(static_cast<std::int16_t>(character)); });
+  userActions().does([&] { box_.pressKey(static_cast<std::int16_t>(character)); });
   // The key may have closed the form, and is then no longer for it.
-  if (!doings().listening()) return 0;
+  if (!userActions().listening()) return 0;
   const bool enter = character == u'\r' || character == u'\n';
   if (enter && !box_.MultiLine()) return 0;  // which the box would answer with a noise
   return std::nullopt;
@@ -126,7 +126,7 @@ void TextBoxMirror::keyUp(WPARAM key) {
   const bool endsPaste = pastes_ && key == forms::kVKey;
   if (endsPaste) pastes_ = false;
   const std::int16_t shift = endsPaste ? std::int16_t{forms::kControl} : shiftState();
-  doings().does([&] { box_.releaseKey(static_cast<std::int16_t>(key), shift); });
+  userActions().does([&] { box_.releaseKey(static_cast<std::int16_t>(key), shift); });
 }
 
 void TextBoxMirror::refreshKind() {
@@ -145,7 +145,7 @@ void TextBoxMirror::refreshKind() {
     if (!box_.ReadOnly()) send(EM_SETSEL, text.size(), static_cast<LPARAM>(text.size()));
   }
   telling_ = false;
-  if (box_.ReadOnly() && doings().listening())
+  if (box_.ReadOnly() && userActions().listening())
     PostMessageW(GetParent(widget()), kReveal, 0, reinterpret_cast<LPARAM>(widget()));
 }
 

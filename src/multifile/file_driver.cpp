@@ -149,7 +149,7 @@ bool FileDriver::makeReady(dialog::clsProcessFind& engine, const std::u16string&
   if (!step([&] { isProtected = document_->ProtectionType() != word::wdNoProtection; })) return false;
   if (isProtected && !UnlockProtectedDocument(engine, document_, protectionPassword_, protectionType_))
     return false;
-  attempt([&] { tracked_ += document_->TrackRevisions() ? 1 : 0; });
+  faultOf([&] { tracked_ += document_->TrackRevisions() ? 1 : 0; });
   return true;
 }
 
@@ -194,7 +194,7 @@ bool FileDriver::MultiPLUVO_OpenNextFile(dialog::clsProcessFind& engine,
 
 /// Closes a document that could not be made ready. One with changes is the user's, who had it open before.
 void FileDriver::giveUp(dialog::clsProcessFind& engine, const std::u16string& path) {
-  const auto fault = attempt([&] {
+  const auto fault = faultOf([&] {
     if (document_ && document_->Saved()) document_->Close(false);
   });
   document_.reset();
@@ -226,7 +226,7 @@ bool FileDriver::OpenDocumentFile(dialog::clsProcessFind& engine, Document& docu
 /// The work, again where the user wants it tried again. False: the file is left out.
 bool FileDriver::stepWith(dialog::clsProcessFind& engine, Document& document, const Work& work) {
   for (;;) {
-    const auto fault = attempt(work);
+    const auto fault = faultOf(work);
     if (!fault) return true;
     switch (fault->number) {
       case word::kCommandFailed:
@@ -248,7 +248,7 @@ bool FileDriver::stepWith(dialog::clsProcessFind& engine, Document& document, co
 bool FileDriver::CloseDocumentFile(dialog::clsProcessFind& engine, Document& document, bool readOnly,
                                    const std::u16string& fileName) {
   return guarded(engine.context(), u"cpf:43", [&] {
-    const auto fault = attempt([&] { document->Close(!document->Saved()); });
+    const auto fault = faultOf([&] { document->Close(!document->Saved()); });
     if (!fault) return true;
     if (fault->number != word::kFileReadOnly) throw errors::Fault(*fault);
     if (!readOnly) return false;
@@ -272,7 +272,7 @@ bool FileDriver::UnlockProtectedDocument(dialog::clsProcessFind& engine, Documen
     for (;;) {
       if (!passwordForForm(*passwordPrompt_, engine.boxes(), password)) break;
       const bool wasSaved = isSaved(*document);
-      const auto fault = attempt([&] { document->Unprotect(password); });
+      const auto fault = faultOf([&] { document->Unprotect(password); });
       if (!fault && wasSaved) keepSaved(*document);
       if (!fault) return true;
       if (fault->number == word::kCommandFailed) return false;

@@ -9,7 +9,7 @@ namespace pluvo::multifile {
 
 /// Does the work; the fault that stopped it, if one did.
 template <class Work>
-std::optional<errors::Fault> attempt(Work&& work) {
+std::optional<errors::Fault> faultOf(Work&& work) {
   try {
     std::forward<Work>(work)();
     return std::nullopt;

@@ -5,7 +5,7 @@ namespace pluvo::multifile {
 namespace {
 
 bool ask(forms::MessageBoxes& boxes, const std::u16string& text, const char16_t* title) {
-  return boxes.show(text, forms::Buttons::yesNo, title) == forms::Answer::yes;
+  return boxes.show(text, forms::Buttons::yesNo, title) == forms::BoxAnswer::yes;
 }
 
 }  // namespace

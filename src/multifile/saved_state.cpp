@@ -6,12 +6,12 @@ namespace pluvo::multifile {
 
 bool isSaved(word::Document& document) {
   bool saved = false;
-  attempt([&] { saved = document.Saved(); });
+  faultOf([&] { saved = document.Saved(); });
   return saved;
 }
 
 void keepSaved(word::Document& document) {
-  attempt([&] {
+  faultOf([&] {
     if (!document.Saved()) document.Saved(true);
   });
 }

@@ -48,16 +48,16 @@ Failure PassWatcher::inPlace(const errors::Fault& fault) const {
   return failure;
 }
 
-engine::PassObserver::Answer PassWatcher::found(const engine::Block& block) {
+engine::PassObserver::Next PassWatcher::found(const engine::Block& block) {
   if (places_ != nullptr) {
     ++counts().found;
     if (!place_.empty()) ++counts().stories[name_.number];
   }
   if (obstacle_ && request_.operation != engine::kNone) {
     failure_ = obstacle_;
-    return Answer::stop;
+    return Next::stop;
   }
-  if (!looks()) return Answer::goOn;
+  if (!looks()) return Next::goOn;
 
   word::Range& place = placeIn(block, request_.location);
   const std::int32_t start = place.Start();
@@ -75,8 +75,8 @@ engine::PassObserver::Answer PassWatcher::found(const engine::Block& block) {
   } else {
     current_.before = excerptOf(document_, story_, start, end);
   }
-  paragraphBehind_ = paragraphs_.numberAt(document_, block.whole.End());
-  return Answer::goOn;
+  paragraphAfter_ = paragraphs_.numberAt(document_, block.whole.End());
+  return Next::goOn;
 }
 
 engine::Observer::Decision PassWatcher::decide(const engine::Block& /*block*/) {
@@ -95,7 +95,7 @@ engine::Observer::Decision PassWatcher::decide(const engine::Block& /*block*/) {
   return Decision::stop;
 }
 
-engine::PassObserver::Answer PassWatcher::operated(const engine::Block& block, const errors::Fault* refusal) {
+engine::PassObserver::Next PassWatcher::operated(const engine::Block& block, const errors::Fault* refusal) {
   if (refusal != nullptr) {
     const Failure failure = inPlace(*refusal);
     lastFault_.reset();
@@ -103,7 +103,7 @@ engine::PassObserver::Answer PassWatcher::operated(const engine::Block& block, c
     // From here on every change would be refused.
     if (failure.problem == errors::Problem::tooLarge) {
       failure_ = failure;
-      return Answer::stop;
+      return Next::stop;
     }
   } else if (places_ != nullptr && request_.operation != engine::kNone) {
     ++counts().operated;
@@ -117,17 +117,17 @@ engine::PassObserver::Answer PassWatcher::operated(const engine::Block& block, c
     }
     blocks_(current_);
   }
-  return refusal != nullptr && !keepGoing_ ? Answer::stop : Answer::goOn;
+  return refusal != nullptr && !keepGoing_ ? Next::stop : Next::goOn;
 }
 
-engine::PassObserver::Answer PassWatcher::skipped(const engine::Block& block) {
+engine::PassObserver::Next PassWatcher::skipped(const engine::Block& block) {
   if (places_ != nullptr) ++counts().skipped;
   if (looks()) leave(block);
   if (blocks_) {
     current_.skipped = true;
     blocks_(current_);
   }
-  return Answer::goOn;
+  return Next::goOn;
 }
 
 /// The fault of a refused change comes here before the change is told of.
@@ -137,7 +137,7 @@ void PassWatcher::failed(const errors::Fault& fault, errors::Tag /*tag*/) {
 }
 
 void PassWatcher::leave(const engine::Block& block) {
-  paragraphs_.resumeAt(block.whole.End(), paragraphBehind_);
+  paragraphs_.resumeAt(block.whole.End(), paragraphAfter_);
 }
 
 /// The new text at the place: all of it, or the part inserted before or after the old text.

@@ -36,11 +36,11 @@ class PassWatcher final : public engine::Observer {
         places_(places) {}
 
   void enters(std::int32_t story) override;
-  Answer searching() override { return asking_.isCancelled() ? Answer::stop : Answer::goOn; }
-  Answer found(const engine::Block& block) override;
+  Next searching() override { return asking_.isCancelled() ? Next::stop : Next::goOn; }
+  Next found(const engine::Block& block) override;
   Decision decide(const engine::Block& block) override;
-  Answer operated(const engine::Block& block, const errors::Fault* refusal) override;
-  Answer skipped(const engine::Block& block) override;
+  Next operated(const engine::Block& block, const errors::Fault* refusal) override;
+  Next skipped(const engine::Block& block) override;
   void failed(const errors::Fault& fault, errors::Tag tag) override;
 
   /// Why the first change was refused, if one was.
@@ -72,8 +72,8 @@ class PassWatcher final : public engine::Observer {
   std::optional<Failure> lastFault_;  ///< unless it was that of a refused change
   ParagraphCounter paragraphs_;
   BlockReport current_;
-  std::int32_t paragraphBehind_ = 0;  ///< at the block's end
-  std::int32_t lengthBefore_ = 0;     ///< of the place, before the operation
+  std::int32_t paragraphAfter_ = 0;  ///< at the block's end
+  std::int32_t lengthBefore_ = 0;    ///< of the place, before the operation
 };
 
 }  // namespace pluvo::runs

@@ -36,7 +36,7 @@ bool Mask::fits(std::u16string_view name) const {
   const std::u16string folded = text::foldCase(name);
   const auto isDot = [&](std::size_t at) { return at < folded.size() && folded[at] == u'.'; };
   /// Where the name goes on after a token that is matched at a place.
-  const auto behind = [&](const Token& token, std::size_t at) -> std::optional<std::size_t> {
+  const auto after = [&](const Token& token, std::size_t at) -> std::optional<std::size_t> {
     const bool ended = at == folded.size();
     switch (token.kind) {
       case Kind::oneUnit:
@@ -65,7 +65,7 @@ bool Mask::fits(std::u16string_view name) const {
       star = Star{next++, at};
       continue;
     }
-    const auto end = next < tokens_.size() ? behind(tokens_[next], at) : std::nullopt;
+    const auto end = next < tokens_.size() ? after(tokens_[next], at) : std::nullopt;
     if (end) {
       at = *end;
       ++next;

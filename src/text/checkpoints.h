@@ -100,7 +100,7 @@ class Checkpoints {
   void edited(Position from, Position to, Position newLength) {
     if (!built_) return;
     while (!front_.chunks.empty() && front_.chunks.back().place - kMargin >= to) moveToBack();
-    while (!back_.chunks.empty() && endOfFirstBehind() <= from - kMargin) moveToFront();
+    while (!back_.chunks.empty() && endOfFirstAfter() <= from - kMargin) moveToFront();
     const Position growth = newLength - (to - from);
     Position start = gap();
     Position end = start;
@@ -109,7 +109,7 @@ class Checkpoints {
       front_.pop();
     }
     while (!back_.chunks.empty() && (end - kMargin < to || end - start + growth < kChunk / 2)) {
-      end = endOfFirstBehind();
+      end = endOfFirstAfter();
       back_.pop();
     }
     length_ += growth;
@@ -336,7 +336,7 @@ class Checkpoints {
 
   std::size_t chunkCount() const { return front_.chunks.size() + back_.chunks.size(); }
   Position gap() const { return length_ - (back_.chunks.empty() ? 0 : back_.chunks.back().place); }
-  Position endOfFirstBehind() const { return start(front_.chunks.size() + 1); }
+  Position endOfFirstAfter() const { return start(front_.chunks.size() + 1); }
 
   /// Where chunk i starts, in order of the text; the length for the one after the last.
   Position start(std::size_t i) const {
@@ -345,13 +345,13 @@ class Checkpoints {
   }
   std::size_t chunkAt(Position position) const {
     if (position < gap()) {
-      const auto behind = std::upper_bound(front_.chunks.begin(), front_.chunks.end(), position,
-                                           [](Position p, const Chunk& chunk) { return p < chunk.place; });
-      return static_cast<std::size_t>(behind - front_.chunks.begin()) - 1;
+      const auto after = std::upper_bound(front_.chunks.begin(), front_.chunks.end(), position,
+                                          [](Position p, const Chunk& chunk) { return p < chunk.place; });
+      return static_cast<std::size_t>(after - front_.chunks.begin()) - 1;
     }
-    const auto behind = std::upper_bound(back_.chunks.rbegin(), back_.chunks.rend(), length_ - position,
-                                         [](Position d, const Chunk& chunk) { return chunk.place < d; });
-    return front_.chunks.size() + static_cast<std::size_t>(behind - back_.chunks.rbegin()) - 1;
+    const auto after = std::upper_bound(back_.chunks.rbegin(), back_.chunks.rend(), length_ - position,
+                                        [](Position d, const Chunk& chunk) { return chunk.place < d; });
+    return front_.chunks.size() + static_cast<std::size_t>(after - back_.chunks.rbegin()) - 1;
   }
 
   Rule rule_;

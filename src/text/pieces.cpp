@@ -46,7 +46,7 @@ void PieceText::insertNew(std::u16string_view text, Anchor anchor) {
   const auto length = static_cast<Position>(text.size());
   const auto end = static_cast<Position>(added_.size());
   const Source* before = pieces_.beforeGap();
-  if (before != nullptr && before->isNew() && before->anchor() == anchor && placeBehind(*before) == end) {
+  if (before != nullptr && before->isNew() && before->anchor() == anchor && placeAfter(*before) == end) {
     added_ += text;
     lastAdded_ = end;
     pieces_.extend(length);
@@ -62,19 +62,19 @@ void PieceText::insertNew(std::u16string_view text, Anchor anchor) {
 
 void PieceText::joinAtGap() {
   const Source* before = pieces_.beforeGap();
-  const Source* behind = pieces_.behindGap();
-  if (before == nullptr || behind == nullptr) return;
-  if (before->sameBesidesPlace(*behind) && placeBehind(*before) == behind->place()) pieces_.join();
+  const Source* after = pieces_.afterGap();
+  if (before == nullptr || after == nullptr) return;
+  if (before->sameBesidesPlace(*after) && placeAfter(*before) == after->place()) pieces_.join();
 }
 
-Position PieceText::placeBehind(const Source& before) const {
+Position PieceText::placeAfter(const Source& before) const {
   return before.place() + (pieces_.gap() - pieces_.startBeforeGap());
 }
 
-Anchor PieceText::anchorAt(Position position, bool behind) const {
+Anchor PieceText::anchorAt(Position position, bool after) const {
   const Piece piece = pieceAt(position);
-  if (piece.isNew()) return {piece.anchor, piece.behindAnchor};
-  return {piece.original, behind};
+  if (piece.isNew()) return {piece.anchor, piece.afterAnchor};
+  return {piece.original, after};
 }
 
 bool PieceText::check() const {

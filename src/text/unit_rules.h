@@ -43,12 +43,12 @@ class SentenceRule {
  public:
   enum State : std::uint8_t {
     kWithin,
-    kBehindStop,    ///< and the closing marks that follow it
-    kBehindBlanks,  ///< that follow a stop
-    kBehindMark,    ///< or at the start of the text
+    kAfterStop,    ///< and the closing marks that follow it
+    kAfterBlanks,  ///< that follow a stop
+    kAfterMark,    ///< or at the start of the text
   };
   static constexpr std::size_t kStates = 4;
-  static constexpr std::uint8_t kFirstState = kBehindMark;
+  static constexpr std::uint8_t kFirstState = kAfterMark;
 
   explicit SentenceRule(const UnitText* text) : text_(text) {}
   Position length() const { return text_->text->length(); }

@@ -96,13 +96,13 @@ void Utf8Needle::choose(const std::vector<Sign>& signs) {
   };
   std::size_t bestOfAll = 0;
   const std::size_t end = std::min(signs.size(), kProbed);
-  for (std::size_t first = 0, behind = 0; first < end; first = behind) {
+  for (std::size_t first = 0, after = 0; first < end; first = after) {
     std::optional<Candidate> best;
     std::optional<Candidate> second;
     std::size_t offset = 0;
     bool fixed = true;
-    for (behind = first; fixed && behind < end; ++behind) {
-      const Sign& sign = signs[behind];
+    for (after = first; fixed && after < end; ++after) {
+      const Sign& sign = signs[after];
       for (std::size_t i = 0; i < sign.least(); ++i) {
         std::vector<std::uint8_t> bytes;
         for (const std::string& form : sign.forms) bytes.push_back(static_cast<std::uint8_t>(form[i]));

@@ -106,10 +106,10 @@ Position Utf8Text::positionAt(std::size_t offset) const {
   Known from = recent();
   if (wanted - from.offset >= kFar) {
     const std::uint32_t* const first = notes_.get();
-    const auto* const behind =
+    const auto* const after =
         std::upper_bound(first, first + noted_, wanted,
                          [](std::uint32_t o, std::uint32_t note) { return o < (note & ~kInsidePair); });
-    const auto note = static_cast<std::uint32_t>(behind - first) - (behind == first ? 0 : 1);
+    const auto note = static_cast<std::uint32_t>(after - first) - (after == first ? 0 : 1);
     const bool inside = (notes_[note] & kInsidePair) != 0;
     from = {note * kNoteInterval - (inside ? 1 : 0), notes_[note] & ~kInsidePair};
   }
@@ -142,10 +142,10 @@ void Utf8Text::copy(Position from, Position to, char16_t* out) const {
     *out++ = base::lowSurrogateOf(character.point);
     place.offset += character.bytes;
   }
-  const std::size_t behind = decode(bytes_, place.offset, out, end);
+  const std::size_t after = decode(bytes_, place.offset, out, end);
   std::fill(out, end, static_cast<char16_t>(base::kReplacement));  // another program wrote into the file
   if (from < to && !isHighSurrogate(end[-1]))
-    remember({static_cast<std::uint32_t>(to), static_cast<std::uint32_t>(behind)});
+    remember({static_cast<std::uint32_t>(to), static_cast<std::uint32_t>(after)});
 }
 
 Utf8Text::Place Utf8Walk::to(Position position) {

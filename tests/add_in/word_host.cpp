@@ -270,7 +270,7 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR, int) {
   if (count < 2) return 2;
   const bool isTest = count == 3;
   CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-  // What is set for a test is taken back behind it; an installed component is as it is.
+  // What is set for a test is taken back after it; an installed component is as it is.
   HMODULE component = nullptr;
   if (isTest) {
     component = LoadLibraryW((ownFolder() / arguments[2]).c_str());

@@ -161,7 +161,7 @@ TEST(Program, ShowsNothingThatATerminalActsOn) {
               StartsWith(R"({"file":"\u001b[2J\u0007\u007f\u009b\udcff\u202e\u2066\u200f.txt",)"));
 }
 
-TEST(Program, GoesOnBehindABadDocument) {
+TEST(Program, GoesOnAfterABadDocument) {
   const Sandbox sandbox;
   sandbox.put("good.txt", "draft\n");
   sandbox.put("linked.txt", "draft\n");

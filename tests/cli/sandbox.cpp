@@ -93,7 +93,7 @@ Result Sandbox::runSignalled(const Words& arguments, int signal, int call) const
   ::setenv("LD_PRELOAD", PLUVO_SIGNAL_AT_CALL, 1);
   ::setenv("PLUVO_SIGNAL", std::to_string(signal).c_str(), 1);
   ::setenv("PLUVO_CALL", std::to_string(call).c_str(), 1);
-  ::signal(signal, SIG_DFL);  // a shell has what it starts behind it ignore some
+  ::signal(signal, SIG_DFL);  // a shell has its background programs ignore some
   const pid_t child = start(arguments);
   ::unsetenv("LD_PRELOAD");
   return wait(child);

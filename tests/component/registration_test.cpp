@@ -104,7 +104,7 @@ TEST(Registration, ThatFailsLeavesTheOneBefore) {
   const std::wstring classes = L"Software\\Classes\\";
   const std::wstring classId = braced(CLSID_clsOpenPLUVO);
   const std::wstring interfaceId = braced(IID__clsOpenPLUVO);
-  // In the midst of what is written: what comes behind it could be.
+  // In the midst of what is written: what comes after it could be.
   const std::wstring interfaceKey = classes + L"Interface\\" + interfaceId;
   const std::wstring server = classes + L"CLSID\\" + classId + L"\\InprocServer32";
   const std::wstring old = L"C:\\Old\\pluvo.dll";

@@ -62,7 +62,7 @@ TEST(Work, ThatIsShortShowsNothing) {
 
 std::string manyBlocks(int count) {
   std::string text;
-  for (int i = 0; i < count; ++i) text += "words before it [a]secret[b] and behind\n";
+  for (int i = 0; i < count; ++i) text += "words before it [a]secret[b] and after\n";
   return text;
 }
 

@@ -9,7 +9,7 @@
 namespace pluvo::dialog {
 namespace {
 
-using forms::Answer;
+using forms::BoxAnswer;
 using Box = forms::ScriptedBoxes::Box;
 using Faults = std::vector<std::string>;
 
@@ -23,11 +23,11 @@ const Box kNothingFound{
 
 struct ToldObserver : engine::PassObserver {
   void begins() override { told += 'b'; }
-  Answer searching() override { return told += '?', Answer::goOn; }
+  Next searching() override { return told += '?', Next::goOn; }
   void tooFar() override { told += 'f'; }
-  Answer found(const engine::Block&) override { return told += '!', Answer::goOn; }
-  Answer operated(const engine::Block&, const errors::Fault*) override { return told += 'o', Answer::goOn; }
-  Answer skipped(const engine::Block&) override { return told += 's', Answer::goOn; }
+  Next found(const engine::Block&) override { return told += '!', Next::goOn; }
+  Next operated(const engine::Block&, const errors::Fault*) override { return told += 'o', Next::goOn; }
+  Next skipped(const engine::Block&) override { return told += 's', Next::goOn; }
   std::string told;
 };
 
@@ -37,7 +37,7 @@ TEST(Pass, AsksTellsAndReports) {
     ToldObserver observer;
     desk.work.engine.observer(&observer);
     desk.work.engine.QuiteModeSetting(false);
-    desk.work.boxes.answers = {Answer::no, Answer::yes, Answer::no, Answer::cancel};
+    desk.work.boxes.answers = {BoxAnswer::no, BoxAnswer::yes, BoxAnswer::no, BoxAnswer::cancel};
     desk.work.forms.user = [&](forms::Form& form) {
       EXPECT_EQ(form.Caption(), u"P.L.U.V.O. Statistics:");
       EXPECT_EQ(form.control(u"lblStats")->Caption(), u"\r\nFound:3\r\n\r\nOperated on:1\r\n\r\nSkipped:2");

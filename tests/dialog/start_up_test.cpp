@@ -78,7 +78,7 @@ TEST(Tips, AreAllShownInAThousandOpenings) {
   EXPECT_EQ(seen, std::set<std::u16string>(all.begin(), all.end()));
 }
 
-TEST(Tips, NeverLieBehindTheLast) {
+TEST(Tips, NeverLieAfterTheLast) {
   ScriptedRandom random;
   const auto all = usageTips();
   for (const float draw : {0.99999994F, 1.0F}) {

@@ -79,7 +79,7 @@ TEST_F(TextBoxes, AskAtTheRightButton) {
     box(name).Text(u"before");
     box(name).releaseMouse(forms::kLeft);
     EXPECT_THAT(told(), IsEmpty());
-    boxes.answers = {forms::Answer::no, forms::Answer::yes};
+    boxes.answers = {forms::BoxAnswer::no, forms::BoxAnswer::yes};
     box(name).releaseMouse(forms::kRight);
     EXPECT_EQ(box(name).Text(), u"before");
     box(name).releaseMouse(forms::kRight);
@@ -87,7 +87,7 @@ TEST_F(TextBoxes, AskAtTheRightButton) {
     EXPECT_EQ(told().back(), "Insert Highlighted Data? | Right-Click Paste Selection Operation");
   }
   select(5, 5);
-  boxes.answers = {forms::Answer::yes};
+  boxes.answers = {forms::BoxAnswer::yes};
   box(u"txtBeginText").releaseMouse(forms::kRight);
   EXPECT_EQ(box(u"txtBeginText").Text(), u"w") << "whatever the selection yields";
 }
@@ -103,7 +103,7 @@ TEST_F(TextBoxes, KeepTheirTextWhereTheSelectionCannotBeRead) {
   for (const auto& [name, tags] : cases) {
     EXPECT_EQ(paste(name), u"clipboard");
     EXPECT_THAT(reported(), ElementsAre(tags.first));
-    boxes.answers = {forms::Answer::yes};
+    boxes.answers = {forms::BoxAnswer::yes};
     box(name).releaseMouse(forms::kRight);
     EXPECT_EQ(reported().back(), tags.second);
   }

@@ -9,7 +9,7 @@ using text::Position;
 using text::Span;
 using text::View;
 
-/// A hundred thousand beginnings and one ending behind them all, with an edit at each beginning, at the
+/// A hundred thousand beginnings and one ending after them all, with an edit at each beginning, at the
 /// ending, and with a text between them that is not there: a search to the ending for each would take
 /// minutes.
 class FarEnding : public ::testing::TestWithParam<bool> {};

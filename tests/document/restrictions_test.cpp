@@ -45,9 +45,9 @@ TEST(Restrictions, RefuseWhatTheFileCannotHoldBeforeAnythingChanges) {
   const auto replace = [](text::Span span, std::u16string_view text, View view = View::results) {
     return [=](Story& story) { story.replace(span, text, view); };
   };
-  const auto insert = [](text::Position position, bool behind) {
+  const auto insert = [](text::Position position, bool after) {
     return [=](Story& story) {
-      behind ? story.insertBehind(position, u"new") : story.insertBefore(position, u"new");
+      after ? story.insertBehind(position, u"new") : story.insertBefore(position, u"new");
     };
   };
   const auto highlight = [](text::Span span) { return [=](Story& story) { story.highlight(span, 7); }; };

@@ -170,7 +170,7 @@ TEST(Elsewhere, tellsEachPlaceWithItsCount) {
        "boxes 2"},
       {"a box in a header", a,
        withPart("header", part("w:hdr", "<w:p><w:r>" + vmlBox("{[SECRET]}") + "</w:r></w:p>")), "boxes 1"},
-      {"a box in a table behind others",
+      {"a box in a table after others",
        a + a + wml("<T><tc>{<r>") + vmlBox("{[SECRET]}") + wml("</r>}</tc></T>{[x]}"),
        {},
        "boxes 1"},

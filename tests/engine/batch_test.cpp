@@ -13,7 +13,7 @@ using Decision = Observer::Decision;
 const Request kHighlighting{.begin = u"A", .operation = kHighlight};
 
 struct Failing : Watch {
-  Answer found(const Block&) override { throw errors::Fault(4198, u"Command failed"); }
+  Next found(const Block&) override { throw errors::Fault(4198, u"Command failed"); }
 };
 
 TEST(Batches, APassIsOneStepAndEndsOnEveryPath) {

@@ -17,10 +17,10 @@ namespace pluvo::engine {
 
 /// Writes down the blocks that are found and the faults, each as "number tag", and does as it was told to.
 struct Watch : Observer {
-  Answer searching() override { return --searches == 0 ? Answer::stop : Answer::goOn; }
-  Answer found(const Block& block) override {
+  Next searching() override { return --searches == 0 ? Next::stop : Next::goOn; }
+  Next found(const Block& block) override {
     blocks.push_back({block.whole.Start(), block.whole.End()});
-    return blocks.size() < most ? Answer::goOn : Answer::stop;
+    return blocks.size() < most ? Next::goOn : Next::stop;
   }
   Decision decide(const Block& block) override {
     deciding();
@@ -30,9 +30,9 @@ struct Watch : Observer {
     decisions.pop_front();
     return decision;
   }
-  Answer operated(const Block&, const errors::Fault* refusal) override {
+  Next operated(const Block&, const errors::Fault* refusal) override {
     if (refusal != nullptr) refusals.push_back(refusal->number);
-    return Answer::goOn;
+    return Next::goOn;
   }
   void failed(const errors::Fault& fault, errors::Tag tag) override {
     faults.push_back(std::to_string(fault.number) + ' ' + std::string(tag.text.begin(), tag.text.end()));

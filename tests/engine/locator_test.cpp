@@ -132,7 +132,7 @@ TEST(Locator, ExtendsABlockWithoutEndingToItsWholeBeginning) {
   const Request asked{.begin = u"A\rB"};
   expectFound({{"xA¶B A¶B A¶B¶", asked, "x[aA¶Ba] [bAb]¶B A¶B¶", "x[aA¶Ba] [bA¶Bb] [cA¶Bc]¶"},
                {"A¶b A¶B A¶B¶", asked, "A¶b [aAa]¶B A¶B¶", "[aA¶ba] [bA¶Bb] [cA¶Bc]¶"}});
-  // An ending that cannot be searched for is held against the end range, which behind the first block has an
+  // An ending that cannot be searched for is held against the end range, which after the first block has an
   // End.
   expectFound({{"A1 A2¶", {.begin = u"A", .end = u"\rB"}, "[aAa]1 A2¶", "A1 A2¶"}});
 }

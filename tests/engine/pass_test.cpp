@@ -23,7 +23,7 @@ TEST(Pass, AsksBeforeEachBlockWhereItIsToBeConfirmed) {
   EXPECT_EQ(done.skipped, 1);
 }
 
-TEST(Pass, GoesOnBehindTheBlockWhereNothingWasDone) {
+TEST(Pass, GoesOnAfterTheBlockWhereNothingWasDone) {
   // The beginning reaches beyond its block. With limits the search then stays inside it, whatever was to be
   // done to it.
   Desk desk("A¶B¶C A¶B¶C¶");
@@ -43,7 +43,7 @@ TEST(Pass, EndsWhereTheObserverSaysSo) {
   }
   struct : Watch {
     void begins() override { ++passes; }
-    Answer skipped(const Block&) override { return Answer::stop; }
+    Next skipped(const Block&) override { return Next::stop; }
     int passes = 0;
   } watch;
   watch.decisions = {Decision::skip, Decision::skip};
@@ -64,7 +64,7 @@ TEST(Pass, CanBeStoppedWhereNoBlockIsFound) {
     } else {
       desk.engine.pass(request);
     }
-    EXPECT_EQ(desk.watch.searches, 0) << "every rejected candidate asks, none behind the stop";
+    EXPECT_EQ(desk.watch.searches, 0) << "every rejected candidate asks, none after the stop";
     EXPECT_EQ(desk.engine.result().tooFar, 99);
     EXPECT_EQ(desk.engine.result().found, 0);
   }
@@ -72,7 +72,7 @@ TEST(Pass, CanBeStoppedWhereNoBlockIsFound) {
 
 struct StoryWatch : Watch {
   void enters(std::int32_t number) override { story = number; }
-  Answer found(const Block& block) override {
+  Next found(const Block& block) override {
     told += std::to_string(story);
     return Watch::found(block);
   }

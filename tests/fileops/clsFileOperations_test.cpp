@@ -14,7 +14,7 @@
 namespace pluvo::fileops {
 namespace {
 
-using forms::Answer;
+using forms::BoxAnswer;
 using Calls = std::vector<std::string>;
 
 /// A machine that writes down what it is asked to do. Calls succeed, unless a test says how the next fail.
@@ -66,7 +66,7 @@ TEST(Copy, GoesOnAsTheMissingFolderIsAnswered) {
   const struct {
     const char* story;
     std::deque<ErrorCode> results;
-    std::deque<Answer> answers;
+    std::deque<BoxAnswer> answers;
     Calls calls;
     Calls events;
     std::size_t messages;
@@ -76,8 +76,8 @@ TEST(Copy, GoesOnAsTheMissingFolderIsAnswered) {
   } cases[] = {
       {"it works", {}, {}, {kCopy}, {}, 0, 0, false},
       {"another error is told", {5}, {}, {kCopy}, {"5 s\\a d\\b"}, 0, 1, true},
-      {"asked, the user says no", {3}, {Answer::no}, {kCopy}, {}, 1, 0, true},
-      {"asked, the user says yes", {3}, {Answer::yes}, {kCopy, kCreate, kCopy}, {}, 1, 0, false},
+      {"asked, the user says no", {3}, {BoxAnswer::no}, {kCopy}, {}, 1, 0, true},
+      {"asked, the user says yes", {3}, {BoxAnswer::yes}, {kCopy, kCreate, kCopy}, {}, 1, 0, false},
       {"made without asking", {3}, {}, {kCopy, kCreate, kCopy}, {}, 0, 1, false},
       {"made, and the copy fails", {3, 0, 5}, {}, {kCopy, kCreate, kCopy}, {"5 s\\a d\\b"}, 0, 1, true},
       {"never made", {3}, {}, {kCopy}, {}, 0, 2, true},
@@ -85,7 +85,7 @@ TEST(Copy, GoesOnAsTheMissingFolderIsAnswered) {
       {"missing all the same", {3, 0, 3}, {}, {kCopy, kCreate, kCopy, kCreate}, {}, 0, 1, false},
       {"asked before each attempt",
        {3, 0, 3},
-       {Answer::yes, Answer::yes},
+       {BoxAnswer::yes, BoxAnswer::yes},
        {kCopy, kCreate, kCopy, kCreate},
        {},
        2,
@@ -120,7 +120,7 @@ TEST(clsFileOperations, WordsItsMessages) {
   ScriptedActions actions;
   Workplace work(actions);
   actions.results = {3, 183};
-  work.boxes.answers = {Answer::yes};
+  work.boxes.answers = {BoxAnswer::yes};
   work.operations.DestinationPath(u"d");
   work.operations.Copy();
   ASSERT_EQ(work.boxes.shown.size(), 2U);

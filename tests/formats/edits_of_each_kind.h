@@ -48,7 +48,7 @@ struct EditKind {
 };
 inline const std::array<EditKind, 6> kEditKinds = {
     {{"before", [](document::Story& story, text::Position at) { story.insertBefore(at, u"N\u0416"); }},
-     {"behind", [](document::Story& story, text::Position at) { story.insertBehind(at + 1, u"N\u0416"); }},
+     {"after", [](document::Story& story, text::Position at) { story.insertBehind(at + 1, u"N\u0416"); }},
      {"split", [](document::Story& story, text::Position at) { story.insertBefore(at, u"\r"); }},
      {"highlight",
       [](document::Story& story, text::Position at) {

@@ -24,27 +24,27 @@ class ScriptedBoxes final : public MessageBoxes {
     bool operator==(const Box&) const = default;
   };
 
-  Answer show(const std::u16string& text, Buttons buttons,
-              const std::optional<std::u16string>& title) override {
+  BoxAnswer show(const std::u16string& text, Buttons buttons,
+                 const std::optional<std::u16string>& title) override {
     shown.push_back({text, buttons, title});
     if (beforeAnswer) beforeAnswer();
-    if (buttons == Buttons::ok) return Answer::ok;
+    if (buttons == Buttons::ok) return BoxAnswer::ok;
     if (answers.empty()) {
       ADD_FAILURE() << "a question without an answer";
-      return Answer::cancel;
+      return BoxAnswer::cancel;
     }
-    const Answer answer = answers.front();
+    const BoxAnswer answer = answers.front();
     answers.pop_front();
     return answer;
   }
 
   /// How the next questions are answered: y for yes, n for no.
   void answer(std::string_view letters) {
-    for (const char letter : letters) answers.push_back(letter == 'y' ? Answer::yes : Answer::no);
+    for (const char letter : letters) answers.push_back(letter == 'y' ? BoxAnswer::yes : BoxAnswer::no);
   }
 
   std::vector<Box> shown;
-  std::deque<Answer> answers;
+  std::deque<BoxAnswer> answers;
   std::function<void()> beforeAnswer;
 };
 

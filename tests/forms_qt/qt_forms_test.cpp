@@ -274,7 +274,7 @@ TEST(QtMessageBoxes, ShowLetterForLetterAndCanBeCopied) {
     QTest::keyClick(&box, Qt::Key_C, Qt::ControlModifier);
     QTest::keyClick(&box, Qt::Key_Return);
   });
-  EXPECT_EQ(boxes.show(u"<b>R&D</b>\r\n\r\nnext", Buttons::yesNoCancel, u"A & B"), Answer::yes);
+  EXPECT_EQ(boxes.show(u"<b>R&D</b>\r\n\r\nnext", Buttons::yesNoCancel, u"A & B"), BoxAnswer::yes);
   EXPECT_EQ(QGuiApplication::clipboard()->text(), u"<b>R&D</b>\n\nnext");
   EXPECT_TRUE(placed);
 
@@ -288,7 +288,7 @@ TEST(QtMessageBoxes, ShowLetterForLetterAndCanBeCopied) {
     EXPECT_TRUE(scroll != nullptr && scroll->verticalScrollBar()->maximum() > 0);
     QTest::keyClick(&box, Qt::Key_Escape);
   });
-  EXPECT_EQ(boxes.show(many, Buttons::yesNo, std::nullopt), Answer::no);
+  EXPECT_EQ(boxes.show(many, Buttons::yesNo, std::nullopt), BoxAnswer::no);
 }
 
 TEST(QtBoxes, AreAsWideAsTheirTitlesAndHaveNoIcons) {

@@ -163,14 +163,14 @@ class User {
       doing();
     });
   }
-  std::string answerBox(std::optional<Answer> answer) {
+  std::string answerBox(std::optional<BoxAnswer> answer) {
     auto& box = dynamic_cast<QMessageBox&>(*QApplication::activeModalWidget());
     const QString says = box.windowTitle() + QStringLiteral(": ") + box.text();
     if (answer) {
-      box.button(*answer == Answer::ok    ? QMessageBox::Ok
-                 : *answer == Answer::yes ? QMessageBox::Yes
-                 : *answer == Answer::no  ? QMessageBox::No
-                                          : QMessageBox::Cancel)
+      box.button(*answer == BoxAnswer::ok    ? QMessageBox::Ok
+                 : *answer == BoxAnswer::yes ? QMessageBox::Yes
+                 : *answer == BoxAnswer::no  ? QMessageBox::No
+                                             : QMessageBox::Cancel)
           ->click();
     } else {
       box.close();

@@ -16,16 +16,16 @@ class ShownBoxes : public testing::Test {
 TEST_F(ShownBoxes, AnswerAsTheyAreAnsweredAndClosedAsByTheirLast) {
   const struct {
     Buttons buttons;
-    std::optional<Answer> pressed;
-    Answer answer;
-  } cases[] = {{Buttons::ok, Answer::ok, Answer::ok},
-               {Buttons::ok, std::nullopt, Answer::ok},
-               {Buttons::yesNo, Answer::yes, Answer::yes},
-               {Buttons::yesNo, Answer::no, Answer::no},
-               {Buttons::yesNo, std::nullopt, Answer::no},
-               {Buttons::yesNoCancel, Answer::no, Answer::no},
-               {Buttons::yesNoCancel, Answer::cancel, Answer::cancel},
-               {Buttons::yesNoCancel, std::nullopt, Answer::cancel}};
+    std::optional<BoxAnswer> pressed;
+    BoxAnswer answer;
+  } cases[] = {{Buttons::ok, BoxAnswer::ok, BoxAnswer::ok},
+               {Buttons::ok, std::nullopt, BoxAnswer::ok},
+               {Buttons::yesNo, BoxAnswer::yes, BoxAnswer::yes},
+               {Buttons::yesNo, BoxAnswer::no, BoxAnswer::no},
+               {Buttons::yesNo, std::nullopt, BoxAnswer::no},
+               {Buttons::yesNoCancel, BoxAnswer::no, BoxAnswer::no},
+               {Buttons::yesNoCancel, BoxAnswer::cancel, BoxAnswer::cancel},
+               {Buttons::yesNoCancel, std::nullopt, BoxAnswer::cancel}};
   for (const auto& it : cases) {
     user.later([&] { EXPECT_EQ(user.answerBox(it.pressed), "A & B: <b>Find & Replace?"); });
     EXPECT_EQ(user.boxes.show(u"<b>Find & Replace?", it.buttons, u"A & B"), it.answer);

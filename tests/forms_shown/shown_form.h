@@ -53,7 +53,7 @@ class SampleForm final : public Form {
 /// widgets' own way, and all that comes of it is done when the call returns. Keys go to what has the focus.
 ///
 /// What is seen of a control is its text, without the marks of keys; "[x] " before what is ticked, "*" before
-/// rows that are selected, " of 3" behind a text with rows to choose from. "off: " stands before what cannot
+/// rows that are selected, " of 3" after a text with rows to choose from. "off: " stands before what cannot
 /// be used, "-" where there is nothing.
 ///
 /// What is pressed is written down: "b" for the button, "l" for the link.

@@ -146,23 +146,23 @@ class User {
   }
 
   static void later(std::function<void()> doing) {
-    static std::deque<std::function<void()>> doings;
-    doings.push_back(std::move(doing));
+    static std::deque<std::function<void()>> userActions;
+    userActions.push_back(std::move(doing));
     SetTimer(nullptr, 0, 50, [](HWND, UINT, UINT_PTR timer, DWORD) {
       KillTimer(nullptr, timer);
-      const auto next = std::move(doings.front());
-      doings.pop_front();
+      const auto next = std::move(userActions.front());
+      userActions.pop_front();
       next();
     });
   }
-  std::string answerBox(std::optional<Answer> answer) {
+  std::string answerBox(std::optional<BoxAnswer> answer) {
     HWND box = FindWindowW(L"#32770", nullptr);
     const std::u16string says =
         forms_win32::textOf(box) + u": " + forms_win32::textOf(GetDlgItem(box, 0xFFFF));
     WPARAM button = IDCANCEL;
-    if (answer == Answer::ok) button = IDOK;
-    if (answer == Answer::yes) button = IDYES;
-    if (answer == Answer::no) button = IDNO;
+    if (answer == BoxAnswer::ok) button = IDOK;
+    if (answer == BoxAnswer::yes) button = IDYES;
+    if (answer == BoxAnswer::no) button = IDNO;
     PostMessageW(box, WM_COMMAND, button, 0);
     return base::utf8(says);
   }

@@ -32,10 +32,10 @@ struct Outcome {
   std::vector<std::u16string> said;
 };
 
-std::deque<forms::Answer> answers(unsigned seed) {
+std::deque<forms::BoxAnswer> answers(unsigned seed) {
   engine::Dice dice(seed);
-  std::deque<forms::Answer> all;
-  for (int i = 0; i < 500; ++i) all.push_back(dice.once(3) ? forms::Answer::no : forms::Answer::yes);
+  std::deque<forms::BoxAnswer> all;
+  for (int i = 0; i < 500; ++i) all.push_back(dice.once(3) ? forms::BoxAnswer::no : forms::BoxAnswer::yes);
   return all;
 }
 

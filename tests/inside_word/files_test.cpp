@@ -15,7 +15,7 @@
 namespace pluvo::inside_word {
 namespace {
 
-using forms::Answer;
+using forms::BoxAnswer;
 using stand_in::StoredFile;
 using stand_in::WordSession;
 using stand_in::World;
@@ -68,7 +68,7 @@ using Prepare = std::function<void(FileRun&)>;
 struct Refusal {
   const char* what;
   Prepare prepare;
-  std::deque<Answer> answers;
+  std::deque<BoxAnswer> answers;
   std::vector<std::string> heard;
   std::u16string oneIsThen;
 };
@@ -103,21 +103,29 @@ const Refusal kRefusals[] = {
     {"the user cancels Word's question for a password", locked(kToOpen, {}), {}, {}, kOne},
     {"a wrong password to open, tried again",
      locked(kToOpen, {u"Key", u"key"}),
-     {Answer::yes},
+     {BoxAnswer::yes},
      {kOpenPassword},
      kDone},
-    {"a wrong password to change, given up", locked(kToWrite, {u"Key"}), {Answer::no}, {kOpenPassword}, kOne},
-    {"5485 on opening, skipped", refused(u"call Documents.Open", 5485), {Answer::yes}, {kPassword}, kOne},
-    {"5485 on opening, tried again", refused(u"call Documents.Open", 5485), {Answer::no}, {kPassword}, kDone},
+    {"a wrong password to change, given up",
+     locked(kToWrite, {u"Key"}),
+     {BoxAnswer::no},
+     {kOpenPassword},
+     kOne},
+    {"5485 on opening, skipped", refused(u"call Documents.Open", 5485), {BoxAnswer::yes}, {kPassword}, kOne},
+    {"5485 on opening, tried again",
+     refused(u"call Documents.Open", 5485),
+     {BoxAnswer::no},
+     {kPassword},
+     kDone},
     {"any other on opening", refused(u"call Documents.Open", 5121), {}, {"5121 cpf:44"}, kOne},
     {"the right password to a form", locked(kToEdit, {u"key"}), {}, {}, kDone},
     {"a wrong password to a form, then the right one",
      locked(kToEdit, {u"Key", u"key"}),
-     {Answer::no},
+     {BoxAnswer::no},
      {kPassword},
      kDone},
-    {"a wrong password to a form, skipped", locked(kToEdit, {u"Key"}), {Answer::yes}, {kPassword}, kOne},
-    {"no password to a form", locked(kToEdit, {}), {Answer::yes}, {"Skip File?"}, kOne},
+    {"a wrong password to a form, skipped", locked(kToEdit, {u"Key"}), {BoxAnswer::yes}, {kPassword}, kOne},
+    {"no password to a form", locked(kToEdit, {}), {BoxAnswer::yes}, {"Skip File?"}, kOne},
     {"4198 on unlocking",
      [](FileRun& run) {
        locked(kToEdit, {u"key"})(run);
@@ -126,10 +134,10 @@ const Refusal kRefusals[] = {
      {},
      {},
      kOne},
-    {"read-only, declined", readOnly, {Answer::no}, {"Read Only File"}, kOne},
+    {"read-only, declined", readOnly, {BoxAnswer::no}, {"Read Only File"}, kOne},
     {"read-only, Save As cancelled",
      readOnly,
-     {Answer::yes, Answer::yes},
+     {BoxAnswer::yes, BoxAnswer::yes},
      {"Read Only File", "Save As Cancelled."},
      kOne},
     {"5155 on closing what is not read-only",
@@ -140,12 +148,12 @@ const Refusal kRefusals[] = {
     {"4198 on activating", refused(u"call Document.Activate", 4198), {}, {}, kOne},
     {"5485 on activating, tried again",
      refused(u"call Document.Activate", 5485),
-     {Answer::no},
+     {BoxAnswer::no},
      {kPassword},
      kDone},
     {"5408 on activating, given up",
      refused(u"call Document.Activate", 5408),
-     {Answer::no},
+     {BoxAnswer::no},
      {kOpenPassword},
      kOne},
     {"an edit refused", refused(u"put Range.Text", 6124), {}, {"6124 cpf:31"}, kOne},

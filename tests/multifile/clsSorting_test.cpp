@@ -16,11 +16,11 @@ TEST(clsSorting, SortsByCodesOfUpperCaseLetters) {
     std::int32_t type = 0;
   } cases[] = {
       {{u"c", u"B", u"a"}, {u"a", u"B", u"c"}},
-      // The separator comes before the underscore and behind the letters, so that folders stay together.
+      // The separator comes before the underscore and after the letters, so that folders stay together.
       {{u"C:\\B_x\\a", u"C:\\B\\a"}, {u"C:\\B\\a", u"C:\\B_x\\a"}},
       {{u"C:\\B\\z", u"C:\\Bz\\a"}, {u"C:\\Bz\\a", u"C:\\B\\z"}},
       {{u"/b/a", u"/b0/a", u"/b-/a", u"/a/z"}, {u"/a/z", u"/b-/a", u"/b/a", u"/b0/a"}},
-      // Beyond ASCII: É is é, and comes behind Z.
+      // Beyond ASCII: É is é, and comes after Z.
       {{u"é", u"z", u"É", u"ä"}, {u"z", u"ä", u"É", u"é"}},
       {{u"ab", u"a", u""}, {u"", u"a", u"ab"}},
       // Paths that differ only in case stand together in the order that the exchanges leave them in.

@@ -194,7 +194,7 @@ TEST(MultiPLUVO, KeepsThePasswordAlone) {
 
 TEST(GetFiles, SortsUpTo301Files) {
   for (const std::size_t count : {2U, 301U, 302U}) {
-    // In byte order B comes before a; where case does not count, behind it.
+    // In byte order B comes before a; where case does not count, after it.
     std::vector<std::string> files{"C:\\f\\B.txt", "C:\\f\\a.txt"};
     while (files.size() < count) files.push_back("C:\\f\\0" + std::to_string(files.size()) + ".txt");
     FileRun run;

@@ -69,7 +69,7 @@ class FileRun : private engine::PassObserver {
   scanner::ScriptedFolders* folders;
   /// What is typed at each question for a password; nothing is Cancel.
   std::deque<std::optional<std::string>> typed;
-  /// What happens behind each replacement.
+  /// What happens after each replacement.
   std::function<void()> onOperated;
   /// Whether the user ends the run from the statistics.
   bool endsRun = false;
@@ -90,14 +90,14 @@ class FileRun : private engine::PassObserver {
   }
   std::string asked() { return base::utf8(work.boxes.shown.back().title.value_or(u"")); }
 
-  Answer operated(const engine::Block&, const errors::Fault*) override {
+  Next operated(const engine::Block&, const errors::Fault*) override {
     story.push_back("replaced in " + word.open.back()->name());
     if (onOperated) onOperated();
-    return Answer::goOn;
+    return Next::goOn;
   }
 };
 
-/// What happens to a file a that is not as others are; the file b behind it is processed all the same.
+/// What happens to a file a that is not as others are; the file b after it is processed all the same.
 struct Case {
   std::string story;
   const char* answers = "";

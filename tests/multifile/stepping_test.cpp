@@ -12,7 +12,7 @@ class Stepping : public testing::Test {
   Stepping() { run.stepThrough(); }
 
   void start(const std::vector<std::string>& names) { dialog.MultiProcess(run.list(names)); }
-  /// The story behind a button.
+  /// The story after a button.
   std::string perform() { return forms::press(dialog, u"cmdPerform"), run.told(); }
   std::string skip() { return forms::press(dialog, u"cmdSkip"), run.told(); }
 

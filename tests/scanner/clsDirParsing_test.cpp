@@ -100,7 +100,7 @@ TEST(clsDirParsing, ListsFoldersInWalkOrderAndMasksInTheirs) {
       // Nothing is one empty entry.
       {{.root = "/r/B/b/c/", .masks = "*.rtf"}, ""},
       {{.root = "/missing/"}, ""},
-      // Without a separator behind the root, patterns are about its name, and no such file is there.
+      // Without a separator after the root, patterns are about its name, and no such file is there.
       {{.root = "/r/a"}, "/r/aa.txt"}};
   for (const auto& [asked, found] : cases) {
     EXPECT_EQ(scan(folders, asked), found) << asked.root << ' ' << asked.masks << ' ' << asked.depth;

@@ -53,11 +53,11 @@ class Inspector {
     if (isMark && structure.rowMark) {
       check(position > 0 && model_.isCellMark(position - 1) &&
                 model_.structure().valueAt(position - 1).table == table_,
-            "a row mark behind something other than its last cell", position);
+            "a row mark after something other than its last cell", position);
     }
   }
 
-  /// A table begins behind a paragraph's end, ends behind a row mark, and is in one place only.
+  /// A table begins after a paragraph's end, ends after a row mark, and is in one place only.
   void changeTable(Position position, std::int32_t table) {
     check(position == 0 || model_.endsParagraph(position - 1), "text runs over the edge of a table",
           position);

@@ -49,10 +49,10 @@ class Compared {
       if (ahead.count == n) {
         ASSERT_EQ(ahead.position, begin[n - 1]);
       }
-      const auto behind = checkpoints_.backward(to, n);
-      ASSERT_EQ(behind.count, std::min<std::ptrdiff_t>(n, end - starts.begin()));
-      if (behind.count == n) {
-        ASSERT_EQ(behind.position, end[-n]);
+      const auto after = checkpoints_.backward(to, n);
+      ASSERT_EQ(after.count, std::min<std::ptrdiff_t>(n, end - starts.begin()));
+      if (after.count == n) {
+        ASSERT_EQ(after.position, end[-n]);
       }
     }
   }

@@ -147,7 +147,7 @@ TEST(Utf8Decoding, ReadsCharactersThatBeginInOneBlockAndEndInTheNext) {
       const Utf8Decoded decoded =
           decodeUtf8({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()}, units.data());
       units.resize(decoded.units);
-      ASSERT_EQ(units, base::utf16(bytes)) << character << " behind " << front;
+      ASSERT_EQ(units, base::utf16(bytes)) << character << " after " << front;
     }
   }
 }

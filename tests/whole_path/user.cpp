@@ -4,11 +4,11 @@
 //   seen|TITLE             waits until there is such a window
 //   gone|TITLE             waits until there is no such window
 //   press|CAPTION          a button, tick or link
-//   type|LABEL|TEXT        into the text box or list behind a label; what is there goes
+//   type|LABEL|TEXT        into the text box or list of a label; what is there goes
 //   choose|LABEL|TEXT      an entry of that list
 //   page|NUMBER            a page of the tabs, counted from 0
 //   strike|KEY             Tab, Return, Escape, Delete, or a letter with Ctrl, "Ctrl+C"
-//   holds|LABEL|TEXT       waits until the text box or list behind a label holds this
+//   holds|LABEL|TEXT       waits until the text box or list of a label holds this
 //   read|TEXT              waits until the window says this
 //   close                  the window by its cross
 //   wait|MILLISECONDS      does nothing
@@ -186,11 +186,11 @@ class User {
 
   HWND field(const std::wstring& label) const {
     return await([&]() -> HWND {
-      bool behind = false;
+      bool after = false;
       for (const HWND child : childrenOf(window_)) {
-        if (behind && isField(child))
+        if (after && isField(child))
           return IsWindowVisible(child) && IsWindowEnabled(child) ? child : nullptr;
-        behind = behind || captionOf(child) == label;
+        after = after || captionOf(child) == label;
       }
       return nullptr;
     });

@@ -40,7 +40,7 @@ class CallBook {
   std::int32_t alive = 0;
   /// How often the id of a member was asked for.
   std::int32_t idQuestions = 0;
-  /// Whether objects say that they leave error objects behind.
+  /// Whether objects say that they leave error objects.
   bool leavesErrors = false;
 
  private:

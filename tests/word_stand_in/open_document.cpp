@@ -75,7 +75,7 @@ void OpenDocument::follow(Place& editor, const Before& before, Span replaced, Sp
   saved = false;
   const Position removed = before.length + now.length() - length();
   const bool finalMarkStays = replaced.to == before.length && removed == replaced.length() - 1;
-  // Where marks of fields or tables stay behind, the model's own following stands.
+  // Where marks of fields or tables stay, the model's own following stands.
   if (now.from != replaced.from || (removed != replaced.length() && !finalMarkStays)) return;
 
   const Position to = replaced.from + removed;

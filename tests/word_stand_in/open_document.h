@@ -58,7 +58,7 @@ std::u16string highlights(const document::Story& model);
 /// A document that is open: text in memory, edited and followed by its ranges in Word's way.
 ///
 /// Where Word's way is not that of documents in memory: text put in at the end of another range is not part
-/// of it; text that replaces other text belongs to the range that begins behind it, and a range over exactly
+/// of it; text that replaces other text belongs to the range that begins after it, and a range over exactly
 /// the replaced text is left empty; whatever is set, even to what it was, leaves the document unsaved.
 class OpenDocument {
  public:
@@ -127,7 +127,7 @@ class Place {
 
  private:
   OpenDocument& document_;
-  /// Stands where the model says, which is right where an edit left marks of fields or tables behind.
+  /// Stands where the model says, which is right where an edit left marks of fields or tables.
   document::LiveRange live_;
 };
 

@@ -55,7 +55,7 @@ struct Stretch {
     return open().mainText().move(from, unitOf(unit), count, open().view);
   }
 
-  /// The span that the selection's text and counts speak of: an insertion point's is the character behind it.
+  /// The span that the selection's text and counts speak of: an insertion point's is the character after it.
   Span spoken() const {
     if (own || !span().empty()) return span();
     return {span().from, moved(span().from, word::wdCharacter, 1).position};
@@ -91,7 +91,7 @@ void Stretch::takeLeftOverBlank() const {
   }
 }
 
-/// An insertion point takes what lies behind it.
+/// An insertion point takes what lies after it.
 std::int32_t Stretch::remove() const {
   open().requireEditable();
   set({span().from, spoken().to});
@@ -117,10 +117,10 @@ bool Stretch::execute() const {
   if (find.wrap != word::wdFindStop) throw Failure{E_NOTIMPL};
   if (open().file.protection == word::wdAllowOnlyFormFields) throw refusal(word::kNotAvailable);
   const Span range = span();
-  const Span behind{range.to, document->length()};
-  auto match = stand_in::find(*document, find, range.empty() ? behind : range);
+  const Span after{range.to, document->length()};
+  auto match = stand_in::find(*document, find, range.empty() ? after : range);
   // A range that its own text matches is taken as found already: the search runs on beyond it.
-  if (match && !range.empty() && *match == range) match = stand_in::find(*document, find, behind);
+  if (match && !range.empty() && *match == range) match = stand_in::find(*document, find, after);
   if (match) set(*match);
   return match.has_value();
 }

@@ -32,7 +32,7 @@ void scan(benchmark::State& state) {
 }
 BENCHMARK(scan)->Unit(benchmark::kMillisecond);
 
-/// What could cost more than its size: names looked up anew behind many declarations, brackets that may end a
+/// What could cost more than its size: names looked up anew after many declarations, brackets that may end a
 /// section, elements with many attributes.
 std::string worst(int kind, int size) {
   std::string text = "<a";

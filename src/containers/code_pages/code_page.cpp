@@ -84,7 +84,7 @@ class CodePage::Converter {
 CodePage::CodePage(std::unique_ptr<Converter> converter) : converter_(std::move(converter)) {}
 CodePage::~CodePage() = default;
 
-CodePage::Answer CodePage::named(const std::string& iconvName) {
+CodePage::Conversion CodePage::named(const std::string& iconvName) {
   struct Made {
     Kind kind = Kind::unknown;
     std::unique_ptr<const CodePage> page;

@@ -13,7 +13,7 @@ namespace {
 /// The package is encrypted in pieces of this length, each with a vector of its own.
 constexpr std::size_t kSegment = 4096;
 
-/// What a key or a vector is for.
+/// The purpose of a key or a vector.
 using Purpose = std::array<std::uint8_t, 8>;
 constexpr Purpose kVerifier = {0xFE, 0xA7, 0xD2, 0x76, 0x3B, 0x4B, 0x9E, 0x79};
 constexpr Purpose kVerifierHash = {0xD7, 0xAA, 0x0F, 0x6D, 0x30, 0x61, 0x34, 0x4E};
@@ -21,7 +21,7 @@ constexpr Purpose kPackageKey = {0x14, 0x6E, 0x0B, 0xE7, 0xAB, 0xAC, 0xD0, 0xD6}
 constexpr Purpose kIntegrityKey = {0x5F, 0xB2, 0xAD, 0x01, 0x0C, 0xB9, 0xE1, 0xF6};
 constexpr Purpose kIntegrityValue = {0xA0, 0x67, 0x7F, 0x02, 0xB2, 0x2C, 0x84, 0x33};
 
-/// What a password makes of a lock's encrypted values.
+/// A lock's values, decrypted with a password.
 class Opening {
  public:
   Opening(const PasswordLock& lock, std::u16string_view password) : lock_(lock), hashing_(*lock.manner.hash) {

@@ -79,7 +79,7 @@ std::uint32_t number(const xml::Scanner& scanner, Name name) {
   return number;
 }
 
-/// Encrypted bytes are whole blocks: what is there, filled up.
+/// Encrypted bytes are whole blocks: the data, filled up.
 Octets bytes(const xml::Scanner& scanner, Name name, std::size_t least, std::size_t most) {
   auto bytes = decoded(value(scanner, name));
   if (!bytes || bytes->size() < least || bytes->size() > most)

@@ -29,7 +29,7 @@ class Obfuscation final : public BinaryEncryption {
     return mixture(password);
   }
 
-  /// What is nothing, or would become nothing, stays: so the gaps of a file cannot tell the key.
+  /// Zero bytes, and bytes that would become zero, stay: so the gaps of a file cannot tell the key.
   void applyStretch(base::ByteSpan key, std::uint32_t stretch, std::size_t from,
                     std::span<std::uint8_t> bytes) const override {
     std::uint64_t position = std::uint64_t{stretch} * kStretch + from;
@@ -168,12 +168,12 @@ class Rc4BySha1 final : public Rc4 {
 
   /// Where the salt's length stands, after the header that the system's library has.
   Rc4BySha1(base::ByteSpan header, std::size_t saltSize, std::uint32_t bits)
-      : Rc4(header.first(saltSize + kBehindSalt), nettle_sha1, saltSize + kBehindSalt - SHA1_DIGEST_SIZE),
+      : Rc4(header.first(saltSize + kAfterSalt), nettle_sha1, saltSize + kAfterSalt - SHA1_DIGEST_SIZE),
         verifierAt_(saltSize + 4 + kSalt),
         keySize_(bits / 8) {}
 
   /// What follows that place, itself included.
-  static constexpr std::size_t kBehindSalt = 4 + kSalt + kVerifier + 4 + SHA1_DIGEST_SIZE;
+  static constexpr std::size_t kAfterSalt = 4 + kSalt + kVerifier + 4 + SHA1_DIGEST_SIZE;
 
  protected:
   base::SecretBytes keyWith(base::ByteSpan salt, std::u16string_view password) const override {
@@ -214,7 +214,7 @@ std::unique_ptr<BinaryEncryption> rc4BySha1(base::ByteSpan header) {
   if (bits < kFewestBits || bits > kMostBits || bits % 8 != 0)
     throw damagedEncryption("RC4 has no keys of " + std::to_string(bits) + " bits");
   const std::uint64_t salt = kLibrary + size;
-  requireSize(header, salt + Rc4BySha1::kBehindSalt);
+  requireSize(header, salt + Rc4BySha1::kAfterSalt);
   const std::size_t at = static_cast<std::size_t>(salt);
   if (base::get32(header, at) != kSalt || base::get32(header, at + 4 + kSalt + kVerifier) != SHA1_DIGEST_SIZE)
     throw damagedEncryption("its salt or hash has a length that cannot be");

@@ -12,7 +12,7 @@ namespace pluvo::encryption {
 
 enum class Algorithm : std::uint8_t { aes, tripleDes };
 
-/// What a block is mixed with, so that equal blocks do not look equal.
+/// The value that a block is mixed with, so that equal blocks do not look equal.
 enum class Chaining : std::uint8_t {
   none,    ///< nothing (ECB)
   blocks,  ///< the block before (CBC)

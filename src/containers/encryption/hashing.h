@@ -46,7 +46,7 @@ class Hashing {
   Hashing& operator=(const Hashing&) = delete;
   ~Hashing() { base::wipe(state_); }
 
-  /// The digest may be what is hashed.
+  /// The digest may be the hashed bytes themselves.
   void of(std::initializer_list<base::ByteSpan> parts, Digest& digest);
 
   enum class Counter : std::uint8_t { first, last };
@@ -72,7 +72,7 @@ base::SecretBytes bytesOf(std::u16string_view text);
 /// The same of the oldest formats: one byte of each of the first fifteen characters, of which none is 0.
 Octets bytesCounted(std::u16string_view text);
 
-/// Bytes that nobody can foretell.
+/// Unpredictable bytes.
 Octets randomBytes(std::size_t size);
 
 }  // namespace pluvo::encryption

@@ -6,7 +6,7 @@
 
 namespace pluvo::encryption {
 
-/// The two ways, from the whole stream "EncryptionInfo". What they throw is as PackageEncryption::from tells.
+/// The two ways, from the whole stream "EncryptionInfo". They throw as PackageEncryption::from does.
 std::unique_ptr<PackageEncryption> agileEncryption(base::Bytes info);
 std::unique_ptr<PackageEncryption> standardEncryption(base::Bytes info);
 
@@ -16,7 +16,7 @@ constexpr std::size_t kVersionSize = 8;
 constexpr std::size_t kLengthSize = 8;
 
 errors::DocumentError damagedEncryption(const std::string& what);
-/// Of a way, a cipher, …: what it is called.
+/// The name of a way, a cipher, ….
 errors::DocumentError unknownEncryption(const std::string& what);
 /// Where a password takes more hashes than are tried.
 errors::DocumentError tooManyTurns();
@@ -24,7 +24,7 @@ errors::DocumentError tooManyTurns();
 /// Where a key is not this package's.
 errors::DocumentError wrongKey();
 
-/// The length that the package says it has, and that many bytes behind, filled up to whole blocks. Throws
+/// The length that the package says it has, and that many bytes after, filled up to whole blocks. Throws
 /// damaged where it is shorter.
 struct Stretch {
   std::uint64_t length;

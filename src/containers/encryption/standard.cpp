@@ -18,7 +18,7 @@ using base::get32;
 constexpr std::uint32_t kTurns = 50'000;
 constexpr std::size_t kSalt = 16, kVerifier = 16, kHash = 20, kEncryptedHash = 32;
 
-/// Places in the stream behind the version, and in the header that follows its own size.
+/// Places in the stream after the version, and in the header that follows its own size.
 constexpr std::size_t kHeaderSize = 8, kHeader = 12;
 namespace header {
 constexpr std::size_t kFlags = 0, kCipher = 8, kHashing = 12, kKeyBits = 16, kLeast = 32;

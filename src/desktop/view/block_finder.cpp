@@ -102,7 +102,7 @@ void BlockFinder::add(Span text, bool isRow, bool continues, std::vector<Block>&
   found.push_back({text.from, isRow, continues});
 }
 
-/// Where a block that begins as the text does ends: behind a blank, and not within a character.
+/// Where a block that begins as the text does ends: after a blank, and not within a character.
 Position BlockFinder::cut(Span text) const {
   constexpr Position kSearched = 512;
   Position end = text.from + kLongest;

@@ -37,9 +37,9 @@ class BlockFinder {
 /// The number of the block that holds a position; the last one for the end of the text.
 template <class AnyBlock>
 std::size_t blockAt(const std::vector<AnyBlock>& blocks, Position position) {
-  const auto behind = std::upper_bound(blocks.begin(), blocks.end(), position,
-                                       [](Position p, const AnyBlock& block) { return p < block.from; });
-  return static_cast<std::size_t>(std::max<std::ptrdiff_t>(behind - blocks.begin() - 1, 0));
+  const auto after = std::upper_bound(blocks.begin(), blocks.end(), position,
+                                      [](Position p, const AnyBlock& block) { return p < block.from; });
+  return static_cast<std::size_t>(std::max<std::ptrdiff_t>(after - blocks.begin() - 1, 0));
 }
 
 }  // namespace pluvo::view

@@ -90,10 +90,10 @@ void BlockIndex::startAt(std::size_t i, Position from) {
 
 std::size_t BlockIndex::atHeight(std::int64_t y) {
   top(0);
-  const auto behind =
+  const auto after =
       std::upper_bound(blocks_.begin(), blocks_.end(), y,
                        [](std::int64_t wanted, const Entry& block) { return wanted < block.top; });
-  return static_cast<std::size_t>(std::max<std::ptrdiff_t>(behind - blocks_.begin() - 1, 0));
+  return static_cast<std::size_t>(std::max<std::ptrdiff_t>(after - blocks_.begin() - 1, 0));
 }
 
 void BlockIndex::forgetHeights() {

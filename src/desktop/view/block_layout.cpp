@@ -145,7 +145,7 @@ Position BlockLayout::before(Position position, QTextLayout::CursorMode mode) co
   return i > 0 ? lastOf(fragments_[i - 1]) : kOutside;
 }
 
-Position BlockLayout::behind(Position position, QTextLayout::CursorMode mode) const {
+Position BlockLayout::after(Position position, QTextLayout::CursorMode mode) const {
   const std::size_t i = indexOf(position);
   const Fragment& fragment = fragments_[i];
   const int place = fragment.shown.shown(position);
@@ -162,7 +162,7 @@ Position BlockLayout::beside(Position position, bool left) const {
   if (next != place) return fragment.shown.position(next);
   const bool backward = left == (fragment.layout->textOption().textDirection() != Qt::RightToLeft);
   return backward ? before(position, QTextLayout::SkipCharacters)
-                  : behind(position, QTextLayout::SkipCharacters);
+                  : after(position, QTextLayout::SkipCharacters);
 }
 
 Position BlockLayout::lineStart(Position position) const {

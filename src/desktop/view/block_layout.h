@@ -32,14 +32,14 @@ class BlockLayout {
   Position positionAt(QPointF point) const;
   /// Where an insertion point stands before the character at position.
   QRectF caret(Position position) const;
-  /// The word (and the blanks behind it) around a position, and the paragraph.
+  /// The word (and the blanks after it) around a position, and the paragraph.
   Span wordAt(Position position) const;
   Span paragraphAt(Position position) const { return fragmentOf(position).span; }
 
   /// The neighbouring insertion points within the block; kOutside when there is none.
   static constexpr Position kOutside = -1;
   Position before(Position position, QTextLayout::CursorMode mode) const;
-  Position behind(Position position, QTextLayout::CursorMode mode) const;
+  Position after(Position position, QTextLayout::CursorMode mode) const;
   /// To the left or right as seen, which is not always backward or forward.
   Position beside(Position position, bool left) const;
   /// The ends of the line that holds the position.

@@ -129,7 +129,8 @@ Span Column::paragraphAt(Position position) {
   return {index_->span(first).from, index_->span(last).to};
 }
 
-/// Makes the heights of what is seen exact, and of half a page above and below, so that scrolling is smooth.
+/// Makes the heights of the part in sight exact, and of half a page above and below, so that scrolling is
+/// smooth.
 void Column::layOutAround() {
   const int page = viewport_.height();
   const std::size_t first = index_->at(topBlock_);
@@ -157,7 +158,7 @@ void Column::keepFewLayouts() {
   layouts_.erase(layouts_.upper_bound(index_->span(to).from), layouts_.end());
 }
 
-// What is in sight.
+// The part in sight.
 
 QRectF Column::caretInBlock(Position position) {
   const Place place = placeOf(position);
@@ -268,7 +269,7 @@ bool Column::reveal(Position position) {
   return !seen;
 }
 
-/// What is between the caret and what is seen is only guessed; the way there is laid out from the caret.
+/// The heights between the caret and the part in sight are guesses; the way there is laid out from the caret.
 void Column::bringIntoSight(Position position) {
   layOutAround();
   const QRectF caret = caretInSight(position);

@@ -66,7 +66,7 @@ class Column {
   /// The whole paragraph, however many blocks it is.
   Span paragraphAt(Position position);
 
-  // What is in sight. Points are the viewport's.
+  // The part in sight. Points are the viewport's.
   qreal left() const;
   qreal width() const;
   /// The insertion point, in its block, and in the viewport, seen or not.
@@ -82,14 +82,14 @@ class Column {
   void forEachInSight(const Visit& visit);
 
   // Scrolling.
-  /// What a scroll bar shows, in pixels.
+  /// The values of a scroll bar, in pixels.
   struct Bar {
     int last = 0;
     int page = 0;
     int step = 0;
     int value = 0;
   };
-  /// Lays out what is in sight, and tells where that is.
+  /// Lays out the part in sight, and tells where that is.
   Bar bar();
   void scrollTo(int value);
   void scrollToEnd();
@@ -114,7 +114,7 @@ class Column {
   std::unique_ptr<BlockIndex> index_;
   std::map<Position, std::unique_ptr<BlockLayout>> layouts_;
   QSize viewport_;
-  /// What stands at the top of the viewport: a block, and how many pixels of it are above.
+  /// The top of the viewport: a block, and how many pixels of it are above.
   Position topBlock_ = 0;
   int topOffset_ = 0;
 };

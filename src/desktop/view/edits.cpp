@@ -15,9 +15,9 @@ void Edits::add(Span span, Position newLength) {
     edit.to = std::max(edit.to, last->to + growth);
     edit.growth += last->growth;
   }
-  for (auto behind = last; behind != edits_.end(); ++behind) {
-    behind->from += growth;
-    behind->to += growth;
+  for (auto after = last; after != edits_.end(); ++after) {
+    after->from += growth;
+    after->to += growth;
   }
   if (first == last) {
     edits_.insert(first, edit);
@@ -40,10 +40,10 @@ std::vector<Exchange> Edits::exchanges() const {
 }
 
 Position positionAfter(const std::vector<Exchange>& exchanges, Position before) {
-  const auto behind = std::upper_bound(exchanges.begin(), exchanges.end(), before,
-                                       [](Position p, const Exchange& one) { return p < one.gone.from; });
-  if (behind == exchanges.begin()) return before;
-  const Exchange& last = *std::prev(behind);
+  const auto after = std::upper_bound(exchanges.begin(), exchanges.end(), before,
+                                      [](Position p, const Exchange& one) { return p < one.gone.from; });
+  if (after == exchanges.begin()) return before;
+  const Exchange& last = *std::prev(after);
   return before < last.gone.to ? last.come.from : before - last.gone.to + last.come.to;
 }
 

@@ -11,7 +11,7 @@
 
 namespace pluvo::view {
 
-/// What a window shows a document with.
+/// The looks with which a window shows a document.
 struct Looks {
   QFont font;
   /// By original position; empty where the format tells of none.
@@ -29,7 +29,7 @@ struct Looks {
                                           const formats::Appearance& paragraph) const;
 };
 
-/// Word's sixteen colours by their index; none for 0 and for what is no index.
+/// Word's sixteen colours by their index; none for 0 and for values that are no index.
 QColor highlightColour(int index);
 /// Red and green that can be read on the colour.
 void colourChanges(Looks& looks, const QColor& background);

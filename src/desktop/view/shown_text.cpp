@@ -8,7 +8,7 @@ namespace {
 
 constexpr char16_t kReplacement = 0xFFFD;
 
-/// What stands on screen for a character of the document.
+/// The character on screen for one of the document.
 char16_t glyphOf(char16_t unit) {
   switch (unit) {
     case text::kTab:
@@ -54,10 +54,10 @@ ShownText::ShownText(const document::Story& story, Span span, text::View view) {
 }
 
 Position ShownText::position(int shown) const {
-  const auto behind = std::upper_bound(parts_.begin(), parts_.end(), shown,
-                                       [](int place, const Part& part) { return place < part.shown; });
-  if (behind == parts_.begin()) return end_;
-  const Part& part = *std::prev(behind);
+  const auto after = std::upper_bound(parts_.begin(), parts_.end(), shown,
+                                      [](int place, const Part& part) { return place < part.shown; });
+  if (after == parts_.begin()) return end_;
+  const Part& part = *std::prev(after);
   const int within = shown - part.shown;
   return within < part.length ? part.position + within : end_;
 }

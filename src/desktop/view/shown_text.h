@@ -11,7 +11,7 @@ namespace pluvo::view {
 using text::Position;
 using text::Span;
 
-/// What a view shows of a stretch of text within one paragraph, and which character stands where. One unit
+/// The text on screen of a stretch within one paragraph, and which character stands where. One unit
 /// shown is one unit of the document.
 class ShownText {
  public:
@@ -19,7 +19,7 @@ class ShownText {
   ShownText(const document::Story& story, Span span, text::View view);
 
   const QString& text() const { return text_; }
-  /// The document's position of a place in the text shown; behind the last unit, that of the mark, or the
+  /// The document's position of a place in the text shown; after the last unit, that of the mark, or the
   /// end.
   Position position(int shown) const;
   /// The place of a position; of one that is not shown, that of the next one that is.

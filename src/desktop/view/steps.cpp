@@ -14,7 +14,7 @@ Position Steps::neighbour(Position position, bool forward, bool words) {
   const Column::Place place = column_.placeOf(position);
   Position next = BlockLayout::kOutside;
   if (!place.layout.empty())
-    next = forward ? place.layout.behind(position, mode) : place.layout.before(position, mode);
+    next = forward ? place.layout.after(position, mode) : place.layout.before(position, mode);
   std::size_t block = place.block;
   while (next == BlockLayout::kOutside) {
     if (forward ? block + 1 >= column_.count() : block == 0) return position;

@@ -18,7 +18,7 @@ class StoryBar final : public QWidget {
 
   /// The story of this number is shown; the bar is hidden over main text.
   void tell(const document::Document& document, std::size_t story);
-  /// What it says.
+  /// Its text.
   QString text() const { return name_->text(); }
 
   /// The user wants another one.

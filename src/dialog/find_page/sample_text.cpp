@@ -48,7 +48,7 @@ SampleText::SampleText(std::u16string begin, std::u16string end, std::u16string 
       end_(withMark(std::move(end))) {
   if (end_.empty()) return;
   gapBefore_ = kUnknown;
-  if (!inside_.empty()) gapBehind_ = kUnknown;
+  if (!inside_.empty()) gapAfter_ = kUnknown;
 }
 
 std::u16string SampleText::print() const {

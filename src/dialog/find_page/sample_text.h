@@ -28,12 +28,12 @@ class SampleText {
 
  private:
   SampleText() = default;
-  std::u16string joined() const { return begin_ + gapBefore_ + inside_ + gapBehind_ + end_; }
+  std::u16string joined() const { return begin_ + gapBefore_ + inside_ + gapAfter_ + end_; }
 
   std::u16string begin_;
   std::u16string gapBefore_;
   std::u16string inside_;
-  std::u16string gapBehind_;
+  std::u16string gapAfter_;
   std::u16string end_;
 };
 

@@ -58,9 +58,9 @@ void TextBoxes::keyUp(forms::TextBox& box, std::int16_t code, std::int16_t shift
 
 void TextBoxes::mouseUp(forms::TextBox& box, std::int16_t button) {
   if (button != forms::kRight) return;
-  const forms::Answer answer = boxes_.show(u"Insert Highlighted Data?", forms::Buttons::yesNo,
-                                           u"Right-Click Paste Selection Operation");
-  if (answer == forms::Answer::yes) box.Text(selectionOf(application_())->Text());
+  const forms::BoxAnswer answer = boxes_.show(u"Insert Highlighted Data?", forms::Buttons::yesNo,
+                                              u"Right-Click Paste Selection Operation");
+  if (answer == forms::BoxAnswer::yes) box.Text(selectionOf(application_())->Text());
 }
 
 }  // namespace pluvo::dialog

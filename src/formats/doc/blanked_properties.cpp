@@ -66,11 +66,11 @@ Holder readSet(ByteSpan stream, bool isSummary) {
 
 /// Title, subject, key words and comments a second time.
 Holder readTitles(ByteSpan table) {
-  constexpr std::size_t kFirst = 2, kBehindLast = 6;
+  constexpr std::size_t kFirst = 2, kAfterLast = 6;
   Holder holder(table);
   std::size_t i = 0;
   forEachString(table, [&](std::size_t at, ByteSpan units) {
-    if (i >= kFirst && i < kBehindLast) {
+    if (i >= kFirst && i < kAfterLast) {
       Holder::Value value{unitsOf(units), {}, true};
       for (std::size_t unit = 0; unit <= value.text.size(); ++unit) value.places.push_back(at + unit * 2);
       holder.values.push_back(std::move(value));
@@ -111,7 +111,7 @@ BlankedProperties blankedProperties(const cfb::CompoundFile& file, const Text& e
     try {
       sets.push_back({*id, readSet(file.read(*id).view, name == kSummary)});
     } catch (const errors::DocumentError&) {
-      continue;  // nobody can read it, so it tells nothing
+      continue;  // it cannot be read, so it tells nothing
     }
   }
   Holder titles = readTitles(edited.in(Table::titles));

@@ -10,7 +10,7 @@
 
 namespace pluvo::doc {
 
-/// What a document says of itself beside its text, without what was deleted from the text. Each is as long as
+/// The properties of a document, without words deleted from its text. Each is as long as
 /// it was.
 struct BlankedProperties {
   struct Stream {

@@ -17,7 +17,7 @@ namespace {
 constexpr std::size_t kReplies = 112, kNames = 37, kBegins = 42, kEnds = 43;
 constexpr std::size_t kCommentElement = 30, kTag = 26;
 
-/// What a comment replies to is told by how many comments lie between.
+/// A comment names the one it replies to by the number of comments between.
 void removeReplies(const std::vector<bool>& gone, NewTables& tables) {
   constexpr std::size_t kSize = 18, kDepth = 6, kParent = 10;
   const base::ByteSpan old = tables.now(kReplies);

@@ -8,7 +8,7 @@
 
 namespace pluvo::doc {
 
-/// What is wrong with a document, by kinds: how often there is each, and where the first one is.
+/// The defects of a document by kind: how many of each, and where the first one is.
 class Defects {
  public:
   /// The kind is told apart by its text and by the number of a table.

@@ -43,7 +43,7 @@ constexpr std::size_t kPage = FormattedPages::kPage;
 
 std::size_t pagesFor(std::size_t bytes) { return (bytes + kPage - 1) / kPage; }
 
-/// Where new text may begin: behind the stream. Some tables of formatting reach a little beyond it.
+/// Where new text may begin: after the stream. Some tables of formatting reach a little beyond it.
 std::uint32_t newTextFrom(const Text& text) {
   constexpr std::size_t kMostBeyond = 0x10000;
   std::size_t from = text.document.size();
@@ -209,7 +209,7 @@ class DocumentWriter {
     }
   }
 
-  /// Puts new text and new pages behind the stream.
+  /// Puts new text and new pages after the stream.
   void append(const std::vector<Recoloured>& recoloured) {
     stream_.resize(newText_.from());
     newText_.write(stream_);

@@ -27,7 +27,7 @@ struct NewStreams {
 };
 
 /// Carries the edits of a document over to its streams as a word processor does that saves only what changed:
-/// new text and new pages of formatting come behind what there is, and the table of pieces leads to them.
+/// new text and new pages of formatting come after the old bytes, and the table of pieces leads to them.
 /// Bytes that stay in use stay where they are; those of deleted text become zeros.
 ///
 /// A template's glossary lies in the same streams, and has its formatting in the same pages; null where there

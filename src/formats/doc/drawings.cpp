@@ -25,26 +25,26 @@ void tellText(ByteSpan bytes, const std::function<void(std::u16string_view)>& te
   if (!text.empty()) tell(text);
 }
 
-/// Options of six bytes each; what is longer follows them all.
+/// Options of six bytes each; longer values follow them all.
 void tellOptions(ByteSpan bytes, std::size_t count, const DrawingTexts& texts) {
   constexpr std::size_t kOption = 6;
-  std::size_t behind = count * kOption;
+  std::size_t after = count * kOption;
   for (std::size_t i = 0; i < count && (i + 1) * kOption <= bytes.size(); ++i) {
     const std::uint16_t option = get16(bytes, i * kOption);
     if ((option & kIsLong) == 0) continue;
     const std::size_t size = get32(bytes, i * kOption + 2);
-    if (behind > bytes.size() || size > bytes.size() - behind) return;
-    const ByteSpan value = bytes.subspan(behind, size);
+    if (after > bytes.size() || size > bytes.size() - after) return;
+    const ByteSpan value = bytes.subspan(after, size);
     if ((option & kNumber) == kWordArt) tellText(value, texts.wordArt);
     if ((option & kNumber) == kDescription) tellText(value, texts.description);
-    behind += size;
+    after += size;
   }
 }
 
 }  // namespace
 
 void tellDrawings(ByteSpan records, const DrawingTexts& texts) {
-  // Containers are entered by going on behind their heads, so that no depth is needed.
+  // Containers are entered by going on after their heads, so that no depth is needed.
   for (std::size_t at = 0; at + kHead <= records.size();) {
     const std::uint16_t head = get16(records, at);
     const std::uint16_t type = get16(records, at + 2);

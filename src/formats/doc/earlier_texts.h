@@ -7,7 +7,7 @@
 
 namespace pluvo::doc {
 
-/// Text that no piece uses any more, as saving only what changed leaves behind: what was deleted, and what
+/// Text that no piece uses any more, as a fast save leaves it: what was deleted, and what
 /// was replaced.
 void forEachEarlierText(const Text& text, const std::function<void(std::u16string_view)>& visit);
 

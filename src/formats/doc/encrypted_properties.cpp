@@ -17,7 +17,7 @@ constexpr std::size_t kSize = 4, kBlock = 8, kNameLength = 10, kName = 16;
 
 errors::DocumentError damagedList() { return damaged("list of encrypted properties leads nowhere"); }
 
-/// What the list names.
+/// The streams that the list names.
 std::vector<PropertyStretch> stretchesIn(base::ByteSpan list) {
   if (list.size() < 4) throw damagedList();
   std::vector<PropertyStretch> stretches;

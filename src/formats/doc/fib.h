@@ -11,11 +11,11 @@
 
 namespace pluvo::doc {
 
-/// The texts of a document, in the order in which they lie behind each other.
+/// The texts of a document, in the order in which they lie.
 enum class Part : std::uint8_t { main, footnotes, headers, macros, comments, endnotes, boxes, headerBoxes };
 inline constexpr std::size_t kParts = 8;
 
-/// What lies in the table stream, by its number in the information block.
+/// The tables in the table stream, by their numbers in the information block.
 enum class Table : std::uint8_t {
   styles = 1,
   footnoteReferences = 2,
@@ -40,7 +40,7 @@ enum class Table : std::uint8_t {
   variables = 60,
 };
 
-/// The file information block, with which the WordDocument stream begins: what the document is and where
+/// The file information block, with which the WordDocument stream begins: the document's kind, and where
 /// everything lies.
 class Fib {
  public:

@@ -59,22 +59,22 @@ FormattedPages::Run FormattedPages::at(std::uint32_t byte, Place& last) const {
   if (!holds(last.entry)) {
     last.run = 0;
     if (!holds(++last.entry)) {
-      const auto behind = std::ranges::upper_bound(entries_, byte, {}, &Entry::from);
-      if (behind == entries_.begin()) return {0, entries_.empty() ? kEnd : behind->from, 0, {}};
-      last.entry = static_cast<std::size_t>(behind - entries_.begin()) - 1;
-      if (behind == entries_.end()) return {entries_[last.entry].from, kEnd, 0, {}};
+      const auto after = std::ranges::upper_bound(entries_, byte, {}, &Entry::from);
+      if (after == entries_.begin()) return {0, entries_.empty() ? kEnd : after->from, 0, {}};
+      last.entry = static_cast<std::size_t>(after - entries_.begin()) - 1;
+      if (after == entries_.end()) return {entries_[last.entry].from, kEnd, 0, {}};
     }
   }
   return onPage(byte, last);
 }
 
 FormattedPages::Extent FormattedPages::soundPageAt(std::uint32_t byte) const {
-  const auto behind = std::ranges::upper_bound(entries_, byte, {}, &Entry::from);
-  if (behind == entries_.begin() || behind == entries_.end()) return {};
-  const auto entry = static_cast<std::size_t>(behind - entries_.begin()) - 1;
+  const auto after = std::ranges::upper_bound(entries_, byte, {}, &Entry::from);
+  if (after == entries_.begin() || after == entries_.end()) return {};
+  const auto entry = static_cast<std::size_t>(after - entries_.begin()) - 1;
   if (!isPage(entry)) return {};
   const base::ByteSpan page = document_.subspan(std::size_t{entries_[entry].page} * kPage, kPage);
-  const Extent extent{entries_[entry].from, behind->from};
+  const Extent extent{entries_[entry].from, after->from};
   const std::size_t end = page[kPage - 1] * std::size_t{4};
   return get32(page, 0) == extent.from && get32(page, end) == extent.to ? extent : Extent{};
 }
@@ -85,16 +85,16 @@ FormattedPages::Run FormattedPages::onPage(std::uint32_t byte, Place& place) con
   const std::size_t count = page[kPage - 1];
   const std::size_t element = of_ == Of::characters ? 1 : kParagraphElement;
   if ((count + 1) * 4 + count * element > kPage - 1) return run;
-  const auto isBehind = [&](std::size_t i) { return get32(page, i * 4) > byte; };
-  // The first place that is behind the byte.
+  const auto isAfter = [&](std::size_t i) { return get32(page, i * 4) > byte; };
+  // The first place that is after the byte.
   std::size_t low = 0;
   std::size_t high = count + 1;
-  if (place.run < count && !isBehind(place.run)) low = place.run + 1;
-  if (low < count && !isBehind(low)) ++low;
-  if (low <= count && isBehind(low)) high = low;
+  if (place.run < count && !isAfter(place.run)) low = place.run + 1;
+  if (low < count && !isAfter(low)) ++low;
+  if (low <= count && isAfter(low)) high = low;
   while (low < high) {
     const std::size_t middle = (low + high) / 2;
-    if (isBehind(middle)) {
+    if (isAfter(middle)) {
       high = middle;
     } else {
       low = middle + 1;

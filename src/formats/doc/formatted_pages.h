@@ -67,7 +67,7 @@ class FormattedPages {
 
   Of of_;
   base::ByteSpan document_;
-  std::vector<Entry> entries_;  ///< and one behind the last
+  std::vector<Entry> entries_;  ///< and one after the last
 };
 
 }  // namespace pluvo::doc

@@ -32,7 +32,7 @@ class GoneTexts {
   std::size_t longest_ = 0;
   std::set<std::u16string, std::less<>> words_;
   std::set<std::u16string, std::less<>> phrases_;
-  std::u16string standing_;  ///< what is not yet looked at
+  std::u16string standing_;  ///< the text not looked at yet
 };
 
 }  // namespace pluvo::doc

@@ -42,8 +42,8 @@ Headers::Headers(const Text& text) {
     order.emplace_back(span.from, i / kKinds);
   }
   for (std::size_t i = 0; i < shapes.count(); ++i) {
-    const auto behind = std::ranges::upper_bound(order, shapes.place(i), {}, &Order::value_type::first);
-    const std::size_t section = behind == order.begin() ? 0 : (behind - 1)->second;
+    const auto after = std::ranges::upper_bound(order, shapes.place(i), {}, &Order::value_type::first);
+    const std::size_t section = after == order.begin() ? 0 : (after - 1)->second;
     if (section < mayGo_.size()) mayGo_[section] = false;
   }
   // A text that a section had from before would come after others of its own.

@@ -31,7 +31,7 @@ class Headers {
 
   /// The table as it is when section breaks go, and what texts go then.
   struct Left {
-    std::vector<std::optional<text::Span>> texts;  ///< in the order of the table, behind the separators
+    std::vector<std::optional<text::Span>> texts;  ///< in the order of the table, after the separators
     std::vector<text::Span> gone;
   };
   /// Nothing where no section break goes, and throws DocumentError (unsupported) where one may not.

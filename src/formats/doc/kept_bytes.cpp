@@ -136,7 +136,7 @@ std::string firstMoved(const Text& original, const Text& edited) {
     blocks.add(block.at, block.end);
     for (const Table table : {Table::characterPages, Table::paragraphPages})
       if (block.table(table) != after.table(table) || block.used != after.used)
-        return "second information block does not say what the first one says";
+        return "second information block contradicts the first one";
   }
   for (Stretches* each : {&used, &blocks}) each->sort();
   std::string moved;

@@ -82,7 +82,7 @@ void applyOne(std::uint16_t property, base::ByteSpan operand, const CharacterLoo
   }
 }
 
-/// Of a style what it looks like; what a character is stays.
+/// Takes the looks of a style, not the kind of character.
 void takeLookOf(const CharacterLook& style, CharacterLook& look) {
   look.bold = style.bold;
   look.italic = style.italic;
@@ -96,7 +96,7 @@ void applyHuge(base::ByteSpan operand, base::ByteSpan data, ParagraphLook& look)
   const std::size_t at = base::get32(operand, 0);
   if (at > data.size() || data.size() - at < 2) return;
   const std::size_t size = base::get16(data, at);
-  // What lies there leads nowhere else.
+  // Properties there lead nowhere else.
   if (size <= data.size() - at - 2) apply(data.subspan(at + 2, size), {}, look);
 }
 

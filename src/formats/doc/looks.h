@@ -8,7 +8,7 @@
 
 namespace pluvo::doc {
 
-/// What the properties of a character say, so far as it is of interest here.
+/// The properties of a character that matter here.
 struct CharacterLook {
   bool bold = false;
   bool italic = false;
@@ -20,11 +20,11 @@ struct CharacterLook {
   bool special = false;        ///< a character below 32 stands for something, and is no text
   char16_t symbol = 0;         ///< stands in its place where it is special
   std::uint8_t highlight = 0;  ///< Word's colour index
-  bool isData = false;         ///< what stands for a picture holds a form's data
+  bool isData = false;         ///< the picture's character holds a form's data
   std::optional<std::uint32_t> picture = std::nullopt;  ///< where in the Data stream it lies
 };
 
-/// What the properties of a paragraph say, and of the row that it ends.
+/// The properties of a paragraph that matter here, and of the row that it ends.
 struct ParagraphLook {
   std::uint16_t style = 0;
   bool inTable = false;
@@ -42,7 +42,7 @@ struct ParagraphLook {
   static constexpr std::uint8_t kNoOutline = 9;
 };
 
-/// Has a paragraph's properties say what they say. What is too long for a page lies in the Data stream.
+/// Has a paragraph's properties say what they say. Properties too long for a page lie in the Data stream.
 void apply(base::ByteSpan properties, base::ByteSpan data, ParagraphLook& look);
 
 class Styles;
@@ -50,7 +50,7 @@ class Styles;
 /// The same of characters that stand in a paragraph of a style.
 void apply(base::ByteSpan properties, const Styles& styles, std::uint16_t paragraphStyle,
            CharacterLook& look);
-/// Of a style itself. What it only turns round it turns round against the one it is based on.
+/// Of a style itself. Its toggles are relative to the style it is based on.
 void apply(base::ByteSpan properties, CharacterLook& look);
 
 }  // namespace pluvo::doc

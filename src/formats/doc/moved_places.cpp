@@ -27,13 +27,13 @@ void MovedPlaces::add(Position at, Position come, Position go) {
 }
 
 const MovedPlaces::Change* MovedPlaces::lastUpTo(Position at) const {
-  const auto behind = std::ranges::upper_bound(changes_, at, {}, &Change::at);
-  return behind == changes_.begin() ? nullptr : &*(behind - 1);
+  const auto after = std::ranges::upper_bound(changes_, at, {}, &Change::at);
+  return after == changes_.begin() ? nullptr : &*(after - 1);
 }
 
 const MovedPlaces::Change* MovedPlaces::lastBefore(Position at) const {
-  const auto behind = std::ranges::lower_bound(changes_, at, {}, &Change::at);
-  return behind == changes_.begin() ? nullptr : &*(behind - 1);
+  const auto after = std::ranges::lower_bound(changes_, at, {}, &Change::at);
+  return after == changes_.begin() ? nullptr : &*(after - 1);
 }
 
 bool MovedPlaces::isGone(Position at) const {
@@ -53,15 +53,15 @@ bool MovedPlaces::areGone(Span span) const {
 Position MovedPlaces::character(Position at) const {
   const Change* const last = lastUpTo(at);
   if (last == nullptr) return at;
-  const Position behind = std::max(at, last->at + last->go);
-  return behind + last->shift + last->come - last->go;
+  const Position after = std::max(at, last->at + last->go);
+  return after + last->shift + last->come - last->go;
 }
 
 Position MovedPlaces::boundary(Position at) const {
   const Change* const last = lastBefore(at);
   if (last == nullptr) return at;
-  const Position behind = std::max(at, last->at + last->go);
-  return behind + last->shift + last->come - last->go;
+  const Position after = std::max(at, last->at + last->go);
+  return after + last->shift + last->come - last->go;
 }
 
 std::vector<Span> MovedPlaces::gone() const {

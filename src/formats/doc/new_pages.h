@@ -21,12 +21,12 @@ struct Recoloured {
 /// The pages of formatting that a new version has besides those there are.
 class NewPages {
  public:
-  /// What is recoloured comes in the order of its bytes. All must outlive this.
+  /// Recoloured stretches come in the order of their bytes. All must outlive this.
   NewPages(const FormattedPages& old, std::span<const Recoloured> recoloured, const Styles& styles,
            const NewText& newText)
       : old_(old), recoloured_(recoloured), styles_(styles), newText_(newText) {}
 
-  /// Puts them behind the stream, and returns the table that leads to all pages.
+  /// Puts them after the stream, and returns the table that leads to all pages.
   std::string write(std::vector<std::uint8_t>& stream) const;
 
  private:

@@ -13,7 +13,7 @@ constexpr unsigned kOfParagraph = 1, kOfCharacter = 2;
 
 unsigned subjectOf(std::uint16_t property) { return property >> 10U & 7U; }
 
-/// What a character is, and not how it looks.
+/// Properties for the kind of a character, not for its looks.
 constexpr std::array<std::uint16_t, 9> kSpecials = {code::kSpecial,  code::kPicture, code::kObject,
                                                     code::kOle,      code::kData,    code::kSymbol,
                                                     code::kLocation, code::kField,   code::kControl};
@@ -58,7 +58,7 @@ std::string forNewParagraph(base::ByteSpan properties) {
     isHuge = isHuge || property == code::kHuge || property == code::kOldHuge;
     return subjectOf(property) == kOfParagraph && !isIn(kOfStructure, property);
   });
-  // What lies elsewhere may say it again.
+  // Properties elsewhere may say it again.
   if (isHuge)
     for (const std::uint16_t property : kOfStructure) kept += flag(property, false);
   return kept;

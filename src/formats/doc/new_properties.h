@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <string>
 
-/// Properties for what an edit makes, from those of what is there.
+/// Properties of edited text, made from the old ones.
 namespace pluvo::doc {
 
 inline std::string stringOf(base::ByteSpan bytes) { return {bytes.begin(), bytes.end()}; }
@@ -26,7 +26,7 @@ std::string forNewParagraph(base::ByteSpan properties);
 /// A new paragraph's properties in tables of another depth.
 std::string atDepth(const std::string& properties, std::int32_t depth);
 
-/// The properties with a highlight in the place of what they have.
+/// The properties with another highlight.
 std::string withoutHighlight(base::ByteSpan properties);
 std::string highlightProperty(std::uint8_t colour);
 

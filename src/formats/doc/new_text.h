@@ -9,7 +9,7 @@
 
 namespace pluvo::doc {
 
-/// Text that comes behind all there is in the WordDocument stream, and how it looks.
+/// Text that comes after all there is in the WordDocument stream, and how it looks.
 ///
 /// A stretch that does not end in a paragraph mark has no end of formatting at its end: this would end a
 /// paragraph there. What follows it lies in the same run, or a mark that no piece stands for.
@@ -39,7 +39,7 @@ class NewText {
 
   /// Puts the text into a stream that ends where it begins.
   void write(std::vector<std::uint8_t>& document);
-  /// Writes how it looks. What lies before it from a byte on looks like nothing.
+  /// Writes how it looks. Bytes before it, from a byte on, have no looks.
   void writePages(FormattedPages::Of of, std::uint32_t from, PageWriter& pages) const;
 
  private:

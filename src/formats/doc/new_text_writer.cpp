@@ -69,7 +69,7 @@ std::int32_t NewTextWriter::depthAt(Position edited) const {
 
 void NewTextWriter::put(const Step& step, NewPieces& pieces) {
   const Position beside = place_.from + step.original;
-  const Position before = beside + (step.behind ? 1 : 0);
+  const Position before = beside + (step.after ? 1 : 0);
   const bool deleted = story_.structure().valueAt(step.at).deleted;
   const Characters characters = charactersAt(beside, deleted);
 

@@ -42,7 +42,7 @@ constexpr std::array kByStream = {
     Kind{"PerfectOffice_MAIN", "a WordPerfect document"},
 };
 
-/// The same of what no word processor opens.
+/// The same for files that no word processor opens.
 constexpr std::array kOfOtherPrograms = {
     Kind{"Workbook", "a spreadsheet of Excel (.xls)"},
     Kind{"Book", "a spreadsheet of Excel (.xls)"},

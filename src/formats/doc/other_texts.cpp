@@ -123,10 +123,10 @@ class Teller {
     } catch (const errors::DocumentError& broken) {
       texts_.damaged("encrypted properties", broken.what());
     }
-    // Title, subject, key words and the like a second time; the password among them is nobody's concern.
-    constexpr std::size_t kFirst = 2, kBehindLast = 8;
+    // Title, subject, key words and the like a second time; the password among them is not shown.
+    constexpr std::size_t kFirst = 2, kAfterLast = 8;
     const auto titles = stringsIn(text_.in(Table::titles));
-    for (std::size_t i = kFirst; i < std::min(kBehindLast, titles.size()); ++i) tell(titles[i]);
+    for (std::size_t i = kFirst; i < std::min(kAfterLast, titles.size()); ++i) tell(titles[i]);
   }
 
   void variables() {

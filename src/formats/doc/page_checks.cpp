@@ -87,8 +87,8 @@ bool areWhole(ByteSpan properties) {
 }
 
 bool PageFacts::isSpecial(std::uint32_t byte) const {
-  const auto behind = std::ranges::upper_bound(special, byte, {}, &Stretch::from);
-  return behind != special.begin() && byte < (behind - 1)->to;
+  const auto after = std::ranges::upper_bound(special, byte, {}, &Stretch::from);
+  return after != special.begin() && byte < (after - 1)->to;
 }
 
 PageFacts checkPages(const Text& text, Defects& defects) {

@@ -8,7 +8,7 @@
 
 namespace pluvo::doc {
 
-/// What the pages of formatting say that the text must agree with, by bytes of the WordDocument stream.
+/// The facts in pages of formatting that the text must agree with, by bytes of the WordDocument stream.
 struct PageFacts {
   struct Stretch {
     std::uint32_t from = 0;

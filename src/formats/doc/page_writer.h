@@ -10,7 +10,7 @@
 
 namespace pluvo::doc {
 
-/// Packs runs of formatting into pages, and puts these behind the WordDocument stream.
+/// Packs runs of formatting into pages, and puts these after the WordDocument stream.
 class PageWriter {
  public:
   using Run = FormattedPages::Run;
@@ -21,7 +21,7 @@ class PageWriter {
 
   /// The runs front to back, without gaps. Of characters those with the same properties become one.
   void add(const Run& run);
-  /// Ends the page at hand, as does whoever leaves out bytes.
+  /// Ends the page at hand; so does leaving out bytes.
   void endPage();
 
   /// From which byte on each page is for the text.

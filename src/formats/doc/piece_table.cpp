@@ -52,8 +52,8 @@ PieceTable PieceTable::read(base::ByteSpan bytes, base::ByteSpan document) {
 }
 
 std::size_t PieceTable::indexAt(text::Position at) const {
-  const auto behind = std::ranges::upper_bound(pieces_, at, {}, &Piece::from);
-  return static_cast<std::size_t>(behind - pieces_.begin()) - 1;
+  const auto after = std::ranges::upper_bound(pieces_, at, {}, &Piece::from);
+  return static_cast<std::size_t>(after - pieces_.begin()) - 1;
 }
 
 base::ByteSpan PieceTable::properties(std::uint16_t prm, std::array<std::uint8_t, 3>& room) const {

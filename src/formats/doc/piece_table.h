@@ -52,7 +52,7 @@ class PieceTable {
   std::vector<base::ByteSpan> groups_;
 };
 
-/// What a byte of narrow text stands for.
+/// The character of a byte of narrow text.
 char16_t fromNarrow(std::uint8_t byte);
 
 }  // namespace pluvo::doc

@@ -20,7 +20,7 @@ inline char16_t unitAt(const PieceTable& pieces, base::ByteSpan document, text::
 
 inline constexpr text::Position kBlock = 32;
 
-/// Whether a block of units of so many bytes has a control character; no branch depends on what it has.
+/// Whether a block of units of so many bytes has a control character; no branch depends on the units.
 template <std::size_t Width>
 bool hasControl(const std::uint8_t* bytes) {
   unsigned found = 0;

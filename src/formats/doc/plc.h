@@ -16,7 +16,7 @@ class Plc {
         count_(bytes.size() < 4 ? 0 : (bytes.size() - 4) / (4 + elementSize)) {}
 
   std::size_t count() const { return count_; }
-  /// Of the element, or behind the last one. Whatever the file says: maybe outside the text.
+  /// Of the element, or after the last one. Whatever the file says: maybe outside the text.
   text::Position place(std::size_t i) const {
     return static_cast<text::Position>(base::get32(bytes_, i * 4));
   }

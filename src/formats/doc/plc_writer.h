@@ -19,7 +19,7 @@ class PlcWriter {
   }
   std::size_t count() const { return count_; }
 
-  /// With the place behind the last element; none where there is no element.
+  /// With the place after the last element; none where there is no element.
   std::string bytes(text::Position last) const {
     if (count_ == 0) return {};
     std::string all = places_;

@@ -25,7 +25,8 @@ inline constexpr std::uint16_t kDeleted = 0x0800, kInserted = 0x0801, kData = 0x
 inline constexpr std::uint16_t kRowDefinition = 0xD608, kTabs = 0xC615;
 }  // namespace code
 
-/// The properties in a row of bytes: visit(code, operand, all its bytes). What is cut off is left out.
+/// The properties in a row of bytes: visit(code, operand, all its bytes). A property that is cut off is left
+/// out.
 template <class Visit>
 void forEachWholeProperty(base::ByteSpan bytes, Visit visit) {
   std::size_t at = 0;
@@ -81,7 +82,7 @@ void forEachProperty(base::ByteSpan bytes, Visit visit) {
   });
 }
 
-/// The code of a property that a piece has by its short number; 0 for what is of no interest here.
+/// The code of a property that a piece has by its short number; 0 for those of no interest here.
 constexpr std::uint16_t codeOfShort(std::uint8_t number) {
   switch (number) {
     case 0x05:

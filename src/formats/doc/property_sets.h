@@ -25,8 +25,8 @@ struct PropertyText {
   std::span<const std::size_t> places = {};
 };
 
-/// Tells the texts of a stream of properties, and whether it holds a thumbnail. What cannot be read is left
-/// out.
+/// Tells the texts of a stream of properties, and whether it holds a thumbnail. Values that cannot be read
+/// are left out.
 struct PropertyTexts {
   std::function<void(const PropertyText&)> text;
   std::function<void()> thumbnail;

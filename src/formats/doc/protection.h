@@ -9,7 +9,7 @@ namespace pluvo::doc {
 
 /// The protection against editing that a document enforces.
 std::optional<formats::Protection> protectionOf(const Text& text);
-/// Whether whoever changes it is to give a password, which it holds in plain, or to read it only.
+/// Whether a password, which it holds in plain, is asked for before changes, or reading only is recommended.
 std::optional<formats::Reservation> reservationOf(const Text& text);
 
 }  // namespace pluvo::doc

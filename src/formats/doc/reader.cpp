@@ -18,7 +18,7 @@ constexpr char16_t kStrayMark = 0xFFFD;
 constexpr char16_t kSymbol = u'(';
 constexpr char16_t kShape = 8;
 
-/// What is said of the places that cannot be edited as others, in the order of their kinds.
+/// The restrictions of places that cannot be edited as others, in the order of their kinds.
 constexpr std::array<std::pair<document::Restriction::Of, std::string_view>, 6> kSentences = {
     {{document::Restriction::Of::removal,
       "A drawing or a text box is anchored in this text, and would lose its place. Move or delete it in a "
@@ -40,7 +40,7 @@ constexpr std::array<std::pair<document::Restriction::Of, std::string_view>, 6> 
 
 bool isFieldUnit(char16_t unit) { return unit >= text::kFieldBegin && unit <= text::kFieldEnd; }
 
-/// No branch depends on what the units are.
+/// No branch depends on the units.
 bool haveFieldUnit(std::u16string_view units) {
   unsigned found = 0;
   for (const char16_t unit : units) found |= isFieldUnit(unit) ? 1U : 0U;
@@ -127,7 +127,7 @@ void TextReader::special(Position at, std::u16string_view units, const Character
     } else if (look.special && unit == kSymbol && look.symbol != 0) {
       add({&look.symbol, 1}, now);
     } else {
-      // Nobody sees where a comment is anchored, so a text is found across it.
+      // A comment's anchor is not visible, so a text is found across it.
       const bool isComment = look.special && unit == text::kCommentReference;
       now.hidden = now.hidden || isComment;
       if (isComment && kind_ == word::wdCommentsStory) restrict(Odd::comment, now);
@@ -161,7 +161,7 @@ void TextReader::mark(Position at, Mark mark, std::int32_t depth, const Characte
   if (depth == 0 || endsRow) settle();
 }
 
-/// Hands on what is kept.
+/// Hands on the kept text.
 void TextReader::settle() {
   settleMarks();
   auto run = runs_.begin();

@@ -32,7 +32,7 @@ class TextReader final : public Events {
     char16_t fieldMark = 0;
     std::size_t count = 0;
   };
-  /// What a character is that cannot be edited as others are, with the number of the restriction.
+  /// A kind of character that cannot be edited as others are, with the number of the restriction.
   enum class Odd : std::uint8_t { shape, comment, section, field, row, end };
   struct Paragraph {
     Mark mark = Mark::paragraph;
@@ -60,7 +60,7 @@ class TextReader final : public Events {
   std::vector<FieldMark> fieldMarks_;
   std::size_t nextFieldMark_ = 0;
 
-  // What is kept of a row, or of a paragraph:
+  // The state of a row, or of a paragraph:
   std::u16string units_;
   std::vector<Run> runs_;
   std::vector<Paragraph> paragraphs_;

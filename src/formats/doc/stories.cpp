@@ -86,8 +86,8 @@ class StoryFinder {
     return from < to;
   }
 
-  /// Six texts of each section; one without text is that of the section before. A mark that nobody sees
-  /// follows each text. What the table does not name is a header.
+  /// Six texts of each section; one without text is that of the section before. An unseen mark
+  /// follows each text. Text that the table does not name is a header.
   void headers(bool wanted) {
     forEachText(
         Part::headers, Plc(text_.in(Table::headerTexts), 0), Headers::kSeparators,
@@ -103,7 +103,7 @@ class StoryFinder {
         });
   }
 
-  /// What follows the last one is a mark that nobody sees. Notes whose places are not what they must be would
+  /// The last one is followed by an unseen mark. Notes whose places are not what they must be would
   /// be missed.
   void notes(Part part, word::WdStoryType kind, Table texts, Table references, std::size_t referenceElement) {
     const Plc places(text_.in(texts), 0);
@@ -160,9 +160,9 @@ class StoryFinder {
     const auto from = [&](std::size_t i) { return found_[i].from; };
     std::ranges::stable_sort(order, {}, from);
     for (const Anchor& anchor : anchors_) {
-      const auto behind = std::ranges::upper_bound(order, anchor.at, {}, from);
-      if (behind == order.begin()) continue;
-      const std::size_t holder = *(behind - 1);
+      const auto after = std::ranges::upper_bound(order, anchor.at, {}, from);
+      if (after == order.begin()) continue;
+      const std::size_t holder = *(after - 1);
       if (holder != anchor.story && anchor.at < found_[holder].to)
         found_[anchor.story].anchors.push_back({holder, anchor.at - found_[holder].from});
     }

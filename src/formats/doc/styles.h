@@ -10,7 +10,7 @@ namespace pluvo::doc {
 /// The styles of a document, so far as they are of interest here.
 class Styles {
  public:
-  /// What cannot be read is a style that says nothing.
+  /// A style that cannot be read is empty.
   static Styles read(base::ByteSpan sheet, base::ByteSpan data);
 
   /// Of characters in a paragraph of this style.

@@ -141,11 +141,11 @@ class TableChecker {
     const Position begin = text_.fib.begin(*places.part);
     const Position end = begin + text_.fib.length(*places.part);
     auto mark = std::ranges::lower_bound(fieldMarks_, begin, {}, &FieldMark::at);
-    const auto behind = std::ranges::lower_bound(fieldMarks_, end, {}, &FieldMark::at);
+    const auto after = std::ranges::lower_bound(fieldMarks_, end, {}, &FieldMark::at);
     std::size_t i = 0;
-    while (i < plc.count() || mark != behind) {
-      const bool isInTable = i < plc.count() && (mark == behind || begin + plc.place(i) <= mark->at);
-      const bool isInText = mark != behind && (i >= plc.count() || mark->at <= begin + plc.place(i));
+    while (i < plc.count() || mark != after) {
+      const bool isInTable = i < plc.count() && (mark == after || begin + plc.place(i) <= mark->at);
+      const bool isInText = mark != after && (i >= plc.count() || mark->at <= begin + plc.place(i));
       constexpr unsigned kKind = 0x1F;
       if (!isInTable || !isInText || (plc.element(i)[0] & kKind) != mark->unit)
         defects_.note("and the text do not name the same marks of fields", i, places.table);

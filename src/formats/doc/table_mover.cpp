@@ -63,7 +63,7 @@ Position TableMover::newLength(Part part) const {
   return places_.boundary(fib_.begin(part) + fib_.length(part)) - begin(part);
 }
 
-/// A place in a part, and not that of a character. What lies outside it moves with its end.
+/// A place in a part, and not that of a character. A place outside the part moves with its end.
 Position TableMover::boundary(Part part, Position place) const {
   if (place < 0) return place;
   if (place > fib_.length(part)) return place + newLength(part) - fib_.length(part);
@@ -130,7 +130,7 @@ void TableMover::moveHeaders() {
   tables_.replace(number, moved.bytes(last(Part::headers, plc)));
 }
 
-/// Text that comes where a bookmark begins lies in it, and where it ends behind it. What is bookmarked for a
+/// Text that comes where a bookmark begins lies in it, and where it ends after it. What is bookmarked for a
 /// comment ends at the comment's mark.
 void TableMover::moveBookmarks(std::size_t begins, std::size_t ends, bool endAtMarks) {
   const base::ByteSpan from = tables_.old(begins);

@@ -14,7 +14,7 @@ struct Extent {
   std::size_t to;
 };
 
-/// What is in use, front to back: pieces, pages and information blocks.
+/// The bytes in use, front to back: pieces, pages and information blocks.
 std::vector<Extent> usedBytes(const Text& text, const Text* glossary, std::span<const Piece> pieces) {
   std::vector<Extent> used;
   const auto addBlock = [&](const Fib& fib, std::size_t from) {
@@ -34,7 +34,7 @@ std::vector<Extent> usedBytes(const Text& text, const Text* glossary, std::span<
   return used;
 }
 
-/// Calls visit(from, to) with what is not in use of an extent. Extents come front to back.
+/// Calls visit(from, to) with the unused parts of an extent. Extents come front to back.
 class Unused {
  public:
   explicit Unused(std::vector<Extent> used) : used_(std::move(used)), next_(used_.begin()) {}
@@ -100,7 +100,7 @@ class Grams {
   std::vector<std::uint64_t> grams_;
 };
 
-/// Makes zeros of what a stretch has of a text. Bytes that are a character each may be something else by
+/// Makes zeros of a text in a stretch. Bytes that are a character each may be something else by
 /// chance: of them more are asked.
 void blankText(const Grams& grams, std::span<std::uint8_t> bytes, bool narrow, std::size_t from,
                std::vector<bool>& blank) {

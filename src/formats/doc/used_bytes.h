@@ -8,7 +8,7 @@
 
 namespace pluvo::doc {
 
-/// Calls visit(from, to) with what is in use of the WordDocument stream besides information blocks and
+/// Calls visit(from, to) with the used parts of the WordDocument stream besides information blocks and
 /// pieces: pages of formatting, how sections look, pictures of shapes.
 template <class Visit>
 void forEachUsedStretch(const Text& text, Visit visit) {

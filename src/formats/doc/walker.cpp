@@ -61,7 +61,7 @@ void Walker::walk(Position from, Position to, Events& events) {
   }
 }
 
-/// What a paragraph's mark has holds for all of it.
+/// The properties of a paragraph's mark hold for all of it.
 void Walker::readParagraphLook(Position at) {
   const Piece& piece = text_.pieces.pieces()[text_.pieces.indexAt(at)];
   const std::uint32_t byte = piece.offsetOf(at);

@@ -29,11 +29,11 @@ class AppearanceReader : public BodyEvents {
   }
 
   void open(const Tag& tag) override {
-    const std::string_view behind = part_.substr(tag.empty ? part_.size() : tag.extent.end);
-    if (tag.name == Name::tbl) tables_.push_back({TableColumns(behind), 0});
-    if (!tables_.empty() && tag.name == Name::tr) tables_.back().columns.beginRow(behind);
+    const std::string_view after = part_.substr(tag.empty ? part_.size() : tag.extent.end);
+    if (tag.name == Name::tbl) tables_.push_back({TableColumns(after), 0});
+    if (!tables_.empty() && tag.name == Name::tr) tables_.back().columns.beginRow(after);
     if (!tables_.empty() && tag.name == Name::tc) {
-      tables_.back().cellWidth = tables_.back().columns.cellWidth(behind);
+      tables_.back().cellWidth = tables_.back().columns.cellWidth(after);
       change({});
     }
     if (tag.name == Name::p) change(paragraph_ = paragraphLook({}));

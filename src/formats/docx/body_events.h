@@ -43,12 +43,12 @@ struct Binding {
   std::string path;      ///< XPath; empty where it is not bound
   std::string prefixes;  ///< "xmlns:a='urn:…' …"
   std::string store;     ///< the id of the part
-  /// Of a choice: values and what it shows for them.
+  /// Of a choice: values, and the texts shown for them.
   std::vector<std::pair<std::string, std::string>> items;
   bool formatted = false;  ///< a date or a tick: it shows its data otherwise
 };
 
-/// What a content control says of itself.
+/// The properties of a content control.
 struct ControlProperties {
   bool plain = false;  ///< a text, a date or a choice: its content is one paragraph
   bool contentLocked = false;
@@ -87,9 +87,9 @@ struct Marker {
   std::string label;  ///< the name of a bookmark
 };
 
-/// What a walk through the body meets, in document order. Characters are announced with the bytes they come
-/// from; position() of the walker is that of the first of them. Who is told does nothing about what it does
-/// not override.
+/// The events of a walk through the body, in document order. Characters are announced with the bytes they
+/// come from; position() of the walker is that of the first of them. Who is told does nothing about what it
+/// does not override.
 class BodyEvents {
  public:
   virtual ~BodyEvents() = default;

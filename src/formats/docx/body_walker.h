@@ -38,7 +38,7 @@ class BodyWalker {
   void resumeAt(Offset offset, Position position);
 
   const xml::Scanner& scanner() const { return walk_.scanner; }
-  /// From here on the walk tells this of what it meets.
+  /// From here on the walk tells its events to this.
   void tell(BodyEvents& events) { walk_.events = &events; }
 
  private:

@@ -137,7 +137,7 @@ void ContentReader::character(char16_t unit, Extent, Name name, std::string_view
     builder_.endField(look_);
   } else {
     document::Look look = look_;
-    // Nobody sees where a comment is anchored, so a text is found across it.
+    // A comment's anchor is not visible, so a text is found across it.
     look.hidden = look.hidden || unit == text::kCommentReference;
     builder_.append(unit, look);
   }

@@ -9,7 +9,7 @@
 
 namespace pluvo::docx {
 
-/// Builds the text of one story from what a walk meets, and the way back to its bytes.
+/// Builds the text of one story from a walk, and the way back to its bytes.
 class ContentReader : public BodyEvents {
  public:
   /// For a part, or an element, of so many bytes. The styles outlive this.
@@ -17,7 +17,7 @@ class ContentReader : public BodyEvents {
   /// Whose walk it is told of; to be called before that begins.
   void follow(const BodyWalker& walker) { walker_ = &walker; }
 
-  /// What was read, after the container of the text has closed.
+  /// The content, after the container of the text has closed.
   ReadBody finish();
 
   void open(const Tag& tag) override;

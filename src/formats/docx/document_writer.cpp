@@ -224,9 +224,9 @@ std::vector<base::ByteSpan> DocumentWriter::rewrite(const StoryPart& part, const
     if (site.scope != nullptr) edited.bytes += kScopeEnd;
     edited.map = site.map;
     edited.map.moveOffsets([&](Offset offset) {
-      const auto behind = std::upper_bound(moved.begin(), moved.end(), offset,
-                                           [](Offset at, const auto& stretch) { return at < stretch.first; });
-      const auto& [from, to] = *(behind == moved.begin() ? behind : behind - 1);
+      const auto after = std::upper_bound(moved.begin(), moved.end(), offset,
+                                          [](Offset at, const auto& stretch) { return at < stretch.first; });
+      const auto& [from, to] = *(after == moved.begin() ? after : after - 1);
       return to + (offset - from);
     });
     if (document_.story(site.story).kind() == word::wdCommentsStory)

@@ -15,7 +15,7 @@
 
 namespace pluvo::docx {
 
-/// Carries the edits of a document over to its parts. What stands in a drawing is written before the story
+/// Carries the edits of a document over to its parts. Boxes in a drawing are written before the story
 /// around it, which then is written over bytes that have it already.
 class DocumentWriter {
  public:
@@ -32,9 +32,9 @@ class DocumentWriter {
     Extent old;
     std::string bytes;
   };
-  /// A story under edit, and what has to last as long as its new bytes.
+  /// A story under edit, and the values that must outlive its new bytes.
   struct Edited {
-    std::string bytes;  ///< with what stands in it exchanged, and the way to them; empty where nothing is
+    std::string bytes;  ///< with boxes within exchanged, and the way to them; empty where nothing is
     BodyMap map;
     std::unique_ptr<const Departed> departed;
     std::unique_ptr<Rewriter> rewriter;

@@ -13,7 +13,7 @@ namespace pluvo::docx {
 /// A document's package and the way from its texts to the bytes of its parts.
 class DocxSource : public formats::Source {
  public:
-  /// What is around the package is null where nothing is.
+  /// The encryption around the package is null where there is none.
   DocxSource(Package package, Stories stories, Styles styles, std::unique_ptr<const EncryptedPackage> around);
 
   std::optional<std::string> refusesText(std::u16string_view newText) const override;

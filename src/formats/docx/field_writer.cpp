@@ -44,9 +44,9 @@ void FieldWriter::writeAnew(Position from, Position end) {
   for (const Step& step : steps_) {
     if (step.kind == Step::Kind::drop) continue;
     if (step.kind == Step::Kind::put) {
-      const bool outside = step.original == from && !step.behind;
+      const bool outside = step.original == from && !step.after;
       if (outside) part_.fields.setKept(false);
-      if (step.original == end - 1 && step.behind) part_.fields.enterResult();
+      if (step.original == end - 1 && step.after) part_.fields.enterResult();
       newText_.putInNewRun(step);
       part_.fields.setKept(next_.kept);
       continue;
@@ -72,11 +72,11 @@ void FieldWriter::writeCode(std::u16string_view code) {
 void FieldWriter::end(Position at, Extent endTag) {
   steps_.clear();
   bool kept = false;
-  bool textBehind = false;
+  bool textAfter = false;
   part_.script.take(at + 1, [&](const Step& step) {
     steps_.push_back(step);
     kept = kept || step.kind == Step::Kind::keep;
-    textBehind = textBehind || step.behind;
+    textAfter = textAfter || step.after;
   });
   putAll(false, endTag);
   part_.fields.end();
@@ -85,8 +85,8 @@ void FieldWriter::end(Position at, Extent endTag) {
     opens_.copyTo(endTag.begin);
     part_.output.leaveOutTo(endTag.end);
     if (kept && open.toComplex) part_.output.text() += fieldMark("end", opens_.markup());
-  } else if (textBehind) {
-    // Text behind the mark stands behind the element, which ends here.
+  } else if (textAfter) {
+    // Text after the mark stands after the element, which ends here.
     if (open.expanded) opens_.writeEndTag(open);
     open.expanded = false;
     opens_.copyTo(endTag.end);
@@ -95,11 +95,11 @@ void FieldWriter::end(Position at, Extent endTag) {
   putAll(true, endTag);
 }
 
-/// The new text before or behind the end of a simple field.
-void FieldWriter::putAll(bool behind, Extent endTag) {
+/// The new text before or after the end of a simple field.
+void FieldWriter::putAll(bool after, Extent endTag) {
   for (const Step& step : steps_) {
-    if (step.kind != Step::Kind::put || step.behind != behind) continue;
-    if (!behind) {
+    if (step.kind != Step::Kind::put || step.after != after) continue;
+    if (!after) {
       opens_.expand(opens_.back());
       opens_.copyTo(endTag.begin);
     }

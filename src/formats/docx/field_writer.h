@@ -23,7 +23,7 @@ class FieldWriter {
  private:
   void writeAnew(Position from, Position end);
   void writeCode(std::u16string_view code);
-  void putAll(bool behind, Extent endTag);
+  void putAll(bool after, Extent endTag);
 
   EditedPart& part_;
   OpenElements& opens_;

@@ -8,13 +8,13 @@ constexpr auto kEnd = std::string_view::npos;
 
 /// The end of the markup (tag, comment, CDATA section, instruction) that begins at '<'.
 std::size_t markupEnd(std::string_view bytes, std::size_t at) {
-  const auto behind = [&](std::string_view mark) {
+  const auto after = [&](std::string_view mark) {
     const std::size_t found = bytes.find(mark, at);
     return found == kEnd ? bytes.size() : found + mark.size();
   };
-  if (bytes.substr(at, 4) == "<!--") return behind("-->");
-  if (bytes.substr(at, 9) == "<![CDATA[") return behind("]]>");
-  if (bytes.substr(at, 2) == "<?") return behind("?>");
+  if (bytes.substr(at, 4) == "<!--") return after("-->");
+  if (bytes.substr(at, 9) == "<![CDATA[") return after("]]>");
+  if (bytes.substr(at, 2) == "<?") return after("?>");
   for (std::size_t i = at; i < bytes.size(); ++i) {
     if (bytes[i] == '>') return i + 1;
     if (bytes[i] == '"' || bytes[i] == '\'') i = bytes.find(bytes[i], i + 1);

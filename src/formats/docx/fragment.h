@@ -39,7 +39,7 @@ std::string withChildren(std::string_view inner, Change change);
 template <class Drop>
 std::string without(std::string_view element, Drop drop);
 
-/// Where the next element's start tag begins at or behind from, past text, comments and instructions; npos
+/// Where the next element's start tag begins at or after from, past text, comments and instructions; npos
 /// when there is none.
 std::size_t nextElement(std::string_view bytes, std::size_t from);
 

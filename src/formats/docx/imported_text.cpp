@@ -112,11 +112,11 @@ std::u16string ofPage(std::string_view page) {
     const std::string_view name = page.substr(std::min(nameAt, page.size()), nameEnd - nameAt);
     const bool isOpaque = nameAt == at + 1 && (matches(name, 0, "script") || matches(name, 0, "style"));
     const std::string_view end = page.substr(at).starts_with("<!--") ? "-->"sv : ">"sv;
-    std::size_t behind = page.find(end, at);
-    if (isOpaque) behind = findAnyCase(page, name.size() == 6 ? "</script"sv : "</style"sv, at + 1);
-    if (behind == std::string_view::npos) break;
+    std::size_t after = page.find(end, at);
+    if (isOpaque) after = findAnyCase(page, name.size() == 6 ? "</script"sv : "</style"sv, at + 1);
+    if (after == std::string_view::npos) break;
     if (!isInline(name)) units.push_back(text::kParagraphMark);
-    at = isOpaque ? behind : behind + end.size();
+    at = isOpaque ? after : after + end.size();
   }
   return units;
 }

@@ -84,7 +84,7 @@ void InlineWriter::formula(Position at, const Formula& formula) {
   part_.script.take(at + 1, [&](const Step& step) {
     switch (step.kind) {
       case Step::Kind::put:
-        opens_.copyTo(step.behind ? extent.end : extent.begin);
+        opens_.copyTo(step.after ? extent.end : extent.begin);
         newText_.putInNewRun(step);
         break;
       case Step::Kind::keep:

@@ -6,8 +6,8 @@
 
 namespace pluvo::docx {
 
-/// Carries an edit over to what stands in a paragraph: text, characters that are elements, and formulas. Each
-/// is told with the position of its first character.
+/// Carries an edit over to the contents of a paragraph: text, characters that are elements, and formulas.
+/// Each is told with the position of its first character.
 class InlineWriter {
  public:
   InlineWriter(EditedPart& part, OpenElements& opens, RunWriter& runs, NewTextWriter& newText)

@@ -10,7 +10,7 @@
 
 namespace pluvo::docx {
 
-/// What a run or a paragraph's mark says of its look.
+/// The look that a run or a paragraph's mark asks for.
 struct RunLook {
   enum class Hidden : std::uint8_t { inherited, no, yes };
   std::uint8_t highlight = 0;
@@ -25,13 +25,13 @@ struct RunLook {
 class LookMemory {
  public:
   struct Known {
-    std::string_view bytes;  ///< behind the start tag, end tag included
+    std::string_view bytes;  ///< after the start tag, end tag included
     std::size_t inner = 0;   ///< without the end tag
     xml::Scope scope = 0;    ///< as the scanner numbers it; 0: nothing yet
     RunLook look;
   };
 
-  /// What the bytes begin with, or null.
+  /// The remembered tag that the bytes begin with, or null.
   const Known* recall(std::string_view bytes, xml::Scope scope) const {
     for (const Known& known : known_) {
       if (known.scope == scope && bytes.starts_with(known.bytes)) return &known;

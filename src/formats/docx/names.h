@@ -39,7 +39,7 @@ enum class Name : xml::NameId {
   mathRun,
   mathRunProperties,
   mathControlProperties,
-  // Runs and what stands in them.
+  // Runs and the elements in them.
   r,
   t,
   delText,

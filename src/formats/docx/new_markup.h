@@ -43,7 +43,7 @@ std::vector<NewLine> newLines(EditedPart& part, const Markup& markup, const Step
 std::string withNewMark(EditedPart& part, const Markup& markup, std::string_view paragraphProperties,
                         std::uint8_t colour, bool deleted, std::string_view runProperties);
 
-/// What a paragraph begins with.
+/// The beginning of a paragraph.
 struct ParagraphStart {
   std::string tag;
   std::string properties;

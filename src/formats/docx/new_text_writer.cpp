@@ -94,10 +94,10 @@ std::size_t NewTextWriter::trackedDeletion() const {
   return opens_.size();
 }
 
-/// The guide that new text is not put into, as an index: one of which nothing stays before or behind it. The
+/// The guide that new text is not put into, as an index: one of which nothing stays before or after it. The
 /// number of open elements where there is none.
 std::size_t NewTextWriter::guideToLeave(const Step& step) const {
-  const Position place = step.original + (step.behind ? 1 : 0);
+  const Position place = step.original + (step.after ? 1 : 0);
   if (guide_ == 0 || opens_.size() <= guide_ || opens_[guide_].bare) return opens_.size();
   return keptGuided_.from < place && place < keptGuided_.to ? opens_.size() : guide_;
 }

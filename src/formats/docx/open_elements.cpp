@@ -121,7 +121,7 @@ void OpenElements::closeFrom(std::size_t from) {
     OpenElement& open = opens_[i];
     OpenElement& around = opens_[i - 1];
     if (open.bare || open.toComplex) {
-      // Without tags of its own, what it holds stands in the element around it.
+      // Without tags of its own, its contents stand in the element around it.
       around.kept = around.kept || open.kept;
       if (open.toComplex || open.tag.name != Name::fldSimple) open.kept = false;
       continue;

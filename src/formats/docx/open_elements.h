@@ -24,12 +24,12 @@ struct OpenElement : Outcome {
   static constexpr std::size_t kNowhere = static_cast<std::size_t>(-1);
 
   OpenElement() = default;
-  OpenElement(const Tag& start, Offset behindStart) : tag(start), inner(behindStart) {}
+  OpenElement(const Tag& start, Offset afterStart) : tag(start), inner(afterStart) {}
   explicit OpenElement(const Tag& start) : OpenElement(start, start.extent.end) {}
 
   Tag tag;
-  Offset inner = 0;                 ///< behind the start tag, and behind a paragraph's properties
-  std::size_t outBegin = kNowhere;  ///< where the start tag and what is behind inner stand in the output
+  Offset inner = 0;                 ///< after the start tag, and after a paragraph's properties
+  std::size_t outBegin = kNowhere;  ///< where the start tag and the bytes after inner stand in the output
   std::size_t outInner = kNowhere;
   bool reopened = false;       ///< stands for the rest of a divided element
   bool bare = false;           ///< its tags are no longer written
@@ -53,7 +53,7 @@ class OpenElements {
   OpenElement& operator[](std::size_t index) { return opens_[index]; }
   OpenElement& back() { return opens_.back(); }
   void push(OpenElement element) { opens_.push_back(std::move(element)); }
-  /// Writes what is left of the innermost element, and tells the one around it what became of it.
+  /// Writes the rest of the innermost element, and tells the one around it the outcome.
   void close(Extent endTag);
   /// Takes the innermost element away, which was written by other hands.
   OpenElement pop();
@@ -63,7 +63,7 @@ class OpenElements {
   /// Makes room for content in an element that has none.
   void expand(OpenElement& open);
   void writeEndTag(const OpenElement& open);
-  /// Removes the alternatives that were not chosen: they say what the text was before.
+  /// Removes the alternatives that were not chosen: they hold the text as it was before.
   void removePassed(OpenElement& open);
 
   // The paragraph.

@@ -40,7 +40,7 @@ std::string contentTypeOf(const zip::Archive& archive, const zip::Member& types,
   return result;
 }
 
-/// What a ZIP archive that is no Word document is, as far as its members tell.
+/// The kind of a ZIP archive that is no Word document, as far as its members tell.
 std::string_view kindOf(const zip::Archive& archive, std::string_view mainType) {
   const auto has = [&](std::string_view word) { return mainType.find(word) != std::string_view::npos; };
   if (has("spreadsheetml") || has("ms-excel")) return "a spreadsheet";

@@ -13,7 +13,7 @@
 
 namespace pluvo::docx {
 
-/// What the parts beside the main one are to it.
+/// The relations of other parts to the main one.
 enum class Role : std::uint8_t {
   styles,
   settings,
@@ -25,7 +25,7 @@ enum class Role : std::uint8_t {
   commentsExtensible,
 };
 
-/// The package of a document: the archive and where in it what is.
+/// The package of a document: the archive, and the places of its parts.
 struct Package {
   zip::Archive archive;
   std::string mainPart;

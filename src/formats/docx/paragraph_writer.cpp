@@ -18,7 +18,8 @@ void ParagraphWriter::properties(const Properties& properties) {
   opens_.paragraph().inner = properties.whole.end;
 }
 
-/// What is split off has no identity, but of a comment's last paragraph the last part keeps it.
+/// The new part of a divided paragraph has no identity, but of a comment's last paragraph the last part keeps
+/// it.
 std::string ParagraphWriter::startWith(const std::string& properties, Part part) const {
   const bool isNew = keepsIdentityAtEnd() ? part == Part::front : splitOff_;
   return paragraphTag(part_, opens_.markup(), tag_, isNew) + properties;

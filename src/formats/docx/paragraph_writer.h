@@ -9,7 +9,7 @@
 namespace pluvo::docx {
 
 /// Writes the paragraph at hand. A new mark ends it with a copy of its properties, and whatever is open in it
-/// is closed and opened again. What is left of a paragraph that lost its mark goes into the next one.
+/// is closed and opened again. The rest of a paragraph that lost its mark goes into the next one.
 class ParagraphWriter {
  public:
   ParagraphWriter(EditedPart& part, OpenElements& opens, RunWriter& runs, UnderWay& underWay)
@@ -17,7 +17,7 @@ class ParagraphWriter {
 
   void open(const Tag& tag);
   void properties(const Properties& properties);
-  /// Puts what is under way at its beginning. To be called before anything in it is written.
+  /// Puts the content under way at its beginning. To be called before anything in it is written.
   void enter();
   /// A new mark: ends the paragraph here and begins the rest of it. No run is open.
   void divide(std::uint8_t markColour, bool markDeleted);
@@ -49,9 +49,9 @@ class ParagraphWriter {
   Tag tag_;
   Properties properties_;
   std::string start_;
-  bool entered_ = false;   ///< what was under way stands in it
+  bool entered_ = false;   ///< the content under way stands in it
   bool splitOff_ = false;  ///< it is not the first of those it was divided into
-  bool joins_ = false;     ///< its content joins what is under way, and its start waits
+  bool joins_ = false;     ///< its content joins the content under way, and its start waits
   bool markDropped_ = false;
   std::uint8_t markColour_ = 0;
 };
@@ -70,7 +70,7 @@ void ParagraphWriter::mark(Position at, Extent endTag, Put put) {
         markDropped_ = true;
         break;
       case Step::Kind::put:
-        if (step.behind) return waitBehind(step);
+        if (step.after) return waitBehind(step);
         makeRoom(endTag);
         put(step, runProperties());
         break;

@@ -28,7 +28,7 @@ enum class PartKind : std::uint8_t {
   thumbnail,
 };
 
-/// What a relationship leads to; nothing where that holds no text.
+/// The kind of part that a relationship leads to; nothing where that holds no text.
 std::optional<PartKind> kindOf(const Relationship& relationship);
 
 /// Custom XML and properties come last, when it is known which controls show them; so do drawings of

@@ -11,7 +11,7 @@ namespace pluvo::docx {
 
 namespace {
 
-/// What stands before w:highlight in w:rPr; the tracked state of a mark stands first of all.
+/// The elements before w:highlight in w:rPr; the tracked state of a mark stands first of all.
 constexpr std::array<std::string_view, 29> kBeforeHighlight = {
     "ins",    "del",     "moveFrom", "moveTo",     "rStyle", "rFonts",    "b",       "bCs",
     "i",      "iCs",     "caps",     "smallCaps",  "strike", "dstrike",   "outline", "shadow",

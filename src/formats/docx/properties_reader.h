@@ -15,7 +15,7 @@ class PropertiesReader {
   const Properties& read(Name kind, xml::Token token);
   const Properties& last() const { return properties_; }
   ControlProperties readControl(xml::Token token);
-  /// Looks for the places of Word's run properties: behind a math run's own ones, and in those of operators.
+  /// Looks for the places of Word's run properties: after a math run's own ones, and in those of operators.
   /// Holds until the next call.
   const Formula& readFormula(xml::Token token, TextReader& text);
 

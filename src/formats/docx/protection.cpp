@@ -28,7 +28,7 @@ std::string algorithmNumbered(std::string_view number) {
   return {};
 }
 
-/// What is no number is one that nobody counts to.
+/// A spin count that is not a number never verifies.
 std::uint32_t turnsOf(std::string_view number) {
   if (number.empty()) return 0;
   std::uint32_t turns = 0;

@@ -9,7 +9,7 @@ namespace pluvo::docx {
 
 /// The protection against editing that the settings enforce.
 std::optional<formats::Protection> protectionOf(const Package& package);
-/// Whether whoever changes it is to give a password, or to read it only.
+/// Whether a password is asked for before changes, or reading only is recommended.
 std::optional<formats::Reservation> reservationOf(const Package& package);
 
 }  // namespace pluvo::docx

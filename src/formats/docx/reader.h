@@ -16,7 +16,7 @@ struct BodyMap {
   /// From which a walk can start: paragraphs directly in the body, in no field.
   formats::PlaceMap<Offset> places;
 
-  /// Tables in the order of their start tags; end is the position behind the last row mark.
+  /// Tables in the order of their start tags; end is the position after the last row mark.
   struct Table {
     Offset offset;
     Position end;

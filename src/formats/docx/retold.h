@@ -13,7 +13,7 @@ using formats::Unreached;
 /// Tells whatever it is told as texts of one kind.
 class AsOneKind : public formats::OtherTexts {
  public:
-  /// What is damaged lies in the part "within", where that is not empty.
+  /// The damage lies in the part "within", where that is not empty.
   AsOneKind(Unreached kind, formats::OtherTexts& texts, std::string_view within = {})
       : kind_(kind), texts_(texts), within_(within) {}
   void story(formats::OtherStory /*kind*/, document::Content content) override {
@@ -32,7 +32,7 @@ class AsOneKind : public formats::OtherTexts {
   std::string within_;
 };
 
-/// Keeps what it is told.
+/// Keeps the texts it is told.
 class Gathered : public formats::OtherTexts {
  public:
   void story(formats::OtherStory, document::Content) override {}

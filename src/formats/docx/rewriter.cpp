@@ -11,7 +11,7 @@ namespace {
 /// Jumping has a price; nearer places are walked to.
 constexpr Offset kWorthJumping = 512;
 
-/// Blocks stay whatever becomes of what they hold.
+/// Blocks stay whatever becomes of their contents.
 bool isBlock(Name name) {
   switch (name) {
     case Name::body:
@@ -45,7 +45,7 @@ Rewriter::Rewriter(base::ByteSpan bytes, const std::string& partName, Reach reac
 
 std::vector<base::ByteSpan> Rewriter::rewrite() {
   const Visits visits = placesToVisit();
-  // What is written anew is gathered in one buffer; growing it little by little would copy it again and
+  // New bytes are gathered in one buffer; growing it little by little would copy it again and
   // again.
   constexpr std::size_t kPerTouch = 512;
   const std::size_t expected = visits.touches * kPerTouch;
@@ -161,7 +161,7 @@ void Rewriter::passedAlternative(Extent extent) {
 void Rewriter::marker(const Marker& marker) {
   enterParagraph();
   const bool goes = departed_.goes(marker);
-  // Where text is on its way into the next paragraph, what follows it has to stay behind it.
+  // Where text is on its way into the next paragraph, what follows it has to stay after it.
   const bool comesAlong = !opens_.inParagraph() && !underWay_.content().empty();
   if (!goes && !comesAlong) {
     opens_.back().markers += part_.output.source(marker.extent);

@@ -138,7 +138,7 @@ RunWalker::Enters RunWalker::alternatives(Token token) {
   return Enters::outside;
 }
 
-/// A picture, or what else is one character, and then what is in it.
+/// A picture, or another element that is one character, and then its contents.
 RunWalker::Enters RunWalker::picture(Name name, Token token) {
   const Offset begin = scanner_.begin();
   walk_.events->aside(begin);

@@ -10,7 +10,7 @@
 
 namespace pluvo::docx {
 
-/// Walks what stands in runs: text, the elements that are characters, and the marks of fields.
+/// Walks the contents of runs: text, the elements that are characters, and the marks of fields.
 class RunWalker {
  public:
   RunWalker(Walk& walk, PropertiesReader& properties, TextReader& text)

@@ -8,7 +8,7 @@ namespace pluvo::docx {
 
 using xml::Token;
 
-/// What is neither a start nor an end stands on any way.
+/// A tag that is neither a start nor an end fits every way.
 void RunWays::step(Token token) {
   const auto isStart = [&](Name name) { return token == Token::start && nameOf(scanner_) == name; };
   if (token != Token::end && !opens(token)) return;

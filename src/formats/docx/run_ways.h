@@ -26,8 +26,8 @@ class RunWays {
  private:
   /// From a text to the text of the next run. Offsets are those from the first of the bytes.
   struct Way {
-    std::string_view bytes;  ///< from behind the end tag of the one to behind the start tag of the other
-    xml::Scope scope = 0;    ///< 0: none
+    std::string_view bytes;        ///< from after the end tag of the one to after the start tag of the other
+    xml::Scope scope = 0;          ///< 0: none
     bool preservesAround = false;  ///< of the paragraph, or what else holds the runs
     bool preservesInRun = false;
     bool preserves = false;  ///< of the text
@@ -39,7 +39,7 @@ class RunWays {
     Extent whole;  ///< of its properties
     Properties properties;
   };
-  /// How far the way is followed that begins behind the text met last.
+  /// How far the way is followed that begins after the text met last.
   enum class Followed : std::uint8_t { none, text, runClosed, runOpen, properties };
 
   void step(xml::Token token);

@@ -59,7 +59,7 @@ void RunWriter::touch() {
   if (run_.touched) return;
   run_.touched = true;
   opens_.back().touched = true;
-  // What was left as it is so far stays so.
+  // The part left as it is so far stays so.
   if (run_.openColour) {
     opens_.copyTo(run_.rawEnd);
   } else {
@@ -91,7 +91,7 @@ void RunWriter::drop(Extent extent) {
   opens_.loseText();
 }
 
-/// What stands between two elements of a run, a rendered page break for example, stays with what stays of it.
+/// Bytes between two elements of a run, a rendered page break for example, stay with the rest of it.
 void RunWriter::passBytesBefore(Extent extent) {
   if (run_.openColour) {
     flush();

@@ -26,7 +26,7 @@ class RunWriter {
   /// A run for new text that is beside none.
   void beginNew(std::string_view runProperties);
   void endNew();
-  /// New text beside what the run at hand holds, but in a run with other properties.
+  /// New text beside the contents of the run at hand, but in a run with other properties.
   template <class Put>
   void beside(std::string_view runProperties, Put put);
 
@@ -34,12 +34,12 @@ class RunWriter {
   std::string_view properties() const { return run_.properties; }
 
   void touch();
-  /// What stands as an element in the run, and has this colour now.
+  /// An element in the run that has this colour now.
   void keep(Extent extent, std::uint8_t colour);
   void keepAsItIs(Extent extent) { keep(extent, run_.colour); }
   void drop(Extent extent);
 
-  /// A text element is written anew: what is written next takes its place.
+  /// A text element is written anew: the next bytes take its place.
   void beginText(const TextElement& element);
   void endText(const TextElement& element);
   /// The qualified name of that element.
@@ -50,7 +50,7 @@ class RunWriter {
   /// Text of the document as it stands there, a byte a unit.
   void writeBytes(std::string_view bytes, Position at, std::string_view tag);
   void flush();
-  /// Closes the run in the output. What is written next opens it again.
+  /// Closes the run in the output. The next text opens it again.
   void interrupt();
   /// From here on each run is written into a tracked deletion of its own, or no longer.
   void deleteEach(bool deletes) { deletesEach_ = deletes; }
@@ -63,12 +63,12 @@ class RunWriter {
     std::string_view properties;
     std::string ownProperties;  ///< of new text
     Offset headerEnd = 0;
-    Offset rawEnd = 0;  ///< behind what was left as it is
+    Offset rawEnd = 0;  ///< after what was left as it is
     std::uint8_t colour = 0;
     bool numbered = false;                   ///< the properties hold a number that no other run may have
     std::optional<std::uint8_t> openColour;  ///< of the run now open in the output
     bool headerWritten = false;
-    std::string gap;  ///< what stands between elements, until the run is open
+    std::string gap;  ///< bytes between elements, until the run is open
   };
 
   void open(std::uint8_t colour);

@@ -33,7 +33,7 @@ inline constexpr std::string_view kScopeEnd = "</x>";
 /// The element at a site, within its scope: a document to be walked by itself.
 std::string standingAlone(const Site& site, base::ByteSpan part);
 
-/// A part and what stands in it, in the order of the start tags: what is within another comes after it.
+/// A part and its stories, in the order of the start tags: a story within another comes after it.
 struct StoryPart {
   std::string name;
   xml::Utf8Part part;

@@ -16,7 +16,7 @@ bool isAlternative(Name name) { return name == Name::choice || name == Name::fal
 /// A picture floats or stands in the line; old programs have but one way to say so.
 char16_t withoutPlace(char16_t unit) { return unit == text::kFloatingPicture ? text::kPicture : unit; }
 
-/// Whether one edit does the same to both. Controls may differ: they bind what the first may become.
+/// Whether one edit does the same to both. Controls may differ: they restrict edits of the first.
 bool isSameText(const document::Content& a, const document::Content& b) {
   if (a.text.length() != b.text.length()) return false;
   for (Position i = 0; i < a.text.length(); ++i)

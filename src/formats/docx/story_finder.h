@@ -19,7 +19,7 @@ struct FoundSite {
   document::Content content;
 };
 
-/// A story, as one or more versions, each with the sites at which it stands: the first is what is shown. The
+/// A story, as one or more versions, each with the sites at which it stands: the first is the one shown. The
 /// versions of a box are what its alternatives hold, where that is not the same.
 struct FoundStory {
   std::vector<std::vector<std::size_t>> versions;
@@ -55,7 +55,7 @@ class StoryFinder : private StoryReader {
   };
   struct OpenStory {
     std::size_t site = Site::kNone;
-    std::optional<Position> anchor;  ///< of what is open outside the story's text
+    std::optional<Position> anchor;  ///< of the element open outside the story's text
     bool passed = false;             ///< within an alternative that is not shown
     bool isSeparator = false;        ///< of notes
   };

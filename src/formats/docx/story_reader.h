@@ -18,7 +18,7 @@ class StoryReader : public BodyEvents {
 
   /// Of a part that is no main part.
   void readPart();
-  /// Of a main part what stands beside its own text, by the places that may hold any.
+  /// The stories beside a main part's own text, by the places that may hold any.
   void readBesideMainText(const BodyMap& map, const std::vector<Offset>& places);
 
   void story(Name kind) override;
@@ -45,7 +45,7 @@ class StoryReader : public BodyEvents {
     Offset begin = 0;                       ///< of the story's element
     std::unique_ptr<ContentReader> reader;  ///< none for main text
     std::size_t outside = 0;                ///< open elements outside stories, within it
-    /// What was met last as characters: its first byte and its place in the text.
+    /// The characters met last: their first byte and their place in the text.
     Offset lastElement = 0;
     Position lastPosition = 0;
     bool lastIsText = false;

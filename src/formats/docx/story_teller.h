@@ -15,7 +15,7 @@
 
 namespace pluvo::docx {
 
-/// What the walks through the parts of one package share.
+/// The state that walks through the parts of one package share.
 struct Telling {
   formats::OtherTexts& texts;
   const Styles& styles;
@@ -62,7 +62,7 @@ class StoryTeller : public StoryReader {
     std::vector<OpenControl> open;
     std::vector<BoundControl> bound;
   };
-  /// An alternative content: what was told of its alternatives so far.
+  /// An alternative content: the texts told of its alternatives so far.
   struct Alternatives {
     Position from = 0;
     int number = 0;

@@ -10,7 +10,7 @@
 
 namespace pluvo::docx {
 
-/// What a w:rPr or w:pPr says of looks; nothing where it says nothing.
+/// The looks in a w:rPr or w:pPr; nothing where there are none.
 struct SaidOfRun {
   std::optional<bool> bold;
   std::optional<bool> italic;

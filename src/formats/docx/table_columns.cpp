@@ -29,15 +29,15 @@ std::string_view localNameAt(std::string_view bytes) {
   return name.substr(name.find(':') + 1);
 }
 
-/// Visits the children of the element of this name, which comes first or behind the one that may.
+/// Visits the children of the element of this name, which comes first or after the one that may.
 template <class Visit>
-void forEachPropertyIn(std::string_view behindTag, std::string_view wanted, std::string_view mayComeFirst,
+void forEachPropertyIn(std::string_view afterTag, std::string_view wanted, std::string_view mayComeFirst,
                        Visit visit) {
-  for (std::size_t at = nextElement(behindTag, 0); at != std::string_view::npos;
-       at = nextElement(behindTag, at)) {
-    const std::string_view name = localNameAt(behindTag.substr(at));
+  for (std::size_t at = nextElement(afterTag, 0); at != std::string_view::npos;
+       at = nextElement(afterTag, at)) {
+    const std::string_view name = localNameAt(afterTag.substr(at));
     if (name != wanted && name != mayComeFirst) return;
-    const Fragment element = fragmentOf(behindTag.substr(at));
+    const Fragment element = fragmentOf(afterTag.substr(at));
     if (name == wanted) return forEachChild(element.inner, visit);
     at += element.whole.size();
   }
@@ -45,24 +45,24 @@ void forEachPropertyIn(std::string_view behindTag, std::string_view wanted, std:
 
 }  // namespace
 
-TableColumns::TableColumns(std::string_view behindTable) {
-  forEachPropertyIn(behindTable, "tblGrid", "tblPr", [&](const Fragment& column) {
+TableColumns::TableColumns(std::string_view afterTable) {
+  forEachPropertyIn(afterTable, "tblGrid", "tblPr", [&](const Fragment& column) {
     if (column.local() == "gridCol" && grid_.size() < kMostColumns)
       grid_.push_back(static_cast<std::uint16_t>(numberOf(column, "w", kWidest)));
   });
 }
 
-void TableColumns::beginRow(std::string_view behindRow) {
+void TableColumns::beginRow(std::string_view afterRow) {
   next_ = 0;
-  forEachPropertyIn(behindRow, "trPr", "tblPrEx", [&](const Fragment& property) {
+  forEachPropertyIn(afterRow, "trPr", "tblPrEx", [&](const Fragment& property) {
     if (property.local() == "gridBefore") next_ = numberOf(property, "val", kMostColumns);
   });
 }
 
-std::uint16_t TableColumns::cellWidth(std::string_view behindCell) {
+std::uint16_t TableColumns::cellWidth(std::string_view afterCell) {
   std::size_t span = 1;
   unsigned own = 0;
-  forEachPropertyIn(behindCell, "tcPr", {}, [&](const Fragment& property) {
+  forEachPropertyIn(afterCell, "tcPr", {}, [&](const Fragment& property) {
     if (property.local() == "gridSpan") span = std::max(numberOf(property, "val", kMostColumns), 1U);
     if (property.local() == "tcW") own = numberOf(property, "w", kWidest);
   });

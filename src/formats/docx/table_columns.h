@@ -8,13 +8,13 @@
 namespace pluvo::docx {
 
 /// How wide the cells of one table are, by its grid; a walk tells where its rows and cells begin. Bytes are
-/// those behind a start tag.
+/// those after a start tag.
 class TableColumns {
  public:
-  explicit TableColumns(std::string_view behindTable);
-  void beginRow(std::string_view behindRow);
+  explicit TableColumns(std::string_view afterTable);
+  void beginRow(std::string_view afterRow);
   /// The width in twentieths of a point; 0 where neither grid nor cell tells.
-  std::uint16_t cellWidth(std::string_view behindCell);
+  std::uint16_t cellWidth(std::string_view afterCell);
 
  private:
   std::vector<std::uint16_t> grid_;

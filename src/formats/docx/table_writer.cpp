@@ -33,17 +33,17 @@ void TableWriter::markOfRow() {
 }
 
 void TableWriter::markWithoutParagraph(Extent endTag) {
-  std::vector<Step> behind;
+  std::vector<Step> after;
   part_.script.take(walker_.position() + 1, [&](const Step& step) {
     if (step.kind != Step::Kind::put) return;
-    if (step.behind) {
-      behind.push_back(step);
+    if (step.after) {
+      after.push_back(step);
     } else {
       underWay_.wait(step);
     }
   });
   underWay_.writeLastParagraph(endTag);
-  for (const Step& step : behind) underWay_.wait(step);
+  for (const Step& step : after) underWay_.wait(step);
 }
 
 /// Goes on past so many characters; their new text has to stand outside.

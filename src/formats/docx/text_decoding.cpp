@@ -98,8 +98,8 @@ void appendUtf8(std::u16string& units, std::string_view bytes) {
 
 void trimBlanks(std::u16string& units, std::string_view& bytes) {
   const auto last = std::find_if_not(units.rbegin(), units.rend(), isBlank);
-  const auto behind = static_cast<std::size_t>(last - units.rbegin());
-  units.resize(units.size() - behind);
+  const auto after = static_cast<std::size_t>(last - units.rbegin());
+  units.resize(units.size() - after);
   const auto front =
       static_cast<std::size_t>(std::find_if_not(units.begin(), units.end(), isBlank) - units.begin());
   units.erase(0, front);

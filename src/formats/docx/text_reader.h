@@ -16,7 +16,7 @@ class TextReader {
   /// The text of a run's element as its blanks are kept; it may be empty.
   const TextElement& read(xml::Token token);
 
-  /// Alternatives within a run are one element to the text: what the chosen one holds.
+  /// Alternatives within a run are one element to the text: that of the chosen one.
   struct Alternative {
     TextElement text;
     char16_t picture = 0;  ///< that the chosen one is, whatever else is in it

@@ -9,8 +9,8 @@
 
 namespace pluvo::docx {
 
-/// What is under way to the next paragraph: what is left of one that lost its mark, markers met since, and
-/// new text behind a mark. Text with marks of its own comes as paragraphs before it.
+/// The content under way to the next paragraph: the rest of one that lost its mark, markers met since, and
+/// new text after a mark. Text with marks of its own comes as paragraphs before it.
 class UnderWay {
  public:
   UnderWay(EditedPart& part, OpenElements& opens) : part_(part), opens_(opens) {}
@@ -33,12 +33,12 @@ class UnderWay {
 
   /// The content for the next paragraph, to be added to.
   std::string& content() { return content_; }
-  /// What is left of a paragraph joined the content.
+  /// The rest of a paragraph joined the content.
   void join(const OpenElement& paragraph);
   void writeBlocks();
   void writeContent();
-  /// At the end of a container without a paragraph, a mark: gives what is under way a paragraph there, where
-  /// anything is or the container lost its own.
+  /// At the end of a container without a paragraph, a mark: gives the content under way a paragraph there,
+  /// where anything is or the container lost its own.
   void writeLastParagraph(Extent endTag);
 
  private:

@@ -55,7 +55,7 @@ bool hidesMarkup(std::string_view label) {
   return begins("iso-2022") || begins("csiso2022") || begins("hz") || begins("utf-7");
 }
 
-/// Nothing for a label that nobody knows, as browsers go on then. One that says the file is no ASCII was read
+/// Nothing for an unknown label, after which browsers go on. One that says the file is no ASCII was read
 /// as ASCII, and so is wrong.
 std::optional<code_pages::Named> labelled(std::string_view label) {
   label = withoutBlanks(label);

@@ -6,7 +6,7 @@
 
 namespace pluvo::formats::html {
 
-/// What a comment or a declaration says to Word, which reads some of them as markup.
+/// The meaning of a comment or declaration to Word, which reads some of them as markup.
 struct Condition {
   enum class Kind : std::uint8_t {
     none,
@@ -20,9 +20,9 @@ struct Condition {
   std::size_t contentTo = 0;    ///< … up to "<![endif]"
 };
 
-/// Of what stands between the marks of a comment.
+/// For the text between the marks of a comment.
 Condition conditionOfComment(std::string_view inside);
-/// Of what stands between "<!" and ">".
+/// For the text between "<!" and ">".
 Condition conditionOfDeclaration(std::string_view inside);
 
 }  // namespace pluvo::formats::html

@@ -22,10 +22,10 @@ struct StoryPlace {
   }
 };
 
-/// What is to be known of a page when it is written.
+/// The facts about a page that its writer needs.
 struct OldDocument {
   TextMap mainText;
-  /// As the stories that come behind main text, where those were asked for.
+  /// As the stories that come after main text, where those were asked for.
   std::vector<StoryPlace> places;
   StyleSheet sheet;
 };

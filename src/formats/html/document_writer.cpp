@@ -10,7 +10,7 @@ namespace pluvo::formats::html {
 
 namespace {
 
-/// The other texts that were edited, as new bytes, and those that are gone with what they hang on.
+/// The other texts that were edited, as new bytes, and those that went with their references.
 std::vector<Writer::Cut> cutsOf(const Page& page, const OldDocument& old,
                                 const document::Document& document) {
   const document::Story& mainText = document.mainText();

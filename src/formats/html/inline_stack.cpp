@@ -26,7 +26,7 @@ void InlineStack::pop() {
   open_.pop_back();
 }
 
-/// With what it makes of the text itself, around which others lie now.
+/// With its own effect on the text, around which others lie now.
 void InlineStack::reopen(std::int32_t number) {
   Inline element = (*this)[number];
   const State around = element.parent < 0 ? State{} : (*this)[element.parent].state;
@@ -71,7 +71,7 @@ void InlineStack::endBlock(std::int32_t topAtBegin, bool isCell) {
   const auto isFormatting = [&](const Inline& element) {
     return element.name == Name::conditional || (!isCell && (traitsOf(element.name) & kFormatting) != 0);
   };
-  // As a rule what was open when the block began still is.
+  // As a rule the elements open at the block's beginning still are.
   const auto around = std::find(open_.rbegin(), open_.rend(), topAtBegin);
   const bool isOpen = around != open_.rend() || topAtBegin < 0;
   std::vector<std::size_t> before;

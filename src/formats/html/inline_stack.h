@@ -12,7 +12,7 @@ namespace pluvo::formats::html {
 /// What inline elements make of the text in them.
 struct State {
   bool hidden = false;
-  bool silent = false;  ///< no text: the label of a list, what stands above a ruby
+  bool silent = false;  ///< no text: the label of a list, the text above a ruby
   bool deleted = false;
   bool inserted = false;
   bool bold = false;
@@ -25,7 +25,7 @@ struct State {
   std::uint8_t colour = 0;  ///< of the highlight, Word's colour index
 };
 
-/// An open inline element with what lies around it.
+/// An open inline element with those around it.
 struct Inline {
   std::int32_t parent = -1;
   Name name = Name::unknown;

@@ -9,7 +9,7 @@ namespace pluvo::formats::html {
 
 /// The place of a paragraph in the page.
 struct Place {
-  std::size_t from = 0;  ///< behind the last block's tag
+  std::size_t from = 0;  ///< after the last block's tag
   std::size_t to = 0;
   std::int32_t inlinesFrom = -1;  ///< that are open there
   std::int32_t inlinesTo = -1;
@@ -19,7 +19,7 @@ struct Place {
   bool dividesBlock = false;  ///< a new paragraph in front of it gets a block of its own, like this one
 };
 
-/// What was written of a paragraph's line, and so how what is written next will be read.
+/// The state of a paragraph's line as written, which decides how the next bytes will be read.
 struct Line {
   Line(Markup& itsMarkup, const Page& itsPage, Walker& itsWalker)
       : markup(itsMarkup), page(itsPage), walker(itsWalker) {}
@@ -36,7 +36,7 @@ struct Line {
 
   /// Old bytes that come next can be copied with the tags among them.
   bool canCopy() const { return isClean && markup.isAsBefore(); }
-  /// Characters were written; behind the last one blanks fold or not.
+  /// Characters were written; after the last one blanks fold or not.
   void wrote(bool blanksFold);
 
   /// Adds new text where a piece of it stands, each character so that it is read as that. Throws
@@ -50,9 +50,9 @@ struct Line {
   Place place;
 
   bool isClean = true;        ///< all old bytes since the last ones copied are to stay
-  bool isBeside = true;       ///< what was written last are the old bytes in front of the next ones
+  bool isBeside = true;       ///< the bytes written last are the old ones in front of the next
   bool folds = true;          ///< a bare blank would be no text here
-  bool afterInvalid = false;  ///< a byte that other bytes behind it could make a character of
+  bool afterInvalid = false;  ///< a byte that other bytes after it could make a character of
   bool atPreStart = false;    ///< a line end here would not count
   bool endsInLineEnd = false;
   bool isOpen = false;  ///< a paragraph, since the last boundary

@@ -43,7 +43,7 @@ void Markup::materialise() {
   isAsBefore_ = false;
 }
 
-/// The colour of a span of nothing but a highlight, old or new; 0 for what is none.
+/// The colour of a span of nothing but a highlight, old or new; 0 where it is none.
 std::uint8_t Markup::oursOf(const Wrap& wrap) const {
   if (wrap.kind == Wrap::Kind::colour) return wrap.colour;
   if (wrap.kind == Wrap::Kind::stripped) return 0;

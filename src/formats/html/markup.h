@@ -15,10 +15,10 @@
 namespace pluvo::formats::html {
 
 /// Old bytes and new ones, and which inline elements are open where they end. As long as these are the old
-/// ones, old tags are copied; otherwise tags are put that lead from what is open to what is wanted.
+/// ones, old tags are copied; otherwise tags are put that lead from the open elements to the wanted ones.
 class Markup {
  public:
-  /// Of what lies in front of the part nothing is written, nor of what lies behind.
+  /// Nothing outside the part is written.
   Markup(const Page& page, Extent part, Walker& walker)
       : page_(page),
         walker_(walker),
@@ -38,7 +38,7 @@ class Markup {
 
   /// From here on, up to which the old bytes are copied, the elements of a number and around it are open.
   void begin(std::size_t at, std::int32_t number, bool keepsBlanks);
-  /// Whether the old tags that follow lead to what is wanted by themselves.
+  /// Whether the old tags that follow lead to the wanted elements by themselves.
   bool isAsBefore() const { return isAsBefore_; }
 
   /// Whether nothing was written since it began.
@@ -51,7 +51,7 @@ class Markup {
   void copyWithTags(std::size_t to, std::int32_t number);
   void put(std::string_view bytes) { out_.text() += bytes; }
 
-  /// What is to lie around a character of the colour. Above says in which elements it may not lie.
+  /// The elements wanted around a character of the colour. Above says in which elements it may not lie.
   Wraps wrapsFor(std::int32_t number, std::uint8_t colour) const;
   static constexpr std::int32_t kNone = -1;
   /// The element above which none is as a predicate asks; the number itself where none is.
@@ -70,7 +70,7 @@ class Markup {
   void leadTo(std::int32_t number, std::uint8_t colour);
   /// The same, and then old tags may follow again.
   void leadBack(std::int32_t number);
-  /// Closes all but what is open in both.
+  /// Closes all elements but those open in both.
   void closeTo(std::int32_t number);
 
   /// What new spans say against a rule of the document for spans.

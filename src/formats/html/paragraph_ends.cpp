@@ -140,9 +140,9 @@ void ParagraphEnds::finish() {
     putEmpty();
   }
   markup.leadBack(place.inlinesTo);
-  const std::string_view behind = line_.page.bytes().substr(place.to, 2 + place.block.tagName.size());
-  const bool isPreEnd = (traitsOf(place.block.name) & kPreformatted) != 0 && behind.starts_with("</") &&
-                        base::equalsIgnoringAsciiCase(behind.substr(2), markup.old(place.block.tagName));
+  const std::string_view after = line_.page.bytes().substr(place.to, 2 + place.block.tagName.size());
+  const bool isPreEnd = (traitsOf(place.block.name) & kPreformatted) != 0 && after.starts_with("</") &&
+                        base::equalsIgnoringAsciiCase(after.substr(2), markup.old(place.block.tagName));
   if (line_.endsInLineEnd && isPreEnd) markup.put("\n");
   markup.leaveOutTo(place.to);
 }

@@ -5,7 +5,7 @@
 namespace pluvo::formats::html {
 
 /// Writes the ends of paragraphs: a line end where those count; otherwise the blocks are divided, or an empty
-/// one is put where a paragraph would not exist. An end waits until something comes behind it, since the last
+/// one is put where a paragraph would not exist. An end waits until something comes after it, since the last
 /// one is the end that the page has.
 class ParagraphEnds {
  public:
@@ -18,11 +18,11 @@ class ParagraphEnds {
   /// A section's end, which ends its paragraph by itself.
   void passSection();
   bool isDue() const { return isDue_; }
-  /// The end that waits has its bytes in front of what comes next.
+  /// The end that waits has its bytes in front of the next piece.
   bool isDueAsItWas() const;
-  /// Those bytes are copied with what is behind them.
+  /// Those bytes are copied with the ones after them.
   void copyDue();
-  /// What comes belongs to the next paragraph.
+  /// The next piece belongs to the next paragraph.
   void settle();
   /// The page's own end follows.
   void finish();

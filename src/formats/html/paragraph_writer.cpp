@@ -50,13 +50,13 @@ void ParagraphWriter::writePiece(const Piece& piece) {
   }
 }
 
-// ---- What stands between characters ----
+// ---- Between characters ----
 
 /// White space that folds stays where it still does.
 void ParagraphWriter::passGap(const Piece& piece) {
   Markup& markup = line_.markup;
   if (piece.keepsBlanks && !line_.atPreStart) {
-    // In front of an end tag: it would count were anything put behind it.
+    // In front of an end tag: it would count were anything put after it.
     isHeld_ = line_.isClean;
     return;
   }
@@ -108,7 +108,7 @@ bool ParagraphWriter::copyThrough(const Piece& piece) {
 
 // ---- What stays ----
 
-/// Copies what is to be as it was, with the tags in front of it; false where it is not.
+/// Copies a piece that stays as it was, with the tags in front of it; false where it changes.
 bool ParagraphWriter::copies(const Piece& piece) {
   releaseHeld();
   const bool isSame = piece.isOld && piece.colour == piece.colourWas && piece.partCount == 0;
@@ -216,7 +216,7 @@ void ParagraphWriter::writeSection(const Piece& piece) {
   ends_.passSection();
 }
 
-// ---- What is new ----
+// ---- New text ----
 
 void ParagraphWriter::writeNew(const Piece& piece) {
   std::u16string_view rest = piece.units;
@@ -236,7 +236,7 @@ void ParagraphWriter::writeNew(const Piece& piece) {
     end.colourWas = 0;
     end.isOld = false;
     ends_.take(end);
-    // What follows goes behind it, and no old tag does.
+    // What follows goes after it, and no old tag does.
     line_.isClean = false;
     rest.remove_prefix(mark + 1);
   }

@@ -9,7 +9,7 @@
 
 namespace pluvo::formats::html {
 
-/// A piece of a paragraph that is written anew: what stays of it, what is new, and what stands between.
+/// A piece of a paragraph that is written anew: old text, new text, and the bytes between.
 struct Piece {
   enum class Kind : std::uint8_t {
     text,       ///< characters of one byte each that stay
@@ -25,7 +25,7 @@ struct Piece {
   Kind kind = Kind::gone;
   bool isOld = true;  ///< its bytes lie where it is written; otherwise it comes from an earlier paragraph
   bool keepsBlanks = false;  ///< how its bytes were read
-  bool isNearEdit = false;   ///< behind it stands another text than before
+  bool isNearEdit = false;   ///< after it stands another text than before
   bool isHidden = false;     ///< of the end of a paragraph: by itself
   bool isDeleted = false;    ///< the same: in a tracked deletion
   std::uint8_t colour = 0;   ///< that it is to have

@@ -19,7 +19,7 @@ namespace {
 
 constexpr std::size_t kMostExpected = std::size_t{256} << 20U;
 
-/// Builds a text from what a walk meets. Whether a mark ends a paragraph or a cell is known when the next
+/// Builds a text from the events of a walk. Whether a mark ends a paragraph or a cell is known when the next
 /// thing comes.
 class TextReader final : public Events {
  public:
@@ -150,7 +150,7 @@ void TextReader::character(const Character& character) {
   if (character.count == 1 && character.units[0] == text::kNoteReference)
     beside_.noteReferences.emplace_back(builder_.length(), character.bytes);
   if (character.count == 1 && character.units[0] == text::kCommentReference) {
-    // Nobody sees where a comment is anchored, so a text is found across it.
+    // A comment's anchor is not visible, so a text is found across it.
     now.hidden = true;
     beside_.commentPlaces.push_back(builder_.length());
   }

@@ -9,7 +9,7 @@
 
 namespace pluvo::formats::html {
 
-/// What is to be known of a text besides it when it is written.
+/// The facts about a text that its writer needs.
 struct TextMap {
   std::vector<text::Span> tables;  ///< in the order in which they begin
   text::RunMap<std::uint8_t> highlight;
@@ -20,7 +20,7 @@ struct TextMap {
   Part partOf(const Page& page) const { return {{0, page.bytes().size()}, nullptr, false, &strays}; }
 };
 
-/// What a walk met of texts beside the one it read.
+/// The texts that a walk met beside the one it read.
 struct FoundBeside {
   std::vector<std::pair<Aside, Extent>> holders;
   std::vector<std::pair<text::Position, Extent>> noteReferences;

@@ -8,7 +8,7 @@
 
 namespace pluvo::formats::html {
 
-/// What stands for characters by name or number: "&eacute;", "&#233;", "&#xE9".
+/// References to characters by name or number: "&eacute;", "&#233;", "&#xE9".
 struct Reference {
   std::array<char32_t, 2> points{};
   std::uint8_t count = 0;    ///< of code points; 0 where the text begins with no reference

@@ -6,7 +6,7 @@
 
 namespace pluvo::formats::html {
 
-/// What declarations say of an element, so far as it decides what is text, or how a window shows it.
+/// The declarations of an element, as far as they decide its text or its looks in a window.
 struct Style {
   enum class Special : std::uint8_t {
     none,

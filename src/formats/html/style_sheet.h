@@ -10,10 +10,10 @@
 namespace pluvo::formats::html {
 
 /// The rules of a document's style elements, so far as their selectors are one element, one class, an element
-/// with a class, or an id. Of equal selectors what stands later holds.
+/// with a class, or an id. Of equal selectors the later one holds.
 class StyleSheet {
  public:
-  /// What a style element holds. After ten thousand rules or a mebibyte the rest is left out.
+  /// The contents of a style element. After ten thousand rules or a mebibyte the rest is left out.
   void add(std::string_view text);
 
   /// What rules and its own attribute say of an element. Lives until the next call.

@@ -138,8 +138,8 @@ Token Tokens::tag(Token::Kind kind) {
 
 bool Tokens::isEndTagOf(std::size_t at, std::string_view name) const {
   if (part(at, 2) != "</" || !base::equalsIgnoringAsciiCase(part(at + 2, name.size()), name)) return false;
-  const std::string_view behind = part(at + 2 + name.size(), kAfterName);
-  return !behind.empty() && (isBlank(behind[0]) || behind[0] == '/' || behind[0] == '>');
+  const std::string_view after = part(at + 2 + name.size(), kAfterName);
+  return !after.empty() && (isBlank(after[0]) || after[0] == '/' || after[0] == '>');
 }
 
 /// A script may hold "<!--", and within that the tags of a script.
@@ -164,8 +164,8 @@ std::size_t Tokens::endOfScript(std::size_t at) const {
       if (!twice) return open;
       twice = false;
     } else if (escaped && !twice && base::equalsIgnoringAsciiCase(part(open + 1, kName.size()), kName)) {
-      const std::string_view behind = part(open + 1 + kName.size(), 1);
-      twice = !behind.empty() && (isBlank(behind[0]) || behind[0] == '/' || behind[0] == '>');
+      const std::string_view after = part(open + 1 + kName.size(), 1);
+      twice = !after.empty() && (isBlank(after[0]) || after[0] == '/' || after[0] == '>');
     }
   }
 }

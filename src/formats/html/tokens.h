@@ -29,7 +29,7 @@ struct Token {
   Name name = Name::unknown;
   bool closesItself = false;  ///< a tag that ends in "/>"
   Extent extent;
-  Extent inside;  ///< of tags the name, of comments and declarations what they say
+  Extent inside;  ///< of tags the name, of comments and declarations their text
 };
 
 /// Takes the bytes of a page apart as browsers do. Markup is ASCII, whatever the encoding. Only the content
@@ -45,7 +45,7 @@ class Tokens {
   std::size_t end() const { return to_; }
   void endAt(std::size_t to) { to_ = to; }
 
-  /// To be called after the start tag of a raw element: what it holds, up to its end tag, or to the end of
+  /// To be called after the start tag of a raw element: its contents, up to its end tag, or to the end of
   /// the bytes where it has none. The end tag is the next token.
   Extent skipRaw(const Token& startTag);
   /// Where a tag, a comment or a raw element begins that the bytes end in; the end where there is none.

@@ -38,7 +38,7 @@ void Walker::walk() {
 }
 
 void Walker::finish() {
-  // What the bytes end in and nobody sees stays behind all text.
+  // Unseen bytes at the end of the file stay after all text.
   const std::size_t end = endsWithin_ ? tokens_.end() : tokens_.unfinished();
   const std::size_t at = endAt_ == kNowhere ? end : endAt_;
   while (!scopes_.empty()) {
@@ -146,7 +146,7 @@ void Walker::comment(const Token& token) {
   events_.aside(condition.kind == Condition::Kind::none ? Aside::comment : Aside::markup, token.extent);
 }
 
-/// What a condition reveals that does not hold is passed by up to its end.
+/// Markup under a condition that does not hold is passed by up to its end.
 void Walker::declaration(const Token& token) {
   Condition condition = token.kind == Token::Kind::comment ? conditionOfComment(part(token.inside))
                                                            : conditionOfDeclaration(part(token.inside));

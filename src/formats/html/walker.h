@@ -29,8 +29,8 @@ struct Character {
   std::uint8_t count = 1;    ///< of units; more than two are all the first
   bool folds = false;        ///< a bare blank, which goes with another one beside it
   bool isInvalid = false;    ///< a byte that stands for nothing
-  bool isOpenEnded = false;  ///< other bytes behind it could make something else of it
-  bool isBreak = false;      ///< blanks behind it are no text
+  bool isOpenEnded = false;  ///< other bytes after it could make something else of it
+  bool isBreak = false;      ///< blanks after it are no text
 
   char16_t unit(std::size_t i) const { return count == 2 ? units[i] : units[0]; }
 };
@@ -62,7 +62,7 @@ struct Paragraph {
   bool isFirst = false;    ///< nothing stands before it in the innermost block
 };
 
-/// What stands beside main text.
+/// The kinds of text beside main text.
 enum class Aside : std::uint8_t {
   markup,  ///< nothing that anybody reads
   comment,
@@ -79,7 +79,7 @@ enum class Aside : std::uint8_t {
   footer,
 };
 
-/// Takes what a walk meets. Everything comes in the order of its bytes.
+/// Takes the events of a walk, in the order of their bytes.
 class Events {
  public:
   virtual ~Events() = default;
@@ -90,7 +90,7 @@ class Events {
   virtual void gap(Extent /*bytes*/) {}
   /// A no-break space that holds an empty paragraph open.
   virtual void filler(Extent /*bytes*/) {}
-  /// A start or end tag of an inline element; the walker says what is open after it.
+  /// A start or end tag of an inline element; the walker knows the elements open after it.
   virtual void inlineTag(Extent /*bytes*/) {}
   virtual void aside(Aside /*kind*/, Extent /*bytes*/) {}
   /// Text and tags since the last block's tag are complete.
@@ -242,14 +242,14 @@ class Walker {
   std::size_t outerEnd_ = 0;      ///< of the bytes around it
   bool lacksEndIf_ = false;       ///< there is none any more
   static constexpr std::size_t kNowhere = static_cast<std::size_t>(-1);
-  std::size_t endAt_ = kNowhere;  ///< where text behind all that is there would go
+  std::size_t endAt_ = kNowhere;  ///< where text after all others would go
   bool isOpen_ = false;           ///< a paragraph
   bool endedSection_ = false;     ///< since the last block's tag
   bool hadText_ = false;          ///< since the last block's tag
   bool folds_ = true;             ///< a blank here is no text
   State markState_;
   bool isRaw_ = false;
-  bool endsWithin_ = false;  ///< a picture or raw text: nothing can be put behind it
+  bool endsWithin_ = false;  ///< a picture or raw text: nothing can be put after it
   bool keepsInlines_ = false;
   std::size_t lineFeedAt_ = static_cast<std::size_t>(-1);  ///< one that does not count
 };

@@ -1,4 +1,4 @@
-// How a walk goes through inline elements, and what stands for one character.
+// How a walk goes through inline elements, and which of them are one character.
 #include "base/ascii.h"
 #include "text/positions.h"
 #include "walker.h"
@@ -26,7 +26,7 @@ void applyStyle(const Style& style, State& state) {
   if (style.preformatted) state.blanks = *style.preformatted ? State::Blanks::count : State::Blanks::fold;
 }
 
-/// What of an element's style makes it a character, with what it holds.
+/// The style that makes an element one character, with its contents.
 bool isOneCharacter(const Style& style) {
   return style.tabs > 0 || style.special == Special::fieldBegin || style.special == Special::fieldSeparator ||
          style.special == Special::fieldEnd || style.special == Special::commentPlace;
@@ -250,7 +250,7 @@ void Walker::picture(const Token& token, const Attributes& attributes) {
   putMark(Character::Kind::ordinary, text::kPicture, whole);
 }
 
-/// An element without text, with what it holds.
+/// An element without text, with its contents.
 void Walker::nothing(const Token& token) {
   Extent whole = token.extent;
   Extent content{token.extent.end, token.extent.end};

@@ -27,7 +27,7 @@ constexpr std::array<bool, 256> kSimple = makeSimple();
 constexpr std::uint64_t inEach(std::uint64_t byte) { return byte * 0x0101010101010101U; }
 constexpr std::uint64_t kTop = inEach(0x80);
 
-/// The top bit of each of eight bytes that is a certain one, and perhaps of some behind the first such.
+/// The top bit of each of eight bytes that is a certain one, and perhaps of some after the first such.
 constexpr std::uint64_t where(std::uint64_t eight, char byte) {
   const std::uint64_t differs = eight ^ inEach(static_cast<unsigned char>(byte));
   return (differs - inEach(1)) & ~differs & kTop;
@@ -151,10 +151,9 @@ void Walker::lineEnd(std::size_t& at, std::size_t end) {
   const bool isPair = bytes_[at] == '\r' && at + 1 < end && bytes_[at + 1] == '\n';
   const Extent bytes{at, at + (isPair ? 2 : 1)};
   at = bytes.end;
-  const std::string_view behind = bytes_.substr(at, 2 + part(block().tagName).size());
-  const bool isLast = at == end && behind.starts_with("</") &&
-                      (traitsOf(block().name) & kPreformatted) != 0 &&
-                      base::equalsIgnoringAsciiCase(behind.substr(2), part(block().tagName));
+  const std::string_view after = bytes_.substr(at, 2 + part(block().tagName).size());
+  const bool isLast = at == end && after.starts_with("</") && (traitsOf(block().name) & kPreformatted) != 0 &&
+                      base::equalsIgnoringAsciiCase(after.substr(2), part(block().tagName));
   if (bytes.begin == lineFeedAt_ || isLast) return events_.gap(bytes);
   putMark(Character::Kind::paragraph, text::kParagraphMark, bytes);
   folds_ = false;
@@ -245,7 +244,7 @@ void Walker::putMark(Character::Kind kind, char16_t unit, Extent bytes, std::uin
   put(character);
 }
 
-/// What ends a line, a page, a column or a section. Blanks behind it are no text.
+/// The marks that end a line, a page, a column or a section. Blanks after them are no text.
 void Walker::lineBreak(const Token& token, const Style& style) {
   if (state_.silent) return events_.aside(Aside::label, token.extent);
   Character character;

@@ -34,7 +34,7 @@ std::vector<base::ByteSpan> Writer::write() {
   return markup_.finish();
 }
 
-// ---- What the walk meets ----
+// ---- The events of the walk ----
 
 Writer::Item Writer::itemHere(Kind kind, Extent bytes) const {
   return {
@@ -114,7 +114,7 @@ void Writer::divides(Extent bytes) {
   beginAt(bytes.end);
 }
 
-/// What is to go is left out before anything behind it is written: a block's tag is met before it is known.
+/// Bytes that go are left out before any after them are written: a block's tag is met before that is known.
 void Writer::settleCuts() {
   std::ranges::sort(cuts_, {}, [](const Cut& cut) { return cut.bytes.begin; });
   for (const Cut& cut : cuts_) {
@@ -132,7 +132,7 @@ bool Writer::isTouched(Position from, Position to) {
   return nextTouched_ < touched_.size() && touched_[nextTouched_].from < to;
 }
 
-/// Whether within the length of the longest reference another text stands behind it than before.
+/// Whether within the length of the longest reference another text stands after it than before.
 bool Writer::isNearEdit(Position at) {
   constexpr Position kReach = 40;
   const auto next = std::ranges::lower_bound(touched_, at, {}, &Span::to);
@@ -142,16 +142,16 @@ bool Writer::isNearEdit(Position at) {
 void Writer::paragraphEnds(const Paragraph& paragraph) {
   const Position from = paragraphFrom_;
   if (paragraph.hasMark) ++position_;
-  // The end of a cell behind a table that went is a paragraph of its own still.
-  const bool endsBehindTable = paragraph.isCell && open_.back().lostTable && open_.back().holdsParagraph;
-  if (droppedTable_ == 0 && pieces_.empty() && !isTouched(from, position_) && !endsBehindTable) {
+  // The end of a cell after a table that went is a paragraph of its own still.
+  const bool endsAfterTable = paragraph.isCell && open_.back().lostTable && open_.back().holdsParagraph;
+  if (droppedTable_ == 0 && pieces_.empty() && !isTouched(from, position_) && !endsAfterTable) {
     open_.back().holdsParagraph = true;
     isDivided_ = isDivided_ && !paragraph.hasMark;
     if (hasFields_)
       for (const Item& item : items_) passField(item);
     return clearItems();
   }
-  // What was not touched was passed by, and what the bytes end in stays behind the text.
+  // Untouched text was passed by, and the end of the bytes stays after the text.
   script_.take(from, [](const Step&) {});
   std::erase_if(items_,
                 [&](const Item& item) { return item.bytes.begin >= paragraph.at && item.count == 0; });
@@ -168,7 +168,7 @@ void Writer::paragraphEnds(const Paragraph& paragraph) {
   place.inlinesTo = walker_.inlines().top();
   place.block = block;
   const bool endsCell = isCell(block.name) && paragraph.endsBlock && paragraph.isFirst;
-  const bool isEmptyCell = paragraph.isCell && !endsBehindTable;
+  const bool isEmptyCell = paragraph.isCell && !endsAfterTable;
   place.existsEmpty = (paragraph.isOwned && paragraph.endsBlock) || isEmptyCell || endsCell;
   place.onlyAlone = paragraph.isCell || endsCell;
   const bool isAlone = (traits & kDivision) != 0 && paragraph.isFirst && paragraph.endsBlock;
@@ -218,7 +218,7 @@ void Writer::writePieces(const Place& place) {
   carry();
 }
 
-/// No paragraph ends here any more: what is left goes on in the next. Tags that reach beyond it stay.
+/// No paragraph ends here any more: the rest goes on in the next. Tags that reach beyond it stay.
 void Writer::vanish(const Place& place) {
   const bool isBalanced = place.inlinesFrom == place.inlinesTo;
   std::size_t from = place.from;
@@ -231,7 +231,7 @@ void Writer::vanish(const Place& place) {
   carry();
 }
 
-/// Keeps of the pieces what goes on in the next paragraph.
+/// Keeps the pieces that go on in the next paragraph.
 void Writer::carry() {
   std::erase_if(pieces_, [](const Piece& piece) { return !piece.holdsText(); });
   for (Piece& piece : pieces_) piece.isOld = false;
@@ -282,7 +282,7 @@ void Writer::end(std::size_t at) {
   clearItems();
   takeMark(position_, at, true, 0);
   ++position_;
-  // Of an empty paragraph behind another one nothing would be seen but that one's end.
+  // Of an empty paragraph after another one nothing would be seen but that one's end.
   const Position last = story_.length() - 1;
   const bool wouldBeLost = last > 0 && story_.text().at(last - 1) == text::kParagraphMark &&
                            story_.structure().valueAt(last - 1).table == document::kNone;

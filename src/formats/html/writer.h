@@ -19,7 +19,7 @@ namespace pluvo::formats::html {
 /// and notes that went as a whole.
 class Writer final : public Events {
  public:
-  /// What is to be left out, behind all that is written, and what comes in its place.
+  /// The bytes to leave out, after all that is written, and those in their place.
   struct Cut {
     Extent bytes;
     bool divides = false;  ///< text in front of it from what comes: something has to stand for it
@@ -49,7 +49,7 @@ class Writer final : public Events {
   void end(std::size_t at) override;
 
  private:
-  /// What the walk met since the last block's tag.
+  /// The pieces met since the last block's tag.
   struct Item {
     Piece::Kind kind = Piece::Kind::text;
     bool keepsBlanks = false;
@@ -108,11 +108,11 @@ class Writer final : public Events {
   std::vector<Piece> pieces_;  ///< those carried on from earlier paragraphs first
   std::vector<Cut> cuts_;
   std::vector<Cut> others_;
-  /// A block that is open, in what is written.
+  /// A block that is open in the output.
   struct Open {
     bool holdsParagraph = false;
     bool wasDivided = false;  ///< before it
-    bool lostTable = false;   ///< behind which its own end stood
+    bool lostTable = false;   ///< after which its own end stood
   };
   std::vector<Open> open_{{}};
   bool isDivided_ = true;       ///< a block's tag lies between the text written last and what comes

@@ -102,9 +102,9 @@ std::int32_t Writer::placeFor(const Step& step, const Item& item) const {
   if (item.kind != Kind::character || !isMark(characters_[item.character])) return number;
   const Character::Kind kind = characters_[item.character].kind;
   const bool hasResult = !inResult_.empty() && inResult_.back();
-  const bool isOutside = kind == Character::Kind::fieldBegin       ? !step.behind
-                         : kind == Character::Kind::fieldSeparator ? step.behind
-                                                                   : step.behind || hasResult;
+  const bool isOutside = kind == Character::Kind::fieldBegin       ? !step.after
+                         : kind == Character::Kind::fieldSeparator ? step.after
+                                                                   : step.after || hasResult;
   if (!isOutside) return number;
   return markup_.outside(number, [](const Inline& element) { return element.name == Name::conditional; });
 }
@@ -132,9 +132,9 @@ void Writer::putAlike(const Step& step, const Item& item) {
   piece.keepsBlanks = item.keepsBlanks;
   piece.here = item.inlines;
   piece.inlines = placeFor(step, item);
-  std::size_t at = step.behind ? item.bytes.end : item.bytes.begin;
+  std::size_t at = step.after ? item.bytes.end : item.bytes.begin;
   if (item.kind == Kind::text)
-    at = item.bytes.begin + static_cast<std::size_t>(step.original - item.from) + (step.behind ? 1 : 0);
+    at = item.bytes.begin + static_cast<std::size_t>(step.original - item.from) + (step.after ? 1 : 0);
   piece.bytes = {at, at};
   lookOfMark(piece, step.at);
   forEachColour(step.at, step.length, [&](Position from, Position to, std::uint8_t colour) {
@@ -144,7 +144,7 @@ void Writer::putAlike(const Step& step, const Item& item) {
   });
 }
 
-/// What the end of a paragraph is besides its colour.
+/// The end of a paragraph, but for its colour.
 void Writer::lookOfMark(Piece& piece, Position at) const {
   piece.isHidden = !walker_.block().hidden && story_.visibility().valueAt(at) == text::kNowhere;
   piece.isDeleted = !walker_.block().deleted && story_.structure().valueAt(at).deleted;

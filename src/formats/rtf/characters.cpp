@@ -78,8 +78,8 @@ std::optional<Character> CharacterReader::ofByte(const Token& token, const State
   return character;
 }
 
-/// A character of up to four bytes, of which the first is given. What is none ends before the next brace or
-/// word.
+/// A character of up to four bytes, of which the first is given. An incomplete one ends before the next brace
+/// or word.
 Character CharacterReader::ofSeveral(const Token& token, const code_pages::CodePage& page) const {
   constexpr char16_t kNoCharacter = 0xFFFD;
   std::array<std::uint8_t, 4> bytes = {static_cast<std::uint8_t>(token.unit)};

@@ -32,7 +32,7 @@ class Colours {
  private:
   static constexpr std::size_t kMost = 65'536;
 
-  std::vector<std::uint8_t> indexes_;                       ///< 0 for what has no colour
+  std::vector<std::uint8_t> indexes_;                       ///< 0 for no colour
   std::array<std::int32_t, kWordColours + 1> places_ = {};  ///< of the exact colours
   bool endsOpen_ = false;
 };

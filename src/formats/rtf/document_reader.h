@@ -9,7 +9,7 @@
 
 namespace pluvo::rtf {
 
-/// Where a story stands in the bytes, and what is to be known of it when it is written.
+/// Where a story stands in the bytes, with the facts that its writer needs.
 struct StoryPlace {
   word::WdStoryType kind = word::wdMainTextStory;
   Extent bytes;
@@ -21,7 +21,7 @@ struct StoryPlace {
   std::vector<Extent> forOlder;
 };
 
-/// What is to be known of a document's bytes after they were read.
+/// The facts about a document's bytes that its writer needs.
 struct OldDocument {
   Tables tables;
   std::vector<StoryPlace> places;   ///< of each story
@@ -35,7 +35,7 @@ struct ReadDocument {
   std::optional<formats::Protection> protection;
 };
 
-/// Reads main text, all other stories if asked to, and what the document says of all its texts.
+/// Reads main text, all other stories if asked to, and the document's tables.
 ReadDocument readDocument(std::string_view file, bool allStories);
 
 /// Stories lie in one another no deeper.

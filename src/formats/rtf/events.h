@@ -53,10 +53,10 @@ struct SkippedGroup {
   Word word = Word::unknown;  ///< its first
   std::size_t inside = 0;     ///< after that
   Extent bytes;
-  std::size_t goesFrom = 0;  ///< of a comment: where what goes with it begins
+  std::size_t goesFrom = 0;  ///< of a comment: where the bytes that go with it begin
 };
 
-/// Is told what a walk meets, front to back. Braces that are part of a character or of a skipped group are
+/// Takes the events of a walk, front to back. Braces that are part of a character or of a skipped group are
 /// not told, but for those of fields.
 class Events {
  public:

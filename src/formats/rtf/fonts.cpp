@@ -101,7 +101,8 @@ std::uint16_t Fonts::decoderFor(std::int32_t codePage) {
     for (unsigned byte = 0x80; isSingle && byte < 0x100; ++byte) {
       const std::array<std::uint8_t, 1> bytes = {static_cast<std::uint8_t>(byte)};
       const code_pages::Character character = page->first(bytes);
-      // What a code page leaves open is the control character of that number, as in word processors.
+      // A byte without a meaning in a code page is the control character of that number, as in word
+      // processors.
       decoder.upper[byte - 0x80] = static_cast<char16_t>(
           character.valid && character.codePoint < 0x10000 ? character.codePoint : byte);
     }

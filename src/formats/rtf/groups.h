@@ -6,7 +6,7 @@
 
 namespace pluvo::rtf {
 
-/// What a group begins with.
+/// The beginning of a group.
 struct Opening {
   bool isStarred = false;
   Word word = Word::unknown;

@@ -10,7 +10,7 @@ namespace pluvo::rtf {
 /// characters for older programs as the place asks for.
 void appendEncoded(std::string& bytes, std::u16string_view text, std::uint16_t fallback);
 
-/// Whether one may not put the second byte directly behind a control word.
+/// Whether one may not put the second byte directly after a control word.
 constexpr bool goesOnInWord(char next) {
   return (next >= 'a' && next <= 'z') || (next >= 'A' && next <= 'Z') || (next >= '0' && next <= '9') ||
          next == '-' || next == ' ';

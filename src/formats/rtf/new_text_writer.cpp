@@ -97,7 +97,7 @@ void NewTextWriter::write(const Step& text, const Place& place) {
   const std::uint16_t depth = depthOf(text.at);
   const std::size_t own = paragraphsOf(text);
   const bool isElsewhere = own > 0 && depth != place.state.tableDepth();
-  const bool isBeforeRow = isElsewhere && rows_.standBefore(text.original) && !text.behind &&
+  const bool isBeforeRow = isElsewhere && rows_.standBefore(text.original) && !text.after &&
                            splicer_.out().copied() <= rows_.begin() && depth < place.state.tableDepth();
   splicer_.copyTo(isBeforeRow ? rows_.begin() : place.at);
   splicer_.fillFallback(place.at);

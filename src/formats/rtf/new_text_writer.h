@@ -25,7 +25,7 @@ class NewTextWriter {
   Place inFrontOf(std::size_t begin, const document::Step& text) const;
 
   void write(const document::Step& text, const Place& place);
-  /// What is there of paragraphs goes to the place, directly after a mark. The rest waits for the next
+  /// Whole paragraphs go to the place, directly after a mark. The rest waits for the next
   /// paragraph.
   void writeAfterMark(const document::Step& text, const Place& place);
   /// At the end of a document or story, outside the table that it may end in.

@@ -37,7 +37,7 @@ OtherStory otherStoryOf(word::WdStoryType kind) {
   return static_cast<OtherStory>(static_cast<int>(document::placeOf(kind)) - 1);
 }
 
-/// Tells what lies in groups that main text, or another story, skips.
+/// Tells the texts in groups that main text, or another story, skips.
 class Teller {
  public:
   Teller(std::string_view file, Tables& tables, formats::OtherTexts& texts)

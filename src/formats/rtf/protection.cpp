@@ -54,7 +54,7 @@ std::string base64(const std::uint8_t* bytes, std::size_t count) {
 }
 
 /// Numbers of four bytes: version, size, provider, algorithm, turns, length of the hash and of the salt, …
-/// The hash follows them, then the salt. What is not so is a password that nobody has.
+/// The hash follows them, then the salt. Anything else verifies no password.
 KeptPassword passwordOf(const std::vector<std::uint8_t>& bytes) {
   constexpr std::size_t kHash = 40;
   KeptPassword password;

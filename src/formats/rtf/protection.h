@@ -9,7 +9,7 @@
 
 namespace pluvo::rtf {
 
-/// What a document says of who may change it, in words before its text and in groups.
+/// A document's protection, in words before its text and in groups.
 class ProtectionReader {
  public:
   explicit ProtectionReader(std::string_view bytes) : bytes_(bytes) {}

@@ -77,7 +77,7 @@ void TextReader::count(std::size_t units) {
 void TextReader::character(const Character& character) {
   if (character.kind == Kind::ordinary) {
     Look now = lookAt(character.bytes.begin);
-    // Nobody sees where a comment is anchored, so a text is found across it.
+    // A comment's anchor is not visible, so a text is found across it.
     if (character.unit == text::kCommentReference && character.group == Word::annotation) {
       now.hidden = true;
       if (character.comment) waiting_.push_back({units_.size(), character.comment});
@@ -106,7 +106,7 @@ void TextReader::character(const Character& character) {
   }
 }
 
-/// Hands on what is kept.
+/// Hands on the kept text.
 void TextReader::settle() {
   settleMarks();
   play();
@@ -133,7 +133,7 @@ void TextReader::settleMarks() {
   if (isGapped) lock();
 }
 
-/// Lets nothing be edited in what is kept.
+/// Lets nothing be edited in the kept text.
 void TextReader::lock() {
   const std::int8_t restriction =
       lockFor(rows_,

@@ -23,7 +23,7 @@ struct Oddity {
   Kind kind = Kind::noRow;
 };
 
-/// What is to be known of a text besides it when it is written.
+/// The facts about a text that its writer needs.
 struct TextMap {
   /// Of each row, by where they end.
   std::vector<text::Span> rows;
@@ -57,16 +57,16 @@ struct ReadText {
   bool hasMoreGroups = false;       ///< … of more
 };
 inline constexpr std::size_t kMostGroups = 65'535;
-/// What is told of form fields and of groups of other programs.
+/// The texts of form fields and of other programs' groups.
 inline constexpr std::size_t kMostMinorGroups = 4'096;
 
-/// What a text is read for.
+/// The purpose of reading a text.
 struct ReadFor {
   std::size_t size = 0;          ///< of its bytes, about
   std::size_t uncolouredTo = 0;  ///< text in front of that place takes no other highlight
 };
 
-/// Builds a text from what a walk over it meets. What is in a table, and in which, is known only at its end:
+/// Builds a text from the events of a walk. Which table a paragraph lies in is known only at the table's end:
 /// a row is kept until then.
 class TextReader final : public Events {
  public:
@@ -130,7 +130,7 @@ class TextReader final : public Events {
   TextMap map_;
   std::vector<Piece> pieces_;  ///< of the row, or the paragraph, at hand
   std::u16string units_;
-  /// What is to know the position of a character that is kept.
+  /// Values that wait for the position of a kept character.
   struct Waiting {
     std::size_t unit = 0;
     std::optional<std::int32_t> comment = std::nullopt;

@@ -40,7 +40,7 @@ class SplicedTokens {
     if (to <= bytes_.copied()) return;
     if (!first_) first_ = bytes_.copied() == from_ ? '{' : source_[bytes_.copied()];
     if (isSeam_) join(source_[bytes_.copied()]);
-    // What went stood in front of a word that says what a group is where it comes first.
+    // The bytes that went stood before a word that names the group's kind where it comes first.
     if (isSeam_ && endsInBrace_ && beginsGroup(source_.substr(bytes_.copied()))) bytes_.text() += "{}";
     endsInBrace_ = source_[to - 1] == '{';
     left_ = source_.substr(0, to);
@@ -61,7 +61,7 @@ class SplicedTokens {
   /// The bytes copied last were half of a character, to which nothing may be added.
   void isHalf() { isHalf_ = true; }
 
-  /// New bytes. What they end in is complete.
+  /// New bytes, whose last token is complete.
   void put(std::string_view text) {
     if (text.empty()) return;
     if (!first_) first_ = text.front();

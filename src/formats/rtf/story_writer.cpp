@@ -203,7 +203,7 @@ void StoryWriter::drop(const Step& step, const Character& character) {
 
 void StoryWriter::put(const Step& step, const Character& character) {
   if (droppedFields_ > 0) return newText_.wait(step);
-  if (!step.behind) return newText_.write(step, newText_.inFrontOf(character.bytes.begin, step));
+  if (!step.after) return newText_.write(step, newText_.inFrontOf(character.bytes.begin, step));
   const document::Structure structure = story_.structure().valueAt(step.at);
   if (walker_.state().deleted && !structure.deleted) return newText_.waitForLiving(step);
   const bool isMark = character.kind == Kind::paragraph || character.kind == Kind::cell ||

@@ -23,7 +23,7 @@ struct OldStory {
 };
 
 /// Writes an edited story: walks over the old one and splices. Every brace and control word stays but for
-/// those of what goes as a whole.
+/// those of parts that go as a whole.
 class StoryWriter final : public Events {
  public:
   /// What else is to be written lies in bytes that stay: others(those).

@@ -8,7 +8,7 @@
 
 namespace pluvo::rtf {
 
-/// What a document says of all its text.
+/// The tables of a document: fonts, colours, styles.
 struct Tables {
   Fonts fonts;
   Colours colours;

@@ -34,7 +34,7 @@ constexpr std::uint64_t kOnes = 0x0101010101010101U;
 constexpr std::uint64_t kHighs = kOnes * 0x80U;
 constexpr std::size_t kAtOnce = 8;
 
-/// Eight bytes as a number, the first in its lowest byte. What lies after the end is 0.
+/// Eight bytes as a number, the first in its lowest byte. Bytes after the end are 0.
 std::uint64_t eightAt(std::string_view bytes, std::size_t at) {
   std::uint64_t eight = 0;
   if (bytes.size() - at < kAtOnce) return headOf(bytes.substr(at));

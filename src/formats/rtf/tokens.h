@@ -37,7 +37,7 @@ struct Token {
   Extent extent;
 };
 
-/// The tokens of a document one after the other. Whatever the bytes are, they lie one behind the other and
+/// The tokens of a document one after the other. Whatever the bytes are, they lie one after the other and
 /// make up all of them. Data that reach over the end are a DocumentError (damaged).
 class Tokens {
  public:
@@ -54,7 +54,7 @@ class Tokens {
   void goTo(std::size_t at) { at_ = at; }
   std::string_view bytes() const { return bytes_; }
 
-  /// To behind the brace that closes a group, from anywhere directly in it. False where none does.
+  /// Goes past the brace that closes a group, from anywhere directly in it. False where none does.
   bool skipGroup();
   /// The same, with the place before that brace in the end.
   std::optional<Extent> restOfGroup();

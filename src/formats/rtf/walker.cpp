@@ -187,14 +187,14 @@ void Walker::close(std::size_t begin) {
 /// Closes a field together with its code or result, where nothing lies between the braces; or goes on from
 /// the code into the result. False where neither is so.
 bool Walker::closeInField(std::size_t begin) {
-  const std::size_t behind = tokens_.at();
+  const std::size_t after = tokens_.at();
   Frame& field = frames_[frames_.size() - 2];
   Tokens ahead = tokens_;
   const Token next = ahead.nextThing();
   if (next.kind == Kind::close && frames_.size() > 2) {
     field.hasEnd = true;
     endField({begin, next.extent.end}, 2);
-    pop(behind);
+    pop(after);
     pop(next.extent.end);
     tokens_.goTo(next.extent.end);
     return true;
@@ -203,8 +203,8 @@ bool Walker::closeInField(std::size_t begin) {
   const Opening result = openingOf(ahead);
   if (result.word != Word::fldrslt) return false;
   separateField(field, {begin, result.first.end});
-  pop(behind);
-  enter(Role::result, behind, result);
+  pop(after);
+  enter(Role::result, after, result);
   return true;
 }
 

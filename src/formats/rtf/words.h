@@ -6,7 +6,8 @@
 
 namespace pluvo::rtf {
 
-/// What a control word is to this program. Those between two of the comments are told apart by order.
+/// The control words, by their meaning to this program. Those between two of the comments are told apart by
+/// order.
 enum class Word : std::uint8_t {
   unknown,
   character,  ///< stands for the unit that its entry has
@@ -144,7 +145,7 @@ constexpr std::uint64_t headOf(std::string_view text) {
   return head;
 }
 
-/// What a word means, whose case counts, by its letters and its head.
+/// The meaning of a word, whose case counts, by its letters and its head.
 Meaning meaningOf(std::string_view word, std::uint64_t head);
 inline Meaning meaningOf(std::string_view word) { return meaningOf(word, headOf(word)); }
 
@@ -152,7 +153,7 @@ constexpr bool isBetween(Word word, Word first, Word last) { return word >= firs
 /// Whether a group that begins with the word is no text that goes on in the one around it.
 constexpr bool isSkipped(Word word) { return isBetween(word, Word::skipped, Word::lastGroup); }
 constexpr bool isOneCharacter(Word word) { return isBetween(word, Word::pict, Word::annotation); }
-/// Whether a group that begins with the word is a picture or an object, whose text nobody looks for.
+/// Whether a group that begins with the word is a picture or an object, whose text is not searched.
 constexpr bool isOpaque(Word word) { return isBetween(word, Word::pict, Word::object); }
 /// Whether a group that begins with the word may hold text of another story.
 constexpr bool holdsStories(Word word) {

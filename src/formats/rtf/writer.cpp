@@ -53,7 +53,7 @@ class DocumentWriter {
     }
   }
 
-  /// What lies in front of a place went with what it lay in.
+  /// Bytes in front of a place went with the group they lay in.
   void skipTo(std::size_t at) {
     while (next_ < tasks_.size() && tasks_[next_].bytes.begin < at) ++next_;
   }

@@ -56,8 +56,8 @@ class ComDocuments final : public word::Documents {
  private:
   /// After the name: ConfirmConversions, ReadOnly, AddToRecentFiles and twelve more.
   Arguments opening(const std::u16string& fileName) const {
-    constexpr int kBehindFileName = 15;
-    if (!documents_.session().manner.careful) return Arguments().text(fileName).missing(kBehindFileName);
+    constexpr int kAfterFileName = 15;
+    if (!documents_.session().manner.careful) return Arguments().text(fileName).missing(kAfterFileName);
     return Arguments().text(fileName).boolean(false).missing().boolean(false);
   }
 

@@ -221,10 +221,10 @@ bool ComFind::isWholeMatch(Span span) {
 bool ComFind::extendsToText(Span match, Span asked) {
   if (isShortened()) {
     const auto before = static_cast<std::int32_t>(proposal_.before);
-    const auto behind = static_cast<std::int32_t>(text_->size() - proposal_.before - proposal_.given);
+    const auto after = static_cast<std::int32_t>(text_->size() - proposal_.before - proposal_.given);
     if (match.start - asked.start < before) return false;
     if (before > 0) range_->MoveStart(word::wdCharacter, -before);
-    if (behind > 0) range_->MoveEnd(word::wdCharacter, behind);
+    if (after > 0) range_->MoveEnd(word::wdCharacter, after);
     match = range_->span();
     if (match.start < asked.start || (asked.spans() && match.end > asked.end)) return false;
   }

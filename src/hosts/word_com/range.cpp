@@ -20,7 +20,7 @@ void ComRange::Start(std::int32_t position) {
   std::int32_t inside = position;
   std::int32_t step = 1;
   bool isThere = true;
-  const auto isBehind = [&](std::int32_t place) {
+  const auto isAfter = [&](std::int32_t place) {
     try {
       put(place);
       isThere = true;
@@ -31,13 +31,13 @@ void ComRange::Start(std::int32_t position) {
       return true;
     }
   };
-  while (!isBehind(inside + step)) {
+  while (!isAfter(inside + step)) {
     inside += step;
     step *= 2;
   }
   for (; step > 1; step /= 2)
-    if (!isBehind(inside + step / 2)) inside += step / 2;
-  isBehind(inside + 1);
+    if (!isAfter(inside + step / 2)) inside += step / 2;
+  isAfter(inside + 1);
   // At the end of the document Word stays before its last mark.
   if (!isThere) put(position);
 }

@@ -62,7 +62,7 @@ TEST(CompoundFile, KeepsEveryStreamAndEntryWhereOneChanges) {
         EXPECT_EQ(opened.entries()[4].name, u"VBA");
         EXPECT_EQ(opened.find("Macros/VBA/dir"), 5U);
         EXPECT_FALSE(opened.stream("Macros/VBA") || opened.find("VBA") || opened.find("Macros/"));
-        // The last sector needs no bytes behind those in use.
+        // The last sector needs no bytes after those in use.
         EXPECT_EQ(contents(changed(made, path, "x"), path), "x");
       }
     }

@@ -76,7 +76,7 @@ class Events {
   std::string text_;
 };
 
-/// A name as it is written behind the number of its namespace.
+/// A name as it is written after the number of its namespace.
 std::string shownName(NamespaceId space, std::string_view qualified) {
   return std::to_string(space) + " " + std::string(qualified);
 }

@@ -11,7 +11,7 @@ struct Entry {
   std::string name;
   std::string contents;
   bool deflated = true;
-  bool descriptor = false;  ///< sizes and CRC behind the data, zero in the local header
+  bool descriptor = false;  ///< sizes and CRC after the data, zero in the local header
   bool zip64 = false;       ///< sizes, and in the directory the offset, in ZIP64 extra fields
   std::uint16_t flags = 0;
   std::string localExtra = {};

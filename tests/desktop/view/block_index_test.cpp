@@ -19,7 +19,7 @@ BlockIndex indexOf(const document::Story& story) {
   return {BlockFinder(story).blocks(), story.length(), guess};
 }
 
-/// The blocks as "from-to", a row with an r behind it.
+/// The blocks as "from-to", a row with an r after it.
 std::string print(const BlockIndex& index) {
   std::string result;
   for (std::size_t i = 0; i < index.count(); ++i) {
@@ -44,7 +44,7 @@ TEST(BlockIndex, DividesADocumentIntoParagraphsAndRows) {
     notation::Sample sample(it.notation);
     EXPECT_EQ(print(indexOf(sample.mainText())), it.blocks) << it.notation;
   }
-  // A long paragraph is cut behind a blank, where it has one.
+  // A long paragraph is cut after a blank, where it has one.
   std::string words;
   for (int i = 0; i < 2000; ++i) words += "word ";
   EXPECT_EQ(print(indexOf(notation::Sample(words + "¶").mainText())), "0-8190 8190-10001 ");

@@ -78,7 +78,7 @@ const struct {
   const char* name;
   void (*edit)(Story&, Position);
 } kKinds[] = {{"before", [](Story& story, Position at) { story.insertBefore(at, u"N\u0416"); }},
-              {"behind", [](Story& story, Position at) { story.insertBehind(at + 1, u"N\u4E2D"); }},
+              {"after", [](Story& story, Position at) { story.insertBehind(at + 1, u"N\u4E2D"); }},
               {"split", [](Story& story, Position at) { story.insertBefore(at, u"\r"); }},
               {"highlight",
                [](Story& story, Position at) {
@@ -211,7 +211,7 @@ TEST(DocFormat, LosesHeadersWithTheirSections) {
 
 TEST(DocFormat, KeepsNothingOfDeletedText) {
   DocBuilder builder;
-  builder.notation("before secret word, {DATE|secret word} behind¶");
+  builder.notation("before secret word, {DATE|secret word} after¶");
   builder.earlier = "x secret w" + std::string("s\0e\0c\0r\0e\0t\0", 12);
   builder.flags |= Fib::kTemplate;
   base::Bytes file = files::bytesOf(builder.build());

@@ -55,11 +55,11 @@ TEST(Controls, areNotDividedByMarks) {
        {control(kText, "{[ab]}") + "{[c]}", replace(u"b\r", u"X\rY\r"),
         control(kLines, "{<r><t>aX</t><br/><t>Y</t></r>}") + "{[c]}"},
        // Whole paragraphs beside a control stay outside.
-       {"{[a]}" + control(kText, "{[b]}") + "{}", behind(u"a\r", u"X\r"),
+       {"{[a]}" + control(kText, "{[b]}") + "{}", after(u"a\r", u"X\r"),
         "{[a]}{[X]}" + control(kText, "{[b]}") + "{}"},
-       {"{[a]}" + control(kText, "{[b]}") + "{}", both(behind(u"a\r", u"X\r"), behind(u"X\r", u"Y\r")),
+       {"{[a]}" + control(kText, "{[b]}") + "{}", both(after(u"a\r", u"X\r"), after(u"X\r", u"Y\r")),
         "{[a]}{[X]}{[Y]}" + control(kText, "{[b]}") + "{}"},
-       {control(kText, "{[a]}") + "{[b]}", behind(u"a\r", u"X\r"), control(kText, "{[a]}") + "{[X]}{[b]}"},
+       {control(kText, "{[a]}") + "{[b]}", after(u"a\r", u"X\r"), control(kText, "{[a]}") + "{[X]}{[b]}"},
        {"{<r><t>a</t><br/></r>}" + control(kText, "{[b]}") + "{}", remove(u"\r"),
         control(kLines, "{<r><t>a</t><br/></r>[b]}") + "{}"}});
 }
@@ -77,7 +77,7 @@ TEST(Controls, sayNothingThatTheirTextDenies) {
        {"{" + control("<showingPlcHdr/>", "[" + look + "|a][" + look + "<b/>|b]" + inner) + "}",
         replace(u"a", u"X"), "{" + control("", "[X][<b/>|b]" + inner) + "}"},
        {control("<showingPlcHdr/>", "{<pPr><rPr>" + look + "</rPr></pPr>[" + look + "|a]}") + "{}",
-        behind(u"a", u"X"), control("", "{<pPr></pPr>[aX]}") + "{}"},
+        after(u"a", u"X"), control("", "{<pPr></pPr>[aX]}") + "{}"},
        {"{" + control("<dropDownList lastValue='1'><listItem value='1'/></dropDownList>", "[ab]") + "}",
         replace(u"b", u"X"),
         "{" + control("<dropDownList><listItem value='1'/></dropDownList>", "[aX]") + "}"}});
@@ -139,8 +139,8 @@ TEST(Controls, thatAreLockedRefuse) {
                {block("sdtContentLocked"), remove(u"x\r"), nullptr},
                {block("sdtContentLocked"), replace(u"x\r", u"X"), kContents},
                {block("sdtContentLocked"), replace(u"\r", u"X\r"), nullptr},
-               {block("sdtContentLocked"), behind(u"x\r", u"X"), kContents},
-               {block("sdtContentLocked"), behind(u"x\r", u"X\r"), nullptr},
+               {block("sdtContentLocked"), after(u"x\r", u"X"), kContents},
+               {block("sdtContentLocked"), after(u"x\r", u"X\r"), nullptr},
                {block("sdtLocked"), remove(u"abcd"), nullptr},
                {block("sdtLocked"), remove(u"abcd\r"), kDeletion},
                {block("sdtLocked"), replace(u"abcd\r", u"X\r"), nullptr},
@@ -182,7 +182,7 @@ TEST(Guides, goWithTheLastOfTheirText) {
        {"{[x]" + guided("[<b/>|abc]") + "[y]}", replace(u"abc", u"X"), "{[x][<b/>|X][y]}"},
        {"{[x]" + guided("[abc]") + "[y]}", remove(u"abc"), "{[x][y]}"},
        {"{[x]" + guided("[abc]") + "[y]}", before(u"a", u"1\r2"), "{[x][1]}{[2]" + guided("[abc]") + "[y]}"},
-       {"{" + guided("[abc]") + "[y]}", behind(u"c", u"X"), "{" + guided("[abc]") + "[X][y]}"},
+       {"{" + guided("[abc]") + "[y]}", after(u"c", u"X"), "{" + guided("[abc]") + "[X][y]}"},
        {"{<del id='1'>" + guided("<r><delText>ab</delText></r>") + "</del>}", replace(u"ab", u"N"),
         "{<del id='1'><r><delText>N</delText></r></del>}"}});
 }
@@ -191,7 +191,7 @@ TEST(Guides, goWithTheLastOfTheirText) {
 TEST(Blanks, thatNothingPreservesStayInTheFile) {
   const auto t = [](const std::string& text) { return "{<r><t>" + text + "</t></r>}"; };
   expectBodies({{t(" a b\n"), replace(u"b", u"X"), t(" a X\n")},
-                {t("\r\n  ab "), behind(u"b", u"c"), t("\r\n  abc ")},
+                {t("\r\n  ab "), after(u"b", u"c"), t("\r\n  abc ")},
                 {t(" ab "), highlight(u"b", 7), "{<r><t> a</t></r><r><rPr>~</rPr><t>b </t></r>}"},
                 {t(" a b "), remove(u"a"), "{<r><t> </t><t xml:space=\"preserve\"> b</t><t> </t></r>}"},
                 {t(" ab "), replace(u"b", u"\t"), "{<r><t> a</t><tab/><t> </t></r>}"},

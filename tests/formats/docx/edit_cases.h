@@ -24,7 +24,7 @@ inline Edit remove(std::u16string what) { return replace(std::move(what), u""); 
 inline Edit before(std::u16string what, std::u16string put) {
   return [=](Opened& o) { o.model.insertBefore(o.find(what).from, put); };
 }
-inline Edit behind(std::u16string what, std::u16string put) {
+inline Edit after(std::u16string what, std::u16string put) {
   return [=](Opened& o) { o.model.insertBehind(o.find(what).to, put); };
 }
 inline Edit highlight(std::u16string what, std::uint8_t colour) {

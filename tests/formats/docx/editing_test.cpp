@@ -11,7 +11,7 @@ namespace {
 
 TEST(Editing, newTextTakesTheRunOfItsNeighbour) {
   expectBodies({{"{[<b/>|one ][<i/>|two]}", before(u"two", u"new "), "{[<b/>|one ][<i/>|new two]}"},
-                {"{[<b/>|one ][<i/>|two]}", behind(u"one ", u"new "), "{[<b/>|one new ][<i/>|two]}"},
+                {"{[<b/>|one ][<i/>|two]}", after(u"one ", u"new "), "{[<b/>|one new ][<i/>|two]}"},
                 {"{[<b/>|one ][<i/>|two]}", replace(u"ne tw", u"X"), "{[<b/>|oX][<i/>|o]}"},
                 {"{[a &amp; b]}", replace(u"b", u"<\"&\">"), "{[a &amp; &lt;\"&amp;\"&gt;]}"},
                 {"{[ab]}", replace(u"b", u"\t\v\f\x0E\x1E\x1F\xA0"),
@@ -19,7 +19,7 @@ TEST(Editing, newTextTakesTheRunOfItsNeighbour) {
                  "type='column'/><noBreakHyphen/><softHyphen/><t>\u00A0</t></r>}"},
                 {"{<r><t>a</t><tab/><lastRenderedPageBreak/><t>b</t></r>}", before(u"b", u"c"),
                  "{<r><t>a</t><tab/><lastRenderedPageBreak/><t>cb</t></r>}"},
-                {"{<r><t>a</t><tab/></r>}", behind(u"\t", u"c"), "{<r><t>a</t><tab/><t>c</t></r>}"},
+                {"{<r><t>a</t><tab/></r>}", after(u"\t", u"c"), "{<r><t>a</t><tab/><t>c</t></r>}"},
                 {"{<pPr><rPr><ins id='1'/><b/></rPr></pPr>}", before(u"\r", u"x"),
                  "{<pPr><rPr><ins id='1'/><b/></rPr></pPr>[<b/>|x]}"},
                 {"<p rsidR='1'/>", before(u"\r", u"x"), "<p rsidR='1'>[x]</p>"},
@@ -27,7 +27,7 @@ TEST(Editing, newTextTakesTheRunOfItsNeighbour) {
 }
 
 TEST(Editing, textBesideAReferenceLooksLikeTheTextBeforeIt) {
-  expectBodies({{"{[<i/>|a]_[b]}", behind(u"\x02", u"X"), "{[<i/>|a]_[<i/>|X][b]}"},
+  expectBodies({{"{[<i/>|a]_[b]}", after(u"\x02", u"X"), "{[<i/>|a]_[<i/>|X][b]}"},
                 {"{_[b]}", before(u"\x02", u"X"), "{[X]_[b]}"},
                 {"{[<i/>|a]_}", replace(u"\x02", u"X"), "{[<i/>|a][<i/>|X]}"}},
                {{'_', "<r><rPr><vertAlign val='superscript'/></rPr><footnoteReference id='1'/></r>"}});
@@ -96,8 +96,8 @@ TEST(Editing, textTakesAfterDeletedText) {
        {"{[x]<del id='7'>_</del>[y]}", replace(u"ab", u"N"),
         "{[x]<del id='7'><r><delText>N</delText></r></del>[y]}"},
        {"{[x]<del id='7'>_</del>[y]}", before(u"a", u"N"), "{[x][N]<del id='8'>_</del>[y]}"},
-       {"{[x]<del id='7'>_</del>[y]}", behind(u"b", u"N"), "{[x]<del id='7'>_</del>[N][y]}"},
-       {"{<hyperlink anchor='m'>[x]<del id='7'>_</del></hyperlink>}", behind(u"b", u"1\r2\r"),
+       {"{[x]<del id='7'>_</del>[y]}", after(u"b", u"N"), "{[x]<del id='7'>_</del>[N][y]}"},
+       {"{<hyperlink anchor='m'>[x]<del id='7'>_</del></hyperlink>}", after(u"b", u"1\r2\r"),
         "{<hyperlink anchor='m'>[x]<del id='7'>_</del>[1]</hyperlink>}{<hyperlink "
         "anchor='m'>[2]</hyperlink>}{}"},
        {"{[x]<del id='7'>_</del>[y]}", replace(u"xa", u"N"),
@@ -110,7 +110,7 @@ TEST(Editing, textTakesAfterDeletedText) {
         "{<del id='9' author='A'><r><delText>2b</delText></r></del>}"},
        {"{" + marked + "<del id='7'>_</del>}{[y]}", before(u"\r", u"N"),
         "{" + marked + "<del id='7'>_</del><del id='8' author='A'><r><delText>N</delText></r></del>}{[y]}"},
-       {"{[x]}{" + marked + "<del id='7'>_</del>}{<del id='8'>_</del>}", behind(u"ab\r", u"N\r"),
+       {"{[x]}{" + marked + "<del id='7'>_</del>}{<del id='8'>_</del>}", after(u"ab\r", u"N\r"),
         "{[x]}{" + marked +
             "<del id='7'>_</del>}{<pPr><rPr><del id='10' author='A'/></rPr></pPr>"
             "<del id='9' author='A'><r><delText>N</delText></r></del>}{<del id='8'>_</del>}"},
@@ -138,8 +138,8 @@ TEST(Editing, aNewMarkDividesTheParagraph) {
         "{<hyperlink r:id='rId1'>[a]</hyperlink>}{<hyperlink r:id='rId1'>[b]</hyperlink>}"},
        {"{<hyperlink r:id='rId1'>[ab]</hyperlink>}", before(u"a", u"x\r"),
         "{<hyperlink r:id='rId1'>[x]</hyperlink>}{<hyperlink r:id='rId1'>[ab]</hyperlink>}"},
-       {"{[a]}{_[b]}", behind(u"a\r", u"x\r"), "{[a]}{[x]}{_[b]}"},
-       {"{[a]}{_[b]}", behind(u"a\r", u"x"), "{[a]}{_[x][b]}"},
+       {"{[a]}{_[b]}", after(u"a\r", u"x\r"), "{[a]}{[x]}{_[b]}"},
+       {"{[a]}{_[b]}", after(u"a\r", u"x"), "{[a]}{_[x][b]}"},
        {"<p/>", before(u"\r", u"1\r2\r"), "{[1]}{[2]}{}"}},
       {{'_', "<pPr><jc val='center'/></pPr>"},
        {'+', "<rPr><ins id='1'/><b/></rPr><sectPr><pgSz/></sectPr><pPrChange id='2'><pPr/></pPrChange>"}});
@@ -164,8 +164,8 @@ TEST(Editing, tablesGoWholeOrKeepTheirMarks) {
                 {"{[ab]}_{[c]}", remove(u"b\r1\r2"), "{[a]}<T><tc>{}</tc><tc>{[3]}</tc></T>{[c]}"},
                 {"_{[cd]}", remove(u"3\a\ac"), "<T><tc>{[1]}{[2]}</tc><tc>{}</tc></T>{[d]}"},
                 {"<T><tc>{[x]}_{[y]}</tc></T>{}", remove(u"1\r2\a3\a\ay"), "<T><tc>{[x]}{}</tc></T>{}"},
-                {"{[a]}_{}", behind(u"a", u"\rb"), "{[a]}{[b]}_{}"},
-                {"{[a]}_{}", behind(u"a\r", u"b\r"), "{[a]}{[b]}_{}"},
+                {"{[a]}_{}", after(u"a", u"\rb"), "{[a]}{[b]}_{}"},
+                {"{[a]}_{}", after(u"a\r", u"b\r"), "{[a]}{[b]}_{}"},
                 {"<T><tc></tc></T>{}", before(u"\a", u"x"), "<T><tc>{[x]}</tc></T>{}"},
                 {"{[ab]}<T><bookmarkStart id='1' name='m'/><tc>{[1]}</tc></T>{[c]}<bookmarkEnd id='1'/>",
                  remove(u"1\a\a"), "{[ab]}{<bookmarkStart id='1' name='m'/>[c]}<bookmarkEnd id='1'/>"}},

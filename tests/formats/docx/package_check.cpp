@@ -191,7 +191,7 @@ class Checker {
       if (name.empty()) continue;  // blanks
       const auto place = static_cast<std::size_t>(std::ranges::find(order, name) - order.begin());
       if (place == order.size()) {
-        if (tailOnly && reached > 0) fault(name + " behind the end of " + node.name());
+        if (tailOnly && reached > 0) fault(name + " after the end of " + node.name());
         continue;
       }
       if (place + 1 < reached) fault(name + " too late in " + node.name());

@@ -33,11 +33,11 @@ inline void editBySeed(document::Story& model, const EditSeed& seed) {
   const auto reach = static_cast<text::Position>(seed.reach % (seed.reach % 4 == 0 ? 400 : 12));
   const text::Span span{from, std::max(from, whole(std::min(from + reach, last)))};
   const std::u16string& text = texts[seed.text % std::size(texts)];
-  const text::Position behind = whole(std::min(span.from + 2, last));
+  const text::Position after = whole(std::min(span.from + 2, last));
   const auto isShown = [&](text::Position p) {
     return (model.visibility().valueAt(p) & text::kInResults) != 0;
   };
-  if (!isShown(from) || !isShown(std::max(behind - 1, from))) return;
+  if (!isShown(from) || !isShown(std::max(after - 1, from))) return;
   // A lock may refuse any of them.
   try {
     switch (seed.kind % 5) {
@@ -48,7 +48,7 @@ inline void editBySeed(document::Story& model, const EditSeed& seed) {
         model.insertBefore(span.from, text);
         break;
       case 2:
-        model.insertBehind(behind, text);
+        model.insertBehind(after, text);
         break;
       case 3:
         model.replace(span, {}, text::View::results);

@@ -285,7 +285,7 @@ class StructuredProgram {
     ASSERT_EQ(after.size(), before.size() + text.size());
     const auto from = static_cast<std::size_t>(
         std::mismatch(before.begin(), before.end(), after.begin()).first - before.begin());
-    // The new text may begin like what stands behind it.
+    // The new text may begin like what stands after it.
     bool found = text.empty();
     for (std::size_t at = from + 1; at-- > 0 && !found;) {
       std::u16string undone = after;

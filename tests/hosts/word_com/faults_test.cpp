@@ -25,7 +25,7 @@ errors::Fault faultOf(const std::function<void()>& work) {
   return {};
 }
 
-/// A range of a Word that answers so when text is put in behind it.
+/// A range of a Word that answers so when text is put in after it.
 class Inserting {
  public:
   explicit Inserting(CallBook::Script script) { WordSession::calls().on(kInsert, std::move(script)); }

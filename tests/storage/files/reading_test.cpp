@@ -16,7 +16,7 @@
 namespace pluvo::files {
 namespace {
 
-TEST(Reading, GivesTheBytesAndOneBehindAtEverySizeThatMatters) {
+TEST(Reading, GivesTheBytesAndOneMoreAtEverySizeThatMatters) {
   const Scratch scratch;
   const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
   for (const std::size_t size :

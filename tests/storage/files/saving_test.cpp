@@ -245,7 +245,7 @@ TEST(Saving, AnyFailingCallLeavesTheOldVersionOrTheNewOneWhole) {
       const bool replaced = scratch.get("a.txt") == kNew;
       EXPECT_TRUE(replaced || scratch.get("a.txt") == kOld) << n;
       EXPECT_TRUE(failure.starts_with("io: ") || (replaced && failure.empty())) << n << failure;
-      // What goes wrong behind the rename cannot be undone; before it, nothing may stay behind.
+      // What goes wrong after the rename cannot be undone; before it, nothing may stay behind.
       if (replaced) {
         EXPECT_THAT(scratch.names(), ElementsAre("a.txt", "a.txt.bak")) << n;
       } else if (from == FailingFileSystem::From::once) {

@@ -50,7 +50,7 @@ struct Landing {
 
 /// Where text inserted at position stands, and beside which character: the one before it (behind) or the one
 /// after it.
-Landing landingAt(const Story& story, text::Position position, bool behind, std::u16string_view newText);
+Landing landingAt(const Story& story, text::Position position, bool after, std::u16string_view newText);
 /// Where text that replaces the first span of a removal stands.
 Landing landingInsteadOf(const Story& story, const Removal& removal, std::u16string_view newText);
 

@@ -19,7 +19,7 @@ struct Step {
   text::Position original = 0;
   text::Position length = 0;
   text::Position at = 0;  ///< keep and put: where it stands in the edited text
-  bool behind = false;    ///< put: after its character instead of before it
+  bool after = false;     ///< put: after its character instead of before it
   std::u16string_view units{};
 };
 

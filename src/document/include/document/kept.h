@@ -12,9 +12,9 @@ class OriginalSpans {
  public:
   /// Whether one of them holds all of a span.
   bool hold(text::Span original) const {
-    const auto behind = std::upper_bound(spans_.begin(), spans_.end(), original.from,
-                                         [](text::Position p, const text::Span& s) { return p < s.from; });
-    return behind != spans_.begin() && original.to <= (behind - 1)->to;
+    const auto after = std::upper_bound(spans_.begin(), spans_.end(), original.from,
+                                        [](text::Position p, const text::Span& s) { return p < s.from; });
+    return after != spans_.begin() && original.to <= (after - 1)->to;
   }
   bool empty() const { return spans_.empty(); }
 

@@ -154,7 +154,7 @@ class Story {
   void observer(Observer* observer) { observer_ = observer; }
 
  private:
-  text::Span insert(text::Position position, bool behind, std::u16string_view text);
+  text::Span insert(text::Position position, bool after, std::u16string_view text);
   bool isColourless(const Structure& structure) const;
   bool besideText(text::Position position) const;
   Landing landingOf(const Removal& removal, std::u16string_view newText) const;
@@ -164,7 +164,7 @@ class Story {
   std::size_t parts() const;
   void requireRoomForParts() const;
   void requireOnlyHere(text::Span edited, text::Span judged) const;
-  text::Span wordBeside(text::Position position, bool behind) const;
+  text::Span wordBeside(text::Position position, bool after) const;
   void countParts();
   text::Span put(text::Span replaced, std::u16string_view text, const Landing& landing);
 

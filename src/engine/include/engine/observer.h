@@ -19,7 +19,7 @@ struct Block {
 /// Is told of every block of a pass, before and after the operation.
 class PassObserver {
  public:
-  enum class Answer { goOn, stop };
+  enum class Next { goOn, stop };
 
   virtual ~PassObserver() = default;
 
@@ -29,19 +29,19 @@ class PassObserver {
   virtual void enters(std::int32_t /*story*/) {}
   /// The engine is about to look for a beginning; stop ends the pass as if there were none. This comes often,
   /// also where no block is found, so that a program can answer its windows meanwhile.
-  virtual Answer searching() { return Answer::goOn; }
+  virtual Next searching() { return Next::goOn; }
   /// A beginning and an ending were found, and left because they are too far apart.
   virtual void tooFar() {}
   /// A block was found; stop ends the pass before anything is done with it.
-  virtual Answer found(const Block&) { return Answer::goOn; }
+  virtual Next found(const Block&) { return Next::goOn; }
   /// The operation was carried out, or refused with a fault that was given to the observer; stop ends the
   /// pass.
-  virtual Answer operated(const Block&, const errors::Fault* refusal) {
+  virtual Next operated(const Block&, const errors::Fault* refusal) {
     static_cast<void>(refusal);
-    return Answer::goOn;
+    return Next::goOn;
   }
   /// It was decided to pass the block by.
-  virtual Answer skipped(const Block&) { return Answer::goOn; }
+  virtual Next skipped(const Block&) { return Next::goOn; }
 };
 
 /// Whom an engine works for: hears of every block, decides about it where the request wants that, and takes

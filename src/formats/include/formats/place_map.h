@@ -44,8 +44,8 @@ class PlaceMap {
 
   template <class Value>
   Place lastUpTo(Value value, Value Place::*member) const {
-    const auto behind = std::ranges::upper_bound(places_, value, {}, member);
-    return behind == places_.begin() ? Place{} : *(behind - 1);
+    const auto after = std::ranges::upper_bound(places_, value, {}, member);
+    return after == places_.begin() ? Place{} : *(after - 1);
   }
 
   text::Position interval_;

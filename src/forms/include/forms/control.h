@@ -35,7 +35,8 @@ struct Cell {
 };
 
 /// One control of a form: plain values that handlers read and write, and that a renderer mirrors. The user's
-/// doings arrive as calls from the renderer, or from a test; a control that is off or hidden ignores them.
+/// userActions arrive as calls from the renderer, or from a test; a control that is off or hidden ignores
+/// them.
 ///
 /// A call that stands for the user's doing lets a Fault out only where the reporter itself failed; see
 /// unreported.h.

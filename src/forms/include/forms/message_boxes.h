@@ -8,12 +8,12 @@
 namespace pluvo::forms {
 
 enum class Buttons { ok, yesNo, yesNoCancel };
-enum class Answer { ok, yes, no, cancel };
+enum class BoxAnswer { ok, yes, no, cancel };
 
 /// The answer that counts when a box is closed without one.
-inline Answer closedAnswer(Buttons buttons) {
-  if (buttons == Buttons::ok) return Answer::ok;
-  return buttons == Buttons::yesNo ? Answer::no : Answer::cancel;
+inline BoxAnswer closedAnswer(Buttons buttons) {
+  if (buttons == Buttons::ok) return BoxAnswer::ok;
+  return buttons == Buttons::yesNo ? BoxAnswer::no : BoxAnswer::cancel;
 }
 
 /// Boxes with a text and a few buttons, in which the user must answer before anything else.
@@ -21,8 +21,8 @@ class MessageBoxes {
  public:
   virtual ~MessageBoxes() = default;
   /// Without a title the host's own shows. A box that is closed without a button answers as its last button.
-  virtual Answer show(const std::u16string& text, Buttons buttons,
-                      const std::optional<std::u16string>& title) = 0;
+  virtual BoxAnswer show(const std::u16string& text, Buttons buttons,
+                         const std::optional<std::u16string>& title) = 0;
 };
 
 /// Shows error reports as message boxes.

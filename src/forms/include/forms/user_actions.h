@@ -11,10 +11,10 @@
 namespace pluvo::forms {
 
 /// Carries the user's actions from the widgets of one form to its controls.
-class Doings {
+class UserActions {
  public:
   using Admits = std::function<bool(const Control*)>;
-  Doings(MessageBoxes& boxes, Admits admits) : boxes_(boxes), admits_(std::move(admits)) {}
+  UserActions(MessageBoxes& boxes, Admits admits) : boxes_(boxes), admits_(std::move(admits)) {}
 
   /// Nothing arrives from widgets while the form is hidden.
   void listening(bool value) { listening_ = value; }

@@ -11,7 +11,7 @@
 namespace pluvo::forms_qt {
 
 /// What both kinds of boxes ask of the program.
-struct BoxSurroundings {
+struct BoxHooks {
   /// The window a box belongs to; without it, or where it says nothing, the one that is active.
   std::function<QWidget*()> owner;
   /// Called with a box that is about to be shown and has its size; may move it, away from the text it asks
@@ -22,25 +22,25 @@ struct BoxSurroundings {
 /// Message boxes as Qt windows. The text is shown letter for letter and can be marked and copied.
 class QtMessageBoxes final : public forms::MessageBoxes {
  public:
-  explicit QtMessageBoxes(BoxSurroundings surroundings = {}) : surroundings_(std::move(surroundings)) {}
+  explicit QtMessageBoxes(BoxHooks surroundings = {}) : surroundings_(std::move(surroundings)) {}
 
   /// Runs a nested event loop, in which no other window takes anything.
-  forms::Answer show(const std::u16string& text, forms::Buttons buttons,
-                     const std::optional<std::u16string>& title) override;
+  forms::BoxAnswer show(const std::u16string& text, forms::Buttons buttons,
+                        const std::optional<std::u16string>& title) override;
 
  private:
-  BoxSurroundings surroundings_;
+  BoxHooks surroundings_;
 };
 
 /// Input boxes as Qt windows.
 class QtInputBoxes final : public forms::InputBoxes {
  public:
-  explicit QtInputBoxes(BoxSurroundings surroundings = {}) : surroundings_(std::move(surroundings)) {}
+  explicit QtInputBoxes(BoxHooks surroundings = {}) : surroundings_(std::move(surroundings)) {}
 
   std::u16string ask(const std::u16string& prompt, const std::u16string& title) override;
 
  private:
-  BoxSurroundings surroundings_;
+  BoxHooks surroundings_;
 };
 
 }  // namespace pluvo::forms_qt

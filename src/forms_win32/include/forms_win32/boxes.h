@@ -18,8 +18,8 @@ class Win32MessageBoxes final : public forms::MessageBoxes {
   /// The title is that of boxes without one of their own.
   explicit Win32MessageBoxes(std::u16string title) : title_(std::move(title)) {}
 
-  forms::Answer show(const std::u16string& text, forms::Buttons buttons,
-                     const std::optional<std::u16string>& title) override;
+  forms::BoxAnswer show(const std::u16string& text, forms::Buttons buttons,
+                        const std::optional<std::u16string>& title) override;
 
   /// The boxes that are up go unanswered, as if they were closed.
   static void closeAll();

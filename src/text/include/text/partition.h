@@ -28,9 +28,9 @@ class Partition {
       return front_.countWhile([&](const Part& part) { return part.place <= position; }) - 1;
     }
     const Position distance = length_ - position;
-    const std::size_t behind = back_.size();
+    const std::size_t after = back_.size();
     // Mostly it is the part after the last edit.
-    if (behind == 1 || back_[behind - 2].place < distance) return front_.size();
+    if (after == 1 || back_[after - 2].place < distance) return front_.size();
     return count() - 1 - back_.countWhile([&](const Part& part) { return part.place < distance; });
   }
 
@@ -116,7 +116,7 @@ class Partition {
   Position gap() const { return length_ - (back_.empty() ? 0 : back_.back().place); }
   /// The parts on both sides of the gap; null at the ends of the text.
   const Value* beforeGap() const { return front_.empty() ? nullptr : &front_.back().value; }
-  const Value* behindGap() const { return back_.empty() ? nullptr : &back_.back().value; }
+  const Value* afterGap() const { return back_.empty() ? nullptr : &back_.back().value; }
   Position startBeforeGap() const { return front_.empty() ? 0 : front_.back().place; }
 
   /// Whether the parts cover the text without overlap. For tests.

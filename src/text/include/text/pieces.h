@@ -21,7 +21,7 @@ struct Piece {
   /// … the original character whose formatting it takes …
   Position anchor = kNone;
   /// … and whether it stands after that character (true) or before or instead of it (false).
-  bool behindAnchor = false;
+  bool afterAnchor = false;
 
   bool isNew() const { return original == kNone; }
   static constexpr Position kNone = -1;
@@ -30,7 +30,7 @@ struct Piece {
 /// Which original character new text takes its formatting from.
 struct Anchor {
   Position original = Piece::kNone;
-  bool behind = false;
+  bool after = false;
   bool operator==(const Anchor&) const = default;
 };
 
@@ -78,7 +78,7 @@ class PieceText {
 
   /// The anchor that text put before (or after) the character at position inherits from it. It is the
   /// character's own original position, or, for new text, that of its anchor.
-  Anchor anchorAt(Position position, bool behind) const;
+  Anchor anchorAt(Position position, bool after) const;
 
   /// Every piece in order, with the units of new ones: visit(const Piece&, std::u16string_view newText).
   template <class Visit>
@@ -130,7 +130,7 @@ class PieceText {
         : place_(static_cast<std::uint32_t>(added) | kNew),
           anchor_(anchor.original < 0
                       ? kNoAnchor
-                      : static_cast<std::uint32_t>(anchor.original) * 2U + (anchor.behind ? 1U : 0U)) {}
+                      : static_cast<std::uint32_t>(anchor.original) * 2U + (anchor.after ? 1U : 0U)) {}
 
     bool isNew() const { return (place_ & kNew) != 0; }
     /// In the original, or in the added text.
@@ -160,14 +160,14 @@ class PieceText {
   void insertNew(std::u16string_view text, Anchor anchor);
   void joinAtGap();
   /// Where the piece in front of the gap, which is before, would go on.
-  Position placeBehind(const Source& before) const;
+  Position placeAfter(const Source& before) const;
   /// [from, to) of a piece.
   static Piece cut(const Partition<Source>::Place& piece, Position from, Position to) {
     const Source& source = piece.value;
     const Position place = source.place() + (from - piece.from);
     if (!source.isNew()) return {to - from, place, 0, Piece::kNone, false};
     const Anchor anchor = source.anchor();
-    return {to - from, Piece::kNone, place, anchor.original, anchor.behind};
+    return {to - from, Piece::kNone, place, anchor.original, anchor.after};
   }
 
   OriginalText original_;

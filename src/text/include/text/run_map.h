@@ -29,7 +29,7 @@ class RunMap {
   std::size_t runCount() const { return parts_.count(); }
 
   void append(Position length, const Value& value) {
-    if (parts_.behindGap() != nullptr) return replace(this->length(), this->length(), length, value);
+    if (parts_.afterGap() != nullptr) return replace(this->length(), this->length(), length, value);
     if (length == 0) return;
     if (parts_.beforeGap() != nullptr && *parts_.beforeGap() == value) return parts_.extend(length);
     parts_.insert(length, value);
@@ -67,8 +67,8 @@ class RunMap {
       }
     }
     const Value* before = parts_.beforeGap();
-    const Value* behind = parts_.behindGap();
-    if (before != nullptr && behind != nullptr && *before == *behind) parts_.join();
+    const Value* after = parts_.afterGap();
+    if (before != nullptr && after != nullptr && *before == *after) parts_.join();
   }
 
   /// The runs that touch [from, to) in order, cut to it; valid until the next edit.

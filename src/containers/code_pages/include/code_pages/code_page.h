@@ -36,12 +36,12 @@ class CodePage {
  public:
   /// Whether it could be made out, and if not, why.
   enum class Kind : std::uint8_t { usable, unknown, stateful, notByBytes };
-  struct Answer {
+  struct Conversion {
     Kind kind = Kind::unknown;
     const CodePage* page = nullptr;  ///< lives as long as the program
   };
   /// By iconv's name. Made out at the first call.
-  static Answer named(const std::string& iconvName);
+  static Conversion named(const std::string& iconvName);
 
   CodePage(const CodePage&) = delete;
   CodePage& operator=(const CodePage&) = delete;

@@ -23,7 +23,7 @@ class BinaryEncryption {
  public:
   /// Obfuscation, as the header of the file has the password's number (keyOf, kept_password.h).
   static std::unique_ptr<BinaryEncryption> obfuscation(std::uint32_t number);
-  /// RC4, from what the table stream begins with. Throws errors::DocumentError: damaged, or unsupported for
+  /// RC4, from the beginning of the table stream. Throws errors::DocumentError: damaged, or unsupported for
   /// any other way, with its name.
   static std::unique_ptr<BinaryEncryption> from(base::ByteSpan header);
 

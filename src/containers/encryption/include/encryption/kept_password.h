@@ -22,7 +22,8 @@ struct KeptPassword {
   Of of = Of::key;
 
   /// Whether this is the password; costs as many hashes as there are turns. A password kept in a way that is
-  /// not known, or with more than kMostTurns, is nobody's. Wipes what it made of the password given.
+  /// not known, or with more than kMostTurns, verifies no password. Wipes the values made of the password
+  /// given.
   bool is(std::u16string_view given) const;
 };
 

@@ -32,7 +32,7 @@ class PackageEncryption {
   /// The package's key; nothing where the password is another.
   virtual std::optional<base::SecretBytes> keyBy(std::u16string_view password) const = 0;
 
-  /// The package. Throws errors::DocumentError: damaged, also where somebody changed what was encrypted, as
+  /// The package. Throws errors::DocumentError: damaged, also where the encrypted bytes were changed, as
   /// far as its way can tell; password, where the key is another's.
   virtual base::Bytes decrypted(base::ByteSpan key, base::ByteSpan encrypted) const = 0;
 

@@ -17,7 +17,7 @@ namespace pluvo::docx {
 /// headers, footers, notes and comments are stories of their own and not part of the text; the source tells
 /// them, and what else the package holds.
 ///
-/// What a save leaves behind: the relationship and the part of a deleted picture, which nothing shows any
+/// What a save leaves: the relationship and the part of a deleted picture, which nothing shows any
 /// more. A simple field's code, which is an attribute, takes no highlight.
 class DocxFormat : public formats::Format {
  public:
