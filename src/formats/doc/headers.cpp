@@ -22,7 +22,8 @@ Headers::Headers(const Text& text) {
   const Plc sections(text.in(Table::sections), kSectionElement);
   const Plc shapes(text.in(Table::headerShapes), kShapeElement);
   const Position length = text.fib.length(Part::headers);
-  for (std::size_t i = 0; i + 1 < sections.count(); ++i) breaks_.push_back(sections.place(i + 1) - 1);
+  for (std::size_t i = 0; i + 1 < sections.count(); ++i)
+    breaks_.push_back(std::max(sections.place(i + 1), 0) - 1);
   mayGo_.assign(breaks_.size(), true);
   if (places.count() < kSeparators + sections.count() * kKinds) {
     if (length > 0) mayGo_.assign(breaks_.size(), false);

@@ -55,6 +55,11 @@ constexpr std::array<std::uint8_t, 58> kMadeAnew = {
 
 constexpr std::size_t kSectionElement = 12, kNoteElement = 2, kCommentElement = 30;
 
+/// Whatever the place: files may name any.
+Position shifted(Position place, Position by) {
+  return static_cast<Position>(static_cast<std::uint32_t>(place) + static_cast<std::uint32_t>(by));
+}
+
 }  // namespace
 
 Position TableMover::begin(Part part) const { return places_.boundary(fib_.begin(part)); }
@@ -66,7 +71,7 @@ Position TableMover::newLength(Part part) const {
 /// A place in a part, and not that of a character. A place outside the part moves with its end.
 Position TableMover::boundary(Part part, Position place) const {
   if (place < 0) return place;
-  if (place > fib_.length(part)) return place + newLength(part) - fib_.length(part);
+  if (place > fib_.length(part)) return shifted(place, newLength(part) - fib_.length(part));
   return places_.boundary(fib_.begin(part) + place) - begin(part);
 }
 
@@ -104,7 +109,7 @@ void TableMover::moveSections() {
   PlcWriter moved;
   Position begin = boundary(Part::main, plc.place(0));
   for (std::size_t i = 0; i < plc.count(); ++i) {
-    const auto mark = character(Part::main, plc.place(i + 1) - 1);
+    const auto mark = character(Part::main, std::max(plc.place(i + 1), 0) - 1);
     if (i + 1 < plc.count() && !mark) continue;
     moved.add(begin, plc.element(i));
     if (mark) begin = *mark + 1;
@@ -148,7 +153,7 @@ void TableMover::moveBookmarks(std::size_t begins, std::size_t ends, bool endAtM
     const Position longer = places_.boundary(all) - all;
     const auto moved = [&](Position place, bool isMark) {
       if (place < 0) return place;
-      if (place > all) return place + longer;
+      if (place > all) return shifted(place, longer);
       return isMark ? places_.character(place) : places_.boundary(place);
     };
     PlcWriter movedBegins;

@@ -25,7 +25,8 @@ constexpr std::size_t kSectionElement = 12;
 
 Walker::Walker(const Text& text) : text_(text), headers_(text) {
   const Plc sections(text.in(Table::sections), kSectionElement);
-  for (std::size_t i = 1; i <= sections.count(); ++i) sectionMarks_.push_back(sections.place(i) - 1);
+  for (std::size_t i = 1; i <= sections.count(); ++i)
+    sectionMarks_.push_back(std::max(sections.place(i), 0) - 1);
   std::ranges::sort(sectionMarks_);
 }
 
