@@ -110,6 +110,7 @@ Story::Story(Snapshot snapshot)
       count_(&ownCount_),
       counted_(parts()),
       changed_(snapshot.changed),
+      wasEdited_(snapshot.changed || snapshot.saves > 0),
       saves_(snapshot.saves) {}
 
 void Story::requireText(std::u16string_view newText) const {
@@ -319,7 +320,7 @@ Span Story::put(Span replaced, std::u16string_view text, const Landing& landing)
   liveRanges_.moveWith(replaced, length);
   finds_.edited(replaced, length);
   measures_.edited(replaced, length);
-  changed_ = true;
+  changed_ = wasEdited_ = true;
   countParts();
   if (observer_ != nullptr) observer_->replaced(*this, replaced, length);
   return {replaced.from, replaced.from + length};
@@ -344,7 +345,7 @@ void Story::highlight(Span span, std::uint8_t colour) {
     highlight_.set(run.from, run.to, colour);
   }
   if (!changes) return;
-  changed_ = true;
+  changed_ = wasEdited_ = true;
   countParts();
   if (observer_ != nullptr) observer_->highlighted(*this, span);
 }

@@ -268,7 +268,7 @@ class PackageTeller {
 void tellPackage(const ReadDocument& document, const document::Story& model, formats::OtherTexts& texts,
                  Budget& budget, Depth depth) {
   std::optional<DepartedNotes> departed;
-  if (model.changed() && !document.map.references.empty()) {
+  if (model.wasEdited() && !document.map.references.empty()) {
     NoteFates fates;
     fates.add(document.map, document::Dropped(document::EditScript(model)));
     departed = fates.departed();

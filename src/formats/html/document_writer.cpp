@@ -20,9 +20,9 @@ std::vector<Writer::Cut> cutsOf(const Page& page, const OldDocument& old,
   std::vector<Writer::Cut> cuts;
   for (std::size_t i = 0; i < old.places.size(); ++i) {
     const StoryPlace& place = old.places[i];
-    if (mainText.changed() && place.anchor && !kept.holds(*place.anchor)) {
+    if (mainText.wasEdited() && place.anchor && !kept.holds(*place.anchor)) {
       cuts.push_back({place.part.whole});
-    } else if (hasOthers && document.story(i + 1).changed()) {
+    } else if (hasOthers && document.story(i + 1).wasEdited()) {
       Writer writer(page, place.partIn(sheet), place.map, document.story(i + 1), {});
       std::string bytes;
       for (const base::ByteSpan part : writer.write()) bytes.append(part.begin(), part.end());

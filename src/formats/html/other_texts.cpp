@@ -154,7 +154,7 @@ class Teller final : public Events {
 void tellOtherTexts(const Page& page, const OldDocument& old, const document::Story& mainText,
                     formats::OtherTexts& texts) {
   const document::Kept kept(mainText);
-  Teller(page, old, mainText.changed() ? &kept : nullptr, texts).tell();
+  Teller(page, old, mainText.wasEdited() ? &kept : nullptr, texts).tell();
 }
 
 }  // namespace pluvo::formats::html

@@ -193,7 +193,7 @@ void tellOtherTexts(std::string_view file, const OldDocument& old, const documen
                     formats::OtherTexts& texts) {
   const document::Kept kept(mainText);
   Tables tables = old.tables;
-  Teller(file, tables, texts).tell(old.groups, old.hasMoreGroups, mainText.changed() ? &kept : nullptr, 0);
+  Teller(file, tables, texts).tell(old.groups, old.hasMoreGroups, mainText.wasEdited() ? &kept : nullptr, 0);
 }
 
 }  // namespace pluvo::rtf

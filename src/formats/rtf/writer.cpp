@@ -15,7 +15,7 @@ class DocumentWriter {
                  const document::Document& document)
       : file_(file), tables_(tables), out_(file, tables) {
     for (std::size_t i = 0; i < places.size(); ++i) {
-      if (!document.story(i).changed() || document.isGone(i)) continue;
+      if (!document.story(i).wasEdited() || document.isGone(i)) continue;
       tasks_.push_back({places[i].bytes, &places[i], &document.story(i)});
       for (const StoryPlace& twin : places[i].twins)
         tasks_.push_back({twin.bytes, &twin, &document.story(i)});

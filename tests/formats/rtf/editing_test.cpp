@@ -146,6 +146,8 @@ TEST(RtfFormat, EditsStoriesWhereTheyStand) {
     ASSERT_LT(number, opened.document.count());
     edit(opened.document.story(number), place, text);
     EXPECT_EQ(savedAndTheSame(opened), head() + after + "}");
+    opened.document.saved();
+    EXPECT_EQ(savedAndTheSame(opened), head() + after + "}") << "the second save has the first one's edits";
   }
 }
 

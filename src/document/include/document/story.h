@@ -118,6 +118,8 @@ class Story {
   /// Whether anything was edited since the document was read or last saved. An edit that leaves everything as
   /// it was is none.
   bool changed() const { return changed_; }
+  /// Whether anything was edited since the document was read, saved or not: a writer starts from the bytes read.
+  bool wasEdited() const { return wasEdited_; }
   /// Called after the document was written into its file.
   void saved() {
     changed_ = false;
@@ -186,6 +188,7 @@ class Story {
   PartCount* count_;
   std::size_t counted_;  ///< parts of this story so far
   bool changed_ = false;
+  bool wasEdited_ = false;
   std::uint64_t saves_ = 0;
   std::uint64_t stamp_ = 0;
 };
