@@ -25,7 +25,7 @@ std::string absolute(const std::string& path) {
   const auto full = std::filesystem::absolute(path, failure);
   if (failure) return path;
   if (std::find(full.begin(), full.end(), "..") == full.end()) return full.lexically_normal().string();
-  // Behind a link, "up" is not where the names say.
+  // After a link, "up" is not where the names say.
   const auto folder = std::filesystem::canonical(full.parent_path(), failure);
   return failure ? full.string() : (folder / full.filename()).string();
 }

@@ -226,7 +226,7 @@ void MainWindow::dropEvent(QDropEvent* event) {
     if (url.isLocalFile()) paths.push_back(QFile::encodeName(url.toLocalFile()).toStdString());
   }
   event->acceptProposedAction();
-  // Behind the drop, so that a question about a document does not hold up the other program.
+  // After the drop, so that a question about a document does not hold up the other program.
   QTimer::singleShot(0, this, [this, paths] { open(paths); });
 }
 

@@ -35,7 +35,7 @@ FormattedPages::FormattedPages(Of of, base::ByteSpan document, base::ByteSpan ta
   const std::uint32_t end = get32(table, count * 4);
   if (!entries_.empty() && end < entries_.back().from) throw damaged("table of formatting is damaged");
   entries_.push_back({end, 0});
-  // Some programs write tables with other places than the pages have; what is no page is no table of them.
+  // Some programs write tables with other places than the pages have. A table without any page is damaged.
   std::size_t entry = 0;
   while (entry < count && !isPage(entry)) ++entry;
   if (count > 0 && entry == count) throw damaged("table of formatting is damaged");

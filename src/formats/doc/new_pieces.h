@@ -26,8 +26,8 @@ class NewPieces {
 
   const MovedPlaces& places() const { return places_; }
 
-  /// Gives every stretch its highlight, in the properties of its piece where these suffice. What is left to
-  /// the pages comes in the order of its bytes.
+  /// Gives every stretch its highlight, in the properties of its piece where these suffice. The
+  /// stretches left to the pages come in the order of their bytes.
   std::vector<Recoloured> settle();
 
   /// The table, after settle.

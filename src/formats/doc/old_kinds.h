@@ -9,8 +9,8 @@
 
 namespace pluvo::doc {
 
-/// What a file that is no compound file is, where it is of a kind that goes by the name .doc and nobody here
-/// reads: "a Word 2 document". Only under such a name what is no document of its own beginning.
+/// The kind of a file that is no compound file, where it goes by the name .doc and is not read here: "a Word
+/// 2 document". Kinds without a signature count only under such a name.
 std::optional<std::string_view> otherKindOf(base::ByteSpan bytes, std::string_view extension);
 
 errors::DocumentError unsupportedKind(std::string_view kind);

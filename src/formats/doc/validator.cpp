@@ -101,7 +101,7 @@ class Validator {
       while (boundary != facts_.boundaries.end() && *boundary == end) ++boundary;
       if (!isMark) return false;
       if (hasNoMark) defects_.note("piece has a paragraph mark that it says it has not", end);
-      // Behind the last one nothing is said.
+      // After the last boundary there is nothing to compare.
       if (!isBoundary && boundary != facts_.boundaries.end())
         defects_.note("mark of a paragraph is not where its properties end", end);
       return false;

@@ -20,7 +20,7 @@ class RunWays {
   }
   /// Where a text begins, in a run with these properties.
   void remember(const Properties& properties);
-  /// Behind a text: enters the next run where the way to it is known, and reads its text; null elsewhere.
+  /// After a text: enters the next run where the way to it is known, and reads its text; null elsewhere.
   const TextElement* next(TextReader& reader);
 
  private:

@@ -53,7 +53,7 @@ std::string simple(std::string_view selector) {
   return isSound && !isState ? key : std::string();
 }
 
-/// Behind the block, or the statement, that an at-rule is.
+/// Goes past the block, or the statement, of an at-rule.
 std::size_t endOfAtRule(std::string_view text, std::size_t at) {
   int depth = 0;
   for (; at < text.size(); ++at) {

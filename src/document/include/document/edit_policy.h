@@ -48,7 +48,7 @@ struct Landing {
   std::uint8_t highlight = 0;
 };
 
-/// Where text inserted at position stands, and beside which character: the one before it (behind) or the one
+/// Where text inserted at position stands, and beside which character: the one before it (after) or the one
 /// after it.
 Landing landingAt(const Story& story, text::Position position, bool after, std::u16string_view newText);
 /// Where text that replaces the first span of a removal stands.

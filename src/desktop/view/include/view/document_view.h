@@ -25,8 +25,8 @@ class StoryBar;
 /// what is seen and a little around it, so that a document of any length opens and scrolls at once; heights
 /// farther away are estimates.
 ///
-/// The selection is the document's own, and the story that it stands in is the one that is shown. Whoever
-/// observes the document passes on what happens to it.
+/// The selection is the document's own, and the view shows the story it stands in. The document's observer
+/// passes on its changes.
 class DocumentView : public QAbstractScrollArea {
  public:
   /// The looks of stories, by their numbers and original positions; see formats::Source.
