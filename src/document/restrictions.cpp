@@ -22,8 +22,7 @@ std::int32_t fieldAt(const Story& story, Position position) {
 }
 
 [[noreturn]] void refuse(const Restriction& restriction) {
-  throw errors::Fault(word::kCommandFailed, base::utf16(restriction.sentence))
-      .with(restriction.problem);
+  throw errors::Fault(word::kCommandFailed, base::utf16(restriction.sentence)).with(restriction.problem);
 }
 
 void requireRemovable(const Story& story, Span span) {
