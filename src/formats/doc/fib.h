@@ -38,6 +38,7 @@ enum class Table : std::uint8_t {
   boxTexts = 56,
   headerBoxTexts = 58,
   variables = 60,
+  savedBy = 71,
 };
 
 /// The file information block, with which the WordDocument stream begins: the document's kind, and where

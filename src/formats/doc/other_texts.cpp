@@ -127,6 +127,8 @@ class Teller {
     constexpr std::size_t kFirst = 2, kAfterLast = 8;
     const auto titles = stringsIn(text_.in(Table::titles));
     for (std::size_t i = kFirst; i < std::min(kAfterLast, titles.size()); ++i) tell(titles[i]);
+    // Who saved the document last, and under which paths.
+    for (const std::u16string& name : stringsIn(text_.in(Table::savedBy))) tell(name);
   }
 
   void variables() {

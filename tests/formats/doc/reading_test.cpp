@@ -243,6 +243,8 @@ TEST(DocFormat, TellsWhatNoRequestReaches) {
   const auto xst = [](std::u16string_view text) {
     return number(static_cast<std::uint16_t>(text.size())) + wide(text);
   };
+  builder.tables[Table::savedBy] = "\xFF\xFF" + number(std::uint16_t{1}) + number(std::uint16_t{0}) +
+                                   number(std::uint16_t{3}) + wide(u"A:\\");
   builder.tables[Table::variables] = "\xFF\xFF" + number(std::uint16_t{1}) + number(std::uint16_t{4}) +
                                      xst(u"name") + "abcd" + xst(u"value");
   const std::string art = wide(u"Art") + std::string(2, '\0');
@@ -259,8 +261,9 @@ TEST(DocFormat, TellsWhatNoRequestReaches) {
                               {std::string("0 head¶"), std::string("1 \x08¶"), std::string("2 note<7:!>¶"),
                                std::string("4 <h:\5>said¶"), std::string("5 box¶"), std::string("5 ⟦in¦‖⟧¶"),
                                unread(Unreached::wordArt, "Art"), unread(Unreached::properties, "Тitle"),
-                               unread(Unreached::variables, "value"), unread(Unreached::earlier, "deleted"),
-                               std::string("o0"), std::string("o2"), std::string("o3")}));
+                               unread(Unreached::properties, "A:\\"), unread(Unreached::variables, "value"),
+                               unread(Unreached::earlier, "deleted"), std::string("o0"), std::string("o2"),
+                               std::string("o3")}));
 }
 
 std::string refusalOf(const std::string& file) {
