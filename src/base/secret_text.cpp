@@ -33,8 +33,20 @@ class Crashes {
   }
   rlimit before_ = {};
 #else
-  /// Windows asks its user about the contents of a crash report.
-  void set(bool /*keep*/) {}
+  /// Keeps the heap out of crash reports. Systems without these calls (before Windows Vista) make none by
+  /// themselves.
+  void set(bool keep) {
+    using Get = HRESULT(WINAPI*)(HANDLE, DWORD*);
+    using Set = HRESULT(WINAPI*)(DWORD);
+    constexpr DWORD kNoHeap = 1;  // WER_FAULT_REPORTING_FLAG_NOHEAP
+    HMODULE system = GetModuleHandleW(L"kernel32.dll");
+    const auto get = reinterpret_cast<Get>(reinterpret_cast<void*>(GetProcAddress(system, "WerGetFlags")));
+    const auto put = reinterpret_cast<Set>(reinterpret_cast<void*>(GetProcAddress(system, "WerSetFlags")));
+    if (get == nullptr || put == nullptr) return;
+    if (!keep && get(GetCurrentProcess(), &before_) != S_OK) before_ = 0;
+    put(keep ? before_ : before_ | kNoHeap);
+  }
+  DWORD before_ = 0;
 #endif
 
   std::mutex mutex_;
