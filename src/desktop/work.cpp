@@ -79,9 +79,10 @@ void Work::tell(std::function<void()> doing) {
     const std::lock_guard lock(mutex_);
     wanted_.push_back(std::move(doing));
   }
-  QMetaObject::invokeMethod(
-      this, [this] { doNext(); }, Qt::QueuedConnection);
+  QCoreApplication::postEvent(this, new QEvent(QEvent::User));
 }
+
+void Work::customEvent(QEvent* /*event*/) { doNext(); }
 
 void Work::doNext() {
   std::function<void()> doing;

@@ -61,6 +61,8 @@ class Work final : public QObject, public dialog::Labour {
 
  private:
   void end(const std::exception_ptr& thrown, const Then& then);
+  /// Something is to be done in the window's thread.
+  void customEvent(QEvent* event) override;
   void doNext();
 
   std::thread thread_;
