@@ -1,6 +1,6 @@
 // A program that has add-ins as Word has them, over the stand-in for Word: it finds them by their keys,
 // connects them, shows the buttons of their ribbons, and runs a loop that keeps keys for itself. Closed, it
-// disconnects them, in the midst of whatever they do, and says what is left of them.
+// disconnects them, also at work, and says which of their objects are left.
 //
 //   word_host STEPS [COMPONENT]    has a user do what the file says; registers the DLL beside it for as long
 //   as

@@ -10,8 +10,7 @@
 
 namespace pluvo::doc {
 
-/// The properties of a document, without words deleted from its text. Each is as long as
-/// it was.
+/// The properties of a document, without words deleted from its text. Each is as long as it was.
 struct BlankedProperties {
   struct Stream {
     cfb::Id id = cfb::kRoot;
@@ -23,7 +22,7 @@ struct BlankedProperties {
 
 /// Title, subject, key words, comments, category, the titles of parts, a document's own properties and its
 /// links hold copies of its text. Words and phrases in them that were deleted from the text, and stand
-/// nowhere in the edited text any more, become blanks. Who wrote the document with what is kept.
+/// nowhere in the edited text any more, become blanks. The names of author and program stay.
 ///
 /// The property sets are those of the file, the table of titles is that of the edited streams. A property set
 /// that cannot be read stays.

@@ -63,7 +63,7 @@ class RunWriter {
     std::string_view properties;
     std::string ownProperties;  ///< of new text
     Offset headerEnd = 0;
-    Offset rawEnd = 0;  ///< after what was left as it is
+    Offset rawEnd = 0;  ///< after the bytes left as they are
     std::uint8_t colour = 0;
     bool numbered = false;                   ///< the properties hold a number that no other run may have
     std::optional<std::uint8_t> openColour;  ///< of the run now open in the output

@@ -14,7 +14,7 @@ namespace pluvo::formats::html {
 struct Charset {
   code_pages::Coding coding;
   std::string name;
-  /// By a mark or a declaration. Otherwise programs differ in how they read what is not ASCII, so that new
+  /// By a mark or a declaration. Without one, programs read other characters than ASCII differently, so new
   /// text is ASCII.
   bool isDeclared = false;
 };

@@ -132,7 +132,7 @@ void StoredDocument::saveAs(const std::string& path) {
   requireFileNotOverwritten();
   stamp_ = files::writeElsewhere(*system_, path, path_, newVersion(path)).stamp;
   path_ = path;
-  reserved_ = Reserved::no;  // whoever made the file may go on with it
+  reserved_ = Reserved::no;  // the user who made the file may go on with it
   isKeptToReading_ = false;
   document_->stories().saved();
 }

@@ -49,8 +49,8 @@ struct Protection {
   std::string obstacle = {};
 };
 
-/// What a document asks of whoever would save it under its own name; everybody may read it, and save it under
-/// another. The file goes on asking.
+/// A document that asks before it is saved under its own name. Everybody may read it, and save it under
+/// another. The saved file asks again.
 struct Reservation {
   /// Whether this is the password for changing it; empty where it only recommends to be read.
   std::function<bool(const std::u16string&)> isLiftedBy = {};

@@ -60,7 +60,7 @@ class StoredDocument {
   /// Whether this is the password for changing it; it may be saved then. Throws errors::Fault where none can
   /// be tried.
   bool release(const std::u16string& password);
-  /// It is not saved under its name, whoever may.
+  /// From now on it is not saved under its name.
   void keepToReading() { isKeptToReading_ = true; }
 
   /// Why a save in place would be refused, as things are now.
