@@ -118,7 +118,8 @@ class Story {
   /// Whether anything was edited since the document was read or last saved. An edit that leaves everything as
   /// it was is none.
   bool changed() const { return changed_; }
-  /// Whether anything was edited since the document was read, saved or not: a writer starts from the bytes read.
+  /// Whether anything was edited since the document was read, saved or not: a writer starts from the bytes
+  /// read.
   bool wasEdited() const { return wasEdited_; }
   /// Called after the document was written into its file.
   void saved() {
