@@ -4,7 +4,7 @@
 #include "gone_texts.h"
 #include "piece_text.h"
 #include "property_sets.h"
-#include "strings.h"
+#include "string_tables.h"
 
 #include <algorithm>
 #include <array>

@@ -3,7 +3,7 @@
 #include "new_properties.h"
 #include "plc.h"
 #include "plc_writer.h"
-#include "strings.h"
+#include "string_tables.h"
 
 #include <algorithm>
 #include <optional>

@@ -76,7 +76,7 @@ class DocumentWriter {
   NewStreams write() {
     requireSharedPages();
     writeStories();
-    const std::vector<Recoloured> recoloured = pieces_.settle();
+    const std::vector<Recoloured> recoloured = pieces_.applyHighlights();
     stream_.assign(text_.document.begin(), text_.document.end());
     blankUnused(text_, glossary_, pieces_.places().gone(), pieces_.pieces(), stream_);
     if (!newText_.empty() || !recoloured.empty()) append(recoloured);

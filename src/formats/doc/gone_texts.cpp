@@ -95,10 +95,10 @@ void GoneTexts::addStanding(View text) {
   // A phrase may go on with what follows, and so may a word.
   std::size_t end = standing_.size() - longest_;
   while (end > 0 && !isEdge(standing_, end)) --end;
-  settle(end);
+  dropStanding(end);
 }
 
-void GoneTexts::settle(std::size_t end) {
+void GoneTexts::dropStanding(std::size_t end) {
   std::erase_if(phrases_, [&](const std::u16string& phrase) { return holds(standing_, phrase); });
   forEachWord(View(standing_).substr(0, end), [&](std::size_t, View word) {
     const auto found = words_.find(word);

@@ -19,13 +19,13 @@ class GoneTexts {
 
   /// Then the whole text of the document, in any parts.
   void addStanding(std::u16string_view text);
-  void finishStanding() { settle(standing_.size()); }
+  void finishStanding() { dropStanding(standing_.size()); }
 
   /// Of each unit of a short text, whether it is of something gone.
   std::vector<bool> in(std::u16string_view text) const;
 
  private:
-  void settle(std::size_t end);
+  void dropStanding(std::size_t end);
 
   std::set<std::u16string, std::less<>> known_;  ///< the words of short texts
   std::vector<std::u16string> short_;

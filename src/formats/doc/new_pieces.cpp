@@ -191,7 +191,7 @@ std::uint16_t NewPieces::prmFor(const std::string& properties) {
   return static_cast<std::uint16_t>(static_cast<unsigned>(known->second) << 1U | 1U);
 }
 
-std::vector<Recoloured> NewPieces::settle() {
+std::vector<Recoloured> NewPieces::applyHighlights() {
   const std::vector<bool> shared = sharedPieces();
   const bool areMany = stretches_.size() > kManyPieces;
   std::vector<Recoloured> recoloured;

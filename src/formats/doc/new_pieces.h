@@ -28,9 +28,9 @@ class NewPieces {
 
   /// Gives every stretch its highlight, in the properties of its piece where these suffice. The
   /// stretches left to the pages come in the order of their bytes.
-  std::vector<Recoloured> settle();
+  std::vector<Recoloured> applyHighlights();
 
-  /// The table, after settle.
+  /// The table, after applyHighlights.
   std::string table() const;
   std::vector<Piece> pieces() const;
 

@@ -7,7 +7,7 @@
 #include "property_sets.h"
 #include "reader.h"
 #include "stories.h"
-#include "strings.h"
+#include "string_tables.h"
 
 #include <algorithm>
 #include <functional>

@@ -2,7 +2,7 @@
 
 #include "base/little_endian.h"
 #include "encryption/kept_password.h"
-#include "strings.h"
+#include "string_tables.h"
 
 #include <string>
 

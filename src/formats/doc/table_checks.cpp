@@ -2,7 +2,7 @@
 
 #include "piece_text.h"
 #include "plc.h"
-#include "strings.h"
+#include "string_tables.h"
 
 #include <optional>
 
