@@ -3,54 +3,13 @@
 #include "text/folding.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace pluvo::doc {
 
 namespace {
 
 using View = std::u16string_view;
-
-/// Letters and digits, roughly: whatever is no blank, sign or control.
-bool isOfWord(char16_t unit) {
-  if (unit < 0x80)
-    return (unit >= u'0' && unit <= u'9') || (unit >= u'a' && unit <= u'z') || (unit >= u'A' && unit <= u'Z');
-  if (unit < 0xC0) return unit == 0xAA || unit == 0xB5 || unit == 0xBA;
-  return unit != 0xD7 && unit != 0xF7 && (unit < 0x2000 || unit > 0x2BFF) &&
-         (unit < 0x2E00 || unit > 0x2E7F) && (unit < 0x3000 || unit > 0x3004) &&
-         (unit < 0x3008 || unit > 0x3020) && (unit < 0xFF00 || unit > 0xFF0F);
-}
-
-/// Of writing without blanks, in which each character counts as a word.
-bool standsAlone(char16_t unit) { return unit >= 0x2E80 && unit < 0xAC00; }
-
-/// Whether a word begins, or another one than the last.
-bool isEdge(View text, std::size_t at) {
-  if (at == 0 || at == text.size()) return true;
-  return !isOfWord(text[at - 1]) || !isOfWord(text[at]) || standsAlone(text[at - 1]) || standsAlone(text[at]);
-}
-
-template <class Visit>
-void forEachWord(View text, Visit visit) {
-  for (std::size_t at = 0; at < text.size();) {
-    std::size_t end = at + 1;
-    while (isOfWord(text[at]) && !isEdge(text, end)) ++end;
-    if (isOfWord(text[at])) visit(at, text.substr(at, end - at));
-    at = end;
-  }
-}
-
-/// The places of a phrase among whole words, until visit(place) returns true.
-template <class Visit>
-void forEachPlace(View text, View phrase, Visit visit) {
-  for (std::size_t at = text.find(phrase); at != text.npos; at = text.find(phrase, at + 1))
-    if (isEdge(text, at) && isEdge(text, at + phrase.size()) && visit(at)) return;
-}
-
-bool holds(View text, View phrase) {
-  bool found = false;
-  forEachPlace(text, phrase, [&](std::size_t) { return found = true; });
-  return found;
-}
 
 /// From its first word to its last.
 View trimmed(View text) {
@@ -59,65 +18,100 @@ View trimmed(View text) {
   return text;
 }
 
+/// Sets what is said of each phrase that a text holds.
+void setHeld(const PhraseFinder& phrases, View text, std::vector<bool>& said) {
+  PhraseFinder::Place place = PhraseFinder::kBegin;
+  forEachWord(text, true, [&](View withGap, View word, std::size_t) {
+    place = phrases.after(place, withGap, word);
+    phrases.forEachEnding(place, [&](std::size_t number) {
+      // Where this was held before, so were the shorter ones in it.
+      const bool isNew = !said[number];
+      said[number] = true;
+      return isNew;
+    });
+  });
+}
+
 }  // namespace
 
 void GoneTexts::addShort(View text) {
   const std::u16string folded = text::foldCase(text);
   const View phrase = trimmed(folded);
-  if (phrase.empty()) return;
-  forEachWord(phrase, [&](std::size_t, View word) { known_.emplace(word); });
-  short_.emplace_back(phrase);
+  forEachWord(phrase, true, [&](View, View word, std::size_t) { known_.emplace(word); });
+  short_.add(phrase);
   longest_ = std::max(longest_, phrase.size());
 }
 
 void GoneTexts::addDeleted(View text) {
+  if (isShortDeleted_.empty()) {
+    short_.link();
+    isShortDeleted_.resize(short_.phrases().size());
+  }
   const std::u16string folded = text::foldCase(text);
   const View phrase = trimmed(folded);
   bool hasOnlyKnown = true;
-  std::size_t known = 0;
-  forEachWord(phrase, [&](std::size_t, View word) {
+  forEachWord(phrase, true, [&](View, View word, std::size_t) {
     const bool isKnown = known_.contains(word);
-    known += isKnown ? 1 : 0;
     hasOnlyKnown = hasOnlyKnown && isKnown;
     if (isKnown) words_.emplace(word);
   });
-  if (known == 0 || phrases_.contains(phrase)) return;
-  for (const std::u16string& each : short_) {
-    if (hasOnlyKnown && holds(each, phrase)) phrases_.emplace(phrase);
-    if (phrase.size() > each.size() && !phrases_.contains(each) && holds(phrase, each)) phrases_.insert(each);
-  }
+  setHeld(short_, phrase, isShortDeleted_);
+  if (hasOnlyKnown && phrase.size() <= longest_) deleted_.add(phrase);
+}
+
+/// The deleted phrases that short texts hold, and the short texts that were deleted.
+void GoneTexts::gatherPhrases() {
+  deleted_.link();
+  std::vector<bool> isHeld(deleted_.phrases().size());
+  for (const std::u16string& each : short_.phrases()) setHeld(deleted_, each, isHeld);
+  for (std::size_t i = 0; i < isHeld.size(); ++i)
+    if (isHeld[i]) phrases_.add(deleted_.phrases()[i]);
+  for (std::size_t i = 0; i < isShortDeleted_.size(); ++i)
+    if (isShortDeleted_[i]) phrases_.add(short_.phrases()[i]);
+  phrases_.link();
+  isPhraseGone_.resize(phrases_.phrases().size(), true);
 }
 
 void GoneTexts::addStanding(View text) {
-  constexpr std::size_t kAtOnce = 1U << 16U;
   standing_ += text::foldCase(text);
-  if (standing_.size() < kAtOnce + longest_) return;
-  // A phrase may go on with what follows, and so may a word.
-  std::size_t end = standing_.size() - longest_;
-  while (end > 0 && !isEdge(standing_, end)) --end;
-  dropStanding(end);
+  dropStanding(false);
 }
 
-void GoneTexts::dropStanding(std::size_t end) {
-  std::erase_if(phrases_, [&](const std::u16string& phrase) { return holds(standing_, phrase); });
-  forEachWord(View(standing_).substr(0, end), [&](std::size_t, View word) {
-    const auto found = words_.find(word);
-    if (found != words_.end()) words_.erase(found);
+void GoneTexts::dropStanding(bool isWhole) {
+  if (!std::exchange(areGathered_, true)) gatherPhrases();
+  const std::size_t end = forEachWord(standing_, isWhole, [&](View withGap, View word, std::size_t) {
+    if (const auto found = words_.find(word); found != words_.end()) words_.erase(found);
+    place_ = phrases_.after(place_, withGap, word);
+    phrases_.forEachEnding(place_, [&](std::size_t number) {
+      const bool isNew = isPhraseGone_[number];
+      isPhraseGone_[number] = false;
+      return isNew;
+    });
   });
   standing_.erase(0, end);
+  // A longer gap or word than any that is known stays one.
+  if (standing_.size() > longest_) standing_.erase(0, standing_.size() - longest_ - 1);
 }
 
 std::vector<bool> GoneTexts::in(View text) const {
   const std::u16string folded = text::foldCase(text);
-  std::vector<bool> gone(text.size());
-  const auto mark = [&](std::size_t at, std::size_t size) {
-    for (std::size_t i = at; i < at + size; ++i) gone[i] = true;
+  std::vector<int> covers(text.size() + 1);  // how many begin at each unit less those that end before it
+  const auto cover = [&](std::size_t end, std::size_t size) {
+    ++covers[end - size];
+    --covers[end];
   };
-  forEachWord(folded, [&](std::size_t at, View word) {
-    if (words_.contains(word)) mark(at, word.size());
+  PhraseFinder::Place place = PhraseFinder::kBegin;
+  forEachWord(folded, true, [&](View withGap, View word, std::size_t end) {
+    if (words_.contains(word)) cover(end, word.size());
+    place = phrases_.after(place, withGap, word);
+    phrases_.forEachEnding(place, [&](std::size_t number) {
+      if (isPhraseGone_[number]) cover(end, phrases_.phrases()[number].size());
+      return !isPhraseGone_[number];
+    });
   });
-  for (const std::u16string& phrase : phrases_)
-    forEachPlace(folded, phrase, [&](std::size_t at) { return mark(at, phrase.size()), false; });
+  std::vector<bool> gone(text.size());
+  int over = 0;
+  for (std::size_t i = 0; i < gone.size(); ++i) gone[i] = (over += covers[i]) > 0;
   return gone;
 }
 

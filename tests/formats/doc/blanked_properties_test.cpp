@@ -1,11 +1,15 @@
 #include "blanked_properties.h"
 
+#include "base/utf.h"
 #include "formats/doc/doc_builder.h"
+#include "gone_texts.h"
 #include "property_sets.h"
 #include "storage/files/as_text.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <chrono>
 
 namespace pluvo::doc {
 namespace {
@@ -46,6 +50,8 @@ TEST(BlankedProperties, LoseWhatStandsNowhereAnyMore) {
       {"The Smith lease", u"Smith", "a SMITH¶", "The Smith lease"},
       {"The Smith lease", u"Smithy", "lease¶", "The Smith lease"},
       {"The Smith lease", u"mit", "lease¶", "The Smith lease"},
+      {"The Smith lease", u"a The Smith lease, old", "smith, The and lease¶", "               "},
+      {"a b c a b", u"a b c a", "b c a a b¶", "        b"},
       {"John Smith", u"to John Smith, who", "John and Smith¶", "          "},
       {"Will of John Smith", u" John Smith\r", "<7:J>ohn Doe, R. Smith¶", "Will of           "},
       {"Will of John Smith", u"John Smith", "by Jo<7:hn Smi>th¶", "Will of John Smith"},
@@ -103,6 +109,21 @@ TEST(BlankedProperties, LoseItInTitlesOfPartsAndLinks) {
   EXPECT_THAT(now, testing::HasSubstr(std::string("      \0\5\0\0\0text", 15)));
   EXPECT_THAT(now, testing::HasSubstr(wide(u"http://      .org/")));
   EXPECT_THAT(now, testing::HasSubstr("Secret")) << "the company stays";
+}
+
+/// Tens of thousands of each; their product takes minutes.
+TEST(GoneTexts, CostTheSumOfPropertiesAndDeletions) {
+  constexpr int kMany = 20000;
+  GoneTexts gone;
+  const auto text = [](int i, const char* last) { return base::utf16("a b a " + std::to_string(i) + last); };
+  for (int i = 0; i < kMany; ++i) gone.addShort(text(i, ""));
+  const auto before = std::chrono::steady_clock::now();
+  for (int i = 0; i < kMany; ++i) gone.addDeleted(text(i, i % 2 == 0 ? " and more" : ""));
+  for (int i = 2; i < kMany; ++i) gone.addStanding(text(i, " "));
+  gone.finishStanding();
+  EXPECT_THAT(gone.in(u"a b a 1"), testing::Each(true));
+  EXPECT_THAT(gone.in(u"a b a 2"), testing::Each(false));
+  EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(20));
 }
 
 }  // namespace
