@@ -70,7 +70,8 @@ def check_binary(original, changed, begin, end):
             copy = Path(home) / f"{name}.doc"
             copy.write_bytes(Path(path).read_bytes())
             subprocess.run(["soffice", "--headless", "--norestore", f"-env:UserInstallation=file://{home}/profile",
-                            "--convert-to", "docx", "--outdir", home, copy], check=True, stdout=subprocess.DEVNULL)
+                            "--convert-to", "docx", "--outdir", home, copy], check=True, stdout=subprocess.DEVNULL,
+                           stderr=subprocess.DEVNULL)
             read.append(copy.with_suffix(".docx"))
         return check(*read, "highlight", begin, end, isolated=False)
 

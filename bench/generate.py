@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
 """Writes the documents the benchmarks run over, the same bytes every time.
 
-    generate.py FOLDER
+    generate.py FOLDER [WORD]
 
-A block begins with "the Lessor" and ends with "the Lessee". The filler holds neither, nor any word of them, so that
+With a word only the documents whose names hold it. A block begins with "the Lessor" and ends with "the Lessee". The filler holds neither, nor any word of them, so that
 what is found is exactly what was planted. A fifth of the texts searched for are cut by a run border, and a quarter
 of the blocks end in a later paragraph.
 """
@@ -148,7 +148,7 @@ def write_docx(path, seed, paragraphs, tables, pictures, hidden="", others=()):
         body.append("</w:p>")
         if step_table and table_left and index % step_table == step_table - 1:
             # Between two blocks only: a table amid one would take its distance with it.
-            if BEGIN in text and text.rfind(BEGIN) > text.rfind(END):
+            if text.rfind(BEGIN.split()[1]) > text.rfind(END):
                 continue
             table_left -= 1
             rows = "".join(
@@ -199,6 +199,24 @@ def write_docx(path, seed, paragraphs, tables, pictures, hidden="", others=()):
             put("word/media/p%d.png" % n, b"\x89PNG\r\n\x1a\n" + random.Random(seed + 1000 + n).randbytes(100_000))
         for _, name, content in others:
             put("word/" + name, content)
+
+
+def write_binary(folder, name, characters, blocks, pictures):
+    """A .docx, and what LibreOffice makes of it as a binary document. One block in 42 begins with "the Lessor", the
+    others with "any Lessor"."""
+    rng = random.Random(4)
+    paragraphs, number, sparse = [], 0, every(blocks * 6 // 251)
+    for text in paragraphs_with_blocks(rng, Filler(rng), characters, every(blocks), 256):
+        first, *others = text.split(BEGIN)
+        paragraphs.append(first)
+        for other in others:
+            paragraphs[-1] += (BEGIN if sparse(number, blocks) else "any Lessor") + other
+            number += 1
+    source = os.path.join(folder, name + ".docx")
+    write_docx(source, 4, paragraphs, pictures, pictures)
+    with tempfile.TemporaryDirectory() as home:
+        subprocess.run(["soffice", "--headless", "--norestore", "-env:UserInstallation=file://" + home, "--convert-to", "doc",
+                        "--outdir", folder, source], check=True, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
 
 
 def part_of(root, inner):
@@ -299,12 +317,17 @@ def write_page(path, seed, megabytes, blocks):
 
 
 def main():
-    if len(sys.argv) != 2 or sys.argv[1].startswith("-"):
+    if not 2 <= len(sys.argv) <= 3 or sys.argv[1].startswith("-"):
         sys.exit(__doc__)
-    folder = sys.argv[1]
+    folder, word = sys.argv[1], sys.argv[2] if len(sys.argv) == 3 else ""
     os.makedirs(folder, exist_ok=True)
 
+    def wanted(name):
+        return word in name
+
     def docx(name, seed, characters, blocks, tables, pictures, length=400, share=0.0):
+        if not wanted(os.path.dirname(name) or name):
+            return
         rng = random.Random(seed)
         filler = MixedFiller(rng, share) if share else Filler(rng)
         paragraphs = paragraphs_with_blocks(rng, filler, characters, every(blocks), length)
@@ -316,27 +339,31 @@ def main():
     docx("dense.docx", 4, 3_200_000, 50_200, 200, 100, length=256)
     docx("foreign.docx", 3, 3_200_000, 1_200, 200, 100, share=0.6)
     docx("foreign-dense.docx", 4, 3_200_000, 50_200, 200, 100, length=256, share=0.6)
-    # 28 MB and 17 MB as binary documents, which LibreOffice makes of them.
-    docx("binary.docx", 3, 3_200_000, 1_200, 200, 200)
-    docx("binary-dense.docx", 4, 3_200_000, 50_200, 200, 100, length=256)
-    with tempfile.TemporaryDirectory() as home:
-        subprocess.run(["soffice", "--headless", "--norestore", "-env:UserInstallation=file://" + home, "--convert-to", "doc",
-                        "--outdir", folder, *(os.path.join(folder, name) for name in ("binary.docx", "binary-dense.docx"))],
-                       check=True, stdout=subprocess.DEVNULL)
+    for name, characters, blocks, pictures in (("binary", 3_200_000, 50_200, 200), ("binary-small", 160_000, 2_510, 10)):
+        if wanted(name):
+            write_binary(folder, name, characters, blocks, pictures)
     docx("none.docx", 6, 3_200_000, 0, 200, 100)
-    rng = random.Random(5)
-    write_docx(os.path.join(folder, "adversarial.docx"), 5, adversarial(rng, Filler(rng), 3_200_000, 100_000), 200, 100)
-    os.makedirs(os.path.join(folder, "folder"), exist_ok=True)
+    if wanted("adversarial"):
+        rng = random.Random(5)
+        write_docx(os.path.join(folder, "adversarial.docx"), 5, adversarial(rng, Filler(rng), 3_200_000, 100_000), 200, 100)
+    if wanted("folder"):
+        os.makedirs(os.path.join(folder, "folder"), exist_ok=True)
     for n in range(500):
         docx("folder/%03d.docx" % n, 100 + n, 6_400, 4, 1, 1)
-    write_elsewhere(folder)
-    rng = random.Random(7)
-    write_rtf(os.path.join(folder, "sparse.rtf"), rng, paragraphs_with_blocks(rng, Filler(rng), 21_000_000, every(10_000), 400))
-    write_page(os.path.join(folder, "page.html"), 9, 30, 10_000)
-    write_text(os.path.join(folder, "sparse.txt"), 7, 200, 1_200)
+    if any(map(wanted, ("notes.docx", "embedded.docx", "hidden.docx"))):
+        write_elsewhere(folder)
+    if wanted("sparse.rtf"):
+        rng = random.Random(7)
+        write_rtf(os.path.join(folder, "sparse.rtf"), rng,
+                  paragraphs_with_blocks(rng, Filler(rng), 21_000_000, every(10_000), 400))
+    if wanted("page.html"):
+        write_page(os.path.join(folder, "page.html"), 9, 30, 10_000)
+    if wanted("sparse.txt"):
+        write_text(os.path.join(folder, "sparse.txt"), 7, 200, 1_200)
     for name, share in (("ascii", 0.0), ("few", 0.015), ("many", 0.6)):
         for kind, blocks in (("", 64_000), ("-dense", 2_950_000)):
-            write_text(os.path.join(folder, f"{name}{kind}.txt"), 8, 200, blocks, share)
+            if wanted(f"{name}{kind}.txt"):
+                write_text(os.path.join(folder, f"{name}{kind}.txt"), 8, 200, blocks, share)
 
 
 if __name__ == "__main__":

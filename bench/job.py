@@ -5,6 +5,7 @@ import shutil
 import statistics
 import subprocess
 import sys
+import tempfile
 import time
 from dataclasses import dataclass, field
 
@@ -21,8 +22,10 @@ class Job:
     over_result: bool = False  # runs over the bytes PLUVO wrote, not over those it read
     other: str = ""  # runs over this document instead of the case's
     statuses: tuple = (0, 1)  # with which it may end
+    tells: bool = False  # prints blocks, seconds and seconds of the processor, without its start
 
-    def run(self, source, scratch, keep_input):
+    def run(self, source, scratch, keep_input, processor=False):
+        """processor: the processor's time counts, which other programs do not lengthen."""
         if self.other:
             source = source.parent / self.other
         if self.over_result:
@@ -43,10 +46,15 @@ class Job:
         start = time.perf_counter()
         # What PLUVO keeps for its undo goes beside the data, not among the user's own.
         surroundings = {**os.environ, "XDG_STATE_HOME": str(scratch / "state")}
-        process = subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, env=surroundings)
-        errors = process.stderr.read()
-        _, status, usage = os.wait4(process.pid, 0)
-        self.times.append(time.perf_counter() - start)
+        with tempfile.TemporaryFile() as told:
+            process = subprocess.Popen(command, stdout=told if self.tells else subprocess.DEVNULL, stderr=subprocess.PIPE,
+                                       env=surroundings)
+            errors = process.stderr.read()
+            _, status, usage = os.wait4(process.pid, 0)
+            seconds = [time.perf_counter() - start, usage.ru_utime + usage.ru_stime]
+            told.seek(0)
+            seconds = list(map(float, told.read().split()[1:3])) or seconds
+        self.times.append(seconds[processor])
         self.memory.append(usage.ru_maxrss / 1024)
         if os.waitstatus_to_exitcode(status) not in self.statuses:
             sys.exit(f"{self.name} failed: {errors.decode(errors='replace')[-500:]}")

@@ -1,9 +1,10 @@
 #!/usr/bin/env python3
 """Whole-process benchmarks: PLUVO beside the limit program and its peers, in alternation, as medians and ratios.
 
-    run.py [--repeat N] [--only WORD] [--write] DATA
+    run.py [--repeat N] [--only WORD] [--processor] [--write] DATA
 
-DATA is the folder generate.py filled. --write puts the table into docs/benchmarks.md.
+DATA is the folder generate.py filled. With --processor the processor's time is
+compared, for a machine on which other programs run. --write puts the table into docs/benchmarks.md.
 """
 
 import argparse
@@ -19,7 +20,7 @@ import time
 from pathlib import Path
 
 import scaling
-from cases import ROOT, docx_cases, elsewhere_cases, page_cases, rtf_cases, text_cases
+from cases import ROOT, doc_cases, docx_cases, elsewhere_cases, page_cases, rtf_cases, text_cases
 
 
 def verdict(case, ours, peer):
@@ -56,7 +57,7 @@ def apart(right, source, result):
         sys.exit(f"{source.name}: the result is wrong")
 
 
-def run(case, data, repeat):
+def run(case, data, repeat, processor):
     source = data / case.source
     with tempfile.TemporaryDirectory(dir=data) as folder:
         scratch = Path(folder)
@@ -65,7 +66,7 @@ def run(case, data, repeat):
             for job in case.jobs:
                 if job.once and turn > 0:
                     continue
-                result = job.run(source, scratch, keep_input=not case.changes)
+                result = job.run(source, scratch, keep_input=not case.changes, processor=processor)
                 if turn == 0 and job.name == "pluvo" and case.right:
                     apart(case.right, source, result)
                 if turn == 0 and job.name == "pluvo" and any(other.over_result for other in case.jobs):
@@ -106,6 +107,7 @@ def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("--repeat", type=int, default=7)
     parser.add_argument("--only", default="")
+    parser.add_argument("--processor", action="store_true")
     parser.add_argument("--write", action="store_true")
     parser.add_argument("data", type=Path)
     options = parser.parse_args()
@@ -113,9 +115,9 @@ def main():
     print("\n".join(head))
     rows, good = [], True
     load, flush = os.getloadavg()[0], flush_cost(options.data)
-    for case in [*docx_cases(), *rtf_cases(), *page_cases(), *elsewhere_cases(), *text_cases()]:
+    for case in [*docx_cases(), *doc_cases(), *rtf_cases(), *page_cases(), *elsewhere_cases(), *text_cases()]:
         if options.only in case.name:
-            lines, holds = run(case, options.data, options.repeat)
+            lines, holds = run(case, options.data, options.repeat, options.processor)
             rows += lines
             good &= holds
     if options.only in "scaling":
