@@ -34,10 +34,6 @@ bool isMark(char16_t unit) {
   return unit == text::kParagraphMark || unit == text::kCellMark || unit == text::kPageBreak;
 }
 
-bool isUnknown(std::uint16_t prm) {
-  return prm != 0 && (prm & 1U) == 0 && codeOfShort(static_cast<std::uint8_t>(prm >> 1U & 0x7FU)) == 0;
-}
-
 /// The highlight that properties give; nothing where they give none, or take it from elsewhere.
 std::optional<std::uint8_t> highlightIn(base::ByteSpan properties) {
   std::optional<std::uint8_t> colour;
@@ -128,7 +124,7 @@ bool NewPieces::fitsPages(const Stretch& stretch, const std::vector<bool>& share
   if (shared[stretch.old]) return false;
   std::array<std::uint8_t, 3> room{};
   const base::ByteSpan own = text_.pieces.properties(stretch.piece.prm, room);
-  if (decideHighlight(own) || isUnknown(stretch.piece.prm)) return false;
+  if (decideHighlight(own)) return false;
   for (std::uint32_t at = stretch.piece.offset; at < stretch.piece.end();) {
     const FormattedPages::Run run = text_.characters.at(at, place_);
     if (!sound_.holds(at)) sound_ = text_.characters.soundPageAt(at);
@@ -154,11 +150,6 @@ std::optional<std::uint8_t> NewPieces::colourInPages(const Piece& piece) const {
 }
 
 void NewPieces::recolour(Stretch& stretch) {
-  if (isUnknown(stretch.piece.prm)) {
-    throw errors::DocumentError(errors::Problem::unsupported,
-                                "The document formats the text to be highlighted in a way that cannot be "
-                                "added to; save it in a word processor first.");
-  }
   std::array<std::uint8_t, 3> room{};
   std::string properties = withoutHighlight(text_.pieces.properties(stretch.piece.prm, room));
   if (decideHighlight(bytesOf(properties)) || colourInPages(stretch.piece) != stretch.colour)

@@ -82,46 +82,4 @@ void forEachProperty(base::ByteSpan bytes, Visit visit) {
   });
 }
 
-/// The code of a property that a piece has by its short number; 0 for those of no interest here.
-constexpr std::uint16_t codeOfShort(std::uint8_t number) {
-  switch (number) {
-    case 0x05:
-      return code::kAlignment80;
-    case 0x0C:
-      return code::kListLevel;
-    case 0x18:
-      return code::kInTable;
-    case 0x19:
-      return code::kRowEnd;
-    case 0x41:
-      return code::kDeleted;
-    case 0x42:
-      return code::kInserted;
-    case 0x47:
-      return code::kData;
-    case 0x4D:
-      return code::kHighlight;
-    case 0x55:
-      return code::kBold;
-    case 0x56:
-      return code::kItalic;
-    case 0x57:
-      return code::kStruck;
-    case 0x5C:
-      return code::kHidden;
-    case 0x5E:
-      return code::kUnderline;
-    case 0x73:
-      return code::kDoublyStruck;
-    case 0x75:
-      return code::kSpecial;
-    case 0x76:
-      return code::kObject;
-    case 0x78:
-      return code::kOutlineLevel;
-    default:
-      return 0;
-  }
-}
-
 }  // namespace pluvo::doc
