@@ -2,6 +2,7 @@
 
 #include "cfb/compound_file.h"
 #include "doc_source.h"
+#include "document_writer.h"
 #include "old_kinds.h"
 #include "protection.h"
 #include "reader.h"
@@ -18,12 +19,23 @@ using namespace std::string_view_literals;
 
 constexpr std::array kExtensions = {"doc"sv, "dot"sv};
 
-std::optional<document::Restriction> signatureOf(const cfb::CompoundFile& file) {
-  if (!file.find("_signatures") && !file.find("_xmlsignatures")) return std::nullopt;
-  return document::Restriction{document::Restriction::Of::change,
-                               "The document is digitally signed, and a change would make the signature "
-                               "invalid; remove the signature in a word processor first.",
-                               errors::Problem::signature};
+/// Why nothing in the document can be changed; nothing where it can.
+std::optional<document::Restriction> restrictionOf(const Opened& document) {
+  constexpr auto kChange = document::Restriction::Of::change;
+  const cfb::CompoundFile& file = document.streams.file;
+  if (file.find("_signatures") || file.find("_xmlsignatures")) {
+    return document::Restriction{kChange,
+                                 "The document is digitally signed, and a change would make the signature "
+                                 "invalid; remove the signature in a word processor first.",
+                                 errors::Problem::signature};
+  }
+  try {
+    const std::optional<Text> glossary = glossaryOf(document.streams, document.text);
+    requireChangeable(document.text, glossary ? &*glossary : nullptr);
+  } catch (const errors::DocumentError& reason) {
+    return document::Restriction{kChange, reason.what(), reason.problem()};
+  }
+  return std::nullopt;
 }
 
 }  // namespace
@@ -42,12 +54,12 @@ formats::Opened DocFormat::read(base::Bytes bytes, const formats::Hint& hint) co
   const auto document = std::make_shared<const Opened>(std::move(bytes), hint);
   Walker walker(document->text);
   const std::vector<StoryPlace> stories = storiesOf(document->text);
-  const std::optional<document::Restriction> signed_ = signatureOf(document->streams.file);
+  const std::optional<document::Restriction> restriction = restrictionOf(*document);
   std::vector<OldStory> old;
   formats::Opened opened;
   for (const StoryPlace& place : stories) {
     if (!hint.allStories && !opened.stories.empty()) break;
-    document::Content content = TextReader(walker, signed_ ? &*signed_ : nullptr).read(place);
+    document::Content content = TextReader(walker, restriction ? &*restriction : nullptr).read(place);
     content.kind = place.kind;
     content.anchors = place.anchors;
     old.push_back({place, content.highlight});

@@ -50,18 +50,18 @@ void DocSource::write(const document::Document& document, base::Output& out) con
     isEdited = doc::isEdited(document.story(i), stories_[i]);
   if (!isEdited) return out.write(streams.file.bytes());
   const Text& text = opened_->text;
-  std::optional<Text> glossary;
-  if (text.fib.has(Fib::kTemplate) && text.fib.glossary() != 0)
-    glossary.emplace(streams, text.fib.glossary() * FormattedPages::kPage);
+  const std::optional<Text> glossary = glossaryOf(streams, text);
   NewStreams written = edited(text, glossary ? &*glossary : nullptr, stories_, document);
-  const Text after(written.document, written.tables, text.data, 0);
+  const base::ByteSpan data = written.data.empty() ? text.data : base::ByteSpan(written.data);
+  const Text after(written.document, written.tables, data, 0);
   const BlankedProperties blanked = blankedProperties(streams.file, after, written.deleted);
   if (!blanked.titles.empty())
     std::ranges::copy(blanked.titles, written.tables.begin() +
                                           static_cast<std::ptrdiff_t>(after.fib.extent(Table::titles).at));
-  requireSound({text.document, text.tables, text.data}, {written.document, written.tables, text.data});
+  requireSound({text.document, text.tables, text.data}, {written.document, written.tables, data});
   std::vector<cfb::Change> changes = {{streams.ids.document, {written.document}},
                                       {streams.ids.tables, {written.tables}}};
+  if (!written.data.empty()) changes.push_back({*streams.ids.data, {written.data}});
   for (const BlankedProperties::Stream& stream : blanked.streams)
     changes.push_back({stream.id, {stream.bytes}});
   streams.rewrite(changes, out);

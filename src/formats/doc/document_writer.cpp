@@ -2,6 +2,7 @@
 
 #include "base/little_endian.h"
 #include "damage.h"
+#include "data_stretches.h"
 #include "document/edit_script.h"
 #include "headers.h"
 #include "new_pages.h"
@@ -60,6 +61,21 @@ std::uint32_t newTextFrom(const Text& text) {
   return static_cast<std::uint32_t>(from);
 }
 
+/// A template's glossary has its formatting in the same pages.
+void requireSharedPages(const Text& text, const Text& glossary) {
+  for (const Table shared : {Table::characterPages, Table::paragraphPages}) {
+    const auto number = static_cast<std::size_t>(shared);
+    const auto& own = text.fib.extents();
+    const auto& others = glossary.fib.extents();
+    if (number < others.size() && others[number].at == own[number].at &&
+        others[number].length == own[number].length)
+      continue;
+    throw errors::DocumentError(errors::Problem::unsupported,
+                                "The template's AutoText entries are formatted apart from its text, and "
+                                "might be lost; change it in a word processor.");
+  }
+}
+
 class DocumentWriter {
  public:
   DocumentWriter(const Text& text, const Text* glossary, const std::vector<OldStory>& stories,
@@ -74,7 +90,6 @@ class DocumentWriter {
         tables_(text.fib, glossary == nullptr ? nullptr : &glossary->fib, text.tables) {}
 
   NewStreams write() {
-    requireSharedPages();
     writeStories();
     const std::vector<Recoloured> recoloured = pieces_.applyHighlights();
     stream_.assign(text_.document.begin(), text_.document.end());
@@ -85,25 +100,15 @@ class DocumentWriter {
     tables_.replace(Table::pieces, pieces_.table());
     NewTables::Written written = tables_.write();
     writeBlock(mover, written.extents);
-    return {std::move(stream_), std::move(written.stream), deletedTexts()};
+    std::vector<std::u16string> deleted = deletedTexts();
+    const bool losesPictures = std::ranges::any_of(
+        deleted, [](const std::u16string& each) { return each.find(text::kPicture) != each.npos; });
+    return {std::move(stream_), std::move(written.stream),
+            losesPictures ? dataWithoutGone(text_, glossary_, pieces_.places()) : Octets(),
+            std::move(deleted)};
   }
 
  private:
-  void requireSharedPages() const {
-    if (glossary_ == nullptr) return;
-    for (const Table shared : {Table::characterPages, Table::paragraphPages}) {
-      const auto number = static_cast<std::size_t>(shared);
-      const auto& own = text_.fib.extents();
-      const auto& others = glossary_->fib.extents();
-      if (number < others.size() && others[number].at == own[number].at &&
-          others[number].length == own[number].length)
-        continue;
-      throw errors::DocumentError(errors::Problem::unsupported,
-                                  "The template's AutoText entries are formatted apart from its text, and "
-                                  "might be lost; change it in a word processor.");
-    }
-  }
-
   /// A text that is written, or that goes.
   struct Task {
     text::Span place;
@@ -273,6 +278,12 @@ bool isEdited(const document::Story& story, const OldStory& old) {
   const bool isOriginal =
       text.pieceCount() == 1 && !text.piece(0).isNew() && text.length() == text.original().length();
   return !isOriginal || !isSame(story.highlight(), old.highlight);
+}
+
+void requireChangeable(const Text& text, const Text* glossary) {
+  if (glossary != nullptr) requireSharedPages(text, *glossary);
+  newTextFrom(text);
+  requireMovable(text);
 }
 
 NewStreams edited(const Text& text, const Text* glossary, const std::vector<OldStory>& stories,

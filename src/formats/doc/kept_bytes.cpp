@@ -1,6 +1,7 @@
 #include "kept_bytes.h"
 
 #include "base/little_endian.h"
+#include "data_stretches.h"
 #include "used_bytes.h"
 
 #include <algorithm>
@@ -116,13 +117,19 @@ void forEachDifference(ByteSpan before, ByteSpan after, Visit visit) {
 }  // namespace
 
 std::string firstMoved(const Text& original, const Text& edited) {
-  if (edited.document.size() < original.document.size() || edited.data.size() < original.data.size() ||
-      !std::ranges::equal(original.data, edited.data.first(original.data.size())))
+  if (edited.document.size() < original.document.size() || edited.data.size() < original.data.size())
     return "stream Data or WordDocument lost something";
   const Block before(original.document, 0);
   const Block after(edited.document, 0);
   if (!keepsLists(original.tables, before, edited.tables, after)) return "table of lists lost its levels";
 
+  Stretches usedData;
+  const bool isDataSame = std::ranges::equal(original.data, edited.data.first(original.data.size()));
+  const auto addData = [&](const Text& text) {
+    if (isDataSame) return;
+    forEachDataStretch(text, [&](const DataStretch& each) { usedData.add(each.from, each.to); });
+  };
+  addData(edited);
   Stretches used;
   Stretches blocks;
   blocks.add(0, before.end);
@@ -132,18 +139,26 @@ std::string firstMoved(const Text& original, const Text& edited) {
     const Text second(edited.document, edited.tables, edited.data, *glossary);
     addPieces(second, used);
     addOthers(second, used);
+    addData(second);
     const Block block(edited.document, *glossary);
     blocks.add(block.at, block.end);
     for (const Table table : {Table::characterPages, Table::paragraphPages})
       if (block.table(table) != after.table(table) || block.used != after.used)
         return "second information block contradicts the first one";
   }
-  for (Stretches* each : {&used, &blocks}) each->sort();
+  for (Stretches* each : {&used, &blocks, &usedData}) each->sort();
   std::string moved;
+  const auto note = [&](const char* stream, std::size_t at) {
+    moved = std::string("stream ") + stream + " changed where it must not (" + std::to_string(at) + ")";
+  };
+  forEachDifference(original.data, edited.data, [&](std::size_t at) {
+    if (edited.data[at] != 0 || usedData.hold(at)) note("Data", at);
+    return !moved.empty();
+  });
+  if (!moved.empty()) return moved;
   forEachDifference(original.document, edited.document, [&](std::size_t at) {
     const bool isBlanked = edited.document[at] == 0 && !used.hold(at);
-    if (!isBlanked && !blocks.hold(at))
-      moved = "stream WordDocument changed where it must not (" + std::to_string(at) + ")";
+    if (!isBlanked && !blocks.hold(at)) note("WordDocument", at);
     return !moved.empty();
   });
   return moved;

@@ -47,6 +47,26 @@ constexpr std::array<std::array<std::uint8_t, 2>, 9> kBookmarks = {{{22, 23},
                                                                     {175, 176}}};
 constexpr std::size_t kCommentBegins = 42, kCommentEnds = 43;
 
+/// Both tables of one kind of bookmarks.
+struct Bookmarks {
+  Plc begins;
+  Plc ends;
+
+  /// Nothing where there are none. Throws DocumentError: damaged where the two do not go together.
+  static std::optional<Bookmarks> in(base::ByteSpan begins, base::ByteSpan ends) {
+    if (begins.empty() && ends.empty()) return std::nullopt;
+    for (const std::size_t size : {0U, 4U}) {
+      const std::size_t beginSize = size == 0 ? 4 : 6;
+      const Bookmarks both{Plc(begins, beginSize), Plc(ends, size)};
+      const std::size_t count = both.begins.count();
+      if (count == both.ends.count() && begins.size() == 4 + count * (4 + beginSize) &&
+          ends.size() == 4 + count * (4 + size))
+        return both;
+    }
+    throw damaged("tables of bookmarks do not go together");
+  }
+};
+
 /// What programs make out anew: heights of paragraphs, pages, spelling, versions of layout.
 constexpr std::array<std::uint8_t, 58> kMadeAnew = {
     8,   34,  49,  55,  63,  64,  65,  66,  67,  68,  77,  78,  79,  80,  81,  82,  86,  88,  90,  93,
@@ -138,36 +158,24 @@ void TableMover::moveHeaders() {
 /// Text that comes where a bookmark begins lies in it, and where it ends after it. What is bookmarked for a
 /// comment ends at the comment's mark.
 void TableMover::moveBookmarks(std::size_t begins, std::size_t ends, bool endAtMarks) {
-  const base::ByteSpan from = tables_.old(begins);
-  const base::ByteSpan to = tables_.old(ends);
-  if (from.empty() && to.empty()) return;
-  for (const std::size_t size : {0U, 4U}) {
-    const std::size_t beginSize = size == 0 ? 4 : 6;
-    const Plc beginPlc(from, beginSize);
-    const Plc endPlc(to, size);
-    const bool fits = beginPlc.count() == endPlc.count() &&
-                      from.size() == 4 + beginPlc.count() * (4 + beginSize) &&
-                      to.size() == 4 + endPlc.count() * (4 + size);
-    if (!fits) continue;
-    const Position all = fib_.lengthOfAll();
-    const Position longer = places_.boundary(all) - all;
-    const auto moved = [&](Position place, bool isMark) {
-      if (place < 0) return place;
-      if (place > all) return shifted(place, longer);
-      return isMark ? places_.character(place) : places_.boundary(place);
-    };
-    PlcWriter movedBegins;
-    PlcWriter movedEnds;
-    for (std::size_t i = 0; i < beginPlc.count(); ++i) {
-      movedBegins.add(moved(beginPlc.place(i), false), beginPlc.element(i));
-      movedEnds.add(moved(endPlc.place(i), endAtMarks), endPlc.element(i));
-    }
-    const std::size_t count = beginPlc.count();
-    tables_.replace(begins, movedBegins.bytes(moved(beginPlc.place(count), false)));
-    tables_.replace(ends, movedEnds.bytes(moved(endPlc.place(count), endAtMarks)));
-    return;
+  const auto bookmarks = Bookmarks::in(tables_.old(begins), tables_.old(ends));
+  if (!bookmarks) return;
+  const Position all = fib_.lengthOfAll();
+  const Position longer = places_.boundary(all) - all;
+  const auto moved = [&](Position place, bool isMark) {
+    if (place < 0) return place;
+    if (place > all) return shifted(place, longer);
+    return isMark ? places_.character(place) : places_.boundary(place);
+  };
+  PlcWriter movedBegins;
+  PlcWriter movedEnds;
+  const std::size_t count = bookmarks->begins.count();
+  for (std::size_t i = 0; i < count; ++i) {
+    movedBegins.add(moved(bookmarks->begins.place(i), false), bookmarks->begins.element(i));
+    movedEnds.add(moved(bookmarks->ends.place(i), endAtMarks), bookmarks->ends.element(i));
   }
-  throw damaged("tables of bookmarks do not go together");
+  tables_.replace(begins, movedBegins.bytes(moved(bookmarks->begins.place(count), false)));
+  tables_.replace(ends, movedEnds.bytes(moved(bookmarks->ends.place(count), endAtMarks)));
 }
 
 /// A note whose mark goes goes with it, and its text went.
@@ -202,6 +210,14 @@ void TableMover::move() {
   moveNotes(Table::endnoteReferences, kNoteElement, Table::endnoteTexts, Part::endnotes);
   moveNotes(Table::commentReferences, kCommentElement, Table::commentTexts, Part::comments);
   for (const std::uint8_t number : kMadeAnew) tables_.drop(number);
+}
+
+void requireMovable(const Text& text) {
+  const auto require = [&](std::size_t begins, std::size_t ends) {
+    Bookmarks::in(text.fib.in(text.tables, begins), text.fib.in(text.tables, ends));
+  };
+  for (const auto& [begins, ends] : kBookmarks) require(begins, ends);
+  require(kCommentBegins, kCommentEnds);
 }
 
 }  // namespace pluvo::doc

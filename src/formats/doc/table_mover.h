@@ -40,4 +40,7 @@ class TableMover {
   NewTables& tables_;
 };
 
+/// Throws errors::DocumentError: damaged where tables cannot be moved, whatever the edits are.
+void requireMovable(const Text& text);
+
 }  // namespace pluvo::doc

@@ -1,6 +1,7 @@
 #include "unused_bytes.h"
 
 #include "base/little_endian.h"
+#include "unused_stretches.h"
 #include "used_bytes.h"
 
 #include <algorithm>
@@ -9,12 +10,7 @@ namespace pluvo::doc {
 
 namespace {
 
-struct Extent {
-  std::size_t from;
-  std::size_t to;
-};
-
-/// The bytes in use, front to back: pieces, pages and information blocks.
+/// The bytes in use: pieces, pages and information blocks.
 std::vector<Extent> usedBytes(const Text& text, const Text* glossary, std::span<const Piece> pieces) {
   std::vector<Extent> used;
   const auto addBlock = [&](const Fib& fib, std::size_t from) {
@@ -30,32 +26,8 @@ std::vector<Extent> usedBytes(const Text& text, const Text* glossary, std::span<
     addPieces(glossary->pieces.pieces());
   }
   forEachUsedStretch(text, [&](std::size_t from, std::size_t to) { used.push_back({from, to}); });
-  std::ranges::sort(used, {}, &Extent::from);
   return used;
 }
-
-/// Calls visit(from, to) with the unused parts of an extent. Extents come front to back.
-class Unused {
- public:
-  explicit Unused(std::vector<Extent> used) : used_(std::move(used)), next_(used_.begin()) {}
-
-  template <class Visit>
-  void forEachIn(Extent extent, Visit visit) {
-    std::size_t at = std::max(extent.from, reached_);
-    reached_ = std::max(reached_, extent.to);
-    while (at < extent.to) {
-      while (next_ != used_.end() && next_->to <= at) ++next_;
-      const std::size_t end = next_ == used_.end() ? extent.to : std::clamp(next_->from, at, extent.to);
-      if (end > at) visit(at, end);
-      at = next_ == used_.end() ? extent.to : std::max(end, std::min(next_->to, extent.to));
-    }
-  }
-
- private:
-  std::vector<Extent> used_;
-  std::vector<Extent>::iterator next_;
-  std::size_t reached_ = 0;
-};
 
 /// Calls visit(piece, from, to) with the stretches of pieces that spans are made of.
 template <class Visit>

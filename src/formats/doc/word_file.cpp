@@ -73,4 +73,9 @@ Text::Text(base::ByteSpan documentStream, base::ByteSpan tableStream, base::Byte
     throw DocumentError(Problem::tooLarge, "The document has more than 1,073,741,823 characters; divide it.");
 }
 
+std::optional<Text> glossaryOf(const Streams& streams, const Text& text) {
+  if (!text.fib.has(Fib::kTemplate) || text.fib.glossary() == 0) return std::nullopt;
+  return std::optional<Text>(std::in_place, streams, text.fib.glossary() * FormattedPages::kPage);
+}
+
 }  // namespace pluvo::doc

@@ -10,6 +10,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 
 namespace pluvo::doc {
 
@@ -48,5 +49,8 @@ struct Text {
 
   base::ByteSpan in(Table table) const { return fib.in(tables, table); }
 };
+
+/// The text of a template's glossary, a document of its own in the same streams; nothing where there is none.
+std::optional<Text> glossaryOf(const Streams& streams, const Text& text);
 
 }  // namespace pluvo::doc

@@ -1,116 +1,17 @@
-#include "doc/doc_format.h"
-#include "document/same_document.h"
-#include "errors/fault.h"
 #include "formats/doc/doc_builder.h"
-#include "formats/docx/random_edits.h"
-#include "formats/left.h"
+#include "formats/doc/opened.h"
 #include "piece_text.h"
 #include "storage/files/as_text.h"
-#include "storage/store/corpus.h"
-#include "support/invariants.h"
-#include "support/notation.h"
 #include "word_file.h"
 
-#include <gtest/gtest.h>
-
 #include <array>
-#include <cstdlib>
 #include <functional>
-#include <random>
 #include <tuple>
 
 namespace pluvo::doc {
 namespace {
 
-using document::Story;
 using text::Position;
-
-/// A document with all its stories.
-struct Opened {
-  explicit Opened(const base::Bytes& file, bool allStories = true)
-      : Opened(DocFormat().read(file, {.allStories = allStories})) {}
-  explicit Opened(formats::Opened opened)
-      : source(std::move(opened.source)), document(std::move(opened.stories), source) {}
-
-  /// Writes it, and reads it again: the same document, that is written as it was read.
-  base::Bytes saved() const {
-    base::MemoryOutput out;
-    source->write(document, out);
-    base::Bytes file = base::Bytes::of(std::move(out.bytes()));
-    formats::Opened again = DocFormat().read(file, {.allStories = true});
-    EXPECT_EQ(document::differenceOf(document.snapshot(), again.stories, [] {}), "");
-    return file;
-  }
-
-  std::shared_ptr<const formats::Source> source;
-  document::Document document;
-};
-
-std::u16string textOf(const Story& story) { return story.text().substring(0, story.length()); }
-
-/// Some letters of a text that are shown.
-std::vector<Position> lettersIn(const Story& story) {
-  std::vector<Position> places;
-  const std::u16string text = textOf(story);
-  const auto length = static_cast<Position>(text.size());
-  const auto isLetter = [](char16_t unit) { return (unit >= u'a' && unit <= u'z') || unit >= 0x400; };
-  for (Position at = 0; at < length; at += 1 + length / 12) {
-    Position place = at;
-    while (place < length && (!isLetter(text[static_cast<std::size_t>(place)]) ||
-                              story.visibility().valueAt(place) != text::kEverywhere))
-      ++place;
-    if (place < length && (places.empty() || places.back() < place)) places.push_back(place);
-  }
-  return places;
-}
-
-/// Whether the edit is possible there.
-bool tryTo(const std::function<void()>& edit) {
-  try {
-    edit();
-    return true;
-  } catch (const errors::Fault&) {
-    return false;
-  }
-}
-
-const struct {
-  const char* name;
-  void (*edit)(Story&, Position);
-} kKinds[] = {{"before", [](Story& story, Position at) { story.insertBefore(at, u"N\u0416"); }},
-              {"after", [](Story& story, Position at) { story.insertBehind(at + 1, u"N\u4E2D"); }},
-              {"split", [](Story& story, Position at) { story.insertBefore(at, u"\r"); }},
-              {"highlight",
-               [](Story& story, Position at) {
-                 story.highlight({at, std::min(at + 5, story.length())}, 7);
-               }},
-              {"plain",
-               [](Story& story, Position at) {
-                 story.highlight({at, std::min(at + 50, story.length())}, 0);
-               }},
-              {"replace",
-               [](Story& story, Position at) {
-                 story.replace({at, at + 1}, u"new", text::View::results);
-               }},
-              {"delete", [](Story& story, Position at) {
-                 story.replace({at, at + 1}, u"", text::View::results);
-               }}};
-
-/// What there is of each story.
-std::string storiesOf(const Opened& opened) {
-  std::string all;
-  for (std::size_t i = 0; i < opened.document.count(); ++i)
-    if (!opened.document.isGone(i)) all += notation::print(opened.document.story(i)) + " ";
-  return all;
-}
-
-/// Deletes a text of a story, or puts another in its place.
-void replace(Opened& opened, std::size_t story, std::u16string_view old, std::u16string_view text = u"") {
-  Story& model = opened.document.story(story);
-  const auto at = static_cast<Position>(textOf(model).find(old));
-  ASSERT_GE(at, 0);
-  model.replace({at, at + static_cast<Position>(old.size())}, text, text::View::results);
-}
 
 TEST(DocFormat, EditsTextsBesideMainText) {
   const struct {
@@ -230,69 +131,143 @@ TEST(DocFormat, KeepsNothingOfDeletedText) {
   EXPECT_TRUE(Fib::read(streams.read(*streams.stream("WordDocument")).view).has(Fib::kTemplate));
 }
 
-TEST(DocFormat, LeavesSignedDocumentsAlone) {
-  DocBuilder builder;
-  builder.notation("text¶");
-  builder.streams = {{"_signatures", "x"}};
-  Opened opened(files::bytesOf(builder.build()));
-  try {
-    replace(opened, 0, u"text");
-    FAIL();
-  } catch (const errors::Fault& refusal) {
-    EXPECT_EQ(refusal.problem, errors::Problem::signature);
-  }
-}
-
-TEST(Corpus, isEditedInEveryStory) {
-  const auto corpus = store::corpusOf({"doc"});
-  if (corpus.empty()) GTEST_SKIP() << store::kNoCorpus;
-  for (const auto& path : corpus) {
-    const base::Bytes file = store::bytesOf(path);
-    if (!DocFormat().recognises(file.view, "doc")) continue;
-    if (!files::refusalOf([&] { Opened probe(file); }).empty()) continue;
-    formats::leave("original-" + path.filename().string(), file, Opened(file).document);
-    for (const auto& [name, edit] : kKinds) {
-      SCOPED_TRACE(path.string() + " " + name);
-      base::Bytes current = file;
-      for (int generation = 0; generation < 2; ++generation) {
-        Opened opened(current);
-        for (std::size_t i = 0; i < opened.document.count(); ++i) {
-          Story& story = opened.document.story(i);
-          const std::vector<Position> places = lettersIn(story);
-          for (auto place = places.rbegin(); place != places.rend(); ++place)
-            tryTo([&, edit = edit] { edit(story, *place); });
-        }
-        current = opened.saved();
-        const std::string kind = generation == 0 ? name : std::string(name) + "2";
-        formats::leave(kind + "-" + path.filename().string(), current, opened.document);
-      }
+/// Pictures and what fields keep lie in the Data stream, and characters may share them.
+TEST(DocFormat, BlanksWhatOnlyDeletedCharactersStandFor) {
+  const struct {
+    std::u16string deleted;
+    const char* left;
+    const char* stories;
+  } cases[] = {{u"a\1", "123", "\1b\1{X \1|filled}¶ "},
+               {u"\1b", "13", "a\1\1{X \1|filled}¶ "},
+               {u"a\1\1b\1", "3", "{X \1|filled}¶ "},
+               {u"\1\1b", "13", "a\1{X \1|filled}¶ "},
+               {u"\x13X \1\x14"
+                u"filled\x15",
+                "12", "a\1\1b\1¶ "},
+               {u"fill", "123", "a\1\1b\1{X \1|ed}¶ "}};
+  for (const auto& [deleted, left, stories] : cases) {
+    DocBuilder builder;
+    std::array<std::uint32_t, 3> places{};
+    for (std::size_t i = 0; i < 3; ++i) {
+      places[i] = static_cast<std::uint32_t>(builder.data.size());
+      builder.data += number(std::uint32_t{80}) + number(std::uint16_t{0x44}) +
+                      std::string(73, static_cast<char>('1' + i)) + "s";
     }
+    builder.append(u'a');
+    builder.special(1, property(code::kPicture, places[0]));
+    builder.special(1, property(code::kPicture, places[1]));
+    builder.append(u'b');
+    builder.special(1, property(code::kPicture, places[0]));
+    builder.beginField({});
+    for (const char16_t unit : {u'X', u' '}) builder.append(unit);
+    builder.special(1, on(code::kData) + property(code::kPicture, places[2]));
+    builder.separateField({});
+    for (const char16_t unit : {u'f', u'i', u'l', u'l', u'e', u'd'}) builder.append(unit);
+    builder.endField({});
+    builder.append(u'\r');
+    Opened opened(files::bytesOf(builder.build()));
+    replace(opened, 0, deleted);
+    const base::Bytes file = opened.saved();
+    EXPECT_EQ(storiesOf(Opened(file)), stories);
+    std::string kept;
+    for (std::size_t i = 0; i < 3; ++i) {
+      const std::string whole = builder.data.substr(places[i], 80);
+      const std::string now(files::textOf(Streams::open(file, {}).data.view.subspan(places[i], 80)));
+      EXPECT_TRUE(now == whole || now == std::string(80, '\0'));
+      if (now == whole) kept += static_cast<char>('1' + i);
+    }
+    EXPECT_EQ(kept, left);
   }
 }
 
-TEST(Corpus, takesRandomEditsThatAreReadBack) {
-  const auto corpus = store::corpusOf({"doc"});
-  if (corpus.empty()) GTEST_SKIP() << store::kNoCorpus;
-  const char* const asked = std::getenv("PLUVO_DOC_PROGRAMS");
-  const int programs = asked == nullptr ? 1 : std::atoi(asked);
-  for (const auto& path : corpus) {
-    const base::Bytes original = store::bytesOf(path);
-    if (!DocFormat().recognises(original.view, "doc")) continue;
-    if (!files::refusalOf([&] { Opened probe(original); }).empty()) continue;
-    for (int seed = 1; seed <= programs; ++seed) {
-      SCOPED_TRACE(testing::Message() << path << " seed " << seed);
-      base::Bytes file = original;
-      std::mt19937 random(static_cast<std::uint32_t>(seed));
-      const auto number = [&] { return static_cast<std::uint32_t>(random()); };
-      for (int generation = 0; generation < 3; ++generation) {
-        Opened opened(file);
-        for (int i = 0; i < 10 * seed; ++i) {
-          const std::size_t story = number() % 2 == 0 ? 0 : number() % opened.document.count();
-          docx::editBySeed(opened.document.story(story), {number(), number(), number(), number()});
-        }
-        file = opened.saved();
-      }
-      if (seed == 1) formats::leave("random-" + path.filename().string(), file, Opened(file).document);
+/// A comment's answers and the mark of what it is about go, or find their way.
+TEST(DocFormat, LosesWhatBelongsToComments) {
+  using Answer = std::array<std::uint32_t, 2>;  // its depth, and how far away the comment is that it answers
+  const struct {
+    std::u16string deleted;
+    std::vector<Answer> answers;
+    std::vector<std::uint32_t> tags;
+  } cases[] = {{u"a\5", {{0, 0}, {0, 0}}, {8, 9}},
+               {u"b\5", {{0, 0}, {1, static_cast<std::uint32_t>(-1)}}, {7, 9}},
+               {u"b\5c\5", {{0, 0}}, {7}},
+               {u"a\5b\5c\5", {}, {}}};
+  for (const auto& [deleted, answers, tags] : cases) {
+    DocBuilder b;
+    std::string marks;
+    std::string replies;
+    std::string names = number(std::uint16_t{0xFFFF}) + number(std::uint16_t{3}) + number(std::uint16_t{10});
+    std::string begins;
+    for (std::uint32_t i = 0; i < 3; ++i) {
+      b.append(static_cast<char16_t>(u'a' + i)), b.special(5);
+      marks += std::string(26, '\0') + number(7 + i);
+      replies += std::string(6, '\0') + number(std::uint32_t{i > 0}) + number(0U - i) + std::string(4, '\0');
+      names += std::string("\0\0\0\1", 4) + number(7 + i) + number(0U);
+      begins += number(i);
+    }
+    b.notation("z¶");
+    b.begin(Part::comments);
+    for (int i = 0; i < 3; ++i) b.special(5), b.notation("x¶");
+    b.append(u'\r');
+    b.tables[Table::commentReferences] = b.places({1, 3, 5, 8}, marks);
+    b.tables[Table::commentTexts] = b.places({0, 3, 6, 9, 10});
+    b.tables[Table{112}] = replies;
+    b.tables[Table{37}] = names;
+    b.tables[Table{42}] = b.places({0, 2, 4, 20}, begins);
+    b.tables[Table{43}] = b.places({1, 3, 5, 20});
+    Opened opened(files::bytesOf(b.build()));
+    replace(opened, 0, deleted);
+    const Streams saved = Streams::open(opened.saved(), {});
+    const Text text(saved, 0);
+    std::vector<Answer> left;
+    for (base::ByteSpan each = text.in(Table{112}); !each.empty(); each = each.subspan(18))
+      left.push_back({base::get32(each, 6), base::get32(each, 10)});
+    EXPECT_EQ(left, answers);
+    std::vector<std::uint32_t> leftTags;
+    const base::ByteSpan allNames = text.in(Table{37});
+    for (std::size_t at = 6; at < allNames.size(); at += 12)
+      leftTags.push_back(base::get32(allNames, at + 4));
+    EXPECT_EQ(leftTags, tags);
+  }
+}
+
+/// What stands for nothing is no hindrance, and what stands for something is kept.
+TEST(DocFormat, HighlightsTextWithAnyShortPropertyOfItsPiece) {
+  for (const auto& [isShort, whole] :
+       {std::pair<int, std::string>{0x59, property(0x0839, '\1')}, {0x5F, ""}}) {
+    DocBuilder builder;
+    builder.prm = static_cast<std::uint16_t>(1 << 8 | isShort << 1);
+    builder.append(u'a');
+    builder.prm = 0;
+    builder.append(u'\r');
+    Opened opened(files::bytesOf(builder.build()));
+    opened.document.mainText().highlight({0, 1}, 7);
+    const Streams saved = Streams::open(opened.saved(), {});
+    const Text text(saved, 0);
+    std::array<std::uint8_t, 3> room{};
+    const base::ByteSpan properties = text.pieces.properties(text.pieces.pieces()[0].prm, room);
+    EXPECT_EQ(files::textOf(properties), whole + property(code::kHighlight, '\7'));
+  }
+}
+
+TEST(DocFormat, RefusesEditsThatCannotBeSavedBeforehand) {
+  const struct {
+    errors::Problem problem;
+    std::function<void(DocBuilder&)> build;
+  } cases[] = {{errors::Problem::signature,
+                [](DocBuilder& builder) {
+                  builder.streams = {{"_signatures", "x"}};
+                }},
+               {errors::Problem::damaged, [](DocBuilder& builder) { builder.tables[Table{22}] = "ranges"; }}};
+  for (const auto& [problem, build] : cases) {
+    DocBuilder builder;
+    builder.notation("text¶");
+    build(builder);
+    Opened opened(files::bytesOf(builder.build()));
+    try {
+      replace(opened, 0, u"text");
+      ADD_FAILURE();
+    } catch (const errors::Fault& refusal) {
+      EXPECT_EQ(refusal.problem, problem);
     }
   }
 }

@@ -166,7 +166,9 @@ TEST(Validator, CatchesEachDefect) {
       // What must stay.
       {"lost its levels", [](Planted& p) { p.put(73, 0, 'x'); }},
       {"lost its levels", [](Planted& p) { p.document[p.pair(73)] ^= 1; }},
-      {"lost something", [](Planted& p) { p.data[1] = 'x'; }},
+      {"lost something", [](Planted& p) { p.data.pop_back(); }},
+      {"Data changed where", [](Planted& p) { p.data[1] = 'x'; }},
+      {"Data changed where", [](Planted& p) { p.data[1] = '\0'; }},
       {"changed where it must not", [](Planted& p) { p.text(16) = '\0'; }},
       {"changed where it must not", [](Planted& p) { p.document[p.document.find("earlier")] = 'x'; }},
       {"^$", [](Planted& p) { p.document[p.document.find("earlier")] = '\0'; }},
