@@ -50,7 +50,8 @@ class DocumentReader {
     read_.stories.push_back(std::move(text.content));
     read_.old.places.push_back({word::wdMainTextStory, {0, file_.size()}, {}, std::move(text.map), {}, {}});
     read_.old.tables = walker.tables();
-    read_.protection = reader.protection();
+    read_.protection = reader.protection().protection();
+    read_.reservation = reader.protection().reservation();
     return reader.firstAt();
   }
 

@@ -33,6 +33,7 @@ struct ReadDocument {
   std::vector<document::Content> stories;
   OldDocument old;
   std::optional<formats::Protection> protection;
+  std::optional<formats::Reservation> reservation;
 };
 
 /// Reads main text, all other stories if asked to, and the document's tables.

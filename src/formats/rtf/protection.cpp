@@ -2,8 +2,6 @@
 
 #include "encryption/kept_password.h"
 
-#include <algorithm>
-#include <array>
 #include <string>
 #include <utility>
 
@@ -85,10 +83,35 @@ std::optional<word::WdProtectionType> typeOf(Word word) {
   }
 }
 
+/// A protection or a reservation asks for this password. The hash says more than the number, which old
+/// programs read.
+template <class Asking>
+void ask(Asking& asking, const PasswordInGroups& kept) {
+  if (kept.hash.empty()) {
+    // Programs do not agree on the order of the number's bytes.
+    asking.isLiftedBy = [key = *kept.key](const std::u16string& given) {
+      const std::uint32_t its = encryption::keyOf(given);
+      return its == key || its == reversed(key);
+    };
+    return;
+  }
+  KeptPassword password = passwordOf(kept.hash);
+  asking.hashes = password.turns;
+  if (asking.hashes > encryption::kMostTurns) {
+    asking.obstacle =
+        "Each password for its protection would have to be hashed more than 1,000,000 times, ten times as "
+        "often as word processors do, so none is tried. Lift the protection in a word processor.";
+  }
+  asking.isLiftedBy = [password = std::move(password)](const std::u16string& given) {
+    return password.is(given);
+  };
+}
+
 }  // namespace
 
 void ProtectionReader::word(const Token& token) {
   const bool isOn = !token.hasNumber || token.number != 0;
+  if (token.word == Word::readonlyrecommended) recommendsReading_ = isOn;
   if (token.word == Word::enforceprot) isEnforced_ = isOn;
   const auto type = typeOf(token.word);
   if (!type || !isOn) return;
@@ -144,39 +167,18 @@ std::vector<std::uint8_t> ProtectionReader::bytesIn(const SkippedGroup& group) c
   return bytes;
 }
 
-std::optional<formats::Protection> ProtectionReader::finish() const {
-  std::optional<formats::Protection> protection;
-  if (type_ && isEnforced_.value_or(true)) protection = formats::Protection{*type_};
-  const bool asksForEditing = protection && forEditing_;
-  if (forChanging_ && !protection) protection.emplace();
-  if (!protection) return protection;
-
-  std::vector<std::uint32_t> keys;
-  std::vector<KeptPassword> passwords;
-  for (const Kept* each : {&forEditing_, &forChanging_}) {
-    if (!*each || (each == &forEditing_ && !asksForEditing)) continue;
-    // The hash says more than the number, which old programs read.
-    if (!each->hash.empty()) {
-      passwords.push_back(passwordOf(each->hash));
-    } else {
-      keys.push_back(*each->key);
-    }
-  }
-  if (keys.empty() && passwords.empty()) return protection;
-  for (const KeptPassword& each : passwords) protection->hashes += each.turns;
-  if (protection->hashes > encryption::kMostTurns) {
-    protection->obstacle =
-        "Each password for its protection would have to be hashed more than 1,000,000 times, ten times as "
-        "often as word processors do, so none is tried. Lift the protection in a word processor.";
-  }
-  protection->isLiftedBy = [keys, passwords](const std::u16string& given) {
-    const std::uint32_t key = encryption::keyOf(given);
-    // Programs do not agree on the order of the number's bytes.
-    return std::ranges::all_of(keys,
-                               [&](std::uint32_t kept) { return kept == key || kept == reversed(key); }) &&
-           std::ranges::all_of(passwords, [&](const KeptPassword& kept) { return kept.is(given); });
-  };
+std::optional<formats::Protection> ProtectionReader::protection() const {
+  if (!type_ || !isEnforced_.value_or(true)) return std::nullopt;
+  formats::Protection protection{*type_};
+  if (forEditing_) ask(protection, forEditing_);
   return protection;
+}
+
+std::optional<formats::Reservation> ProtectionReader::reservation() const {
+  if (!forChanging_ && !recommendsReading_) return std::nullopt;
+  formats::Reservation reservation;
+  if (forChanging_) ask(reservation, forChanging_);
+  return reservation;
 }
 
 }  // namespace pluvo::rtf

@@ -79,7 +79,7 @@ class TextReader final : public Events {
   void group(const SkippedGroup& group) override;
   void end(std::size_t at) override;
 
-  std::optional<formats::Protection> protection() const { return protection_.finish(); }
+  const ProtectionReader& protection() const { return protection_; }
   /// Where the first character stands.
   std::size_t firstAt() const { return firstAt_; }
   ReadText finish() { return {builder_.finish(), std::move(map_), std::move(groups_), hasMoreGroups_}; }

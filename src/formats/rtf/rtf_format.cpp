@@ -31,7 +31,8 @@ formats::Opened RtfFormat::read(base::Bytes bytes, const formats::Hint& hint) co
   formats::Opened opened;
   opened.stories = std::move(document.stories);
   opened.source = std::make_unique<RtfSource>(std::move(bytes), std::move(document.old));
-  opened.protection = document.protection;
+  opened.protection = std::move(document.protection);
+  opened.reservation = std::move(document.reservation);
   opened.again.allStories = hint.allStories;
   return opened;
 }

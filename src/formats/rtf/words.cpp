@@ -208,6 +208,7 @@ constexpr KnownWord kWords[] = {
     {"revprot", {Word::revprot}},
     {"annotprot", {Word::annotprot}},
     {"readprot", {Word::readprot}},
+    {"readonlyrecommended", {Word::readonlyrecommended}},
     {"enforceprot", {Word::enforceprot}},
     {"fcharset", {Word::fcharset}},
     {"cpg", {Word::cpg}},

@@ -109,6 +109,7 @@ enum class Word : std::uint8_t {
   revprot,
   annotprot,
   readprot,
+  readonlyrecommended,
   enforceprot,
   // Found only inside groups that are skipped.
   fcharset,

@@ -142,33 +142,45 @@ TEST(RtfFormat, TellsProtectionAndItsPassword) {
       "00000000"
       "00000000000000000000000000000000000000"
       "00}";
+  const std::string forChanging = "{\\*\\writereserv" + hash.substr(std::string("{\\*\\password").size());
   const struct {
     const char* words;
     int type;  ///< -1 for none
     bool lifts;
+    bool isReserved = false;
   } cases[] = {
       {"\\formprot", 2, true},
       {"\\annotprot\\readprot\\enforceprot1", 3, true},
       {"\\revprot\\enforceprot0", -1, true},
       {"\\formprot0", -1, true},
-      {"\\readonlyrecommended", -1, true},
+      {"\\readonlyrecommended", -1, true, true},
+      {"\\readonlyrecommended0", -1, true},
+      {"\\formprot\\readonlyrecommended", 2, true, true},
       {"{\\info{\\*\\password 147A83AF}}\\annotprot", 1, true},
       {"{\\info{\\*\\password AF837A14}}\\annotprot", 1, true},
       {"{\\info{\\*\\password 00000000}}\\annotprot", 1, true},
       {"{\\info{\\*\\password 147A83AE}}\\annotprot", 1, false},
       {"{\\info{\\*\\password 147A83AF}}", -1, true},
-      {"{\\*\\writereservation 147A83AF}", 3, true},
+      {"{\\*\\writereservation 147A83AF}", -1, true, true},
+      {"\\readonlyrecommended{\\*\\writereservation AF837A14}", -1, true, true},
+      {"{\\*\\writereservation 147A83AE}", -1, false, true},
+      {forChanging.c_str(), -1, false, true},
+      {"{\\info{\\*\\password 147A83AF}}\\annotprot{\\*\\writereservation 147A83AF}", 1, true, true},
       {hash.c_str(), -1, true},
   };
-  for (const auto& [words, type, lifts] : cases) {
+  for (const auto& [words, type, lifts, isReserved] : cases) {
     SCOPED_TRACE(words);
     const Opened opened = open(std::string("{\\rtf1") + words + " a}");
-    ASSERT_EQ(opened.protection.has_value(), type >= 0);
-    if (!opened.protection) continue;
-    EXPECT_EQ(opened.protection->type, type);
-    const auto& asked = opened.protection->isLiftedBy;
-    EXPECT_EQ(!asked || asked(u"password"), lifts);
-    EXPECT_FALSE(asked && asked(u"another"));
+    ASSERT_EQ(opened.protection ? static_cast<int>(opened.protection->type) : -1, type);
+    ASSERT_EQ(opened.reservation.has_value(), isReserved);
+    const auto check = [&](const auto& asking) {
+      if (!asking) return;
+      const auto& asked = asking->isLiftedBy;
+      EXPECT_EQ(!asked || asked(u"password"), lifts);
+      EXPECT_FALSE(asked && asked(u"another"));
+    };
+    check(opened.protection);
+    check(opened.reservation);
   }
   const Opened opened = open("{\\rtf1\\readprot" + hash + " a}");
   EXPECT_FALSE(opened.protection->isLiftedBy(u""));

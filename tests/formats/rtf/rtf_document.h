@@ -18,7 +18,8 @@ struct Opened {
   explicit Opened(formats::Opened opened)
       : document(std::move(opened.stories)),
         source(std::move(opened.source)),
-        protection(std::move(opened.protection)) {}
+        protection(std::move(opened.protection)),
+        reservation(std::move(opened.reservation)) {}
 
   std::string written() const {
     base::MemoryOutput out;
@@ -30,6 +31,7 @@ struct Opened {
   document::Story& model = document.mainText();
   std::shared_ptr<const formats::Source> source;
   std::optional<formats::Protection> protection;
+  std::optional<formats::Reservation> reservation;
 };
 
 /// With all its stories.
