@@ -3,12 +3,10 @@
 #include "base/ascii.h"
 #include "base/utf.h"
 #include "code_pages/names.h"
-#include "errors/document_error.h"
-#include "formats/signature.h"
 #include "style.h"
 #include "tokens.h"
+#include "utf16_bytes.h"
 
-#include <algorithm>
 #include <array>
 
 namespace pluvo::formats::html {
@@ -16,17 +14,7 @@ namespace pluvo::formats::html {
 namespace {
 
 using code_pages::Encoding;
-using errors::DocumentError;
-using errors::Problem;
 using namespace std::string_view_literals;
-
-constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
-constexpr std::string_view kLittleMark = "\xFF\xFE";
-constexpr std::string_view kBigMark = "\xFE\xFF";
-
-std::string_view viewOf(base::ByteSpan bytes) {
-  return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
-}
 
 /// What pages call encodings, where that is not their name elsewhere.
 struct Label {
@@ -86,8 +74,9 @@ std::string_view valueAfter(std::string_view text, std::string_view name) {
   return text.substr(at, end - at);
 }
 
-/// The encoding of the first tag that names one in front of the body, or of an XML declaration.
-std::optional<code_pages::Named> declared(std::string_view bytes) {
+}  // namespace
+
+std::optional<Charset> declaredCharset(std::string_view bytes) {
   constexpr int kMostTokens = 10'000;
   std::optional<code_pages::Named> ofXml;
   Tokens tokens(bytes, 0, bytes.size());
@@ -106,126 +95,10 @@ std::optional<code_pages::Named> declared(std::string_view bytes) {
     if (label.empty() && base::equalsIgnoringAsciiCase(withoutBlanks(attributes.httpEquiv), "content-type"))
       label = valueAfter(attributes.content, "charset");
     if (label.empty()) continue;
-    if (auto named = labelled(label)) return named;
+    if (const auto named = labelled(label)) return Charset{named->coding, named->name, true};
   }
-  return ofXml;
-}
-
-char16_t unitAt(std::string_view bytes, std::size_t at, bool isLittle) {
-  const auto first = static_cast<unsigned char>(bytes[at]);
-  const auto second = static_cast<unsigned char>(bytes[at + 1]);
-  return static_cast<char16_t>(isLittle ? second << 8 | first : first << 8 | second);
-}
-
-/// A last byte that is half of a unit is left out.
-std::string utf8Of(std::string_view bytes, bool isLittle) {
-  std::string text;
-  text.reserve(bytes.size() / 2);
-  for (std::size_t at = 0; at + 1 < bytes.size(); at += 2) {
-    const char16_t unit = unitAt(bytes, at, isLittle);
-    const char16_t next = at + 3 < bytes.size() ? unitAt(bytes, at + 2, isLittle) : u'\0';
-    const bool isPair = base::isHighSurrogate(unit) && base::isLowSurrogate(next);
-    base::appendUtf8(text, isPair ? base::joinSurrogates(unit, next) : unit);
-    if (isPair) at += 2;
-  }
-  return text;
-}
-
-bool isThreeByteSurrogate(std::string_view bytes) {
-  return bytes.size() >= 3 && bytes[0] == '\xED' && static_cast<unsigned char>(bytes[1]) >= 0xA0 &&
-         base::isUtf8Follower(bytes[1]) && base::isUtf8Follower(bytes[2]);
-}
-
-/// Turns UTF-8 into UTF-16 of an order of bytes; a character may be divided between two pieces.
-class Utf16Output {
- public:
-  Utf16Output(bool isLittle, base::Output& out) : isLittle_(isLittle), out_(out) {}
-  void write(base::ByteSpan piece) {
-    rest_.append(viewOf(piece));
-    convert(3);
-  }
-  void finish() {
-    convert(0);
-    flush();
-  }
-
- private:
-  void convert(std::size_t kept) {
-    std::size_t at = 0;
-    while (at + kept < rest_.size()) {
-      const std::string_view bytes = std::string_view(rest_).substr(at);
-      const base::Utf8Character first = base::firstOfUtf8(bytes);
-      const bool isHalf = first.bytes == 0 && isThreeByteSurrogate(bytes);
-      std::u16string units;
-      base::appendUtf16(units, isHalf ? base::pointOfUtf8<3>(bytes.data()) : first.point);
-      for (const char16_t unit : units) put(unit);
-      at += isHalf ? 3 : std::max<std::size_t>(first.bytes, 1);
-    }
-    rest_.erase(0, at);
-  }
-  void put(char16_t unit) {
-    const auto low = static_cast<std::uint8_t>(unit & 0xFFU);
-    const auto high = static_cast<std::uint8_t>(unit >> 8U);
-    units_.push_back(isLittle_ ? low : high);
-    units_.push_back(isLittle_ ? high : low);
-    constexpr std::size_t kAtOnce = 65536;
-    if (units_.size() >= kAtOnce) flush();
-  }
-  void flush() {
-    out_.write(units_);
-    units_.clear();
-  }
-
-  bool isLittle_;
-  base::Output& out_;
-  std::string rest_;
-  std::vector<std::uint8_t> units_;
-};
-
-}  // namespace
-
-Page::Page(base::Bytes file) : file_(std::move(file)) {
-  const std::string_view all = viewOf(file_.view);
-  if (all.starts_with("\xFF\xFE\0\0"sv) || all.starts_with("\0\0\xFE\xFF"sv))
-    throw DocumentError(Problem::encoding,
-                        "Pages in the encoding UTF-32 are not read here; save it as UTF-8.");
-  const bool isLittle = all.starts_with(kLittleMark);
-  if (isLittle || all.starts_with(kBigMark)) {
-    converted_ = utf8Of(all.substr(kLittleMark.size()), isLittle);
-    bytes_ = converted_;
-    markLength_ = kLittleMark.size();
-    charset_ = {{isLittle ? Encoding::utf16Little : Encoding::utf16Big, nullptr},
-                isLittle ? "UTF-16LE" : "UTF-16BE",
-                true};
-    return;
-  }
-  bytes_ = all;
-  if (all.size() > 3 && ((all[0] == '<' && all[1] == '\0') || (all[0] == '\0' && all[1] == '<')))
-    throw DocumentError(Problem::encoding,
-                        "The page is in UTF-16 and does not begin with a byte order mark; save it as UTF-8.");
-  if (all.starts_with(kUtf8Mark)) {
-    markLength_ = kUtf8Mark.size();
-    bytes_.remove_prefix(markLength_);
-    charset_ = {{Encoding::utf8, nullptr}, "UTF-8", true};
-  } else if (auto named = declared(bytes_)) {
-    charset_ = {named->coding, named->name, true};
-  } else if (base::wellFormedLength(bytes_) == bytes_.size()) {
-    charset_ = {{Encoding::utf8, nullptr}, "UTF-8", false};
-  } else {
-    charset_ = {{Encoding::windows1252, nullptr}, "Windows-1252", false};
-  }
-}
-
-void Page::write(const std::vector<base::ByteSpan>& pieces, base::Output& out) const {
-  out.write(file_.view.first(markLength_));
-  if (!code_pages::isUtf16(charset_.coding.encoding)) {
-    for (const base::ByteSpan piece : pieces) out.write(piece);
-    return;
-  }
-  Utf16Output units(charset_.coding.encoding == Encoding::utf16Little, out);
-  for (const base::ByteSpan piece : pieces) units.write(piece);
-  units.finish();
-  if (file_.view.size() % 2 == 1) out.write(file_.view.last(1));
+  if (!ofXml) return std::nullopt;
+  return Charset{ofXml->coding, ofXml->name, true};
 }
 
 Decoded firstOf(const Charset& charset, std::string_view bytes) {
@@ -271,38 +144,6 @@ bool appendEncoded(std::string& bytes, char32_t point, const Charset& charset) {
       base::appendUtf8(bytes, point);
       return true;
   }
-}
-
-Likeness likenessOf(base::ByteSpan file, bool isNamedSo) {
-  const std::size_t looked = isNamedSo ? file.size() : std::size_t{1} << 16U;
-  constexpr std::size_t kHead = 4096;
-  if (signatureOf(file)) return Likeness::none;
-  std::string_view bytes = viewOf(file.first(std::min(file.size(), looked)));
-  std::string converted;
-  if (bytes.starts_with(kLittleMark) || bytes.starts_with(kBigMark)) {
-    converted = utf8Of(bytes.substr(2), bytes.starts_with(kLittleMark));
-    bytes = converted;
-  }
-  if (bytes.starts_with(kUtf8Mark)) bytes.remove_prefix(kUtf8Mark.size());
-  if (bytes.starts_with("%!PS")) return Likeness::none;
-  const std::string head = base::asciiLower(bytes.substr(0, kHead));
-  if ((head.starts_with("mime-version:") || head.starts_with("from:")) &&
-      head.find("mime-version:") != head.npos && head.find("multipart/related") != head.npos)
-    return Likeness::webArchive;
-  Tokens tokens(bytes, 0, bytes.size());
-  bool isFirst = true;
-  for (Token token = tokens.next(); token.kind != Token::Kind::end; token = tokens.next()) {
-    const std::string_view inside = bytes.substr(token.inside.begin, token.inside.size());
-    if (token.kind == Token::Kind::startTag) {
-      return isFirst && base::equalsIgnoringAsciiCase(inside, "html") ? Likeness::certain : Likeness::byName;
-    }
-    if (token.kind == Token::Kind::endTag) return Likeness::byName;
-    if (token.kind == Token::Kind::text) isFirst = isFirst && withoutBlanks(inside).empty();
-    if (token.kind == Token::Kind::declaration && isFirst &&
-        base::startsWithIgnoringAsciiCase(inside, "doctype html"))
-      return Likeness::certain;
-  }
-  return Likeness::none;
 }
 
 }  // namespace pluvo::formats::html

@@ -11,13 +11,12 @@ namespace pluvo::formats::html {
 namespace {
 
 /// The other texts that were edited, as new bytes, and those that went with their references.
-std::vector<Writer::Cut> cutsOf(const Page& page, const OldDocument& old,
-                                const document::Document& document) {
+std::vector<Cut> cutsOf(const Page& page, const OldDocument& old, const document::Document& document) {
   const document::Story& mainText = document.mainText();
   const document::Kept kept(mainText);
   const bool hasOthers = document.count() > 1;
   StyleSheet sheet = old.sheet;
-  std::vector<Writer::Cut> cuts;
+  std::vector<Cut> cuts;
   for (std::size_t i = 0; i < old.places.size(); ++i) {
     const StoryPlace& place = old.places[i];
     if (mainText.wasEdited() && place.anchor && !kept.holds(*place.anchor)) {
@@ -36,7 +35,7 @@ std::vector<Writer::Cut> cutsOf(const Page& page, const OldDocument& old,
 
 void writeDocument(const Page& page, const OldDocument& old, const document::Document& document,
                    base::Output& out) {
-  std::vector<Writer::Cut> cuts;
+  std::vector<Cut> cuts;
   if (!old.places.empty()) cuts = cutsOf(page, old, document);
   Writer writer(page, old.mainText.partOf(page), old.mainText, document.mainText(), std::move(cuts));
   page.write(writer.write(), out);

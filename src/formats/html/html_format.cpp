@@ -1,9 +1,9 @@
 #include "html/html_format.h"
 
-#include "charset.h"
 #include "document_reader.h"
 #include "errors/document_error.h"
 #include "html_source.h"
+#include "likeness.h"
 
 #include <algorithm>
 #include <array>

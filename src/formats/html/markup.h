@@ -1,8 +1,8 @@
 #pragma once
 
-#include "charset.h"
 #include "formats/spliced_bytes.h"
 #include "inline_stack.h"
+#include "page.h"
 #include "style_sheet.h"
 #include "walker.h"
 

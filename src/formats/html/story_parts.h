@@ -1,6 +1,6 @@
 #pragma once
 
-#include "charset.h"
+#include "page.h"
 #include "tokens.h"
 #include "walker.h"
 #include "word/enums.h"

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "base/bytes.h"
+#include "charset.h"
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pluvo::formats::html {
+
+/// The bytes of a page as it is walked over: as the file has them, or UTF-8 of a file in UTF-16, a lone
+/// surrogate being three bytes.
+class Page {
+ public:
+  /// Throws errors::DocumentError (encoding).
+  explicit Page(base::Bytes file);
+
+  std::string_view bytes() const { return bytes_; }
+  const Charset& charset() const { return charset_; }
+  std::size_t fileSize() const { return file_.view.size(); }
+  /// Gives back memory that is filled again from the file.
+  void release() const { file_.release(); }
+
+  /// Writes new bytes, in order, as the file has its own.
+  void write(const std::vector<base::ByteSpan>& pieces, base::Output& out) const;
+
+ private:
+  base::Bytes file_;
+  std::string converted_;
+  std::string_view bytes_;
+  std::size_t markLength_ = 0;
+  Charset charset_;
+};
+
+}  // namespace pluvo::formats::html
