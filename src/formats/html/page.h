@@ -23,10 +23,13 @@ class Page {
   /// Gives back memory that is filled again from the file.
   void release() const { file_.release(); }
 
-  /// Writes new bytes, in order, as the file has its own.
+  /// Writes new bytes, in order, as the file has its own. Where nothing declares the encoding and they would
+  /// be read in another one, a declaration is put in front of all text.
   void write(const std::vector<base::ByteSpan>& pieces, base::Output& out) const;
 
  private:
+  void writeDeclared(const std::vector<base::ByteSpan>& pieces, base::Output& out) const;
+
   base::Bytes file_;
   std::string converted_;
   std::string_view bytes_;

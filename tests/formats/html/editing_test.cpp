@@ -55,6 +55,10 @@ TEST(HtmlFormat, IsEditedBySplices) {
       {"<meta charset=gbk><p>x</p>", u"x", u"\u4E00", "<meta charset=gbk><p>\xD2\xBB</p>"},
       {"<meta charset=utf-8><p>\xE2x\x82\xAC</p>", u"x", u"",
        "<meta charset=utf-8><p>\xE2\xEF\xBF\xBD\xEF\xBF\xBD</p>"},
+      // Without the byte that showed what it was, the page says so.
+      {"<!doctype html>\n<p>\xC3\xA9 x\xE9</p>", u"\u00E9", u"",
+       "<!doctype html><meta charset=windows-1252>\n<p>\xC3\xA9 x</p>"},
+      {"\xE9\xC3\xA9", u"\u00E9", u"e", "<meta charset=windows-1252>e\xC3\xA9"},
       {"<p>AT&T; amp</p>", u"T;", u"lt;", "<p>AT&amp;lt; amp</p>"},
       {"<p>a < b</p>", u" b", u"b", "<p>a &lt;b</p>"},
       {"<!--[if supportFields]><span style='mso-element:field-begin'></span>X<span "
