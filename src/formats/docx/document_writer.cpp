@@ -54,12 +54,12 @@ DocumentWriter::DocumentWriter(const Package& package, const Stories& stories,
       if (site.story != Site::kNone && firstSites_[site.story] == nullptr) firstSites_[site.story] = &site;
 }
 
-bool DocumentWriter::isEdited(std::size_t story) const {
-  const document::Story& model = document_.story(story);
-  const text::PieceText& text = model.text();
+bool DocumentWriter::isEdited(std::size_t number) const {
+  const document::Story& story = document_.story(number);
+  const text::PieceText& text = story.text();
   const bool isOriginal =
       text.pieceCount() == 1 && !text.piece(0).isNew() && text.length() == text.original().length();
-  return !isOriginal || !isSame(model.highlight(), firstSites_[story]->highlight);
+  return !isOriginal || !isSame(story.highlight(), firstSites_[number]->highlight);
 }
 
 /// A marker goes with its comment, wherever it stands.
@@ -235,15 +235,15 @@ std::vector<base::ByteSpan> DocumentWriter::rewrite(const StoryPart& part, const
     map = &edited.map;
   }
   if (!isToBeWritten(site)) return {bytes};
-  const document::Story& model = document_.story(site.story);
+  const document::Story& story = document_.story(site.story);
   const document::Dropped nothing;
   const bool hasMarkers = !map->bookmarks.empty() || !map->commentMarkers.empty();
   edited.departed =
       std::make_unique<const Departed>(*map, hasMarkers ? dropped(site.story) : nothing, notes_,
                                        [this]() -> const BookmarkReferences& { return references(); });
   edited.rewriter = std::make_unique<Rewriter>(
-      bytes, part.name, site.scope == nullptr ? Reach::mainText : Reach::oneStory, *map, model,
-      site.highlight, *edited.departed, placeholderStyle_, EditScript(model), *identifiers_);
+      bytes, part.name, site.scope == nullptr ? Reach::mainText : Reach::oneStory, *map, story,
+      site.highlight, *edited.departed, placeholderStyle_, EditScript(story), *identifiers_);
   return edited.rewriter->rewrite();
 }
 

@@ -43,7 +43,7 @@ class DocumentWriter {
   void findNotes();
   const document::Dropped& dropped(std::size_t story);
   const BookmarkReferences& references();
-  bool isEdited(std::size_t story) const;
+  bool isEdited(std::size_t number) const;
   bool isToBeWritten(const Site& site) const;
   void requireRoomInMemory() const;
 

@@ -83,8 +83,8 @@ std::vector<text::RunMap<formats::Appearance>> DocxSource::appearance() const {
   return looks;
 }
 
-void DocxSource::tellOtherTexts(const document::Story& model, formats::OtherTexts& texts) const {
-  docx::tellOtherTexts({package_, mainPart(), stories_.parts.front().sites.front().map, styles_}, model,
+void DocxSource::tellOtherTexts(const document::Story& story, formats::OtherTexts& texts) const {
+  docx::tellOtherTexts({package_, mainPart(), stories_.parts.front().sites.front().map, styles_}, story,
                        texts);
 }
 

@@ -21,7 +21,7 @@ class DocxSource : public formats::Source {
   void write(const document::Document& document, base::Output& out) const override;
   std::uint64_t unpackedSize() const override;
   std::vector<text::RunMap<formats::Appearance>> appearance() const override;
-  void tellOtherTexts(const document::Story& model, formats::OtherTexts& texts) const override;
+  void tellOtherTexts(const document::Story& story, formats::OtherTexts& texts) const override;
 
  private:
   std::string placeholderStyle() const;

@@ -53,16 +53,16 @@ struct EditedPart {
              Identifiers& ids)
       : size(bytes.size()),
         map(bodyMap),
-        model(edited),
+        story(edited),
         script(std::move(steps)),
         output(bytes),
         identifiers(ids) {}
 
-  std::uint8_t colourAt(Position at) const { return model.highlight().valueAt(at); }
+  std::uint8_t colourAt(Position at) const { return story.highlight().valueAt(at); }
 
   const std::size_t size;  ///< in bytes, as it was
   const BodyMap& map;
-  const document::Story& model;
+  const document::Story& story;
   EditScript script;
   PartOutput output;
   Identifiers& identifiers;  ///< of all of the part

@@ -34,7 +34,7 @@ void InlineWriter::text(Position from, const TextElement& element) {
   });
   if (!begun) {
     const bool whole = first->kind == Step::Kind::keep;
-    if (whole && part_.model.highlight().runEnd(first->at) >= first->at + length)
+    if (whole && part_.story.highlight().runEnd(first->at) >= first->at + length)
       return runs_.keep(element.extent, part_.colourAt(first->at));
     begin();
   }
@@ -49,7 +49,7 @@ void InlineWriter::carry(Position from, const TextElement& element, const Step& 
   if (!element.bytes.empty())
     return runs_.writeBytes(element.bytes.substr(place, count), step.at, runs_.textTag());
   const std::u16string_view kept = element.units.substr(place, count);
-  forEachColour(part_.model, step.at, kept, [&](std::size_t at, std::size_t size, std::uint8_t colour) {
+  forEachColour(part_.story, step.at, kept, [&](std::size_t at, std::size_t size, std::uint8_t colour) {
     runs_.write(kept.substr(at, size), colour, runs_.textTag());
   });
 }

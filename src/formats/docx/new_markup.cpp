@@ -10,11 +10,11 @@ namespace {
 std::string newRuns(EditedPart& part, const Markup& markup, std::u16string_view units, Position at,
                     std::string_view runProperties) {
   std::string result;
-  forEachFate(part.model, at, units, [&](std::size_t begin, std::size_t size, bool deleted) {
+  forEachFate(part.story, at, units, [&](std::size_t begin, std::size_t size, bool deleted) {
     const std::u16string_view text = units.substr(begin, size);
     const std::string tag = markup.element + std::string(textName(part, deleted));
     if (deleted) result += deletionTag(part, markup);
-    forEachColour(part.model, at + static_cast<Position>(begin), text,
+    forEachColour(part.story, at + static_cast<Position>(begin), text,
                   [&](std::size_t from, std::size_t count, std::uint8_t colour) {
                     result += markup.tag("r") + ">" + withHighlight(runProperties, markup, colour);
                     appendContent(result, text.substr(from, count), tag, markup);
@@ -57,7 +57,7 @@ std::vector<NewLine> newLines(EditedPart& part, const Markup& markup, const Step
     if (mark == std::u16string_view::npos) return lines;
     const Position markAt = put.at + static_cast<Position>(mark);
     lines.back().markColour = part.colourAt(markAt);
-    lines.back().markDeleted = part.model.structure().valueAt(markAt).deleted;
+    lines.back().markDeleted = part.story.structure().valueAt(markAt).deleted;
     from = mark + 1;
   }
 }

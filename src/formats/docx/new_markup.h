@@ -13,11 +13,11 @@ namespace pluvo::docx {
 
 /// Visits the stretches of one colour: visit(from, count, colour). A character of two units is not divided.
 template <class Visit>
-void forEachColour(const document::Story& model, Position at, std::u16string_view units, Visit visit);
+void forEachColour(const document::Story& story, Position at, std::u16string_view units, Visit visit);
 
 /// Visits the stretches that are deleted and those that are not: visit(from, count, deleted).
 template <class Visit>
-void forEachFate(const document::Story& model, Position at, std::u16string_view units, Visit visit);
+void forEachFate(const document::Story& story, Position at, std::u16string_view units, Visit visit);
 
 /// The local name of the element around text where the edit has come to.
 std::string_view textName(const EditedPart& part, bool deleted);
@@ -57,14 +57,14 @@ ParagraphStart startOfSplitOff(const EditedPart& part, const Markup& markup, con
                                const Properties& properties);
 
 template <class Visit>
-void forEachColour(const document::Story& model, Position at, std::u16string_view units, Visit visit) {
+void forEachColour(const document::Story& story, Position at, std::u16string_view units, Visit visit) {
   const auto past = [&](Position position) {
     const auto i = static_cast<std::size_t>(position - at);
     const bool inPair =
         i > 0 && i < units.size() && base::isLowSurrogate(units[i]) && base::isHighSurrogate(units[i - 1]);
     return inPair ? i + 1 : i;
   };
-  for (const auto& run : model.highlight().runs(at, at + static_cast<Position>(units.size()))) {
+  for (const auto& run : story.highlight().runs(at, at + static_cast<Position>(units.size()))) {
     const std::size_t from = past(run.from);
     const std::size_t to = past(run.to);
     if (from < to) visit(from, to - from, run.value);
@@ -72,13 +72,13 @@ void forEachColour(const document::Story& model, Position at, std::u16string_vie
 }
 
 template <class Visit>
-void forEachFate(const document::Story& model, Position at, std::u16string_view units, Visit visit) {
+void forEachFate(const document::Story& story, Position at, std::u16string_view units, Visit visit) {
   const Position end = at + static_cast<Position>(units.size());
   for (Position from = at; from < end;) {
-    const auto first = model.structure().runAt(from);
+    const auto first = story.structure().runAt(from);
     Position to = std::min(first.to, end);
-    while (to < end && model.structure().valueAt(to).deleted == first.value.deleted)
-      to = std::min(model.structure().runEnd(to), end);
+    while (to < end && story.structure().valueAt(to).deleted == first.value.deleted)
+      to = std::min(story.structure().runEnd(to), end);
     visit(static_cast<std::size_t>(from - at), static_cast<std::size_t>(to - from), first.value.deleted);
     from = to;
   }

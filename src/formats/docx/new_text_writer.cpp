@@ -21,7 +21,7 @@ void NewTextWriter::put(const Step& step) {
   opens_.back().touched = opens_.back().textChanged = true;
   opens_.holdLineBreaks(step.units);
   if (!part_.map.hasDeletions) return putPart(step, false);
-  forEachFate(part_.model, step.at, step.units, [&](std::size_t at, std::size_t count, bool deleted) {
+  forEachFate(part_.story, step.at, step.units, [&](std::size_t at, std::size_t count, bool deleted) {
     Step part = step;
     part.at += static_cast<Position>(at);
     part.units = step.units.substr(at, count);
@@ -71,7 +71,7 @@ void NewTextWriter::putPart(const Step& step, bool deleted) {
 }
 
 void NewTextWriter::write(const Step& step, std::string_view tag, bool deleted) {
-  forEachColour(part_.model, step.at, step.units,
+  forEachColour(part_.story, step.at, step.units,
                 [&](std::size_t at, std::size_t count, std::uint8_t colour) {
                   std::u16string_view units = step.units.substr(at, count);
                   while (true) {

@@ -172,7 +172,7 @@ std::string OpenElements::tagToOpenAgain(std::size_t index) {
 }
 
 void OpenElements::holdLineBreaks(std::u16string_view units) {
-  if (part_.model.controls().empty() || units.find(text::kLineBreak) == units.npos) return;
+  if (part_.story.controls().empty() || units.find(text::kLineBreak) == units.npos) return;
   allowLineBreaks();
 }
 

@@ -27,7 +27,7 @@ bool isZip(base::ByteSpan bytes) {
 /// How far packages in packages are gone into.
 enum class Depth : bool { outer, inner };
 
-void tellPackage(const ReadDocument& document, const document::Story& model, formats::OtherTexts& texts,
+void tellPackage(const ReadDocument& document, const document::Story& story, formats::OtherTexts& texts,
                  Budget& budget, Depth depth);
 
 /// A Word document in another one; throws where it is none.
@@ -37,9 +37,9 @@ void tellDocument(const Package& package, formats::OtherTexts& texts, Budget& bu
   budget.take(main->size);
   const xml::Utf8Part part = xml::toUtf8(package.archive.read(*main), package.mainPart);
   ReadBody body = readBody(part.utf8.view, package.mainPart, styles);
-  const document::Story model(std::move(body.content));
-  texts.unreached(Unreached::embedded, model.text().original().stretch(0, model.length()));
-  tellPackage({package, part.utf8.view, body.map, styles}, model, texts, budget, Depth::inner);
+  const document::Story story(std::move(body.content));
+  texts.unreached(Unreached::embedded, story.text().original().stretch(0, story.length()));
+  tellPackage({package, part.utf8.view, body.map, styles}, story, texts, budget, Depth::inner);
 }
 
 /// Whatever markup a package of another kind holds.
@@ -265,12 +265,12 @@ class PackageTeller {
   std::set<std::size_t> inDiagrams_;
 };
 
-void tellPackage(const ReadDocument& document, const document::Story& model, formats::OtherTexts& texts,
+void tellPackage(const ReadDocument& document, const document::Story& story, formats::OtherTexts& texts,
                  Budget& budget, Depth depth) {
   std::optional<DepartedNotes> departed;
-  if (model.wasEdited() && !document.map.references.empty()) {
+  if (story.wasEdited() && !document.map.references.empty()) {
     NoteFates fates;
-    fates.add(document.map, document::Dropped(document::EditScript(model)));
+    fates.add(document.map, document::Dropped(document::EditScript(story)));
     departed = fates.departed();
   }
   DataBindings bindings;
@@ -279,7 +279,7 @@ void tellPackage(const ReadDocument& document, const document::Story& model, for
   if (!places.empty()) {
     try {
       StoryTeller(document.mainPart, document.package.mainPart, telling, xml::Swept::yes)
-          .tellBesideMainText(document.map, places, model);
+          .tellBesideMainText(document.map, places, story);
     } catch (const errors::DocumentError& error) {
       texts.damaged(document.package.mainPart, error.what());
     }
@@ -289,9 +289,9 @@ void tellPackage(const ReadDocument& document, const document::Story& model, for
 
 }  // namespace
 
-void tellOtherTexts(const ReadDocument& document, const document::Story& model, formats::OtherTexts& texts) {
+void tellOtherTexts(const ReadDocument& document, const document::Story& story, formats::OtherTexts& texts) {
   Budget budget(document.package.archive.bytes().size());
-  tellPackage(document, model, texts, budget, Depth::outer);
+  tellPackage(document, story, texts, budget, Depth::outer);
 }
 
 }  // namespace pluvo::docx

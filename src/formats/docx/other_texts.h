@@ -19,6 +19,6 @@ struct ReadDocument {
 /// Tells all texts of the package that its main text does not hold, in the order of the relationships, each
 /// part once, and those of packages in it. What went from main text takes its notes, boxes and pictures
 /// along.
-void tellOtherTexts(const ReadDocument& document, const document::Story& model, formats::OtherTexts& texts);
+void tellOtherTexts(const ReadDocument& document, const document::Story& story, formats::OtherTexts& texts);
 
 }  // namespace pluvo::docx

@@ -27,12 +27,12 @@ bool isBlock(Name name) {
 }  // namespace
 
 Rewriter::Rewriter(base::ByteSpan bytes, const std::string& partName, Reach reach, const BodyMap& map,
-                   const document::Story& model, const text::RunMap<std::uint8_t>& originalHighlight,
+                   const document::Story& story, const text::RunMap<std::uint8_t>& originalHighlight,
                    const Departed& departed, std::function<std::string()> placeholderStyle, EditScript script,
                    Identifiers& identifiers)
     : originalHighlight_(originalHighlight),
       departed_(departed),
-      part_(bytes, map, model, std::move(script), identifiers),
+      part_(bytes, map, story, std::move(script), identifiers),
       walker_(bytes, partName, *this, reach, xml::Swept::yes),
       opens_(part_, walker_.scanner(), std::move(placeholderStyle)),
       runs_(part_, opens_),
@@ -67,7 +67,7 @@ std::vector<base::ByteSpan> Rewriter::rewrite() {
 Rewriter::Visits Rewriter::placesToVisit() const {
   Visits visits;
   Offset first = 0;  // of the last visit: where a walk to it starts
-  forEachTouchedSpan(part_.script, part_.model, originalHighlight_, [&](Span span) {
+  forEachTouchedSpan(part_.script, part_.story, originalHighlight_, [&](Span span) {
     ++visits.touches;
     const Offset start = part_.map.places.before(span.from).offset;
     if (!visits.spans.empty() && start < first + kWorthJumping) {

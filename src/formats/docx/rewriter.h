@@ -17,7 +17,7 @@ class Rewriter : private BodyEvents {
  public:
   /// The bytes hold the story and no other, but for those in its drawings; all must outlive this.
   Rewriter(base::ByteSpan bytes, const std::string& partName, Reach reach, const BodyMap& map,
-           const document::Story& model, const text::RunMap<std::uint8_t>& originalHighlight,
+           const document::Story& story, const text::RunMap<std::uint8_t>& originalHighlight,
            const Departed& departed, std::function<std::string()> placeholderStyle, EditScript script,
            Identifiers& identifiers);
 

@@ -136,7 +136,7 @@ void RunWriter::write(std::u16string_view units, std::uint8_t colour, std::strin
 }
 
 void RunWriter::writeBytes(std::string_view bytes, Position at, std::string_view tag) {
-  for (const auto& run : part_.model.highlight().runs(at, at + static_cast<Position>(bytes.size()))) {
+  for (const auto& run : part_.story.highlight().runs(at, at + static_cast<Position>(bytes.size()))) {
     append(run.value, tag);
     pendingText_ +=
         bytes.substr(static_cast<std::size_t>(run.from - at), static_cast<std::size_t>(run.to - run.from));

@@ -50,9 +50,9 @@ StoryTeller::StoryTeller(base::ByteSpan part, const std::string& partName, const
     : StoryReader(part, partName, telling.styles, swept), telling_(telling) {}
 
 void StoryTeller::tellBesideMainText(const BodyMap& map, const std::vector<Offset>& places,
-                                     const document::Story& model) {
-  kept_.emplace(model);
-  mainText_ = &model.text().original();
+                                     const document::Story& story) {
+  kept_.emplace(story);
+  mainText_ = &story.text().original();
   readBesideMainText(map, places);
 }
 

@@ -36,7 +36,7 @@ class StoryTeller : public StoryReader {
   /// Of a main part all but its own text, by the places that may hold any. What stood in deleted text is not
   /// told.
   void tellBesideMainText(const BodyMap& map, const std::vector<Offset>& places,
-                          const document::Story& model);
+                          const document::Story& story);
 
   void story(Name kind) override;
   void open(const Tag& tag) override;
