@@ -106,15 +106,34 @@ void showRibbon(const wchar_t* markup) {
   expect(host->buttons.size() == 1, "not one button");
 }
 
+/// How many windows of PLUVO's this thread has, those that are hidden among them unless `counts` leaves them
+/// out.
+int windowsLeft(BOOL(WINAPI* counts)(HWND) = IsWindow) {
+  struct Count {
+    BOOL(WINAPI* counts)(HWND);
+    int left = 0;
+  } count{counts};
+  EnumThreadWindows(
+      GetCurrentThreadId(),
+      [](HWND window, LPARAM given) -> BOOL {
+        auto& found = *reinterpret_cast<Count*>(given);
+        wchar_t name[16] = {};
+        GetClassNameW(window, name, 11);
+        if (std::wstring_view(name) == L"PLUVO form" && found.counts(window) != 0) ++found.left;
+        return TRUE;
+      },
+      reinterpret_cast<LPARAM>(&count));
+  return count.left;
+}
+
 void press(const Button& button) {
   VARIANT control = {};
   control.vt = VT_DISPATCH;
   DISPPARAMS given = {&control, nullptr, 1, 0};
-  const ULONGLONG begun = GetTickCount64();
   const HRESULT status = host->addIn->Invoke(button.id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD,
                                              &given, nullptr, nullptr, nullptr);
   expect(SUCCEEDED(status), "the callback fails");
-  expect(GetTickCount64() - begun < 20000, "the callback waits for the user");
+  expect(windowsLeft(IsWindowVisible) > 0, "the callback waits until the user has closed the dialog");
 }
 
 ULONG holders() {
@@ -153,21 +172,6 @@ bool connect() {
   showRibbon(markup.text);
   expect(host->extensibility->OnStartupComplete(&host->custom) == S_OK, "start");
   return true;
-}
-
-/// How many windows of PLUVO's this thread has, those that are hidden among them.
-int windowsLeft() {
-  int left = 0;
-  EnumThreadWindows(
-      GetCurrentThreadId(),
-      [](HWND window, LPARAM count) -> BOOL {
-        wchar_t name[16] = {};
-        GetClassNameW(window, name, 11);
-        if (std::wstring_view(name) == L"PLUVO form") ++*reinterpret_cast<int*>(count);
-        return TRUE;
-      },
-      reinterpret_cast<LPARAM>(&left));
-  return left;
 }
 
 void disconnect() {
@@ -253,11 +257,11 @@ std::string textOf(const std::filesystem::path& file) {
   return text;
 }
 
-/// Longer than what was ended in the midst of something takes to go.
-void waitALittle() {
-  const ULONGLONG end = GetTickCount64() + 400;
-  while (GetTickCount64() < end) {
+/// What was ended in the midst of something has its messages yet to come.
+void waitForTheLastWindow() {
+  for (int wait = 0; wait < 3'000; ++wait) {
     for (MSG message; PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != 0;) DispatchMessageW(&message);
+    if (windowsLeft() == 0) return;
     Sleep(20);
   }
 }
@@ -293,7 +297,7 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR, int) {
   if (connect()) {
     startUser(arguments[1], folder / L"outcome");
     loop();
-    waitALittle();
+    waitForTheLastWindow();
     if (!isTest) RevokeActiveObject(inTable, nullptr);
   }
   expect(windowsLeft() == 0, "windows are left: " + std::to_string(windowsLeft()));
