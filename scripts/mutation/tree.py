@@ -38,8 +38,8 @@ class Tree:
         folder = folders[name]
         return folder, [other for other in folders.values() if other != folder and folder in other.parents]
 
-    def copy(self, changed, quiet=()):
-        """The checkout as it is, with the sources that are changed. `quiet` folders are compiled without warnings."""
+    def copy(self, changed, room=None):
+        """The checkout as it is, with the sources of a room that are changed, which are compiled without warnings."""
         names = subprocess.run(["git", "-C", self.root, "ls-files", "-coz", "--exclude-standard"], check=True,
                                capture_output=True, text=True).stdout.split("\0")
         wanted = {}
@@ -47,9 +47,11 @@ class Tree:
             path = self.root / name
             if path.is_file() and not path.is_symlink():
                 wanted[name] = changed[name] if name in changed else path.read_bytes()
-        for folder in quiet:
-            name = str((folder / "CMakeLists.txt").relative_to(self.root))
-            wanted[name] = b"add_compile_options(-w -Wno-narrowing -fpermissive)\n" + wanted[name]
+        if room and changed:
+            name = str((room / "CMakeLists.txt").relative_to(self.root))
+            files = " ".join(str((self.root / source).relative_to(room)) for source in sorted(changed))
+            quiet = f'set_source_files_properties({files} PROPERTIES COMPILE_OPTIONS "-w;-Wno-narrowing;-fpermissive")\n'
+            wanted[name] = quiet.encode() + wanted[name]
         for path in self.sources.rglob("*"):
             if path.is_file() and str(path.relative_to(self.sources)) not in wanted:
                 path.unlink()
@@ -75,7 +77,7 @@ class Tree:
             arguments = shlex.split(command["command"].replace(f"{self.sources}/", f"{self.root}/"))
             start = next(i for i, word in enumerate(arguments) if re.search(r"\+\+[^/]*$", word)) + 1
             kept = [a for a in arguments[start:] if not re.match(r"-(c|o|W.*|fcf-.*|fstack-.*|D_FORTIFY.*)$|.*\.(cpp|o)$", a)]
-            finder.read(path, ["-xc++", "-w", *kept], others)
+            finder.read(path, ["-xc++", "-w", *self.unpacked(kept)], others)
         edits = []
         number = 1
         for name in sorted(finder.sources):
@@ -86,15 +88,26 @@ class Tree:
                 edits.append(edit)
         return [finder.sources[name] for name in sorted(finder.sources)], number
 
-    def make(self, sources, targets, folders):
-        """Builds the targets with all edits that can be compiled; gives back those."""
-        kept = {source.name: list(source.edits) for source in sources}
+    def unpacked(self, arguments):
+        """The compiler's arguments with headers as text, where g++ has precompiled them: clang cannot read that."""
+        given = list(arguments)
+        if "-include" in given:
+            at = given.index("-include") + 1
+            header = self.folder / "headers.h"
+            header.write_text(f'#include "{given[at]}"\n')
+            given[at] = str(header)
+        return given
+
+    def make(self, sources, targets, folder, wanted):
+        """Builds the targets with the edits of the mutants wanted that can be compiled; gives back those edits."""
+        kept = {source.name: needed(source, wanted) for source in sources}
         for turn in range(ROUNDS):
             places = {}
             changed = {}
             for source in sources:
-                changed[source.name], places[source.name] = source.rendered(kept[source.name], HERE / "switch.h")
-            self.copy(changed, folders)
+                if kept[source.name]:
+                    changed[source.name], places[source.name] = source.rendered(kept[source.name], HERE / "switch.h")
+            self.copy(changed, folder)
             if turn == 0:
                 self.configure()
             # Later rounds stop nowhere, so that each finds as many faults as there are.
@@ -152,6 +165,15 @@ class Tree:
         path = Path(path) if Path(path).is_absolute() else self.build / path
         path = path.resolve()
         return str(path.relative_to(self.sources.resolve())) if path.is_relative_to(self.sources.resolve()) else None
+
+
+def needed(source, wanted):
+    """The edits that hold mutants wanted, and with the first one in a constant all that take constants back."""
+    held = [edit for edit in source.edits if any(mutant.number in wanted for mutant in edit.mutants)]
+    spans = [edit.span for edit in source.edits if edit.names]
+    if any(a <= edit.start < b for a, b in spans for edit in held):
+        held += [edit for edit in source.edits if edit.names and edit not in held]
+    return sorted(held, key=lambda edit: edit.order)
 
 
 def messages(output):

@@ -76,7 +76,8 @@ class Trial:
         def limits():
             # Of the processor, which work of others does not use up.
             resource.setrlimit(resource.RLIMIT_CPU, (int(seconds) + 1, int(seconds) + 2))
-            resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
+            # Tests of what a crash leaves may set more again.
+            resource.setrlimit(resource.RLIMIT_CORE, (0, resource.getrlimit(resource.RLIMIT_CORE)[1]))
             resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
             resource.setrlimit(resource.RLIMIT_FSIZE, (1 << 30, 1 << 30))
             os.nice(5)
