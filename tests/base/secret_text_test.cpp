@@ -24,6 +24,7 @@ TEST(Secret, LeavesNoImageOfACrashAsLongAsThereIsOne) {
   some.rlim_cur = std::min<rlim_t>(before.rlim_max, 4096);
   setrlimit(RLIMIT_CORE, &some);
   std::optional<SecretText> first(std::u16string(u"a password that is long"));
+  EXPECT_LE(largestImage(), 1U);
   std::optional<SecretText> second(first->copy());
   EXPECT_EQ(second->text(), u"a password that is long");
   for (auto* each : {&first, &second}) {

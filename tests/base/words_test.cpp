@@ -1,5 +1,6 @@
 #include "base/ascii.h"
 #include "base/json.h"
+#include "base/json_value.h"
 #include "base/secret_text.h"
 #include "base/shown.h"
 #include "base/suggest.h"
@@ -27,10 +28,12 @@ TEST(Text, IsShownAndQuotedWithoutWhatActs) {
   for (const auto& [bytes, visible, json] : cases) {
     EXPECT_EQ(shown(bytes), visible);
     EXPECT_EQ(jsonQuoted(bytes), '"' + json + '"');
+    const auto read = JsonValue::from(jsonQuoted(bytes));
+    EXPECT_TRUE(read && read->text() == bytes) << json;
   }
 }
 
-TEST(Json, HasCommasBetweenItsMembers) {
+TEST(Json, IsWrittenWithCommasAndReadBack) {
   JsonArray array;
   EXPECT_TRUE(array.empty());
   array.add("1");
@@ -41,6 +44,20 @@ TEST(Json, HasCommasBetweenItsMembers) {
   EXPECT_EQ(object.str(), R"({"a":"\u000a","b":-2,"c":true,"d":false,"e":null,"f":[1,[]]})");
   EXPECT_EQ("{" + object.members() + "}", object.str());
   EXPECT_FALSE(object.empty() || array.empty());
+
+  const auto read = JsonValue::from(" " + object.str() + "\n");
+  ASSERT_TRUE(read && read->isObject());
+  EXPECT_EQ((*read)["a"].text(), "\n");
+  EXPECT_EQ((*read)["b"].number(), -2);
+  EXPECT_TRUE((*read)["c"].isTrue() && !(*read)["d"].isTrue() && read->has("e") && !read->has("g"));
+  EXPECT_EQ((*read)["f"].items().size(), 2U);
+  EXPECT_EQ(JsonValue::from(R"([ 1.5e3 , "a\ud83d\ude00\t" ])")->items().back().text(), "a\U0001F600\t");
+  const std::string deepest = std::string(32, '[') + std::string(32, ']');
+  EXPECT_TRUE(JsonValue::from(deepest));
+  for (const std::string& wrong :
+       {""s, "{"s, "[1"s, "[1,]"s, "{1:2}"s, "{\"a\" 1}"s, "tru"s, "x"s, "1 2"s, "\"a"s, "\"\\"s, "\"\\x\""s,
+        R"("\u12")"s, R"("\u00g0")"s, R"("\ud83d")"s, "[" + deepest + "]"})
+    EXPECT_FALSE(JsonValue::from(wrong)) << wrong;
 }
 
 TEST(Text, NumbersAndLineEnds) {
@@ -67,6 +84,7 @@ TEST(Suggest, WhatAMistypedWordStandsFor) {
                                                        {"repalce", " Did you mean replace?"},
                                                        {"relpcae", " Did you mean replace?"},
                                                        {"replaceable", ""},
+                                                       {"erlpcae", ""},
                                                        {"rd", " Did you mean red?"},
                                                        {"dr", ""},
                                                        {"erd", " Did you mean red?"},
@@ -86,6 +104,10 @@ TEST(SecretText, LeavesNothingWhereItWas) {
   third = std::move(second);
   EXPECT_TRUE(second.text().empty());  // NOLINT(bugprone-use-after-move)
   EXPECT_EQ(third.text(), u"long enough for memory of its own");
+  std::u16string brief = u"pass";
+  const SecretText fourth(std::move(brief));
+  const std::string_view left(reinterpret_cast<const char*>(&brief), sizeof brief);
+  EXPECT_EQ(left.find('s'), std::string_view::npos) << "within the string itself";
   std::string row = "abc";
   wipe(row.data(), 2);
   EXPECT_EQ(row, "\0\0c"s);

@@ -34,6 +34,10 @@ struct Watch : Observer {
     if (refusal != nullptr) refusals.push_back(refusal->number);
     return Next::goOn;
   }
+  Next skipped(const Block&) override {
+    ++skips;
+    return Next::goOn;
+  }
   void failed(const errors::Fault& fault, errors::Tag tag) override {
     faults.push_back(std::to_string(fault.number) + ' ' + std::string(tag.text.begin(), tag.text.end()));
   }
@@ -45,6 +49,7 @@ struct Watch : Observer {
   std::function<void()> deciding = [] {};
   std::vector<std::int32_t> refusals;
   std::vector<std::string> faults;
+  int skips = 0;
 };
 
 /// Writes down what begins and ends: [ and ] a step to undo, ( and ) edits that nobody sees, < and > edits

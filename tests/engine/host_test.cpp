@@ -90,6 +90,11 @@ TEST(Host, MayFailAnywhere) {
     EXPECT_EQ(host.watch.faults.size(), static_cast<std::size_t>(done.faults));
     EXPECT_EQ(done.operated, 0);
   }
+  Host blockByBlock("A¶Ax¶xB¶B¶");
+  blockByBlock.application.calls.refused = "Selection";
+  blockByBlock.engine.InitializeFind(asked);
+  EXPECT_FALSE(blockByBlock.engine.FindNextItem());
+  EXPECT_THAT(blockByBlock.watch.faults, ElementsAre("4605 cpf:27a"));
   Host host("A¶Ax¶xB¶B¶");
   EXPECT_EQ(host.pass(asked).operated, 1);
 }

@@ -150,7 +150,8 @@ TEST(SearchPoint, IsNarrowedTo16BitsUnlessLimitsAreLifted) {
         Desk desk(std::string(before, '.') + "A A¶");
         Engine& engine = desk.engine;
         engine.InitializeFind(Request{.begin = u"A", .operation = kHighlight, .liftLimits = lift});
-        ASSERT_TRUE(engine.FindNextItem(true));
+        ASSERT_TRUE(engine.FindNextItem());
+        EXPECT_EQ(desk.sample.document->selection(), (text::Span{0, 0})) << "nothing is selected unasked";
         skip ? engine.SkipChanges() : engine.MakeChanges();
         const bool fits = lift || before + 1 <= 32767;
         const char* fault = skip ? "6 cpf:27d" : "6 cpf:29";
@@ -171,6 +172,7 @@ TEST(SkippedCount, Is16BitsWideUnlessLimitsAreLifted) {
     for (int i = 0; i < 32768; ++i) desk.engine.SkipChanges();
     EXPECT_EQ(desk.watch.faults, lift ? Faults{} : Faults{"6 cpf:27d"});
     EXPECT_EQ(desk.engine.result().skipped, lift ? 32768 : 32767);
+    EXPECT_EQ(desk.watch.skips, lift ? 32768 : 32767);
   }
 }
 

@@ -70,6 +70,7 @@ TEST_F(ShownForm, HasTheFocusWhereItWasWhenItComesBack) {
     form.Visible(true);
   });
   user.open();
+  EXPECT_FALSE(user.window()->windowFlags().testFlag(Qt::WindowMaximizeButtonHint)) << "a dialog";
   user.focus(form.button);
   for (int blocks = 0; blocks < 3; ++blocks) {
     ASSERT_TRUE(QTest::qWaitForWindowActive(user.window(), User::kPatience));

@@ -182,6 +182,19 @@ TEST(DocumentView, ShowsAFoundBlockWhereverItIs) {
   const int before = shown.view->selectionRect().top();
   shown.sample.mainText().insertBefore(0, u"one\rmore\r");
   EXPECT_NEAR(shown.view->selectionRect().top(), before, 40);
+  // An edit leaves in sight what a new view would show.
+  for (const Span span : {Span{0, 9}, Span{150, 180}, Span{400, 401}}) {
+    shown.key(Qt::Key_Home, Qt::ControlModifier);
+    shown.sample.mainText().replace(span, u"a\rlonger text", text::View::results);
+    shown.sample.mainText().highlight({span.to + 30, span.to + 40}, 7);
+    shown.view->clearFocus();
+    DocumentView anew(
+        DocumentView::prepare(shown.sample.document, ChangeLog(shown.sample.document->stories()), {}));
+    anew.resize(shown.view->size());
+    anew.show();
+    EXPECT_EQ(shown.view->viewport()->grab().toImage(), anew.viewport()->grab().toImage()) << span.from;
+    shown.view->setFocus();
+  }
 }
 
 /// How far below the top of the view each row of pixels of that colour is painted.
@@ -277,6 +290,7 @@ TEST(DocumentView, MarksTrackedChanges) {
   structure.deleted = true;
   parsed.content.structure.set(6, 10, structure);
   notation::Sample sample(std::move(parsed), nullptr);
+  sample.mainText().insertBefore(0, u"it ");  // looks go with the text as it was read
   text::RunMap<formats::Appearance> appearance;
   appearance.append(11, {});
   formats::Appearance came;
