@@ -1,6 +1,8 @@
 #include "journal/named_runs.h"
 
 #include "slice_folder.h"
+#include "slice_locks.h"
+#include "slice_progress.h"
 #include "taking_back.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "journal/journal.h"
 #include "keeping.h"
-#include "other_runs.h"
+#include "originals_limit.h"
 #include "run_under_way.h"
 
 #include <array>
@@ -66,7 +66,7 @@ std::string folderBelow(const std::string& folder) {
 
 Recorder::Recorder(files::FileSystem& system, std::string folder, std::string command, std::uint64_t limit)
     : run_(std::make_unique<RunUnderWay>(system, std::move(folder))),
-      others_(std::make_unique<OtherRuns>(limit)) {
+      limit_(std::make_unique<OriginalsLimit>(limit)) {
   RunUnderWay& run = *run_;
   guarded(run.folder, [&] {
     run.runs = std::make_unique<OwnFolder>(openRuns(system, run.folder, Missing::isMade));
@@ -110,7 +110,7 @@ std::unique_ptr<files::Keeping> Recorder::keep(const files::Replacement& replace
     if (isSlice())
       run.append(
           {Record::Kind::intended, replacement.path, 0, {}, replacement.before, replacement.after, outcome});
-    const bool hasRoom = isSlice() || others_->makeRoomIn(run, replacement.before.stamp.size);
+    const bool hasRoom = isSlice() || limit_->makeRoomIn(run, replacement.before.stamp.size);
     keeping =
         run.keepsOriginals && hasRoom ? keepOriginal(run, replacement) : leaveOriginal(run, replacement);
   });

@@ -2,6 +2,8 @@
 
 #include "run_under_way.h"
 #include "slice_folder.h"
+#include "slice_locks.h"
+#include "slice_progress.h"
 
 #include <unistd.h>
 

@@ -1,6 +1,6 @@
 #include "files/reading.h"
 #include "journal/slice_recorder.h"
-#include "slice_folder.h"
+#include "slice_progress.h"
 #include "storage/files/failing_file_system.h"
 #include "storage/files/scratch.h"
 

@@ -40,7 +40,7 @@ std::string folderBeside(files::FileSystem& system, const std::string& folder, b
 /// more by itself keeps what fits.
 inline constexpr std::uint64_t kDefaultLimit = std::uint64_t{4} * 1024 * 1024 * 1024;
 
-class OtherRuns;
+class OriginalsLimit;
 struct RunUnderWay;
 
 /// The journal of the run that is going on. May be used from several threads.
@@ -72,10 +72,10 @@ class Recorder {
   RunUnderWay& underWay() { return *run_; }
 
  private:
-  bool isSlice() const { return others_ == nullptr; }
+  bool isSlice() const { return limit_ == nullptr; }
 
   std::unique_ptr<RunUnderWay> run_;
-  std::unique_ptr<OtherRuns> others_;  ///< those that give way; none where this is a slice
+  std::unique_ptr<OriginalsLimit> limit_;  ///< none where this is a slice
 };
 
 /// A run as undo's list shows it.

@@ -9,11 +9,11 @@
 
 namespace pluvo::journal {
 
-/// The runs of earlier times, which give way to the one that is going on.
-class OtherRuns {
+/// How much the originals of all runs may take. The oldest runs give way to the one that is going on.
+class OriginalsLimit {
  public:
   /// The originals of all runs together take no more than that.
-  explicit OtherRuns(std::uint64_t limit) : limit_(limit) {}
+  explicit OriginalsLimit(std::uint64_t limit) : limit_(limit) {}
 
   /// Whether the run can keep so many bytes more, be it after the oldest runs were forgotten. Throws
   /// std::system_error and DocumentError.

@@ -1,4 +1,4 @@
-#include "other_runs.h"
+#include "originals_limit.h"
 
 #include <cerrno>
 #include <system_error>
@@ -35,7 +35,7 @@ bool forget(files::FileSystem& system, const OwnFolder& runs, const std::string&
 
 }  // namespace
 
-bool OtherRuns::makeRoomIn(const RunUnderWay& run, std::uint64_t bytes) {
+bool OriginalsLimit::makeRoomIn(const RunUnderWay& run, std::uint64_t bytes) {
   if (!others_) weigh(run);
   while (!others_->empty() && run.size + bytes + size_ > limit_) {
     const Other oldest = std::move(others_->front());
@@ -46,7 +46,7 @@ bool OtherRuns::makeRoomIn(const RunUnderWay& run, std::uint64_t bytes) {
   return run.size + bytes + size_ <= limit_;
 }
 
-void OtherRuns::weigh(const RunUnderWay& run) {
+void OriginalsLimit::weigh(const RunUnderWay& run) {
   others_.emplace();
   for (const std::string& name : runNames(run.system, *run.runs)) {
     if (name == run.name) continue;
