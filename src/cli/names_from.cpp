@@ -24,6 +24,7 @@ void forEachName(const std::string& path, bool nullEnded, Take take) {
     if (!nullEnded && !name.empty() && name.back() == '\r') name.pop_back();
     if (!name.empty()) take(std::exchange(name, {}));
   };
+  const auto tooLong = [&] { return UsageError(kOption + ": a name in " + path + " is over 64 MiB."); };
   std::array<char, 65536> buffer = {};
   while (const std::size_t count = std::fread(buffer.data(), 1, buffer.size(), file.get())) {
     std::string_view bytes(buffer.data(), count);
@@ -34,7 +35,7 @@ void forEachName(const std::string& path, bool nullEnded, Take take) {
       ended();
     }
     name += bytes;
-    if (name.size() > kMostBytes) throw UsageError(kOption + ": a name in " + path + " is over 64 MiB.");
+    if (name.size() > kMostBytes) throw tooLong();
   }
   if (std::ferror(file.get()) != 0)
     throw UsageError(kOption + ": cannot read " + path + ": " + std::strerror(errno) + ".");
