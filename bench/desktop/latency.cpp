@@ -1,12 +1,12 @@
-// How long the window takes for a key typed into the dialog and for a scroll of the document, both drawn,
-// while a pass over 1,000 pages and a run over 500 files are under way:
+// The time that the window takes for a key typed into the dialog, and for a scroll of the document, both
+// drawn. A pass over 1,000 pages and a run over 500 files are under way meanwhile:
 //
 //     latency FOLDER [DOCUMENT BEGINNING ENDING]
 //
-// What is measured is the time from the moment of the doing to the drawn result, and the processor's time
-// that the window's thread took meanwhile for whatever it did, which other programs do not lengthen. A frame
-// is 16 ms. The folder is made, filled, and left. The pass is made over the document given, or over a plain
-// text of 1,000 pages.
+// It measures the time from the key or scroll to the drawn result. It also measures the processor's time that
+// the window's thread took meanwhile for anything, which other programs do not lengthen. A frame is 16 ms.
+// The folder is made, filled, and left. The pass is made over the document given, or over a plain text of
+// 1,000 pages.
 #include "main_window.h"
 
 #include <pthread.h>

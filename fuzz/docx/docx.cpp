@@ -1,7 +1,7 @@
-// A Word document whose body is any markup: read with all its stories, edited in any of them, looked through
-// for what is elsewhere, written and read again. The input is a program of edits, the inside of w:body, and
-// after zero bytes that of a header, of footnotes and of comments, a part of custom XML, an imported file
-// and an embedded one; the package around them is always the same.
+// A Word document whose body is any markup. It is read with all its stories, edited in any of them, looked
+// through for texts elsewhere, written and read again. The input is a program of edits and the inside of
+// w:body. After zero bytes come those of a header, of footnotes and of comments, a part of custom XML, an
+// imported file and an embedded one. The package around them is always the same.
 
 #include "docx/docx_format.h"
 #include "elsewhere/elsewhere.h"

@@ -7,8 +7,8 @@
 
 namespace pluvo::desktop {
 
-/// Forms as Qt shows them, but that the confirmation stays where it is from block to block instead of going
-/// and coming back, and that nothing new is shown once the program ends.
+/// Forms as Qt shows them. But the confirmation stays from block to block, and once the program ends nothing
+/// new is shown.
 class DesktopForms final : public QObject, public forms::FormHost {
  public:
   explicit DesktopForms(forms_qt::QtForms& shown) : shown_(shown) {}

@@ -35,8 +35,8 @@ struct RunOverFiles {
 /// and journals documents.
 ///
 /// In Quiet Mode without confirmation it makes the passes too, over several documents at once. Else it has a
-/// thread of its own, and hands one document after the other to the word processor of the window, where the
-/// dialog's engine makes the pass, in one call or block by block; the run stands still meanwhile.
+/// thread of its own, and hands one document after the other to the word processor of the window. There the
+/// dialog's engine makes the pass, in one call or block by block, while the run stands still.
 class FolderRun final : public dialog::FileStepper, private runs::Face {
  public:
   /// The window's services. All of them outlive the run; but for answers, these are calls of no work.

@@ -13,7 +13,7 @@
 
 namespace pluvo::desktop {
 
-/// Looks where the request of a pass did not work, and keeps what it finds, or is told of the files of a run,
+/// Looks where the request of a pass did not work, or hears it of the files of a run. Keeps what it finds
 /// until the run has ended.
 class NotReached {
  public:

@@ -8,9 +8,9 @@
 
 namespace pluvo::desktop {
 
-/// Watches a pass in the thread that makes it, and ends it where the user wants that: a pass over one
-/// document at once; one of a run over files where the run wants it. Where an operation is refused, the
-/// others mostly are too, and each refusal is told in a box: so the user may end the pass.
+/// Watches a pass in the thread that makes it, and ends it where the user wants that. A pass over one
+/// document ends at once, one of a run over files where the run wants it. Where an operation is refused, the
+/// others mostly are too, and a box tells each refusal. So the user may end the pass there.
 class PassWatch final : public engine::PassObserver {
  public:
   explicit PassWatch(Work& work) : work_(work) {}

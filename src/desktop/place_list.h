@@ -10,8 +10,9 @@
 
 namespace pluvo::desktop {
 
-/// The places in which the next run works, to be chosen: main text at first, all, and those that the document
-/// in front has; where none is open, every place, for runs over files.
+/// The list in which the user chooses the places for the next run. It has main text, which is chosen at
+/// first, "all", and those of the document in front. Where no document is open it has every place, for runs
+/// over files.
 class PlaceList final : public QListWidget {
  public:
   PlaceList();

@@ -12,8 +12,8 @@
 
 namespace pluvo::desktop {
 
-/// The passwords that the user types in a run over files. One is tried on the documents that follow, unless
-/// it was wrong; one with which a document was worked on is known as long as the program runs.
+/// The passwords that the user types in a run over files. A password is tried on the documents that follow,
+/// unless it was wrong. One that opened a document is known as long as the program runs.
 class RunPasswords {
  public:
   explicit RunPasswords(std::shared_ptr<store::KnownPasswords> known) : known_(std::move(known)) {}

@@ -1,8 +1,8 @@
 #pragma once
 
 // The scan for one set of vector instructions: that of the source file that includes this, as its compiler
-// flags say. Everything here has internal linkage and nothing inline of the standard library is called, so
-// that no code made for a newer processor is linked into the rest.
+// flags say. Everything here has internal linkage and calls nothing inline of the standard library. So no
+// code made for a newer processor is linked into the rest.
 
 #include "scan.h"
 #include "vectors.h"

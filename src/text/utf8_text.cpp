@@ -18,8 +18,8 @@ using Bytes = Utf8Text::Bytes;
 using Word = std::uint64_t;
 constexpr Word kOnes = ~Word{0} / 0xFF;
 
-/// The high bit of every byte that is above 7F, a line feed or a carriage return, and perhaps of bytes after
-/// the first such one.
+/// The high bit of every byte above 7F, line feed and carriage return. Bytes after the first such one may
+/// have it too.
 constexpr Word unlikeText(Word word) {
   constexpr Word kHigh = kOnes * 0x80;
   const Word feeds = word ^ (kOnes * '\n');

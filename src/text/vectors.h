@@ -1,8 +1,8 @@
 #pragma once
 
 // Vectors of bytes or units for one set of vector instructions: that of the source file that includes this,
-// as its compiler flags say. Everything here has internal linkage and nothing inline of the standard library
-// is called, so that no code made for a newer processor is linked into the rest.
+// as its compiler flags say. Everything here has internal linkage and calls nothing inline of the standard
+// library. So no code made for a newer processor is linked into the rest.
 
 #include <cstddef>
 #include <cstdint>

@@ -1,4 +1,4 @@
-// A program that has add-ins as Word has them, over the stand-in for Word: it finds them by their keys,
+// A program that has add-ins as Word has them, over the stand-in for Word. It finds them by their keys,
 // connects them, shows the buttons of their ribbons, and runs a loop that keeps keys for itself. Closed, it
 // disconnects them, also at work, and says which of their objects are left.
 //

@@ -81,8 +81,8 @@ class WorkInTheWindow : public UsedWindow {
     type("txtTextToEnter", "X");
     tick("chkQuiteMode");
   }
-  /// While the engine is at work, does this at each of its questions, which wait for it, until it says that
-  /// it was done often enough.
+  /// Does this at each of the engine's questions, which wait for it, until it says that it was done often
+  /// enough.
   void meanwhile(std::function<bool()> done) {
     done_ = std::move(done);
     window->watch().comesOn = [this, before = window->watch().comesOn] {

@@ -9,8 +9,8 @@ using text::Position;
 using text::Span;
 using text::View;
 
-/// A hundred thousand beginnings and one ending after them all, with an edit at each beginning, at the
-/// ending, and with a text between them that is not there: a search to the ending for each would take
+/// A hundred thousand beginnings and one ending after them all. Edits stand at each beginning and at the
+/// ending; the text wanted between them is not there. A search to the ending for each beginning would take
 /// minutes.
 class FarEnding : public ::testing::TestWithParam<bool> {};
 

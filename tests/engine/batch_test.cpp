@@ -36,8 +36,8 @@ TEST(Batches, APassIsOneStepAndEndsOnEveryPath) {
   EXPECT_EQ(told, "[?<>??]");
 }
 
-/// Steps of a pass block by block: m make and s skip, each after a find; f a find that finds nothing; e the
-/// end of the pass, i the next one, x the engine's.
+/// Steps of a pass block by block. m makes and s skips, each after a find; f is a find that finds nothing. e
+/// is the end of the pass, i the next one, x the engine's end.
 TEST(Batches, BlockByBlockIsOneStepToo) {
   const std::pair<std::string_view, const char*> cases[] = {
       {"msmf", "[<><>]"}, {"sssf", ""}, {"mme", "[<><>]"}, {"mi", "[<>]"}, {"mx", "[<>]"}};

@@ -5,8 +5,9 @@
 namespace pluvo::engine {
 namespace {
 
-/// A document, what is asked, and the document with the blocks found marked a, b, c …; once more where others
-/// are found with the limits lifted. What random requests meet often enough is not repeated here.
+/// A document, the request, and the document with the found blocks marked a, b, c … A third text is there
+/// where others are found with the limits lifted. What random requests meet often enough is not repeated
+/// here.
 struct Case {
   std::string document;
   Request asked;

@@ -52,9 +52,9 @@ class SampleForm final : public Form {
 /// The sample before a user, whose means each renderer's tests bring (user.h). What the user does goes the
 /// widgets' own way, and all that comes of it is done when the call returns. Keys go to what has the focus.
 ///
-/// What is seen of a control is its text, without the marks of keys; "[x] " before what is ticked, "*" before
-/// rows that are selected, " of 3" after a text with rows to choose from. "off: " stands before what cannot
-/// be used, "-" where there is nothing.
+/// The look of a control in words: its text without the marks of keys, "[x] " before what is ticked, "*"
+/// before selected rows, " of 3" after a text with rows to choose from. "off: " stands before what cannot be
+/// used, "-" where there is nothing.
 ///
 /// What is pressed is written down: "b" for the button, "l" for the link.
 class ShownForm : public testing::Test {

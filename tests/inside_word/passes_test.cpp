@@ -17,7 +17,7 @@ using stand_in::World;
 
 constexpr word_com::Manner kCareful{.careful = true};
 
-/// What Word may do to a pass, whole or block by block, and what that leaves: the text, the highlights, and
+/// Events in Word during a pass, whole or block by block, and what they leave: the text, the highlights, and
 /// how many blocks were operated on.
 struct PassWay {
   const char* what;

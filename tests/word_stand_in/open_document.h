@@ -48,8 +48,8 @@ struct StoredFile {
   std::u16string blank = {};  ///< of a form: what a reset of its fields leaves
 };
 
-/// A text file's text as Word takes it: every kind of line end is a paragraph mark, one more at the end where
-/// it lacks, fields and tables by their characters. A table's cells are of one paragraph and not empty.
+/// A text file's text as Word takes it. Every kind of line end is a paragraph mark, and the end has one in
+/// any case. Fields and tables stand by their characters. A table's cells are of one paragraph and not empty.
 document::Content documentContent(const std::u16string& text);
 
 /// "7:0-5 2:8-9": colour, start and end of each highlighted run.
@@ -57,9 +57,9 @@ std::u16string highlights(const document::Story& model);
 
 /// A document that is open: text in memory, edited and followed by its ranges in Word's way.
 ///
-/// Where Word's way is not that of documents in memory: text put in at the end of another range is not part
-/// of it; text that replaces other text belongs to the range that begins after it, and a range over exactly
-/// the replaced text is left empty; whatever is set, even to what it was, leaves the document unsaved.
+/// Here Word's way is not that of documents in memory. Text put in at the end of another range is not part of
+/// it. Text that replaces other text belongs to the range that begins after it, and a range over exactly the
+/// replaced text is left empty. Setting anything, even to what it was, leaves the document unsaved.
 class OpenDocument {
  public:
   /// In the text, 19, 20 and 21 make fields, 7 ends a cell and 7 7 a row; see documentContent.

@@ -20,8 +20,8 @@ using Document = std::shared_ptr<OpenDocument>;
 struct FindSettings {
   std::u16string text;
   std::int32_t wrap = 0;
-  /// Criteria that are on or off, as they are for the only searches that are possible here: literal ones
-  /// towards the end, with case and whole words as asked.
+  /// Criteria that are on or off, as for the only searches possible here: literal ones towards the end, with
+  /// case and whole words as asked.
   std::map<std::u16string, bool> flags = {
       {u"MatchCase", false},       {u"MatchWholeWord", false},
       {u"MatchPrefix", false},     {u"MatchSuffix", false},
@@ -37,9 +37,9 @@ struct FindSettings {
 
 /// Where the first match stands in [span.from, span.to).
 ///
-/// `^^` stands for itself, any other code is error 5692 here; a straight quote stands for the typographic
-/// ones as well and the reverse, a blank for a non-breaking one as well. Whole word has no effect on a text
-/// of more than one word. Nothing leaves its table cell, and no text is found nowhere.
+/// `^^` stands for itself, any other code is error 5692 here. A straight quote stands for the typographic
+/// ones as well and the reverse, a blank for a non-breaking one. Whole word has no effect on a text of more
+/// than one word. Nothing leaves its table cell, and no text is found nowhere.
 std::optional<text::Span> find(OpenDocument& document, const FindSettings& settings, text::Span span);
 
 /// Everything behind the objects of one running Word.

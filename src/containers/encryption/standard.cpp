@@ -36,8 +36,8 @@ std::size_t keySizeOf(std::uint32_t cipher, std::uint32_t bits) {
   throw unknownEncryption("cipher " + std::to_string(cipher));
 }
 
-/// The password makes the key with a salt that stands beside it, so that without the password neither can
-/// change: of what is written anew only the package is new.
+/// The password and the salt beside it make the key. Without the password neither can change, so a save
+/// writes only the package anew.
 class Standard final : public PackageEncryption {
  public:
   explicit Standard(base::Bytes info) : info_(std::move(info)) {

@@ -88,8 +88,8 @@ void Column::take(const StoryChange& change) {
   topBlock_ = index_->span(index_->at(top)).from;
 }
 
-/// The block may begin earlier after it: a part of a paragraph begins where a line of the part before it
-/// ends, which is laid out first. How that part began itself matters to few lines only.
+/// Afterwards the block may begin earlier: a part of a paragraph begins at the end of a line of the part
+/// before. That one is laid out first. How that part began itself matters to few lines only.
 const BlockLayout& Column::layoutOf(std::size_t block) {
   const auto known = layouts_.find(index_->span(block).from);
   if (known != layouts_.end()) return *known->second;

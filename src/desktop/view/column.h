@@ -17,11 +17,11 @@
 
 namespace pluvo::view {
 
-/// A story of a document as a column of blocks, of which those in sight and a little around them are laid
-/// out, and which part of it is in sight. Heights farther away are guesses, so what stands at the top is a
-/// block and so many of its pixels, and better heights above it move nothing.
+/// A story of a document as a column of blocks, and which part of it is in sight. Blocks in sight and a
+/// little around them are laid out. Heights farther away are guesses. So the top of the view is a block and a
+/// number of its pixels, and better heights above it move nothing.
 ///
-/// But for whether it is there, all asks for a document that is open.
+/// Everything but isThere() and isOpen() needs an open document.
 class Column {
  public:
   static constexpr int kTopMargin = 24;

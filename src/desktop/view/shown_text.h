@@ -40,8 +40,8 @@ class ShownText {
   Position end_ = 0;
 };
 
-/// The text of a span for a screen reader, a unit for each of the document's: what is hidden is blanks
-/// without width, paragraphs and rows end in line feeds, cells in tabs.
+/// The text of a span for a screen reader, a unit for each of the document's. Hidden text is blanks without
+/// width. Paragraphs and rows end in line feeds, cells in tabs.
 QString spokenText(const document::Story& story, Span span, text::View view);
 
 /// The visible text of a span as other programs take it: paragraphs end in line feeds, cells in tabs.

@@ -10,8 +10,8 @@
 
 namespace pluvo::view {
 
-/// Stands above a text that is not main text: says which it is, "Header 2 of 3", and leads to its neighbours
-/// in the same place.
+/// Stands above a text that is not main text. Names it, as "Header 2 of 3", and leads to its neighbours in
+/// the same place.
 class StoryBar final : public QWidget {
  public:
   explicit StoryBar(QWidget* parent);

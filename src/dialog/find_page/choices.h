@@ -10,8 +10,9 @@
 
 namespace pluvo::dialog {
 
-/// The choices of the find page. They refuse values in no list, switch off what an operation does not need,
-/// and ask for the text that a place to operate on needs. Keeps nothing: it reads the controls afresh.
+/// The choices of the find page. They refuse values that are in no list, and switch off fields that an
+/// operation does not need. They ask for the text that a chosen place needs. Keeps nothing: it reads the
+/// controls afresh.
 class Choices {
  public:
   /// All outlive it.

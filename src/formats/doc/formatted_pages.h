@@ -8,8 +8,8 @@
 
 namespace pluvo::doc {
 
-/// The properties of characters, or of paragraphs, by where their text lies in the WordDocument stream: pages
-/// of 512 bytes, and a table of which page is for which bytes.
+/// The properties of characters, or of paragraphs, by the place of their text in the WordDocument stream.
+/// They lie in pages of 512 bytes; a table says which page is for which bytes.
 class FormattedPages {
  public:
   enum class Of : std::uint8_t { characters, paragraphs };

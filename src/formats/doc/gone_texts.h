@@ -9,8 +9,8 @@
 
 namespace pluvo::doc {
 
-/// What of some short texts was deleted from a document, and stands nowhere in it any more: words, and
-/// phrases that are all that was deleted at once, or all of a short text. Capitals do not matter.
+/// Words and phrases that were deleted from some short texts of a document and stand nowhere in it any more.
+/// A phrase is all of one deletion, or all of a short text. Capitals do not matter.
 class GoneTexts {
  public:
   void addShort(std::u16string_view text);

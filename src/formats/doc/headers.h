@@ -21,8 +21,8 @@ class Headers {
   /// How many texts the table has, separators included.
   std::size_t count() const { return kSeparators + sections_.size() * kKinds; }
 
-  /// Where the section breaks stand by which a text of the table of headers goes, once all of them have gone:
-  /// it then belongs to no section. Empty where it stays in any case.
+  /// The section breaks with which a text of the table of headers goes. Once all of them have gone it belongs
+  /// to no section. Empty where it stays in any case.
   std::vector<text::Position> anchorsOf(std::size_t number) const;
 
   /// Whether the section break at a place may go: the texts of its section would get into disorder, or a

@@ -15,9 +15,9 @@ inline base::ByteSpan bytesOf(const std::string& text) {
   return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
 }
 
-/// Of characters, those that ordinary text beside them takes over: no highlight, nothing that makes them
-/// stand for something else, no tracked change but a deletion where the text lies in one. Properties of other
-/// things are left out.
+/// The properties that ordinary text beside these characters takes over. A highlight is not among them, and
+/// nothing that makes a character stand for something else. Of tracked changes only the deletion is, where
+/// the text lies in one. Properties of other things are left out.
 std::string forNewCharacters(base::ByteSpan properties, bool deleted);
 
 /// Of a paragraph, those that a new one takes over: it ends no cell and no row.

@@ -7,7 +7,7 @@
 
 namespace pluvo::doc {
 
-/// Writes the new text of a story: it takes the formatting of the character that it stands beside, and its
+/// Writes the new text of a story. Its characters take the formatting of the character beside them, its
 /// paragraphs that of the paragraph they come to.
 class NewTextWriter {
  public:

@@ -9,8 +9,8 @@
 
 namespace pluvo::doc {
 
-/// The kind of a file that is no compound file, where it goes by the name .doc and is not read here: "a Word
-/// 2 document". Kinds without a signature count only under such a name.
+/// The kind of a file with the name .doc that is no compound file and is not read here: "a Word 2 document".
+/// Kinds without a signature count only under such a name.
 std::optional<std::string_view> otherKindOf(base::ByteSpan bytes, std::string_view extension);
 
 errors::DocumentError unsupportedKind(std::string_view kind);

@@ -15,8 +15,8 @@ struct StoryPlace {
   word::WdStoryType kind = word::wdMainTextStory;
   text::Position from = 0;
   text::Position to = 0;
-  /// The characters of other stories with which it goes, once all have gone: what refers to it or anchors it,
-  /// and for headers the section breaks after which it belongs to no section. None where it stays.
+  /// The characters of other stories with which it goes, once all have gone: those that refer to it or anchor
+  /// it. For a header they are the section breaks of its sections. None where it stays.
   std::vector<document::StoryAnchor> anchors = {};
 };
 

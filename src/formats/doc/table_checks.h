@@ -9,8 +9,8 @@
 
 namespace pluvo::doc {
 
-/// Checks the tables that name places in the text: their order, what stands at the places, and that tables
-/// which belong together are of one length. The marks of fields are those in the text, from front to back.
+/// Checks the tables that name places in the text: their order, and what stands at the places. Tables that
+/// belong together must be of one length. The marks of fields are those in the text, from front to back.
 void checkTables(const Text& text, const PageFacts& facts, const std::vector<FieldMark>& fieldMarks,
                  Defects& defects);
 

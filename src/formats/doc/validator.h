@@ -16,9 +16,9 @@ struct EditedStreams {
 /// The first defect of an edited document that its original lacked: "a piece lies ...". Empty where there is
 /// none. Each kind of defect may be there as often as it was.
 ///
-/// Checked are the information block, the pieces, the pages of formatting, the tables that name places in the
-/// text, and that bytes of the original WordDocument and Data streams stay what and where they were: beside
-/// the information block, only what nothing uses any more may become zeros.
+/// It checks the information block, the pieces, the pages of formatting and the tables that name places in
+/// the text. Bytes of the original WordDocument and Data streams must stay what and where they were. Only
+/// unused ones beside the information block may become zeros.
 std::string firstNewDefect(const EditedStreams& original, const EditedStreams& edited);
 
 }  // namespace pluvo::doc

@@ -23,8 +23,8 @@ struct Streams {
   StreamIds ids;
   std::shared_ptr<const EncryptedStreams> encrypted = {};  ///< null where nothing is
 
-  /// Throws DocumentError: what the file is where it is no document that can be read; password where it is
-  /// encrypted, and the key is not known.
+  /// Throws DocumentError: password where the file is encrypted and the key is not known. Where it is no
+  /// document that can be read, the error says what it is.
   static Streams open(base::Bytes bytes, const formats::Hint& hint);
 
   /// Writes the file with new contents for streams, encrypted where they were.

@@ -6,8 +6,8 @@
 
 namespace pluvo::docx {
 
-/// Those of a main part's asides that may hold text: a picture without words is none, and looking at its
-/// bytes costs less than a walk to it.
+/// Those of a main part's asides that may hold text. A picture without words holds none; looking at its bytes
+/// costs less than a walk to it.
 std::vector<Offset> placesWithText(base::ByteSpan mainPart, const BodyMap& map);
 
 }  // namespace pluvo::docx

@@ -131,8 +131,8 @@ class BodyEvents {
   virtual void rowMark(Extent /*endTag*/) {}
 
   // In a walk through every story:
-  /// The next container to open is a story's (header, footer, footnote, endnote, comment, box, entry), which
-  /// ends where that closes.
+  /// The next container to open is a story's: header, footer, footnote, endnote, comment, box or entry. The
+  /// story ends with it.
   virtual void story(Name /*kind*/) {}
   /// An element outside stories, and the texts of drawings there.
   virtual void openOutside(const Tag&) {}

@@ -7,13 +7,13 @@
 
 namespace pluvo::docx {
 
-/// Walks the body of a main part, or what holds another story, and is the one place that knows which of its
-/// bytes are characters of the text.
+/// Walks the body of a main part, or the element of another story. It alone knows which of its bytes are
+/// characters of the text.
 ///
 /// Hyperlinks, content controls, smart tags, tracked changes and the chosen one of alternative contents are
 /// transparent: their runs are text. Text boxes, the inside of drawings, and elements of other vocabularies
-/// are not. A formula is one character, like a picture. Of text with a phonetic guide the base is text: a run
-/// that holds nothing else is opened as a run, and opening what is in it (ruby) makes it a container.
+/// are not. A formula is one character, like a picture. Of text with a phonetic guide the base is text. A run
+/// that holds nothing else is opened as a run, and its inside (ruby) as a container.
 class BodyWalker {
  public:
   BodyWalker(base::ByteSpan part, const std::string& partName, BodyEvents& events,

@@ -9,9 +9,9 @@
 /// of a control and its content, given and returned as bytes.
 namespace pluvo::docx {
 
-/// Properties that no longer say what the text denies: it is not bound to data, which would be read back into
-/// it, shows no placeholder, and has no date or value that was chosen. Where it holds line breaks, a control
-/// for one line of text becomes one for several.
+/// Properties that no longer say what the text denies. The control is not bound to data, which would be read
+/// back into it. It shows no placeholder, and has no chosen date or value. Where it holds line breaks, a
+/// control for one line of text becomes one for several.
 std::string forChangedText(std::string_view controlProperties, const Markup& markup, bool hasLineBreaks);
 
 /// Properties for a copy of the control, which is known by a number of its own.

@@ -35,8 +35,8 @@ class NoteFates {
   std::map<std::pair<Name, std::string>, bool> allGo_;
 };
 
-/// The markers that an edit of one text takes along: those of comments that go, and of bookmarks that lay in
-/// the deleted text and that no field or link refers to.
+/// The markers that an edit of one text takes along. They are those of comments that go, and of bookmarks in
+/// the deleted text that no field or link refers to.
 class Departed {
  public:
   /// Only where any bookmark goes, asks what bookmarks the document refers to.

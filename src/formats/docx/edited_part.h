@@ -46,8 +46,8 @@ class FieldsUnderEdit {
   std::vector<Field> open_;
 };
 
-/// A part under edit, or what of it holds one story: what is known of it, what is to be done to it, and what
-/// has become of it so far. The writers of its runs, paragraphs, fields and tables share it.
+/// A part under edit, or the piece of it that holds one story: the facts known of it, the edits to be made,
+/// and the result so far. The writers of its runs, paragraphs, fields and tables share it.
 struct EditedPart {
   EditedPart(base::ByteSpan bytes, const BodyMap& bodyMap, const document::Story& edited, EditScript steps,
              Identifiers& ids)

@@ -16,9 +16,9 @@ struct ReadDocument {
   const Styles& styles;
 };
 
-/// Tells all texts of the package that its main text does not hold, in the order of the relationships, each
-/// part once, and those of packages in it. What went from main text takes its notes, boxes and pictures
-/// along.
+/// Tells all texts of the package that its main text does not hold, and those of packages in it. Each part
+/// comes once, in the order of the relationships. What went from main text takes its notes, boxes and
+/// pictures along.
 void tellOtherTexts(const ReadDocument& document, const document::Story& story, formats::OtherTexts& texts);
 
 }  // namespace pluvo::docx

@@ -37,9 +37,9 @@ struct Package {
   const zip::Member* member(Role role) const;
 };
 
-/// Finds the parts by the relationships, whatever their names. Throws DocumentError: what the archive throws;
-/// damaged for a package of another kind (the message says which) or one that lacks its main part or has two;
-/// signed for one with a digital signature.
+/// Finds the parts by the relationships, whatever their names. Throws DocumentError as the archive does, too.
+/// damaged: a package of another kind (the message says which), or one without a main part or with two.
+/// signed: one with a digital signature.
 Package openPackage(base::Bytes bytes);
 
 }  // namespace pluvo::docx

@@ -21,8 +21,9 @@ struct PagePart {
   std::vector<document::PageUse> uses;
 };
 
-/// The parts of headers and footers in the order in which a reader meets them: by sections, and in each those
-/// of its first page, of all pages and of even pages. Parts that no section names come last, by their names.
+/// The parts of headers and footers in the order in which a reader meets them. Sections follow each other; in
+/// each, the parts of its first page come before those of all pages and of even pages. Parts that no section
+/// names come last, by their names.
 std::vector<PagePart> pageParts(const Package& package, base::ByteSpan mainPart, const BodyMap& map);
 
 }  // namespace pluvo::docx

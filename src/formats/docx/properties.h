@@ -59,8 +59,8 @@ class HighlightedProperties {
 std::string withMarkLike(std::string_view paragraphProperties, const Markup& markup, std::uint8_t colour,
                          std::string_view runProperties);
 
-/// The w:pPr of a paragraph split off in front: without the section it would end and the tracked changes of
-/// the mark and the properties, which stay with the old mark.
+/// The w:pPr of a paragraph split off in front. It lacks the section it would end, and the tracked changes of
+/// mark and properties: they stay with the old mark.
 std::string forSplitOffParagraph(std::string_view paragraphProperties);
 
 /// What says that the mark of a paragraph is deleted, an element without content; empty where nothing does.

@@ -10,9 +10,9 @@
 
 namespace pluvo::docx {
 
-/// Carries an edit of one story over to its bytes: walks the touched paragraphs once more, each from the
-/// nearest place known, and leaves every byte where nothing is touched. The writers of runs, paragraphs,
-/// fields and tables write what is.
+/// Carries an edit of one story over to its bytes. It walks the touched paragraphs once more, each from the
+/// nearest known place, and leaves all other bytes. Writers of runs, paragraphs, fields and tables do the
+/// writing.
 class Rewriter : private BodyEvents {
  public:
   /// The bytes hold the story and no other, but for those in its drawings; all must outlive this.

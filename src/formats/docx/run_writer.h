@@ -9,8 +9,8 @@
 
 namespace pluvo::docx {
 
-/// Writes the run at hand. Leaves its bytes as they are until something in it is touched, and from there on
-/// writes it anew; divides it only where its highlight changes. A run that lost everything goes.
+/// Writes the run at hand. Leaves its bytes as they are until something in it is touched, and writes it anew
+/// from there on. Divides it only where its highlight changes. A run that lost everything goes.
 class RunWriter {
  public:
   RunWriter(EditedPart& part, OpenElements& opens) : part_(part), opens_(opens) {}

@@ -49,8 +49,8 @@ struct Stories {
 Stories withMainTextAlone(std::string partName, xml::Utf8Part part, ReadBody mainText);
 
 /// All stories, in the order of formats::Opened::stories. A header or footer that no section has is one, too.
-/// Left out are separators of notes; boxes that no character of another story stands for; and every story of
-/// a part that cannot be read: tellOtherTexts tells of those.
+/// It leaves out separators of notes, boxes that no character of another story stands for, and every story of
+/// a part that cannot be read. tellOtherTexts tells of those.
 Stories withAllStories(const Package& package, xml::Utf8Part part, ReadBody mainText, const Styles& styles);
 
 }  // namespace pluvo::docx

@@ -31,8 +31,9 @@ struct FoundStories {
   std::vector<FoundStory> stories;
 };
 
-/// Finds the stories of a part. The boxes of alternatives are paired, since programs write the same boxes for
-/// readers of different age: in their order where there are as many, and elsewhere by their text.
+/// Finds the stories of a part. Programs write the same boxes twice, for older and newer readers, so the
+/// boxes of alternatives are paired. Where there are as many they are paired in order, elsewhere by their
+/// text.
 class StoryFinder : private StoryReader {
  public:
   StoryFinder(base::ByteSpan part, const std::string& partName, const Styles& styles,

@@ -9,8 +9,8 @@
 
 namespace pluvo::docx {
 
-/// Reads the stories of one part, those in the drawings of others, too, and is the one place that knows where
-/// they stand: which elements hold one, which hold it within another, and at which character of that.
+/// Reads the stories of one part, those in the drawings of others, too. It alone knows where they stand:
+/// which elements hold one, and at which character of another story.
 class StoryReader : public BodyEvents {
  public:
   StoryReader(base::ByteSpan part, const std::string& partName, const Styles& styles,

@@ -23,8 +23,8 @@ struct Telling {
   const DepartedNotes* departed = nullptr;  ///< none where nothing was edited
 };
 
-/// Tells the texts that a part of WordprocessingML holds: its stories, also those in the drawings of others,
-/// and beside them formulas, phonetic guides, texts of drawings, alternative texts and the names of
+/// Tells the texts that a part of WordprocessingML holds: its stories, also those in the drawings of others.
+/// Beside them it tells formulas, phonetic guides, texts of drawings, alternative texts and the names of
 /// commenters. Notes the controls that are bound to data.
 class StoryTeller : public StoryReader {
  public:

@@ -9,8 +9,8 @@ namespace pluvo::docx {
 
 struct Package;
 
-/// Which text a style sheet hides. A run is hidden when it says so itself; otherwise its paragraph's style
-/// and its own each turn hiding on, and both together off again, as Word reads such properties.
+/// Which text a style sheet hides. A run is hidden when it says so itself. Otherwise its paragraph's style
+/// and its own each turn hiding on, and both together off, as Word reads such properties.
 class Styles {
  public:
   Styles() = default;

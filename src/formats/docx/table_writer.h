@@ -9,8 +9,8 @@
 
 namespace pluvo::docx {
 
-/// Writes tables, and the marks in them that are no paragraph's. Of a table that goes only new text stays,
-/// and what markers there are: while the walk is in such a table it tells this of it.
+/// Writes tables, and the marks in them that are no paragraph's. Of a table that goes, only new text and
+/// markers stay. While the walk is in such a table, the walk tells this of it.
 class TableWriter : private BodyEvents {
  public:
   /// Outside tables that go, the walk tells `outside`.

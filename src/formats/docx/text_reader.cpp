@@ -101,8 +101,8 @@ const TextElement& TextReader::read(Token token) {
   return element;
 }
 
-/// The characters up to the end of the element just begun, added to units_, or left in plain_ where they are
-/// all there is and printable ASCII, as most are.
+/// The characters up to the end of the element just begun. They are added to units_, or left in plain_ where
+/// they are the whole text and printable ASCII, as mostly.
 void TextReader::collect(Token token) {
   plain_ = {};
   if (token != Token::start) return;

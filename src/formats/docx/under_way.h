@@ -37,8 +37,8 @@ class UnderWay {
   void join(const OpenElement& paragraph);
   void writeBlocks();
   void writeContent();
-  /// At the end of a container without a paragraph, a mark: gives the content under way a paragraph there,
-  /// where anything is or the container lost its own.
+  /// At the end of a container that lacks a last paragraph, gives the content under way one. That is so where
+  /// there is any content, or the container lost its own.
   void writeLastParagraph(Extent endTag);
 
  private:

@@ -12,9 +12,9 @@
 
 namespace pluvo::docx {
 
-/// How far a walk goes: through main text alone; through the first other story it comes to, and nothing
-/// beside; or through every story of a part, those in drawings, too. A story lies within an element of
-/// another and has positions of its own.
+/// How far a walk goes: through main text alone; through the first other story it comes to; or through every
+/// story of a part, those in drawings, too. A story lies within an element of another and has positions of
+/// its own.
 enum class Reach : std::uint8_t { mainText, oneStory, everyStory };
 
 /// The fields that are open at a place of a walk.

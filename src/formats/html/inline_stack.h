@@ -37,8 +37,8 @@ struct Inline {
   bool stands = false;  ///< has an id or a name: stays where it lost its text
 };
 
-/// The inline elements that are open. An element keeps its number while the paragraph lasts in which it was
-/// open, so that a character can say which elements it lies in by one number.
+/// The inline elements that are open. An element keeps its number to the end of the paragraph in which it was
+/// open. So one number says which elements a character lies in.
 class InlineStack {
  public:
   explicit InlineStack(std::string_view bytes) : bytes_(bytes) {}

@@ -15,7 +15,7 @@
 namespace pluvo::formats::html {
 
 /// Old bytes and new ones, and which inline elements are open where they end. As long as these are the old
-/// ones, old tags are copied; otherwise tags are put that lead from the open elements to the wanted ones.
+/// ones, old tags are copied. Otherwise new tags lead from the open elements to the wanted ones.
 class Markup {
  public:
   /// Nothing outside the part is written.

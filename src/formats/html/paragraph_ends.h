@@ -4,9 +4,9 @@
 
 namespace pluvo::formats::html {
 
-/// Writes the ends of paragraphs: a line end where those count; otherwise the blocks are divided, or an empty
-/// one is put where a paragraph would not exist. An end waits until something comes after it, since the last
-/// one is the end that the page has.
+/// Writes the ends of paragraphs. Where line ends count, an end is a line end. Otherwise the blocks are
+/// divided, or get an empty one where a paragraph would not exist. An end waits until something comes after
+/// it, since the last one is the end that the page has.
 class ParagraphEnds {
  public:
   explicit ParagraphEnds(Line& line) : line_(line) {}

@@ -1,5 +1,5 @@
-// The named references of HTML in the order of their bytes: each name, "!" where it counts without a
-// semicolon, too, and ":" where not, and the code points it stands for.
+// The named references of HTML in the order of their bytes. After each name comes "!" where it counts without
+// a semicolon, too, and ":" where not, then its code points.
 #include "reference_names.h"
 
 namespace pluvo::formats::html {

@@ -45,8 +45,8 @@ class Tokens {
   std::size_t end() const { return to_; }
   void endAt(std::size_t to) { to_ = to; }
 
-  /// To be called after the start tag of a raw element: its contents, up to its end tag, or to the end of
-  /// the bytes where it has none. The end tag is the next token.
+  /// The contents of a raw element, up to its end tag or the end of the bytes. To be called after its start
+  /// tag. The end tag is the next token.
   Extent skipRaw(const Token& startTag);
   /// Where a tag, a comment or a raw element begins that the bytes end in; the end where there is none.
   std::size_t unfinished() const { return unfinished_ < to_ ? unfinished_ : to_; }

@@ -15,9 +15,9 @@
 
 namespace pluvo::formats::html {
 
-/// Writes an edited page: walks over the old one, and writes the paragraphs that edits touched anew. What
-/// lies between paragraphs stays, but for the tags of paragraphs that went into the next one, and for tables
-/// and notes that went as a whole.
+/// Writes an edited page: walks over the old one, and writes the paragraphs that edits touched anew. Bytes
+/// between paragraphs stay, but for the tags of paragraphs that went into the next one. Tables and notes that
+/// went as a whole go, too.
 class Writer final : public Events {
  public:
   /// Of the texts in elements that main text passes by, what becomes of them, in order.

@@ -22,9 +22,9 @@ struct CharacterGroup {
   SkippedGroup group;
 };
 
-/// The group of that opening, whose brace stands at `begin`, as the one character that it is: a picture with
-/// the same one for older programs after it, a shape, a note, a comment. Throws a DocumentError (damaged)
-/// where it does not end.
+/// The group of that opening, whose brace stands at `begin`, as one character. It is a shape, a note, a
+/// comment, or a picture with the copy for older programs after it. Throws a DocumentError (damaged) where it
+/// does not end.
 CharacterGroup characterOf(const Tokens& tokens, const Opening& opening, std::size_t begin);
 /// A comment from the group with its author's name on. Nothing where none comes.
 std::optional<CharacterGroup> commentAt(const Tokens& tokens, std::size_t begin);

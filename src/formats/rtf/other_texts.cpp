@@ -105,8 +105,8 @@ class Teller {
     if (!units.empty()) texts_.unreached(kind, units);
   }
 
-  /// What a picture or shape says besides its boxes, and not that of what it is to older programs: what it
-  /// shows in words, and text that is drawn.
+  /// The words of a picture or shape besides its boxes: its descriptions, and drawn text. Its copy for older
+  /// programs is left out.
   void drawing(const SkippedGroup& shape) {
     if (isOpaque(shape.word)) texts_.notLookedInto(Opaque::pictures);
     Tokens tokens = within(shape);

@@ -10,8 +10,8 @@
 
 namespace pluvo::rtf {
 
-/// Where the writers of one story stand in the walk over it: its open groups with the highlight that the new
-/// bytes have in each, and what the bytes before owe to those that come.
+/// The place of one story's writers in the walk over it. It knows the open groups, the highlight that new
+/// bytes have in each, and what is still to be written.
 class Splicer {
  public:
   /// An open brace, in the old bytes as in the new.

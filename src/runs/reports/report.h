@@ -10,9 +10,9 @@
 
 namespace pluvo::runs {
 
-/// A report of the whole run in a file. The ending of its name says its kind: ".html" a page for people,
-/// ".csv" a row for each document and block, ".json" an object with all of them. It stands whole in its place
-/// when the run ends; until then its parts are in temporary files.
+/// A report of the whole run in a file. The ending of its name says its kind: ".html" is a page for people,
+/// ".csv" a row for each document and block, ".json" an object with all. It stands whole in its place when
+/// the run ends; until then its parts are in temporary files.
 ///
 /// The command is the one that the report names; the slices, if any, are those that it is made of, known at
 /// its end. Throws CannotBegin where the file cannot be made.

@@ -49,8 +49,9 @@ LockReach reachOf(std::string_view system, const std::vector<std::string_view>& 
   return hasDevice || isOneOf(kOwn, system) ? LockReach::oneMachine : LockReach::unsure;
 }
 
-/// "36 35 0:31 / /mnt rw,noatime shared:1 - nfs4 server:/export rw,vers=4.2": number, number of the mount
-/// above, device, root, place, options, any more, "-", system, source, options.
+/// A line such as "36 35 0:31 / /mnt rw,noatime shared:1 - nfs4 server:/export rw,vers=4.2". It has the
+/// number of the mount and of the one above, device, root, place, options, any more; then "-", system,
+/// source, options.
 Locking lockingIn(std::string_view mount) {
   constexpr std::size_t kDevice = 2;
   const std::vector<std::string_view> words = divided(mount, ' ');

@@ -89,7 +89,7 @@ class Mapping final : public base::MappedFile {
     file_ = fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
     if (file_ < 0 || fstat(file_, &mapped_) != 0) fail();
     // Memory for one byte more than the file, then the file's whole pages over it. The rest of the file is
-    // copied. The byte after it must not lie in a page of the file: a file cut off and restored would give
+    // copied. The byte after it must not lie in a page of the file. A file cut off and restored would give
     // that page back without it.
     void* start = mmap(nullptr, length_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (start == MAP_FAILED) fail();

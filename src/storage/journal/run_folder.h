@@ -68,8 +68,8 @@ std::optional<std::vector<Record>> recordsIn(files::FileSystem& system, const Ow
 void forEachRecordIn(files::FileSystem& system, const OwnFolder& run,
                      const std::function<void(Record)>& visit);
 
-/// The lock of a run that no program holds, now held here; nothing while it is going on, and
-/// where another program has just removed it.
+/// The lock of a run that no other program holds, now held here. Nothing while the run is going on, and where
+/// another program has just removed it.
 std::unique_ptr<files::OpenFile> lockRun(files::FileSystem& system, const OwnFolder& run);
 
 /// Whether the file is that version. Its inode may be another one: a copy puts back bytes, not inodes.

@@ -1,5 +1,5 @@
-// Loaded before the program, fails calls on folders as a bad disk does: those named "unopened" cannot be
-// opened, reading those named "unfinished" ends after their third entry, and "unnamed" files get no name. In
+// Loaded before the program, it fails calls on folders as a bad disk does. Those named "unopened" cannot be
+// opened. Reading those named "unfinished" ends after their third entry, and "unnamed" files get no name. In
 // folders named "exchanged" somebody puts a link to "secret" in the place of "file.txt" once they were read.
 
 #include <dirent.h>

@@ -1,4 +1,4 @@
-// Loaded before the program, sends it a signal before its so manieth call that changes the file system:
+// Loaded before the program, it sends it a signal before one of its calls that change the file system.
 // PLUVO_SIGNAL is the signal's number, PLUVO_CALL the call's.
 
 #include <dlfcn.h>

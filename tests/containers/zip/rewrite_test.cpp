@@ -145,8 +145,8 @@ TEST(Rewrite, StaysWithinTheLimitsOfOpening) {
   EXPECT_TRUE(textOf(after.read(*after.find("first")).view) == contents);
 }
 
-/// A stored member of 4 GiB of nothing, in memory that is never touched: pushed beyond what 32 bits hold by a
-/// member before it that grows.
+/// A stored member of 4 GiB of nothing, in memory that is never touched. A member before it that grows pushes
+/// it beyond what 32 bits hold.
 TEST(Rewrite, TurnsToZip64WhereOffsetsOutgrowTheirFields) {
   constexpr std::uint64_t kHole = 0xffffff00U - 200;
   Built head = build({{{"first", "f", false}, {"hole", "", false}, {"last", "l", false}}});

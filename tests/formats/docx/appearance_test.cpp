@@ -17,8 +17,8 @@ const std::string kStyles =
         "<style type='character' styleId='Strong'><name val='Strong'/><rPr><b/></rPr></style>"
         "<style type='paragraph' styleId='Loop'><basedOn val='Loop'/></style></styles>");
 
-/// A letter a character: b bold, i italic, u underlined, s struck, + inserted, a digit for a heading, c and e
-/// for centred and at the end, r for right to left, "." for none of these; several in brackets.
+/// A letter a character: b bold, i italic, u underlined, s struck, + inserted, a digit for a heading. c and e
+/// are for centred and at the end, r for right to left, "." for none of these. Several stand in brackets.
 std::string looksOf(const Opened& opened, std::size_t story = 0) {
   const auto map = opened.source->appearance().at(story);
   EXPECT_EQ(map.length(), opened.document.story(story).length());

@@ -36,8 +36,8 @@ std::string run(std::string_view text, std::string_view properties = {});
 /// <w:p> around content.
 std::string p(std::string_view content);
 
-/// Markup written short: {…} is a paragraph, [text] and [properties|text] a run, ^ % $ are the marks of a
-/// field, @code@ is a run of field code, <T>…</T> a table of one row, <A>…</A> are alternatives; names
+/// Markup written short. {…} is a paragraph, [text] and [properties|text] a run, ^ % $ are the marks of a
+/// field, @code@ is a run of field code. <T>…</T> is a table of one row, <A>…</A> are alternatives. Names
 /// without prefix get w:, and ' stands for ".
 std::string wml(std::string_view text);
 

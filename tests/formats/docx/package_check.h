@@ -7,9 +7,9 @@
 
 namespace pluvo::docx {
 
-/// What is wrong with a Word document as a package, each fault with how often it occurs: elements where the
-/// schema does not want them, markers and fields out of balance, ids given twice, references that lead
-/// nowhere, blanks that would be lost. Uses nothing of the room it checks.
+/// The faults of a Word document as a package, each with how often it occurs. Elements stand where the schema
+/// does not want them, markers or fields are out of balance, ids are given twice, references lead nowhere, or
+/// blanks would be lost. Uses nothing of the room it checks.
 using Faults = std::map<std::string, int>;
 Faults faultsOf(const base::Bytes& document);
 

@@ -45,7 +45,7 @@ const std::vector<Medium>& media();
 /// A document of a notation.
 struct Kept {
   notation::Sample sample;
-  /// Saves the document where it is kept in a file, and reads that again: the test fails unless it is the
+  /// Saves the document where it is kept in a file, and reads that again. The test fails unless it is the
   /// same document in a sound file.
   std::function<void(const document::Document&)> save = [](const document::Document&) {};
   bool holdsHighlight = true;

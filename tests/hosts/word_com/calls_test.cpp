@@ -29,8 +29,8 @@ std::string missing(int count) {
   return list;
 }
 
-/// The type of every argument is part of what a call is: Word's own VARIANT parameters are 32-bit integers
-/// or, given by reference, 16-bit ones; truth is -1 and 0; what is left out is missing.
+/// The type of every argument is part of a call. Word's own VARIANT parameters are 32-bit integers or, given
+/// by reference, 16-bit ones. Truth is -1 and 0; an argument left out is missing.
 TEST(Calls, HaveTheTypesThatWordDeclares) {
   std::int16_t narrow = 7;
   struct Case {

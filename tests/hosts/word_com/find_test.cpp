@@ -160,7 +160,7 @@ TEST(ComFind, WritesTheTextSoThatWordTakesItLiterally) {
     find->MatchWholeWord(true);
     find->Text(each.asked);
     EXPECT_EQ(Searched::calls("put Find.Text"), std::vector{"put Find.Text(VT_BSTR \"" + each.text + "\")"});
-    // The end of a part of the text need not be the end of a word, and only of one word Word sees to the
+    // The end of a part of the text need not be the end of a word. Only of one word does Word see to the
     // ends.
     EXPECT_EQ(Searched::calls("put Find.MatchWholeWord").back(),
               each.wholeWord ? "put Find.MatchWholeWord(VT_BOOL -1)" : "put Find.MatchWholeWord(VT_BOOL 0)");

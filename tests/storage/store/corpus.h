@@ -12,8 +12,8 @@
 
 namespace pluvo::store {
 
-/// Real documents of these kinds, which are no part of the project: in the folder that PLUVO_CORPUS names, or
-/// in shared/corpus beside a folder that this program runs in. Nothing where there are none.
+/// Real documents of these kinds, which are no part of the project. They lie in the folder that PLUVO_CORPUS
+/// names, or in shared/corpus beside a folder that this program runs in. Nothing where there are none.
 inline std::vector<std::filesystem::path> corpusOf(std::initializer_list<const char*> kinds) {
   namespace fs = std::filesystem;
   std::vector<fs::path> roots;

@@ -21,8 +21,8 @@ struct Look {
 /// adds them at length(), so that a reader can note there which bytes they came from.
 ///
 /// Decides which view shows which characters. The view with codes shows a field's code and the marks 19 and
-/// 21, so that no match runs from a code into the text beside it. The view with results shows its result. No
-/// view shows the separator. Each shows only what the text around the field shows.
+/// 21. So no match runs from a code into the text beside it. The view with results shows its result. No view
+/// shows the separator. Each shows only what the text around the field shows.
 class ContentBuilder {
  public:
   /// How many characters may come at most, so far as that is known.

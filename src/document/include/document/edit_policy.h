@@ -8,9 +8,9 @@
 
 /// What an edit may remove and where new text goes; the same for every format.
 ///
-/// A deletion takes its span but for:
-/// - the marks of a field that the span covers only partly, and what the view does not show of that field (a
-///   field inside it that is covered wholly goes, where the view shows the place it stands in);
+/// A deletion takes its span except:
+/// - the marks of a field that the span covers only partly, and what the view does not show of that field. A
+///   field inside it that is covered wholly goes, where the view shows its place;
 /// - the cell and row marks of a table that the span covers only partly;
 /// - a paragraph mark (or section mark) without which the text or the table before it would run into a table;
 /// - the final paragraph mark.

@@ -36,11 +36,14 @@ struct PartCount {
 /// belongs to. Live ranges and finds work over it. All edits go through here, under one policy for every
 /// format (edit_policy.h). Knows no file and no format.
 ///
-/// A span that does not lie in the text is a bug in the caller. An edit is refused with a Fault, and nothing
-/// has happened, when its text holds a character that stands for something other than text (marks of cells
-/// and fields, pictures, references) or that the file cannot hold (5843), when positions would no longer
-/// suffice (5854), when the file has no place for highlighting (4605), when a control is locked or the file
-/// cannot be edited so at that place (4198), or when the edits would divide the text into too many parts (7).
+/// A span that does not lie in the text is a bug in the caller. A refused edit throws a Fault and changes
+/// nothing:
+/// - 5843: its text holds a character that the file cannot hold, or one that stands for something other than
+///   text (marks of cells and fields, pictures, references);
+/// - 5854: positions would no longer suffice;
+/// - 4605: the file has no place for highlighting;
+/// - 4198: a control is locked, or the file cannot be edited so at that place;
+/// - 7: the edits would divide the text into too many parts.
 class Story {
  public:
   /// Without a medium the file holds everything, and without a count the story has its own. Both outlive it.

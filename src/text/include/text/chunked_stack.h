@@ -12,8 +12,8 @@ namespace pluvo::text {
 /// A stack that any element can be read of. Its memory is that of its elements: growing moves none but the
 /// few near the top, and copies share the rest.
 ///
-/// All but the topmost elements lie in full chunks, which never change. A chunk is made of the lower half of
-/// the top, and comes back when the top is used up, so that both are far apart.
+/// All but the topmost elements lie in full chunks, which never change. A full top gives its lower half to a
+/// new chunk, and an empty one takes a chunk back. So the two are far apart.
 template <class Element, std::size_t kChunk = 256>
 class ChunkedStack {
  public:

@@ -19,8 +19,8 @@ struct Stretch {
   const std::uint8_t* narrow = nullptr;  ///< one UTF-16 unit below 256 a byte, or
   const char16_t* wide = nullptr;        ///< UTF-16 units
   Position length = 0;
-  /// Narrow stretches only: byte 10 stands for a paragraph mark, as in the mapped bytes of a text file whose
-  /// lines end in a line feed.
+  /// Narrow stretches only: byte 10 stands for a paragraph mark. It does in the mapped bytes of a text file
+  /// whose lines end in a line feed.
   bool lineFeedIsMark = false;
 
   char16_t operator[](Position i) const {

@@ -19,21 +19,18 @@ struct SearchFlags {
 
 /// A literal search for one text, prepared once and used as often as wanted, also by several threads at once:
 ///
-/// - No character of the text searched for has a meaning of its own. An empty text is never found, and
-/// neither is
-///   one that holds a cell mark: a match does not leave its cell.
-/// - Case: two units are equal when Unicode's simple case folding makes them one unit. It keeps lengths;
-/// letters
-///   outside the Basic Multilingual Plane are compared as they are, and so are unpaired surrogates.
-///   Straight and typographic quotes are different characters.
+/// - No character of the text searched for has a meaning of its own.
+/// - An empty text is never found, nor is one that holds a cell mark: a match does not leave its cell.
+/// - Case: two units are equal when Unicode's simple case folding makes them one unit, which keeps lengths.
+///   Letters outside the Basic Multilingual Plane are compared as they are, and so are unpaired surrogates.
+/// - Straight and typographic quotes are different characters.
 /// - A paragraph mark in the text searched for is found as a paragraph mark or a manual line break.
-/// - Whole word: the visible characters on both sides of the match, if any, also outside the searched span,
-/// are
-///   neither letters, digits nor combining marks. An apostrophe, a hyphen and a low line are none of these:
-///   John is found in John's, in John-Paul and in a blank filled in as __John__. Where the text searched for
-///   begins or ends with a line end, nothing is asked of that side.
-/// - Characters that the view does not show are passed over: a match may run across them, and its span covers
-///   those between its first and last visible character. A hidden cell mark still ends its cell.
+/// - Whole word: the visible characters beside the match are neither letters, digits nor combining marks,
+///   also where they lie outside the searched span. Apostrophes, hyphens and low lines are none of these:
+///   John is found in John's, in John-Paul and in a blank filled in as __John__. A side at which the text
+///   searched for has a line end is free.
+/// - Characters that the view does not show are passed over. A match may run across them, and its span
+///   covers those between its first and last visible character. A hidden cell mark still ends its cell.
 ///
 /// Stretches of the text are searched where they lie. The cost is linear in the span searched and the length
 /// of the text searched for, whatever they hold. Memory beside the text is a few times that length.

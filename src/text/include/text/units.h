@@ -22,27 +22,27 @@ struct Move {
 /// Words, sentences and paragraphs of a text. Each unit reaches from its start to the start of the next; the
 /// first starts at 0. All characters of the text take part, hidden ones and field codes too.
 ///
-/// *Marks* are the paragraph mark, and the cell and section marks among the characters 7 and 12, which
+/// *Marks* are the paragraph mark, and those characters 7 and 12 that are cell and section marks, as
 /// endsParagraph tells. A **paragraph** ends after its mark.
 ///
 /// **Words.** A word is one of these, with the blanks after it (a mark has none):
-/// - letters, digits and combining marks in a row, an apostrophe (' or ’), an optional hyphen or a zero-width
-///   joiner between two of them, and a full stop or comma between two of the digits 0 to 9: don't, 3.14 and
-///   1,000 are one word, well-known is three;
+/// - letters, digits and combining marks in a row. An apostrophe (' or ’), an optional hyphen or a zero-width
+///   joiner may stand between two of them, a full stop or comma between two of the digits 0 to 9. So don't,
+///   3.14 and 1,000 are one word, well-known is three;
 /// - other characters in a row: a full stop, an ellipsis of three full stops and ?!” are one word each;
 /// - a mark; a tab, a line, page or column break, a picture, a note or comment reference, a field mark;
 /// - blanks after a mark or at the start of the text.
 /// Blanks are the space, the non-breaking space and Unicode's other space characters.
 ///
-/// **Sentences.** A sentence ends after its mark, and after a full stop, question mark or exclamation mark,
-/// the closing marks after that (quotes, brackets, note and comment references, field marks, further full
-/// stops …) and then at least one blank: the blanks belong to the sentence. For this, tab and breaks are
-/// blanks too. A sentence does not begin with a full stop, question or exclamation mark except after a mark.
-/// No list of abbreviations is used: "Dr. Who" is two sentences.
+/// **Sentences.** A sentence ends after its mark. It also ends after a full stop, question mark or
+/// exclamation mark that at least one blank follows. Closing marks may stand before the blanks: quotes,
+/// brackets, note and comment references, field marks, further full stops … The blanks belong to the
+/// sentence. For this, tab and breaks are blanks too. A sentence does not begin with a full stop, question or
+/// exclamation mark except after a mark. No list of abbreviations is used: "Dr. Who" is two sentences.
 ///
-/// Costs: a span of a few thousand characters is read; for longer ones there are summaries of pieces of text,
-/// made when first needed and kept under edits, so that a count or a move is O(log length) whatever the
-/// distance and whatever the text.
+/// Costs: a span of a few thousand characters is read. For longer ones there are summaries of pieces of text,
+/// made when first needed and kept under edits. So a count or a move is O(log length), whatever the distance
+/// and the text.
 class Units {
  public:
   /// Both must outlive this object. endsParagraph is asked at characters 7 and 12 only.

@@ -12,9 +12,8 @@
 /// own names. A property is an overload pair: `Start()` reads, `Start(value)` writes.
 ///
 /// Positions are signed 32-bit UTF-16 offsets into a story, most often main text; 0 is before the first
-/// character. The
-/// paragraph mark is the single character 13. Every member may throw errors::Fault with one of the numbers in
-/// faults.h.
+/// character. The paragraph mark is the single character 13. Every member may throw errors::Fault with one of
+/// the numbers in faults.h.
 namespace pluvo::word {
 
 class Range;

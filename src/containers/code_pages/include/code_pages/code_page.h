@@ -14,8 +14,8 @@
 
 namespace pluvo::code_pages {
 
-/// The smallest piece of a text that has bytes of its own, but for line ends: a character, or half of a
-/// surrogate pair in UTF-16.
+/// The smallest piece of a text that has bytes of its own: a character, or half of a surrogate pair in
+/// UTF-16. Line ends are apart.
 struct Character {
   char32_t codePoint = 0;
   std::uint8_t bytes = 0;

@@ -15,8 +15,7 @@ namespace pluvo::encryption {
 /// How a package of XML is encrypted for its password, as the stream "EncryptionInfo" tells; the package is
 /// the stream "EncryptedPackage" beside it. Word processors have two ways:
 /// - agile: a random key encrypts the package, and passwords encrypt that key. AES (128, 192 and 256 bits)
-/// and
-///   triple DES, chained by blocks or bytes; keys by MD5, SHA-1, SHA-256, SHA-384 or SHA-512.
+///   and triple DES, chained by blocks or bytes; keys by MD5, SHA-1, SHA-256, SHA-384 or SHA-512.
 /// - standard: the password is the key. AES without chaining; keys by SHA-1.
 class PackageEncryption {
  public:
@@ -40,8 +39,8 @@ class PackageEncryption {
     std::vector<std::uint8_t> info;
     std::vector<std::uint8_t> package;
   };
-  /// A new version of the package under the same key, which everybody who could open it goes on to have. All
-  /// else that the way leaves to chance is new: under the same, two versions would tell where they differ.
+  /// A new version of the package under the same key, so everybody who could open it still can. All else that
+  /// the way leaves to chance is new: otherwise two versions would tell where they differ.
   virtual Encrypted encrypted(base::ByteSpan key, base::ByteSpan package) const = 0;
 
  protected:

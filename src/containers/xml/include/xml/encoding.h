@@ -21,10 +21,10 @@ struct Utf8Part {
   Encoding encoding;
 };
 
-/// A part as UTF-8. Its encoding is told by its byte order mark, the first bytes of a UTF-16 or UTF-32
-/// declaration, or the declared encoding, and else is UTF-8. UTF-8 is not copied, nor checked here. Throws
-/// DocumentError: damaged (the bytes do not fit the encoding, or could not be written back the same),
-/// unsupported (an encoding nobody knows).
+/// A part as UTF-8. A byte order mark tells its encoding, or the first bytes of a UTF-16 or UTF-32
+/// declaration, or the declared name. Without these it is UTF-8. UTF-8 is not copied, nor checked here.
+/// Throws DocumentError: damaged (the bytes do not fit the encoding, or could not be written back the same),
+/// unsupported (an unknown encoding).
 Utf8Part toUtf8(const base::Bytes& part, std::string_view partName);
 
 /// The way back: what toUtf8 gave, edited, in the part's own encoding. A character the encoding lacks becomes

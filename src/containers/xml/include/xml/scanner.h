@@ -83,7 +83,7 @@ class Scanner {
 
   /// Elements open after the last token; a start token counts itself, an end token no longer.
   std::size_t depth() const { return open_.size(); }
-  /// The meaning of a prefix at the last token; within a start or empty tag its own declarations count.
+  /// The meaning of a prefix at the last token. Within a start or empty tag its own declarations count.
   /// kOtherNamespace where it is not declared, kNoNamespace for an empty prefix without default.
   NamespaceId namespaceOf(std::string_view prefix) const { return names_.namespaceOf(prefix); }
   /// The namespace itself, as it is declared; empty where it is not.

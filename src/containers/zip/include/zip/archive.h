@@ -43,20 +43,20 @@ struct Member {
 };
 
 /// A ZIP archive opened where it lies in memory. Opening reads the central directory and every local header,
-/// and refuses what two readers could understand differently:
-/// - the end record, its comment and the file end together; the central directory ends where the end record
-/// (or
-///   its ZIP64 twin) begins and holds exactly the entries promised; the first member begins the file, so
-///   nothing stands before it;
-/// - each local header agrees with its central entry; no two members overlap or share a name (ASCII letters
-/// of
-///   either case and both slashes taken as equal, as in packages); one disk only.
+/// and requires whatever two readers could understand differently to be plain:
+/// - The end record, its comment and the file end together.
+/// - The central directory ends where the end record (or its ZIP64 twin) begins. It holds exactly the
+///   entries promised.
+/// - The first member begins the file.
+/// - Each local header agrees with its central entry. No two members overlap.
+/// - No two members share a name. As in packages, letter case of ASCII and the kind of slash do not count.
+/// - There is one disk.
 ///
 /// Names are only compared, never used as paths. A rewrite keeps the bytes between members.
 class Archive {
  public:
-  /// Throws errors::DocumentError. damaged: the message says what the bytes look like where they are no
-  /// archive. password: encrypted members, or an encrypted package, which is no ZIP archive. tooLarge.
+  /// Throws errors::DocumentError. damaged: no archive; the message says what the bytes look like.
+  /// password: encrypted members, or an encrypted package, which is no ZIP archive. tooLarge.
   static Archive open(base::Bytes bytes, const Limits& limits = {});
 
   base::ByteSpan bytes() const { return bytes_.view; }

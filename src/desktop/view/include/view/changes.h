@@ -13,8 +13,8 @@ namespace pluvo::view {
 using text::Position;
 using text::Span;
 
-/// What a view lays out by itself: a paragraph outside tables, part of a long one, or a row of an outermost
-/// table with whatever is in it.
+/// The unit that a view lays out: a paragraph outside tables, part of a long one, or a row of an outermost
+/// table with all it holds.
 struct Block {
   Position from = 0;
   bool isRow = false;

@@ -22,8 +22,8 @@ class Steps;
 class StoryBar;
 
 /// Shows a document's text: to be read, searched by eye, selected and copied, not to be typed into. Lays out
-/// what is seen and a little around it, so that a document of any length opens and scrolls at once; heights
-/// farther away are estimates.
+/// the part in sight and a little around it, so that a document of any length opens and scrolls at once.
+/// Heights farther away are estimates.
 ///
 /// The selection is the document's own, and the view shows the story it stands in. The document's observer
 /// passes on its changes.

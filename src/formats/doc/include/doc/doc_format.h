@@ -7,9 +7,9 @@ namespace pluvo::doc {
 /// Word's binary documents and templates of Word 97 and later (.doc, .dot), under any name. What else goes by
 /// these names and has no format of its own is told by its content and refused by its name.
 ///
-/// Each character of the file's text is one of the document's, in the place it has there: what stands for a
-/// picture, a note or a field's end as well as letters. Documents are read and not yet changed: every edit
-/// is refused.
+/// Each character of the file's text is one of the document's, in the same place. Letters are, and so are the
+/// characters that stand for a picture, a note or a field's end. An edit goes into the streams as a fast save
+/// does; deleted text stands nowhere in the new version.
 class DocFormat final : public formats::Format {
  public:
   std::string_view name() const override { return "doc"; }

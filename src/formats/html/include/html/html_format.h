@@ -7,11 +7,12 @@ namespace pluvo::formats::html {
 /// Web pages, .htm and .html, of HTML 4 and 5 and XHTML, as browsers, word processors and hands write them.
 ///
 /// Text is what a word processor shows: paragraphs by their elements, white space folded, references as
-/// characters, tables, hidden text, and what Word writes of its own: fields, notes, tabs, conditional
-/// comments. A picture, form field or object is one character. Titles, scripts, styles, templates and
-/// comments are no text; nothing of a page is run or fetched.
+/// characters, tables, hidden text. So are fields, notes, tabs and conditional comments, as Word writes them.
+/// A picture, form field or object is one character. Titles, scripts, styles, templates and comments are no
+/// text; nothing of a page is run or fetched.
 ///
-/// The encoding is told by a byte order mark, a declaration, or by being UTF-8; otherwise it is Windows-1252.
+/// A byte order mark tells the encoding, or a declaration, or the bytes are UTF-8. Otherwise it is
+/// Windows-1252.
 ///
 /// A page is edited by splices: outside the paragraphs that are touched every byte stays. New text is escaped
 /// and in the declared encoding, or in references. A highlight is a span that Word and browsers show.

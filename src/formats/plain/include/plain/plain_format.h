@@ -7,11 +7,11 @@ namespace pluvo::plain {
 /// Plain text, .txt.
 ///
 /// Encodings: UTF-8 and UTF-16 with byte order mark. UTF-8 without one, where at most one in ten characters
-/// of several bytes is broken; such a byte is the lone surrogate DC80 to DCFF, and stays. UTF-16 without one,
-/// where the text is mostly Latin letters and cannot be anything else. Pure ASCII is UTF-8 unless the hint
-/// says otherwise. Any other text has the encoding of the hint, which must have a meaning for every byte.
-/// Without a hint the encoding is told from how the text reads (guess.h), or the text is refused. The five
-/// bytes without a meaning in Windows-1252 are characters of the same number where the hint says
+/// of several bytes is broken. A broken byte is the lone surrogate DC80 to DCFF, and stays. UTF-16 without
+/// one, where the text is mostly Latin letters and cannot be anything else. Pure ASCII is UTF-8 unless the
+/// hint says otherwise. Any other text has the encoding of the hint, which must have a meaning for every
+/// byte. Without a hint the encoding is told from how the text reads (guess.h), or the text is refused. The
+/// five bytes without a meaning in Windows-1252 are characters of the same number where the hint says
 /// Windows-1252. UTF-32 is refused.
 ///
 /// Lines: CR LF, LF and CR are each one paragraph mark, and stay as they are. The text ends with one more

@@ -15,8 +15,8 @@ struct FileContent {
 /// Reads a regular file: a small one into memory, a large one mapped. A user of mapped bytes sees what
 /// others do to the file meanwhile, and compares the stamps before relying on them (see saving.h).
 ///
-/// Throws errors::DocumentError. io: a missing or unreadable file, a folder, a pipe and the like, which are
-/// not waited for. changed: a file that was written while it was read.
+/// Throws errors::DocumentError. io: a missing or unreadable file, a folder, a pipe and the like, for which
+/// it does not wait. changed: a file that was written while it was read.
 FileContent readFile(FileSystem& system, const Place& place);
 /// The same of a file in a folder or below it, whose path is the path's beginning of that length, with its
 /// "/". A link after that is not followed, as another program may have put it there since the folder was

@@ -15,13 +15,13 @@ namespace pluvo::files {
 /// place, and the folder is flushed. At any moment, a power failure included, there is the old version or the
 /// new one, whole.
 ///
-/// When something fails, the original is untouched and the temporary file is gone; a program that is killed
-/// may leave one behind if that happens while the version is flushed and takes its place, or on a disk whose
-/// files must have names: "~pluvo-", sixteen hexadecimal digits and ".tmp", which may be deleted unless the
-/// original was to be kept (Keeping; the journal sees to its own). An owner or group that the user may not
-/// give away becomes the user's own, without new rights for others. A changed group has the rights of
-/// everybody else. What lets a program do more than its user (set-id bits, capabilities) does not pass to a
-/// new version.
+/// When something fails, the original is untouched and the temporary file is gone. A killed program may leave
+/// a temporary file while the version is flushed and takes its place. On a disk whose files must have names
+/// it may leave one at any moment. Its name is "~pluvo-", sixteen hexadecimal digits and ".tmp". It may be
+/// deleted, unless the original was to be kept (Keeping; the journal sees to its own). An owner or group that
+/// the user may not give away becomes the user's own, without new rights for others. A changed group has the
+/// rights of everybody else. What lets a program do more than its user (set-id bits, capabilities) does not
+/// pass to a new version.
 ///
 /// A version is later than the original by its time of last change, if only by the disk's smallest step. So
 /// size and time tell one from the other.
@@ -106,8 +106,8 @@ class Pending {
 };
 
 /// Why the document can be read but not be replaced. locked: it is open in another program. read-only: its
-/// permissions, disk or folder forbid it, or it has several names, of which a rename would leave the others
-/// with the old text.
+/// permissions, disk or folder forbid it, or it has several names. A rename would leave the other names with
+/// the old text.
 std::optional<errors::DocumentError> obstacleToSaving(FileSystem& system, const std::string& path);
 
 /// Throws errors::DocumentError changed when the document is not as it was when it was opened.

@@ -22,8 +22,8 @@ using SaveAsChooser = std::function<std::optional<std::string>(const std::string
 using EncodingChooser =
     std::function<std::optional<std::string>(const std::string& path, const std::string& sentence)>;
 
-/// Asks for the password of an encrypted document, without which it is not opened, or of one that is
-/// reserved, which is then opened to be read.
+/// Asks for the password of an encrypted document, or of a reserved one. Without it an encrypted document is
+/// not opened, and a reserved one is opened to be read.
 enum class PasswordFor : std::uint8_t { opening, changing };
 using PasswordChooser =
     std::function<std::optional<base::SecretText>(const std::string& path, PasswordFor what)>;
@@ -69,7 +69,7 @@ class StoredFile : public memory::DocumentFile {
 
 /// Opens stored documents, with all their stories, for the word processor of documents in memory; the file of
 /// each is a StoredFile. A file that cannot be opened is a Fault. 5174: no such file, or unreadable. 4605:
-/// encrypted, and no user is asked for the password. 4198: no password was given. 5408: it was wrong. 5792:
+/// encrypted, and no chooser asks for the password. 4198: no password was given. 5408: it was wrong. 5792:
 /// no sound document of a known kind. Its description says what to do.
 class StoreOpener : public memory::DocumentOpener {
  public:
