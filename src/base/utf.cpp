@@ -2,6 +2,8 @@
 
 #include "base/names.h"
 
+#include <algorithm>
+
 namespace pluvo::base {
 
 namespace {
@@ -14,7 +16,12 @@ using OnSurrogate = void (*)(std::string& out, char32_t unit);
 std::string encoded(std::u16string_view text, OnSurrogate onSurrogate) {
   std::string out;
   out.reserve(text.size());
-  while (!text.empty()) {
+  while (true) {
+    // Most texts are ASCII from end to end.
+    const auto ascii = std::find_if(text.begin(), text.end(), [](char16_t unit) { return unit >= 0x80; });
+    out.append(text.begin(), ascii);
+    text.remove_prefix(static_cast<std::size_t>(ascii - text.begin()));
+    if (text.empty()) return out;
     const Utf16Character next = firstOfUtf16(text);
     if (isSurrogate(next.point)) {
       onSurrogate(out, next.point);
@@ -23,7 +30,6 @@ std::string encoded(std::u16string_view text, OnSurrogate onSurrogate) {
     }
     text.remove_prefix(next.units);
   }
-  return out;
 }
 
 /// The unit that stands for a byte that is no UTF-8.

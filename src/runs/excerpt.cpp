@@ -25,8 +25,11 @@ bool endsParagraph(char16_t unit) { return unit == u'\r' || unit == u'\a' || uni
 
 std::u16string readable(const std::u16string& text) {
   std::u16string line;
+  line.reserve(text.size());
   for (const char16_t unit : text) {
-    if (unit == u'\r') {
+    if (unit >= u' ' && unit < 0x7F) {
+      line += unit;
+    } else if (unit == u'\r') {
       line += u'¶';
     } else if (unit == u'\v' || unit == u'\n') {
       line += u'↵';
@@ -36,7 +39,7 @@ std::u16string readable(const std::u16string& text) {
       line += u'-';
     } else if (unit == u'\t' || unit == u'\f' || unit == 14) {
       line += u' ';
-    } else if (unit >= u' ' && (unit < 0x7F || unit > 0x9F)) {
+    } else if (unit > 0x9F) {
       line += unit;
     }
   }
