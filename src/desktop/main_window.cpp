@@ -24,6 +24,7 @@ MainWindow::MainWindow(const Places& places, const Choosers& choosers) : compone
   buildDocuments(choosers);
   buildPanel();
   buildPlaces();
+  buildFoundBlocks();
   buildStatus();
   buildMenus();
   work_.changed = [this](bool underWay) { workChanged(underWay); };
@@ -32,6 +33,7 @@ MainWindow::MainWindow(const Places& places, const Choosers& choosers) : compone
   watch_.begun = [this] {
     // The window was closed in the pause before the run.
     if (closeWanted_) work_.cancel();
+    found_->clear();
     beside_->passBegins();
   };
   restorePlace();
@@ -101,6 +103,14 @@ void MainWindow::buildPlaces() {
   addDockWidget(Qt::LeftDockWidgetArea, placesDock_);
 }
 
+void MainWindow::buildFoundBlocks() {
+  found_ = new FoundBlocks(*documents_);
+  // It is as wide as the documents.
+  setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
+  setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
+  addDockWidget(Qt::BottomDockWidgetArea, found_);
+}
+
 void MainWindow::buildStatus() {
   cancel_ = new QPushButton(tr("Cancel"));
   cancel_->setToolTip(tr("Ends what is under way (Esc)"));
@@ -119,6 +129,7 @@ void MainWindow::buildMenus() {
                                                             .files = *files_,
                                                             .panel = *dock_->toggleViewAction(),
                                                             .places = *placesDock_->toggleViewAction(),
+                                                            .blocks = *found_->toggleViewAction(),
                                                             .undo = [this] { undo(); },
                                                             .redo = [this] { redo(); },
                                                             .cancel = [this] { cancelWork(); },
@@ -172,6 +183,7 @@ void MainWindow::restorePlace() {
   const QSettings settings;
   const bool restored = restoreGeometry(settings.value(QStringLiteral("window/geometry")).toByteArray());
   restoreState(settings.value(QStringLiteral("window/state")).toByteArray());
+  found_->hide();
   if (restored) return;
   const QSize room = screen()->availableGeometry().size();
   resize(QSize(1360, 860).boundedTo(room));
@@ -273,8 +285,17 @@ void MainWindow::workEnded() {
   if (work_.underWay()) return;
   dialog_->workChanged();
   documents_->sync();
+  listFoundBlocks();
   if (!note_.isEmpty()) note(std::exchange(note_, {}));
   if (closeWanted_) QTimer::singleShot(0, this, &QWidget::close);
+}
+
+/// A find has nothing to show but the list; an operation has changed the document in sight.
+void MainWindow::listFoundBlocks() {
+  if (dialog_->confirming() || current() == nullptr) return;
+  auto blocks = watch_.takeBlocks();
+  if (!blocks) return;
+  found_->list(*current(), *std::move(blocks), watch_.request().operation == engine::kNone);
 }
 
 void MainWindow::confirmingChanged() {
@@ -321,11 +342,13 @@ void MainWindow::undo() {
              "Runs > Undo Last Run."));
     return;
   }
+  found_->clear();
   current()->undo(work_, [this] { note_ = tr("The last pass was taken back."); });
 }
 
 void MainWindow::redo() {
   if (current() == nullptr || refusedNow() || !current()->canRedo()) return;
+  found_->clear();
   current()->redo(work_, [this] { note_ = tr("The pass was made again."); });
 }
 

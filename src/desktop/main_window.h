@@ -5,6 +5,7 @@
 #include "dialog.h"
 #include "document_files.h"
 #include "documents.h"
+#include "found_blocks.h"
 #include "help_window.h"
 #include "memory/application.h"
 #include "menus.h"
@@ -59,6 +60,7 @@ class MainWindow final : public QMainWindow {
   void buildDocuments(const Choosers& choosers);
   void buildPanel();
   void buildPlaces();
+  void buildFoundBlocks();
   void buildStatus();
   void buildMenus();
   void buildDialog(const Places& places);
@@ -69,6 +71,7 @@ class MainWindow final : public QMainWindow {
   void confirmingChanged();
   void workChanged(bool underWay);
   void workEnded();
+  void listFoundBlocks();
   void cancelWork();
   void placesChosen();
   void undo();
@@ -106,6 +109,7 @@ class MainWindow final : public QMainWindow {
 
   PlaceList* placeList_ = nullptr;
   QDockWidget* placesDock_ = nullptr;
+  FoundBlocks* found_ = nullptr;
   QDockWidget* dock_ = nullptr;
   QWidget* panel_ = nullptr;
   QLabel* zoom_ = nullptr;

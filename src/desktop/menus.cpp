@@ -75,6 +75,8 @@ void Menus::buildView(QMenu& view) {
   view.addAction(&place_.panel);
   place_.places.setText(tr("P&laces"));
   view.addAction(&place_.places);
+  place_.blocks.setText(tr("&Blocks Found"));
+  view.addAction(&place_.blocks);
   add(view, tr("Go to the P&anel"), Qt::Key_F6, [this] {
     const bool isElsewhere = place_.documents.current() != nullptr && !this->view().hasFocus();
     if (isElsewhere) return this->view().setFocus();

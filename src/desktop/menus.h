@@ -24,6 +24,7 @@ class Menus final : public QObject {
     DocumentFiles& files;
     QAction& panel;   ///< shows and hides the panel
     QAction& places;  ///< the same of the list of places
+    QAction& blocks;  ///< the same of the blocks found
     std::function<void()> undo;
     std::function<void()> redo;
     std::function<void()> cancel;

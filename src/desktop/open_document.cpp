@@ -118,10 +118,13 @@ void OpenDocument::userSelects(std::size_t story, text::Span selection) {
 
 void OpenDocument::lookAt(std::size_t story) {
   if (story == shown_->selectedStory()) return;
-  if (shown_->selectedStory() == 0) selectionBefore_ = shown_->selection();
   const text::Position end = shown_->stories().story(story).length();
   const text::Span before = story == 0 ? selectionBefore_ : text::Span{};
-  const text::Span selection{std::min(before.from, end), std::min(before.to, end)};
+  goTo(story, {std::min(before.from, end), std::min(before.to, end)});
+}
+
+void OpenDocument::goTo(std::size_t story, text::Span selection) {
+  if (shown_->selectedStory() == 0) selectionBefore_ = shown_->selection();
   shown_->select(story, selection);
   if (view_) view_->selectionChanged(selection);
   userSelects(story, selection);

@@ -57,6 +57,8 @@ class OpenDocument final : public memory::DocumentObserver {
   void forgetPasses();
   /// The user goes to the story of that number: to its top, in main text to where the selection was.
   void lookAt(std::size_t story);
+  /// The user goes to that text of a story, which is selected.
+  void goTo(std::size_t story, text::Span selection);
   /// To main text, where the story in sight went with the text that it stood in.
   void leaveGoneStory();
   /// Takes the last pass back, or makes it again, as work, and tells when that is done. One of the two above

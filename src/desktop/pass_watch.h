@@ -2,9 +2,13 @@
 
 #include "dialog/clsProcessFind.h"
 #include "engine/observer.h"
+#include "found_blocks.h"
 #include "work.h"
 
 #include <functional>
+#include <optional>
+#include <utility>
+#include <vector>
 
 namespace pluvo::desktop {
 
@@ -22,6 +26,9 @@ class PassWatch final : public engine::PassObserver {
   bool runsOverFiles() const { return engine_ != nullptr && engine_->MultiFileRun(); }
   /// The request of the pass that began last; the engine must be there.
   const engine::Request& request() const { return engine_->request(); }
+  /// The blocks of the last pass over one document, once; nothing after a run over files. No pass is under
+  /// way.
+  std::optional<std::vector<BlockPlace>> takeBlocks() { return std::exchange(blocks_, std::nullopt); }
   /// The pass has come on, in its own thread.
   std::function<void()> comesOn = [] {};
 
@@ -36,22 +43,25 @@ class PassWatch final : public engine::PassObserver {
   std::function<void()> takeBack = [] {};
 
   void begins() override;
-  void enters(std::int32_t story) override { run().enters(story); }
+  void enters(std::int32_t story) override;
   Next searching() override { return goesOn(run().searching()); }
   void tooFar() override { run().tooFar(); }
   Next found(const engine::Block& block) override { return goesOn(run().found(block)); }
   Next operated(const engine::Block&, const errors::Fault* refusal) override;
-  Next skipped(const engine::Block& block) override { return goesOn(run().skipped(block)); }
+  Next skipped(const engine::Block& block) override;
 
  private:
   engine::PassObserver& run() { return run_ != nullptr ? *run_ : nobody_; }
   Next goesOn(Next ofRun);
+  void keep(const engine::Block& block);
 
   Work& work_;
   const dialog::clsProcessFind* engine_ = nullptr;
   engine::PassObserver* run_ = nullptr;
   engine::PassObserver nobody_;
   bool refused_ = false;
+  std::int32_t story_ = 0;
+  std::optional<std::vector<BlockPlace>> blocks_;
 };
 
 }  // namespace pluvo::desktop

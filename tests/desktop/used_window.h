@@ -178,8 +178,9 @@ class UsedWindow : public testing::Test {
     EXPECT_TRUE(QTest::qWaitFor(told, kPatience));
   }
   std::string selected(OpenDocument& document) {
+    memory::MemoryDocument& now = *document.document();
     return base::utf8(
-        document.document()->mainText().visibleText(document.document()->selection(), text::View::results));
+        now.stories().story(now.selectedStory()).visibleText(now.selection(), text::View::results));
   }
   /// In the midst of work, too.
   void trigger(const char* text) {

@@ -342,7 +342,22 @@ TEST_F(UsedWindow, WorksInThePlaceChosenAndShowsIt) {
     settle();
     EXPECT_FALSE(document.changed());
 
+    // A find lists its blocks; a row chosen shows its block, and the next pass empties the list.
     tick("chkConfirmEach", false);
+    ask("SECRET", "None");
+    execute();
+    settle();
+    auto& blocks = control<QListView>("foundBlocks");
+    EXPECT_TRUE(blocks.isVisible());
+    ASSERT_EQ(blocks.model()->rowCount(), 3);
+    const QModelIndex inNote = blocks.model()->index(2, 0);
+    EXPECT_EQ(inNote.data().toString(), QStringLiteral("Footnote 1: note SECRET"));
+    blocks.setCurrentIndex(inNote);
+    EXPECT_EQ(shown(), "Footnote 1 of 1");
+    EXPECT_EQ(selected(document), "SECRET");
+    ask("SECRET", "Replace");
+    type("txtTextToEnter", "x");
+
     choosePlace("Headers");
     EXPECT_EQ(shown(), "Header 1 of 1");
     execute();
