@@ -1,7 +1,7 @@
 #pragma once
 
 #include "dialog/clsProcessFind.h"
-#include "dialog/surroundings.h"
+#include "dialog/dialog_services.h"
 #include "errors/context.h"
 #include "forms/form.h"
 #include "forms/message_boxes.h"
