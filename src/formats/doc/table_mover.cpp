@@ -213,9 +213,12 @@ void TableMover::move() {
 }
 
 void requireMovable(const Text& text) {
+  const auto tableOf = [&](std::size_t number) { return text.fib.in(text.tables, number); };
   const auto require = [&](std::size_t begins, std::size_t ends) {
-    Bookmarks::in(text.fib.in(text.tables, begins), text.fib.in(text.tables, ends));
+    Bookmarks::in(tableOf(begins), tableOf(ends));
   };
+  for (const PartTable& table : kOfMarks) tableOf(table.number);
+  for (const PartTable& table : kOfTexts) tableOf(table.number);
   for (const auto& [begins, ends] : kBookmarks) require(begins, ends);
   require(kCommentBegins, kCommentEnds);
 }
