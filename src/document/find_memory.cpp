@@ -135,7 +135,7 @@ FindMemory::Entry& FindMemory::entryOf(const Query& query, View view) {
 }
 
 bool FindMemory::showsAll(View view) const {
-  return visibility_.runCount() == 1 && text::isVisible(visibility_.valueAt(0), view);
+  return visibility_.runCount() == 1 && text::isVisible(visibility_.runAt(0).value, view);
 }
 
 Position FindMemory::back(View view, Position position, Position n) const {

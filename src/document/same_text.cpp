@@ -14,12 +14,23 @@ using text::Utf8Text;
 
 namespace {
 
+/// For a few units, which are not worth copying.
+constexpr Position kFew = 64;
+
+bool equalUnits(const Stretch& a, const Stretch& b) {
+  for (Position i = 0; i < a.length; ++i) {
+    if (a[i] != b[i]) return false;
+  }
+  return true;
+}
+
 bool equal(const Stretch& a, const Stretch& b) {
   const auto length = static_cast<std::size_t>(a.length);
   const bool bytesTell = a.narrow != nullptr && b.narrow != nullptr && a.lineFeedIsMark == b.lineFeedIsMark;
   if (bytesTell && std::memcmp(a.narrow, b.narrow, length) == 0) return true;
   if (a.wide != nullptr && b.wide != nullptr)
     return std::memcmp(a.wide, b.wide, length * sizeof(char16_t)) == 0;
+  if (a.length <= kFew) return equalUnits(a, b);
   constexpr Position kAtOnce = 1024;
   std::array<char16_t, kAtOnce> left;
   std::array<char16_t, kAtOnce> right;

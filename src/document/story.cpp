@@ -241,7 +241,7 @@ Span Story::replacePlain(Span span, std::u16string_view newText) {
   Landing landing;
   landing.at = span.from;
   landing.anchor = text_.anchorAt(span.from, false);
-  landing.highlight = highlight_.valueAt(span.from);
+  landing.highlight = highlight_.runAt(span.from).value;
   put(span, newText, landing);
   ++stamp_;
   return {span.from, span.from + newLength};

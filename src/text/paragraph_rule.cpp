@@ -8,11 +8,26 @@ struct Marks {
   Position possible = 0;  ///< characters 7 and 12
 };
 
+/// Of a few words, for which vectors do not pay.
+constexpr Position kFew = 32;
+
+template <class Unit>
+Marks countFewMarks(const Unit* units, Position length, Unit lineEnd) {
+  Marks marks;
+  for (Position i = 0; i < length; ++i) {
+    if (units[i] >= u' ') continue;  // all marks are control characters
+    marks.certain += static_cast<Position>(units[i] == lineEnd || units[i] == kParagraphMark);
+    marks.possible += static_cast<Position>(units[i] == kCellMark || units[i] == kPageBreak);
+  }
+  return marks;
+}
+
 /// So many sums of no and yes fit the narrowest unit, in which compilers then sum by vectors.
 constexpr Position kSummedAtOnce = 255;
 
 template <class Unit>
 Marks countMarks(const Unit* units, Position length, Unit lineEnd) {
+  if (length <= kFew) return countFewMarks(units, length, lineEnd);
   Marks marks;
   for (Position done = 0; done < length; done += kSummedAtOnce) {
     const Position end = done + std::min(length - done, kSummedAtOnce);

@@ -153,6 +153,12 @@ class Execution {
 
   std::optional<Span> run(Position from, Position to) {
     const std::optional<Stretch> whole = haystack_.text.wholeStretch();
+    if (!whole && haystack_.visibility.runCount() == 1) {
+      // Where all of it shows, as it mostly does.
+      if (isVisible(haystack_.visibility.runAt(from).value, haystack_.view)) takePieces(from, to);
+      if (!found_) searchGathered();
+      return found_;
+    }
     for (const auto& run : haystack_.visibility.runs(from, to)) {
       if (isVisible(run.value, haystack_.view)) {
         if (whole && run.from == from && run.to == to) {
@@ -163,10 +169,7 @@ class Execution {
         if (whole) {
           take(run.from, whole->part(run.from, run.to));
         } else {
-          haystack_.text.forEachPiece(run.from, run.to, [&](Position start, const Piece& piece) {
-            take(start, piece);
-            return !found_;
-          });
+          takePieces(run.from, run.to);
         }
       } else if (whole && gathered_.length() > 0) {
         passOver(run.from, whole->part(run.from, run.to));
@@ -183,6 +186,13 @@ class Execution {
   static constexpr std::size_t kFirstGather = 256;
   static constexpr std::size_t kLargestGather = 16384;
   static constexpr Position kSearchedInPlace = 1024;
+
+  void takePieces(Position from, Position to) {
+    haystack_.text.forEachPiece(from, to, [&](Position start, const Piece& piece) {
+      take(start, piece);
+      return !found_;
+    });
+  }
 
   /// Never more than the needle's length, which is a position.
   Position overlap() const { return static_cast<Position>(needle_.length()) - 1; }
