@@ -3,7 +3,7 @@
 #include "base/utf.h"
 
 #include <algorithm>
-#include <iterator>
+#include <cstddef>
 
 namespace pluvo::xml {
 
@@ -32,7 +32,8 @@ bool standsForItself(char16_t unit) {
 
 void appendEscapedText(std::string& out, std::u16string_view text) {
   if (std::all_of(text.begin(), text.end(), standsForItself)) {
-    std::transform(text.begin(), text.end(), std::back_inserter(out),
+    out.resize(out.size() + text.size());
+    std::transform(text.begin(), text.end(), out.end() - static_cast<std::ptrdiff_t>(text.size()),
                    [](char16_t unit) { return static_cast<char>(unit); });
     return;
   }

@@ -62,12 +62,13 @@ struct TextElement {
   Extent extent;
   std::string_view
       tag;  ///< the qualified name to write such text with; empty for text without a place of its own
-  std::u16string_view units;  ///< empty where the bytes are printable ASCII
-  std::string_view bytes;     ///< a byte a unit, where that is all there is to it
+  std::u16string_view units;  ///< empty where the bytes are all that is told
+  std::string_view bytes;     ///< the same in UTF-8 as it lies there, where that is all there is to it
   /// Blanks at its ends that are no text, since nothing preserves them.
   std::string_view leading;
   std::string_view trailing;
-  std::size_t length() const { return units.empty() ? bytes.size() : units.size(); }
+  std::size_t count = 0;  ///< of units, where the bytes alone are told
+  std::size_t length() const { return units.empty() ? count : units.size(); }
 };
 
 /// One character that is in no run but has runs of its own.

@@ -31,8 +31,8 @@ bool isStory(Name name) {
 }  // namespace
 
 BodyWalker::BodyWalker(base::ByteSpan part, const std::string& partName, BodyEvents& events, Reach reach,
-                       xml::Swept swept)
-    : walk_{xml::Scanner(part, vocabulary(), partName, {}, swept), &events, reach} {}
+                       xml::Swept swept, Told told)
+    : walk_{xml::Scanner(part, vocabulary(), partName, {}, swept), &events, reach, told} {}
 
 void BodyWalker::resumeAt(Offset offset, Position position) {
   walk_.scanner.resumeAt(offset);

@@ -17,7 +17,7 @@ namespace pluvo::docx {
 class BodyWalker {
  public:
   BodyWalker(base::ByteSpan part, const std::string& partName, BodyEvents& events,
-             Reach reach = Reach::mainText, xml::Swept swept = xml::Swept::no);
+             Reach reach = Reach::mainText, xml::Swept swept = xml::Swept::no, Told told = Told::units);
   BodyWalker(const BodyWalker&) = delete;
   BodyWalker& operator=(const BodyWalker&) = delete;
 

@@ -75,6 +75,9 @@ bool DocumentWriter::isToBeWritten(const Site& site) const {
 void DocumentWriter::requireRoomInMemory() const {
   constexpr std::int64_t kMost = std::int64_t{128} << 20U;
   std::int64_t added = 0;
+  for (std::size_t i = 0; i < document_.count(); ++i) added += document_.story(i).length();
+  if (added <= kMost) return;
+  added = 0;
   for (std::size_t i = 0; i < document_.count(); ++i) {
     document_.story(i).text().forEachPiece([&](const text::Piece& piece, std::u16string_view) {
       if (piece.isNew()) added += piece.length;

@@ -1,5 +1,9 @@
 #include "inline_writer.h"
 
+#include "text_decoding.h"
+
+#include <algorithm>
+#include <cstdint>
 #include <optional>
 
 namespace pluvo::docx {
@@ -21,6 +25,9 @@ void InlineWriter::text(Position from, const TextElement& element) {
   bool begun = false;
   const auto begin = [&] {
     runs_.beginText(element);
+    const std::string_view bytes = element.bytes;
+    walk_ = text::Utf8Walk({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
+    units_.clear();
     carry(from, element, *first);
     begun = true;
   };
@@ -46,12 +53,37 @@ void InlineWriter::carry(Position from, const TextElement& element, const Step& 
   if (step.kind == Step::Kind::drop) return opens_.loseText();
   const auto place = static_cast<std::size_t>(step.original - from);
   const auto count = static_cast<std::size_t>(step.length);
-  if (!element.bytes.empty())
-    return runs_.writeBytes(element.bytes.substr(place, count), step.at, runs_.textTag());
-  const std::u16string_view kept = element.units.substr(place, count);
-  forEachColour(part_.story, step.at, kept, [&](std::size_t at, std::size_t size, std::uint8_t colour) {
-    runs_.write(kept.substr(at, size), colour, runs_.textTag());
-  });
+  const std::size_t carried = element.bytes.empty() ? 0 : carryBytes(element, place, step);
+  if (carried == count) return;
+  if (element.units.empty() && units_.empty()) appendUtf8(units_, element.bytes);
+  const std::u16string_view all = element.units.empty() ? std::u16string_view(units_) : element.units;
+  const std::u16string_view kept = all.substr(place + carried, count - carried);
+  forEachColour(part_.story, step.at + static_cast<Position>(carried), kept,
+                [&](std::size_t at, std::size_t size, std::uint8_t colour) {
+                  runs_.write(kept.substr(at, size), colour, runs_.textTag());
+                });
+}
+
+/// Text stays the bytes it is, up to a cut within a character. Returns how many units were carried so.
+std::size_t InlineWriter::carryBytes(const TextElement& element, std::size_t place, const Step& step) {
+  const bool isByteEach = element.bytes.size() == element.length();
+  const auto placeOf = [&](std::size_t unit) -> text::Utf8Text::Place {
+    return isByteEach ? text::Utf8Text::Place{unit} : walk_.to(static_cast<Position>(unit));
+  };
+  const auto count = static_cast<std::size_t>(step.length);
+  text::Utf8Text::Place from = placeOf(place);
+  std::size_t carried = 0;
+  while (carried < count && !from.insidePair) {
+    const auto coloured = part_.story.highlight().runAt(step.at + static_cast<Position>(carried));
+    const std::size_t next = std::min(count, static_cast<std::size_t>(coloured.to - step.at));
+    const text::Utf8Text::Place to = placeOf(place + next);
+    if (to.insidePair) break;
+    runs_.writeBytes(element.bytes.substr(from.offset, to.offset - from.offset), coloured.value,
+                     runs_.textTag());
+    from = to;
+    carried = next;
+  }
+  return carried;
 }
 
 void InlineWriter::character(Position at, char16_t unit, Extent extent, Name name) {

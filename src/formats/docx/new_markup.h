@@ -58,6 +58,9 @@ ParagraphStart startOfSplitOff(const EditedPart& part, const Markup& markup, con
 
 template <class Visit>
 void forEachColour(const document::Story& story, Position at, std::u16string_view units, Visit visit) {
+  if (units.empty()) return;
+  if (const auto run = story.highlight().runAt(at); run.to >= at + static_cast<Position>(units.size()))
+    return visit(std::size_t{0}, units.size(), run.value);
   const auto past = [&](Position position) {
     const auto i = static_cast<std::size_t>(position - at);
     const bool inPair =

@@ -33,7 +33,7 @@ Rewriter::Rewriter(base::ByteSpan bytes, const std::string& partName, Reach reac
     : originalHighlight_(originalHighlight),
       departed_(departed),
       part_(bytes, map, story, std::move(script), identifiers),
-      walker_(bytes, partName, *this, reach, xml::Swept::yes),
+      walker_(bytes, partName, *this, reach, xml::Swept::yes, Told::bytes),
       opens_(part_, walker_.scanner(), std::move(placeholderStyle)),
       runs_(part_, opens_),
       underWay_(part_, opens_),

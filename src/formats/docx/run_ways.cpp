@@ -72,16 +72,17 @@ const TextElement* RunWays::next(TextReader& reader) {
   const std::string_view text = ahead.substr(0, ahead.find('<'));
   const std::string_view end = ahead.substr(text.size());
   const std::size_t name = way->textName.size();
-  const bool isPlain = end.size() > name + 2 && end[1] == '/' && end[name + 2] == '>' &&
-                       end.substr(2, name) == way->textName && isPlainAscii(text);
-  if (!isPlain) {
+  const bool isKnown =
+      end.size() > name + 2 && end[1] == '/' && end[name + 2] == '>' && end.substr(2, name) == way->textName;
+  const Plainness plainness = isKnown ? plainnessOf(text) : Plainness::none;
+  if (plainness == Plainness::none) {
     scanner_.resumeAt(start.begin);
     return &reader.read(scanner_.next());
   }
   const Offset textEnd = start.end + static_cast<Offset>(text.size());
   element_ = {};
   element_.tag = way->textName;
-  element_.bytes = way->preserves ? text : withoutOuterBlanks(text);
+  reader.tell(element_, text, plainness, way->preserves);
   element_.extent = {start.begin, textEnd + static_cast<Offset>(name) + 3};
   scanner_.resumeAt(element_.extent.end);
   if (element_.length() > 0 && !way->preserves && !stack.back().preserves)

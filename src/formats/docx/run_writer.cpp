@@ -7,6 +7,13 @@
 
 namespace pluvo::docx {
 
+namespace {
+
+/// A text put in at many places is kept as it is written, up to this length.
+constexpr std::size_t kLongestKnown = 1024;
+
+}  // namespace
+
 void RunWriter::begin(const Tag& tag) {
   run_ = {};
   run_.tag = tag;
@@ -119,12 +126,22 @@ void RunWriter::endText(const TextElement& element) {
 }
 
 void RunWriter::write(std::u16string_view units, std::uint8_t colour, std::string_view tag) {
+  if (!units.empty() && units == known_) {
+    append(colour, tag);
+    pendingText_ += knownBytes_;
+    return;
+  }
   while (!units.empty()) {
     const auto plain =
         static_cast<std::size_t>(std::find_if(units.begin(), units.end(), standsAlone) - units.begin());
     if (plain > 0) {
       append(colour, tag);
+      const std::size_t before = pendingText_.size();
       appendText(pendingText_, units.substr(0, plain));
+      if (plain <= kLongestKnown) {
+        known_ = units.substr(0, plain);
+        knownBytes_ = pendingText_.substr(before);
+      }
     }
     if (plain < units.size()) {
       open(colour);
@@ -135,12 +152,13 @@ void RunWriter::write(std::u16string_view units, std::uint8_t colour, std::strin
   }
 }
 
-void RunWriter::writeBytes(std::string_view bytes, Position at, std::string_view tag) {
-  for (const auto& run : part_.story.highlight().runs(at, at + static_cast<Position>(bytes.size()))) {
-    append(run.value, tag);
-    pendingText_ +=
-        bytes.substr(static_cast<std::size_t>(run.from - at), static_cast<std::size_t>(run.to - run.from));
-  }
+void RunWriter::writeBytes(std::string_view bytes, std::uint8_t colour, std::string_view tag) {
+  constexpr std::string_view kCloses = "]]>";  // which text must not hold, and two texts may make
+  append(colour, tag);
+  const std::size_t joint = pendingText_.size() - std::min(pendingText_.size(), kCloses.size() - 1);
+  pendingText_ += bytes;
+  const std::size_t closes = std::string_view(pendingText_).substr(joint, 4).find(kCloses);
+  if (closes != std::string_view::npos) pendingText_.replace(joint + closes + 2, 1, "&gt;");
 }
 
 void RunWriter::append(std::uint8_t colour, std::string_view tag) {

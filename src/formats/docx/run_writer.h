@@ -47,8 +47,8 @@ class RunWriter {
 
   /// Text without paragraph marks, in elements of that name.
   void write(std::u16string_view units, std::uint8_t colour, std::string_view tag);
-  /// Text of the document as it stands there, a byte a unit.
-  void writeBytes(std::string_view bytes, Position at, std::string_view tag);
+  /// Text of the document as it stands there, in bytes.
+  void writeBytes(std::string_view bytes, std::uint8_t colour, std::string_view tag);
   void flush();
   /// Closes the run in the output. The next text opens it again.
   void interrupt();
@@ -80,6 +80,8 @@ class RunWriter {
   Run run_;
   std::string pendingText_;  ///< as it is written
   std::string pendingTag_;
+  std::u16string known_;  ///< the text written last, and as it is written: a pass puts in the same text
+  std::string knownBytes_;
   std::string textTag_;
   std::string_view leadingBlanks_;  ///< of the element at hand, not yet written
   std::string_view trailingBlanks_;

@@ -23,36 +23,46 @@ std::uint64_t load(const char* block) {
   return bytes;
 }
 
-/// Most text, a block at a time.
-bool isPrintableBlock(const char* block) {
-  const std::uint64_t bytes = load(block);
-  return ((bytes | (bytes - kEach * 0x20)) & (kEach * 0x80)) == 0;
-}
+/// The high bit of a byte, and perhaps of those after it, is set where it is less than another.
+std::uint64_t below(std::uint64_t bytes, std::uint64_t other) { return (bytes - kEach * other) & ~bytes; }
 
-bool isPlainBlock(const char* block) {
-  const std::uint64_t bytes = load(block);
-  const std::uint64_t ands = (bytes ^ kEach * '&') - kEach;
-  const std::uint64_t brackets = (bytes ^ kEach * ']') - kEach;
-  return ((bytes | (bytes - kEach * 0x20) | ands | brackets) & (kEach * 0x80)) == 0;
-}
-
-template <class OfBlock, class OfByte>
-bool isAll(std::string_view bytes, OfBlock ofBlock, OfByte ofByte) {
-  if (bytes.size() < kBlock) return std::all_of(bytes.begin(), bytes.end(), ofByte);
-  for (std::size_t i = 0; i + kBlock < bytes.size(); i += kBlock) {
-    if (!ofBlock(bytes.data() + i)) return false;
+/// Whether the high bit is set in a byte of what any block comes to.
+template <class OfBlock>
+bool isAnyBlock(std::string_view bytes, OfBlock ofBlock) {
+  std::uint64_t bits = 0;
+  if (bytes.size() < kBlock) {
+    char filled[kBlock];
+    std::memset(filled, ' ', kBlock);
+    std::copy(bytes.begin(), bytes.end(), filled);
+    bits = ofBlock(load(filled));
+  } else {
+    for (std::size_t i = 0; i + kBlock < bytes.size(); i += kBlock) bits |= ofBlock(load(bytes.data() + i));
+    bits |= ofBlock(load(bytes.data() + bytes.size() - kBlock));
   }
-  return ofBlock(bytes.data() + bytes.size() - kBlock);
+  return (bits & (kEach * 0x80)) != 0;
 }
-
-bool isPrintable(char c) { return static_cast<std::uint8_t>(c - 0x20) < 0x60; }
 
 }  // namespace
 
-bool isPrintableAscii(std::string_view bytes) { return isAll(bytes, isPrintableBlock, isPrintable); }
+/// Most text is ASCII, of which less has to be asked.
+Plainness plainnessOf(std::string_view utf8) {
+  const bool isAscii = !isAnyBlock(utf8, [](std::uint64_t bytes) {
+    return bytes | (bytes - kEach * 0x20) | ((bytes ^ kEach * '&') - kEach) | ((bytes ^ kEach * ']') - kEach);
+  });
+  if (isAscii) return Plainness::ascii;
+  const bool isOdd = isAnyBlock(utf8, [](std::uint64_t bytes) {
+    return below(bytes, 0x20) | below(bytes ^ kEach * '&', 1) | below(bytes ^ kEach * ']', 1);
+  });
+  return isOdd ? Plainness::none : Plainness::wide;
+}
 
-bool isPlainAscii(std::string_view bytes) {
-  return isAll(bytes, isPlainBlock, [](char c) { return isPrintable(c) && c != '&' && c != ']'; });
+std::size_t unitsOf(std::string_view utf8) {
+  std::size_t units = 0;
+  for (const char c : utf8) {
+    const auto byte = static_cast<std::uint8_t>(c);
+    units += static_cast<std::size_t>(byte < 0x80 || byte >= 0xC0) + static_cast<std::size_t>(byte >= 0xF0);
+  }
+  return units;
 }
 
 std::string_view withoutOuterBlanks(std::string_view printable) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -11,10 +13,15 @@ void appendCodePoint(std::u16string& units, char32_t c);
 /// Adds bytes that a scanner has found to be UTF-8; a line end is a blank.
 void appendUtf8(std::u16string& units, std::string_view bytes);
 
-/// Whether each byte is a visible character or a blank.
-bool isPrintableAscii(std::string_view bytes);
-/// The same, and none is a character that could mean more to XML: '&' or ']'.
-bool isPlainAscii(std::string_view bytes);
+/// What bytes that a scanner has found to be UTF-8 are to XML and to the text.
+enum class Plainness : std::uint8_t {
+  none,   ///< a control character is among them, or one that could mean more to XML: '&' or ']'
+  wide,   ///< they stand for themselves
+  ascii,  ///< and are ASCII
+};
+Plainness plainnessOf(std::string_view utf8);
+/// How many units they make.
+std::size_t unitsOf(std::string_view utf8);
 
 /// Without the blanks at both ends.
 std::string_view withoutOuterBlanks(std::string_view printable);

@@ -86,7 +86,7 @@ const TextElement& TextReader::read(Token token) {
   const Offset inner = element.extent.end;
   element.extent.end = scanner_.end();
   if (!plain_.empty()) {
-    element.bytes = preserved ? plain_ : withoutOuterBlanks(plain_);
+    tell(element, plain_, plainness_, preserved);
   } else {
     if (tokens_ == 1 && token_.end - token_.begin == units_.size()) {
       element.bytes = scanner_.bytes(token_.begin, token_.end);
@@ -101,8 +101,21 @@ const TextElement& TextReader::read(Token token) {
   return element;
 }
 
-/// The characters up to the end of the element just begun. They are added to units_, or left in plain_ where
-/// they are the whole text and printable ASCII, as mostly.
+void TextReader::tell(TextElement& element, std::string_view text, Plainness plainness, bool preserved) {
+  const std::string_view plain = preserved ? text : withoutOuterBlanks(text);
+  const bool isAscii = plainness == Plainness::ascii;
+  if (isAscii || walk_.told == Told::bytes) {
+    element.bytes = plain;
+    element.count = isAscii ? plain.size() : unitsOf(plain);
+    return;
+  }
+  units_.clear();
+  appendUtf8(units_, plain);
+  element.units = units_;
+}
+
+/// The characters up to the end of the element just begun, added to units_, or left in plain_ where they are
+/// all there is and plain, as most are.
 void TextReader::collect(Token token) {
   plain_ = {};
   if (token != Token::start) return;
@@ -111,7 +124,8 @@ void TextReader::collect(Token token) {
       ++tokens_;
       token_ = walk_.tokenExtent();
       const std::string_view bytes = scanner_.bytes(scanner_.begin(), scanner_.end());
-      if (tokens_ == 1 && units_.empty() && isPrintableAscii(bytes)) {
+      if (tokens_ == 1 && units_.empty()) plainness_ = plainnessOf(bytes);
+      if (tokens_ == 1 && units_.empty() && plainness_ != Plainness::none) {
         plain_ = bytes;
         continue;
       }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "text_decoding.h"
 #include "walk.h"
 
 #include <string>
@@ -15,6 +16,8 @@ class TextReader {
 
   /// The text of a run's element as its blanks are kept; it may be empty.
   const TextElement& read(xml::Token token);
+  /// Tells plain text as an element's. Its blanks at both ends go where they are not preserved.
+  void tell(TextElement& element, std::string_view text, Plainness plainness, bool preserved);
 
   /// Alternatives within a run are one element to the text: that of the chosen one.
   struct Alternative {
@@ -40,7 +43,8 @@ class TextReader {
   TextElement element_;
   Alternative alternative_;
   std::u16string units_;
-  std::string_view plain_;  ///< text collected in the place of units_
+  std::string_view plain_;                 ///< text collected in the place of units_
+  Plainness plainness_ = Plainness::none;  ///< of plain_
   std::size_t tokens_ = 0;
   Extent token_;
 };

@@ -17,6 +17,9 @@ namespace pluvo::docx {
 /// its own.
 enum class Reach : std::uint8_t { mainText, oneStory, everyStory };
 
+/// How text is told: as units wherever it is not ASCII, or as bytes wherever they are all there is to it.
+enum class Told : bool { units, bytes };
+
 /// The fields that are open at a place of a walk.
 class OpenFields {
  public:
@@ -89,6 +92,7 @@ struct Walk {
   xml::Scanner scanner;
   BodyEvents* events;
   Reach reach;
+  Told told = Told::units;
   Position position = 0;
   std::vector<Open> stack = {};
   OpenFields fields = {};

@@ -14,6 +14,11 @@ TEST(Editing, newTextTakesTheRunOfItsNeighbour) {
                 {"{[<b/>|one ][<i/>|two]}", after(u"one ", u"new "), "{[<b/>|one new ][<i/>|two]}"},
                 {"{[<b/>|one ][<i/>|two]}", replace(u"ne tw", u"X"), "{[<b/>|oX][<i/>|o]}"},
                 {"{[a &amp; b]}", replace(u"b", u"<\"&\">"), "{[a &amp; &lt;\"&amp;\"&gt;]}"},
+                // Two texts that come together do not end a CDATA section.
+                {"{<r><t>a]x]>b</t></r>}", remove(u"x"), "{<r><t>a]]&gt;b</t></r>}"},
+                // Other letters stay the bytes they are, also where a colour begins or ends among them.
+                {"{[пря мо 租金𝒜>ок]}", remove(u"мо "), "{[пря 租金𝒜>ок]}"},
+                {"{[für 租金𝒜𝒜 да]}", highlight(u"金𝒜", 7), "{[für 租][~|金𝒜][𝒜 да]}"},
                 {"{[ab]}", replace(u"b", u"\t\v\f\x0E\x1E\x1F\xA0"),
                  "{<r><t>a</t><tab/><br/><br type='page'/><br "
                  "type='column'/><noBreakHyphen/><softHyphen/><t>\u00A0</t></r>}"},
