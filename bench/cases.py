@@ -55,8 +55,8 @@ def poi(begin):
     return Job("POI", ["java", "-cp", jars, str(BENCH / "peers/HighlightWithPoi.java"), begin, END, "{in}"], once=True, tells=True)
 
 
-def limit(*words, over_result=False):
-    return Job("limit", [str(LIMIT), *words], over_result=over_result)
+def limit(*words, over_result=False, name="limit"):
+    return Job(name, [str(LIMIT), *words], over_result=over_result)
 
 
 def changed(operation, text=""):
@@ -96,10 +96,11 @@ def docx_cases():
     for operation, words in (("find", ["find", "--quiet"]), ("highlight", ["highlight"]),
                              ("replace", ["replace", "--text", TEXT]), ("delete", ["delete"]),
                              ("insert", ["insert", "--before", "--text", TEXT])):
-        peers = [lxml("highlight"), python_docx("highlight")] if operation == "highlight" else []
+        peers = [] if operation == "find" else [limit("docx-once", "{in}", "{out}", BEGIN, "1", name="limit, one flush")]
+        peers += [lxml("highlight"), python_docx("highlight")] if operation == "highlight" else []
         yield Case(f".docx 2 pages, {operation}", "pages-2.docx",
                    [pluvo(*words, *BLOCK, "{in}"), limit("docx", "{in}", "{out}", BEGIN, "1"), *peers],
-                   {"self": ("ms at most", 12)}, changes=operation != "find",
+                   {"self": ("ms at most", 12), "limit, one flush": ("at most", 2.2)}, changes=operation != "find",
                    right=changed("highlight") if operation == "highlight" else None, repeat=30)
     yield Case("start-up", "pages-2.docx", [pluvo("--version"), Job("true", ["true"])],
                {"true": ("ms more at most", 5)}, changes=False, repeat=50)

@@ -49,8 +49,9 @@ void Written::write(std::string_view bytes) {
   }
 }
 
-void Written::flush() {
+void Written::flush(bool folderToo) {
   if (fsync(file_) != 0 || rename(temporary_.c_str(), path_.c_str()) != 0) fail(path_);
+  if (!folderToo) return;
   const auto slash = path_.rfind('/');
   const std::string folder = slash == std::string::npos ? "." : path_.substr(0, slash + 1);
   const int handle = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);

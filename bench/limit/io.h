@@ -19,7 +19,7 @@ class Mapped {
   std::string_view bytes_;
 };
 
-/// A new file beside its final place, flushed and renamed there, its folder flushed too.
+/// A new file beside its final place, flushed and renamed there, its folder flushed too if asked.
 class Written {
  public:
   explicit Written(std::string path);
@@ -27,7 +27,7 @@ class Written {
   Written(const Written&) = delete;
   Written& operator=(const Written&) = delete;
   void write(std::string_view bytes);
-  void flush();
+  void flush(bool folderToo = true);
 
  private:
   std::string path_;

@@ -3,6 +3,7 @@
 //
 //   limit docx-find FILE TEXT          read the archive, inflate the main part, gather its text, search it
 //   limit docx FILE OUT TEXT LEVEL     the same, then deflate the part again, copy the rest raw, write, flush
+//   limit docx-once FILE OUT TEXT LEVEL the same with one flush, the file's; the folder is not flushed
 //   limit text-find FILE TEXT          map the file, search it
 //   limit text FILE OUT TEXT           the same, then write it out and flush
 //
@@ -40,13 +41,13 @@ int run(int argc, char** argv) {
     std::printf("%ld\n", countOf(limit::GatheredText(part.xml()).text(), argv[3]));
     return 0;
   }
-  if (mode == "docx" && argc == 6) {
+  if ((mode == "docx" || mode == "docx-once") && argc == 6) {
     const limit::Mapped file(argv[2]);
     const limit::MainPart part(file.bytes());
     std::printf("%ld\n", countOf(limit::GatheredText(part.xml()).text(), argv[4]));
     limit::Written out(argv[3]);
     part.rewrite(file.bytes(), std::atoi(argv[5]), out);
-    out.flush();
+    out.flush(mode == "docx");
     return 0;
   }
   if (mode == "text-find" && argc == 4) {
@@ -63,7 +64,8 @@ int run(int argc, char** argv) {
     return 0;
   }
   std::fputs(
-      "usage: limit docx-find FILE TEXT | docx FILE OUT TEXT LEVEL | text-find FILE TEXT | text FILE OUT "
+      "usage: limit docx-find FILE TEXT | docx FILE OUT TEXT LEVEL | docx-once FILE OUT TEXT LEVEL | "
+      "text-find FILE TEXT | text FILE OUT "
       "TEXT\n",
       stderr);
   return 2;
