@@ -100,7 +100,7 @@ class Tree:
 
     def make(self, sources, targets, folder, wanted):
         """Builds the targets with the edits of the mutants wanted that can be compiled; gives back those edits."""
-        kept = {source.name: needed(source, wanted) for source in sources}
+        kept = needed(sources, wanted)
         for turn in range(ROUNDS):
             places = {}
             changed = {}
@@ -167,13 +167,15 @@ class Tree:
         return str(path.relative_to(self.sources.resolve())) if path.is_relative_to(self.sources.resolve()) else None
 
 
-def needed(source, wanted):
-    """The edits that hold mutants wanted, and with the first one in a constant all that take constants back."""
-    held = [edit for edit in source.edits if any(mutant.number in wanted for mutant in edit.mutants)]
-    spans = [edit.span for edit in source.edits if edit.names]
-    if any(a <= edit.start < b for a, b in spans for edit in held):
-        held += [edit for edit in source.edits if edit.names and edit not in held]
-    return sorted(held, key=lambda edit: edit.order)
+def needed(sources, wanted):
+    """The edits that hold mutants wanted. With the first one in a constant all that take constants back."""
+    held = {source.name: [edit for edit in source.edits if any(mutant.number in wanted for mutant in edit.mutants)]
+            for source in sources}
+    spans = {source.name: [edit.span for edit in source.edits if edit.names] for source in sources}
+    if any(a <= edit.start < b for name, edits in held.items() for edit in edits for a, b in spans[name]):
+        for source in sources:
+            held[source.name] = [edit for edit in source.edits if edit.names or edit in held[source.name]]
+    return held
 
 
 def messages(output):

@@ -1,5 +1,11 @@
 #include "base/utf.h"
+#include "dialog/frmDirectoryBrowser.h"
+#include "dialog/frmPassword.h"
+#include "dialog/frmProcessing.h"
+#include "dialog/frmStats.h"
 #include "opened_dialog.h"
+#include "scanner/scripted_folders.h"
+#include "workplace.h"
 
 #include <map>
 
@@ -8,7 +14,7 @@ namespace {
 
 using forms::ControlKind;
 
-/// What the user sees of a control: "name|kind|text|tip".
+/// What the user sees of a control: "name|kind|text|tip|row column rows columns".
 std::string shownOf(const forms::Control& control) {
   static const std::map<ControlKind, std::string> kinds = {
       {ControlKind::label, "label"},        {ControlKind::commandButton, "button"},
@@ -33,8 +39,12 @@ std::string shownOf(const forms::Control& control) {
     kind += " ticked";
   if (!control.Enabled()) kind += " off";
   if (!control.Visible()) kind += " hidden";
-  return base::utf8(control.Name()) + '|' + kind + '|' + base::utf8(text) + '|' +
-         base::utf8(control.ControlTipText()) + '\n';
+  const auto [row, column, rows, columns] = control.Cell();
+  std::string shown = base::utf8(control.Name()) + '|' + kind + '|' + base::utf8(text) + '|' +
+                      base::utf8(control.ControlTipText()) + '|';
+  for (const int place : {row, column, rows, columns}) shown += std::to_string(place) + ' ';
+  shown.back() = '\n';
+  return shown;
 }
 
 class Design : public testing::Test, protected OpenedDialog {
@@ -49,6 +59,17 @@ TEST_F(Design, ShowsTheControlsOfTheManual) {
   for (const auto& page : pages()) {
     shown += '\n' + base::utf8(page->Name() + u'|' + page->Caption() + u'|' + page->ControlTipText()) + '\n';
     for (const forms::Control* control : page->controls()) shown += shownOf(*control);
+  }
+  Workplace work(word);
+  scanner::ScriptedFolders folders({"/d/a.txt"}, "/");
+  const frmProcessing processing(work.engine);
+  const frmPassword password(work.context, forms);
+  const frmStats stats(forms);
+  const frmDirectoryBrowser browser(forms, folders, u"/");
+  for (const forms::Form* form :
+       std::initializer_list<const forms::Form*>{&processing, &password, &stats, &browser}) {
+    shown += '\n' + base::utf8(form->Name() + u'|' + form->Caption()) + '\n';
+    for (const forms::Control* control : form->controls()) shown += shownOf(*control);
   }
   std::erase(shown, '\r');
   EXPECT_EQ(dialog().Caption(), u"Pluvorama");

@@ -99,6 +99,31 @@ TEST_F(Execution, NeedsAChoiceInEveryListButThePosition) {
   }
 }
 
+TEST_F(Execution, TellsWhereTheSearchStartsIfNotAtTheInsertionPoint) {
+  std::vector<document::Content> stories;
+  for (const auto kind : {word::wdMainTextStory, word::wdFootnotesStory}) {
+    stories.push_back(notation::parse("a¶").content);
+    stories.back().kind = kind;
+  }
+  const auto document = memory::MemoryDocument::create(std::move(stories));
+  word->add(document);
+  open();
+  type(u"txtBeginText", u"a");
+  tick(u"chkQuiteMode");
+  for (const std::size_t story : {0U, 1U}) {
+    for (const bool atTop : {true, false}) {
+      document->select(story, {1, 1});
+      tick(u"chkStartFindsFromBeginning", atTop);
+      execute();
+      EXPECT_EQ(told(), story == 0 || atTop
+                            ? std::vector<std::string>{}
+                            : std::vector<std::string>{
+                                  "The insertion point is in a header, a footer, a note or a text box.  The "
+                                  "search starts at the top of the document. | Pluvorama"});
+    }
+  }
+}
+
 TEST_F(Execution, NeedsADocumentOrAFolder) {
   open();
   type(u"txtBeginText", u"a");

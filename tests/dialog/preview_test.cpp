@@ -82,7 +82,7 @@ TEST_F(Preview, TellsDistanceAndOptions) {
       {u"25", u"Sentence(s)", "no more than 25 sentences between"},
       {u"2.6", u"Sentence(s)", "no more than 3 sentences between"},
       {u"-1", u"Sentence(s)", "are in the same sentence."},
-      {u"-2", u"Entire Document", "anywhere after the beginning."}};
+      {u"-2", u"Entire Document", "The ending may be anywhere after the beginning."}};
   for (const auto& [distance, unit, sentence] : distances) {
     list(u"cboxNumberDistanceApart").enter(distance);
     choose(u"cboxUnitDistanceApart", unit);

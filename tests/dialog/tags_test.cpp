@@ -19,6 +19,12 @@ TEST(Tags, TellWhereAFaultCameFrom) {
   frmProcessing dialog(work.engine);
   work.ask({.begin = u"A\rA", .operation = engine::kHighlight, .confirmEach = true, .liftLimits = true});
   std::int32_t index = 0;
+  const auto withoutForms = [&](const std::function<void()>& doing) {
+    dialog.Visible(true);
+    work.forms.changes = [](forms::Form&) { throw errors::outOfMemory(); };
+    doing();
+    work.forms.changes = nullptr;
+  };
   const struct {
     const char* report;
     std::function<void()> doing;
@@ -40,11 +46,10 @@ TEST(Tags, TellWhereAFaultCameFrom) {
       {"91 cpf:45a", [&] { work.engine.MultiPLUVO_CloseFile(); }},
       {"91 cpf:45b", [&] { work.engine.MultiPLUVO_OpenNextFile({u"a"}, index); }},
       {"91 cpf:40", [&] { work.engine.BrowseForFolder(); }},
-      {"7 fproc:01", [&] {
-         dialog.Visible(true);
-         work.forms.changes = [](forms::Form&) { throw errors::outOfMemory(); };
-         dialog.MultiProcess({});
-       }}};
+      {"7 fproc:01", [&] { withoutForms([&] { dialog.MultiProcess({}); }); }},
+      {"7 fproc:02", [&] { withoutForms([&] { dialog.SingleProcess(); }); }},
+      {"7 fproc:04", [&] { withoutForms([&] { dialog.cmdPerform.press(); }); }},
+      {"7 fproc:05", [&] { withoutForms([&] { dialog.cmdSkip.press(); }); }}};
   for (const auto& it : cases) {
     word->calls.refused = it.refused;
     word->hasDocument = it.hasDocument;

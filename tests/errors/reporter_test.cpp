@@ -2,11 +2,17 @@
 #include "base/text.h"
 #include "errors/clsErrorLogging.h"
 #include "errors/context.h"
+#include "errors/guarded.h"
+#include "errors/problem.h"
+#include "errors/reports.h"
 #include "report_text.h"
 #include "storage/files/scratch.h"
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <new>
+#include <stdexcept>
 #include <vector>
 
 namespace pluvo::errors {
@@ -34,6 +40,37 @@ class Reporter : public testing::Test {
   Context context;
   clsErrorLogging& reporter() { return *context.reporter; }
 };
+
+TEST(Guarded, ReportsWhateverIsThrownUnderItsTag) {
+  const struct {
+    std::function<void()> doing;
+    const char* report;
+    const char16_t* text;
+  } cases[] = {{[] { throw objectNotSet(); }, "91 t:01", u"Object variable or With block variable not set"},
+               {[] { throw invalidUseOfNull(); }, "94 t:01", u"Invalid use of Null"},
+               {[] { throw std::bad_alloc(); }, "7 t:01", u"Out of memory"},
+               {[] { throw std::runtime_error("odd"); }, "51 t:01", u"odd"},
+               {[] { throw 1; }, "51 t:01", u"Internal error"}};
+  for (const auto& [doing, report, text] : cases) {
+    WatchedContext watched;
+    EXPECT_EQ(guarded(watched.context, u"t:01", [act = doing] { return act(), 5; }), 0);
+    EXPECT_TRUE(attempt(watched.context, u"t:01", doing));
+    guardedOn(watched.context, doing);
+    EXPECT_EQ(watched.reports, (std::vector<std::string>(3, report)));
+    EXPECT_EQ(watched.context.currentFault.description, text);
+    Context alone;
+    EXPECT_THROW(guarded(alone, u"t:01", doing), Fault) << "there is nobody to report it to";
+  }
+}
+
+TEST(Problems, HaveTheNamesThatScriptsRelyOn) {
+  std::string names;
+  for (int problem = 0; problem <= static_cast<int>(Problem::io); ++problem)
+    names += std::string(nameOf(static_cast<Problem>(problem))) + ' ';
+  EXPECT_EQ(names,
+            "locked read-only password protected signed damaged unsupported encoding too-large temporary "
+            "changed refused io ");
+}
 
 TEST_F(Reporter, WordsAFaultByDetailLevel) {
   const Fault plain(-2146823680, u"It's out", u"Host");

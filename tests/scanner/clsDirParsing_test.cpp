@@ -59,6 +59,8 @@ TEST(Mask, ReadsAsOnWindows) {
                {"", {"a.doc", "a", ".a"}, {}},
                {"*.", {"a", "abc", "a."}, {"a.b", ".a", "a.b.c"}},
                {"a.*", {"a", "a.b", "a.b.c"}, {"ab.c", "ab"}},
+               {"a.?", {"a", "a.b"}, {"a.bc", "ab"}},
+               {"a.", {"a", "a."}, {"a.b", "ab"}},
                {"?.txt", {"a.txt", ".txt"}, {"ab.txt"}},
                {"a??.txt", {"a.txt", "ab.txt", "abc.txt"}, {"abcd.txt", "b.txt"}},
                {"a??", {"a", "ab", "abc"}, {"abcd", "a.b"}},
