@@ -96,13 +96,11 @@ TEST(Saving, LeavesAloneWhatItMayNotOrShouldNotReplace) {
   open("über.txt"), open("~$er.txt");
   open("office.txt"), open(".~lock.office.txt#");
   open("ab.txt"), open("aab.txt"), open("~$ab.txt");
-  const std::pair<std::string, std::string> cases[] = {{"read-only.txt", "read-only: "},
-                                                       {"linked.txt", "read-only: "},
-                                                       {"document.txt", "locked: "},
-                                                       {"brief.txt", "locked: "},
-                                                       {"über.txt", "locked: "},
-                                                       {"office.txt", "locked: "},
-                                                       {"ab.txt", "locked: "}};
+  open("1234567.txt"), open("234567.txt"), open("~$234567.txt");
+  const std::pair<std::string, std::string> cases[] = {
+      {"read-only.txt", "read-only: "}, {"linked.txt", "read-only: "}, {"document.txt", "locked: "},
+      {"brief.txt", "locked: "},        {"über.txt", "locked: "},      {"office.txt", "locked: "},
+      {"ab.txt", "locked: "},           {"1234567.txt", "locked: "}};
   const auto before = scratch.names();
   for (const auto& [name, code] : cases) {
     const std::string path = scratch.path(name);
@@ -124,11 +122,15 @@ TEST(Saving, NamesTheLockFileAndItsOwner) {
     const char* name;
     std::string content;
     const char* said;
-  } cases[] = {{"~$cument.txt", word, "\"~$cument.txt\" beside the document says that J\u00E9 has it open"},
-               {"~$cument.txt", word.substr(0, 57), "that a word processor has"},
-               {"~$cument.txt", "", "that a word processor has"},
-               {".~lock.document.txt#", ",Ann\\, B\x1B,host,;", "that Ann, B has"},
-               {".~lock.document.txt#", ",,host;", "that host has"}};
+  } cases[] = {
+      {"~$cument.txt", word, "\"~$cument.txt\" beside the document says that J\u00E9 has it open"},
+      {"~$cument.txt", word.substr(0, 57), "that a word processor has"},
+      {"~$cument.txt", word.substr(0, 60), "that J\u00E9 has"},
+      {"~$cument.txt", word.substr(0, 54) + '5' + std::string(120, 'A'), "that a word processor has"},
+      {"~$cument.txt", "", "that a word processor has"},
+      {".~lock.document.txt#", ",Ann\\, B\x1B,host,;", "that Ann, B has"},
+      {".~lock.document.txt#", ",,host;", "that host has"},
+      {".~lock.document.txt#", ",Ann\\", "that Ann\\ has"}};
   for (const auto& each : cases) {
     const Scratch scratch;
     scratch.put(each.name, each.content);
@@ -305,6 +307,28 @@ TEST(Saving, ANewFileTakesAFreeNameOnly) {
                errors::DocumentError);
   EXPECT_EQ(scratch.get("a.txt"), kOld);
   EXPECT_THAT(scratch.names(), ElementsAre("a.txt", "b.txt"));
+
+  const auto below = [&](const std::string& name, const std::string& text = kNew) {
+    NewVersion version = versionOf(kNew);
+    if (text != kNew) version.check = versionOf(text).check;
+    return refusalOf([&] {
+      beginCreatingFile(machineFileSystem(), scratch.path("out/" + name), original, stampOf(original),
+                        version, scratch.path("out"))
+          ->finish();
+    });
+  };
+  std::filesystem::create_directories(scratch.path("out/there"));
+  std::filesystem::create_symlink(scratch.path("out/there"), scratch.path("out/link"));
+  EXPECT_EQ(below("there/new/c.txt"), "");
+  EXPECT_EQ(scratch.get("out/there/new/c.txt"), kNew);
+  const std::string no = "is a link or a file where a folder should be, so nothing was written there";
+  const std::pair<std::string, std::string> refused[] = {
+      {"link/c.txt", no},
+      {"there/new/c.txt/c.txt", no},
+      {std::string(300, 'n') + "/c.txt", "io: The folder \"" + scratch.path("out/nn")}};
+  for (const auto& [name, said] : refused) EXPECT_THAT(below(name), testing::HasSubstr(said));
+  EXPECT_EQ(below("d.txt", "another"), "io: differs");
+  EXPECT_FALSE(std::filesystem::exists(scratch.path("out/d.txt")));
 }
 
 /// Somebody whom permissions bind, for as long as this lives; needs root.
