@@ -5,6 +5,7 @@ import os
 import resource
 import signal
 import subprocess
+import threading
 import time
 from concurrent.futures import ThreadPoolExecutor
 from dataclasses import dataclass, field
@@ -59,7 +60,7 @@ class Trial:
         return tests
 
     def start(self, tests, mutant, seconds, reached=None):
-        """True if all of the tests pass."""
+        """Whether all of the tests pass, and how many seconds of the processor they took."""
         first = tests[0]
         environment = dict(os.environ, PLUVO_MUTANT=str(mutant), QT_QPA_PLATFORM="offscreen", HOME="/tmp/home")
         environment.update(pair.split("=", 1) for pair in first.environment)
@@ -85,17 +86,21 @@ class Trial:
         process = subprocess.Popen(command, cwd=first.folder, env=environment, stdin=subprocess.DEVNULL,
                                    stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, start_new_session=True,
                                    preexec_fn=limits)
-        try:
-            # For one that waits for ever and uses no processor.
-            return process.wait(timeout=20 + 20 * seconds) == 0
-        except subprocess.TimeoutExpired:
-            return False
-        finally:
+
+        def end():
             try:
                 os.killpg(process.pid, signal.SIGKILL)
             except ProcessLookupError:
                 pass
-            process.wait()
+
+        # For one that waits for ever and uses no processor.
+        patience = threading.Timer(30 + 8 * seconds, end)
+        patience.start()
+        _, status, used = os.wait4(process.pid, 0)
+        process.returncode = os.waitstatus_to_exitcode(status)
+        patience.cancel()
+        end()
+        return process.returncode == 0, used.ru_utime + used.ru_stime
 
     def begin(self):
         """Every test alone, unchanged: what it takes and what it reaches."""
@@ -103,9 +108,7 @@ class Trial:
             number, test = pair
             file = self.scratch / f"reached{number}"
             file.write_bytes(bytes(self.count + 1))
-            before = time.monotonic()
-            passed = self.start([test], -1, 300, file)
-            test.seconds = time.monotonic() - before
+            passed, test.seconds = self.start([test], -1, 300, file)
             seen = file.read_bytes()
             test.reached = {i for i, byte in enumerate(seen) if byte}
             file.unlink()
@@ -126,12 +129,12 @@ class Trial:
         # First what caught most so far for its time, and what takes long only with all the others.
         tests.sort(key=lambda t: (-(t.caught + 1) / (t.seconds + 0.05)))
         first = tests[0]
-        if not self.start([first], number, 2 + 5 * first.seconds):
+        if not self.start([first], number, 2 + 5 * first.seconds)[0]:
             first.caught += 1
             return first.name
         for program in sorted({(t.program, t.folder, t.environment) for t in tests[1:]}):
             some = [t for t in tests[1:] if (t.program, t.folder, t.environment) == program]
-            if not self.start(some, number, 2 + 5 * sum(t.seconds for t in some)):
+            if not self.start(some, number, 2 + 5 * sum(t.seconds for t in some))[0]:
                 return Path(program[0]).name
         return None
 
