@@ -16,7 +16,7 @@ struct Story {
 };
 const Story& storyOf(Command command);
 
-/// What follows the command's name where it is typed.
+/// The arguments after the command's name, as they are typed.
 std::string_view usageOf(std::optional<Command> command);
 /// The exit statuses of a command, in one indented line.
 std::string_view exitStatusOf(std::optional<Command> command);

@@ -19,7 +19,7 @@
 namespace pluvo::cli {
 namespace {
 
-// Far beyond any text that is looked for or put in, far below what would trouble the machine.
+// Far beyond any text to be found or put in, far below a size that would trouble the machine.
 constexpr std::size_t kMostBytes = 64U << 20U;
 
 [[noreturn]] void refuse(std::string_view option, const std::string& why) {

@@ -34,8 +34,8 @@ class BesideRuns {
   explicit BesideRuns(Place place);
 
   FolderRun::Place placeOfRuns();
-  /// What is half done in a document is neither saved by a run nor lost: the user decides before it begins.
-  /// Then is told whether it begins.
+  /// A run neither saves half-done work in a document nor loses it: the user decides before it begins. Then
+  /// is told whether it begins.
   void filesChosen(std::vector<std::u16string>& files, const DocumentFiles::Then& then);
   void passBegins();
   /// Tells what the run that has just ended did not reach, over one document or over files.

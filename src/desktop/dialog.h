@@ -23,7 +23,7 @@
 
 namespace pluvo::desktop {
 
-/// The dialog's surroundings in the window.
+/// The dialog's services in the window.
 struct DialogPlace {
   QWidget& window;
   QWidget& container;

@@ -40,7 +40,7 @@ void OpenDocument::prepare() {
   }
   log_.emplace(document_->stories());
   {
-    // What was published before is in it.
+    // It includes changes published before.
     const std::lock_guard lock(mutex_);
     published_.changes.clear();
   }

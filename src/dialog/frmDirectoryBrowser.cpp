@@ -14,7 +14,7 @@ void tolerant(Work work) {
   try {
     work();
   } catch (const errors::Fault&) {  // NOLINT(bugprone-empty-catch)
-    // What cannot be shown is not shown.
+    // A folder that cannot be read is not listed.
   }
 }
 

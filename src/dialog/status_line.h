@@ -12,11 +12,11 @@
 
 namespace pluvo::dialog {
 
-/// The dialog's status line: over what Execute would run, or what has come of the last run, search or save
-/// until the user goes on.
+/// The dialog's status line. It tells what Execute would run, or, until the user goes on, how the last run,
+/// search or save ended.
 class StatusLine {
  public:
-  /// What the last run did not reach; see Surroundings.
+  /// What the last run did not reach; see DialogServices.
   using NotReached = std::function<void(const std::function<void(const std::u16string& sentence)>& told)>;
 
   /// All outlive it, and have their handlers already.

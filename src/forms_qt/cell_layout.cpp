@@ -17,8 +17,8 @@ int wish(const QLayoutItem& item) {
   return label == nullptr ? item.sizeHint().width() : label->fontMetrics().size(0, label->text()).width();
 }
 
-/// An item that remembers what its widget asks for until that changes. Pages pass on no change of what stands
-/// on them, so that they are asked each time.
+/// An item that remembers what its widget asks for until that changes. Pages pass on no change of their
+/// controls, so that they are asked each time.
 std::unique_ptr<QLayoutItem> itemOf(QWidget& widget) {
   if (qobject_cast<QTabWidget*>(&widget) != nullptr) return std::make_unique<QWidgetItem>(&widget);
   return std::make_unique<QWidgetItemV2>(&widget);

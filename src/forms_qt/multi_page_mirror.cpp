@@ -32,8 +32,8 @@ class Scroll final : public QScrollArea {
 
 }  // namespace
 
-/// A page in its tab. Where it is too low for all of the page, the page scrolls, and what is to stay in sight
-/// stands below it.
+/// A page in its tab. Where it is too low for all of the page, the page scrolls. Controls that stay in sight
+/// stand below it.
 class PageView final : public QWidget {
  public:
   PageView(PagePanel& panel, QWidget* parent) : QWidget(parent), panel_(panel), scroll_(*new Scroll(this)) {

@@ -9,8 +9,8 @@
 
 namespace pluvo::forms_win32 {
 
-/// Controls that show together, in their grid. Where its window is too low for them it scrolls, and what is
-/// to stay in sight stands on a strip below.
+/// Controls that show together, in their grid. Where its window is too low for them it scrolls. Controls that
+/// stay in sight stand on a strip below.
 class Panel final : public Receiver {
  public:
   Panel(const std::vector<forms::Control*>& controls, Stage& stage, HWND parent);

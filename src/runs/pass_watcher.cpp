@@ -41,7 +41,7 @@ void PassWatcher::enters(std::int32_t story) {
   place_ = story == 0 ? std::string() : wordsOf(name_);
 }
 
-/// What went wrong elsewhere than in main text says where.
+/// A fault elsewhere than in main text says where.
 Failure PassWatcher::inPlace(const errors::Fault& fault) const {
   Failure failure = failureFrom(fault);
   if (!place_.empty()) failure.message = "In " + place_ + ": " + failure.message;

@@ -172,7 +172,7 @@ class Rc4BySha1 final : public Rc4 {
         verifierAt_(saltSize + 4 + kSalt),
         keySize_(bits / 8) {}
 
-  /// What follows that place, itself included.
+  /// The bytes from that place on.
   static constexpr std::size_t kAfterSalt = 4 + kSalt + kVerifier + 4 + SHA1_DIGEST_SIZE;
 
  protected:

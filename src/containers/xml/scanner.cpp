@@ -32,7 +32,7 @@ constexpr std::size_t kWordSize = sizeof(std::uint64_t);
 /// For names of at most a word, in front of which a word can be read.
 bool sameShortName(const char* one, const char* other, Offset length) {
   static_assert(std::endian::native == std::endian::little);
-  // The words end where the names do, so that what stands in front of these can be shifted out.
+  // The words end where the names do, so that characters in front of the names can be shifted out.
   const std::uint64_t difference =
       load<std::uint64_t>(one + length - kWordSize) ^ load<std::uint64_t>(other + length - kWordSize);
   return difference >> (kWordSize - length) * 8 == 0;

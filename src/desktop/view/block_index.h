@@ -36,7 +36,7 @@ class BlockIndex {
   int height(std::size_t i) const { return blocks_[i].height; }
   bool exact(std::size_t i) const { return blocks_[i].exact; }
   void setHeight(std::size_t i, int height);
-  /// The block at so many pixels from the top; the last one for what lies below.
+  /// The block at so many pixels from the top; the last one for places below it.
   std::size_t atHeight(std::int64_t y);
   /// All heights are guesses again, and blocks are cut as they were at first.
   void forgetHeights();

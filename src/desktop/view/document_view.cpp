@@ -173,7 +173,7 @@ void DocumentView::zoomBy(int steps) {
 
 // Scrolling.
 
-/// Brings the scroll bar up to date with what is in sight.
+/// Brings the scroll bar up to date with the lines in sight.
 void DocumentView::updateBar() {
   if (!column_->isThere() || std::exchange(updatingBar_, true)) return;
   const Column::Bar now = column_->bar();

@@ -58,7 +58,7 @@ bool LayoutMaker::goesOn(Span span) const {
   return !story_.endsParagraph(span.to - 1) && span.to < story_.length();
 }
 
-/// Where the line begins that holds the end of a part of a paragraph. What follows decides where lines break.
+/// Where the line begins that holds the end of a part of a paragraph. Later text decides where lines break.
 Position LayoutMaker::lineStartAtEnd(Span part, Column column) const {
   constexpr Position kAhead = 1024;
   const Position most = std::min(part.to + kAhead, story_.length());

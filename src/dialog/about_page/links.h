@@ -13,7 +13,7 @@ namespace pluvo::dialog {
 /// The labels that open documents and the product's web page.
 class Links {
  public:
-  /// The program's own documents: where they lie, and how one is shown; see Surroundings.
+  /// The program's own documents: where they lie, and how one is shown; see DialogServices.
   struct OwnDocuments {
     std::u16string folder;
     std::function<void(const std::u16string& path)> show;

@@ -12,7 +12,7 @@ constexpr const char16_t* kUnknown = u"..{Unknown text}..";
 constexpr char16_t kLineEnd = 13;
 constexpr char16_t kSeenMark = u'\u00B6';
 
-/// What follows stands on the next line all the same.
+/// Text after it stands on the next line all the same.
 std::u16string withMark(std::u16string text) {
   if (text.ends_with(kLineEnd)) text.insert(text.size() - 1, 1, kSeenMark);
   return text;

@@ -15,8 +15,8 @@ struct SampleOperation {
   std::u16string colour;  ///< in words; empty removes the colour
 };
 
-/// A block as a sample text: its parts, and what stands between them. The paragraph mark at the end of a part
-/// or of the text put in can be seen.
+/// A block as a sample text: its parts, and the text between them. The paragraph mark at the end of a part or
+/// of the text put in can be seen.
 class SampleText {
  public:
   SampleText(std::u16string begin, std::u16string end, std::u16string inside);

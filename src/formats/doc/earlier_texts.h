@@ -7,8 +7,7 @@
 
 namespace pluvo::doc {
 
-/// Text that no piece uses any more, as a fast save leaves it: what was deleted, and what
-/// was replaced.
+/// Text that no piece uses any more: deleted and replaced text, as a fast save leaves it.
 void forEachEarlierText(const Text& text, const std::function<void(std::u16string_view)>& visit);
 
 }  // namespace pluvo::doc

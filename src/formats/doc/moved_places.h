@@ -17,7 +17,7 @@ class MovedPlaces {
   /// Whether a character goes.
   bool isGone(text::Position at) const;
   bool areGone(text::Span span) const;
-  /// Where a character comes to lie; where what was around it does, if it goes.
+  /// Where a character comes to lie. For one that goes, the place of the text that was around it.
   text::Position character(text::Position at) const;
   /// Where the place between two characters comes to lie: before all that is put there.
   text::Position boundary(text::Position at) const;
@@ -31,7 +31,7 @@ class MovedPlaces {
     text::Position at;
     text::Position come;
     text::Position go;
-    text::Position shift;  ///< of what lies before it
+    text::Position shift;  ///< of the text before it
   };
 
   /// The last change at or before a place, or strictly before it; null where there is none.

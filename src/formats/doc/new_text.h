@@ -12,7 +12,7 @@ namespace pluvo::doc {
 /// Text that comes after all there is in the WordDocument stream, and how it looks.
 ///
 /// A stretch that does not end in a paragraph mark has no end of formatting at its end: this would end a
-/// paragraph there. What follows it lies in the same run, or a mark that no piece stands for.
+/// paragraph there. The next text lies in the same run, or a mark that no piece stands for.
 class NewText {
  public:
   /// The text begins at this byte of the stream.

@@ -15,8 +15,8 @@ inline std::u16string unitsOf(base::ByteSpan bytes) {
   return units;
 }
 
-/// The bytes of the string at a place, with its length in front; the place moves after it. What is cut off
-/// is empty, and the end of the bytes.
+/// The bytes of the string at a place, with its length in front; the place moves after it. A string that is
+/// cut off is empty, and the end of the bytes.
 inline base::ByteSpan nextUnits(base::ByteSpan bytes, std::size_t& at) {
   const std::size_t from = std::min(at + 2, bytes.size());
   const std::size_t size = at + 2 <= bytes.size() ? base::get16(bytes, at) * std::size_t{2} : 0;

@@ -102,7 +102,7 @@ class TableChecker {
     if (places.at == At::fields) checkFields(places, plc);
   }
 
-  /// What must stand at a place, or in front of it.
+  /// The character that must stand at a place, or in front of it.
   void checkCharacter(const Places& places, const Plc& plc, std::size_t i, Position at) {
     const bool isFirst = plc.place(i) == 0;
     switch (places.at) {

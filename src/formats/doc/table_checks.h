@@ -9,7 +9,7 @@
 
 namespace pluvo::doc {
 
-/// Checks the tables that name places in the text: their order, and what stands at the places. Tables that
+/// Checks the tables that name places in the text: their order, and the characters at the places. Tables that
 /// belong together must be of one length. The marks of fields are those in the text, from front to back.
 void checkTables(const Text& text, const PageFacts& facts, const std::vector<FieldMark>& fieldMarks,
                  Defects& defects);

@@ -155,8 +155,8 @@ void TableMover::moveHeaders() {
   tables_.replace(number, moved.bytes(last(Part::headers, plc)));
 }
 
-/// Text that comes where a bookmark begins lies in it, and where it ends after it. What is bookmarked for a
-/// comment ends at the comment's mark.
+/// Text that comes where a bookmark begins lies in it, and where it ends after it. A bookmark of a comment
+/// ends at the comment's mark.
 void TableMover::moveBookmarks(std::size_t begins, std::size_t ends, bool endAtMarks) {
   const auto bookmarks = Bookmarks::in(tables_.old(begins), tables_.old(ends));
   if (!bookmarks) return;

@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-/// Changes to content controls of which the text changes. Properties are what stands between the start tags
-/// of a control and its content, given and returned as bytes.
+/// Changes to content controls of which the text changes. Properties are the bytes between the start tags of
+/// a control and of its content.
 namespace pluvo::docx {
 
 /// Properties that no longer say what the text denies. The control is not bound to data, which would be read

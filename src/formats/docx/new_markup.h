@@ -28,7 +28,7 @@ std::string deletionTag(EditedPart& part, const Markup& markup);
 /// Deleted text beside a deleted mark takes after that.
 void noteDeletion(EditedPart& part, const Properties& paragraph);
 
-/// New text up to a mark, or what follows the last.
+/// New text up to a mark, or the text after the last.
 struct NewLine {
   std::string runs;
   std::uint8_t markColour = 0;

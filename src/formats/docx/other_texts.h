@@ -17,7 +17,7 @@ struct ReadDocument {
 };
 
 /// Tells all texts of the package that its main text does not hold, and those of packages in it. Each part
-/// comes once, in the order of the relationships. What went from main text takes its notes, boxes and
+/// comes once, in the order of the relationships. Text that went from main text takes its notes, boxes and
 /// pictures along.
 void tellOtherTexts(const ReadDocument& document, const document::Story& story, formats::OtherTexts& texts);
 

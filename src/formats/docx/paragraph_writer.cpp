@@ -52,8 +52,8 @@ void ParagraphWriter::enter() {
   part_.output.divertTo(underWay_.content());
 }
 
-/// The paragraph that what was under way belongs to stays, and so it can be written. Until then its content
-/// is gathered there, lest a chain of merged paragraphs be copied again for each.
+/// The paragraph of the content under way stays, and so it can be written. Until then its content is gathered
+/// there, lest a chain of merged paragraphs be copied again for each.
 void ParagraphWriter::writeWhatCame() {
   if (!joins_) return;
   joins_ = false;

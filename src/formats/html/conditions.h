@@ -11,7 +11,7 @@ struct Condition {
   enum class Kind : std::uint8_t {
     none,
     hidden,    ///< "[if E]>…<![endif]": its content is markup where E holds
-    revealed,  ///< what follows it is markup where E holds
+    revealed,  ///< the text after it is markup where E holds
     end,
   };
   Kind kind = Kind::none;

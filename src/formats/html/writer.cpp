@@ -61,7 +61,7 @@ void Writer::blockEnds(const Block& block, Extent endTag) {
     cuts_.add(block.tag, !closed.wasDivided);
     cuts_.add(endTag);
   }
-  // An end tag that is left out divides nothing once what follows is gone.
+  // An end tag that is left out divides nothing once the next element is gone.
   isDivided_ = isDivided_ || !endTag.empty();
   if (block.name == Name::table && endTag.empty()) {
     unclosedTables_ = endTag.begin == lastTableEnd_ ? unclosedTables_ + 1 : 1;
@@ -115,7 +115,7 @@ Place Writer::placeOf(const Paragraph& paragraph) const {
   return place;
 }
 
-/// The paragraphs that end here are written; what follows the last end goes on in the next paragraph.
+/// The paragraphs that end here are written. Text after the last end goes on in the next paragraph.
 void Writer::writePieces(const Place& place) {
   std::vector<Piece>& pieces = text_.pieces();
   const auto ends = [](const Piece& piece) {

@@ -70,7 +70,7 @@ class Writer final : public Events {
     bool lostTable = false;   ///< after which its own end stood
   };
   std::vector<Open> open_{{}};
-  bool isDivided_ = true;  ///< a block's tag lies between the text written last and what comes
+  bool isDivided_ = true;  ///< a block's tag lies between the text written last and the next
 
   std::size_t tablesMet_ = 0;
   std::size_t droppedTable_ = 0;  ///< one more than how many tables were open around it; 0 outside

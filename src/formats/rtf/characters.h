@@ -30,7 +30,7 @@ class OpenEnds {
   std::array<std::size_t, 2> ends_ = {static_cast<std::size_t>(-1), static_cast<std::size_t>(-1)};
 };
 
-/// Makes characters of bytes in a code page, and of numbers with what stands for them in older programs.
+/// Makes characters of bytes in a code page, and of numbers with their stand-ins for older programs.
 class CharacterReader {
  public:
   CharacterReader(Tokens& tokens, const Fonts& fonts, OpenEnds& openEnds)

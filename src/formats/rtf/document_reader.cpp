@@ -18,7 +18,7 @@ class DocumentReader {
 
   ReadDocument read() {
     const std::size_t firstAt = readMainText();
-    // A table of colours after text holds for what follows it.
+    // A table of colours after text holds for the text after it.
     if (read_.old.tables.hasColours && firstAt < read_.old.tables.coloursAt) {
       uncolouredTo_ = read_.old.tables.coloursAt;
       read_ = {};

@@ -9,7 +9,7 @@
 namespace pluvo::rtf {
 
 /// Tells headers, notes, comments and boxes, and what no request reaches: formulas, properties, variables.
-/// What went from main text takes its notes, comments and boxes along.
+/// Text that went from main text takes its notes, comments and boxes along.
 void tellOtherTexts(std::string_view file, const OldDocument& old, const document::Story& mainText,
                     formats::OtherTexts& texts);
 

@@ -11,7 +11,7 @@
 namespace pluvo::rtf {
 
 /// The place of one story's writers in the walk over it. It knows the open groups, the highlight that new
-/// bytes have in each, and what is still to be written.
+/// bytes have in each, and the bytes still to be written.
 class Splicer {
  public:
   /// An open brace, in the old bytes as in the new.

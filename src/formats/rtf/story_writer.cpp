@@ -297,7 +297,7 @@ void StoryWriter::endWithoutBytes(std::size_t at) {
   if (wouldBeLast) out_.put(walker_.state().tableDepth() > 0 ? "\\pard\\par " : "\\par ");
 }
 
-/// Gives fields that end where the document does their braces, for what comes after them.
+/// Gives fields that end where the document does their braces, for bytes that come after them.
 void StoryWriter::closeFields(std::size_t at) {
   if (unclosed_ == 0) return;
   splicer_.copyTo(at);

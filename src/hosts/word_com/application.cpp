@@ -47,8 +47,8 @@ class ComDocuments final : public word::Documents {
     const std::int32_t before = Count();
     const ComMacrosOff macrosOff(application_);
     const Object document = documents_.callObject(L"Open", L"Document", opening(fileName));
-    // Fields, links and conversions change a document while it is opened, and nobody means that. What was
-    // open before may have changes of the user's.
+    // Fields, links and conversions change a document while it is opened, and nobody means that. A document
+    // that was open before may have changes of the user's.
     if (Count() > before) document.put(L"Saved", Arguments().boolean(true));
     return std::make_shared<ComDocument>(document);
   }

@@ -31,7 +31,7 @@ class Variant {
   /// May hold any character, zeros too.
   static Variant text(const std::u16string& value);
 
-  // What came back. Throw Fault kTypeMismatch where it is something else and cannot be changed into it.
+  // The result of a call. Throw Fault kTypeMismatch where it is something else and cannot be changed into it.
   std::int32_t toInteger() const;
   bool toBoolean() const;
   /// No text at all is an empty one.

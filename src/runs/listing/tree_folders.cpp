@@ -24,7 +24,7 @@ std::error_code TreeFolders::forEachEntry(const std::u16string& folder, const Vi
     // A visit that reads other folders leaves this one where it lies.
     std::ranges::for_each(read_[folder] = read(folder), visit);
   }
-  return {};  // what went wrong is in the listing
+  return {};  // the fault is in the listing
 }
 
 std::vector<scanner::Entry> TreeFolders::read(const std::u16string& folder) {

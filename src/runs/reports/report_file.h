@@ -9,8 +9,8 @@
 
 namespace pluvo::runs {
 
-/// The file a report is written into, and a place beside it for what must come later in the file than it is
-/// known. Nothing has the report's name before it is finished.
+/// The file a report is written into. Beside it is a place for text that is known earlier than its turn in
+/// the file. Nothing has the report's name before it is finished.
 class ReportFile {
  public:
   /// Throws CannotBegin where the file cannot be made.

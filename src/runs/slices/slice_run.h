@@ -21,7 +21,7 @@ class SliceRun {
   SliceRun(files::FileSystem& system, const std::vector<NamedDocument>& documents,
            journal::SliceRecorder& recorder);
 
-  /// What came of a document before, where it is not to be worked on.
+  /// The earlier outcome of a document that is not to be worked on.
   std::optional<Outcome> earlier(std::size_t document) const;
   /// May be called from several threads.
   void result(std::size_t document, const Outcome& outcome);
@@ -34,7 +34,7 @@ class SliceRun {
   std::unordered_map<std::size_t, Outcome> earlier_;
 };
 
-/// What came of a document as the journal has it; nothing for one that was not worked on.
+/// The outcome of a document as the journal has it; nothing for one that was not worked on.
 std::optional<Outcome> knownOutcome(files::FileSystem& system, const journal::SliceDocument& known);
 
 /// Begins a slice of the plan's run in the journal.

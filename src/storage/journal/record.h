@@ -23,7 +23,7 @@ struct Record {
     ended,     ///< it came to its end
     listed,    ///< a document of the slice
     intended,  ///< what will have come of a document that is to be replaced
-    result,    ///< what came of a document
+    result,    ///< the outcome of a document
   };
   Kind kind = Kind::command;
   std::string text;          ///< the command, or the document's path

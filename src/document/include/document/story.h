@@ -29,7 +29,7 @@ struct PartCount {
   /// About 400 MB. Sixteen million replaced words make as many.
   static constexpr std::size_t kMost = std::size_t{1} << 25U;
   std::size_t most = kMost;
-  std::int64_t broughtIn = 0;  ///< less than none where edits joined what was apart
+  std::int64_t broughtIn = 0;  ///< less than none where edits joined parts
 };
 
 /// A text of a document under edit, main text or another. Its layers say what each character looks like and

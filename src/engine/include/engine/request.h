@@ -47,8 +47,8 @@ struct Request {
 /// A text as a pass searches for it; a line end is one character 13.
 struct SearchedText {
   std::u16string full;
-  /// What is looked for; where it is found, the document is compared with the full text, capitals too. Empty
-  /// where the text is not asked for.
+  /// The text to be looked for. Where it is found, the document is compared with the full text, capitals too.
+  /// Empty where the text is not asked for.
   std::u16string search;
 
   bool cut() const { return search.size() < full.size(); }

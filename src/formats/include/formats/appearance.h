@@ -4,8 +4,8 @@
 
 namespace pluvo::formats {
 
-/// How a character looks besides highlight and visibility, so far as a window on the document shows it. What
-/// belongs to a paragraph is told with each of its characters; its mark's word counts.
+/// How a character looks besides highlight and visibility, so far as a window on the document shows it. The
+/// looks of a paragraph are told with each of its characters; its mark's word counts.
 struct Appearance {
   enum class Alignment : std::uint8_t { start, centre, end };
 

@@ -88,8 +88,8 @@ struct Opened {
   Hint again = {};
 };
 
-/// One way of storing documents in files. Readers treat every byte as hostile: bounds, sizes, depths and
-/// ratios are checked, and what cannot be read is a errors::DocumentError.
+/// One way of storing documents in files. Readers treat every byte as hostile: they check bounds, sizes,
+/// depths and ratios. A file that cannot be read is an errors::DocumentError.
 class Format {
  public:
   virtual ~Format() = default;

@@ -35,8 +35,8 @@ struct GridPlace {
 std::vector<Cell> inOneColumn(std::vector<Cell> cells);
 
 /// The arithmetic of forms' grid, the same for all renderers. It has twelve columns of equal width. Rows are
-/// as high as their items ask for at that width, and growing rows share the rest. A heading is nearer to what
-/// it heads than to what stands above it.
+/// as high as their items ask for at that width, and growing rows share the rest. A heading is nearer to the
+/// cells below it than to those above.
 class CellGrid {
  public:
   CellGrid(std::vector<GridItem> items, int columnGap, int rowGap);

@@ -56,8 +56,8 @@ class QtForms final : public forms::FormHost {
   /// then acts.
   std::function<void(const forms::Form&)> windowStateChanged;
 
-  /// The window of a form, or, where it stands in a container, what was put in there. Nothing before the form
-  /// was first shown.
+  /// The window of a form, or the widget that stands for it in a container. Nothing before the form was first
+  /// shown.
   QWidget* windowOf(const forms::Form& form) const;
 
  private:

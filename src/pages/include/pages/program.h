@@ -27,7 +27,7 @@ enum class Operand { document, requests, command, run };
 struct Command {
   std::string name;
   std::string summary;
-  std::string usage;     ///< what follows the name in a line of usage
+  std::string usage;     ///< the arguments in a line of usage
   std::string about;     ///< sentences
   std::string examples;  ///< lines; a line indented by two is a command, by more a remark on it
   std::vector<Operand> operands;

@@ -24,7 +24,7 @@ struct PastRun {
   std::int64_t begun = 0;    ///< in seconds since 1970
 };
 
-/// What came of a document when its run was taken back.
+/// The outcome for a document when its run was taken back.
 struct TakenBack {
   std::string path;
   bool asBefore = false;  ///< it was already

@@ -62,8 +62,8 @@ struct Ended {
 };
 
 /// Works on every document of the plan, several at the same time unless questions are asked, and tells the
-/// face what came of each. A document that fails is told of and the rest go on. Throws CannotBegin before
-/// anything is opened.
+/// face each outcome. A document that fails is told of and the rest go on. Throws CannotBegin before anything
+/// is opened.
 Ended run(const Plan& plan, Face& face, files::FileSystem& system);
 
 }  // namespace pluvo::runs

@@ -18,15 +18,15 @@ namespace pluvo::text {
 /// places one after the other costs no more than walking from one to the next. May be used by several
 /// threads.
 ///
-/// The bytes may lie in a file that another program writes into. What is read then is no longer the text, but
-/// it lies within the bytes, and as many units are given as were asked for.
+/// The bytes may lie in a file that another program writes into. A reader then gets something other than the
+/// text, but of bytes in the file, and as many units as it asked for.
 class Utf8Text {
  public:
   using Bytes = std::span<const std::uint8_t>;
 
   /// Facts about bytes, from one look at them as UTF-8.
   struct Survey {
-    bool valid = false;  ///< they are UTF-8; what follows is known only then
+    bool valid = false;  ///< they are UTF-8; the fields below are known only then
     bool ascii = false;
     bool zeros = false;
     std::size_t lineFeeds = 0;  ///< alone

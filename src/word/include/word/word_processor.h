@@ -240,13 +240,13 @@ class Application {
   // kind.
   /// All edits until the result is destroyed are one step to undo.
   virtual std::unique_ptr<Batch> beginUndoStep() { return nullptr; }
-  /// The word processor adds nothing of its own to what is edited meanwhile and, unless it is to be seen,
-  /// need not draw it.
+  /// Meanwhile the word processor adds nothing of its own to edited text. It need not draw the text, unless
+  /// the user is to see it.
   virtual std::unique_ptr<Batch> beginEdits(bool seen) {
     static_cast<void>(seen);
     return nullptr;
   }
-  /// In the middle of edits the user is asked or told something: what was done so far is drawn.
+  /// In the middle of edits the user is asked or told something: the edits so far are drawn.
   virtual std::unique_ptr<Batch> showEdits() { return nullptr; }
 };
 

@@ -77,8 +77,8 @@ struct Change {
 };
 
 /// Writes the file anew with these streams changed, front to back. The directory keeps its entries with their
-/// ids, names, classes, times and tree; every other stream keeps its contents. What nothing uses is zeros:
-/// the rest of sectors, unused entries, what was deleted.
+/// ids, names, classes, times and tree; every other stream keeps its contents. Unused bytes are zeros: the
+/// rest of sectors, unused entries, deleted streams.
 ///
 /// Needs memory for a stream that lies in several pieces. Each stream may be named once. Throws
 /// errors::DocumentError: damaged (a stream that cannot be read), tooLarge (beyond 2 GiB).

@@ -20,8 +20,8 @@ namespace pluvo::files {
 /// it may leave one at any moment. Its name is "~pluvo-", sixteen hexadecimal digits and ".tmp". It may be
 /// deleted, unless the original was to be kept (Keeping; the journal sees to its own). An owner or group that
 /// the user may not give away becomes the user's own, without new rights for others. A changed group has the
-/// rights of everybody else. What lets a program do more than its user (set-id bits, capabilities) does not
-/// pass to a new version.
+/// rights of everybody else. Rights that let a program do more than its user (set-id bits, capabilities) do
+/// not pass to a new version.
 ///
 /// A version is later than the original by its time of last change, if only by the disk's smallest step. So
 /// size and time tell one from the other.
@@ -65,8 +65,8 @@ class Keeping {
 /// The contents of a new version, and their check.
 struct NewVersion {
   std::function<void(base::Output&)> write;
-  /// Given the version as read back from the disk. Throws errors::DocumentError where that is not what was
-  /// meant. Like what follows, it may be called when the document is closed.
+  /// Given the version as read back from the disk. Throws errors::DocumentError where that is not the version
+  /// meant. Like the functions below, it may be called when the document is closed.
   std::function<void(const base::Bytes&)> check;
   /// Called when the new version is written and checked, before it takes the place of the original. The
   /// original stays if this throws. Null where nothing is kept.

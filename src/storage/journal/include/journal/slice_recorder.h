@@ -26,7 +26,7 @@ class SliceRecorder final : public Recorder {
   void list(const std::vector<SliceDocument>& documents);
   /// What earlier attempts left of a document, before this one began; nothing where it is to be worked on.
   std::optional<SliceDocument> earlier(const std::string& key) const;
-  /// What came of a document. Throws std::system_error.
+  /// Records the outcome of a document. Throws std::system_error.
   void result(const std::string& key, const std::string& outcome);
   /// All documents have results.
   void end();
