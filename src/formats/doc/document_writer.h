@@ -32,8 +32,8 @@ void requireChangeable(const Text& text, const Text* glossary);
 
 /// Carries the edits of a document over to its streams, as a fast save of a word processor does. New text and
 /// new pages of formatting come after the old bytes, and the table of pieces leads to them. Bytes that stay
-/// in use stay where they are; those of deleted text become zeros. In the Data stream those of pictures and of
-/// what fields keep become zeros, too.
+/// in use stay where they are; those of deleted text become zeros. In the Data stream those of pictures and
+/// of what fields keep become zeros, too.
 ///
 /// A template's glossary lies in the same streams, and has its formatting in the same pages; null where there
 /// is none. Throws errors::DocumentError.

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "dialog/frmFAR.h"
 #include "dialog/dialog_services.h"
+#include "dialog/frmFAR.h"
 
 #include <memory>
 #include <string>
