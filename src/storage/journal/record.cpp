@@ -76,8 +76,9 @@ bool readOfSlice(const std::vector<std::string_view>& words, Record& record) {
   if (words.back() != kEnd) return false;
   const auto moreIn = [&](std::size_t at) {
     auto more = unescaped(words[at]);
-    if (more) record.more = *std::move(more);
-    return more.has_value();
+    if (!more) return false;
+    record.more = *std::move(more);
+    return true;
   };
   if (words[0] == kBegun) {
     record.kind = Record::Kind::begun;

@@ -129,9 +129,11 @@ void SliceRecorder::list(const std::vector<SliceDocument>& documents) {
 
 std::optional<SliceDocument> SliceRecorder::earlier(const std::string& key) const {
   const SliceProgress::Document* const known = progress_->find(key);
-  if (known == nullptr || (known->outcome.empty() && !known->intended)) return std::nullopt;
-  const bool isUnclear = known->intended != nullptr;
-  return SliceDocument{key, known->name, isUnclear ? known->intended->more : known->outcome, isUnclear};
+  if (known == nullptr) return std::nullopt;
+  if (const Record* const intended = known->intended.get(); intended != nullptr)
+    return SliceDocument{key, known->name, intended->more, true};
+  if (known->outcome.empty()) return std::nullopt;
+  return SliceDocument{key, known->name, known->outcome, false};
 }
 
 void SliceRecorder::result(const std::string& key, const std::string& outcome) {
