@@ -49,14 +49,9 @@ class FieldsUnderEdit {
 /// A part under edit, or the piece of it that holds one story: the facts known of it, the edits to be made,
 /// and the result so far. The writers of its runs, paragraphs, fields and tables share it.
 struct EditedPart {
-  EditedPart(base::ByteSpan bytes, const BodyMap& bodyMap, const document::Story& edited, EditScript steps,
-             Identifiers& ids)
-      : size(bytes.size()),
-        map(bodyMap),
-        story(edited),
-        script(std::move(steps)),
-        output(bytes),
-        identifiers(ids) {}
+  EditedPart(base::ByteSpan bytes, const BodyMap& bodyMap, const document::Story& edited,
+             const EditScript& steps, Identifiers& ids)
+      : size(bytes.size()), map(bodyMap), story(edited), script(steps), output(bytes), identifiers(ids) {}
 
   std::uint8_t colourAt(Position at) const { return story.highlight().valueAt(at); }
 

@@ -32,7 +32,7 @@ Rewriter::Rewriter(base::ByteSpan bytes, const std::string& partName, Reach reac
                    Identifiers& identifiers)
     : originalHighlight_(originalHighlight),
       departed_(departed),
-      part_(bytes, map, story, std::move(script), identifiers),
+      part_(bytes, map, story, script, identifiers),
       walker_(bytes, partName, *this, reach, xml::Swept::yes, Told::bytes),
       opens_(part_, walker_.scanner(), std::move(placeholderStyle)),
       runs_(part_, opens_),
@@ -96,7 +96,7 @@ void Rewriter::jumpTowards(Position position) {
   }
   if (place.offset <= walker_.offset()) return;
   part_.script.take(place.position, [](const Step&) {});
-  part_.output.settle(place.offset);
+  part_.output.commitTo(place.offset);
   walker_.resumeAt(place.offset, place.position);
 }
 
@@ -161,7 +161,7 @@ void Rewriter::passedAlternative(Extent extent) {
 void Rewriter::marker(const Marker& marker) {
   enterParagraph();
   const bool goes = departed_.goes(marker);
-  // Where text is on its way into the next paragraph, what follows it has to stay after it.
+  // Where text is on its way into the next paragraph, the content after it has to stay after it.
   const bool comesAlong = !opens_.inParagraph() && !underWay_.content().empty();
   if (!goes && !comesAlong) {
     opens_.back().markers += part_.output.source(marker.extent);

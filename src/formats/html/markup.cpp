@@ -22,7 +22,7 @@ void Markup::copyTo(std::size_t to) {
   constexpr std::size_t kWorthAPiece = 1024;
   if (to <= out_.copied()) return;
   if (to - out_.copied() >= kWorthAPiece) {
-    out_.settle(to);
+    out_.commitTo(to);
   } else {
     out_.copyTo(to);
   }

@@ -17,7 +17,7 @@ bool hasLook(const Piece& mark) { return mark.colour != 0 || mark.isHidden || ma
 void ParagraphEnds::begin() { isDue_ = afterSection_ = wasDivided_ = false; }
 
 void ParagraphEnds::take(const Piece& mark) {
-  settle();
+  writeDue();
   isDue_ = true;
   due_ = mark;
 }
@@ -39,17 +39,17 @@ void ParagraphEnds::copyDue() {
   isDue_ = false;
 }
 
-void ParagraphEnds::settle() {
+void ParagraphEnds::writeDue() {
   if (!isDue_) return;
   isDue_ = false;
-  if (line_.keepsBlanks(due_.inlines)) return settleLineEnd();
+  if (line_.keepsBlanks(due_.inlines)) return writeDueLineEnd();
   divide();
   line_.isOpen = false;
   line_.folds = true;
   line_.isClean = line_.isBeside = line_.afterInvalid = false;
 }
 
-void ParagraphEnds::settleLineEnd() {
+void ParagraphEnds::writeDueLineEnd() {
   Markup& markup = line_.markup;
   const bool isOld = hasBytes(due_) && due_.isOld;
   const bool wasClean = line_.isClean;

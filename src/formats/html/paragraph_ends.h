@@ -22,13 +22,13 @@ class ParagraphEnds {
   bool isDueAsItWas() const;
   /// Those bytes are copied with the ones after them.
   void copyDue();
-  /// The next piece belongs to the next paragraph.
-  void settle();
+  /// Writes the end that waits: the next piece belongs to the next paragraph.
+  void writeDue();
   /// The page's own end follows.
   void finish();
 
  private:
-  void settleLineEnd();
+  void writeDueLineEnd();
   void divide();
   void putEmpty();
   void putLook(std::int32_t inlines);

@@ -133,7 +133,7 @@ void ParagraphWriter::arriveAt(const Piece& piece) {
   before.bytes.end = piece.bytes.begin;
   const bool leadsThere = piece.inlines == piece.here && line_.markup.addsTo(piece.here, piece.colour);
   if (!piece.isOld || !leadsThere || !copyThrough(before)) {
-    ends_.settle();
+    ends_.writeDue();
     if (piece.isOld) line_.markup.leaveOutTo(piece.bytes.begin);
   }
   const bool isNatural = piece.colour == line_.stateOf(piece.here).colour;
@@ -236,7 +236,7 @@ void ParagraphWriter::writeNew(const Piece& piece) {
     end.colourWas = 0;
     end.isOld = false;
     ends_.take(end);
-    // What follows goes after it, and no old tag does.
+    // New content goes after it, and no old tag does.
     line_.isClean = false;
     rest.remove_prefix(mark + 1);
   }

@@ -34,17 +34,17 @@ class AppearanceReader final : public Events {
     add(character.units());
     switch (character.kind) {
       case Kind::cell:
-        settle(character.depth == 1 ? cellWidth(cell_++) : std::uint16_t{0});
+        endParagraph(character.depth == 1 ? cellWidth(cell_++) : std::uint16_t{0});
         break;
       case Kind::row:
-        settle(0);
+        endParagraph(0);
         if (character.depth == 1) cell_ = 0;
         break;
       case Kind::section:
-        settle(0);
+        endParagraph(0);
         break;
       case Kind::paragraph:
-        settle(character.depth == 1 ? cellWidth(cell_) : std::uint16_t{0});
+        endParagraph(character.depth == 1 ? cellWidth(cell_) : std::uint16_t{0});
         break;
       default:
         break;
@@ -76,7 +76,7 @@ class AppearanceReader final : public Events {
 
   void end(std::size_t) override {
     if (map_.endsWithoutBytes) add(1);
-    settle(0);
+    endParagraph(0);
   }
 
  private:
@@ -104,7 +104,7 @@ class AppearanceReader final : public Events {
     return static_cast<std::uint16_t>(std::clamp<std::int64_t>(edges_[cell] - from, 0, 0xFFFF));
   }
 
-  void settle(std::uint16_t width) {
+  void endParagraph(std::uint16_t width) {
     const State& state = walker_.state();
     for (const Run& run : paragraph_) {
       Appearance look = run.look;

@@ -93,13 +93,13 @@ void TextReader::character(const Character& character) {
   addPiece(character);
   switch (character.kind) {
     case Kind::paragraph:
-      if (character.depth == 0) settle();
+      if (character.depth == 0) handOn();
       break;
     case Kind::section:
-      settle();
+      handOn();
       break;
     case Kind::row:
-      if (character.depth == 1) settle();
+      if (character.depth == 1) handOn();
       break;
     default:
       break;
@@ -107,15 +107,15 @@ void TextReader::character(const Character& character) {
 }
 
 /// Hands on the kept text.
-void TextReader::settle() {
-  settleMarks();
+void TextReader::handOn() {
+  decideMarks();
   play();
 }
 
 /// From the end to the front: a paragraph lies in the deepest table of which a row ends after it. Cells of
-/// which no row ends are paragraphs. Depths in which none ends are passed over; what is new there could not
-/// say in which table it lies.
-void TextReader::settleMarks() {
+/// which no row ends are paragraphs. Depths in which none ends are passed over. New text there could not say
+/// in which table it lies.
+void TextReader::decideMarks() {
   std::vector<std::uint16_t> ending;
   bool isGapped = false;
   for (auto piece = pieces_.rbegin(); piece != pieces_.rend(); ++piece) {
@@ -257,7 +257,7 @@ void TextReader::playRowMark(const Piece& piece) {
 }
 
 void TextReader::end(std::size_t at) {
-  settle();
+  handOn();
   goToDepth(0);
   if (endsInMark_) return;
   Look look = lookAt(at);

@@ -100,8 +100,8 @@ class TextReader final : public Events {
   bool isTold(Word group);
   void add(std::u16string_view units, const document::Look& look);
   void addPiece(const Character& character);
-  void settle();
-  void settleMarks();
+  void handOn();
+  void decideMarks();
   void lock();
   std::int8_t lockFor(std::int8_t& restriction, const char* sentence);
   void play();

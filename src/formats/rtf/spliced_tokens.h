@@ -19,7 +19,7 @@ inline bool endsInCutByte(std::string_view bytes) {
   return slashes % 2 == 1;
 }
 
-/// Old bytes and new ones, joined so that no control word runs into what is put after it.
+/// Old bytes and new ones, joined so that no control word runs into the bytes after it.
 class SplicedTokens {
  public:
   /// From there on.
@@ -47,7 +47,7 @@ class SplicedTokens {
     isSeam_ = false;
     constexpr std::size_t kWorthAPiece = 1024;
     if (to - bytes_.copied() >= kWorthAPiece) {
-      bytes_.settle(to);
+      bytes_.commitTo(to);
     } else {
       bytes_.copyTo(to);
     }

@@ -96,7 +96,7 @@ TEST(Twins, aPartGatheredInOnePieceIsTheSame) {
       for (PartOutput* output : {&pieces, &gathered}) {
         if (kind == 0) output->copyTo(at);
         if (kind == 1) output->leaveOutTo(at);
-        if (kind == 2) output->settle(at);
+        if (kind == 2) output->commitTo(at);
         if (kind == 3) output->text() += put;
       }
     }

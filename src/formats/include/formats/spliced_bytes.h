@@ -10,8 +10,8 @@
 
 namespace pluvo::formats {
 
-/// Bytes that are changed in place, front to back: stretches of the old ones and new text. What is not yet
-/// settled can be taken back.
+/// Bytes that are changed in place, front to back: stretches of the old ones and new text. Bytes that are
+/// not yet committed can be taken back.
 template <class Offset>
 class SplicedBytes {
  public:
@@ -31,7 +31,7 @@ class SplicedBytes {
     copied_ = to;
   }
   void leaveOutTo(Offset to) { copied_ = std::max(copied_, to); }
-  /// New text, and old bytes copied since the last settling.
+  /// New text, and old bytes copied since the last commitTo().
   std::string& text() { return *into_; }
 
   /// To be called first where so much is new that the old bytes between are better gathered with it.
@@ -45,17 +45,17 @@ class SplicedBytes {
   void comeBack() { into_ = &text_; }
 
   /// Copies the old bytes up to here, as a rule without gathering them, for good.
-  void settle(Offset to) {
+  void commitTo(Offset to) {
     if (gathersAll_) return copyTo(to);
-    if (text_.size() > settled_) pieces_.push_back({true, settled_, text_.size()});
-    settled_ = text_.size();
+    if (text_.size() > committed_) pieces_.push_back({true, committed_, text_.size()});
+    committed_ = text_.size();
     if (to > copied_) pieces_.push_back({false, copied_, to});
     copied_ = std::max(copied_, to);
   }
 
   /// The new bytes. The spans hold as long as this and the old ones.
   std::vector<base::ByteSpan> finish() {
-    settle(static_cast<Offset>(source_.size()));
+    commitTo(static_cast<Offset>(source_.size()));
     if (gathersAll_) pieces_.push_back({true, 0, text_.size()});
     std::vector<base::ByteSpan> spans;
     for (const Piece& piece : pieces_) {
@@ -78,7 +78,7 @@ class SplicedBytes {
   std::string text_;
   std::string* into_ = &text_;
   bool gathersAll_ = false;
-  std::size_t settled_ = 0;
+  std::size_t committed_ = 0;
   std::vector<Piece> pieces_;
 };
 
