@@ -141,7 +141,7 @@ class Agile final : public PackageEncryption {
         keyedHash(*manner.hash, hashKey, encrypted) == plain(info_.integrityValue(), kIntegrityValue);
     base::wipe(hashKey);
     if (!isWhole)
-      throw damagedEncryption("its contents are not what was encrypted, or somebody changed them");
+      throw damagedEncryption("its contents were changed after they were encrypted, or are not sound");
   }
 
   Octets version_;
@@ -150,6 +150,8 @@ class Agile final : public PackageEncryption {
 
 }  // namespace
 
-std::unique_ptr<PackageEncryption> agileEncryption(base::Bytes info) { return std::make_unique<Agile>(info); }
+std::unique_ptr<PackageEncryption> agileEncryption(const base::Bytes& info) {
+  return std::make_unique<Agile>(info);
+}
 
 }  // namespace pluvo::encryption

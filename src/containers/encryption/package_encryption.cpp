@@ -57,7 +57,7 @@ std::unique_ptr<PackageEncryption> PackageEncryption::from(base::Bytes info) {
   if (bytes.size() < kVersionSize) throw damagedEncryption("what tells its encryption is cut off");
   const unsigned major = base::get16(bytes, 0);
   const unsigned minor = base::get16(bytes, 2);
-  if (major == 4 && minor == 4) return agileEncryption(std::move(info));
+  if (major == 4 && minor == 4) return agileEncryption(info);
   if (major >= 2 && major <= 4 && minor == 2) return standardEncryption(std::move(info));
   if ((major == 3 || major == 4) && minor == 3)
     throw unknownEncryption("an extension (extensible encryption)");

@@ -7,7 +7,7 @@
 namespace pluvo::encryption {
 
 /// The two ways, from the whole stream "EncryptionInfo". They throw as PackageEncryption::from does.
-std::unique_ptr<PackageEncryption> agileEncryption(base::Bytes info);
+std::unique_ptr<PackageEncryption> agileEncryption(const base::Bytes& info);
 std::unique_ptr<PackageEncryption> standardEncryption(base::Bytes info);
 
 /// How the stream begins, whatever the way.

@@ -127,6 +127,7 @@ void EncryptedStreams::rewrite(const cfb::CompoundFile& file, std::span<const cf
     encrypted.emplace_back(*sets, std::move(anew));
   }
   std::vector<cfb::Change> all;
+  all.reserve(encrypted.size() + changes.size());
   for (const auto& [id, bytes] : encrypted) all.push_back({id, {base::ByteSpan(bytes)}});
   for (const cfb::Change& change : changes) {
     if (std::ranges::find(all, change.stream, &cfb::Change::stream) == all.end()) all.push_back(change);

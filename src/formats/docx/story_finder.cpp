@@ -229,7 +229,7 @@ std::shared_ptr<const std::string> StoryFinder::scope() {
       appendEscaped(tag, uri);
       tag += '"';
     }
-    const auto made =
+    auto made =
         std::make_shared<const std::string>(tag + (walker().preserves() ? " xml:space=\"preserve\">" : ">"));
     if (walker().preserves()) return made;
     known = made;

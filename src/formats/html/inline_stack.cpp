@@ -92,7 +92,7 @@ void InlineStack::endBlock(std::int32_t topAtBegin, bool isCell) {
 }
 
 void InlineStack::forget(std::size_t from) {
-  const auto needed = static_cast<std::size_t>(top() + 1);
+  const std::size_t needed = open_.empty() ? 0 : static_cast<std::size_t>(open_.back()) + 1;
   const std::size_t kept = std::max(from, needed);
   if (kept < all_.size()) all_.resize(kept);
 }

@@ -59,18 +59,18 @@ inline std::vector<Vector> vectors() {
   struct Agile {
     const char* cipher;
     int bits;
+    int hashSize;
     const char* hash;
     const char* chaining;
-    int hashSize;
     std::vector<std::string> values;
     const char* package;
   };
   const Agile all[] = {
       {"AES",
        256,
+       64,
        "SHA512",
        "CBC",
-       64,
        {"pU3KGCUwux1tEyze1iN7Lg==",
         "dpmp/I8PwqSERaJycyvg/WZkyl/aJ6u+PQeiQRMrbsOrruwcs6E9DH8KMbscmTYDW721MpHmkY8e7qmrqqkodA==",
         "3ei39eNlBtBkmPXll7C1dlHybWBmDQvXruoVBd6gLJbq/tzX7CZJn5p4IToeQ7/SUTg33d/wBrrk8Z53Ix7ARw==",
@@ -80,9 +80,9 @@ inline std::vector<Vector> vectors() {
        "FgAAAAAAAACItDrQ+VqBLy4uf6Wcm7ySe6JNbUvUUT8pZ4jsBENXTw=="},
       {"AES",
        128,
+       20,
        "SHA1",
        "CBC",
-       20,
        {"TTO6DSRqwEyBsbryPjv57g==", "AvpfB3bZ9JjmfM+AuTuutUxnj4eJqO+zSjt2AwdH1ws=",
         "p9jcBaXzFQSf3+W74rWIpAYbZiC/rz4MBND3ReS10us=", "9fefK0k0r4f1UgtpuUsNmA==",
         "aeLaoorvTZSTqVCJZKbOfw==", "I0P7PkLMsSXyOjnOxYDGuzDyr5wNs1M5Qqsj1dE/Yko=",
@@ -90,9 +90,9 @@ inline std::vector<Vector> vectors() {
        "FgAAAAAAAAAZkRwsFno2SSrcogUKiqWJt9Y9P0yc8QmDpjevkHKScg=="},
       {"AES",
        192,
+       48,
        "SHA384",
        "CBC",
-       48,
        {"QQ5N7krys09DCgc0R95jbA==", "slNi/IFDdB0CXJpx1N3bnZ+lyQ4gO/Jp+UMFEPjJs9HMJlKRHtHRCSYO9ETDp9jI",
         "CCtuKGFcYmYxZ1WWnOtN81+tk1IGqQAeUihF8PrtvzjgXDPrAf34UgncIo6H/rVi", "DoBslXumhNZDH7Xq10JNCQ==",
         "geiDGNVA7e0n+cF8xYhELg==", "m4rpHBveOZ5aLld8CG/tS5Y4nNp2W/ULW57iGlgO1PHdYHfDvCUrsKeZ5hrwfkHz",
@@ -100,9 +100,9 @@ inline std::vector<Vector> vectors() {
        "FgAAAAAAAADD1xDVwajI6Z6SggFWO897HJq8NcQt0D+Ms9tBKOjJLA=="},
       {"AES",
        256,
+       32,
        "SHA256",
        "CFB",
-       32,
        {"TP2nLY4dXdkliQgthSpxIg==", "9ngMdEP6jxdP52DDgo5/X9sbkqh5elSdPriUiZ0DXVs=",
         "tSJuu8tj28bcgfgN+PDXLajRfJYtyEKme6+jQgpxjn4=", "hz7oBa3ViUIWejhShhlcZw==",
         "Ur7s4lZw1qHVsWgn5d41+g==", "eHCM8eWRkSX5y6Kzq2QGPy0mTfEMJutDV6UJyidJ5C4=",
@@ -110,18 +110,18 @@ inline std::vector<Vector> vectors() {
        "FgAAAAAAAABnbSMUvUsd+eqYXxHZ+8EbPvOo6daNUCL79RWbh6Llrw=="},
       {"3DES",
        192,
+       20,
        "SHA1",
        "CBC",
-       20,
        {"T8em/UyRShbbRwh1Kw8VRA==", "APsvlfSD403RGfJfQrOyd7dT2NAQlFN1", "d9GRnwSZioCPWLXNmqs2bof7WaryMnBx",
         "uDXA5xkJffqHAekjLyHygQ==", "u1UM8syRBXQSGiBQhgJUDg==", "5ggx/R15Q7CuLM8sdxf33tC4XotwV5/Q",
         "XKtSgIZyztchlq3Zpm8RBc8lhFf45WrC"},
        "FgAAAAAAAAD9qkt4XzZeO7pCTntIwE8FZ8i4mXzMURc="},
       {"3DES_112",
        128,
+       16,
        "MD5",
        "CBC",
-       16,
        {"UQH75s+aSNWwwKE9qQCmrQ==", "NNXhrwmdbEjgdIw8Ib9uUQ==", "+lS8NZPsoq+f1h1gVhRKPg==",
         "yz1kBpSBviHJxye424wYjw==", "8LwQIifRacYq737sgxUyFw==", "K+bl79PzvD2R8MpGcXNuVQ==",
         "PjOZl4jJbOV3ckBzblc58A=="},

@@ -195,10 +195,11 @@ class DocBuilder {
         elements += static_cast<char>(at / 2);
         if (ofParagraphs) elements += std::string(12, '\0');
         const bool isEven = own.size() % 2 == 0;
-        const std::string head = !ofParagraphs ? std::string(1, static_cast<char>(own.size()))
-                                 : isEven      ? std::string(1, '\0') + static_cast<char>(own.size() / 2)
-                                               : std::string(1, static_cast<char>((own.size() + 1) / 2));
-        own = head + own;
+        std::string head = !ofParagraphs ? std::string(1, static_cast<char>(own.size()))
+                           : isEven      ? std::string(1, '\0') + static_cast<char>(own.size() / 2)
+                                         : std::string(1, static_cast<char>((own.size() + 1) / 2));
+        head += own;
+        own = std::move(head);
         if (own.size() % 2 != 0) own += '\0';
         properties += own;
         at += own.size();
