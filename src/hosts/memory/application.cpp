@@ -73,15 +73,15 @@ void MemoryApplication::save(const MemoryDocument& document) {
   file->save();
 }
 
-void MemoryApplication::close(const std::shared_ptr<MemoryDocument>& document) {
-  const std::shared_ptr<MemoryDocument> held = document;  // whose owner may let go of it on closing
-  remove(held);
-  held->close();
-}
+void MemoryApplication::close(const std::shared_ptr<MemoryDocument>& document) { removed(document)->close(); }
 
-void MemoryApplication::remove(const std::shared_ptr<MemoryDocument>& document) {
-  const OpenedFile taken = take(document);
-  if (observer_ != nullptr) observer_->closing(document);
+void MemoryApplication::remove(const std::shared_ptr<MemoryDocument>& document) { (void)removed(document); }
+
+/// The caller holds the document, since its owner may let go of it on closing.
+std::shared_ptr<MemoryDocument> MemoryApplication::removed(const std::shared_ptr<MemoryDocument>& document) {
+  OpenedFile taken = take(document);
+  if (observer_ != nullptr) observer_->closing(taken.document);
+  return std::move(taken.document);
 }
 
 bool MemoryApplication::isReadOnly(const MemoryDocument& document) const {

@@ -70,6 +70,7 @@ class MemoryApplication : public word::Application {
 
  private:
   OpenedFile take(const std::shared_ptr<MemoryDocument>& document);
+  std::shared_ptr<MemoryDocument> removed(const std::shared_ptr<MemoryDocument>& document);
   DocumentFile* fileOf(const MemoryDocument& document) const;
 
   std::shared_ptr<DocumentOpener> opener_;
