@@ -39,6 +39,7 @@ int middleOf(const std::vector<Cell>& cells, int row) {
 /// The columns from one to the other become all there are.
 void widen(Cell& cell, int from, int to) {
   const int room = to - from;
+  if (room <= 0) return;
   const auto scaled = [&](int column) { return ((column - from) * kColumns + room / 2) / room; };
   const int end = scaled(cell.column + cell.columns);
   cell.column = scaled(cell.column);
@@ -173,7 +174,7 @@ void CellGrid::share(std::vector<Row>& rows, int width, int height) const {
     return;
   }
   for (Row& row : rows) {
-    if (row.weight == 0) continue;
+    if (weights == 0) break;
     const int part = left * row.weight / weights;
     row.height += part;
     left -= part;
