@@ -23,6 +23,11 @@ void sayRecommendation(const runs::Outcome& outcome) {
     sayNote(outcome.path + ": it recommends to be read only, and was changed as you said.");
 }
 
+void sayTemplate(const runs::Outcome& outcome) {
+  if (outcome.isTemplate && outcome.saved)
+    sayNote(outcome.path + ": it is a template; documents made from it earlier stay as they are.");
+}
+
 }  // namespace
 
 TerminalFace::TerminalFace(const Plan& plan) : plan_(plan), printer_(printerFor(plan)) {}
@@ -55,6 +60,7 @@ void TerminalFace::document(const runs::Outcome& outcome) {
   if (outcome.refused > 0) sayRefused(outcome);
   sayOwner(outcome);
   sayRecommendation(outcome);
+  sayTemplate(outcome);
   printer_->document(outcome);
   flushOut();
   progress_->show();

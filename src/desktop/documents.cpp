@@ -262,7 +262,7 @@ void Documents::updateTitles() {
     QString title = document->name();
     title.replace(QLatin1Char('&'), QStringLiteral("&&"));
     tabs_->setTabText(i, document->changed() ? title + QLatin1Char('*') : title);
-    tabs_->setTabToolTip(i, document->path());
+    tabs_->setTabToolTip(i, document->path() + document->kind());
     for (const auto side : {QTabBar::LeftSide, QTabBar::RightSide}) {
       if (QWidget* const close = tabs_->tabBar()->tabButton(i, side))
         close->setAccessibleName(tr("Close %1").arg(document->name()));

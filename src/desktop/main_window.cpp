@@ -376,7 +376,9 @@ void MainWindow::openInstructions() {
 void MainWindow::updateTitle() {
   const OpenDocument* const shown = current();
   const QString program = QGuiApplication::applicationDisplayName();
-  setWindowTitle(shown == nullptr ? program : shown->name() + QStringLiteral("[*] – ") + program);
+  setWindowTitle(shown == nullptr ? program
+                                  : shown->name() + QStringLiteral("[*]") + shown->kind() +
+                                        QStringLiteral(" – ") + program);
   setWindowModified(shown != nullptr && shown->changed());
   const double zoom = shown == nullptr ? 1 : shown->view()->zoom();
   zoom_->setText(tr("%1 %").arg(qRound(zoom * 100)));

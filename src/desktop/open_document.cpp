@@ -27,6 +27,10 @@ QString OpenDocument::name() const { return QString::fromStdU16String(shown_->Na
 
 QString OpenDocument::path() const { return QString::fromStdString(shown_->path()); }
 
+QString OpenDocument::kind() const {
+  return file_ && file_->stored().isTemplate() ? QObject::tr(" (template)") : QString();
+}
+
 // The thread that works on it.
 
 void OpenDocument::prepare() {

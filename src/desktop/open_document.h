@@ -37,6 +37,8 @@ class OpenDocument final : public memory::DocumentObserver {
   /// For people; a byte that is no character shows as one that stands for it.
   QString path() const;
   bool changed() const { return changed_; }
+  /// " (template)" for one; else empty.
+  QString kind() const;
 
   view::DocumentView* view() const { return view_; }
   /// Makes its view, out of what prepare() made where that was called.

@@ -151,6 +151,7 @@ std::optional<Failure> workOn(const NamedDocument& named, const Surroundings& ar
   store::StoredDocument& stored = *shared;
   outcome.encoding = stored.encoding();
   outcome.guessed = stored.isEncodingGuessed();
+  outcome.isTemplate = stored.isTemplate();
 
   std::optional<Failure> obstacle;
   if (!plan.findsOnly() && !plan.outputFolder) obstacle = passwords.release(stored);

@@ -117,6 +117,7 @@ void addResult(base::JsonObject& object, const Outcome& outcome) {
   } else {
     object.text("encoding", outcome.encoding);
   }
+  if (outcome.isTemplate) object.truth("template", true);
   addNotReached(object, outcome.elsewhere);
 }
 
@@ -167,6 +168,7 @@ std::optional<Outcome> outcomeFrom(const base::JsonValue& json) {
   if (json["error"].isObject())
     outcome.failure = {problemNamed(json["error"]["code"].text()), json["error"]["message"].text()};
   outcome.encoding = json["encoding"].text();
+  outcome.isTemplate = json["template"].isTrue();
   readElsewhere(json, outcome.elsewhere);
   outcome.refused = json["refused"].number();
   outcome.tooFar = json["too_far"].number();

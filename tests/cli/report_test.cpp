@@ -1,3 +1,4 @@
+#include "formats/docx/document_builder.h"
 #include "sandbox.h"
 
 #include <sys/stat.h>
@@ -64,6 +65,33 @@ TEST(Report, ReplacesReportsAndEmptyFilesAlone) {
     EXPECT_EQ(sandbox.run(change + option).status, 2);
     EXPECT_FALSE(std::filesystem::exists(sandbox.path("out"))) << "nothing was done";
     EXPECT_EQ(sandbox.get("d.csv"), "draft\n");
+  }
+}
+
+TEST(Report, TellsTemplatesByTheirContent) {
+  const Sandbox sandbox;
+  const auto file = [](const std::string& kind) {
+    return docx::fileOf("draft",
+                        {{"[Content_Types].xml",
+                          "<Types xmlns=\"http://schemas.openxmlformats.org/package/2006/content-types\">"
+                          "<Default Extension=\"xml\" ContentType=\"wordprocessingml." +
+                              kind + ".main+xml\"/></Types>"}});
+  };
+  sandbox.put("form.docx", file("template"));
+  sandbox.put("letter.docx", file("document"));
+  const std::string request = "replace -b draft -t final form.docx letter.docx --output ";
+  const struct {
+    const char* options;
+    std::string Result::*stream;  ///< where it is told, or in the report
+    std::string told, untold;
+  } cases[] = {{"a", &Result::err, "form.docx: it is a template", "letter.docx: it is"},
+               {"b --json", &Result::out, "\"template\":true", "\"template\":false"},
+               {"c --report r.html", nullptr, "form.docx (template)", "letter.docx (template)"},
+               {"d --report r.csv", nullptr, "\"template\"", "\"document\",\"template"}};
+  for (const auto& [options, stream, told, untold] : cases) {
+    const Result result = sandbox.run(request + options);
+    const std::string text = stream != nullptr ? result.*stream : sandbox.get(wordsOf(options).back());
+    EXPECT_THAT(text, AllOf(HasSubstr(told), ::testing::Not(HasSubstr(untold)))) << options;
   }
 }
 

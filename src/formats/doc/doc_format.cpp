@@ -70,6 +70,7 @@ formats::Opened DocFormat::read(base::Bytes bytes, const formats::Hint& hint) co
   opened.source = std::make_unique<DocSource>(document, std::move(old));
   opened.protection = protectionOf(document->text);
   opened.reservation = reservationOf(document->text);
+  opened.isTemplate = document->text.fib.has(Fib::kTemplate);
   return opened;
 }
 

@@ -48,6 +48,7 @@ formats::Opened DocxFormat::read(base::Bytes bytes, const formats::Hint& hint) c
   formats::Opened opened;
   opened.protection = protectionOf(package);
   opened.reservation = reservationOf(package);
+  opened.isTemplate = package.isTemplate;
   Styles styles = readStyles(package);
   const zip::Member* const member = package.archive.find(package.mainPart);
   xml::Utf8Part part = xml::toUtf8(package.archive.read(*member), package.mainPart);

@@ -109,6 +109,7 @@ Package openPackage(base::Bytes bytes) {
   if (type.find("wordprocessingml") == std::string::npos && type.find("ms-word") == std::string::npos) {
     if (const std::string_view kind = kindOf(package.archive, type); !kind.empty()) throw otherKind(kind);
   }
+  package.isTemplate = type.find("emplate") != std::string::npos;
   package.mainRelationships = relationshipsIn(package.archive, package.mainPart);
   for (const Relationship& relationship : package.mainRelationships) {
     if (isStory(relationship.kind())) package.stories.push_back(relationship.part);

@@ -33,6 +33,7 @@ struct Package {
   std::vector<std::string> stories;  ///< headers, footers, notes and comments
   std::vector<Relationship> rootRelationships = {};
   std::vector<Relationship> mainRelationships = {};
+  bool isTemplate = false;
 
   const zip::Member* member(Role role) const;
 };

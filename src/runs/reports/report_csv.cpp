@@ -63,6 +63,7 @@ class CsvReport final : public Observer {
     } else if (outcome.refused > 0) {
       message = base::counted(outcome.refused, "change") + " refused";
     }
+    if (outcome.isTemplate) message += (message.empty() ? "" : "; ") + std::string("template");
     if (outcome.cutShort) message += (message.empty() ? "" : "; ") + std::string("the run was ended in it");
     file_.addLater(row({field("document"), field(outcome.path), field(state), std::to_string(outcome.found),
                         std::to_string(outcome.operated), std::to_string(outcome.skipped), "", "", "", "", "",

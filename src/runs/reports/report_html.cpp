@@ -136,7 +136,8 @@ class HtmlReport final : public Observer {
   }
 
   void row(const Outcome& outcome) {
-    const std::string name = "<tr><td>" + escaped(base::shown(outcome.path)) + "</td>";
+    const std::string name =
+        "<tr><td>" + escaped(base::shown(outcome.path)) + (outcome.isTemplate ? " (template)</td>" : "</td>");
     if (outcome.failure) {
       failures_ += name + "<td class=\"bad\">" + std::string(errors::nameOf(outcome.failure->problem)) +
                    "</td><td>" + escaped(base::shown(outcome.failure->message)) + "</td></tr>\n";

@@ -203,6 +203,7 @@ std::unique_ptr<StoredDocument> Store::open(const std::string& path, const Also&
   opened->source_ = std::move(read.source);
   opened->encoding_ = std::move(read.encoding);
   opened->isEncodingGuessed_ = read.isEncodingGuessed;
+  opened->isTemplate_ = read.isTemplate;
   opened->again_ = std::move(read.again);
   opened->document_ =
       memory::MemoryDocument::create(std::move(read.stories), opened->source_, base::nameText(name), path);

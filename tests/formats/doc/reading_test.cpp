@@ -323,9 +323,11 @@ TEST(DocFormat, TellsProtection) {
     std::uint32_t key;
     bool meansReading;
     int type;  ///< -1 for none
-  } cases[] = {{0, 0, false, -1},        {1U << 25U, 0, false, 2}, {1U << 25U, key, false, 2},
-               {1U << 20U, 0, false, 1}, {1U << 20U, 0, true, 3},  {1U << 30U, key, false, 0}};
-  for (const auto& [flags, stored, meansReading, type] : cases) {
+    bool isTemplate = false;
+  } cases[] = {{0, 0, false, -1},          {0, 0, false, -1, true},  {1U << 25U, 0, false, 2},
+               {1U << 25U, key, false, 2}, {1U << 20U, 0, false, 1}, {1U << 20U, 0, true, 3},
+               {1U << 30U, key, false, 0}};
+  for (const auto& [flags, stored, meansReading, type, isTemplate] : cases) {
     DocBuilder builder;
     builder.notation("text¶");
     builder.flags |= Fib::kReadOnlyRecommended;
@@ -350,6 +352,7 @@ TEST(DocFormat, TellsProtection) {
   const auto reservation = open(builder.build()).reservation;
   ASSERT_TRUE(reservation);
   EXPECT_TRUE(reservation->isLiftedBy(u"ab"));
+    if (isTemplate) builder.flags |= Fib::kTemplate;
   EXPECT_FALSE(reservation->isLiftedBy(u"a"));
 }
 
@@ -358,6 +361,7 @@ TEST(DocFormat, ReadsOrRefusesDamagedDocuments) {
   const auto readsOrRefuses = [](const std::string& file) {
     EXPECT_THAT(files::refusalOf([&] {
                   formats::Opened opened = open(file, true);
+    EXPECT_EQ(opened.isTemplate, isTemplate);
                   for (document::Content& story : opened.stories)
                     EXPECT_EQ(notation::damageOf(document::Story(std::move(story))), "");
                 }),

@@ -81,6 +81,8 @@ struct Opened {
   std::shared_ptr<const Source> source = {};
   std::optional<Protection> protection = std::nullopt;
   std::optional<Reservation> reservation = std::nullopt;
+  /// New documents are made from it, as the file says of itself whatever its name.
+  bool isTemplate = false;
   /// By which a plain text was read; empty where the format leaves no choice.
   std::string encoding = {};
   bool isEncodingGuessed = false;

@@ -62,6 +62,7 @@ struct Outcome {
   bool cutShort = false;  ///< the run was ended in it, so that it is not done with
   bool saved = false;
   bool recommendsReading = false;  ///< it asks to be read rather than changed
+  bool isTemplate = false;         ///< new documents are made from it
   bool earlier = false;  ///< it was done with by an earlier attempt at this slice, and was left alone now
   std::string savedAs;   ///< the new document, where the original stays; else empty
   std::string backup;    ///< where the original is kept, else empty

@@ -50,6 +50,9 @@ class StoredDocument {
   /// Whether that was told from how the text reads.
   bool isEncodingGuessed() const { return isEncodingGuessed_; }
 
+  /// Whether new documents are made from it, as its file says.
+  bool isTemplate() const { return isTemplate_; }
+
   /// Whether the path leads to the document's file, under whatever name.
   bool isAt(const std::string& path) const;
 
@@ -111,6 +114,7 @@ class StoredDocument {
   std::shared_ptr<memory::MemoryDocument> document_;
   std::string encoding_;
   bool isEncodingGuessed_ = false;
+  bool isTemplate_ = false;
   formats::Hint again_;  ///< for reading a new version back
   std::uint64_t hashesForPassword_ = 0;
   formats::Reservation reservation_;
