@@ -55,6 +55,13 @@ SETTLED = {
     "testHTMLNoisyMetaEncoding_3.html": "LibreOffice reads another encoding than the one declared",
     "test_ignore_IBM420.html": "LibreOffice reads bytes that the encoding leaves undefined as question marks",
     "Field-Create_date.rtf": "LibreOffice makes out a date anew",
+    "Bug44431.doc": "LibreOffice makes out a file name anew",
+    "FldSimple.doc": "LibreOffice makes out a file name anew",
+    "complex0.doc": "LibreOffice drops numbers of a sequence without a name",
+    "original-test.doc": "LibreOffice makes a dropped capital part of the next paragraph",
+    "testExternalRefs.doc": "LibreOffice moves a text of another file to the end, and does not fetch it",
+    "testWORD_phonetic.doc": "LibreOffice makes text of a phonetic guide that is a formula's code",
+    "POIHWPFFuzzer-4951943183990784.doc": "LibreOffice moves cells and makes fields where damaged formatting has none",
 }
 # Pages that LibreOffice made: its own headers, notes, boxes and numbers are no text for it when it reads them again.
 OWN_PAGES = "2003_Consumer_Confidence_Report 40101_2004.Rules_and_Regulations_of_the_Board_of_Regents " \
@@ -192,10 +199,10 @@ def main(folder):
         ours = normal(Path(f"{document}.txt").read_text("utf-8", "replace"))
         flat = copy.with_suffix(".fodt")
         theirs = normal(text_of(flat)) if flat.exists() else "(not converted)"
-        name = document.name.partition("-")[2]
-        if document.name.startswith("original-") and (ours != theirs or lacks(document, flat)):
-            unlike.add(name)
+        kind, _, name = document.name.partition("-")
         settled = name in unlike or any(document.name.endswith(name) for name in SETTLED)
+        if kind == "original" and (ours != theirs or lacks(document, flat)):
+            unlike.add(name)
         known += settled
         if ours != theirs and not settled:
             differ += 1

@@ -9,7 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <chrono>
+#include <ctime>
 
 namespace pluvo::doc {
 namespace {
@@ -117,13 +117,13 @@ TEST(GoneTexts, CostTheSumOfPropertiesAndDeletions) {
   GoneTexts gone;
   const auto text = [](int i, const char* last) { return base::utf16("a b a " + std::to_string(i) + last); };
   for (int i = 0; i < kMany; ++i) gone.addShort(text(i, ""));
-  const auto before = std::chrono::steady_clock::now();
+  const std::clock_t before = std::clock();
   for (int i = 0; i < kMany; ++i) gone.addDeleted(text(i, i % 2 == 0 ? " and more" : ""));
   for (int i = 2; i < kMany; ++i) gone.addStanding(text(i, " "));
   gone.finishStanding();
   EXPECT_THAT(gone.in(u"a b a 1"), testing::Each(true));
   EXPECT_THAT(gone.in(u"a b a 2"), testing::Each(false));
-  EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(20));
+  EXPECT_LT(std::clock() - before, 20 * CLOCKS_PER_SEC);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include "document/document.h"
 #include "encryption/kept_password.h"
 #include "formats/doc/doc_builder.h"
+#include "formats/left.h"
 #include "storage/files/as_text.h"
 #include "storage/store/corpus.h"
 #include "support/invariants.h"
@@ -134,8 +135,26 @@ TEST(DocFormat, ReadsWhatTheFileHoldsWhereOthersMakeItUp) {
       {"a page number computed anew", notation("- {PAGE|19} -"), u"- 19 -"},
       {"a date computed anew", notation("{DATE|4/26/2006}"), u"4/26/2006"},
       {"numbers and contents computed anew", notation("{SEQ x|A}{TOC|1¶2}{REF b|c}"), u"A1\r2c"},
+      {"a number of a sequence without a name", notation("{SEQ \"\"|A}"), u"A"},
+      {"a paragraph in a frame",
+       [](B& b) {
+         b.paragraphs = property(0x8418, std::uint16_t{9}), b.notation("{PAGE|2}¶");
+         b.paragraphs = "";
+         b.append(u'\r');
+       },
+       u"2\r"},
+      {"a dropped capital",
+       [](B& b) {
+         b.paragraphs = property(0x442C, std::uint16_t{26}), b.notation("A¶");
+         b.paragraphs = "";
+         b.notation("n¶");
+       },
+       u"A\rn"},
       {"a text of another file", notation("{INCLUDETEXT \"f\"|kept}"), u"kept"},
-      {"a field that keeps no result", notation("a{MACROBUTTON x y}{EQ z}{TC w}b"), u"ab"},
+      {"a field that keeps no result, a formula's phonetic guide too",
+       notation("a{MACROBUTTON x y}{EQ \\o(z)}{TC w}b"), u"ab"},
+      {"a field whose marks lost their formatting",
+       [](B& b) { b.append(0x13), b.append(u'P'), b.append(0x15), b.append(u'\r'); }, u"\uFFFDP\uFFFD"},
       {"half a field", [](B& b) { b.special(0x14), b.append(u'b'), b.special(0x15), b.append(u'\r'); }, u"b"},
       {"the number of a list",
        [](B& b) { b.paragraphs = property(code::kList, std::uint16_t{1}), b.append(u'\r'); }, u""},
@@ -216,6 +235,8 @@ TEST(DocFormat, HidesNoTextThatADamagedTableDoesNotName) {
                {Table::headerTexts, {0, 0, 0, 0, 0, 0, 3, 3, 6, 6, 9, 9, 9, 10}, "7  hea¶"},
                {Table::headerTexts, {1, 1, 1, 1, 1, 1, 6, 6, 6, 6, 9, 9, 9, 10}, "7  head¶¶"},
                {Table::headerTexts, {0, 0, 0, 0, 0, 0, 0, 0, 99, 6, 9, 9, 9, 10}, "7  head¶¶"},
+               // Of even pages, which no setting tells from odd ones.
+               {Table::headerTexts, {0, 0, 0, 0, 0, 0, 0, 6, 6, 6, 9, 9, 9, 10}, "6  head¶"},
                {Table::boxTexts, {}, "5  box¶spare¶¶"}};
   for (const auto& [table, places, story] : cases) {
     DocBuilder builder = withStories();
@@ -331,6 +352,7 @@ TEST(DocFormat, TellsProtection) {
     DocBuilder builder;
     builder.notation("text¶");
     builder.flags |= Fib::kReadOnlyRecommended;
+    if (isTemplate) builder.flags |= Fib::kTemplate;
     std::string properties(600, '\0');
     properties.replace(4, 4, number(flags)).replace(0x4E, 4, number(stored));
     properties[594] = meansReading ? 1 : 0;
@@ -339,6 +361,7 @@ TEST(DocFormat, TellsProtection) {
     ASSERT_EQ(opened.protection ? static_cast<int>(opened.protection->type) : -1, type);
     ASSERT_TRUE(opened.reservation) << "it recommends to be read";
     EXPECT_FALSE(opened.reservation->isLiftedBy);
+    EXPECT_EQ(opened.isTemplate, isTemplate);
     if (stored == 0) continue;
     EXPECT_TRUE(opened.protection->isLiftedBy(u"secret"));
     EXPECT_FALSE(opened.protection->isLiftedBy(u"x"));
@@ -352,7 +375,6 @@ TEST(DocFormat, TellsProtection) {
   const auto reservation = open(builder.build()).reservation;
   ASSERT_TRUE(reservation);
   EXPECT_TRUE(reservation->isLiftedBy(u"ab"));
-    if (isTemplate) builder.flags |= Fib::kTemplate;
   EXPECT_FALSE(reservation->isLiftedBy(u"a"));
 }
 
@@ -361,7 +383,6 @@ TEST(DocFormat, ReadsOrRefusesDamagedDocuments) {
   const auto readsOrRefuses = [](const std::string& file) {
     EXPECT_THAT(files::refusalOf([&] {
                   formats::Opened opened = open(file, true);
-    EXPECT_EQ(opened.isTemplate, isTemplate);
                   for (document::Content& story : opened.stories)
                     EXPECT_EQ(notation::damageOf(document::Story(std::move(story))), "");
                 }),
@@ -390,6 +411,7 @@ TEST(Corpus, isReadOrRefused) {
       for (std::size_t i = 0; i < document.count(); ++i) EXPECT_EQ(notation::damageOf(document.story(i)), "");
       Told told;
       opened.source->tellOtherTexts(document.mainText(), told);
+      formats::leave("original-" + path.filename().string(), file, document);
     });
   }
 }
