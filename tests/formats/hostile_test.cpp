@@ -39,7 +39,7 @@ void readOrRefuse(const Format& format, const base::Bytes& file) {
 TEST(Hostile, EveryBeginningOfAFileIsReadOrRefused) {
   constexpr std::size_t kLargest = std::size_t{64} << 10U;
   constexpr std::size_t kSome = 40;
-  for (const Medium& medium : {rtfMedium(), htmlMedium()}) {
+  for (const Medium& medium : {rtfMedium(), htmlMedium(), docMedium()}) {
     const auto corpus = store::corpusOf({medium.name.c_str()});
     if (corpus.empty()) GTEST_SKIP() << store::kNoCorpus;
     for (const auto& path : corpus) {
@@ -51,6 +51,30 @@ TEST(Hostile, EveryBeginningOfAFileIsReadOrRefused) {
         readOrRefuse(*medium.format, base::Bytes::of({beginning.begin(), beginning.end()}));
         ASSERT_FALSE(HasFailure()) << path << " up to " << size;
       }
+    }
+  }
+}
+
+/// Each byte of the container's header and the document's, in three files. Every value where
+/// PLUVO_EVERY_VALUE is set; else one.
+TEST(Hostile, EveryByteOfAHeaderMayBeAnyOther) {
+  constexpr std::size_t kSector = 512, kMiniSector = 64, kBlock = 1024;
+  const bool isEvery = std::getenv("PLUVO_EVERY_VALUE") != nullptr;
+  for (const auto& path : store::corpusOf({"doc"})) {
+    const std::string name = path.filename().string();
+    if (name != "HeaderWithMacros.doc" && name != "footnote.doc" && name != "o_kurs.doc") continue;
+    const base::Bytes whole = store::bytesOf(path);
+    std::vector<std::uint8_t> bytes(whole.view.begin(), whole.view.end());
+    std::size_t block = kSector;
+    while (whole.view[block] != 0xEC || whole.view[block + 1] != 0xA5) block += kMiniSector;
+    for (std::size_t i = 0; i < kSector + kBlock; ++i) {
+      const std::size_t at = i < kSector ? i : block + i - kSector;
+      for (std::size_t by = isEvery ? 1 : 1 + i % 255; by < 256; by += isEvery ? 1 : 255) {
+        bytes[at] = static_cast<std::uint8_t>(whole.view[at] + by);
+        readOrRefuse(*docMedium().format, base::Bytes::of(std::vector(bytes)));
+        ASSERT_FALSE(HasFailure()) << name << " with " << int{bytes[at]} << " at " << at;
+      }
+      bytes[at] = whole.view[at];
     }
   }
 }

@@ -7,7 +7,7 @@ LibreOffice is given copies of Word documents in which content controls are unwr
 the former and moves frames and floating tables out of the text. Left out: notes, annotations, drawings, list labels,
 phonetic guides. Deleted text that is tracked stands where it was deleted. Other stories of Word documents are
 compared by libreoffice_stories.py. What LibreOffice reads otherwise already in a document before its edits, left as
-original-NAME, is a known cause.
+original-NAME, is a known cause of what differs after them; the original itself is to differ for a cause of the table alone.
 """
 
 import os
