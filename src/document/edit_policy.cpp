@@ -110,7 +110,8 @@ std::optional<Position> lastMarkIn(const Story& story, Span span, std::int32_t t
 /// The paragraph mark to be kept lest the text or the table in front of a removed span run into a table
 /// after it.
 std::optional<Position> keptMark(const Story& story, Span removed, bool textInFront) {
-  const std::int32_t inFront = tableAt(story, removed.from - 1);
+  // New text begins where the span does.
+  const std::int32_t inFront = tableAt(story, textInFront ? removed.from : removed.from - 1);
   const std::int32_t after = tableAt(story, removed.to);
   const std::int32_t gap = commonOf(story.tables(), inFront, after);
   if (after == gap || (inFront == gap && !textInFront)) return std::nullopt;
@@ -196,6 +197,15 @@ Landing landing(const Story& story, Position at, Position anchor, bool after, st
   return result;
 }
 
+/// Text of a landing joins the paragraph of a character, which may take no living text.
+void join(const Story& story, Position position, Landing& landing) {
+  if (story.restrictions().empty()) return;
+  const std::int8_t restriction = story.structure().valueAt(position).restriction;
+  if (restriction == kNone) return;
+  const Restriction::Of of = story.restrictions()[static_cast<std::size_t>(restriction)].of;
+  if (of == Restriction::Of::living) landing.structure.restriction = restriction;
+}
+
 bool allDeleted(const Story& story, const std::vector<Span>& spans) {
   if (!isDeleted(story, spans.front().from)) return false;
   return std::all_of(spans.begin(), spans.end(), [&](const Span& span) {
@@ -262,6 +272,7 @@ Landing landingAt(const Story& story, Position position, bool after, std::u16str
   Landing result = landing(story, at, besideLeft ? at - 1 : at, besideLeft, table);
   result.structure.control = controlFor(story, {at, at}, besideLeft, result.structure, newText);
   result.structure.deleted = isDeleted(story, at) && (at == 0 || isDeleted(story, at - 1));
+  join(story, at, result);
   return result;
 }
 
@@ -273,6 +284,7 @@ Landing landingInsteadOf(const Story& story, const Removal& removal, std::u16str
   Landing result = landing(story, span.from, span.from, false, table);
   result.structure.control = controlFor(story, span, false, result.structure, newText);
   result.structure.deleted = allDeleted(story, removal.spans);
+  join(story, span.to, result);
   return result;
 }
 

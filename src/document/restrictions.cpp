@@ -33,14 +33,25 @@ void requireRemovable(const Story& story, Span span) {
   for (const auto& run : story.structure().runs(span.from, span.to)) {
     const Restriction* const restriction = restrictionOf(story, run.value);
     if (restriction == nullptr || restriction->of == Restriction::Of::highlight ||
-        restriction->of == Restriction::Of::colour)
+        restriction->of == Restriction::Of::colour || restriction->of == Restriction::Of::living)
       continue;
     if (restriction->of == Restriction::Of::part && !partly.holds(run.value.field)) continue;
     refuse(*restriction);
   }
 }
 
+/// The text in front of a removed span joins what follows it.
+void requireJoinable(const Story& story, Span removed) {
+  const Restriction* const restriction = restrictionOf(story, story.structure().valueAt(removed.to));
+  if (restriction == nullptr || restriction->of != Restriction::Of::living) return;
+  for (Position at = removed.from; at > 0 && !story.endsParagraph(at - 1); --at)
+    if (!story.structure().valueAt(at - 1).deleted) refuse(*restriction);
+}
+
 void requireRoomFor(const Story& story, const Landing& landing) {
+  const Restriction* const joined = restrictionOf(story, landing.structure);
+  if (joined != nullptr && joined->of == Restriction::Of::living && !landing.structure.deleted)
+    refuse(*joined);
   const Structure beside = story.structure().valueAt(landing.beside);
   const Restriction* const restriction = restrictionOf(story, beside);
   if (restriction == nullptr) return;
@@ -52,7 +63,10 @@ void requireRoomFor(const Story& story, const Landing& landing) {
 
 void requirePossible(const Story& story, const Removal& removal, const Landing* landing) {
   if (story.restrictions().empty()) return;
-  for (const Span& span : removal.spans) requireRemovable(story, span);
+  for (const Span& span : removal.spans) {
+    requireRemovable(story, span);
+    requireJoinable(story, span);
+  }
   if (landing != nullptr) requireRoomFor(story, *landing);
 }
 

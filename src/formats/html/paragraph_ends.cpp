@@ -20,6 +20,9 @@ void ParagraphEnds::take(const Piece& mark) {
   writeDue();
   isDue_ = true;
   due_ = mark;
+  // What the block says need not be said again.
+  due_.isHidden = mark.isHidden && !line_.place.block.hidden;
+  due_.isDeleted = mark.isDeleted && !line_.place.block.deleted;
 }
 
 void ParagraphEnds::passSection() {
@@ -92,7 +95,10 @@ void ParagraphEnds::putLook(std::int32_t inlines) {
 
 /// A paragraph without text where there would be none.
 void ParagraphEnds::putEmpty() {
-  line_.markup.closeTo(line_.place.inlinesFrom);
+  std::int32_t around = line_.place.inlinesFrom;
+  if (!due_.isDeleted && !line_.place.block.deleted)
+    around = line_.markup.outside(around, [](const Inline& element) { return element.state.deleted; });
+  line_.markup.closeTo(around);
   line_.markup.put("<p style=\"margin:0\">");
   if (hasLook(due_)) line_.markup.put(markLook(due_.colour, due_.isHidden, due_.isDeleted));
   line_.markup.put("</p>");

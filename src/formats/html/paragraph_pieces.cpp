@@ -211,8 +211,8 @@ void ParagraphPieces::putAlike(const Step& step, const Item& item) {
 
 /// The end of a paragraph, but for its colour.
 void ParagraphPieces::lookOfMark(Piece& piece, Position at) const {
-  piece.isHidden = !walker_.block().hidden && story_.visibility().valueAt(at) == text::kNowhere;
-  piece.isDeleted = !walker_.block().deleted && story_.structure().valueAt(at).deleted;
+  piece.isHidden = story_.visibility().valueAt(at) == text::kNowhere;
+  piece.isDeleted = story_.structure().valueAt(at).deleted;
 }
 
 /// The end of the paragraph at hand, which has no bytes of its own.

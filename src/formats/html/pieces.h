@@ -26,7 +26,7 @@ struct Piece {
   bool isOld = true;  ///< its bytes lie where it is written; otherwise it comes from an earlier paragraph
   bool keepsBlanks = false;  ///< how its bytes were read
   bool isNearEdit = false;   ///< after it stands another text than before
-  bool isHidden = false;     ///< of the end of a paragraph: by itself
+  bool isHidden = false;     ///< of new text, or the end of a paragraph
   bool isDeleted = false;    ///< the same: in a tracked deletion
   std::uint8_t colour = 0;   ///< that it is to have
   std::uint8_t colourWas = 0;

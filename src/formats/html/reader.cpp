@@ -53,7 +53,7 @@ class TextReader final : public Events {
     settleMark();
     isMarkDue_ = true;
     dueLook_ = {walker_.isMarkHidden(), walker_.markState().colour, walker_.isMarkDeleted(), document::kNone,
-                lockHere()};
+                restrictionHere()};
     count(1);
   }
   void blockEnds(const Block& block, Extent /*endTag*/) override {
@@ -81,11 +81,21 @@ class TextReader final : public Events {
  private:
   Look look() {
     const State& state = walker_.state();
-    return {walker_.isHidden(), state.colour, state.deleted, document::kNone, lockHere()};
+    return {walker_.isHidden(), state.colour, state.deleted, document::kNone, restrictionHere()};
+  }
+
+  std::int8_t restrictionHere() {
+    if (walker_.isLocked()) return lockHere();
+    if (!walker_.block().deleted) return static_cast<std::int8_t>(document::kNone);
+    if (deletion_ == document::kNone)
+      deletion_ = builder_.addRestriction(
+          {Restriction::Of::living,
+           "The paragraphs there are marked as deleted all together, and only deleted text can join them; "
+           "accept or reject the deletion in a word processor first."});
+    return deletion_;
   }
 
   std::int8_t lockHere() {
-    if (!walker_.isLocked()) return static_cast<std::int8_t>(document::kNone);
     if (lock_ == document::kNone)
       lock_ = builder_.addRestriction(
           {Restriction::Of::change,
@@ -127,6 +137,7 @@ class TextReader final : public Events {
   std::vector<std::size_t> openTables_;
   FoundBeside beside_;
   std::int8_t lock_ = static_cast<std::int8_t>(document::kNone);
+  std::int8_t deletion_ = static_cast<std::int8_t>(document::kNone);
   bool isMarkDue_ = false;
   Look dueLook_;
   std::size_t length_ = 0;

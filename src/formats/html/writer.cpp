@@ -115,6 +115,17 @@ Place Writer::placeOf(const Paragraph& paragraph) const {
   return place;
 }
 
+/// How many pieces can be written in the block at hand. New text after its paragraph's own end, or without
+/// that, may be living where the block is deleted.
+std::size_t Writer::fitting() {
+  const std::vector<Piece>& pieces = text_.pieces();
+  if (!walker_.block().deleted) return pieces.size();
+  const auto own = std::ranges::find(pieces.rbegin(), pieces.rend(), Kind::mark, &Piece::kind).base();
+  const auto living = std::find_if(
+      own, pieces.end(), [](const Piece& piece) { return piece.kind == Kind::put && !piece.isDeleted; });
+  return static_cast<std::size_t>(living - pieces.begin());
+}
+
 /// The paragraphs that end here are written. Text after the last end goes on in the next paragraph.
 void Writer::writePieces(const Place& place) {
   std::vector<Piece>& pieces = text_.pieces();
@@ -124,7 +135,8 @@ void Writer::writePieces(const Place& place) {
     return piece.kind == Kind::character && (piece.character.kind == Character::Kind::paragraph ||
                                              piece.character.kind == Character::Kind::section);
   };
-  const auto last = std::find_if(pieces.rbegin(), pieces.rend(), ends);
+  const auto most = static_cast<std::ptrdiff_t>(pieces.size() - fitting());
+  const auto last = std::find_if(pieces.rbegin() + most, pieces.rend(), ends);
   if (last == pieces.rend()) return vanish(place);
   // A piece of new text may have an end within.
   auto count = static_cast<std::size_t>(pieces.rend() - last);

@@ -47,6 +47,7 @@ class Writer final : public Events {
   void keepInlines() { walker_.keepInlines(!text_.pieces().empty()); }
   bool endsAfterTable(const Paragraph& paragraph) const;
   Place placeOf(const Paragraph& paragraph) const;
+  std::size_t fitting();
   void writePieces(const Place& place);
   void vanish(const Place& place);
 

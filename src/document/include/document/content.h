@@ -55,6 +55,7 @@ struct Restriction {
     removal,    ///< it does not go; text beside it may come and go
     change,     ///< it does not go nor get a highlight, and no text is put beside it that takes after it
     part,       ///< it goes with all of the field it lies in or not at all, and no text is put into that
+    living,     ///< its paragraph is deleted as a whole, and no text joins that which is not deleted
   };
   Of of = Of::change;
   /// Why an edit is refused, and what to do, for the user; UTF-8.
