@@ -21,20 +21,22 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::size_t edits = std::min<std::size_t>(data[0] % 8 * std::size_t{5}, size - 1);
   const std::string file(reinterpret_cast<const char*>(data) + 1 + edits, size - 1 - edits);
   try {
-    formats::html::OpenedPage opened = formats::html::open(file);
+    formats::OpenedFile opened = formats::html::open(file);
     require(notation::damageOf(opened.model).empty(), "a sound text");
     require(opened.written() == file, "written as read");
-    require(opened.source->appearance().length() == opened.model.length(), "looks of all the text");
+    require(opened.source->appearance().front().length() == opened.model.length(), "looks of all the text");
     engine::Request request;
     request.begin = u"e";
     request.distance = 0;
     elsewhere::lookElsewhere(*opened.source, opened.document, {&request, 1});
     edit(opened.document, {data + 1, edits});
     const std::string edited = opened.written();
-    const formats::Opened read = formats::html::HtmlFormat().read(formats::html::bytesOf(edited), {});
+    formats::Hint all;
+    all.allStories = true;
+    const formats::Opened read = formats::html::HtmlFormat().read(formats::bytesOf(edited), all);
     const auto what = document::differenceOf(opened.document.snapshot(), read.stories, [] {});
     if (!what.empty()) return refused(what);
-    const formats::html::OpenedPage again = formats::html::open(edited);
+    const formats::OpenedFile again = formats::html::open(edited);
     require(textsOf(again.document) == textsOf(opened.document), "the text that was meant");
     require(again.written() == edited, "written again as read again");
   } catch (const errors::DocumentError&) {

@@ -23,11 +23,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::string file = rtf::head();
   file.append(reinterpret_cast<const char*>(data) + 1 + edits, size - 1 - edits);
   try {
-    rtf::Opened opened = rtf::open(file);
+    formats::OpenedFile opened = rtf::open(file);
     for (std::size_t i = 0; i < opened.document.count(); ++i)
       require(notation::damageOf(opened.document.story(i)).empty(), "a sound text");
     require(opened.written() == file, "written as read");
-    require(opened.source->appearance().length() == opened.model.length(), "looks of all the text");
+    require(opened.source->appearance().front().length() == opened.model.length(), "looks of all the text");
     engine::Request request;
     request.begin = u"e";
     request.distance = 0;
@@ -36,10 +36,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string edited = opened.written();
     formats::Hint hint;
     hint.allStories = true;
-    const formats::Opened read = rtf::RtfFormat().read(rtf::bytesOf(edited), hint);
+    const formats::Opened read = rtf::RtfFormat().read(formats::bytesOf(edited), hint);
     const auto what = document::differenceOf(opened.document.snapshot(), read.stories, [] {});
     if (!what.empty()) return refused(what);
-    const rtf::Opened again = rtf::open(edited);
+    const formats::OpenedFile again = rtf::open(edited);
     require(textsOf(again.document) == textsOf(opened.document), "the texts that were meant");
     require(again.written() == edited, "written again as read again");
   } catch (const errors::DocumentError&) {

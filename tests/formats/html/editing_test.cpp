@@ -1,43 +1,11 @@
-#include "document/same_document.h"
-#include "errors/document_error.h"
-#include "formats/docx/random_edits.h"
-#include "formats/edits_of_each_kind.h"
+#include "formats/edited_files.h"
 #include "formats/html/html_document.h"
-#include "formats/left.h"
-#include "storage/store/corpus.h"
-#include "support/invariants.h"
-#include "support/notation.h"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cstdlib>
-#include <random>
 
 namespace pluvo::formats::html {
 namespace {
 
-/// Writes what stands in memory, and reads it again: the same document, that is written as it was read.
-std::string savedAndTheSame(const OpenedPage& opened) {
-  std::string file = opened.written();
-  const OpenedPage again = open(file);
-  EXPECT_EQ(notation::print(again.model), notation::print(opened.model)) << file.substr(0, 4000);
-  formats::Hint all;
-  all.allStories = true;
-  const auto stories = HtmlFormat().read(bytesOf(file), all).stories;
-  EXPECT_EQ(document::differenceOf(opened.document.snapshot(), stories, [] {}), "");
-  EXPECT_EQ(again.written(), file);
-  return file;
-}
-
-/// What an edit of the first place of a text makes of a page's bytes. A text of "7" is a highlight, "0" none.
 TEST(HtmlFormat, IsEditedBySplices) {
-  const struct {
-    const char* before;
-    std::u16string place;
-    std::u16string text;
-    const char* after;
-  } cases[] = {
+  const std::vector<SpliceCase> cases = {
       // Blanks that would fold are protected, those that would wake up go.
       {"<p>a b c</p>", u"b", u"", "<p>a <span style='mso-spacerun:yes'>&nbsp;</span>c</p>"},
       {"<p>a\n  b</p>", u"a", u"", "<p><span style='mso-spacerun:yes'>&nbsp;</span>b</p>"},
@@ -113,25 +81,7 @@ TEST(HtmlFormat, IsEditedBySplices) {
        "<style>span{display:none}</style><p><span "
        "style=\"background:yellow;mso-highlight:yellow;display:inline;mso-hide:none\">a</span>"},
   };
-  for (const auto& [before, place, text, after] : cases) {
-    SCOPED_TRACE(before);
-    OpenedPage opened = open(before);
-    const std::u16string all = opened.model.text().substring(0, opened.model.length());
-    const std::size_t at = all.find(place);
-    ASSERT_NE(at, all.npos);
-    const text::Span span{static_cast<text::Position>(at), static_cast<text::Position>(at + place.size())};
-    if (text == u"7" || text == u"0") {
-      opened.model.highlight(span, text == u"7" ? 7 : 0);
-    } else {
-      opened.model.replace(span, text, text::View::codes);
-    }
-    EXPECT_EQ(savedAndTheSame(opened), after);
-  }
-}
-
-void editAtRandom(OpenedPage& opened, std::mt19937& random, int edits) {
-  const auto number = [&] { return static_cast<std::uint32_t>(random()); };
-  for (int i = 0; i < edits; ++i) docx::editBySeed(opened.document, {number(), number(), number(), number()});
+  expectSplices(HtmlFormat(), "", "", cases);
 }
 
 /// Whatever is done to pages that are damaged, or have what few pages have.
@@ -159,12 +109,15 @@ TEST(HtmlFormat, TakesRandomEditsOfOddPages) {
       "<table><tr><td>a<table><tr><td>b</table></table>z",
       "<table><tr><td><p>a<table><tr><td>b</table></table>z",
       "<p>a<p>b</p>c",
+      "<table><tr><td>x y<table><caption>c d</caption><tr><td>a b<td>c</table>z</table>w",
       // Fields that do not end where they should.
       code + mark("begin") + "X" + end + "<p>b</p><table><tr><td>c" + code + mark("end") + end + "</table>d",
       "<table><tr><td>" + code + mark("begin") + "X" + end + "b</table>c" + mark("separator") + "d" +
           mark("end"),
       "<p>" + code + mark("begin") + "X" + mark("separator") + end + "b c</p><p>d" + mark("end") + "e</p>",
       // Revisions.
+      "<p>x y</p><del><p>a b</p><p>c</p></del><p>y z</p>",
+      "<del><ul><li>a b<li>c</ul></del>y z",
       "<p>a<del>bcd</del>e</p><p><ins>b<del>c d</del></ins></p><ul><li><del>f g</del><li>h</ul>",
       // Texts of their own.
       "<p>a" + noteReference("f", "h") + "b</p><div style='mso-element:footnote-list'>" + note + "</div>c",
@@ -174,13 +127,13 @@ TEST(HtmlFormat, TakesRandomEditsOfOddPages) {
   for (const std::string& page : pages) {
     SCOPED_TRACE(page);
     for (int program = 0; program < 300; ++program) {
-      OpenedPage opened = open(page);
+      OpenedFile opened = open(page);
       ASSERT_EQ(notation::damageOf(opened.model), "");
       editAtRandom(opened, random, 1 + program % 3);
       try {
-        savedAndTheSame(opened);
+        savedAndTheSame(HtmlFormat(), opened);
         opened.document.saved();
-        savedAndTheSame(opened);
+        savedAndTheSame(HtmlFormat(), opened);
       } catch (const errors::DocumentError& error) {
         EXPECT_EQ(error.problem(), errors::Problem::encoding) << error.what();
       }
@@ -190,47 +143,10 @@ TEST(HtmlFormat, TakesRandomEditsOfOddPages) {
 }
 
 TEST(HtmlCorpus, keepsAllOtherBytes) {
-  const auto corpus = store::corpusOf({"html"});
-  if (corpus.empty()) GTEST_SKIP() << store::kNoCorpus;
-  constexpr std::size_t kLarge = std::size_t{64} << 10U;
-  for (const auto& path : corpus) {
-    const base::Bytes file = store::bytesOf(path);
-    if (file.view.size() > kLarge && formats::leftIn() == nullptr) continue;
-    const std::string before(file.view.begin(), file.view.end());
-    const OpenedPage opened = open(before);
-    EXPECT_EQ(opened.written(), before) << path;
-    formats::leave(path.filename(), file, opened.document);
-    formats::expectOtherBytesKept(path, open, savedAndTheSame,
-                                  {{{0, 8}, {7, 29}, {0, 180}, {0, 120}, {8, 21}, {14, 42}}});
-  }
+  expectCorpusKept(HtmlFormat(), "html", {{{0, 8}, {7, 29}, {0, 180}, {0, 120}, {8, 21}, {14, 42}}});
 }
 
-TEST(HtmlCorpus, takesRandomEditsThatAreReadBack) {
-  const auto corpus = store::corpusOf({"html"});
-  if (corpus.empty()) GTEST_SKIP() << store::kNoCorpus;
-  const char* const asked = std::getenv("PLUVO_HTML_PROGRAMS");
-  const int programs = asked == nullptr ? 1 : std::atoi(asked);
-  for (const auto& path : corpus) {
-    const base::Bytes bytes = store::bytesOf(path);
-    for (int seed = 1; seed <= programs; ++seed) {
-      SCOPED_TRACE(testing::Message() << path << " seed " << seed);
-      std::string file(bytes.view.begin(), bytes.view.end());
-      std::mt19937 random(static_cast<std::uint32_t>(seed));
-      try {
-        EXPECT_EQ(open(file).written(), file);
-        for (int generation = 0; generation < 3; ++generation) {
-          OpenedPage opened = open(file);
-          editAtRandom(opened, random, 1 + seed % 8);
-          file = savedAndTheSame(opened);
-          if (seed == 1 && generation == 0)
-            formats::leave("edited-" + path.filename().string(), bytesOf(file), opened.model);
-        }
-      } catch (const errors::DocumentError& error) {
-        EXPECT_EQ(error.problem(), errors::Problem::unsupported) << error.what();
-      }
-    }
-  }
-}
+TEST(HtmlCorpus, takesRandomEditsThatAreReadBack) { expectRandomEditsReadBack(HtmlFormat(), "html"); }
 
 }  // namespace
 }  // namespace pluvo::formats::html

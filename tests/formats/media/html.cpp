@@ -186,7 +186,7 @@ std::string pageWithNotes(const std::string& first) {
 std::optional<base::Bytes> asPage(std::string_view notation, notation::Ranges& ranges, bool isNote) {
   PageBuilder builder;
   ranges = notation::Parser(notation, builder).parse();
-  const base::Bytes file = html::bytesOf(isNote ? pageWithNotes(builder.body()) : pageOf(builder.body()));
+  const base::Bytes file = bytesOf(isNote ? pageWithNotes(builder.body()) : pageOf(builder.body()));
   Hint all;
   all.allStories = true;
   const document::Story read(html::HtmlFormat().read(file, all).stories[isNote ? 1 : 0]);

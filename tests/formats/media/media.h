@@ -53,7 +53,18 @@ struct Kept {
   void expectToSurviveASave() { save(sample.document->stories()); }
 };
 
+/// A file of a notation, to be opened again and again.
+struct Original {
+  const Medium& medium;
+  std::string notation;
+  base::Bytes file;
+  notation::Ranges ranges;
+
+  Kept open() const;
+};
+
 /// Nothing where the medium cannot hold such a document.
+std::optional<Original> originalIn(const Medium& medium, std::string_view notation);
 std::optional<Kept> keptIn(const Medium& medium, std::string_view notation);
 
 }  // namespace pluvo::formats

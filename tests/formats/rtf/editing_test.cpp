@@ -1,59 +1,18 @@
-#include "formats/docx/random_edits.h"
-#include "formats/edits_of_each_kind.h"
-#include "formats/left.h"
+#include "formats/edited_files.h"
 #include "formats/rtf/rtf_document.h"
-#include "storage/store/corpus.h"
-#include "support/invariants.h"
-#include "support/notation.h"
-
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <random>
 
 namespace pluvo::rtf {
 namespace {
 
-/// What there is of each story, in its notation.
-std::vector<std::string> storiesOf(const Opened& opened) {
-  std::vector<std::string> all;
-  for (std::size_t i = 0; i < opened.document.count(); ++i) {
-    const document::Story& story = opened.document.story(i);
-    if (!opened.document.isGone(i))
-      all.push_back(std::to_string(story.kind()) + ": " + notation::print(story));
-  }
-  return all;
+using formats::OpenedFile;
+using formats::SpliceCase;
+
+std::string savedAndTheSame(const OpenedFile& opened) {
+  return formats::savedAndTheSame(RtfFormat(), opened);
 }
 
-/// Writes what stands in memory, and reads it again: the same document, that is written as it was read.
-std::string savedAndTheSame(const Opened& opened) {
-  std::string file = opened.written();
-  const Opened again = open(file);
-  EXPECT_EQ(storiesOf(again), storiesOf(opened)) << file.substr(0, 4000);
-  EXPECT_EQ(again.written(), file);
-  return file;
-}
-
-/// Of the first place of a text. A new text of "7" is a highlight.
-void edit(document::Story& story, std::u16string_view place, std::u16string_view text) {
-  const std::size_t at = story.text().substring(0, story.length()).find(place);
-  ASSERT_NE(at, std::u16string::npos);
-  const text::Span span{static_cast<text::Position>(at), static_cast<text::Position>(at + place.size())};
-  if (text == u"7") {
-    story.highlight(span, 7);
-  } else {
-    story.replace(span, text, text::View::results);
-  }
-}
-
-/// What an edit makes of a document's bytes.
 TEST(RtfFormat, IsEditedBySplices) {
-  const struct {
-    const char* before;
-    std::u16string place;
-    std::u16string text;
-    const char* after;
-  } cases[] = {
+  const std::vector<SpliceCase> cases = {
       // No word runs into what is put after it.
       {"\\b\\'e9x\\par", u"\u00E9", u"", "\\b x\\par"},
       {"\\b\\'e9 x\\par", u"\u00E9", u"", "\\b  x\\par"},
@@ -100,85 +59,52 @@ TEST(RtfFormat, IsEditedBySplices) {
       {"a{\\highlight2 b c}d\\par", u"b", u"", "a{\\highlight2  c}d\\par"},
       {"{\\deleted a}b\\par", u"b", u"", "{\\deleted a}\\par"},
   };
-  for (const auto& [before, place, text, after] : cases) {
-    SCOPED_TRACE(before);
-    Opened opened = open(head() + before + "}");
-    edit(opened.model, place, text);
-    EXPECT_EQ(savedAndTheSame(opened), head() + after + "}");
-  }
+  expectSplices(RtfFormat(), head(), "}", cases);
 }
 
-/// What an edit of a story makes of a document's bytes.
 TEST(RtfFormat, EditsStoriesWhereTheyStand) {
-  const struct {
-    const char* before;
-    std::size_t story;
-    std::u16string place;
-    std::u16string text;
-    const char* after;
-  } cases[] = {
-      {"{\\headerl x\\par}{\\header{\\b y}\\par}{\\footerf z}a\\par", 2, u"y", u"\u0416n",
-       "{\\headerl x\\par}{\\header{\\b \\u1046?n}\\par}{\\footerf z}a\\par"},
-      {"{\\uc0{\\header y\\par}}a\\par", 1, u"y", u"\u0416", "{\\uc0{\\header \\u1046 \\par}}a\\par"},
-      {"{\\header y\\par}{\\header z\\par}a\\par", 2, u"z", u"7",
-       "{\\header y\\par}{\\header \\highlight2 z\\highlight0 \\par}a\\par"},
-      {"a\\chftn{\\footnote\\chftn y}{\\footnote\\ftnalt z}b\\par", 1, u"y", u"n",
-       "a\\chftn{\\footnote\\chftn n}{\\footnote\\ftnalt z}b\\par"},
-      {"a{\\super\\chftn}{\\footnote y}{\\footnote\\ftnalt z}b\\par", 0, u"\u0002", u"",
-       "a{\\super}{\\footnote\\ftnalt z}b\\par"},
-      {"a{\\footnote y{\\header h}}b\\par", 0, u"\u0002", u"", "ab\\par"},
-      {"a{\\*\\atnid i}{\\*\\annotation{\\*\\atnref 1}y\\par}\\par", 1, u"y", u"1\r2",
-       "a{\\*\\atnid i}{\\*\\annotation{\\*\\atnref 1}1\\par 2\\par}\\par"},
-      {"{\\header{\\shp{\\*\\shpinst{\\shptxt y{\\pict 00}}}{\\shprslt{\\*\\do{\\dptxbxtext y}}}}}a\\par", 2,
-       u"y", u"n", "{\\header{\\shp{\\*\\shpinst{\\shptxt n{\\pict 00}}}}}a\\par"},
-      {"{\\shp{\\*\\shpinst{\\shptxt y\\par}}{\\shprslt{\\*\\do{\\dptxbxtext{\\b y}\\par}}}}a\\par", 1, u"y",
-       u"n", "{\\shp{\\*\\shpinst{\\shptxt n\\par}}{\\shprslt{\\*\\do{\\dptxbxtext{\\b n}\\par}}}}a\\par"},
-      {"{\\shp{\\*\\shpinst{\\sp x}}{\\shprslt{\\*\\do{\\dptxbxtext y\\par}}}}a\\par", 1, u"y", u"n",
-       "{\\shp{\\*\\shpinst{\\sp x}}{\\shprslt{\\*\\do{\\dptxbxtext n\\par}}}}a\\par"},
-      {"{\\upr{axb}{\\*\\ud a{\\b x}b}}{\\upr{c}{\\*\\ud c}}\\par", 0, u"x", u"",
-       "{\\upr{}{\\*\\ud a{\\b }b}}{\\upr{c}{\\*\\ud c}}\\par"},
-      {"{\\field{\\*\\fldinst X}{\\fldrslt b{\\header h\\par}c}}d\\par", 0, u"\u0013X\u0014bc\u0015", u"",
-       "{\\header h\\par}d\\par"},
+  const std::vector<SpliceCase> cases = {
+      {"{\\headerl x\\par}{\\header{\\b y}\\par}{\\footerf z}a\\par", u"y", u"\u0416n",
+       "{\\headerl x\\par}{\\header{\\b \\u1046?n}\\par}{\\footerf z}a\\par", 2},
+      {"{\\uc0{\\header y\\par}}a\\par", u"y", u"\u0416", "{\\uc0{\\header \\u1046 \\par}}a\\par", 1},
+      {"{\\header y\\par}{\\header z\\par}a\\par", u"z", u"7",
+       "{\\header y\\par}{\\header \\highlight2 z\\highlight0 \\par}a\\par", 2},
+      {"a\\chftn{\\footnote\\chftn y}{\\footnote\\ftnalt z}b\\par", u"y", u"n",
+       "a\\chftn{\\footnote\\chftn n}{\\footnote\\ftnalt z}b\\par", 1},
+      {"a{\\super\\chftn}{\\footnote y}{\\footnote\\ftnalt z}b\\par", u"\u0002", u"",
+       "a{\\super}{\\footnote\\ftnalt z}b\\par", 0},
+      {"a{\\footnote y{\\header h}}b\\par", u"\u0002", u"", "ab\\par", 0},
+      {"a{\\*\\atnid i}{\\*\\annotation{\\*\\atnref 1}y\\par}\\par", u"y", u"1\r2",
+       "a{\\*\\atnid i}{\\*\\annotation{\\*\\atnref 1}1\\par 2\\par}\\par", 1},
+      {"{\\header{\\shp{\\*\\shpinst{\\shptxt y{\\pict 00}}}{\\shprslt{\\*\\do{\\dptxbxtext y}}}}}a\\par",
+       u"y", u"n", "{\\header{\\shp{\\*\\shpinst{\\shptxt n{\\pict 00}}}}}a\\par", 2},
+      {"{\\shp{\\*\\shpinst{\\shptxt y\\par}}{\\shprslt{\\*\\do{\\dptxbxtext{\\b y}\\par}}}}a\\par", u"y",
+       u"n", "{\\shp{\\*\\shpinst{\\shptxt n\\par}}{\\shprslt{\\*\\do{\\dptxbxtext{\\b n}\\par}}}}a\\par", 1},
+      {"{\\shp{\\*\\shpinst{\\sp x}}{\\shprslt{\\*\\do{\\dptxbxtext y\\par}}}}a\\par", u"y", u"n",
+       "{\\shp{\\*\\shpinst{\\sp x}}{\\shprslt{\\*\\do{\\dptxbxtext n\\par}}}}a\\par", 1},
+      {"{\\upr{axb}{\\*\\ud a{\\b x}b}}{\\upr{c}{\\*\\ud c}}\\par", u"x", u"",
+       "{\\upr{}{\\*\\ud a{\\b }b}}{\\upr{c}{\\*\\ud c}}\\par", 0},
+      {"{\\field{\\*\\fldinst X}{\\fldrslt b{\\header h\\par}c}}d\\par", u"\u0013X\u0014bc\u0015", u"",
+       "{\\header h\\par}d\\par", 0},
   };
-  for (const auto& [before, number, place, text, after] : cases) {
-    SCOPED_TRACE(before);
-    Opened opened = open(head() + before + "}");
-    ASSERT_LT(number, opened.document.count());
-    edit(opened.document.story(number), place, text);
-    EXPECT_EQ(savedAndTheSame(opened), head() + after + "}");
-    opened.document.saved();
-    EXPECT_EQ(savedAndTheSame(opened), head() + after + "}") << "the second save has the first one's edits";
-  }
+  expectSplices(RtfFormat(), head(), "}", cases);
 }
 
 TEST(RtfFormat, HighlightsAtTheEndsOfWhatIsOdd) {
-  Opened cut = open("{\\rtf1{\\field{\\*\\fldinst X}{\\fldrslt {b");
+  OpenedFile cut = open("{\\rtf1{\\field{\\*\\fldinst X}{\\fldrslt {b");
   cut.model.highlight({4, 5}, 7);
   EXPECT_EQ(
       savedAndTheSame(cut),
       "{\\rtf1{\\colortbl;\\red255\\green255\\blue0;}{\\field{\\*\\fldinst X}{\\fldrslt {b}}\\highlight1 ");
-  Opened early = open("{\\rtf1 {\\fonttbl} {\\colortbl;\\red255\\green255\\blue0;}\\pard}");
+  OpenedFile early = open("{\\rtf1 {\\fonttbl} {\\colortbl;\\red255\\green255\\blue0;}\\pard}");
   early.model.highlight({1, 2}, 7);
   early.model.insertBefore(1, u"n");
   EXPECT_EQ(savedAndTheSame(early),
             "{\\rtf1 {\\fonttbl} {\\colortbl;\\red255\\green255\\blue0;}\\pard\\highlight1 n}");
 }
 
-TEST(RtfFormat, RefusesBeforehandWhatItCouldNotWrite) {
-  const struct {
-    const char* body;
-    text::Position at;
-  } cases[] = {
-      {"a{\\*\\nesttableprops\\trowd\\nestrow}b\\par c\\par", 0}, {"a\\pict 00", 1}, {"a\\pict 00", 2}};
-  for (const auto& [body, at] : cases) {
-    Opened opened = open(head() + body + "}");
-    EXPECT_THROW(opened.model.insertBefore(at, u"n"), errors::Fault) << body;
-    EXPECT_FALSE(opened.document.changed());
-  }
-}
-
 TEST(RtfFormat, TakesNoHighlightInFrontOfItsColours) {
-  Opened opened = open("{\\rtf1{\\header h}a{\\colortbl;\\red255\\green255\\blue0;}b\\par}");
+  OpenedFile opened = open("{\\rtf1{\\header h}a{\\colortbl;\\red255\\green255\\blue0;}b\\par}");
   EXPECT_THROW(opened.model.highlight({0, 1}, 7), errors::Fault);
   EXPECT_THROW(opened.document.story(1).highlight({0, 1}, 7), errors::Fault);
   opened.model.replace({0, 1}, u"n", text::View::results);
@@ -209,7 +135,7 @@ TEST(RtfFormat, AddsTextAtAnEnd) {
       {"{\\rtf1 x\\par\\row", {0, 1}, u"a", "{\\rtf1 a\\par\\row"},
   };
   for (const auto& [before, place, text, after] : cases) {
-    Opened opened = open(before);
+    OpenedFile opened = open(before);
     EXPECT_EQ(opened.written(), before);
     opened.model.replace(place, text, text::View::results);
     EXPECT_EQ(savedAndTheSame(opened), after);
@@ -233,53 +159,17 @@ TEST(RtfFormat, AddsColoursWhereTheDocumentHasThem) {
        "{\\rtf1{\\colortbl;\\red255\\green255\\blue0;}\\highlight1 a\\highlight0 \\par}"},
   };
   for (const auto& [before, after] : cases) {
-    Opened opened = open(before);
+    OpenedFile opened = open(before);
     opened.model.highlight({0, 1}, 7);
     EXPECT_EQ(savedAndTheSame(opened), after);
   }
 }
 
 TEST(Corpus, keepsAllOtherBytes) {
-  const auto corpus = store::corpusOf({"rtf"});
-  if (corpus.empty()) GTEST_SKIP() << store::kNoCorpus;
-  for (const auto& path : corpus)
-    formats::expectOtherBytesKept(path, open, savedAndTheSame,
-                                  {{{0, 20}, {0, 20}, {0, 6}, {0, 70}, {8, 8}, {8, 1}}});
+  formats::expectCorpusKept(RtfFormat(), "rtf", {{{0, 20}, {0, 20}, {0, 6}, {0, 70}, {8, 8}, {8, 1}}});
 }
 
-void editAtRandom(Opened& opened, std::mt19937& random, int edits) {
-  const auto number = [&] { return static_cast<std::uint32_t>(random()); };
-  for (int i = 0; i < edits; ++i) {
-    const std::size_t story = number() % 2 == 0 ? 0 : number() % opened.document.count();
-    docx::editBySeed(opened.document.story(story), {number(), number(), number(), number()});
-  }
-}
-
-TEST(Corpus, takesRandomEditsThatAreReadBack) {
-  const auto corpus = store::corpusOf({"rtf"});
-  if (corpus.empty()) GTEST_SKIP() << store::kNoCorpus;
-  const char* const asked = std::getenv("PLUVO_RTF_PROGRAMS");
-  const int programs = asked == nullptr ? 2 : std::atoi(asked);
-  for (const auto& path : corpus) {
-    const base::Bytes bytes = store::bytesOf(path);
-    for (int seed = 1; seed <= programs; ++seed) {
-      SCOPED_TRACE(testing::Message() << path << " seed " << seed);
-      std::string file(bytes.view.begin(), bytes.view.end());
-      std::mt19937 random(static_cast<std::uint32_t>(seed));
-      for (int generation = 0; generation < 3; ++generation) {
-        Opened opened = open(file);
-        editAtRandom(opened, random, 1 + seed % 8);
-        try {
-          file = savedAndTheSame(opened);
-        } catch (const errors::DocumentError& error) {
-          EXPECT_EQ(error.problem(), errors::Problem::unsupported) << "highlight in front of the colours";
-        }
-        if (seed == 1 && generation == 0)
-          formats::leave("edited-" + path.filename().string(), bytesOf(file), opened.document);
-      }
-    }
-  }
-}
+TEST(Corpus, takesRandomEditsThatAreReadBack) { formats::expectRandomEditsReadBack(RtfFormat(), "rtf"); }
 
 }  // namespace
 }  // namespace pluvo::rtf

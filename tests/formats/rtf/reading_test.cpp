@@ -1,8 +1,6 @@
 #include "base/utf.h"
 #include "errors/document_error.h"
-#include "formats/left.h"
 #include "formats/rtf/rtf_document.h"
-#include "storage/store/corpus.h"
 #include "support/invariants.h"
 #include "support/notation.h"
 
@@ -72,7 +70,7 @@ TEST(RtfFormat, ReadsTextAsAWordProcessorShowsIt) {
   for (const auto& [body, text] : cases) {
     SCOPED_TRACE(body);
     const std::string file = head() + body + (std::string_view(body).ends_with("D\\par") ? "" : "}");
-    const Opened opened = open(file);
+    const formats::OpenedFile opened = open(file);
     EXPECT_EQ(notation::print(opened.model), text);
     EXPECT_EQ(notation::damageOf(opened.model), "");
     EXPECT_EQ(opened.written(), file);
@@ -118,7 +116,7 @@ TEST(RtfFormat, ReadsOrRefusesEveryBeginningOfADocument) {
   for (std::size_t size = 5 + 1; size <= whole.size(); ++size) {
     const std::string part = whole.substr(0, size);
     try {
-      const Opened opened = open(part);
+      const formats::OpenedFile opened = open(part);
       EXPECT_EQ(opened.written(), part);
       EXPECT_EQ(notation::damageOf(opened.model), "");
       EXPECT_EQ(opened.source->appearance().front().length(), opened.model.length());
@@ -170,7 +168,7 @@ TEST(RtfFormat, TellsProtectionAndItsPassword) {
   };
   for (const auto& [words, type, lifts, isReserved] : cases) {
     SCOPED_TRACE(words);
-    const Opened opened = open(std::string("{\\rtf1") + words + " a}");
+    const formats::OpenedFile opened = open(std::string("{\\rtf1") + words + " a}");
     ASSERT_EQ(opened.protection ? static_cast<int>(opened.protection->type) : -1, type);
     ASSERT_EQ(opened.reservation.has_value(), isReserved);
     const auto check = [&](const auto& asking) {
@@ -182,7 +180,7 @@ TEST(RtfFormat, TellsProtectionAndItsPassword) {
     check(opened.protection);
     check(opened.reservation);
   }
-  const Opened opened = open("{\\rtf1\\readprot" + hash + " a}");
+  const formats::OpenedFile opened = open("{\\rtf1\\readprot" + hash + " a}");
   EXPECT_FALSE(opened.protection->isLiftedBy(u""));
 }
 
@@ -214,7 +212,7 @@ class Told final : public formats::OtherTexts {
 };
 
 TEST(RtfFormat, TellsTextsBesideMainText) {
-  const Opened opened =
+  const formats::OpenedFile opened =
       open(head() +
            "{\\*\\revtbl{Unknown;}{A B;}}{\\info{\\title T}}{\\header h\\par}{\\xe{x}}{\\*\\docvar{n}{v}}"
            "{\\*\\userprops{\\propname N}\\proptype30{\\staticval P}}{\\*\\other{\\b o}}"
@@ -228,20 +226,6 @@ TEST(RtfFormat, TellsTextsBesideMainText) {
             "people: Unknown;A B;\nother: T\nstory 0: h¶\ncode: x\nother: v\nother: N\nother: P\nother: o\n"
             "other: d\npeople: id\npeople: A\nstory 4: c¶\nart: art\nstory 5: b\x02¶\n"
             "story 2: in¶\nopaque\nopaque\npicture: dЖ\n");
-}
-
-TEST(Corpus, isWrittenAsItWasRead) {
-  const auto corpus = store::corpusOf({"rtf"});
-  if (corpus.empty()) GTEST_SKIP() << store::kNoCorpus;
-  for (const auto& path : corpus) {
-    SCOPED_TRACE(path.string());
-    const base::Bytes file = store::bytesOf(path);
-    const std::string before(file.view.begin(), file.view.end());
-    const Opened opened = open(before);
-    EXPECT_EQ(notation::damageOf(opened.model), "");
-    EXPECT_EQ(opened.written(), before);
-    formats::leave(path.filename(), file, opened.document);
-  }
 }
 
 }  // namespace

@@ -124,7 +124,7 @@ class TextBuilder {
 inline base::Bytes fileOf(std::string_view notation, notation::Ranges& ranges) {
   TextBuilder builder;
   ranges = notation::Parser(notation, builder).parse();
-  return bytesOf(builder.file());
+  return formats::bytesOf(builder.file());
 }
 
 }  // namespace pluvo::rtf
