@@ -56,6 +56,16 @@ TEST(Tags, TellWhereAFaultCameFrom) {
     it.doing();
     EXPECT_EQ(std::exchange(work.reports, {}), std::vector<std::string>{it.report});
   }
+  // Before a pass is prepared nothing is done, under the tag of each all the same.
+  Workplace idle(word);
+  const std::pair<const char16_t*, std::function<void()>> steps[] = {
+      {u"cpf:27a", [&] { idle.engine.FindNextItem(); }},
+      {u"cpf:27c", [&] { idle.engine.MakeChanges(); }},
+      {u"cpf:27d", [&] { idle.engine.SkipChanges(); }}};
+  for (const auto& [tag, doing] : steps) {
+    doing();
+    EXPECT_EQ(idle.context.locationTag, tag);
+  }
 }
 
 }  // namespace
