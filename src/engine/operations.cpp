@@ -41,7 +41,7 @@ std::optional<errors::Fault> Operations::perform() const {
 
 template <class Work>
 std::optional<errors::Fault> Operations::onRange(errors::Tag tag, Work work) const {
-  return errors::attempt(trail_, tag, [&] {
+  return errors::faultOf(trail_, tag, [&] {
     if (const auto range = operated()) work(*range);
   });
 }

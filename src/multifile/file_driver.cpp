@@ -182,7 +182,7 @@ bool FileDriver::MultiPLUVO_OpenNextFile(dialog::clsProcessFind& engine,
     const std::u16string& path = files.at(static_cast<std::size_t>(index));
     fileBegins(path, static_cast<std::size_t>(index) + 1, files.size());
     bool ready = false;
-    const auto fault = errors::attempt(engine.context(), u"cpf:45b", [&] {
+    const auto fault = errors::faultOf(engine.context(), u"cpf:45b", [&] {
       ready = makeReady(engine, path, engine.application().PathSeparator(), step);
     });
     if (ready) return true;

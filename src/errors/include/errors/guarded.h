@@ -53,7 +53,7 @@ void guardedOn(Trail& trail, Work&& work) {
 
 /// The same for a procedure whose caller must know how it went: the fault, already reported.
 template <class Trail, class Work>
-std::optional<Fault> attempt(Trail& trail, Tag tag, Work&& work) {
+std::optional<Fault> faultOf(Trail& trail, Tag tag, Work&& work) {
   trail.enter(tag);
   std::optional<Fault> fault;
   try {
