@@ -26,7 +26,7 @@ using OrFailure = std::variant<Value, Failure>;
 using Stored = std::shared_ptr<store::StoredDocument>;
 using Version = std::unique_ptr<files::Pending>;
 
-/// Does a part of the work; what went wrong with it, if anything did.
+/// Does a part of the work, and returns the error that ended it, if any did.
 std::optional<Failure> failureOf(const std::function<void()>& work) {
   try {
     work();
@@ -42,7 +42,7 @@ std::optional<Failure> failureOf(const std::function<void()>& work) {
 }
 
 /// The document, still protected where the run may lift that.
-OrFailure<Stored> opened(const NamedDocument& named, const Surroundings& around, Asking& asking,
+OrFailure<Stored> opened(const NamedDocument& named, const RunContext& around, Asking& asking,
                          Passwords& passwords) {
   const Plan& plan = around.plan;
   store::Also also{.protectedDocuments = !plan.passwords.empty() || asking.answers(Question::password),
@@ -62,7 +62,7 @@ OrFailure<Stored> opened(const NamedDocument& named, const Surroundings& around,
 
 /// Makes a pass for each request, as far as the run goes on. What made the document fail, if anything did.
 std::optional<Failure> passed(const Stored& stored, const std::optional<Failure>& obstacle,
-                              const Surroundings& around, Asking& asking, const BlockSink& blocks,
+                              const RunContext& around, Asking& asking, const BlockSink& blocks,
                               Outcome& outcome) {
   std::int64_t refused = 0;
   std::optional<Failure> firstRefusal;
@@ -113,7 +113,7 @@ std::optional<std::string> otherPath(const NamedDocument& named, const Plan& pla
 }
 
 /// The record for a slice's journal, written before a document is saved; empty elsewhere.
-std::string intendedOf(const NamedDocument& named, const Surroundings& around, Outcome outcome,
+std::string intendedOf(const NamedDocument& named, const RunContext& around, Outcome outcome,
                        const std::string& savedAs) {
   if (named.key.empty() || around.journal == nullptr) return {};
   outcome.saved = true;
@@ -124,7 +124,7 @@ std::string intendedOf(const NamedDocument& named, const Surroundings& around, O
 }
 
 /// Begins to save a document that was changed.
-OrFailure<Version> beginSaving(const store::StoredDocument& stored, const Surroundings& around,
+OrFailure<Version> beginSaving(const store::StoredDocument& stored, const RunContext& around,
                                const std::optional<std::string>& otherPath, const std::string& intended) {
   store::SaveOptions options;
   options.backupSuffix = around.plan.backupSuffix;
@@ -140,7 +140,7 @@ OrFailure<Version> beginSaving(const store::StoredDocument& stored, const Surrou
 }
 
 /// A document from its path to its new version. What made it fail, if anything did.
-std::optional<Failure> workOn(const NamedDocument& named, const Surroundings& around, Asking& asking,
+std::optional<Failure> workOn(const NamedDocument& named, const RunContext& around, Asking& asking,
                               const BlockSink& blocks, Worked& worked) {
   const Plan& plan = around.plan;
   Outcome& outcome = worked.outcome;
@@ -187,7 +187,7 @@ std::optional<Failure> workOn(const NamedDocument& named, const Surroundings& ar
 
 }  // namespace
 
-Worked runOn(const NamedDocument& named, std::size_t number, const Surroundings& around,
+Worked runOn(const NamedDocument& named, std::size_t number, const RunContext& around,
              const BlockSink& blocks) {
   Worked worked;
   worked.outcome.path = named.path;
@@ -201,7 +201,7 @@ Worked runOn(const NamedDocument& named, std::size_t number, const Surroundings&
   return worked;
 }
 
-Outcome finished(Worked worked) {
+Outcome finishSaving(Worked worked) {
   Outcome& outcome = worked.outcome;
   if (worked.version == nullptr) return std::move(outcome);
   outcome.failure = failureOf([&] {

@@ -12,7 +12,7 @@
 namespace pluvo::runs {
 
 /// The state that documents of a run share.
-struct Surroundings {
+struct RunContext {
   const Plan& plan;
   const store::Store& store;
   Face& face;
@@ -32,10 +32,10 @@ struct Worked {
 /// Opens a document, makes a pass over it for each request, and begins to save it. Whatever goes wrong is in
 /// the outcome. The number is that of the document in the list, from 1. May be called from several threads
 /// where no questions are asked.
-Worked runOn(const NamedDocument& document, std::size_t number, const Surroundings& around,
+Worked runOn(const NamedDocument& document, std::size_t number, const RunContext& around,
              const BlockSink& blocks);
 
 /// Saves a new version: checks it if it is small, and waits for the disk.
-Outcome finished(Worked worked);
+Outcome finishSaving(Worked worked);
 
 }  // namespace pluvo::runs

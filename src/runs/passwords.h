@@ -13,7 +13,7 @@ namespace pluvo::runs {
 class Passwords {
  public:
   /// All outlive it.
-  Passwords(const Surroundings& around, Asking& asking) : around_(around), asking_(asking) {}
+  Passwords(const RunContext& around, Asking& asking) : around_(around), asking_(asking) {}
 
   /// The key of an encrypted document. Throws errors::DocumentError where its password is not known.
   formats::SharedKey keyOf(const formats::Lock& lock);
@@ -28,7 +28,7 @@ class Passwords {
   std::optional<Failure> tryAll(Question question, std::uint64_t hashes,
                                 const std::function<bool(const base::SecretText&)>& fits);
 
-  const Surroundings& around_;
+  const RunContext& around_;
   Asking& asking_;
   PasswordBudget ofDocument_{PasswordBudget::kForDocument};
 };

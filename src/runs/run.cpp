@@ -185,7 +185,7 @@ class Run {
         waiters.add(Waiters::Work([this, document = *document, worked = std::move(worked)]() mutable {
           guarded([&] {
             // By then the journal has forgotten an original that was not replaced.
-            Outcome outcome = finished(std::move(worked));
+            Outcome outcome = finishSaving(std::move(worked));
             done(document, std::move(outcome));
           });
         }));
