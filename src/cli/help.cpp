@@ -10,8 +10,8 @@ constexpr std::size_t kTextColumn = 27;
 
 constexpr std::string_view kIntroduction =
     "Finds blocks of text in documents and inserts, replaces, deletes or highlights on them.\n"
-    "A block begins with one text, ends with another a bounded distance away, and may have\n"
-    "to contain a third. A document is saved completely or not at all.\n";
+    "A block begins with one text. It may end with another, no farther away than you allow,\n"
+    "and may have to contain a third. A document is saved completely or not at all.\n";
 
 // Examples work as they stand in samples/, where a test goes through all of them.
 constexpr std::string_view kOverallExamples =
@@ -22,12 +22,12 @@ constexpr std::string_view kOverallExamples =
     "  pluvo replace -b 'Harbour Estates' -t 'Harbour Holdings' -r . --report changes.html\n";
 
 constexpr std::string_view kExitStatus =
-    "  0 blocks were found   1 none   2 something failed, whatever else succeeded, or with\n"
-    "  --strict was not reached\n";
+    "  0 blocks were found   1 none   2 something failed, even if the rest succeeded; with\n"
+    "  --strict also if something was not reached\n";
 constexpr std::string_view kUndoExitStatus =
-    "  0 taken back, or runs to show   1 nothing to do   2 something failed, whatever else succeeded\n";
+    "  0 taken back, or runs to show   1 nothing to do   2 something failed, even if the rest succeeded\n";
 constexpr std::string_view kReportExitStatus =
-    "  0 blocks were found   1 none   2 something failed, or was not worked on\n";
+    "  0 blocks were found   1 none   2 a document failed or was not worked on\n";
 constexpr std::string_view kSaveExitStatus = "  0 saved   2 not saved\n";
 
 // In the order of Command.
@@ -53,7 +53,7 @@ constexpr std::array<Story, 9> kStories = {{
      "  pluvo delete -b '[Note to file:' -e ']' --unit document --backup lease.txt\n"
      "      keeps the original as lease.txt.bak\n"
      "  pluvo delete -b 'Apologies:' -e 'Lindqvist' --confirm *.txt\n"},
-    {"Highlights each block, or its beginning, ending or inside text; --color none removes.\n"
+    {"Highlights each block, or its beginning, ending or inside text; --color none removes it.\n"
      "Plain text has no place for highlighting.\n",
      "  pluvo highlight -b 'shall' -e '.' --color yellow lease.docx\n"
      "  pluvo highlight -b 'the Lessor' --color none --output clean/ *.docx\n"},
@@ -65,21 +65,21 @@ constexpr std::array<Story, 9> kStories = {{
      "documents are named when the file is run. The file is TOML and may be edited and commented.\n",
      "  pluvo save house-style.toml replace -b 'Smith & Sons' -t 'Smith & Daughters Ltd'\n"
      "  pluvo save house-style.toml highlight -b 'to be confirmed' --color pink\n"},
-    {"Takes back the changes of a run, the last one where none is named: bytes, permissions and\n"
-     "time of every document. A document that was changed since is left as it is and named.\n"
+    {"Takes back the changes of a run, or of the last one if you name none: bytes, permissions and\n"
+     "time of every document. It leaves a document that was changed since as it is, and names it.\n"
      "The originals are kept for you alone in $XDG_STATE_HOME/pluvo/runs (else ~/.local/state),\n"
-     "no more than 4 GiB; beyond that the oldest runs are forgotten. A run that has a name of its\n"
-     "own (--run-name) is taken back with all its slices; until then, or --forget, it is kept.\n",
+     "no more than 4 GiB; beyond that the oldest runs are forgotten. A run with a name of its own\n"
+     "(--run-name) is taken back with all its slices. It is kept until then, or until --forget.\n",
      "  pluvo undo --list\n"
      "  pluvo undo\n"
      "  pluvo undo 20261121-142233-0\n"
      "      a run by the name that the list gives it\n"},
     {"Tells what became of the slices of a run: which documents failed or were not worked on, and\n"
      "which slices were broken off or never begun. The results are in the journal under the run's\n"
-     "name, or in files that runs printed with --json; several make one report, of one request.\n"
+     "name, or in FILEs that runs printed with --json; those of one request make one report.\n"
      "With --files-from it also tells of documents in that list that no slice knows.\n",
      "  pluvo insert -b Lessor -t ' (net)' --after lease.txt deed.docx --run-name net --slice 1/1\n"
-     "      all documents as one slice; for two, 1/2 and 2/2, on two machines perhaps\n"
+     "      all documents as one slice; for two slices 1/2 and 2/2, perhaps on two machines\n"
      "  pluvo report net --report net.html\n"
      "  pluvo report net --rest again.list\n"},
 }};
@@ -159,7 +159,7 @@ std::string helpText(std::optional<Command> command, const Style& style) {
     text += section("Examples", story.examples, style);
   } else {
     text += std::string(kIntroduction) + section("Commands", commandList(), style);
-    text += "  'pluvo COMMAND --help' tells of one command, with examples.\n";
+    text += "  'pluvo COMMAND --help' describes one command, with examples.\n";
     text += optionList(kEveryCommand, style) + section("Examples", kOverallExamples, style);
   }
   return text + section("Exit status", exitStatusOf(command), style);

@@ -89,9 +89,8 @@ const std::vector<Option>& options() {
        "PLACE,...",
        kBlockGroup,
        kBlockCommands,
-       "where it stands: main (the main text), headers,\nfooters, footnotes, endnotes, notes (both), "
-       "comments,\n"
-       "boxes (text boxes) or all (default: main)",
+       "where the block stands: main (the main text),\nheaders, footers, footnotes, endnotes, notes (both),\n"
+       "comments, boxes (text boxes) or all (default: main)",
        keep<&T::in>,
        {"main", "headers", "footers", "footnotes", "endnotes", "notes", "comments", "boxes", "all"}},
 
@@ -143,15 +142,14 @@ const std::vector<Option>& options() {
        keep<&T::types>,
        {base::kDocumentTypes.begin(), base::kDocumentTypes.end()}},
       {0, "mask", Takes::value, "MASK,...", kDocuments, kRunCommands,
-       "take only files of such names from folders: * and ?\nstand for any characters, and for one. A mask "
-       "with a\n"
+       "take only files with such names from folders: *\nstands for any characters, ? for one. A mask with "
+       "a\n"
        "slash is about the path below the folder named\n(2024/*.txt, ./lease*), where * and ? stand for no\n"
-       "slash and a step ** for any folders (a/**/b.txt);\none that ends in a slash is about the folders "
-       "that\n"
-       "files lie in (signed/)",
+       "slash and a step ** for any folders (a/**/b.txt).\nA mask that ends in a slash is about the folders\n"
+       "that files lie in (signed/)",
        keep<&T::mask>},
       {0, "exclude", Takes::value, "MASK,...", kDocuments, kRunCommands,
-       "leave out files of such names and folders with all\nthat is in them; masks are as for --mask",
+       "leave out files with such names, and folders with all\nthat is in them; masks are as for --mask",
        keep<&T::exclude>},
       {0, "newer-than", Takes::value, "TIME", kDocuments, kRunCommands,
        "take only documents changed since: a day as\n2026-11-30, with a time as 2026-11-30T14:30, or an\n"
@@ -162,12 +160,13 @@ const std::vector<Option>& options() {
       {'0', "null", Takes::nothing, "", kDocuments, kRunCommands | setOf(Command::report),
        "names in FILE end with a zero byte, not with a line", raise<&T::null>},
       {0, "slice", Takes::value, "K/N", kDocuments, kRunCommands,
-       "take the K-th of N parts of the documents, 1/4 to 4/4\nfor instance; which part a document is in "
-       "hangs on\n"
-       "its path alone",
+       "take the K-th of N parts of the documents, 1/4 to 4/4\nfor instance; the path of a document alone "
+       "decides\n"
+       "its part",
        keep<&T::slice>},
       {0, "password-file", Takes::value, "FILE", kDocuments, kRunCommands,
-       "work on encrypted and protected documents too, with\npasswords from FILE, one a line; they stay so",
+       "work on encrypted and protected documents too, with\npasswords from FILE, one a line; they "
+       "stay\nencrypted and protected",
        keep<&T::passwordFile>},
       {0, "encoding", Takes::value, "NAME", kDocuments, kRunCommands,
        "read plain texts that are not UTF-8 and have no byte\norder mark as NAME, such as Windows-1252 or "
@@ -194,27 +193,27 @@ const std::vector<Option>& options() {
        "documents worked on at the same time (default: one\nfor each processor)", keep<&T::jobs>},
       {0, "run-name", Takes::value, "NAME", kSafety, kRunCommands,
        "slices of one name are one run, for 'pluvo undo NAME'\nand 'pluvo report NAME'; a slice that is run "
-       "again\nleaves out what it has done",
+       "again\nleaves out the documents it has done",
        keep<&T::runName>},
       {0, "journal-dir", Takes::value, "DIR", kSafety, kRunCommands | kJournalCommands,
-       "keep the originals and the results of slices in DIR,\nwhich is one that all machines see (default:\n"
+       "keep the originals and the results of slices in DIR,\nwhich all machines must see (default:\n"
        "$XDG_STATE_HOME, else ~/.local/state)",
        keep<&T::journalDir>},
       {0, "no-journal", Takes::nothing, "", kSafety, kChangingCommands,
        "do not keep the originals for 'pluvo undo'", raise<&T::noJournal>},
 
       {0, "strict", Takes::nothing, "", kOutput, kRunCommands,
-       "fail where blocks stand in places that are not looked\nthrough (see --in), where what they begin "
-       "with "
-       "stands\n"
-       "where no request reaches, or where a part cannot be\nread; documents are saved all the same",
+       "fail where a block stands in a place not searched (see\n--in), where its beginning stands in text "
+       "that "
+       "no\nrequest reaches, or where a part cannot be read;\ndocuments are saved all the same",
        raise<&T::strict>},
       {0, "report", Takes::value, "FILE", kOutput, kRunCommands | setOf(Command::report),
        "write a report of documents and blocks into FILE,\nby its name a page (.html), a table (.csv) "
-       "or\n.json; a file that is there is replaced if it is\nempty or an earlier report",
+       "or\n.json; an existing FILE is replaced only if it is\nempty or an earlier report",
        keep<&T::report>},
       {0, "overwrite-report", Takes::nothing, "", kOutput, kRunCommands | setOf(Command::report),
-       "replace FILE even where it holds something else than\nan earlier report", raise<&T::overwriteReport>},
+       "replace FILE even where it holds something other\nthan an earlier report",
+       raise<&T::overwriteReport>},
       {0, "rest", Takes::value, "FILE", kOutput, setOf(Command::report),
        "write the names of the documents that failed or were\nnot worked on into FILE, which must be new; "
        "with --null\nthey end with a zero byte",
@@ -231,7 +230,8 @@ const std::vector<Option>& options() {
       {0, "list", Takes::nothing, "", kOutput, setOf(Command::undo), "show the runs that can be taken back",
        raise<&T::list>},
       {0, "forget", Takes::nothing, "", kOutput, setOf(Command::undo),
-       "take nothing back, and remove the originals of a run\nthat has a name", raise<&T::forget>},
+       "take nothing back, but remove the originals of a run\nthat has a name (--run-name)",
+       raise<&T::forget>},
       {0, "json", Takes::nothing, "", kOutput, kRunCommands | setOf(Command::report),
        "one JSON object a line: each document, then a summary", raise<&T::json>},
       {'q', "quiet", Takes::nothing, "", kOutput, kRunCommands | kJournalCommands,

@@ -171,7 +171,7 @@ TEST_F(Slices, AreOneRunOfOneRequest) {
       {"undo s", "There is no run \"s\""},
       {"undo --forget", "name it"},
       {"report s", "There is no run \"s\""},
-      {"report list", "list does not tell what was asked for"},
+      {"report list", "list does not name the request"},
       {"report", "Name the runs"},
       {"report r --rest list", "list is there already"}};
   for (const auto& [line, sentence] : refused) {

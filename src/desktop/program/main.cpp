@@ -29,7 +29,7 @@ std::string helpText() {
     text += line + std::string(option.help) + '\n';
   }
   return text +
-         "      --         what follows is documents, whatever it begins with\n"
+         "      --         all later words are documents, also those that begin with -\n"
          "\n"
          "Options of the windowing system, such as -platform and -style, are taken as well.\n";
 }

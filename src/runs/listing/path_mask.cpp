@@ -13,12 +13,12 @@ namespace {
 }
 
 constexpr const char* kNoWayUp =
-    "masks are about what lies below the folder named. Name the folder, or what lies in it, as in 'old/*'.";
+    "masks match paths below the folder named. Name that folder, or a path in it, as in 'old/*'.";
 constexpr const char* kNoRoot =
-    "masks are about paths below the folder named, which do not begin with a slash. For what lies right in "
+    "masks match paths below the folder named, which do not begin with a slash. For entries right in "
     "that folder begin with './'.";
 constexpr const char* kNoFolderItself =
-    "it means the folder that is named, and masks are about what lies in it.";
+    "it means the folder that is named, and masks match only paths below it.";
 
 template <class Text>
 std::vector<Text> stepsOf(Text path) {

@@ -14,8 +14,8 @@ inline constexpr std::string_view kHtmlMark = "<!DOCTYPE html><!-- PLUVO report 
 inline constexpr std::string_view kJsonMark = "{\"report\":\"PLUVO\",";
 /// No row of its own, which spreadsheets would show: the names of the first columns and the mark for UTF-8.
 inline constexpr std::string_view kCsvMark =
-    "\xEF\xBB\xBFkind,file,state,found,operated,skipped,paragraph,text before,block,block changed,text "
-    "behind,";
+    "\xEF\xBB\xBFkind,file,state,found,operated,skipped,paragraph,text before,block,block changed,"
+    "text after,";
 
 enum class ReportKind : std::uint8_t { html, csv, json };
 

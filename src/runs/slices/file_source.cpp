@@ -27,7 +27,7 @@ class FileSource final : public SliceReport::Source {
     });
     if (request_.empty())
       throw SlicesRefused(path_ +
-                          " does not tell what was asked for. Give what a run with --slice printed with "
+                          " does not name the request. Give a file that a run with --slice printed with "
                           "--json; --slice 1/1 is all documents.");
   }
 

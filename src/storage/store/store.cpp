@@ -177,7 +177,7 @@ errors::DocumentError protectedAgainstEditing() {
 
 errors::DocumentError reservedForChanging() {
   return {Problem::protection,
-          "The document is reserved: whoever changes it has to give a password, and others may only read it "
+          "The document is reserved: changing it takes a password, without which one may only read it "
           "or save it under another name.",
           "Give the password with --password-file, or save the new version elsewhere with --output."};
 }
