@@ -3,6 +3,7 @@
 #include "base/bytes.h"
 #include "document/document.h"
 #include "formats/docx/random_edits.h"
+#include "formats/format.h"
 
 #include <cstdint>
 #include <cstdio>
@@ -43,6 +44,15 @@ inline std::vector<std::u16string> textsOf(const document::Document& document) {
     if (!document.isGone(i)) texts.push_back(story.text().substring(0, story.length()));
   }
   return texts;
+}
+
+/// Where looks are known of a story, they are of all its text.
+inline void requireLooks(const formats::Source& source, const document::Document& document) {
+  const auto looks = source.appearance();
+  require(looks.size() <= document.count(), "looks of no story");
+  for (std::size_t i = 0; i < looks.size(); ++i)
+    require(looks[i].length() == 0 || looks[i].length() == document.story(i).length(),
+            "looks of all the text");
 }
 
 }  // namespace pluvo::fuzz

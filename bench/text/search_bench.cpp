@@ -22,7 +22,7 @@ const PieceText& wideText() {
 
 void search(benchmark::State& state, const PieceText& text, std::u16string_view needle, SearchFlags flags) {
   const RunMap<Visibility> visibility(text.length(), kEverywhere);
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     const Search search(needle, flags);
     benchmark::DoNotOptimize(search.find(text, visibility, View::results, 0, text.length()));
   }
@@ -44,7 +44,7 @@ void repetitive(benchmark::State& state) {
 /// What reading the memory alone takes.
 void narrowLibraryByte(benchmark::State& state) {
   const Stretch all = narrowText().original().stretch(0, kLength);
-  for (auto _ : state) benchmark::DoNotOptimize(std::memchr(all.narrow, '#', kLength));
+  for ([[maybe_unused]] auto _ : state) benchmark::DoNotOptimize(std::memchr(all.narrow, '#', kLength));
   state.SetBytesProcessed(state.iterations() * kLength);
 }
 
@@ -63,7 +63,7 @@ void everyMatch(benchmark::State& state) {
   const RunMap<Visibility> visibility(text.length(), kEverywhere);
   const Search search(u"begin", {false, true});
   Position found = 0;
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     Position from = 0;
     while (const auto match = search.find(text, visibility, View::results, from, text.length())) {
       from = match->to;

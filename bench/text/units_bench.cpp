@@ -22,7 +22,7 @@ std::u16string blanks() {
 void countToTheEnd(benchmark::State& state, const std::u16string& units) {
   const PieceText text{OriginalText(units)};
   const auto unit = static_cast<Unit>(state.range(0));
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     const Units of(text, endsParagraph);
     for (Position i = 0; i < kCandidates; ++i) {
       benchmark::DoNotOptimize(of.count(unit, i * (kLength / kCandidates), kLength));
@@ -41,7 +41,7 @@ void countOneParagraph(benchmark::State& state) {
 void countBetweenEdits(benchmark::State& state) {
   const std::u16string units = prose(kLength);
   const auto unit = static_cast<Unit>(state.range(0));
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     PieceText text{OriginalText(units)};
     Units of(text, endsParagraph);
     for (Position i = 0; i < kCandidates; ++i) {
@@ -58,7 +58,7 @@ void countNearby(benchmark::State& state) {
   const auto unit = static_cast<Unit>(state.range(0));
   const Units of(text, endsParagraph);
   Position at = 0;
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     benchmark::DoNotOptimize(of.count(unit, at, at + 300));
     at = (at + 997) % (kLength - 300);
   }
@@ -67,7 +67,7 @@ void countNearby(benchmark::State& state) {
 void countOnce(benchmark::State& state) {
   const PieceText text(narrow(prose(10 * kLength)));
   const auto unit = static_cast<Unit>(state.range(0));
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     const Units of(text, endsParagraph);
     benchmark::DoNotOptimize(of.count(unit, 0, text.length()));
   }
@@ -78,7 +78,7 @@ void countOnce(benchmark::State& state) {
 void moveOverRuns(benchmark::State& state) {
   RunMap<Visibility> visibility;
   for (Position i = 0; i < 80'000; ++i) visibility.append(40, i % 2 == 0 ? kEverywhere : kInCodes);
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     const VisibleCharacters characters(visibility, View::results);
     for (Position i = 0; i < kCandidates; ++i) {
       benchmark::DoNotOptimize(characters.forward(i * 16, i * 16));

@@ -46,8 +46,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     document::Document document(std::move(opened.stories), opened.source);
     for (std::size_t i = 0; i < document.count(); ++i)
       require(notation::damageOf(document.story(i)).empty(), "a sound story");
-    require(opened.source->appearance().front().length() == document.mainText().length(),
-            "looks of all the text");
+    fuzz::requireLooks(*opened.source, document);
     engine::Request request;
     request.begin = u"e";
     request.distance = 0;

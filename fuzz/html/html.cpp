@@ -24,7 +24,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     formats::OpenedFile opened = formats::html::open(file);
     require(notation::damageOf(opened.model).empty(), "a sound text");
     require(opened.written() == file, "written as read");
-    require(opened.source->appearance().front().length() == opened.model.length(), "looks of all the text");
+    requireLooks(*opened.source, opened.document);
     engine::Request request;
     request.begin = u"e";
     request.distance = 0;

@@ -61,7 +61,7 @@ void edit(document::Story& model, const formats::Source& source, ByteSpan progra
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size < 2) return 0;
   const formats::Hint hint = hintOf(data[0]);
-  const std::size_t edits = std::min<std::size_t>(data[1] % 8 * 4, size - 2);
+  const std::size_t edits = std::min<std::size_t>(data[1] % 8 * std::size_t{4}, size - 2);
   const ByteSpan program(data + 2, edits);
   const std::vector<std::uint8_t> file(data + 2 + edits, data + size);
   const plain::PlainFormat format;

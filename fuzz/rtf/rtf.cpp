@@ -1,7 +1,7 @@
 // Rich Text of any bytes: all its stories read, looked through for what is elsewhere, written back unchanged,
-// edited, written and read again. The first byte counts the edits, of five bytes each, that follow it; then
-// comes the file, to which the beginning that makes it one is added. A new version that the comparison with
-// what was meant refuses is not saved, and so no fault here, unless PLUVO_FUZZ_STRICT is set.
+// edited, written and read again. The first byte counts the edits, of five bytes each, that follow it. Then
+// comes the file, without the beginning that makes it one. A new version that the comparison with what was
+// meant refuses is not saved, and so no fault here, unless PLUVO_FUZZ_STRICT is set.
 
 #include "checks.h"
 #include "document/same_document.h"
@@ -27,7 +27,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (std::size_t i = 0; i < opened.document.count(); ++i)
       require(notation::damageOf(opened.document.story(i)).empty(), "a sound text");
     require(opened.written() == file, "written as read");
-    require(opened.source->appearance().front().length() == opened.model.length(), "looks of all the text");
+    requireLooks(*opened.source, opened.document);
     engine::Request request;
     request.begin = u"e";
     request.distance = 0;

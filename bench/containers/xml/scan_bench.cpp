@@ -21,7 +21,7 @@ const std::string& part() {
 void scan(benchmark::State& state) {
   const Vocabulary vocabulary(kNamespaces, kNames);
   std::size_t runs = 0;
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     Scanner scanner({reinterpret_cast<const std::uint8_t*>(part().data()), part().size()}, vocabulary,
                     "part");
     for (Token token = scanner.next(); token != Token::finish; token = scanner.next())
@@ -56,7 +56,7 @@ std::string worst(int kind, int size) {
 void worstCase(benchmark::State& state) {
   const std::string text = worst(static_cast<int>(state.range(0)), static_cast<int>(state.range(1)));
   const Vocabulary vocabulary(kNamespaces, kNames);
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     Scanner scanner({reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}, vocabulary, "part");
     while (scanner.next() != Token::finish) {
     }
@@ -79,7 +79,7 @@ BENCHMARK(worstCase)
 /// What a library does for the same: elements with their namespaces, and text.
 void expat(benchmark::State& state) {
   std::size_t elements = 0;
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     XML_Parser parser = XML_ParserCreateNS("UTF-8", '#');
     XML_SetUserData(parser, &elements);
     XML_SetElementHandler(

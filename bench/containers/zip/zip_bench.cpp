@@ -24,13 +24,14 @@ const zip::Archive& document() {
 
 void open(benchmark::State& state) {
   const auto view = document().bytes();
-  for (auto _ : state) benchmark::DoNotOptimize(zip::Archive::open({view, nullptr, nullptr}));
+  for ([[maybe_unused]] auto _ : state)
+    benchmark::DoNotOptimize(zip::Archive::open({view, nullptr, nullptr}));
 }
 BENCHMARK(open)->Unit(benchmark::kMicrosecond);
 
 void inflate(benchmark::State& state) {
   const zip::Member& member = *document().find("word/document.xml");
-  for (auto _ : state) benchmark::DoNotOptimize(document().read(member));
+  for ([[maybe_unused]] auto _ : state) benchmark::DoNotOptimize(document().read(member));
   state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * member.size));
 }
 BENCHMARK(inflate)->Unit(benchmark::kMillisecond);
@@ -49,7 +50,8 @@ void rewrite(benchmark::State& state) {
   for (std::size_t at = 0, size = contents.view.size() / 160'000; at < contents.view.size(); at += size)
     change.pieces.push_back(contents.view.subspan(at, std::min(size, contents.view.size() - at)));
   CountingOutput out;
-  for (auto _ : state) zip::rewrite(document(), {&change, 1}, out, static_cast<int>(state.range(0)));
+  for ([[maybe_unused]] auto _ : state)
+    zip::rewrite(document(), {&change, 1}, out, static_cast<int>(state.range(0)));
   state.counters["bytes"] = static_cast<double>(out.size) / static_cast<double>(state.iterations());
   state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * member.size));
 }

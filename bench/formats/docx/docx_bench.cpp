@@ -34,7 +34,8 @@ const base::Bytes& document() {
 void read(benchmark::State& state) {
   const docx::DocxFormat format;
   const base::Bytes& bytes = document();
-  for (auto _ : state) benchmark::DoNotOptimize(format.read(bytes).stories.front().text.length());
+  for ([[maybe_unused]] auto _ : state)
+    benchmark::DoNotOptimize(format.read(bytes).stories.front().text.length());
 }
 BENCHMARK(read)->Unit(benchmark::kMillisecond);
 
@@ -57,7 +58,7 @@ void save(benchmark::State& state, Edit edit) {
   const text::Position step = model.length() / places;
   for (text::Position i = places; i-- > 0;) edit(model, text::Span{i * step, i * step + kLength});
   CountingOutput out;
-  for (auto _ : state) source->write(edited, out);
+  for ([[maybe_unused]] auto _ : state) source->write(edited, out);
   state.counters["bytes"] = static_cast<double>(out.size) / static_cast<double>(state.iterations());
 }
 
