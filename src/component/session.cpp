@@ -110,7 +110,7 @@ class Session {
   forms_win32::Win32Launcher launcher_;
   std::unique_ptr<forms::Clock> clock_ = forms::machineClock();
   std::unique_ptr<dialog::RandomSource> random_ = dialog::machineRandomSource();
-  dialog::clsOpenPLUVO way_{dialog::Surroundings{
+  dialog::clsOpenPLUVO way_{dialog::DialogServices{
       .application = [this] { return connect(); },
       .forms = forms_,
       .boxes = boxes_,

@@ -34,7 +34,7 @@ Dialog::Dialog(const std::shared_ptr<memory::MemoryApplication>& application, Wo
       inputs_({.owner = [this] { return &place_.window; }, .placing = {}}),
       qtForms_(qtBoxes_),
       forms_(qtForms_),
-      opener_(dialog::Surroundings{
+      opener_(dialog::DialogServices{
           .application = [application] { return application; },
           .forms = forms_,
           .boxes = boxes_,

@@ -107,7 +107,7 @@ void DocumentFiles::openOne(const std::string& path, const std::function<void()>
         *opened = std::make_unique<OpenDocument>(place_.opener->open(path));
         (*opened)->prepare();
       },
-      [this, path, opened, comesToFront, then](std::exception_ptr thrown) {
+      [this, path, opened, comesToFront, then](const std::exception_ptr& thrown) {
         opensForUser_ = false;
         place_.opener->readAs({});
         if (!thrown) {
@@ -127,7 +127,7 @@ void DocumentFiles::openOne(const std::string& path, const std::function<void()>
 
 std::optional<std::string> DocumentFiles::chooseEncoding(const std::string& path,
                                                          const std::string& sentence) {
-  const auto chosen = askForEncoding(&place_.window, path, QString::fromStdString(sentence), {});
+  auto chosen = askForEncoding(&place_.window, path, QString::fromStdString(sentence), {});
   encodingDeclined_ = !chosen;
   return chosen;
 }
@@ -203,8 +203,8 @@ void DocumentFiles::saveAs(OpenDocument& document, const Then& then) {
          });
 }
 
-void DocumentFiles::saveBy(std::function<void()> saving, OpenDocument& document, const Then& then) {
-  place_.work.run(std::move(saving), [this, saved = document.document(), then](std::exception_ptr thrown) {
+void DocumentFiles::saveBy(const std::function<void()>& saving, OpenDocument& document, const Then& then) {
+  place_.work.run(saving, [this, saved = document.document(), then](const std::exception_ptr& thrown) {
     OpenDocument& open = *place_.documents.find(*saved);
     if (thrown) return tellNotSaved(open, faultOf(thrown), then);
     tellSaved(open);
@@ -223,10 +223,11 @@ void DocumentFiles::tellSaved(const OpenDocument& document) {
 }
 
 bool DocumentFiles::mayReplace(const QString& path, bool keptExtension) {
-  Question box(&place_.window, QObject::tr("“%1” exists already. Replace it?").arg(path),
-               keptExtension
-                   ? QObject::tr("A document of this kind keeps its extension. What is in the file is lost.")
-                   : QObject::tr("What is in the file is lost."));
+  Question box(
+      &place_.window, QObject::tr("“%1” exists already. Replace it?").arg(path),
+      keptExtension
+          ? QObject::tr("A document of this kind keeps its extension. The contents of the file are lost.")
+          : QObject::tr("The contents of the file are lost."));
   QAbstractButton* const replace = box.addButton(QObject::tr("&Replace"), QMessageBox::AcceptRole);
   box.setDefaultButton(box.addButton(QMessageBox::Cancel));
   box.exec();

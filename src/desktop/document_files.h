@@ -63,7 +63,7 @@ class DocumentFiles {
   void openOne(const std::string& path, const std::function<void()>& then);
   std::optional<std::string> chooseEncoding(const std::string& path, const std::string& sentence);
   void saveAs(OpenDocument& document, const Then& then);
-  void saveBy(std::function<void()> saving, OpenDocument& document, const Then& then);
+  void saveBy(const std::function<void()>& saving, OpenDocument& document, const Then& then);
   bool mayReplace(const QString& path, bool keptExtension);
   void tellSaved(const OpenDocument& document);
   void tellNotSaved(OpenDocument& document, const errors::Fault& fault, const Then& then);

@@ -177,7 +177,7 @@ void Documents::reloadStale() {
           *read = std::make_unique<OpenDocument>(opener_->open(path));
           (*read)->prepare();
         },
-        [this, read, was = (*old)->document()](std::exception_ptr thrown) {
+        [this, read, was = (*old)->document()](const std::exception_ptr& thrown) {
           // The old contents can still be read where the file is gone.
           if (OpenDocument* const open = find(*was); !thrown && open != nullptr) put(*open, std::move(*read));
           reloadStale();

@@ -113,7 +113,7 @@ void MainWindow::buildFoundBlocks() {
 
 void MainWindow::buildStatus() {
   cancel_ = new QPushButton(tr("Cancel"));
-  cancel_->setToolTip(tr("Ends what is under way (Esc)"));
+  cancel_->setToolTip(tr("Ends the work under way (Esc)"));
   cancel_->setFocusPolicy(Qt::NoFocus);
   cancel_->hide();
   connect(cancel_, &QPushButton::clicked, this, &MainWindow::cancelWork);

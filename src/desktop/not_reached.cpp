@@ -47,7 +47,7 @@ void NotReached::look(const OpenDocument& document, std::function<void()> then) 
       [this, found, &source, &stories] {
         *found = elsewhere::lookElsewhere(source, stories, {&request_, 1});
       },
-      [this, found, name, then = std::move(then)](std::exception_ptr thrown) {
+      [this, found, name, then = std::move(then)](const std::exception_ptr& thrown) {
         try {
           if (thrown) std::rethrow_exception(thrown);
         } catch (...) {

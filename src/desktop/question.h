@@ -2,6 +2,7 @@
 
 #include <QGuiApplication>
 #include <QMessageBox>
+#include <QPushButton>  // as which a box gives its buttons
 
 namespace pluvo::desktop {
 

@@ -93,7 +93,7 @@ void RunsMenu::undoLast() {
       tell(tr("There is no run to take back."), {});
     } else if (last->refused) {
       tell(tr("The last run cannot be taken back."),
-           tr("Other users may write what is kept of it, so that it is not relied on."));
+           tr("Other users may write its originals, so PLUVO does not rely on them."));
     } else if (confirmsUndo(*last)) {
       takeBack(past, last->name);
     }
@@ -139,7 +139,7 @@ void RunsMenu::takeBack(const std::shared_ptr<runs::PastRuns>& past, const std::
       });
     });
   };
-  place_.work.run(work, [this, counts](std::exception_ptr thrown) {
+  place_.work.run(work, [this, counts](const std::exception_ptr& thrown) {
     takesBack_ = false;
     try {
       if (thrown) std::rethrow_exception(thrown);
@@ -184,7 +184,7 @@ void RunsMenu::showUnfinished() {
     for (const std::string& path : list->documents) names += text(path);
     Question box(&place_.window,
                  tr("A run was ended before it came to %1.").arg(counted(list->documents.size())),
-                 listed(names) + tr("\n\nTo go on with them, say in the dialog what is to be done, and click "
+                 listed(names) + tr("\n\nTo go on with them, choose the operation in the dialog, and click "
                                     "Execute."));
     if (names.size() > 10) box.setDetailedText(names.join(u'\n'));
     QAbstractButton* const goingOn = box.addButton(tr("&Go On with Them"), QMessageBox::AcceptRole);

@@ -22,11 +22,11 @@ void Work::wait() {
   while (underWay()) QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
 }
 
-void Work::run(std::function<void()> work, Then then) {
+void Work::run(const std::function<void()>& work, const Then& then) {
   Q_ASSERT(!underWay());
   if (!goesOn_) cancels_ = 0;
   if (!isShown_) shows_.start();
-  thread_ = std::thread([this, work = std::move(work), then = std::move(then)]() mutable {
+  thread_ = std::thread([this, work = work, then = then]() mutable {
     worker_ = std::this_thread::get_id();
     std::exception_ptr thrown;
     try {

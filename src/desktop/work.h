@@ -14,18 +14,18 @@
 
 namespace pluvo::desktop {
 
-/// What takes long, in a thread of its own: one work at a time. The window's thread goes on with its events,
-/// and leaves the work's documents alone until it is done.
+/// Long work in a thread of its own, one at a time. The window's thread goes on with its events, and leaves
+/// the work's documents alone until it is done.
 class Work final : public QObject, public dialog::Labour {
  public:
-  /// What is done sooner than that is not shown.
+  /// Work that ends sooner is not shown.
   explicit Work(std::chrono::milliseconds shownAfter = std::chrono::milliseconds(50));
   /// Waits for the work under way, and does what that wants done.
   ~Work() override;
 
   // Of the window's thread.
   /// Begins the work; then is called from the event loop when it is done. None is under way.
-  void run(std::function<void()> work, Then then) override;
+  void run(const std::function<void()>& work, const Then& then) override;
   bool isElsewhere() const override { return true; }
   bool underWay() const { return thread_.joinable(); }
   /// The user wants an end of the work under way.

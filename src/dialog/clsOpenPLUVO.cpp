@@ -4,10 +4,10 @@
 
 namespace pluvo::dialog {
 
-clsOpenPLUVO::clsOpenPLUVO(Surroundings surroundings) : surroundings_(std::move(surroundings)) {}
+clsOpenPLUVO::clsOpenPLUVO(DialogServices services) : services_(std::move(services)) {}
 
 frmFAR& clsOpenPLUVO::needDialog() {
-  if (!dialog_) dialog_ = std::make_unique<frmFAR>(surroundings_);
+  if (!dialog_) dialog_ = std::make_unique<frmFAR>(services_);
   return *dialog_;
 }
 

@@ -56,8 +56,8 @@ class clsProcessFind::Client final : public engine::Observer {
   engine::PassObserver nobody_;
 };
 
-clsProcessFind::clsProcessFind(Surroundings surroundings)
-    : surroundings_(std::move(surroundings)), client_(std::make_unique<Client>(*this)) {}
+clsProcessFind::clsProcessFind(Services services)
+    : services_(std::move(services)), client_(std::make_unique<Client>(*this)) {}
 
 clsProcessFind::~clsProcessFind() = default;
 
@@ -71,7 +71,7 @@ void clsProcessFind::OperationLocation(std::int32_t code) {
 }
 
 word::Application& clsProcessFind::application() {
-  if (!application_) application_ = surroundings_.application();
+  if (!application_) application_ = services_.application();
   if (!application_) throw errors::objectNotSet();
   return *application_;
 }

@@ -51,28 +51,25 @@ class ProgramPicker final : public FolderPicker {
 /// What the pages do.
 struct frmFAR::Rules {
   explicit Rules(frmFAR& form, const std::u16string& dataFolder)
-      : choices(form.pages_->pgFindAndReplace, form.context_, form.surroundings_.boxes,
-                form.surroundings_.inputs),
-        textBoxes(*form.pages_, form.context_, form.surroundings_.boxes,
+      : choices(form.pages_->pgFindAndReplace, form.context_, form.services_.boxes, form.services_.inputs),
+        textBoxes(*form.pages_, form.context_, form.services_.boxes,
                   [&form]() -> word::Application& {
-                    return form.surroundings_.shown ? form.surroundings_.shown()
-                                                    : form.engine_->application();
+                    return form.services_.shown ? form.services_.shown() : form.engine_->application();
                   }),
         preview(*form.pages_, *form.engine_, choices),
         files(form, form.pages_->pgMultiFiles, *form.engine_, form.context_),
-        execution(
-            form, *form.pages_, *form.engine_, form.surroundings_.clock, form.surroundings_.yielding,
-            {[this](const auto& then) { files.LocateFilesForRun(then); }, form.surroundings_.filesChosen}),
+        execution(form, *form.pages_, *form.engine_, form.services_.clock, form.services_.yielding,
+                  {[this](const auto& then) { files.LocateFilesForRun(then); }, form.services_.filesChosen}),
         options(form.pages_->Options, form.context_, dataFolder),
-        links(*form.pages_, *form.engine_, form.surroundings_.launcher,
-              {form.surroundings_.componentFolder, form.surroundings_.showDocument}),
+        links(*form.pages_, *form.engine_, form.services_.launcher,
+              {form.services_.componentFolder, form.services_.showDocument}),
         status(form, *form.pages_, form.MultiPage1, *form.folders_, files, execution, options,
                [&form](const auto& told) {
                  const std::u16string ofRun = form.engine_->MultiFileRun() && form.stepper_
                                                   ? form.stepper_->toldOfRun()
                                                   : std::u16string();
                  if (!ofRun.empty()) return told(ofRun);
-                 form.surroundings_.notReached(told);
+                 form.services_.notReached(told);
                }) {}
 
   Choices choices;
@@ -85,11 +82,11 @@ struct frmFAR::Rules {
   StatusLine status;
 };
 
-frmFAR::frmFAR(const Surroundings& surroundings)
-    : Form(surroundings.forms, kName, u"Pluvorama"),
-      surroundings_(surroundings),
+frmFAR::frmFAR(const DialogServices& services)
+    : Form(services.forms, kName, u"Pluvorama"),
+      services_(services),
       pages_(std::make_unique<Pages>()),
-      reports_(surroundings.boxes) {
+      reports_(services.boxes) {
   add(MultiPage1);
   for (forms::Page* page : std::initializer_list<forms::Page*>{
            &pages_->pgFindAndReplace, &pages_->pgMultiFiles, &pages_->Options, &pages_->pgAbout})
@@ -124,11 +121,11 @@ void frmFAR::UserForm_Initialize() {
 }
 
 void frmFAR::createEngine() {
-  const bool isElsewhere = surroundings_.labour != nullptr && surroundings_.labour->isElsewhere();
+  const bool isElsewhere = services_.labour != nullptr && services_.labour->isElsewhere();
   engine_ = std::make_unique<clsProcessFind>(
-      clsProcessFind::Surroundings{surroundings_.application, isElsewhere ? workContext_ : context_,
-                                   surroundings_.boxes, surroundings_.forms, surroundings_.labour});
-  surroundings_.engineMade(*engine_);
+      clsProcessFind::Services{services_.application, isElsewhere ? workContext_ : context_, services_.boxes,
+                               services_.forms, services_.labour});
+  services_.engineMade(*engine_);
 }
 
 std::u16string frmFAR::findDataFolder() {
@@ -149,7 +146,7 @@ void frmFAR::createReporter(errors::Context& context, const std::u16string& data
 }
 
 void frmFAR::connectRules(const std::u16string& dataFolder) {
-  folders_ = surroundings_.folders();
+  folders_ = services_.folders();
   connectRuns(dataFolder, engine_->application().PathSeparator());
   // The find page shows the busy notice too, which the handlers know on the files page.
   forms::Label& notice = pages_->pgMultiFiles.lblPleaseWait;
@@ -162,10 +159,9 @@ void frmFAR::connectRules(const std::u16string& dataFolder) {
 }
 
 void frmFAR::connectRuns(const std::u16string& dataFolder, const std::u16string& separator) {
-  if (!surroundings_.stepper) return;
-  stepper_ =
-      surroundings_.stepper({context_, surroundings_.boxes, dataFolder, separator, surroundings_.folders,
-                             [this, separator] { return makePicker(separator); }});
+  if (!services_.stepper) return;
+  stepper_ = services_.stepper({context_, services_.boxes, dataFolder, separator, services_.folders,
+                                [this, separator] { return makePicker(separator); }});
   engine_->stepper(stepper_);
   stepper_->fileBegins = [this](const auto& path, std::size_t number, std::size_t count) {
     rules_->status.tellFile(path, number, count);
@@ -173,17 +169,17 @@ void frmFAR::connectRuns(const std::u16string& dataFolder, const std::u16string&
 }
 
 std::unique_ptr<FolderPicker> frmFAR::makePicker(const std::u16string& separator) {
-  if (!surroundings_.chooseFolder)
-    return std::make_unique<frmDirectoryBrowser>(surroundings_.forms, *folders_, separator);
+  if (!services_.chooseFolder)
+    return std::make_unique<frmDirectoryBrowser>(services_.forms, *folders_, separator);
   const std::u16string& typed = pages_->pgMultiFiles.txtFilePath.Text();
-  return std::make_unique<ProgramPicker>(surroundings_.chooseFolder,
+  return std::make_unique<ProgramPicker>(services_.chooseFolder,
                                          folders_->isFolder(typed) ? typed : std::u16string());
 }
 
 void frmFAR::showTip() {
   forms::TextBox& display = pages_->pgFindAndReplace.txtOperationDisplay;
   display.BackColor(kPaleYellow);
-  display.Text(u"Usage Tips:\r\n\r\n" + usageTip(surroundings_.random));
+  display.Text(u"Usage Tips:\r\n\r\n" + usageTip(services_.random));
 }
 
 void frmFAR::documentsChanged() {

@@ -20,8 +20,8 @@ namespace pluvo::forms_qt {
 
 namespace {
 
-QWidget* ownerOf(const BoxHooks& surroundings) {
-  QWidget* owner = surroundings.owner ? surroundings.owner() : nullptr;
+QWidget* ownerOf(const BoxHooks& hooks) {
+  QWidget* owner = hooks.owner ? hooks.owner() : nullptr;
   // A box stands above the window that waits already.
   if (QWidget* modal = QApplication::activeModalWidget()) return modal;
   return owner != nullptr ? owner : QApplication::activeWindow();
@@ -31,10 +31,10 @@ QString titleOf(const std::optional<std::u16string>& title) {
   return title ? qt(*title) : QGuiApplication::applicationDisplayName();
 }
 
-void place(const BoxHooks& surroundings, QWidget& box) {
-  if (!surroundings.placing) return;
+void place(const BoxHooks& hooks, QWidget& box) {
+  if (!hooks.placing) return;
   box.adjustSize();
-  surroundings.placing(box);
+  hooks.placing(box);
 }
 
 /// A window that is as narrow as a short text would cut a long title.
@@ -101,7 +101,7 @@ forms::BoxAnswer lastOf(forms::Buttons buttons) {
 
 forms::BoxAnswer QtMessageBoxes::show(const std::u16string& text, forms::Buttons buttons,
                                       const std::optional<std::u16string>& title) {
-  QMessageBox box(QMessageBox::NoIcon, titleOf(title), QString(), standard(buttons), ownerOf(surroundings_));
+  QMessageBox box(QMessageBox::NoIcon, titleOf(title), QString(), standard(buttons), ownerOf(hooks_));
   box.setTextFormat(Qt::PlainText);
   box.setText(breakable(lines(text)));
   box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
@@ -116,7 +116,7 @@ forms::BoxAnswer QtMessageBoxes::show(const std::u16string& text, forms::Buttons
     const QString copied = unbroken(marked ? label->selectedText() : box.text());
     QGuiApplication::clipboard()->setText(QString(copied).replace(QChar::ParagraphSeparator, u'\n'));
   });
-  place(surroundings_, box);
+  place(hooks_, box);
   switch (box.exec()) {
     case QMessageBox::Yes:
       return forms::BoxAnswer::yes;
@@ -130,7 +130,7 @@ forms::BoxAnswer QtMessageBoxes::show(const std::u16string& text, forms::Buttons
 }
 
 std::u16string QtInputBoxes::ask(const std::u16string& prompt, const std::u16string& title) {
-  QInputDialog box(ownerOf(surroundings_));
+  QInputDialog box(ownerOf(hooks_));
   box.setWindowTitle(qt(title));
   box.setInputMode(QInputDialog::TextInput);
   box.setLabelText(lines(prompt));
@@ -138,7 +138,7 @@ std::u16string QtInputBoxes::ask(const std::u16string& prompt, const std::u16str
   box.adjustSize();  // makes the buttons
   withoutIcons(box);
   box.setMinimumWidth(widthForTitle(box));
-  place(surroundings_, box);
+  place(hooks_, box);
   return box.exec() == QDialog::Accepted ? u16(box.textValue()) : std::u16string();
 }
 

@@ -63,13 +63,13 @@ bool ComboMirror::eventFilter(QObject* /*watched*/, QEvent* event) {
   switch (event->type()) {
     case QEvent::FocusOut:
       // Its consequences, a message perhaps, wait until the focus has moved.
-      if (leavesForOtherControl(*event)) QTimer::singleShot(0, this, [this] { userActions().settle(); });
+      if (leavesForOtherControl(*event)) QTimer::singleShot(0, this, [this] { userActions().endEdit(); });
       return false;
     case QEvent::KeyPress: {
       const int key = static_cast<QKeyEvent*>(event)->key();
-      if (key == Qt::Key_Tab || key == Qt::Key_Backtab) return !userActions().settle();
+      if (key == Qt::Key_Tab || key == Qt::Key_Backtab) return !userActions().endEdit();
       if (key == Qt::Key_Return || key == Qt::Key_Enter) {
-        if (!userActions().settle()) return true;
+        if (!userActions().endEdit()) return true;
         event->ignore();
         return true;
       }

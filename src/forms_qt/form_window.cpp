@@ -249,7 +249,7 @@ void FormWindow::focus() {
 /// The focus goes on as by Tab, but stays in the form.
 void FormWindow::moveOn() {
   QWidget* const now = QApplication::focusWidget();
-  if (now == nullptr || !userActions_.settle()) return;
+  if (now == nullptr || !userActions_.endEdit()) return;
   for (QWidget* next = now->nextInFocusChain(); next != now; next = next->nextInFocusChain()) {
     const bool stops = panel_->isAncestorOf(next) && next->isVisible() && next->isEnabled() &&
                        next->focusProxy() == nullptr && (next->focusPolicy() & Qt::TabFocus) == Qt::TabFocus;
@@ -308,7 +308,7 @@ bool FormWindow::pressed(const QKeyEvent& key) {
 void FormWindow::closed() {
   if (!userActions_.admits(nullptr)) return;
   // An edit that is refused is undone, and the form goes all the same.
-  userActions_.settle();
+  userActions_.endEdit();
   userActions_.does([this] { form_.close(); });
 }
 

@@ -73,7 +73,7 @@ std::optional<LRESULT> ComboMirror::received(UINT message, WPARAM wparam, LPARAM
       choose(wparam);
       return 0;
     case kCommit:
-      userActions().settle();
+      userActions().endEdit();
       return 0;
     default:
       return std::nullopt;

@@ -346,7 +346,7 @@ void FormWindow::moveFocus(bool back) {
   if (back) std::ranges::reverse(stops);
   const auto here = std::ranges::find(stops, now);
   if (here != stops.end()) std::rotate(stops.begin(), here + 1, stops.end());
-  if (stops.empty() || stops.front() == now || !stage_.userActions.settle()) return;
+  if (stops.empty() || stops.front() == now || !stage_.userActions.endEdit()) return;
   focusOn(*stops.front());
 }
 
@@ -388,7 +388,7 @@ bool FormWindow::pressed(WPARAM key, bool repeated) {
 }
 
 bool FormWindow::pressEnter(Mirror* mirror) {
-  if (!stage_.userActions.settle()) return true;
+  if (!stage_.userActions.endEdit()) return true;
   if (mirror != nullptr) {
     if (auto* box = dynamic_cast<forms::TextBox*>(&mirror->control()))
       stage_.userActions.does([&] { box->pressKey(forms::kEnterKey); });
@@ -405,7 +405,7 @@ bool FormWindow::pressEnter(Mirror* mirror) {
 
 void FormWindow::closed() {
   // An edit that is refused is undone, and the form goes all the same.
-  stage_.userActions.settle();
+  stage_.userActions.endEdit();
   stage_.userActions.does([this] { form_.close(); });
 }
 

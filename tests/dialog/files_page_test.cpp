@@ -28,7 +28,7 @@ struct WordWithoutOptions : memory::MemoryApplication {
 class FilesPage : public testing::Test, protected OpenedDialog {
  protected:
   FilesPage() {
-    Surroundings scripted = surroundings();
+    DialogServices scripted = services();
     scripted.folders = [] {
       return std::make_unique<scanner::ScriptedFolders>(
           std::vector<std::string>{"/d/a.doc", "/d/b.DOT", "/d/c.txt", "/d/d.rtf", "/d/e.htm", "/d/f.bat",
@@ -107,7 +107,7 @@ struct MockStepper : FileStepper {
 TEST_F(FilesPage, TakesAllLevelsForAsManyAsCanBe) {
   const auto stepper = std::make_shared<testing::StrictMock<MockStepper>>();
   clsProcessFind* engine = nullptr;
-  Surroundings watched = surroundings();
+  DialogServices watched = services();
   watched.engineMade = [&](clsProcessFind& made) { engine = &made; };
   restart(watched);
   open();

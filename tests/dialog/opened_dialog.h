@@ -104,21 +104,21 @@ class OpenedDialog {
     if (!entry) restart();
     entry->OpenPLUVO();
   }
-  Surroundings surroundings(RandomSource& source) {
-    Surroundings all{[this] { return word; },    forms, boxes, inputs, clock, yielding, launcher, source,
-                     u16(folder.path("program"))};
+  DialogServices services(RandomSource& source) {
+    DialogServices all{[this] { return word; },    forms, boxes, inputs, clock, yielding, launcher, source,
+                       u16(folder.path("program"))};
     all.stepper = [](const RunPlace& place) {
       return std::make_shared<multifile::FileDriver>(place.folders(), place.makePicker);
     };
     return all;
   }
-  Surroundings surroundings() { return surroundings(random); }
+  DialogServices services() { return services(random); }
   /// The dialog is gone, and with it whatever it knew.
-  void restart(Surroundings others) {
+  void restart(DialogServices others) {
     dialog_ = nullptr;
     entry = std::make_unique<clsOpenPLUVO>(std::move(others));
   }
-  void restart() { restart(surroundings()); }
+  void restart() { restart(services()); }
 
   forms::Form& dialog() { return *dialog_; }
   forms::TextBox& box(const char16_t* name) { return dialog().get<forms::TextBox>(name); }

@@ -12,7 +12,7 @@ class Preview : public testing::Test, protected OpenedDialog {
  protected:
   Preview() {
     document("Dear Sir¶");
-    auto here = surroundings();
+    auto here = services();
     here.engineMade = [this](clsProcessFind& made) { engine = &made; };
     restart(std::move(here));
     open();

@@ -53,7 +53,7 @@ TEST_F(StartUp, FaultBeforeTheReporterIsTheCallers) {
 
 /// Folders fail where the reporter is there already.
 TEST_F(StartUp, FaultBehindTheReporterIsReportedAndLeavesTheDialog) {
-  Surroundings without = surroundings();
+  DialogServices without = services();
   without.folders = []() -> std::unique_ptr<scanner::Folders> {
     throw errors::Fault(errors::kOutOfMemory, u"Out of memory");
   };
@@ -172,7 +172,7 @@ TEST_F(Links, PagesThatCannotBePaintedAreReported) {
 #ifdef PLUVO_PROGRAMS
 TEST_F(Links, OpenWhatIsBuiltForThem) {
   if (!kOpensFiles) GTEST_SKIP();
-  Surroundings built = surroundings();
+  DialogServices built = services();
   built.componentFolder = u16(PLUVO_PROGRAMS);
   restart(built);
   const auto text = [&] {

@@ -99,8 +99,8 @@ int main(int argc, char** argv) {
   forms::User user;
   const auto clock = forms::machineClock();
   const auto random = dialog::machineRandomSource();
-  dialog::Surroundings here{[&] { return word; }, user.host,     user.boxes, user.inputs,    *clock,
-                            user.yielding,        user.launcher, *random,    path("program")};
+  dialog::DialogServices here{[&] { return word; }, user.host,     user.boxes, user.inputs,    *clock,
+                              user.yielding,        user.launcher, *random,    path("program")};
   here.stepper = [](const dialog::RunPlace& place) {
     return std::make_shared<multifile::FileDriver>(place.folders(), place.makePicker);
   };

@@ -309,7 +309,7 @@ class WholeDialog : public dialog::OpenedDialog, public testing::Test {};
 
 TEST_F(WholeDialog, CutsNothingOffAtAnyResolution) {
   User user(boxes);
-  dialog::Surroundings here = surroundings();
+  dialog::DialogServices here = services();
   dialog::frmFAR dialog(
       {here.application, user.host, boxes, inputs, clock, yielding, launcher, random, here.componentFolder});
   user.form = &dialog;

@@ -157,7 +157,7 @@ TEST(Passes, AreNotBegunWhereWordKeepsTheUserFromIt) {
     const WordSession word;
     const auto document = WordSession::document(u"one");
     dialog::OpenedDialog opened;
-    dialog::Surroundings here = opened.surroundings();
+    dialog::DialogServices here = opened.services();
     here.application = [&] { return word.word(); };
     WordSession::world().defaultPaths[word::wdUserTemplatesPath] =
         opened.u16(opened.folder.path("templates"));

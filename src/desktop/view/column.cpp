@@ -220,7 +220,7 @@ Column::Bar Column::bar() {
   layOutAround();
   const int page = viewport_.height();
   const std::size_t last = index_->count() - 1;
-  const std::int64_t end = index_->top(last) + index_->height(last) + 2 * kTopMargin;
+  const std::int64_t end = index_->top(last) + index_->height(last) + std::int64_t{2} * kTopMargin;
   if (anchorTop() + page > end) putAt(last, index_->height(last), page - 2 * kTopMargin);
   const std::int64_t all = index_->top(index_->count()) + std::int64_t{2} * kTopMargin;
   const Bar bar{.last = static_cast<int>(std::clamp<std::int64_t>(all - page, 0, INT_MAX)),
@@ -243,8 +243,8 @@ void Column::scrollToEnd() {
   putAt(last, layoutOf(last).height(), viewport_.height() - 2 * kTopMargin);
 }
 
-/// Scrolls so that a place in a block stands so far below the top of what is seen, or less at the beginning.
-/// The blocks above it are laid out, so that it does stand there.
+/// Scrolls so that a place in a block stands so far below the top of the view, or less at the beginning. The
+/// blocks above it are laid out, so that it does stand there.
 void Column::putAt(std::size_t block, int inBlock, int below) {
   int y = inBlock;
   while (y < below && block > 0) {

@@ -35,13 +35,12 @@ class Secret {
  public:
   Secret() = default;
   /// Wipes its argument.
-  explicit Secret(Characters&& characters) : characters_(std::move(characters)) { wipe(characters); }
-  Secret(Secret&& other) noexcept : characters_(std::move(other.characters_)) { wipe(other.characters_); }
+  explicit Secret(Characters&& characters) { take(characters); }
+  Secret(Secret&& other) noexcept { take(other.characters_); }
   Secret& operator=(Secret&& other) noexcept {
     if (this == &other) return *this;
     wipe(characters_);
-    characters_ = std::move(other.characters_);
-    wipe(other.characters_);
+    take(other.characters_);
     return *this;
   }
   ~Secret() { wipe(characters_); }
@@ -50,6 +49,12 @@ class Secret {
   Secret copy() const { return Secret(Characters(characters_)); }
 
  private:
+  /// A short text lies in the object itself, so that a swap copies it: the other is wiped.
+  void take(Characters& characters) {
+    characters_.swap(characters);
+    wipe(characters);
+  }
+
   NoMemoryImage noImage_;
   Characters characters_;
 };

@@ -12,7 +12,7 @@ namespace pluvo::dialog {
 /// The way in: one dialog, made at its first use and kept.
 class clsOpenPLUVO {
  public:
-  explicit clsOpenPLUVO(Surroundings surroundings);
+  explicit clsOpenPLUVO(DialogServices services);
 
   /// Shows the dialog, and returns when the user closes it. Throws the Fault of a start-up that could not be
   /// reported, as the word processor does not answer perhaps; the next call starts anew.
@@ -41,7 +41,7 @@ class clsOpenPLUVO {
  private:
   frmFAR& needDialog();
 
-  Surroundings surroundings_;
+  DialogServices services_;
   std::unique_ptr<frmFAR> dialog_;
 };
 

@@ -33,17 +33,17 @@ inline constexpr const char16_t* kSame = u"Same";
 class clsProcessFind {
  public:
   /// The objects it works with. All outlive it.
-  struct Surroundings {
+  struct Services {
     /// Makes the word processor's global object; called at its first use, and then never again.
     std::function<std::shared_ptr<word::Application>()> application;
     errors::Context& context;
     forms::MessageBoxes& boxes;
     forms::FormHost& forms;
-    /// Has what takes long done; null where the callers do it themselves, at once.
+    /// Does long work; null where the callers do it themselves, at once.
     Labour* labour = nullptr;
   };
 
-  explicit clsProcessFind(Surroundings surroundings);
+  explicit clsProcessFind(Services services);
   ~clsProcessFind();
   clsProcessFind(const clsProcessFind&) = delete;
   clsProcessFind& operator=(const clsProcessFind&) = delete;
@@ -134,11 +134,11 @@ class clsProcessFind {
   /// Gives it its way to files.
   void stepper(std::shared_ptr<FileStepper> stepper) { stepper_ = std::move(stepper); }
 
-  errors::Context& context() const { return surroundings_.context; }
-  forms::MessageBoxes& boxes() const { return surroundings_.boxes; }
-  forms::FormHost& forms() const { return surroundings_.forms; }
-  /// Callers have it done what takes long: passes, runs and searches for files.
-  Labour& labour() { return surroundings_.labour != nullptr ? *surroundings_.labour : atOnce_; }
+  errors::Context& context() const { return services_.context; }
+  forms::MessageBoxes& boxes() const { return services_.boxes; }
+  forms::FormHost& forms() const { return services_.forms; }
+  /// Callers give it long work: passes, runs and searches for files.
+  Labour& labour() { return services_.labour != nullptr ? *services_.labour : atOnce_; }
   /// The word processor. Throws Fault kObjectNotSet where there is none.
   word::Application& application();
 
@@ -151,7 +151,7 @@ class clsProcessFind {
   FileStepper& requiredStepper() const;
   std::u16string documentName();
 
-  Surroundings surroundings_;
+  Services services_;
   Labour atOnce_;
   std::shared_ptr<word::Application> application_;
   std::shared_ptr<FileStepper> stepper_;

@@ -18,7 +18,7 @@
 
 namespace pluvo::dialog {
 
-/// What the way of a run over files takes from the dialog.
+/// What a run over files takes from the dialog.
 struct RunPlace {
   errors::Context& context;
   forms::MessageBoxes& boxes;
@@ -29,8 +29,8 @@ struct RunPlace {
   std::function<std::unique_ptr<FolderPicker>()> makePicker;
 };
 
-/// What the dialog works with. All of it outlives the dialog.
-struct Surroundings {
+/// The services the dialog works with. All of them outlive it.
+struct DialogServices {
   /// Makes the word processor's global object; called once.
   std::function<std::shared_ptr<word::Application>()> application;
   forms::FormHost& forms;
@@ -60,7 +60,7 @@ struct Surroundings {
   /// The word processor as the user sees it now, whose selection is pasted; empty where it is that of the
   /// engine.
   std::function<word::Application&()> shown = {};
-  /// Has what takes long done; null where the dialog does it itself, at once.
+  /// Does long work; null where the dialog does it itself, at once.
   Labour* labour = nullptr;
   /// Shows a document that lies beside the program, and throws Fault where it cannot. Empty where the word
   /// processor opens it as the active document.

@@ -24,7 +24,7 @@ class frmFAR final : public forms::Form {
 
   /// Throws the Fault of a start-up that could not be reported. A fault that could be leaves the dialog as it
   /// was then.
-  explicit frmFAR(const Surroundings& surroundings);
+  explicit frmFAR(const DialogServices& services);
   ~frmFAR() override;
 
   /// A document was opened or closed in the word processor, whose window is the dialog's too.
@@ -51,7 +51,7 @@ class frmFAR final : public forms::Form {
   std::unique_ptr<FolderPicker> makePicker(const std::u16string& separator);
   void showTip();
 
-  Surroundings surroundings_;
+  DialogServices services_;
   std::unique_ptr<Pages> pages_;
   forms::MultiPage MultiPage1{u"MultiPage1"};
   forms::ReportBoxes reports_;

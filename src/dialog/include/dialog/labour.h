@@ -5,16 +5,16 @@
 
 namespace pluvo::dialog {
 
-/// Has what takes long done. This one does it at once, as inside Word, where everything is on Word's thread.
-/// A program with windows of its own does it in another thread.
+/// Does long work. This one does it at once, as inside Word, where everything is on Word's thread. A program
+/// with windows of its own does it in another thread.
 class Labour {
  public:
   /// Is given what the work threw, if anything.
-  using Then = std::function<void(std::exception_ptr thrown)>;
+  using Then = std::function<void(const std::exception_ptr& thrown)>;
 
   virtual ~Labour() = default;
   /// Does the work, then the continuation in the caller's thread; may return before either.
-  virtual void run(std::function<void()> work, Then then) {
+  virtual void run(const std::function<void()>& work, const Then& then) {
     std::exception_ptr thrown;
     try {
       work();

@@ -32,7 +32,7 @@ class TextBox final : public Control {
     // A password leaves nothing in memory, neither the one before nor the one given.
     const bool isSecret = !passwordChar_.empty();
     if (isSecret) base::wipe(text_);
-    text_ = std::move(text);
+    text_.swap(text);
     if (isSecret) base::wipe(text);
     noImage_.reset();
     if (isSecret && !text_.empty()) noImage_.emplace();

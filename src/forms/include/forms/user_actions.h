@@ -34,7 +34,7 @@ class UserActions {
   /// comes of it.
   template <class Doing>
   void decides(Doing&& doing) {
-    if (listening_ && settle()) does(std::forward<Doing>(doing));
+    if (listening_ && endEdit()) does(std::forward<Doing>(doing));
   }
   /// Whether the program lets this happen now; without a control, the form's closing.
   bool admits(const Control* control) const { return listening_ && admits_(control); }
@@ -45,7 +45,7 @@ class UserActions {
   /// An edit has begun; the call ends it, and tells whether it stands.
   void begun(std::function<bool()> end) { end_ = std::move(end); }
   /// Ends the edit under way, if there is one.
-  bool settle() {
+  bool endEdit() {
     const auto end = std::exchange(end_, {});
     return !end || !listening_ || end();
   }

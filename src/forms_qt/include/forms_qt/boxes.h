@@ -22,25 +22,25 @@ struct BoxHooks {
 /// Message boxes as Qt windows. The text is shown letter for letter and can be marked and copied.
 class QtMessageBoxes final : public forms::MessageBoxes {
  public:
-  explicit QtMessageBoxes(BoxHooks surroundings = {}) : surroundings_(std::move(surroundings)) {}
+  explicit QtMessageBoxes(BoxHooks hooks = {}) : hooks_(std::move(hooks)) {}
 
   /// Runs a nested event loop, in which no other window takes anything.
   forms::BoxAnswer show(const std::u16string& text, forms::Buttons buttons,
                         const std::optional<std::u16string>& title) override;
 
  private:
-  BoxHooks surroundings_;
+  BoxHooks hooks_;
 };
 
 /// Input boxes as Qt windows.
 class QtInputBoxes final : public forms::InputBoxes {
  public:
-  explicit QtInputBoxes(BoxHooks surroundings = {}) : surroundings_(std::move(surroundings)) {}
+  explicit QtInputBoxes(BoxHooks hooks = {}) : hooks_(std::move(hooks)) {}
 
   std::u16string ask(const std::u16string& prompt, const std::u16string& title) override;
 
  private:
-  BoxHooks surroundings_;
+  BoxHooks hooks_;
 };
 
 }  // namespace pluvo::forms_qt
