@@ -54,7 +54,7 @@ TEST(Guarded, ReportsWhateverIsThrownUnderItsTag) {
   for (const auto& [doing, report, text] : cases) {
     WatchedContext watched;
     EXPECT_EQ(guarded(watched.context, u"t:01", [act = doing] { return act(), 5; }), 0);
-    EXPECT_TRUE(attempt(watched.context, u"t:01", doing));
+    EXPECT_TRUE(faultOf(watched.context, u"t:01", doing));
     guardedOn(watched.context, doing);
     EXPECT_EQ(watched.reports, (std::vector<std::string>(3, report)));
     EXPECT_EQ(watched.context.currentFault.description, text);
