@@ -67,10 +67,29 @@ void FindMemory::searchOn(Entry& entry, Position to) const {
 }
 
 std::optional<Span> FindMemory::search(const Entry& entry, Position from, Position to) const {
+  if (const text::VisibleText* const shown = shownIn(entry.view))
+    return entry.search.find(*shown, text_, visibility_, entry.view, from, to);
   return entry.search.find(text_, visibility_, entry.view, from, to);
 }
 
+/// What the view shows, gathered, where that lies in many short stretches. Each find would gather them anew.
+const text::VisibleText* FindMemory::shownIn(View view) const {
+  constexpr std::size_t kFew = 64;
+  constexpr std::size_t kShort = 1024;
+  const std::size_t runs = visibility_.runCount();
+  if (wasEdited_ || runs < kFew || runs < static_cast<std::size_t>(text_.length()) / kShort) return nullptr;
+  const auto known =
+      std::find_if(shown_.begin(), shown_.end(), [&](const Shown& shown) { return shown.view == view; });
+  if (known != shown_.end()) return &known->text;
+  const std::optional<text::Stretch> whole = text_.wholeStretch();
+  if (!whole) return nullptr;
+  shown_.push_back({view, text::VisibleText(*whole, visibility_, view)});
+  return &shown_.back().text;
+}
+
 void FindMemory::edited(Span replaced, Position newLength) {
+  wasEdited_ = true;
+  shown_.clear();
   for (Entry& entry : entries_) {
     if (!entry.known) continue;
     if (replaced.to <= entry.known->clear) {

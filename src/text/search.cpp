@@ -1,6 +1,7 @@
 #include "text/search.h"
 
 #include "characters.h"
+#include "gathered.h"
 #include "matcher.h"
 #include "needle.h"
 
@@ -69,59 +70,6 @@ struct Haystack {
   }
 };
 
-/// Short stretches put end to end, and the end of a long one, so that matches across their borders are found.
-class Gathered {
- public:
-  std::size_t length() const { return units_.size(); }
-  Stretch stretch() const { return {nullptr, units_.data(), static_cast<Position>(units_.size()), false}; }
-
-  void add(Position start, const Stretch& stretch) { stretch.copyTo(room(start, stretch.length)); }
-  void add(Position start, const OriginalText& text, Position from, Position to) {
-    text.copy(from, to, room(start, to - from));
-  }
-
-  void clear() { keepLast(0); }
-
-  void keepLast(std::size_t length) {
-    if (length >= units_.size()) return;
-    const std::size_t dropped = units_.size() - length;
-    units_.erase(0, dropped);
-    std::vector<Origin> kept;
-    for (const Origin& origin : origins_) {
-      if (origin.offset <= dropped) {
-        kept.assign(1, {0, origin.position + static_cast<Position>(dropped - origin.offset)});
-      } else {
-        kept.push_back({origin.offset - dropped, origin.position});
-      }
-    }
-    origins_ = std::move(kept);
-    if (length == 0) origins_.clear();
-  }
-
-  /// Where the unit at offset lies in the text.
-  Position position(std::size_t offset) const {
-    auto origin = std::upper_bound(origins_.begin(), origins_.end(), offset,
-                                   [](std::size_t o, const Origin& other) { return o < other.offset; });
-    --origin;
-    return origin->position + static_cast<Position>(offset - origin->offset);
-  }
-
- private:
-  struct Origin {
-    std::size_t offset;
-    Position position;
-  };
-
-  char16_t* room(Position start, Position length) {
-    origins_.push_back({units_.size(), start});
-    units_.resize(units_.size() + static_cast<std::size_t>(length));
-    return units_.data() + units_.size() - length;
-  }
-
-  std::u16string units_;
-  std::vector<Origin> origins_;
-};
-
 }  // namespace
 
 /// Which ends of a match must be the ends of a word.
@@ -179,6 +127,15 @@ class Execution {
       if (found_) return found_;
     }
     searchGathered();
+    return found_;
+  }
+
+  /// In all that the view shows, gathered before.
+  std::optional<Span> run(const Gathered& all, Position from, Position to) {
+    const std::size_t begin = all.offset(from);
+    const std::size_t end = to == haystack_.text.length() ? all.length() : all.offset(to);
+    const Stretch part = all.stretch().part(static_cast<Position>(begin), static_cast<Position>(end));
+    searchIn(part, [&](std::size_t offset) { return all.position(begin + offset); });
     return found_;
   }
 
@@ -361,6 +318,14 @@ std::optional<Span> Search::find(const PieceText& text, const RunMap<Visibility>
   }
   const Haystack haystack{text, visibility, view};
   return Execution(prepared_->needle, prepared_->wholeWord, haystack).run(from, to);
+}
+
+std::optional<Span> Search::find(const VisibleText& shown, const PieceText& text,
+                                 const RunMap<Visibility>& visibility, View view, Position from,
+                                 Position to) const {
+  if (prepared_ == nullptr || from >= to) return std::nullopt;
+  const Haystack haystack{text, visibility, view};
+  return Execution(prepared_->needle, prepared_->wholeWord, haystack).run(shown.gathered(), from, to);
 }
 
 }  // namespace pluvo::text

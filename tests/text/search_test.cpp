@@ -161,7 +161,8 @@ class Generator : public Dice {
     std::u16string units = text(oneIn(3) ? upTo(9000) : upTo(60), alphabet);
     if (oneIn(2))
       std::fill(units.begin(), units.begin() + static_cast<Position>(units.size()) / 2, alphabet[0]);
-    PieceText made(lies == Lies::narrow ? OriginalText(bytes_ = {units.begin(), units.end()}, true, nullptr)
+    PieceText made(lies == Lies::narrow
+                       ? OriginalText(bytes_ = {units.begin(), units.end()}, oneIn(2), nullptr)
                    : lies == Lies::utf8 ? inUtf8(units)
                                         : OriginalText(units));
     for (Position edits = upTo(12); edits > 0; --edits) {
@@ -229,6 +230,11 @@ TEST(Search, FindsWhatReadingEveryCharacterFinds) {
     const auto expected = PlainSearch(text, visibility, view, from, to).find(needle, flags);
     ASSERT_EQ(Search(needle, flags).find(text, visibility, view, from, to), expected)
         << "round " << round << ", needle " << testing::PrintToString(needle);
+    if (const auto whole = text.wholeStretch()) {
+      const VisibleText shown(*whole, visibility, view);
+      ASSERT_EQ(Search(needle, flags).find(shown, text, visibility, view, from, to), expected)
+          << "round " << round << ", needle " << testing::PrintToString(needle);
+    }
   }
 }
 

@@ -5,6 +5,7 @@
 #include "text/run_map.h"
 #include "text/search.h"
 #include "text/visible.h"
+#include "text/visible_text.h"
 
 #include <cstdint>
 #include <memory>
@@ -59,6 +60,7 @@ class FindMemory {
   bool reachBack(Entry& entry, text::Span span) const;
   void searchOn(Entry& entry, text::Position to) const;
   std::optional<text::Span> search(const Entry& entry, text::Position from, text::Position to) const;
+  const text::VisibleText* shownIn(text::View view) const;
   void followEdit(Entry& entry, text::Span replaced, text::Position newLength) const;
   void keepBefore(Entry& entry, text::Position edit) const;
 
@@ -73,6 +75,12 @@ class FindMemory {
   const text::RunMap<text::Visibility>& visibility_;
   std::vector<Entry> entries_;
   std::uint64_t uses_ = 0;
+  struct Shown {
+    text::View view;
+    text::VisibleText text;
+  };
+  mutable std::vector<Shown> shown_;  ///< none once anything was edited
+  bool wasEdited_ = false;
 };
 
 }  // namespace pluvo::document

@@ -39,6 +39,14 @@ class ChunkedStack {
     if (top_.empty() && below_ > 0) rise();
   }
 
+  /// From the lowest to the topmost.
+  template <class Visit>
+  void forEach(Visit visit) const {
+    for (const Chunk& chunk : chunks_)
+      for (std::size_t i = 0; i < kChunk; ++i) visit(chunk[i]);
+    for (const Element& element : top_) visit(element);
+  }
+
   /// How many of the lowest elements hold the condition, which none above them does.
   template <class Condition>
   std::size_t countWhile(Condition holds) const {

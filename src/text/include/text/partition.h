@@ -51,6 +51,21 @@ class Partition {
     return {length_ - here.place, below == 0 ? length_ : length_ - back_[below - 1].place, here.value};
   }
 
+  /// All parts in order: visit(from, to, value).
+  template <class Visit>
+  void forEachPart(Visit visit) const {
+    const Part* last = nullptr;
+    front_.forEach([&](const Part& part) {
+      if (last != nullptr) visit(last->place, part.place, last->value);
+      last = &part;
+    });
+    if (last != nullptr) visit(last->place, gap(), last->value);
+    for (std::size_t i = front_.size(); i < count(); ++i) {
+      const Place part = this->part(i);
+      visit(part.from, part.to, part.value);
+    }
+  }
+
   /// Where part i starts; the length of the text for i == count().
   Position start(std::size_t i) const {
     if (i < front_.size()) return front_[i].place;

@@ -44,6 +44,12 @@ class RunMap {
   Position runStart(Position position) const { return parts_.start(parts_.indexAt(position)); }
   Position runEnd(Position position) const { return parts_.end(parts_.indexAt(position)); }
 
+  /// All runs in order, at little cost each: visit(from, to, value).
+  template <class Visit>
+  void forEachRun(Visit visit) const {
+    parts_.forEachPart(visit);
+  }
+
   /// Gives [from, to) one value.
   void set(Position from, Position to, const Value& value) {
     if (from >= to) return;

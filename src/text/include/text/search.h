@@ -4,6 +4,7 @@
 #include "text/positions.h"
 #include "text/run_map.h"
 #include "text/visible.h"
+#include "text/visible_text.h"
 
 #include <memory>
 #include <optional>
@@ -42,6 +43,9 @@ class Search {
   /// The first match that lies in [from, to) wholly.
   std::optional<Span> find(const PieceText& text, const RunMap<Visibility>& visibility, View view,
                            Position from, Position to) const;
+  /// The same, where what the view shows has been gathered.
+  std::optional<Span> find(const VisibleText& shown, const PieceText& text,
+                           const RunMap<Visibility>& visibility, View view, Position from, Position to) const;
 
  private:
   struct Prepared;
