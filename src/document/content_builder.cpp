@@ -34,7 +34,12 @@ void ContentBuilder::append(std::u16string_view units, Look look) {
 
 void ContentBuilder::appendAscii(std::string_view text, Look look) {
   text_.appendAscii(text);
-  addLayers(text.size(), look, here(), structureHere(look));
+  const Visibility shown = here();
+  if (purpose_ == Purpose::search && isAlike(look.hidden ? text::kNowhere : shown)) {
+    alike_ += static_cast<Position>(text.size());
+    return;
+  }
+  addLayers(text.size(), look, shown, structureHere(look));
 }
 
 void ContentBuilder::beginField(Look look) {
@@ -108,11 +113,15 @@ void ContentBuilder::sectionMark(Look look) {
 }
 
 Content ContentBuilder::finish() {
+  if (purpose_ == Purpose::search) {
+    endAlike();
+    content_.highlight.append(length(), 0);
+  }
   content_.text = text_.finish();
   assert(tables_.empty() && content_.text.length() > 0);
   assert(content_.text[content_.text.length() - 1] == text::kParagraphMark);
   Content finished = std::move(content_);
-  *this = ContentBuilder();
+  *this = ContentBuilder(purpose_);
   return finished;
 }
 
@@ -125,9 +134,11 @@ Visibility ContentBuilder::here() const {
 
 Structure ContentBuilder::structureHere(const Look& look) const {
   Structure structure;
-  structure.control = look.control;
-  structure.deleted = look.deleted;
-  structure.restriction = look.restriction;
+  if (purpose_ == Purpose::edit) {
+    structure.control = look.control;
+    structure.deleted = look.deleted;
+    structure.restriction = look.restriction;
+  }
   structure.table = parentOf(tables_);
   structure.field = fields_.empty() ? kNone : fields_.back().field;
   return structure;
@@ -142,9 +153,32 @@ void ContentBuilder::addLayers(std::size_t length, Look look, Visibility shown, 
   if (length == 0) return;
   assert(text_.size() <= static_cast<std::size_t>(text::kMaxLength));
   const auto count = static_cast<Position>(length);
+  if (purpose_ == Purpose::search) return addAlike(count, look.hidden ? text::kNowhere : shown, structure);
   content_.visibility.append(count, look.hidden ? text::kNowhere : shown);
   content_.highlight.append(count, look.highlight);
   content_.structure.append(count, structure);
+}
+
+/// Whether text that shows so goes on with the last characters.
+bool ContentBuilder::isAlike(Visibility shown) const {
+  const Structure& last = alikeStructure_;
+  return shown == alikeShown_ && last.table == parentOf(tables_) && !last.rowMark && !last.sectionMark &&
+         last.field == (fields_.empty() ? kNone : fields_.back().field);
+}
+
+void ContentBuilder::addAlike(Position length, Visibility shown, const Structure& structure) {
+  if (shown != alikeShown_ || structure != alikeStructure_) {
+    endAlike();
+    alikeShown_ = shown;
+    alikeStructure_ = structure;
+  }
+  alike_ += length;
+}
+
+void ContentBuilder::endAlike() {
+  content_.visibility.append(alike_, alikeShown_);
+  content_.structure.append(alike_, alikeStructure_);
+  alike_ = 0;
 }
 
 }  // namespace pluvo::document

@@ -71,6 +71,13 @@ struct TextElement {
   std::size_t length() const { return units.empty() ? count : units.size(); }
 };
 
+/// From a text to the text of the next run, for a search: in the same paragraph, or in the next one.
+struct TextWay {
+  bool closesParagraph = false;
+  Properties paragraph;  ///< of the next one
+  Properties run;
+};
+
 /// One character that is in no run but has runs of its own.
 struct Formula {
   Extent extent;
@@ -113,6 +120,10 @@ class BodyEvents {
     open(tag);
     if (properties != nullptr) this->properties(Name::rPr, *properties);
   }
+
+  /// In a walk for a search, instead of those events: the way to the next text, and that, where it is
+  /// printable ASCII. Else it is told by itself.
+  virtual void nextText(const TextWay& /*way*/, std::string_view /*ascii*/) {}
 
   virtual void text(const TextElement& /*element*/) {}
   /// One character that is an element; reference is a note's or comment's id.

@@ -1,6 +1,7 @@
 #include "content_reader.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace pluvo::docx {
 
@@ -13,11 +14,12 @@ constexpr std::size_t kMostExpected = std::size_t{32} << 20U;
 
 }  // namespace
 
-ContentReader::ContentReader(std::size_t size, const Styles& styles) : styles_(styles) {
+ContentReader::ContentReader(std::size_t size, const Styles& styles, Purpose purpose)
+    : styles_(styles), builder_(purpose) {
   builder_.expect(std::clamp(size, kLeastExpected, kMostExpected));
 }
 
-ReadBody ContentReader::finish() { return {builder_.finish(), std::move(map_)}; }
+ReadBody ContentReader::finish() { return {builder().finish(), std::move(map_)}; }
 
 void ContentReader::open(const Tag& tag) {
   switch (tag.name) {
@@ -29,7 +31,7 @@ void ContentReader::open(const Tag& tag) {
       break;
     case Name::tbl:
       flushMark();
-      builder_.beginTable();
+      builder().beginTable();
       openTables_.push_back(map_.tables.size());
       map_.tables.push_back({tag.extent.begin, 0});
       break;
@@ -55,7 +57,7 @@ void ContentReader::open(const Tag& tag) {
 }
 
 void ContentReader::control(const ControlProperties& properties) {
-  document::Control& control = builder_.control(control_);
+  document::Control& control = builder().control(control_);
   control.takesLineBreaks = control.takesLineBreaks || properties.plain;
   control.contentLocked = control.contentLocked || properties.contentLocked;
   control.deletionLocked = properties.deletionLocked;
@@ -71,21 +73,21 @@ void ContentReader::close(const Tag& tag, Extent) {
     case Name::ruby:
       hidesGuided_ = false;
       map_.guides.back().to = walker_->position();
-      control_ = builder_.control(control_).parent;
+      control_ = builder().control(control_).parent;
       break;
     case Name::sdt:
-      control_ = builder_.control(control_).parent;
+      control_ = builder().control(control_).parent;
       break;
     case Name::del:
     case Name::moveFrom:
       --deletions_;
       break;
     case Name::tc:
-      if (markPending_) builder_.cellMark(markLook_);
+      if (markPending_) builder().cellMark(markLook_);
       markPending_ = false;
       break;
     case Name::tbl:
-      builder_.endTable();
+      builder().endTable();
       map_.tables[openTables_.back()].end = walker_->position();
       openTables_.pop_back();
       break;
@@ -122,37 +124,72 @@ void ContentReader::nextRun(const Tag&, Extent, const Tag&, const Properties* pr
   look_ = lookOf(properties == nullptr ? RunLook{} : properties->look);
 }
 
+void ContentReader::nextText(const TextWay& way, std::string_view ascii) {
+  if (way.closesParagraph) {
+    if (paragraph_.hasSection) {
+      paragraphMark({});
+      flushMark();
+    } else {
+      gather("\r", lookOf(paragraph_.look).hidden);
+    }
+    paragraph_ = way.paragraph;
+    inParagraph_ = true;
+  }
+  look_ = lookOf(way.run.look);
+  gather(ascii, look_.hidden);
+}
+
+void ContentReader::gather(std::string_view ascii, bool isHidden) {
+  if (isHidden != gatheredIsHidden_ || ascii.size() > gathered_.size() - gatheredSize_) addGathered();
+  gatheredIsHidden_ = isHidden;
+  if (ascii.size() > gathered_.size()) return add(ascii, isHidden);
+  std::copy(ascii.begin(), ascii.end(), gathered_.begin() + static_cast<std::ptrdiff_t>(gatheredSize_));
+  gatheredSize_ += ascii.size();
+}
+
+void ContentReader::addGathered() {
+  add({gathered_.data(), std::exchange(gatheredSize_, 0)}, gatheredIsHidden_);
+}
+
+void ContentReader::add(std::string_view ascii, bool isHidden) {
+  document::Look look;
+  look.hidden = isHidden;
+  builder_.appendAscii(ascii, look);
+}
+
 void ContentReader::text(const TextElement& element) {
-  if (element.units.empty()) return builder_.appendAscii(element.bytes, look_);
-  builder_.append(element.units, look_);
+  if (element.units.empty()) return builder().appendAscii(element.bytes, look_);
+  builder().append(element.units, look_);
 }
 
 void ContentReader::character(char16_t unit, Extent, Name name, std::string_view reference) {
   if (!reference.empty()) map_.references.push_back({walker_->position(), name, std::string(reference)});
   if (unit == text::kFieldBegin) {
-    builder_.beginField(look_);
+    builder().beginField(look_);
   } else if (unit == text::kFieldSeparator) {
-    builder_.separateField(look_);
+    builder().separateField(look_);
   } else if (unit == text::kFieldEnd) {
-    builder_.endField(look_);
+    builder().endField(look_);
   } else {
     document::Look look = look_;
     // A comment's anchor is not visible, so a text is found across it.
     look.hidden = look.hidden || unit == text::kCommentReference;
-    builder_.append(unit, look);
+    builder().append(unit, look);
   }
 }
 
-void ContentReader::formula(const Formula& formula) { builder_.append(text::kPicture, lookOf(formula.look)); }
+void ContentReader::formula(const Formula& formula) {
+  builder().append(text::kPicture, lookOf(formula.look));
+}
 
 void ContentReader::simpleField(const Tag&, std::u16string_view instruction) {
   look_ = inAttribute();
-  builder_.beginField(look_);
-  builder_.append(instruction, look_);
-  builder_.separateField(look_);
+  builder().beginField(look_);
+  builder().append(instruction, look_);
+  builder().separateField(look_);
 }
 
-void ContentReader::endSimpleField(Extent) { builder_.endField(inAttribute()); }
+void ContentReader::endSimpleField(Extent) { builder().endField(inAttribute()); }
 
 void ContentReader::paragraphMark(Extent) {
   markPending_ = true;
@@ -164,13 +201,13 @@ void ContentReader::paragraphMark(Extent) {
 void ContentReader::missingParagraph(Name container, Extent) {
   flushMark();
   if (container == Name::tc) {
-    builder_.cellMark(plainLook());
+    builder().cellMark(plainLook());
   } else {
-    builder_.append(text::kParagraphMark);
+    builder().append(text::kParagraphMark);
   }
 }
 
-void ContentReader::rowMark(Extent) { builder_.rowMark(plainLook()); }
+void ContentReader::rowMark(Extent) { builder().rowMark(plainLook()); }
 
 document::Look ContentReader::lookOf(const RunLook& look) const {
   return {styles_.hides(look, paragraph_.style) || hidesGuided_, look.highlight,
@@ -179,7 +216,7 @@ document::Look ContentReader::lookOf(const RunLook& look) const {
 
 document::Look ContentReader::inAttribute() {
   if (inAttribute_ == document::kNone)
-    inAttribute_ = builder_.addRestriction({document::Restriction::Of::highlight, {}});
+    inAttribute_ = builder().addRestriction({document::Restriction::Of::highlight, {}});
   document::Look look = lookOf({});
   look.restriction = inAttribute_;
   return look;
@@ -192,17 +229,17 @@ void ContentReader::openControl(bool isGuided) {
   control.parent = control_;
   control.inlined = control.takesLineBreaks = inParagraph_;
   control.isGuided = isGuided;
-  control_ = builder_.addControl(control);
+  control_ = builder().addControl(control);
 }
 
 void ContentReader::flushMark() {
   if (!markPending_) return;
   markPending_ = false;
   if (paragraph_.hasSection) {
-    map_.sectionMarks.push_back({paragraph_.whole.end, builder_.length()});
-    builder_.sectionMark(markLook_);
+    map_.sectionMarks.push_back({paragraph_.whole.end, builder().length()});
+    builder().sectionMark(markLook_);
   } else {
-    builder_.append(text::kParagraphMark, markLook_);
+    builder().append(text::kParagraphMark, markLook_);
   }
 }
 

@@ -3,6 +3,7 @@
 #include "document/content_builder.h"
 #include "reader.h"
 
+#include <array>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -12,8 +13,9 @@ namespace pluvo::docx {
 /// Builds the text of one story from a walk, and the way back to its bytes.
 class ContentReader : public BodyEvents {
  public:
+  using Purpose = document::Purpose;
   /// For a part, or an element, of so many bytes. The styles outlive this.
-  ContentReader(std::size_t size, const Styles& styles);
+  ContentReader(std::size_t size, const Styles& styles, Purpose purpose = Purpose::edit);
   /// Whose walk it is told of; to be called before that begins.
   void follow(const BodyWalker& walker) { walker_ = &walker; }
 
@@ -27,6 +29,7 @@ class ContentReader : public BodyEvents {
   void aside(Offset place) override { map_.asides.push_back(place); }
   void marker(const Marker& marker) override;
   void nextRun(const Tag&, Extent, const Tag&, const Properties* properties) override;
+  void nextText(const TextWay& way, std::string_view ascii) override;
   void text(const TextElement& element) override;
   void character(char16_t unit, Extent, Name name, std::string_view reference) override;
   void formula(const Formula& formula) override;
@@ -44,10 +47,21 @@ class ContentReader : public BodyEvents {
   /// A control within a paragraph takes line breaks, since a mark would divide it.
   void openControl(bool isGuided);
   void flushMark();
+  void gather(std::string_view ascii, bool isHidden);
+  document::ContentBuilder& builder() {
+    if (gatheredSize_ > 0) addGathered();
+    return builder_;
+  }
+  void addGathered();
+  void add(std::string_view ascii, bool isHidden);
 
   const Styles& styles_;
   const BodyWalker* walker_ = nullptr;
-  document::ContentBuilder builder_;
+  document::ContentBuilder builder_;  ///< reached by builder() alone
+  /// For a search: texts and marks that the builder is not told yet, all of them hidden or none.
+  std::array<char, 1024> gathered_;
+  std::size_t gatheredSize_ = 0;
+  bool gatheredIsHidden_ = false;
   BodyMap map_;
   Properties paragraph_;
   document::Look look_;

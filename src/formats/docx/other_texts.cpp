@@ -36,7 +36,7 @@ void tellDocument(const Package& package, formats::OtherTexts& texts, Budget& bu
   const zip::Member* const main = package.archive.find(package.mainPart);
   budget.take(main->size);
   const xml::Utf8Part part = xml::toUtf8(package.archive.read(*main), package.mainPart);
-  ReadBody body = readBody(part.utf8.view, package.mainPart, styles);
+  ReadBody body = readBody(part.utf8.view, package.mainPart, styles, document::Purpose::search);
   const document::Story story(std::move(body.content));
   texts.unreached(Unreached::embedded, story.text().original().stretch(0, story.length()));
   tellPackage({package, part.utf8.view, body.map, styles}, story, texts, budget, Depth::inner);
@@ -248,7 +248,7 @@ class PackageTeller {
       if (member.name.ends_with(".rels") || member.name.starts_with("[")) budget_.take(member.size);
     std::optional<Package> package;
     try {
-      package.emplace(openPackage(file));
+      package.emplace(openPackage(archive, packages_));
     } catch (const errors::DocumentError&) {
       return tellMarkup(archive, texts, budget_);
     }
@@ -259,6 +259,7 @@ class PackageTeller {
   Telling telling_;
   Budget& budget_;
   Depth depth_;
+  PackageMemory packages_;
   std::set<const zip::Member*> seen_;
   std::deque<Part> next_;
   std::deque<Part> last_;

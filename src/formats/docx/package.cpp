@@ -96,21 +96,34 @@ const zip::Member* Package::member(Role role) const {
 }
 
 Package openPackage(base::Bytes bytes) {
-  Package package{zip::Archive::open(std::move(bytes)), {}, {}, {}, {}, {}};
+  PackageMemory none;
+  return openPackage(zip::Archive::open(std::move(bytes)), none);
+}
+
+Package openPackage(zip::Archive archive, PackageMemory& memory) {
+  Package package{std::move(archive), {}, {}, {}, {}, {}};
   const zip::Member* const types = package.archive.find("[Content_Types].xml");
   if (types == nullptr) throw otherKind(kindOf(package.archive, {}));
-  package.rootRelationships = relationshipsIn(package.archive, "");
+  const auto relationshipsOf = [&](std::string_view part) -> std::vector<Relationship> {
+    const zip::Member* const member = package.archive.find(relationshipPartOf(part));
+    if (member == nullptr) return {};
+    return memory.relationships.of(package.archive, *member, part,
+                                   [&] { return relationshipsIn(package.archive, part); });
+  };
+  package.rootRelationships = relationshipsOf("");
   package.mainPart = findMainPart(package.rootRelationships);
   const zip::Member* const main = package.archive.find(package.mainPart);
   if (package.mainPart.empty() || main == nullptr) {
     throw damaged("The package lacks its main part, the one with the text; get an intact copy.");
   }
-  const std::string type = contentTypeOf(package.archive, *types, package.mainPart);
+  const std::string type = memory.contentTypes.of(package.archive, *types, package.mainPart, [&] {
+    return contentTypeOf(package.archive, *types, package.mainPart);
+  });
   if (type.find("wordprocessingml") == std::string::npos && type.find("ms-word") == std::string::npos) {
     if (const std::string_view kind = kindOf(package.archive, type); !kind.empty()) throw otherKind(kind);
   }
   package.isTemplate = type.find("emplate") != std::string::npos;
-  package.mainRelationships = relationshipsIn(package.archive, package.mainPart);
+  package.mainRelationships = relationshipsOf(package.mainPart);
   for (const Relationship& relationship : package.mainRelationships) {
     if (isStory(relationship.kind())) package.stories.push_back(relationship.part);
     for (const auto& [step, role] : kRoles) {

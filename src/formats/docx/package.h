@@ -2,6 +2,7 @@
 
 #include "formats/format.h"
 #include "names.h"
+#include "package_memory.h"
 #include "relationships.h"
 #include "zip/archive.h"
 
@@ -42,5 +43,7 @@ struct Package {
 /// damaged: a package of another kind (the message says which), or one without a main part or with two.
 /// signed: one with a digital signature.
 Package openPackage(base::Bytes bytes);
+/// The same, of one of many packages.
+Package openPackage(zip::Archive archive, PackageMemory& memory);
 
 }  // namespace pluvo::docx

@@ -45,8 +45,9 @@ constexpr std::array<std::pair<std::string_view, PartKind>, 29> kKinds = {{
 }  // namespace
 
 std::optional<PartKind> kindOf(const Relationship& relationship) {
-  const auto found = std::find_if(kKinds.begin(), kKinds.end(),
-                                  [&](const auto& known) { return known.first == relationship.kind(); });
+  const std::string_view kind = relationship.kind();
+  const auto found =
+      std::find_if(kKinds.begin(), kKinds.end(), [&](const auto& known) { return known.first == kind; });
   return found == kKinds.end() ? std::nullopt : std::optional(found->second);
 }
 

@@ -4,9 +4,11 @@
 
 namespace pluvo::docx {
 
-ReadBody readBody(base::ByteSpan part, const std::string& partName, const Styles& styles) {
-  ContentReader reader(part.size(), styles);
+ReadBody readBody(base::ByteSpan part, const std::string& partName, const Styles& styles,
+                  document::Purpose purpose) {
+  ContentReader reader(part.size(), styles, purpose);
   BodyWalker walker(part, partName, reader);
+  if (purpose == document::Purpose::search) walker.isForSearch();
   reader.follow(walker);
   while (walker.step()) {
   }

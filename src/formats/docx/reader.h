@@ -87,6 +87,7 @@ struct ReadBody {
 };
 
 /// Reads the main part, which must be UTF-8.
-ReadBody readBody(base::ByteSpan part, const std::string& partName, const Styles& styles);
+ReadBody readBody(base::ByteSpan part, const std::string& partName, const Styles& styles,
+                  document::Purpose purpose = document::Purpose::edit);
 
 }  // namespace pluvo::docx

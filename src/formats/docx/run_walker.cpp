@@ -77,6 +77,11 @@ RunWalker::Enters RunWalker::take(Name name, Token token) {
 
 /// And the texts of the runs that follow, so far as the way to them is known.
 void RunWalker::text(Token token) {
+  if (textWays_) {
+    textWays_->remember();
+    tell(text_.read(token));
+    return textWays_->goThrough(text_);
+  }
   ways_.remember(properties_.last());
   tell(text_.read(token));
   while (const TextElement* const next = ways_.next(text_)) tell(*next);

@@ -3,9 +3,11 @@
 #include "properties_reader.h"
 #include "run_ways.h"
 #include "text_reader.h"
+#include "text_ways.h"
 #include "walk.h"
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 namespace pluvo::docx {
@@ -16,8 +18,10 @@ class RunWalker {
   RunWalker(Walk& walk, PropertiesReader& properties, TextReader& text)
       : walk_(walk), scanner_(walk.scanner), properties_(properties), text_(text), ways_(walk) {}
 
+  /// To be told before the first token where the walk is for a search.
+  void isForSearch() { textWays_.emplace(walk_, properties_); }
   /// To be told of every token before it is taken.
-  void follow(xml::Token token) { ways_.follow(token); }
+  void follow(xml::Token token) { textWays_ ? textWays_->follow(token) : ways_.follow(token); }
 
   enum class Enters : std::uint8_t { nothing, guidedText, outside };
   /// Takes an element, and tells whether the walk has to enter it, as what.
@@ -40,6 +44,7 @@ class RunWalker {
   PropertiesReader& properties_;
   TextReader& text_;
   RunWays ways_;
+  std::optional<TextWays> textWays_;  ///< then the others are not used
 };
 
 }  // namespace pluvo::docx

@@ -46,7 +46,7 @@ void appendEscaped(std::string& out, std::string_view value) {
 
 StoryFinder::StoryFinder(base::ByteSpan part, const std::string& partName, const Styles& styles,
                          xml::Swept swept)
-    : StoryReader(part, partName, styles, swept), holders_{{{{}}}} {}
+    : StoryReader(part, partName, styles, document::Purpose::edit, swept), holders_{{{{}}}} {}
 
 FoundStories StoryFinder::find() {
   readPart();

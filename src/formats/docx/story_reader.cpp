@@ -5,8 +5,10 @@
 namespace pluvo::docx {
 
 StoryReader::StoryReader(base::ByteSpan part, const std::string& partName, const Styles& styles,
-                         xml::Swept swept)
-    : styles_(styles), walker_(part, partName, *this, Reach::everyStory, swept) {}
+                         document::Purpose purpose, xml::Swept swept)
+    : styles_(styles), purpose_(purpose), walker_(part, partName, *this, Reach::everyStory, swept) {
+  if (purpose == document::Purpose::search) walker_.isForSearch();
+}
 
 void StoryReader::readPart() {
   while (walker_.step()) {
@@ -30,9 +32,8 @@ void StoryReader::readBesideMainText(const BodyMap& map, const std::vector<Offse
   toNextBlock();
 }
 
-BodyEvents& StoryReader::reader() {
-  static BodyEvents nobody;
-  return !inStory() || isMainText() ? nobody : *levels_.back().reader;
+void StoryReader::findReader() {
+  reader_ = !inStory() || isMainText() ? &nobody_ : levels_.back().reader.get();
 }
 
 void StoryReader::story(Name kind) { next_ = kind; }
@@ -43,10 +44,11 @@ void StoryReader::open(const Tag& tag) {
     level.begin = tag.extent.begin;
     if (next_ != Name::other) {
       level.kind = std::exchange(next_, Name::other);
-      level.reader = std::make_unique<ContentReader>(0, styles_);
+      level.reader = std::make_unique<ContentReader>(0, styles_, purpose_);
       level.reader->follow(walker_);
     }
     levels_.push_back(std::move(level));
+    findReader();
     storyBegins(levels_.back());
   }
   reader().open(tag);
@@ -57,6 +59,7 @@ void StoryReader::close(const Tag& tag, Extent endTag) {
   if (tag.name != Name::body) return;
   Level level = std::move(levels_.back());
   levels_.pop_back();
+  findReader();
   storyEnds(std::move(level), endTag.end);
 }
 

@@ -14,7 +14,7 @@ namespace pluvo::docx {
 class StoryReader : public BodyEvents {
  public:
   StoryReader(base::ByteSpan part, const std::string& partName, const Styles& styles,
-              xml::Swept swept = xml::Swept::no);
+              document::Purpose purpose, xml::Swept swept = xml::Swept::no);
 
   /// Of a part that is no main part.
   void readPart();
@@ -29,6 +29,7 @@ class StoryReader : public BodyEvents {
   void formula(const Formula& formula) override;
   void control(const ControlProperties& properties) override;
   void character(char16_t unit, Extent extent, Name name, std::string_view reference) override;
+  void nextText(const TextWay& way, std::string_view ascii) override { reader_->nextText(way, ascii); }
   void text(const TextElement& element) override;
   void properties(Name kind, const Properties& properties) override;
   void marker(const Marker& marker) override;
@@ -63,13 +64,17 @@ class StoryReader : public BodyEvents {
   std::size_t depth() const { return levels_.size(); }
 
  private:
-  BodyEvents& reader();
+  BodyEvents& reader() { return *reader_; }
+  void findReader();
   void note(Offset element, bool isText);
 
   const Styles& styles_;
+  const document::Purpose purpose_;
   BodyWalker walker_;
   std::vector<Level> levels_;
-  Name next_ = Name::other;  ///< the kind of the story that opens next
+  BodyEvents nobody_;
+  BodyEvents* reader_ = &nobody_;  ///< of the story at hand
+  Name next_ = Name::other;        ///< the kind of the story that opens next
 };
 
 }  // namespace pluvo::docx

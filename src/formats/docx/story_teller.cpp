@@ -47,7 +47,7 @@ std::optional<OtherStory> storyOf(Name kind) {
 
 StoryTeller::StoryTeller(base::ByteSpan part, const std::string& partName, const Telling& telling,
                          xml::Swept swept)
-    : StoryReader(part, partName, telling.styles, swept), telling_(telling) {}
+    : StoryReader(part, partName, telling.styles, document::Purpose::search, swept), telling_(telling) {}
 
 void StoryTeller::tellBesideMainText(const BodyMap& map, const std::vector<Offset>& places,
                                      const document::Story& story) {

@@ -80,9 +80,7 @@ std::string styleNamed(base::ByteSpan part, const std::string& partName, std::st
   return {};
 }
 
-bool Styles::hides(const RunLook& look, const std::string& paragraphStyle) const {
-  if (look.hidden != RunLook::Hidden::inherited) return look.hidden == RunLook::Hidden::yes;
-  if (!any_) return false;
+bool Styles::hidesByStyle(const RunLook& look, const std::string& paragraphStyle) const {
   const bool byParagraph = isHidden(paragraphStyle.empty() ? defaultParagraphStyle_ : paragraphStyle);
   return byParagraph != (!look.style.empty() && isHidden(look.style));
 }

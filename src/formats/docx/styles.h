@@ -17,9 +17,13 @@ class Styles {
   /// A w:styles part as UTF-8.
   Styles(base::ByteSpan part, const std::string& partName);
 
-  bool hides(const RunLook& look, const std::string& paragraphStyle) const;
+  bool hides(const RunLook& look, const std::string& paragraphStyle) const {
+    if (look.hidden != RunLook::Hidden::inherited) return look.hidden == RunLook::Hidden::yes;
+    return any_ && hidesByStyle(look, paragraphStyle);
+  }
 
  private:
+  bool hidesByStyle(const RunLook& look, const std::string& paragraphStyle) const;
   struct Style {
     std::string basedOn;
     RunLook::Hidden hidden = RunLook::Hidden::inherited;

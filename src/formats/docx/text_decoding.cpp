@@ -4,8 +4,13 @@
 #include "text/utf8_decoding.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <cstring>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 namespace pluvo::docx {
 
@@ -63,6 +68,29 @@ std::size_t unitsOf(std::string_view utf8) {
     units += static_cast<std::size_t>(byte < 0x80 || byte >= 0xC0) + static_cast<std::size_t>(byte >= 0xF0);
   }
   return units;
+}
+
+std::size_t plainLength(std::string_view bytes) {
+  std::size_t passed = 0;
+#if defined(__SSE2__)
+  // Vectors of signed bytes, in which those beyond ASCII are less than any other.
+  const auto each = [](char c) { return _mm_set1_epi8(c); };
+  for (; passed + sizeof(__m128i) <= bytes.size(); passed += sizeof(__m128i)) {
+    const __m128i vector = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes.data() + passed));
+    const __m128i special =
+        _mm_or_si128(_mm_cmpeq_epi8(vector, each('&')), _mm_cmpeq_epi8(vector, each(']')));
+    const __m128i stops = _mm_or_si128(special, _mm_cmpeq_epi8(vector, each('<')));
+    const __m128i plain = _mm_andnot_si128(stops, _mm_cmpgt_epi8(vector, each(0x1F)));
+    const auto isPlain = static_cast<unsigned>(_mm_movemask_epi8(plain));
+    if (isPlain == 0xFFFF) continue;
+    const std::size_t end = passed + static_cast<std::size_t>(std::countr_one(isPlain));
+    return bytes[end] == '<' ? end : std::string_view::npos;
+  }
+#endif
+  const std::size_t end = bytes.find('<', passed);
+  const bool isAscii =
+      end != std::string_view::npos && plainnessOf(bytes.substr(passed, end - passed)) == Plainness::ascii;
+  return isAscii ? end : std::string_view::npos;
 }
 
 std::string_view withoutOuterBlanks(std::string_view printable) {

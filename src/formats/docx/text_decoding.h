@@ -23,6 +23,9 @@ Plainness plainnessOf(std::string_view utf8);
 /// How many units they make.
 std::size_t unitsOf(std::string_view utf8);
 
+/// How many bytes there are in front of the first '<', where all of them are plain ASCII; npos elsewhere.
+std::size_t plainLength(std::string_view bytes);
+
 /// Without the blanks at both ends.
 std::string_view withoutOuterBlanks(std::string_view printable);
 

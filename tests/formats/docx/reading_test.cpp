@@ -1,4 +1,6 @@
 #include "formats/docx/document_builder.h"
+#include "package.h"
+#include "reader.h"
 #include "support/invariants.h"
 #include "support/notation.h"
 
@@ -10,12 +12,29 @@ struct ReadCase {
   const char* text;  ///< in the notation of the tests
 };
 
+/// What a search reads is what an edit does, so far as a search asks for it.
+void expectTheSameForSearch(const base::Bytes& document, const document::Story& model) {
+  const Package package = openPackage(document);
+  const base::Bytes part = package.archive.read(*package.archive.find(package.mainPart));
+  const Styles styles = readStyles(package);
+  const document::Story read(
+      readBody(part.view, package.mainPart, styles, document::Purpose::search).content);
+  ASSERT_EQ(read.text().substring(0, read.length()), model.text().substring(0, model.length()));
+  for (Position i = 0; i < read.length(); ++i) {
+    EXPECT_EQ(read.visibility().valueAt(i), model.visibility().valueAt(i)) << i;
+    EXPECT_EQ(read.structure().valueAt(i).field, model.structure().valueAt(i).field) << i;
+    EXPECT_EQ(read.endsParagraph(i), model.endsParagraph(i)) << i;
+  }
+}
+
 void expectTexts(const std::vector<ReadCase>& cases) {
   for (const ReadCase& c : cases) {
     SCOPED_TRACE(c.body);
-    const Opened opened = open(documentOf(wml(c.body)));
+    const base::Bytes document = documentOf(wml(c.body));
+    const Opened opened = open(document);
     EXPECT_EQ(notation::print(opened.model), c.text);
     EXPECT_EQ(notation::damageOf(opened.model), "");
+    expectTheSameForSearch(document, opened.model);
   }
 }
 
@@ -59,7 +78,15 @@ TEST(Reading, runsLikeTheOnesBeforeThem) {
        {"{<r><t>a</t></r><r><t>b</t></r><r xmlns:q='urn:q'><t>c</t></r><r xmlns:q='urn:q'><t>d</t></r>"
         "<r><t>e</t></r>}",
         "abcde¶"},
-       {"{[a][b][c]<del>[d][e][f]</del>[g]}", "abc<d:def>g¶"}});
+       {"{[a][b][c]<del>[d][e][f]</del>[g]}", "abc<d:def>g¶"},
+       {"{[a]}{[b]}{[c]}{<hyperlink>[d]</hyperlink>}{[e]}<T><tc>{[f]}{[g]}{[h]}</tc></T>{[i]}{[j]}",
+        "a¶b¶c¶d¶e¶⟦f¶g¶h¦‖⟧i¶j¶"},
+       {"{<pPr><sectPr/></pPr>[a]}{<pPr><sectPr/></pPr>[b]}{<pPr><sectPr/></pPr>[c]}{[d]}", "a§b§c§d¶"},
+       {"{[a b]}{<pPr><jc/></pPr><r><t> c </t></r>}{<pPr><jc/></pPr><r><t> d </t></r>}<customXml xml:space="
+        "'preserve'>{<pPr><jc/></pPr><r><t> e </t></r>}{<pPr><jc/></pPr><r><t> f </t></r>}</customXml>",
+        "a b¶c¶d¶ e ¶ f ¶"},
+       {"{[a]}{[b &amp; c]}{[é€😀]}{[<vanish/>|d]}{[e]}{[<vanish/>|f]}{[g]}{^[h]@i@%[j]$}{[k]}",
+        "a¶b & c¶é€😀¶<h:d>¶e¶<h:f>¶g¶{hi|j}¶k¶"}});
 }
 
 TEST(Reading, seesThroughWhatHoldsRuns) {
@@ -153,8 +180,10 @@ TEST(Reading, stylesHide) {
   const std::string body =
       wml("{[a][<rStyle val='C'/>|b][<rStyle val='L'/>|c]}"
           "{<pPr><pStyle val='P'/></pPr>[d][<rStyle val='C'/>|e][<vanish val='false'/>|f]}");
-  const Opened opened = open(documentOf(body, {{"word/styles.xml", styles}}));
-  EXPECT_EQ(notation::print(opened.model), "a<h:b>c¶<h:d>ef<h:¶>");
+  const base::Bytes document = documentOf(body + body, {{"word/styles.xml", styles}});
+  const Opened opened = open(document);
+  EXPECT_EQ(notation::print(opened.model), "a<h:b>c¶<h:d>ef<h:¶>a<h:b>c¶<h:d>ef<h:¶>");
+  expectTheSameForSearch(document, opened.model);
 }
 
 TEST(Reading, anyPrefixAndNamespace) {

@@ -17,6 +17,9 @@ struct Look {
   std::int8_t restriction = kNone;
 };
 
+/// What becomes of a text: it is edited, or searched and then let go.
+enum class Purpose : bool { edit, search };
+
 /// Builds a document front to back for the readers of structured formats. Every call that adds characters
 /// adds them at length(), so that a reader can note there which bytes they came from.
 ///
@@ -25,6 +28,9 @@ struct Look {
 /// shows the separator. Each shows only what the text around the field shows.
 class ContentBuilder {
  public:
+  /// For a search there are no highlight, controls, deletions and restrictions, which no search asks for.
+  explicit ContentBuilder(Purpose purpose = Purpose::edit) : purpose_(purpose) {}
+
   /// How many characters may come at most, so far as that is known.
   void expect(std::size_t most) { text_.expect(most); }
 
@@ -77,8 +83,16 @@ class ContentBuilder {
   Structure structureHere(const Look& look) const;
   void add(std::u16string_view units, Look look, text::Visibility shown, const Structure& structure);
   void addLayers(std::size_t length, Look look, text::Visibility shown, const Structure& structure);
+  bool isAlike(text::Visibility shown) const;
+  void addAlike(text::Position length, text::Visibility shown, const Structure& structure);
+  void endAlike();
 
+  Purpose purpose_;
   text::OriginalTextBuilder text_;
+  /// For a search: the last characters, so far as all of them are alike, are not in the layers yet.
+  text::Position alike_ = 0;
+  text::Visibility alikeShown_ = text::kEverywhere;
+  Structure alikeStructure_;
   Content content_;
   std::vector<OpenField> fields_;
   std::vector<std::int32_t> tables_;
