@@ -1,5 +1,6 @@
 #include "places.h"
 
+#include <cstring>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -188,9 +189,16 @@ class PlaceReader {
 }  // namespace
 
 bool hasMarks(const document::Story& story) {
+  if (!story.fields().empty()) return true;
+  constexpr char16_t kAnchor = text::kCommentReference;
   bool any = false;
-  story.text().forEachStretch(
-      0, story.length(), [&](Position, const text::Stretch& stretch) { return !(any = holdsMark(stretch)); });
+  story.text().forEachStretch(0, story.length(), [&](Position, const text::Stretch& stretch) {
+    const auto length = static_cast<std::size_t>(stretch.length);
+    any = stretch.wide != nullptr
+              ? std::u16string_view(stretch.wide, length).find(kAnchor) != std::u16string_view::npos
+              : length > 0 && std::memchr(stretch.narrow, kAnchor, length) != nullptr;
+    return !any;
+  });
   return any;
 }
 

@@ -22,24 +22,27 @@ class Touching {
            IsSought isSought)
       : story_(story), beginning_(beginning), shown_(shown), places_(places), isSought_(isSought) {}
 
+  /// After a match that stands at no such place, the search goes on where one can reach the next of them.
   std::int64_t count() const {
     std::int64_t count = 0;
     Position from = 0;
-    while (const auto next = nextSought(from)) {
-      from = std::max(from, before(*next));
-      const auto match =
-          beginning_.search().find(story_.text(), shown_, text::View::results, from, story_.length());
-      if (!match) break;
-      if (touches(*match)) ++count;
-      from = match->to;
+    while (const auto match =
+               beginning_.search().find(story_.text(), shown_, text::View::results, from, story_.length())) {
+      const auto next = nextSought(match->from);
+      if (!next) break;
+      const Position reach = *next < match->to ? match->from : before(*next);
+      from = match->from < reach ? reach : match->to;
+      if (*next < match->to && touches({*next, match->to})) ++count;
     }
     return count;
   }
 
  private:
   std::optional<Position> nextSought(Position from) const {
-    for (const auto& run : places_.runs(from, places_.length())) {
-      if (isSought_(run.value)) return run.from;
+    while (from < places_.length()) {
+      const auto run = places_.runAt(from);
+      if (isSought_(run.value)) return from;
+      from = run.to;
     }
     return std::nullopt;
   }
@@ -57,14 +60,16 @@ class Touching {
     return position;
   }
 
-  bool touches(text::Span match) const {
-    for (const auto& run : places_.runs(match.from, match.to)) {
-      if (!isSought_(run.value)) continue;
-      for (Position at = run.from; at < run.to;) {
+  bool touches(text::Span span) const {
+    for (Position at = span.from; at < span.to;) {
+      const auto run = places_.runAt(at);
+      const Position end = std::min(run.to, span.to);
+      while (at < end && isSought_(run.value)) {
         const text::Piece piece = story_.text().pieceAt(at);
         if (!piece.isNew()) return true;
         at += piece.length;
       }
+      at = std::max(at, end);
     }
     return false;
   }

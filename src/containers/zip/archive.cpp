@@ -56,6 +56,7 @@ int compareNames(std::string_view a, std::string_view b) {
   b = withoutSlash(b);
   const std::size_t common = std::min(a.size(), b.size());
   for (std::size_t i = 0; i < common; ++i) {
+    if (a[i] == b[i]) continue;
     if (const int difference = folded(a[i]) - folded(b[i]); difference != 0) return difference;
   }
   return a.size() == b.size() ? 0 : (a.size() < b.size() ? -1 : 1);
