@@ -171,7 +171,7 @@ TEST(RtfFormat, TellsProtectionAndItsPassword) {
     const formats::OpenedFile opened = open(std::string("{\\rtf1") + words + " a}");
     ASSERT_EQ(opened.protection ? static_cast<int>(opened.protection->type) : -1, type);
     ASSERT_EQ(opened.reservation.has_value(), isReserved);
-    const auto check = [&](const auto& asking) {
+    const auto check = [lifts = lifts](const auto& asking) {
       if (!asking) return;
       const auto& asked = asking->isLiftedBy;
       EXPECT_EQ(!asked || asked(u"password"), lifts);
