@@ -4,6 +4,7 @@
 #include <cassert>
 #include <cstddef>
 #include <memory>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -42,8 +43,9 @@ class ChunkedStack {
   /// From the lowest to the topmost.
   template <class Visit>
   void forEach(Visit visit) const {
-    for (const Chunk& chunk : chunks_)
-      for (std::size_t i = 0; i < kChunk; ++i) visit(chunk[i]);
+    for (const Chunk& chunk : chunks_) {
+      for (const Element& element : std::span(chunk.get(), kChunk)) visit(element);
+    }
     for (const Element& element : top_) visit(element);
   }
 
