@@ -74,17 +74,15 @@ FoundBlocks::FoundBlocks(Documents& documents) : QDockWidget(tr("Blocks Found"))
 }
 
 void FoundBlocks::clear() {
-  if (shown_) disconnect(shown_, nullptr, this, nullptr);
-  shown_ = nullptr;
+  disconnect(closes_);
   rows_.set(nullptr, {});
   setWindowTitle(tr("Blocks Found"));
 }
 
 void FoundBlocks::list(OpenDocument& document, std::vector<BlockPlace> blocks, bool comesIntoSight) {
   clear();
-  shown_ = document.view();
-  if (!shown_) return;
-  connect(shown_, &QObject::destroyed, this, &FoundBlocks::clear);
+  if (document.view() == nullptr) return;
+  closes_ = connect(document.view(), &QObject::destroyed, this, &FoundBlocks::clear);
   const auto count = static_cast<int>(blocks.size());
   setWindowTitle(tr("Blocks Found in %1 (%2)").arg(document.name()).arg(count));
   rows_.set(&document, std::move(blocks));

@@ -6,7 +6,6 @@
 #include <QAbstractListModel>
 #include <QDockWidget>
 #include <QListView>
-#include <QPointer>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -52,7 +51,7 @@ class FoundBlocks final : public QDockWidget {
   Documents& documents_;
   Rows rows_;
   QListView* view_ = nullptr;
-  QPointer<view::DocumentView> shown_;
+  QMetaObject::Connection closes_;  ///< tells when the document of the list has gone
 };
 
 }  // namespace pluvo::desktop
