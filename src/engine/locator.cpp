@@ -147,10 +147,12 @@ bool Locator::CheckUnitsApart() {
     word::Range& block = required(ranges_.block);
     word::Range& begin = required(ranges_.begin);
     word::Range& end = required(ranges_.end);
-    // A long block is counted no farther than matters, and beginning and ending stand in a unit each.
-    if (search_.request.liftLimits && of(block).isAtMost(sum(2, search_.request.distance))) return true;
-    if (search_.request.liftLimits)
-      return of(block).isAtMost(sum(sum(of(begin).Count(), of(end).Count()), search_.request.distance));
+    // A long block is counted no farther than matters, and once where its texts stand in a unit each.
+    if (search_.request.liftLimits) {
+      if (of(block).isAtMost(sum(2, search_.request.distance))) return true;
+      const std::int32_t ofTexts = sum(of(begin).Count(), of(end).Count());
+      return ofTexts > 2 && of(block).isAtMost(sum(ofTexts, search_.request.distance));
+    }
     const std::int32_t afterBegin = difference(of(block).Count(), of(begin).Count());
     return difference(afterBegin, of(end).Count()) <= search_.request.distance;
   });
