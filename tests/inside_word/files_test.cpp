@@ -175,8 +175,8 @@ TEST(Questions, EachRefusalLeadsToItsOwn) {
   }
 }
 
-/// Events in Word, and what comes of a run over files: the first one's text, the files saved and those in the
-/// list of recent ones, how many macros ran, and what the user heard.
+/// Events in Word, and the results of a run over files: the first file's text, the files saved and those in
+/// the list of recent files, how many macros ran, and what the user heard.
 struct FileWay {
   const char* what;
   std::function<void(World&)> prepare;

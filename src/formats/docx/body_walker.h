@@ -38,7 +38,7 @@ class BodyWalker {
   void resumeAt(Offset offset, Position position);
 
   const xml::Scanner& scanner() const { return walk_.scanner; }
-  /// Whoever is told asks of texts only what a search does.
+  /// The listener needs of each text only what a search reads.
   void isForSearch() { runs_.isForSearch(); }
   /// From here on the walk tells its events to this.
   void tell(BodyEvents& events) { walk_.events = &events; }
