@@ -34,6 +34,9 @@ void BlockTags::open(const Token& token, const Style& style, const Attributes& a
     if (!isVoid) ++flattened_[static_cast<std::size_t>(token.name)];
     return around_.events.divides(token.extent);
   }
+  // A paragraph without text between two cells ends the table, as text does.
+  const bool isParagraph = (traitsOf(token.name) & kExistsEmpty) != 0;
+  if (isParagraph && around_.tables.isBetweenCells()) around_.tables.interrupt();
   push(token, style, attributes);
   around_.events.blockBegins(around_.blocks.inner());
 }

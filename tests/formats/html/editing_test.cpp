@@ -106,6 +106,7 @@ TEST(HtmlFormat, TakesRandomEditsOfOddPages) {
       "x<table><tr><td>a</td></tr><caption>cap</caption><tr><td>b</table>c",
       "<p>x</p><table><tr><td>a</td>text<td>b</td></table>c",
       "<p>x</p><table>text<tr><td>a</td><td>b</td></table>c",
+      "<table><td>a<tr><p><p>b c<td>d</table>e",
       "<table><tr><td>a<table><tr><td>b</table></table>z",
       "<table><tr><td><p>a<table><tr><td>b</table></table>z",
       "<p>a<p>b</p>c",
@@ -143,7 +144,7 @@ TEST(HtmlFormat, TakesRandomEditsOfOddPages) {
 }
 
 TEST(HtmlCorpus, keepsAllOtherBytes) {
-  expectCorpusKept(HtmlFormat(), "html", {{{0, 8}, {7, 29}, {0, 180}, {0, 120}, {8, 21}, {14, 42}}});
+  expectCorpusKept(HtmlFormat(), "html", {{{0, 8}, {7, 29}, {1, 250}, {0, 120}, {8, 21}, {21, 42}}});
 }
 
 TEST(HtmlCorpus, takesRandomEditsThatAreReadBack) { expectRandomEditsReadBack(HtmlFormat(), "html"); }
