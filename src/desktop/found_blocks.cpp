@@ -4,6 +4,7 @@
 #include "runs/excerpt.h"
 
 #include <QPainter>
+#include <QStringList>
 #include <QStyledItemDelegate>
 #include <algorithm>
 #include <utility>
@@ -12,10 +13,8 @@ namespace pluvo::desktop {
 
 namespace {
 
-// A row's text in three pieces; all of it is the row's text.
-constexpr int kBeforeBlock = Qt::UserRole;
-constexpr int kBlock = Qt::UserRole + 1;
-constexpr int kAfterBlock = Qt::UserRole + 2;
+// A row's text in three pieces: before the block, the block, after it.
+constexpr int kPieces = Qt::UserRole;
 
 /// Draws the block itself in bold letters. What stands before it has at most a third of the row.
 class RowPainter final : public QStyledItemDelegate {
@@ -32,12 +31,12 @@ class RowPainter final : public QStyledItemDelegate {
     const bool chosen = option.state.testFlag(QStyle::State_Selected);
     painter->setPen(option.palette.color(chosen ? QPalette::HighlightedText : QPalette::Text));
     QRect room = option.rect.adjusted(kMargin, 0, -kMargin, 0);
-    const int third = room.width() / 3;
-    draw(*painter, option.font, index.data(kBeforeBlock).toString(), room, Qt::ElideLeft, third);
+    const QStringList pieces = index.data(kPieces).toStringList();
+    draw(*painter, option.font, pieces[0], room, Qt::ElideLeft, room.width() / 3);
     QFont bold = option.font;
     bold.setBold(true);
-    draw(*painter, bold, index.data(kBlock).toString(), room, Qt::ElideMiddle, room.width());
-    draw(*painter, option.font, index.data(kAfterBlock).toString(), room, Qt::ElideRight, room.width());
+    draw(*painter, bold, pieces[1], room, Qt::ElideMiddle, room.width());
+    draw(*painter, option.font, pieces[2], room, Qt::ElideRight, room.width());
     painter->restore();
   }
 
@@ -115,8 +114,7 @@ int FoundBlocks::Rows::rowCount(const QModelIndex& parent) const {
 }
 
 QVariant FoundBlocks::Rows::data(const QModelIndex& index, int role) const {
-  if (!index.isValid() || (role != Qt::DisplayRole && role != Qt::ToolTipRole && role < kBeforeBlock))
-    return {};
+  if (!index.isValid() || (role != Qt::DisplayRole && role != Qt::ToolTipRole && role != kPieces)) return {};
   const BlockPlace& place = block(index.row());
   const runs::Excerpt excerpt =
       runs::excerptOf(document_->shown(), place.story, place.span.from, place.span.to);
@@ -126,12 +124,9 @@ QVariant FoundBlocks::Rows::data(const QModelIndex& index, int role) const {
     story.front() = story.front().toUpper();
     before = tr("%1: %2").arg(story, before);
   }
-  const QString piece = QString::fromStdString(excerpt.piece);
-  const QString after = QString::fromStdString(excerpt.trail);
-  if (role == kBeforeBlock) return before;
-  if (role == kBlock) return piece;
-  if (role == kAfterBlock) return after;
-  return before + piece + after;
+  const QStringList pieces = {before, QString::fromStdString(excerpt.piece),
+                              QString::fromStdString(excerpt.trail)};
+  return role == kPieces ? QVariant(pieces) : pieces.join(QString());
 }
 
 }  // namespace pluvo::desktop
