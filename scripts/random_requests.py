@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Makes random requests with a built pluvo, and compares what becomes of documents with a model of a few lines.
+"""Makes random requests with a built pluvo, and compares the documents with a model of a few lines.
 
     scripts/random_requests.py build/release/bin/pluvo --count 10000 --seed 1
 
 Each request works on one text and on one .docx with the same text in runs of any length. Compared are counts, the exit
-status, all bytes of the text, and of the .docx the text, the highlight, and that other members stay as they are. The
+status and all bytes of the text. Of the .docx it is the text, the highlight, and the bytes of other members. The
 model knows none of the program's code: it follows what README.md and text/units.h say, character by character.
 """
 
@@ -50,19 +50,19 @@ def word_starts(text):
 
 
 def sentence_starts(text):
-    starts, behind = [], "mark"
+    starts, after = [], "mark"
     for i, c in enumerate(text):
-        if behind == "mark" or (behind == "blanks" and c not in " \v.\n"):
+        if after == "mark" or (after == "blanks" and c not in " \v.\n"):
             starts.append(i)
-            behind = ""
+            after = ""
         if c == "\n":
-            behind = "mark"
+            after = "mark"
         elif c == ".":
-            behind = "stop"
-        elif behind and c in " \v":
-            behind = "blanks"
-        elif not (behind == "stop" and c == "'"):
-            behind = ""
+            after = "stop"
+        elif after and c in " \v":
+            after = "blanks"
+        elif not (after == "stop" and c == "'"):
+            after = ""
     return starts
 
 

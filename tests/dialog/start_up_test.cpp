@@ -52,7 +52,7 @@ TEST_F(StartUp, FaultBeforeTheReporterIsTheCallers) {
 }
 
 /// Folders fail where the reporter is there already.
-TEST_F(StartUp, FaultBehindTheReporterIsReportedAndLeavesTheDialog) {
+TEST_F(StartUp, FaultAfterTheReporterIsThereIsReportedAndLeavesTheDialog) {
   DialogServices without = services();
   without.folders = []() -> std::unique_ptr<scanner::Folders> {
     throw errors::Fault(errors::kOutOfMemory, u"Out of memory");

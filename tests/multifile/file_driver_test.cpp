@@ -123,16 +123,16 @@ TEST(MultiPLUVO, MeetsARefusalAtAnyStep) {
                {4605, runEnds, "", ""}};
   for (const std::string step :
        {"path a", "readonly a", "clear a", "activate a", "protection a", "story a", "protect a"}) {
-    const bool behindReadOnlyQuestion = step != "path a" && step != "readonly a" && step != "clear a";
+    const bool afterReadOnlyQuestion = step != "path a" && step != "readonly a" && step != "clear a";
     for (const auto& one : cases) {
       SCOPED_TRACE(step + " " + std::to_string(one.number) + one.answer);
       FileRun run;
       run.file("a") = {.readOnly = true, .protection = word::wdAllowOnlyFormFields, .password = "p"};
       run.typed = {"p"};
       run.word.refusals[step] = {one.number};
-      if (behindReadOnlyQuestion) run.work.boxes.answer("y");
+      if (afterReadOnlyQuestion) run.work.boxes.answer("y");
       run.work.boxes.answer(one.answer);
-      if (!behindReadOnlyQuestion && one.outcome == retried) run.work.boxes.answer("y");
+      if (!afterReadOnlyQuestion && one.outcome == retried) run.work.boxes.answer("y");
       run.run({"a", "b"});
       const auto has = [&](const std::string& entry) { return std::ranges::count(run.story, entry) != 0; };
       EXPECT_TRUE(has(step + ": " + std::to_string(one.number)));

@@ -2,12 +2,12 @@
 ' program, the folder of what he does.
 Option Explicit
 
-Dim failures, word, control, shell, folder, users, doings, pluvo
+Dim failures, word, control, shell, folder, users, steps, pluvo
 failures = 0
 Set shell = CreateObject("WScript.Shell")
 users = WScript.Arguments(0)
-doings = WScript.Arguments(1)
-' Under Wine a zero is behind it.
+steps = WScript.Arguments(1)
+' Under Wine a zero follows it.
 folder = Replace(shell.ExpandEnvironmentStrings("%TEMP%"), Chr(0), "") & "\pluvo_whole_path"
 
 Sub Expect(what, actual, wanted)
@@ -30,7 +30,7 @@ End Function
 Sub OpenDialog(name)
   Dim outcome, waited
   outcome = name & ".outcome"
-  shell.Run """" & users & "\user.exe"" """ & doings & "\" & name & ".steps"" """ & folder & "\" & outcome & """", 1, False
+  shell.Run """" & users & "\user.exe"" """ & steps & "\" & name & ".steps"" """ & folder & "\" & outcome & """", 1, False
   pluvo.OpenPLUVO
   Do While Content(outcome) = "" And waited < 1200
     control.Sleep 100

@@ -1,5 +1,5 @@
 @echo off
-rem run_script PROGRAMS SCRIPT [COMPONENT DOINGS]: runs a script over the stand-in, and with the component in it where
+rem run_script PROGRAMS SCRIPT [COMPONENT STEPS]: runs a script over the stand-in, and with the component in it where
 rem one is named, and leaves neither of them registered. PROGRAMS is the folder of all that was built.
 regsvr32 /s "%~1\word_stand_in.dll"
 if not "%~3"=="" regsvr32 /s "%~1\%~3"

@@ -20,7 +20,7 @@ class AppearanceReader final : public Events {
 
   text::RunMap<Appearance> read(Position from, Position to, Position length) {
     walker_.walk(from, to, *this);
-    settle({});
+    endRow({});
     if (looks_.length() < length) looks_.append(length - looks_.length(), {});
     return std::move(looks_);
   }
@@ -31,10 +31,10 @@ class AppearanceReader final : public Events {
 
   void mark(Position, Mark mark, std::int32_t depth, const CharacterLook& look) override {
     add(1, look);
-    if (depth == 0) return settle({});
+    if (depth == 0) return endRow({});
     if (depth > 1) return;
     if (mark == Mark::cell) ++cell_;
-    if (mark == Mark::row) settle(walker_.paragraph().rowDefinition);
+    if (mark == Mark::row) endRow(walker_.paragraph().rowDefinition);
   }
 
  private:
@@ -71,7 +71,7 @@ class AppearanceReader final : public Events {
     return static_cast<std::uint16_t>(std::clamp(edge(cell + 1) - edge(cell), 0, 0xFFFF));
   }
 
-  void settle(base::ByteSpan row) {
+  void endRow(base::ByteSpan row) {
     for (Run& run : row_) {
       if (run.isOuter) run.look.cellWidth = widthOf(row, run.cell);
       looks_.append(run.count, run.look);

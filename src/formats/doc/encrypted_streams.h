@@ -39,10 +39,10 @@ class EncryptedStreams {
   /// The property sets that are encrypted with the document, in plain. Throws errors::DocumentError: damaged.
   std::vector<base::Bytes> propertySets(const cfb::CompoundFile& file) const;
 
-  /// Writes the file with new contents for streams, given in plain and with what is never encrypted in front
-  /// as it was. Under a new salt everything that the key covers is encrypted anew, so that no two versions
-  /// share a key. Obfuscation has no salt: under it the same password makes the same key, and two versions
-  /// tell where they differ.
+  /// Writes the file with new contents for streams, given in plain. Their unencrypted beginnings are as they
+  /// were. Under a new salt everything that the key covers is encrypted anew, so that no two versions share a
+  /// key. Obfuscation has no salt: under it the same password makes the same key, and two versions tell where
+  /// they differ.
   void rewrite(const cfb::CompoundFile& file, std::span<const cfb::Change> changes, base::Output& out) const;
 
  private:

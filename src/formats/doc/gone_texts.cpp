@@ -18,7 +18,7 @@ View trimmed(View text) {
   return text;
 }
 
-/// Sets what is said of each phrase that a text holds.
+/// Marks each phrase that a text holds.
 void setHeld(const PhraseFinder& phrases, View text, std::vector<bool>& said) {
   PhraseFinder::Place place = PhraseFinder::kBegin;
   forEachWord(text, true, [&](View withGap, View word, std::size_t) {

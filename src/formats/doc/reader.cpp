@@ -64,9 +64,9 @@ document::Content TextReader::read(const StoryPlace& place) {
   if (!runs_.empty()) {
     // The text breaks off without the mark that a story has.
     paragraphs_.push_back({Mark::paragraph, lookOf({}), 0, runsOfParagraph_});
-    settle();
+    handOn();
   }
-  settle();
+  handOn();
   goToDepth(0);
   Look last = lookOf({});
   if (!endsInMark_) restrict(Odd::end, last);
@@ -158,12 +158,12 @@ void TextReader::mark(Position at, Mark mark, std::int32_t depth, const Characte
   paragraphs_.push_back({mark, now, static_cast<std::size_t>(depth), runsOfParagraph_});
   runsOfParagraph_ = 0;
   const bool endsRow = mark == Mark::row && depth == 1;
-  if (depth == 0 || endsRow) settle();
+  if (depth == 0 || endsRow) handOn();
 }
 
 /// Hands on the kept text.
-void TextReader::settle() {
-  settleMarks();
+void TextReader::handOn() {
+  decideMarks();
   auto run = runs_.begin();
   for (const Paragraph& paragraph : paragraphs_) {
     goToDepth(paragraph.depth);
@@ -178,7 +178,7 @@ void TextReader::settle() {
 
 /// From the end to the front: a paragraph lies in the deepest table of which a row ends after it. A row ends
 /// with a mark of its own after that of its last cell.
-void TextReader::settleMarks() {
+void TextReader::decideMarks() {
   std::vector<std::size_t> ending;
   for (std::size_t i = paragraphs_.size(); i-- > 0;) {
     Paragraph& paragraph = paragraphs_[i];

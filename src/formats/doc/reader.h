@@ -46,8 +46,8 @@ class TextReader final : public Events {
   void restrictEnd(document::Content& content);
   void special(text::Position at, std::u16string_view units, const CharacterLook& look);
   void add(std::u16string_view units, const document::Look& look);
-  void settle();
-  void settleMarks();
+  void handOn();
+  void decideMarks();
   void play(const Run& run);
   void playMark(const Paragraph& paragraph);
   void goToDepth(std::size_t depth);

@@ -94,7 +94,7 @@ void ParagraphWriter::makeRoom(Extent endTag) {
   opens_.copyTo(endTag.begin);
 }
 
-void ParagraphWriter::waitBehind(const Step& put) {
+void ParagraphWriter::putAfterMark(const Step& put) {
   underWay_.wait(put, runProperties(), startOfSplitOff(part_, opens_.markup(), tag_, properties_));
 }
 

@@ -37,7 +37,7 @@ class ParagraphWriter {
   void merge(Extent endTag);
   void makeRoom(Extent endTag);
   std::string runProperties() const;
-  void waitBehind(const Step& put);
+  void putAfterMark(const Step& put);
 
   EditedPart& part_;
   OpenElements& opens_;
@@ -70,7 +70,7 @@ void ParagraphWriter::mark(Position at, Extent endTag, Put put) {
         markDropped_ = true;
         break;
       case Step::Kind::put:
-        if (step.after) return waitBehind(step);
+        if (step.after) return putAfterMark(step);
         makeRoom(endTag);
         put(step, runProperties());
         break;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "paragraphs.h"
-#include "surroundings.h"
+#include "walk_state.h"
 
 #include <array>
 #include <cstddef>
@@ -12,7 +12,7 @@ namespace pluvo::formats::html {
 /// Opens and closes blocks: some end where others begin, and end tags may be left out.
 class BlockTags {
  public:
-  BlockTags(Surroundings& around, Paragraphs& paragraphs) : around_(around), paragraphs_(paragraphs) {}
+  BlockTags(WalkState& walk, Paragraphs& paragraphs) : walk_(walk), paragraphs_(paragraphs) {}
 
   void open(const Token& token, const Style& style, const Attributes& attributes);
   /// False where an end tag ended nothing.
@@ -32,7 +32,7 @@ class BlockTags {
  private:
   void closeItem(Name name, std::size_t at);
 
-  Surroundings& around_;
+  WalkState& walk_;
   Paragraphs& paragraphs_;
   /// Of those that would be too deep.
   std::array<std::uint32_t, static_cast<std::size_t>(Name::count)> flattened_{};

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "surroundings.h"
+#include "walk_state.h"
 
 #include <cstddef>
 
@@ -10,7 +10,7 @@ namespace pluvo::formats::html {
 /// what it does not read is passed by.
 class ConditionalMarkup {
  public:
-  explicit ConditionalMarkup(Surroundings& around) : around_(around) {}
+  explicit ConditionalMarkup(WalkState& walk) : walk_(walk) {}
 
   void comment(const Token& token);
   void declaration(const Token& token);
@@ -21,7 +21,7 @@ class ConditionalMarkup {
   void leave();
 
  private:
-  Surroundings& around_;
+  WalkState& walk_;
   std::size_t end_ = 0;       ///< of the comment that is walked through; 0 outside
   std::size_t outerEnd_ = 0;  ///< of the bytes around it
   bool lacksEndIf_ = false;   ///< there is none any more

@@ -10,7 +10,7 @@ void Cuts::addWithin(Extent holder) {
     if (cut.bytes.begin >= holder.begin && cut.bytes.end <= holder.end) cuts_.push_back(std::move(cut));
 }
 
-void Cuts::settle(Markup& markup) {
+void Cuts::writeOut(Markup& markup) {
   std::ranges::sort(cuts_, {}, [](const Cut& cut) { return cut.bytes.begin; });
   for (const Cut& cut : cuts_) {
     const bool isInOneBefore = cut.bytes.begin < markup.copied();

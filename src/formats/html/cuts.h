@@ -25,7 +25,7 @@ class Cuts {
   /// The other texts in an element.
   void addWithin(Extent holder);
   /// Writes all up to the last of them, before anything after them is written.
-  void settle(Markup& markup);
+  void writeOut(Markup& markup);
 
  private:
   std::vector<Cut> cuts_;

@@ -71,18 +71,17 @@ void InlineTags::open(const Token& token, const Style& style, const Attributes& 
   if (style.special != Special::none || style.tabs > 0 || style.isNoteReference) {
     if (takeSpecial(token, style)) return;
     // Without an end tag it is nothing, and must not get one.
-    if (isOneCharacter(style) && !around_.state.silent)
-      return around_.events.aside(Aside::markup, token.extent);
+    if (isOneCharacter(style) && !walk_.state.silent) return walk_.events.aside(Aside::markup, token.extent);
   }
-  if (token.name == Name::a) around_.inlines.close(Name::a, {});
+  if (token.name == Name::a) walk_.inlines.close(Name::a, {});
   if (token.name == Name::rt || token.name == Name::rp || token.name == Name::rtc) {
-    for (const Name open : {Name::rt, Name::rp, Name::rtc}) around_.inlines.closeThrough(open);
+    for (const Name open : {Name::rt, Name::rp, Name::rtc}) walk_.inlines.closeThrough(open);
   }
   Inline element;
   element.name = token.name;
   element.tag = token.extent;
   element.tagName = token.inside;
-  element.state = around_.inlines.state();
+  element.state = walk_.inlines.state();
   element.stands = attributes.hasId || attributes.hasName;
   applyName(token.name, element.state);
   applyStyle(style, element.state);
@@ -99,36 +98,36 @@ void InlineTags::open(const Token& token, const Style& style, const Attributes& 
                      !style.preformatted && style.highlight == style.background &&
                      !styleOf(attributes.style).hasOthers;
   }
-  around_.inlines.push(element);
-  around_.applyState();
-  if (token.name == Name::oP) paragraphs_.lookOfMark(around_.state);
-  around_.events.inlineTag(token.extent);
+  walk_.inlines.push(element);
+  walk_.applyState();
+  if (token.name == Name::oP) paragraphs_.lookOfMark(walk_.state);
+  walk_.events.inlineTag(token.extent);
   if (Extent filler; token.name == Name::oP && !paragraphs_.isOpen() && isFiller(token, filler)) {
-    around_.events.filler(filler);
-    around_.tokens.goTo(filler.end);
+    walk_.events.filler(filler);
+    walk_.tokens.goTo(filler.end);
   }
 }
 
 void InlineTags::close(const Token& token) {
   bool isOpen = false;
-  if (token.name == Name::ruby && around_.inlines.has(Name::ruby)) {
-    around_.inlines.closeThrough(Name::ruby);
+  if (token.name == Name::ruby && walk_.inlines.has(Name::ruby)) {
+    walk_.inlines.closeThrough(Name::ruby);
     isOpen = true;
   } else {
-    isOpen = around_.inlines.close(token.name, around_.in(token.inside));
+    isOpen = walk_.inlines.close(token.name, walk_.in(token.inside));
   }
-  around_.applyState();
+  walk_.applyState();
   if (isOpen) {
-    around_.events.inlineTag(token.extent);
+    walk_.events.inlineTag(token.extent);
   } else {
-    around_.events.aside(Aside::markup, token.extent);
+    walk_.events.aside(Aside::markup, token.extent);
   }
 }
 
 /// What Word writes for one character, or several.
 bool InlineTags::takeSpecial(const Token& token, const Style& style) {
   Extent whole;
-  if (around_.state.silent) return false;
+  if (walk_.state.silent) return false;
   if (style.tabs > 0) {
     if (!elements_.skip(token, true, whole)) return false;
     text_.putMark(Character::Kind::ordinary, text::kTab, whole, style.tabs);
@@ -149,51 +148,51 @@ bool InlineTags::takeSpecial(const Token& token, const Style& style) {
       return true;
     case Special::commentPlace:
       if (!elements_.skip(token, true, whole)) return false;
-      if (around_.part.isNote) return around_.events.aside(Aside::markup, whole), true;
+      if (walk_.part.isNote) return walk_.events.aside(Aside::markup, whole), true;
       text_.putMark(Character::Kind::ordinary, text::kCommentReference, whole);
       return true;
     default:
       break;
   }
   if (!style.isNoteReference || token.name != Name::a || !elements_.skip(token, true, whole)) return false;
-  if (around_.in(whole).find("mso-special-character") == std::string_view::npos) {
-    around_.tokens.goTo(token.extent.end);
+  if (walk_.in(whole).find("mso-special-character") == std::string_view::npos) {
+    walk_.tokens.goTo(token.extent.end);
     return false;
   }
-  if (around_.part.isNote) return around_.events.aside(Aside::markup, whole), true;
+  if (walk_.part.isNote) return walk_.events.aside(Aside::markup, whole), true;
   text_.putMark(Character::Kind::ordinary, text::kNoteReference, whole);
   return true;
 }
 
 void InlineTags::fieldMark(Character::Kind kind, char16_t unit, Extent bytes) {
   const bool isStray =
-      around_.part.strays != nullptr && std::ranges::binary_search(*around_.part.strays, bytes.begin);
-  if (isStray) return around_.events.aside(Aside::markup, bytes);
+      walk_.part.strays != nullptr && std::ranges::binary_search(*walk_.part.strays, bytes.begin);
+  if (isStray) return walk_.events.aside(Aside::markup, bytes);
   text_.putMark(kind, unit, bytes);
 }
 
 /// One no-break space that is all there is in a paragraph: Word shows that as empty.
 bool InlineTags::isFiller(const Token& token, Extent& filler) const {
   std::size_t at = token.extent.end;
-  const std::string_view rest = around_.bytes.substr(at, around_.tokens.end() - at);
+  const std::string_view rest = walk_.bytes.substr(at, walk_.tokens.end() - at);
   std::size_t length = 0;
   for (const std::string_view written : {"&nbsp;", "&#160;"}) {
     if (rest.starts_with(written)) length = written.size();
   }
   if (length == 0 && !rest.empty()) {
-    const Decoded first = firstOf(around_.page.charset(), rest);
+    const Decoded first = firstOf(walk_.page.charset(), rest);
     if (first.point != 0xA0) return false;
     length = first.bytes;
   }
   filler = {at, at + length};
-  Tokens ahead = around_.tokens;
+  Tokens ahead = walk_.tokens;
   ahead.goTo(filler.end);
   constexpr int kMostTokens = 32;
   for (int i = 0; i < kMostTokens; ++i) {
     const Token next = ahead.next();
     if (next.kind == Token::Kind::end) return true;
     if ((traitsOf(next.name) & kBlock) != 0) return true;
-    const bool isBlankText = next.kind == Token::Kind::text && withoutBlanks(around_.in(next.extent)).empty();
+    const bool isBlankText = next.kind == Token::Kind::text && withoutBlanks(walk_.in(next.extent)).empty();
     if (i == 0 ? next.name != Name::oP : next.kind != Token::Kind::endTag && !isBlankText) return false;
   }
   return false;

@@ -2,7 +2,7 @@
 
 #include "page_text.h"
 #include "paragraphs.h"
-#include "surroundings.h"
+#include "walk_state.h"
 #include "whole_elements.h"
 
 namespace pluvo::formats::html {
@@ -11,8 +11,8 @@ namespace pluvo::formats::html {
 /// with all that is in it.
 class InlineTags {
  public:
-  InlineTags(Surroundings& around, Paragraphs& paragraphs, PageText& text, WholeElements& elements)
-      : around_(around), paragraphs_(paragraphs), text_(text), elements_(elements) {}
+  InlineTags(WalkState& walk, Paragraphs& paragraphs, PageText& text, WholeElements& elements)
+      : walk_(walk), paragraphs_(paragraphs), text_(text), elements_(elements) {}
 
   void open(const Token& token, const Style& style, const Attributes& attributes);
   void close(const Token& token);
@@ -22,7 +22,7 @@ class InlineTags {
   void fieldMark(Character::Kind kind, char16_t unit, Extent bytes);
   bool isFiller(const Token& token, Extent& filler) const;
 
-  Surroundings& around_;
+  WalkState& walk_;
   Paragraphs& paragraphs_;
   PageText& text_;
   WholeElements& elements_;

@@ -18,7 +18,7 @@ std::string copyOf(std::string_view tag);
 /// nothing would be left.
 std::string withoutHighlight(std::string_view tag, std::string_view name, bool isByRule);
 
-/// The beginning of a span for a highlight. More is what is to be said against the document's own rules.
+/// The beginning of a span for a highlight. More is CSS against the document's own rules.
 std::string highlightTag(std::uint8_t colour, std::string_view more);
 /// The element for a paragraph's mark, in elements that say how it looks; 0 for no colour.
 std::string markLook(std::uint8_t colour, bool isHidden, bool isDeleted);

@@ -10,8 +10,8 @@
 
 namespace pluvo::formats::html {
 
-/// The bytes of a page as it is walked over: as the file has them, or UTF-8 of a file in UTF-16, a lone
-/// surrogate being three bytes.
+/// The bytes of a page as it is walked over: those of the file, or UTF-8 of a file in UTF-16. A lone
+/// surrogate is three bytes.
 class Page {
  public:
   /// Throws errors::DocumentError (encoding).

@@ -19,8 +19,8 @@ bool isBlankPoint(char32_t point) {
 }  // namespace
 
 void PageText::take(Extent bytes) {
-  if (around_.state.silent) return around_.events.aside(Aside::label, bytes);
-  if (around_.isPreformatted()) {
+  if (walk_.state.silent) return walk_.events.aside(Aside::label, bytes);
+  if (walk_.isPreformatted()) {
     takeKept(bytes);
   } else {
     takeFolded(bytes);
@@ -32,17 +32,17 @@ void PageText::takeFolded(Extent bytes) {
   std::size_t at = bytes.begin;
   while (at < bytes.end) {
     bool endsInBlank = paragraphs_.folds();
-    std::size_t end = at + simpleTextIn(around_.bytes.substr(at, bytes.end - at), endsInBlank);
+    std::size_t end = at + simpleTextIn(walk_.bytes.substr(at, bytes.end - at), endsInBlank);
     if (end > at) {
       paragraphs_.begin();
-      around_.events.text({at, end});
+      walk_.events.text({at, end});
       paragraphs_.fold(endsInBlank);
       at = end;
       continue;
     }
-    const char c = around_.bytes[at];
+    const char c = walk_.bytes[at];
     if (isBlank(c)) {
-      while (end < bytes.end && isBlank(around_.bytes[end]) && (paragraphs_.folds() || end == at)) ++end;
+      while (end < bytes.end && isBlank(walk_.bytes[end]) && (paragraphs_.folds() || end == at)) ++end;
       blank({at, end});
       at = end;
     } else if (c == '&') {
@@ -56,15 +56,15 @@ void PageText::takeFolded(Extent bytes) {
 void PageText::takeKept(Extent bytes) {
   std::size_t at = bytes.begin;
   while (at < bytes.end) {
-    const std::size_t end = at + keptTextIn(around_.bytes.substr(at, bytes.end - at));
+    const std::size_t end = at + keptTextIn(walk_.bytes.substr(at, bytes.end - at));
     if (end > at) {
       paragraphs_.begin();
-      around_.events.text({at, end});
+      walk_.events.text({at, end});
       paragraphs_.fold(false);
       at = end;
-    } else if (around_.bytes[at] == '\n' || around_.bytes[at] == '\r') {
+    } else if (walk_.bytes[at] == '\n' || walk_.bytes[at] == '\r') {
       lineEnd(at, bytes.end);
-    } else if (around_.bytes[at] == '&') {
+    } else if (walk_.bytes[at] == '&') {
       reference(at, bytes.end);
     } else {
       decoded(at, bytes.end);
@@ -73,36 +73,36 @@ void PageText::takeKept(Extent bytes) {
 }
 
 void PageText::takeRaw(Extent bytes) {
-  around_.isRaw = true;
+  walk_.isRaw = true;
   for (std::size_t at = bytes.begin; at < bytes.end;) {
-    if (around_.bytes[at] == '\n' || around_.bytes[at] == '\r') {
+    if (walk_.bytes[at] == '\n' || walk_.bytes[at] == '\r') {
       lineEnd(at, bytes.end);
     } else {
       decoded(at, bytes.end);
     }
   }
   paragraphs_.end(bytes.end, true);
-  around_.isRaw = false;
+  walk_.isRaw = false;
 }
 
 /// The first line end in a pre, and the last one in front of its end tag, do not count.
 void PageText::lineEnd(std::size_t& at, std::size_t end) {
-  const bool isPair = around_.bytes[at] == '\r' && at + 1 < end && around_.bytes[at + 1] == '\n';
+  const bool isPair = walk_.bytes[at] == '\r' && at + 1 < end && walk_.bytes[at + 1] == '\n';
   const Extent bytes{at, at + (isPair ? 2 : 1)};
   at = bytes.end;
-  const Block& block = around_.blocks.inner();
+  const Block& block = walk_.blocks.inner();
   const bool isFirst =
       bytes.begin == block.tag.end && (block.name == Name::pre || block.name == Name::listing);
-  const std::string_view after = around_.bytes.substr(at, 2 + block.tagName.size());
+  const std::string_view after = walk_.bytes.substr(at, 2 + block.tagName.size());
   const bool isLast = at == end && after.starts_with("</") && (traitsOf(block.name) & kPreformatted) != 0 &&
-                      base::equalsIgnoringAsciiCase(after.substr(2), around_.in(block.tagName));
-  if (isFirst || isLast) return around_.events.gap(bytes);
+                      base::equalsIgnoringAsciiCase(after.substr(2), walk_.in(block.tagName));
+  if (isFirst || isLast) return walk_.events.gap(bytes);
   putMark(Character::Kind::paragraph, text::kParagraphMark, bytes);
   paragraphs_.fold(false);
 }
 
 void PageText::blank(Extent bytes) {
-  if (paragraphs_.folds()) return around_.events.gap(bytes);
+  if (paragraphs_.folds()) return walk_.events.gap(bytes);
   Character character;
   character.bytes = bytes;
   character.units[0] = u' ';
@@ -112,7 +112,7 @@ void PageText::blank(Extent bytes) {
 }
 
 void PageText::reference(std::size_t& at, std::size_t end) {
-  const Reference reference = referenceAt(around_.bytes.substr(at, end - at));
+  const Reference reference = referenceAt(walk_.bytes.substr(at, end - at));
   Character character;
   if (reference.count == 0) {
     character.bytes = {at, at + 1};
@@ -131,7 +131,7 @@ void PageText::reference(std::size_t& at, std::size_t end) {
 }
 
 void PageText::point(char32_t point, Extent bytes, bool isOpenEnded) {
-  const bool keepsBlanks = around_.isPreformatted();
+  const bool keepsBlanks = walk_.isPreformatted();
   if (isBlankPoint(point)) {
     if (!keepsBlanks) return blank(bytes);
     if (point == U'\n' || point == U'\r')
@@ -140,7 +140,7 @@ void PageText::point(char32_t point, Extent bytes, bool isOpenEnded) {
   } else if (point < 0x20) {
     point = base::kReplacement;
   }
-  if (point == kNoBreakSpace && around_.state.spaceRun && !keepsBlanks) point = U' ';
+  if (point == kNoBreakSpace && walk_.state.spaceRun && !keepsBlanks) point = U' ';
   Character character;
   character.bytes = bytes;
   character.isOpenEnded = isOpenEnded;
@@ -153,13 +153,13 @@ void PageText::point(char32_t point, Extent bytes, bool isOpenEnded) {
 
 /// A character, or a control that stands for none.
 void PageText::decoded(std::size_t& at, std::size_t end) {
-  const char c = around_.bytes[at];
+  const char c = walk_.bytes[at];
   if (c == '\0') {
-    around_.events.aside(Aside::markup, {at, at + 1});
+    walk_.events.aside(Aside::markup, {at, at + 1});
     ++at;
     return;
   }
-  const Decoded first = firstOf(around_.page.charset(), around_.bytes.substr(at, end - at));
+  const Decoded first = firstOf(walk_.page.charset(), walk_.bytes.substr(at, end - at));
   const Extent bytes{at, at + first.bytes};
   at = bytes.end;
   const bool isControl = first.point < 0x20 && !isBlankPoint(first.point);
@@ -174,7 +174,7 @@ void PageText::decoded(std::size_t& at, std::size_t end) {
 void PageText::put(const Character& character) {
   paragraphs_.begin();
   paragraphs_.fold(false);
-  around_.events.character(character);
+  walk_.events.character(character);
 }
 
 void PageText::putMark(Character::Kind kind, char16_t unit, Extent bytes, std::uint8_t count) {
@@ -187,7 +187,7 @@ void PageText::putMark(Character::Kind kind, char16_t unit, Extent bytes, std::u
 }
 
 void PageText::lineBreak(const Token& token, const Style& style) {
-  if (around_.state.silent) return around_.events.aside(Aside::label, token.extent);
+  if (walk_.state.silent) return walk_.events.aside(Aside::label, token.extent);
   Character character;
   character.bytes = token.extent;
   character.isBreak = true;
@@ -195,7 +195,7 @@ void PageText::lineBreak(const Token& token, const Style& style) {
   if (style.breaksSection || (style.breaksPage && style.special == Style::Special::lineBreak))
     character.units[0] = text::kPageBreak;
   if (style.breaksColumn) character.units[0] = text::kColumnBreak;
-  if (style.breaksSection && !around_.tables.isInside()) character.kind = Character::Kind::section;
+  if (style.breaksSection && !walk_.tables.isInside()) character.kind = Character::Kind::section;
   put(character);
   paragraphs_.fold(true);
   if (character.kind == Character::Kind::section) paragraphs_.endAtSection();

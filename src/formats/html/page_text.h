@@ -1,7 +1,7 @@
 #pragma once
 
 #include "paragraphs.h"
-#include "surroundings.h"
+#include "walk_state.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -11,7 +11,7 @@ namespace pluvo::formats::html {
 /// Takes the text between tags apart into characters: blanks fold, references stand for others.
 class PageText {
  public:
-  PageText(Surroundings& around, Paragraphs& paragraphs) : around_(around), paragraphs_(paragraphs) {}
+  PageText(WalkState& walk, Paragraphs& paragraphs) : walk_(walk), paragraphs_(paragraphs) {}
 
   void take(Extent bytes);
   /// Without references, and never to be changed: a paragraph of its own.
@@ -31,7 +31,7 @@ class PageText {
   void lineEnd(std::size_t& at, std::size_t end);
   void put(const Character& character);
 
-  Surroundings& around_;
+  WalkState& walk_;
   Paragraphs& paragraphs_;
 };
 

@@ -33,7 +33,7 @@ class ParagraphPieces {
     std::size_t character = 0;  ///< in characters_
   };
 
-  /// The walk comes to the first bytes of a paragraph, to what is in it, and to its end.
+  /// The walk comes to the first bytes of a paragraph, to its contents, and to its end.
   void begin();
   void text(Extent bytes);
   void character(const Character& character);

@@ -3,7 +3,7 @@
 namespace pluvo::formats::html {
 
 void Paragraphs::end(std::size_t at, bool endsBlock) {
-  Block& inner = around_.blocks.inner();
+  Block& inner = walk_.blocks.inner();
   const bool isOwned = (traitsOf(inner.name) & kExistsEmpty) != 0 && !inner.hasParagraph;
   Paragraph paragraph;
   paragraph.at = at;
@@ -14,13 +14,13 @@ void Paragraphs::end(std::size_t at, bool endsBlock) {
   if (paragraph.hasMark) {
     if (!isOpen_) goOn();
     inner.hasParagraph = true;
-    if (around_.tables.isInside()) around_.tables.inner().endsInParagraph = true;
+    if (walk_.tables.isInside()) walk_.tables.inner().endsInParagraph = true;
   }
   if (endedSection_) inner.hasParagraph = true;
   const bool isTold = paragraph.hasMark || hadText_;
   isOpen_ = hadText_ = endedSection_ = false;
   folds_ = true;
-  if (isTold) around_.events.paragraphEnds(paragraph);
+  if (isTold) walk_.events.paragraphEnds(paragraph);
   markState_ = {};
 }
 
@@ -33,9 +33,9 @@ void Paragraphs::addToCell(std::size_t at, const State& markState) {
   Paragraph paragraph;
   paragraph.at = at;
   paragraph.hasMark = paragraph.isCell = paragraph.endsBlock = true;
-  around_.blocks.inner().hasParagraph = true;
+  walk_.blocks.inner().hasParagraph = true;
   markState_ = markState;
-  around_.events.paragraphEnds(paragraph);
+  walk_.events.paragraphEnds(paragraph);
   markState_ = {};
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "surroundings.h"
+#include "walk_state.h"
 
 #include <cstddef>
 
@@ -9,7 +9,7 @@ namespace pluvo::formats::html {
 /// The paragraph that a walk is in, or that begins with the next character.
 class Paragraphs {
  public:
-  explicit Paragraphs(Surroundings& around) : around_(around) {}
+  explicit Paragraphs(WalkState& walk) : walk_(walk) {}
 
   bool isOpen() const { return isOpen_; }
   /// A character comes.
@@ -37,7 +37,7 @@ class Paragraphs {
  private:
   static constexpr std::size_t kNowhere = static_cast<std::size_t>(-1);
 
-  Surroundings& around_;
+  WalkState& walk_;
   bool isOpen_ = false;
   bool endedSection_ = false;  ///< since the last block's tag
   bool hadText_ = false;       ///< since the last block's tag
@@ -51,7 +51,7 @@ inline void Paragraphs::begin() {
   hadText_ = true;
   markState_ = {};
   if (isOpen_) return;
-  if (around_.tables.isBetweenCells()) around_.tables.interrupt();
+  if (walk_.tables.isBetweenCells()) walk_.tables.interrupt();
   isOpen_ = true;
 }
 

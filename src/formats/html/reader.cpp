@@ -39,7 +39,7 @@ class TextReader final : public Events {
   }
 
   void text(Extent bytes) override {
-    settleMark();
+    appendDueMark();
     count(bytes.size());
     builder_.appendAscii(page_.bytes().substr(bytes.begin, bytes.size()), look());
     releaseSometimes(bytes.end);
@@ -50,7 +50,7 @@ class TextReader final : public Events {
   }
   void paragraphEnds(const Paragraph& paragraph) override {
     if (!paragraph.hasMark) return;
-    settleMark();
+    appendDueMark();
     isMarkDue_ = true;
     dueLook_ = {walker_.isMarkHidden(), walker_.markState().colour, walker_.isMarkDeleted(), document::kNone,
                 restrictionHere()};
@@ -62,7 +62,7 @@ class TextReader final : public Events {
     isMarkDue_ = false;
   }
   void tableBegins(const Block& /*table*/, std::size_t /*firstCell*/) override {
-    settleMark();
+    appendDueMark();
     builder_.beginTable();
     openTables_.push_back(map_.tables.size());
     map_.tables.push_back({builder_.length(), builder_.length()});
@@ -104,7 +104,7 @@ class TextReader final : public Events {
     return lock_;
   }
 
-  void settleMark() {
+  void appendDueMark() {
     if (!isMarkDue_) return;
     isMarkDue_ = false;
     // Nothing may join raw text.
@@ -145,7 +145,7 @@ class TextReader final : public Events {
 };
 
 void TextReader::character(const Character& character) {
-  settleMark();
+  appendDueMark();
   count(character.count);
   switch (character.kind) {
     case Kind::section:
@@ -183,7 +183,7 @@ void TextReader::field(const Character& character) {
 }
 
 void TextReader::end(std::size_t /*at*/) {
-  if (isMarkDue_) return settleMark();
+  if (isMarkDue_) return appendDueMark();
   Look last;
   last.restriction = walker_.isLocked()
                          ? lockHere()

@@ -5,22 +5,22 @@ namespace pluvo::formats::html {
 void TableTags::open(const Token& token, const Style& style, const Attributes& attributes) {
   const std::size_t at = token.extent.begin;
   blocks_.endParagraph(at);
-  if (around_.tables.isBetweenCells()) closeTable(at, {at, at});
+  if (walk_.tables.isBetweenCells()) closeTable(at, {at, at});
   blocks_.push(token, style, attributes);
-  around_.blocks.inner().align = Style::Align::start;
-  around_.tables.openTable();
-  around_.events.blockBegins(around_.blocks.inner());
+  walk_.blocks.inner().align = Style::Align::start;
+  walk_.tables.openTable();
+  walk_.events.blockBegins(walk_.blocks.inner());
 }
 
 void TableTags::part(const Token& token, const Style& style, const Attributes& attributes) {
-  OpenTables& tables = around_.tables;
+  OpenTables& tables = walk_.tables;
   const std::size_t at = token.extent.begin;
-  if (!tables.any()) return around_.events.aside(Aside::markup, token.extent);
+  if (!tables.any()) return walk_.events.aside(Aside::markup, token.extent);
   closeWithin(at);
   if (!isCell(token.name) && token.name != Name::caption) {
     if (token.name != Name::colgroup && token.name != Name::col) tables.endRow();
     if (token.name == Name::tr && style.hidden()) tables.hideRow();
-    return around_.events.divides(token.extent);
+    return walk_.events.divides(token.extent);
   }
   if (isCell(token.name)) {
     tables.beginCell(at);
@@ -29,51 +29,51 @@ void TableTags::part(const Token& token, const Style& style, const Attributes& a
   }
   blocks_.push(token, style, attributes);
   tables.openCell(token.name);
-  around_.events.blockBegins(around_.blocks.inner());
+  walk_.events.blockBegins(walk_.blocks.inner());
 }
 
 void TableTags::endPart(const Token& token) {
   const std::size_t at = token.extent.begin;
-  if (!around_.tables.any()) return around_.events.aside(Aside::markup, token.extent);
-  const Name inner = around_.tables.inner().name;
+  if (!walk_.tables.any()) return walk_.events.aside(Aside::markup, token.extent);
+  const Name inner = walk_.tables.inner().name;
   if (isCell(token.name) || token.name == Name::caption) {
-    if (inner != token.name) return around_.events.aside(Aside::markup, token.extent);
+    if (inner != token.name) return walk_.events.aside(Aside::markup, token.extent);
     return closeCell(at, token.extent);
   }
   if (token.name == Name::table) return closeTable(at, token.extent);
   if (inner == Name::caption || token.name == Name::colgroup)
-    return around_.events.aside(Aside::markup, token.extent);
+    return walk_.events.aside(Aside::markup, token.extent);
   closeWithin(at);
-  around_.tables.endRow();
-  around_.events.divides(token.extent);
+  walk_.tables.endRow();
+  walk_.events.divides(token.extent);
 }
 
 /// All up to the innermost table.
 void TableTags::closeWithin(std::size_t at) {
-  if (!around_.tables.isBetweenCells()) closeCell(at, {at, at});
-  blocks_.closeTo(around_.tables.inner().block + 1, at);
+  if (!walk_.tables.isBetweenCells()) closeCell(at, {at, at});
+  blocks_.closeTo(walk_.tables.inner().block + 1, at);
   paragraphs_.end(at, false);
 }
 
 void TableTags::closeCell(std::size_t at, Extent endTag) {
-  OpenTables& tables = around_.tables;
+  OpenTables& tables = walk_.tables;
   blocks_.closeTo(tables.inner().block + 1, at);
   const State markState = paragraphs_.markState();
   paragraphs_.end(at, true);
   if (isCell(tables.inner().name) && !tables.inner().endsInParagraph) paragraphs_.addToCell(at, markState);
   tables.closeCell();
-  around_.events.blockEnds(blocks_.pop(), endTag);
+  walk_.events.blockEnds(blocks_.pop(), endTag);
 }
 
 void TableTags::closeTable(std::size_t at, Extent endTag) {
   closeWithin(at);
-  around_.tables.closeTable(endTag);
-  around_.events.blockEnds(blocks_.pop(), endTag);
+  walk_.tables.closeTable(endTag);
+  walk_.events.blockEnds(blocks_.pop(), endTag);
 }
 
 void TableTags::closeAll(std::size_t at) {
-  while (around_.tables.isInside()) {
-    if (around_.tables.isBetweenCells()) {
+  while (walk_.tables.isInside()) {
+    if (walk_.tables.isBetweenCells()) {
       closeTable(at, {at, at});
     } else {
       closeCell(at, {at, at});

@@ -2,7 +2,7 @@
 
 #include "block_tags.h"
 #include "paragraphs.h"
-#include "surroundings.h"
+#include "walk_state.h"
 
 #include <cstddef>
 
@@ -11,8 +11,8 @@ namespace pluvo::formats::html {
 /// Opens and closes tables, their cells and captions. Rows and their groups only divide.
 class TableTags {
  public:
-  TableTags(Surroundings& around, Paragraphs& paragraphs, BlockTags& blocks)
-      : around_(around), paragraphs_(paragraphs), blocks_(blocks) {}
+  TableTags(WalkState& walk, Paragraphs& paragraphs, BlockTags& blocks)
+      : walk_(walk), paragraphs_(paragraphs), blocks_(blocks) {}
 
   void open(const Token& token, const Style& style, const Attributes& attributes);
   void part(const Token& token, const Style& style, const Attributes& attributes);
@@ -25,7 +25,7 @@ class TableTags {
   void closeTable(std::size_t at, Extent endTag);
   void closeWithin(std::size_t at);
 
-  Surroundings& around_;
+  WalkState& walk_;
   Paragraphs& paragraphs_;
   BlockTags& blocks_;
 };

@@ -34,7 +34,7 @@ std::optional<Aside> storyOf(Special special) {
 
 void Walker::walk() {
   for (;;) {
-    const Token token = around_.tokens.next();
+    const Token token = walk_.tokens.next();
     if (token.kind != Token::Kind::end) {
       step(token);
     } else if (conditions_.isInside()) {
@@ -47,12 +47,12 @@ void Walker::walk() {
 
 void Walker::finish() {
   // Unseen bytes at the end of the file stay after all text.
-  const std::size_t end = around_.endsWithin ? around_.tokens.end() : around_.tokens.unfinished();
+  const std::size_t end = walk_.endsWithin ? walk_.tokens.end() : walk_.tokens.unfinished();
   const std::size_t at = paragraphs_.endOfText(end);
   tables_.closeAll(at);
   blocks_.closeTo(1, at);
   paragraphs_.end(at, false);
-  around_.events.end(at);
+  walk_.events.end(at);
 }
 
 void Walker::step(const Token& token) {
@@ -72,12 +72,12 @@ void Walker::step(const Token& token) {
 
 void Walker::startTag(const Token& token) {
   const unsigned traits = traitsOf(token.name);
-  const std::string_view tag = around_.in(token.extent);
+  const std::string_view tag = walk_.in(token.extent);
   const bool hasAttributes = token.extent.end - token.inside.end > 1;
   const Attributes attributes = hasAttributes ? attributesOf(tag) : Attributes();
   if ((traits & kNothing) != 0) return elements_.nothing(token);
   if ((traits & kPicture) != 0) return elements_.picture(token, attributes);
-  const Style& style = around_.sheet.styleOf(around_.in(token.inside), attributes);
+  const Style& style = walk_.sheet.styleOf(walk_.in(token.inside), attributes);
   if (token.name == Name::br) return text_.lineBreak(token, style);
   if (style.special != Special::none && otherStory(token, style.special)) return;
   if ((traits & kBlock) != 0) {
@@ -87,10 +87,10 @@ void Walker::startTag(const Token& token) {
     return blocks_.open(token, style, attributes);
   }
   const bool isPrefixed = tag.substr(0, token.inside.size() + 1).find(':') != tag.npos;
-  if (token.name == Name::meta) return around_.events.aside(Aside::meta, token.extent);
+  if (token.name == Name::meta) return walk_.events.aside(Aside::meta, token.extent);
   if ((traits & kVoid) != 0 || token.name == Name::head || token.name == Name::html ||
       (isPrefixed && token.closesItself))
-    return around_.events.aside(Aside::markup, token.extent);
+    return walk_.events.aside(Aside::markup, token.extent);
   inlines_.open(token, style, attributes);
 }
 
@@ -101,30 +101,29 @@ void Walker::endTag(const Token& token) {
   if ((traits & kBlock) == 0) return inlines_.close(token);
   if (isTableTag(token.name, traits)) return tables_.endPart(token);
   if (blocks_.closeNamed(token.name, token)) return;
-  if (token.name != Name::p) return around_.events.aside(Aside::markup, token.extent);
+  if (token.name != Name::p) return walk_.events.aside(Aside::markup, token.extent);
   paragraphs_.end(token.extent.begin, false);
-  around_.events.divides(token.extent);
+  walk_.events.divides(token.extent);
 }
 
 void Walker::endBody(const Token& token) {
-  if (around_.tables.any() || conditions_.isInside())
-    return around_.events.aside(Aside::markup, token.extent);
+  if (walk_.tables.any() || conditions_.isInside()) return walk_.events.aside(Aside::markup, token.extent);
   const std::size_t at = token.extent.begin;
   blocks_.closeTo(1, at);
   paragraphs_.end(at, false);
   paragraphs_.endText(at);
-  around_.events.divides(token.extent);
+  walk_.events.divides(token.extent);
 }
 
 /// Text as it stands, up to its end tag.
 void Walker::rawBlock(const Token& token) {
   blocks_.makeRoomFor(token);
   blocks_.push(token, {}, {});
-  around_.events.blockBegins(around_.blocks.inner());
-  const Extent content = around_.tokens.skipRaw(token);
-  around_.endsWithin = content.end >= around_.tokens.end();
+  walk_.events.blockBegins(walk_.blocks.inner());
+  const Extent content = walk_.tokens.skipRaw(token);
+  walk_.endsWithin = content.end >= walk_.tokens.end();
   text_.takeRaw(content);
-  Token end = around_.tokens.next();
+  Token end = walk_.tokens.next();
   if (end.kind == Token::Kind::end) end.extent = {content.end, content.end};
   blocks_.close(content.end, end.extent);
 }
@@ -134,8 +133,8 @@ bool Walker::otherStory(const Token& token, Special special) {
   Extent whole;
   if (!kind || token.name != Name::div || !elements_.skip(token, false, whole)) return false;
   blocks_.endParagraph(token.extent.begin);
-  around_.events.aside(*kind, whole);
-  around_.events.divides({whole.end, whole.end});
+  walk_.events.aside(*kind, whole);
+  walk_.events.divides({whole.end, whole.end});
   return true;
 }
 

@@ -11,7 +11,7 @@ bool WholeElements::skip(const Token& token, bool withinParagraph, Extent& whole
   const std::size_t begin = token.extent.begin;
   Unmatched& unmatched = unmatched_[static_cast<std::size_t>(token.name)];
   if (begin < unmatched.to && std::ranges::binary_search(unmatched.begins, begin)) return false;
-  Tokens ahead = around_.tokens;
+  Tokens ahead = walk_.tokens;
   std::vector<std::size_t> open = {begin};
   for (Token next = ahead.next(); next.kind != Token::Kind::end; next = ahead.next()) {
     if (next.kind != Token::Kind::startTag && next.kind != Token::Kind::endTag) continue;
@@ -26,7 +26,7 @@ bool WholeElements::skip(const Token& token, bool withinParagraph, Extent& whole
     open.pop_back();
     if (!open.empty()) continue;
     whole = {begin, next.extent.end};
-    around_.tokens.goTo(next.extent.end);
+    walk_.tokens.goTo(next.extent.end);
     return true;
   }
   unmatched = {ahead.at(), std::move(open)};
@@ -35,7 +35,7 @@ bool WholeElements::skip(const Token& token, bool withinParagraph, Extent& whole
 
 /// A list of choices ends at the latest where the next part of a form begins, or a block.
 Extent WholeElements::skipSelect(const Token& token) {
-  Tokens ahead = around_.tokens;
+  Tokens ahead = walk_.tokens;
   std::size_t end = token.extent.end;
   for (Token next = ahead.next(); next.kind != Token::Kind::end; next = ahead.next()) {
     const bool isTag = next.kind == Token::Kind::startTag || next.kind == Token::Kind::endTag;
@@ -47,7 +47,7 @@ Extent WholeElements::skipSelect(const Token& token) {
     end = next.extent.end;
     if (closes) break;
   }
-  around_.tokens.goTo(end);
+  walk_.tokens.goTo(end);
   return {token.extent.begin, end};
 }
 
@@ -55,18 +55,18 @@ void WholeElements::picture(const Token& token, const Attributes& attributes) {
   const unsigned traits = traitsOf(token.name);
   Extent whole = token.extent;
   if (token.name == Name::input && base::equalsIgnoringAsciiCase(attributes.type, "hidden"))
-    return around_.events.aside(Aside::markup, whole);
+    return walk_.events.aside(Aside::markup, whole);
   if (token.name == Name::select) {
     whole = skipSelect(token);
   } else if ((traits & kRaw) != 0) {
-    around_.tokens.skipRaw(token);
-    around_.endsWithin = around_.tokens.at() >= around_.tokens.end();
-    whole.end = around_.tokens.next().extent.end;
+    walk_.tokens.skipRaw(token);
+    walk_.endsWithin = walk_.tokens.at() >= walk_.tokens.end();
+    whole.end = walk_.tokens.next().extent.end;
   } else if ((traits & kVoid) == 0) {
     const bool isForeign = token.name == Name::svg || token.name == Name::math;
     if (!(isForeign && token.closesItself)) skip(token, false, whole);
   }
-  if (around_.state.silent) return around_.events.aside(Aside::label, whole);
+  if (walk_.state.silent) return walk_.events.aside(Aside::label, whole);
   text_.putMark(Character::Kind::ordinary, text::kPicture, whole);
 }
 
@@ -74,23 +74,23 @@ void WholeElements::nothing(const Token& token) {
   Extent whole = token.extent;
   Extent content{token.extent.end, token.extent.end};
   if ((traitsOf(token.name) & kRaw) != 0) {
-    content = around_.tokens.skipRaw(token);
-    whole.end = around_.tokens.next().extent.end;
+    content = walk_.tokens.skipRaw(token);
+    whole.end = walk_.tokens.next().extent.end;
   } else if (!skip(token, false, whole)) {
-    return around_.events.aside(Aside::markup, whole);
+    return walk_.events.aside(Aside::markup, whole);
   }
   switch (token.name) {
     case Name::style:
-      if (around_.part.sheet == nullptr) around_.sheet.add(around_.in(content));
-      return around_.events.aside(Aside::style, whole);
+      if (walk_.part.sheet == nullptr) walk_.sheet.add(walk_.in(content));
+      return walk_.events.aside(Aside::style, whole);
     case Name::script:
-      return around_.events.aside(Aside::script, whole);
+      return walk_.events.aside(Aside::script, whole);
     case Name::title:
-      return around_.events.aside(Aside::title, whole);
+      return walk_.events.aside(Aside::title, whole);
     case Name::xml:
-      return around_.events.aside(Aside::markup, whole);
+      return walk_.events.aside(Aside::markup, whole);
     default:
-      return around_.events.aside(Aside::content, whole);
+      return walk_.events.aside(Aside::content, whole);
   }
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "page_text.h"
-#include "surroundings.h"
+#include "walk_state.h"
 
 #include <array>
 #include <cstddef>
@@ -12,7 +12,7 @@ namespace pluvo::formats::html {
 /// Takes elements with all that is in them: those that are one character, and those that are none.
 class WholeElements {
  public:
-  WholeElements(Surroundings& around, PageText& text) : around_(around), text_(text) {}
+  WholeElements(WalkState& walk, PageText& text) : walk_(walk), text_(text) {}
 
   /// An element up to its end tag; the walk goes on after it. Within a paragraph none that holds blocks.
   /// False where it has no end tag.
@@ -25,7 +25,7 @@ class WholeElements {
  private:
   Extent skipSelect(const Token& token);
 
-  Surroundings& around_;
+  WalkState& walk_;
   PageText& text_;
   /// Elements of a name that have no end tag, by where they begin, so far as that is known.
   struct Unmatched {

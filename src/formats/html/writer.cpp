@@ -28,7 +28,7 @@ Writer::Writer(const Page& page, const Part& part, const TextMap& map, const doc
 
 std::vector<base::ByteSpan> Writer::write() {
   walker_.walk();
-  cuts_.settle(markup_);
+  cuts_.writeOut(markup_);
   return markup_.finish();
 }
 
@@ -160,7 +160,7 @@ void Writer::writePieces(const Place& place) {
     std::ranges::copy_if(rest, std::back_inserter(pieces),
                          [](const Piece& each) { return each.kind == Kind::aside; });
   }
-  cuts_.settle(markup_);
+  cuts_.writeOut(markup_);
   paragraphs_.write(place, pieces);
   if (carriesText) markup_.leaveOutTo(place.to);
   isDivided_ = false;
@@ -229,7 +229,7 @@ void Writer::end(std::size_t at) {
   place.from = place.to = at;
   place.inlinesFrom = place.inlinesTo = walker_.inlines().top();
   place.block = walker_.block();
-  cuts_.settle(markup_);
+  cuts_.writeOut(markup_);
   markup_.copyTo(at);
   if (lastTableEnd_ == at)
     for (std::size_t i = 0; i < unclosedTables_; ++i) markup_.put("</table>");

@@ -47,7 +47,7 @@ class Judge {
     const Sort sort = sortOf(c, letters_);
     if (sort == Sort::sign) return takeSign(c);
     const bool letter = sort == Sort::ascii || sort == Sort::latin || sort == Sort::foreign;
-    settleSign(letter, sort == Sort::blank);
+    judgeSign(letter, sort == Sort::blank);
     if (!letter) endWord();
     if (sort == Sort::ascii) ++ascii_;
     if (sort == Sort::foreign) ++foreign_;
@@ -76,7 +76,7 @@ class Judge {
     before_ = Sort::sign;
   }
 
-  void settleSign(bool beforeLetter, bool beforeBlank) {
+  void judgeSign(bool beforeLetter, bool beforeBlank) {
     if (sign_ == 0) return;
     constexpr std::u32string_view kWithin = U"’‘\u00AD–—·";
     constexpr std::u32string_view kOpening = U"“‘«„‚‹¿¡";

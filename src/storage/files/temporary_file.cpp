@@ -16,7 +16,7 @@ namespace pluvo::files {
 namespace {
 
 constexpr std::string_view kBefore = "~pluvo-";
-constexpr std::string_view kBehind = ".tmp";
+constexpr std::string_view kAfter = ".tmp";
 constexpr std::size_t kDigits = 16;
 
 /// Names differ between processes and calls; that none is taken is for createNew to find out.
@@ -26,7 +26,7 @@ std::string temporaryName() {
   const std::uint64_t mixed = (now ^ (static_cast<std::uint64_t>(getpid()) << 40)) + (calls++ << 56);
   std::array<char, kDigits + 1> digits = {};
   std::snprintf(digits.data(), digits.size(), "%016llx", static_cast<unsigned long long>(mixed));
-  return std::string(kBefore).append(digits.data()).append(kBehind);
+  return std::string(kBefore).append(digits.data()).append(kAfter);
 }
 
 constexpr std::uint32_t kGroupBits = 0070;
@@ -53,8 +53,8 @@ NotKept giveOwner(FileSystem& system, Handle file, const FileStatus& as) {
 }  // namespace
 
 bool isTemporaryName(std::string_view name) {
-  return name.size() == kBefore.size() + kDigits + kBehind.size() && name.starts_with(kBefore) &&
-         name.ends_with(kBehind) &&
+  return name.size() == kBefore.size() + kDigits + kAfter.size() && name.starts_with(kBefore) &&
+         name.ends_with(kAfter) &&
          name.substr(kBefore.size(), kDigits).find_first_not_of("0123456789abcdef") == std::string_view::npos;
 }
 

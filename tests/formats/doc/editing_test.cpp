@@ -182,10 +182,10 @@ TEST(DocFormat, BlanksWhatOnlyDeletedCharactersStandFor) {
 
 /// A comment's answers and the mark of what it is about go, or find their way.
 TEST(DocFormat, LosesWhatBelongsToComments) {
-  using Answer = std::array<std::uint32_t, 2>;  // its depth, and how far away the comment is that it answers
+  using Reply = std::array<std::uint32_t, 2>;  // its depth, and how far away the comment is that it answers
   const struct {
     std::u16string deleted;
-    std::vector<Answer> answers;
+    std::vector<Reply> answers;
     std::vector<std::uint32_t> tags;
   } cases[] = {{u"a\5", {{0, 0}, {0, 0}}, {8, 9}},
                {u"b\5", {{0, 0}, {1, static_cast<std::uint32_t>(-1)}}, {7, 9}},
@@ -218,7 +218,7 @@ TEST(DocFormat, LosesWhatBelongsToComments) {
     replace(opened, 0, deleted);
     const Streams saved = Streams::open(opened.saved(), {});
     const Text text(saved, 0);
-    std::vector<Answer> left;
+    std::vector<Reply> left;
     for (base::ByteSpan each = text.in(Table{112}); !each.empty(); each = each.subspan(18))
       left.push_back({base::get32(each, 6), base::get32(each, 10)});
     EXPECT_EQ(left, answers);

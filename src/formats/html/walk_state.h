@@ -25,8 +25,8 @@ struct Part {
 
 /// What is open around the place that a walk has come to. The classes that take its tags and its text share
 /// this, and each says in its own words what it does to it.
-struct Surroundings {
-  Surroundings(const Page& itsPage, Events& itsEvents, const Part& itsPart)
+struct WalkState {
+  WalkState(const Page& itsPage, Events& itsEvents, const Part& itsPart)
       : page(itsPage),
         bytes(itsPage.bytes()),
         events(itsEvents),
@@ -35,8 +35,8 @@ struct Surroundings {
         sheet(itsPart.sheet == nullptr ? ownSheet : *itsPart.sheet),
         inlines(bytes),
         tables(blocks, itsEvents) {}
-  Surroundings(const Surroundings&) = delete;
-  Surroundings& operator=(const Surroundings&) = delete;
+  WalkState(const WalkState&) = delete;
+  WalkState& operator=(const WalkState&) = delete;
 
   std::string_view in(Extent extent) const { return bytes.substr(extent.begin, extent.size()); }
   /// To be called where inline elements were opened or closed.
