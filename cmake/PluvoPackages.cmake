@@ -53,13 +53,14 @@ set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(CPACK_DEBIAN_PLUVO_PACKAGE_NAME pluvo)
 set(CPACK_DEBIAN_PLUVO_PACKAGE_SUGGESTS pluvo-desktop)
 set(CPACK_DEBIAN_PLUVO_DESCRIPTION "find and change blocks of text in documents
-PLUVO finds blocks of text in Word documents and plain texts. A block begins
-with one text, may end with another no farther away than you allow, and may
-have to contain a third. PLUVO lists blocks, or inserts, replaces, deletes
-or highlights on them, in one document or in whole folders.
+PLUVO finds blocks of text in Word documents (.docx, .doc and their kin),
+Rich Text, web pages and plain texts. A block begins with one text, may end
+with another no farther away than you allow, and may have to contain a third.
+PLUVO lists blocks, or inserts, replaces, deletes or highlights on them, in
+one document or in whole folders.
 .
-What is not touched keeps every byte. A document is saved completely or not
-at all, and a run can be taken back.
+Text outside the changes keeps every byte. A document is saved completely or
+not at all, and a run can be taken back.
 .
 This package is the command line.")
 set(CPACK_DEBIAN_PLUVO-DESKTOP_PACKAGE_NAME pluvo-desktop)
@@ -68,10 +69,10 @@ set(CPACK_DEBIAN_PLUVO-DESKTOP_PACKAGE_SECTION editors)
 set(CPACK_DEBIAN_PLUVO-DESKTOP_PACKAGE_RECOMMENDS "libqt6svg6, qt6-wayland")
 set(CPACK_DEBIAN_PLUVO-DESKTOP_PACKAGE_SUGGESTS pluvo)
 set(CPACK_DEBIAN_PLUVO-DESKTOP_DESCRIPTION "find and change blocks of text in documents, in windows
-PLUVO finds blocks of text in Word documents and plain texts. A block begins
-with one text, may end with another no farther away than you allow, and may
-have to contain a third. PLUVO inserts, replaces, deletes or highlights on
-them.
+PLUVO finds blocks of text in Word documents (.docx, .doc and their kin),
+Rich Text, web pages and plain texts. A block begins with one text, may end
+with another no farther away than you allow, and may have to contain a third.
+PLUVO inserts, replaces, deletes or highlights on them.
 .
 This package opens documents in tabs, with a dialog beside them. Each block
 can be shown and confirmed before anything happens to it. All files of a
