@@ -6,6 +6,8 @@ RUN_PACKAGES=(ca-certificates cmake g++ ninja-build libdeflate-dev libtomlpluspl
 # To test it as well.
 TEST_PACKAGES=(bash-completion ccache clang clang-format clang-tidy devscripts fish libclang-rt-dev libexpat1-dev
   libgmock-dev libgtest-dev python3 libpugixml-dev fonts-dejavu-core qt6-base-dev xauth xvfb zsh)
+# To look through benchmarks with clang-tidy.
+TIDY_PACKAGES=(libbenchmark-dev)
 # To make Debian packages, and to check them.
 PACKAGE_PACKAGES=(appstream ccache desktop-file-utils devscripts dpkg-dev git gzip lintian man-db python3 qt6-base-dev)
 # To build the component for Word.

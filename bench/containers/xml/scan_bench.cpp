@@ -28,7 +28,7 @@ void scan(benchmark::State& state) {
       runs += token == Token::start && scanner.name() == 2 ? 1U : 0U;
   }
   benchmark::DoNotOptimize(runs);
-  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * part().size()));
+  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(part().size()));
 }
 BENCHMARK(scan)->Unit(benchmark::kMillisecond);
 
@@ -90,7 +90,7 @@ void expat(benchmark::State& state) {
     XML_ParserFree(parser);
   }
   benchmark::DoNotOptimize(elements);
-  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * part().size()));
+  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(part().size()));
 }
 BENCHMARK(expat)->Unit(benchmark::kMillisecond);
 

@@ -32,7 +32,7 @@ BENCHMARK(open)->Unit(benchmark::kMicrosecond);
 void inflate(benchmark::State& state) {
   const zip::Member& member = *document().find("word/document.xml");
   for ([[maybe_unused]] auto _ : state) benchmark::DoNotOptimize(document().read(member));
-  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * member.size));
+  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(member.size));
 }
 BENCHMARK(inflate)->Unit(benchmark::kMillisecond);
 
@@ -53,7 +53,7 @@ void rewrite(benchmark::State& state) {
   for ([[maybe_unused]] auto _ : state)
     zip::rewrite(document(), {&change, 1}, out, static_cast<int>(state.range(0)));
   state.counters["bytes"] = static_cast<double>(out.size) / static_cast<double>(state.iterations());
-  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * member.size));
+  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(member.size));
 }
 BENCHMARK(rewrite)->Arg(0)->Arg(1)->Arg(4)->Arg(6)->Unit(benchmark::kMillisecond);
 
