@@ -3,8 +3,8 @@
 
     bounds.py [--write] [--only WORD] [--repeat N]
 
-Processor time (the median of N runs, at first three) and peak memory of the whole process, and how it ended: the number of blocks
-changed, or the code of the failure. Double the size may take 2.7 times the time. --write puts the table into
+Tells processor time (the median of N runs, at first three) and peak memory of the whole process. Tells the end, too: the
+number of blocks changed, or the code of the failure. Double the size may take 2.7 times the time. --write puts the table into
 docs/bounds.md. Documents lie in a temporary folder, a few hundred megabytes.
 """
 

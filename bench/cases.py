@@ -1,4 +1,4 @@
-"""What is measured beside what, and what has to be reached."""
+"""The cases to be measured, each with its peers and its aims."""
 
 import re
 from dataclasses import dataclass
@@ -147,7 +147,7 @@ def rtf_cases():
 
 
 def elsewhere_cases():
-    """What is looked for besides main text, beside the same text as main text."""
+    """The look at other texts, beside the same text as main text."""
     # Without --strict a quiet find has nobody to tell of other texts, and does not look.
     find = ["find", "--quiet", "--strict", *BLOCK]
     for name, what, factor in (("notes", "20 headers and 500 notes", 1.2), ("embedded", "50 embedded packages", 1.2),

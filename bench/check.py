@@ -41,7 +41,7 @@ def others(path):
 
 
 def check(original, changed, operation, begin, end, text="", blocks=None, isolated=True):
-    """Raises AssertionError with what is wrong. An isolated change leaves the package's other members."""
+    """Raises AssertionError, which names the fault. An isolated change leaves the package's other members."""
     before, after = characters(original), characters(changed)
     if blocks is None:
         blocks = find("".join(unit for unit, _, _ in before), begin, end)

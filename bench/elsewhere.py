@@ -1,8 +1,8 @@
 #!/usr/bin/python3
 """Holds what PLUVO tells of texts elsewhere against a slow, plain reader of all parts.
 
-    elsewhere.py words FOLDER            every word that a header, footer, note, comment or box of a document holds and
-                                         its main text does not is told
+    elsewhere.py words FOLDER            each word of a header, footer, note, comment or box is told, unless it also
+                                         stands in main text
     elsewhere.py random FOLDER [COUNT]   random requests: the counts are those of the reader
 
 FOLDER holds .docx files. The reader knows no layers: it takes the parts with lxml and writes down what each story

@@ -3,8 +3,8 @@
 
     python3 bench/encodings.py [build/release/bin/pluvo]
 
-writes texts in many languages and encodings into a folder of its own, has PLUVO open them, and compares what the
-named encoding makes of each with what was written.
+writes texts in many languages and encodings into a folder of its own, and has PLUVO open them. It compares the text
+that the named encoding makes of each with the text written.
 """
 
 import collections

@@ -4,7 +4,7 @@
     generate.py FOLDER [WORD]
 
 With a word only the documents whose names hold it. A block begins with "the Lessor" and ends with "the Lessee". The filler holds neither, nor any word of them, so that
-what is found is exactly what was planted. A fifth of the texts searched for are cut by a run border, and a quarter
+the blocks found are exactly those planted. A fifth of the texts searched for are cut by a run border, and a quarter
 of the blocks end in a later paragraph.
 """
 

@@ -30,8 +30,8 @@ class Job:
             source = source.parent / self.other
         if self.over_result:
             source = scratch / "result" / source.name
-        # A copy of a folder is used once and goes with the case: a disk without a journal of its own looks long
-        # for the numbers of new files where many files went a moment ago.
+        # A copy of a folder is used once and goes with the case. A disk without a journal of its own looks long for the
+        # numbers of new files, where many files went a moment ago.
         copies = f"copy{len(list(scratch.iterdir()))}" if source.is_dir() and not keep_input else ""
         inside = scratch / copies / source.name
         if not (keep_input and inside.exists()):

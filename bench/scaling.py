@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Does the cost grow with the text, or with its product with the blocks? The worst cases we know, at one size and at
-four times that size: the processor's time, which other programs do not lengthen, may grow fivefold at most.
+four times that size. Processor time, which other programs do not lengthen, may grow fivefold at most.
 
     scaling.py DATA
 """
@@ -38,7 +38,7 @@ def pack(text, path):
 
 
 class Case:
-    """A document with so many beginnings, and what is looked for in it."""
+    """A document with so many beginnings, and the request for it."""
 
     def __init__(self, name, each, last, arguments, kind="txt"):
         self.name, self.each, self.last, self.arguments, self.kind = name, each, last, arguments, kind

@@ -1,7 +1,7 @@
-# What makes a fault in a program hard to exploit, for every target and preset: canaries on the stack, checked bounds in
-# the standard containers, checked calls of the C library, stack pages touched one by one, branches to marked places
-# only, tables that nobody can write once the program is linked, addresses that change with every start.
-# tests/hardening looks for each of them in the programs.
+# Makes a fault in a program hard to exploit, for every target and preset. The stack has canaries, and its pages are
+# touched one by one. Containers check bounds, and calls of the C library are checked. Branches lead to marked places
+# only. Tables cannot be written after linking, and addresses change with every start. tests/hardening looks for each of
+# these in the programs.
 include(CheckCXXCompilerFlag)
 
 # Libraries for Windows find the canary's run-time library by the same option.

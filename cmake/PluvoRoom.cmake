@@ -1,8 +1,8 @@
 # pluvo_room(NAME [FOLDERS folder…] [DEPENDS room…] [LIBRARIES target…] [PRIVATE_LIBRARIES target…])
 #
-# One room of the house: the folder it is called in becomes the library pluvo_NAME. Its public headers
-# lie in include/NAME/, and only rooms named in DEPENDS can be included, not what those depend on, so that an
-# include across a wall fails to build. Its sources lie in it and in FOLDERS, if it has parts.
+# One room of the house: the folder it is called in becomes the library pluvo_NAME. Its public headers lie in
+# include/NAME/. It can include only the rooms named in DEPENDS, not those they depend on, so an include across a wall
+# fails to build. Its sources lie in it and in FOLDERS, if it has parts.
 function(pluvo_room NAME)
   cmake_parse_arguments(ROOM "" "" "FOLDERS;DEPENDS;LIBRARIES;PRIVATE_LIBRARIES" ${ARGN})
   list(TRANSFORM ROOM_FOLDERS REPLACE "(.+)" "${CMAKE_CURRENT_SOURCE_DIR}/\\1/*.cpp" OUTPUT_VARIABLE parts)
@@ -12,7 +12,7 @@ function(pluvo_room NAME)
   if(sources)
     add_library(pluvo_${NAME} STATIC ${sources})
     target_include_directories(pluvo_${NAME} PUBLIC include PRIVATE .)
-    # Whoever links a room links what it stands on, too, without seeing it.
+    # A target that links a room also links the rooms below it, without seeing them.
     target_link_libraries(pluvo_${NAME} PUBLIC ${ROOM_LIBRARIES} PRIVATE ${rooms} ${ROOM_PRIVATE_LIBRARIES})
     set_property(TARGET pluvo_${NAME} PROPERTY PLUVO_SEES ${rooms})
   else()
@@ -40,9 +40,9 @@ endfunction()
 
 # pluvo_tests(NAME [DEPENDS room…] [LIBRARIES target…] [HEADERS header…])
 #
-# The tests of one room: the folder it is called in becomes the program NAME_tests. A test may include
-# the private headers of the room it tests. With HEADERS these are precompiled for it alone, in the place of the
-# headers that all tests share, as a room needs that is compiled in another way.
+# The tests of one room: the folder it is called in becomes the program NAME_tests. A test may include the private
+# headers of the room it tests. With HEADERS these are precompiled for it alone, in the place of the headers that all
+# tests share. A room compiled in another way needs that.
 function(pluvo_tests NAME)
   cmake_parse_arguments(ROOM "" "" "DEPENDS;LIBRARIES;HEADERS" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
@@ -66,7 +66,7 @@ function(pluvo_tests NAME)
   endif()
 endfunction()
 
-# pluvo_script(NAME SCRIPT [COMPONENT DOINGS])
+# pluvo_script(NAME SCRIPT [COMPONENT STEPS])
 #
 # A script over the stand-in for Word, under Wine; see run_script.cmd. One that fails there says nothing and
 # exits with 0, so that it must say when all was well.

@@ -13,7 +13,7 @@ case $what in
   *) fail "there is no '$what'; say prove, twice, or nothing" ;;
 esac
 need "${RUN_PACKAGES[@]}" "${PACKAGE_PACKAGES[@]}"
-# The time of all files in the packages, and the day on manual pages: that of what is packed.
+# The time of all files in the packages, and the day on manual pages: that of the packed sources.
 SOURCE_DATE_EPOCH=$(git log -1 --format=%ct)
 export SOURCE_DATE_EPOCH
 version=$(sed -n 's/^project(pluvo VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)

@@ -44,7 +44,7 @@ for package in pluvo pluvo-desktop; do
   [[ ! -e /usr/share/doc/$package/earlier ]] || fail "a file of the earlier $package is left"
   dpkg -s "$package" | grep -E '^(Package|Version|Status|Depends):'
 done
-dpkg -V pluvo pluvo-desktop || fail 'what is installed is not what was packed'
+dpkg -V pluvo pluvo-desktop || fail 'the installed files are not the packed ones'
 pluvo undo
 cmp lease.txt /packages/samples/lease.txt
 cmp lease.docx /packages/samples/lease.docx

@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Writes what a program is built from, as SPDX 2.3 in JSON.
+"""Writes the parts that a program is built from, as SPDX 2.3 in JSON.
 
     spdx.py BUILD PROGRAM VERSION OUTPUT
 
 The build folder was built with Ninja, and the linker wrote PROGRAM.map beside the program. From that map come the
-libraries whose members lie in the program, from the program itself those that it loads, and from Ninja's records the
+libraries whose members lie in the program. The program names the libraries that it loads, and Ninja's records name the
 headers that were compiled in. Each file is traced to the Debian package it came with. Nothing is listed by hand.
 SOURCE_DATE_EPOCH is the time of creation. The same build gives the same bytes.
 """

@@ -3,7 +3,7 @@
 ;   makensis -DVERSION=… -DFILES=FOLDER -DOUTPUT=FILE windows.nsi
 ;
 ; Both DLLs are registered, whatever the width of Word. Files of a version that Word has loaded are put aside, and the
-; running Word keeps them; what is put aside goes with the next version, or when PLUVO is taken out.
+; running Word keeps them. They go with the next version, or when PLUVO is taken out.
 
 Target amd64-unicode
 SetCompressor /SOLID lzma
@@ -48,7 +48,7 @@ and so do copies of originals."
 !insertmacro MUI_UNPAGE_INSTFILES
 !insertmacro MUI_LANGUAGE English
 
-; Says what is wrong, and ends with nothing changed that matters.
+; Says what is wrong, and ends. Nothing that matters has changed.
 !macro Fail text
   SetErrorLevel 2
   MessageBox MB_OK|MB_ICONSTOP "${text}" /SD IDOK

@@ -29,11 +29,11 @@ show 'See what a change would do, without doing it:' \
   replace -b 'DRAFT of' -e 'parties' -t 'AGREED FORM' --match-case --dry-run lease.txt
 show 'Take the notes to file out of the lease, and keep the original:' \
   delete -b '[Note to file:' -e ']' --backup lease.txt
-show 'Black out what is confidential in the minutes, however long:' \
+show 'Black out the confidential passages in the minutes, however long:' \
   replace -b '[begin confidential]' -e '[end confidential]' --unit document -t '[withheld]' minutes.txt
 show 'Add a remark in a list that is stored in an old encoding:' \
   insert -b 'not to be shown before' -e '2045' --apart 2 --unit word -t ' (see rule 12)' --after inventory.txt
-show 'In Word documents the same, over runs, links, notes and tracked changes; what is not touched keeps its bytes:' \
+show 'In Word documents the same, over runs, links, notes and tracked changes; the other text keeps its bytes:' \
   highlight -b 'The Lessor' -e 'the Lessee' --match-case lease.docx
 show 'Take the notes to file out of the Word lease, paragraphs and all:' \
   delete -b '[Note to file:' -e ']' --backup lease.docx

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# scripts/prove_setup.sh [STAGE...]: proves ./run, and ./test with these stages, on a clone of what is committed in an
-# empty Debian 12. Root runs it, outside CI; it takes as long as they do, and 8 GB in $TMPDIR (else /tmp).
-# CCACHE_DIR, where it is set, is used there too.
+# scripts/prove_setup.sh [STAGE...]: proves ./run, and ./test with these stages, on a clone of the commit in an empty
+# Debian 12. Root runs it, outside CI; it takes as long as they do, and 8 GB in $TMPDIR (else /tmp). CCACHE_DIR, where
+# it is set, is used there too.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 source scripts/setup.sh

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# scripts/prove_slurm.sh [COUNT]: proves slices under Slurm, as docs/scale.md has them: COUNT documents (20,000), a job
-# array of eight on two nodes, which are two slurmd on this machine, with munge, over the loopback alone and without
-# cgroups. One task is killed half-way and requeued. Root runs it; it takes some minutes, and half a GB in $TMPDIR (else
-# /tmp).
+# scripts/prove_slurm.sh [COUNT]: proves slices under Slurm, as docs/scale.md has them. A job array of eight works on
+# COUNT documents (20,000), on two nodes. The nodes are two slurmd on this machine, with munge, over the loopback alone
+# and without cgroups. One task is killed half-way and requeued. Root runs it; it takes some minutes, and half a GB in
+# $TMPDIR (else /tmp).
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 source scripts/setup.sh

@@ -2,7 +2,7 @@
 """Checks that each room of src/ names in its CMakeLists.txt exactly the rooms it sees.
 
 A room sees the rooms whose headers its files include, and those that these headers include in turn. The build
-already fails where it sees one that it does not name; this also finds those that it names and does not see,
+already fails where it sees one that it does not name. This also finds rooms that it names and does not see,
 and circles. With --write the lists are put right.
 """
 import pathlib

@@ -52,7 +52,7 @@ state() {
   find documents -type f -printf '%p %m %T@\n' | sort
 }
 
-# Counts inserted texts in each document, without PLUVO: every one must have two, and each behind its block.
+# Counts inserted texts in each document, without PLUVO: every one must have two, and each after its block.
 require_two_each() {
   local texts bad=0 file
   texts=$(find documents -name '*.txt' -print0 | xargs -0 grep -oF "$BEGIN$TEXT" | wc -l)

@@ -30,7 +30,7 @@ class GatheredText {
 
  private:
   std::unique_ptr<char[]>
-      units_;  ///< not touched beyond what is used: fresh memory costs more than searching it
+      units_;  ///< touched as far as it is used: fresh memory costs more than searching it
   std::size_t size_ = 0;
 };
 

@@ -43,7 +43,7 @@ def find(text, begin, end):
 
 
 def split(t, offset):
-    """Cuts the run of t behind offset characters; returns the later run's w:t."""
+    """Cuts the run of t after offset characters; returns the later run's w:t."""
     run = t.getparent()
     later = copy.deepcopy(run)
     run.addnext(later)

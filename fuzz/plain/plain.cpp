@@ -34,7 +34,7 @@ bool hasUtf8Mark(ByteSpan bytes) {
   return bytes.size() >= 3 && bytes[0] == 0xEF && bytes[1] == 0xBB && bytes[2] == 0xBF;
 }
 
-/// What is said of the encoding.
+/// The hint of the encoding.
 formats::Hint hintOf(std::uint8_t choice) {
   static const char* const names[] = {"",       "UTF-8",   "UTF-16LE", "Windows-1252", "Shift_JIS", "EUC-JP",
                                       "GBK",    "GB18030", "Big5",     "Big5-HKSCS",   "EUC-KR",    "EUC-TW",

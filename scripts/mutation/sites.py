@@ -1,5 +1,6 @@
-"""Where a source can be changed, by clang's view of it: each change as text to put before, after or in the place of
-what is there, chosen at run time by its number (switch.h)."""
+"""Where a source can be changed, by clang's view of it.
+
+A change is text to put before, after or in the place of the old. Its number chooses it at run time (switch.h)."""
 
 import re
 from dataclasses import dataclass, field
@@ -44,7 +45,7 @@ class Edit:
     before: str
     after: str
     mutants: list
-    inner: list = field(default_factory=list)  # (start, end, text): what is replaced within
+    inner: list = field(default_factory=list)  # (start, end, text): the replacements within
     names: tuple = ()  # of a variable that is constant no more
     span: tuple = (0, 0)  # and all of its declaration
     order: int = 0
@@ -284,7 +285,7 @@ class Finder:
             yield children[0]
 
     def condition(self, cursor, source, space):
-        """Negated, but for what is a comparison, an and, an or, or a not, which have changes of their own."""
+        """Negated, unless it is a comparison, an and, an or, or a not: these have changes of their own."""
         start, end = cursor.extent.start.offset, cursor.extent.end.offset
         text = source.bytes[start:end]
         children = list(cursor.get_children())

@@ -27,8 +27,8 @@ class Test:
     caught: int = 0
 
 
-# A mutant may delete what it should not: tests see the machine's files as they are, and can write only to a /tmp of
-# their own.
+# A mutant may delete anything, so tests can write only to a /tmp of their own. They see the machine's other files as
+# they are.
 APART = """mount --make-rprivate / && mount -t tmpfs tmpfs /tmp && mount --bind "$1" "$1" &&
 mount -o remount,bind,ro / && mkdir -p /tmp/home && shift && exec "$@\""""
 

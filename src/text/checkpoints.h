@@ -10,8 +10,8 @@
 
 namespace pluvo::text {
 
-/// The result of reading a stretch of text, for every state that reading may begin it in: how many things the
-/// stretch holds, and the state after it.
+/// The result of reading a stretch of text: how many things it holds, and the state after it. Both are kept
+/// for every state in which reading may begin.
 template <std::size_t kStates>
 struct Summary {
   std::array<Position, kStates> counts{};

@@ -2,9 +2,10 @@
 // connects them, shows the buttons of their ribbons, and runs a loop that keeps keys for itself. Closed, it
 // disconnects them, also at work, and says which of their objects are left.
 //
-//   word_host STEPS [COMPONENT]    has a user do what the file says; registers the DLL beside it for as long
-//   as
-//                                  it runs, or goes by what is installed
+//   word_host STEPS [COMPONENT]
+//
+// has a user do the steps in the file. It registers the DLL beside it for as long as it runs, or takes the
+// installed one.
 
 #include "pluvo_interface.h"
 #include "word_stand_in/objects.h"
@@ -274,7 +275,7 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR, int) {
   if (count < 2) return 2;
   const bool isTest = count == 3;
   CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-  // What is set for a test is taken back after it; an installed component is as it is.
+  // A test's settings are taken back after it; an installed component stays as it is.
   HMODULE component = nullptr;
   if (isTest) {
     component = LoadLibraryW((ownFolder() / arguments[2]).c_str());
@@ -291,7 +292,7 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR, int) {
   const Document document =
       world().add(u"C:\\Letters\\one.doc", {.text = u"A cat sat. The cat ran. No Cat."});
   makeWindow();
-  // Scripts find it there; where it is not, the add-in has nothing but what it is given.
+  // Scripts find it there; without it the add-in has only the objects handed to it.
   DWORD inTable = 0;
   if (!isTest) RegisterActiveObject(host->word.Get(), kWordClass, ACTIVEOBJECT_STRONG, &inTable);
   if (connect()) {

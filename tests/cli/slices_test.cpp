@@ -284,7 +284,7 @@ TEST_F(Slices, MakeOneReport) {
   EXPECT_THAT(sandbox_.run("report torn").out, HasSubstr("slice 2 of 3 broken off"));
   EXPECT_THAT(sandbox_.run("report one other").err, HasSubstr("are of different requests"));
 
-  // What is left is worked on under another name, and one report tells of both.
+  // The rest is worked on under another name, and one report tells of both.
   EXPECT_EQ(sandbox_.run("report r --files-from list --rest rest -q").status, 2);
   sandbox_.put(bad, good);
   EXPECT_EQ(sandbox_.run(kInsert + "-q --files-from rest --run-name s").status, 0);

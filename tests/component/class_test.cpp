@@ -89,7 +89,7 @@ TEST(Class, GivesAFaultAwayAsAStatusWithItsTexts) {
   for (BSTR text : {exception.bstrDescription, exception.bstrSource, exception.bstrHelpFile})
     SysFreeString(text);
   object.Reset();
-  EXPECT_EQ(component.canUnloadNow(), S_OK) << "a start-up that failed leaves something behind";
+  EXPECT_EQ(component.canUnloadNow(), S_OK) << "a start-up that failed left something";
 }
 
 }  // namespace

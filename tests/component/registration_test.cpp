@@ -59,7 +59,7 @@ bool hasTypeLibrary() {
   return SUCCEEDED(LoadRegTypeLib(LIBID_PLUVO, 1, 0, 0, &library));
 }
 
-/// A key in which only such keys can be made as go with the system's end: what is to stay cannot be written.
+/// A key in which only such keys can be made as go with the system's end. No lasting key can be written.
 class Barrier {
  public:
   explicit Barrier(std::wstring path) : path_(std::move(path)) {
@@ -104,7 +104,7 @@ TEST(Registration, ThatFailsLeavesTheOneBefore) {
   const std::wstring classes = L"Software\\Classes\\";
   const std::wstring classId = braced(CLSID_clsOpenPLUVO);
   const std::wstring interfaceId = braced(IID__clsOpenPLUVO);
-  // In the midst of what is written: what comes after it could be.
+  // In the midst of the writing: keys after it could be written.
   const std::wstring interfaceKey = classes + L"Interface\\" + interfaceId;
   const std::wstring server = classes + L"CLSID\\" + classId + L"\\InprocServer32";
   const std::wstring old = L"C:\\Old\\pluvo.dll";

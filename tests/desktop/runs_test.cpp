@@ -103,7 +103,7 @@ TEST_F(RunsOverFiles, AndTheWindowKnowAPasswordThatWasRightOnce) {
   });
 }
 
-/// Runs over one document: what is typed into the form, if anything, and the answers in the boxes.
+/// Runs over one document: the text typed into the form, if any, and the answers in the boxes.
 TEST_F(RunsOverFiles, AskWhoMayChangeADocument) {
   const std::string reserved = docx::reserved("[a]secret[b]");
   const std::string recommending = docx::recommendingReading("[a]secret[b]");
@@ -230,7 +230,7 @@ TEST_F(RunsOverFiles, ThatWereEndedAreGoneOnWith) {
   }
 }
 
-/// With its changes so far, unsaved; the window may be what is closed.
+/// With its changes so far, unsaved. The tab or the window may be closed.
 TEST_F(RunsOverFiles, LeaveTheDocumentOpenWhoseConfirmationIsClosed) {
   put(3);
   scratch.put("b.txt", std::string(kBefore) + kBefore);

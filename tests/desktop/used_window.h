@@ -186,7 +186,7 @@ class UsedWindow : public testing::Test {
   void trigger(const char* text) {
     for (QAction* action : window->findChildren<QAction*>()) {
       if (action->text() != QString::fromUtf8(text)) continue;
-      // Behind slow work some come back a moment later.
+      // After slow work some come back a moment later.
       EXPECT_TRUE(QTest::qWaitFor([&] { return action->isEnabled(); }, kPatience)) << text;
       return action->trigger();
     }

@@ -77,7 +77,7 @@ TEST_F(Choices, AskForADistanceBeyondTheList) {
   EXPECT_EQ(list(u"cboxNumberDistanceApart").Value(), u"1");
 }
 
-/// What is on, as "position text place colour".
+/// A sign for position, text, place and colour each: + where it is enabled or shown, else -.
 std::string on(const forms::Form& form) {
   std::string letters;
   for (const char16_t* name : {u"cboxProcRelativePosition1", u"txtTextToEnter", u"cboxProcSelection1"}) {

@@ -155,8 +155,8 @@ class OpenedDialog {
     return reports;
   }
 
-  /// What is reported when this fails once during a user's doing: a control that is to look otherwise,
-  /// "word", "boxes" or "painting".
+  /// The reports when this fails once while a user acts: a control that is to look otherwise, "word",
+  /// "boxes" or "painting".
   std::vector<std::string> reportedWithout(const std::u16string& what, const std::function<void()>& doing) {
     told();
     failing_ = what;

@@ -68,7 +68,7 @@ TEST_F(OptionsFile, DamagedIsReportedAndLeavesAUsableDialog) {
                {"  ", kDesigned, {"9 FF:02"}},
                {"r", kDesigned, {"9 FF:02"}},
                {"r;r;", kDesigned, {"13 FF:02"}},       // an empty value
-               {"r;r;True", "100100100", {"9 FF:02"}},  // the second box reads behind the last field
+               {"r;r;True", "100100100", {"9 FF:02"}},  // the second box reads past the last field
                {eight + "True", "111011011", {}},
                {eight + "True;\r\nsecond line", "111011011", {}},
                {eight.substr(0, eight.size() - 1), "111011010", {"9 FF:02"}},

@@ -123,7 +123,7 @@ TEST_F(Preview, SaysWhatIsMissing) {
   }
 }
 
-/// A row: the texts, whether limits are lifted, and what is shown.
+/// A row: the texts, whether limits are lifted, and the text shown.
 TEST_F(Preview, TellsWhatBecomesOfSeveralLines) {
   const std::string kept = "Of 'Find Text that Begins with' the first line is looked for, or 255 characters.";
   const std::tuple<const char16_t*, const char16_t*, bool, std::string, std::string> cases[] = {

@@ -75,7 +75,7 @@ Parts with(Parts parts, const Parts& more) {
   return parts;
 }
 
-/// Drawings, as runs, with what is in them.
+/// Drawings, as runs, with their contents.
 std::string shape(const std::string& inner) {
   return "<w:r><w:drawing xmlns:a=\"http://schemas.openxmlformats.org/drawingml/2006/main\"><wp:anchor>"
          "<a:graphic><a:graphicData>" +

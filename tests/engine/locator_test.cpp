@@ -5,9 +5,9 @@
 namespace pluvo::engine {
 namespace {
 
-/// A document, the request, and the document with the found blocks marked a, b, c … A third text is there
-/// where others are found with the limits lifted. What random requests meet often enough is not repeated
-/// here.
+/// A document, the request, and the document with its found blocks marked from a on. A third text has the
+/// blocks found with the limits lifted, where they differ. Cases that random requests meet often are not
+/// repeated here.
 struct Case {
   std::string document;
   Request asked;
@@ -54,7 +54,7 @@ TEST(Locator, CountsWholeUnitsBetween) {
                within("A. Or. B", kSentences, 1, true), within("A¶¶B", kParagraphs, 0, false),
                within("A¶¶B", kParagraphs, 1, true), within("A. ¶1. 2. ¶B", kEntireDocument, 0, true),
                within("AB", 4, 0, false), within("AB", -1, 32767, false)});
-  // What is too far is left behind by its beginning alone.
+  // A block too far apart is passed over by its beginning alone.
   expectFound({{"A A x B¶", {.begin = u"A ", .end = u"B", .distance = 1, .unit = kWords}, "A [aA x Ba]¶"}});
 }
 

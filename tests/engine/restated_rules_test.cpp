@@ -19,8 +19,8 @@ std::string documentOf(const std::u16string& text) {
   return notation + "z¶";
 }
 
-/// The rules of a pass, with its limits lifted, restated over positions in a document: what is found where,
-/// and what becomes of it.
+/// The rules of a pass, with its limits lifted, restated over positions in a document: which block is found
+/// where, and what becomes of it.
 class RestatedRules {
  public:
   RestatedRules(const std::u16string& text, const Request& asked)

@@ -3,11 +3,11 @@
 
     PLUVO_EDITED=FOLDER docx_tests --gtest_filter='Corpus.*'; libreoffice.py FOLDER  (or rtf_tests, doc_tests, html_tests)
 
-LibreOffice is given copies of Word documents in which content controls are unwrapped and nothing floats: it repeats or drops text in
-the former and moves frames and floating tables out of the text. Left out: notes, annotations, drawings, list labels,
-phonetic guides. Deleted text that is tracked stands where it was deleted. Other stories of Word documents are
-compared by libreoffice_stories.py. What LibreOffice reads otherwise already in a document before its edits, left as
-original-NAME, is a known cause of what differs after them; the original itself is to differ for a cause of the table alone.
+LibreOffice is given copies of Word documents in which content controls are unwrapped and nothing floats. It repeats or
+drops text in controls, and moves frames and floating tables out of the text. Left out: notes, annotations, drawings,
+list labels, phonetic guides. Deleted text that is tracked stands where it was deleted. Other stories of Word documents
+are compared by libreoffice_stories.py. A difference that LibreOffice already reads before the edits, in
+original-NAME, explains the same one after them. The original may differ only for a cause in the table.
 """
 
 import os

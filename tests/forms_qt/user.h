@@ -15,7 +15,7 @@
 
 namespace pluvo::forms {
 
-/// What is read of a widget's text, its key's mark gone.
+/// A widget's text without its key's mark.
 inline QString read(QString text) {
   return text.replace(QStringLiteral("&&"), QStringLiteral("\n")).remove(u'&').replace(u'\n', u'&');
 }

@@ -52,11 +52,11 @@ class SampleForm final : public Form {
 /// The sample before a user, whose means each renderer's tests bring (user.h). What the user does goes the
 /// widgets' own way, and all that comes of it is done when the call returns. Keys go to what has the focus.
 ///
-/// The look of a control in words: its text without the marks of keys, "[x] " before what is ticked, "*"
+/// The look of a control in words: its text without the marks of keys. "[x] " stands before a ticked one, "*"
 /// before selected rows, " of 3" after a text with rows to choose from. "off: " stands before what cannot be
 /// used, "-" where there is nothing.
 ///
-/// What is pressed is written down: "b" for the button, "l" for the link.
+/// Each press is written down: "b" for the button, "l" for the link.
 class ShownForm : public testing::Test {
  protected:
   ShownForm() {

@@ -89,7 +89,7 @@ class User {
   }
   void click(const Control& control, MouseButton button = kLeft) {
     HWND on = widget(control);
-    // The system keeps the mouse from what is off.
+    // The system keeps the mouse from disabled controls.
     if (IsWindowEnabled(GetAncestor(on, GA_ROOT)) == 0 || IsWindowEnabled(on) == 0) return;
     const bool left = button == kLeft;
     post(on, left ? WM_LBUTTONDOWN : WM_RBUTTONDOWN, 0, MAKELPARAM(3, 3));

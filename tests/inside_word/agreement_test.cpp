@@ -21,7 +21,7 @@ using stand_in::WordSession;
 struct Task {
   std::u16string text;
   engine::Request asked;
-  /// Tells the answers to what is asked.
+  /// Tells the answers to the calls.
   unsigned seed = 0;
 };
 

@@ -175,8 +175,8 @@ TEST(Questions, EachRefusalLeadsToItsOwn) {
   }
 }
 
-/// Events in Word, and the results of a run over files: the first file's text, the files saved and those in
-/// the list of recent files, how many macros ran, and what the user heard.
+/// Events in Word, and the results of a run over files. They are the first file's text, the saved and the
+/// recent files, the number of macros that ran, and the boxes and reports.
 struct FileWay {
   const char* what;
   std::function<void(World&)> prepare;

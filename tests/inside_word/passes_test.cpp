@@ -17,8 +17,8 @@ using stand_in::World;
 
 constexpr word_com::Manner kCareful{.careful = true};
 
-/// Events in Word during a pass, whole or block by block, and what they leave: the text, the highlights, and
-/// how many blocks were operated on.
+/// Events in Word during a pass, whole or block by block. They leave the text, the highlights, and the number
+/// of blocks operated on.
 struct PassWay {
   const char* what;
   std::function<void(World&)> prepare;

@@ -54,7 +54,7 @@ in_fish() {
 }
 
 for command in "" "$@"; do
-  # What is saved is a command of its own, which has the options.
+  # The saved request is a command of its own, which has the options.
   expected=$(listed "${command##* }")
   if (($(wc -l <<<"$expected") < 4)); then
     echo "'$name $command --help' lists hardly any option"

@@ -11,7 +11,7 @@ export XDG_STATE_HOME=$folder/state PATH=$folder/bin:$PATH
 mkdir "$folder/bin"
 ln -s "$pluvo" "$folder/bin/pluvo"
 
-# The lines that begin with the program's name in what is set as it stands, without the formatter's signs.
+# The lines of examples that begin with the program's name, without the formatter's signs.
 examples() {
   if [[ $1 == --help ]]; then
     pluvo --help | sed -n 's/^  \(pluvo .*\)/\1/p'

@@ -117,7 +117,7 @@ void click(HWND window) {
   post(target, WM_LBUTTONUP, 0, point);
 }
 
-/// Where what is typed arrives.
+/// The window that typing arrives in.
 HWND focusedIn(HWND window) {
   GUITHREADINFO info{};
   info.cbSize = sizeof(info);

@@ -45,7 +45,7 @@ void OpenDocument::replace(Place& place, const std::u16string& newText) {
   const Before before(*this);
   const Span replaced = place.span();
   if (ways().keepsDeleted && !replaced.empty()) {
-    // The new text stands before what is marked as deleted.
+    // The new text stands before the text marked as deleted.
     place.set({replaced.from, replaced.from});
     if (!newText.empty()) replace(place, newText);
     saved = false;

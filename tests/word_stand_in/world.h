@@ -88,7 +88,7 @@ class World {
   void reset();
 
   /// Word's main window; made when it is first asked for. The pane inside, which shows a document, gives the
-  /// object for it to whoever asks as accessibility tools do.
+  /// object for it to a program that asks as accessibility tools do.
   HWND window();
   /// What it says at its top, where it was made.
   void show(const std::u16string& title);

@@ -11,8 +11,8 @@ namespace pluvo::dialog {
 ///
 ///     reserved;reserved;True;False;…;
 ///
-/// There is a field for each control of the page whose name begins with "chk", in the order of the page, and
-/// an empty one at the end. The order decides which field is whose, not the name.
+/// Each control of the page whose name begins with "chk" has a field, in the order of the page. An empty
+/// field ends them. The order decides which field is whose, not the name.
 class OptionsFile {
  public:
   /// Page and context outlive it. The folder ends with the path separator; it is made

@@ -46,7 +46,7 @@ class FieldsUnderEdit {
   std::vector<Field> open_;
 };
 
-/// A part under edit, or the piece of it that holds one story: the facts known of it, the edits to be made,
+/// A part under edit, or the piece of it that holds one story. It has the facts known, the edits to be made,
 /// and the result so far. The writers of its runs, paragraphs, fields and tables share it.
 struct EditedPart {
   EditedPart(base::ByteSpan bytes, const BodyMap& bodyMap, const document::Story& edited,

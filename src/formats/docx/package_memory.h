@@ -19,7 +19,7 @@ namespace pluvo::docx {
 template <class Value>
 class PartMemory {
  public:
-  /// What is asked of the part, or else read() now.
+  /// The value kept for the part, or else that of read() now.
   template <class Read>
   Value of(const zip::Archive& archive, const zip::Member& member, std::string_view asked, Read read) {
     const base::ByteSpan packed = archive.bytes().subspan(member.data, member.packedSize);

@@ -114,8 +114,8 @@ void TextReader::tell(TextElement& element, std::string_view text, Plainness pla
   element.units = units_;
 }
 
-/// The characters up to the end of the element just begun, added to units_, or left in plain_ where they are
-/// all there is and plain, as most are.
+/// Adds the characters up to the end of the element just begun to units_. Where they are plain and alone, as
+/// most are, plain_ has them instead.
 void TextReader::collect(Token token) {
   plain_ = {};
   if (token != Token::start) return;

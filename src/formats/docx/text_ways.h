@@ -11,8 +11,8 @@
 
 namespace pluvo::docx {
 
-/// From text to text for a search, which asks nothing of the tags between them: to the next run or the next
-/// paragraph, where the bytes of the way are known. RunWays does so for an edit.
+/// From text to text for a search, which asks nothing of the tags between them. Where the bytes of the way
+/// are known, it leads to the next run or paragraph. RunWays does so for an edit.
 class TextWays {
  public:
   TextWays(Walk& walk, const PropertiesReader& properties);

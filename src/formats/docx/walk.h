@@ -12,9 +12,8 @@
 
 namespace pluvo::docx {
 
-/// How far a walk goes: through main text alone; through the first other story it comes to; or through every
-/// story of a part, those in drawings, too. A story lies within an element of another and has positions of
-/// its own.
+/// How far a walk goes: through main text alone, the first other story it meets, or every story of a part
+/// with those in drawings. A story lies within an element of another and has positions of its own.
 enum class Reach : std::uint8_t { mainText, oneStory, everyStory };
 
 /// How text is told: as units wherever it is not ASCII, or as bytes wherever they are all there is to it.

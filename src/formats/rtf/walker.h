@@ -36,8 +36,8 @@ class Walker {
 
   const State& state() const { return frames_.back().state; }
   const Tables& tables() const { return tables_; }
-  /// Whether the bytes end there in a word that the next byte may change; of places at the ends of what is
-  /// told now.
+  /// Whether the bytes end there in a word that the next byte may change. Known of the places at either end
+  /// of the present event.
   bool isOpenEnd(std::size_t at) const { return openEnds_.hold(at); }
 
  private:

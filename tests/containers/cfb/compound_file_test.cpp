@@ -73,7 +73,7 @@ TEST(CompoundFile, LeavesNothingOfWhatItDoesNotUse) {
   std::string file =
       compoundFile({{"A", "kept"}, {"B", "SECRET in a small stream"}, {"C", repeated(5000, 'S')}});
   const std::size_t root = file.find(std::string("R\0o", 3));
-  file.replace(root + 128 + 20, 6, "SECRET");     // behind a name
+  file.replace(root + 128 + 20, 6, "SECRET");     // after a name
   file.replace(root + 128 + 0x48, 4, 4, '\xFF');  // B and C are out of the tree
   file.replace(root + 0x78 + 4, 4, 4, '\x11');    // the upper half of a size, which version 3 does not use
   file += std::string(512, 'S');                  // a sector that nobody names

@@ -14,7 +14,7 @@ namespace pluvo::xml {
 
 namespace {
 
-/// Behind a namespace in what expat tells; in no document that is well-formed.
+/// Ends a namespace in the names that expat tells. No well-formed document holds it.
 constexpr char kSeparator = '\x01';
 
 constexpr KnownNamespace kKnown[] = {{"u", 2}, {"v", 3}, {"w", 4}};

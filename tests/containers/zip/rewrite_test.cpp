@@ -133,7 +133,7 @@ class EndsOutput : public base::Output {
   std::string tail;
 };
 
-/// What is written can be opened, however much alike its bytes are.
+/// A written archive can be opened, however much alike its bytes are.
 TEST(Rewrite, StaysWithinTheLimitsOfOpening) {
   const std::string packed = build({{{"first", "f"}, {"last", "l"}}}).bytes;
   const Archive before = Archive::open(bytesOf(packed));

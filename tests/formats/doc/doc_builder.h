@@ -35,7 +35,7 @@ inline std::string on(std::uint16_t code) { return property(code, std::uint8_t{1
 class DocBuilder {
  public:
   using Look = document::Look;
-  /// Over the looks of what is appended, and of its paragraphs.
+  /// Over the looks of appended text, and of its paragraphs.
   std::string characters;
   std::string paragraphs;
   std::uint16_t style = 0;

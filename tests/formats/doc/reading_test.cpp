@@ -119,7 +119,7 @@ TEST(DocFormat, ReadsWhatStandsForOtherThings) {
 }
 
 /// Other readers show something else there: they compute fields anew, number lists and notes, write capitals,
-/// or show what is hidden.
+/// or show hidden text.
 TEST(DocFormat, ReadsWhatTheFileHoldsWhereOthersMakeItUp) {
   using B = DocBuilder;
   const auto as = [](const std::string& look) {
@@ -175,7 +175,7 @@ TEST(DocFormat, ReadsWhatTheFileHoldsWhereOthersMakeItUp) {
   }
 }
 
-/// Gathers what is told, each in a line.
+/// Gathers the events, each in a line.
 class Told final : public formats::OtherTexts {
  public:
   void story(OtherStory kind, document::Content content) override {

@@ -91,7 +91,7 @@ TEST(Editing, trackedChangesKeepTheirWrappers) {
                {{'_', "<r><delText>ab</delText></r>"}});
 }
 
-/// What is put into deleted text, or in its place, is deleted; between a living and a deleted character it
+/// Text put into deleted text, or in its place, is deleted; between a living and a deleted character it
 /// lives.
 TEST(Editing, textTakesAfterDeletedText) {
   const std::string marked = "<pPr><rPr><del id='6' author='A'/></rPr></pPr>";

@@ -8,7 +8,7 @@
 namespace pluvo::docx {
 
 /// The faults of a Word document as a package, each with how often it occurs. Elements stand where the schema
-/// does not want them, markers or fields are out of balance, ids are given twice, references lead nowhere, or
+/// does not want them; markers or fields are out of balance. Ids are given twice, references lead nowhere, or
 /// blanks would be lost. Uses nothing of the room it checks.
 using Faults = std::map<std::string, int>;
 Faults faultsOf(const base::Bytes& document);

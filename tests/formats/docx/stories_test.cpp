@@ -199,7 +199,7 @@ TEST(Stories, ofPagesComeInTheOrderOfTheirUse) {
   EXPECT_EQ(textsOf(open(written)), "c10d7a7b7");
 }
 
-/// What stands for a story takes it along, also when that was changed, and what is emptied stays.
+/// A character that stands for a story takes it along, also a changed one. An emptied story stays.
 TEST(Stories, goWithTheirReferencesAlone) {
   const Parts parts = {
       {"word/footnotes.xml", partOf("footnotes",

@@ -1,4 +1,4 @@
-// What is done the quick way, beside the same done the plain way.
+// The quick ways beside the plain ways: both must do the same.
 #include "formats/docx/document_builder.h"
 #include "part_output.h"
 #include "support/notation.h"

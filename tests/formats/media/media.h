@@ -19,7 +19,7 @@ struct Medium {
   std::shared_ptr<const Format> format;  ///< none: memory
   /// A file of a notation, which also says where its ranges lie; nothing where no such file can hold it.
   std::optional<base::Bytes> (*file)(std::string_view notation, notation::Ranges& ranges) = nullptr;
-  /// What is wrong with a new version of a file and was not with the old one.
+  /// The faults of a new version of a file that the old one did not have.
   std::string (*damage)(const base::Bytes& before, const base::Bytes& after) = nullptr;
   bool holdsHalves = false;  ///< of characters of two units
   /// Where in the file the document of the notation stands.

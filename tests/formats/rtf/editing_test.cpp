@@ -13,7 +13,7 @@ std::string savedAndTheSame(const OpenedFile& opened) {
 
 TEST(RtfFormat, IsEditedBySplices) {
   const std::vector<SpliceCase> cases = {
-      // No word runs into what is put after it.
+      // No word runs into text put after it.
       {"\\b\\'e9x\\par", u"\u00E9", u"", "\\b x\\par"},
       {"\\b\\'e9 x\\par", u"\u00E9", u"", "\\b  x\\par"},
       {"\\b\\'e9{\\i x}\\par", u"\u00E9", u"", "\\b{\\i x}\\par"},

@@ -184,7 +184,7 @@ TEST(RtfFormat, TellsProtectionAndItsPassword) {
   EXPECT_FALSE(opened.protection->isLiftedBy(u""));
 }
 
-/// Takes down what is told: the number of a kind and the text.
+/// Takes down the events: the number of a kind and the text.
 class Told final : public formats::OtherTexts {
  public:
   void story(formats::OtherStory kind, document::Content content) override {

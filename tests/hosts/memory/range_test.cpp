@@ -72,7 +72,7 @@ TEST(Edits, InheritFromTheCharacterBeside) {
 }
 
 TEST(Edits, KeepFieldsWhole) {
-  expectEdits({// Covered wholly, a field goes with what is in it.
+  expectEdits({// Covered wholly, a field goes with its contents.
                {"a[ab{X|c}da]e", remove, "a[aa]e¶"},
                {"a[a{X {Y|1}|c{Z|2}}a]e", setText(u"n"), "a[ana]e¶"},
                // Covered partly, it loses the text that is shown.

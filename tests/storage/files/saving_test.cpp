@@ -138,7 +138,7 @@ TEST(Saving, NamesTheLockFileAndItsOwner) {
   }
 }
 
-/// Whoever may write a document can have it locked, and a reader cannot.
+/// A user who may write a document can lock it, and a reader cannot.
 TEST(Saving, HeedsTheLocksOfWritersOnly) {
   const struct {
     int open;

@@ -490,7 +490,7 @@ TEST_F(Journal, RefusesWhatOthersMayWrite) {
   EXPECT_THAT(takeBack(run), ElementsAre(Pair("a.txt", Outcome::restored)));
 }
 
-/// Whoever has the document now could read the original.
+/// The document's present owner could read the original.
 TEST_F(Journal, HandsNoOriginalToAnotherOwner) {
   class Given : public files::FailingFileSystem {
    public:

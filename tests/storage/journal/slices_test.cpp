@@ -17,7 +17,7 @@ class SliceJournal : public testing::Test {
   std::string folder() const { return state_.path("pluvo/runs"); }
   static SliceToBegin slice() { return {{"r", 2, "request", "pluvo replace", {}}, 1, true}; }
 
-  /// Works on the documents as a run does, and leaves out what is done.
+  /// Works on the documents as a run does, and leaves out those that are done.
   void work(files::FileSystem& system) {
     SliceRecorder recorder(system, folder(), slice(), "pluvo replace");
     recorder.list({{first_, first_, {}}, {second_, second_, {}}});
@@ -76,7 +76,7 @@ TEST_F(SliceJournal, KnowsWhatIsDoneWhateverCallFails) {
   }
 }
 
-/// After a power failure the end of a journal may be missing, and what is left of a name be another's.
+/// After a power failure the end of a journal may be missing, and the rest of a name may be another's.
 TEST_F(SliceJournal, TakesNoPartOfALineForAnotherDocument) {
   work(machineFileSystem());
   const std::string journal = "pluvo/named/r/1-of-2/journal";

@@ -15,7 +15,7 @@ namespace pluvo::store {
 class NotationFormat final : public formats::Format {
  public:
   using Spoil = std::function<std::string(std::string)>;
-  /// What is written goes through this.
+  /// A written text goes through this.
   explicit NotationFormat(int& derivations, Spoil spoil)
       : derivations_(derivations), spoil_(std::move(spoil)) {}
 

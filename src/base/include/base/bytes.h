@@ -26,7 +26,7 @@ class MappedFile {
 
 /// The bytes of a file, held as long as references exist: mapped, read, or made by a test.
 ///
-/// After a whole file one byte more, kBehind, lies in the same memory. A last line without an end gets its
+/// One more byte, kBehind, lies after a whole file in the same memory. A last line without an end gets its
 /// paragraph mark there.
 struct Bytes {
   static constexpr std::uint8_t kBehind = '\r';

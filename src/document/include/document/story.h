@@ -38,8 +38,8 @@ struct PartCount {
 ///
 /// A span that does not lie in the text is a bug in the caller. A refused edit throws a Fault and changes
 /// nothing:
-/// - 5843: its text holds a character that the file cannot hold, or one that stands for something other than
-///   text (marks of cells and fields, pictures, references);
+/// - 5843: the new text has a character that the file cannot hold, or one that is no text (marks of cells and
+///   fields, pictures, references);
 /// - 5854: positions would no longer suffice;
 /// - 4605: the file has no place for highlighting;
 /// - 4198: a control is locked, or the file cannot be edited so at that place;

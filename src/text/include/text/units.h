@@ -27,8 +27,8 @@ struct Move {
 ///
 /// **Words.** A word is one of these, with the blanks after it (a mark has none):
 /// - letters, digits and combining marks in a row. An apostrophe (' or ’), an optional hyphen or a zero-width
-///   joiner may stand between two of them, a full stop or comma between two of the digits 0 to 9. So don't,
-///   3.14 and 1,000 are one word, well-known is three;
+///   joiner may stand between two of them. A full stop or comma may stand between two of the digits 0 to 9.
+///   So don't, 3.14 and 1,000 are one word, well-known is three;
 /// - other characters in a row: a full stop, an ellipsis of three full stops and ?!” are one word each;
 /// - a mark; a tab, a line, page or column break, a picture, a note or comment reference, a field mark;
 /// - blanks after a mark or at the start of the text.

@@ -13,8 +13,8 @@ namespace pluvo::view {
 using text::Position;
 using text::Span;
 
-/// The unit that a view lays out: a paragraph outside tables, part of a long one, or a row of an outermost
-/// table with all it holds.
+/// The unit that a view lays out: a paragraph outside tables, or part of a long one. Of a table it is a row
+/// of the outermost, with all it holds.
 struct Block {
   Position from = 0;
   bool isRow = false;

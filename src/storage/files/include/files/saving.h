@@ -39,8 +39,8 @@ struct Replacement {
   Handle original = 0;  ///< open for reading, as long as the Keeping
   FileStatus before;    ///< of the original
   Stamp after;          ///< of the new version, which is written but may not be on disk yet
-  /// The name under which the new version lies in the document's folder, and for a moment the original when
-  /// it is swapped.
+  /// The new version's name in the document's folder. When the two are swapped, the original has it for a
+  /// moment.
   std::string temporary;
 };
 
