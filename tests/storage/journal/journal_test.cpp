@@ -192,6 +192,41 @@ TEST_F(Journal, StaysWithinItsLimit) {
   EXPECT_EQ(listed()[0].notKept, 1U);
 }
 
+TEST_F(Journal, LiesWhereTheUserOrTheSystemSaysSo) {
+  struct Case {
+    const char* state;
+    const char* home;
+    std::optional<std::string> wanted;
+  };
+  const auto set = [](const char* name, const char* value) {
+    value != nullptr ? setenv(name, value, 1) : unsetenv(name);
+  };
+  for (const Case& each : {Case{"/s", "/h", "/s/pluvo/runs"}, Case{"s", "/h", "/h/.local/state/pluvo/runs"},
+                           Case{nullptr, "/h", "/h/.local/state/pluvo/runs"},
+                           Case{nullptr, "h", std::nullopt}, Case{"", nullptr, std::nullopt}}) {
+    set("XDG_STATE_HOME", each.state);
+    set("HOME", each.home);
+    EXPECT_EQ(defaultFolder(), each.wanted);
+  }
+  const std::string made = folderBelow(state_.path("not/../made/yet//"));
+  EXPECT_EQ(made, state_.path("made/yet/pluvo/runs"));
+  Recorder recorder(machineFileSystem(), made, "run");
+  change(machineFileSystem(), recorder, documents_.put("a.txt", "old"), "new");
+  EXPECT_EQ(recorder.name(), runs(machineFileSystem(), made).at(0).name);
+}
+
+/// After a power failure there would be neither the version that was replaced nor a record of it.
+TEST_F(Journal, ReplacesNothingBeforeItsRecordIsOnDisk) {
+  class Unflushed : public files::FailingFileSystem {
+   public:
+    void flush(files::Handle) override { strike(); }
+  } unflushed;
+  Recorder recorder(unflushed, folder(), "run");
+  const std::string path = documents_.put("a.txt", "old");
+  EXPECT_THROW(change(machineFileSystem(), recorder, path, "new"), DocumentError);
+  EXPECT_EQ(documents_.get("a.txt"), "old");
+}
+
 TEST_F(Journal, ARunThatChangedNothingLeavesNothing) {
   { const Recorder recorder(machineFileSystem(), folder(), "pluvo find", kDefaultLimit); }
   EXPECT_THAT(machineFileSystem().names(folder()), IsEmpty());
@@ -224,7 +259,12 @@ TEST_F(Journal, TellsVersionsOfOneMomentApart) {
   const std::string second = listed().at(1).name;
   std::vector<Outcome> outcomes;
   for (const std::string& run : {first, second, first})
-    undo(disk, folder(), run, [&](const Undone& undone) { outcomes.push_back(undone.outcome); });
+    undo(disk, folder(), run, [&](const Undone& undone) {
+      outcomes.push_back(undone.outcome);
+      if (undone.problem) {
+        EXPECT_THAT(undone.problem->what(), testing::StartsWith("The run " + second + " changed"));
+      }
+    });
   EXPECT_THAT(outcomes, ElementsAre(Outcome::failed, Outcome::restored, Outcome::restored));
   EXPECT_EQ(documents_.get("a.txt"), "one");
 }
@@ -341,7 +381,10 @@ void Journal::survivesFailures(const std::string& folder, std::size_t sizeOfB) {
     std::vector<journal::Run> all = runs(machineFileSystem(), folder);
     for (auto run = all.rbegin(); run != all.rend(); ++run) {
       try {
-        undo(system, folder, run->name, [](const Undone&) {});
+        bool whole = true;
+        undo(system, folder, run->name,
+             [&](const Undone& undone) { whole &= undone.outcome != Outcome::failed; });
+        EXPECT_FALSE(whole && std::filesystem::exists(folder + "/" + run->name)) << "it says nothing";
       } catch (const DocumentError&) {
       }
     }
@@ -473,6 +516,7 @@ TEST_F(Journal, RefusesWhatOthersMayWrite) {
     }
     if (which.find(run) != std::string::npos) {
       EXPECT_TRUE(listed().at(0).refused);
+      EXPECT_EQ(listed().at(0).name, run);
       { const Recorder other(machineFileSystem(), folder(), "another", kDefaultLimit); }
     } else {
       EXPECT_THAT(

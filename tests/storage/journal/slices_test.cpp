@@ -6,6 +6,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 namespace pluvo::journal {
 namespace {
@@ -15,12 +16,12 @@ using files::machineFileSystem;
 class SliceJournal : public testing::Test {
  protected:
   std::string folder() const { return state_.path("pluvo/runs"); }
-  static SliceToBegin slice() { return {{"r", 2, "request", "pluvo replace", {}}, 1, true}; }
+  static SliceToBegin slice() { return {{"r", 2, "request", "pluvo replace", {2, 3, 4}}, 1, true}; }
 
   /// Works on the documents as a run does, and leaves out those that are done.
-  void work(files::FileSystem& system) {
-    SliceRecorder recorder(system, folder(), slice(), "pluvo replace");
-    recorder.list({{first_, first_, {}}, {second_, second_, {}}});
+  void work(files::FileSystem& system, const SliceToBegin& begun = slice()) {
+    SliceRecorder recorder(system, folder(), begun, "pluvo replace");
+    recorder.list({{first_, "as listed", {}}, {second_, second_, {}}});
     for (const std::string& path : {first_, second_}) {
       const auto earlier = recorder.earlier(path);
       ASSERT_FALSE(earlier && earlier->isUnclear) << path;
@@ -74,6 +75,102 @@ TEST_F(SliceJournal, KnowsWhatIsDoneWhateverCallFails) {
       ASSERT_THAT(namedRuns(machineFileSystem(), folder()), testing::IsEmpty()) << n;
     }
   }
+}
+
+/// An undo that fails somewhere says so, and another one does the rest.
+TEST_F(SliceJournal, IsTakenBackOrForgottenWhateverCallFails) {
+  SliceToBegin only = slice();
+  only.of.slices = 1;
+  for (const bool forgets : {false, true}) {
+    const auto end = [&](files::FileSystem& system) {
+      try {
+        NamedRun run(system, folder(), "r");
+        bool whole = true;
+        const auto note = [&](const Undone& undone) { whole &= undone.outcome != Outcome::failed; };
+        forgets ? run.forget() : run.takeBack(note);
+        EXPECT_EQ(whole, run.slice(1).stage == SliceState::Stage::neverBegun) << "it says otherwise";
+      } catch (const std::exception&) {
+        // It says that something is left.
+      }
+    };
+    bool over = false;
+    for (int n = 1; !over; ++n) {
+      documents_.put("ab", "x");
+      documents_.put("a", "y");
+      work(machineFileSystem(), only);
+      files::FailingFileSystem failing(n);
+      end(failing);
+      over = failing.calls() < n;
+      end(machineFileSystem());
+      ASSERT_EQ(texts(), forgets ? "yy xx" : "y x") << n;
+      ASSERT_FALSE(HasFailure()) << n;
+    }
+  }
+}
+
+TEST_F(SliceJournal, TellsItsDocumentsAndAttempts) {
+  SliceToBegin begun = slice();
+  begun.keepsOriginals = false;
+  work(machineFileSystem(), begun);
+  work(machineFileSystem());
+  const NamedRun run(machineFileSystem(), folder(), "r");
+  const SliceState state = run.slice(1);
+  EXPECT_THAT(state.attempts, testing::SizeIs(2));
+  EXPECT_TRUE(state.attempts.at(0).ended && state.attempts.at(1).ended);
+  EXPECT_EQ(state.notKept, 2U);
+  EXPECT_EQ(state.kept + state.bytes, 0U);
+  EXPECT_EQ(state.documents.at(0).name, "as listed");
+  EXPECT_EQ(state.documents.at(1).name, second_);
+  EXPECT_EQ(run.slice(2).stage, SliceState::Stage::neverBegun);
+}
+
+TEST_F(SliceJournal, RefusesWhatIsNoSliceOfTheRun) {
+  SliceToBegin request = slice();
+  request.of.request = "another";
+  SliceToBegin slices = slice();
+  slices.of.slices = 3;
+  SliceToBegin paths = slice();
+  paths.of.list.keys = 5;
+  SliceToBegin list = paths;
+  list.of.list.count = 3;
+  SliceToBegin free = slice();
+  free.number = 2;
+  const SliceRecorder going(machineFileSystem(), folder(), slice(), "pluvo replace");
+  const std::string process = "(process " + std::to_string(getpid()) + " on ";
+  for (const auto& [begun, wanted] :
+       {std::pair{request, "is of another request: it was begun as 'pluvo replace'. Give the same"},
+        {slices, "is in 2 slices, and this is one of 3. Give --slice K/2,"},
+        {paths, "here its names lead to other paths"},
+        {list, process.c_str()},
+        {slice(), process.c_str()},
+        {free, ""}}) {
+    std::string said;
+    try {
+      const SliceRecorder refused(machineFileSystem(), folder(), begun, "pluvo replace");
+    } catch (const errors::DocumentError& problem) {
+      said = problem.what();
+    }
+    EXPECT_THAT(said, testing::HasSubstr(wanted));
+    EXPECT_EQ(said.empty(), *wanted == 0) << said;
+  }
+  NamedRun run(machineFileSystem(), folder(), "r");
+  EXPECT_EQ(run.slice(1).stage, SliceState::Stage::going);
+  EXPECT_THROW(run.forget(), errors::DocumentError);
+}
+
+/// Two that begin at the same time.
+TEST_F(SliceJournal, FindsTheRequestOfAnotherSlice) {
+  class Meanwhile : public files::FailingFileSystem {
+   public:
+    void renameToFree(const files::Place& from, const files::Place& to) override {
+      FailingFileSystem::renameToFree(from, to);
+      if (to.name != "request") return;
+      close(createNew(from));
+      FailingFileSystem::renameToFree(from, to);
+    }
+  } meanwhile;
+  work(meanwhile);
+  EXPECT_EQ(texts(), "yy xx");
 }
 
 /// After a power failure the end of a journal may be missing, and the rest of a name may be another's.
