@@ -12,7 +12,8 @@ from dataclasses import dataclass, field
 from pathlib import Path
 
 JOBS = 2
-MEMORY = 4 << 30
+MEMORY = 6 << 30
+LARGEST_FILE = 16 << 30
 
 
 @dataclass
@@ -22,14 +23,16 @@ class Test:
     name: str
     folder: str
     environment: tuple
-    seconds: float = 0
+    seconds: float = 0  # of the processor
+    waited: float = 0  # in all, on a machine as busy as it was
     reached: set = field(default_factory=set)
     caught: int = 0
 
 
-# A mutant may delete anything, so tests can write only to a /tmp of their own. They see the machine's other files as
-# they are.
-APART = """mount --make-rprivate / && mount -t tmpfs tmpfs /tmp && mount --bind "$1" "$1" &&
+# A mutant may delete what it should not, or fill a disk: tests see the machine's files as they are, and can write only
+# to places in memory of their own, so much and no more.
+APART = """mount --make-rprivate / && mount -t tmpfs -o size=2g tmpfs /tmp && mount --bind "$1" "$1" &&
+mount -t tmpfs -o size=1g tmpfs /dev/shm &&
 mount -o remount,bind,ro / && mkdir -p /tmp/home && shift && exec "$@\""""
 
 
@@ -59,8 +62,8 @@ class Trial:
             raise SystemExit(f"mutants: no tests in {', '.join(targets)}")
         return tests
 
-    def start(self, tests, mutant, seconds, reached=None):
-        """Whether all of the tests pass, and how many seconds of the processor they took."""
+    def start(self, tests, mutant, seconds, waited, reached=None):
+        """Whether all of the tests pass, and how many seconds of the processor they took. They may wait longer."""
         first = tests[0]
         environment = dict(os.environ, PLUVO_MUTANT=str(mutant), QT_QPA_PLATFORM="offscreen", HOME="/tmp/home")
         environment.update(pair.split("=", 1) for pair in first.environment)
@@ -80,7 +83,8 @@ class Trial:
             # Tests of what a crash leaves may set more again.
             resource.setrlimit(resource.RLIMIT_CORE, (0, resource.getrlimit(resource.RLIMIT_CORE)[1]))
             resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
-            resource.setrlimit(resource.RLIMIT_FSIZE, (1 << 30, 1 << 30))
+            # Tests make large files of holes only.
+            resource.setrlimit(resource.RLIMIT_FSIZE, (LARGEST_FILE, LARGEST_FILE))
             os.nice(5)
 
         process = subprocess.Popen(command, cwd=first.folder, env=environment, stdin=subprocess.DEVNULL,
@@ -94,7 +98,7 @@ class Trial:
                 pass
 
         # For one that waits for ever and uses no processor.
-        patience = threading.Timer(30 + 8 * seconds, end)
+        patience = threading.Timer(30 + 8 * waited, end)
         patience.start()
         _, status, used = os.wait4(process.pid, 0)
         process.returncode = os.waitstatus_to_exitcode(status)
@@ -108,7 +112,9 @@ class Trial:
             number, test = pair
             file = self.scratch / f"reached{number}"
             file.write_bytes(bytes(self.count + 1))
-            passed, test.seconds = self.start([test], -1, 300, file)
+            begun = time.monotonic()
+            passed, test.seconds = self.start([test], -1, 300, 300, file)
+            test.waited = time.monotonic() - begun
             seen = file.read_bytes()
             test.reached = {i for i, byte in enumerate(seen) if byte}
             file.unlink()
@@ -129,14 +135,17 @@ class Trial:
         # First what caught most so far for its time, and what takes long only with all the others.
         tests.sort(key=lambda t: (-(t.caught + 1) / (t.seconds + 0.05)))
         first = tests[0]
-        if not self.start([first], number, 2 + 5 * first.seconds)[0]:
+        if not self.passes([first], number):
             first.caught += 1
             return first.name
         for program in sorted({(t.program, t.folder, t.environment) for t in tests[1:]}):
             some = [t for t in tests[1:] if (t.program, t.folder, t.environment) == program]
-            if not self.start(some, number, 2 + 5 * sum(t.seconds for t in some))[0]:
+            if not self.passes(some, number):
                 return Path(program[0]).name
         return None
+
+    def passes(self, tests, number):
+        return self.start(tests, number, 2 + 5 * sum(t.seconds for t in tests), sum(t.waited for t in tests))[0]
 
     def over(self, mutants, told):
         """(mutant, what caught it) for each, in their order."""
