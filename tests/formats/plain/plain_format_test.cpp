@@ -1,6 +1,7 @@
 #include "plain/plain_format.h"
 
 #include "base/utf.h"
+#include "plain/encodings.h"
 #include "storage/files/as_text.h"
 #include "support/dice.h"
 
@@ -128,6 +129,7 @@ const std::vector<Ends>& lineEnds() {
                                         {"CR", {"\r"}, "\r"},
                                         {"mostly CR LF", {"\r\n", "\n", "\r\n", "\r"}, "\r\n"},
                                         {"LF and CR", {"\r", "\n", "\n"}, "\n"},
+                                        {"CR and LF", {"\r", "\n", "\r"}, "\r"},
                                         {"none", {}, ""}};
   return all;
 }
@@ -247,7 +249,7 @@ TEST(PlainFormat, TellsTheEncodingOrRefuses) {
   const struct {
     std::string bytes;
     formats::Hint hint;
-    std::string told;  ///< empty: refused
+    std::string told;  ///< after "!", what the refusal says
   } cases[] = {{"plain", {}, "UTF-8"},
                {"plain", {"koi8r"}, "KOI8-R"},
                {german, {}, "UTF-8"},
@@ -255,7 +257,9 @@ TEST(PlainFormat, TellsTheEncodingOrRefuses) {
                {german, {"Windows-1251", true}, "Windows-1251"},
                {german + german + "\xE9", {}, "UTF-8"},
                {german + german + "\xE9", {"Windows-1252"}, "UTF-8"},
-               {german + "\xE9\xE9\xE9", {}, ""},  // too many to be stray, too few to be another encoding
+               {german + "\xE9\xE9\xE9",
+                {},
+                "!is partly UTF-8"},  // too many to be stray, too few to be another encoding
                {german + "\xE9\xE9\xE9", {"UTF-8"}, "UTF-8"},
                {"\xEF\xBB\xBF\xE9", {"KOI8-R", true}, "UTF-8"},
                {latin(u"Die Verträge der Müllers"), {}, "Windows-1252"},
@@ -264,26 +268,30 @@ TEST(PlainFormat, TellsTheEncodingOrRefuses) {
                 {},
                 "Windows-1252"},
                {japanese, {}, "Shift_JIS"},
-               {japanese, {"EUC-JP"}, ""},  // a byte that means nothing
-               {japanese + "\x81", {"SJIS"}, ""},
+               {"\n" + japanese, {"EUC-JP"}, "!is not EUC-JP: line 2 holds a byte that means nothing"},
+               {japanese + "\x81", {"SJIS"}, "!"},
                {cp1251, {}, "Windows-1251"},
                {cp1251, {"CP866"}, "CP866"},
-               {"a letter \xC6 is too little", {}, ""},
-               {std::string("zeros\0 and \xE9", 12), {}, ""},
+               {"a letter \xC6 is too little", {}, "!cannot be told for certain"},
+               {std::string("zeros\0 and \xE9", 12), {}, "!cannot be told for certain"},
+               {german, {"UTF-16LE"}, "UTF-8"},
+               {latin(u"Übergabe der Wohnung"), {}, "Windows-1252"},
                {std::string("\x42\x30\0a", 4), {"UTF-16LE"}, "UTF-16LE"},
-               {"\x1B$B4A\x1B(B kanji", {}, ""},  // without a byte over 127
+               {"\x1B$B4A\x1B(B kanji", {}, "!"},  // without a byte over 127
                {"\x1B$B4A\x1B(B kanji", {"ascii"}, "ASCII"},
-               {"\x1B$)C\x0E\x30\x21\x0F", {}, ""},
-               {"in ~{VPND~} HZ", {}, ""},
+               {"\x1B$)C\x0E\x30\x21\x0F", {}, "!"},
+               {"\x1B(I1\x1B(B", {}, "!ISO-2022"},
+               {"in ~{VPND~} HZ", {}, "!HZ"},
+               {"in ~{!~~} HZ", {}, "!HZ"},
                {"\x1B[31mred\x1B[0m\x1B(B, figures~{\\em 3} and~{4}, 5~}", {}, "UTF-8"},
-               {"plain", {"UTF-16"}, ""},
-               {"plain", {"ISO-2022-JP"}, ""},
-               {"plain", {"HZ"}, ""},
-               {"plain", {"utf-7"}, ""},
-               {"plain", {"IBM930"}, ""},  // by what its bytes do
-               {"plain", {"UTF-32LE"}, ""},
-               {"plain", {"UTF-8//IGNORE"}, ""},
-               {"plain", {"no such"}, ""}};
+               {"plain", {"UTF-16"}, "!"},
+               {"plain", {"ISO-2022-JP"}, "!"},
+               {"plain", {"HZ"}, "!"},
+               {"plain", {"utf-7"}, "!"},
+               {"plain", {"IBM930"}, "!"},  // by what its bytes do
+               {"plain", {"UTF-32LE"}, "!"},
+               {"plain", {"UTF-8//IGNORE"}, "!"},
+               {"plain", {"no such"}, "!"}};
   for (const auto& [bytes, hint, told] : cases) {
     SCOPED_TRACE(testing::PrintToString(bytes) + " " + hint.encoding);
     try {
@@ -292,9 +300,40 @@ TEST(PlainFormat, TellsTheEncodingOrRefuses) {
       EXPECT_EQ(written(opened, document::Document(opened.stories)), bytes);
     } catch (const errors::DocumentError& refused) {
       EXPECT_EQ(refused.problem(), errors::Problem::encoding);
-      EXPECT_EQ(told, "") << refused.what();
+      ASSERT_TRUE(told.starts_with("!")) << refused.what();
+      EXPECT_THAT(refused.what(), testing::HasSubstr(told.substr(1)));
     }
   }
+}
+
+TEST(PlainFormat, TellsEncodingsByTheirLanguages) {
+  const struct {
+    std::string encoding;
+    std::u16string text;
+  } cases[] = {
+      {"KOI8-R", u"Договор вступает в силу со дня его подписания сторонами."},
+      {"IBM866", u"Договор вступает в силу со дня его подписания сторонами."},
+      {"ISO-8859-5", u"Договор вступает в силу со дня его подписания сторонами."},
+      {"Windows-1253", u"Άρθρο πρώτο: η «σύμβαση» αρχίζει να ισχύει από την ημέρα της υπογραφής της."},
+      {"ISO-8859-7", u"Η σύμβαση αρχίζει να ισχύει από την ημέρα της υπογραφής της."},
+      {"Windows-1255", u"ההסכם ייכנס לתוקפו ביום חתימתו על ידי שני הצדדים."},
+      {"Windows-1256", u"يبدأ العمل بهذه الاتفاقية من تاريخ التوقيع عليها من الطرفين."},
+      {"Windows-874", u"สัญญานี้มีผลบังคับใช้ตั้งแต่วันที่ลงนามเป็นต้นไป"},
+      {"EUC-JP", u"本契約は署名の日から効力を生じるものとする。"},
+      {"GBK", u"本合同自双方签字之日起生效，未尽事宜由双方协商解决。"},
+      {"Big5", u"本合約自雙方簽字之日起生效，未盡事宜由雙方協商解決。"},
+      {"EUC-KR", u"이 계약은 양 당사자가 서명한 날부터 효력이 발생한다."},
+      {"Windows-1250", u"Příliš žluťoučký kůň úpěl ďábelské ódy, smlouva končí."},
+      {"ISO-8859-2", u"Umowa wchodzi w życie z dniem jej podpisania, także załączniki są ważne."},
+      {"Windows-1254", u"Sözleşme imzalandığı gün yürürlüğe girer ve iki yıl geçerlidir."}};
+  for (const auto& [encoding, text] : cases) {
+    SCOPED_TRACE(encoding);
+    const Opened empty = PlainFormat().read(bytesOf("\n"), {encoding, true});
+    document::Document document(empty.stories);
+    document.mainText().insertBefore(0, text);
+    EXPECT_EQ(PlainFormat().read(bytesOf(written(empty, document))).encoding, encoding);
+  }
+  for (const LikelyEncoding& likely : likelyEncodings()) EXPECT_EQ(encodingNamed(likely.name), likely.name);
 }
 
 TEST(PlainFormat, TextWithoutPlaceIsRefused) {
@@ -338,9 +377,10 @@ TEST(PlainFormat, UnsuitableFilesAreRefused) {
     const char* bytes;
     const char* extension;
     bool recognised;
-  } cases[] = {{"text", "txt", true},     {"", "txt", true},       {"PK is not a zip", "txt", true},
-               {"text", "", true},        {"text", "docx", false}, {"PK\x03\x04", "txt", false},
-               {"%PDF-1.7", "txt", false}};
+  } cases[] = {{"text", "txt", true},      {"", "txt", true},           {"PK is not a zip", "txt", true},
+               {"text", "", true},         {"text", "docx", false},     {"PK\x03\x04", "txt", false},
+               {"%PDF-1.7", "txt", false}, {"text\t\x1A", "doc", true}, {"", "doc", false},
+               {"a\x08", "dot", false},    {"\x0Et", "doc", false},     {"\xFE\xFF\x01", "dot", true}};
   for (const auto& it : cases)
     EXPECT_EQ(PlainFormat().recognises(bytesOf(it.bytes).view, it.extension), it.recognised) << it.bytes;
   for (const std::string& utf32 :
