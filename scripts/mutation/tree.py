@@ -38,6 +38,10 @@ class Tree:
         folder = folders[name]
         return folder, [other for other in folders.values() if other != folder and folder in other.parents]
 
+    def has_tests(self, room):
+        return any(re.search(rf"pluvo_tests\({room}\b", file.read_text())
+                   for file in (self.root / "tests").rglob("CMakeLists.txt"))
+
     def copy(self, changed, room=None):
         """The checkout as it is, with the sources of a room that are changed, which are compiled without warnings."""
         names = subprocess.run(["git", "-C", self.root, "ls-files", "-coz", "--exclude-standard"], check=True,
