@@ -70,9 +70,18 @@ TEST(Encoding, RefusesWhatItCannotKeep) {
 }
 
 TEST(Escape, LeavesNothingThatAReaderTakesForMarkup) {
-  std::string text;
-  appendEscapedText(text, u"a<b>&\"\t\r\n\u00E9\u20AC\U0001F600");
-  EXPECT_EQ(text, "a&lt;b&gt;&amp;\"\t&#13;\n\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80");
+  for (const auto& [units, wanted] :
+       {std::pair{u"a<b>&\"\t\r\n\u00E9\u20AC\U0001F600",
+                  "a&lt;b&gt;&amp;\"\t&#13;\n\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80"},
+        {u"a b~", "a b~"},
+        {u"a>", "a&gt;"},
+        {u"<", "&lt;"},
+        {u"\u00E9", "\xC3\xA9"},
+        {u"\r", "&#13;"}}) {
+    std::string text = "!";
+    appendEscapedText(text, units);
+    EXPECT_EQ(text, std::string("!") + wanted);
+  }
   for (const char32_t c : {0x0U, 0x1FU, 0xD800U, 0xDFFFU, 0xFFFEU, 0xFFFFU, 0x110000U})
     EXPECT_FALSE(isCharacter(c));
   for (const char32_t c : {0x9U, 0x20U, 0xD7FFU, 0xE000U, 0xFFFDU, 0x10FFFFU}) EXPECT_TRUE(isCharacter(c));

@@ -123,14 +123,23 @@ TEST(Scanner, SkipsElementsFromTheirStartOnly) {
   }
 }
 
+TEST(Scanner, SkipsNothingFromATextInAnElement) {
+  Scanner scanner = scannerOf("<a>b<c/></a>");
+  scanner.next();
+  scanner.next();
+  scanner.skipElement();
+  EXPECT_EQ(scanner.next(), Token::empty);
+}
+
 TEST(Scanner, SaysWhatIsWrongAndWhere) {
   const std::pair<std::string, const char*> cases[] = {
-      {"", "no element"},
+      {"", "part \"part.xml\" is damaged at byte 0: it has no element; let a"},
       {"<!-- a -->", "no element"},
       {"<a>", "ends within the element <a>"},
       {"<a><b></a>", "<b> is not closed"},
       {"<a></ab>", "not closed by its own"},
       {"<a></a", "not closed"},
+      {"<a></a?</a>", "byte 6: an end tag is not closed"},
       {"</a>", "closes nothing"},
       {"<a/><b/>", "second outermost"},
       {"<a/>b", "text outside"},
@@ -143,14 +152,14 @@ TEST(Scanner, SaysWhatIsWrongAndWhere) {
       {"<a b/>", "no value"},
       {"<a b=c/>", "not in quotes"},
       {"<a b='<'/>", "'<' in an attribute"},
-      {"<a b='c", "value is not closed"},
+      {"<a b='c", ": an attribute's value is not closed"},
       {"<a b='c'", "tag is not closed"},
       {"<a/ >", "tag is not closed"},
       {"< a/>", "begins no markup"},
       {"<1/>", "characters that names"},
       {"<a:b:c xmlns:a='u'/>", "characters that names"},
       {"<a:/>", "characters that names"},
-      {"<a \xC3\x97='b'/>", "characters that names"},
+      {"<a \xC3\x97='b'/>", "byte 3: a name has characters that names"},
       {"<p:a/>", "declared nowhere"},
       {"<a><b xmlns:p='u'/><p:c/></a>", "byte 19: a name has a prefix"},
       {"<a xmlns:p=''/>", "without a namespace"},
@@ -160,6 +169,8 @@ TEST(Scanner, SaysWhatIsWrongAndWhere) {
       {"<a>&b;</a>", "begins no character reference"},
       {"<a>&#0;</a>", "begins no character reference"},
       {"<a>&#x@;</a>", "begins no character reference"},
+      {"<a>&#1a;</a>", "begins no character reference"},
+      {"<a>&#:;</a>", "begins no character reference"},
       {"<a>&#xg;</a>", "begins no character reference"},
       {"<a>&#xD800;</a>", "begins no character reference"},
       {"<a>&#x110000;</a>", "begins no character reference"},
@@ -169,12 +180,13 @@ TEST(Scanner, SaysWhatIsWrongAndWhere) {
       {"<a><!-- -- --></a>", "\"--\" in a comment"},
       {"<a><!-- b", "comment is not closed"},
       {"<a><![CDATA[ b", "CDATA section is not closed"},
-      {"<a><?b", "instruction is not closed"},
+      {"<a><?b", ": a processing instruction is not closed"},
       {"<a><? b?></a>", "instruction has no name"},
       {"<a><!b></a>", "markup that XML does not know"},
       {" <?xml version='1.0'?><a/>", "not at the beginning"},
       {"<?xml version='2.0'?><a/>", "declaration is not one"},
       {"<?xml encoding='UTF-8'?><a/>", "declaration is not one"},
+      {"<?xml version \"1.0\"?><a/>", "declaration is not one"},
       {"<!DOCTYPE a [<!ENTITY b 'c'>]><a>&b;</a>", "document type"},
       {"<a>\x01</a>", "byte 3: there is a byte"},
       {"<a>\xC0\xAF</a>", "byte 3"},
@@ -183,6 +195,14 @@ TEST(Scanner, SaysWhatIsWrongAndWhere) {
       {std::string(70, ' ') + "<a>\xE2\x82", "byte 73"}};
   for (const auto& [text, said] : cases)
     EXPECT_THAT(refusal(text), AllOf(StartsWith("damaged: "), HasSubstr(said))) << text;
+}
+
+TEST(Scanner, TakesNamesAsTheStandardHasThem) {
+  for (const std::string name : {"À", "Ö", "Ø", "ö", "ø", "Ͱ", "ͽ", "Ϳ", "\u1FFF", "、", "\uFFFD",
+                                 "\U00010000", "a·", "a\u0300", "a\u036F", "a‿", "xal"})
+    EXPECT_EQ(refusal("<?" + name + " b?><" + name + "/>"), "") << name;
+  for (const std::string name : {"×", "÷", "·", "\u0300", ";", "\u2000", "\u3000", "\uE000", "a\u2041"})
+    EXPECT_THAT(refusal("<" + name + "/>"), StartsWith("damaged: ")) << name;
 }
 
 TEST(Scanner, LooksAtEveryCharacterWhereverItStands) {
