@@ -82,6 +82,9 @@ class Tree:
             start = next(i for i, word in enumerate(arguments) if re.search(r"\+\+[^/]*$", word)) + 1
             kept = [a for a in arguments[start:] if not re.match(r"-(c|o|W.*|fcf-.*|fstack-.*|D_FORTIFY.*)$|.*\.(cpp|o)$", a)]
             finder.read(path, ["-xc++", "-w", *self.unpacked(kept)], others)
+        # Tables of data that a tool writes are no code.
+        finder.sources = {name: source for name, source in finder.sources.items()
+                          if not source.bytes.startswith(b"// Written by ")}
         edits = []
         number = 1
         for name in sorted(finder.sources):
