@@ -306,6 +306,17 @@ TEST(PlainFormat, TellsTheEncodingOrRefuses) {
   }
 }
 
+TEST(PlainFormat, ReadsAndWritesEveryByteOfWindows1252) {
+  std::string bytes;
+  for (unsigned byte = 0x80; byte <= 0xA0; ++byte) bytes += static_cast<char>(byte);
+  const std::u16string text = u"€\u0081‚ƒ„…†‡ˆ‰Š‹Œ\u008DŽ\u008F\u0090‘’“”•–—˜™š›œ\u009DžŸ\u00A0";
+  const Opened opened = PlainFormat().read(bytesOf(bytes), {"CP1252", true});
+  document::Document document(opened.stories);
+  EXPECT_EQ(textOf(document.mainText()), text + u"\r");
+  document.mainText().insertBefore(0, text);
+  EXPECT_EQ(written(opened, document), bytes + bytes);
+}
+
 TEST(PlainFormat, TellsEncodingsByTheirLanguages) {
   const struct {
     std::string encoding;
