@@ -8,7 +8,6 @@ namespace pluvo::dialog {
 namespace {
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
 
 constexpr const char* kHead = "Changes\t\tFile Name\r\n-----------\t\t------------";

@@ -19,7 +19,6 @@ namespace pluvo::runs {
 namespace {
 
 using Reply = Answer::Reply;
-using ::testing::ElementsAre;
 
 /// Answers as it is told to, and keeps what it hears.
 class ScriptedFace final : public Face {

@@ -42,11 +42,8 @@ std::string read(const std::string& file) {
 TEST(DocFormat, ReadsTextThroughItsPieces) {
   for (const char* const text :
        {"¶", "plain¶", "été’s <7:marked>, <h:hidden> and <h7:both>¶Привет 中文😀<2:€>¶",
-        "a\vb\tc\fd\x1E"
-        "e¶§f\x0E"
-        "g¶§¶",
-        "⟦a¶b¦<3:c>¦‖d¦‖⟧e¶⟦⟦f¦‖⟧¶g¦‖⟧¶", "a¶⟦⟦⟦x¦y¦‖⟧¶¦‖⟧¶¦‖⟧¶", "{PAGE|1}x{A{B|C}|D}{E}¶⟦{F|¶⟦g¦‖⟧h¶}¦‖⟧¶",
-        "<h:a{b|c}>d{e|<h:f>}¶"}) {
+        "a\vb\tc\fd\036e¶§f\016g¶§¶", "⟦a¶b¦<3:c>¦‖d¦‖⟧e¶⟦⟦f¦‖⟧¶g¦‖⟧¶", "a¶⟦⟦⟦x¦y¦‖⟧¶¦‖⟧¶¦‖⟧¶",
+        "{PAGE|1}x{A{B|C}|D}{E}¶⟦{F|¶⟦g¦‖⟧h¶}¦‖⟧¶", "<h:a{b|c}>d{e|<h:f>}¶"}) {
     DocBuilder builder;
     builder.notation(text);
     EXPECT_EQ(read(builder.build()), text);

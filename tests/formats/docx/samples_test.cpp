@@ -21,8 +21,6 @@
 namespace pluvo::docx {
 namespace {
 
-using text::View;
-
 base::Bytes sample(const std::string& name) {
   return store::bytesOf(std::string(PLUVO_SAMPLES) + "/" + name);
 }

@@ -17,7 +17,6 @@ namespace pluvo::journal {
 namespace {
 
 using errors::DocumentError;
-using errors::Problem;
 using files::machineFileSystem;
 using testing::ElementsAre;
 using testing::IsEmpty;
