@@ -107,7 +107,7 @@ void refuseNotKept(const Option& option) {
                    " is not kept with a request; give it when the file is run: pluvo run FILE DOCUMENT...");
 }
 
-/// What getopt makes of the arguments: options in the order they were typed, and the rest.
+/// Reads the arguments with getopt: options in the order they were typed, and the rest.
 class Scanner {
  public:
   explicit Scanner(const std::vector<std::string>& arguments) : words_(arguments) {

@@ -86,7 +86,7 @@ void add(std::vector<Value>& values, const Width& width, const std::wstring& pat
                                {below(library, L"HELPDIR"), L"", moduleFolder()}});
 }
 
-/// What Word reads when it starts.
+/// Adds the values that Word reads when it starts.
 void addAddIn(std::vector<Value>& values, const Width& width) {
   const Key key = addInKey(width);
   values.insert(values.end(), {{key, L"FriendlyName", std::wstring(kName)},

@@ -8,7 +8,7 @@
 
 namespace pluvo::component {
 
-/// What a value of the registry holds.
+/// The content of a value of the registry.
 struct Data {
   Data() = default;
   Data(const std::wstring& text);  // NOLINT(google-explicit-constructor)

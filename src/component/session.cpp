@@ -31,7 +31,7 @@ namespace {
 
 using Microsoft::WRL::ComPtr;
 
-/// What the add-in was given, on Word's thread; null while it is not connected.
+/// The object that Word gave the add-in, on Word's thread; null while it is not connected.
 ComPtr<IDispatch>& givenWord() {
   static auto* const given = new ComPtr<IDispatch>;
   return *given;

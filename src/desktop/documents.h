@@ -53,7 +53,7 @@ class Documents final : public QStackedWidget, private memory::ApplicationObserv
   // Of the thread that works.
   /// The pass has come some way, which the window may show.
   void progress();
-  /// What the pass has done so far is shown.
+  /// Shows the work of the pass so far.
   void showNow();
   /// The work is done but for this.
   void finish();

@@ -50,7 +50,7 @@ class FolderRun final : public dialog::FileStepper, private runs::Face {
     std::function<std::optional<std::string>(const std::string& path)> freeName;
     /// The originals cannot be kept, for this reason; whether the run goes on without a way back.
     std::function<bool(const std::string& why)> goesOnWithoutOriginals;
-    /// What became of a document.
+    /// Called with the outcome of each document.
     std::function<void(const runs::Outcome& outcome)> told;
     /// The file has another version.
     std::function<void(const std::string& path)> saved;

@@ -162,7 +162,7 @@ void OpenDocument::show(News news) {
   edited();
 }
 
-/// What the user has selected meanwhile stays so, and moves with the text.
+/// The user's selection meanwhile stays, and moves with the text.
 void OpenDocument::keepSelection(memory::MemoryDocument& before, const std::vector<view::Changes>& changes) {
   const std::size_t story = before.selectedStory();
   text::Span selection = before.selection();

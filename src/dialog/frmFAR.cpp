@@ -48,7 +48,7 @@ class ProgramPicker final : public FolderPicker {
 
 }  // namespace
 
-/// What the pages do.
+/// The behaviour of the pages.
 struct frmFAR::Rules {
   explicit Rules(frmFAR& form, const std::u16string& dataFolder)
       : choices(form.pages_->pgFindAndReplace, form.context_, form.services_.boxes, form.services_.inputs),

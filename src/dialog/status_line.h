@@ -16,7 +16,7 @@ namespace pluvo::dialog {
 /// search or save ended.
 class StatusLine {
  public:
-  /// What the last run did not reach; see DialogServices.
+  /// Tells the texts that the last run did not reach; see DialogServices.
   using NotReached = std::function<void(const std::function<void(const std::u16string& sentence)>& told)>;
 
   /// All outlive it, and have their handlers already.

@@ -42,7 +42,7 @@ class Cover {
   std::vector<Span> spans;
 
  private:
-  /// What reaches over a position: the innermost table (or field) on both sides of it.
+  /// The innermost table (or field) that reaches over a position, on both sides of it.
   template <class Nested>
   std::int32_t over(const std::vector<Nested>& all, std::int32_t (*innermostAt)(const Story&, Position),
                     Position position) const {

@@ -72,7 +72,7 @@ std::optional<Span> FindMemory::search(const Entry& entry, Position from, Positi
   return entry.search.find(text_, visibility_, entry.view, from, to);
 }
 
-/// What the view shows, gathered, where that lies in many short stretches. Each find would gather them anew.
+/// The text the view shows, gathered, where it lies in many short stretches. Each find would gather it anew.
 const text::VisibleText* FindMemory::shownIn(View view) const {
   constexpr std::size_t kFew = 64;
   constexpr std::size_t kShort = 1024;

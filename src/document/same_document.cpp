@@ -93,7 +93,7 @@ bool sameStructure(const Story::Snapshot& meant, const Content& readBack) {
                   });
 }
 
-/// What the file has no colour for may have any in memory.
+/// A character that the file has no colour for may have any in memory.
 bool sameHighlight(const Story::Snapshot& meant, const Content& readBack) {
   const auto isColourless = [&](const Structure& structure) {
     return structure.restriction != kNone &&

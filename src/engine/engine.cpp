@@ -26,7 +26,7 @@ Count oneMore(Count count) {
 
 }  // namespace
 
-/// What InitializeFind prepares and a pass works on.
+/// The state that InitializeFind prepares and a pass works on.
 struct Engine::State {
   State(word::Application& theApplication, Observer& theObserver)
       : application(theApplication), observer(theObserver) {}

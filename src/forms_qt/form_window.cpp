@@ -38,7 +38,7 @@ class Frame final : public QDialog {
   FormWindow* window_;
 };
 
-/// What the keys of a form as a whole come to, wherever the focus is, and news of the system's looks.
+/// Hears the keys of a form as a whole, wherever the focus is, and news of the system's looks.
 class Listener final : public QObject {
  public:
   Listener(FormWindow& window, QObject* parent) : QObject(parent), window_(window) {}

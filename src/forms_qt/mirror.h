@@ -55,7 +55,7 @@ class Mirror : public QObject {
   Mirror(forms::Control& control, UserActions& userActions) : control_(control), userActions_(userActions) {}
   /// To be called once, at the end of the constructor of the kind.
   void mirrors(QWidget& widget);
-  /// What the kind has besides what all have.
+  /// Brings the properties of this kind alone up to date.
   virtual void refreshKind() = 0;
   /// Where its colours are shown.
   virtual void dress();

@@ -9,7 +9,7 @@
 
 namespace pluvo::forms_qt {
 
-/// What text boxes of one line and of several have in common: keys and mouse buttons as the control's events.
+/// Text boxes of one line and of several share this: keys and mouse buttons become the control's events.
 class TextBoxMirror : public Mirror {
  public:
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -53,7 +53,7 @@ class LinesMirror final : public TextBoxMirror {
   void refreshKind() override;
   void paste() override { shown_->paste(); }
   bool takes(const QKeyEvent& key) override;
-  /// What the widget holds, as the control has it.
+  /// The widget's text, as the control has it.
   std::u16string held() const;
 
   QPlainTextEdit* shown_;

@@ -30,7 +30,7 @@ QString lines(const std::u16string& text);
 /// From a widget's raw text: paragraph ends become CR LF.
 std::u16string linesBack(const QString& raw);
 
-/// What a screen reader says of a control: its caption, else its tip where that is short, else its name in
+/// A screen reader's words for a control: its caption, else its tip where that is short, else its name in
 /// words.
 QString spokenName(const forms::Control& control);
 

@@ -24,7 +24,7 @@ class Chosen {
   HGDIOBJ before_;
 };
 
-/// What Windows has since version 10; null before.
+/// A function that Windows has since version 10; null before.
 template <class Function>
 Function newer(const char* name) {
   return reinterpret_cast<Function>(

@@ -17,7 +17,7 @@ std::vector<std::string> spellings(const Option& option);
 std::vector<std::string> takingNextWord(const Program& program);
 /// Names of the commands that work on documents and on nothing else.
 std::vector<std::string> commandsOnDocuments(const Program& program);
-/// What an option is for, in a few words: its help up to the first pause.
+/// The purpose of an option in a few words: its help up to the first pause.
 std::string shortHelp(const Option& option);
 /// The name of a shell's function: "_pluvo_desktop".
 std::string functionName(const Program& program, std::string_view prefix);

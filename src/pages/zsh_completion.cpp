@@ -80,7 +80,7 @@ std::string commandNames(const Program& program) {
   return text + "))'";
 }
 
-/// What _arguments is told of the options that go with the command, or of all.
+/// The words for _arguments about the options that go with the command, or about all.
 std::string options(const Program& program, const std::string& command) {
   std::string text;
   for (const Option& option : program.options) {

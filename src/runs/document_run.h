@@ -23,7 +23,7 @@ struct RunContext {
 /// Takes the blocks of a document as they come; empty where they are not wanted, since reading them costs.
 using BlockSink = std::function<void(const BlockReport&)>;
 
-/// What became of a document, and where it is to be saved, its new version.
+/// The outcome of a document, and its new version where it is to be saved.
 struct Worked {
   Outcome outcome;
   std::unique_ptr<files::Pending> version;

@@ -17,7 +17,7 @@ class ParagraphCounter {
   /// The number of the paragraph that holds the position, from 1.
   std::int32_t numberAt(word::Document& document, std::int32_t position);
 
-  /// What stood after the edit's end before the edit has this position now, and this number.
+  /// The text after the edit's end now has this position, and this number.
   void resumeAt(std::int32_t position, std::int32_t number);
 
  private:

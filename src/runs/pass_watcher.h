@@ -45,7 +45,7 @@ class PassWatcher final : public engine::Observer {
 
   /// Why the first change was refused, if one was.
   const std::optional<Failure>& firstRefusal() const { return firstRefusal_; }
-  /// What ended the pass otherwise, before all blocks were found.
+  /// The failure that ended the pass before all blocks were found.
   const std::optional<Failure>& failure() const { return failure_ ? failure_ : lastFault_; }
 
  private:

@@ -105,8 +105,8 @@ TEST(SecretText, LeavesNothingWhereItWas) {
   EXPECT_TRUE(second.text().empty());  // NOLINT(bugprone-use-after-move)
   EXPECT_EQ(third.text(), u"long enough for memory of its own");
   std::u16string brief = u"pass";
+  const std::string_view left(reinterpret_cast<const char*>(&brief), sizeof(std::u16string));
   const SecretText fourth(std::move(brief));
-  const std::string_view left(reinterpret_cast<const char*>(&brief), sizeof brief);
   EXPECT_EQ(left.find('s'), std::string_view::npos) << "within the string itself";
   std::string row = "abc";
   wipe(row.data(), 2);

@@ -34,7 +34,7 @@ class CodePage::Converter {
     char32_t point = 0;
   };
 
-  /// What exactly these bytes are. Silent: they say something, but are no character.
+  /// The meaning of exactly these bytes. Silent: they say something, but are no character.
   Decoded decode(ByteSpan bytes) {
     std::array<char, 8> in = {};
     std::array<std::uint8_t, 32> out = {};

@@ -9,8 +9,8 @@
 
 namespace pluvo::xml {
 
-/// What an ASCII byte may be, as bits. Bytes of longer characters count as parts of names, until isNcName
-/// says.
+/// The roles an ASCII byte may have, as bits. Bytes of longer characters count as parts of names, until
+/// isNcName says.
 enum ByteClass : std::uint8_t {
   kBlank = 1,      ///< space, tab, CR, LF
   kNamePart = 2,   ///< may stand in a qualified name

@@ -18,7 +18,7 @@ constexpr std::uint16_t kZip64Version = 45;
 constexpr std::uint16_t kZip64Extra = 1;
 constexpr std::uint64_t kCopied = std::uint64_t{4} << 20U;
 
-/// What the new archive's directory says of a member.
+/// A member's place and sizes, for the new archive's directory.
 struct Place {
   std::uint64_t header = 0;
   std::uint64_t packedSize = 0;

@@ -108,7 +108,7 @@ class Column {
   std::shared_ptr<memory::MemoryDocument> document_;
   std::size_t number_;
   Looks looks_;
-  /// What heights are guessed by.
+  /// Heights are guessed from this.
   double charactersInLine_ = 80;
   double lineHeight_ = 16;
   std::unique_ptr<BlockIndex> index_;

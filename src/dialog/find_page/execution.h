@@ -33,7 +33,7 @@ class Execution {
   /// Whether there is a document to run over. Throws Fault where the word processor does not answer.
   bool hasDocument();
 
-  /// What Execute began has come to its end, or to the first block that awaits a decision.
+  /// The pass that Execute began has come to its end, or to the first block that awaits a decision.
   forms::Event<> Executed;
 
   /// Whether a block awaits the user's decision, and the steps that follow the last decision.

@@ -66,7 +66,7 @@ std::u16string changesNothing(const Request& request) {
          u"', and " + missing->title + u" is not asked for.";
 }
 
-/// What the engine makes of the distance; nothing where it is none, or too large.
+/// The distance as the engine reads it; nothing where it is none, or too large.
 std::optional<std::int16_t> distanceOf(const Request& request) {
   const std::u16string& distance = request.find.cboxNumberDistanceApart.Text();
   if (distance == kSame) return std::int16_t{0};
@@ -129,7 +129,7 @@ std::u16string joined(const std::vector<std::u16string>& sentences) {
   return text;
 }
 
-/// What becomes of texts that are not looked for as a whole.
+/// Sentences about texts that are not looked for as a whole.
 void addCuts(const Request& request, std::vector<std::u16string>& sentences) {
   std::u16string cut;
   for (const Searched& text : {kBegin, kEnd, kInside}) {

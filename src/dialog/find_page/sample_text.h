@@ -5,7 +5,7 @@
 
 namespace pluvo::dialog {
 
-/// What an operation is to do to a sample; codes as the engine has them.
+/// An operation on a sample; codes as the engine has them.
 struct SampleOperation {
   std::int16_t operation = 0;
   std::int16_t location = 0;

@@ -9,7 +9,7 @@
 
 namespace pluvo::doc {
 
-/// What stays of a document: its streams, and where its text lies in them.
+/// The document as it was read: its streams, and where its text lies in them.
 struct Opened {
   Opened(base::Bytes bytes, const formats::Hint& hint) : streams(Streams::open(std::move(bytes), hint)) {}
 

@@ -6,7 +6,7 @@
 
 namespace pluvo::doc {
 
-/// What of an original does not stand in the edited document as it must; empty where all does. Throws
+/// The first part of an original that is not in the edited document as it must; empty if none is. Throws
 /// DocumentError: damaged where a second information block cannot be read.
 std::string firstMoved(const Text& original, const Text& edited);
 

@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::size_t kPage = FormattedPages::kPage;
 
-/// What differs between the pages of characters and those of paragraphs.
+/// The differences between the pages of characters and those of paragraphs.
 struct Kind {
   bool isOfParagraphs;
   std::size_t element;

@@ -67,7 +67,7 @@ struct Bookmarks {
   }
 };
 
-/// What programs make out anew: heights of paragraphs, pages, spelling, versions of layout.
+/// Tables that programs make anew: heights of paragraphs, pages, spelling, versions of layout.
 constexpr std::array<std::uint8_t, 58> kMadeAnew = {
     8,   34,  49,  55,  63,  64,  65,  66,  67,  68,  77,  78,  79,  80,  81,  82,  86,  88,  90,  93,
     98,  101, 102, 103, 104, 105, 106, 107, 110, 111, 116, 119, 128, 129, 130, 132, 133, 134, 135, 146,

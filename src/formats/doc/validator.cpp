@@ -54,7 +54,7 @@ class Validator {
       defects_.note("information block gives another length than the stream has", used);
   }
 
-  /// What precedes the pieces in their table, and where that begins.
+  /// Reads the groups before the pieces in their table, and finds where the pieces begin.
   void readGroups() {
     const ByteSpan table = text_.in(Table::pieces);
     std::size_t at = 0;
@@ -119,7 +119,7 @@ class Validator {
     return found;
   }
 
-  /// What names a picture stands for one.
+  /// Each character whose look names a picture stands for one.
   void checkPictures(const Piece& piece) {
     auto stretch = std::ranges::upper_bound(facts_.pictures, piece.offset, {}, &PageFacts::Stretch::to);
     for (; stretch != facts_.pictures.end() && stretch->from < piece.end(); ++stretch) {

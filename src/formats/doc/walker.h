@@ -12,7 +12,7 @@
 
 namespace pluvo::doc {
 
-/// What ends a paragraph.
+/// The end of a paragraph.
 enum class Mark : std::uint8_t { paragraph, cell, row, section };
 
 /// Follows a walk over a text.

@@ -10,7 +10,7 @@ using Ids = std::set<std::string>;
 
 namespace {
 
-/// What becomes of an element directly in a part's root.
+/// The fate of an element directly in a part's root.
 enum class Fate : std::uint8_t { stays, goes, losesParent };
 
 /// Walks the elements in a part's root; inside(scanner) sees every element within one that goes.

@@ -11,7 +11,7 @@
 
 namespace pluvo::docx {
 
-/// What an edit has done to what an element holds.
+/// The outcome of an edit for the contents of an element.
 struct Outcome {
   bool kept = false;  ///< holds text, old or new
   bool lost = false;  ///< held text that went

@@ -14,8 +14,8 @@
 
 namespace pluvo::docx {
 
-/// What was read last from small parts. The packages that a document embeds have some of them alike, byte for
-/// byte, and one that is packed alike holds the same.
+/// Remembers the values read last from small parts. The packages that a document embeds have some of them
+/// alike, byte for byte, and one that is packed alike holds the same.
 template <class Value>
 class PartMemory {
  public:

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::string_view kSign = "erReference";
 
-/// What a section names: the tag of a w:headerReference or w:footerReference.
+/// A reference of a section: the tag of a w:headerReference or w:footerReference.
 struct Reference {
   bool isHeader = false;
   std::string_view id;

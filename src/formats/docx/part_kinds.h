@@ -7,7 +7,7 @@
 
 namespace pluvo::docx {
 
-/// What parts of a package hold texts, or may hold some that nobody looks for.
+/// The parts of a package that hold texts, or may hold some that nobody looks for.
 enum class PartKind : std::uint8_t {
   stories,
   glossary,

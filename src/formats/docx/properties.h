@@ -63,7 +63,7 @@ std::string withMarkLike(std::string_view paragraphProperties, const Markup& mar
 /// mark and properties: they stay with the old mark.
 std::string forSplitOffParagraph(std::string_view paragraphProperties);
 
-/// What says that the mark of a paragraph is deleted, an element without content; empty where nothing does.
+/// The empty element that says that the mark of a paragraph is deleted; empty where there is none.
 std::string_view deletionOfMark(std::string_view paragraphProperties);
 
 /// w:pPr of which the mark is deleted, as such an element says.

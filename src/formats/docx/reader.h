@@ -69,7 +69,7 @@ struct BodyMap {
   /// divided.
   Offset lastParagraph = 0;
 
-  /// What may hold other texts, in order: drawings, formulas, guides, bound controls.
+  /// The elements that may hold other texts, in order: drawings, formulas, guides, bound controls.
   std::vector<Offset> asides;
 
   /// For bytes that were moved; asides are not looked at.

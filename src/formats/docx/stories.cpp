@@ -19,7 +19,7 @@ using word::WdStoryType;
 
 namespace {
 
-/// What refers to a story of such elements, and of what kind it is.
+/// The reference to a story of such elements, and its kind.
 struct Kind {
   Name element;
   WdStoryType story;

@@ -46,7 +46,7 @@ class StoryFinder : private StoryReader {
 
  private:
   using List = std::vector<FoundStory>;
-  /// What holds stories side by side: the part, a story, or alternatives.
+  /// The holder of stories side by side: the part, a story, or alternatives.
   struct Holder {
     std::vector<List> branches;
     std::size_t shown = 0;

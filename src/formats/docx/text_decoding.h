@@ -13,7 +13,7 @@ void appendCodePoint(std::u16string& units, char32_t c);
 /// Adds bytes that a scanner has found to be UTF-8; a line end is a blank.
 void appendUtf8(std::u16string& units, std::string_view bytes);
 
-/// What bytes that a scanner has found to be UTF-8 are to XML and to the text.
+/// The nature of bytes, known to be UTF-8, to XML and to the text.
 enum class Plainness : std::uint8_t {
   none,   ///< a control character is among them, or one that could mean more to XML: '&' or ']'
   wide,   ///< they stand for themselves

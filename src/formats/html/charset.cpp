@@ -16,7 +16,7 @@ namespace {
 using code_pages::Encoding;
 using namespace std::string_view_literals;
 
-/// What pages call encodings, where that is not their name elsewhere.
+/// The names of encodings in pages, where they differ from the names elsewhere.
 struct Label {
   std::string_view name;
   std::string_view labels;  ///< blanks around each

@@ -94,7 +94,7 @@ class Events {
   virtual void blockBegins(const Block& /*block*/) {}
   /// The end tag is empty where it is left out.
   virtual void blockEnds(const Block& /*block*/, Extent /*endTag*/) {}
-  /// What divides paragraphs and holds none.
+  /// An element that divides paragraphs and holds none.
   virtual void divides(Extent /*bytes*/) {}
   // Tables, from the first cell on.
   virtual void tableBegins(const Block& /*table*/, std::size_t /*firstCell*/) {}

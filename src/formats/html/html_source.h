@@ -7,7 +7,7 @@
 
 namespace pluvo::formats::html {
 
-/// What stays of a page: its bytes.
+/// The page as it was read: its bytes.
 class HtmlSource final : public formats::Source {
  public:
   HtmlSource(std::unique_ptr<const Page> page, OldDocument old)

@@ -9,7 +9,7 @@
 
 namespace pluvo::formats::html {
 
-/// What inline elements make of the text in them.
+/// The looks that inline elements give the text in them.
 struct State {
   bool hidden = false;
   bool silent = false;  ///< no text: the label of a list, the text above a ruby

@@ -124,7 +124,7 @@ void InlineTags::close(const Token& token) {
   }
 }
 
-/// What Word writes for one character, or several.
+/// Takes an element that Word writes for one character, or several.
 bool InlineTags::takeSpecial(const Token& token, const Style& style) {
   Extent whole;
   if (walk_.state.silent) return false;

@@ -73,7 +73,7 @@ class Markup {
   /// Closes all elements but those open in both.
   void closeTo(std::int32_t number);
 
-  /// What new spans say against a rule of the document for spans.
+  /// The CSS of new spans against a rule of the document for spans.
   std::string against();
   std::string_view old(Extent extent) const { return page_.bytes().substr(extent.begin, extent.size()); }
 

@@ -134,7 +134,7 @@ enum class Name : std::uint8_t {
   count,
 };
 
-/// What an element is, in bits.
+/// The traits of an element, in bits.
 enum Trait : std::uint16_t {
   kBlock = 1U << 0U,        ///< begins and ends paragraphs
   kExistsEmpty = 1U << 1U,  ///< is a paragraph where there is no text in it

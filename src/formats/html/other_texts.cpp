@@ -18,7 +18,7 @@ using formats::Unreached;
 
 namespace {
 
-/// What scripts write text with.
+/// Whether a script calls a function that writes text.
 bool writesText(std::string_view script) {
   constexpr std::array<std::string_view, 7> kWords = {"document.write", "innerHTML",   "outerHTML",
                                                       "innerText",      "textContent", "createTextNode",

@@ -79,7 +79,7 @@ void ParagraphEnds::writeDueLineEnd() {
   line_.isBeside = isOld;
 }
 
-/// What tells the look of a mark: an empty element of Word's, which programs pass by.
+/// Writes the look of a mark: an empty element of Word's, which programs pass by.
 void ParagraphEnds::putLook(std::int32_t inlines) {
   if (!hasLook(due_)) return;
   const State state = line_.stateOf(inlines);

@@ -13,7 +13,7 @@ class ParagraphEnds {
 
   void begin();
 
-  /// What ends a paragraph: a piece of kind mark, or a line end's character.
+  /// Takes the end of a paragraph: a piece of kind mark, or a line end's character.
   void take(const Piece& mark);
   /// A section's end, which ends its paragraph by itself.
   void passSection();

@@ -21,7 +21,7 @@ class ParagraphPieces {
                   document::EditScript& script, const Touched& touched)
       : walker_(walker), markup_(markup), story_(story), script_(script), touched_(touched) {}
 
-  /// What the walk met, in the order of the bytes.
+  /// A thing that the walk met, in the order of the bytes.
   struct Item {
     Piece::Kind kind = Piece::Kind::text;
     bool keepsBlanks = false;

@@ -136,7 +136,7 @@ void readShown(std::string_view name, std::string_view value, Style& style) {
   }
 }
 
-/// What Word alone writes.
+/// Reads the properties that Word alone writes.
 void readWords(std::string_view name, std::string_view value, Style& style) {
   const auto is = [&](std::string_view other) { return equalsIgnoringAsciiCase(name, other); };
   if (is("mso-element")) {

@@ -46,7 +46,7 @@ struct Style {
   std::optional<std::uint8_t> colour() const { return highlight ? highlight : background; }
   /// Whether anything is said.
   bool saysNothing() const;
-  /// What another says holds against this.
+  /// The properties of another hold against these.
   void takeOver(const Style& other);
 };
 
@@ -57,7 +57,7 @@ Style styleOf(std::string_view declarations);
 template <class Visit>
 void forEachDeclaration(std::string_view declarations, Visit visit);
 
-/// What Word calls the colour of a highlight.
+/// Word's name for the colour of a highlight.
 std::string_view nameOfColour(std::uint8_t colour);
 /// Nothing where it is none of Word's 16; 0 for none and transparent.
 std::optional<std::uint8_t> colourNamed(std::string_view value);

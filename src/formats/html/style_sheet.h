@@ -16,9 +16,9 @@ class StyleSheet {
   /// The contents of a style element. After ten thousand rules or a mebibyte the rest is left out.
   void add(std::string_view text);
 
-  /// What rules and its own attribute say of an element. Lives until the next call.
+  /// The style of an element by rules and its own attribute. Lives until the next call.
   const Style& styleOf(std::string_view name, const Attributes& attributes);
-  /// What rules say of every span; new ones have to say otherwise.
+  /// The rules' style of every span; new ones have to say otherwise.
   const Style* ofSpan() const;
 
  private:

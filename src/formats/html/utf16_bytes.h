@@ -10,7 +10,7 @@
 
 namespace pluvo::formats::html {
 
-/// What a file in UTF-8 or UTF-16 may begin with.
+/// Byte order marks, with which a file in UTF-8 or UTF-16 may begin.
 inline constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 inline constexpr std::string_view kLittleMark = "\xFF\xFE";
 inline constexpr std::string_view kBigMark = "\xFE\xFF";

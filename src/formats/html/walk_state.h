@@ -14,7 +14,7 @@
 
 namespace pluvo::formats::html {
 
-/// What of a page is walked through.
+/// The part of a page that is walked through.
 struct Part {
   Extent bytes;
   StyleSheet* sheet = nullptr;  ///< of the page around it; its own where none is given

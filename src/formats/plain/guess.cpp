@@ -20,7 +20,7 @@ namespace {
 /// Enough to tell by, and little enough to cost nothing.
 constexpr std::size_t kSample = std::size_t{64} * 1024;
 
-/// What the detector says, which knows frequencies of letters but always gives some answer.
+/// The detector's answer. It knows frequencies of letters, but always gives some answer.
 std::string detectorsAnswer(ByteSpan sample) {
   const std::unique_ptr<uchardet, decltype(&uchardet_delete)> detector(uchardet_new(), &uchardet_delete);
   const bool taken =

@@ -8,7 +8,7 @@ namespace pluvo::plain {
 
 class Writer;
 
-/// What stays of a text file: its bytes, and where each position's bytes lie.
+/// The text file as it was read: its bytes, and where each position's bytes lie.
 class PlainSource final : public formats::Source {
  public:
   /// The map is of the bytes after the byte order mark.

@@ -4,7 +4,7 @@
 
 namespace pluvo::plain {
 
-/// What one fast look over all bytes tells; it decides how they are read.
+/// The result of one fast look over all bytes; it decides how they are read.
 struct Survey {
   std::uint8_t lowest = 0xFF;
   std::uint8_t highest = 0;

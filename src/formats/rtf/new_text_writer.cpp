@@ -121,7 +121,7 @@ void NewTextWriter::write(const Step& text, const Place& place) {
   written_ = text.at + text.length;
 }
 
-/// What makes text look as it should where the state says otherwise.
+/// The control words that make text look as it should where the state says otherwise.
 std::string NewTextWriter::wordsFor(Position first, const State& state) const {
   const document::Story& story = splicer_.story();
   const bool isHidden = story.visibility().valueAt(first) == text::kNowhere;

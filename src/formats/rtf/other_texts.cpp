@@ -43,7 +43,7 @@ class Teller {
   Teller(std::string_view file, Tables& tables, formats::OtherTexts& texts)
       : file_(file), tables_(tables), texts_(texts) {}
 
-  /// What of main text is kept is null where all is, and in other stories.
+  /// The kept part of main text is null where all is kept, and in other stories.
   void tell(const std::vector<GroupInText>& groups, bool hasMore, const document::Kept* kept, int depth) {
     for (const GroupInText& group : groups) {
       if (group.anchor && kept != nullptr && !kept->holds(*group.anchor)) continue;

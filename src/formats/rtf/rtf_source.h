@@ -7,7 +7,7 @@
 
 namespace pluvo::rtf {
 
-/// What stays of an RTF document: its bytes.
+/// The RTF document as it was read: its bytes.
 class RtfSource final : public formats::Source {
  public:
   RtfSource(base::Bytes bytes, OldDocument old) : bytes_(std::move(bytes)), old_(std::move(old)) {}

@@ -8,7 +8,7 @@
 
 namespace pluvo::rtf {
 
-/// What holds for the text at a place. An opening brace keeps it, the closing one brings it back.
+/// The properties of the text at a place. An opening brace keeps it, the closing one brings it back.
 struct State {
   std::uint16_t decoder = 0;
   std::uint16_t fallback = 1;  ///< characters after \uN that stand for it

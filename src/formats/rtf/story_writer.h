@@ -26,7 +26,7 @@ struct OldStory {
 /// those of parts that go as a whole.
 class StoryWriter final : public Events {
  public:
-  /// What else is to be written lies in bytes that stay: others(those).
+  /// Bytes that stay may hold other things to be written: others(those).
   StoryWriter(std::string_view file, Tables& tables, const OldStory& old, const document::Story& story,
               NewDocument& out, std::function<void(Extent)> others);
 

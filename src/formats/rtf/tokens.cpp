@@ -189,7 +189,7 @@ void Tokens::word(Token& token) {
   }
 }
 
-/// What else may follow a backslash.
+/// Any other sign after a backslash.
 void Tokens::symbol(Token& token) {
   const std::string_view rest = bytes_.substr(at_, 3);
   if (rest.empty() || rest == "'" || (rest.size() == 2 && rest[0] == '\'' && hexDigit(rest[1]) >= 0)) {

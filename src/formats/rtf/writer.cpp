@@ -36,7 +36,7 @@ class DocumentWriter {
     const document::Story* story;
   };
 
-  /// What there is to be done in bytes that stay, front to back.
+  /// Makes the changes within bytes that stay, front to back.
   void writeIn(Extent bytes) {
     skipTo(bytes.begin);
     while (next_ < tasks_.size() && tasks_[next_].bytes.begin < bytes.end) {

@@ -7,7 +7,7 @@
 #include <memory>
 #include <optional>
 
-/// What Word does for a while. Nothing of it is worth a fault: a pass goes on without.
+/// Settings of Word for a while. None of them is worth a fault: a pass goes on without.
 namespace pluvo::word_com {
 
 /// One step to undo, where Word has such (2010 and later). While a macro makes one this is part of that.

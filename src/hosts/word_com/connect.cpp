@@ -75,7 +75,7 @@ ComPtr<IDispatch> applicationInFront() {
   return applicationBehind(object);
 }
 
-/// What this process itself offers.
+/// The application that this process itself offers.
 ComPtr<IDispatch> applicationOfOwnClass() {
   ComPtr<IDispatch> global;
   CoCreateInstance(kGlobal, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&global));

@@ -28,7 +28,7 @@ class MemberIds {
 
 struct Held;
 
-/// What all objects of one Word share.
+/// The state that all objects of one Word share.
 struct Session {
   explicit Session(const Manner& theManner) : manner(theManner), log(theManner.logging) {}
   /// Releases all that is held of this Word. A call that is being made keeps its own object until it returns.

@@ -40,7 +40,7 @@ class ComFind final : public word::Find {
   bool Execute() override;
 
  private:
-  /// What Word is given to look for, as Word takes it.
+  /// The text that Word is to look for, as Word takes it.
   struct Proposal {
     std::u16string written;
     std::size_t before = 0;  ///< how many units of the text stand before it

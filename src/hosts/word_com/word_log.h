@@ -11,7 +11,7 @@
 
 namespace pluvo::word_com {
 
-/// What Word was found to be and to refuse, for a user to send: `word.log`, a line each, in UTF-8. It has
+/// Word's version and the members it refused, for a user to send: `word.log`, a line each, in UTF-8. It has
 /// names of members, numbers and lengths; texts of documents only where they are asked for. It takes what it
 /// is told before it has a place, and lines that cannot be written are lost silently.
 class WordLog {

@@ -11,7 +11,7 @@
 namespace pluvo::runs {
 namespace {
 
-/// What begins a formula in spreadsheets, some of which read the full-width signs as the plain ones.
+/// Signs that begin a formula in spreadsheets; some read the full-width signs as the plain ones.
 constexpr std::array<std::string_view, 11> kFormulaSigns = {"=",  "+",      "-",      "@",      "\t",    "\r",
                                                             "\n", "\uFF1D", "\uFF0B", "\uFF0D", "\uFF20"};
 

@@ -41,7 +41,7 @@ std::optional<Outcome> knownOutcome(files::FileSystem& system, const journal::Sl
 std::unique_ptr<journal::SliceRecorder> beginSlice(const Plan& plan, files::FileSystem& system,
                                                    const std::string& folder);
 
-/// What slices on several machines have to be told about the locks of the journal in the folder, and of the
+/// Warnings for slices on several machines about the locks of the journal in the folder, and of the
 /// documents: sentences.
 std::vector<std::string> lockWarnings(const Plan& plan, const std::string& folder,
                                       const std::vector<NamedDocument>& documents);

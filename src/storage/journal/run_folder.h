@@ -33,7 +33,7 @@ class OwnFolder {
   std::uint64_t device_;
 };
 
-/// What becomes of a folder that is not there: std::system_error, or it is made, and those it lies in.
+/// A missing folder is an error (std::system_error), or is made together with those it lies in.
 enum class Missing { fails, isMade };
 /// The folder of runs, and one in it.
 OwnFolder openRuns(files::FileSystem& system, const std::string& folder, Missing missing = Missing::fails);

@@ -37,7 +37,7 @@ Function real(Function, const char* name) {
 #define COUNTED(RESULT, NAME, PARAMETERS, ARGUMENTS) \
   extern "C" RESULT NAME PARAMETERS {                \
     counted();                                       \
-    static const auto next = real(&NAME, #NAME);     \
+    static const auto next = real(&(NAME), #NAME);   \
     return next ARGUMENTS;                           \
   }
 

@@ -89,7 +89,7 @@ class clsProcessFind {
   const engine::Request& request() const { return request_; }
   /// The request as the next pass takes it. Throws Fault where the distance is no number, or none of 16 bits.
   engine::Request preparedRequest();
-  /// What a pass would make of this text.
+  /// The text as a pass would search for it.
   engine::SearchedText searched(std::u16string_view text) const {
     return engine::searchedText(text, request_.liftLimits);
   }
@@ -112,7 +112,7 @@ class clsProcessFind {
   void endPass();
   /// Adds the pass's line to the run summary, and unless quiet shows what the pass did.
   void ChangesSummary();
-  /// What the pass did so far; nothing where none could be prepared.
+  /// The result of the pass so far; nothing where none could be prepared.
   engine::PassResult result() const { return pass_ ? pass_->result() : engine::PassResult(); }
 
   // A whole pass over the active document.

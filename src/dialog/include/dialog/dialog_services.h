@@ -18,7 +18,7 @@
 
 namespace pluvo::dialog {
 
-/// What a run over files takes from the dialog.
+/// The things that a run over files takes from the dialog.
 struct RunPlace {
   errors::Context& context;
   forms::MessageBoxes& boxes;

@@ -11,7 +11,7 @@
 
 namespace pluvo::dialog {
 
-/// What a request does, in the words of the lists it was chosen from: "Insert Before Selection: "text"".
+/// A request's operation, in the words of the lists it was chosen from: "Insert Before Selection: "text"".
 std::u16string operationInWords(const engine::Request& request);
 
 /// Runs a pass one block at a time: the found block is selected, and the user has it operated on or passed

@@ -47,7 +47,7 @@ struct Control {
   bool deletionLocked = false;
 };
 
-/// What a format cannot do to a character in place, known by its index in Nesting::restrictions.
+/// A change that a format cannot make in place, known by its index in Nesting::restrictions.
 struct Restriction {
   enum class Of : std::uint8_t {
     highlight,  ///< it keeps its colour, and ignores edits of the highlight, which would not be seen
@@ -63,7 +63,7 @@ struct Restriction {
   errors::Problem problem = errors::Problem::unsupported;
 };
 
-/// What the edit policy must know of a character besides the character itself.
+/// The facts of a character that the edit policy must know besides the character itself.
 struct Structure {
   /// The innermost table it lies in, cell and row marks included; kNone outside tables.
   std::int32_t table = kNone;
@@ -77,12 +77,12 @@ struct Structure {
   bool sectionMark = false;
   /// Character 7 only: it ends a row, not a cell.
   bool rowMark = false;
-  /// What may not be done to it; kNone where all may.
+  /// The changes it refuses; kNone where it takes all.
   std::int8_t restriction = kNone;
   bool operator==(const Structure&) const = default;
 };
 
-/// What the structure of a text names by index. No edit changes it.
+/// The lists that the structure of a text names by index. No edit changes them.
 struct Nesting {
   std::vector<Table> tables;
   std::vector<Field> fields;
@@ -90,7 +90,7 @@ struct Nesting {
   std::vector<Restriction> restrictions;
 };
 
-/// What a story hangs on: the reference of a note or comment, the character that a text box is.
+/// The anchor of a story: the reference of a note or comment, the character that a text box is.
 struct StoryAnchor {
   std::size_t story = 0;        ///< the number of the story it stands in
   text::Position position = 0;  ///< where the original text of that has it

@@ -17,7 +17,7 @@ struct Look {
   std::int8_t restriction = kNone;
 };
 
-/// What becomes of a text: it is edited, or searched and then let go.
+/// The use of a text: it is edited, or searched and then let go.
 enum class Purpose : bool { edit, search };
 
 /// Builds a document front to back for the readers of structured formats. Every call that adds characters

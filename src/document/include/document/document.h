@@ -53,7 +53,7 @@ class Document {
     std::uint64_t stamp = 0;
     std::vector<bool> gone;
   };
-  /// What sections make of a header or footer.
+  /// The pages on which sections show a header or footer.
   struct Pages {
     std::vector<PageUse> uses;
     std::string part;

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-/// What an edit may remove and where new text goes; the same for every format.
+/// The policy of edits: text that may go, and the place of new text. It is the same for every format.
 ///
 /// A deletion takes its span except:
 /// - the marks of a field that the span covers only partly, and what the view does not show of that field. A
@@ -19,7 +19,7 @@
 /// such an edit is refused. Where a paragraph mark would divide a control that is one paragraph, or lies in
 /// one, it is a line break.
 ///
-/// What the format cannot do in place (Restriction) is refused, too.
+/// A change that the format cannot make in place (Restriction) is refused, too.
 ///
 /// New text joins the paragraph it is put into: it lies in the table in which that paragraph lies. Text that
 /// ends with a paragraph mark of its own stays outside a table that begins after it. It is shown where the
@@ -34,10 +34,10 @@ struct Removal {
   std::vector<text::Span> spans;
 };
 
-/// What a deletion of the span takes when newText is put in its place.
+/// The text that a deletion of the span takes when newText is put in its place.
 Removal removalOf(const Story& story, text::Span span, std::u16string_view newText, text::View view);
 
-/// What text put into a document takes from its surroundings.
+/// The looks and structure that new text takes from its neighbours.
 struct Landing {
   text::Position at = 0;
   /// The character it is put beside, and that as the original text has it.

@@ -15,7 +15,7 @@
 
 namespace pluvo::document {
 
-/// What a find looks for.
+/// The query of a find.
 struct Query {
   /// Shared, because a long text is asked for again and again; not null.
   std::shared_ptr<const std::u16string> text;

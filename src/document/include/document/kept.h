@@ -22,7 +22,7 @@ class OriginalSpans {
   std::vector<text::Span> spans_;
 };
 
-/// What edits have left of the original text. Two stretches that touch have new text between them.
+/// The original text that edits have left. Two stretches that touch have new text between them.
 class Kept : public OriginalSpans {
  public:
   explicit Kept(const Story& story) {
@@ -35,7 +35,7 @@ class Kept : public OriginalSpans {
   bool holds(text::Position original) const { return hold({original, original + 1}); }
 };
 
-/// What edits have taken of the original text, whatever was put there. No two stretches touch.
+/// The stretches of the original text that edits have taken, whatever was put there. No two stretches touch.
 class Dropped : public OriginalSpans {
  public:
   Dropped() = default;

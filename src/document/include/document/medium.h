@@ -6,7 +6,7 @@
 
 namespace pluvo::document {
 
-/// What the file behind a document can hold. Asked before an edit is made.
+/// The limits of a document's file. Asked before an edit is made.
 class Medium {
  public:
   virtual ~Medium() = default;

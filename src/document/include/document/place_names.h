@@ -24,7 +24,7 @@ word::StoryKinds kindsIn(const Places& places);
 /// The places that these kinds stand in.
 Places placesOf(word::StoryKinds kinds);
 
-/// What a story is called. The number is that among the stories of its place, from 1, in the document's
+/// The name of a story. The number is that among the stories of its place, from 1, in the document's
 /// order; those that have gone count.
 struct StoryName {
   Place place = Place::main;

@@ -21,7 +21,7 @@ struct Damage {
   std::string why;   ///< a sentence for the user
 };
 
-/// What a request would have met where it did not work.
+/// The finds of a request in the texts that it did not work in.
 struct Elsewhere {
   std::array<std::int64_t, document::kPlaces> stories{};  ///< whole blocks, by document::Place
   std::array<std::int64_t, formats::kUnreached>

@@ -40,7 +40,7 @@ class Engine {
   /// The pass is gone on with no more.
   void endPass();
 
-  /// What the pass did since InitializeFind.
+  /// The result of the pass since InitializeFind.
   const PassResult& result() const;
   /// The tag of the procedure entered last.
   errors::Tag tag() const;

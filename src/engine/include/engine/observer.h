@@ -53,7 +53,7 @@ class Observer : public PassObserver {
   /// The decision on the block, which is selected meanwhile. Asked where each is to be confirmed.
   virtual Decision decide(const Block&) { return Decision::stop; }
   /// A procedure ended with a fault, and its caller goes on. The tag is that of the procedure entered last.
-  /// What this throws counts as a fault of that caller, and leaves the engine where there is none.
+  /// An exception from here counts as a fault of that caller, and leaves the engine where there is none.
   virtual void failed(const errors::Fault& fault, errors::Tag tag) = 0;
 };
 

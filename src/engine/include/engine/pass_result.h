@@ -4,7 +4,7 @@
 
 namespace pluvo::engine {
 
-/// What a pass did so far.
+/// The counts of a pass so far.
 struct PassResult {
   std::int64_t found = 0;     ///< blocks, also one at which the pass was stopped
   std::int32_t operated = 0;  ///< blocks that had the operation, even if it is none or was refused

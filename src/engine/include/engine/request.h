@@ -15,7 +15,7 @@ enum LocationCode : std::int16_t { kSelection = 0, kBeginning = 1, kEnding = 2, 
 enum PlaceCode : std::int16_t { kBefore = 0, kAfter = 1 };
 enum UnitCode : std::int16_t { kWords = 0, kSentences = 1, kParagraphs = 2, kEntireDocument = 3 };
 
-/// What a pass is asked to do: one field a choice. Texts may have line ends of any kind.
+/// The request to a pass: one field a choice. Texts may have line ends of any kind.
 struct Request {
   std::u16string begin = {};
   std::u16string end = {};     ///< empty: the block is its beginning alone
@@ -54,7 +54,7 @@ struct SearchedText {
   bool cut() const { return search.size() < full.size(); }
 };
 
-/// What a pass makes of a text.
+/// A text as a pass searches for it.
 SearchedText searchedText(std::u16string_view text, bool liftLimits);
 
 }  // namespace pluvo::engine

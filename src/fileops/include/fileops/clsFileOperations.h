@@ -31,8 +31,8 @@ class clsFileOperations {
   void DeletePath(std::u16string_view folder) { deletePath_ = asFolder(folder); }
   const std::u16string& DeleteFileName() const { return deleteFileName_; }
   void DeleteFileName(std::u16string name) { deleteFileName_ = std::move(name); }
-  /// What Copy does when the destination folder is missing: 0 asks, 1 creates it, 2 fails; any other value
-  /// gives up without failing.
+  /// The behaviour of Copy when the destination folder is missing: 0 asks, 1 creates it, 2 fails; any other
+  /// value gives up without failing.
   std::int32_t AutoCreateFolders() const { return autoCreateFolders_; }
   void AutoCreateFolders(std::int32_t policy) { autoCreateFolders_ = policy; }
   const std::u16string& SourceFile() const { return sourceFile_; }

@@ -22,7 +22,7 @@
 
 namespace pluvo::formats {
 
-/// What stays of the file a document was read from. It knows which bytes stand for each original character,
+/// The file that a document was read from. It knows which bytes stand for each original character,
 /// and so writes an edited document in place: untouched text keeps its bytes.
 class Source : public document::Medium {
  public:

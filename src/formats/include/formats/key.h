@@ -10,7 +10,7 @@
 
 namespace pluvo::formats {
 
-/// What opens an encrypted document: the password as the user gave it, or what a format derived from that.
+/// Opens an encrypted document: the password as the user gave it, or a format's key derived from that.
 /// The latter opens a new version without being derived again. Its memory is wiped when the last holder goes.
 using Key = std::variant<base::SecretText, base::SecretBytes>;
 /// Null where no key is known.

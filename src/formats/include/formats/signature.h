@@ -7,7 +7,7 @@
 
 namespace pluvo::formats {
 
-/// What kinds of file say of themselves in their first bytes.
+/// The kinds of file that their first bytes tell.
 enum class Signature { zip, compoundFile, rtf, pdf, picture, archive, program };
 
 std::optional<Signature> signatureOf(base::ByteSpan bytes);

@@ -17,7 +17,7 @@ namespace pluvo::forms {
 
 class Form;
 
-/// What puts forms before the user: a toolkit's renderer, or a test's script.
+/// Puts forms before the user: a toolkit's renderer, or a test's script.
 class FormHost {
  public:
   virtual ~FormHost() = default;

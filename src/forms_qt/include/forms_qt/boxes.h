@@ -10,7 +10,7 @@
 
 namespace pluvo::forms_qt {
 
-/// What both kinds of boxes ask of the program.
+/// The questions of both kinds of boxes to the program.
 struct BoxHooks {
   /// The window a box belongs to; without it, or where it says nothing, the one that is active.
   std::function<QWidget*()> owner;

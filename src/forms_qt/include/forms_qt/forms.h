@@ -49,8 +49,8 @@ class QtForms final : public forms::FormHost {
   /// Asked before a press of a button or a link, and before a form is closed by the user (without a control).
   /// False: nothing comes of it.
   std::function<bool(const forms::Form&, const forms::Control*)> admits;
-  /// What `admits` answers may have changed: buttons and links that would do nothing are off until it changes
-  /// again.
+  /// The answers of `admits` may have changed: buttons and links that would do nothing are off until it
+  /// changes again.
   void admissionChanged();
   /// A form's WindowState was set. For a window of its own 1 makes an icon of it unless this is here, which
   /// then acts.

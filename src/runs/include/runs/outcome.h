@@ -48,7 +48,7 @@ struct PlaceCounts {
 /// By document::Place.
 using CountsByPlace = std::array<PlaceCounts, document::kPlaces>;
 
-/// What became of one document.
+/// The outcome of one document.
 struct Outcome {
   std::string path;  ///< bytes, as the user named it
   std::int64_t found = 0;
@@ -72,14 +72,14 @@ struct Outcome {
   elsewhere::Elsewhere elsewhere;  ///< texts that no request reached
   std::optional<Failure> failure;
 
-  /// What of the operations is in a saved document, or would be after a dry run.
+  /// The number of operations in a saved document, or in one that a dry run would save.
   std::int64_t lasting() const { return changed && !failure ? operated : 0; }
 };
 
 /// The message on a document, as every face tells it: "letter.docx: locked: " and the sentence.
 std::string failureLine(const std::string& path, const Failure& failure);
 
-/// What became of all of them.
+/// The sums over all documents.
 struct Totals {
   std::int64_t files = 0;
   std::int64_t found = 0;

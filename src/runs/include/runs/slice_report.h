@@ -14,7 +14,7 @@
 
 namespace pluvo::runs {
 
-/// What became of one slice.
+/// The outcome of one slice.
 struct SliceTold {
   enum class Stage : std::uint8_t { ended, going, brokenOff, neverBegun };
   std::string run;  ///< its name, or the file that it was read from

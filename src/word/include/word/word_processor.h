@@ -24,7 +24,7 @@ class Batch {
   virtual ~Batch() = default;
 };
 
-/// What counts its characters, words and so on.
+/// A text that counts its characters, words and so on.
 class Counted {
  public:
   virtual ~Counted() = default;

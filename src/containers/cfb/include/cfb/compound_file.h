@@ -19,7 +19,7 @@ bool isCompoundFile(base::ByteSpan bytes);
 using Id = std::uint32_t;
 inline constexpr Id kRoot = 0;
 
-/// What a directory says of a stream or storage.
+/// The directory's entry of a stream or storage.
 struct Entry {
   enum class Kind : std::uint8_t { unused, storage, stream };
   Kind kind = Kind::unused;

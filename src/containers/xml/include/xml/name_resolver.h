@@ -42,7 +42,7 @@ class NameResolver {
   const ResolvedName& element(std::string_view name) { return find(name, elements_, true); }
   const ResolvedName& attribute(std::string_view name) { return find(name, attributes_, false); }
   NamespaceId namespaceOf(std::string_view prefix) const;
-  /// What a prefix is declared as; empty where it is not.
+  /// The namespace that a prefix is declared as; empty where it is not.
   std::string_view uriOf(std::string_view prefix) const { return uri(bindingOf(prefix)); }
   std::string_view uri(std::uint16_t binding) const { return bindings_[binding].uri; }
   /// The declarations in scope, the outermost first: visit(prefix, uri). An inner one may stand for another.

@@ -58,7 +58,7 @@ class Scanner {
   /// The bytes of the last token, markup included.
   Offset begin() const { return begin_; }
   Offset end() const { return end_; }
-  /// What a CDATA section, a comment or an instruction has between its delimiters.
+  /// The content of a CDATA section, a comment or an instruction, between its delimiters.
   Offset innerBegin() const { return innerBegin_; }
   Offset innerEnd() const { return innerEnd_; }
   std::string_view bytes(Offset from, Offset to) const { return {text_ + from, std::size_t{to} - from}; }

@@ -10,7 +10,7 @@
 
 namespace pluvo::zip {
 
-/// What an archive may ask of the machine. Beyond any of these it is refused as too large.
+/// Bounds on an archive. Beyond any of these it is refused as too large.
 struct Limits {
   std::size_t members = 4096;
   /// One member, inflated.

@@ -37,7 +37,7 @@ struct Patch {
   std::vector<Block> blocks;
 };
 
-/// What became of one story. Both are in order, and no two of one touch.
+/// The changes of one story. Both lists are in order, and no two of one touch.
 struct StoryChange {
   std::size_t story = 0;
   std::vector<Exchange> touched;  ///< text, or its highlight

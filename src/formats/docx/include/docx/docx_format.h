@@ -17,7 +17,7 @@ namespace pluvo::docx {
 /// not looked at. Text boxes, headers, footers, notes and comments are stories of their own. The source tells
 /// them, and what else the package holds.
 ///
-/// What a save leaves: the relationship and the part of a deleted picture, which nothing shows any
+/// A save leaves the relationship and the part of a deleted picture, which nothing shows any
 /// more. A simple field's code, which is an attribute, takes no highlight.
 class DocxFormat : public formats::Format {
  public:

@@ -91,7 +91,7 @@ class MemoryDocument : public word::Document, public std::enable_shared_from_thi
   void select(text::Span span) { select(selectedStory(), span); }
   void select(std::size_t story, text::Span span);
 
-  /// What finds, texts and counts see.
+  /// The view of finds, texts and counts.
   text::View view() const { return view_; }
   void showFieldCodes(bool value);
 

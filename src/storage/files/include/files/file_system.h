@@ -13,7 +13,7 @@
 
 namespace pluvo::files {
 
-/// What tells one state of a file from another without reading it.
+/// Tells one state of a file from another without reading it.
 struct Stamp {
   std::uint64_t device = 0;
   std::uint64_t inode = 0;

@@ -78,7 +78,7 @@ struct NewVersion {
   std::string temporary = {};
 };
 
-/// What of the original a new version could not be given.
+/// The attributes of the original that a new version could not be given.
 struct NotKept {
   bool owner = false;
   bool group = false;

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-/// What makes a run undoable: the bytes of every document it replaced, and which version it put there.
+/// Makes a run undoable: it keeps the bytes of every document replaced, and which version took its place.
 ///
 /// A journal is a folder of runs, each a folder named after the time it began. It holds "journal", a text of
 /// one record a line; "lock", held while the run lasts; and the originals, numbered. Only the user may enter:
@@ -59,7 +59,7 @@ class Recorder {
   /// outlive this. In a slice the outcome, which is on disk before then, is what will have come of it.
   std::unique_ptr<files::Keeping> keep(const files::Replacement& replacement,
                                        const std::string& outcome = {});
-  /// What will have come of a slice's document that is saved elsewhere. Throws std::system_error.
+  /// Records the intended outcome of a slice's document that is saved elsewhere. Throws std::system_error.
   void intend(const std::string& key, const std::string& outcome);
 
   /// The name of the run, by which it is taken back; empty while no original is kept.

@@ -24,7 +24,7 @@ class SliceRecorder final : public Recorder {
 
   /// Its documents are known.
   void list(const std::vector<SliceDocument>& documents);
-  /// What earlier attempts left of a document, before this one began; nothing where it is to be worked on.
+  /// A document's record from earlier attempts; nothing where it is to be worked on.
   std::optional<SliceDocument> earlier(const std::string& key) const;
   /// Records the outcome of a document. Throws std::system_error.
   void result(const std::string& key, const std::string& outcome);

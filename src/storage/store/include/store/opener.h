@@ -55,7 +55,7 @@ class StoredFile : public memory::DocumentFile {
   void saveAs(const std::string& path);
 
   const StoredDocument& stored() const { return *stored_; }
-  /// What of the original the version saved last could not be given.
+  /// The attributes of the original that the version saved last could not be given.
   files::NotKept notKept() const { return notKept_; }
 
  private:

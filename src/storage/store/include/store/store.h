@@ -30,7 +30,7 @@ struct SaveOptions {
   std::function<std::unique_ptr<files::Keeping>(const files::Replacement&)> beforeReplacing = {};
 };
 
-/// What a document asks before it is changed under its own name; see formats::Reservation.
+/// A document's request before it is changed under its own name; see formats::Reservation.
 enum class Reserved : std::uint8_t {
   no,
   recommended,  ///< it would rather be read, but nobody needs a password to change it
@@ -56,7 +56,7 @@ class StoredDocument {
   /// Whether the path leads to the document's file, under whatever name.
   bool isAt(const std::string& path) const;
 
-  /// What it asks still.
+  /// The request that still stands.
   Reserved reserved() const { return reserved_; }
   /// How many hashes each password costs that is tried on that.
   std::uint64_t hashesForChanging() const { return reservation_.hashes; }
