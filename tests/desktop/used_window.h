@@ -7,6 +7,7 @@
 #include <QtTest/QtTest>
 #include <gtest/gtest.h>
 
+#include <QtWidgets>
 #include <deque>
 #include <functional>
 #include <memory>

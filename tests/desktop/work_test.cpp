@@ -5,6 +5,7 @@
 #include <QtTest/QtTest>
 #include <gtest/gtest.h>
 
+#include <QtWidgets>
 #include <future>
 #include <stdexcept>
 #include <string>

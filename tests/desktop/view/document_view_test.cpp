@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <QAccessible>
+#include <QtWidgets>
 #include <memory>
 #include <string>
 #include <string_view>
