@@ -72,7 +72,7 @@ class User {
   void keyDown(int key, int shift) {
     hold(shift);
     if (shift == kAlt) {
-      post(GetFocus(), WM_SYSCHAR, static_cast<WPARAM>(key - 'A' + 'a'), 1 << 29);
+      post(GetFocus(), WM_SYSCHAR, static_cast<WPARAM>(key) + ('a' - 'A'), 1 << 29);
     } else {
       post(GetFocus(), WM_KEYDOWN, static_cast<WPARAM>(key), 1);
     }

@@ -75,7 +75,7 @@ std::uint32_t number(const xml::Scanner& scanner, Name name) {
   const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
   if (error == std::errc::result_out_of_range) return ~std::uint32_t{0};
   if (error != std::errc() || end != digits.data() + digits.size())
-    throw damagedEncryption("a number is missing in what tells its encryption");
+    throw damagedEncryption("a number is missing in the description of its encryption");
   return number;
 }
 
@@ -83,7 +83,7 @@ std::uint32_t number(const xml::Scanner& scanner, Name name) {
 Octets bytes(const xml::Scanner& scanner, Name name, std::size_t least, std::size_t most) {
   auto bytes = decoded(value(scanner, name));
   if (!bytes || bytes->size() < least || bytes->size() > most)
-    throw damagedEncryption("a value is missing in what tells its encryption");
+    throw damagedEncryption("a value is missing in the description of its encryption");
   return *std::move(bytes);
 }
 
@@ -151,29 +151,29 @@ AgileInfo::AgileInfo(const base::Bytes& xml) : xml_(xml::toUtf8(xml, "Encryption
   std::uint64_t turns = 0;
   for (Token token = scanner.next(); token != Token::finish; token = scanner.next()) {
     if (token != Token::start && token != Token::empty) continue;
-    const bool isTwice = (scanner.name() == keyData && package_.hash != nullptr) ||
-                         (scanner.name() == dataIntegrity && !integrityKey_.empty());
+    const xml::NameId name = scanner.name();
+    const bool isTwice =
+        (name == keyData && package_.hash != nullptr) || (name == dataIntegrity && !integrityKey_.empty());
     // The package's manner comes first, as the others go by it.
-    const bool isEarly =
-        (scanner.name() == dataIntegrity || scanner.name() == passwordKey) && package_.hash == nullptr;
-    if (isTwice || isEarly) throw damagedEncryption("what tells its encryption is not in order");
-    if (scanner.name() == keyData) {
+    const bool isEarly = (name == dataIntegrity || name == passwordKey) && package_.hash == nullptr;
+    if (isTwice || isEarly) throw damagedEncryption("the description of its encryption is not in order");
+    if (name == keyData) {
       package_ = mannerIn(scanner);
       saltPlace_ = placeOf(saltValue);
-    } else if (scanner.name() == dataIntegrity) {
+    } else if (name == dataIntegrity) {
       const std::size_t hash = package_.hash->digest_size;
       integrityKey_ = blocks(scanner, hmacKey, hash, package_.blockSize());
       integrityValue_ = blocks(scanner, hmacValue, hash, package_.blockSize());
       integrityKeyPlace_ = placeOf(hmacKey);
       integrityValuePlace_ = placeOf(hmacValue);
-    } else if (scanner.name() == passwordKey) {
+    } else if (name == passwordKey) {
       passwords_.push_back(lockIn(scanner, package_));
       turns += passwords_.back().turns;
       if (turns > kMostTurns) throw tooManyTurns();
     }
   }
   if (package_.hash == nullptr || integrityKey_.empty())
-    throw damagedEncryption("what tells its encryption lacks the key data or the integrity");
+    throw damagedEncryption("the description of its encryption lacks the key data or the integrity");
   if (passwords_.empty()) throw unknownEncryption("keys that have no password, a certificate's for instance");
 }
 

@@ -123,7 +123,7 @@ class Rc4 : public BinaryEncryption {
 };
 
 void requireSize(base::ByteSpan header, std::uint64_t size) {
-  if (header.size() < size) throw damagedEncryption("what tells its encryption is cut off");
+  if (header.size() < size) throw damagedEncryption("the description of its encryption is cut off");
 }
 
 class Rc4ByMd5 final : public Rc4 {
@@ -206,7 +206,7 @@ std::unique_ptr<BinaryEncryption> rc4BySha1(base::ByteSpan header) {
   constexpr std::uint32_t kRc4 = 0x6801, kFewestBits = 40, kMostBits = 128;
   requireSize(header, kLibrary + kLeast);
   const std::uint64_t size = base::get32(header, kLibrarySize);
-  if (size < kLeast) throw damagedEncryption("what tells its encryption is too short");
+  if (size < kLeast) throw damagedEncryption("the description of its encryption is too short");
   if (const auto cipher = base::get32(header, kLibrary + 8); cipher != kRc4)
     throw unknownEncryption("cipher " + std::to_string(cipher));
   std::uint32_t bits = base::get32(header, kLibrary + 16);

@@ -54,7 +54,7 @@ std::vector<std::uint8_t> roomFor(std::uint64_t length, std::size_t blockSize) {
 
 std::unique_ptr<PackageEncryption> PackageEncryption::from(base::Bytes info) {
   const base::ByteSpan bytes = info.view;
-  if (bytes.size() < kVersionSize) throw damagedEncryption("what tells its encryption is cut off");
+  if (bytes.size() < kVersionSize) throw damagedEncryption("the description of its encryption is cut off");
   const unsigned major = base::get16(bytes, 0);
   const unsigned minor = base::get16(bytes, 2);
   if (major == 4 && minor == 4) return agileEncryption(info);

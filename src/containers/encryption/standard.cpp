@@ -43,11 +43,12 @@ class Standard final : public PackageEncryption {
   explicit Standard(base::Bytes info) : info_(std::move(info)) {
     const base::ByteSpan bytes = info_.view;
     const auto require = [&](std::uint64_t size) {
-      if (bytes.size() < size) throw damagedEncryption("what tells its encryption is cut off");
+      if (bytes.size() < size) throw damagedEncryption("the description of its encryption is cut off");
     };
     require(kHeader);
     const std::uint64_t headerSize = get32(bytes, kHeaderSize);
-    if (headerSize < header::kLeast) throw damagedEncryption("what tells its encryption is too short");
+    if (headerSize < header::kLeast)
+      throw damagedEncryption("the description of its encryption is too short");
     require(kHeader + headerSize);
     const base::ByteSpan its = bytes.subspan(kHeader);
     if ((get32(its, header::kFlags) & header::kIsExternal) != 0)
