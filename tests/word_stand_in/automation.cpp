@@ -181,7 +181,8 @@ HRESULT Object::Invoke(DISPID id, REFIID, LCID, WORD kind, DISPPARAMS* given, VA
     }
   } catch (const errors::Fault& fault) {
     status = DISP_E_EXCEPTION;
-    raised.scode = static_cast<SCODE>(0x800A0000U + static_cast<unsigned>(fault.number));
+    const unsigned code = 0x800A0000U + static_cast<unsigned>(fault.number);
+    raised.scode = static_cast<SCODE>(code);
     raised.bstrSource = newString(fault.source);
     raised.bstrDescription = newString(fault.description);
   } catch (const Failure& failure) {
