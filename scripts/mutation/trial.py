@@ -29,8 +29,8 @@ class Test:
     caught: int = 0
 
 
-# A mutant may delete what it should not, or fill a disk: tests see the machine's files as they are, and can write only
-# to places in memory of their own, so much and no more.
+# A mutant may delete anything, or fill a disk. So tests can write only to places in memory of their own, which have a
+# bound. They see the machine's other files as they are.
 APART = """mount --make-rprivate / && mount -t tmpfs -o size=2g tmpfs /tmp && mount --bind "$1" "$1" &&
 mount -t tmpfs -o size=1g tmpfs /dev/shm &&
 mount -o remount,bind,ro / && mkdir -p /tmp/home && shift && exec "$@\""""
