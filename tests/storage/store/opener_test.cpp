@@ -81,12 +81,16 @@ TEST(Opener, AsksWhatADocumentWants) {
       {"L¶", {u"open"}, "opening ", 0, ""},
       {"L¶", {}, "", 0, ""},
       {"H¶", {u"open"}, "opening ", 0, ""},
-      {"C¶", {u"no"}, "changing ", word::kOpenPasswordWrong, "password for changing it is incorrect"},
+      {"C¶",
+       {u"no"},
+       "changing ",
+       word::kOpenPasswordWrong,
+       "~a.note: The password for changing it is incorrect."},
       {"C¶", {Answer()}, "changing ", word::kFileReadOnly, "~a.note: The document is reserved"},
       {"C¶", {u"change"}, "changing ", 0, ""},
       {"C¶", {}, "", 0, ""},
       {"L¶", {}, "", 0, ""},
-      {"R¶", {u"read"}, "reading ", word::kFileReadOnly, "opened to be read only, as it recommends"},
+      {"R¶", {u"read"}, "reading ", word::kFileReadOnly, "~a.note: The document was opened to be read only"},
       {"R¶", {Answer()}, "reading ", 0, ""},
       {"E¶", {u"x", u"KOI8-R"}, "It tells no encoding. It tells no encoding. ", 0, ""},
       {"E¶",
@@ -187,6 +191,7 @@ TEST(Opener, SavesElsewhereWhatMayNotBeSaved) {
     return elsewhere ? std::optional(scratch.path(base::utf8(*elsewhere))) : std::nullopt;
   });
   opener.readingChooser([](const std::string&) { return true; });
+  opener.passwordChooser([](const std::string&, PasswordFor) { return std::optional<base::SecretText>(); });
   const memory::OpenedFile opened = opener.open(scratch.put("a.note", "R¶"));
   auto& file = dynamic_cast<StoredFile&>(*opened.file);
   opened.document->mainText().insertBefore(1, u" new");
@@ -198,6 +203,11 @@ TEST(Opener, SavesElsewhereWhatMayNotBeSaved) {
   file.saveAs(scratch.path("c.note"));
   EXPECT_FALSE(file.readOnly());
   EXPECT_EQ(opened.document->Name(), u"c.note");
+
+  const memory::OpenedFile reserved = opener.open(scratch.put("d.note", "C¶"));
+  EXPECT_TRUE(reserved.file->readOnly());
+  dynamic_cast<StoredFile&>(*reserved.file).saveAs(scratch.path("e.note"));
+  EXPECT_FALSE(reserved.file->readOnly());
 
   scratch.put("c.note", "of another program");
   opened.document->mainText().insertBefore(1, u" more");
