@@ -38,9 +38,14 @@ class Tree:
         folder = folders[name]
         return folder, [other for other in folders.values() if other != folder and folder in other.parents]
 
-    def has_tests(self, room):
-        return any(re.search(rf"pluvo_tests\({room}\b", file.read_text())
-                   for file in (self.root / "tests").rglob("CMakeLists.txt"))
+    def programs(self, room):
+        """What a room's tests are run with: a program of tests, or else the programs that scripts named after it run."""
+        if any(re.search(rf"pluvo_tests\({room}\b", file.read_text())
+               for file in (self.root / "tests").rglob("CMakeLists.txt")):
+            return [f"{room}_tests"]
+        words = {Path(word) for test in tests_in(self.build) if test["name"].startswith(f"{room}_")
+                 for word in test.get("command", [])}
+        return sorted(word.name for word in words if word.parent == self.build / "bin")
 
     def copy(self, changed, room=None):
         """The checkout as it is, with the sources of a room that are changed, which are compiled without warnings."""
@@ -172,6 +177,12 @@ class Tree:
         path = Path(path) if Path(path).is_absolute() else self.build / path
         path = path.resolve()
         return str(path.relative_to(self.sources.resolve())) if path.is_relative_to(self.sources.resolve()) else None
+
+
+def tests_in(build):
+    """As ctest tells them."""
+    told = subprocess.run(["ctest", "--test-dir", build, "--show-only=json-v1"], check=True, capture_output=True)
+    return json.loads(told.stdout)["tests"]
 
 
 def needed(sources, wanted):

@@ -1,7 +1,7 @@
 """Runs a room's tests over its mutants: which are caught, by which test, and which no test notices."""
 
-import json
 import os
+import re
 import resource
 import signal
 import subprocess
@@ -10,6 +10,8 @@ import time
 from concurrent.futures import ThreadPoolExecutor
 from dataclasses import dataclass, field
 from pathlib import Path
+
+from .tree import tests_in
 
 JOBS = 2
 MEMORY = 6 << 30
@@ -23,6 +25,7 @@ class Test:
     name: str
     folder: str
     environment: tuple
+    command: tuple = ()  # of a script; its program is its name
     seconds: float = 0  # of the processor
     waited: float = 0  # in all, on a machine as busy as it was
     reached: set = field(default_factory=set)
@@ -37,7 +40,7 @@ mount -o remount,bind,ro / && mkdir -p /tmp/home && shift && exec "$@\""""
 
 
 class Trial:
-    def __init__(self, build, targets, count):
+    def __init__(self, build, targets, rooms, count):
         self.build = build
         self.count = count
         self.apart = os.geteuid() == 0 and subprocess.run(["unshare", "-m", "true"], capture_output=True).returncode == 0
@@ -45,19 +48,23 @@ class Trial:
             print("(as root, tests would be kept from writing anywhere but to a /tmp of their own)")
         self.scratch = build.parent / "scratch"
         self.scratch.mkdir(exist_ok=True)
-        self.tests = self.listed(targets)
+        self.tests = self.listed(targets, rooms)
 
-    def listed(self, targets):
-        told = subprocess.run(["ctest", "--test-dir", self.build, "--show-only=json-v1"], check=True, capture_output=True)
+    def listed(self, targets, rooms):
+        """The tests of the programs, and those scripts named after a room that run one of them."""
         programs = {str(self.build / "bin" / target) for target in targets}
+        scripts = re.compile("(" + "|".join(rooms) + ")_")
         tests = []
-        for test in json.loads(told.stdout)["tests"]:
+        for test in tests_in(self.build):
             command = test.get("command", [])
             names = [word.split("=", 1)[1] for word in command if word.startswith("--gtest_filter=")]
-            if len(command) > 1 and command[0] in programs and names:
-                properties = {p["name"]: p["value"] for p in test["properties"]}
-                tests.append(Test(command[0], names[0], properties.get("WORKING_DIRECTORY", str(self.build)),
-                                  tuple(properties.get("ENVIRONMENT", ()))))
+            properties = {p["name"]: p["value"] for p in test["properties"]}
+            around = (properties.get("WORKING_DIRECTORY", str(self.build)), tuple(properties.get("ENVIRONMENT", ())))
+            if command and command[0] in programs and names:
+                tests.append(Test(command[0], names[0], *around))
+            elif scripts.match(test["name"]) and programs.intersection(command) and \
+                    not any(word.endswith("_tests") for word in command):
+                tests.append(Test(test["name"], test["name"], *around, tuple(command)))
         if not tests:
             raise SystemExit(f"mutants: no tests in {', '.join(targets)}")
         return tests
@@ -72,7 +79,7 @@ class Trial:
             environment["HOME"] = os.environ.get("HOME", "/")
         if reached:
             environment["PLUVO_MUTANT_REACHED"] = str(reached)
-        command = [first.program, "--gtest_filter=" + ":".join(t.name for t in tests), "--gtest_fail_fast", "--gtest_brief=1",
+        command = list(first.command) or [first.program, "--gtest_filter=" + ":".join(t.name for t in tests), "--gtest_fail_fast", "--gtest_brief=1",
                    "--gtest_also_run_disabled_tests"]
         if self.apart:
             command = ["unshare", "-m", "sh", "-c", APART, "sh", str(self.scratch), *command]
