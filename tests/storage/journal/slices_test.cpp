@@ -121,7 +121,12 @@ TEST_F(SliceJournal, TellsItsDocumentsAndAttempts) {
   EXPECT_EQ(state.kept + state.bytes, 0U);
   EXPECT_EQ(state.documents.at(0).name, "as listed");
   EXPECT_EQ(state.documents.at(1).name, second_);
+  EXPECT_THAT(state.documents, testing::SizeIs(2));
   EXPECT_EQ(run.slice(2).stage, SliceState::Stage::neverBegun);
+
+  { const SliceRecorder killed(machineFileSystem(), folder(), slice(), "pluvo replace"); }
+  EXPECT_EQ(run.slice(1).stage, SliceState::Stage::brokenOff);
+  EXPECT_FALSE(run.slice(1).attempts.at(2).ended);
 }
 
 TEST_F(SliceJournal, RefusesWhatIsNoSliceOfTheRun) {
