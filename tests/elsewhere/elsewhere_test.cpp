@@ -1,6 +1,7 @@
 #include "elsewhere/elsewhere.h"
 
 #include "document/place_names.h"
+#include "elsewhere/words.h"
 #include "formats/docx/document_builder.h"
 #include "storage/files/as_text.h"
 
@@ -181,6 +182,7 @@ TEST(Elsewhere, tellsEachPlaceWithItsCount) {
       {"a code in a result", wml("{^@TOC@%^@REF SECRET@%[x]$$}"), {}, "fieldCodes 1"},
       {"no match runs from a code into the text", wml("{^@DATE SEC@%[RET]$[RET]}"), {}, ""},
       {"a button's text", wml("{^@ MacroButton Go SECRET@$[x]}"), {}, "computed 1"},
+      {"another button's text", wml("{^@GOTOBUTTON Go SECRET@$[x]}"), {}, "computed 1"},
       {"a button's macro", wml("{^@MACROBUTTON SECRET x@$}"), {}, "fieldCodes 1"},
       {"moved text, which is main text", wml("{<moveFrom>[SECRET]</moveFrom>}"), {}, ""},
       {"a formula",
@@ -350,6 +352,60 @@ TEST(Elsewhere, unpacksNoMoreThanASoundDocumentHolds) {
   }
   parts["word/_rels/document.xml.rels"] = relations + "</Relationships>";
   EXPECT_EQ(look("", std::move(parts)), "embedded 7, damaged word/e7.bin/a.xml");
+}
+
+TEST(Elsewhere, IsToldInWords) {
+  Elsewhere found;
+  EXPECT_EQ(inWords(found), "");
+  EXPECT_FALSE(needsCare(found));
+  found.damaged.push_back({"a.xml", "It is cut off."});
+  EXPECT_EQ(inWords(found), "1 part could not be read");
+  EXPECT_TRUE(needsCare(found));
+  found.damaged.push_back({"b.xml", "The part b.xml is cut off."});
+  EXPECT_EQ(damageInWords(found), "a.xml: It is cut off. The part b.xml is cut off.");
+  found.unreached[0] = 2;
+  EXPECT_EQ(inWords(found), "the beginning occurs in hidden text (2); 2 parts could not be read");
+  found.stories[1] = 1;
+  found.stories[2] = 2;
+  found.unreached[1] = 1;
+  found.notLookedInto[4] = true;
+  Elsewhere twice = found;
+  twice += found;
+  twice.stories[6] = 1;
+  EXPECT_EQ(blocksIn(twice), 7);
+  EXPECT_EQ(occurrencesIn(twice), 6);
+  twice += Elsewhere();
+  EXPECT_EQ(notLookedIntoInWords(twice), "text that scripts write");
+  EXPECT_EQ(
+      inWords(twice),
+      "2 blocks in headers, 4 in footers and 1 in text boxes; the beginning also occurs in hidden text (4) "
+      "and field codes (2); 4 parts could not be read");
+  for (int i = 0; i < 7; ++i) twice += found;
+  EXPECT_TRUE(damageInWords(twice).ends_with("is cut off. And 8 more."));
+}
+
+/// Scripts read the keys.
+TEST(Elsewhere, NamesItsPlaces) {
+  std::string keys;
+  std::string words;
+  const auto add = [&](auto kind) {
+    keys += std::string(keyOf(kind)) + " ";
+    words += std::string(wordsOf(kind)) + ", ";
+  };
+  for (std::size_t i = 0; i < formats::kUnreached; ++i) add(static_cast<formats::Unreached>(i));
+  for (std::size_t i = 0; i < formats::kOpaque; ++i) add(static_cast<formats::Opaque>(i));
+  EXPECT_EQ(
+      keys,
+      "hidden fieldCodes fieldResults computed charts formulas wordArt smartArt guides chunks pictureTexts "
+      "properties customXml variables glossary people embedded pageComments scripts styleSheets templates "
+      "formFields earlier otherPrograms objects pictures macros thumbnail scriptedText ");
+  EXPECT_EQ(
+      words,
+      "hidden text, field codes, field results, text that Word computes, charts, formulas, WordArt, "
+      "SmartArt, phonetic guides, imported files, alternative texts, document properties, custom XML, "
+      "document variables, glossary entries, names of people, embedded documents, comments of the page's "
+      "source, scripts, style sheets, templates, form fields, text of earlier versions, data of other "
+      "programs, embedded objects, pictures, macros, the thumbnail, text that scripts write, ");
 }
 
 }  // namespace
