@@ -18,23 +18,48 @@ constexpr std::size_t kMostEntries = 8;
 
 }  // namespace
 
-std::optional<Span> FindMemory::find(const Query& query, Span span, View view) {
+Span FindMemory::findOrNone(const Query& query, Span span, View view) {
+  constexpr Span kNothing;
   if (query.text->empty() || span.empty() || query.text->size() > static_cast<std::size_t>(span.length())) {
-    return std::nullopt;
+    return kNothing;
   }
   Entry& entry = entryOf(query, view);
+  Position clear = span.from;
+  if (const Position near = findNear(entry, span, clear); near != kNone) return {near, near + query.length()};
+  if (clear == span.to) return kNothing;
   const bool usable = entry.known && span.from <= entry.known->clear &&
                       (span.from >= entry.known->from || reachBack(entry, span));
   if (!usable) {
     if (!entry.known) entry.known = Known{};
-    Known& known = *entry.known;
-    known.from = known.clear = span.from;
-    known.match.reset();
+    entry.known->from = span.from;
+  }
+  if (!usable || entry.known->clear < clear) {
+    entry.known->clear = clear;
+    entry.known->match.reset();
   }
   if (!entry.known->match && entry.known->clear < span.to) searchOn(entry, span.to);
 
   const auto& match = entry.known->match;
-  return match && match->to <= span.to ? match : std::nullopt;
+  return match && match->to <= span.to ? *match : kNothing;
+}
+
+/// Where a match begins in the first piece of a span. Where none does, clear is how far no match begins: the
+/// span's end where it has none.
+Position FindMemory::findNear(Entry& entry, Span span, Position& clear) const {
+  if (entry.inOriginal == nullptr || !showsAll(entry.view)) return kNone;
+  const text::Piece piece = text_.pieceAt(span.from);
+  if (piece.isNew()) return kNone;
+  const Position length = std::min(piece.length, span.length());
+  const Position match = entry.inOriginal->first(piece.original, piece.original + length);
+  if (match != kNone) return span.from + (match - piece.original);
+  if (entry.inOriginal->gaveUp()) {
+    entry.inOriginal.reset();
+  } else if (length == span.length()) {
+    clear = span.to;
+  } else {
+    clear += std::max(length - entry.query.length() + 1, 0);
+  }
+  return kNone;
 }
 
 /// Extends the known stretch to the front, so that it begins where the span does, unless the span ends before
@@ -88,8 +113,8 @@ const text::VisibleText* FindMemory::shownIn(View view) const {
 }
 
 void FindMemory::edited(Span replaced, Position newLength) {
+  if (!wasEdited_) shown_.clear();
   wasEdited_ = true;
-  shown_.clear();
   for (Entry& entry : entries_) {
     if (!entry.known) continue;
     if (replaced.to <= entry.known->clear) {
@@ -137,16 +162,22 @@ void FindMemory::keepBefore(Entry& entry, Position edit) const {
 
 FindMemory::Entry& FindMemory::entryOf(const Query& query, View view) {
   ++uses_;
-  // Two queries of a pass often begin alike, and seldom end alike.
+  // A pass asks with the same few texts again and again.
   auto found = std::find_if(entries_.begin(), entries_.end(), [&](const Entry& entry) {
-    return entry.query.text->back() == query.text->back() && entry.view == view && entry.query == query;
+    return entry.query.text == query.text && entry.view == view && entry.query.flags == query.flags;
   });
+  if (found == entries_.end()) {
+    found = std::find_if(entries_.begin(), entries_.end(),
+                         [&](const Entry& entry) { return entry.view == view && entry.query == query; });
+  }
   if (found == entries_.end()) {
     if (entries_.size() == kMostEntries) {
       entries_.erase(std::min_element(entries_.begin(), entries_.end(),
                                       [](const Entry& a, const Entry& b) { return a.lastUse < b.lastUse; }));
     }
-    entries_.push_back({query, view, text::Search(*query.text, query.flags), 0, std::nullopt});
+    text::Search search(*query.text, query.flags);
+    auto inOriginal = text::OriginalMatches::of(search, text_.original());
+    entries_.push_back({query, view, std::move(search), std::move(inOriginal), 0, std::nullopt});
     found = entries_.end() - 1;
   }
   found->lastUse = uses_;
@@ -154,7 +185,8 @@ FindMemory::Entry& FindMemory::entryOf(const Query& query, View view) {
 }
 
 bool FindMemory::showsAll(View view) const {
-  return visibility_.runCount() == 1 && text::isVisible(visibility_.runAt(0).value, view);
+  const text::Visibility* const only = visibility_.onlyValue();
+  return only != nullptr && text::isVisible(*only, view);
 }
 
 Position FindMemory::back(View view, Position position, Position n) const {

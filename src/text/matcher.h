@@ -1,10 +1,14 @@
 #pragma once
 
+#include "base/same_bytes.h"
 #include "characters.h"
 #include "needle.h"
 #include "scan.h"
 
+#include <algorithm>
 #include <bit>
+#include <cstddef>
+#include <optional>
 
 namespace pluvo::text {
 
@@ -39,14 +43,21 @@ class Matcher {
   /// From what Units are made of.
   template <class... Parts>
   Matcher(const Needle& needle, const Shape<Unit>& shape, std::size_t length, Parts... parts)
-      : needle_(needle), units_{parts...}, length_(length) {
+      : needle_(&needle), units_{parts...}, length_(length) {
     if (shape.impossible || needle.length() > length) {
       length_ = 0;
     } else {
-      places_ = length - needle.length() + 1;
+      allPlaces_ = places_ = length - needle.length() + 1;
       probes_ = shape.probes;
+      if (!shape.exact.empty()) exact_ = shape.exact.data();
     }
   }
+
+  /// From now on none() says that no match starts in front of a place; one at or after it may be told. Not
+  /// where it is linear.
+  void endBefore(std::size_t place) { places_ = std::min(place, allPlaces_); }
+  /// Whether it has no probes, or goes on without them.
+  bool isLinear() const { return !probes_; }
 
   /// Where the next match starts; none() when there is no more.
   std::size_t next() {
@@ -75,36 +86,48 @@ class Matcher {
       }
       if (position_ >= places_) return none();
       hits_ = nextHits(units_.raw, position_, places_, *probes_);
-      position_ = hits_.start + kHitsWidth;
+      position_ = std::min(hits_.start + kHitsWidth, places_);
     }
   }
 
   bool matchesAt(std::size_t place) {
-    const char16_t* wanted = needle_.units();
+    if (exact_ != nullptr) return isExactAt(place);
+    const char16_t* wanted = needle_->units();
     std::size_t i = 0;
-    while (i < needle_.length() && units_[place + i] == wanted[i]) ++i;
+    while (i < needle_->length() && units_[place + i] == wanted[i]) ++i;
     work_ += i;
-    return i == needle_.length();
+    return i == needle_->length();
+  }
+
+  bool isExactAt(std::size_t place) {
+    constexpr std::size_t kFront = 16;
+    const Unit* const at = units_.raw + place;
+    const std::size_t front = std::min(needle_->length(), kFront);
+    if (!base::sameBytes(at, exact_, front * sizeof(Unit))) return false;
+    work_ += needle_->length() / kFront;
+    return base::sameBytes(at + front, exact_ + front, (needle_->length() - front) * sizeof(Unit));
   }
 
   std::size_t nextLinear() {
-    const char16_t* wanted = needle_.units();
-    const auto& borders = needle_.borders();
+    const char16_t* wanted = needle_->units();
+    const auto& borders = needle_->borders();
     while (position_ < length_) {
       const char16_t unit = units_[position_++];
-      while (matched_ > 0 && (matched_ == needle_.length() || unit != wanted[matched_])) {
+      while (matched_ > 0 && (matched_ == needle_->length() || unit != wanted[matched_])) {
         matched_ = borders[matched_];
       }
       if (unit == wanted[matched_]) ++matched_;
-      if (matched_ == needle_.length()) return position_ - matched_;
+      if (matched_ == needle_->length()) return position_ - matched_;
     }
     return none();
   }
 
-  const Needle& needle_;
+  const Needle* needle_;
   Units units_;
+  const Unit* exact_ = nullptr;  ///< the needle's units, where those of the text are as they must be
   std::size_t length_;
-  std::size_t places_ = 0;  ///< where a match could start: [0, places_)
+  std::size_t allPlaces_ = 0;  ///< where a match could start: [0, allPlaces_)
+  std::size_t places_ = 0;     ///< and is looked for
   std::optional<ProbePair<Unit>> probes_;
   std::size_t position_ = 0;  ///< of the first unit not read yet
   Hits hits_;

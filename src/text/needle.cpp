@@ -78,6 +78,11 @@ std::optional<Probe<Unit>> rarestProbe(std::u16string_view units, const Forms<Un
   return best;
 }
 
+/// Each unit in one form. Line ends have several.
+bool isOneWay(std::u16string_view units, bool matchCase) {
+  return matchCase && units.find_first_of(u"\n\r") == std::u16string_view::npos;
+}
+
 template <class Unit>
 Shape<Unit> shapeOf(std::u16string_view units, const Forms<Unit>& forms) {
   Shape<Unit> shape;
@@ -100,6 +105,10 @@ Needle::Needle(std::u16string_view text, bool matchCase) : matchCase_(matchCase)
   for (const bool lineFeedIsMark : {false, true})
     narrow_[lineFeedIsMark ? 1 : 0] = shapeOf(probed, narrowFormsOf(forms, lineFeedIsMark));
   wide_ = shapeOf(probed, forms);
+  if (!isOneWay(units_, matchCase)) return;
+  wide_.exact.assign(units_.begin(), units_.end());
+  if (std::any_of(units_.begin(), units_.end(), [](char16_t unit) { return unit > 0xFF; })) return;
+  for (Shape<std::uint8_t>& shape : narrow_) shape.exact.assign(units_.begin(), units_.end());
 }
 
 const Utf8Needle& Needle::makeUtf8() const {

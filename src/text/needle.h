@@ -24,6 +24,8 @@ struct Shape {
   bool impossible = false;
   /// Tests of its two rarest units; none where units have too many forms for a test.
   std::optional<ProbePair<Unit>> probes;
+  /// Its units, where there is but one way to write it; else empty.
+  std::vector<Unit> exact;
 };
 
 /// The text searched for, prepared. Units are compared in their canonical form: folded when case does not

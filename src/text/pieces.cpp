@@ -1,5 +1,7 @@
 #include "text/pieces.h"
 
+#include "base/same_bytes.h"
+
 #include <algorithm>
 #include <stdexcept>
 
@@ -32,7 +34,7 @@ Piece PieceText::pieceAt(Position position) const {
   return cut(part, position, part.to);
 }
 
-void PieceText::replace(Position from, Position to, std::u16string_view text, Anchor anchor) {
+void PieceText::replace(Position from, Position to, std::u16string_view text, const Anchor& anchor) {
   const auto room = static_cast<std::size_t>(kMaxLength - (length() - (to - from)));
   if (text.size() > room || text.size() > static_cast<std::size_t>(kMaxLength) - added_.size()) {
     throw std::length_error("The text is too long.");
@@ -42,7 +44,7 @@ void PieceText::replace(Position from, Position to, std::u16string_view text, An
   joinAtGap();
 }
 
-void PieceText::insertNew(std::u16string_view text, Anchor anchor) {
+void PieceText::insertNew(std::u16string_view text, const Anchor& anchor) {
   const auto length = static_cast<Position>(text.size());
   const auto end = static_cast<Position>(added_.size());
   const Source* before = pieces_.beforeGap();
@@ -53,7 +55,7 @@ void PieceText::insertNew(std::u16string_view text, Anchor anchor) {
     return;
   }
   // A pass inserts the same text at every block; it is kept once.
-  if (std::u16string_view(added_).substr(static_cast<std::size_t>(lastAdded_)) != text) {
+  if (!base::sameUnits(std::u16string_view(added_).substr(static_cast<std::size_t>(lastAdded_)), text)) {
     lastAdded_ = end;
     added_ += text;
   }

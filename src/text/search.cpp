@@ -4,6 +4,7 @@
 #include "gathered.h"
 #include "matcher.h"
 #include "needle.h"
+#include "prepared.h"
 
 #include <algorithm>
 #include <array>
@@ -69,25 +70,6 @@ struct Haystack {
     return isWordCharacter(joinSurrogates(unit, text.at(low)));
   }
 };
-
-}  // namespace
-
-/// Which ends of a match must be the ends of a word.
-struct WordEnds {
-  bool front = false;
-  bool back = false;
-
-  static WordEnds of(std::u16string_view needle) {
-    return {asLineEnd(needle.front()) != kParagraphMark, asLineEnd(needle.back()) != kParagraphMark};
-  }
-};
-
-struct Search::Prepared {
-  Needle needle;
-  WordEnds wholeWord;
-};
-
-namespace {
 
 /// One execution of a find. Long stretches are searched where they lie; short ones, and the borders between
 /// stretches, are gathered first.
@@ -192,8 +174,8 @@ class Execution {
     if (begin.insidePair) begin = utf8.placeOf(part.from + 1);
     if (end <= begin.offset) return;
     Utf8Matcher matcher(needle_.utf8(), utf8.bytes().subspan(begin.offset, end - begin.offset));
-    while (const auto match = matcher.next()) {
-      const Position from = utf8.positionAt(begin.offset + match->from) + shift;
+    for (std::size_t at = matcher.next(); at != Utf8Needle::kNone; at = matcher.next()) {
+      const Position from = utf8.positionAt(begin.offset + at) + shift;
       const Span span{from, from + static_cast<Position>(needle_.length())};
       if (!isWholeWord(span)) continue;
       found_ = span;

@@ -23,18 +23,30 @@ std::size_t ones(Mask mask) { return static_cast<std::size_t>(__builtin_popcount
 /// So far on as n bytes, the last ones before coming in.
 Mask later(Mask mask, Mask before, unsigned n) { return mask << n | before >> (64 - n); }
 
-/// The place of the n-th bit, from 0, of those that are set. Without branches, which nothing could foretell.
-std::size_t placeOfBit(Mask mask, std::size_t n) {
-  if (mask == ~Mask{0}) return n;
-  std::size_t at = 0;
-  for (unsigned width = 32; width > 0; width /= 2) {
-    const std::size_t low = ones(mask & ((Mask{1} << width) - 1));
-    const std::size_t beyond = n >= low ? 1 : 0;
-    n -= low & (0 - beyond);
-    mask >>= width * beyond;
-    at += width * beyond;
+/// Of each byte the places of its bits that are set.
+struct BitPlaces {
+  std::uint8_t of[256][8] = {};
+  constexpr BitPlaces() {
+    for (unsigned byte = 0; byte < 256; ++byte) {
+      unsigned count = 0;
+      for (std::uint8_t place = 0; place < 8; ++place)
+        if ((byte >> place & 1) != 0) of[byte][count++] = place;
+    }
   }
-  return at;
+};
+constexpr BitPlaces kBitPlaces;
+
+/// The place of the n-th bit, from 0, of those that are set. Without branches, which nothing could foretell,
+/// and with few steps that wait for each other. A call, so that the survey stays in one piece.
+__attribute__((noinline)) std::size_t placeOfBit(Mask mask, std::size_t n) {
+  if (mask == ~Mask{0}) return n;
+  constexpr Mask kOnes = ~Mask{0} / 0xFF;
+  Mask sums = mask - (mask >> 1 & kOnes * 0x55);
+  sums = (sums & kOnes * 0x33) + (sums >> 2 & kOnes * 0x33);
+  sums = ((sums + (sums >> 4)) & kOnes * 0x0F) * kOnes;  // in each byte the bits up to its end
+  const Mask passed = ((kOnes * n | kOnes * 0x80) - sums) & kOnes * 0x80;
+  const std::size_t at = 8 * ones(passed);
+  return at + kBitPlaces.of[mask >> at & 0xFF][n - (sums << 8 >> at & 0xFF)];
 }
 
 /// Where units begin, and which characters are two.

@@ -1,5 +1,6 @@
 #include "utf8_needle.h"
 
+#include "base/same_bytes.h"
 #include "base/utf.h"
 #include "characters.h"
 #include "probing.h"
@@ -7,7 +8,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <cstring>
 #include <utility>
 
 namespace pluvo::text {
@@ -132,40 +132,39 @@ bool Utf8Needle::is(char32_t point, std::size_t sign) const {
   return point == signs_[sign];
 }
 
-std::optional<Utf8Needle::Match> Utf8Needle::matchAt(Bytes bytes, std::size_t anchor,
-                                                     std::size_t& work) const {
+std::size_t Utf8Needle::matchAt(Bytes bytes, std::size_t anchor, std::size_t& work) const {
   if (!exact_.empty()) {
     const std::size_t from = anchor - exactBefore_;
     const bool inside = anchor >= exactBefore_ && bytes.size() - from >= exact_.size();
     constexpr std::size_t kFront = 16;
     const std::size_t front = std::min(exact_.size(), kFront);
-    if (!inside || std::memcmp(bytes.data() + from, exact_.data(), front) != 0) return std::nullopt;
+    if (!inside || !base::sameBytes(bytes.data() + from, exact_.data(), front)) return kNone;
     work += exact_.size() / kFront;
-    if (std::memcmp(bytes.data() + from + front, exact_.data() + front, exact_.size() - front) != 0)
-      return std::nullopt;
-    return Match{from, from + exact_.size()};
+    const bool same =
+        base::sameBytes(bytes.data() + from + front, exact_.data() + front, exact_.size() - front);
+    return same ? from : kNone;
   }
-  if (base::isUtf8Follower(bytes[anchor])) return std::nullopt;
-  if (bytes[anchor] == '\n' && anchor > 0 && bytes[anchor - 1] == '\r') return std::nullopt;
+  if (base::isUtf8Follower(bytes[anchor])) return kNone;
+  if (bytes[anchor] == '\n' && anchor > 0 && bytes[anchor - 1] == '\r') return kNone;
   std::size_t to = anchor;
   for (std::size_t sign = anchor_; sign < signs_.size(); ++sign) {
     ++work;
-    if (to >= bytes.size()) return std::nullopt;
+    if (to >= bytes.size()) return kNone;
     const Utf8Character character = utf8At(bytes, to);
-    if (!is(character.point, sign)) return std::nullopt;
+    if (!is(character.point, sign)) return kNone;
     to += character.bytes;
   }
   std::size_t from = anchor;
   for (std::size_t sign = anchor_; sign-- > 0;) {
     ++work;
-    if (from == 0) return std::nullopt;
+    if (from == 0) return kNone;
     from = utf8Before(bytes, 0, from);
-    if (!is(utf8At(bytes, from).point, sign)) return std::nullopt;
+    if (!is(utf8At(bytes, from).point, sign)) return kNone;
   }
-  return Match{from, to};
+  return from;
 }
 
-std::optional<Utf8Needle::Match> Utf8Matcher::next() {
+std::size_t Utf8Matcher::next() {
   constexpr std::size_t kWorkPerByte = 4;
   constexpr std::size_t kFreeWork = 4096;
   while (!gaveUpAt_) {
@@ -174,15 +173,16 @@ std::optional<Utf8Needle::Match> Utf8Matcher::next() {
       hits_.places &= hits_.places - 1;
       if (work_ > kWorkPerByte * place + kFreeWork) {
         gaveUpAt_ = place;
-        return std::nullopt;
+        return Utf8Needle::kNone;
       }
-      if (const auto match = needle_.matchAt(bytes_, place, work_)) return match;
+      const std::size_t match = needle_->matchAt(bytes_, place, work_);
+      if (match != Utf8Needle::kNone) return match;
     }
-    if (position_ >= places_) return std::nullopt;
-    hits_ = nextHits(bytes_.data(), position_, places_, *needle_.probes());
-    position_ = hits_.start + kHitsWidth;
+    if (position_ >= places_) return Utf8Needle::kNone;
+    hits_ = nextHits(bytes_.data(), position_, places_, *needle_->probes());
+    position_ = std::min(hits_.start + kHitsWidth, places_);
   }
-  return std::nullopt;
+  return Utf8Needle::kNone;
 }
 
 }  // namespace pluvo::text

@@ -2,6 +2,7 @@
 
 #include "scan.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -33,13 +34,10 @@ class Utf8Needle {
   /// How many bytes lie after the anchor's first, that one included, at the least.
   std::size_t leastFromAnchor() const { return leastFromAnchor_; }
 
-  /// Where the match lies whose anchor stands at an offset, if there is one; adds to work how many signs were
-  /// compared.
-  struct Match {
-    std::size_t from;
-    std::size_t to;
-  };
-  std::optional<Match> matchAt(Bytes bytes, std::size_t anchor, std::size_t& work) const;
+  /// Where the match begins whose anchor stands at an offset; kNone where there is none. Adds to work how
+  /// many signs were compared.
+  std::size_t matchAt(Bytes bytes, std::size_t anchor, std::size_t& work) const;
+  static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
  private:
   struct Sign;
@@ -62,18 +60,24 @@ class Utf8Needle {
 class Utf8Matcher {
  public:
   Utf8Matcher(const Utf8Needle& needle, Utf8Needle::Bytes bytes)
-      : needle_(needle),
+      : needle_(&needle),
         bytes_(bytes),
-        places_(bytes.size() < needle.leastFromAnchor() ? 0 : bytes.size() - needle.leastFromAnchor() + 1) {}
+        allPlaces_(bytes.size() < needle.leastFromAnchor() ? 0 : bytes.size() - needle.leastFromAnchor() + 1),
+        places_(allPlaces_) {}
 
-  std::optional<Utf8Needle::Match> next();
+  /// From now on nothing says that no anchor stands in front of a place; one at or after it may be told.
+  void endBefore(std::size_t place) { places_ = std::min(place, allPlaces_); }
+
+  /// Where the next one begins; Utf8Needle::kNone where there is none.
+  std::size_t next();
   /// Whether comparing made much more work than reading on, so that it stopped in front of a place.
   std::optional<std::size_t> gaveUpAt() const { return gaveUpAt_; }
 
  private:
-  const Utf8Needle& needle_;
+  const Utf8Needle* needle_;
   Utf8Needle::Bytes bytes_;
-  std::size_t places_;  ///< where an anchor could stand: [0, places_)
+  std::size_t allPlaces_;  ///< where an anchor could stand: [0, allPlaces_)
+  std::size_t places_;     ///< and is looked for
   std::size_t position_ = 0;
   Hits hits_;
   std::size_t work_ = 0;

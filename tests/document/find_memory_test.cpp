@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 namespace pluvo::document {
 namespace {
 
@@ -12,17 +14,17 @@ using text::View;
 /// A hundred thousand beginnings and one ending after them all. Edits stand at each beginning and at the
 /// ending; the text wanted between them is not there. A search to the ending for each beginning would take
 /// minutes.
-class FarEnding : public ::testing::TestWithParam<bool> {};
+class FarEnding : public ::testing::TestWithParam<std::tuple<bool, bool>> {};
 
 TEST_P(FarEnding, IsSearchedForOnce) {
-  const bool editsBeginnings = GetParam();
+  const auto [editsBeginnings, wholeWords] = GetParam();
   constexpr int kBeginnings = 100'000;
   std::u16string text;
   for (int i = 0; i < kBeginnings; ++i) text += u"begin some text ";
   text += u"end.\r";
   Story model(plainContent(text::OriginalText(text)));
-  const auto find = [&](const char16_t* what, Span span) {
-    return model.find({std::make_shared<const std::u16string>(what), {false, true}}, span, View::results);
+  const auto find = [&, words = wholeWords](const char16_t* what, Span span) {
+    return model.find({std::make_shared<const std::u16string>(what), {false, words}}, span, View::results);
   };
   int found = 0;
   for (Position from = 0; const auto begin = find(u"begin", {from, model.length()}); ++found) {
@@ -40,7 +42,7 @@ TEST_P(FarEnding, IsSearchedForOnce) {
   EXPECT_EQ(found, kBeginnings);
 }
 
-INSTANTIATE_TEST_SUITE_P(FindMemory, FarEnding, ::testing::Bool());
+INSTANTIATE_TEST_SUITE_P(FindMemory, FarEnding, ::testing::Combine(::testing::Bool(), ::testing::Bool()));
 
 }  // namespace
 }  // namespace pluvo::document

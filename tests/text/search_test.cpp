@@ -2,6 +2,7 @@
 
 #include "characters.h"
 #include "support/dice.h"
+#include "text/original_matches.h"
 
 #include <gtest/gtest.h>
 
@@ -204,6 +205,21 @@ class Generator : public Dice {
   std::vector<std::uint8_t> bytes_;
 };
 
+/// Matches in the original, asked for mostly front to back.
+void checkInOriginal(const Search& search, const OriginalText& original, Generator& generate) {
+  const auto matches = OriginalMatches::of(search, original);
+  const PieceText text(original);
+  const Visibilities all(text.length(), kEverywhere);
+  Position from = 0;
+  for (int asked = 0; matches != nullptr && !matches->gaveUp() && asked < 8; ++asked) {
+    from = generate.upTo(std::min(text.length(), generate.oneIn(8) ? kMaxLength : from + 2000));
+    const Position to = text.length() - generate.upTo(generate.oneIn(2) ? 0 : text.length() - from);
+    const auto expected = search.find(text, all, View::results, from, to);
+    const Position found = matches->first(from, to);
+    ASSERT_TRUE(matches->gaveUp() || found == (expected ? expected->from : OriginalMatches::kNone));
+  }
+}
+
 TEST(Search, FindsWhatReadingEveryCharacterFinds) {
   Generator generate(3);
   const std::u16string_view narrowUnits = u"aAb\r\n\v\u00B5";
@@ -230,6 +246,7 @@ TEST(Search, FindsWhatReadingEveryCharacterFinds) {
     const auto expected = PlainSearch(text, visibility, view, from, to).find(needle, flags);
     ASSERT_EQ(Search(needle, flags).find(text, visibility, view, from, to), expected)
         << "round " << round << ", needle " << testing::PrintToString(needle);
+    ASSERT_NO_FATAL_FAILURE(checkInOriginal(Search(needle, flags), text.original(), generate)) << round;
     if (const auto whole = text.wholeStretch()) {
       const VisibleText shown(*whole, visibility, view);
       ASSERT_EQ(Search(needle, flags).find(shown, text, visibility, view, from, to), expected)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "text/original_matches.h"
 #include "text/pieces.h"
 #include "text/positions.h"
 #include "text/run_map.h"
@@ -30,6 +31,9 @@ struct Query {
 /// Finds that remember. Of each of the last few queries it knows that no match begins in [from, clear). Where
 /// one was found, it begins at clear. A find that begins in there needs no search up to clear, whatever its
 /// bound. So many finds of one far ending cost one search. An edit costs a search of its own place only.
+///
+/// Where all text shows, a match that lies in the piece of the original where a find begins is known from
+/// what was found in the original, which no edit changes.
 class FindMemory {
  public:
   /// Both must outlive this object.
@@ -37,7 +41,10 @@ class FindMemory {
       : text_(text), visibility_(visibility) {}
 
   /// The first match that lies in the span wholly.
-  std::optional<text::Span> find(const Query& query, text::Span span, text::View view);
+  std::optional<text::Span> find(const Query& query, text::Span span, text::View view) {
+    const text::Span found = findOrNone(query, span, view);
+    return found.empty() ? std::nullopt : std::optional(found);
+  }
 
   /// To be called when a span of text and map has been replaced.
   void edited(text::Span replaced, text::Position newLength);
@@ -52,11 +59,16 @@ class FindMemory {
     Query query;
     text::View view;
     text::Search search;
+    std::unique_ptr<text::OriginalMatches> inOriginal;  ///< null where there is none
     std::uint64_t lastUse = 0;
     std::optional<Known> known;
   };
 
   Entry& entryOf(const Query& query, text::View view);
+  static constexpr text::Position kNone = text::OriginalMatches::kNone;
+  /// Empty where there is none.
+  text::Span findOrNone(const Query& query, text::Span span, text::View view);
+  text::Position findNear(Entry& entry, text::Span span, text::Position& clear) const;
   bool reachBack(Entry& entry, text::Span span) const;
   void searchOn(Entry& entry, text::Position to) const;
   std::optional<text::Span> search(const Entry& entry, text::Position from, text::Position to) const;

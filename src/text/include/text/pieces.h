@@ -74,7 +74,7 @@ class PieceText {
 
   /// Puts text in the place of [from, to). Throws std::length_error when positions would no longer suffice,
   /// leaving the text as it was.
-  void replace(Position from, Position to, std::u16string_view text, Anchor anchor);
+  void replace(Position from, Position to, std::u16string_view text, const Anchor& anchor);
 
   /// The anchor that text put before (or after) the character at position inherits from it. It is the
   /// character's own original position, or, for new text, that of its anchor.
@@ -126,7 +126,7 @@ class PieceText {
    public:
     Source() = default;
     explicit Source(Position original) : place_(static_cast<std::uint32_t>(original)) {}
-    Source(Position added, Anchor anchor)
+    Source(Position added, const Anchor& anchor)
         : place_(static_cast<std::uint32_t>(added) | kNew),
           anchor_(anchor.original < 0
                       ? kNoAnchor
@@ -157,7 +157,7 @@ class PieceText {
     std::uint32_t anchor_ = kNoAnchor;
   };
 
-  void insertNew(std::u16string_view text, Anchor anchor);
+  void insertNew(std::u16string_view text, const Anchor& anchor);
   void joinAtGap();
   /// Where the piece in front of the gap, which is before, would go on.
   Position placeAfter(const Source& before) const;

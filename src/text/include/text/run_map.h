@@ -35,6 +35,8 @@ class RunMap {
     parts_.insert(length, value);
   }
 
+  /// Null unless all positions have the same.
+  const Value* onlyValue() const { return parts_.isOne() ? &parts_.value(0) : nullptr; }
   Value valueAt(Position position) const { return parts_.value(parts_.indexAt(position)); }
   /// The maximal run that holds position.
   Run runAt(Position position) const {
@@ -61,20 +63,10 @@ class RunMap {
   /// Puts newLength positions of one value in the place of [from, to).
   void replace(Position from, Position to, Position newLength, const Value& value) {
     const Position newLengthOfAll = length() - (to - from) + newLength;
-    if (parts_.isOne() && newLengthOfAll > 0 && (newLength == 0 || parts_.value(0) == value))
+    const Value* const only = onlyValue();
+    if (only != nullptr && newLengthOfAll > 0 && (newLength == 0 || *only == value))
       return parts_.resizeOne(newLengthOfAll);
-    parts_.erase(from, to, [](const Value& cut, Position) { return cut; });
-    if (newLength > 0) {
-      const Value* before = parts_.beforeGap();
-      if (before != nullptr && *before == value) {
-        parts_.extend(newLength);
-      } else {
-        parts_.insert(newLength, value);
-      }
-    }
-    const Value* before = parts_.beforeGap();
-    const Value* after = parts_.afterGap();
-    if (before != nullptr && after != nullptr && *before == *after) parts_.join();
+    replaceRuns(from, to, newLength, value);
   }
 
   /// The runs that touch [from, to) in order, cut to it; valid until the next edit.
@@ -125,6 +117,21 @@ class RunMap {
   }
 
  private:
+  void replaceRuns(Position from, Position to, Position newLength, const Value& value) {
+    parts_.erase(from, to, [](const Value& cut, Position) { return cut; });
+    if (newLength > 0) {
+      const Value* before = parts_.beforeGap();
+      if (before != nullptr && *before == value) {
+        parts_.extend(newLength);
+      } else {
+        parts_.insert(newLength, value);
+      }
+    }
+    const Value* before = parts_.beforeGap();
+    const Value* after = parts_.afterGap();
+    if (before != nullptr && after != nullptr && *before == *after) parts_.join();
+  }
+
   Run run(std::size_t index) const {
     const auto part = parts_.part(index);
     return {part.from, part.to, part.value};

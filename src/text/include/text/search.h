@@ -37,6 +37,8 @@ struct SearchFlags {
 /// of the text searched for, whatever they hold. Memory beside the text is a few times that length.
 class Search {
  public:
+  struct Prepared;
+
   /// What a thread searched for last is prepared once.
   Search(std::u16string_view needle, SearchFlags flags);
 
@@ -48,7 +50,7 @@ class Search {
                            const RunMap<Visibility>& visibility, View view, Position from, Position to) const;
 
  private:
-  struct Prepared;
+  friend class OriginalMatches;
   class Memory;
   std::shared_ptr<const Prepared> prepared_;
 };
