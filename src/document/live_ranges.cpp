@@ -5,7 +5,10 @@ namespace pluvo::document {
 using text::Position;
 using text::Span;
 
-LiveRange::LiveRange(LiveRanges& ranges, Span span) : ranges_(&ranges), span_(span) { ranges.add(*this); }
+LiveRange::LiveRange(LiveRanges& ranges, Span span) : ranges_(&ranges) {
+  set(span);
+  ranges.add(*this);
+}
 
 LiveRange::~LiveRange() {
   if (ranges_ != nullptr) ranges_->drop(*this);
@@ -14,20 +17,22 @@ LiveRange::~LiveRange() {
 void LiveRange::moveWith(Span replaced, Position newLength) {
   const Position shift = newLength - replaced.length();
   const Position newEnd = replaced.from + newLength;
-  const bool wasEmpty = span_.empty();
+  Span moved = span();
+  const bool wasEmpty = moved.empty();
 
-  if (span_.to > replaced.to) {
-    span_.to += shift;
-  } else if (span_.to > replaced.from || (replaced.empty() && span_.to == replaced.from && !wasEmpty)) {
-    span_.to = newEnd;
+  if (moved.to > replaced.to) {
+    moved.to += shift;
+  } else if (moved.to > replaced.from || (replaced.empty() && moved.to == replaced.from && !wasEmpty)) {
+    moved.to = newEnd;
   }
   if (wasEmpty) {
-    span_.from = span_.to;
-  } else if (span_.from >= replaced.to && span_.from > replaced.from) {
-    span_.from += shift;
-  } else if (span_.from > replaced.from) {
-    span_.from = replaced.from;
+    moved.from = moved.to;
+  } else if (moved.from >= replaced.to && moved.from > replaced.from) {
+    moved.from += shift;
+  } else if (moved.from > replaced.from) {
+    moved.from = replaced.from;
   }
+  set(moved);
 }
 
 LiveRanges::~LiveRanges() {

@@ -32,11 +32,13 @@ Measures::Measures(const text::PieceText& text, const text::RunMap<text::Visibil
       codes_(visibility, View::codes) {}
 
 Position Measures::count(Span span, word::WdUnits unit, View view) const {
+  wasAsked_ = true;
   if (unit == word::wdCharacter) return characters(view).count(span.from, span.to);
   return units_.count(unitOf(unit), span.from, span.to);
 }
 
 Move Measures::move(Position position, word::WdUnits unit, Position count, View view) const {
+  wasAsked_ = true;
   if (count >= 0) {
     return unit == word::wdCharacter ? characters(view).forward(position, count)
                                      : units_.forward(unitOf(unit), position, count);
@@ -49,6 +51,7 @@ Move Measures::move(Position position, word::WdUnits unit, Position count, View 
 }
 
 void Measures::edited(Span replaced, Position newLength) {
+  if (!wasAsked_) return;
   units_.edited(replaced.from, replaced.to, newLength);
   results_.edited(replaced.from, replaced.to, newLength);
   codes_.edited(replaced.from, replaced.to, newLength);

@@ -1,8 +1,9 @@
 #include "same_text.h"
 
+#include "base/same_bytes.h"
+
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <optional>
 
 namespace pluvo::document {
@@ -27,9 +28,9 @@ bool equalUnits(const Stretch& a, const Stretch& b) {
 bool equal(const Stretch& a, const Stretch& b) {
   const auto length = static_cast<std::size_t>(a.length);
   const bool bytesTell = a.narrow != nullptr && b.narrow != nullptr && a.lineFeedIsMark == b.lineFeedIsMark;
-  if (bytesTell && std::memcmp(a.narrow, b.narrow, length) == 0) return true;
+  if (bytesTell && base::sameBytes(a.narrow, b.narrow, length)) return true;
   if (a.wide != nullptr && b.wide != nullptr)
-    return std::memcmp(a.wide, b.wide, length * sizeof(char16_t)) == 0;
+    return base::sameBytes(a.wide, b.wide, length * sizeof(char16_t));
   if (a.length <= kFew) return equalUnits(a, b);
   constexpr Position kAtOnce = 1024;
   std::array<char16_t, kAtOnce> left;
@@ -54,6 +55,7 @@ class Comparison {
   }
 
   bool isSame(Position start, const Piece& piece) {
+    if (to_ == nullptr && original_ == nullptr) return sameStretches(start, piece);
     if (to_ != nullptr && piece.isNew() && isKnown(piece)) return true;
     if (walk_ && !piece.isNew() && sameBytes(start, piece)) return true;
     const bool same = sameUnits(start, piece);
@@ -62,6 +64,20 @@ class Comparison {
   }
 
  private:
+  /// Where both lie in units. New text that many pieces hold is compared with where it was read back before.
+  bool sameStretches(Position start, const Piece& piece) {
+    const Stretch back = readBack_.stretch(start, start + piece.length);
+    if (!piece.isNew())
+      return equal(edited_.original().stretch(piece.original, piece.original + piece.length), back);
+    const bool isKnown = piece.added == known_.added && piece.length == known_.length;
+    if (isKnown && equal(knownBack_, back)) return true;
+    const std::u16string_view units = edited_.addedText(piece);
+    if (!equal({nullptr, units.data(), piece.length}, back)) return false;
+    known_ = piece;
+    knownBack_ = back;
+    return true;
+  }
+
   bool sameUnits(Position start, const Piece& piece) {
     reached_.reset();
     return edited_.visitStretches(start, piece, [&](Position at, const Stretch& stretch) {
@@ -103,7 +119,7 @@ class Comparison {
   bool sameBytes(Utf8Text::Bytes wanted) {
     const std::size_t after = *reached_ + wanted.size();
     if (after > to_->bytes().size() || !to_->beginsUnit(*reached_) || !to_->beginsUnit(after)) return false;
-    if (std::memcmp(wanted.data(), to_->bytes().data() + *reached_, wanted.size()) != 0) return false;
+    if (!base::sameBytes(wanted.data(), to_->bytes().data() + *reached_, wanted.size())) return false;
     reached_ = after;
     return true;
   }
@@ -114,6 +130,7 @@ class Comparison {
   const Utf8Text* to_;
   std::optional<text::Utf8Walk> walk_;  ///< through the original, where both lie in UTF-8
   Piece known_;                         ///< the new text read back last
+  Stretch knownBack_;
   Utf8Text::Bytes knownBytes_;
   std::optional<std::size_t> reached_;  ///< where in the bytes read back the next piece begins
 };

@@ -1,5 +1,6 @@
 #include "document/story.h"
 
+#include "base/same_bytes.h"
 #include "base/text.h"
 #include "base/utf.h"
 #include "document/edit_policy.h"
@@ -113,12 +114,14 @@ Story::Story(Snapshot snapshot)
       wasEdited_(snapshot.changed || snapshot.saves > 0),
       saves_(snapshot.saves) {}
 
-void Story::requireText(std::u16string_view newText) const {
+void Story::requireText(std::u16string_view newText) {
   if (medium_ != nullptr && !newText.empty()) {
     if (const auto reason = medium_->refusesText(newText))
       throw errors::Fault(word::kParameterOutOfRange, base::utf16(*reason)).with(errors::Problem::encoding);
   }
   requireNoMarks(newText);
+  constexpr std::size_t kShort = 256;
+  if (newText.size() <= kShort) taken_ = newText;
 }
 
 std::size_t Story::parts() const {
@@ -135,7 +138,6 @@ void Story::requireRoomForParts() const {
 
 /// Judged is the text that is sought in other versions, unless the edit lies in a block.
 void Story::requireOnlyHere(Span edited, Span judged) const {
-  if (rivals_.empty()) return;
   if (block_ && block_->from <= edited.from && edited.to <= block_->to) judged = *block_;
   const std::u16string text = text_.substring(judged.from, judged.to);
   const bool isOnlyHere = std::none_of(rivals_.begin(), rivals_.end(), [&](const Story* rival) {
@@ -152,7 +154,6 @@ void Story::requireOnlyHere(Span edited, Span judged) const {
 
 /// The word that text put there stands in or beside.
 Span Story::wordBeside(Position position, bool after) const {
-  if (rivals_.empty()) return {position, position};
   const auto isInWord = [&](Position at) { return at >= 0 && at < length() && text_.at(at) > u' '; };
   const Position beside = after ? position - 1 : position;
   Span word{std::max(beside, 0), std::min(beside + 1, length())};
@@ -214,11 +215,14 @@ Landing Story::landingOf(const Removal& removal, std::u16string_view newText) co
 
 Span Story::replace(Span span, std::u16string_view text, View view) {
   std::u16string converted;
-  const std::u16string_view newText = withParagraphMarks(text, converted);
-  requireText(newText);
+  std::u16string_view newText = text;
+  if (!base::sameUnits(text, taken_)) {  // a pass puts in the same text again and again
+    newText = withParagraphMarks(text, converted);
+    requireText(newText);
+  }
   requireRoom(length(), newText);
   requireRoomForParts();
-  requireOnlyHere(span, span);
+  if (!rivals_.empty()) requireOnlyHere(span, span);
   const Position finalMark = length() - 1;
   if (span.from < std::min(span.to, finalMark) && isPlain())
     return replacePlain({span.from, std::min(span.to, finalMark)}, newText);
@@ -241,7 +245,8 @@ Span Story::replacePlain(Span span, std::u16string_view newText) {
   Landing landing;
   landing.at = span.from;
   landing.anchor = text_.anchorAt(span.from, false);
-  landing.highlight = highlight_.runAt(span.from).value;
+  const std::uint8_t* const highlight = highlight_.onlyValue();
+  landing.highlight = highlight != nullptr ? *highlight : highlight_.valueAt(span.from);
   put(span, newText, landing);
   ++stamp_;
   return {span.from, span.from + newLength};
@@ -290,7 +295,7 @@ Span Story::insert(Position position, bool after, std::u16string_view text) {
   requireRoom(length(), newText);
   requireRoomForParts();
   if (newText.empty()) return {position, position};
-  requireOnlyHere({position, position}, wordBeside(position, after));
+  if (!rivals_.empty()) requireOnlyHere({position, position}, wordBeside(position, after));
   Landing landing = landingAt(*this, position, after, newText);
   if (!controls().empty()) {
     Removal none{position, {}};
@@ -334,7 +339,7 @@ void Story::highlight(Span span, std::uint8_t colour) {
   }
   requireUnlocked(*this, span);
   requirePossible(*this, span);
-  requireOnlyHere(span, span);
+  if (!rivals_.empty()) requireOnlyHere(span, span);
   bool changes = false;
   for (const auto& run : structure_.runs(span.from, span.to)) {
     const auto coloured = highlight_.runAt(run.from);

@@ -2,17 +2,17 @@
 
 namespace pluvo::engine {
 
-std::shared_ptr<word::Range> Operations::operated() const {
+word::Range* Operations::operated() const {
   switch (search_.request.location) {
     case kSelection:
-      return ranges_.block;
+      return ranges_.block.get();
     case kBeginning:
-      return ranges_.begin;
+      return ranges_.begin.get();
     // A range of a text that is not asked for stands wherever the search began.
     case kEnding:
-      return search_.end.empty() ? nullptr : ranges_.end;
+      return search_.end.empty() ? nullptr : ranges_.end.get();
     case kInsideText:
-      return search_.inside.empty() ? nullptr : ranges_.inside;
+      return search_.inside.empty() ? nullptr : ranges_.inside.get();
     default:
       return nullptr;
   }
@@ -20,8 +20,7 @@ std::shared_ptr<word::Range> Operations::operated() const {
 
 Block Operations::block() const {
   return {required(ranges_.block), required(ranges_.begin), search_.end.empty() ? nullptr : ranges_.end.get(),
-          search_.inside.empty() ? nullptr : ranges_.inside.get(),
-          search_.operates() ? operated().get() : nullptr};
+          search_.inside.empty() ? nullptr : ranges_.inside.get(), search_.operates() ? operated() : nullptr};
 }
 
 std::optional<errors::Fault> Operations::perform() const {
@@ -42,7 +41,7 @@ std::optional<errors::Fault> Operations::perform() const {
 template <class Work>
 std::optional<errors::Fault> Operations::onRange(errors::Tag tag, Work work) const {
   return errors::faultOf(trail_, tag, [&] {
-    if (const auto range = operated()) work(*range);
+    if (word::Range* const range = operated()) work(*range);
   });
 }
 

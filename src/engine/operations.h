@@ -19,8 +19,8 @@ class Operations {
   /// Carries out the operation of the request. The fault is that of a refusal, already reported.
   std::optional<errors::Fault> perform() const;
 
-  /// The range the operation acts on; none for a location unknown, or a text that is not asked for.
-  std::shared_ptr<word::Range> operated() const;
+  /// The range the operation acts on; null for a location unknown, or a text that is not asked for.
+  word::Range* operated() const;
 
   /// The current block as an observer is shown it.
   Block block() const;

@@ -1,7 +1,6 @@
 #include "plain_source.h"
 
 #include "base/utf.h"
-#include "document/edit_script.h"
 #include "writer.h"
 
 #include <algorithm>
@@ -25,8 +24,8 @@ std::optional<std::string> PlainSource::refusesText(std::u16string_view newText)
          "out.";
 }
 
-void PlainSource::copyPiece(const text::OriginalText& original, Position from, Position to,
-                            Writer& writer) const {
+void PlainSource::copyPiece(const text::OriginalText& original, Position from, Position to, Writer& writer,
+                            const std::function<void()>& pause) const {
   // Half of a character whose bytes stand for two units is written as a unit.
   const auto encodeUnitAt = [&](Position position) {
     const char16_t unit = original[position];
@@ -39,11 +38,7 @@ void PlainSource::copyPiece(const text::OriginalText& original, Position from, P
   }
   const ByteMap::Place end = map_.placeOf(to);
   const base::ByteSpan content = bytes_.view.subspan(storage_.markLength);
-  if (begin.offset < end.offset) {
-    writer.copy(content.subspan(begin.offset, end.offset - begin.offset), [this] {
-      if (map_.isDecoded()) bytes_.release();  // the text itself does not lie there
-    });
-  }
+  if (begin.offset < end.offset) writer.copy(content.subspan(begin.offset, end.offset - begin.offset), pause);
   if (end.insidePair) encodeUnitAt(to - 1);
 }
 
@@ -52,13 +47,17 @@ void PlainSource::write(const document::Document& document, base::Output& out) c
   out.write(bytes_.view.first(storage_.markLength));
   Writer writer(storage_.coding, storage_.name, lineEnd_, out);
   const Position end = story.length() - 1;  // the last paragraph mark has no bytes
-  document::EditScript(story).forEachStep([&](const document::Step& step) {
-    const Position length = std::min(step.length, end - step.at);
-    if (length <= 0) return;
-    if (step.kind == document::Step::Kind::keep)
-      copyPiece(story.text().original(), step.original, step.original + length, writer);
-    if (step.kind == document::Step::Kind::put)
-      writer.encode(step.units.substr(0, static_cast<std::size_t>(length)));
+  const text::OriginalText& original = story.text().original();
+  const std::function<void()> pause = [this] {
+    if (map_.isDecoded()) bytes_.release();  // the text itself does not lie there
+  };
+  story.text().forEachPiece(0, end, [&](Position, const text::Piece& piece) {
+    if (piece.isNew()) {
+      writer.encode(story.text().addedText(piece));
+    } else {
+      copyPiece(original, piece.original, piece.original + piece.length, writer, pause);
+    }
+    return true;
   });
   writer.finish();
   const std::size_t odd = (bytes_.view.size() - storage_.markLength) % unitSize(storage_.coding.encoding);

@@ -4,6 +4,8 @@
 #include "decoder.h"
 #include "formats/format.h"
 
+#include <functional>
+
 namespace pluvo::plain {
 
 class Writer;
@@ -22,8 +24,8 @@ class PlainSource final : public formats::Source {
 
  private:
   /// Writes [from, to) of the original text.
-  void copyPiece(const text::OriginalText& original, text::Position from, text::Position to,
-                 Writer& writer) const;
+  void copyPiece(const text::OriginalText& original, text::Position from, text::Position to, Writer& writer,
+                 const std::function<void()>& pause) const;
 
   base::Bytes bytes_;
   Storage storage_;

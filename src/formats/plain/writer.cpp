@@ -1,5 +1,6 @@
 #include "writer.h"
 
+#include "base/same_bytes.h"
 #include "base/utf.h"
 #include "errors/document_error.h"
 #include "token.h"
@@ -88,7 +89,7 @@ void Writer::copy(ByteSpan bytes, const std::function<void()>& pause) {
 void Writer::encode(std::u16string_view text) {
   // A pass puts the same text in at every block.
   const bool dependsOnNothing = isBetweenCharacters();
-  if (dependsOnNothing && text == known_) {
+  if (dependsOnNothing && base::sameUnits(text, known_)) {
     encoded_.insert(encoded_.end(), knownBytes_.begin(), knownBytes_.end());
   } else {
     const std::size_t before = encoded_.size();

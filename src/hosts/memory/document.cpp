@@ -17,19 +17,7 @@ namespace pluvo::memory {
 
 using errors::Fault;
 
-namespace {
-
-void requirePosition(const document::Story& story, std::int32_t position) {
-  if (position < 0 || position > story.length()) throw Fault(word::kValueOutOfRange, u"Value out of range.");
-}
-
-}  // namespace
-
-text::Span spanOf(const document::Story& story, std::int32_t start, std::int32_t end) {
-  requirePosition(story, start);
-  requirePosition(story, end);
-  return {std::min(start, end), end};
-}
+void refusePosition() { throw Fault(word::kValueOutOfRange, u"Value out of range."); }
 
 MemoryDocument::Open::Open(std::vector<document::Content> contents,
                            std::shared_ptr<const document::Medium> medium)
@@ -243,9 +231,8 @@ MemoryApplication& MemoryDocument::application() const {
   return *application_;
 }
 
-MemoryDocument::Open& MemoryDocument::open() {
-  if (!open_) throw Fault(word::kObjectDeleted, u"Object has been deleted: the document is closed.");
-  return *open_;
+void MemoryDocument::refuseClosed() {
+  throw Fault(word::kObjectDeleted, u"Object has been deleted: the document is closed.");
 }
 
 }  // namespace pluvo::memory

@@ -47,8 +47,8 @@ std::int32_t MemoryRange::Start() {
 
 void MemoryRange::Start(std::int32_t position) {
   member(u"Range.Start", [&] {
-    const Position start = spanOf(story(), position, position).from;
-    set({start, std::max(start, span().to)});
+    requirePosition(story(), position);
+    set({position, std::max(position, range_.span().to)});
   });
 }
 
@@ -58,8 +58,8 @@ std::int32_t MemoryRange::End() {
 
 void MemoryRange::End(std::int32_t position) {
   member(u"Range.End", [&] {
-    const Position end = spanOf(story(), position, position).to;
-    set({std::min(end, span().from), end});
+    requirePosition(story(), position);
+    set({std::min(position, range_.span().from), position});
   });
 }
 

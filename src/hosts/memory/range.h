@@ -4,14 +4,25 @@
 #include "memory/document.h"
 #include "word/word_processor.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <memory>
 
 namespace pluvo::memory {
 
 class MemoryFind;
 
+[[noreturn]] void refusePosition();
+/// Fault 4608 for a position outside a text.
+inline void requirePosition(const document::Story& story, std::int32_t position) {
+  if (position < 0 || position > story.length()) refusePosition();
+}
 /// The span a pair of positions makes in a text: start is set first, then end. Fault 4608 outside it.
-text::Span spanOf(const document::Story& story, std::int32_t start, std::int32_t end);
+inline text::Span spanOf(const document::Story& story, std::int32_t start, std::int32_t end) {
+  requirePosition(story, start);
+  requirePosition(story, end);
+  return {std::min(start, end), end};
+}
 
 class MemoryRange : public word::Range, public std::enable_shared_from_this<MemoryRange> {
  public:

@@ -3,6 +3,7 @@
 #include "text/positions.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 namespace pluvo::document {
@@ -18,8 +19,12 @@ class LiveRange {
   LiveRange& operator=(const LiveRange&) = delete;
   ~LiveRange();
 
-  text::Span span() const { return span_; }
-  void set(text::Span span) { span_ = span; }
+  text::Span span() const {
+    return {static_cast<text::Position>(both_ >> 32U), static_cast<text::Position>(both_ & 0xFFFFFFFFU)};
+  }
+  void set(text::Span span) {
+    both_ = std::uint64_t{static_cast<std::uint32_t>(span.from)} << 32U | static_cast<std::uint32_t>(span.to);
+  }
 
  private:
   friend class LiveRanges;
@@ -27,7 +32,9 @@ class LiveRange {
 
   LiveRanges* ranges_;
   std::size_t place_ = 0;
-  text::Span span_;
+  /// Start and end as one number: what is written by halves and read as a whole waits for the processor's
+  /// stores, and ranges are written and read all the time.
+  std::uint64_t both_ = 0;
 };
 
 /// All live ranges of one story.

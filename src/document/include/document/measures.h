@@ -33,6 +33,7 @@ class Measures {
     return view == text::View::results ? results_ : codes_;
   }
 
+  mutable bool wasAsked_ = false;  ///< else nothing is kept that an edit could change
   text::Units units_;
   text::VisibleCharacters results_;
   text::VisibleCharacters codes_;

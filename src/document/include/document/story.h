@@ -74,9 +74,10 @@ class Story {
   text::Position length() const { return text_.length(); }
   /// Whether it is nothing but text, all of it visible.
   bool isPlain() const {
-    const bool isOne = structure_.runCount() == 1 && visibility_.runCount() == 1;
-    return isOne && controls().empty() && visibility_.valueAt(0) == text::kEverywhere &&
-           structure_.valueAt(0) == Structure{};
+    const Structure* const structure = structure_.onlyValue();
+    const text::Visibility* const visibility = visibility_.onlyValue();
+    return structure != nullptr && visibility != nullptr && *visibility == text::kEverywhere &&
+           controls().empty() && *structure == Structure{};
   }
 
   /// The text of a span so far as the view shows it.
@@ -166,7 +167,7 @@ class Story {
   Landing landingOf(const Removal& removal, std::u16string_view newText) const;
   text::Span replacePlain(text::Span span, std::u16string_view newText);
   text::Span exchange(const Removal& removal, std::u16string_view newText);
-  void requireText(std::u16string_view newText) const;
+  void requireText(std::u16string_view newText);
   std::size_t parts() const;
   void requireRoomForParts() const;
   void requireOnlyHere(text::Span edited, text::Span judged) const;
@@ -190,7 +191,8 @@ class Story {
   std::optional<text::Span> block_;
   PartCount ownCount_;
   PartCount* count_;
-  std::size_t counted_;  ///< parts of this story so far
+  std::size_t counted_;   ///< parts of this story so far
+  std::u16string taken_;  ///< the text put in last that the file can hold, without line feeds
   bool changed_ = false;
   bool wasEdited_ = false;
   std::uint64_t saves_ = 0;

@@ -12,6 +12,14 @@ namespace pluvo::errors {
 /// The exception being handled, as a fault. To be called in a catch block only.
 Fault faultInFlight();
 
+/// Reports that fault. A call, so that procedures that mostly go well keep no place for a fault.
+template <class Trail>
+[[gnu::noinline, gnu::cold]] Fault reportInFlight(Trail& trail) {
+  Fault fault = faultInFlight();
+  trail.report(fault);
+  return fault;
+}
+
 /// A location tag. The length of a literal is known before the program runs; g++ would count it at every
 /// call.
 struct Tag {
@@ -29,41 +37,34 @@ struct Tag {
 template <class Trail, class Work>
 auto guarded(Trail& trail, Tag tag, Work&& work) -> decltype(work()) {
   trail.enter(tag);
-  std::optional<Fault> fault;
   try {
     return std::forward<Work>(work)();
   } catch (...) {
-    fault = faultInFlight();
+    reportInFlight(trail);
   }
-  trail.report(*fault);
   return decltype(work())();
 }
 
 /// The same for a procedure that goes on where it left off: under the tag entered last.
 template <class Trail, class Work>
 void guardedOn(Trail& trail, Work&& work) {
-  std::optional<Fault> fault;
   try {
     return std::forward<Work>(work)();
   } catch (...) {
-    fault = faultInFlight();
+    reportInFlight(trail);
   }
-  trail.report(*fault);
 }
 
 /// The same for a procedure whose caller must know how it went: the fault, already reported.
 template <class Trail, class Work>
 std::optional<Fault> faultOf(Trail& trail, Tag tag, Work&& work) {
   trail.enter(tag);
-  std::optional<Fault> fault;
   try {
     std::forward<Work>(work)();
     return std::nullopt;
   } catch (...) {
-    fault = faultInFlight();
+    return reportInFlight(trail);
   }
-  trail.report(*fault);
-  return fault;
 }
 
 }  // namespace pluvo::errors

@@ -126,7 +126,11 @@ class MemoryDocument : public word::Document, public std::enable_shared_from_thi
   };
 
   MemoryDocument() = default;
-  Open& open();
+  [[noreturn]] static void refuseClosed();
+  Open& open() {
+    if (!open_) refuseClosed();
+    return *open_;
+  }
   MemoryApplication& application() const;
 
   std::optional<Open> open_;
