@@ -70,6 +70,7 @@ TEST(Folder, TakesTheDocumentsAskedFor) {
       {"-r t --levels 1 --exclude ARCHIVE,old*", "t/B.TXT t/a.txt t/sub/c.txt"},
       {"-r t --types *.LOG", "t/x.log"},
       {"-r t --mask ?.txt --newer-than 1d --levels 0", "t/B.TXT t/a.txt"},
+      {"-r t --mask ?.txt --newer-than 24h --levels 0", "t/B.TXT t/a.txt"},
       {"-r t/sub/deep t/a.txt t --exclude old*,archive", "t/sub/deep/d.txt t/a.txt t/B.TXT t/sub/c.txt"},
       {"--files-from lines", "t/a.txt t/sub/c.txt"},
       {"--files-from nulls -0 t/a.txt", "t/a.txt t/sub/c.txt t/B.TXT"}};
@@ -318,7 +319,7 @@ TEST(Passwords, LiftProtectionsThatStay) {
   sandbox.put("passwords", "guess\r\nexample\n");
   EXPECT_THAT(sandbox.run(run + "-n --password-file passwords").err,
               AllOf(HasSubstr("locked.docx: password: No password"), Not(HasSubstr("free.docx"))));
-  sandbox.put("passwords", "guess\nExample\n");
+  sandbox.put("passwords", "guess\r\nExample\r\n");
   const Result done = sandbox.run(run + "--password-file passwords");
   EXPECT_EQ(done.status, 2);
   EXPECT_THAT(done.err,
@@ -408,8 +409,9 @@ TEST(Undo, LeavesWhatWasChangedSince) {
 
   sandbox.run(kReplace + "a.txt");
   const std::string before = lines(sandbox.run("undo --list").out).at(2);
-  sandbox.put("b.txt", "draft\n");
+  sandbox.put("b.txt", "draft\n" + std::string(2042, 'x'));
   sandbox.run(kReplace + "b.txt");
+  EXPECT_THAT(sandbox.run("undo --list").out, HasSubstr("  1 document, 2.0 KiB\n"));
   sandbox.put("b.txt", "mine\n");
   EXPECT_THAT(sandbox.run("undo").err,
               HasSubstr("'pluvo undo " + before.substr(0, before.find(' ')) + "': "));

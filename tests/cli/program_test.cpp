@@ -211,12 +211,16 @@ TEST(Program, SaysWhatIsWrongWithAName) {
       {{longName}, ": io: Its path is longer than"},
       {{"a.txt", "--output", "b.pdf/c"}, "cannot make the folder b.pdf/c: a part of its path is a file"},
       {{"b.pdf"}, "b.pdf: unsupported: The file is a PDF and cannot be worked on"},
+      {{"a.txt", "--types", "txt"}, "--types is about files found in folders; add --recursive."},
+      {{"a.txt", "--follow"}, "--follow is about links found in folders; add --recursive."},
+      {{"a.txt", "--run-name", "r", "--slice", "1/1000001"}, "--slice is K/N, the K-th of N parts"},
       {{"a.txt", "--backup=" + std::string(252, 'n')}, "io: A name that would be made for it is longer"}};
   for (const auto& [words, sentence] : cases) {
     const Result result = sandbox.run(Words{"delete", "-b", "y"} + words);
     EXPECT_THAT(result.err, HasSubstr(sentence));
     EXPECT_EQ(result.status, 2) << sentence;
   }
+  EXPECT_THAT(sandbox.run("run --help").out, HasSubstr("pluvo run FILE [OPTIONS] DOCUMENT..."));
 }
 
 TEST(Program, LeavesADocumentAloneWhereAChangeIsRefused) {
