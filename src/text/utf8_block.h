@@ -13,7 +13,6 @@ constexpr std::size_t kBlock = 64;
 using Mask = std::uint64_t;
 
 struct Bytes64 {
-#if defined(__SSE2__)
   static constexpr std::size_t kVectors = kBlock / sizeof(Vector);
   Vector vectors[kVectors];
 
@@ -30,40 +29,14 @@ struct Bytes64 {
     return where([](Vector v) { return v; });
   }
   Mask equalTo(std::uint8_t byte) const {
-    const Vector wanted = fill(byte);
-    return where([&](Vector v) { return equal(v, wanted, std::uint8_t{}); });
+    return where([&](Vector v) { return equal(v, byte); });
   }
   /// Bytes from 80 to FF, and from 00 to byte - 1.
   Mask below(std::uint8_t byte) const { return highBelow(byte); }
   /// Bytes from 80 to byte - 1.
   Mask highBelow(std::uint8_t byte) const {
-    const Vector bound = fill(byte);
-    return where(
-        [&](Vector v) { return greater(bound, v); });  // as signed numbers, high bytes are below zero
+    return where([&](Vector v) { return greater(byte, v); });
   }
-#else
-  const std::uint8_t* bytes;
-
-  explicit Bytes64(const std::uint8_t* at) : bytes(at) {}
-  template <class Test>
-  Mask where(Test test) const {
-    Mask mask = 0;
-    for (std::size_t i = 0; i < kBlock; ++i) mask |= static_cast<Mask>(test(bytes[i])) << i;
-    return mask;
-  }
-  Mask high() const {
-    return where([](std::uint8_t b) { return b >= 0x80; });
-  }
-  Mask equalTo(std::uint8_t byte) const {
-    return where([=](std::uint8_t b) { return b == byte; });
-  }
-  Mask below(std::uint8_t byte) const {
-    return where([=](std::uint8_t b) { return b >= 0x80 || b < byte; });
-  }
-  Mask highBelow(std::uint8_t byte) const {
-    return where([=](std::uint8_t b) { return b >= 0x80 && b < byte; });
-  }
-#endif
 };
 
 }  // namespace

@@ -49,42 +49,53 @@ struct Block {
   /// How many bytes come before the first odd one.
   std::size_t even() const { return odd == 0 ? kBlock : static_cast<std::size_t>(__builtin_ctzll(odd)); }
 
-  /// Writes the units before the first odd one, and tells how many.
-  std::size_t decode(char16_t* units) const {
+  /// Writes the units before the first odd one, for which there is room.
+  Utf8Decoded decode(char16_t* units) const {
     if (isAscii) {
       for (std::size_t i = 0; i < kBlock; ++i) units[i] = bytes[i];
-      return even();
+      return {even(), even()};
     }
     const char16_t* const first = units;
-    for (Mask left = odd == 0 ? starts : starts & (odd - 1) & ~odd; left != 0; left &= left - 1)
-      *units++ = unitAt(bytes + __builtin_ctzll(left));
-    return static_cast<std::size_t>(units - first);
+    for (Mask left = wanted(); left != 0; left &= left - 1) *units++ = unitAt(bytes + __builtin_ctzll(left));
+    return {even(), static_cast<std::size_t>(units - first)};
   }
+  /// The same where room may be less.
+  Utf8Decoded decode(char16_t* units, std::size_t room) const {
+    Mask left = wanted();
+    std::size_t count = 0;
+    for (; left != 0 && count < room; left &= left - 1)
+      units[count++] = unitAt(bytes + __builtin_ctzll(left));
+    return {left == 0 ? even() : static_cast<std::size_t>(__builtin_ctzll(left)), count};
+  }
+
+ private:
+  /// Where characters begin before the first odd one.
+  Mask wanted() const { return odd == 0 ? starts : starts & (odd - 1) & ~odd; }
 };
 
 constexpr std::size_t kReadBeyond = 3;
 
 }  // namespace
 
-Utf8Decoded decodeUtf8(std::span<const std::uint8_t> bytes, char16_t* units) {
+Utf8Decoded decodeUtf8(std::span<const std::uint8_t> bytes, char16_t* units, std::size_t room) {
   Utf8Decoded done;
-  while (bytes.size() - done.bytes >= kBlock + kReadBeyond) {
+  const auto add = [&](const Utf8Decoded& more) {
+    done.bytes += more.bytes;
+    done.units += more.units;
+  };
+  while (bytes.size() - done.bytes >= kBlock + kReadBeyond && done.units < room) {
     const Block block(bytes.data() + done.bytes);
-    done.units += block.decode(units + done.units);
-    done.bytes += block.even();
+    const bool fits = room - done.units >= kBlock;
+    add(fits ? block.decode(units + done.units) : block.decode(units + done.units, room - done.units));
     if (block.odd != 0) return done;
   }
-  while (done.bytes < bytes.size()) {
+  while (done.bytes < bytes.size() && done.units < room) {
     // The zeros that fill it up are odd.
     std::uint8_t rest[kBlock + kReadBeyond] = {};
-    char16_t decoded[kBlock];
     const std::size_t left = std::min(kBlock, bytes.size() - done.bytes);
     std::memcpy(rest, bytes.data() + done.bytes, std::min(bytes.size() - done.bytes, sizeof rest));
     const Block block(rest);
-    const std::size_t count = block.decode(decoded);
-    std::memcpy(units + done.units, decoded, count * sizeof *decoded);
-    done.units += count;
-    done.bytes += block.even();
+    add(block.decode(units + done.units, room - done.units));
     if (block.even() < left) return done;
   }
   return done;

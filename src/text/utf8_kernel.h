@@ -3,6 +3,7 @@
 // The looks over UTF-8 for one set of vector instructions; see vectors.h.
 
 #include "utf8_block.h"
+#include "utf8_check.h"
 #include "utf8_scan.h"
 
 namespace pluvo::text {
@@ -20,8 +21,6 @@ struct Rest {
 };
 
 std::size_t ones(Mask mask) { return static_cast<std::size_t>(__builtin_popcountll(mask)); }
-/// So far on as n bytes, the last ones before coming in.
-Mask later(Mask mask, Mask before, unsigned n) { return mask << n | before >> (64 - n); }
 
 /// Of each byte the places of its bits that are set.
 struct BitPlaces {
@@ -68,149 +67,129 @@ struct Starts {
 };
 
 /// Of a block whose predecessor may have ended with a carriage return; tells whether this one does.
-inline Starts startsOf(const Bytes64& bytes, Mask& returnBefore) {
+inline Starts startsOf(const Bytes64& bytes, Mask& before) {
   const Mask high = bytes.high();
   const Mask returns = bytes.equalTo('\r');
   const Mask followers = high == 0 ? 0 : bytes.highBelow(0xC0);
-  const Mask feeds = (returns | returnBefore) == 0 ? 0 : bytes.equalTo('\n') & (returns << 1 | returnBefore);
+  const Mask feeds = (returns | before) == 0 ? 0 : bytes.equalTo('\n') & (returns << 1 | before);
   const Mask pairs = high == 0 ? 0 : high & ~bytes.highBelow(0xF0);
-  returnBefore = returns >> 63;
+  before = returns >> 63;
   return {~(followers | feeds), pairs};
 }
 
-/// The first bytes of longer characters in a block. The block after it needs them as well.
-struct Leads {
-  Mask leads = 0;  ///< of characters of two bytes at least
-  Mask three = 0;  ///< of three at least
-  Mask four = 0;
-  Mask e0 = 0, ed = 0, f0 = 0, f4 = 0;  ///< after which not every byte may come
+/// 1 where a line feed at an offset belongs to the carriage return before it.
+Mask returnBefore(const std::uint8_t* bytes, std::size_t offset) {
+  return offset > 0 && bytes[offset - 1] == '\r' ? 1 : 0;
+}
+
+/// How many units begin with each byte, below zero; each line feed is one.
+Vector unitsBegun(Vector bytes) { return plus(greater(bytes, 0xBF), greater(beyond(bytes, 0xEF), 0)); }
+
+/// So many bytes are looked at together.
+constexpr std::size_t kRow = kNoteInterval;
+
+/// The results of one look over a row, lane by lane.
+struct Row {
+  Vector high, zeros, feeds, returns;
+  Vector begun, wrong;  ///< made only where there is more than ASCII
+
+  template <bool kIsAscii>
+  static Row of(const std::uint8_t* bytes) {
+    static_assert(kRow / sizeof(Vector) * 2 < 256, "no count overflows");
+    Vector high = fill(std::uint8_t{0});
+    Vector zeros = high, feeds = high, returns = high, begun = high, wrong = high;
+    for (std::size_t i = 0; i < kRow; i += sizeof(Vector)) {
+      const Vector here = load(bytes + i);
+      high = either(high, here);
+      zeros = either(zeros, equal(here, 0));
+      feeds = minus(feeds, equal(here, '\n'));
+      returns = minus(returns, equal(here, '\r'));
+      if constexpr (kIsAscii) continue;
+      wrong = either(wrong, Utf8Vector(bytes + i).wrong());
+      begun = minus(begun, unitsBegun(here));
+    }
+    return {high, zeros, feeds, returns, begun, wrong};
+  }
+
+  bool isAscii() const { return bits(high) == 0; }
 };
 
-Mask wrongBytes(const Bytes64& bytes, Mask high, const Leads& before, Leads& here) {
-  const Mask followers = bytes.highBelow(0xC0);
-  here.leads = high & ~followers;
-  here.three = high & ~bytes.highBelow(0xE0);
-  here.four = high & ~bytes.highBelow(0xF0);
-  const Mask expected = later(here.leads, before.leads, 1) | later(here.three, before.three, 2) |
-                        later(here.four, before.four, 3);
-  Mask wrong = expected ^ followers;
-  wrong |= here.leads & bytes.highBelow(0xC2);
-  here.e0 = bytes.equalTo(0xE0);
-  here.ed = bytes.equalTo(0xED);
-  if (here.four != 0) {
-    wrong |= here.four & ~bytes.highBelow(0xF5);
-    here.f0 = bytes.equalTo(0xF0);
-    here.f4 = bytes.equalTo(0xF4);
-  }
-  if ((here.e0 | here.ed | before.e0 | before.ed) != 0) {
-    const Mask low = bytes.highBelow(0xA0);
-    wrong |= later(here.e0, before.e0, 1) & low;   // fewer bytes would do
-    wrong |= later(here.ed, before.ed, 1) & ~low;  // surrogates
-  }
-  if ((here.f0 | here.f4 | before.f0 | before.f4) != 0) {
-    const Mask low = bytes.highBelow(0x90);
-    wrong |= later(here.f0, before.f0, 1) & low;
-    wrong |= later(here.f4, before.f4, 1) & ~low;  // beyond 10FFFF
-  }
-  return wrong;
+/// FF for line feeds that belong to the carriage return before them.
+Vector joinedAt(const std::uint8_t* at) { return both(equal(load(at), '\n'), equal(load(at - 1), '\r')); }
+
+std::uint64_t joinedIn(const std::uint8_t* row) {
+  Vector joined = fill(std::uint8_t{0});
+  for (std::size_t i = 0; i < kRow; i += sizeof(Vector)) joined = minus(joined, joinedAt(row + i));
+  return sum(joined);
 }
 
 /// A survey under way.
 struct Surveyor {
   Utf8Scan& scan;
-  Leads before{};
-  Mask returnBefore = 0;
-  bool plain = true;  ///< so far each unit is a byte
-  std::uint64_t nextNote = 0;
+  bool ascii = true;  ///< the row before
 
-  /// False where these bytes are no UTF-8.
-  bool take(const Bytes64& here, std::size_t offset, Mask inside) {
-    const Mask high = here.high();
-    const Mask returns = here.equalTo('\r');
-    const Mask feeds = here.equalTo('\n');
-    scan.lineFeeds += ones(feeds);
-    scan.zeros |= (here.equalTo(0) & inside) != 0;
-    Starts units{inside, 0};
-    if ((high | before.leads) != 0) {
-      Leads leads;
-      if (wrongBytes(here, high, before, leads) != 0) return false;
-      scan.ascii = scan.ascii && high == 0;
-      units.starts &= ~(high & ~leads.leads);
-      units.pairs = leads.four;
-      before = leads;
-    }
-    if ((returns | returnBefore) != 0) {
-      const Mask joined = feeds & (returns << 1 | returnBefore);
-      returnBefore = returns >> 63;
-      scan.carriageReturns += ones(returns);
-      scan.pairs += ones(joined);
-      units.starts &= ~joined;
-    }
-    if (plain && units.starts == inside && units.pairs == 0) {
-      scan.units += ones(inside);
-      return true;
-    }
-    if (plain) notePlain();
-    note(units, offset);
+  /// Of a row of which so many bytes are there, with blanks after them. False where these are no UTF-8.
+  bool take(const std::uint8_t* bytes, std::size_t number, std::size_t inside) {
+    if (!scan.plain) scan.notes[number] = static_cast<std::uint32_t>(scan.units);
+    // Rows are mostly like the one before.
+    Row row = ascii ? Row::of<true>(bytes) : Row::of<false>(bytes);
+    if (ascii && !row.isAscii()) row = Row::of<false>(bytes);
+    const bool checked = !ascii || !row.isAscii();
+    if (checked && !isZero(row.wrong)) return false;
+    ascii = row.isAscii();
+    const std::uint64_t joined = isZero(row.returns) && bytes[-1] != '\r' ? 0 : joinedIn(bytes);
+    const std::uint64_t units = (checked ? sum(row.begun) - (kRow - inside) : inside) - joined;
+    scan.ascii = scan.ascii && ascii;
+    scan.zeros |= !isZero(row.zeros);
+    scan.lineFeeds += sum(row.feeds);
+    scan.carriageReturns += sum(row.returns);
+    scan.pairs += joined;
+    if (scan.plain && units != inside) notePlain(number);
+    scan.units += units;
     return true;
   }
 
-  void notePlain() {
-    plain = false;
-    for (; nextNote < scan.units; nextNote += kNoteInterval)
-      scan.notes[scan.noted++] = static_cast<std::uint32_t>(nextNote);
-  }
-
-  void note(const Starts& units, std::size_t offset) {
-    const std::uint64_t reached = scan.units + units.count();
-    for (; nextNote < reached; nextNote += kNoteInterval) {
-      const Utf8Step at = units.unit(static_cast<std::size_t>(nextNote - scan.units));
-      scan.notes[scan.noted++] =
-          static_cast<std::uint32_t>(offset + at.offset) | (at.left != 0 ? kInsidePair : 0);
-    }
-    scan.units = reached;
+  void notePlain(std::size_t rows) {
+    scan.plain = false;
+    for (std::size_t row = 0; row <= rows; ++row) scan.notes[row] = static_cast<std::uint32_t>(row * kRow);
   }
 };
 
 bool survey(const std::uint8_t* bytes, std::size_t size, Utf8Scan& scan) {
   Surveyor surveyor{scan};
-  std::size_t offset = 0;
-  for (; offset + kBlock <= size; offset += kBlock)
-    if (!surveyor.take(Bytes64(bytes + offset), offset, ~Mask{0})) return false;
-  // Also where there are none left, for a character that the end cuts off.
-  const Rest rest(bytes + offset, size - offset);
-  return surveyor.take(Bytes64(rest.bytes), offset, rest.inside);
+  const auto padded = [&](std::size_t row) {
+    const std::size_t left = size - row * kRow;
+    const Padded<kRow> all(bytes, size, row * kRow);
+    return surveyor.take(all.bytes(), row, left < kRow ? left : kRow);
+  };
+  const std::size_t whole = size / kRow;
+  if (whole > 0 && !padded(0)) return false;
+  for (std::size_t row = 1; row < whole; ++row)
+    if (!surveyor.take(bytes + row * kRow, row, kRow)) return false;
+  return padded(whole);  // also where no bytes are left, for a character that the end cuts off
 }
 
-/// What a block leaves for the next one to judge U+FFFE and U+FFFF by: EF BF BE and EF BF BF.
-struct Noncharacters {
-  Mask ef = 0, bf = 0;
-
-  Mask take(const Bytes64& bytes, Mask three) {
-    const Mask efBefore = ef;
-    const Mask bfBefore = bf;
-    ef = three == 0 ? 0 : bytes.equalTo(0xEF);
-    bf = 0;
-    if ((ef | efBefore) == 0) return 0;
-    bf = bytes.equalTo(0xBF);
-    return later(ef, efBefore, 2) & later(bf, bfBefore, 1) & (bf | bytes.equalTo(0xBE));
-  }
-};
-
 std::size_t cleanBytes(const std::uint8_t* bytes, std::size_t size) {
-  Leads before;
-  Noncharacters noncharacters;
+  if (size < kBlock) return 0;
+  const Padded<kBlock> front(bytes, size, 0);
+  Mask highBefore = 0;
   std::size_t offset = 0;
   for (; offset + kBlock <= size; offset += kBlock) {
-    const Bytes64 here(bytes + offset);
+    const std::uint8_t* const at = offset == 0 ? front.bytes() : bytes + offset;
+    const Bytes64 here(at);
     const Mask high = here.high();
     const Mask controls = here.below(0x20) & ~high;
     if (controls != 0 && (controls & ~(here.equalTo('\t') | here.equalTo('\n') | here.equalTo('\r'))) != 0)
       break;
-    if ((high | before.leads) == 0) continue;
-    Leads leads;
-    if ((wrongBytes(here, high, before, leads) | noncharacters.take(here, leads.three)) != 0) break;
-    before = leads;
+    if ((high | highBefore) != 0) {
+      Vector wrong = fill(std::uint8_t{0});
+      for (std::size_t i = 0; i < kBlock; i += sizeof(Vector)) {
+        const Utf8Vector each(at + i);
+        wrong = either(wrong, either(each.wrong(), each.noncharacters()));
+      }
+      if (!isZero(wrong)) break;
+    }
+    highBefore = high >> (kBlock - kInFront);
   }
   // Back to where the last character begins: its end may be wrong, or lie further on.
   while (offset > 0 && bytes[offset - 1] >= 0x80 && bytes[offset - 1] < 0xC0) --offset;
@@ -219,9 +198,9 @@ std::size_t cleanBytes(const std::uint8_t* bytes, std::size_t size) {
 }
 
 __attribute__((noinline)) Utf8Step walkInRest(const std::uint8_t* bytes, std::size_t size, std::size_t from,
-                                              std::size_t units, Mask returnBefore) {
+                                              std::size_t units, Mask before) {
   const Rest rest(bytes + from, size - from);
-  Starts starts = startsOf(Bytes64(rest.bytes), returnBefore);
+  Starts starts = startsOf(Bytes64(rest.bytes), before);
   starts.starts &= rest.inside;
   if (units >= starts.count()) return {size, 0};
   const Utf8Step at = starts.unit(units);
@@ -229,9 +208,9 @@ __attribute__((noinline)) Utf8Step walkInRest(const std::uint8_t* bytes, std::si
 }
 
 Utf8Step walk(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t units) {
-  Mask returnBefore = 0;
+  Mask before = returnBefore(bytes, from);
   for (; from + kBlock <= size; from += kBlock) {
-    const Starts starts = startsOf(Bytes64(bytes + from), returnBefore);
+    const Starts starts = startsOf(Bytes64(bytes + from), before);
     const std::size_t count = starts.count();
     if (units < count) {
       const Utf8Step at = starts.unit(units);
@@ -239,14 +218,14 @@ Utf8Step walk(const std::uint8_t* bytes, std::size_t size, std::size_t from, std
     }
     units -= count;
   }
-  return walkInRest(bytes, size, from, units, returnBefore);
+  return walkInRest(bytes, size, from, units, before);
 }
 
 Utf8Step walkBack(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t units) {
   while (from >= kBlock) {
     from -= kBlock;
-    Mask returnBefore = from > 0 && bytes[from - 1] == '\r' ? 1 : 0;
-    const Starts starts = startsOf(Bytes64(bytes + from), returnBefore);
+    Mask before = returnBefore(bytes, from);
+    const Starts starts = startsOf(Bytes64(bytes + from), before);
     const std::size_t count = starts.count();
     if (units <= count) {
       const Utf8Step at = starts.unit(count - units);
@@ -254,27 +233,35 @@ Utf8Step walkBack(const std::uint8_t* bytes, std::size_t size, std::size_t from,
     }
     units -= count;
   }
-  Mask returnBefore = 0;
+  Mask before = 0;
   const Rest rest(bytes, from);
-  Starts starts = startsOf(Bytes64(rest.bytes), returnBefore);
+  Starts starts = startsOf(Bytes64(rest.bytes), before);
   starts.starts &= rest.inside;
   const std::size_t count = starts.count();
   return walk(bytes, size, 0, count < units ? 0 : count - units);
 }
 
 __attribute__((noinline)) std::size_t countInRest(const std::uint8_t* bytes, std::size_t from, std::size_t to,
-                                                  Mask returnBefore) {
+                                                  Mask before) {
   const Rest rest(bytes + from, to - from);
-  Starts starts = startsOf(Bytes64(rest.bytes), returnBefore);
+  Starts starts = startsOf(Bytes64(rest.bytes), before);
   starts.starts &= rest.inside;
   return starts.count();
 }
 
 std::size_t count(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t to) {
-  Mask returnBefore = 0;
   std::size_t units = 0;
+  if (from == 0 && to > 0) units = bytes[from++] < 0xF0 ? 1 : 2;
+  while (to - from >= sizeof(Vector)) {
+    const std::size_t most = from + kRow < to ? from + kRow : to;
+    Vector begun = fill(std::uint8_t{0});
+    for (; from + sizeof(Vector) <= most; from += sizeof(Vector))
+      begun = plus(minus(begun, unitsBegun(load(bytes + from))), joinedAt(bytes + from));
+    units += sum(begun);
+  }
+  Mask before = returnBefore(bytes, from);
   for (; from + kBlock <= size && from < to; from += kBlock) {
-    Starts starts = startsOf(Bytes64(bytes + from), returnBefore);
+    Starts starts = startsOf(Bytes64(bytes + from), before);
     if (to - from < kBlock) {
       const Mask wanted = (Mask{1} << (to - from)) - 1;
       starts.starts &= wanted;
@@ -282,7 +269,7 @@ std::size_t count(const std::uint8_t* bytes, std::size_t size, std::size_t from,
     }
     units += starts.count();
   }
-  return from < to ? units + countInRest(bytes, from, to, returnBefore) : units;
+  return from < to ? units + countInRest(bytes, from, to, before) : units;
 }
 
 }  // namespace

@@ -7,10 +7,10 @@ namespace pluvo::text {
 
 /// The results of one look over bytes that may be UTF-8.
 struct Utf8Scan {
-  /// Where every kInterval-th unit lies, from the first on; see Utf8Text. Room for each that bytes could
-  /// make.
+  /// How many units begin in front of every kNoteInterval-th byte, from the first on; see Utf8Text. Made
+  /// only where not each unit is a byte.
   std::uint32_t* notes = nullptr;
-  std::size_t noted = 0;
+  bool plain = true;  ///< each unit is a byte
   std::uint64_t units = 0;
   std::uint64_t lineFeeds = 0;        ///< in all
   std::uint64_t carriageReturns = 0;  ///< in all
@@ -19,9 +19,7 @@ struct Utf8Scan {
   bool zeros = false;
 };
 
-inline constexpr std::uint32_t kNoteInterval = 512;
-/// In a note: the unit is the second half of the character that lies there.
-inline constexpr std::uint32_t kInsidePair = 0x80000000;
+inline constexpr std::size_t kNoteInterval = 1024;
 
 /// A walk over units: where it arrived, and how many units were left to go there. One is left where that is
 /// the second half of the character that lies there.
@@ -34,11 +32,11 @@ struct Utf8Step {
 
 /// False where the bytes are no UTF-8. Below 2^31 bytes.
 bool surveyUtf8(const std::uint8_t* bytes, std::size_t size, Utf8Scan& scan);
-/// Walks over so many units from a unit's first byte on. At the end of the bytes it stops.
+/// Walks over so many of the units that begin at from or after it. At the end of the bytes it stops.
 Utf8Step walkUtf8(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t units);
 /// Walks back over so many units, of which there are at least one and at the most those in front.
 Utf8Step walkBackUtf8(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t units);
-/// How many units begin in [from, to), from being where one does.
+/// How many units begin in [from, to).
 std::size_t countUtf8(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t to);
 
 /// The same, for every processor and for those with AVX2; the ones above and cleanUtf8 choose.

@@ -2,6 +2,7 @@
 
 #include "base/utf.h"
 #include "characters.h"
+#include "text/utf8_decoding.h"
 #include "utf8.h"
 #include "utf8_scan.h"
 
@@ -27,6 +28,9 @@ constexpr Word unlikeText(Word word) {
   return (word | ((feeds - kOnes) & ~feeds) | ((returns - kOnes) & ~returns)) & kHigh;
 }
 
+/// After something else ASCII is looked for again so many units on.
+constexpr std::size_t kOtherUnits = 24;
+
 /// Writes units until so many are written or the bytes end; returns the offset after them. A pair that does
 /// not fit is cut in two.
 std::size_t decode(Bytes bytes, std::size_t offset, char16_t*& out, const char16_t* end) {
@@ -42,7 +46,14 @@ std::size_t decode(Bytes bytes, std::size_t offset, char16_t*& out, const char16
       offset += alike;
       if (alike < 8) break;
     }
-    if (out == end) break;
+    const Utf8Decoded decoded =
+        decodeUtf8(bytes.subspan(offset), out, std::min(static_cast<std::size_t>(end - out), kOtherUnits));
+    out += decoded.units;
+    offset += decoded.bytes;
+    // It may have stopped within the last character, whose unit is written.
+    while (offset < bytes.size() && base::isUtf8Follower(bytes[offset])) ++offset;
+    if (out == end || offset == bytes.size()) break;
+    if (decoded.units == kOtherUnits) continue;
     const Utf8Character character = utf8At(bytes, offset);
     if (character.point > 0xFFFF) {
       *out++ = base::highSurrogateOf(character.point);
@@ -60,7 +71,7 @@ std::size_t decode(Bytes bytes, std::size_t offset, char16_t*& out, const char16
 
 Utf8Text::Survey Utf8Text::survey(Bytes bytes, const std::shared_ptr<const void>& owner) {
   // Of addresses only, where nothing is noted.
-  auto notes = std::make_unique_for_overwrite<std::uint32_t[]>(bytes.size() / kNoteInterval + 2);
+  auto notes = std::make_unique_for_overwrite<std::uint32_t[]>(bytes.size() / kNoteInterval + 1);
   Utf8Scan scan;
   scan.notes = notes.get();
   Survey survey;
@@ -71,13 +82,36 @@ Utf8Text::Survey Utf8Text::survey(Bytes bytes, const std::shared_ptr<const void>
   survey.pairs = static_cast<std::size_t>(scan.pairs);
   survey.lineFeeds = static_cast<std::size_t>(scan.lineFeeds - scan.pairs);
   survey.carriageReturns = static_cast<std::size_t>(scan.carriageReturns - scan.pairs);
-  if (scan.noted == 0) return survey;
+  if (scan.plain) return survey;
   std::shared_ptr<Utf8Text> text(new Utf8Text(Bytes(bytes.data(), bytes.size() + 1), owner));
   text->notes_ = std::move(notes);
-  text->noted_ = scan.noted;
   text->length_ = static_cast<Position>(scan.units) + 1;
   survey.text = std::move(text);
   return survey;
+}
+
+std::size_t Utf8Text::noteCount() const { return (bytes_.size() - 1) / kNoteInterval + 1; }
+
+Utf8Text::Known Utf8Text::note(std::size_t number) const {
+  return {notes_[number], static_cast<std::uint32_t>(number * kNoteInterval)};
+}
+
+Utf8Text::Known Utf8Text::noteBefore(std::uint32_t position) const {
+  const std::uint32_t* const first = notes_.get();
+  const std::size_t count = noteCount();
+  // Mostly not far from the last question.
+  std::size_t low = std::min<std::size_t>(recent().offset / kNoteInterval, count - 1);
+  std::size_t high = low + 1;
+  for (std::size_t reach = 1; low > 0 && first[low] > position; reach *= 2) {
+    high = low;
+    low -= std::min(reach, low);
+  }
+  for (std::size_t reach = 1; high < count && first[high] <= position; reach *= 2) {
+    low = high;
+    high = std::min(high + reach, count);
+  }
+  const auto* const after = std::upper_bound(first + low, first + high, position);
+  return note(static_cast<std::size_t>(after - first) - 1);
 }
 
 Utf8Text::Place Utf8Text::placeOf(Position position) const {
@@ -90,11 +124,8 @@ Utf8Text::Place Utf8Text::placeOf(Position position) const {
     if (at.left == 0) remember({wanted, static_cast<std::uint32_t>(at.offset)});
     return {at.offset, at.left != 0};
   }
-  if (wanted - from.position >= kNoteInterval) {  // in front of it too
-    const std::size_t note = std::min<std::size_t>(wanted / kNoteInterval, noted_ - 1);
-    const bool inside = (notes_[note] & kInsidePair) != 0;
-    from = {static_cast<std::uint32_t>(note) * kNoteInterval - (inside ? 1 : 0), notes_[note] & ~kInsidePair};
-  }
+  // In front of it, too.
+  if (wanted - from.position >= kNoteInterval) from = noteBefore(wanted);
   const Utf8Step at = walkUtf8(bytes_.data(), bytes_.size(), from.offset, wanted - from.position);
   if (at.left == 0) remember({wanted, static_cast<std::uint32_t>(at.offset)});
   return {at.offset, at.left != 0};
@@ -102,17 +133,9 @@ Utf8Text::Place Utf8Text::placeOf(Position position) const {
 
 Position Utf8Text::positionAt(std::size_t offset) const {
   const auto wanted = static_cast<std::uint32_t>(offset);
-  constexpr std::uint32_t kFar = 2 * kNoteInterval;
+  const std::size_t number = std::min(offset / kNoteInterval, noteCount() - 1);
   Known from = recent();
-  if (wanted - from.offset >= kFar) {
-    const std::uint32_t* const first = notes_.get();
-    const auto* const after =
-        std::upper_bound(first, first + noted_, wanted,
-                         [](std::uint32_t o, std::uint32_t note) { return o < (note & ~kInsidePair); });
-    const auto note = static_cast<std::uint32_t>(after - first) - (after == first ? 0 : 1);
-    const bool inside = (notes_[note] & kInsidePair) != 0;
-    from = {note * kNoteInterval - (inside ? 1 : 0), notes_[note] & ~kInsidePair};
-  }
+  if (from.offset > wanted || from.offset < number * kNoteInterval) from = note(number);
   const std::size_t units = countUtf8(bytes_.data(), bytes_.size(), from.offset, offset);
   const auto position = from.position + static_cast<std::uint32_t>(units);
   remember({position, wanted});

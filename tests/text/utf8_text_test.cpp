@@ -144,8 +144,8 @@ TEST(Utf8Decoding, ReadsCharactersThatBeginInOneBlockAndEndInTheNext) {
     for (std::size_t front = 0; front < 140; ++front) {
       const std::string bytes = std::string(front, 'a') + character + std::string(140, 'b');
       std::u16string units(bytes.size(), u'\0');
-      const Utf8Decoded decoded =
-          decodeUtf8({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()}, units.data());
+      const Utf8Decoded decoded = decodeUtf8(
+          {reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()}, units.data(), units.size());
       units.resize(decoded.units);
       ASSERT_EQ(units, base::utf16(bytes)) << character << " after " << front;
     }
@@ -161,7 +161,7 @@ TEST(Utf8Text, EveryKindOfProcessorSeesTheSame) {
     std::vector<std::uint32_t> notes[2];
     Utf8Scan scans[2];
     for (int i : {0, 1}) {
-      notes[i].resize(text.size() / kNoteInterval + 2);
+      notes[i].resize(text.size() / kNoteInterval + 1);
       scans[i].notes = notes[i].data();
     }
     const bool valid = surveyUtf8Anywhere(bytes, text.size(), scans[0]);

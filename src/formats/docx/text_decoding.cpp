@@ -117,7 +117,7 @@ void appendUtf8(std::u16string& units, std::string_view bytes) {
   for (std::size_t i = 0; i < bytes.size();) {
     const std::string_view rest = bytes.substr(i);
     const text::Utf8Decoded decoded =
-        text::decodeUtf8({reinterpret_cast<const std::uint8_t*>(rest.data()), rest.size()}, out);
+        text::decodeUtf8({reinterpret_cast<const std::uint8_t*>(rest.data()), rest.size()}, out, rest.size());
     out += decoded.units;
     i += decoded.bytes;
     if (i == bytes.size()) break;

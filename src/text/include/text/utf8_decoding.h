@@ -11,9 +11,9 @@ struct Utf8Decoded {
   std::size_t units = 0;  ///< that were written
 };
 
-/// Decodes bytes that are known to be UTF-8, up to the first control character or character of two units, or
-/// to the end. There is room for a unit for each byte. The order of scripts costs nothing: no branch depends
-/// on how long a character is.
-Utf8Decoded decodeUtf8(std::span<const std::uint8_t> bytes, char16_t* units);
+/// Decodes bytes that are known to be UTF-8, up to the first control character or character of two units, to
+/// the end, or until room is filled. The order of scripts costs nothing: no branch depends on how long a
+/// character is.
+Utf8Decoded decodeUtf8(std::span<const std::uint8_t> bytes, char16_t* units, std::size_t room);
 
 }  // namespace pluvo::text

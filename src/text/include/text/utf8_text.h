@@ -14,9 +14,9 @@ namespace pluvo::text {
 /// A text as it lies in its UTF-8 bytes: which unit begins where. CR LF, LF and CR are one paragraph mark
 /// each.
 ///
-/// The place of every 512th unit is noted; places between are counted on demand. Asking for
-/// places one after the other costs no more than walking from one to the next. May be used by several
-/// threads.
+/// For every 1,024th byte it is noted how many units begin in front of it; from there on they are counted on
+/// demand. Asking for places one after the other costs no more than walking from one to the next. May be used
+/// by several threads.
 ///
 /// The bytes may lie in a file that another program writes into. A reader then gets something other than the
 /// text, but of bytes in the file, and as many units as it asked for.
@@ -63,11 +63,15 @@ class Utf8Text {
  private:
   Utf8Text(Bytes bytes, std::shared_ptr<const void> owner) : bytes_(bytes), owner_(std::move(owner)) {}
 
-  /// A unit, and the first byte of the character that begins with it.
+  /// A unit, and a byte in front of which so many units begin: mostly the first of its character.
   struct Known {
     std::uint32_t position = 0;
     std::uint32_t offset = 0;
   };
+  std::size_t noteCount() const;
+  Known note(std::size_t number) const;
+  /// The last note that does not lie after a unit.
+  Known noteBefore(std::uint32_t position) const;
   Known recent() const {
     const std::uint64_t both = recent_.load(std::memory_order_relaxed);
     return {static_cast<std::uint32_t>(both >> 32U), static_cast<std::uint32_t>(both)};
@@ -79,7 +83,6 @@ class Utf8Text {
   Bytes bytes_;
   std::shared_ptr<const void> owner_;
   std::unique_ptr<std::uint32_t[]> notes_;
-  std::size_t noted_ = 0;
   Position length_ = 0;
   /// A Known, mostly near the next question; one number, so that threads see both of its halves.
   mutable std::atomic<std::uint64_t> recent_ = 0;
