@@ -8,9 +8,6 @@
 namespace pluvo::text {
 namespace {
 
-/// One bit a unit: whether it is a word character.
-using UnitSet = std::array<std::uint64_t, 0x10000 / 64>;
-
 constexpr UnitSet wordUnits() {
   UnitSet set{};
   for (const WordRange& range : kWordRanges) {
@@ -27,12 +24,12 @@ constexpr UnitSet wordUnits() {
   return set;
 }
 
-constexpr UnitSet kWordUnits = wordUnits();
-
 }  // namespace
 
+constinit const UnitSet kWordUnits = wordUnits();
+
 bool isWordCharacter(char32_t character) {
-  if (character < 0x10000) return (kWordUnits[character / 64] >> character % 64 & 1) != 0;
+  if (character < 0x10000) return isWordUnit(static_cast<char16_t>(character));
   const auto* range = std::lower_bound(std::begin(kWordRanges), std::end(kWordRanges), character,
                                        [](const WordRange& r, char32_t c) { return r.last < c; });
   return range != std::end(kWordRanges) && range->first <= character;

@@ -21,6 +21,10 @@ constexpr char16_t asLineEnd(char16_t unit) { return unit == kLineBreak ? kParag
 
 /// Letters, combining marks and digits.
 bool isWordCharacter(char32_t character);
+/// One bit a unit: whether it is a word character.
+using UnitSet = std::array<std::uint64_t, 0x10000 / 64>;
+extern const UnitSet kWordUnits;
+inline bool isWordUnit(char16_t unit) { return (kWordUnits[unit / 64U] >> unit % 64U & 1) != 0; }
 
 /// Spaces of any width, breaking or not; no tab and no line end.
 constexpr bool isSpace(char16_t unit) {

@@ -51,7 +51,10 @@ struct Summary {
 /// - kStates, kFirstState: the states of reading, and the one at the start of the text;
 /// - summarise(from, to): reads [from, to);
 /// - nth(from, to, state, n): the position of the n-th thing in [from, to), which holds it; n > 0;
-/// - length(): of the text.
+/// - length(): of the text;
+/// - count(seen, from, to), if it has that: the things in [from, to), where reading from seen on tells the
+/// state
+///   at from.
 /// Whether there is a thing at a position may depend on the text kMargin around it and on the state.
 template <class Rule, Position kChunk = 1024>
 class Checkpoints {
@@ -62,7 +65,12 @@ class Checkpoints {
 
   /// How many things [from, to) holds.
   Position count(Position from, Position to) {
-    return from < to ? through(from, to).counts[stateAt(from)] : 0;
+    if (from >= to) return 0;
+    if constexpr (requires { rule_.count(from, from, to); }) {
+      if (to - from <= kRead)
+        if (const auto counted = rule_.count(std::max(from - kGlance, 0), from, to)) return *counted;
+    }
+    return through(from, to).counts[stateAt(from)];
   }
 
   struct Found {

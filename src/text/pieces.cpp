@@ -17,6 +17,17 @@ std::u16string PieceText::substring(Position from, Position to) const {
   return text;
 }
 
+std::span<const std::uint8_t> PieceText::bytesOf(Position from, Position to) const {
+  const Utf8Text* const utf8 = original_.utf8();
+  if (utf8 == nullptr) return {};
+  const Piece piece = pieceAt(from);
+  if (piece.isNew() || piece.length < to - from) return {};
+  const Utf8Text::Place begin = utf8->placeOf(piece.original);
+  const Utf8Text::Place end = utf8->placeOf(piece.original + (to - from));
+  if (begin.insidePair || end.insidePair || end.offset < begin.offset) return {};
+  return utf8->bytes().subspan(begin.offset, end.offset - begin.offset);
+}
+
 void PieceText::copy(Position from, Position to, char16_t* out) const {
   forEachPiece(from, to, [&](Position, const Piece& piece) {
     if (piece.isNew()) {

@@ -85,7 +85,7 @@ class Execution {
     const std::optional<Stretch> whole = haystack_.text.wholeStretch();
     if (!whole && haystack_.visibility.runCount() == 1) {
       // Where all of it shows, as it mostly does.
-      if (isVisible(haystack_.visibility.runAt(from).value, haystack_.view)) takePieces(from, to);
+      if (isVisible(haystack_.visibility.valueAt(from), haystack_.view)) takePieces(from, to);
       if (!found_) searchGathered();
       return found_;
     }

@@ -2,6 +2,9 @@
 #include "unit_reader.h"
 #include "unit_rules.h"
 
+#include <algorithm>
+#include <span>
+
 namespace pluvo::text {
 namespace {
 
@@ -58,6 +61,9 @@ std::uint8_t kindOf(char16_t unit) {
   }
 }
 
+/// Surely no more than a letter, as nearly all units are.
+bool isOther(char16_t unit) { return (unit & 0xFF80U) != 0x2000 && unit != 0x1680 && unit != 0x3000; }
+
 using State = SentenceRule::State;
 
 struct Step {
@@ -93,11 +99,13 @@ class SentenceReader {
  public:
   SentenceReader(const UnitText& text, Position from, Position to) : units_(*text.text, from, to) {
     static const auto kNarrowKinds = narrowKinds(kindOf);
-    units_.classify(kNarrowKinds, kindOf, kOther, [&](Position i) {
-      const char16_t unit = units_.unit(i);
-      if (text.isMark(units_.start() + i, unit)) return kMark;
-      return unit == kPageBreak ? kBlank : kOther;
-    });
+    units_.classify(
+        kNarrowKinds, kOther, [](char16_t unit) { return isOther(unit); }, kindOf, kOther,
+        [&](Position i) {
+          const char16_t unit = units_.unit(i);
+          if (text.isMark(units_.start() + i, unit)) return kMark;
+          return unit == kPageBreak ? kBlank : kOther;
+        });
     first_ = from - units_.start();
     last_ = to - units_.start();
   }
@@ -124,6 +132,20 @@ class SentenceReader {
     return summary;
   }
 
+  /// The sentences that start at position or after it. None where what lies in front does not tell the state.
+  std::optional<Position> countFrom(Position position) {
+    const Position from = position - units_.start();
+    Position i = from;
+    while (i > first_ && !tellsState(units_.kind(i - 1))) --i;
+    if (i == first_ && units_.start() + first_ > 0) return std::nullopt;
+    std::uint8_t state =
+        i == first_ ? SentenceRule::kFirstState : kSteps[State::kWithin][units_.kind(i - 1)].next;
+    while (i < from) state = kSteps[state][units_.kind(i++)].next;
+    Position starts = 0;
+    while (i < last_) starts += read(i, state);
+    return starts;
+  }
+
   Position nth(std::uint8_t state, Position n) {
     for (Position i = first_;;) {
       n -= read(i, state);
@@ -132,6 +154,9 @@ class SentenceReader {
   }
 
  private:
+  /// Whether every state has the same one after it.
+  static bool tellsState(std::uint8_t kind) { return kind != kBlank && kind != kCloser; }
+
   /// Reads a unit, or many that change nothing, up to the end at most; whether a sentence starts at the last.
   Position read(Position& i, std::uint8_t& state) {
     if (state == State::kWithin) {
@@ -147,10 +172,24 @@ class SentenceReader {
   Position last_ = 0;
 };
 
+/// Whether bytes surely begin within a sentence and end none. The bytes of other units stand for letters,
+/// which change nothing after the first.
+bool goesOn(std::span<const std::uint8_t> bytes) {
+  static const auto kNarrowKinds = narrowKinds(kindOf);
+  const auto mayEnd = [](std::uint8_t byte) { return byte < 0x80 && kNarrowKinds[byte] >= kStop; };
+  return !bytes.empty() && bytes[0] < 0x80 && kNarrowKinds[bytes[0]] == kOther &&
+         std::none_of(bytes.begin() + 1, bytes.end(), mayEnd);
+}
+
 }  // namespace
 
 Summary<4> SentenceRule::summarise(Position from, Position to) const {
   return SentenceReader(*text_, from, to).summary();
+}
+
+std::optional<Position> SentenceRule::count(Position seen, Position from, Position to) const {
+  if (from > 0 && goesOn(text_->text->bytesOf(from - 1, to))) return 0;
+  return SentenceReader(*text_, seen, to).countFrom(from);
 }
 
 Position SentenceRule::nth(Position from, Position to, std::uint8_t state, Position n) const {

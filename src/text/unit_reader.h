@@ -32,18 +32,26 @@ class UnitReader {
   /// A kind with this bit set depends on the units beside it.
   static constexpr std::uint8_t kUnresolved = 8;
 
-  /// Gives each unit the kind that the table or kindOf tells, and then those that are unresolved the kind
-  /// that resolve(index) tells.
-  template <class KindOf, class Resolve>
-  void classify(const std::array<std::uint8_t, 256>& narrowKinds, KindOf kindOf, std::uint8_t inFront,
-                Resolve resolve) {
+  /// Gives each unit its kind: of the first 256 that in the table, of others the usual one if isUsual(unit),
+  /// else what kindOf(unit) tells. Then those that are unresolved get what resolve(index) tells. No branch
+  /// depends on the order of scripts.
+  template <class IsUsual, class KindOf, class Resolve>
+  void classify(const std::array<std::uint8_t, 256>& narrowKinds, std::uint8_t usual, IsUsual isUsual,
+                KindOf kindOf, std::uint8_t inFront, Resolve resolve) {
     kinds_[0] = inFront;
     std::uint8_t* kinds = kinds_.data() + 1;
     const auto length = static_cast<std::size_t>(length_);
+    std::uint8_t all = 0;
     for (std::size_t i = 0; i < length; ++i) {
       const char16_t unit = units_[i];
-      kinds[i] = unit < 256 ? narrowKinds[unit] : kindOf(unit);
+      const bool wide = unit >= narrowKinds.size();
+      const std::uint8_t narrow = narrowKinds[unit % narrowKinds.size()];
+      std::uint8_t kind = wide ? usual : narrow;
+      if (wide & !isUsual(unit)) kind = kindOf(unit);
+      kinds[i] = kind;
+      all |= kind;
     }
+    if ((all & kUnresolved) == 0) return;
     for (Position i = 0; i < length_; i += kBundle) {
       std::uint64_t bundle = 0;
       std::memcpy(&bundle, kinds + i, kBundle);

@@ -7,6 +7,7 @@
 #include "text/visible.h"
 
 #include <functional>
+#include <optional>
 
 /// What Checkpoints count: where words, sentences and paragraphs start, and visible characters. The rules are
 /// told in text/units.h.
@@ -53,6 +54,7 @@ class SentenceRule {
   explicit SentenceRule(const UnitText* text) : text_(text) {}
   Position length() const { return text_->text->length(); }
   Summary<4> summarise(Position from, Position to) const;
+  std::optional<Position> count(Position seen, Position from, Position to) const;
   Position nth(Position from, Position to, std::uint8_t state, Position n) const;
 
  private:

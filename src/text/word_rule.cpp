@@ -57,7 +57,9 @@ class WordReader {
  public:
   WordReader(const UnitText& text, Position from, Position to) : text_(text), units_(*text.text, from, to) {
     static const auto kNarrowKinds = narrowKinds(kindOf);
-    units_.classify(kNarrowKinds, kindOf, kMark, [&](Position i) { return resolved(i); });
+    units_.classify(
+        kNarrowKinds, kWord, [](char16_t unit) { return isWordUnit(unit); }, kindOf, kMark,
+        [&](Position i) { return resolved(i); });
     first_ = from - units_.start();
     last_ = to - units_.start();
   }

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -69,6 +70,8 @@ class PieceText {
     if (!isOriginal || original_.utf8() != nullptr) return std::nullopt;
     return original_.stretch(0, length());
   }
+  /// The UTF-8 bytes of [from, to), which is not empty, where it lies in them in one piece; none otherwise.
+  std::span<const std::uint8_t> bytesOf(Position from, Position to) const;
   /// The units of a new piece. Valid until the next edit.
   std::u16string_view addedText(const Piece& piece) const;
 
