@@ -69,8 +69,9 @@ def found(*words, flags=0):
 
 def docx_cases():
     edit = {"highlight": (["highlight"], []), "replace": (["replace", "--text", TEXT], [TEXT])}
-    for name, factor, quicker, memory in (("sparse", 2.8, 4, 60), ("dense", 3.5, 8, 100)):
+    for name, quicker, memory in (("sparse", 4, 60), ("dense", 8, 100)):
         for operation, (words, text) in edit.items():
+            factor = 2.5 if (name, operation) == ("dense", "replace") else 2.2
             slow = [libreoffice("highlight", "{in}")] if (name, operation) == ("sparse", "highlight") else []
             yield Case(
                 f".docx 1,000 pages, {name}, {operation}", f"{name}.docx",
@@ -87,8 +88,9 @@ def docx_cases():
         yield Case(f".docx 1,000 pages, {name}, highlight", f"{name}.docx",
                    [pluvo("highlight", *BLOCK, "{in}"), beside("sparse", "sparse.docx", "highlight", *BLOCK, "{in}"),
                     lxml("highlight")], {"pluvo, sparse": ("at most", 1.6)}, right=right, memory=100)
-    for name, must in (("foreign", {"limit": ("at most", 2.2)}), ("foreign-dense", {})):
+    for name in ("foreign", "foreign-dense"):
         for operation, (words, text) in edit.items():
+            must = {"limit": ("at most", 2.5 if (name, operation) == ("foreign-dense", "replace") else 2.2)}
             yield Case(
                 f".docx 1,000 pages, 60 % not ASCII, {'dense' if 'dense' in name else 'sparse'}, {operation}", f"{name}.docx",
                 [pluvo(*words, *BLOCK, "{in}"), limit("docx", "{in}", "{out}", BEGIN, "1", over_result=True)], must,
@@ -112,13 +114,13 @@ def docx_cases():
                 Job("limit", ["sh", "-c", f'for f in "$0"/*; do {LIMIT} docx "$f" "$1" "{BEGIN}" 1; done', "{in}", "{out}"]),
                 Job("lxml", ["/usr/bin/python3", str(BENCH / "peers/with_lxml.py"), "highlight", BEGIN, END, "{files}"]),
                 libreoffice("highlight", "{files}")],
-               {"limit": ("at most", 3), "lxml": ("at least", 6)},
+               {"limit": ("at most", 3), "lxml": ("at least", 8)},
                right=lambda original, result: check.check_folder(original, result, BEGIN, END))
-    for operation, words in (("find", ["find", "--quiet"]), ("highlight", ["highlight"])):
+    for operation, words, quicker in (("find", ["find", "--quiet"], 1.7), ("highlight", ["highlight"], 1.3)):
         yield Case(f"folder of 500 .docx, {operation}, two jobs", "folder",
                    [pluvo(*words, "--jobs", "2", *BLOCK, "{files}"),
                     beside("one job", "folder", *words, "--jobs", "1", *BLOCK, "{files}")],
-                   {"pluvo, one job": ("at least", 1.7)} if operation == "find" else {}, changes=operation != "find")
+                   {"pluvo, one job": ("at least", quicker)}, changes=operation != "find")
 
 
 def doc_cases():
@@ -208,6 +210,10 @@ def script_cases(perl, whole):
                            [pluvo("find", "--quiet", "--match-case", "--unit", unit, "--apart", "30", *BLOCK, "{in}"),
                             beside("document", "", "find", "--quiet", *exact, "{in}")],
                            {"pluvo, document": ("at most", 2)}, changes=False)
+            yield Case(f"{title}, replace, any case", source,
+                       [pluvo("replace", *whole, *BLOCK, "--text", TEXT, "{in}"),
+                        beside("match case", "", "replace", *exact, "--text", TEXT, "{in}")],
+                       {"pluvo, match case": ("at most", 1.5)})
             yield Case(f"{title}, replace", source,
                        [pluvo("replace", *exact, "--text", TEXT, "{in}"), perl("replace", TEXT, "{in}")],
                        {"perl": ("at least", quicker)}, memory=210 + 64 * blocks / 1e6,
