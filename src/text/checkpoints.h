@@ -52,10 +52,8 @@ struct Summary {
 /// - summarise(from, to): reads [from, to);
 /// - nth(from, to, state, n): the position of the n-th thing in [from, to), which holds it; n > 0;
 /// - length(): of the text;
-/// - count(seen, from, to), if it has that: the things in [from, to), where reading from seen on tells the
-/// state
-///   at from.
-/// Whether there is a thing at a position may depend on the text kMargin around it and on the state.
+/// - count(seen, from, to), if it has that: the things in [from, to), where reading from seen tells the
+/// state. Whether there is a thing at a position may depend on the text kMargin around it and on the state.
 template <class Rule, Position kChunk = 1024>
 class Checkpoints {
  public:

@@ -173,10 +173,12 @@ class SentenceReader {
 };
 
 /// Whether bytes surely begin within a sentence and end none. The bytes of other units stand for letters,
-/// which change nothing after the first.
+/// which change nothing after the first. A line feed in a file is a paragraph mark.
 bool goesOn(std::span<const std::uint8_t> bytes) {
   static const auto kNarrowKinds = narrowKinds(kindOf);
-  const auto mayEnd = [](std::uint8_t byte) { return byte < 0x80 && kNarrowKinds[byte] >= kStop; };
+  const auto mayEnd = [](std::uint8_t byte) {
+    return byte == '\n' || (byte < 0x80 && kNarrowKinds[byte] >= kStop);
+  };
   return !bytes.empty() && bytes[0] < 0x80 && kNarrowKinds[bytes[0]] == kOther &&
          std::none_of(bytes.begin() + 1, bytes.end(), mayEnd);
 }

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <string>
 
@@ -31,9 +32,13 @@ std::u16string someText(Position length) {
 }
 
 /// The same text as it lies in UTF-8, where it has any letters for that; half pairs become other letters.
+/// Line feeds in a file are paragraph marks.
 OriginalText asUtf8(std::u16string& text) {
-  const auto bytes = std::make_shared<const std::string>(base::utf8(text) + '\r');
+  const auto bytes = std::make_shared<std::string>(base::utf8(text) + '\r');
+  for (std::size_t i = 1; i + 1 < bytes->size(); ++i)
+    if ((*bytes)[i] == 'a' && (*bytes)[i - 1] != '\r' && upTo(4) == 0) (*bytes)[i] = '\n';
   text = base::utf16(*bytes);
+  std::ranges::replace(text, u'\n', kParagraphMark);
   const Utf8Text::Bytes span(reinterpret_cast<const std::uint8_t*>(bytes->data()), bytes->size() - 1);
   const auto utf8 = Utf8Text::survey(span, bytes).text;
   return utf8 == nullptr ? OriginalText(text) : OriginalText(utf8);
@@ -50,7 +55,7 @@ class Compared {
     const auto starts = plain.starts(unit_);
     for (int i = 0; i < 4; ++i) {
       const Position from = upTo(length);
-      const Position to = from + upTo(length - from);
+      const Position to = from + upTo(i % 2 == 0 ? length - from : std::min(length - from, 2 * kSmallChunk));
       const auto begin = std::lower_bound(starts.begin(), starts.end(), from);
       const auto end = std::lower_bound(starts.begin(), starts.end(), to);
       ASSERT_EQ(checkpoints_.count(from, to), end - begin) << from << ' ' << to;
