@@ -257,7 +257,7 @@ std::size_t count(const std::uint8_t* bytes, std::size_t size, std::size_t from,
     Vector begun = fill(std::uint8_t{0});
     for (; from + sizeof(Vector) <= most; from += sizeof(Vector))
       begun = plus(minus(begun, unitsBegun(load(bytes + from))), joinedAt(bytes + from));
-    units += sum(begun);
+    units += static_cast<std::size_t>(sum(begun));
   }
   Mask before = returnBefore(bytes, from);
   for (; from + kBlock <= size && from < to; from += kBlock) {

@@ -76,6 +76,9 @@ inline Vector narrowed(Vector a, Vector b) { return _mm_packs_epi16(a, b); }
 
 #else
 
+// How such vectors are handed to other files does not matter: no function here is seen there.
+#pragma GCC diagnostic ignored "-Wpsabi"
+
 /// Of bytes only, as the compiler has them.
 using Vector = std::uint8_t __attribute__((vector_size(16)));
 using SignedVector = std::int8_t __attribute__((vector_size(16)));
