@@ -53,10 +53,11 @@ bool isNameForRun(std::string_view name) {
 
 std::vector<std::string> namedRuns(files::FileSystem& system, const std::string& folder) {
   const std::string named = folder.substr(0, folder.rfind('/')) + "/named";
-  if (!system.exists(named)) return {};
   return guarded(named, [&] {
+    std::vector<std::string> names;
+    if (!system.exists(named)) return names;
     const OwnFolder all = openAllNamed(system, folder);
-    std::vector<std::string> names = system.names(all.at("."));
+    names = system.names(all.at("."));
     std::erase_if(names, [](const std::string& name) { return !isNameForRun(name); });
     return names;
   });

@@ -89,7 +89,7 @@ TEST_F(SliceJournal, IsTakenBackOrForgottenWhateverCallFails) {
         const auto note = [&](const Undone& undone) { whole &= undone.outcome != Outcome::failed; };
         forgets ? run.forget() : run.takeBack(note);
         EXPECT_EQ(whole, run.slice(1).stage == SliceState::Stage::neverBegun) << "it says otherwise";
-      } catch (const std::exception&) {
+      } catch (const errors::DocumentError&) {
         // It says that something is left.
       }
     };
