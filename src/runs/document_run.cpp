@@ -118,7 +118,7 @@ std::string intendedOf(const NamedDocument& named, const RunContext& around, Out
   if (named.key.empty() || around.journal == nullptr) return {};
   outcome.saved = true;
   outcome.savedAs = savedAs;
-  const std::string intended = inJson(outcome);
+  std::string intended = inJson(outcome);
   if (!savedAs.empty()) around.journal->intend(named.key, intended);
   return intended;
 }
@@ -163,9 +163,9 @@ std::optional<Failure> workOn(const NamedDocument& named, const RunContext& arou
   }
   const bool goesOn = obstacle && asking.ask(Question::readOnly).reply == Asking::Reply::yes;
   if (obstacle && !goesOn && asking.answers(Question::readOnly)) return obstacle;
-  if (const auto failure = passwords.liftProtection(stored)) return failure;
+  if (auto failure = passwords.liftProtection(stored)) return failure;
   const BlockSink told = plan.reportsEncrypted || !stored.isEncrypted() ? blocks : BlockSink();
-  const auto ended = passed(shared, goesOn ? std::nullopt : obstacle, around, asking, told, outcome);
+  auto ended = passed(shared, goesOn ? std::nullopt : obstacle, around, asking, told, outcome);
   if (asking.isCancelled()) return std::nullopt;
   // A document in which something failed was read all the same.
   if (plan.looksElsewhere) outcome.elsewhere = notReached(stored, plan);

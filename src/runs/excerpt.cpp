@@ -27,7 +27,7 @@ std::u16string readable(const std::u16string& text) {
   std::u16string line;
   line.reserve(text.size());
   for (const char16_t unit : text) {
-    if (unit >= u' ' && unit < 0x7F) {
+    if ((unit >= u' ' && unit < 0x7F) || unit > 0x9F) {
       line += unit;
     } else if (unit == u'\r') {
       line += u'¶';
@@ -39,8 +39,6 @@ std::u16string readable(const std::u16string& text) {
       line += u'-';
     } else if (unit == u'\t' || unit == u'\f' || unit == 14) {
       line += u' ';
-    } else if (unit > 0x9F) {
-      line += unit;
     }
   }
   return line;

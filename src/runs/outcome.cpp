@@ -12,7 +12,7 @@ std::string failureLine(const std::string& path, const Failure& failure) {
 }
 
 std::string foundInWords(std::int64_t found, const std::optional<CountsByPlace>& places) {
-  const std::string words = base::counted(found, "block");
+  std::string words = base::counted(found, "block");
   if (!places || found == 0) return words;
   std::string list;
   for (const document::Place place : document::kAllPlaces) {
