@@ -66,7 +66,7 @@ Store askingStore() {
 
 using Answer = std::optional<std::u16string>;
 
-/// What the user is asked, and what comes of the answers; one user over all rows, in their order.
+/// Questions to the user, and the effects of the answers; one user over all rows, in their order.
 TEST(Opener, AsksWhatADocumentWants) {
   const struct {
     std::string file;
