@@ -46,11 +46,15 @@ bool equal(const Stretch& a, const Stretch& b) {
 
 /// Compares front to back. Where both versions lie in UTF-8, kept pieces with the same bytes are the same
 /// text, if they begin and end where characters do. Where they lie in the original is counted anew, since the
-/// writer went by what that has noted.
+/// writer went by what edits and the original have noted.
 class Comparison {
  public:
   Comparison(const text::PieceText& edited, const text::OriginalText& readBack)
-      : edited_(edited), readBack_(readBack), original_(edited.original().utf8()), to_(readBack.utf8()) {
+      : edited_(edited),
+        readBack_(readBack),
+        original_(edited.original().utf8()),
+        to_(readBack.utf8()),
+        cuts_(edited.cuts()) {
     if (original_ != nullptr && to_ != nullptr) walk_.emplace(original_->bytes());
   }
 
@@ -101,24 +105,23 @@ class Comparison {
     return known && reached_ && sameBytes(knownBytes_);
   }
 
-  /// The new bytes tell the length of a piece, and the pieces before it tell where it begins.
+  /// The pieces before it tell where a piece begins in the new bytes.
   bool sameBytes(Position start, const Piece& piece) {
-    const Utf8Text::Place begin = walk_->to(piece.original);
+    const Utf8Text::Place begin = placeOf(piece.original);
+    const Utf8Text::Place end = placeOf(piece.original + piece.length);
     const Utf8Text::Place place = reached_ ? Utf8Text::Place{*reached_} : to_->placeOf(start);
-    const Utf8Text::Place end = to_->placeOf(start + piece.length);
-    if (begin.insidePair || place.insidePair || end.insidePair || end.offset < place.offset) return false;
-    const std::size_t length = end.offset - place.offset;
-    const Utf8Text::Bytes bytes = original_->bytes();
-    if (length > bytes.size() - begin.offset || !original_->beginsUnit(begin.offset + length)) return false;
+    if (begin.insidePair || end.insidePair || place.insidePair || end.offset < begin.offset) return false;
     reached_ = place.offset;
-    if (!sameBytes(bytes.subspan(begin.offset, length))) return false;
-    walk_->from(piece.original + piece.length, begin.offset + length);
-    return true;
+    return sameBytes(original_->bytes().subspan(begin.offset, end.offset - begin.offset));
+  }
+  Utf8Text::Place placeOf(Position position) {
+    const auto cut = cuts_.offsetOf(position);
+    return cut && walk_->isAt(position, *cut) ? Utf8Text::Place{*cut} : walk_->to(position);
   }
 
   bool sameBytes(Utf8Text::Bytes wanted) {
     const std::size_t after = *reached_ + wanted.size();
-    if (after > to_->bytes().size() || !to_->beginsUnit(*reached_) || !to_->beginsUnit(after)) return false;
+    if (after > to_->bytes().size() || !to_->beginsUnit(after)) return false;
     if (!base::sameBytes(wanted.data(), to_->bytes().data() + *reached_, wanted.size())) return false;
     reached_ = after;
     return true;
@@ -128,11 +131,12 @@ class Comparison {
   const text::OriginalText& readBack_;
   const Utf8Text* original_;
   const Utf8Text* to_;
+  text::BytePlaceCursor cuts_;
   std::optional<text::Utf8Walk> walk_;  ///< through the original, where both lie in UTF-8
   Piece known_;                         ///< the new text read back last
   Stretch knownBack_;
   Utf8Text::Bytes knownBytes_;
-  std::optional<std::size_t> reached_;  ///< where in the bytes read back the next piece begins
+  std::optional<std::size_t> reached_;  ///< where in the bytes read back a unit, and the next piece, begins
 };
 
 }  // namespace
@@ -143,12 +147,20 @@ bool sameText(const text::PieceText& edited, const text::OriginalText& readBack,
   if (edited.length() != readBack.length()) return false;
   bool same = true;
   Comparison comparison(edited, readBack);
-  for (Position from = 0, to = 0; same && from < edited.length(); from = to) {
-    to = from + std::min(kWindow, edited.length() - from);
-    edited.forEachPiece(
-        from, to, [&](Position start, const Piece& piece) { return same = comparison.isSame(start, piece); });
-    pause();
-  }
+  Position start = 0;
+  Position untilPause = kWindow;
+  edited.forEachPiece([&](const Piece& piece, std::u16string_view) {
+    for (Position done = 0; same && done < piece.length;) {
+      const Position length = std::min(piece.length - done, untilPause);
+      same = comparison.isSame(start, piece.part(done, done + length));
+      done += length;
+      start += length;
+      untilPause -= length;
+      if (untilPause > 0) continue;
+      pause();
+      untilPause = kWindow;
+    }
+  });
   return same;
 }
 

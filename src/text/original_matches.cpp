@@ -111,15 +111,13 @@ class ByteWalker {
     const auto most =
         kMostBytes * (end - std::int64_t{position_} + static_cast<std::int64_t>(needle_.length()));
     matcher_.endBefore(offset_ - start_ + static_cast<std::size_t>(std::max<std::int64_t>(most, 0)));
-    const std::size_t match = matcher_.next();
-    if (match == Utf8Needle::kNone) return OriginalMatches::kNone;
-    const std::size_t offset = start_ + match;
-    constexpr std::size_t kNear = 1024;
-    position_ =
-        offset - offset_ < kNear
-            ? position_ + static_cast<Position>(countUtf8(bytes().data(), bytes().size(), offset_, offset))
-            : utf8().positionAt(offset);
+    const Utf8Needle::Match match = matcher_.next();
+    if (match.from == Utf8Needle::kNone) return OriginalMatches::kNone;
+    const std::size_t offset = start_ + match.from;
+    position_ = utf8().positionAfter(position_, offset_, offset);
     offset_ = offset;
+    utf8().learn(position_, offset);
+    utf8().learn(position_ + static_cast<Position>(needle_.length()), start_ + match.to);
     return position_;
   }
   bool gaveUp() const { return matcher_.gaveUpAt().has_value(); }

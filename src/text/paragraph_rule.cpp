@@ -1,4 +1,5 @@
 #include "unit_rules.h"
+#include "utf8.h"
 
 namespace pluvo::text {
 namespace {
@@ -72,12 +73,30 @@ Position marksIn(const UnitText& text, Position start, const Stretch& stretch) {
   return count;
 }
 
+/// Those of a stretch of UTF-8; none where its bytes do not tell. CR LF is one.
+std::optional<Position> marksIn(std::span<const std::uint8_t> bytes) {
+  const Marks marks = countMarks(bytes.data(), static_cast<Position>(bytes.size()), std::uint8_t{u'\n'});
+  if (marks.possible > 0) return std::nullopt;
+  Position pairs = 0;
+  for (std::size_t i = 1; marks.certain > 1 && i < bytes.size(); ++i)
+    pairs += static_cast<Position>((bytes[i] == '\n') & (bytes[i - 1] == '\r'));
+  return marks.certain - pairs;
+}
+
 }  // namespace
 
 Summary<1> ParagraphRule::summarise(Position from, Position to) const {
   Summary<1> summary;
   if (from == to) return summary;
   if (from == 0) summary.counts[0] = 1;
+  // To the end and not to the last unit, since the one is mostly known.
+  if (const auto bytes = from == 0 ? std::nullopt : text_->text->bytesOf(from - 1, to)) {
+    const std::span<const std::uint8_t> inside = bytes->inside();
+    if (const auto marks = marksIn(inside.first(utf8Before(inside, 0, inside.size())))) {
+      summary.counts[0] = *marks;
+      return summary;
+    }
+  }
   text_->text->forEachStretch(std::max(from - 1, 0), to - 1, [&](Position start, const Stretch& stretch) {
     summary.counts[0] += marksIn(*text_, start, stretch);
     return true;

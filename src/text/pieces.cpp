@@ -1,6 +1,7 @@
 #include "text/pieces.h"
 
 #include "base/same_bytes.h"
+#include "utf8.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -17,15 +18,35 @@ std::u16string PieceText::substring(Position from, Position to) const {
   return text;
 }
 
-std::span<const std::uint8_t> PieceText::bytesOf(Position from, Position to) const {
+std::optional<PieceText::Bytes> PieceText::bytesOf(Position from, Position to, Position margin) const {
   const Utf8Text* const utf8 = original_.utf8();
-  if (utf8 == nullptr) return {};
+  if (utf8 == nullptr) return std::nullopt;
+  // A character has two units at the most.
+  const Position first = from - std::min(2 * margin, from);
+  const Position last = to + std::min(2 * margin, length() - to);
+  const Piece piece = pieceAt(first);
+  if (piece.isNew() || piece.length < last - first) return std::nullopt;
+  const Position start = piece.original + (from - first);
+  const Utf8Text::Place begin = utf8->placeOf(start);
+  const Utf8Text::Place end = utf8->placeOf(start + (to - from));
+  if (begin.insidePair || end.insidePair || end.offset < begin.offset) return std::nullopt;
+  const std::span<const std::uint8_t> bytes = utf8->bytes();
+  // At an end of the text the original may go on with units that were deleted.
+  const std::size_t least = first == 0 ? utf8->placeOf(piece.original).offset : 0;
+  const std::size_t most =
+      last == length() ? utf8->placeOf(piece.original + (last - first)).offset : bytes.size();
+  std::size_t front = begin.offset;
+  std::size_t back = end.offset;
+  for (Position i = 0; i < margin && front > least; ++i) front = utf8Before(bytes, least, front);
+  for (Position i = 0; i < margin && back < most; ++i) back += utf8At(bytes.first(most), back).bytes;
+  return Bytes{bytes.subspan(front, back - front), begin.offset - front, end.offset - front};
+}
+
+std::optional<Stretch> PieceText::stretchOf(Position from, Position to) const {
+  if (original_.utf8() != nullptr) return std::nullopt;
   const Piece piece = pieceAt(from);
-  if (piece.isNew() || piece.length < to - from) return {};
-  const Utf8Text::Place begin = utf8->placeOf(piece.original);
-  const Utf8Text::Place end = utf8->placeOf(piece.original + (to - from));
-  if (begin.insidePair || end.insidePair || end.offset < begin.offset) return {};
-  return utf8->bytes().subspan(begin.offset, end.offset - begin.offset);
+  if (piece.isNew() || piece.length < to - from) return std::nullopt;
+  return original_.stretch(piece.original, piece.original + (to - from));
 }
 
 void PieceText::copy(Position from, Position to, char16_t* out) const {
@@ -51,8 +72,24 @@ void PieceText::replace(Position from, Position to, std::u16string_view text, co
     throw std::length_error("The text is too long.");
   }
   pieces_.erase(from, to, [](const Source& source, Position cutOff) { return source.remainder(cutOff); });
+  if (original_.utf8() != nullptr) noteCuts();
   if (!text.empty()) insertNew(text, anchor);
   joinAtGap();
+}
+
+/// Matches have just told where their bytes lie; later it would have to be counted.
+void PieceText::noteCuts() {
+  const Utf8Text& utf8 = *original_.utf8();
+  const Source* const before = pieces_.beforeGap();
+  const Source* const after = pieces_.afterGap();
+  if (before != nullptr && !before->isNew()) noteCut(utf8, placeAfter(*before));
+  if (after != nullptr && !after->isNew()) noteCut(utf8, after->place());
+}
+
+void PieceText::noteCut(const Utf8Text& utf8, Position original) {
+  if (!cuts_.empty() && original <= cuts_.back().position) return;
+  const Utf8Text::Place place = utf8.placeOf(original);
+  if (!place.insidePair) cuts_.push({original, static_cast<std::uint32_t>(place.offset)});
 }
 
 void PieceText::insertNew(std::u16string_view text, const Anchor& anchor) {

@@ -14,16 +14,8 @@ Hits nextHitsAnywhere(const char16_t* text, std::size_t from, std::size_t end,
   return scan(text, from, end, probes);
 }
 
-#if defined(__x86_64__)
+#if !defined(__x86_64__)
 
-bool hasAvx2() {
-  static const bool has = __builtin_cpu_supports("avx2") != 0 && __builtin_cpu_supports("popcnt") != 0;
-  return has;
-}
-
-#else
-
-bool hasAvx2() { return false; }
 Hits nextHitsAvx2(const std::uint8_t* text, std::size_t from, std::size_t end,
                   const ProbePair<std::uint8_t>& probes) {
   return scan(text, from, end, probes);

@@ -43,6 +43,12 @@ Hits nextHitsAnywhere(const char16_t* text, std::size_t from, std::size_t end,
 Hits nextHitsAvx2(const std::uint8_t* text, std::size_t from, std::size_t end,
                   const ProbePair<std::uint8_t>& probes);
 Hits nextHitsAvx2(const char16_t* text, std::size_t from, std::size_t end, const ProbePair<char16_t>& probes);
-bool hasAvx2();
+inline bool hasAvx2() {
+#if defined(__x86_64__)
+  return __builtin_cpu_supports("avx2") != 0 && __builtin_cpu_supports("popcnt") != 0;
+#else
+  return false;
+#endif
+}
 
 }  // namespace pluvo::text

@@ -174,8 +174,8 @@ class Execution {
     if (begin.insidePair) begin = utf8.placeOf(part.from + 1);
     if (end <= begin.offset) return;
     Utf8Matcher matcher(needle_.utf8(), utf8.bytes().subspan(begin.offset, end - begin.offset));
-    for (std::size_t at = matcher.next(); at != Utf8Needle::kNone; at = matcher.next()) {
-      const Position from = utf8.positionAt(begin.offset + at) + shift;
+    for (auto match = matcher.next(); match.from != Utf8Needle::kNone; match = matcher.next()) {
+      const Position from = utf8.positionAt(begin.offset + match.from) + shift;
       const Span span{from, from + static_cast<Position>(needle_.length())};
       if (!isWholeWord(span)) continue;
       found_ = span;

@@ -172,15 +172,38 @@ class SentenceReader {
   Position last_ = 0;
 };
 
-/// Whether bytes surely begin within a sentence and end none. The bytes of other units stand for letters,
-/// which change nothing after the first. A line feed in a file is a paragraph mark.
-bool goesOn(std::span<const std::uint8_t> bytes) {
-  static const auto kNarrowKinds = narrowKinds(kindOf);
-  const auto mayEnd = [](std::uint8_t byte) {
-    return byte == '\n' || (byte < 0x80 && kNarrowKinds[byte] >= kStop);
-  };
-  return !bytes.empty() && bytes[0] < 0x80 && kNarrowKinds[bytes[0]] == kOther &&
-         std::none_of(bytes.begin() + 1, bytes.end(), mayEnd);
+using ByteKinds = std::array<std::uint8_t, 256>;
+
+/// Whether bytes surely begin within a sentence and end none.
+bool goesOn(std::span<const std::uint8_t> bytes, const ByteKinds& kinds) {
+  if (kinds[bytes[0]] != kOther) return false;
+  bool mayEnd = false;
+  for (const std::uint8_t byte : bytes) mayEnd |= kinds[byte] >= kStop;
+  return !mayEnd;
+}
+
+/// The same of [from, to) of a text.
+bool goesOn(const PieceText& text, Position from, Position to) {
+  static const ByteKinds kUnits = narrowKinds(kindOf);
+  static const ByteKinds kFileUnits = [] {
+    ByteKinds kinds = kUnits;
+    kinds[u'\n'] = kMark;
+    return kinds;
+  }();
+  // Bytes of other characters stand for letters, which change nothing after the first.
+  static const ByteKinds kUtf8 = [] {
+    ByteKinds kinds = kFileUnits;
+    std::fill(kinds.begin() + 0x80, kinds.end(), std::uint8_t{kOther});
+    return kinds;
+  }();
+  if (const auto bytes = text.bytesOf(from, to)) {
+    const std::span<const std::uint8_t> inside = bytes->inside();
+    return !inside.empty() && inside[0] < 0x80 && goesOn(inside, kUtf8);
+  }
+  const auto units = text.stretchOf(from, to);
+  if (!units || units->narrow == nullptr) return false;
+  return goesOn({units->narrow, static_cast<std::size_t>(units->length)},
+                units->lineFeedIsMark ? kFileUnits : kUnits);
 }
 
 }  // namespace
@@ -190,7 +213,7 @@ Summary<4> SentenceRule::summarise(Position from, Position to) const {
 }
 
 std::optional<Position> SentenceRule::count(Position seen, Position from, Position to) const {
-  if (from > 0 && goesOn(text_->text->bytesOf(from - 1, to))) return 0;
+  if (from > 0 && goesOn(*text_->text, from - 1, to)) return 0;
   return SentenceReader(*text_, seen, to).countFrom(from);
 }
 

@@ -31,6 +31,13 @@ inline Utf8Character utf8At(std::span<const std::uint8_t> bytes, std::size_t off
   return {base::kReplacement, 1};  // another program wrote into the file
 }
 
+/// Whether a unit begins at an offset: not in the middle of a character or a CR LF.
+inline bool beginsUtf8Unit(std::span<const std::uint8_t> bytes, std::size_t offset) {
+  if (offset == 0 || offset >= bytes.size()) return true;
+  const bool joined = bytes[offset] == '\n' && bytes[offset - 1] == '\r';
+  return !joined && !base::isUtf8Follower(bytes[offset]);
+}
+
 /// Where the character in front of an offset begins, none in front of from. from < offset.
 inline std::size_t utf8Before(std::span<const std::uint8_t> bytes, std::size_t from, std::size_t offset) {
   std::size_t at = offset - 1;

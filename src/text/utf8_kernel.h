@@ -249,7 +249,21 @@ __attribute__((noinline)) std::size_t countInRest(const std::uint8_t* bytes, std
   return starts.count();
 }
 
-std::size_t count(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t to) {
+/// Of a few bytes, which do not begin the text; whole vectors lie in it.
+std::size_t countNear(const std::uint8_t* bytes, std::size_t from, std::size_t to) {
+  std::size_t units = 0;
+  for (; from < to; from += sizeof(Vector)) {
+    const Vector here = load(bytes + from);
+    const Mask inside = to - from < sizeof(Vector) ? (Mask{1} << (to - from)) - 1 : ~Mask{0};
+    const Mask starts = bits(greater(here, 0xBF));
+    const Mask pairs = bits(both(here, greater(here, 0xEF)));
+    units += ones(starts & inside) + ones(pairs & inside) - ones(bits(joinedAt(bytes + from)) & inside);
+  }
+  return units;
+}
+
+__attribute__((noinline)) std::size_t countFar(const std::uint8_t* bytes, std::size_t size, std::size_t from,
+                                               std::size_t to) {
   std::size_t units = 0;
   if (from == 0 && to > 0) units = bytes[from++] < 0xF0 ? 1 : 2;
   while (to - from >= sizeof(Vector)) {
@@ -270,6 +284,12 @@ std::size_t count(const std::uint8_t* bytes, std::size_t size, std::size_t from,
     units += starts.count();
   }
   return from < to ? units + countInRest(bytes, from, to, before) : units;
+}
+
+std::size_t count(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t to) {
+  constexpr std::size_t kNear = 4 * kBlock;
+  const bool isNear = from > 0 && from < to && to - from <= kNear && size - from >= kNear;
+  return isNear ? countNear(bytes, from, to) : countFar(bytes, size, from, to);
 }
 
 }  // namespace

@@ -132,39 +132,39 @@ bool Utf8Needle::is(char32_t point, std::size_t sign) const {
   return point == signs_[sign];
 }
 
-std::size_t Utf8Needle::matchAt(Bytes bytes, std::size_t anchor, std::size_t& work) const {
+Utf8Needle::Match Utf8Needle::matchAt(Bytes bytes, std::size_t anchor, std::size_t& work) const {
   if (!exact_.empty()) {
     const std::size_t from = anchor - exactBefore_;
     const bool inside = anchor >= exactBefore_ && bytes.size() - from >= exact_.size();
     constexpr std::size_t kFront = 16;
     const std::size_t front = std::min(exact_.size(), kFront);
-    if (!inside || !base::sameBytes(bytes.data() + from, exact_.data(), front)) return kNone;
+    if (!inside || !base::sameBytes(bytes.data() + from, exact_.data(), front)) return {};
     work += exact_.size() / kFront;
     const bool same =
         base::sameBytes(bytes.data() + from + front, exact_.data() + front, exact_.size() - front);
-    return same ? from : kNone;
+    return same ? Match{from, from + exact_.size()} : Match{};
   }
-  if (base::isUtf8Follower(bytes[anchor])) return kNone;
-  if (bytes[anchor] == '\n' && anchor > 0 && bytes[anchor - 1] == '\r') return kNone;
+  if (base::isUtf8Follower(bytes[anchor])) return {};
+  if (bytes[anchor] == '\n' && anchor > 0 && bytes[anchor - 1] == '\r') return {};
   std::size_t to = anchor;
   for (std::size_t sign = anchor_; sign < signs_.size(); ++sign) {
     ++work;
-    if (to >= bytes.size()) return kNone;
+    if (to >= bytes.size()) return {};
     const Utf8Character character = utf8At(bytes, to);
-    if (!is(character.point, sign)) return kNone;
+    if (!is(character.point, sign)) return {};
     to += character.bytes;
   }
   std::size_t from = anchor;
   for (std::size_t sign = anchor_; sign-- > 0;) {
     ++work;
-    if (from == 0) return kNone;
+    if (from == 0) return {};
     from = utf8Before(bytes, 0, from);
-    if (!is(utf8At(bytes, from).point, sign)) return kNone;
+    if (!is(utf8At(bytes, from).point, sign)) return {};
   }
-  return from;
+  return {from, to};
 }
 
-std::size_t Utf8Matcher::next() {
+Utf8Needle::Match Utf8Matcher::next() {
   constexpr std::size_t kWorkPerByte = 4;
   constexpr std::size_t kFreeWork = 4096;
   while (!gaveUpAt_) {
@@ -173,16 +173,16 @@ std::size_t Utf8Matcher::next() {
       hits_.places &= hits_.places - 1;
       if (work_ > kWorkPerByte * place + kFreeWork) {
         gaveUpAt_ = place;
-        return Utf8Needle::kNone;
+        return {};
       }
-      const std::size_t match = needle_->matchAt(bytes_, place, work_);
-      if (match != Utf8Needle::kNone) return match;
+      const Utf8Needle::Match match = needle_->matchAt(bytes_, place, work_);
+      if (match.from != Utf8Needle::kNone) return match;
     }
-    if (position_ >= places_) return Utf8Needle::kNone;
+    if (position_ >= places_) return {};
     hits_ = nextHits(bytes_.data(), position_, places_, *needle_->probes());
     position_ = std::min(hits_.start + kHitsWidth, places_);
   }
-  return Utf8Needle::kNone;
+  return {};
 }
 
 }  // namespace pluvo::text

@@ -34,9 +34,14 @@ class Utf8Needle {
   /// How many bytes lie after the anchor's first, that one included, at the least.
   std::size_t leastFromAnchor() const { return leastFromAnchor_; }
 
-  /// Where the match begins whose anchor stands at an offset; kNone where there is none. Adds to work how
-  /// many signs were compared.
-  std::size_t matchAt(Bytes bytes, std::size_t anchor, std::size_t& work) const;
+  /// Bytes of a match: [from, to).
+  struct Match {
+    std::size_t from = kNone;
+    std::size_t to = kNone;
+  };
+  /// The match whose anchor stands at an offset; kNone where there is none. Adds to work how many signs were
+  /// compared.
+  Match matchAt(Bytes bytes, std::size_t anchor, std::size_t& work) const;
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
  private:
@@ -68,8 +73,8 @@ class Utf8Matcher {
   /// From now on nothing says that no anchor stands in front of a place; one at or after it may be told.
   void endBefore(std::size_t place) { places_ = std::min(place, allPlaces_); }
 
-  /// Where the next one begins; Utf8Needle::kNone where there is none.
-  std::size_t next();
+  /// The next one; Utf8Needle::kNone where there is none.
+  Utf8Needle::Match next();
   /// Whether comparing made much more work than reading on, so that it stopped in front of a place.
   std::optional<std::size_t> gaveUpAt() const { return gaveUpAt_; }
 

@@ -117,6 +117,7 @@ Utf8Text::Known Utf8Text::noteBefore(std::uint32_t position) const {
 Utf8Text::Place Utf8Text::placeOf(Position position) const {
   if (position >= length_) return {bytes_.size(), false};
   const auto wanted = static_cast<std::uint32_t>(position);
+  if (const Known known = unpacked(learned(position)); known.position == wanted) return {known.offset, false};
   Known from = recent();
   constexpr std::uint32_t kNear = kNoteInterval / 2;
   if (wanted < from.position && from.position - wanted < kNear) {
@@ -142,11 +143,15 @@ Position Utf8Text::positionAt(std::size_t offset) const {
   return static_cast<Position>(position);
 }
 
-bool Utf8Text::beginsUnit(std::size_t offset) const {
-  if (offset == 0 || offset >= bytes_.size()) return true;
-  const bool joined = bytes_[offset] == '\n' && bytes_[offset - 1] == '\r';
-  return !joined && !base::isUtf8Follower(bytes_[offset]);
+Position Utf8Text::positionAfter(Position position, std::size_t offset, std::size_t wanted) const {
+  Known from{static_cast<std::uint32_t>(position), static_cast<std::uint32_t>(offset)};
+  if (const Known last = recent(); from.offset < last.offset && last.offset <= wanted) from = last;
+  constexpr std::size_t kNear = 1024;
+  if (wanted - from.offset > kNear) return positionAt(wanted);
+  return static_cast<Position>(from.position + countUtf8(bytes_.data(), bytes_.size(), from.offset, wanted));
 }
+
+bool Utf8Text::beginsUnit(std::size_t offset) const { return beginsUtf8Unit(bytes_, offset); }
 
 char16_t Utf8Text::operator[](Position position) const {
   const Place place = placeOf(position);
@@ -177,6 +182,15 @@ Utf8Text::Place Utf8Walk::to(Position position) {
   position_ = position - static_cast<Position>(at.left);
   offset_ = at.offset;
   return {at.offset, at.left != 0};
+}
+
+bool Utf8Walk::isAt(Position position, std::size_t offset) {
+  if (offset < offset_ || offset > bytes_.size() || !beginsUtf8Unit(bytes_, offset)) return false;
+  const std::size_t units = countUtf8(bytes_.data(), bytes_.size(), offset_, offset);
+  if (static_cast<std::int64_t>(units) != std::int64_t{position} - position_) return false;
+  position_ = position;
+  offset_ = offset;
+  return true;
 }
 
 }  // namespace pluvo::text

@@ -1,9 +1,11 @@
 #include "text/units.h"
 
+#include "base/utf.h"
 #include "plain_units.h"
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <random>
 #include <string>
 
@@ -27,12 +29,28 @@ std::vector<Position> startsOf(Unit unit, const std::u16string& units) {
   return starts;
 }
 
+/// Every span holds as many units in a file's bytes as in memory.
+void expectSameInUtf8(Unit unit, const std::u16string& units) {
+  const auto bytes = std::make_shared<const std::string>(base::utf8(u"\u00E9" + units) + '\r');
+  const Utf8Text::Bytes span(reinterpret_cast<const std::uint8_t*>(bytes->data()), bytes->size() - 1);
+  const auto utf8 = Utf8Text::survey(span, bytes).text;
+  ASSERT_NE(utf8, nullptr);
+  const PieceText inBytes{OriginalText(utf8)};
+  const PieceText inUnits{OriginalText(inBytes.substring(0, inBytes.length()))};
+  const Units ofBytes(inBytes, isTestMark);
+  const Units ofUnits(inUnits, isTestMark);
+  for (Position to = 1; to <= inBytes.length(); ++to)
+    for (Position from = 0; from < to; ++from)
+      ASSERT_EQ(ofBytes.count(unit, from, to), ofUnits.count(unit, from, to)) << from << ' ' << to;
+}
+
 void expectUnits(Unit unit, std::initializer_list<std::u16string> cases) {
   for (std::u16string text : cases) {
     const std::u16string notation = text;
     const std::vector<Position> expected = takeBars(text);
     EXPECT_EQ(expected, startsOf(unit, text)) << testing::PrintToString(notation);
     EXPECT_EQ(PlainUnits(text).starts(unit), startsOf(unit, text)) << testing::PrintToString(notation);
+    EXPECT_NO_FATAL_FAILURE(expectSameInUtf8(unit, text)) << testing::PrintToString(notation);
   }
 }
 

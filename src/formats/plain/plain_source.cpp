@@ -24,19 +24,23 @@ std::optional<std::string> PlainSource::refusesText(std::u16string_view newText)
          "out.";
 }
 
-void PlainSource::copyPiece(const text::OriginalText& original, Position from, Position to, Writer& writer,
-                            const std::function<void()>& pause) const {
+void PlainSource::copyPiece(const text::OriginalText& original, text::BytePlaceCursor& cuts, Position from,
+                            Position to, Writer& writer, const std::function<void()>& pause) const {
   // Half of a character whose bytes stand for two units is written as a unit.
   const auto encodeUnitAt = [&](Position position) {
     const char16_t unit = original[position];
     writer.encode(std::u16string_view(&unit, 1));
   };
-  ByteMap::Place begin = map_.placeOf(from);
+  const auto placeOf = [&](Position position) {
+    if (const auto cut = cuts.offsetOf(position)) return ByteMap::Place{*cut, false};
+    return map_.placeOf(position);
+  };
+  ByteMap::Place begin = placeOf(from);
   if (begin.insidePair) {
     encodeUnitAt(from);
-    begin = map_.placeOf(++from);
+    begin = placeOf(++from);
   }
-  const ByteMap::Place end = map_.placeOf(to);
+  const ByteMap::Place end = placeOf(to);
   const base::ByteSpan content = bytes_.view.subspan(storage_.markLength);
   if (begin.offset < end.offset) writer.copy(content.subspan(begin.offset, end.offset - begin.offset), pause);
   if (end.insidePair) encodeUnitAt(to - 1);
@@ -46,18 +50,20 @@ void PlainSource::write(const document::Document& document, base::Output& out) c
   const document::Story& story = document.mainText();
   out.write(bytes_.view.first(storage_.markLength));
   Writer writer(storage_.coding, storage_.name, lineEnd_, out);
-  const Position end = story.length() - 1;  // the last paragraph mark has no bytes
   const text::OriginalText& original = story.text().original();
   const std::function<void()> pause = [this] {
     if (map_.isDecoded()) bytes_.release();  // the text itself does not lie there
   };
-  story.text().forEachPiece(0, end, [&](Position, const text::Piece& piece) {
+  text::BytePlaceCursor cuts(story.text().cuts());
+  Position left = story.length() - 1;  // the last paragraph mark has no bytes
+  story.text().forEachPiece([&](const text::Piece& piece, std::u16string_view added) {
+    const Position length = std::min(piece.length, left);
+    left -= length;
     if (piece.isNew()) {
-      writer.encode(story.text().addedText(piece));
-    } else {
-      copyPiece(original, piece.original, piece.original + piece.length, writer, pause);
+      writer.encode(added.substr(0, static_cast<std::size_t>(length)));
+    } else if (length > 0) {
+      copyPiece(original, cuts, piece.original, piece.original + length, writer, pause);
     }
-    return true;
   });
   writer.finish();
   const std::size_t odd = (bytes_.view.size() - storage_.markLength) % unitSize(storage_.coding.encoding);

@@ -3,6 +3,7 @@
 #include "base/bytes.h"
 #include "decoder.h"
 #include "formats/format.h"
+#include "text/byte_places.h"
 
 #include <functional>
 
@@ -24,8 +25,8 @@ class PlainSource final : public formats::Source {
 
  private:
   /// Writes [from, to) of the original text.
-  void copyPiece(const text::OriginalText& original, text::Position from, text::Position to, Writer& writer,
-                 const std::function<void()>& pause) const;
+  void copyPiece(const text::OriginalText& original, text::BytePlaceCursor& cuts, text::Position from,
+                 text::Position to, Writer& writer, const std::function<void()>& pause) const;
 
   base::Bytes bytes_;
   Storage storage_;

@@ -40,6 +40,31 @@ class ChunkedStack {
     if (top_.empty() && below_ > 0) rise();
   }
 
+  /// Reads elements from the lowest on. Valid until the stack changes.
+  class Reader {
+   public:
+    explicit Reader(const ChunkedStack& stack) : stack_(&stack) { load(); }
+    /// Null after the topmost.
+    const Element* peek() const { return at_ != end_ ? at_ : nullptr; }
+    void next() {
+      if (++at_ == end_) load();
+    }
+
+   private:
+    void load() {
+      if (chunk_ > stack_->chunks_.size()) return;
+      const bool isTop = chunk_ == stack_->chunks_.size();
+      at_ = isTop ? stack_->top_.data() : stack_->chunks_[chunk_].get();
+      end_ = at_ + (isTop ? stack_->top_.size() : kChunk);
+      ++chunk_;
+    }
+
+    const ChunkedStack* stack_;
+    std::size_t chunk_ = 0;
+    const Element* at_ = nullptr;
+    const Element* end_ = nullptr;
+  };
+
   /// From the lowest to the topmost.
   template <class Visit>
   void forEach(Visit visit) const {

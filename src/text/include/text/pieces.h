@@ -1,5 +1,6 @@
 #pragma once
 
+#include "text/byte_places.h"
 #include "text/original.h"
 #include "text/partition.h"
 #include "text/positions.h"
@@ -25,6 +26,13 @@ struct Piece {
   bool afterAnchor = false;
 
   bool isNew() const { return original == kNone; }
+  /// The units [from, to) of it.
+  Piece part(Position from, Position to) const {
+    Piece part = *this;
+    (isNew() ? part.added : part.original) += from;
+    part.length = to - from;
+    return part;
+  }
   static constexpr Position kNone = -1;
 };
 
@@ -70,8 +78,21 @@ class PieceText {
     if (!isOriginal || original_.utf8() != nullptr) return std::nullopt;
     return original_.stretch(0, length());
   }
-  /// The UTF-8 bytes of [from, to), which is not empty, where it lies in them in one piece; none otherwise.
-  std::span<const std::uint8_t> bytesOf(Position from, Position to) const;
+  /// Places of the original where edits cut it, in order, if it lies in UTF-8. Of edits that do not go
+  /// forward there are none.
+  const BytePlaces& cuts() const { return cuts_; }
+  /// Bytes of [from, to), and margins in front of them and after them.
+  struct Bytes {
+    std::span<const std::uint8_t> all;
+    std::size_t from = 0;
+    std::size_t to = 0;
+    std::span<const std::uint8_t> inside() const { return all.subspan(from, to - from); }
+  };
+  /// The UTF-8 bytes of [from, to), which is not empty, where it lies in them in one piece with so many
+  /// characters on both sides, or as many as the text has; none otherwise.
+  std::optional<Bytes> bytesOf(Position from, Position to, Position margin = 0) const;
+  /// The units of [from, to), which is not empty, where they lie in the original in one piece.
+  std::optional<Stretch> stretchOf(Position from, Position to) const;
   /// The units of a new piece. Valid until the next edit.
   std::u16string_view addedText(const Piece& piece) const;
 
@@ -86,10 +107,10 @@ class PieceText {
   /// Every piece in order, with the units of new ones: visit(const Piece&, std::u16string_view newText).
   template <class Visit>
   void forEachPiece(Visit visit) const {
-    for (std::size_t i = 0; i < pieces_.count(); ++i) {
-      const Piece piece = this->piece(i);
+    pieces_.forEachPart([&](Position from, Position to, const Source& source) {
+      const Piece piece = cut({from, to, source}, from, to);
       visit(piece, piece.isNew() ? addedText(piece) : std::u16string_view());
-    }
+    });
   }
 
   /// The pieces of [from, to) in order, cut to it: visit(Position start, const Piece&), which returns false
@@ -161,6 +182,8 @@ class PieceText {
   };
 
   void insertNew(std::u16string_view text, const Anchor& anchor);
+  void noteCuts();
+  void noteCut(const Utf8Text& utf8, Position original);
   void joinAtGap();
   /// Where the piece in front of the gap, which is before, would go on.
   Position placeAfter(const Source& before) const;
@@ -177,6 +200,7 @@ class PieceText {
   std::u16string added_;
   Position lastAdded_ = 0;  ///< where the text added last lies, up to the end of added_
   Partition<Source> pieces_;
+  BytePlaces cuts_;
 };
 
 }  // namespace pluvo::text

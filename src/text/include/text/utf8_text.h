@@ -51,8 +51,16 @@ class Utf8Text {
   };
   /// Where a unit lies; after all bytes for the end of the text.
   Place placeOf(Position position) const;
+  /// Remembers for a while where a unit lies that begins a character: edits begin and end where matches do.
+  void learn(Position position, std::size_t offset) const {
+    learned(position).store(
+        packed({static_cast<std::uint32_t>(position), static_cast<std::uint32_t>(offset)}),
+        std::memory_order_relaxed);
+  }
   /// Which unit begins at an offset, where one does.
   Position positionAt(std::size_t offset) const;
+  /// The same, counted from a unit in front of it or from the one learned last.
+  Position positionAfter(Position position, std::size_t offset, std::size_t wanted) const;
   /// Whether a unit begins there: not in the middle of a character or a CR LF.
   bool beginsUnit(std::size_t offset) const;
 
@@ -72,20 +80,25 @@ class Utf8Text {
   Known note(std::size_t number) const;
   /// The last note that does not lie after a unit.
   Known noteBefore(std::uint32_t position) const;
-  Known recent() const {
-    const std::uint64_t both = recent_.load(std::memory_order_relaxed);
+  /// One number, so that threads see both halves.
+  using PackedKnown = std::atomic<std::uint64_t>;
+  static std::uint64_t packed(Known known) { return std::uint64_t{known.position} << 32U | known.offset; }
+  static Known unpacked(const PackedKnown& known) {
+    const std::uint64_t both = known.load(std::memory_order_relaxed);
     return {static_cast<std::uint32_t>(both >> 32U), static_cast<std::uint32_t>(both)};
   }
-  void remember(Known known) const {
-    recent_.store(std::uint64_t{known.position} << 32U | known.offset, std::memory_order_relaxed);
+  Known recent() const { return unpacked(recent_); }
+  void remember(Known known) const { recent_.store(packed(known), std::memory_order_relaxed); }
+  PackedKnown& learned(Position position) const {
+    return learned_[static_cast<std::uint32_t>(position) * 0x9E3779B1U >> 29U];
   }
 
   Bytes bytes_;
   std::shared_ptr<const void> owner_;
   std::unique_ptr<std::uint32_t[]> notes_;
   Position length_ = 0;
-  /// A Known, mostly near the next question; one number, so that threads see both of its halves.
-  mutable std::atomic<std::uint64_t> recent_ = 0;
+  mutable PackedKnown recent_ = 0;  ///< mostly near the next question
+  mutable std::array<PackedKnown, 8> learned_{};
 };
 
 /// Walks through the bytes of a text front to back, counting every unit anew: what a text has noted is not
@@ -95,11 +108,9 @@ class Utf8Walk {
   explicit Utf8Walk(Utf8Text::Bytes bytes) : bytes_(bytes) {}
   /// Where a unit lies, which is not in front of the last one asked for; after all bytes beyond the end.
   Utf8Text::Place to(Position position);
-  /// Goes on from a unit that is known to begin there.
-  void from(Position position, std::size_t offset) {
-    position_ = position;
-    offset_ = offset;
-  }
+  /// Whether a unit, which is not in front of the last one asked for, lies at an offset and begins a
+  /// character there. Then the walk goes on from it.
+  bool isAt(Position position, std::size_t offset);
 
  private:
   Utf8Text::Bytes bytes_;
