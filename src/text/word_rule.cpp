@@ -133,7 +133,7 @@ class WordReader {
 /// Reads words in UTF-8. Each byte has the kind of its character, so within one no word starts.
 class ByteWords {
  public:
-  /// How many start in a span with two characters around it; none where its bytes do not tell.
+  /// How many start in a span with a character on both sides; none where its bytes do not tell.
   static std::optional<Position> count(const PieceText::Bytes& bytes) {
     if (bytes.all.size() > kLongest) return std::nullopt;
     ByteWords words(bytes.all);

@@ -160,6 +160,7 @@ files::NewVersion StoredDocument::newVersion(const std::string& path, const Save
               bytes.release();
               written.release();
             };
+            release();
             if (const auto what = document::differenceOf(meant, again.stories, release); !what.empty())
               throw again.encoding.empty() ? notAsMeant(what) : otherKind();
           },
