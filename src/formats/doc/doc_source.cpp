@@ -1,15 +1,13 @@
 #include "doc_source.h"
 
 #include "appearance_reader.h"
-#include "base/utf.h"
 #include "blanked_properties.h"
+#include "formats/refused_character.h"
 #include "other_texts.h"
 #include "reader.h"
 #include "validator.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 
 namespace pluvo::doc {
 
@@ -27,20 +25,7 @@ void requireSound(const EditedStreams& original, const EditedStreams& edited) {
 }  // namespace
 
 std::optional<std::string> DocSource::refusesText(std::u16string_view newText) const {
-  for (std::size_t i = 0; i < newText.size(); ++i) {
-    const char16_t unit = newText[i];
-    const bool isPair =
-        base::isHighSurrogate(unit) && i + 1 < newText.size() && base::isLowSurrogate(newText[i + 1]);
-    const bool isHalf = !isPair && (base::isHighSurrogate(unit) || base::isLowSurrogate(unit));
-    const bool hasPlace = unit >= 0x20 || (unit >= 9 && unit <= 14) || unit == 30 || unit == 31;
-    if (isPair) ++i;
-    if (hasPlace && !isHalf) continue;
-    std::array<char, 8> code{};
-    std::snprintf(code.data(), code.size(), "U+%04X", static_cast<unsigned>(unit));
-    return std::string("A Word document cannot hold the character ") + code.data() +
-           "; leave it out of the text.";
-  }
-  return std::nullopt;
+  return formats::firstRefused(newText, "A Word document", formats::hasPlaceInWordText);
 }
 
 void DocSource::write(const document::Document& document, base::Output& out) const {

@@ -1,29 +1,17 @@
 #include "docx_source.h"
 
 #include "appearance_reader.h"
-#include "base/utf.h"
 #include "document_writer.h"
+#include "formats/refused_character.h"
 #include "other_texts.h"
 #include "run_content.h"
 #include "styles.h"
 #include "xml/escape.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 #include <limits>
 
 namespace pluvo::docx {
-
-namespace {
-
-std::string codeOf(char16_t unit) {
-  std::array<char, 8> code{};
-  std::snprintf(code.data(), code.size(), "U+%04X", static_cast<unsigned>(unit));
-  return code.data();
-}
-
-}  // namespace
 
 DocxSource::DocxSource(Package package, Stories stories, Styles styles,
                        std::unique_ptr<const EncryptedPackage> around)
@@ -35,14 +23,10 @@ DocxSource::DocxSource(Package package, Stories stories, Styles styles,
 std::optional<std::string> DocxSource::refusesText(std::u16string_view newText) const {
   const auto isPlain = [](char16_t unit) { return unit >= u' ' && unit < 0x7F; };
   if (std::all_of(newText.begin(), newText.end(), isPlain)) return std::nullopt;
-  for (std::size_t i = 0; i < newText.size();) {
-    const base::Utf16Character next = base::firstOfUtf16(newText.substr(i));
-    if (!standsAlone(newText[i]) && newText[i] != u'\n' && !xml::isCharacter(next.point))
-      return "A Word document cannot hold the character " + codeOf(newText[i]) +
-             "; leave it out of the text.";
-    i += next.units;
-  }
-  return std::nullopt;
+  return formats::firstRefused(newText, "A Word document", [](char32_t point) {
+    const bool isUnit = point <= 0xFFFF;
+    return (isUnit && standsAlone(static_cast<char16_t>(point))) || point == U'\n' || xml::isCharacter(point);
+  });
 }
 
 void DocxSource::write(const document::Document& document, base::Output& out) const {

@@ -3,10 +3,8 @@
 #include "appearance_reader.h"
 #include "base/utf.h"
 #include "document_writer.h"
+#include "formats/refused_character.h"
 #include "other_texts.h"
-
-#include <array>
-#include <cstdio>
 
 namespace pluvo::formats::html {
 
@@ -22,15 +20,7 @@ bool hasPlace(char32_t point) {
 }  // namespace
 
 std::optional<std::string> HtmlSource::refusesText(std::u16string_view newText) const {
-  while (!newText.empty()) {
-    const base::Utf16Character first = base::firstOfUtf16(newText);
-    newText.remove_prefix(first.units);
-    if (hasPlace(first.point)) continue;
-    std::array<char, 12> code{};
-    std::snprintf(code.data(), code.size(), "U+%04X", static_cast<unsigned>(first.point));
-    return std::string("A page cannot hold the character ") + code.data() + "; leave it out of the text.";
-  }
-  return std::nullopt;
+  return formats::firstRefused(newText, "A page", hasPlace);
 }
 
 void HtmlSource::write(const document::Document& document, base::Output& out) const {
