@@ -77,10 +77,7 @@ Position marksIn(const UnitText& text, Position start, const Stretch& stretch) {
 std::optional<Position> marksIn(std::span<const std::uint8_t> bytes) {
   const Marks marks = countMarks(bytes.data(), static_cast<Position>(bytes.size()), std::uint8_t{u'\n'});
   if (marks.possible > 0) return std::nullopt;
-  Position pairs = 0;
-  for (std::size_t i = 1; marks.certain > 1 && i < bytes.size(); ++i)
-    pairs += static_cast<Position>((bytes[i] == '\n') & (bytes[i - 1] == '\r'));
-  return marks.certain - pairs;
+  return marks.certain - (marks.certain > 1 ? utf8PairsIn(bytes) : 0);
 }
 
 }  // namespace

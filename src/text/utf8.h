@@ -38,6 +38,15 @@ inline bool beginsUtf8Unit(std::span<const std::uint8_t> bytes, std::size_t offs
   return !joined && !base::isUtf8Follower(bytes[offset]);
 }
 
+/// Line feeds that belong to the carriage return in front of them, the first byte left out.
+inline Position utf8PairsIn(std::span<const std::uint8_t> bytes) {
+  const std::uint8_t* const at = bytes.data();  // plain, which compilers turn into vectors
+  Position pairs = 0;
+  for (std::size_t i = 1; i < bytes.size(); ++i)
+    pairs += static_cast<Position>((at[i] == '\n') & (at[i - 1] == '\r'));
+  return pairs;
+}
+
 /// Where the character in front of an offset begins, none in front of from. from < offset.
 inline std::size_t utf8Before(std::span<const std::uint8_t> bytes, std::size_t from, std::size_t offset) {
   std::size_t at = offset - 1;

@@ -140,7 +140,7 @@ class ByteWords {
     if (!words.classify()) return std::nullopt;
     const auto from = static_cast<Position>(bytes.from);
     const auto to = static_cast<Position>(bytes.to);
-    return countStarts(words.kinds(), from, to) - words.lineFeedsJoined(bytes.from, bytes.to);
+    return countStarts(words.kinds(), from, to) - utf8PairsIn(bytes.inside());
   }
 
  private:
@@ -221,15 +221,6 @@ class ByteWords {
     if (kind == kJoinsWords) return isWordCharacter(left) && isWordCharacter(right);
     const auto isDigit = [](char32_t point) { return U'0' <= point && point <= U'9'; };
     return isDigit(left) && isDigit(right);
-  }
-
-  /// Line feeds that belong to the carriage return before them.
-  Position lineFeedsJoined(std::size_t from, std::size_t to) const {
-    const std::uint8_t* const bytes = bytes_.data();  // plain, which compilers turn into vectors
-    Position joined = 0;
-    for (std::size_t i = from + 1; i < to; ++i)
-      joined += static_cast<Position>((bytes[i] == '\n') & (bytes[i - 1] == '\r'));
-    return joined;
   }
 
   Bytes bytes_;
