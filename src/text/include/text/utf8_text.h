@@ -90,7 +90,7 @@ class Utf8Text {
   Known recent() const { return unpacked(recent_); }
   void remember(Known known) const { recent_.store(packed(known), std::memory_order_relaxed); }
   PackedKnown& learned(Position position) const {
-    return learned_[static_cast<std::uint32_t>(position) * 0x9E3779B1U >> 29U];
+    return learned_[static_cast<std::uint32_t>(position) * 0x9E3779B1U >> 27U];
   }
 
   Bytes bytes_;
@@ -98,7 +98,7 @@ class Utf8Text {
   std::unique_ptr<std::uint32_t[]> notes_;
   Position length_ = 0;
   mutable PackedKnown recent_ = 0;  ///< mostly near the next question
-  mutable std::array<PackedKnown, 8> learned_{};
+  mutable std::array<PackedKnown, 32> learned_{};
 };
 
 /// Walks through the bytes of a text front to back, counting every unit anew: what a text has noted is not
