@@ -136,7 +136,8 @@ class Comparison {
   Piece known_;                         ///< the new text read back last
   Stretch knownBack_;
   Utf8Text::Bytes knownBytes_;
-  std::optional<std::size_t> reached_;  ///< where in the bytes read back a unit, and the next piece, begins
+  std::optional<std::size_t>
+      reached_;  ///< where the next piece begins in the bytes read back; a unit begins there
 };
 
 }  // namespace

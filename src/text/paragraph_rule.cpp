@@ -86,7 +86,7 @@ Summary<1> ParagraphRule::summarise(Position from, Position to) const {
   Summary<1> summary;
   if (from == to) return summary;
   if (from == 0) summary.counts[0] = 1;
-  // To the end and not to the last unit, since the one is mostly known.
+  // The place of the end is mostly remembered, that of the last unit is not.
   if (const auto bytes = from == 0 ? std::nullopt : text_->text->bytesOf(from - 1, to)) {
     const std::span<const std::uint8_t> inside = bytes->inside();
     if (const auto marks = marksIn(inside.first(utf8Before(inside, 0, inside.size())))) {

@@ -26,18 +26,20 @@ std::optional<PieceText::Bytes> PieceText::bytesOf(Position from, Position to, P
   const Position last = to + std::min(2 * margin, length() - to);
   const Piece piece = pieceAt(first);
   if (piece.isNew() || piece.length < last - first) return std::nullopt;
-  const Position start = piece.original + (from - first);
-  const Utf8Text::Place begin = utf8->placeOf(start);
-  const Utf8Text::Place end = utf8->placeOf(start + (to - from));
-  if (begin.insidePair || end.insidePair || end.offset < begin.offset) return std::nullopt;
+  const Position original = piece.original + (from - first);
+  const Utf8Text::Place begin = utf8->placeOf(original);
+  const Utf8Text::Place end = utf8->placeOf(original + (to - from));
+  if (begin.insidePair || end.insidePair || end.offset <= begin.offset) return std::nullopt;
   const std::span<const std::uint8_t> bytes = utf8->bytes();
   // At an end of the text the original may go on with units that were deleted.
-  const std::size_t least = first == 0 ? utf8->placeOf(piece.original).offset : 0;
+  const Utf8Text::Place start = first == 0 ? utf8->placeOf(piece.original) : Utf8Text::Place{};
+  if (start.insidePair) return std::nullopt;
   const std::size_t most =
       last == length() ? utf8->placeOf(piece.original + (last - first)).offset : bytes.size();
   std::size_t front = begin.offset;
   std::size_t back = end.offset;
-  for (Position i = 0; i < margin && front > least; ++i) front = utf8Before(bytes, least, front);
+  for (Position i = 0; i < margin && front > start.offset; ++i)
+    front = utf8Before(bytes, start.offset, front);
   for (Position i = 0; i < margin && back < most; ++i) back += utf8At(bytes.first(most), back).bytes;
   return Bytes{bytes.subspan(front, back - front), begin.offset - front, end.offset - front};
 }

@@ -147,10 +147,11 @@ class SentenceReader {
   }
 
   Position nth(std::uint8_t state, Position n) {
-    for (Position i = first_;;) {
+    for (Position i = first_; i < last_;) {
       n -= read(i, state);
       if (n == 0) return units_.start() + i - 1;
     }
+    return units_.start() + last_;  // another program wrote into the file
   }
 
  private:
@@ -198,7 +199,7 @@ bool goesOn(const PieceText& text, Position from, Position to) {
   }();
   if (const auto bytes = text.bytesOf(from, to)) {
     const std::span<const std::uint8_t> inside = bytes->inside();
-    return !inside.empty() && inside[0] < 0x80 && goesOn(inside, kUtf8);
+    return inside[0] < 0x80 && goesOn(inside, kUtf8);
   }
   const auto units = text.stretchOf(from, to);
   if (!units || units->narrow == nullptr) return false;

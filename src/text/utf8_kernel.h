@@ -249,7 +249,7 @@ __attribute__((noinline)) std::size_t countInRest(const std::uint8_t* bytes, std
   return starts.count();
 }
 
-/// Of a few bytes, which do not begin the text; whole vectors lie in it.
+/// Of at most 256 bytes, none of them the text's first, where so many follow from.
 std::size_t countNear(const std::uint8_t* bytes, std::size_t from, std::size_t to) {
   std::size_t units = 0;
   for (; from < to; from += sizeof(Vector)) {

@@ -91,9 +91,10 @@ class WordReader {
   Position count() const { return countStarts(units_.kindsFrom(0), first_, last_); }
 
   Position nth(Position n) const {
-    for (Position i = first_;; ++i) {
+    for (Position i = first_; i < last_; ++i) {
       if (startsWord(units_.kind(i - 1), units_.kind(i)) && --n == 0) return units_.start() + i;
     }
+    return units_.start() + last_;  // another program wrote into the file
   }
 
  private:
@@ -231,9 +232,10 @@ class ByteWords {
 
 Summary<1> WordRule::summarise(Position from, Position to) const {
   constexpr Position kAround = 1;
-  const bool skipsOne = from > 0;  // the place in front is mostly known, since spans go from there
+  // A caller mostly asked for the unit in front; its place is remembered.
+  const bool skipsOne = from > 0;
   if (auto bytes = from < to ? text_->text->bytesOf(from - skipsOne, to, kAround) : std::nullopt) {
-    if (skipsOne) bytes->from += utf8At(bytes->all, bytes->from).bytes;
+    if (skipsOne) bytes->from += utf8At(bytes->inside(), 0).bytes;
     if (const auto starts = ByteWords::count(*bytes)) return {{*starts}, {0}};
   }
   return {{WordReader(*text_, from, to).count()}, {0}};

@@ -29,19 +29,30 @@ std::vector<Position> startsOf(Unit unit, const std::u16string& units) {
   return starts;
 }
 
-/// Every span holds as many units in a file's bytes as in memory.
-void expectSameInUtf8(Unit unit, const std::u16string& units) {
-  const auto bytes = std::make_shared<const std::string>(base::utf8(u"\u00E9" + units) + '\r');
+/// A text as it lies in a file of UTF-8.
+std::shared_ptr<const Utf8Text> inFile(const std::shared_ptr<std::string>& bytes, std::u16string_view units) {
+  *bytes = base::utf8(units) + '\r';
   const Utf8Text::Bytes span(reinterpret_cast<const std::uint8_t*>(bytes->data()), bytes->size() - 1);
-  const auto utf8 = Utf8Text::survey(span, bytes).text;
-  ASSERT_NE(utf8, nullptr);
-  const PieceText inBytes{OriginalText(utf8)};
+  return Utf8Text::survey(span, bytes).text;
+}
+
+/// Every span holds as many units in a file's bytes as in memory.
+void expectSame(Unit unit, const PieceText& inBytes) {
   const PieceText inUnits{OriginalText(inBytes.substring(0, inBytes.length()))};
   const Units ofBytes(inBytes, isTestMark);
   const Units ofUnits(inUnits, isTestMark);
   for (Position to = 1; to <= inBytes.length(); ++to)
     for (Position from = 0; from < to; ++from)
       ASSERT_EQ(ofBytes.count(unit, from, to), ofUnits.count(unit, from, to)) << from << ' ' << to;
+}
+
+void expectSameInUtf8(Unit unit, const std::u16string& units) {
+  const auto utf8 = inFile(std::make_shared<std::string>(), u"\xD801\xDC00'" + units);
+  ASSERT_NE(utf8, nullptr);
+  PieceText text{OriginalText(utf8)};
+  ASSERT_NO_FATAL_FAILURE(expectSame(unit, text));
+  text.replace(0, 1, u"", {});  // half of a pair is left
+  expectSame(unit, text);
 }
 
 void expectUnits(Unit unit, std::initializer_list<std::u16string> cases) {
@@ -74,6 +85,26 @@ TEST(Units, Sentences) {
 
 TEST(Units, Paragraphs) {
   expectUnits(Unit::paragraph, {u"|one\v\x0Etwo\r|\r|threes\a|x\a|four\a", u"|a\fb\f\f|c\f"});
+}
+
+TEST(Units, StayInATextThatAnotherProgramWritesInto) {
+  for (const std::string_view over : {"p\xF3\xE9"
+                                      "ab",
+                                      "\xE4\xBD", "\x80", "\xF0\x90\r\n", "a"}) {
+    const auto bytes = std::make_shared<std::string>();
+    const PieceText text{OriginalText(inFile(bytes, u"One \u00E9\u4E2D. \xD801\xDC00 two's 3.14\r"))};
+    for (std::size_t i = 0; i < bytes->size(); ++i) (*bytes)[i] = over[i % over.size()];
+    const Units units(text, isTestMark);
+    const Position length = text.length();
+    for (const Unit unit : {Unit::word, Unit::sentence, Unit::paragraph}) {
+      for (Position from = 0; from < length; ++from) {
+        for (Position to = from + 1; to <= length; ++to)
+          EXPECT_LE(units.count(unit, from, to), to - from + 1);
+        EXPECT_LE(units.forward(unit, from, 2).position, length);
+        EXPECT_GE(units.backward(unit, from, 2).position, 0);
+      }
+    }
+  }
 }
 
 TEST(Units, CountsOfPartlyCoveredAndEmptySpans) {

@@ -42,7 +42,8 @@ void PlainSource::copyPiece(const text::OriginalText& original, text::BytePlaceC
   }
   const ByteMap::Place end = placeOf(to);
   const base::ByteSpan content = bytes_.view.subspan(storage_.markLength);
-  if (begin.offset < end.offset) writer.copy(content.subspan(begin.offset, end.offset - begin.offset), pause);
+  const std::size_t last = std::min(end.offset, content.size());  // the final mark has no bytes
+  if (begin.offset < last) writer.copy(content.subspan(begin.offset, last - begin.offset), pause);
   if (end.insidePair) encodeUnitAt(to - 1);
 }
 
