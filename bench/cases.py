@@ -63,8 +63,9 @@ def changed(operation, text=""):
     return lambda original, result: check.check(original, result, operation, BEGIN, END, text)
 
 
-def found(*words, flags=0):
-    return lambda original, _: check.check_found([PLUVO, "find", "--quiet", *words, *BLOCK], original, BEGIN, END, flags)
+def found(*words, flags=0, encoding=""):
+    command = [PLUVO, "find", "--quiet", *words, *BLOCK]
+    return lambda original, _: check.check_found(command, original, BEGIN, END, flags, encoding)
 
 
 def docx_cases():
@@ -186,6 +187,21 @@ def text_cases():
                {"perl": ("at least", 2)}, memory=240,
                right=lambda original, result: check.check_text(original, result, BEGIN, END, TEXT))
     yield from script_cases(perl, whole)
+    yield from encoded_cases(["--match-case", *whole, *BLOCK])
+
+
+def encoded_cases(exact):
+    """Texts in other encodings than UTF-8, beside one of as many bytes in UTF-8 with words of the same languages."""
+    edit = ["replace", *exact, "--text", TEXT, "{in}"]
+    find = ["find", "--quiet", *exact, "{in}"]
+    for language, encoding, name in (("western", "cp1252", "Windows-1252"), ("western", "utf-16-le", "UTF-16"),
+                                     ("japanese", "cp932", "Shift_JIS"), ("japanese", "utf-16-le", "UTF-16")):
+        title, source, peer = f".txt 50 MB, {language}, {name}", f"{language}-{encoding}.txt", f"{language}-utf-8.txt"
+        yield Case(f"{title}, find", source, [pluvo(*find), beside("UTF-8", peer, *find)], {"pluvo, UTF-8": ("at most", 1.5)},
+                   changes=False, right=found("--match-case", "--unit", "document", encoding=encoding))
+        yield Case(f"{title}, replace", source, [pluvo(*edit), beside("UTF-8", peer, *edit)], {"pluvo, UTF-8": ("at most", 1.5)},
+                   right=lambda original, result, encoding=encoding: check.check_encoded(
+                       original, result, BEGIN, END, TEXT, encoding))
 
 
 def script_cases(perl, whole):

@@ -129,9 +129,20 @@ def check_text(original, changed, begin, end, text):
     assert changed.read_bytes() == expected, "the remaining text is another"
 
 
-def check_found(command, original, begin, end, flags=0):
+def check_encoded(original, changed, begin, end, text, encoding):
+    """The same of a text in any encoding, which Python decodes as a whole and encodes again."""
+    before = original.read_bytes().decode(encoding)
+    assert before.encode(encoding) == original.read_bytes(), "the text cannot be written as it was"
+    expected = re.sub(re.escape(begin) + ".*?" + re.escape(end), text, before, flags=re.DOTALL)
+    assert changed.read_bytes() == expected.encode(encoding), "the remaining text is another"
+
+
+def check_found(command, original, begin, end, flags=0, encoding=""):
     """The command finds as many blocks as are there."""
-    if original.suffix == ".txt":
+    if encoding:
+        text = original.read_bytes().decode(encoding)
+        expected = len(re.findall(re.escape(begin) + ".*?" + re.escape(end), text, re.DOTALL))
+    elif original.suffix == ".txt":
         expected = len(pattern(begin, end, flags).findall(original.read_bytes()))
     else:
         # Of what a binary document was made.

@@ -32,6 +32,14 @@ FOREIGN_WORDS = (
     "μίσθωση ακινήτου και όρος договор аренды помещение срок оплата сторона подпись חוזה שכירות דירה عقد الإيجار المؤجر "
     "किराया समझौता पक्ष 租赁合同 房屋 租金 押金 条款 当事人 賃貸借契約 建物 敷金 の について 임대차 계약 보증금 𝒜"
 ).split()
+# What Windows-1252 holds, quotation marks and dashes among it, and what Shift_JIS holds.
+WESTERN_WORDS = (
+    "Grundstücksübergabe Mietverhältnis für Gebäude Schlüssel façade loyer résilié señal año vizinhança œuvre š “clause” "
+    "l’immeuble 1990–2020 €"
+).split()
+JAPANESE_WORDS = (
+    "家屋 賃料 賃貸人 賃貸借契約 建物 敷金 の について 当事者は、本契約を 解除することができる。 家賃 カタカナ ﾃｷｽﾄ 表示 ソート"
+).split()
 RUN_STYLES = (
     "",
     "<w:rPr><w:b/></w:rPr>",
@@ -256,15 +264,15 @@ def write_elsewhere(folder):
 class MixedFiller(Filler):
     """Prose in which a share of the letters is not ASCII: words of several scripts among the others."""
 
-    def __init__(self, rng, share):
+    def __init__(self, rng, share, others=FOREIGN_WORDS):
         super().__init__(rng)
-        self.share, self.letters, self.foreign = share, 0, 0
+        self.share, self.others, self.letters, self.foreign = share, others, 0, 0
 
     def text(self, length):
         words, size = [], 0
         while size < length:
             wanted = self.foreign < self.share * self.letters
-            word = self.rng.choice(FOREIGN_WORDS if wanted else WORDS)
+            word = self.rng.choice(self.others if wanted else WORDS)
             self.letters += len(word)
             self.foreign += sum(letter > "\x7f" for letter in word)
             size += len(word) + 1
@@ -274,10 +282,10 @@ class MixedFiller(Filler):
         return " ".join(words) + " "
 
 
-def write_text(path, seed, megabytes, blocks, share=0.0, encoding="utf-8", filler=None):
-    """share: of the letters that are not ASCII."""
+def write_text(path, seed, megabytes, blocks, share=0.0, encoding="utf-8", others=FOREIGN_WORDS):
+    """share: of the letters that are not ASCII; others: the words that hold them."""
     rng = random.Random(seed)
-    filler = filler or (MixedFiller(rng, share) if share else Filler(rng))
+    filler = MixedFiller(rng, share, others) if share else Filler(rng)
     target = megabytes * 1_000_000
     dense = blocks > 1_000_000
     # A megabyte of prose, reused in a different order each time: what costs time is the searching, not the prose.
@@ -285,6 +293,7 @@ def write_text(path, seed, megabytes, blocks, share=0.0, encoding="utf-8", fille
     inner = [filler.text(12 if not dense else 6) for _ in range(1000)]
     written, planted = 0, 0
     with open(path, "wb") as file:
+        file.write("\ufeff".encode(encoding) if encoding.startswith("utf-16") else b"")
         while written < target:
             text = rng.choice(stock)
             if planted < blocks and written >= planted * target // blocks:
@@ -364,6 +373,10 @@ def main():
         for kind, blocks in (("", 64_000), ("-dense", 2_950_000)):
             if wanted(f"{name}{kind}.txt"):
                 write_text(os.path.join(folder, f"{name}{kind}.txt"), 8, 200, blocks, share)
+    for name, share, others, page in (("western", 0.05, WESTERN_WORDS, "cp1252"), ("japanese", 0.6, JAPANESE_WORDS, "cp932")):
+        for encoding in ("utf-8", "utf-16-le", page):
+            if wanted(f"{name}-{encoding}.txt"):
+                write_text(os.path.join(folder, f"{name}-{encoding}.txt"), 11, 50, 16_000, share, encoding, others)
 
 
 if __name__ == "__main__":
