@@ -8,10 +8,10 @@
 
 namespace pluvo::document {
 
+using text::BytesText;
 using text::Piece;
 using text::Position;
 using text::Stretch;
-using text::Utf8Text;
 
 namespace {
 
@@ -44,24 +44,22 @@ bool equal(const Stretch& a, const Stretch& b) {
   return true;
 }
 
-/// Compares front to back. Where both versions lie in UTF-8, kept pieces with the same bytes are the same
-/// text, if they begin and end where characters do. Where they lie in the original is counted anew, since the
-/// writer went by what edits and the original have noted.
+/// Compares front to back. Where both versions lie in bytes of one encoding, kept pieces with the same bytes
+/// are the same text, if they begin and end where characters do. Where they lie in the original is counted
+/// anew, since the writer went by what edits and the original have noted.
 class Comparison {
  public:
   Comparison(const text::PieceText& edited, const text::OriginalText& readBack)
       : edited_(edited),
         readBack_(readBack),
-        original_(edited.original().utf8()),
-        to_(readBack.utf8()),
-        cuts_(edited.cuts()) {
-    if (original_ != nullptr && to_ != nullptr) walk_.emplace(original_->bytes());
-  }
+        original_(edited.original().inBytes()),
+        to_(readBack.inBytes()),
+        cuts_(edited.cuts()) {}
 
   bool isSame(Position start, const Piece& piece) {
     if (to_ == nullptr && original_ == nullptr) return sameStretches(start, piece);
     if (to_ != nullptr && piece.isNew() && isKnown(piece)) return true;
-    if (walk_ && !piece.isNew() && sameBytes(start, piece)) return true;
+    if (areOfOneCoding() && !piece.isNew() && sameBytes(start, piece)) return true;
     const bool same = sameUnits(start, piece);
     if (same && to_ != nullptr && piece.isNew()) note(start, piece);
     return same;
@@ -93,8 +91,8 @@ class Comparison {
 
   /// Where the bytes of a new text lie, which many pieces hold.
   void note(Position start, const Piece& piece) {
-    const Utf8Text::Place begin = to_->placeOf(start);
-    const Utf8Text::Place end = to_->placeOf(start + piece.length);
+    const BytesText::Place begin = to_->placeOf(start);
+    const BytesText::Place end = to_->placeOf(start + piece.length);
     if (begin.insidePair || end.insidePair || begin.offset > end.offset) return;
     known_ = piece;
     knownBytes_ = to_->bytes().subspan(begin.offset, end.offset - begin.offset);
@@ -105,21 +103,39 @@ class Comparison {
     return known && reached_ && sameBytes(knownBytes_);
   }
 
+  bool areOfOneCoding() const {
+    return original_ != nullptr && to_ != nullptr && original_->coding() == to_->coding();
+  }
+
   /// The pieces before it tell where a piece begins in the new bytes.
   bool sameBytes(Position start, const Piece& piece) {
-    const Utf8Text::Place begin = placeOf(piece.original);
-    const Utf8Text::Place end = placeOf(piece.original + piece.length);
-    const Utf8Text::Place place = reached_ ? Utf8Text::Place{*reached_} : to_->placeOf(start);
+    const BytesText::Place begin = placeOf(piece.original);
+    const BytesText::Place end = placeOf(piece.original + piece.length);
+    const BytesText::Place place = reached_ ? BytesText::Place{*reached_} : to_->placeOf(start);
     if (begin.insidePair || end.insidePair || place.insidePair || end.offset < begin.offset) return false;
     reached_ = place.offset;
     return sameBytes(original_->bytes().subspan(begin.offset, end.offset - begin.offset));
   }
-  Utf8Text::Place placeOf(Position position) {
+
+  /// In the original, of a unit that is not in front of the last one asked for.
+  BytesText::Place placeOf(Position position) {
     const auto cut = cuts_.offsetOf(position);
-    return cut && walk_->isAt(position, *cut) ? Utf8Text::Place{*cut} : walk_->to(position);
+    if (cut && isAt(position, *cut)) {
+      walkedTo_ = {position, *cut};
+      return {*cut};
+    }
+    const BytesText::Place place = original_->walk(walkedTo_.offset, position - walkedTo_.position);
+    walkedTo_ = {position - (place.insidePair ? 1 : 0), place.offset};
+    return place;
+  }
+  bool isAt(Position position, std::size_t offset) const {
+    if (offset < walkedTo_.offset || offset > original_->bytes().size() || !original_->beginsUnit(offset))
+      return false;
+    const std::size_t units = original_->unitsIn(walkedTo_.offset, offset);
+    return static_cast<std::int64_t>(units) == std::int64_t{position} - walkedTo_.position;
   }
 
-  bool sameBytes(Utf8Text::Bytes wanted) {
+  bool sameBytes(BytesText::Bytes wanted) {
     const std::size_t after = *reached_ + wanted.size();
     if (after > to_->bytes().size() || !to_->beginsUnit(after)) return false;
     if (!base::sameBytes(wanted.data(), to_->bytes().data() + *reached_, wanted.size())) return false;
@@ -129,13 +145,18 @@ class Comparison {
 
   const text::PieceText& edited_;
   const text::OriginalText& readBack_;
-  const Utf8Text* original_;
-  const Utf8Text* to_;
+  const BytesText* original_;
+  const BytesText* to_;
   text::BytePlaceCursor cuts_;
-  std::optional<text::Utf8Walk> walk_;  ///< through the original, where both lie in UTF-8
-  Piece known_;                         ///< the new text read back last
+  /// A unit and where it begins, counted through the original.
+  struct Walked {
+    Position position = 0;
+    std::size_t offset = 0;
+  };
+  Walked walkedTo_;
+  Piece known_;  ///< the new text read back last
   Stretch knownBack_;
-  Utf8Text::Bytes knownBytes_;
+  BytesText::Bytes knownBytes_;
   std::optional<std::size_t>
       reached_;  ///< where the next piece begins in the bytes read back; a unit begins there
 };

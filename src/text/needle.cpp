@@ -111,12 +111,11 @@ Needle::Needle(std::u16string_view text, bool matchCase) : matchCase_(matchCase)
   for (Shape<std::uint8_t>& shape : narrow_) shape.exact.assign(units_.begin(), units_.end());
 }
 
-const Utf8Needle& Needle::makeUtf8() const {
-  std::call_once(utf8Once_, [this] {
-    utf8_ = std::make_unique<const Utf8Needle>(units_, matchCase_, narrowForms(true));
-    utf8Made_.store(utf8_.get(), std::memory_order_release);
-  });
-  return *utf8_;
+const ByteNeedle& Needle::makeIn(const ByteCoding* coding) const {
+  const std::lock_guard lock(mutex_);
+  const auto made = inBytes_.try_emplace(coding, units_, matchCase_, narrowForms(true), coding).first;
+  if (coding == nullptr) utf8Made_.store(&made->second, std::memory_order_release);
+  return made->second;
 }
 
 const Needle::NarrowForms& Needle::narrowForms(bool lineFeedIsMark) const {

@@ -1,13 +1,14 @@
 #pragma once
 
+#include "byte_needle.h"
 #include "scan.h"
 #include "text/original.h"
-#include "utf8_needle.h"
 
 #include <array>
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -47,23 +48,23 @@ class Needle {
   const NarrowForms& narrowForms(bool lineFeedIsMark) const;
   const Shape<std::uint8_t>& narrow(bool lineFeedIsMark) const { return narrow_[lineFeedIsMark ? 1 : 0]; }
   const Shape<char16_t>& wide() const { return wide_; }
-  /// Made at the first call, since few texts lie in UTF-8.
-  const Utf8Needle& utf8() const {
-    const Utf8Needle* const made = utf8Made_.load(std::memory_order_acquire);
-    return made != nullptr ? *made : makeUtf8();
+  /// As it looks in the bytes of a text. Made at the first call, since few texts lie in bytes.
+  const ByteNeedle& in(const BytesText& text) const {
+    const ByteNeedle* const made = utf8Made_.load(std::memory_order_acquire);
+    return made != nullptr && text.coding() == nullptr ? *made : makeIn(text.coding());
   }
 
  private:
-  const Utf8Needle& makeUtf8() const;
+  const ByteNeedle& makeIn(const ByteCoding* coding) const;
 
   bool matchCase_;
   std::u16string units_;
   std::vector<std::uint32_t> borders_;
   std::array<Shape<std::uint8_t>, 2> narrow_;
   Shape<char16_t> wide_;
-  mutable std::once_flag utf8Once_;
-  mutable std::unique_ptr<const Utf8Needle> utf8_;
-  mutable std::atomic<const Utf8Needle*> utf8Made_ = nullptr;
+  mutable std::mutex mutex_;
+  mutable std::map<const ByteCoding*, ByteNeedle> inBytes_;  ///< under the mutex
+  mutable std::atomic<const ByteNeedle*> utf8Made_ = nullptr;
 };
 
 }  // namespace pluvo::text

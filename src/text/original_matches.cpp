@@ -1,9 +1,8 @@
 #include "text/original_matches.h"
 
+#include "byte_needle.h"
 #include "matcher.h"
 #include "prepared.h"
-#include "utf8_needle.h"
-#include "utf8_scan.h"
 
 #include <algorithm>
 #include <limits>
@@ -92,39 +91,40 @@ class UnitWalker {
   Matcher<Units> matcher_;
 };
 
-/// Through a text that lies in UTF-8. Units are counted from match to match.
+/// Through a text that lies in bytes. Units are counted from match to match.
 class ByteWalker {
  public:
   ByteWalker(const Needle& needle, const OriginalText& original)
-      : needle_(needle), original_(original), matcher_(needle.utf8(), bytes()) {}
+      : needle_(needle), original_(original), matcher_(needle.in(text()), bytes()) {}
 
   void restart(Position from) {
-    Utf8Text::Place place = utf8().placeOf(from);
-    if (place.insidePair) place = utf8().placeOf(++from);
+    BytesText::Place place = text().placeOf(from);
+    if (place.insidePair) place = text().placeOf(++from);
     start_ = offset_ = place.offset;
     position_ = from;
-    matcher_ = Utf8Matcher(needle_.utf8(), bytes().subspan(start_));
+    matcher_ = ByteMatcher(needle_.in(text()), bytes().subspan(start_));
   }
   Position next(Position end) {
-    // No unit has more bytes; an anchor lies no farther on than the whole text searched for.
-    constexpr std::int64_t kMostBytes = 3;
+    // No unit has more bytes than CR LF in UTF-16; an anchor lies no farther on than the whole text searched
+    // for.
+    constexpr std::int64_t kMostBytes = 4;
     const auto most =
         kMostBytes * (end - std::int64_t{position_} + static_cast<std::int64_t>(needle_.length()));
     matcher_.endBefore(offset_ - start_ + static_cast<std::size_t>(std::max<std::int64_t>(most, 0)));
-    const Utf8Needle::Match match = matcher_.next();
-    if (match.from == Utf8Needle::kNone) return OriginalMatches::kNone;
+    const ByteNeedle::Match match = matcher_.next();
+    if (match.from == ByteNeedle::kNone) return OriginalMatches::kNone;
     const std::size_t offset = start_ + match.from;
-    position_ = utf8().positionAfter(position_, offset_, offset);
+    position_ = text().positionAfter(position_, offset_, offset);
     offset_ = offset;
-    utf8().learn(position_, offset);
-    utf8().learn(position_ + static_cast<Position>(needle_.length()), start_ + match.to);
+    text().learn(position_, offset);
+    text().learn(position_ + static_cast<Position>(needle_.length()), start_ + match.to);
     return position_;
   }
   bool gaveUp() const { return matcher_.gaveUpAt().has_value(); }
 
  private:
-  const Utf8Text& utf8() const { return *original_.utf8(); }
-  Utf8Text::Bytes bytes() const { return utf8().bytes(); }
+  const BytesText& text() const { return *original_.inBytes(); }
+  BytesText::Bytes bytes() const { return text().bytes(); }
 
   const Needle& needle_;
   OriginalText original_;
@@ -132,7 +132,7 @@ class ByteWalker {
   // The last match, or where the walk began:
   Position position_ = 0;
   std::size_t offset_ = 0;
-  Utf8Matcher matcher_;
+  ByteMatcher matcher_;
 };
 
 }  // namespace
@@ -142,8 +142,8 @@ std::unique_ptr<OriginalMatches> OriginalMatches::of(const Search& search, const
   if (prepared == nullptr || prepared->wholeWord.front || prepared->wholeWord.back) return nullptr;
   const Needle& needle = prepared->needle;
   if (original.length() < static_cast<Position>(needle.length())) return nullptr;
-  if (original.utf8() != nullptr) {
-    if (!needle.utf8().probes()) return nullptr;
+  if (original.inBytes() != nullptr) {
+    if (!needle.in(*original.inBytes()).probes()) return nullptr;
     return std::make_unique<Matches<ByteWalker>>(prepared, original);
   }
   const Stretch whole = original.stretch(0, original.length());

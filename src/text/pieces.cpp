@@ -19,7 +19,7 @@ std::u16string PieceText::substring(Position from, Position to) const {
 }
 
 std::optional<PieceText::Bytes> PieceText::bytesOf(Position from, Position to, Position margin) const {
-  const Utf8Text* const utf8 = original_.utf8();
+  const BytesText* const utf8 = original_.utf8();
   if (utf8 == nullptr) return std::nullopt;
   // A character has two units at the most.
   const Position first = from - std::min(2 * margin, from);
@@ -27,12 +27,12 @@ std::optional<PieceText::Bytes> PieceText::bytesOf(Position from, Position to, P
   const Piece piece = pieceAt(first);
   if (piece.isNew() || piece.length < last - first) return std::nullopt;
   const Position original = piece.original + (from - first);
-  const Utf8Text::Place begin = utf8->placeOf(original);
-  const Utf8Text::Place end = utf8->placeOf(original + (to - from));
+  const BytesText::Place begin = utf8->placeOf(original);
+  const BytesText::Place end = utf8->placeOf(original + (to - from));
   if (begin.insidePair || end.insidePair || end.offset <= begin.offset) return std::nullopt;
   const std::span<const std::uint8_t> bytes = utf8->bytes();
   // At an end of the text the original may go on with units that were deleted.
-  const Utf8Text::Place start = first == 0 ? utf8->placeOf(piece.original) : Utf8Text::Place{};
+  const BytesText::Place start = first == 0 ? utf8->placeOf(piece.original) : BytesText::Place{};
   if (start.insidePair) return std::nullopt;
   const std::size_t most =
       last == length() ? utf8->placeOf(piece.original + (last - first)).offset : bytes.size();
@@ -45,7 +45,7 @@ std::optional<PieceText::Bytes> PieceText::bytesOf(Position from, Position to, P
 }
 
 std::optional<Stretch> PieceText::stretchOf(Position from, Position to) const {
-  if (original_.utf8() != nullptr) return std::nullopt;
+  if (original_.inBytes() != nullptr) return std::nullopt;
   const Piece piece = pieceAt(from);
   if (piece.isNew() || piece.length < to - from) return std::nullopt;
   return original_.stretch(piece.original, piece.original + (to - from));
@@ -81,16 +81,16 @@ void PieceText::replace(Position from, Position to, std::u16string_view text, co
 
 /// Matches have just told where their bytes lie; later it would have to be counted.
 void PieceText::noteCuts() {
-  const Utf8Text& utf8 = *original_.utf8();
+  const BytesText& utf8 = *original_.utf8();
   const Source* const before = pieces_.beforeGap();
   const Source* const after = pieces_.afterGap();
   if (before != nullptr && !before->isNew()) noteCut(utf8, placeAfter(*before));
   if (after != nullptr && !after->isNew()) noteCut(utf8, after->place());
 }
 
-void PieceText::noteCut(const Utf8Text& utf8, Position original) {
+void PieceText::noteCut(const BytesText& utf8, Position original) {
   if (!cuts_.empty() && original <= cuts_.back().position) return;
-  const Utf8Text::Place place = utf8.placeOf(original);
+  const BytesText::Place place = utf8.placeOf(original);
   if (!place.insidePair) cuts_.push({original, static_cast<std::uint32_t>(place.offset)});
 }
 

@@ -137,9 +137,9 @@ class Execution {
   Position overlap() const { return static_cast<Position>(needle_.length()) - 1; }
 
   void take(Position start, const Piece& piece) {
-    const Utf8Text* const utf8 = haystack_.text.original().utf8();
-    if (!piece.isNew() && utf8 != nullptr && !isShort(piece.length) && needle_.utf8().probes())
-      return takeUtf8(start, *utf8, {piece.original, piece.original + piece.length});
+    const BytesText* const bytes = haystack_.text.original().inBytes();
+    if (!piece.isNew() && bytes != nullptr && !isShort(piece.length) && needle_.in(*bytes).probes())
+      return takeBytes(start, *bytes, {piece.original, piece.original + piece.length});
     haystack_.text.visitStretches(start, piece, [&](Position from, const Stretch& stretch) {
       take(from, stretch);
       return !found_;
@@ -152,7 +152,7 @@ class Execution {
   }
 
   /// A part of the original that lies in bytes is searched in them.
-  void takeUtf8(Position start, const Utf8Text& utf8, Span part) {
+  void takeBytes(Position start, const BytesText& text, Span part) {
     const OriginalText& original = haystack_.text.original();
     const Position shift = start - part.from;
     if (gathered_.length() > 0) {
@@ -161,21 +161,21 @@ class Execution {
       gathered_.clear();
       if (found_) return;
     }
-    searchBytes(utf8, part, shift);
+    searchBytes(text, part, shift);
     if (found_ || overlap() == 0) return;
     const Position rest = part.to - overlap();
     gathered_.add(rest + shift, original, rest, part.to);
   }
 
   /// Half of a pair at either end lies in no bytes; what begins or ends with one is searched for elsewhere.
-  void searchBytes(const Utf8Text& utf8, Span part, Position shift) {
-    const std::size_t end = utf8.placeOf(part.to).offset;
-    Utf8Text::Place begin = utf8.placeOf(part.from);
-    if (begin.insidePair) begin = utf8.placeOf(part.from + 1);
+  void searchBytes(const BytesText& text, Span part, Position shift) {
+    const std::size_t end = text.placeOf(part.to).offset;
+    BytesText::Place begin = text.placeOf(part.from);
+    if (begin.insidePair) begin = text.placeOf(part.from + 1);
     if (end <= begin.offset) return;
-    Utf8Matcher matcher(needle_.utf8(), utf8.bytes().subspan(begin.offset, end - begin.offset));
-    for (auto match = matcher.next(); match.from != Utf8Needle::kNone; match = matcher.next()) {
-      const Position from = utf8.positionAt(begin.offset + match.from) + shift;
+    ByteMatcher matcher(needle_.in(text), text.bytes().subspan(begin.offset, end - begin.offset));
+    for (auto match = matcher.next(); match.from != ByteNeedle::kNone; match = matcher.next()) {
+      const Position from = text.positionAt(begin.offset + match.from) + shift;
       const Span span{from, from + static_cast<Position>(needle_.length())};
       if (!isWholeWord(span)) continue;
       found_ = span;
@@ -183,7 +183,7 @@ class Execution {
     }
     if (!matcher.gaveUpAt()) return;
     const Position reached =
-        std::max(part.from, utf8.positionAt(begin.offset + *matcher.gaveUpAt()) - overlap());
+        std::max(part.from, text.positionAt(begin.offset + *matcher.gaveUpAt()) - overlap());
     haystack_.text.original().forEachStretch(reached, part.to, [&](Position offset, const Stretch& stretch) {
       gather(reached + offset + shift, stretch);
       return !found_;

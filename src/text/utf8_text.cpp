@@ -83,14 +83,14 @@ Utf8Text::Survey Utf8Text::survey(Bytes bytes, const std::shared_ptr<const void>
   survey.lineFeeds = static_cast<std::size_t>(scan.lineFeeds - scan.pairs);
   survey.carriageReturns = static_cast<std::size_t>(scan.carriageReturns - scan.pairs);
   if (scan.plain) return survey;
-  std::shared_ptr<Utf8Text> text(new Utf8Text(Bytes(bytes.data(), bytes.size() + 1), owner));
+  std::shared_ptr<Utf8Text> text(
+      new Utf8Text(Bytes(bytes.data(), bytes.size() + 1), static_cast<Position>(scan.units) + 1, owner));
   text->notes_ = std::move(notes);
-  text->length_ = static_cast<Position>(scan.units) + 1;
   survey.text = std::move(text);
   return survey;
 }
 
-std::size_t Utf8Text::noteCount() const { return (bytes_.size() - 1) / kNoteInterval + 1; }
+std::size_t Utf8Text::noteCount() const { return (bytes().size() - 1) / kNoteInterval + 1; }
 
 Utf8Text::Known Utf8Text::note(std::size_t number) const {
   return {notes_[number], static_cast<std::uint32_t>(number * kNoteInterval)};
@@ -115,19 +115,19 @@ Utf8Text::Known Utf8Text::noteBefore(std::uint32_t position) const {
 }
 
 Utf8Text::Place Utf8Text::placeOf(Position position) const {
-  if (position >= length_) return {bytes_.size(), false};
+  if (position >= length()) return {bytes().size(), false};
   const auto wanted = static_cast<std::uint32_t>(position);
   if (const Known known = unpacked(learned(position)); known.position == wanted) return {known.offset, false};
   Known from = recent();
   constexpr std::uint32_t kNear = kNoteInterval / 2;
   if (wanted < from.position && from.position - wanted < kNear) {
-    const Utf8Step at = walkBackUtf8(bytes_.data(), bytes_.size(), from.offset, from.position - wanted);
+    const Utf8Step at = walkBackUtf8(bytes().data(), bytes().size(), from.offset, from.position - wanted);
     if (at.left == 0) remember({wanted, static_cast<std::uint32_t>(at.offset)});
     return {at.offset, at.left != 0};
   }
   // In front of it, too.
   if (wanted - from.position >= kNoteInterval) from = noteBefore(wanted);
-  const Utf8Step at = walkUtf8(bytes_.data(), bytes_.size(), from.offset, wanted - from.position);
+  const Utf8Step at = walkUtf8(bytes().data(), bytes().size(), from.offset, wanted - from.position);
   if (at.left == 0) remember({wanted, static_cast<std::uint32_t>(at.offset)});
   return {at.offset, at.left != 0};
 }
@@ -137,7 +137,7 @@ Position Utf8Text::positionAt(std::size_t offset) const {
   const std::size_t number = std::min(offset / kNoteInterval, noteCount() - 1);
   Known from = recent();
   if (from.offset > wanted || from.offset < number * kNoteInterval) from = note(number);
-  const std::size_t units = countUtf8(bytes_.data(), bytes_.size(), from.offset, offset);
+  const std::size_t units = countUtf8(bytes().data(), bytes().size(), from.offset, offset);
   const auto position = from.position + static_cast<std::uint32_t>(units);
   remember({position, wanted});
   return static_cast<Position>(position);
@@ -148,16 +148,17 @@ Position Utf8Text::positionAfter(Position position, std::size_t offset, std::siz
   if (const Known last = recent(); from.offset < last.offset && last.offset <= wanted) from = last;
   constexpr std::size_t kNear = 1024;
   if (wanted - from.offset > kNear) return positionAt(wanted);
-  return static_cast<Position>(from.position + countUtf8(bytes_.data(), bytes_.size(), from.offset, wanted));
+  return static_cast<Position>(from.position +
+                               countUtf8(bytes().data(), bytes().size(), from.offset, wanted));
 }
 
-bool Utf8Text::beginsUnit(std::size_t offset) const { return beginsUtf8Unit(bytes_, offset); }
+bool Utf8Text::beginsUnit(std::size_t offset) const { return beginsUtf8Unit(bytes(), offset); }
 
 char16_t Utf8Text::operator[](Position position) const {
   const Place place = placeOf(position);
-  if (place.offset >= bytes_.size())
+  if (place.offset >= bytes().size())
     return static_cast<char16_t>(base::kReplacement);  // another program wrote into the file
-  const char32_t point = utf8At(bytes_, place.offset).point;
+  const char32_t point = utf8At(bytes(), place.offset).point;
   if (place.insidePair) return base::lowSurrogateOf(point);
   return point > 0xFFFF ? base::highSurrogateOf(point) : static_cast<char16_t>(point);
 }
@@ -166,14 +167,23 @@ void Utf8Text::copy(Position from, Position to, char16_t* out) const {
   char16_t* const end = out + (to - from);
   Place place = placeOf(from);
   if (place.insidePair && out < end) {
-    const Utf8Character character = utf8At(bytes_, place.offset);
+    const Utf8Character character = utf8At(bytes(), place.offset);
     *out++ = base::lowSurrogateOf(character.point);
     place.offset += character.bytes;
   }
-  const std::size_t after = decode(bytes_, place.offset, out, end);
+  const std::size_t after = decode(bytes(), place.offset, out, end);
   std::fill(out, end, static_cast<char16_t>(base::kReplacement));  // another program wrote into the file
   if (from < to && !isHighSurrogate(end[-1]))
     remember({static_cast<std::uint32_t>(to), static_cast<std::uint32_t>(after)});
+}
+
+std::size_t Utf8Text::unitsIn(std::size_t from, std::size_t to) const {
+  return countUtf8(bytes().data(), bytes().size(), from, to);
+}
+
+Utf8Text::Place Utf8Text::walk(std::size_t from, Position units) const {
+  const Utf8Step at = walkUtf8(bytes().data(), bytes().size(), from, static_cast<std::size_t>(units));
+  return {at.offset, at.left != 0};
 }
 
 Utf8Text::Place Utf8Walk::to(Position position) {

@@ -1,6 +1,7 @@
 #include "same_text.h"
 
 #include "base/bytes.h"
+#include "text/utf8_text.h"
 
 #include <gtest/gtest.h>
 

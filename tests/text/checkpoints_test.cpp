@@ -3,6 +3,7 @@
 #include "base/utf.h"
 #include "plain_units.h"
 #include "support/dice.h"
+#include "text/utf8_text.h"
 #include "unit_rules.h"
 
 #include <gtest/gtest.h>

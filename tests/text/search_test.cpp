@@ -3,6 +3,7 @@
 #include "characters.h"
 #include "support/dice.h"
 #include "text/original_matches.h"
+#include "text/utf8_text.h"
 
 #include <gtest/gtest.h>
 

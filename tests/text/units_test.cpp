@@ -2,6 +2,7 @@
 
 #include "base/utf.h"
 #include "plain_units.h"
+#include "text/utf8_text.h"
 
 #include <gtest/gtest.h>
 

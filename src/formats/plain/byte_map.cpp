@@ -22,7 +22,7 @@ ByteMap::Place walk(base::ByteSpan bytes, const CodePage* page, std::size_t offs
 }  // namespace
 
 ByteMap::Place ByteMap::placeOf(Position position) const {
-  if (utf8_ != nullptr) return utf8_->placeOf(position);
+  if (text_ != nullptr) return text_->placeOf(position);
   if (!decoded_) return {static_cast<std::size_t>(position), false};
   const auto from = places_.before(position);
   return withEncoding(coding_.encoding, [&]<Encoding kEncoding>() {

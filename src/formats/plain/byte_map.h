@@ -3,8 +3,8 @@
 #include "base/bytes.h"
 #include "encoding.h"
 #include "formats/place_map.h"
+#include "text/bytes_text.h"
 #include "text/positions.h"
-#include "text/utf8_text.h"
 
 #include <memory>
 
@@ -14,12 +14,12 @@ namespace pluvo::plain {
 /// bytes are read again.
 class ByteMap {
  public:
-  using Place = text::Utf8Text::Place;
+  using Place = text::BytesText::Place;
 
   /// Of a text that lies in its bytes, each unit in one.
   ByteMap() = default;
-  /// Of a text that lies in its bytes as UTF-8.
-  explicit ByteMap(std::shared_ptr<const text::Utf8Text> utf8) : utf8_(std::move(utf8)) {}
+  /// Of a text that lies in its bytes as they are.
+  explicit ByteMap(std::shared_ptr<const text::BytesText> text) : text_(std::move(text)) {}
   ByteMap(const Coding& coding, base::ByteSpan bytes)
       : decoded_(true), coding_(coding), bytes_(bytes), places_(kInterval) {}
 
@@ -34,7 +34,7 @@ class ByteMap {
 
  private:
   bool decoded_ = false;
-  std::shared_ptr<const text::Utf8Text> utf8_;
+  std::shared_ptr<const text::BytesText> text_;
   Coding coding_;
   base::ByteSpan bytes_;
   formats::PlaceMap<std::size_t> places_;

@@ -1,6 +1,7 @@
 #include "decoder.h"
 
 #include "base/utf.h"
+#include "survey.h"
 #include "token.h"
 
 #include <algorithm>
@@ -14,47 +15,36 @@ using text::Position;
 namespace {
 
 /// How many units at the front have one value in the bytes and in the text.
-template <Encoding kEncoding>
 std::size_t runOf(ByteSpan bytes, const CodePage* page) {
-  if constexpr (kEncoding == Encoding::codePage) return page->keepsAscii() ? plainRun(bytes) : 0;
-  if constexpr (!isUtf16(kEncoding)) return plainRun(bytes);
-  std::size_t count = 0;
-  for (; 2 * count + 1 < bytes.size(); ++count) {
-    const char16_t unit = utf16UnitAt<kEncoding>(bytes, 2 * count);
-    if (unit == u'\r' || unit == u'\n') break;
-  }
-  return count;
+  return page == nullptr || page->keepsAscii() ? plainRun(bytes) : 0;
 }
 
 /// There are no more units than the bytes have room for, whatever the bytes are, and even if another program
 /// writes into the file meanwhile. So none is written outside.
-template <Encoding kEncoding, class Unit>
+template <Encoding kEncoding>
 class Decoder {
  public:
   Decoder(ByteSpan bytes, const Storage& storage, const base::Bytes& file)
       : bytes_(bytes),
         storage_(storage),
         file_(file),
-        units_(std::make_shared_for_overwrite<Unit[]>(bytes.size() / kUnitSize + 1)),
+        units_(std::make_shared_for_overwrite<char16_t[]>(bytes.size() + 1)),
         map_(storage.coding, bytes) {}
 
   Decoded decode() && {
-    while (bytes_.size() - offset_ >= kUnitSize) {
+    while (offset_ < bytes_.size()) {
       releaseSometimes();
       takeRun();
       takeCharacters();
-      if (bytes_.size() - offset_ >= kUnitSize)
-        take(firstToken<kEncoding>(bytes_.subspan(offset_), storage_.coding.page));
+      if (offset_ < bytes_.size()) take(firstToken<kEncoding>(bytes_.subspan(offset_), storage_.coding.page));
     }
     add(text::kParagraphMark);
     file_.release();
-    const std::span<const Unit> text(units_.get(), static_cast<std::size_t>(length_));
-    return {textOf(text), std::move(map_), commonLineEnd(lineEnds_, storage_)};
+    const std::span<const char16_t> text(units_.get(), static_cast<std::size_t>(length_));
+    return {text::OriginalText(text, units_), std::move(map_), commonLineEnd(lineEnds_, storage_)};
   }
 
  private:
-  static constexpr std::size_t kUnitSize = unitSize(kEncoding);
-
   /// Decoded text is not looked at again soon.
   void releaseSometimes() {
     constexpr std::size_t kHeld = std::size_t{8} * 1024 * 1024;
@@ -64,7 +54,7 @@ class Decoder {
   }
 
   void takeRun() {
-    std::size_t count = runOf<kEncoding>(bytes_.subspan(offset_), storage_.coding.page);
+    std::size_t count = runOf(bytes_.subspan(offset_), storage_.coding.page);
     while (count > 0) {
       map_.note(length_, offset_);
       const std::size_t part = std::min(count, static_cast<std::size_t>(ByteMap::kInterval));
@@ -74,21 +64,13 @@ class Decoder {
   }
 
   void copyRun(std::size_t count) {
-    const std::uint8_t* from = bytes_.data() + offset_;
-    Unit* to = units_.get() + length_;
-    if constexpr (isUtf16(kEncoding)) {
-      for (std::size_t i = 0; i < count; ++i)
-        to[i] = static_cast<Unit>(utf16UnitAt<kEncoding>(bytes_, offset_ + 2 * i));
-    } else {
-      std::copy_n(from, count, to);
-    }
+    std::copy_n(bytes_.data() + offset_, count, units_.get() + length_);
     length_ += static_cast<Position>(count);
-    offset_ += count * kUnitSize;
+    offset_ += count;
   }
 
   /// Those of several bytes, which often stand together.
   void takeCharacters() {
-    if constexpr (kEncoding != Encoding::utf8 && kEncoding != Encoding::codePage) return;
     while (offset_ < bytes_.size() && bytes_[offset_] >= 0x80) {
       const Character character = firstCharacter<kEncoding>(bytes_.subspan(offset_), storage_.coding.page);
       if (character.codePoint < 0x20) return;  // a line end, perhaps
@@ -110,17 +92,12 @@ class Decoder {
     put(point > 0xFFFF ? base::lowSurrogateOf(point) : static_cast<char16_t>(point));
   }
 
-  void put(char16_t unit) { units_[length_++] = static_cast<Unit>(unit); }
-
-  text::OriginalText textOf(std::span<const Unit> text) const {
-    if constexpr (sizeof(Unit) == 1) return {text, false, units_};
-    if constexpr (sizeof(Unit) == 2) return {text, units_};
-  }
+  void put(char16_t unit) { units_[length_++] = unit; }
 
   ByteSpan bytes_;
   const Storage& storage_;
   const base::Bytes& file_;
-  std::shared_ptr<Unit[]> units_;
+  std::shared_ptr<char16_t[]> units_;
   ByteMap map_;
   std::size_t offset_ = 0;
   std::size_t released_ = 0;
@@ -128,38 +105,11 @@ class Decoder {
   std::array<std::size_t, 3> lineEnds_ = {};
 };
 
-bool narrowUtf16(ByteSpan bytes, Encoding encoding) {
-  std::uint8_t bits = 0;
-  for (std::size_t at = encoding == Encoding::utf16Little ? 1 : 0; at < bytes.size(); at += 2)
-    bits |= bytes[at];
-  return bits == 0;
-}
-
-/// Whether every unit is below 256.
-bool isNarrow(ByteSpan bytes, const Storage& storage) {
-  switch (storage.coding.encoding) {
-    case Encoding::utf8:
-      return false;  // it holds bytes that are none
-    case Encoding::windows1252:
-      return !storage.survey.specials;
-    case Encoding::codePage:
-      return false;
-    default:
-      return narrowUtf16(bytes, storage.coding.encoding);
-  }
-}
-
 }  // namespace
 
-bool liesAsText(ByteSpan bytes, const Storage& storage) {
-  const bool oneByteEach = storage.coding.encoding == Encoding::utf8
-                               ? storage.survey.highest < 0x80
-                               : storage.coding.encoding == Encoding::windows1252 && !storage.survey.specials;
-  if (!oneByteEach) return false;
-  if (storage.utf8.valid) return storage.utf8.pairs == 0;
-  if (!storage.survey.carriageReturns) return true;
-  constexpr std::array<std::uint8_t, 2> kPair = {'\r', '\n'};
-  return std::search(bytes.begin(), bytes.end(), kPair.begin(), kPair.end()) == bytes.end();
+bool liesAsText(const Storage& storage) {
+  return storage.coding.encoding == Encoding::utf8 && storage.utf8.valid && storage.utf8.ascii &&
+         storage.utf8.pairs == 0;
 }
 
 LineEnd commonLineEnd(const std::array<std::size_t, 3>& counts, const Storage& storage) {
@@ -171,10 +121,9 @@ LineEnd commonLineEnd(const std::array<std::size_t, 3>& counts, const Storage& s
 
 Decoded decode(ByteSpan bytes, const Storage& storage, const base::Bytes& file) {
   file.release();
-  return withEncoding(storage.coding.encoding, [&]<Encoding kEncoding>() {
-    if (isNarrow(bytes, storage)) return Decoder<kEncoding, std::uint8_t>(bytes, storage, file).decode();
-    return Decoder<kEncoding, char16_t>(bytes, storage, file).decode();
-  });
+  if (storage.coding.encoding == Encoding::utf8)
+    return Decoder<Encoding::utf8>(bytes, storage, file).decode();
+  return Decoder<Encoding::codePage>(bytes, storage, file).decode();
 }
 
 }  // namespace pluvo::plain

@@ -18,9 +18,10 @@ struct Decoded {
 };
 
 /// Whether each unit of the text is one byte of the same value, but for line feeds.
-bool liesAsText(base::ByteSpan bytes, const Storage& storage);
+bool liesAsText(const Storage& storage);
 
-/// Of a text that detect accepted. The file's memory is released on the way.
+/// Of a text that detect accepted: one in UTF-8 with bytes that are none, or in a code page with more than
+/// one unit or two bytes a character. The file's memory is released on the way.
 Decoded decode(base::ByteSpan bytes, const Storage& storage, const base::Bytes& file);
 
 /// The line end that a new paragraph gets, given how many there are of each, in the order of LineEnd.

@@ -1,15 +1,18 @@
 #include "detection.h"
 
 #include "base/utf.h"
+#include "byte_codings.h"
 #include "errors/document_error.h"
 #include "guess.h"
 #include "names.h"
 #include "sample.h"
 #include "shifts.h"
+#include "survey.h"
 #include "text/positions.h"
 #include "token.h"
 
 #include <algorithm>
+#include <cstring>
 #include <initializer_list>
 
 namespace pluvo::plain {
@@ -22,20 +25,6 @@ using errors::Problem;
 
 bool startsWith(ByteSpan bytes, std::initializer_list<std::uint8_t> mark) {
   return bytes.size() >= mark.size() && std::ranges::equal(bytes.first(mark.size()), mark);
-}
-
-/// Looks over the bytes as UTF-8, and where they are none as any bytes.
-void lookOver(ByteSpan bytes, const base::Bytes& file, Storage& storage) {
-  storage.utf8 = text::Utf8Text::survey(bytes, file.owner);
-  if (!storage.utf8.valid) {
-    storage.survey = surveyOf(bytes);
-    return;
-  }
-  constexpr std::uint8_t kLastAscii = 0x7F;
-  constexpr std::uint8_t kLastLead = 0xF4;
-  storage.survey.lowest = storage.utf8.zeros ? 0 : 1;
-  storage.survey.highest = storage.utf8.ascii ? kLastAscii : kLastLead;
-  storage.survey.carriageReturns = storage.utf8.carriageReturns + storage.utf8.pairs > 0;
 }
 
 /// Whether these are characters of a text, most of them Latin, in 16-bit units.
@@ -97,8 +86,12 @@ DocumentError untold(bool mixed) {
 }
 
 /// Throws where a byte means nothing in the encoding.
-void requireDecodes(ByteSpan bytes, const Named& named) {
+void requireDecodes(const base::Bytes& file, const Named& named, Storage& storage) {
+  const ByteSpan bytes = file.view;
   if (named.coding.encoding != Encoding::codePage) return;
+  if (const text::ByteCoding* const coding = byteCodingOf(named.coding))
+    storage.coded = text::CodedText::survey(bytes, file.owner, *coding);
+  if (storage.coded.valid) return;
   std::size_t line = 1;
   forEachToken(bytes, named.coding, [&](const Token& token) {
     if (isStray(token.codePoint))
@@ -111,17 +104,19 @@ void requireDecodes(ByteSpan bytes, const Named& named) {
   });
 }
 
+bool holdsZeros(ByteSpan bytes, const Storage& storage) {
+  if (storage.utf8.valid) return storage.utf8.zeros;
+  return !bytes.empty() && std::memchr(bytes.data(), 0, bytes.size()) != nullptr;
+}
+
 /// Without a mark.
 Storage storageOf(const base::Bytes& file, const formats::Hint& hint) {
   const ByteSpan bytes = file.view;
   Storage storage;
   std::optional<Named> named;
   if (!hint.encoding.empty()) named = encodingOf(hint.encoding);
-  if (named && hint.certain && named->coding.encoding != Encoding::utf8) {
-    storage.survey = surveyOf(bytes);
-  } else {
-    lookOver(bytes, file, storage);
-  }
+  const bool isSaid = named && hint.certain && named->coding.encoding != Encoding::utf8;
+  if (!isSaid) storage.utf8 = text::Utf8Text::survey(bytes, file.owner);
   const auto as = [&](const Named& which) {
     storage.coding = which.coding;
     storage.name = which.name;
@@ -129,15 +124,17 @@ Storage storageOf(const base::Bytes& file, const formats::Hint& hint) {
   };
   const auto said = [&](const Named& which) {
     storage.strayBytes = which.coding.encoding == Encoding::utf8 && !storage.utf8.valid;
-    requireDecodes(bytes, which);
+    requireDecodes(file, which, storage);
     return as(which);
   };
-  const bool zeros = storage.survey.lowest == 0;  // as every Latin letter in UTF-16 has it
-  if (named && (hint.certain || (zeros && isUtf16(named->coding.encoding)))) return said(*named);
+  if (named && hint.certain) return said(*named);
+  const bool zeros = holdsZeros(bytes, storage);  // as every Latin letter in UTF-16 has them
+  const bool isAscii = storage.utf8.valid && storage.utf8.ascii;
+  if (named && zeros && isUtf16(named->coding.encoding)) return said(*named);
   if (zeros && readsAsUtf16<Encoding::utf16Little>(bytes)) return as({{Encoding::utf16Little}, "UTF-16LE"});
   if (zeros && readsAsUtf16<Encoding::utf16Big>(bytes)) return as({{Encoding::utf16Big}, "UTF-16BE"});
-  if (storage.survey.highest < 0x80 && named) return said(*named);
-  if (storage.survey.highest < 0x80) {
+  if (isAscii && named) return said(*named);
+  if (isAscii) {
     requireNoShifts(bytes);
     return as(utf8Named());
   }
@@ -149,10 +146,11 @@ Storage storageOf(const base::Bytes& file, const formats::Hint& hint) {
   }
   if (named) return said(*named);
   if (zeros || isMixedWithUtf8(share)) throw untold(!zeros);
-  const auto guess = guessed(bytes, storage.survey);
+  const auto guess = guessed(file);
   if (!guess) throw untold(false);
   storage.guessed = true;
-  return as(*guess);
+  storage.coded = guess->coded;
+  return as(guess->named);
 }
 
 /// Before anything looks at all of the bytes.
@@ -184,7 +182,7 @@ Storage detect(const base::Bytes& file, const formats::Hint& hint) {
     Storage storage;
     storage.markLength = 3;
     storage.name = "UTF-8";
-    lookOver(bytes.subspan(storage.markLength), file, storage);
+    storage.utf8 = text::Utf8Text::survey(bytes.subspan(storage.markLength), file.owner);
     storage.strayBytes = !storage.utf8.valid;
     return storage;
   }

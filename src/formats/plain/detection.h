@@ -3,7 +3,7 @@
 #include "base/bytes.h"
 #include "encoding.h"
 #include "formats/format.h"
-#include "survey.h"
+#include "text/coded_text.h"
 #include "text/utf8_text.h"
 
 #include <string>
@@ -14,10 +14,10 @@ namespace pluvo::plain {
 struct Storage {
   Coding coding;
   std::size_t markLength = 0;     ///< of the byte order mark
-  Survey survey;                  ///< of the bytes after the mark
-  text::Utf8Text::Survey utf8{};  ///< of the same, unless the text is in another encoding
-  bool strayBytes = false;        ///< some bytes of this UTF-8 are no characters
-  std::string name;               ///< of the encoding
+  text::Utf8Text::Survey utf8{};  ///< of the bytes after the mark, unless they are said to be something else
+  text::CodedText::Survey coded{};  ///< of the same in another encoding, where it was looked at
+  bool strayBytes = false;          ///< some bytes of this UTF-8 are no characters
+  std::string name;                 ///< of the encoding
   /// Whether neither bytes nor user said so for certain.
   bool guessed = false;
 };

@@ -1,5 +1,6 @@
 #include "guess.h"
 
+#include "byte_codings.h"
 #include "reading_sense.h"
 #include "sample.h"
 
@@ -71,14 +72,19 @@ constexpr std::array kTrusted = {
     Trust{"UHC", kFewWide, {"EUC-KR"}},
 };
 
-bool decodes(ByteSpan bytes, const Named& named) {
+/// As long as all of it decodes.
+std::optional<Guess> decoded(const base::Bytes& file, const Named& named) {
+  if (const text::ByteCoding* const coding = byteCodingOf(named.coding)) {
+    auto coded = text::CodedText::survey(file.view, file.owner, *coding);
+    if (coded.valid) return Guess{named, std::move(coded)};
+  }
   bool sound = true;
-  for (ByteSpan rest = bytes; sound && !rest.empty();) {
+  for (ByteSpan rest = file.view; sound && !rest.empty();) {
     const Character character = named.coding.page->first(rest);
     sound = character.valid;
     rest = rest.subspan(character.bytes);
   }
-  return sound;
+  return sound ? std::optional(Guess{named}) : std::nullopt;
 }
 
 /// Whether it makes sense to read the sample so.
@@ -96,40 +102,46 @@ bool readAlike(ByteSpan sample, const Coding& one, const Coding& other) {
   return texts[0] == texts[1];
 }
 
+/// Where every byte is assigned.
+std::optional<Guess> asWestern(const base::Bytes& file) {
+  const Named western = windows1252Named();
+  auto coded = text::CodedText::survey(file.view, file.owner, *byteCodingOf(western.coding));
+  return coded.unassigned ? std::nullopt : std::optional(Guess{western, std::move(coded)});
+}
+
 /// The encoding read in the place of another, where it has all the bytes.
-std::optional<Named> readAs(const Trust& trust, ByteSpan bytes, bool windows1252) {
+std::optional<Guess> readAs(const Trust& trust, const base::Bytes& file) {
   for (const std::string_view name : trust.as) {
     if (name.empty()) continue;
-    auto named = knownEncoding(name);
+    const auto named = knownEncoding(name);
     if (!named) continue;
     const bool western = named->coding.encoding == Encoding::windows1252;
-    if (western ? windows1252 : decodes(bytes, *named)) return named;
+    if (auto guess = western ? asWestern(file) : decoded(file, *named)) return guess;
   }
   return std::nullopt;
 }
 
 }  // namespace
 
-std::optional<Named> guessed(ByteSpan bytes, const Survey& survey) {
-  const std::vector<std::uint8_t> sample = telling(bytes, kSample);
+std::optional<Guess> guessed(const base::Bytes& file) {
+  const std::vector<std::uint8_t> sample = telling(file.view, kSample);
   const std::string answer = detectorsAnswer(sample);
   const auto* const known = std::ranges::find(kTrusted, answer, &Trust::answer);
   const Named western = windows1252Named();
-  const bool assigned = !survey.specials || isAssignedInWindows1252(bytes);
-  const bool mayBeWestern = assigned && makesSense(sample, western, 1);
   if (known == kTrusted.end()) {
-    const Trust rare = {answer, kRare, {answer}};
     auto named = answer.empty() ? std::nullopt : knownEncoding(answer);
     const bool byBytes = named && named->coding.encoding == Encoding::codePage;
-    if (byBytes && decodes(bytes, *named) && makesSense(sample, *named, rare.least)) return named;
-    if (mayBeWestern) return western;
-    return std::nullopt;
+    if (byBytes && makesSense(sample, *named, kRare))
+      if (auto guess = decoded(file, *named)) return guess;
+    return makesSense(sample, western, 1) ? asWestern(file) : std::nullopt;
   }
-  auto named = readAs(*known, bytes, assigned);
-  if (!named) return std::nullopt;
-  if (mayBeWestern && named->coding.page != nullptr && readAlike(sample, named->coding, western.coding))
-    return western;
-  if (makesSense(sample, *named, known->least)) return named;
+  auto guess = readAs(*known, file);
+  if (!guess) return std::nullopt;
+  const Named& named = guess->named;
+  if (named.coding.page != nullptr && makesSense(sample, western, 1) &&
+      readAlike(sample, named.coding, western.coding))
+    if (auto asWell = asWestern(file)) return asWell;
+  if (makesSense(sample, named, known->least)) return guess;
   return std::nullopt;
 }
 

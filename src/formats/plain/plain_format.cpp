@@ -1,5 +1,6 @@
 #include "plain/plain_format.h"
 
+#include "byte_codings.h"
 #include "decoder.h"
 #include "formats/signature.h"
 #include "plain_source.h"
@@ -26,14 +27,19 @@ bool isNothingButText(ByteSpan bytes) {
                             }));
 }
 
-/// Of a text that lies in its bytes.
-LineEnd commonLineEndOf(ByteSpan bytes, const Storage& storage) {
-  if (storage.utf8.valid)
-    return commonLineEnd({storage.utf8.lineFeeds, storage.utf8.pairs, storage.utf8.carriageReturns}, storage);
-  if (!storage.survey.carriageReturns && std::ranges::find(bytes, '\n') != bytes.end())
-    return LineEnd::lineFeed;
-  const auto count = [&](char end) { return static_cast<std::size_t>(std::ranges::count(bytes, end)); };
-  return commonLineEnd({count('\n'), 0, count('\r')}, storage);
+/// Of a text in UTF-8.
+LineEnd commonLineEndOf(const Storage& storage) {
+  return commonLineEnd({storage.utf8.lineFeeds, storage.utf8.pairs, storage.utf8.carriageReturns}, storage);
+}
+
+/// Of a text in another encoding than UTF-8 whose units have bytes of their own. Half of a unit at the end is
+/// left out.
+text::CodedText::Survey codedOf(ByteSpan content, const base::Bytes& bytes, const Storage& storage) {
+  if (storage.coded.valid) return storage.coded;
+  const text::ByteCoding* const coding = byteCodingOf(storage.coding);
+  if (coding == nullptr) return {};
+  const std::size_t size = content.size() - content.size() % coding->leastBytes();
+  return text::CodedText::survey(content.first(size), bytes.owner, *coding);
 }
 
 }  // namespace
@@ -60,12 +66,19 @@ formats::Opened PlainFormat::read(base::Bytes bytes, const formats::Hint& hint) 
   };
   static_assert(base::Bytes::kBehind == text::kParagraphMark);
   if (storage.utf8.text != nullptr && storage.coding.encoding == Encoding::utf8) {
-    return opened(text::OriginalText(storage.utf8.text), commonLineEndOf(content, storage),
+    return opened(text::OriginalText(storage.utf8.text), commonLineEndOf(storage),
                   ByteMap(storage.utf8.text));
   }
-  if (liesAsText(content, storage)) {
+  if (!liesAsText(storage)) {
+    const auto coded = codedOf(content, bytes, storage);
+    if (coded.valid)
+      return opened(text::OriginalText(coded.text),
+                    commonLineEnd({coded.lineFeeds, coded.pairs, coded.carriageReturns}, storage),
+                    ByteMap(coded.text));
+  }
+  if (liesAsText(storage)) {
     text::OriginalText text(ByteSpan(content.data(), content.size() + 1), true, bytes.owner);
-    const LineEnd lineEnd = commonLineEndOf(content, storage);
+    const LineEnd lineEnd = commonLineEndOf(storage);
     return opened(std::move(text), lineEnd, ByteMap());
   }
   Decoded decoded = decode(content, storage, bytes);

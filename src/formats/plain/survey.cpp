@@ -23,21 +23,6 @@ bool endsRun(std::uint8_t byte) { return byte >= 0x80 || byte == '\r' || byte ==
 
 }  // namespace
 
-Survey surveyOf(base::ByteSpan bytes) {
-  // One loop without branches over bytes alone, for the compiler to turn into vector code.
-  std::uint8_t lowest = 0xFF;
-  std::uint8_t highest = 0;
-  std::uint8_t specials = 0;
-  std::uint8_t carriageReturns = 0;
-  for (const std::uint8_t byte : bytes) {
-    lowest = std::min(lowest, byte);
-    highest = std::max(highest, byte);
-    specials = static_cast<std::uint8_t>(specials | (static_cast<std::uint8_t>(byte - 0x80) < 0x20 ? 1 : 0));
-    carriageReturns = static_cast<std::uint8_t>(carriageReturns | (byte == '\r' ? 1 : 0));
-  }
-  return {lowest, highest, specials != 0, carriageReturns != 0};
-}
-
 std::size_t plainRun(base::ByteSpan bytes) {
   static_assert(std::endian::native == std::endian::little, "the first byte is the lowest");
   std::size_t at = 0;

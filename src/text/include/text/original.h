@@ -1,7 +1,7 @@
 #pragma once
 
+#include "text/bytes_text.h"
 #include "text/positions.h"
-#include "text/utf8_text.h"
 
 #include <algorithm>
 #include <array>
@@ -49,7 +49,7 @@ struct Stretch {
 };
 
 /// The text of a document as its reader found it; never changed. It lies in units of one width, narrow where
-/// every unit is below 256, or in the UTF-8 bytes of its file.
+/// every unit is below 256, or in the bytes of its file.
 class OriginalText {
  public:
   OriginalText() = default;
@@ -65,30 +65,34 @@ class OriginalText {
       : whole_{nullptr, units.data(), static_cast<Position>(units.size()), false}, owner_(std::move(owner)) {}
   OriginalText(const Stretch& units, std::shared_ptr<const void> owner)
       : whole_(units), owner_(std::move(owner)) {}
-  explicit OriginalText(std::shared_ptr<const Utf8Text> text)
-      : whole_{nullptr, nullptr, text->length(), false}, utf8_(std::move(text)) {}
+  explicit OriginalText(std::shared_ptr<const BytesText> text)
+      : whole_{nullptr, nullptr, text->length(), false}, inBytes_(std::move(text)) {}
 
   Position length() const { return whole_.length; }
-  char16_t operator[](Position i) const { return utf8_ == nullptr ? whole_[i] : (*utf8_)[i]; }
+  char16_t operator[](Position i) const { return inBytes_ == nullptr ? whole_[i] : (*inBytes_)[i]; }
   /// The bytes it lies in, or null.
-  const Utf8Text* utf8() const { return utf8_.get(); }
+  const BytesText* inBytes() const { return inBytes_.get(); }
+  /// The same, where they are UTF-8.
+  const BytesText* utf8() const {
+    return inBytes_ != nullptr && inBytes_->coding() == nullptr ? inBytes_.get() : nullptr;
+  }
   /// Of a text that lies in units.
   Stretch stretch(Position from, Position to) const { return whole_.part(from, to); }
 
   void copy(Position from, Position to, char16_t* out) const {
-    if (utf8_ == nullptr) return whole_.part(from, to).copyTo(out);
-    utf8_->copy(from, to, out);
+    if (inBytes_ == nullptr) return whole_.part(from, to).copyTo(out);
+    inBytes_->copy(from, to, out);
   }
 
   /// The stretches that make up [from, to) in order, until visit(offset from there, const Stretch&) returns
-  /// false; whether it did not. A stretch of a text in UTF-8 lasts as long as the call.
+  /// false; whether it did not. A stretch of a text in bytes lasts as long as the call.
   template <class Visit>
   bool forEachStretch(Position from, Position to, Visit visit) const {
-    if (utf8_ == nullptr) return visit(Position{0}, whole_.part(from, to));
+    if (inBytes_ == nullptr) return visit(Position{0}, whole_.part(from, to));
     std::array<char16_t, 1024> units;
     for (Position at = from; at < to;) {
       const Position length = std::min(to - at, static_cast<Position>(units.size()));
-      utf8_->copy(at, at + length, units.data());
+      inBytes_->copy(at, at + length, units.data());
       if (!visit(at - from, Stretch{nullptr, units.data(), length, false})) return false;
       at += length;
     }
@@ -105,7 +109,7 @@ class OriginalText {
 
   Stretch whole_;
   std::shared_ptr<const void> owner_;
-  std::shared_ptr<const Utf8Text> utf8_;  ///< then whole_ has but its length
+  std::shared_ptr<const BytesText> inBytes_;  ///< then whole_ has but its length
 };
 
 /// Gathers an original text front to back, in bytes until the first unit that needs more.

@@ -75,7 +75,7 @@ class PieceText {
   std::optional<Stretch> wholeStretch() const {
     const bool isOriginal =
         pieces_.count() == 1 && !pieces_.value(0).isNew() && length() == original_.length();
-    if (!isOriginal || original_.utf8() != nullptr) return std::nullopt;
+    if (!isOriginal || original_.inBytes() != nullptr) return std::nullopt;
     return original_.stretch(0, length());
   }
   /// Places of the original where edits cut it, in order, if it lies in UTF-8. Of edits that do not go
@@ -183,7 +183,7 @@ class PieceText {
 
   void insertNew(std::u16string_view text, const Anchor& anchor);
   void noteCuts();
-  void noteCut(const Utf8Text& utf8, Position original);
+  void noteCut(const BytesText& utf8, Position original);
   void joinAtGap();
   /// Where the piece in front of the gap, which is before, would go on.
   Position placeAfter(const Source& before) const;

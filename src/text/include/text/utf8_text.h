@@ -1,5 +1,6 @@
 #pragma once
 
+#include "text/bytes_text.h"
 #include "text/positions.h"
 
 #include <array>
@@ -11,19 +12,12 @@
 
 namespace pluvo::text {
 
-/// A text as it lies in its UTF-8 bytes: which unit begins where. CR LF, LF and CR are one paragraph mark
-/// each.
+/// A text as it lies in UTF-8 bytes.
 ///
 /// For every 1,024th byte it is noted how many units begin in front of it; from there on they are counted on
-/// demand. Asking for places one after the other costs no more than walking from one to the next. May be used
-/// by several threads.
-///
-/// The bytes may lie in a file that another program writes into. A reader then gets something other than the
-/// text, but of bytes in the file, and as many units as it asked for.
-class Utf8Text {
+/// demand. Asking for places one after the other costs no more than walking from one to the next.
+class Utf8Text final : public BytesText {
  public:
-  using Bytes = std::span<const std::uint8_t>;
-
   /// Facts about bytes, from one look at them as UTF-8.
   struct Survey {
     bool valid = false;  ///< they are UTF-8; the fields below are known only then
@@ -38,38 +32,24 @@ class Utf8Text {
   /// One more byte, a carriage return, lies after these. There are fewer than 2^31.
   static Survey survey(Bytes bytes, const std::shared_ptr<const void>& owner);
 
-  Utf8Text(const Utf8Text&) = delete;
-  Utf8Text& operator=(const Utf8Text&) = delete;
-
-  Position length() const { return length_; }
-  /// Those of the last mark included.
-  Bytes bytes() const { return bytes_; }
-
-  struct Place {
-    std::size_t offset = 0;   ///< of the character's first byte
-    bool insidePair = false;  ///< the unit is the second half of the character that begins there
-  };
-  /// Where a unit lies; after all bytes for the end of the text.
-  Place placeOf(Position position) const;
-  /// Remembers for a while where a unit lies that begins a character: edits begin and end where matches do.
-  void learn(Position position, std::size_t offset) const {
+  const ByteCoding* coding() const override { return nullptr; }
+  Place placeOf(Position position) const override;
+  Position positionAt(std::size_t offset) const override;
+  Position positionAfter(Position position, std::size_t offset, std::size_t wanted) const override;
+  void learn(Position position, std::size_t offset) const override {
     learned(position).store(
         packed({static_cast<std::uint32_t>(position), static_cast<std::uint32_t>(offset)}),
         std::memory_order_relaxed);
   }
-  /// Which unit begins at an offset, where one does.
-  Position positionAt(std::size_t offset) const;
-  /// The same, counted from a unit in front of it or from the one learned last.
-  Position positionAfter(Position position, std::size_t offset, std::size_t wanted) const;
-  /// Whether a unit begins there: not in the middle of a character or a CR LF.
-  bool beginsUnit(std::size_t offset) const;
-
-  char16_t operator[](Position position) const;
-  /// The units [from, to).
-  void copy(Position from, Position to, char16_t* out) const;
+  bool beginsUnit(std::size_t offset) const override;
+  char16_t operator[](Position position) const override;
+  void copy(Position from, Position to, char16_t* out) const override;
+  std::size_t unitsIn(std::size_t from, std::size_t to) const override;
+  Place walk(std::size_t from, Position units) const override;
 
  private:
-  Utf8Text(Bytes bytes, std::shared_ptr<const void> owner) : bytes_(bytes), owner_(std::move(owner)) {}
+  Utf8Text(Bytes bytes, Position length, const std::shared_ptr<const void>& owner)
+      : BytesText(bytes, length, owner) {}
 
   /// A unit, and a byte in front of which so many units begin: mostly the first of its character.
   struct Known {
@@ -93,10 +73,7 @@ class Utf8Text {
     return learned_[static_cast<std::uint32_t>(position) * 0x9E3779B1U >> 27U];
   }
 
-  Bytes bytes_;
-  std::shared_ptr<const void> owner_;
   std::unique_ptr<std::uint32_t[]> notes_;
-  Position length_ = 0;
   mutable PackedKnown recent_ = 0;  ///< mostly near the next question
   mutable std::array<PackedKnown, 32> learned_{};
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "scan.h"
+#include "text/byte_coding.h"
 
 #include <algorithm>
 #include <array>
@@ -14,23 +15,25 @@
 
 namespace pluvo::text {
 
-/// A text searched for as it looks in UTF-8 bytes. A sign may have forms of several lengths: k, K and the
-/// sign for kelvin, or CR LF and LF.
+/// A text searched for as it looks in the bytes of an encoding. A sign may have forms of several lengths: k,
+/// K and the sign for kelvin, or CR LF and LF.
 ///
 /// Probes are of bytes that lie at fixed distances from one sign, the anchor; the signs on both its sides are
 /// compared from there.
-class Utf8Needle {
+class ByteNeedle {
  public:
   /// The canonical form of each byte; see Needle.
   using NarrowForms = std::array<char16_t, 256>;
   using Bytes = std::span<const std::uint8_t>;
 
-  /// Units in canonical form; forms must outlive this.
-  Utf8Needle(std::u16string_view units, bool matchCase, const NarrowForms& forms);
+  /// Units in canonical form; forms and coding, which is null for UTF-8, must outlive this.
+  ByteNeedle(std::u16string_view units, bool matchCase, const NarrowForms& forms, const ByteCoding* coding);
 
-  /// None where it cannot be searched for in bytes. It holds half of a pair or a line feed that is no line
-  /// end, or has too many forms.
+  /// None where it cannot be searched for in bytes. It holds half of a pair, a line feed that is no line end,
+  /// or in UTF-16 any line end, or has too many forms.
   const std::optional<ProbePair<std::uint8_t>>& probes() const { return probes_; }
+  /// Whether it holds a unit that the encoding has not.
+  bool isImpossible() const { return isImpossible_; }
   /// How many bytes lie after the anchor's first, that one included, at the least.
   std::size_t leastFromAnchor() const { return leastFromAnchor_; }
 
@@ -45,14 +48,27 @@ class Utf8Needle {
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
  private:
-  struct Sign;
+  /// A character, or half of one, and all the ways to write it.
+  struct Sign {
+    std::vector<std::string> forms;
+    bool isMark = false;
+
+    std::size_t least() const;
+    bool isFixed() const;
+  };
   static std::vector<Sign> signsOf(std::u16string_view units, bool matchCase);
+  std::vector<Sign> signsIn(const ByteCoding& coding, std::u16string_view units) const;
+  std::size_t rarityIn(const Sign& sign, std::size_t byte) const;
   void choose(const std::vector<Sign>& signs);
   bool is(char32_t point, std::size_t sign) const;
+  Match matchInCoding(Bytes bytes, std::size_t anchor, std::size_t& work) const;
 
   bool matchCase_;
   const NarrowForms& forms_;
-  std::u32string signs_;  ///< canonical
+  const ByteCoding* coding_;
+  bool isImpossible_ = false;
+  std::vector<Sign> coded_;  ///< of other encodings than UTF-8
+  std::u32string signs_;     ///< canonical
   /// The bytes, where there is but one way to write it; and of them those in front of the anchor.
   std::string exact_;
   std::size_t exactBefore_ = 0;
@@ -62,25 +78,27 @@ class Utf8Needle {
 };
 
 /// Finds the matches in bytes one after the other.
-class Utf8Matcher {
+class ByteMatcher {
  public:
-  Utf8Matcher(const Utf8Needle& needle, Utf8Needle::Bytes bytes)
+  ByteMatcher(const ByteNeedle& needle, ByteNeedle::Bytes bytes)
       : needle_(&needle),
         bytes_(bytes),
-        allPlaces_(bytes.size() < needle.leastFromAnchor() ? 0 : bytes.size() - needle.leastFromAnchor() + 1),
+        allPlaces_(needle.isImpossible() || bytes.size() < needle.leastFromAnchor()
+                       ? 0
+                       : bytes.size() - needle.leastFromAnchor() + 1),
         places_(allPlaces_) {}
 
   /// From now on nothing says that no anchor stands in front of a place; one at or after it may be told.
   void endBefore(std::size_t place) { places_ = std::min(place, allPlaces_); }
 
-  /// The next one; Utf8Needle::kNone where there is none.
-  Utf8Needle::Match next();
+  /// The next one; ByteNeedle::kNone where there is none.
+  ByteNeedle::Match next();
   /// Whether comparing made much more work than reading on, so that it stopped in front of a place.
   std::optional<std::size_t> gaveUpAt() const { return gaveUpAt_; }
 
  private:
-  const Utf8Needle* needle_;
-  Utf8Needle::Bytes bytes_;
+  const ByteNeedle* needle_;
+  ByteNeedle::Bytes bytes_;
   std::size_t allPlaces_;  ///< where an anchor could stand: [0, allPlaces_)
   std::size_t places_;     ///< and is looked for
   std::size_t position_ = 0;

@@ -1,4 +1,4 @@
-#include "utf8_needle.h"
+#include "byte_needle.h"
 
 #include "base/same_bytes.h"
 #include "base/utf.h"
@@ -29,25 +29,19 @@ std::size_t rarityOfByte(std::uint8_t byte, std::size_t length) {
 
 }  // namespace
 
-/// A character, or half of one, and all the ways to write it.
-struct Utf8Needle::Sign {
-  std::vector<std::string> forms;
-  bool isMark = false;
+std::size_t ByteNeedle::Sign::least() const {
+  std::size_t least = 4;
+  for (const std::string& form : forms) least = std::min(least, form.size());
+  return least;
+}
 
-  std::size_t least() const {
-    std::size_t least = 4;
-    for (const std::string& form : forms) least = std::min(least, form.size());
-    return least;
-  }
-  /// Whether the characters after it lie at the same distance in every form.
-  bool isFixed() const {
-    return !isMark && std::all_of(forms.begin(), forms.end(), [&](const std::string& form) {
-      return form.size() == forms.front().size();
-    });
-  }
-};
+/// Whether the characters after it lie at the same distance in every form.
+bool ByteNeedle::Sign::isFixed() const {
+  return !isMark && std::all_of(forms.begin(), forms.end(),
+                                [&](const std::string& form) { return form.size() == forms.front().size(); });
+}
 
-std::vector<Utf8Needle::Sign> Utf8Needle::signsOf(std::u16string_view units, bool matchCase) {
+std::vector<ByteNeedle::Sign> ByteNeedle::signsOf(std::u16string_view units, bool matchCase) {
   std::vector<Sign> signs;
   for (std::size_t i = 0; i < units.size(); ++i) {
     const char16_t unit = units[i];
@@ -68,16 +62,43 @@ std::vector<Utf8Needle::Sign> Utf8Needle::signsOf(std::u16string_view units, boo
   return signs;
 }
 
-Utf8Needle::Utf8Needle(std::u16string_view units, bool matchCase, const NarrowForms& forms)
-    : matchCase_(matchCase), forms_(forms) {
-  const std::vector<Sign> signs = signsOf(units, matchCase);
+/// None where an end of a line in UTF-16 might be the last one, which has no bytes.
+std::vector<ByteNeedle::Sign> ByteNeedle::signsIn(const ByteCoding& coding, std::u16string_view units) const {
+  std::vector<Sign> signs;
+  for (const char16_t unit : units) {
+    if (unit == u'\n' || (unit == kParagraphMark && coding.isUtf16())) return {};
+    if (unit == kParagraphMark) {
+      signs.push_back({{"\n", "\r", "\v"}, true});
+      continue;
+    }
+    const FoldVariants variants = matchCase_ ? FoldVariants{{unit}, 1} : foldVariants(unit);
+    Sign sign;
+    for (int variant = 0; variant < variants.count; ++variant)
+      for (const auto& form : coding.formsOf(variants.units[static_cast<std::size_t>(variant)]))
+        sign.forms.emplace_back(form.begin(), form.end());
+    signs.push_back(std::move(sign));
+  }
+  return signs;
+}
+
+ByteNeedle::ByteNeedle(std::u16string_view units, bool matchCase, const NarrowForms& forms,
+                       const ByteCoding* coding)
+    : matchCase_(matchCase), forms_(forms), coding_(coding) {
+  const std::vector<Sign> signs = coding != nullptr ? signsIn(*coding, units) : signsOf(units, matchCase);
   if (signs.empty()) return;
+  isImpossible_ =
+      std::any_of(signs.begin(), signs.end(), [](const Sign& sign) { return sign.forms.empty(); });
+  if (isImpossible_) {
+    probes_.emplace();
+    return;
+  }
+  if (coding != nullptr) coded_ = signs;
   const bool one =
       std::all_of(signs.begin(), signs.end(), [](const Sign& sign) { return sign.forms.size() == 1; });
   for (const Sign& sign : signs) {
     if (one) exact_ += sign.forms.front();
   }
-  for (std::size_t i = 0; i < units.size(); ++i) {
+  for (std::size_t i = 0; coding == nullptr && i < units.size(); ++i) {
     const bool pair = isHighSurrogate(units[i]);
     signs_ += pair ? joinSurrogates(units[i], units[i + 1]) : units[i];
     if (pair) ++i;
@@ -87,9 +108,20 @@ Utf8Needle::Utf8Needle(std::u16string_view units, bool matchCase, const NarrowFo
   for (std::size_t i = 0; one && i < anchor_; ++i) exactBefore_ += signs[i].forms.front().size();
 }
 
+std::size_t ByteNeedle::rarityIn(const Sign& sign, std::size_t byte) const {
+  const std::string& form = sign.forms.front();
+  const auto value = static_cast<std::uint8_t>(form[byte]);
+  if (coding_ == nullptr) return rarityOfByte(value, form.size());
+  // The upper half of a unit is much the same in a whole text, as is a lead; the rest is like letters.
+  const bool isUpper =
+      coding_->isUtf16() && byte == (coding_->kind() == ByteCoding::Kind::littleUnits ? 1U : 0U);
+  if (isUpper || (byte == 0 && form.size() == 2 && !coding_->isUtf16())) return 0;
+  return value < 0x80 && form.size() == coding_->leastBytes() ? rarity(value) : 14;
+}
+
 /// Takes the two rarest bytes of a row of signs whose distances are fixed, from the row where they are
 /// rarest.
-void Utf8Needle::choose(const std::vector<Sign>& signs) {
+void ByteNeedle::choose(const std::vector<Sign>& signs) {
   struct Candidate {
     Probe<std::uint8_t> probe;
     std::size_t rarity = 0;
@@ -108,7 +140,7 @@ void Utf8Needle::choose(const std::vector<Sign>& signs) {
         for (const std::string& form : sign.forms) bytes.push_back(static_cast<std::uint8_t>(form[i]));
         const auto probe = probeFor(bytes, offset + i);
         if (!probe) continue;
-        const Candidate candidate{*probe, 1 + rarityOfByte(bytes.front(), sign.forms.front().size())};
+        const Candidate candidate{*probe, 1 + rarityIn(sign, i)};
         if (!best || candidate.rarity > best->rarity) {
           second = std::exchange(best, candidate);
         } else if (!second || candidate.rarity >= second->rarity) {
@@ -126,24 +158,26 @@ void Utf8Needle::choose(const std::vector<Sign>& signs) {
   }
 }
 
-bool Utf8Needle::is(char32_t point, std::size_t sign) const {
+bool ByteNeedle::is(char32_t point, std::size_t sign) const {
   if (point < 0x80) return forms_[point] == signs_[sign];
   if (point <= 0xFFFF && !matchCase_) point = foldCase(static_cast<char16_t>(point));
   return point == signs_[sign];
 }
 
-Utf8Needle::Match Utf8Needle::matchAt(Bytes bytes, std::size_t anchor, std::size_t& work) const {
+ByteNeedle::Match ByteNeedle::matchAt(Bytes bytes, std::size_t anchor, std::size_t& work) const {
   if (!exact_.empty()) {
     const std::size_t from = anchor - exactBefore_;
-    const bool inside = anchor >= exactBefore_ && bytes.size() - from >= exact_.size();
+    const bool inside = anchor >= exactBefore_ && from + exact_.size() <= bytes.size();
     constexpr std::size_t kFront = 16;
     const std::size_t front = std::min(exact_.size(), kFront);
     if (!inside || !base::sameBytes(bytes.data() + from, exact_.data(), front)) return {};
     work += exact_.size() / kFront;
     const bool same =
         base::sameBytes(bytes.data() + from + front, exact_.data() + front, exact_.size() - front);
-    return same ? Match{from, from + exact_.size()} : Match{};
+    if (!same || (coding_ != nullptr && !coding_->beginsUnit(bytes, from, work))) return {};
+    return {from, from + exact_.size()};
   }
+  if (coding_ != nullptr) return matchInCoding(bytes, anchor, work);
   if (base::isUtf8Follower(bytes[anchor])) return {};
   if (bytes[anchor] == '\n' && anchor > 0 && bytes[anchor - 1] == '\r') return {};
   std::size_t to = anchor;
@@ -164,7 +198,39 @@ Utf8Needle::Match Utf8Needle::matchAt(Bytes bytes, std::size_t anchor, std::size
   return {from, to};
 }
 
-Utf8Needle::Match Utf8Matcher::next() {
+/// Bytes are compared on both sides of the anchor. The first of them tells whether all of them are units: of
+/// two bytes the second may be any other unit's byte.
+ByteNeedle::Match ByteNeedle::matchInCoding(Bytes bytes, std::size_t anchor, std::size_t& work) const {
+  const std::string_view all(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+  constexpr std::string_view kPair = "\r\n";
+  if (all[anchor] == '\n' && anchor > 0 && all[anchor - 1] == '\r' && !coding_->isUtf16()) return {};
+  std::size_t to = anchor;
+  for (std::size_t sign = anchor_; sign < coded_.size(); ++sign) {
+    ++work;
+    const std::string_view rest = all.substr(to);
+    const auto& forms = coded_[sign].forms;
+    const auto form = std::find_if(forms.begin(), forms.end(),
+                                   [&](const std::string& each) { return rest.starts_with(each); });
+    if (form == forms.end()) return {};
+    to += coded_[sign].isMark && rest.starts_with(kPair) ? kPair.size() : form->size();
+  }
+  std::size_t from = anchor;
+  for (std::size_t sign = anchor_; sign-- > 0;) {
+    ++work;
+    const std::string_view front = all.substr(0, from);
+    const auto& forms = coded_[sign].forms;
+    // Of one byte and of two that end with it only one is a unit.
+    const bool mayEndAlike = !coded_[sign].isMark && !coded_[sign].isFixed();
+    const auto form = std::find_if(forms.begin(), forms.end(), [&](const std::string& each) {
+      return front.ends_with(each) && (!mayEndAlike || coding_->beginsUnit(bytes, from - each.size(), work));
+    });
+    if (form == forms.end()) return {};
+    from -= coded_[sign].isMark && front.ends_with(kPair) ? kPair.size() : form->size();
+  }
+  return coding_->beginsUnit(bytes, from, work) ? Match{from, to} : Match{};
+}
+
+ByteNeedle::Match ByteMatcher::next() {
   constexpr std::size_t kWorkPerByte = 4;
   constexpr std::size_t kFreeWork = 4096;
   while (!gaveUpAt_) {
@@ -175,8 +241,8 @@ Utf8Needle::Match Utf8Matcher::next() {
         gaveUpAt_ = place;
         return {};
       }
-      const Utf8Needle::Match match = needle_->matchAt(bytes_, place, work_);
-      if (match.from != Utf8Needle::kNone) return match;
+      const ByteNeedle::Match match = needle_->matchAt(bytes_, place, work_);
+      if (match.from != ByteNeedle::kNone) return match;
     }
     if (position_ >= places_) return {};
     hits_ = nextHits(bytes_.data(), position_, places_, *needle_->probes());

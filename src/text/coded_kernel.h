@@ -1,0 +1,246 @@
+#pragma once
+
+// The looks over bytes of other encodings than UTF-8 for one set of vector instructions; see vectors.h.
+
+#include "block_bits.h"
+#include "coded_scan.h"
+
+namespace pluvo::text {
+namespace {
+
+using Kind = ByteCoding::Kind;
+
+constexpr Mask kEven = ~Mask{0} / 3;
+
+#if defined(__AVX2__)
+
+constexpr std::uint8_t kLowerBits[32] = {1, 2, 4, 8, 16, 32, 64, 128, 0, 0, 0, 0, 0, 0, 0, 0,
+                                         1, 2, 4, 8, 16, 32, 64, 128, 0, 0, 0, 0, 0, 0, 0, 0};
+constexpr std::uint8_t kUpperBits[32] = {0, 0, 0, 0, 0, 0, 0, 0, 1, 2, 4, 8, 16, 32, 64, 128,
+                                         0, 0, 0, 0, 0, 0, 0, 0, 1, 2, 4, 8, 16, 32, 64, 128};
+
+/// A block, and for each byte of it what sets are asked by.
+struct Block : Bytes64 {
+  Vector low[kVectors], lowerBit[kVectors], upperBit[kVectors];
+
+  explicit Block(const std::uint8_t* bytes) : Bytes64(bytes) {
+    for (std::size_t i = 0; i < kVectors; ++i) {
+      low[i] = lowNibbles(vectors[i]);
+      const Vector high = highNibbles(vectors[i]);
+      lowerBit[i] = lookUp(kLowerBits, high);
+      upperBit[i] = lookUp(kUpperBits, high);
+    }
+  }
+  Mask in(const ByteSet& set) const {
+    return notZero([&](std::size_t i) {
+      return either(both(lookUp(set.lower, low[i]), lowerBit[i]),
+                    both(lookUp(set.upper, low[i]), upperBit[i]));
+    });
+  }
+  /// Of a set of bytes from 80 on.
+  Mask inUpper(const ByteSet& set) const {
+    return notZero([&](std::size_t i) { return both(lookUp(set.upper, low[i]), upperBit[i]); });
+  }
+
+ private:
+  template <class VectorAt>
+  static Mask notZero(VectorAt vectorAt) {
+    Mask zero = 0;
+    for (std::size_t i = 0; i < kVectors; ++i) zero |= bits(equal(vectorAt(i), 0)) << i * sizeof(Vector);
+    return ~zero;
+  }
+};
+
+#else
+
+struct Block : Bytes64 {
+  const std::uint8_t* bytes;
+
+  explicit Block(const std::uint8_t* block) : Bytes64(block), bytes(block) {}
+  Mask in(const ByteSet& set) const {
+    Mask mask = 0;
+    for (std::size_t i = 0; i < kBlock; ++i) mask |= Mask{set.has[bytes[i]]} << i;
+    return mask;
+  }
+  Mask inUpper(const ByteSet& set) const { return high() == 0 ? 0 : in(set); }
+};
+
+#endif
+
+/// What the bytes in front of a block leave open.
+struct Open {
+  Mask second = 0;    ///< 1 where the first byte is the second of two
+  Mask returned = 0;  ///< 1 where a line feed at its beginning belongs to a carriage return
+};
+
+/// Where in a block units begin, and what else there is to tell.
+struct Look {
+  Mask begins = 0, feeds = 0, returns = 0, joined = 0;
+  Mask leads = 0, seconds = 0;
+};
+
+/// A lead takes the next byte with it, whatever that is: of leads in a row every second one is none. Their
+/// ends are found by an addition, which carries to there.
+Mask secondsAfter(Mask leads, Mask& open) {
+  if ((leads | open) == 0) return 0;
+  leads &= ~open;
+  const Mask after = leads << 1 | open;
+  const Mask oddRows = leads & ~kEven & ~after;
+  Mask ends = 0;
+  open = __builtin_add_overflow(oddRows, leads, &ends) ? 1 : 0;
+  return (kEven ^ ends << 1) & after;
+}
+
+template <Kind kKind>
+inline __attribute__((always_inline)) Look look(const Block& block, const CodingTables& tables, Open& open) {
+  Look look;
+  look.returns = block.equalTo('\r');
+  look.feeds = block.equalTo('\n');
+  constexpr bool kWide = kKind == Kind::littleUnits || kKind == Kind::bigUnits;
+  if constexpr (kWide) {
+    const Mask zeros = block.equalTo(0);
+    const bool little = kKind == Kind::littleUnits;
+    look.returns = kEven & (little ? look.returns & zeros >> 1 : zeros & look.returns >> 1);
+    look.feeds = kEven & (little ? look.feeds & zeros >> 1 : zeros & look.feeds >> 1);
+  }
+  if constexpr (kKind == Kind::pairs) {
+    look.leads = block.inUpper(tables.leads);
+    look.seconds = secondsAfter(look.leads, open.second);
+    look.leads &= ~look.seconds;
+    look.returns &= ~look.seconds;
+    look.feeds &= ~look.seconds;
+  }
+  look.joined = look.feeds & (look.returns << (kWide ? 2 : 1) | open.returned);
+  open.returned = look.returns >> (kWide ? 62 : 63);
+  look.begins = (kWide ? kEven : ~Mask{0}) & ~(look.joined | look.seconds);
+  return look;
+}
+
+/// Whether leads make no units with the bytes after them. The last byte of a block is judged with the one
+/// after that.
+inline __attribute__((always_inline)) bool isPairWrong(const Block& block, const std::uint8_t* bytes,
+                                                       const CodingTables& tables, Mask leads) {
+  Mask rest = leads & ~(block.inUpper(tables.plainLeads) & block.in(tables.plainSeconds) >> 1);
+  if (rest == 0) return false;
+  for (const CodingTables::Row& row : tables.rows)
+    rest &= ~(block.equalTo(row.lead) & block.in(row.seconds) >> 1);
+  for (; rest != 0; rest &= rest - 1) {
+    const std::uint8_t* const at = bytes + __builtin_ctzll(rest);
+    if (!tables.isPair[std::size_t{256} * at[0] + at[1]]) return true;
+  }
+  return false;
+}
+
+template <Kind kKind>
+bool survey(const std::uint8_t* bytes, std::size_t size, const CodingTables& tables, CodedScan& scan) {
+  Open open;
+  scan.notes[0] = 0;
+  const auto take = [&](const std::uint8_t* bytesOfBlock, Mask inside, Mask last) {
+    const Block block(bytesOfBlock);
+    const Look found = look<kKind>(block, tables, open);
+    scan.units += ones(found.begins & inside);
+    scan.lineFeeds += ones(found.feeds);
+    scan.carriageReturns += ones(found.returns);
+    scan.pairs += ones(found.joined);
+    if constexpr (kKind == Kind::littleUnits || kKind == Kind::bigUnits) return true;
+    if (tables.anyNothing && (block.inUpper(tables.nothing) & ~found.seconds & inside) != 0) {
+      scan.unassigned = true;
+      if (!tables.readsUnassigned) return false;
+    }
+    return (found.leads & last) == 0 &&
+           (kKind != Kind::pairs || !isPairWrong(block, bytesOfBlock, tables, found.leads));
+  };
+  std::size_t offset = 0;
+  for (; offset < size; offset += kBlock) {
+    if (offset % kCodedInterval == 0)
+      scan.notes[offset / kCodedInterval] =
+          static_cast<std::uint32_t>(scan.units) | (open.second != 0 ? kSecondByte : 0);
+    if (size - offset < kBlock) break;
+    if (!take(bytes + offset, ~Mask{0}, 0)) return false;
+  }
+  if (offset == size) return open.second == 0;
+  const Rest rest(bytes + offset, size - offset);
+  return take(rest.bytes, rest.inside, rest.inside & ~(rest.inside >> 1));
+}
+
+/// 1 where a line feed at an offset belongs to the carriage return before it.
+template <Kind kKind>
+Mask isReturnBefore(const std::uint8_t* bytes, std::size_t offset) {
+  if constexpr (kKind == Kind::bytes || kKind == Kind::pairs)
+    return offset >= 1 && bytes[offset - 1] == '\r' ? 1 : 0;
+  const bool little = kKind == Kind::littleUnits;
+  return offset >= 2 && bytes[offset - (little ? 2 : 1)] == '\r' && bytes[offset - (little ? 1 : 2)] == 0 ? 1
+                                                                                                          : 0;
+}
+
+template <Kind kKind>
+CodedStep walk(const std::uint8_t* bytes, std::size_t size, const CodingTables& tables, std::size_t from,
+               bool fromIsSecond, std::size_t units) {
+  Open open{fromIsSecond ? Mask{1} : Mask{0}, isReturnBefore<kKind>(bytes, from)};
+  for (; from + kBlock <= size; from += kBlock) {
+    const Mask begins = look<kKind>(Block(bytes + from), tables, open).begins;
+    const std::size_t count = ones(begins);
+    if (units < count) return {from + placeOfBit(begins, units), 0};
+    units -= count;
+  }
+  const Rest rest(bytes + from, size - from);
+  const Mask begins = look<kKind>(Block(rest.bytes), tables, open).begins & rest.inside;
+  const std::size_t count = ones(begins);
+  if (units < count) return {from + placeOfBit(begins, units), 0};
+  return {size, units - count};
+}
+
+template <Kind kKind>
+CodedCount count(const std::uint8_t* bytes, std::size_t size, const CodingTables& tables, std::size_t from,
+                 bool fromIsSecond, std::size_t to) {
+  Open open{fromIsSecond ? Mask{1} : Mask{0}, isReturnBefore<kKind>(bytes, from)};
+  std::size_t units = 0;
+  for (;; from += kBlock) {
+    Mask begins = 0;
+    if (from + kBlock <= size) {
+      begins = look<kKind>(Block(bytes + from), tables, open).begins;
+    } else {
+      const Rest rest(bytes + from, size - from);
+      begins = look<kKind>(Block(rest.bytes), tables, open).begins;
+    }
+    if (to - from < kBlock) {
+      units += ones(begins & ((Mask{1} << (to - from)) - 1));
+      return {units, (begins >> (to - from) & 1) != 0};
+    }
+    units += ones(begins);
+  }
+}
+
+/// Calls work with the kind as a constant.
+template <class Work>
+auto withKind(const CodingTables& tables, Work work) {
+  switch (tables.kind) {
+    case Kind::pairs:
+      return work.template operator()<Kind::pairs>();
+    case Kind::littleUnits:
+      return work.template operator()<Kind::littleUnits>();
+    case Kind::bigUnits:
+      return work.template operator()<Kind::bigUnits>();
+    case Kind::bytes:
+      break;
+  }
+  return work.template operator()<Kind::bytes>();
+}
+
+constexpr CodedLooks kLooks = {
+    [](const std::uint8_t* bytes, std::size_t size, const CodingTables& tables, CodedScan& scan) {
+      return withKind(tables, [&]<Kind kKind>() { return survey<kKind>(bytes, size, tables, scan); });
+    },
+    [](const std::uint8_t* bytes, std::size_t size, const CodingTables& tables, std::size_t from,
+       bool fromIsSecond, std::size_t units) {
+      return withKind(
+          tables, [&]<Kind kKind>() { return walk<kKind>(bytes, size, tables, from, fromIsSecond, units); });
+    },
+    [](const std::uint8_t* bytes, std::size_t size, const CodingTables& tables, std::size_t from,
+       bool fromIsSecond, std::size_t to) {
+      return withKind(
+          tables, [&]<Kind kKind>() { return count<kKind>(bytes, size, tables, from, fromIsSecond, to); });
+    }};
+
+}  // namespace
+}  // namespace pluvo::text

@@ -1,0 +1,79 @@
+#pragma once
+
+#include "text/byte_coding.h"
+
+#include <cstddef>
+#include <cstdint>
+
+namespace pluvo::text {
+
+/// A set of bytes, also as vectors look one up: by the low half of a byte the high halves that are in it, a
+/// bit each, those below 8 and those from 8 on. Each table twice.
+struct ByteSet {
+  bool has[256] = {};
+  std::uint8_t lower[32] = {};
+  std::uint8_t upper[32] = {};
+
+  void add(std::uint8_t byte);
+};
+
+/// What looks over bytes go by.
+struct CodingTables {
+  ByteCoding::Kind kind = ByteCoding::Kind::bytes;
+  ByteSet nothing;  ///< bytes that stand for nothing by themselves and are no leads
+  bool anyNothing = false;
+  bool readsUnassigned = false;  ///< such bytes are read as they are
+  ByteSet leads;
+  ByteSet plainLeads;  ///< with which every plain second byte makes a unit
+  ByteSet plainSeconds;
+  /// Of the first other leads that make more than a few units. A lead of 0 is none.
+  struct Row {
+    std::uint8_t lead = 0;
+    ByteSet seconds;
+  };
+  Row rows[3];
+  const bool* isPair = nullptr;  ///< whether two bytes make a unit, by the first times 256 plus the second
+};
+
+/// The results of one look over bytes.
+struct CodedScan {
+  std::uint32_t* notes = nullptr;  ///< see kSecondByte
+  std::uint64_t units = 0;
+  std::uint64_t lineFeeds = 0;        ///< in all
+  std::uint64_t carriageReturns = 0;  ///< in all
+  std::uint64_t pairs = 0;            ///< of the two
+  bool unassigned = false;            ///< a byte stands for nothing
+};
+
+/// For every so many bytes a note: how many units begin in front of the byte, and by this bit whether it is
+/// the second of two.
+inline constexpr std::size_t kCodedInterval = 1024;
+inline constexpr std::uint32_t kSecondByte = 0x80000000;
+
+struct CodedStep {
+  std::size_t offset = 0;
+  std::size_t left = 0;  ///< so many units were beyond the end
+};
+struct CodedCount {
+  std::size_t units = 0;
+  bool begins = false;  ///< whether a unit begins where the counting ended
+};
+
+/// The looks for one set of vector instructions. Size is that of all bytes; none after them is read, but for
+/// one in the survey.
+struct CodedLooks {
+  /// False where bytes stand for nothing.
+  bool (*survey)(const std::uint8_t* bytes, std::size_t size, const CodingTables& tables, CodedScan& scan);
+  /// Walks over so many of the units that begin at from or after it.
+  CodedStep (*walk)(const std::uint8_t* bytes, std::size_t size, const CodingTables& tables, std::size_t from,
+                    bool fromIsSecond, std::size_t units);
+  /// How many units begin in [from, to).
+  CodedCount (*count)(const std::uint8_t* bytes, std::size_t size, const CodingTables& tables,
+                      std::size_t from, bool fromIsSecond, std::size_t to);
+};
+extern const CodedLooks kCodedAnywhere;
+extern const CodedLooks kCodedAvx2;
+/// Those that suit the processor.
+const CodedLooks& codedLooks();
+
+}  // namespace pluvo::text
