@@ -207,11 +207,11 @@ def encoded_cases(exact):
 def script_cases(perl, whole):
     """Texts of three shares of letters that are not ASCII, with 64,000 blocks and with one at every other line."""
     exact = ["--match-case", *whole, *BLOCK]
-    ripgrep = Job("ripgrep", ["rg", "-U", "--multiline-dotall", "-c", f"{BEGIN}.*?{END}", "{in}"])
     for kind, blocks, quicker in (("sparse", 64_000, 2), ("dense", 2_950_000, 1)):
         suffix = "-dense" if kind == "dense" else ""
         for name, letters in (("ascii", "ASCII"), ("few", "1.5 % not ASCII"), ("many", "60 % not ASCII")):
             title, source = f".txt 200 MB, {letters}, {kind}", f"{name}{suffix}.txt"
+            ripgrep = Job("ripgrep", ["rg", "-U", "--multiline-dotall", "-c", f"{BEGIN}.*?{END}", "{in}"])
             ascii_ = [] if name == "ascii" else [beside("ASCII", f"ascii{suffix}.txt", "find", "--quiet", *exact, "{in}")]
             yield Case(f"{title}, find", source,
                        [pluvo("find", "--quiet", *exact, "{in}"), *ascii_, perl("find", "{in}"), ripgrep],

@@ -3,6 +3,8 @@
 #include "byte_needle.h"
 #include "matcher.h"
 #include "prepared.h"
+#include "text/coded_text.h"
+#include "text/utf8_text.h"
 
 #include <algorithm>
 #include <limits>
@@ -91,7 +93,9 @@ class UnitWalker {
   Matcher<Units> matcher_;
 };
 
-/// Through a text that lies in bytes. Units are counted from match to match.
+/// Through a text that lies in bytes. Units are counted from match to match. Of each kind of text one, whose
+/// calls then cost less.
+template <class Text>
 class ByteWalker {
  public:
   ByteWalker(const Needle& needle, const OriginalText& original)
@@ -123,7 +127,7 @@ class ByteWalker {
   bool gaveUp() const { return matcher_.gaveUpAt().has_value(); }
 
  private:
-  const BytesText& text() const { return *original_.inBytes(); }
+  const Text& text() const { return static_cast<const Text&>(*original_.inBytes()); }
   BytesText::Bytes bytes() const { return text().bytes(); }
 
   const Needle& needle_;
@@ -144,7 +148,9 @@ std::unique_ptr<OriginalMatches> OriginalMatches::of(const Search& search, const
   if (original.length() < static_cast<Position>(needle.length())) return nullptr;
   if (original.inBytes() != nullptr) {
     if (!needle.in(*original.inBytes()).probes()) return nullptr;
-    return std::make_unique<Matches<ByteWalker>>(prepared, original);
+    if (original.utf8() != nullptr)
+      return std::make_unique<Matches<ByteWalker<Utf8Text>>>(prepared, original);
+    return std::make_unique<Matches<ByteWalker<CodedText>>>(prepared, original);
   }
   const Stretch whole = original.stretch(0, original.length());
   if (whole.wide == nullptr) {

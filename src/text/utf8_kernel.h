@@ -110,9 +110,10 @@ struct Surveyor {
     return true;
   }
 
-  void notePlain(std::size_t rows) {
+  void notePlain(std::size_t last) {
     scan.plain = false;
-    for (std::size_t row = 0; row <= rows; ++row) scan.notes[row] = static_cast<std::uint32_t>(row * kRow);
+    for (std::size_t row = scan.firstRow; row <= last; ++row)
+      scan.notes[row] = static_cast<std::uint32_t>((row - scan.firstRow) * kRow);
   }
 };
 
@@ -124,10 +125,13 @@ bool survey(const std::uint8_t* bytes, std::size_t size, Utf8Scan& scan) {
     return surveyor.take(all.bytes(), row, left < kRow ? left : kRow);
   };
   const std::size_t whole = size / kRow;
-  if (whole > 0 && !padded(0)) return false;
-  for (std::size_t row = 1; row < whole; ++row)
+  const std::size_t end = scan.endRow < whole ? scan.endRow : whole;
+  std::size_t row = scan.firstRow;
+  if (row == 0 && row < end && !padded(row++)) return false;
+  for (; row < end; ++row)
     if (!surveyor.take(bytes + row * kRow, row, kRow)) return false;
-  return padded(whole);  // also where no bytes are left, for a character that the end cuts off
+  // Also where no bytes are left, for a character that the end cuts off.
+  return scan.endRow <= whole || padded(whole);
 }
 
 std::size_t cleanBytes(const std::uint8_t* bytes, std::size_t size) {

@@ -5,8 +5,16 @@
 
 namespace pluvo::text {
 
-/// The results of one look over bytes that may be UTF-8.
+inline constexpr std::size_t kNoteInterval = 1024;
+
+/// How many rows of kNoteInterval bytes, each with a note, so many bytes have; the last may be empty.
+constexpr std::size_t utf8Rows(std::size_t bytes) { return bytes / kNoteInterval + 1; }
+
+/// The results of one look over bytes that may be UTF-8, or over some rows of them: notes and units are
+/// counted from the first row then.
 struct Utf8Scan {
+  std::size_t firstRow = 0;
+  std::size_t endRow = 0;
   /// How many units begin in front of every kNoteInterval-th byte, from the first on; see Utf8Text. Made
   /// only where not each unit is a byte.
   std::uint32_t* notes = nullptr;
@@ -19,8 +27,6 @@ struct Utf8Scan {
   bool zeros = false;
 };
 
-inline constexpr std::size_t kNoteInterval = 1024;
-
 /// A walk over units: where it arrived, and how many units were left to go there. One is left where that is
 /// the second half of the character that lies there.
 struct Utf8Step {
@@ -30,7 +36,7 @@ struct Utf8Step {
 
 // Everywhere, size is that of all bytes; none after them is read.
 
-/// False where the bytes are no UTF-8. Below 2^31 bytes.
+/// Looks over the rows of a scan. False where they hold bytes that are no UTF-8. Below 2^31 bytes.
 bool surveyUtf8(const std::uint8_t* bytes, std::size_t size, Utf8Scan& scan);
 /// Walks over so many of the units that begin at from or after it. At the end of the bytes it stops.
 Utf8Step walkUtf8(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t units);

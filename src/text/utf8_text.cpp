@@ -1,5 +1,6 @@
 #include "text/utf8_text.h"
 
+#include "at_once.h"
 #include "base/utf.h"
 #include "characters.h"
 #include "text/utf8_decoding.h"
@@ -7,9 +8,12 @@
 #include "utf8_scan.h"
 
 #include <algorithm>
+#include <atomic>
 #include <bit>
 #include <cstring>
+#include <optional>
 #include <utility>
+#include <vector>
 
 namespace pluvo::text {
 namespace {
@@ -67,16 +71,56 @@ std::size_t decode(Bytes bytes, std::size_t offset, char16_t*& out, const char16
   return offset;
 }
 
+/// Adds the scan of the rows after those that a scan is of.
+void append(Utf8Scan& scan, const Utf8Scan& next) {
+  const auto bytesAt = [](std::size_t row) { return static_cast<std::uint32_t>(row * kNoteInterval); };
+  const auto before = static_cast<std::uint32_t>(scan.units);
+  if (scan.plain && !next.plain)
+    for (std::size_t row = 0; row < next.firstRow; ++row) scan.notes[row] = bytesAt(row);
+  if (!scan.plain && next.plain)
+    for (std::size_t row = next.firstRow; row < next.endRow; ++row)
+      scan.notes[row] = bytesAt(row - next.firstRow);
+  scan.plain = scan.plain && next.plain;
+  for (std::size_t row = next.firstRow; !scan.plain && row < next.endRow; ++row) scan.notes[row] += before;
+  scan.endRow = next.endRow;
+  scan.units += next.units;
+  scan.lineFeeds += next.lineFeeds;
+  scan.carriageReturns += next.carriageReturns;
+  scan.pairs += next.pairs;
+  scan.ascii = scan.ascii && next.ascii;
+  scan.zeros = scan.zeros || next.zeros;
+}
+
+/// Of all bytes; none where they are no UTF-8. Large ones are looked over in parts, at once.
+std::optional<Utf8Scan> scanOf(Bytes bytes, std::uint32_t* notes) {
+  const std::size_t rows = utf8Rows(bytes.size());
+  std::vector<Utf8Scan> scans(partsOf(bytes.size()));
+  const auto rowOf = [&](std::size_t part) { return rows * part / scans.size(); };
+  std::atomic<bool> valid = true;
+  atOnce(scans.size(), [&](std::size_t part) {
+    Utf8Scan scan;
+    scan.firstRow = rowOf(part);
+    scan.endRow = rowOf(part + 1);
+    scan.notes = notes;
+    if (!surveyUtf8(bytes.data(), bytes.size(), scan)) valid = false;
+    scans[part] = scan;
+  });
+  if (!valid) return std::nullopt;
+  Utf8Scan& all = scans.front();
+  for (std::size_t part = 1; part < scans.size(); ++part) append(all, scans[part]);
+  return all;
+}
+
 }  // namespace
 
 Utf8Text::Survey Utf8Text::survey(Bytes bytes, const std::shared_ptr<const void>& owner) {
   // Of addresses only, where nothing is noted.
-  auto notes = std::make_unique_for_overwrite<std::uint32_t[]>(bytes.size() / kNoteInterval + 1);
-  Utf8Scan scan;
-  scan.notes = notes.get();
+  auto notes = std::make_unique_for_overwrite<std::uint32_t[]>(utf8Rows(bytes.size()));
   Survey survey;
-  survey.valid = surveyUtf8(bytes.data(), bytes.size(), scan);
-  if (!survey.valid) return survey;
+  const std::optional<Utf8Scan> known = scanOf(bytes, notes.get());
+  if (!known) return survey;
+  const Utf8Scan& scan = *known;
+  survey.valid = true;
   survey.ascii = scan.ascii;
   survey.zeros = scan.zeros;
   survey.pairs = static_cast<std::size_t>(scan.pairs);

@@ -152,6 +152,39 @@ TEST(Utf8Decoding, ReadsCharactersThatBeginInOneBlockAndEndInTheNext) {
   }
 }
 
+TEST(Utf8Text, LargeOnesThatAreLookedOverInPartsHaveTheirUnitsWhereSmallOnesDo) {
+  constexpr std::size_t kSize = (std::size_t{17} << 20U) + 300;
+  const std::size_t border = utf8Rows(kSize) / 2 * kNoteInterval;
+  struct Case {
+    std::string_view atBorder;
+    std::size_t odd;
+  };
+  for (const auto& [atBorder, odd] : {Case{"aaaaaa", 700}, Case{"aaaaaa", kSize - 700}, Case{"aa\r\na", 700},
+                                      Case{"aa\xE4\xBD\x8F", kSize}}) {
+    std::string text(kSize, 'a');
+    text.replace(border - 3, atBorder.size(), atBorder);
+    if (odd < kSize) text.replace(odd, 4, "\xF0\x9F\x98\x80");
+    std::vector<Position> before{0};  // units in front of each byte
+    for (std::size_t i = 0; i < kSize; ++i) {
+      const auto byte = static_cast<std::uint8_t>(text[i]);
+      const bool joined = byte == '\n' && text[i - 1] == '\r';
+      before.push_back(before.back() + (base::isUtf8Follower(byte) || joined ? 0 : byte >= 0xF0 ? 2 : 1));
+    }
+    const auto bytes = std::make_shared<const std::string>(text + '\r');
+    const auto survey =
+        Utf8Text::survey({reinterpret_cast<const std::uint8_t*>(bytes->data()), kSize}, bytes);
+    ASSERT_TRUE(survey.valid);
+    ASSERT_NE(survey.text, nullptr);
+    ASSERT_EQ(survey.text->length(), before.back() + 1);
+    for (const std::size_t at : {std::size_t{5}, odd / 2, border - 3, border + 4, border + 2048, kSize - 9})
+      EXPECT_EQ(survey.text->positionAt(at), before[at]) << at;
+  }
+  std::string wrong(kSize, 'a');
+  wrong[border] = '\x80';
+  wrong += '\r';
+  EXPECT_FALSE(Utf8Text::survey({reinterpret_cast<const std::uint8_t*>(wrong.data()), kSize}, {}).valid);
+}
+
 TEST(Utf8Text, EveryKindOfProcessorSeesTheSame) {
   if (!hasAvx2()) GTEST_SKIP();
   Generator generate(12);
@@ -163,6 +196,7 @@ TEST(Utf8Text, EveryKindOfProcessorSeesTheSame) {
     for (int i : {0, 1}) {
       notes[i].resize(text.size() / kNoteInterval + 1);
       scans[i].notes = notes[i].data();
+      scans[i].endRow = utf8Rows(text.size());
     }
     const bool valid = surveyUtf8Anywhere(bytes, text.size(), scans[0]);
     ASSERT_EQ(valid, surveyUtf8Avx2(bytes, text.size(), scans[1]));

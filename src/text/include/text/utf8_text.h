@@ -37,9 +37,9 @@ class Utf8Text final : public BytesText {
   Position positionAt(std::size_t offset) const override;
   Position positionAfter(Position position, std::size_t offset, std::size_t wanted) const override;
   void learn(Position position, std::size_t offset) const override {
-    learned(position).store(
-        packed({static_cast<std::uint32_t>(position), static_cast<std::uint32_t>(offset)}),
-        std::memory_order_relaxed);
+    const Known known{static_cast<std::uint32_t>(position), static_cast<std::uint32_t>(offset)};
+    learned(position).store(packed(known), std::memory_order_relaxed);
+    remember(known);
   }
   bool beginsUnit(std::size_t offset) const override;
   char16_t operator[](Position position) const override;
