@@ -131,10 +131,32 @@ inline __attribute__((always_inline)) bool isPairWrong(const Block& block, const
   return false;
 }
 
+/// 1 where a line feed at an offset belongs to the carriage return before it.
+template <Kind kKind>
+Mask isReturnBefore(const std::uint8_t* bytes, std::size_t offset) {
+  if constexpr (kKind == Kind::bytes || kKind == Kind::pairs)
+    return offset >= 1 && bytes[offset - 1] == '\r' ? 1 : 0;
+  const bool little = kKind == Kind::littleUnits;
+  return offset >= 2 && bytes[offset - (little ? 2 : 1)] == '\r' && bytes[offset - (little ? 1 : 2)] == 0 ? 1
+                                                                                                          : 0;
+}
+
+/// Whether the byte at an offset is the second of two. Of leads in a row, in front of which a unit ends,
+/// every second one is.
+bool isSecond(const std::uint8_t* bytes, const CodingTables& tables, std::size_t offset) {
+  std::size_t leads = 0;
+  while (leads < offset && tables.leads.has[bytes[offset - 1 - leads]]) ++leads;
+  return leads % 2 == 1;
+}
+
 template <Kind kKind>
 bool survey(const std::uint8_t* bytes, std::size_t size, const CodingTables& tables, CodedScan& scan) {
-  Open open;
-  scan.notes[0] = 0;
+  std::size_t offset = scan.firstRow * kCodedInterval;
+  const bool isLast = scan.endRow > size / kCodedInterval || scan.endRow * kCodedInterval == size;
+  const std::size_t end = isLast ? size : scan.endRow * kCodedInterval;
+  Open open{kKind == Kind::pairs && isSecond(bytes, tables, offset) ? Mask{1} : Mask{0},
+            isReturnBefore<kKind>(bytes, offset)};
+  scan.notes[scan.firstRow] = 0;
   const auto take = [&](const std::uint8_t* bytesOfBlock, Mask inside, Mask last) {
     const Block block(bytesOfBlock);
     const Look found = look<kKind>(block, tables, open);
@@ -150,27 +172,17 @@ bool survey(const std::uint8_t* bytes, std::size_t size, const CodingTables& tab
     return (found.leads & last) == 0 &&
            (kKind != Kind::pairs || !isPairWrong(block, bytesOfBlock, tables, found.leads));
   };
-  std::size_t offset = 0;
-  for (; offset < size; offset += kBlock) {
+  for (; offset < end; offset += kBlock) {
     if (offset % kCodedInterval == 0)
       scan.notes[offset / kCodedInterval] =
           static_cast<std::uint32_t>(scan.units) | (open.second != 0 ? kSecondByte : 0);
     if (size - offset < kBlock) break;
     if (!take(bytes + offset, ~Mask{0}, 0)) return false;
   }
+  if (!isLast) return true;
   if (offset == size) return open.second == 0;
   const Rest rest(bytes + offset, size - offset);
   return take(rest.bytes, rest.inside, rest.inside & ~(rest.inside >> 1));
-}
-
-/// 1 where a line feed at an offset belongs to the carriage return before it.
-template <Kind kKind>
-Mask isReturnBefore(const std::uint8_t* bytes, std::size_t offset) {
-  if constexpr (kKind == Kind::bytes || kKind == Kind::pairs)
-    return offset >= 1 && bytes[offset - 1] == '\r' ? 1 : 0;
-  const bool little = kKind == Kind::littleUnits;
-  return offset >= 2 && bytes[offset - (little ? 2 : 1)] == '\r' && bytes[offset - (little ? 1 : 2)] == 0 ? 1
-                                                                                                          : 0;
 }
 
 template <Kind kKind>

@@ -35,9 +35,12 @@ struct CodingTables {
   const bool* isPair = nullptr;  ///< whether two bytes make a unit, by the first times 256 plus the second
 };
 
-/// The results of one look over bytes.
+/// The results of one look over bytes, or over some rows of them: notes and units are counted from the first
+/// row then. A row is kCodedInterval bytes and has a note; no bytes have a note, too.
 struct CodedScan {
   std::uint32_t* notes = nullptr;  ///< see kSecondByte
+  std::size_t firstRow = 0;
+  std::size_t endRow = static_cast<std::size_t>(-1);
   std::uint64_t units = 0;
   std::uint64_t lineFeeds = 0;        ///< in all
   std::uint64_t carriageReturns = 0;  ///< in all

@@ -1,11 +1,38 @@
 #include "text/coded_text.h"
 
+#include "at_once.h"
 #include "base/utf.h"
 #include "coded_scan.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace pluvo::text {
+namespace {
+
+/// Of all bytes; large ones are looked over in parts, at once. False where they are not what the coding says.
+bool scanAll(CodedText::Bytes bytes, const CodingTables& tables, std::size_t rows, CodedScan& all) {
+  std::vector<CodedScan> scans(partsOf(bytes.size()));
+  std::vector<char> valid(scans.size());
+  const auto rowOf = [&](std::size_t part) { return rows * part / scans.size(); };
+  atOnce(scans.size(), [&](std::size_t part) {
+    CodedScan scan{all.notes, rowOf(part), rowOf(part + 1)};
+    valid[part] = codedLooks().survey(bytes.data(), bytes.size(), tables, scan) ? 1 : 0;
+    scans[part] = scan;
+  });
+  for (const CodedScan& scan : scans) {
+    for (std::size_t row = scan.firstRow; all.units > 0 && row < scan.endRow; ++row)
+      all.notes[row] += static_cast<std::uint32_t>(all.units);
+    all.units += scan.units;
+    all.lineFeeds += scan.lineFeeds;
+    all.carriageReturns += scan.carriageReturns;
+    all.pairs += scan.pairs;
+    all.unassigned = all.unassigned || scan.unassigned;
+  }
+  return std::ranges::count(valid, 0) == 0;
+}
+
+}  // namespace
 
 CodedText::Survey CodedText::survey(Bytes bytes, const std::shared_ptr<const void>& owner,
                                     const ByteCoding& coding) {
@@ -15,7 +42,7 @@ CodedText::Survey CodedText::survey(Bytes bytes, const std::shared_ptr<const voi
   CodedScan scan;
   scan.notes = notes.get();
   Survey survey;
-  survey.valid = codedLooks().survey(bytes.data(), bytes.size(), coding.tables(), scan);
+  survey.valid = scanAll(bytes, coding.tables(), noteCount, scan);
   survey.unassigned = scan.unassigned;
   if (!survey.valid) return survey;
   survey.pairs = static_cast<std::size_t>(scan.pairs);

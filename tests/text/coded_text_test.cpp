@@ -221,6 +221,26 @@ TEST_P(CodedTextOf, IsSurveyedAlikeByEveryProcessor) {
   }
 }
 
+/// Nothing but bytes that may begin a pair lies around the borders of parts.
+TEST(CodedText, LargeOnesThatAreLookedOverInPartsHaveTheirUnitsWhereSmallOnesDo) {
+  const ByteCoding& coding = *madeUp(Kind::pairs);
+  for (const std::size_t front : {0, 1}) {
+    const auto bytes = std::make_shared<std::string>(front, 'a');
+    bytes->resize((std::size_t{17} << 20U) + front, '\x82');
+    bytes->replace(bytes->size() - 4, 4, "\r\nbb");
+    *bytes += '\r';
+    const CodedText::Bytes span(reinterpret_cast<const std::uint8_t*>(bytes->data()), bytes->size() - 1);
+    const CodedText::Survey survey = CodedText::survey(span, bytes, coding);
+    ASSERT_TRUE(survey.valid);
+    const auto pairs = static_cast<Position>((span.size() - front - 4) / 2);
+    const auto before = static_cast<Position>(front);
+    EXPECT_EQ(survey.text->length(), before + pairs + 4);
+    EXPECT_EQ(survey.pairs, 1U);
+    for (Position pair = 1; pair < pairs; pair += pairs / 50)
+      EXPECT_EQ(survey.text->placeOf(before + pair).offset, front + 2 * static_cast<std::size_t>(pair));
+  }
+}
+
 INSTANTIATE_TEST_SUITE_P(Kinds, CodedTextOf,
                          testing::Values(Kind::bytes, Kind::pairs, Kind::littleUnits, Kind::bigUnits));
 

@@ -9,10 +9,10 @@
 #include "shifts.h"
 #include "survey.h"
 #include "text/positions.h"
+#include "text/zero_bytes.h"
 #include "token.h"
 
 #include <algorithm>
-#include <cstring>
 #include <initializer_list>
 
 namespace pluvo::plain {
@@ -105,8 +105,7 @@ void requireDecodes(const base::Bytes& file, const Named& named, Storage& storag
 }
 
 bool holdsZeros(ByteSpan bytes, const Storage& storage) {
-  if (storage.utf8.valid) return storage.utf8.zeros;
-  return !bytes.empty() && std::memchr(bytes.data(), 0, bytes.size()) != nullptr;
+  return storage.utf8.valid ? storage.utf8.zeros : text::holdsZero(bytes);
 }
 
 /// Without a mark.
