@@ -96,8 +96,8 @@ const zip::Member* Package::member(Role role) const {
 }
 
 Package openPackage(base::Bytes bytes) {
-  PackageMemory none;
-  return openPackage(zip::Archive::open(std::move(bytes)), none);
+  thread_local PackageMemory memory;  // documents that one program wrote
+  return openPackage(zip::Archive::open(std::move(bytes)), memory);
 }
 
 Package openPackage(zip::Archive archive, PackageMemory& memory) {
