@@ -14,8 +14,8 @@
 
 namespace pluvo::docx {
 
-/// Remembers the values read last from small parts. The packages that a document embeds have some of them
-/// alike, byte for byte, and one that is packed alike holds the same.
+/// Remembers the values read last from small parts. Packages that one program wrote, and those that a
+/// document embeds, have some of them alike, byte for byte; one that is packed alike holds the same.
 template <class Value>
 class PartMemory {
  public:
@@ -30,7 +30,7 @@ class PartMemory {
     const auto found = std::ranges::find_if(known_, isSame);
     if (found != known_.end()) return found->value;
     Value value = read();
-    if (packed.size() <= kLongest) {
+    if (packed.size() <= kLongest && member.size <= kLargest) {
       known_[next_] = {
           {packed.begin(), packed.end()}, member.method, member.crc, member.size, std::string(asked), value};
       next_ = (next_ + 1) % known_.size();
@@ -40,6 +40,7 @@ class PartMemory {
 
  private:
   static constexpr std::size_t kLongest = std::size_t{16} << 10U;
+  static constexpr std::uint64_t kLargest = std::uint64_t{256} << 10U;  ///< unpacked; a thread keeps them
 
   struct Known {
     std::vector<std::uint8_t> packed;
