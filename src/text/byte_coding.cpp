@@ -92,9 +92,11 @@ ByteCoding::Unit ByteCoding::unitAt(Bytes bytes, std::size_t offset) const {
     const bool pair = unit == u'\r' && end + 2 < bytes.size() && wideAt(&bytes[offset + 2]) == u'\n';
     return {unit == u'\n' ? kParagraphMark : unit, pair ? std::size_t{4} : std::size_t{2}};
   }
-  if (isLead(bytes[offset]) && end < bytes.size()) return {pairAt(&bytes[offset]), 2};
-  const bool pair = bytes[offset] == '\r' && end < bytes.size() && bytes[end] == '\n';
-  return {singles_[bytes[offset]], pair ? std::size_t{2} : std::size_t{1}};
+  const std::uint8_t first = bytes[offset];  // read once: another program may write into the file
+  const std::size_t row = kind_ == Kind::pairs ? rows_[first] : 0;
+  if (row != 0 && end < bytes.size()) return {pairs_[256 * (row - 1) + bytes[end]], 2};
+  const bool pair = first == '\r' && end < bytes.size() && bytes[end] == '\n';
+  return {singles_[first], pair ? std::size_t{2} : std::size_t{1}};
 }
 
 std::size_t ByteCoding::decode(Bytes bytes, std::size_t offset, char16_t*& out, const char16_t* end) const {
@@ -125,6 +127,7 @@ std::vector<std::vector<std::uint8_t>> ByteCoding::formsOf(char16_t unit) const 
   if (kind_ == Kind::littleUnits) return {{low, high}};
   if (kind_ == Kind::bigUnits) return {{high, low}};
   std::vector<std::vector<std::uint8_t>> forms;
+  if (unit == kNone) return forms;
   for (std::size_t byte = 0; byte < singles_.size(); ++byte) {
     const auto first = static_cast<std::uint8_t>(byte);
     if (!isLead(first) && singles_[byte] == unit) forms.push_back({first});

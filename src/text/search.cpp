@@ -175,20 +175,22 @@ class Execution {
     if (end <= begin.offset) return;
     ByteMatcher matcher(needle_.in(text), text.bytes().subspan(begin.offset, end - begin.offset));
     for (auto match = matcher.next(); match.from != ByteNeedle::kNone; match = matcher.next()) {
-      const Position from = text.positionAt(begin.offset + match.from) + shift;
-      const Span span{from, from + static_cast<Position>(needle_.length())};
+      const Position at = text.positionAt(begin.offset + match.from);
+      const auto length = static_cast<Position>(needle_.length());
+      if (at < part.from || at > part.to - length) return;  // another program wrote into the file
+      const Span span{at + shift, at + shift + length};
       if (!isWholeWord(span)) continue;
       found_ = span;
       return;
     }
     if (!matcher.gaveUpAt()) return;
     const Position reached =
-        std::max(part.from, text.positionAt(begin.offset + *matcher.gaveUpAt()) - overlap());
+        std::clamp(text.positionAt(begin.offset + *matcher.gaveUpAt()) - overlap(), part.from, part.to);
     haystack_.text.original().forEachStretch(reached, part.to, [&](Position offset, const Stretch& stretch) {
       gather(reached + offset + shift, stretch);
       return !found_;
     });
-    searchGathered();
+    if (!found_) searchGathered();
     gathered_.clear();
   }
 

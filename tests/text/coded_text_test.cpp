@@ -221,6 +221,40 @@ TEST_P(CodedTextOf, IsSurveyedAlikeByEveryProcessor) {
   }
 }
 
+/// Looking for where pairs begin may cost so much that a text is decoded instead.
+TEST(CodedText, IsSearchedToItsEndWhereHitsLieInTheMiddleOfPairs) {
+  const auto bytes = std::make_shared<std::string>();
+  for (int block = 0; block < 50; ++block) {
+    for (int pair = 0; pair < 200; ++pair) *bytes += "\x82\x83";
+    *bytes += "\x83\x82\x82\x90";
+  }
+  *bytes += '\r';
+  const CodedText::Bytes span(reinterpret_cast<const std::uint8_t*>(bytes->data()), bytes->size() - 1);
+  const PieceText text{OriginalText(CodedText::survey(span, bytes, *madeUp(Kind::pairs)).text)};
+  const RunMap<Visibility> visible(text.length(), kEverywhere);
+  const Search search(text.substring(200, 201), {true, false});
+  Position from = 0;
+  for (int block = 0; block < 50; ++block) {
+    const auto found = search.find(text, visible, View::codes, from, text.length());
+    ASSERT_TRUE(found) << block;
+    EXPECT_EQ(found->from, block * 202 + 200);
+    from = found->to;
+  }
+}
+
+TEST(CodedText, IsSearchedWithinItselfWhereAnotherProgramWritesIntoTheFile) {
+  const auto bytes = std::make_shared<std::string>();
+  for (int line = 0; line < 4000; ++line) *bytes += "\r\n";
+  *bytes += '\r';
+  const CodedText::Bytes span(reinterpret_cast<const std::uint8_t*>(bytes->data()), bytes->size() - 1);
+  const PieceText text{OriginalText(CodedText::survey(span, bytes, *madeUp(Kind::bytes)).text)};
+  bytes->assign(bytes->size() - 6, ' ');
+  *bytes += "lease\r";
+  const RunMap<Visibility> visible(text.length(), kEverywhere);
+  const auto found = Search(u"lease", {true, true}).find(text, visible, View::codes, 0, text.length());
+  EXPECT_TRUE(!found || found->to <= text.length());
+}
+
 /// Nothing but bytes that may begin a pair lies around the borders of parts.
 TEST(CodedText, LargeOnesThatAreLookedOverInPartsHaveTheirUnitsWhereSmallOnesDo) {
   const ByteCoding& coding = *madeUp(Kind::pairs);

@@ -59,9 +59,6 @@ class ByteCoding {
   const CodingTables& tables() const { return *tables_; }
 
  private:
-  char16_t pairAt(const std::uint8_t* bytes) const {
-    return pairs_[std::size_t{256} * (rows_[bytes[0]] - 1U) + bytes[1]];
-  }
   /// The 16-bit unit, as it lies there.
   char16_t wideAt(const std::uint8_t* bytes) const {
     const bool little = kind_ == Kind::littleUnits;
