@@ -258,7 +258,7 @@ TEST(CodedText, IsSearchedWithinItselfWhereAnotherProgramWritesIntoTheFile) {
 /// Nothing but bytes that may begin a pair lies around the borders of parts.
 TEST(CodedText, LargeOnesThatAreLookedOverInPartsHaveTheirUnitsWhereSmallOnesDo) {
   const ByteCoding& coding = *madeUp(Kind::pairs);
-  for (const std::size_t front : {0, 1}) {
+  for (const std::size_t front : {std::size_t{0}, std::size_t{1}}) {
     const auto bytes = std::make_shared<std::string>(front, 'a');
     bytes->resize((std::size_t{17} << 20U) + front, '\x82');
     bytes->replace(bytes->size() - 4, 4, "\r\nbb");
