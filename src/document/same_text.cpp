@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 #include <optional>
 
 namespace pluvo::document {
@@ -26,6 +27,7 @@ bool equalUnits(const Stretch& a, const Stretch& b) {
 }
 
 bool equal(const Stretch& a, const Stretch& b) {
+  assert((a.narrow != nullptr || a.wide != nullptr) && (b.narrow != nullptr || b.wide != nullptr));
   const auto length = static_cast<std::size_t>(a.length);
   const bool bytesTell = a.narrow != nullptr && b.narrow != nullptr && a.lineFeedIsMark == b.lineFeedIsMark;
   if (bytesTell && base::sameBytes(a.narrow, b.narrow, length)) return true;

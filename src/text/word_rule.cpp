@@ -146,7 +146,7 @@ class ByteWords {
 
  private:
   using Bytes = std::span<const std::uint8_t>;
-  static constexpr std::size_t kLongest = 3 * UnitReader::kLongest;
+  static constexpr std::size_t kLongest = std::size_t{3} * UnitReader::kLongest;
   using Word = std::uint64_t;
 
   explicit ByteWords(Bytes bytes) : bytes_(bytes) { kinds_[0] = kMark; }
