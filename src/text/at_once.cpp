@@ -1,7 +1,8 @@
 #include "at_once.h"
 
 #include <algorithm>
-#include <system_error>
+#include <exception>
+#include <functional>
 #include <thread>
 #include <vector>
 
@@ -15,16 +16,15 @@ std::size_t partsOf(std::size_t bytes) {
 }
 
 void atOnce(std::size_t count, const std::function<void(std::size_t)>& work) {
-  std::vector<std::thread> threads;
+  std::vector<std::jthread> threads;
   threads.reserve(count);
   std::size_t begun = 1;
   try {
-    for (; begun < count; ++begun) threads.emplace_back(work, begun);
-  } catch (const std::system_error&) {  // NOLINT(bugprone-empty-catch): the rest is done here
+    for (; begun < count; ++begun) threads.emplace_back(std::cref(work), begun);
+  } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): the rest is done here
   }
   work(0);
   for (; begun < count; ++begun) work(begun);
-  for (std::thread& thread : threads) thread.join();
 }
 
 }  // namespace pluvo::text

@@ -13,15 +13,16 @@ namespace {
 /// Of all bytes; large ones are looked over in parts, at once. False where they are not what the coding says.
 bool scanAll(CodedText::Bytes bytes, const CodingTables& tables, std::size_t rows, CodedScan& all) {
   std::vector<CodedScan> scans(partsOf(bytes.size()));
-  std::vector<char> valid(scans.size());
+  std::atomic<bool> valid = true;
   const auto rowOf = [&](std::size_t part) { return rows * part / scans.size(); };
   atOnce(scans.size(), [&](std::size_t part) {
     CodedScan scan{all.notes, rowOf(part), rowOf(part + 1)};
-    valid[part] = codedLooks().survey(bytes.data(), bytes.size(), tables, scan) ? 1 : 0;
+    if (!codedLooks().survey(bytes.data(), bytes.size(), tables, scan)) valid = false;
     scans[part] = scan;
   });
   for (const CodedScan& scan : scans) {
-    for (std::size_t row = scan.firstRow; all.units > 0 && row < scan.endRow; ++row)
+    // A look that failed has not made all of its notes.
+    for (std::size_t row = scan.firstRow; valid && all.units > 0 && row < scan.endRow; ++row)
       all.notes[row] += static_cast<std::uint32_t>(all.units);
     all.units += scan.units;
     all.lineFeeds += scan.lineFeeds;
@@ -29,7 +30,7 @@ bool scanAll(CodedText::Bytes bytes, const CodingTables& tables, std::size_t row
     all.pairs += scan.pairs;
     all.unassigned = all.unassigned || scan.unassigned;
   }
-  return std::ranges::count(valid, 0) == 0;
+  return valid;
 }
 
 }  // namespace

@@ -238,13 +238,4 @@ Utf8Text::Place Utf8Walk::to(Position position) {
   return {at.offset, at.left != 0};
 }
 
-bool Utf8Walk::isAt(Position position, std::size_t offset) {
-  if (offset < offset_ || offset > bytes_.size() || !beginsUtf8Unit(bytes_, offset)) return false;
-  const std::size_t units = countUtf8(bytes_.data(), bytes_.size(), offset_, offset);
-  if (static_cast<std::int64_t>(units) != std::int64_t{position} - position_) return false;
-  position_ = position;
-  offset_ = offset;
-  return true;
-}
-
 }  // namespace pluvo::text

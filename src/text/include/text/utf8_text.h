@@ -85,9 +85,6 @@ class Utf8Walk {
   explicit Utf8Walk(Utf8Text::Bytes bytes) : bytes_(bytes) {}
   /// Where a unit lies, which is not in front of the last one asked for; after all bytes beyond the end.
   Utf8Text::Place to(Position position);
-  /// Whether a unit, which is not in front of the last one asked for, lies at an offset and begins a
-  /// character there. Then the walk goes on from it.
-  bool isAt(Position position, std::size_t offset);
 
  private:
   Utf8Text::Bytes bytes_;
