@@ -92,6 +92,7 @@ ByteNeedle::ByteNeedle(std::u16string_view units, bool matchCase, const NarrowFo
     probes_.emplace();
     return;
   }
+  hasMark_ = std::any_of(signs.begin(), signs.end(), [](const Sign& sign) { return sign.isMark; });
   if (coding != nullptr) coded_ = signs;
   const bool one =
       std::all_of(signs.begin(), signs.end(), [](const Sign& sign) { return sign.forms.size() == 1; });
@@ -164,38 +165,41 @@ bool ByteNeedle::is(char32_t point, std::size_t sign) const {
   return point == signs_[sign];
 }
 
-ByteNeedle::Match ByteNeedle::matchAt(Bytes bytes, std::size_t anchor, std::size_t& work) const {
+bool ByteNeedle::isAt(Bytes bytes, std::size_t from, std::string_view form, std::size_t& work) const {
+  constexpr std::size_t kFront = 16;
+  const std::size_t front = std::min(form.size(), kFront);
+  const std::uint8_t* const at = bytes.data() + from;
+  if (form.size() > bytes.size() - from || !base::sameBytes(at, form.data(), front)) return false;
+  work += form.size() / kFront;
+  if (!base::sameBytes(at + front, form.data() + front, form.size() - front)) return false;
+  return coding_ == nullptr || coding_->beginsUnit(bytes, from, work);
+}
+
+ByteNeedle::Match ByteNeedle::matchAt(Bytes bytes, std::size_t anchor, std::size_t& work,
+                                      Match& compared) const {
   if (!exact_.empty()) {
     const std::size_t from = anchor - exactBefore_;
-    const bool inside = anchor >= exactBefore_ && from + exact_.size() <= bytes.size();
-    constexpr std::size_t kFront = 16;
-    const std::size_t front = std::min(exact_.size(), kFront);
-    if (!inside || !base::sameBytes(bytes.data() + from, exact_.data(), front)) return {};
-    work += exact_.size() / kFront;
-    const bool same =
-        base::sameBytes(bytes.data() + from + front, exact_.data() + front, exact_.size() - front);
-    if (!same || (coding_ != nullptr && !coding_->beginsUnit(bytes, from, work))) return {};
+    if (anchor < exactBefore_ || !isAt(bytes, from, exact_, work)) return {};
     return {from, from + exact_.size()};
   }
-  if (coding_ != nullptr) return matchInCoding(bytes, anchor, work);
+  compared = {anchor, anchor};
+  if (coding_ != nullptr) return compared = matchInCoding(bytes, anchor, work);
   if (base::isUtf8Follower(bytes[anchor])) return {};
   if (bytes[anchor] == '\n' && anchor > 0 && bytes[anchor - 1] == '\r') return {};
-  std::size_t to = anchor;
   for (std::size_t sign = anchor_; sign < signs_.size(); ++sign) {
     ++work;
-    if (to >= bytes.size()) return {};
-    const Utf8Character character = utf8At(bytes, to);
+    if (compared.to >= bytes.size()) return {};
+    const Utf8Character character = utf8At(bytes, compared.to);
+    compared.to += character.bytes;
     if (!is(character.point, sign)) return {};
-    to += character.bytes;
   }
-  std::size_t from = anchor;
   for (std::size_t sign = anchor_; sign-- > 0;) {
     ++work;
-    if (from == 0) return {};
-    from = utf8Before(bytes, 0, from);
-    if (!is(utf8At(bytes, from).point, sign)) return {};
+    if (compared.from == 0) return {};
+    compared.from = utf8Before(bytes, 0, compared.from);
+    if (!is(utf8At(bytes, compared.from).point, sign)) return {};
   }
-  return {from, to};
+  return compared;
 }
 
 /// Bytes are compared on both sides of the anchor. The first of them tells whether all of them are units: of
@@ -230,6 +234,25 @@ ByteNeedle::Match ByteNeedle::matchInCoding(Bytes bytes, std::size_t anchor, std
   return coding_->beginsUnit(bytes, from, work) ? Match{from, to} : Match{};
 }
 
+ByteNeedle::Match ByteMatcher::matchAt(std::size_t anchor) {
+  if (!needle_->isToldByBytes()) return needle_->matchAt(bytes_, anchor, work_);
+  for (const Compared& known : compared_) {
+    const std::size_t from = anchor - known.before;
+    if (known.bytes.empty() || anchor < known.before || !needle_->isAt(bytes_, from, known.bytes, work_))
+      continue;
+    return known.isMatch ? ByteNeedle::Match{from, from + known.bytes.size()} : ByteNeedle::Match{};
+  }
+  ByteNeedle::Match compared;
+  const ByteNeedle::Match match = needle_->matchAt(bytes_, anchor, work_, compared);
+  const bool isMatch = match.from != ByteNeedle::kNone;
+  constexpr std::size_t kFew = 4;  // told as quickly anew
+  if (!isMatch && (!needle_->isRefusedByBytes() || compared.to - compared.from <= kFew)) return match;
+  const ByteNeedle::Bytes bytes = bytes_.subspan(compared.from, compared.to - compared.from);
+  compared_[oldest_] = {std::string(bytes.begin(), bytes.end()), anchor - compared.from, isMatch};
+  oldest_ = (oldest_ + 1) % compared_.size();
+  return match;
+}
+
 ByteNeedle::Match ByteMatcher::next() {
   constexpr std::size_t kWorkPerByte = 4;
   constexpr std::size_t kFreeWork = 4096;
@@ -241,7 +264,7 @@ ByteNeedle::Match ByteMatcher::next() {
         gaveUpAt_ = place;
         return {};
       }
-      const ByteNeedle::Match match = needle_->matchAt(bytes_, place, work_);
+      const ByteNeedle::Match match = matchAt(place);
       if (match.from != ByteNeedle::kNone) return match;
     }
     if (position_ >= places_) return {};

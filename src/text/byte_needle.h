@@ -44,8 +44,21 @@ class ByteNeedle {
   };
   /// The match whose anchor stands at an offset; kNone where there is none. Adds to work how many signs were
   /// compared.
-  Match matchAt(Bytes bytes, std::size_t anchor, std::size_t& work) const;
+  Match matchAt(Bytes bytes, std::size_t anchor, std::size_t& work) const {
+    Match compared;
+    return matchAt(bytes, anchor, work, compared);
+  }
+  /// Tells as well which bytes were compared.
+  Match matchAt(Bytes bytes, std::size_t anchor, std::size_t& work, Match& compared) const;
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+
+  /// Whether bytes that were compared tell the same elsewhere. There is more than one way to write the text;
+  /// a line end hangs on what is beside it.
+  bool isToldByBytes() const { return exact_.empty() && !hasMark_; }
+  /// The same of bytes that did not match.
+  bool isRefusedByBytes() const { return isToldByBytes() && coding_ == nullptr; }
+  /// Whether bytes stand at an offset, where a unit has to begin.
+  bool isAt(Bytes bytes, std::size_t from, std::string_view form, std::size_t& work) const;
 
  private:
   /// A character, or half of one, and all the ways to write it.
@@ -67,6 +80,7 @@ class ByteNeedle {
   const NarrowForms& forms_;
   const ByteCoding* coding_;
   bool isImpossible_ = false;
+  bool hasMark_ = false;
   std::vector<Sign> coded_;  ///< of other encodings than UTF-8
   std::u32string signs_;     ///< canonical
   /// The bytes, where there is but one way to write it; and of them those in front of the anchor.
@@ -97,6 +111,14 @@ class ByteMatcher {
   std::optional<std::size_t> gaveUpAt() const { return gaveUpAt_; }
 
  private:
+  /// Bytes that were compared.
+  struct Compared {
+    std::string bytes;
+    std::size_t before = 0;  ///< so many of them lie in front of the anchor
+    bool isMatch = false;
+  };
+  ByteNeedle::Match matchAt(std::size_t anchor);
+
   const ByteNeedle* needle_;
   ByteNeedle::Bytes bytes_;
   std::size_t allPlaces_;  ///< where an anchor could stand: [0, allPlaces_)
@@ -105,6 +127,8 @@ class ByteMatcher {
   Hits hits_;
   std::size_t work_ = 0;
   std::optional<std::size_t> gaveUpAt_;
+  std::array<Compared, 4> compared_;  ///< the last ones, since a text mostly has few
+  std::size_t oldest_ = 0;
 };
 
 }  // namespace pluvo::text
