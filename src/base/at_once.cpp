@@ -1,4 +1,4 @@
-#include "at_once.h"
+#include "base/at_once.h"
 
 #include <algorithm>
 #include <exception>
@@ -6,7 +6,7 @@
 #include <thread>
 #include <vector>
 
-namespace pluvo::text {
+namespace pluvo::base {
 
 std::size_t partsOf(std::size_t bytes) {
   constexpr std::size_t kLarge = std::size_t{8} << 20U;
@@ -27,4 +27,4 @@ void atOnce(std::size_t count, const std::function<void(std::size_t)>& work) {
   for (; begun < count; ++begun) work(begun);
 }
 
-}  // namespace pluvo::text
+}  // namespace pluvo::base

@@ -1,6 +1,6 @@
 #include "text/coded_text.h"
 
-#include "at_once.h"
+#include "base/at_once.h"
 #include "base/utf.h"
 #include "coded_scan.h"
 
@@ -12,10 +12,10 @@ namespace {
 
 /// Of all bytes; large ones are looked over in parts, at once. False where they are not what the coding says.
 bool scanAll(CodedText::Bytes bytes, const CodingTables& tables, std::size_t rows, CodedScan& all) {
-  std::vector<CodedScan> scans(partsOf(bytes.size()));
+  std::vector<CodedScan> scans(base::partsOf(bytes.size()));
   std::atomic<bool> valid = true;
   const auto rowOf = [&](std::size_t part) { return rows * part / scans.size(); };
-  atOnce(scans.size(), [&](std::size_t part) {
+  base::atOnce(scans.size(), [&](std::size_t part) {
     CodedScan scan{all.notes, rowOf(part), rowOf(part + 1)};
     if (!codedLooks().survey(bytes.data(), bytes.size(), tables, scan)) valid = false;
     scans[part] = scan;

@@ -1,6 +1,6 @@
 #include "text/utf8_text.h"
 
-#include "at_once.h"
+#include "base/at_once.h"
 #include "base/utf.h"
 #include "characters.h"
 #include "text/utf8_decoding.h"
@@ -94,10 +94,10 @@ void append(Utf8Scan& scan, const Utf8Scan& next) {
 /// Of all bytes; none where they are no UTF-8. Large ones are looked over in parts, at once.
 std::optional<Utf8Scan> scanOf(Bytes bytes, std::uint32_t* notes) {
   const std::size_t rows = utf8Rows(bytes.size());
-  std::vector<Utf8Scan> scans(partsOf(bytes.size()));
+  std::vector<Utf8Scan> scans(base::partsOf(bytes.size()));
   const auto rowOf = [&](std::size_t part) { return rows * part / scans.size(); };
   std::atomic<bool> valid = true;
-  atOnce(scans.size(), [&](std::size_t part) {
+  base::atOnce(scans.size(), [&](std::size_t part) {
     Utf8Scan scan;
     scan.firstRow = rowOf(part);
     scan.endRow = rowOf(part + 1);

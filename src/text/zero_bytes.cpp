@@ -1,6 +1,6 @@
 #include "text/zero_bytes.h"
 
-#include "at_once.h"
+#include "base/at_once.h"
 
 #include <algorithm>
 #include <atomic>
@@ -14,9 +14,9 @@ bool holdsZero(std::span<const std::uint8_t> bytes) {
   };
   constexpr std::size_t kFirst = 4096;  // where most files that hold one have one
   if (holds(bytes.first(std::min(bytes.size(), kFirst)))) return true;
-  const std::size_t parts = partsOf(bytes.size());
+  const std::size_t parts = base::partsOf(bytes.size());
   std::atomic<bool> found = false;
-  atOnce(parts, [&](std::size_t part) {
+  base::atOnce(parts, [&](std::size_t part) {
     const std::size_t from = bytes.size() / parts * part;
     const std::size_t to = part + 1 == parts ? bytes.size() : bytes.size() / parts * (part + 1);
     if (holds(bytes.subspan(from, to - from))) found = true;

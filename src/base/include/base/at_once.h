@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <functional>
 
-namespace pluvo::text {
+namespace pluvo::base {
 
 /// How many parts a look over so many bytes is divided into: large ones, and no more than there are
 /// processors.
@@ -12,4 +12,4 @@ std::size_t partsOf(std::size_t bytes);
 /// Calls work(i) for all i below count, at once where the machine has threads. Work must not throw.
 void atOnce(std::size_t count, const std::function<void(std::size_t)>& work);
 
-}  // namespace pluvo::text
+}  // namespace pluvo::base
