@@ -1,13 +1,16 @@
 #include "text/original_matches.h"
 
+#include "base/at_once.h"
 #include "byte_needle.h"
 #include "matcher.h"
+#include "matches_ahead.h"
 #include "prepared.h"
 #include "text/coded_text.h"
 #include "text/utf8_text.h"
 
 #include <algorithm>
-#include <limits>
+#include <optional>
+#include <system_error>
 #include <utility>
 
 namespace pluvo::text {
@@ -93,50 +96,144 @@ class UnitWalker {
   Matcher<Units> matcher_;
 };
 
-/// Through a text that lies in bytes. Units are counted from match to match. Of each kind of text one, whose
-/// calls then cost less.
+/// Finds the matches in the bytes of a text. Units are counted from match to match.
+template <class Text>
+class ByteFinder {
+ public:
+  using Match = MatchBatch::Match;
+
+  /// From a unit on, which begins at an offset.
+  ByteFinder(const Needle& needle, const Text& text, Position position, std::size_t offset)
+      : text_(&text),
+        start_(offset),
+        position_(position),
+        offset_(offset),
+        matcher_(needle.in(text), text.bytes().subspan(offset)) {}
+
+  Position position() const { return position_; }
+  std::size_t offset() const { return offset_; }
+  bool gaveUp() const { return matcher_.gaveUpAt().has_value(); }
+
+  /// The next match, unless its anchor is surely not in front of a byte.
+  std::optional<Match> next(std::size_t end) {
+    matcher_.endBefore(end - std::min(start_, end));
+    const ByteNeedle::Match match = matcher_.next();
+    if (match.from == ByteNeedle::kNone) return std::nullopt;
+    const std::size_t offset = start_ + match.from;
+    // Nothing is asked that other threads write to all the time.
+    constexpr std::size_t kNear = 1024;
+    position_ = offset - offset_ > kNear ? text_->positionAt(offset)
+                                         : position_ + static_cast<Position>(text_->unitsIn(offset_, offset));
+    offset_ = offset;
+    return Match{position_, static_cast<std::uint32_t>(offset),
+                 static_cast<std::uint32_t>(start_ + match.to)};
+  }
+
+  /// All up to some way on.
+  MatchBatch nextBatch() {
+    constexpr std::size_t kStep = std::size_t{256} << 10U;
+    searched_ = std::max(searched_, offset_) + kStep;
+    MatchBatch batch;
+    while (const auto match = next(searched_)) batch.matches.push_back(*match);
+    batch.clearTo = searched_;
+    batch.gaveUp = gaveUp();
+    batch.isLast = batch.gaveUp || searched_ >= text_->bytes().size();
+    return batch;
+  }
+
+ private:
+  const Text* text_;
+  std::size_t start_;
+  // The last match, or where it began:
+  Position position_;
+  std::size_t offset_;
+  std::size_t searched_ = 0;
+  ByteMatcher matcher_;
+};
+
+/// Through a text that lies in bytes. Where a large one has match after match, they are found ahead. Of each
+/// kind of text one, whose calls then cost less.
 template <class Text>
 class ByteWalker {
  public:
   ByteWalker(const Needle& needle, const OriginalText& original)
-      : needle_(needle), original_(original), matcher_(needle.in(text()), bytes()) {}
+      : needle_(needle),
+        original_(original),
+        mayGoAhead_(base::partsOf(original.inBytes()->bytes().size()) > 1),
+        finder_(needle, text(), 0, 0) {}
 
   void restart(Position from) {
+    ahead_.reset();
     BytesText::Place place = text().placeOf(from);
     if (place.insidePair) place = text().placeOf(++from);
-    start_ = offset_ = place.offset;
-    position_ = from;
-    matcher_ = ByteMatcher(needle_.in(text()), bytes().subspan(start_));
+    finder_ = Finder(needle_, text(), from, place.offset);
+    startRow(place.offset);
+    last_ = {from, static_cast<std::uint32_t>(place.offset), 0};
   }
   Position next(Position end) {
     // No unit has more bytes than CR LF in UTF-16; an anchor lies no farther on than the whole text searched
     // for.
     constexpr std::int64_t kMostBytes = 4;
     const auto most =
-        kMostBytes * (end - std::int64_t{position_} + static_cast<std::int64_t>(needle_.length()));
-    matcher_.endBefore(offset_ - start_ + static_cast<std::size_t>(std::max<std::int64_t>(most, 0)));
-    const ByteNeedle::Match match = matcher_.next();
-    if (match.from == ByteNeedle::kNone) return OriginalMatches::kNone;
-    const std::size_t offset = start_ + match.from;
-    position_ = text().positionAfter(position_, offset_, offset);
-    offset_ = offset;
-    text().learn(position_, offset);
-    text().learn(position_ + static_cast<Position>(needle_.length()), start_ + match.to);
-    return position_;
+        kMostBytes * (end - std::int64_t{last_.position} + static_cast<std::int64_t>(needle_.length()));
+    const std::size_t endOfBytes = last_.from + static_cast<std::size_t>(std::max<std::int64_t>(most, 0));
+    const auto match = ahead_ != nullptr ? nextAhead(endOfBytes) : finder_.next(endOfBytes);
+    if (!match) return OriginalMatches::kNone;
+    last_ = *match;
+    text().learn(match->position, match->from);
+    text().learn(match->position + static_cast<Position>(needle_.length()), match->to);
+    if (ahead_ == nullptr && ++inRow_ == kRow) endRow();
+    return match->position;
   }
-  bool gaveUp() const { return matcher_.gaveUpAt().has_value(); }
+  bool gaveUp() const {
+    if (ahead_ == nullptr) return finder_.gaveUp();
+    return taken_ == batch_.matches.size() && batch_.gaveUp;
+  }
 
  private:
+  using Finder = ByteFinder<Text>;
+  static constexpr std::size_t kRow = 512;
+
+  std::optional<MatchBatch::Match> nextAhead(std::size_t end) {
+    while (taken_ == batch_.matches.size()) {
+      if (batch_.isLast || batch_.clearTo >= end) return std::nullopt;
+      batch_ = ahead_->take();
+      taken_ = 0;
+    }
+    return batch_.matches[taken_++];
+  }
+
+  void startRow(std::size_t offset) {
+    inRow_ = 0;
+    row_ = offset;
+  }
+  void endRow() {
+    constexpr std::size_t kClose = 512;
+    const std::size_t offset = finder_.offset();
+    const bool isDense = offset - row_ < kRow * kClose;
+    startRow(offset);
+    if (!mayGoAhead_ || !isDense) return;
+    batch_ = {};
+    taken_ = 0;
+    try {
+      ahead_ = std::make_unique<MatchesAhead>([finder = finder_]() mutable { return finder.nextBatch(); });
+    } catch (const std::system_error&) {
+      mayGoAhead_ = false;
+    }
+  }
+
   const Text& text() const { return static_cast<const Text&>(*original_.inBytes()); }
-  BytesText::Bytes bytes() const { return text().bytes(); }
 
   const Needle& needle_;
   OriginalText original_;
-  std::size_t start_ = 0;
-  // The last match, or where the walk began:
-  Position position_ = 0;
-  std::size_t offset_ = 0;
-  ByteMatcher matcher_;
+  bool mayGoAhead_;
+  Finder finder_;
+  MatchBatch::Match last_;
+  std::size_t inRow_ = 0;  ///< matches since a place
+  std::size_t row_ = 0;
+  MatchBatch batch_;
+  std::size_t taken_ = 0;
+  std::unique_ptr<MatchesAhead> ahead_;
 };
 
 }  // namespace

@@ -3,10 +3,12 @@
 #include "base/utf.h"
 #include "scan.h"
 #include "support/dice.h"
+#include "text/original_matches.h"
 #include "text/utf8_decoding.h"
 #include "utf8_scan.h"
 
 #include <gtest/gtest.h>
+#include <strings.h>
 
 #include <memory>
 #include <string>
@@ -183,6 +185,47 @@ TEST(Utf8Text, LargeOnesThatAreLookedOverInPartsHaveTheirUnitsWhereSmallOnesDo) 
   wrong[border] = '\x80';
   wrong += '\r';
   EXPECT_FALSE(Utf8Text::survey({reinterpret_cast<const std::uint8_t*>(wrong.data()), kSize}, {}).valid);
+}
+
+/// In the rows of matches of large texts they are found ahead. Asked are stretches of the text and all of it,
+/// from its front again and again, up to where comparing has become too much work.
+TEST(Utf8Text, LargeOnesHoldTheirMatchesInRowsAndApart) {
+  const std::string row = "ü the Lessee and the LESSOR, 𝒜 the lessor; ";
+  const std::string part = row + std::string(3000, 'b') + row + "THE LESSOR";
+  std::string text;
+  while (text.size() < (std::size_t{12} << 20U)) {
+    for (int i = 0; i < 40'000; ++i) text += row;
+    for (int i = 0; i < 40; ++i) text += part;
+  }
+  const std::size_t apart = text.size();
+  text.resize(std::size_t{17} << 20U, 'l');
+  const auto bytes = std::make_shared<const std::string>(text + '\r');
+  const auto survey =
+      Utf8Text::survey({reinterpret_cast<const std::uint8_t*>(bytes->data()), text.size()}, bytes);
+  ASSERT_NE(survey.text, nullptr);
+  const OriginalText original(survey.text);
+
+  for (const std::string& needle : {std::string("the Lessor"), std::string(40, 'L') + 'e'}) {
+    const auto matches = OriginalMatches::of(Search(base::utf16(needle), {}), original);
+    ASSERT_NE(matches, nullptr);
+    std::vector<Position> expected;
+    Position units = 0;
+    for (std::size_t at = 0; at < apart; ++at) {
+      if (base::isUtf8Follower(static_cast<std::uint8_t>(text[at]))) continue;
+      if (strncasecmp(&text[at], needle.c_str(), needle.size()) == 0) expected.push_back(units);
+      units += static_cast<std::uint8_t>(text[at]) >= 0xF0 ? 2 : 1;
+    }
+    for (const std::size_t count : {std::size_t{3000}, expected.size()}) {
+      Position from = 0;
+      for (std::size_t i = 0; i < std::min(count, expected.size()); ++i) {
+        ASSERT_EQ(matches->first(from, original.length()), expected[i]) << i;
+        ASSERT_EQ(matches->first(from, expected[i] + 9), OriginalMatches::kNone) << i;
+        from = expected[i] + 1;
+      }
+    }
+    EXPECT_EQ(matches->first(units, original.length()), OriginalMatches::kNone);
+    EXPECT_EQ(matches->gaveUp(), needle.front() == 'L');
+  }
 }
 
 TEST(Utf8Text, EveryKindOfProcessorSeesTheSame) {

@@ -70,7 +70,7 @@ class CodedText final : public BytesText {
   std::size_t noteCount_ = 0;
   /// A position and the place of its unit, mostly near the next question; one number, so that threads see
   /// both of its halves.
-  mutable std::atomic<std::uint64_t> recent_ = 0;
+  alignas(64) mutable std::atomic<std::uint64_t> recent_ = 0;
 };
 
 }  // namespace pluvo::text

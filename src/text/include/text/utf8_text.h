@@ -74,7 +74,8 @@ class Utf8Text final : public BytesText {
   }
 
   std::unique_ptr<std::uint32_t[]> notes_;
-  mutable PackedKnown recent_ = 0;  ///< mostly near the next question
+  // Written all the time: apart from what other threads read.
+  alignas(64) mutable PackedKnown recent_ = 0;  ///< mostly near the next question
   mutable std::array<PackedKnown, 32> learned_{};
 };
 
