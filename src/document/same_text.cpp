@@ -1,11 +1,15 @@
 #include "same_text.h"
 
+#include "base/at_once.h"
 #include "base/same_bytes.h"
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cassert>
+#include <exception>
 #include <optional>
+#include <vector>
 
 namespace pluvo::document {
 
@@ -18,6 +22,9 @@ namespace {
 
 /// For a few units, which are not worth copying.
 constexpr Position kFew = 64;
+
+/// So many units are read between two pauses.
+constexpr Position kWindow = 4 * 1024 * 1024;
 
 bool equalUnits(const Stretch& a, const Stretch& b) {
   for (Position i = 0; i < a.length; ++i) {
@@ -51,13 +58,36 @@ bool equal(const Stretch& a, const Stretch& b) {
 /// anew, since the writer went by what edits and the original have noted.
 class Comparison {
  public:
-  Comparison(const text::PieceText& edited, const text::OriginalText& readBack)
+  Comparison(const text::PieceText& edited, const text::OriginalText& readBack,
+             const std::function<void()>& pause)
       : edited_(edited),
         readBack_(readBack),
+        pause_(pause),
         original_(edited.original().inBytes()),
         to_(readBack.inBytes()),
         cuts_(edited.cuts()) {}
 
+  /// [from, to) of the edited text, as long as it goes on.
+  bool isSame(Position from, Position to, const std::atomic<bool>& goesOn) {
+    bool same = true;
+    Position untilPause = kWindow;
+    edited_.forEachPiece(from, to, [&](Position start, const Piece& piece) {
+      for (Position done = 0; same && done < piece.length;) {
+        const Position length = std::min(piece.length - done, untilPause);
+        same = isSame(start + done, piece.part(done, done + length));
+        done += length;
+        untilPause -= length;
+        if (untilPause > 0) continue;
+        pause_();
+        untilPause = kWindow;
+        same = same && goesOn;
+      }
+      return same;
+    });
+    return same;
+  }
+
+ private:
   bool isSame(Position start, const Piece& piece) {
     if (to_ == nullptr && original_ == nullptr) return sameStretches(start, piece);
     if (to_ != nullptr && piece.isNew() && isKnown(piece)) return true;
@@ -67,7 +97,6 @@ class Comparison {
     return same;
   }
 
- private:
   /// Where both lie in units. New text that many pieces hold is compared with where it was read back before.
   bool sameStretches(Position start, const Piece& piece) {
     const Stretch back = readBack_.stretch(start, start + piece.length);
@@ -121,11 +150,15 @@ class Comparison {
 
   /// In the original, of a unit that is not in front of the last one asked for.
   BytesText::Place placeOf(Position position) {
+    for (; position - walkedTo_.position > kWindow; pause_()) walkTo(walkedTo_.position + kWindow);
     const auto cut = cuts_.offsetOf(position);
     if (cut && isAt(position, *cut)) {
       walkedTo_ = {position, *cut};
       return {*cut};
     }
+    return walkTo(position);
+  }
+  BytesText::Place walkTo(Position position) {
     const BytesText::Place place = original_->walk(walkedTo_.offset, position - walkedTo_.position);
     walkedTo_ = {position - (place.insidePair ? 1 : 0), place.offset};
     return place;
@@ -147,6 +180,7 @@ class Comparison {
 
   const text::PieceText& edited_;
   const text::OriginalText& readBack_;
+  const std::function<void()>& pause_;
   const BytesText* original_;
   const BytesText* to_;
   text::BytePlaceCursor cuts_;
@@ -167,24 +201,22 @@ class Comparison {
 
 bool sameText(const text::PieceText& edited, const text::OriginalText& readBack,
               const std::function<void()>& pause) {
-  constexpr Position kWindow = 4 * 1024 * 1024;
   if (edited.length() != readBack.length()) return false;
-  bool same = true;
-  Comparison comparison(edited, readBack);
-  Position start = 0;
-  Position untilPause = kWindow;
-  edited.forEachPiece([&](const Piece& piece, std::u16string_view) {
-    for (Position done = 0; same && done < piece.length;) {
-      const Position length = std::min(piece.length - done, untilPause);
-      same = comparison.isSame(start, piece.part(done, done + length));
-      done += length;
-      start += length;
-      untilPause -= length;
-      if (untilPause > 0) continue;
-      pause();
-      untilPause = kWindow;
+  const auto length = static_cast<std::size_t>(edited.length());
+  const std::size_t parts = base::partsOf(length);
+  const auto beginOf = [&](std::size_t part) { return static_cast<Position>(length * part / parts); };
+  std::atomic<bool> same = true;
+  std::vector<std::exception_ptr> thrown(parts);
+  base::atOnce(parts, [&](std::size_t part) {
+    try {
+      Comparison comparison(edited, readBack, pause);
+      if (!comparison.isSame(beginOf(part), beginOf(part + 1), same)) same = false;
+    } catch (...) {
+      thrown[part] = std::current_exception();
     }
   });
+  for (const std::exception_ptr& each : thrown)
+    if (each) std::rethrow_exception(each);
   return same;
 }
 

@@ -7,7 +7,7 @@
 
 namespace pluvo::document {
 
-/// Calls pause every few megabytes.
+/// Large texts are compared in parts, at once. Calls pause every few megabytes, of several threads.
 bool sameText(const text::PieceText& edited, const text::OriginalText& readBack,
               const std::function<void()>& pause);
 

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <string>
 
 namespace pluvo::document {
@@ -39,6 +41,30 @@ TEST(SameText, IsToldFromBytesOnlyWhereTheseBeginAndEndWithCharacters) {
     text::PieceText edited(ascii ? text::OriginalText(units + u'\r') : inUtf8(c.original));
     edited.replace(c.replaced.from, c.replaced.to, c.by, {});
     EXPECT_EQ(sameText(edited, inUtf8(c.readBack), [] {}), c.same) << c.original << " / " << c.readBack;
+  }
+}
+
+TEST(SameText, IsToldOfLargeTextsInParts) {
+  const std::string line = "ü one two three four five six\n";
+  std::string original;
+  while (original.size() < (std::size_t{18} << 20U)) original += line;
+  const auto lines = static_cast<text::Position>(original.size() / line.size());
+  text::PieceText edited(inUtf8(original));
+  std::string meant;
+  for (text::Position i = 0; i < lines; ++i) {
+    meant += i % 3 == 0 ? "ü zéro two three four five six\n" : line;
+    if (i % 3 != 0) continue;
+    const text::Position at = i * 30 + i / 3 + 2;
+    edited.replace(at, at + 3, u"zéro", {});
+  }
+  EXPECT_TRUE(sameText(edited, inUtf8(meant), [] {}));
+  for (const std::size_t at :
+       {meant.size() / 9, meant.size() / 2 - 20, meant.size() / 2 + 20, meant.size() - 2}) {
+    std::string other = meant;
+    char& letter = *std::find_if(other.begin() + static_cast<std::ptrdiff_t>(at), other.end(),
+                                 [](char each) { return each >= 'a'; });
+    letter = static_cast<char>(letter ^ 1);
+    EXPECT_FALSE(sameText(edited, inUtf8(other), [] {})) << at;
   }
 }
 
