@@ -35,7 +35,7 @@ struct Worked {
 Worked runOn(const NamedDocument& document, std::size_t number, const RunContext& around,
              const BlockSink& blocks);
 
-/// Saves a new version: checks it if it is small, and waits for the disk.
+/// Puts a new version in its place, and waits for the disk.
 Outcome finishSaving(Worked worked);
 
 }  // namespace pluvo::runs

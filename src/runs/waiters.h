@@ -10,8 +10,7 @@
 
 namespace pluvo::runs {
 
-/// Threads that check new versions and wait for the disk, so that working threads need not. What they are
-/// given must not throw.
+/// Threads that wait for the disk, so that working threads need not. What they are given must not throw.
 class Waiters {
  public:
   /// With no threads, add() runs the work itself.

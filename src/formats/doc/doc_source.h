@@ -25,9 +25,6 @@ class DocSource final : public formats::Source {
   std::optional<std::string> refusesText(std::u16string_view newText) const override;
   bool holdsHighlight() const override { return true; }
   void write(const document::Document& document, base::Output& out) const override;
-  std::uint64_t unpackedSize() const override {
-    return opened_->streams.file.bytes().size() * (opened_->streams.encrypted ? 2 : 1);
-  }
   std::vector<text::RunMap<formats::Appearance>> appearance() const override;
   void tellOtherTexts(const document::Story& mainText, formats::OtherTexts& texts) const override;
 

@@ -8,9 +8,6 @@
 #include "styles.h"
 #include "xml/escape.h"
 
-#include <algorithm>
-#include <limits>
-
 namespace pluvo::docx {
 
 DocxSource::DocxSource(Package package, Stories stories, Styles styles,
@@ -44,13 +41,6 @@ std::string DocxSource::placeholderStyle() const {
     id = styleNamed(xml::toUtf8(package_.archive.read(*member), name).utf8.view, name, "Placeholder Text");
   }
   return id.empty() ? "PlaceholderText" : id;
-}
-
-std::uint64_t DocxSource::unpackedSize() const {
-  std::uint64_t size = around_ == nullptr ? 0 : package_.archive.bytes().size();
-  for (const zip::Member& member : package_.archive.members())
-    size += std::min(member.size, std::numeric_limits<std::uint64_t>::max() - size);
-  return size;
 }
 
 std::vector<text::RunMap<formats::Appearance>> DocxSource::appearance() const {

@@ -19,7 +19,6 @@ class DocxSource : public formats::Source {
   std::optional<std::string> refusesText(std::u16string_view newText) const override;
   bool holdsHighlight() const override { return true; }
   void write(const document::Document& document, base::Output& out) const override;
-  std::uint64_t unpackedSize() const override;
   std::vector<text::RunMap<formats::Appearance>> appearance() const override;
   void tellOtherTexts(const document::Story& story, formats::OtherTexts& texts) const override;
 

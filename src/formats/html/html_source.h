@@ -18,7 +18,6 @@ class HtmlSource final : public formats::Source {
   void write(const document::Document& document, base::Output& out) const override;
   void tellOtherTexts(const document::Story& mainText, formats::OtherTexts& texts) const override;
   std::vector<text::RunMap<formats::Appearance>> appearance() const override;
-  std::uint64_t unpackedSize() const override { return page_->fileSize(); }
 
  private:
   std::unique_ptr<const Page> page_;

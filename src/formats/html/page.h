@@ -19,7 +19,6 @@ class Page {
 
   std::string_view bytes() const { return bytes_; }
   const Charset& charset() const { return charset_; }
-  std::size_t fileSize() const { return file_.view.size(); }
   /// Gives back memory that is filled again from the file.
   void release() const { file_.release(); }
 

@@ -21,7 +21,6 @@ class PlainSource final : public formats::Source {
   std::optional<std::string> refusesText(std::u16string_view newText) const override;
   bool holdsHighlight() const override { return false; }
   void write(const document::Document& document, base::Output& out) const override;
-  std::uint64_t unpackedSize() const override { return bytes_.view.size(); }
 
  private:
   /// Writes [from, to) of the original text.

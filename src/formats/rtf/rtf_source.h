@@ -17,7 +17,6 @@ class RtfSource final : public formats::Source {
   void write(const document::Document& document, base::Output& out) const override;
   void tellOtherTexts(const document::Story& mainText, formats::OtherTexts& texts) const override;
   std::vector<text::RunMap<formats::Appearance>> appearance() const override;
-  std::uint64_t unpackedSize() const override { return bytes_.view.size(); }
 
  private:
   std::string_view text() const {

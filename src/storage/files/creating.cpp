@@ -50,8 +50,7 @@ class Creating final : public Pending {
         place_(std::move(place)),
         original_(std::move(original)),
         opened_(opened),
-        file_(system, place_.folder),
-        requireRight_(version.check) {
+        file_(system, place_.folder) {
     const std::optional<OpenFile> pattern =
         opened_ ? std::optional<OpenFile>(std::in_place, system_, system_.openToRead(original_))
                 : openIfThere(system_, original_);
@@ -61,15 +60,10 @@ class Creating final : public Pending {
     // Who saves under another name goes on with that file, though the original may only be read.
     if (like && !opened_) like->status.permissions |= kOwnerWrites;
     writeVersion(system_, file_, like, version);
-  }
-
-  void check() override {
-    saving([&] { stamp_ = checkVersion(system_, file_.handle(), requireRight_); });
-    requireRight_ = nullptr;
+    stamp_ = checkVersion(system_, file_.handle(), version.check);
   }
 
   Saved finish() override {
-    if (requireRight_) check();
     return saving([&] {
       // Its name comes when it is whole, and goes to the disk by itself: a program killed here leaves
       // nothing.
@@ -98,7 +92,6 @@ class Creating final : public Pending {
   const std::string original_;
   const std::optional<Stamp> opened_;
   TemporaryFile file_;
-  std::function<void(const base::Bytes&)> requireRight_;  ///< until it was asked
   Stamp stamp_;
 };
 

@@ -139,27 +139,17 @@ class Replacing final : public Pending {
       : system_(system),
         document_(system, real),
         original_(system, document_, opened),
-        replacement_(system, document_.folder, version.temporary),
-        requireRight_(version.check),
-        beforeReplacing_(version.beforeReplacing),
-        backupSuffix_(backupSuffix) {
-    saved_.notKept =
-        writeVersion(system, replacement_, Original{original_.file().handle(), original_.before()}, version);
-  }
-
-  void check() override {
-    saving([&] {
-      saved_.stamp = checkVersion(system_, replacement_.handle(), requireRight_);
-      requireRight_ = nullptr;
-      if (backupSuffix_) backUp();
-      if (beforeReplacing_)
-        keeping_ = beforeReplacing_({document_.path, original_.file().handle(), original_.before(),
-                                     saved_.stamp, replacement_.name()});
-    });
+        replacement_(system, document_.folder, version.temporary) {
+    const FileStatus& before = original_.before();
+    saved_.notKept = writeVersion(system, replacement_, Original{original_.file().handle(), before}, version);
+    saved_.stamp = checkVersion(system, replacement_.handle(), version.check);
+    if (backupSuffix) backUp(*backupSuffix);
+    if (version.beforeReplacing)
+      keeping_ = version.beforeReplacing(
+          {document_.path, original_.file().handle(), before, saved_.stamp, replacement_.name()});
   }
 
   Saved finish() override {
-    if (requireRight_) check();
     return saving([&] {
       replacement_.flush();
       if (keeping_) keeping_->wait();
@@ -173,10 +163,10 @@ class Replacing final : public Pending {
   }
 
  private:
-  void backUp() {
+  void backUp(const std::string& suffix) {
     backup_.emplace(system_, document_.folder);
     copyOriginal(system_, original_.file().handle(), *backup_);
-    moveToFirstFree(*backup_, document_.name + *backupSuffix_);
+    moveToFirstFree(*backup_, document_.name + suffix);
     backup_->finish();
     saved_.backup = document_.pathBeside(backup_->name());
   }
@@ -186,9 +176,6 @@ class Replacing final : public Pending {
   const Held original_;
   std::unique_ptr<Keeping> keeping_;  ///< sees what becomes of the document, so it goes after the version
   TemporaryFile replacement_;
-  std::function<void(const base::Bytes&)> requireRight_;  ///< until it was asked
-  const std::function<std::unique_ptr<Keeping>(const Replacement&)> beforeReplacing_;
-  const std::optional<std::string> backupSuffix_;
   Saved saved_;
   std::optional<TemporaryFile> backup_;
 };

@@ -8,7 +8,6 @@
 #include "known_formats.h"
 #include "word/faults.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace pluvo::store {
@@ -17,10 +16,6 @@ using errors::DocumentError;
 using errors::Problem;
 
 namespace {
-
-/// A version that is not checked yet keeps its document's bytes and text in memory, and is then read as a
-/// whole. Of larger documents, unpacked, no more are to be there than are worked on.
-constexpr std::uint64_t kMostUnchecked = std::uint64_t{512} << 10U;
 
 std::string_view nameIn(std::string_view path) { return path.substr(path.rfind('/') + 1); }
 
@@ -117,15 +112,10 @@ std::unique_ptr<files::Pending> StoredDocument::beginSave(const SaveOptions& opt
   if (!document_->stories().changed()) return nullptr;
   const files::NewVersion version = newVersion(path_, options);
   if (!options.otherPath && path_ != readPath_) requireFileNotOverwritten();
-  auto pending =
-      options.otherPath
-          ? files::beginCreatingFile(*system_, *options.otherPath, path_, stamp_, version, options.otherRoot)
-          : files::beginReplacingFile(*system_, path_, stamp_, version, options.backupSuffix);
-  std::uint64_t length = 0;
-  for (std::size_t i = 0; i < document_->stories().count(); ++i)
-    length += static_cast<std::uint64_t>(document_->stories().story(i).length());
-  if (std::max(source_->unpackedSize(), length) > kMostUnchecked) pending->check();
-  return pending;
+  return options.otherPath
+             ? files::beginCreatingFile(*system_, *options.otherPath, path_, stamp_, version,
+                                        options.otherRoot)
+             : files::beginReplacingFile(*system_, path_, stamp_, version, options.backupSuffix);
 }
 
 void StoredDocument::saveAs(const std::string& path) {

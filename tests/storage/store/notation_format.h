@@ -53,7 +53,6 @@ class NotationFormat final : public formats::Format {
     Source(formats::SharedKey key, Spoil spoil) : key_(std::move(key)), spoil_(std::move(spoil)) {}
     std::optional<std::string> refusesText(std::u16string_view) const override { return std::nullopt; }
     bool holdsHighlight() const override { return true; }
-    std::uint64_t unpackedSize() const override { return 0; }
     void write(const document::Document& document, base::Output& out) const override {
       std::string all;
       for (std::size_t i = 0; i < document.count(); ++i)

@@ -28,8 +28,6 @@ class Source : public document::Medium {
  public:
   /// Writes the whole document as its stories stand. Throws errors::DocumentError.
   virtual void write(const document::Document& document, base::Output& out) const = 0;
-  /// How many bytes reading it may take at the most, unpacked, whatever the file's size.
-  virtual std::uint64_t unpackedSize() const = 0;
   /// How each original character of each story looks, by the stories' numbers, made anew at every call. A map
   /// is empty, or missing at the end, where nothing is known of a story.
   virtual std::vector<text::RunMap<Appearance>> appearance() const { return {}; }

@@ -66,7 +66,7 @@ class Keeping {
 struct NewVersion {
   std::function<void(base::Output&)> write;
   /// Given the version as read back from the disk. Throws errors::DocumentError where that is not the version
-  /// meant. Like the functions below, it may be called when the document is closed.
+  /// meant.
   std::function<void(const base::Bytes&)> check;
   /// Called when the new version is written and checked, before it takes the place of the original. The
   /// original stays if this throws. Null where nothing is kept.
@@ -93,14 +93,11 @@ struct Saved {
   NotKept notKept = {};
 };
 
-/// A new version that is written; it is still to be checked, flushed, and put in its
-/// place. Unless it is finished there is nothing of it.
+/// A new version that is written and checked; it is still to be flushed and put in its place. Unless it is
+/// finished there is nothing of it.
 class Pending {
  public:
   virtual ~Pending() = default;
-  /// Calls NewVersion's check and beforeReplacing. To be called once at the most, on any thread; finish does
-  /// it where nobody did.
-  virtual void check() = 0;
   /// To be called once, on any thread.
   virtual Saved finish() = 0;
 };
