@@ -223,13 +223,14 @@ void checkRowsOfMatches(const std::string& row) {
       }
     }
     EXPECT_EQ(matches->first(units, original.length()), OriginalMatches::kNone);
-    EXPECT_EQ(matches->gaveUp(), needle.front() == 'L');
+    if (survey.text != nullptr) EXPECT_EQ(matches->gaveUp(), needle.front() == 'L');
   }
 }
 
 TEST(Utf8Text, LargeOnesHoldTheirMatchesInRowsAndApart) {
-  checkRowsOfMatches("ü the Lessee and the LESSOR, 𝒜 the lessor; ");
-  checkRowsOfMatches("a the Lessee and the LESSOR, a the lessor; ");
+  const std::string row40(40, 'l');
+  checkRowsOfMatches("ü the Lessee and the LESSOR, 𝒜 the lessor; " + row40 + "E ");
+  checkRowsOfMatches("a the Lessee and the LESSOR, a the lessor; " + row40 + "E ");
 }
 
 TEST(Utf8Text, EveryKindOfProcessorSeesTheSame) {
