@@ -188,7 +188,7 @@ TEST(Utf8Text, LargeOnesThatAreLookedOverInPartsHaveTheirUnitsWhereSmallOnesDo) 
 }
 
 /// In the rows of matches of large texts they are found ahead. Asked are stretches of the text and all of it,
-/// from its front again and again, up to where comparing has become too much work.
+/// from its front again and again.
 void checkRowsOfMatches(const std::string& row) {
   const std::string part = row + std::string(3000, 'b') + row + "THE LESSOR";
   std::string text;
@@ -223,7 +223,6 @@ void checkRowsOfMatches(const std::string& row) {
       }
     }
     EXPECT_EQ(matches->first(units, original.length()), OriginalMatches::kNone);
-    if (survey.text != nullptr) EXPECT_EQ(matches->gaveUp(), needle.front() == 'L');
   }
 }
 
