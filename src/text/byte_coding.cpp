@@ -59,27 +59,36 @@ ByteCoding::ByteCoding(const std::array<char16_t, 256>& singles, const std::vect
   const Row plain = mostCommon(rows);
   for (unsigned byte = 0; byte < 256; ++byte) {
     const auto at = static_cast<std::uint8_t>(byte);
-    if (plain[byte]) tables_->plainSeconds.add(at);
+    if (!plain[byte]) tables_->doubtful.add(at);
     if (singles_[byte] != kNone || isLead(at)) continue;
     tables_->nothing.add(at);
+    tables_->unclear.add(at);
     tables_->anyNothing = true;
   }
-  // Signs and syllables come before ideographs in these encodings; rows that are nearly empty are rare in
-  // texts.
+  // Signs and syllables come before ideographs in these encodings, which may begin in the row before the
+  // plain ones. Rows that are nearly empty are rare in texts.
   constexpr std::ptrdiff_t kWorthARow = 64;
-  std::size_t rowCount = 0;
+  std::size_t kept = 0;
+  bool anyPlain = false;
   for (const Lead& lead : leads) {
     const Row row = rowOf(lead);
-    const bool holdsPlain =
-        std::equal(plain.begin(), plain.end(), row.begin(), [](bool in, bool has) { return !in || has; });
-    if (holdsPlain) tables_->plainLeads.add(lead.byte);
-    if (holdsPlain || rowCount == std::size(tables_->rows) ||
-        std::count(row.begin(), row.end(), true) < kWorthARow)
-      continue;
-    CodingTables::Row& kept = tables_->rows[rowCount++];
-    kept.lead = lead.byte;
-    for (unsigned second = 0; second < 256; ++second)
-      if (row[second]) kept.seconds.add(static_cast<std::uint8_t>(second));
+    CodingTables::Row doubtful{lead.byte, {}};
+    bool isPlain = true;
+    for (unsigned second = 0; second < 256; ++second) {
+      if (row[second] || !plain[second]) continue;
+      doubtful.doubtful.add(static_cast<std::uint8_t>(second));
+      isPlain = false;
+    }
+    anyPlain = anyPlain || isPlain;
+    if (isPlain) continue;
+    CodingTables::Row& place = tables_->rows[std::min(kept, std::size(tables_->rows) - 1)];
+    const bool isKept =
+        (place.lead == 0 || !anyPlain) && std::count(row.begin(), row.end(), true) >= kWorthARow;
+    const std::uint8_t left = isKept ? place.lead : lead.byte;
+    if (left != 0) tables_->unclear.add(left);
+    if (!isKept) continue;
+    place = doubtful;
+    ++kept;
   }
   singles_['\n'] = kParagraphMark;
 }

@@ -12,6 +12,9 @@ using Kind = ByteCoding::Kind;
 
 constexpr Mask kEven = ~Mask{0} / 3;
 
+template <Kind kKind>
+constexpr bool kIsWide = kKind == Kind::littleUnits || kKind == Kind::bigUnits;
+
 #if defined(__AVX2__)
 
 constexpr std::uint8_t kLowerBits[32] = {1, 2, 4, 8, 16, 32, 64, 128, 0, 0, 0, 0, 0, 0, 0, 0,
@@ -24,22 +27,33 @@ struct Block : Bytes64 {
   Vector low[kVectors], lowerBit[kVectors], upperBit[kVectors];
 
   explicit Block(const std::uint8_t* bytes) : Bytes64(bytes) {
+    const Vector lowerBits = load(kLowerBits);
+    const Vector upperBits = load(kUpperBits);
     for (std::size_t i = 0; i < kVectors; ++i) {
       low[i] = lowNibbles(vectors[i]);
       const Vector high = highNibbles(vectors[i]);
-      lowerBit[i] = lookUp(kLowerBits, high);
-      upperBit[i] = lookUp(kUpperBits, high);
+      lowerBit[i] = lookUp(lowerBits, high);
+      upperBit[i] = lookUp(upperBits, high);
     }
-  }
-  Mask in(const ByteSet& set) const {
-    return notZero([&](std::size_t i) {
-      return either(both(lookUp(set.lower, low[i]), lowerBit[i]),
-                    both(lookUp(set.upper, low[i]), upperBit[i]));
-    });
   }
   /// Of a set of bytes from 80 on.
   Mask inUpper(const ByteSet& set) const {
-    return notZero([&](std::size_t i) { return both(lookUp(set.upper, low[i]), upperBit[i]); });
+    const Vector upper = load(set.upper);
+    return notZero([&](std::size_t i) { return both(lookUp(upper, low[i]), upperBit[i]); });
+  }
+  /// Of the seconds those that are doubtful, where bytes are the same as of the block and one lies in front.
+  Mask doubtful(const std::uint8_t* bytes, const CodingTables& tables, Mask seconds) const {
+    return seconds & notZero([&](std::size_t i) {
+             const Vector before = load(bytes + i * sizeof(Vector) - 1);
+             Vector lower = lookUp(tables.doubtful.lower, low[i]);
+             Vector upper = lookUp(tables.doubtful.upper, low[i]);
+             for (const CodingTables::Row& row : tables.rows) {
+               const Vector isAfter = equal(before, row.lead);
+               lower = either(lower, both(isAfter, lookUp(row.doubtful.lower, low[i])));
+               upper = either(upper, both(isAfter, lookUp(row.doubtful.upper, low[i])));
+             }
+             return either(both(lower, lowerBit[i]), both(upper, upperBit[i]));
+           });
   }
 
  private:
@@ -57,12 +71,15 @@ struct Block : Bytes64 {
   const std::uint8_t* bytes;
 
   explicit Block(const std::uint8_t* block) : Bytes64(block), bytes(block) {}
-  Mask in(const ByteSet& set) const {
+  Mask inUpper(const ByteSet& set) const {
     Mask mask = 0;
-    for (std::size_t i = 0; i < kBlock; ++i) mask |= Mask{set.has[bytes[i]]} << i;
+    for (Mask rest = high(); rest != 0; rest &= rest - 1) {
+      const int i = __builtin_ctzll(rest);
+      mask |= Mask{set.has[bytes[i]]} << i;
+    }
     return mask;
   }
-  Mask inUpper(const ByteSet& set) const { return high() == 0 ? 0 : in(set); }
+  Mask doubtful(const std::uint8_t*, const CodingTables&, Mask seconds) const { return seconds; }
 };
 
 #endif
@@ -96,7 +113,7 @@ inline __attribute__((always_inline)) Look look(const Block& block, const Coding
   Look look;
   look.returns = block.equalTo('\r');
   look.feeds = block.equalTo('\n');
-  constexpr bool kWide = kKind == Kind::littleUnits || kKind == Kind::bigUnits;
+  constexpr bool kWide = kIsWide<kKind>;
   if constexpr (kWide) {
     const Mask zeros = block.equalTo(0);
     const bool little = kKind == Kind::littleUnits;
@@ -116,19 +133,21 @@ inline __attribute__((always_inline)) Look look(const Block& block, const Coding
   return look;
 }
 
-/// Whether leads make no units with the bytes after them. The last byte of a block is judged with the one
-/// after that.
+/// Whether a byte that stands for nothing, or a lead that makes no unit with the byte after it, is among the
+/// bytes, in front of which another one lies. The last byte of a block is judged with the one after that, or
+/// in the next block.
 inline __attribute__((always_inline)) bool isPairWrong(const Block& block, const std::uint8_t* bytes,
-                                                       const CodingTables& tables, Mask leads) {
-  Mask rest = leads & ~(block.inUpper(tables.plainLeads) & block.in(tables.plainSeconds) >> 1);
-  if (rest == 0) return false;
-  for (const CodingTables::Row& row : tables.rows)
-    rest &= ~(block.equalTo(row.lead) & block.in(row.seconds) >> 1);
-  for (; rest != 0; rest &= rest - 1) {
-    const std::uint8_t* const at = bytes + __builtin_ctzll(rest);
-    if (!tables.isPair[std::size_t{256} * at[0] + at[1]]) return true;
-  }
-  return false;
+                                                       const CodingTables& tables, const Look& found,
+                                                       Mask inside) {
+  const auto isAnyWrong = [&](Mask firsts, const std::uint8_t* at) {
+    for (; firsts != 0; firsts &= firsts - 1) {
+      const std::uint8_t* const first = at + __builtin_ctzll(firsts);
+      if (!tables.isPair[std::size_t{256} * first[0] + first[1]]) return true;
+    }
+    return false;
+  };
+  return (found.seconds != 0 && isAnyWrong(block.doubtful(bytes, tables, found.seconds), bytes - 1)) ||
+         isAnyWrong(block.inUpper(tables.unclear) & ~found.seconds & inside, bytes);
 }
 
 /// 1 where a line feed at an offset belongs to the carriage return before it.
@@ -149,40 +168,88 @@ bool isSecond(const std::uint8_t* bytes, const CodingTables& tables, std::size_t
   return leads % 2 == 1;
 }
 
+/// A copy of a block, or of its beginning, with the byte in front of it.
+struct Apart {
+  std::uint8_t bytes[1 + kBlock] = {};
+
+  Apart(std::uint8_t before, const std::uint8_t* from, std::size_t count) {
+    bytes[0] = before;
+    for (std::size_t i = 0; i < count; ++i) bytes[1 + i] = from[i];
+  }
+  const std::uint8_t* block() const { return bytes + 1; }
+};
+
+/// Looks over one block after the other.
+template <Kind kKind>
+class Surveyor {
+ public:
+  Surveyor(const CodingTables& tables, Open open) : tables_(tables), open_(open) {}
+
+  /// False where bytes stand for nothing. Inside are the bytes that are there. A lead must not be last.
+  inline __attribute__((always_inline)) bool take(const std::uint8_t* bytes, Mask inside, Mask last) {
+    const Block block(bytes);
+    const Look found = look<kKind>(block, tables_, open_);
+    units_ += ones(found.begins & inside);
+    lineFeeds_ += ones(found.feeds);
+    carriageReturns_ += ones(found.returns);
+    pairs_ += ones(found.joined);
+    if constexpr (kIsWide<kKind>) return true;
+    if (last == 0)
+      for (const Vector vector : block.vectors) least_ = smaller(least_, vector);
+    else
+      zeros_ = (block.equalTo(0) & inside) != 0;
+    if constexpr (kKind == Kind::pairs)
+      return (found.leads & last) == 0 && !isPairWrong(block, bytes, tables_, found, inside);
+    if (!tables_.anyNothing || (block.inUpper(tables_.nothing) & inside) == 0) return true;
+    unassigned_ = true;
+    return tables_.readsUnassigned;
+  }
+  std::uint32_t note() const {
+    return static_cast<std::uint32_t>(units_) | (open_.second != 0 ? kSecondByte : 0);
+  }
+  bool isInPair() const { return open_.second != 0; }
+  void tell(CodedScan& scan) const {
+    scan.units = units_;
+    scan.lineFeeds = lineFeeds_;
+    scan.carriageReturns = carriageReturns_;
+    scan.pairs = pairs_;
+    scan.unassigned = unassigned_;
+    scan.zeros = zeros_ || bits(equal(least_, 0)) != 0;
+  }
+
+ private:
+  const CodingTables& tables_;
+  Open open_;
+  std::uint64_t units_ = 0, lineFeeds_ = 0, carriageReturns_ = 0, pairs_ = 0;
+  Vector least_ = fill(std::uint8_t{0xFF});
+  bool zeros_ = false, unassigned_ = false;
+};
+
 template <Kind kKind>
 bool survey(const std::uint8_t* bytes, std::size_t size, const CodingTables& tables, CodedScan& scan) {
   std::size_t offset = scan.firstRow * kCodedInterval;
   const bool isLast = scan.endRow > size / kCodedInterval || scan.endRow * kCodedInterval == size;
   const std::size_t end = isLast ? size : scan.endRow * kCodedInterval;
-  Open open{kKind == Kind::pairs && isSecond(bytes, tables, offset) ? Mask{1} : Mask{0},
-            isReturnBefore<kKind>(bytes, offset)};
+  Surveyor<kKind> surveyor(tables,
+                           {kKind == Kind::pairs && isSecond(bytes, tables, offset) ? Mask{1} : Mask{0},
+                            isReturnBefore<kKind>(bytes, offset)});
   scan.notes[scan.firstRow] = 0;
-  const auto take = [&](const std::uint8_t* bytesOfBlock, Mask inside, Mask last) {
-    const Block block(bytesOfBlock);
-    const Look found = look<kKind>(block, tables, open);
-    scan.units += ones(found.begins & inside);
-    scan.lineFeeds += ones(found.feeds);
-    scan.carriageReturns += ones(found.returns);
-    scan.pairs += ones(found.joined);
-    if constexpr (kKind == Kind::littleUnits || kKind == Kind::bigUnits) return true;
-    if (tables.anyNothing && (block.inUpper(tables.nothing) & ~found.seconds & inside) != 0) {
-      scan.unassigned = true;
-      if (!tables.readsUnassigned) return false;
-    }
-    return (found.leads & last) == 0 &&
-           (kKind != Kind::pairs || !isPairWrong(block, bytesOfBlock, tables, found.leads));
-  };
-  for (; offset < end; offset += kBlock) {
-    if (offset % kCodedInterval == 0)
-      scan.notes[offset / kCodedInterval] =
-          static_cast<std::uint32_t>(scan.units) | (open.second != 0 ? kSecondByte : 0);
+  const Apart front(0, bytes, offset > 0 ? 0 : size < kBlock ? size : kBlock);
+  bool valid = true;
+  for (; valid && offset < end; offset += kBlock) {
+    if (offset % kCodedInterval == 0) scan.notes[offset / kCodedInterval] = surveyor.note();
     if (size - offset < kBlock) break;
-    if (!take(bytes + offset, ~Mask{0}, 0)) return false;
+    valid = surveyor.take(offset == 0 ? front.block() : bytes + offset, ~Mask{0}, 0);
   }
-  if (!isLast) return true;
-  if (offset == size) return open.second == 0;
-  const Rest rest(bytes + offset, size - offset);
-  return take(rest.bytes, rest.inside, rest.inside & ~(rest.inside >> 1));
+  if (valid && isLast && offset < size) {
+    const std::size_t left = size - offset;
+    const Apart rest(offset == 0 ? 0 : bytes[offset - 1], bytes + offset, left);
+    valid = surveyor.take(rest.block(), (Mask{1} << left) - 1, Mask{1} << (left - 1));
+  } else if (isLast) {
+    valid = valid && !surveyor.isInPair();
+  }
+  surveyor.tell(scan);
+  return valid;
 }
 
 template <Kind kKind>

@@ -24,14 +24,15 @@ struct CodingTables {
   bool anyNothing = false;
   bool readsUnassigned = false;  ///< such bytes are read as they are
   ByteSet leads;
-  ByteSet plainLeads;  ///< with which every plain second byte makes a unit
-  ByteSet plainSeconds;
-  /// Of the first other leads that make more than a few units. A lead of 0 is none.
+  /// Bytes, as firsts, and as seconds after any lead or after one of some, that may not make a unit. The
+  /// table of pairs has to be asked for these alone. A lead of 0 is none.
+  ByteSet unclear;
+  ByteSet doubtful;
   struct Row {
     std::uint8_t lead = 0;
-    ByteSet seconds;
+    ByteSet doubtful;
   };
-  Row rows[3];
+  Row rows[4];
   const bool* isPair = nullptr;  ///< whether two bytes make a unit, by the first times 256 plus the second
 };
 
@@ -45,7 +46,8 @@ struct CodedScan {
   std::uint64_t lineFeeds = 0;        ///< in all
   std::uint64_t carriageReturns = 0;  ///< in all
   std::uint64_t pairs = 0;            ///< of the two
-  bool unassigned = false;            ///< a byte stands for nothing
+  bool unassigned = false;            ///< a byte stands for nothing; not told of pairs
+  bool zeros = false;                 ///< a byte is zero; told of all but UTF-16
 };
 
 /// For every so many bytes a note: how many units begin in front of the byte, and by this bit whether it is

@@ -29,6 +29,7 @@ bool scanAll(CodedText::Bytes bytes, const CodingTables& tables, std::size_t row
     all.carriageReturns += scan.carriageReturns;
     all.pairs += scan.pairs;
     all.unassigned = all.unassigned || scan.unassigned;
+    all.zeros = all.zeros || scan.zeros;
   }
   return valid;
 }
@@ -46,6 +47,7 @@ CodedText::Survey CodedText::survey(Bytes bytes, const std::shared_ptr<const voi
   survey.valid = scanAll(bytes, coding.tables(), noteCount, scan);
   survey.unassigned = scan.unassigned;
   if (!survey.valid) return survey;
+  survey.zeros = scan.zeros;
   survey.pairs = static_cast<std::size_t>(scan.pairs);
   survey.lineFeeds = static_cast<std::size_t>(scan.lineFeeds - scan.pairs);
   survey.carriageReturns = static_cast<std::size_t>(scan.carriageReturns - scan.pairs);

@@ -26,12 +26,12 @@ inline Vector unlike(Vector a, Vector b) { return _mm256_xor_si256(a, b); }
 inline Vector plus(Vector a, Vector b) { return _mm256_add_epi8(a, b); }
 inline Vector minus(Vector a, Vector b) { return _mm256_sub_epi8(a, b); }
 inline Vector beyond(Vector a, Vector b) { return _mm256_subs_epu8(a, b); }
+inline Vector smaller(Vector a, Vector b) { return _mm256_min_epu8(a, b); }
 inline Vector lowNibbles(Vector a) { return both(a, _mm256_set1_epi8(15)); }
 inline Vector highNibbles(Vector a) { return lowNibbles(_mm256_srli_epi16(a, 4)); }
 /// For each nibble the byte of a table, which holds the same 16 bytes twice.
-inline Vector lookUp(const std::uint8_t* table, Vector nibbles) {
-  return _mm256_shuffle_epi8(load(table), nibbles);
-}
+inline Vector lookUp(Vector table, Vector nibbles) { return _mm256_shuffle_epi8(table, nibbles); }
+inline Vector lookUp(const std::uint8_t* table, Vector nibbles) { return lookUp(load(table), nibbles); }
 inline bool isZero(Vector a) { return _mm256_testz_si256(a, a) != 0; }
 inline Vector fill(std::uint8_t unit) { return _mm256_set1_epi8(static_cast<char>(unit)); }
 inline Vector fill(char16_t unit) { return _mm256_set1_epi16(static_cast<short>(unit)); }
@@ -60,6 +60,7 @@ inline Vector unlike(Vector a, Vector b) { return _mm_xor_si128(a, b); }
 inline Vector plus(Vector a, Vector b) { return _mm_add_epi8(a, b); }
 inline Vector minus(Vector a, Vector b) { return _mm_sub_epi8(a, b); }
 inline Vector beyond(Vector a, Vector b) { return _mm_subs_epu8(a, b); }
+inline Vector smaller(Vector a, Vector b) { return _mm_min_epu8(a, b); }
 inline bool isZero(Vector a) { return _mm_movemask_epi8(_mm_cmpeq_epi8(a, _mm_setzero_si128())) == 0xFFFF; }
 inline Vector fill(std::uint8_t unit) { return _mm_set1_epi8(static_cast<char>(unit)); }
 inline Vector fill(char16_t unit) { return _mm_set1_epi16(static_cast<short>(unit)); }
@@ -94,6 +95,7 @@ inline Vector unlike(Vector a, Vector b) { return a ^ b; }
 inline Vector plus(Vector a, Vector b) { return a + b; }
 inline Vector minus(Vector a, Vector b) { return a - b; }
 inline Vector beyond(Vector a, Vector b) { return (a - b) & reinterpret_cast<Vector>(a > b); }
+inline Vector smaller(Vector a, Vector b) { return a - beyond(a, b); }
 inline Vector fill(std::uint8_t unit) { return Vector{} + unit; }
 inline Vector equal(Vector a, Vector b, std::uint8_t) { return reinterpret_cast<Vector>(a == b); }
 inline Vector greater(Vector a, Vector b) {

@@ -41,7 +41,8 @@ class CodePage::Converter {
     std::ranges::copy(bytes, in.begin());
     std::size_t inLeft = bytes.size();
     std::size_t outLeft = out.size();
-    const int error = convert(decoder_, in.data(), inLeft, reinterpret_cast<char*>(out.data()), outLeft);
+    const int error =
+        convert(decoder_, decoderIsInitial_, in.data(), inLeft, reinterpret_cast<char*>(out.data()), outLeft);
     if (error != 0 || inLeft != 0) return {error == EINVAL ? What::beginning : What::nothing};
     const std::size_t count = (out.size() - outLeft) / 4;
     if (count == 0) return {What::silent};
@@ -57,7 +58,8 @@ class CodePage::Converter {
     std::array<std::uint8_t, 32> out = {};
     std::size_t inLeft = in.size();
     std::size_t outLeft = out.size();
-    const int error = convert(encoder_, in.data(), inLeft, reinterpret_cast<char*>(out.data()), outLeft);
+    const int error =
+        convert(encoder_, encoderIsInitial_, in.data(), inLeft, reinterpret_cast<char*>(out.data()), outLeft);
     Encoded encoded;
     const std::size_t count = out.size() - outLeft;
     if (error != 0 || count == 0 || count > encoded.bytes.size()) return std::nullopt;
@@ -69,16 +71,23 @@ class CodePage::Converter {
  private:
   static iconv_t none() { return reinterpret_cast<iconv_t>(-1); }  // NOLINT(performance-no-int-to-ptr)
 
-  /// Converts from the initial state, and flushes characters held back. Returns an error or 0.
-  static int convert(iconv_t converter, char* in, std::size_t& inLeft, char* out, std::size_t& outLeft) {
+  /// Converts from the initial state, and flushes characters held back, which leads to that state again.
+  /// Returns an error or 0.
+  static int convert(iconv_t converter, bool& isInitial, char* in, std::size_t& inLeft, char* out,
+                     std::size_t& outLeft) {
     constexpr auto kFailed = static_cast<std::size_t>(-1);
-    iconv(converter, nullptr, nullptr, nullptr, nullptr);
+    if (!isInitial) iconv(converter, nullptr, nullptr, nullptr, nullptr);
+    isInitial = false;
     if (iconv(converter, &in, &inLeft, &out, &outLeft) == kFailed) return errno;
-    return iconv(converter, nullptr, nullptr, &out, &outLeft) == kFailed ? errno : 0;
+    if (iconv(converter, nullptr, nullptr, &out, &outLeft) == kFailed) return errno;
+    isInitial = true;
+    return 0;
   }
 
   iconv_t decoder_;
   iconv_t encoder_;
+  bool decoderIsInitial_ = true;
+  bool encoderIsInitial_ = true;
 };
 
 CodePage::CodePage(std::unique_ptr<Converter> converter) : converter_(std::move(converter)) {}

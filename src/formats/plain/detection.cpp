@@ -104,12 +104,9 @@ void requireDecodes(const base::Bytes& file, const Named& named, Storage& storag
   });
 }
 
-bool holdsZeros(ByteSpan bytes, const Storage& storage) {
-  return storage.utf8.valid ? storage.utf8.zeros : text::holdsZero(bytes);
-}
-
 /// Without a mark.
 Storage storageOf(const base::Bytes& file, const formats::Hint& hint) {
+  constexpr std::size_t kFirst = 4096;  // where most files that hold zeros have one
   const ByteSpan bytes = file.view;
   Storage storage;
   std::optional<Named> named;
@@ -127,7 +124,17 @@ Storage storageOf(const base::Bytes& file, const formats::Hint& hint) {
     return as(which);
   };
   if (named && hint.certain) return said(*named);
-  const bool zeros = holdsZeros(bytes, storage);  // as every Latin letter in UTF-16 has them
+  const bool mayBeGuessed =
+      !storage.utf8.valid && !named && !text::holdsZero(bytes.first(std::min(bytes.size(), kFirst)));
+  Utf8Share share;
+  if (mayBeGuessed) share = utf8ShareOf(bytes);
+  const bool isGuessed = mayBeGuessed && !isUtf8ButForAFew(share) && !isMixedWithUtf8(share);
+  std::optional<Guess> guess;
+  if (isGuessed) guess = guessed(file);
+  // As every Latin letter in UTF-16 has them. A guess may have looked at all bytes.
+  const bool zeros = storage.utf8.valid            ? storage.utf8.zeros
+                     : guess && guess->coded.valid ? guess->coded.zeros
+                                                   : text::holdsZero(bytes);
   const bool isAscii = storage.utf8.valid && storage.utf8.ascii;
   if (named && zeros && isUtf16(named->coding.encoding)) return said(*named);
   if (zeros && readsAsUtf16<Encoding::utf16Little>(bytes)) return as({{Encoding::utf16Little}, "UTF-16LE"});
@@ -138,14 +145,14 @@ Storage storageOf(const base::Bytes& file, const formats::Hint& hint) {
     return as(utf8Named());
   }
   if (storage.utf8.valid) return as(utf8Named());
-  const Utf8Share share = utf8ShareOf(bytes);
+  if (!mayBeGuessed) share = utf8ShareOf(bytes);
   if (isUtf8ButForAFew(share)) {
     storage.strayBytes = storage.guessed = true;
     return as(utf8Named());
   }
   if (named) return said(*named);
   if (zeros || isMixedWithUtf8(share)) throw untold(!zeros);
-  const auto guess = guessed(file);
+  if (!isGuessed) guess = guessed(file);
   if (!guess) throw untold(false);
   storage.guessed = true;
   storage.coded = guess->coded;

@@ -21,9 +21,10 @@ bool isRareInTheWest(char32_t c) {
 }
 
 Sort sortOf(char32_t c, Letters letters) {
-  if (c == 0x20 || within(c, 0x09, 0x0D) || c == 0xA0) return Sort::blank;
   if (isAsciiLetter(c)) return Sort::ascii;
+  if (c == 0x20 || within(c, 0x09, 0x0D) || c == 0xA0) return Sort::blank;
   if (c < 0x80) return Sort::other;
+  if (within(c, 0x2E80, 0xD7FF)) return Sort::wide;
   if (within(c, 0x80, 0x9F) || within(c, 0xD800, 0xF8FF) || within(c, 0x2500, 0x25FF)) return Sort::junk;
   const bool latin = (within(c, 0xC0, 0x24F) && c != 0xD7 && c != 0xF7) || within(c, 0x1E00, 0x1EFF);
   if (latin) return letters == Letters::western && isRareInTheWest(c) ? Sort::junk : Sort::latin;
@@ -45,9 +46,19 @@ class Judge {
 
   void take(char32_t c) {
     const Sort sort = sortOf(c, letters_);
+    // Most characters are like the ones before them, so that nothing else changes.
+    if (sort == before_ && sort == Sort::wide) {
+      ++sense_.fits;
+      return;
+    }
+    if (sort == before_ && sort == Sort::ascii) {
+      ++ascii_;
+      last_ = c;
+      return;
+    }
     if (sort == Sort::sign) return takeSign(c);
     const bool letter = sort == Sort::ascii || sort == Sort::latin || sort == Sort::foreign;
-    judgeSign(letter, sort == Sort::blank);
+    if (sign_ != 0) judgeSign(letter, sort == Sort::blank);
     if (!letter) endWord();
     if (sort == Sort::ascii) ++ascii_;
     if (sort == Sort::foreign) ++foreign_;
@@ -77,7 +88,6 @@ class Judge {
   }
 
   void judgeSign(bool beforeLetter, bool beforeBlank) {
-    if (sign_ == 0) return;
     constexpr std::u32string_view kWithin = U"’‘\u00AD–—·";
     constexpr std::u32string_view kOpening = U"“‘«„‚‹¿¡";
     constexpr std::u32string_view kClosing = U"”’»“‘›…";

@@ -18,11 +18,12 @@ class CodedText final : public BytesText {
  public:
   /// Facts about bytes, from one look at them.
   struct Survey {
-    bool unassigned = false;    ///< a byte stands for nothing by the encoding
+    bool unassigned = false;    ///< a byte stands for nothing by the encoding; told of single bytes alone
     bool valid = false;         ///< each byte has a meaning; the fields below are known only then
     std::size_t lineFeeds = 0;  ///< alone
     std::size_t carriageReturns = 0;
     std::size_t pairs = 0;  ///< CR LF
+    bool zeros = false;     ///< a byte is zero; told of all but UTF-16
     /// The text has one paragraph mark after its bytes.
     std::shared_ptr<const CodedText> text;
   };
