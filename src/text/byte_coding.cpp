@@ -52,43 +52,47 @@ ByteCoding::ByteCoding(const std::array<char16_t, 256>& singles, const std::vect
     const Row row = rowOf(lead);
     pairs_.insert(pairs_.end(), lead.pairs.begin(), lead.pairs.end());
     rows_[lead.byte] = static_cast<std::uint16_t>(pairs_.size() / 256);
-    tables_->leads.add(lead.byte);
+    tables_->add(kLead, lead.byte);
     std::copy(row.begin(), row.end(), arePairs_.get() + std::size_t{256} * lead.byte);
     ++rows[row];
   }
   const Row plain = mostCommon(rows);
   for (unsigned byte = 0; byte < 256; ++byte) {
     const auto at = static_cast<std::uint8_t>(byte);
-    if (!plain[byte]) tables_->doubtful.add(at);
+    if (!plain[byte]) tables_->addDoubtful(at);
     if (singles_[byte] != kNone || isLead(at)) continue;
-    tables_->nothing.add(at);
-    tables_->unclear.add(at);
+    tables_->add(kNothing, at);
+    tables_->add(kUnclear, at);
     tables_->anyNothing = true;
   }
   // Signs and syllables come before ideographs in these encodings, which may begin in the row before the
   // plain ones. Rows that are nearly empty are rare in texts.
   constexpr std::ptrdiff_t kWorthARow = 64;
-  std::size_t kept = 0;
+  std::vector<Lead> kept;
   bool anyPlain = false;
+  const auto lacks = [&](const Row& row, unsigned second) { return plain[second] && !row[second]; };
   for (const Lead& lead : leads) {
     const Row row = rowOf(lead);
-    CodingTables::Row doubtful{lead.byte, {}};
     bool isPlain = true;
-    for (unsigned second = 0; second < 256; ++second) {
-      if (row[second] || !plain[second]) continue;
-      doubtful.doubtful.add(static_cast<std::uint8_t>(second));
-      isPlain = false;
-    }
+    for (unsigned second = 0; second < row.size(); ++second) isPlain = isPlain && !lacks(row, second);
     anyPlain = anyPlain || isPlain;
     if (isPlain) continue;
-    CodingTables::Row& place = tables_->rows[std::min(kept, std::size(tables_->rows) - 1)];
-    const bool isKept =
-        (place.lead == 0 || !anyPlain) && std::count(row.begin(), row.end(), true) >= kWorthARow;
-    const std::uint8_t left = isKept ? place.lead : lead.byte;
-    if (left != 0) tables_->unclear.add(left);
-    if (!isKept) continue;
-    place = doubtful;
-    ++kept;
+    const bool isFull = kept.size() == std::size(tables_->rows);
+    if (std::count(row.begin(), row.end(), true) < kWorthARow || (isFull && anyPlain)) {
+      tables_->add(kUnclear, lead.byte);
+      continue;
+    }
+    if (isFull) {
+      tables_->add(kUnclear, kept.back().byte);
+      kept.pop_back();
+    }
+    kept.push_back(lead);
+  }
+  for (std::size_t i = 0; i < kept.size(); ++i) {
+    tables_->rows[i].lead = kept[i].byte;
+    const Row row = rowOf(kept[i]);
+    for (unsigned second = 0; second < row.size(); ++second)
+      if (lacks(row, second)) tables_->addDoubtful(i, static_cast<std::uint8_t>(second));
   }
   singles_['\n'] = kParagraphMark;
 }

@@ -15,7 +15,32 @@ constexpr Mask kEven = ~Mask{0} / 3;
 template <Kind kKind>
 constexpr bool kIsWide = kKind == Kind::littleUnits || kKind == Kind::bigUnits;
 
-#if defined(__AVX2__)
+#if defined(__AVX512VBMI__)
+
+/// A block, and what is known of each byte of it.
+struct Block : Bytes64 {
+  __m512i facts;
+
+  Block(const std::uint8_t* bytes, const CodingTables& tables) : Bytes64(bytes) {
+    const __m512i all = _mm512_loadu_si512(bytes);
+    const __m512i lower = _mm512_permutex2var_epi8(part(tables.facts), all, part(tables.facts + 64));
+    const __m512i upper = _mm512_permutex2var_epi8(part(tables.facts + 128), all, part(tables.facts + 192));
+    facts = _mm512_mask_blend_epi8(_mm512_movepi8_mask(all), lower, upper);
+  }
+  Mask which(const CodingTables&, Fact fact) const {
+    return _mm512_test_epi8_mask(facts, _mm512_set1_epi8(static_cast<char>(fact)));
+  }
+  Mask doubtful(const std::uint8_t* bytes, const CodingTables& tables, Mask seconds) const {
+    const __m512i before = _mm512_loadu_si512(bytes - 1);
+    const __m512i doubts = _mm512_permutex2var_epi8(part(tables.doubts), before, part(tables.doubts + 64));
+    return _mm512_mask_test_epi8_mask(seconds, facts, doubts);
+  }
+
+ private:
+  static __m512i part(const std::uint8_t* table) { return _mm512_loadu_si512(table); }
+};
+
+#elif defined(__AVX2__)
 
 constexpr std::uint8_t kLowerBits[32] = {1, 2, 4, 8, 16, 32, 64, 128, 0, 0, 0, 0, 0, 0, 0, 0,
                                          1, 2, 4, 8, 16, 32, 64, 128, 0, 0, 0, 0, 0, 0, 0, 0};
@@ -26,7 +51,7 @@ constexpr std::uint8_t kUpperBits[32] = {0, 0, 0, 0, 0, 0, 0, 0, 1, 2, 4, 8, 16,
 struct Block : Bytes64 {
   Vector low[kVectors], lowerBit[kVectors], upperBit[kVectors];
 
-  explicit Block(const std::uint8_t* bytes) : Bytes64(bytes) {
+  Block(const std::uint8_t* bytes, const CodingTables&) : Bytes64(bytes) {
     const Vector lowerBits = load(kLowerBits);
     const Vector upperBits = load(kUpperBits);
     for (std::size_t i = 0; i < kVectors; ++i) {
@@ -36,12 +61,11 @@ struct Block : Bytes64 {
       upperBit[i] = lookUp(upperBits, high);
     }
   }
-  /// Of a set of bytes from 80 on.
-  Mask inUpper(const ByteSet& set) const {
+  Mask which(const CodingTables& tables, Fact fact) const {
+    const ByteSet& set = fact == kLead ? tables.leads : fact == kUnclear ? tables.unclear : tables.nothing;
     const Vector upper = load(set.upper);
     return notZero([&](std::size_t i) { return both(lookUp(upper, low[i]), upperBit[i]); });
   }
-  /// Of the seconds those that are doubtful, where bytes are the same as of the block and one lies in front.
   Mask doubtful(const std::uint8_t* bytes, const CodingTables& tables, Mask seconds) const {
     return seconds & notZero([&](std::size_t i) {
              const Vector before = load(bytes + i * sizeof(Vector) - 1);
@@ -70,13 +94,12 @@ struct Block : Bytes64 {
 struct Block : Bytes64 {
   const std::uint8_t* bytes;
 
-  explicit Block(const std::uint8_t* block) : Bytes64(block), bytes(block) {}
-  Mask inUpper(const ByteSet& set) const {
+  Block(const std::uint8_t* block, const CodingTables&) : Bytes64(block), bytes(block) {}
+  /// Of these facts only bytes from 80 on have any.
+  Mask which(const CodingTables& tables, Fact fact) const {
     Mask mask = 0;
-    for (Mask rest = high(); rest != 0; rest &= rest - 1) {
-      const int i = __builtin_ctzll(rest);
-      mask |= Mask{set.has[bytes[i]]} << i;
-    }
+    for (Mask rest = high(); rest != 0; rest &= rest - 1)
+      if ((tables.facts[bytes[__builtin_ctzll(rest)]] & fact) != 0) mask |= rest & -rest;
     return mask;
   }
   Mask doubtful(const std::uint8_t*, const CodingTables&, Mask seconds) const { return seconds; }
@@ -121,7 +144,7 @@ inline __attribute__((always_inline)) Look look(const Block& block, const Coding
     look.feeds = kEven & (little ? look.feeds & zeros >> 1 : zeros & look.feeds >> 1);
   }
   if constexpr (kKind == Kind::pairs) {
-    look.leads = block.inUpper(tables.leads);
+    look.leads = block.which(tables, kLead);
     look.seconds = secondsAfter(look.leads, open.second);
     look.leads &= ~look.seconds;
     look.returns &= ~look.seconds;
@@ -147,7 +170,7 @@ inline __attribute__((always_inline)) bool isPairWrong(const Block& block, const
     return false;
   };
   return (found.seconds != 0 && isAnyWrong(block.doubtful(bytes, tables, found.seconds), bytes - 1)) ||
-         isAnyWrong(block.inUpper(tables.unclear) & ~found.seconds & inside, bytes);
+         isAnyWrong(block.which(tables, kUnclear) & ~found.seconds & inside, bytes);
 }
 
 /// 1 where a line feed at an offset belongs to the carriage return before it.
@@ -164,13 +187,13 @@ Mask isReturnBefore(const std::uint8_t* bytes, std::size_t offset) {
 /// every second one is.
 bool isSecond(const std::uint8_t* bytes, const CodingTables& tables, std::size_t offset) {
   std::size_t leads = 0;
-  while (leads < offset && tables.leads.has[bytes[offset - 1 - leads]]) ++leads;
+  while (leads < offset && (tables.facts[bytes[offset - 1 - leads]] & kLead) != 0) ++leads;
   return leads % 2 == 1;
 }
 
-/// A copy of a block, or of its beginning, with the byte in front of it.
+/// A copy of a block, or of its beginning, with the byte in front of it and the one behind.
 struct Apart {
-  std::uint8_t bytes[1 + kBlock] = {};
+  std::uint8_t bytes[1 + kBlock + 1] = {};
 
   Apart(std::uint8_t before, const std::uint8_t* from, std::size_t count) {
     bytes[0] = before;
@@ -187,7 +210,7 @@ class Surveyor {
 
   /// False where bytes stand for nothing. Inside are the bytes that are there. A lead must not be last.
   inline __attribute__((always_inline)) bool take(const std::uint8_t* bytes, Mask inside, Mask last) {
-    const Block block(bytes);
+    const Block block(bytes, tables_);
     const Look found = look<kKind>(block, tables_, open_);
     units_ += ones(found.begins & inside);
     lineFeeds_ += ones(found.feeds);
@@ -200,7 +223,7 @@ class Surveyor {
       zeros_ = (block.equalTo(0) & inside) != 0;
     if constexpr (kKind == Kind::pairs)
       return (found.leads & last) == 0 && !isPairWrong(block, bytes, tables_, found, inside);
-    if (!tables_.anyNothing || (block.inUpper(tables_.nothing) & inside) == 0) return true;
+    if (!tables_.anyNothing || (block.which(tables_, kNothing) & inside) == 0) return true;
     unassigned_ = true;
     return tables_.readsUnassigned;
   }
@@ -234,7 +257,7 @@ bool survey(const std::uint8_t* bytes, std::size_t size, const CodingTables& tab
                            {kKind == Kind::pairs && isSecond(bytes, tables, offset) ? Mask{1} : Mask{0},
                             isReturnBefore<kKind>(bytes, offset)});
   scan.notes[scan.firstRow] = 0;
-  const Apart front(0, bytes, offset > 0 ? 0 : size < kBlock ? size : kBlock);
+  const Apart front(0, bytes, offset > 0 ? 0 : size <= kBlock ? size : kBlock + 1);
   bool valid = true;
   for (; valid && offset < end; offset += kBlock) {
     if (offset % kCodedInterval == 0) scan.notes[offset / kCodedInterval] = surveyor.note();
@@ -257,13 +280,13 @@ CodedStep walk(const std::uint8_t* bytes, std::size_t size, const CodingTables& 
                bool fromIsSecond, std::size_t units) {
   Open open{fromIsSecond ? Mask{1} : Mask{0}, isReturnBefore<kKind>(bytes, from)};
   for (; from + kBlock <= size; from += kBlock) {
-    const Mask begins = look<kKind>(Block(bytes + from), tables, open).begins;
+    const Mask begins = look<kKind>(Block(bytes + from, tables), tables, open).begins;
     const std::size_t count = ones(begins);
     if (units < count) return {from + placeOfBit(begins, units), 0};
     units -= count;
   }
   const Rest rest(bytes + from, size - from);
-  const Mask begins = look<kKind>(Block(rest.bytes), tables, open).begins & rest.inside;
+  const Mask begins = look<kKind>(Block(rest.bytes, tables), tables, open).begins & rest.inside;
   const std::size_t count = ones(begins);
   if (units < count) return {from + placeOfBit(begins, units), 0};
   return {size, units - count};
@@ -277,10 +300,10 @@ CodedCount count(const std::uint8_t* bytes, std::size_t size, const CodingTables
   for (;; from += kBlock) {
     Mask begins = 0;
     if (from + kBlock <= size) {
-      begins = look<kKind>(Block(bytes + from), tables, open).begins;
+      begins = look<kKind>(Block(bytes + from, tables), tables, open).begins;
     } else {
       const Rest rest(bytes + from, size - from);
-      begins = look<kKind>(Block(rest.bytes), tables, open).begins;
+      begins = look<kKind>(Block(rest.bytes, tables), tables, open).begins;
     }
     if (to - from < kBlock) {
       units += ones(begins & ((Mask{1} << (to - from)) - 1));

@@ -7,33 +7,50 @@
 
 namespace pluvo::text {
 
-/// A set of bytes, also as vectors look one up: by the low half of a byte the high halves that are in it, a
-/// bit each, those below 8 and those from 8 on. Each table twice.
+/// A set of bytes as vectors look one up: by the low half of a byte the high halves that are in it, a bit
+/// each, those below 8 and those from 8 on. Each table twice.
 struct ByteSet {
-  bool has[256] = {};
   std::uint8_t lower[32] = {};
   std::uint8_t upper[32] = {};
 
   void add(std::uint8_t byte);
 };
 
+/// What may be true of a byte, which is from 80 on then.
+enum Fact : std::uint8_t {
+  kLead = 1,
+  kUnclear = 2,  ///< as a first it may not make a unit; the table of pairs is to be asked
+  kNothing = 4,  ///< it stands for nothing by itself and is no lead
+};
+
 /// What looks over bytes go by.
 struct CodingTables {
   ByteCoding::Kind kind = ByteCoding::Kind::bytes;
-  ByteSet nothing;  ///< bytes that stand for nothing by themselves and are no leads
   bool anyNothing = false;
   bool readsUnassigned = false;  ///< such bytes are read as they are
   ByteSet leads;
-  /// Bytes, as firsts, and as seconds after any lead or after one of some, that may not make a unit. The
-  /// table of pairs has to be asked for these alone. A lead of 0 is none.
   ByteSet unclear;
+  ByteSet nothing;
+  /// Bytes that may make no unit as seconds after any lead, or after one of some. The table of pairs is to be
+  /// asked for these, too. A lead of 0 is none.
   ByteSet doubtful;
   struct Row {
     std::uint8_t lead = 0;
     ByteSet doubtful;
   };
   Row rows[4];
+  /// The same by bytes: facts, the higher bits of which tell for what rows they are doubtful as seconds, and
+  /// for bytes from 80 on those of the bits that matter after them.
+  std::uint8_t facts[256] = {};
+  std::uint8_t doubts[128] = {};
+  static constexpr unsigned kDoubtful =
+      8;                         ///< after any lead, and twice that after the lead of the first row
   const bool* isPair = nullptr;  ///< whether two bytes make a unit, by the first times 256 plus the second
+
+  void add(Fact fact, std::uint8_t byte);
+  /// After any lead.
+  void addDoubtful(std::uint8_t second);
+  void addDoubtful(std::size_t row, std::uint8_t second);
 };
 
 /// The results of one look over bytes, or over some rows of them: notes and units are counted from the first
@@ -78,6 +95,9 @@ struct CodedLooks {
 };
 extern const CodedLooks kCodedAnywhere;
 extern const CodedLooks kCodedAvx2;
+extern const CodedLooks kCodedAvx512;
+/// Whether the processor has what the last ones need: bytes looked up in tables of 128.
+bool hasAvx512Tables();
 /// Those that suit the processor.
 const CodedLooks& codedLooks();
 

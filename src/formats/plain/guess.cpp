@@ -3,6 +3,7 @@
 #include "byte_codings.h"
 #include "reading_sense.h"
 #include "sample.h"
+#include "token.h"
 
 #include <uchardet/uchardet.h>
 
@@ -94,12 +95,17 @@ bool makesSense(ByteSpan sample, const Named& named, std::size_t least) {
   return sense.fits >= least && sense.jars * 4 <= sense.fits;
 }
 
-/// Whether two encodings make the same of the sample, so that nothing hangs on which it is.
-bool readAlike(ByteSpan sample, const Coding& one, const Coding& other) {
-  std::u32string texts[2];
-  forEachToken(sample, one, [&](const Token& token) { texts[0].push_back(token.codePoint); });
-  forEachToken(sample, other, [&](const Token& token) { texts[1].push_back(token.codePoint); });
-  return texts[0] == texts[1];
+/// Whether Windows-1252 makes the same of the sample, so that nothing hangs on which it is.
+bool readsAsWestern(ByteSpan sample, const CodePage& page) {
+  ByteSpan western = sample;
+  while (!sample.empty() && !western.empty()) {
+    const Token token = firstToken<Encoding::codePage>(sample, &page);
+    const Token asWell = firstToken<Encoding::windows1252>(western, nullptr);
+    if (token.codePoint != asWell.codePoint) return false;
+    sample = sample.subspan(token.bytes);
+    western = western.subspan(asWell.bytes);
+  }
+  return sample.empty() && western.empty();
 }
 
 /// Where every byte is assigned.
@@ -138,8 +144,8 @@ std::optional<Guess> guessed(const base::Bytes& file) {
   auto guess = readAs(*known, file);
   if (!guess) return std::nullopt;
   const Named& named = guess->named;
-  if (named.coding.page != nullptr && makesSense(sample, western, 1) &&
-      readAlike(sample, named.coding, western.coding))
+  if (named.coding.page != nullptr && readsAsWestern(sample, *named.coding.page) &&
+      makesSense(sample, western, 1))
     if (auto asWell = asWestern(file)) return asWell;
   if (makesSense(sample, named, known->least)) return guess;
   return std::nullopt;
