@@ -109,6 +109,8 @@ Position CodedText::positionAfter(Position position, std::size_t offset, std::si
 bool CodedText::beginsUnit(std::size_t offset) const {
   if (notes_ == nullptr) return offset % coding_.leastBytes() == 0;
   if (offset >= bytes().size()) return true;
+  const bool isApart = offset > 0 && !coding_.isUtf16() && !coding_.isLead(bytes()[offset - 1]);
+  if (isApart && bytes()[offset] != '\n') return true;
   const Known from = knownBefore(offset);
   return codedLooks()
       .count(bytes().data(), bytes().size(), coding_.tables(), from.offset, from.isSecond, offset)

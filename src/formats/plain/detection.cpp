@@ -85,12 +85,23 @@ DocumentError untold(bool mixed) {
           "Say which one it is with --encoding NAME, for instance --encoding Windows-1252."};
 }
 
+bool isByBytes(Encoding encoding) {
+  return encoding == Encoding::codePage || encoding == Encoding::windows1252;
+}
+
+/// With a survey where the units of the encoding have bytes of their own.
+Guess readAs(const Named& named, const base::Bytes& file) {
+  Guess read{named};
+  if (const text::ByteCoding* const coding = byteCodingOf(named.coding))
+    read.coded = text::CodedText::survey(file.view, file.owner, *coding);
+  return read;
+}
+
 /// Throws where a byte means nothing in the encoding.
 void requireDecodes(const base::Bytes& file, const Named& named, Storage& storage) {
   const ByteSpan bytes = file.view;
   if (named.coding.encoding != Encoding::codePage) return;
-  if (const text::ByteCoding* const coding = byteCodingOf(named.coding))
-    storage.coded = text::CodedText::survey(bytes, file.owner, *coding);
+  if (!storage.coded.valid) storage.coded = readAs(named, file).coded;
   if (storage.coded.valid) return;
   std::size_t line = 1;
   forEachToken(bytes, named.coding, [&](const Token& token) {
@@ -124,13 +135,13 @@ Storage storageOf(const base::Bytes& file, const formats::Hint& hint) {
     return as(which);
   };
   if (named && hint.certain) return said(*named);
-  const bool mayBeGuessed =
-      !storage.utf8.valid && !named && !text::holdsZero(bytes.first(std::min(bytes.size(), kFirst)));
+  const bool mayBeOther = !storage.utf8.valid && (!named || isByBytes(named->coding.encoding)) &&
+                          !text::holdsZero(bytes.first(std::min(bytes.size(), kFirst)));
   Utf8Share share;
-  if (mayBeGuessed) share = utf8ShareOf(bytes);
-  const bool isGuessed = mayBeGuessed && !isUtf8ButForAFew(share) && !isMixedWithUtf8(share);
+  if (mayBeOther) share = utf8ShareOf(bytes);
+  const bool isRead = mayBeOther && !isUtf8ButForAFew(share) && !isMixedWithUtf8(share);
   std::optional<Guess> guess;
-  if (isGuessed) guess = guessed(file);
+  if (isRead) guess = named ? readAs(*named, file) : guessed(file);
   // As every Latin letter in UTF-16 has them. A guess may have looked at all bytes.
   const bool zeros = storage.utf8.valid            ? storage.utf8.zeros
                      : guess && guess->coded.valid ? guess->coded.zeros
@@ -145,14 +156,15 @@ Storage storageOf(const base::Bytes& file, const formats::Hint& hint) {
     return as(utf8Named());
   }
   if (storage.utf8.valid) return as(utf8Named());
-  if (!mayBeGuessed) share = utf8ShareOf(bytes);
+  if (!mayBeOther) share = utf8ShareOf(bytes);
   if (isUtf8ButForAFew(share)) {
     storage.strayBytes = storage.guessed = true;
     return as(utf8Named());
   }
+  if (named && guess) storage.coded = guess->coded;
   if (named) return said(*named);
   if (zeros || isMixedWithUtf8(share)) throw untold(!zeros);
-  if (!isGuessed) guess = guessed(file);
+  if (!isRead) guess = guessed(file);
   if (!guess) throw untold(false);
   storage.guessed = true;
   storage.coded = guess->coded;
