@@ -139,18 +139,20 @@ class Replacing final : public Pending {
       : system_(system),
         document_(system, real),
         original_(system, document_, opened),
-        replacement_(system, document_.folder, version.temporary) {
-    const FileStatus& before = original_.before();
-    saved_.notKept = writeVersion(system, replacement_, Original{original_.file().handle(), before}, version);
+        replacement_(system, document_.folder, version.temporary),
+        beforeReplacing_(version.beforeReplacing),
+        backupSuffix_(backupSuffix) {
+    saved_.notKept =
+        writeVersion(system, replacement_, Original{original_.file().handle(), original_.before()}, version);
     saved_.stamp = checkVersion(system, replacement_.handle(), version.check);
-    if (backupSuffix) backUp(*backupSuffix);
-    if (version.beforeReplacing)
-      keeping_ = version.beforeReplacing(
-          {document_.path, original_.file().handle(), before, saved_.stamp, replacement_.name()});
   }
 
   Saved finish() override {
     return saving([&] {
+      if (backupSuffix_) backUp();
+      if (beforeReplacing_)
+        keeping_ = beforeReplacing_({document_.path, original_.file().handle(), original_.before(),
+                                     saved_.stamp, replacement_.name()});
       replacement_.flush();
       if (keeping_) keeping_->wait();
       replacement_.close();
@@ -163,10 +165,10 @@ class Replacing final : public Pending {
   }
 
  private:
-  void backUp(const std::string& suffix) {
+  void backUp() {
     backup_.emplace(system_, document_.folder);
     copyOriginal(system_, original_.file().handle(), *backup_);
-    moveToFirstFree(*backup_, document_.name + suffix);
+    moveToFirstFree(*backup_, document_.name + *backupSuffix_);
     backup_->finish();
     saved_.backup = document_.pathBeside(backup_->name());
   }
@@ -176,6 +178,8 @@ class Replacing final : public Pending {
   const Held original_;
   std::unique_ptr<Keeping> keeping_;  ///< sees what becomes of the document, so it goes after the version
   TemporaryFile replacement_;
+  const std::function<std::unique_ptr<Keeping>(const Replacement&)> beforeReplacing_;
+  const std::optional<std::string> backupSuffix_;
   Saved saved_;
   std::optional<TemporaryFile> backup_;
 };

@@ -140,14 +140,14 @@ files::NewVersion StoredDocument::newVersion(const std::string& path, const Save
             source_->write(document_->stories(), out);
             requireWhole(bytes_);
           },
-          [registry = registry_, format = format_, bytes = bytes_, meant = document_->stories().snapshot(),
-           extension = std::string(formats::extensionOf(path)), hint = again_](const base::Bytes& written) {
-            if (registry->find(written.view, extension) != format) throw otherKind();
+          [this, meant = document_->stories().snapshot(),
+           extension = std::string(formats::extensionOf(path))](const base::Bytes& written) {
+            if (registry_->find(written.view, extension) != format_) throw otherKind();
             // So that never more than one of the two files is in memory.
-            bytes.release();
-            const formats::Opened again = readAgain(*format, written, hint);
+            bytes_.release();
+            const formats::Opened again = readAgain(*format_, written, again_);
             const auto release = [&] {
-              bytes.release();
+              bytes_.release();
               written.release();
             };
             release();

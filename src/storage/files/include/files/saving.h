@@ -69,7 +69,7 @@ struct NewVersion {
   /// meant.
   std::function<void(const base::Bytes&)> check;
   /// Called when the new version is written and checked, before it takes the place of the original. The
-  /// original stays if this throws. Null where nothing is kept.
+  /// original stays if this throws. Null where nothing is kept. The document may be closed by then.
   std::function<std::unique_ptr<Keeping>(const Replacement&)> beforeReplacing = {};
   /// The owner, the permissions and the time of last change it is to have, where they are not to be the
   /// original's and now.
