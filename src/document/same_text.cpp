@@ -213,6 +213,7 @@ bool sameText(const text::PieceText& edited, const text::OriginalText& readBack,
       if (!comparison.isSame(beginOf(part), beginOf(part + 1), same)) same = false;
     } catch (...) {
       thrown[part] = std::current_exception();
+      same = false;
     }
   });
   for (const std::exception_ptr& each : thrown)

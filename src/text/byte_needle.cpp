@@ -27,6 +27,12 @@ std::size_t rarityOfByte(std::uint8_t byte, std::size_t length) {
   return length == 4 ? 20 : 2;
 }
 
+/// Elsewhere the same bytes may be a match.
+ByteNeedle::Match refusedAtAnEnd(ByteNeedle::Match& compared) {
+  compared = {0, 0};
+  return {};
+}
+
 }  // namespace
 
 std::size_t ByteNeedle::Sign::least() const {
@@ -188,14 +194,14 @@ ByteNeedle::Match ByteNeedle::matchAt(Bytes bytes, std::size_t anchor, std::size
   if (bytes[anchor] == '\n' && anchor > 0 && bytes[anchor - 1] == '\r') return {};
   for (std::size_t sign = anchor_; sign < signs_.size(); ++sign) {
     ++work;
-    if (compared.to >= bytes.size()) return {};
+    if (compared.to >= bytes.size()) return refusedAtAnEnd(compared);
     const Utf8Character character = utf8At(bytes, compared.to);
     compared.to += character.bytes;
     if (!is(character.point, sign)) return {};
   }
   for (std::size_t sign = anchor_; sign-- > 0;) {
     ++work;
-    if (compared.from == 0) return {};
+    if (compared.from == 0) return refusedAtAnEnd(compared);
     compared.from = utf8Before(bytes, 0, compared.from);
     if (!is(utf8At(bytes, compared.from).point, sign)) return {};
   }
@@ -235,7 +241,7 @@ ByteNeedle::Match ByteNeedle::matchInCoding(Bytes bytes, std::size_t anchor, std
 }
 
 ByteNeedle::Match ByteMatcher::matchAt(std::size_t anchor) {
-  if (!needle_->isToldByBytes()) return needle_->matchAt(bytes_, anchor, work_);
+  if (!needle_->hasForms()) return needle_->matchAt(bytes_, anchor, work_);
   for (const Compared& known : compared_) {
     const std::size_t from = anchor - known.before;
     if (known.bytes.empty() || anchor < known.before || !needle_->isAt(bytes_, from, known.bytes, work_))
@@ -246,7 +252,7 @@ ByteNeedle::Match ByteMatcher::matchAt(std::size_t anchor) {
   const ByteNeedle::Match match = needle_->matchAt(bytes_, anchor, work_, compared);
   const bool isMatch = match.from != ByteNeedle::kNone;
   constexpr std::size_t kFew = 4;  // told as quickly anew
-  if (!isMatch && (!needle_->isRefusedByBytes() || compared.to - compared.from <= kFew)) return match;
+  if (!isMatch && (!needle_->hasRefusals() || compared.to - compared.from <= kFew)) return match;
   const ByteNeedle::Bytes bytes = bytes_.subspan(compared.from, compared.to - compared.from);
   compared_[oldest_] = {std::string(bytes.begin(), bytes.end()), anchor - compared.from, isMatch};
   oldest_ = (oldest_ + 1) % compared_.size();

@@ -48,15 +48,15 @@ class ByteNeedle {
     Match compared;
     return matchAt(bytes, anchor, work, compared);
   }
-  /// Tells as well which bytes were compared.
+  /// Tells as well by which bytes it went; none where it went by the end of the text.
   Match matchAt(Bytes bytes, std::size_t anchor, std::size_t& work, Match& compared) const;
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
-  /// Whether bytes that were compared tell the same elsewhere. There is more than one way to write the text;
-  /// a line end hangs on what is beside it.
-  bool isToldByBytes() const { return exact_.empty() && !hasMark_; }
-  /// The same of bytes that did not match.
-  bool isRefusedByBytes() const { return isToldByBytes() && coding_ == nullptr; }
+  /// Whether the bytes of a match are a match wherever a unit begins. Not so of line ends, where bytes beside
+  /// them count. Of a text with one form nobody needs to know.
+  bool hasForms() const { return exact_.empty() && !hasMark_; }
+  /// Whether bytes that are no match are none anywhere. In other encodings they may begin within a unit.
+  bool hasRefusals() const { return hasForms() && coding_ == nullptr; }
   /// Whether bytes stand at an offset, where a unit has to begin.
   bool isAt(Bytes bytes, std::size_t from, std::string_view form, std::size_t& work) const;
 
@@ -102,7 +102,7 @@ class ByteMatcher {
                        : bytes.size() - needle.leastFromAnchor() + 1),
         places_(allPlaces_) {}
 
-  /// From now on nothing says that no anchor stands in front of a place; one at or after it may be told.
+  /// From now on finding none says that no anchor stands in front of a place. One at or after it may be told.
   void endBefore(std::size_t place) { places_ = std::min(place, allPlaces_); }
 
   /// The next one; ByteNeedle::kNone where there is none.

@@ -17,14 +17,16 @@ MatchesAhead::~MatchesAhead() {
 
 MatchBatch MatchesAhead::take() {
   MatchBatch batch;
+  bool isHalf = false;
   {
     std::unique_lock lock(mutex_);
     found_.wait(lock, [&] { return !batches_.empty() || thrown_ != nullptr; });
     if (batches_.empty()) std::rethrow_exception(thrown_);
     batch = std::move(batches_.front());
     batches_.pop_front();
+    isHalf = batches_.size() == kMostWaiting / 2;
   }
-  taken_.notify_one();
+  if (isHalf) taken_.notify_one();  // not for each, since waking a thread costs as much as a batch
   return batch;
 }
 

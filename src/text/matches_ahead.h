@@ -18,13 +18,14 @@ namespace pluvo::text {
 struct MatchBatch {
   struct Match {
     Position position = 0;   ///< of its first unit
-    std::uint32_t from = 0;  ///< its bytes: [from, to)
+    std::uint32_t from = 0;  ///< its places: [from, to)
     std::uint32_t to = 0;
   };
   std::vector<Match> matches;
-  std::size_t clearTo = 0;  ///< no other match has its anchor in front of this byte
+  /// No other match has its anchor in front of this place: a byte, or a unit where units lie in memory.
+  std::size_t clearTo = 0;
   bool isLast = false;
-  bool gaveUp = false;  ///< the last batch: comparing made too much work
+  bool gaveUp = false;  ///< the last batch: comparing made too much work, and nothing is clear
 };
 
 /// Finds matches in a thread of its own, a little ahead of the thread that takes them.
@@ -45,7 +46,7 @@ class MatchesAhead {
  private:
   void findAll();
 
-  static constexpr std::size_t kMostWaiting = 3;
+  static constexpr std::size_t kMostWaiting = 8;
 
   Find find_;
   std::mutex mutex_;

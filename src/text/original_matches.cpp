@@ -25,11 +25,107 @@ struct Known {
   bool isMatch = false;
 };
 
-/// Walker has:
-/// - restart(position): goes to a place;
-/// - next(end): where the next match begins, if that may be in front of end; OriginalMatches::kNone where
-/// none does.
-template <class Walker>
+/// Goes through the matches that a finder finds. Where a large text has match after match, they are found
+/// ahead.
+template <class Finder>
+class Walker {
+ public:
+  Walker(const Needle& needle, const OriginalText& original)
+      : needle_(needle),
+        original_(original),
+        finder_(needle, original, 0),
+        mayGoAhead_(base::partsOf(finder_.size()) > 1) {}
+
+  /// Goes to a place.
+  void restart(Position from) {
+    if (ahead_ != nullptr) longRow_ *= 2;  // it was left soon, and a thread costs more than some matches
+    ahead_.reset();
+    finder_ = Finder(needle_, original_, from);
+    last_ = finder_.start();
+    startRow();
+  }
+  /// Where the next match begins, if that may be in front of end; OriginalMatches::kNone where none does.
+  Position next(Position end) {
+    const std::size_t bound = finder_.boundOf(end, last_);
+    const auto match = ahead_ != nullptr ? nextAhead(bound) : finder_.next(bound);
+    if (!match) return OriginalMatches::kNone;
+    last_ = *match;
+    finder_.learn(last_);
+    if (ahead_ == nullptr && ++inRow_ == longRow_) endRow();
+    return last_.position;
+  }
+  bool gaveUp() const {
+    if (ahead_ == nullptr) return finder_.gaveUp();
+    return taken_ == batch_.matches.size() && batch_.gaveUp;
+  }
+
+ private:
+  std::optional<MatchBatch::Match> nextAhead(std::size_t end) {
+    while (taken_ == batch_.matches.size()) {
+      if (batch_.isLast || batch_.clearTo >= end) return std::nullopt;
+      batch_ = ahead_->take();
+      taken_ = 0;
+    }
+    return batch_.matches[taken_++];
+  }
+
+  /// The next matches up to some way on from a place.
+  static MatchBatch batchOf(Finder& finder, std::size_t from) {
+    constexpr std::size_t kStep = std::size_t{64} << 10U;
+    constexpr std::size_t kMost = 1024;
+    MatchBatch batch;
+    batch.clearTo = from + kStep;
+    batch.matches.reserve(kMost);
+    while (!finder.gaveUp()) {
+      const auto match = finder.next(batch.clearTo);
+      if (!match) break;
+      batch.matches.push_back(*match);
+      if (batch.matches.size() < kMost) continue;
+      batch.clearTo = match->from;
+      return batch;
+    }
+    batch.gaveUp = finder.gaveUp();
+    batch.isLast = batch.gaveUp || batch.clearTo >= finder.size();
+    return batch;
+  }
+
+  void startRow() {
+    inRow_ = 0;
+    row_ = last_.from;
+  }
+  void endRow() {
+    constexpr std::size_t kClose = 512;
+    const bool isDense = last_.from - row_ < longRow_ * kClose;
+    startRow();
+    if (!mayGoAhead_ || !isDense || finder_.gaveUp()) return;
+    batch_ = {};
+    taken_ = 0;
+    try {
+      ahead_ =
+          std::make_unique<MatchesAhead>([finder = finder_, searched = std::size_t{last_.from}]() mutable {
+            MatchBatch batch = batchOf(finder, searched);
+            searched = batch.clearTo;
+            return batch;
+          });
+    } catch (const std::system_error&) {
+      mayGoAhead_ = false;
+    }
+  }
+
+  const Needle& needle_;
+  OriginalText original_;
+  Finder finder_;
+  bool mayGoAhead_;
+  MatchBatch::Match last_;
+  std::size_t longRow_ = 512;  ///< so many matches are worth a thread
+  std::size_t inRow_ = 0;      ///< matches since a place
+  std::size_t row_ = 0;
+  MatchBatch batch_;
+  std::size_t taken_ = 0;
+  std::unique_ptr<MatchesAhead> ahead_;
+};
+
+template <class Finder>
 class Matches final : public OriginalMatches {
  public:
   Matches(std::shared_ptr<const Search::Prepared> prepared, const OriginalText& original)
@@ -55,107 +151,14 @@ class Matches final : public OriginalMatches {
 
  private:
   std::shared_ptr<const Search::Prepared> prepared_;
-  Walker walker_;
+  Walker<Finder> walker_;
   Known known_;
-};
-
-/// Goes through the matches that a finder finds. Where a large text has match after match, they are found
-/// ahead.
-template <class Finder>
-class Walker {
- public:
-  Walker(const Needle& needle, const OriginalText& original)
-      : needle_(needle),
-        original_(original),
-        finder_(needle, original, 0),
-        mayGoAhead_(base::partsOf(finder_.size()) > 1) {}
-
-  void restart(Position from) {
-    ahead_.reset();
-    finder_ = Finder(needle_, original_, from);
-    last_ = finder_.start();
-    startRow();
-  }
-  Position next(Position end) {
-    const std::size_t bound = finder_.boundOf(end, last_);
-    const auto match = ahead_ != nullptr ? nextAhead(bound) : finder_.next(bound);
-    if (!match) return OriginalMatches::kNone;
-    last_ = *match;
-    finder_.learn(last_);
-    if (ahead_ == nullptr && ++inRow_ == kRow) endRow();
-    return last_.position;
-  }
-  bool gaveUp() const {
-    if (ahead_ == nullptr) return finder_.gaveUp();
-    return taken_ == batch_.matches.size() && batch_.gaveUp;
-  }
-
- private:
-  static constexpr std::size_t kRow = 512;
-
-  std::optional<MatchBatch::Match> nextAhead(std::size_t end) {
-    while (taken_ == batch_.matches.size()) {
-      if (batch_.isLast || batch_.clearTo >= end) return std::nullopt;
-      batch_ = ahead_->take();
-      taken_ = 0;
-    }
-    return batch_.matches[taken_++];
-  }
-
-  /// All matches up to some way on from a place.
-  static MatchBatch batchOf(Finder& finder, std::size_t from) {
-    constexpr std::size_t kStep = std::size_t{256} << 10U;
-    MatchBatch batch;
-    batch.clearTo = from + kStep;
-    while (!finder.gaveUp()) {
-      const auto match = finder.next(batch.clearTo);
-      if (!match) break;
-      batch.matches.push_back(*match);
-    }
-    batch.gaveUp = finder.gaveUp();
-    batch.isLast = batch.gaveUp || batch.clearTo >= finder.size();
-    return batch;
-  }
-
-  void startRow() {
-    inRow_ = 0;
-    row_ = last_.from;
-  }
-  void endRow() {
-    constexpr std::size_t kClose = 512;
-    const bool isDense = last_.from - row_ < kRow * kClose;
-    startRow();
-    if (!mayGoAhead_ || !isDense || finder_.gaveUp()) return;
-    batch_ = {};
-    taken_ = 0;
-    try {
-      ahead_ =
-          std::make_unique<MatchesAhead>([finder = finder_, searched = std::size_t{last_.from}]() mutable {
-            MatchBatch batch = batchOf(finder, searched);
-            searched = batch.clearTo;
-            return batch;
-          });
-    } catch (const std::system_error&) {
-      mayGoAhead_ = false;
-    }
-  }
-
-  const Needle& needle_;
-  OriginalText original_;
-  Finder finder_;
-  bool mayGoAhead_;
-  MatchBatch::Match last_;
-  std::size_t inRow_ = 0;  ///< matches since a place
-  std::size_t row_ = 0;
-  MatchBatch batch_;
-  std::size_t taken_ = 0;
-  std::unique_ptr<MatchesAhead> ahead_;
 };
 
 template <class Finder>
 std::unique_ptr<OriginalMatches> matchesOf(const std::shared_ptr<const Search::Prepared>& prepared,
                                            const OriginalText& original) {
-  return std::make_unique<Matches<Walker<Finder>>>(prepared, original);
+  return std::make_unique<Matches<Finder>>(prepared, original);
 }
 
 }  // namespace

@@ -187,6 +187,16 @@ TEST(Utf8Text, LargeOnesThatAreLookedOverInPartsHaveTheirUnitsWhereSmallOnesDo) 
   EXPECT_FALSE(Utf8Text::survey({reinterpret_cast<const std::uint8_t*>(wrong.data()), kSize}, {}).valid);
 }
 
+TEST(Utf8Text, MatchesWhatDidNotBeginInFrontOfIt) {
+  const auto bytes = std::make_shared<const std::string>("elvin said: Kelvin, kelvin é\r");
+  const Utf8Text::Bytes span(reinterpret_cast<const std::uint8_t*>(bytes->data()), bytes->size() - 1);
+  const OriginalText original(Utf8Text::survey(span, bytes).text);
+  const auto matches = OriginalMatches::of(Search(u"kelvin", {}), original);
+  ASSERT_NE(matches, nullptr);
+  EXPECT_EQ(matches->first(0, original.length()), 12);
+  EXPECT_EQ(matches->first(13, original.length()), 20);
+}
+
 /// In the rows of matches of large texts they are found ahead. Asked are stretches of the text and all of it,
 /// from its front again and again.
 void checkRowsOfMatches(const std::string& row) {

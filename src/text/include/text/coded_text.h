@@ -70,7 +70,7 @@ class CodedText final : public BytesText {
   std::unique_ptr<std::uint32_t[]> notes_;  ///< null where places are arithmetic
   std::size_t noteCount_ = 0;
   /// A position and the place of its unit, mostly near the next question; one number, so that threads see
-  /// both of its halves.
+  /// both of its halves. Written all the time: apart from what other threads read.
   alignas(64) mutable std::atomic<std::uint64_t> recent_ = 0;
 };
 
