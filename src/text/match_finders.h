@@ -10,7 +10,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <type_traits>
 
 namespace pluvo::text {
@@ -19,30 +18,28 @@ namespace pluvo::text {
 template <class Units>
 class UnitFinder {
  public:
-  using Match = MatchBatch::Match;
-
   UnitFinder(const Needle& needle, const OriginalText& original, Position from)
       : start_(from),
         size_(static_cast<std::size_t>(original.length())),
         matcher_(matcherOf(needle, original.stretch(from, original.length()))) {}
 
-  Match start() const { return {start_, static_cast<std::uint32_t>(start_)}; }
+  PlacedMatch start() const { return PlacedMatch::at(start_, static_cast<std::size_t>(start_), 0); }
   std::size_t size() const { return size_; }
   bool gaveUp() const { return matcher_.isLinear(); }
   /// In front of which place it looks for a match that begins in front of a unit.
-  std::size_t boundOf(Position end, const Match& /*last*/) const {
+  std::size_t boundOf(Position end, const PlacedMatch& /*last*/) const {
     return static_cast<std::size_t>(std::max(end, 0));
   }
 
   /// The next match, unless it surely does not begin in front of a place.
-  std::optional<Match> next(std::size_t end) {
+  PlacedMatch next(std::size_t end) {
     const auto start = static_cast<std::size_t>(start_);
     matcher_.endBefore(end - std::min(start, end));
     const std::size_t at = matcher_.next();
-    if (at == matcher_.none()) return std::nullopt;
-    return Match{static_cast<Position>(start + at), static_cast<std::uint32_t>(start + at)};
+    if (at == matcher_.none()) return {};
+    return PlacedMatch::at(static_cast<Position>(start + at), start + at, 0);
   }
-  void learn(const Match& /*match*/) const {}
+  void learn(const PlacedMatch& /*match*/) const {}
 
  private:
   static Matcher<Units> matcherOf(const Needle& needle, const Stretch& stretch) {
@@ -65,58 +62,57 @@ class UnitFinder {
 template <class Text>
 class ByteFinder {
  public:
-  using Match = MatchBatch::Match;
-
   ByteFinder(const Needle& needle, const OriginalText& original, Position from)
       : text_(static_cast<const Text*>(original.inBytes())),
         length_(static_cast<Position>(needle.length())),
         start_(startAt(*text_, from)),
-        last_(start_),
-        matcher_(needle.in(*text_), text_->bytes().subspan(start_.from)) {}
+        position_(start_.position),
+        offset_(start_.from()),
+        matcher_(needle.in(*text_), text_->bytes().subspan(start_.from())) {}
 
-  Match start() const { return start_; }
+  PlacedMatch start() const { return start_; }
   std::size_t size() const { return text_->bytes().size(); }
   bool gaveUp() const { return matcher_.gaveUpAt().has_value(); }
   /// No unit has more bytes than CR LF in UTF-16. An anchor lies no farther on than the whole text searched
   /// for.
-  std::size_t boundOf(Position end, const Match& last) const {
+  std::size_t boundOf(Position end, const PlacedMatch& last) const {
     constexpr std::int64_t kMostBytes = 4;
     const std::int64_t most = kMostBytes * (end - std::int64_t{last.position} + length_);
-    return last.from + static_cast<std::size_t>(std::max<std::int64_t>(most, 0));
+    return last.from() + static_cast<std::size_t>(std::max<std::int64_t>(most, 0));
   }
 
-  std::optional<Match> next(std::size_t end) {
-    const std::size_t start = start_.from;
+  PlacedMatch next(std::size_t end) {
+    const std::size_t start = start_.from();
     matcher_.endBefore(end - std::min(start, end));
     const ByteNeedle::Match match = matcher_.next();
-    if (match.from == ByteNeedle::kNone) return std::nullopt;
+    if (match.from == ByteNeedle::kNone) return {};
     const std::size_t offset = start + match.from;
     // Of places near by nothing is asked that other threads write to all the time.
     constexpr std::size_t kNear = 1024;
-    const bool isNear = offset - last_.from <= kNear;
-    last_.position = isNear ? last_.position + static_cast<Position>(text_->unitsIn(last_.from, offset))
-                            : text_->positionAt(offset);
-    last_.from = static_cast<std::uint32_t>(offset);
-    last_.to = static_cast<std::uint32_t>(start + match.to);
-    return last_;
+    position_ = offset - offset_ <= kNear ? position_ + static_cast<Position>(text_->unitsIn(offset_, offset))
+                                          : text_->positionAt(offset);
+    offset_ = offset;
+    return PlacedMatch::at(position_, offset, start + match.to);
   }
   /// Edits begin and end where matches do.
-  void learn(const Match& match) const {
-    text_->learn(match.position, match.from);
-    text_->learn(match.position + length_, match.to);
+  void learn(const PlacedMatch& match) const {
+    text_->learn(match.position, match.from());
+    text_->learn(match.position + length_, match.to());
   }
 
  private:
-  static Match startAt(const Text& text, Position from) {
+  static PlacedMatch startAt(const Text& text, Position from) {
     BytesText::Place place = text.placeOf(from);
     if (place.insidePair) place = text.placeOf(++from);
-    return {from, static_cast<std::uint32_t>(place.offset)};
+    return PlacedMatch::at(from, place.offset, place.offset);
   }
 
   const Text* text_;
   Position length_;
-  Match start_;
-  Match last_;  ///< or the start
+  PlacedMatch start_;
+  // The last match, or the start:
+  Position position_;
+  std::size_t offset_;
   ByteMatcher matcher_;
 };
 

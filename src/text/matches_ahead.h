@@ -14,16 +14,26 @@
 
 namespace pluvo::text {
 
-/// Matches in the bytes of a text, front to back, and how far they were looked for.
+/// A match and its places: bytes, or units where units lie in memory. Two whole numbers, since one that is
+/// put together from halves in memory makes the processor wait.
+struct PlacedMatch {
+  Position position = kNone;  ///< of its first unit; kNone where there is no match
+  std::uint64_t places = 0;
+
+  static constexpr Position kNone = -1;
+  static PlacedMatch at(Position position, std::size_t from, std::size_t to) {
+    return {position, std::uint64_t{to} << 32U | from};
+  }
+  bool isThere() const { return position != kNone; }
+  /// [from, to)
+  std::size_t from() const { return places & 0xFFFFFFFFU; }
+  std::size_t to() const { return places >> 32U; }
+};
+
+/// Matches, front to back, and how far they were looked for.
 struct MatchBatch {
-  struct Match {
-    Position position = 0;   ///< of its first unit
-    std::uint32_t from = 0;  ///< its places: [from, to)
-    std::uint32_t to = 0;
-  };
-  std::vector<Match> matches;
-  /// No other match has its anchor in front of this place: a byte, or a unit where units lie in memory.
-  std::size_t clearTo = 0;
+  std::vector<PlacedMatch> matches;
+  std::size_t clearTo = 0;  ///< no other match has its anchor in front of this place
   bool isLast = false;
   bool gaveUp = false;  ///< the last batch: comparing made too much work, and nothing is clear
 };
@@ -46,7 +56,7 @@ class MatchesAhead {
  private:
   void findAll();
 
-  static constexpr std::size_t kMostWaiting = 8;
+  static constexpr std::size_t kMostWaiting = 4;
 
   Find find_;
   std::mutex mutex_;

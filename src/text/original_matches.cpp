@@ -8,7 +8,6 @@
 #include "text/utf8_text.h"
 
 #include <algorithm>
-#include <optional>
 #include <system_error>
 #include <utility>
 
@@ -34,6 +33,7 @@ class Walker {
       : needle_(needle),
         original_(original),
         finder_(needle, original, 0),
+        last_(finder_.start()),
         mayGoAhead_(base::partsOf(finder_.size()) > 1) {}
 
   /// Goes to a place.
@@ -47,12 +47,12 @@ class Walker {
   /// Where the next match begins, if that may be in front of end; OriginalMatches::kNone where none does.
   Position next(Position end) {
     const std::size_t bound = finder_.boundOf(end, last_);
-    const auto match = ahead_ != nullptr ? nextAhead(bound) : finder_.next(bound);
-    if (!match) return OriginalMatches::kNone;
-    last_ = *match;
-    finder_.learn(last_);
+    const PlacedMatch match = ahead_ != nullptr ? nextAhead(bound) : finder_.next(bound);
+    if (!match.isThere()) return OriginalMatches::kNone;
+    last_ = match;
+    finder_.learn(match);
     if (ahead_ == nullptr && ++inRow_ == longRow_) endRow();
-    return last_.position;
+    return match.position;
   }
   bool gaveUp() const {
     if (ahead_ == nullptr) return finder_.gaveUp();
@@ -60,28 +60,31 @@ class Walker {
   }
 
  private:
-  std::optional<MatchBatch::Match> nextAhead(std::size_t end) {
+  /// Each batch may be twice as large as the one before: a first one that is left soon costs little.
+  static constexpr std::size_t kFirstBatch = 256;
+  static constexpr std::size_t kLargestBatch = 4096;
+
+  PlacedMatch nextAhead(std::size_t end) {
     while (taken_ == batch_.matches.size()) {
-      if (batch_.isLast || batch_.clearTo >= end) return std::nullopt;
+      if (batch_.isLast || batch_.clearTo >= end) return {};
       batch_ = ahead_->take();
       taken_ = 0;
     }
     return batch_.matches[taken_++];
   }
 
-  /// The next matches up to some way on from a place.
-  static MatchBatch batchOf(Finder& finder, std::size_t from) {
-    constexpr std::size_t kStep = std::size_t{64} << 10U;
-    constexpr std::size_t kMost = 1024;
+  /// The next matches up to some way on from a place, and so many at the most.
+  static MatchBatch batchOf(Finder& finder, std::size_t from, std::size_t most) {
+    constexpr std::size_t kStep = std::size_t{256} << 10U;
     MatchBatch batch;
     batch.clearTo = from + kStep;
-    batch.matches.reserve(kMost);
+    batch.matches.reserve(most);
     while (!finder.gaveUp()) {
-      const auto match = finder.next(batch.clearTo);
-      if (!match) break;
-      batch.matches.push_back(*match);
-      if (batch.matches.size() < kMost) continue;
-      batch.clearTo = match->from;
+      const PlacedMatch match = finder.next(batch.clearTo);
+      if (!match.isThere()) break;
+      batch.matches.push_back(match);
+      if (batch.matches.size() < most) continue;
+      batch.clearTo = match.from();
       return batch;
     }
     batch.gaveUp = finder.gaveUp();
@@ -91,20 +94,21 @@ class Walker {
 
   void startRow() {
     inRow_ = 0;
-    row_ = last_.from;
+    row_ = last_.from();
   }
   void endRow() {
     constexpr std::size_t kClose = 512;
-    const bool isDense = last_.from - row_ < longRow_ * kClose;
+    const bool isDense = last_.from() - row_ < longRow_ * kClose;
     startRow();
     if (!mayGoAhead_ || !isDense || finder_.gaveUp()) return;
     batch_ = {};
     taken_ = 0;
     try {
-      ahead_ =
-          std::make_unique<MatchesAhead>([finder = finder_, searched = std::size_t{last_.from}]() mutable {
-            MatchBatch batch = batchOf(finder, searched);
-            searched = batch.clearTo;
+      ahead_ = std::make_unique<MatchesAhead>(
+          [finder = finder_, from = last_.from(), most = kFirstBatch]() mutable {
+            MatchBatch batch = batchOf(finder, from, most);
+            from = batch.clearTo;
+            most = std::min(2 * most, kLargestBatch);
             return batch;
           });
     } catch (const std::system_error&) {
@@ -115,8 +119,8 @@ class Walker {
   const Needle& needle_;
   OriginalText original_;
   Finder finder_;
+  PlacedMatch last_;
   bool mayGoAhead_;
-  MatchBatch::Match last_;
   std::size_t longRow_ = 512;  ///< so many matches are worth a thread
   std::size_t inRow_ = 0;      ///< matches since a place
   std::size_t row_ = 0;
