@@ -26,8 +26,8 @@ struct PlacedMatch {
   }
   bool isThere() const { return position != kNone; }
   /// [from, to)
-  std::size_t from() const { return places & 0xFFFFFFFFU; }
-  std::size_t to() const { return places >> 32U; }
+  std::size_t from() const { return static_cast<std::uint32_t>(places); }
+  std::size_t to() const { return static_cast<std::uint32_t>(places >> 32U); }
 };
 
 /// Matches, front to back, and how far they were looked for.
