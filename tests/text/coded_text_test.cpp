@@ -93,17 +93,13 @@ class Generator : public Dice {
   using Dice::Dice;
   std::string bytes(const ByteCoding& coding) {
     static const std::string parts[] = {"a", "the text of a lease ", "\r", "\n", "\r\n", "\xFE", "\xB1"};
-    static const std::string pairs[] = {
-        "\x82"
-        "a",
-        "\x81"
-        "a",
-        "\x82\x81",
-        "\x81\x81",
-        "\xE0\xFC",
-        "\x82\x82\x82\x82",
-        "lease\x82"
-        "lease"};
+    static const std::string pairs[] = {"\x82\x61",
+                                        "\x81\x61",
+                                        "\x82\x81",
+                                        "\x81\x81",
+                                        "\xE0\xFC",
+                                        "\x82\x82\x82\x82",
+                                        "lease\x82\x6C\x65\x61\x73\x65"};
     std::string all;
     const bool mayPair = coding.kind() == Kind::pairs;
     for (int left = upTo(oneIn(2) ? 20 : 1500); left > 0; --left)
