@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <exception>
-#include <functional>
 #include <thread>
 #include <vector>
 
@@ -16,15 +15,27 @@ std::size_t partsOf(std::size_t bytes) {
 }
 
 void atOnce(std::size_t count, const std::function<void(std::size_t)>& work) {
-  std::vector<std::jthread> threads;
-  threads.reserve(count);
-  std::size_t begun = 1;
-  try {
-    for (; begun < count; ++begun) threads.emplace_back(std::cref(work), begun);
-  } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): the rest is done here
+  std::vector<std::exception_ptr> thrown(count);
+  const auto guarded = [&](std::size_t i) {
+    try {
+      work(i);
+    } catch (...) {
+      thrown[i] = std::current_exception();
+    }
+  };
+  {
+    std::vector<std::jthread> threads;
+    threads.reserve(count);
+    std::size_t begun = 1;
+    try {
+      for (; begun < count; ++begun) threads.emplace_back(guarded, begun);
+    } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): the rest is done here
+    }
+    guarded(0);
+    for (; begun < count; ++begun) guarded(begun);
   }
-  work(0);
-  for (; begun < count; ++begun) work(begun);
+  for (const std::exception_ptr& each : thrown)
+    if (each) std::rethrow_exception(each);
 }
 
 }  // namespace pluvo::base

@@ -241,14 +241,14 @@ ByteNeedle::Match ByteNeedle::matchInCoding(Bytes bytes, std::size_t anchor, std
 }
 
 ByteNeedle::Match ByteMatcher::matchAt(std::size_t anchor) {
-  if (!needle_->hasForms()) return needle_->matchAt(bytes_, anchor, work_);
+  ByteNeedle::Match compared;
+  if (!needle_->hasForms()) return needle_->matchAt(bytes_, anchor, work_, compared);
   for (const Compared& known : compared_) {
     const std::size_t from = anchor - known.before;
     if (known.bytes.empty() || anchor < known.before || !needle_->isAt(bytes_, from, known.bytes, work_))
       continue;
     return known.isMatch ? ByteNeedle::Match{from, from + known.bytes.size()} : ByteNeedle::Match{};
   }
-  ByteNeedle::Match compared;
   const ByteNeedle::Match match = needle_->matchAt(bytes_, anchor, work_, compared);
   const bool isMatch = match.from != ByteNeedle::kNone;
   constexpr std::size_t kFew = 4;  // told as quickly anew

@@ -44,11 +44,8 @@ class ByteNeedle {
   };
   /// The match whose anchor stands at an offset; kNone where there is none. Adds to work how many signs were
   /// compared.
-  Match matchAt(Bytes bytes, std::size_t anchor, std::size_t& work) const {
-    Match compared;
-    return matchAt(bytes, anchor, work, compared);
-  }
-  /// Tells as well by which bytes it went; none where it went by the end of the text.
+  /// Tells as well by which bytes it went, where the text has forms; none where it went by the end of the
+  /// text.
   Match matchAt(Bytes bytes, std::size_t anchor, std::size_t& work, Match& compared) const;
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 

@@ -38,7 +38,9 @@ class Walker {
 
   /// Goes to a place.
   void restart(Position from) {
-    if (ahead_ != nullptr) longRow_ *= 2;  // it was left soon, and a thread costs more than some matches
+    constexpr std::size_t kSoon = std::size_t{1} << 20U;
+    // A thread costs more than some matches.
+    if (ahead_ != nullptr && last_.from() - row_ < kSoon) longRow_ *= 2;
     ahead_.reset();
     finder_ = Finder(needle_, original_, from);
     last_ = finder_.start();

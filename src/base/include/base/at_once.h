@@ -9,7 +9,8 @@ namespace pluvo::base {
 /// processors.
 std::size_t partsOf(std::size_t bytes);
 
-/// Calls work(i) for all i below count, at once where the machine has threads. Work must not throw.
+/// Calls work(i) for all i below count, at once where the machine has threads. Throws what the
+/// first of those that threw did, when all have ended.
 void atOnce(std::size_t count, const std::function<void(std::size_t)>& work);
 
 }  // namespace pluvo::base
