@@ -185,6 +185,19 @@ std::optional<Failure> workOn(const NamedDocument& named, const RunContext& arou
   return std::nullopt;
 }
 
+template <class Step>
+void take(Worked& worked, Step step) {
+  if (worked.version == nullptr) return;
+  try {
+    worked.outcome.failure = failureOf([&] { step(*worked.version); });
+  } catch (...) {
+    worked.thrown = std::current_exception();
+  }
+  if (!worked.outcome.failure && !worked.thrown) return;
+  worked.outcome.savedAs.clear();
+  worked.version.reset();
+}
+
 }  // namespace
 
 Worked runOn(const NamedDocument& named, std::size_t number, const RunContext& around,
@@ -201,18 +214,29 @@ Worked runOn(const NamedDocument& named, std::size_t number, const RunContext& a
   return worked;
 }
 
-Outcome finishSaving(Worked worked) {
-  Outcome& outcome = worked.outcome;
-  if (worked.version == nullptr) return std::move(outcome);
-  outcome.failure = failureOf([&] {
-    files::Saved version = worked.version->finish();
-    outcome.backup = std::move(version.backup);
+void flushVersion(Worked& worked) {
+  take(worked, [](files::Pending& version) { version.flush(); });
+}
+
+void putInPlace(Worked& worked) {
+  take(worked, [](files::Pending& version) { version.putInPlace(); });
+}
+
+void settle(Worked& worked) {
+  take(worked, [&](files::Pending& version) {
+    files::Saved saved = version.settle();
+    Outcome& outcome = worked.outcome;
+    outcome.backup = std::move(saved.backup);
     // A copy elsewhere is the user's.
-    if (outcome.savedAs.empty()) outcome.notKept = version.notKept;
+    if (outcome.savedAs.empty()) outcome.notKept = saved.notKept;
     outcome.saved = true;
   });
-  if (outcome.failure) outcome.savedAs.clear();
-  return std::move(outcome);
+  worked.version.reset();
+}
+
+Outcome outcomeOf(Worked worked) {
+  if (worked.thrown) std::rethrow_exception(worked.thrown);
+  return std::move(worked.outcome);
 }
 
 }  // namespace pluvo::runs

@@ -6,6 +6,7 @@
 #include "runs/plan.h"
 #include "store/store.h"
 
+#include <exception>
 #include <functional>
 #include <memory>
 
@@ -27,6 +28,7 @@ using BlockSink = std::function<void(const BlockReport&)>;
 struct Worked {
   Outcome outcome;
   std::unique_ptr<files::Pending> version;
+  std::exception_ptr thrown = nullptr;  ///< what was none of the document's failures
 };
 
 /// Opens a document, makes a pass over it for each request, and begins to save it. Whatever goes wrong is in
@@ -35,7 +37,12 @@ struct Worked {
 Worked runOn(const NamedDocument& document, std::size_t number, const RunContext& around,
              const BlockSink& blocks);
 
-/// Puts a new version in its place, and waits for the disk.
-Outcome finishSaving(Worked worked);
+/// The steps that are left for a new version; see files::Pending. A version that fails goes, and the steps
+/// that are left do nothing. They throw nothing.
+void flushVersion(Worked& worked);
+void putInPlace(Worked& worked);
+void settle(Worked& worked);
+/// After the last step; throws what was thrown.
+Outcome outcomeOf(Worked worked);
 
 }  // namespace pluvo::runs

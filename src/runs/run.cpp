@@ -1,11 +1,11 @@
 #include "runs/run.h"
 
 #include "document_run.h"
+#include "group_saver.h"
 #include "reports/report.h"
 #include "results.h"
 #include "slices/slice_run.h"
 #include "unfinished.h"
-#include "waiters.h"
 
 #include <cerrno>
 #include <cstring>
@@ -144,14 +144,16 @@ class Run {
 
   void work() {
     {
-      Waiters waiters(waiting());
+      GroupSaver saver(waiting(), [this](GroupSaver::Version version) {
+        guarded([&] { done(version.document, outcomeOf(std::move(version.worked))); });
+      });
       const std::size_t useful = std::min(listing_.documents.size(), static_cast<std::size_t>(jobs_));
       std::vector<std::thread> others;
       try {
-        for (std::size_t i = 1; i < useful; ++i) others.emplace_back([&] { job(waiters); });
+        for (std::size_t i = 1; i < useful; ++i) others.emplace_back([&] { job(saver); });
       } catch (const std::system_error&) {  // NOLINT(bugprone-empty-catch): fewer threads do the same
       }
-      job(waiters);
+      job(saver);
       for (std::thread& other : others) other.join();
     }
     results_.rethrow();
@@ -165,7 +167,7 @@ class Run {
     return saves && !face_.oneByOne() && listing_.documents.size() > 1 ? kWaiting : 0;
   }
 
-  void job(Waiters& waiters) {
+  void job(GroupSaver& saver) {
     guarded([&] {
       const bool wantsBlocks = report_ || face_.wantsBlocks();
       while (const auto document = nextDocument()) {
@@ -182,13 +184,7 @@ class Run {
           done(*document, std::move(worked.outcome));
           continue;
         }
-        waiters.add(Waiters::Work([this, document = *document, worked = std::move(worked)]() mutable {
-          guarded([&] {
-            // By then the journal has forgotten an original that was not replaced.
-            Outcome outcome = finishSaving(std::move(worked));
-            done(document, std::move(outcome));
-          });
-        }));
+        saver.add({*document, std::move(worked)});
       }
     });
   }

@@ -5,12 +5,14 @@
 #include "runs/kept.h"
 #include "runs/past_runs.h"
 #include "runs/written_request.h"
+#include "storage/files/failing_file_system.h"
 #include "storage/files/scratch.h"
 
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
@@ -254,6 +256,57 @@ TEST_F(Runs, EndAfterTheDocumentAtHandOrLeaveItAsItWas) {
     EXPECT_EQ(past.last()->name, ended.undoName);
     past.takeBack(ended.undoName, [](const TakenBack& taken) { EXPECT_FALSE(taken.failure); });
     EXPECT_EQ(folder_.get("a.txt"), "draft, draft\n");
+  }
+}
+
+/// The machine's file system, of which the third flush of the journal fails, or that of a folder.
+class LosingFileSystem final : public files::FailingFileSystem {
+ public:
+  explicit LosingFileSystem(std::optional<std::uint64_t> folder) : folder_(folder) {}
+
+  files::Handle openToAppend(const files::Place& place) override {
+    return journal_ = FailingFileSystem::openToAppend(place);
+  }
+  void flush(files::Handle file) override {
+    const bool isVictim = folder_ ? status(file).stamp.inode == *folder_ : file == journal_;
+    if (isVictim && ++flushes_ == 3) throw std::system_error(EIO, std::generic_category(), "test");
+  }
+  int flushes() const { return flushes_; }
+
+ private:
+  const std::optional<std::uint64_t> folder_;  ///< its inode
+  std::atomic<files::Handle> journal_ = -1;
+  std::atomic<int> flushes_ = 0;
+};
+
+TEST_F(Runs, TellEachDocumentThatTheDiskMayHaveLost) {
+  constexpr int kDocuments = 60;
+  for (const bool losesJournal : {true, false}) {
+    SCOPED_TRACE(losesJournal);
+    face_ = {};
+    std::vector<std::string> names;
+    for (int i = 0; i < kDocuments; ++i)
+      folder_.put(names.emplace_back(std::to_string(i) + ".txt"), "a draft\n");
+    Plan plan = planFor(names);
+    plan.jobs = 2;
+    const std::uint64_t documents = files::machineFileSystem().statusAt(folder_.path("")).stamp.inode;
+    LosingFileSystem disk(losesJournal ? std::nullopt : std::optional(documents));
+    run(plan, face_, disk);
+    ASSERT_EQ(face_.outcomes.size(), static_cast<std::size_t>(kDocuments));
+    int saved = 0;
+    for (const Outcome& outcome : face_.outcomes) {
+      saved += outcome.saved ? 1 : 0;
+      EXPECT_NE(outcome.saved, outcome.failure.has_value());
+      const bool isReplaced = outcome.saved || !losesJournal;
+      const std::string name = outcome.path.substr(outcome.path.rfind('/') + 1);
+      EXPECT_EQ(folder_.get(name), isReplaced ? "a final\n" : "a draft\n");
+    }
+    EXPECT_LT(saved, kDocuments);
+    EXPECT_GT(saved, 0);
+    // A later flush that succeeded would not tell what became of the records before it.
+    if (losesJournal) {
+      EXPECT_EQ(disk.flushes(), 3);
+    }
   }
 }
 

@@ -50,6 +50,7 @@ class Creating final : public Pending {
         place_(std::move(place)),
         original_(std::move(original)),
         opened_(opened),
+        folderFlush_(flushOf(system, place_.folder, version)),
         file_(system, place_.folder) {
     const std::optional<OpenFile> pattern =
         opened_ ? std::optional<OpenFile>(std::in_place, system_, system_.openToRead(original_))
@@ -63,18 +64,24 @@ class Creating final : public Pending {
     stamp_ = checkVersion(system_, file_.handle(), version.check);
   }
 
-  Saved finish() override {
-    return saving([&] {
-      // Its name comes when it is whole, and goes to the disk by itself: a program killed here leaves
-      // nothing.
-      system_.flush(file_.handle());
+  /// Its name comes when it is whole, and goes to the disk by itself: a program killed here leaves nothing.
+  void flush() override {
+    saving([&] { system_.flush(file_.handle()); });
+  }
+
+  void putInPlace() override {
+    saving([&] {
       if (opened_) requireSameStamp(system_.statusAt(original_), *opened_);
       takeName();
       file_.finish();
       file_.keep();
-      flushFolder(system_, place_.folder);
-      return Saved{stamp_, {}};
+      asked_ = folderFlush_->ask();
     });
+  }
+
+  Saved settle() override {
+    flushFolder(system_, place_.folder, *folderFlush_, asked_);
+    return {stamp_, {}};
   }
 
  private:
@@ -91,6 +98,8 @@ class Creating final : public Pending {
   const Located place_;
   const std::string original_;
   const std::optional<Stamp> opened_;
+  const std::shared_ptr<SharedFlush> folderFlush_;
+  std::uint64_t asked_ = 0;
   TemporaryFile file_;
   Stamp stamp_;
 };

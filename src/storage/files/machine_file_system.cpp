@@ -178,9 +178,9 @@ class MachineFileSystem final : public FileSystem {
     }
   }
 
-  std::future<void> startFlush(Handle file) override {
-    // Where there can be no more threads, the waiting thread flushes.
-    return std::async(std::launch::async | std::launch::deferred, [this, file] { flush(file); });
+  std::future<void> begin(std::function<void()> work) override {
+    // Where there can be no more threads, the waiting thread does it.
+    return std::async(std::launch::async | std::launch::deferred, std::move(work));
   }
 
   void startWriting(Handle file) override { sync_file_range(file, 0, 0, SYNC_FILE_RANGE_WRITE); }

@@ -63,9 +63,14 @@ Stamp checkVersion(FileSystem& system, Handle written, const std::function<void(
   return content.stamp;
 }
 
-void flushFolder(FileSystem& system, const OpenFolder& folder) {
+std::shared_ptr<SharedFlush> flushOf(FileSystem& system, const OpenFolder& folder,
+                                     const NewVersion& version) {
+  return version.folderFlushes ? version.folderFlushes->of(system, folder) : std::make_shared<SharedFlush>();
+}
+
+void flushFolder(FileSystem& system, const OpenFolder& folder, SharedFlush& shared, std::uint64_t asked) {
   try {
-    system.flush(folder.handle());
+    shared.flush(system, folder.handle(), asked);
   } catch (const std::system_error& failure) {
     throw errors::DocumentError(
         errors::Problem::io,

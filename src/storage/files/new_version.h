@@ -29,8 +29,11 @@ NotKept writeVersion(FileSystem& system, TemporaryFile& file, const std::optiona
 /// Reads the version back and has it checked; the stamp is the finished file's.
 Stamp checkVersion(FileSystem& system, Handle written, const std::function<void(const base::Bytes&)>& check);
 
+/// Of the folder a version goes to.
+std::shared_ptr<SharedFlush> flushOf(FileSystem& system, const OpenFolder& folder, const NewVersion& version);
+
 /// The version is in its place; what fails now cannot be taken back.
-void flushFolder(FileSystem& system, const OpenFolder& folder);
+void flushFolder(FileSystem& system, const OpenFolder& folder, SharedFlush& shared, std::uint64_t asked);
 
 /// Calls that fail are told in the user's terms.
 template <class Work>

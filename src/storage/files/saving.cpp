@@ -113,8 +113,8 @@ bool isAnother(FileSystem& system, const Place& place, const Stamp& opened) {
 }
 
 /// Puts the version where the original is, which goes or is handed over.
-void putInPlace(FileSystem& system, TemporaryFile& version, const Located& document, const Stamp& opened,
-                Keeping* keeping) {
+void replaceOriginal(FileSystem& system, TemporaryFile& version, const Located& document, const Stamp& opened,
+                     Keeping* keeping) {
   requireSameStamp(system.statusAt(document.place()), opened);
   if (keeping != nullptr && keeping->wantsFile()) {
     if (version.swap(document.name)) {
@@ -141,27 +141,37 @@ class Replacing final : public Pending {
         original_(system, document_, opened),
         replacement_(system, document_.folder, version.temporary),
         beforeReplacing_(version.beforeReplacing),
-        backupSuffix_(backupSuffix) {
+        backupSuffix_(backupSuffix),
+        folderFlush_(flushOf(system, document_.folder, version)) {
     saved_.notKept =
         writeVersion(system, replacement_, Original{original_.file().handle(), original_.before()}, version);
     saved_.stamp = checkVersion(system, replacement_.handle(), version.check);
   }
 
-  Saved finish() override {
-    return saving([&] {
+  void flush() override {
+    saving([&] {
       if (backupSuffix_) backUp();
       if (beforeReplacing_)
         keeping_ = beforeReplacing_({document_.path, original_.file().handle(), original_.before(),
                                      saved_.stamp, replacement_.name()});
       replacement_.flush();
+    });
+  }
+
+  void putInPlace() override {
+    saving([&] {
       if (keeping_) keeping_->wait();
       replacement_.close();
-      putInPlace(system_, replacement_, document_, original_.before().stamp, keeping_.get());
+      replaceOriginal(system_, replacement_, document_, original_.before().stamp, keeping_.get());
       if (keeping_) keeping_->replaced();
       if (backup_) backup_->keep();
-      flushFolder(system_, document_.folder);
-      return saved_;
+      asked_ = folderFlush_->ask();
     });
+  }
+
+  Saved settle() override {
+    flushFolder(system_, document_.folder, *folderFlush_, asked_);
+    return saved_;
   }
 
  private:
@@ -180,6 +190,8 @@ class Replacing final : public Pending {
   TemporaryFile replacement_;
   const std::function<std::unique_ptr<Keeping>(const Replacement&)> beforeReplacing_;
   const std::optional<std::string> backupSuffix_;
+  const std::shared_ptr<SharedFlush> folderFlush_;
+  std::uint64_t asked_ = 0;
   Saved saved_;
   std::optional<TemporaryFile> backup_;
 };
@@ -228,7 +240,8 @@ bool swapFile(FileSystem& system, const std::string& path, const Stamp& found, c
     const FileStatus swapped = system.statusAt(other);
     if (swapped.stamp != found) system.exchange(other, document.place());
     requireSameStamp(swapped, found);
-    flushFolder(system, document.folder);
+    SharedFlush alone;
+    flushFolder(system, document.folder, alone, alone.ask());
     return true;
   });
 }

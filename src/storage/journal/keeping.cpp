@@ -28,10 +28,15 @@ class Flushes {
   explicit Flushes(files::FileSystem& system) : system_(system) {}
 
   void addOwn(files::Handle file) {
-    const auto& own = files_.emplace_back(std::make_unique<files::OpenFile>(system_, file));
-    add(own->handle());
+    files_.push_back(std::make_unique<files::OpenFile>(system_, file));
+    flushes_.push_back(system_.begin([&system = system_, file] { system.flush(file); }));
   }
-  void add(files::Handle file) { flushes_.push_back(system_.startFlush(file)); }
+  /// The flush must outlive this.
+  void add(files::SharedFlush& flush, files::Handle file) {
+    const std::uint64_t asked = flush.ask();
+    flushes_.push_back(
+        system_.begin([&system = system_, &flush, file, asked] { flush.flush(system, file, asked); }));
+  }
 
   void wait() {
     for (std::future<void>& flush : flushes_) flush.get();
@@ -65,17 +70,18 @@ class Kept final : public files::Keeping {
   /// The record is written. The first document's flushes go on beside that of its new version; later a
   /// thread for each would cost more than waiting.
   void begin() {
-    first_ = !run_.namesOnDisk;
-    if (first_) flushes_.add(run_.journal->handle());
-    if (first_) flushes_.add(run_.runs->handle());
-    if (first_ || !wantsFile_) flushes_.add(run_.run->handle());
+    const bool first = !run_.namesOnDisk;
+    asked_ = run_.journalFlush.ask();
+    if (first) flushes_.add(run_.journalFlush, run_.journal->handle());
+    if (first) flushes_.add(run_.runsFlush, run_.runs->handle());
+    if (first || !wantsFile_) flushes_.add(run_.runFlush, run_.run->handle());
     recorded_ = true;
   }
 
   void wait() override {
     guarded(run_.folder, [&] {
-      if (!first_) run_.system.flush(run_.journal->handle());
       flushes_.wait();
+      run_.journalFlush.flush(run_.system, run_.journal->handle(), asked_);
     });
     const std::lock_guard guard(run_.mutex);
     run_.namesOnDisk = true;
@@ -101,7 +107,7 @@ class Kept final : public files::Keeping {
     guarded(run_.folder, [&] {
       try {
         makeCopy();
-        flushes_.add(run_.run->handle());
+        flushes_.add(run_.runFlush, run_.run->handle());
         flushes_.wait();
       } catch (const std::system_error&) {
         removeIfPossible(run_.system, place_);
@@ -148,8 +154,8 @@ class Kept final : public files::Keeping {
   const std::uint64_t number_;
   const files::Place place_;
   const bool wantsFile_;
-  bool first_ = false;
   bool recorded_ = false;
+  std::uint64_t asked_ = 0;
   bool replaced_ = false;
   Flushes flushes_;
 };
@@ -157,11 +163,9 @@ class Kept final : public files::Keeping {
 /// An original without room in the journal, or that the run does not keep.
 class Dropped final : public files::Keeping {
  public:
-  explicit Dropped(RunUnderWay& run) : run_(run), flushes_(run.system) {
-    flushes_.add(run.journal->handle());
-  }
+  explicit Dropped(RunUnderWay& run) : run_(run), asked_(run.journalFlush.ask()) {}
   void wait() override {
-    guarded(run_.folder, [&] { flushes_.wait(); });
+    guarded(run_.folder, [&] { run_.journalFlush.flush(run_.system, run_.journal->handle(), asked_); });
   }
   bool wantsFile() const override { return false; }
   void take(const files::Place&) override {}
@@ -174,7 +178,7 @@ class Dropped final : public files::Keeping {
 
  private:
   RunUnderWay& run_;
-  Flushes flushes_;
+  const std::uint64_t asked_;
 };
 
 }  // namespace

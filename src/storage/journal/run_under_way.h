@@ -1,5 +1,6 @@
 #pragma once
 
+#include "files/shared_flush.h"
 #include "record.h"
 #include "run_folder.h"
 
@@ -30,6 +31,11 @@ struct RunUnderWay {
   std::optional<files::OpenFile> journal = std::nullopt;
   bool keepsOriginals = true;
   bool torn = false;  ///< the journal's last line may lack its end
+
+  /// Used without the mutex.
+  files::SharedFlush journalFlush = {};
+  files::SharedFlush runFlush = {};
+  files::SharedFlush runsFlush = {};
 
   mutable std::mutex mutex = {};
   bool namesOnDisk = false;    ///< of the run's folder and the journal in it

@@ -154,7 +154,10 @@ files::NewVersion StoredDocument::newVersion(const std::string& path, const Save
             if (const auto what = document::differenceOf(meant, again.stories, release); !what.empty())
               throw again.encoding.empty() ? notAsMeant(what) : otherKind();
           },
-          options.beforeReplacing};
+          options.beforeReplacing,
+          std::nullopt,
+          {},
+          folderFlushes_};
 }
 
 Store::Store(files::FileSystem& system)
@@ -185,6 +188,7 @@ std::unique_ptr<StoredDocument> Store::open(const std::string& path, const Also&
   auto opened = std::unique_ptr<StoredDocument>(new StoredDocument);
   opened->system_ = system_;
   opened->registry_ = registry_;
+  opened->folderFlushes_ = folderFlushes_;
   opened->format_ = &registry_->formatOf(file.bytes.view, formats::extensionOf(path));
   formats::Opened read = opened->format_->read(file.bytes, also.hint);
   if (also.forReading) read.protection.reset();

@@ -3,6 +3,7 @@
 #include "files/file_system.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <filesystem>
 #include <limits>
@@ -76,8 +77,8 @@ class FailingFileSystem : public FileSystem {
 
  private:
   void count() {
-    ++calls_;
-    if (from_ == From::once ? calls_ == failing_ : calls_ >= failing_) strike();
+    const int call = ++calls_;
+    if (from_ == From::once ? call == failing_ : call >= failing_) strike();
   }
   static std::size_t someOf(std::size_t size) { return size - size / 3; }
 
@@ -85,7 +86,7 @@ class FailingFileSystem : public FileSystem {
   int failing_;
   From from_;
   int error_;
-  int calls_ = 0;
+  std::atomic<int> calls_ = 0;
 };
 
 /// The machine's file system, with a user who puts a link in the place of a folder right before the n-th

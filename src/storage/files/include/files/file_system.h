@@ -3,6 +3,7 @@
 #include "base/bytes.h"
 
 #include <cstdint>
+#include <functional>
 #include <future>
 #include <memory>
 #include <span>
@@ -94,10 +95,10 @@ class FileSystem {
   virtual std::size_t write(Handle file, base::ByteSpan bytes) = 0;
   /// Returns when the file's bytes, or the folder's names, are on disk.
   virtual void flush(Handle file) = 0;
-  /// Begins to flush; the future waits for it, and throws what flush throws. Flushes that go on together cost
-  /// the disk hardly more than one. The file must stay open meanwhile.
-  virtual std::future<void> startFlush(Handle file) {
-    return std::async(std::launch::deferred, [this, file] { flush(file); });
+  /// Begins with work that waits for the disk; the future waits for its end, and throws what it throws.
+  /// Flushes that go on together cost the disk hardly more than one.
+  virtual std::future<void> begin(std::function<void()> work) {
+    return std::async(std::launch::deferred, std::move(work));
   }
   /// Has the disk begin with the bytes written so far, so that a later flush finds less to do. Only a hint.
   virtual void startWriting(Handle) {}

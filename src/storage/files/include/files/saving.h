@@ -2,6 +2,7 @@
 
 #include "errors/document_error.h"
 #include "files/file_system.h"
+#include "files/shared_flush.h"
 
 #include <functional>
 #include <memory>
@@ -76,6 +77,8 @@ struct NewVersion {
   std::optional<FileStatus> as = std::nullopt;
   /// Its name meanwhile, in the document's folder; empty where any free name there will do.
   std::string temporary = {};
+  /// Of versions that are saved meanwhile; null where there is only this one.
+  std::shared_ptr<FolderFlushes> folderFlushes = nullptr;
 };
 
 /// The attributes of the original that a new version could not be given.
@@ -94,12 +97,21 @@ struct Saved {
 };
 
 /// A new version that is written and checked; it is still to be flushed and put in its place. Unless it is
-/// finished there is nothing of it.
+/// there is nothing of it.
 class Pending {
  public:
   virtual ~Pending() = default;
-  /// To be called once, on any thread.
-  virtual Saved finish() = 0;
+  Saved finish() {
+    flush();
+    putInPlace();
+    return settle();
+  }
+
+  /// The steps of that, on any thread. Versions that take the last two together share flushes.
+  virtual void flush() = 0;
+  virtual void putInPlace() = 0;
+  /// Returns when the disk has the new name.
+  virtual Saved settle() = 0;
 };
 
 /// Why the document can be read but not be replaced. locked: it is open in another program. read-only: its

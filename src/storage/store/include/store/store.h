@@ -120,6 +120,7 @@ class StoredDocument {
   formats::Reservation reservation_;
   Reserved reserved_ = Reserved::no;
   bool isKeptToReading_ = false;
+  std::shared_ptr<files::FolderFlushes> folderFlushes_;
   std::string path_;
   files::Stamp stamp_;
   /// The file that was read, and may be mapped still.
@@ -156,7 +157,9 @@ class Store {
   explicit Store(files::FileSystem& system = files::machineFileSystem());
   /// Of other formats than those known here.
   Store(files::FileSystem& system, std::shared_ptr<const formats::Registry> registry)
-      : system_(&system), registry_(std::move(registry)) {}
+      : system_(&system),
+        registry_(std::move(registry)),
+        folderFlushes_(std::make_shared<files::FolderFlushes>()) {}
 
   /// Throws errors::DocumentError; temporary and protected for those that are not also opened. A file that
   /// may not be written opens all the same.
@@ -165,6 +168,7 @@ class Store {
  private:
   files::FileSystem* system_;
   std::shared_ptr<const formats::Registry> registry_;
+  std::shared_ptr<files::FolderFlushes> folderFlushes_;
 };
 
 }  // namespace pluvo::store

@@ -1,0 +1,88 @@
+#include "group_saver.h"
+
+#include <algorithm>
+#include <chrono>
+#include <system_error>
+#include <utility>
+
+namespace pluvo::runs {
+
+GroupSaver::GroupSaver(std::size_t threads, Done done) : done_(std::move(done)) {
+  try {
+    for (std::size_t i = 0; i < threads; ++i) threads_.emplace_back([this] { saveAll(); });
+  } catch (const std::system_error&) {  // NOLINT(bugprone-empty-catch): the machine has no more; fewer serve
+  }
+}
+
+GroupSaver::~GroupSaver() {
+  {
+    const std::lock_guard guard(mutex_);
+    isLast_ = true;
+  }
+  added_.notify_all();
+  whole_.notify_one();
+  for (std::thread& thread : threads_) thread.join();
+}
+
+void GroupSaver::add(Version version) {
+  Versions one;
+  one.push_back(std::move(version));
+  if (threads_.empty()) {
+    flushVersion(one.front().worked);
+    return finish(std::move(one));
+  }
+  {
+    std::unique_lock lock(mutex_);
+    taken_.wait(lock, [&] { return versions_.size() < threads_.size(); });
+    versions_.splice(versions_.end(), one);
+  }
+  added_.notify_one();
+}
+
+void GroupSaver::saveAll() {
+  std::unique_lock lock(mutex_);
+  for (;;) {
+    added_.wait(lock, [&] { return isLast_ || !versions_.empty(); });
+    if (versions_.empty()) return;
+    Versions one;
+    one.splice(one.end(), versions_, versions_.begin());
+    ++flushing_;
+    lock.unlock();
+    taken_.notify_one();
+    flushVersion(one.front().worked);
+    lock.lock();
+    --flushing_;
+    const bool leads = group_.empty();
+    group_.splice(group_.end(), one);
+    if (isWhole()) whole_.notify_one();
+    if (!leads) continue;
+    Versions group = gathered(lock);
+    lock.unlock();
+    finish(std::move(group));
+    lock.lock();
+  }
+}
+
+/// Whether there is nobody to wait for, or there are enough.
+bool GroupSaver::isWhole() const {
+  constexpr std::size_t kEnough = 8;
+  const bool othersCome = !isLast_ || !versions_.empty() || flushing_ > 0;
+  return group_.size() >= std::min(kEnough, threads_.size()) || !othersCome;
+}
+
+/// The group that the calling thread leads, be it whole or not after a while.
+GroupSaver::Versions GroupSaver::gathered(std::unique_lock<std::mutex>& lock) {
+  constexpr std::chrono::milliseconds kPatience(4);
+  whole_.wait_for(lock, kPatience, [&] { return isWhole(); });
+  return std::exchange(group_, {});
+}
+
+void GroupSaver::finish(Versions group) const {
+  for (Version& each : group) putInPlace(each.worked);
+  for (Version& each : group) {
+    settle(each.worked);
+    done_(std::move(each));
+  }
+}
+
+}  // namespace pluvo::runs

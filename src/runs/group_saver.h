@@ -1,0 +1,56 @@
+#pragma once
+
+#include "document_run.h"
+
+#include <condition_variable>
+#include <cstddef>
+#include <functional>
+#include <list>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+namespace pluvo::runs {
+
+/// Threads that save new versions, so that working threads need not wait for the disk. Versions that are
+/// flushed at about the same time are put in their places together, so that they share flushes.
+class GroupSaver {
+ public:
+  struct Version {
+    std::size_t document;  ///< its number in the list
+    Worked worked;
+  };
+  /// Takes a version that is saved, or failed, on any thread. It must not throw.
+  using Done = std::function<void(Version)>;
+
+  /// With no threads, add() saves by itself.
+  GroupSaver(std::size_t threads, Done done);
+  GroupSaver(const GroupSaver&) = delete;
+  GroupSaver& operator=(const GroupSaver&) = delete;
+  /// Returns when all are saved.
+  ~GroupSaver();
+
+  /// Returns at once unless as many wait for a thread as there are threads.
+  void add(Version version);
+
+ private:
+  using Versions = std::list<Version>;  ///< from list to list without memory, of which there may be none
+
+  void saveAll();
+  bool isWhole() const;
+  Versions gathered(std::unique_lock<std::mutex>& lock);
+  void finish(Versions group) const;
+
+  const Done done_;
+  std::mutex mutex_;
+  std::condition_variable added_;
+  std::condition_variable taken_;
+  std::condition_variable whole_;
+  Versions versions_;         ///< to be flushed
+  Versions group_;            ///< flushed, and not in their places
+  std::size_t flushing_ = 0;  ///< threads
+  bool isLast_ = false;
+  std::vector<std::thread> threads_;
+};
+
+}  // namespace pluvo::runs
