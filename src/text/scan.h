@@ -50,5 +50,14 @@ inline bool hasAvx2() {
   return false;
 #endif
 }
+/// Vectors of 64 bytes, and their bytes and units moved together.
+inline bool hasAvx512Compress() {
+#if defined(__x86_64__)
+  return hasAvx2() && __builtin_cpu_supports("avx512f") != 0 && __builtin_cpu_supports("avx512bw") != 0 &&
+         __builtin_cpu_supports("avx512vl") != 0 && __builtin_cpu_supports("avx512vbmi2") != 0;
+#else
+  return false;
+#endif
+}
 
 }  // namespace pluvo::text

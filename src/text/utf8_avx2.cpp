@@ -4,6 +4,7 @@
 
 #if defined(__AVX2__)
 
+#include "utf8_decode_kernel.h"
 #include "utf8_kernel.h"
 
 namespace pluvo::text {
@@ -21,6 +22,9 @@ std::size_t countUtf8Avx2(const std::uint8_t* bytes, std::size_t size, std::size
   return count(bytes, size, from, to);
 }
 std::size_t cleanUtf8Avx2(const std::uint8_t* bytes, std::size_t size) { return cleanBytes(bytes, size); }
+Utf8Decoded decodeUtf8Avx2(const std::uint8_t* bytes, std::size_t size, char16_t* units, std::size_t room) {
+  return decode(bytes, size, units, room);
+}
 
 }  // namespace pluvo::text
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "text/utf8_decoding.h"
+
 #include <cstddef>
 #include <cstdint>
 
@@ -57,5 +59,11 @@ Utf8Step walkUtf8Avx2(const std::uint8_t* bytes, std::size_t size, std::size_t f
 Utf8Step walkBackUtf8Avx2(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t units);
 std::size_t countUtf8Avx2(const std::uint8_t* bytes, std::size_t size, std::size_t from, std::size_t to);
 std::size_t cleanUtf8Avx2(const std::uint8_t* bytes, std::size_t size);
+
+/// decodeUtf8 for every processor, for those with AVX2, and those with hasAvx512Compress().
+Utf8Decoded decodeUtf8Anywhere(const std::uint8_t* bytes, std::size_t size, char16_t* units,
+                               std::size_t room);
+Utf8Decoded decodeUtf8Avx2(const std::uint8_t* bytes, std::size_t size, char16_t* units, std::size_t room);
+Utf8Decoded decodeUtf8Avx512(const std::uint8_t* bytes, std::size_t size, char16_t* units, std::size_t room);
 
 }  // namespace pluvo::text

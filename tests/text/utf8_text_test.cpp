@@ -141,6 +141,42 @@ TEST(CleanUtf8, EndsWhereACharacterBeginsBeforeAllThatIsWrong) {
   }
 }
 
+/// Up to the first control character or character of two units, or the room's end.
+TEST(Utf8Decoding, IsTheSameOnAnyProcessor) {
+  Generator generate(17);
+  static const std::string even[] = {"a", "plain ASCII text ", "ü", "Ж", "和", "\uD7FF", "\uE000", "\x7F"};
+  static const std::string odd[] = {"\x1F", "\t", "𝒜", "\U0010FFFF"};
+  std::vector<decltype(&decodeUtf8Anywhere)> variants = {decodeUtf8Anywhere};
+  if (hasAvx2()) variants.push_back(decodeUtf8Avx2);
+  if (hasAvx512Compress()) variants.push_back(decodeUtf8Avx512);
+  for (int round = 0; round < 3000; ++round) {
+    std::string bytes;
+    for (int left = generate.upTo(300); left > 0; --left) bytes += generate.of(even);
+    if (generate.oneIn(2)) bytes += generate.of(odd) + bytes;
+    const auto room = static_cast<std::size_t>(generate.upTo(std::ssize(bytes) + 1));
+    std::size_t read = 0;
+    std::u16string expected;
+    while (read < bytes.size() && expected.size() < room) {
+      const base::Utf8Character next = base::firstOfUtf8(std::string_view(bytes).substr(read));
+      if (next.point < 0x20 || next.point > 0xFFFF) break;
+      expected += static_cast<char16_t>(next.point);
+      read += next.bytes;
+    }
+    for (const auto decode : variants) {
+      std::u16string units(room, u'?');
+      const Utf8Decoded decoded =
+          decode(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size(), units.data(), room);
+      units.resize(decoded.units);
+      ASSERT_EQ(units, expected) << "round " << round;
+      std::size_t bytesRead = decoded.bytes;
+      while (units.size() == room && bytesRead < read &&
+             base::isUtf8Follower(static_cast<std::uint8_t>(bytes[bytesRead])))
+        ++bytesRead;
+      ASSERT_EQ(bytesRead, read) << "round " << round;
+    }
+  }
+}
+
 TEST(Utf8Decoding, ReadsCharactersThatBeginInOneBlockAndEndInTheNext) {
   for (const std::string& character : {std::string("é"), std::string("’"), std::string("中")}) {
     for (std::size_t front = 0; front < 140; ++front) {

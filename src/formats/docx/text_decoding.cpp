@@ -18,47 +18,37 @@ namespace {
 
 bool isBlank(char16_t unit) { return unit == u' ' || unit == u'\t'; }
 
-constexpr std::size_t kBlock = 8;
+/// Signed, so that bytes beyond ASCII are below zero.
+using Block = std::int8_t __attribute__((vector_size(16)));
 
-constexpr std::uint64_t kEach = 0x0101010101010101;
-
-std::uint64_t load(const char* block) {
-  std::uint64_t bytes = 0;
-  std::memcpy(&bytes, block, kBlock);
-  return bytes;
-}
-
-/// The high bit of a byte, and perhaps of those after it, is set where it is less than another.
-std::uint64_t below(std::uint64_t bytes, std::uint64_t other) { return (bytes - kEach * other) & ~bytes; }
-
-/// Whether the high bit is set in a byte of what any block comes to.
-template <class OfBlock>
-bool isAnyBlock(std::string_view bytes, OfBlock ofBlock) {
-  std::uint64_t bits = 0;
-  if (bytes.size() < kBlock) {
-    char filled[kBlock];
-    std::memset(filled, ' ', kBlock);
-    std::copy(bytes.begin(), bytes.end(), filled);
-    bits = ofBlock(load(filled));
-  } else {
-    for (std::size_t i = 0; i + kBlock < bytes.size(); i += kBlock) bits |= ofBlock(load(bytes.data() + i));
-    bits |= ofBlock(load(bytes.data() + bytes.size() - kBlock));
-  }
-  return (bits & (kEach * 0x80)) != 0;
+bool isAnySet(Block block) {
+  std::uint64_t halves[2];
+  std::memcpy(halves, &block, sizeof block);
+  return (halves[0] | halves[1]) != 0;
 }
 
 }  // namespace
 
-/// Most text is ASCII, of which less has to be asked.
 Plainness plainnessOf(std::string_view utf8) {
-  const bool isAscii = !isAnyBlock(utf8, [](std::uint64_t bytes) {
-    return bytes | (bytes - kEach * 0x20) | ((bytes ^ kEach * '&') - kEach) | ((bytes ^ kEach * ']') - kEach);
-  });
-  if (isAscii) return Plainness::ascii;
-  const bool isOdd = isAnyBlock(utf8, [](std::uint64_t bytes) {
-    return below(bytes, 0x20) | below(bytes ^ kEach * '&', 1) | below(bytes ^ kEach * ']', 1);
-  });
-  return isOdd ? Plainness::none : Plainness::wide;
+  Block beyond = {};
+  Block odd = {};
+  const auto look = [&](const char* bytes) {
+    Block block;
+    std::memcpy(&block, bytes, sizeof block);
+    beyond |= block;
+    odd |= ((block < 0x20) & (block >= 0)) | (block == '&') | (block == ']');
+  };
+  if (utf8.size() < sizeof(Block)) {
+    char filled[sizeof(Block)];
+    std::memset(filled, ' ', sizeof filled);
+    std::copy(utf8.begin(), utf8.end(), filled);
+    look(filled);
+  } else {
+    for (std::size_t i = 0; i + sizeof(Block) < utf8.size(); i += sizeof(Block)) look(utf8.data() + i);
+    look(utf8.data() + utf8.size() - sizeof(Block));
+  }
+  if (isAnySet(odd)) return Plainness::none;
+  return isAnySet(beyond < 0) ? Plainness::wide : Plainness::ascii;
 }
 
 std::size_t unitsOf(std::string_view utf8) {

@@ -12,7 +12,8 @@ struct Utf8Decoded {
 };
 
 /// Decodes bytes that are known to be UTF-8, up to the first control character or character of two units, to
-/// the end, or until room is filled. The order of scripts costs nothing: no branch depends on how long a
+/// the end, or until room is filled. Then the last bytes of a character may be left; who goes on from there
+/// passes over them. The order of scripts costs nothing: no branch depends on how long a
 /// character is.
 Utf8Decoded decodeUtf8(std::span<const std::uint8_t> bytes, char16_t* units, std::size_t room);
 
