@@ -7,7 +7,7 @@
 
 namespace pluvo::runs {
 
-GroupSaver::GroupSaver(std::size_t threads, Done done) : done_(std::move(done)) {
+GroupSaver::GroupSaver(std::size_t threads, Done done) : tell_(std::move(done)) {
   try {
     for (std::size_t i = 0; i < threads; ++i) threads_.emplace_back([this] { saveAll(); });
   } catch (const std::system_error&) {  // NOLINT(bugprone-empty-catch): the machine has no more; fewer serve
@@ -32,8 +32,10 @@ void GroupSaver::add(Version version) {
     return finish(std::move(one));
   }
   {
+    constexpr std::size_t kForEachThread = 3;
     std::unique_lock lock(mutex_);
-    taken_.wait(lock, [&] { return versions_.size() < threads_.size(); });
+    done_.wait(lock, [&] { return inHand_ < kForEachThread * threads_.size(); });
+    ++inHand_;
     versions_.splice(versions_.end(), one);
   }
   added_.notify_one();
@@ -48,7 +50,6 @@ void GroupSaver::saveAll() {
     one.splice(one.end(), versions_, versions_.begin());
     ++flushing_;
     lock.unlock();
-    taken_.notify_one();
     flushVersion(one.front().worked);
     lock.lock();
     --flushing_;
@@ -57,9 +58,12 @@ void GroupSaver::saveAll() {
     if (isWhole()) whole_.notify_one();
     if (!leads) continue;
     Versions group = gathered(lock);
+    const std::size_t size = group.size();
     lock.unlock();
     finish(std::move(group));
     lock.lock();
+    inHand_ -= size;
+    done_.notify_all();
   }
 }
 
@@ -81,7 +85,7 @@ void GroupSaver::finish(Versions group) const {
   for (Version& each : group) putInPlace(each.worked);
   for (Version& each : group) {
     settle(each.worked);
-    done_(std::move(each));
+    tell_(std::move(each));
   }
 }
 

@@ -30,7 +30,7 @@ class GroupSaver {
   /// Returns when all are saved.
   ~GroupSaver();
 
-  /// Returns at once unless as many wait for a thread as there are threads.
+  /// Returns at once unless there are so many versions here that their open files could become too many.
   void add(Version version);
 
  private:
@@ -41,14 +41,15 @@ class GroupSaver {
   Versions gathered(std::unique_lock<std::mutex>& lock);
   void finish(Versions group) const;
 
-  const Done done_;
+  const Done tell_;
   std::mutex mutex_;
   std::condition_variable added_;
-  std::condition_variable taken_;
+  std::condition_variable done_;
   std::condition_variable whole_;
   Versions versions_;         ///< to be flushed
   Versions group_;            ///< flushed, and not in their places
   std::size_t flushing_ = 0;  ///< threads
+  std::size_t inHand_ = 0;    ///< versions that are not yet done
   bool isLast_ = false;
   std::vector<std::thread> threads_;
 };

@@ -178,9 +178,10 @@ class MachineFileSystem final : public FileSystem {
     }
   }
 
-  std::future<void> begin(std::function<void()> work) override {
-    // Where there can be no more threads, the waiting thread does it.
-    return std::async(std::launch::async | std::launch::deferred, std::move(work));
+  std::future<void> begin(const std::function<void()>& work) override {
+    // Where there can be no more threads, the waiting thread does it. The library takes the work once for the
+    // new thread and then again, so it must not be moved.
+    return std::async(std::launch::async | std::launch::deferred, work);
   }
 
   void startWriting(Handle file) override { sync_file_range(file, 0, 0, SYNC_FILE_RANGE_WRITE); }

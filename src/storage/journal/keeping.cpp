@@ -32,8 +32,7 @@ class Flushes {
     flushes_.push_back(system_.begin([&system = system_, file] { system.flush(file); }));
   }
   /// The flush must outlive this.
-  void add(files::SharedFlush& flush, files::Handle file) {
-    const std::uint64_t asked = flush.ask();
+  void add(files::SharedFlush& flush, files::Handle file, std::uint64_t asked) {
     flushes_.push_back(
         system_.begin([&system = system_, &flush, file, asked] { flush.flush(system, file, asked); }));
   }
@@ -70,18 +69,26 @@ class Kept final : public files::Keeping {
   /// The record is written. The first document's flushes go on beside that of its new version; later a
   /// thread for each would cost more than waiting.
   void begin() {
-    const bool first = !run_.namesOnDisk;
     asked_ = run_.journalFlush.ask();
-    if (first) flushes_.add(run_.journalFlush, run_.journal->handle());
-    if (first) flushes_.add(run_.runsFlush, run_.runs->handle());
-    if (first || !wantsFile_) flushes_.add(run_.runFlush, run_.run->handle());
+    askedForRun_ = run_.runFlush.ask();
+    askedForRuns_ = run_.runsFlush.ask();
+    needsNames_ = !run_.namesOnDisk;
+    if (!run_.namesOnDisk && !run_.namesAsked) {
+      flushes_.add(run_.journalFlush, run_.journal->handle(), asked_);
+      flushes_.add(run_.runFlush, run_.run->handle(), askedForRun_);
+      flushes_.add(run_.runsFlush, run_.runs->handle(), askedForRuns_);
+    }
+    run_.namesAsked = true;
     recorded_ = true;
   }
 
   void wait() override {
     guarded(run_.folder, [&] {
       flushes_.wait();
-      run_.journalFlush.flush(run_.system, run_.journal->handle(), asked_);
+      files::FileSystem& system = run_.system;
+      run_.journalFlush.flush(system, run_.journal->handle(), asked_);
+      if (needsNames_ || !wantsFile_) run_.runFlush.flush(system, run_.run->handle(), askedForRun_);
+      if (needsNames_) run_.runsFlush.flush(system, run_.runs->handle(), askedForRuns_);
     });
     const std::lock_guard guard(run_.mutex);
     run_.namesOnDisk = true;
@@ -107,8 +114,8 @@ class Kept final : public files::Keeping {
     guarded(run_.folder, [&] {
       try {
         makeCopy();
-        flushes_.add(run_.runFlush, run_.run->handle());
         flushes_.wait();
+        run_.runFlush.flush(run_.system, run_.run->handle(), run_.runFlush.ask());
       } catch (const std::system_error&) {
         removeIfPossible(run_.system, place_);
         throw;
@@ -155,7 +162,10 @@ class Kept final : public files::Keeping {
   const files::Place place_;
   const bool wantsFile_;
   bool recorded_ = false;
+  bool needsNames_ = false;
   std::uint64_t asked_ = 0;
+  std::uint64_t askedForRun_ = 0;
+  std::uint64_t askedForRuns_ = 0;
   bool replaced_ = false;
   Flushes flushes_;
 };

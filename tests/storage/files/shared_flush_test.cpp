@@ -4,8 +4,10 @@
 #include "scratch.h"
 
 #include <gtest/gtest.h>
+#include <pthread.h>
 
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <thread>
 #include <vector>
@@ -83,6 +85,21 @@ TEST(FolderFlushes, AreThoseOfTheFolderNotOfTheHandle) {
   const auto held = flushes.of(system, one);
   EXPECT_EQ(flushes.of(system, again), held);
   EXPECT_NE(flushes.of(system, above), held);
+}
+
+TEST(MachineFileSystem, DoesByItselfWhatNoThreadCanBeHadFor) {
+  pthread_attr_t before;
+  ASSERT_EQ(pthread_getattr_default_np(&before), 0);
+  pthread_attr_t refused;
+  pthread_attr_init(&refused);
+  pthread_attr_setstacksize(&refused, std::size_t{1} << 46U);  // more than there is
+  ASSERT_EQ(pthread_setattr_default_np(&refused), 0);
+  bool isDone = false;
+  std::future<void> work = machineFileSystem().begin([&] { isDone = true; });
+  pthread_setattr_default_np(&before);
+  EXPECT_EQ(work.wait_for(std::chrono::seconds(0)), std::future_status::deferred);
+  work.get();
+  EXPECT_TRUE(isDone);
 }
 
 }  // namespace

@@ -97,8 +97,8 @@ class FileSystem {
   virtual void flush(Handle file) = 0;
   /// Begins with work that waits for the disk; the future waits for its end, and throws what it throws.
   /// Flushes that go on together cost the disk hardly more than one.
-  virtual std::future<void> begin(std::function<void()> work) {
-    return std::async(std::launch::deferred, std::move(work));
+  virtual std::future<void> begin(const std::function<void()>& work) {
+    return std::async(std::launch::deferred, work);
   }
   /// Has the disk begin with the bytes written so far, so that a later flush finds less to do. Only a hint.
   virtual void startWriting(Handle) {}
