@@ -56,8 +56,7 @@ void UnderWay::writeBlocks() {
 }
 
 void UnderWay::writeContent() {
-  part_.output.text() += content_;
-  content_.clear();
+  part_.output.take(content_);
   hasText_ = false;
   if (hasBreak_) opens_.allowLineBreaks();
   hasBreak_ = false;

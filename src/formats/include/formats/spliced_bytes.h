@@ -41,8 +41,22 @@ class SplicedBytes {
   }
 
   /// From here on text and copied bytes go into another buffer.
-  void divertTo(std::string& buffer) { into_ = &buffer; }
+  void divertTo(std::string& buffer) {
+    constexpr std::size_t kMost = std::size_t{32} << 20U;
+    if (gathersAll_) buffer.reserve(std::min(text_.capacity(), kMost));
+    into_ = &buffer;
+  }
   void comeBack() { into_ = &text_; }
+  /// Adds a text and empties it. The longer of the two keeps its place: other memory would have to be
+  /// cleared.
+  void take(std::string& more) {
+    if (more.size() > into_->size()) {
+      into_->swap(more.insert(0, *into_));
+    } else {
+      into_->append(more);
+    }
+    more.clear();
+  }
 
   /// Copies the old bytes up to here, as a rule without gathering them, for good.
   void commitTo(Offset to) {
