@@ -34,7 +34,7 @@ class GroupSaver {
   void add(Version version);
 
  private:
-  using Versions = std::list<Version>;  ///< from list to list without memory, of which there may be none
+  using Versions = std::list<Version>;  ///< moved from list to list without taking memory
 
   void saveAll();
   bool isWhole() const;
