@@ -28,7 +28,7 @@ using BlockSink = std::function<void(const BlockReport&)>;
 struct Worked {
   Outcome outcome;
   std::unique_ptr<files::Pending> version;
-  std::exception_ptr thrown = nullptr;  ///< what was none of the document's failures
+  std::exception_ptr thrown = nullptr;  ///< an exception that is no failure of a document
 };
 
 /// Opens a document, makes a pass over it for each request, and begins to save it. Whatever goes wrong is in
@@ -42,7 +42,7 @@ Worked runOn(const NamedDocument& document, std::size_t number, const RunContext
 void flushVersion(Worked& worked);
 void putInPlace(Worked& worked);
 void settle(Worked& worked);
-/// After the last step; throws what was thrown.
+/// To be called after the last step. Throws the exception, if there was one.
 Outcome outcomeOf(Worked worked);
 
 }  // namespace pluvo::runs

@@ -50,7 +50,7 @@ inline bool hasAvx2() {
   return false;
 #endif
 }
-/// Vectors of 64 bytes, and their bytes and units moved together.
+/// Whether there are vectors of 64 bytes, and instructions that move chosen units to their front.
 inline bool hasAvx512Compress() {
 #if defined(__x86_64__)
   return hasAvx2() && __builtin_cpu_supports("avx512f") != 0 && __builtin_cpu_supports("avx512bw") != 0 &&

@@ -38,7 +38,7 @@ struct RunUnderWay {
   files::SharedFlush runsFlush = {};
 
   mutable std::mutex mutex = {};
-  bool namesAsked = false;     ///< a document has begun to flush the next ones
+  bool namesAsked = false;     ///< the first document has begun to flush these names
   bool namesOnDisk = false;    ///< of the run's folder and the journal in it
   std::uint64_t numbers = 0;   ///< given to originals
   std::uint64_t replaced = 0;  ///< documents, kept or not

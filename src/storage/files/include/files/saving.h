@@ -97,7 +97,7 @@ struct Saved {
 };
 
 /// A new version that is written and checked; it is still to be flushed and put in its place. Unless it is
-/// there is nothing of it.
+/// put there, nothing of it stays.
 class Pending {
  public:
   virtual ~Pending() = default;

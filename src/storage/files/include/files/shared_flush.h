@@ -18,8 +18,8 @@ class SharedFlush {
  public:
   /// To be called after writing. What was written by then is on disk when flush() of this number returns.
   std::uint64_t ask();
-  /// Throws std::system_error where the flush fails, and in every flush that begins later: a disk tells once
-  /// that it lost something, and not whose it was.
+  /// Throws std::system_error where the flush fails, and in every flush that begins later: a disk tells of a
+  /// loss only once, and not whose it was.
   void flush(FileSystem& system, Handle file, std::uint64_t asked);
 
  private:
