@@ -37,19 +37,11 @@ const CodedLooks kCodedAnywhere = kLooks;
 #if !defined(__x86_64__)
 const CodedLooks kCodedAvx2 = kLooks;
 const CodedLooks kCodedAvx512 = kLooks;
-bool hasAvx512Tables() { return false; }
-#else
-bool hasAvx512Tables() {
-  static const bool has = hasAvx2() && __builtin_cpu_supports("avx512f") &&
-                          __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vl") &&
-                          __builtin_cpu_supports("avx512vbmi");
-  return has;
-}
 #endif
 
 const CodedLooks& codedLooks() {
-  if (hasAvx512Tables()) return kCodedAvx512;
-  return hasAvx2() ? kCodedAvx2 : kCodedAnywhere;
+  static const CodedLooks& best = hasAvx512Tables() ? kCodedAvx512 : hasAvx2() ? kCodedAvx2 : kCodedAnywhere;
+  return best;
 }
 
 }  // namespace pluvo::text

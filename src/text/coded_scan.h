@@ -95,9 +95,8 @@ struct CodedLooks {
 };
 extern const CodedLooks kCodedAnywhere;
 extern const CodedLooks kCodedAvx2;
+/// For processors with hasAvx512Tables().
 extern const CodedLooks kCodedAvx512;
-/// Whether the processor has what the last ones need: bytes looked up in tables of 128.
-bool hasAvx512Tables();
 /// Those that suit the processor.
 const CodedLooks& codedLooks();
 

@@ -50,14 +50,18 @@ inline bool hasAvx2() {
   return false;
 #endif
 }
-/// Whether there are vectors of 64 bytes, and instructions that move chosen units to their front.
-inline bool hasAvx512Compress() {
 #if defined(__x86_64__)
+inline bool hasAvx512() {
   return hasAvx2() && __builtin_cpu_supports("avx512f") != 0 && __builtin_cpu_supports("avx512bw") != 0 &&
-         __builtin_cpu_supports("avx512vl") != 0 && __builtin_cpu_supports("avx512vbmi2") != 0;
-#else
-  return false;
-#endif
+         __builtin_cpu_supports("avx512vl") != 0;
 }
+/// Bytes are looked up in tables of 128.
+inline bool hasAvx512Tables() { return hasAvx512() && __builtin_cpu_supports("avx512vbmi") != 0; }
+/// Chosen units are moved to the front of a vector.
+inline bool hasAvx512Compress() { return hasAvx512() && __builtin_cpu_supports("avx512vbmi2") != 0; }
+#else
+inline bool hasAvx512Tables() { return false; }
+inline bool hasAvx512Compress() { return false; }
+#endif
 
 }  // namespace pluvo::text

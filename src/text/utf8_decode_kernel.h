@@ -9,7 +9,7 @@ namespace pluvo::text {
 namespace {
 
 /// How many bytes behind a block are read, too.
-constexpr std::size_t kReadBeyond = 3;
+constexpr std::size_t kReadBeyond = 2;
 
 #if defined(__AVX512VBMI2__)
 

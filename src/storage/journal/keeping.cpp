@@ -73,7 +73,7 @@ class Kept final : public files::Keeping {
     askedForRun_ = run_.runFlush.ask();
     askedForRuns_ = run_.runsFlush.ask();
     needsNames_ = !run_.namesOnDisk;
-    if (!run_.namesOnDisk && !run_.namesAsked) {
+    if (needsNames_ && !run_.namesAsked) {
       flushes_.add(run_.journalFlush, run_.journal->handle(), asked_);
       flushes_.add(run_.runFlush, run_.run->handle(), askedForRun_);
       flushes_.add(run_.runsFlush, run_.runs->handle(), askedForRuns_);
