@@ -51,6 +51,8 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 
 set(CPACK_DEBIAN_PLUVO_PACKAGE_NAME pluvo)
+# Loaded when a large part is to be deflated; without it that takes longer.
+set(CPACK_DEBIAN_PLUVO_PACKAGE_RECOMMENDS libisal2)
 set(CPACK_DEBIAN_PLUVO_PACKAGE_SUGGESTS pluvo-desktop)
 set(CPACK_DEBIAN_PLUVO_DESCRIPTION "find and change blocks of text in documents
 PLUVO finds blocks of text in Word documents (.docx, .doc and their kin),
@@ -66,7 +68,7 @@ This package is the command line.")
 set(CPACK_DEBIAN_PLUVO-DESKTOP_PACKAGE_NAME pluvo-desktop)
 set(CPACK_DEBIAN_PLUVO-DESKTOP_PACKAGE_SECTION editors)
 # Qt finds what draws the icon, and what shows windows under Wayland, when it runs: no program is linked with them.
-set(CPACK_DEBIAN_PLUVO-DESKTOP_PACKAGE_RECOMMENDS "libqt6svg6, qt6-wayland")
+set(CPACK_DEBIAN_PLUVO-DESKTOP_PACKAGE_RECOMMENDS "libisal2, libqt6svg6, qt6-wayland")
 set(CPACK_DEBIAN_PLUVO-DESKTOP_PACKAGE_SUGGESTS pluvo)
 set(CPACK_DEBIAN_PLUVO-DESKTOP_DESCRIPTION "find and change blocks of text in documents, in windows
 PLUVO finds blocks of text in Word documents (.docx, .doc and their kin),

@@ -2,7 +2,7 @@
 # shellcheck shell=bash
 
 # To build and run the command line.
-RUN_PACKAGES=(ca-certificates cmake g++ ninja-build libdeflate-dev libtomlplusplus-dev libuchardet-dev nettle-dev)
+RUN_PACKAGES=(ca-certificates cmake g++ ninja-build libdeflate-dev libisal-dev libtomlplusplus-dev libuchardet-dev nettle-dev)
 # To test it as well.
 TEST_PACKAGES=(bash-completion ccache clang clang-format clang-tidy devscripts fish libclang-rt-dev libexpat1-dev
   libgmock-dev libgtest-dev python3 libpugixml-dev fonts-dejavu-core qt6-base-dev xauth xvfb zsh)

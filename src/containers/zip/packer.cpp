@@ -1,6 +1,7 @@
 #include "packer.h"
 
 #include "base/fresh_memory.h"
+#include "fast_deflate.h"
 #include "zip/rewrite.h"
 
 #include <libdeflate.h>
@@ -32,6 +33,8 @@ libdeflate_compressor* compressorOf(int level) {
 }
 
 constexpr std::uint64_t kSmall = std::uint64_t{16} << 10U;
+/// ISA-L gains more with parts of this size than it takes to load it.
+constexpr std::uint64_t kWorthLoading = std::uint64_t{256} << 10U;
 constexpr int kLevelOfSmall = 6;
 constexpr int kLevelOfLarge = 1;
 
@@ -54,47 +57,90 @@ std::uint8_t* storeBlocks(base::ByteSpan bytes, std::uint8_t* to) {
   return to;
 }
 
+/// Pieces as one; the compressor sees one buffer only.
+class Gathered {
+ public:
+  Gathered(std::span<const base::ByteSpan> pieces, std::size_t size) {
+    if (pieces.size() == 1) bytes_ = pieces.front();
+    if (pieces.size() <= 1) return;
+    memory_ = base::freshMemory(size);
+    std::uint8_t* to = memory_.get();
+    for (const base::ByteSpan piece : pieces) to = std::copy(piece.begin(), piece.end(), to);
+    bytes_ = {memory_.get(), size};
+  }
+  base::ByteSpan bytes() const { return bytes_; }
+
+ private:
+  base::ByteSpan bytes_;
+  std::shared_ptr<std::uint8_t[]> memory_;
+};
+
+void deflate(base::ByteSpan bytes, int level, Packed& packed) {
+  libdeflate_compressor* const compressor = compressorOf(level);
+  const std::size_t bound = libdeflate_deflate_compress_bound(compressor, bytes.size());
+  packed.owner = base::freshMemory(bound);
+  packed.packedSize =
+      libdeflate_deflate_compress(compressor, bytes.data(), bytes.size(), packed.owner.get(), bound);
+}
+
+/// What shrinks so much that the limits refuse it is stored in part, so that it can be opened again.
+bool shrinksTooMuch(const Packed& packed) {
+  constexpr Limits kLimits;
+  return packed.size > kLimits.freeSize && packed.size / kLimits.ratio > packed.packedSize;
+}
+
+void deflateLess(base::ByteSpan bytes, int level, Packed& packed) {
+  const auto front = static_cast<std::size_t>(packed.size / Limits().ratio);
+  const base::ByteSpan rest = bytes.subspan(front);
+  libdeflate_compressor* const compressor = compressorOf(level);
+  const std::size_t room = front + (front / kStoredBlock + 1) * kStoredHeader;
+  const std::size_t restBound = libdeflate_deflate_compress_bound(compressor, rest.size());
+  packed.owner = base::freshMemory(room + restBound);
+  std::uint8_t* const to = storeBlocks(bytes.first(front), packed.owner.get());
+  packed.packedSize = static_cast<std::uint64_t>(to - packed.owner.get()) +
+                      libdeflate_deflate_compress(compressor, rest.data(), rest.size(), to, restBound);
+}
+
+/// Without gathering the pieces.
+bool deflateLarge(std::span<const base::ByteSpan> pieces, Packed& packed) {
+  const std::size_t room = packed.size + packed.size / 16;
+  packed.owner = base::freshMemory(room);
+  const auto deflated = deflateFast(pieces, {packed.owner.get(), room});
+  if (!deflated) return false;
+  packed.packedSize = deflated->used;
+  packed.crc = deflated->crc;
+  return true;
+}
+
+std::uint32_t crcOf(std::span<const base::ByteSpan> pieces) {
+  std::uint32_t crc = 0;
+  for (const base::ByteSpan piece : pieces) {
+    if (piece.empty()) continue;  // of a null pointer the library gives the CRC to begin with
+    crc = libdeflate_crc32(crc, piece.data(), piece.size());
+  }
+  return crc;
+}
+
 }  // namespace
 
 Packed pack(std::span<const base::ByteSpan> pieces, Method method, int level) {
   Packed packed;
-  for (const base::ByteSpan piece : pieces) {
-    if (piece.empty()) continue;  // of a null pointer the library gives the CRC to begin with
-    packed.size += piece.size();
-    packed.crc = libdeflate_crc32(packed.crc, piece.data(), piece.size());
-  }
+  for (const base::ByteSpan piece : pieces) packed.size += piece.size();
   if (method == Method::stored) {
+    packed.crc = crcOf(pieces);
     packed.bytes.assign(pieces.begin(), pieces.end());
     packed.packedSize = packed.size;
     return packed;
   }
 
-  // The compressor sees one buffer only.
-  base::ByteSpan whole = pieces.empty() ? base::ByteSpan() : pieces.front();
-  std::shared_ptr<std::uint8_t[]> gathered;
-  if (pieces.size() > 1) {
-    gathered = base::freshMemory(packed.size);
-    std::uint8_t* to = gathered.get();
-    for (const base::ByteSpan piece : pieces) to = std::copy(piece.begin(), piece.end(), to);
-    whole = {gathered.get(), static_cast<std::size_t>(packed.size)};
-  }
-  if (level == kLevelBySize) level = packed.size <= kSmall ? kLevelOfSmall : kLevelOfLarge;
-  libdeflate_compressor* const compressor = compressorOf(level);
-  const std::size_t bound = libdeflate_deflate_compress_bound(compressor, whole.size());
-  packed.owner = base::freshMemory(bound);
-  packed.packedSize =
-      libdeflate_deflate_compress(compressor, whole.data(), whole.size(), packed.owner.get(), bound);
-  // What shrinks so much that the limits refuse it is stored in part, so that it can be opened again.
-  constexpr Limits kLimits;
-  if (packed.size > kLimits.freeSize && packed.size / kLimits.ratio > packed.packedSize) {
-    const auto front = static_cast<std::size_t>(packed.size / kLimits.ratio);
-    const base::ByteSpan rest = whole.subspan(front);
-    const std::size_t room = front + (front / kStoredBlock + 1) * kStoredHeader;
-    const std::size_t restBound = libdeflate_deflate_compress_bound(compressor, rest.size());
-    packed.owner = base::freshMemory(room + restBound);
-    std::uint8_t* const to = storeBlocks(whole.first(front), packed.owner.get());
-    packed.packedSize = static_cast<std::uint64_t>(to - packed.owner.get()) +
-                        libdeflate_deflate_compress(compressor, rest.data(), rest.size(), to, restBound);
+  const bool isBySize = level == kLevelBySize;
+  if (isBySize) level = packed.size <= kSmall ? kLevelOfSmall : kLevelOfLarge;
+  const bool isDeflated = isBySize && packed.size >= kWorthLoading && deflateLarge(pieces, packed);
+  if (!isDeflated || shrinksTooMuch(packed)) {
+    const Gathered whole(pieces, static_cast<std::size_t>(packed.size));
+    if (!isDeflated) packed.crc = crcOf(pieces);
+    if (!isDeflated) deflate(whole.bytes(), level, packed);
+    if (shrinksTooMuch(packed)) deflateLess(whole.bytes(), level, packed);
   }
   packed.bytes = {base::ByteSpan(packed.owner.get(), packed.packedSize)};
   return packed;

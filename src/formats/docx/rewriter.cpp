@@ -45,16 +45,11 @@ Rewriter::Rewriter(base::ByteSpan bytes, const std::string& partName, Reach reac
 
 std::vector<base::ByteSpan> Rewriter::rewrite() {
   const Visits visits = placesToVisit();
-  // New bytes are gathered in one buffer; growing it little by little would copy it again and
-  // again.
+  // Growing the buffer little by little would copy it again and again.
   constexpr std::size_t kPerTouch = 512;
-  const std::size_t expected = visits.touches * kPerTouch;
-  const std::size_t size = part_.size;
-  if (expected > size / 2) {
-    part_.output.gatherAll(size + size / 2);
-  } else {
-    part_.output.text().reserve(expected);
-  }
+  constexpr std::size_t kNewPerTouch = 256;
+  part_.output.text().reserve(
+      std::min(visits.touches * kPerTouch, part_.size + visits.touches * kNewPerTouch));
   for (const Span& touched : visits.spans) {
     jumpTowards(touched.from);
     while ((walker_.position() < touched.to || !idle()) && walker_.step()) {

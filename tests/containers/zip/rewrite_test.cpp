@@ -9,7 +9,9 @@
 #include <sys/mman.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
+#include <random>
 #include <string>
 
 namespace pluvo::zip {
@@ -143,6 +145,29 @@ TEST(Rewrite, StaysWithinTheLimitsOfOpening) {
   EXPECT_LT(made.size(), contents.size() / 100);
   const Archive after = Archive::open(bytesOf(made));
   EXPECT_TRUE(textOf(after.read(*after.find("first")).view) == contents);
+}
+
+/// Text and bytes that do not shrink, in small pieces, large ones and empty ones.
+TEST(Rewrite, DeflatesALargeMemberPieceByPiece) {
+  const Archive before = Archive::open(bytesOf(build({{{"first", "f"}, {"last", "l"}}}).bytes));
+  for (const unsigned letters : {4U, 256U}) {
+    std::mt19937 random(letters);
+    std::string contents;
+    while (contents.size() < std::size_t{900} << 10U) contents += static_cast<char>(random() % letters);
+    Change change{"first", {}};
+    for (std::size_t at = 0; at < contents.size();) {
+      const std::size_t longest = std::array<std::size_t, 3>{60, 5'000, 400'000}.at(random() % 3);
+      const std::size_t size = std::min<std::size_t>(random() % longest, contents.size() - at);
+      change.pieces.push_back(spanOf(std::string_view(contents).substr(at, size)));
+      if (size % 7 == 0) change.pieces.emplace_back();
+      at += size;
+    }
+    const std::string made = rewritten(before, {change});
+    EXPECT_LT(made.size(), letters == 4 ? contents.size() / 3 : contents.size() * 17 / 16);
+    const Archive after = Archive::open(bytesOf(made));
+    EXPECT_TRUE(textOf(after.read(*after.find("first")).view) == contents);
+    EXPECT_EQ(textOf(after.read(*after.find("last")).view), "l");
+  }
 }
 
 /// A stored member of 4 GiB of nothing, in memory that is never touched. A member before it that grows pushes

@@ -74,35 +74,5 @@ TEST(Twins, theSameBytesUnderAnotherDeclarationAreReadAnew) {
   EXPECT_EQ(notation::print(opened.model), "<h:xx>x<h:x>¶");
 }
 
-std::string joined(PartOutput& output) {
-  std::string all;
-  for (const base::ByteSpan span : output.finish()) all.append(span.begin(), span.end());
-  return all;
-}
-
-TEST(Twins, aPartGatheredInOnePieceIsTheSame) {
-  std::string old;
-  for (int i = 0; i < 500; ++i) old += std::to_string(i);
-  const base::ByteSpan source(reinterpret_cast<const std::uint8_t*>(old.data()), old.size());
-  std::mt19937 random(1);
-  for (int round = 0; round < 200; ++round) {
-    PartOutput pieces(source);
-    PartOutput gathered(source);
-    gathered.gatherAll(64);
-    for (Offset at = 0; at < old.size();) {
-      at = std::min(at + static_cast<Offset>(random() % 200), static_cast<Offset>(old.size()));
-      const auto kind = random() % 4;
-      const std::string put(random() % 30, '+');
-      for (PartOutput* output : {&pieces, &gathered}) {
-        if (kind == 0) output->copyTo(at);
-        if (kind == 1) output->leaveOutTo(at);
-        if (kind == 2) output->commitTo(at);
-        if (kind == 3) output->text() += put;
-      }
-    }
-    ASSERT_EQ(joined(pieces), joined(gathered)) << round;
-  }
-}
-
 }  // namespace
 }  // namespace pluvo::docx

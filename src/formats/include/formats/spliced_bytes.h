@@ -34,16 +34,10 @@ class SplicedBytes {
   /// New text, and old bytes copied since the last commitTo().
   std::string& text() { return *into_; }
 
-  /// To be called first where so much is new that the old bytes between are better gathered with it.
-  void gatherAll(std::size_t expected) {
-    gathersAll_ = true;
-    text_.reserve(expected);
-  }
-
   /// From here on text and copied bytes go into another buffer.
   void divertTo(std::string& buffer) {
     constexpr std::size_t kMost = std::size_t{32} << 20U;
-    if (gathersAll_) buffer.reserve(std::min(text_.capacity(), kMost));
+    buffer.reserve(std::min(text_.capacity(), kMost));
     into_ = &buffer;
   }
   void comeBack() { into_ = &text_; }
@@ -60,7 +54,6 @@ class SplicedBytes {
 
   /// Copies the old bytes up to here, as a rule without gathering them, for good.
   void commitTo(Offset to) {
-    if (gathersAll_) return copyTo(to);
     if (text_.size() > committed_) pieces_.push_back({true, committed_, text_.size()});
     committed_ = text_.size();
     if (to > copied_) pieces_.push_back({false, copied_, to});
@@ -70,7 +63,6 @@ class SplicedBytes {
   /// The new bytes. The spans hold as long as this and the old ones.
   std::vector<base::ByteSpan> finish() {
     commitTo(static_cast<Offset>(source_.size()));
-    if (gathersAll_) pieces_.push_back({true, 0, text_.size()});
     std::vector<base::ByteSpan> spans;
     for (const Piece& piece : pieces_) {
       const auto* const bytes =
@@ -91,7 +83,6 @@ class SplicedBytes {
   Offset copied_ = 0;
   std::string text_;
   std::string* into_ = &text_;
-  bool gathersAll_ = false;
   std::size_t committed_ = 0;
   std::vector<Piece> pieces_;
 };

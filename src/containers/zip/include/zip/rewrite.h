@@ -10,8 +10,7 @@
 namespace pluvo::zip {
 
 /// New contents for one member, as pieces that follow one another (bytes of the old contents and new ones
-/// mixed). A single piece is used where it lies; several are gathered into one buffer while the member is
-/// packed.
+/// mixed).
 struct Change {
   std::string_view name;
   std::vector<base::ByteSpan> pieces;
@@ -20,7 +19,8 @@ struct Change {
 
 /// How hard changed members are deflated: 1 to 12, or by size. By size, small members are packed well and
 /// large ones fast. Level 1 deflates a 10 MB part in 46 ms, level 4 in 110, level 6 in 200. It still leaves
-/// the main parts of 331 real documents 8 % smaller than their word processors had.
+/// the main parts of 331 real documents 8 % smaller than their word processors had. ISA-L takes less than
+/// half that time for parts from 256 KB on, and leaves them 4 to 6 % smaller.
 inline constexpr int kLevelBySize = 0;
 
 /// Writes the archive with these members changed, front to back. Every other member is copied as it is: its
@@ -30,9 +30,9 @@ inline constexpr int kLevelBySize = 0;
 /// members sizes, CRC, descriptor and level flags. ZIP64 fields stay, and appear where they become necessary.
 /// Both comments are kept.
 ///
-/// Needs memory for the largest changed member (gathered, unless it is one piece) and its packed form. Each
-/// name must be a member's and appear once. Throws DocumentError: tooLarge (a member beyond 4 GiB), and what
-/// the output throws.
+/// Needs memory for the packed form of the largest changed member. Where libdeflate packs several pieces,
+/// they are gathered in memory first. Each name must be a member's and appear once. Throws DocumentError:
+/// tooLarge (a member beyond 4 GiB), and what the output throws.
 void rewrite(const Archive& archive, std::span<const Change> changes, base::Output& out,
              int level = kLevelBySize);
 
