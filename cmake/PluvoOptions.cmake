@@ -28,6 +28,12 @@ endif()
 # different folders share a compiler cache.
 add_compile_options(-ffile-prefix-map=${CMAKE_SOURCE_DIR}/=)
 
+# Programs hold only what they reach.
+if(NOT WIN32 AND NOT PLUVO_SANITIZE AND CMAKE_BUILD_TYPE STREQUAL "Release")
+  add_compile_options(-ffunction-sections -fdata-sections)
+  add_link_options(-Wl,--gc-sections)
+endif()
+
 if(PLUVO_SANITIZE)
   add_compile_options(-fsanitize=${PLUVO_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${PLUVO_SANITIZE})

@@ -51,6 +51,12 @@ void prepareHeap() {
 #endif
 }
 
+void shareHeap() {
+#ifdef __GLIBC__
+  mallopt(M_ARENA_MAX, 1);
+#endif
+}
+
 }  // namespace pluvo::base
 
 #endif

@@ -9,7 +9,7 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <iostream>
+#include <optional>
 
 namespace pluvo::cli {
 namespace {
@@ -45,6 +45,17 @@ std::string questionFor(const engine::Request& request) {
   }
 }
 
+/// A line of standard input; none at its end. A stream of the C++ library would make every start longer.
+std::optional<std::string> readLine() {
+  std::string line;
+  for (int c = std::getc(stdin); c != '\n'; c = std::getc(stdin)) {
+    if (c == EOF && line.empty()) return std::nullopt;
+    if (c == EOF) break;
+    line += static_cast<char>(c);
+  }
+  return line;
+}
+
 void show(const std::string& text) { (void)std::fwrite(text.data(), 1, text.size(), stderr); }
 
 }  // namespace
@@ -70,12 +81,11 @@ Reply Interviewer::ask(const runs::Asked& asked) {
        ":" + which + "\n  " + base::shown(excerpt.lead) + piece + base::shown(excerpt.trail) + "\n");
   while (true) {
     show(style_.heading(question));
-    std::string line;
+    const std::optional<std::string> line = readLine();
     // The end of the input is a "stop": no answers can follow.
-    const bool answered = static_cast<bool>(std::getline(std::cin, line));
-    if (!answered) show("\n");  // the question's line is still open
-    const char key = line.empty() ? '?' : static_cast<char>(line[0] | 0x20);
-    if (!answered || key == 'q') return Reply::stop;
+    if (!line) show("\n");  // the question's line is still open
+    const char key = !line || line->empty() ? '?' : static_cast<char>(line->front() | 0x20);
+    if (!line || key == 'q') return Reply::stop;
     if (key == 'a') all_ = true;
     if (key == 'y' || key == 'a') return Reply::yes;
     if (key == 'n') return Reply::no;

@@ -68,14 +68,15 @@ void readSlice(const TypedOptions& typed, Plan& plan) {
   if (!plan.selection.slice) plan.selection.slice.emplace();
 }
 
-int jobsFrom(const TypedOptions& typed) {
+/// Processors are counted only for several documents: the system takes its time.
+int jobsFrom(const TypedOptions& typed, bool several) {
   if (typed.confirm) {
     if (typed.jobs && *typed.jobs != "1")
       throw UsageError("--confirm asks about one document after the other; leave --jobs out.");
     return 1;
   }
   if (typed.jobs) return numberFrom(*typed.jobs, "--jobs", 1, kMostJobs);
-  return std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, kMostJobs);
+  return several ? std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, kMostJobs) : 1;
 }
 
 ProgressLine progressFrom(const TypedOptions& typed) {
@@ -143,7 +144,6 @@ Plan planFrom(const TypedCommandLine& line) {
     plan.othersMayReadPasswords = read.othersMayRead;
   }
   plan.encoding = encodingFrom(line.options);
-  plan.jobs = jobsFrom(line.options);
   plan.progress = progressFrom(line.options);
   plan.report = line.options.report;
   plan.overwriteReport = line.options.overwriteReport;
@@ -156,6 +156,7 @@ Plan planFrom(const TypedCommandLine& line) {
   plan.filesFrom = line.options.filesFrom;
   plan.nullEnded = line.options.null;
   plan.selection = selectionFrom(line.options, std::move(paths));
+  plan.jobs = jobsFrom(line.options, plan.selection.several() || plan.filesFrom);
   readSlice(line.options, plan);
   plan.command = commandFrom(line.words);
   return plan;

@@ -1,5 +1,6 @@
 #include "run.h"
 
+#include "base/fresh_memory.h"
 #include "base/shown.h"
 #include "names_from.h"
 #include "not_reached.h"
@@ -95,6 +96,7 @@ ExitStatus run(Plan plan, files::FileSystem& system) {
   if (plan.confirm && !Interviewer::canAsk())
     throw UsageError("--confirm needs a terminal to ask at; use --dry-run to see the changes first.");
   readNames(plan, system);
+  if (!plan.selection.several()) base::shareHeap();
   TerminalFace face(plan);
   try {
     const runs::Ended ended = runs::run(plan, face, system);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "processor.h"
+
 #include <cstddef>
 #include <cstdint>
 
@@ -43,25 +45,5 @@ Hits nextHitsAnywhere(const char16_t* text, std::size_t from, std::size_t end,
 Hits nextHitsAvx2(const std::uint8_t* text, std::size_t from, std::size_t end,
                   const ProbePair<std::uint8_t>& probes);
 Hits nextHitsAvx2(const char16_t* text, std::size_t from, std::size_t end, const ProbePair<char16_t>& probes);
-inline bool hasAvx2() {
-#if defined(__x86_64__)
-  return __builtin_cpu_supports("avx2") != 0 && __builtin_cpu_supports("popcnt") != 0;
-#else
-  return false;
-#endif
-}
-#if defined(__x86_64__)
-inline bool hasAvx512() {
-  return hasAvx2() && __builtin_cpu_supports("avx512f") != 0 && __builtin_cpu_supports("avx512bw") != 0 &&
-         __builtin_cpu_supports("avx512vl") != 0;
-}
-/// Bytes are looked up in tables of 128.
-inline bool hasAvx512Tables() { return hasAvx512() && __builtin_cpu_supports("avx512vbmi") != 0; }
-/// Chosen units are moved to the front of a vector.
-inline bool hasAvx512Compress() { return hasAvx512() && __builtin_cpu_supports("avx512vbmi2") != 0; }
-#else
-inline bool hasAvx512Tables() { return false; }
-inline bool hasAvx512Compress() { return false; }
-#endif
 
 }  // namespace pluvo::text

@@ -6,8 +6,9 @@
 #include <array>
 #include <cerrno>
 #include <charconv>
+#include <chrono>
+#include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <filesystem>
 #include <system_error>
 #include <utility>
@@ -17,11 +18,18 @@ namespace pluvo::journal {
 namespace {
 
 std::string utcNow() {
-  const std::time_t now = std::time(nullptr);
-  std::tm parts = {};
-  gmtime_r(&now, &parts);
+  // The C library's clock would read the file of the time zone.
+  const auto now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
+  const auto day = std::chrono::floor<std::chrono::days>(now);
+  const std::chrono::year_month_day date(day);
+  const std::chrono::hh_mm_ss time(now - day);
   std::array<char, 32> text = {};
-  return {text.data(), std::strftime(text.data(), text.size(), "%Y%m%d-%H%M%S", &parts)};
+  const int length =
+      std::snprintf(text.data(), text.size(), "%04d%02u%02u-%02d%02d%02d", static_cast<int>(date.year()),
+                    static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
+                    static_cast<int>(time.hours().count()), static_cast<int>(time.minutes().count()),
+                    static_cast<int>(time.seconds().count()));
+  return {text.data(), static_cast<std::size_t>(length)};
 }
 
 /// The name of a new run, whose folder it makes. It comes after the names of this second, even where an
