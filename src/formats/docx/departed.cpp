@@ -48,7 +48,9 @@ Departed::Departed(const BodyMap& map, const document::Dropped& dropped, const D
     if (bookmark.closed && dropped.hold(around)) candidates.push_back(&bookmark);
   }
   for (const BodyMap::Bookmark* bookmark : candidates) {
-    if (uses[bookmark->id] == 1 && !references().contain(bookmark->name)) bookmarks_.insert(bookmark->id);
+    if (uses[bookmark->id] != 1 || references().contain(bookmark->name)) continue;
+    bookmarks_.insert(bookmark->id);
+    places_.insert(places_.end(), {bookmark->from, bookmark->to});
   }
 }
 

@@ -45,7 +45,7 @@ class Departed {
 
   /// Of the markers of bookmarks and comments.
   bool goes(const Marker& marker) const;
-  /// Places outside the deleted text where such markers stand, just before these positions.
+  /// Where such markers stand: just before these positions, some between two paragraphs.
   const std::vector<Position>& places() const { return places_; }
 
  private:

@@ -216,8 +216,11 @@ TEST(Editing, bookmarksInDeletedTextGoUnlessSomethingRefersToThem) {
                 {"{[a]_[b]+^@ REF here \\h @%[r]$}", remove(u"ab"), "{_+^@ REF here \\h @%[r]$}"},
                 {"{[a]_[b]+<hyperlink anchor='here'>[l]</hyperlink>}", remove(u"ab"),
                  "{_+<hyperlink anchor='here'>[l]</hyperlink>}"},
-                {"{_[a]}{[b]}{[c]+}", remove(u"a\rb\rc"), "{}"}},
-               {{'_', "<bookmarkStart id='1' name='here'/>"}, {'+', "<bookmarkEnd id='1'/>"}});
+                {"{_[a]}{[b]}{[c]+}", remove(u"a\rb\rc"), "{}"},
+                {"{[?]}_{[b]+[c]}", remove(u"b"), "{[?]}{[c]}"}},
+               {{'_', "<bookmarkStart id='1' name='here'/>"},
+                {'+', "<bookmarkEnd id='1'/>"},
+                {'?', std::string(700, 'x')}});
 }
 
 TEST(Editing, aBookmarkThatAHeaderRefersToStays) {
