@@ -1,17 +1,27 @@
 #include "base/at_once.h"
 
 #include <algorithm>
+#include <atomic>
 #include <exception>
 #include <thread>
 #include <vector>
 
 namespace pluvo::base {
 
-std::size_t partsOf(std::size_t bytes) {
-  constexpr std::size_t kLarge = std::size_t{8} << 20U;
+namespace {
+
+std::atomic<unsigned> workers = 0;
+
+}  // namespace
+
+Worker::Worker() { ++workers; }
+Worker::~Worker() { --workers; }
+
+std::size_t partsOf(std::size_t bytes, std::size_t large) {
   constexpr std::size_t kMost = 4;  // more would wait for memory
-  if (bytes < 2 * kLarge) return 1;
-  return std::clamp<std::size_t>(std::thread::hardware_concurrency(), 1, std::min(bytes / kLarge, kMost));
+  if (bytes < 2 * large) return 1;
+  const std::size_t free = std::thread::hardware_concurrency() / std::max(workers.load(), 1U);
+  return std::clamp<std::size_t>(free, 1, std::min(bytes / large, kMost));
 }
 
 void atOnce(std::size_t count, const std::function<void(std::size_t)>& work) {

@@ -35,7 +35,7 @@ std::shared_ptr<std::uint8_t[]> freshMemory(std::size_t size) {
 
 void prepareHeap() {
 #if defined(__GLIBC__) && defined(MADV_HUGEPAGE)
-  constexpr std::size_t kHeap = std::size_t{64} << 20U;
+  constexpr std::size_t kHeap = std::size_t{96} << 20U;
   constexpr std::size_t kLargest = std::size_t{32} << 20U;
   mallopt(M_MMAP_THRESHOLD, kLargest);
   mallopt(M_TRIM_THRESHOLD, INT_MAX);

@@ -1,5 +1,6 @@
 #include "runs/run.h"
 
+#include "base/at_once.h"
 #include "document_run.h"
 #include "group_saver.h"
 #include "reports/report.h"
@@ -168,6 +169,7 @@ class Run {
   }
 
   void job(GroupSaver& saver) {
+    const base::Worker worker;
     guarded([&] {
       const bool wantsBlocks = report_ || face_.wantsBlocks();
       while (const auto document = nextDocument()) {

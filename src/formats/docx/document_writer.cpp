@@ -244,10 +244,12 @@ std::vector<base::ByteSpan> DocumentWriter::rewrite(const StoryPart& part, const
   edited.departed =
       std::make_unique<const Departed>(*map, hasMarkers ? dropped(site.story) : nothing, notes_,
                                        [this]() -> const BookmarkReferences& { return references(); });
-  edited.rewriter = std::make_unique<Rewriter>(
-      bytes, part.name, site.scope == nullptr ? Reach::mainText : Reach::oneStory, *map, story,
-      site.highlight, *edited.departed, placeholderStyle_, EditScript(story), *identifiers_);
-  return edited.rewriter->rewrite();
+  const auto make = [&](Identifiers& identifiers) {
+    return std::make_unique<Rewriter>(
+        bytes, part.name, site.scope == nullptr ? Reach::mainText : Reach::oneStory, *map, story,
+        site.highlight, *edited.departed, placeholderStyle_, EditScript(story), identifiers);
+  };
+  return edited.rewriter.rewrite(make, *identifiers_);
 }
 
 }  // namespace pluvo::docx

@@ -3,7 +3,7 @@
 #include "departed.h"
 #include "identifiers.h"
 #include "notes.h"
-#include "rewriter.h"
+#include "parallel_rewriter.h"
 #include "stories.h"
 
 #include <functional>
@@ -37,7 +37,7 @@ class DocumentWriter {
     std::string bytes;  ///< with boxes within exchanged, and the way to them; empty where nothing is
     BodyMap map;
     std::unique_ptr<const Departed> departed;
-    std::unique_ptr<Rewriter> rewriter;
+    ParallelRewriter rewriter;
   };
 
   void findNotes();

@@ -54,6 +54,7 @@ std::string Identifiers::withFreshIds(std::string_view markup) {
 }
 
 std::uint32_t Identifiers::fresh() {
+  if (others_ != nullptr) return others_->fresh();
   if (!last_) {
     used_ = idsIn(part_, partName_);
     last_ = used_.empty() ? 0 : used_.back();

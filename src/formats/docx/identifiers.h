@@ -18,6 +18,11 @@ class Identifiers {
 
   /// The markup with fresh ids for all such elements in it.
   std::string withFreshIds(std::string_view markup);
+  /// Others for the same part, to find out whether any are needed.
+  Identifiers apart() const { return {part_, partName_}; }
+  bool gaveAny() const { return last_.has_value(); }
+  /// From here on those give ids, and these gave none. They must outlive these.
+  void goOnWith(Identifiers& others) { others_ = &others; }
 
  private:
   std::uint32_t fresh();
@@ -26,6 +31,7 @@ class Identifiers {
   std::string partName_;
   std::vector<std::uint32_t> used_;  ///< sorted, once asked for
   std::optional<std::uint32_t> last_;
+  Identifiers* others_ = nullptr;
 };
 
 }  // namespace pluvo::docx

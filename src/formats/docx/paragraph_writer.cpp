@@ -86,6 +86,7 @@ void ParagraphWriter::divide(std::uint8_t markColour, bool markDeleted) {
 void ParagraphWriter::replaceStart(const std::string& start) {
   OpenElement& open = opens_.paragraph();
   part_.output.text().replace(open.outBegin, open.outInner - open.outBegin, start);
+  underWay_.moveJoint(open.outInner, open.outBegin + start.size());
   open.outInner = open.outBegin + start.size();
 }
 

@@ -43,23 +43,47 @@ Rewriter::Rewriter(base::ByteSpan bytes, const std::string& partName, Reach reac
       fields_(part_, opens_, runs_, newText_),
       tables_(part_, opens_, underWay_, departed, walker_, *this) {}
 
-std::vector<base::ByteSpan> Rewriter::rewrite() {
-  const Visits visits = placesToVisit();
-  // Growing the buffer little by little would copy it again and again.
-  constexpr std::size_t kPerTouch = 512;
-  constexpr std::size_t kNewPerTouch = 256;
-  part_.output.text().reserve(
-      std::min(visits.touches * kPerTouch, part_.size + visits.touches * kNewPerTouch));
-  for (const Span& touched : visits.spans) {
-    jumpTowards(touched.from);
-    while ((walker_.position() < touched.to || !idle()) && walker_.step()) {
-    }
+bool Rewriter::startAt(const Place& place) {
+  while (!walker_.betweenBlocks() && walker_.step()) {
   }
-  return part_.output.finish();
+  Step::Kind before = Step::Kind::keep;
+  part_.script.take(place.position, [&](const Step& step) { before = step.kind; });
+  part_.output.leaveOutTo(place.offset);
+  walker_.resumeAt(place.offset, place.position);
+  start_ = place;
+  if (before == Step::Kind::drop) underWay_.followOther();  // of a mark: its paragraph goes on here
+  return before != Step::Kind::put;
+}
+
+void Rewriter::visit(Span touched) {
+  jumpTowards(touched.from);
+  while ((walker_.position() < touched.to || !idle()) && walker_.offset() < end_ && walker_.step()) {
+  }
+}
+
+bool Rewriter::leadsTo(const Rewriter& next) const {
+  if (!next.underWay_.followsOther())
+    return idle() && underWay_.isForgotten() && walker_.offset() <= next.start_.offset;
+  return walker_.betweenBlocks() && walker_.offset() == next.start_.offset && underWay_.isText();
+}
+
+void Rewriter::handOverTo(Rewriter& next) {
+  finish(next.start_.offset);
+  next.opens_.passOn(opens_.back());  // of the body
+  if (next.underWay_.awaitsOther()) {
+    next.underWay_.content().insert(0, underWay_.content());
+  } else if (next.underWay_.followsOther()) {
+    next.before_ = &underWay_.content();
+  }
+}
+
+void Rewriter::finish(Offset end) {
+  part_.output.commitTo(end);
+  if (before_ != nullptr) part_.output.insert(underWay_.joint(), *before_);
 }
 
 /// Touched stretches between which no jump would be made are visited as one.
-Rewriter::Visits Rewriter::placesToVisit() const {
+Rewriter::Visits Rewriter::visits() const {
   Visits visits;
   Offset first = 0;  // of the last visit: where a walk to it starts
   forEachTouchedSpan(part_.script, part_.story, originalHighlight_, [&](Span span) {
@@ -72,11 +96,14 @@ Rewriter::Visits Rewriter::placesToVisit() const {
       first = start;
     }
   });
+  // Where text is put into a tracked deletion, it goes by the one met last.
+  visits.areApart = !part_.map.hasDeletions;
   if (departed_.places().empty()) return visits;
   // A marker may stand between two paragraphs, so that the way to it begins in the one before.
   for (const Position place : departed_.places()) visits.spans.push_back({std::max(place - 1, 0), place + 1});
   std::sort(visits.spans.begin(), visits.spans.end(),
             [](const Span& a, const Span& b) { return a.from < b.from; });
+  visits.areApart = false;
   return visits;
 }
 
@@ -157,7 +184,7 @@ void Rewriter::marker(const Marker& marker) {
   enterParagraph();
   const bool goes = departed_.goes(marker);
   // Where text is on its way into the next paragraph, the content after it has to stay after it.
-  const bool comesAlong = !opens_.inParagraph() && !underWay_.content().empty();
+  const bool comesAlong = !opens_.inParagraph() && underWay_.hasContent();
   if (!goes && !comesAlong) {
     opens_.back().markers += part_.output.source(marker.extent);
     return;

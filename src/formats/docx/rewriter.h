@@ -5,6 +5,7 @@
 #include "table_writer.h"
 
 #include <functional>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -21,8 +22,33 @@ class Rewriter : private BodyEvents {
            const Departed& departed, std::function<std::string()> placeholderStyle, EditScript script,
            Identifiers& identifiers);
 
-  /// The new bytes; the spans hold as long as this.
-  std::vector<base::ByteSpan> rewrite();
+  using Place = formats::PlaceMap<Offset>::Place;
+  /// The stretches of text that are touched, as a walk visits them.
+  struct Visits {
+    std::vector<text::Span> spans = {};
+    std::size_t touches = 0;  ///< how many stretches there are; of near ones a visit is made together
+    bool areApart = true;     ///< each can be made without those in front
+  };
+  Visits visits() const;
+
+  /// To be called first, where another rewrites what is in front. Tells whether what is in front matters here
+  /// no more than that content of a paragraph may be under way from there.
+  bool startAt(const Place& place);
+  /// The rest, from there on, is another's; all is its own where this is not called.
+  void endAt(Offset end) { end_ = end; }
+  void visit(text::Span touched);
+  /// Whether what it made from its start on can be joined to what is in front.
+  bool canBeJoined() const { return walker_.betweenBlocks() && underWay_.canBeJoined(); }
+  /// Whether it has come to where that one started, and leaves what that one expects.
+  bool leadsTo(const Rewriter& next) const;
+  /// Lets that one go on. This one must outlive it.
+  void handOverTo(Rewriter& next);
+  /// No more visits follow: copies the rest up to there.
+  void finish(Offset end);
+
+  Place placeBefore(text::Position position) const { return part_.map.places.before(position); }
+  std::size_t size() const { return part_.size; }  ///< in bytes, as it was
+  PartOutput& output() { return part_.output; }
 
  private:
   void open(const Tag& tag) override;
@@ -40,11 +66,6 @@ class Rewriter : private BodyEvents {
   void missingParagraph(Name container, Extent endTag) override;
   void rowMark(Extent endTag) override;
 
-  struct Visits {
-    std::vector<text::Span> spans;
-    std::size_t touches = 0;  ///< stretches of text that are touched
-  };
-  Visits placesToVisit() const;
   void jumpTowards(Position position);
   bool idle() const;
   void enterParagraph();
@@ -61,6 +82,9 @@ class Rewriter : private BodyEvents {
   InlineWriter inlines_;
   FieldWriter fields_;
   TableWriter tables_;
+  Place start_;
+  const std::string* before_ = nullptr;  ///< content under way that the one in front left to this one
+  Offset end_ = std::numeric_limits<Offset>::max();
 };
 
 }  // namespace pluvo::docx

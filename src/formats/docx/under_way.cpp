@@ -15,6 +15,7 @@ void UnderWay::place(const ParagraphStart& start) {
     const std::string_view deletion = std::exchange(part_.deletion, waiting.deletion);
     const Markup& markup = opens_.markup();
     const std::vector<NewLine> lines = newLines(part_, markup, waiting.put, waiting.runProperties);
+    if (other_ == Other::awaited && lines.size() > 1) other_ = Other::lost;
     const ParagraphStart& own = waiting.start.tag.empty() ? start : waiting.start;
     for (std::size_t i = 0; i + 1 < lines.size(); ++i) {
       blocks_ += own.tag + withNewMark(part_, markup, own.properties, lines[i].markColour,
@@ -56,6 +57,11 @@ void UnderWay::writeBlocks() {
 }
 
 void UnderWay::writeContent() {
+  if (other_ == Other::awaited) {
+    // Elements around others than the body may be changed in front of it when they close.
+    other_ = opens_.firstInParagraph() == 2 ? Other::placed : Other::lost;
+    joint_ = part_.output.text().size();
+  }
   part_.output.take(content_);
   hasText_ = false;
   if (hasBreak_) opens_.allowLineBreaks();

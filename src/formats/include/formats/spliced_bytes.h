@@ -36,8 +36,7 @@ class SplicedBytes {
 
   /// From here on text and copied bytes go into another buffer.
   void divertTo(std::string& buffer) {
-    constexpr std::size_t kMost = std::size_t{32} << 20U;
-    buffer.reserve(std::min(text_.capacity(), kMost));
+    buffer.reserve(std::min(text_.capacity(), source_.size()));
     into_ = &buffer;
   }
   void comeBack() { into_ = &text_; }
@@ -54,10 +53,24 @@ class SplicedBytes {
 
   /// Copies the old bytes up to here, as a rule without gathering them, for good.
   void commitTo(Offset to) {
-    if (text_.size() > committed_) pieces_.push_back({true, committed_, text_.size()});
+    if (text_.size() > committed_) pieces_.push_back({&text_, committed_, text_.size()});
     committed_ = text_.size();
-    if (to > copied_) pieces_.push_back({false, copied_, to});
+    if (to > copied_) pieces_.push_back({nullptr, copied_, to});
     copied_ = std::max(copied_, to);
+  }
+
+  /// Puts a text in, which must outlive this, at a place in the text committed.
+  void insert(std::size_t at, const std::string& more) {
+    const auto piece = std::ranges::find_if(
+        pieces_, [&](const Piece& each) { return each.text == &text_ && each.from <= at && at <= each.to; });
+    const Piece rest{&text_, at, piece->to};
+    piece->to = at;
+    pieces_.insert(piece + 1, {Piece{&more, 0, more.size()}, rest});
+  }
+  /// Adds what another made of the bytes that follow. Both are committed; that one must outlive this.
+  void append(const SplicedBytes& next) {
+    pieces_.insert(pieces_.end(), next.pieces_.begin(), next.pieces_.end());
+    copied_ = next.copied_;
   }
 
   /// The new bytes. The spans hold as long as this and the old ones.
@@ -66,7 +79,7 @@ class SplicedBytes {
     std::vector<base::ByteSpan> spans;
     for (const Piece& piece : pieces_) {
       const auto* const bytes =
-          piece.isNew ? reinterpret_cast<const std::uint8_t*>(text_.data()) : source_.data();
+          piece.text != nullptr ? reinterpret_cast<const std::uint8_t*>(piece.text->data()) : source_.data();
       spans.emplace_back(bytes + piece.from, piece.to - piece.from);
     }
     return spans;
@@ -74,7 +87,7 @@ class SplicedBytes {
 
  private:
   struct Piece {
-    bool isNew;
+    const std::string* text;  ///< none for old bytes
     std::size_t from;
     std::size_t to;
   };
