@@ -1,8 +1,9 @@
 #pragma once
 
-#if defined(__x86_64__) && __has_include(<sys/platform/x86.h>)
+#if defined(__x86_64__) && __has_include(<sys/platform/x86.h>) && !defined(__clang__)
 #include <sys/platform/x86.h>
 // The C library asked the processor when the program was loaded. Asking takes long on a virtual machine.
+// Its header is not for clang.
 #define PLUVO_PROCESSOR_HAS(FEATURE, name) CPU_FEATURE_ACTIVE(FEATURE)
 #elif defined(__x86_64__)
 #define PLUVO_PROCESSOR_HAS(FEATURE, name) (__builtin_cpu_supports(name) != 0)

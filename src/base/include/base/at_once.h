@@ -15,8 +15,8 @@ class Worker {
   Worker& operator=(const Worker&) = delete;
 };
 
-/// How many parts work on so many bytes is divided into: large ones, and no more than there are processors for
-/// each worker. A mere look over bytes is worth dividing from 16 MB on.
+/// How many parts work on so many bytes is divided into: large ones, and no more than there are processors
+/// for each worker. A mere look over bytes is worth dividing from 16 MB on.
 std::size_t partsOf(std::size_t bytes, std::size_t large = std::size_t{8} << 20U);
 
 /// Calls work(i) for all i below count, at once where the machine has threads. Throws what the

@@ -15,8 +15,8 @@ std::shared_ptr<std::uint8_t[]> freshMemory(std::size_t size);
 /// system. A large heap grows in large pages. Only a hint.
 void prepareHeap();
 
-/// For a program in which one thread does nearly all the work, before it begins another. The others take their
-/// memory from the same heap. Making one for each takes longer than they live. Only a hint.
+/// For a program in which one thread does nearly all the work, before it begins another. The others take
+/// their memory from the same heap. Making one for each takes longer than they live. Only a hint.
 void shareHeap();
 
 }  // namespace pluvo::base
