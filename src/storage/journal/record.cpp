@@ -20,6 +20,7 @@ constexpr std::string_view kEnded = "ended";
 constexpr std::string_view kListed = "listed";
 constexpr std::string_view kIntended = "intended";
 constexpr std::string_view kResult = "result";
+constexpr std::string_view kOthers = "others";
 
 bool plain(char c) { return c > ' ' && c < 0x7F && c != '%'; }
 
@@ -68,11 +69,10 @@ std::vector<std::string_view> wordsOf(std::string_view line) {
   return words;
 }
 
-/// Ends the lines that only slices have: the beginning of an incomplete one could be another
-/// document's name.
+/// Ends the lines that came later: the beginning of an incomplete one could be another document's name.
 constexpr std::string_view kEnd = ".";
 
-bool readOfSlice(const std::vector<std::string_view>& words, Record& record) {
+bool readEnded(const std::vector<std::string_view>& words, Record& record) {
   if (words.back() != kEnd) return false;
   const auto moreIn = [&](std::size_t at) {
     auto more = unescaped(words[at]);
@@ -91,6 +91,10 @@ bool readOfSlice(const std::vector<std::string_view>& words, Record& record) {
   if (words[0] == kListed || words[0] == kResult) {
     record.kind = words[0] == kListed ? Record::Kind::listed : Record::Kind::result;
     return words.size() == 4 && moreIn(1);
+  }
+  if (words[0] == kOthers) {
+    record.kind = Record::Kind::others;
+    return words.size() == 4 && parse(words[1], record.number);
   }
   files::Stamp& old = record.before.stamp;
   files::Stamp& now = record.after;
@@ -133,6 +137,9 @@ std::string lineOf(const Record& record) {
               number(now.modifiedSeconds) + number(now.modifiedNanoseconds) + escaped(record.more) + " ";
       break;
     }
+    case Record::Kind::others:
+      line += std::string(kOthers) + " " + number(record.number);
+      break;
     case Record::Kind::takenBack:
       line += std::string(kTakenBack) + " " + number(record.number);
       break;
@@ -186,11 +193,11 @@ std::optional<Record> recordOf(std::string_view line) {
   } else if (words[0] == kTakenBack) {
     record.kind = Record::Kind::takenBack;
     if (words.size() != 3 || !parse(words[1], record.number)) return std::nullopt;
-  } else if (!readOfSlice(words, record)) {
+  } else if (!readEnded(words, record)) {
     return std::nullopt;
   }
-  const bool isOfSlice = record.kind >= Record::Kind::begun;
-  auto text = unescaped(words[words.size() - (isOfSlice ? 2 : 1)]);
+  const bool isEnded = record.kind >= Record::Kind::begun;
+  auto text = unescaped(words[words.size() - (isEnded ? 2 : 1)]);
   if (!text) return std::nullopt;
   record.text = *std::move(text);
   return record;

@@ -24,10 +24,13 @@ struct Record {
     listed,    ///< a document of the slice
     intended,  ///< what will have come of a document that is to be replaced
     result,    ///< the outcome of a document
+    // Earlier versions pass over this one, too.
+    others,  ///< what the runs before this one keep
   };
   Kind kind = Kind::command;
-  std::string text;          ///< the command, or the document's path
-  std::uint64_t number = 0;  ///< kept, takenBack: the name of the original; begun: of the process
+  std::string text;  ///< the command, or the document's path; others: the name of the newest, if any
+  /// kept, takenBack: the name of the original; begun: of the process; others: the bytes of all
+  std::uint64_t number = 0;
   /// kept: the name of the file beside the document meanwhile, be it the original or a version
   std::string beside;
   files::FileStatus before;  ///< kept: owner, group, permissions and stamp of the original

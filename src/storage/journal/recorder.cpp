@@ -34,8 +34,8 @@ std::string utcNow() {
 
 /// The name of a new run, whose folder it makes. It comes after the names of this second, even where an
 /// earlier run is gone, and after those of a clock that was ahead.
-std::string createRun(files::FileSystem& system, const OwnFolder& runs) {
-  const std::vector<std::string> names = runNames(system, runs);
+std::string createRun(files::FileSystem& system, const OwnFolder& runs,
+                      const std::vector<std::string>& names) {
   std::string start = utcNow() + "-";
   if (!names.empty()) start = std::max(start, names.back().substr(0, start.size()));
   unsigned number = 0;
@@ -79,8 +79,10 @@ Recorder::Recorder(files::FileSystem& system, std::string folder, std::string co
   guarded(run.folder, [&] {
     run.runs = std::make_unique<OwnFolder>(openRuns(system, run.folder, Missing::isMade));
     // Until it is locked, another program may take the new folder for one that was left behind.
+    std::vector<std::string> others;
     do {
-      run.name = createRun(system, *run.runs);
+      others = runNames(system, *run.runs);
+      run.name = createRun(system, *run.runs, others);
       auto opened = openRunIfThere(system, *run.runs, run.name);
       if (!opened) continue;
       run.run = std::make_unique<OwnFolder>(std::move(*opened));
@@ -88,7 +90,9 @@ Recorder::Recorder(files::FileSystem& system, std::string folder, std::string co
     } while (run.lock == nullptr);
     run.journal.emplace(system, system.openToAppend(run.run->at(kJournal)));
     // Flushed with the first document: without one there is nothing to take back.
-    run.append({Record::Kind::command, std::move(command), 0, {}, {}, {}});
+    std::string lines = lineOf({Record::Kind::command, std::move(command), 0, {}, {}, {}});
+    if (const auto known = limit_->ask(run, others)) lines += lineOf(*known);
+    run.append(lines);
     run.undoName = run.name;
   });
 }

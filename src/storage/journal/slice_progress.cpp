@@ -67,6 +67,7 @@ void SliceProgress::add(Record record) {
       break;
     }
     case Kind::command:
+    case Kind::others:
     case Kind::notKept:
       break;
   }
