@@ -7,6 +7,15 @@
 
 namespace pluvo::runs {
 
+namespace {
+
+/// Versions that are flushed at once share what the disk writes for each flush.
+constexpr std::size_t kTogether = 8;
+/// How long the first of them waits for the others.
+constexpr std::chrono::milliseconds kPatience(4);
+
+}  // namespace
+
 GroupSaver::GroupSaver(std::size_t threads, Done done) : tell_(std::move(done)) {
   try {
     for (std::size_t i = 0; i < threads; ++i) threads_.emplace_back([this] { saveAll(); });
@@ -37,17 +46,36 @@ void GroupSaver::add(Version version) {
     done_.wait(lock, [&] { return inHand_ < kForEachThread * threads_.size(); });
     ++inHand_;
     versions_.splice(versions_.end(), one);
+    if (versions_.size() >= kTogether) released_ = versions_.size();
+    if (isWatched_ && released_ == 0) return;
   }
   added_.notify_one();
+}
+
+/// Waits for a version to flush: for as many as make a group, or for a while. False where no more come.
+bool GroupSaver::awaitVersions(std::unique_lock<std::mutex>& lock) {
+  const auto isReleased = [&] { return isLast_ || released_ > 0; };
+  for (;;) {
+    added_.wait(lock, [&] { return isReleased() || (!versions_.empty() && !isWatched_); });
+    if (!isReleased()) {
+      isWatched_ = true;
+      added_.wait_for(lock, kPatience, isReleased);
+      isWatched_ = false;
+      if (!isReleased()) released_ = versions_.size();
+    }
+    if (!versions_.empty()) return true;
+    if (isLast_) return false;
+  }
 }
 
 void GroupSaver::saveAll() {
   std::unique_lock lock(mutex_);
   for (;;) {
-    added_.wait(lock, [&] { return isLast_ || !versions_.empty(); });
-    if (versions_.empty()) return;
+    if (!awaitVersions(lock)) return;
     Versions one;
     one.splice(one.end(), versions_, versions_.begin());
+    if (released_ > 0) --released_;
+    if (!versions_.empty() && (released_ > 0 || !isWatched_)) added_.notify_one();
     ++flushing_;
     lock.unlock();
     flushVersion(one.front().worked);
@@ -76,7 +104,6 @@ bool GroupSaver::isWhole() const {
 
 /// The group that the calling thread leads, be it whole or not after a while.
 GroupSaver::Versions GroupSaver::gathered(std::unique_lock<std::mutex>& lock) {
-  constexpr std::chrono::milliseconds kPatience(4);
   whole_.wait_for(lock, kPatience, [&] { return isWhole(); });
   return std::exchange(group_, {});
 }

@@ -12,8 +12,8 @@
 
 namespace pluvo::runs {
 
-/// Threads that save new versions, so that working threads need not wait for the disk. Versions that are
-/// flushed at about the same time are put in their places together, so that they share flushes.
+/// Threads that save new versions, so that working threads need not wait for the disk. Versions are flushed
+/// together, and put in their places together, so that they share what the disk writes for each flush.
 class GroupSaver {
  public:
   struct Version {
@@ -37,6 +37,7 @@ class GroupSaver {
   using Versions = std::list<Version>;  ///< moved from list to list without taking memory
 
   void saveAll();
+  bool awaitVersions(std::unique_lock<std::mutex>& lock);
   bool isWhole() const;
   Versions gathered(std::unique_lock<std::mutex>& lock);
   void finish(Versions group) const;
@@ -47,6 +48,8 @@ class GroupSaver {
   std::condition_variable done_;
   std::condition_variable whole_;
   Versions versions_;         ///< to be flushed
+  std::size_t released_ = 0;  ///< of these, which wait for no others
+  bool isWatched_ = false;    ///< a thread releases them after a while
   Versions group_;            ///< flushed, and not in their places
   std::size_t flushing_ = 0;  ///< threads
   std::size_t inHand_ = 0;    ///< versions that are not yet done
