@@ -1,8 +1,11 @@
 #include "characters.h"
 #include "unit_reader.h"
 #include "unit_rules.h"
+#include "utf8.h"
+#include "vectors.h"
 
 #include <algorithm>
+#include <bit>
 #include <span>
 
 namespace pluvo::text {
@@ -173,38 +176,81 @@ class SentenceReader {
   Position last_ = 0;
 };
 
+using Bytes = std::span<const std::uint8_t>;
 using ByteKinds = std::array<std::uint8_t, 256>;
 
-/// Whether bytes surely begin within a sentence and end none.
-bool goesOn(std::span<const std::uint8_t> bytes, const ByteKinds& kinds) {
-  if (kinds[bytes[0]] != kOther) return false;
-  bool mayEnd = false;
-  for (const std::uint8_t byte : bytes) mayEnd |= kinds[byte] >= kStop;
-  return !mayEnd;
+/// Begins a character of UTF-8 that may be no letter.
+constexpr std::uint8_t kLead = 1 | UnitReader::kUnresolved;
+
+/// Of units of a byte each, in a file whose line feeds are marks.
+ByteKinds fileKinds() {
+  ByteKinds kinds = narrowKinds(kindOf);
+  kinds[u'\n'] = kMark;
+  return kinds;
 }
 
-/// The same of [from, to) of a text.
-bool goesOn(const PieceText& text, Position from, Position to) {
-  static const ByteKinds kUnits = narrowKinds(kindOf);
-  static const ByteKinds kFileUnits = [] {
-    ByteKinds kinds = kUnits;
-    kinds[u'\n'] = kMark;
-    return kinds;
-  }();
-  // Bytes of other characters stand for letters, which change nothing after the first.
-  static const ByteKinds kUtf8 = [] {
-    ByteKinds kinds = kFileUnits;
-    std::fill(kinds.begin() + 0x80, kinds.end(), std::uint8_t{kOther});
-    return kinds;
-  }();
-  if (const auto bytes = text.bytesOf(from, to)) {
-    const std::span<const std::uint8_t> inside = bytes->inside();
-    return inside[0] < 0x80 && goesOn(inside, kUtf8);
+/// Of UTF-8. Bytes of other characters stand for letters, which change nothing after the first.
+ByteKinds utf8Kinds() {
+  ByteKinds kinds = fileKinds();
+  std::fill(kinds.begin() + 0x80, kinds.end(), std::uint8_t{kOther});
+  for (const int lead : {0xC2, 0xE1, 0xE2, 0xE3}) kinds[static_cast<std::size_t>(lead)] = kLead;
+  return kinds;
+}
+
+/// All bytes that change something within a sentence, and other control characters.
+Vector mayMatter(Vector bytes) {
+  const Vector stops = either(equal(bytes, '.'), either(equal(bytes, '?'), equal(bytes, '!')));
+  return either(stops, equal(smaller(bytes, fill(std::uint8_t{0x1F})), bytes, std::uint8_t{}));
+}
+
+/// The first of them from an offset on, else the end.
+std::size_t nextThatMayMatter(Bytes bytes, std::size_t offset, const ByteKinds& kinds) {
+  constexpr std::size_t kAtOnce = sizeof(Vector);
+  while (offset + kAtOnce <= bytes.size()) {
+    const std::uint64_t found = bits(mayMatter(load(bytes.data() + offset)));
+    if (found != 0) return offset + static_cast<std::size_t>(std::countr_zero(found));
+    offset += kAtOnce;
   }
+  while (offset < bytes.size() && kinds[bytes[offset]] < kStop) ++offset;
+  return offset;
+}
+
+/// The sentences that start after the first unit. None where the bytes do not tell.
+std::optional<Position> startsIn(Bytes bytes, const ByteKinds& kinds, bool isUtf8) {
+  std::uint8_t state = State::kWithin;
+  Position starts = 0;
+  for (std::size_t i = 0; i < bytes.size();) {
+    std::uint8_t kind = kinds[bytes[i]];
+    std::size_t width = 1;
+    if (kind == kLead) {
+      const Utf8Character character = utf8At(bytes, i);
+      kind = kindOf(static_cast<char16_t>(character.point));
+      width = character.bytes;
+    }
+    if (kind == kPerhapsMark) return std::nullopt;
+    // What lies in front of these decides.
+    if (i == 0 && (kind == kBlank || kind == kCloser)) return std::nullopt;
+    const bool endsPair = isUtf8 && bytes[i] == '\n' && i > 0 && bytes[i - 1] == '\r';
+    if (!endsPair) {
+      starts += kSteps[state][kind].starts;
+      state = kSteps[state][kind].next;
+    }
+    i += width;
+    if (state == State::kWithin) i = nextThatMayMatter(bytes, i, kinds);
+  }
+  return starts;
+}
+
+/// Those in [from + 1, to) of a text.
+std::optional<Position> startsIn(const PieceText& text, Position from, Position to) {
+  static const ByteKinds kUnits = narrowKinds(kindOf);
+  static const ByteKinds kFileUnits = fileKinds();
+  static const ByteKinds kUtf8 = utf8Kinds();
+  if (const auto bytes = text.bytesOf(from, to)) return startsIn(bytes->inside(), kUtf8, true);
   const auto units = text.stretchOf(from, to);
-  if (!units || units->narrow == nullptr) return false;
-  return goesOn({units->narrow, static_cast<std::size_t>(units->length)},
-                units->lineFeedIsMark ? kFileUnits : kUnits);
+  if (!units || units->narrow == nullptr) return std::nullopt;
+  return startsIn({units->narrow, static_cast<std::size_t>(units->length)},
+                  units->lineFeedIsMark ? kFileUnits : kUnits, false);
 }
 
 }  // namespace
@@ -214,7 +260,9 @@ Summary<4> SentenceRule::summarise(Position from, Position to) const {
 }
 
 std::optional<Position> SentenceRule::count(Position seen, Position from, Position to) const {
-  if (from > 0 && goesOn(*text_->text, from - 1, to)) return 0;
+  if (from > 0) {
+    if (const auto starts = startsIn(*text_->text, from - 1, to)) return starts;
+  }
   return SentenceReader(*text_, seen, to).countFrom(from);
 }
 

@@ -23,7 +23,8 @@ Position upTo(Position n) { return dice.upTo(n); }
 /// Words, long runs of one unit, and everything that a rule treats in its own way.
 std::u16string someText(Position length) {
   static constexpr std::u16string_view kUnits =
-      u"aab1  ...,,''?)\u201D\r\r\a\f\f\t\v\x02\x1F\u00A0\u2003\xD835\xDC00\xD83D\xDE00\u0301-";
+      u"aab1  "
+      u"..,,''?!)\u201D\u00BB\u3000\u304B\r\r\a\f\f\t\v\x02\x1F\u00A0\u2003\xD835\xDC00\xD83D\xDE00\u0301-";
   std::u16string text;
   while (static_cast<Position>(text.size()) < length) {
     text.append(static_cast<std::size_t>(upTo(12) == 0 ? upTo(300) : 1), dice.of(kUnits));
@@ -112,6 +113,22 @@ TEST(Checkpoints, TellUnitsThroughAllEdits) {
       paragraphs.edited(from, to, newLength);
       at = from + newLength + upTo(40);
     }
+  }
+}
+
+TEST(Checkpoints, TellSentencesByBytesAsByUnits) {
+  for (int round = 0; round < 400; ++round) {
+    std::u16string twin = someText(upTo(70));
+    // Bytes do not tell whether these are marks.
+    std::erase_if(twin, [](char16_t unit) { return unit == kCellMark || unit == kPageBreak; });
+    const PieceText bytes{asUtf8(twin)};
+    const PieceText units{OriginalText(twin + u'\u304B')};
+    const Units byBytes(bytes, isTestMark);
+    const Units byUnits(units, isTestMark);
+    for (Position from = 0; from < bytes.length(); ++from)
+      for (Position to = from; to <= bytes.length(); ++to)
+        ASSERT_EQ(byBytes.count(Unit::sentence, from, to), byUnits.count(Unit::sentence, from, to))
+            << round << ' ' << from << ' ' << to;
   }
 }
 
