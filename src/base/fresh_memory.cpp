@@ -22,15 +22,14 @@ constexpr std::size_t kLarge = 2 * kLargePage;
 }  // namespace
 
 std::shared_ptr<std::uint8_t[]> freshMemory(std::size_t size) {
-  if (size < kLarge || size > SIZE_MAX - kLargePage)
-    return std::make_shared_for_overwrite<std::uint8_t[]>(size);
-  const std::size_t rounded = (size + kLargePage - 1) / kLargePage * kLargePage;
-  void* const memory = std::aligned_alloc(kLargePage, rounded);
-  if (memory == nullptr) throw std::bad_alloc();
+  auto memory = std::make_shared_for_overwrite<std::uint8_t[]>(size);
 #ifdef MADV_HUGEPAGE
-  madvise(memory, rounded, MADV_HUGEPAGE);  // where it fails, small pages serve
+  // Not in whole large pages: those at its ends hold other memory, too.
+  void* begin = memory.get();
+  if (size >= kLarge && std::align(kLargePage, kLargePage, begin, size) != nullptr)
+    madvise(begin, size / kLargePage * kLargePage, MADV_HUGEPAGE);  // where it fails, small pages serve
 #endif
-  return {static_cast<std::uint8_t*>(memory), [](std::uint8_t* block) { std::free(block); }};
+  return memory;
 }
 
 void prepareHeap() {
@@ -41,10 +40,14 @@ void prepareHeap() {
   mallopt(M_TRIM_THRESHOLD, INT_MAX);
   // Of addresses only; a page is taken when it is first written.
   mallopt(M_TOP_PAD, kHeap);
-  void* const first = std::malloc(kLargePage);
+  // More than the heap has so far. What is written behind it would keep its page from becoming a large one.
+  constexpr std::size_t kMore = std::size_t{256} << 10U;
+  void* const first = std::malloc(kMore);
   if (first == nullptr) return;
-  void* begin = first;
-  std::size_t size = kHeap;
+  // A run on small documents takes less, and clears no large page.
+  constexpr std::size_t kSmall = std::size_t{1} << 20U;
+  void* begin = static_cast<std::uint8_t*>(first) + kSmall;
+  std::size_t size = kHeap - kSmall;
   if (std::align(kLargePage, kLargePage, begin, size) != nullptr)
     madvise(begin, size / kLargePage * kLargePage, MADV_HUGEPAGE);
   std::free(first);

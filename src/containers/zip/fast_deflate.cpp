@@ -33,24 +33,30 @@ constexpr std::size_t kSmallPiece = std::size_t{16} << 10U;
 
 class Stream {
  public:
-  Stream(const Library& library, std::span<std::uint8_t> room)
+  explicit Stream(const Library& library)
       : library_(library),
-        room_(room),
         stream_(std::make_unique_for_overwrite<isal_zstream>()),
         level_(std::make_unique_for_overwrite<std::uint8_t[]>(ISAL_DEF_LVL1_SMALL)) {
     library_.init(stream_.get());
+    stream_->avail_out = 0;
     stream_->level = 1;
     stream_->level_buf = level_.get();
     stream_->level_buf_size = ISAL_DEF_LVL1_SMALL;
   }
 
-  /// False where the room is used up.
+  /// False where the library fails.
   bool add(base::ByteSpan bytes) {
     crc_ = libdeflate_crc32(crc_, bytes.data(), bytes.size());
     return deflate(bytes, false);
   }
   bool end() { return deflate({}, true); }
-  Deflated result() const { return {used_, crc_}; }
+  Deflated result() {
+    const auto blocks = std::make_shared<const Blocks>(std::move(blocks_));
+    Deflated deflated{{}, blocks, crc_};
+    for (const Block& block : *blocks) deflated.bytes.emplace_back(block.get(), kBlock);
+    if (!blocks->empty()) deflated.bytes.back() = {blocks->back().get(), kBlock - stream_->avail_out};
+    return deflated;
+  }
 
  private:
   bool deflate(base::ByteSpan bytes, bool isLast) {
@@ -58,33 +64,37 @@ class Stream {
     stream_->avail_in = static_cast<std::uint32_t>(bytes.size());
     stream_->end_of_stream = isLast ? 1 : 0;
     do {
-      const std::size_t left = std::min(room_.size() - used_, kRoomAtOnce);
-      stream_->next_out = room_.data() + used_;
-      stream_->avail_out = static_cast<std::uint32_t>(left);
-      if (left == 0 || library_.deflate(stream_.get()) != COMP_OK) return false;
-      used_ += left - stream_->avail_out;
+      if (stream_->avail_out == 0) addBlock();
+      if (library_.deflate(stream_.get()) != COMP_OK) return false;
     } while (stream_->avail_in > 0 || (isLast && stream_->internal_state.state != ZSTATE_END));
     return true;
   }
 
-  /// The library counts in 32 bits.
-  static constexpr std::size_t kRoomAtOnce = std::size_t{1} << 30U;
+  void addBlock() {
+    blocks_.push_back(std::make_unique_for_overwrite<std::uint8_t[]>(kBlock));
+    stream_->next_out = blocks_.back().get();
+    stream_->avail_out = kBlock;
+  }
+
+  /// Few parts fill more than some. Memory for the worst case would lie between others', and cost its pages.
+  static constexpr std::uint32_t kBlock = std::uint32_t{256} << 10U;
+  using Block = std::unique_ptr<std::uint8_t[]>;
+  using Blocks = std::vector<Block>;
 
   const Library& library_;
-  std::span<std::uint8_t> room_;
   std::unique_ptr<isal_zstream> stream_;
   std::unique_ptr<std::uint8_t[]> level_;
-  std::size_t used_ = 0;
+  Blocks blocks_;
   std::uint32_t crc_ = 0;
 };
 
 }  // namespace
 
-std::optional<Deflated> deflateFast(std::span<const base::ByteSpan> pieces, std::span<std::uint8_t> room) {
+std::optional<Deflated> deflateFast(std::span<const base::ByteSpan> pieces) {
   static const Library library = loaded();
   if (library.init == nullptr || library.deflate == nullptr) return std::nullopt;
 
-  Stream stream(library, room);
+  Stream stream(library);
   std::vector<std::uint8_t> small;
   small.reserve(kAtOnce);
   const auto addSmall = [&] {

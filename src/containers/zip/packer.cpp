@@ -78,9 +78,11 @@ class Gathered {
 void deflate(base::ByteSpan bytes, int level, Packed& packed) {
   libdeflate_compressor* const compressor = compressorOf(level);
   const std::size_t bound = libdeflate_deflate_compress_bound(compressor, bytes.size());
-  packed.owner = base::freshMemory(bound);
+  const auto memory = base::freshMemory(bound);
   packed.packedSize =
-      libdeflate_deflate_compress(compressor, bytes.data(), bytes.size(), packed.owner.get(), bound);
+      libdeflate_deflate_compress(compressor, bytes.data(), bytes.size(), memory.get(), bound);
+  packed.bytes = {base::ByteSpan(memory.get(), packed.packedSize)};
+  packed.owner = memory;
 }
 
 /// What shrinks so much that the limits refuse it is stored in part, so that it can be opened again.
@@ -95,19 +97,21 @@ void deflateLess(base::ByteSpan bytes, int level, Packed& packed) {
   libdeflate_compressor* const compressor = compressorOf(level);
   const std::size_t room = front + (front / kStoredBlock + 1) * kStoredHeader;
   const std::size_t restBound = libdeflate_deflate_compress_bound(compressor, rest.size());
-  packed.owner = base::freshMemory(room + restBound);
-  std::uint8_t* const to = storeBlocks(bytes.first(front), packed.owner.get());
-  packed.packedSize = static_cast<std::uint64_t>(to - packed.owner.get()) +
+  const auto memory = base::freshMemory(room + restBound);
+  std::uint8_t* const to = storeBlocks(bytes.first(front), memory.get());
+  packed.packedSize = static_cast<std::uint64_t>(to - memory.get()) +
                       libdeflate_deflate_compress(compressor, rest.data(), rest.size(), to, restBound);
+  packed.bytes = {base::ByteSpan(memory.get(), packed.packedSize)};
+  packed.owner = memory;
 }
 
 /// Without gathering the pieces.
 bool deflateLarge(std::span<const base::ByteSpan> pieces, Packed& packed) {
-  const std::size_t room = packed.size + packed.size / 16;
-  packed.owner = base::freshMemory(room);
-  const auto deflated = deflateFast(pieces, {packed.owner.get(), room});
+  auto deflated = deflateFast(pieces);
   if (!deflated) return false;
-  packed.packedSize = deflated->used;
+  packed.bytes = std::move(deflated->bytes);
+  packed.owner = std::move(deflated->owner);
+  for (const base::ByteSpan piece : packed.bytes) packed.packedSize += piece.size();
   packed.crc = deflated->crc;
   return true;
 }
@@ -142,7 +146,6 @@ Packed pack(std::span<const base::ByteSpan> pieces, Method method, int level) {
     if (!isDeflated) deflate(whole.bytes(), level, packed);
     if (shrinksTooMuch(packed)) deflateLess(whole.bytes(), level, packed);
   }
-  packed.bytes = {base::ByteSpan(packed.owner.get(), packed.packedSize)};
   return packed;
 }
 

@@ -16,7 +16,7 @@ struct Packed {
   std::uint32_t crc = 0;
   std::uint64_t packedSize = 0;
   std::vector<base::ByteSpan> bytes;  ///< packedSize together, one after the other
-  std::shared_ptr<std::uint8_t[]> owner;
+  std::shared_ptr<const void> owner;
 };
 
 /// Stored contents are the pieces themselves; deflated ones are new bytes.

@@ -36,7 +36,16 @@ class SplicedBytes {
 
   /// From here on text and copied bytes go into another buffer.
   void divertTo(std::string& buffer) {
-    buffer.reserve(std::min(text_.capacity(), source_.size()));
+    // While both are little, the memory that waits for more serves. Other memory would have to be cleared.
+    constexpr std::size_t kLittle = 4096;
+    if (std::max(text_.size(), buffer.size()) < kLittle && text_.capacity() > buffer.capacity()) {
+      std::string text = text_;
+      text_ = std::string_view(buffer);
+      buffer.swap(text_);
+      text_.swap(text);
+    } else {
+      buffer.reserve(std::min(text_.capacity(), source_.size()));
+    }
     into_ = &buffer;
   }
   void comeBack() { into_ = &text_; }
