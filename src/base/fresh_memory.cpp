@@ -9,7 +9,6 @@
 #include <climits>
 #include <cstdlib>
 #include <memory>
-#include <new>
 
 namespace pluvo::base {
 

@@ -42,11 +42,12 @@ void GroupSaver::add(Version version) {
   }
   {
     constexpr std::size_t kForEachThread = 3;
+    const std::size_t most = kForEachThread * threads_.size();
     std::unique_lock lock(mutex_);
-    done_.wait(lock, [&] { return inHand_ < kForEachThread * threads_.size(); });
+    done_.wait(lock, [&] { return inHand_ < most; });
     ++inHand_;
     versions_.splice(versions_.end(), one);
-    if (versions_.size() >= kTogether) released_ = versions_.size();
+    if (versions_.size() >= std::min(kTogether, most)) released_ = versions_.size();
     if (isWatched_ && released_ == 0) return;
   }
   added_.notify_one();

@@ -20,12 +20,23 @@ Record othersRecord(const std::vector<std::string>& names, std::uint64_t size) {
   return {Record::Kind::others, names.empty() ? "" : names.back(), size, {}, {}, {}};
 }
 
-/// False while the run is going on.
-bool forget(files::FileSystem& system, const OwnFolder& runs, const std::string& name, const OwnFolder& run) {
+/// Whether the run has a journal that is quickly read.
+bool hasShortJournal(const RunUnderWay& run, const std::string& name) {
+  constexpr std::uint64_t kShort = std::uint64_t{1} << 20U;
+  const files::Place journal = run.runs->at(pathIn(name, kJournal));
+  return run.system.exists(journal) && run.system.statusAt(journal).stamp.size <= kShort;
+}
+
+enum class Forgotten { always, ifEmpty };
+
+/// False while the run is going on, and where it is not to be forgotten.
+bool forget(files::FileSystem& system, const OwnFolder& runs, const std::string& name, const OwnFolder& run,
+            Forgotten which) {
   const auto lock = lockRun(system, run);
   if (lock == nullptr) return false;
+  // It may have kept something, and ended, a moment ago.
   const auto records = recordsIn(system, run);
-  if (!records) return false;
+  if (!records || (which == Forgotten::ifEmpty && !keptOf(*records).empty())) return false;
   for (const Record& record : keptOf(*records)) clearBeside(system, run, record, folderOf(system, record));
   try {
     removeRun(system, runs, name, run);
@@ -46,6 +57,8 @@ std::optional<Record> OriginalsLimit::ask(const RunUnderWay& run, const std::vec
     const auto isGoingOn = [&](const std::string& name) {
       return run.system.exists(run.runs->at(pathIn(name, kLock)));
     };
+    // A run's lock comes before its journal: where that is, and then no lock, the run has ended.
+    if (!names.empty() && !hasShortJournal(run, names.back())) return std::nullopt;
     if (std::ranges::any_of(names, isGoingOn)) return std::nullopt;
     if (!names.empty()) {
       const auto newest = openRunIfThere(run.system, *run.runs, names.back());
@@ -55,7 +68,9 @@ std::optional<Record> OriginalsLimit::ask(const RunUnderWay& run, const std::vec
       const std::string second = names.size() > 1 ? names[names.size() - 2] : "";
       // Another program's run may have begun in between.
       if (told == records->end() || told->text != second) return std::nullopt;
-      size = told->number + sizeOf(keptOf(*records));
+      const std::uint64_t own = sizeOf(keptOf(*records));
+      if (told->number > limit_ || own > limit_ - told->number) return std::nullopt;
+      size = told->number + own;
     }
   } catch (const std::exception&) {  // weighing tells why, where it matters
     return std::nullopt;
@@ -72,35 +87,38 @@ bool OriginalsLimit::makeRoomIn(RunUnderWay& run, std::uint64_t bytes) {
     const Other oldest = std::move(others_->front());
     others_->pop_front();
     const auto other = openRunIfThere(run.system, *run.runs, oldest.name);
-    if (!other || forget(run.system, *run.runs, oldest.name, *other)) size_ -= oldest.size;
+    if (!other || forget(run.system, *run.runs, oldest.name, *other, Forgotten::always)) size_ -= oldest.size;
   }
   return run.size + bytes + size_ <= limit_;
 }
 
 void OriginalsLimit::weigh(RunUnderWay& run) {
-  others_.emplace();
-  size_ = 0;
+  std::deque<Other> others;
+  std::uint64_t sum = 0;
   bool isWhole = !isAsked_;
   std::vector<std::string> names;
   for (const std::string& name : runNames(run.system, *run.runs)) {
     if (name == run.name) continue;
     try {
       const auto other = openRunIfThere(run.system, *run.runs, name);
+      const bool isLocked = other && run.system.exists(other->at(kLock));
       const auto records = other ? recordsIn(run.system, *other) : std::nullopt;
-      isWhole = isWhole && records;
+      isWhole = isWhole && records && !isLocked;
       if (!records) continue;
       const std::vector<Record> kept = keptOf(*records);
       clearUp(run.system, *other, kept);
       // A run that was killed before it replaced anything.
-      if (kept.empty() && forget(run.system, *run.runs, name, *other)) continue;
+      if (kept.empty() && forget(run.system, *run.runs, name, *other, Forgotten::ifEmpty)) continue;
       isWhole = isWhole && !run.system.exists(other->at(kLock));
       const std::uint64_t size = sizeOf(kept);
-      others_->push_back({name, size});
-      size_ += size;
+      others.push_back({name, size});
+      sum += size;
     } catch (const errors::DocumentError&) {  // not this user's, and left alone
     }
     names.push_back(name);
   }
+  others_ = std::move(others);
+  size_ = sum;
   if (isWhole) run.append(othersRecord(names, size_));
 }
 

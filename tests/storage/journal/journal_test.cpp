@@ -634,6 +634,7 @@ TEST_F(Journal, KeepsOriginalsWhileOtherRunsComeAndGo) {
     auto ending = std::make_unique<Recorder>(machineFileSystem(), folder(), "run", kDefaultLimit);
     Busy busy(n, [&] {
       struck = true;
+      change(machineFileSystem(), *ending, documents_.put("b.txt", "old"), "new");
       ending = nullptr;
       Recorder third(machineFileSystem(), folder(), "run", kDefaultLimit);
       change(machineFileSystem(), third, documents_.put("c.txt", "old"), "new");
@@ -643,6 +644,8 @@ TEST_F(Journal, KeepsOriginalsWhileOtherRunsComeAndGo) {
       change(machineFileSystem(), recorder, path, "new");
       runs(busy, folder());
     }) << n;
+    EXPECT_EQ(listed().size(), struck ? 3U : 1U) << n;
+    ending = nullptr;
     std::filesystem::remove_all(folder());
   }
 }
