@@ -70,13 +70,13 @@ class Utf8Text final : public BytesText {
   Known recent() const { return unpacked(recent_); }
   void remember(Known known) const { recent_.store(packed(known), std::memory_order_relaxed); }
   PackedKnown& learned(Position position) const {
-    return learned_[static_cast<std::uint32_t>(position) * 0x9E3779B1U >> 27U];
+    return learned_[static_cast<std::uint32_t>(position) * 0x9E3779B1U >> 24U];
   }
 
   std::unique_ptr<std::uint32_t[]> notes_;
   // Written all the time: apart from what other threads read.
   alignas(64) mutable PackedKnown recent_ = 0;  ///< mostly near the next question
-  mutable std::array<PackedKnown, 32> learned_{};
+  mutable std::array<PackedKnown, 256> learned_{};
 };
 
 /// Walks through the bytes of a text front to back, counting every unit anew: what a text has noted is not
