@@ -42,6 +42,8 @@ def addresses_in(profile, program):
 
 
 def main():
+    if len(sys.argv) < 3:
+        sys.exit(__doc__)
     program, *documents = (str(pathlib.Path(path).resolve()) for path in sys.argv[1:])
     symbols = symbols_of(program)
     starts = [start for start, _, _ in symbols]

@@ -39,7 +39,7 @@ void prepareHeap() {
   mallopt(M_TRIM_THRESHOLD, INT_MAX);
   // Of addresses only; a page is taken when it is first written.
   mallopt(M_TOP_PAD, kHeap);
-  // Larger than what the heap has so far, so that the heap grows. Malloc writes behind it, and a page that is
+  // This piece is larger than the heap, which therefore grows. Malloc writes behind the piece, and a page
   // written before the advice below stays small.
   constexpr std::size_t kMore = std::size_t{256} << 10U;
   void* const first = std::malloc(kMore);

@@ -27,6 +27,29 @@ bool hasShortJournal(const RunUnderWay& run, const std::string& name) {
   return run.system.exists(journal) && run.system.statusAt(journal).stamp.size <= kShort;
 }
 
+/// The bytes that all runs with these names keep, as the newest of them tells. None where it does not tell,
+/// or where they are more than the limit.
+std::optional<std::uint64_t> toldByNewest(const RunUnderWay& run, const std::vector<std::string>& names,
+                                          std::uint64_t limit) {
+  if (names.empty()) return 0;
+  // A run's lock comes before its journal: where that is, and then no lock, the run has ended.
+  if (!hasShortJournal(run, names.back())) return std::nullopt;
+  const auto isGoingOn = [&](const std::string& name) {
+    return run.system.exists(run.runs->at(pathIn(name, kLock)));
+  };
+  if (std::ranges::any_of(names, isGoingOn)) return std::nullopt;
+  const auto newest = openRunIfThere(run.system, *run.runs, names.back());
+  const auto records = newest ? recordsIn(run.system, *newest) : std::nullopt;
+  if (!records) return std::nullopt;
+  const auto told = std::ranges::find(*records, Record::Kind::others, &Record::kind);
+  const std::string second = names.size() > 1 ? names[names.size() - 2] : "";
+  // Another program's run may have begun in between.
+  if (told == records->end() || told->text != second) return std::nullopt;
+  const std::uint64_t own = sizeOf(keptOf(*records));
+  if (told->number > limit || own > limit - told->number) return std::nullopt;
+  return told->number + own;
+}
+
 enum class Forgotten { always, ifEmpty };
 
 /// False while the run is going on, and where it is not to be forgotten.
@@ -52,32 +75,15 @@ bool forget(files::FileSystem& system, const OwnFolder& runs, const std::string&
 }  // namespace
 
 std::optional<Record> OriginalsLimit::ask(const RunUnderWay& run, const std::vector<std::string>& names) {
-  std::uint64_t size = 0;
+  std::optional<std::uint64_t> told;
   try {
-    const auto isGoingOn = [&](const std::string& name) {
-      return run.system.exists(run.runs->at(pathIn(name, kLock)));
-    };
-    // A run's lock comes before its journal: where that is, and then no lock, the run has ended.
-    if (!names.empty() && !hasShortJournal(run, names.back())) return std::nullopt;
-    if (std::ranges::any_of(names, isGoingOn)) return std::nullopt;
-    if (!names.empty()) {
-      const auto newest = openRunIfThere(run.system, *run.runs, names.back());
-      const auto records = newest ? recordsIn(run.system, *newest) : std::nullopt;
-      if (!records) return std::nullopt;
-      const auto told = std::ranges::find(*records, Record::Kind::others, &Record::kind);
-      const std::string second = names.size() > 1 ? names[names.size() - 2] : "";
-      // Another program's run may have begun in between.
-      if (told == records->end() || told->text != second) return std::nullopt;
-      const std::uint64_t own = sizeOf(keptOf(*records));
-      if (told->number > limit_ || own > limit_ - told->number) return std::nullopt;
-      size = told->number + own;
-    }
-  } catch (const std::exception&) {  // weighing tells why, where it matters
-    return std::nullopt;
+    told = toldByNewest(run, names, limit_);
+  } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): weighing tells why, where it matters
   }
+  if (!told) return std::nullopt;
   isAsked_ = true;
-  size_ = size;
-  return othersRecord(names, size);
+  size_ = *told;
+  return othersRecord(names, size_);
 }
 
 bool OriginalsLimit::makeRoomIn(RunUnderWay& run, std::uint64_t bytes) {
