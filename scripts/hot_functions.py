@@ -1,9 +1,11 @@
 #!/usr/bin/env python3
 """Which functions a run on a small document calls: the linker puts them together (cmake/PluvoHotFunctions.cmake).
 
+    : > cmake/hot_functions.txt && cmake --build build/release --target pluvo
     scripts/hot_functions.py build/release/bin/pluvo DOCUMENT... > cmake/hot_functions.txt
 
-Needs valgrind, and a program that was not stripped. A list that is out of date costs speed and nothing else.
+Needs valgrind, which does not tell functions apart that the linker has put together, and a program that was not
+stripped. A list that is out of date costs speed and nothing else.
 """
 
 import bisect
@@ -45,6 +47,9 @@ def main():
     if len(sys.argv) < 3:
         sys.exit(__doc__)
     program, *documents = (str(pathlib.Path(path).resolve()) for path in sys.argv[1:])
+    sections = subprocess.run(["readelf", "-SW", program], capture_output=True, text=True, check=True).stdout
+    if ".text.together" in sections:
+        sys.exit(f"{program} was linked with a list of functions; empty cmake/hot_functions.txt, and build it again.")
     symbols = symbols_of(program)
     starts = [start for start, _, _ in symbols]
     called = set()
