@@ -64,7 +64,7 @@ void PieceText::copy(Position from, Position to, char16_t* out) const {
 }
 
 Piece PieceText::pieceAt(Position position) const {
-  const auto part = pieces_.part(pieces_.indexAt(position));
+  const auto part = pieces_.partAt(position);
   return cut(part, position, part.to);
 }
 
@@ -89,7 +89,7 @@ void PieceText::noteCuts() {
 }
 
 void PieceText::noteCut(const BytesText& utf8, Position original) {
-  if (!cuts_.empty() && original <= cuts_.back().position) return;
+  if (cuts_.last() != nullptr && original <= cuts_.last()->position) return;
   const BytesText::Place place = utf8.placeOf(original);
   if (!place.insidePair) cuts_.push({original, static_cast<std::uint32_t>(place.offset)});
 }

@@ -18,32 +18,33 @@ namespace pluvo::text {
 template <class Element, std::size_t kChunk = 256>
 class ChunkedStack {
  public:
-  bool empty() const { return top_.empty(); }
-  std::size_t size() const { return below_ + top_.size(); }
+  bool empty() const { return inTop_ == 0; }
+  std::size_t size() const { return below_ + inTop_; }
 
   const Element& operator[](std::size_t i) const {
     assert(i < size());
-    return i >= below_ ? top_[i - below_] : chunks_[i / kChunk][i % kChunk];
+    return i >= below_ ? top_.data()[i - below_] : chunks_[i / kChunk][i % kChunk];
   }
-  Element& back() { return top_.back(); }
-  const Element& back() const { return top_.back(); }
+  Element& back() { return top_.data()[inTop_ - 1]; }
+  const Element& back() const { return top_.data()[inTop_ - 1]; }
 
-  void push(Element element) { emplace(std::move(element)); }
-  /// Made where it stays.
-  template <class... Parts>
-  void emplace(Parts&&... parts) {
-    if (top_.size() == 2 * kChunk) sink();
-    top_.emplace_back(std::forward<Parts>(parts)...);
+  void push(const Element& element) {
+    if (inTop_ == top_.size()) makeRoom();
+    top_.data()[inTop_++] = element;
   }
   void pop() {
-    top_.pop_back();
-    if (top_.empty() && below_ > 0) rise();
+    if (--inTop_ == 0 && below_ > 0) rise();
   }
 
-  /// Reads elements from the lowest on. Valid until the stack changes.
+  /// Reads elements from one of them on, upwards. Valid until the stack changes.
   class Reader {
    public:
-    explicit Reader(const ChunkedStack& stack) : stack_(&stack) { load(); }
+    explicit Reader(const ChunkedStack& stack, std::size_t from = 0)
+        : stack_(&stack), chunk_(std::min(from / kChunk, stack.chunks_.size())) {
+      const std::size_t skipped = from - chunk_ * kChunk;
+      load();
+      at_ = std::min(at_ + skipped, end_);
+    }
     /// Null after the topmost.
     const Element* peek() const { return at_ != end_ ? at_ : nullptr; }
     void next() {
@@ -55,7 +56,7 @@ class ChunkedStack {
       if (chunk_ > stack_->chunks_.size()) return;
       const bool isTop = chunk_ == stack_->chunks_.size();
       at_ = isTop ? stack_->top_.data() : stack_->chunks_[chunk_].get();
-      end_ = at_ + (isTop ? stack_->top_.size() : kChunk);
+      end_ = at_ + (isTop ? stack_->inTop_ : kChunk);
       ++chunk_;
     }
 
@@ -71,7 +72,7 @@ class ChunkedStack {
     for (const Chunk& chunk : chunks_) {
       for (const Element& element : std::span(chunk.get(), kChunk)) visit(element);
     }
-    for (const Element& element : top_) visit(element);
+    for (const Element& element : std::span(top_.data(), inTop_)) visit(element);
   }
 
   /// How many of the lowest elements hold the condition, which none above them does.
@@ -80,7 +81,7 @@ class ChunkedStack {
     const auto within = [&](const Element* from, std::size_t count) {
       return static_cast<std::size_t>(std::partition_point(from, from + count, holds) - from);
     };
-    if (below_ == 0 || holds(top_.front())) return below_ + within(top_.data(), top_.size());
+    if (below_ == 0 || holds(top_.front())) return below_ + within(top_.data(), inTop_);
     const auto above = std::partition_point(chunks_.begin(), chunks_.end(),
                                             [&](const Chunk& chunk) { return holds(chunk[0]); });
     if (above == chunks_.begin()) return 0;
@@ -91,23 +92,29 @@ class ChunkedStack {
  private:
   using Chunk = std::shared_ptr<const Element[]>;
 
-  void sink() {
+  /// Apart, so that a push is short.
+  [[gnu::noinline]] void makeRoom() {
+    if (inTop_ < 2 * kChunk) return top_.resize(std::clamp<std::size_t>(2 * inTop_, 1, 2 * kChunk));
     std::shared_ptr<Element[]> chunk(new Element[kChunk]);
-    std::move(top_.begin(), top_.begin() + kChunk, chunk.get());
+    const auto middle = top_.begin() + kChunk;
+    std::move(top_.begin(), middle, chunk.get());
     chunks_.push_back(std::move(chunk));
-    top_.erase(top_.begin(), top_.begin() + kChunk);
+    std::move(middle, top_.end(), top_.begin());
     below_ += kChunk;
+    inTop_ = kChunk;
   }
-  void rise() {
+  [[gnu::noinline]] void rise() {
     const Element* const elements = chunks_.back().get();
-    top_.assign(elements, elements + kChunk);
+    std::copy(elements, elements + kChunk, top_.begin());
     chunks_.pop_back();
     below_ -= kChunk;
+    inTop_ = kChunk;
   }
 
   std::vector<Chunk> chunks_;
   std::size_t below_ = 0;     ///< elements in chunks
-  std::vector<Element> top_;  ///< empty only where there are no chunks
+  std::vector<Element> top_;  ///< and room for more
+  std::size_t inTop_ = 0;     ///< of it; none only where there are no chunks
 };
 
 }  // namespace pluvo::text

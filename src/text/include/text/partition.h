@@ -18,19 +18,23 @@ class Partition {
  public:
   std::size_t count() const { return front_.size() + back_.size(); }
   Position length() const { return length_; }
-  bool isOne() const { return count() == 1; }
+  bool isOne() const { return only() != nullptr; }
+  /// The value of all the text; null where there are several parts, or none.
+  const Value* only() const {
+    if (back_.empty()) return front_.size() == 1 ? &front_.back().value : nullptr;
+    return front_.empty() && back_.size() == 1 ? &back_.back().value : nullptr;
+  }
 
   /// The part that holds position, which must lie in the text.
   std::size_t indexAt(Position position) const {
     assert(0 <= position && position < length_);
-    if (isOne()) return 0;
     if (position < gap()) {
       return front_.countWhile([&](const Part& part) { return part.place <= position; }) - 1;
     }
-    const Position distance = length_ - position;
-    const std::size_t after = back_.size();
     // Mostly it is the part after the last edit.
-    if (after == 1 || back_[after - 2].place < distance) return front_.size();
+    if (back_.size() == 1) return front_.size();
+    const Position distance = length_ - position;
+    if (back_[back_.size() - 2].place < distance) return front_.size();
     return count() - 1 - back_.countWhile([&](const Part& part) { return part.place < distance; });
   }
 
@@ -51,6 +55,12 @@ class Partition {
     return {length_ - here.place, below == 0 ? length_ : length_ - back_[below - 1].place, here.value};
   }
 
+  /// The part that holds position.
+  Place partAt(Position position) const {
+    const bool isLast = back_.size() == 1 && position >= gap();
+    return isLast ? Place{gap(), length_, back_.back().value} : part(indexAt(position));
+  }
+
   /// All parts in order: visit(from, to, value).
   template <class Visit>
   void forEachPart(Visit visit) const {
@@ -63,6 +73,24 @@ class Partition {
     for (std::size_t i = front_.size(); i < count(); ++i) {
       const Place part = this->part(i);
       visit(part.from, part.to, part.value);
+    }
+  }
+
+  /// The parts from the one that holds a position on, uncut, in order: visit(from, to, value), which returns
+  /// false to stop.
+  template <class Visit>
+  void forEachPartFrom(Position position, Visit visit) const {
+    std::size_t i = indexAt(position);
+    typename ChunkedStack<Part>::Reader front(front_, std::min(i, front_.size()));
+    for (const Part* here = front.peek(); here != nullptr; ++i) {
+      const Part part = *here;
+      front.next();
+      here = front.peek();
+      if (!visit(part.place, here != nullptr ? here->place : gap(), part.value)) return;
+    }
+    for (; i < count(); ++i) {
+      const Place part = this->part(i);
+      if (!visit(part.from, part.to, part.value)) return;
     }
   }
 
@@ -95,7 +123,7 @@ class Partition {
     }
     if (tail > 0 && (back_.empty() || back_.back().place != tail)) {
       assert(last != nullptr);
-      back_.emplace(tail, remainder(last->value, to - lastStart));
+      back_.push({tail, remainder(last->value, to - lastStart)});
     }
     length_ -= to - from;
   }
@@ -103,7 +131,7 @@ class Partition {
   /// Puts a part in at the gap, which comes to lie after it.
   void insert(Position length, const Value& value) {
     assert(length > 0);
-    front_.emplace(gap(), value);
+    front_.push({gap(), value});
     length_ += length;
   }
   /// Makes the part in front of the gap longer.
@@ -119,7 +147,7 @@ class Partition {
   /// Gives the only part another length.
   void resizeOne(Position length) {
     assert(isOne() && length > 0);
-    if (front_.empty()) back_.back().place = length;
+    if (!back_.empty()) back_.back().place = length;
     length_ = length;
   }
   /// Gives the first part after the gap to the one in front of it.
@@ -145,9 +173,6 @@ class Partition {
 
  private:
   struct Part {
-    Part() = default;
-    Part(Position at, const Value& valued) : place(at), value(valued) {}
-
     /// In front_ its start, in back_ the distance of its start from the end of the text.
     Position place = 0;
     Value value{};
@@ -156,11 +181,11 @@ class Partition {
   /// Puts every part that starts before position in front of the gap.
   void moveGap(Position position) {
     while (!front_.empty() && front_.back().place >= position) {
-      back_.emplace(length_ - front_.back().place, front_.back().value);
+      back_.push({length_ - front_.back().place, front_.back().value});
       front_.pop();
     }
     while (!back_.empty() && length_ - back_.back().place < position) {
-      front_.emplace(length_ - back_.back().place, back_.back().value);
+      front_.push({length_ - back_.back().place, back_.back().value});
       back_.pop();
     }
   }

@@ -117,12 +117,13 @@ class PieceText {
   /// to stop.
   template <class Visit>
   void forEachPiece(Position from, Position to, Visit visit) const {
-    for (std::size_t i = from < to ? pieces_.indexAt(from) : 0; from < to; ++i) {
-      const auto part = pieces_.part(i);
-      const Position end = std::min(part.to, to);
-      if (!visit(from, cut(part, from, end))) return;
+    if (from >= to) return;
+    pieces_.forEachPartFrom(from, [&](Position begin, Position partEnd, const Source& source) {
+      const Position end = std::min(partEnd, to);
+      if (!visit(from, cut({begin, partEnd, source}, from, end))) return false;
       from = end;
-    }
+      return from < to;
+    });
   }
 
   /// The stretches that make up [from, to) in order: visit(Position start, const Stretch&), which returns

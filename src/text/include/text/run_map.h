@@ -36,11 +36,11 @@ class RunMap {
   }
 
   /// Null unless all positions have the same.
-  const Value* onlyValue() const { return parts_.isOne() ? &parts_.value(0) : nullptr; }
-  Value valueAt(Position position) const { return parts_.value(parts_.indexAt(position)); }
+  const Value* onlyValue() const { return parts_.only(); }
+  Value valueAt(Position position) const { return parts_.partAt(position).value; }
   /// The maximal run that holds position.
   Run runAt(Position position) const {
-    if (parts_.isOne()) return {0, parts_.length(), parts_.value(0)};
+    if (const Value* const only = onlyValue()) return {0, parts_.length(), *only};
     return run(parts_.indexAt(position));
   }
   Position runStart(Position position) const { return parts_.start(parts_.indexAt(position)); }
