@@ -63,6 +63,7 @@ class Comparison {
         pause_(pause),
         original_(edited.original().inBytes()),
         to_(readBack.inBytes()),
+        areOfOneCoding_(original_ != nullptr && to_ != nullptr && original_->coding() == to_->coding()),
         cuts_(edited.cuts()) {}
 
   /// [from, to) of the edited text, as long as it goes on.
@@ -89,7 +90,7 @@ class Comparison {
   bool isSame(Position start, const Piece& piece) {
     if (to_ == nullptr && original_ == nullptr) return sameStretches(start, piece);
     if (to_ != nullptr && piece.isNew() && isKnown(piece)) return true;
-    if (areOfOneCoding() && !piece.isNew() && sameBytes(start, piece)) return true;
+    if (areOfOneCoding_ && !piece.isNew() && sameBytes(start, piece)) return true;
     const bool same = sameUnits(start, piece);
     if (same && to_ != nullptr && piece.isNew()) note(start, piece);
     return same;
@@ -130,10 +131,6 @@ class Comparison {
   bool isKnown(const Piece& piece) {
     const bool known = piece.added == known_.added && piece.length == known_.length;
     return known && reached_ && sameBytes(knownBytes_);
-  }
-
-  bool areOfOneCoding() const {
-    return original_ != nullptr && to_ != nullptr && original_->coding() == to_->coding();
   }
 
   /// The pieces before it tell where a piece begins in the new bytes.
@@ -181,6 +178,7 @@ class Comparison {
   const std::function<void()>& pause_;
   const BytesText* original_;
   const BytesText* to_;
+  const bool areOfOneCoding_;
   text::BytePlaceCursor cuts_;
   /// A unit and where it begins, counted through the original.
   struct Walked {
