@@ -235,11 +235,10 @@ bool Locator::next(PassObserver& observer, PassResult& result) {
 
 void Locator::resumeAfterBlock(std::int32_t atLeast) {
   word::Range& block = required(ranges_.block);
-  word::Range& begin = required(ranges_.begin);
-  const auto place = [&] { return std::max(atLeast, block.End()); };
-  begin.Start(place());
-  block.Start(place());
-  required(ranges_.end).Start(place());
+  const std::int32_t place = std::max(atLeast, block.End());
+  required(ranges_.begin).Start(place);
+  block.Start(place);
+  required(ranges_.end).Start(place);
 }
 
 void Locator::resumeAfterBeginning() {
