@@ -12,7 +12,7 @@ namespace pluvo::base {
 std::shared_ptr<std::uint8_t[]> freshMemory(std::size_t size);
 
 /// For a program at its start. Memory that one document gives back serves the next one without a call to the
-/// system. A large heap grows in large pages. Only a hint.
+/// system. A larger heap grows in large pages at first. Only a hint.
 void prepareHeap();
 
 /// For a program in which one thread does nearly all the work, before it begins another. The others take
