@@ -1,8 +1,8 @@
 #pragma once
 
 #include <algorithm>
-#include <cassert>
 #include <cstddef>
+#include <cstdlib>
 #include <memory>
 #include <span>
 #include <utility>
@@ -18,21 +18,38 @@ namespace pluvo::text {
 template <class Element, std::size_t kChunk = 256>
 class ChunkedStack {
  public:
+  ChunkedStack() = default;
+  ChunkedStack(const ChunkedStack&) = default;
+  ChunkedStack(ChunkedStack&& from) noexcept
+      : chunks_(std::move(from.chunks_)),
+        below_(std::exchange(from.below_, 0)),
+        top_(std::move(from.top_)),
+        inTop_(std::exchange(from.inTop_, 0)) {}
+  ChunkedStack& operator=(ChunkedStack from) noexcept {
+    chunks_.swap(from.chunks_);
+    std::swap(below_, from.below_);
+    top_.swap(from.top_);
+    std::swap(inTop_, from.inTop_);
+    return *this;
+  }
+  ~ChunkedStack() = default;
+
   bool empty() const { return inTop_ == 0; }
   std::size_t size() const { return below_ + inTop_; }
 
   const Element& operator[](std::size_t i) const {
-    assert(i < size());
+    require(i < size());
     return i >= below_ ? top_.data()[i - below_] : chunks_[i / kChunk][i % kChunk];
   }
-  Element& back() { return top_.data()[inTop_ - 1]; }
-  const Element& back() const { return top_.data()[inTop_ - 1]; }
+  Element& back() { return require(!empty()), top_.data()[inTop_ - 1]; }
+  const Element& back() const { return require(!empty()), top_.data()[inTop_ - 1]; }
 
-  void push(const Element& element) {
+  void push(Element element) {
     if (inTop_ == top_.size()) makeRoom();
-    top_.data()[inTop_++] = element;
+    top_.data()[inTop_++] = std::move(element);
   }
   void pop() {
+    require(!empty());
     if (--inTop_ == 0 && below_ > 0) rise();
   }
 
@@ -92,6 +109,10 @@ class ChunkedStack {
  private:
   using Chunk = std::shared_ptr<const Element[]>;
 
+  /// In what ships, too, as the library's containers check. Theirs would divide.
+  static void require(bool holds) {
+    if (!holds) std::abort();
+  }
   /// Apart, so that a push is short.
   [[gnu::noinline]] void makeRoom() {
     if (inTop_ < 2 * kChunk) return top_.resize(std::clamp<std::size_t>(2 * inTop_, 1, 2 * kChunk));

@@ -28,6 +28,7 @@ class Partition {
   /// The part that holds position, which must lie in the text.
   std::size_t indexAt(Position position) const {
     assert(0 <= position && position < length_);
+    if (count() == 1) return 0;
     if (position < gap()) {
       return front_.countWhile([&](const Part& part) { return part.place <= position; }) - 1;
     }
