@@ -47,7 +47,7 @@ void prepareHeap() {
   // A run on small documents takes less, and clears no large page. Beyond the end small pages are cheaper on
   // a virtual machine whose host takes unused large pages back: each one is then fetched and cleared twice.
   constexpr std::size_t kSmall = std::size_t{1} << 20U;
-  constexpr std::size_t kEnd = std::size_t{48} << 20U;
+  constexpr std::size_t kEnd = std::size_t{64} << 20U;
   void* begin = static_cast<std::uint8_t*>(first) + kSmall;
   std::size_t size = kEnd - kSmall;
   if (std::align(kLargePage, kLargePage, begin, size) != nullptr)
