@@ -44,8 +44,8 @@ void prepareHeap() {
   constexpr std::size_t kMore = std::size_t{256} << 10U;
   void* const first = std::malloc(kMore);
   if (first == nullptr) return;
-  // A run on small documents takes less, and clears no large page. Beyond the end small pages are cheaper on
-  // a virtual machine whose host takes unused large pages back: each one is then fetched and cleared twice.
+  // A run on small documents takes less, and clears no large page. Beyond the end small pages serve: on some
+  // virtual machines a new large page takes milliseconds, probably because the host took it back before.
   constexpr std::size_t kSmall = std::size_t{1} << 20U;
   constexpr std::size_t kEnd = std::size_t{64} << 20U;
   void* begin = static_cast<std::uint8_t*>(first) + kSmall;

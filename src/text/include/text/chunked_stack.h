@@ -18,6 +18,7 @@ namespace pluvo::text {
 template <class Element, std::size_t kChunk = 256>
 class ChunkedStack {
  public:
+  // What was moved from is empty: its counts go with the elements.
   ChunkedStack() = default;
   ChunkedStack(const ChunkedStack&) = default;
   ChunkedStack(ChunkedStack&& from) noexcept

@@ -18,7 +18,6 @@ class Partition {
  public:
   std::size_t count() const { return front_.size() + back_.size(); }
   Position length() const { return length_; }
-  bool isOne() const { return only() != nullptr; }
   /// The value of all the text; null where there are several parts, or none.
   const Value* only() const {
     if (back_.empty()) return front_.size() == 1 ? &front_.back().value : nullptr;
@@ -147,7 +146,7 @@ class Partition {
   }
   /// Gives the only part another length.
   void resizeOne(Position length) {
-    assert(isOne() && length > 0);
+    assert(only() != nullptr && length > 0);
     if (!back_.empty()) back_.back().place = length;
     length_ = length;
   }
