@@ -235,10 +235,12 @@ bool Locator::next(PassObserver& observer, PassResult& result) {
 
 void Locator::resumeAfterBlock(std::int32_t atLeast) {
   word::Range& block = required(ranges_.block);
-  const std::int32_t place = std::max(atLeast, block.End());
-  required(ranges_.begin).Start(place);
-  block.Start(place);
-  required(ranges_.end).Start(place);
+  word::Range& begin = required(ranges_.begin);
+  // Read again for each range: Word may move the block's end when a start is set.
+  const auto place = [&] { return std::max(atLeast, block.End()); };
+  begin.Start(place());
+  block.Start(place());
+  required(ranges_.end).Start(place());
 }
 
 void Locator::resumeAfterBeginning() {
