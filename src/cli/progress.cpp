@@ -6,7 +6,7 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cmath>
+#include <chrono>
 #include <cstdio>
 #include <utility>
 
@@ -20,7 +20,8 @@ constexpr double kSecondsToJudge = 1.0;
 void put(const std::string& text) { (void)std::fwrite(text.data(), 1, text.size(), stderr); }
 
 std::string duration(double seconds) {
-  const auto whole = static_cast<std::int64_t>(std::ceil(seconds));
+  const std::int64_t whole =
+      std::chrono::ceil<std::chrono::seconds>(std::chrono::duration<double>(seconds)).count();
   const std::string minutes = std::to_string(whole / 60 % 60);
   const std::string rest = std::to_string(whole % 60);
   const auto two = [](const std::string& digits) { return digits.size() < 2 ? "0" + digits : digits; };
@@ -95,7 +96,7 @@ std::string Progress::line() const {
   const double passed = seconds();
   if (passed < kSecondsToJudge || done_ == 0) return line;
   const double rate = static_cast<double>(done_) / passed;
-  line += ", " + std::to_string(std::llround(rate)) + " a second";
+  line += ", " + std::to_string(static_cast<std::int64_t>(rate + 0.5)) + " a second";
   return line + ", " + duration(static_cast<double>(documents_ - done_) / rate) + " left";
 }
 

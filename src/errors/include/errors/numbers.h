@@ -1,7 +1,5 @@
 #pragma once
 
-#include "errors/numbers.h"
-
 #include <cstdint>
 #include <string_view>
 
