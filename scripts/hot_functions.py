@@ -9,6 +9,7 @@ stripped. A list that is out of date costs speed and nothing else.
 """
 
 import bisect
+import itertools
 import os
 import pathlib
 import re
@@ -52,22 +53,22 @@ def main():
         sys.exit(f"{program} was linked with a list of functions; empty cmake/hot_functions.txt, and build it again.")
     symbols = symbols_of(program)
     starts = [start for start, _, _ in symbols]
-    called = set()
+    runs = {}  # of a function that was called: the numbers of the runs
     with tempfile.TemporaryDirectory() as folder:
         profile = pathlib.Path(folder) / "profile"
         state = {**os.environ, "XDG_STATE_HOME": folder}
-        for document in documents:
-            for request in REQUESTS:
-                copy = shutil.copy(document, folder)
-                words = [request[0], *BLOCK, *request[1:], copy]
-                subprocess.run(["valgrind", "--tool=callgrind", "--dump-instr=yes", f"--callgrind-out-file={profile}",
-                                program, *words], env=state, capture_output=True, check=False)  # texts have no highlights
-                for address in set(addresses_in(profile, program)):
-                    at = bisect.bisect(starts, address) - 1
-                    if at >= 0 and address < symbols[at][1]:
-                        called.add(starts[at])
-    # What the compiler took for unlikely stays with its like.
-    print("\n".join(sorted({name for start, _, name in symbols if start in called and not name.endswith(".cold")})))
+        for number, (document, request) in enumerate(itertools.product(documents, REQUESTS)):
+            copy = shutil.copy(document, folder)
+            words = [request[0], *BLOCK, *request[1:], copy]
+            subprocess.run(["valgrind", "--tool=callgrind", "--dump-instr=yes", f"--callgrind-out-file={profile}",
+                            program, *words], env=state, capture_output=True, check=False)  # texts have no highlights
+            addresses = {address: bisect.bisect(starts, address) - 1 for address in addresses_in(profile, program)}
+            for start in {starts[at] for address, at in addresses.items() if at >= 0 and address < symbols[at][1]}:
+                runs.setdefault(start, []).append(number)
+    # What the compiler took for unlikely stays with its like. What most runs call comes first, and what the same runs
+    # call lies together.
+    called = {(-len(runs[start]), tuple(runs[start]), name) for start, _, name in symbols if start in runs}
+    print("\n".join(name for *_, name in sorted(called) if not name.endswith(".cold")))
 
 
 main()
