@@ -116,11 +116,12 @@ class OriginalText {
 class OriginalTextBuilder {
  public:
   /// How many units may come at most; memory that is not filled is not taken.
-  void expect(std::size_t most) { narrow_.reserve(most); }
+  void expect(std::size_t most) { expected_ = most; }
   std::size_t size() const { return wide_.empty() ? narrow_.size() : wide_.size(); }
 
   void append(std::u16string_view units) {
     if (wide_.empty() && fitsBytes(units)) {
+      makeRoom(units.size());
       narrow_.insert(narrow_.end(), units.begin(), units.end());
       return;
     }
@@ -130,6 +131,7 @@ class OriginalTextBuilder {
 
   void appendAscii(std::string_view text) {
     if (wide_.empty()) {
+      makeRoom(text.size());
       narrow_.insert(narrow_.end(), text.begin(), text.end());
     } else {
       wide_.append(text.begin(), text.end());
@@ -146,12 +148,20 @@ class OriginalTextBuilder {
     for (const char16_t unit : units) allBits |= unit;
     return allBits < 0x100;
   }
+  /// Takes room for all that is expected once the text is not short: before that most texts turn out wide
+  /// that do at all, and the room for bytes would be left unused between others.
+  void makeRoom(std::size_t more) {
+    constexpr std::size_t kShort = std::size_t{64} << 10U;
+    if (narrow_.capacity() - narrow_.size() >= more || narrow_.capacity() >= expected_) return;
+    narrow_.reserve(narrow_.size() + more <= kShort ? std::min(kShort, expected_) : expected_);
+  }
   void widen() {
-    wide_.reserve(narrow_.capacity());
+    wide_.reserve(std::max(expected_, narrow_.size()));
     wide_.assign(narrow_.begin(), narrow_.end());
-    narrow_ = {};
+    narrow_ = std::vector<std::uint8_t>();
   }
 
+  std::size_t expected_ = 0;
   std::vector<std::uint8_t> narrow_;
   std::u16string wide_;
 };
