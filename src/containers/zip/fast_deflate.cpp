@@ -1,10 +1,14 @@
 #include "fast_deflate.h"
 
+#include "base/at_once.h"
+#include "joined_crc.h"
+
 #include <dlfcn.h>
 #include <isa-l/igzip_lib.h>
 #include <libdeflate.h>
 
 #include <algorithm>
+#include <atomic>
 #include <memory>
 #include <vector>
 
@@ -31,6 +35,34 @@ constexpr std::size_t kAtOnce = std::size_t{256} << 10U;
 /// Smaller pieces are copied together: the library takes long to begin with each.
 constexpr std::size_t kSmallPiece = std::size_t{16} << 10U;
 
+/// Contents that one thread deflates.
+struct Part {
+  std::vector<base::ByteSpan> pieces;
+  std::size_t size = 0;
+};
+
+/// Parts of about the same size.
+std::vector<Part> divided(std::span<const base::ByteSpan> pieces) {
+  constexpr std::size_t kLarge = std::size_t{1} << 20U;
+  std::size_t size = 0;
+  for (const base::ByteSpan piece : pieces) size += piece.size();
+  const std::size_t count = base::partsOf(size, kLarge);
+  std::vector<Part> parts(1);
+  for (base::ByteSpan piece : pieces) {
+    while (!piece.empty()) {
+      const bool isLast = parts.size() == count;
+      const std::size_t taken =
+          isLast ? piece.size() : std::min(piece.size(), size / count + 1 - parts.back().size);
+      parts.back().pieces.push_back(piece.first(taken));
+      parts.back().size += taken;
+      piece = piece.subspan(taken);
+      if (!isLast && parts.back().size > size / count) parts.emplace_back();
+    }
+  }
+  return parts;
+}
+
+/// Deflates a part. What follows it may be the output of another stream.
 class Stream {
  public:
   explicit Stream(const Library& library)
@@ -45,28 +77,57 @@ class Stream {
   }
 
   /// False where the library fails.
-  bool add(base::ByteSpan bytes) {
-    crc_ = libdeflate_crc32(crc_, bytes.data(), bytes.size());
-    return deflate(bytes, false);
+  bool add(const Part& part) {
+    std::vector<std::uint8_t> small;
+    small.reserve(kAtOnce);
+    const auto addSmall = [&] {
+      const bool hadRoom = small.empty() || add(small);
+      small.clear();
+      return hadRoom;
+    };
+    for (base::ByteSpan piece : part.pieces) {
+      if (piece.size() < kSmallPiece) {
+        if (small.size() + piece.size() > kAtOnce && !addSmall()) return false;
+        small.insert(small.end(), piece.begin(), piece.end());
+        continue;
+      }
+      if (!addSmall()) return false;
+      for (; !piece.empty(); piece = piece.subspan(std::min(piece.size(), kAtOnce)))
+        if (!add(piece.first(std::min(piece.size(), kAtOnce)))) return false;
+    }
+    return addSmall();
   }
-  bool end() { return deflate({}, true); }
-  Deflated result() {
-    const auto blocks = std::make_shared<const Blocks>(std::move(blocks_));
-    Deflated deflated{{}, blocks, crc_};
-    for (const Block& block : *blocks) deflated.bytes.emplace_back(block.get(), kBlock);
-    if (!blocks->empty()) deflated.bytes.back() = {blocks->back().get(), kBlock - stream_->avail_out};
-    return deflated;
+
+  /// Not the last: ends at a whole byte, and leaves the deflated contents open.
+  bool end(bool isLast) {
+    stream_->flush = isLast ? NO_FLUSH : SYNC_FLUSH;
+    stream_->end_of_stream = isLast ? 1 : 0;
+    do {
+      if (!deflate({})) return false;
+    } while (isLast ? stream_->internal_state.state != ZSTATE_END : stream_->avail_out == 0);
+    return true;
+  }
+
+  std::uint32_t crc() const { return crc_; }
+  /// The deflated bytes, as long as this lives.
+  void appendTo(std::vector<base::ByteSpan>& bytes) const {
+    for (const Block& block : blocks_) bytes.emplace_back(block.get(), kBlock);
+    if (!blocks_.empty()) bytes.back() = {blocks_.back().get(), kBlock - stream_->avail_out};
   }
 
  private:
-  bool deflate(base::ByteSpan bytes, bool isLast) {
+  bool add(base::ByteSpan bytes) {
+    crc_ = libdeflate_crc32(crc_, bytes.data(), bytes.size());
+    return deflate(bytes);
+  }
+
+  bool deflate(base::ByteSpan bytes) {
     stream_->next_in = const_cast<std::uint8_t*>(bytes.data());  // is only read
     stream_->avail_in = static_cast<std::uint32_t>(bytes.size());
-    stream_->end_of_stream = isLast ? 1 : 0;
     do {
       if (stream_->avail_out == 0) addBlock();
       if (library_.deflate(stream_.get()) != COMP_OK) return false;
-    } while (stream_->avail_in > 0 || (isLast && stream_->internal_state.state != ZSTATE_END));
+    } while (stream_->avail_in > 0);
     return true;
   }
 
@@ -79,12 +140,11 @@ class Stream {
   /// Few parts fill more than some. Memory for the worst case would lie between others', and cost its pages.
   static constexpr std::uint32_t kBlock = std::uint32_t{256} << 10U;
   using Block = std::unique_ptr<std::uint8_t[]>;
-  using Blocks = std::vector<Block>;
 
   const Library& library_;
   std::unique_ptr<isal_zstream> stream_;
   std::unique_ptr<std::uint8_t[]> level_;
-  Blocks blocks_;
+  std::vector<Block> blocks_;
   std::uint32_t crc_ = 0;
 };
 
@@ -94,26 +154,20 @@ std::optional<Deflated> deflateFast(std::span<const base::ByteSpan> pieces) {
   static const Library library = loaded();
   if (library.init == nullptr || library.deflate == nullptr) return std::nullopt;
 
-  Stream stream(library);
-  std::vector<std::uint8_t> small;
-  small.reserve(kAtOnce);
-  const auto addSmall = [&] {
-    const bool hadRoom = small.empty() || stream.add(small);
-    small.clear();
-    return hadRoom;
-  };
-  for (base::ByteSpan piece : pieces) {
-    if (piece.size() < kSmallPiece) {
-      if (small.size() + piece.size() > kAtOnce && !addSmall()) return std::nullopt;
-      small.insert(small.end(), piece.begin(), piece.end());
-      continue;
-    }
-    if (!addSmall()) return std::nullopt;
-    for (; !piece.empty(); piece = piece.subspan(std::min(piece.size(), kAtOnce)))
-      if (!stream.add(piece.first(std::min(piece.size(), kAtOnce)))) return std::nullopt;
+  const std::vector<Part> parts = divided(pieces);
+  const auto streams = std::make_shared<std::vector<std::optional<Stream>>>(parts.size());
+  std::atomic<bool> failed = false;
+  base::atOnce(parts.size(), [&](std::size_t i) {
+    Stream& stream = (*streams)[i].emplace(library);
+    if (!stream.add(parts[i]) || !stream.end(i + 1 == parts.size())) failed = true;
+  });
+  if (failed) return std::nullopt;
+  Deflated deflated{{}, streams, 0};
+  for (std::size_t i = 0; i < parts.size(); ++i) {
+    deflated.crc = crcOfBoth(deflated.crc, (*streams)[i]->crc(), parts[i].size);
+    (*streams)[i]->appendTo(deflated.bytes);
   }
-  if (!addSmall() || !stream.end()) return std::nullopt;
-  return stream.result();
+  return deflated;
 }
 
 }  // namespace pluvo::zip

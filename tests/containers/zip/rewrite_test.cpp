@@ -147,13 +147,15 @@ TEST(Rewrite, StaysWithinTheLimitsOfOpening) {
   EXPECT_TRUE(textOf(after.read(*after.find("first")).view) == contents);
 }
 
-/// Text and bytes that do not shrink, in small pieces, large ones and empty ones.
+/// Text and bytes that do not shrink, in small pieces, large ones and empty ones; the larger by several
+/// threads.
 TEST(Rewrite, DeflatesALargeMemberPieceByPiece) {
   const Archive before = Archive::open(bytesOf(build({{{"first", "f"}, {"last", "l"}}}).bytes));
-  for (const unsigned letters : {4U, 256U}) {
+  for (const auto& [letters, kilobytes] :
+       {std::pair(4U, 900U), std::pair(256U, 900U), std::pair(4U, 5'000U)}) {
     std::mt19937 random(letters);
     std::string contents;
-    while (contents.size() < std::size_t{900} << 10U) contents += static_cast<char>(random() % letters);
+    while (contents.size() < std::size_t{kilobytes} << 10U) contents += static_cast<char>(random() % letters);
     Change change{"first", {}};
     for (std::size_t at = 0; at < contents.size();) {
       const std::size_t longest = std::array<std::size_t, 3>{60, 5'000, 400'000}.at(random() % 3);
