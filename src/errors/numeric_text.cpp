@@ -1,6 +1,5 @@
-#include "errors/numbers.h"
-
 #include "errors/fault.h"
+#include "errors/numbers.h"
 
 #include <charconv>
 #include <cmath>
