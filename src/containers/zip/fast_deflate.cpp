@@ -48,6 +48,7 @@ std::vector<Part> divided(std::span<const base::ByteSpan> pieces) {
   for (const base::ByteSpan piece : pieces) size += piece.size();
   const std::size_t count = base::partsOf(size, kLarge);
   std::vector<Part> parts(1);
+  parts.front().pieces.reserve(pieces.size() / count + 1);
   for (base::ByteSpan piece : pieces) {
     while (!piece.empty()) {
       const bool isLast = parts.size() == count;
@@ -102,6 +103,7 @@ class Stream {
   bool end(bool isLast) {
     stream_->flush = isLast ? NO_FLUSH : SYNC_FLUSH;
     stream_->end_of_stream = isLast ? 1 : 0;
+    // A flush that fills its block may not be at its end. One with nothing left to do writes six bytes.
     do {
       if (!deflate({})) return false;
     } while (isLast ? stream_->internal_state.state != ZSTATE_END : stream_->avail_out == 0);

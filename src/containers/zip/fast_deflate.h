@@ -17,8 +17,9 @@ struct Deflated {
   std::uint32_t crc = 0;
 };
 
-/// Deflates pieces, one after the other. Takes less than half of libdeflate's time at its quickest, and makes
-/// about 5 % more bytes. None where the machine lacks ISA-L.
+/// Deflates pieces in their order; several threads take stretches of large contents. Takes less than half of
+/// libdeflate's time at its quickest, and makes about 5 % more bytes. None where the machine lacks ISA-L, or
+/// it fails.
 std::optional<Deflated> deflateFast(std::span<const base::ByteSpan> pieces);
 
 }  // namespace pluvo::zip

@@ -5,7 +5,7 @@ namespace pluvo::zip {
 namespace {
 
 /// A polynomial over the field of two elements, below the 32nd power. The highest bit holds the constant
-/// term, as CRC-32 does; that is 1.
+/// term, as in CRC-32.
 using Polynomial = std::uint32_t;
 constexpr Polynomial kOne = 0x8000'0000;
 /// What CRC-32 divides by, without its 32nd power.

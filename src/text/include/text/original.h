@@ -148,8 +148,8 @@ class OriginalTextBuilder {
     for (const char16_t unit : units) allBits |= unit;
     return allBits < 0x100;
   }
-  /// Takes room for all that is expected once the text is not short: before that most texts turn out wide
-  /// that do at all, and the room for bytes would be left unused between others.
+  /// Takes room for all that is expected once the text is not short. Most texts that turn wide do so before.
+  /// The room for their bytes would lie unused.
   void makeRoom(std::size_t more) {
     constexpr std::size_t kShort = std::size_t{64} << 10U;
     if (narrow_.capacity() - narrow_.size() >= more || narrow_.capacity() >= expected_) return;
