@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstdio>
 #include <utility>
@@ -96,7 +97,10 @@ std::string Progress::line() const {
   const double passed = seconds();
   if (passed < kSecondsToJudge || done_ == 0) return line;
   const double rate = static_cast<double>(done_) / passed;
-  line += ", " + std::to_string(static_cast<std::int64_t>(rate + 0.5)) + " a second";
+  // Not rounded by the mathematical library, which each start would load.
+  std::array<char, 32> rounded = {};
+  std::snprintf(rounded.data(), rounded.size(), ", %.0f a second", rate);
+  line += rounded.data();
   return line + ", " + duration(static_cast<double>(documents_ - done_) / rate) + " left";
 }
 
