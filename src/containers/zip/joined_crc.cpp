@@ -23,7 +23,7 @@ constexpr Polynomial product(Polynomial first, Polynomial second) {
 }  // namespace
 
 std::uint32_t crcOfBoth(std::uint32_t first, std::uint32_t second, std::uint64_t sizeOfSecond) {
-  // Bytes behind the first multiply its CRC by the eighth power of x, each of them.
+  // Each byte that follows multiplies the first CRC by the eighth power of x.
   Polynomial power = kOne >> 8U;
   for (; sizeOfSecond != 0; sizeOfSecond >>= 1U, power = product(power, power))
     if ((sizeOfSecond & 1U) != 0) first = product(first, power);
