@@ -63,7 +63,7 @@ std::vector<Part> divided(std::span<const base::ByteSpan> pieces) {
   return parts;
 }
 
-/// Deflates a part. What follows it may be the output of another stream.
+/// Deflates a part. Another stream's output may follow its own.
 class Stream {
  public:
   explicit Stream(const Library& library)
