@@ -156,7 +156,7 @@ std::vector<std::string> runNames(files::FileSystem& system, const OwnFolder& ru
   std::vector<std::string> names = system.names(runs.at("."));
   std::erase_if(names, [](const std::string& name) { return !isRunName(name); });
   // Of one second by their numbers, of which more digits are the greater number.
-  const auto orderOf = [](const std::string& name) {
+  const auto orderOf = [](std::string_view name) {
     return std::tuple(name.substr(0, name.rfind('-')), name.size(), name);
   };
   std::ranges::sort(names, {}, orderOf);
