@@ -130,6 +130,7 @@ OrFailure<Version> beginSaving(const store::StoredDocument& stored, const RunCon
   options.backupSuffix = around.plan.backupSuffix;
   options.otherPath = otherPath;
   options.otherRoot = around.plan.outputFolder.value_or("");
+  options.isFlushedDuringCheck = around.isOneByOne;
   if (around.journal != nullptr)
     options.beforeReplacing = [journal = around.journal, outcome = intended](const auto& replacement) {
       return journal->keep(replacement, outcome);

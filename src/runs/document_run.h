@@ -19,6 +19,7 @@ struct RunContext {
   Face& face;
   journal::Recorder* journal;  ///< nullptr: originals are not kept
   PasswordBudget& passwordBudget;
+  bool isOneByOne;  ///< no other document is worked on meanwhile
 };
 
 /// Takes the blocks of a document as they come; empty where they are not wanted, since reading them costs.

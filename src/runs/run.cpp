@@ -179,8 +179,9 @@ class Run {
         }
         BlockSink blocks;
         if (wantsBlocks) blocks = [&](const BlockReport& block) { results_.block(*document, block); };
-        Worked worked = runOn(listing_.documents[*document], *document + 1,
-                              {plan_, store_, face_, recorder_.get(), passwordBudget_}, blocks);
+        Worked worked =
+            runOn(listing_.documents[*document], *document + 1,
+                  {plan_, store_, face_, recorder_.get(), passwordBudget_, waiting() == 0}, blocks);
         if (worked.outcome.cutShort) results_.stop();
         if (worked.version == nullptr) {
           done(*document, std::move(worked.outcome));

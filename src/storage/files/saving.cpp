@@ -5,6 +5,7 @@
 #include "new_version.h"
 
 #include <cerrno>
+#include <future>
 #include <system_error>
 
 namespace pluvo::files {
@@ -145,15 +146,18 @@ class Replacing final : public Pending {
         folderFlush_(flushOf(system, document_.folder, version)) {
     saved_.notKept =
         writeVersion(system, replacement_, Original{original_.file().handle(), original_.before()}, version);
+    if (version.isFlushedDuringCheck) {
+      saved_.stamp = system.status(replacement_.handle()).stamp;
+      keepOriginal();
+      flushing_ = system.begin([this] { replacement_.flush(); });
+    }
     saved_.stamp = checkVersion(system, replacement_.handle(), version.check);
   }
 
   void flush() override {
     saving([&] {
-      if (backupSuffix_) backUp();
-      if (beforeReplacing_)
-        keeping_ = beforeReplacing_({document_.path, original_.file().handle(), original_.before(),
-                                     saved_.stamp, replacement_.name()});
+      if (flushing_.valid()) return flushing_.get();
+      keepOriginal();
       replacement_.flush();
     });
   }
@@ -175,6 +179,13 @@ class Replacing final : public Pending {
   }
 
  private:
+  void keepOriginal() {
+    if (backupSuffix_) backUp();
+    if (beforeReplacing_)
+      keeping_ = beforeReplacing_(
+          {document_.path, original_.file().handle(), original_.before(), saved_.stamp, replacement_.name()});
+  }
+
   void backUp() {
     backup_.emplace(system_, document_.folder);
     copyOriginal(system_, original_.file().handle(), *backup_);
@@ -194,6 +205,7 @@ class Replacing final : public Pending {
   std::uint64_t asked_ = 0;
   Saved saved_;
   std::optional<TemporaryFile> backup_;
+  std::future<void> flushing_;  ///< of the version, so it ends before that goes
 };
 
 }  // namespace

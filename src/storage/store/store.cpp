@@ -157,7 +157,8 @@ files::NewVersion StoredDocument::newVersion(const std::string& path, const Save
           options.beforeReplacing,
           std::nullopt,
           {},
-          folderFlushes_};
+          folderFlushes_,
+          options.isFlushedDuringCheck};
 }
 
 Store::Store(files::FileSystem& system)

@@ -216,9 +216,12 @@ TEST(Saving, KeepsNoVersionThatIsWrongOrThatAnotherProgramForestalled) {
   wrong.check = [](const base::Bytes&) {
     throw errors::DocumentError(errors::Problem::encoding, "not what was meant");
   };
-  EXPECT_THROW(replaceFile(machineFileSystem(), path, opened, wrong), errors::DocumentError);
-  EXPECT_EQ(scratch.get("a.txt"), kOld) << "a version that fails its own reader is not kept";
-  EXPECT_THAT(scratch.names(), ElementsAre("a.txt"));
+  for (const bool duringCheck : {false, true}) {
+    wrong.isFlushedDuringCheck = duringCheck;
+    EXPECT_THROW(replaceFile(machineFileSystem(), path, opened, wrong, ".bak"), errors::DocumentError);
+    EXPECT_EQ(scratch.get("a.txt"), kOld) << "a version that fails its own reader is not kept";
+    EXPECT_THAT(scratch.names(), ElementsAre("a.txt"));
+  }
 
   NewVersion meddled = versionOf(kNew);
   meddled.check = [&](const base::Bytes&) { scratch.put("a.txt", "theirs"); };
@@ -231,14 +234,17 @@ TEST(Saving, KeepsNoVersionThatIsWrongOrThatAnotherProgramForestalled) {
 }
 
 TEST(Saving, AnyFailingCallLeavesTheOldVersionOrTheNewOneWhole) {
-  for (const auto from : {FailingFileSystem::From::once, FailingFileSystem::From::on}) {
+  using From = FailingFileSystem::From;
+  NewVersion version = versionOf(kNew);
+  for (const auto& [from, duringCheck] :
+       {std::pair(From::once, false), std::pair(From::on, false), std::pair(From::once, true)}) {
+    version.isFlushedDuringCheck = duringCheck;
     for (int n = 1;; ++n) {
       const Scratch scratch;
       const std::string path = scratch.put("a.txt", kOld);
       const Stamp opened = stampOf(path);
       FailingFileSystem failing(n, from, ENOSPC);
-      const std::string failure =
-          refusalOf([&] { replaceFile(failing, path, opened, versionOf(kNew), ".bak"); });
+      const std::string failure = refusalOf([&] { replaceFile(failing, path, opened, version, ".bak"); });
       if (n > failing.calls()) {
         EXPECT_EQ(failure, "");
         EXPECT_GT(n, 30);
@@ -250,7 +256,7 @@ TEST(Saving, AnyFailingCallLeavesTheOldVersionOrTheNewOneWhole) {
       // What goes wrong after the rename cannot be undone; before it, nothing may stay behind.
       if (replaced) {
         EXPECT_THAT(scratch.names(), ElementsAre("a.txt", "a.txt.bak")) << n;
-      } else if (from == FailingFileSystem::From::once) {
+      } else if (from == From::once) {
         EXPECT_THAT(scratch.names(), ElementsAre("a.txt")) << n;
       }
     }

@@ -69,8 +69,8 @@ struct NewVersion {
   /// Given the version as read back from the disk. Throws errors::DocumentError where that is not the version
   /// meant.
   std::function<void(const base::Bytes&)> check;
-  /// Called when the new version is written and checked, before it takes the place of the original. The
-  /// original stays if this throws. Null where nothing is kept. The document may be closed by then.
+  /// Called when the new version is written, before it takes the place of the original. The original stays if
+  /// this throws. Null where nothing is kept. The document may be closed by then.
   std::function<std::unique_ptr<Keeping>(const Replacement&)> beforeReplacing = {};
   /// The owner, the permissions and the time of last change it is to have, where they are not to be the
   /// original's and now.
@@ -79,6 +79,9 @@ struct NewVersion {
   std::string temporary = {};
   /// Of versions that are saved meanwhile; null where there is only this one.
   std::shared_ptr<FolderFlushes> folderFlushes = nullptr;
+  /// The version goes to the disk while it is checked, instead of in Pending::flush(). That is sooner where
+  /// no other document is worked on meanwhile. A new file beside others is flushed later all the same.
+  bool isFlushedDuringCheck = false;
 };
 
 /// The attributes of the original that a new version could not be given.

@@ -28,6 +28,7 @@ struct SaveOptions {
   std::string otherRoot = {};
   /// See files::NewVersion; not called for a new file.
   std::function<std::unique_ptr<files::Keeping>(const files::Replacement&)> beforeReplacing = {};
+  bool isFlushedDuringCheck = false;  ///< see files::NewVersion
 };
 
 /// A document's request before it is changed under its own name; see formats::Reservation.
