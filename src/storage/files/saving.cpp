@@ -1,6 +1,7 @@
 #include "files/saving.h"
 
 #include "files/lock_files.h"
+#include "files/reading.h"
 #include "located.h"
 #include "new_version.h"
 
@@ -146,12 +147,14 @@ class Replacing final : public Pending {
         folderFlush_(flushOf(system, document_.folder, version)) {
     saved_.notKept =
         writeVersion(system, replacement_, Original{original_.file().handle(), original_.before()}, version);
-    if (version.isFlushedDuringCheck) {
-      saved_.stamp = system.status(replacement_.handle()).stamp;
+    saved_.stamp = system.status(replacement_.handle()).stamp;
+    // The check of a large one takes long, and a program killed meanwhile would leave the version and a
+    // backup.
+    if (version.isFlushedDuringCheck && saved_.stamp.size < kMappedFrom && !backupSuffix_) {
       keepOriginal();
       flushing_ = system.begin([this] { replacement_.flush(); });
     }
-    saved_.stamp = checkVersion(system, replacement_.handle(), version.check);
+    if (checkVersion(system, replacement_.handle(), version.check) != saved_.stamp) throw changedHere();
   }
 
   void flush() override {
@@ -205,7 +208,7 @@ class Replacing final : public Pending {
   std::uint64_t asked_ = 0;
   Saved saved_;
   std::optional<TemporaryFile> backup_;
-  std::future<void> flushing_;  ///< of the version, so it ends before that goes
+  std::future<void> flushing_;  ///< the last member: it ends before that which it uses goes
 };
 
 }  // namespace

@@ -32,10 +32,12 @@ bool hasShortJournal(const RunUnderWay& run, const std::string& name) {
 std::optional<std::uint64_t> toldByNewest(const RunUnderWay& run, const std::vector<std::string>& names,
                                           std::uint64_t limit) {
   if (names.empty()) return 0;
-  // A run's lock comes before its journal: where that is, and then no lock, the run has ended. It told of the
-  // runs before it only if they had ended, too.
+  // A run's lock comes before its journal: where that is, and then no lock, the run has ended.
   if (!hasShortJournal(run, names.back())) return std::nullopt;
-  if (run.system.exists(run.runs->at(pathIn(names.back(), kLock)))) return std::nullopt;
+  const auto isGoingOn = [&](const std::string& name) {
+    return run.system.exists(run.runs->at(pathIn(name, kLock)));
+  };
+  if (std::ranges::any_of(names, isGoingOn)) return std::nullopt;
   const auto newest = openRunIfThere(run.system, *run.runs, names.back());
   const auto records = newest ? recordsIn(run.system, *newest) : std::nullopt;
   if (!records) return std::nullopt;

@@ -39,7 +39,7 @@ struct Replacement {
   std::string path;     ///< without links
   Handle original = 0;  ///< open for reading, as long as the Keeping
   FileStatus before;    ///< of the original
-  Stamp after;          ///< of the new version, which is written but may not be on disk yet
+  Stamp after;          ///< of the new version, which is written but may not be checked or on disk yet
   /// The new version's name in the document's folder. When the two are swapped, the original has it for a
   /// moment.
   std::string temporary;
@@ -79,8 +79,9 @@ struct NewVersion {
   std::string temporary = {};
   /// Of versions that are saved meanwhile; null where there is only this one.
   std::shared_ptr<FolderFlushes> folderFlushes = nullptr;
-  /// The version goes to the disk while it is checked, instead of in Pending::flush(). That is sooner where
-  /// no other document is worked on meanwhile. A new file beside others is flushed later all the same.
+  /// A small version goes to the disk while it is checked, instead of in Pending::flush(). That is sooner
+  /// where no other document is worked on meanwhile. With a backup, and under a new name, it goes there later
+  /// all the same.
   bool isFlushedDuringCheck = false;
 };
 
@@ -99,8 +100,8 @@ struct Saved {
   NotKept notKept = {};
 };
 
-/// A new version that is written and checked; it is still to be flushed and put in its place. Unless it is
-/// put there, nothing of it stays.
+/// A new version that is written and checked; it may still have to be flushed, and to be put in its place.
+/// Unless it is put there, nothing of it stays.
 class Pending {
  public:
   virtual ~Pending() = default;
