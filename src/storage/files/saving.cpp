@@ -153,6 +153,7 @@ class Replacing final : public Pending {
     if (version.isFlushedDuringCheck && saved_.stamp.size < kMappedFrom && !backupSuffix_) {
       keepOriginal();
       flushing_ = system.begin([this] { replacement_.flush(); });
+      if (keeping_) keeping_->begin();
     }
     if (checkVersion(system, replacement_.handle(), version.check) != saved_.stamp) throw changedHere();
   }
@@ -161,6 +162,7 @@ class Replacing final : public Pending {
     saving([&] {
       if (flushing_.valid()) return flushing_.get();
       keepOriginal();
+      if (keeping_) keeping_->begin();
       replacement_.flush();
     });
   }

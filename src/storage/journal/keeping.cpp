@@ -66,20 +66,24 @@ class Kept final : public files::Keeping {
     if (recorded_ && !replaced_) forgetUnlessReplaced();
   }
 
-  /// The record is written. The first document's flushes go on beside that of its new version; later a
-  /// thread for each would cost more than waiting.
-  void begin() {
+  /// The record is written. The run's mutex is held.
+  void recorded() {
     asked_ = run_.journalFlush.ask();
     askedForRun_ = run_.runFlush.ask();
     askedForRuns_ = run_.runsFlush.ask();
     needsNames_ = !run_.namesOnDisk;
-    if (needsNames_ && !run_.namesAsked) {
-      flushes_.add(run_.journalFlush, run_.journal->handle(), asked_);
-      flushes_.add(run_.runFlush, run_.run->handle(), askedForRun_);
-      flushes_.add(run_.runsFlush, run_.runs->handle(), askedForRuns_);
-    }
+    isFirst_ = needsNames_ && !run_.namesAsked;
     run_.namesAsked = true;
     recorded_ = true;
+  }
+
+  /// The first document's flushes go on beside that of its new version. Later a thread for each would cost
+  /// more than waiting.
+  void begin() override {
+    if (!isFirst_) return;
+    flushes_.add(run_.journalFlush, run_.journal->handle(), asked_);
+    flushes_.add(run_.runFlush, run_.run->handle(), askedForRun_);
+    flushes_.add(run_.runsFlush, run_.runs->handle(), askedForRuns_);
   }
 
   void wait() override {
@@ -163,6 +167,7 @@ class Kept final : public files::Keeping {
   const bool wantsFile_;
   bool recorded_ = false;
   bool needsNames_ = false;
+  bool isFirst_ = false;
   std::uint64_t asked_ = 0;
   std::uint64_t askedForRun_ = 0;
   std::uint64_t askedForRuns_ = 0;
@@ -174,6 +179,7 @@ class Kept final : public files::Keeping {
 class Dropped final : public files::Keeping {
  public:
   explicit Dropped(RunUnderWay& run) : run_(run), asked_(run.journalFlush.ask()) {}
+  void begin() override {}
   void wait() override {
     guarded(run_.folder, [&] { run_.journalFlush.flush(run_.system, run_.journal->handle(), asked_); });
   }
@@ -199,7 +205,7 @@ std::unique_ptr<files::Keeping> keepOriginal(RunUnderWay& run, const files::Repl
     auto kept = std::make_unique<Kept>(run, replacement, number);
     run.append({Record::Kind::kept, replacement.path, number, replacement.temporary, replacement.before,
                 replacement.after});
-    kept->begin();
+    kept->recorded();
     run.size += replacement.before.stamp.size;
     return kept;
   } catch (const std::system_error&) {
