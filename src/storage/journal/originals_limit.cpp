@@ -34,10 +34,8 @@ std::optional<std::uint64_t> toldByNewest(const RunUnderWay& run, const std::vec
   if (names.empty()) return 0;
   // A run's lock comes before its journal: where that is, and then no lock, the run has ended.
   if (!hasShortJournal(run, names.back())) return std::nullopt;
-  const auto isGoingOn = [&](const std::string& name) {
-    return run.system.exists(run.runs->at(pathIn(name, kLock)));
-  };
-  if (std::ranges::any_of(names, isGoingOn)) return std::nullopt;
+  // Older ones had ended when it recorded what they keep, and an undo is a run of its own.
+  if (run.system.exists(run.runs->at(pathIn(names.back(), kLock)))) return std::nullopt;
   const auto newest = openRunIfThere(run.system, *run.runs, names.back());
   const auto records = newest ? recordsIn(run.system, *newest) : std::nullopt;
   if (!records) return std::nullopt;

@@ -209,6 +209,17 @@ Run summaryOf(const std::string& name, const std::vector<Record>& records) {
   return run;
 }
 
+/// A run without documents, which goes with its undo. Where that is killed the next run finds it not ended,
+/// and so looks for what was left beside documents. On a full disk there is none.
+std::optional<Recorder> runOfUndo(files::FileSystem& system, const std::string& folder,
+                                  const std::string& undone) {
+  try {
+    return std::optional<Recorder>(std::in_place, system, folder, "undo " + undone);
+  } catch (const DocumentError&) {
+    return std::nullopt;
+  }
+}
+
 }  // namespace
 
 bool takeBack(files::FileSystem& system, const OwnFolder& run, const std::vector<Record>& kept,
@@ -262,6 +273,7 @@ void undo(files::FileSystem& system, const std::string& folder, const std::strin
       throw DocumentError(Problem::io, "There is no run of this name; \"pluvo undo --list\" shows the runs.");
     const OwnFolder all = openRuns(system, folder);
     const OwnFolder run = openRun(system, all, name);
+    const auto undoing = runOfUndo(system, folder, name);
     const auto lock = lockRun(system, run);
     if (lock == nullptr)
       throw DocumentError(Problem::locked, "The run is still going on; wait for its end, or interrupt it.");
@@ -270,7 +282,11 @@ void undo(files::FileSystem& system, const std::string& folder, const std::strin
       throw DocumentError(Problem::io, "The journal of the run, \"" + pathIn(run.path(), kJournal) +
                                            "\", cannot be read, so nothing was changed; check the disk it is "
                                            "on, and who may read it.");
-    if (takeBack(system, run, keptOf(*records), &all, report)) removeRun(system, all, name, run);
+    if (takeBack(system, run, keptOf(*records), &all, report)) {
+      removeRun(system, all, name, run);
+    } else {
+      removeIfPossible(system, run.at(kLock));
+    }
   } catch (const std::system_error& failure) {
     throw DocumentError(Problem::io, "The journal of the run in \"" + pathIn(folder, name) +
                                          "\" cannot be read or cleared (" + failure.code().message() +

@@ -432,6 +432,28 @@ void Journal::survivesFailures(const std::string& folder, std::size_t sizeOfB) {
   }
 }
 
+/// Even where the run that was taken back is not the newest, which is the only one that a new run looks into.
+TEST_F(Journal, ClearsWhatAKilledUndoLeft) {
+  const auto names = [&] { return machineFileSystem().names(folder()); };
+  bool isKilled = true;
+  for (int n = 1; isKilled; ++n) {
+    for (const char* name : {"a.txt", "b.txt", "c.txt"}) changeOnce(documents_.put(name, "old"));
+    files::FailingFileSystem killed(n, files::FailingFileSystem::From::on);
+    try {
+      undo(killed, folder(), listed().at(0).name, [](const Undone&) {});
+    } catch (const DocumentError&) {
+    }
+    isKilled = killed.calls() >= n;
+    changeOnce(documents_.put("d.txt", "old"));
+    EXPECT_THAT(documents_.names(), SizeIs(4)) << n;
+    EXPECT_THAT(names(), SizeIs(listed().size())) << n;
+    for (const std::string& name : names())
+      EXPECT_FALSE(machineFileSystem().exists(folder() + "/" + name + "/lock")) << n;
+    ASSERT_FALSE(HasFailure());
+    std::filesystem::remove_all(folder());
+  }
+}
+
 /// The owner of a folder may put a link in its place at any moment: of the documents', or of the journal's.
 TEST_F(Journal, FollowsNoLinkInThePlaceOfAFolder) {
   const std::string past = "/20200101-000000-0";
