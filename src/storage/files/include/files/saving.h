@@ -49,8 +49,8 @@ struct Replacement {
 class Keeping {
  public:
   virtual ~Keeping() = default;
-  /// Begins with what wait waits for. Called once, after a flush of the new version that goes on meanwhile was
-  /// begun: that one takes the longest.
+  /// Begins with what wait waits for. Called once, after a flush of the new version that goes on meanwhile
+  /// was begun: that one takes the longest.
   virtual void begin() = 0;
   /// Returns when all that has to be on disk before the document is replaced is there. What throws here or in
   /// copy leaves the document as it is.
