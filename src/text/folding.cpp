@@ -45,7 +45,7 @@ constexpr std::array<FoldVariants, 0x80> kAsciiVariants = asciiVariants();
 }  // namespace
 
 char16_t foldCase(char16_t unit) {
-  if (unit < 0x80) return 'A' <= unit && unit <= 'Z' ? static_cast<char16_t>(unit + 0x20) : unit;
+  if (unit < 0x80) return foldAscii(unit);
   if (!kFoldingPages[unit / 256U]) return unit;
   const auto* range = std::lower_bound(std::begin(kFoldRanges), std::end(kFoldRanges), unit,
                                        [](const FoldRange& r, char16_t u) { return r.last < u; });

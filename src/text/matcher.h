@@ -27,7 +27,9 @@ struct WideUnits {
 struct FoldedWideUnits {
   using Unit = char16_t;
   const Unit* raw;
-  char16_t operator[](std::size_t i) const { return asLineEnd(foldCase(raw[i])); }
+  char16_t operator[](std::size_t i) const {
+    return asLineEnd(raw[i] < 0x80 ? foldAscii(raw[i]) : foldCase(raw[i]));
+  }
 };
 
 /// Finds the matches of a needle in a contiguous text one after the other, overlapping ones too.
@@ -91,21 +93,25 @@ class Matcher {
   }
 
   bool matchesAt(std::size_t place) {
-    if (exact_ != nullptr) return isExactAt(place);
+    if (exact_ != nullptr) return isAt(place, exact_);
+    if (known_ != nullptr && isAt(place, known_)) return true;
     const char16_t* wanted = needle_->units();
     std::size_t i = 0;
     while (i < needle_->length() && units_[place + i] == wanted[i]) ++i;
     work_ += i;
-    return i == needle_->length();
+    if (i < needle_->length()) return false;
+    known_ = units_.raw + place;
+    return true;
   }
 
-  bool isExactAt(std::size_t place) {
+  /// Whether the text has just these units there, as many as the needle.
+  bool isAt(std::size_t place, const Unit* wanted) {
     constexpr std::size_t kFront = 16;
     const Unit* const at = units_.raw + place;
     const std::size_t front = std::min(needle_->length(), kFront);
-    if (!base::sameBytes(at, exact_, front * sizeof(Unit))) return false;
+    if (!base::sameBytes(at, wanted, front * sizeof(Unit))) return false;
     work_ += needle_->length() / kFront;
-    return base::sameBytes(at + front, exact_ + front, (needle_->length() - front) * sizeof(Unit));
+    return base::sameBytes(at + front, wanted + front, (needle_->length() - front) * sizeof(Unit));
   }
 
   std::size_t nextLinear() {
@@ -125,6 +131,7 @@ class Matcher {
   const Needle* needle_;
   Units units_;
   const Unit* exact_ = nullptr;  ///< the needle's units, where those of the text are as they must be
+  const Unit* known_ = nullptr;  ///< the last match that was compared unit by unit, as the text has it
   std::size_t length_;
   std::size_t allPlaces_ = 0;  ///< where a match could start: [0, allPlaces_)
   std::size_t places_ = 0;     ///< and is looked for

@@ -235,7 +235,7 @@ TEST(Utf8Text, MatchesWhatDidNotBeginInFrontOfIt) {
 
 /// In the rows of matches of large texts they are found ahead. Asked are stretches of the text and all of it,
 /// from its front again and again.
-void checkRowsOfMatches(const std::string& row) {
+void checkRowsOfMatches(const std::string& row, bool inUnits = false) {
   const std::string part = row + std::string(3000, 'b') + row + "THE LESSOR";
   std::string text;
   while (text.size() < (std::size_t{12} << 20U)) {
@@ -247,8 +247,9 @@ void checkRowsOfMatches(const std::string& row) {
   const auto bytes = std::make_shared<const std::string>(text + '\r');
   const Utf8Text::Bytes span(reinterpret_cast<const std::uint8_t*>(bytes->data()), text.size());
   const auto survey = Utf8Text::survey(span, bytes);
-  const OriginalText original =
-      survey.text != nullptr ? OriginalText(survey.text) : OriginalText(span, true, bytes);
+  const OriginalText original = inUnits                  ? OriginalText(base::utf16(text))
+                                : survey.text != nullptr ? OriginalText(survey.text)
+                                                         : OriginalText(span, true, bytes);
 
   for (const std::string& needle : {std::string("the Lessor"), std::string(40, 'L') + 'e'}) {
     const auto matches = OriginalMatches::of(Search(base::utf16(needle), {}), original);
@@ -274,7 +275,8 @@ void checkRowsOfMatches(const std::string& row) {
 
 TEST(Utf8Text, LargeOnesHoldTheirMatchesInRowsAndApart) {
   const std::string row40(40, 'l');
-  checkRowsOfMatches("ü the Lessee and the LESSOR, 𝒜 the lessor; " + row40 + "E ");
+  for (const bool inUnits : {false, true})
+    checkRowsOfMatches("ü the Lessee and the LESSOR, 𝒜 the lessor; " + row40 + "E ", inUnits);
   checkRowsOfMatches("a the Lessee and the LESSOR, a the lessor; " + row40 + "E ");
 }
 
