@@ -102,12 +102,13 @@ void appendCodePoint(std::u16string& units, char32_t c) {
 
 void appendUtf8(std::u16string& units, std::string_view bytes) {
   const std::size_t start = units.size();
-  units.resize(start + bytes.size());
+  units.resize(start + bytes.size() + text::kUtf8Spare);
   char16_t* out = units.data() + start;
   for (std::size_t i = 0; i < bytes.size();) {
     const std::string_view rest = bytes.substr(i);
     const text::Utf8Decoded decoded =
-        text::decodeUtf8({reinterpret_cast<const std::uint8_t*>(rest.data()), rest.size()}, out, rest.size());
+        text::decodeUtf8({reinterpret_cast<const std::uint8_t*>(rest.data()), rest.size()}, out,
+                         rest.size() + text::kUtf8Spare);
     out += decoded.units;
     i += decoded.bytes;
     if (i == bytes.size()) break;
